@@ -1,0 +1,57 @@
+#include "ctl/arguments.h"
+
+#include <QFile>
+
+namespace vorn::ctl {
+
+Arguments::Arguments(const QStringList& line, const QSet<QString>& switches) {
+  bool optionsEnded = false;
+  for (qsizetype i = 0; i < line.size(); ++i) {
+    const QString& argument = line[i];
+    if (optionsEnded || !argument.startsWith(u"--")) {
+      words_.append(argument);
+      continue;
+    }
+    if (argument == u"--") {
+      optionsEnded = true;
+      continue;
+    }
+    const QString name = argument.mid(2).section(u'=', 0, 0);
+    if (switches.contains(name)) {
+      options_.insert(name, QString());
+    } else if (argument.contains(u'=')) {
+      options_.insert(name, argument.section(u'=', 1));
+    } else if (i + 1 < line.size()) {
+      options_.insert(name, line[++i]);
+    } else {
+      error_ = QStringLiteral("--%1 の値がありません。").arg(name);
+    }
+  }
+}
+
+int Arguments::Number(const QString& name, int fallback, bool* ok) const {
+  if (!Has(name)) return fallback;
+  bool isNumber = false;
+  const int number = options_.value(name).toInt(&isNumber);
+  if (!isNumber) *ok = false;
+  return isNumber ? number : fallback;
+}
+
+QStringList Arguments::Unknown(const QSet<QString>& known) const {
+  QStringList unknown;
+  for (auto option = options_.keyBegin(); option != options_.keyEnd(); ++option) {
+    if (!known.contains(*option)) unknown.append(*option);
+  }
+  return unknown;
+}
+
+QString ReadSecret(int fileDescriptor, bool* ok) {
+  QFile file;
+  *ok = file.open(fileDescriptor, QFile::ReadOnly);
+  if (!*ok) return {};
+  QByteArray line = file.readLine();
+  while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
+  return QString::fromUtf8(line);
+}
+
+}  // namespace vorn::ctl

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+namespace vorn::ctl {
+
+/// The command line taken apart: words in their order, options with a value ("--name VALUE") and
+/// switches ("--json"). Options may stand anywhere; "--" ends them.
+class Arguments {
+ public:
+  /// `switches` are the options that take no value. On a malformed line `Error` says why.
+  Arguments(const QStringList& line, const QSet<QString>& switches);
+
+  const QString& Error() const { return error_; }
+  const QStringList& Words() const { return words_; }
+  bool Has(const QString& name) const { return options_.contains(name); }
+  QString Text(const QString& name, const QString& fallback = {}) const {
+    return options_.value(name, fallback);
+  }
+  /// A whole number; `ok` becomes false when it is none.
+  int Number(const QString& name, int fallback, bool* ok) const;
+  /// The given options that are not in `known`.
+  QStringList Unknown(const QSet<QString>& known) const;
+
+ private:
+  QStringList words_;
+  QHash<QString, QString> options_;
+  QString error_;
+};
+
+/// The first line that can be read from a file descriptor, without its line break. Nothing, with
+/// `ok` false, when it cannot be read.
+QString ReadSecret(int fileDescriptor, bool* ok);
+
+}  // namespace vorn::ctl

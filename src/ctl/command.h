@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include "ctl/arguments.h"
+#include "storage/context.h"
+
+namespace vorn::ctl {
+
+/// What scripts can tell apart.
+enum ExitCode {
+  kExitOk = 0,
+  kExitFailure = 1,  ///< the work failed, wholly or in part; the reason is on the error stream
+  kExitUsage = 2,    ///< the command line is wrong
+  kExitLogin = 3,    ///< the data folder or the profile could not be opened
+};
+
+int AddAccount(Context& context, const Arguments& arguments);
+int Receive(Context& context, const Arguments& arguments);
+int ListFolder(Context& context, const Arguments& arguments);
+int WritePage(Context& context, const Arguments& arguments);
+/// Needs no data folder.
+int Inspect(const Arguments& arguments);
+
+// What the commands share.
+
+/// Writes text and a line break to the standard output.
+void Print(const QString& text);
+/// Writes a sentence to the error stream; returns `code`.
+int Complain(const QString& sentence, int code);
+/// The serial identifier of the folder with that name or serial identifier; empty when there is
+/// none.
+QString FindFolder(Context& context, const QString& nameOrSerial);
+
+}  // namespace vorn::ctl

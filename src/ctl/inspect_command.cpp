@@ -1,0 +1,119 @@
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cstdio>
+#include <optional>
+
+#include "ctl/command.h"
+#include "mail/address.h"
+#include "mail/attachments.h"
+#include "mail/message_index.h"
+#include "mail/mime_codec.h"
+#include "mail/text_extraction.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+
+namespace vorn::ctl {
+namespace {
+
+std::optional<QByteArray> ReadFile(const QString& name) {
+  QFile file(name);
+  const bool opened =
+      name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+  if (!opened) return std::nullopt;
+  return file.readAll();
+}
+
+QJsonArray Addresses(const QString& lines) {
+  QJsonArray array;
+  for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    array.append(QJsonObject{{QStringLiteral("kind"), entry.kind},
+                             {QStringLiteral("address"), entry.address},
+                             {QStringLiteral("name"), entry.displayName}});
+  }
+  return array;
+}
+
+QJsonArray Parts(const std::vector<MimeCodec::ContentRecord>& records) {
+  QJsonArray array;
+  for (const MimeCodec::ContentRecord& record : records) {
+    array.append(
+        QJsonObject{{QStringLiteral("type"), record.type},
+                    {QStringLiteral("first"), record.first},
+                    {QStringLiteral("last"), record.last},
+                    {QStringLiteral("encoding"), record.encoding},
+                    {QStringLiteral("name"),
+                     record.hasName ? QJsonValue(record.name) : QJsonValue(QJsonValue::Null)}});
+  }
+  return array;
+}
+
+QJsonArray Attachments(const QByteArray& source,
+                       const std::vector<MimeCodec::ContentRecord>& records,
+                       const QStringList& textTypes) {
+  QJsonArray array;
+  for (const Attachment& attachment : ListAttachments(records, textTypes)) {
+    const QByteArray bytes = MimeCodec::DecodePart(
+        source, MimeCodec::TransferEncodingOf(attachment.record.encoding.toLatin1()),
+        attachment.record.first, attachment.record.last);
+    array.append(QJsonObject{{QStringLiteral("name"), attachment.name},
+                             {QStringLiteral("type"), attachment.record.type},
+                             {QStringLiteral("size"), bytes.size()},
+                             {QStringLiteral("sha256"), MimeCodec::Digest(bytes)}});
+  }
+  return array;
+}
+
+QJsonObject Describe(const QByteArray& source) {
+  const QStringList textTypes = DefaultTextTypes();
+  const MessageIndex index = IndexMessage(source, QString(), textTypes);
+  const auto records = MimeCodec::ParseContentIndex(index.content);
+  TextRequest request;
+  request.textTypes = textTypes;
+  const QByteArrayView idName = "MESSAGE-ID:";
+  return {{QStringLiteral("subject"), index.subject},
+          {QStringLiteral("addressLines"), index.addressLines},
+          {QStringLiteral("addresses"), Addresses(index.addressLines)},
+          {QStringLiteral("flag"), index.flags},
+          {QStringLiteral("fieldId"), QString::fromLatin1(MimeCodec::HeaderValue(
+                                          MimeCodec::HeaderField(source, idName), idName.size()))},
+          {QStringLiteral("parts"), Parts(records)},
+          {QStringLiteral("text"), GetMessageText(source, index.content, request).text},
+          {QStringLiteral("attachments"), Attachments(source, records, textTypes)}};
+}
+
+QString AsText(const QJsonObject& message) {
+  QStringList lines{QStringLiteral("件名: ") + message[QStringLiteral("subject")].toString(),
+                    message[QStringLiteral("addressLines")].toString(), QString(),
+                    message[QStringLiteral("text")].toString()};
+  for (const QJsonValue& attachment : message[QStringLiteral("attachments")].toArray()) {
+    lines.append(QStringLiteral("添付: %1（%2、%3バイト）")
+                     .arg(attachment[QStringLiteral("name")].toString(),
+                          attachment[QStringLiteral("type")].toString())
+                     .arg(attachment[QStringLiteral("size")].toInteger()));
+  }
+  return lines.join(u'\n');
+}
+
+}  // namespace
+
+int Inspect(const Arguments& arguments) {
+  const QString name = arguments.Words().value(1);
+  const QStringList unknown = arguments.Unknown({QStringLiteral("json"), QStringLiteral("data")});
+  if (name.isEmpty() || !unknown.isEmpty()) {
+    return Complain(QStringLiteral("使い方: vornctl inspect ファイル|- [--json]"), kExitUsage);
+  }
+  const auto source = ReadFile(name);
+  if (!source) {
+    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+  }
+  const QJsonObject message = Describe(*source);
+  Print(arguments.Has(QStringLiteral("json"))
+            ? QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact))
+            : AsText(message));
+  return kExitOk;
+}
+
+}  // namespace vorn::ctl

@@ -1,0 +1,139 @@
+// vornctl: the command line over the same libraries and the same store, for scripts.
+
+#include <QCoreApplication>
+#include <QFile>
+#include <cstdio>
+
+#include "ctl/command.h"
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+
+namespace vorn::ctl {
+namespace {
+
+constexpr char16_t kUsage[] =
+    u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号] コマンド\n"
+    u"\n"
+    u"  account add --name 名前 --address アドレス [--display 表示名]\n"
+    u"      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号\n"
+    u"      [--in-protocol pop3|apop] [--delete-on-server] [--default]\n"
+    u"  receive [--account 名前] [--json]\n"
+    u"  list フォルダ [--json]\n"
+    u"  page フォルダ [--page 番号] --out ファイル\n"
+    u"  inspect ファイル|- [--json]\n"
+    u"\n"
+    u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
+    u"\n"
+    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗";
+
+struct Command {
+  QString name;
+  int (*run)(Context&, const Arguments&);
+  QSet<QString> options;
+};
+
+const QList<Command>& Commands() {
+  static const QList<Command> commands = {
+      {QStringLiteral("account add"),
+       AddAccount,
+       {QStringLiteral("name"), QStringLiteral("address"), QStringLiteral("display"),
+        QStringLiteral("in-server"), QStringLiteral("in-port"), QStringLiteral("in-user"),
+        QStringLiteral("in-password-fd"), QStringLiteral("in-protocol"),
+        QStringLiteral("delete-on-server"), QStringLiteral("default")}},
+      {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
+      {QStringLiteral("list"), ListFolder, {QStringLiteral("json")}},
+      {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
+  };
+  return commands;
+}
+
+// Opens the data folder, making a first profile when there is none, and logs in.
+bool LogInToProfile(Context& context, const Arguments& arguments, QString* error) {
+  QString password;
+  if (arguments.Has(QStringLiteral("password-fd"))) {
+    bool ok = true;
+    const int descriptor = arguments.Number(QStringLiteral("password-fd"), -1, &ok);
+    if (ok) password = ReadSecret(descriptor, &ok);
+    if (!ok) {
+      *error = QStringLiteral("--password-fd を読み込めません。");
+      return false;
+    }
+  }
+  const QString folder = ChooseAppFolder(arguments.Text(QStringLiteral("data")),
+                                         QCoreApplication::applicationDirPath());
+  if (!StartUp(context, folder, error)) return false;
+  if (context.Objects.IsEmpty() && CreateFirstProfile(context) == nullptr) {
+    *error = QStringLiteral("プロファイルを作成できません。") + context.Data.LastError().text;
+    return false;
+  }
+  return LogIn(context, arguments.Text(QStringLiteral("profile")), password, error);
+}
+
+int RunCommand(const Command& command, const Arguments& arguments) {
+  const QSet<QString> everywhere = {QStringLiteral("data"), QStringLiteral("profile"),
+                                    QStringLiteral("password-fd")};
+  const QStringList unknown = arguments.Unknown(command.options + everywhere);
+  if (!unknown.isEmpty()) {
+    return Complain(QStringLiteral("--%1 は使えません。").arg(unknown.first()), kExitUsage);
+  }
+  Context context;
+  QString error;
+  if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
+  const int code = command.run(context, arguments);
+  context.Data.CloseAll();
+  return code;
+}
+
+int Run(const QStringList& line) {
+  const Arguments arguments(
+      line, {QStringLiteral("json"), QStringLiteral("delete-on-server"), QStringLiteral("default"),
+             QStringLiteral("help"), QStringLiteral("version")});
+  if (!arguments.Error().isEmpty()) return Complain(arguments.Error(), kExitUsage);
+  if (arguments.Has(QStringLiteral("version"))) {
+    Print(QStringLiteral("vornctl " VORN_VERSION));
+    return kExitOk;
+  }
+  if (arguments.Has(QStringLiteral("help"))) {
+    Print(QString::fromUtf16(kUsage));
+    return kExitOk;
+  }
+  const QString words = arguments.Words().join(u' ');
+  if (words.section(u' ', 0, 0) == u"inspect") return Inspect(arguments);
+  for (const Command& command : Commands()) {
+    if (words == command.name || words.startsWith(command.name + u' ')) {
+      return RunCommand(command, arguments);
+    }
+  }
+  return Complain(QString::fromUtf16(kUsage), kExitUsage);
+}
+
+}  // namespace
+
+void Print(const QString& text) {
+  QFile out;
+  if (!out.open(stdout, QIODevice::WriteOnly)) return;
+  out.write(text.toUtf8() + '\n');
+}
+
+int Complain(const QString& sentence, int code) {
+  QFile out;
+  if (out.open(stderr, QIODevice::WriteOnly)) out.write(sentence.toUtf8() + '\n');
+  return code;
+}
+
+QString FindFolder(Context& context, const QString& nameOrSerial) {
+  const DiskPtr named = FindObjectByName(context, object_type::kFolder, nameOrSerial);
+  if (named != nullptr) return named->SerialID();
+  const DiskPtr folder = context.Objects.Find(nameOrSerial);
+  const bool isFolder = folder != nullptr && folder->Text(u"FormName") == object_type::kFolder;
+  return isFolder ? nameOrSerial : QString();
+}
+
+}  // namespace vorn::ctl
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
+}

@@ -1,0 +1,34 @@
+#include <QFile>
+
+#include "ctl/command.h"
+#include "present/message_list_page.h"
+
+namespace vorn::ctl {
+
+int WritePage(Context& context, const Arguments& arguments) {
+  const QString name = arguments.Words().value(1);
+  const QString out = arguments.Text(QStringLiteral("out"));
+  bool ok = true;
+  const int page = arguments.Number(QStringLiteral("page"), 1, &ok);
+  if (out.isEmpty() || !ok || page < 1) {
+    return Complain(QStringLiteral("--page は1以上の数、--out はファイル名です。"), kExitUsage);
+  }
+  const QString folder = FindFolder(context, name);
+  if (folder.isEmpty()) {
+    return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
+  }
+  bool before = false;
+  bool next = false;
+  const QString written =
+      MessageListPages(context).CreateMessageListPage(folder, page, before, next);
+  if (written.isEmpty()) {
+    return Complain(QStringLiteral("ページを作成できません。") + context.Data.LastError().text,
+                    kExitFailure);
+  }
+  QFile::remove(out);
+  if (QFile::rename(written, out)) return kExitOk;
+  QFile::remove(written);
+  return Complain(QStringLiteral("「%1」に書き込めません。").arg(out), kExitFailure);
+}
+
+}  // namespace vorn::ctl

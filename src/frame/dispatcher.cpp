@@ -1,0 +1,67 @@
+#include "frame/dispatcher.h"
+
+namespace vorn {
+
+void Dispatcher::Tick() {
+  if (queue_.IsEmpty() || !host_.IsEnabled()) return;
+  Execute(DiskPtr(queue_.Front()));
+  queue_.RemoveFront();
+}
+
+void Dispatcher::Execute(const DiskPtr& request) {
+  const QString mode = request->Text(u"mode");
+  const QString status = request->Text(u"status");
+  if (mode == u"messagebox") {
+    if (status == u"newmessage") host_.NotifyNewMessages(*request);
+    return;
+  }
+  if (mode != u"dialog" && mode != u"window") return;
+  if (mode == u"window" && !request->Flag(u"direct") && ActivateOpenWindow(request->SerialID())) {
+    return;
+  }
+  RequestWindow* window = host_.CreateRequestWindow(status);
+  if (window == nullptr) return;
+  if (!window->LoadDefaultProperty(request, request->Flag(u"update"))) {
+    window->Unload();
+    return;
+  }
+  const int show = request->Number(u"show", window->IsChild() ? kShowModeless : kShowModal);
+  if (show == kShowHidden || Show(*window, show)) RunAfter(*window, *request);
+}
+
+bool Dispatcher::ActivateOpenWindow(const QString& serialId) {
+  for (RequestWindow* window : host_.OpenWindows()) {
+    if (window->Tag() != serialId) continue;
+    window->Activate();
+    return true;
+  }
+  return false;
+}
+
+bool Dispatcher::Show(RequestWindow& window, int show) {
+  const bool isChild = window.IsChild();  // asked before: a modal window is closed afterwards
+  if (show == kShowModal) {
+    window.ShowModal();
+  } else {
+    window.ShowModeless();
+  }
+  if (isChild) host_.ArrangeWindows();
+  const bool cancelled = show == kShowModal && context_.Session->Text(u"status").isEmpty();
+  return !cancelled;
+}
+
+void Dispatcher::RunAfter(RequestWindow& window, const Disk& request) {
+  const QString after = request.Text(u"after");
+  if (after == u"public") {
+    host_.ApplySettings();
+  } else if (after == u"delete") {
+    window.DeleteObject();
+  } else if (after == u"rename") {
+    window.SetObjectText(host_.NodeText(request.SerialID()));
+    window.ConfirmObject();
+  } else {
+    host_.RefreshNode(request.SerialID());
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+#include "frame/request_queue.h"
+#include "frame/request_window.h"
+#include "storage/context.h"
+
+namespace vorn {
+
+/// What the dispatcher asks of the main window.
+class DispatchHost {
+ public:
+  virtual ~DispatchHost() = default;
+  /// False while a modal window is open.
+  virtual bool IsEnabled() const = 0;
+  /// The open windows in their order.
+  virtual std::vector<RequestWindow*> OpenWindows() const = 0;
+  /// A new window for a request's "status": "browser", "logo", "mail", "rule", and anything else an
+  /// object property window. Null when this version has no such window.
+  virtual RequestWindow* CreateRequestWindow(const QString& status) = 0;
+  /// Arranges the child windows as the main window's saved state says.
+  virtual void ArrangeWindows() = 0;
+  virtual void NotifyNewMessages(const Disk& request) = 0;
+  /// Rebuilds the periodic check and applies the settings to the open windows.
+  virtual void ApplySettings() = 0;
+  /// The text of the console tree's node with that key.
+  virtual QString NodeText(const QString& serialId) const = 0;
+  virtual void RefreshNode(const QString& serialId) = 0;
+};
+
+/// Executes the queue's requests, one per tick. A request stays at the front while it is executed,
+/// so that one posted meanwhile waits behind it.
+class Dispatcher {
+ public:
+  Dispatcher(Context& context, RequestQueue& queue, DispatchHost& host)
+      : context_(context), queue_(queue), host_(host) {}
+
+  void Tick();
+
+ private:
+  void Execute(const DiskPtr& request);
+  bool ActivateOpenWindow(const QString& serialId);
+  /// Whether the "after" step is to follow.
+  bool Show(RequestWindow& window, int show);
+  void RunAfter(RequestWindow& window, const Disk& request);
+
+  Context& context_;
+  RequestQueue& queue_;
+  DispatchHost& host_;
+};
+
+}  // namespace vorn

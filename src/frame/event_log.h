@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// Where recorded events are shown: the console tree.
+class EventView {
+ public:
+  virtual ~EventView() = default;
+  /// `icon` is the category with the level's name, such as "accounterror".
+  virtual void ShowEvent(const QString& serialId, const QString& title, const QString& icon) = 0;
+};
+
+enum EventLevel { kEventInformation = 0, kEventError = 1 };
+/// What an event refers to.
+enum EventMode { kEventObject = 0, kEventMessage = 1 };
+
+/// What happened in the background: the records of the running program, kept in memory alone.
+class EventLog {
+ public:
+  EventLog(Context& context, EventView& view) : context_(context), view_(view) {}
+
+  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+                const QString& category, const QString& text);
+  /// The record with that serial identifier, or null. Its keys are "reference", "daytime",
+  /// "message", "mode", and for messages "db", "file" and "password".
+  DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
+
+ private:
+  Context& context_;
+  EventView& view_;
+  DiskCollection records_;
+};
+
+}  // namespace vorn

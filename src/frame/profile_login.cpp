@@ -1,0 +1,105 @@
+#include "frame/profile_login.h"
+
+#include <QFile>
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/profile.h"
+#include "objects/select_objects.h"
+#include "objects/standard_objects.h"
+#include "storage/databases.h"
+
+namespace vorn {
+namespace {
+
+const QString kPassword = QStringLiteral("password");
+const QString kStatus = QStringLiteral("status");
+
+QString ProfilePath(const Context& context, const Disk& profile) {
+  return PlatformPath(context, profile.Text(u"Profile"));
+}
+
+// The default profile is the one logged in last.
+DiskPtr DefaultProfile(const Context& context) {
+  const DiskCollectionPtr profiles =
+      SelectObjects(context.Objects, *context.Session, object_type::kProfile);
+  for (const DiskPtr& profile : *profiles) {
+    if (profile->Flag(u"Default")) return profile;
+  }
+  return profiles->Count() == 1 ? profiles->First() : nullptr;
+}
+
+bool Fail(const Context& context, const QString& sentence, QString* error) {
+  *error = sentence + context.Data.LastError().text;
+  return false;
+}
+
+}  // namespace
+
+DiskPtr FindProfile(const Context& context, const QString& name) {
+  return FindObjectByName(context, object_type::kProfile, name);
+}
+
+bool TestProfilePassword(Context& context, const Disk& profile, const QString& password) {
+  const QString path = ProfilePath(context, profile);
+  return !QFile::exists(path) || context.Data.TestPassword(path, password);
+}
+
+void BeginLogin(Context& context, const Disk& profile, const QString& password) {
+  context.Session->Let(kPassword, password);
+  context.Session->Let(kStatus, profile.SerialID());
+  context.Session->Let(QStringLiteral("mode"), QStringLiteral("login"));
+}
+
+bool RunLoginStep(Context& context, LoginStep step, const QString& password, QString* error) {
+  switch (step) {
+    case LoginStep::LoadProfiles:
+      return LoadObjects(context, DatabaseKind::Navigator, context.Objects) ||
+             Fail(context, QStringLiteral("プロファイルの一覧を読み込めません。"), error);
+    case LoginStep::EnterProfile: {
+      const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
+      if (profile == nullptr)
+        return Fail(context, QStringLiteral("プロファイルがありません。"), error);
+      EnterProfile(context, profile, password);
+      return true;
+    }
+    case LoginStep::MarkDefault:
+      MarkDefaultProfile(context);
+      return true;
+    case LoginStep::LoadObjects:
+      return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
+             Fail(context, QStringLiteral("プロファイルを読み込めません。"), error);
+    case LoginStep::StandardObjects:
+      return CreateStandardObjects(context) ||
+             Fail(context, QStringLiteral("プロファイルに書き込めません。"), error);
+  }
+  return false;
+}
+
+bool LogIn(Context& context, const QString& name, const QString& password, QString* error) {
+  const DiskPtr profile = name.isEmpty() ? DefaultProfile(context) : FindProfile(context, name);
+  if (profile == nullptr) {
+    *error = name.isEmpty() ? QStringLiteral("プロファイルが複数あります。名前を指定してください。")
+                            : QStringLiteral("プロファイル「%1」はありません。").arg(name);
+    return false;
+  }
+  if (!TestProfilePassword(context, *profile, password)) {
+    return Fail(
+        context,
+        QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"),
+        error);
+  }
+  BeginLogin(context, *profile, password);
+  for (int step = 0; step < kLoginSteps; ++step) {
+    if (!RunLoginStep(context, static_cast<LoginStep>(step), password, error)) return false;
+  }
+  return true;
+}
+
+DiskPtr CreateFirstProfile(Context& context) {
+  const DiskPtr profile = CreateProfile(context, QStringLiteral("Administrator"));
+  if (profile != nullptr) context.Objects.Add(profile);
+  return profile;
+}
+
+}  // namespace vorn

@@ -1,0 +1,75 @@
+#include "frame/request_queue.h"
+
+#include "mail/identifiers.h"
+#include "objects/object_types.h"
+#include "storage/databases.h"
+
+namespace vorn {
+namespace {
+
+using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
+
+DiskPtr MakeRequest(const QString& serialId, Values values) {
+  auto request = std::make_shared<Disk>(serialId);
+  for (const auto& [key, value] : values) request->Let(QString::fromUtf16(key), value);
+  return request;
+}
+
+}  // namespace
+
+QString NewMessageSerialID(Context& context) {
+  const QString serial = context.Data.NewSerialID(QStringLiteral("mail_"));
+  return MimeCodec::EncodeIdentifier(serial.toLatin1()) + u'@' + context.ComputerName;
+}
+
+bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
+  if (request.status.isEmpty()) return false;
+  const QString serialId = request.serialId.isEmpty()
+                               ? context_.Data.NewSerialID(request.status + u'_')
+                               : request.serialId;
+  const DatabaseKind db =
+      request.status == object_type::kProfile ? DatabaseKind::Navigator : DatabaseKind::Profile;
+  Post(MakeRequest(serialId, {{u"mode", QStringLiteral("dialog")},
+                              {u"status", request.status},
+                              {u"db", static_cast<int>(db)},
+                              {u"show", request.show},
+                              {u"after", request.after},
+                              {u"parent", request.parent},
+                              {u"new", request.isNew},
+                              {u"event", request.event}}));
+  return true;
+}
+
+void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
+  Post(MakeRequest(request.serialId, {{u"mode", QStringLiteral("window")},
+                                      {u"after", QStringLiteral("dummy")},
+                                      {u"status", QStringLiteral("browser")},
+                                      {u"url", request.url},
+                                      {u"local", request.local},
+                                      {u"show", request.show},
+                                      {u"exec", request.exec}}));
+}
+
+bool RequestQueue::PostMailRequest(const MailRequest& request) {
+  const QString serialId =
+      request.serialId.isEmpty() ? NewMessageSerialID(context_) : request.serialId;
+  Post(MakeRequest(serialId, {{u"mode", QStringLiteral("window")},
+                              {u"status", QStringLiteral("mail")},
+                              {u"db", request.db},
+                              {u"file", request.file},
+                              {u"open", request.open},
+                              {u"password", request.password},
+                              {u"show", request.show},
+                              {u"new", request.isNew},
+                              {u"direct", request.open != 0},
+                              {u"update", true},
+                              {u"AutoSend", request.autoSend},
+                              {u"event", request.event}}));
+  return true;
+}
+
+void RequestQueue::RemoveFront() {
+  if (!requests_.empty()) requests_.pop_front();
+}
+
+}  // namespace vorn

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QString>
+#include <deque>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// How a request's window is shown, the values of "show".
+enum RequestShow { kShowHidden = -1, kShowModeless = 0, kShowModal = 1 };
+
+/// What a mail request says besides the message: how it is opened and where it is stored.
+struct MailRequest {
+  int open = 0;  ///< the open mode
+  QString serialId;
+  bool isNew = false;
+  int db = 3;
+  QString file;
+  QString password;
+  int show = kShowModeless;
+  bool autoSend = false;
+  QString event;
+};
+
+struct DialogRequest {
+  QString serialId;
+  QString status;
+  int show = kShowModal;
+  bool isNew = false;
+  QString after;
+  QString parent;
+  QString event;
+};
+
+struct BrowserRequest {
+  QString serialId;
+  QString url;
+  bool local = false;
+  int show = kShowModeless;
+  QString exec;
+};
+
+/// The requests that wait to be executed, first in, first out. Nobody opens a window by himself:
+/// everybody posts a request, and the dispatcher executes one per tick.
+class RequestQueue {
+ public:
+  explicit RequestQueue(Context& context) : context_(context) {}
+
+  /// Posts nothing and returns false when the status is empty.
+  bool PostDialogRequest(const DialogRequest& request);
+  void PostBrowserRequest(const BrowserRequest& request);
+  bool PostMailRequest(const MailRequest& request);
+  /// Posts a request that was built elsewhere.
+  void Post(const DiskPtr& request) { requests_.push_back(request); }
+
+  bool IsEmpty() const { return requests_.empty(); }
+  const DiskPtr& Front() const { return requests_.front(); }
+  void RemoveFront();
+  void Clear() { requests_.clear(); }
+
+ private:
+  Context& context_;
+  std::deque<DiskPtr> requests_;
+};
+
+/// A new message's serial identifier, which is a Message-ID's content as well.
+QString NewMessageSerialID(Context& context);
+
+}  // namespace vorn

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// The application title, as captions and messages show it.
+inline const QString kApplicationTitle = QStringLiteral(".VORN");
+
+/// The folder that holds the databases, with its separator: `requested` when one was named, else
+/// the executable's folder when it holds "vorn.ini" or "navi.mbx" (portable use), else the user's
+/// data folder for the application.
+QString ChooseAppFolder(const QString& requested, const QString& executableFolder);
+
+/// Fills the process-wide values, makes sure that the navigator database exists and loads the
+/// profiles. On false `error` is a sentence for the user and nothing was overwritten.
+bool StartUp(Context& context, const QString& appFolder, QString* error);
+
+}  // namespace vorn

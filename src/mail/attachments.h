@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "mail/content_index.h"
+
+namespace vorn {
+
+/// A part that is offered as a file.
+struct Attachment {
+  QString name;
+  MimeCodec::ContentRecord record;
+};
+
+/// The parts that are no text of the message, in order: every part that is not of a text type, and
+/// text parts with a file name, which the text leaves out. A part without a name is called
+/// "添付ファイル[n].dat", n counting such parts from 1.
+std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentRecord>& records,
+                                        const QStringList& textTypes);
+
+}  // namespace vorn

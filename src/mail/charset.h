@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+namespace vorn {
+
+/// The character sets a user can choose for a message, by the numbers that are stored.
+enum class CharsetChoice { Automatic = -1, Jis = 0, Euc = 1, ShiftJis = 2 };
+
+/// The choice for the character at position 1 of a flag string; "*" and anything unknown mean
+/// automatic.
+CharsetChoice CharsetChoiceOf(const QString& flagCharacter);
+
+/// A character set as text is decoded with: the Japanese codes have decoders of their own, which
+/// share the table of Windows code page 932, so that machine-dependent characters (①, ㈱, ～)
+/// survive in each; everything else is ICU's.
+struct Charset {
+  enum class Family { Unknown, Ascii, Jis, Euc, ShiftJis, Utf8, Other };
+
+  Family family = Family::Unknown;
+  QByteArray icuName;  ///< for `Other`
+
+  /// The character set that a message declares, its common misspellings included.
+  static Charset FromLabel(QByteArrayView label);
+  static Charset FromChoice(CharsetChoice choice);
+};
+
+struct DecodedText {
+  QString text;
+  bool clean = true;  ///< false when some byte had no meaning and became U+FFFD
+};
+
+/// Decodes bytes with one character set; never fails. `Unknown` and `Ascii` read bytes over 0x7F as
+/// undecodable. With `atCut`, a character that is cut off by the end is dropped without a mark.
+/// The Japanese decoders follow the WHATWG Encoding Standard.
+DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut = false);
+
+/// Decodes with the declared character set when it is known and fits, else with the recognised one,
+/// else as code page 932.
+QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut = false);
+
+}  // namespace vorn

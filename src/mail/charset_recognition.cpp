@@ -1,0 +1,89 @@
+#include "mail/charset_recognition.h"
+
+#include <algorithm>
+
+namespace vorn {
+namespace {
+
+using Family = Charset::Family;
+
+// Enough to tell; a long text is not decoded three times over.
+constexpr qsizetype kSampleBytes = 64 * 1024;
+
+bool HasJisEscape(QByteArrayView bytes) {
+  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
+    const QByteArrayView rest = bytes.sliced(at + 1);
+    if (rest.startsWith("$@") || rest.startsWith("$B") || rest.startsWith("(J") ||
+        rest.startsWith("(I") || rest.startsWith("$(D") || rest.startsWith("(B")) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// How usual a character is in Japanese text. A code read as another one gives half-width kana,
+// rare ideographs and private characters where the right one gives kana and common ideographs.
+int Weight(char16_t c) {
+  if (c < 0x80) return c < 0x20 && c != '\r' && c != '\n' && c != '\t' ? -20 : 0;
+  if (c >= 0x3041 && c <= 0x3096) return 12;                 // hiragana
+  if (c >= 0x30A1 && c <= 0x30FC) return 8;                  // katakana
+  if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 10;  // 、。 and the wide blank
+  if (c >= 0x300C && c <= 0x3011) return 6;                  // brackets
+  if (c >= 0xFF01 && c <= 0xFF5E) return 4;                  // wide ASCII
+  if (c >= 0xFF61 && c <= 0xFF9F) return -6;                 // half-width kana
+  if (c >= 0xE000 && c <= 0xF8FF) return -20;                // private use
+  if (c >= 0x4E00 && c <= 0x9FFF) return 5;
+  return 0;
+}
+
+// Per character of the reading, so that a code with more characters does not win by their number.
+double Likelihood(const QString& text) {
+  int sum = 0;
+  int count = 0;
+  for (const QChar c : text) {
+    sum += Weight(c.unicode());
+    count += c.unicode() >= 0x80 ? 1 : 0;
+  }
+  return count == 0 ? 0 : static_cast<double>(sum) / count;
+}
+
+}  // namespace
+
+Charset RecognizeCharset(QByteArrayView bytes) {
+  const bool isSample = bytes.size() > kSampleBytes;
+  if (isSample) bytes = bytes.first(kSampleBytes);
+  const bool hasHighBytes =
+      std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  if (HasJisEscape(bytes) && (!hasHighBytes || Decode({Family::Jis, {}}, bytes, isSample).clean)) {
+    return {Family::Jis, {}};
+  }
+  if (!hasHighBytes) return {Family::Ascii, {}};
+  // Other codes hardly ever happen to be well-formed UTF-8.
+  if (Decode({Family::Utf8, {}}, bytes, isSample).clean) return {Family::Utf8, {}};
+
+  const DecodedText euc = Decode({Family::Euc, {}}, bytes, isSample);
+  const DecodedText shiftJis = Decode({Family::ShiftJis, {}}, bytes, isSample);
+  if (euc.clean && shiftJis.clean) {
+    const bool isEuc = Likelihood(euc.text) >= Likelihood(shiftJis.text);
+    return {isEuc ? Family::Euc : Family::ShiftJis, {}};
+  }
+  if (euc.clean) return {Family::Euc, {}};
+  if (shiftJis.clean) return {Family::ShiftJis, {}};
+  return {};
+}
+
+int CodeNumber(const Charset& charset) {
+  switch (charset.family) {
+    case Family::Ascii:
+    case Family::Jis:
+      return 0;
+    case Family::Euc:
+      return 1;
+    case Family::ShiftJis:
+      return 2;
+    default:
+      return -1;
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,228 @@
+#include "mail/content_index.h"
+
+#include <QStringList>
+#include <algorithm>
+
+#include "mail/charset_recognition.h"
+#include "mail/header_fields.h"
+#include "mail/header_parameters.h"
+#include "mail/transfer_encoding.h"
+
+namespace vorn::MimeCodec {
+namespace {
+
+constexpr size_t kMaxDepth = 100;
+constexpr size_t kMaxParts = 10000;
+constexpr qsizetype kRecognitionBytes = 64 * 1024;
+
+const QString kRecordSeparator = QStringLiteral("\r\n");
+constexpr QChar kFieldSeparator = u'\0';
+
+// Nothing that a message says may look like a separator of the index.
+QString Sanitized(QString text) {
+  std::replace_if(
+      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20; }, QChar(u'_'));
+  return text;
+}
+
+QByteArray FieldValue(QByteArrayView source, QByteArrayView name, const ContentRecord& record) {
+  return HeaderValue(HeaderField(source, name, record.headerFirst, record.headerLast), name.size());
+}
+
+// Goes through a source once, line by line, with the boundaries of the open multiparts on a stack.
+class ContentReader {
+ public:
+  ContentReader(QByteArrayView source, qsizetype start, qsizetype end)
+      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))), at_(start) {}
+
+  std::vector<ContentRecord> Run() {
+    BeginPart();
+    while (at_ < source_.size()) {
+      const qsizetype lineStart = at_;
+      const qsizetype found = source_.indexOf('\n', lineStart);
+      at_ = found < 0 ? source_.size() : found + 1;
+      if (!stack_.empty() && source_.sliced(lineStart, at_ - lineStart).startsWith("--")) {
+        TakeDelimiter(lineStart);
+      }
+    }
+    EndLeaf(source_.size());
+    while (!stack_.empty()) CloseMultipart(source_.size());
+    return std::move(records_);
+  }
+
+ private:
+  struct Multipart {
+    QByteArray boundary;
+    ContentRecord whole;  // its own headers, and the body for when no part is found
+    bool hasParts = false;
+    bool isDigest = false;
+  };
+
+  // Reads the headers at the current position; what follows is a leaf or opens a multipart.
+  void BeginPart() {
+    ContentRecord record;
+    record.headerFirst = at_;
+    at_ = HeaderBlockEnd(source_.first(PartHeaderLimit()), at_);
+    record.headerLast = at_ - 1;
+    record.first = at_;
+    // A source without any header is all text.
+    const HeaderParameters type(FieldValue(source_, "Content-Type:", record));
+    ReadType(type, record);
+    const QByteArray boundary = type.Bytes("boundary");
+    if (record.type.startsWith(u"multipart/")) {
+      if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
+        stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
+        return;
+      }
+      record.type = QStringLiteral("text/plain");
+    }
+    leaf_ = record;
+    inLeaf_ = true;
+  }
+
+  // A part whose headers run into the next delimiter has no body.
+  qsizetype PartHeaderLimit() const {
+    for (qsizetype at = at_; !stack_.empty() && at < source_.size();) {
+      const qsizetype found = source_.indexOf('\n', at);
+      const qsizetype next = found < 0 ? source_.size() : found + 1;
+      const QByteArrayView line = source_.sliced(at, next - at);
+      if (line.trimmed().isEmpty()) break;
+      bool closes = false;
+      if (line.startsWith("--") && MatchBoundary(line, &closes) >= 0) return at;
+      at = next;
+    }
+    return source_.size();
+  }
+
+  void ReadType(const HeaderParameters& type, ContentRecord& record) const {
+    const bool inDigest = !stack_.empty() && stack_.back().isDigest;
+    record.type = Sanitized(QString::fromLatin1(type.Main()));
+    const qsizetype slash = record.type.indexOf(u'/');
+    if (slash <= 0 || slash + 1 == record.type.size()) {
+      record.type = type.Main().isEmpty() && inDigest ? QStringLiteral("message/rfc822")
+                                                      : QStringLiteral("text/plain");
+    }
+    const HeaderParameters encoding(FieldValue(source_, "Content-Transfer-Encoding:", record));
+    record.encoding = Sanitized(QString::fromLatin1(encoding.Main()));
+    const HeaderParameters disposition(FieldValue(source_, "Content-Disposition:", record));
+    record.name = disposition.Text("filename");
+    if (record.name.isEmpty()) record.name = type.Text("name");
+    record.name = Sanitized(record.name);
+    record.hasName = !record.name.isEmpty();
+  }
+
+  // The innermost open multipart whose delimiter the line is, or -1.
+  qsizetype MatchBoundary(QByteArrayView line, bool* closes) const {
+    while (!line.isEmpty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' ' ||
+                               line.back() == '\t')) {
+      line.chop(1);
+    }
+    line = line.sliced(2);
+    for (qsizetype i = static_cast<qsizetype>(stack_.size()) - 1; i >= 0; --i) {
+      const QByteArrayView boundary = stack_[static_cast<size_t>(i)].boundary;
+      *closes = line.size() == boundary.size() + 2 && line.endsWith("--");
+      if (line.startsWith(boundary) && (line.size() == boundary.size() || *closes)) return i;
+    }
+    return -1;
+  }
+
+  void TakeDelimiter(qsizetype lineStart) {
+    bool closes = false;
+    const qsizetype level = MatchBoundary(source_.sliced(lineStart, at_ - lineStart), &closes);
+    if (level < 0) return;
+    // The line break before a delimiter belongs to it (RFC 2046 section 5.1.1).
+    qsizetype bodyEnd = lineStart;
+    if (bodyEnd > 0 && source_[bodyEnd - 1] == '\n') --bodyEnd;
+    if (bodyEnd > 0 && source_[bodyEnd - 1] == '\r') --bodyEnd;
+    EndLeaf(bodyEnd);
+    while (static_cast<qsizetype>(stack_.size()) > level + 1) CloseMultipart(bodyEnd);
+    if (closes) {
+      CloseMultipart(bodyEnd);
+    } else if (records_.size() < kMaxParts) {
+      stack_.back().hasParts = true;
+      BeginPart();
+    }
+  }
+
+  void EndLeaf(qsizetype end) {
+    if (!inLeaf_) return;
+    inLeaf_ = false;
+    leaf_.last = qMax(end, leaf_.first) - 1;
+    records_.push_back(leaf_);
+  }
+
+  void CloseMultipart(qsizetype end) {
+    Multipart multipart = std::move(stack_.back());
+    stack_.pop_back();
+    if (multipart.hasParts) return;
+    multipart.whole.type = QStringLiteral("text/plain");
+    multipart.whole.last = qMax(end, multipart.whole.first) - 1;
+    records_.push_back(multipart.whole);
+  }
+
+  QByteArrayView source_;
+  qsizetype at_;
+  std::vector<Multipart> stack_;
+  std::vector<ContentRecord> records_;
+  ContentRecord leaf_;
+  bool inLeaf_ = false;
+};
+
+}  // namespace
+
+std::vector<ContentRecord> ReadContent(QByteArrayView source, qsizetype start, qsizetype end) {
+  return ContentReader(source, start, end).Run();
+}
+
+QString FormatContentIndex(const std::vector<ContentRecord>& records) {
+  QStringList lines;
+  for (const ContentRecord& record : records) {
+    QStringList fields{
+        QString::number(record.headerFirst), QString::number(record.headerLast), record.type,
+        QString::number(record.first),       QString::number(record.last),       record.encoding};
+    if (record.hasName) fields.append(record.name);
+    lines.append(fields.join(kFieldSeparator));
+  }
+  return lines.join(kRecordSeparator);
+}
+
+std::vector<ContentRecord> ParseContentIndex(const QString& index) {
+  std::vector<ContentRecord> records;
+  for (const QString& line : index.split(kRecordSeparator)) {
+    const QStringList fields = line.split(kFieldSeparator);
+    if (fields.size() != 6 && fields.size() != 7) continue;
+    ContentRecord record;
+    record.headerFirst = fields[0].toLongLong();
+    record.headerLast = fields[1].toLongLong();
+    record.type = fields[2];
+    record.first = fields[3].toLongLong();
+    record.last = fields[4].toLongLong();
+    record.encoding = fields[5];
+    record.hasName = fields.size() == 7;
+    record.name = fields.value(6);
+    records.push_back(record);
+  }
+  return records;
+}
+
+QString ContentIndex(QByteArrayView source, qsizetype start, qsizetype end) {
+  return FormatContentIndex(ReadContent(source, start, end));
+}
+
+Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
+  return Charset::FromLabel(
+      HeaderParameters(FieldValue(source, "Content-Type:", record)).Bytes("charset"));
+}
+
+int RecognizeCode(QByteArrayView source, const ContentRecord& record) {
+  const TransferEncoding encoding = TransferEncodingOf(record.encoding.toLatin1());
+  const qsizetype last = qMin(record.last, record.first + kRecognitionBytes - 1);
+  const QByteArray bytes = DecodePart(source, encoding, record.first, last);
+  const Charset declared = DeclaredCharset(source, record);
+  const bool saysNothing =
+      declared.family == Charset::Family::Unknown || declared.family == Charset::Family::Ascii;
+  if (!saysNothing && Decode(declared, bytes, true).clean) return CodeNumber(declared);
+  return CodeNumber(RecognizeCharset(bytes));
+}
+
+}  // namespace vorn::MimeCodec

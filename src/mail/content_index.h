@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <vector>
+
+#include "mail/charset.h"
+
+namespace vorn::MimeCodec {
+
+/// One MIME part: where it stands in the source and what it is. Offsets are bytes of the source,
+/// both ends included; an empty range ends before it begins.
+struct ContentRecord {
+  qsizetype headerFirst = 0;
+  qsizetype headerLast = -1;
+  QString type;  ///< type and subtype in lower case
+  qsizetype first = 0;
+  qsizetype last = -1;
+  QString encoding;  ///< the transfer encoding in lower case, empty when there is none
+  QString name;      ///< the file name
+  bool hasName = false;
+
+  qsizetype Size() const { return last - first + 1; }
+};
+
+/// Maps the leaf parts of the message at `start` to `end` (-1: the end) of a source, in order
+/// (RFC 2046). Never fails: depth and number of parts have limits, a multipart whose boundary is
+/// missing counts as one plain text, and a message without headers as well.
+std::vector<ContentRecord> ReadContent(QByteArrayView source, qsizetype start = 0,
+                                       qsizetype end = -1);
+
+/// The stored form: records separated by CR LF, of six fields, or seven with a file name, separated
+/// by the character with code 0.
+QString FormatContentIndex(const std::vector<ContentRecord>& records);
+std::vector<ContentRecord> ParseContentIndex(const QString& index);
+
+/// `ReadContent` in its stored form.
+QString ContentIndex(QByteArrayView source, qsizetype start = 0, qsizetype end = -1);
+
+/// The character set that a part declares.
+Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record);
+
+/// The code of a text part: 0 JIS, 1 EUC, 2 Shift-JIS, -1 when it is none of these or declares
+/// another character set that its bytes fit.
+int RecognizeCode(QByteArrayView source, const ContentRecord& record);
+
+}  // namespace vorn::MimeCodec

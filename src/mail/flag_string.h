@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace vorn {
+
+/// Positions of a message's flag string, counted from 1.
+enum FlagPosition { kFlagCode = 1, kFlagPriority = 2, kFlagNew = 3, kFlagAttachment = 4 };
+
+/// The character at a position, or `fallback` when the string is shorter.
+QString GetFlagChar(const QString& flags, int position, const QString& fallback);
+
+/// The flags with a position set. A shorter string is first padded with "0". An empty value changes
+/// nothing; a number outside 0 to 9 and a text of several characters pad only.
+QString SetFlagChar(const QString& flags, int position, const QString& value);
+
+}  // namespace vorn

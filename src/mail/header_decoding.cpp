@@ -1,0 +1,138 @@
+#include "mail/header_decoding.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "mail/transfer_encoding.h"
+
+namespace vorn::MimeCodec {
+namespace {
+
+// A run of the field: raw bytes, or the bytes of adjacent encoded words with one charset. A
+// character may begin in one word and end in the next, so the bytes are joined before decoding.
+struct Run {
+  QByteArray charset;  // null for raw bytes
+  QByteArray bytes;
+
+  bool IsEncoded() const { return !charset.isNull(); }
+};
+
+struct EncodedWord {
+  QByteArray charset;
+  QByteArray bytes;
+  qsizetype length;
+};
+
+// The encoded word at the start of `text`. More is accepted than RFC 2047 allows: blanks inside a
+// "Q" text and any length.
+std::optional<EncodedWord> ReadEncodedWord(QByteArrayView text) {
+  if (!text.startsWith("=?")) return std::nullopt;
+  const qsizetype charsetEnd = text.indexOf('?', 2);
+  if (charsetEnd <= 2 || charsetEnd + 3 >= text.size() || text[charsetEnd + 2] != '?') {
+    return std::nullopt;
+  }
+  const char encoding = text[charsetEnd + 1];
+  const bool base64 = encoding == 'B' || encoding == 'b';
+  if (!base64 && encoding != 'Q' && encoding != 'q') return std::nullopt;
+  const qsizetype start = charsetEnd + 3;
+  const qsizetype end = text.indexOf("?=", start);
+  if (end < 0) return std::nullopt;
+  QByteArray charset = text.sliced(2, charsetEnd - 2).toByteArray();
+  if (charset.contains(' ')) return std::nullopt;
+  if (const qsizetype language = charset.indexOf('*'); language > 0) {
+    charset.truncate(language);  // RFC 2231 section 5
+  }
+  return EncodedWord{charset.toLower(), DecodeEncodedWord(text.sliced(start, end - start), base64),
+                     end + 2};
+}
+
+bool IsBlankRun(QByteArrayView text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
+}
+
+std::vector<Run> SplitRuns(QByteArrayView text) {
+  std::vector<Run> runs;
+  qsizetype rawStart = 0;
+  qsizetype at = 0;
+  const auto endRaw = [&](qsizetype end) {
+    if (end > rawStart) {
+      runs.push_back({QByteArray(), text.sliced(rawStart, end - rawStart).toByteArray()});
+    }
+  };
+  while (at < text.size()) {
+    const qsizetype mark = text.indexOf("=?", at);
+    if (mark < 0) break;
+    auto word = ReadEncodedWord(text.sliced(mark));
+    if (!word) {
+      at = mark + 2;
+      continue;
+    }
+    const bool followsWord = !runs.empty() && runs.back().IsEncoded() &&
+                             IsBlankRun(text.sliced(rawStart, mark - rawStart));
+    if (!followsWord) endRaw(mark);
+    if (followsWord && runs.back().charset == word->charset) {
+      runs.back().bytes += word->bytes;
+    } else {
+      runs.push_back({std::move(word->charset), std::move(word->bytes)});
+    }
+    at = rawStart = mark + word->length;
+  }
+  endRaw(text.size());
+  return runs;
+}
+
+QString QuoteForList(const QString& name) {
+  static const QString kSpecials = QStringLiteral(",;:<>()@\"\\");
+  const bool isSafe =
+      std::none_of(name.begin(), name.end(), [](QChar c) { return kSpecials.contains(c); });
+  if (isSafe) return name;
+  QString quoted = name;
+  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + quoted + u'"';
+}
+
+// Line breaks and other controls that a word smuggles in would forge lines of the index.
+QString WithoutControls(QString text) {
+  std::replace_if(
+      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; },
+      QChar(u' '));
+  return text;
+}
+
+// Whether the text so far ends inside a quoted string, where no further quotes are put.
+bool EndsInsideQuotes(const QString& text) {
+  bool inside = false;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (inside && text[i] == u'\\') {
+      ++i;
+    } else if (text[i] == u'"') {
+      inside = !inside;
+    }
+  }
+  return inside;
+}
+
+}  // namespace
+
+QString DecodeHeader(QByteArrayView field, qsizetype skip, CharsetChoice choice, HeaderUse use) {
+  const QByteArrayView text = field.sliced(std::min(skip, field.size()));
+  const Charset chosen = Charset::FromChoice(choice);
+  QString decoded;
+  for (const Run& run : SplitRuns(text)) {
+    if (!run.IsEncoded()) {
+      const bool isForced = choice != CharsetChoice::Automatic;
+      decoded += WithoutControls(isForced ? Decode(chosen, run.bytes).text
+                                          : DecodeAutomatically(run.bytes, {}));
+      continue;
+    }
+    const QString word =
+        WithoutControls(DecodeAutomatically(run.bytes, Charset::FromLabel(run.charset)));
+    const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded);
+    decoded += mayQuote ? QuoteForList(word) : word;
+  }
+  return decoded.trimmed();
+}
+
+}  // namespace vorn::MimeCodec

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+namespace vorn::MimeCodec {
+
+/// Looks a header field up in the header block that begins at byte `start` of a source (RFC 5322
+/// section 2.2; a bare LF ends a line too). `name` is given with its colon and matched without
+/// regard to case. Returns the whole field: the name as written, the colon, and the body with its
+/// continuation lines joined; nothing when absent. `end` is the last byte to look at, -1 meaning
+/// the end of the source. The block ends at the first empty line.
+QByteArray HeaderField(QByteArrayView source, QByteArrayView name, qsizetype start = 0,
+                       qsizetype end = -1);
+
+/// The field at a 0-based position, in the same form; nothing after the last.
+QByteArray HeaderAt(QByteArrayView source, qsizetype index);
+
+/// The raw value of a field: what follows a name of that length, without blanks around it.
+QByteArray HeaderValue(QByteArrayView field, qsizetype nameLength);
+
+/// The offset of the first byte after the header block at `start`, its closing empty line included.
+qsizetype HeaderBlockEnd(QByteArrayView source, qsizetype start = 0, qsizetype end = -1);
+
+}  // namespace vorn::MimeCodec

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <vector>
+
+namespace vorn::MimeCodec {
+
+/// A structured value such as that of Content-Type: the value before the first semicolon and the
+/// parameters after it (RFC 2045 section 5.1, RFC 2231).
+class HeaderParameters {
+ public:
+  /// `value` is the raw field body. Never fails; what cannot be read is left out.
+  explicit HeaderParameters(QByteArrayView value);
+
+  /// The main value, lower-cased, without comments: "text/plain", "attachment".
+  const QByteArray& Main() const { return main_; }
+  /// A parameter's bytes, unquoted; empty when absent. Case of the name does not matter.
+  QByteArray Bytes(QByteArrayView name) const;
+  /// A parameter as text: continuations joined, RFC 2231 charset applied, and the encoded words
+  /// that much Japanese mail has there instead decoded.
+  QString Text(QByteArrayView name) const;
+
+ private:
+  struct Parameter {
+    QByteArray name;  // lower-cased, without section marks
+    int section;      // -1 for one that is whole
+    bool extended;    // percent-encoded
+    QByteArray value;
+  };
+
+  void ReadParameter(QByteArrayView text);
+  /// Joins a parameter's sections; sets the charset when one is given.
+  QByteArray Join(QByteArrayView name, QByteArray* charset, bool* extended) const;
+
+  QByteArray main_;
+  std::vector<Parameter> parameters_;
+};
+
+}  // namespace vorn::MimeCodec

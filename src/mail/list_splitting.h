@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace vorn::MimeCodec {
+
+/// The items of a list from `start` on, at separators that stand outside double quotes, angle
+/// brackets and comments. An item keeps its quotes and loses the blanks around it.
+QStringList SplitList(const QString& text, QChar separator, qsizetype start = 0);
+
+/// The words of one address: at blanks outside quotes, and with a part in angle brackets always a
+/// word of its own.
+QStringList SplitWords(const QString& item);
+
+}  // namespace vorn::MimeCodec

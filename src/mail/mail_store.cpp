@@ -1,0 +1,120 @@
+#include "mail/mail_store.h"
+
+#include "mail/message_index.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+
+QString Where(const Disk& request) {
+  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());
+}
+
+QString SelectRow(const Disk& request) {
+  return QStringLiteral("SELECT * FROM mail") + Where(request);
+}
+
+}  // namespace
+
+bool MailStore::Open(const Disk& request) {
+  const auto kind =
+      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
+  return OpenDatabase(context_, kind, request.Text(u"file", MailDatabasePath(context_)));
+}
+
+QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
+  if (request.SerialID().isEmpty()) return {};
+  // Before the database is opened: the settings may have to be loaded from another one.
+  const MessageIndex index = IndexMessage(source, request.Text(u"Flag"), TextTypes(context_));
+  if (!Open(request)) return {};
+  // The row and its folders appear together or not at all.
+  bool stored = context_.Data.Begin();
+  if (stored) {
+    stored = WriteRow(request, source, index) &&
+             UpdateMessageState(kStateFolders, request, false) && context_.Data.Commit();
+    if (!stored) context_.Data.Rollback();
+  }
+  context_.Data.Close();
+  return stored ? request.SerialID() : QString();
+}
+
+bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index) {
+  DataSession& data = context_.Data;
+  if (!data.OpenRecordset(SelectRow(request), CursorKind::Updatable)) return false;
+  const RecordsetPtr row = data.Recordset();
+  const bool isNew = row->Eof();
+  isNew ? row->AddNew() : row->Edit();
+  row->SetField(QStringLiteral("SERIALID"), request.SerialID());
+  if (isNew) {
+    row->SetField(QStringLiteral("FIELD_ID"), request.Text(u"MessageID", request.SerialID()));
+  }
+  row->SetField(QStringLiteral("MAIL"), source);
+  row->SetField(QStringLiteral("STATUS"), request.Number(u"process", kStatusEdit));
+  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), data.Now());
+  row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
+  row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
+  row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);
+  row->SetField(QStringLiteral("FIELD_FLAG"), index.flags);
+  return row->Update();
+}
+
+QByteArray MailStore::LoadMessageSource(const Disk& request) {
+  if (!Open(request)) return {};
+  QByteArray source;
+  if (context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
+    source = context_.Data.Recordset()->Fields(u"MAIL").toByteArray();
+  }
+  context_.Data.Close();
+  return source;
+}
+
+bool MailStore::DeleteMessage(const Disk& request) {
+  if (!Open(request)) return false;
+  const bool deleted = context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request));
+  context_.Data.Close();
+  return deleted;
+}
+
+bool MailStore::UpdateMessageState(int mask, const Disk& request, bool openDatabase) {
+  if (openDatabase && !Open(request)) return false;
+  const bool written = WriteState(mask, request);
+  if (openDatabase) context_.Data.Close();
+  return written;
+}
+
+bool MailStore::WriteState(int mask, const Disk& request) {
+  DataSession& data = context_.Data;
+  if ((mask == 0 || (mask & kStateStatus) != 0) &&
+      !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
+                    QString::number(request.Number(u"process")) + Where(request))) {
+    return false;
+  }
+  if ((mask == 0 || (mask & kStateFlag) != 0) &&
+      !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
+                    QuoteSql(request.Text(u"flag")) + Where(request))) {
+    return false;
+  }
+  return (mask != 0 && (mask & kStateFolders) == 0) || WriteFolders(request);
+}
+
+bool MailStore::WriteFolders(const Disk& request) {
+  DataSession& data = context_.Data;
+  if (!data.Execute(QStringLiteral("DELETE FROM folder") + Where(request))) return false;
+  for (const QString& folder : request.Text(u"folder").split(kLineBreak, Qt::SkipEmptyParts)) {
+    if (!data.Execute(QStringLiteral("INSERT INTO folder ( SERIALID, FOLDERID ) VALUES(") +
+                      QuoteSql(request.SerialID()) + u',' + QuoteSql(folder) + u')')) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool MailStore::IsTextMime(const QString& contentType) {
+  return TextTypes(context_).contains(contentType);
+}
+
+}  // namespace vorn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+struct MessageIndex;
+
+/// Message states, the values of `STATUS`. The negated value marks a message in the dust.
+enum MessageStatus { kStatusEdit = 1, kStatusWaiting = 2, kStatusSent = 3, kStatusReceived = 4 };
+
+/// Bits of `UpdateMessageState`'s mask; 0 means all of them.
+enum StateMask { kStateStatus = 1, kStateFlag = 2, kStateFolders = 4 };
+
+/// The message store: rows of `mail` and their membership rows in `folder`.
+///
+/// Every operation is given the message's bag and reads from it the serial identifier, "db" (a
+/// database kind, default 3), "file" (default: the profile's mail database), "MessageID", "process"
+/// (the status), "Flag" and "folder" (folder identifiers, one a line). Failures are returned
+/// without a message; the reason is in the session's `LastError`.
+class MailStore {
+ public:
+  explicit MailStore(Context& context) : context_(context) {}
+
+  /// Creates or replaces the message's row with its index columns, and its folder membership.
+  /// All or nothing. Returns the serial identifier, or an empty string on failure.
+  QString StoreMessage(const Disk& request, const QByteArray& source);
+
+  /// The message's source, exactly as it was stored; empty when there is no such row.
+  QByteArray LoadMessageSource(const Disk& request);
+
+  /// Deletes the message's row. The folder rows are not touched.
+  bool DeleteMessage(const Disk& request);
+
+  /// Writes the parts of the state that the mask names. With `openDatabase` the operation opens and
+  /// closes the database itself, otherwise it works on the one that is open.
+  bool UpdateMessageState(int mask, const Disk& request, bool openDatabase);
+
+  /// Whether a content type is shown as text (the setting "TextMime").
+  bool IsTextMime(const QString& contentType);
+
+ private:
+  bool Open(const Disk& request);
+  bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
+  bool WriteState(int mask, const Disk& request);
+  bool WriteFolders(const Disk& request);
+
+  Context& context_;
+};
+
+}  // namespace vorn

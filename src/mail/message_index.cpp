@@ -1,0 +1,67 @@
+#include "mail/message_index.h"
+
+#include "mail/address.h"
+#include "mail/flag_string.h"
+#include "mail/mime_codec.h"
+
+namespace vorn {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+
+// The headers of the address lines, in their order. "Replay-To:" is written so in the messages
+// that this program makes.
+constexpr QByteArrayView kAddressHeaders[] = {
+    "FROM:", "TO:", "CC:", "BCC:", "Replay-To:", "Disposition-Notification-To:"};
+
+QString AddressLines(QByteArrayView source) {
+  QStringList pieces;
+  for (const QByteArrayView name : kAddressHeaders) {
+    const QByteArray field = MimeCodec::HeaderField(source, name);
+    if (field.isNull()) continue;
+    const QString lines = ParseAddressList(MimeCodec::DecodeHeader(
+        field, 0, CharsetChoice::Automatic, MimeCodec::HeaderUse::AddressList));
+    if (!lines.isEmpty()) pieces.append(lines);
+  }
+  return pieces.join(kLineBreak);
+}
+
+// A number with a comment behind it is no number here and gives normal priority.
+QString Priority(QByteArrayView source) {
+  const QByteArrayView name = "X-Priority:";
+  bool isNumber = false;
+  const int priority =
+      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).toInt(&isNumber);
+  if (!isNumber || priority == 3) return QStringLiteral("2");
+  return priority >= 4 ? QStringLiteral("3") : QStringLiteral("1");
+}
+
+QString CodeCharacter(int code) {
+  return code < 0 ? QStringLiteral("*") : QString::number(code);
+}
+
+}  // namespace
+
+MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
+                          const QStringList& textTypes) {
+  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ReadContent(source);
+  MessageIndex index;
+  index.content = MimeCodec::FormatContentIndex(records);
+  const QByteArrayView subject = "SUBJECT:";
+  index.subject = MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size());
+  index.addressLines = AddressLines(source);
+
+  index.flags = SetFlagChar(flags, kFlagAttachment, QStringLiteral("0"));
+  for (const MimeCodec::ContentRecord& record : records) {
+    if (textTypes.contains(record.type)) {
+      index.flags = SetFlagChar(index.flags, kFlagCode,
+                                CodeCharacter(MimeCodec::RecognizeCode(source, record)));
+    } else {
+      index.flags = SetFlagChar(index.flags, kFlagAttachment, QStringLiteral("1"));
+    }
+  }
+  index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
+  return index;
+}
+
+}  // namespace vorn

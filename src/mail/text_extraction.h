@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+
+#include "mail/charset.h"
+
+namespace vorn {
+
+/// How `GetMessageText` is to read a message.
+struct TextRequest {
+  CharsetChoice charset = CharsetChoice::Automatic;
+  qsizetype maximum = 0;  ///< bytes of code page 932, 0 meaning no limit
+  QString linePrefix;     ///< put after every line break
+  QStringList textTypes;  ///< the content types that are text, compared exactly
+};
+
+struct MessageText {
+  QString text;
+  bool produced = false;  ///< whether there was any
+};
+
+/// The readable text of a message: its text parts without a file name, decoded, one after the
+/// other. Every line break becomes CR LF and the prefix. A text that the maximum cuts ends with
+/// "...".
+MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
+                           const TextRequest& request);
+
+}  // namespace vorn

@@ -1,0 +1,78 @@
+#include "objects/account.h"
+
+#include <algorithm>
+
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kDefaultSmtpPort = 25;
+constexpr int kMaxPort = 65535;
+
+bool HasControlCharacter(const QString& text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
+}
+
+DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
+  auto account = std::make_shared<Disk>(serialId);
+  const auto set = [&account](const char16_t* key, const QVariant& value) {
+    account->Let(QString::fromUtf16(key), value);
+  };
+  set(u"FormName", object_type::kAccount);
+  set(u"Object", values.name);
+  set(u"ToolTipText", QString());
+  set(u"Draw", object_type::kAccount);
+  set(u"Default", values.isDefault);
+  set(u"System", false);
+  set(u"Enabled", true);
+  set(u"Parent", QString());
+  set(u"Mailaddress", values.address);
+  set(u"Display", values.display);
+  set(u"EventLog", true);
+  set(u"InMailServer", values.inServer);
+  set(u"InMailServerPort", QString::number(values.inPort));
+  set(u"InMailServerUser", values.inUser);
+  set(u"InMailServerPassword", values.inPassword);
+  set(u"InMailServerPasswordSave", true);
+  set(u"InMailServerProtocol", static_cast<int>(values.inProtocol));
+  set(u"InMailServerDelete", values.deleteOnServer);
+  set(u"OutMailServer", values.inServer);
+  set(u"OutMailServerPort", QString::number(kDefaultSmtpPort));
+  set(u"OutMailServerProtocol", 0);
+  return account;
+}
+
+}  // namespace
+
+QString ValidateAccount(const Context& context, const AccountValues& values) {
+  const auto probe = std::make_shared<Disk>();
+  probe->Let(QStringLiteral("Object"), values.name);
+  const QString nameError = ValidateObject(context.Objects, *probe);
+  if (!nameError.isEmpty()) return nameError;
+  if (!values.address.contains(u'@')) {
+    return QStringLiteral("メールアドレスに「@」がありません。");
+  }
+  if (values.inServer.isEmpty()) return QStringLiteral("受信サーバーが設定されていません。");
+  if (values.inUser.isEmpty())
+    return QStringLiteral("受信サーバーのユーザー名が設定されていません。");
+  if (values.inPort < 1 || values.inPort > kMaxPort) {
+    return QStringLiteral("ポート番号は1から65535までの数です。");
+  }
+  for (const QString& text : {values.name, values.address, values.display, values.inServer,
+                              values.inUser, values.inPassword}) {
+    if (HasControlCharacter(text)) return QStringLiteral("使えない文字（制御文字）があります。");
+  }
+  return {};
+}
+
+DiskPtr CreateAccount(Context& context, const AccountValues& values) {
+  const DiskPtr account = ToObject(context.Data.NewSerialID(object_type::kAccount + u'_'), values);
+  if (!SaveObject(context, DatabaseKind::Profile, *account)) return nullptr;
+  context.Objects.Add(account);
+  return account;
+}
+
+}  // namespace vorn

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// The choices of "InMailServerProtocol" by their stored numbers.
+enum class InProtocol { Pop3 = 0, Apop = 1 };
+
+/// What makes an account, for callers that have no window: the values of its pages.
+struct AccountValues {
+  QString name;
+  QString address;
+  QString display;
+  QString inServer;
+  int inPort = 110;
+  QString inUser;
+  QString inPassword;
+  InProtocol inProtocol = InProtocol::Pop3;
+  bool deleteOnServer = false;
+  bool isDefault = false;
+};
+
+/// What is wrong with the values, as a sentence for the user; empty when nothing is.
+QString ValidateAccount(const Context& context, const AccountValues& values);
+
+/// Stores a new enabled account. Null when it cannot be saved.
+DiskPtr CreateAccount(Context& context, const AccountValues& values);
+
+}  // namespace vorn

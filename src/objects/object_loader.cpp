@@ -1,0 +1,25 @@
+#include "objects/object_loader.h"
+
+#include "storage/databases.h"
+
+namespace vorn {
+
+DiskPtr LoadObject(Context& context, const QString& serialId) {
+  if (DiskPtr loaded = context.Objects.Find(serialId)) return loaded;
+  if (!OpenDatabase(context, DatabaseKind::Profile)) return nullptr;
+  auto object = std::make_shared<Disk>(serialId);
+  const bool exists = object->DatabaseToDisk(context.Data) && object->Size() > 0;
+  context.Data.Close();
+  if (!exists) return nullptr;
+  context.Objects.Add(object);
+  return object;
+}
+
+DiskPtr FindObjectByName(const Context& context, const QString& type, const QString& name) {
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") == type && object->Text(u"Object") == name) return object;
+  }
+  return nullptr;
+}
+
+}  // namespace vorn

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+
+namespace vorn {
+
+/// The type words of objects: the value of "FormName", and the "status" of the request that
+/// creates one.
+namespace object_type {
+inline const QString kProfile = QStringLiteral("profile");
+inline const QString kAccount = QStringLiteral("account");
+inline const QString kFolder = QStringLiteral("folder");
+inline const QString kBookmark = QStringLiteral("bookmark");
+inline const QString kBook = QStringLiteral("book");
+inline const QString kDirectory = QStringLiteral("directory");
+inline const QString kEvent = QStringLiteral("event");
+}  // namespace object_type
+
+/// The serial identifiers that are the same in every profile.
+namespace fixed_serial {
+inline const QString kInbox = QStringLiteral("01_folder_1_INBOX0000000");
+inline const QString kOutbox = QStringLiteral("01_folder_2_OUTBOX000000");
+inline const QString kEditWait = QStringLiteral("01_folder_3_EDITWAIT0000");
+inline const QString kDust = QStringLiteral("01_folder_4_DUST00000000");
+inline const QString kEventLog = QStringLiteral("EVENT_000000000000");
+inline const QString kSettings = QStringLiteral("logo");
+inline const QString kLayout = QStringLiteral("layout");
+}  // namespace fixed_serial
+
+/// Lines of a text value are separated by CR LF.
+inline const QString kLineBreak = QStringLiteral("\r\n");
+
+}  // namespace vorn

@@ -1,0 +1,43 @@
+#include "objects/profile.h"
+
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kFileNameCharacters = 8;  // of a serial identifier, enough to name a file
+
+}  // namespace
+
+DiskPtr CreateProfile(Context& context, const QString& name) {
+  auto profile = std::make_shared<Disk>(context.Data.NewSerialID(QStringLiteral("_profile")));
+  const QString folder = QStringLiteral("/current/") + profile->SerialID() + u'\\';
+  const QString mail =
+      folder + context.Data.NewSerialID().left(kFileNameCharacters) + QStringLiteral(".mbx");
+  profile->Let(QStringLiteral("FormName"), object_type::kProfile);
+  profile->Let(QStringLiteral("Object"), name);
+  profile->Let(QStringLiteral("ToolTipText"), QString());
+  profile->Let(QStringLiteral("Draw"), object_type::kProfile);
+  profile->Let(QStringLiteral("Default"), false);
+  profile->Let(QStringLiteral("System"), true);
+  profile->Let(QStringLiteral("Enabled"), false);
+  profile->Let(QStringLiteral("Parent"), QString());
+  profile->Let(QStringLiteral("Profile"), QString(folder + QStringLiteral("profile.mbx")));
+  profile->Let(QStringLiteral("Mail"), mail);
+  profile->Let(QStringLiteral("History"), mail);
+  return SaveObject(context, DatabaseKind::Navigator, *profile) ? profile : nullptr;
+}
+
+void EnterProfile(Context& context, const DiskPtr& profile, const QString& password) {
+  context.Session = profile;
+  profile->Let(QStringLiteral("Password"), password);
+  profile->Let(QStringLiteral("login"), true);
+}
+
+bool MarkDefaultProfile(Context& context) {
+  context.Session->Let(QStringLiteral("Default"), true);
+  return SaveObject(context, DatabaseKind::Navigator, *context.Session);
+}
+
+}  // namespace vorn

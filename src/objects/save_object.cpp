@@ -1,0 +1,66 @@
+#include "objects/save_object.h"
+
+#include "objects/object_types.h"
+#include "storage/sql_text.h"
+#include "storage/time_text.h"
+
+namespace vorn {
+namespace {
+
+const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
+                                  QStringLiteral("mode"), QStringLiteral("login")};
+
+// Every other stored profile loses its default mark. Should this fail, the object is saved all the
+// same: the marks in memory are right, and the next login writes them again.
+void ApplyDefaultProfileRule(Context& context, const Disk& saved) {
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") == object_type::kProfile) {
+      object->Let(QStringLiteral("Default"), object->SerialID() == context.Session->SerialID());
+    }
+  }
+  context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
+                                      "(SELECT SERIALID FROM object WHERE NAME = "
+                                      "'FormName@string' AND PROPERTY = 'profile') AND NAME = "
+                                      "'Default@boolean' AND NOT SERIALID = ") +
+                       QuoteSql(saved.SerialID()));
+}
+
+// The logged-in profile is the session bag too; what only the running program may know stays out
+// of the file, the password above all.
+bool StoreRows(DataSession& data, Disk& object) {
+  if (object.Text(u"FormName") != object_type::kProfile) return object.DiskToDatabase(data);
+  Disk stored(object.SerialID());
+  for (qint32 i = 1; i <= object.Size(); ++i) {
+    const QString& name = object.NameAt(i);
+    if (!kSessionKeys.contains(name, Qt::CaseInsensitive)) stored.Let(name, object.Get(name));
+  }
+  return stored.DiskToDatabase(data);
+}
+
+}  // namespace
+
+QString ValidateObject(const DiskCollection& objects, const Disk& object) {
+  const QString name = object.Text(u"Object");
+  if (name.isEmpty()) return QStringLiteral("オブジェクト名が設定されていません。");
+  for (const DiskPtr& other : objects) {
+    if (other->SerialID() != object.SerialID() && other->Text(u"Object") == name) {
+      return QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。");
+    }
+  }
+  return {};
+}
+
+bool SaveObject(Context& context, DatabaseKind kind, Disk& object) {
+  object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
+  if (!OpenDatabase(context, kind) || !context.Data.Begin()) {
+    context.Data.Close();
+    return false;
+  }
+  if (object.Text(u"FormName") == object_type::kProfile) ApplyDefaultProfileRule(context, object);
+  const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
+  if (!saved) context.Data.Rollback();
+  context.Data.Close();
+  return saved;
+}
+
+}  // namespace vorn

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+#include "storage/databases.h"
+
+namespace vorn {
+
+/// Why a confirmed object may not be saved, as the message to show; empty when it may: its name is
+/// missing, or another loaded object bears it.
+QString ValidateObject(const DiskCollection& objects, const Disk& object);
+
+/// Saves an object whole in one transaction, with "DayTime" set to now, and keeps the rule that
+/// only the logged-in profile is the default one. On false the stored object is as it was.
+bool SaveObject(Context& context, DatabaseKind kind, Disk& object);
+
+}  // namespace vorn

@@ -1,0 +1,132 @@
+#include "objects/search_condition.h"
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kMark = QStringLiteral("○");
+constexpr QChar kFieldSeparator = u'\0';
+
+enum FieldIndex { kKindField = 0, kLabelField, kConnectorField, kNegationField, kValueField };
+
+struct KindWord {
+  ConditionLine::Kind kind;
+  QLatin1String word;
+};
+
+constexpr KindWord kKindWords[] = {
+    {ConditionLine::Kind::Subject, QLatin1String("subject")},
+    {ConditionLine::Kind::MailAddress, QLatin1String("mailaddress")},
+    {ConditionLine::Kind::Folder, QLatin1String("folder")},
+    {ConditionLine::Kind::Status, QLatin1String("status")},
+    {ConditionLine::Kind::TimeStamp, QLatin1String("timestamp")},
+};
+
+// Numbers stand in the statement unquoted, so that only a number may get there.
+QString NumberOrNothing(const QString& text) {
+  bool isNumber = false;
+  const int number = text.trimmed().toInt(&isNumber);
+  return isNumber ? QString::number(number) : QString();
+}
+
+QString Contains(const QString& column, const QString& text) {
+  return column + QStringLiteral(" LIKE ") + QuoteSql(u'*' + text + u'*');
+}
+
+QString StatusClause(const QStringList& values) {
+  QStringList numbers;
+  for (const QString& value : values) {
+    const QString number = NumberOrNothing(value);
+    if (!number.isEmpty()) numbers.append(number);
+  }
+  return numbers.isEmpty() ? QString()
+                           : QStringLiteral("mail.STATUS IN (") + numbers.join(u',') + u')';
+}
+
+QString DaysClause(const QString& value) {
+  const QString days = NumberOrNothing(value);
+  return days.isEmpty() ? QString()
+                        : QStringLiteral("DATEDIFF(\"d\", NOW, mail.FIELD_TIMESTAMP ) >= ") + days;
+}
+
+}  // namespace
+
+std::optional<ConditionLine> ParseConditionLine(const QString& line) {
+  const QStringList fields = line.split(kFieldSeparator);
+  for (const KindWord& word : kKindWords) {
+    if (fields[kKindField] != word.word) continue;
+    return ConditionLine{word.kind, fields.value(kConnectorField) == kMark,
+                         fields.value(kNegationField) == kMark, fields.mid(kValueField)};
+  }
+  return std::nullopt;
+}
+
+QString FormatConditionLine(const ConditionLine& line) {
+  QStringList fields{QString(), QString(), line.joinedByAnd ? kMark : QString(),
+                     line.negated ? kMark : QString()};
+  for (const KindWord& word : kKindWords) {
+    if (word.kind == line.kind) fields[kKindField] = word.word;
+  }
+  return (fields + line.values).join(kFieldSeparator);
+}
+
+QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
+  const DiskPtr folder = LoadObject(context_, serialId);
+  if (folder == nullptr) return {};
+  if (wholeStatement) visited_.clear();
+  const QString entry = serialId + kLineBreak;
+  if (visited_.contains(entry)) return {};
+  visited_ += entry;
+
+  const QString condition = Condition(serialId, *folder);
+  if (!wholeStatement) return condition;
+  const QString head =
+      condition.contains(u"folder.")
+          ? QStringLiteral(
+                "SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = folder.SERIALID")
+          : QStringLiteral("SELECT * FROM mail");
+  return head + QStringLiteral(" WHERE ") + condition;
+}
+
+QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
+  if (folder.Flag(u"SqlUse")) return folder.Text(u"Sql");
+  const QString list = folder.Text(u"Condition");
+  if (list.isEmpty()) return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
+
+  QString condition;
+  for (const QString& text : list.split(kLineBreak)) {
+    const auto line = ParseConditionLine(text);
+    if (!line) continue;
+    const QString clause = Clause(*line);
+    if (clause.isEmpty()) continue;  // and its connector with it
+    if (!condition.isEmpty()) {
+      condition += line->joinedByAnd ? QStringLiteral(" AND ") : QStringLiteral(" OR ");
+    }
+    if (line->negated) condition += QStringLiteral(" NOT ");
+    condition += clause;
+  }
+  // Lines that came to nothing select nothing, rather than leave a statement without an end.
+  return condition.isEmpty() ? QStringLiteral("0 = 1") : condition;
+}
+
+QString FolderSqlBuilder::Clause(const ConditionLine& line) {
+  const QString value = line.values.value(0);
+  switch (line.kind) {
+    case ConditionLine::Kind::Subject:
+      return Contains(QStringLiteral("mail.FIELD_SUBJECT"), value);
+    case ConditionLine::Kind::MailAddress:
+      return Contains(QStringLiteral("mail.FIELD_MAILADDRESS"), value);
+    case ConditionLine::Kind::Status:
+      return StatusClause(line.values);
+    case ConditionLine::Kind::TimeStamp:
+      return DaysClause(value);
+    case ConditionLine::Kind::Folder:
+      return CreateFolderSql(value, false);
+  }
+  return {};
+}
+
+}  // namespace vorn

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// One line of a folder's condition list.
+struct ConditionLine {
+  enum class Kind { Subject, MailAddress, Folder, Status, TimeStamp };
+
+  Kind kind = Kind::Subject;
+  bool joinedByAnd = false;  ///< else joined to the lines before it by "or"
+  bool negated = false;
+  QStringList values;  ///< one value; for `Status` one or more numbers
+};
+
+/// Reads a line: fields separated by the character with code 0, namely the kind, a label, the
+/// connector mark, the negation mark, and the value or values. Nothing for an unknown kind.
+std::optional<ConditionLine> ParseConditionLine(const QString& line);
+
+/// The stored form of a line.
+QString FormatConditionLine(const ConditionLine& line);
+
+/// Turns folders into the SELECT statements over the table `mail` that list their messages.
+class FolderSqlBuilder {
+ public:
+  explicit FolderSqlBuilder(Context& context) : context_(context) {}
+
+  /// The complete statement of a folder, or with `wholeStatement` false its condition alone. Empty
+  /// when the folder cannot be loaded or is already being expanded. May hold text written by the
+  /// user.
+  QString CreateFolderSql(const QString& folder, bool wholeStatement = true);
+
+ private:
+  QString Condition(const QString& serialId, const Disk& folder);
+  QString Clause(const ConditionLine& line);
+
+  Context& context_;
+  QString visited_;  // every folder entered during one build, each with CR LF
+};
+
+}  // namespace vorn

@@ -1,0 +1,138 @@
+#include "objects/standard_objects.h"
+
+#include <initializer_list>
+#include <utility>
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "objects/version_serial.h"
+
+namespace vorn {
+namespace {
+
+using Values = std::initializer_list<std::pair<QString, QVariant>>;
+
+struct StandardFolder {
+  const QString& serialId;
+  QString name;
+  QString draw;
+  QString sql;
+  QString toolTip;
+};
+
+// Profiles from this version on have an event log.
+constexpr qint32 kEventLogVersion = 8000;
+
+void SetAll(Disk& object, Values values) {
+  for (const auto& [key, value] : values) object.Let(key, value);
+}
+
+// The keys of the "file" page, which every object has.
+DiskPtr NewObject(const QString& serialId, const QString& type, const QString& name,
+                  const QString& toolTip, const QString& draw) {
+  auto object = std::make_shared<Disk>(serialId);
+  SetAll(*object, {{QStringLiteral("FormName"), type},
+                   {QStringLiteral("Object"), name},
+                   {QStringLiteral("ToolTipText"), toolTip},
+                   {QStringLiteral("Draw"), draw},
+                   {QStringLiteral("Default"), false},
+                   {QStringLiteral("System"), false},
+                   {QStringLiteral("Enabled"), false},
+                   {QStringLiteral("Parent"), QString()}});
+  return object;
+}
+
+bool SaveNew(Context& context, const DiskPtr& object) {
+  if (!SaveObject(context, DatabaseKind::Profile, *object)) return false;
+  context.Objects.Add(object);
+  return true;
+}
+
+bool CreateFolders(Context& context) {
+  const StandardFolder folders[] = {
+      {fixed_serial::kInbox, QStringLiteral("受信"), QStringLiteral("activedown"),
+       QStringLiteral("STATUS = 4"),
+       QStringLiteral("受信メッセージが保存されているフォルダです。")},
+      {fixed_serial::kOutbox, QStringLiteral("送信"), QStringLiteral("activeup"),
+       QStringLiteral("STATUS = 3"),
+       QStringLiteral("送信済みメッセージが保存されているフォルダです。")},
+      {fixed_serial::kEditWait, QStringLiteral("待ち"), QStringLiteral("activewait"),
+       QStringLiteral("STATUS = 1 OR STATUS = 2"),
+       QStringLiteral("編集中および送信待ちのメッセージが保存されているフォルダです。")},
+      {fixed_serial::kDust, QStringLiteral("くずかご"), QStringLiteral("dust"),
+       QStringLiteral("STATUS < 0"),
+       QStringLiteral("くずかごに入れられたメッセージが保存されているフォルダです。")},
+  };
+  for (const StandardFolder& folder : folders) {
+    if (LoadObject(context, folder.serialId) != nullptr) continue;
+    const DiskPtr object =
+        NewObject(folder.serialId, object_type::kFolder, folder.name, folder.toolTip, folder.draw);
+    SetAll(*object, {{QStringLiteral("System"), true},
+                     {QStringLiteral("Sql"), folder.sql},
+                     {QStringLiteral("SqlUse"), true},
+                     {QStringLiteral("Condition"), QString()}});
+    if (!SaveNew(context, object)) return false;
+  }
+  return true;
+}
+
+// The first states of the settings. Where a user of today needs another behaviour than the one an
+// absent key stands for, the first state turns it on.
+bool CreateSettings(Context& context) {
+  DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
+  const QString install = QStringLiteral("Install");
+  if (settings != nullptr) {
+    if (settings->Text(install) == context.VersionText) return true;
+    settings->Let(install, context.VersionText);
+    return SaveObject(context, DatabaseKind::Profile, *settings);
+  }
+  settings = std::make_shared<Disk>(fixed_serial::kSettings);
+  SetAll(*settings, {{QStringLiteral("TextMime"), QStringLiteral("text/plain")},
+                     {QStringLiteral("MessagesEdit"), true},
+                     {QStringLiteral("Messages"), 100},
+                     {QStringLiteral("PageEscape"), true},
+                     {QStringLiteral("StandardHeaders"), true},
+                     {QStringLiteral("MessageCheck"), false},
+                     {QStringLiteral("MessageCheckInterval"), 10},
+                     {QStringLiteral("MessageNotice"), true},
+                     {QStringLiteral("MessageNoticeDialog"), false},
+                     {QStringLiteral("EditMode"), true},
+                     {QStringLiteral("SubjectReplay"), QStringLiteral("Re")},
+                     {QStringLiteral("SubjectForward"), QStringLiteral("Fw")},
+                     {QStringLiteral("MemoIndent"), QStringLiteral("> ")},
+                     {QStringLiteral("ToolbarIcon"), false},
+                     {install, context.VersionText}});
+  return SaveNew(context, settings);
+}
+
+bool CreateBookmarks(Context& context) {
+  const DiskPtr list =
+      NewObject(context.Data.NewSerialID(QStringLiteral("_bookmark")), object_type::kBookmark,
+                QStringLiteral("お気に入り。"), QString(), QStringLiteral("bookmark"));
+  // Places of the reserved example domain: the project has no site of its own yet.
+  SetAll(*list, {{QStringLiteral("Default"), true},
+                 {QStringLiteral("Url"), QStringLiteral("https://www.example.com/ ホームページ\r\n"
+                                                        "https://www.example.org/ 掲示板")}});
+  return SaveNew(context, list);
+}
+
+bool CreateEventLog(Context& context) {
+  if (LoadObject(context, fixed_serial::kEventLog) != nullptr) return true;
+  const DiskPtr log = NewObject(fixed_serial::kEventLog, object_type::kEvent,
+                                QStringLiteral("イベント"), QString(), QStringLiteral("event"));
+  SetAll(*log, {{QStringLiteral("Enabled"), true}, {QStringLiteral("System"), true}});
+  return SaveNew(context, log);
+}
+
+}  // namespace
+
+bool CreateStandardObjects(Context& context) {
+  const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
+  const qint32 installed = settings == nullptr ? 0 : VersionSerialID(settings->Text(u"Install"));
+  return CreateFolders(context) && CreateSettings(context) &&
+         (installed != 0 || CreateBookmarks(context)) &&
+         (installed >= kEventLogVersion || CreateEventLog(context));
+}
+
+}  // namespace vorn

@@ -1,0 +1,218 @@
+#include "present/page_filler.h"
+
+#include "mail/address.h"
+#include "mail/code_page_932.h"
+#include "mail/flag_string.h"
+#include "mail/mail_store.h"
+#include "mail/text_extraction.h"
+#include "storage/time_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+constexpr qsizetype kPreviewBytes = 100;
+
+}  // namespace
+
+PageFiller::PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
+                       const PageContent& content)
+    : tags_(tags), template_(pageTemplate), rows_(rows), content_(content) {
+  tags_[kTagDialog].section.key = static_cast<int>(kDialogClosed);
+}
+
+QByteArray PageFiller::Run(bool& next) {
+  qint32 remaining = content_.rowsPerPage >= 1 ? content_.rowsPerPage : -1;
+  while (mail_ != MailState::After && remaining != 0) {
+    at_ = pending_ = rowStart_;
+    if (!Scan()) return output_;
+    if (mail_ == MailState::Before) break;
+    if (mail_ == MailState::Inside) {
+      rows_->MoveNext();
+      if (remaining > 0) --remaining;
+    }
+  }
+  next = !rows_->Eof();
+  if (pending_ < template_.size() - 1) output_ += template_.sliced(pending_);
+  return output_;
+}
+
+// False when a data tag met no row, which ends the page there.
+bool PageFiller::Scan() {
+  for (; at_ < template_.size(); ++at_) {
+    if (template_[at_] != '<') continue;
+    for (int tag = 0; tag < kPageTagCount; ++tag) {
+      if (MatchTagPattern(template_, tags_[static_cast<size_t>(tag)].section, at_) &&
+          !Handle(tag)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+void PageFiller::WritePending() {
+  output_ += template_.sliced(pending_, at_ - pending_);
+}
+
+void PageFiller::WriteText(const QString& text) {
+  output_ += ToCodePage932(text);
+}
+
+void PageFiller::WriteMail(const QString& text) {
+  WriteText(content_.escape ? text.toHtmlEscaped() : text);
+}
+
+bool PageFiller::Handle(int tag) {
+  const qsizetype afterTag = at_ + tags_[static_cast<size_t>(tag)].section.length;
+  if (tag == kTagMail) {
+    HandleMail();
+    pending_ = afterTag;
+    return true;
+  }
+  if (tag == kTagDialog) return HandleDialog();
+  WritePending();
+  pending_ = afterTag;
+  if (tag == kTagFolder) {
+    HandleFolder();
+    return true;
+  }
+  if (rows_->Eof()) return false;
+  switch (tag) {
+    case kTagSubject: {
+      const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
+      WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
+      break;
+    }
+    case kTagTimeStamp:
+      WriteTimeStamp();
+      break;
+    case kTagMailAddress:
+      HandleMailAddress();
+      break;
+    case kTagFlag:
+      HandleFlag();
+      break;
+    case kTagSize:
+      WriteSize();
+      break;
+    default:
+      WritePreview();
+  }
+  return true;
+}
+
+void PageFiller::HandleMail() {
+  if (mail_ == MailState::Before) {
+    WritePending();
+    mail_ = MailState::Inside;
+    rowStart_ = at_ + tags_[kTagMail].section.length;
+  } else if (!rows_->Eof()) {
+    WritePending();
+  } else {
+    mail_ = MailState::After;
+  }
+}
+
+QStringList PageFiller::TakeChildren(int tag) {
+  return ReadChildTags(template_, tags_[static_cast<size_t>(tag)], pending_)
+      .split(kLineBreak, Qt::SkipEmptyParts);
+}
+
+bool PageFiller::HandleDialog() {
+  QVariant& state = tags_[kTagDialog].section.key;
+  const qsizetype afterTag = at_ + tags_[kTagDialog].section.length;
+  if (state.toInt() == kDialogClosed) {
+    if (rows_->Eof()) return false;
+    WritePending();
+    pending_ = afterTag;
+    QString kind = QStringLiteral("preview");
+    for (const QString& child : TakeChildren(kTagDialog)) {
+      kind = tags_[kTagDialog].children[child.toInt()].key.toString();
+    }
+    // Only what was received can be answered or forwarded.
+    const bool received = qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
+    if (kind != u"preview" && !received) {
+      state = static_cast<int>(kDialogSuppressed);
+      return true;
+    }
+    state = static_cast<int>(kDialogOpen);
+    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->SerialID() +
+              QStringLiteral("\">"));
+    return true;
+  }
+  if (state.toInt() == kDialogOpen) {
+    WritePending();
+    WriteText(QStringLiteral("</A>"));
+  }
+  pending_ = afterTag;
+  state = static_cast<int>(kDialogClosed);
+  return true;
+}
+
+void PageFiller::HandleMailAddress() {
+  QStringList kinds;
+  for (const QString& child : TakeChildren(kTagMailAddress)) {
+    kinds.append(tags_[kTagMailAddress].children[child.toInt()].key.toString());
+  }
+  QStringList shown;
+  const QString lines = rows_->Fields(u"FIELD_MAILADDRESS").toString();
+  for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
+    const QString text = entry.displayName.isEmpty() ? entry.address : entry.displayName;
+    shown.append(content_.escape ? text.toHtmlEscaped() : text);
+  }
+  WriteText(shown.join(QStringLiteral("<BR>")));
+}
+
+void PageFiller::HandleFlag() {
+  enum Child { kNew = 0, kClip, kPriority };
+  const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
+  const auto isSet = [&flags](int position, QStringView value) {
+    return GetFlagChar(flags, position, QString()) == value;
+  };
+  for (const QString& child : TakeChildren(kTagFlag)) {
+    switch (child.toInt()) {
+      case kNew:
+        if (isSet(kFlagNew, u"1")) WriteText(QStringLiteral("○"));
+        break;
+      case kClip:
+        if (isSet(kFlagAttachment, u"1")) WriteText(QStringLiteral("＠"));
+        break;
+      default:
+        if (isSet(kFlagPriority, u"1")) WriteText(QStringLiteral("↑"));
+        if (isSet(kFlagPriority, u"3")) WriteText(QStringLiteral("↓"));
+    }
+  }
+}
+
+void PageFiller::HandleFolder() {
+  for (const QString& child : TakeChildren(kTagFolder)) {
+    const bool isName = child.toInt() == 0;
+    WriteMail(content_.folder->Text(isName ? u"Object" : u"ToolTipText"));
+  }
+}
+
+void PageFiller::WriteTimeStamp() {
+  const QVariant time = rows_->Fields(u"FIELD_TIMESTAMP");
+  if (time.isValid()) WriteText(GeneralTimeText(time.toString()));
+}
+
+void PageFiller::WriteSize() {
+  const auto highestIndex = static_cast<double>(rows_->ByteCount(u"MAIL") - 1);
+  WriteText(QString::number(highestIndex / 1024.0, 'f', 2));
+}
+
+void PageFiller::WritePreview() {
+  const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
+  TextRequest request;
+  request.charset = CharsetChoiceOf(GetFlagChar(flags, kFlagCode, QStringLiteral("-1")));
+  request.maximum = kPreviewBytes;
+  request.textTypes = content_.textTypes;
+  const MessageText preview = GetMessageText(rows_->Fields(u"MAIL").toByteArray(),
+                                             rows_->Fields(u"FIELD_CONTENT").toString(), request);
+  if (preview.produced) WriteMail(preview.text);
+}
+
+}  // namespace vorn

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+#include "present/page_tags.h"
+#include "storage/disk.h"
+#include "storage/recordset.h"
+
+namespace vorn {
+
+/// What a page is filled with besides its rows.
+struct PageContent {
+  DiskPtr folder;
+  QStringList textTypes;
+  bool escape = false;     ///< HTML-escape what mail contributes
+  qint32 rowsPerPage = 0;  ///< 0: all
+};
+
+/// One pass of a template over the rows of a result set. The template is scanned byte by byte; at
+/// each section tag the text before it is written, then what the tag stands for. The part between
+/// two "<+MAIL>" is scanned once per row.
+class PageFiller {
+ public:
+  PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
+             const PageContent& content);
+
+  /// Fills the page from the current row on. The result may be empty.
+  QByteArray Run(bool& next);
+
+ private:
+  enum class MailState { Before, Inside, After };
+  enum DialogState { kDialogClosed = 0, kDialogSuppressed = 1, kDialogOpen = 2 };
+
+  bool Scan();
+  bool Handle(int tag);
+  void WritePending();
+  void WriteText(const QString& text);
+  void WriteMail(const QString& text);
+
+  void HandleMail();
+  bool HandleDialog();
+  void HandleMailAddress();
+  void HandleFlag();
+  void HandleFolder();
+  void WriteTimeStamp();
+  void WriteSize();
+  void WritePreview();
+  QStringList TakeChildren(int tag);
+
+  PageTagTable& tags_;
+  const QByteArray& template_;
+  RecordsetPtr rows_;
+  const PageContent& content_;
+  QByteArray output_;
+
+  MailState mail_ = MailState::Before;
+  qsizetype rowStart_ = 0;  // of the row template
+  qsizetype pending_ = 0;   // the first byte not yet written
+  qsizetype at_ = 0;
+};
+
+}  // namespace vorn

@@ -1,0 +1,74 @@
+#include "present/page_template.h"
+
+#include <QStringList>
+
+namespace vorn {
+namespace {
+
+struct TemplateLine {
+  int blanks;
+  const char16_t* text;
+};
+
+constexpr TemplateLine kLines[] = {
+    {0, u"<HTML lang = \"ja\">"},
+    {0, u""},
+    {4, u"<HEAD>"},
+    {8, u"<META http-equiv = \"Content-Type\" content = \"text/html; charset = shift-jis\">"},
+    {8, u"<TITLE><+FOLDER><NAME></TITLE>"},
+    {8, u"<STYLE TYPE = \"text/css\">"},
+    {12, u"A:active    { color: darkblue; }"},
+    {12, u"A:link      { color: darkblue; }"},
+    {12, u"A:visited   { color: darkblue; }"},
+    {12, u"BODY        { BACKGROUND-COLOR: beige; }"},
+    {12, u"#size       { FONT-SIZE: 10pt; }"},
+    {12, u"</STYLE>"},
+    {8, u"<TITLE>.VORN</TITLE>"},
+    {8, u"</HEAD>"},
+    {0, u""},
+    {4, u"<BODY>"},
+    {0, u""},
+    {8, u"<TABLE>"},
+    {12, u"<TBODY align = \"left\" valign = \"middle\">"},
+    {16, u"<TR>"},
+    {20, u"<TD></TD>"},
+    {20, u"<TD></TD>"},
+    {20, u"<TD></TD>"},
+    {20, u"<TD id = \"size\">件名</TD>"},
+    {20, u"<TD id = \"size\">日時</TD>"},
+    {20, u"<TD id = \"size\">送信者</TD>"},
+    {20, u"</TR>"},
+    {16, u"<TR>"},
+    {20, u"<TD colspan = \"6\"><HR size = \"1\"></TD>"},
+    {20, u"</TR>"},
+    {16, u"<+MAIL>"},
+    {16, u"<TR>"},
+    {20, u"<TD id = \"size\"><NOBR><+FLAG><NEW></NOBR></TD>"},
+    {20, u"<TD id = \"size\"><NOBR><+FLAG><CLIP></NOBR></TD>"},
+    {20, u"<TD id = \"size\"><NOBR><+FLAG><PRIORITY></NOBR></TD>"},
+    {20,
+     u"<TD id = \"size\"><NOBR><+DIALOG><+SUBJECT><+DIALOG> <+DIALOG><REPLAY>返信<+DIALOG> "
+     u"<+DIALOG><FORWARD>転送<+DIALOG></NOBR></TD>"},
+    {20, u"<TD id = \"size\"><NOBR><+TIMESTAMP></NOBR></TD>"},
+    {20, u"<TD id = \"size\"><NOBR><+MAILADDRESS><FROM></NOBR></TD>"},
+    {20, u"</TR>"},
+    {20, u"<+MAIL>"},
+    {16, u"</TBODY>"},
+    {12, u"</TABLE>"},
+    {0, u""},
+    {8, u"</BODY>"},
+    {0, u""},
+    {4, u"</HTML>"},
+};
+
+}  // namespace
+
+QString DefaultPageTemplate() {
+  QStringList lines;
+  for (const TemplateLine& line : kLines) {
+    lines.append(QString(line.blanks, u' ') + QString::fromUtf16(line.text));
+  }
+  return lines.join(QStringLiteral("\r\n"));
+}
+
+}  // namespace vorn

@@ -1,0 +1,370 @@
+#include "storage/connection.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string_view>
+
+#include "storage/engine.h"
+#include "storage/recordset.h"
+#include "storage/schema.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kIdleStatements = 64;
+constexpr int kBusyTimeoutMs = 5000;
+
+// What a condition may call besides operators. Anything not listed, such as the engine's export and
+// extension loading functions, is refused.
+constexpr std::array kReadingFunctions = {
+    "like", "now",    "datediff", "long_binary", "abs",      "coalesce", "count",
+    "date", "ifnull", "instr",    "length",      "lower",    "ltrim",    "max",
+    "min",  "nullif", "round",    "rtrim",       "strftime", "substr",   "sum",
+    "time", "trim",   "upper",    "avg",         "replace"};
+
+bool IsAnyOf(const char* name, std::initializer_list<const char*> names) {
+  return name != nullptr && std::any_of(names.begin(), names.end(), [name](const char* candidate) {
+           return sqlite3_stricmp(name, candidate) == 0;
+         });
+}
+
+}  // namespace
+
+// --- Statement ---------------------------------------------------------------------------------
+
+Statement::Statement(Connection& connection, QByteArray cacheKey, sqlite3_stmt* handle)
+    : connection_(connection), cacheKey_(std::move(cacheKey)), handle_(handle) {}
+
+Statement::~Statement() {
+  connection_.GiveBack(cacheKey_, handle_);
+}
+
+void Statement::Bind(const QVariantList& values) {
+  bound_.clear();
+  for (int i = 0; i < values.size(); ++i) {
+    const QVariant& value = values[i];
+    switch (value.typeId()) {
+      case QMetaType::UnknownType:
+        sqlite3_bind_null(handle_, i + 1);
+        break;
+      case QMetaType::Int:
+      case QMetaType::LongLong:
+      case QMetaType::Short:
+      case QMetaType::Bool:
+        sqlite3_bind_int64(handle_, i + 1, value.toLongLong());
+        break;
+      case QMetaType::Double:
+        sqlite3_bind_double(handle_, i + 1, value.toDouble());
+        break;
+      case QMetaType::QByteArray: {
+        bound_.append(value);
+        const auto* bytes = static_cast<const QByteArray*>(bound_.back().constData());
+        sqlite3_bind_blob64(handle_, i + 1, bytes->constData(),
+                            static_cast<sqlite3_uint64>(bytes->size()), SQLITE_STATIC);
+        break;
+      }
+      default: {
+        const QByteArray text = value.toString().toUtf8();
+        sqlite3_bind_text64(handle_, i + 1, text.constData(),
+                            static_cast<sqlite3_uint64>(text.size()), SQLITE_TRANSIENT,
+                            SQLITE_UTF8);
+      }
+    }
+  }
+}
+
+Statement::Step Statement::Next() {
+  switch (sqlite3_step(handle_)) {
+    case SQLITE_ROW:
+      return Step::Row;
+    case SQLITE_DONE:
+      return Step::Done;
+    default:
+      connection_.Fail();
+      return Step::Failed;
+  }
+}
+
+int Statement::ColumnCount() const {
+  return sqlite3_column_count(handle_);
+}
+
+QString Statement::ColumnName(int column) const {
+  return QString::fromUtf8(sqlite3_column_name(handle_, column));
+}
+
+bool Statement::IsLongBinary(int column) const {
+  const char* type = sqlite3_column_decltype(handle_, column);
+  return type != nullptr && std::string_view(type) == kLongBinaryType;
+}
+
+QVariant Statement::Value(int column) const {
+  switch (sqlite3_column_type(handle_, column)) {
+    case SQLITE_NULL:
+      return {};
+    case SQLITE_INTEGER: {
+      const qint64 number = sqlite3_column_int64(handle_, column);
+      const bool isShort = number >= std::numeric_limits<qint32>::min() &&
+                           number <= std::numeric_limits<qint32>::max();
+      return isShort ? QVariant(static_cast<qint32>(number)) : QVariant(number);
+    }
+    case SQLITE_FLOAT:
+      return sqlite3_column_double(handle_, column);
+    case SQLITE_BLOB:
+      return QByteArray(static_cast<const char*>(sqlite3_column_blob(handle_, column)),
+                        sqlite3_column_bytes(handle_, column));
+    default:
+      return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(handle_, column)),
+                               sqlite3_column_bytes(handle_, column));
+  }
+}
+
+// --- Connection --------------------------------------------------------------------------------
+
+std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
+                                             Mode mode, StorageError* error) {
+  std::shared_ptr<Connection> connection(new Connection);
+  const int flags = SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
+  if (sqlite3_open_v2(path.toUtf8().constData(), &connection->handle_, flags, nullptr) !=
+      SQLITE_OK) {
+    *error = EngineError(connection->handle_);
+    return nullptr;
+  }
+  if (!connection->SetUp(password, error)) return nullptr;
+  return connection;
+}
+
+Connection::~Connection() {
+  EndRecordsets();
+  for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
+  sqlite3_close_v2(handle_);
+}
+
+bool Connection::SetUp(const QString& password, StorageError* error) {
+  sqlite3_extended_result_codes(handle_, 1);
+  sqlite3_busy_timeout(handle_, kBusyTimeoutMs);
+  const QByteArray key = FileKey(password);
+  sqlite3_key(handle_, key.constData(), static_cast<int>(key.size()));
+  // Later engines have another default format; ours stays the same everywhere.
+  if (Scalar("PRAGMA cipher_version").toString().startsWith(u'4')) {
+    Run("PRAGMA cipher_compatibility = 3");
+  }
+  Run("PRAGMA cipher_page_size = 4096");
+  if (!CheckFormat(error)) return false;
+  Run("PRAGMA journal_mode = WAL");
+  Run("PRAGMA synchronous = NORMAL");
+  Run("PRAGMA wal_autocheckpoint = 4000");
+  Run("PRAGMA cache_size = -32768");
+  RegisterDialectFunctions(handle_);
+  sqlite3_set_authorizer(handle_, Authorize, this);
+  return true;
+}
+
+// The first read, which is what tests the key.
+bool Connection::CheckFormat(StorageError* error) {
+  const QVariant version = Scalar("PRAGMA user_version");
+  if (!version.isValid()) {
+    *error = error_;
+    return false;
+  }
+  const QVariant tables = Scalar("SELECT COUNT(0) FROM sqlite_master");
+  if (!tables.isValid()) {
+    *error = error_;
+    return false;
+  }
+  const int application = Scalar("PRAGMA application_id").toInt();
+  if (tables.toInt() > 0 && application != kApplicationId) {
+    *error = {StorageError::Kind::Foreign,
+              QStringLiteral("このプログラムのデータベースではありません。")};
+    return false;
+  }
+  if (version.toInt() > kSchemaVersion) {
+    *error = {StorageError::Kind::Newer,
+              QStringLiteral("新しい版のプログラムで作られたデータベースです。"
+                             "プログラムを更新してください。")};
+    return false;
+  }
+  return true;
+}
+
+bool Connection::Fail() {
+  error_ = EngineError(handle_);
+  return false;
+}
+
+std::unique_ptr<Statement> Connection::Prepare(const QByteArray& sql, StatementTrust trust) {
+  const QByteArray key = (trust == StatementTrust::System ? 's' : 'u') + sql;
+  if (sqlite3_stmt* idle = idle_.take(key)) return std::make_unique<Statement>(*this, key, idle);
+  sqlite3_stmt* handle = nullptr;
+  const char* tail = nullptr;
+  preparing_ = trust;
+  const int result =
+      sqlite3_prepare_v2(handle_, sql.constData(), static_cast<int>(sql.size()), &handle, &tail);
+  preparing_ = StatementTrust::System;
+  if (result != SQLITE_OK) {
+    Fail();
+    return nullptr;
+  }
+  const bool isWhole =
+      QByteArrayView(tail, sql.constData() + sql.size() - tail).trimmed().isEmpty();
+  if (handle == nullptr || !isWhole) {
+    sqlite3_finalize(handle);
+    error_ = {StorageError::Kind::BadStatement, QStringLiteral("実行できる文は一つだけです。")};
+    return nullptr;
+  }
+  return std::make_unique<Statement>(*this, key, handle);
+}
+
+void Connection::GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle) {
+  if (idle_.size() >= kIdleStatements || idle_.contains(cacheKey)) {
+    sqlite3_finalize(handle);
+    return;
+  }
+  sqlite3_reset(handle);
+  sqlite3_clear_bindings(handle);
+  idle_.insert(cacheKey, handle);
+}
+
+bool Connection::Run(const QByteArray& sql, const QVariantList& values) {
+  const auto statement = Prepare(sql);
+  if (statement == nullptr) return false;
+  statement->Bind(values);
+  Statement::Step step = Statement::Step::Row;
+  while (step == Statement::Step::Row) step = statement->Next();
+  return step == Statement::Step::Done;
+}
+
+QVariant Connection::Scalar(const QByteArray& sql, const QVariantList& values) {
+  const auto statement = Prepare(sql);
+  if (statement == nullptr) return {};
+  statement->Bind(values);
+  return statement->Next() == Statement::Step::Row ? statement->Value(0) : QVariant();
+}
+
+bool Connection::Begin() {
+  const bool begun =
+      depth_ == 0 ? Run("BEGIN IMMEDIATE") : Run("SAVEPOINT level" + QByteArray::number(depth_));
+  if (begun) ++depth_;
+  return begun;
+}
+
+bool Connection::Commit() {
+  if (depth_ == 0) return false;
+  if (depth_ > 1) {
+    if (!Run("RELEASE level" + QByteArray::number(depth_ - 1))) return false;
+    --depth_;
+    return true;
+  }
+  if (!Run("COMMIT")) {
+    const StorageError reason = error_;
+    Rollback();
+    error_ = reason;
+    return false;
+  }
+  depth_ = 0;
+  return true;
+}
+
+void Connection::Rollback() {
+  if (depth_ == 0) return;
+  --depth_;
+  // The engine may have rolled back everything by itself, as it does when the disk is full.
+  if (sqlite3_get_autocommit(handle_) != 0) {
+    depth_ = 0;
+    return;
+  }
+  const StorageError reason = error_;
+  if (depth_ == 0) {
+    Run("ROLLBACK");
+  } else {
+    const QByteArray name = "level" + QByteArray::number(depth_);
+    Run("ROLLBACK TO " + name);
+    Run("RELEASE " + name);
+  }
+  error_ = reason;
+}
+
+bool Connection::MakeDurable() {
+  const auto statement = Prepare("PRAGMA wal_checkpoint(FULL)");
+  if (statement == nullptr || statement->Next() != Statement::Step::Row) return false;
+  // Columns: blocked, frames in the log, frames written to the file. A reader in another process
+  // can hold the last frames back; then nothing may depend on them yet.
+  const bool complete =
+      statement->Value(0).toInt() == 0 && statement->Value(1) == statement->Value(2);
+  if (!complete) {
+    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+  }
+  return complete;
+}
+
+bool Connection::ChangeKey(const QString& newPassword) {
+  // Out of the log first: the key change then rewrites the file in one ordinary transaction.
+  if (!Run("PRAGMA journal_mode = DELETE")) return false;
+  for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
+  idle_.clear();
+  const QByteArray key = FileKey(newPassword);
+  return sqlite3_rekey(handle_, key.constData(), static_cast<int>(key.size())) == SQLITE_OK ||
+         Fail();
+}
+
+qint64 Connection::LastRowId() const {
+  return sqlite3_last_insert_rowid(handle_);
+}
+
+QByteArray Connection::ReadLongBinary(qint64 id) {
+  sqlite3_blob* blob = nullptr;
+  QByteArray bytes;
+  if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
+    const int size = sqlite3_blob_bytes(blob);
+    bytes.resize(size);
+    if (sqlite3_blob_read(blob, bytes.data(), size, 0) != SQLITE_OK) {
+      Fail();
+      bytes.clear();
+    }
+  } else {
+    Fail();
+  }
+  sqlite3_blob_close(blob);
+  return bytes;
+}
+
+qint64 Connection::LongBinarySize(qint64 id) {
+  sqlite3_blob* blob = nullptr;
+  qint64 size = 0;
+  if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
+    size = sqlite3_blob_bytes(blob);
+  }
+  sqlite3_blob_close(blob);
+  return size;
+}
+
+qint64 Connection::WriteLongBinary(const QByteArray& data) {
+  return Run("INSERT INTO long_binary (DATA) VALUES (?)", {data}) ? LastRowId() : 0;
+}
+
+void Connection::EndRecordsets() {
+  const auto open = recordsets_;
+  for (Recordset* recordset : open) recordset->End();
+  recordsets_.clear();
+}
+
+int Connection::Authorize(void* self, int action, const char* first, const char* second,
+                          const char*, const char*) {
+  if (static_cast<Connection*>(self)->preparing_ == StatementTrust::System) return SQLITE_OK;
+  switch (action) {
+    case SQLITE_SELECT:
+      return SQLITE_OK;
+    case SQLITE_READ:
+      return IsAnyOf(first, {"mail", "folder"}) ? SQLITE_OK : SQLITE_DENY;
+    case SQLITE_FUNCTION:
+      return std::any_of(kReadingFunctions.begin(), kReadingFunctions.end(),
+                         [second](const char* name) { return IsAnyOf(second, {name}); })
+                 ? SQLITE_OK
+                 : SQLITE_DENY;
+    default:
+      return SQLITE_DENY;
+  }
+}
+
+}  // namespace vorn

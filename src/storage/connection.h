@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QVariant>
+#include <memory>
+
+#include "storage/storage_error.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace vorn {
+
+class Connection;
+class Recordset;
+
+/// Whose text a statement is: the system's own, or one that holds a condition the user wrote,
+/// which may only read messages.
+enum class StatementTrust { System, UserCondition };
+
+/// A prepared statement on loan from its connection, which gets it back, reset, at the end.
+class Statement {
+ public:
+  enum class Step { Row, Done, Failed };
+
+  Statement(Connection& connection, QByteArray cacheKey, sqlite3_stmt* handle);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  void Bind(const QVariantList& values);
+  Step Next();
+  int ColumnCount() const;
+  QString ColumnName(int column) const;
+  /// Whether the column holds a reference to data kept in a table of its own.
+  bool IsLongBinary(int column) const;
+  QVariant Value(int column) const;
+
+ private:
+  Connection& connection_;
+  QByteArray cacheKey_;
+  sqlite3_stmt* handle_;
+  QVariantList bound_;  // keeps the bytes alive that the engine was only lent
+};
+
+/// One open database file: its encryption key, statement cache, functions of the dialect, nested
+/// transactions and the table of long binary data.
+class Connection {
+ public:
+  enum class Mode { Existing, Create };
+
+  /// Null, with the reason in `error`, when the file does not open with that password.
+  static std::shared_ptr<Connection> Open(const QString& path, const QString& password, Mode mode,
+                                          StorageError* error);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// Null, with the reason in `LastError`, when the engine refuses the statement.
+  std::unique_ptr<Statement> Prepare(const QByteArray& sql,
+                                     StatementTrust trust = StatementTrust::System);
+  /// Runs a statement to its end.
+  bool Run(const QByteArray& sql, const QVariantList& values = {});
+  /// The first column of the first row; invalid when there is none.
+  QVariant Scalar(const QByteArray& sql, const QVariantList& values = {});
+
+  /// Transactions nest: only the outermost one writes to the file.
+  bool Begin();
+  bool Commit();
+  void Rollback();
+  bool InTransaction() const { return depth_ > 0; }
+
+  /// Forces everything committed so far onto the disk (checkpoint with full sync).
+  bool MakeDurable();
+  bool ChangeKey(const QString& newPassword);
+
+  qint64 LastRowId() const;
+  QByteArray ReadLongBinary(qint64 id);
+  qint64 LongBinarySize(qint64 id);
+  /// The new entry's identifier, 0 on failure.
+  qint64 WriteLongBinary(const QByteArray& data);
+
+  const StorageError& LastError() const { return error_; }
+  void Attach(Recordset* recordset) { recordsets_.insert(recordset); }
+  void Detach(Recordset* recordset) { recordsets_.remove(recordset); }
+  /// Ends the result sets that are still open, before the connection is parked.
+  void EndRecordsets();
+
+ private:
+  friend class Statement;
+  Connection() = default;
+  bool SetUp(const QString& password, StorageError* error);
+  bool CheckFormat(StorageError* error);
+  void RegisterFunctions();
+  bool Fail();
+  static int Authorize(void* self, int action, const char* first, const char* second,
+                       const char* database, const char* trigger);
+  void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);
+
+  sqlite3* handle_ = nullptr;
+  StatementTrust preparing_ = StatementTrust::System;
+  QHash<QByteArray, sqlite3_stmt*> idle_;
+  QSet<Recordset*> recordsets_;
+  StorageError error_;
+  int depth_ = 0;
+};
+
+}  // namespace vorn

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <memory>
+
+namespace vorn {
+
+class Connection;
+
+/// Connections that were closed but stay warm: deriving a file's key takes some 30 ms, and the
+/// system opens and closes its databases around every small task. A parked connection is handed
+/// out only for the same file, still the same one on disk, and the same password.
+class ConnectionPool {
+ public:
+  /// The parked connection for the file at `path`, or null.
+  std::shared_ptr<Connection> Take(const QString& path, const QString& password);
+  void Park(const QString& path, const QString& password, std::shared_ptr<Connection> connection);
+  /// The connection parked for `path`, which stays parked; for work that needs no password.
+  std::shared_ptr<Connection> Peek(const QString& path) const;
+  /// Really closes what is parked for `path`, or everything when it is empty.
+  void Drop(const QString& path = {});
+
+ private:
+  struct Parked {
+    std::shared_ptr<Connection> connection;
+    QString identity;
+    QByteArray salt;
+    QByteArray passwordHash;
+  };
+
+  QHash<QString, Parked> parked_;  // by canonical path
+};
+
+}  // namespace vorn

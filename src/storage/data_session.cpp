@@ -1,0 +1,176 @@
+#include "storage/data_session.h"
+
+#include <QFile>
+
+#include "storage/sql_dialect.h"
+#include "storage/time_text.h"
+
+namespace vorn {
+
+bool DataSession::FailWith(const StorageError& error) {
+  error_ = error;
+  return false;
+}
+
+bool DataSession::FailFromConnection() {
+  return FailWith(connection_->LastError());
+}
+
+bool DataSession::Open(const QString& path, const QString& password) {
+  Close();
+  std::shared_ptr<Connection> connection = pool_.Take(path, password);
+  if (connection == nullptr) {
+    connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
+    if (connection == nullptr) return false;
+  }
+  connection_ = std::move(connection);
+  path_ = path;
+  password_ = password;
+  return true;
+}
+
+bool DataSession::Create(const QString& path, const QString& password) {
+  if (QFile::exists(path)) {
+    return FailWith(
+        {StorageError::Kind::Other, QStringLiteral("同じ名前のファイルが既にあります。")});
+  }
+  Close();
+  StorageError error;
+  const auto connection = Connection::Open(path, password, Connection::Mode::Create, &error);
+  if (connection == nullptr) return FailWith(error);
+  // The mark makes the first page, so that the file is one that a wrong password does not open.
+  if (!connection->Run("PRAGMA application_id = " + QByteArray::number(kApplicationId))) {
+    return FailWith(connection->LastError());
+  }
+  pool_.Park(path, password, connection);
+  return true;
+}
+
+bool DataSession::CreateField(const QString& table, const QString& column, FieldType type,
+                              bool /*required*/, bool indexed, int /*size*/) {
+  if (connection_ == nullptr) return false;
+  return CreateColumn(*connection_, table, column, type, indexed) || FailFromConnection();
+}
+
+bool DataSession::CompleteFields() {
+  return connection_ != nullptr && (CompleteSchema(*connection_) || FailFromConnection());
+}
+
+void DataSession::Close() {
+  recordset_.reset();
+  if (connection_ == nullptr) return;
+  connection_->EndRecordsets();
+  // A transaction left open by its owner's failure must not leak into the next task.
+  while (connection_->InTransaction() && connection_ != group_) connection_->Rollback();
+  pool_.Park(path_, password_, std::move(connection_));
+  connection_.reset();
+}
+
+bool DataSession::Begin() {
+  if (connection_ == nullptr) return false;
+  if (!groupPath_.isEmpty() && groupPath_ == path_ && group_ == nullptr) {
+    if (!connection_->Begin()) return FailFromConnection();
+    group_ = connection_;
+  }
+  return connection_->Begin() || FailFromConnection();
+}
+
+bool DataSession::Commit() {
+  return connection_ != nullptr && (connection_->Commit() || FailFromConnection());
+}
+
+void DataSession::Rollback() {
+  if (connection_ == nullptr) return;
+  connection_->Rollback();
+  if (connection_ == group_ && !connection_->InTransaction()) group_.reset();
+}
+
+bool DataSession::FlushGroup() {
+  if (group_ == nullptr) return true;
+  const std::shared_ptr<Connection> group = std::move(group_);
+  group_.reset();
+  return group->Commit() || FailWith(group->LastError());
+}
+
+bool DataSession::EndGroup() {
+  groupPath_.clear();
+  return FlushGroup();
+}
+
+bool DataSession::MakeDurable(const QString& path) {
+  const std::shared_ptr<Connection> connection =
+      connection_ != nullptr && path_ == path ? connection_ : pool_.Peek(path);
+  if (connection == nullptr) {
+    return FailWith(
+        {StorageError::Kind::NotFound, QStringLiteral("データベースファイルが開かれていません。")});
+  }
+  return connection->MakeDurable() || FailWith(connection->LastError());
+}
+
+bool DataSession::OpenRecordset(const QString& select, CursorKind kind, StatementTrust trust) {
+  if (connection_ == nullptr) return false;
+  QString reason;
+  const auto translated = TranslateSql(select, &reason);
+  if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
+
+  QByteArray sql = translated->sql;
+  QString table;
+  if (kind == CursorKind::Updatable) {
+    table = UpdatableTable(select);
+    if (table.isEmpty()) {
+      return FailWith(
+          {StorageError::Kind::BadStatement, QStringLiteral("この文の結果は変更できません。")});
+    }
+    sql.replace(sql.indexOf('*'), 1, "rowid,*");
+  }
+  auto statement = connection_->Prepare(sql, trust);
+  if (statement == nullptr) return FailFromConnection();
+  statement->Bind(translated->parameters);
+  auto rows = table.isEmpty()
+                  ? std::make_shared<vorn::Recordset>(connection_, std::move(statement))
+                  : std::make_shared<vorn::Recordset>(connection_, std::move(statement), table);
+  if (rows->Failed()) return FailFromConnection();
+  recordset_ = std::move(rows);
+  return true;
+}
+
+bool DataSession::Execute(const QString& text) {
+  if (connection_ == nullptr) return false;
+  QString reason;
+  const auto translated = TranslateSql(text, &reason);
+  if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
+  return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();
+}
+
+QString DataSession::Now() const {
+  return CurrentTimeText();
+}
+
+std::shared_ptr<Connection> DataSession::Warm(const QString& path, const QString& password) {
+  if (auto parked = pool_.Take(path, password)) return parked;
+  return Connection::Open(path, password, Connection::Mode::Existing, &error_);
+}
+
+bool DataSession::TestPassword(const QString& path, const QString& password) {
+  const auto connection = Warm(path, password);
+  if (connection != nullptr) pool_.Park(path, password, connection);
+  return connection != nullptr;
+}
+
+bool DataSession::ChangePassword(const QString& path, const QString& oldPassword,
+                                 const QString& newPassword) {
+  Close();
+  const auto connection = Warm(path, oldPassword);
+  if (connection == nullptr) return false;
+  connection->EndRecordsets();
+  pool_.Drop(path);
+  return connection->ChangeKey(newPassword) || FailWith(connection->LastError());
+}
+
+void DataSession::CloseAll() {
+  Close();
+  EndGroup();
+  pool_.Drop();
+}
+
+}  // namespace vorn

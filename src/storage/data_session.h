@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "storage/connection.h"
+#include "storage/connection_pool.h"
+#include "storage/recordset.h"
+#include "storage/schema.h"
+#include "storage/serial_id.h"
+#include "storage/storage_error.h"
+
+namespace vorn {
+
+/// The database session: at most one open database at a time, and the current result set.
+///
+/// Every user opens the database it needs, runs its statements and closes; closed connections stay
+/// warm, so that opening the same file again costs next to nothing. Operations report success as a
+/// boolean and leave the reason of a failure in `LastError`. Used on one thread.
+class DataSession {
+ public:
+  /// Opens a file, closing the one that is open. A wrong password never opens a file, warm or not.
+  bool Open(const QString& path, const QString& password);
+  /// Creates an empty database file; false when the file exists.
+  bool Create(const QString& path, const QString& password);
+  /// Adds a column to a table of the open database (see `CreateColumn`).
+  bool CreateField(const QString& table, const QString& column, FieldType type, bool required,
+                   bool indexed, int size);
+  /// Completes the tables made by `CreateField`.
+  bool CompleteFields();
+  void Close();
+  bool IsOpen() const { return connection_ != nullptr; }
+
+  /// Transactions nest; an inner rollback undoes the inner one alone.
+  bool Begin();
+  bool Commit();
+  void Rollback();
+
+  /// Runs a SELECT statement of the dialect, whose rows become the current result set. A statement
+  /// that holds a condition written by the user may read messages and nothing else.
+  bool OpenRecordset(const QString& select, CursorKind kind,
+                     StatementTrust trust = StatementTrust::System);
+  /// The current result set; null before the first `OpenRecordset`.
+  RecordsetPtr Recordset() const { return recordset_; }
+  /// Runs a statement that returns no rows.
+  bool Execute(const QString& statement);
+
+  QString NewSerialID(const QString& prefix = {}) { return serials_.Next(prefix); }
+  /// The current time in its stored form (see `CurrentTimeText`).
+  QString Now() const;
+
+  bool TestPassword(const QString& path, const QString& password);
+  /// Re-keys a file. On failure the old password stays valid.
+  bool ChangePassword(const QString& path, const QString& oldPassword, const QString& newPassword);
+
+  /// From here on, transactions on the file at `path` are gathered and reach it together at
+  /// `FlushGroup` or `EndGroup`: storing thousands of messages then writes each page once. They
+  /// are seen by this session at once, by others after the flush.
+  void BeginGroup(const QString& path) { groupPath_ = path; }
+  /// Writes what was gathered. False means that all of it was undone.
+  bool FlushGroup();
+  bool EndGroup();
+  /// Forces all that was committed to the file at `path` onto the disk. Only after this may
+  /// something outside, such as a mail server's copy, be given up. The file must have been opened.
+  bool MakeDurable(const QString& path);
+
+  /// Really closes every file, warm ones included.
+  void CloseAll();
+
+  const StorageError& LastError() const { return error_; }
+
+ private:
+  bool FailWith(const StorageError& error);
+  bool FailFromConnection();
+  std::shared_ptr<Connection> Warm(const QString& path, const QString& password);
+
+  std::shared_ptr<Connection> connection_;
+  QString path_;
+  QString password_;
+  ConnectionPool pool_;
+  RecordsetPtr recordset_;
+  SerialIdGenerator serials_;
+  QString groupPath_;
+  std::shared_ptr<Connection> group_;  // set while the group's transaction is open
+  StorageError error_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,129 @@
+#include "storage/databases.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vorn {
+namespace {
+
+struct Location {
+  QString path;
+  QString password;
+};
+
+Location Locate(const Context& context, DatabaseKind kind, const QString& path) {
+  const QString password = context.Session->Text(u"Password");
+  switch (kind) {
+    case DatabaseKind::Navigator:
+      return {context.NaviDatabasePath, context.SecurityKey};
+    case DatabaseKind::Profile:
+      return {PlatformPath(context, context.Session->Text(u"Profile")), password};
+    case DatabaseKind::Mail:
+      return {MailDatabasePath(context), password};
+    default:
+      return {PlatformPath(context, path), password};
+  }
+}
+
+struct Field {
+  const char16_t* table;
+  const char16_t* column;
+  FieldType type;
+  bool required;
+  bool indexed;
+  int size;
+};
+
+constexpr Field kObjectFields[] = {
+    {u"object", u"SERIALID", FieldType::Text, true, true, 64},
+    {u"object", u"NAME", FieldType::Text, true, true, 64},
+    {u"object", u"PROPERTY", FieldType::Memo, false, false, 0},
+};
+
+constexpr Field kMailFields[] = {
+    {u"folder", u"SERIALID", FieldType::Text, true, true, 0},
+    {u"folder", u"FOLDERID", FieldType::Text, true, true, 0},
+    {u"mail", u"SERIALID", FieldType::Text, true, true, 0},
+    {u"mail", u"MAIL", FieldType::LongBinary, false, false, 0},
+    {u"mail", u"STATUS", FieldType::Integer, false, false, 0},
+    {u"mail", u"FIELD_ID", FieldType::Memo, false, false, 0},
+    {u"mail", u"FIELD_TIMESTAMP", FieldType::DateTime, false, true, 0},
+    {u"mail", u"FIELD_CONTENT", FieldType::Memo, false, false, 0},
+    {u"mail", u"FIELD_SUBJECT", FieldType::Memo, false, false, 0},
+    {u"mail", u"FIELD_MAILADDRESS", FieldType::Memo, false, false, 0},
+    {u"mail", u"FIELD_FLAG", FieldType::Memo, false, false, 0},
+};
+
+template <size_t N>
+bool CreateFields(DataSession& data, const Field (&fields)[N]) {
+  for (const Field& field : fields) {
+    if (!data.CreateField(QString::fromUtf16(field.table), QString::fromUtf16(field.column),
+                          field.type, field.required, field.indexed, field.size)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool CreateTables(DataSession& data, DatabaseKind kind) {
+  if (!data.Begin()) return false;
+  const bool isObjects = kind == DatabaseKind::Navigator || kind == DatabaseKind::Profile;
+  const bool created =
+      isObjects ? CreateFields(data, kObjectFields) : CreateFields(data, kMailFields);
+  if (created && data.CompleteFields()) return data.Commit();
+  data.Rollback();
+  return false;
+}
+
+bool CreateAt(Context& context, DatabaseKind kind, const Location& location) {
+  if (location.path.isEmpty()) return false;
+  const QString folder = QFileInfo(location.path).path();
+  if (!QDir().mkpath(folder)) return false;
+  if (!QFile::exists(location.path) && !context.Data.Create(location.path, location.password)) {
+    return false;
+  }
+  if (!context.Data.Open(location.path, location.password)) return false;
+  const bool created = CreateTables(context.Data, kind);
+  context.Data.Close();
+  return created;
+}
+
+}  // namespace
+
+QString MailDatabasePath(const Context& context) {
+  // The value may list several files, one a line; the first is the one in use.
+  return PlatformPath(context,
+                      context.Session->Text(u"Mail").section(QStringLiteral("\r\n"), 0, 0));
+}
+
+bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
+                    const QString& password) {
+  Location location = Locate(context, kind, path);
+  if (kind == DatabaseKind::MailByPath) location.password = password;
+  return CreateAt(context, kind, location);
+}
+
+bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
+  const Location location = Locate(context, kind, path);
+  return context.Data.Open(location.path, location.password) ||
+         (CreateAt(context, kind, location) && context.Data.Open(location.path, location.password));
+}
+
+bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
+  if (!OpenDatabase(context, kind)) return false;
+  const bool listed = context.Data.OpenRecordset(
+      QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
+      CursorKind::ForwardOnly);
+  if (listed) {
+    const RecordsetPtr serials = context.Data.Recordset();
+    for (; !serials->Eof(); serials->MoveNext()) {
+      const auto object = std::make_shared<Disk>(serials->SerialID());
+      if (object->DatabaseToDisk(context.Data)) objects.Add(object);
+    }
+  }
+  context.Data.Close();
+  return listed;
+}
+
+}  // namespace vorn

@@ -1,0 +1,102 @@
+// The dialect's functions as the engine calls them.
+
+#include <QDateTime>
+#include <memory>
+
+#include "storage/engine.h"
+#include "storage/like_pattern.h"
+#include "storage/time_text.h"
+
+namespace vorn {
+namespace {
+
+std::string_view TextView(sqlite3_value* value) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text == nullptr ? std::string_view()
+                         : std::string_view(text, static_cast<size_t>(sqlite3_value_bytes(value)));
+}
+
+// "text LIKE pattern" arrives as like(pattern, text). The compiled pattern stays with the
+// statement while it runs.
+void Like(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
+      sqlite3_value_type(arguments[1]) == SQLITE_NULL) {
+    sqlite3_result_null(context);
+    return;
+  }
+  auto* pattern = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0));
+  std::unique_ptr<LikePattern> own;
+  if (pattern == nullptr) {
+    own = std::make_unique<LikePattern>(TextView(arguments[0]));
+    pattern = own.get();
+  }
+  const bool matches = pattern->Matches(TextView(arguments[1]));
+  if (own) {
+    sqlite3_set_auxdata(context, 0, own.release(),
+                        [](void* kept) { delete static_cast<LikePattern*>(kept); });
+  }
+  sqlite3_result_int(context, matches ? 1 : 0);
+}
+
+void Now(sqlite3_context* context, int, sqlite3_value**) {
+  const QByteArray now = CurrentTimeText().toUtf8();
+  sqlite3_result_text(context, now.constData(), static_cast<int>(now.size()), SQLITE_TRANSIENT);
+}
+
+QDate DateOf(sqlite3_value* value) {
+  const std::string_view text = TextView(value).substr(0, 10);
+  return QDate::fromString(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                           Qt::ISODate);
+}
+
+// DATEDIFF("d", from, to): calendar days, negative when `to` lies before `from`.
+void DateDiff(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (TextView(arguments[0]) != "d") {
+    sqlite3_result_error(context, "DATEDIFF: only \"d\" is supported", -1);
+    return;
+  }
+  const QDate from = DateOf(arguments[1]);
+  const QDate to = DateOf(arguments[2]);
+  if (from.isValid() && to.isValid()) {
+    sqlite3_result_int64(context, from.daysTo(to));
+  } else {
+    sqlite3_result_null(context);
+  }
+}
+
+// The data that a long binary column's value refers to.
+void LongBinary(sqlite3_context* context, int, sqlite3_value** arguments) {
+  sqlite3* handle = sqlite3_context_db_handle(context);
+  sqlite3_blob* blob = nullptr;
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
+      sqlite3_blob_open(handle, "main", "long_binary", "DATA", sqlite3_value_int64(arguments[0]), 0,
+                        &blob) != SQLITE_OK) {
+    sqlite3_blob_close(blob);
+    sqlite3_result_null(context);
+    return;
+  }
+  const int size = sqlite3_blob_bytes(blob);
+  QByteArray bytes(size, Qt::Uninitialized);
+  if (sqlite3_blob_read(blob, bytes.data(), size, 0) == SQLITE_OK) {
+    sqlite3_result_text(context, bytes.constData(), size, SQLITE_TRANSIENT);
+  } else {
+    sqlite3_result_null(context);
+  }
+  sqlite3_blob_close(blob);
+}
+
+}  // namespace
+
+void RegisterDialectFunctions(sqlite3* handle) {
+  const auto add = [handle](const char* name, int count, int flags,
+                            void (*function)(sqlite3_context*, int, sqlite3_value**)) {
+    sqlite3_create_function_v2(handle, name, count, SQLITE_UTF8 | flags, nullptr, function, nullptr,
+                               nullptr, nullptr);
+  };
+  add("like", 2, SQLITE_DETERMINISTIC, Like);
+  add("now", 0, 0, Now);
+  add("datediff", 3, SQLITE_DETERMINISTIC, DateDiff);
+  add("long_binary", 1, 0, LongBinary);
+}
+
+}  // namespace vorn

@@ -1,0 +1,44 @@
+#include "storage/engine.h"
+
+namespace vorn {
+
+QByteArray FileKey(const QString& password) {
+  return QByteArrayLiteral("vorn-file-key:") + password.toUtf8();
+}
+
+StorageError EngineError(sqlite3* handle) {
+  using Kind = StorageError::Kind;
+  const int code = handle == nullptr ? SQLITE_NOMEM : sqlite3_errcode(handle);
+  switch (code & 0xFF) {
+    case SQLITE_OK:
+      return {};
+    case SQLITE_NOTADB:
+      return {Kind::WrongPassword,
+              QStringLiteral("パスワードが違うか、データベースではないファイルです。")};
+    case SQLITE_CANTOPEN:
+      return {Kind::NotFound, QStringLiteral("データベースファイルを開けません。")};
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return {Kind::Busy,
+              QStringLiteral("データベースが使用中です。しばらくしてからやり直してください。")};
+    case SQLITE_FULL:
+      return {
+          Kind::DiskFull,
+          QStringLiteral("ディスクの空き容量が足りません。空きを作ってからやり直してください。")};
+    case SQLITE_CORRUPT:
+      return {Kind::Damaged, QStringLiteral("データベースファイルが壊れています。")};
+    case SQLITE_AUTH:
+      return {Kind::Refused, QStringLiteral("条件に使えるのはメッセージの検索だけです。")};
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return {Kind::Other, QStringLiteral("データベースファイルに書き込めません。")};
+    case SQLITE_ERROR:
+      return {Kind::BadStatement,
+              QStringLiteral("文を実行できません: ") + QString::fromUtf8(sqlite3_errmsg(handle))};
+    default:
+      return {Kind::Other, QStringLiteral("データベースのエラーです: ") +
+                               QString::fromUtf8(sqlite3_errmsg(handle))};
+  }
+}
+
+}  // namespace vorn

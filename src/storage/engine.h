@@ -1,0 +1,24 @@
+#pragma once
+
+// The one place that includes the database engine.
+#define SQLITE_HAS_CODEC
+#include <sqlcipher/sqlite3.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include "storage/storage_error.h"
+
+namespace vorn {
+
+/// The engine's current error as a kind and a sentence for the user.
+StorageError EngineError(sqlite3* handle);
+
+/// Adds the dialect's functions: LIKE, NOW, DATEDIFF and LONG_BINARY.
+void RegisterDialectFunctions(sqlite3* handle);
+
+/// The bytes that the file's key is derived from. Never empty: with an empty password the file is
+/// encrypted too, and can be re-keyed from and to it.
+QByteArray FileKey(const QString& password);
+
+}  // namespace vorn

@@ -1,0 +1,158 @@
+#include "storage/like_pattern.h"
+
+#include <QChar>
+#include <algorithm>
+
+namespace vorn {
+namespace {
+
+constexpr char32_t kMalformed = 0xFFFD;
+
+// The code point at `at`, which moves past it.
+char32_t NextCodePoint(std::string_view text, size_t& at) {
+  const auto lead = static_cast<unsigned char>(text[at++]);
+  if (lead < 0x80) return lead;
+  const int extra = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : 0;
+  if (extra == 0) return kMalformed;
+  char32_t code = lead & (0x3Fu >> extra);
+  for (int i = 0; i < extra; ++i) {
+    if (at >= text.size() || (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80) {
+      return kMalformed;
+    }
+    code = code << 6 | (static_cast<unsigned char>(text[at++]) & 0x3F);
+  }
+  return code;
+}
+
+char32_t Fold(char32_t code) {
+  if (code < 0x80) return code >= U'A' && code <= U'Z' ? code + 32 : code;
+  // Kana and ideographs, the bulk of the text here, have no case.
+  if (code >= 0x2E80 && code < 0xA640) return code;
+  return QChar::toCaseFolded(code);
+}
+
+char32_t NextFolded(std::string_view text, size_t& at) {
+  return Fold(NextCodePoint(text, at));
+}
+
+}  // namespace
+
+LikePattern::LikePattern(std::string_view utf8Pattern) {
+  std::u32string pattern;
+  for (size_t at = 0; at < utf8Pattern.size();) pattern += NextFolded(utf8Pattern, at);
+
+  for (size_t at = 0; at < pattern.size();) {
+    const char32_t code = pattern[at];
+    if (code == U'*') {
+      if (elements_.empty() || elements_.back().kind != Element::Kind::AnyRun) {
+        elements_.push_back({Element::Kind::AnyRun, 0, false, {}});
+      }
+    } else if (code == U'?') {
+      elements_.push_back({Element::Kind::AnyOne, 0, false, {}});
+    } else if (code == U'#') {
+      elements_.push_back({Element::Kind::Digit, 0, false, {}});
+    } else if (code == U'[' && pattern.find(U']', at + 1) != std::u32string::npos) {
+      ParseSet(pattern, at);
+      continue;
+    } else {
+      elements_.push_back({Element::Kind::Literal, code, false, {}});
+    }
+    ++at;
+  }
+
+  isNeedle_ = elements_.size() > 2 && elements_.front().kind == Element::Kind::AnyRun &&
+              elements_.back().kind == Element::Kind::AnyRun &&
+              std::all_of(elements_.begin() + 1, elements_.end() - 1, [](const Element& element) {
+                return element.kind == Element::Kind::Literal;
+              });
+  if (isNeedle_) {
+    for (size_t i = 1; i + 1 < elements_.size(); ++i) needle_ += elements_[i].literal;
+  }
+}
+
+void LikePattern::ParseSet(std::u32string_view pattern, size_t& at) {
+  Element set{Element::Kind::Set, 0, false, {}};
+  ++at;
+  if (pattern[at] == U'!') {
+    set.negated = true;
+    ++at;
+  }
+  while (pattern[at] != U']') {
+    const char32_t first = pattern[at++];
+    char32_t last = first;
+    if (pattern[at] == U'-' && pattern[at + 1] != U']') {
+      last = pattern[at + 1];
+      at += 2;
+    }
+    set.ranges.emplace_back(first, last);
+  }
+  ++at;
+  elements_.push_back(std::move(set));
+}
+
+bool LikePattern::Element::Accepts(char32_t folded) const {
+  switch (kind) {
+    case Kind::Literal:
+      return folded == literal;
+    case Kind::Digit:
+      return folded >= U'0' && folded <= U'9';
+    case Kind::Set: {
+      const bool inside = std::any_of(ranges.begin(), ranges.end(), [&](const auto& range) {
+        return folded >= range.first && folded <= range.second;
+      });
+      return inside != negated;
+    }
+    default:
+      return true;
+  }
+}
+
+bool LikePattern::Matches(std::string_view utf8Text) const {
+  return isNeedle_ ? ContainsNeedle(utf8Text) : MatchesElements(utf8Text);
+}
+
+bool LikePattern::ContainsNeedle(std::string_view text) const {
+  for (size_t start = 0; start < text.size();) {
+    size_t at = start;
+    const char32_t first = NextFolded(text, at);
+    start = at;
+    if (first != needle_[0]) continue;
+    size_t matched = 1;
+    while (matched < needle_.size() && at < text.size() &&
+           NextFolded(text, at) == needle_[matched]) {
+      ++matched;
+    }
+    if (matched == needle_.size()) return true;
+  }
+  return false;
+}
+
+// Greedy with one point to go back to, the last `*`: linear in practice and never exponential.
+bool LikePattern::MatchesElements(std::string_view text) const {
+  size_t at = 0;
+  size_t element = 0;
+  size_t retryElement = elements_.size() + 1;
+  size_t retryText = 0;
+  for (;;) {
+    if (element < elements_.size() && elements_[element].kind == Element::Kind::AnyRun) {
+      retryElement = ++element;
+      retryText = at;
+      continue;
+    }
+    if (at >= text.size()) return element == elements_.size();
+    if (element < elements_.size()) {
+      size_t next = at;
+      if (elements_[element].Accepts(NextFolded(text, next))) {
+        at = next;
+        ++element;
+        continue;
+      }
+    }
+    if (retryElement > elements_.size()) return false;
+    NextCodePoint(text, retryText);
+    at = retryText;
+    element = retryElement;
+  }
+}
+
+}  // namespace vorn

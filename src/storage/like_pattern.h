@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorn {
+
+/// A pattern of the dialect's LIKE: `*` any characters, `?` one character, `#` one digit,
+/// `[a-z]` one of a set, `[!a-z]` none of a set; letters match without regard to case.
+/// An unclosed `[` stands for itself.
+class LikePattern {
+ public:
+  explicit LikePattern(std::string_view utf8Pattern);
+
+  /// Whether the whole of `utf8Text` matches. Malformed UTF-8 matches nothing but wildcards.
+  bool Matches(std::string_view utf8Text) const;
+
+ private:
+  struct Element {
+    enum class Kind { Literal, AnyRun, AnyOne, Digit, Set };
+    Kind kind = Kind::Literal;
+    char32_t literal = 0;
+    bool negated = false;
+    std::vector<std::pair<char32_t, char32_t>> ranges;
+
+    bool Accepts(char32_t folded) const;
+  };
+
+  bool ContainsNeedle(std::string_view utf8Text) const;
+  bool MatchesElements(std::string_view utf8Text) const;
+  void ParseSet(std::u32string_view pattern, size_t& at);
+
+  std::vector<Element> elements_;
+  // The pattern "*text*" of nearly every search, kept as folded text for a plain scan.
+  std::u32string needle_;
+  bool isNeedle_ = false;
+};
+
+}  // namespace vorn

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <string_view>
+
+namespace vorn {
+
+class Connection;
+
+/// Marks a file as ours ("Vorn" in ASCII, the engine's application_id).
+inline constexpr int kApplicationId = 0x566F726E;
+/// The version of the tables. A file with a higher one is refused and left untouched.
+inline constexpr int kSchemaVersion = 1;
+
+/// The declared type of a column whose bytes are kept in the table `long_binary`; the column itself
+/// holds the entry's identifier. Lists and searches then never read past the message sources.
+inline constexpr std::string_view kLongBinaryType = "LONGBINARY";
+
+/// Type codes of `DataSession::CreateField`.
+enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Memo = 12 };
+
+/// Adds a column, creating the table on its first one; an existing column stays as it is.
+/// `indexed` asks for an index: statements select or sort by the column. `size` in characters is
+/// for the record only, the engine's texts have no limit.
+bool CreateColumn(Connection& connection, const QString& table, const QString& column,
+                  FieldType type, bool indexed);
+
+/// Completes the tables after their columns: the indexes over more than one column, the rule that
+/// long binary data goes with its row, and the version mark.
+bool CompleteSchema(Connection& connection);
+
+}  // namespace vorn

@@ -1,0 +1,228 @@
+#include "storage/sql_dialect.h"
+
+#include <vector>
+
+namespace vorn {
+namespace {
+
+enum class TokenKind { Space, Word, Quoted, Name, Number, Date, Symbol };
+
+struct Token {
+  TokenKind kind;
+  QString text;  // Quoted and Date: the value without its marks; otherwise as written.
+
+  bool IsWord(QLatin1String word) const {
+    return kind == TokenKind::Word && text.compare(word, Qt::CaseInsensitive) == 0;
+  }
+  bool IsSymbol(QChar symbol) const { return kind == TokenKind::Symbol && text == symbol; }
+};
+
+bool IsWordStart(QChar c) {
+  return c.isLetter() || c == u'_' || c.isSurrogate();
+}
+bool IsWordPart(QChar c) {
+  return IsWordStart(c) || c.isDigit() || c.isMark() || c == u'$';
+}
+
+class Tokenizer {
+ public:
+  explicit Tokenizer(QStringView text) : text_(text) {}
+
+  // False when a literal is not closed.
+  bool Run(std::vector<Token>& tokens) {
+    while (at_ < text_.size()) {
+      const QChar c = text_[at_];
+      if (c.isNull()) return false;
+      if (c.isSpace()) {
+        tokens.push_back({TokenKind::Space, TakeWhile([](QChar x) { return x.isSpace(); })});
+      } else if (c == u'\'' || c == u'"') {
+        if (!TakeQuoted(c, TokenKind::Quoted, tokens)) return false;
+      } else if (c == u'[') {
+        if (!TakeQuoted(u']', TokenKind::Name, tokens)) return false;
+      } else if (c == u'#') {
+        if (!TakeQuoted(c, TokenKind::Date, tokens)) return false;
+      } else if (c.isDigit()) {
+        tokens.push_back(
+            {TokenKind::Number, TakeWhile([](QChar x) { return x.isDigit() || x == u'.'; })});
+      } else if (IsWordStart(c)) {
+        tokens.push_back({TokenKind::Word, TakeWhile(IsWordPart)});
+      } else {
+        tokens.push_back({TokenKind::Symbol, QString(c)});
+        ++at_;
+      }
+    }
+    return true;
+  }
+
+ private:
+  template <typename Predicate>
+  QString TakeWhile(Predicate predicate) {
+    const qsizetype start = at_;
+    while (at_ < text_.size() && predicate(text_[at_])) ++at_;
+    return text_.mid(start, at_ - start).toString();
+  }
+
+  // A literal up to `close`; a doubled closing mark stands for one inside the literal.
+  bool TakeQuoted(QChar close, TokenKind kind, std::vector<Token>& tokens) {
+    QString value;
+    for (qsizetype i = at_ + 1; i < text_.size(); ++i) {
+      if (text_[i] != close) {
+        value += text_[i];
+      } else if (i + 1 < text_.size() && text_[i + 1] == close) {
+        value += close;
+        ++i;
+      } else {
+        at_ = i + 1;
+        tokens.push_back({kind, value});
+        return true;
+      }
+    }
+    return false;
+  }
+
+  QStringView text_;
+  qsizetype at_ = 0;
+};
+
+// Reads tokens without their spaces and knows what stands around each.
+class Translator {
+ public:
+  explicit Translator(const std::vector<Token>& tokens) : tokens_(tokens) {}
+
+  std::optional<EngineStatement> Run(QString* error) {
+    for (size_t i = 0; i < tokens_.size(); ++i) {
+      if (tokens_[i].IsSymbol(u';')) {
+        if (NextSolid(i) != nullptr) {
+          *error = QStringLiteral("条件に使える文は一つだけです。");
+          return std::nullopt;
+        }
+        break;
+      }
+      Emit(i);
+    }
+    statement_.sql = sql_.toUtf8();
+    return statement_;
+  }
+
+ private:
+  const Token* NextSolid(size_t index) const {
+    for (size_t i = index + 1; i < tokens_.size(); ++i) {
+      if (tokens_[i].kind != TokenKind::Space) return &tokens_[i];
+    }
+    return nullptr;
+  }
+  const Token* PreviousSolid(size_t index) const {
+    while (index-- > 0) {
+      if (tokens_[index].kind != TokenKind::Space) return &tokens_[index];
+    }
+    return nullptr;
+  }
+
+  void Parameter(const QString& value) {
+    sql_ += u'?';
+    statement_.parameters.append(value);
+  }
+
+  void Emit(size_t i) {
+    const Token& token = tokens_[i];
+    switch (token.kind) {
+      case TokenKind::Quoted:
+        Parameter(token.text);
+        break;
+      case TokenKind::Date:
+        Parameter(QString(token.text).replace(u'/', u'-'));
+        break;
+      case TokenKind::Name:
+        sql_ += u'"' + QString(token.text).replace(u'"', QStringLiteral("\"\"")) + u'"';
+        break;
+      case TokenKind::Word:
+        EmitWord(i);
+        break;
+      case TokenKind::Symbol:
+        EmitSymbol(i);
+        break;
+      default:
+        sql_ += token.text;
+    }
+  }
+
+  void EmitWord(size_t i) {
+    const Token& token = tokens_[i];
+    const Token* previous = PreviousSolid(i);
+    const Token* next = NextSolid(i);
+    const bool qualified = previous != nullptr && previous->IsSymbol(u'.');
+    const bool isCall = next != nullptr && next->IsSymbol(u'(');
+    if (token.IsWord(QLatin1String("WHERE"))) inCondition_ = true;
+    if (token.IsWord(QLatin1String("FROM"))) inCondition_ = false;
+    if (token.IsWord(QLatin1String("NOW")) && !qualified) {
+      sql_ += isCall ? QStringLiteral("NOW") : QStringLiteral("NOW()");
+    } else if (!qualified && token.IsWord(QLatin1String("TRUE"))) {
+      sql_ += u'1';
+    } else if (!qualified && token.IsWord(QLatin1String("FALSE"))) {
+      sql_ += u'0';
+    } else if (inCondition_ && token.IsWord(QLatin1String("MAIL")) && !isCall &&
+               !(next != nullptr && next->IsSymbol(u'.'))) {
+      EmitLongBinary(qualified);
+    } else {
+      sql_ += token.text;
+    }
+  }
+
+  // The column holds a reference to data kept in a table of its own.
+  void EmitLongBinary(bool qualified) {
+    qsizetype start = sql_.size();
+    if (qualified) {
+      start = sql_.lastIndexOf(u'.');
+      while (start > 0 && IsWordPart(sql_[start - 1])) --start;
+    }
+    sql_.insert(start, QStringLiteral("LONG_BINARY("));
+    sql_ += QStringLiteral("MAIL)");
+  }
+
+  void EmitSymbol(size_t i) {
+    const Token& token = tokens_[i];
+    const Token* previous = PreviousSolid(i);
+    if (token.IsSymbol(u'*') && previous != nullptr && previous->IsWord(QLatin1String("DELETE"))) {
+      return;
+    }
+    if (token.IsSymbol(u'&')) {
+      sql_ += QStringLiteral("||");
+      return;
+    }
+    // The dialect has no comments: "--" is two signs and "/*" a division by everything.
+    const QChar last = sql_.isEmpty() ? QChar() : sql_.back();
+    if ((token.IsSymbol(u'-') && last == u'-') || (token.IsSymbol(u'*') && last == u'/')) {
+      sql_ += u' ';
+    }
+    sql_ += token.text;
+  }
+
+  const std::vector<Token>& tokens_;
+  QString sql_;
+  EngineStatement statement_;
+  bool inCondition_ = false;
+};
+
+}  // namespace
+
+std::optional<EngineStatement> TranslateSql(const QString& statement, QString* error) {
+  std::vector<Token> tokens;
+  if (!Tokenizer(statement).Run(tokens)) {
+    *error = QStringLiteral("条件の引用符が閉じていません。");
+    return std::nullopt;
+  }
+  return Translator(tokens).Run(error);
+}
+
+QString UpdatableTable(const QString& statement) {
+  std::vector<Token> tokens;
+  if (!Tokenizer(statement).Run(tokens)) return {};
+  std::erase_if(tokens, [](const Token& token) { return token.kind == TokenKind::Space; });
+  const bool isPlain = tokens.size() >= 4 && tokens[0].IsWord(QLatin1String("SELECT")) &&
+                       tokens[1].IsSymbol(u'*') && tokens[2].IsWord(QLatin1String("FROM")) &&
+                       tokens[3].kind == TokenKind::Word &&
+                       (tokens.size() == 4 || tokens[4].IsWord(QLatin1String("WHERE")));
+  return isPlain ? tokens[3].text : QString();
+}
+
+}  // namespace vorn

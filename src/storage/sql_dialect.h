@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariantList>
+#include <optional>
+
+namespace vorn {
+
+/// A statement in the engine's own SQL. Literals have become parameters, so that statements that
+/// differ only in their values share one prepared statement.
+struct EngineStatement {
+  QByteArray sql;
+  QVariantList parameters;
+};
+
+/// Translates one statement of the dialect that the system writes into the engine's SQL:
+/// `DELETE * FROM`, `NOW` and `DATEDIFF("d", ...)`, strings in double quotes, dates in `#...#`,
+/// `&` as concatenation, and columns of long binary data in expressions. Works on tokens, so text
+/// inside literals is never touched.
+///
+/// Nothing is returned, and `error` says why in Japanese, for an unclosed literal or more than one
+/// statement.
+std::optional<EngineStatement> TranslateSql(const QString& statement, QString* error);
+
+/// The table of a plain `SELECT * FROM table [WHERE ...]`, which is the only form that can be
+/// updated; empty for anything else.
+QString UpdatableTable(const QString& statement);
+
+}  // namespace vorn

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+namespace vorn {
+
+/// `text` as a string literal of the SQL dialect: in single quotes, inner single quotes doubled.
+/// The only way in which values enter statements; identifiers given by servers are hostile input.
+inline QString QuoteSql(const QString& text) {
+  QString quoted = text;
+  quoted.replace(u'\'', QStringLiteral("''"));
+  return u'\'' + quoted + u'\'';
+}
+
+}  // namespace vorn

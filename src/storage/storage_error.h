@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+namespace vorn {
+
+/// Why a storage operation failed, for the caller that wants to tell the user.
+struct StorageError {
+  enum class Kind {
+    None,
+    NotFound,
+    WrongPassword,  ///< also a file that is no database at all: the two cannot be told apart
+    Foreign,        ///< an encrypted database, but not one of ours
+    Newer,          ///< written by a later version of the program
+    Busy,
+    DiskFull,
+    Damaged,
+    Refused,  ///< a user-written condition that does more than read messages
+    BadStatement,
+    Other,
+  };
+
+  Kind kind = Kind::None;
+  QString text;  ///< one sentence in Japanese
+
+  explicit operator bool() const { return kind != Kind::None; }
+};
+
+}  // namespace vorn

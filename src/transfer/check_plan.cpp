@@ -1,0 +1,154 @@
+#include "transfer/check_plan.h"
+
+#include <QDateTime>
+#include <vector>
+
+#include "objects/account.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "objects/settings.h"
+#include "transfer/pop.h"
+
+namespace vorn {
+namespace {
+
+const QString kPeriodicSerial = QStringLiteral("maildefault");
+const QString kPeriodicMode = QStringLiteral("maildowndefault");
+const QString kReceiveMode = QStringLiteral("maildown");
+const QString kDayTime = QStringLiteral("daytime");
+const QString kTimeFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
+constexpr int kMillisecondsPerMinute = 60000;
+
+QDateTime ReadTime(const QString& text) {
+  return QDateTime::fromString(text, kTimeFormat);
+}
+
+// Whole minutes as a clock without seconds shows them.
+qint64 MinuteBoundaries(const QDateTime& from, const QDateTime& to) {
+  return to.toMSecsSinceEpoch() / kMillisecondsPerMinute -
+         from.toMSecsSinceEpoch() / kMillisecondsPerMinute;
+}
+
+}  // namespace
+
+void CheckPlan::CreateMessagePlan(int flags) {
+  if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
+  if ((flags & kPlanReceive) != 0) {
+    AddReceiveJob(
+        *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
+  }
+}
+
+void CheckPlan::RebuildPeriodicJob() {
+  jobs_.Remove(kPeriodicSerial);
+  const DiskPtr settings = Settings(context_);
+  if (!settings->Flag(u"MessageCheck")) return;
+  auto job = std::make_shared<Disk>(kPeriodicSerial);
+  job->Let(QStringLiteral("mode"), kPeriodicMode);
+  job->Let(kDayTime, QString());
+  job->Let(QStringLiteral("interval"), qMax(settings->Number(u"MessageCheckInterval", 1), 1));
+  jobs_.Add(job);
+}
+
+void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
+  if (accounts.IsEmpty()) return;
+  auto job =
+      std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
+  auto waiting = std::make_shared<DiskCollection>();
+  for (const DiskPtr& account : accounts) waiting->Add(account);
+  job->Let(QStringLiteral("mode"), kReceiveMode);
+  job->Let(kDayTime, QString());
+  job->Set(QStringLiteral("account"), QVariant::fromValue(waiting));
+  jobs_.Add(job);
+}
+
+void CheckPlan::Tick() {
+  // Jobs added or removed on the way are seen at the next tick; none runs twice in one.
+  const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
+  for (const DiskPtr& job : jobs) {
+    if (!jobs_.Contains(job->SerialID()) || !IsDue(*job)) continue;
+    Run(*job);
+    if (job->Flag(u"update")) {
+      Reschedule(*job);
+    } else if (job->Flag(u"delete")) {
+      jobs_.Remove(job->SerialID());
+    }
+  }
+}
+
+void CheckPlan::Clear() {
+  while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->SerialID());
+}
+
+bool CheckPlan::IsDue(const Disk& job) const {
+  const QString text = job.Text(kDayTime);
+  return text.isEmpty() || MinuteBoundaries(ReadTime(text), ReadTime(context_.Data.Now())) >= 0;
+}
+
+void CheckPlan::Reschedule(Disk& job) const {
+  const QDateTime next =
+      ReadTime(context_.Data.Now()).addSecs(60 * static_cast<qint64>(job.Number(u"interval", 1)));
+  job.Let(kDayTime, next.toString(kTimeFormat));
+  job.Let(QStringLiteral("update"), false);
+}
+
+void CheckPlan::Run(Disk& job) {
+  const QString mode = job.Text(u"mode");
+  if (mode == kPeriodicMode) {
+    host_.SendAndReceive();
+    job.Let(QStringLiteral("update"), true);
+  } else if (mode == kReceiveMode) {
+    ReceiveStep(job);
+  }
+}
+
+void CheckPlan::ReceiveStep(Disk& job) {
+  if (pop_.Busy()) return;
+  const DiskPtr account = job.Collection(u"account")->First();
+  if (job.Number(u"process") == 0) {
+    StartReceiving(job, *account);
+  } else {
+    FinishReceiving(job, account);
+  }
+}
+
+void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
+  const bool apop = account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
+  pop_.Server = account.Text(u"InMailServer");
+  pop_.ServerPort = account.Number(u"InMailServerPort");
+  pop_.User = account.Text(u"InMailServerUser");
+  pop_.Password = account.Text(u"InMailServerPassword");
+  pop_.Mode = apop ? kPopReceiveApop : kPopReceive;
+  pop_.Start();
+  pop_.Tag = job.SerialID();
+  job.Let(QStringLiteral("messages"), QString());
+  job.Let(QStringLiteral("log"), QString());
+  job.Let(QStringLiteral("error"), false);
+  job.Let(QStringLiteral("process"), 1);
+}
+
+void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
+  const DiskPtr settings = Settings(context_);
+  const QString messages = job.Text(u"messages");
+  if (!messages.isEmpty() && settings->Flag(u"MessageNotice") &&
+      settings->Flag(u"MessageNoticeDialog")) {
+    auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
+    request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
+    request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));
+    request->Let(QStringLiteral("message"), messages);
+    host_.PostRequest(request);
+  }
+  if (account->Flag(u"EventLog")) {
+    host_.AddEvent(job.Flag(u"error") ? 1 : 0, 0, account->SerialID(), account->Text(u"Object"),
+                   QStringLiteral("account"), job.Text(u"log"));
+  }
+  const DiskCollectionPtr accounts = job.Collection(u"account");
+  accounts->Remove(account->SerialID());
+  if (accounts->IsEmpty()) {
+    job.Let(QStringLiteral("delete"), true);
+  } else {
+    job.Let(QStringLiteral("process"), 0);
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+class Pop;
+
+/// What the check plan asks of the program around it.
+class PlanHost {
+ public:
+  virtual ~PlanHost() = default;
+  /// Queues a window request.
+  virtual void PostRequest(const DiskPtr& request) = 0;
+  /// Records an event. `level` 0 is information, 1 an error; `mode` 0 refers to an object.
+  virtual void AddEvent(int level, int mode, const QString& reference, const QString& title,
+                        const QString& category, const QString& text) = 0;
+  /// The Tools menu's first entry, send and receive messages.
+  virtual void SendAndReceive() = 0;
+};
+
+/// Bits of `CreateMessagePlan`.
+enum PlanFlag { kPlanReceive = 1, kPlanSend = 2, kPlanPeriodic = 4 };
+
+/// Decides when mail is received and drives the transfer control through one session at a time.
+/// Work is a list of jobs, bags in plan order; a timer calls `Tick` every 100 milliseconds.
+class CheckPlan {
+ public:
+  CheckPlan(Context& context, Pop& pop, PlanHost& host)
+      : context_(context), pop_(pop), host_(host) {}
+
+  /// Adds jobs: `kPlanPeriodic` rebuilds the periodic job from the settings, `kPlanReceive` adds a
+  /// receive job over every enabled account.
+  void CreateMessagePlan(int flags);
+  /// Adds a receive job over these accounts; none for an empty collection.
+  void AddReceiveJob(const DiskCollection& accounts);
+  /// Advances every job that is due by one step.
+  void Tick();
+
+  DiskPtr Job(const QString& serialId) const { return jobs_.Find(serialId); }
+  bool IsEmpty() const { return jobs_.IsEmpty(); }
+  void Clear();
+
+ private:
+  void RebuildPeriodicJob();
+  bool IsDue(const Disk& job) const;
+  void Run(Disk& job);
+  void ReceiveStep(Disk& job);
+  void StartReceiving(Disk& job, const Disk& account);
+  void FinishReceiving(Disk& job, const DiskPtr& account);
+  void Reschedule(Disk& job) const;
+
+  Context& context_;
+  Pop& pop_;
+  PlanHost& host_;
+  DiskCollection jobs_;
+};
+
+}  // namespace vorn

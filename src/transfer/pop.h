@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <memory>
+
+#include "transfer/pop_events.h"
+
+class QSslSocket;
+
+namespace vorn {
+
+class Pop3Session;
+
+/// What a session does, by the numbers of the property `Mode`.
+enum PopMode { kPopReceive = 0, kPopSend = 1, kPopSendOther = 2, kPopReceiveApop = 3 };
+
+/// The transfer control: runs one session at a time with a mail server, in the background of the
+/// user-interface thread, and speaks through `PopEvents`. Set the properties, call `Start`, and
+/// wait for `SessionEnded`.
+class Pop : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit Pop(QObject* parent = nullptr);
+  ~Pop() override;
+
+  /// Whoever answers the events. Must be set before the first session and outlive the control.
+  void SetEvents(PopEvents* events) { events_ = events; }
+
+  QString Server;
+  int ServerPort = 0;
+  QString User;
+  QString Password;
+  int Mode = kPopReceive;
+  QString MailFrom;
+  QString MailTo;
+  /// Free text kept for the owner: the plan job that the session serves.
+  QString Tag;
+  int ConnectTimeoutMs = 30000;
+  int ReplyTimeoutMs = 60000;
+
+  /// The message that a send session transmits.
+  void SetMessage(const QByteArray& data) { message_ = data; }
+  /// Begins the session that the properties describe and returns at once.
+  void Start();
+  bool Busy() const { return busy_; }
+  /// Ends the session now. Messages received so far are kept; none is deleted on the server.
+  void Cancel();
+  /// Messages that the last session deleted on the server.
+  int DeletedOnServer() const { return deleted_; }
+
+ private:
+  void Begin();
+  void SocketFailed();
+  void TimedOut();
+  void Pump();
+  void Fail(PopError code, const QString& text);
+  void End();
+
+  PopEvents* events_ = nullptr;
+  bool busy_ = false;
+  QByteArray message_;
+  int deleted_ = 0;
+  std::unique_ptr<QSslSocket> socket_;
+  std::unique_ptr<Pop3Session> session_;
+  QTimer timeout_;
+  QTimer pump_;  // fires when there is work that waits for no server
+  bool disconnected_ = false;
+};
+
+}  // namespace vorn

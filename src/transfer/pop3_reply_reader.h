@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <optional>
+
+namespace vorn {
+
+/// Cuts a server's byte stream into status lines and multi-line bodies (RFC 1939 section 3),
+/// whatever the chunks in which it arrives.
+class Pop3ReplyReader {
+ public:
+  enum class Event { NeedMore, Line, Body, TooLong };
+
+  void Feed(QByteArrayView bytes);
+
+  /// Reads the next status line. `line` is without its line break.
+  Event NextLine(QByteArray& line);
+  /// Reads on in a multi-line body, dot-stuffing undone; `Body` when its final dot was read. What
+  /// has come so far is in `Body()`.
+  Event NextBody();
+  /// Begins a body of about that many bytes.
+  void BeginBody(qint64 expectedSize);
+  const QByteArray& Body() const { return body_; }
+  QByteArray TakeBody();
+
+ private:
+  qsizetype TerminatorLength(QByteArrayView rest, bool* undecided) const;
+  void Compact();
+
+  QByteArray buffer_;
+  qsizetype at_ = 0;
+  QByteArray body_;
+  bool atLineStart_ = true;
+  // Whether the server ends its lines with LF alone. Otherwise a LF alone is part of a message and
+  // no line end, and a dot after it no mark.
+  std::optional<bool> bareLf_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,393 @@
+#include "transfer/pop3_session.h"
+
+#include <QCryptographicHash>
+#include <QElapsedTimer>
+#include <QList>
+#include <algorithm>
+
+namespace vorn {
+namespace {
+
+constexpr size_t kWindowCommands = 64;
+constexpr qint64 kWindowBytes = 4 * 1024 * 1024;
+// How long one call may work through known messages before the windows get their turn.
+constexpr qint64 kWorkMs = 10;
+constexpr int kProgressSteps = 1000;
+
+// A server's words as they may stand in a log: one line of readable length.
+QString ServerWords(const QByteArray& line) {
+  QString words = QString::fromUtf8(line.left(200)).simplified();
+  for (QChar& c : words) {
+    if (!c.isPrint()) c = u'?';
+  }
+  return words;
+}
+
+QString WithReply(const QString& sentence, const QByteArray& reply) {
+  return sentence + QStringLiteral("（サーバーの応答: ") + ServerWords(reply) + u'）';
+}
+
+// The time stamp of a greeting (RFC 1939 section 7, APOP). Only one shaped like a message
+// identifier is used: others have been made up to draw out passwords.
+QByteArray TimestampOf(const QByteArray& greeting) {
+  const qsizetype start = greeting.indexOf('<');
+  const qsizetype end = greeting.indexOf('>', start);
+  if (start < 0 || end < 0) return {};
+  const QByteArray stamp = greeting.sliced(start, end - start + 1);
+  const bool isPlain =
+      std::all_of(stamp.begin(), stamp.end(), [](char c) { return c > 0x20 && c < 0x7F; });
+  return isPlain && stamp.count('@') == 1 ? stamp : QByteArray();
+}
+
+bool IsSafeArgument(const QString& text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](QChar c) { return c == u'\r' || c == u'\n' || c.isNull(); });
+}
+
+bool IsCapability(const QByteArray& body, QByteArrayView name) {
+  for (const QByteArray& line : body.split('\n')) {
+    if (line.trimmed().compare(name, Qt::CaseInsensitive) == 0) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send)
+    : login_(std::move(login)), events_(events), send_(std::move(send)) {}
+
+void Pop3Session::Fail(PopError code, const QString& text) {
+  events_.Error(static_cast<int>(code), text);
+  Finish();
+}
+
+void Pop3Session::Send(const QByteArray& line, Pending pending) {
+  pending_.push_back(pending);
+  send_(line + "\r\n");
+}
+
+void Pop3Session::Receive(QByteArrayView bytes) {
+  reader_.Feed(bytes);
+  while (!Finished() && ReadReply()) {
+  }
+  if (stage_ == Stage::Transfer && inBody_) ReportProgress(reader_.Body().size());
+}
+
+void Pop3Session::ConnectionLost() {
+  if (Finished()) return;
+  if (stage_ == Stage::Quit) {
+    // The store is durable; whether the server deleted is its business and asked again next time.
+    Finish();
+    return;
+  }
+  Fail(PopError::ConnectionLost,
+       stage_ == Stage::Transfer
+           ? QStringLiteral("受信中に接続が切れました。受信済みのメッセージは保存されています。"
+                            "もう一度受信してください。")
+           : QStringLiteral(
+                 "サーバーが接続を切りました。しばらくしてからもう一度受信してください。"));
+}
+
+bool Pop3Session::IsMultiLine(Command command) const {
+  switch (command) {
+    case Command::Capa:
+    case Command::List:
+    case Command::Uidl:
+    case Command::Top:
+    case Command::Retr:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Reads one status line or goes on in a body; false when more bytes are needed.
+bool Pop3Session::ReadReply() {
+  if (inBody_) {
+    switch (reader_.NextBody()) {
+      case Pop3ReplyReader::Event::Body: {
+        const Pending pending = pending_.front();
+        pending_.pop_front();
+        inBody_ = false;
+        TakeBody(pending, reader_.TakeBody());
+        return true;
+      }
+      case Pop3ReplyReader::Event::TooLong:
+        Fail(PopError::Protocol, QStringLiteral("大きすぎるメッセージなので受信できません。"));
+        return false;
+      default:
+        return false;
+    }
+  }
+  QByteArray line;
+  switch (reader_.NextLine(line)) {
+    case Pop3ReplyReader::Event::Line:
+      break;
+    case Pop3ReplyReader::Event::TooLong:
+      Fail(PopError::Protocol,
+           QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
+                          "確認してください。"));
+      return false;
+    default:
+      return false;
+  }
+  const bool ok = line.startsWith("+OK");
+  if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pending_.empty())) {
+    Fail(PopError::Protocol,
+         WithReply(QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                                  "ください。"),
+                   line));
+    return false;
+  }
+  if (stage_ == Stage::Greeting) {
+    if (!ok) {
+      Fail(PopError::Refused,
+           WithReply(QStringLiteral("サーバーに接続を断られました。しばらくしてからもう一度受信して"
+                                    "ください。"),
+                     line));
+      return false;
+    }
+    timestamp_ = TimestampOf(line);
+    stage_ = Stage::Capabilities;
+    Send("CAPA", {Command::Capa});
+    return true;
+  }
+  const Pending pending = pending_.front();
+  if (ok && IsMultiLine(pending.command)) {
+    inBody_ = true;
+    reader_.BeginBody(pending.command == Command::Retr ? messages_[pending.message].size : 0);
+    return true;
+  }
+  pending_.pop_front();
+  TakeReply(pending, ok, line);
+  return true;
+}
+
+void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& line) {
+  switch (pending.command) {
+    case Command::Capa:
+      Login();
+      break;
+    case Command::User:
+    case Command::Pass:
+    case Command::Apop:
+      if (!ok) {
+        Fail(PopError::Login,
+             WithReply(
+                 QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"),
+                 line));
+      } else if (pending.command == Command::User) {
+        Send("PASS " + login_.password.toUtf8(), {Command::Pass});
+      } else {
+        LoggedIn();
+      }
+      break;
+    case Command::List:
+      Fail(PopError::Refused,
+           WithReply(QStringLiteral("メッセージの一覧を取得できません。"), line));
+      break;
+    case Command::Uidl:
+      ListingDone();  // an old server: messages are told apart by their contents
+      break;
+    case Command::Top:
+      Fetch(pending.message);  // without the header there is nothing to stop it by
+      break;
+    case Command::Retr:
+      bytesAsked_ -= messages_[pending.message].size;
+      bytesDone_ += messages_[pending.message].size;
+      events_.Error(static_cast<int>(PopError::Refused),
+                    WithReply(QStringLiteral("メッセージを受信できません。"), line));
+      break;
+    case Command::Dele:
+      if (ok) {
+        ++marked_;
+      } else {
+        events_.Error(static_cast<int>(PopError::Refused),
+                      WithReply(QStringLiteral("サーバーのメッセージを削除できません。"), line));
+      }
+      break;
+    case Command::Quit:
+      if (ok) {
+        deleted_ = marked_;
+      } else if (marked_ > 0) {
+        events_.Error(static_cast<int>(PopError::Refused),
+                      WithReply(QStringLiteral("サーバーのメッセージを削除できません。"), line));
+      }
+      Finish();
+      break;
+  }
+}
+
+void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
+  switch (pending.command) {
+    case Command::Capa:
+      pipelining_ = IsCapability(body, "PIPELINING");
+      Login();
+      break;
+    case Command::List:
+      list_ = std::move(body);
+      if (!pipelining_) Send("UIDL", {Command::Uidl});
+      break;
+    case Command::Uidl:
+      uidl_ = std::move(body);
+      ListingDone();
+      break;
+    case Command::Top: {
+      bool stop = false;
+      bool deleteOnServer = false;
+      events_.ReceiveStopTest(body, stop, deleteOnServer);
+      if (!stop) {
+        Fetch(pending.message);
+      } else {
+        bytesDone_ += messages_[pending.message].size;
+        if (deleteOnServer) doomed_.push_back(pending.message);
+      }
+      break;
+    }
+    case Command::Retr:
+      MessageDone(pending.message, body);
+      break;
+    default:
+      break;
+  }
+}
+
+void Pop3Session::Login() {
+  if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
+    Fail(PopError::Login,
+         QStringLiteral("ユーザー名かパスワードに改行などの使えない文字があります。"));
+    return;
+  }
+  if (!login_.apop) {
+    stage_ = Stage::User;
+    Send("USER " + login_.user.toUtf8(), {Command::User});
+    return;
+  }
+  if (timestamp_.isEmpty()) {
+    Fail(PopError::Login,
+         QStringLiteral("サーバーがAPOPに対応していません。アカウントの受信の種類を"
+                        "POP3に変えてください。"));
+    return;
+  }
+  stage_ = Stage::Password;
+  const QByteArray digest =
+      QCryptographicHash::hash(timestamp_ + login_.password.toUtf8(), QCryptographicHash::Md5);
+  Send("APOP " + login_.user.toUtf8() + ' ' + digest.toHex(), {Command::Apop});
+}
+
+void Pop3Session::LoggedIn() {
+  stage_ = Stage::Listing;
+  Send("LIST", {Command::List});
+  if (pipelining_) Send("UIDL", {Command::Uidl});
+}
+
+void Pop3Session::ListingDone() {
+  messages_ = ReadMailbox(list_, uidl_);
+  list_.clear();
+  uidl_.clear();
+  for (const Pop3Message& message : messages_) bytesTotal_ += message.size;
+  wantsHeaders_ = events_.WantsHeaders();
+  stage_ = Stage::Transfer;
+}
+
+bool Pop3Session::WindowHasRoom() const {
+  if (!pipelining_) return pending_.empty();
+  return pending_.size() < kWindowCommands && bytesAsked_ < kWindowBytes;
+}
+
+bool Pop3Session::Work() {
+  if (stage_ == Stage::Deletion) SendDeletions();
+  if (stage_ != Stage::Transfer) return false;
+  QElapsedTimer timer;
+  timer.start();
+  while (next_ < messages_.size() && !stopped_ && WindowHasRoom()) {
+    if (timer.elapsed() > kWorkMs) return true;
+    ConsiderNext();
+  }
+  if (pending_.empty() && (stopped_ || next_ >= messages_.size())) FinishTransfer();
+  return false;
+}
+
+void Pop3Session::ConsiderNext() {
+  const size_t message = next_++;
+  const Pop3Message& entry = messages_[message];
+  if (!entry.uidl.isEmpty()) {
+    bool exists = false;
+    bool deleteOnServer = false;
+    events_.AlreadyStored(ScopedMessageId(login_.user, login_.server, entry.uidl), exists,
+                          deleteOnServer);
+    if (exists) {
+      bytesDone_ += entry.size;
+      ReportProgress(0);
+      if (deleteOnServer) doomed_.push_back(message);
+      return;
+    }
+  }
+  if (wantsHeaders_) {
+    Send("TOP " + QByteArray::number(entry.number) + " 0", {Command::Top, message});
+  } else {
+    Fetch(message);
+  }
+}
+
+void Pop3Session::Fetch(size_t message) {
+  bytesAsked_ += messages_[message].size;
+  Send("RETR " + QByteArray::number(messages_[message].number), {Command::Retr, message});
+}
+
+void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
+  Pop3Message& entry = messages_[message];
+  bytesAsked_ -= entry.size;
+  bytesDone_ += entry.size;
+  ReportProgress(0);
+  if (stopped_) return;
+
+  bool deleteOnServer = false;
+  QByteArray uidl = entry.uidl;
+  if (uidl.isEmpty()) {
+    uidl = "sha256:" + QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
+    bool exists = false;
+    events_.AlreadyStored(ScopedMessageId(login_.user, login_.server, uidl), exists,
+                          deleteOnServer);
+    if (exists) {
+      if (deleteOnServer) doomed_.push_back(message);
+      return;
+    }
+    deleteOnServer = false;
+  }
+  stopped_ = !events_.MessageArrived(ScopedMessageId(login_.user, login_.server, uidl), data,
+                                     deleteOnServer);
+  if (deleteOnServer && !stopped_) doomed_.push_back(message);
+}
+
+// Nothing is marked before everything is durable: there are servers that delete what is marked
+// also when the connection breaks.
+void Pop3Session::FinishTransfer() {
+  if (!events_.MakeDurable()) {
+    Finish();
+    return;
+  }
+  stage_ = Stage::Deletion;
+  SendDeletions();
+}
+
+void Pop3Session::SendDeletions() {
+  while (!doomed_.empty() && WindowHasRoom()) {
+    const size_t message = doomed_.front();
+    doomed_.pop_front();
+    Send("DELE " + QByteArray::number(messages_[message].number), {Command::Dele, message});
+  }
+  if (!pending_.empty()) return;
+  stage_ = Stage::Quit;
+  Send("QUIT", {Command::Quit});
+}
+
+void Pop3Session::ReportProgress(qint64 inFlight) {
+  const qint64 done = bytesDone_ + inFlight;
+  const qint64 step = bytesTotal_ > 0 ? done * kProgressSteps / bytesTotal_ : 0;
+  if (step == lastProgress_) return;
+  lastProgress_ = step;
+  events_.Progress(0, bytesTotal_, qMin(done, bytesTotal_));
+}
+
+}  // namespace vorn

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include "mail/mail_store.h"
+#include "storage/context.h"
+#include "transfer/pop_events.h"
+
+namespace vorn {
+
+class CheckPlan;
+class Pop;
+
+/// The first panel of the main window's status bar.
+class StatusPanel {
+ public:
+  virtual ~StatusPanel() = default;
+  /// `icon` is an icon key, empty for none.
+  virtual void ShowStatus(const QString& text, const QString& icon) = 0;
+};
+
+/// What a receive session came to.
+struct ReceiveCounts {
+  int stored = 0;
+  int known = 0;    ///< stored before, not downloaded again
+  int stopped = 0;  ///< by a receive-stop rule
+  int errors = 0;
+};
+
+/// The program's side of a session: decides which messages are wanted, stores what arrives, gathers
+/// the job's log and shows progress. Stored messages reach the file in groups, a few times a
+/// second; a group that cannot be written counts as not stored, and nothing is deleted then.
+class TransferEvents : public QObject, public PopEvents {
+  Q_OBJECT
+
+ public:
+  TransferEvents(Context& context, CheckPlan& plan, const Pop& pop, StatusPanel& panel,
+                 QObject* parent = nullptr);
+
+  bool MessageArrived(const QString& messageId, const QByteArray& data,
+                      bool& deleteOnServer) override;
+  void MessageSent(const QByteArray& data) override;
+  void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
+  void Error(int code, const QString& text) override;
+  void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
+  void SessionStarted() override;
+  void SessionEnded() override;
+  void Progress(int code, qint64 total, qint64 done) override;
+  void Log(int code, const QString& text) override;
+  bool WantsHeaders() override;
+  bool MakeDurable() override;
+
+  /// Since the program began.
+  const ReceiveCounts& Counts() const { return counts_; }
+  /// Messages deleted on the servers since the program began.
+  int DeletedOnServer() const { return deleted_; }
+
+ private:
+  DiskPtr Job() const;
+  DiskPtr Account() const;
+  void Append(const QString& key, const QString& line);
+  bool Flush();
+
+  Context& context_;
+  CheckPlan& plan_;
+  const Pop& pop_;
+  StatusPanel& panel_;
+  MailStore store_;
+  ReceiveCounts counts_;
+  int deleted_ = 0;
+  QStringList unflushed_;
+  qint64 unflushedBytes_ = 0;
+  bool flushFailed_ = false;
+  int arrivedInSession_ = 0;
+  QTimer flushTimer_;
+};
+
+}  // namespace vorn
