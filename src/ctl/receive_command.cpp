@@ -5,12 +5,10 @@
 #include <QTimer>
 
 #include "ctl/command.h"
+#include "frame/mail_traffic.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
-#include "transfer/check_plan.h"
-#include "transfer/pop.h"
-#include "transfer/transfer_events.h"
 
 namespace vorn::ctl {
 namespace {
@@ -74,24 +72,21 @@ int Receive(Context& context, const Arguments& arguments) {
     return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
   }
   Console console;
-  Pop pop;
-  CheckPlan plan(context, pop, console);
-  TransferEvents events(context, plan, pop, console);
-  pop.SetEvents(&events);
-  plan.AddReceiveJob(*accounts);
+  MailTraffic traffic(context, console, console);
+  traffic.Plan().AddReceiveJob(*accounts);
 
   QElapsedTimer clock;
   clock.start();
   QTimer ticks;
-  QObject::connect(&ticks, &QTimer::timeout, &ticks, [&plan] {
-    plan.Tick();
-    if (plan.IsEmpty()) QCoreApplication::quit();
+  QObject::connect(&ticks, &QTimer::timeout, &ticks, [&traffic] {
+    traffic.Tick();
+    if (traffic.Plan().IsEmpty()) QCoreApplication::quit();
   });
   ticks.start(kTickMs);
   QCoreApplication::exec();
 
-  const ReceiveCounts& counts = events.Counts();
-  Report(counts, events.DeletedOnServer(), static_cast<double>(clock.elapsed()) / 1000.0,
+  const ReceiveCounts& counts = traffic.Events().Counts();
+  Report(counts, traffic.Events().DeletedOnServer(), static_cast<double>(clock.elapsed()) / 1000.0,
          arguments.Has(QStringLiteral("json")));
   return counts.errors == 0 ? kExitOk : kExitFailure;
 }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QHash>
+#include <QTreeWidget>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// The tree of the profile's objects, grouped by their types, and of the recorded events. A node's
+/// key is its object's serial identifier, its tag the object's type or "log".
+class ConsoleTree : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  explicit ConsoleTree(Context& context, QWidget* parent = nullptr);
+
+  /// Builds the tree anew from the loaded objects.
+  void Fill();
+  /// Brings one object's node in line with the object; adds or removes it when need be.
+  void RefreshNode(const QString& serialId);
+  QString NodeText(const QString& serialId) const;
+  void AddEventNode(const QString& serialId, const QString& title, const QString& icon);
+  void SelectNode(const QString& serialId);
+
+ Q_SIGNALS:
+  /// The user wants to see what the node stands for.
+  void NodeOpened(const QString& key, const QString& tag);
+
+ private:
+  QTreeWidgetItem* Group(const QString& type) const;
+  void ShowObject(const Disk& object);
+
+  Context& context_;
+  QHash<QString, QTreeWidgetItem*> groups_;  // by type
+  QHash<QString, QTreeWidgetItem*> nodes_;   // by key
+};
+
+}  // namespace vorn

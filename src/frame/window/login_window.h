@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+
+#include "storage/context.h"
+
+class QComboBox;
+class QLineEdit;
+
+namespace vorn {
+
+/// The window "login": choosing a profile and typing its password.
+class LoginWindow : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit LoginWindow(Context& context, QWidget* parent = nullptr);
+
+  /// Fills the list of profiles; with a request whose "login" is set, with that name alone.
+  void LoadDefaultProperty(const DiskPtr& request);
+  /// Tries the login. On success the session bag holds it, and `LoggedIn` is emitted.
+  void cmOk_Click();
+
+ Q_SIGNALS:
+  void LoggedIn();
+  void Cancelled();
+
+ protected:
+  void reject() override;
+
+ private:
+  Context& context_;
+  QComboBox* cbProfile_;
+  QLineEdit* txPassword_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include "frame/dispatcher.h"
+#include "frame/event_log.h"
+#include "frame/mail_traffic.h"
+#include "frame/window/console_tree.h"
+#include "frame/window/status_bar.h"
+#include "present/message_list_page.h"
+#include "present/window/browser_host.h"
+#include "present/window/browser_profiles.h"
+
+class QMdiArea;
+
+namespace vorn {
+
+class BrowserWindow;
+
+/// The main window "parent": the console tree, the browser windows in their area, the menus and the
+/// status bar. It owns the request queue and the mail traffic and drives both by its timers.
+class ParentWindow : public QMainWindow,
+                     public DispatchHost,
+                     public PlanHost,
+                     public EventView,
+                     public BrowserHost {
+  Q_OBJECT
+
+ public:
+  explicit ParentWindow(Context& context);
+  ~ParentWindow() override;
+
+  /// Fills the window after a login and opens the inbox.
+  void LoadDefaultProperty();
+  /// The Tools menu's entry with that index; 0 is "send and receive messages".
+  void menuTools_Click(int index);
+  MailTraffic& Traffic() { return traffic_; }
+
+  // DispatchHost
+  bool IsEnabled() const override;
+  std::vector<RequestWindow*> OpenWindows() const override;
+  RequestWindow* CreateRequestWindow(const QString& status) override;
+  void ArrangeWindows() override;
+  void NotifyNewMessages(const Disk& request) override;
+  void ApplySettings() override;
+  QString NodeText(const QString& serialId) const override;
+  void RefreshNode(const QString& serialId) override;
+
+  // PlanHost
+  void PostRequest(const DiskPtr& request) override { queue_.Post(request); }
+  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+                const QString& category, const QString& text) override;
+  void SendAndReceive() override { menuTools_Click(0); }
+
+  // EventView
+  void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;
+
+  // BrowserHost
+  void OpenMessage(int open, const QString& serialId, bool isNew) override;
+  void BrowserClosed() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsVersion };
+
+  void BuildMenus();
+  void OpenNode(const QString& key, const QString& tag);
+  void OpenFolder(const QString& serialId);
+  void OpenEvent(const QString& serialId);
+  void tmPlan_Timer();
+  void RefreshFolders();
+  RequestWindow* AddChild(BrowserWindow* window);
+  void Track(QObject* object, RequestWindow* window);
+
+  Context& context_;
+  MessageListPages pages_;
+  BrowserProfiles profiles_;
+  RequestQueue queue_;
+  Dispatcher dispatcher_;
+  EventLog events_;
+  MainStatusBar* sbStatus_;
+  MailTraffic traffic_;
+  ConsoleTree* tvConsole_;
+  QMdiArea* area_;
+  QTimer tmDialog_;
+  QTimer tmPlan_;
+  std::vector<RequestWindow*> windows_;
+  int storedSeen_ = 0;
+  bool closing_ = false;
+};
+
+}  // namespace vorn

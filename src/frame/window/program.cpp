@@ -1,0 +1,92 @@
+#include "frame/window/program.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/window/login_window.h"
+#include "frame/window/parent_window.h"
+#include "frame/window/version_window.h"
+
+namespace vorn {
+
+Program::Program(const QString& appFolder) : appFolder_(appFolder), instance_(appFolder) {
+  QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
+}
+
+Program::~Program() {
+  delete parent_.data();
+  context_.Data.CloseAll();
+}
+
+ParentWindow* Program::Parent() const { return parent_; }
+
+bool Program::Refuse(const QString& reason) const {
+  QMessageBox::critical(nullptr, kApplicationTitle, reason);
+  return false;
+}
+
+bool Program::Start() {
+  if (!QDir().mkpath(appFolder_)) {
+    return Refuse(QStringLiteral("データフォルダ「%1」を作成できません。")
+                      .arg(QDir::toNativeSeparators(appFolder_)));
+  }
+  if (!instance_.Acquire()) {
+    return Refuse(kApplicationTitle + QStringLiteral("は既に起動しています。"));
+  }
+  QString error;
+  if (!StartUp(context_, appFolder_, &error)) return Refuse(error);
+  RemoveOldPages();
+  if (!context_.Objects.IsEmpty()) {
+    ShowLogin();
+    return true;
+  }
+  const DiskPtr profile = CreateFirstProfile(context_);
+  if (profile == nullptr) {
+    return Refuse(QStringLiteral("プロファイルを作成できません。") +
+                  context_.Data.LastError().text);
+  }
+  BeginLogin(context_, *profile, QString());
+  ShowVersion();
+  return true;
+}
+
+// Pages are deleted once they are loaded; those of a program that was killed hold subjects in clear.
+void Program::RemoveOldPages() const {
+  QDir pages(context_.TempFolder);
+  for (const QString& name : pages.entryList({QStringLiteral("*.html")}, QDir::Files)) {
+    pages.remove(name);
+  }
+}
+
+void Program::ShowLogin() {
+  auto* login = new LoginWindow(context_);
+  login->setAttribute(Qt::WA_DeleteOnClose);
+  login->LoadDefaultProperty(nullptr);
+  connect(login, &LoginWindow::LoggedIn, this, &Program::ShowVersion);
+  connect(login, &LoginWindow::Cancelled, qApp, &QApplication::quit);
+  login->show();
+}
+
+void Program::ShowVersion() {
+  auto* version = new VersionWindow(context_);
+  connect(version, &VersionWindow::ProfileLoaded, this, &Program::ShowParent);
+  connect(version, &VersionWindow::Failed, this, [this](const QString& reason) {
+    Refuse(reason);
+    QApplication::quit();
+  });
+  version->LoadDefaultProperty(context_.Session);
+  version->show();
+}
+
+void Program::ShowParent() {
+  parent_ = new ParentWindow(context_);
+  parent_->setAttribute(Qt::WA_DeleteOnClose);
+  connect(parent_, &QObject::destroyed, qApp, &QApplication::quit);
+  parent_->LoadDefaultProperty();
+  parent_->show();
+}
+
+}  // namespace vorn

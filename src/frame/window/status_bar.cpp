@@ -1,0 +1,45 @@
+#include "frame/window/status_bar.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QToolButton>
+
+#include "frame/window/icons.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kPanelWidth = 220;
+
+}  // namespace
+
+MainStatusBar::MainStatusBar(QWidget* parent)
+    : QStatusBar(parent),
+      icon_(new QLabel),
+      text_(new QLabel),
+      cancel_(new QToolButton) {
+  setObjectName(QStringLiteral("sbStatus"));
+  text_->setObjectName(QStringLiteral("panelSession"));
+  cancel_->setText(QStringLiteral("中止"));
+  cancel_->setToolTip(QStringLiteral("送受信を中止します。"));
+  cancel_->setAutoRaise(true);
+  cancel_->hide();
+  connect(cancel_, &QToolButton::clicked, this, &MainStatusBar::CancelClicked);
+
+  auto* panel = new QWidget;
+  panel->setMinimumWidth(kPanelWidth);
+  auto* layout = new QHBoxLayout(panel);
+  layout->setContentsMargins(4, 0, 4, 0);
+  layout->addWidget(icon_);
+  layout->addWidget(text_, 1);
+  layout->addWidget(cancel_);
+  addPermanentWidget(panel);
+}
+
+void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {
+  text_->setText(text);
+  icon_->setPixmap(icon.isEmpty() ? QPixmap() : Icon(icon).pixmap(16, 16));
+  cancel_->setVisible(!icon.isEmpty());
+}
+
+}  // namespace vorn

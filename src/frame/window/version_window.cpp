@@ -1,0 +1,67 @@
+#include "frame/window/version_window.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/window/icons.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kTickMs = 100;
+constexpr int kShowMainStep = 5;
+constexpr int kCloseStep = 21;  // the splash stays a moment on top of the main window
+
+}  // namespace
+
+VersionWindow::VersionWindow(Context& context)
+    : QWidget(nullptr, Qt::SplashScreen | Qt::WindowStaysOnTopHint), context_(context) {
+  setObjectName(QStringLiteral("version"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  auto* picture = new QLabel;
+  picture->setObjectName(QStringLiteral("Image1"));
+  picture->setPixmap(Icon(QStringLiteral("mail")).pixmap(64, 64));
+  picture->setAlignment(Qt::AlignCenter);
+  auto* line = new QLabel(kApplicationTitle + u' ' + QStringLiteral("version. ") +
+                          context_.VersionText);
+  line->setObjectName(QStringLiteral("Label1"));
+  line->setAlignment(Qt::AlignCenter);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(48, 24, 48, 24);
+  layout->addWidget(picture);
+  layout->addWidget(line);
+  tmInitialization_.setInterval(kTickMs);
+  connect(&tmInitialization_, &QTimer::timeout, this, &VersionWindow::tmInitialization_Timer);
+}
+
+bool VersionWindow::LoadDefaultProperty(const DiskPtr& request) {
+  if (request->Text(u"mode") == u"login") {
+    password_ = request->Text(u"password");
+    step_ = 0;
+    tmInitialization_.start();
+  } else {
+    tmInitialization_.stop();
+  }
+  return true;
+}
+
+void VersionWindow::tmInitialization_Timer() {
+  const int step = step_++;
+  if (step < kLoginSteps) {
+    QString error;
+    if (!RunLoginStep(context_, static_cast<LoginStep>(step), password_, &error)) {
+      tmInitialization_.stop();
+      Q_EMIT Failed(error);
+      close();
+    }
+  } else if (step == kShowMainStep) {
+    Q_EMIT ProfileLoaded();
+  } else if (step >= kCloseStep) {
+    tmInitialization_.stop();
+    close();
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,45 @@
+#include "present/window/browser_profiles.h"
+
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInterceptor>
+
+namespace vorn {
+namespace {
+
+// Lets a folder page load itself and nothing else.
+class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
+ public:
+  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+    const bool isPage =
+        info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
+        info.requestUrl().isLocalFile();
+    if (!isPage) info.block(true);
+  }
+};
+
+}  // namespace
+
+BrowserProfiles::BrowserProfiles(const QString& webFolder)
+    : local_(std::make_unique<QWebEngineProfile>()),
+      web_(std::make_unique<QWebEngineProfile>(QStringLiteral("web"))) {
+  local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));
+  local_->setHttpCacheType(QWebEngineProfile::NoCache);
+  QWebEngineSettings* settings = local_->settings();
+  using Attribute = QWebEngineSettings::WebAttribute;
+  for (const Attribute attribute :
+       {Attribute::JavascriptEnabled, Attribute::JavascriptCanOpenWindows,
+        Attribute::LocalContentCanAccessRemoteUrls, Attribute::LocalContentCanAccessFileUrls,
+        Attribute::PluginsEnabled, Attribute::LocalStorageEnabled, Attribute::AutoLoadIconsForPage,
+        Attribute::WebGLEnabled, Attribute::FullScreenSupportEnabled}) {
+    settings->setAttribute(attribute, false);
+  }
+  settings->setDefaultTextEncoding(QStringLiteral("Shift_JIS"));
+  web_->setPersistentStoragePath(webFolder);
+  web_->setCachePath(webFolder + QStringLiteral("/cache"));
+}
+
+BrowserProfiles::~BrowserProfiles() = default;
+
+}  // namespace vorn

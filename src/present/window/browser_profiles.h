@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+class QWebEngineProfile;
+
+namespace vorn {
+
+/// The browser engine's two worlds. Folder pages are local and hold what strangers wrote: no
+/// scripts, nothing from the network, nothing kept. Web pages get an ordinary browser with a
+/// profile of its own.
+class BrowserProfiles {
+ public:
+  /// `webFolder` is where the web profile keeps its data.
+  explicit BrowserProfiles(const QString& webFolder);
+  ~BrowserProfiles();
+
+  QWebEngineProfile* Local() const { return local_.get(); }
+  QWebEngineProfile* Web() const { return web_.get(); }
+
+ private:
+  std::unique_ptr<QWebEngineProfile> local_;
+  std::unique_ptr<QWebEngineProfile> web_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,228 @@
+#include "present/window/browser_window.h"
+
+#include <QAction>
+#include <QFile>
+#include <QLineEdit>
+#include <QStyle>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QWebEngineHistory>
+#include <QWebEngineView>
+
+#include "objects/object_loader.h"
+#include "objects/settings.h"
+#include "present/window/link_page.h"
+
+namespace vorn {
+namespace {
+
+const QString kBefore = QStringLiteral("before");
+const QString kNext = QStringLiteral("next");
+const QString kUrl = QStringLiteral("url");
+const QString kPage = QStringLiteral("Page");
+const QString kOnLoad = QStringLiteral("onLoad");
+
+}  // namespace
+
+BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
+                             const BrowserProfiles& profiles, BrowserHost& host)
+    : context_(context),
+      pages_(pages),
+      profiles_(profiles),
+      host_(host),
+      bag_(std::make_shared<Disk>(context.Data.NewSerialID())) {
+  setObjectName(QStringLiteral("URL"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  BuildControls();
+  ControlToolbarUpdate();
+}
+
+BrowserWindow::~BrowserWindow() {
+  DeletePageFile();
+  host_.BrowserClosed();
+}
+
+void BrowserWindow::BuildControls() {
+  tbLocation_ = new QToolBar(this);
+  tbLocation_->setObjectName(QStringLiteral("tbLocation"));
+  before_ = AddButton(kBefore, &BrowserWindow::ShowBefore);
+  seek_ = AddButton(QStringLiteral("seek"), &BrowserWindow::SeekClicked);
+  next_ = AddButton(kNext, &BrowserWindow::ShowNext);
+  before_->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Left));
+  next_->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Right));
+  seek_->setShortcut(QKeySequence(Qt::Key_F5));
+
+  txLocation_ = new QLineEdit(this);
+  txLocation_->setObjectName(QStringLiteral("txLocation"));
+  txLocation_->setAccessibleName(QStringLiteral("アドレス"));
+  tbLocation_->addWidget(txLocation_);
+  connect(txLocation_, &QLineEdit::returnPressed, this, [this] {
+    if (IsLocal()) return;
+    LocationUrl(QUrl::fromUserInput(txLocation_->text()).toString());
+    UpdateBrowser();
+  });
+
+  wbUrl_ = new QWebEngineView(this);
+  wbUrl_->setObjectName(QStringLiteral("wbUrl"));
+  wbUrl_->setContextMenuPolicy(Qt::NoContextMenu);
+  connect(wbUrl_, &QWebEngineView::loadStarted, this, [this] { SetLoading(true); });
+  connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
+  setFocusProxy(wbUrl_);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(tbLocation_);
+  layout->addWidget(wbUrl_, 1);
+}
+
+QAction* BrowserWindow::AddButton(const QString& key, void (BrowserWindow::*clicked)()) {
+  QAction* action = tbLocation_->addAction(QString(), this, clicked);
+  action->setObjectName(key);
+  return action;
+}
+
+// A page belongs to one engine profile for life, so a window that changes between a folder and the
+// web changes its page.
+void BrowserWindow::UsePage(bool local) {
+  QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
+  if (page_ != nullptr && page_->profile() == profile) return;
+  delete page_;
+  page_ = new LinkPage(profile, wbUrl_);
+  wbUrl_->setPage(page_);
+  connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
+    host_.OpenMessage(command.openMode, command.serialId, command.isNew);
+  });
+}
+
+bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
+  if (request != nullptr) bag_ = request;
+  UsePage(IsLocal());
+  if (!IsLocal() || CreatePage()) UpdateBrowser();
+  tag_ = bag_->SerialID();
+  return true;
+}
+
+// Whether there is a page to show. A folder that is not available leaves "url" as it was.
+bool BrowserWindow::CreatePage() {
+  const DiskPtr folder = LoadObject(context_, bag_->SerialID());
+  if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
+  setWindowTitle(folder->Text(u"Object"));
+  DeletePageFile();
+  bool before = false;
+  bool next = false;
+  const QString path = pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1),
+                                                    before, next);
+  bag_->Let(kUrl, path);
+  bag_->Let(kBefore, before);
+  bag_->Let(kNext, next);
+  ControlToolbarUpdate();
+  if (!path.isEmpty()) return true;
+  page_->SetLocalPage(QUrl());
+  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><p>フォルダを表示できません。</p><p>") +
+                  context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
+  return false;
+}
+
+void BrowserWindow::UpdateBrowser() {
+  const QString text = bag_->Text(kUrl);
+  const QUrl url = IsLocal() ? QUrl::fromLocalFile(text) : QUrl::fromUserInput(text);
+  page_->SetLocalPage(IsLocal() ? url : QUrl());
+  txLocation_->setReadOnly(IsLocal());
+  txLocation_->setText(IsLocal() ? windowTitle() : text);
+  wbUrl_->load(url);
+}
+
+void BrowserWindow::ControlToolbarUpdate() {
+  const bool iconsOnly = Settings(context_)->Flag(u"ToolbarIcon");
+  const bool loading = bag_->Flag(kOnLoad);
+  const auto set = [&](QAction* action, QStyle::StandardPixmap icon, const QString& text) {
+    action->setIcon(style()->standardIcon(icon));
+    action->setText(text);
+    action->setToolTip(text);
+  };
+  set(before_, QStyle::SP_ArrowBack, QStringLiteral("前へ"));
+  set(seek_, loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
+      loading ? QStringLiteral("中止") : QStringLiteral("更新"));
+  set(next_, QStyle::SP_ArrowForward, QStringLiteral("次へ"));
+  before_->setEnabled(bag_->Flag(kBefore));
+  next_->setEnabled(bag_->Flag(kNext));
+  tbLocation_->setToolButtonStyle(iconsOnly ? Qt::ToolButtonIconOnly
+                                            : Qt::ToolButtonTextBesideIcon);
+}
+
+void BrowserWindow::TurnPage(int step) {
+  if (!IsLocal()) {
+    wbUrl_->triggerPageAction(step < 0 ? QWebEnginePage::Back : QWebEnginePage::Forward);
+    return;
+  }
+  bag_->Let(kPage, bag_->Number(kPage, 1) + step);
+  LoadDefaultProperty(bag_, true);
+}
+
+void BrowserWindow::SeekClicked() {
+  if (bag_->Flag(kOnLoad)) {
+    wbUrl_->stop();
+  } else {
+    Refresh();
+  }
+}
+
+void BrowserWindow::Refresh() {
+  if (IsLocal()) {
+    LoadDefaultProperty(nullptr, true);
+  } else {
+    wbUrl_->reload();
+  }
+}
+
+void BrowserWindow::SetLoading(bool loading) {
+  bag_->Let(kOnLoad, loading);
+  ControlToolbarUpdate();
+}
+
+void BrowserWindow::DocumentComplete(bool ok) {
+  SetLoading(false);
+  if (IsLocal()) {
+    DeletePageFile();  // each page is read once
+  } else {
+    txLocation_->setText(wbUrl_->url().toString());
+    setWindowTitle(wbUrl_->title());
+    UpdateHistoryState();
+  }
+  Q_EMIT Loaded(ok);
+}
+
+void BrowserWindow::UpdateHistoryState() {
+  bag_->Let(kBefore, wbUrl_->history()->canGoBack());
+  bag_->Let(kNext, wbUrl_->history()->canGoForward());
+  ControlToolbarUpdate();
+}
+
+void BrowserWindow::DeletePageFile() {
+  const QString path = bag_->Text(kUrl);
+  if (IsLocal() && !path.isEmpty()) QFile::remove(path);
+}
+
+void BrowserWindow::ShowModeless() {
+  show();
+  Activate();
+}
+
+void BrowserWindow::Activate() {
+  QWidget* frame = parentWidget() != nullptr ? parentWidget() : this;
+  frame->show();
+  frame->raise();
+  frame->setFocus();
+  wbUrl_->setFocus();
+}
+
+void BrowserWindow::Unload() {
+  if (parentWidget() != nullptr) {
+    parentWidget()->close();
+  } else {
+    deleteLater();
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QWidget>
+
+#include "frame/request_window.h"
+#include "present/link_command.h"
+#include "present/message_list_page.h"
+#include "present/window/browser_host.h"
+#include "present/window/browser_profiles.h"
+#include "storage/context.h"
+
+class QAction;
+class QLineEdit;
+class QToolBar;
+class QWebEngineView;
+
+namespace vorn {
+
+class LinkPage;
+
+/// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
+/// It keeps its request and reads from it "local", "url" and "Page", and writes back "before",
+/// "next" and "onLoad".
+class BrowserWindow : public QWidget, public RequestWindow {
+  Q_OBJECT
+
+ public:
+  BrowserWindow(Context& context, MessageListPages& pages, const BrowserProfiles& profiles,
+                BrowserHost& host);
+  ~BrowserWindow() override;
+
+  bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
+  QString Tag() const override { return tag_; }
+  bool IsChild() const override { return true; }
+  void ShowModeless() override;
+  void ShowModal() override { ShowModeless(); }
+  void Activate() override;
+  bool Dust() const override { return bag_->Flag(u"dust"); }
+  void Unload() override;
+
+  /// Whether the window shows a folder.
+  bool IsLocal() const { return bag_->Flag(u"local"); }
+  /// Makes the folder's page anew and shows it.
+  void Refresh();
+  void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
+  /// Loads "url".
+  void UpdateBrowser();
+  /// Brings the toolbar in line with "before", "next" and "onLoad".
+  void ControlToolbarUpdate();
+
+ Q_SIGNALS:
+  /// A page has been loaded; false when it could not be.
+  void Loaded(bool ok);
+
+ private:
+  void BuildControls();
+  QAction* AddButton(const QString& key, void (BrowserWindow::*clicked)());
+  void UsePage(bool local);
+  bool CreatePage();
+  void ShowBefore() { TurnPage(-1); }
+  void ShowNext() { TurnPage(1); }
+  void TurnPage(int step);
+  void SeekClicked();
+  void SetLoading(bool loading);
+  void DocumentComplete(bool ok);
+  void DeletePageFile();
+  void UpdateHistoryState();
+
+  Context& context_;
+  MessageListPages& pages_;
+  const BrowserProfiles& profiles_;
+  BrowserHost& host_;
+  DiskPtr bag_;
+  QString tag_;
+  QToolBar* tbLocation_ = nullptr;
+  QLineEdit* txLocation_ = nullptr;
+  QWebEngineView* wbUrl_ = nullptr;
+  LinkPage* page_ = nullptr;
+  QAction* before_ = nullptr;
+  QAction* seek_ = nullptr;
+  QAction* next_ = nullptr;
+};
+
+}  // namespace vorn

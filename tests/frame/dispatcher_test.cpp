@@ -1,0 +1,189 @@
+#include "frame/dispatcher.h"
+
+#include <gtest/gtest.h>
+
+#include "frame/event_log.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::TestProfile;
+
+class FakeWindow : public RequestWindow {
+ public:
+  FakeWindow(QStringList& log, bool child) : log_(log), child_(child) {}
+  bool LoadDefaultProperty(const DiskPtr& request, bool update) override {
+    tag_ = request->SerialID();
+    log_.append(QStringLiteral("load %1%2").arg(tag_, update ? QStringLiteral("+") : QString()));
+    return accepts;
+  }
+  QString Tag() const override { return tag_; }
+  bool IsChild() const override { return child_; }
+  void ShowModeless() override { log_.append(QStringLiteral("modeless")); }
+  void ShowModal() override {
+    log_.append(QStringLiteral("modal"));
+    if (whileModal) whileModal();
+  }
+  void Activate() override { log_.append(QStringLiteral("activate ") + tag_); }
+  void Unload() override { log_.append(QStringLiteral("unload")); }
+  void SetObjectText(const QString& text) override { log_.append(QStringLiteral("text ") + text); }
+  void ConfirmObject() override { log_.append(QStringLiteral("ok")); }
+  void DeleteObject() override { log_.append(QStringLiteral("delete")); }
+
+  bool accepts = true;
+  std::function<void()> whileModal;
+
+ private:
+  QStringList& log_;
+  bool child_;
+  QString tag_;
+};
+
+class DispatcherTest : public testing::Test, public DispatchHost {
+ protected:
+  bool IsEnabled() const override { return enabled_; }
+  std::vector<RequestWindow*> OpenWindows() const override {
+    std::vector<RequestWindow*> windows;
+    for (const auto& window : windows_) windows.push_back(window.get());
+    return windows;
+  }
+  RequestWindow* CreateRequestWindow(const QString& status) override {
+    if (status == u"none") return nullptr;
+    auto window = std::make_unique<FakeWindow>(log_, status == u"browser");
+    window->accepts = accepts_;
+    window->whileModal = [this] {
+      enabled_ = false;
+      dispatcher_.Tick();
+      enabled_ = true;
+      profile_.Get().Session->Let(QStringLiteral("status"), answer_);
+    };
+    windows_.push_back(std::move(window));
+    return windows_.back().get();
+  }
+  void ArrangeWindows() override { log_.append(QStringLiteral("arrange")); }
+  void NotifyNewMessages(const Disk& request) override {
+    log_.append(QStringLiteral("notify ") + request.Text(u"message"));
+  }
+  void ApplySettings() override { log_.append(QStringLiteral("apply")); }
+  QString NodeText(const QString& serialId) const override { return serialId.toUpper(); }
+  void RefreshNode(const QString& serialId) override {
+    log_.append(QStringLiteral("refresh ") + serialId);
+  }
+
+  QString Run() {
+    log_.clear();
+    while (!queue_.IsEmpty()) dispatcher_.Tick();
+    return log_.join(u',');
+  }
+  void PostDialog(const char16_t* serialId, int show, const char16_t* after) {
+    DialogRequest request;
+    request.serialId = QString::fromUtf16(serialId);
+    request.status = QStringLiteral("account");
+    request.show = show;
+    request.after = QString::fromUtf16(after);
+    EXPECT_TRUE(queue_.PostDialogRequest(request));
+  }
+  void PostMail(const char16_t* serialId, int open) {
+    MailRequest request;
+    request.serialId = QString::fromUtf16(serialId);
+    request.open = open;
+    queue_.PostMailRequest(request);
+  }
+
+  TestProfile profile_;
+  RequestQueue queue_{profile_.Get()};
+  Dispatcher dispatcher_{profile_.Get(), queue_, *this};
+  std::vector<std::unique_ptr<FakeWindow>> windows_;
+  QStringList log_;
+  bool enabled_ = true;
+  bool accepts_ = true;
+  QString answer_ = QStringLiteral("a");
+};
+
+TEST_F(DispatcherTest, AnOpenWindowIsReusedUnlessTheRequestIsDirect) {
+  PostMail(u"m", 0);
+  PostMail(u"m", 0);
+  EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m,activate m"));
+  PostMail(u"m", 2);
+  EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m"));
+}
+
+TEST_F(DispatcherTest, ModalWindowsRunTheirStepOnlyWhenConfirmed) {
+  PostDialog(u"a", 1, u"public");
+  EXPECT_EQ(Run(), QStringLiteral("load a,modal,apply"));
+  answer_.clear();
+  PostDialog(u"a", 1, u"public");
+  EXPECT_EQ(Run(), QStringLiteral("load a,modal"));
+}
+
+TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
+  PostDialog(u"a", -1, u"rename");
+  PostDialog(u"b", -1, u"delete");
+  EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,load b,delete"));
+}
+
+TEST_F(DispatcherTest, ChildWindowsAreArrangedAndDecliningOnesDropped) {
+  BrowserRequest request;
+  request.serialId = QStringLiteral("f");
+  queue_.PostBrowserRequest(request);
+  EXPECT_EQ(Run(), QStringLiteral("load f,modeless,arrange,refresh f"));
+  accepts_ = false;
+  PostMail(u"x", 0);
+  EXPECT_EQ(Run(), QStringLiteral("load x+,unload"));
+}
+
+TEST_F(DispatcherTest, NoticesAndNonsense) {
+  const auto post = [this](const char16_t* mode, const char16_t* status) {
+    auto request = std::make_shared<Disk>(QStringLiteral("r"));
+    request->Let(QStringLiteral("mode"), QString::fromUtf16(mode));
+    request->Let(QStringLiteral("status"), QString::fromUtf16(status));
+    request->Let(QStringLiteral("message"), QStringLiteral("m1"));
+    queue_.Post(request);
+  };
+  post(u"messagebox", u"newmessage");
+  post(u"messagebox", u"other");
+  post(u"unknown", u"mail");
+  post(u"window", u"none");
+  EXPECT_EQ(Run(), QStringLiteral("notify m1"));
+  EXPECT_FALSE(queue_.PostDialogRequest({}));
+}
+
+TEST_F(DispatcherTest, RequestsCarryTheirKeys) {
+  PostMail(u"", 1);
+  const DiskPtr mail = queue_.Front();
+  EXPECT_TRUE(mail->SerialID().endsWith(u'@' + profile_.Get().ComputerName));
+  EXPECT_TRUE(mail->Flag(u"direct") && mail->Flag(u"update"));
+  queue_.Clear();
+  DialogRequest request;
+  request.status = QStringLiteral("profile");
+  queue_.PostDialogRequest(request);
+  EXPECT_TRUE(queue_.Front()->SerialID().startsWith(u"profile_"));
+  EXPECT_EQ(queue_.Front()->Number(u"db"), 0);
+}
+
+TEST(EventLogTest, RecordsAreKeptAndShown) {
+  struct View : EventView {
+    void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override {
+      shown.append(serialId);
+      last = title + u'/' + icon;
+    }
+    QStringList shown;
+    QString last;
+  } view;
+  TestProfile profile;
+  EventLog log(profile.Get(), view);
+  log.AddEvent(1, 1, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
+               QStringLiteral("text"));
+  EXPECT_EQ(view.last, QStringLiteral("システム/mailuperror"));
+  log.AddEvent(0, 0, QStringLiteral("a"), QStringLiteral("仕事"), QStringLiteral("account"), {});
+  EXPECT_EQ(view.last, QStringLiteral("仕事/accountinfomation"));
+  EXPECT_TRUE(view.shown[1].startsWith(u"event_1_"));
+  const DiskPtr record = log.Find(view.shown[0]);
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->Number(u"db"), 3);
+  EXPECT_EQ(record->Text(u"file"), profile.Get().Session->Text(u"Mail"));
+}
+
+}  // namespace
+}  // namespace vorn

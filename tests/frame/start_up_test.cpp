@@ -1,0 +1,112 @@
+#include "frame/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+
+#include "frame/profile_login.h"
+#include "frame/single_instance.h"
+#include "objects/object_types.h"
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(bytes);
+}
+
+TEST(StartUp, ProcessWideValuesAreSet) {
+  QTemporaryDir folder;
+  const QString path = folder.path() + u'/';
+  const auto debugModeWith = [&path](const QByteArray& ini) {
+    WriteFile(path + QStringLiteral("vorn.ini"), ini);
+    Context context;
+    QString error;
+    EXPECT_TRUE(StartUp(context, path.chopped(1), &error)) << error.toStdString();
+    EXPECT_EQ(context.AppFolder, path);
+    EXPECT_EQ(context.TempFolder, path + QStringLiteral("temp/"));
+    EXPECT_LE(context.ComputerName.size(), 40);
+    EXPECT_EQ(context.SecurityKey.size(), 14);
+    EXPECT_FALSE(context.Session->Flag(u"login", true));
+    return context.DebugMode;
+  };
+  EXPECT_TRUE(debugModeWith("[infomation]\ndebug=TRUE\n"));
+  EXPECT_FALSE(debugModeWith("[infomation]\ndebug=yes\n"));
+  EXPECT_FALSE(debugModeWith(""));
+  EXPECT_EQ(ChooseAppFolder({}, path.chopped(1)), path);
+  EXPECT_EQ(ChooseAppFolder(path, QStringLiteral("/elsewhere")), path);
+}
+
+TEST(StartUp, AForeignNavigatorFileIsNamedAndLeftAlone) {
+  QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("navi.mbx"));
+  WriteFile(file, QByteArray(4096, 'x'));
+  Context context;
+  QString error;
+  EXPECT_FALSE(StartUp(context, folder.path(), &error));
+  EXPECT_TRUE(error.contains(u"navi.mbx"));
+  EXPECT_EQ(ReadFile(file), QByteArray(4096, 'x'));
+}
+
+TEST(StartUp, OnlyOneProgramRunsPerFolder) {
+  QTemporaryDir folder;
+  const QString path = folder.path() + u'/';
+  SingleInstance first(path);
+  EXPECT_TRUE(first.Acquire());
+  EXPECT_FALSE(SingleInstance(path).Acquire());
+  SingleInstance elsewhere(path + QStringLiteral("other/"));
+  EXPECT_TRUE(elsewhere.Acquire());
+}
+
+TEST(Login, ThePasswordIsTestedAgainstTheProfilesDatabase) {
+  TestProfile profile(QStringLiteral("right"));
+  Context& context = profile.Get();
+  const QString name = context.Session->Text(u"Object");
+  EXPECT_EQ(name, QStringLiteral("Administrator"));
+  QString error;
+  EXPECT_FALSE(LogIn(context, name, QStringLiteral("wrong"), &error));
+  EXPECT_TRUE(error.contains(u"ログインできませんでした"));
+  EXPECT_FALSE(LogIn(context, QStringLiteral("nobody"), {}, &error));
+  EXPECT_EQ(FindProfile(context, QStringLiteral("nobody")), nullptr);
+  profile.Restart(QStringLiteral("right"));
+  EXPECT_TRUE(profile.Get().Session->Flag(u"Default"));
+}
+
+TEST(Login, ADeletedProfileDatabaseIsMadeAnewWithTheTypedPassword) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const QString path = PlatformPath(context, context.Session->Text(u"Profile"));
+  const QString mail = MailDatabasePath(context);
+  context.Data.CloseAll();
+  for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm"), mail,
+                              mail + QStringLiteral("-wal"), mail + QStringLiteral("-shm")}) {
+    QFile::remove(file);
+  }
+  EXPECT_TRUE(TestProfilePassword(context, *context.Session, QStringLiteral("new")));
+  profile.Restart(QStringLiteral("new"));
+  EXPECT_FALSE(TestProfilePassword(profile.Get(), *profile.Get().Session, QString()));
+}
+
+TEST(Login, SeveralProfilesNeedANameUnlessOneWasUsedLast) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const DiskPtr second = CreateProfile(context, QStringLiteral("Second"));
+  ASSERT_NE(second, nullptr);
+  context.Objects.Add(second);
+  QString error;
+  ASSERT_TRUE(LogIn(context, QStringLiteral("Second"), QStringLiteral("x"), &error));
+  profile.Restart(QStringLiteral("x"));
+  EXPECT_EQ(profile.Get().Session->Text(u"Object"), QStringLiteral("Second"));
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,179 @@
+#include <gtest/gtest.h>
+
+#include "mail/address.h"
+#include "mail/charset_recognition.h"
+#include "mail/code_page_932.h"
+#include "mail/flag_string.h"
+#include "mail/message_index.h"
+#include "mail/mime_codec.h"
+#include "mail/text_extraction.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+const QStringList kTextTypes{QStringLiteral("text/plain")};
+
+QString Decoded(const char* field, CharsetChoice choice = CharsetChoice::Automatic) {
+  return MimeCodec::DecodeHeader(field, 0, choice);
+}
+
+TEST(HeaderFields, LookupIgnoresCaseAndJoinsContinuationLines) {
+  const QByteArray source =
+      "X-One: a\r\nSUBJECT : first\r\n second\r\n\tthird\r\nSubject: later\r\n\r\nTo: body\r\n";
+  EXPECT_EQ(MimeCodec::HeaderField(source, "Subject:"), QByteArray("SUBJECT: first second third"));
+  EXPECT_TRUE(MimeCodec::HeaderField(source, "To:").isNull());
+  EXPECT_EQ(MimeCodec::HeaderAt(source, 0), QByteArray("X-One: a"));
+  EXPECT_EQ(MimeCodec::HeaderAt(source, 2), QByteArray("Subject: later"));
+  EXPECT_TRUE(MimeCodec::HeaderAt(source, 3).isNull());
+  EXPECT_EQ(source.sliced(MimeCodec::HeaderBlockEnd(source)), QByteArray("To: body\r\n"));
+  EXPECT_TRUE(MimeCodec::HeaderField("", "Subject:").isNull());
+}
+
+TEST(HeaderDecoding, OddEncodedWordsAreReadOrLeftAlone) {
+  EXPECT_EQ(Decoded("=?UTF-8?Q?a_b=3F?= c"), QStringLiteral("a b? c"));
+  EXPECT_EQ(Decoded("=?utf-8*ja?B?44GC?="), QStringLiteral("あ"));
+  EXPECT_EQ(Decoded("=?UTF-8?B?44GC?=  =?UTF-8?B?44GE?="), QStringLiteral("あい"));
+  EXPECT_EQ(Decoded("=?UTF-8?B?44GC?= x =?UTF-8?B?44GE?="), QStringLiteral("あ x い"));
+  EXPECT_EQ(Decoded("=?broken"), QStringLiteral("=?broken"));
+  EXPECT_EQ(Decoded("=?UTF-8?X?abc?="), QStringLiteral("=?UTF-8?X?abc?="));
+  EXPECT_EQ(Decoded("=?UTF-8?B?Zm9vDQpiYXI=?="), QStringLiteral("foo  bar"));
+}
+
+TEST(Charsets, MachineDependentCharactersAreTheSameInEveryCode) {
+  const QString text = QStringLiteral("①㈱髙～");
+  const auto decode = [](Charset::Family family, const char* bytes) {
+    return Decode({family, {}}, bytes).text;
+  };
+  EXPECT_EQ(decode(Charset::Family::ShiftJis, "\x87\x40\x87\x8A\xFB\xFC\x81\x60"), text);
+  EXPECT_EQ(decode(Charset::Family::Euc, "\xAD\xA1\xAD\xEA\xFC\xE2\xA1\xC1"), text);
+  EXPECT_EQ(decode(Charset::Family::Jis, "\x1B$B-!-j|b!A\x1B(B"), text);
+  EXPECT_EQ(ToCodePage932(text), QByteArray("\x87\x40\x87\x8A\xFB\xFC\x81\x60"));
+  EXPECT_EQ(ToCodePage932(QStringLiteral("〜é😀")), QByteArray("\x81\x60&#233;&#128512;"));
+}
+
+TEST(Charsets, EveryCharacterOfTheCodePageSurvivesTheWayThereAndBack) {
+  int characters = 0;
+  for (unsigned c = 1; c < 0x10000; ++c) {
+    const QChar character(static_cast<char16_t>(c));
+    const unsigned code = CodePage932::Instance().ToCode(character.unicode());
+    if (code == 0) continue;
+    ++characters;
+    const QByteArray bytes = ToCodePage932(QString(character));
+    const QString back = Decode({Charset::Family::ShiftJis, {}}, bytes).text;
+    ASSERT_EQ(ToCodePage932(back), bytes) << c;
+  }
+  EXPECT_GT(characters, 9000);
+}
+
+TEST(Charsets, RecognitionTellsTheCodesApart) {
+  const QString text = QStringLiteral("明日の会議は十時からです。");
+  const auto code = [](const QByteArray& bytes) { return RecognizeCharset(bytes).family; };
+  EXPECT_EQ(code(ToCodePage932(text)), Charset::Family::ShiftJis);
+  EXPECT_EQ(code(text.toUtf8()), Charset::Family::Utf8);
+  EXPECT_EQ(code("\xA4\xB3\xA4\xF3\xA4\xCB\xA4\xC1\xA4\xCF"), Charset::Family::Euc);
+  EXPECT_EQ(code("\x1B$B$\"\x1B(B"), Charset::Family::Jis);
+  EXPECT_EQ(code("plain"), Charset::Family::Ascii);
+  EXPECT_EQ(code("\xFF\xFE\xFF"), Charset::Family::Unknown);
+}
+
+TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
+  EXPECT_EQ(ParseAddressList(QStringLiteral("To: \"Sato, Hanako\" <a@x>, b@y (c, d), <e@z>,")),
+            QStringLiteral("TO: a@x Sato, Hanako\r\nTO: (c, d) b@y\r\nTO: e@z\r\n"
+                           "TO: (不明なメールアドレス)")
+                .replace(QStringLiteral("TO: (c, d) b@y"), QStringLiteral("TO: b@y (c, d)")));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田 太郎 <y@x>")),
+            QStringLiteral("FROM: y@x 山田 太郎"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: nobody")), QStringLiteral("FROM: nobody"));
+  EXPECT_EQ(ParseAddressList(QString()), QString());
+}
+
+TEST(Addresses, EntriesAreTakenApart) {
+  const AddressEntry to = ParseAddressEntry(QStringLiteral("TO: a@x 山田 太郎"));
+  EXPECT_EQ(to.displayName, QStringLiteral("山田 太郎"));
+  EXPECT_EQ(to.canonical, QStringLiteral("TO: a@x 山田 太郎"));
+  EXPECT_EQ(to.presentable, QStringLiteral("山田 太郎 <a@x>"));
+  const AddressEntry bcc = ParseAddressEntry(QStringLiteral("bcc: A@X"));
+  EXPECT_EQ(bcc.kind, QStringLiteral("BC"));
+  EXPECT_EQ(bcc.canonical, QStringLiteral("BC: a@x"));
+  const AddressEntry reply = ParseAddressEntry(QStringLiteral("replay-to: A@X Name"));
+  EXPECT_EQ(reply.kind, QStringLiteral("RE"));
+  EXPECT_EQ(reply.presentable, QStringLiteral("name <a@x>"));
+  EXPECT_EQ(ParseAddressEntry(QStringLiteral("Disposition-Notification-To: x@y")).kind,
+            QStringLiteral("NO"));
+  const AddressEntry plain = ParseAddressEntry(QStringLiteral("a@x Name"));
+  EXPECT_EQ(plain.kind + u' ' + plain.address, QStringLiteral("TO a@x"));
+  EXPECT_EQ(ParseAddressEntry(QStringLiteral("urn:x")).address, QStringLiteral("urn:x"));
+  EXPECT_EQ(ParseAddressEntry(QStringLiteral("cc:")).canonical, QString());
+}
+
+TEST(FlagString, PositionsAreReadAndWritten) {
+  const auto set = [](const char16_t* flags, int position, const char16_t* value) {
+    return SetFlagChar(QString::fromUtf16(flags), position, QString::fromUtf16(value));
+  };
+  EXPECT_EQ(set(u"", 3, u"1"), QStringLiteral("001"));
+  EXPECT_EQ(set(u"001", 1, u"-1"), QStringLiteral("001"));
+  EXPECT_EQ(set(u"02", 5, u"*"), QStringLiteral("0200*"));
+  EXPECT_EQ(set(u"02", 1, u"10"), QStringLiteral("02"));
+  EXPECT_EQ(set(u"02", 4, u"ab"), QStringLiteral("0200"));
+  EXPECT_EQ(set(u"02", 1, u""), QStringLiteral("02"));
+  EXPECT_EQ(GetFlagChar(QStringLiteral("02"), 3, QStringLiteral("0")), QStringLiteral("0"));
+}
+
+TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
+  const auto flags = [](const QByteArray& source) {
+    return IndexMessage(source, QStringLiteral("001"), kTextTypes).flags;
+  };
+  EXPECT_EQ(flags("Subject: x\r\n\r\nbody\r\n"), QStringLiteral("0210"));
+  EXPECT_EQ(flags("X-Priority: 5\r\n\r\n"), QStringLiteral("0310"));
+  EXPECT_EQ(flags("X-Priority: 1\r\n\r\n"), QStringLiteral("0110"));
+  EXPECT_EQ(flags("X-Priority: 1 (Highest)\r\n\r\n"), QStringLiteral("0210"));
+  EXPECT_EQ(flags("Content-Type: image/png\r\n\r\nx"), QStringLiteral("0211"));
+  const MessageIndex index =
+      IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, kTextTypes);
+  EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x\r\nREPLAY-TO: yes@x"));
+}
+
+TEST(ContentIndex, HostileStructuresStayBoundedAndReadable) {
+  QByteArray nested;
+  for (int i = 0; i < 10000; ++i) {
+    const QByteArray boundary = "b" + QByteArray::number(i);
+    nested += "Content-Type: multipart/mixed; boundary=" + boundary + "\r\n\r\n--" + boundary + "\r\n";
+  }
+  nested += "Content-Type: text/plain\r\n\r\nthe text\r\n";
+  TextRequest request;
+  request.textTypes = kTextTypes;
+  const QString text =
+      GetMessageText(nested, MimeCodec::ContentIndex(nested), request).text;
+  EXPECT_TRUE(text.contains(u"the text"));
+
+  const QByteArray forged =
+      "Content-Type: text/plain; name=\"a\0b\r\n c\"\r\n\r\nx"
+      "\r\nContent-Type: image/png; name=\"=?UTF-8?Q?x=0D=0Ay=00z?=\"\r\n\r\n";
+  const auto records = MimeCodec::ReadContent(forged);
+  EXPECT_EQ(MimeCodec::ParseContentIndex(MimeCodec::FormatContentIndex(records)).size(),
+            records.size());
+  EXPECT_EQ(MimeCodec::ReadContent("").size(), 1U);
+}
+
+TEST(MessageText, ACutTextEndsWithDotsAtAWholeCharacter) {
+  const QByteArray body = QByteArray(300, 'x');
+  TextRequest request;
+  request.textTypes = kTextTypes;
+  request.maximum = 100;
+  const auto text = [&request](const QByteArray& source) {
+    return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
+  };
+  EXPECT_EQ(text("\r\n" + body), QString(100, u'x') + QStringLiteral("..."));
+  EXPECT_EQ(text("Content-Transfer-Encoding: base64\r\n\r\n" + body.toBase64()),
+            QString(99, u'x') + QStringLiteral("..."));
+  const QString japanese = QString(60, u'あ');
+  EXPECT_EQ(text("Content-Type: text/plain; charset=utf-8\r\n\r\n" + japanese.toUtf8()),
+            QString(33, u'あ') + QStringLiteral("..."));
+  request.maximum = 0;
+  request.linePrefix = QStringLiteral("> ");
+  EXPECT_EQ(text("\r\na\r\nb\nc\rd"), QStringLiteral("a\r\n> b\r\n> c\r\n> d"));
+}
+
+}  // namespace
+}  // namespace vorn

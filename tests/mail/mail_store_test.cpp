@@ -1,0 +1,91 @@
+#include "mail/mail_store.h"
+
+#include <gtest/gtest.h>
+
+#include "mail/open_message.h"
+#include "objects/object_types.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::TestProfile;
+
+class MailStoreTest : public testing::Test {
+ protected:
+  DiskPtr Request(const QString& serialId, const QString& folders = {}) {
+    auto request = std::make_shared<Disk>(serialId);
+    request->Let(QStringLiteral("folder"), folders);
+    return request;
+  }
+  QString Column(const QString& column) {
+    return profile_.Select(QStringLiteral("SELECT %1 AS V FROM mail").arg(column))
+        .value(0)
+        .toString();
+  }
+
+  TestProfile profile_;
+  MailStore store_{profile_.Get()};
+};
+
+TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
+  const QByteArray source("Subject: x\r\n\r\n\0\xFF\x1B" "it's \r\r\n\n.", 24);
+  ASSERT_EQ(store_.StoreMessage(*Request(QStringLiteral("m'1")), source), QStringLiteral("m'1"));
+  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m'1"))), source);
+  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m2"))), QByteArray());
+  EXPECT_EQ(store_.StoreMessage(Disk(), source), QString());
+}
+
+TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
+  const DiskPtr message = Request(QStringLiteral("m"), QStringLiteral("a\r\nb"));
+  Disk& request = *message;
+  request.Let(QStringLiteral("MessageID"), QStringLiteral("first"));
+  ASSERT_FALSE(store_.StoreMessage(request, "Subject: one\r\n\r\n").isEmpty());
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).size(), 2);
+  request.Let(QStringLiteral("MessageID"), QStringLiteral("second"));
+  request.Let(QStringLiteral("process"), 3);
+  request.Let(QStringLiteral("folder"), QString());
+  ASSERT_FALSE(store_.StoreMessage(request, "Subject: two\r\n\r\n").isEmpty());
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("1"));
+  EXPECT_EQ(Column(QStringLiteral("FIELD_ID")), QStringLiteral("first"));
+  EXPECT_EQ(Column(QStringLiteral("FIELD_SUBJECT")), QStringLiteral("two"));
+  EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("3"));
+  EXPECT_TRUE(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).isEmpty());
+}
+
+TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {
+  const DiskPtr message = Request(QStringLiteral("m"));
+  Disk& request = *message;
+  ASSERT_FALSE(store_.StoreMessage(request, "\r\n").isEmpty());
+  request.Let(QStringLiteral("process"), -4);
+  request.Let(QStringLiteral("flag"), QStringLiteral("0'2"));
+  request.Let(QStringLiteral("folder"), QStringLiteral("f"));
+  ASSERT_TRUE(store_.UpdateMessageState(kStateFlag, request, true));
+  EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")), QStringLiteral("0'2"));
+  EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("1"));
+  ASSERT_TRUE(store_.UpdateMessageState(0, request, true));
+  EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("-4"));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).size(), 1);
+  ASSERT_TRUE(store_.DeleteMessage(request));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
+}
+
+TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
+  const QString serialId =
+      profile_.Store("Subject: =?UTF-8?B?44GC?=\r\nFrom: =?UTF-8?B?44GE?= <a@x>\r\n\r\nbody\r\n");
+  Disk request(serialId);
+  const OpenedMessage message = OpenMessage(profile_.Get(), request);
+  EXPECT_TRUE(message.found);
+  EXPECT_EQ(message.subject, QStringLiteral("あ"));
+  EXPECT_EQ(message.text, QStringLiteral("body\r\n"));
+  ASSERT_EQ(message.addresses.size(), 1);
+  EXPECT_EQ(message.addresses[0].presentable, QStringLiteral("い <a@x>"));
+  EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")).mid(2, 1), QStringLiteral("0"));
+  EXPECT_EQ(request.Number(u"process"), 4);
+
+  Disk missing(QStringLiteral("nowhere"));
+  EXPECT_FALSE(OpenMessage(profile_.Get(), missing).found);
+}
+
+}  // namespace
+}  // namespace vorn

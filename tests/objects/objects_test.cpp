@@ -1,0 +1,236 @@
+#include <gtest/gtest.h>
+
+#include "objects/account.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "objects/search_condition.h"
+#include "objects/select_objects.h"
+#include "objects/settings.h"
+#include "objects/standard_objects.h"
+#include "objects/version_serial.h"
+#include "storage/databases.h"
+#include "frame/profile_login.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::TestProfile;
+using Kind = ConditionLine::Kind;
+
+DiskPtr MakeObject(const QString& serialId, const QString& type, const QString& name,
+                   const QString& draw = {}) {
+  auto object = std::make_shared<Disk>(serialId);
+  object->Let(QStringLiteral("FormName"), type);
+  object->Let(QStringLiteral("Object"), name);
+  object->Let(QStringLiteral("Draw"), draw);
+  return object;
+}
+
+TEST(StandardObjects, ANewProfileHasThemAllUnderTheirFixedIdentifiers) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  struct Expected {
+    QString serialId, name, draw, sql;
+  };
+  const Expected folders[] = {
+      {QStringLiteral("01_folder_1_INBOX0000000"), QStringLiteral("受信"),
+       QStringLiteral("activedown"), QStringLiteral("STATUS = 4")},
+      {QStringLiteral("01_folder_2_OUTBOX000000"), QStringLiteral("送信"),
+       QStringLiteral("activeup"), QStringLiteral("STATUS = 3")},
+      {QStringLiteral("01_folder_3_EDITWAIT0000"), QStringLiteral("待ち"),
+       QStringLiteral("activewait"), QStringLiteral("STATUS = 1 OR STATUS = 2")},
+      {QStringLiteral("01_folder_4_DUST00000000"), QStringLiteral("くずかご"),
+       QStringLiteral("dust"), QStringLiteral("STATUS < 0")},
+  };
+  for (const Expected& expected : folders) {
+    const DiskPtr folder = context.Objects.Find(expected.serialId);
+    ASSERT_NE(folder, nullptr);
+    EXPECT_EQ(folder->Text(u"Object"), expected.name);
+    EXPECT_EQ(folder->Text(u"Draw"), expected.draw);
+    EXPECT_EQ(folder->Text(u"Sql"), expected.sql);
+    EXPECT_TRUE(folder->Flag(u"SqlUse") && folder->Flag(u"System"));
+  }
+  EXPECT_NE(context.Objects.Find(fixed_serial::kEventLog), nullptr);
+  EXPECT_EQ(Settings(context)->Text(u"Install"), context.VersionText);
+}
+
+TEST(StandardObjects, ChangesAndChoicesSurviveTheNextLogin) {
+  TestProfile profile;
+  const DiskPtr inbox = profile.Get().Objects.Find(fixed_serial::kInbox);
+  inbox->Let(QStringLiteral("Object"), QStringLiteral("受信箱"));
+  ASSERT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *inbox));
+  const auto bookmarks = [&profile] {
+    return SelectObjects(profile.Get().Objects, *profile.Get().Session, object_type::kBookmark)
+        ->Count();
+  };
+  EXPECT_EQ(bookmarks(), 1);
+  profile.Restart();
+  EXPECT_EQ(profile.Get().Objects.Find(fixed_serial::kInbox)->Text(u"Object"),
+            QStringLiteral("受信箱"));
+  EXPECT_EQ(bookmarks(), 1);
+}
+
+TEST(StandardObjects, AProfileOfAnOldVersionGetsTheEventLogButNoBookmarks) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const DiskPtr settings = Settings(context);
+  settings->Let(QStringLiteral("Install"), QStringLiteral("0.0.7999"));
+  context.Objects.Remove(fixed_serial::kEventLog);
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *settings));
+  ASSERT_TRUE(CreateStandardObjects(context));
+  EXPECT_NE(context.Objects.Find(fixed_serial::kEventLog), nullptr);
+  EXPECT_EQ(SelectObjects(context.Objects, *context.Session, object_type::kBookmark)->Count(), 1);
+}
+
+TEST(VersionSerial, PartsAreJoinedWithFourDigitsEach) {
+  EXPECT_EQ(VersionSerialID(QStringLiteral("0.0.8000")), 8000);
+  EXPECT_EQ(VersionSerialID(QStringLiteral("1.2.3")), 100020003);
+  EXPECT_EQ(VersionSerialID(QStringLiteral("x")), 0);
+  EXPECT_EQ(VersionSerialID(QString()), 0);
+}
+
+TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
+  DiskCollection objects;
+  const DiskPtr owner = MakeObject(QStringLiteral("p1"), object_type::kProfile, QStringLiteral("a"));
+  objects.Add(owner);
+  objects.Add(MakeObject(QStringLiteral("p2"), object_type::kProfile, QStringLiteral("b")));
+  objects.Add(MakeObject(QStringLiteral("f1"), object_type::kFolder, QStringLiteral("c"),
+                         QStringLiteral("activedown")));
+  objects.Add(MakeObject(QStringLiteral("f2"), object_type::kFolder, QStringLiteral("d"),
+                         QStringLiteral("static")));
+  objects.Add(MakeObject(QStringLiteral("a1"), object_type::kAccount, QStringLiteral("e")));
+  objects.Add(MakeObject(QStringLiteral("x"), QString(), QStringLiteral("f")));
+  objects.Find(QStringLiteral("a1"))->Let(QStringLiteral("Enabled"), true);
+
+  const auto select = [&](const QString& filter, int flags = 0) {
+    QStringList serials;
+    for (const DiskPtr& object : *SelectObjects(objects, *owner, filter, flags)) {
+      serials.append(object->SerialID());
+    }
+    return serials.join(u',');
+  };
+  EXPECT_EQ(select(QString()), QStringLiteral("p1,p2,f1,f2,a1"));
+  EXPECT_EQ(select(QStringLiteral("owner")), QStringLiteral("p1"));
+  EXPECT_EQ(select(QStringLiteral("profile")), QStringLiteral("p1,p2"));
+  EXPECT_EQ(select(QStringLiteral("static")), QStringLiteral("f2"));
+  EXPECT_EQ(select(QStringLiteral("active")), QStringLiteral("f1"));
+  EXPECT_EQ(select(QStringLiteral("account\r\nfolder")), QStringLiteral("f1,f2,a1"));
+  EXPECT_EQ(select(QString(), kSelectEnabled), QStringLiteral("a1"));
+  EXPECT_EQ(select(QString(), kSelectDefault), QString());
+}
+
+TEST(SaveObject, NamesMustBeGivenAndUnique) {
+  DiskCollection objects;
+  objects.Add(MakeObject(QStringLiteral("a"), object_type::kAccount, QStringLiteral("Work")));
+  const auto check = [&objects](const QString& name) {
+    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name));
+  };
+  EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"));
+  EXPECT_EQ(check(QStringLiteral("Work")),
+            QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
+  EXPECT_EQ(check(QStringLiteral("work")), QString());
+  EXPECT_EQ(ValidateObject(objects, *objects.Find(QStringLiteral("a"))), QString());
+}
+
+TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
+  TestProfile profile(QStringLiteral("top secret"));
+  Context& context = profile.Get();
+  const QString first = context.Session->SerialID();
+  const DiskPtr second = MakeObject(QStringLiteral("_profile2"), object_type::kProfile,
+                                    QStringLiteral("Second"));
+  second->Let(QStringLiteral("Default"), true);
+  context.Objects.Add(second);
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *second));
+  EXPECT_FALSE(second->Flag(u"Default"));
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *context.Session));
+
+  DiskCollection stored;
+  ASSERT_TRUE(LoadObjects(context, DatabaseKind::Navigator, stored));
+  EXPECT_EQ(stored.Count(), 2);
+  EXPECT_TRUE(stored.Find(first)->Flag(u"Default"));
+  EXPECT_FALSE(stored.Find(second->SerialID())->Flag(u"Default"));
+  EXPECT_FALSE(stored.Find(first)->Get(u"password").isValid());
+  EXPECT_EQ(context.Session->Text(u"password"), QStringLiteral("top secret"));
+}
+
+TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
+  TestProfile profile;
+  AccountValues good;
+  good.name = QStringLiteral("仕事");
+  good.address = QStringLiteral("a@example.org");
+  good.inServer = QStringLiteral("127.0.0.1");
+  good.inUser = QStringLiteral("a");
+  EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
+  const auto refuses = [&](auto change) {
+    AccountValues values = good;
+    change(values);
+    return !ValidateAccount(profile.Get(), values).isEmpty();
+  };
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.inPort = 70000; }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.inServer.clear(); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.inUser = QStringLiteral("a\r\nDELE 1"); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.name = QStringLiteral("受信"); }));
+}
+
+class SearchConditionTest : public testing::Test {
+ protected:
+  // A folder with these condition lines; its statement.
+  QString Statement(const QStringList& lines, const QString& serialId = QStringLiteral("f")) {
+    const DiskPtr folder = MakeObject(serialId, object_type::kFolder, serialId);
+    folder->Let(QStringLiteral("Condition"), lines.join(kLineBreak));
+    profile_.Get().Objects.Remove(serialId);
+    profile_.Get().Objects.Add(folder);
+    return FolderSqlBuilder(profile_.Get()).CreateFolderSql(serialId);
+  }
+  static QString Line(Kind kind, const QStringList& values, bool joinedByAnd = false,
+                      bool negated = false) {
+    return FormatConditionLine({kind, joinedByAnd, negated, values});
+  }
+
+  TestProfile profile_;
+};
+
+TEST_F(SearchConditionTest, FoldersBecomeStatements) {
+  EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox),
+            QStringLiteral("SELECT * FROM mail WHERE STATUS = 4"));
+  EXPECT_EQ(Statement({}),
+            QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
+                           "folder.SERIALID WHERE folder.FOLDERID = 'f'"));
+  EXPECT_EQ(Statement({Line(Kind::Subject, {QStringLiteral("abc")})}),
+            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*abc*'"));
+  EXPECT_EQ(Statement({Line(Kind::Status, {QStringLiteral("2"), QStringLiteral("3")}),
+                       Line(Kind::MailAddress, {QStringLiteral("o'x")}),
+                       Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
+            QStringLiteral("SELECT * FROM mail WHERE mail.STATUS IN (2,3) OR "
+                           "mail.FIELD_MAILADDRESS LIKE '*o''x*' AND  NOT DATEDIFF(\"d\", NOW, "
+                           "mail.FIELD_TIMESTAMP ) >= -7"));
+  EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
+}
+
+TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
+  EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")}),
+                       Line(Kind::Subject, {QStringLiteral("x")}, true)}),
+            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*x*'"));
+  EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")})}),
+            QStringLiteral("SELECT * FROM mail WHERE 0 = 1"));
+  EXPECT_EQ(Statement({Line(Kind::Folder, {fixed_serial::kInbox}),
+                       Line(Kind::Folder, {fixed_serial::kOutbox})}),
+            QStringLiteral("SELECT * FROM mail WHERE STATUS = 4 OR STATUS = 3"));
+}
+
+TEST_F(SearchConditionTest, LinesReadBackAndOddOnesAreSkipped) {
+  const auto line = ParseConditionLine(Line(Kind::Status, {QStringLiteral("1")}, true, true));
+  ASSERT_TRUE(line);
+  EXPECT_TRUE(line->joinedByAnd && line->negated);
+  EXPECT_FALSE(ParseConditionLine(QStringLiteral("unknown")));
+  EXPECT_EQ(Statement({QStringLiteral("unknown"),
+                       Line(Kind::Status, {QStringLiteral("1); DROP TABLE mail")}),
+                       Line(Kind::Subject, {QStringLiteral("x")})}),
+            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*x*'"));
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,195 @@
+#include "present/message_list_page.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QStringDecoder>
+
+#include "mail/code_page_932.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "present/link_command.h"
+#include "present/page_tags.h"
+#include "present/page_template.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+class MessageListPageTest : public testing::Test {
+ protected:
+  MessageListPageTest() {
+    Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false);
+  }
+
+  // The page's bytes; the file is removed.
+  QByteArray Page(qint32 page = 1) {
+    const QString path = MessageListPages(profile_.Get())
+                             .CreateMessageListPage(folder_, page, before_, next_);
+    if (path.isEmpty()) return {};
+    const QByteArray bytes = ReadFile(path);
+    QFile::remove(path);
+    return bytes;
+  }
+  // What a folder's own template becomes.
+  QByteArray Filled(const char* pageTemplate) {
+    const auto layout = std::make_shared<Disk>(fixed_serial::kLayout);
+    layout->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(pageTemplate));
+    profile_.Get().Objects.Remove(fixed_serial::kLayout);
+    profile_.Get().Objects.Add(layout);
+    return Page();
+  }
+  QString Store(const QByteArray& subject, int status = 4, const QByteArray& more = {}) {
+    return profile_.Store("From: Sato <s@x>\r\nTo: t@x\r\nBcc: b@x\r\nSubject: " + subject +
+                              "\r\n" + more + "\r\nbody text\r\n",
+                          status);
+  }
+  void SetRows(qint32 rows) {
+    Settings(profile_.Get())->Let(QStringLiteral("MessagesEdit"), rows > 0);
+    Settings(profile_.Get())->Let(QStringLiteral("Messages"), rows);
+  }
+
+  TestProfile profile_;
+  QString folder_ = fixed_serial::kInbox;
+  bool before_ = true;
+  bool next_ = true;
+};
+
+TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
+  const QByteArray id = Store("A & B").toLatin1();
+  SetRows(1);
+  const QString page = QStringLiteral(
+      "<HTML lang = \"ja\">\r\n\r\n    <HEAD>\r\n"
+      "        <META http-equiv = \"Content-Type\" content = \"text/html; charset = shift-jis\">\r\n"
+      "        <TITLE>受信</TITLE>\r\n        <STYLE TYPE = \"text/css\">\r\n"
+      "            A:active    { color: darkblue; }\r\n"
+      "            A:link      { color: darkblue; }\r\n"
+      "            A:visited   { color: darkblue; }\r\n"
+      "            BODY        { BACKGROUND-COLOR: beige; }\r\n"
+      "            #size       { FONT-SIZE: 10pt; }\r\n            </STYLE>\r\n"
+      "        <TITLE>.VORN</TITLE>\r\n        </HEAD>\r\n\r\n    <BODY>\r\n\r\n"
+      "        <TABLE>\r\n            <TBODY align = \"left\" valign = \"middle\">\r\n"
+      "                <TR>\r\n                    <TD></TD>\r\n                    <TD></TD>\r\n"
+      "                    <TD></TD>\r\n                    <TD id = \"size\">件名</TD>\r\n"
+      "                    <TD id = \"size\">日時</TD>\r\n"
+      "                    <TD id = \"size\">送信者</TD>\r\n                    </TR>\r\n"
+      "                <TR>\r\n"
+      "                    <TD colspan = \"6\"><HR size = \"1\"></TD>\r\n"
+      "                    </TR>\r\n                \r\n                <TR>\r\n"
+      "                    <TD id = \"size\"><NOBR>○</NOBR></TD>\r\n"
+      "                    <TD id = \"size\"><NOBR></NOBR></TD>\r\n"
+      "                    <TD id = \"size\"><NOBR></NOBR></TD>\r\n"
+      "                    <TD id = \"size\"><NOBR><A HREF = \"preview:%1\">A & B</A> "
+      "<A HREF = \"REPLAY:%1\">返信</A> <A HREF = \"FORWARD:%1\">転送</A></NOBR></TD>\r\n"
+      "                    <TD id = \"size\"><NOBR>%2</NOBR></TD>\r\n"
+      "                    <TD id = \"size\"><NOBR>Sato</NOBR></TD>\r\n"
+      "                    </TR>\r\n                    \r\n                </TBODY>\r\n"
+      "            </TABLE>\r\n\r\n        </BODY>\r\n\r\n    </HTML>");
+  QString time = QString::fromUtf8(Filled("<+TIMESTAMP>"));
+  profile_.Get().Objects.Remove(fixed_serial::kLayout);
+  EXPECT_EQ(Page(), ToCodePage932(page.arg(QString::fromLatin1(id), time)));
+  EXPECT_FALSE(before_ || next_);
+}
+
+TEST_F(MessageListPageTest, AnEmptyFolderEndsAtTheFirstDataTag) {
+  const QByteArray page = Page();
+  EXPECT_TRUE(page.endsWith("<TR>\r\n                    <TD id = \"size\"><NOBR>"))
+      << page.right(80).toStdString();
+}
+
+TEST_F(MessageListPageTest, PagesAreCutAndTellWhatLiesAround) {
+  for (int i = 0; i < 5; ++i) Store("number" + QByteArray::number(i));
+  SetRows(2);
+  EXPECT_EQ(Page(1).count("preview:"), 2);
+  EXPECT_TRUE(!before_ && next_);
+  const QByteArray second = Page(2);
+  EXPECT_TRUE(second.contains("number2") && second.contains("number3"));
+  EXPECT_TRUE(before_ && next_);
+  EXPECT_EQ(Page(3).count("preview:"), 1);
+  EXPECT_TRUE(before_ && !next_);
+  SetRows(0);
+  EXPECT_EQ(Page(1).count("preview:"), 5);
+  EXPECT_FALSE(before_ || next_);
+}
+
+TEST_F(MessageListPageTest, OnlyReceivedMessagesCanBeAnswered) {
+  Store("sent", 3);
+  folder_ = fixed_serial::kOutbox;
+  const QByteArray page = Page();
+  EXPECT_TRUE(page.contains("preview:"));
+  EXPECT_FALSE(page.contains("REPLAY:") || page.contains("FORWARD:"));
+  EXPECT_FALSE(page.contains("\x95\xD4\x90\x4D"));  // 返信
+}
+
+TEST_F(MessageListPageTest, TagsAreFilled) {
+  const QByteArray id = Store("", 4, "X-Priority: 1\r\nContent-Type: image/png\r\n").toLatin1();
+  const auto row = [this](const char* tags) {
+    return Filled(("<+MAIL>" + QByteArray(tags) + ";<+MAIL>").constData());
+  };
+  EXPECT_EQ(row("<+subject>"), ToCodePage932(QStringLiteral("(件名なし);")));
+  EXPECT_EQ(row("<+FLAG><NEW><CLIP><PRIORITY>"), ToCodePage932(QStringLiteral("○＠↑;")));
+  EXPECT_EQ(row("<+FLAG><PRIORITY><NEW>"), ToCodePage932(QStringLiteral("↑<NEW>;")));
+  EXPECT_EQ(row("<+MAILADDRESS>"), QByteArray("Sato<BR>t@x<BR>b@x;"));
+  EXPECT_EQ(row("<+MAILADDRESS><FROM>!"), QByteArray("Sato!;"));
+  EXPECT_EQ(row("<+MAILADDRESS><TO><BCC>"), QByteArray("t@x<BR>b@x;"));
+  EXPECT_EQ(row("<+MAILADDRESS><CC>"), QByteArray(";"));
+  EXPECT_EQ(row("<+DIALOG><REPLAYALL>x<+DIALOG>"),
+            "<A HREF = \"REPLAYALL:" + id + "\">x</A>;");
+  // A folder's tag needs no row, so it is filled once more when the rows have ended.
+  EXPECT_EQ(row("<FROM><+FOLDER><NAME>"),
+            ToCodePage932(QStringLiteral("<FROM>受信;<FROM>受信")));
+  EXPECT_EQ(Filled("a<+SUBJECT>b<+FOLDER><TOOLTIPTEXT>"),
+            ToCodePage932(QStringLiteral("a(件名なし)b受信メッセージが保存されているフォルダです。")));
+  EXPECT_EQ(row("<+SIZE>"), QByteArray("0.10;"));
+  EXPECT_EQ(Filled(""), QByteArray());
+}
+
+TEST_F(MessageListPageTest, PreviewIsReadWithTheStoredCode) {
+  Store("x", 4, "Content-Type: text/plain; charset=utf-8\r\n");
+  EXPECT_EQ(Filled("<+MAIL><+TEXT><+MAIL>"), QByteArray("body text\r\n"));
+}
+
+TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
+  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  Store("<script>alert(1)</script> <+FOLDER><NAME>");
+  const QByteArray page = Page();
+  EXPECT_TRUE(page.contains("&lt;script&gt;alert(1)&lt;/script&gt; &lt;+FOLDER&gt;"));
+  EXPECT_FALSE(page.contains("<script>"));
+}
+
+TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
+  const DiskPtr inbox = profile_.Get().Objects.Find(folder_);
+  inbox->Let(QStringLiteral("Sql"), QStringLiteral("1 = 1; DELETE FROM mail"));
+  EXPECT_TRUE(Page().isEmpty());
+  EXPECT_FALSE(profile_.Get().Data.LastError().text.isEmpty());
+}
+
+TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {
+  const PageTagTable table = CreatePageTagTable();
+  const QByteArray text = "<replay><FORWARD>x";
+  qsizetype position = 0;
+  EXPECT_EQ(ReadChildTags(text, table[kTagDialog], position), QStringLiteral("0\r\n2"));
+  EXPECT_EQ(position, text.size() - 1);
+  position = 0;
+  ReadChildTags(text, table[kTagDialog], position, 1);
+  EXPECT_EQ(position, text.size() - 1);  // the limit is met after one more
+  EXPECT_FALSE(MatchTagPattern("<+MAI", table[kTagMail].section, 0));
+  EXPECT_EQ(DefaultPageTemplate().count(QStringLiteral("\r\n")), 45);
+}
+
+TEST(LinkCommand, CommandsAreReadInAnyCase) {
+  const auto reply = ReadLinkCommand(QStringLiteral("REPLAYALL:mail_x%40y"));
+  ASSERT_TRUE(reply);
+  EXPECT_EQ(reply->openMode, 2);
+  EXPECT_TRUE(reply->isNew);
+  EXPECT_EQ(reply->serialId, QStringLiteral("mail_x@y"));
+  EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview:a"))->isNew);
+  EXPECT_FALSE(ReadLinkCommand(QStringLiteral("http://x/preview:a")));
+  EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview")));
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,240 @@
+#include "storage/data_session.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+const QString kPassword = QStringLiteral("秘密");
+
+class DataSessionTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    path_ = folder_.filePath(QStringLiteral("a.mbx"));
+    ASSERT_TRUE(data_.Create(path_, kPassword));
+    ASSERT_TRUE(data_.Open(path_, kPassword));
+    ASSERT_TRUE(data_.CreateField(QStringLiteral("t"), QStringLiteral("V"), FieldType::Text, true,
+                                  true, 0));
+    ASSERT_TRUE(data_.CreateField(QStringLiteral("t"), QStringLiteral("DATA"),
+                                  FieldType::LongBinary, false, false, 0));
+    ASSERT_TRUE(data_.CompleteFields());
+  }
+
+  void Insert(const QString& value, const QByteArray& bytes = {}) {
+    ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT * FROM t"), CursorKind::Updatable));
+    const RecordsetPtr rows = data_.Recordset();
+    rows->AddNew();
+    rows->SetField(QStringLiteral("V"), value);
+    rows->SetField(QStringLiteral("data"), bytes);
+    ASSERT_TRUE(rows->Update());
+  }
+
+  QStringList Values(const QString& select = QStringLiteral("SELECT V FROM t ORDER BY v")) {
+    QStringList values;
+    EXPECT_TRUE(data_.OpenRecordset(select, CursorKind::ForwardOnly))
+        << data_.LastError().text.toStdString();
+    for (const RecordsetPtr rows = data_.Recordset(); !rows->Eof(); rows->MoveNext()) {
+      values.append(rows->Fields(u"V").toString());
+    }
+    return values;
+  }
+
+  qint64 Count(const QString& table) {
+    EXPECT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM ") + table,
+                                    CursorKind::ForwardOnly));
+    return data_.Recordset()->Fields(u"V").toLongLong();
+  }
+
+  QTemporaryDir folder_;
+  QString path_;
+  DataSession data_;
+};
+
+TEST_F(DataSessionTest, FilesAreEncryptedAndOpenWithTheirPasswordAlone) {
+  Insert(QStringLiteral("plain words"));
+  data_.Close();
+  EXPECT_FALSE(data_.Open(path_, QStringLiteral("wrong")));  // while the right one is warm
+  EXPECT_EQ(data_.LastError().kind, StorageError::Kind::WrongPassword);
+  EXPECT_FALSE(data_.TestPassword(path_, QString()));
+  EXPECT_TRUE(data_.TestPassword(path_, kPassword));
+  data_.CloseAll();
+  const QByteArray bytes = ReadFile(path_);
+  EXPECT_FALSE(bytes.startsWith("SQLite"));
+  EXPECT_FALSE(bytes.contains("plain words"));
+  EXPECT_FALSE(data_.Open(path_, QStringLiteral("wrong")));
+  EXPECT_TRUE(data_.Open(path_, kPassword));
+}
+
+TEST_F(DataSessionTest, AReplacedFileIsNotTakenForTheWarmOne) {
+  Insert(QStringLiteral("old"));
+  data_.Close();
+  QFile::rename(path_, path_ + QStringLiteral(".old"));
+  QFile::remove(path_ + QStringLiteral("-wal"));
+  EXPECT_FALSE(data_.Open(path_, kPassword));
+  ASSERT_TRUE(data_.Create(path_, kPassword));
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  EXPECT_FALSE(data_.OpenRecordset(QStringLiteral("SELECT * FROM t"), CursorKind::ForwardOnly));
+}
+
+TEST_F(DataSessionTest, ForeignAndNewerFilesAreRefusedAndLeftAlone) {
+  const QString text = folder_.filePath(QStringLiteral("text.mbx"));
+  QFile file(text);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QByteArray(5000, 'x'));
+  file.close();
+  EXPECT_FALSE(data_.Open(text, kPassword));
+  EXPECT_FALSE(data_.Create(text, kPassword));
+  EXPECT_EQ(ReadFile(text), QByteArray(5000, 'x'));
+
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  ASSERT_TRUE(data_.Execute(QStringLiteral("PRAGMA user_version = 99")));
+  data_.CloseAll();
+  const QByteArray before = ReadFile(path_);
+  EXPECT_FALSE(data_.Open(path_, kPassword));
+  EXPECT_EQ(data_.LastError().kind, StorageError::Kind::Newer);
+  EXPECT_EQ(ReadFile(path_), before);
+}
+
+TEST_F(DataSessionTest, ResultSetsStayUsableAfterLaterQueries) {
+  for (const char16_t* value : {u"a", u"b", u"c"}) Insert(QString::fromUtf16(value));
+  ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT V FROM t ORDER BY V"),
+                                  CursorKind::ForwardOnly));
+  const RecordsetPtr outer = data_.Recordset();
+  QStringList seen;
+  for (; !outer->Eof(); outer->MoveNext()) {
+    seen.append(outer->Fields(u"v").toString());
+    EXPECT_EQ(Values().size(), 3);
+  }
+  EXPECT_EQ(seen.join(u','), QStringLiteral("a,b,c"));
+  data_.Close();
+  EXPECT_TRUE(outer->Eof());
+}
+
+TEST_F(DataSessionTest, LongBinaryDataLivesWithItsRow) {
+  const QByteArray bytes("\0\xFF" "binary", 8);
+  Insert(QStringLiteral("a"), bytes);
+  ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT * FROM t"), CursorKind::Updatable));
+  RecordsetPtr row = data_.Recordset();
+  EXPECT_EQ(row->Fields(u"DATA").toByteArray(), bytes);
+  EXPECT_EQ(row->ByteCount(u"DATA"), bytes.size());
+  row->Edit();
+  row->SetField(QStringLiteral("DATA"), QByteArray("new"));
+  ASSERT_TRUE(row->Update());
+  EXPECT_EQ(Count(QStringLiteral("long_binary")), 1);
+  ASSERT_TRUE(data_.Execute(QStringLiteral("DELETE * FROM t")));
+  EXPECT_EQ(Count(QStringLiteral("long_binary")), 0);
+}
+
+TEST_F(DataSessionTest, TransactionsNestAndAnInnerRollbackUndoesItsOwnWork) {
+  ASSERT_TRUE(data_.Begin());
+  Insert(QStringLiteral("outer"));
+  ASSERT_TRUE(data_.Begin());
+  Insert(QStringLiteral("inner"));
+  data_.Rollback();
+  ASSERT_TRUE(data_.Commit());
+  EXPECT_EQ(Values(), QStringList{QStringLiteral("outer")});
+  ASSERT_TRUE(data_.Begin());
+  Insert(QStringLiteral("left open"));
+  data_.Close();
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  EXPECT_EQ(Values().size(), 1);
+}
+
+TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
+  DataSession other;
+  data_.BeginGroup(path_);
+  for (const char16_t* value : {u"a", u"b"}) {
+    ASSERT_TRUE(data_.Open(path_, kPassword));
+    ASSERT_TRUE(data_.Begin());
+    Insert(QString::fromUtf16(value));
+    ASSERT_TRUE(data_.Commit());
+    data_.Close();
+  }
+  ASSERT_TRUE(other.Open(path_, kPassword));
+  ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
+  EXPECT_TRUE(other.Recordset()->Eof());
+  ASSERT_TRUE(data_.EndGroup());
+  ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
+  EXPECT_FALSE(other.Recordset()->Eof());
+  EXPECT_TRUE(data_.MakeDurable(path_));
+}
+
+TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  profile.Store("Subject: found\r\n\r\nbody words\r\n");
+  const auto runs = [&context](const QString& condition) {
+    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+    const bool opened =
+        context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail WHERE ") + condition,
+                                   CursorKind::ForwardOnly, StatementTrust::UserCondition);
+    const bool found = opened && !context.Data.Recordset()->Eof();
+    context.Data.Close();
+    return found;
+  };
+  EXPECT_TRUE(runs(QStringLiteral("FIELD_SUBJECT LIKE 'F*' AND MAIL LIKE '*words*'")));
+  EXPECT_TRUE(runs(QStringLiteral("DATEDIFF(\"d\", NOW, FIELD_TIMESTAMP) >= 0")));
+  for (const char16_t* hostile :
+       {u"1 = 1; DELETE FROM mail", u"SERIALID IN (SELECT name FROM sqlite_master)",
+        u"load_extension('x')", u"1 = (SELECT COUNT(DATA) FROM long_binary)",
+        u"randomblob(2000000000) = 1", u"SERIALID = (SELECT sqlcipher_export('x'))"}) {
+    EXPECT_FALSE(runs(QString::fromUtf16(hostile))) << QString::fromUtf16(hostile).toStdString();
+  }
+  EXPECT_TRUE(runs(QStringLiteral("1 = 1")));
+}
+
+TEST_F(DataSessionTest, PasswordsChangeFromAndToTheEmptyOne) {
+  Insert(QStringLiteral("kept"));
+  data_.Close();
+  ASSERT_TRUE(data_.ChangePassword(path_, kPassword, QString()));
+  EXPECT_FALSE(data_.Open(path_, kPassword));
+  ASSERT_TRUE(data_.Open(path_, QString()));
+  EXPECT_EQ(Values(), QStringList{QStringLiteral("kept")});
+  data_.CloseAll();
+  EXPECT_FALSE(ReadFile(path_).startsWith("SQLite"));
+  EXPECT_FALSE(data_.ChangePassword(path_, QStringLiteral("wrong"), kPassword));
+  ASSERT_TRUE(data_.ChangePassword(path_, QString(), kPassword));
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+}
+
+TEST_F(DataSessionTest, SerialIdentifiersAreUniqueSafeAndInOrder) {
+  QSet<QString> seen;
+  QString last;
+  const QRegularExpression allowed(QStringLiteral("^mail_[a-z2-7]{20}$"));
+  for (int i = 0; i < 20000; ++i) {
+    const QString serial = data_.NewSerialID(QStringLiteral("mail_"));
+    ASSERT_TRUE(allowed.match(serial).hasMatch()) << serial.toStdString();
+    ASSERT_LT(last, serial);
+    seen.insert(serial);
+    last = serial;
+  }
+  EXPECT_EQ(seen.size(), 20000);
+}
+
+TEST(Databases, MissingFilesAreMadeOnOpeningAndPathsMove) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  EXPECT_EQ(CurrentPath(context, QStringLiteral("/current/a/current/b")),
+            context.AppFolder + QStringLiteral("a") + context.AppFolder + QStringLiteral("b"));
+  EXPECT_EQ(PlatformPath(context, QStringLiteral("/current/p\\profile.mbx")),
+            context.AppFolder + QStringLiteral("p/profile.mbx"));
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath,
+                           QStringLiteral("/current/new folder\\other.mbx")));
+  EXPECT_TRUE(QFile::exists(profile.Folder() + QStringLiteral("new folder/other.mbx")));
+  EXPECT_TRUE(CreateDatabase(context, DatabaseKind::Navigator));  // an existing one stays
+  EXPECT_EQ(context.Objects.Find(context.Session->SerialID()), context.Session);
+}
+
+}  // namespace
+}  // namespace vorn

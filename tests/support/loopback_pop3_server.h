@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QTcpServer>
+#include <memory>
+
+class QTcpSocket;
+
+namespace vorn::test {
+
+struct ServerMessage {
+  QByteArray uidl;
+  QByteArray source;
+};
+
+/// What goes wrong at one command of a session.
+struct Fault {
+  enum class Kind {
+    None,
+    Cut,    ///< send the first `after` bytes of the reply, then break the connection
+    Stall,  ///< send the first `after` bytes of the reply, then nothing more
+    Reply,  ///< answer with `text` instead
+  };
+  Kind kind = Kind::None;
+  QByteArray command;  ///< such as "RETR"; "GREETING" for the greeting
+  int occurrence = 1;  ///< the command's first, second ... time in the session
+  qsizetype after = 0;
+  QByteArray text;
+};
+
+/// A POP3 server on 127.0.0.1 (RFC 1939, CAPA and PIPELINING of RFC 2449) whose behaviour tests
+/// choose. Messages live in memory.
+class LoopbackPop3Server : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit LoopbackPop3Server(QObject* parent = nullptr);
+
+  bool Listen(quint16 port = 0);
+  quint16 Port() const { return server_.serverPort(); }
+  void AddMessage(const QByteArray& uidl, const QByteArray& source);
+
+  QByteArray User = "user";
+  QByteArray Password = "secret";
+  bool Pipelining = true;
+  bool OffersApop = true;
+  bool OffersUidl = true;
+  bool OffersTop = true;
+  bool ByteByByte = false;
+  /// Deletes what was marked also when the connection breaks, which the standard forbids.
+  bool DeletesOnBreak = false;
+  QList<Fault> Faults;
+  QList<ServerMessage> Messages;
+
+  /// Every line that clients sent, without line breaks.
+  const QList<QByteArray>& Received() const { return received_; }
+  int Count(const QByteArray& command) const;
+  void ForgetReceived() { received_.clear(); }
+
+ private:
+  struct Session;
+
+  void Accept();
+  void Read(Session& session);
+  void Answer(Session& session, const QByteArray& line);
+  QByteArray Reply(Session& session, const QByteArray& verb, const QByteArray& argument);
+  QByteArray Message(const Session& session, const QByteArray& argument, bool headerOnly) const;
+  QByteArray Listing(const Session& session, bool uidl, const QByteArray& argument) const;
+  void Send(Session& session, const QByteArray& command, const QByteArray& reply);
+  void Write(Session& session, const QByteArray& bytes);
+  void ApplyDeletions(Session& session);
+
+  QTcpServer server_;
+  QList<QByteArray> received_;
+  QList<std::shared_ptr<Session>> sessions_;
+};
+
+}  // namespace vorn::test

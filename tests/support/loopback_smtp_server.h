@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QTcpServer>
+#include <functional>
+#include <memory>
+
+class QTcpSocket;
+
+namespace vorn::test {
+
+/// A message that was handed over, dot-stuffing undone.
+struct SentMessage {
+  QByteArray from;
+  QList<QByteArray> recipients;
+  QByteArray source;
+};
+
+/// An SMTP server on 127.0.0.1 (RFC 5321) that keeps what it is given. Replies can be replaced by
+/// command, to play refusals.
+class LoopbackSmtpServer : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit LoopbackSmtpServer(QObject* parent = nullptr);
+
+  bool Listen(quint16 port = 0);
+  quint16 Port() const { return server_.serverPort(); }
+
+  /// Replies instead of the ordinary ones, by upper-case command ("RCPT", "DATA", "." for the end
+  /// of a message).
+  QHash<QByteArray, QByteArray> Replies;
+  /// Called for every message accepted.
+  std::function<void(const SentMessage&)> OnMessage;
+  const QList<SentMessage>& Messages() const { return messages_; }
+
+ private:
+  struct Session;
+
+  void Accept();
+  void Read(Session& session);
+  QByteArray Reply(Session& session, const QByteArray& line);
+  void TakeData(Session& session, const QByteArray& line);
+
+  QTcpServer server_;
+  QList<SentMessage> messages_;
+};
+
+}  // namespace vorn::test

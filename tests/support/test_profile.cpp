@@ -1,0 +1,104 @@
+#include "support/test_profile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "mail/mail_store.h"
+#include "objects/account.h"
+#include "storage/databases.h"
+
+void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+void PrintTo(const QByteArray& bytes, std::ostream* out) {
+  *out << '"' << bytes.left(400).toPercentEncoding(" \r\n<>@:;,./=?!\"'()[]{}").toStdString() << '"';
+}
+
+namespace vorn::test {
+
+PrivateUserSettings::PrivateUserSettings() {
+  qputenv("XDG_CONFIG_HOME", folder_.path().toUtf8());
+  qputenv("XDG_DATA_HOME", folder_.path().toUtf8());
+}
+
+TestProfile::TestProfile(const QString& password) { LogInAgain(password); }
+
+TestProfile::~TestProfile() { context_->Data.CloseAll(); }
+
+void TestProfile::Restart(const QString& password) {
+  context_->Data.CloseAll();
+  LogInAgain(password);
+}
+
+void TestProfile::LogInAgain(const QString& password) {
+  context_ = std::make_unique<Context>();
+  QString error;
+  ASSERT_TRUE(StartUp(*context_, Folder(), &error)) << error.toStdString();
+  if (context_->Objects.IsEmpty()) {
+    ASSERT_NE(CreateFirstProfile(*context_), nullptr);
+  }
+  ASSERT_TRUE(LogIn(*context_, {}, password, &error)) << error.toStdString();
+}
+
+DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const QString& user,
+                                const QString& password) {
+  AccountValues values;
+  values.name = QStringLiteral("account") + QString::number(context_->Objects.Count());
+  values.address = QStringLiteral("yamada@example.org");
+  values.inServer = QStringLiteral("127.0.0.1");
+  values.inPort = port;
+  values.inUser = user;
+  values.inPassword = password;
+  values.inProtocol = apop ? InProtocol::Apop : InProtocol::Pop3;
+  values.deleteOnServer = deleteOnServer;
+  return CreateAccount(*context_, values);
+}
+
+QString TestProfile::Store(const QByteArray& source, int status) {
+  Disk request(context_->Data.NewSerialID(QStringLiteral("mail_")));
+  request.Let(QStringLiteral("process"), status);
+  request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+  return MailStore(*context_).StoreMessage(request, source);
+}
+
+QList<QVariant> TestProfile::Select(const QString& select) {
+  QList<QVariant> values;
+  EXPECT_TRUE(OpenDatabase(*context_, DatabaseKind::Mail));
+  EXPECT_TRUE(context_->Data.OpenRecordset(select, CursorKind::ForwardOnly))
+      << context_->Data.LastError().text.toStdString();
+  const RecordsetPtr rows = context_->Data.Recordset();
+  for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) values.append(rows->Fields(u"V"));
+  context_->Data.Close();
+  return values;
+}
+
+bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!condition()) {
+    if (timer.elapsed() > timeoutMs) return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    QThread::msleep(1);
+  }
+  return true;
+}
+
+QByteArray ReadFile(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll();
+}
+
+QMap<QString, QByteArray> Samples() {
+  QMap<QString, QByteArray> samples;
+  const QDir folder(QStringLiteral(VORN_SAMPLES));
+  for (const QString& name : folder.entryList({QStringLiteral("*.eml")}, QDir::Files)) {
+    samples.insert(name, ReadFile(folder.filePath(name)));
+  }
+  return samples;
+}
+
+}  // namespace vorn::test

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QTemporaryDir>
+#include <QVariant>
+#include <functional>
+#include <memory>
+
+#include "storage/context.h"
+
+// How values print in failed expectations.
+void PrintTo(const QString& text, std::ostream* out);
+void PrintTo(const QByteArray& bytes, std::ostream* out);
+
+namespace vorn::test {
+
+/// Points the user's settings store at a folder that goes with the process.
+class PrivateUserSettings {
+ public:
+  PrivateUserSettings();
+
+ private:
+  QTemporaryDir folder_;
+};
+
+/// A data folder on disk with the first profile logged in, as after a first run.
+class TestProfile {
+ public:
+  explicit TestProfile(const QString& password = {});
+  ~TestProfile();
+
+  Context& Get() { return *context_; }
+  QString Folder() const { return folder_.path() + u'/'; }
+  /// Ends the program's state and logs in again, as at the next start.
+  void Restart(const QString& password = {});
+  /// Adds an enabled receive account for a server on 127.0.0.1.
+  DiskPtr AddAccount(int port, bool deleteOnServer = false, bool apop = false,
+                     const QString& user = QStringLiteral("user"),
+                     const QString& password = QStringLiteral("secret"));
+  /// Stores a received message; returns its serial identifier.
+  QString Store(const QByteArray& source, int status = 4);
+  /// The column "V" of every row that a statement selects from the mail database.
+  QList<QVariant> Select(const QString& select);
+
+ private:
+  void LogInAgain(const QString& password);
+
+  QTemporaryDir folder_;
+  std::unique_ptr<Context> context_;
+};
+
+/// Runs the event loop until the condition holds; false when it did not in time.
+bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 20000);
+
+/// The bytes of a file; fails the test when it cannot be read.
+QByteArray ReadFile(const QString& path);
+
+/// The sources of all sample messages, by file name.
+QMap<QString, QByteArray> Samples();
+
+}  // namespace vorn::test

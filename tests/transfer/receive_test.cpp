@@ -1,0 +1,257 @@
+// Receiving through `Pop` from a server that tests control, into a real store.
+
+#include <gtest/gtest.h>
+
+#include "frame/mail_traffic.h"
+#include "mail/mail_store.h"
+#include "support/loopback_pop3_server.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::Fault;
+using test::LoopbackPop3Server;
+using test::TestProfile;
+using test::WaitFor;
+
+class Host : public PlanHost, public StatusPanel {
+ public:
+  void PostRequest(const DiskPtr& request) override { requests.append(request); }
+  void AddEvent(int level, int, const QString&, const QString&, const QString&,
+                const QString& text) override {
+    levels.append(level);
+    log.append(text);
+  }
+  void SendAndReceive() override { ++periodic; }
+  void ShowStatus(const QString& text, const QString& icon) override {
+    if (icon == u"maildown") progress.append(text);
+  }
+
+  QList<DiskPtr> requests;
+  QList<int> levels;
+  QStringList log, progress;
+  int periodic = 0;
+};
+
+class ReceiveTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(server_.Listen()); }
+
+  // One receive run over all accounts; what it added to the counts.
+  ReceiveCounts Receive() {
+    const ReceiveCounts before = traffic_.Events().Counts();
+    traffic_.Plan().CreateMessagePlan(kPlanReceive);
+    EXPECT_TRUE(WaitFor([this] {
+      traffic_.Tick();
+      return traffic_.Plan().IsEmpty();
+    }));
+    EXPECT_FALSE(traffic_.Control().Busy());
+    const ReceiveCounts after = traffic_.Events().Counts();
+    return {after.stored - before.stored, after.known - before.known,
+            after.stopped - before.stopped, after.errors - before.errors};
+  }
+  void AddMessages(int count) {
+    for (int i = 0; i < count; ++i) {
+      server_.AddMessage("uid" + QByteArray::number(i),
+                         "Subject: " + QByteArray::number(i) + "\r\n\r\n.leading dot\r\ntext\r\n");
+    }
+  }
+  qsizetype Rows() { return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size(); }
+
+  LoopbackPop3Server server_;
+  TestProfile profile_;
+  Host host_;
+  MailTraffic traffic_{profile_.Get(), host_, host_};
+};
+
+TEST_F(ReceiveTest, SamplesAreStoredByteForByteAndOnlyOnce) {
+  const auto samples = test::Samples();
+  for (auto sample = samples.begin(); sample != samples.end(); ++sample) {
+    QByteArray source = sample.value();
+    if (!source.endsWith("\r\n")) source += "\r\n";
+    server_.AddMessage(sample.key().toLatin1(), source);
+  }
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, samples.size());
+  for (const test::ServerMessage& message : server_.Messages) {
+    const QString id = QStringLiteral("user@127.0.0.1/") + QString::fromLatin1(message.uidl);
+    const auto serial = profile_.Select(
+        QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_ID = '%1'").arg(id));
+    ASSERT_EQ(serial.size(), 1);
+    EXPECT_EQ(MailStore(profile_.Get()).LoadMessageSource(Disk(serial[0].toString())),
+              message.source);
+  }
+  const ReceiveCounts again = Receive();
+  EXPECT_EQ(again.stored, 0);
+  EXPECT_EQ(again.known, samples.size());
+  EXPECT_EQ(server_.Count("RETR"), samples.size());
+  EXPECT_EQ(host_.levels, (QList<int>{0, 0}));
+}
+
+TEST_F(ReceiveTest, TwoAccountsDoNotHideEachOthersMail) {
+  AddMessages(3);
+  LoopbackPop3Server other;
+  ASSERT_TRUE(other.Listen());
+  other.User = "other";
+  other.AddMessage("uid0", "Subject: another\r\n\r\n\r\n");
+  profile_.AddAccount(server_.Port());
+  profile_.AddAccount(other.Port(), false, false, QStringLiteral("other"));
+  EXPECT_EQ(Receive().stored, 4);
+  EXPECT_EQ(host_.log.size(), 2);
+}
+
+TEST_F(ReceiveTest, ApopNeverShowsThePassword) {
+  AddMessages(1);
+  profile_.AddAccount(server_.Port(), false, true);
+  EXPECT_EQ(Receive().stored, 1);
+  for (const QByteArray& line : server_.Received()) EXPECT_FALSE(line.contains("secret"));
+}
+
+TEST_F(ReceiveTest, OldServersWithoutExtensionsWork) {
+  server_.Pipelining = false;
+  server_.OffersUidl = false;
+  server_.ByteByByte = true;
+  AddMessages(3);
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  EXPECT_EQ(Receive().known, 3);
+  EXPECT_EQ(Rows(), 3);
+}
+
+TEST_F(ReceiveTest, DeletionLeavesTheServerEmptyAndTheStoreFull) {
+  AddMessages(5);
+  profile_.AddAccount(server_.Port(), true);
+  EXPECT_EQ(Receive().stored, 5);
+  EXPECT_EQ(traffic_.Events().DeletedOnServer(), 5);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  EXPECT_EQ(Rows(), 5);
+}
+
+// What is stored plus what is on the server is every message, and none is stored twice, wherever
+// the connection breaks, and also on a server that deletes when it should not.
+TEST_F(ReceiveTest, ACutAnywhereLosesNothing) {
+  AddMessages(8);
+  server_.DeletesOnBreak = true;
+  const DiskPtr account = profile_.AddAccount(server_.Port(), true);
+  const auto all = server_.Messages;
+  for (const auto& [command, occurrence, after] :
+       std::initializer_list<std::tuple<const char*, int, int>>{{"GREETING", 1, 3},
+                                                                {"PASS", 1, 0},
+                                                                {"LIST", 1, 10},
+                                                                {"UIDL", 1, 12},
+                                                                {"RETR", 1, 0},
+                                                                {"RETR", 2, 30},
+                                                                {"RETR", 3, 5},
+                                                                {"DELE", 1, 0},
+                                                                {"DELE", 3, 2},
+                                                                {"QUIT", 1, 0}}) {
+    server_.Faults = {{Fault::Kind::Cut, command, occurrence, after, {}}};
+    const ReceiveCounts counts = Receive();
+    EXPECT_EQ(counts.errors, qstrcmp(command, "QUIT") == 0 ? 0 : 1) << command << occurrence;
+    const auto stored = profile_.Select(QStringLiteral("SELECT FIELD_ID AS V FROM mail"));
+    QSet<QString> present;
+    for (const QVariant& id : stored) present.insert(id.toString().section(u'/', -1));
+    EXPECT_EQ(present.size(), stored.size()) << "stored twice";
+    for (const test::ServerMessage& message : server_.Messages) {
+      present.insert(QString::fromLatin1(message.uidl));
+    }
+    EXPECT_EQ(present.size(), all.size()) << "lost after " << command << occurrence;
+  }
+  server_.Faults.clear();
+  Receive();
+  EXPECT_EQ(Rows(), all.size());
+}
+
+TEST_F(ReceiveTest, FailuresAreToldInJapaneseAndLeaveTheControlIdle) {
+  AddMessages(1);
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  const auto failsWith = [this](const QString& word) {
+    EXPECT_EQ(Receive().errors, 1);
+    EXPECT_TRUE(host_.log.last().contains(word)) << host_.log.last().toStdString();
+    EXPECT_EQ(host_.levels.last(), 1);
+  };
+  account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("wrong"));
+  failsWith(QStringLiteral("パスワードを確認"));
+  account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("secret"));
+
+  traffic_.Control().ReplyTimeoutMs = 200;
+  server_.Faults = {{Fault::Kind::Stall, "RETR", 1, 10, {}}};
+  failsWith(QStringLiteral("時間切れ"));
+  server_.Faults = {{Fault::Kind::Reply, "LIST", 1, 0, "garbage\r\n"}};
+  failsWith(QStringLiteral("応答を理解できません"));
+  account->Let(QStringLiteral("InMailServerPort"), QStringLiteral("1"));
+  failsWith(QStringLiteral("接続できません"));
+  EXPECT_EQ(Rows(), 0);
+}
+
+TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
+  AddMessages(2);
+  profile_.AddAccount(server_.Port());
+  server_.Faults = {{Fault::Kind::Stall, "RETR", 2, 10, {}}};
+  traffic_.Plan().CreateMessagePlan(kPlanReceive);
+  ASSERT_TRUE(WaitFor([this] {
+    traffic_.Tick();
+    return server_.Count("RETR") == 2;
+  }));
+  WaitFor([] { return false; }, 100);
+  traffic_.Control().Cancel();
+  EXPECT_FALSE(traffic_.Control().Busy());
+  server_.Faults.clear();
+  Receive();
+  EXPECT_EQ(Rows(), 2);
+}
+
+TEST_F(ReceiveTest, AQuoteInAnIdentifierStaysData) {
+  server_.AddMessage("x' OR '1'='1", "Subject: a\r\n\r\n\r\n");
+  server_.AddMessage("y", "Subject: b\r\n\r\n\r\n");
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 2);
+  EXPECT_EQ(Receive().known, 2);
+}
+
+TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
+  QByteArray noise(3000000, Qt::Uninitialized);
+  quint32 state = 1;
+  for (char& byte : noise) {
+    state = state * 1664525 + 1013904223;
+    byte = static_cast<char>(state >> 24);
+  }
+  noise.replace("\r\n.\r\n", "");  // what the protocol itself cannot carry
+  noise += "\r\n";
+  server_.AddMessage("noise", noise);
+  server_.AddMessage("empty", "\r\n");
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 2);
+  const auto sizes = profile_.Select(
+      QStringLiteral("SELECT LENGTH(DATA) AS V FROM long_binary ORDER BY LENGTH(DATA) DESC"));
+  EXPECT_EQ(sizes.value(0).toLongLong(), noise.size());
+  EXPECT_EQ(host_.progress.last(), QStringLiteral("100.0"));
+}
+
+TEST_F(ReceiveTest, ThePeriodicJobRunsOnceAndWaitsForItsMinute) {
+  const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
+  settings->Let(QStringLiteral("MessageCheck"), true);
+  settings->Let(QStringLiteral("MessageCheckInterval"), 0);  // counts as one minute
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  for (int i = 0; i < 5; ++i) traffic_.Tick();
+  EXPECT_EQ(host_.periodic, 1);
+  settings->Let(QStringLiteral("MessageCheck"), false);
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  EXPECT_TRUE(traffic_.Plan().IsEmpty());
+}
+
+TEST_F(ReceiveTest, NewMailPostsANoticeWhenAskedTo) {
+  AddMessages(2);
+  profile_.AddAccount(server_.Port());
+  const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
+  settings->Let(QStringLiteral("MessageNotice"), true);
+  settings->Let(QStringLiteral("MessageNoticeDialog"), true);
+  Receive();
+  Receive();
+  ASSERT_EQ(host_.requests.size(), 1);
+  EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
+}
+
+}  // namespace
+}  // namespace vorn
