@@ -93,7 +93,7 @@ QByteArray HeaderParameters::Join(QByteArrayView name, QByteArray* charset, bool
   }
   std::stable_sort(sections.begin(), sections.end(),
                    [](const Parameter* a, const Parameter* b) { return a->section < b->section; });
-  if (!anySection && !sections.empty()) sections.resize(1);
+  if (!anySection && !sections.empty()) sections.erase(sections.begin() + 1, sections.end());
 
   *extended = anyExtended;
   QByteArray joined;

@@ -106,7 +106,8 @@ TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
 
   const auto select = [&](const QString& filter, int flags = 0) {
     QStringList serials;
-    for (const DiskPtr& object : *SelectObjects(objects, *owner, filter, flags)) {
+    const DiskCollectionPtr selected = SelectObjects(objects, *owner, filter, flags);
+    for (const DiskPtr& object : *selected) {
       serials.append(object->SerialID());
     }
     return serials.join(u',');

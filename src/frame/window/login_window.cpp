@@ -54,8 +54,9 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
 void LoginWindow::LoadDefaultProperty(const DiskPtr& request) {
   const QString only = request == nullptr ? QString() : request->Text(u"login");
   cbProfile_->clear();
-  for (const DiskPtr& profile :
-       *SelectObjects(context_.Objects, *context_.Session, object_type::kProfile)) {
+  const DiskCollectionPtr profiles =
+      SelectObjects(context_.Objects, *context_.Session, object_type::kProfile);
+  for (const DiskPtr& profile : *profiles) {
     const QString name = profile->Text(u"Object");
     if (only.isEmpty() || name == only) cbProfile_->addItem(name);
   }

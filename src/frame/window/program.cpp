@@ -17,6 +17,7 @@ Program::Program(const QString& appFolder) : appFolder_(appFolder), instance_(ap
 }
 
 Program::~Program() {
+  delete opening_.data();
   delete parent_.data();
   context_.Data.CloseAll();
 }
@@ -63,6 +64,7 @@ void Program::RemoveOldPages() const {
 
 void Program::ShowLogin() {
   auto* login = new LoginWindow(context_);
+  opening_ = login;
   login->setAttribute(Qt::WA_DeleteOnClose);
   login->LoadDefaultProperty(nullptr);
   connect(login, &LoginWindow::LoggedIn, this, &Program::ShowVersion);
@@ -72,6 +74,7 @@ void Program::ShowLogin() {
 
 void Program::ShowVersion() {
   auto* version = new VersionWindow(context_);
+  opening_ = version;
   connect(version, &VersionWindow::ProfileLoaded, this, &Program::ShowParent);
   connect(version, &VersionWindow::Failed, this, [this](const QString& reason) {
     Refuse(reason);

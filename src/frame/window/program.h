@@ -36,6 +36,7 @@ class Program : public QObject {
   Context context_;
   QString appFolder_;
   SingleInstance instance_;
+  QPointer<QWidget> opening_;  // the login or the splash
   QPointer<ParentWindow> parent_;
 };
 

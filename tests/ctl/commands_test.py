@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Runs vornctl as scripts do, against the loopback server, and reads what it prints.
+
+usage: commands_test.py VORNCTL LOOPBACK-SERVER SAMPLES
+"""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+VORNCTL, SERVER, SAMPLES = sys.argv[1:4]
+
+
+class Commands(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.data = os.path.join(self.folder.name, "data")
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=self.folder.name)
+        self.server = subprocess.Popen([SERVER, "--mail", SAMPLES], stdout=subprocess.PIPE,
+                                       text=True)
+        words = self.server.stdout.readline().split()
+        self.pop3, self.messages = words[1], int(words[5])
+
+    def tearDown(self):
+        self.server.kill()
+        self.server.communicate()
+        self.folder.cleanup()
+
+    def run_ctl(self, *arguments, code=0, stdin=b"demo\n"):
+        done = subprocess.run([VORNCTL, "--data", self.data, *arguments], input=stdin,
+                              capture_output=True, env=self.environment, timeout=120)
+        self.assertEqual(done.returncode, code, (arguments, done.stdout, done.stderr.decode()))
+        self.errors = done.stderr.decode()
+        return done.stdout.decode()
+
+    def add_account(self, *more, code=0, name="仕事"):
+        return self.run_ctl("account", "add", "--name", name, "--address", "y@example.org",
+                            "--in-server", "127.0.0.1", "--in-port", self.pop3, "--in-user",
+                            "demo", "--in-password-fd", "0", *more, code=code)
+
+    def receive(self, *more, code=0):
+        return json.loads(self.run_ctl("receive", "--json", *more, code=code).splitlines()[-1])
+
+    def test_receives_lists_and_writes_pages(self):
+        self.add_account("--default")
+        result = self.receive()
+        self.assertEqual((result["stored"], result["errors"]), (self.messages, 0))
+        result = self.receive("--account", "仕事")
+        self.assertEqual((result["stored"], result["known"]), (0, self.messages))
+
+        rows = [json.loads(line) for line in self.run_ctl("list", "受信", "--json").splitlines()]
+        self.assertEqual(len(rows), self.messages)
+        self.assertEqual(set(rows[0]),
+                         {"serialId", "subject", "from", "timestamp", "status", "flag"})
+        self.assertIn("寿司🍣の日", [row["subject"] for row in rows])
+        self.assertEqual({row["status"] for row in rows}, {4})
+        self.assertEqual(self.run_ctl("list", "01_folder_2_OUTBOX000000"), "")
+
+        out = os.path.join(self.folder.name, "page.html")
+        self.run_ctl("page", "受信", "--page", "1", "--out", out)
+        page = pathlib.Path(out).read_bytes().decode("cp932")
+        self.assertEqual(page.count("preview:"), self.messages)
+        self.assertIn("寿司&#127843;の日", page)
+
+    def test_deletes_on_the_server_when_told(self):
+        self.add_account("--in-protocol", "apop", "--delete-on-server")
+        result = self.receive()
+        self.assertEqual((result["stored"], result["deleted"]), (self.messages, self.messages))
+        self.assertEqual(self.receive()["known"], 0)
+
+    def test_failures_have_codes_and_sentences(self):
+        self.add_account()
+        self.add_account(code=1)
+        self.assertIn("同じオブジェクト名", self.errors)
+        self.add_account("--in-protocol", "imap", code=2, name="x")
+        self.run_ctl("receive", "--account", "nobody", code=1)
+        self.run_ctl("list", "nowhere", code=1)
+        self.run_ctl("page", "受信", code=2)
+        self.run_ctl("receive", "--frobnicate", "x", code=2)
+        self.run_ctl(code=2)
+        self.run_ctl("--profile", "nobody", "list", "受信", code=3)
+        self.run_ctl("--password-fd", "0", "list", "受信", code=3, stdin=b"wrong\n")
+        self.assertIn("ログインできませんでした", self.errors)
+        self.run_ctl("inspect", "/nonexistent", code=1)
+        self.server.kill()
+        self.server.wait()
+        self.assertEqual(self.receive(code=1)["errors"], 1)
+        self.assertIn("接続できません", self.errors)
+
+    def test_inspect_needs_no_data_folder(self):
+        source = pathlib.Path(SAMPLES, "file-rfc2231.eml").read_bytes()
+        shown = json.loads(self.run_ctl("inspect", "-", "--json", stdin=source))
+        self.assertEqual(set(shown), {"subject", "addressLines", "addresses", "flag", "fieldId",
+                                      "parts", "text", "attachments"})
+        self.assertEqual(shown["attachments"][0]["name"], "見積書.pdf")
+        self.assertEqual(shown["addresses"][0],
+                         {"kind": "FROM", "address": "sato@example.jp", "name": "佐藤 花子"})
+        self.assertEqual([part["name"] for part in shown["parts"]], [None, "見積書.pdf"])
+        self.assertEqual(shown["flag"], "0201")
+        self.assertFalse(os.path.exists(self.data))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

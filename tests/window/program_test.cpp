@@ -1,0 +1,299 @@
+// The whole program as a user meets it: real windows, real clicks and keys, the real browser
+// engine and a POP3 server on loopback.
+
+#include "frame/window/program.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QWebEngineView>
+
+#include "frame/window/login_window.h"
+#include "frame/window/parent_window.h"
+#include "mail/window/message_window.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "objects/settings.h"
+#include "present/window/browser_window.h"
+#include "support/loopback_pop3_server.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::LoopbackPop3Server;
+using test::TestProfile;
+using test::WaitFor;
+
+template <typename Window>
+Window* TopLevel() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    auto* window = qobject_cast<Window*>(widget);
+    if (window != nullptr && window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
+// Answers the next message box and gives its text.
+QString NextMessageBox(const std::function<void()>& cause) {
+  QString text;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, [&text] {
+    if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      text = box->text();
+      QTest::keyClick(box, Qt::Key_Return);
+    }
+  });
+  watch.start(20);
+  cause();
+  WaitFor([&text] { return !text.isEmpty(); }, 5000);
+  return text;
+}
+
+class ProgramTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(server_.Listen()); }
+  void TearDown() override { EndProgram(); }
+
+  // A data folder with a profile, an account and the first messages received by hand.
+  void Prepare(const QString& password, int rowsPerPage = 100) {
+    TestProfile profile(password);
+    profile.AddAccount(server_.Port());
+    const DiskPtr settings = Settings(profile.Get());
+    settings->Let(QStringLiteral("Messages"), rowsPerPage);
+    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+    profile.Get().Data.CloseAll();
+    CopyFolder(profile.Folder(), Folder());
+  }
+  static void CopyFolder(const QString& from, const QString& to) {
+    QDir().mkpath(to);
+    for (const QFileInfo& entry :
+         QDir(from).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot)) {
+      const QString target = to + u'/' + entry.fileName();
+      if (entry.isDir()) {
+        CopyFolder(entry.filePath(), target);
+      } else {
+        QFile::copy(entry.filePath(), target);
+      }
+    }
+  }
+  void StartProgram() {
+    program_ = std::make_unique<Program>(Folder());
+    ASSERT_TRUE(program_->Start());
+  }
+  void LogInWith(const QString& password) {
+    auto* login = TopLevel<LoginWindow>();
+    ASSERT_NE(login, nullptr);
+    QTest::keyClicks(login->findChild<QLineEdit*>(QStringLiteral("txPassword")), password);
+    QTest::keyClick(login, Qt::Key_Return);
+  }
+  void AwaitInbox() {
+    ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
+  }
+  void EndProgram() {
+    if (program_ == nullptr) return;
+    if (ParentWindow* parent = program_->Parent()) parent->close();
+    WaitFor([this] { return program_->Parent() == nullptr; });
+    program_.reset();
+    WaitFor([] { return false; }, 50);
+  }
+
+  QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
+  BrowserWindow* Browser() const {
+    ParentWindow* parent = program_->Parent();
+    return parent == nullptr ? nullptr : parent->findChild<BrowserWindow*>();
+  }
+  QWebEngineView* View() const { return Browser()->findChild<QWebEngineView*>(); }
+  QString PageText() const {
+    QString text;
+    bool done = false;
+    View()->page()->toPlainText([&](const QString& result) {
+      text = result;
+      done = true;
+    });
+    WaitFor([&done] { return done; });
+    return text;
+  }
+  void Receive() {
+    QTest::keyClick(program_->Parent(), Qt::Key_M, Qt::ControlModifier);
+    const int before = program_->Parent()->Traffic().Events().Counts().stored;
+    EXPECT_TRUE(WaitFor([this, before] {
+      return program_->Parent()->Traffic().Events().Counts().stored > before &&
+             !program_->Parent()->Traffic().Control().Busy();
+    }));
+  }
+  void AddMessages(int count) {
+    for (int i = 1; i <= count; ++i) {
+      server_.AddMessage("u" + QByteArray::number(i),
+                         "From: =?UTF-8?B?5L2Q6Jek?= <sato@example.jp>\r\nTo: y@example.org\r\n"
+                         "Subject: =?UTF-8?B?5Lya6K2w?= " +
+                             QByteArray::number(i) +
+                             "\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n本文" +
+                             QByteArray::number(i) + "\r\n");
+    }
+  }
+  // Clicks at a point of the page as a user does.
+  void ClickPage(const QPoint& at) {
+    QWidget* target = View()->focusProxy();
+    QTest::mouseMove(target, at);
+    QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, at);
+  }
+
+  QTemporaryDir folder_;
+  LoopbackPop3Server server_;
+  std::unique_ptr<Program> program_;
+};
+
+TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
+  StartProgram();
+  AwaitInbox();
+  ParentWindow* parent = program_->Parent();
+  EXPECT_TRUE(parent->windowTitle().startsWith(QStringLiteral("Administrator")));
+  auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  EXPECT_EQ(tree->findItems(QStringLiteral("くずかご"), Qt::MatchRecursive).size(), 1);
+  EXPECT_TRUE(PageText().contains(QStringLiteral("件名")));
+  EXPECT_EQ(QDir(Folder() + QStringLiteral("temp")).entryList({QStringLiteral("*.html")}).size(), 0);
+
+  QMenu* tools = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuTools"));
+  EXPECT_EQ(tools->actions().value(0)->text(), QStringLiteral("メッセージ送受信(&M)"));
+}
+
+TEST_F(ProgramTest, ASecondInstanceIsRefused) {
+  StartProgram();
+  const QString text = NextMessageBox([this] {
+    Program second(Folder());
+    EXPECT_FALSE(second.Start());
+  });
+  EXPECT_EQ(text, QStringLiteral(".VORNは既に起動しています。"));
+}
+
+TEST_F(ProgramTest, AWrongPasswordIsToldAndTheRightOneOpens) {
+  Prepare(QStringLiteral("abc"));
+  StartProgram();
+  EXPECT_EQ(NextMessageBox([this] { LogInWith(QStringLiteral("xyz")); }),
+            QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"));
+  LogInWith(QStringLiteral("abc"));  // the wrong one is selected and typed over
+  AwaitInbox();
+}
+
+TEST_F(ProgramTest, ReceivedMailAppearsAndItsLinksOpenMessages) {
+  AddMessages(3);
+  Prepare(QString());
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 3")); }));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("佐藤")));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("返信")));
+
+  // The first subject stands below the heading; its exact place depends on the fonts.
+  for (int y = 30; y < 140 && TopLevel<MessageWindow>() == nullptr; y += 6) {
+    ClickPage(QPoint(60, y));
+    WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }, 300);
+  }
+  auto* message = TopLevel<MessageWindow>();
+  ASSERT_NE(message, nullptr);
+  EXPECT_EQ(message->objectName(), QStringLiteral("Mail"));
+  const QString subject =
+      message->findChild<QLineEdit*>(QStringLiteral("txSubject"))->text();
+  ASSERT_TRUE(subject.startsWith(QStringLiteral("会議 ")));
+  EXPECT_EQ(message->findChild<QPlainTextEdit*>(QStringLiteral("txMemo"))->toPlainText(),
+            QStringLiteral("本文") + subject.right(1) + u'\n');
+  EXPECT_EQ(message->findChild<QListWidget*>(QStringLiteral("lvMailaddress"))->item(0)->text(),
+            QStringLiteral("差出人: 佐藤 <sato@example.jp>"));
+  QTest::keyClick(message, Qt::Key_Escape);
+  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+}
+
+TEST_F(ProgramTest, TheButtonsTurnThePages) {
+  AddMessages(5);
+  Prepare(QString(), 2);
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 2")); }));
+  auto* toolbar = Browser()->findChild<QToolBar*>(QStringLiteral("tbLocation"));
+  const auto button = [toolbar](const char16_t* key) {
+    return toolbar->findChild<QAction*>(QString::fromUtf16(key));
+  };
+  EXPECT_FALSE(button(u"before")->isEnabled());
+  ASSERT_TRUE(button(u"next")->isEnabled());
+  EXPECT_EQ(button(u"next")->text(), QStringLiteral("次へ"));
+  QTest::mouseClick(toolbar->widgetForAction(button(u"next")), Qt::LeftButton);
+  QTest::mouseClick(toolbar->widgetForAction(button(u"next")), Qt::LeftButton);
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 5")); }));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("会議 4")));
+  EXPECT_TRUE(button(u"before")->isEnabled());
+  EXPECT_FALSE(button(u"next")->isEnabled());
+}
+
+TEST_F(ProgramTest, HostileSubjectsCannotScriptLoadOrLeaveThePage) {
+  server_.AddMessage("u", "From: a@x\r\nSubject: <script>document.title='owned'</script>"
+                          "<img src=http://127.0.0.1:1/x><meta http-equiv=refresh "
+                          "content=0;url=http://127.0.0.1:1/>visible\r\n\r\n\r\n");
+  Prepare(QString());
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("visible")); }));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("<script>")));
+  EXPECT_TRUE(View()->url().isLocalFile());
+  EXPECT_EQ(View()->title(), QStringLiteral("受信"));
+}
+
+TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
+  Prepare(QString());
+  server_.Password = "changed";
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  QTest::keyClick(program_->Parent(), Qt::Key_M, Qt::ControlModifier);
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  QTreeWidgetItem* log = tree->findItems(QStringLiteral("イベント"), Qt::MatchRecursive).value(0);
+  ASSERT_NE(log, nullptr);
+  ASSERT_TRUE(WaitFor([log] { return log->childCount() == 1; }));
+  const QString text = NextMessageBox([tree, log] {
+    const QRect place = tree->visualItemRect(log->child(0));
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, place.center());
+  });
+  EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
+  EXPECT_FALSE(text.contains(QStringLiteral("secret")));
+}
+
+TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
+  StartProgram();
+  AwaitInbox();
+  ParentWindow* parent = program_->Parent();
+  auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  const auto click = [&](const char16_t* name) {
+    QTreeWidgetItem* item =
+        tree->findItems(QString::fromUtf16(name), Qt::MatchRecursive).value(0);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree->visualItemRect(item).center());
+    WaitFor([] { return false; }, 400);
+  };
+  click(u"送信");
+  EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
+  click(u"受信");
+  EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
+}
+
+}  // namespace
+}  // namespace vorn
