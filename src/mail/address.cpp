@@ -36,6 +36,7 @@ Mailbox ReadItem(const QString& item) {
     mailbox.name += word;
     RemoveOuterQuotes(mailbox.name);
   }
+  mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone
   if (mailbox.address.isEmpty()) std::swap(mailbox.address, mailbox.name);
   return mailbox;
 }

@@ -17,7 +17,7 @@ struct CopiedColumn {
 };
 
 constexpr CopiedColumn kCopiedColumns[] = {
-    {u"FIELD_CONTENT", u"content"},         {u"FIELD_SUBJECT", u"work_subject"},
+    {u"FIELD_CONTENT", u"content"},          {u"FIELD_SUBJECT", u"work_subject"},
     {u"FIELD_TIMESTAMP", u"work_timestamp"}, {u"STATUS", u"process"},
     {u"FIELD_MAILADDRESS", u"mailaddress"},  {u"FIELD_FLAG", u"flag"},
 };
@@ -64,8 +64,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request) {
   OpenedMessage message;
   TextRequest textRequest;
   textRequest.textTypes = TextTypes(context);
-  const auto kind = static_cast<DatabaseKind>(
-      request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
+  const auto kind =
+      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
   if (!OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
     return message;
   }

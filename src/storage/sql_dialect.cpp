@@ -66,6 +66,7 @@ class Tokenizer {
   bool TakeQuoted(QChar close, TokenKind kind, std::vector<Token>& tokens) {
     QString value;
     for (qsizetype i = at_ + 1; i < text_.size(); ++i) {
+      if (kind == TokenKind::Name && text_[i].isNull()) return false;
       if (text_[i] != close) {
         value += text_[i];
       } else if (i + 1 < text_.size() && text_[i + 1] == close) {

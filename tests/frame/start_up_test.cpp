@@ -87,8 +87,8 @@ TEST(Login, ADeletedProfileDatabaseIsMadeAnewWithTheTypedPassword) {
   const QString path = PlatformPath(context, context.Session->Text(u"Profile"));
   const QString mail = MailDatabasePath(context);
   context.Data.CloseAll();
-  for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm"), mail,
-                              mail + QStringLiteral("-wal"), mail + QStringLiteral("-shm")}) {
+  for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm"),
+                              mail, mail + QStringLiteral("-wal"), mail + QStringLiteral("-shm")}) {
     QFile::remove(file);
   }
   EXPECT_TRUE(TestProfilePassword(context, *context.Session, QStringLiteral("new")));

@@ -138,13 +138,13 @@ TEST(ContentIndex, HostileStructuresStayBoundedAndReadable) {
   QByteArray nested;
   for (int i = 0; i < 10000; ++i) {
     const QByteArray boundary = "b" + QByteArray::number(i);
-    nested += "Content-Type: multipart/mixed; boundary=" + boundary + "\r\n\r\n--" + boundary + "\r\n";
+    nested +=
+        "Content-Type: multipart/mixed; boundary=" + boundary + "\r\n\r\n--" + boundary + "\r\n";
   }
   nested += "Content-Type: text/plain\r\n\r\nthe text\r\n";
   TextRequest request;
   request.textTypes = kTextTypes;
-  const QString text =
-      GetMessageText(nested, MimeCodec::ContentIndex(nested), request).text;
+  const QString text = GetMessageText(nested, MimeCodec::ContentIndex(nested), request).text;
   EXPECT_TRUE(text.contains(u"the text"));
 
   const QByteArray forged =

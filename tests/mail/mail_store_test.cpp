@@ -29,7 +29,10 @@ class MailStoreTest : public testing::Test {
 };
 
 TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
-  const QByteArray source("Subject: x\r\n\r\n\0\xFF\x1B" "it's \r\r\n\n.", 24);
+  const QByteArray source(
+      "Subject: x\r\n\r\n\0\xFF\x1B"
+      "it's \r\r\n\n.",
+      24);
   ASSERT_EQ(store_.StoreMessage(*Request(QStringLiteral("m'1")), source), QStringLiteral("m'1"));
   EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m'1"))), source);
   EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m2"))), QByteArray());

@@ -33,7 +33,8 @@ TEST_P(Sample, ReadsAsExpected) {
   EXPECT_EQ(index.subject, expected[QStringLiteral("subject")].toString());
 
   const QJsonObject from = expected[QStringLiteral("from")].toObject();
-  const AddressEntry sender = ParseAddressEntry(index.addressLines.section(QStringLiteral("\r\n"), 0, 0));
+  const AddressEntry sender =
+      ParseAddressEntry(index.addressLines.section(QStringLiteral("\r\n"), 0, 0));
   EXPECT_EQ(sender.address, from[QStringLiteral("address")].toString());
   EXPECT_EQ(sender.displayName, from[QStringLiteral("name")].toString());
 
@@ -50,20 +51,21 @@ TEST_P(Sample, ReadsAsExpected) {
     const MimeCodec::ContentRecord& record = attachments[i].record;
     EXPECT_EQ(attachments[i].name, file[QStringLiteral("name")].toString());
     EXPECT_EQ(record.type, file[QStringLiteral("type")].toString());
-    const QByteArray bytes = MimeCodec::DecodePart(
-        source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()), record.first,
-        record.last);
+    const QByteArray bytes =
+        MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()),
+                              record.first, record.last);
     EXPECT_EQ(MimeCodec::Digest(bytes), file[QStringLiteral("sha256")].toString());
   }
 }
 
-QStringList SampleNames() { return Samples().keys(); }
+QStringList SampleNames() {
+  return Samples().keys();
+}
 
-INSTANTIATE_TEST_SUITE_P(All, Sample, testing::ValuesIn(SampleNames()),
-                         [](const auto& sample) {
-                           QString name = sample.param.chopped(4);
-                           return name.replace(u'-', u'_').toStdString();
-                         });
+INSTANTIATE_TEST_SUITE_P(All, Sample, testing::ValuesIn(SampleNames()), [](const auto& sample) {
+  QString name = sample.param.chopped(4);
+  return name.replace(u'-', u'_').toStdString();
+});
 
 }  // namespace
 }  // namespace vorn

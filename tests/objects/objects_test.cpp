@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "frame/profile_login.h"
 #include "objects/account.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -10,7 +11,6 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
-#include "frame/profile_login.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -93,7 +93,8 @@ TEST(VersionSerial, PartsAreJoinedWithFourDigitsEach) {
 
 TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
   DiskCollection objects;
-  const DiskPtr owner = MakeObject(QStringLiteral("p1"), object_type::kProfile, QStringLiteral("a"));
+  const DiskPtr owner =
+      MakeObject(QStringLiteral("p1"), object_type::kProfile, QStringLiteral("a"));
   objects.Add(owner);
   objects.Add(MakeObject(QStringLiteral("p2"), object_type::kProfile, QStringLiteral("b")));
   objects.Add(MakeObject(QStringLiteral("f1"), object_type::kFolder, QStringLiteral("c"),
@@ -139,8 +140,8 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   TestProfile profile(QStringLiteral("top secret"));
   Context& context = profile.Get();
   const QString first = context.Session->SerialID();
-  const DiskPtr second = MakeObject(QStringLiteral("_profile2"), object_type::kProfile,
-                                    QStringLiteral("Second"));
+  const DiskPtr second =
+      MakeObject(QStringLiteral("_profile2"), object_type::kProfile, QStringLiteral("Second"));
   second->Let(QStringLiteral("Default"), true);
   context.Objects.Add(second);
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *second));

@@ -21,14 +21,12 @@ using test::TestProfile;
 
 class MessageListPageTest : public testing::Test {
  protected:
-  MessageListPageTest() {
-    Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false);
-  }
+  MessageListPageTest() { Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false); }
 
   // The page's bytes; the file is removed.
   QByteArray Page(qint32 page = 1) {
-    const QString path = MessageListPages(profile_.Get())
-                             .CreateMessageListPage(folder_, page, before_, next_);
+    const QString path =
+        MessageListPages(profile_.Get()).CreateMessageListPage(folder_, page, before_, next_);
     if (path.isEmpty()) return {};
     const QByteArray bytes = ReadFile(path);
     QFile::remove(path);
@@ -63,7 +61,8 @@ TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
   SetRows(1);
   const QString page = QStringLiteral(
       "<HTML lang = \"ja\">\r\n\r\n    <HEAD>\r\n"
-      "        <META http-equiv = \"Content-Type\" content = \"text/html; charset = shift-jis\">\r\n"
+      "        <META http-equiv = \"Content-Type\" content = \"text/html; charset = "
+      "shift-jis\">\r\n"
       "        <TITLE>受信</TITLE>\r\n        <STYLE TYPE = \"text/css\">\r\n"
       "            A:active    { color: darkblue; }\r\n"
       "            A:link      { color: darkblue; }\r\n"
@@ -136,13 +135,12 @@ TEST_F(MessageListPageTest, TagsAreFilled) {
   EXPECT_EQ(row("<+MAILADDRESS><FROM>!"), QByteArray("Sato!;"));
   EXPECT_EQ(row("<+MAILADDRESS><TO><BCC>"), QByteArray("t@x<BR>b@x;"));
   EXPECT_EQ(row("<+MAILADDRESS><CC>"), QByteArray(";"));
-  EXPECT_EQ(row("<+DIALOG><REPLAYALL>x<+DIALOG>"),
-            "<A HREF = \"REPLAYALL:" + id + "\">x</A>;");
+  EXPECT_EQ(row("<+DIALOG><REPLAYALL>x<+DIALOG>"), "<A HREF = \"REPLAYALL:" + id + "\">x</A>;");
   // A folder's tag needs no row, so it is filled once more when the rows have ended.
-  EXPECT_EQ(row("<FROM><+FOLDER><NAME>"),
-            ToCodePage932(QStringLiteral("<FROM>受信;<FROM>受信")));
-  EXPECT_EQ(Filled("a<+SUBJECT>b<+FOLDER><TOOLTIPTEXT>"),
-            ToCodePage932(QStringLiteral("a(件名なし)b受信メッセージが保存されているフォルダです。")));
+  EXPECT_EQ(row("<FROM><+FOLDER><NAME>"), ToCodePage932(QStringLiteral("<FROM>受信;<FROM>受信")));
+  EXPECT_EQ(
+      Filled("a<+SUBJECT>b<+FOLDER><TOOLTIPTEXT>"),
+      ToCodePage932(QStringLiteral("a(件名なし)b受信メッセージが保存されているフォルダです。")));
   EXPECT_EQ(row("<+SIZE>"), QByteArray("0.10;"));
   EXPECT_EQ(Filled(""), QByteArray());
 }

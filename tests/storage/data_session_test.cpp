@@ -108,8 +108,8 @@ TEST_F(DataSessionTest, ForeignAndNewerFilesAreRefusedAndLeftAlone) {
 
 TEST_F(DataSessionTest, ResultSetsStayUsableAfterLaterQueries) {
   for (const char16_t* value : {u"a", u"b", u"c"}) Insert(QString::fromUtf16(value));
-  ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT V FROM t ORDER BY V"),
-                                  CursorKind::ForwardOnly));
+  ASSERT_TRUE(
+      data_.OpenRecordset(QStringLiteral("SELECT V FROM t ORDER BY V"), CursorKind::ForwardOnly));
   const RecordsetPtr outer = data_.Recordset();
   QStringList seen;
   for (; !outer->Eof(); outer->MoveNext()) {
@@ -122,7 +122,10 @@ TEST_F(DataSessionTest, ResultSetsStayUsableAfterLaterQueries) {
 }
 
 TEST_F(DataSessionTest, LongBinaryDataLivesWithItsRow) {
-  const QByteArray bytes("\0\xFF" "binary", 8);
+  const QByteArray bytes(
+      "\0\xFF"
+      "binary",
+      8);
   Insert(QStringLiteral("a"), bytes);
   ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT * FROM t"), CursorKind::Updatable));
   RecordsetPtr row = data_.Recordset();

@@ -28,8 +28,9 @@ TEST(SqlDialect, LiteralsAreNeverTranslated) {
 TEST(SqlDialect, TheDialectsOwnFormsAreTranslated) {
   EXPECT_EQ(Translated(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0")),
             QStringLiteral("DELETE  FROM mail WHERE STATUS < 0"));
-  EXPECT_EQ(Translated(QStringLiteral("SELECT 1 WHERE DATEDIFF(\"d\", now, mail.FIELD_TIMESTAMP )")),
-            QStringLiteral("SELECT 1 WHERE DATEDIFF(?, NOW(), mail.FIELD_TIMESTAMP )"));
+  EXPECT_EQ(
+      Translated(QStringLiteral("SELECT 1 WHERE DATEDIFF(\"d\", now, mail.FIELD_TIMESTAMP )")),
+      QStringLiteral("SELECT 1 WHERE DATEDIFF(?, NOW(), mail.FIELD_TIMESTAMP )"));
   EXPECT_EQ(Translated(QStringLiteral("SELECT 1 WHERE a = 'x' & 'y'")),
             QStringLiteral("SELECT 1 WHERE a = ? || ?"));
   EXPECT_EQ(Translated(QStringLiteral("SELECT * FROM mail WHERE mail.MAIL LIKE '*x*'")),
@@ -50,7 +51,9 @@ TEST(SqlDialect, OnlyWholePlainTablesCanBeUpdated) {
   EXPECT_EQ(UpdatableTable(QStringLiteral("SELECT * FROM mail, folder")), QString());
 }
 
-bool Like(const char* pattern, const char* text) { return LikePattern(pattern).Matches(text); }
+bool Like(const char* pattern, const char* text) {
+  return LikePattern(pattern).Matches(text);
+}
 
 TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
   EXPECT_TRUE(Like("*abc*", "xxABCyy"));
@@ -70,7 +73,9 @@ TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
 }
 
 TEST(LikePattern, MalformedTextAndLongPatternsAreHarmless) {
-  EXPECT_TRUE(Like("*b*", "\xFF\xE3\x81" "b\xC3"));
+  EXPECT_TRUE(Like("*b*",
+                   "\xFF\xE3\x81"
+                   "b\xC3"));
   const std::string many(2000, 'a');
   std::string pattern;
   for (int i = 0; i < 500; ++i) pattern += "*a";

@@ -104,8 +104,7 @@ QByteArray LoopbackPop3Server::Reply(Session& session, const QByteArray& verb,
     if (verb == "APOP") {
       session.user = argument.split(' ').value(0);
       given = argument.split(' ').value(1);
-      expected =
-          QCryptographicHash::hash(kTimestamp + Password, QCryptographicHash::Md5).toHex();
+      expected = QCryptographicHash::hash(kTimestamp + Password, QCryptographicHash::Md5).toHex();
     }
     session.authorized = session.user == User && given == expected;
     return session.authorized ? "+OK\r\n" : "-ERR [AUTH] wrong user or password\r\n";
@@ -125,8 +124,7 @@ QByteArray LoopbackPop3Server::Reply(Session& session, const QByteArray& verb,
   return verb == "NOOP" ? "+OK\r\n" : "-ERR unknown command\r\n";
 }
 
-QByteArray LoopbackPop3Server::Listing(const Session& session, bool uidl,
-                                       const QByteArray&) const {
+QByteArray LoopbackPop3Server::Listing(const Session& session, bool uidl, const QByteArray&) const {
   QByteArray reply = "+OK\r\n";
   for (qsizetype i = 0; i < session.snapshot.size(); ++i) {
     const ServerMessage& message = session.snapshot[i];

@@ -12,9 +12,12 @@
 #include "objects/account.h"
 #include "storage/databases.h"
 
-void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
 void PrintTo(const QByteArray& bytes, std::ostream* out) {
-  *out << '"' << bytes.left(400).toPercentEncoding(" \r\n<>@:;,./=?!\"'()[]{}").toStdString() << '"';
+  *out << '"' << bytes.left(400).toPercentEncoding(" \r\n<>@:;,./=?!\"'()[]{}").toStdString()
+       << '"';
 }
 
 namespace vorn::test {
@@ -24,9 +27,13 @@ PrivateUserSettings::PrivateUserSettings() {
   qputenv("XDG_DATA_HOME", folder_.path().toUtf8());
 }
 
-TestProfile::TestProfile(const QString& password) { LogInAgain(password); }
+TestProfile::TestProfile(const QString& password) {
+  LogInAgain(password);
+}
 
-TestProfile::~TestProfile() { context_->Data.CloseAll(); }
+TestProfile::~TestProfile() {
+  context_->Data.CloseAll();
+}
 
 void TestProfile::Restart(const QString& password) {
   context_->Data.CloseAll();

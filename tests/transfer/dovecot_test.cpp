@@ -77,8 +77,8 @@ class Dovecot {
 
  private:
   void HandOverMail() const {
-    QProcess::execute(QStringLiteral("chown"), {QStringLiteral("-R"), QStringLiteral("mail:mail"),
-                                                maildir_});
+    QProcess::execute(QStringLiteral("chown"),
+                      {QStringLiteral("-R"), QStringLiteral("mail:mail"), maildir_});
   }
   void WriteConfiguration() const {
     const QString text = QStringLiteral(
@@ -95,7 +95,8 @@ class Dovecot {
         "mail_access_groups = mail\n"
         "passdb {\n  driver = static\n  args = password={PLAIN}secret\n}\n"
         "userdb {\n  driver = static\n  args = uid=mail gid=mail home=%1\n}\n"
-        "service pop3-login {\n  inet_listener pop3 {\n    address = 127.0.0.1\n    port = %2\n  }\n"
+        "service pop3-login {\n  inet_listener pop3 {\n    address = 127.0.0.1\n    port = %2\n  "
+        "}\n"
         "  inet_listener pop3s {\n    port = 0\n  }\n}\n"
         "service stats {\n  chroot =\n}\n");
     QFile file(folder_.filePath(QStringLiteral("dovecot.conf")));
@@ -145,8 +146,7 @@ TEST_P(DovecotTest, SourcesAreStoredByteForByteOnceAndDeletedOnlyWhenTold) {
   EXPECT_EQ(Receive().stored, sources.size());
 
   MailStore store(profile_.Get());
-  for (const QVariant& serial :
-       profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
+  for (const QVariant& serial : profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
     const QByteArray stored = store.LoadMessageSource(Disk(serial.toString()));
     EXPECT_TRUE(sources.removeOne(stored)) << stored.left(300).toStdString();
   }

@@ -48,8 +48,7 @@ class Pop3SessionTest : public testing::Test {
   // returns what the client said.
   QString Play(const QByteArray& server, qsizetype chunk = 1, bool apop = false) {
     QByteArray said;
-    Pop3Session session({QStringLiteral("Mail.example"), QStringLiteral("us er"),
-                         password_, apop},
+    Pop3Session session({QStringLiteral("Mail.example"), QStringLiteral("us er"), password_, apop},
                         events_, [&said](const QByteArray& bytes) { said += bytes; });
     for (qsizetype at = 0; at < server.size() && !session.Finished(); at += chunk) {
       session.Receive(server.sliced(at, qMin(chunk, server.size() - at)));
@@ -109,10 +108,9 @@ TEST_F(Pop3SessionTest, StopsAtAMessageThatCannotBeStored) {
 TEST_F(Pop3SessionTest, AsksForHeadersOnlyWhenARuleCouldMatch) {
   events_.wantsHeaders = true;
   events_.deleteOnServer = true;
-  EXPECT_EQ(Play(kLogin +
-                 "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n"
-                 "+OK\r\nSubject: stop\r\n\r\n.\r\n+OK\r\nSubject: go\r\n\r\n.\r\n"
-                 "+OK\r\ngo\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
+  EXPECT_EQ(Play(kLogin + "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n"
+                          "+OK\r\nSubject: stop\r\n\r\n.\r\n+OK\r\nSubject: go\r\n\r\n.\r\n"
+                          "+OK\r\ngo\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
             kSaidLogin + QStringLiteral("|TOP 1 0|TOP 2 0|RETR 2|DELE 1|DELE 2|QUIT"));
   EXPECT_EQ(events_.sources, QList<QByteArray>{"go\r\n"});
 }

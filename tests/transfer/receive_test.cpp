@@ -57,7 +57,9 @@ class ReceiveTest : public testing::Test {
                          "Subject: " + QByteArray::number(i) + "\r\n\r\n.leading dot\r\ntext\r\n");
     }
   }
-  qsizetype Rows() { return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size(); }
+  qsizetype Rows() {
+    return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();
+  }
 
   LoopbackPop3Server server_;
   TestProfile profile_;

@@ -166,7 +166,8 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   EXPECT_EQ(tree->findItems(QStringLiteral("くずかご"), Qt::MatchRecursive).size(), 1);
   EXPECT_TRUE(PageText().contains(QStringLiteral("件名")));
-  EXPECT_EQ(QDir(Folder() + QStringLiteral("temp")).entryList({QStringLiteral("*.html")}).size(), 0);
+  EXPECT_EQ(QDir(Folder() + QStringLiteral("temp")).entryList({QStringLiteral("*.html")}).size(),
+            0);
 
   QMenu* tools = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuTools"));
   EXPECT_EQ(tools->actions().value(0)->text(), QStringLiteral("メッセージ送受信(&M)"));
@@ -184,8 +185,9 @@ TEST_F(ProgramTest, ASecondInstanceIsRefused) {
 TEST_F(ProgramTest, AWrongPasswordIsToldAndTheRightOneOpens) {
   Prepare(QStringLiteral("abc"));
   StartProgram();
-  EXPECT_EQ(NextMessageBox([this] { LogInWith(QStringLiteral("xyz")); }),
-            QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"));
+  EXPECT_EQ(
+      NextMessageBox([this] { LogInWith(QStringLiteral("xyz")); }),
+      QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"));
   LogInWith(QStringLiteral("abc"));  // the wrong one is selected and typed over
   AwaitInbox();
 }
@@ -209,8 +211,7 @@ TEST_F(ProgramTest, ReceivedMailAppearsAndItsLinksOpenMessages) {
   auto* message = TopLevel<MessageWindow>();
   ASSERT_NE(message, nullptr);
   EXPECT_EQ(message->objectName(), QStringLiteral("Mail"));
-  const QString subject =
-      message->findChild<QLineEdit*>(QStringLiteral("txSubject"))->text();
+  const QString subject = message->findChild<QLineEdit*>(QStringLiteral("txSubject"))->text();
   ASSERT_TRUE(subject.startsWith(QStringLiteral("会議 ")));
   EXPECT_EQ(message->findChild<QPlainTextEdit*>(QStringLiteral("txMemo"))->toPlainText(),
             QStringLiteral("本文") + subject.right(1) + u'\n');
@@ -244,9 +245,10 @@ TEST_F(ProgramTest, TheButtonsTurnThePages) {
 }
 
 TEST_F(ProgramTest, HostileSubjectsCannotScriptLoadOrLeaveThePage) {
-  server_.AddMessage("u", "From: a@x\r\nSubject: <script>document.title='owned'</script>"
-                          "<img src=http://127.0.0.1:1/x><meta http-equiv=refresh "
-                          "content=0;url=http://127.0.0.1:1/>visible\r\n\r\n\r\n");
+  server_.AddMessage("u",
+                     "From: a@x\r\nSubject: <script>document.title='owned'</script>"
+                     "<img src=http://127.0.0.1:1/x><meta http-equiv=refresh "
+                     "content=0;url=http://127.0.0.1:1/>visible\r\n\r\n\r\n");
   Prepare(QString());
   StartProgram();
   LogInWith(QString());
@@ -283,8 +285,7 @@ TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
   ParentWindow* parent = program_->Parent();
   auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   const auto click = [&](const char16_t* name) {
-    QTreeWidgetItem* item =
-        tree->findItems(QString::fromUtf16(name), Qt::MatchRecursive).value(0);
+    QTreeWidgetItem* item = tree->findItems(QString::fromUtf16(name), Qt::MatchRecursive).value(0);
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
                       tree->visualItemRect(item).center());
     WaitFor([] { return false; }, 400);

@@ -59,7 +59,9 @@ void ConsoleTree::Fill() {
   expandAll();
 }
 
-QTreeWidgetItem* ConsoleTree::Group(const QString& type) const { return groups_.value(type); }
+QTreeWidgetItem* ConsoleTree::Group(const QString& type) const {
+  return groups_.value(type);
+}
 
 void ConsoleTree::ShowObject(const Disk& object) {
   QTreeWidgetItem* group = Group(object.Text(u"FormName"));
@@ -86,8 +88,7 @@ QString ConsoleTree::NodeText(const QString& serialId) const {
   return node == nullptr ? QString() : node->text(0);
 }
 
-void ConsoleTree::AddEventNode(const QString& serialId, const QString& title,
-                               const QString& icon) {
+void ConsoleTree::AddEventNode(const QString& serialId, const QString& title, const QString& icon) {
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
   auto* node = new QTreeWidgetItem(log, {title});

@@ -15,12 +15,14 @@
 #include "objects/select_objects.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kWidth = 360;
+
+}  // namespace
 
 LoginWindow::LoginWindow(Context& context, QWidget* parent)
-    : QDialog(parent),
-      context_(context),
-      cbProfile_(new QComboBox),
-      txPassword_(new QLineEdit) {
+    : QDialog(parent), context_(context), cbProfile_(new QComboBox), txPassword_(new QLineEdit) {
   setObjectName(QStringLiteral("login"));
   setWindowTitle(QStringLiteral("プロファイルの選択(&L)").remove(QStringLiteral("(&L)")));
   setWindowIcon(Icon(QStringLiteral("mail")));
@@ -31,8 +33,8 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
   auto* picture = new QLabel;
   picture->setObjectName(QStringLiteral("piObject"));
   picture->setPixmap(Icon(object_type::kProfile).pixmap(48, 48));
-  auto* product = new QLabel(kApplicationTitle + QStringLiteral(" version. ") +
-                             context_.VersionText);
+  auto* product =
+      new QLabel(kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   product->setObjectName(QStringLiteral("Label3"));
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -43,6 +45,7 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
   connect(buttons, &QDialogButtonBox::accepted, this, &LoginWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &LoginWindow::reject);
 
+  setMinimumWidth(kWidth);
   auto* form = new QFormLayout(this);
   form->addRow(picture, product);
   form->addRow(QStringLiteral("プロファイル(&L)"), cbProfile_);

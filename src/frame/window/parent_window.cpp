@@ -150,7 +150,9 @@ bool ParentWindow::IsEnabled() const {
   return QApplication::activeModalWidget() == nullptr && isEnabled();
 }
 
-std::vector<RequestWindow*> ParentWindow::OpenWindows() const { return windows_; }
+std::vector<RequestWindow*> ParentWindow::OpenWindows() const {
+  return windows_;
+}
 
 RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
   if (status == u"browser") {
@@ -209,7 +211,9 @@ QString ParentWindow::NodeText(const QString& serialId) const {
   return tvConsole_->NodeText(serialId);
 }
 
-void ParentWindow::RefreshNode(const QString& serialId) { tvConsole_->RefreshNode(serialId); }
+void ParentWindow::RefreshNode(const QString& serialId) {
+  tvConsole_->RefreshNode(serialId);
+}
 
 void ParentWindow::AddEvent(int level, int mode, const QString& reference, const QString& title,
                             const QString& category, const QString& text) {
@@ -256,9 +260,9 @@ void ParentWindow::OpenFolder(const QString& serialId) {
 void ParentWindow::OpenEvent(const QString& serialId) {
   const DiskPtr record = events_.Find(serialId);
   if (record == nullptr) return;
-  QMessageBox::information(this, kApplicationTitle,
-                           record->Text(u"daytime") + kLineBreak + kLineBreak +
-                               record->Text(u"message"));
+  QMessageBox::information(
+      this, kApplicationTitle,
+      record->Text(u"daytime") + kLineBreak + kLineBreak + record->Text(u"message"));
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {

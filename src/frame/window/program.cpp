@@ -22,7 +22,9 @@ Program::~Program() {
   context_.Data.CloseAll();
 }
 
-ParentWindow* Program::Parent() const { return parent_; }
+ParentWindow* Program::Parent() const {
+  return parent_;
+}
 
 bool Program::Refuse(const QString& reason) const {
   QMessageBox::critical(nullptr, kApplicationTitle, reason);
@@ -54,7 +56,8 @@ bool Program::Start() {
   return true;
 }
 
-// Pages are deleted once they are loaded; those of a program that was killed hold subjects in clear.
+// Pages are deleted once they are loaded; those of a program that was killed hold subjects in
+// clear.
 void Program::RemoveOldPages() const {
   QDir pages(context_.TempFolder);
   for (const QString& name : pages.entryList({QStringLiteral("*.html")}, QDir::Files)) {

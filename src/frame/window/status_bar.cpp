@@ -14,10 +14,7 @@ constexpr int kPanelWidth = 220;
 }  // namespace
 
 MainStatusBar::MainStatusBar(QWidget* parent)
-    : QStatusBar(parent),
-      icon_(new QLabel),
-      text_(new QLabel),
-      cancel_(new QToolButton) {
+    : QStatusBar(parent), icon_(new QLabel), text_(new QLabel), cancel_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(QStringLiteral("中止"));

@@ -24,8 +24,8 @@ VersionWindow::VersionWindow(Context& context)
   picture->setObjectName(QStringLiteral("Image1"));
   picture->setPixmap(Icon(QStringLiteral("mail")).pixmap(64, 64));
   picture->setAlignment(Qt::AlignCenter);
-  auto* line = new QLabel(kApplicationTitle + u' ' + QStringLiteral("version. ") +
-                          context_.VersionText);
+  auto* line =
+      new QLabel(kApplicationTitle + u' ' + QStringLiteral("version. ") + context_.VersionText);
   line->setObjectName(QStringLiteral("Label1"));
   line->setAlignment(Qt::AlignCenter);
   auto* layout = new QVBoxLayout(this);

@@ -94,17 +94,15 @@ void MessageWindow::Fill(const OpenedMessage& message) {
   txSubject_->setCursorPosition(0);
   lvMailaddress_->clear();
   for (const AddressEntry& address : message.addresses) {
-    lvMailaddress_->addItem(KindLabel(address.kind) + QStringLiteral(": ") +
-                            address.presentable);
+    lvMailaddress_->addItem(KindLabel(address.kind) + QStringLiteral(": ") + address.presentable);
   }
   lvClip_->clear();
   for (const Attachment& attachment : message.attachments) lvClip_->addItem(attachment.name);
   lvClip_->setVisible(lvClip_->count() > 0);
   lbClip_->setVisible(lvClip_->count() > 0);
-  txMemo_->setPlainText(message.found
-                            ? message.text
-                            : QStringLiteral("メッセージを読み込めません。") +
-                                  context_.Data.LastError().text);
+  txMemo_->setPlainText(message.found ? message.text
+                                      : QStringLiteral("メッセージを読み込めません。") +
+                                            context_.Data.LastError().text);
 }
 
 void MessageWindow::ShowModeless() {

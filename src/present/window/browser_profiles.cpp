@@ -12,9 +12,8 @@ class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
  public:
   using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
   void interceptRequest(QWebEngineUrlRequestInfo& info) override {
-    const bool isPage =
-        info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
-        info.requestUrl().isLocalFile();
+    const bool isPage = info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
+                        info.requestUrl().isLocalFile();
     if (!isPage) info.block(true);
   }
 };

@@ -111,8 +111,8 @@ bool BrowserWindow::CreatePage() {
   DeletePageFile();
   bool before = false;
   bool next = false;
-  const QString path = pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1),
-                                                    before, next);
+  const QString path =
+      pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next);
   bag_->Let(kUrl, path);
   bag_->Let(kBefore, before);
   bag_->Let(kNext, next);

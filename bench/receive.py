@@ -1,0 +1,190 @@
+#!/usr/bin/env python3
+"""Receiving 10,000 messages of mixed size from Dovecot on loopback: vornctl into its encrypted
+store, mpop into a plain Maildir, and a bare pipelined RETR that throws everything away, in turns.
+
+Prints one JSON line per figure: the median of the rounds in seconds, and the ratio to mpop.
+usage: receive.py VORNCTL [--messages N] [--rounds N]
+"""
+import argparse
+import base64
+import email.utils
+import json
+import os
+import pathlib
+import random
+import shutil
+import socket
+import statistics
+import subprocess
+import tempfile
+import time
+
+
+def make_mail(folder, count):
+    """Mixed sizes, 118 MB for 10,000 messages: mostly short, some with large attachments."""
+    rng = random.Random(20261124)
+    words = "会議 資料 お世話 確認 明日 東京 報告 見積 請求 予定 ありがとうございます".split()
+    total = 0
+    for i in range(count):
+        size = rng.choice([1500, 3000, 3000, 6000, 6000, 12000, 12000, 24000, 32500])
+        text = ""
+        while len(text.encode("iso2022_jp")) < min(size, 6000):
+            text += "".join(rng.choice(words) for _ in range(8)) + "。\n"
+        body = text.encode("iso2022_jp").decode("ascii")
+        boundary = "b%d" % i
+        rest = size - len(body)
+        parts = "--%s\nContent-Type: text/plain; charset=ISO-2022-JP\n\n%s\n" % (boundary, body)
+        if rest > 500:
+            blob = rng.randbytes(45)
+            line = base64.b64encode(blob).decode() + "\n"
+            parts += ("--%s\nContent-Type: application/pdf; name=a.pdf\n"
+                      "Content-Transfer-Encoding: base64\n\n%s" % (boundary, line * (rest // 61)))
+        source = ("From: =?UTF-8?B?5L2Q6Jek?= <sato%d@example.jp>\nTo: yamada@example.org\n"
+                  "Date: %s\nMessage-ID: <%d@example.jp>\n"
+                  "Subject: =?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= %d\nMIME-Version: 1.0\n"
+                  "Content-Type: multipart/mixed; boundary=%s\n\n%s--%s--\n"
+                  % (i % 50, email.utils.formatdate(1700000000 + i), i, i, boundary, parts,
+                     boundary))
+        path = folder / ("%d.%06d.bench" % (1700000000 + i, i))
+        path.write_text(source)
+        total += len(source) + source.count("\n")
+    return total
+
+
+class Dovecot:
+    def __init__(self, work, count):
+        self.mail = work / "mail"
+        for part in ("cur", "new", "tmp"):
+            (self.mail / part).mkdir(parents=True)
+        self.bytes = make_mail(self.mail / "new", count)
+        os.chmod(work, 0o755)
+        subprocess.run(["chown", "-R", "mail:mail", str(self.mail)], check=True)
+        with socket.socket() as probe:
+            probe.bind(("127.0.0.1", 0))
+            self.port = probe.getsockname()[1]
+        config = work / "dovecot.conf"
+        config.write_text(f"""
+protocols = pop3
+base_dir = {work}/run
+log_path = {work}/log
+ssl = no
+disable_plaintext_auth = no
+auth_mechanisms = plain login
+default_login_user = dovenull
+default_internal_user = dovecot
+first_valid_uid = 1
+mail_location = maildir:{work}/mail
+passdb {{
+  driver = static
+  args = password={{PLAIN}}secret
+}}
+userdb {{
+  driver = static
+  args = uid=mail gid=mail home={work}
+}}
+service pop3-login {{
+  inet_listener pop3 {{
+    address = 127.0.0.1
+    port = {self.port}
+  }}
+  inet_listener pop3s {{
+    port = 0
+  }}
+}}
+""")
+        self.process = subprocess.Popen(["dovecot", "-F", "-c", str(config)])
+        for _ in range(100):
+            try:
+                socket.create_connection(("127.0.0.1", self.port)).close()
+                return
+            except OSError:
+                time.sleep(0.05)
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+def bare(port):
+    start = time.perf_counter()
+    with socket.create_connection(("127.0.0.1", port)) as s:
+        f = s.makefile("rb", buffering=1 << 20)
+        f.readline()
+        s.sendall(b"USER u\r\nPASS secret\r\nSTAT\r\n")
+        f.readline(), f.readline()
+        count = int(f.readline().split()[1])
+        sent = 0
+        for i in range(count):
+            while sent < min(count, i + 64):
+                sent += 1
+                s.sendall(b"RETR %d\r\n" % sent)
+            f.readline()
+            while f.readline() != b".\r\n":
+                pass
+        s.sendall(b"QUIT\r\n")
+        f.readline()
+    return time.perf_counter() - start
+
+
+def mpop(port, work):
+    shutil.rmtree(work / "mpop", ignore_errors=True)
+    for part in ("cur", "new", "tmp"):
+        (work / "mpop" / part).mkdir(parents=True)
+    config = work / "mpoprc"
+    config.write_text(f"account a\nhost 127.0.0.1\nport {port}\nuser u\npassword secret\n"
+                      f"auth user\ntls off\nkeep on\nonly_new on\nreceived_header off\n"
+                      f"uidls_file {work}/mpop.uidls\ndelivery maildir {work}/mpop\n")
+    config.chmod(0o600)
+    (work / "mpop.uidls").unlink(missing_ok=True)
+    start = time.perf_counter()
+    subprocess.run(["mpop", "-C", str(config), "-q", "a"], check=True)
+    return time.perf_counter() - start
+
+
+def vorn(program, port, work, count):
+    data = work / "vorn"
+    shutil.rmtree(data, ignore_errors=True)
+    subprocess.run([program, "--data", str(data), "account", "add", "--name", "bench", "--address",
+                    "y@example.org", "--in-server", "127.0.0.1", "--in-port", str(port),
+                    "--in-user", "u", "--in-password-fd", "0"],
+                   input=b"secret\n", check=True, stdout=subprocess.DEVNULL)
+    start = time.perf_counter()
+    done = subprocess.run([program, "--data", str(data), "receive", "--json"], check=True,
+                          capture_output=True)
+    seconds = time.perf_counter() - start
+    result = json.loads(done.stdout.splitlines()[-1])
+    assert result["stored"] == count, result
+    return seconds
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("vornctl")
+    parser.add_argument("--messages", type=int, default=10000)
+    parser.add_argument("--rounds", type=int, default=3)
+    arguments = parser.parse_args()
+    program = os.path.abspath(arguments.vornctl)
+    with tempfile.TemporaryDirectory() as name:
+        work = pathlib.Path(name)
+        os.environ["XDG_CONFIG_HOME"] = str(work / "config")
+        dovecot = Dovecot(work, arguments.messages)
+        try:
+            bare(dovecot.port)  # the server builds its index once
+            times = {"bare": [], "mpop": [], "vorn": []}
+            for _ in range(arguments.rounds):
+                times["bare"].append(bare(dovecot.port))
+                times["mpop"].append(mpop(dovecot.port, work))
+                times["vorn"].append(vorn(program, dovecot.port, work, arguments.messages))
+        finally:
+            dovecot.stop()
+        peer = statistics.median(times["mpop"])
+        for who, seconds in times.items():
+            median = statistics.median(seconds)
+            print(json.dumps({"figure": "receive", "who": who, "messages": arguments.messages,
+                              "megabytes": round(dovecot.bytes / 1e6, 1),
+                              "seconds": round(median, 3), "ratio_to_mpop": round(median / peer, 2),
+                              "rounds": [round(s, 3) for s in seconds]}))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,18 @@
+#include "fuzz_input.h"
+#include "mail/address.h"
+#include "mail/mime_codec.h"
+
+using namespace vorn;
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const QByteArray field = "To: " + fuzz::Bytes(data, size).toByteArray().replace('\n', ' ');
+  const QString decoded = MimeCodec::DecodeHeader(field, 0, CharsetChoice::Automatic,
+                                                  MimeCodec::HeaderUse::AddressList);
+  const QString lines = ParseAddressList(decoded);
+  for (const QString& line : lines.split(QStringLiteral("\r\n"))) {
+    fuzz::Require(line.startsWith(QStringLiteral("TO: ")) && fuzz::IsOneLine(line));
+    fuzz::Require(!ParseAddressEntry(line).address.isEmpty());
+  }
+  ParseAddressEntry(QString::fromUtf8(fuzz::Bytes(data, size)));
+  return 0;
+}

@@ -1,0 +1,18 @@
+#include "fuzz_input.h"
+#include "present/page_tags.h"
+
+using namespace vorn;
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const PageTagTable table = CreatePageTagTable();
+  const QByteArray text = fuzz::Bytes(data, size).toByteArray();
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    for (const PageTag& tag : table) {
+      if (!MatchTagPattern(text, tag.section, at)) continue;
+      qsizetype position = at + tag.section.length;
+      ReadChildTags(text, tag, position);
+      fuzz::Require(position <= text.size());
+    }
+  }
+  return 0;
+}
