@@ -88,7 +88,7 @@ QString AsText(const QJsonObject& message) {
   QStringList lines{QStringLiteral("件名: ") + message[QStringLiteral("subject")].toString(),
                     message[QStringLiteral("addressLines")].toString(), QString(),
                     message[QStringLiteral("text")].toString()};
-  for (const QJsonValue& attachment : message[QStringLiteral("attachments")].toArray()) {
+  for (const auto& attachment : message[QStringLiteral("attachments")].toArray()) {
     lines.append(QStringLiteral("添付: %1（%2、%3バイト）")
                      .arg(attachment[QStringLiteral("name")].toString(),
                           attachment[QStringLiteral("type")].toString())

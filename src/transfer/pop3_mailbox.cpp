@@ -32,11 +32,11 @@ std::vector<NumberedLine> ReadLines(const QByteArray& body) {
 std::vector<Pop3Message> ReadMailbox(const QByteArray& list, const QByteArray& uidl) {
   QHash<int, QByteArray> identifiers;
   QHash<QByteArray, int> uses;
-  for (NumberedLine& line : ReadLines(uidl)) {
+  for (const NumberedLine& line : ReadLines(uidl)) {
     if (line.rest.isEmpty() || line.rest.size() > kMaxUidl) continue;
     if (identifiers.contains(line.number)) continue;
     ++uses[line.rest];
-    identifiers.insert(line.number, std::move(line.rest));
+    identifiers.insert(line.number, line.rest);
   }
   std::vector<Pop3Message> messages;
   QHash<int, bool> seen;
