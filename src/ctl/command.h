@@ -19,6 +19,7 @@ int AddAccount(Context& context, const Arguments& arguments);
 int Receive(Context& context, const Arguments& arguments);
 int ListFolder(Context& context, const Arguments& arguments);
 int WritePage(Context& context, const Arguments& arguments);
+int CheckFiles(Context& context, const Arguments& arguments);
 /// Needs no data folder.
 int Inspect(const Arguments& arguments);
 

@@ -22,6 +22,7 @@ constexpr char16_t kUsage[] =
     u"  receive [--account 名前] [--json]\n"
     u"  list フォルダ [--json]\n"
     u"  page フォルダ [--page 番号] --out ファイル\n"
+    u"  check [--json]\n"
     u"  inspect ファイル|- [--json]\n"
     u"\n"
     u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"

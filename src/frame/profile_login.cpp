@@ -41,6 +41,8 @@ DiskPtr FindProfile(const Context& context, const QString& name) {
 }
 
 bool TestProfilePassword(Context& context, const Disk& profile, const QString& password) {
+  QString unfinished;
+  if (!FinishPasswordChange(context, profile, &unfinished)) return false;
   const QString path = ProfilePath(context, profile);
   return !QFile::exists(path) || context.Data.TestPassword(path, password);
 }

@@ -2,11 +2,17 @@
 
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/password_change.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kFileNameCharacters = 8;  // of a serial identifier, enough to name a file
+
+PasswordChange ChangeOf(Context& context, const Disk& profile) {
+  const QStringList files = ProfileFiles(context, profile);
+  return {context.Data, files.first() + QStringLiteral(".decided"), files};
+}
 
 }  // namespace
 
@@ -38,6 +44,37 @@ void EnterProfile(Context& context, const DiskPtr& profile, const QString& passw
 bool MarkDefaultProfile(Context& context) {
   context.Session->Let(QStringLiteral("Default"), true);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
+}
+
+QStringList ProfileFiles(const Context& context, const Disk& profile) {
+  QStringList files{PlatformPath(context, profile.Text(u"Profile"))};
+  const QString lists = profile.Text(u"Mail") + kLineBreak + profile.Text(u"History");
+  for (const QString& line : lists.split(kLineBreak, Qt::SkipEmptyParts)) {
+    files.append(PlatformPath(context, line));
+  }
+  files.removeDuplicates();
+  return files;
+}
+
+bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
+                           const QString& newPassword, QString* error) {
+  PasswordChange change = ChangeOf(context, profile);
+  if (!change.Run(oldPassword, newPassword)) {
+    *error = QStringLiteral("パスワードを変更できませんでした。前のパスワードのままです。") +
+             change.Error().text;
+    return false;
+  }
+  if (context.Session->SerialID() == profile.SerialID()) {
+    context.Session->Let(QStringLiteral("password"), newPassword);
+  }
+  return true;
+}
+
+bool FinishPasswordChange(Context& context, const Disk& profile, QString* error) {
+  PasswordChange change = ChangeOf(context, profile);
+  if (change.Finish()) return true;
+  *error = change.Error().text;
+  return false;
 }
 
 }  // namespace vorn

@@ -300,12 +300,45 @@ bool Connection::MakeDurable() {
 
 bool Connection::ChangeKey(const QString& newPassword) {
   // Out of the log first: the key change then rewrites the file in one ordinary transaction.
-  if (!Run("PRAGMA journal_mode = DELETE")) return false;
+  if (Scalar("PRAGMA journal_mode = DELETE").toString() != u"delete") {
+    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+    return false;
+  }
   for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
   idle_.clear();
   const QByteArray key = FileKey(newPassword);
   return sqlite3_rekey(handle_, key.constData(), static_cast<int>(key.size())) == SQLITE_OK ||
          Fail();
+}
+
+bool Connection::TakeExclusively() {
+  if (Scalar("PRAGMA journal_mode = DELETE").toString() != u"delete") {
+    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+    return false;
+  }
+  if (!Run("BEGIN EXCLUSIVE")) return false;
+  depth_ = 1;
+  return true;
+}
+
+QStringList Connection::Check() {
+  QStringList problems;
+  const auto statement = Prepare("PRAGMA integrity_check(20)");
+  Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
+  for (; step == Statement::Step::Row; step = statement->Next()) {
+    const QString row = statement->Value(0).toString();
+    if (row != u"ok") problems.append(row);
+  }
+  if (step == Statement::Step::Failed) problems.append(error_.text);
+  if (!problems.isEmpty()) return problems;
+  const bool hasMail =
+      Scalar("SELECT COUNT(0) FROM sqlite_master WHERE name = 'mail'").toInt() > 0;
+  const int lost =
+      hasMail ? Scalar("SELECT COUNT(0) FROM mail WHERE MAIL NOT IN (SELECT ID FROM long_binary)")
+                    .toInt()
+              : 0;
+  if (lost > 0) problems.append(QStringLiteral("本文のないメッセージが%1通あります。").arg(lost));
+  return problems;
 }
 
 qint64 Connection::LastRowId() const {

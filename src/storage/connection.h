@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <memory>
 
@@ -76,6 +77,10 @@ class Connection {
   /// Forces everything committed so far onto the disk (checkpoint with full sync).
   bool MakeDurable();
   bool ChangeKey(const QString& newPassword);
+  /// Takes the file for this connection alone, nothing left in its log, until the next `Rollback`.
+  bool TakeExclusively();
+  /// Reads the whole file; what is wrong with it, empty when it is sound.
+  QStringList Check();
 
   qint64 LastRowId() const;
   QByteArray ReadLongBinary(qint64 id);

@@ -167,6 +167,26 @@ bool DataSession::ChangePassword(const QString& path, const QString& oldPassword
   return connection->ChangeKey(newPassword) || FailWith(connection->LastError());
 }
 
+bool DataSession::CopyFile(const QString& path, const QString& password, const QString& target) {
+  Close();
+  pool_.Drop(path);
+  const auto connection =
+      Connection::Open(path, password, Connection::Mode::Existing, &error_);
+  if (connection == nullptr) return false;
+  if (!connection->TakeExclusively()) return FailWith(connection->LastError());
+  const bool copied = QFile::copy(path, target);
+  connection->Rollback();
+  return copied || FailWith({StorageError::Kind::DiskFull,
+                             QStringLiteral("ファイルを複製できません。ディスクの空き容量を確認して"
+                                            "ください。")});
+}
+
+QStringList DataSession::CheckFile(const QString& path, const QString& password) {
+  if (!QFile::exists(path)) return {QStringLiteral("ファイルがありません。")};
+  const auto connection = Warm(path, password);
+  return connection == nullptr ? QStringList{error_.text} : connection->Check();
+}
+
 void DataSession::CloseAll() {
   Close();
   EndGroup();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 #include "storage/connection.h"
@@ -52,6 +53,11 @@ class DataSession {
   bool TestPassword(const QString& path, const QString& password);
   /// Re-keys a file. On failure the old password stays valid.
   bool ChangePassword(const QString& path, const QString& oldPassword, const QString& newPassword);
+
+  /// Copies a file that no other program has open, with all that was committed to it.
+  bool CopyFile(const QString& path, const QString& password, const QString& target);
+  /// What is wrong with a file, as sentences for the user; empty when it is sound. Reads all of it.
+  QStringList CheckFile(const QString& path, const QString& password);
 
   /// From here on, transactions on the file at `path` are gathered and reach it together at
   /// `FlushGroup` or `EndGroup`: storing thousands of messages then writes each page once. They

@@ -8,7 +8,7 @@ QByteArray FileKey(const QString& password) {
 
 StorageError EngineError(sqlite3* handle) {
   using Kind = StorageError::Kind;
-  const int code = handle == nullptr ? SQLITE_NOMEM : sqlite3_errcode(handle);
+  const int code = handle == nullptr ? SQLITE_NOMEM : sqlite3_extended_errcode(handle);
   switch (code & 0xFF) {
     case SQLITE_OK:
       return {};
@@ -21,6 +21,13 @@ StorageError EngineError(sqlite3* handle) {
     case SQLITE_LOCKED:
       return {Kind::Busy,
               QStringLiteral("データベースが使用中です。しばらくしてからやり直してください。")};
+    case SQLITE_IOERR:
+      if (code == SQLITE_IOERR_WRITE || code == SQLITE_IOERR_SHMSIZE ||
+          code == SQLITE_IOERR_TRUNCATE) {
+        return {Kind::DiskFull,
+                QStringLiteral("ディスクに書き込めません。空き容量を確認してください。")};
+      }
+      return {Kind::Damaged, QStringLiteral("データベースファイルを読み書きできません。")};
     case SQLITE_FULL:
       return {
           Kind::DiskFull,

@@ -1,0 +1,229 @@
+// The store under sudden death and a full disk.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSet>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "mail/mail_store.h"
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+constexpr int kKills = 100;
+
+// What a worker said it had done.
+struct Report {
+  QSet<QString> stored;
+  QSet<QString> opened;
+  QString password;
+  QString nextPassword;  // of a change under way
+
+  void Read(const QByteArray& output) {
+    for (const QByteArray& line : output.split('\n')) {
+      const QString value = QString::fromLatin1(line.mid(line.indexOf(' ') + 1));
+      if (line.startsWith("stored ")) stored.insert(value);
+      if (line.startsWith("opened ")) opened.insert(value);
+      if (line.startsWith("changing ")) nextPassword = value;
+      if (line.startsWith("changed ")) password = value;
+      EXPECT_FALSE(line.startsWith("error ")) << line.toStdString();
+    }
+  }
+};
+
+QByteArray RunAndKill(const QString& folder, const QString& password, int milliseconds) {
+  QProcess worker;
+  worker.start(QStringLiteral(VORN_STORE_WORKER), {folder, password});
+  EXPECT_TRUE(worker.waitForReadyRead(20000));
+  worker.waitForFinished(milliseconds);
+  worker.kill();
+  worker.waitForFinished();
+  return worker.readAllStandardOutput();
+}
+
+TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
+  QTemporaryDir folder;
+  const QString data = folder.path() + QStringLiteral("/data/");
+  Report report;
+  {
+    Context context;
+    QString error;
+    ASSERT_TRUE(StartUp(context, data, &error)) << error.toStdString();
+    ASSERT_NE(CreateFirstProfile(context), nullptr);
+    ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+    context.Data.CloseAll();
+  }
+  int changes = 0;
+  for (int kill = 0; kill < kKills; ++kill) {
+    const QString before = report.password;
+    report.Read(RunAndKill(data, report.password, QRandomGenerator::global()->bounded(1, 500)));
+
+    Context context;
+    QString error;
+    ASSERT_TRUE(StartUp(context, data, &error)) << error.toStdString();
+    // A change that was under way has happened whole or not at all.
+    if (!LogIn(context, {}, report.password, &error)) {
+      ASSERT_FALSE(report.nextPassword.isEmpty()) << error.toStdString();
+      report.password = report.nextPassword;
+      ASSERT_TRUE(LogIn(context, {}, report.password, &error)) << error.toStdString();
+    }
+    if (report.password != before) ++changes;
+    report.nextPassword.clear();
+    for (const QString& file : ProfileFiles(context, *context.Session)) {
+      EXPECT_EQ(context.Data.CheckFile(file, report.password).join(u'\n'), QString()) << kill;
+    }
+    ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+    ASSERT_TRUE(context.Data.OpenRecordset(
+        QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"), CursorKind::ForwardOnly));
+    QSet<QString> present;
+    for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
+      present.insert(rows->SerialID());
+      if (report.opened.contains(rows->SerialID())) {
+        EXPECT_EQ(rows->Fields(u"FIELD_FLAG").toString(), QStringLiteral("0200"));
+      }
+    }
+    EXPECT_TRUE(present.contains(report.stored)) << "lost after kill " << kill;
+    ASSERT_TRUE(context.Data.OpenRecordset(
+        QStringLiteral("SELECT COUNT(0) AS V FROM folder"), CursorKind::ForwardOnly));
+    EXPECT_EQ(context.Data.Recordset()->Fields(u"V").toInt(), present.size() * 2);
+    context.Data.CloseAll();
+  }
+  EXPECT_GT(report.stored.size(), kKills);
+  EXPECT_GT(changes, 5);
+}
+
+// A small file system that goes with the object; not there unless the tests run as root.
+class SmallDisk {
+ public:
+  SmallDisk() {
+    mounted_ = QProcess::execute(QStringLiteral("mount"),
+                                 {QStringLiteral("-t"), QStringLiteral("tmpfs"),
+                                  QStringLiteral("-o"), QStringLiteral("size=2m"),
+                                  QStringLiteral("tmpfs"), folder_.path()}) == 0;
+  }
+  ~SmallDisk() {
+    if (mounted_) QProcess::execute(QStringLiteral("umount"), {folder_.path()});
+  }
+  bool IsMounted() const { return mounted_; }
+  QString Path() const { return folder_.path() + u'/'; }
+
+ private:
+  QTemporaryDir folder_;
+  bool mounted_ = false;
+};
+
+TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
+  const SmallDisk disk;
+  if (!disk.IsMounted()) GTEST_SKIP() << "needs the right to mount a file system";
+  Context context;
+  QString error;
+  ASSERT_TRUE(StartUp(context, disk.Path() + QStringLiteral("data"), &error));
+  ASSERT_NE(CreateFirstProfile(context), nullptr);
+  ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  MailStore store(context);
+  QMap<QString, QByteArray> stored;
+  for (int i = 0; i < 200; ++i) {
+    const QByteArray source =
+        "Subject: " + QByteArray::number(i) + "\r\n\r\n" + QByteArray(30000, static_cast<char>('a' + i % 26));
+    const QString serial =
+        store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
+    if (serial.isEmpty()) break;
+    stored.insert(serial, source);
+  }
+  EXPECT_LT(stored.size(), 200);
+  EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::DiskFull)
+      << context.Data.LastError().text.toStdString();
+  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("new"), &error));
+  EXPECT_FALSE(error.isEmpty());
+
+  context.Data.CloseAll();
+  ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).join(u'\n'), QString());
+  for (auto message = stored.begin(); message != stored.end(); ++message) {
+    EXPECT_EQ(store.LoadMessageSource(Disk(message.key())), message.value());
+  }
+  context.Data.CloseAll();
+}
+
+class PasswordChangeTest : public testing::Test {
+ protected:
+  // Adds a second mail database to the profile's history.
+  void SetUp() override {
+    Context& context = profile_.Get();
+    const QString folder = context.Session->Text(u"Mail").section(u'\\', 0, 0) + u'\\';
+    const QString second = folder + QStringLiteral("second.mbx");
+    ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, second));
+    context.Session->Let(QStringLiteral("History"),
+                         context.Session->Text(u"Mail") + QStringLiteral("\r\n") + second);
+    profile_.Store("Subject: kept\r\n\r\n");
+    files_ = ProfileFiles(context, *context.Session);
+    ASSERT_EQ(files_.size(), 3);
+  }
+  bool AllOpenWith(const QString& password) {
+    bool open = true;
+    for (const QString& file : files_) {
+      open = open && profile_.Get().Data.CheckFile(file, password).isEmpty();
+    }
+    return open;
+  }
+
+  TestProfile profile_{QStringLiteral("old")};
+  QStringList files_;
+  QString error_;
+};
+
+TEST_F(PasswordChangeTest, EveryFileChangesAndTheSessionFollows) {
+  Context& context = profile_.Get();
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
+                                    QStringLiteral("new"), &error_))
+      << error_.toStdString();
+  EXPECT_TRUE(AllOpenWith(QStringLiteral("new")));
+  EXPECT_FALSE(AllOpenWith(QStringLiteral("old")));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail")).size(), 1);
+  EXPECT_TRUE(QDir(QFileInfo(files_[0]).path()).entryList({QStringLiteral("*.rekeyed*")}).isEmpty());
+}
+
+TEST_F(PasswordChangeTest, OneFileThatCannotChangeKeepsThemAll) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("wrong"),
+                                     QStringLiteral("new"), &error_));
+  DataSession other;  // another program holds the last file
+  ASSERT_TRUE(other.Open(files_[2], QStringLiteral("old")));
+  ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly));
+  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
+                                     QStringLiteral("new"), &error_));
+  EXPECT_FALSE(error_.isEmpty());
+  other.CloseAll();
+  EXPECT_TRUE(AllOpenWith(QStringLiteral("old")));
+}
+
+TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  const QByteArray sound = ReadFile(files_[1]);
+  QByteArray damaged = sound;
+  for (int i = 0; i < 64; ++i) damaged[damaged.size() / 2 + i] = static_cast<char>(i);
+  QFile file(files_[1]);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(damaged);
+  file.close();
+  EXPECT_FALSE(context.Data.CheckFile(files_[1], QStringLiteral("old")).isEmpty());
+  context.Data.CloseAll();
+  EXPECT_EQ(ReadFile(files_[1]).size(), damaged.size());
+}
+
+}  // namespace
+}  // namespace vorn

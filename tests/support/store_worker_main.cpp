@@ -1,0 +1,62 @@
+// A process to be killed: stores messages, changes states and the password without end, and says
+// on its standard output what has been done.
+//
+// usage: store-worker DATA-FOLDER PASSWORD
+// Lines: "stored SERIAL", "opened SERIAL", "changing PASSWORD", "changed PASSWORD".
+
+#include <QCoreApplication>
+#include <QRandomGenerator>
+#include <cstdio>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "mail/mail_store.h"
+#include "objects/profile.h"
+
+namespace {
+
+void Say(const char* what, const QString& value) {
+  std::printf("%s %s\n", what, qPrintable(value));
+  std::fflush(stdout);
+}
+
+[[noreturn]] void Die(const QString& reason) {
+  Say("error", reason);
+  std::exit(1);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace vorn;
+  const QCoreApplication application(argc, argv);
+  const QStringList arguments = QCoreApplication::arguments();
+  Context context;
+  QString error;
+  if (!StartUp(context, arguments.value(1), &error) ||
+      !LogIn(context, {}, arguments.value(2), &error)) {
+    Die(error);
+  }
+  MailStore store(context);
+  QString password = arguments.value(2);
+  for (int round = 0;; ++round) {
+    Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
+    request.Let(QStringLiteral("process"), 4);
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    request.Let(QStringLiteral("folder"), QStringLiteral("f1\r\nf2"));
+    const int size = QRandomGenerator::global()->bounded(100, 60000);
+    if (store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x')).isEmpty()) {
+      Die(context.Data.LastError().text);
+    }
+    Say("stored", request.SerialID());
+    request.Let(QStringLiteral("flag"), QStringLiteral("0200"));
+    if (!store.UpdateMessageState(kStateFlag, request, true)) Die(context.Data.LastError().text);
+    Say("opened", request.SerialID());
+    if (round % 3 != 2) continue;
+    const QString next = QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
+    Say("changing", next);
+    if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) Die(error);
+    Say("changed", next);
+    password = next;
+  }
+}
