@@ -5,6 +5,7 @@
 #include "mail/charset.h"
 #include "mail/content_index.h"
 #include "mail/header_decoding.h"
+#include "mail/header_editing.h"
 #include "mail/header_fields.h"
 #include "mail/header_parameters.h"
 #include "mail/identifiers.h"

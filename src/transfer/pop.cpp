@@ -1,9 +1,11 @@
 #include "transfer/pop.h"
 
 #include <QElapsedTimer>
+#include <QSslCertificate>
 #include <QSslSocket>
 
 #include "transfer/pop3_session.h"
+#include "transfer/smtp_session.h"
 
 namespace vorn {
 namespace {
@@ -35,15 +37,11 @@ void Pop::Begin() {
   deleted_ = 0;
   disconnected_ = false;
   events_->SessionStarted();
-  if (Mode != kPopReceive && Mode != kPopReceiveApop) {
-    Fail(PopError::Unsupported, QStringLiteral("この版では送信できません。"));
-    return;
-  }
+  refusedCertificate_.clear();
   socket_ = std::make_unique<QSslSocket>();
   socket_->setReadBufferSize(kReadBufferBytes);
-  session_ = std::make_unique<Pop3Session>(
-      Pop3Login{Server, User, Password, Mode == kPopReceiveApop}, *events_,
-      [this](const QByteArray& bytes) { socket_->write(bytes); });
+  socket_->setPeerVerifyName(Server);
+  session_ = MakeSession();
   connect(socket_.get(), &QSslSocket::connected, this, [this] { timeout_.start(ReplyTimeoutMs); });
   connect(socket_.get(), &QSslSocket::readyRead, this, [this] { pump_.start(0); });
   connect(socket_.get(), &QSslSocket::disconnected, this, [this] {
@@ -51,11 +49,62 @@ void Pop::Begin() {
     pump_.start(0);
   });
   connect(socket_.get(), &QSslSocket::errorOccurred, this, &Pop::SocketFailed);
+  connect(socket_.get(), &QSslSocket::sslErrors, this, &Pop::VerificationFailed);
+  connect(socket_.get(), &QSslSocket::encrypted, this, [this] {
+    timeout_.start(ReplyTimeoutMs);
+    session_->TlsEstablished();
+  });
   timeout_.start(ConnectTimeoutMs);
-  socket_->connectToHost(Server, static_cast<quint16>(ServerPort));
+  if (Encryption == Security::Tls) {
+    socket_->connectToHostEncrypted(Server, static_cast<quint16>(ServerPort));
+  } else {
+    socket_->connectToHost(Server, static_cast<quint16>(ServerPort));
+  }
+}
+
+std::unique_ptr<MailSession> Pop::MakeSession() {
+  const auto send = [this](const QByteArray& bytes) { socket_->write(bytes); };
+  const auto startTls = [this] { StartTls(); };
+  if (Mode == kPopReceive || Mode == kPopReceiveApop) {
+    return std::make_unique<Pop3Session>(
+        Pop3Login{Server, User, Password, Mode == kPopReceiveApop, Encryption, LoginOnly}, *events_,
+        send, startTls);
+  }
+  const QString lineBreak = QStringLiteral("\r\n");
+  return std::make_unique<SmtpSession>(
+      SmtpJob{Encryption, Authenticate, User, Password, MailFrom.section(lineBreak, 0, 0),
+              MailTo.split(lineBreak, Qt::SkipEmptyParts), message_, LoginOnly},
+      *events_, send, startTls);
+}
+
+void Pop::StartTls() {
+  timeout_.start(ConnectTimeoutMs);
+  socket_->startClientEncryption();
+}
+
+// A certificate that cannot be verified ends the session, unless the user chose to trust it.
+void Pop::VerificationFailed(const QList<QSslError>& errors) {
+  const QString fingerprint = QString::fromLatin1(
+      socket_->peerCertificate().digest(QCryptographicHash::Sha256).toHex());
+  if (TrustedCertificates.contains(fingerprint)) {
+    socket_->ignoreSslErrors();
+    return;
+  }
+  refusedCertificate_ = fingerprint;
+  QStringList reasons;
+  for (const QSslError& error : errors) reasons.append(error.errorString());
+  reasons.removeDuplicates();
+  Fail(PopError::Tls, QStringLiteral("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
+                          .arg(Server, reasons.join(QStringLiteral("、"))));
 }
 
 void Pop::SocketFailed() {
+  if (socket_ != nullptr && socket_->error() == QAbstractSocket::SslHandshakeFailedError) {
+    Fail(PopError::Tls, QStringLiteral("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
+                                       "設定を確認してください。（%2）")
+                            .arg(Server, socket_->errorString()));
+    return;
+  }
   // A connection that was there ends through `disconnected`, after the last bytes were read.
   if (socket_ == nullptr || socket_->state() == QAbstractSocket::ConnectedState ||
       socket_->state() == QAbstractSocket::ClosingState ||
@@ -84,6 +133,10 @@ void Pop::TimedOut() {
 
 void Pop::Pump() {
   if (session_ == nullptr) return;
+  // During a handshake the bytes are the socket's own.
+  if (socket_->mode() == QSslSocket::SslClientMode && !socket_->isEncrypted() && !disconnected_) {
+    return;
+  }
   QElapsedTimer turn;
   turn.start();
   bool moreWork = false;

@@ -2,17 +2,20 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QSslError>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <memory>
 
+#include "transfer/mail_session.h"
 #include "transfer/pop_events.h"
 
 class QSslSocket;
 
 namespace vorn {
 
-class Pop3Session;
+class MailSession;
 
 /// What a session does, by the numbers of the property `Mode`.
 enum PopMode { kPopReceive = 0, kPopSend = 1, kPopSendOther = 2, kPopReceiveApop = 3 };
@@ -37,10 +40,20 @@ class Pop : public QObject {
   int Mode = kPopReceive;
   QString MailFrom;
   QString MailTo;
+  /// How the connection is encrypted.
+  Security Encryption = Security::None;
+  /// Whether a send session logs in, as `User` with `Password`.
+  bool Authenticate = false;
+  /// Ends the session after the login.
+  bool LoginOnly = false;
   /// Free text kept for the owner: the plan job that the session serves.
   QString Tag;
   int ConnectTimeoutMs = 30000;
   int ReplyTimeoutMs = 60000;
+
+  /// Certificates, by their SHA-256 in hexadecimal, that the user trusts for this server although
+  /// they cannot be verified.
+  QStringList TrustedCertificates;
 
   /// The message that a send session transmits.
   void SetMessage(const QByteArray& data) { message_ = data; }
@@ -51,9 +64,14 @@ class Pop : public QObject {
   void Cancel();
   /// Messages that the last session deleted on the server.
   int DeletedOnServer() const { return deleted_; }
+  /// The fingerprint of the certificate that made the last session fail; empty when none did.
+  QString RefusedCertificate() const { return refusedCertificate_; }
 
  private:
   void Begin();
+  std::unique_ptr<MailSession> MakeSession();
+  void StartTls();
+  void VerificationFailed(const QList<QSslError>& errors);
   void SocketFailed();
   void TimedOut();
   void Pump();
@@ -65,7 +83,8 @@ class Pop : public QObject {
   QByteArray message_;
   int deleted_ = 0;
   std::unique_ptr<QSslSocket> socket_;
-  std::unique_ptr<Pop3Session> session_;
+  std::unique_ptr<MailSession> session_;
+  QString refusedCertificate_;
   QTimer timeout_;
   QTimer pump_;  // fires when there is work that waits for no server
   bool disconnected_ = false;

@@ -19,6 +19,8 @@ class Pop3ReplyReader {
   /// Reads on in a multi-line body, dot-stuffing undone; `Body` when its final dot was read. What
   /// has come so far is in `Body()`.
   Event NextBody();
+  /// Whether bytes have come that were not read yet.
+  bool HasUnread() const { return at_ < buffer_.size(); }
   /// Begins a body of about that many bytes.
   void BeginBody(qint64 expectedSize);
   const QByteArray& Body() const { return body_; }

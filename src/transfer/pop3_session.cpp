@@ -5,6 +5,8 @@
 #include <QList>
 #include <algorithm>
 
+#include "transfer/server_words.h"
+
 namespace vorn {
 namespace {
 
@@ -13,19 +15,6 @@ constexpr qint64 kWindowBytes = 4 * 1024 * 1024;
 // How long one call may work through known messages before the windows get their turn.
 constexpr qint64 kWorkMs = 10;
 constexpr int kProgressSteps = 1000;
-
-// A server's words as they may stand in a log: one line of readable length.
-QString ServerWords(const QByteArray& line) {
-  QString words = QString::fromUtf8(line.left(200)).simplified();
-  for (QChar& c : words) {
-    if (!c.isPrint()) c = u'?';
-  }
-  return words;
-}
-
-QString WithReply(const QString& sentence, const QByteArray& reply) {
-  return sentence + QStringLiteral("（サーバーの応答: ") + ServerWords(reply) + u'）';
-}
 
 // The time stamp of a greeting (RFC 1939 section 7, APOP). Only one shaped like a message
 // identifier is used: others have been made up to draw out passwords.
@@ -39,11 +28,6 @@ QByteArray TimestampOf(const QByteArray& greeting) {
   return isPlain && stamp.count('@') == 1 ? stamp : QByteArray();
 }
 
-bool IsSafeArgument(const QString& text) {
-  return std::none_of(text.begin(), text.end(),
-                      [](QChar c) { return c == u'\r' || c == u'\n' || c.isNull(); });
-}
-
 bool IsCapability(const QByteArray& body, QByteArrayView name) {
   for (const QByteArray& line : body.split('\n')) {
     if (line.trimmed().compare(name, Qt::CaseInsensitive) == 0) return true;
@@ -53,8 +37,12 @@ bool IsCapability(const QByteArray& body, QByteArrayView name) {
 
 }  // namespace
 
-Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send)
-    : login_(std::move(login)), events_(events), send_(std::move(send)) {}
+Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send,
+                         std::function<void()> startTls)
+    : login_(std::move(login)),
+      events_(events),
+      send_(std::move(send)),
+      startTls_(std::move(startTls)) {}
 
 void Pop3Session::Fail(PopError code, const QString& text) {
   events_.Error(static_cast<int>(code), text);
@@ -166,7 +154,10 @@ bool Pop3Session::ReadReply() {
 void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& line) {
   switch (pending.command) {
     case Command::Capa:
-      Login();
+      GreetedAndAsked(QByteArray());
+      break;
+    case Command::Stls:
+      StartTls(ok, line);
       break;
     case Command::User:
     case Command::Pass:
@@ -221,8 +212,7 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
 void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
   switch (pending.command) {
     case Command::Capa:
-      pipelining_ = IsCapability(body, "PIPELINING");
-      Login();
+      GreetedAndAsked(body);
       break;
     case Command::List:
       list_ = std::move(body);
@@ -252,6 +242,39 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
   }
 }
 
+// Once the server's capabilities are known, before and again after encryption.
+void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
+  pipelining_ = IsCapability(capabilities, "PIPELINING");
+  if (login_.security != Security::StartTls || encrypted_) {
+    Login();
+  } else if (IsCapability(capabilities, "STLS")) {
+    Send("STLS", {Command::Stls});
+  } else {
+    Fail(PopError::Tls, QStringLiteral("サーバーがSTARTTLSに対応していません。アカウントの受信の"
+                                       "セキュリティを確認してください。"));
+  }
+}
+
+void Pop3Session::StartTls(bool ok, const QByteArray& line) {
+  if (!ok) {
+    Fail(PopError::Tls, WithReply(QStringLiteral("暗号化を始められません。"), line));
+  } else if (reader_.HasUnread()) {
+    // Whatever came in clear after the answer would be taken for the server's protected words.
+    Fail(PopError::Protocol, QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざんされて"
+                                            "いるおそれがあります。"));
+  } else {
+    stage_ = Stage::Handshake;
+    startTls_();
+  }
+}
+
+void Pop3Session::TlsEstablished() {
+  if (stage_ != Stage::Handshake) return;
+  encrypted_ = true;
+  stage_ = Stage::Capabilities;
+  Send("CAPA", {Command::Capa});
+}
+
 void Pop3Session::Login() {
   if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
     Fail(PopError::Login,
@@ -276,6 +299,11 @@ void Pop3Session::Login() {
 }
 
 void Pop3Session::LoggedIn() {
+  if (login_.loginOnly) {
+    stage_ = Stage::Quit;
+    Send("QUIT", {Command::Quit});
+    return;
+  }
   stage_ = Stage::Listing;
   Send("LIST", {Command::List});
   if (pipelining_) Send("UIDL", {Command::Uidl});

@@ -6,6 +6,7 @@
 #include <functional>
 #include <vector>
 
+#include "transfer/mail_session.h"
 #include "transfer/pop3_mailbox.h"
 #include "transfer/pop3_reply_reader.h"
 #include "transfer/pop_events.h"
@@ -18,34 +19,29 @@ struct Pop3Login {
   QString user;
   QString password;
   bool apop = false;
+  Security security = Security::None;
+  bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
 };
 
-/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449) without a socket: it is fed
-/// what the server sends and gives out what to send, so that any conversation can be played to it.
-///
-/// It ends in exactly one way: `Finished()` becomes true, after every failure was told through
-/// `PopEvents::Error`. A message is marked for deletion only after a successful
-/// `PopEvents::MakeDurable`.
-class Pop3Session {
+/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595). A message is
+/// marked for deletion only after a successful `PopEvents::MakeDurable`.
+class Pop3Session : public MailSession {
  public:
-  Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send);
+  /// `startTls` begins the handshake on the connection; `TlsEstablished` is called when it is done.
+  Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send,
+              std::function<void()> startTls = {});
 
-  /// Takes bytes from the server and goes on as far as they allow.
-  void Receive(QByteArrayView bytes);
-  /// Goes on with work that needs no bytes from the server, for a short while.
-  /// Returns whether more of it is left.
-  bool Work();
-  /// The server closed the connection, or it broke.
-  void ConnectionLost();
-
-  bool Finished() const { return stage_ == Stage::Finished; }
-  /// Messages that the server has deleted: confirmed, and the session ended properly.
-  int Deleted() const { return deleted_; }
+  void Receive(QByteArrayView bytes) override;
+  bool Work() override;
+  void TlsEstablished() override;
+  void ConnectionLost() override;
+  bool Finished() const override { return stage_ == Stage::Finished; }
+  int Deleted() const override { return deleted_; }
 
  private:
   enum class Stage {
     Greeting,
-    Capabilities,
+    Capabilities, Handshake,
     User,
     Password,
     Listing,
@@ -54,7 +50,7 @@ class Pop3Session {
     Quit,
     Finished
   };
-  enum class Command { Capa, User, Pass, Apop, List, Uidl, Top, Retr, Dele, Quit };
+  enum class Command { Capa, Stls, User, Pass, Apop, List, Uidl, Top, Retr, Dele, Quit };
 
   struct Pending {
     Command command;
@@ -66,6 +62,8 @@ class Pop3Session {
   bool ReadReply();
   void TakeReply(const Pending& pending, bool ok, const QByteArray& line);
   void TakeBody(const Pending& pending, QByteArray body);
+  void GreetedAndAsked(const QByteArray& capabilities);
+  void StartTls(bool ok, const QByteArray& line);
   void Login();
   void LoggedIn();
   void ListingDone();
@@ -83,6 +81,8 @@ class Pop3Session {
   Pop3Login login_;
   PopEvents& events_;
   std::function<void(QByteArray)> send_;
+  std::function<void()> startTls_;
+  bool encrypted_ = false;
   Pop3ReplyReader reader_;
   Stage stage_ = Stage::Greeting;
   std::deque<Pending> pending_;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArrayView>
+
+namespace vorn {
+
+/// Whether and when a connection is encrypted, by the stored numbers of the accounts' "Security"
+/// keys.
+enum class Security { None = 0, StartTls = 1, Tls = 2 };
+
+/// One conversation with a mail server, without a socket: it is fed what the server sends and gives
+/// out what to send, so that any conversation can be played to it. It ends in exactly one way:
+/// `Finished()` becomes true, after every failure was told through `PopEvents::Error`.
+class MailSession {
+ public:
+  virtual ~MailSession() = default;
+
+  /// Takes bytes from the server and goes on as far as they allow.
+  virtual void Receive(QByteArrayView bytes) = 0;
+  /// Goes on with work that needs no bytes from the server, for a short while.
+  /// Returns whether more of it is left.
+  virtual bool Work() = 0;
+  /// The encryption that the session asked for stands; the conversation goes on in it.
+  virtual void TlsEstablished() = 0;
+  /// The server closed the connection, or it broke.
+  virtual void ConnectionLost() = 0;
+  virtual bool Finished() const = 0;
+  /// Messages that the server has deleted: confirmed, and the session ended properly.
+  virtual int Deleted() const { return 0; }
+};
+
+}  // namespace vorn

@@ -1,0 +1,304 @@
+#include "transfer/smtp_session.h"
+
+#include <algorithm>
+
+#include "transfer/server_words.h"
+#include "transfer/wire_message.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kMaxReply = 64 * 1024;
+
+// An address as it may stand between angle brackets.
+bool IsSafeAddress(const QString& address) {
+  return !address.isEmpty() && std::none_of(address.begin(), address.end(), [](QChar c) {
+    return c.unicode() <= 0x20 || c == u'<' || c == u'>' || c.unicode() == 0x7F;
+  });
+}
+
+bool HasEightBit(const QByteArray& bytes) {
+  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+}
+
+}  // namespace
+
+SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
+                         std::function<void()> startTls)
+    : job_(std::move(job)),
+      events_(events),
+      send_(std::move(send)),
+      startTls_(std::move(startTls)),
+      encrypted_(job_.security == Security::Tls) {}
+
+void SmtpSession::Fail(PopError code, const QString& text) {
+  events_.Error(static_cast<int>(code), text);
+  stage_ = Stage::Finished;
+}
+
+// Tells a refusal and says good-bye in order.
+void SmtpSession::LeaveAfter(PopError code, const QString& sentence) {
+  events_.Error(static_cast<int>(code), WithReply(sentence, reply_));
+  Leave();
+}
+
+void SmtpSession::Leave() {
+  stage_ = Stage::Quit;
+  Send("QUIT");
+}
+
+void SmtpSession::Send(const QByteArray& line) { send_(line + "\r\n"); }
+
+void SmtpSession::Receive(QByteArrayView bytes) {
+  buffer_.append(bytes);
+  while (!Finished() && ReadReply()) {
+  }
+}
+
+// Takes one line; a reply is complete with the line that has a blank after its code.
+bool SmtpSession::ReadReply() {
+  const qsizetype end = buffer_.indexOf('\n');
+  if (end < 0 || reply_.size() > kMaxReply) {
+    if (buffer_.size() + reply_.size() <= kMaxReply) return false;
+    Fail(PopError::Protocol, QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
+                                            "確認してください。"));
+    return false;
+  }
+  const QByteArray line = buffer_.first(end).trimmed();
+  buffer_.remove(0, end + 1);
+  bool isCode = false;
+  const int code = line.left(3).toInt(&isCode);
+  if (!isCode || code < 200 || code > 599 ||
+      (line.size() > 3 && line[3] != ' ' && line[3] != '-')) {
+    Fail(PopError::Protocol,
+         WithReply(QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                                  "ください。"),
+                   line));
+    return false;
+  }
+  if (!reply_.isEmpty()) reply_ += '\n';
+  reply_ += line;
+  if (line.size() > 3 && line[3] == '-') return true;
+  TakeReply(code);
+  reply_.clear();
+  return true;
+}
+
+void SmtpSession::TakeReply(int code) {
+  switch (stage_) {
+    case Stage::Greeting:
+      if (code != 220) {
+        LeaveAfter(PopError::Refused, QStringLiteral("サーバーに接続を断られました。しばらくしてから"
+                                                     "もう一度送信してください。"));
+        return;
+      }
+      stage_ = Stage::Ehlo;
+      Send("EHLO [127.0.0.1]");
+      return;
+    case Stage::Ehlo:
+      if (code != 250) {
+        stage_ = Stage::Helo;
+        Send("HELO localhost");
+        return;
+      }
+      TakeExtensions();
+      Greeted();
+      return;
+    case Stage::Helo:
+      if (code != 250) {
+        LeaveAfter(PopError::Refused, QStringLiteral("サーバーに接続を断られました。"));
+      } else {
+        extensions_.clear();
+        Greeted();
+      }
+      return;
+    case Stage::StartTls:
+      if (code != 220) {
+        LeaveAfter(PopError::Tls, QStringLiteral("暗号化を始められません。"));
+      } else if (!buffer_.isEmpty()) {
+        Fail(PopError::Protocol, QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざん"
+                                                "されているおそれがあります。"));
+      } else {
+        stage_ = Stage::Handshake;
+        startTls_();
+      }
+      return;
+    case Stage::Auth:
+      GoOnWithAuth(code);
+      return;
+    case Stage::Envelope:
+      TakeEnvelopeReply(code);
+      return;
+    case Stage::Data:
+      if (code == 354) {
+        SendBody();
+      } else {
+        LeaveAfter(PopError::Refused, QStringLiteral("メッセージの送信を断られました。"));
+      }
+      return;
+    case Stage::Body:
+      if (code / 100 == 2) {
+        events_.MessageSent(job_.source);
+        Leave();
+      } else {
+        LeaveAfter(PopError::Refused, QStringLiteral("メッセージの送信を断られました。"));
+      }
+      return;
+    case Stage::Quit:
+      // Answers to commands sent ahead of a refusal may come first.
+      if (awaited_ > 0) {
+        --awaited_;
+      } else {
+        stage_ = Stage::Finished;
+      }
+      return;
+    default:
+      Fail(PopError::Protocol, QStringLiteral("サーバーの応答を理解できません。"));
+  }
+}
+
+void SmtpSession::TakeExtensions() {
+  extensions_.clear();
+  for (const QByteArray& line : reply_.split('\n')) extensions_.append(line.mid(4).toUpper());
+}
+
+void SmtpSession::Greeted() {
+  if (job_.security == Security::StartTls && !encrypted_) {
+    if (!extensions_.contains("STARTTLS")) {
+      Fail(PopError::Tls, QStringLiteral("サーバーがSTARTTLSに対応していません。アカウントの送信の"
+                                         "セキュリティを確認してください。"));
+      return;
+    }
+    stage_ = Stage::StartTls;
+    Send("STARTTLS");
+  } else if (job_.authenticate) {
+    BeginAuth();
+  } else {
+    BeginEnvelope();
+  }
+}
+
+void SmtpSession::TlsEstablished() {
+  if (stage_ != Stage::Handshake) return;
+  encrypted_ = true;
+  stage_ = Stage::Ehlo;
+  Send("EHLO [127.0.0.1]");
+}
+
+void SmtpSession::BeginAuth() {
+  QByteArrayList offered;
+  for (const QByteArray& extension : extensions_) {
+    if (extension.startsWith("AUTH ") || extension.startsWith("AUTH=")) {
+      offered += extension.mid(5).split(' ');
+    }
+  }
+  mechanism_ = ChooseMechanism(offered, encrypted_);
+  if (mechanism_ == SaslMechanism::None) {
+    Fail(PopError::Login, QStringLiteral("サーバーが送信時の認証に対応していません。アカウントの送信の"
+                                         "設定を確認してください。"));
+    return;
+  }
+  stage_ = Stage::Auth;
+  authStep_ = 0;
+  if (mechanism_ == SaslMechanism::Plain) {
+    Send("AUTH PLAIN " + SaslResponse(mechanism_, 0, {}, job_.user, job_.password).toBase64());
+    ++authStep_;
+  } else {
+    Send("AUTH " + MechanismName(mechanism_));
+  }
+}
+
+void SmtpSession::GoOnWithAuth(int code) {
+  if (code == 235) {
+    BeginEnvelope();
+  } else if (code == 334 && authStep_ < 2) {
+    const QByteArray challenge = QByteArray::fromBase64(reply_.mid(4));
+    Send(SaslResponse(mechanism_, authStep_++, challenge, job_.user, job_.password).toBase64());
+  } else {
+    LeaveAfter(PopError::Login,
+               QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"));
+  }
+}
+
+void SmtpSession::BeginEnvelope() {
+  if (job_.loginOnly) {
+    Leave();
+    return;
+  }
+  for (const QString& address : QStringList{job_.from} + job_.recipients) {
+    if (IsSafeAddress(address)) continue;
+    Fail(PopError::Refused,
+         QStringLiteral("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
+    return;
+  }
+  if (job_.recipients.isEmpty()) {
+    Fail(PopError::Refused, QStringLiteral("宛先がありません。"));
+    return;
+  }
+  wire_ = WireMessage(job_.source);
+  QByteArray mail = "MAIL FROM:<" + job_.from.toUtf8() + '>';
+  for (const QByteArray& extension : extensions_) {
+    if (extension != "SIZE" && !extension.startsWith("SIZE ")) continue;
+    const qint64 limit = extension.mid(5).toLongLong();
+    if (limit > 0 && wire_.size() > limit) {
+      Fail(PopError::Refused,
+           QStringLiteral("メッセージが大きすぎます。サーバーが受け付けるのは%1バイトまでです。")
+               .arg(limit));
+      return;
+    }
+    mail += " SIZE=" + QByteArray::number(wire_.size());
+  }
+  if (extensions_.contains("8BITMIME") && HasEightBit(wire_)) mail += " BODY=8BITMIME";
+  envelope_.push_back(mail);
+  for (const QString& recipient : job_.recipients) {
+    envelope_.push_back("RCPT TO:<" + recipient.toUtf8() + '>');
+  }
+  stage_ = Stage::Envelope;
+  SendEnvelope();
+}
+
+// The message itself is never sent ahead: a recipient may still be refused.
+void SmtpSession::SendEnvelope() {
+  const bool pipelining = extensions_.contains("PIPELINING");
+  QByteArray lines;
+  do {
+    lines += envelope_.front() + "\r\n";
+    envelope_.pop_front();
+    ++awaited_;
+  } while (pipelining && !envelope_.empty());
+  send_(lines);
+}
+
+void SmtpSession::TakeEnvelopeReply(int code) {
+  --awaited_;
+  if (code / 100 != 2) {
+    LeaveAfter(PopError::Refused, QStringLiteral("差出人か宛先のアドレスを断られました。"));
+  } else if (!envelope_.empty()) {
+    if (awaited_ == 0) SendEnvelope();
+  } else if (awaited_ == 0) {
+    stage_ = Stage::Data;
+    Send("DATA");
+  }
+}
+
+void SmtpSession::SendBody() {
+  stage_ = Stage::Body;
+  wire_ += ".\r\n";
+  send_(wire_);
+  wire_.clear();
+}
+
+void SmtpSession::ConnectionLost() {
+  if (Finished()) return;
+  if (stage_ == Stage::Quit) {
+    stage_ = Stage::Finished;
+    return;
+  }
+  Fail(PopError::ConnectionLost,
+       stage_ == Stage::Body
+           ? QStringLiteral("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。"
+                            "メッセージは送信待ちのまま残ります。")
+           : QStringLiteral("サーバーが接続を切りました。メッセージは送信待ちのまま残ります。"));
+}
+
+}  // namespace vorn

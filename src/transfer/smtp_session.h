@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <deque>
+#include <functional>
+
+#include "transfer/mail_session.h"
+#include "transfer/pop_events.h"
+#include "transfer/sasl.h"
+
+namespace vorn {
+
+/// What a send session transmits, and as whom it logs in.
+struct SmtpJob {
+  Security security = Security::None;
+  bool authenticate = false;
+  QString user;
+  QString password;
+  QString from;
+  QStringList recipients;
+  QByteArray source;
+  bool loginOnly = false;  ///< end after the login, to try it
+};
+
+/// One SMTP conversation (RFC 5321, with STARTTLS of RFC 3207, AUTH of RFC 4954, SIZE, PIPELINING
+/// and 8BITMIME) that hands over one message to all its recipients or to none: a refused recipient
+/// ends it before the message is sent.
+class SmtpSession : public MailSession {
+ public:
+  SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
+              std::function<void()> startTls = {});
+
+  void Receive(QByteArrayView bytes) override;
+  bool Work() override { return false; }
+  void TlsEstablished() override;
+  void ConnectionLost() override;
+  bool Finished() const override { return stage_ == Stage::Finished; }
+
+ private:
+  enum class Stage {
+    Greeting,
+    Ehlo,
+    Helo,
+    StartTls,
+    Handshake,
+    Auth,
+    Envelope,
+    Data,
+    Body,
+    Quit,
+    Finished
+  };
+
+  bool ReadReply();
+  void TakeReply(int code);
+  void TakeExtensions();
+  void Greeted();
+  void BeginAuth();
+  void GoOnWithAuth(int code);
+  void BeginEnvelope();
+  void SendEnvelope();
+  void TakeEnvelopeReply(int code);
+  void SendBody();
+  void Send(const QByteArray& line);
+  void LeaveAfter(PopError code, const QString& sentence);
+  void Leave();
+  void Fail(PopError code, const QString& text);
+
+  SmtpJob job_;
+  PopEvents& events_;
+  std::function<void(QByteArray)> send_;
+  std::function<void()> startTls_;
+  Stage stage_ = Stage::Greeting;
+  QByteArray buffer_;
+  QByteArray reply_;  // the reply's lines, joined
+  QByteArrayList extensions_;
+  bool encrypted_ = false;
+  SaslMechanism mechanism_ = SaslMechanism::None;
+  int authStep_ = 0;
+  QByteArray wire_;
+  std::deque<QByteArray> envelope_;  // commands not sent yet
+  size_t awaited_ = 0;               // envelope replies
+};
+
+}  // namespace vorn
