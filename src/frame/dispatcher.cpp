@@ -56,9 +56,11 @@ void Dispatcher::RunAfter(RequestWindow& window, const Disk& request) {
     host_.ApplySettings();
   } else if (after == u"delete") {
     window.DeleteObject();
+    host_.RefreshNode(request.SerialID());
   } else if (after == u"rename") {
     window.SetObjectText(host_.NodeText(request.SerialID()));
     window.ConfirmObject();
+    host_.RefreshNode(request.SerialID());  // the old name again when the new one was refused
   } else {
     host_.RefreshNode(request.SerialID());
   }

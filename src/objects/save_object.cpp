@@ -63,4 +63,19 @@ bool SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   return saved;
 }
 
+bool SaveMarkedObjects(Context& context) {
+  if (!OpenDatabase(context, DatabaseKind::Profile) || !context.Data.Begin()) {
+    context.Data.Close();
+    return false;
+  }
+  bool saved = true;
+  for (const DiskPtr& object : context.Objects) {
+    // One that fails keeps its stored rows; the others are saved all the same.
+    if (object->Flag(u"save") && !object->DiskToDatabase(context.Data)) saved = false;
+  }
+  saved = context.Data.Commit() && saved;
+  context.Data.Close();
+  return saved;
+}
+
 }  // namespace vorn

@@ -15,4 +15,7 @@ QString ValidateObject(const DiskCollection& objects, const Disk& object);
 /// only the logged-in profile is the default one. On false the stored object is as it was.
 bool SaveObject(Context& context, DatabaseKind kind, Disk& object);
 
+/// Saves every loaded object whose "save" is true into the profile's database, in one transaction.
+bool SaveMarkedObjects(Context& context);
+
 }  // namespace vorn

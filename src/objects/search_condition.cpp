@@ -81,8 +81,16 @@ QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeSta
   if (visited_.contains(entry)) return {};
   visited_ += entry;
 
-  const QString condition = Condition(serialId, *folder);
-  if (!wholeStatement) return condition;
+  QString condition = Condition(serialId, *folder);
+  return wholeStatement ? WholeStatement(condition) : condition;
+}
+
+QString FolderSqlBuilder::CreateFolderSql(const Disk& folder) {
+  visited_ = folder.SerialID() + kLineBreak;
+  return WholeStatement(Condition(folder.SerialID(), folder));
+}
+
+QString FolderSqlBuilder::WholeStatement(const QString& condition) {
   const QString head =
       condition.contains(u"folder.")
           ? QStringLiteral(

@@ -34,8 +34,11 @@ class FolderSqlBuilder {
   /// when the folder cannot be loaded or is already being expanded. May hold text written by the
   /// user.
   QString CreateFolderSql(const QString& folder, bool wholeStatement = true);
+  /// The complete statement of a folder that is not stored as it stands here.
+  QString CreateFolderSql(const Disk& folder);
 
  private:
+  static QString WholeStatement(const QString& condition);
   QString Condition(const QString& serialId, const Disk& folder);
   QString Clause(const ConditionLine& line);
 

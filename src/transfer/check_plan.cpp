@@ -119,6 +119,9 @@ void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
   pop_.User = account.Text(u"InMailServerUser");
   pop_.Password = account.Text(u"InMailServerPassword");
   pop_.Mode = apop ? kPopReceiveApop : kPopReceive;
+  pop_.Encryption = static_cast<Security>(account.Number(u"InMailServerSecurity"));
+  pop_.TrustedCertificates =
+      account.Text(u"InMailServerCertificates").split(u' ', Qt::SkipEmptyParts);
   pop_.Start();
   pop_.Tag = job.SerialID();
   job.Let(QStringLiteral("messages"), QString());

@@ -120,7 +120,7 @@ TEST_F(DispatcherTest, ModalWindowsRunTheirStepOnlyWhenConfirmed) {
 TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
   PostDialog(u"a", -1, u"rename");
   PostDialog(u"b", -1, u"delete");
-  EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,load b,delete"));
+  EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,refresh a,load b,delete,refresh b"));
 }
 
 TEST_F(DispatcherTest, ChildWindowsAreArrangedAndDecliningOnesDropped) {

@@ -28,6 +28,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
+#include "objects/window/objects_window.h"
 #include "present/window/browser_window.h"
 #include "support/loopback_pop3_server.h"
 #include "support/test_profile.h"
@@ -271,10 +272,13 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   QTreeWidgetItem* log = tree->findItems(QStringLiteral("イベント"), Qt::MatchRecursive).value(0);
   ASSERT_NE(log, nullptr);
   ASSERT_TRUE(WaitFor([log] { return log->childCount() == 1; }));
-  const QString text = NextMessageBox([tree, log] {
-    const QRect place = tree->visualItemRect(log->child(0));
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, place.center());
-  });
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                    tree->visualItemRect(log->child(0)).center());
+  ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
+  auto* window = TopLevel<ObjectsWindow>();
+  const QString text =
+      window->findChild<QPlainTextEdit*>(QStringLiteral("txEventLog"))->toPlainText();
+  QTest::keyClick(window, Qt::Key_Escape);
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
 }

@@ -1,5 +1,8 @@
 #include "frame/window/console_tree.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QShortcut>
 #include <QSignalBlocker>
 
 #include "frame/window/icons.h"
@@ -18,8 +21,17 @@ struct GroupText {
   QString text;
 };
 
+// Whether `item` hangs under `above`, however deep.
+bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
+  for (; item != nullptr; item = item->parent()) {
+    if (item == above) return true;
+  }
+  return false;
+}
+
 QList<GroupText> GroupTexts() {
-  return {{object_type::kFolder, QStringLiteral("フォルダ")},
+  return {{object_type::kProfile, QStringLiteral("プロファイル")},
+          {object_type::kFolder, QStringLiteral("フォルダ")},
           {object_type::kAccount, QStringLiteral("アカウント")},
           {object_type::kBook, QStringLiteral("アドレスブック")},
           {object_type::kBookmark, QStringLiteral("ブックマーク")}};
@@ -38,20 +50,40 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
     const QString key = item->data(0, kKeyRole).toString();
     if (!key.isEmpty()) Q_EMIT NodeOpened(key, item->data(0, kTagRole).toString());
   };
-  // One click shows a folder; Enter does it for the keyboard.
+  // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemClicked, this, open);
-  connect(this, &QTreeWidget::itemActivated, this, open);
+  connect(this, &QTreeWidget::itemActivated, this, [this, open](QTreeWidgetItem* item) {
+    const QString tag = item->data(0, kTagRole).toString();
+    if (tag == object_type::kFolder || tag == kLogTag) {
+      open(item);
+    } else {
+      ShowProperties();
+    }
+  });
+  connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through RenameNode
+  const auto key = [this](const QKeySequence& sequence, void (ConsoleTree::*command)()) {
+    connect(new QShortcut(sequence, this, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this, command);
+  };
+  key(QKeySequence(Qt::Key_F2), &ConsoleTree::RenameNode);
+  key(QKeySequence::Delete, &ConsoleTree::DeleteNode);
+  key(QKeySequence(Qt::ALT | Qt::Key_Return), &ConsoleTree::ShowProperties);
 }
 
 void ConsoleTree::Fill() {
+  const QSignalBlocker quiet(this);
   clear();
   groups_.clear();
   nodes_.clear();
   auto* root = new QTreeWidgetItem(this, {context_.Session->Text(u"Object")});
   root->setIcon(0, Icon(object_type::kProfile));
+  root->setData(0, kKeyRole, context_.Session->SerialID());
+  root->setData(0, kTagRole, object_type::kProfile);
   for (const GroupText& group : GroupTexts()) {
     auto* item = new QTreeWidgetItem(root, {group.text});
     item->setIcon(0, Icon(group.type));
+    item->setData(0, kTagRole, group.type);
     groups_.insert(group.type, item);
   }
   groups_.insert(object_type::kEvent, root);
@@ -64,10 +96,19 @@ QTreeWidgetItem* ConsoleTree::Group(const QString& type) const {
 }
 
 void ConsoleTree::ShowObject(const Disk& object) {
-  QTreeWidgetItem* group = Group(object.Text(u"FormName"));
-  if (group == nullptr) return;
+  QTreeWidgetItem* place = nodes_.value(object.Text(u"Parent"));
+  if (place == nullptr) place = Group(object.Text(u"FormName"));
+  if (place == nullptr) return;
+  const QSignalBlocker quiet(this);
   QTreeWidgetItem*& node = nodes_[object.SerialID()];
-  if (node == nullptr) node = new QTreeWidgetItem(group);
+  if (node == nullptr) {
+    node = new QTreeWidgetItem(place);
+    node->setFlags(node->flags() | Qt::ItemIsEditable);
+  } else if (node->parent() != place && node != place && !IsBelow(place, node)) {
+    node->parent()->removeChild(node);
+    place->addChild(node);
+  }
+  place->setExpanded(true);
   node->setText(0, object.Text(u"Object"));
   node->setToolTip(0, object.Text(u"ToolTipText"));
   node->setIcon(0, Icon(object.Text(u"Draw")));
@@ -78,8 +119,8 @@ void ConsoleTree::ShowObject(const Disk& object) {
 void ConsoleTree::RefreshNode(const QString& serialId) {
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
     ShowObject(*object);
-  } else {
-    delete nodes_.take(serialId);
+  } else if (nodes_.contains(serialId)) {
+    Fill();  // what hung under it finds another place
   }
 }
 
@@ -91,6 +132,7 @@ QString ConsoleTree::NodeText(const QString& serialId) const {
 void ConsoleTree::AddEventNode(const QString& serialId, const QString& title, const QString& icon) {
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
+  const QSignalBlocker quiet(this);
   auto* node = new QTreeWidgetItem(log, {title});
   node->setIcon(0, Icon(icon));
   node->setData(0, kKeyRole, serialId);
@@ -102,6 +144,60 @@ void ConsoleTree::AddEventNode(const QString& serialId, const QString& title, co
 void ConsoleTree::SelectNode(const QString& serialId) {
   const QSignalBlocker quiet(this);
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);
+}
+
+QString ConsoleTree::CurrentKey() const {
+  const QTreeWidgetItem* item = currentItem();
+  return item == nullptr ? QString() : item->data(0, kKeyRole).toString();
+}
+
+QString ConsoleTree::CurrentTag() const {
+  const QTreeWidgetItem* item = currentItem();
+  return item == nullptr ? QString() : item->data(0, kTagRole).toString();
+}
+
+bool ConsoleTree::HasObject() const {
+  return !CurrentKey().isEmpty() && CurrentTag() != kLogTag &&
+         CurrentKey() != fixed_serial::kEventLog;
+}
+
+void ConsoleTree::NewObject(const QString& type) {
+  const bool hasPlace = HasObject() && CurrentTag() == type && type != object_type::kProfile;
+  Q_EMIT NewWanted(type, hasPlace ? CurrentKey() : QString());
+}
+
+void ConsoleTree::ShowProperties() {
+  if (HasObject()) Q_EMIT PropertiesWanted(CurrentKey(), CurrentTag());
+}
+
+void ConsoleTree::RenameNode() {
+  if (HasObject() && (currentItem()->flags() & Qt::ItemIsEditable) != 0) editItem(currentItem());
+}
+
+void ConsoleTree::TakeName(QTreeWidgetItem* item) {
+  Q_EMIT NodeRenamed(item->data(0, kKeyRole).toString(), item->data(0, kTagRole).toString());
+}
+
+void ConsoleTree::DeleteNode() {
+  if (HasObject()) Q_EMIT DeletionWanted(CurrentKey(), CurrentTag());
+}
+
+void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu;
+  const QString type = CurrentTag();
+  const bool isLog = type == kLogTag || type == object_type::kEvent || type.isEmpty();
+  QAction* create = menu.addAction(QStringLiteral("新規作成(&N).."), this,
+                                   [this, type] { NewObject(type); });
+  create->setEnabled(!isLog);
+  menu.addSeparator();
+  const auto add = [&](const QString& text, void (ConsoleTree::*command)()) {
+    menu.addAction(text, this, command)->setEnabled(HasObject());
+  };
+  add(QStringLiteral("名前の変更(&M)"), &ConsoleTree::RenameNode);
+  add(QStringLiteral("削除(&D)"), &ConsoleTree::DeleteNode);
+  menu.addSeparator();
+  add(QStringLiteral("プロパティ(&R).."), &ConsoleTree::ShowProperties);
+  menu.exec(event->globalPos());
 }
 
 }  // namespace vorn

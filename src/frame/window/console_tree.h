@@ -26,8 +26,28 @@ class ConsoleTree : public QTreeWidget {
  Q_SIGNALS:
   /// The user wants to see what the node stands for.
   void NodeOpened(const QString& key, const QString& tag);
+  void NewWanted(const QString& type, const QString& parent);
+  void PropertiesWanted(const QString& key, const QString& tag);
+  /// The node bears the new name already.
+  void NodeRenamed(const QString& key, const QString& tag);
+  void DeletionWanted(const QString& key, const QString& tag);
+
+ public:
+  /// Commands on the current node, for menus.
+  void NewObject(const QString& type);
+  void ShowProperties();
+  void RenameNode();
+  void DeleteNode();
+  /// Whether the current node stands for an object.
+  bool HasObject() const;
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  QString CurrentKey() const;
+  QString CurrentTag() const;
+  void TakeName(QTreeWidgetItem* item);
   QTreeWidgetItem* Group(const QString& type) const;
   void ShowObject(const Disk& object);
 

@@ -14,10 +14,14 @@
 #include "frame/window/version_window.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window/objects_window.h"
+#include "objects/window/settings_window.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
+#include "storage/window/control_state.h"
 
 namespace vorn {
 namespace {
@@ -44,19 +48,18 @@ ParentWindow::ParentWindow(Context& context)
       area_(new QMdiArea) {
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
-  resize(1000, 680);
   area_->setObjectName(QStringLiteral("mdiArea"));
 
   auto* splitter = new QSplitter;
   splitter->addWidget(tvConsole_);
   splitter->addWidget(area_);
   splitter->setStretchFactor(1, 1);
-  splitter->setSizes({kTreeWidth, width() - kTreeWidth});
+  splitter->setSizes({kTreeWidth, 3 * kTreeWidth});
   setCentralWidget(splitter);
   setStatusBar(sbStatus_);
   BuildMenus();
 
-  connect(tvConsole_, &ConsoleTree::NodeOpened, this, &ParentWindow::OpenNode);
+  ConnectTree();
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });
@@ -75,16 +78,14 @@ void ParentWindow::BuildMenus() {
   const auto tools = [this](QMenu* menu, int index, const QString& text) {
     return menu->addAction(text, this, [this, index] { menuTools_Click(index); });
   };
-  QMenu* file = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
-  file->setObjectName(QStringLiteral("menuFiles"));
-  QAction* exit = file->addAction(QStringLiteral("終了(&X)"), this, &QWidget::close);
-  exit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-
+  BuildFileMenu();
   QMenu* tool = menuBar()->addMenu(QStringLiteral("ツール(&T)"));
   tool->setObjectName(QStringLiteral("menuTools"));
   tools(tool, kToolsReceive, QStringLiteral("メッセージ送受信(&M)"))
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
   QAction* cancel = tools(tool, kToolsCancel, QStringLiteral("送受信の中止(&C)"));
+  tool->addSeparator();
+  tools(tool, kToolsSettings, QStringLiteral("設定(&O).."));
   tool->addSeparator();
   tools(tool, kToolsVersion, QStringLiteral("バージョン情報(&V).."));
   connect(tool, &QMenu::aboutToShow, this,
@@ -98,7 +99,76 @@ void ParentWindow::BuildMenus() {
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
 }
 
+void ParentWindow::BuildFileMenu() {
+  QMenu* file = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
+  file->setObjectName(QStringLiteral("menuFiles"));
+  QMenu* create = file->addMenu(QStringLiteral("新規作成(&N)"));
+  create->setObjectName(QStringLiteral("menuFilesNew"));
+  const auto entry = [this, create](const QString& text, const QString& type) {
+    create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
+  };
+  entry(QStringLiteral("アカウント(&A).."), object_type::kAccount);
+  entry(QStringLiteral("フォルダ(&F).."), object_type::kFolder);
+  entry(QStringLiteral("アドレスブック(&D).."), object_type::kBook);
+  entry(QStringLiteral("ブックマーク(&B).."), object_type::kBookmark);
+  entry(QStringLiteral("プロファイル(&P).."), object_type::kProfile);
+  file->addSeparator();
+  const QList<QAction*> onNode = {
+      file->addAction(QStringLiteral("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
+      file->addAction(QStringLiteral("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
+      file->addAction(QStringLiteral("プロパティ(&R).."), tvConsole_,
+                      &ConsoleTree::ShowProperties)};
+  connect(file, &QMenu::aboutToShow, this, [this, onNode] {
+    for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
+  });
+  file->addSeparator();
+  file->addAction(QStringLiteral("終了(&X)"), this, &QWidget::close)
+      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+}
+
+void ParentWindow::ConnectTree() {
+  connect(tvConsole_, &ConsoleTree::NodeOpened, this, &ParentWindow::OpenNode);
+  connect(tvConsole_, &ConsoleTree::NewWanted, this, &ParentWindow::PostNewObject);
+  connect(tvConsole_, &ConsoleTree::PropertiesWanted, this,
+          [this](const QString& key, const QString& tag) {
+            PostDialog(key, tag, kShowModal, QString());
+          });
+  connect(tvConsole_, &ConsoleTree::NodeRenamed, this,
+          [this](const QString& key, const QString& tag) {
+            PostDialog(key, tag, kShowHidden, QStringLiteral("rename"));
+          });
+  connect(tvConsole_, &ConsoleTree::DeletionWanted, this, &ParentWindow::DeleteObject);
+}
+
+void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,
+                              const QString& after, const QString& event) {
+  DialogRequest request;
+  request.serialId = key;
+  request.status = tag;
+  request.show = show;
+  request.after = after;
+  request.event = event;
+  queue_.PostDialogRequest(request);
+}
+
+void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
+  DialogRequest request;
+  request.status = type;
+  request.isNew = true;
+  request.parent = parent;
+  queue_.PostDialogRequest(request);
+}
+
+void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer == QMessageBox::Ok) PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
+}
+
 void ParentWindow::LoadDefaultProperty() {
+  RestoreWindowPlacement(context_, *this, objectName());
   setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
   tvConsole_->Fill();
   ApplySettings();
@@ -115,6 +185,10 @@ void ParentWindow::menuTools_Click(int index) {
       }
       sbStatus_->clearMessage();
       traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
+      break;
+    case kToolsSettings:
+      PostDialog(fixed_serial::kSettings, fixed_serial::kSettings, kShowModal,
+                 QStringLiteral("public"));
       break;
     case kToolsCancel:
       traffic_.Plan().Clear();
@@ -163,7 +237,15 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
     Track(window, window);
     return window;
   }
-  return nullptr;
+  if (status == u"rule") return nullptr;
+  EditingWindow* window = nullptr;
+  if (status == fixed_serial::kSettings) {
+    window = new SettingsWindow(context_, this);
+  } else {
+    window = new ObjectsWindow(context_, events_, this);
+  }
+  Track(window, window);
+  return window;
 }
 
 RequestWindow* ParentWindow::AddChild(BrowserWindow* window) {
@@ -260,14 +342,29 @@ void ParentWindow::OpenFolder(const QString& serialId) {
 void ParentWindow::OpenEvent(const QString& serialId) {
   const DiskPtr record = events_.Find(serialId);
   if (record == nullptr) return;
-  QMessageBox::information(
-      this, kApplicationTitle,
-      record->Text(u"daytime") + kLineBreak + kLineBreak + record->Text(u"message"));
+  const QString reference = record->Text(u"reference");
+  if (record->Number(u"mode") == kEventMessage) {
+    MailRequest request;
+    request.serialId = reference;
+    request.db = record->Number(u"db");
+    request.file = record->Text(u"file");
+    request.password = record->Text(u"password");
+    request.event = serialId;
+    queue_.PostMailRequest(request);
+    return;
+  }
+  const DiskPtr object = context_.Objects.Find(reference);
+  const QString type = object == nullptr ? QString() : object->Text(u"FormName");
+  const bool isSettings = reference == fixed_serial::kSettings;
+  PostDialog(reference, isSettings ? reference : type, kShowModal,
+             isSettings ? QStringLiteral("public") : QString(), serialId);
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {
   tmDialog_.stop();
   tmPlan_.stop();
+  KeepWindowPlacement(context_, *this, objectName());
+  SaveMarkedObjects(context_);
   queue_.Clear();
   traffic_.Plan().Clear();
   traffic_.Control().Cancel();

@@ -65,11 +65,17 @@ class ParentWindow : public QMainWindow,
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsVersion };
+  enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsSettings, kToolsVersion };
 
   void BuildMenus();
+  void BuildFileMenu();
+  void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);
+  void PostDialog(const QString& key, const QString& tag, int show, const QString& after,
+                  const QString& event = {});
+  void PostNewObject(const QString& type, const QString& parent);
+  void DeleteObject(const QString& key, const QString& tag);
   void OpenEvent(const QString& serialId);
   void tmPlan_Timer();
   void RefreshFolders();

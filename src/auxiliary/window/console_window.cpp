@@ -1,0 +1,207 @@
+#include "auxiliary/window/console_window.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "frame/window/icons.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+
+namespace vorn {
+namespace {
+
+const QString kStatus = QStringLiteral("status");
+const QString kCancel = QStringLiteral("cancel");
+constexpr int kMinimumWidth = 360;
+
+}  // namespace
+
+ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      label_(new QLabel),
+      text_(new QLineEdit),
+      sliderFrame_(new QWidget),
+      slider_(new QSlider(Qt::Horizontal)),
+      tree_(new QTreeWidget),
+      list_(new QListWidget) {
+  setObjectName(QStringLiteral("console"));
+  setMinimumWidth(kMinimumWidth);
+  label_->setObjectName(QStringLiteral("Label1"));
+  label_->setWordWrap(true);
+  text_->setObjectName(QStringLiteral("Text1"));
+  slider_->setObjectName(QStringLiteral("Slider1"));
+  slider_->setTickPosition(QSlider::TicksBelow);
+  tree_->setObjectName(QStringLiteral("TreeView1"));
+  tree_->setHeaderHidden(true);
+  list_->setObjectName(QStringLiteral("ListView1"));
+  connect(tree_, &QTreeWidget::itemDoubleClicked, this, &ConsoleWindow::cmOk_Click);
+
+  // The position as a number, which can be typed as well.
+  auto* number = new QSpinBox;
+  connect(slider_, &QSlider::valueChanged, number, &QSpinBox::setValue);
+  connect(number, &QSpinBox::valueChanged, slider_, &QSlider::setValue);
+  connect(slider_, &QSlider::rangeChanged, number, &QSpinBox::setRange);
+  auto* sliderLayout = new QHBoxLayout(sliderFrame_);
+  sliderLayout->setContentsMargins(0, 0, 0, 0);
+  sliderLayout->addWidget(slider_, 1);
+  sliderLayout->addWidget(number);
+
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
+  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("キャンセル"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &ConsoleWindow::cmOk_Click);
+  connect(buttons, &QDialogButtonBox::rejected, this, &ConsoleWindow::reject);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(label_);
+  layout->addWidget(text_);
+  layout->addWidget(sliderFrame_);
+  layout->addWidget(tree_);
+  layout->addWidget(list_);
+  layout->addWidget(buttons);
+}
+
+void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
+  request_ = request;
+  mode_ = request->Text(u"Mode", QStringLiteral("text"));
+  setWindowTitle(request->Text(u"Title"));
+  label_->setText(request->Text(u"Caption", QStringLiteral("設定値を入力してください。")));
+  text_->setVisible(mode_ == u"text");
+  sliderFrame_->setVisible(mode_ == u"slider");
+  tree_->setVisible(mode_ == u"treeview");
+  list_->setVisible(mode_ == u"listview");
+  const QString initial = request->Text(u"Default");
+  if (mode_ == u"text") {
+    text_->setEchoMode(request->Text(u"PasswordChar").isEmpty() ? QLineEdit::Normal
+                                                                : QLineEdit::Password);
+    text_->setText(initial);
+    text_->selectAll();
+    text_->setFocus();
+  } else if (mode_ == u"slider") {
+    slider_->setRange(request->Number(u"Min"), request->Number(u"Max"));
+    slider_->setTickInterval(request->Number(u"Split", 1));
+    slider_->setValue(request->Number(u"Default"));
+    slider_->setFocus();
+  } else if (mode_ == u"treeview") {
+    FillTree(request->Text(u"draw"), initial);
+    tree_->setFocus();
+  } else if (mode_ == u"listview") {
+    list_->setSelectionMode(request->Flag(u"MultiSelect") ? QAbstractItemView::ExtendedSelection
+                                                          : QAbstractItemView::SingleSelection);
+    FillList(request->Text(u"List"), initial);
+    list_->setFocus();
+  }
+}
+
+void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
+  const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
+  for (const DiskPtr& object : *objects) {
+    auto* item = new QTreeWidgetItem(tree_, {object->Text(u"Object")});
+    item->setIcon(0, Icon(object->Text(u"Draw")));
+    item->setData(0, Qt::UserRole, object->SerialID());
+    if (object->SerialID() == key) tree_->setCurrentItem(item);
+  }
+}
+
+void ConsoleWindow::FillList(const QString& entries, const QString& chosen) {
+  const QStringList selected = chosen.split(kLineBreak, Qt::SkipEmptyParts);
+  for (const QString& line : entries.split(kLineBreak, Qt::SkipEmptyParts)) {
+    const QStringList fields = line.split(u'@');
+    auto* item = new QListWidgetItem(fields.value(1, fields[0]), list_);
+    item->setData(Qt::UserRole, fields[0]);
+    if (fields.size() == 3) item->setIcon(Icon(fields[2]));
+    item->setSelected(selected.contains(fields[0]));
+  }
+}
+
+QVariant ConsoleWindow::Answer() const {
+  if (mode_ == u"text") return text_->text();
+  if (mode_ == u"slider") return slider_->value();
+  if (mode_ == u"treeview") {
+    const QTreeWidgetItem* item = tree_->currentItem();
+    return item == nullptr ? QString() : item->data(0, Qt::UserRole).toString();
+  }
+  QStringList keys;
+  for (int row = 0; row < list_->count(); ++row) {
+    const QListWidgetItem* item = list_->item(row);
+    if (item->isSelected()) keys.append(item->data(Qt::UserRole).toString());
+  }
+  return keys.join(kLineBreak);
+}
+
+void ConsoleWindow::cmOk_Click() {
+  QVariant answer = Answer();
+  if (!request_->Text(u"Folder").isEmpty() && !answer.toString().isEmpty()) {
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, QStringLiteral("フォルダの選択") + QStringLiteral(" - ") +
+                  QStringLiteral("フォルダを選択してください。"));
+    if (!folder.isEmpty()) answer = QString(answer.toString() + kLineBreak + folder);
+  }
+  context_.Session->Let(kStatus, answer);
+  context_.Session->Let(kCancel, false);
+  accept();
+}
+
+void ConsoleWindow::reject() {
+  context_.Session->Let(kStatus, QString());
+  context_.Session->Let(kCancel, true);
+  QDialog::reject();
+}
+
+namespace {
+
+using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
+
+QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QString& title,
+            const QString& caption, Values values) {
+  auto request = std::make_shared<Disk>(context.Data.NewSerialID());
+  request->Let(QStringLiteral("Mode"), QString::fromUtf16(mode));
+  request->Let(QStringLiteral("Title"), title);
+  if (!caption.isEmpty()) request->Let(QStringLiteral("Caption"), caption);
+  for (const auto& [key, value] : values) request->Let(QString::fromUtf16(key), value);
+  ConsoleWindow window(context, parent);
+  window.LoadDefaultProperty(request);
+  window.exec();
+  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kStatus);
+}
+
+}  // namespace
+
+QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& text, const QString& passwordCharacter) {
+  return Ask(context, parent, u"text", title, caption,
+             {{u"Default", text}, {u"PasswordChar", passwordCharacter}});
+}
+
+QString InputSlider(Context& context, QWidget* parent, const QString& title,
+                    const QString& caption, qint32 position, qint32 step, qint32 minimum,
+                    qint32 maximum) {
+  return Ask(
+      context, parent, u"slider", title, caption,
+      {{u"Default", position}, {u"Split", step}, {u"Min", minimum}, {u"Max", maximum}});
+}
+
+QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& draw, const QString& key) {
+  return Ask(context, parent, u"treeview", title, caption, {{u"draw", draw}, {u"Default", key}});
+}
+
+QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& chosen, const QString& entries, bool several,
+                  const QString& folder) {
+  return Ask(context, parent, u"listview", title, caption,
+             {{u"Default", chosen}, {u"List", entries}, {u"MultiSelect", several}, {u"Folder", folder}});
+}
+
+}  // namespace vorn

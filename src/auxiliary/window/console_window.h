@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QDialog>
+
+#include "storage/context.h"
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QSlider;
+class QTreeWidget;
+
+namespace vorn {
+
+/// The window "console": asks for one value, a line of text, a position, a node of the object tree
+/// or entries of a list. The answer stands in the session bag's "status", and "cancel" says whether
+/// there is one.
+class ConsoleWindow : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit ConsoleWindow(Context& context, QWidget* parent = nullptr);
+
+  /// Shows the input that the request's "Mode" names, filled from its other keys.
+  void LoadDefaultProperty(const DiskPtr& request);
+  void cmOk_Click();
+
+ protected:
+  void reject() override;
+
+ private:
+  void FillTree(const QString& draw, const QString& key);
+  void FillList(const QString& entries, const QString& chosen);
+  QVariant Answer() const;
+
+  Context& context_;
+  DiskPtr request_;
+  QString mode_;
+  QLabel* label_;
+  QLineEdit* text_;
+  QWidget* sliderFrame_;
+  QSlider* slider_;
+  QTreeWidget* tree_;
+  QListWidget* list_;
+};
+
+// Each asks modally and returns the answer; an empty text means cancelled or nothing chosen.
+
+QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& text, const QString& passwordCharacter = {});
+QString InputSlider(Context& context, QWidget* parent, const QString& title,
+                    const QString& caption, qint32 position, qint32 step, qint32 minimum,
+                    qint32 maximum);
+/// `draw` filters the objects of the tree (see `SelectObjects`).
+QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& draw, const QString& key = {});
+/// `entries` are lines of first field, "@", text, and optionally "@" and an icon key; the answer
+/// holds the first fields. With `folder` the user also picks a folder of the file system, which
+/// follows the answer on a line of its own.
+QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                  const QString& chosen, const QString& entries, bool several,
+                  const QString& folder = {});
+
+}  // namespace vorn

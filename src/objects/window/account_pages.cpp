@@ -1,0 +1,210 @@
+#include "objects/window/account_pages.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+// Ports by security: none, STARTTLS, TLS from the start.
+const QList<int> kPop3Ports = {110, 110, 995};
+const QList<int> kSmtpPorts = {25, 587, 465};
+
+bool HasControlCharacter(const QString& text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
+}
+
+}  // namespace
+
+// --- account -----------------------------------------------------------------------------------
+
+AccountPage::AccountPage() : FormPage(object_type::kAccount, QStringLiteral("アカウント(&A)")) {
+  txMailaddress_ = AddText(QStringLiteral("txMailaddress"), QStringLiteral("メールアドレス(&M)"));
+  txDisplay_ = AddText(QStringLiteral("txDisplay"), QStringLiteral("表示名(&D)"));
+  AddCheck(QStringLiteral("ckEventLog"), QStringLiteral("送受信の結果をイベントに記録する(&L)"))
+      ->setChecked(true);
+}
+
+PageFault AccountPage::Check() {
+  const QString address = txMailaddress_->text();
+  if (!address.contains(u'@') || address.contains(u' ') || HasControlCharacter(address)) {
+    return {QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"),
+            txMailaddress_};
+  }
+  return {};
+}
+
+// --- what receive and send share ---------------------------------------------------------------
+
+ServerPage::ServerPage(const QString& page, const QString& title, const QString& prefix)
+    : FormPage(page, title), prefix_(prefix) {
+  server_ = AddText(QStringLiteral("tx") + prefix, QStringLiteral("サーバー(&S)"));
+  trusted_ = AddHidden(QStringLiteral("tx") + prefix + QStringLiteral("Certificates"));
+  connect(&check_, &ConnectionCheck::Finished, this, &ServerPage::ShowResult);
+}
+
+void ServerPage::AddSecurity() {
+  security_ = AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
+                        QStringLiteral("セキュリティ(&Y)"),
+                        {QStringLiteral("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
+  port_ = AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"),
+                  QStringLiteral("ポート番号(&P)"));
+  port_->setText(QString::number(ports_[0]));
+  connect(security_, &QComboBox::currentIndexChanged, this, &ServerPage::FollowSecurity);
+}
+
+// The port follows the security unless the user gave another one.
+void ServerPage::FollowSecurity() {
+  if (port_->text().isEmpty() || ports_.contains(port_->text().toInt())) {
+    port_->setText(QString::number(ports_[security_->currentIndex()]));
+  }
+}
+
+void ServerPage::Loaded(const Disk&) {
+  trust_->hide();
+  result_->clear();
+}
+
+void ServerPage::AddCheckButton() {
+  try_ = new QPushButton(QStringLiteral("接続を確認(&K)"), this);
+  try_->setObjectName(QStringLiteral("cmCheck") + prefix_);
+  try_->setAutoDefault(false);
+  result_ = new QLabel(this);
+  result_->setObjectName(QStringLiteral("lbCheck") + prefix_);
+  result_->setWordWrap(true);
+  result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  trust_ = new QPushButton(QStringLiteral("この証明書を信頼する"), this);
+  trust_->setObjectName(QStringLiteral("cmTrust") + prefix_);
+  trust_->setAutoDefault(false);
+  trust_->hide();
+  Layout().addRow(try_, result_);
+  Layout().addRow(QString(), trust_);
+  connect(try_, &QPushButton::clicked, this, &ServerPage::TryConnection);
+  connect(trust_, &QPushButton::clicked, this, [this] {
+    QStringList trusted = trusted_->text().split(u' ', Qt::SkipEmptyParts);
+    trusted.append(check_.RefusedCertificate());
+    trusted_->setText(trusted.join(u' '));
+    TryConnection();
+  });
+}
+
+ConnectionTrial ServerPage::Trial() const {
+  ConnectionTrial trial;
+  trial.server = server_->text();
+  trial.port = port_->text().toInt();
+  trial.security = static_cast<Security>(security_->currentIndex());
+  trial.trustedCertificates = trusted_->text().split(u' ', Qt::SkipEmptyParts);
+  return trial;
+}
+
+void ServerPage::TryConnection() {
+  if (const PageFault fault = Check()) {
+    result_->setText(fault.text);
+    if (fault.field != nullptr) fault.field->setFocus();
+    return;
+  }
+  trust_->hide();
+  try_->setEnabled(false);
+  result_->setText(QStringLiteral("接続しています…"));
+  check_.Start(Trial());
+}
+
+void ServerPage::ShowResult(bool ok, const QString& text) {
+  try_->setEnabled(true);
+  result_->setText(text);
+  trust_->setVisible(!ok && !check_.RefusedCertificate().isEmpty());
+}
+
+PageFault ServerPage::Check() {
+  if (HasControlCharacter(server_->text()) || server_->text().contains(u' ')) {
+    return {QStringLiteral("サーバー名に使えない文字があります。"), server_};
+  }
+  if (!IsPort(port_->text())) {
+    return {QStringLiteral("ポート番号は1から65535までの数です。"), port_};
+  }
+  return {};
+}
+
+void ServerPage::Finish(Disk&) {}
+
+// --- receive -----------------------------------------------------------------------------------
+
+ReceivePage::ReceivePage()
+    : ServerPage(QStringLiteral("receive"), QStringLiteral("受信(&R)"),
+                 QStringLiteral("InMailServer")) {
+  UsePorts(kPop3Ports);
+  protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), QStringLiteral("種類(&T)"),
+                        {QStringLiteral("POP3"), QStringLiteral("APOP")});
+  AddSecurity();
+  user_ = AddText(QStringLiteral("txInMailServerUser"), QStringLiteral("ユーザー名(&U)"));
+  password_ = AddPassword(QStringLiteral("txInMailServerPassword"), QStringLiteral("パスワード(&W)"));
+  savePassword_ = AddCheck(QStringLiteral("ckInMailServerPasswordSave"),
+                           QStringLiteral("パスワードを保存する(&V)"));
+  savePassword_->setChecked(true);
+  AddCheck(QStringLiteral("ckInMailServerDelete"),
+           QStringLiteral("受信したメッセージをサーバーから削除する(&X)"));
+  AddCheckButton();
+}
+
+ConnectionTrial ReceivePage::Trial() const {
+  ConnectionTrial trial = ServerPage::Trial();
+  trial.apop = protocol_->currentIndex() == 1;
+  trial.user = user_->text();
+  trial.password = password_->text();
+  return trial;
+}
+
+PageFault ReceivePage::Check() {
+  if (Server()->text().isEmpty()) {
+    return {QStringLiteral("受信サーバーが設定されていません。"), Server()};
+  }
+  if (user_->text().isEmpty() || HasControlCharacter(user_->text())) {
+    return {QStringLiteral("受信サーバーのユーザー名が設定されていません。"), user_};
+  }
+  return ServerPage::Check();
+}
+
+// A password that is not to be saved is known while the program runs, by the loaded object alone.
+void ReceivePage::Finish(Disk& bag) {
+  if (!savePassword_->isChecked()) bag.Let(QStringLiteral("InMailServerPassword"), QString());
+}
+
+// --- send --------------------------------------------------------------------------------------
+
+SendPage::SendPage()
+    : ServerPage(QStringLiteral("send"), QStringLiteral("送信(&E)"),
+                 QStringLiteral("OutMailServer")) {
+  UsePorts(kSmtpPorts);
+  AddChoice(QStringLiteral("cbOutMailServerProtocol"), QStringLiteral("種類(&T)"),
+            {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
+  AddSecurity();
+  authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"),
+                           QStringLiteral("送信時に認証する(&A)"));
+  user_ = AddText(QStringLiteral("txOutMailServerUser"), QStringLiteral("ユーザー名(&U)"));
+  password_ =
+      AddPassword(QStringLiteral("txOutMailServerPassword"), QStringLiteral("パスワード(&W)"));
+  const auto follow = [this](bool on) {
+    user_->setEnabled(on);
+    password_->setEnabled(on);
+  };
+  follow(false);
+  connect(authenticate_, &QCheckBox::toggled, this, follow);
+  AddCheckButton();
+}
+
+ConnectionTrial SendPage::Trial() const {
+  ConnectionTrial trial = ServerPage::Trial();
+  trial.isSmtp = true;
+  trial.authenticate = authenticate_->isChecked();
+  trial.user = user_->text();
+  trial.password = password_->text();
+  return trial;
+}
+
+}  // namespace vorn

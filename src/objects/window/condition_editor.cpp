@@ -1,0 +1,197 @@
+#include "objects/window/condition_editor.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QSpinBox>
+
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+using Kind = ConditionLine::Kind;
+
+constexpr int kMaxDays = 36500;
+constexpr int kDefaultDays = 7;
+
+struct Choice {
+  int value;
+  const char16_t* text;
+};
+
+constexpr Choice kKinds[] = {{static_cast<int>(Kind::Subject), u"件名に含む"},
+                             {static_cast<int>(Kind::MailAddress), u"アドレスに含む"},
+                             {static_cast<int>(Kind::Folder), u"フォルダにある"},
+                             {static_cast<int>(Kind::Status), u"状態"},
+                             {static_cast<int>(Kind::TimeStamp), u"日付"}};
+
+constexpr Choice kStatuses[] = {{1, u"編集"}, {2, u"待ち"}, {3, u"送信"}, {4, u"受信"}};
+
+template <typename Editor>
+Editor* CellEditor(const QTableWidget& table, int row, int column) {
+  return qobject_cast<Editor*>(table.cellWidget(row, column));
+}
+
+}  // namespace
+
+ConditionEditor::ConditionEditor(const Context& context, QWidget* parent)
+    : QTableWidget(0, kColumns, parent), context_(context) {
+  setObjectName(QStringLiteral("lvCondition"));
+  setProperty("tag", QStringLiteral("text"));
+  setHorizontalHeaderLabels({QStringLiteral("結合"), QStringLiteral("種類"), QStringLiteral("否定"),
+                             QStringLiteral("値")});
+  horizontalHeader()->setStretchLastSection(true);
+  setColumnWidth(kConnector, 90);
+  setColumnWidth(kKind, 150);
+  setColumnWidth(kNegation, 70);
+  verticalHeader()->hide();
+  setSelectionMode(QAbstractItemView::NoSelection);
+  setFocusPolicy(Qt::NoFocus);  // the editors take it
+}
+
+void ConditionEditor::AddCondition(const ConditionLine& line) {
+  const int row = rowCount();
+  insertRow(row);
+  auto* connector = new QComboBox;
+  connector->setObjectName(QStringLiteral("connector"));
+  connector->setAccessibleName(QStringLiteral("結合"));
+  connector->addItems({QStringLiteral("または"), QStringLiteral("かつ")});
+  connector->setCurrentIndex(line.joinedByAnd ? 1 : 0);
+  setCellWidget(row, kConnector, connector);
+
+  auto* kind = new QComboBox;
+  kind->setObjectName(QStringLiteral("kind"));
+  kind->setAccessibleName(QStringLiteral("種類"));
+  for (const Choice& choice : kKinds) {
+    kind->addItem(QString::fromUtf16(choice.text), choice.value);
+  }
+  kind->setCurrentIndex(kind->findData(static_cast<int>(line.kind)));
+  setCellWidget(row, kKind, kind);
+
+  auto* negation = new QCheckBox(QStringLiteral("でない"));
+  negation->setObjectName(QStringLiteral("negation"));
+  negation->setChecked(line.negated);
+  setCellWidget(row, kNegation, negation);
+
+  setCellWidget(row, kValue, MakeValueEditor(line.kind, line.values));
+  connect(connector, &QComboBox::currentIndexChanged, this, &ConditionEditor::Changed);
+  connect(negation, &QCheckBox::toggled, this, &ConditionEditor::Changed);
+  connect(kind, &QComboBox::currentIndexChanged, this, [this, kind] { KindChosen(RowOf(kind)); });
+  ShowConnectors();
+}
+
+int ConditionEditor::RowOf(const QWidget* editor) const {
+  for (int row = 0; row < rowCount(); ++row) {
+    for (int column = 0; column < kColumns; ++column) {
+      const QWidget* cell = cellWidget(row, column);
+      if (cell == editor || (cell != nullptr && cell->isAncestorOf(editor))) return row;
+    }
+  }
+  return -1;
+}
+
+// The first line has nothing to be joined to.
+void ConditionEditor::ShowConnectors() {
+  for (int row = 0; row < rowCount(); ++row) {
+    cellWidget(row, kConnector)->setVisible(row > 0);
+  }
+}
+
+void ConditionEditor::KindChosen(int row) {
+  if (row < 0) return;
+  const auto kind =
+      static_cast<Kind>(CellEditor<QComboBox>(*this, row, kKind)->currentData().toInt());
+  setCellWidget(row, kValue, MakeValueEditor(kind, {}));
+  Q_EMIT Changed();
+}
+
+QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) {
+  switch (kind) {
+    case Kind::Folder: {
+      auto* folders = new QComboBox;
+      for (const DiskPtr& object : context_.Objects) {
+        if (object->Text(u"FormName") == object_type::kFolder) {
+          folders->addItem(object->Text(u"Object"), object->SerialID());
+        }
+      }
+      const int index = folders->findData(values.value(0));
+      if (index >= 0) folders->setCurrentIndex(index);
+      connect(folders, &QComboBox::currentIndexChanged, this, &ConditionEditor::Changed);
+      return folders;
+    }
+    case Kind::Status: {
+      auto* box = new QWidget;
+      auto* layout = new QHBoxLayout(box);
+      layout->setContentsMargins(4, 0, 4, 0);
+      for (const Choice& status : kStatuses) {
+        auto* check = new QCheckBox(QString::fromUtf16(status.text));
+        check->setProperty("value", status.value);
+        check->setChecked(values.contains(QString::number(status.value)));
+        connect(check, &QCheckBox::toggled, this, &ConditionEditor::Changed);
+        layout->addWidget(check);
+      }
+      layout->addStretch();
+      return box;
+    }
+    case Kind::TimeStamp: {
+      // A stored number counts from today: -7 stands for the last seven days.
+      auto* days = new QSpinBox;
+      days->setRange(0, kMaxDays);
+      days->setSuffix(QStringLiteral(" 日前から"));
+      days->setValue(values.isEmpty() ? kDefaultDays : -values[0].toInt());
+      connect(days, &QSpinBox::valueChanged, this, &ConditionEditor::Changed);
+      return days;
+    }
+    default: {
+      auto* text = new QLineEdit(values.value(0));
+      text->setPlaceholderText(QStringLiteral("検索する文字列（* は任意の文字）"));
+      connect(text, &QLineEdit::textChanged, this, &ConditionEditor::Changed);
+      return text;
+    }
+  }
+}
+
+QStringList ConditionEditor::Values(int row) const {
+  const QWidget* editor = cellWidget(row, kValue);
+  if (const auto* text = qobject_cast<const QLineEdit*>(editor)) return {text->text()};
+  if (const auto* folders = qobject_cast<const QComboBox*>(editor)) {
+    return {folders->currentData().toString()};
+  }
+  if (const auto* days = qobject_cast<const QSpinBox*>(editor)) {
+    return {QString::number(-days->value())};
+  }
+  QStringList statuses;
+  for (const auto* check : editor->findChildren<QCheckBox*>()) {
+    if (check->isChecked()) statuses.append(check->property("value").toString());
+  }
+  return statuses;
+}
+
+ConditionLine ConditionEditor::Condition(int row) const {
+  ConditionLine line;
+  line.kind = static_cast<Kind>(CellEditor<QComboBox>(*this, row, kKind)->currentData().toInt());
+  line.joinedByAnd = CellEditor<QComboBox>(*this, row, kConnector)->currentIndex() == 1;
+  line.negated = CellEditor<QCheckBox>(*this, row, kNegation)->isChecked();
+  line.values = Values(row);
+  return line;
+}
+
+void ConditionEditor::AddRow() {
+  AddCondition({Kind::Subject, true, false, {}});
+  cellWidget(rowCount() - 1, kKind)->setFocus();
+  Q_EMIT Changed();
+}
+
+void ConditionEditor::RemoveRow() {
+  const QWidget* focused = focusWidget();
+  const int row = focused == nullptr ? -1 : RowOf(focused);
+  if (rowCount() == 0) return;
+  removeRow(row >= 0 ? row : rowCount() - 1);
+  ShowConnectors();
+  Q_EMIT Changed();
+}
+
+}  // namespace vorn

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QTableWidget>
+
+#include "objects/search_condition.h"
+#include "storage/context.h"
+
+namespace vorn {
+
+/// The list "lvCondition": one row per condition line, with an editor that fits the line's kind.
+class ConditionEditor : public QTableWidget {
+  Q_OBJECT
+
+ public:
+  explicit ConditionEditor(const Context& context, QWidget* parent = nullptr);
+
+  void AddCondition(const ConditionLine& line);
+  ConditionLine Condition(int row) const;
+  /// Adds a row for another condition and puts the focus there.
+  void AddRow();
+  void RemoveRow();
+
+ Q_SIGNALS:
+  void Changed();
+
+ private:
+  enum Column { kConnector = 0, kKind, kNegation, kValue, kColumns };
+
+  int RowOf(const QWidget* editor) const;
+  void KindChosen(int row);
+  void ShowConnectors();
+  QWidget* MakeValueEditor(ConditionLine::Kind kind, const QStringList& values);
+  QStringList Values(int row) const;
+
+  const Context& context_;
+};
+
+}  // namespace vorn

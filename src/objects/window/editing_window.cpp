@@ -1,0 +1,149 @@
+#include "objects/window/editing_window.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
+                                  QStringLiteral("mode"), QStringLiteral("login")};
+
+}  // namespace
+
+EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* parent)
+    : QDialog(parent), context_(context), tsPage_(new QTabWidget), lbError_(new QLabel) {
+  setObjectName(name);
+  setAttribute(Qt::WA_DeleteOnClose);
+  tsPage_->setObjectName(QStringLiteral("tsPage"));
+  lbError_->setObjectName(QStringLiteral("lbError"));
+  lbError_->setWordWrap(true);
+  lbError_->setStyleSheet(QStringLiteral("color: #c0392b"));
+  lbError_->hide();
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  const auto caption = [buttons](QDialogButtonBox::StandardButton button, const QString& objectName,
+                                 const QString& text) {
+    buttons->button(button)->setObjectName(objectName);
+    buttons->button(button)->setText(text);
+  };
+  caption(QDialogButtonBox::Ok, QStringLiteral("cmOk"), QStringLiteral("OK"));
+  caption(QDialogButtonBox::Cancel, QStringLiteral("cmCancel"), QStringLiteral("キャンセル"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
+  connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(tsPage_, 1);
+  layout->addWidget(lbError_);
+  layout->addWidget(buttons);
+}
+
+void EditingWindow::AddPage(FormPage* page) {
+  pages_.push_back(page);
+  tsPage_->addTab(page, page->Title());
+}
+
+QStringList EditingWindow::ShownPages() const {
+  QStringList names;
+  for (const FormPage* page : pages_) names.append(page->property("tag").toString());
+  return names;
+}
+
+QString EditingWindow::ListViewLine(const QTableWidget& list, int row) const {
+  for (const FormPage* page : pages_) {
+    if (page->isAncestorOf(&list)) return page->Line(list, row);
+  }
+  return {};
+}
+
+void EditingWindow::ControlListViewItem(QTableWidget& list, const QString& line) {
+  for (FormPage* page : pages_) {
+    if (page->isAncestorOf(&list)) page->AddLine(list, line);
+  }
+}
+
+void EditingWindow::FillPages() {
+  const DiskPtr object = LoadObject(context_, Tag());
+  if (object != nullptr) DiskToForm(*this, *object);
+  const Disk nothing;
+  for (FormPage* page : pages_) page->Loaded(object == nullptr ? nothing : *object);
+  tsPage_->setProperty("tag", ShownPages().join(kLineBreak));
+}
+
+void EditingWindow::Activate() {
+  raise();
+  activateWindow();
+}
+
+void EditingWindow::Tell(const PageFault& fault, const FormPage* page) {
+  lbError_->setText(fault.text);
+  lbError_->show();
+  for (size_t i = 0; i < pages_.size(); ++i) {
+    if (pages_[i] == page) tsPage_->setCurrentIndex(static_cast<int>(i));
+  }
+  if (fault.field != nullptr) fault.field->setFocus();
+}
+
+bool EditingWindow::CheckPages() {
+  for (FormPage* page : pages_) {
+    if (const PageFault fault = page->Check()) {
+      Tell(fault, page);
+      return false;
+    }
+  }
+  return true;
+}
+
+DiskPtr EditingWindow::Edited() {
+  DiskPtr bag = FormToDisk(*this, Tag());
+  for (FormPage* page : pages_) page->Finish(*bag);
+  return bag;
+}
+
+void EditingWindow::TakeOver(const Disk& saved) {
+  DiskPtr loaded = context_.Objects.Find(saved.SerialID());
+  if (loaded == nullptr) {
+    loaded = std::make_shared<Disk>(saved.SerialID());
+    context_.Objects.Add(loaded);
+  }
+  Disk kept;
+  for (const QString& key : kSessionKeys) {
+    if (const QVariant value = loaded->Get(key); value.isValid()) kept.Let(key, value);
+  }
+  loaded->Init();
+  for (const Disk* source : {&saved, static_cast<const Disk*>(&kept)}) {
+    for (qint32 i = 1; i <= source->Size(); ++i) {
+      loaded->Let(source->NameAt(i), source->Get(source->NameAt(i)));
+    }
+  }
+}
+
+void EditingWindow::cmOk_Click() {
+  lbError_->hide();
+  if (!CheckPages() || !Save()) return;
+  context_.Session->Let(QStringLiteral("status"), Tag());
+  accept();
+}
+
+void EditingWindow::ConfirmObject() {
+  cmOk_Click();
+  // A window that was never shown and has something to tell shows itself now.
+  if (lbError_->isVisibleTo(this)) {
+    exec();
+  } else {
+    deleteLater();
+  }
+}
+
+void EditingWindow::reject() {
+  context_.Session->Let(QStringLiteral("status"), QString());
+  QDialog::reject();
+}
+
+}  // namespace vorn

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDialog>
+
+#include "frame/request_window.h"
+#include "objects/window/form_page.h"
+#include "storage/window/control_state.h"
+
+class QLabel;
+class QTabWidget;
+
+namespace vorn {
+
+/// A modal window with pages that edits one object: the object property window and the settings
+/// window are such. OK checks every page, saves and closes; what is wrong is told below the pages,
+/// with the focus in its field.
+class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
+  Q_OBJECT
+
+ public:
+  EditingWindow(Context& context, const QString& name, QWidget* parent);
+
+  // RequestWindow
+  QString Tag() const override { return request_ == nullptr ? QString() : request_->SerialID(); }
+  bool IsChild() const override { return false; }
+  void ShowModeless() override { show(); }
+  void ShowModal() override { exec(); }
+  void Activate() override;
+  void Unload() override { deleteLater(); }
+  void ConfirmObject() override;
+
+  // FormWindow
+  QWidget& Form() override { return *this; }
+  QStringList ShownPages() const override;
+  QString ListViewLine(const QTableWidget& list, int row) const override;
+  void ControlListViewItem(QTableWidget& list, const QString& line) override;
+
+  /// Saves and closes, or tells what is wrong.
+  void cmOk_Click();
+
+ protected:
+  void AddPage(FormPage* page);
+  const std::vector<FormPage*>& Pages() const { return pages_; }
+  const DiskPtr& Request() const { return request_; }
+  void TakeRequest(const DiskPtr& request) { request_ = request; }
+  /// Fills the pages from the stored object, when there is one, and tells them.
+  void FillPages();
+  void ShowEvent();
+  void Tell(const PageFault& fault, const FormPage* page);
+  /// Saves the controls; on false the fault has been told.
+  virtual bool Save() = 0;
+  /// Checks every page; the first fault is told.
+  bool CheckPages();
+  DiskPtr Edited();
+  /// Gives the loaded object the saved values, keeping what only the running program knows.
+  void TakeOver(const Disk& saved);
+  Context& GetContext() { return context_; }
+  void reject() override;
+
+ private:
+  Context& context_;
+  DiskPtr request_;
+  std::vector<FormPage*> pages_;
+  QTabWidget* tsPage_;
+  QLabel* lbError_;
+};
+
+}  // namespace vorn

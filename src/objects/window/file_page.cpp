@@ -1,0 +1,54 @@
+#include "objects/window/file_page.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QTreeWidget>
+
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kTreeHeight = 110;
+
+}  // namespace
+
+FilePage::FilePage(const Context& context, const QString& type)
+    : FormPage(QStringLiteral("file"), QStringLiteral("全般(&G)")) {
+  AddHidden(QStringLiteral("txFormName"))->setText(type);
+  AddHidden(QStringLiteral("txDraw"));
+  txObject_ = AddText(QStringLiteral("txObject"), QStringLiteral("名前(&N)"));
+  AddText(QStringLiteral("txToolTipText"), QStringLiteral("説明(&D)"));
+  tvParent_ = new QTreeWidget(this);
+  tvParent_->setObjectName(QStringLiteral("tvParent"));
+  tvParent_->setHeaderHidden(true);
+  tvParent_->setMaximumHeight(kTreeHeight);
+  Layout().addRow(QStringLiteral("場所(&P)"), tvParent_);
+  FillTree(context, type);
+  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), QStringLiteral("使用する(&E)"));
+  enabled->setChecked(true);
+  AddCheck(QStringLiteral("ckDefault"), QStringLiteral("既定にする(&T)"));
+  QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), QStringLiteral("標準のオブジェクト"));
+  system->setEnabled(false);
+  system->hide();
+}
+
+// Objects of the same type can hang under one another.
+void FilePage::FillTree(const Context& context, const QString& type) {
+  auto* top = new QTreeWidgetItem(tvParent_, {QStringLiteral("（最上位）")});
+  top->setData(0, Qt::UserRole, QString());
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") != type || type == object_type::kProfile) continue;
+    auto* item = new QTreeWidgetItem(top, {object->Text(u"Object")});
+    item->setData(0, Qt::UserRole, object->SerialID());
+  }
+  tvParent_->expandAll();
+  tvParent_->setCurrentItem(top);
+}
+
+PageFault FilePage::Check() {
+  if (!txObject_->text().trimmed().isEmpty()) return {};
+  return {QStringLiteral("オブジェクト名が設定されていません。"), txObject_};
+}
+
+}  // namespace vorn

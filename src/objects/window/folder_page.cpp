@@ -1,0 +1,138 @@
+#include "objects/window/folder_page.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "objects/object_types.h"
+#include "storage/databases.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kPreviewDelayMs = 300;
+constexpr int kSqlHeight = 70;
+
+struct Matches {
+  int count = 0;
+  QString error;
+};
+
+Matches CountMatches(Context& context, const Disk& folder) {
+  Matches matches;
+  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder);
+  const bool opened =
+      OpenDatabase(context, DatabaseKind::Mail) &&
+      context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  if (opened) {
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) ++matches.count;
+    if (rows->Failed()) matches.error = context.Data.LastError().text;
+  } else {
+    matches.error = context.Data.LastError().text;
+  }
+  context.Data.Close();
+  return matches;
+}
+
+}  // namespace
+
+FolderPage::FolderPage(Context& context, const QString& serialId)
+    : FormPage(object_type::kFolder, QStringLiteral("フォルダ(&F)")),
+      context_(context),
+      serialId_(serialId) {
+  lvCondition_ = new ConditionEditor(context, this);
+  Layout().addRow(lvCondition_);
+  buttons_ = new QWidget;
+  auto* row = new QHBoxLayout(buttons_);
+  row->setContentsMargins(0, 0, 0, 0);
+  const auto button = [&](const QString& name, const QString& text, auto clicked) {
+    auto* push = new QPushButton(text);
+    push->setObjectName(name);
+    push->setAutoDefault(false);
+    connect(push, &QPushButton::clicked, lvCondition_, clicked);
+    row->addWidget(push);
+  };
+  button(QStringLiteral("cmAddCondition"), QStringLiteral("条件を追加(&A)"),
+         &ConditionEditor::AddRow);
+  button(QStringLiteral("cmRemoveCondition"), QStringLiteral("条件を削除(&D)"),
+         &ConditionEditor::RemoveRow);
+  row->addStretch();
+  Layout().addRow(buttons_);
+
+  ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), QStringLiteral("条件をSQLで書く(&Q)"));
+  txSql_ = new QPlainTextEdit(this);
+  txSql_->setObjectName(QStringLiteral("txSql"));
+  txSql_->setMaximumHeight(kSqlHeight);
+  txSql_->setTabChangesFocus(true);
+  txSql_->setPlaceholderText(QStringLiteral("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
+  Layout().addRow(QStringLiteral("&SQL"), txSql_);
+  matches_ = new QLabel(this);
+  matches_->setObjectName(QStringLiteral("lbMatches"));
+  matches_->setWordWrap(true);
+  Layout().addRow(matches_);
+
+  delay_.setSingleShot(true);
+  delay_.setInterval(kPreviewDelayMs);
+  connect(&delay_, &QTimer::timeout, this, &FolderPage::ShowMatches);
+  const auto later = [this] { delay_.start(); };
+  connect(lvCondition_, &ConditionEditor::Changed, this, later);
+  connect(txSql_, &QPlainTextEdit::textChanged, this, later);
+  connect(ckSqlUse_, &QCheckBox::toggled, this, &FolderPage::FollowSqlUse);
+  FollowSqlUse(false);
+}
+
+void FolderPage::FollowSqlUse(bool useSql) {
+  txSql_->setEnabled(useSql);
+  lvCondition_->setEnabled(!useSql);
+  buttons_->setEnabled(!useSql);
+  delay_.start();
+}
+
+DiskPtr FolderPage::Edited() const {
+  auto folder = std::make_shared<Disk>(serialId_);
+  QStringList lines;
+  for (int row = 0; row < lvCondition_->rowCount(); ++row) lines.append(Line(*lvCondition_, row));
+  folder->Let(QStringLiteral("SqlUse"), ckSqlUse_->isChecked());
+  folder->Let(QStringLiteral("Sql"), txSql_->toPlainText());
+  folder->Let(QStringLiteral("Condition"), lines.join(kLineBreak));
+  return folder;
+}
+
+void FolderPage::Loaded(const Disk&) { ShowMatches(); }
+
+void FolderPage::ShowMatches() {
+  delay_.stop();
+  const Matches matches = CountMatches(context_, *Edited());
+  matches_->setText(matches.error.isEmpty()
+                        ? QStringLiteral("今は%1通のメッセージが当てはまります。").arg(matches.count)
+                        : matches.error);
+}
+
+PageFault FolderPage::Check() {
+  if (ckSqlUse_->isChecked() && txSql_->toPlainText().trimmed().isEmpty()) {
+    return {QStringLiteral("SQLの条件が書かれていません。"), txSql_};
+  }
+  const Matches matches = CountMatches(context_, *Edited());
+  if (matches.error.isEmpty()) return {};
+  return {matches.error, ckSqlUse_->isChecked() ? static_cast<QWidget*>(txSql_) : lvCondition_};
+}
+
+// A folder keeps its kind once it has one.
+void FolderPage::Finish(Disk& bag) {
+  if (!bag.Text(u"Draw").isEmpty()) return;
+  const bool isActive = bag.Flag(u"SqlUse") || lvCondition_->rowCount() > 0;
+  bag.Let(QStringLiteral("Draw"), isActive ? QStringLiteral("active") : QStringLiteral("static"));
+}
+
+QString FolderPage::Line(const QTableWidget&, int row) const {
+  return FormatConditionLine(lvCondition_->Condition(row));
+}
+
+void FolderPage::AddLine(QTableWidget&, const QString& line) {
+  if (const auto condition = ParseConditionLine(line)) lvCondition_->AddCondition(*condition);
+}
+
+}  // namespace vorn

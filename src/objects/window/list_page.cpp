@@ -1,0 +1,144 @@
+#include "objects/window/list_page.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTableWidget>
+#include <QUrl>
+
+#include "mail/address.h"
+#include "objects/object_types.h"
+
+namespace vorn {
+
+ListPage::ListPage(const QString& page, const QString& title, const QString& listName,
+                   const QStringList& columns)
+    : FormPage(page, title), list_(new QTableWidget(0, static_cast<int>(columns.size()), this)) {
+  list_->setObjectName(listName);
+  list_->setProperty("tag", QStringLiteral("text"));
+  list_->setHorizontalHeaderLabels(columns);
+  list_->horizontalHeader()->setStretchLastSection(true);
+  list_->horizontalHeader()->setDefaultSectionSize(220);
+  list_->verticalHeader()->hide();
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setTabKeyNavigation(true);
+  Layout().addRow(list_);
+  connect(list_, &QTableWidget::itemChanged, this, &ListPage::KeepEmptyRow);
+
+  auto* buttons = new QHBoxLayout;
+  const auto button = [&](const QString& name, const QString& text, auto clicked) {
+    auto* push = new QPushButton(text, this);
+    push->setObjectName(name);
+    push->setAutoDefault(false);
+    connect(push, &QPushButton::clicked, this, clicked);
+    buttons->addWidget(push);
+  };
+  button(QStringLiteral("cmRemove"), QStringLiteral("削除(&D)"), [this] { RemoveRows(); });
+  button(QStringLiteral("cmUp"), QStringLiteral("上へ(&U)"), [this] { MoveRow(-1); });
+  button(QStringLiteral("cmDown"), QStringLiteral("下へ(&W)"), [this] { MoveRow(1); });
+  buttons->addStretch();
+  Layout().addRow(buttons);
+  KeepEmptyRow();
+}
+
+void ListPage::Loaded(const Disk&) { KeepEmptyRow(); }
+
+QString ListPage::Cell(int row, int column) const {
+  const QTableWidgetItem* item = list_->item(row, column);
+  return item == nullptr ? QString() : item->text().simplified();
+}
+
+void ListPage::AppendRow(const QStringList& cells) {
+  changing_ = true;
+  const int row = list_->rowCount();
+  list_->insertRow(row);
+  for (int column = 0; column < list_->columnCount(); ++column) {
+    list_->setItem(row, column, new QTableWidgetItem(cells.value(column)));
+  }
+  changing_ = false;
+}
+
+void ListPage::KeepEmptyRow() {
+  if (changing_) return;
+  const int last = list_->rowCount() - 1;
+  bool lastIsEmpty = last >= 0;
+  for (int column = 0; lastIsEmpty && column < list_->columnCount(); ++column) {
+    lastIsEmpty = Cell(last, column).isEmpty();
+  }
+  if (!lastIsEmpty) AppendRow({});
+}
+
+void ListPage::RemoveRows() {
+  const QModelIndexList selected = list_->selectionModel()->selectedRows();
+  QList<int> rows;
+  for (const QModelIndex& index : selected) rows.append(index.row());
+  std::sort(rows.begin(), rows.end(), std::greater<>());
+  for (const int row : rows) list_->removeRow(row);
+  KeepEmptyRow();
+}
+
+void ListPage::MoveRow(int step) {
+  const int row = list_->currentRow();
+  const int target = row + step;
+  if (row < 0 || target < 0 || target >= list_->rowCount() - 1 || row == list_->rowCount() - 1) {
+    return;
+  }
+  for (int column = 0; column < list_->columnCount(); ++column) {
+    QTableWidgetItem* moving = list_->takeItem(row, column);
+    QTableWidgetItem* other = list_->takeItem(target, column);
+    list_->setItem(target, column, moving);
+    list_->setItem(row, column, other);
+  }
+  list_->setCurrentCell(target, list_->currentColumn());
+}
+
+// --- address book ------------------------------------------------------------------------------
+
+BookPage::BookPage()
+    : ListPage(object_type::kBook, QStringLiteral("アドレス(&A)"),
+               QStringLiteral("lvAddressbook"),
+               {QStringLiteral("メールアドレス"), QStringLiteral("表示名")}) {}
+
+QString BookPage::Line(const QTableWidget&, int row) const {
+  const QString address = Cell(row, 0);
+  if (address.isEmpty()) return {};
+  const QString name = Cell(row, 1);
+  return QStringLiteral("TO: ") + address + (name.isEmpty() ? QString() : u' ' + name);
+}
+
+void BookPage::AddLine(QTableWidget&, const QString& line) {
+  const AddressEntry entry = ParseAddressEntry(line);
+  AppendRow({entry.address, entry.displayName});
+}
+
+PageFault BookPage::Check() {
+  for (int row = 0; row < List().rowCount(); ++row) {
+    const QString address = Cell(row, 0);
+    const bool isEmpty = address.isEmpty() && Cell(row, 1).isEmpty();
+    if (isEmpty || (address.contains(u'@') && !address.contains(u' '))) continue;
+    List().setCurrentCell(row, 0);
+    return {QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"), &List()};
+  }
+  return {};
+}
+
+// --- bookmark ----------------------------------------------------------------------------------
+
+BookmarkPage::BookmarkPage()
+    : ListPage(object_type::kBookmark, QStringLiteral("お気に入り(&A)"), QStringLiteral("lvUrl"),
+               {QStringLiteral("アドレス"), QStringLiteral("タイトル")}) {}
+
+QString BookmarkPage::Line(const QTableWidget&, int row) const {
+  QString url = Cell(row, 0);
+  if (url.isEmpty()) return {};
+  url.replace(u' ', QStringLiteral("%20"));
+  const QString title = Cell(row, 1);
+  return title.isEmpty() ? url : url + u' ' + title;
+}
+
+void BookmarkPage::AddLine(QTableWidget&, const QString& line) {
+  AppendRow({line.section(u' ', 0, 0), line.section(u' ', 1)});
+}
+
+}  // namespace vorn

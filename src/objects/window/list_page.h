@@ -1,0 +1,54 @@
+#pragma once
+
+#include "objects/window/form_page.h"
+
+namespace vorn {
+
+/// A page with one table that is edited in place: the book's addresses or the bookmark's places.
+/// The last row is always empty and takes the next entry.
+class ListPage : public FormPage {
+  Q_OBJECT
+
+ public:
+  /// `listName` is the list control's name, `columns` its headings.
+  ListPage(const QString& page, const QString& title, const QString& listName,
+           const QStringList& columns);
+
+  void Loaded(const Disk& object) override;
+  QTableWidget& List() const { return *list_; }
+
+ protected:
+  QString Cell(int row, int column) const;
+  void AppendRow(const QStringList& cells);
+
+ private:
+  void KeepEmptyRow();
+  void RemoveRows();
+  void MoveRow(int step);
+
+  QTableWidget* list_;
+  bool changing_ = false;
+};
+
+/// An address book's entries: lines of kind, address and name.
+class BookPage : public ListPage {
+  Q_OBJECT
+
+ public:
+  BookPage();
+  PageFault Check() override;
+  QString Line(const QTableWidget& list, int row) const override;
+  void AddLine(QTableWidget& list, const QString& line) override;
+};
+
+/// A bookmark's entries: lines of an address, a blank and a title.
+class BookmarkPage : public ListPage {
+  Q_OBJECT
+
+ public:
+  BookmarkPage();
+  QString Line(const QTableWidget& list, int row) const override;
+  void AddLine(QTableWidget& list, const QString& line) override;
+};
+
+}  // namespace vorn

@@ -1,0 +1,141 @@
+#include "objects/window/objects_window.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+#include "frame/start_up.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "objects/window/account_pages.h"
+#include "objects/window/file_page.h"
+#include "objects/window/folder_page.h"
+#include "objects/window/list_page.h"
+#include "objects/window/profile_page.h"
+
+namespace vorn {
+namespace {
+
+constexpr QSize kSize(560, 480);
+
+QString TypeCaption(const QString& type) {
+  if (type == object_type::kProfile) return QStringLiteral("プロファイル");
+  if (type == object_type::kAccount) return QStringLiteral("アカウント");
+  if (type == object_type::kFolder) return QStringLiteral("フォルダ");
+  if (type == object_type::kBookmark) return QStringLiteral("ブックマーク");
+  if (type == object_type::kBook) return QStringLiteral("アドレスブック");
+  if (type == object_type::kEvent) return QStringLiteral("イベント");
+  return QStringLiteral("オブジェクト");
+}
+
+}  // namespace
+
+ObjectsWindow::ObjectsWindow(Context& context, const EventLog& events, QWidget* parent)
+    : EditingWindow(context, QStringLiteral("objects"), parent), events_(events) {
+  resize(kSize);
+}
+
+void ObjectsWindow::BuildPages(const QString& type) {
+  Context& context = GetContext();
+  file_ = new FilePage(context, type);
+  AddPage(file_);
+  if (type == object_type::kProfile) {
+    profile_ = new ProfilePage(context, Tag());
+    AddPage(profile_);
+  } else if (type == object_type::kAccount) {
+    AddPage(new AccountPage);
+    AddPage(new ReceivePage);
+    AddPage(new SendPage);
+  } else if (type == object_type::kFolder) {
+    AddPage(new FolderPage(context, Tag()));
+  } else if (type == object_type::kBookmark) {
+    AddPage(new BookmarkPage);
+  } else if (type == object_type::kBook) {
+    AddPage(new BookPage);
+  }
+}
+
+bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
+  TakeRequest(request);
+  type_ = request->Text(u"status");
+  BuildPages(type_);
+  findChild<QLineEdit*>(QStringLiteral("txDraw"))
+      ->setText(type_ == object_type::kFolder ? QString() : type_);
+  FillPages();
+  const QString name = file_->Name()->text();
+  setWindowTitle(name.isEmpty() ? QStringLiteral("新しい") + TypeCaption(type_)
+                                : name + QStringLiteral(" - ") + TypeCaption(type_));
+  if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
+    AddEventPage(event->Text(u"message"));
+  }
+  file_->Name()->setFocus();
+  return true;
+}
+
+// The text of an event about the object; shown, never saved.
+void ObjectsWindow::AddEventPage(const QString& text) {
+  auto* page = new FormPage(QStringLiteral("event"), QStringLiteral("イベント(&V)"));
+  auto* box = new QPlainTextEdit(text, page);
+  box->setObjectName(QStringLiteral("txEventLog"));
+  box->setProperty("tag", QStringLiteral("nosave"));
+  box->setReadOnly(true);
+  static_cast<QFormLayout*>(page->layout())->addRow(box);
+  AddPage(page);
+}
+
+void ObjectsWindow::SetObjectText(const QString& text) { file_->Name()->setText(text); }
+
+bool ObjectsWindow::Save() {
+  const DiskPtr bag = Edited();
+  const QString taken = ValidateObject(GetContext().Objects, *bag);
+  if (!taken.isEmpty()) {
+    Tell({taken, file_->Name()}, file_);
+    return false;
+  }
+  QString error;
+  if (profile_ != nullptr && !profile_->ChangePassword(*bag, &error)) {
+    Tell({error, nullptr}, profile_);
+    return false;
+  }
+  const auto kind = static_cast<DatabaseKind>(
+      Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  if (!SaveObject(GetContext(), kind, *bag)) {
+    Tell({QStringLiteral("保存できませんでした。") + GetContext().Data.LastError().text, nullptr},
+         file_);
+    return false;
+  }
+  // A receive password that is not saved is still known until the program ends.
+  const QString password = QStringLiteral("InMailServerPassword");
+  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + password)) bag->Let(password, box->text());
+  TakeOver(*bag);
+  return true;
+}
+
+void ObjectsWindow::DeleteObject() {
+  cmDelete_Click();
+  deleteLater();
+}
+
+void ObjectsWindow::cmDelete_Click() {
+  Context& context = GetContext();
+  const DiskPtr object = context.Objects.Find(Tag());
+  if (object == nullptr) return;
+  if (object->Flag(u"System") || Tag() == context.Session->SerialID()) {
+    QMessageBox::information(parentWidget(), kApplicationTitle,
+                             QStringLiteral("標準のオブジェクトは削除できません。"));
+    return;
+  }
+  const auto kind = static_cast<DatabaseKind>(
+      Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  if (!OpenDatabase(context, kind) || !object->Delete(context.Data)) {
+    QMessageBox::critical(parentWidget(), kApplicationTitle,
+                          QStringLiteral("削除できませんでした。") + context.Data.LastError().text);
+    context.Data.Close();
+    return;
+  }
+  context.Data.Close();
+  context.Objects.Remove(Tag());
+}
+
+}  // namespace vorn

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "frame/event_log.h"
+#include "objects/window/editing_window.h"
+
+namespace vorn {
+
+class FilePage;
+class ProfilePage;
+
+/// The object property window "objects": the pages of an object's type, saved as one object.
+class ObjectsWindow : public EditingWindow {
+  Q_OBJECT
+
+ public:
+  ObjectsWindow(Context& context, const EventLog& events, QWidget* parent = nullptr);
+
+  bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
+  void SetObjectText(const QString& text) override;
+  void DeleteObject() override;
+  /// Deletes the object; a standard object and the logged-in profile stay.
+  void cmDelete_Click();
+
+ protected:
+  bool Save() override;
+
+ private:
+  void BuildPages(const QString& type);
+  void AddEventPage(const QString& text);
+  bool SaveProfilePassword();
+
+  const EventLog& events_;
+  QString type_;
+  FilePage* file_ = nullptr;
+  ProfilePage* profile_ = nullptr;
+};
+
+}  // namespace vorn

@@ -1,0 +1,147 @@
+#include "objects/window/profile_page.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTableWidget>
+
+#include "frame/start_up.h"
+#include "objects/object_types.h"
+#include "objects/profile.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kFileNameCharacters = 8;
+constexpr int kListHeight = 110;
+
+QString FileName(const QString& stored) { return stored.section(u'\\', -1).section(u'/', -1); }
+
+}  // namespace
+
+ProfilePage::ProfilePage(Context& context, const QString& serialId)
+    : FormPage(object_type::kProfile, QStringLiteral("プロファイル(&R)")),
+      context_(context),
+      serialId_(serialId) {
+  txProfile_ = AddHidden(QStringLiteral("txProfile"));
+  txMail_ = AddHidden(QStringLiteral("txMail"));
+  lvHistory_ = new QTableWidget(0, 2, this);
+  lvHistory_->setObjectName(QStringLiteral("lvHistory"));
+  lvHistory_->setProperty("tag", QStringLiteral("text"));
+  lvHistory_->setHorizontalHeaderLabels({QStringLiteral("ファイル"), QStringLiteral("状態")});
+  lvHistory_->horizontalHeader()->setStretchLastSection(true);
+  lvHistory_->setColumnWidth(0, 200);
+  lvHistory_->verticalHeader()->hide();
+  lvHistory_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  lvHistory_->setSelectionMode(QAbstractItemView::SingleSelection);
+  lvHistory_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  lvHistory_->setTabKeyNavigation(false);
+  lvHistory_->setMaximumHeight(kListHeight);
+  Layout().addRow(QStringLiteral("メッセージのデータベース(&B)"), lvHistory_);
+
+  auto* buttons = new QHBoxLayout;
+  const auto button = [&](const QString& name, const QString& text, auto clicked) {
+    auto* push = new QPushButton(text, this);
+    push->setObjectName(name);
+    push->setAutoDefault(false);
+    connect(push, &QPushButton::clicked, this, clicked);
+    buttons->addWidget(push);
+  };
+  button(QStringLiteral("cmNewDatabase"), QStringLiteral("追加(&A)"),
+         &ProfilePage::cmNewDatabase_Click);
+  button(QStringLiteral("cmUseDatabase"), QStringLiteral("使用する(&U)"), &ProfilePage::UseDatabase);
+  button(QStringLiteral("cmDeleteDatabase"), QStringLiteral("削除(&D)"),
+         &ProfilePage::RemoveDatabase);
+  buttons->addStretch();
+  Layout().addRow(QString(), buttons);
+
+  txPassword_ = AddPassword(QStringLiteral("txPassword"), QStringLiteral("新しいパスワード(&W)"));
+  txPasswordAgain_ =
+      AddPassword(QStringLiteral("txPasswordAgain"), QStringLiteral("もう一度入力(&I)"));
+  for (QLineEdit* box : {txPassword_, txPasswordAgain_}) {
+    box->setProperty("tag", QStringLiteral("nosave"));
+    box->setEnabled(IsLoggedIn());
+    box->setPlaceholderText(IsLoggedIn() ? QStringLiteral("変えないときは空のまま")
+                                         : QStringLiteral("最初のログインで決まります"));
+  }
+}
+
+bool ProfilePage::IsLoggedIn() const { return context_.Session->SerialID() == serialId_; }
+
+QString ProfilePage::SelectedFile() const {
+  const QTableWidgetItem* item = lvHistory_->item(lvHistory_->currentRow(), 0);
+  return item == nullptr ? QString() : item->data(Qt::UserRole).toString();
+}
+
+void ProfilePage::Loaded(const Disk&) {
+  if (lvHistory_->rowCount() == 0) cmDefaultDatabase_Click();
+  MarkUsed();
+}
+
+void ProfilePage::cmDefaultDatabase_Click() {
+  txProfile_->setText(QStringLiteral("/current/") + serialId_ + QStringLiteral("\\profile.mbx"));
+  cmNewDatabase_Click();
+  txMail_->setText(SelectedFile());
+  MarkUsed();
+}
+
+void ProfilePage::cmNewDatabase_Click() {
+  AddLine(*lvHistory_, QStringLiteral("/current/") + serialId_ + u'\\' +
+                           context_.Data.NewSerialID().left(kFileNameCharacters) +
+                           QStringLiteral(".mbx"));
+  lvHistory_->setCurrentCell(lvHistory_->rowCount() - 1, 0);
+  MarkUsed();
+}
+
+void ProfilePage::UseDatabase() {
+  if (SelectedFile().isEmpty()) return;
+  txMail_->setText(SelectedFile());
+  MarkUsed();
+}
+
+void ProfilePage::RemoveDatabase() {
+  const QString file = SelectedFile();
+  if (file.isEmpty() || file == txMail_->text()) return;  // the one in use stays
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  if (answer == QMessageBox::Yes) lvHistory_->removeRow(lvHistory_->currentRow());
+}
+
+void ProfilePage::MarkUsed() {
+  for (int row = 0; row < lvHistory_->rowCount(); ++row) {
+    const bool used =
+        lvHistory_->item(row, 0)->data(Qt::UserRole).toString() == txMail_->text();
+    lvHistory_->item(row, 1)->setText(used ? QStringLiteral("使用中") : QString());
+  }
+}
+
+PageFault ProfilePage::Check() {
+  if (txPassword_->text() == txPasswordAgain_->text()) return {};
+  return {QStringLiteral("二つのパスワードが一致しません。"), txPasswordAgain_};
+}
+
+bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {
+  if (!IsLoggedIn() || txPassword_->text().isEmpty()) return true;
+  return ChangeProfilePassword(context_, profile, context_.Session->Text(u"password"),
+                               txPassword_->text(), error);
+}
+
+QString ProfilePage::Line(const QTableWidget& list, int row) const {
+  return list.item(row, 0)->data(Qt::UserRole).toString();
+}
+
+void ProfilePage::AddLine(QTableWidget& list, const QString& line) {
+  const int row = list.rowCount();
+  list.insertRow(row);
+  auto* item = new QTableWidgetItem(FileName(line));
+  item->setData(Qt::UserRole, line);
+  list.setItem(row, 0, item);
+  list.setItem(row, 1, new QTableWidgetItem);
+}
+
+}  // namespace vorn

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "objects/window/form_page.h"
+
+class QLabel;
+
+namespace vorn {
+
+/// The page "profile": the profile's database files and its password.
+class ProfilePage : public FormPage {
+  Q_OBJECT
+
+ public:
+  ProfilePage(Context& context, const QString& serialId);
+
+  void Loaded(const Disk& object) override;
+  PageFault Check() override;
+  /// Changes the password when a new one was typed. False, with a sentence, when it could not be.
+  bool ChangePassword(const Disk& profile, QString* error);
+  QString Line(const QTableWidget& list, int row) const override;
+  void AddLine(QTableWidget& list, const QString& line) override;
+
+  /// Adds a mail database to the list.
+  void cmNewDatabase_Click();
+  /// Puts the databases that a profile begins with into its own folder.
+  void cmDefaultDatabase_Click();
+
+ private:
+  void UseDatabase();
+  void RemoveDatabase();
+  void MarkUsed();
+  bool IsLoggedIn() const;
+  QString SelectedFile() const;
+
+  Context& context_;
+  QString serialId_;
+  QLineEdit* txProfile_;
+  QLineEdit* txMail_;
+  QTableWidget* lvHistory_;
+  QLineEdit* txPassword_;
+  QLineEdit* txPasswordAgain_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,153 @@
+#include "objects/window/settings_window.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+
+namespace vorn {
+namespace {
+
+constexpr QSize kSize(520, 420);
+constexpr int kMaxRows = 10000;
+constexpr int kMaxMinutes = 1440;
+constexpr int kTypesHeight = 90;
+
+// A whole number; the control prefix "sl" stands for sliders and their kin.
+QSpinBox* AddNumber(FormPage& page, const QString& name, const QString& label, int first, int last,
+                    const QString& unit) {
+  auto* box = new QSpinBox(&page);
+  box->setObjectName(name);
+  box->setRange(first, last);
+  box->setSuffix(unit);
+  static_cast<QFormLayout*>(page.layout())->addRow(label, box);
+  return box;
+}
+
+class ViewPage : public FormPage {
+ public:
+  ViewPage() : FormPage(QStringLiteral("view"), QStringLiteral("表示(&V)")) {
+    QCheckBox* paging =
+        AddCheck(QStringLiteral("ckMessagesEdit"), QStringLiteral("一覧をページに分ける(&P)"));
+    QSpinBox* rows = AddNumber(*this, QStringLiteral("slMessages"), QStringLiteral("1ページの行数(&N)"),
+                               1, kMaxRows, QStringLiteral(" 通"));
+    rows->setValue(100);
+    rows->setEnabled(false);
+    connect(paging, &QCheckBox::toggled, rows, &QSpinBox::setEnabled);
+    AddCheck(QStringLiteral("ckPageEscape"),
+             QStringLiteral("メッセージの内容をHTMLとして扱わない（安全）(&E)"));
+    AddCheck(QStringLiteral("ckToolbarIcon"), QStringLiteral("ツールバーをアイコンだけにする(&I)"));
+    AddCheck(QStringLiteral("ckStatusbar"), QStringLiteral("ステータスバーを表示する(&S)"))
+        ->setChecked(true);
+    AddCheck(QStringLiteral("ckTasktray"), QStringLiteral("通知領域にアイコンを表示する(&T)"));
+  }
+};
+
+class CheckingPage : public FormPage {
+ public:
+  CheckingPage() : FormPage(QStringLiteral("check"), QStringLiteral("受信(&R)")) {
+    QCheckBox* check =
+        AddCheck(QStringLiteral("ckMessageCheck"), QStringLiteral("自動的に送受信する(&A)"));
+    QSpinBox* minutes =
+        AddNumber(*this, QStringLiteral("slMessageCheckInterval"), QStringLiteral("間隔(&N)"), 1,
+                  kMaxMinutes, QStringLiteral(" 分"));
+    minutes->setValue(10);
+    minutes->setEnabled(false);
+    connect(check, &QCheckBox::toggled, minutes, &QSpinBox::setEnabled);
+    AddCheck(QStringLiteral("ckMessageNotice"), QStringLiteral("新着メッセージを知らせる(&M)"));
+    AddCheck(QStringLiteral("ckMessageNoticeDialog"), QStringLiteral("開くかどうかを尋ねる(&D)"));
+    AddCheck(QStringLiteral("ckMessageNoticeSound"), QStringLiteral("音を鳴らす(&S)"));
+    file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), QStringLiteral("音のファイル(&F)"));
+    auto* browse = new QPushButton(QStringLiteral("参照(&B).."), this);
+    browse->setAutoDefault(false);
+    Layout().addRow(QString(), browse);
+    connect(browse, &QPushButton::clicked, this, [this] {
+      const QString chosen =
+          QFileDialog::getOpenFileName(this, QStringLiteral("音のファイル"), file_->text(),
+                                       QStringLiteral("WAVE (*.wav);;すべてのファイル (*)"));
+      if (!chosen.isEmpty()) file_->setText(chosen);
+    });
+  }
+
+  PageFault Check() override {
+    const auto* sound = findChild<QCheckBox*>(QStringLiteral("ckMessageNoticeSound"));
+    if (!sound->isChecked() || QFileInfo::exists(file_->text())) return {};
+    return {QStringLiteral("音のファイルがありません。"), file_};
+  }
+
+ private:
+  QLineEdit* file_;
+};
+
+class EditPage : public FormPage {
+ public:
+  EditPage() : FormPage(QStringLiteral("edit"), QStringLiteral("作成(&E)")) {
+    AddCheck(QStringLiteral("ckEditMode"), QStringLiteral("返信、転送を編集(&S)"));
+    AddText(QStringLiteral("txSubjectReplay"), QStringLiteral("返信の件名(&Y)"));
+    AddText(QStringLiteral("txSubjectForward"), QStringLiteral("転送の件名(&F)"));
+    AddText(QStringLiteral("txMemoIndent"), QStringLiteral("引用の記号(&Q)"));
+    AddChoice(QStringLiteral("cbMimeEncode"), QStringLiteral("MIME形式(&M) :"),
+              {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"),
+               QStringLiteral("UUencode")});
+    AddCheck(QStringLiteral("ckMimeText"), QStringLiteral("本文もMIME形式にする(&T)"));
+    AddCheck(QStringLiteral("ckStandardHeaders"),
+             QStringLiteral("標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&H)"));
+  }
+};
+
+class ReadPage : public FormPage {
+ public:
+  ReadPage() : FormPage(QStringLiteral("read"), QStringLiteral("本文(&X)")) {
+    types_ = new QPlainTextEdit(this);
+    types_->setObjectName(QStringLiteral("txTextMime"));
+    types_->setMaximumHeight(kTypesHeight);
+    types_->setTabChangesFocus(true);
+    Layout().addRow(QStringLiteral("本文として表示する形式(&M)"), types_);
+  }
+
+  PageFault Check() override {
+    if (!types_->toPlainText().trimmed().isEmpty()) return {};
+    return {QStringLiteral("本文として表示する形式（text/plain など）を一つ以上書いてください。"), types_};
+  }
+
+ private:
+  QPlainTextEdit* types_;
+};
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
+    : EditingWindow(context, QStringLiteral("logo"), parent) {
+  resize(kSize);
+  setWindowTitle(QStringLiteral("設定"));
+  AddPage(new ViewPage);
+  AddPage(new CheckingPage);
+  AddPage(new EditPage);
+  AddPage(new ReadPage);
+}
+
+bool SettingsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
+  TakeRequest(request);
+  FillPages();
+  return true;
+}
+
+bool SettingsWindow::Save() {
+  const DiskPtr bag = Edited();
+  bag->Let(QStringLiteral("Install"), GetContext().VersionText);
+  if (SaveObject(GetContext(), DatabaseKind::Profile, *bag)) {
+    TakeOver(*bag);
+    return true;
+  }
+  Tell({QStringLiteral("保存できませんでした。") + GetContext().Data.LastError().text, nullptr},
+       nullptr);
+  return false;
+}
+
+}  // namespace vorn

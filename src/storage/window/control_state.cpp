@@ -1,0 +1,169 @@
+#include "storage/window/control_state.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include "objects/object_loader.h"
+#include "storage/time_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+constexpr int kPrefixLength = 2;
+constexpr QSize kDefaultSize(600, 400);
+
+QString TagOf(const QObject& object) { return object.property("tag").toString(); }
+
+bool HasKey(const QWidget& control) {
+  static const QStringList kPrefixes = {QStringLiteral("tx"), QStringLiteral("ck"),
+                                        QStringLiteral("cb"), QStringLiteral("lv"),
+                                        QStringLiteral("tv"), QStringLiteral("sl")};
+  const QString name = control.objectName();
+  return name.size() > kPrefixLength && kPrefixes.contains(name.left(kPrefixLength)) &&
+         name[kPrefixLength].isUpper();
+}
+
+bool IsSaved(const QWidget& control, const QStringList& pages) {
+  const QWidget* frame = control.parentWidget();
+  return HasKey(control) && !TagOf(control).contains(u"nosave") && frame != nullptr &&
+         frame->objectName() == u"frPage" && pages.contains(TagOf(*frame), Qt::CaseInsensitive);
+}
+
+QString ListText(const FormWindow& window, const QTableWidget& list) {
+  QStringList lines;
+  for (int row = 0; row < list.rowCount(); ++row) {
+    const QString line = window.ListViewLine(list, row);
+    if (!line.isEmpty()) lines.append(line);
+  }
+  return lines.join(kLineBreak);
+}
+
+// The control's value; invalid for a control that has none.
+QVariant ValueOf(const FormWindow& window, const QWidget& control) {
+  if (const auto* text = qobject_cast<const QLineEdit*>(&control)) return text->text();
+  if (const auto* memo = qobject_cast<const QPlainTextEdit*>(&control)) {
+    return memo->toPlainText().replace(u'\n', kLineBreak);
+  }
+  if (const auto* check = qobject_cast<const QCheckBox*>(&control)) return check->isChecked();
+  if (const auto* combo = qobject_cast<const QComboBox*>(&control)) {
+    return TagOf(*combo).contains(u"text") ? QVariant(combo->currentText()) : combo->currentData();
+  }
+  if (const auto* slider = qobject_cast<const QSlider*>(&control)) return slider->value();
+  if (const auto* spin = qobject_cast<const QSpinBox*>(&control)) return spin->value();
+  if (const auto* tree = qobject_cast<const QTreeWidget*>(&control)) {
+    const QTreeWidgetItem* item = tree->currentItem();
+    return item == nullptr ? QVariant() : item->data(0, Qt::UserRole);
+  }
+  if (const auto* list = qobject_cast<const QTableWidget*>(&control)) {
+    return ListText(window, *list);
+  }
+  return {};
+}
+
+void SelectNode(QTreeWidget& tree, const QString& key) {
+  for (QTreeWidgetItemIterator item(&tree); *item != nullptr; ++item) {
+    if ((*item)->data(0, Qt::UserRole).toString() == key) tree.setCurrentItem(*item);
+  }
+}
+
+void FillList(FormWindow& window, QTableWidget& list, const QString& text) {
+  list.setRowCount(0);
+  for (const QString& line : text.split(kLineBreak, Qt::SkipEmptyParts)) {
+    window.ControlListViewItem(list, line);
+  }
+}
+
+void SetValue(FormWindow& window, QWidget& control, const QVariant& value) {
+  if (auto* text = qobject_cast<QLineEdit*>(&control)) {
+    text->setText(value.toString());
+  } else if (auto* memo = qobject_cast<QPlainTextEdit*>(&control)) {
+    memo->setPlainText(value.toString());
+  } else if (auto* check = qobject_cast<QCheckBox*>(&control)) {
+    check->setChecked(value.toBool());
+  } else if (auto* combo = qobject_cast<QComboBox*>(&control)) {
+    const bool isText = TagOf(*combo).contains(u"text");
+    const int index = isText ? combo->findText(value.toString()) : combo->findData(value);
+    if (index >= 0) combo->setCurrentIndex(index);
+    if (isText && combo->isEditable()) combo->setEditText(value.toString());
+  } else if (auto* slider = qobject_cast<QSlider*>(&control)) {
+    slider->setValue(value.toInt());
+  } else if (auto* spin = qobject_cast<QSpinBox*>(&control)) {
+    spin->setValue(value.toInt());
+  } else if (auto* tree = qobject_cast<QTreeWidget*>(&control)) {
+    SelectNode(*tree, value.toString());
+  } else if (auto* list = qobject_cast<QTableWidget*>(&control)) {
+    FillList(window, *list, value.toString());
+  }
+}
+
+}  // namespace
+
+DiskPtr FormToDisk(FormWindow& window, const QString& serialId) {
+  auto bag = std::make_shared<Disk>(serialId);
+  const QStringList pages = window.ShownPages();
+  for (const QWidget* control : window.Form().findChildren<QWidget*>()) {
+    if (!IsSaved(*control, pages)) continue;
+    const QVariant value = ValueOf(window, *control);
+    if (value.isValid()) bag->Let(control->objectName().mid(kPrefixLength), value);
+  }
+  bag->Let(QStringLiteral("DayTime"), GeneralTimeText(CurrentTimeText()));
+  return bag;
+}
+
+void DiskToForm(FormWindow& window, const Disk& object) {
+  for (QWidget* control : window.Form().findChildren<QWidget*>()) {
+    if (!HasKey(*control)) continue;
+    const QVariant value = object.Get(control->objectName().mid(kPrefixLength));
+    if (value.isValid()) SetValue(window, *control, value);
+  }
+  window.CallBackFormData();
+}
+
+namespace {
+
+DiskPtr PlacementBag(Context& context, const QString& name) {
+  const QString serialId = QStringLiteral("DATA_") + name;
+  DiskPtr bag = LoadObject(context, serialId);
+  if (bag == nullptr) {
+    bag = std::make_shared<Disk>(serialId);
+    context.Objects.Add(bag);
+  }
+  bag->Let(QStringLiteral("save"), true);
+  return bag;
+}
+
+}  // namespace
+
+void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
+  const DiskPtr bag = PlacementBag(context, name);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  const QSize size(bag->Number(u"width", kDefaultSize.width()),
+                   bag->Number(u"height", kDefaultSize.height()));
+  const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
+  const QRect place(QPoint(bag->Number(u"left", centred.x()), bag->Number(u"top", centred.y())),
+                    size);
+  window.resize(size);
+  // A place on a screen that is gone would hide the window.
+  window.move(screen.intersects(place) ? place.topLeft() : centred);
+}
+
+void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {
+  const DiskPtr bag = PlacementBag(context, name);
+  const QRect place = window.isMaximized() ? window.normalGeometry() : window.geometry();
+  bag->Let(QStringLiteral("left"), window.isMaximized() ? place.x() : window.x());
+  bag->Let(QStringLiteral("top"), window.isMaximized() ? place.y() : window.y());
+  bag->Let(QStringLiteral("width"), place.width());
+  bag->Let(QStringLiteral("height"), place.height());
+}
+
+}  // namespace vorn

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+class QTableWidget;
+class QWidget;
+
+namespace vorn {
+
+/// What an editing window tells the copying of its controls. A control's key is its object name
+/// without the two-letter prefix; its words ("nosave", "text", "key", "select") stand in its dynamic
+/// property "tag". A control is saved when its parent is a frame named "frPage" whose "tag" is one of
+/// the pages that the window shows.
+class FormWindow {
+ public:
+  virtual ~FormWindow() = default;
+  /// The window that holds the controls.
+  virtual QWidget& Form() = 0;
+  /// The names of the pages shown for this object.
+  virtual QStringList ShownPages() const = 0;
+  /// The saved line of a list's row, and the row of a saved line.
+  virtual QString ListViewLine(const QTableWidget& list, int row) const = 0;
+  virtual void ControlListViewItem(QTableWidget& list, const QString& line) = 0;
+  /// Called after the controls were restored.
+  virtual void CallBackFormData() {}
+};
+
+/// The controls as a new bag under that serial identifier; the loaded object stays as it is until
+/// the bag is saved.
+DiskPtr FormToDisk(FormWindow& window, const QString& serialId);
+
+/// Fills the controls from the object. A value that does not fit its control leaves the control as
+/// it was.
+void DiskToForm(FormWindow& window, const Disk& object);
+
+/// Moves a window to where it was when it was last closed; 600 by 400 pixels in the middle of the
+/// screen the first time. The place is kept in the bag "DATA_" + name.
+void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
+void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name);
+
+}  // namespace vorn

@@ -1,0 +1,60 @@
+#include "transfer/connection_check.h"
+
+namespace vorn {
+
+// Hears of failures and of the end; there is nothing else to hear.
+class ConnectionCheck::Events : public PopEvents {
+ public:
+  explicit Events(ConnectionCheck& check) : check_(check) {}
+
+  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
+  void MessageSent(const QByteArray&) override {}
+  void AlreadyStored(const QString&, bool&, bool&) override {}
+  void Error(int, const QString& text) override { error_ = text; }
+  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
+  void SessionStarted() override { error_.clear(); }
+  void SessionEnded() override {
+    Q_EMIT check_.Finished(error_.isEmpty(),
+                           error_.isEmpty() ? QStringLiteral("接続できました。") : error_);
+  }
+  void Progress(int, qint64, qint64) override {}
+  void Log(int, const QString&) override {}
+  bool WantsHeaders() override { return false; }
+  bool MakeDurable() override { return true; }
+
+ private:
+  ConnectionCheck& check_;
+  QString error_;
+};
+
+ConnectionCheck::ConnectionCheck(QObject* parent)
+    : QObject(parent), events_(std::make_unique<Events>(*this)), pop_(std::make_unique<Pop>()) {
+  pop_->SetEvents(events_.get());
+  pop_->ConnectTimeoutMs = 10000;
+  pop_->ReplyTimeoutMs = 10000;
+}
+
+ConnectionCheck::~ConnectionCheck() {
+  blockSignals(true);
+  pop_->Cancel();
+}
+
+bool ConnectionCheck::IsRunning() const { return pop_->Busy(); }
+
+QString ConnectionCheck::RefusedCertificate() const { return pop_->RefusedCertificate(); }
+
+void ConnectionCheck::Start(const ConnectionTrial& trial) {
+  pop_->Cancel();
+  pop_->Server = trial.server;
+  pop_->ServerPort = trial.port;
+  pop_->Encryption = trial.security;
+  pop_->User = trial.user;
+  pop_->Password = trial.password;
+  pop_->Authenticate = trial.authenticate;
+  pop_->LoginOnly = true;
+  pop_->TrustedCertificates = trial.trustedCertificates;
+  pop_->Mode = trial.isSmtp ? kPopSend : trial.apop ? kPopReceiveApop : kPopReceive;
+  pop_->Start();
+}
+
+}  // namespace vorn
