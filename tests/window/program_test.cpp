@@ -32,38 +32,17 @@
 #include "present/window/browser_window.h"
 #include "support/loopback_pop3_server.h"
 #include "support/test_profile.h"
+#include "support/window_driving.h"
 
 namespace vorn {
 namespace {
 
+using test::InModal;
 using test::LoopbackPop3Server;
+using test::NextMessageBox;
 using test::TestProfile;
+using test::TopLevel;
 using test::WaitFor;
-
-template <typename Window>
-Window* TopLevel() {
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    auto* window = qobject_cast<Window*>(widget);
-    if (window != nullptr && window->isVisible()) return window;
-  }
-  return nullptr;
-}
-
-// Answers the next message box and gives its text.
-QString NextMessageBox(const std::function<void()>& cause) {
-  QString text;
-  QTimer watch;
-  QObject::connect(&watch, &QTimer::timeout, [&text] {
-    if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-      text = box->text();
-      QTest::keyClick(box, Qt::Key_Return);
-    }
-  });
-  watch.start(20);
-  cause();
-  WaitFor([&text] { return !text.isEmpty(); }, 5000);
-  return text;
-}
 
 class ProgramTest : public testing::Test {
  protected:
@@ -272,13 +251,16 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   QTreeWidgetItem* log = tree->findItems(QStringLiteral("イベント"), Qt::MatchRecursive).value(0);
   ASSERT_NE(log, nullptr);
   ASSERT_TRUE(WaitFor([log] { return log->childCount() == 1; }));
-  QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
-                    tree->visualItemRect(log->child(0)).center());
-  ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
-  auto* window = TopLevel<ObjectsWindow>();
-  const QString text =
-      window->findChild<QPlainTextEdit*>(QStringLiteral("txEventLog"))->toPlainText();
-  QTest::keyClick(window, Qt::Key_Escape);
+  QString text;
+  EXPECT_TRUE(InModal<ObjectsWindow>(
+      [&] {
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          tree->visualItemRect(log->child(0)).center());
+      },
+      [&text](ObjectsWindow& window) {
+        text = window.findChild<QPlainTextEdit*>(QStringLiteral("txEventLog"))->toPlainText();
+        QTest::keyClick(&window, Qt::Key_Escape);
+      }));
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
 }

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QString>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+
+#include "support/test_profile.h"
+
+namespace vorn::test {
+
+/// The visible top-level window of a class, or null.
+template <typename Window>
+Window* TopLevel() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    auto* window = qobject_cast<Window*>(widget);
+    if (window != nullptr && window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
+/// Runs `cause` and then, inside the modal window of that class which it brings up, `act`. Returns
+/// whether the window came and closed.
+template <typename Window>
+bool InModal(const std::function<void()>& cause, const std::function<void(Window&)>& act) {
+  bool seen = false;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+    auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+    if (window == nullptr || seen) return;
+    seen = true;
+    watch.stop();
+    act(*window);
+  });
+  watch.start(20);
+  cause();
+  return WaitFor([&seen] { return seen && TopLevel<Window>() == nullptr; }, 10000);
+}
+
+/// Answers the next message box with a key and gives its text.
+inline QString NextMessageBox(const std::function<void()>& cause, int key = Qt::Key_Return) {
+  QString text;
+  InModal<QMessageBox>(cause, [&](QMessageBox& box) {
+    text = box.text();
+    QTest::keyClick(&box, static_cast<Qt::Key>(key));
+  });
+  return text;
+}
+
+/// The named child, which must be there.
+template <typename Control>
+Control& Child(const QWidget& window, const char16_t* name) {
+  auto* control = window.findChild<Control*>(QString::fromUtf16(name));
+  if (control == nullptr) qFatal("no control %s", qPrintable(QString::fromUtf16(name)));
+  return *control;
+}
+
+/// Types a text, Japanese included, into the widget that has the focus.
+inline void TypeText(QWidget& widget, const QString& text) {
+  for (const QChar c : text) {
+    QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+  }
+}
+
+/// Replaces a text box's text by typing.
+template <typename Box>
+void Type(Box& box, const QString& text) {
+  box.setFocus();
+  box.selectAll();
+  QTest::keyClick(&box, Qt::Key_Delete);
+  TypeText(box, text);
+}
+
+inline void Press(QWidget& button) { QTest::mouseClick(&button, Qt::LeftButton); }
+
+}  // namespace vorn::test

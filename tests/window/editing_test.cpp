@@ -1,0 +1,375 @@
+// The windows that edit objects and settings, driven by keys and clicks.
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTreeWidget>
+
+#include "auxiliary/window/console_window.h"
+#include "frame/request_queue.h"
+#include "objects/account.h"
+#include "objects/object_types.h"
+#include "objects/profile.h"
+#include "objects/save_object.h"
+#include "objects/select_objects.h"
+#include "objects/settings.h"
+#include "objects/window/condition_editor.h"
+#include "objects/window/objects_window.h"
+#include "objects/window/settings_window.h"
+#include "support/loopback_pop3_server.h"
+#include "support/loopback_smtp_server.h"
+#include "storage/databases.h"
+#include "support/window_driving.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+using test::InModal;
+using test::NextMessageBox;
+using test::Press;
+using test::TestProfile;
+using test::Type;
+using test::WaitFor;
+
+class NoView : public EventView {
+ public:
+  void ShowEvent(const QString&, const QString&, const QString&) override {}
+};
+
+class EditingTest : public testing::Test {
+ protected:
+  // A property window for a request, shown without blocking.
+  ObjectsWindow& Open(const QString& type, const QString& serialId = {}) {
+    RequestQueue queue(context());
+    DialogRequest request;
+    request.status = type;
+    request.serialId = serialId;
+    queue.PostDialogRequest(request);
+    window_ = std::make_unique<ObjectsWindow>(context(), events_);
+    window_->setAttribute(Qt::WA_DeleteOnClose, false);
+    EXPECT_TRUE(window_->LoadDefaultProperty(queue.Front(), false));
+    window_->show();
+    return *window_;
+  }
+  void PressOk() { Press(Child<QPushButton>(*window_, u"cmOk")); }
+  QString Error() const {
+    const auto& label = Child<QLabel>(*window_, u"lbError");
+    return label.isVisible() ? label.text() : QString();
+  }
+  // The object as it is stored, not as it is loaded.
+  DiskPtr Stored(const QString& serialId, DatabaseKind kind = DatabaseKind::Profile) {
+    auto object = std::make_shared<Disk>(serialId);
+    EXPECT_TRUE(OpenDatabase(context(), kind));
+    EXPECT_TRUE(object->DatabaseToDisk(context().Data));
+    context().Data.Close();
+    return object;
+  }
+  Context& context() { return profile_.Get(); }
+
+  TestProfile profile_;
+  NoView view_;
+  EventLog events_{profile_.Get(), view_};
+  std::unique_ptr<ObjectsWindow> window_;
+};
+
+TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("仕事"));
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@example.org"));
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("pop.example.org"));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("a"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("pw"));
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
+  EXPECT_EQ(context().Session->Text(u"status"), window.Tag());
+
+  const DiskPtr account = Stored(window.Tag());
+  for (const char16_t* key :
+       {u"FormName", u"Object", u"ToolTipText", u"Draw", u"Default", u"System", u"Enabled",
+        u"Parent", u"DayTime", u"InMailServer", u"InMailServerUser", u"InMailServerPassword",
+        u"InMailServerPasswordSave", u"InMailServerProtocol", u"InMailServerPort",
+        u"InMailServerDelete", u"OutMailServer", u"OutMailServerPort", u"OutMailServerProtocol",
+        u"Mailaddress", u"Display", u"EventLog"}) {
+    EXPECT_TRUE(account->Get(QStringView(key)).isValid())
+        << QString::fromUtf16(key).toStdString();
+  }
+  EXPECT_EQ(account->Get(u"InMailServerPort"), QVariant(QStringLiteral("110")));
+  EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
+  EXPECT_EQ(account->Get(u"Enabled"), QVariant(true));
+  EXPECT_EQ(account->Text(u"Draw"), QStringLiteral("account"));
+}
+
+TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  const auto fault = [&](const char16_t* field, const QString& text) {
+    PressOk();
+    EXPECT_EQ(Error(), text);
+    EXPECT_EQ(window.focusWidget(), &Child<QWidget>(window, field));
+    EXPECT_TRUE(window.isVisible());
+  };
+  fault(u"txObject", QStringLiteral("オブジェクト名が設定されていません。"));
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("受信"));
+  fault(u"txMailaddress",
+        QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"));
+  EXPECT_EQ(Child<QTabWidget>(window, u"tsPage").currentIndex(), 1);
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@b"));
+  fault(u"txInMailServer", QStringLiteral("受信サーバーが設定されていません。"));
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("h"));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("u"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("70000"));
+  fault(u"txInMailServerPort", QStringLiteral("ポート番号は1から65535までの数です。"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("110"));
+  fault(u"txObject", QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
+  EXPECT_EQ(context().Objects.Find(window.Tag()), nullptr);
+  QTest::keyClick(&window, Qt::Key_Escape);
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_EQ(context().Session->Text(u"status", QStringLiteral("x")), QString());
+}
+
+TEST_F(EditingTest, PortsFollowTheSecurityUnlessGiven) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  auto& port = Child<QLineEdit>(window, u"txInMailServerPort");
+  auto& security = Child<QComboBox>(window, u"cbInMailServerSecurity");
+  security.setCurrentIndex(2);
+  EXPECT_EQ(port.text(), QStringLiteral("995"));
+  security.setCurrentIndex(1);
+  EXPECT_EQ(port.text(), QStringLiteral("110"));
+  port.setText(QStringLiteral("2110"));
+  security.setCurrentIndex(2);
+  EXPECT_EQ(port.text(), QStringLiteral("2110"));
+  Child<QComboBox>(window, u"cbOutMailServerSecurity").setCurrentIndex(1);
+  EXPECT_EQ(Child<QLineEdit>(window, u"txOutMailServerPort").text(), QStringLiteral("587"));
+}
+
+TEST_F(EditingTest, TheConnectionIsReallyTried) {
+  test::LoopbackPop3Server pop3;
+  test::LoopbackSmtpServer smtp;
+  ASSERT_TRUE(pop3.Listen() && smtp.Listen());
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("127.0.0.1"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(pop3.Port()));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("user"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("wrong"));
+  auto& button = Child<QPushButton>(window, u"cmCheckInMailServer");
+  auto& result = Child<QLabel>(window, u"lbCheckInMailServer");
+  const auto tryIt = [&] {
+    Press(button);
+    EXPECT_TRUE(WaitFor([&button] { return button.isEnabled(); }));
+    return result.text();
+  };
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("パスワードを確認してください")));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("secret"));
+  EXPECT_EQ(tryIt(), QStringLiteral("接続できました。"));
+  EXPECT_EQ(pop3.Count("LIST"), 0);
+  Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(1);
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("STARTTLSに対応していません")));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("1"));
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("接続できません")));
+
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(3);
+  Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
+  Type(Child<QLineEdit>(window, u"txOutMailServerPort"), QString::number(smtp.Port()));
+  auto& sendButton = Child<QPushButton>(window, u"cmCheckOutMailServer");
+  Press(sendButton);
+  EXPECT_TRUE(WaitFor([&sendButton] { return sendButton.isEnabled(); }));
+  EXPECT_EQ(Child<QLabel>(window, u"lbCheckOutMailServer").text(),
+            QStringLiteral("接続できました。"));
+}
+
+TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsKnownOnlyWhileRunning) {
+  const DiskPtr account = profile_.AddAccount(110);
+  ObjectsWindow& window = Open(object_type::kAccount, account->SerialID());
+  EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerPassword").echoMode(), QLineEdit::Password);
+  Child<QCheckBox>(window, u"ckInMailServerPasswordSave").setChecked(false);
+  PressOk();
+  EXPECT_EQ(Stored(account->SerialID())->Text(u"InMailServerPassword"), QString());
+  EXPECT_EQ(account->Text(u"InMailServerPassword"), QStringLiteral("secret"));
+}
+
+TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
+  profile_.Store("Subject: the plan\r\n\r\n");
+  profile_.Store("Subject: other\r\n\r\n");
+  ObjectsWindow& window = Open(object_type::kFolder);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("計画"));
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
+  auto& matches = Child<QLabel>(window, u"lbMatches");
+  Press(Child<QPushButton>(window, u"cmAddCondition"));
+  auto& list = Child<ConditionEditor>(window, u"lvCondition");
+  auto* text = qobject_cast<QLineEdit*>(list.cellWidget(0, 3));
+  ASSERT_NE(text, nullptr);
+  QTest::keyClicks(text, QStringLiteral("plan"));
+  EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
+  Press(Child<QPushButton>(window, u"cmAddCondition"));
+  qobject_cast<QComboBox*>(list.cellWidget(1, 1))->setCurrentIndex(3);  // 状態
+  EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
+  list.cellWidget(1, 3)->findChildren<QCheckBox*>()[3]->setChecked(true);
+  EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
+  PressOk();
+  const DiskPtr folder = Stored(window.Tag());
+  EXPECT_EQ(folder->Text(u"Draw"), QStringLiteral("active"));
+  EXPECT_EQ(FolderSqlBuilder(context()).CreateFolderSql(window.Tag()),
+            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*plan*' AND "
+                           "mail.STATUS IN (4)"));
+  // And back: the rows are there again.
+  const QString serialId = window.Tag();
+  Open(object_type::kFolder, serialId);
+  EXPECT_EQ(Child<ConditionEditor>(*window_, u"lvCondition").rowCount(), 2);
+}
+
+TEST_F(EditingTest, ASqlConditionShowsTheEnginesErrorBeforeItIsSaved) {
+  ObjectsWindow& window = Open(object_type::kFolder);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("SQL"));
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
+  Child<QCheckBox>(window, u"ckSqlUse").setChecked(true);
+  auto& sql = Child<QPlainTextEdit>(window, u"txSql");
+  PressOk();
+  EXPECT_EQ(Error(), QStringLiteral("SQLの条件が書かれていません。"));
+  sql.setPlainText(QStringLiteral("NO_SUCH_COLUMN = 1"));
+  EXPECT_TRUE(WaitFor([&] {
+    return Child<QLabel>(window, u"lbMatches").text().contains(QStringLiteral("NO_SUCH_COLUMN"));
+  }));
+  PressOk();
+  EXPECT_TRUE(Error().contains(QStringLiteral("NO_SUCH_COLUMN")));
+  sql.setPlainText(QStringLiteral("1 = 1; DELETE FROM mail"));
+  PressOk();
+  EXPECT_FALSE(Error().isEmpty());
+  sql.setPlainText(QStringLiteral("mail.STATUS = 4"));
+  PressOk();
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
+  ObjectsWindow& window = Open(object_type::kBook);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("友人"));
+  auto* list = &Child<QTableWidget>(window, u"lvAddressbook");
+  ASSERT_EQ(list->rowCount(), 1);
+  list->item(0, 0)->setText(QStringLiteral("nobody"));
+  list->item(0, 1)->setText(QStringLiteral("山田 太郎"));
+  EXPECT_EQ(list->rowCount(), 2);
+  PressOk();
+  EXPECT_FALSE(Error().isEmpty());
+  list->item(0, 0)->setText(QStringLiteral("y@example.org"));
+  list->item(1, 0)->setText(QStringLiteral("z@example.org"));
+  PressOk();
+  EXPECT_EQ(Stored(window.Tag())->Text(u"Addressbook"),
+            QStringLiteral("TO: y@example.org 山田 太郎\r\nTO: z@example.org"));
+  Open(object_type::kBook, window.Tag());
+  EXPECT_EQ(Child<QTableWidget>(*window_, u"lvAddressbook").rowCount(), 3);
+
+  const DiskCollectionPtr bookmarks =
+      SelectObjects(context().Objects, *context().Session, object_type::kBookmark);
+  const DiskPtr bookmark = bookmarks->First();
+  const QString before = bookmark->Text(u"Url");
+  Open(object_type::kBookmark, bookmark->SerialID());
+  PressOk();
+  EXPECT_EQ(Stored(bookmark->SerialID())->Text(u"Url"), before);
+}
+
+TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
+  {
+    ObjectsWindow& window = Open(object_type::kProfile);
+    Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("第二"));
+    PressOk();
+    const DiskPtr stored = Stored(window.Tag(), DatabaseKind::Navigator);
+    EXPECT_EQ(stored->Text(u"Profile"), QStringLiteral("/current/%1\\profile.mbx").arg(window.Tag()));
+    EXPECT_EQ(stored->Text(u"Mail"), stored->Text(u"History"));
+    EXPECT_FALSE(stored->Get(u"Password").isValid());
+  }
+  ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());
+  auto& history = Child<QTableWidget>(window, u"lvHistory");
+  ASSERT_EQ(history.rowCount(), 1);
+  Press(Child<QPushButton>(window, u"cmNewDatabase"));
+  ASSERT_EQ(history.rowCount(), 2);
+  EXPECT_EQ(NextMessageBox([&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
+                           Qt::Key_Escape),
+            QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"));
+  EXPECT_EQ(history.rowCount(), 2);
+  Type(Child<QLineEdit>(window, u"txPassword"), QStringLiteral("new"));
+  PressOk();
+  EXPECT_EQ(Error(), QStringLiteral("二つのパスワードが一致しません。"));
+  Type(Child<QLineEdit>(window, u"txPasswordAgain"), QStringLiteral("new"));
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
+  EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
+  profile_.Restart(QStringLiteral("new"));
+}
+
+TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
+  auto request = std::make_shared<Disk>(fixed_serial::kSettings);
+  SettingsWindow window(context());
+  window.setAttribute(Qt::WA_DeleteOnClose, false);
+  ASSERT_TRUE(window.LoadDefaultProperty(request, false));
+  window.show();
+  Child<QCheckBox>(window, u"ckMessageCheck").setChecked(true);
+  Child<QSpinBox>(window, u"slMessageCheckInterval").setValue(5);
+  Type(Child<QLineEdit>(window, u"txMemoIndent"), QStringLiteral("| "));
+  Press(Child<QPushButton>(window, u"cmOk"));
+  EXPECT_FALSE(window.isVisible());
+  const DiskPtr stored = Stored(fixed_serial::kSettings);
+  EXPECT_EQ(stored->Get(u"MessageCheckInterval"), QVariant(5));
+  EXPECT_EQ(stored->Get(u"MessagesEdit"), QVariant(true));
+  EXPECT_EQ(stored->Text(u"MemoIndent"), QStringLiteral("| "));
+  EXPECT_EQ(stored->Text(u"Install"), context().VersionText);
+  EXPECT_EQ(Settings(context())->Number(u"MessageCheckInterval"), 5);
+}
+
+TEST_F(EditingTest, OneValueIsAskedInFourWays) {
+  QString answer;
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] {
+        answer = InputText(context(), nullptr, QStringLiteral("題"), {}, QStringLiteral("x"),
+                           QStringLiteral("*"));
+      },
+      [](ConsoleWindow& window) {
+        EXPECT_EQ(Child<QLabel>(window, u"Label1").text(),
+                  QStringLiteral("設定値を入力してください。"));
+        EXPECT_EQ(Child<QLineEdit>(window, u"Text1").echoMode(), QLineEdit::Password);
+        QTest::keyClicks(&Child<QLineEdit>(window, u"Text1"), QStringLiteral("typed"));
+        QTest::keyClick(&window, Qt::Key_Return);
+      }));
+  EXPECT_EQ(answer, QStringLiteral("typed"));
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] { answer = InputSlider(context(), nullptr, {}, {}, 3, 1, 0, 10); },
+      [](ConsoleWindow& window) {
+        QTest::keyClick(&Child<QSlider>(window, u"Slider1"), Qt::Key_Right);
+        QTest::keyClick(&window, Qt::Key_Return);
+      }));
+  EXPECT_EQ(answer, QStringLiteral("4"));
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] {
+        answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, fixed_serial::kOutbox);
+      },
+      [](ConsoleWindow& window) { QTest::keyClick(&window, Qt::Key_Return); }));
+  EXPECT_EQ(answer, fixed_serial::kOutbox);
+  const QString entries = QStringLiteral("10@受信@activedown\r\n20@送信\r\nplain");
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] {
+        answer = InputList(context(), nullptr, {}, {}, QStringLiteral("10\r\nplain"), entries, true);
+      },
+      [](ConsoleWindow& window) {
+        EXPECT_EQ(Child<QListWidget>(window, u"ListView1").item(0)->text(),
+                  QStringLiteral("受信"));
+        QTest::keyClick(&window, Qt::Key_Return);
+      }));
+  EXPECT_EQ(answer, QStringLiteral("10\r\nplain"));
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] { answer = InputText(context(), nullptr, {}, {}, QStringLiteral("kept")); },
+      [](ConsoleWindow& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
+  EXPECT_EQ(answer, QString());
+  EXPECT_TRUE(context().Session->Flag(u"cancel"));
+}
+
+}  // namespace
+}  // namespace vorn
