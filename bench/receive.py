@@ -16,8 +16,12 @@ import shutil
 import socket
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "support"))
+from dovecot import Dovecot  # noqa: E402
 
 
 def make_mail(folder, count):
@@ -49,60 +53,6 @@ def make_mail(folder, count):
         path.write_text(source)
         total += len(source) + source.count("\n")
     return total
-
-
-class Dovecot:
-    def __init__(self, work, count):
-        self.mail = work / "mail"
-        for part in ("cur", "new", "tmp"):
-            (self.mail / part).mkdir(parents=True)
-        self.bytes = make_mail(self.mail / "new", count)
-        os.chmod(work, 0o755)
-        subprocess.run(["chown", "-R", "mail:mail", str(self.mail)], check=True)
-        with socket.socket() as probe:
-            probe.bind(("127.0.0.1", 0))
-            self.port = probe.getsockname()[1]
-        config = work / "dovecot.conf"
-        config.write_text(f"""
-protocols = pop3
-base_dir = {work}/run
-log_path = {work}/log
-ssl = no
-disable_plaintext_auth = no
-auth_mechanisms = plain login
-default_login_user = dovenull
-default_internal_user = dovecot
-first_valid_uid = 1
-mail_location = maildir:{work}/mail
-passdb {{
-  driver = static
-  args = password={{PLAIN}}secret
-}}
-userdb {{
-  driver = static
-  args = uid=mail gid=mail home={work}
-}}
-service pop3-login {{
-  inet_listener pop3 {{
-    address = 127.0.0.1
-    port = {self.port}
-  }}
-  inet_listener pop3s {{
-    port = 0
-  }}
-}}
-""")
-        self.process = subprocess.Popen(["dovecot", "-F", "-c", str(config)])
-        for _ in range(100):
-            try:
-                socket.create_connection(("127.0.0.1", self.port)).close()
-                return
-            except OSError:
-                time.sleep(0.05)
-
-    def stop(self):
-        self.process.terminate()
-        self.process.wait()
 
 
 def bare(port):
@@ -167,7 +117,9 @@ def main():
     with tempfile.TemporaryDirectory() as name:
         work = pathlib.Path(name)
         os.environ["XDG_CONFIG_HOME"] = str(work / "config")
-        dovecot = Dovecot(work, arguments.messages)
+        (work / "mail" / "new").mkdir(parents=True)
+        size = make_mail(work / "mail" / "new", arguments.messages)
+        dovecot = Dovecot(work)
         try:
             bare(dovecot.port)  # the server builds its index once
             times = {"bare": [], "mpop": [], "vorn": []}
@@ -181,7 +133,7 @@ def main():
         for who, seconds in times.items():
             median = statistics.median(seconds)
             print(json.dumps({"figure": "receive", "who": who, "messages": arguments.messages,
-                              "megabytes": round(dovecot.bytes / 1e6, 1),
+                              "megabytes": round(size / 1e6, 1),
                               "seconds": round(median, 3), "ratio_to_mpop": round(median / peer, 2),
                               "rounds": [round(s, 3) for s in seconds]}))
 

@@ -1,6 +1,6 @@
 // Figures of the store with many messages. Prints one JSON line each, medians of several rounds.
 //
-// usage: storage-bench [MESSAGES]   (default 100000)
+// usage: storage-bench [MESSAGES [BODY-BYTES]]   (default 100000 of 1000)
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -44,26 +44,48 @@ void Report(const char* figure, int messages, int rounds, const std::function<vo
   std::exit(1);
 }
 
-QByteArray Source(int i) {
-  static const QByteArray body(3000, 'x');
-  return "From: =?UTF-8?B?5L2Q6Jek?= <sato" + QByteArray::number(i % 200) +
-         "@example.jp>\r\nTo: yamada@example.org\r\nSubject: "
-         "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
-         QByteArray::number(i) + "\r\nContent-Type: text/plain; charset=us-ascii\r\n\r\n" + body +
-         "\r\n";
-}
+class Filling {
+ public:
+  Filling(Context& context, int bodyBytes) : context_(context), body_(bodyBytes, 'x') {}
 
-void Fill(Context& context, int messages) {
-  MailStore store(context);
-  context.Data.BeginGroup(MailDatabasePath(context));
-  for (int i = 0; i < messages; ++i) {
-    Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
+  void Store(int i) {
+    Disk request(context_.Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    if (store.StoreMessage(request, Source(i)).isEmpty()) Give(context.Data.LastError().text);
-    if (i % 256 == 255 && !context.Data.FlushGroup()) Give(context.Data.LastError().text);
+    if (i % 100 == 0) request.Let(QStringLiteral("folder"), QStringLiteral("f"));
+    if (store_.StoreMessage(request, Source(i)).isEmpty()) Give(context_.Data.LastError().text);
   }
-  if (!context.Data.EndGroup()) Give(context.Data.LastError().text);
+  void StoreGrouped(int from, int to) {
+    context_.Data.BeginGroup(MailDatabasePath(context_));
+    for (int i = from; i < to; ++i) {
+      Store(i);
+      if (i % 256 == 255 && !context_.Data.FlushGroup()) Give(context_.Data.LastError().text);
+    }
+    if (!context_.Data.EndGroup()) Give(context_.Data.LastError().text);
+  }
+
+ private:
+  QByteArray Source(int i) const {
+    return "From: =?UTF-8?B?5L2Q6Jek?= <sato" + QByteArray::number(i % 200) +
+           "@example.jp>\r\nTo: y@example.org\r\nSubject: "
+           "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
+           QByteArray::number(i) + "\r\nContent-Type: text/plain; charset=us-ascii\r\n\r\n" +
+           body_ + "\r\n";
+  }
+
+  Context& context_;
+  QByteArray body_;
+  MailStore store_{context_};
+};
+
+qint64 PeakMegabytes() {
+  QFile status(QStringLiteral("/proc/self/status"));
+  if (!status.open(QIODevice::ReadOnly)) return 0;
+  for (const QByteArray& line : status.readAll().split('\n')) {
+    if (line.startsWith("VmHWM:"))
+      return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
+  }
+  return 0;
 }
 
 int CountRows(Context& context, const QString& select) {
@@ -77,7 +99,7 @@ int CountRows(Context& context, const QString& select) {
   return rows;
 }
 
-void Run(int messages) {
+void Run(int messages, int bodyBytes) {
   const QTemporaryDir folder;
   qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
   Context context;
@@ -86,18 +108,24 @@ void Run(int messages) {
       CreateFirstProfile(context) == nullptr || !LogIn(context, {}, {}, &error)) {
     Give(error);
   }
-  Report("store all, groups of 256", messages, 1, [&] { Fill(context, messages); });
+  Filling filling(context, bodyBytes);
+  int next = 0;
+  Report("store, one transaction each, per 1000", messages, 3, [&] {
+    for (int i = 0; i < 1000; ++i) filling.Store(next++);
+  });
+  Report("store the rest, groups of 256", messages, 1,
+         [&] { filling.StoreGrouped(next, messages); });
 
   MessageListPages pages(context);
   const auto page = [&](int number) {
     bool before = false;
-    bool next = false;
-    const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
+    bool after = false;
+    const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, after);
     if (path.isEmpty()) Give(context.Data.LastError().text);
     QFile::remove(path);
   };
-  Report("first page of 100 rows", messages, 21, [&] { page(1); });
-  Report("middle page of 100 rows", messages, 11, [&] { page(messages / 200); });
+  Report("first page", messages, 11, [&] { page(1); });
+  Report("middle page", messages, 7, [&] { page(messages / 200); });
   Report("warm open and close", messages, 101, [&] {
     if (!OpenDatabase(context, DatabaseKind::Mail)) Give(context.Data.LastError().text);
     context.Data.Close();
@@ -108,11 +136,22 @@ void Run(int messages) {
     context.Data.Close();
   });
   int found = 0;
-  Report("subject search", messages, 11, [&] {
+  Report("subject search", messages, 7, [&] {
     found = CountRows(context, QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE "
                                               "'*案内 777*' ORDER BY FIELD_TIMESTAMP ASC"));
   });
   if (found == 0) Give(QStringLiteral("the search found nothing"));
+  Report("folder join", messages, 7, [&] {
+    found = CountRows(context,
+                      QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
+                                     "folder.SERIALID WHERE folder.FOLDERID = 'f' ORDER BY "
+                                     "FIELD_TIMESTAMP ASC"));
+  });
+  if (found != (messages + 99) / 100) Give(QStringLiteral("the join found something else"));
+  std::printf(
+      "{\"who\": \"vorn\", \"figure\": \"peak memory\", \"messages\": %d, \"megabytes\": "
+      "%lld}\n",
+      messages, static_cast<long long>(PeakMegabytes()));
   context.Data.CloseAll();
 }
 
@@ -121,5 +160,5 @@ void Run(int messages) {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  vorn::Run(argc > 1 ? std::atoi(argv[1]) : 100000);
+  vorn::Run(argc > 1 ? std::atoi(argv[1]) : 100000, argc > 2 ? std::atoi(argv[2]) : 1000);
 }

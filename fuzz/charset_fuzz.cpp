@@ -6,8 +6,8 @@ using namespace vorn;
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
-  constexpr const char* kLabels[] = {"iso-2022-jp", "euc-jp",   "shift_jis", "utf-8",
-                                     "us-ascii",    "utf-7",    "utf-16",    "gb18030",
+  constexpr const char* kLabels[] = {"iso-2022-jp", "euc-jp",      "shift_jis",    "utf-8",
+                                     "us-ascii",    "utf-7",       "utf-16",       "gb18030",
                                      "big5",        "iso-2022-kr", "windows-1252", "hz-gb-2312"};
   const Charset charset = Charset::FromLabel(kLabels[data[0] % std::size(kLabels)]);
   const QByteArrayView bytes = fuzz::Bytes(data + 1, size - 1);
@@ -16,8 +16,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   DecodeAutomatically(bytes, charset);
   const Charset recognized = RecognizeCharset(bytes);
   // JIS is known by its escape sequences, whatever stands between them.
-  if (recognized.family != Charset::Family::Unknown &&
-      recognized.family != Charset::Family::Jis) {
+  if (recognized.family != Charset::Family::Unknown && recognized.family != Charset::Family::Jis) {
     fuzz::Require(Decode(recognized, bytes).clean);
   }
   fuzz::Require(CodePage932Length(text) == ToCodePage932(text).size());

@@ -331,8 +331,7 @@ QStringList Connection::Check() {
   }
   if (step == Statement::Step::Failed) problems.append(error_.text);
   if (!problems.isEmpty()) return problems;
-  const bool hasMail =
-      Scalar("SELECT COUNT(0) FROM sqlite_master WHERE name = 'mail'").toInt() > 0;
+  const bool hasMail = Scalar("SELECT COUNT(0) FROM sqlite_master WHERE name = 'mail'").toInt() > 0;
   const int lost =
       hasMail ? Scalar("SELECT COUNT(0) FROM mail WHERE MAIL NOT IN (SELECT ID FROM long_binary)")
                     .toInt()

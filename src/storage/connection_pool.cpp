@@ -23,11 +23,19 @@ QByteArray NewSalt() {
 
 }  // namespace
 
+// A path that leads to another file by now is found out by the file's identity.
+QString ConnectionPool::Canonical(const QString& path) const {
+  QString& canonical = canonical_[path];
+  if (canonical.isEmpty()) canonical = QFileInfo(path).canonicalFilePath();
+  return canonical;
+}
+
 std::shared_ptr<Connection> ConnectionPool::Take(const QString& path, const QString& password) {
-  const auto found = parked_.find(QFileInfo(path).canonicalFilePath());
+  const auto found = parked_.find(Canonical(path));
   if (found == parked_.end()) return nullptr;
   if (found->identity != FileIdentity(path)) {
     parked_.erase(found);  // the file was replaced behind our back
+    canonical_.clear();
     return nullptr;
   }
   if (found->passwordHash != SaltedHash(found->salt, password)) return nullptr;
@@ -36,7 +44,7 @@ std::shared_ptr<Connection> ConnectionPool::Take(const QString& path, const QStr
 
 void ConnectionPool::Park(const QString& path, const QString& password,
                           std::shared_ptr<Connection> connection) {
-  const QString canonical = QFileInfo(path).canonicalFilePath();
+  const QString canonical = Canonical(path);
   if (canonical.isEmpty()) return;
   const auto found = parked_.constFind(canonical);
   if (found != parked_.cend() && found->connection == connection) return;
@@ -46,14 +54,14 @@ void ConnectionPool::Park(const QString& path, const QString& password,
 }
 
 std::shared_ptr<Connection> ConnectionPool::Peek(const QString& path) const {
-  return parked_.value(QFileInfo(path).canonicalFilePath()).connection;
+  return parked_.value(Canonical(path)).connection;
 }
 
 void ConnectionPool::Drop(const QString& path) {
   if (path.isEmpty()) {
     parked_.clear();
   } else {
-    parked_.remove(QFileInfo(path).canonicalFilePath());
+    parked_.remove(Canonical(path));
   }
 }
 

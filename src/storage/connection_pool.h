@@ -30,7 +30,11 @@ class ConnectionPool {
     QByteArray passwordHash;
   };
 
+  /// The path without symbolic links; kept, since every level costs a question to the system.
+  QString Canonical(const QString& path) const;
+
   QHash<QString, Parked> parked_;  // by canonical path
+  mutable QHash<QString, QString> canonical_;
 };
 
 }  // namespace vorn

@@ -1,6 +1,7 @@
 #include "storage/data_session.h"
 
 #include <QFile>
+#include <utility>
 
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
@@ -61,6 +62,7 @@ void DataSession::Close() {
   if (connection_ == nullptr) return;
   connection_->EndRecordsets();
   // A transaction left open by its owner's failure must not leak into the next task.
+  if (connection_ == group_ && groupDepth_ > 0) Rollback();
   while (connection_->InTransaction() && connection_ != group_) connection_->Rollback();
   pool_.Park(path_, password_, std::move(connection_));
   connection_.reset();
@@ -68,24 +70,36 @@ void DataSession::Close() {
 
 bool DataSession::Begin() {
   if (connection_ == nullptr) return false;
-  if (!groupPath_.isEmpty() && groupPath_ == path_ && group_ == nullptr) {
+  if (groupPath_.isEmpty() || groupPath_ != path_) {
+    return connection_->Begin() || FailFromConnection();
+  }
+  if (group_ == nullptr) {
     if (!connection_->Begin()) return FailFromConnection();
     group_ = connection_;
+    groupDepth_ = 0;
   }
-  return connection_->Begin() || FailFromConnection();
+  ++groupDepth_;
+  return true;
 }
 
 bool DataSession::Commit() {
-  return connection_ != nullptr && (connection_->Commit() || FailFromConnection());
+  if (connection_ == nullptr) return false;
+  if (connection_ != group_) return connection_->Commit() || FailFromConnection();
+  --groupDepth_;
+  return true;
 }
 
 void DataSession::Rollback() {
   if (connection_ == nullptr) return;
   connection_->Rollback();
-  if (connection_ == group_ && !connection_->InTransaction()) group_.reset();
+  if (connection_ == group_) {
+    group_.reset();
+    groupUndone_ = true;
+  }
 }
 
 bool DataSession::FlushGroup() {
+  if (std::exchange(groupUndone_, false)) return false;
   if (group_ == nullptr) return true;
   const std::shared_ptr<Connection> group = std::move(group_);
   group_.reset();
@@ -170,8 +184,7 @@ bool DataSession::ChangePassword(const QString& path, const QString& oldPassword
 bool DataSession::CopyFile(const QString& path, const QString& password, const QString& target) {
   Close();
   pool_.Drop(path);
-  const auto connection =
-      Connection::Open(path, password, Connection::Mode::Existing, &error_);
+  const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
   if (connection == nullptr) return false;
   if (!connection->TakeExclusively()) return FailWith(connection->LastError());
   const bool copied = QFile::copy(path, target);

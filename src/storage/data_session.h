@@ -61,7 +61,9 @@ class DataSession {
 
   /// From here on, transactions on the file at `path` are gathered and reach it together at
   /// `FlushGroup` or `EndGroup`: storing thousands of messages then writes each page once. They
-  /// are seen by this session at once, by others after the flush.
+  /// are seen by this session at once, by others after the flush. A rollback undoes all that was
+  /// gathered, and the next flush reports it: undoing one transaction alone would cost every other
+  /// one the encryption of each page that it touches.
   void BeginGroup(const QString& path) { groupPath_ = path; }
   /// Writes what was gathered. False means that all of it was undone.
   bool FlushGroup();
@@ -88,6 +90,8 @@ class DataSession {
   SerialIdGenerator serials_;
   QString groupPath_;
   std::shared_ptr<Connection> group_;  // set while the group's transaction is open
+  int groupDepth_ = 0;                 // of transactions inside it
+  bool groupUndone_ = false;
   StorageError error_;
 };
 

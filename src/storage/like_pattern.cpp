@@ -31,6 +31,12 @@ char32_t Fold(char32_t code) {
   return QChar::toCaseFolded(code);
 }
 
+// Whether the character is the only one that folds to itself.
+bool IsCaseless(char32_t code) {
+  if (code < 0x80) return code < U'A' || (code > U'Z' && code < U'a') || code > U'z';
+  return code >= 0x2E80 && code < 0xA640;
+}
+
 char32_t NextFolded(std::string_view text, size_t& at) {
   return Fold(NextCodePoint(text, at));
 }
@@ -67,6 +73,12 @@ LikePattern::LikePattern(std::string_view utf8Pattern) {
               });
   if (isNeedle_) {
     for (size_t i = 1; i + 1 < elements_.size(); ++i) needle_ += elements_[i].literal;
+    if (std::all_of(needle_.begin(), needle_.end(), IsCaseless)) {
+      // A needle follows a run of "*" and is followed by one.
+      const size_t first = utf8Pattern.find_first_not_of('*');
+      const size_t last = utf8Pattern.find_last_not_of('*');
+      bytes_ = utf8Pattern.substr(first, last - first + 1);
+    }
   }
 }
 
@@ -108,6 +120,7 @@ bool LikePattern::Element::Accepts(char32_t folded) const {
 }
 
 bool LikePattern::Matches(std::string_view utf8Text) const {
+  if (!bytes_.empty()) return utf8Text.find(bytes_) != std::string_view::npos;
   return isNeedle_ ? ContainsNeedle(utf8Text) : MatchesElements(utf8Text);
 }
 

@@ -9,7 +9,9 @@
 namespace vorn {
 namespace {
 
-QString CopyOf(const QString& file) { return file + QStringLiteral(".rekeyed"); }
+QString CopyOf(const QString& file) {
+  return file + QStringLiteral(".rekeyed");
+}
 
 const QByteArray kMarkerText = "password change decided\n";
 

@@ -39,9 +39,13 @@ ConnectionCheck::~ConnectionCheck() {
   pop_->Cancel();
 }
 
-bool ConnectionCheck::IsRunning() const { return pop_->Busy(); }
+bool ConnectionCheck::IsRunning() const {
+  return pop_->Busy();
+}
 
-QString ConnectionCheck::RefusedCertificate() const { return pop_->RefusedCertificate(); }
+QString ConnectionCheck::RefusedCertificate() const {
+  return pop_->RefusedCertificate();
+}
 
 void ConnectionCheck::Start(const ConnectionTrial& trial) {
   pop_->Cancel();

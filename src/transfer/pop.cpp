@@ -84,8 +84,8 @@ void Pop::StartTls() {
 
 // A certificate that cannot be verified ends the session, unless the user chose to trust it.
 void Pop::VerificationFailed(const QList<QSslError>& errors) {
-  const QString fingerprint = QString::fromLatin1(
-      socket_->peerCertificate().digest(QCryptographicHash::Sha256).toHex());
+  const QString fingerprint =
+      QString::fromLatin1(socket_->peerCertificate().digest(QCryptographicHash::Sha256).toHex());
   if (TrustedCertificates.contains(fingerprint)) {
     socket_->ignoreSslErrors();
     return;
@@ -94,15 +94,17 @@ void Pop::VerificationFailed(const QList<QSslError>& errors) {
   QStringList reasons;
   for (const QSslError& error : errors) reasons.append(error.errorString());
   reasons.removeDuplicates();
-  Fail(PopError::Tls, QStringLiteral("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
-                          .arg(Server, reasons.join(QStringLiteral("、"))));
+  Fail(PopError::Tls,
+       QStringLiteral("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
+           .arg(Server, reasons.join(QStringLiteral("、"))));
 }
 
 void Pop::SocketFailed() {
   if (socket_ != nullptr && socket_->error() == QAbstractSocket::SslHandshakeFailedError) {
-    Fail(PopError::Tls, QStringLiteral("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
-                                       "設定を確認してください。（%2）")
-                            .arg(Server, socket_->errorString()));
+    Fail(PopError::Tls,
+         QStringLiteral("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
+                        "設定を確認してください。（%2）")
+             .arg(Server, socket_->errorString()));
     return;
   }
   // A connection that was there ends through `disconnected`, after the last bytes were read.

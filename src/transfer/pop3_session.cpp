@@ -260,8 +260,9 @@ void Pop3Session::StartTls(bool ok, const QByteArray& line) {
     Fail(PopError::Tls, WithReply(QStringLiteral("暗号化を始められません。"), line));
   } else if (reader_.HasUnread()) {
     // Whatever came in clear after the answer would be taken for the server's protected words.
-    Fail(PopError::Protocol, QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざんされて"
-                                            "いるおそれがあります。"));
+    Fail(PopError::Protocol,
+         QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざんされて"
+                        "いるおそれがあります。"));
   } else {
     stage_ = Stage::Handshake;
     startTls_();

@@ -23,8 +23,8 @@ struct Pop3Login {
   bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
 };
 
-/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595). A message is
-/// marked for deletion only after a successful `PopEvents::MakeDurable`.
+/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595). A message
+/// is marked for deletion only after a successful `PopEvents::MakeDurable`.
 class Pop3Session : public MailSession {
  public:
   /// `startTls` begins the handshake on the connection; `TlsEstablished` is called when it is done.
@@ -41,7 +41,8 @@ class Pop3Session : public MailSession {
  private:
   enum class Stage {
     Greeting,
-    Capabilities, Handshake,
+    Capabilities,
+    Handshake,
     User,
     Password,
     Listing,

@@ -46,7 +46,7 @@ enum class PopError {
   Refused,  ///< the server declined one command
   Store,
   Cancelled,
-  Tls,      ///< no encryption, or none that can be trusted
+  Tls,  ///< no encryption, or none that can be trusted
 };
 
 }  // namespace vorn

@@ -40,8 +40,7 @@ QByteArray SaslResponse(SaslMechanism mechanism, int step, const QByteArray& cha
       return (step == 0 ? user : password).toUtf8();
     case SaslMechanism::CramMd5:
       return user.toUtf8() + ' ' +
-             QMessageAuthenticationCode::hash(challenge, password.toUtf8(),
-                                              QCryptographicHash::Md5)
+             QMessageAuthenticationCode::hash(challenge, password.toUtf8(), QCryptographicHash::Md5)
                  .toHex();
     default:
       return {};

@@ -47,7 +47,9 @@ void SmtpSession::Leave() {
   Send("QUIT");
 }
 
-void SmtpSession::Send(const QByteArray& line) { send_(line + "\r\n"); }
+void SmtpSession::Send(const QByteArray& line) {
+  send_(line + "\r\n");
+}
 
 void SmtpSession::Receive(QByteArrayView bytes) {
   buffer_.append(bytes);
@@ -60,8 +62,9 @@ bool SmtpSession::ReadReply() {
   const qsizetype end = buffer_.indexOf('\n');
   if (end < 0 || reply_.size() > kMaxReply) {
     if (buffer_.size() + reply_.size() <= kMaxReply) return false;
-    Fail(PopError::Protocol, QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
-                                            "確認してください。"));
+    Fail(PopError::Protocol,
+         QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
+                        "確認してください。"));
     return false;
   }
   const QByteArray line = buffer_.first(end).trimmed();
@@ -88,8 +91,9 @@ void SmtpSession::TakeReply(int code) {
   switch (stage_) {
     case Stage::Greeting:
       if (code != 220) {
-        LeaveAfter(PopError::Refused, QStringLiteral("サーバーに接続を断られました。しばらくしてから"
-                                                     "もう一度送信してください。"));
+        LeaveAfter(PopError::Refused,
+                   QStringLiteral("サーバーに接続を断られました。しばらくしてから"
+                                  "もう一度送信してください。"));
         return;
       }
       stage_ = Stage::Ehlo;
@@ -194,8 +198,9 @@ void SmtpSession::BeginAuth() {
   }
   mechanism_ = ChooseMechanism(offered, encrypted_);
   if (mechanism_ == SaslMechanism::None) {
-    Fail(PopError::Login, QStringLiteral("サーバーが送信時の認証に対応していません。アカウントの送信の"
-                                         "設定を確認してください。"));
+    Fail(PopError::Login,
+         QStringLiteral("サーバーが送信時の認証に対応していません。アカウントの送信の"
+                        "設定を確認してください。"));
     return;
   }
   stage_ = Stage::Auth;

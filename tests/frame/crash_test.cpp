@@ -85,8 +85,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
       EXPECT_EQ(context.Data.CheckFile(file, report.password).join(u'\n'), QString()) << kill;
     }
     ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
-    ASSERT_TRUE(context.Data.OpenRecordset(
-        QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"), CursorKind::ForwardOnly));
+    ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"),
+                                           CursorKind::ForwardOnly));
     QSet<QString> present;
     for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
       present.insert(rows->SerialID());
@@ -95,8 +95,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
       }
     }
     EXPECT_TRUE(present.contains(report.stored)) << "lost after kill " << kill;
-    ASSERT_TRUE(context.Data.OpenRecordset(
-        QStringLiteral("SELECT COUNT(0) AS V FROM folder"), CursorKind::ForwardOnly));
+    ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM folder"),
+                                           CursorKind::ForwardOnly));
     EXPECT_EQ(context.Data.Recordset()->Fields(u"V").toInt(), present.size() * 2);
     context.Data.CloseAll();
   }
@@ -108,10 +108,10 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
 class SmallDisk {
  public:
   SmallDisk() {
-    mounted_ = QProcess::execute(QStringLiteral("mount"),
-                                 {QStringLiteral("-t"), QStringLiteral("tmpfs"),
-                                  QStringLiteral("-o"), QStringLiteral("size=2m"),
-                                  QStringLiteral("tmpfs"), folder_.path()}) == 0;
+    mounted_ =
+        QProcess::execute(QStringLiteral("mount"), {QStringLiteral("-t"), QStringLiteral("tmpfs"),
+                                                    QStringLiteral("-o"), QStringLiteral("size=2m"),
+                                                    QStringLiteral("tmpfs"), folder_.path()}) == 0;
   }
   ~SmallDisk() {
     if (mounted_) QProcess::execute(QStringLiteral("umount"), {folder_.path()});
@@ -135,8 +135,8 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   MailStore store(context);
   QMap<QString, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
-    const QByteArray source =
-        "Subject: " + QByteArray::number(i) + "\r\n\r\n" + QByteArray(30000, static_cast<char>('a' + i % 26));
+    const QByteArray source = "Subject: " + QByteArray::number(i) + "\r\n\r\n" +
+                              QByteArray(30000, static_cast<char>('a' + i % 26));
     const QString serial =
         store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
     if (serial.isEmpty()) break;
@@ -192,7 +192,8 @@ TEST_F(PasswordChangeTest, EveryFileChangesAndTheSessionFollows) {
   EXPECT_TRUE(AllOpenWith(QStringLiteral("new")));
   EXPECT_FALSE(AllOpenWith(QStringLiteral("old")));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail")).size(), 1);
-  EXPECT_TRUE(QDir(QFileInfo(files_[0]).path()).entryList({QStringLiteral("*.rekeyed*")}).isEmpty());
+  EXPECT_TRUE(
+      QDir(QFileInfo(files_[0]).path()).entryList({QStringLiteral("*.rekeyed*")}).isEmpty());
 }
 
 TEST_F(PasswordChangeTest, OneFileThatCannotChangeKeepsThemAll) {

@@ -157,6 +157,20 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   EXPECT_EQ(context.Session->Text(u"password"), QStringLiteral("top secret"));
 }
 
+TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {
+  TestProfile profile;
+  const auto placement = std::make_shared<Disk>(QStringLiteral("DATA_parent"));
+  placement->Let(QStringLiteral("save"), true);
+  placement->Let(QStringLiteral("width"), 700);
+  const auto other = MakeObject(QStringLiteral("x"), object_type::kBook, QStringLiteral("x"));
+  profile.Get().Objects.Add(placement);
+  profile.Get().Objects.Add(other);
+  ASSERT_TRUE(SaveMarkedObjects(profile.Get()));
+  profile.Restart();
+  EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("DATA_parent"))->Number(u"width"), 700);
+  EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("x")), nullptr);
+}
+
 TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   TestProfile profile;
   AccountValues good;

@@ -173,6 +173,25 @@ TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
   EXPECT_TRUE(data_.MakeDurable(path_));
 }
 
+TEST_F(DataSessionTest, ARollbackUndoesTheWholeGroupAndTheFlushTellsIt) {
+  const auto insert = [this](const char16_t* value) {
+    ASSERT_TRUE(data_.Open(path_, kPassword));
+    ASSERT_TRUE(data_.Begin());
+    Insert(QString::fromUtf16(value));
+  };
+  data_.BeginGroup(path_);
+  insert(u"first");
+  ASSERT_TRUE(data_.Commit());
+  data_.Close();
+  insert(u"left open");
+  data_.Close();  // without a commit
+  EXPECT_FALSE(data_.FlushGroup());
+  insert(u"next group");
+  ASSERT_TRUE(data_.Commit());
+  EXPECT_TRUE(data_.EndGroup());
+  EXPECT_EQ(Values(), QStringList{QStringLiteral("next group")});
+}
+
 TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
   TestProfile profile;
   Context& context = profile.Get();

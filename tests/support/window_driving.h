@@ -75,6 +75,8 @@ void Type(Box& box, const QString& text) {
   TypeText(box, text);
 }
 
-inline void Press(QWidget& button) { QTest::mouseClick(&button, Qt::LeftButton); }
+inline void Press(QWidget& button) {
+  QTest::mouseClick(&button, Qt::LeftButton);
+}
 
 }  // namespace vorn::test

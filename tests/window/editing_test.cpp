@@ -26,9 +26,9 @@
 #include "objects/window/condition_editor.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
+#include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
-#include "storage/databases.h"
 #include "support/window_driving.h"
 
 namespace vorn {
@@ -95,14 +95,29 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   EXPECT_EQ(context().Session->Text(u"status"), window.Tag());
 
   const DiskPtr account = Stored(window.Tag());
-  for (const char16_t* key :
-       {u"FormName", u"Object", u"ToolTipText", u"Draw", u"Default", u"System", u"Enabled",
-        u"Parent", u"DayTime", u"InMailServer", u"InMailServerUser", u"InMailServerPassword",
-        u"InMailServerPasswordSave", u"InMailServerProtocol", u"InMailServerPort",
-        u"InMailServerDelete", u"OutMailServer", u"OutMailServerPort", u"OutMailServerProtocol",
-        u"Mailaddress", u"Display", u"EventLog"}) {
-    EXPECT_TRUE(account->Get(QStringView(key)).isValid())
-        << QString::fromUtf16(key).toStdString();
+  for (const char16_t* key : {u"FormName",
+                              u"Object",
+                              u"ToolTipText",
+                              u"Draw",
+                              u"Default",
+                              u"System",
+                              u"Enabled",
+                              u"Parent",
+                              u"DayTime",
+                              u"InMailServer",
+                              u"InMailServerUser",
+                              u"InMailServerPassword",
+                              u"InMailServerPasswordSave",
+                              u"InMailServerProtocol",
+                              u"InMailServerPort",
+                              u"InMailServerDelete",
+                              u"OutMailServer",
+                              u"OutMailServerPort",
+                              u"OutMailServerProtocol",
+                              u"Mailaddress",
+                              u"Display",
+                              u"EventLog"}) {
+    EXPECT_TRUE(account->Get(QStringView(key)).isValid()) << QString::fromUtf16(key).toStdString();
   }
   EXPECT_EQ(account->Get(u"InMailServerPort"), QVariant(QStringLiteral("110")));
   EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
@@ -283,7 +298,8 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
     Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("第二"));
     PressOk();
     const DiskPtr stored = Stored(window.Tag(), DatabaseKind::Navigator);
-    EXPECT_EQ(stored->Text(u"Profile"), QStringLiteral("/current/%1\\profile.mbx").arg(window.Tag()));
+    EXPECT_EQ(stored->Text(u"Profile"),
+              QStringLiteral("/current/%1\\profile.mbx").arg(window.Tag()));
     EXPECT_EQ(stored->Text(u"Mail"), stored->Text(u"History"));
     EXPECT_FALSE(stored->Get(u"Password").isValid());
   }
@@ -292,9 +308,10 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   ASSERT_EQ(history.rowCount(), 1);
   Press(Child<QPushButton>(window, u"cmNewDatabase"));
   ASSERT_EQ(history.rowCount(), 2);
-  EXPECT_EQ(NextMessageBox([&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
-                           Qt::Key_Escape),
-            QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"));
+  EXPECT_EQ(
+      NextMessageBox([&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
+                     Qt::Key_Escape),
+      QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"));
   EXPECT_EQ(history.rowCount(), 2);
   Type(Child<QLineEdit>(window, u"txPassword"), QStringLiteral("new"));
   PressOk();
@@ -340,12 +357,12 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
         QTest::keyClick(&window, Qt::Key_Return);
       }));
   EXPECT_EQ(answer, QStringLiteral("typed"));
-  EXPECT_TRUE(InModal<ConsoleWindow>(
-      [&] { answer = InputSlider(context(), nullptr, {}, {}, 3, 1, 0, 10); },
-      [](ConsoleWindow& window) {
-        QTest::keyClick(&Child<QSlider>(window, u"Slider1"), Qt::Key_Right);
-        QTest::keyClick(&window, Qt::Key_Return);
-      }));
+  EXPECT_TRUE(
+      InModal<ConsoleWindow>([&] { answer = InputSlider(context(), nullptr, {}, {}, 3, 1, 0, 10); },
+                             [](ConsoleWindow& window) {
+                               QTest::keyClick(&Child<QSlider>(window, u"Slider1"), Qt::Key_Right);
+                               QTest::keyClick(&window, Qt::Key_Return);
+                             }));
   EXPECT_EQ(answer, QStringLiteral("4"));
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&] {
@@ -356,11 +373,11 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
   const QString entries = QStringLiteral("10@受信@activedown\r\n20@送信\r\nplain");
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&] {
-        answer = InputList(context(), nullptr, {}, {}, QStringLiteral("10\r\nplain"), entries, true);
+        answer =
+            InputList(context(), nullptr, {}, {}, QStringLiteral("10\r\nplain"), entries, true);
       },
       [](ConsoleWindow& window) {
-        EXPECT_EQ(Child<QListWidget>(window, u"ListView1").item(0)->text(),
-                  QStringLiteral("受信"));
+        EXPECT_EQ(Child<QListWidget>(window, u"ListView1").item(0)->text(), QStringLiteral("受信"));
         QTest::keyClick(&window, Qt::Key_Return);
       }));
   EXPECT_EQ(answer, QStringLiteral("10\r\nplain"));

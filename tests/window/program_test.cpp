@@ -265,6 +265,66 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
 }
 
+TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
+  StartProgram();
+  AwaitInbox();
+  ParentWindow* parent = program_->Parent();
+  auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  const auto node = [tree](const char16_t* name) {
+    return tree->findItems(QString::fromUtf16(name), Qt::MatchExactly | Qt::MatchRecursive)
+        .value(0);
+  };
+  EXPECT_TRUE(InModal<ObjectsWindow>(
+      [parent] {
+        auto* create = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuFilesNew"));
+        create->actions()[1]->trigger();
+      },
+      [](ObjectsWindow& window) {
+        test::TypeText(*window.focusWidget(), QStringLiteral("計画"));
+        QTest::keyClick(&window, Qt::Key_Return);
+      }));
+  ASSERT_TRUE(WaitFor([&] { return node(u"計画") != nullptr; }));
+
+  tree->setFocus();
+  tree->setCurrentItem(node(u"計画"));
+  QTest::keyClick(tree, Qt::Key_F2);
+  QWidget* editor = tree->viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  test::TypeText(*editor, QStringLiteral("予定"));
+  QTest::keyClick(editor, Qt::Key_Return);
+  WaitFor([] { return false; }, 400);
+  ASSERT_NE(node(u"予定"), nullptr);
+
+  // A name that is taken is refused; after Escape the old one stands there again.
+  QTest::keyClick(tree, Qt::Key_F2);
+  editor = tree->viewport()->findChild<QLineEdit*>();
+  test::TypeText(*editor, QStringLiteral("送信"));
+  EXPECT_TRUE(InModal<ObjectsWindow>([&] { QTest::keyClick(editor, Qt::Key_Return); },
+                                     [](ObjectsWindow& window) {
+                                       EXPECT_TRUE(
+                                           window.findChild<QLabel*>(QStringLiteral("lbError"))
+                                               ->text()
+                                               .contains(QStringLiteral("同じ")));
+                                       QTest::keyClick(&window, Qt::Key_Escape);
+                                     }));
+  EXPECT_TRUE(WaitFor([&] { return node(u"予定") != nullptr; }));
+
+  tree->setCurrentItem(node(u"予定"));
+  const QString question =
+      NextMessageBox([tree] { QTest::keyClick(tree, Qt::Key_Delete); }, Qt::Key_Escape);
+  EXPECT_EQ(question, QStringLiteral("「予定」を削除します。よろしいですか？"));
+  EXPECT_NE(node(u"予定"), nullptr);
+  InModal<QMessageBox>([tree] { QTest::keyClick(tree, Qt::Key_Delete); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  EXPECT_TRUE(WaitFor([&] { return node(u"予定") == nullptr; }));
+
+  tree->setCurrentItem(node(u"受信"));
+  InModal<QMessageBox>([tree] { QTest::keyClick(tree, Qt::Key_Delete); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  EXPECT_EQ(NextMessageBox([] {}), QStringLiteral("標準のオブジェクトは削除できません。"));
+  EXPECT_NE(node(u"受信"), nullptr);
+}
+
 TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
   StartProgram();
   AwaitInbox();

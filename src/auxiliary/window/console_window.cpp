@@ -184,12 +184,10 @@ QString InputText(Context& context, QWidget* parent, const QString& title, const
              {{u"Default", text}, {u"PasswordChar", passwordCharacter}});
 }
 
-QString InputSlider(Context& context, QWidget* parent, const QString& title,
-                    const QString& caption, qint32 position, qint32 step, qint32 minimum,
-                    qint32 maximum) {
-  return Ask(
-      context, parent, u"slider", title, caption,
-      {{u"Default", position}, {u"Split", step}, {u"Min", minimum}, {u"Max", maximum}});
+QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                    qint32 position, qint32 step, qint32 minimum, qint32 maximum) {
+  return Ask(context, parent, u"slider", title, caption,
+             {{u"Default", position}, {u"Split", step}, {u"Min", minimum}, {u"Max", maximum}});
 }
 
 QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
@@ -200,8 +198,9 @@ QString InputTree(Context& context, QWidget* parent, const QString& title, const
 QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,
                   const QString& chosen, const QString& entries, bool several,
                   const QString& folder) {
-  return Ask(context, parent, u"listview", title, caption,
-             {{u"Default", chosen}, {u"List", entries}, {u"MultiSelect", several}, {u"Folder", folder}});
+  return Ask(
+      context, parent, u"listview", title, caption,
+      {{u"Default", chosen}, {u"List", entries}, {u"MultiSelect", several}, {u"Folder", folder}});
 }
 
 }  // namespace vorn

@@ -48,9 +48,8 @@ class ConsoleWindow : public QDialog {
 
 QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
                   const QString& text, const QString& passwordCharacter = {});
-QString InputSlider(Context& context, QWidget* parent, const QString& title,
-                    const QString& caption, qint32 position, qint32 step, qint32 minimum,
-                    qint32 maximum);
+QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
+                    qint32 position, qint32 step, qint32 minimum, qint32 maximum);
 /// `draw` filters the objects of the tree (see `SelectObjects`).
 QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
                   const QString& draw, const QString& key = {});

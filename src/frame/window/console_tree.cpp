@@ -1,8 +1,8 @@
 #include "frame/window/console_tree.h"
 
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QMenu>
-#include <QShortcut>
 #include <QSignalBlocker>
 
 #include "frame/window/icons.h"
@@ -61,14 +61,7 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
     }
   });
   connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through RenameNode
-  const auto key = [this](const QKeySequence& sequence, void (ConsoleTree::*command)()) {
-    connect(new QShortcut(sequence, this, nullptr, nullptr, Qt::WidgetShortcut),
-            &QShortcut::activated, this, command);
-  };
-  key(QKeySequence(Qt::Key_F2), &ConsoleTree::RenameNode);
-  key(QKeySequence::Delete, &ConsoleTree::DeleteNode);
-  key(QKeySequence(Qt::ALT | Qt::Key_Return), &ConsoleTree::ShowProperties);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through keyPressEvent
 }
 
 void ConsoleTree::Fill() {
@@ -182,12 +175,25 @@ void ConsoleTree::DeleteNode() {
   if (HasObject()) Q_EMIT DeletionWanted(CurrentKey(), CurrentTag());
 }
 
+void ConsoleTree::keyPressEvent(QKeyEvent* event) {
+  const bool withAlt = event->modifiers().testFlag(Qt::AltModifier);
+  if (event->key() == Qt::Key_F2) {
+    RenameNode();
+  } else if (event->key() == Qt::Key_Delete) {
+    DeleteNode();
+  } else if (withAlt && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+    ShowProperties();
+  } else {
+    QTreeWidget::keyPressEvent(event);
+  }
+}
+
 void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu;
   const QString type = CurrentTag();
   const bool isLog = type == kLogTag || type == object_type::kEvent || type.isEmpty();
-  QAction* create = menu.addAction(QStringLiteral("新規作成(&N).."), this,
-                                   [this, type] { NewObject(type); });
+  QAction* create =
+      menu.addAction(QStringLiteral("新規作成(&N).."), this, [this, type] { NewObject(type); });
   create->setEnabled(!isLog);
   menu.addSeparator();
   const auto add = [&](const QString& text, void (ConsoleTree::*command)()) {

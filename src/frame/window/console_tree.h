@@ -42,6 +42,7 @@ class ConsoleTree : public QTreeWidget {
   bool HasObject() const;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:

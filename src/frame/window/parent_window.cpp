@@ -180,7 +180,9 @@ void ParentWindow::menuTools_Click(int index) {
     case kToolsReceive:
       if (SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled)
               ->IsEmpty()) {
-        sbStatus_->showMessage(QStringLiteral("送受信するアカウントがありません。"), kMessageMs);
+        sbStatus_->showMessage(QStringLiteral("送受信するアカウントがありません。ファイル > "
+                                              "新規作成 > アカウントで追加してください。"),
+                               kMessageMs);
         return;
       }
       sbStatus_->clearMessage();

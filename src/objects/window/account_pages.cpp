@@ -15,6 +15,8 @@ namespace {
 const QList<int> kPop3Ports = {110, 110, 995};
 const QList<int> kSmtpPorts = {25, 587, 465};
 
+constexpr int kResultLines = 3;
+
 bool HasControlCharacter(const QString& text) {
   return std::any_of(text.begin(), text.end(),
                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
@@ -50,9 +52,10 @@ ServerPage::ServerPage(const QString& page, const QString& title, const QString&
 }
 
 void ServerPage::AddSecurity() {
-  security_ = AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
-                        QStringLiteral("セキュリティ(&Y)"),
-                        {QStringLiteral("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
+  security_ =
+      AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
+                QStringLiteral("セキュリティ(&Y)"),
+                {QStringLiteral("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
   port_ = AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"),
                   QStringLiteral("ポート番号(&P)"));
   port_->setText(QString::number(ports_[0]));
@@ -83,7 +86,10 @@ void ServerPage::AddCheckButton() {
   trust_->setObjectName(QStringLiteral("cmTrust") + prefix_);
   trust_->setAutoDefault(false);
   trust_->hide();
-  Layout().addRow(try_, result_);
+  result_->setMinimumHeight(result_->fontMetrics().lineSpacing() * kResultLines);
+  result_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  Layout().addRow(try_);
+  Layout().addRow(result_);
   Layout().addRow(QString(), trust_);
   connect(try_, &QPushButton::clicked, this, &ServerPage::TryConnection);
   connect(trust_, &QPushButton::clicked, this, [this] {
@@ -143,7 +149,8 @@ ReceivePage::ReceivePage()
                         {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
   user_ = AddText(QStringLiteral("txInMailServerUser"), QStringLiteral("ユーザー名(&U)"));
-  password_ = AddPassword(QStringLiteral("txInMailServerPassword"), QStringLiteral("パスワード(&W)"));
+  password_ =
+      AddPassword(QStringLiteral("txInMailServerPassword"), QStringLiteral("パスワード(&W)"));
   savePassword_ = AddCheck(QStringLiteral("ckInMailServerPasswordSave"),
                            QStringLiteral("パスワードを保存する(&V)"));
   savePassword_->setChecked(true);
@@ -184,8 +191,8 @@ SendPage::SendPage()
   AddChoice(QStringLiteral("cbOutMailServerProtocol"), QStringLiteral("種類(&T)"),
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();
-  authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"),
-                           QStringLiteral("送信時に認証する(&A)"));
+  authenticate_ =
+      AddCheck(QStringLiteral("ckOutMailServerAuth"), QStringLiteral("送信時に認証する(&Z)"));
   user_ = AddText(QStringLiteral("txOutMailServerUser"), QStringLiteral("ユーザー名(&U)"));
   password_ =
       AddPassword(QStringLiteral("txOutMailServerPassword"), QStringLiteral("パスワード(&W)"));

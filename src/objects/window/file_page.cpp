@@ -22,10 +22,10 @@ FilePage::FilePage(const Context& context, const QString& type)
   tvParent_ = new QTreeWidget(this);
   tvParent_->setObjectName(QStringLiteral("tvParent"));
   tvParent_->setHeaderHidden(true);
-  tvParent_->setMaximumHeight(kTreeHeight);
+  tvParent_->setFixedHeight(kTreeHeight);
   Layout().addRow(QStringLiteral("場所(&P)"), tvParent_);
   FillTree(context, type);
-  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), QStringLiteral("使用する(&E)"));
+  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), QStringLiteral("使用する(&U)"));
   enabled->setChecked(true);
   AddCheck(QStringLiteral("ckDefault"), QStringLiteral("既定にする(&T)"));
   QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), QStringLiteral("標準のオブジェクト"));

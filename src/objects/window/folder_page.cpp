@@ -65,7 +65,7 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
   ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), QStringLiteral("条件をSQLで書く(&Q)"));
   txSql_ = new QPlainTextEdit(this);
   txSql_->setObjectName(QStringLiteral("txSql"));
-  txSql_->setMaximumHeight(kSqlHeight);
+  txSql_->setFixedHeight(kSqlHeight);
   txSql_->setTabChangesFocus(true);
   txSql_->setPlaceholderText(QStringLiteral("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
   Layout().addRow(QStringLiteral("&SQL"), txSql_);
@@ -101,14 +101,17 @@ DiskPtr FolderPage::Edited() const {
   return folder;
 }
 
-void FolderPage::Loaded(const Disk&) { ShowMatches(); }
+void FolderPage::Loaded(const Disk&) {
+  ShowMatches();
+}
 
 void FolderPage::ShowMatches() {
   delay_.stop();
   const Matches matches = CountMatches(context_, *Edited());
-  matches_->setText(matches.error.isEmpty()
-                        ? QStringLiteral("今は%1通のメッセージが当てはまります。").arg(matches.count)
-                        : matches.error);
+  matches_->setText(
+      matches.error.isEmpty()
+          ? QStringLiteral("今は%1通のメッセージが当てはまります。").arg(matches.count)
+          : matches.error);
 }
 
 PageFault FolderPage::Check() {

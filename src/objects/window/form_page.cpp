@@ -41,9 +41,8 @@ QLineEdit* FormPage::AddPassword(const QString& name, const QString& label) {
                                    QLineEdit::TrailingPosition);
   reveal->setCheckable(true);
   reveal->setToolTip(QStringLiteral("パスワードを表示します。"));
-  connect(reveal, &QAction::toggled, box, [box](bool shown) {
-    box->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
-  });
+  connect(reveal, &QAction::toggled, box,
+          [box](bool shown) { box->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password); });
   return box;
 }
 

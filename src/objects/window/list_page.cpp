@@ -42,7 +42,9 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
   KeepEmptyRow();
 }
 
-void ListPage::Loaded(const Disk&) { KeepEmptyRow(); }
+void ListPage::Loaded(const Disk&) {
+  KeepEmptyRow();
+}
 
 QString ListPage::Cell(int row, int column) const {
   const QTableWidgetItem* item = list_->item(row, column);
@@ -96,8 +98,7 @@ void ListPage::MoveRow(int step) {
 // --- address book ------------------------------------------------------------------------------
 
 BookPage::BookPage()
-    : ListPage(object_type::kBook, QStringLiteral("アドレス(&A)"),
-               QStringLiteral("lvAddressbook"),
+    : ListPage(object_type::kBook, QStringLiteral("アドレス(&A)"), QStringLiteral("lvAddressbook"),
                {QStringLiteral("メールアドレス"), QStringLiteral("表示名")}) {}
 
 QString BookPage::Line(const QTableWidget&, int row) const {

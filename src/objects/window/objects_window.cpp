@@ -84,7 +84,9 @@ void ObjectsWindow::AddEventPage(const QString& text) {
   AddPage(page);
 }
 
-void ObjectsWindow::SetObjectText(const QString& text) { file_->Name()->setText(text); }
+void ObjectsWindow::SetObjectText(const QString& text) {
+  file_->Name()->setText(text);
+}
 
 bool ObjectsWindow::Save() {
   const DiskPtr bag = Edited();
@@ -98,8 +100,8 @@ bool ObjectsWindow::Save() {
     Tell({error, nullptr}, profile_);
     return false;
   }
-  const auto kind = static_cast<DatabaseKind>(
-      Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  const auto kind =
+      static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
   if (!SaveObject(GetContext(), kind, *bag)) {
     Tell({QStringLiteral("保存できませんでした。") + GetContext().Data.LastError().text, nullptr},
          file_);
@@ -107,7 +109,8 @@ bool ObjectsWindow::Save() {
   }
   // A receive password that is not saved is still known until the program ends.
   const QString password = QStringLiteral("InMailServerPassword");
-  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + password)) bag->Let(password, box->text());
+  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + password))
+    bag->Let(password, box->text());
   TakeOver(*bag);
   return true;
 }
@@ -126,8 +129,8 @@ void ObjectsWindow::cmDelete_Click() {
                              QStringLiteral("標準のオブジェクトは削除できません。"));
     return;
   }
-  const auto kind = static_cast<DatabaseKind>(
-      Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  const auto kind =
+      static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
   if (!OpenDatabase(context, kind) || !object->Delete(context.Data)) {
     QMessageBox::critical(parentWidget(), kApplicationTitle,
                           QStringLiteral("削除できませんでした。") + context.Data.LastError().text);

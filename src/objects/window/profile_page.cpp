@@ -18,7 +18,9 @@ namespace {
 constexpr int kFileNameCharacters = 8;
 constexpr int kListHeight = 110;
 
-QString FileName(const QString& stored) { return stored.section(u'\\', -1).section(u'/', -1); }
+QString FileName(const QString& stored) {
+  return stored.section(u'\\', -1).section(u'/', -1);
+}
 
 }  // namespace
 
@@ -39,7 +41,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   lvHistory_->setSelectionMode(QAbstractItemView::SingleSelection);
   lvHistory_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lvHistory_->setTabKeyNavigation(false);
-  lvHistory_->setMaximumHeight(kListHeight);
+  lvHistory_->setFixedHeight(kListHeight);
   Layout().addRow(QStringLiteral("メッセージのデータベース(&B)"), lvHistory_);
 
   auto* buttons = new QHBoxLayout;
@@ -52,7 +54,8 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   };
   button(QStringLiteral("cmNewDatabase"), QStringLiteral("追加(&A)"),
          &ProfilePage::cmNewDatabase_Click);
-  button(QStringLiteral("cmUseDatabase"), QStringLiteral("使用する(&U)"), &ProfilePage::UseDatabase);
+  button(QStringLiteral("cmUseDatabase"), QStringLiteral("使用する(&U)"),
+         &ProfilePage::UseDatabase);
   button(QStringLiteral("cmDeleteDatabase"), QStringLiteral("削除(&D)"),
          &ProfilePage::RemoveDatabase);
   buttons->addStretch();
@@ -69,7 +72,9 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   }
 }
 
-bool ProfilePage::IsLoggedIn() const { return context_.Session->SerialID() == serialId_; }
+bool ProfilePage::IsLoggedIn() const {
+  return context_.Session->SerialID() == serialId_;
+}
 
 QString ProfilePage::SelectedFile() const {
   const QTableWidgetItem* item = lvHistory_->item(lvHistory_->currentRow(), 0);
@@ -114,8 +119,7 @@ void ProfilePage::RemoveDatabase() {
 
 void ProfilePage::MarkUsed() {
   for (int row = 0; row < lvHistory_->rowCount(); ++row) {
-    const bool used =
-        lvHistory_->item(row, 0)->data(Qt::UserRole).toString() == txMail_->text();
+    const bool used = lvHistory_->item(row, 0)->data(Qt::UserRole).toString() == txMail_->text();
     lvHistory_->item(row, 1)->setText(used ? QStringLiteral("使用中") : QString());
   }
 }

@@ -35,13 +35,14 @@ class ViewPage : public FormPage {
   ViewPage() : FormPage(QStringLiteral("view"), QStringLiteral("表示(&V)")) {
     QCheckBox* paging =
         AddCheck(QStringLiteral("ckMessagesEdit"), QStringLiteral("一覧をページに分ける(&P)"));
-    QSpinBox* rows = AddNumber(*this, QStringLiteral("slMessages"), QStringLiteral("1ページの行数(&N)"),
-                               1, kMaxRows, QStringLiteral(" 通"));
+    QSpinBox* rows =
+        AddNumber(*this, QStringLiteral("slMessages"), QStringLiteral("1ページの行数(&N)"), 1,
+                  kMaxRows, QStringLiteral(" 通"));
     rows->setValue(100);
     rows->setEnabled(false);
     connect(paging, &QCheckBox::toggled, rows, &QSpinBox::setEnabled);
     AddCheck(QStringLiteral("ckPageEscape"),
-             QStringLiteral("メッセージの内容をHTMLとして扱わない（安全）(&E)"));
+             QStringLiteral("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
     AddCheck(QStringLiteral("ckToolbarIcon"), QStringLiteral("ツールバーをアイコンだけにする(&I)"));
     AddCheck(QStringLiteral("ckStatusbar"), QStringLiteral("ステータスバーを表示する(&S)"))
         ->setChecked(true);
@@ -92,9 +93,9 @@ class EditPage : public FormPage {
     AddText(QStringLiteral("txSubjectReplay"), QStringLiteral("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), QStringLiteral("転送の件名(&F)"));
     AddText(QStringLiteral("txMemoIndent"), QStringLiteral("引用の記号(&Q)"));
-    AddChoice(QStringLiteral("cbMimeEncode"), QStringLiteral("MIME形式(&M) :"),
-              {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"),
-               QStringLiteral("UUencode")});
+    AddChoice(
+        QStringLiteral("cbMimeEncode"), QStringLiteral("MIME形式(&M) :"),
+        {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
     AddCheck(QStringLiteral("ckMimeText"), QStringLiteral("本文もMIME形式にする(&T)"));
     AddCheck(QStringLiteral("ckStandardHeaders"),
              QStringLiteral("標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&H)"));
@@ -106,14 +107,15 @@ class ReadPage : public FormPage {
   ReadPage() : FormPage(QStringLiteral("read"), QStringLiteral("本文(&X)")) {
     types_ = new QPlainTextEdit(this);
     types_->setObjectName(QStringLiteral("txTextMime"));
-    types_->setMaximumHeight(kTypesHeight);
+    types_->setFixedHeight(kTypesHeight);
     types_->setTabChangesFocus(true);
     Layout().addRow(QStringLiteral("本文として表示する形式(&M)"), types_);
   }
 
   PageFault Check() override {
     if (!types_->toPlainText().trimmed().isEmpty()) return {};
-    return {QStringLiteral("本文として表示する形式（text/plain など）を一つ以上書いてください。"), types_};
+    return {QStringLiteral("本文として表示する形式（text/plain など）を一つ以上書いてください。"),
+            types_};
   }
 
  private:

@@ -22,7 +22,9 @@ const QString kLineBreak = QStringLiteral("\r\n");
 constexpr int kPrefixLength = 2;
 constexpr QSize kDefaultSize(600, 400);
 
-QString TagOf(const QObject& object) { return object.property("tag").toString(); }
+QString TagOf(const QObject& object) {
+  return object.property("tag").toString();
+}
 
 bool HasKey(const QWidget& control) {
   static const QStringList kPrefixes = {QStringLiteral("tx"), QStringLiteral("ck"),

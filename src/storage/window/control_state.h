@@ -10,9 +10,9 @@ class QWidget;
 namespace vorn {
 
 /// What an editing window tells the copying of its controls. A control's key is its object name
-/// without the two-letter prefix; its words ("nosave", "text", "key", "select") stand in its dynamic
-/// property "tag". A control is saved when its parent is a frame named "frPage" whose "tag" is one of
-/// the pages that the window shows.
+/// without the two-letter prefix; its words ("nosave", "text", "key", "select") stand in its
+/// dynamic property "tag". A control is saved when its parent is a frame named "frPage" whose "tag"
+/// is one of the pages that the window shows.
 class FormWindow {
  public:
   virtual ~FormWindow() = default;

@@ -1,0 +1,61 @@
+"""A Dovecot on a free port of 127.0.0.1 whose mail is a Maildir in a given folder. Needs root."""
+import os
+import socket
+import subprocess
+import time
+
+
+class Dovecot:
+    """Serves POP3 to any user with the password "secret" from WORK/mail until stopped."""
+
+    def __init__(self, work):
+        self.mail = work / "mail"
+        for part in ("cur", "new", "tmp"):
+            (self.mail / part).mkdir(parents=True, exist_ok=True)
+        os.chmod(work, 0o755)
+        subprocess.run(["chown", "-R", "mail:mail", str(self.mail)], check=True)
+        with socket.socket() as probe:
+            probe.bind(("127.0.0.1", 0))
+            self.port = probe.getsockname()[1]
+        config = work / "dovecot.conf"
+        config.write_text(f"""
+protocols = pop3
+base_dir = {work}/run
+log_path = {work}/log
+ssl = no
+disable_plaintext_auth = no
+auth_mechanisms = plain login apop
+default_login_user = dovenull
+default_internal_user = dovecot
+first_valid_uid = 1
+mail_location = maildir:{work}/mail
+passdb {{
+  driver = static
+  args = password={{PLAIN}}secret
+}}
+userdb {{
+  driver = static
+  args = uid=mail gid=mail home={work}
+}}
+service pop3-login {{
+  inet_listener pop3 {{
+    address = 127.0.0.1
+    port = {self.port}
+  }}
+  inet_listener pop3s {{
+    port = 0
+  }}
+}}
+""")
+        self.process = subprocess.Popen(["dovecot", "-F", "-c", str(config)])
+        for _ in range(100):
+            try:
+                socket.create_connection(("127.0.0.1", self.port)).close()
+                return
+            except OSError:
+                time.sleep(0.05)
+        raise RuntimeError("dovecot does not answer")
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait()
