@@ -1,12 +1,23 @@
 #include "storage/data_session.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <utility>
 
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
 
 namespace vorn {
+
+namespace {
+
+// Which file it was, for the user who has several.
+StorageError Named(const QString& path, StorageError error) {
+  error.text = QStringLiteral("「%1」: ").arg(QFileInfo(path).fileName()) + error.text;
+  return error;
+}
+
+}  // namespace
 
 bool DataSession::FailWith(const StorageError& error) {
   error_ = error;
@@ -22,7 +33,7 @@ bool DataSession::Open(const QString& path, const QString& password) {
   std::shared_ptr<Connection> connection = pool_.Take(path, password);
   if (connection == nullptr) {
     connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
-    if (connection == nullptr) return false;
+    if (connection == nullptr) return FailWith(Named(path, error_));
   }
   connection_ = std::move(connection);
   path_ = path;
@@ -162,7 +173,9 @@ QString DataSession::Now() const {
 
 std::shared_ptr<Connection> DataSession::Warm(const QString& path, const QString& password) {
   if (auto parked = pool_.Take(path, password)) return parked;
-  return Connection::Open(path, password, Connection::Mode::Existing, &error_);
+  auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
+  if (connection == nullptr) error_ = Named(path, error_);
+  return connection;
 }
 
 bool DataSession::TestPassword(const QString& path, const QString& password) {

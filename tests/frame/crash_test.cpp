@@ -223,6 +223,14 @@ TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
   file.close();
   EXPECT_FALSE(context.Data.CheckFile(files_[1], QStringLiteral("old")).isEmpty());
   context.Data.CloseAll();
+  // Damage at its start makes a file that no password opens; opening names it and makes no new one.
+  damaged.replace(0, 64, QByteArray(64, 'x'));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(damaged);
+  file.close();
+  EXPECT_FALSE(OpenDatabase(context, DatabaseKind::Mail));
+  EXPECT_TRUE(context.Data.LastError().text.contains(QFileInfo(files_[1]).fileName()));
+  EXPECT_EQ(ReadFile(files_[1]), damaged);
   EXPECT_EQ(ReadFile(files_[1]).size(), damaged.size());
 }
 

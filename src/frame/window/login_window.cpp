@@ -71,9 +71,12 @@ void LoginWindow::cmOk_Click() {
   if (profile == nullptr) return;
   const QString password = txPassword_->text();
   if (!TestProfilePassword(context_, *profile, password)) {
-    QMessageBox::information(
-        this, kApplicationTitle,
-        QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"));
+    const StorageError& reason = context_.Data.LastError();
+    QString text =
+        QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。");
+    // Any other reason than a wrong password the user has to know.
+    if (reason.kind != StorageError::Kind::WrongPassword) text += kLineBreak + reason.text;
+    QMessageBox::information(this, kApplicationTitle, text);
     txPassword_->selectAll();
     txPassword_->setFocus();
     return;

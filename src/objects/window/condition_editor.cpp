@@ -96,7 +96,7 @@ int ConditionEditor::RowOf(const QWidget* editor) const {
 // The first line has nothing to be joined to.
 void ConditionEditor::ShowConnectors() {
   for (int row = 0; row < rowCount(); ++row) {
-    cellWidget(row, kConnector)->setVisible(row > 0);
+    cellWidget(row, kConnector)->setEnabled(row > 0);
   }
 }
 

@@ -23,6 +23,7 @@ FilePage::FilePage(const Context& context, const QString& type)
   tvParent_->setObjectName(QStringLiteral("tvParent"));
   tvParent_->setHeaderHidden(true);
   tvParent_->setFixedHeight(kTreeHeight);
+  tvParent_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Layout().addRow(QStringLiteral("場所(&P)"), tvParent_);
   FillTree(context, type);
   QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), QStringLiteral("使用する(&U)"));

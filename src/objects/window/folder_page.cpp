@@ -66,6 +66,7 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
   txSql_ = new QPlainTextEdit(this);
   txSql_->setObjectName(QStringLiteral("txSql"));
   txSql_->setFixedHeight(kSqlHeight);
+  txSql_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   txSql_->setTabChangesFocus(true);
   txSql_->setPlaceholderText(QStringLiteral("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
   Layout().addRow(QStringLiteral("&SQL"), txSql_);

@@ -42,6 +42,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   lvHistory_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lvHistory_->setTabKeyNavigation(false);
   lvHistory_->setFixedHeight(kListHeight);
+  lvHistory_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Layout().addRow(QStringLiteral("メッセージのデータベース(&B)"), lvHistory_);
 
   auto* buttons = new QHBoxLayout;

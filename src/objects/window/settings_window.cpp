@@ -108,6 +108,7 @@ class ReadPage : public FormPage {
     types_ = new QPlainTextEdit(this);
     types_->setObjectName(QStringLiteral("txTextMime"));
     types_->setFixedHeight(kTypesHeight);
+    types_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     types_->setTabChangesFocus(true);
     Layout().addRow(QStringLiteral("本文として表示する形式(&M)"), types_);
   }
