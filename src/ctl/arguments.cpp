@@ -20,13 +20,18 @@ Arguments::Arguments(const QStringList& line, const QSet<QString>& switches) {
     if (switches.contains(name)) {
       options_.insert(name, QString());
     } else if (argument.contains(u'=')) {
-      options_.insert(name, argument.section(u'=', 1));
+      Add(name, argument.section(u'=', 1));
     } else if (i + 1 < line.size()) {
-      options_.insert(name, line[++i]);
+      Add(name, line[++i]);
     } else {
       error_ = QStringLiteral("--%1 の値がありません。").arg(name);
     }
   }
+}
+
+void Arguments::Add(const QString& name, const QString& value) {
+  options_.insert(name, value);
+  all_[name].append(value);
 }
 
 int Arguments::Number(const QString& name, int fallback, bool* ok) const {

@@ -20,14 +20,19 @@ class Arguments {
   QString Text(const QString& name, const QString& fallback = {}) const {
     return options_.value(name, fallback);
   }
+  /// Every value of an option that was given several times, in order.
+  QStringList All(const QString& name) const { return all_.value(name); }
   /// A whole number; `ok` becomes false when it is none.
   int Number(const QString& name, int fallback, bool* ok) const;
   /// The given options that are not in `known`.
   QStringList Unknown(const QSet<QString>& known) const;
 
  private:
+  void Add(const QString& name, const QString& value);
+
   QStringList words_;
-  QHash<QString, QString> options_;
+  QHash<QString, QString> options_;  // the last value of each
+  QHash<QString, QStringList> all_;
   QString error_;
 };
 

@@ -20,8 +20,12 @@ int Receive(Context& context, const Arguments& arguments);
 int ListFolder(Context& context, const Arguments& arguments);
 int WritePage(Context& context, const Arguments& arguments);
 int CheckFiles(Context& context, const Arguments& arguments);
-/// Needs no data folder.
+
+// These need no data folder.
+
 int Inspect(const Arguments& arguments);
+int OpenFile(const Arguments& arguments);
+int Compose(const Arguments& arguments);
 
 // What the commands share.
 

@@ -66,9 +66,24 @@ QJsonArray Attachments(const QByteArray& source,
   return array;
 }
 
+QJsonArray Headers(const QByteArray& source) {
+  QJsonArray array;
+  for (qsizetype i = 0;; ++i) {
+    const QByteArray field = MimeCodec::HeaderAt(source, i);
+    if (field.isNull()) return array;
+    array.append(MimeCodec::DecodeHeader(field, 0));
+  }
+}
+
+QJsonValue Html(const QByteArray& source, const QString& contentIndex) {
+  const QString html = GetMessageHtml(source, contentIndex, CharsetChoice::Automatic);
+  return html.isNull() ? QJsonValue(QJsonValue::Null) : QJsonValue(html);
+}
+
 QJsonObject Describe(const QByteArray& source) {
   const QStringList textTypes = DefaultTextTypes();
-  const MessageIndex index = IndexMessage(source, QString(), textTypes);
+  const MessageIndex index =
+      IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
   const auto records = MimeCodec::ParseContentIndex(index.content);
   TextRequest request;
   request.textTypes = textTypes;
@@ -81,6 +96,8 @@ QJsonObject Describe(const QByteArray& source) {
                                           MimeCodec::HeaderField(source, idName), idName.size()))},
           {QStringLiteral("parts"), Parts(records)},
           {QStringLiteral("text"), GetMessageText(source, index.content, request).text},
+          {QStringLiteral("headers"), Headers(source)},
+          {QStringLiteral("html"), Html(source, index.content)},
           {QStringLiteral("attachments"), Attachments(source, records, textTypes)}};
 }
 

@@ -24,6 +24,10 @@ constexpr char16_t kUsage[] =
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  check [--json]\n"
     u"  inspect ファイル|- [--json]\n"
+    u"  open 0-6 ファイル|- [--json]\n"
+    u"  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名\n"
+    u"      --body-file ファイル [--attach ファイル]... [--charset jis|euc|sjis|utf8|auto]\n"
+    u"      [--mime base64|qp|uu] --out ファイル\n"
     u"\n"
     u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
     u"\n"
@@ -101,7 +105,10 @@ int Run(const QStringList& line) {
     return kExitOk;
   }
   const QString words = arguments.Words().join(u' ');
-  if (words.section(u' ', 0, 0) == u"inspect") return Inspect(arguments);
+  const QString first = words.section(u' ', 0, 0);
+  if (first == u"inspect") return Inspect(arguments);
+  if (first == u"open") return OpenFile(arguments);
+  if (first == u"compose") return Compose(arguments);
   for (const Command& command : Commands()) {
     if (words == command.name || words.startsWith(command.name + u' ')) {
       return RunCommand(command, arguments);

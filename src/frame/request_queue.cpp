@@ -1,6 +1,6 @@
 #include "frame/request_queue.h"
 
-#include "mail/identifiers.h"
+#include "mail/message_id.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 
@@ -16,11 +16,6 @@ DiskPtr MakeRequest(const QString& serialId, Values values) {
 }
 
 }  // namespace
-
-QString NewMessageSerialID(Context& context) {
-  const QString serial = context.Data.NewSerialID(QStringLiteral("mail_"));
-  return MimeCodec::EncodeIdentifier(serial.toLatin1()) + u'@' + context.ComputerName;
-}
 
 bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
   if (request.status.isEmpty()) return false;

@@ -64,7 +64,4 @@ class RequestQueue {
   std::deque<DiskPtr> requests_;
 };
 
-/// A new message's serial identifier, which is a Message-ID's content as well.
-QString NewMessageSerialID(Context& context);
-
 }  // namespace vorn

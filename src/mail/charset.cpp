@@ -138,6 +138,7 @@ CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
   if (flagCharacter == u"0") return CharsetChoice::Jis;
   if (flagCharacter == u"1") return CharsetChoice::Euc;
   if (flagCharacter == u"2") return CharsetChoice::ShiftJis;
+  if (flagCharacter == u"3") return CharsetChoice::Utf8;
   return CharsetChoice::Automatic;
 }
 
@@ -160,6 +161,8 @@ Charset Charset::FromChoice(CharsetChoice choice) {
       return {Family::Euc, {}};
     case CharsetChoice::ShiftJis:
       return {Family::ShiftJis, {}};
+    case CharsetChoice::Utf8:
+      return {Family::Utf8, {}};
     default:
       return {};
   }

@@ -6,8 +6,9 @@
 
 namespace vorn {
 
-/// The character sets a user can choose for a message, by the numbers that are stored.
-enum class CharsetChoice { Automatic = -1, Jis = 0, Euc = 1, ShiftJis = 2 };
+/// The character sets a user can choose for a message, by the numbers that are stored. UTF-8 is
+/// chosen for writing; a received message in it is stored as automatic.
+enum class CharsetChoice { Automatic = -1, Jis = 0, Euc = 1, ShiftJis = 2, Utf8 = 3 };
 
 /// The choice for the character at position 1 of a flag string; "*" and anything unknown mean
 /// automatic.

@@ -4,9 +4,11 @@
 #include <algorithm>
 
 #include "mail/charset_recognition.h"
+#include "mail/header_decoding.h"
 #include "mail/header_fields.h"
 #include "mail/header_parameters.h"
 #include "mail/transfer_encoding.h"
+#include "mail/uuencoding.h"
 
 namespace vorn::MimeCodec {
 namespace {
@@ -148,16 +150,49 @@ class ContentReader {
     if (!inLeaf_) return;
     inLeaf_ = false;
     leaf_.last = qMax(end, leaf_.first) - 1;
-    records_.push_back(leaf_);
+    const bool mayHoldBlocks =
+        leaf_.type == u"text/plain" && !leaf_.hasName &&
+        TransferEncodingOf(leaf_.encoding.toLatin1()) == TransferEncoding::None;
+    if (mayHoldBlocks && source_.sliced(leaf_.first, leaf_.Size()).contains("begin ")) {
+      PushTextWithBlocks();
+    } else {
+      records_.push_back(leaf_);
+    }
+  }
+
+  // Uuencoded blocks inside a text are files of their own; the text around them stays text.
+  void PushTextWithBlocks() {
+    const QByteArrayView text = source_.sliced(leaf_.first, leaf_.Size());
+    qsizetype at = 0;
+    bool pushed = false;
+    const auto push = [&](qsizetype first, qsizetype last, ContentRecord record) {
+      record.first = leaf_.first + first;
+      record.last = leaf_.first + last;
+      records_.push_back(std::move(record));
+      pushed = true;
+    };
+    for (auto block = FindUuBlock(text); block && records_.size() < kMaxParts;
+         block = FindUuBlock(text, at)) {
+      if (block->first > at) push(at, block->first - 1, leaf_);
+      ContentRecord file = leaf_;
+      file.type = QStringLiteral("application/octet-stream");
+      file.encoding = QStringLiteral("uuencode");
+      file.name = Sanitized(DecodeHeader(block->name, 0));
+      file.hasName = true;
+      push(block->first, block->last, file);
+      at = block->last + 1;
+    }
+    if (at < text.size() || !pushed) push(at, text.size() - 1, leaf_);
   }
 
   void CloseMultipart(qsizetype end) {
     Multipart multipart = std::move(stack_.back());
     stack_.pop_back();
     if (multipart.hasParts) return;
-    multipart.whole.type = QStringLiteral("text/plain");
-    multipart.whole.last = qMax(end, multipart.whole.first) - 1;
-    records_.push_back(multipart.whole);
+    leaf_ = std::move(multipart.whole);
+    leaf_.type = QStringLiteral("text/plain");
+    inLeaf_ = true;
+    EndLeaf(end);
   }
 
   QByteArrayView source_;
@@ -209,9 +244,16 @@ QString ContentIndex(QByteArrayView source, qsizetype start, qsizetype end) {
   return FormatContentIndex(ReadContent(source, start, end));
 }
 
+HeaderParameters ContentType(QByteArrayView source, const ContentRecord& record) {
+  return HeaderParameters(FieldValue(source, "Content-Type:", record));
+}
+
+bool HasEndMark(QByteArrayView source) {
+  return source.endsWith("\r\n.\r\n") && HeaderField(source, "Received:").isNull();
+}
+
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
-  return Charset::FromLabel(
-      HeaderParameters(FieldValue(source, "Content-Type:", record)).Bytes("charset"));
+  return Charset::FromLabel(ContentType(source, record).Bytes("charset"));
 }
 
 int RecognizeCode(QByteArrayView source, const ContentRecord& record) {

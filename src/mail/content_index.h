@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mail/charset.h"
+#include "mail/header_parameters.h"
 
 namespace vorn::MimeCodec {
 
@@ -37,6 +38,14 @@ std::vector<ContentRecord> ParseContentIndex(const QString& index);
 
 /// `ReadContent` in its stored form.
 QString ContentIndex(QByteArrayView source, qsizetype start = 0, qsizetype end = -1);
+
+/// The Content-Type of a part with its parameters.
+HeaderParameters ContentType(QByteArrayView source, const ContentRecord& record);
+
+/// Whether a source ends with the mark of composed sources, a line of one full stop, which is no
+/// text. One that came from a server has none: such a line is the sender's.
+bool HasEndMark(QByteArrayView source);
+inline constexpr qsizetype kEndMarkLength = 3;  ///< the full stop and its line break
 
 /// The character set that a part declares.
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record);

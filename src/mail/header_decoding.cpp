@@ -117,7 +117,7 @@ bool EndsInsideQuotes(const QString& text) {
 }  // namespace
 
 QString DecodeHeader(QByteArrayView field, qsizetype skip, CharsetChoice choice, HeaderUse use) {
-  const QByteArrayView text = field.sliced(std::min(skip, field.size()));
+  const QByteArrayView text = field.sliced(std::min(skip, field.size())).trimmed();
   const Charset chosen = Charset::FromChoice(choice);
   QString decoded;
   for (const Run& run : SplitRuns(text)) {
@@ -132,7 +132,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, CharsetChoice choice,
     const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded);
     decoded += mayQuote ? QuoteForList(word) : word;
   }
-  return decoded.trimmed();
+  return decoded;
 }
 
 }  // namespace vorn::MimeCodec

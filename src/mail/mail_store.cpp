@@ -29,7 +29,11 @@ bool MailStore::Open(const Disk& request) {
 QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
   if (request.SerialID().isEmpty()) return {};
   // Before the database is opened: the settings may have to be loaded from another one.
-  const MessageIndex index = IndexMessage(source, request.Text(u"Flag"), TextTypes(context_));
+  IndexOptions options;
+  options.textTypes = TextTypes(context_);
+  options.hasEndMark = qAbs(request.Number(u"process", kStatusEdit)) != kStatusReceived;
+  options.standardHeaders = Settings(context_)->Flag(u"StandardHeaders");
+  const MessageIndex index = IndexMessage(source, request.Text(u"Flag"), options);
   if (!Open(request)) return {};
   // The row and its folders appear together or not at all.
   bool stored = context_.Data.Begin();

@@ -14,10 +14,20 @@ const QString kLineBreak = QStringLiteral("\r\n");
 constexpr QByteArrayView kAddressHeaders[] = {
     "FROM:", "TO:", "CC:", "BCC:", "Replay-To:", "Disposition-Notification-To:"};
 
-QString AddressLines(QByteArrayView source) {
+// The standard field under the name by which reply addresses are stored.
+QByteArray StandardReplyTo(QByteArrayView source) {
+  const QByteArrayView name = "Reply-To:";
+  const QByteArray field = MimeCodec::HeaderField(source, name);
+  return field.isNull() ? field : "Replay-To:" + field.sliced(name.size());
+}
+
+QString AddressLines(QByteArrayView source, bool standardHeaders) {
   QStringList pieces;
   for (const QByteArrayView name : kAddressHeaders) {
-    const QByteArray field = MimeCodec::HeaderField(source, name);
+    QByteArray field = MimeCodec::HeaderField(source, name);
+    if (field.isNull() && standardHeaders && name == QByteArrayView("Replay-To:")) {
+      field = StandardReplyTo(source);
+    }
     if (field.isNull()) continue;
     const QString lines = ParseAddressList(MimeCodec::DecodeHeader(
         field, 0, CharsetChoice::Automatic, MimeCodec::HeaderUse::AddressList));
@@ -43,17 +53,19 @@ QString CodeCharacter(int code) {
 }  // namespace
 
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
-                          const QStringList& textTypes) {
-  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ReadContent(source);
+                          const IndexOptions& options) {
+  const bool marked = options.hasEndMark && source.endsWith("\r\n.\r\n");
+  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ReadContent(
+      marked ? source.first(source.size() - MimeCodec::kEndMarkLength) : source);
   MessageIndex index;
   index.content = MimeCodec::FormatContentIndex(records);
   const QByteArrayView subject = "SUBJECT:";
   index.subject = MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size());
-  index.addressLines = AddressLines(source);
+  index.addressLines = AddressLines(source, options.standardHeaders);
 
   index.flags = SetFlagChar(flags, kFlagAttachment, QStringLiteral("0"));
   for (const MimeCodec::ContentRecord& record : records) {
-    if (textTypes.contains(record.type)) {
+    if (options.textTypes.contains(record.type)) {
       index.flags = SetFlagChar(index.flags, kFlagCode,
                                 CodeCharacter(MimeCodec::RecognizeCode(source, record)));
     } else {

@@ -14,9 +14,15 @@ struct MessageIndex {
   QString flags;         ///< `FIELD_FLAG`
 };
 
-/// Works out the index columns of a source. `flags` is the flag string to start from; `textTypes`
-/// are the content types that are text. Never fails.
+/// How a source is read for its index.
+struct IndexOptions {
+  QStringList textTypes;         ///< the content types that are text
+  bool hasEndMark = false;       ///< a last line of one full stop is no text
+  bool standardHeaders = false;  ///< "Reply-To:" counts where "Replay-To:" is missing
+};
+
+/// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
-                          const QStringList& textTypes);
+                          const IndexOptions& options);
 
 }  // namespace vorn

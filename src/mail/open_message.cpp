@@ -2,11 +2,14 @@
 
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
+#include "mail/message_id.h"
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "storage/time_text.h"
 
 namespace vorn {
 namespace {
@@ -51,45 +54,74 @@ QString ReadFolders(DataSession& data, const Disk& request) {
   return folders.join(kLineBreak);
 }
 
-void MarkOpened(Context& context, Disk& request) {
+// Whether this was the first opening.
+bool MarkOpened(Context& context, Disk& request) {
   const QString flags = request.Text(u"flag");
-  if (GetFlagChar(flags, kFlagNew, QStringLiteral("0")) == u"0") return;
+  if (GetFlagChar(flags, kFlagNew, QStringLiteral("0")) == u"0") return false;
   request.Let(QStringLiteral("flag"), SetFlagChar(flags, kFlagNew, QStringLiteral("0")));
   MailStore(context).UpdateMessageState(kStateFlag, request, false);
+  return true;
+}
+
+Sender DefaultSender(Context& context) {
+  const DiskCollectionPtr accounts =
+      SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectDefault);
+  if (accounts->IsEmpty()) return {};
+  const DiskPtr account = accounts->First();
+  return {account->Text(u"Mailaddress"), account->Text(u"Display")};
+}
+
+bool AsksForReceipt(const QString& addressLines) {
+  for (const QString& line : addressLines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    if (ParseAddressEntry(line).kind == u"NO") return true;
+  }
+  return false;
+}
+
+void BecomeNew(Context& context, Disk& request) {
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
+  request.LetSerialID(NewMessageSerialID(context));
 }
 
 }  // namespace
 
-OpenedMessage OpenMessage(Context& context, Disk& request) {
-  OpenedMessage message;
-  TextRequest textRequest;
-  textRequest.textTypes = TextTypes(context);
-  const auto kind =
-      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
-  if (!OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
-    return message;
+OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
+                          CharsetChoice charset) {
+  OpenedMessage opened;
+  // Settings may have to be loaded from another database, so they come first.
+  const EditSettings settings = EditSettings::From(*Settings(context));
+  if (!request.Get(u"process").isValid()) {
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
+    request.Let(QStringLiteral("flag"), QStringLiteral("02"));
   }
-  const QByteArray source = ReadRow(context.Data, request);
-  message.found = !source.isNull();
-  if (message.found) {
-    request.Let(QStringLiteral("folder"), ReadFolders(context.Data, request));
-    MarkOpened(context, request);
+  StoredMessage message;
+  const auto kind = static_cast<DatabaseKind>(
+      request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
+  if (OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
+    message.source = ReadRow(context.Data, request);
+    opened.found = !message.source.isNull();
+    if (opened.found) {
+      request.Let(QStringLiteral("folder"), ReadFolders(context.Data, request));
+      const bool isFirst = MarkOpened(context, request);
+      request.Let(QStringLiteral("notice"),
+                  isFirst && AsksForReceipt(request.Text(u"mailaddress")));
+    }
+    context.Data.Close();
   }
-  context.Data.Close();
-  if (!message.found) return message;
-
-  message.subject = request.Text(u"work_subject");
-  message.timestamp = request.Text(u"work_timestamp");
-  for (const QString& line : request.Text(u"mailaddress").split(kLineBreak, Qt::SkipEmptyParts)) {
-    message.addresses.append(ParseAddressEntry(line));
-  }
-  const QString content = request.Text(u"content");
-  textRequest.charset =
-      CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("0")));
-  message.text = GetMessageText(source, content, textRequest).text;
-  message.attachments =
-      ListAttachments(MimeCodec::ParseContentIndex(content), textRequest.textTypes);
-  return message;
+  message.contentIndex = request.Text(u"content");
+  message.addressLines = request.Text(u"mailaddress");
+  message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
+  message.charset =
+      applyStoredCharset
+          ? CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("0")))
+          : charset;
+  const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
+  const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
+  opened.model =
+      OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
+  opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  if (mode != OpenMode::Show) BecomeNew(context, request);
+  return opened;
 }
 
 }  // namespace vorn

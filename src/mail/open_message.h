@@ -1,29 +1,28 @@
 #pragma once
 
-#include <QList>
 #include <QString>
-#include <vector>
 
-#include "mail/address.h"
-#include "mail/attachments.h"
+#include "mail/message_model.h"
 #include "storage/context.h"
 
 namespace vorn {
 
-/// A stored message as a message window shows it.
+/// A stored message as a message window opens it.
 struct OpenedMessage {
   bool found = false;
-  QString subject;
-  QList<AddressEntry> addresses;
-  QString text;
-  QString timestamp;  ///< of storing, in its stored form
-  std::vector<Attachment> attachments;
+  MessageModel model;
+  QString html;  ///< the HTML part as it was written; null when there is none
 };
 
-/// Reads the message that the request names and copies its index columns into the request's keys
-/// ("content", "work_subject", "work_timestamp", "process", "mailaddress", "flag", "folder"). A
-/// message that is opened for the first time is marked as opened. A message that cannot be read
-/// gives an empty one; the session's `LastError` may say why.
-OpenedMessage OpenMessage(Context& context, Disk& request);
+/// Reads the message that the request names and opens it in the request's mode ("open"). Copies the
+/// index columns into the request's keys ("content", "work_subject", "work_timestamp", "process",
+/// "mailaddress", "flag", "folder"), and sets "notice" when the sender asked for a receipt and this
+/// is the first time. A message that is opened for the first time is marked as opened. In any mode
+/// but the first the request becomes a new message with an identifier of its own.
+///
+/// With `applyStoredCharset` the text is read with the stored code, otherwise with `charset`. A
+/// message that cannot be read gives an empty model; the session's `LastError` may say why.
+OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,
+                          CharsetChoice charset = CharsetChoice::Automatic);
 
 }  // namespace vorn

@@ -1,6 +1,8 @@
 #include "mail/text_extraction.h"
 
 #include "mail/code_page_932.h"
+#include "mail/flowed_text.h"
+#include "mail/html_text.h"
 #include "mail/mime_codec.h"
 
 namespace vorn {
@@ -30,6 +32,41 @@ qsizetype EncodedRoom(qsizetype room, TransferEncoding encoding) {
   return encoding == TransferEncoding::None ? room : room / 3 * 4;
 }
 
+QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype last,
+                   CharsetChoice charset, bool cut) {
+  const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+  const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
+  return charset == CharsetChoice::Automatic
+             ? DecodeAutomatically(bytes, MimeCodec::DeclaredCharset(source, record), cut)
+             : Decode(Charset::FromChoice(charset), bytes, cut).text;
+}
+
+// What a part shows: paragraphs of flowed text joined, HTML as text.
+QString ReadableText(QByteArrayView source, const ContentRecord& record, const QString& text) {
+  if (record.type == u"text/html") return HtmlToText(text);
+  if (record.type != u"text/plain") return text;
+  const MimeCodec::HeaderParameters type = MimeCodec::ContentType(source, record);
+  if (type.Bytes("format").compare("flowed", Qt::CaseInsensitive) != 0) return text;
+  return UnflowText(text, type.Bytes("delsp").compare("yes", Qt::CaseInsensitive) == 0);
+}
+
+const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
+  for (const ContentRecord& record : records) {
+    if (record.type == u"text/html" && !record.hasName && record.first <= record.last) {
+      return &record;
+    }
+  }
+  return nullptr;
+}
+
+// The longest prefix within a number of bytes of code page 932, with "..." when something is cut.
+QString Shortened(const QString& text, qsizetype maximum) {
+  if (maximum <= 0 || CodePage932Length(text) <= maximum) return text;
+  qsizetype length = qMin(text.size(), maximum);
+  while (length > 0 && CodePage932Length(QStringView(text).first(length)) > maximum) --length;
+  return text.left(length) + QStringLiteral("...");
+}
+
 }  // namespace
 
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
@@ -38,7 +75,8 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
   bool truncated = false;
   qsizetype length = 0;  // of the text so far, in bytes of code page 932
   const QString lineBreak = QStringLiteral("\r\n") + request.linePrefix;
-  for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  for (const ContentRecord& record : records) {
     if (record.hasName || record.first > record.last || !request.textTypes.contains(record.type)) {
       continue;
     }
@@ -51,20 +89,30 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
       if (cut) last = record.first + room - 1;
       truncated = truncated || cut;
     }
-    const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
-    const QString text =
-        request.charset == CharsetChoice::Automatic
-            ? DecodeAutomatically(bytes, MimeCodec::DeclaredCharset(source, record), cut)
-            : Decode(Charset::FromChoice(request.charset), bytes, cut).text;
-    result.text += WithLineBreaks(text, lineBreak);
+    const QString text = DecodeText(source, record, last, request.charset, cut);
+    result.text += WithLineBreaks(ReadableText(source, record, text), lineBreak);
     if (request.maximum > 0) {
       length = CodePage932Length(result.text);
       if (length > request.maximum) break;
     }
   }
   if (truncated) result.text += QStringLiteral("...");
+  if (const ContentRecord* html = FindHtml(records);
+      html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
+    const QString text =
+        HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
+    result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
+  }
   result.produced = !result.text.isEmpty();
   return result;
+}
+
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex, CharsetChoice charset) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  const ContentRecord* html = FindHtml(records);
+  if (html == nullptr) return {};
+  const QString text = DecodeText(source, *html, html->last, charset, false);
+  return text.isNull() ? QStringLiteral("") : text;
 }
 
 }  // namespace vorn

@@ -22,9 +22,13 @@ struct MessageText {
 };
 
 /// The readable text of a message: its text parts without a file name, decoded, one after the
-/// other. Every line break becomes CR LF and the prefix. A text that the maximum cuts ends with
+/// other. Flowed text is joined to paragraphs. A message whose text is blank gives the text of its
+/// HTML part. Every line break becomes CR LF and the prefix. A text that the maximum cuts ends with
 /// "...".
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
+
+/// The message's HTML as it was written, decoded; a null string when it has none.
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex, CharsetChoice charset);
 
 }  // namespace vorn

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "mail/uuencoding.h"
+
 namespace vorn::MimeCodec {
 namespace {
 
@@ -25,6 +27,9 @@ TransferEncoding TransferEncodingOf(QByteArrayView name) {
   if (name.compare("quoted-printable", Qt::CaseInsensitive) == 0) {
     return TransferEncoding::QuotedPrintable;
   }
+  for (const QByteArrayView uu : {"uuencode", "x-uuencode", "x-uue", "uue"}) {
+    if (name.compare(uu, Qt::CaseInsensitive) == 0) return TransferEncoding::Uuencode;
+  }
   return TransferEncoding::None;
 }
 
@@ -34,8 +39,72 @@ QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
       return RunDecoder(bytes, GMIME_CONTENT_ENCODING_BASE64);
     case TransferEncoding::QuotedPrintable:
       return RunDecoder(bytes, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+    case TransferEncoding::Uuencode:
+      return UuDecode(bytes);
     default:
       return bytes.toByteArray();
+  }
+}
+
+namespace {
+
+QByteArray EncodeBase64(const QByteArray& bytes) {
+  constexpr qsizetype kBytesPerLine = 57;  // 76 characters
+  QByteArray lines;
+  lines.reserve(bytes.size() * 4 / 3 + bytes.size() / 28 + 8);
+  for (qsizetype at = 0; at < bytes.size(); at += kBytesPerLine) {
+    lines += bytes.sliced(at, qMin(kBytesPerLine, bytes.size() - at)).toBase64() + "\r\n";
+  }
+  return lines;
+}
+
+// RFC 2045 section 6.7. Line breaks of the text stay line breaks; a lone CR or LF is encoded.
+QByteArray EncodeQuotedPrintable(const QByteArray& bytes) {
+  constexpr qsizetype kLineLength = 76;
+  constexpr char kHex[] = "0123456789ABCDEF";
+  QByteArray lines;
+  lines.reserve(bytes.size() * 2);
+  qsizetype column = 0;
+  for (qsizetype i = 0; i < bytes.size(); ++i) {
+    const char c = bytes[i];
+    if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') {
+      lines += "\r\n";
+      column = 0;
+      ++i;
+      continue;
+    }
+    const bool atLineEnd = i + 1 == bytes.size() || bytes.sliced(i + 1).startsWith("\r\n");
+    const bool isPlain = (c >= '!' && c <= '~' && c != '=' && !(column == 0 && c == '.')) ||
+                         ((c == ' ' || c == '\t') && !atLineEnd);
+    const qsizetype width = isPlain ? 1 : 3;
+    if (column + width > kLineLength - (atLineEnd ? 0 : 1)) {
+      lines += "=\r\n";
+      column = 0;
+    }
+    if (isPlain) {
+      lines += c;
+    } else {
+      lines += '=';
+      lines += kHex[static_cast<unsigned char>(c) >> 4];
+      lines += kHex[static_cast<unsigned char>(c) & 0xF];
+    }
+    column += width;
+  }
+  return lines;
+}
+
+}  // namespace
+
+QByteArray EncodeTransfer(const QByteArray& bytes, TransferEncoding encoding) {
+  switch (encoding) {
+    case TransferEncoding::Base64:
+      return EncodeBase64(bytes);
+    case TransferEncoding::QuotedPrintable:
+      return EncodeQuotedPrintable(bytes);
+    case TransferEncoding::Uuencode:
+      return UuEncode(bytes);
+    default:
+      return bytes;
   }
 }
 

@@ -122,7 +122,7 @@ TEST(FlagString, PositionsAreReadAndWritten) {
 
 TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   const auto flags = [](const QByteArray& source) {
-    return IndexMessage(source, QStringLiteral("001"), kTextTypes).flags;
+    return IndexMessage(source, QStringLiteral("001"), {kTextTypes}).flags;
   };
   EXPECT_EQ(flags("Subject: x\r\n\r\nbody\r\n"), QStringLiteral("0210"));
   EXPECT_EQ(flags("X-Priority: 5\r\n\r\n"), QStringLiteral("0310"));
@@ -130,7 +130,7 @@ TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   EXPECT_EQ(flags("X-Priority: 1 (Highest)\r\n\r\n"), QStringLiteral("0210"));
   EXPECT_EQ(flags("Content-Type: image/png\r\n\r\nx"), QStringLiteral("0211"));
   const MessageIndex index =
-      IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, kTextTypes);
+      IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, {kTextTypes});
   EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x\r\nREPLAY-TO: yes@x"));
 }
 

@@ -79,10 +79,10 @@ TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
   Disk request(serialId);
   const OpenedMessage message = OpenMessage(profile_.Get(), request);
   EXPECT_TRUE(message.found);
-  EXPECT_EQ(message.subject, QStringLiteral("あ"));
-  EXPECT_EQ(message.text, QStringLiteral("body\r\n"));
-  ASSERT_EQ(message.addresses.size(), 1);
-  EXPECT_EQ(message.addresses[0].presentable, QStringLiteral("い <a@x>"));
+  EXPECT_EQ(message.model.subject, QStringLiteral("あ"));
+  EXPECT_EQ(message.model.text, QStringLiteral("body\r\n"));
+  ASSERT_EQ(message.model.addresses.size(), 1);
+  EXPECT_EQ(message.model.addresses[0].presentable, QStringLiteral("い <a@x>"));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")).mid(2, 1), QStringLiteral("0"));
   EXPECT_EQ(request.Number(u"process"), 4);
 

@@ -29,7 +29,7 @@ TEST_P(Sample, ReadsAsExpected) {
   const QJsonObject expected =
       QJsonDocument::fromJson(ReadFile(path.chopped(3) + QStringLiteral("json"))).object();
   const QStringList textTypes = DefaultTextTypes();
-  const MessageIndex index = IndexMessage(source, QString(), textTypes);
+  const MessageIndex index = IndexMessage(source, QString(), {textTypes});
   EXPECT_EQ(index.subject, expected[QStringLiteral("subject")].toString());
 
   const QJsonObject from = expected[QStringLiteral("from")].toObject();

@@ -88,19 +88,19 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 
 void MessageWindow::Fill(const OpenedMessage& message) {
   const QString subject =
-      message.subject.isEmpty() ? QStringLiteral("(件名なし)") : message.subject;
+      message.model.subject.isEmpty() ? QStringLiteral("(件名なし)") : message.model.subject;
   setWindowTitle(message.found ? subject : QStringLiteral("メッセージ"));
-  txSubject_->setText(message.subject);
+  txSubject_->setText(message.model.subject);
   txSubject_->setCursorPosition(0);
   lvMailaddress_->clear();
-  for (const AddressEntry& address : message.addresses) {
+  for (const AddressEntry& address : message.model.addresses) {
     lvMailaddress_->addItem(KindLabel(address.kind) + QStringLiteral(": ") + address.presentable);
   }
   lvClip_->clear();
-  for (const Attachment& attachment : message.attachments) lvClip_->addItem(attachment.name);
+  for (const ModelAttachment& attachment : message.model.attachments) lvClip_->addItem(attachment.name);
   lvClip_->setVisible(lvClip_->count() > 0);
   lbClip_->setVisible(lvClip_->count() > 0);
-  txMemo_->setPlainText(message.found ? message.text
+  txMemo_->setPlainText(message.found ? message.model.text
                                       : QStringLiteral("メッセージを読み込めません。") +
                                             context_.Data.LastError().text);
 }

@@ -1,0 +1,103 @@
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "ctl/command.h"
+#include "mail/compose_message.h"
+#include "storage/serial_id.h"
+
+namespace vorn::ctl {
+namespace {
+
+struct Choice {
+  const char16_t* word;
+  int value;
+};
+
+constexpr Choice kCharsets[] = {{u"jis", 0}, {u"euc", 1}, {u"sjis", 2}, {u"utf8", 3}, {u"auto", -1}};
+constexpr Choice kEncodings[] = {{u"base64", 0}, {u"qp", 1}, {u"uu", 2}};
+
+template <size_t N>
+bool Choose(const Choice (&choices)[N], const QString& word, int& value) {
+  for (const Choice& choice : choices) {
+    if (word == QStringView(choice.word)) {
+      value = choice.value;
+      return true;
+    }
+  }
+  return false;
+}
+
+// "name <address>" or an address alone.
+void AddAddresses(MessageModel& model, const QString& kind, const QStringList& values) {
+  for (const QString& value : values) {
+    AddressEntry entry;
+    entry.kind = kind;
+    const qsizetype bracket = value.lastIndexOf(u'<');
+    if (bracket >= 0 && value.endsWith(u'>')) {
+      entry.address = value.mid(bracket + 1).chopped(1).trimmed();
+      entry.displayName = value.left(bracket).trimmed();
+      if (entry.displayName.size() >= 2 && entry.displayName.startsWith(u'"') &&
+          entry.displayName.endsWith(u'"')) {
+        entry.displayName = entry.displayName.mid(1).chopped(1);
+      }
+    } else {
+      entry.address = value.trimmed();
+    }
+    model.addresses.append(entry);
+  }
+}
+
+QByteArray ReadAll(const QString& name, bool* ok) {
+  QFile file(name);
+  *ok = file.open(QIODevice::ReadOnly);
+  return *ok ? file.readAll() : QByteArray();
+}
+
+}  // namespace
+
+int Compose(const Arguments& arguments) {
+  MessageModel model;
+  ComposeOptions options;
+  options.settings = EditSettings::Defaults();
+  int charset = -1;
+  if (!Choose(kCharsets, arguments.Text(QStringLiteral("charset"), QStringLiteral("auto")),
+              charset) ||
+      !Choose(kEncodings, arguments.Text(QStringLiteral("mime"), QStringLiteral("base64")),
+              options.settings.mimeEncode)) {
+    return Complain(QStringLiteral("--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、"
+                                   "uu のどれかです。"),
+                    kExitUsage);
+  }
+  options.charset = static_cast<CharsetChoice>(charset);
+  bool ok = true;
+  model.subject = arguments.Text(QStringLiteral("subject"));
+  model.text =
+      QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
+  if (!ok) return Complain(QStringLiteral("--body-file を読み込めません。"), kExitFailure);
+  AddAddresses(model, QStringLiteral("TO"), arguments.All(QStringLiteral("to")));
+  AddAddresses(model, QStringLiteral("CC"), arguments.All(QStringLiteral("cc")));
+  AddAddresses(model, QStringLiteral("BC"), arguments.All(QStringLiteral("bcc")));
+  AddAddresses(model, QStringLiteral("FROM"), arguments.All(QStringLiteral("from")));
+  for (const QString& path : arguments.All(QStringLiteral("attach"))) {
+    ReadAll(path, &ok);
+    if (!ok) return Complain(QStringLiteral("「%1」を読み込めません。").arg(path), kExitFailure);
+    const QString name = QFileInfo(path).fileName();
+    model.attachments.push_back({name, ContentTypeOf(name), true, path, {}});
+  }
+  model.headerRows = {QStringLiteral("X-Mailer: .VORN <" VORN_VERSION ">"),
+                      QStringLiteral("X-Priority: 3")};
+  options.boundaryToken = SerialIdGenerator().Next(QString());
+  options.read = [](const ModelAttachment& attachment) {
+    bool readable = false;
+    return ReadAll(attachment.path, &readable);
+  };
+  QSaveFile out(arguments.Text(QStringLiteral("out")));
+  const QByteArray source = ComposeMessage(model, options);
+  if (out.open(QIODevice::WriteOnly) && out.write(source) == source.size() && out.commit()) {
+    return kExitOk;
+  }
+  return Complain(QStringLiteral("--out に書き込めません。"), kExitFailure);
+}
+
+}  // namespace vorn::ctl

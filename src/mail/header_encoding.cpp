@@ -1,0 +1,138 @@
+#include "mail/header_encoding.h"
+
+#include <QStringList>
+#include <algorithm>
+
+namespace vorn::MimeCodec {
+namespace {
+
+constexpr qsizetype kLineLength = 76;
+constexpr qsizetype kMaxWord = 75;  // RFC 2047 section 2
+constexpr char kFold[] = "\r\n\t";
+
+bool IsPlain(QStringView word) {
+  return !word.contains(u"=?") && std::all_of(word.begin(), word.end(), [](QChar c) {
+    return c.unicode() >= 0x21 && c.unicode() < 0x7F;
+  });
+}
+
+// A run of the value: text to be encoded, or words that stand as they are.
+struct Run {
+  QString text;
+  bool encoded;
+};
+
+// Blanks between two runs stand outside them; those inside an encoded run are encoded.
+QList<Run> SplitRuns(const QString& value) {
+  QList<Run> runs;
+  const QStringList words = value.split(u' ');
+  for (qsizetype i = 0; i < words.size(); ++i) {
+    // An empty word is one of several blanks in a row, which only encoding keeps.
+    const bool encoded = words[i].isEmpty() || !IsPlain(words[i]);
+    if (encoded && !runs.isEmpty() && runs.back().encoded) {
+      runs.back().text += u' ' + words[i];
+    } else {
+      runs.append({words[i], encoded});
+    }
+  }
+  return runs;
+}
+
+// Writes pieces on lines of limited length.
+class Folder {
+ public:
+  explicit Folder(QByteArray start) : out_(std::move(start)), column_(out_.size()) {}
+
+  qsizetype Room() const { return kLineLength - column_; }
+  void Break() {
+    out_ += kFold;
+    column_ = 1;
+  }
+  // A piece after a blank, or on a new line when it does not fit.
+  void AddWord(const QByteArray& word) {
+    if (column_ > 1 && column_ + 1 + word.size() > kLineLength) {
+      Break();
+    } else if (!atStart_) {
+      Put(" ");
+    }
+    Put(word);
+    atStart_ = false;
+  }
+  void Put(const QByteArray& bytes) {
+    out_ += bytes;
+    column_ += bytes.size();
+  }
+  QByteArray Take() { return std::move(out_); }
+
+ private:
+  QByteArray out_;
+  qsizetype column_;
+  bool atStart_ = true;
+};
+
+QByteArray EncodedWord(QStringView text, OutputCharset charset) {
+  const auto bytes = EncodeText(text, charset);
+  return "=?" + CharsetName(charset) + "?B?" + bytes.value_or(QByteArray()).toBase64() + "?=";
+}
+
+// Cuts the text so that every encoded word fits, never inside a surrogate pair.
+void AddEncoded(Folder& folder, const QString& text, OutputCharset charset) {
+  for (qsizetype at = 0; at < text.size();) {
+    qsizetype limit = std::min<qsizetype>(folder.Room() - 1, kMaxWord);
+    const auto longest = [&](qsizetype room) {
+      qsizetype length = 0;
+      for (qsizetype next = at; next < text.size();) {
+        next += text[next].isHighSurrogate() && next + 1 < text.size() ? 2 : 1;
+        if (EncodedWord(QStringView(text).sliced(at, next - at), charset).size() > room) break;
+        length = next - at;
+      }
+      return length;
+    };
+    qsizetype length = longest(limit);
+    if (length == 0) {
+      folder.Break();
+      length = std::max<qsizetype>(longest(kMaxWord - 1), 1);
+      folder.Put(EncodedWord(QStringView(text).sliced(at, length), charset));
+    } else {
+      folder.AddWord(EncodedWord(QStringView(text).sliced(at, length), charset));
+    }
+    at += length;
+  }
+}
+
+QString WithoutControls(QString text) {
+  std::replace_if(
+      text.begin(), text.end(),
+      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; }, QChar(u' '));
+  return text;
+}
+
+}  // namespace
+
+QByteArray EncodeField(const QByteArray& name, const QString& value, OutputCharset charset) {
+  if (charset == OutputCharset::Ascii) charset = OutputCharset::Utf8;  // for what is not plain
+  Folder folder(name + ' ');
+  for (const Run& run : SplitRuns(WithoutControls(value))) {
+    if (run.encoded) {
+      AddEncoded(folder, run.text, charset);
+    } else {
+      folder.AddWord(run.text.toLatin1());
+    }
+  }
+  return folder.Take();
+}
+
+QString FormatMailbox(const QString& address, const QString& name) {
+  if (name.isEmpty()) return address;
+  const bool isAscii =
+      std::all_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < 0x80; });
+  const bool hasSpecials = std::any_of(name.begin(), name.end(), [](QChar c) {
+    return QStringView(u",;:<>()@[]\"\\.").contains(c);
+  });
+  if (!isAscii || !hasSpecials) return name + QStringLiteral(" <") + address + u'>';
+  QString quoted = name;
+  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + quoted + QStringLiteral("\" <") + address + u'>';
+}
+
+}  // namespace vorn::MimeCodec

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "mail/address.h"
+#include "mail/content_index.h"
+#include "storage/disk.h"
+
+namespace vorn {
+
+/// How a message window opens a message.
+enum class OpenMode {
+  Show = 0,
+  Reply,
+  ReplyAll,
+  Forward,
+  Resend,
+  Receipt,          ///< a read receipt for it
+  ForwardKeepFrom,  ///< forward, keeping the sender
+};
+
+/// An attachment of a message window.
+struct ModelAttachment {
+  QString name;
+  QString type;
+  bool isNew = false;                ///< a file the user added, else a part of the stored message
+  QString path;                      ///< of the file, for a new one
+  MimeCodec::ContentRecord record;   ///< of the part, for an old one
+};
+
+/// What a message window holds, without the window.
+struct MessageModel {
+  QString subject;
+  QList<AddressEntry> addresses;  ///< kinds FROM, TO, CC, BC, RE, NO
+  QString references;             ///< identifiers separated by blanks
+  QString inReplyTo;
+  QString text;
+  QStringList headerRows;  ///< extension headers such as "X-Priority: 3"
+  std::vector<ModelAttachment> attachments;
+};
+
+/// The settings that opening and composing read.
+struct EditSettings {
+  bool editMode = false;
+  QString subjectReplay;
+  QString subjectForward;
+  QString memoIndent;
+  QStringList textTypes;
+  bool standardHeaders = false;
+  int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
+  bool mimeText = false;
+
+  static EditSettings From(const Disk& settings);
+  /// What a new profile starts with.
+  static EditSettings Defaults();
+};
+
+/// The account that a new message is from.
+struct Sender {
+  QString address;
+  QString display;
+};
+
+/// A stored message and its index columns, as `OpenSource` reads them.
+struct StoredMessage {
+  QByteArray source;
+  QString contentIndex;
+  QString addressLines;
+  QString timestamp;
+  CharsetChoice charset = CharsetChoice::Automatic;
+};
+
+/// The state in which a message window opens a stored message: unchanged, or as the beginning of a
+/// reply, forward, resend or receipt. `isNew` leaves its extension headers out; `programLine` is the
+/// text of the X-Mailer field of new messages. Never fails.
+MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
+                        const EditSettings& settings, const Sender& sender,
+                        const QString& programLine);
+
+}  // namespace vorn
