@@ -20,6 +20,17 @@ void RemoveOuterQuotes(QString& name) {
   if (name.endsWith(u'"')) name.chop(1);
 }
 
+QString Unquoted(const QString& word) {
+  const bool isQuoted = word.size() >= 2 && word.startsWith(u'"') && word.endsWith(u'"');
+  if (!isQuoted) return word;
+  QString text;
+  for (qsizetype i = 1; i + 1 < word.size(); ++i) {
+    if (word[i] == u'\\' && i + 2 < word.size()) ++i;
+    text += word[i];
+  }
+  return text;
+}
+
 struct Mailbox {
   QString address;
   QString name;
@@ -33,7 +44,8 @@ Mailbox ReadItem(const QString& item) {
       continue;
     }
     if (!mailbox.name.isEmpty()) mailbox.name += u' ';
-    mailbox.name += word;
+    // Each quoted word loses its own quotes; a quote that stands alone at an end goes as well.
+    mailbox.name += Unquoted(word);
     RemoveOuterQuotes(mailbox.name);
   }
   mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone

@@ -113,14 +113,13 @@ class Composer {
   }
 
   void WriteAddresses(QStringView kind, const QByteArray& name) {
-    QStringList mailboxes;
+    QList<MimeCodec::Mailbox> mailboxes;
     for (const AddressEntry& entry : model_.addresses) {
       if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0 || entry.address.isEmpty()) continue;
-      mailboxes.append(MimeCodec::FormatMailbox(entry.address, entry.displayName));
+      mailboxes.append({entry.address, entry.displayName});
     }
     if (mailboxes.isEmpty()) return;
-    // A blank after each comma lets the line be folded there.
-    Line(MimeCodec::EncodeField(name, mailboxes.join(QStringLiteral(", ")), charset_));
+    Line(MimeCodec::EncodeAddressField(name, mailboxes, charset_));
   }
 
   void PrepareBody() {

@@ -100,6 +100,18 @@ void AddEncoded(Folder& folder, const QString& text, OutputCharset charset) {
   }
 }
 
+QByteArray EncodeRuns(const QByteArray& name, const QList<Run>& runs, OutputCharset charset) {
+  Folder folder(name + ' ');
+  for (const Run& run : runs) {
+    if (run.encoded) {
+      AddEncoded(folder, run.text, charset);
+    } else {
+      folder.AddWord(run.text.toUtf8());
+    }
+  }
+  return folder.Take();
+}
+
 QString WithoutControls(QString text) {
   std::replace_if(
       text.begin(), text.end(),
@@ -107,32 +119,50 @@ QString WithoutControls(QString text) {
   return text;
 }
 
+bool IsAscii(const QString& text) {
+  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+// An ASCII name as it may stand before an address.
+QString QuotedName(const QString& name) {
+  const bool hasSpecials = std::any_of(name.begin(), name.end(), [](QChar c) {
+    return QStringView(u",;:<>()@[]\"\\.").contains(c);
+  });
+  if (!hasSpecials) return name;
+  QString quoted = name;
+  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + quoted + u'"';
+}
+
 }  // namespace
 
 QByteArray EncodeField(const QByteArray& name, const QString& value, OutputCharset charset) {
   if (charset == OutputCharset::Ascii) charset = OutputCharset::Utf8;  // for what is not plain
-  Folder folder(name + ' ');
-  for (const Run& run : SplitRuns(WithoutControls(value))) {
-    if (run.encoded) {
-      AddEncoded(folder, run.text, charset);
-    } else {
-      folder.AddWord(run.text.toLatin1());
-    }
-  }
-  return folder.Take();
+  const QString text = WithoutControls(value);
+  const QList<Run> runs = SplitRuns(text);
+  const QByteArray field = EncodeRuns(name, runs, charset);
+  const bool hasPlainRun =
+      std::any_of(runs.begin(), runs.end(), [](const Run& run) { return !run.encoded; });
+  return hasPlainRun && field.contains(kFold) ? EncodeRuns(name, {{text, true}}, charset) : field;
 }
 
-QString FormatMailbox(const QString& address, const QString& name) {
-  if (name.isEmpty()) return address;
-  const bool isAscii =
-      std::all_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < 0x80; });
-  const bool hasSpecials = std::any_of(name.begin(), name.end(), [](QChar c) {
-    return QStringView(u",;:<>()@[]\"\\.").contains(c);
-  });
-  if (!isAscii || !hasSpecials) return name + QStringLiteral(" <") + address + u'>';
-  QString quoted = name;
-  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
-  return u'"' + quoted + QStringLiteral("\" <") + address + u'>';
+QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mailboxes,
+                              OutputCharset charset) {
+  if (charset == OutputCharset::Ascii) charset = OutputCharset::Utf8;
+  QList<Run> runs;
+  for (qsizetype i = 0; i < mailboxes.size(); ++i) {
+    const QString display = WithoutControls(mailboxes[i].name);
+    const QString comma = i + 1 < mailboxes.size() ? QStringLiteral(",") : QString();
+    const QString address = WithoutControls(mailboxes[i].address);
+    if (display.isEmpty()) {
+      runs.append({address + comma, false});
+      continue;
+    }
+    const bool isPlain = IsAscii(display) && !display.contains(QStringLiteral("=?"));
+    runs.append({isPlain ? QuotedName(display) : display, !isPlain});
+    runs.append({u'<' + address + u'>' + comma, false});
+  }
+  return EncodeRuns(name, runs, charset);
 }
 
 }  // namespace vorn::MimeCodec
