@@ -47,7 +47,9 @@ const CodePage932& CodePage932::Instance() {
 }
 
 CodePage932::CodePage932()
-    : characters_((kLastLead - kFirstLead + 1) * kTrails, 0), codes_(0x10000, 0) {
+    : characters_((kLastLead - kFirstLead + 1) * kTrails, 0),
+      byRowCell_(94UL * 94UL, 0),
+      codes_(0x10000, 0) {
   IcuConverter table(kIcuTable);
   for (unsigned lead = kFirstLead; lead <= kLastLead; ++lead) {
     for (unsigned trail = 0x40; IsLead(lead) && trail <= 0xFC; ++trail) {
@@ -60,6 +62,14 @@ CodePage932::CodePage932()
   }
   for (const Pair& reading : kReadings) {
     characters_[Index(reading.code >> 8, reading.code & 0xFF)] = reading.character;
+  }
+  for (unsigned row = 1; row <= 94; ++row) {
+    for (unsigned cell = 1; cell <= 94; ++cell) {
+      const unsigned lead = (row - 1) / 2 + (row <= 62 ? 0x81 : 0xC1);
+      const unsigned trail =
+          row % 2 == 1 ? cell + (cell <= 63 ? 0x3F : 0x40) : cell + 0x9E;
+      byRowCell_[(row - 1) * 94UL + cell - 1] = FromPair(lead, trail);
+    }
   }
 
   for (unsigned code = 1; code < 0x80; ++code) codes_[code] = static_cast<quint16>(code);
@@ -86,13 +96,6 @@ CodePage932::CodePage932()
 
 char16_t CodePage932::FromPair(unsigned lead, unsigned trail) const {
   return IsLead(lead) && IsTrail(trail) ? characters_[Index(lead, trail)] : char16_t(0);
-}
-
-char16_t CodePage932::FromRowCell(unsigned row, unsigned cell) const {
-  if (row < 1 || row > 94 || cell < 1 || cell > 94) return 0;
-  const unsigned lead = (row - 1) / 2 + (row <= 62 ? 0x81 : 0xC1);
-  const unsigned trail = row % 2 == 1 ? cell + (cell <= 63 ? 0x3F : 0x40) : cell + 0x9E;
-  return FromPair(lead, trail);
 }
 
 QByteArray ToCodePage932(QStringView text) {

@@ -17,7 +17,9 @@ class CodePage932 {
   char16_t FromPair(unsigned lead, unsigned trail) const;
   /// The character at a row and a cell, 1 to 94 each, of the plane that JIS and EUC share; 0 when
   /// there is none.
-  char16_t FromRowCell(unsigned row, unsigned cell) const;
+  char16_t FromRowCell(unsigned row, unsigned cell) const {
+    return row - 1 < 94 && cell - 1 < 94 ? byRowCell_[(row - 1) * 94 + cell - 1] : char16_t(0);
+  }
   /// The code of a character, one or two bytes as a number; 0 when the page lacks it. The wave
   /// dash and its kin, which differ between Unicode tables, are taken in either form.
   unsigned ToCode(char16_t character) const { return codes_[character]; }
@@ -26,7 +28,8 @@ class CodePage932 {
   CodePage932();
 
   std::vector<char16_t> characters_;  // by lead and trail byte
-  std::vector<quint16> codes_;        // by character
+  std::vector<char16_t> byRowCell_;
+  std::vector<quint16> codes_;  // by character
 };
 
 /// `text` as bytes of code page 932; a character it lacks becomes a numeric character reference

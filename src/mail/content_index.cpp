@@ -39,14 +39,12 @@ class ContentReader {
 
   std::vector<ContentRecord> Run() {
     BeginPart();
-    while (at_ < source_.size()) {
-      const qsizetype lineStart = at_;
-      const qsizetype found = source_.indexOf('\n', lineStart);
+    for (qsizetype dashes = NextDashes(at_); dashes >= 0; dashes = NextDashes(at_)) {
+      const qsizetype found = source_.indexOf('\n', dashes);
       at_ = found < 0 ? source_.size() : found + 1;
-      if (!stack_.empty() && source_.sliced(lineStart, at_ - lineStart).startsWith("--")) {
-        TakeDelimiter(lineStart);
-      }
+      TakeDelimiter(dashes);
     }
+    at_ = source_.size();
     EndLeaf(source_.size());
     while (!stack_.empty()) CloseMultipart(source_.size());
     return std::move(records_);
@@ -59,6 +57,17 @@ class ContentReader {
     bool hasParts = false;
     bool isDigest = false;
   };
+
+  // The next line that begins with "--", or -1. Looking for the dashes themselves passes over most
+  // of a message, above all base64, much faster than looking at every line.
+  qsizetype NextDashes(qsizetype from) const {
+    if (stack_.empty()) return -1;
+    for (qsizetype at = source_.indexOf('-', from); at >= 0; at = source_.indexOf('-', at + 1)) {
+      const bool beginsLine = at == 0 || source_[at - 1] == '\n';
+      if (beginsLine && at + 1 < source_.size() && source_[at + 1] == '-') return at;
+    }
+    return -1;
+  }
 
   // Reads the headers at the current position; what follows is a leaf or opens a multipart.
   void BeginPart() {

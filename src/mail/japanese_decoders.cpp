@@ -42,9 +42,9 @@ class JisX0212 {
 // Reads bytes one by one and collects the text.
 class Reader {
  public:
-  Reader(QByteArrayView bytes, bool atCut) : bytes_(bytes), atCut_(atCut) {
-    result_.text.reserve(bytes.size());
-  }
+  // No byte gives more than one character, so the text is written into room for all of them.
+  Reader(QByteArrayView bytes, bool atCut)
+      : bytes_(bytes), atCut_(atCut), text_(bytes.size(), Qt::Uninitialized), out_(text_.data()) {}
 
   bool AtEnd() const { return at_ >= bytes_.size(); }
   unsigned Take() { return static_cast<unsigned char>(bytes_[at_++]); }
@@ -55,10 +55,10 @@ class Reader {
   void Skip(qsizetype count) { at_ += count; }
   bool StartsWith(QByteArrayView text) const { return bytes_.sliced(at_).startsWith(text); }
 
-  void Put(char16_t character) { result_.text += QChar(character); }
+  void Put(char16_t character) { *out_++ = QChar(character); }
   void PutError() {
-    result_.text += QChar(QChar::ReplacementCharacter);
-    result_.clean = false;
+    Put(QChar::ReplacementCharacter);
+    clean_ = false;
   }
   // A character of which the end of the bytes cut something off.
   void PutCutOff() {
@@ -66,13 +66,18 @@ class Reader {
   }
   void PutOrError(char16_t character) { character == 0 ? PutError() : Put(character); }
 
-  DecodedText Finish() { return std::move(result_); }
+  DecodedText Finish() {
+    text_.truncate(out_ - text_.constData());
+    return {std::move(text_), clean_};
+  }
 
  private:
   QByteArrayView bytes_;
   bool atCut_;
   qsizetype at_ = 0;
-  DecodedText result_;
+  QString text_;
+  QChar* out_;
+  bool clean_ = true;
 };
 
 bool InRange(int byte, int first, int last) {
@@ -169,6 +174,28 @@ bool TakeEscape(Reader& reader, JisSet& set) {
   return false;
 }
 
+void TakeDoubleByte(Reader& reader, unsigned lead, JisSet set);
+
+// Runs of kanji and kana, which are most of such a text, without going back to the caller.
+void TakeKanjiRun(Reader& reader, unsigned lead) {
+  const CodePage932& page = CodePage932::Instance();
+  for (;;) {
+    const int trail = reader.Peek();
+    const char16_t character =
+        InRange(trail, 0x21, 0x7E)
+            ? page.FromRowCell(lead - 0x20, static_cast<unsigned>(trail) - 0x20)
+            : char16_t(0);
+    if (character == 0) break;
+    reader.Put(character);
+    reader.Skip(1);
+    const int next = reader.Peek();
+    if (!InRange(next, 0x21, 0x7E)) return;
+    lead = static_cast<unsigned>(next);
+    reader.Skip(1);
+  }
+  TakeDoubleByte(reader, lead, JisSet::X0208);
+}
+
 void TakeDoubleByte(Reader& reader, unsigned lead, JisSet set) {
   const int trail = reader.Peek();
   if (trail < 0) {
@@ -219,7 +246,7 @@ DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
       byte <= 0x5F ? reader.Put(static_cast<char16_t>(kHalfKanaBase + byte + 0x80))
                    : reader.PutError();
     } else if (set == JisSet::X0208 || set == JisSet::X0212) {
-      TakeDoubleByte(reader, byte, set);
+      set == JisSet::X0208 ? TakeKanjiRun(reader, byte) : TakeDoubleByte(reader, byte, set);
     } else {
       reader.Put(static_cast<char16_t>(byte));
     }

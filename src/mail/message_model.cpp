@@ -93,8 +93,9 @@ QString SubjectIn(OpenMode mode, const QString& subject, qsizetype identifiers,
 }
 
 AddressEntry MakeEntry(const QString& kind, const QString& address, const QString& name) {
-  return ParseAddressEntry(kind + QStringLiteral(": ") + address +
-                           (name.isEmpty() ? QString() : u' ' + name));
+  const QString suffix = name.isEmpty() ? QString() : u' ' + name;
+  return {kind, address, name, kind + QStringLiteral(": ") + address + suffix,
+          name.isEmpty() ? address : name + QStringLiteral(" <") + address + u'>'};
 }
 
 QList<AddressEntry> AddressesIn(OpenMode mode, const QString& lines) {

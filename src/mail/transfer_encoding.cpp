@@ -73,7 +73,8 @@ QByteArray EncodeQuotedPrintable(const QByteArray& bytes) {
       ++i;
       continue;
     }
-    const bool atLineEnd = i + 1 == bytes.size() || bytes.sliced(i + 1).startsWith("\r\n");
+    const bool atLineEnd =
+        i + 1 == bytes.size() || QByteArrayView(bytes).sliced(i + 1).startsWith("\r\n");
     const bool isPlain = (c >= '!' && c <= '~' && c != '=' && !(column == 0 && c == '.')) ||
                          ((c == ' ' || c == '\t') && !atLineEnd);
     const qsizetype width = isPlain ? 1 : 3;

@@ -94,7 +94,7 @@ class Commands(unittest.TestCase):
         source = pathlib.Path(SAMPLES, "file-rfc2231.eml").read_bytes()
         shown = json.loads(self.run_ctl("inspect", "-", "--json", stdin=source))
         self.assertEqual(set(shown), {"subject", "addressLines", "addresses", "flag", "fieldId",
-                                      "parts", "text", "attachments"})
+                                      "parts", "text", "headers", "html", "attachments"})
         self.assertEqual(shown["attachments"][0]["name"], "見積書.pdf")
         self.assertEqual(shown["addresses"][0],
                          {"kind": "FROM", "address": "sato@example.jp", "name": "佐藤 花子"})

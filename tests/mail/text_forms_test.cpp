@@ -1,0 +1,151 @@
+// HTML, flowed and uuencoded texts, and the recognition of unlabelled text.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <random>
+
+#include "mail/charset_recognition.h"
+#include "mail/flowed_text.h"
+#include "mail/html_text.h"
+#include "mail/mime_codec.h"
+#include "mail/text_extraction.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using MimeCodec::OutputCharset;
+
+QString Text(const QByteArray& source) {
+  TextRequest request;
+  request.textTypes = {QStringLiteral("text/plain")};
+  return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
+}
+
+TEST(HtmlText, BecomesReadableLines) {
+  EXPECT_EQ(HtmlToText(QStringLiteral("<html><head><title>t</title><style>p{}</style></head><body>"
+                                      "<p>一 &amp;&nbsp;二</p>\n<p>三<br>四</p><ul><li>a<li>b</ul>"
+                                      "<script>if (a < b) x();</script>end &#x1F363; &unknown; "
+                                      "a &lt; b</body>")),
+            QStringLiteral("一 & 二\r\n\r\n三\r\n四\r\n\r\n・a\r\n・b\r\nend 🍣 &unknown; a < b\r\n"));
+  EXPECT_EQ(HtmlToText(QStringLiteral("<pre>a\n  b</pre>1 < 2 <a href=\">\">x</a>")),
+            QStringLiteral("a\r\n  b\r\n\r\n1 < 2 x\r\n"));
+  EXPECT_EQ(HtmlToText(QStringLiteral("<div><!-- x > --><b")), QString());
+}
+
+TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
+  EXPECT_EQ(Text("Content-Type: text/html; charset=utf-8\r\n\r\n<p>本文</p>"),
+            QStringLiteral("本文\r\n"));
+  EXPECT_EQ(Text("Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\n \r\n--b\r\n"
+                 "Content-Type: text/html\r\n\r\n<b>x</b>\r\n--b--\r\n"),
+            QStringLiteral("x\r\n"));
+}
+
+TEST(FlowedText, ParagraphsAreJoinedAndQuotesKept) {
+  const auto flowed = [](const QByteArray& body, const QByteArray& more = {}) {
+    return Text("Content-Type: text/plain; format=flowed" + more + "\r\n\r\n" + body);
+  };
+  EXPECT_EQ(flowed("one \r\ntwo\r\nthree\r\n"), QStringLiteral("one two\r\nthree\r\n"));
+  EXPECT_EQ(flowed(">> a \r\n>> b\r\n> c \r\nd"), QStringLiteral(">> a b\r\n> c \r\nd"));
+  EXPECT_EQ(flowed(" >not quoted\r\n  indented \r\n-- \r\nname"),
+            QStringLiteral(">not quoted\r\n indented \r\n-- \r\nname"));
+  EXPECT_EQ(flowed("\xE3\x81\x82 \r\n\xE3\x81\x84", "; delsp=yes; charset=utf-8"),
+            QStringLiteral("あい"));
+}
+
+TEST(Uuencoding, BlocksInATextAreFilesOfTheirOwn) {
+  QByteArray data;
+  for (int i = 0; i < 300; ++i) data += static_cast<char>(i * 7);
+  const QByteArray lines = MimeCodec::UuEncode(data);
+  EXPECT_EQ(MimeCodec::UuDecode(lines), data);
+  const QByteArray source = "Subject: x\r\n\r\nbefore\r\nbegin 644 a.bin\r\n" + lines +
+                            "`\r\nend\r\nafter\r\nbegin the day\r\n";
+  EXPECT_EQ(Text(source), QStringLiteral("before\r\nafter\r\nbegin the day\r\n"));
+  const auto records = MimeCodec::ReadContent(source);
+  ASSERT_EQ(records.size(), 3U);
+  EXPECT_EQ(records[1].name, QStringLiteral("a.bin"));
+  EXPECT_EQ(MimeCodec::DecodePart(source, MimeCodec::TransferEncoding::Uuencode, records[1].first,
+                                  records[1].last),
+            data);
+}
+
+TEST(TransferEncodings, WhatIsWrappedComesBack) {
+  QByteArray bytes;
+  for (int i = 0; i < 5000; ++i) bytes += static_cast<char>(i * i >> 3);
+  bytes += "\r\n.\r\n line \r\n=\t";
+  using enum MimeCodec::TransferEncoding;
+  for (const auto encoding : {Base64, QuotedPrintable, Uuencode}) {
+    const QByteArray wrapped = MimeCodec::EncodeTransfer(bytes, encoding);
+    EXPECT_EQ(MimeCodec::DecodeTransfer(wrapped, encoding), bytes);
+    for (const QByteArray& line : wrapped.split('\n')) EXPECT_LE(line.size(), 77);
+  }
+}
+
+TEST(HeaderEditing, FieldsAreRemovedAndPutIn) {
+  const QByteArray source = "A: 1\r\nBcc: x@y,\r\n z@y\r\nBccx: 2\r\nbcc : q\r\n\r\nBcc: body\r\n";
+  EXPECT_EQ(MimeCodec::RemoveField(source, "Bcc:"),
+            QByteArray("A: 1\r\nBccx: 2\r\n\r\nBcc: body\r\n"));
+  EXPECT_EQ(MimeCodec::InsertFields(source, "D: 1\r\n"), "D: 1\r\n" + source);
+}
+
+// How often each code is taken for which, over generated Japanese text of a given length.
+class Recognition : public testing::Test {
+ protected:
+  // Sentences of common words with particles, as mail has them.
+  QString Sentence(int characters) {
+    static const QStringList kWords = {
+        QStringLiteral("会議"), QStringLiteral("の"),   QStringLiteral("資料"), QStringLiteral("を"),
+        QStringLiteral("送付"), QStringLiteral("します"), QStringLiteral("お知らせ"), QStringLiteral("テスト"),
+        QStringLiteral("明日"), QStringLiteral("東京"), QStringLiteral("について"), QStringLiteral("メール"),
+        QStringLiteral("ご確認"), QStringLiteral("ください"), QStringLiteral("Re: "), QStringLiteral("2026"),
+        QStringLiteral("、"), QStringLiteral("株式会社"), QStringLiteral("見積書"), QStringLiteral("予定")};
+    QString text;
+    while (text.size() < characters) {
+      text += kWords[static_cast<qsizetype>(random_() % static_cast<unsigned>(kWords.size()))];
+    }
+    return text.left(characters);
+  }
+
+  std::mt19937 random_{20261124};
+};
+
+TEST_F(Recognition, UnlabelledTextIsReadInItsOwnCode) {
+  struct Code {
+    OutputCharset output;
+    Charset::Family family;
+    const char* name;
+  };
+  constexpr Code kCodes[] = {{OutputCharset::Jis, Charset::Family::Jis, "JIS"},
+                             {OutputCharset::Euc, Charset::Family::Euc, "EUC"},
+                             {OutputCharset::ShiftJis, Charset::Family::ShiftJis, "Shift_JIS"},
+                             {OutputCharset::Utf8, Charset::Family::Utf8, "UTF-8"}};
+  constexpr int kRounds = 500;
+  for (const int characters : {4, 10, 40, 1000}) {
+    std::printf("%d characters: text in the row's code, read as\n", characters);
+    std::printf("  %-10s %6s %6s %9s %6s %6s\n", "", "JIS", "EUC", "Shift_JIS", "UTF-8", "other");
+    for (const Code& code : kCodes) {
+      int taken[5] = {};
+      for (int round = 0; round < kRounds; ++round) {
+        QString text = Sentence(characters);
+        if (!std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; })) {
+          text += u'会';
+        }
+        const Charset::Family found =
+            RecognizeCharset(*MimeCodec::EncodeText(text, code.output)).family;
+        int column = 4;
+        for (int i = 0; i < 4; ++i) {
+          if (kCodes[i].family == found) column = i;
+        }
+        ++taken[column];
+      }
+      std::printf("  %-10s %6d %6d %9d %6d %6d\n", code.name, taken[0], taken[1], taken[2],
+                  taken[3], taken[4]);
+      const auto own = static_cast<size_t>(&code - kCodes);
+      EXPECT_GE(taken[own], characters <= 4 ? kRounds * 97 / 100 : kRounds) << code.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vorn

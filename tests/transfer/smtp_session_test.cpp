@@ -1,0 +1,139 @@
+// SMTP conversations played as text, and messages sent to a server on loopback.
+
+#include "transfer/smtp_session.h"
+
+#include <gtest/gtest.h>
+
+#include "support/loopback_smtp_server.h"
+#include "support/test_profile.h"
+#include "transfer/pop.h"
+#include "transfer/wire_message.h"
+
+namespace vorn {
+namespace {
+
+class Recorder : public PopEvents {
+ public:
+  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
+  void MessageSent(const QByteArray& data) override { sent.append(data); }
+  void AlreadyStored(const QString&, bool&, bool&) override {}
+  void Error(int, const QString& text) override { errors.append(text); }
+  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
+  void SessionStarted() override {}
+  void SessionEnded() override { ++ended; }
+  void Progress(int, qint64, qint64) override {}
+  void Log(int, const QString&) override {}
+  bool WantsHeaders() override { return false; }
+  bool MakeDurable() override { return true; }
+
+  QStringList errors;
+  QByteArrayList sent;
+  int ended = 0;
+};
+
+class SmtpSessionTest : public testing::Test {
+ protected:
+  SmtpSessionTest() {
+    job_.from = QStringLiteral("f@x");
+    job_.recipients = {QStringLiteral("a@x"), QStringLiteral("b@x")};
+    job_.source = "Subject: s\r\nBcc: b@x\r\n\r\n.dot\r\n.\r\n";
+  }
+  QString Play(const QByteArray& server) {
+    QByteArray said;
+    SmtpSession session(job_, events_, [&said](const QByteArray& bytes) { said += bytes; });
+    for (const char byte : server) {
+      if (!session.Finished()) session.Receive(QByteArrayView(&byte, 1));
+    }
+    session.ConnectionLost();
+    EXPECT_TRUE(session.Finished());
+    return QString::fromLatin1(said).trimmed().replace(QStringLiteral("\r\n"), QStringLiteral("|"));
+  }
+
+  Recorder events_;
+  SmtpJob job_;
+};
+
+TEST_F(SmtpSessionTest, OneMessageGoesToAllItsRecipients) {
+  EXPECT_EQ(Play("220 hi\r\n250 x\r\n250\r\n250\r\n250\r\n354\r\n250\r\n221\r\n"),
+            QStringLiteral("EHLO [127.0.0.1]|MAIL FROM:<f@x>|RCPT TO:<a@x>|RCPT TO:<b@x>|DATA|"
+                           "Subject: s||..dot|.|QUIT"));
+  EXPECT_EQ(events_.sent, QByteArrayList{job_.source});
+  EXPECT_TRUE(events_.errors.isEmpty());
+}
+
+TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
+  const QString said =
+      Play("220\r\n250-x\r\n250-PIPELINING\r\n250 SIZE 1000\r\n250\r\n250\r\n550 no such user\r\n221\r\n");
+  EXPECT_TRUE(said.contains(QStringLiteral("MAIL FROM:<f@x> SIZE=")));
+  EXPECT_FALSE(said.contains(QStringLiteral("DATA")));
+  EXPECT_TRUE(events_.sent.isEmpty());
+  ASSERT_EQ(events_.errors.size(), 1);
+  EXPECT_TRUE(events_.errors[0].contains(QStringLiteral("no such user")));
+}
+
+TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
+  job_.authenticate = true;
+  job_.user = QStringLiteral("tim");
+  job_.password = QStringLiteral("tanstaaftanstaaf");
+  // The example of RFC 2195.
+  EXPECT_TRUE(Play("220\r\n250-x\r\n250 AUTH PLAIN CRAM-MD5\r\n"
+                   "334 PDE4OTYuNjk3MTcwOTUyQHBvc3RvZmZpY2UucmVzdG9uLm1jaS5uZXQ+\r\n235\r\n")
+                  .contains(QStringLiteral(
+                      "AUTH CRAM-MD5|dGltIGI5MTNhNjAyYzdlZGE3YTQ5NWI0ZTZlNzMzNGQzODkw|MAIL")));
+  EXPECT_TRUE(Play("220\r\n250 AUTH LOGIN\r\n334 VXNlcm5hbWU6\r\n334 UGFzc3dvcmQ6\r\n235\r\n")
+                  .contains(QStringLiteral("AUTH LOGIN|dGlt|dGFuc3RhYWZ0YW5zdGFhZg==|MAIL")));
+  events_.errors.clear();
+  Play("220\r\n250 AUTH PLAIN\r\n535 bad\r\n221\r\n");
+  EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("パスワードを確認")));
+  EXPECT_FALSE(events_.errors.value(0).contains(job_.password));
+}
+
+TEST_F(SmtpSessionTest, FailuresLeaveTheMessageWaiting) {
+  const auto fails = [this](const QByteArray& server, const QString& words) {
+    events_.errors.clear();
+    Play(server);
+    EXPECT_EQ(events_.errors.size(), 1) << server.toStdString();
+    EXPECT_TRUE(events_.errors.value(0).contains(words)) << events_.errors.value(0).toStdString();
+  };
+  fails("", QStringLiteral("接続を切りました"));
+  fails("SSH-2.0-x\r\n", QStringLiteral("応答を理解できません"));
+  fails("554 go away\r\n221\r\n", QStringLiteral("go away"));
+  fails("220\r\n250 SIZE 10\r\n", QStringLiteral("大きすぎます"));
+  fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n", QStringLiteral("届いている可能性"));
+  fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n552 full\r\n221\r\n", QStringLiteral("full"));
+  job_.security = Security::StartTls;
+  fails("220\r\n250 x\r\n", QStringLiteral("STARTTLS"));
+  EXPECT_TRUE(events_.sent.isEmpty());
+  job_.security = Security::None;
+  job_.recipients = {QStringLiteral("a@x>\r\nDATA")};
+  fails("220\r\n250 x\r\n", QStringLiteral("送信できないアドレス"));
+}
+
+TEST(WireMessageTest, IsCleanAndStuffed) {
+  EXPECT_EQ(WireMessage("A: 1\nbcc: x\n\r\n..\r.b\r\n\r\n.\r\n"),
+            QByteArray("A: 1\r\n\r\n...\r\n..b\r\n\r\n"));
+  EXPECT_EQ(WireMessage("x"), QByteArray("x\r\n"));
+  EXPECT_EQ(WireMessage("a\r\n.\r\n.\r\n"), QByteArray("a\r\n..\r\n"));
+}
+
+TEST(PopSending, AMessageArrivesAsItWasWritten) {
+  test::LoopbackSmtpServer server;
+  ASSERT_TRUE(server.Listen());
+  Recorder events;
+  Pop pop;
+  pop.SetEvents(&events);
+  pop.Server = QStringLiteral("127.0.0.1");
+  pop.ServerPort = server.Port();
+  pop.Mode = kPopSend;
+  pop.MailFrom = QStringLiteral("f@x");
+  pop.MailTo = QStringLiteral("a@x\r\nb@x");
+  pop.SetMessage("Subject: s\r\nBcc: b@x\r\n\r\n.\r\nline\r\n.\r\n\r\n.\r\n");
+  pop.Start();
+  ASSERT_TRUE(test::WaitFor([&events] { return events.ended == 1; }));
+  ASSERT_EQ(server.Messages().size(), 1);
+  EXPECT_EQ(server.Messages()[0].source, QByteArray("Subject: s\r\n\r\n.\r\nline\r\n.\r\n\r\n"));
+  EXPECT_EQ(server.Messages()[0].recipients, (QList<QByteArray>{"a@x", "b@x"}));
+}
+
+}  // namespace
+}  // namespace vorn
