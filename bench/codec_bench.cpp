@@ -49,13 +49,17 @@ std::vector<QByteArray> Messages(int count) {
     const QByteArray boundary = "b" + QByteArray::number(i);
     messages.push_back(
         "Received: from a by b; Tue, 3 Nov 2026 09:00:00 +0900\r\n"
-        "From: =?UTF-8?B?5L2Q6Jek?= <sato" + QByteArray::number(i % 50) + "@example.jp>\r\n"
+        "From: =?UTF-8?B?5L2Q6Jek?= <sato" +
+        QByteArray::number(i % 50) +
+        "@example.jp>\r\n"
         "To: yamada@example.org\r\nDate: Tue, 3 Nov 2026 09:00:00 +0900\r\nMessage-ID: <" +
-        QByteArray::number(i) + "@example.jp>\r\nSubject: =?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
-        QByteArray::number(i) + "\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=" +
-        boundary + "\r\n\r\n--" + boundary +
-        "\r\nContent-Type: text/plain; charset=ISO-2022-JP\r\n\r\n" + text + "\r\n--" + boundary +
-        "\r\nContent-Type: application/pdf; name=a.pdf\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
+        QByteArray::number(i) +
+        "@example.jp>\r\nSubject: =?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " + QByteArray::number(i) +
+        "\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=" + boundary +
+        "\r\n\r\n--" + boundary + "\r\nContent-Type: text/plain; charset=ISO-2022-JP\r\n\r\n" +
+        text + "\r\n--" + boundary +
+        "\r\nContent-Type: application/pdf; name=a.pdf\r\nContent-Transfer-Encoding: "
+        "base64\r\n\r\n" +
         MimeCodec::EncodeTransfer(blob, MimeCodec::TransferEncoding::Base64) + "\r\n--" + boundary +
         "--\r\n");
   }
@@ -66,8 +70,9 @@ void ReportMessages(const char* who, const char* figure, const std::vector<QByte
                     double seconds) {
   double bytes = 0;
   for (const QByteArray& message : messages) bytes += static_cast<double>(message.size());
-  std::printf("{\"who\": \"%s\", \"figure\": \"%s\", \"messages_per_s\": %.0f, \"mb_per_s\": %.0f}\n",
-              who, figure, static_cast<double>(messages.size()) / seconds, bytes / seconds / 1e6);
+  std::printf(
+      "{\"who\": \"%s\", \"figure\": \"%s\", \"messages_per_s\": %.0f, \"mb_per_s\": %.0f}\n", who,
+      figure, static_cast<double>(messages.size()) / seconds, bytes / seconds / 1e6);
 }
 
 void ParseWithGMime(const QByteArray& source) {
@@ -120,10 +125,9 @@ void RunDecoders() {
   while (text.size() < 5000000) {
     text += QStringLiteral("明日の会議は10時からです。資料はサーバーにあります。\r\n");
   }
-  ReportDecoding("quoted-printable", MimeCodec::EncodeTransfer(text.toUtf8(), QuotedPrintable),
-                 [](const QByteArray& x) {
-                   return MimeCodec::DecodeTransfer(x, QuotedPrintable).size();
-                 });
+  ReportDecoding(
+      "quoted-printable", MimeCodec::EncodeTransfer(text.toUtf8(), QuotedPrintable),
+      [](const QByteArray& x) { return MimeCodec::DecodeTransfer(x, QuotedPrintable).size(); });
   const auto charset = [&](const char* figure, MimeCodec::OutputCharset output,
                            Charset::Family family) {
     ReportDecoding(figure, *MimeCodec::EncodeText(text, output), [family](const QByteArray& x) {

@@ -14,7 +14,8 @@ struct Choice {
   int value;
 };
 
-constexpr Choice kCharsets[] = {{u"jis", 0}, {u"euc", 1}, {u"sjis", 2}, {u"utf8", 3}, {u"auto", -1}};
+constexpr Choice kCharsets[] = {
+    {u"jis", 0}, {u"euc", 1}, {u"sjis", 2}, {u"utf8", 3}, {u"auto", -1}};
 constexpr Choice kEncodings[] = {{u"base64", 0}, {u"qp", 1}, {u"uu", 2}};
 
 template <size_t N>
@@ -72,8 +73,7 @@ int Compose(const Arguments& arguments) {
   options.charset = static_cast<CharsetChoice>(charset);
   bool ok = true;
   model.subject = arguments.Text(QStringLiteral("subject"));
-  model.text =
-      QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
+  model.text = QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
   if (!ok) return Complain(QStringLiteral("--body-file を読み込めません。"), kExitFailure);
   AddAddresses(model, QStringLiteral("TO"), arguments.All(QStringLiteral("to")));
   AddAddresses(model, QStringLiteral("CC"), arguments.All(QStringLiteral("cc")));

@@ -68,11 +68,10 @@ QJsonArray Attachments(const QByteArray& source,
 
 QJsonArray Headers(const QByteArray& source) {
   QJsonArray array;
-  for (qsizetype i = 0;; ++i) {
-    const QByteArray field = MimeCodec::HeaderAt(source, i);
-    if (field.isNull()) return array;
+  for (const QByteArray& field : MimeCodec::AllHeaders(source)) {
     array.append(MimeCodec::DecodeHeader(field, 0));
   }
+  return array;
 }
 
 QJsonValue Html(const QByteArray& source, const QString& contentIndex) {

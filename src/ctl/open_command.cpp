@@ -44,8 +44,8 @@ int OpenFile(const Arguments& arguments) {
     return Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル [--json]"), kExitUsage);
   }
   QFile file(name);
-  const bool opened = name == u"-" ? file.open(stdin, QIODevice::ReadOnly)
-                                   : file.open(QIODevice::ReadOnly);
+  const bool opened =
+      name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
   if (!opened) return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
 
   const EditSettings settings = EditSettings::Defaults();

@@ -66,8 +66,7 @@ CodePage932::CodePage932()
   for (unsigned row = 1; row <= 94; ++row) {
     for (unsigned cell = 1; cell <= 94; ++cell) {
       const unsigned lead = (row - 1) / 2 + (row <= 62 ? 0x81 : 0xC1);
-      const unsigned trail =
-          row % 2 == 1 ? cell + (cell <= 63 ? 0x3F : 0x40) : cell + 0x9E;
+      const unsigned trail = row % 2 == 1 ? cell + (cell <= 63 ? 0x3F : 0x40) : cell + 0x9E;
       byRowCell_[(row - 1) * 94UL + cell - 1] = FromPair(lead, trail);
     }
   }

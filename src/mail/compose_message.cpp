@@ -19,7 +19,7 @@ struct AddressField {
 };
 
 constexpr AddressField kAddressFields[] = {
-    {u"TO", "To:"},   {u"CC", "Cc:"},        {u"BC", "Bcc:"},
+    {u"TO", "To:"},     {u"CC", "Cc:"},        {u"BC", "Bcc:"},
     {u"FROM", "From:"}, {u"RE", "Replay-To:"}, {u"NO", "Disposition-Notification-To:"}};
 
 bool HasLongLine(const QByteArray& bytes) {
@@ -130,11 +130,11 @@ class Composer {
     body_ = MimeCodec::EncodeText(text, charset_).value_or(text.toUtf8());
     const int mimeEncode = options_.settings.mimeEncode;
     if (options_.settings.mimeText && mimeEncode != 2) {
-      bodyEncoding_ = mimeEncode == 1 ? TransferEncoding::QuotedPrintable : TransferEncoding::Base64;
+      bodyEncoding_ =
+          mimeEncode == 1 ? TransferEncoding::QuotedPrintable : TransferEncoding::Base64;
     } else if (mimeEncode == 2 && !model_.attachments.empty()) {
       bodyEncoding_ = TransferEncoding::None;  // there is no place to name one
-    } else if (HasLongLine(body_) ||
-               (charset_ == OutputCharset::Utf8 && IsEightBit(body_))) {
+    } else if (HasLongLine(body_) || (charset_ == OutputCharset::Utf8 && IsEightBit(body_))) {
       // A broken line, or eight-bit text on a server of seven, would not arrive as it was written.
       bodyEncoding_ = TransferEncoding::Base64;
     }
@@ -146,7 +146,8 @@ class Composer {
   QByteArray BodyEncodingName() const {
     if (bodyEncoding_ != TransferEncoding::None) return EncodingName(bodyEncoding_);
     const bool isEightBit = charset_ == OutputCharset::ShiftJis || charset_ == OutputCharset::Euc;
-    return choice_ == CharsetChoice::ShiftJis || (isEightBit && IsEightBit(body_)) ? "8bit" : "7bit";
+    return choice_ == CharsetChoice::ShiftJis || (isEightBit && IsEightBit(body_)) ? "8bit"
+                                                                                   : "7bit";
   }
 
   void WriteTextHeader() {

@@ -114,8 +114,8 @@ QByteArray EncodeRuns(const QByteArray& name, const QList<Run>& runs, OutputChar
 
 QString WithoutControls(QString text) {
   std::replace_if(
-      text.begin(), text.end(),
-      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; }, QChar(u' '));
+      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; },
+      QChar(u' '));
   return text;
 }
 

@@ -107,6 +107,15 @@ QByteArray HeaderAt(QByteArrayView source, qsizetype index) {
   return {};
 }
 
+QByteArrayList AllHeaders(QByteArrayView source) {
+  QByteArrayList fields;
+  FieldWalker walker(source, 0, -1);
+  for (QByteArrayView field = walker.Next(); !field.isNull(); field = walker.Next()) {
+    if (NameLength(field) >= 0) fields.append(Unfold(field));
+  }
+  return fields;
+}
+
 QByteArray HeaderValue(QByteArrayView field, qsizetype nameLength) {
   return field.sliced(qMin(nameLength, field.size())).trimmed().toByteArray();
 }

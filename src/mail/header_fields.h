@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QByteArrayView>
 
 namespace vorn::MimeCodec {
@@ -15,6 +16,9 @@ QByteArray HeaderField(QByteArrayView source, QByteArrayView name, qsizetype sta
 
 /// The field at a 0-based position, in the same form; nothing after the last.
 QByteArray HeaderAt(QByteArrayView source, qsizetype index);
+
+/// Every field of the header block, in order and in the same form.
+QByteArrayList AllHeaders(QByteArrayView source);
 
 /// The raw value of a field: what follows a name of that length, without blanks around it.
 QByteArray HeaderValue(QByteArrayView field, qsizetype nameLength);

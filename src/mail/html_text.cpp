@@ -7,18 +7,17 @@ namespace vorn {
 namespace {
 
 // Elements before and after which a new line begins.
-constexpr QStringView kBlocks[] = {u"address", u"article", u"aside",  u"blockquote", u"center",
-                                   u"dd",      u"div",     u"dl",     u"dt",         u"fieldset",
-                                   u"footer",  u"form",    u"h1",     u"h2",         u"h3",
-                                   u"h4",      u"h5",      u"h6",     u"header",     u"hr",
-                                   u"li",      u"main",    u"nav",    u"ol",         u"p",
-                                   u"pre",     u"section", u"table",  u"tbody",      u"tr",
-                                   u"ul"};
+constexpr QStringView kBlocks[] = {
+    u"address", u"article",  u"aside",   u"blockquote", u"center", u"dd",   u"div", u"dl",
+    u"dt",      u"fieldset", u"footer",  u"form",       u"h1",     u"h2",   u"h3",  u"h4",
+    u"h5",      u"h6",       u"header",  u"hr",         u"li",     u"main", u"nav", u"ol",
+    u"p",       u"pre",      u"section", u"table",      u"tbody",  u"tr",   u"ul"};
 // Those that also leave a line empty.
-constexpr QStringView kParagraphs[] = {u"p", u"h1", u"h2", u"h3", u"h4", u"h5", u"h6", u"blockquote",
-                                       u"pre"};
+constexpr QStringView kParagraphs[] = {u"p",  u"h1", u"h2",         u"h3", u"h4",
+                                       u"h5", u"h6", u"blockquote", u"pre"};
 // Those whose contents are no text.
-constexpr QStringView kHidden[] = {u"script", u"style", u"head", u"title", u"template", u"noframes"};
+constexpr QStringView kHidden[] = {u"script", u"style",    u"head",
+                                   u"title",  u"template", u"noframes"};
 
 template <size_t N>
 bool IsOneOf(const QString& name, const QStringView (&names)[N]) {
@@ -27,23 +26,23 @@ bool IsOneOf(const QString& name, const QStringView (&names)[N]) {
 
 QString Named(QStringView name) {
   static const QHash<QString, char32_t> kNames = {
-      {QStringLiteral("amp"), U'&'},     {QStringLiteral("lt"), U'<'},
-      {QStringLiteral("gt"), U'>'},      {QStringLiteral("quot"), U'"'},
-      {QStringLiteral("apos"), U'\''},   {QStringLiteral("nbsp"), U' '},
-      {QStringLiteral("copy"), U'©'},    {QStringLiteral("reg"), U'®'},
-      {QStringLiteral("yen"), U'¥'},     {QStringLiteral("trade"), U'™'},
-      {QStringLiteral("hellip"), U'…'},  {QStringLiteral("mdash"), U'—'},
-      {QStringLiteral("ndash"), U'–'},   {QStringLiteral("lsquo"), U'‘'},
-      {QStringLiteral("rsquo"), U'’'},   {QStringLiteral("ldquo"), U'“'},
-      {QStringLiteral("rdquo"), U'”'},   {QStringLiteral("bull"), U'•'},
-      {QStringLiteral("middot"), U'·'},  {QStringLiteral("laquo"), U'«'},
-      {QStringLiteral("raquo"), U'»'},   {QStringLiteral("times"), U'×'},
-      {QStringLiteral("deg"), U'°'},     {QStringLiteral("plusmn"), U'±'},
-      {QStringLiteral("larr"), U'←'},    {QStringLiteral("rarr"), U'→'},
-      {QStringLiteral("uarr"), U'↑'},    {QStringLiteral("darr"), U'↓'},
-      {QStringLiteral("euro"), U'€'},    {QStringLiteral("cent"), U'¢'},
-      {QStringLiteral("pound"), U'£'},   {QStringLiteral("sect"), U'§'},
-      {QStringLiteral("emsp"), U' '},    {QStringLiteral("ensp"), U' '},
+      {QStringLiteral("amp"), U'&'},       {QStringLiteral("lt"), U'<'},
+      {QStringLiteral("gt"), U'>'},        {QStringLiteral("quot"), U'"'},
+      {QStringLiteral("apos"), U'\''},     {QStringLiteral("nbsp"), U' '},
+      {QStringLiteral("copy"), U'©'},      {QStringLiteral("reg"), U'®'},
+      {QStringLiteral("yen"), U'¥'},       {QStringLiteral("trade"), U'™'},
+      {QStringLiteral("hellip"), U'…'},    {QStringLiteral("mdash"), U'—'},
+      {QStringLiteral("ndash"), U'–'},     {QStringLiteral("lsquo"), U'‘'},
+      {QStringLiteral("rsquo"), U'’'},     {QStringLiteral("ldquo"), U'“'},
+      {QStringLiteral("rdquo"), U'”'},     {QStringLiteral("bull"), U'•'},
+      {QStringLiteral("middot"), U'·'},    {QStringLiteral("laquo"), U'«'},
+      {QStringLiteral("raquo"), U'»'},     {QStringLiteral("times"), U'×'},
+      {QStringLiteral("deg"), U'°'},       {QStringLiteral("plusmn"), U'±'},
+      {QStringLiteral("larr"), U'←'},      {QStringLiteral("rarr"), U'→'},
+      {QStringLiteral("uarr"), U'↑'},      {QStringLiteral("darr"), U'↓'},
+      {QStringLiteral("euro"), U'€'},      {QStringLiteral("cent"), U'¢'},
+      {QStringLiteral("pound"), U'£'},     {QStringLiteral("sect"), U'§'},
+      {QStringLiteral("emsp"), U' '},      {QStringLiteral("ensp"), U' '},
       {QStringLiteral("zwnj"), U'\u200C'}, {QStringLiteral("zwj"), U'\u200D'}};
   const auto found = kNames.find(name.toString());
   return found == kNames.end() ? QString() : QString::fromUcs4(&*found, 1);
@@ -195,6 +194,8 @@ class Converter {
 
 }  // namespace
 
-QString HtmlToText(const QString& html) { return Converter(html).Run(); }
+QString HtmlToText(const QString& html) {
+  return Converter(html).Run();
+}
 
 }  // namespace vorn

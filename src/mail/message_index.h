@@ -22,7 +22,6 @@ struct IndexOptions {
 };
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
-MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
-                          const IndexOptions& options);
+MessageIndex IndexMessage(QByteArrayView source, const QString& flags, const IndexOptions& options);
 
 }  // namespace vorn

@@ -40,7 +40,9 @@ QString RawValue(const QByteArray& source, QByteArrayView name) {
       MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()));
 }
 
-bool IsReply(OpenMode mode) { return mode == OpenMode::Reply || mode == OpenMode::ReplyAll; }
+bool IsReply(OpenMode mode) {
+  return mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
+}
 bool IsForward(OpenMode mode) {
   return mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
 }
@@ -65,8 +67,8 @@ QString WithoutPrefix(const QString& subject, const QString& usual, const QStrin
   const qsizetype colon = subject.indexOf(u':');
   if (colon < 0) return subject;
   const QString word = subject.left(colon).toLower();
-  const bool isPrefix = word.startsWith(usual) ||
-                        (!setting.isEmpty() && word.startsWith(setting.toLower()));
+  const bool isPrefix =
+      word.startsWith(usual) || (!setting.isEmpty() && word.startsWith(setting.toLower()));
   if (!isPrefix) return subject;
   QString rest = subject.mid(colon + 1);
   if (rest.startsWith(u' ')) rest.remove(0, 1);
@@ -133,13 +135,12 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
 
 QStringList ExtensionHeaders(const QByteArray& source) {
   QStringList rows;
-  for (qsizetype i = 0;; ++i) {
-    const QByteArray field = MimeCodec::HeaderAt(source, i);
-    if (field.isNull()) return rows;
+  for (const QByteArray& field : MimeCodec::AllHeaders(source)) {
     if (field.startsWith("x-") || field.startsWith("X-")) {
       rows.append(MimeCodec::DecodeHeader(field, 0));
     }
   }
+  return rows;
 }
 
 void AddRowWhenMissing(QStringList& rows, const QString& name, const QString& value) {

@@ -27,9 +27,9 @@ enum class OpenMode {
 struct ModelAttachment {
   QString name;
   QString type;
-  bool isNew = false;                ///< a file the user added, else a part of the stored message
-  QString path;                      ///< of the file, for a new one
-  MimeCodec::ContentRecord record;   ///< of the part, for an old one
+  bool isNew = false;               ///< a file the user added, else a part of the stored message
+  QString path;                     ///< of the file, for a new one
+  MimeCodec::ContentRecord record;  ///< of the part, for an old one
 };
 
 /// What a message window holds, without the window.
@@ -75,8 +75,8 @@ struct StoredMessage {
 };
 
 /// The state in which a message window opens a stored message: unchanged, or as the beginning of a
-/// reply, forward, resend or receipt. `isNew` leaves its extension headers out; `programLine` is the
-/// text of the X-Mailer field of new messages. Never fails.
+/// reply, forward, resend or receipt. `isNew` leaves its extension headers out; `programLine` is
+/// the text of the X-Mailer field of new messages. Never fails.
 MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
                         const EditSettings& settings, const Sender& sender,
                         const QString& programLine);

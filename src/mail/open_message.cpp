@@ -95,8 +95,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
     request.Let(QStringLiteral("flag"), QStringLiteral("02"));
   }
   StoredMessage message;
-  const auto kind = static_cast<DatabaseKind>(
-      request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
+  const auto kind =
+      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
   if (OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
     message.source = ReadRow(context.Data, request);
     opened.found = !message.source.isNull();

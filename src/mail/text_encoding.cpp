@@ -22,7 +22,9 @@ RowCell ToRowCell(unsigned code) {
 }
 
 // Rows 9 to 15 and those after 84 are machine-dependent.
-bool IsJisX0208(RowCell place) { return place.row <= 8 || (place.row >= 16 && place.row <= 84); }
+bool IsJisX0208(RowCell place) {
+  return place.row <= 8 || (place.row >= 16 && place.row <= 84);
+}
 
 // What one character becomes; the code of JIS X 0208 is given with both bytes from 0x21.
 enum class Set { Ascii, HalfKana, Kanji, None };

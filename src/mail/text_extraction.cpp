@@ -99,8 +99,7 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
   if (truncated) result.text += QStringLiteral("...");
   if (const ContentRecord* html = FindHtml(records);
       html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
-    const QString text =
-        HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
+    const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
     result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
   }
   result.produced = !result.text.isEmpty();

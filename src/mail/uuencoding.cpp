@@ -5,8 +5,12 @@ namespace {
 
 constexpr qsizetype kBytesPerLine = 45;
 
-int Value(char c) { return (c - ' ') & 0x3F; }
-char Digit(int value) { return value == 0 ? '`' : static_cast<char>(' ' + value); }
+int Value(char c) {
+  return (c - ' ') & 0x3F;
+}
+char Digit(int value) {
+  return value == 0 ? '`' : static_cast<char>(' ' + value);
+}
 
 // The line at `at`, without its line break; `at` moves to the next one.
 QByteArrayView TakeLine(QByteArrayView text, qsizetype& at) {

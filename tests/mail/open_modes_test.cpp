@@ -20,7 +20,8 @@ class OpenModes : public testing::Test {
     settings_.subjectReplay = QStringLiteral("RE");
     settings_.subjectForward = QStringLiteral("FW");
   }
-  MessageModel Open(OpenMode mode, const QByteArray& headers, const QByteArray& body = "one\r\ntwo") {
+  MessageModel Open(OpenMode mode, const QByteArray& headers,
+                    const QByteArray& body = "one\r\ntwo") {
     StoredMessage message;
     message.source = headers + "\r\n" + body;
     const MessageIndex index = IndexMessage(message.source, {}, {settings_.textTypes});
@@ -29,9 +30,7 @@ class OpenModes : public testing::Test {
     message.timestamp = QStringLiteral("2026/11/24 9:00:00");
     return OpenSource(message, mode, isNew_, settings_, sender_, QStringLiteral(".VORN <x>"));
   }
-  QString Subject(OpenMode mode, const QByteArray& headers) {
-    return Open(mode, headers).subject;
-  }
+  QString Subject(OpenMode mode, const QByteArray& headers) { return Open(mode, headers).subject; }
   static QString Kinds(const MessageModel& model) {
     QStringList kinds;
     for (const AddressEntry& entry : model.addresses) {
@@ -51,8 +50,9 @@ TEST_F(OpenModes, SubjectsOfRepliesAndForwards) {
   EXPECT_EQ(Subject(ReplyAll, "Subject: Re: hello\r\n"), QStringLiteral("RE: hello"));
   EXPECT_EQ(Subject(Reply, "Subject: Re[2]: hello\r\n"), QStringLiteral("RE: hello"));
   EXPECT_EQ(Subject(Reply, "Subject: a: b\r\n"), QStringLiteral("RE: a: b"));
-  EXPECT_EQ(Subject(Reply, "Subject: Re: hello\r\nReferences: <1@x>\r\n <2@x>\r\n"
-                           "Message-ID: <3@x>\r\n"),
+  EXPECT_EQ(Subject(Reply,
+                    "Subject: Re: hello\r\nReferences: <1@x>\r\n <2@x>\r\n"
+                    "Message-ID: <3@x>\r\n"),
             QStringLiteral("RE[3]: hello"));
   EXPECT_EQ(Subject(Forward, "Subject: FW: x\r\n"), QStringLiteral("FW: x"));
   EXPECT_EQ(Subject(Forward, "Subject: x\r\nReferences: <1@x> <2@x>\r\n"),
@@ -66,10 +66,10 @@ TEST_F(OpenModes, SubjectsOfRepliesAndForwards) {
 
 TEST_F(OpenModes, AddressesFollowTheTable) {
   using enum OpenMode;
-  const QByteArray headers = "From: f@x\r\nTo: t@x\r\nCc: c@x\r\nBcc: b@x\r\n"
-                             "Disposition-Notification-To: n@x\r\n";
-  EXPECT_EQ(Kinds(Open(Show, headers)),
-            QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
+  const QByteArray headers =
+      "From: f@x\r\nTo: t@x\r\nCc: c@x\r\nBcc: b@x\r\n"
+      "Disposition-Notification-To: n@x\r\n";
+  EXPECT_EQ(Kinds(Open(Show, headers)), QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
   EXPECT_EQ(Kinds(Open(Reply, headers)), QStringLiteral("TO=f@x"));
   EXPECT_EQ(Kinds(Open(ReplyAll, headers)), QStringLiteral("TO=f@x CC=c@x"));
   EXPECT_EQ(Kinds(Open(Forward, headers)), QString());
@@ -79,8 +79,7 @@ TEST_F(OpenModes, AddressesFollowTheTable) {
   EXPECT_EQ(Kinds(Open(Reply, headers + "Replay-To: r@x\r\n")), QStringLiteral("TO=r@x"));
   sender_ = {QStringLiteral("me@x"), QStringLiteral("Me")};
   EXPECT_EQ(Kinds(Open(Reply, headers)), QStringLiteral("TO=f@x FROM=me@x"));
-  EXPECT_EQ(Kinds(Open(Resend, headers)),
-            QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
+  EXPECT_EQ(Kinds(Open(Resend, headers)), QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
 }
 
 TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
@@ -92,11 +91,11 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   EXPECT_EQ(reply.inReplyTo, QStringLiteral("<m@x>"));
   EXPECT_EQ(Open(Show, headers).text, QStringLiteral("one\r\ntwo"));
   EXPECT_EQ(Open(Show, headers).references, QString());
-  EXPECT_EQ(Open(Receipt, headers).text,
-            QStringLiteral("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： s\r\n"
-                           "日時： 2026/11/24 9:00:00"));
-  EXPECT_EQ(Open(Show, headers).headerRows.join(u'|'),
-            QStringLiteral("X-Priority: 1|X-Other: o"));
+  EXPECT_EQ(
+      Open(Receipt, headers).text,
+      QStringLiteral("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： s\r\n"
+                     "日時： 2026/11/24 9:00:00"));
+  EXPECT_EQ(Open(Show, headers).headerRows.join(u'|'), QStringLiteral("X-Priority: 1|X-Other: o"));
   isNew_ = true;
   EXPECT_EQ(Open(Reply, headers).headerRows.join(u'|'),
             QStringLiteral("X-Mailer: .VORN <x>|X-Priority: 3"));
@@ -108,8 +107,8 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   TestProfile profile;
-  const QString serialId = profile.Store(
-      "From: f@x\r\nDisposition-Notification-To: f@x\r\nSubject: s\r\n\r\nbody\r\n");
+  const QString serialId =
+      profile.Store("From: f@x\r\nDisposition-Notification-To: f@x\r\nSubject: s\r\n\r\nbody\r\n");
   Disk show(serialId);
   EXPECT_TRUE(OpenMessage(profile.Get(), show).found);
   EXPECT_TRUE(show.Flag(u"notice"));

@@ -24,11 +24,12 @@ QString Text(const QByteArray& source) {
 }
 
 TEST(HtmlText, BecomesReadableLines) {
-  EXPECT_EQ(HtmlToText(QStringLiteral("<html><head><title>t</title><style>p{}</style></head><body>"
-                                      "<p>一 &amp;&nbsp;二</p>\n<p>三<br>四</p><ul><li>a<li>b</ul>"
-                                      "<script>if (a < b) x();</script>end &#x1F363; &unknown; "
-                                      "a &lt; b</body>")),
-            QStringLiteral("一 & 二\r\n\r\n三\r\n四\r\n\r\n・a\r\n・b\r\nend 🍣 &unknown; a < b\r\n"));
+  EXPECT_EQ(
+      HtmlToText(QStringLiteral("<html><head><title>t</title><style>p{}</style></head><body>"
+                                "<p>一 &amp;&nbsp;二</p>\n<p>三<br>四</p><ul><li>a<li>b</ul>"
+                                "<script>if (a < b) x();</script>end &#x1F363; &unknown; "
+                                "a &lt; b</body>")),
+      QStringLiteral("一 & 二\r\n\r\n三\r\n四\r\n\r\n・a\r\n・b\r\nend 🍣 &unknown; a < b\r\n"));
   EXPECT_EQ(HtmlToText(QStringLiteral("<pre>a\n  b</pre>1 < 2 <a href=\">\">x</a>")),
             QStringLiteral("a\r\n  b\r\n\r\n1 < 2 x\r\n"));
   EXPECT_EQ(HtmlToText(QStringLiteral("<div><!-- x > --><b")), QString());
@@ -95,11 +96,13 @@ class Recognition : public testing::Test {
   // Sentences of common words with particles, as mail has them.
   QString Sentence(int characters) {
     static const QStringList kWords = {
-        QStringLiteral("会議"), QStringLiteral("の"),   QStringLiteral("資料"), QStringLiteral("を"),
-        QStringLiteral("送付"), QStringLiteral("します"), QStringLiteral("お知らせ"), QStringLiteral("テスト"),
-        QStringLiteral("明日"), QStringLiteral("東京"), QStringLiteral("について"), QStringLiteral("メール"),
-        QStringLiteral("ご確認"), QStringLiteral("ください"), QStringLiteral("Re: "), QStringLiteral("2026"),
-        QStringLiteral("、"), QStringLiteral("株式会社"), QStringLiteral("見積書"), QStringLiteral("予定")};
+        QStringLiteral("会議"),     QStringLiteral("の"),       QStringLiteral("資料"),
+        QStringLiteral("を"),       QStringLiteral("送付"),     QStringLiteral("します"),
+        QStringLiteral("お知らせ"), QStringLiteral("テスト"),   QStringLiteral("明日"),
+        QStringLiteral("東京"),     QStringLiteral("について"), QStringLiteral("メール"),
+        QStringLiteral("ご確認"),   QStringLiteral("ください"), QStringLiteral("Re: "),
+        QStringLiteral("2026"),     QStringLiteral("、"),       QStringLiteral("株式会社"),
+        QStringLiteral("見積書"),   QStringLiteral("予定")};
     QString text;
     while (text.size() < characters) {
       text += kWords[static_cast<qsizetype>(random_() % static_cast<unsigned>(kWords.size()))];

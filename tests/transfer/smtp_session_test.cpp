@@ -62,8 +62,9 @@ TEST_F(SmtpSessionTest, OneMessageGoesToAllItsRecipients) {
 }
 
 TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
-  const QString said =
-      Play("220\r\n250-x\r\n250-PIPELINING\r\n250 SIZE 1000\r\n250\r\n250\r\n550 no such user\r\n221\r\n");
+  const QString said = Play(
+      "220\r\n250-x\r\n250-PIPELINING\r\n250 SIZE 1000\r\n250\r\n250\r\n550 no such "
+      "user\r\n221\r\n");
   EXPECT_TRUE(said.contains(QStringLiteral("MAIL FROM:<f@x> SIZE=")));
   EXPECT_FALSE(said.contains(QStringLiteral("DATA")));
   EXPECT_TRUE(events_.sent.isEmpty());

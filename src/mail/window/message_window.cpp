@@ -97,7 +97,8 @@ void MessageWindow::Fill(const OpenedMessage& message) {
     lvMailaddress_->addItem(KindLabel(address.kind) + QStringLiteral(": ") + address.presentable);
   }
   lvClip_->clear();
-  for (const ModelAttachment& attachment : message.model.attachments) lvClip_->addItem(attachment.name);
+  for (const ModelAttachment& attachment : message.model.attachments)
+    lvClip_->addItem(attachment.name);
   lvClip_->setVisible(lvClip_->count() > 0);
   lbClip_->setVisible(lvClip_->count() > 0);
   txMemo_->setPlainText(message.found ? message.model.text

@@ -1,0 +1,48 @@
+#include "fuzz_input.h"
+#include "transfer/smtp_session.h"
+#include "transfer/wire_message.h"
+
+using namespace vorn;
+
+namespace {
+
+class Events : public PopEvents {
+ public:
+  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
+  void MessageSent(const QByteArray&) override { ++sent; }
+  void AlreadyStored(const QString&, bool&, bool&) override {}
+  void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
+  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
+  void SessionStarted() override {}
+  void SessionEnded() override {}
+  void Progress(int, qint64, qint64) override {}
+  void Log(int, const QString&) override {}
+  bool WantsHeaders() override { return false; }
+  bool MakeDurable() override { return true; }
+
+  int sent = 0;
+};
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 2) return 0;
+  Events events;
+  SmtpJob job;
+  job.authenticate = (data[0] & 1) != 0;
+  job.from = QStringLiteral("f@x");
+  job.recipients = {QStringLiteral("a@x"), QStringLiteral("b@x")};
+  job.source = "Subject: s\r\n\r\nbody\r\n";
+  SmtpSession session(job, events, [](const QByteArray&) {});
+  const size_t chunk = 1 + data[1] % 7;
+  for (size_t at = 2; at < size && !session.Finished(); at += chunk) {
+    session.Receive(fuzz::Bytes(data + at, std::min(chunk, size - at)));
+  }
+  session.ConnectionLost();
+  fuzz::Require(session.Finished() && events.sent <= 1);
+
+  const QByteArray wire = WireMessage(fuzz::Bytes(data, size).toByteArray());
+  fuzz::Require(!wire.contains("\r\n.\r\n") && !wire.startsWith(".\r\n"));
+  fuzz::Require(wire.count('\n') == wire.count("\r\n") && wire.count('\r') == wire.count("\r\n"));
+  return 0;
+}
