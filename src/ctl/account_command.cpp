@@ -5,6 +5,15 @@ namespace vorn::ctl {
 namespace {
 
 constexpr int kPop3Port = 110;  // RFC 1939
+constexpr int kSmtpPort = 25;   // RFC 5321
+
+bool ReadSecurity(const Arguments& arguments, const QString& name, int& security) {
+  const qsizetype index =
+      QStringList{QStringLiteral("none"), QStringLiteral("starttls"), QStringLiteral("tls")}
+          .indexOf(arguments.Text(name, QStringLiteral("none")).toLower());
+  security = static_cast<int>(index);
+  return index >= 0;
+}
 
 // An empty sentence when all of the command line could be read.
 QString ReadValues(const Arguments& arguments, AccountValues& values) {
@@ -24,6 +33,19 @@ QString ReadValues(const Arguments& arguments, AccountValues& values) {
   values.inProtocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deleteOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
+  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inSecurity) ||
+      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outSecurity)) {
+    return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
+  }
+  values.outServer = arguments.Text(QStringLiteral("out-server"));
+  values.outPort = arguments.Number(QStringLiteral("out-port"), kSmtpPort, &ok);
+  values.outUser = arguments.Text(QStringLiteral("out-user"));
+  if (arguments.Has(QStringLiteral("out-password-fd"))) {
+    const int secret = arguments.Number(QStringLiteral("out-password-fd"), -1, &ok);
+    if (ok) values.outPassword = ReadSecret(secret, &ok);
+    if (!ok) return QStringLiteral("--out-password-fd を読み込めません。");
+  }
+  if (!ok) return QStringLiteral("--out-port は数です。");
   const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
   if (ok) values.inPassword = ReadSecret(descriptor, &ok);
   return ok ? QString() : QStringLiteral("--in-password-fd を読み込めません。");

@@ -18,8 +18,11 @@ constexpr char16_t kUsage[] =
     u"\n"
     u"  account add --name 名前 --address アドレス [--display 表示名]\n"
     u"      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号\n"
-    u"      [--in-protocol pop3|apop] [--delete-on-server] [--default]\n"
+    u"      [--in-protocol pop3|apop] [--in-security none|starttls|tls] [--delete-on-server]\n"
+    u"      [--out-server サーバー] [--out-port ポート] [--out-security none|starttls|tls]\n"
+    u"      [--out-user ユーザー --out-password-fd 番号] [--default]\n"
     u"  receive [--account 名前] [--json]\n"
+    u"  send [ファイル]... [--account 名前] [--json]\n"
     u"  list フォルダ [--json]\n"
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  check [--json]\n"
@@ -46,8 +49,12 @@ const QList<Command>& Commands() {
        {QStringLiteral("name"), QStringLiteral("address"), QStringLiteral("display"),
         QStringLiteral("in-server"), QStringLiteral("in-port"), QStringLiteral("in-user"),
         QStringLiteral("in-password-fd"), QStringLiteral("in-protocol"),
-        QStringLiteral("delete-on-server"), QStringLiteral("default")}},
+        QStringLiteral("delete-on-server"), QStringLiteral("default"),
+        QStringLiteral("in-security"), QStringLiteral("out-server"), QStringLiteral("out-port"),
+        QStringLiteral("out-security"), QStringLiteral("out-user"),
+        QStringLiteral("out-password-fd")}},
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
+      {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("list"), ListFolder, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
   };

@@ -1,10 +1,8 @@
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimer>
 
 #include "ctl/command.h"
+#include "ctl/console_host.h"
 #include "frame/mail_traffic.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -12,20 +10,6 @@
 
 namespace vorn::ctl {
 namespace {
-
-constexpr int kTickMs = 5;
-
-// The program around the check plan, without windows: session logs go to the error stream.
-class Console : public PlanHost, public StatusPanel {
- public:
-  void PostRequest(const DiskPtr&) override {}
-  void SendAndReceive() override {}
-  void AddEvent(int, int, const QString&, const QString& title, const QString&,
-                const QString& text) override {
-    if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
-  }
-  void ShowStatus(const QString&, const QString&) override {}
-};
 
 // The accounts to receive; null when the one asked for does not exist.
 DiskCollectionPtr ChooseAccounts(Context& context, const Arguments& arguments) {
@@ -71,22 +55,13 @@ int Receive(Context& context, const Arguments& arguments) {
   if (accounts->IsEmpty()) {
     return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
   }
-  Console console;
+  ConsoleHost console;
   MailTraffic traffic(context, console, console);
   traffic.Plan().AddReceiveJob(*accounts);
 
-  QElapsedTimer clock;
-  clock.start();
-  QTimer ticks;
-  QObject::connect(&ticks, &QTimer::timeout, &ticks, [&traffic] {
-    traffic.Tick();
-    if (traffic.Plan().IsEmpty()) QCoreApplication::quit();
-  });
-  ticks.start(kTickMs);
-  QCoreApplication::exec();
-
+  const double seconds = RunPlan(traffic);
   const ReceiveCounts& counts = traffic.Events().Counts();
-  Report(counts, traffic.Events().DeletedOnServer(), static_cast<double>(clock.elapsed()) / 1000.0,
+  Report(counts, traffic.Events().DeletedOnServer(), seconds,
          arguments.Has(QStringLiteral("json")));
   return counts.errors == 0 ? kExitOk : kExitFailure;
 }

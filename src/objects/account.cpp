@@ -8,7 +8,6 @@
 namespace vorn {
 namespace {
 
-constexpr int kDefaultSmtpPort = 25;
 constexpr int kMaxPort = 65535;
 
 bool HasControlCharacter(const QString& text) {
@@ -39,9 +38,14 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   set(u"InMailServerPasswordSave", true);
   set(u"InMailServerProtocol", static_cast<int>(values.inProtocol));
   set(u"InMailServerDelete", values.deleteOnServer);
-  set(u"OutMailServer", values.inServer);
-  set(u"OutMailServerPort", QString::number(kDefaultSmtpPort));
+  set(u"InMailServerSecurity", values.inSecurity);
+  set(u"OutMailServer", values.outServer.isEmpty() ? values.inServer : values.outServer);
+  set(u"OutMailServerPort", QString::number(values.outPort));
   set(u"OutMailServerProtocol", 0);
+  set(u"OutMailServerSecurity", values.outSecurity);
+  set(u"OutMailServerAuth", !values.outUser.isEmpty());
+  set(u"OutMailServerUser", values.outUser);
+  set(u"OutMailServerPassword", values.outPassword);
   return account;
 }
 
@@ -58,11 +62,13 @@ QString ValidateAccount(const Context& context, const AccountValues& values) {
   if (values.inServer.isEmpty()) return QStringLiteral("受信サーバーが設定されていません。");
   if (values.inUser.isEmpty())
     return QStringLiteral("受信サーバーのユーザー名が設定されていません。");
-  if (values.inPort < 1 || values.inPort > kMaxPort) {
+  const auto isPort = [](int port) { return port >= 1 && port <= kMaxPort; };
+  if (!isPort(values.inPort) || !isPort(values.outPort)) {
     return QStringLiteral("ポート番号は1から65535までの数です。");
   }
   for (const QString& text : {values.name, values.address, values.display, values.inServer,
-                              values.inUser, values.inPassword}) {
+                              values.inUser, values.inPassword, values.outServer, values.outUser,
+                              values.outPassword}) {
     if (HasControlCharacter(text)) return QStringLiteral("使えない文字（制御文字）があります。");
   }
   return {};

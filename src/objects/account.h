@@ -19,7 +19,13 @@ struct AccountValues {
   QString inUser;
   QString inPassword;
   InProtocol inProtocol = InProtocol::Pop3;
+  int inSecurity = 0;  ///< 0 none, 1 STARTTLS, 2 TLS
   bool deleteOnServer = false;
+  QString outServer;  ///< empty: the incoming one
+  int outPort = 25;
+  int outSecurity = 0;
+  QString outUser;  ///< empty: no authentication
+  QString outPassword;
   bool isDefault = false;
 };
 

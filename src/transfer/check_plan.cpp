@@ -15,6 +15,8 @@ namespace {
 const QString kPeriodicSerial = QStringLiteral("maildefault");
 const QString kPeriodicMode = QStringLiteral("maildowndefault");
 const QString kReceiveMode = QStringLiteral("maildown");
+const QString kSendMode = QStringLiteral("mailup");
+const QString kProcess = QStringLiteral("process");
 const QString kDayTime = QStringLiteral("daytime");
 const QString kTimeFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
 constexpr int kMillisecondsPerMinute = 60000;
@@ -31,12 +33,14 @@ qint64 MinuteBoundaries(const QDateTime& from, const QDateTime& to) {
 
 }  // namespace
 
-void CheckPlan::CreateMessagePlan(int flags) {
+void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind db,
+                                  const QString& file) {
   if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
   if ((flags & kPlanReceive) != 0) {
-    AddReceiveJob(
-        *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
+    AddReceiveJob(*SelectObjects(context_.Objects, *context_.Session, object_type::kAccount,
+                                 kSelectEnabled));
   }
+  if ((flags & kPlanSend) != 0) AddSendJob(WaitingMessages(serial, db, file));
 }
 
 void CheckPlan::RebuildPeriodicJob() {
@@ -99,6 +103,8 @@ void CheckPlan::Run(Disk& job) {
     job.Let(QStringLiteral("update"), true);
   } else if (mode == kReceiveMode) {
     ReceiveStep(job);
+  } else if (mode == kSendMode) {
+    SendStep(job);
   }
 }
 
@@ -112,22 +118,39 @@ void CheckPlan::ReceiveStep(Disk& job) {
   }
 }
 
-void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
-  const bool apop = account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
+void CheckPlan::LoadReceiving(const Disk& account) {
+  const bool apop =
+      account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
   pop_.Server = account.Text(u"InMailServer");
   pop_.ServerPort = account.Number(u"InMailServerPort");
   pop_.User = account.Text(u"InMailServerUser");
   pop_.Password = account.Text(u"InMailServerPassword");
   pop_.Mode = apop ? kPopReceiveApop : kPopReceive;
+  pop_.LoginOnly = false;
   pop_.Encryption = static_cast<Security>(account.Number(u"InMailServerSecurity"));
   pop_.TrustedCertificates =
       account.Text(u"InMailServerCertificates").split(u' ', Qt::SkipEmptyParts);
+}
+
+// Events come from the event loop only, so none of the new session's finds the old state.
+void CheckPlan::StartSession(Disk& job) {
   pop_.Start();
   pop_.Tag = job.SerialID();
-  job.Let(QStringLiteral("messages"), QString());
   job.Let(QStringLiteral("log"), QString());
   job.Let(QStringLiteral("error"), false);
-  job.Let(QStringLiteral("process"), 1);
+}
+
+void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
+  LoadReceiving(account);
+  StartSession(job);
+  job.Let(QStringLiteral("messages"), QString());
+  job.Let(kProcess, 1);
+}
+
+void CheckPlan::RecordSession(const Disk& job, const Disk& account) {
+  if (!account.Flag(u"EventLog")) return;
+  host_.AddEvent(job.Flag(u"error") ? 1 : 0, 0, account.SerialID(), account.Text(u"Object"),
+                 QStringLiteral("account"), job.Text(u"log"));
 }
 
 void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
@@ -141,10 +164,7 @@ void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
     request->Let(QStringLiteral("message"), messages);
     host_.PostRequest(request);
   }
-  if (account->Flag(u"EventLog")) {
-    host_.AddEvent(job.Flag(u"error") ? 1 : 0, 0, account->SerialID(), account->Text(u"Object"),
-                   QStringLiteral("account"), job.Text(u"log"));
-  }
+  RecordSession(job, *account);
   const DiskCollectionPtr accounts = job.Collection(u"account");
   accounts->Remove(account->SerialID());
   if (accounts->IsEmpty()) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "storage/context.h"
+#include "storage/databases.h"
 
 namespace vorn {
 
@@ -19,6 +21,8 @@ class PlanHost {
                         const QString& category, const QString& text) = 0;
   /// The Tools menu's first entry, send and receive messages.
   virtual void SendAndReceive() = 0;
+  /// Asks the user for the account to send with; its serial identifier, empty when he declines.
+  virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
 };
 
 /// Bits of `CreateMessagePlan`.
@@ -32,8 +36,10 @@ class CheckPlan {
       : context_(context), pop_(pop), host_(host) {}
 
   /// Adds jobs: `kPlanPeriodic` rebuilds the periodic job from the settings, `kPlanReceive` adds a
-  /// receive job over every enabled account.
-  void CreateMessagePlan(int flags);
+  /// receive job over every enabled account, `kPlanSend` a send job for the messages that wait in
+  /// the database `db` and `file` name; with `serial` only for that one.
+  void CreateMessagePlan(int flags, const QString& serial = {},
+                         DatabaseKind db = DatabaseKind::Mail, const QString& file = {});
   /// Adds a receive job over these accounts; none for an empty collection.
   void AddReceiveJob(const DiskCollection& accounts);
   /// Advances every job that is due by one step.
@@ -50,6 +56,19 @@ class CheckPlan {
   void ReceiveStep(Disk& job);
   void StartReceiving(Disk& job, const Disk& account);
   void FinishReceiving(Disk& job, const DiskPtr& account);
+  void LoadReceiving(const Disk& account);
+  void AddSendJob(const std::vector<DiskPtr>& messages);
+  std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db,
+                                       const QString& file);
+  DiskPtr AccountFor(const QString& addressLines) const;
+  /// Gives a message without an account the chosen one; false when there is none.
+  bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);
+  void SendStep(Disk& job);
+  void BeginSending(Disk& job, const Disk& message);
+  bool StartSending(Disk& message);
+  void FinishSending(Disk& job, const DiskPtr& message);
+  void RecordSession(const Disk& job, const Disk& account);
+  void StartSession(Disk& job);
   void Reschedule(Disk& job) const;
 
   Context& context_;

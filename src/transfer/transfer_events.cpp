@@ -115,7 +115,22 @@ bool TransferEvents::MakeDurable() {
   return false;
 }
 
-void TransferEvents::MessageSent(const QByteArray&) {}
+void TransferEvents::MessageSent(const QByteArray& data) {
+  const DiskPtr job = Job();
+  const DiskCollectionPtr messages = job != nullptr ? job->Collection(u"message") : nullptr;
+  if (messages == nullptr || messages->IsEmpty()) return;
+  const DiskPtr message = messages->First();
+  message->Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
+  // Durable at once: a message that was sent and forgotten would be sent again.
+  if (store_.StoreMessage(*message, data).isEmpty() || !MakeDurable()) {
+    Error(static_cast<int>(PopError::Store),
+          QStringLiteral("メッセージは送信されましたが、送信済みとして保存できません。") +
+              context_.Data.LastError().text);
+    return;
+  }
+  ++counts_.sent;
+  Log(0, QStringLiteral("メッセージを送信しました。"));
+}
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
   const DiskPtr account = Account();

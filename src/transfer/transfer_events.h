@@ -26,6 +26,7 @@ struct ReceiveCounts {
   int stored = 0;
   int known = 0;    ///< stored before, not downloaded again
   int stopped = 0;  ///< by a receive-stop rule
+  int sent = 0;
   int errors = 0;
 };
 

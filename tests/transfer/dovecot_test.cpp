@@ -25,6 +25,7 @@ class QuietHost : public PlanHost, public StatusPanel {
     log = text;
   }
   void SendAndReceive() override {}
+  QString ChooseAccount(const QString&, const QString&) override { return {}; }
   void ShowStatus(const QString&, const QString&) override {}
   QString log;
 };
@@ -121,7 +122,7 @@ class DovecotTest : public testing::TestWithParam<bool> {
     }));
     const ReceiveCounts after = traffic_.Events().Counts();
     EXPECT_EQ(after.errors, before.errors) << host_.log.toStdString();
-    return {after.stored - before.stored, after.known - before.known, 0, 0};
+    return {after.stored - before.stored, after.known - before.known, 0, 0, 0};
   }
 
   TestProfile profile_;

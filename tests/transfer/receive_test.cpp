@@ -24,6 +24,7 @@ class Host : public PlanHost, public StatusPanel {
     log.append(text);
   }
   void SendAndReceive() override { ++periodic; }
+  QString ChooseAccount(const QString&, const QString&) override { return {}; }
   void ShowStatus(const QString& text, const QString& icon) override {
     if (icon == u"maildown") progress.append(text);
   }
@@ -49,7 +50,7 @@ class ReceiveTest : public testing::Test {
     EXPECT_FALSE(traffic_.Control().Busy());
     const ReceiveCounts after = traffic_.Events().Counts();
     return {after.stored - before.stored, after.known - before.known,
-            after.stopped - before.stopped, after.errors - before.errors};
+            after.stopped - before.stopped, 0, after.errors - before.errors};
   }
   void AddMessages(int count) {
     for (int i = 0; i < count; ++i) {

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QSplitter>
 
+#include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
@@ -307,6 +308,10 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
   } else {
     sbStatus_->showMessage(text.section(kLineBreak, -1), kMessageMs);
   }
+}
+
+QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt) {
+  return InputTree(context_, this, title, prompt, object_type::kAccount);
 }
 
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {

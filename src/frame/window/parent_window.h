@@ -52,6 +52,7 @@ class ParentWindow : public QMainWindow,
   void AddEvent(int level, int mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text) override;
   void SendAndReceive() override { menuTools_Click(0); }
+  QString ChooseAccount(const QString& title, const QString& prompt) override;
 
   // EventView
   void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;

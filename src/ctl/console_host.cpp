@@ -1,0 +1,34 @@
+#include "ctl/console_host.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include "ctl/command.h"
+
+namespace vorn::ctl {
+namespace {
+
+constexpr int kTickMs = 5;
+
+}  // namespace
+
+void ConsoleHost::AddEvent(int, int, const QString&, const QString& title, const QString&,
+                           const QString& text) {
+  if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
+}
+
+double RunPlan(MailTraffic& traffic) {
+  QElapsedTimer clock;
+  clock.start();
+  QTimer ticks;
+  QObject::connect(&ticks, &QTimer::timeout, &ticks, [&traffic] {
+    traffic.Tick();
+    if (traffic.Plan().IsEmpty()) QCoreApplication::quit();
+  });
+  ticks.start(kTickMs);
+  QCoreApplication::exec();
+  return static_cast<double>(clock.elapsed()) / 1000.0;
+}
+
+}  // namespace vorn::ctl

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "frame/mail_traffic.h"
+
+namespace vorn::ctl {
+
+/// The program around the check plan, without windows: session logs go to the error stream.
+class ConsoleHost : public PlanHost, public StatusPanel {
+ public:
+  void PostRequest(const DiskPtr&) override {}
+  void SendAndReceive() override {}
+  QString ChooseAccount(const QString&, const QString&) override { return account; }
+  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+                const QString& category, const QString& text) override;
+  void ShowStatus(const QString&, const QString&) override {}
+
+  QString account;  ///< the serial identifier to answer with when an account is asked for
+};
+
+/// Runs the plan to its end; the seconds that it took.
+double RunPlan(MailTraffic& traffic);
+
+}  // namespace vorn::ctl

@@ -1,0 +1,61 @@
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "ctl/command.h"
+#include "ctl/console_host.h"
+#include "mail/mail_store.h"
+#include "mail/message_id.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+
+namespace vorn::ctl {
+namespace {
+
+// Stores a composed source as one that waits. An empty sentence when it could be.
+QString StoreWaiting(Context& context, const QString& name) {
+  QFile file(name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return QStringLiteral("「%1」を読み込めません。").arg(name);
+  }
+  Disk request(NewMessageSerialID(context));
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
+  request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
+  if (!MailStore(context).StoreMessage(request, file.readAll()).isEmpty()) return {};
+  return QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
+}
+
+}  // namespace
+
+int Send(Context& context, const Arguments& arguments) {
+  ConsoleHost console;
+  if (arguments.Has(QStringLiteral("account"))) {
+    const DiskPtr account = FindObjectByName(context, object_type::kAccount,
+                                             arguments.Text(QStringLiteral("account")));
+    if (account == nullptr) {
+      return Complain(QStringLiteral("アカウント「%1」はありません。")
+                          .arg(arguments.Text(QStringLiteral("account"))),
+                      kExitFailure);
+    }
+    console.account = account->SerialID();
+  }
+  for (const QString& name : arguments.Words().mid(1)) {
+    const QString error = StoreWaiting(context, name);
+    if (!error.isEmpty()) return Complain(error, kExitFailure);
+  }
+  MailTraffic traffic(context, console, console);
+  traffic.Plan().CreateMessagePlan(kPlanSend);
+  const double seconds = traffic.Plan().IsEmpty() ? 0 : RunPlan(traffic);
+  const ReceiveCounts& counts = traffic.Events().Counts();
+  if (arguments.Has(QStringLiteral("json"))) {
+    const QJsonObject object{{QStringLiteral("sent"), counts.sent},
+                             {QStringLiteral("errors"), counts.errors},
+                             {QStringLiteral("seconds"), seconds}};
+    Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+  } else {
+    Print(QStringLiteral("送信 %1通、エラー %2件").arg(counts.sent).arg(counts.errors));
+  }
+  return counts.errors == 0 ? kExitOk : kExitFailure;
+}
+
+}  // namespace vorn::ctl

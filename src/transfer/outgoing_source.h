@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include "mail/address.h"
+
+namespace vorn {
+
+/// Who sends a message.
+struct OutgoingSender {
+  QString address;
+  QString display;
+  bool rewrite = false;         ///< the sender in the message is replaced by this one
+  QList<AddressEntry> former;   ///< the senders that the message named
+};
+
+/// A stored source as it is sent: with Date and Message-ID in front of it (its own, if it was sent
+/// before, are left out), and with the sender replaced when that is asked for. `serialId` is the
+/// message's, which makes the Message-ID unique.
+QByteArray OutgoingSource(const QByteArray& source, const QString& serialId,
+                          const OutgoingSender& sender);
+
+}  // namespace vorn
