@@ -30,8 +30,8 @@ QString StoreWaiting(Context& context, const QString& name) {
 int Send(Context& context, const Arguments& arguments) {
   ConsoleHost console;
   if (arguments.Has(QStringLiteral("account"))) {
-    const DiskPtr account = FindObjectByName(context, object_type::kAccount,
-                                             arguments.Text(QStringLiteral("account")));
+    const DiskPtr account =
+        FindObjectByName(context, object_type::kAccount, arguments.Text(QStringLiteral("account")));
     if (account == nullptr) {
       return Complain(QStringLiteral("アカウント「%1」はありません。")
                           .arg(arguments.Text(QStringLiteral("account"))),

@@ -132,6 +132,14 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
   return {text, clean};
 }
 
+// The sets that ISO-2022-JP-2 (RFC 1554) adds: Chinese, Korean, Latin and Greek.
+bool HasForeignEscape(QByteArrayView bytes) {
+  for (const QByteArrayView escape : {"\x1B$A", "\x1B$(C", "\x1B.A", "\x1B.F"}) {
+    if (bytes.contains(escape)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
@@ -171,7 +179,8 @@ Charset Charset::FromChoice(CharsetChoice choice) {
 DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
   switch (charset.family) {
     case Family::Jis:
-      return DecodeIso2022Jp(bytes, atCut);
+      return HasForeignEscape(bytes) ? DecodeOther("ISO-2022-JP-2", bytes, atCut)
+                                     : DecodeIso2022Jp(bytes, atCut);
     case Family::Euc:
       return DecodeEucJp(bytes, atCut);
     case Family::ShiftJis:

@@ -207,28 +207,28 @@ class Composer {
     if (!isUu) Line("--" + boundary + "--");
   }
 
-  // A file name as it stands between quotes.
-  QByteArray EncodedName(const QString& name, const QByteArray& before) const {
+  // A file name as it stands between quotes: one encoded word, however long, since there are
+  // readers that take the first of several for the whole name.
+  QByteArray EncodedName(const QString& name) const {
     QString plain = name;
     plain.replace(u'"', u'\'').replace(u'\\', u'_');
-    const QByteArray field = MimeCodec::EncodeField(before, plain, charset_);
-    return field.sliced(before.size() + 1);
+    return MimeCodec::EncodeWord(plain, charset_);
   }
 
   void WritePart(const ModelAttachment& attachment, const QByteArray& data,
                  TransferEncoding encoding, const QByteArray& boundary) {
     Line("--" + boundary);
     Line("Content-Type: " + attachment.type.toLatin1() + ';' + kFold + "name=\"" +
-         EncodedName(attachment.name, "\tname=") + '"');
+         EncodedName(attachment.name) + '"');
     Line("Content-Transfer-Encoding: " + EncodingName(encoding));
     Line("Content-Disposition: attachment; " + QByteArray(kFold) + "filename=\"" +
-         EncodedName(attachment.name, "\tfilename=") + '"');
+         EncodedName(attachment.name) + '"');
     Line("");
     out_ += data + "\r\n";
   }
 
   void WriteUuBlock(const ModelAttachment& attachment, const QByteArray& data) {
-    Line("begin 666 " + EncodedName(attachment.name, "begin"));
+    Line("begin 666 " + EncodedName(attachment.name));
     out_ += MimeCodec::EncodeTransfer(data, TransferEncoding::Uuencode);
     Line("`");
     Line("end");

@@ -75,28 +75,56 @@ QByteArray EncodedWord(QStringView text, OutputCharset charset) {
   return "=?" + CharsetName(charset) + "?B?" + bytes.value_or(QByteArray()).toBase64() + "?=";
 }
 
-// Cuts the text so that every encoded word fits, never inside a surrogate pair.
+// In the "Q" encoding (RFC 2047 section 4.2), everything but letters and digits escaped.
+QByteArray QuotedWord(QStringView text, OutputCharset charset) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  QByteArray word = "=?" + CharsetName(charset) + "?Q?";
+  for (const char c : EncodeText(text, charset).value_or(QByteArray())) {
+    if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) {
+      word += c;
+    } else {
+      word += '=';
+      word += kHex[static_cast<unsigned char>(c) >> 4];
+      word += kHex[static_cast<unsigned char>(c) & 0xF];
+    }
+  }
+  return word + "?=";
+}
+
+struct Piece {
+  qsizetype length = 0;  // of the text
+  QByteArray word;
+};
+
+// The longest piece from `at` on whose word fits into `room`. Never ends inside a surrogate pair.
+// Readers that join the bytes of adjacent words stop at the first base64 padding, so a word that
+// another one follows has none; where no length gives such a word, it is quoted instead.
+Piece LongestPiece(const QString& text, qsizetype at, OutputCharset charset, qsizetype room) {
+  Piece unpadded;
+  Piece quoted;
+  for (qsizetype next = at; next < text.size();) {
+    next += text[next].isHighSurrogate() && next + 1 < text.size() ? 2 : 1;
+    const QStringView piece = QStringView(text).sliced(at, next - at);
+    const QByteArray word = EncodedWord(piece, charset);
+    if (word.size() > room) break;
+    if (!word.endsWith("=?=") || next == text.size()) unpadded = {next - at, word};
+    const QByteArray inQ = QuotedWord(piece, charset);
+    if (inQ.size() <= room) quoted = {next - at, inQ};
+  }
+  return unpadded.length > 0 ? unpadded : quoted;
+}
+
 void AddEncoded(Folder& folder, const QString& text, OutputCharset charset) {
   for (qsizetype at = 0; at < text.size();) {
-    qsizetype limit = std::min<qsizetype>(folder.Room() - 1, kMaxWord);
-    const auto longest = [&](qsizetype room) {
-      qsizetype length = 0;
-      for (qsizetype next = at; next < text.size();) {
-        next += text[next].isHighSurrogate() && next + 1 < text.size() ? 2 : 1;
-        if (EncodedWord(QStringView(text).sliced(at, next - at), charset).size() > room) break;
-        length = next - at;
-      }
-      return length;
-    };
-    qsizetype length = longest(limit);
-    if (length == 0) {
-      folder.Break();
-      length = std::max<qsizetype>(longest(kMaxWord - 1), 1);
-      folder.Put(EncodedWord(QStringView(text).sliced(at, length), charset));
+    Piece piece = LongestPiece(text, at, charset, std::min(folder.Room() - 1, kMaxWord));
+    if (piece.length > 0) {
+      folder.AddWord(piece.word);
     } else {
-      folder.AddWord(EncodedWord(QStringView(text).sliced(at, length), charset));
+      folder.Break();
+      piece = LongestPiece(text, at, charset, kMaxWord - 1);
+      folder.Put(piece.word);
     }
-    at += length;
+    at += piece.length;
   }
 }
 
@@ -144,6 +172,13 @@ QByteArray EncodeField(const QByteArray& name, const QString& value, OutputChars
   const bool hasPlainRun =
       std::any_of(runs.begin(), runs.end(), [](const Run& run) { return !run.encoded; });
   return hasPlainRun && field.contains(kFold) ? EncodeRuns(name, {{text, true}}, charset) : field;
+}
+
+QByteArray EncodeWord(const QString& text, OutputCharset charset) {
+  const QString clean = WithoutControls(text);
+  const bool isPlain = IsAscii(clean) && !clean.contains(QStringLiteral("=?"));
+  if (isPlain) return clean.toLatin1();
+  return EncodedWord(clean, charset == OutputCharset::Ascii ? OutputCharset::Utf8 : charset);
 }
 
 QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mailboxes,

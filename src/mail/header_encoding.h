@@ -15,6 +15,9 @@ namespace vorn::MimeCodec {
 /// become blanks.
 QByteArray EncodeField(const QByteArray& name, const QString& value, OutputCharset charset);
 
+/// A text as one encoded word without regard to its length; as it is when it is plain ASCII.
+QByteArray EncodeWord(const QString& text, OutputCharset charset);
+
 /// An address and its display name, which may be empty.
 struct Mailbox {
   QString address;

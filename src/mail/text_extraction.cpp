@@ -59,6 +59,9 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
   return nullptr;
 }
 
+QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  TextRequest request);
+
 // The longest prefix within a number of bytes of code page 932, with "..." when something is cut.
 QString Shortened(const QString& text, qsizetype maximum) {
   if (maximum <= 0 || CodePage932Length(text) <= maximum) return text;
@@ -102,9 +105,34 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
     const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
     result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
   }
+  if (QStringView(result.text).trimmed().isEmpty()) {
+    const QString inner = InnerText(source, records, request);
+    if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
+  }
   result.produced = !result.text.isEmpty();
   return result;
 }
+
+namespace {
+
+// A message that holds nothing but other messages, such as a digest, shows their texts.
+QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  TextRequest request) {
+  QString text;
+  if (--request.depth < 0) return text;
+  request.maximum = 0;
+  for (const ContentRecord& record : records) {
+    if (record.type != u"message/rfc822" || record.first > record.last ||
+        MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
+      continue;
+    }
+    const QString index = MimeCodec::ContentIndex(source, record.first, record.last);
+    text += GetMessageText(source, index, request).text;
+  }
+  return text;
+}
+
+}  // namespace
 
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex, CharsetChoice charset) {
   const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);

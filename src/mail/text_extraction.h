@@ -14,6 +14,7 @@ struct TextRequest {
   qsizetype maximum = 0;  ///< bytes of code page 932, 0 meaning no limit
   QString linePrefix;     ///< put after every line break
   QStringList textTypes;  ///< the content types that are text, compared exactly
+  int depth = 5;          ///< how deep messages inside messages are read for their text
 };
 
 struct MessageText {
@@ -23,7 +24,8 @@ struct MessageText {
 
 /// The readable text of a message: its text parts without a file name, decoded, one after the
 /// other. Flowed text is joined to paragraphs. A message whose text is blank gives the text of its
-/// HTML part. Every line break becomes CR LF and the prefix. A text that the maximum cuts ends with
+/// HTML part, or that of the messages inside it. Every line break becomes CR LF and the prefix. A
+/// text that the maximum cuts ends with
 /// "...".
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);

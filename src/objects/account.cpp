@@ -66,9 +66,9 @@ QString ValidateAccount(const Context& context, const AccountValues& values) {
   if (!isPort(values.inPort) || !isPort(values.outPort)) {
     return QStringLiteral("ポート番号は1から65535までの数です。");
   }
-  for (const QString& text : {values.name, values.address, values.display, values.inServer,
-                              values.inUser, values.inPassword, values.outServer, values.outUser,
-                              values.outPassword}) {
+  for (const QString& text :
+       {values.name, values.address, values.display, values.inServer, values.inUser,
+        values.inPassword, values.outServer, values.outUser, values.outPassword}) {
     if (HasControlCharacter(text)) return QStringLiteral("使えない文字（制御文字）があります。");
   }
   return {};

@@ -37,8 +37,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
                                   const QString& file) {
   if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
   if ((flags & kPlanReceive) != 0) {
-    AddReceiveJob(*SelectObjects(context_.Objects, *context_.Session, object_type::kAccount,
-                                 kSelectEnabled));
+    AddReceiveJob(
+        *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
   }
   if ((flags & kPlanSend) != 0) AddSendJob(WaitingMessages(serial, db, file));
 }
@@ -119,8 +119,7 @@ void CheckPlan::ReceiveStep(Disk& job) {
 }
 
 void CheckPlan::LoadReceiving(const Disk& account) {
-  const bool apop =
-      account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
+  const bool apop = account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
   pop_.Server = account.Text(u"InMailServer");
   pop_.ServerPort = account.Number(u"InMailServerPort");
   pop_.User = account.Text(u"InMailServerUser");

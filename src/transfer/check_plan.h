@@ -58,8 +58,7 @@ class CheckPlan {
   void FinishReceiving(Disk& job, const DiskPtr& account);
   void LoadReceiving(const Disk& account);
   void AddSendJob(const std::vector<DiskPtr>& messages);
-  std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db,
-                                       const QString& file);
+  std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db, const QString& file);
   DiskPtr AccountFor(const QString& addressLines) const;
   /// Gives a message without an account the chosen one; false when there is none.
   bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);

@@ -5,7 +5,8 @@
 namespace vorn {
 namespace {
 
-// One "@" alone may stand in an identifier (RFC 5322 section 3.6.4), and serial identifiers hold one.
+// One "@" alone may stand in an identifier (RFC 5322 section 3.6.4), and serial identifiers hold
+// one.
 QByteArray MessageId(const QString& address, const QString& serialId) {
   QString right = serialId;
   right.replace(u'@', u'.');
@@ -21,8 +22,8 @@ QByteArray FromField(const OutgoingSender& sender) {
     mailboxes.append({former.address, former.displayName});
     all += former.displayName;
   }
-  return MimeCodec::EncodeAddressField(
-      "From:", mailboxes, MimeCodec::ChooseOutput(all, CharsetChoice::Automatic));
+  return MimeCodec::EncodeAddressField("From:", mailboxes,
+                                       MimeCodec::ChooseOutput(all, CharsetChoice::Automatic));
 }
 
 }  // namespace
@@ -31,8 +32,8 @@ QByteArray OutgoingSource(const QByteArray& source, const QString& serialId,
                           const OutgoingSender& sender) {
   QByteArray outgoing =
       MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Date:"), "Message-ID:");
-  QByteArray added = "Date: " + MimeCodec::CurrentDateText().toLatin1() + "\r\nMessage-ID: " +
-                     MessageId(sender.address, serialId) + "\r\n";
+  QByteArray added = "Date: " + MimeCodec::CurrentDateText().toLatin1() +
+                     "\r\nMessage-ID: " + MessageId(sender.address, serialId) + "\r\n";
   if (sender.rewrite) {
     outgoing = MimeCodec::RemoveField(outgoing, "From:");
     added += FromField(sender) + "\r\n";

@@ -12,8 +12,8 @@ namespace vorn {
 struct OutgoingSender {
   QString address;
   QString display;
-  bool rewrite = false;         ///< the sender in the message is replaced by this one
-  QList<AddressEntry> former;   ///< the senders that the message named
+  bool rewrite = false;        ///< the sender in the message is replaced by this one
+  QList<AddressEntry> former;  ///< the senders that the message named
 };
 
 /// A stored source as it is sent: with Date and Message-ID in front of it (its own, if it was sent

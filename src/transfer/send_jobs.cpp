@@ -82,8 +82,7 @@ std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseK
       auto message = std::make_shared<Disk>(rows->SerialID());
       const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
       SetAccount(*message, AccountFor(lines));
-      message->Let(QStringLiteral("File"),
-                   file.isEmpty() ? context_.Session->Text(u"Mail") : file);
+      message->Let(QStringLiteral("File"), file.isEmpty() ? context_.Session->Text(u"Mail") : file);
       message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
       message->Let(QStringLiteral("Mailaddress"), lines);
       messages.push_back(message);
@@ -121,8 +120,8 @@ void CheckPlan::AddSendJob(const std::vector<DiskPtr>& messages) {
     if (hasAccount || UseChosenAccount(*message, chosen, asked)) waiting->Add(message);
   }
   if (waiting->IsEmpty()) return;
-  auto job = std::make_shared<Disk>(
-      context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
+  auto job =
+      std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
   job->Let(QStringLiteral("mode"), QStringLiteral("mailup"));
   job->Let(QStringLiteral("daytime"), QString());
   job->Set(QStringLiteral("message"), QVariant::fromValue(waiting));
@@ -183,8 +182,8 @@ bool CheckPlan::StartSending(Disk& message) {
   context_.Data.Close();
 
   const DiskPtr account = message.Collection(kAccount)->First();
-  OutgoingSender sender{account->Text(u"Mailaddress"), account->Text(u"Display"),
-                        message.Flag(u"update_from"), {}};
+  OutgoingSender sender{
+      account->Text(u"Mailaddress"), account->Text(u"Display"), message.Flag(u"update_from"), {}};
   for (const QString& line : message.Text(u"update_from_list").split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }

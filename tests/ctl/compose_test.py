@@ -110,7 +110,8 @@ class Composing(unittest.TestCase):
                                      self.canonical(body.replace("\r\n", "\n").rstrip("\n")))
                 read = [(p.get_filename(), p.get_content()) for p in parsed.iter_attachments()] \
                     if files else []
-                self.assertEqual([data for _, data in read], [data for _, data in files])
+                self.assertEqual([(self.canonical(n), data) for n, data in read],
+                                 [(self.canonical(n), data) for n, data in files])
 
     @staticmethod
     def canonical(value):

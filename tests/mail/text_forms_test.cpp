@@ -43,6 +43,24 @@ TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
             QStringLiteral("x\r\n"));
 }
 
+TEST(InnerMessages, ADigestShowsTheTextsOfItsMessages) {
+  EXPECT_EQ(Text("Content-Type: multipart/digest; boundary=d\r\n\r\n--d\r\n\r\nSubject: a\r\n\r\n"
+                 "one\r\n--d\r\n\r\nSubject: b\r\n\r\ntwo\r\n--d--\r\n"),
+            QStringLiteral("onetwo"));
+  QByteArray nested = "Subject: x\r\n\r\ndeep\r\n";
+  for (int i = 0; i < 50; ++i) nested = "Content-Type: message/rfc822\r\n\r\n" + nested;
+  EXPECT_EQ(Text(nested), QString());
+}
+
+TEST(Charsets, ForeignSetsOfIso2022JpAreRead) {
+  EXPECT_EQ(Text("Content-Type: text/plain; charset=iso-2022-jp-2\r\n\r\n\x1B$A0!\x1B$B$\"\x1B(B"),
+            QStringLiteral("啊あ"));
+  EXPECT_EQ(Text("Content-Type: text/plain; charset=utf-7\r\n\r\n+MEI-x"), QStringLiteral("あx"));
+  EXPECT_EQ(Text(QByteArray("Content-Type: text/plain; charset=utf-16\r\n\r\n") +
+                 QByteArray("\xFE\xFF\x30\x42", 4)),
+            QStringLiteral("あ"));
+}
+
 TEST(FlowedText, ParagraphsAreJoinedAndQuotesKept) {
   const auto flowed = [](const QByteArray& body, const QByteArray& more = {}) {
     return Text("Content-Type: text/plain; format=flowed" + more + "\r\n\r\n" + body);

@@ -1,0 +1,122 @@
+// What is composed, read by GMime and by the codec.
+
+#include "mail/compose_message.h"
+
+#include <gmime/gmime.h>
+#include <gtest/gtest.h>
+
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+MessageModel Model() {
+  MessageModel model;
+  model.subject =
+      QStringLiteral("会議の資料 12 を送ります、長い件名なので折り返されます, \"引用\" 🍣");
+  model.text = QStringLiteral("本文です。\r\n.\r\n二行目");
+  model.addresses = {ParseAddressEntry(QStringLiteral("FROM: f@x 山田, 太郎")),
+                     ParseAddressEntry(QStringLiteral("TO: t@x Sato, Hanako"))};
+  model.references = QStringLiteral("<1@x> <2@x>");
+  model.inReplyTo = QStringLiteral("<2@x>");
+  model.attachments.push_back({QStringLiteral("見積書（最終版）の長い名前のファイル.pdf"),
+                               QStringLiteral("application/pdf"),
+                               true,
+                               {},
+                               {}});
+  return model;
+}
+
+ComposeOptions Options(CharsetChoice charset, int mimeEncode = 0) {
+  ComposeOptions options;
+  options.charset = charset;
+  options.settings = EditSettings::Defaults();
+  options.settings.mimeEncode = mimeEncode;
+  options.boundaryToken = QStringLiteral("token");
+  options.read = [](const ModelAttachment&) { return QByteArray("%PDF\0\xFF", 6); };
+  return options;
+}
+
+// Owns what GMime makes of a source.
+class GMimeReading {
+ public:
+  explicit GMimeReading(const QByteArray& source) {
+    g_mime_init();
+    GMimeStream* stream =
+        g_mime_stream_mem_new_with_buffer(source.constData(), static_cast<size_t>(source.size()));
+    GMimeParser* parser = g_mime_parser_new_with_stream(stream);
+    message_ = g_mime_parser_construct_message(parser, nullptr);
+    g_object_unref(parser);
+    g_object_unref(stream);
+  }
+  ~GMimeReading() { g_object_unref(message_); }
+
+  QString Subject() const { return QString::fromUtf8(g_mime_message_get_subject(message_)); }
+  QString FromName() const {
+    InternetAddress* from = internet_address_list_get_address(g_mime_message_get_from(message_), 0);
+    return QString::fromUtf8(internet_address_get_name(from));
+  }
+  QString Body() const {
+    char* text = g_mime_text_part_get_text(GMIME_TEXT_PART(Part(0)));
+    const QString body = QString::fromUtf8(text);
+    g_free(text);
+    return body;
+  }
+  QString FileName() const {
+    return QString::fromUtf8(g_mime_part_get_filename(GMIME_PART(Part(1))));
+  }
+
+ private:
+  GMimeObject* Part(int index) const {
+    return g_mime_multipart_get_part(GMIME_MULTIPART(g_mime_message_get_mime_part(message_)),
+                                     index);
+  }
+  GMimeMessage* message_;
+};
+
+TEST(ComposeMessage, IsReadTheSameByGMime) {
+  for (const CharsetChoice charset : {CharsetChoice::Jis, CharsetChoice::Euc,
+                                      CharsetChoice::ShiftJis, CharsetChoice::Automatic}) {
+    for (const bool emoji : {false, true}) {
+      MessageModel model = Model();
+      if (!emoji) model.subject.remove(QStringLiteral("🍣"));
+      const GMimeReading reading(ComposeMessage(model, Options(charset)));
+      EXPECT_EQ(QString(reading.Subject().trimmed()), QString(model.subject.trimmed()));
+      EXPECT_EQ(reading.FromName(), QStringLiteral("山田, 太郎"));
+      EXPECT_EQ(reading.FileName(), model.attachments[0].name);
+      EXPECT_EQ(reading.Body().remove(u'\r').trimmed(),
+                QString(model.text).remove(u'\r').trimmed());
+    }
+  }
+}
+
+TEST(ComposeMessage, WritesItsFieldsInOrder) {
+  MessageModel model = Model();
+  model.subject = QStringLiteral("s");
+  model.addresses = {ParseAddressEntry(QStringLiteral("FROM: f@x")),
+                     ParseAddressEntry(QStringLiteral("TO: t@x Sato, Hanako"))};
+  model.addresses.append({QStringLiteral("RE"), QStringLiteral("r@x"), {}, {}, {}});
+  model.headerRows = {QStringLiteral("X-Priority: 3"), QString(), QStringLiteral("no field")};
+  const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Jis));
+  EXPECT_TRUE(source.startsWith(
+      "Subject: s\r\nTo: \"Sato, Hanako\" <t@x>\r\nFrom: f@x\r\nReplay-To: r@x\r\nReply-To: r@x\r\n"
+      "References: \r\n\t<1@x>\r\n\t<2@x>\r\nIn-Replay-To: <2@x>\r\nIn-Reply-To: <2@x>\r\n"
+      "X-Priority: 3\r\nContent-Type: multipart/mixed;\r\n\tboundary=\"--CLIP_token\"\r\n"
+      "Mime-Version: 1.0\r\n\r\n\r\n----CLIP_token\r\nContent-Type: text/plain;\r\n"
+      "\tcharset=\"ISO-2022-JP\"\r\nContent-Transfer-Encoding: 7bit\r\n\r\n"))
+      << source.toStdString();
+  EXPECT_TRUE(source.endsWith("\r\n----CLIP_token--\r\n.\r\n"));
+}
+
+TEST(ComposeMessage, NothingTypedCanForgeAHeader) {
+  MessageModel model;
+  model.subject = QStringLiteral("a\r\nBcc: x@y\r\n\r\nbody");
+  model.headerRows = {QStringLiteral("X-A: b\r\nBcc: x@y")};
+  model.inReplyTo = QStringLiteral("<1@x>\r\nBcc: x@y");
+  model.addresses.append({QStringLiteral("TO"), QStringLiteral("t@x\r\nBcc: x@y"), {}, {}, {}});
+  const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
+  EXPECT_FALSE(source.contains("\nBcc:"));
+}
+
+}  // namespace
+}  // namespace vorn
