@@ -22,18 +22,28 @@ struct Run {
   bool encoded;
 };
 
-// Blanks between two runs stand outside them; those inside an encoded run are encoded.
+void AppendWord(QList<Run>& runs, const QString& word, bool encoded) {
+  if (encoded && !runs.isEmpty() && runs.back().encoded) {
+    runs.back().text += u' ' + word;
+  } else {
+    runs.append({word, encoded});
+  }
+}
+
+// Blanks between two runs stand outside them; those inside an encoded run are encoded. Several
+// blanks in a row, or one at an end, are kept by encoding the word beside them.
 QList<Run> SplitRuns(const QString& value) {
+  QStringList words = value.split(u' ');
+  const bool endsInBlank = words.size() > 1 && words.back().isEmpty();
+  if (endsInBlank) {
+    words.removeLast();
+    words.back() += u' ';  // no plain word holds a blank
+  }
   QList<Run> runs;
-  const QStringList words = value.split(u' ');
-  for (qsizetype i = 0; i < words.size(); ++i) {
-    // An empty word is one of several blanks in a row, which only encoding keeps.
-    const bool encoded = words[i].isEmpty() || !IsPlain(words[i]);
-    if (encoded && !runs.isEmpty() && runs.back().encoded) {
-      runs.back().text += u' ' + words[i];
-    } else {
-      runs.append({words[i], encoded});
-    }
+  bool afterEmpty = false;
+  for (const QString& word : std::as_const(words)) {
+    AppendWord(runs, word, afterEmpty || word.isEmpty() || !IsPlain(word));
+    afterEmpty = word.isEmpty();
   }
   return runs;
 }
