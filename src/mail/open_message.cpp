@@ -120,6 +120,7 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   opened.model =
       OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  opened.source = message.source;
   if (mode != OpenMode::Show) BecomeNew(context, request);
   return opened;
 }

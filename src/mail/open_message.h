@@ -11,7 +11,8 @@ namespace vorn {
 struct OpenedMessage {
   bool found = false;
   MessageModel model;
-  QString html;  ///< the HTML part as it was written; null when there is none
+  QString html;       ///< the HTML part as it was written; null when there is none
+  QByteArray source;  ///< as stored, for the attachments that are taken over
 };
 
 /// Reads the message that the request names and opens it in the request's mode ("open"). Copies the

@@ -10,12 +10,12 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
@@ -31,6 +31,7 @@
 #include "objects/window/objects_window.h"
 #include "present/window/browser_window.h"
 #include "support/loopback_pop3_server.h"
+#include "support/loopback_smtp_server.h"
 #include "support/test_profile.h"
 #include "support/window_driving.h"
 
@@ -120,6 +121,7 @@ class ProgramTest : public testing::Test {
     for (int i = 1; i <= count; ++i) {
       server_.AddMessage("u" + QByteArray::number(i),
                          "From: =?UTF-8?B?5L2Q6Jek?= <sato@example.jp>\r\nTo: y@example.org\r\n"
+                         "Message-ID: <1@example.jp>\r\n"
                          "Subject: =?UTF-8?B?5Lya6K2w?= " +
                              QByteArray::number(i) +
                              "\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n本文" +
@@ -195,9 +197,68 @@ TEST_F(ProgramTest, ReceivedMailAppearsAndItsLinksOpenMessages) {
   ASSERT_TRUE(subject.startsWith(QStringLiteral("会議 ")));
   EXPECT_EQ(message->findChild<QPlainTextEdit*>(QStringLiteral("txMemo"))->toPlainText(),
             QStringLiteral("本文") + subject.right(1) + u'\n');
-  EXPECT_EQ(message->findChild<QListWidget*>(QStringLiteral("lvMailaddress"))->item(0)->text(),
-            QStringLiteral("差出人: 佐藤 <sato@example.jp>"));
+  auto* addresses = message->findChild<QTableWidget*>(QStringLiteral("lvMailaddress"));
+  EXPECT_EQ(addresses->item(0, 0)->text(), QStringLiteral("差出人"));
+  EXPECT_EQ(addresses->item(0, 1)->text(), QStringLiteral("佐藤 <sato@example.jp>"));
   QTest::keyClick(message, Qt::Key_Escape);
+  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+}
+
+TEST_F(ProgramTest, AReplyIsWrittenAndSent) {
+  test::LoopbackSmtpServer smtp;
+  ASSERT_TRUE(smtp.Listen());
+  AddMessages(1);
+  {
+    TestProfile profile;
+    const DiskPtr account = profile.AddAccount(server_.Port());
+    account->Let(QStringLiteral("Default"), true);
+    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
+    account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtp.Port()));
+    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
+    profile.Get().Data.CloseAll();
+    CopyFolder(profile.Folder(), Folder());
+  }
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 1")); }));
+  for (int y = 30; y < 140 && TopLevel<MessageWindow>() == nullptr; y += 6) {
+    ClickPage(QPoint(60, y));
+    WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }, 300);
+  }
+  auto* message = TopLevel<MessageWindow>();
+  ASSERT_NE(message, nullptr);
+  message->findChild<QAction*>(QStringLiteral("replay"))->trigger();
+  auto& memo = test::Child<QPlainTextEdit>(*message, u"txMemo");
+  EXPECT_EQ(test::Child<QLineEdit>(*message, u"txSubject").text(), QStringLiteral("Re: 会議 1"));
+  EXPECT_FALSE(memo.isReadOnly());
+  memo.setFocus();
+  test::TypeText(memo, QStringLiteral("了解🍣です。"));
+  message->findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+  ASSERT_TRUE(WaitFor([&smtp] { return smtp.Messages().size() == 1; }));
+  EXPECT_EQ(smtp.Messages()[0].recipients, QList<QByteArray>{"sato@example.jp"});
+  EXPECT_TRUE(smtp.Messages()[0].source.contains("\r\nIn-Reply-To: <1@example.jp>\r\n"));
+  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  EXPECT_TRUE(
+      WaitFor([this] { return program_->Parent()->Traffic().Events().Counts().sent == 1; }));
+}
+
+TEST_F(ProgramTest, ANewMessageAsksBeforeItIsLost) {
+  StartProgram();
+  AwaitInbox();
+  QTest::keyClick(program_->Parent(), Qt::Key_N, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  auto* message = TopLevel<MessageWindow>();
+  EXPECT_EQ(NextMessageBox(
+                [message] { message->findChild<QAction*>(QStringLiteral("mailup"))->trigger(); }),
+            QStringLiteral("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。"));
+  test::TypeText(test::Child<QPlainTextEdit>(*message, u"txMemo"), QStringLiteral("下書き"));
+  const auto close = [message] { message->close(); };
+  EXPECT_EQ(NextMessageBox(close, Qt::Key_Escape),
+            QStringLiteral("このメッセージを保存します。よろしいですか？"));
+  EXPECT_TRUE(message->isVisible());
+  InModal<QMessageBox>(close, [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
 }
 
@@ -277,7 +338,7 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
   EXPECT_TRUE(InModal<ObjectsWindow>(
       [parent] {
         auto* create = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuFilesNew"));
-        create->actions()[1]->trigger();
+        create->actions()[3]->trigger();
       },
       [](ObjectsWindow& window) {
         test::TypeText(*window.focusWidget(), QStringLiteral("計画"));

@@ -108,6 +108,9 @@ void ParentWindow::BuildFileMenu() {
   const auto entry = [this, create](const QString& text, const QString& type) {
     create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
   };
+  create->addAction(QStringLiteral("メッセージ(&M).."), this, &ParentWindow::NewMessage)
+      ->setShortcut(QKeySequence::New);
+  create->addSeparator();
   entry(QStringLiteral("アカウント(&A).."), object_type::kAccount);
   entry(QStringLiteral("フォルダ(&F).."), object_type::kFolder);
   entry(QStringLiteral("アドレスブック(&D).."), object_type::kBook);
@@ -150,6 +153,13 @@ void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,
   request.after = after;
   request.event = event;
   queue_.PostDialogRequest(request);
+}
+
+void ParentWindow::NewMessage() {
+  MailRequest request;
+  request.isNew = true;
+  request.db = static_cast<int>(DatabaseKind::Mail);
+  queue_.PostMailRequest(request);
 }
 
 void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
@@ -215,9 +225,11 @@ void ParentWindow::tmPlan_Timer() {
 
 // What arrived in a session shows up in the open folders by itself.
 void ParentWindow::RefreshFolders() {
-  const int stored = traffic_.Events().Counts().stored;
-  if (stored == storedSeen_) return;
+  const ReceiveCounts& counts = traffic_.Events().Counts();
+  const int stored = counts.stored + counts.sent;
+  if (stored == storedSeen_ && !foldersChanged_) return;
   storedSeen_ = stored;
+  foldersChanged_ = false;
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     if (browser->IsLocal()) browser->Refresh();
   }
@@ -236,7 +248,7 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
     return AddChild(new BrowserWindow(context_, pages_, profiles_, *this));
   }
   if (status == u"mail") {
-    auto* window = new MessageWindow(context_);
+    auto* window = new MessageWindow(context_, *this);
     Track(window, window);
     return window;
   }
@@ -327,6 +339,10 @@ void ParentWindow::OpenMessage(int open, const QString& serialId, bool isNew) {
   request.file = context_.Session->Text(u"Mail");
   request.password = context_.Session->Text(u"password");
   queue_.PostMailRequest(request);
+}
+
+void ParentWindow::SendMessage(const QString& serialId) {
+  traffic_.Plan().CreateMessagePlan(kPlanSend, serialId);
 }
 
 void ParentWindow::BrowserClosed() {

@@ -8,6 +8,7 @@
 #include "frame/mail_traffic.h"
 #include "frame/window/console_tree.h"
 #include "frame/window/status_bar.h"
+#include "mail/window/message_host.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
@@ -24,7 +25,8 @@ class ParentWindow : public QMainWindow,
                      public DispatchHost,
                      public PlanHost,
                      public EventView,
-                     public BrowserHost {
+                     public BrowserHost,
+                     public MessageHost {
   Q_OBJECT
 
  public:
@@ -61,6 +63,10 @@ class ParentWindow : public QMainWindow,
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
   void BrowserClosed() override;
 
+  // MessageHost
+  void SendMessage(const QString& serialId) override;
+  void MessageStored() override { foldersChanged_ = true; }
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -75,6 +81,7 @@ class ParentWindow : public QMainWindow,
   void OpenFolder(const QString& serialId);
   void PostDialog(const QString& key, const QString& tag, int show, const QString& after,
                   const QString& event = {});
+  void NewMessage();
   void PostNewObject(const QString& type, const QString& parent);
   void DeleteObject(const QString& key, const QString& tag);
   void OpenEvent(const QString& serialId);
@@ -97,6 +104,7 @@ class ParentWindow : public QMainWindow,
   QTimer tmPlan_;
   std::vector<RequestWindow*> windows_;
   int storedSeen_ = 0;
+  bool foldersChanged_ = false;
   bool closing_ = false;
 };
 

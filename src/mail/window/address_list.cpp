@@ -1,0 +1,104 @@
+#include "mail/window/address_list.h"
+
+#include <QComboBox>
+#include <QHeaderView>
+
+namespace vorn {
+namespace {
+
+struct KindText {
+  const char16_t* kind;
+  const char16_t* text;
+};
+
+constexpr KindText kKinds[] = {{u"TO", u"宛先"},     {u"CC", u"CC"},     {u"BC", u"BCC"},
+                               {u"FROM", u"差出人"}, {u"RE", u"返信先"}, {u"NO", u"開封通知先"}};
+
+QString TextOf(const QString& kind) {
+  for (const KindText& entry : kKinds) {
+    if (kind.compare(QStringView(entry.kind), Qt::CaseInsensitive) == 0) {
+      return QString::fromUtf16(entry.text);
+    }
+  }
+  return kind;
+}
+
+// "name <address>" or an address alone, as users type it.
+AddressEntry ReadTyped(const QString& kind, const QString& typed) {
+  AddressEntry entry;
+  entry.kind = kind;
+  const QString text = typed.simplified();
+  const qsizetype bracket = text.lastIndexOf(u'<');
+  if (bracket >= 0 && text.endsWith(u'>')) {
+    entry.address = text.mid(bracket + 1).chopped(1).trimmed();
+    entry.displayName = text.left(bracket).trimmed();
+  } else {
+    entry.address = text;
+  }
+  return entry;
+}
+
+}  // namespace
+
+AddressList::AddressList(QWidget* parent) : QTableWidget(0, 2, parent) {
+  setObjectName(QStringLiteral("lvMailaddress"));
+  setHorizontalHeaderLabels({QStringLiteral("種類"), QStringLiteral("アドレス")});
+  horizontalHeader()->hide();
+  horizontalHeader()->setStretchLastSection(true);
+  setColumnWidth(kKind, 110);
+  verticalHeader()->hide();
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setTabKeyNavigation(false);
+  connect(this, &QTableWidget::itemChanged, this, [this] {
+    if (filling_) return;
+    KeepEmptyRow();
+    Q_EMIT Edited();
+  });
+}
+
+void AddressList::Show(const QList<AddressEntry>& addresses, bool editable) {
+  editable_ = editable;
+  setEditTriggers(editable ? QAbstractItemView::AllEditTriggers
+                           : QAbstractItemView::NoEditTriggers);
+  setRowCount(0);
+  for (const AddressEntry& entry : addresses) AddRow(entry);
+  KeepEmptyRow();
+}
+
+void AddressList::AddRow(const AddressEntry& entry) {
+  filling_ = true;
+  const int row = rowCount();
+  insertRow(row);
+  if (editable_) {
+    auto* kinds = new QComboBox;
+    for (const KindText& kind : kKinds) {
+      kinds->addItem(QString::fromUtf16(kind.text), QString::fromUtf16(kind.kind));
+    }
+    kinds->setCurrentIndex(qMax(0, kinds->findData(entry.kind)));
+    connect(kinds, &QComboBox::currentIndexChanged, this, &AddressList::Edited);
+    setCellWidget(row, kKind, kinds);
+  } else {
+    setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
+  }
+  setItem(row, kAddress, new QTableWidgetItem(entry.presentable));
+  filling_ = false;
+}
+
+void AddressList::KeepEmptyRow() {
+  if (!editable_) return;
+  const int last = rowCount() - 1;
+  if (last < 0 || !item(last, kAddress)->text().trimmed().isEmpty()) AddRow({});
+}
+
+QList<AddressEntry> AddressList::Addresses() const {
+  QList<AddressEntry> addresses;
+  for (int row = 0; row < rowCount(); ++row) {
+    const QString typed = item(row, kAddress)->text();
+    const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
+    if (kinds == nullptr || typed.trimmed().isEmpty()) continue;
+    addresses.append(ReadTyped(kinds->currentData().toString(), typed));
+  }
+  return addresses;
+}
+
+}  // namespace vorn
