@@ -43,14 +43,23 @@ struct Report {
   }
 };
 
-QByteArray RunAndKill(const QString& folder, const QString& password, int milliseconds) {
+// Kills the worker some moments after it has reported a number of things. Counting reports rather
+// than milliseconds makes every kind of work meet its death on slow machines too.
+QByteArray RunAndKill(const QString& folder, const QString& password) {
+  constexpr int kMostReports = 12;  // a round with a password change has eight
+  constexpr int kMostMs = 200;
   QProcess worker;
   worker.start(QStringLiteral(VORN_STORE_WORKER), {folder, password});
-  EXPECT_TRUE(worker.waitForReadyRead(20000));
-  worker.waitForFinished(milliseconds);
+  const int reports = QRandomGenerator::global()->bounded(1, kMostReports);
+  QByteArray output;
+  while (output.count('\n') < reports && worker.waitForReadyRead(60000)) {
+    output += worker.readAllStandardOutput();
+  }
+  EXPECT_GE(output.count('\n'), reports) << output.toStdString();
+  worker.waitForFinished(QRandomGenerator::global()->bounded(1, kMostMs));
   worker.kill();
   worker.waitForFinished();
-  return worker.readAllStandardOutput();
+  return output + worker.readAllStandardOutput();
 }
 
 TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
@@ -68,7 +77,7 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
   int changes = 0;
   for (int kill = 0; kill < kKills; ++kill) {
     const QString before = report.password;
-    report.Read(RunAndKill(data, report.password, QRandomGenerator::global()->bounded(1, 500)));
+    report.Read(RunAndKill(data, report.password));
 
     Context context;
     QString error;
