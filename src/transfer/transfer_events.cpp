@@ -23,7 +23,6 @@ const QString kNewFlags = QStringLiteral("001");  // new and unopened
 TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop,
                                StatusPanel& panel, QObject* parent)
     : QObject(parent), context_(context), plan_(plan), pop_(pop), panel_(panel), store_(context) {
-  flushTimer_.setSingleShot(true);
   flushTimer_.setInterval(kGroupMs);
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
@@ -49,10 +48,13 @@ void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
   flushFailed_ = false;
   context_.Data.BeginGroup(MailDatabasePath(context_));
+  // All the time, since what the user stores meanwhile is gathered as well.
+  flushTimer_.start();
   panel_.ShowStatus(pop_.Server, QStringLiteral("account"));
 }
 
 void TransferEvents::SessionEnded() {
+  flushTimer_.stop();
   Flush();
   context_.Data.EndGroup();
   deleted_ += pop_.DeletedOnServer();
@@ -81,12 +83,10 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = account != nullptr && account->Flag(u"InMailServerDelete");
   unflushed_.append(stored);
   unflushedBytes_ += data.size();
-  if (!flushTimer_.isActive()) flushTimer_.start();
   return (unflushed_.size() < kGroupMessages && unflushedBytes_ < kGroupBytes) || Flush();
 }
 
 bool TransferEvents::Flush() {
-  flushTimer_.stop();
   unflushedBytes_ = 0;
   const QStringList stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
