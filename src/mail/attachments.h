@@ -14,7 +14,7 @@ struct Attachment {
   MimeCodec::ContentRecord record;
 };
 
-/// The parts that are no text of the message, in order: every part that is not of a text type, and
+/// What is left of a message beside its text, in order: whatever is not of a text type, and
 /// text parts with a file name, which the text leaves out. A part without a name is called
 /// "添付ファイル[n].dat", n counting such parts from 1.
 std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentRecord>& records,

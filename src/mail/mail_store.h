@@ -35,8 +35,8 @@ class MailStore {
   /// Deletes the message's row. The folder rows are not touched.
   bool DeleteMessage(const Disk& request);
 
-  /// Writes the parts of the state that the mask names. With `openDatabase` the operation opens and
-  /// closes the database itself, otherwise it works on the one that is open.
+  /// Writes whichever of status, flag and folders the mask names. With `openDatabase` the operation
+  /// opens and closes the database itself, otherwise it works on the one that is open.
   bool UpdateMessageState(int mask, const Disk& request, bool openDatabase);
 
   /// Whether a content type is shown as text (the setting "TextMime").

@@ -29,7 +29,7 @@ struct ModelAttachment {
   QString type;
   bool isNew = false;               ///< a file the user added, else a part of the stored message
   QString path;                     ///< of the file, for a new one
-  MimeCodec::ContentRecord record;  ///< of the part, for an old one
+  MimeCodec::ContentRecord record;  ///< where an old one stands in the source
 };
 
 /// What a message window holds, without the window.

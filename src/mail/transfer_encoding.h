@@ -5,7 +5,7 @@
 
 namespace vorn::MimeCodec {
 
-/// How a part's bytes are wrapped (RFC 2045 section 6), by the numbers of the part decoding.
+/// How a body is wrapped (RFC 2045 section 6), by the numbers that the decoding is given.
 enum class TransferEncoding { None = -1, Base64 = 0, QuotedPrintable = 1, Uuencode = 3 };
 
 /// The encoding that a Content-Transfer-Encoding value names; anything unknown is none.

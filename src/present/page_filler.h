@@ -18,8 +18,8 @@ struct PageContent {
 };
 
 /// One pass of a template over the rows of a result set. The template is scanned byte by byte; at
-/// each section tag the text before it is written, then what the tag stands for. The part between
-/// two "<+MAIL>" is scanned once per row.
+/// each section tag the text before it is written, then what the tag stands for. What stands
+/// between two "<+MAIL>" is scanned once per row.
 class PageFiller {
  public:
   PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
