@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QByteArray>
+#include <optional>
+
 #include <QString>
 
 #include "ctl/arguments.h"
@@ -20,6 +23,7 @@ int Receive(Context& context, const Arguments& arguments);
 int Send(Context& context, const Arguments& arguments);
 int ListFolder(Context& context, const Arguments& arguments);
 int WritePage(Context& context, const Arguments& arguments);
+int Rules(Context& context, const Arguments& arguments);
 int CheckFiles(Context& context, const Arguments& arguments);
 
 // These need no data folder.
@@ -34,6 +38,8 @@ int Compose(const Arguments& arguments);
 void Print(const QString& text);
 /// Writes a sentence to the error stream; returns `code`.
 int Complain(const QString& sentence, int code);
+/// The bytes of a file, of the standard input for "-"; nothing when it cannot be read.
+std::optional<QByteArray> ReadFile(const QString& name);
 /// The serial identifier of the folder with that name or serial identifier; empty when there is
 /// none.
 QString FindFolder(Context& context, const QString& nameOrSerial);

@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,14 +15,6 @@
 
 namespace vorn::ctl {
 namespace {
-
-std::optional<QByteArray> ReadFile(const QString& name) {
-  QFile file(name);
-  const bool opened =
-      name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-  if (!opened) return std::nullopt;
-  return file.readAll();
-}
 
 QJsonArray Addresses(const QString& lines) {
   QJsonArray array;

@@ -25,6 +25,7 @@ constexpr char16_t kUsage[] =
     u"  send [ファイル]... [--account 名前] [--json]\n"
     u"  list フォルダ [--json]\n"
     u"  page フォルダ [--page 番号] --out ファイル\n"
+    u"  rules list|add 条件|test ファイル|- [--json]\n"
     u"  check [--json]\n"
     u"  inspect ファイル|- [--json]\n"
     u"  open 0-6 ファイル|- [--json]\n"
@@ -56,6 +57,8 @@ const QList<Command>& Commands() {
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("list"), ListFolder, {QStringLiteral("json")}},
+      {QStringLiteral("check"), CheckFiles, {QStringLiteral("json")}},
+      {QStringLiteral("rules"), Rules, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
   };
   return commands;
@@ -130,6 +133,14 @@ void Print(const QString& text) {
   QFile out;
   if (!out.open(stdout, QIODevice::WriteOnly)) return;
   out.write(text.toUtf8() + '\n');
+}
+
+std::optional<QByteArray> ReadFile(const QString& name) {
+  QFile file(name);
+  const bool opened =
+      name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+  if (!opened) return std::nullopt;
+  return file.readAll();
 }
 
 int Complain(const QString& sentence, int code) {

@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -43,14 +42,14 @@ int OpenFile(const Arguments& arguments) {
   if (!isNumber || mode < 0 || mode > kLastMode || name.isEmpty()) {
     return Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル [--json]"), kExitUsage);
   }
-  QFile file(name);
-  const bool opened =
-      name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-  if (!opened) return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+  const auto source = ReadFile(name);
+  if (!source) {
+    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+  }
 
   const EditSettings settings = EditSettings::Defaults();
   StoredMessage message;
-  message.source = file.readAll();
+  message.source = *source;
   const MessageIndex index = IndexMessage(
       message.source, QString(),
       {settings.textTypes, MimeCodec::HasEndMark(message.source), settings.standardHeaders});

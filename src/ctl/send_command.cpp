@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -14,14 +13,12 @@ namespace {
 
 // Stores a composed source as one that waits. An empty sentence when it could be.
 QString StoreWaiting(Context& context, const QString& name) {
-  QFile file(name);
-  if (!file.open(QIODevice::ReadOnly)) {
-    return QStringLiteral("「%1」を読み込めません。").arg(name);
-  }
+  const auto source = ReadFile(name);
+  if (!source) return QStringLiteral("「%1」を読み込めません。").arg(name);
   Disk request(NewMessageSerialID(context));
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-  if (!MailStore(context).StoreMessage(request, file.readAll()).isEmpty()) return {};
+  if (!MailStore(context).StoreMessage(request, *source).isEmpty()) return {};
   return QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
 }
 

@@ -25,6 +25,8 @@ class EventLog {
 
   void AddEvent(int level, int mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text);
+  /// Forgets all records.
+  void Clear() { records_ = {}; }
   /// The record with that serial identifier, or null. Its keys are "reference", "daytime",
   /// "message", "mode", and for messages "db", "file" and "password".
   DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }

@@ -24,6 +24,7 @@ inline const QString kEditWait = QStringLiteral("01_folder_3_EDITWAIT0000");
 inline const QString kDust = QStringLiteral("01_folder_4_DUST00000000");
 inline const QString kEventLog = QStringLiteral("EVENT_000000000000");
 inline const QString kSettings = QStringLiteral("logo");
+inline const QString kRules = QStringLiteral("rule");
 inline const QString kLayout = QStringLiteral("layout");
 }  // namespace fixed_serial
 

@@ -37,15 +37,17 @@ bool IsCaseless(char32_t code) {
   return code >= 0x2E80 && code < 0xA640;
 }
 
-char32_t NextFolded(std::string_view text, size_t& at) {
-  return Fold(NextCodePoint(text, at));
-}
-
 }  // namespace
 
-LikePattern::LikePattern(std::string_view utf8Pattern) {
+char32_t LikePattern::Next(std::string_view text, size_t& at) const {
+  const char32_t code = NextCodePoint(text, at);
+  return letterCase_ == LetterCase::Ignored ? Fold(code) : code;
+}
+
+LikePattern::LikePattern(std::string_view utf8Pattern, LetterCase letterCase)
+    : letterCase_(letterCase) {
   std::u32string pattern;
-  for (size_t at = 0; at < utf8Pattern.size();) pattern += NextFolded(utf8Pattern, at);
+  for (size_t at = 0; at < utf8Pattern.size();) pattern += Next(utf8Pattern, at);
 
   for (size_t at = 0; at < pattern.size();) {
     const char32_t code = pattern[at];
@@ -73,7 +75,8 @@ LikePattern::LikePattern(std::string_view utf8Pattern) {
               });
   if (isNeedle_) {
     for (size_t i = 1; i + 1 < elements_.size(); ++i) needle_ += elements_[i].literal;
-    if (std::all_of(needle_.begin(), needle_.end(), IsCaseless)) {
+    if (letterCase_ == LetterCase::Exact ||
+        std::all_of(needle_.begin(), needle_.end(), IsCaseless)) {
       // A needle follows a run of "*" and is followed by one.
       const size_t first = utf8Pattern.find_first_not_of('*');
       const size_t last = utf8Pattern.find_last_not_of('*');
@@ -102,15 +105,15 @@ void LikePattern::ParseSet(std::u32string_view pattern, size_t& at) {
   elements_.push_back(std::move(set));
 }
 
-bool LikePattern::Element::Accepts(char32_t folded) const {
+bool LikePattern::Element::Accepts(char32_t code) const {
   switch (kind) {
     case Kind::Literal:
-      return folded == literal;
+      return code == literal;
     case Kind::Digit:
-      return folded >= U'0' && folded <= U'9';
+      return code >= U'0' && code <= U'9';
     case Kind::Set: {
       const bool inside = std::any_of(ranges.begin(), ranges.end(), [&](const auto& range) {
-        return folded >= range.first && folded <= range.second;
+        return code >= range.first && code <= range.second;
       });
       return inside != negated;
     }
@@ -127,12 +130,11 @@ bool LikePattern::Matches(std::string_view utf8Text) const {
 bool LikePattern::ContainsNeedle(std::string_view text) const {
   for (size_t start = 0; start < text.size();) {
     size_t at = start;
-    const char32_t first = NextFolded(text, at);
+    const char32_t first = Next(text, at);
     start = at;
     if (first != needle_[0]) continue;
     size_t matched = 1;
-    while (matched < needle_.size() && at < text.size() &&
-           NextFolded(text, at) == needle_[matched]) {
+    while (matched < needle_.size() && at < text.size() && Next(text, at) == needle_[matched]) {
       ++matched;
     }
     if (matched == needle_.size()) return true;
@@ -155,7 +157,7 @@ bool LikePattern::MatchesElements(std::string_view text) const {
     if (at >= text.size()) return element == elements_.size();
     if (element < elements_.size()) {
       size_t next = at;
-      if (elements_[element].Accepts(NextFolded(text, next))) {
+      if (elements_[element].Accepts(Next(text, next))) {
         at = next;
         ++element;
         continue;

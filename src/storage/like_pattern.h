@@ -6,12 +6,14 @@
 
 namespace vorn {
 
+/// Whether capitals and small letters are told apart.
+enum class LetterCase { Ignored, Exact };
+
 /// A pattern of the dialect's LIKE: `*` any characters, `?` one character, `#` one digit,
-/// `[a-z]` one of a set, `[!a-z]` none of a set; letters match without regard to case.
-/// An unclosed `[` stands for itself.
+/// `[a-z]` one of a set, `[!a-z]` none of a set. An unclosed `[` stands for itself.
 class LikePattern {
  public:
-  explicit LikePattern(std::string_view utf8Pattern);
+  explicit LikePattern(std::string_view utf8Pattern, LetterCase letterCase = LetterCase::Ignored);
 
   /// Whether the whole of `utf8Text` matches. Malformed UTF-8 matches nothing but wildcards.
   bool Matches(std::string_view utf8Text) const;
@@ -24,19 +26,21 @@ class LikePattern {
     bool negated = false;
     std::vector<std::pair<char32_t, char32_t>> ranges;
 
-    bool Accepts(char32_t folded) const;
+    bool Accepts(char32_t code) const;
   };
 
+  char32_t Next(std::string_view text, size_t& at) const;
   bool ContainsNeedle(std::string_view utf8Text) const;
   bool MatchesElements(std::string_view utf8Text) const;
   void ParseSet(std::u32string_view pattern, size_t& at);
 
+  LetterCase letterCase_;
   std::vector<Element> elements_;
   // The pattern "*text*" of nearly every search, kept as folded text for a plain scan.
   std::u32string needle_;
   bool isNeedle_ = false;
-  // The needle as UTF-8 when none of its characters has a case: bytes are then compared as they
-  // are, which is several times faster.
+  // The needle as UTF-8 when none of its characters has a case that matters: bytes are then compared
+  // as they are, which is several times faster.
   std::string bytes_;
 };
 

@@ -8,6 +8,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "transfer/pop.h"
+#include "transfer/trusted_certificates.h"
 
 namespace vorn {
 namespace {
@@ -127,8 +128,8 @@ void CheckPlan::LoadReceiving(const Disk& account) {
   pop_.Mode = apop ? kPopReceiveApop : kPopReceive;
   pop_.LoginOnly = false;
   pop_.Encryption = static_cast<Security>(account.Number(u"InMailServerSecurity"));
-  pop_.TrustedCertificates =
-      account.Text(u"InMailServerCertificates").split(u' ', Qt::SkipEmptyParts);
+  pop_.TrustedFingerprints =
+      TrustedCertificates(account.Text(u"InMailServerCertificates")).For(pop_.Server);
 }
 
 // Events come from the event loop only, so none of the new session's finds the old state.

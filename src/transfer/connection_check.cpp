@@ -56,7 +56,7 @@ void ConnectionCheck::Start(const ConnectionTrial& trial) {
   pop_->Password = trial.password;
   pop_->Authenticate = trial.authenticate;
   pop_->LoginOnly = true;
-  pop_->TrustedCertificates = trial.trustedCertificates;
+  pop_->TrustedFingerprints = trial.trustedFingerprints;
   pop_->Mode = trial.isSmtp ? kPopSend : trial.apop ? kPopReceiveApop : kPopReceive;
   pop_->Start();
 }

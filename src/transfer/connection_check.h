@@ -20,7 +20,7 @@ struct ConnectionTrial {
   bool authenticate = true;
   QString user;
   QString password;
-  QStringList trustedCertificates;
+  QStringList trustedFingerprints;
 };
 
 /// Tries a connection: connects, encrypts, logs in and leaves. Nothing is received or sent.

@@ -20,6 +20,10 @@ class MailSession {
   /// Goes on with work that needs no bytes from the server, for a short while.
   /// Returns whether more of it is left.
   virtual bool Work() = 0;
+  /// Everything given out has left: more may be given. For what is too large to give at once.
+  virtual void Drained() {}
+  /// Whether the server has a whole message and is making up its mind, which may take minutes.
+  virtual bool AwaitsDecision() const { return false; }
   /// The encryption that the session asked for stands; the conversation goes on in it.
   virtual void TlsEstablished() = 0;
   /// The server closed the connection, or it broke.

@@ -4,6 +4,7 @@
 #include <QSslCertificate>
 #include <QSslSocket>
 
+#include "transfer/network_words.h"
 #include "transfer/pop3_session.h"
 #include "transfer/smtp_session.h"
 
@@ -35,14 +36,46 @@ void Pop::Start() {
 
 void Pop::Begin() {
   deleted_ = 0;
+  connected_ = false;
   disconnected_ = false;
   events_->SessionStarted();
   refusedCertificate_.clear();
+  session_ = MakeSession();
+  timeout_.start(ConnectTimeoutMs);
+  addresses_ = Addresses;
+  if (!addresses_.isEmpty()) return TryNextAddress();
+  lookup_ = QHostInfo::lookupHost(Server, this, &Pop::TakeAddresses);
+}
+
+void Pop::TakeAddresses(const QHostInfo& info) {
+  if (!busy_ || info.lookupId() != lookup_) return;  // of a session that was cancelled
+  addresses_ = info.addresses();
+  if (!addresses_.isEmpty()) return TryNextAddress();
+  Fail(PopError::Connect, CannotConnect(QAbstractSocket::HostNotFoundError));
+}
+
+// A server may have several addresses, of which some do not answer from here.
+void Pop::TryNextAddress() {
+  const QHostAddress address = addresses_.takeFirst();
+  MakeSocket();
+  timeout_.start(ConnectTimeoutMs);
+  if (Encryption == Security::Tls) {
+    socket_->connectToHostEncrypted(address.toString(), static_cast<quint16>(ServerPort), Server);
+  } else {
+    socket_->connectToHost(address, static_cast<quint16>(ServerPort));
+  }
+}
+
+void Pop::MakeSocket() {
   socket_ = std::make_unique<QSslSocket>();
   socket_->setReadBufferSize(kReadBufferBytes);
   socket_->setPeerVerifyName(Server);
-  session_ = MakeSession();
-  connect(socket_.get(), &QSslSocket::connected, this, [this] { timeout_.start(ReplyTimeoutMs); });
+  connect(socket_.get(), &QSslSocket::connected, this, [this] {
+    connected_ = true;
+    // Small commands go out at once: they wait for no acknowledgement.
+    socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    timeout_.start(Encryption == Security::Tls ? ConnectTimeoutMs : ReplyTimeoutMs);
+  });
   connect(socket_.get(), &QSslSocket::readyRead, this, [this] { pump_.start(0); });
   connect(socket_.get(), &QSslSocket::disconnected, this, [this] {
     disconnected_ = true;
@@ -54,12 +87,34 @@ void Pop::Begin() {
     timeout_.start(ReplyTimeoutMs);
     session_->TlsEstablished();
   });
-  timeout_.start(ConnectTimeoutMs);
-  if (Encryption == Security::Tls) {
-    socket_->connectToHostEncrypted(Server, static_cast<quint16>(ServerPort));
-  } else {
-    socket_->connectToHost(Server, static_cast<quint16>(ServerPort));
-  }
+  const auto written = [this] {
+    WaitForServer();
+    if (socket_->bytesToWrite() == 0 && socket_->encryptedBytesToWrite() == 0) pump_.start(0);
+  };
+  connect(socket_.get(), &QSslSocket::bytesWritten, this, written);
+  connect(socket_.get(), &QSslSocket::encryptedBytesWritten, this, written);
+}
+
+// The socket may be the sender of what is being handled, so it is deleted later.
+void Pop::DropSocket() {
+  if (socket_ == nullptr) return;
+  socket_->disconnect(this);
+  socket_->abort();
+  socket_.release()->deleteLater();
+}
+
+void Pop::WaitForServer() {
+  const bool decides = session_ != nullptr && session_->AwaitsDecision();
+  timeout_.start(decides ? DecisionTimeoutMs : ReplyTimeoutMs);
+}
+
+QString Pop::CannotConnect(QAbstractSocket::SocketError error) const {
+  return QStringLiteral(
+             "サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、"
+             "ネットワークの接続を確認してください。（%3）")
+      .arg(Server)
+      .arg(ServerPort)
+      .arg(SocketReason(error));
 }
 
 std::unique_ptr<MailSession> Pop::MakeSession() {
@@ -86,13 +141,13 @@ void Pop::StartTls() {
 void Pop::VerificationFailed(const QList<QSslError>& errors) {
   const QString fingerprint =
       QString::fromLatin1(socket_->peerCertificate().digest(QCryptographicHash::Sha256).toHex());
-  if (TrustedCertificates.contains(fingerprint)) {
+  if (TrustedFingerprints.contains(fingerprint)) {
     socket_->ignoreSslErrors();
     return;
   }
   refusedCertificate_ = fingerprint;
   QStringList reasons;
-  for (const QSslError& error : errors) reasons.append(error.errorString());
+  for (const QSslError& error : errors) reasons.append(CertificateReason(error.error()));
   reasons.removeDuplicates();
   Fail(PopError::Tls,
        QStringLiteral("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
@@ -100,41 +155,45 @@ void Pop::VerificationFailed(const QList<QSslError>& errors) {
 }
 
 void Pop::SocketFailed() {
-  if (socket_ != nullptr && socket_->error() == QAbstractSocket::SslHandshakeFailedError) {
+  if (socket_ == nullptr) return;
+  if (socket_->error() == QAbstractSocket::SslHandshakeFailedError) {
     Fail(PopError::Tls,
          QStringLiteral("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
                         "設定を確認してください。（%2）")
-             .arg(Server, socket_->errorString()));
+             .arg(Server, SocketReason(socket_->error())));
     return;
   }
-  // A connection that was there ends through `disconnected`, after the last bytes were read.
-  if (socket_ == nullptr || socket_->state() == QAbstractSocket::ConnectedState ||
-      socket_->state() == QAbstractSocket::ClosingState ||
-      socket_->error() == QAbstractSocket::RemoteHostClosedError) {
-    return;
+  if (!connected_) return AddressFailed();
+  // A connection that was there ends after the last bytes were read.
+  if (socket_->state() == QAbstractSocket::UnconnectedState) {
+    disconnected_ = true;
+    pump_.start(0);
   }
-  Fail(PopError::Connect,
-       QStringLiteral("サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、"
-                      "ネットワークの接続を確認してください。（%3）")
-           .arg(Server)
-           .arg(ServerPort)
-           .arg(socket_->errorString()));
+}
+
+void Pop::AddressFailed() {
+  const QAbstractSocket::SocketError error =
+      socket_ != nullptr ? socket_->error() : QAbstractSocket::SocketTimeoutError;
+  DropSocket();
+  if (!addresses_.isEmpty()) return TryNextAddress();
+  Fail(PopError::Connect, CannotConnect(error));
 }
 
 void Pop::TimedOut() {
-  const bool connecting = socket_ != nullptr && socket_->state() != QAbstractSocket::ConnectedState;
+  if (!connected_ && !addresses_.isEmpty()) return AddressFailed();
+  const bool connecting = !connected_;
   Fail(PopError::TimeOut,
        connecting
            ? QStringLiteral("サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの"
                             "接続を確認してください。")
                  .arg(Server)
            : QStringLiteral("サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度"
-                            "受信してください。")
+                            "実行してください。")
                  .arg(Server));
 }
 
 void Pop::Pump() {
-  if (session_ == nullptr) return;
+  if (session_ == nullptr || socket_ == nullptr) return;
   // During a handshake the bytes are the socket's own.
   if (socket_->mode() == QSslSocket::SslClientMode && !socket_->isEncrypted() && !disconnected_) {
     return;
@@ -144,10 +203,14 @@ void Pop::Pump() {
   bool moreWork = false;
   do {
     if (socket_->bytesAvailable() > 0) {
-      timeout_.start(ReplyTimeoutMs);
       session_->Receive(socket_->read(kSliceBytes));
+      WaitForServer();
     }
     moreWork = !session_->Finished() && session_->Work();
+    if (!session_->Finished() && !disconnected_ && socket_->bytesToWrite() == 0 &&
+        socket_->encryptedBytesToWrite() == 0) {
+      session_->Drained();
+    }
   } while (!session_->Finished() && turn.elapsed() < kTurnMs &&
            (moreWork || socket_->bytesAvailable() > 0));
 
@@ -175,6 +238,8 @@ void Pop::End() {
   timeout_.stop();
   pump_.stop();
   session_.reset();
+  addresses_.clear();
+  lookup_ = -1;
   if (socket_ != nullptr) {
     socket_->disconnect(this);
     socket_->close();

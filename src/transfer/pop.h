@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QAbstractSocket>
 #include <QByteArray>
+#include <QHostAddress>
+#include <QHostInfo>
+#include <QList>
 #include <QObject>
 #include <QSslError>
 #include <QString>
@@ -48,12 +52,20 @@ class Pop : public QObject {
   bool LoginOnly = false;
   /// Free text kept for the owner: the plan job that the session serves.
   QString Tag;
+  /// How long each of the server's addresses may take to answer, and an encryption to be agreed.
   int ConnectTimeoutMs = 30000;
+  /// How long the server may be silent.
   int ReplyTimeoutMs = 60000;
+  /// How long it may be silent after a whole message was handed over (RFC 5321 section 4.5.3.2.6).
+  int DecisionTimeoutMs = 600000;
 
   /// Certificates, by their SHA-256 in hexadecimal, that the user trusts for this server although
   /// they cannot be verified.
-  QStringList TrustedCertificates;
+  QStringList TrustedFingerprints;
+
+  /// The server's addresses in the order in which they are tried; when empty, which is usual, the
+  /// name service is asked for them.
+  QList<QHostAddress> Addresses;
 
   /// The message that a send session transmits.
   void SetMessage(const QByteArray& data) { message_ = data; }
@@ -69,6 +81,13 @@ class Pop : public QObject {
 
  private:
   void Begin();
+  void TakeAddresses(const QHostInfo& info);
+  void TryNextAddress();
+  void AddressFailed();
+  void MakeSocket();
+  void DropSocket();
+  void WaitForServer();
+  QString CannotConnect(QAbstractSocket::SocketError error) const;
   std::unique_ptr<MailSession> MakeSession();
   void StartTls();
   void VerificationFailed(const QList<QSslError>& errors);
@@ -84,6 +103,9 @@ class Pop : public QObject {
   int deleted_ = 0;
   std::unique_ptr<QSslSocket> socket_;
   std::unique_ptr<MailSession> session_;
+  QList<QHostAddress> addresses_;  // not tried yet
+  int lookup_ = -1;
+  bool connected_ = false;
   QString refusedCertificate_;
   QTimer timeout_;
   QTimer pump_;  // fires when there is work that waits for no server

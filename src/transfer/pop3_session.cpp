@@ -28,6 +28,15 @@ QByteArray TimestampOf(const QByteArray& greeting) {
   return isPlain && stamp.count('@') == 1 ? stamp : QByteArray();
 }
 
+// What follows a capability's name; nothing when it is not offered.
+QByteArrayList CapabilityArguments(const QByteArray& body, QByteArrayView name) {
+  for (const QByteArray& line : body.split('\n')) {
+    QByteArrayList words = line.simplified().toUpper().split(' ');
+    if (words.takeFirst() == name) return words;
+  }
+  return {};
+}
+
 bool IsCapability(const QByteArray& body, QByteArrayView name) {
   for (const QByteArray& line : body.split('\n')) {
     if (line.trimmed().compare(name, Qt::CaseInsensitive) == 0) return true;
@@ -120,6 +129,11 @@ bool Pop3Session::ReadReply() {
       return false;
   }
   const bool ok = line.startsWith("+OK");
+  if (stage_ == Stage::Password && line.startsWith("+ ") && !pending_.empty() &&
+      pending_.front().command == Command::Auth) {
+    GoOnWithAuth(line);
+    return true;
+  }
   if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pending_.empty())) {
     Fail(PopError::Protocol,
          WithReply(QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
@@ -159,14 +173,22 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
     case Command::Stls:
       StartTls(ok, line);
       break;
+    case Command::Auth:
+      if (ok) {
+        LoggedIn();
+      } else if (mechanism_ == SaslMechanism::CramMd5 && offersUser_) {
+        // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
+        mechanism_ = SaslMechanism::None;
+        Login();
+      } else {
+        LoginRefused(line);
+      }
+      break;
     case Command::User:
     case Command::Pass:
     case Command::Apop:
       if (!ok) {
-        Fail(PopError::Login,
-             WithReply(
-                 QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"),
-                 line));
+        LoginRefused(line);
       } else if (pending.command == Command::User) {
         Send("PASS " + login_.password.toUtf8(), {Command::Pass});
       } else {
@@ -246,6 +268,7 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
 void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
   pipelining_ = IsCapability(capabilities, "PIPELINING");
   if (login_.security != Security::StartTls || encrypted_) {
+    ChooseLogin(capabilities);
     Login();
   } else if (IsCapability(capabilities, "STLS")) {
     Send("STLS", {Command::Stls});
@@ -276,10 +299,46 @@ void Pop3Session::TlsEstablished() {
   Send("CAPA", {Command::Capa});
 }
 
+// The plain login is what every server has. Another one is used where the server has none, and
+// where it keeps the password from being read on the way.
+void Pop3Session::ChooseLogin(const QByteArray& capabilities) {
+  if (login_.apop) return;
+  encrypted_ = encrypted_ || login_.security == Security::Tls;
+  offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
+  const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
+  const SaslMechanism mechanism = ChooseMechanism(offered, encrypted_);
+  const bool hidesPassword = !encrypted_ && mechanism == SaslMechanism::CramMd5;
+  // Servers that list mechanisms without PLAIN refuse its equal, USER, also when they announce it.
+  if (!offersUser_ || hidesPassword || !offered.contains("PLAIN")) mechanism_ = mechanism;
+}
+
+void Pop3Session::BeginAuth() {
+  stage_ = Stage::Password;
+  authStep_ = 0;
+  Send("AUTH " + MechanismName(mechanism_), {Command::Auth});
+}
+
+// Every step waits for the server's "+", so that no line is longer than old servers take.
+void Pop3Session::GoOnWithAuth(const QByteArray& line) {
+  const QByteArray challenge = QByteArray::fromBase64(line.sliced(2));
+  send_(SaslResponse(mechanism_, authStep_++, challenge, login_.user, login_.password).toBase64() +
+        "\r\n");
+}
+
+void Pop3Session::LoginRefused(const QByteArray& line) {
+  Fail(PopError::Login,
+       WithReply(QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"),
+                 line));
+}
+
 void Pop3Session::Login() {
   if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
     Fail(PopError::Login,
          QStringLiteral("ユーザー名かパスワードに改行などの使えない文字があります。"));
+    return;
+  }
+  if (mechanism_ != SaslMechanism::None) {
+    BeginAuth();
     return;
   }
   if (!login_.apop) {

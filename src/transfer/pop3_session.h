@@ -10,6 +10,7 @@
 #include "transfer/pop3_mailbox.h"
 #include "transfer/pop3_reply_reader.h"
 #include "transfer/pop_events.h"
+#include "transfer/sasl.h"
 
 namespace vorn {
 
@@ -23,8 +24,8 @@ struct Pop3Login {
   bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
 };
 
-/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595). A message
-/// is marked for deletion only after a successful `PopEvents::MakeDurable`.
+/// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595, AUTH of RFC
+/// 5034). A message is marked for deletion only after a successful `PopEvents::MakeDurable`.
 class Pop3Session : public MailSession {
  public:
   /// `startTls` begins the handshake on the connection; `TlsEstablished` is called when it is done.
@@ -51,7 +52,7 @@ class Pop3Session : public MailSession {
     Quit,
     Finished
   };
-  enum class Command { Capa, Stls, User, Pass, Apop, List, Uidl, Top, Retr, Dele, Quit };
+  enum class Command { Capa, Stls, Auth, User, Pass, Apop, List, Uidl, Top, Retr, Dele, Quit };
 
   struct Pending {
     Command command;
@@ -65,7 +66,11 @@ class Pop3Session : public MailSession {
   void TakeBody(const Pending& pending, QByteArray body);
   void GreetedAndAsked(const QByteArray& capabilities);
   void StartTls(bool ok, const QByteArray& line);
+  void ChooseLogin(const QByteArray& capabilities);
   void Login();
+  void BeginAuth();
+  void GoOnWithAuth(const QByteArray& line);
+  void LoginRefused(const QByteArray& line);
   void LoggedIn();
   void ListingDone();
   bool IsMultiLine(Command command) const;
@@ -88,6 +93,9 @@ class Pop3Session : public MailSession {
   Stage stage_ = Stage::Greeting;
   std::deque<Pending> pending_;
   bool inBody_ = false;
+  SaslMechanism mechanism_ = SaslMechanism::None;
+  int authStep_ = 0;
+  bool offersUser_ = true;
   bool pipelining_ = false;
   bool wantsHeaders_ = false;
   bool stopped_ = false;  // nothing more is fetched after a message could not be stored

@@ -12,6 +12,7 @@
 #include "transfer/check_plan.h"
 #include "transfer/outgoing_source.h"
 #include "transfer/pop.h"
+#include "transfer/trusted_certificates.h"
 
 namespace vorn {
 namespace {
@@ -192,8 +193,8 @@ bool CheckPlan::StartSending(Disk& message) {
   pop_.Mode = kPopSend;
   pop_.LoginOnly = false;
   pop_.Encryption = static_cast<Security>(account->Number(u"OutMailServerSecurity"));
-  pop_.TrustedCertificates =
-      account->Text(u"OutMailServerCertificates").split(u' ', Qt::SkipEmptyParts);
+  pop_.TrustedFingerprints =
+      TrustedCertificates(account->Text(u"OutMailServerCertificates")).For(pop_.Server);
   pop_.Authenticate = account->Flag(u"OutMailServerAuth");
   pop_.User = account->Text(u"OutMailServerUser");
   pop_.Password = account->Text(u"OutMailServerPassword");

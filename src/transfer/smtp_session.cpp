@@ -9,6 +9,7 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kMaxReply = 64 * 1024;
+constexpr qsizetype kSliceBytes = 256 * 1024;
 
 // An address as it may stand between angle brackets.
 bool IsSafeAddress(const QString& address) {
@@ -289,8 +290,18 @@ void SmtpSession::TakeEnvelopeReply(int code) {
 void SmtpSession::SendBody() {
   stage_ = Stage::Body;
   wire_ += ".\r\n";
-  send_(wire_);
-  wire_.clear();
+  sent_ = 0;
+  Drained();
+}
+
+// A large message goes out in slices, so that the windows stay alive and the progress is true.
+void SmtpSession::Drained() {
+  if (stage_ != Stage::Body || sent_ == wire_.size()) return;
+  events_.Progress(0, wire_.size(), sent_);
+  const qsizetype slice = qMin(kSliceBytes, wire_.size() - sent_);
+  send_(wire_.sliced(sent_, slice));
+  sent_ += slice;
+  if (sent_ == wire_.size()) events_.Progress(0, sent_, sent_);
 }
 
 void SmtpSession::ConnectionLost() {

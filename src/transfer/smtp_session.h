@@ -34,6 +34,8 @@ class SmtpSession : public MailSession {
 
   void Receive(QByteArrayView bytes) override;
   bool Work() override { return false; }
+  void Drained() override;
+  bool AwaitsDecision() const override { return stage_ == Stage::Body && sent_ == wire_.size(); }
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
@@ -80,6 +82,7 @@ class SmtpSession : public MailSession {
   SaslMechanism mechanism_ = SaslMechanism::None;
   int authStep_ = 0;
   QByteArray wire_;
+  qsizetype sent_ = 0;               // bytes of it given out
   std::deque<QByteArray> envelope_;  // commands not sent yet
   size_t awaited_ = 0;               // envelope replies
 };

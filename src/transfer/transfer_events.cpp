@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
@@ -46,6 +47,7 @@ void TransferEvents::Append(const QString& key, const QString& line) {
 
 void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
+  stoppedInSession_ = 0;
   flushFailed_ = false;
   context_.Data.BeginGroup(MailDatabasePath(context_));
   // All the time, since what the user stores meanwhile is gathered as well.
@@ -60,6 +62,9 @@ void TransferEvents::SessionEnded() {
   deleted_ += pop_.DeletedOnServer();
   if (arrivedInSession_ > 0 && !flushFailed_) {
     Log(0, QStringLiteral("メッセージを%1通受信しました。").arg(arrivedInSession_));
+  }
+  if (stoppedInSession_ > 0) {
+    Log(0, QStringLiteral("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
   }
   panel_.ShowStatus(QString(), QString());
 }
@@ -149,13 +154,27 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
   if (exists) ++counts_.known;
 }
 
-void TransferEvents::ReceiveStopTest(const QByteArray&, bool& stop, bool& deleteOnServer) {
-  stop = false;
-  deleteOnServer = false;
+void TransferEvents::ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) {
+  stop = Rules().FirstMatch(header).has_value();
+  if (!stop) return;
+  deleteOnServer = LoadObject(context_, fixed_serial::kRules)->Flag(u"ReceiveStopDelete");
+  ++counts_.stopped;
+  ++stoppedInSession_;
 }
 
 bool TransferEvents::WantsHeaders() {
-  return false;
+  return !Rules().IsEmpty();
+}
+
+// The rules as they are now: the user may change them while a session runs.
+const ReceiveStopRules& TransferEvents::Rules() {
+  const DiskPtr object = LoadObject(context_, fixed_serial::kRules);
+  const QString text = object != nullptr ? object->Text(u"ReceiveStop") : QString();
+  if (!rules_ || text != rulesText_) {
+    rulesText_ = text;
+    rules_.emplace(text);
+  }
+  return *rules_;
 }
 
 void TransferEvents::Error(int, const QString& text) {

@@ -3,10 +3,12 @@
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
+#include <optional>
 
 #include "mail/mail_store.h"
 #include "storage/context.h"
 #include "transfer/pop_events.h"
+#include "transfer/receive_stop_rules.h"
 
 namespace vorn {
 
@@ -63,6 +65,7 @@ class TransferEvents : public QObject, public PopEvents {
   DiskPtr Account() const;
   void Append(const QString& key, const QString& line);
   bool Flush();
+  const ReceiveStopRules& Rules();
 
   Context& context_;
   CheckPlan& plan_;
@@ -75,6 +78,9 @@ class TransferEvents : public QObject, public PopEvents {
   qint64 unflushedBytes_ = 0;
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
+  int stoppedInSession_ = 0;
+  QString rulesText_;
+  std::optional<ReceiveStopRules> rules_;
   QTimer flushTimer_;
 };
 

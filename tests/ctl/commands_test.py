@@ -90,6 +90,27 @@ class Commands(unittest.TestCase):
         self.assertEqual(self.receive(code=1)["errors"], 1)
         self.assertIn("接続できません", self.errors)
 
+    def test_rules_stop_mail_by_its_header(self):
+        (pathlib.Path(self.folder.name) / "sales.eml").write_bytes(b"From: Sales <s@x.example>\r\n\r\n")
+        self.run_ctl("rules", "add", "subject: *", code=2)
+        self.run_ctl("rules", "add", "from: *Sales*")
+        told = json.loads(self.run_ctl("rules", "test", str(pathlib.Path(self.folder.name) / "sales.eml"), "--json"))
+        self.assertEqual(told, {"stop": True, "deleteOnServer": False, "rule": "from: *Sales*"})
+        told = self.run_ctl("rules", "test", "-", stdin=b"From: b@x.example\r\n\r\n")
+        self.assertEqual(told.strip(), "受信します。")
+        self.assertEqual(self.run_ctl("rules", "list").strip(), "from: *Sales*")
+
+    def test_check_tells_of_damage(self):
+        self.add_account()
+        self.receive()
+        self.assertEqual(self.run_ctl("check").count("正常です。"), 3)
+        mail = next(path for path in pathlib.Path(self.data).rglob("*.mbx")
+                    if path.name not in ("navi.mbx", "profile.mbx"))
+        data = bytearray(mail.read_bytes())
+        data[len(data) // 2] ^= 0xFF
+        mail.write_bytes(data)
+        self.run_ctl("check", code=1)
+
     def test_inspect_needs_no_data_folder(self):
         source = pathlib.Path(SAMPLES, "file-rfc2231.eml").read_bytes()
         shown = json.loads(self.run_ctl("inspect", "-", "--json", stdin=source))

@@ -129,7 +129,10 @@ QByteArray LoopbackPop3Server::Listing(const Session& session, bool uidl, const 
   for (qsizetype i = 0; i < session.snapshot.size(); ++i) {
     const ServerMessage& message = session.snapshot[i];
     reply += QByteArray::number(i + 1) + ' ' +
-             (uidl ? message.uidl : QByteArray::number(message.source.size())) + "\r\n";
+             (uidl ? message.uidl
+                   : QByteArray::number(static_cast<qint64>(
+                         static_cast<double>(message.source.size()) * SizeFactor))) +
+             "\r\n";
   }
   return reply + ".\r\n";
 }
@@ -163,7 +166,9 @@ void LoopbackPop3Server::Send(Session& session, const QByteArray& command,
   Write(session, reply);
 }
 
-void LoopbackPop3Server::Write(Session& session, const QByteArray& bytes) {
+void LoopbackPop3Server::Write(Session& session, const QByteArray& reply) {
+  QByteArray bytes = reply;
+  if (BareLineFeeds) bytes.replace("\r\n", "\n");
   if (!ByteByByte) {
     session.socket->write(bytes);
     return;
@@ -177,8 +182,8 @@ void LoopbackPop3Server::Write(Session& session, const QByteArray& bytes) {
 
 void LoopbackPop3Server::ApplyDeletions(Session& session) {
   for (const int number : std::as_const(session.marked)) {
-    const QByteArray uidl = session.snapshot[number - 1].uidl;
-    Messages.removeIf([&uidl](const ServerMessage& message) { return message.uidl == uidl; });
+    const QByteArray source = session.snapshot[number - 1].source;
+    Messages.removeIf([&source](const ServerMessage& message) { return message.source == source; });
   }
   session.marked.clear();
 }

@@ -8,6 +8,8 @@
 #include <QTcpServer>
 #include <memory>
 
+#include "support/fault.h"
+
 class QTcpSocket;
 
 namespace vorn::test {
@@ -15,21 +17,6 @@ namespace vorn::test {
 struct ServerMessage {
   QByteArray uidl;
   QByteArray source;
-};
-
-/// What goes wrong at one command of a session.
-struct Fault {
-  enum class Kind {
-    None,
-    Cut,    ///< send the first `after` bytes of the reply, then break the connection
-    Stall,  ///< send the first `after` bytes of the reply, then nothing more
-    Reply,  ///< answer with `text` instead
-  };
-  Kind kind = Kind::None;
-  QByteArray command;  ///< such as "RETR"; "GREETING" for the greeting
-  int occurrence = 1;  ///< the command's first, second ... time in the session
-  qsizetype after = 0;
-  QByteArray text;
 };
 
 /// A POP3 server on 127.0.0.1 (RFC 1939, CAPA and PIPELINING of RFC 2449) whose behaviour tests
@@ -51,6 +38,10 @@ class LoopbackPop3Server : public QObject {
   bool OffersUidl = true;
   bool OffersTop = true;
   bool ByteByByte = false;
+  /// Lines end with a line feed alone.
+  bool BareLineFeeds = false;
+  /// What LIST says of a message's size, by its real size.
+  double SizeFactor = 1;
   /// Deletes what was marked also when the connection breaks, which the standard forbids.
   bool DeletesOnBreak = false;
   QList<Fault> Faults;

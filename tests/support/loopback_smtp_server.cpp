@@ -17,6 +17,7 @@ struct LoopbackSmtpServer::Session {
   QTcpSocket* socket = nullptr;
   QByteArray buffer;
   bool inData = false;
+  bool dead = false;
   SentMessage message;
 };
 
@@ -34,13 +35,13 @@ void LoopbackSmtpServer::Accept() {
     session->socket = socket;
     connect(socket, &QTcpSocket::readyRead, this, [this, session] { Read(*session); });
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    socket->write("220 loopback ESMTP\r\n");
+    Send(*session, "GREETING", "220 loopback ESMTP\r\n");
   }
 }
 
 void LoopbackSmtpServer::Read(Session& session) {
   session.buffer += session.socket->readAll();
-  for (qsizetype end = session.buffer.indexOf("\r\n"); end >= 0;
+  for (qsizetype end = session.buffer.indexOf("\r\n"); end >= 0 && !session.dead;
        end = session.buffer.indexOf("\r\n")) {
     const QByteArray line = session.buffer.first(end);
     session.buffer.remove(0, end + 2);
@@ -49,7 +50,7 @@ void LoopbackSmtpServer::Read(Session& session) {
       continue;
     }
     const QByteArray verb = line.left(4).toUpper();
-    session.socket->write(Replies.contains(verb) ? Replies[verb] : Reply(session, line));
+    Send(session, verb, Replies.contains(verb) ? Replies[verb] : Reply(session, line));
     if (verb == "QUIT") session.socket->disconnectFromHost();
   }
 }
@@ -79,10 +80,36 @@ void LoopbackSmtpServer::TakeData(Session& session, const QByteArray& line) {
     return;
   }
   session.inData = false;
-  const QByteArray reply = Replies.value(".", "250 accepted\r\n");
+  QByteArray reply = Replies.value(".", "250 accepted\r\n");
+  for (const Fault& fault : Faults) {
+    const bool isNext = fault.command == "." && fault.occurrence == counts_.value(".") + 1;
+    if (isNext && fault.kind == Fault::Kind::Reply) reply = fault.text;
+  }
   if (reply.startsWith('2')) {
     messages_.append(session.message);
     if (OnMessage) OnMessage(session.message);
+  }
+  Send(session, ".", reply);
+}
+
+void LoopbackSmtpServer::Send(Session& session, const QByteArray& command,
+                              const QByteArray& reply) {
+  const int occurrence = ++counts_[command];
+  for (const Fault& fault : Faults) {
+    if (fault.command != command || fault.occurrence != occurrence) continue;
+    if (fault.kind == Fault::Kind::Reply) {
+      // A command that is answered otherwise was not done.
+      if (command == "DATA") session.inData = false;
+      session.socket->write(fault.text);
+      return;
+    }
+    session.socket->write(reply.first(qMin(fault.after, reply.size())));
+    session.dead = true;
+    if (fault.kind == Fault::Kind::Cut) {
+      session.socket->flush();
+      session.socket->disconnectFromHost();
+    }
+    return;
   }
   session.socket->write(reply);
 }

@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+#include "support/fault.h"
+
 class QTcpSocket;
 
 namespace vorn::test {
@@ -32,6 +34,8 @@ class LoopbackSmtpServer : public QObject {
   /// Replies instead of the ordinary ones, by upper-case command ("RCPT", "DATA", "." for the end
   /// of a message).
   QHash<QByteArray, QByteArray> Replies;
+  /// What goes wrong, counted over all sessions.
+  QList<Fault> Faults;
   /// Called for every message accepted.
   std::function<void(const SentMessage&)> OnMessage;
   const QList<SentMessage>& Messages() const { return messages_; }
@@ -43,9 +47,11 @@ class LoopbackSmtpServer : public QObject {
   void Read(Session& session);
   QByteArray Reply(Session& session, const QByteArray& line);
   void TakeData(Session& session, const QByteArray& line);
+  void Send(Session& session, const QByteArray& command, const QByteArray& reply);
 
   QTcpServer server_;
   QList<SentMessage> messages_;
+  QHash<QByteArray, int> counts_;
 };
 
 }  // namespace vorn::test

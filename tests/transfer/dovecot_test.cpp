@@ -1,134 +1,22 @@
-// Receiving through `Pop` from Dovecot, a server that nobody here wrote.
+// Receiving through `Pop` from Dovecot, a server that nobody here wrote: in clear, with APOP and
+// SASL, and over TLS with certificates of every kind.
 
-#include <gtest/gtest.h>
+#include <QSslConfiguration>
+#include <QSslSocket>
 
-#include <QDir>
-#include <QProcess>
-#include <QTcpServer>
-#include <QTcpSocket>
-
-#include "frame/mail_traffic.h"
 #include "mail/mail_store.h"
-#include "support/test_profile.h"
+#include "support/real_servers.h"
+#include "support/traffic.h"
+#include "transfer/trusted_certificates.h"
 
 namespace vorn {
 namespace {
 
-using test::TestProfile;
+using test::Dovecot;
+using test::TestCertificates;
 using test::WaitFor;
 
-class QuietHost : public PlanHost, public StatusPanel {
- public:
-  void PostRequest(const DiskPtr&) override {}
-  void AddEvent(int, int, const QString&, const QString&, const QString&,
-                const QString& text) override {
-    log = text;
-  }
-  void SendAndReceive() override {}
-  QString ChooseAccount(const QString&, const QString&) override { return {}; }
-  void ShowStatus(const QString&, const QString&) override {}
-  QString log;
-};
-
-quint16 FreePort() {
-  QTcpServer probe;
-  probe.listen(QHostAddress::LocalHost);
-  return probe.serverPort();
-}
-
-// Dovecot on a free port of 127.0.0.1, its mail in a folder that goes with the test.
-class Dovecot {
- public:
-  Dovecot() : port_(FreePort()) {
-    // Its own users have to enter the folder.
-    QFile::setPermissions(folder_.path(), QFile::Permissions(0x7755));
-    maildir_ = folder_.filePath(QStringLiteral("mail"));
-    for (const char16_t* part : {u"/new", u"/cur", u"/tmp"}) {
-      QDir().mkpath(maildir_ + QString::fromUtf16(part));
-    }
-    WriteConfiguration();
-  }
-  ~Dovecot() {
-    process_.terminate();
-    process_.waitForFinished(5000);
-  }
-
-  void AddMessage(const QByteArray& name, const QByteArray& source) {
-    QFile file(maildir_ + QStringLiteral("/new/") + QString::fromLatin1(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(source);
-  }
-  int Remaining() const {
-    const auto count = [this](const char16_t* part) {
-      return QDir(maildir_ + QString::fromUtf16(part)).entryList(QDir::Files).size();
-    };
-    return static_cast<int>(count(u"/new") + count(u"/cur"));
-  }
-  bool Start() {
-    HandOverMail();
-    process_.start(QStringLiteral("dovecot"), {QStringLiteral("-F"), QStringLiteral("-c"),
-                                               folder_.filePath(QStringLiteral("dovecot.conf"))});
-    return process_.waitForStarted() && WaitFor([this] {
-             QTcpSocket socket;
-             socket.connectToHost(QHostAddress::LocalHost, port_);
-             return socket.waitForConnected(100);
-           });
-  }
-  quint16 Port() const { return port_; }
-
- private:
-  void HandOverMail() const {
-    QProcess::execute(QStringLiteral("chown"),
-                      {QStringLiteral("-R"), QStringLiteral("mail:mail"), maildir_});
-  }
-  void WriteConfiguration() const {
-    const QString text = QStringLiteral(
-        "protocols = pop3\n"
-        "base_dir = %1/run\n"
-        "log_path = %1/log\n"
-        "ssl = no\n"
-        "disable_plaintext_auth = no\n"
-        "auth_mechanisms = plain login apop\n"
-        "default_login_user = dovenull\n"
-        "default_internal_user = dovecot\n"
-        "first_valid_uid = 1\n"
-        "mail_location = maildir:%1/mail\n"
-        "mail_access_groups = mail\n"
-        "passdb {\n  driver = static\n  args = password={PLAIN}secret\n}\n"
-        "userdb {\n  driver = static\n  args = uid=mail gid=mail home=%1\n}\n"
-        "service pop3-login {\n  inet_listener pop3 {\n    address = 127.0.0.1\n    port = %2\n  "
-        "}\n"
-        "  inet_listener pop3s {\n    port = 0\n  }\n}\n"
-        "service stats {\n  chroot =\n}\n");
-    QFile file(folder_.filePath(QStringLiteral("dovecot.conf")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text.arg(folder_.path()).arg(port_).toUtf8());
-  }
-
-  QTemporaryDir folder_;
-  QString maildir_;
-  quint16 port_;
-  QProcess process_;
-};
-
-class DovecotTest : public testing::TestWithParam<bool> {
- protected:
-  ReceiveCounts Receive() {
-    const ReceiveCounts before = traffic_.Events().Counts();
-    traffic_.Plan().CreateMessagePlan(kPlanReceive);
-    EXPECT_TRUE(WaitFor([this] {
-      traffic_.Tick();
-      return traffic_.Plan().IsEmpty();
-    }));
-    const ReceiveCounts after = traffic_.Events().Counts();
-    EXPECT_EQ(after.errors, before.errors) << host_.log.toStdString();
-    return {after.stored - before.stored, after.known - before.known, 0, 0, 0};
-  }
-
-  TestProfile profile_;
-  QuietHost host_;
-  MailTraffic traffic_{profile_.Get(), host_, host_};
-};
+class DovecotTest : public test::TrafficTest, public testing::WithParamInterface<bool> {};
 
 TEST_P(DovecotTest, SourcesAreStoredByteForByteOnceAndDeletedOnlyWhenTold) {
   Dovecot dovecot;
@@ -144,7 +32,7 @@ TEST_P(DovecotTest, SourcesAreStoredByteForByteOnceAndDeletedOnlyWhenTold) {
   }
   ASSERT_TRUE(dovecot.Start());
   const DiskPtr account = profile_.AddAccount(dovecot.Port(), false, GetParam());
-  EXPECT_EQ(Receive().stored, sources.size());
+  EXPECT_EQ(Receive().stored, sources.size()) << LastLog().toStdString();
 
   MailStore store(profile_.Get());
   for (const QVariant& serial : profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
@@ -164,6 +52,101 @@ TEST_P(DovecotTest, SourcesAreStoredByteForByteOnceAndDeletedOnlyWhenTold) {
 
 INSTANTIATE_TEST_SUITE_P(Logins, DovecotTest, testing::Values(false, true),
                          [](const auto& login) { return login.param ? "Apop" : "UserPass"; });
+
+class DovecotTlsTest : public test::TrafficTest {
+ protected:
+  void SetUp() override {
+    saved_ = QSslConfiguration::defaultConfiguration();
+    QSslConfiguration configuration = saved_;
+    configuration.addCaCertificates(certificates_.Authority());
+    QSslConfiguration::setDefaultConfiguration(configuration);
+  }
+  void TearDown() override { QSslConfiguration::setDefaultConfiguration(saved_); }
+
+  std::unique_ptr<Dovecot> Serve(TestCertificates::Kind kind) {
+    auto dovecot =
+        std::make_unique<Dovecot>(certificates_.Certificate(kind), certificates_.Key(kind));
+    dovecot->AddMessage("one", "Subject: one\n\ntext\n");
+    EXPECT_TRUE(dovecot->Start());
+    return dovecot;
+  }
+  // One session with the first account as it stands.
+  ReceiveCounts ReceiveWith(const DiskPtr& account, const Dovecot& dovecot, Security security) {
+    account->Let(QStringLiteral("InMailServer"), QStringLiteral("localhost"));
+    account->Let(QStringLiteral("InMailServerSecurity"), static_cast<int>(security));
+    account->Let(QStringLiteral("InMailServerPort"),
+                 security == Security::Tls ? dovecot.TlsPort() : dovecot.Port());
+    return Receive();
+  }
+
+  TestCertificates certificates_;
+  QSslConfiguration saved_;
+};
+
+TEST_F(DovecotTlsTest, ATrustedCertificateIsTakenAndTheLoginIsNeverInClear) {
+  const auto dovecot = Serve(TestCertificates::Kind::Valid);
+  const DiskPtr account = profile_.AddAccount(1);
+  EXPECT_EQ(ReceiveWith(account, *dovecot, Security::StartTls).stored, 1)
+      << LastLog().toStdString();
+  EXPECT_EQ(ReceiveWith(account, *dovecot, Security::Tls).known, 1) << LastLog().toStdString();
+  // The other way of encrypting at each port fails with a sentence instead of hanging.
+  traffic_.Control().ConnectTimeoutMs = 2000;
+  traffic_.Control().ReplyTimeoutMs = 2000;
+  account->Let(QStringLiteral("InMailServerPort"), dovecot->Port());
+  EXPECT_EQ(Receive().errors, 1);
+  EXPECT_TRUE(LastLog().contains(QStringLiteral("暗号化"))) << LastLog().toStdString();
+}
+
+TEST_F(DovecotTlsTest, ACertificateThatCannotBeVerifiedStopsTheSession) {
+  const std::pair<TestCertificates::Kind, QString> cases[] = {
+      {TestCertificates::Kind::SelfSigned, QStringLiteral("自身が署名")},
+      {TestCertificates::Kind::WrongName, QStringLiteral("サーバー名のものではありません")},
+      {TestCertificates::Kind::Expired, QStringLiteral("有効期限が切れています")}};
+  const DiskPtr account = profile_.AddAccount(1);
+  for (const auto& [kind, reason] : cases) {
+    const auto dovecot = Serve(kind);
+    for (const Security security : {Security::StartTls, Security::Tls}) {
+      EXPECT_EQ(ReceiveWith(account, *dovecot, security).stored, 0);
+      EXPECT_TRUE(LastLog().contains(reason)) << LastLog().toStdString();
+      EXPECT_FALSE(traffic_.Control().RefusedCertificate().isEmpty());
+    }
+  }
+}
+
+TEST_F(DovecotTlsTest, AnExceptionCountsForOneServerAndOneCertificate) {
+  const DiskPtr account = profile_.AddAccount(1);
+  const QString key = QStringLiteral("InMailServerCertificates");
+  const auto dovecot = Serve(TestCertificates::Kind::SelfSigned);
+  EXPECT_EQ(ReceiveWith(account, *dovecot, Security::Tls).errors, 1);
+  TrustedCertificates trusted;
+  trusted.Add(QStringLiteral("elsewhere.example"), traffic_.Control().RefusedCertificate());
+  account->Let(key, trusted.Stored());
+  EXPECT_EQ(ReceiveWith(account, *dovecot, Security::Tls).errors, 1);
+  trusted.Add(QStringLiteral("localhost"), traffic_.Control().RefusedCertificate());
+  account->Let(key, trusted.Stored());
+  EXPECT_EQ(ReceiveWith(account, *dovecot, Security::Tls).stored, 1) << LastLog().toStdString();
+  const auto other = Serve(TestCertificates::Kind::Expired);
+  EXPECT_EQ(ReceiveWith(account, *other, Security::Tls).errors, 1);
+}
+
+TEST_F(DovecotTlsTest, SaslMechanismsLogIn) {
+  for (const char16_t* mechanisms : {u"cram-md5", u"plain login cram-md5", u"plain", u"login"}) {
+    Dovecot dovecot(certificates_.Certificate(TestCertificates::Kind::Valid),
+                    certificates_.Key(TestCertificates::Kind::Valid));
+    dovecot.Mechanisms = QString::fromUtf16(mechanisms);
+    dovecot.AddMessage("one", "Subject: one\n\ntext\n");
+    ASSERT_TRUE(dovecot.Start());
+    const DiskPtr account = profile_.AddAccount(1);
+    for (const Security security : {Security::None, Security::Tls}) {
+      EXPECT_EQ(ReceiveWith(account, dovecot, security).errors, 0)
+          << dovecot.Mechanisms.toStdString() << LastLog().toStdString();
+    }
+    account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("wrong"));
+    EXPECT_EQ(ReceiveWith(account, dovecot, Security::None).errors, 1);
+    EXPECT_TRUE(LastLog().contains(QStringLiteral("パスワードを確認")));
+    account->Let(QStringLiteral("Enabled"), false);
+  }
+}
 
 }  // namespace
 }  // namespace vorn

@@ -2,70 +2,29 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/mail_traffic.h"
 #include "mail/mail_store.h"
 #include "support/loopback_pop3_server.h"
-#include "support/test_profile.h"
+#include "support/traffic.h"
 
 namespace vorn {
 namespace {
 
 using test::Fault;
 using test::LoopbackPop3Server;
-using test::TestProfile;
 using test::WaitFor;
 
-class Host : public PlanHost, public StatusPanel {
- public:
-  void PostRequest(const DiskPtr& request) override { requests.append(request); }
-  void AddEvent(int level, int, const QString&, const QString&, const QString&,
-                const QString& text) override {
-    levels.append(level);
-    log.append(text);
-  }
-  void SendAndReceive() override { ++periodic; }
-  QString ChooseAccount(const QString&, const QString&) override { return {}; }
-  void ShowStatus(const QString& text, const QString& icon) override {
-    if (icon == u"maildown") progress.append(text);
-  }
-
-  QList<DiskPtr> requests;
-  QList<int> levels;
-  QStringList log, progress;
-  int periodic = 0;
-};
-
-class ReceiveTest : public testing::Test {
+class ReceiveTest : public test::TrafficTest {
  protected:
   void SetUp() override { ASSERT_TRUE(server_.Listen()); }
 
-  // One receive run over all accounts; what it added to the counts.
-  ReceiveCounts Receive() {
-    const ReceiveCounts before = traffic_.Events().Counts();
-    traffic_.Plan().CreateMessagePlan(kPlanReceive);
-    EXPECT_TRUE(WaitFor([this] {
-      traffic_.Tick();
-      return traffic_.Plan().IsEmpty();
-    }));
-    EXPECT_FALSE(traffic_.Control().Busy());
-    const ReceiveCounts after = traffic_.Events().Counts();
-    return {after.stored - before.stored, after.known - before.known,
-            after.stopped - before.stopped, 0, after.errors - before.errors};
-  }
   void AddMessages(int count) {
     for (int i = 0; i < count; ++i) {
       server_.AddMessage("uid" + QByteArray::number(i),
                          "Subject: " + QByteArray::number(i) + "\r\n\r\n.leading dot\r\ntext\r\n");
     }
   }
-  qsizetype Rows() {
-    return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();
-  }
 
   LoopbackPop3Server server_;
-  TestProfile profile_;
-  Host host_;
-  MailTraffic traffic_{profile_.Get(), host_, host_};
 };
 
 TEST_F(ReceiveTest, SamplesAreStoredByteForByteAndOnlyOnce) {
@@ -129,41 +88,6 @@ TEST_F(ReceiveTest, DeletionLeavesTheServerEmptyAndTheStoreFull) {
   EXPECT_EQ(traffic_.Events().DeletedOnServer(), 5);
   EXPECT_TRUE(server_.Messages.isEmpty());
   EXPECT_EQ(Rows(), 5);
-}
-
-// What is stored plus what is on the server is every message, and none is stored twice, wherever
-// the connection breaks, and also on a server that deletes when it should not.
-TEST_F(ReceiveTest, ACutAnywhereLosesNothing) {
-  AddMessages(8);
-  server_.DeletesOnBreak = true;
-  const DiskPtr account = profile_.AddAccount(server_.Port(), true);
-  const auto all = server_.Messages;
-  for (const auto& [command, occurrence, after] :
-       std::initializer_list<std::tuple<const char*, int, int>>{{"GREETING", 1, 3},
-                                                                {"PASS", 1, 0},
-                                                                {"LIST", 1, 10},
-                                                                {"UIDL", 1, 12},
-                                                                {"RETR", 1, 0},
-                                                                {"RETR", 2, 30},
-                                                                {"RETR", 3, 5},
-                                                                {"DELE", 1, 0},
-                                                                {"DELE", 3, 2},
-                                                                {"QUIT", 1, 0}}) {
-    server_.Faults = {{Fault::Kind::Cut, command, occurrence, after, {}}};
-    const ReceiveCounts counts = Receive();
-    EXPECT_EQ(counts.errors, qstrcmp(command, "QUIT") == 0 ? 0 : 1) << command << occurrence;
-    const auto stored = profile_.Select(QStringLiteral("SELECT FIELD_ID AS V FROM mail"));
-    QSet<QString> present;
-    for (const QVariant& id : stored) present.insert(id.toString().section(u'/', -1));
-    EXPECT_EQ(present.size(), stored.size()) << "stored twice";
-    for (const test::ServerMessage& message : server_.Messages) {
-      present.insert(QString::fromLatin1(message.uidl));
-    }
-    EXPECT_EQ(present.size(), all.size()) << "lost after " << command << occurrence;
-  }
-  server_.Faults.clear();
-  Receive();
-  EXPECT_EQ(Rows(), all.size());
 }
 
 TEST_F(ReceiveTest, FailuresAreToldInJapaneseAndLeaveTheControlIdle) {

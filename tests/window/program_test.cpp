@@ -1,9 +1,4 @@
-// The whole program as a user meets it: real windows, real clicks and keys, the real browser
-// engine and a POP3 server on loopback.
-
-#include "frame/window/program.h"
-
-#include <gtest/gtest.h>
+// The whole program as a user meets it: from the login to received, answered and sent mail.
 
 #include <QApplication>
 #include <QComboBox>
@@ -22,123 +17,16 @@
 #include <QTreeWidget>
 #include <QWebEngineView>
 
-#include "frame/window/login_window.h"
-#include "frame/window/parent_window.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
-#include "present/window/browser_window.h"
-#include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
-#include "support/test_profile.h"
-#include "support/window_driving.h"
+#include "window/program_fixture.h"
 
 namespace vorn {
 namespace {
-
-using test::InModal;
-using test::LoopbackPop3Server;
-using test::NextMessageBox;
-using test::TestProfile;
-using test::TopLevel;
-using test::WaitFor;
-
-class ProgramTest : public testing::Test {
- protected:
-  void SetUp() override { ASSERT_TRUE(server_.Listen()); }
-  void TearDown() override { EndProgram(); }
-
-  // A data folder with a profile, an account and the first messages received by hand.
-  void Prepare(const QString& password, int rowsPerPage = 100) {
-    TestProfile profile(password);
-    profile.AddAccount(server_.Port());
-    const DiskPtr settings = Settings(profile.Get());
-    settings->Let(QStringLiteral("Messages"), rowsPerPage);
-    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
-    profile.Get().Data.CloseAll();
-    CopyFolder(profile.Folder(), Folder());
-  }
-  static void CopyFolder(const QString& from, const QString& to) {
-    QDir().mkpath(to);
-    for (const QFileInfo& entry :
-         QDir(from).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot)) {
-      const QString target = to + u'/' + entry.fileName();
-      if (entry.isDir()) {
-        CopyFolder(entry.filePath(), target);
-      } else {
-        QFile::copy(entry.filePath(), target);
-      }
-    }
-  }
-  void StartProgram() {
-    program_ = std::make_unique<Program>(Folder());
-    ASSERT_TRUE(program_->Start());
-  }
-  void LogInWith(const QString& password) {
-    auto* login = TopLevel<LoginWindow>();
-    ASSERT_NE(login, nullptr);
-    QTest::keyClicks(login->findChild<QLineEdit*>(QStringLiteral("txPassword")), password);
-    QTest::keyClick(login, Qt::Key_Return);
-  }
-  void AwaitInbox() {
-    ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
-  }
-  void EndProgram() {
-    if (program_ == nullptr) return;
-    if (ParentWindow* parent = program_->Parent()) parent->close();
-    WaitFor([this] { return program_->Parent() == nullptr; });
-    program_.reset();
-    WaitFor([] { return false; }, 50);
-  }
-
-  QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
-  BrowserWindow* Browser() const {
-    ParentWindow* parent = program_->Parent();
-    return parent == nullptr ? nullptr : parent->findChild<BrowserWindow*>();
-  }
-  QWebEngineView* View() const { return Browser()->findChild<QWebEngineView*>(); }
-  QString PageText() const {
-    QString text;
-    bool done = false;
-    View()->page()->toPlainText([&](const QString& result) {
-      text = result;
-      done = true;
-    });
-    WaitFor([&done] { return done; });
-    return text;
-  }
-  void Receive() {
-    QTest::keyClick(program_->Parent(), Qt::Key_M, Qt::ControlModifier);
-    const int before = program_->Parent()->Traffic().Events().Counts().stored;
-    EXPECT_TRUE(WaitFor([this, before] {
-      return program_->Parent()->Traffic().Events().Counts().stored > before &&
-             !program_->Parent()->Traffic().Control().Busy();
-    }));
-  }
-  void AddMessages(int count) {
-    for (int i = 1; i <= count; ++i) {
-      server_.AddMessage("u" + QByteArray::number(i),
-                         "From: =?UTF-8?B?5L2Q6Jek?= <sato@example.jp>\r\nTo: y@example.org\r\n"
-                         "Message-ID: <1@example.jp>\r\n"
-                         "Subject: =?UTF-8?B?5Lya6K2w?= " +
-                             QByteArray::number(i) +
-                             "\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n本文" +
-                             QByteArray::number(i) + "\r\n");
-    }
-  }
-  // Clicks at a point of the page as a user does.
-  void ClickPage(const QPoint& at) {
-    QWidget* target = View()->focusProxy();
-    QTest::mouseMove(target, at);
-    QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, at);
-  }
-
-  QTemporaryDir folder_;
-  LoopbackPop3Server server_;
-  std::unique_ptr<Program> program_;
-};
 
 TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   StartProgram();

@@ -134,6 +134,19 @@ void ConsoleTree::AddEventNode(const QString& serialId, const QString& title, co
   log->setExpanded(true);
 }
 
+bool ConsoleTree::HasEvents() const {
+  const QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
+  return log != nullptr && log->childCount() > 0;
+}
+
+void ConsoleTree::RemoveEvents() {
+  if (!HasEvents()) return;
+  for (QTreeWidgetItem* event : nodes_.value(fixed_serial::kEventLog)->takeChildren()) {
+    nodes_.remove(event->data(0, kKeyRole).toString());
+    delete event;
+  }
+}
+
 void ConsoleTree::SelectNode(const QString& serialId) {
   const QSignalBlocker quiet(this);
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);

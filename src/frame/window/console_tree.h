@@ -21,6 +21,8 @@ class ConsoleTree : public QTreeWidget {
   void RefreshNode(const QString& serialId);
   QString NodeText(const QString& serialId) const;
   void AddEventNode(const QString& serialId, const QString& title, const QString& icon);
+  bool HasEvents() const;
+  void RemoveEvents();
   void SelectNode(const QString& serialId);
 
  Q_SIGNALS:

@@ -1,13 +1,14 @@
 #include "frame/window/parent_window.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMenuBar>
 #include <QMessageBox>
+#include <QSoundEffect>
 #include <QSplitter>
+#include <QUrl>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
@@ -23,6 +24,8 @@
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
 #include "storage/window/control_state.h"
+#include "transfer/window/rule_window.h"
+#include "transfer/window/task_tray.h"
 
 namespace vorn {
 namespace {
@@ -46,10 +49,12 @@ ParentWindow::ParentWindow(Context& context)
       sbStatus_(new MainStatusBar(this)),
       traffic_(context, *this, *sbStatus_),
       tvConsole_(new ConsoleTree(context)),
-      area_(new QMdiArea) {
+      area_(new QMdiArea),
+      mmSound_(new QSoundEffect(this)) {
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   area_->setObjectName(QStringLiteral("mdiArea"));
+  mmSound_->setObjectName(QStringLiteral("mmSound"));
 
   auto* splitter = new QSplitter;
   splitter->addWidget(tvConsole_);
@@ -73,61 +78,6 @@ ParentWindow::~ParentWindow() {
   closing_ = true;
   // The browser windows hold pages of profiles that this window owns.
   for (QMdiSubWindow* child : area_->subWindowList()) delete child;
-}
-
-void ParentWindow::BuildMenus() {
-  const auto tools = [this](QMenu* menu, int index, const QString& text) {
-    return menu->addAction(text, this, [this, index] { menuTools_Click(index); });
-  };
-  BuildFileMenu();
-  QMenu* tool = menuBar()->addMenu(QStringLiteral("ツール(&T)"));
-  tool->setObjectName(QStringLiteral("menuTools"));
-  tools(tool, kToolsReceive, QStringLiteral("メッセージ送受信(&M)"))
-      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
-  QAction* cancel = tools(tool, kToolsCancel, QStringLiteral("送受信の中止(&C)"));
-  tool->addSeparator();
-  tools(tool, kToolsSettings, QStringLiteral("設定(&O).."));
-  tool->addSeparator();
-  tools(tool, kToolsVersion, QStringLiteral("バージョン情報(&V).."));
-  connect(tool, &QMenu::aboutToShow, this,
-          [this, cancel] { cancel->setEnabled(traffic_.Control().Busy()); });
-
-  QMenu* window = menuBar()->addMenu(QStringLiteral("ウィンドウ(&W)"));
-  window->setObjectName(QStringLiteral("menuWindows"));
-  window->addAction(QStringLiteral("重ねて表示(&C)"), area_, &QMdiArea::cascadeSubWindows);
-  window->addAction(QStringLiteral("並べて表示(&T)"), area_, &QMdiArea::tileSubWindows);
-  window->addAction(QStringLiteral("次のウィンドウ(&N)"), area_, &QMdiArea::activateNextSubWindow)
-      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
-}
-
-void ParentWindow::BuildFileMenu() {
-  QMenu* file = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
-  file->setObjectName(QStringLiteral("menuFiles"));
-  QMenu* create = file->addMenu(QStringLiteral("新規作成(&N)"));
-  create->setObjectName(QStringLiteral("menuFilesNew"));
-  const auto entry = [this, create](const QString& text, const QString& type) {
-    create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
-  };
-  create->addAction(QStringLiteral("メッセージ(&M).."), this, &ParentWindow::NewMessage)
-      ->setShortcut(QKeySequence::New);
-  create->addSeparator();
-  entry(QStringLiteral("アカウント(&A).."), object_type::kAccount);
-  entry(QStringLiteral("フォルダ(&F).."), object_type::kFolder);
-  entry(QStringLiteral("アドレスブック(&D).."), object_type::kBook);
-  entry(QStringLiteral("ブックマーク(&B).."), object_type::kBookmark);
-  entry(QStringLiteral("プロファイル(&P).."), object_type::kProfile);
-  file->addSeparator();
-  const QList<QAction*> onNode = {
-      file->addAction(QStringLiteral("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
-      file->addAction(QStringLiteral("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
-      file->addAction(QStringLiteral("プロパティ(&R).."), tvConsole_,
-                      &ConsoleTree::ShowProperties)};
-  connect(file, &QMenu::aboutToShow, this, [this, onNode] {
-    for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
-  });
-  file->addSeparator();
-  file->addAction(QStringLiteral("終了(&X)"), this, &QWidget::close)
-      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
 }
 
 void ParentWindow::ConnectTree() {
@@ -199,6 +149,9 @@ void ParentWindow::menuTools_Click(int index) {
       sbStatus_->clearMessage();
       traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
       break;
+    case kToolsRules:
+      PostDialog(fixed_serial::kRules, fixed_serial::kRules, kShowModal, QString());
+      break;
     case kToolsSettings:
       PostDialog(fixed_serial::kSettings, fixed_serial::kSettings, kShowModal,
                  QStringLiteral("public"));
@@ -252,10 +205,11 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
     Track(window, window);
     return window;
   }
-  if (status == u"rule") return nullptr;
   EditingWindow* window = nullptr;
   if (status == fixed_serial::kSettings) {
     window = new SettingsWindow(context_, this);
+  } else if (status == fixed_serial::kRules) {
+    window = new RuleWindow(context_, this);
   } else {
     window = new ObjectsWindow(context_, events_, this);
   }
@@ -287,7 +241,11 @@ void ParentWindow::ArrangeWindows() {
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
-  if (!Settings(context_)->Flag(u"MessageNoticeDialog")) return;
+  if (Settings(context_)->Flag(u"MessageNoticeDialog")) AskToOpen(request);
+  PlayNoticeSound();
+}
+
+void ParentWindow::AskToOpen(const Disk& request) {
   QMessageBox question(QMessageBox::Question, kApplicationTitle,
                        QStringLiteral("新着メッセージを受信しました。今すぐ開きますか？"),
                        QMessageBox::Ok | QMessageBox::Cancel, this);
@@ -298,10 +256,27 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
   }
 }
 
+void ParentWindow::PlayNoticeSound() {
+  const DiskPtr settings = Settings(context_);
+  const QString file = settings->Text(u"MessageNoticeSoundFile");
+  if (!settings->Flag(u"MessageNoticeSound") || !QFileInfo(file).isFile()) return;
+  mmSound_->setSource(QUrl::fromLocalFile(file));
+  mmSound_->play();
+}
+
 void ParentWindow::ApplySettings() {
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
+  ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
   for (auto* browser : area_->findChildren<BrowserWindow*>()) browser->ControlToolbarUpdate();
+}
+
+void ParentWindow::ShowTaskTray(bool shown) {
+  if (!shown) {
+    tasktray_.reset();
+  } else if (tasktray_ == nullptr) {
+    tasktray_ = std::make_unique<TaskTray>(windowIcon(), version_, exit_, this);
+  }
 }
 
 QString ParentWindow::NodeText(const QString& serialId) const {
@@ -386,6 +361,7 @@ void ParentWindow::OpenEvent(const QString& serialId) {
 void ParentWindow::closeEvent(QCloseEvent* event) {
   tmDialog_.stop();
   tmPlan_.stop();
+  tasktray_.reset();
   KeepWindowPlacement(context_, *this, objectName());
   SaveMarkedObjects(context_);
   queue_.Clear();

@@ -13,11 +13,14 @@
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
 
+class QAction;
 class QMdiArea;
+class QSoundEffect;
 
 namespace vorn {
 
 class BrowserWindow;
+class TaskTray;
 
 /// The main window "parent": the console tree, the browser windows in their area, the menus and the
 /// status bar. It owns the request queue and the mail traffic and drives both by its timers.
@@ -72,10 +75,15 @@ class ParentWindow : public QMainWindow,
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsSettings, kToolsVersion };
+  enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsRules, kToolsSettings, kToolsVersion };
 
   void BuildMenus();
   void BuildFileMenu();
+  void BuildDisplayMenu();
+  void ClearEvents();
+  void AskToOpen(const Disk& request);
+  void PlayNoticeSound();
+  void ShowTaskTray(bool shown);
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);
@@ -100,6 +108,10 @@ class ParentWindow : public QMainWindow,
   MailTraffic traffic_;
   ConsoleTree* tvConsole_;
   QMdiArea* area_;
+  QSoundEffect* mmSound_;
+  std::unique_ptr<TaskTray> tasktray_;
+  QAction* version_ = nullptr;  // the menu entries that the notification area's menu shares
+  QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
   std::vector<RequestWindow*> windows_;

@@ -25,6 +25,7 @@ class Program : public QObject {
   bool Start();
   /// The main window, once a profile is loaded; null before and after.
   ParentWindow* Parent() const;
+  Context& GetContext() { return context_; }
 
  private:
   bool Refuse(const QString& reason) const;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "objects/object_types.h"
+#include "transfer/trusted_certificates.h"
 
 namespace vorn {
 namespace {
@@ -16,6 +17,7 @@ const QList<int> kPop3Ports = {110, 110, 995};
 const QList<int> kSmtpPorts = {25, 587, 465};
 
 constexpr int kResultLines = 3;
+constexpr qsizetype kShownDigits = 16;
 
 bool HasControlCharacter(const QString& text) {
   return std::any_of(text.begin(), text.end(),
@@ -93,11 +95,24 @@ void ServerPage::AddCheckButton() {
   Layout().addRow(QString(), trust_);
   connect(try_, &QPushButton::clicked, this, &ServerPage::TryConnection);
   connect(trust_, &QPushButton::clicked, this, [this] {
-    QStringList trusted = trusted_->text().split(u' ', Qt::SkipEmptyParts);
-    trusted.append(check_.RefusedCertificate());
-    trusted_->setText(trusted.join(u' '));
+    TrustedCertificates trusted(trusted_->text());
+    trusted.Add(server_->text(), check_.RefusedCertificate());
+    trusted_->setText(trusted.Stored());
     TryConnection();
   });
+  exception_ = new QLabel(this);
+  exception_->setObjectName(QStringLiteral("lbTrust") + prefix_);
+  exception_->setWordWrap(true);
+  exception_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+  Layout().addRow(exception_);
+  connect(exception_, &QLabel::linkActivated, this, [this] {
+    TrustedCertificates trusted(trusted_->text());
+    trusted.RemoveFor(server_->text());
+    trusted_->setText(trusted.Stored());
+  });
+  connect(trusted_, &QLineEdit::textChanged, this, &ServerPage::ShowException);
+  connect(server_, &QLineEdit::textChanged, this, &ServerPage::ShowException);
+  ShowException();
 }
 
 ConnectionTrial ServerPage::Trial() const {
@@ -105,7 +120,7 @@ ConnectionTrial ServerPage::Trial() const {
   trial.server = server_->text();
   trial.port = port_->text().toInt();
   trial.security = static_cast<Security>(security_->currentIndex());
-  trial.trustedCertificates = trusted_->text().split(u' ', Qt::SkipEmptyParts);
+  trial.trustedFingerprints = TrustedCertificates(trusted_->text()).For(trial.server);
   return trial;
 }
 
@@ -119,6 +134,18 @@ void ServerPage::TryConnection() {
   try_->setEnabled(false);
   result_->setText(QStringLiteral("接続しています…"));
   check_.Start(Trial());
+}
+
+// The exception that counts for the server as it is named now.
+void ServerPage::ShowException() {
+  QStringList lines;
+  for (const QString& fingerprint : TrustedCertificates(trusted_->text()).For(server_->text())) {
+    lines.append(fingerprint.left(kShownDigits).toUpper());
+  }
+  exception_->setVisible(!lines.isEmpty());
+  exception_->setText(QStringLiteral("確認できない証明書を信頼しています（SHA-256 %1…）。"
+                                     "<a href=\"#\">取り消す</a>")
+                          .arg(lines.join(QStringLiteral("…、"))));
 }
 
 void ServerPage::ShowResult(bool ok, const QString& text) {

@@ -44,6 +44,7 @@ class ServerPage : public FormPage {
   void FollowSecurity();
   void TryConnection();
   void ShowResult(bool ok, const QString& text);
+  void ShowException();
 
   QString prefix_;
   QList<int> ports_;  // by security
@@ -52,6 +53,7 @@ class ServerPage : public FormPage {
   QComboBox* security_ = nullptr;
   QPushButton* try_ = nullptr;
   QPushButton* trust_ = nullptr;
+  QLabel* exception_ = nullptr;
   QLabel* result_ = nullptr;
   QLineEdit* trusted_ = nullptr;
   ConnectionCheck check_;

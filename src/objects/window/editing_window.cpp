@@ -10,6 +10,7 @@
 
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
 
 namespace vorn {
 namespace {
@@ -122,6 +123,16 @@ void EditingWindow::TakeOver(const Disk& saved) {
       loaded->Let(source->NameAt(i), source->Get(source->NameAt(i)));
     }
   }
+}
+
+bool EditingWindow::SaveEdited(const DiskPtr& bag) {
+  if (SaveObject(context_, DatabaseKind::Profile, *bag)) {
+    TakeOver(*bag);
+    return true;
+  }
+  Tell({QStringLiteral("保存できませんでした。") + context_.Data.LastError().text, nullptr},
+       nullptr);
+  return false;
 }
 
 void EditingWindow::cmOk_Click() {

@@ -49,6 +49,8 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   void Tell(const PageFault& fault, const FormPage* page);
   /// Saves the controls; on false the fault has been told.
   virtual bool Save() = 0;
+  /// Saves the bag as the window's object in the profile's database; a failure is told.
+  bool SaveEdited(const DiskPtr& bag);
   /// Checks every page; the first fault is told.
   bool CheckPages();
   DiskPtr Edited();

@@ -8,9 +8,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-#include "objects/object_types.h"
-#include "objects/save_object.h"
-
 namespace vorn {
 namespace {
 
@@ -144,13 +141,7 @@ bool SettingsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 bool SettingsWindow::Save() {
   const DiskPtr bag = Edited();
   bag->Let(QStringLiteral("Install"), GetContext().VersionText);
-  if (SaveObject(GetContext(), DatabaseKind::Profile, *bag)) {
-    TakeOver(*bag);
-    return true;
-  }
-  Tell({QStringLiteral("保存できませんでした。") + GetContext().Data.LastError().text, nullptr},
-       nullptr);
-  return false;
+  return SaveEdited(bag);
 }
 
 }  // namespace vorn

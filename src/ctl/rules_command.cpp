@@ -1,0 +1,77 @@
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "ctl/command.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "transfer/receive_stop_rules.h"
+
+namespace vorn::ctl {
+namespace {
+
+const QString kRulesKey = QStringLiteral("ReceiveStop");
+
+DiskPtr RuleObject(Context& context) {
+  DiskPtr object = LoadObject(context, fixed_serial::kRules);
+  if (object != nullptr) return object;
+  object = std::make_shared<Disk>(fixed_serial::kRules);
+  context.Objects.Add(object);
+  return object;
+}
+
+int AddRule(Context& context, const QString& line) {
+  if (ReceiveStopRules(line).IsEmpty()) {
+    return Complain(QStringLiteral("条件は「from:」か「x-mailer:」で始め、後にパターンを続けて"
+                                   "ください。"),
+                    kExitUsage);
+  }
+  const DiskPtr object = RuleObject(context);
+  const QString rules = object->Text(kRulesKey);
+  object->Let(kRulesKey, rules.isEmpty() ? line : rules + kLineBreak + line);
+  if (SaveObject(context, DatabaseKind::Profile, *object)) return kExitOk;
+  return Complain(QStringLiteral("保存できませんでした。") + context.Data.LastError().text,
+                  kExitFailure);
+}
+
+int TestRules(Context& context, const QString& name, bool asJson) {
+  const auto source = ReadFile(name);
+  if (!source) {
+    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+  }
+  const DiskPtr object = RuleObject(context);
+  const auto rule = ReceiveStopRules(object->Text(kRulesKey)).FirstMatch(*source);
+  const bool deletes = rule.has_value() && object->Flag(u"ReceiveStopDelete");
+  if (asJson) {
+    QJsonObject outcome{{QStringLiteral("stop"), rule.has_value()},
+                        {QStringLiteral("deleteOnServer"), deletes},
+                        {QStringLiteral("rule"), QJsonValue()}};
+    if (rule) outcome[QStringLiteral("rule")] = *rule;
+    Print(QString::fromUtf8(QJsonDocument(outcome).toJson(QJsonDocument::Compact)));
+  } else if (rule) {
+    Print(QStringLiteral("受信しません: ") + *rule +
+          (deletes ? QStringLiteral("（サーバーから削除します）") : QString()));
+  } else {
+    Print(QStringLiteral("受信します。"));
+  }
+  return kExitOk;
+}
+
+}  // namespace
+
+int Rules(Context& context, const Arguments& arguments) {
+  const QString action = arguments.Words().value(1);
+  const QString argument = arguments.Words().value(2);
+  if (action == u"list") {
+    Print(RuleObject(context)->Text(kRulesKey));
+    return kExitOk;
+  }
+  if (action == u"add" && !argument.isEmpty()) return AddRule(context, argument);
+  if (action == u"test" && !argument.isEmpty()) {
+    return TestRules(context, argument, arguments.Has(QStringLiteral("json")));
+  }
+  return Complain(QStringLiteral("使い方: vornctl rules list|add 条件|test ファイル|- [--json]"),
+                  kExitUsage);
+}
+
+}  // namespace vorn::ctl

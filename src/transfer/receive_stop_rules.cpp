@@ -1,0 +1,69 @@
+#include "transfer/receive_stop_rules.h"
+
+#include <algorithm>
+
+#include "mail/address.h"
+#include "mail/mime_codec.h"
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+QString TrimmedStart(const QString& text) {
+  qsizetype at = 0;
+  while (at < text.size() && text[at].isSpace()) ++at;
+  return text.sliced(at);
+}
+
+bool Like(const LikePattern& pattern, const QString& text) {
+  const QByteArray utf8 = text.toUtf8();
+  return pattern.Matches({utf8.constData(), static_cast<size_t>(utf8.size())});
+}
+
+// Every sender's address and display name.
+QStringList SenderTexts(const QString& header) {
+  QStringList texts;
+  for (const QString& line : ParseAddressList(header).split(kLineBreak, Qt::SkipEmptyParts)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    texts << entry.address << entry.displayName;
+  }
+  return texts;
+}
+
+}  // namespace
+
+ReceiveStopRules::ReceiveStopRules(const QString& text) {
+  for (const QString& line : text.split(kLineBreak)) {
+    const qsizetype colon = line.indexOf(u':');
+    if (colon < 0) continue;
+    const QString name = line.first(colon + 1).toLower();
+    const bool isSender = name == kSenderHeader;
+    if (!isSender && name != kMailerHeader) continue;
+    const QByteArray pattern = TrimmedStart(line.sliced(colon + 1)).toUtf8();
+    if (pattern.isEmpty()) continue;  // it would match every sender without a name
+    rules_.push_back({line, isSender,
+                      LikePattern({pattern.constData(), static_cast<size_t>(pattern.size())},
+                                  isSender ? LetterCase::Exact : LetterCase::Ignored)});
+  }
+}
+
+std::optional<QString> ReceiveStopRules::FirstMatch(QByteArrayView header) const {
+  // Both fields are decoded once, however many rules there are.
+  const QByteArray mailer = MimeCodec::HeaderField(header, "X-Mailer:");
+  const QByteArray from = MimeCodec::HeaderField(header, "From:");
+  const QString mailerText =
+      MimeCodec::DecodeHeader(mailer, static_cast<qsizetype>(kMailerHeader.size())).trimmed();
+  const QStringList senders = SenderTexts(MimeCodec::DecodeHeader(
+      from, 0, CharsetChoice::Automatic, MimeCodec::HeaderUse::AddressList));
+  for (const Rule& rule : rules_) {
+    if (rule.isSender ? from.isEmpty() : mailer.isEmpty()) continue;
+    const bool matches =
+        rule.isSender ? std::any_of(senders.begin(), senders.end(),
+                                    [&](const QString& text) { return Like(rule.pattern, text); })
+                      : Like(rule.pattern, mailerText);
+    if (matches) return rule.line;
+  }
+  return std::nullopt;
+}
+
+}  // namespace vorn

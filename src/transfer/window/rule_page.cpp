@@ -1,0 +1,188 @@
+#include "transfer/window/rule_page.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTableWidget>
+
+#include "transfer/receive_stop_rules.h"
+
+namespace vorn {
+namespace {
+
+const QString kPlaceholder = QStringLiteral("($追加)");
+constexpr int kEditorMargin = 24;
+
+// The header that a line is about, with its colon.
+QString PrefixOf(const QString& line) {
+  return line.left(line.indexOf(u':') + 1);
+}
+
+}  // namespace
+
+RulePage::RulePage()
+    : FormPage(QStringLiteral("rule"), QStringLiteral("受信停止(&S)")),
+      lvReceiveStop_(new QTableWidget(0, 1, this)),
+      txInput_(new QLineEdit(lvReceiveStop_->viewport())),
+      menuReceiveStop_(new QMenu(this)) {
+  QComboBox* mode = AddChoice(QStringLiteral("cbMode"), QStringLiteral("動作(&D)"),
+                              {QStringLiteral("次の条件に合うメッセージを受信しない")});
+  mode->setProperty("tag", QStringLiteral("nosave"));
+
+  lvReceiveStop_->setObjectName(QStringLiteral("lvReceiveStop"));
+  lvReceiveStop_->setProperty("tag", QStringLiteral("text"));
+  lvReceiveStop_->setAccessibleName(QStringLiteral("受信停止の条件"));
+  lvReceiveStop_->horizontalHeader()->hide();
+  lvReceiveStop_->horizontalHeader()->setStretchLastSection(true);
+  lvReceiveStop_->verticalHeader()->hide();
+  lvReceiveStop_->setShowGrid(false);
+  lvReceiveStop_->setTabKeyNavigation(false);
+  lvReceiveStop_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  lvReceiveStop_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  lvReceiveStop_->installEventFilter(this);
+  lvReceiveStop_->viewport()->installEventFilter(this);
+  connect(lvReceiveStop_, &QTableWidget::itemDoubleClicked, this, &RulePage::OpenCurrentRow);
+  Layout().addRow(lvReceiveStop_);
+
+  auto* hint = new QLabel(
+      QStringLiteral("追加するには ($追加) を右クリックするか、選んでEnterキーを押します。\n"
+                     "使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字"),
+      this);
+  hint->setWordWrap(true);
+  Layout().addRow(hint);
+  AddCheck(QStringLiteral("ckReceiveStopDelete"),
+           QStringLiteral("受信を停止したメッセージをサーバーから削除する(&X)"));
+
+  txInput_->setObjectName(QStringLiteral("txInput"));
+  txInput_->setProperty("tag", QStringLiteral("nosave"));
+  txInput_->setAccessibleName(QStringLiteral("条件の編集"));
+  txInput_->hide();
+  txInput_->installEventFilter(this);
+  connect(txInput_, &QLineEdit::textChanged, this, &RulePage::FitEditor);
+
+  menuReceiveStop_->setObjectName(QStringLiteral("menuReceiveStop"));
+  menuReceiveStop_->addAction(QStringLiteral("メーラー(&M)"), this,
+                              [this] { AddRule(kMailerHeader + u' '); });
+  menuReceiveStop_->addAction(QStringLiteral("送信者(&F)"), this,
+                              [this] { AddRule(kSenderHeader); });
+}
+
+void RulePage::Loaded(const Disk&) {
+  AddLine(*lvReceiveStop_, kPlaceholder);
+  lvReceiveStop_->setCurrentCell(0, 0);
+}
+
+bool RulePage::IsPlaceholder(int row) const {
+  return row == lvReceiveStop_->rowCount() - 1;
+}
+
+QString RulePage::Line(const QTableWidget& list, int row) const {
+  return IsPlaceholder(row) ? QString() : list.item(row, 0)->text();
+}
+
+void RulePage::AddLine(QTableWidget& list, const QString& line) {
+  const int row = list.rowCount();
+  list.insertRow(row);
+  list.setItem(row, 0, new QTableWidgetItem(line));
+}
+
+bool RulePage::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == txInput_) {
+    if (event->type() == QEvent::FocusOut) EndEdit();
+    if (event->type() != QEvent::KeyPress) return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Escape) editedRow_ = -1;
+    if (key != Qt::Key_Escape && key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+    EndEdit();
+    lvReceiveStop_->setFocus();
+    return true;
+  }
+  if (watched == lvReceiveStop_->viewport() && event->type() == QEvent::MouseButtonRelease &&
+      static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+    OpenCurrentRow();
+    return true;
+  }
+  if (watched == lvReceiveStop_ && event->type() == QEvent::KeyPress) {
+    return ListKey(static_cast<QKeyEvent*>(event)->key());
+  }
+  return false;
+}
+
+bool RulePage::ListKey(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+    case Qt::Key_Menu:
+      OpenCurrentRow();
+      return true;
+    case Qt::Key_Delete:
+      RemoveRules();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void RulePage::OpenCurrentRow() {
+  const int row = lvReceiveStop_->currentRow();
+  if (row < 0) return;
+  if (!IsPlaceholder(row)) {
+    const QString line = lvReceiveStop_->item(row, 0)->text();
+    BeginEdit(row, line, PrefixOf(line));
+    return;
+  }
+  const QRect place = lvReceiveStop_->visualItemRect(lvReceiveStop_->item(row, 0));
+  menuReceiveStop_->popup(lvReceiveStop_->viewport()->mapToGlobal(place.bottomLeft()));
+}
+
+void RulePage::AddRule(const QString& prefix) {
+  BeginEdit(lvReceiveStop_->rowCount() - 1, prefix, prefix);
+}
+
+void RulePage::BeginEdit(int row, const QString& text, const QString& lock) {
+  editedRow_ = row;
+  lock_ = lock;
+  lvReceiveStop_->scrollToItem(lvReceiveStop_->item(row, 0));
+  txInput_->setText(text);
+  txInput_->show();
+  FitEditor();
+  txInput_->setFocus();
+  txInput_->setCursorPosition(static_cast<int>(text.size()));
+}
+
+// The box lies over its row and grows with its text.
+void RulePage::FitEditor() {
+  if (editedRow_ < 0) return;
+  const QRect row = lvReceiveStop_->visualItemRect(lvReceiveStop_->item(editedRow_, 0));
+  const int wanted = txInput_->fontMetrics().horizontalAdvance(txInput_->text()) + kEditorMargin;
+  txInput_->setGeometry(row.x(), row.y(), qMin(qMax(wanted, row.width() / 2), row.width()),
+                        row.height());
+}
+
+// A line that is not more than its fixed beginning is dropped: a rule without a pattern would stop
+// everything or nothing.
+void RulePage::EndEdit() {
+  txInput_->hide();
+  const int row = std::exchange(editedRow_, -1);
+  const QString text = txInput_->text();
+  if (row < 0 || !text.startsWith(lock_) || text.sliced(lock_.size()).trimmed().isEmpty()) return;
+  if (IsPlaceholder(row)) lvReceiveStop_->insertRow(row);
+  lvReceiveStop_->setItem(row, 0, new QTableWidgetItem(text));
+  lvReceiveStop_->setCurrentCell(row, 0);
+}
+
+void RulePage::RemoveRules() {
+  QList<int> rows;
+  for (const QModelIndex& index : lvReceiveStop_->selectionModel()->selectedRows()) {
+    if (!IsPlaceholder(index.row())) rows.append(index.row());
+  }
+  std::sort(rows.begin(), rows.end(), std::greater<>());
+  for (const int row : rows) lvReceiveStop_->removeRow(row);
+}
+
+}  // namespace vorn

@@ -1,0 +1,24 @@
+#include "transfer/window/task_tray.h"
+
+#include "frame/start_up.h"
+
+namespace vorn {
+
+TaskTray::TaskTray(const QIcon& icon, QAction* version, QAction* exit, QObject* parent)
+    : QObject(parent), icon_(icon) {
+  setObjectName(QStringLiteral("tasktray"));
+  menuTasktray_.setObjectName(QStringLiteral("menuTasktray"));
+  // The entries are the main window's, so that both menus do the same.
+  menuTasktray_.addAction(version);
+  menuTasktray_.addSeparator();
+  menuTasktray_.addAction(exit);
+  icon_.setToolTip(kApplicationTitle);
+  icon_.setContextMenu(&menuTasktray_);
+  icon_.show();
+}
+
+TaskTray::~TaskTray() {
+  icon_.hide();
+}
+
+}  // namespace vorn

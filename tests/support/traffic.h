@@ -1,0 +1,81 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+#include "frame/mail_traffic.h"
+#include "support/test_profile.h"
+
+namespace vorn::test {
+
+/// The program around the mail traffic, as far as tests look at it.
+class RecordingHost : public PlanHost, public StatusPanel {
+ public:
+  void PostRequest(const DiskPtr& request) override { requests.append(request); }
+  void AddEvent(int level, int, const QString&, const QString&, const QString& category,
+                const QString& text) override {
+    levels.append(level);
+    categories.append(category);
+    log.append(text);
+  }
+  void SendAndReceive() override { ++periodic; }
+  QString ChooseAccount(const QString&, const QString&) override { return chosenAccount; }
+  void ShowStatus(const QString& text, const QString& icon) override {
+    if (icon == u"maildown" || icon == u"mailup") progress.append(text);
+  }
+
+  QList<DiskPtr> requests;
+  QList<int> levels;
+  QStringList categories, log, progress;
+  QString chosenAccount;
+  int periodic = 0;
+};
+
+/// A profile on disk and everything that moves its mail.
+class TrafficTest : public testing::Test {
+ protected:
+  /// Plans the work that the flags name and runs it to its end; what it added to the counts.
+  ReceiveCounts Run(int flags) {
+    const ReceiveCounts before = traffic_.Events().Counts();
+    traffic_.Plan().CreateMessagePlan(flags);
+    EXPECT_TRUE(WaitFor([this] {
+      traffic_.Tick();
+      return traffic_.Plan().IsEmpty();
+    }));
+    EXPECT_FALSE(traffic_.Control().Busy());
+    const ReceiveCounts after = traffic_.Events().Counts();
+    return {after.stored - before.stored, after.known - before.known,
+            after.stopped - before.stopped, after.sent - before.sent, after.errors - before.errors};
+  }
+  ReceiveCounts Receive() { return Run(kPlanReceive); }
+  ReceiveCounts Send() { return Run(kPlanSend); }
+  /// An account whose waiting messages go to a server on 127.0.0.1.
+  DiskPtr AddSendAccount(int port, const QString& address = QStringLiteral("me@example.com")) {
+    const DiskPtr account = profile_.AddAccount(1);
+    account->Let(QStringLiteral("Mailaddress"), address);
+    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
+    account->Let(QStringLiteral("OutMailServerPort"), port);
+    return account;
+  }
+  /// The subjects of the stored messages with that status.
+  QStringList Subjects(int status) {
+    QStringList subjects;
+    for (const QVariant& subject : profile_.Select(
+             QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail WHERE STATUS = %1").arg(status))) {
+      subjects.append(subject.toString());
+    }
+    subjects.sort();
+    return subjects;
+  }
+  qsizetype Rows() {
+    return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();
+  }
+  QString LastLog() const { return host_.log.isEmpty() ? QString() : host_.log.last(); }
+
+  TestProfile profile_;
+  RecordingHost host_;
+  MailTraffic traffic_{profile_.Get(), host_, host_};
+};
+
+}  // namespace vorn::test

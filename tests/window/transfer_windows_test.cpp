@@ -1,0 +1,197 @@
+// Receive-stop rules, what happens when mail has arrived, the notification area and the recorded
+// events, in the running program.
+
+#include <QCheckBox>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSoundEffect>
+#include <QTableWidget>
+#include <QTreeWidget>
+
+#include "mail/window/message_window.h"
+#include "objects/object_types.h"
+#include "transfer/window/rule_window.h"
+#include "transfer/window/task_tray.h"
+#include "window/program_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+using test::TypeText;
+
+class TransferWindowsTest : public ProgramTest {
+ protected:
+  // The program with an open inbox and these settings.
+  void Begin(std::initializer_list<std::pair<const char16_t*, QVariant>> settings) {
+    Prepare(QString());
+    StartProgram();
+    LogInWith(QString());
+    AwaitInbox();
+    const DiskPtr logo = Settings(Context());
+    for (const auto& [key, value] : settings) logo->Let(QString::fromUtf16(key), value);
+    program_->Parent()->ApplySettings();
+  }
+  vorn::Context& Context() const { return program_->GetContext(); }
+  QMenu* Menu(const char16_t* name) const {
+    return program_->Parent()->menuBar()->findChild<QMenu*>(QString::fromUtf16(name));
+  }
+  static QAction* Entry(const QMenu* menu, const QString& text) {
+    for (QAction* action : menu->actions()) {
+      if (action->text().startsWith(text)) return action;
+    }
+    return nullptr;
+  }
+  static QStringList Lines(const QTableWidget& list) {
+    QStringList lines;
+    for (int row = 0; row < list.rowCount(); ++row) lines.append(list.item(row, 0)->text());
+    return lines;
+  }
+};
+
+TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
+  AddMessages(3);
+  Begin({});
+  const auto open = [this] {
+    Entry(Menu(u"menuTools"), QStringLiteral("メッセージ条件"))->trigger();
+  };
+  EXPECT_TRUE(InModal<RuleWindow>(open, [](RuleWindow& window) {
+    window.activateWindow();
+    auto& list = Child<QTableWidget>(window, u"lvReceiveStop");
+    auto& box = Child<QLineEdit>(window, u"txInput");
+    auto& menu = Child<QMenu>(window, u"menuReceiveStop");
+    EXPECT_EQ(Lines(list), QStringList{QStringLiteral("($追加)")});
+    const auto add = [&](int entry, const QString& text, Qt::Key end) {
+      list.setCurrentCell(list.rowCount() - 1, 0);
+      const QPoint place = list.visualItemRect(list.currentItem()).center();
+      QTest::mouseClick(list.viewport(), Qt::RightButton, Qt::NoModifier, place);
+      EXPECT_TRUE(menu.isVisible());
+      menu.actions()[entry]->trigger();
+      menu.close();
+      TypeText(box, text);
+      QTest::keyClick(&box, end);
+      EXPECT_FALSE(box.isVisible());
+      EXPECT_TRUE(window.isVisible());  // Enter and Escape are the editor's own
+    };
+    add(1, QStringLiteral(" 佐*"), Qt::Key_Return);
+    add(0, QStringLiteral("Bulk*"), Qt::Key_Return);
+    add(1, QString(), Qt::Key_Return);  // the beginning alone is no rule
+    add(0, QStringLiteral("dropped"), Qt::Key_Escape);
+    EXPECT_EQ(Lines(list),
+              (QStringList{QStringLiteral("from: 佐*"), QStringLiteral("x-mailer: Bulk*"),
+                           QStringLiteral("($追加)")}));
+    // An existing rule is edited by Enter and a second one removed by Delete.
+    list.setFocus();
+    list.setCurrentCell(0, 0);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(box.text(), QStringLiteral("from: 佐*"));
+    TypeText(box, QStringLiteral("!"));
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClick(&box, Qt::Key_Return);
+    list.setCurrentCell(1, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);
+    list.setCurrentCell(1, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);  // the placeholder stays
+    EXPECT_EQ(Lines(list).size(), 2);
+    test::Press(Child<QPushButton>(window, u"cmOk"));
+  }));
+  const DiskPtr rules = Context().Objects.Find(fixed_serial::kRules);
+  ASSERT_NE(rules, nullptr);
+  EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*"));
+  EXPECT_FALSE(rules->Flag(u"ReceiveStopDelete", true));
+  EXPECT_EQ(rules->Size(), 3);  // with "DayTime"
+  PressReceive();
+  EXPECT_TRUE(
+      WaitFor([this] { return program_->Parent()->Traffic().Events().Counts().stopped == 3; }));
+
+  EXPECT_TRUE(InModal<RuleWindow>(open, [](RuleWindow& window) {
+    auto& list = Child<QTableWidget>(window, u"lvReceiveStop");
+    EXPECT_EQ(Lines(list), (QStringList{QStringLiteral("from: 佐*"), QStringLiteral("($追加)")}));
+    list.setCurrentCell(0, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);
+    QTest::keyClick(&window, Qt::Key_Escape);
+  }));
+  EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*"));
+}
+
+TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
+  AddMessages(3);
+  QFile sound(folder_.filePath(QStringLiteral("notice.wav")));
+  ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
+  sound.close();
+  Begin({{u"MessageNotice", true},
+         {u"MessageNoticeDialog", true},
+         {u"MessageNoticeSound", true},
+         {u"MessageNoticeSoundFile", QStringLiteral("/no/such/file.wav")}});
+  const auto& player = *program_->Parent()->findChild<QSoundEffect*>(QStringLiteral("mmSound"));
+  EXPECT_EQ(NextMessageBox([this] { Receive(); }, Qt::Key_Escape),
+            QStringLiteral("新着メッセージを受信しました。今すぐ開きますか？"));
+  WaitFor([] { return false; }, 300);
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+  EXPECT_TRUE(player.source().isEmpty());
+
+  Settings(Context())->Let(QStringLiteral("MessageNoticeSoundFile"), sound.fileName());
+  server_.AddMessage("u9", "From: a@x.example\r\nSubject: nine\r\n\r\n\r\n");
+  EXPECT_TRUE(InModal<QMessageBox>([this] { Receive(); },
+                                   [](QMessageBox& box) {
+                                     EXPECT_EQ(box.defaultButton(),
+                                               box.button(QMessageBox::Cancel));
+                                     box.button(QMessageBox::Ok)->click();
+                                   }));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(Child<QLineEdit>(*TopLevel<MessageWindow>(), u"txSubject").text(),
+            QStringLiteral("nine"));
+  EXPECT_EQ(player.source().toLocalFile(), sound.fileName());
+  TopLevel<MessageWindow>()->close();
+}
+
+TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgram) {
+  Begin({{u"Tasktray", true}});
+  const auto tray = [this] {
+    return program_->Parent()->findChild<TaskTray*>(QStringLiteral("tasktray"));
+  };
+  ASSERT_NE(tray(), nullptr);
+  EXPECT_TRUE(tray()->Icon().isVisible());
+  Settings(Context())->Let(QStringLiteral("Tasktray"), false);
+  program_->Parent()->ApplySettings();
+  EXPECT_EQ(tray(), nullptr);
+  Settings(Context())->Let(QStringLiteral("Tasktray"), true);
+  program_->Parent()->ApplySettings();
+  const QMenu* menu = tray()->Icon().contextMenu();
+  ASSERT_EQ(menu->actions().size(), 3);
+  EXPECT_TRUE(NextMessageBox([menu] {
+                menu->actions()[0]->trigger();
+              }).startsWith(QStringLiteral(".VORN version")));
+  menu->actions()[2]->trigger();
+  EXPECT_TRUE(WaitFor([this] { return program_->Parent() == nullptr; }));
+}
+
+TEST_F(TransferWindowsTest, EventsAreClearedWhenTheUserAgrees) {
+  server_.Password = "changed";
+  Begin({});
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  QTreeWidgetItem* log = tree->findItems(QStringLiteral("イベント"), Qt::MatchRecursive).value(0);
+  ASSERT_NE(log, nullptr);
+  QMenu* display = Menu(u"menuDisplays");
+  QAction* clear = Entry(display, QStringLiteral("イベントのクリア"));
+  Q_EMIT display->aboutToShow();
+  EXPECT_FALSE(clear->isEnabled());
+  for (int i = 1; i <= 2; ++i) {
+    PressReceive();
+    ASSERT_TRUE(WaitFor([log, i] { return log->childCount() == i; }));
+  }
+  EXPECT_EQ(log->child(0)->text(0), log->child(1)->text(0));
+  Q_EMIT display->aboutToShow();
+  EXPECT_TRUE(clear->isEnabled());
+  EXPECT_EQ(NextMessageBox([clear] { clear->trigger(); }, Qt::Key_Escape),
+            QStringLiteral("記録イベントをクリアします？よろしいですか？"));
+  EXPECT_EQ(log->childCount(), 2);
+  NextMessageBox([clear] { clear->trigger(); });
+  EXPECT_EQ(log->childCount(), 0);
+}
+
+}  // namespace
+}  // namespace vorn
