@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
 """Receiving 10,000 messages of mixed size from Dovecot on loopback: vornctl into its encrypted
-store, mpop into a plain Maildir, and a bare pipelined RETR that throws everything away, in turns.
+store, mpop into a plain Maildir, mpop followed by an index of mu, and a bare pipelined RETR that
+throws everything away, in turns. With a delay, everything goes through a proxy that holds every
+byte back for half of it in each direction.
 
-Prints one JSON line per figure: the median of the rounds in seconds, and the ratio to mpop.
-usage: receive.py VORNCTL [--messages N] [--rounds N]
+Prints one JSON line per figure: the median of the rounds in seconds, and the ratios to mpop and to
+the bare RETR. The last line is a run of transfer-bench: what the user interface would have felt.
+usage: receive.py VORNCTL TRANSFER_BENCH [--messages N] [--rounds N] [--delay MS] [--mu]
 """
 import argparse
 import base64
@@ -22,6 +25,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "support"))
 from dovecot import Dovecot  # noqa: E402
+from peers import install  # noqa: E402
 
 
 def make_mail(folder, count):
@@ -65,9 +69,10 @@ def bare(port):
         count = int(f.readline().split()[1])
         sent = 0
         for i in range(count):
-            while sent < min(count, i + 64):
-                sent += 1
-                s.sendall(b"RETR %d\r\n" % sent)
+            if sent < min(count, i + 1000):
+                more = range(sent + 1, min(count, i + 2000) + 1)
+                s.sendall(b"".join(b"RETR %d\r\n" % number for number in more))
+                sent = more[-1]
             f.readline()
             while f.readline() != b".\r\n":
                 pass
@@ -91,6 +96,17 @@ def mpop(port, work):
     return time.perf_counter() - start
 
 
+def mu(work):
+    """An index of the Maildir that mpop wrote, made anew."""
+    home = work / "mu"
+    shutil.rmtree(home, ignore_errors=True)
+    start = time.perf_counter()
+    for command in (["init", "--maildir", str(work / "mpop")], ["index"]):
+        subprocess.run(["mu", command[0], "--muhome", str(home), *command[1:]], check=True,
+                       stdout=subprocess.DEVNULL)
+    return time.perf_counter() - start
+
+
 def vorn(program, port, work, count):
     data = work / "vorn"
     shutil.rmtree(data, ignore_errors=True)
@@ -110,32 +126,53 @@ def vorn(program, port, work, count):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("vornctl")
+    parser.add_argument("bench")
+    parser.add_argument("--delay", type=int, default=0)
+    parser.add_argument("--mu", action="store_true")
     parser.add_argument("--messages", type=int, default=10000)
     parser.add_argument("--rounds", type=int, default=3)
     arguments = parser.parse_args()
     program = os.path.abspath(arguments.vornctl)
+    if arguments.mu:
+        install("/usr/bin/mu", "maildir-utils")
     with tempfile.TemporaryDirectory() as name:
         work = pathlib.Path(name)
         os.environ["XDG_CONFIG_HOME"] = str(work / "config")
         (work / "mail" / "new").mkdir(parents=True)
         size = make_mail(work / "mail" / "new", arguments.messages)
         dovecot = Dovecot(work)
+        port = dovecot.port
+        proxy = None
+        if arguments.delay:
+            proxy = subprocess.Popen([sys.executable, "bench/delay_proxy.py", str(port),
+                                      str(arguments.delay)], stdout=subprocess.PIPE, text=True)
+            port = int(proxy.stdout.readline())
         try:
             bare(dovecot.port)  # the server builds its index once
             times = {"bare": [], "mpop": [], "vorn": []}
             for _ in range(arguments.rounds):
-                times["bare"].append(bare(dovecot.port))
-                times["mpop"].append(mpop(dovecot.port, work))
-                times["vorn"].append(vorn(program, dovecot.port, work, arguments.messages))
+                times["bare"].append(bare(port))
+                times["mpop"].append(mpop(port, work))
+                if arguments.mu:
+                    times.setdefault("mpop and mu", []).append(times["mpop"][-1] + mu(work))
+                times["vorn"].append(vorn(program, port, work, arguments.messages))
+            felt = subprocess.run([arguments.bench, "receive", str(port),
+                                   str(arguments.messages)], check=True, capture_output=True)
         finally:
+            if proxy:
+                proxy.terminate()
             dovecot.stop()
         peer = statistics.median(times["mpop"])
+        wire = statistics.median(times["bare"])
         for who, seconds in times.items():
             median = statistics.median(seconds)
             print(json.dumps({"figure": "receive", "who": who, "messages": arguments.messages,
                               "megabytes": round(size / 1e6, 1),
                               "seconds": round(median, 3), "ratio_to_mpop": round(median / peer, 2),
+                              "ratio_to_bare": round(median / wire, 2),
+                              "delay_ms": arguments.delay,
                               "rounds": [round(s, 3) for s in seconds]}))
+        print(felt.stdout.decode().strip())
 
 
 if __name__ == "__main__":

@@ -154,7 +154,7 @@ bool Connection::SetUp(const QString& password, StorageError* error) {
   if (!CheckFormat(error)) return false;
   Run("PRAGMA journal_mode = WAL");
   Run("PRAGMA synchronous = NORMAL");
-  Run("PRAGMA wal_autocheckpoint = 4000");
+  Run("PRAGMA wal_autocheckpoint = 1000");
   Run("PRAGMA cache_size = -32768");
   RegisterDialectFunctions(handle_);
   sqlite3_set_authorizer(handle_, Authorize, this);
@@ -285,7 +285,20 @@ void Connection::Rollback() {
   error_ = reason;
 }
 
+// What was committed stands in the write-ahead log, from where it is found again after a crash of the
+// machine, so it is enough to bring the log to the disk.
 bool Connection::MakeDurable() {
+  sqlite3_file* log = nullptr;
+  const bool hasLog =
+      sqlite3_file_control(handle_, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log) == SQLITE_OK &&
+      log != nullptr && log->pMethods != nullptr;
+  if (!hasLog) return CheckPoint();
+  if (log->pMethods->xSync(log, SQLITE_SYNC_FULL) == SQLITE_OK) return true;
+  error_ = {StorageError::Kind::Other, QStringLiteral("ディスクに書き込めません。")};
+  return false;
+}
+
+bool Connection::CheckPoint() {
   const auto statement = Prepare("PRAGMA wal_checkpoint(FULL)");
   if (statement == nullptr || statement->Next() != Statement::Step::Row) return false;
   // Columns: blocked, frames in the log, frames written to the file. A reader in another process

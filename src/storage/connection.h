@@ -74,7 +74,7 @@ class Connection {
   void Rollback();
   bool InTransaction() const { return depth_ > 0; }
 
-  /// Forces everything committed so far onto the disk (checkpoint with full sync).
+  /// Forces everything committed so far onto the disk.
   bool MakeDurable();
   bool ChangeKey(const QString& newPassword);
   /// Takes the file for this connection alone, nothing left in its log, until the next `Rollback`.
@@ -97,6 +97,7 @@ class Connection {
  private:
   friend class Statement;
   Connection() = default;
+  bool CheckPoint();
   bool SetUp(const QString& password, StorageError* error);
   bool CheckFormat(StorageError* error);
   void RegisterFunctions();

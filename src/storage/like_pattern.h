@@ -39,8 +39,8 @@ class LikePattern {
   // The pattern "*text*" of nearly every search, kept as folded text for a plain scan.
   std::u32string needle_;
   bool isNeedle_ = false;
-  // The needle as UTF-8 when none of its characters has a case that matters: bytes are then compared
-  // as they are, which is several times faster.
+  // The needle as UTF-8 when none of its characters has a case that matters: bytes are then
+  // compared as they are, which is several times faster.
   std::string bytes_;
 };
 

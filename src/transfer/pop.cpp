@@ -43,6 +43,9 @@ void Pop::Begin() {
   session_ = MakeSession();
   timeout_.start(ConnectTimeoutMs);
   addresses_ = Addresses;
+  if (const QHostAddress literal(Server); addresses_.isEmpty() && !literal.isNull()) {
+    addresses_ = {literal};
+  }
   if (!addresses_.isEmpty()) return TryNextAddress();
   lookup_ = QHostInfo::lookupHost(Server, this, &Pop::TakeAddresses);
 }
@@ -248,6 +251,7 @@ void Pop::End() {
   message_.clear();
   busy_ = false;
   events_->SessionEnded();
+  Q_EMIT Idle();
 }
 
 }  // namespace vorn

@@ -79,6 +79,10 @@ class Pop : public QObject {
   /// The fingerprint of the certificate that made the last session fail; empty when none did.
   QString RefusedCertificate() const { return refusedCertificate_; }
 
+ Q_SIGNALS:
+  /// A session has ended and another one can begin.
+  void Idle();
+
  private:
   void Begin();
   void TakeAddresses(const QHostInfo& info);

@@ -10,8 +10,9 @@
 namespace vorn {
 namespace {
 
-constexpr size_t kWindowCommands = 64;
-constexpr qint64 kWindowBytes = 4 * 1024 * 1024;
+// What is asked ahead. On a distant server the window is what limits the speed.
+constexpr size_t kWindowCommands = 2048;
+constexpr qint64 kWindowBytes = 32 * 1024 * 1024;
 // How long one call may work through known messages before the windows get their turn.
 constexpr qint64 kWorkMs = 10;
 constexpr int kProgressSteps = 1000;

@@ -14,8 +14,8 @@ namespace {
 
 // A group is written when it is this old or this large.
 constexpr int kGroupMs = 200;
-constexpr qsizetype kGroupMessages = 256;
-constexpr qint64 kGroupBytes = 8 * 1024 * 1024;
+constexpr qsizetype kGroupMessages = 100;
+constexpr qint64 kGroupBytes = 2 * 1024 * 1024;
 
 const QString kNewFlags = QStringLiteral("001");  // new and unopened
 

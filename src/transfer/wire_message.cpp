@@ -1,5 +1,7 @@
 #include "transfer/wire_message.h"
 
+#include <algorithm>
+
 #include "mail/header_editing.h"
 
 namespace vorn {
@@ -17,20 +19,16 @@ QByteArray WireMessage(const QByteArray& source) {
   const QByteArray message = WithoutEndMark(MimeCodec::RemoveField(source, "Bcc:"));
   QByteArray wire;
   wire.reserve(message.size() + message.size() / 32 + 2);
-  bool atLineStart = true;
-  for (qsizetype i = 0; i < message.size(); ++i) {
-    const char c = message[i];
-    if (c == '\r' || c == '\n') {
-      if (c == '\r' && i + 1 < message.size() && message[i + 1] == '\n') ++i;
-      wire += "\r\n";
-      atLineStart = true;
-      continue;
-    }
-    if (atLineStart && c == '.') wire += '.';
-    wire += c;
-    atLineStart = false;
+  const char* at = message.constData();
+  const char* const end = at + message.size();
+  while (at < end) {
+    const char* lineEnd = std::find_if(at, end, [](char c) { return c == '\r' || c == '\n'; });
+    if (*at == '.') wire += '.';
+    wire.append(at, lineEnd - at);
+    wire += "\r\n";
+    at = lineEnd;
+    if (at < end) at += end - at > 1 && at[0] == '\r' && at[1] == '\n' ? 2 : 1;
   }
-  if (!atLineStart) wire += "\r\n";
   return wire;
 }
 
