@@ -1,5 +1,7 @@
 #include "mail/message_index.h"
 
+#include <algorithm>
+
 #include "mail/address.h"
 #include "mail/flag_string.h"
 #include "mail/mime_codec.h"
@@ -74,6 +76,17 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   }
   index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
   return index;
+}
+
+CharsetChoice StoredCharset(const QString& flags, const QString& fallback,
+                            const QString& contentIndex, const QStringList& textTypes) {
+  const CharsetChoice stored = CharsetChoiceOf(GetFlagChar(flags, kFlagCode, fallback));
+  if (stored != CharsetChoice::Jis) return stored;
+  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  const bool hasText = std::any_of(
+      records.begin(), records.end(),
+      [&textTypes](const MimeCodec::ContentRecord& part) { return textTypes.contains(part.type); });
+  return hasText ? stored : CharsetChoice::Automatic;
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/message_id.h"
+#include "mail/message_index.h"
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -111,15 +112,16 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
-  message.charset =
-      applyStoredCharset
-          ? CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("0")))
-          : charset;
+  message.charset = applyStoredCharset ? StoredCharset(request.Text(u"flag"), QStringLiteral("0"),
+                                                       message.contentIndex, settings.textTypes)
+                                       : charset;
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   opened.model =
       OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
-  opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  // What is stored is the code of the plain text; the HTML part declares its own.
+  opened.html = GetMessageHtml(message.source, message.contentIndex,
+                               applyStoredCharset ? CharsetChoice::Automatic : charset);
   opened.source = message.source;
   if (mode != OpenMode::Show) BecomeNew(context, request);
   return opened;

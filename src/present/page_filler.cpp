@@ -4,6 +4,7 @@
 #include "mail/code_page_932.h"
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
+#include "mail/message_index.h"
 #include "mail/text_extraction.h"
 #include "storage/time_text.h"
 
@@ -207,11 +208,12 @@ void PageFiller::WriteSize() {
 void PageFiller::WritePreview() {
   const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
   TextRequest request;
-  request.charset = CharsetChoiceOf(GetFlagChar(flags, kFlagCode, QStringLiteral("-1")));
+  const QString contentIndex = rows_->Fields(u"FIELD_CONTENT").toString();
+  request.charset = StoredCharset(flags, QStringLiteral("-1"), contentIndex, content_.textTypes);
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
-  const MessageText preview = GetMessageText(rows_->Fields(u"MAIL").toByteArray(),
-                                             rows_->Fields(u"FIELD_CONTENT").toString(), request);
+  const MessageText preview =
+      GetMessageText(rows_->Fields(u"MAIL").toByteArray(), contentIndex, request);
   if (preview.produced) WriteMail(preview.text);
 }
 

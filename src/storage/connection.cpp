@@ -285,8 +285,8 @@ void Connection::Rollback() {
   error_ = reason;
 }
 
-// What was committed stands in the write-ahead log, from where it is found again after a crash of the
-// machine, so it is enough to bring the log to the disk.
+// What was committed stands in the write-ahead log, from where it is found again after a crash of
+// the machine, so it is enough to bring the log to the disk.
 bool Connection::MakeDurable() {
   sqlite3_file* log = nullptr;
   const bool hasLog =

@@ -108,6 +108,11 @@ void Dovecot::AddMessage(const QByteArray& name, const QByteArray& source) {
   file.write(source);
 }
 
+void Dovecot::Deliver(const QByteArray& name, const QByteArray& source) {
+  AddMessage(name, source);
+  HandOverMail();
+}
+
 int Dovecot::Remaining() const {
   const auto count = [this](const char16_t* part) {
     return QDir(maildir_ + QString::fromUtf16(part)).entryList(QDir::Files).size();

@@ -36,6 +36,8 @@ class Dovecot {
   ~Dovecot();
 
   void AddMessage(const QByteArray& name, const QByteArray& source);
+  /// Adds a message while the server runs.
+  void Deliver(const QByteArray& name, const QByteArray& source);
   int Remaining() const;
   bool Start();
   quint16 Port() const { return port_; }

@@ -61,8 +61,10 @@ Control& Child(const QWidget& window, const char16_t* name) {
 
 /// Types a text, Japanese included, into the widget that has the focus.
 inline void TypeText(QWidget& widget, const QString& text) {
-  for (const QChar c : text) {
-    QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+  for (const uint code : text.toUcs4()) {
+    const char32_t character = code;
+    QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString::fromUcs4(&character, 1),
+                        Qt::NoModifier);
   }
 }
 

@@ -6,6 +6,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QSoundEffect>
 #include <QSplitter>
 #include <QUrl>
@@ -14,6 +16,7 @@
 #include "frame/start_up.h"
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
+#include "mail/drafts.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -21,6 +24,7 @@
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
+#include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
 #include "storage/window/control_state.h"
@@ -134,6 +138,23 @@ void ParentWindow::LoadDefaultProperty() {
   tvConsole_->Fill();
   ApplySettings();
   OpenFolder(fixed_serial::kInbox);
+  QTimer::singleShot(0, this, &ParentWindow::OfferDrafts);
+}
+
+// What was being written when the program ended without warning.
+void ParentWindow::OfferDrafts() {
+  const QStringList drafts = Drafts::LeftBehind(context_);
+  if (drafts.isEmpty()) return;
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("前回、編集中のまま終了したメッセージが%1通あります。開きますか？")
+          .arg(drafts.size()),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+  if (answer != QMessageBox::Yes) return;
+  for (const QString& serialId : drafts) {
+    if (Drafts::Restore(context_, serialId)) OpenMessage(0, serialId, false);
+  }
+  MessageStored();
 }
 
 void ParentWindow::menuTools_Click(int index) {
@@ -201,7 +222,7 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
     return AddChild(new BrowserWindow(context_, pages_, profiles_, *this));
   }
   if (status == u"mail") {
-    auto* window = new MessageWindow(context_, *this);
+    auto* window = new MessageWindow(context_, *this, events_);
     Track(window, window);
     return window;
   }
@@ -269,6 +290,9 @@ void ParentWindow::ApplySettings() {
   sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
   ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
   for (auto* browser : area_->findChildren<BrowserWindow*>()) browser->ControlToolbarUpdate();
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* message = qobject_cast<MessageWindow*>(window)) message->ControlToolbarUpdate();
+  }
 }
 
 void ParentWindow::ShowTaskTray(bool shown) {
@@ -320,6 +344,31 @@ void ParentWindow::SendMessage(const QString& serialId) {
   traffic_.Plan().CreateMessagePlan(kPlanSend, serialId);
 }
 
+void ParentWindow::PrintPageFile(const QString& path) {
+  BrowserRequest request;
+  request.serialId = context_.Data.NewSerialID();
+  request.url = path;
+  request.local = true;
+  request.show = kShowHidden;
+  request.exec = QStringLiteral("print");
+  queue_.PostBrowserRequest(request);
+}
+
+// In the folder of the browser window that was used last.
+QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
+  const QMdiSubWindow* frame = area_->activeSubWindow();
+  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::StackingOrder).value(0);
+  const auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
+  if (browser == nullptr || !browser->IsLocal()) return {};
+  return vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
+}
+
+bool ParentWindow::ChoosePrinter(QPrinter& printer) {
+  QPrintDialog dialog(&printer, this);
+  dialog.setWindowTitle(QStringLiteral("印刷"));
+  return dialog.exec() == QDialog::Accepted;
+}
+
 void ParentWindow::BrowserClosed() {
   if (!closing_) QTimer::singleShot(0, this, &ParentWindow::ArrangeWindows);
 }
@@ -359,6 +408,14 @@ void ParentWindow::OpenEvent(const QString& serialId) {
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {
+  // What is being written is stored first; a window that cannot store it keeps the program open.
+  closing_ = true;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window == this || !window->isVisible() || window->close()) continue;
+    closing_ = false;
+    event->ignore();
+    return;
+  }
   tmDialog_.stop();
   tmPlan_.stop();
   tasktray_.reset();
@@ -367,9 +424,6 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   queue_.Clear();
   traffic_.Plan().Clear();
   traffic_.Control().Cancel();
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window != this && window->isVisible()) window->close();
-  }
   QMainWindow::closeEvent(event);
 }
 

@@ -65,9 +65,14 @@ class ParentWindow : public QMainWindow,
   // BrowserHost
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
   void BrowserClosed() override;
+  bool ChoosePrinter(QPrinter& printer) override;
 
   // MessageHost
   void SendMessage(const QString& serialId) override;
+  void PostMail(const MailRequest& request) override { queue_.PostMailRequest(request); }
+  void PrintPageFile(const QString& path) override;
+  QString NeighbourMessage(const QString& serialId, int step) override;
+  bool IsClosing() const override { return closing_; }
   void MessageStored() override { foldersChanged_ = true; }
 
  protected:
@@ -84,6 +89,7 @@ class ParentWindow : public QMainWindow,
   void AskToOpen(const Disk& request);
   void PlayNoticeSound();
   void ShowTaskTray(bool shown);
+  Q_INVOKABLE void OfferDrafts();
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);

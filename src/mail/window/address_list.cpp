@@ -2,6 +2,9 @@
 
 #include <QComboBox>
 #include <QHeaderView>
+#include <QKeyEvent>
+
+#include "mail/window/named_editor_delegate.h"
 
 namespace vorn {
 namespace {
@@ -40,7 +43,8 @@ AddressEntry ReadTyped(const QString& kind, const QString& typed) {
 
 }  // namespace
 
-AddressList::AddressList(QWidget* parent) : QTableWidget(0, 2, parent) {
+AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
+    : QTableWidget(0, 2, parent) {
   setObjectName(QStringLiteral("lvMailaddress"));
   setHorizontalHeaderLabels({QStringLiteral("種類"), QStringLiteral("アドレス")});
   horizontalHeader()->hide();
@@ -49,8 +53,11 @@ AddressList::AddressList(QWidget* parent) : QTableWidget(0, 2, parent) {
   verticalHeader()->hide();
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setTabKeyNavigation(false);
-  connect(this, &QTableWidget::itemChanged, this, [this] {
+  setItemDelegateForColumn(
+      kAddress, new NamedEditorDelegate(QStringLiteral("txMailaddress"), std::move(offers), this));
+  connect(this, &QTableWidget::itemChanged, this, [this](const QTableWidgetItem* changed) {
     if (filling_) return;
+    SplitRow(changed->row());
     KeepEmptyRow();
     Q_EMIT Edited();
   });
@@ -58,6 +65,7 @@ AddressList::AddressList(QWidget* parent) : QTableWidget(0, 2, parent) {
 
 void AddressList::Show(const QList<AddressEntry>& addresses, bool editable) {
   editable_ = editable;
+  shown_ = addresses;
   setEditTriggers(editable ? QAbstractItemView::AllEditTriggers
                            : QAbstractItemView::NoEditTriggers);
   setRowCount(0);
@@ -90,7 +98,57 @@ void AddressList::KeepEmptyRow() {
   if (last < 0 || !item(last, kAddress)->text().trimmed().isEmpty()) AddRow({});
 }
 
+// Several addresses in one row, separated as in a header, become rows of the same kind.
+void AddressList::SplitRow(int row) {
+  QString typed = item(row, kAddress)->text();
+  typed.replace(u';', u',').replace(u'\n', u',');
+  if (typed.count(u'@') < 2) return;
+  const QString lines = ParseAddressList(QStringLiteral("TO: ") + typed);
+  const QStringList entries = lines.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+  if (entries.size() < 2) return;
+  const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
+  const QString kind = kinds == nullptr ? QStringLiteral("TO") : kinds->currentData().toString();
+  filling_ = true;
+  item(row, kAddress)->setText(ParseAddressEntry(entries[0]).presentable);
+  filling_ = false;
+  for (const QString& line : entries.mid(1)) {
+    AddressEntry entry = ParseAddressEntry(line);
+    entry.kind = kind;
+    Add(entry);
+  }
+}
+
+void AddressList::Add(const AddressEntry& entry) {
+  if (!editable_ || entry.address.isEmpty()) return;
+  const int last = rowCount() - 1;
+  if (last >= 0 && item(last, kAddress)->text().trimmed().isEmpty()) removeRow(last);
+  AddRow(entry);
+  KeepEmptyRow();
+  Q_EMIT Edited();
+}
+
+bool AddressList::HasRecipient() const {
+  const QList<AddressEntry> addresses = Addresses();
+  return std::any_of(addresses.begin(), addresses.end(), [](const AddressEntry& entry) {
+    return entry.kind == u"TO" || entry.kind == u"CC" || entry.kind == u"BC";
+  });
+}
+
+void AddressList::keyPressEvent(QKeyEvent* event) {
+  const int row = currentRow();
+  const bool begins = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (editable_ && event->key() == Qt::Key_Delete && row >= 0 && row < rowCount() - 1) {
+    removeRow(row);
+    Q_EMIT Edited();
+  } else if (editable_ && begins && row >= 0 && state() != EditingState) {
+    editItem(item(row, kAddress));
+  } else {
+    QTableWidget::keyPressEvent(event);
+  }
+}
+
 QList<AddressEntry> AddressList::Addresses() const {
+  if (!editable_) return shown_;
   QList<AddressEntry> addresses;
   for (int row = 0; row < rowCount(); ++row) {
     const QString typed = item(row, kAddress)->text();

@@ -1,33 +1,45 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 #include <QTableWidget>
+#include <functional>
 
 #include "mail/address.h"
 
 namespace vorn {
 
 /// The list "lvMailaddress": a message's addresses, one a row with its kind. While it can be edited
-/// its last row is empty and takes the next address.
+/// its last row, "($追加)", takes the next address; several that are typed or pasted into one row
+/// become rows of their own.
 class AddressList : public QTableWidget {
   Q_OBJECT
 
  public:
-  explicit AddressList(QWidget* parent = nullptr);
+  /// `offers` gives the addresses that are offered while the user types.
+  explicit AddressList(std::function<QStringList()> offers, QWidget* parent = nullptr);
 
   void Show(const QList<AddressEntry>& addresses, bool editable);
   /// The rows that hold an address.
   QList<AddressEntry> Addresses() const;
+  bool HasRecipient() const;
+  /// Adds an address to a list that can be edited.
+  void Add(const AddressEntry& entry);
 
  Q_SIGNALS:
   void Edited();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   enum Column { kKind = 0, kAddress };
 
   void AddRow(const AddressEntry& entry);
   void KeepEmptyRow();
+  void SplitRow(int row);
 
+  QList<AddressEntry> shown_;  // what a list that cannot be edited shows
   bool editable_ = false;
   bool filling_ = false;
 };

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "frame/request_queue.h"
+
 namespace vorn {
 
 /// What a message window asks of the program around it.
@@ -12,6 +14,15 @@ class MessageHost {
   virtual void SendMessage(const QString& serialId) = 0;
   /// A message was stored or changed; pages that show it are out of date.
   virtual void MessageStored() = 0;
+  /// Asks for another message window.
+  virtual void PostMail(const MailRequest& request) = 0;
+  /// Prints a page file, which is deleted afterwards.
+  virtual void PrintPageFile(const QString& path) = 0;
+  /// The message before (`step` -1) or after (1) another one in the folder that is being looked
+  /// at; empty when there is none.
+  virtual QString NeighbourMessage(const QString& serialId, int step) = 0;
+  /// Whether the program is about to end, so that a question must not keep a window open.
+  virtual bool IsClosing() const = 0;
 };
 
 }  // namespace vorn

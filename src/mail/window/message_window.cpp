@@ -1,153 +1,99 @@
 #include "mail/window/message_window.h"
 
-#include <QAction>
 #include <QCloseEvent>
 #include <QEventLoop>
-#include <QFontDatabase>
-#include <QGridLayout>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QToolBar>
 
 #include "frame/start_up.h"
 #include "frame/window/icons.h"
+#include "mail/attachment_files.h"
 #include "mail/compose_message.h"
+#include "mail/drafts.h"
+#include "mail/flag_string.h"
 #include "mail/mail_store.h"
-#include "mail/mime_codec.h"
 #include "mail/window/address_list.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/header_list.h"
 #include "objects/settings.h"
 
 namespace vorn {
 namespace {
 
-constexpr int kRowsShown = 4;
+constexpr QSize kSize(760, 620);
+constexpr int kDraftMs = 30000;
+// Attachments above this together are left out of drafts: writing them would hold the window up.
+constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
 const QString kProcess = QStringLiteral("process");
 
-QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source) {
-  const MimeCodec::ContentRecord& record = attachment.record;
-  return MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()),
-                               record.first, record.last);
-}
-
-bool HasKind(const QList<AddressEntry>& addresses, std::initializer_list<QStringView> kinds) {
-  return std::any_of(addresses.begin(), addresses.end(), [&kinds](const AddressEntry& entry) {
-    return std::find(kinds.begin(), kinds.end(), QStringView(entry.kind)) != kinds.end();
-  });
+qint64 SizeOf(const ModelAttachment& attachment) {
+  return attachment.isNew ? QFileInfo(attachment.path).size()
+                          : static_cast<qint64>(attachment.record.Size());
 }
 
 }  // namespace
 
-MessageWindow::MessageWindow(Context& context, MessageHost& host) : context_(context), host_(host) {
+MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog& events)
+    : context_(context), host_(host), events_(events) {
   setObjectName(QStringLiteral("Mail"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(720, 560);
+  resize(kSize);
   BuildControls();
-  BuildCommands();
+  BuildMenus();
+  drafts_.setParent(this);
+  drafts_.setObjectName(QStringLiteral("tmDraft"));
+  connect(&drafts_, &QTimer::timeout, this, &MessageWindow::KeepDraft);
+  drafts_.start(kDraftMs);
 }
 
-void MessageWindow::BuildControls() {
-  auto* center = new QWidget(this);
-  auto* grid = new QGridLayout(center);
-  const auto addRow = [grid](int row, const QString& text, QWidget* control) {
-    auto* label = new QLabel(text);
-    label->setBuddy(control);
-    grid->addWidget(label, row, 0, Qt::AlignTop);
-    grid->addWidget(control, row, 1);
-    return label;
-  };
-  txSubject_ = new QLineEdit;
-  txSubject_->setObjectName(QStringLiteral("txSubject"));
-  addRow(0, QStringLiteral("件名(&J)"), txSubject_);
-  lvMailaddress_ = new AddressList;
-  lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kRowsShown);
-  addRow(1, QStringLiteral("アドレス(&D)"), lvMailaddress_);
-  lvClip_ = new QListWidget;
-  lvClip_->setObjectName(QStringLiteral("lvClip"));
-  lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kRowsShown);
-  lbClip_ = addRow(2, QStringLiteral("添付(&T)"), lvClip_);
-
-  txMemo_ = new QPlainTextEdit;
-  txMemo_->setObjectName(QStringLiteral("txMemo"));
-  txMemo_->setAccessibleName(QStringLiteral("本文"));
-  txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  grid->addWidget(txMemo_, 3, 0, 1, 2);
-  grid->setRowStretch(3, 1);
-  setCentralWidget(center);
-  const auto edited = [this] { edited_ = true; };
-  connect(txSubject_, &QLineEdit::textEdited, this, edited);
-  connect(lvMailaddress_, &AddressList::Edited, this, edited);
-  connect(txMemo_, &QPlainTextEdit::textChanged, this, edited);
-}
-
-void MessageWindow::BuildCommands() {
-  tbMenu_ = addToolBar(QStringLiteral("コマンド"));
-  tbMenu_->setObjectName(QStringLiteral("tbMenu"));
-  tbMenu_->setMovable(false);
-  tbMenu_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  auto* menu = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
-  menu->setObjectName(QStringLiteral("menuFiles"));
-  const auto add = [this, menu](const QString& name, const QString& text, auto command) {
-    QAction* action = menu->addAction(text, this, command);
-    action->setObjectName(name);
-    return action;
-  };
-  send_ = add(QStringLiteral("mailup"), QStringLiteral("送信(&S)"), &MessageWindow::SendClicked);
-  send_->setIcon(Icon(QStringLiteral("mailup")));
-  send_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
-  menu->addSeparator();
-  answers_ = {add(QStringLiteral("replay"), QStringLiteral("送信者に返信(&R)"),
-                  [this] { TurnInto(static_cast<int>(OpenMode::Reply)); }),
-              add(QStringLiteral("replayall"), QStringLiteral("関係者に返信(&A)"),
-                  [this] { TurnInto(static_cast<int>(OpenMode::ReplyAll)); }),
-              add(QStringLiteral("forward"), QStringLiteral("転送(&F)"),
-                  [this] { TurnInto(static_cast<int>(OpenMode::Forward)); })};
-  menu->addSeparator();
-  add(QStringLiteral("close"), QStringLiteral("閉じる(&X)"), &MessageWindow::close)
-      ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)});
-  tbMenu_->addAction(send_);
-  for (QAction* action : std::as_const(answers_)) tbMenu_->addAction(action);
-}
-
-bool MessageWindow::IsEditable() const {
-  return qAbs(request_->Number(kProcess, kStatusEdit)) == kStatusEdit;
-}
-
-bool MessageWindow::IsWaiting() const {
-  return qAbs(request_->Number(kProcess, kStatusEdit)) == kStatusWaiting;
+int MessageWindow::AbsoluteStatus() const {
+  return request_ == nullptr ? static_cast<int>(kStatusEdit)
+                             : qAbs(request_->Number(kProcess, kStatusEdit));
 }
 
 bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   request_ = request;
   Open();
-  return true;
+  ShowEventPage();
+  if (!request_->Flag(u"AutoSend") || !MissingForSending().isEmpty()) return true;
+  request_->Let(QStringLiteral("send"), true);
+  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+  closed_ = StoreForClosing();
+  return !closed_;
 }
 
-void MessageWindow::Open() {
-  Fill(OpenMessage(context_, *request_));
+void MessageWindow::Open(bool applyStoredCharset) {
+  const OpenedMessage opened = OpenMessage(context_, *request_, applyStoredCharset, charset_);
+  if (applyStoredCharset) {
+    charset_ =
+        IsEditable()
+            ? CharsetChoice::Automatic
+            : CharsetChoiceOf(GetFlagChar(request_->Text(u"flag"), kFlagCode, QStringLiteral("*")));
+  }
+  Fill(opened);
   tag_ = request_->SerialID();
 }
 
 void MessageWindow::Fill(const OpenedMessage& opened) {
   model_ = opened.model;
   source_ = opened.source;
+  html_ = opened.html;
   const bool editable = IsEditable();
   const bool isMissing = !opened.found && !request_->Flag(u"new");
-  setWindowTitle(!model_.subject.isEmpty() ? model_.subject
-                 : editable                ? QStringLiteral("メッセージの作成")
-                                           : QStringLiteral("(件名なし)"));
   txSubject_->setText(model_.subject);
   txSubject_->setCursorPosition(0);
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);
-  lvClip_->clear();
-  for (const ModelAttachment& attachment : model_.attachments) lvClip_->addItem(attachment.name);
-  lvClip_->setVisible(lvClip_->count() > 0);
-  lbClip_->setVisible(lvClip_->count() > 0);
+  tbMailaddress_->setVisible(editable);
+  lvClip_->Show(model_.attachments, source_, editable);
+  lvClip_->setVisible(!model_.attachments.empty());
+  lbClip_->setVisible(!model_.attachments.empty());
   txMemo_->setReadOnly(!editable);
   txMemo_->setTextInteractionFlags(editable
                                        ? Qt::TextEditorInteraction
@@ -155,91 +101,78 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txMemo_->setPlainText(isMissing ? QStringLiteral("メッセージを読み込めません。") +
                                         context_.Data.LastError().text
                                   : model_.text);
+  tsBody_->setCurrentIndex(0);
+  tsBody_->setTabVisible(1, !editable && !html_.isEmpty());
+  lvHeader_->Show(model_.headerRows, editable);
+  txReference_->setPlainText(model_.references);
+  txReference_->setReadOnly(!editable);
+  txInReplayTo_->setText(model_.inReplyTo);
+  txInReplayTo_->setReadOnly(!editable);
+  ShowCaption();
   ControlToolbarUpdate();
-  txMemo_->setFocus();
-  edited_ = false;
-}
-
-void MessageWindow::ControlToolbarUpdate() {
-  send_->setVisible(IsEditable() || IsWaiting());
-  send_->setText(IsWaiting() ? QStringLiteral("送信をキャンセル(&S)") : QStringLiteral("送信(&S)"));
-  for (QAction* action : std::as_const(answers_)) action->setVisible(!IsEditable());
-}
-
-void MessageWindow::TurnInto(int openMode) {
-  request_->Let(QStringLiteral("open"), openMode);
-  request_->Let(QStringLiteral("new"), true);
-  Open();
-}
-
-QString MessageWindow::MissingForSending() const {
-  const QList<AddressEntry> addresses = lvMailaddress_->Addresses();
-  if (!HasKind(addresses, {u"TO", u"CC", u"BC"})) {
-    return QStringLiteral("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
-  }
-  if (!HasKind(addresses, {u"FROM"})) {
-    return QStringLiteral("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
-  }
-  return {};
-}
-
-void MessageWindow::CancelSending() {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
-      QStringLiteral("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer != QMessageBox::Ok) return;
-  const int sign = request_->Number(kProcess) < 0 ? -1 : 1;
-  request_->Let(kProcess, sign * kStatusEdit);
-  MailStore(context_).UpdateMessageState(kStateStatus, *request_, true);
-  Open();
-}
-
-void MessageWindow::SendClicked() {
-  if (IsWaiting()) {
-    CancelSending();
-    return;
-  }
-  const QString missing = MissingForSending();
-  if (!missing.isEmpty()) {
-    QMessageBox::information(this, kApplicationTitle, missing);
+  // A new message begins with what it lacks.
+  if (editable && !lvMailaddress_->HasRecipient()) {
     lvMailaddress_->setFocus();
-    return;
+  } else {
+    txMemo_->setFocus();
   }
-  if (txSubject_->text().isEmpty() &&
-      QMessageBox::question(this, kApplicationTitle,
-                            QStringLiteral("件名が設定されていません。送信してよろしいですか？")) !=
-          QMessageBox::Yes) {
-    return;
-  }
-  sending_ = true;
-  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
-  if (!close()) {
-    sending_ = false;
-    request_->Let(kProcess, static_cast<int>(kStatusEdit));
-  }
+  edited_ = stateChanged_ = draftDue_ = false;
+}
+
+QString MessageWindow::GetMessageSubject() const {
+  const QString subject = txSubject_->text();
+  if (!subject.isEmpty()) return subject;
+  return request_ != nullptr && request_->Flag(u"new") ? QStringLiteral("新しいメッセージ")
+                                                       : QStringLiteral("（件名なし）");
+}
+
+void MessageWindow::ShowCaption() {
+  setWindowTitle(GetMessageSubject() + QStringLiteral(" プロパティ"));
+}
+
+MessageModel MessageWindow::CurrentModel() const {
+  MessageModel model = model_;
+  model.subject = txSubject_->text();
+  model.addresses = lvMailaddress_->Addresses();
+  model.text = txMemo_->toPlainText();
+  model.attachments = lvClip_->Attachments();
+  model.headerRows = lvHeader_->Rows();
+  model.references = txReference_->toPlainText().simplified();
+  model.inReplyTo = txInReplayTo_->text().simplified();
+  return model;
+}
+
+QByteArray MessageWindow::Compose(QString* error) const {
+  ComposeOptions options;
+  options.charset = charset_;
+  options.settings = EditSettings::From(*Settings(context_));
+  options.boundaryToken = context_.Data.NewSerialID();
+  options.read = [this, error](const ModelAttachment& attachment) {
+    return ReadAttachment(attachment, source_, error);
+  };
+  const QByteArray source = ComposeMessage(CurrentModel(), options);
+  return error->isEmpty() ? source : QByteArray();
 }
 
 bool MessageWindow::AskToSave(bool* cancelled) {
+  QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
+  if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
   const auto answer = QMessageBox::question(
       this, kApplicationTitle, QStringLiteral("このメッセージを保存します。よろしいですか？"),
-      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+      buttons);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }
 
-bool MessageWindow::Store() {
-  model_.subject = txSubject_->text();
-  model_.addresses = lvMailaddress_->Addresses();
-  model_.text = txMemo_->toPlainText();
-  ComposeOptions options;
-  options.settings = EditSettings::From(*Settings(context_));
-  options.boundaryToken = context_.Data.NewSerialID();
-  options.read = [this](const ModelAttachment& attachment) {
-    return ReadAttachment(attachment, source_);
-  };
-  const QByteArray source = ComposeMessage(model_, options);
+bool MessageWindow::StoreEdited() {
+  QString error;
+  const QByteArray source = Compose(&error);
+  if (source.isNull()) {
+    QMessageBox::critical(this, kApplicationTitle, error);
+    return false;
+  }
   if (!MailStore(context_).StoreMessage(*request_, source).isEmpty()) {
+    Drafts::Forget(context_, tag_);
     host_.MessageStored();
     return true;
   }
@@ -249,21 +182,61 @@ bool MessageWindow::Store() {
   return false;
 }
 
-void MessageWindow::closeEvent(QCloseEvent* event) {
-  event->accept();
-  if (request_ == nullptr || (!IsEditable() && !sending_)) return;
-  if (!sending_) {
-    if (!edited_) return;
+bool MessageWindow::StoreForClosing() {
+  if (request_ == nullptr || request_->Flag(u"messagedelete")) return true;
+  const bool isNew = request_->Flag(u"new");
+  const bool sends = request_->Flag(u"send");
+  if (isNew && !sends) {
     bool cancelled = false;
-    const bool save = !request_->Flag(u"new") || AskToSave(&cancelled);
-    if (cancelled) event->ignore();
-    if (cancelled || !save) return;
+    const bool save = AskToSave(&cancelled);
+    if (cancelled) return false;
+    if (!save) {
+      Drafts::Forget(context_, tag_);
+      return true;
+    }
   }
-  if (!Store()) {
-    event->ignore();  // the text stays
-  } else if (sending_) {
-    host_.SendMessage(request_->SerialID());
+  if (sends || (IsEditable() && (isNew || edited_))) {
+    if (!StoreEdited()) return false;  // the text stays
+    if (sends) host_.SendMessage(tag_);
+    return true;
   }
+  if (stateChanged_) {
+    MailStore(context_).UpdateMessageState(0, *request_, true);
+    host_.MessageStored();
+  }
+  return true;
+}
+
+void MessageWindow::closeEvent(QCloseEvent* event) {
+  if (!closed_) closed_ = StoreForClosing();
+  event->setAccepted(closed_);
+}
+
+void MessageWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() != QEvent::ActivationChange || !isActiveWindow() || request_ == nullptr) return;
+  if (request_->Flag(u"notice") && Settings(context_)->Flag(u"ReceiveNotice")) {
+    QTimer::singleShot(0, this, [this] {
+      if (request_->Flag(u"notice")) AskForReceipt();
+    });
+  }
+}
+
+// A message that is being written survives a crash of the program or the machine.
+void MessageWindow::KeepDraft() {
+  if (!draftDue_ || !IsEditable() || closed_) return;
+  draftDue_ = false;
+  MessageModel model = CurrentModel();
+  qint64 bytes = 0;
+  for (const ModelAttachment& attachment : model.attachments) bytes += SizeOf(attachment);
+  if (bytes > kDraftAttachmentBytes) model.attachments.clear();
+  ComposeOptions options;
+  options.settings = EditSettings::From(*Settings(context_));
+  options.boundaryToken = context_.Data.NewSerialID();
+  options.read = [this](const ModelAttachment& attachment) {
+    return ReadAttachment(attachment, source_);
+  };
+  Drafts::Keep(context_, tag_, ComposeMessage(model, options));
 }
 
 void MessageWindow::ShowModeless() {

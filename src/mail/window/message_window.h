@@ -1,21 +1,29 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include "frame/request_window.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
 #include "storage/context.h"
 
+class QActionGroup;
 class QLabel;
 class QLineEdit;
-class QListWidget;
+class QMenu;
 class QPlainTextEdit;
+class QTabWidget;
 class QToolBar;
 
 namespace vorn {
 
 class AddressList;
+class AttachmentList;
+class EventLog;
+class FindBar;
+class HeaderList;
+class HtmlView;
 
 /// The message window "Mail": shows one message, and edits a new or unsent one. It turns itself
 /// into a reply or a forward of the message that it shows. Closing stores what is to be kept.
@@ -23,7 +31,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   Q_OBJECT
 
  public:
-  MessageWindow(Context& context, MessageHost& host);
+  MessageWindow(Context& context, MessageHost& host, const EventLog& events);
 
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
   QString Tag() const override { return tag_; }
@@ -31,47 +39,125 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ShowModeless() override;
   void ShowModal() override;
   void Activate() override;
+  bool Dust() const override { return dust_; }
   void Unload() override { deleteLater(); }
+
+  /// Brings the buttons and menus in line with the message's status and the settings.
+  void ControlToolbarUpdate();
+  /// The code that the message is written in, or was chosen to be read in.
+  CharsetChoice GetActiveCharset() const { return charset_; }
+  void SetActiveCharset(CharsetChoice charset);
+  QString GetMessageSubject() const;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  // Building, in message_pages.cpp.
   void BuildControls();
-  void BuildCommands();
-  /// Opens the request's message and fills the window.
-  void Open();
-  void Fill(const OpenedMessage& opened);
-  void ControlToolbarUpdate();
-  bool IsEditable() const;
-  bool IsWaiting() const;
-  /// Opens the message again in another mode.
-  void TurnInto(int openMode);
+  QWidget* BuildMailPage();
+  QWidget* BuildBody();
+  QWidget* BuildOptionPage();
+  void ShowEventPage();
+
+  // Menus and toolbar, in message_menus.cpp.
+  void BuildMenus();
+  QMenu* BuildFileMenu();
+  QMenu* BuildMessagesMenu();
+  QMenu* BuildEditMenu();
+  void BuildViewMenu();
+  void BuildCharsetMenu(QMenu* menu);
+  void BuildPriorityMenu(QMenu* menu);
+  void BuildToolbar(QMenu* file, QMenu* edit);
+  void CheckMenus();
+  void InFocusedBox(const char* slot);
+
+  // Commands, in message_commands.cpp.
+  void ToolbarSend();
   void SendClicked();
   void CancelSending();
+  void TurnInto(OpenMode mode);
+  void ToggleDust();
+  void DeleteClicked();
+  void ChooseFolders();
+  void SaveToFile();
+  void PrintClicked();
+  void ShowSource();
+  void ChoosePriority(int priority);
+  void ChooseAddresses();
+  void AskForReceipt();
+  void ShowNeighbour(int step);
+  void FindText(const QString& text, bool backward);
+  void ZoomBy(int steps);
+  void ShowHtml();
+  void InsertRows(const QString& addressLines);
+
+  /// Opens the request's message and fills the window.
+  void Open(bool applyStoredCharset = true);
+  void Fill(const OpenedMessage& opened);
+  void ShowCaption();
+  bool IsEditable() const { return AbsoluteStatus() == 1; }
+  bool IsWaiting() const { return AbsoluteStatus() == 2; }
+  int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString MissingForSending() const;
+  /// The message as it stands in the window.
+  MessageModel CurrentModel() const;
+  /// Its source; null, with the reason in `error`, when an attachment cannot be read.
+  QByteArray Compose(QString* error) const;
+  /// Stores what closing keeps; false when the window has to stay open.
+  bool StoreForClosing();
   bool AskToSave(bool* cancelled);
   /// Composes and stores the message as it stands; false, with the reason told, when it cannot be.
-  bool Store();
+  bool StoreEdited();
+  void KeepDraft();
+  void MarkEdited() { edited_ = draftDue_ = true; }
 
   Context& context_;
   MessageHost& host_;
+  const EventLog& events_;
   DiskPtr request_;
   QString tag_;
   MessageModel model_;
   QByteArray source_;
+  QString html_;
+  CharsetChoice charset_ = CharsetChoice::Automatic;
   bool edited_ = false;
-  bool sending_ = false;
+  bool stateChanged_ = false;
+  bool draftDue_ = false;
+  bool closed_ = false;
+  bool dust_ = false;
+  int zoom_ = 0;
+  QTimer drafts_;
 
   QToolBar* tbMenu_ = nullptr;
+  QTabWidget* tsPage_ = nullptr;
   QLineEdit* txSubject_ = nullptr;
   AddressList* lvMailaddress_ = nullptr;
+  QToolBar* tbMailaddress_ = nullptr;
   QLabel* lbClip_ = nullptr;
-  QListWidget* lvClip_ = nullptr;
+  AttachmentList* lvClip_ = nullptr;
+  QTabWidget* tsBody_ = nullptr;
   QPlainTextEdit* txMemo_ = nullptr;
-  QAction* send_ = nullptr;
-  QList<QAction*> answers_;
+  QWidget* htmlPage_ = nullptr;
+  HtmlView* wbHtml_ = nullptr;
+  FindBar* find_ = nullptr;
+  HeaderList* lvHeader_ = nullptr;
+  QPlainTextEdit* txReference_ = nullptr;
+  QLineEdit* txInReplayTo_ = nullptr;
+
+  QList<QAction*> toolbarSend_;  // "mailup", "mailupdelete"
+  QAction* toolbarReply_ = nullptr;
+  QAction* toolbarClip_ = nullptr;
+  QAction* toolbarEdit_ = nullptr;
+  QAction* menuSend_ = nullptr;
+  QList<QAction*> menuAnswers_;
+  QList<QAction*> menuStored_;  // what needs a message that is in the store
+  QAction* menuDust_ = nullptr;
+  QActionGroup* charsets_ = nullptr;
+  QActionGroup* priorities_ = nullptr;
+  QMenu* attachments_ = nullptr;
 };
 
 }  // namespace vorn

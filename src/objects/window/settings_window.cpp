@@ -58,6 +58,12 @@ class CheckingPage : public FormPage {
     minutes->setValue(10);
     minutes->setEnabled(false);
     connect(check, &QCheckBox::toggled, minutes, &QSpinBox::setEnabled);
+    QCheckBox* receipt =
+        AddCheck(QStringLiteral("ckReceiveNotice"), QStringLiteral("受信したことを通知(&R)"));
+    QCheckBox* edit =
+        AddCheck(QStringLiteral("ckReceiveNoticeEdit"), QStringLiteral("編集してから送信(&E)"));
+    edit->setEnabled(false);
+    connect(receipt, &QCheckBox::toggled, edit, &QCheckBox::setEnabled);
     AddCheck(QStringLiteral("ckMessageNotice"), QStringLiteral("新着メッセージを知らせる(&M)"));
     AddCheck(QStringLiteral("ckMessageNoticeDialog"), QStringLiteral("開くかどうかを尋ねる(&D)"));
     AddCheck(QStringLiteral("ckMessageNoticeSound"), QStringLiteral("音を鳴らす(&S)"));

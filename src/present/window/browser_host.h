@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QPrinter;
+
 namespace vorn {
 
 /// What a browser window asks of the program around it.
@@ -11,6 +13,8 @@ class BrowserHost {
   /// A link command was followed on a folder's page: asks for a message window.
   /// `open` is the open mode.
   virtual void OpenMessage(int open, const QString& serialId, bool isNew) = 0;
+  /// Lets the user choose a printer and how to print; false when he declines.
+  virtual bool ChoosePrinter(QPrinter& printer) = 0;
   /// A browser window has closed.
   virtual void BrowserClosed() = 0;
 };

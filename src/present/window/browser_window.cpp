@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QFile>
 #include <QLineEdit>
+#include <QPrinter>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -66,6 +67,7 @@ void BrowserWindow::BuildControls() {
   wbUrl_->setObjectName(QStringLiteral("wbUrl"));
   wbUrl_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(wbUrl_, &QWebEngineView::loadStarted, this, [this] { SetLoading(true); });
+  connect(wbUrl_, &QWebEngineView::printFinished, this, &BrowserWindow::PrintFinished);
   connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
   setFocusProxy(wbUrl_);
 
@@ -190,7 +192,24 @@ void BrowserWindow::DocumentComplete(bool ok) {
     setWindowTitle(wbUrl_->title());
     UpdateHistoryState();
   }
+  if (bag_->Text(u"exec") == u"print") DoPrint();
   Q_EMIT Loaded(ok);
+}
+
+// A window that was opened to print goes when that is done.
+void BrowserWindow::DoPrint() {
+  if (printer_ != nullptr) return;
+  printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+  if (host_.ChoosePrinter(*printer_)) {
+    wbUrl_->print(printer_.get());
+  } else {
+    PrintFinished();
+  }
+}
+
+void BrowserWindow::PrintFinished() {
+  printer_.reset();
+  if (bag_->Text(u"exec") == u"print") bag_->Let(QStringLiteral("dust"), true);
 }
 
 void BrowserWindow::UpdateHistoryState() {

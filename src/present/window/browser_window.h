@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <memory>
 
 #include "frame/request_window.h"
 #include "present/link_command.h"
@@ -11,6 +12,7 @@
 
 class QAction;
 class QLineEdit;
+class QPrinter;
 class QToolBar;
 class QWebEngineView;
 
@@ -45,6 +47,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
+  /// Prints what is shown.
+  void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
   void ControlToolbarUpdate();
 
@@ -64,6 +68,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void SetLoading(bool loading);
   void DocumentComplete(bool ok);
   void DeletePageFile();
+  void PrintFinished();
   void UpdateHistoryState();
 
   Context& context_;
@@ -76,6 +81,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QLineEdit* txLocation_ = nullptr;
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
+  std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QAction* before_ = nullptr;
   QAction* seek_ = nullptr;
   QAction* next_ = nullptr;

@@ -1,0 +1,161 @@
+#include "auxiliary/window/address_window.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSplitter>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "frame/window/icons.h"
+#include "mail/address.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "storage/like_pattern.h"
+#include "storage/window/control_state.h"
+
+namespace vorn {
+namespace {
+
+const QString kStatus = QStringLiteral("status");
+// The splitter's position is kept in the units of the window's other places, fifteenths of a pixel.
+constexpr int kUnitsPerPixel = 15;
+constexpr int kDefaultSplit = 2400;
+
+bool Matches(const LikePattern& pattern, const QString& text) {
+  const QByteArray utf8 = text.toUtf8();
+  return pattern.Matches({utf8.constData(), static_cast<size_t>(utf8.size())});
+}
+
+}  // namespace
+
+AddressWindow::AddressWindow(Context& context, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      tvObject_(new QTreeWidget),
+      lvCandidacy_(new QListWidget),
+      txString_(new QLineEdit),
+      piSplit_(new QSplitter) {
+  setObjectName(QStringLiteral("address"));
+  setWindowTitle(QStringLiteral("アドレスの選択"));
+  BuildControls();
+  RestoreWindowPlacement(context_, *this, objectName());
+  const DiskPtr place = context_.Objects.Find(QStringLiteral("DATA_address"));
+  const int split = place->Number(u"disp", kDefaultSplit) / kUnitsPerPixel;
+  piSplit_->setSizes({split, qMax(width() - split, split)});
+}
+
+AddressWindow::~AddressWindow() {
+  KeepWindowPlacement(context_, *this, objectName());
+  context_.Objects.Find(QStringLiteral("DATA_address"))
+      ->Let(QStringLiteral("disp"), piSplit_->sizes().value(0) * kUnitsPerPixel);
+}
+
+void AddressWindow::BuildControls() {
+  txString_->setObjectName(QStringLiteral("txString"));
+  txString_->setClearButtonEnabled(true);
+  auto* label = new QLabel(QStringLiteral("検索する文字(&T)"));
+  label->setBuddy(txString_);
+  auto* tbSeek = new QToolBar;
+  tbSeek->setObjectName(QStringLiteral("tbSeek"));
+  tbSeek->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  tbSeek->addAction(QStringLiteral("検索(&K)"), this, &AddressWindow::Seek)
+      ->setObjectName(QStringLiteral("seek"));
+  tbSeek->addAction(QStringLiteral("選択(&S)"), this, &AddressWindow::Select)
+      ->setObjectName(QStringLiteral("select"));
+  connect(txString_, &QLineEdit::returnPressed, this, &AddressWindow::Seek);
+
+  tvObject_->setObjectName(QStringLiteral("tvObject"));
+  tvObject_->setAccessibleName(QStringLiteral("アドレスブック"));
+  tvObject_->setHeaderHidden(true);
+  connect(tvObject_, &QTreeWidget::itemSelectionChanged, this, &AddressWindow::Seek);
+  lvCandidacy_->setObjectName(QStringLiteral("lvCandidacy"));
+  lvCandidacy_->setAccessibleName(QStringLiteral("見つかったアドレス"));
+  lvCandidacy_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  connect(lvCandidacy_, &QListWidget::itemDoubleClicked, this, &AddressWindow::Select);
+  piSplit_->setObjectName(QStringLiteral("piSplit"));
+  piSplit_->addWidget(tvObject_);
+  piSplit_->addWidget(lvCandidacy_);
+  piSplit_->setStretchFactor(1, 1);
+
+  auto* top = new QHBoxLayout;
+  top->addWidget(label);
+  top->addWidget(txString_, 1);
+  top->addWidget(tbSeek);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(top);
+  layout->addWidget(piSplit_, 1);
+}
+
+void AddressWindow::LoadDefaultProperty(const DiskPtr& request) {
+  request_ = request;
+  FillTree(request->Text(u"draw"));
+  Seek();
+  txString_->setFocus();
+}
+
+void AddressWindow::FillTree(const QString& draw) {
+  auto* all = new QTreeWidgetItem(tvObject_, {QStringLiteral("すべてのアドレスブック")});
+  all->setIcon(0, Icon(object_type::kBook));
+  const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
+  for (const DiskPtr& object : *objects) {
+    auto* item = new QTreeWidgetItem(all, {object->Text(u"Object")});
+    item->setIcon(0, Icon(object->Text(u"Draw")));
+    item->setData(0, Qt::UserRole, object->SerialID());
+  }
+  tvObject_->expandAll();
+}
+
+void AddressWindow::Seek() {
+  const QString text = txString_->text();
+  const QTreeWidgetItem* node = tvObject_->currentItem();
+  const QString key = node == nullptr ? QString() : node->data(0, Qt::UserRole).toString();
+  const DiskPtr chosen = context_.Objects.Find(key);
+  const bool isBook = chosen != nullptr && chosen->Text(u"FormName") == object_type::kBook;
+  request_->Let(QStringLiteral("string"), text);
+  request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
+
+  const LikePattern pattern((u'*' + text + u'*').toStdString(), LetterCase::Exact);
+  lvCandidacy_->clear();
+  for (const DiskPtr& object : context_.Objects) {
+    if (object->Text(u"FormName") != object_type::kBook) continue;
+    if (isBook && object->SerialID() != key) continue;
+    for (const QString& line : object->Text(u"Addressbook").split(kLineBreak, Qt::SkipEmptyParts)) {
+      const AddressEntry entry = ParseAddressEntry(line);
+      if (entry.address.isEmpty()) continue;
+      if (!text.isEmpty() && !Matches(pattern, entry.address) &&
+          !Matches(pattern, entry.displayName)) {
+        continue;
+      }
+      auto* item = new QListWidgetItem(entry.presentable, lvCandidacy_);
+      item->setData(Qt::UserRole, entry.canonical);
+      item->setSelected(true);
+    }
+  }
+}
+
+void AddressWindow::Select() {
+  QStringList lines;
+  for (int row = 0; row < lvCandidacy_->count(); ++row) {
+    const QListWidgetItem* item = lvCandidacy_->item(row);
+    if (item->isSelected()) lines.append(item->data(Qt::UserRole).toString());
+  }
+  context_.Session->Let(kStatus, lines.join(kLineBreak));
+  accept();
+}
+
+QString SelectAddresses(Context& context, QWidget* parent, const QString& types) {
+  auto request = std::make_shared<Disk>(context.Data.NewSerialID());
+  request->Let(QStringLiteral("draw"), types);
+  context.Session->Let(kStatus, QString());
+  AddressWindow window(context, parent);
+  window.LoadDefaultProperty(request);
+  window.exec();
+  const QString chosen = context.Session->Text(kStatus);
+  context.Session->Let(kStatus, QString());
+  return chosen;
+}
+
+}  // namespace vorn

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "mail/message_model.h"
+
+namespace vorn {
+
+/// The decoded bytes of an attachment: of its file for a new one, of its part of `source` for an
+/// old one. Null, with a sentence in `error`, when a new one's file cannot be read.
+QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source,
+                          QString* error = nullptr);
+
+/// A name that may stand in a folder on every platform: no path, no reserved characters or names,
+/// nothing that hides the ending. Never empty.
+QString SafeFileName(const QString& name);
+
+/// Whether opening a file of that name runs a program.
+bool IsExecutableName(const QString& name);
+
+/// A size as users read it, "12 KB".
+QString SizeText(qint64 bytes);
+
+}  // namespace vorn

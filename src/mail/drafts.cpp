@@ -1,0 +1,56 @@
+#include "mail/drafts.h"
+
+#include "mail/mail_store.h"
+#include "objects/save_object.h"
+
+namespace vorn::Drafts {
+namespace {
+
+const QString kPrefix = QStringLiteral("draft_");
+const QString kSource = QStringLiteral("Source");
+
+}  // namespace
+
+bool Keep(Context& context, const QString& message, const QByteArray& source) {
+  DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) {
+    draft = std::make_shared<Disk>(kPrefix + message);
+    context.Objects.Add(draft);
+  }
+  draft->Let(QStringLiteral("FormName"), QStringLiteral("draft"));
+  // A bag holds text; base64 keeps any bytes.
+  draft->Let(kSource, QString::fromLatin1(source.toBase64()));
+  return SaveObject(context, DatabaseKind::Profile, *draft);
+}
+
+void Forget(Context& context, const QString& message) {
+  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) return;
+  if (OpenDatabase(context, DatabaseKind::Profile)) draft->Delete(context.Data);
+  context.Data.Close();
+  context.Objects.Remove(kPrefix + message);
+}
+
+QStringList LeftBehind(const Context& context) {
+  QStringList messages;
+  for (const DiskPtr& object : context.Objects) {
+    if (object->SerialID().startsWith(kPrefix)) {
+      messages.append(object->SerialID().sliced(kPrefix.size()));
+    }
+  }
+  return messages;
+}
+
+bool Restore(Context& context, const QString& message) {
+  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) return false;
+  Disk request(message);
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
+  request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
+  const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
+  if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
+  Forget(context, message);
+  return true;
+}
+
+}  // namespace vorn::Drafts

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// What is being written, kept in the profile's encrypted database until the message is stored or
+/// given up, so that a crash loses nothing that was typed.
+namespace Drafts {
+
+/// Keeps `source` as the draft of the message with that serial identifier, in the place of the one
+/// kept before. False when it cannot be written.
+bool Keep(Context& context, const QString& message, const QByteArray& source);
+void Forget(Context& context, const QString& message);
+/// The serial identifiers of the messages of which a draft was left behind.
+QStringList LeftBehind(const Context& context);
+/// Stores a draft that was left behind as its message, being edited. False when it cannot be; the
+/// draft is then still there.
+bool Restore(Context& context, const QString& message);
+
+}  // namespace Drafts
+}  // namespace vorn

@@ -1,0 +1,67 @@
+#include "mail/known_addresses.h"
+
+#include <QSet>
+
+#include "mail/address.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "storage/databases.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kSentMessages = 1000;  // looked through for past recipients
+
+class AddressCollector {
+ public:
+  void Add(const AddressEntry& entry) {
+    const QString key = entry.address.toLower();
+    if (key.isEmpty() || seen_.contains(key)) return;
+    seen_.insert(key);
+    texts_.append(entry.presentable);
+  }
+  void AddLines(const QString& lines) {
+    for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
+      const AddressEntry entry = ParseAddressEntry(line);
+      if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) Add(entry);
+    }
+  }
+  const QStringList& Texts() const { return texts_; }
+
+ private:
+  QSet<QString> seen_;
+  QStringList texts_;
+};
+
+void AddPastRecipients(Context& context, AddressCollector& collector) {
+  if (!OpenDatabase(context, DatabaseKind::Mail)) return;
+  if (context.Data.OpenRecordset(
+          QStringLiteral("SELECT * FROM mail WHERE STATUS = 3 ORDER BY FIELD_TIMESTAMP DESC"),
+          CursorKind::ForwardOnly)) {
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
+      collector.AddLines(rows->Fields(u"FIELD_MAILADDRESS").toString());
+    }
+  }
+  context.Data.Close();
+}
+
+}  // namespace
+
+QStringList KnownAddresses(Context& context) {
+  AddressCollector collector;
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") == object_type::kBook) {
+      collector.AddLines(object->Text(u"Addressbook"));
+    }
+  }
+  AddPastRecipients(context, collector);
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") != object_type::kAccount) continue;
+    collector.Add(ParseAddressEntry(QStringLiteral("TO: ") + object->Text(u"Mailaddress") + u' ' +
+                                    object->Text(u"Display")));
+  }
+  return collector.Texts();
+}
+
+}  // namespace vorn

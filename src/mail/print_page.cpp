@@ -1,0 +1,48 @@
+#include "mail/print_page.h"
+
+namespace vorn {
+namespace {
+
+QString Escaped(QString text) {
+  text.replace(u'&', QStringLiteral("&amp;"));
+  text.replace(u'<', QStringLiteral("&lt;"));
+  text.replace(u'>', QStringLiteral("&gt;"));
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  text.replace(u'\n', QStringLiteral("<BR>"));
+  return text;
+}
+
+QString Row(const QString& label, const QString& value) {
+  if (value.isEmpty()) return {};
+  return QStringLiteral("<TR><TD>") + label + QStringLiteral("</TD><TD>") + Escaped(value) +
+         QStringLiteral("</TD></TR>\r\n");
+}
+
+QString Addresses(const MessageModel& model, QStringView kind) {
+  QStringList texts;
+  for (const AddressEntry& entry : model.addresses) {
+    if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
+    texts.append(entry.displayName.isEmpty()
+                     ? entry.address
+                     : entry.displayName + QStringLiteral(" <") + entry.address + u'>');
+  }
+  return texts.join(QStringLiteral(", "));
+}
+
+}  // namespace
+
+QByteArray PrintPage(const MessageModel& model) {
+  QStringList attachments;
+  for (const ModelAttachment& attachment : model.attachments) attachments.append(attachment.name);
+  const QString page =
+      QStringLiteral("<html><meta charset=\"utf-8\">\r\n<TABLE width = \"100%\">\r\n") +
+      Row(QStringLiteral("差出人："), Addresses(model, u"FROM")) +
+      Row(QStringLiteral("宛て先："), Addresses(model, u"TO")) +
+      Row(QStringLiteral("参照先："), Addresses(model, u"CC")) +
+      Row(QStringLiteral("添付："), attachments.join(QStringLiteral(", "))) +
+      Row(QStringLiteral("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") +
+      Escaped(model.text) + QStringLiteral("</html>\r\n");
+  return page.toUtf8();
+}
+
+}  // namespace vorn

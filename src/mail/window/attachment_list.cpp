@@ -1,0 +1,241 @@
+#include "mail/window/attachment_list.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileIconProvider>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSaveFile>
+#include <QUrl>
+
+#include "auxiliary/window/console_window.h"
+#include "frame/start_up.h"
+#include "mail/attachment_files.h"
+#include "mail/compose_message.h"
+#include "objects/object_types.h"
+
+namespace vorn {
+namespace {
+
+QStringList LocalFiles(const QMimeData* data) {
+  QStringList paths;
+  if (data == nullptr) return paths;
+  for (const QUrl& url : data->urls()) {
+    if (url.isLocalFile() && QFileInfo(url.toLocalFile()).isFile()) paths.append(url.toLocalFile());
+  }
+  return paths;
+}
+
+// A path in the folder that no file has yet.
+QString FreePath(const QString& folder, const QString& name) {
+  const QFileInfo wanted(QDir(folder), SafeFileName(name));
+  QString path = wanted.filePath();
+  for (int number = 2; QFileInfo::exists(path); ++number) {
+    const QString ending = wanted.suffix().isEmpty() ? QString() : u'.' + wanted.suffix();
+    path = QDir(folder).filePath(wanted.completeBaseName() + QStringLiteral(" (%1)").arg(number) +
+                                 ending);
+  }
+  return path;
+}
+
+}  // namespace
+
+AttachmentList::AttachmentList(Context& context, QWidget* parent)
+    : QListWidget(parent), context_(context) {
+  setObjectName(QStringLiteral("lvClip"));
+  setAccessibleName(QStringLiteral("添付ファイル"));
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  setFlow(QListView::LeftToRight);
+  setWrapping(true);
+  setResizeMode(QListView::Adjust);
+  setSpacing(2);
+  setAcceptDrops(true);
+  connect(this, &QListWidget::itemActivated, this, &AttachmentList::OpenCurrent);
+}
+
+void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
+                          bool editable) {
+  attachments_ = attachments;
+  source_ = source;
+  editable_ = editable;
+  Fill();
+}
+
+void AttachmentList::Fill() {
+  clear();
+  const QFileIconProvider icons;
+  for (const ModelAttachment& attachment : attachments_) {
+    const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size()
+                                         : ReadAttachment(attachment, source_).size();
+    auto* item = new QListWidgetItem(
+        icons.icon(QFileIconProvider::File),
+        attachment.name + QStringLiteral("（") + SizeText(size) + QStringLiteral("）"), this);
+    item->setToolTip(attachment.isNew ? attachment.path : attachment.type);
+  }
+}
+
+void AttachmentList::AddFiles(const QStringList& paths) {
+  for (const QString& path : paths) {
+    const QFileInfo file(path);
+    if (!file.isFile() || !file.isReadable()) {
+      Tell(QStringLiteral("添付ファイル「%1」を読み込めません。").arg(path));
+      continue;
+    }
+    ModelAttachment attachment;
+    attachment.name = file.fileName();
+    attachment.type = ContentTypeOf(file.fileName());
+    attachment.isNew = true;
+    attachment.path = file.absoluteFilePath();
+    attachments_.push_back(attachment);
+  }
+  Fill();
+  Q_EMIT Edited();
+}
+
+bool AttachmentList::PasteFiles() {
+  const QStringList paths = LocalFiles(QApplication::clipboard()->mimeData());
+  if (!editable_ || paths.isEmpty()) return false;
+  AddFiles(paths);
+  return true;
+}
+
+void AttachmentList::AddByDialog() {
+  const QStringList paths = QFileDialog::getOpenFileNames(
+      this, QStringLiteral("添付ファイルの選択"), QString(), QStringLiteral("全てのファイル (*)"));
+  if (!paths.isEmpty()) AddFiles(paths);
+}
+
+void AttachmentList::SaveByDialog() {
+  if (attachments_.empty()) return;
+  QStringList entries;
+  for (size_t i = 0; i < attachments_.size(); ++i) {
+    // "@" separates the fields of an entry.
+    QString name = attachments_[i].name;
+    entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
+  }
+  const QString answer = InputList(context_, this, QStringLiteral("添付ファイルの保存"),
+                                   QStringLiteral("保存したいファイルを選択して下さい。"),
+                                   entries.size() == 1 ? QStringLiteral("0") : QString(),
+                                   entries.join(kLineBreak), true);
+  QList<qsizetype> chosen;
+  for (const QString& key : answer.split(kLineBreak, Qt::SkipEmptyParts)) {
+    chosen.append(key.toLongLong());
+  }
+  if (chosen.size() == 1) {
+    SaveOne(attachments_[static_cast<size_t>(chosen[0])]);
+  } else if (chosen.size() > 1) {
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, QStringLiteral("添付ファイルを保存するフォルダ"));
+    if (!folder.isEmpty()) SaveInto(folder, chosen);
+  }
+}
+
+void AttachmentList::SaveOne(const ModelAttachment& attachment) {
+  const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("添付ファイルの保存"),
+                                                    SafeFileName(attachment.name));
+  if (!path.isEmpty()) WriteTo(path, attachment);
+}
+
+void AttachmentList::SaveInto(const QString& folder, const QList<qsizetype>& chosen) {
+  for (const qsizetype index : chosen) {
+    const ModelAttachment& attachment = attachments_[static_cast<size_t>(index)];
+    if (!WriteTo(FreePath(folder, attachment.name), attachment)) return;
+  }
+}
+
+// The file appears whole or not at all.
+bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachment) {
+  QString error;
+  const QByteArray bytes = ReadAttachment(attachment, source_, &error);
+  if (!error.isEmpty()) {
+    Tell(error);
+    return false;
+  }
+  QSaveFile file(path);
+  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+    return true;
+  }
+  Tell(QStringLiteral("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
+           .arg(path));
+  return false;
+}
+
+void AttachmentList::OpenCurrent() {
+  const int row = currentRow();
+  if (row < 0) return;
+  const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
+  if (IsExecutableName(attachment.name)) {
+    const auto answer = QMessageBox::warning(
+        this, kApplicationTitle,
+        QStringLiteral("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
+                       "あります。開きますか？")
+            .arg(attachment.name),
+        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    if (answer != QMessageBox::Yes) return;
+  }
+  if (working_ == nullptr) {
+    working_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
+  }
+  const QString path = FreePath(working_->path(), attachment.name);
+  if (WriteTo(path, attachment)) QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void AttachmentList::RemoveSelected() {
+  if (!editable_) return;
+  QList<int> rows;
+  for (const QModelIndex& index : selectionModel()->selectedIndexes()) rows.append(index.row());
+  std::sort(rows.begin(), rows.end(), std::greater<>());
+  for (const int row : rows) attachments_.erase(attachments_.begin() + row);
+  if (rows.isEmpty()) return;
+  Fill();
+  Q_EMIT Edited();
+}
+
+void AttachmentList::dragEnterEvent(QDragEnterEvent* event) {
+  if (editable_ && !LocalFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void AttachmentList::dragMoveEvent(QDragMoveEvent* event) {
+  event->acceptProposedAction();
+}
+
+void AttachmentList::dropEvent(QDropEvent* event) {
+  const QStringList paths = LocalFiles(event->mimeData());
+  if (!editable_ || paths.isEmpty()) return;
+  event->acceptProposedAction();
+  AddFiles(paths);
+}
+
+void AttachmentList::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Paste) && PasteFiles()) return;
+  if (event->key() == Qt::Key_Delete) {
+    RemoveSelected();
+    return;
+  }
+  QListWidget::keyPressEvent(event);
+}
+
+void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu;
+  const bool any = currentRow() >= 0;
+  menu.addAction(QStringLiteral("開く(&O)"), this, &AttachmentList::OpenCurrent)->setEnabled(any);
+  menu.addAction(QStringLiteral("保存(&S).."), this, &AttachmentList::SaveByDialog)
+      ->setEnabled(any);
+  if (editable_) {
+    menu.addAction(QStringLiteral("追加(&A).."), this, &AttachmentList::AddByDialog);
+    menu.addAction(QStringLiteral("外す(&D)"), this, &AttachmentList::RemoveSelected)
+        ->setEnabled(any);
+  }
+  menu.exec(event->globalPos());
+}
+
+void AttachmentList::Tell(const QString& text) {
+  QMessageBox::critical(this, kApplicationTitle, text);
+}
+
+}  // namespace vorn

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QListWidget>
+#include <QTemporaryDir>
+#include <memory>
+#include <vector>
+
+#include "mail/message_model.h"
+#include "storage/context.h"
+
+namespace vorn {
+
+/// The list "lvClip": a message's attachments with their sizes. Files are added by dialog, by
+/// dropping and by pasting; attachments are saved, and opened with the system's program. Working
+/// files go with the list.
+class AttachmentList : public QListWidget {
+  Q_OBJECT
+
+ public:
+  explicit AttachmentList(Context& context, QWidget* parent = nullptr);
+
+  /// `source` is the stored message that the old ones stand in.
+  void Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
+            bool editable);
+  const std::vector<ModelAttachment>& Attachments() const { return attachments_; }
+  /// Adds files; one that cannot be read is told and left out.
+  void AddFiles(const QStringList& paths);
+  /// Adds the files on the clipboard; false when there are none.
+  bool PasteFiles();
+
+  // Commands, with their dialogs.
+  void AddByDialog();
+  void SaveByDialog();
+  void OpenCurrent();
+  void RemoveSelected();
+
+ Q_SIGNALS:
+  void Edited();
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  void Fill();
+  bool WriteTo(const QString& path, const ModelAttachment& attachment);
+  void SaveOne(const ModelAttachment& attachment);
+  void SaveInto(const QString& folder, const QList<qsizetype>& chosen);
+  void Tell(const QString& text);
+
+  Context& context_;
+  std::vector<ModelAttachment> attachments_;
+  QByteArray source_;
+  bool editable_ = false;
+  std::unique_ptr<QTemporaryDir> working_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,111 @@
+#include "mail/window/header_list.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include "mail/window/named_editor_delegate.h"
+
+namespace vorn {
+
+HeaderList::HeaderList(QWidget* parent) : QTableWidget(0, 1, parent) {
+  setObjectName(QStringLiteral("lvHeader"));
+  horizontalHeader()->hide();
+  horizontalHeader()->setStretchLastSection(true);
+  verticalHeader()->hide();
+  setShowGrid(false);
+  setTabKeyNavigation(false);
+  setItemDelegate(new NamedEditorDelegate(QStringLiteral("txHeader"), {}, this));
+  connect(this, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
+    if (filling_) return;
+    Normalize(item);
+    KeepEmptyRow();
+    Q_EMIT Edited();
+  });
+}
+
+void HeaderList::Show(const QStringList& rows, bool editable) {
+  editable_ = editable;
+  setEditTriggers(editable ? QAbstractItemView::AllEditTriggers
+                           : QAbstractItemView::NoEditTriggers);
+  setRowCount(0);
+  for (const QString& line : rows) AddRow(line);
+  KeepEmptyRow();
+}
+
+QStringList HeaderList::Rows() const {
+  QStringList rows;
+  for (int row = 0; row < rowCount(); ++row) {
+    const QString line = item(row, 0)->text();
+    if (!line.isEmpty()) rows.append(line);
+  }
+  return rows;
+}
+
+void HeaderList::SetHeader(const QString& name, const QString& value) {
+  const QString line = name + u' ' + value;
+  filling_ = true;
+  for (int row = 0; row < rowCount(); ++row) {
+    if (!item(row, 0)->text().startsWith(name, Qt::CaseInsensitive)) continue;
+    item(row, 0)->setText(line);
+    filling_ = false;
+    return;
+  }
+  filling_ = false;
+  AddRow(line);
+  // The new line stands before the empty one.
+  if (editable_ && rowCount() > 1) {
+    filling_ = true;
+    item(rowCount() - 2, 0)->setText(line);
+    item(rowCount() - 1, 0)->setText(QString());
+    filling_ = false;
+  }
+}
+
+void HeaderList::AddRow(const QString& line) {
+  filling_ = true;
+  const int row = rowCount();
+  insertRow(row);
+  setItem(row, 0, new QTableWidgetItem(line));
+  filling_ = false;
+}
+
+void HeaderList::KeepEmptyRow() {
+  if (!editable_) return;
+  const int last = rowCount() - 1;
+  if (last < 0 || !item(last, 0)->text().isEmpty()) AddRow({});
+}
+
+// A header is one line, and what a user adds is an extension.
+void HeaderList::Normalize(QTableWidgetItem* changed) {
+  QString line = changed->text().simplified();
+  const bool isBare = line.isEmpty() || line.compare(u"X-Name:", Qt::CaseInsensitive) == 0;
+  if (isBare) line.clear();
+  if (!isBare && !line.startsWith(u"x-", Qt::CaseInsensitive)) line.prepend(QStringLiteral("X-"));
+  if (!isBare && !line.contains(u':')) line += QStringLiteral(": ");
+  if (line == changed->text()) return;
+  filling_ = true;
+  changed->setText(line);
+  filling_ = false;
+}
+
+void HeaderList::keyPressEvent(QKeyEvent* event) {
+  const int row = currentRow();
+  if (event->key() == Qt::Key_Delete && editable_ && row >= 0 && row < rowCount() - 1) {
+    removeRow(row);
+    Q_EMIT Edited();
+    return;
+  }
+  const bool begins = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (begins && editable_ && row >= 0 && state() != EditingState) {
+    if (item(row, 0)->text().isEmpty()) {
+      filling_ = true;
+      item(row, 0)->setText(QStringLiteral("X-Name: "));
+      filling_ = false;
+    }
+    editItem(item(row, 0));
+    return;
+  }
+  QTableWidget::keyPressEvent(event);
+}
+
+}  // namespace vorn

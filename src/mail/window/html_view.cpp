@@ -1,0 +1,186 @@
+#include "mail/window/html_view.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QUuid>
+#include <QVBoxLayout>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineView>
+
+#include "frame/start_up.h"
+
+namespace vorn {
+
+// Lets the page itself and images inside it through, and remote images when they are wanted.
+class MailGuard : public QWebEngineUrlRequestInterceptor {
+  Q_OBJECT
+
+ public:
+  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+  void Allow(const QUrl& page) { page_ = page; }
+  void AllowRemoteImages(bool allowed) { remoteImages_ = allowed; }
+
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+    using Info = QWebEngineUrlRequestInfo;
+    const QUrl url = info.requestUrl();
+    const bool isImage = info.resourceType() == Info::ResourceTypeImage;
+    const bool isRemote = url.scheme() == u"http" || url.scheme() == u"https";
+    if (info.resourceType() == Info::ResourceTypeMainFrame && url == page_) return;
+    if (isImage && url.scheme() == u"data") return;
+    if (isImage && isRemote && remoteImages_) return;
+    info.block(true);
+    if (isImage && isRemote) Q_EMIT RemoteImageBlocked();
+  }
+
+ Q_SIGNALS:
+  void RemoteImageBlocked();
+
+ private:
+  QUrl page_;
+  bool remoteImages_ = false;
+};
+
+// Stays on its page; links are handed on.
+class MailPage : public QWebEnginePage {
+  Q_OBJECT
+
+ public:
+  using QWebEnginePage::QWebEnginePage;
+  void Allow(const QUrl& page) { allowed_ = page; }
+
+ Q_SIGNALS:
+  void LinkClicked(const QUrl& url);
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
+    if (type == NavigationTypeLinkClicked) {
+      Q_EMIT LinkClicked(url);
+      return false;
+    }
+    return isMainFrame && url == allowed_ && type != NavigationTypeFormSubmitted;
+  }
+  QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
+
+ private:
+  QUrl allowed_;
+};
+
+HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
+    : QWidget(parent),
+      workFolder_(workFolder),
+      profile_(std::make_unique<QWebEngineProfile>()),
+      guard_(new MailGuard(this)),
+      view_(new QWebEngineView(this)),
+      notice_(new QWidget) {
+  profile_->setUrlRequestInterceptor(guard_);
+  profile_->setHttpCacheType(QWebEngineProfile::NoCache);
+  page_ = new MailPage(profile_.get(), view_);
+  view_->setPage(page_);
+  view_->setObjectName(QStringLiteral("wbHtml"));
+  view_->setContextMenuPolicy(Qt::NoContextMenu);
+  QWebEngineSettings* settings = page_->settings();
+  using Attribute = QWebEngineSettings::WebAttribute;
+  for (const Attribute attribute :
+       {Attribute::JavascriptEnabled, Attribute::JavascriptCanOpenWindows,
+        Attribute::PluginsEnabled, Attribute::LocalStorageEnabled, Attribute::AutoLoadIconsForPage,
+        Attribute::LocalContentCanAccessFileUrls, Attribute::WebGLEnabled,
+        Attribute::FullScreenSupportEnabled}) {
+    settings->setAttribute(attribute, false);
+  }
+  // What of the network may be loaded is decided by the guard.
+  settings->setAttribute(Attribute::LocalContentCanAccessRemoteUrls, true);
+
+  auto* button = new QPushButton(QStringLiteral("リモート画像を表示(&R)"));
+  button->setObjectName(QStringLiteral("cmRemoteImages"));
+  auto* text =
+      new QLabel(QStringLiteral("送信者に知られないように、リモート画像は表示していません。"));
+  auto* bar = new QHBoxLayout(notice_);
+  bar->setContentsMargins(6, 2, 6, 2);
+  bar->addWidget(text, 1);
+  bar->addWidget(button);
+  notice_->hide();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(notice_);
+  layout->addWidget(view_, 1);
+
+  connect(button, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
+  connect(guard_, &MailGuard::RemoteImageBlocked, notice_, &QWidget::show, Qt::QueuedConnection);
+  connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
+  connect(view_, &QWebEngineView::loadFinished, this, [this](bool ok) {
+    RemoveFile();
+    Q_EMIT Loaded(ok);
+  });
+}
+
+HtmlView::~HtmlView() {
+  RemoveFile();
+  delete view_;  // its page goes before the profile
+}
+
+void HtmlView::Show(const QString& html) {
+  html_ = html;
+  guard_->AllowRemoteImages(false);
+  notice_->hide();
+  Load();
+}
+
+void HtmlView::LoadRemoteImages() {
+  guard_->AllowRemoteImages(true);
+  notice_->hide();
+  Load();
+}
+
+// From a file, since a page given as text may not be larger than two megabytes.
+void HtmlView::Load() {
+  RemoveFile();
+  QDir().mkpath(workFolder_);
+  file_ = workFolder_ + QStringLiteral("html_") + QUuid::createUuid().toString(QUuid::Id128) +
+          QStringLiteral(".html");
+  QFile file(file_);
+  // The mark decides the character set, whatever the page says of itself.
+  if (file.open(QIODevice::WriteOnly)) file.write("\xEF\xBB\xBF" + html_.toUtf8());
+  file.close();
+  const QUrl url = QUrl::fromLocalFile(file_);
+  guard_->Allow(url);
+  page_->Allow(url);
+  view_->load(url);
+}
+
+void HtmlView::RemoveFile() {
+  if (!file_.isEmpty()) QFile::remove(file_);
+  file_.clear();
+}
+
+void HtmlView::Find(const QString& text, bool backward) {
+  page_->findText(text, backward ? QWebEnginePage::FindBackward : QWebEnginePage::FindFlags());
+}
+
+void HtmlView::Zoom(double factor) {
+  view_->setZoomFactor(factor);
+}
+
+void HtmlView::AskToOpen(const QUrl& url) {
+  const QString scheme = url.scheme();
+  if (scheme != u"http" && scheme != u"https" && scheme != u"mailto") return;
+  const auto answer =
+      QMessageBox::question(this, kApplicationTitle,
+                            QStringLiteral("次のアドレスを開きます。よろしいですか？\n\n") +
+                                url.toString(QUrl::FullyEncoded),
+                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  if (answer == QMessageBox::Yes) QDesktopServices::openUrl(url);
+}
+
+}  // namespace vorn
+
+#include "html_view.moc"

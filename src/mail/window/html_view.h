@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QUrl>
+#include <QWidget>
+#include <memory>
+
+class QLabel;
+class QWebEngineProfile;
+class QWebEngineView;
+
+namespace vorn {
+
+class MailGuard;
+class MailPage;
+
+/// Shows a message's HTML in a locked browser view: no scripts, no network, no forms, no frames. A
+/// link asks before it opens and shows where it really leads. Remote images are loaded when the
+/// user asks for them, for this message only.
+class HtmlView : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `workFolder` takes the page for the moment in which it is loaded.
+  explicit HtmlView(const QString& workFolder, QWidget* parent = nullptr);
+  ~HtmlView() override;
+
+  /// Shows a page; remote images are off again.
+  void Show(const QString& html);
+  void Find(const QString& text, bool backward);
+  void Zoom(double factor);
+  QWebEngineView* View() const { return view_; }
+
+ Q_SIGNALS:
+  void Loaded(bool ok);
+
+ private:
+  void Load();
+  void LoadRemoteImages();
+  void AskToOpen(const QUrl& url);
+  void RemoveFile();
+
+  QString workFolder_;
+  QString html_;
+  QString file_;
+  std::unique_ptr<QWebEngineProfile> profile_;
+  MailGuard* guard_;
+  MailPage* page_;
+  QWebEngineView* view_;
+  QWidget* notice_;
+};
+
+}  // namespace vorn

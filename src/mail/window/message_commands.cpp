@@ -1,0 +1,307 @@
+// The message window's commands.
+
+#include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QSaveFile>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <cmath>
+
+#include "auxiliary/window/address_window.h"
+#include "auxiliary/window/console_window.h"
+#include "frame/start_up.h"
+#include "mail/attachment_files.h"
+#include "mail/drafts.h"
+#include "mail/flag_string.h"
+#include "mail/inline_images.h"
+#include "mail/mail_store.h"
+#include "mail/print_page.h"
+#include "mail/window/address_list.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/header_list.h"
+#include "mail/window/html_view.h"
+#include "mail/window/message_window.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+
+namespace vorn {
+namespace {
+
+const QString kProcess = QStringLiteral("process");
+constexpr qsizetype kSourceShown = 1024 * 1024;
+constexpr QSize kSourceSize(720, 560);
+constexpr double kZoomStep = 1.1;
+
+bool HasKind(const QList<AddressEntry>& addresses, std::initializer_list<QStringView> kinds) {
+  return std::any_of(addresses.begin(), addresses.end(), [&kinds](const AddressEntry& entry) {
+    return std::find(kinds.begin(), kinds.end(), QStringView(entry.kind)) != kinds.end();
+  });
+}
+
+}  // namespace
+
+QString MessageWindow::MissingForSending() const {
+  const QList<AddressEntry> addresses = lvMailaddress_->Addresses();
+  if (!HasKind(addresses, {u"TO", u"CC", u"BC"})) {
+    return QStringLiteral("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
+  }
+  if (!HasKind(addresses, {u"FROM"})) {
+    return QStringLiteral("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
+  }
+  return {};
+}
+
+// The toolbar's send button also takes a message out of the dust.
+void MessageWindow::ToolbarSend() {
+  if (request_->Number(kProcess) < 0) {
+    const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
+    const QString name = dust != nullptr ? dust->Text(u"Object") : QStringLiteral("くずかご");
+    const auto answer =
+        QMessageBox::question(this, kApplicationTitle,
+                              QStringLiteral("このメールは、") + name +
+                                  QStringLiteral("に入っています。取り出して送信しますか？"),
+                              QMessageBox::Ok | QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok) return;
+    ToggleDust();
+  }
+  SendClicked();
+}
+
+void MessageWindow::SendClicked() {
+  if (IsWaiting()) {
+    CancelSending();
+    return;
+  }
+  const QString missing = MissingForSending();
+  if (!missing.isEmpty()) {
+    QMessageBox::information(this, kApplicationTitle, missing);
+    lvMailaddress_->setFocus();
+    return;
+  }
+  if (txSubject_->text().isEmpty() &&
+      QMessageBox::question(this, kApplicationTitle,
+                            QStringLiteral("件名が設定されていません。送信してよろしいですか？")) !=
+          QMessageBox::Yes) {
+    return;
+  }
+  const int before = request_->Number(kProcess);
+  request_->Let(QStringLiteral("send"), true);
+  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+  if (close()) return;
+  request_->Let(QStringLiteral("send"), false);
+  request_->Let(kProcess, before);
+}
+
+void MessageWindow::CancelSending() {
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  const int sign = request_->Number(kProcess) < 0 ? -1 : 1;
+  request_->Let(kProcess, sign * kStatusEdit);
+  MailStore(context_).UpdateMessageState(kStateStatus, *request_, true);
+  host_.MessageStored();
+  Open();
+}
+
+void MessageWindow::TurnInto(OpenMode mode) {
+  if (stateChanged_) MailStore(context_).UpdateMessageState(0, *request_, true);
+  request_->Let(QStringLiteral("open"), static_cast<int>(mode));
+  request_->Let(QStringLiteral("new"), true);
+  Open();
+  MarkEdited();
+}
+
+void MessageWindow::ToggleDust() {
+  request_->Let(kProcess, -request_->Number(kProcess));
+  stateChanged_ = true;
+  CheckMenus();
+}
+
+void MessageWindow::DeleteClicked() {
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle, QStringLiteral("メッセージを削除します。よろしいですか？"),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  request_->Let(QStringLiteral("messagedelete"), true);
+  Drafts::Forget(context_, tag_);
+  MailStore(context_).DeleteMessage(*request_);
+  host_.MessageStored();
+  close();
+}
+
+void MessageWindow::ChooseFolders() {
+  QStringList entries;
+  const DiskCollectionPtr folders =
+      SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    // "@" separates the fields of an entry.
+    QString name = folder->Text(u"Object");
+    entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
+                   folder->Text(u"Draw"));
+  }
+  const QString chosen =
+      InputList(context_, this, QStringLiteral("保存フォルダ"),
+                QStringLiteral("メッセージを保存するフォルダを選択してください。"),
+                request_->Text(u"folder"), entries.join(kLineBreak), true);
+  if (context_.Session->Flag(u"cancel")) return;
+  request_->Let(QStringLiteral("folder"), chosen);
+  stateChanged_ = true;
+}
+
+void MessageWindow::SaveToFile() {
+  QString error;
+  const QByteArray source = IsEditable() ? Compose(&error) : source_;
+  if (!error.isEmpty()) QMessageBox::critical(this, kApplicationTitle, error);
+  if (source.isEmpty()) return;
+  const QString path =
+      QFileDialog::getSaveFileName(this, QStringLiteral("ファイルに保存"),
+                                   SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
+                                   QStringLiteral("メッセージファイル (*.eml)"));
+  if (path.isEmpty()) return;
+  QSaveFile file(path);
+  if (file.open(QIODevice::WriteOnly) && file.write(source) == source.size() && file.commit()) {
+    return;
+  }
+  QMessageBox::critical(
+      this, kApplicationTitle,
+      QStringLiteral("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
+          .arg(path));
+}
+
+void MessageWindow::PrintClicked() {
+  const QString path = context_.TempFolder + QStringLiteral("print_") +
+                       context_.Data.NewSerialID() + QStringLiteral(".html");
+  QFile file(path);
+  const QByteArray page = PrintPage(CurrentModel());
+  if (file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.flush()) {
+    host_.PrintPageFile(path);
+    return;
+  }
+  file.remove();
+  QMessageBox::critical(
+      this, kApplicationTitle,
+      QStringLiteral("印刷するページを書き込めません。ディスクの空き容量を確認して"
+                     "ください。"));
+}
+
+void MessageWindow::ShowSource() {
+  QString error;
+  const QByteArray source = IsEditable() ? Compose(&error) : source_;
+  auto* dialog = new QDialog(this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setObjectName(QStringLiteral("source"));
+  dialog->setWindowTitle(GetMessageSubject() + QStringLiteral(" ソース"));
+  dialog->resize(kSourceSize);
+  auto* text = new QPlainTextEdit(DecodeAutomatically(source.left(kSourceShown), Charset(), true));
+  text->setReadOnly(true);
+  text->setFont(txMemo_->font());
+  auto* layout = new QVBoxLayout(dialog);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(text);
+  dialog->show();
+}
+
+void MessageWindow::ChoosePriority(int priority) {
+  const QStringList values = {QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("5")};
+  request_->Let(QStringLiteral("flag"),
+                SetFlagChar(request_->Text(u"flag"), kFlagPriority, QString::number(priority)));
+  lvHeader_->SetHeader(QStringLiteral("X-Priority:"), values.value(priority - 1));
+  MarkEdited();
+}
+
+void MessageWindow::SetActiveCharset(CharsetChoice charset) {
+  charset_ = charset;
+  if (IsEditable() || IsWaiting()) {
+    MarkEdited();
+    return;
+  }
+  // The automatic choice leaves the stored one as it was.
+  request_->Let(QStringLiteral("flag"), SetFlagChar(request_->Text(u"flag"), kFlagCode,
+                                                    QString::number(static_cast<int>(charset))));
+  // Opening reads the stored state again.
+  MailStore(context_).UpdateMessageState(0, *request_, true);
+  Open(false);
+}
+
+void MessageWindow::ChooseAddresses() {
+  InsertRows(
+      SelectAddresses(context_, this, QStringLiteral("owner") + kLineBreak + object_type::kBook));
+}
+
+void MessageWindow::InsertRows(const QString& addressLines) {
+  for (const QString& line : addressLines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    lvMailaddress_->Add(ParseAddressEntry(line));
+  }
+}
+
+void MessageWindow::AskForReceipt() {
+  request_->Let(QStringLiteral("notice"), false);
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral(
+          "このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  if (answer != QMessageBox::Yes) return;
+  const DiskPtr settings = context_.Objects.Find(fixed_serial::kSettings);
+  const bool edits = settings != nullptr && settings->Flag(u"ReceiveNoticeEdit");
+  MailRequest receipt;
+  receipt.open = static_cast<int>(OpenMode::Receipt);
+  receipt.serialId = tag_;
+  receipt.isNew = true;
+  receipt.db = 2;
+  receipt.show = edits ? kShowModeless : kShowHidden;
+  receipt.autoSend = !edits;
+  host_.PostMail(receipt);
+}
+
+void MessageWindow::ShowNeighbour(int step) {
+  if (IsEditable()) return;
+  const QString serialId = host_.NeighbourMessage(tag_, step);
+  if (serialId.isEmpty()) return;
+  if (stateChanged_) MailStore(context_).UpdateMessageState(0, *request_, true);
+  auto next = std::make_shared<Disk>(serialId);
+  for (const char16_t* key : {u"db", u"file", u"password"}) {
+    const QString name = QString::fromUtf16(key);
+    if (const QVariant value = request_->Get(name); value.isValid()) next->Let(name, value);
+  }
+  LoadDefaultProperty(next, true);
+}
+
+void MessageWindow::FindText(const QString& text, bool backward) {
+  if (wbHtml_ != nullptr && tsBody_->currentWidget() == htmlPage_) {
+    wbHtml_->Find(text, backward);
+    return;
+  }
+  const QTextDocument::FindFlags flags =
+      backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+  if (txMemo_->find(text, flags)) return;
+  // Once more from the other end.
+  QTextCursor cursor = txMemo_->textCursor();
+  const QTextCursor place = cursor;
+  cursor.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
+  txMemo_->setTextCursor(cursor);
+  if (!txMemo_->find(text, flags)) txMemo_->setTextCursor(place);
+}
+
+void MessageWindow::ZoomBy(int steps) {
+  zoom_ += steps;
+  txMemo_->zoomIn(steps);
+  if (wbHtml_ != nullptr) wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+}
+
+void MessageWindow::ShowHtml() {
+  if (wbHtml_ == nullptr) {
+    wbHtml_ = new HtmlView(context_.TempFolder);
+    htmlPage_->layout()->addWidget(wbHtml_);
+    wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+  }
+  wbHtml_->Show(WithInlineImages(html_, source_, request_->Text(u"content")));
+}
+
+}  // namespace vorn

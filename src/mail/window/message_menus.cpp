@@ -1,0 +1,273 @@
+// The message window's menus and toolbar.
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "frame/window/icons.h"
+#include "mail/flag_string.h"
+#include "mail/mail_store.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/find_bar.h"
+#include "mail/window/message_window.h"
+#include "objects/settings.h"
+
+namespace vorn {
+namespace {
+
+struct Choice {
+  QString text;
+  int value;
+};
+
+const QList<Choice>& CharsetChoices() {
+  static const QList<Choice> choices = {
+      {QStringLiteral("日本語ＪＩＳ(&J)"), static_cast<int>(CharsetChoice::Jis)},
+      {QStringLiteral("日本語ＥＵＣ(&E)"), static_cast<int>(CharsetChoice::Euc)},
+      {QStringLiteral("日本語ＳＪＩＳ(&S)"), static_cast<int>(CharsetChoice::ShiftJis)},
+      {QString(), 0},
+      {QStringLiteral("適切な文字セット(&A)"), static_cast<int>(CharsetChoice::Automatic)},
+      {QStringLiteral("ＵＴＦ－８(&U)"), static_cast<int>(CharsetChoice::Utf8)}};
+  return choices;
+}
+
+}  // namespace
+
+void MessageWindow::BuildMenus() {
+  tbMenu_ = addToolBar(QStringLiteral("コマンド"));
+  tbMenu_->setObjectName(QStringLiteral("tbMenu"));
+  tbMenu_->setMovable(false);
+  QMenu* file = BuildFileMenu();
+  QMenu* edit = BuildEditMenu();
+  BuildViewMenu();
+  BuildToolbar(file, edit);
+}
+
+QMenu* MessageWindow::BuildFileMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
+  menu->setObjectName(QStringLiteral("menuFiles"));
+  QMenu* messages = BuildMessagesMenu();
+  menu->addMenu(messages);
+  menu->addSeparator();
+  menuDust_ = menu->addAction(QStringLiteral("くずかご(&B)"), this, &MessageWindow::ToggleDust);
+  menuDust_->setCheckable(true);
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("ファイルに保存(&F).."), this, &MessageWindow::SaveToFile)
+      ->setShortcut(QKeySequence::Save);
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("印刷(&P).."), this, &MessageWindow::PrintClicked)
+      ->setShortcut(QKeySequence::Print);
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("閉じる(&X)"), this, &QWidget::close)
+      ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)});
+  connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
+  connect(messages, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
+  return menu;
+}
+
+QMenu* MessageWindow::BuildMessagesMenu() {
+  auto* menu = new QMenu(QStringLiteral("メッセージ(&M).."), this);
+  menu->setObjectName(QStringLiteral("menuFilesMessages"));
+  menuSend_ = menu->addAction(QStringLiteral("送信(&S)"), this, &MessageWindow::SendClicked);
+  menuSend_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
+  menu->addSeparator();
+  const auto answer = [&](const QString& text, OpenMode mode, const QKeySequence& key) {
+    QAction* action = menu->addAction(text, this, [this, mode] { TurnInto(mode); });
+    action->setShortcut(key);
+    menuAnswers_.append(action);
+  };
+  answer(QStringLiteral("送信者に返信(&R)"), OpenMode::Reply, QKeySequence(Qt::CTRL | Qt::Key_R));
+  answer(QStringLiteral("関係者に返信(&A)"), OpenMode::ReplyAll,
+         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
+  answer(QStringLiteral("転送(&F)"), OpenMode::Forward,
+         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+  answer(QStringLiteral("再送信(&T)"), OpenMode::Resend, {});
+  menu->addSeparator();
+  menuStored_.append(
+      menu->addAction(QStringLiteral("削除(&D)"), this, &MessageWindow::DeleteClicked));
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("保存フォルダ(&F).."), this, &MessageWindow::ChooseFolders);
+  return menu;
+}
+
+// A command of the box that has the focus, by its slot's name.
+void MessageWindow::InFocusedBox(const char* slot) {
+  QWidget* box = focusWidget();
+  if (qobject_cast<QLineEdit*>(box) != nullptr || qobject_cast<QPlainTextEdit*>(box) != nullptr) {
+    QMetaObject::invokeMethod(box, slot);
+  }
+}
+
+QMenu* MessageWindow::BuildEditMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("編集(&E)"));
+  menu->setObjectName(QStringLiteral("menuEdits"));
+  const auto add = [this, menu](const QString& text, const char* slot) {
+    return menu->addAction(text, this, [this, slot] { InFocusedBox(slot); });
+  };
+  add(QStringLiteral("切り取り(&X)"), "cut");
+  add(QStringLiteral("コピー(&C)"), "copy");
+  menu->addAction(QStringLiteral("削除(&D)"), this, [this] {
+    if (auto* line = qobject_cast<QLineEdit*>(focusWidget()); line != nullptr) {
+      if (!line->isReadOnly()) line->del();
+    } else if (auto* text = qobject_cast<QPlainTextEdit*>(focusWidget()); text != nullptr) {
+      if (!text->isReadOnly()) text->textCursor().deleteChar();
+    }
+  });
+  menu->addAction(QStringLiteral("貼り付け(&P)"), this, [this] {
+    if (!lvClip_->PasteFiles()) InFocusedBox("paste");
+  });
+  menu->addSeparator();
+  QMenu* charsets = menu->addMenu(QStringLiteral("文字セット(&H)"));
+  charsets->setObjectName(QStringLiteral("menuEditCharsets"));
+  BuildCharsetMenu(charsets);
+  attachments_ = menu->addMenu(QStringLiteral("添付ファイル(&A)"));
+  attachments_->setObjectName(QStringLiteral("menuEditsAttachments"));
+  attachments_->addAction(QStringLiteral("保存(&S).."), lvClip_, &AttachmentList::SaveByDialog);
+  attachments_->addAction(QStringLiteral("追加(&A).."), lvClip_, &AttachmentList::AddByDialog);
+  QMenu* priorities = menu->addMenu(QStringLiteral("優先度(&I)"));
+  priorities->setObjectName(QStringLiteral("menuEditsPrioritys"));
+  BuildPriorityMenu(priorities);
+  menu->addSeparator();
+  add(QStringLiteral("元に戻す(&U)"), "undo");
+  add(QStringLiteral("やり直し(&R)"), "redo");
+  add(QStringLiteral("すべて選択(&L)"), "selectAll");
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("検索(&F).."), this, [this] { find_->Open(); })
+      ->setShortcut(QKeySequence::Find);
+  connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
+  return menu;
+}
+
+void MessageWindow::BuildCharsetMenu(QMenu* menu) {
+  charsets_ = new QActionGroup(this);
+  for (const Choice& choice : CharsetChoices()) {
+    if (choice.text.isEmpty()) {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* action = menu->addAction(choice.text);
+    action->setCheckable(true);
+    action->setData(choice.value);
+    charsets_->addAction(action);
+  }
+  connect(charsets_, &QActionGroup::triggered, this, [this](const QAction* action) {
+    SetActiveCharset(static_cast<CharsetChoice>(action->data().toInt()));
+  });
+}
+
+void MessageWindow::BuildPriorityMenu(QMenu* menu) {
+  priorities_ = new QActionGroup(this);
+  const QStringList texts = {QStringLiteral("高い(&H)"), QStringLiteral("普通(&N)"),
+                             QStringLiteral("低い(&L)")};
+  for (qsizetype i = 0; i < texts.size(); ++i) {
+    QAction* action = menu->addAction(texts[i]);
+    action->setCheckable(true);
+    action->setData(static_cast<int>(i) + 1);
+    priorities_->addAction(action);
+  }
+  connect(priorities_, &QActionGroup::triggered, this,
+          [this](const QAction* action) { ChoosePriority(action->data().toInt()); });
+}
+
+void MessageWindow::BuildViewMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("表示(&V)"));
+  menu->setObjectName(QStringLiteral("menuViews"));
+  const auto add = [&](const QString& text, const QKeySequence& key, auto command) {
+    menu->addAction(text, this, command)->setShortcut(key);
+  };
+  add(QStringLiteral("前のメッセージ(&B)"), QKeySequence(Qt::CTRL | Qt::Key_PageUp),
+      [this] { ShowNeighbour(-1); });
+  add(QStringLiteral("次のメッセージ(&N)"), QKeySequence(Qt::CTRL | Qt::Key_PageDown),
+      [this] { ShowNeighbour(1); });
+  menu->addSeparator();
+  add(QStringLiteral("拡大(&I)"), QKeySequence::ZoomIn, [this] { ZoomBy(1); });
+  add(QStringLiteral("縮小(&O)"), QKeySequence::ZoomOut, [this] { ZoomBy(-1); });
+  add(QStringLiteral("元の大きさ(&0)"), QKeySequence(Qt::CTRL | Qt::Key_0),
+      [this] { ZoomBy(-zoom_); });
+  menu->addSeparator();
+  add(QStringLiteral("ソースを表示(&S)"), QKeySequence(Qt::CTRL | Qt::Key_U),
+      &MessageWindow::ShowSource);
+}
+
+void MessageWindow::BuildToolbar(QMenu* file, QMenu* edit) {
+  const auto add = [this](const QString& key, const QString& text, auto command) {
+    QAction* action = tbMenu_->addAction(text, this, command);
+    action->setObjectName(key);
+    return action;
+  };
+  const auto menuButton = [this](const QString& key, const QString& text, QMenu* menu,
+                                 QStyle::StandardPixmap icon) {
+    auto* button = new QToolButton;
+    button->setObjectName(key);
+    button->setText(text);
+    button->setIcon(style()->standardIcon(icon));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    connect(tbMenu_, &QToolBar::toolButtonStyleChanged, button, &QToolButton::setToolButtonStyle);
+    return tbMenu_->addWidget(button);
+  };
+  toolbarSend_ = {
+      add(QStringLiteral("mailup"), QStringLiteral("送信"), &MessageWindow::ToolbarSend),
+      add(QStringLiteral("mailupdelete"), QStringLiteral("送信キャンセル"),
+          &MessageWindow::ToolbarSend)};
+  for (QAction* action : std::as_const(toolbarSend_)) {
+    action->setIcon(Icon(QStringLiteral("mailup")));
+  }
+  toolbarReply_ =
+      add(QStringLiteral("replay"), QStringLiteral("返信"), [this] { TurnInto(OpenMode::Reply); });
+  toolbarReply_->setIcon(Icon(QStringLiteral("mail")));
+  menuButton(QStringLiteral("file"), QStringLiteral("ﾌｧｲﾙ"), file, QStyle::SP_FileIcon);
+  toolbarClip_ =
+      add(QStringLiteral("clip"), QStringLiteral("添付"), [this] { lvClip_->AddByDialog(); });
+  toolbarClip_->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
+  toolbarEdit_ = menuButton(QStringLiteral("edit"), QStringLiteral("編集"), edit,
+                            QStyle::SP_FileDialogDetailedView);
+}
+
+void MessageWindow::ControlToolbarUpdate() {
+  if (request_ == nullptr) return;
+  const int status = AbsoluteStatus();
+  toolbarSend_[0]->setVisible(status == kStatusEdit || status == kStatusSent);
+  toolbarSend_[0]->setText(status == kStatusSent ? QStringLiteral("再送") : QStringLiteral("送信"));
+  toolbarSend_[1]->setVisible(status == kStatusWaiting);
+  toolbarReply_->setVisible(status == kStatusReceived);
+  toolbarClip_->setVisible(status == kStatusEdit || status == kStatusWaiting);
+  toolbarClip_->setEnabled(status == kStatusEdit);
+  toolbarEdit_->setVisible(status == kStatusEdit || status == kStatusWaiting);
+  tbMenu_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
+                                  ? Qt::ToolButtonIconOnly
+                                  : Qt::ToolButtonTextBesideIcon);
+  CheckMenus();
+}
+
+// What can be chosen, and what is chosen, as the message stands.
+void MessageWindow::CheckMenus() {
+  const bool editable = IsEditable();
+  menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived);
+  menuSend_->setText(IsWaiting() ? QStringLiteral("送信をキャンセル(&S)")
+                                 : QStringLiteral("送信(&S)"));
+  for (QAction* action : std::as_const(menuAnswers_)) action->setEnabled(!editable);
+  for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
+  menuDust_->setChecked(request_->Number(u"process") < 0);
+  for (QAction* action : charsets_->actions()) {
+    action->setChecked(action->data().toInt() == static_cast<int>(charset_));
+  }
+  const int priority =
+      GetFlagChar(request_->Text(u"flag"), kFlagPriority, QStringLiteral("2")).toInt();
+  for (QAction* action : priorities_->actions()) {
+    action->setChecked(action->data().toInt() == priority);
+    action->setEnabled(editable);
+  }
+  attachments_->actions()[0]->setEnabled(!lvClip_->Attachments().empty());
+  attachments_->actions()[1]->setEnabled(editable);
+}
+
+}  // namespace vorn

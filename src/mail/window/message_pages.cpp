@@ -1,0 +1,158 @@
+// The message window's pages and controls.
+
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QToolBar>
+
+#include "frame/event_log.h"
+#include "mail/known_addresses.h"
+#include "mail/window/address_list.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/find_bar.h"
+#include "mail/window/header_list.h"
+#include "mail/window/message_window.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kAddressRows = 4;
+constexpr int kClipRows = 3;
+constexpr int kReferenceRows = 3;
+
+QWidget* NewPage(const QString& key) {
+  auto* page = new QWidget;
+  page->setObjectName(QStringLiteral("frPage"));
+  page->setProperty("tag", key);
+  return page;
+}
+
+void AddRow(QGridLayout* grid, int row, QLabel* label, QWidget* control) {
+  label->setBuddy(control);
+  grid->addWidget(label, row, 0, Qt::AlignTop);
+  grid->addWidget(control, row, 1);
+}
+
+}  // namespace
+
+void MessageWindow::BuildControls() {
+  tsPage_ = new QTabWidget;
+  tsPage_->setObjectName(QStringLiteral("tsPage"));
+  tsPage_->setDocumentMode(true);
+  tsPage_->addTab(BuildMailPage(), QStringLiteral("メール"));
+  tsPage_->addTab(BuildOptionPage(), QStringLiteral("オプション"));
+  setCentralWidget(tsPage_);
+
+  const auto edited = [this] { MarkEdited(); };
+  connect(txSubject_, &QLineEdit::textEdited, this, edited);
+  connect(txSubject_, &QLineEdit::textChanged, this, &MessageWindow::ShowCaption);
+  connect(lvMailaddress_, &AddressList::Edited, this, edited);
+  connect(lvClip_, &AttachmentList::Edited, this, [this] {
+    MarkEdited();
+    lvClip_->setVisible(true);
+    lbClip_->setVisible(true);
+  });
+  connect(lvHeader_, &HeaderList::Edited, this, edited);
+  connect(txMemo_, &QPlainTextEdit::textChanged, this, edited);
+  connect(txReference_, &QPlainTextEdit::textChanged, this, edited);
+  connect(txInReplayTo_, &QLineEdit::textEdited, this, edited);
+}
+
+QWidget* MessageWindow::BuildMailPage() {
+  QWidget* page = NewPage(QStringLiteral("mail"));
+  auto* grid = new QGridLayout(page);
+  txSubject_ = new QLineEdit;
+  txSubject_->setObjectName(QStringLiteral("txSubject"));
+  AddRow(grid, 0, new QLabel(QStringLiteral("件名(&J)")), txSubject_);
+
+  lvMailaddress_ = new AddressList([this] { return KnownAddresses(context_); });
+  lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kAddressRows);
+  tbMailaddress_ = new QToolBar;
+  tbMailaddress_->setObjectName(QStringLiteral("tbMailaddress"));
+  tbMailaddress_->addAction(QStringLiteral("選択(&L).."), this, &MessageWindow::ChooseAddresses)
+      ->setToolTip(QStringLiteral("アドレスブックから選びます。"));
+  auto* beside = new QVBoxLayout;
+  auto* label = new QLabel(QStringLiteral("アドレス(&D)"));
+  label->setBuddy(lvMailaddress_);
+  beside->addWidget(label);
+  beside->addWidget(tbMailaddress_);
+  beside->addStretch();
+  grid->addLayout(beside, 1, 0);
+  grid->addWidget(lvMailaddress_, 1, 1);
+
+  lvClip_ = new AttachmentList(context_);
+  lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
+  lbClip_ = new QLabel(QStringLiteral("添付(&T)"));
+  AddRow(grid, 2, lbClip_, lvClip_);
+  grid->addWidget(BuildBody(), 3, 0, 1, 2);
+  grid->setRowStretch(3, 1);
+  return page;
+}
+
+// The text, with the HTML part beside it when there is one, and the line that finds.
+QWidget* MessageWindow::BuildBody() {
+  txMemo_ = new QPlainTextEdit;
+  txMemo_->setObjectName(QStringLiteral("txMemo"));
+  txMemo_->setAccessibleName(QStringLiteral("本文"));
+  txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  htmlPage_ = new QWidget;
+  auto* htmlLayout = new QVBoxLayout(htmlPage_);
+  htmlLayout->setContentsMargins(0, 0, 0, 0);
+  tsBody_ = new QTabWidget;
+  tsBody_->setObjectName(QStringLiteral("tsBody"));
+  tsBody_->setDocumentMode(true);
+  tsBody_->setTabBarAutoHide(true);
+  tsBody_->addTab(txMemo_, QStringLiteral("テキスト"));
+  tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
+  connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
+    if (tsBody_->widget(index) == htmlPage_) ShowHtml();
+  });
+
+  find_ = new FindBar;
+  connect(find_, &FindBar::FindWanted, this, &MessageWindow::FindText);
+  connect(find_, &FindBar::Closed, this, [this] { tsBody_->currentWidget()->setFocus(); });
+  auto* body = new QWidget;
+  auto* layout = new QVBoxLayout(body);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(tsBody_, 1);
+  layout->addWidget(find_);
+  return body;
+}
+
+QWidget* MessageWindow::BuildOptionPage() {
+  QWidget* page = NewPage(QStringLiteral("option"));
+  auto* grid = new QGridLayout(page);
+  lvHeader_ = new HeaderList;
+  AddRow(grid, 0, new QLabel(QStringLiteral("ヘッダ(&H)")), lvHeader_);
+  txReference_ = new QPlainTextEdit;
+  txReference_->setObjectName(QStringLiteral("txReference"));
+  txReference_->setTabChangesFocus(true);
+  txReference_->setFixedHeight(txReference_->fontMetrics().lineSpacing() * (kReferenceRows + 1));
+  AddRow(grid, 1, new QLabel(QStringLiteral("参照(&R)")), txReference_);
+  txInReplayTo_ = new QLineEdit;
+  txInReplayTo_->setObjectName(QStringLiteral("txInReplayTo"));
+  AddRow(grid, 2, new QLabel(QStringLiteral("返信元(&Y)")), txInReplayTo_);
+  grid->setRowStretch(0, 1);
+  return page;
+}
+
+// The text of a recorded event about the message.
+void MessageWindow::ShowEventPage() {
+  const DiskPtr event = events_.Find(request_->Text(u"event"));
+  if (event == nullptr || findChild<QPlainTextEdit*>(QStringLiteral("txEventLog")) != nullptr) {
+    return;
+  }
+  QWidget* page = NewPage(QStringLiteral("event"));
+  auto* box = new QPlainTextEdit(event->Text(u"message"));
+  box->setObjectName(QStringLiteral("txEventLog"));
+  box->setAccessibleName(QStringLiteral("イベント"));
+  box->setReadOnly(true);
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(box);
+  tsPage_->addTab(page, QStringLiteral("イベント"));
+}
+
+}  // namespace vorn

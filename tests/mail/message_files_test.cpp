@@ -1,0 +1,69 @@
+// What a message window makes of a message beside showing it: files, pages to print, pictures.
+
+#include <gtest/gtest.h>
+
+#include "mail/attachment_files.h"
+#include "mail/content_index.h"
+#include "mail/flag_string.h"
+#include "mail/inline_images.h"
+#include "mail/message_index.h"
+#include "mail/print_page.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+TEST(SafeFileNameTest, NoNameLeavesItsFolderOrHidesItsEnding) {
+  EXPECT_EQ(SafeFileName(QStringLiteral("見積 ①.pdf")), QStringLiteral("見積 ①.pdf"));
+  EXPECT_FALSE(SafeFileName(QStringLiteral("../../etc/passwd")).contains(u'/'));
+  EXPECT_FALSE(SafeFileName(QStringLiteral("a\\b:c*.txt")).contains(u'\\'));
+  EXPECT_EQ(SafeFileName(QStringLiteral(".bashrc")), QStringLiteral("bashrc"));
+  EXPECT_FALSE(SafeFileName(QStringLiteral("\u202Egpj.exe")).contains(QChar(0x202E)));
+  EXPECT_NE(SafeFileName(QString()), QString());
+  EXPECT_NE(SafeFileName(QStringLiteral("CON.txt")), QStringLiteral("CON.txt"));
+  const QString shortened = SafeFileName(QString(500, u'a') + QStringLiteral(".pdf"));
+  EXPECT_LT(shortened.size(), 250);
+  EXPECT_TRUE(shortened.endsWith(QStringLiteral(".pdf")));
+  EXPECT_TRUE(IsExecutableName(QStringLiteral("photo.jpg.EXE ")));
+  EXPECT_FALSE(IsExecutableName(QStringLiteral("exe.pdf")));
+}
+
+TEST(PrintPageTest, WhatMailContributesIsText) {
+  MessageModel model;
+  model.subject = QStringLiteral("<b>&amp;");
+  model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("A"), {}, {}},
+                     {QStringLiteral("TO"), QStringLiteral("c@d"), {}, {}, {}}};
+  model.text = QStringLiteral("1 < 2\r\n<script>");
+  const QString page = QString::fromUtf8(PrintPage(model));
+  EXPECT_TRUE(page.contains(QStringLiteral("<TD>差出人：</TD><TD>A &lt;a@b&gt;</TD>")));
+  EXPECT_TRUE(page.contains(QStringLiteral("<TD>件名：</TD><TD>&lt;b&gt;&amp;amp;</TD>")));
+  EXPECT_TRUE(page.contains(QStringLiteral("1 &lt; 2<BR>&lt;script&gt;</html>")));
+  EXPECT_FALSE(page.contains(QStringLiteral("参照先")));
+}
+
+TEST(InlineImagesTest, PicturesOfTheMessageAreShownAndOthersLeft) {
+  const QByteArray source =
+      "Content-Type: multipart/related; boundary=b\r\n\r\n--b\r\nContent-Type: text/html\r\n\r\n"
+      "<img src=cid:p@x>\r\n--b\r\nContent-Type: image/png\r\nContent-ID: <p@x>\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n--b\r\nContent-Type: image/svg+xml\r\n"
+      "Content-ID: <s>\r\n\r\n<svg/>\r\n--b--\r\n";
+  const QString index = MimeCodec::ContentIndex(source);
+  EXPECT_EQ(WithInlineImages(QStringLiteral("<img src='CID:p%40x'> <img src=\"cid:s\"> cid:none."),
+                             source, index),
+            QStringLiteral("<img src='data:image/png;base64,AAEC'> <img src=\"cid:s\"> cid:none."));
+}
+
+TEST(StoredCharsetTest, OneThatSaysNothingIsNotTaken) {
+  const QStringList types = {QStringLiteral("text/plain")};
+  const auto choice = [&types](const QByteArray& source) {
+    const MessageIndex index = IndexMessage(source, QStringLiteral("001"), {types, false, false});
+    return StoredCharset(index.flags, QStringLiteral("0"), index.content, types);
+  };
+  EXPECT_EQ(choice("Content-Type: text/html; charset=utf-8\r\n\r\n\xE6\x97\xA5\r\n"),
+            CharsetChoice::Automatic);
+  EXPECT_EQ(choice("Content-Type: text/plain; charset=iso-2022-jp\r\n\r\n\x1B$BF|\x1B(B\r\n"),
+            CharsetChoice::Jis);
+}
+
+}  // namespace
+}  // namespace vorn

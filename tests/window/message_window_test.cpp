@@ -1,0 +1,598 @@
+// The message window in the running program: its menus and buttons in every status, its closing
+// rules, and what it does with attachments, HTML, drafts and receipts.
+
+#include "mail/window/message_window.h"
+
+#include <QAction>
+#include <QCompleter>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include "auxiliary/window/address_window.h"
+#include "auxiliary/window/console_window.h"
+#include "mail/drafts.h"
+#include "mail/mail_store.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/html_view.h"
+#include "objects/object_types.h"
+#include "storage/databases.h"
+#include "support/loopback_smtp_server.h"
+#include "window/program_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+using test::Press;
+using test::Type;
+using test::TypeText;
+
+class MessageWindowTest : public ProgramTest {
+ protected:
+  void SetUp() override {
+    ProgramTest::SetUp();
+    ASSERT_TRUE(smtp_.Listen());
+    TestProfile profile;
+    const DiskPtr account = profile.AddAccount(server_.Port());
+    account->Let(QStringLiteral("Default"), true);
+    account->Let(QStringLiteral("Mailaddress"), QStringLiteral("y@example.org"));
+    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
+    account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtp_.Port()));
+    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
+    profile.Get().Data.CloseAll();
+    CopyFolder(profile.Folder(), Folder());
+    StartProgram();
+    LogInWith(QString());
+    AwaitInbox();
+  }
+  vorn::Context& Context() const { return program_->GetContext(); }
+
+  QString Store(const QByteArray& source, int status) const {
+    Disk request(Context().Data.NewSerialID(QStringLiteral("mail_")));
+    request.Let(QStringLiteral("process"), status);
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    return MailStore(Context()).StoreMessage(request, source);
+  }
+  MessageWindow& Open(const QString& serialId) const {
+    program_->Parent()->OpenMessage(0, serialId, false);
+    MessageWindow* window = nullptr;
+    EXPECT_TRUE(WaitFor([&window] {
+      window = TopLevel<MessageWindow>();
+      return window != nullptr;
+    }));
+    window->activateWindow();
+    return *window;
+  }
+  MessageWindow& OpenStored(const QByteArray& source, int status) const {
+    return Open(Store(source, status));
+  }
+  MessageWindow& New() const {
+    program_->Parent()
+        ->menuBar()
+        ->findChild<QMenu*>(QStringLiteral("menuFilesNew"))
+        ->actions()[0]
+        ->trigger();
+    EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+    return *TopLevel<MessageWindow>();
+  }
+  static bool Gone() {
+    return WaitFor([] { return TopLevel<MessageWindow>() == nullptr; });
+  }
+  static QMenu& Menu(const MessageWindow& window, const char16_t* name) {
+    return *window.findChild<QMenu*>(QString::fromUtf16(name));
+  }
+  // The entries' texts by their places; empty for a separator.
+  static QStringList Texts(const QMenu& menu) {
+    QStringList texts;
+    for (const QAction* action : menu.actions()) texts.append(action->text());
+    return texts;
+  }
+  static QStringList Buttons(const MessageWindow& window) {
+    QStringList names;
+    auto* toolbar = window.findChild<QToolBar*>(QStringLiteral("tbMenu"));
+    for (QAction* action : toolbar->actions()) {
+      const QWidget* button = toolbar->widgetForAction(action);
+      if (!action->isVisible()) continue;
+      names.append(action->objectName().isEmpty() ? button->objectName() : action->objectName());
+    }
+    return names;
+  }
+  QVariant Column(const QString& serialId, const QString& column) const {
+    EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
+    Context().Data.OpenRecordset(
+        QStringLiteral("SELECT * FROM mail WHERE SERIALID = '%1'").arg(serialId),
+        CursorKind::ForwardOnly);
+    const RecordsetPtr row = Context().Data.Recordset();
+    const QVariant value = row->Eof() ? QVariant() : row->Fields(column);
+    Context().Data.Close();
+    return value;
+  }
+  int Count() const {
+    EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
+    Context().Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) FROM mail"),
+                                 CursorKind::ForwardOnly);
+    const int count = Context().Data.Recordset()->Fields(u"COUNT(0)").toInt();
+    Context().Data.Close();
+    return count;
+  }
+  QString File(const char* name, const QByteArray& bytes) const {
+    QFile file(folder_.filePath(QString::fromUtf8(name)));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return file.fileName();
+  }
+
+  test::LoopbackSmtpServer smtp_;
+};
+
+const QByteArray kPlain =
+    "From: Sato <sato@example.jp>\r\nTo: y@example.org\r\nCc: c@example.org\r\nSubject: hello\r\n"
+    "Message-ID: <1@example.jp>\r\n\r\nfirst line\r\nsecond line\r\n";
+const QByteArray kDraft =
+    "From: y@example.org\r\nTo: a@example.jp\r\nSubject: draft\r\n\r\ntext\r\n.\r\n";
+
+TEST_F(MessageWindowTest, ButtonsAndMenusFollowTheStatus) {
+  const std::pair<int, QStringList> statuses[] = {
+      {1,
+       {QStringLiteral("mailup"), QStringLiteral("file"), QStringLiteral("clip"),
+        QStringLiteral("edit")}},
+      {2,
+       {QStringLiteral("mailupdelete"), QStringLiteral("file"), QStringLiteral("clip"),
+        QStringLiteral("edit")}},
+      {3, {QStringLiteral("mailup"), QStringLiteral("file")}},
+      {4, {QStringLiteral("replay"), QStringLiteral("file")}}};
+  for (const auto& [status, buttons] : statuses) {
+    MessageWindow& window = OpenStored(status == 4 ? kPlain : kDraft, status);
+    EXPECT_EQ(Buttons(window), buttons) << status;
+    EXPECT_EQ(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly(), status != 1);
+    window.close();
+    ASSERT_TRUE(Gone());
+  }
+  MessageWindow& window = OpenStored(kPlain, 4);
+  EXPECT_EQ(window.windowTitle(), QStringLiteral("hello プロパティ"));
+  const QStringList files = Texts(Menu(window, u"menuFiles"));
+  EXPECT_EQ(files.value(2), QStringLiteral("くずかご(&B)"));
+  EXPECT_EQ(files.value(4), QStringLiteral("ファイルに保存(&F).."));
+  EXPECT_EQ(files.value(6), QStringLiteral("印刷(&P).."));
+  EXPECT_EQ(files.value(8), QStringLiteral("閉じる(&X)"));
+  const QStringList messages = Texts(Menu(window, u"menuFilesMessages"));
+  EXPECT_EQ(messages.value(5), QStringLiteral("再送信(&T)"));
+  EXPECT_EQ(messages.value(7), QStringLiteral("削除(&D)"));
+  EXPECT_EQ(messages.value(9), QStringLiteral("保存フォルダ(&F).."));
+  EXPECT_EQ(Texts(Menu(window, u"menuEdits")).value(3), QStringLiteral("貼り付け(&P)"));
+  EXPECT_EQ(Texts(Menu(window, u"menuEditCharsets")).value(4),
+            QStringLiteral("適切な文字セット(&A)"));
+  Menu(window, u"menuFiles").actions()[8]->trigger();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, ANewMessageIsAskedAboutAndStoredOnlyOnYes) {
+  const int before = Count();
+  for (const auto& [key, stored, open] :
+       {std::tuple{Qt::Key_Escape, 0, true}, {Qt::Key_N, 0, false}, {Qt::Key_Y, 1, false}}) {
+    MessageWindow& window = New();
+    Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("書きかけ"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("書きかけ プロパティ"));
+    const auto answer = key == Qt::Key_N   ? QMessageBox::No
+                        : key == Qt::Key_Y ? QMessageBox::Yes
+                                           : QMessageBox::Cancel;
+    EXPECT_TRUE(InModal<QMessageBox>(
+        [&window] { window.close(); },
+        [answer](QMessageBox& box) {
+          EXPECT_EQ(box.text(), QStringLiteral("このメッセージを保存します。よろしいですか？"));
+          box.button(answer)->click();
+        }));
+    EXPECT_EQ(Count(), before + stored);
+    EXPECT_EQ(TopLevel<MessageWindow>() != nullptr, open);
+    if (open) {
+      InModal<QMessageBox>([&window] { window.close(); },
+                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+    }
+    ASSERT_TRUE(Gone());
+  }
+}
+
+TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
+  MessageWindow& window = New();
+  QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
+  EXPECT_EQ(NextMessageBox([send] { send->trigger(); }),
+            QStringLiteral("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。"));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int last = list.rowCount() - 1;
+  list.item(last, 1)->setText(QStringLiteral("a@example.jp; 山田 <b@example.jp>"));
+  ASSERT_EQ(list.rowCount(), last + 3);  // two addresses and the row for the next one
+  EXPECT_EQ(list.item(last + 1, 1)->text(), QStringLiteral("山田 <b@example.jp>"));
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [send] { send->trigger(); },
+      [](QMessageBox& box) {
+        EXPECT_EQ(box.text(), QStringLiteral("件名が設定されていません。送信してよろしいですか？"));
+        box.button(QMessageBox::No)->click();
+      }));
+  EXPECT_TRUE(window.isVisible());
+  Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("件名🍣"));
+  const QString path = File("資料 ①.txt", "contents\r\n");
+  Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+  QFile::remove(path);
+  EXPECT_TRUE(
+      NextMessageBox([send] { send->trigger(); }).contains(QStringLiteral("読み込めません")));
+  ASSERT_TRUE(window.isVisible());  // the text stays
+  File("資料 ①.txt", "contents\r\n");
+  send->trigger();
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+  EXPECT_EQ(smtp_.Messages()[0].recipients, (QList<QByteArray>{"a@example.jp", "b@example.jp"}));
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelled) {
+  const QString serial = Store(kDraft, 2);
+  MessageWindow& window = Open(serial);
+  QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
+  const auto answer = [send](QMessageBox::StandardButton button) {
+    return InModal<QMessageBox>(
+        [send] { send->trigger(); },
+        [button](QMessageBox& box) {
+          EXPECT_TRUE(box.text().startsWith(QStringLiteral("メッセージの送信をキャンセル")));
+          EXPECT_TRUE(box.defaultButton() == box.button(QMessageBox::Cancel));
+          box.button(button)->click();
+        });
+  };
+  EXPECT_TRUE(answer(QMessageBox::Cancel));
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 2);
+  EXPECT_TRUE(answer(QMessageBox::Ok));
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 1);
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_FALSE(memo.isReadOnly());
+  memo.setFocus();
+  TypeText(memo, QStringLiteral("追記"));
+  window.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial)).contains("Content-"));
+}
+
+TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
+  auto folder = std::make_shared<Disk>(QStringLiteral("01_folder_own"));
+  folder->Let(QStringLiteral("FormName"), object_type::kFolder);
+  folder->Let(QStringLiteral("Object"), QStringLiteral("仕事@会社"));
+  folder->Let(QStringLiteral("Draw"), QStringLiteral("static"));
+  Context().Objects.Add(folder);
+  const QString serial = Store(kPlain, 4);
+  MessageWindow& window = Open(serial);
+  EXPECT_TRUE(
+      InModal<ConsoleWindow>([&] { Menu(window, u"menuFilesMessages").actions()[9]->trigger(); },
+                             [](ConsoleWindow& dialog) {
+                               EXPECT_EQ(dialog.windowTitle(), QStringLiteral("保存フォルダ"));
+                               Child<QListWidget>(dialog, u"ListView1").item(0)->setSelected(true);
+                               Press(Child<QPushButton>(dialog, u"cmOk"));
+                             }));
+  Menu(window, u"menuFiles").actions()[2]->trigger();
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 4);
+  window.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), -4);
+  EXPECT_EQ(MailStore(Context()).LoadMessageSource(Disk(serial)), kPlain);
+
+  MessageWindow& again = Open(serial);
+  Menu(again, u"menuFiles").actions()[2]->trigger();  // out of the dust
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [&] { Menu(again, u"menuFilesMessages").actions()[7]->trigger(); },
+      [](QMessageBox& box) {
+        EXPECT_EQ(box.text(), QStringLiteral("メッセージを削除します。よろしいですか？"));
+        box.button(QMessageBox::Ok)->click();
+      }));
+  ASSERT_TRUE(Gone());
+  EXPECT_FALSE(Column(serial, QStringLiteral("STATUS")).isValid());
+}
+
+TEST_F(MessageWindowTest, ASentMessageInTheDustIsTakenOutToBeSentAgain) {
+  const QString serial = Store(kDraft, -3);
+  MessageWindow& window = Open(serial);
+  QAction* send = window.findChild<QAction*>(QStringLiteral("mailup"));
+  EXPECT_EQ(NextMessageBox([send] { send->trigger(); }, Qt::Key_Escape),
+            QStringLiteral("このメールは、くずかごに入っています。取り出して送信しますか？"));
+  EXPECT_TRUE(window.isVisible());
+  InModal<QMessageBox>([send] { send->trigger(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+  ASSERT_TRUE(WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == 3; }));
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: draft"));
+}
+
+TEST_F(MessageWindowTest, FilesAreWrittenAsTheyAre) {
+  MessageWindow& window = OpenStored(kPlain, 4);
+  const QString path = folder_.filePath(QStringLiteral("out.eml"));
+  const auto saveAs = [&](const QString& name) {
+    return InModal<QFileDialog>([&] { Menu(window, u"menuFiles").actions()[4]->trigger(); },
+                                [&name](QFileDialog& dialog) {
+                                  EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ファイルに保存"));
+                                  Child<QLineEdit>(dialog, u"fileNameEdit").setText(name);
+                                  QMetaObject::invokeMethod(&dialog, "accept");
+                                });
+  };
+  EXPECT_TRUE(saveAs(path));
+  EXPECT_EQ(test::ReadFile(path), kPlain);
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n"
+      "\r\ntext\r\n--b\r\nContent-Type: application/octet-stream; name=\"run.exe\"\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n--b\r\n"
+      "Content-Type: text/x-note; name=\"../../evil.txt\"\r\n\r\nnote\r\n--b--\r\n",
+      4);
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_TRUE(list.item(0)->text().startsWith(QStringLiteral("run.exe（3 ")));
+  list.setCurrentRow(0);
+  EXPECT_TRUE(NextMessageBox([&list] { list.OpenCurrent(); }, Qt::Key_Escape)
+                  .contains(QStringLiteral("プログラムかもしれません")));
+  QDir().mkpath(folder_.filePath(QStringLiteral("out")));
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [this] {
+    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      dialog->setDirectory(folder_.filePath(QStringLiteral("out")));
+      QMetaObject::invokeMethod(dialog, "accept");
+    } else if (auto* choice = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget())) {
+      EXPECT_EQ(choice->windowTitle(), QStringLiteral("添付ファイルの保存"));
+      Child<QListWidget>(*choice, u"ListView1").selectAll();
+      Press(Child<QPushButton>(*choice, u"cmOk"));
+    }
+  });
+  answer.start(50);
+  Menu(window, u"menuEditsAttachments").actions()[0]->trigger();
+  answer.stop();
+  EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/run.exe"))),
+            QByteArray("\0\1\2", 3));
+  const QStringList saved = QDir(folder_.filePath(QStringLiteral("out"))).entryList(QDir::Files);
+  EXPECT_EQ(saved.size(), 2);
+  EXPECT_FALSE(saved.join(u' ').contains(u'/'));
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
+  const QString serial = Store(kDraft, 1);
+  MessageWindow& window = Open(serial);
+  Menu(window, u"menuEditsPrioritys").actions()[0]->trigger();
+  Menu(window, u"menuEditCharsets").actions()[2]->trigger();
+  auto& headers = Child<QTableWidget>(window, u"lvHeader");
+  headers.item(headers.rowCount() - 1, 0)->setText(QStringLiteral("Note: mine"));
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  memo.setFocus();
+  TypeText(memo, QStringLiteral("日本"));
+  window.close();
+  ASSERT_TRUE(Gone());
+  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial));
+  EXPECT_TRUE(source.contains("X-Priority: 1\r\n")) << source.toStdString();
+  EXPECT_TRUE(source.contains("X-Note: mine\r\n"));
+  EXPECT_TRUE(source.contains("\x93\xFA\x96\x7B"));
+  EXPECT_EQ(Column(serial, QStringLiteral("FIELD_FLAG")).toString().mid(1, 1), QStringLiteral("1"));
+
+  // A received message without a label is read again in the code that the user chooses.
+  MessageWindow& received = OpenStored("From: a@b\r\nSubject: s\r\n\r\n\xC6\xFC\xCB\xDC\r\n", 4);
+  const auto text = [&received] {
+    return Child<QPlainTextEdit>(received, u"txMemo").toPlainText();
+  };
+  EXPECT_EQ(text(), QStringLiteral("日本\n"));
+  Menu(received, u"menuEditCharsets").actions()[2]->trigger();
+  EXPECT_NE(text(), QStringLiteral("日本\n"));
+  Menu(received, u"menuEditCharsets").actions()[1]->trigger();
+  EXPECT_EQ(text(), QStringLiteral("日本\n"));
+  received.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
+  QTcpServer remote;
+  ASSERT_TRUE(remote.listen(QHostAddress::LocalHost));
+  const QByteArray base = "http://127.0.0.1:" + QByteArray::number(remote.serverPort());
+  MessageWindow& window = OpenStored(
+      "From: a@b\r\nSubject: s\r\nContent-Type: text/html; charset=utf-8\r\n\r\n<html><head>"
+      "<meta http-equiv=refresh content='0;url=" +
+          base + "/refresh'><link rel=stylesheet href='" + base +
+          "/style'></head><body onload='document.title=1'><script>document.body.innerHTML="
+          "'scripted'</script><p>本文</p><img src='" +
+          base + "/pixel.png'><iframe src='" + base + "/frame'></iframe><form action='" + base +
+          "/form'><input type=submit></form>"
+          "<a href='https://real.example/x' style='position:fixed;left:0;top:0;width:300px;"
+          "height:200px'>http://shown.example</a></body></html>\r\n",
+      4);
+  auto& tabs = Child<QTabWidget>(window, u"tsBody");
+  ASSERT_TRUE(tabs.isTabVisible(1));
+  EXPECT_TRUE(
+      Child<QPlainTextEdit>(window, u"txMemo").toPlainText().contains(QStringLiteral("本文")));
+  tabs.setCurrentIndex(1);
+  auto* view = window.findChild<HtmlView*>();
+  ASSERT_NE(view, nullptr);
+  auto& images = Child<QPushButton>(*view, u"cmRemoteImages");
+  ASSERT_TRUE(WaitFor([&images] { return images.isVisible(); }));
+  WaitFor([] { return false; }, 500);
+  EXPECT_FALSE(remote.hasPendingConnections());
+  QString text;
+  view->View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
+  ASSERT_TRUE(WaitFor([&text] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QStringLiteral("本文")));
+  EXPECT_FALSE(text.contains(QStringLiteral("scripted")));
+  QString question;
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [view] {
+        QTest::mouseMove(view->View()->focusProxy(), {40, 40});
+        QTest::mouseClick(view->View()->focusProxy(), Qt::LeftButton, Qt::NoModifier, {40, 40});
+      },
+      [&question](QMessageBox& box) {
+        question = box.text();
+        box.button(QMessageBox::No)->click();
+      }));
+  EXPECT_TRUE(question.contains(QStringLiteral("https://real.example/x")));
+  Press(images);
+  ASSERT_TRUE(WaitFor([&remote] { return remote.hasPendingConnections(); }));
+  QByteArray asked;
+  QTcpSocket* socket = remote.nextPendingConnection();
+  ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n"); }));
+  EXPECT_TRUE(asked.startsWith("GET /pixel.png")) << asked.toStdString();
+  EXPECT_FALSE(remote.hasPendingConnections());
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
+  MessageWindow& window = New();
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  memo.setFocus();
+  TypeText(memo, QStringLiteral("消えない🍣"));
+  QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
+  const QString serial = window.Tag();
+  EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
+  const DiskPtr draft = Context().Objects.Find(QStringLiteral("draft_") + serial);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(Drafts::LeftBehind(Context()).isEmpty());
+
+  // As after a crash: the draft is there, the window is not.
+  Context().Objects.Add(draft);
+  EXPECT_TRUE(
+      InModal<QMessageBox>([this] { QMetaObject::invokeMethod(program_->Parent(), "OfferDrafts"); },
+                           [](QMessageBox& box) {
+                             EXPECT_TRUE(box.text().contains(QStringLiteral("1通")));
+                             box.button(QMessageBox::Yes)->click();
+                           }));
+  EXPECT_TRUE(Drafts::LeftBehind(Context()).isEmpty());
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 1);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow& restored = *TopLevel<MessageWindow>();
+  EXPECT_EQ(Child<QPlainTextEdit>(restored, u"txMemo").toPlainText().trimmed(),
+            QStringLiteral("消えない🍣"));
+  restored.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
+  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  const QString serial = Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, 4);
+  program_->Parent()->OpenMessage(0, serial, false);
+  QString question;
+  EXPECT_TRUE(InModal<QMessageBox>([] {},
+                                   [&question](QMessageBox& box) {
+                                     question = box.text();
+                                     box.button(QMessageBox::Yes)->click();
+                                   }));
+  EXPECT_TRUE(question.contains(QStringLiteral("開封通知の要求")));
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"sato@example.jp"});
+  TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(Gone());
+  Open(serial).close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
+  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+  book->Let(QStringLiteral("FormName"), object_type::kBook);
+  book->Let(QStringLiteral("Object"), QStringLiteral("社内"));
+  book->Let(QStringLiteral("Addressbook"),
+            QStringLiteral("TO: aoki@example.jp 青木\r\nCC: baba@example.jp Baba Taro"));
+  Context().Objects.Add(book);
+  MessageWindow& window = New();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int before = list.rowCount();
+  QToolBar& toolbar = Child<QToolBar>(window, u"tbMailaddress");
+  const auto choose = [&](const QString& text, bool select) {
+    return InModal<AddressWindow>(
+        [&] { toolbar.actions()[0]->trigger(); },
+        [&](AddressWindow& dialog) {
+          auto& found = Child<QListWidget>(dialog, u"lvCandidacy");
+          EXPECT_EQ(found.count(), 2);  // every line of every book, and all of them selected
+          EXPECT_EQ(found.selectedItems().size(), 2);
+          Type(Child<QLineEdit>(dialog, u"txString"), text);
+          QTest::keyClick(&Child<QLineEdit>(dialog, u"txString"), Qt::Key_Return);
+          if (select) {
+            EXPECT_EQ(found.count(), 1);
+            dialog.findChild<QAction*>(QStringLiteral("select"))->trigger();
+          } else {
+            EXPECT_EQ(found.count(), 0);  // letter case counts
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+          }
+        });
+  };
+  EXPECT_TRUE(choose(QStringLiteral("baba t"), false));
+  EXPECT_EQ(list.rowCount(), before);
+  EXPECT_TRUE(choose(QStringLiteral("Taro"), true));
+  ASSERT_EQ(list.rowCount(), before + 1);
+  EXPECT_EQ(list.item(before - 1, 1)->text(), QStringLiteral("Baba Taro <baba@example.jp>"));
+  // The same names are offered while typing.
+  list.setCurrentCell(before, 1);
+  list.editItem(list.item(before, 1));
+  auto& box = Child<QLineEdit>(window, u"txMailaddress");
+  ASSERT_NE(box.completer(), nullptr);
+  box.completer()->setCompletionPrefix(QStringLiteral("青"));
+  EXPECT_EQ(box.completer()->currentCompletion(), QStringLiteral("青木 <aoki@example.jp>"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box2) { box2.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
+  MessageWindow& window = OpenStored(kPlain, 4);
+  const QString path = folder_.filePath(QStringLiteral("print.pdf"));
+  EXPECT_TRUE(InModal<QPrintDialog>([&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
+                                    [&path](QPrintDialog& dialog) {
+                                      Child<QLineEdit>(dialog, u"filename").setText(path);
+                                      QMetaObject::invokeMethod(&dialog, "accept");
+                                    }));
+  ASSERT_TRUE(WaitFor([&path] { return QFileInfo(path).size() > 1000; }));
+  EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
+  EXPECT_TRUE(WaitFor([this] {
+    return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
+  }));
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
+  const QString first = Store(kPlain, 4);
+  QByteArray other = kPlain;
+  const QString second = Store(other.replace("hello", "other"), 4);
+  MessageWindow& window = Open(first);
+  const QMenu& view = Menu(window, u"menuViews");
+  view.actions()[1]->trigger();
+  EXPECT_EQ(window.Tag(), second);
+  EXPECT_EQ(Child<QLineEdit>(window, u"txSubject").text(), QStringLiteral("other"));
+  view.actions()[1]->trigger();
+  EXPECT_EQ(window.Tag(), second);  // the last one
+  view.actions()[0]->trigger();
+  EXPECT_EQ(window.Tag(), first);
+  QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+  auto& find = Child<QLineEdit>(window, u"txFind");
+  ASSERT_TRUE(find.isVisible());
+  TypeText(find, QStringLiteral("line"));
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  QList<int> places;
+  for (int i = 0; i < 3; ++i) {
+    QTest::keyClick(&find, Qt::Key_Return);
+    places.append(memo.textCursor().blockNumber());
+  }
+  EXPECT_EQ(places, (QList<int>{0, 1, 0}));
+  QTest::keyClick(&find, Qt::Key_Escape);
+  EXPECT_FALSE(find.isVisible());
+  EXPECT_TRUE(window.isVisible());
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+}  // namespace
+}  // namespace vorn
