@@ -65,8 +65,13 @@ bool MarkOpened(Context& context, Disk& request) {
 }
 
 Sender DefaultSender(Context& context) {
-  const DiskCollectionPtr accounts =
+  DiskCollectionPtr accounts =
       SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectDefault);
+  // Somebody who has accounts and made none of them the default one writes with the first.
+  if (accounts->IsEmpty()) {
+    accounts =
+        SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled);
+  }
   if (accounts->IsEmpty()) return {};
   const DiskPtr account = accounts->First();
   return {account->Text(u"Mailaddress"), account->Text(u"Display")};

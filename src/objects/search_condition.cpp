@@ -73,6 +73,34 @@ QString FormatConditionLine(const ConditionLine& line) {
   return (fields + line.values).join(kFieldSeparator);
 }
 
+namespace {
+
+// The folders that a folder's conditions name.
+QStringList NamedFolders(const Disk& folder) {
+  QStringList named;
+  if (folder.Flag(u"SqlUse")) return named;
+  for (const QString& text : folder.Text(u"Condition").split(kLineBreak)) {
+    const auto line = ParseConditionLine(text);
+    if (line && line->kind == ConditionLine::Kind::Folder) named.append(line->values.value(0));
+  }
+  return named;
+}
+
+}  // namespace
+
+bool RefersToItself(Context& context, const Disk& folder) {
+  QStringList waiting = NamedFolders(folder);
+  QStringList seen;
+  while (!waiting.isEmpty()) {
+    const QString serialId = waiting.takeFirst();
+    if (serialId == folder.SerialID()) return true;
+    if (seen.contains(serialId)) continue;
+    seen.append(serialId);
+    if (const DiskPtr other = LoadObject(context, serialId)) waiting += NamedFolders(*other);
+  }
+  return false;
+}
+
 QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
   const DiskPtr folder = LoadObject(context_, serialId);
   if (folder == nullptr) return {};

@@ -25,6 +25,10 @@ std::optional<ConditionLine> ParseConditionLine(const QString& line);
 /// The stored form of a line.
 QString FormatConditionLine(const ConditionLine& line);
 
+/// Whether a folder's conditions, as they stand here, lead back to it, straight or through other
+/// folders.
+bool RefersToItself(Context& context, const Disk& folder);
+
 /// Turns folders into the SELECT statements over the table `mail` that list their messages.
 class FolderSqlBuilder {
  public:

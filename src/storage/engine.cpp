@@ -16,7 +16,10 @@ StorageError EngineError(sqlite3* handle) {
       return {Kind::WrongPassword,
               QStringLiteral("パスワードが違うか、データベースではないファイルです。")};
     case SQLITE_CANTOPEN:
-      return {Kind::NotFound, QStringLiteral("データベースファイルを開けません。")};
+      return {Kind::NotFound,
+              QStringLiteral(
+                  "データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを"
+                  "確認してください。")};
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return {Kind::Busy,

@@ -6,6 +6,7 @@ usage: commands_test.py VORNCTL LOOPBACK-SERVER SAMPLES
 import json
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -99,6 +100,23 @@ class Commands(unittest.TestCase):
         told = self.run_ctl("rules", "test", "-", stdin=b"From: b@x.example\r\n\r\n")
         self.assertEqual(told.strip(), "受信します。")
         self.assertEqual(self.run_ctl("rules", "list").strip(), "from: *Sales*")
+
+    @unittest.skipUnless(os.geteuid() == 0, "needs to become another user")
+    def test_a_folder_that_cannot_be_written_is_told(self):
+        self.add_account()
+        program = pathlib.Path(self.folder.name) / "vornctl"
+        shutil.copy(VORNCTL, program)
+        for path in [pathlib.Path(self.folder.name), *pathlib.Path(self.folder.name).rglob("*")]:
+            path.chmod(0o755 if path.is_dir() or path == program else 0o644)
+            if pathlib.Path(self.data) not in [path, *path.parents]:
+                os.chown(path, 65534, 65534)  # the settings are the user's, the data is not
+        before = {path: path.read_bytes() for path in pathlib.Path(self.data).rglob("*.mbx")}
+        done = subprocess.run([str(program), "--data", self.data, "list", "受信"], user=65534,
+                              group=65534, extra_groups=[], capture_output=True, timeout=60,
+                              env=dict(self.environment, HOME=self.folder.name))
+        self.assertEqual(done.returncode, 3, done.stderr.decode())
+        self.assertIn("書き込めるかどうか", done.stderr.decode())
+        self.assertEqual(before, {path: path.read_bytes() for path in before})
 
     def test_check_tells_of_damage(self):
         self.add_account()

@@ -243,6 +243,35 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   EXPECT_EQ(Child<ConditionEditor>(*window_, u"lvCondition").rowCount(), 2);
 }
 
+TEST_F(EditingTest, AFolderThatLeadsBackToItselfIsNotSaved) {
+  const auto make = [this](const QString& name) {
+    ObjectsWindow& window = Open(object_type::kFolder);
+    Type(Child<QLineEdit>(window, u"txObject"), name);
+    PressOk();
+    return window.Tag();
+  };
+  const QString first = make(QStringLiteral("甲"));
+  const QString second = make(QStringLiteral("乙"));
+  // A condition "in the folder with that name".
+  const auto refer = [this](const QString& folder, const QString& other) {
+    ObjectsWindow& window = Open(object_type::kFolder, folder);
+    Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
+    Press(Child<QPushButton>(window, u"cmAddCondition"));
+    auto& list = Child<ConditionEditor>(window, u"lvCondition");
+    qobject_cast<QComboBox*>(list.cellWidget(0, 1))->setCurrentIndex(2);
+    auto* folders = qobject_cast<QComboBox*>(list.cellWidget(0, 3));
+    folders->setCurrentIndex(folders->findData(other));
+    PressOk();
+    return Error();
+  };
+  EXPECT_TRUE(refer(first, first).contains(QStringLiteral("自身に戻ります")));
+  EXPECT_TRUE(window_->isVisible());
+  EXPECT_EQ(Stored(first)->Text(u"Condition"), QString());
+  EXPECT_EQ(refer(first, second), QString());
+  EXPECT_TRUE(refer(second, first).contains(QStringLiteral("自身に戻ります")));
+  EXPECT_EQ(Stored(second)->Text(u"Condition"), QString());
+}
+
 TEST_F(EditingTest, ASqlConditionShowsTheEnginesErrorBeforeItIsSaved) {
   ObjectsWindow& window = Open(object_type::kFolder);
   Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("SQL"));

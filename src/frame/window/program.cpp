@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLibraryInfo>
 #include <QMessageBox>
 
 #include "frame/profile_login.h"
@@ -14,6 +15,11 @@ namespace vorn {
 
 Program::Program(const QString& appFolder) : appFolder_(appFolder), instance_(appFolder) {
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
+  // The toolkit's own texts, such as the buttons of message boxes.
+  if (toolkitTexts_.load(QStringLiteral("qtbase_ja"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&toolkitTexts_);
+  }
 }
 
 Program::~Program() {

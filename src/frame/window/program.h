@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTranslator>
 #include <memory>
 
 #include "frame/single_instance.h"
@@ -35,6 +36,7 @@ class Program : public QObject {
   void ShowParent();
 
   Context context_;
+  QTranslator toolkitTexts_;
   QString appFolder_;
   SingleInstance instance_;
   QPointer<QWidget> opening_;  // the login or the splash

@@ -104,7 +104,6 @@ QWidget* MessageWindow::BuildBody() {
   tsBody_ = new QTabWidget;
   tsBody_->setObjectName(QStringLiteral("tsBody"));
   tsBody_->setDocumentMode(true);
-  tsBody_->setTabBarAutoHide(true);
   tsBody_->addTab(txMemo_, QStringLiteral("テキスト"));
   tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
   connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {

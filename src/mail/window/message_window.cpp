@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
 
@@ -102,7 +103,10 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
                                         context_.Data.LastError().text
                                   : model_.text);
   tsBody_->setCurrentIndex(0);
-  tsBody_->setTabVisible(1, !editable && !html_.isEmpty());
+  const bool hasHtml = !editable && !html_.isEmpty();
+  tsBody_->setTabVisible(1, hasHtml);
+  tsBody_->setTabEnabled(1, hasHtml);  // else the keys reach it
+  tsBody_->tabBar()->setVisible(hasHtml);
   lvHeader_->Show(model_.headerRows, editable);
   txReference_->setPlainText(model_.references);
   txReference_->setReadOnly(!editable);
@@ -112,6 +116,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   ControlToolbarUpdate();
   // A new message begins with what it lacks.
   if (editable && !lvMailaddress_->HasRecipient()) {
+    lvMailaddress_->setCurrentCell(lvMailaddress_->rowCount() - 1, 1);
     lvMailaddress_->setFocus();
   } else {
     txMemo_->setFocus();

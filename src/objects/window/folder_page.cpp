@@ -119,6 +119,9 @@ PageFault FolderPage::Check() {
   if (ckSqlUse_->isChecked() && txSql_->toPlainText().trimmed().isEmpty()) {
     return {QStringLiteral("SQLの条件が書かれていません。"), txSql_};
   }
+  if (RefersToItself(context_, *Edited())) {
+    return {QStringLiteral("条件のフォルダをたどると、このフォルダ自身に戻ります。"), lvCondition_};
+  }
   const Matches matches = CountMatches(context_, *Edited());
   if (matches.error.isEmpty()) return {};
   return {matches.error, ckSqlUse_->isChecked() ? static_cast<QWidget*>(txSql_) : lvCondition_};
