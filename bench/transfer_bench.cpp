@@ -33,6 +33,7 @@ class Host : public PlanHost, public StatusPanel {
     if (level == 1) std::fprintf(stderr, "%s\n", qPrintable(text));
   }
   void SendAndReceive() override {}
+  QString AskPassword(const QString&) override { return {}; }
   QString ChooseAccount(const QString&, const QString&) override { return {}; }
   void ShowStatus(const QString&, const QString&) override {}
 };

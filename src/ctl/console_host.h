@@ -9,6 +9,7 @@ class ConsoleHost : public PlanHost, public StatusPanel {
  public:
   void PostRequest(const DiskPtr&) override {}
   void SendAndReceive() override {}
+  QString AskPassword(const QString&) override { return {}; }
   QString ChooseAccount(const QString&, const QString&) override { return account; }
   void AddEvent(int level, int mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text) override;

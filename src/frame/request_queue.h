@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <deque>
+#include <functional>
 
 #include "storage/context.h"
 
@@ -52,7 +53,12 @@ class RequestQueue {
   void PostBrowserRequest(const BrowserRequest& request);
   bool PostMailRequest(const MailRequest& request);
   /// Posts a request that was built elsewhere.
-  void Post(const DiskPtr& request) { requests_.push_back(request); }
+  void Post(const DiskPtr& request) {
+    requests_.push_back(request);
+    if (posted_) posted_();
+  }
+  /// Called whenever something was posted.
+  void OnPosted(std::function<void()> posted) { posted_ = std::move(posted); }
 
   bool IsEmpty() const { return requests_.empty(); }
   const DiskPtr& Front() const { return requests_.front(); }
@@ -62,6 +68,7 @@ class RequestQueue {
  private:
   Context& context_;
   std::deque<DiskPtr> requests_;
+  std::function<void()> posted_;
 };
 
 }  // namespace vorn

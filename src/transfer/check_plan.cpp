@@ -1,6 +1,7 @@
 #include "transfer/check_plan.h"
 
 #include <QDateTime>
+#include <QScopedValueRollback>
 #include <vector>
 
 #include "objects/account.h"
@@ -68,6 +69,8 @@ void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
 }
 
 void CheckPlan::Tick() {
+  if (ticking_) return;
+  const QScopedValueRollback<bool> inside(ticking_, true);
   // Jobs added or removed on the way are seen at the next tick; none runs twice in one.
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
   for (const DiskPtr& job : jobs) {
@@ -113,7 +116,7 @@ void CheckPlan::ReceiveStep(Disk& job) {
   if (pop_.Busy()) return;
   const DiskPtr account = job.Collection(u"account")->First();
   if (job.Number(u"process") == 0) {
-    StartReceiving(job, *account);
+    StartReceiving(job, account);
   } else {
     FinishReceiving(job, account);
   }
@@ -140,8 +143,23 @@ void CheckPlan::StartSession(Disk& job) {
   job.Let(QStringLiteral("error"), false);
 }
 
-void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
-  LoadReceiving(account);
+bool CheckPlan::KnowsPassword(Disk& account) {
+  const QString key = QStringLiteral("InMailServerPassword");
+  if (account.Flag(u"InMailServerPasswordSave", true) || !account.Text(key).isEmpty()) return true;
+  account.Let(key, host_.AskPassword(account.Text(u"Object")));
+  return !account.Text(key).isEmpty();
+}
+
+void CheckPlan::StartReceiving(Disk& job, const DiskPtr& account) {
+  if (!KnowsPassword(*account)) {
+    job.Let(QStringLiteral("log"),
+            QStringLiteral("パスワードが入力されなかったので、受信しませんでした。"));
+    job.Let(QStringLiteral("error"), true);
+    job.Let(QStringLiteral("messages"), QString());
+    job.Let(kProcess, 1);
+    return;
+  }
+  LoadReceiving(*account);
   StartSession(job);
   job.Let(QStringLiteral("messages"), QString());
   job.Let(kProcess, 1);

@@ -23,6 +23,8 @@ class PlanHost {
   virtual void SendAndReceive() = 0;
   /// Asks the user for the account to send with; its serial identifier, empty when he declines.
   virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
+  /// Asks the user for an account's receive password, which is not saved; empty when he declines.
+  virtual QString AskPassword(const QString& account) = 0;
 };
 
 /// Bits of `CreateMessagePlan`.
@@ -54,7 +56,9 @@ class CheckPlan {
   bool IsDue(const Disk& job) const;
   void Run(Disk& job);
   void ReceiveStep(Disk& job);
-  void StartReceiving(Disk& job, const Disk& account);
+  void StartReceiving(Disk& job, const DiskPtr& account);
+  /// Whether the account's receive password is known, if need be by asking for it.
+  bool KnowsPassword(Disk& account);
   void FinishReceiving(Disk& job, const DiskPtr& account);
   void LoadReceiving(const Disk& account);
   void AddSendJob(const std::vector<DiskPtr>& messages);
@@ -74,6 +78,7 @@ class CheckPlan {
   Pop& pop_;
   PlanHost& host_;
   DiskCollection jobs_;
+  bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
 };
 
 }  // namespace vorn

@@ -150,7 +150,7 @@ void CheckPlan::SendStep(Disk& job) {
 // "POP before SMTP" first logs in at the incoming server.
 void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   const DiskPtr account = message.Collection(kAccount)->First();
-  if (account->Number(u"OutMailServerProtocol") == kPopBeforeSmtp) {
+  if (account->Number(u"OutMailServerProtocol") == kPopBeforeSmtp && KnowsPassword(*account)) {
     LoadReceiving(*account);
     pop_.LoginOnly = true;
     pop_.Start();

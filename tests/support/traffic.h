@@ -21,6 +21,10 @@ class RecordingHost : public PlanHost, public StatusPanel {
   }
   void SendAndReceive() override { ++periodic; }
   QString ChooseAccount(const QString&, const QString&) override { return chosenAccount; }
+  QString AskPassword(const QString&) override {
+    ++passwordQuestions;
+    return typedPassword;
+  }
   void ShowStatus(const QString& text, const QString& icon) override {
     if (icon == u"maildown" || icon == u"mailup") progress.append(text);
   }
@@ -28,7 +32,8 @@ class RecordingHost : public PlanHost, public StatusPanel {
   QList<DiskPtr> requests;
   QList<int> levels;
   QStringList categories, log, progress;
-  QString chosenAccount;
+  QString chosenAccount, typedPassword;
+  int passwordQuestions = 0;
   int periodic = 0;
 };
 

@@ -112,6 +112,20 @@ TEST_F(ReceiveTest, FailuresAreToldInJapaneseAndLeaveTheControlIdle) {
   EXPECT_EQ(Rows(), 0);
 }
 
+TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
+  AddMessages(1);
+  const DiskPtr account =
+      profile_.AddAccount(server_.Port(), false, false, QStringLiteral("user"), QString());
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  EXPECT_EQ(Receive().stored, 0);  // the user declines
+  EXPECT_TRUE(LastLog().contains(QStringLiteral("入力されなかった"))) << LastLog().toStdString();
+  EXPECT_EQ(server_.Count("USER"), 0);
+  host_.typedPassword = QStringLiteral("secret");
+  EXPECT_EQ(Receive().stored, 1);
+  Receive();
+  EXPECT_EQ(host_.passwordQuestions, 2);
+}
+
 TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
   AddMessages(2);
   profile_.AddAccount(server_.Port());

@@ -4,11 +4,13 @@
 #include "mail/window/message_window.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QCompleter>
 #include <QFileDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -559,6 +561,94 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   EXPECT_TRUE(WaitFor([this] {
     return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
   }));
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
+  MessageWindow& window = OpenStored(kDraft, 1);
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  auto& subject = Child<QLineEdit>(window, u"txSubject");
+  const auto edit = [&window](int index) {
+    Menu(window, u"menuEdits").actions()[index]->trigger();
+  };
+  const QStringList texts = Texts(Menu(window, u"menuEdits"));
+  const int undo = static_cast<int>(texts.indexOf(QStringLiteral("元に戻す(&U)")));
+  subject.setFocus();
+  subject.selectAll();
+  edit(1);  // copy
+  memo.setFocus();
+  memo.moveCursor(QTextCursor::Start);
+  edit(3);  // paste
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("drafttext\n"));
+  edit(undo);
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("text\n"));
+  edit(undo + 1);
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("drafttext\n"));
+  edit(undo + 2);  // everything
+  edit(0);         // cut
+  EXPECT_EQ(memo.toPlainText(), QString());
+  subject.setFocus();
+  subject.setCursorPosition(0);
+  edit(2);  // delete
+  EXPECT_EQ(subject.text(), QStringLiteral("raft"));
+  // Files on the clipboard are attached.
+  auto* files = new QMimeData;
+  files->setUrls({QUrl::fromLocalFile(File("note.txt", "x"))});
+  QApplication::clipboard()->setMimeData(files);
+  edit(3);
+  EXPECT_EQ(Child<AttachmentList>(window, u"lvClip").count(), 1);
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
+  const QString serial = Store(kPlain, 4);
+  program_->Parent()->AddEvent(1, 1, serial, QString(), QStringLiteral("mailup"),
+                               QStringLiteral("送信で使用するアカウントが不明です。"));
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);
+  ASSERT_NE(event, nullptr);
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                    tree->visualItemRect(event).center());
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow& window = *TopLevel<MessageWindow>();
+  const auto& tabs = Child<QTabWidget>(window, u"tsPage");
+  ASSERT_EQ(tabs.count(), 3);
+  EXPECT_EQ(tabs.tabText(2), QStringLiteral("イベント"));
+  EXPECT_TRUE(Child<QPlainTextEdit>(window, u"txEventLog")
+                  .toPlainText()
+                  .contains(QStringLiteral("不明です")));
+  const QList<QAction*> view = Menu(window, u"menuViews").actions();
+  const int points = Child<QPlainTextEdit>(window, u"txMemo").font().pointSize();
+  view[3]->trigger();
+  EXPECT_GT(Child<QPlainTextEdit>(window, u"txMemo").font().pointSize(), points);
+  view[5]->trigger();
+  EXPECT_EQ(Child<QPlainTextEdit>(window, u"txMemo").font().pointSize(), points);
+  view.last()->trigger();
+  auto* source = window.findChild<QDialog*>(QStringLiteral("source"));
+  ASSERT_NE(source, nullptr);
+  EXPECT_TRUE(source->findChild<QPlainTextEdit*>()->toPlainText().startsWith(
+      QStringLiteral("From: Sato <sato@example.jp>")));
+  source->close();
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AMessageBeingWrittenKeepsTheProgramOpenWhenItCannotBeStored) {
+  MessageWindow& window = OpenStored(kDraft, 1);
+  const QString path = File("gone.txt", "x");
+  Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+  QFile::remove(path);
+  EXPECT_TRUE(NextMessageBox([this] {
+                program_->Parent()->close();
+              }).contains(QStringLiteral("読み込めません")));
+  EXPECT_TRUE(program_->Parent()->isVisible());
+  EXPECT_TRUE(window.isVisible());
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  list.setCurrentRow(0);
+  QTest::keyClick(&list, Qt::Key_Delete);
+  EXPECT_EQ(list.count(), 0);
   window.close();
   EXPECT_TRUE(Gone());
 }

@@ -75,6 +75,8 @@ ParentWindow::ParentWindow(Context& context)
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });
   connect(&tmPlan_, &QTimer::timeout, this, &ParentWindow::tmPlan_Timer);
   tmDialog_.start(kTickMs);
+  // Nobody who clicked has to wait for the next tick.
+  queue_.OnPosted([this] { QTimer::singleShot(0, this, [this] { DispatchSoon(); }); });
   tmPlan_.start(kTickMs);
 }
 
@@ -186,6 +188,11 @@ void ParentWindow::menuTools_Click(int index) {
           this, kApplicationTitle,
           kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   }
+}
+
+// One more tick, unless the timer's own have ended.
+void ParentWindow::DispatchSoon() {
+  if (tmDialog_.isActive()) dispatcher_.Tick();
 }
 
 void ParentWindow::tmPlan_Timer() {
@@ -323,6 +330,13 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
 
 QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt) {
   return InputTree(context_, this, title, prompt, object_type::kAccount);
+}
+
+QString ParentWindow::AskPassword(const QString& account) {
+  return InputText(
+      context_, this, QStringLiteral("パスワード"),
+      QStringLiteral("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
+      QString(), QStringLiteral("*"));
 }
 
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {

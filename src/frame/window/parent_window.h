@@ -58,6 +58,7 @@ class ParentWindow : public QMainWindow,
                 const QString& category, const QString& text) override;
   void SendAndReceive() override { menuTools_Click(0); }
   QString ChooseAccount(const QString& title, const QString& prompt) override;
+  QString AskPassword(const QString& account) override;
 
   // EventView
   void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;
@@ -99,6 +100,7 @@ class ParentWindow : public QMainWindow,
   void PostNewObject(const QString& type, const QString& parent);
   void DeleteObject(const QString& key, const QString& tag);
   void OpenEvent(const QString& serialId);
+  void DispatchSoon();
   void tmPlan_Timer();
   void RefreshFolders();
   RequestWindow* AddChild(BrowserWindow* window);

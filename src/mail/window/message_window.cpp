@@ -164,7 +164,7 @@ bool MessageWindow::AskToSave(bool* cancelled) {
   if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
   const auto answer = QMessageBox::question(
       this, kApplicationTitle, QStringLiteral("このメッセージを保存します。よろしいですか？"),
-      buttons);
+      buttons, QMessageBox::Yes);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }

@@ -1,0 +1,161 @@
+// What a user waits for in the windows: from the click on a page's link to the painted message
+// window, and how long the windows stand still while a message is opened.
+//
+//   windows-bench            needs a display or QT_QPA_PLATFORM=offscreen
+//
+// Prints one JSON line per figure, medians of several rounds.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/window/parent_window.h"
+#include "mail/mail_store.h"
+#include "mail/window/message_window.h"
+#include "present/window/browser_window.h"
+
+namespace {
+
+using namespace vorn;
+
+constexpr int kRounds = 15;
+
+bool WaitFor(const std::function<bool()>& condition) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!condition()) {
+    if (timer.elapsed() > 20000) return false;
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+  }
+  return true;
+}
+
+void Require(bool condition, const char* what) {
+  if (condition) return;
+  std::fprintf(stderr, "%s\n", what);
+  std::exit(1);
+}
+
+MessageWindow* Shown() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    auto* window = qobject_cast<MessageWindow*>(widget);
+    if (window != nullptr && window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
+// Tells when a window has been painted for the first time.
+class PaintWatch : public QObject {
+ public:
+  bool painted = false;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint && qobject_cast<MessageWindow*>(watched) != nullptr) {
+      painted = true;
+    }
+    return false;
+  }
+};
+
+QString Store(Context& context, const QByteArray& source) {
+  Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
+  request.Let(QStringLiteral("process"), 4);
+  request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+  return MailStore(context).StoreMessage(request, source);
+}
+
+QByteArray WithAttachment(qsizetype bytes) {
+  QByteArray source =
+      "From: a@example.jp\r\nTo: b@example.jp\r\nSubject: figures\r\nContent-Type: "
+      "multipart/mixed; "
+      "boundary=b\r\n\r\n--b\r\n\r\ntext\r\n--b\r\nContent-Type: application/pdf; name=a.pdf\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\n";
+  const QByteArray line = QByteArray(54, 'x').toBase64() + "\r\n";
+  while (source.size() < bytes) source += line;
+  return source + "--b--\r\n";
+}
+
+void Report(const char* figure, std::vector<double>& opened, std::vector<double>& blocks) {
+  std::sort(opened.begin(), opened.end());
+  std::sort(blocks.begin(), blocks.end());
+  const QJsonObject object{{QStringLiteral("figure"), QString::fromUtf8(figure)},
+                           {QStringLiteral("painted_ms"), opened[opened.size() / 2]},
+                           {QStringLiteral("painted_max_ms"), opened.back()},
+                           {QStringLiteral("longest_block_ms"), blocks[blocks.size() / 2]}};
+  std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+  std::fflush(stdout);
+}
+
+// What the browser window asks for when a link is clicked, until the window stands painted.
+void Measure(const char* figure, ParentWindow& parent, const QString& serialId, PaintWatch& paint) {
+  std::vector<double> opened;
+  std::vector<double> blocks;
+  for (int round = 0; round < kRounds; ++round) {
+    QTimer turns;
+    turns.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer sinceTurn;
+    qint64 longest = 0;
+    QObject::connect(&turns, &QTimer::timeout, &turns, [&] {
+      longest = std::max(longest, sinceTurn.nsecsElapsed());
+      sinceTurn.start();
+    });
+    paint.painted = false;
+    QElapsedTimer clock;
+    sinceTurn.start();
+    turns.start(1);
+    clock.start();
+    parent.OpenMessage(0, serialId, false);
+    Require(WaitFor([&paint] { return paint.painted; }), "no window");
+    opened.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+    blocks.push_back(static_cast<double>(longest) / 1e6);
+    turns.stop();
+    Shown()->close();
+    Require(WaitFor([] { return Shown() == nullptr; }), "the window stays");
+  }
+  Report(figure, opened, blocks);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const QTemporaryDir folder;
+  Context context;
+  QString error;
+  Require(StartUp(context, folder.path() + u'/', &error), "cannot start");
+  Require(CreateFirstProfile(context) != nullptr, "cannot make the profile");
+  Require(LogIn(context, {}, {}, &error), "cannot log in");
+  const QString usual = Store(context, WithAttachment(20000));
+  const QString large = Store(context, WithAttachment(20 * 1024 * 1024));
+  PaintWatch paint;
+  application.installEventFilter(&paint);
+  auto* parent = new ParentWindow(context);
+  parent->LoadDefaultProperty();
+  parent->show();
+  bool loaded = false;
+  Require(WaitFor([&] {
+            auto* browser = parent->findChild<BrowserWindow*>();
+            if (browser != nullptr && !loaded) {
+              QObject::connect(browser, &BrowserWindow::Loaded, parent,
+                               [&loaded] { loaded = true; });
+            }
+            return loaded;
+          }),
+          "no page");
+  Measure("usual message", *parent, usual, paint);
+  Measure("20 MB message", *parent, large, paint);
+  delete parent;
+  context.Data.CloseAll();
+  return 0;
+}
