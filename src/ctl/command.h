@@ -24,6 +24,8 @@ int Send(Context& context, const Arguments& arguments);
 int ListFolder(Context& context, const Arguments& arguments);
 int WritePage(Context& context, const Arguments& arguments);
 int Rules(Context& context, const Arguments& arguments);
+int Import(Context& context, const Arguments& arguments);
+int Export(Context& context, const Arguments& arguments);
 int CheckFiles(Context& context, const Arguments& arguments);
 
 // These need no data folder.

@@ -26,6 +26,8 @@ constexpr char16_t kUsage[] =
     u"  list フォルダ [--json]\n"
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  rules list|add 条件|test ファイル|- [--json]\n"
+    u"  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）\n"
+    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--json]\n"
     u"  check [--json]\n"
     u"  inspect ファイル|- [--json]\n"
     u"  open 0-6 ファイル|- [--json]\n"
@@ -57,6 +59,10 @@ const QList<Command>& Commands() {
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("list"), ListFolder, {QStringLiteral("json")}},
+      {QStringLiteral("import"), Import, {QStringLiteral("folder"), QStringLiteral("json")}},
+      {QStringLiteral("export"),
+       Export,
+       {QStringLiteral("format"), QStringLiteral("out"), QStringLiteral("json")}},
       {QStringLiteral("check"), CheckFiles, {QStringLiteral("json")}},
       {QStringLiteral("rules"), Rules, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},

@@ -58,7 +58,7 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
   }
   row->SetField(QStringLiteral("MAIL"), source);
   row->SetField(QStringLiteral("STATUS"), request.Number(u"process", kStatusEdit));
-  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), data.Now());
+  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), request.Text(u"Timestamp", data.Now()));
   row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
   row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
   row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);

@@ -19,8 +19,8 @@ enum StateMask { kStateStatus = 1, kStateFlag = 2, kStateFolders = 4 };
 ///
 /// Every operation is given the message's bag and reads from it the serial identifier, "db" (a
 /// database kind, default 3), "file" (default: the profile's mail database), "MessageID", "process"
-/// (the status), "Flag" and "folder" (folder identifiers, one a line). Failures are returned
-/// without a message; the reason is in the session's `LastError`.
+/// (the status), "Flag", "folder" (folder identifiers, one a line) and "Timestamp" (default: now).
+/// Failures are returned without a message; the reason is in the session's `LastError`.
 class MailStore {
  public:
   explicit MailStore(Context& context) : context_(context) {}

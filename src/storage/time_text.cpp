@@ -3,7 +3,11 @@
 namespace vorn {
 
 QString CurrentTimeText() {
-  return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+  return StoredTimeText(QDateTime::currentDateTime());
+}
+
+QString StoredTimeText(const QDateTime& time) {
+  return time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
 }
 
 QString GeneralTimeText(const QString& stored) {

@@ -118,6 +118,45 @@ class Commands(unittest.TestCase):
         self.assertIn("書き込めるかどうか", done.stderr.decode())
         self.assertEqual(before, {path: path.read_bytes() for path in before})
 
+    def sources(self, folder):
+        """The sources in a folder, by way of an export as single files."""
+        out = os.path.join(self.folder.name, "out-%d" % len(os.listdir(self.folder.name)))
+        self.run_ctl("export", folder, "--format", "eml", "--out", out)
+        return sorted(path.read_bytes() for path in pathlib.Path(out).iterdir())
+
+    def test_what_is_exported_is_imported_the_same(self):
+        self.add_account()
+        self.receive()
+        before = self.sources("受信")
+        self.assertEqual(len(before), self.messages)
+        for form in ("mbox", "maildir", "eml"):
+            out = os.path.join(self.folder.name, "archive-" + form)
+            self.run_ctl("export", "受信", "--format", form, "--out", out)
+            told = json.loads(self.run_ctl("import", out, "--json"))
+            self.assertEqual(told, {"imported": 0, "known": self.messages}, form)
+            self.data = os.path.join(self.folder.name, "data-" + form)
+            told = json.loads(self.run_ctl("import", out, "--json"))
+            self.assertEqual(told, {"imported": self.messages, "known": 0}, form)
+            self.assertEqual(self.sources("受信"), before, form)
+            told = json.loads(self.run_ctl("import", out, "--json"))
+            self.assertEqual(told["known"], self.messages, form)
+            self.data = os.path.join(self.folder.name, "data")
+        self.run_ctl("export", "受信", "--out", out, code=1)  # never over something
+
+    def test_imported_mail_has_its_own_date_and_foreign_forms_are_read(self):
+        box = pathlib.Path(self.folder.name) / "foreign.mbox"
+        box.write_bytes(
+            b"From a@b Thu Jan  1 00:00:00 1970\nSubject: second\nDate: Mon, 5 Jan 2004 09:00 +0900\n"
+            b"\n>From the start\ntext\n\nFrom c@d Thu Jan  1 00:00:00 1970\nSubject: first\n"
+            b"Received: from x by y; Sat, 3 Jan 2004 10:00:00 +0900 (JST)\n"
+            b"Date: Fri, 1 Jan 2010 00:00:00 GMT\n\nbody\n")
+        self.assertEqual(json.loads(self.run_ctl("import", str(box), "--json"))["imported"], 2)
+        rows = [json.loads(line) for line in self.run_ctl("list", "受信", "--json").splitlines()]
+        self.assertEqual([row["subject"] for row in rows], ["first", "second"])
+        self.assertEqual([row["timestamp"][:7] for row in rows], ["2004-01", "2004-01"])
+        self.assertIn(b"\r\n\r\nFrom the start\r\ntext\r\n", self.sources("受信")[1])
+        self.run_ctl("import", "/no/such/file", code=1)
+
     def test_check_tells_of_damage(self):
         self.add_account()
         self.receive()

@@ -6,6 +6,7 @@
 #include "mail/content_index.h"
 #include "mail/flag_string.h"
 #include "mail/inline_images.h"
+#include "mail/message_date.h"
 #include "mail/message_index.h"
 #include "mail/print_page.h"
 #include "support/test_profile.h"
@@ -63,6 +64,27 @@ TEST(StoredCharsetTest, OneThatSaysNothingIsNotTaken) {
             CharsetChoice::Automatic);
   EXPECT_EQ(choice("Content-Type: text/plain; charset=iso-2022-jp\r\n\r\n\x1B$BF|\x1B(B\r\n"),
             CharsetChoice::Jis);
+}
+
+TEST(MessageDateTest, EveryFormOfDateIsRead) {
+  const auto utc = [](const QByteArray& text) {
+    return ParseMailDate(text).toUTC().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+  };
+  EXPECT_EQ(utc("Tue, 24 Nov 2026 09:05:07 +0900"), QStringLiteral("2026-11-24 00:05:07"));
+  EXPECT_EQ(utc("Tue,24 Nov 2026 09:05:07 +0900 (JST)"), QStringLiteral("2026-11-24 00:05:07"));
+  EXPECT_EQ(utc("1 Jan 99 00:00 EST"), QStringLiteral("1999-01-01 05:00:00"));
+  EXPECT_EQ(utc("Sat, 31 dec 05 23:59:60 -0330"), QStringLiteral("2006-01-01 03:29:59"));
+  for (const char* broken :
+       {"", "now", "32 Nov 2026 09:05 +0900", "1 Foo 2026 09:05", "(", ", , ,"}) {
+    EXPECT_FALSE(ParseMailDate(broken).isValid()) << broken;
+  }
+  EXPECT_EQ(MessageDate("Received: a; 1 Jan 2020 00:00 GMT\r\nReceived: b; 1 Jan 2019 00:00 GMT\r\n"
+                        "Date: 1 Jan 2018 00:00 GMT\r\n\r\n")
+                .toUTC()
+                .date(),
+            QDate(2020, 1, 1));
+  EXPECT_EQ(MessageDate("Received: a; broken\r\nDate: 1 Jan 2018 00:00 GMT\r\n\r\n").toUTC().date(),
+            QDate(2018, 1, 1));
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <QAction>
 #include <QClipboard>
 #include <QCompleter>
+#include <QDesktopServices>
+#include <QDropEvent>
 #include <QFileDialog>
 #include <QListWidget>
 #include <QMenu>
@@ -14,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QProcess>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -366,6 +369,94 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
   EXPECT_TRUE(Gone());
 }
 
+TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndByDropping) {
+  MessageWindow& window = New();
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  const QString first = File("一.txt", "1");
+  EXPECT_TRUE(
+      InModal<QFileDialog>([&] { window.findChild<QAction*>(QStringLiteral("clip"))->trigger(); },
+                           [&first](QFileDialog& dialog) {
+                             EXPECT_EQ(dialog.windowTitle(), QStringLiteral("添付ファイルの選択"));
+                             Child<QLineEdit>(dialog, u"fileNameEdit").setText(first);
+                             QMetaObject::invokeMethod(&dialog, "accept");
+                           }));
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_TRUE(list.isVisible());
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(File("二.txt", "22")), QUrl(QStringLiteral("http://x/y"))});
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &drop);
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_EQ(list.Attachments()[1].name, QStringLiteral("二.txt"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// Stands for the system's program that opens files.
+class Opener : public QObject {
+  Q_OBJECT
+
+ public:
+  QList<QUrl> opened;
+
+ public Q_SLOTS:
+  void Open(const QUrl& url) { opened.append(url); }
+};
+
+TEST_F(MessageWindowTest, WorkingFilesGoWithTheWindow) {
+  Opener opener;
+  QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "Open");
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: application/pdf; name=\"a.pdf\"\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n",
+      4);
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  list.setCurrentRow(0);
+  list.setFocus();
+  QTest::keyClick(&list, Qt::Key_Return);
+  ASSERT_EQ(opener.opened.size(), 1);
+  const QString path = opener.opened[0].toLocalFile();
+  EXPECT_EQ(test::ReadFile(path), QByteArray("\0\1\2", 3));
+  window.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(WaitFor([&path] { return !QFileInfo::exists(path); }));
+  QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+}
+
+TEST_F(MessageWindowTest, AFullDiskIsToldAndTheTextStays) {
+  const QString disk = folder_.filePath(QStringLiteral("disk"));
+  QDir().mkpath(disk);
+  const QStringList mount = {QStringLiteral("-t"),    QStringLiteral("tmpfs"),
+                             QStringLiteral("-o"),    QStringLiteral("size=64k"),
+                             QStringLiteral("tmpfs"), disk};
+  if (QProcess::execute(QStringLiteral("mount"), mount) != 0) GTEST_SKIP() << "cannot mount";
+  MessageWindow& window = OpenStored(kPlain + QByteArray(200000, 'x') + "\r\n", 4);
+  QString told;
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      Child<QLineEdit>(*dialog, u"fileNameEdit").setText(disk + QStringLiteral("/out.eml"));
+      QMetaObject::invokeMethod(dialog, "accept");
+    } else if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      told = box->text();
+      box->button(QMessageBox::Ok)->click();
+    }
+  });
+  answer.start(50);
+  Menu(window, u"menuFiles").actions()[4]->trigger();
+  answer.stop();
+  EXPECT_TRUE(told.contains(QStringLiteral("ディスクの空き容量"))) << told.toStdString();
+  EXPECT_TRUE(QDir(disk).entryList(QDir::Files).isEmpty());
+  EXPECT_TRUE(window.isVisible());
+  window.close();
+  EXPECT_TRUE(Gone());
+  QProcess::execute(QStringLiteral("umount"), {disk});
+}
+
 TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
   const QString serial = Store(kDraft, 1);
   MessageWindow& window = Open(serial);
@@ -686,3 +777,5 @@ TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
 
 }  // namespace
 }  // namespace vorn
+
+#include "message_window_test.moc"

@@ -35,7 +35,7 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   EXPECT_TRUE(parent->windowTitle().startsWith(QStringLiteral("Administrator")));
   auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   EXPECT_EQ(tree->findItems(QStringLiteral("くずかご"), Qt::MatchRecursive).size(), 1);
-  EXPECT_TRUE(PageText().contains(QStringLiteral("件名")));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("アカウントを追加してください")));
   EXPECT_EQ(QDir(Folder() + QStringLiteral("temp")).entryList({QStringLiteral("*.html")}).size(),
             0);
 

@@ -7,13 +7,15 @@
 namespace vorn {
 namespace {
 
-// Lets a folder page load itself and nothing else.
+// Lets a folder page, or a page of the program's own that comes as data, load itself and nothing
+// else. No page can lead to another one: its links do not act.
 class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
  public:
   using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
   void interceptRequest(QWebEngineUrlRequestInfo& info) override {
-    const bool isPage = info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
-                        info.requestUrl().isLocalFile();
+    const bool isPage =
+        info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
+        (info.requestUrl().isLocalFile() || info.requestUrl().scheme() == QStringLiteral("data"));
     if (!isPage) info.block(true);
   }
 };

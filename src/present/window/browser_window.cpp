@@ -11,8 +11,11 @@
 #include <QWebEngineView>
 
 #include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "present/window/link_page.h"
+#include "storage/databases.h"
 
 namespace vorn {
 namespace {
@@ -22,6 +25,30 @@ const QString kNext = QStringLiteral("next");
 const QString kUrl = QStringLiteral("url");
 const QString kPage = QStringLiteral("Page");
 const QString kOnLoad = QStringLiteral("onLoad");
+
+// Whether there is neither an account nor a message yet.
+bool IsFirstUse(Context& context) {
+  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty() ||
+      !OpenDatabase(context, DatabaseKind::Mail)) {
+    return false;
+  }
+  const bool isEmpty =
+      context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly) &&
+      context.Data.Recordset()->Eof();
+  context.Data.Close();
+  return isEmpty;
+}
+
+QString FirstUseText() {
+  return QStringLiteral(
+      "<h2>ようこそ</h2>"
+      "<p>メールを受信するには、アカウントを追加してください。</p>"
+      "<ul><li><b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
+      "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。</li>"
+      "<li><b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。</li>"
+      "<li><b>これまでのメール</b>: コマンド <code>vornctl import</code> で、mbox、Maildir、"
+      "emlのファイルを取り込めます。</li></ul>");
+}
 
 }  // namespace
 
@@ -111,6 +138,10 @@ bool BrowserWindow::CreatePage() {
   if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
   setWindowTitle(folder->Text(u"Object"));
   DeletePageFile();
+  if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
+    ShowText(FirstUseText());
+    return false;
+  }
   bool before = false;
   bool next = false;
   const QString path =
@@ -120,10 +151,20 @@ bool BrowserWindow::CreatePage() {
   bag_->Let(kNext, next);
   ControlToolbarUpdate();
   if (!path.isEmpty()) return true;
-  page_->SetLocalPage(QUrl());
-  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><p>フォルダを表示できません。</p><p>") +
-                  context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
+  ShowText(QStringLiteral("<p>フォルダを表示できません。</p><p>") +
+           context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
   return false;
+}
+
+// A page of the program's own.
+void BrowserWindow::ShowText(const QString& html) {
+  bag_->Let(kUrl, QString());
+  page_->SetLocalPage(QUrl());
+  txLocation_->setReadOnly(true);
+  txLocation_->setText(windowTitle());
+  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><body style=\"font-family:sans-serif;"
+                                 "margin:2em;line-height:1.7\">") +
+                  html);
 }
 
 void BrowserWindow::UpdateBrowser() {

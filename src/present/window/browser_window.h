@@ -61,6 +61,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QAction* AddButton(const QString& key, void (BrowserWindow::*clicked)());
   void UsePage(bool local);
   bool CreatePage();
+  void ShowText(const QString& html);
   void ShowBefore() { TurnPage(-1); }
   void ShowNext() { TurnPage(1); }
   void TurnPage(int step);

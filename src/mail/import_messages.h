@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+struct ImportCounts {
+  int imported = 0;
+  int known = 0;  ///< in the store already, byte for byte
+};
+
+/// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
+/// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
+/// empty. A message that is in the store already is left out. False, with a sentence in `error`,
+/// when it could not go on; what was imported stays.
+bool ImportMessages(Context& context, const QString& path, const QString& folder,
+                    ImportCounts* counts, QString* error);
+
+}  // namespace vorn
