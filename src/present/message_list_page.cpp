@@ -11,6 +11,7 @@
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"
+#include "storage/sql_text.h"
 
 namespace vorn {
 namespace {
@@ -30,6 +31,14 @@ PageContent ReadContent(Context& context, const QString& folder) {
   return content;
 }
 
+// The folder's statement, narrowed to what holds a text.
+QString Searched(const QString& select, const QString& search) {
+  if (search.isEmpty() || select.isEmpty()) return select;
+  return QStringLiteral(
+             "SELECT * FROM (%1) WHERE FIELD_SUBJECT LIKE %2 OR FIELD_MAILADDRESS LIKE %2")
+      .arg(select, QuoteSql(u'*' + search + u'*'));
+}
+
 bool SkipRows(const RecordsetPtr& rows, qint64 count) {
   bool skipped = false;
   for (; count > 0 && !rows->Eof(); --count) {
@@ -45,12 +54,12 @@ MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
 QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 page, bool& before,
-                                                bool& next) {
+                                                bool& next, const QString& search) {
   before = next = false;
   // Everything that may load objects comes before the mail database is opened.
   const PageContent content = ReadContent(context_, folder);
   const FolderLayout layout = GetFolderLayout(context_, folder, template_);
-  const QString select = FolderSqlBuilder(context_).CreateFolderSql(folder);
+  const QString select = Searched(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
   if (select.isEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return {};
   if (!context_.Data.OpenRecordset(select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
                                    CursorKind::ForwardOnly, StatementTrust::UserCondition)) {

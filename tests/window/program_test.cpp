@@ -150,6 +150,37 @@ TEST_F(ProgramTest, ANewMessageAsksBeforeItIsLost) {
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
 }
 
+TEST_F(ProgramTest, TheSearchBoxNarrowsTheFolderAndItsPages) {
+  AddMessages(9);
+  server_.AddMessage("s1", "From: aoki@example.jp\r\nSubject: it's *special*\r\n\r\n\r\n");
+  Prepare(QString(), 3);
+  StartProgram();
+  LogInWith(QString());
+  AwaitInbox();
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 1")); }));
+  auto& box = test::Child<QLineEdit>(*Browser(), u"txSearch");
+  const auto search = [&](const QString& text) {
+    QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
+    test::Type(box, text);
+    if (text.isEmpty()) return WaitFor([&loaded] { return loaded.count() > 0; });
+    QTest::keyClick(&box, Qt::Key_Return);
+    return WaitFor([&loaded] { return loaded.count() > 0; });
+  };
+  ASSERT_TRUE(search(QStringLiteral("AOKI")));  // an address, without regard to case
+  EXPECT_TRUE(PageText().contains(QStringLiteral("special")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("会議")));
+  ASSERT_TRUE(search(QStringLiteral("it's")));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("special")));
+  ASSERT_TRUE(search(QStringLiteral("会議")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("special")));
+  EXPECT_TRUE(Browser()->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
+  ASSERT_TRUE(search(QStringLiteral("no such thing")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("会議")));
+  ASSERT_TRUE(search(QString()));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("会議 1")));
+}
+
 TEST_F(ProgramTest, TheButtonsTurnThePages) {
   AddMessages(5);
   Prepare(QString(), 2);

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QPrinter>
+#include <QShortcut>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -24,6 +25,7 @@ const QString kBefore = QStringLiteral("before");
 const QString kNext = QStringLiteral("next");
 const QString kUrl = QStringLiteral("url");
 const QString kPage = QStringLiteral("Page");
+const QString kSearch = QStringLiteral("search");
 const QString kOnLoad = QStringLiteral("onLoad");
 
 // Whether there is neither an account nor a message yet.
@@ -49,6 +51,8 @@ QString FirstUseText() {
       "<li><b>これまでのメール</b>: コマンド <code>vornctl import</code> で、mbox、Maildir、"
       "emlのファイルを取り込めます。</li></ul>");
 }
+
+constexpr int kSearchWidth = 200;
 
 }  // namespace
 
@@ -88,6 +92,25 @@ void BrowserWindow::BuildControls() {
     if (IsLocal()) return;
     LocationUrl(QUrl::fromUserInput(txLocation_->text()).toString());
     UpdateBrowser();
+  });
+
+  txSearch_ = new QLineEdit(this);
+  txSearch_->setObjectName(QStringLiteral("txSearch"));
+  txSearch_->setAccessibleName(QStringLiteral("フォルダの検索"));
+  txSearch_->setPlaceholderText(QStringLiteral("件名、アドレスを検索"));
+  txSearch_->setClearButtonEnabled(true);
+  txSearch_->setMaximumWidth(kSearchWidth);
+  searchBox_ = tbLocation_->addWidget(txSearch_);
+  connect(txSearch_, &QLineEdit::returnPressed, this, &BrowserWindow::SearchFolder);
+  // The button that empties the box shows the whole folder again.
+  connect(txSearch_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (text.isEmpty() && !bag_->Text(kSearch).isEmpty()) SearchFolder();
+  });
+  auto* find = new QShortcut(QKeySequence::Find, this);
+  find->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(find, &QShortcut::activated, txSearch_, [this] {
+    txSearch_->setFocus();
+    txSearch_->selectAll();
   });
 
   wbUrl_ = new QWebEngineView(this);
@@ -144,8 +167,8 @@ bool BrowserWindow::CreatePage() {
   }
   bool before = false;
   bool next = false;
-  const QString path =
-      pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next);
+  const QString path = pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1),
+                                                    before, next, bag_->Text(kSearch));
   bag_->Let(kUrl, path);
   bag_->Let(kBefore, before);
   bag_->Let(kNext, next);
@@ -188,6 +211,7 @@ void BrowserWindow::ControlToolbarUpdate() {
   set(seek_, loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
       loading ? QStringLiteral("中止") : QStringLiteral("更新"));
   set(next_, QStyle::SP_ArrowForward, QStringLiteral("次へ"));
+  searchBox_->setVisible(IsLocal());
   before_->setEnabled(bag_->Flag(kBefore));
   next_->setEnabled(bag_->Flag(kNext));
   tbLocation_->setToolButtonStyle(iconsOnly ? Qt::ToolButtonIconOnly
@@ -201,6 +225,14 @@ void BrowserWindow::TurnPage(int step) {
   }
   bag_->Let(kPage, bag_->Number(kPage, 1) + step);
   LoadDefaultProperty(bag_, true);
+}
+
+// What is found is a page of the folder like any other.
+void BrowserWindow::SearchFolder() {
+  if (!IsLocal()) return;
+  bag_->Let(kSearch, txSearch_->text().trimmed());
+  bag_->Let(kPage, 1);
+  LoadDefaultProperty(nullptr, true);
 }
 
 void BrowserWindow::SeekClicked() {

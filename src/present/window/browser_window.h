@@ -66,6 +66,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowNext() { TurnPage(1); }
   void TurnPage(int step);
   void SeekClicked();
+  void SearchFolder();
   void SetLoading(bool loading);
   void DocumentComplete(bool ok);
   void DeletePageFile();
@@ -80,9 +81,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QString tag_;
   QToolBar* tbLocation_ = nullptr;
   QLineEdit* txLocation_ = nullptr;
+  QLineEdit* txSearch_ = nullptr;
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
+  QAction* searchBox_ = nullptr;
   QAction* before_ = nullptr;
   QAction* seek_ = nullptr;
   QAction* next_ = nullptr;
