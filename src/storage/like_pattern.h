@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,11 @@ class LikePattern {
 
   /// Whether the whole of `utf8Text` matches. Malformed UTF-8 matches nothing but wildcards.
   bool Matches(std::string_view utf8Text) const;
+
+  /// The same for text that is not UTF-8 already.
+  explicit LikePattern(const QString& pattern, LetterCase letterCase = LetterCase::Ignored)
+      : LikePattern(std::string_view(pattern.toStdString()), letterCase) {}
+  bool Matches(const QString& text) const { return Matches(std::string_view(text.toStdString())); }
 
  private:
   struct Element {

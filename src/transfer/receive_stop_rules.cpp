@@ -15,11 +15,6 @@ QString TrimmedStart(const QString& text) {
   return text.sliced(at);
 }
 
-bool Like(const LikePattern& pattern, const QString& text) {
-  const QByteArray utf8 = text.toUtf8();
-  return pattern.Matches({utf8.constData(), static_cast<size_t>(utf8.size())});
-}
-
 // Every sender's address and display name.
 QStringList SenderTexts(const QString& header) {
   QStringList texts;
@@ -39,11 +34,10 @@ ReceiveStopRules::ReceiveStopRules(const QString& text) {
     const QString name = line.first(colon + 1).toLower();
     const bool isSender = name == kSenderHeader;
     if (!isSender && name != kMailerHeader) continue;
-    const QByteArray pattern = TrimmedStart(line.sliced(colon + 1)).toUtf8();
+    const QString pattern = TrimmedStart(line.sliced(colon + 1));
     if (pattern.isEmpty()) continue;  // it would match every sender without a name
-    rules_.push_back({line, isSender,
-                      LikePattern({pattern.constData(), static_cast<size_t>(pattern.size())},
-                                  isSender ? LetterCase::Exact : LetterCase::Ignored)});
+    rules_.push_back(
+        {line, isSender, LikePattern(pattern, isSender ? LetterCase::Exact : LetterCase::Ignored)});
   }
 }
 
@@ -59,8 +53,8 @@ std::optional<QString> ReceiveStopRules::FirstMatch(QByteArrayView header) const
     if (rule.isSender ? from.isEmpty() : mailer.isEmpty()) continue;
     const bool matches =
         rule.isSender ? std::any_of(senders.begin(), senders.end(),
-                                    [&](const QString& text) { return Like(rule.pattern, text); })
-                      : Like(rule.pattern, mailerText);
+                                    [&](const QString& text) { return rule.pattern.Matches(text); })
+                      : rule.pattern.Matches(mailerText);
     if (matches) return rule.line;
   }
   return std::nullopt;

@@ -25,15 +25,7 @@ class ConversationTest : public ProgramTest {
   void SetUp() override {
     ASSERT_TRUE(sink_.Start());
     ASSERT_TRUE(dovecot_.Start());
-    TestProfile profile;
-    const DiskPtr account = profile.AddAccount(dovecot_.Port());
-    account->Let(QStringLiteral("Default"), true);
-    account->Let(QStringLiteral("Mailaddress"), QStringLiteral("me@example.org"));
-    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
-    account->Let(QStringLiteral("OutMailServerPort"), QString::number(sink_.Port()));
-    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
-    profile.Get().Data.CloseAll();
-    CopyFolder(profile.Folder(), Folder());
+    PrepareSending(dovecot_.Port(), sink_.Port(), QStringLiteral("me@example.org"));
     StartProgram();
     LogInWith(QString());
     AwaitInbox();

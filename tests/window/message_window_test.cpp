@@ -50,15 +50,7 @@ class MessageWindowTest : public ProgramTest {
   void SetUp() override {
     ProgramTest::SetUp();
     ASSERT_TRUE(smtp_.Listen());
-    TestProfile profile;
-    const DiskPtr account = profile.AddAccount(server_.Port());
-    account->Let(QStringLiteral("Default"), true);
-    account->Let(QStringLiteral("Mailaddress"), QStringLiteral("y@example.org"));
-    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
-    account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtp_.Port()));
-    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
-    profile.Get().Data.CloseAll();
-    CopyFolder(profile.Folder(), Folder());
+    PrepareSending(server_.Port(), smtp_.Port());
     StartProgram();
     LogInWith(QString());
     AwaitInbox();

@@ -42,6 +42,19 @@ class ProgramTest : public testing::Test {
     profile.Get().Data.CloseAll();
     CopyFolder(profile.Folder(), Folder());
   }
+  // The same with an account that sends as well.
+  void PrepareSending(int pop3Port, int smtpPort,
+                      const QString& address = QStringLiteral("y@example.org")) {
+    TestProfile profile;
+    const DiskPtr account = profile.AddAccount(pop3Port);
+    account->Let(QStringLiteral("Default"), true);
+    account->Let(QStringLiteral("Mailaddress"), address);
+    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
+    account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtpPort));
+    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
+    profile.Get().Data.CloseAll();
+    CopyFolder(profile.Folder(), Folder());
+  }
   static void CopyFolder(const QString& from, const QString& to) {
     QDir().mkpath(to);
     for (const QFileInfo& entry :

@@ -11,17 +11,21 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QWebEngineView>
 
+#include "mail/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
+#include "storage/databases.h"
 #include "support/loopback_smtp_server.h"
 #include "window/program_fixture.h"
 
@@ -96,16 +100,7 @@ TEST_F(ProgramTest, AReplyIsWrittenAndSent) {
   test::LoopbackSmtpServer smtp;
   ASSERT_TRUE(smtp.Listen());
   AddMessages(1);
-  {
-    TestProfile profile;
-    const DiskPtr account = profile.AddAccount(server_.Port());
-    account->Let(QStringLiteral("Default"), true);
-    account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
-    account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtp.Port()));
-    EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
-    profile.Get().Data.CloseAll();
-    CopyFolder(profile.Folder(), Folder());
-  }
+  PrepareSending(server_.Port(), smtp.Port(), QStringLiteral("you@example.org"));
   StartProgram();
   LogInWith(QString());
   AwaitInbox();
@@ -148,6 +143,64 @@ TEST_F(ProgramTest, ANewMessageAsksBeforeItIsLost) {
   EXPECT_TRUE(message->isVisible());
   InModal<QMessageBox>(close, [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+}
+
+TEST_F(ProgramTest, TheDustBinIsEmptiedWhenTheUserAgrees) {
+  StartProgram();
+  AwaitInbox();
+  Context& context = program_->GetContext();
+  const auto store = [&context](const QString& serialId, int status) {
+    Disk request(serialId);
+    request.Let(QStringLiteral("process"), status);
+    request.Let(QStringLiteral("folder"), fixed_serial::kInbox);
+    return MailStore(context).StoreMessage(request, "Subject: s\r\n\r\n");
+  };
+  store(QStringLiteral("kept"), 4);
+  store(QStringLiteral("dust"), -4);
+  const auto count = [&context](const QString& table) {
+    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+    context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) FROM ") + table,
+                               CursorKind::ForwardOnly);
+    const int rows = context.Data.Recordset()->Fields(u"COUNT(0)").toInt();
+    context.Data.Close();
+    return rows;
+  };
+  QAction* empty = nullptr;
+  for (QAction* action :
+       program_->Parent()->menuBar()->findChild<QMenu*>(QStringLiteral("menuFiles"))->actions()) {
+    if (action->text().startsWith(QStringLiteral("くずかごを空に"))) empty = action;
+  }
+  ASSERT_NE(empty, nullptr);
+  NextMessageBox([empty] { empty->trigger(); }, Qt::Key_Escape);
+  EXPECT_EQ(count(QStringLiteral("mail")), 2);
+  InModal<QMessageBox>([empty] { empty->trigger(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  EXPECT_EQ(count(QStringLiteral("mail")), 1);
+  EXPECT_EQ(count(QStringLiteral("folder")), 1);
+  EXPECT_FALSE(MailStore(context).LoadMessageSource(Disk(QStringLiteral("kept"))).isEmpty());
+}
+
+TEST_F(ProgramTest, ABookmarkOpensItsPlace) {
+  QTcpServer web;
+  ASSERT_TRUE(web.listen(QHostAddress::LocalHost));
+  StartProgram();
+  AwaitInbox();
+  Context& context = program_->GetContext();
+  for (const DiskPtr& object : context.Objects) {
+    if (object->Text(u"FormName") != object_type::kBookmark) continue;
+    object->Let(QStringLiteral("Url"),
+                QStringLiteral("http://127.0.0.1:%1/place 私の & 場所").arg(web.serverPort()));
+  }
+  auto* menu = program_->Parent()->menuBar()->findChild<QMenu*>(QStringLiteral("menuBookmarks"));
+  Q_EMIT menu->aboutToShow();
+  QAction* place = menu->actions().last();
+  EXPECT_EQ(place->text(), QStringLiteral("私の && 場所"));
+  place->trigger();
+  ASSERT_TRUE(WaitFor([&web] { return web.hasPendingConnections(); }));
+  QByteArray asked;
+  QTcpSocket* socket = web.nextPendingConnection();
+  ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n"); }));
+  EXPECT_TRUE(asked.startsWith("GET /place ")) << asked.toStdString();
 }
 
 TEST_F(ProgramTest, TheSearchBoxNarrowsTheFolderAndItsPages) {

@@ -24,11 +24,6 @@ const QString kStatus = QStringLiteral("status");
 constexpr int kUnitsPerPixel = 15;
 constexpr int kDefaultSplit = 2400;
 
-bool Matches(const LikePattern& pattern, const QString& text) {
-  const QByteArray utf8 = text.toUtf8();
-  return pattern.Matches({utf8.constData(), static_cast<size_t>(utf8.size())});
-}
-
 }  // namespace
 
 AddressWindow::AddressWindow(Context& context, QWidget* parent)
@@ -117,7 +112,7 @@ void AddressWindow::Seek() {
   request_->Let(QStringLiteral("string"), text);
   request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
 
-  const LikePattern pattern((u'*' + text + u'*').toStdString(), LetterCase::Exact);
+  const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
     if (object->Text(u"FormName") != object_type::kBook) continue;
@@ -125,8 +120,8 @@ void AddressWindow::Seek() {
     for (const QString& line : object->Text(u"Addressbook").split(kLineBreak, Qt::SkipEmptyParts)) {
       const AddressEntry entry = ParseAddressEntry(line);
       if (entry.address.isEmpty()) continue;
-      if (!text.isEmpty() && !Matches(pattern, entry.address) &&
-          !Matches(pattern, entry.displayName)) {
+      if (!text.isEmpty() && !pattern.Matches(entry.address) &&
+          !pattern.Matches(entry.displayName)) {
         continue;
       }
       auto* item = new QListWidgetItem(entry.presentable, lvCandidacy_);

@@ -8,6 +8,7 @@
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "objects/object_types.h"
+#include "storage/databases.h"
 
 namespace vorn {
 
@@ -30,6 +31,7 @@ void ParentWindow::BuildMenus() {
   connect(tool, &QMenu::aboutToShow, this,
           [this, cancel] { cancel->setEnabled(traffic_.Control().Busy()); });
 
+  BuildBookmarkMenu();
   QMenu* window = menuBar()->addMenu(QStringLiteral("ウィンドウ(&W)"));
   window->setObjectName(QStringLiteral("menuWindows"));
   window->addAction(QStringLiteral("重ねて表示(&C)"), area_, &QMdiArea::cascadeSubWindows);
@@ -64,6 +66,8 @@ void ParentWindow::BuildFileMenu() {
     for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
   });
   file->addSeparator();
+  file->addAction(QStringLiteral("くずかごを空にする(&E).."), this, &ParentWindow::EmptyDust);
+  file->addSeparator();
   exit_ = file->addAction(QStringLiteral("終了(&X)"), this, &QWidget::close);
   exit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
 }
@@ -75,6 +79,62 @@ void ParentWindow::BuildDisplayMenu() {
                                       &ParentWindow::ClearEvents);
   connect(display, &QMenu::aboutToShow, this,
           [this, clear] { clear->setEnabled(tvConsole_->HasEvents()); });
+}
+
+// The bookmarks' places, read anew whenever the menu opens.
+void ParentWindow::BuildBookmarkMenu() {
+  QMenu* menu = menuBar()->addMenu(QStringLiteral("お気に入り(&A)"));
+  menu->setObjectName(QStringLiteral("menuBookmarks"));
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] { FillBookmarkMenu(menu); });
+  FillBookmarkMenu(menu);
+}
+
+void ParentWindow::FillBookmarkMenu(QMenu* menu) {
+  menu->clear();
+  for (const DiskPtr& object : context_.Objects) {
+    if (object->Text(u"FormName") != object_type::kBookmark) continue;
+    menu->addSection(object->Text(u"Object"));
+    for (const QString& line : object->Text(u"Url").split(kLineBreak, Qt::SkipEmptyParts)) {
+      const QString url = line.section(u' ', 0, 0);
+      QString title = line.section(u' ', 1);
+      if (title.isEmpty()) title = url;
+      menu->addAction(title.replace(u'&', QStringLiteral("&&")), this,
+                      [this, url] { OpenWebPage(url); })
+          ->setToolTip(url);
+    }
+  }
+  if (menu->isEmpty()) menu->addAction(QStringLiteral("（なし）"))->setEnabled(false);
+}
+
+void ParentWindow::OpenWebPage(const QString& url) {
+  BrowserRequest request;
+  request.serialId = context_.Data.NewSerialID();
+  request.url = url;
+  queue_.PostBrowserRequest(request);
+}
+
+void ParentWindow::EmptyDust() {
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  DataSession& session = context_.Data;
+  bool deleted = OpenDatabase(context_, DatabaseKind::Mail) && session.Begin();
+  if (deleted) {
+    deleted = session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
+                                             "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
+              session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0")) &&
+              session.Commit();
+    if (!deleted) session.Rollback();
+  }
+  const QString reason = session.LastError().text;
+  session.Close();
+  if (!deleted) {
+    QMessageBox::critical(this, kApplicationTitle,
+                          QStringLiteral("削除できませんでした。") + reason);
+  }
+  MessageStored();
 }
 
 void ParentWindow::ClearEvents() {

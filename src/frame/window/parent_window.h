@@ -15,6 +15,7 @@
 
 class QAction;
 class QMdiArea;
+class QMenu;
 class QSoundEffect;
 
 namespace vorn {
@@ -86,6 +87,10 @@ class ParentWindow : public QMainWindow,
   void BuildMenus();
   void BuildFileMenu();
   void BuildDisplayMenu();
+  void BuildBookmarkMenu();
+  void FillBookmarkMenu(QMenu* menu);
+  void OpenWebPage(const QString& url);
+  void EmptyDust();
   void ClearEvents();
   void AskToOpen(const Disk& request);
   void PlayNoticeSound();
