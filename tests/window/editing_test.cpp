@@ -29,6 +29,7 @@
 #include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
+#include "support/real_servers.h"
 #include "support/window_driving.h"
 
 namespace vorn {
@@ -201,6 +202,42 @@ TEST_F(EditingTest, TheConnectionIsReallyTried) {
   EXPECT_TRUE(WaitFor([&sendButton] { return sendButton.isEnabled(); }));
   EXPECT_EQ(Child<QLabel>(window, u"lbCheckOutMailServer").text(),
             QStringLiteral("接続できました。"));
+}
+
+TEST_F(EditingTest, ACertificateIsTrustedAndTheTrustTakenBack) {
+  const test::TestCertificates certificates;
+  const auto kind = test::TestCertificates::Kind::SelfSigned;
+  test::Dovecot dovecot(certificates.Certificate(kind), certificates.Key(kind));
+  ASSERT_TRUE(dovecot.Start());
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("localhost"));
+  Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(dovecot.TlsPort()));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("user"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("secret"));
+  auto& button = Child<QPushButton>(window, u"cmCheckInMailServer");
+  auto& result = Child<QLabel>(window, u"lbCheckInMailServer");
+  auto& trust = Child<QPushButton>(window, u"cmTrustInMailServer");
+  auto& exception = Child<QLabel>(window, u"lbTrustInMailServer");
+  const auto finished = [&button] { return WaitFor([&button] { return button.isEnabled(); }); };
+  Press(button);
+  ASSERT_TRUE(finished());
+  EXPECT_TRUE(result.text().contains(QStringLiteral("サーバー自身が署名した")));
+  EXPECT_FALSE(exception.isVisible());
+  ASSERT_TRUE(trust.isVisible());
+  Press(trust);
+  ASSERT_TRUE(finished());
+  EXPECT_EQ(result.text(), QStringLiteral("接続できました。"));
+  EXPECT_TRUE(exception.isVisible());
+  EXPECT_TRUE(Child<QLineEdit>(window, u"txInMailServerCertificates")
+                  .text()
+                  .startsWith(QStringLiteral("localhost=")));
+  Q_EMIT exception.linkActivated(QStringLiteral("#"));
+  EXPECT_FALSE(exception.isVisible());
+  Press(button);
+  ASSERT_TRUE(finished());
+  EXPECT_FALSE(result.text().contains(QStringLiteral("接続できました")));
 }
 
 TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsKnownOnlyWhileRunning) {

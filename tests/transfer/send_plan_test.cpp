@@ -1,0 +1,96 @@
+// Which account a waiting message goes with, and what becomes of it.
+
+#include "mail/mail_store.h"
+#include "support/loopback_pop3_server.h"
+#include "support/loopback_smtp_server.h"
+#include "support/traffic.h"
+
+namespace vorn {
+namespace {
+
+using test::LoopbackPop3Server;
+using test::LoopbackSmtpServer;
+
+class SendPlanTest : public test::TrafficTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(smtp_.Listen()); }
+  QString StoreWaiting(const QByteArray& from, const QByteArray& subject) {
+    return profile_.Store(
+        "From: " + from + "\r\nTo: a@example.com\r\nSubject: " + subject + "\r\n\r\ntext\r\n.\r\n",
+        2);
+  }
+
+  LoopbackSmtpServer smtp_;
+};
+
+TEST_F(SendPlanTest, TheDefaultOneOfTwoAccountsWithAnAddressSends) {
+  LoopbackSmtpServer other;
+  ASSERT_TRUE(other.Listen());
+  AddSendAccount(other.Port());
+  AddSendAccount(smtp_.Port())->Let(QStringLiteral("Default"), true);
+  AddSendAccount(other.Port());
+  StoreWaiting("me@example.com", "s");
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(other.Messages().size(), 0);
+  // Letter case counts: this sender belongs to nobody, and nobody is chosen.
+  StoreWaiting("ME@example.com", "t");
+  EXPECT_EQ(Send().sent, 0);
+  EXPECT_EQ(LastLog(), QStringLiteral("送信で使用するアカウントが不明です。"));
+  EXPECT_EQ(host_.categories.last(), QStringLiteral("mailup"));
+  EXPECT_EQ(Subjects(2), QStringList{QStringLiteral("t")});
+}
+
+TEST_F(SendPlanTest, TheChosenAccountAnswersForMessagesOfOthers) {
+  const DiskPtr account = AddSendAccount(smtp_.Port());
+  account->Let(QStringLiteral("Display"), QStringLiteral("山田"));
+  host_.chosenAccount = account->SerialID();
+  StoreWaiting("Old Name <old@example.net>", "first");
+  StoreWaiting("older@example.net", "second");
+  EXPECT_EQ(Send().sent, 2);
+  for (const test::SentMessage& message : smtp_.Messages()) {
+    EXPECT_EQ(message.from, QByteArray("me@example.com"));
+    EXPECT_EQ(message.source.count("\r\nFrom: ") + message.source.startsWith("From: "), 1);
+    EXPECT_TRUE(message.source.contains("<me@example.com>"));
+    EXPECT_TRUE(message.source.contains("@example.net"));  // the sender that it named
+    EXPECT_TRUE(message.source.contains("\r\nMessage-ID: <"));
+  }
+}
+
+TEST_F(SendPlanTest, PopBeforeSmtpLogsInFirst) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  pop3.AddMessage("1", "Subject: stays\r\n\r\n\r\n");
+  const DiskPtr account = AddSendAccount(smtp_.Port());
+  account->Let(QStringLiteral("InMailServerPort"), pop3.Port());
+  account->Let(QStringLiteral("OutMailServerProtocol"), 1);
+  StoreWaiting("me@example.com", "s");
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(pop3.Count("PASS"), 1);
+  EXPECT_EQ(pop3.Count("RETR") + pop3.Count("LIST"), 0);
+  EXPECT_EQ(pop3.Count("QUIT"), 1);
+}
+
+TEST_F(SendPlanTest, ASentMessageKeepsItsFoldersAndFlags) {
+  AddSendAccount(smtp_.Port());
+  Disk request(QStringLiteral("mail_own"));
+  request.Let(QStringLiteral("process"), 2);
+  request.Let(QStringLiteral("Flag"), QStringLiteral("010"));
+  request.Let(QStringLiteral("folder"), QStringLiteral("one\r\ntwo"));
+  ASSERT_FALSE(MailStore(profile_.Get())
+                   .StoreMessage(request,
+                                 "From: me@example.com\r\nTo: a@example.com\r\n"
+                                 "X-Priority: 1\r\nSubject: s\r\n\r\ntext\r\n.\r\n")
+                   .isEmpty());
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder ORDER BY FOLDERID")),
+            (QList<QVariant>{QStringLiteral("one"), QStringLiteral("two")}));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FIELD_FLAG AS V FROM mail"))
+                .value(0)
+                .toString()
+                .mid(1, 1),
+            QStringLiteral("1"));
+}
+
+}  // namespace
+}  // namespace vorn
