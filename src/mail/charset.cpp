@@ -134,8 +134,12 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
 
 // The sets that ISO-2022-JP-2 (RFC 1554) adds: Chinese, Korean, Latin and Greek.
 bool HasForeignEscape(QByteArrayView bytes) {
-  for (const QByteArrayView escape : {"\x1B$A", "\x1B$(C", "\x1B.A", "\x1B.F"}) {
-    if (bytes.contains(escape)) return true;
+  // From escape to escape: searching for four texts byte by byte took longer than the decoding.
+  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
+    const QByteArrayView rest = bytes.sliced(at + 1);
+    for (const QByteArrayView set : {"$A", "$(C", ".A", ".F"}) {
+      if (rest.startsWith(set)) return true;
+    }
   }
   return false;
 }

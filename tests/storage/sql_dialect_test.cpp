@@ -52,7 +52,7 @@ TEST(SqlDialect, OnlyWholePlainTablesCanBeUpdated) {
 }
 
 bool Like(const char* pattern, const char* text) {
-  return LikePattern(pattern).Matches(text);
+  return LikePattern(std::string_view(pattern)).Matches(std::string_view(text));
 }
 
 TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
