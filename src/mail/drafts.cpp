@@ -1,13 +1,29 @@
 #include "mail/drafts.h"
 
 #include "mail/mail_store.h"
+#include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/sql_text.h"
 
 namespace vorn::Drafts {
 namespace {
 
 const QString kPrefix = QStringLiteral("draft_");
 const QString kSource = QStringLiteral("Source");
+
+// The folders that the message is in already, when it was stored before.
+QString StoredFolders(Context& context, const QString& message) {
+  QStringList folders;
+  if (!OpenDatabase(context, DatabaseKind::Mail)) return {};
+  if (context.Data.OpenRecordset(
+          QStringLiteral("SELECT * FROM folder WHERE SERIALID = ") + QuoteSql(message),
+          CursorKind::ForwardOnly)) {
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+  }
+  context.Data.Close();
+  return folders.join(kLineBreak);
+}
 
 }  // namespace
 
@@ -47,6 +63,7 @@ bool Restore(Context& context, const QString& message) {
   Disk request(message);
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
+  request.Let(QStringLiteral("folder"), StoredFolders(context, message));
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
   if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
   Forget(context, message);

@@ -147,7 +147,7 @@ MessageModel MessageWindow::CurrentModel() const {
   return model;
 }
 
-QByteArray MessageWindow::Compose(QString* error) const {
+QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) const {
   ComposeOptions options;
   options.charset = charset_;
   options.settings = EditSettings::From(*Settings(context_));
@@ -155,7 +155,7 @@ QByteArray MessageWindow::Compose(QString* error) const {
   options.read = [this, error](const ModelAttachment& attachment) {
     return ReadAttachment(attachment, source_, error);
   };
-  const QByteArray source = ComposeMessage(CurrentModel(), options);
+  const QByteArray source = ComposeMessage(model, options);
   return error->isEmpty() ? source : QByteArray();
 }
 
@@ -235,13 +235,15 @@ void MessageWindow::KeepDraft() {
   qint64 bytes = 0;
   for (const ModelAttachment& attachment : model.attachments) bytes += SizeOf(attachment);
   if (bytes > kDraftAttachmentBytes) model.attachments.clear();
-  ComposeOptions options;
-  options.settings = EditSettings::From(*Settings(context_));
-  options.boundaryToken = context_.Data.NewSerialID();
-  options.read = [this](const ModelAttachment& attachment) {
-    return ReadAttachment(attachment, source_);
-  };
-  Drafts::Keep(context_, tag_, ComposeMessage(model, options));
+  QString unreadable;
+  QByteArray source = Compose(model, &unreadable);
+  if (!unreadable.isEmpty()) {  // the text counts, also when an attachment has vanished
+    model.attachments.clear();
+    unreadable.clear();
+    source = Compose(model, &unreadable);
+  }
+  // A full disk may have room again at the next turn.
+  draftDue_ = !Drafts::Keep(context_, tag_, source);
 }
 
 void MessageWindow::ShowModeless() {

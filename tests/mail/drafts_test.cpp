@@ -1,0 +1,30 @@
+#include "mail/drafts.h"
+
+#include <gtest/gtest.h>
+
+#include "mail/mail_store.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
+  test::TestProfile profile;
+  Disk stored(QStringLiteral("mail_1"));
+  stored.Let(QStringLiteral("process"), 1);
+  stored.Let(QStringLiteral("folder"), QStringLiteral("one"));
+  ASSERT_FALSE(MailStore(profile.Get()).StoreMessage(stored, "Subject: old\r\n\r\n").isEmpty());
+  const QByteArray typed("Subject: new\r\n\r\n\xF0\x9F\x8D\xA3\0\r\n", 22);
+  ASSERT_TRUE(Drafts::Keep(profile.Get(), QStringLiteral("mail_1"), typed));
+  profile.Restart();
+  ASSERT_EQ(Drafts::LeftBehind(profile.Get()), QStringList{QStringLiteral("mail_1")});
+  ASSERT_TRUE(Drafts::Restore(profile.Get(), QStringLiteral("mail_1")));
+  EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), typed);
+  EXPECT_EQ(profile.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")),
+            QList<QVariant>{QStringLiteral("one")});
+  profile.Restart();
+  EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty());
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,238 @@
+// What enters and leaves a message window as files, pages and pictures.
+
+#include <QAction>
+#include <QDesktopServices>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPrintDialog>
+#include <QProcess>
+#include <QPushButton>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include "auxiliary/window/console_window.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/html_view.h"
+#include "window/message_window_fixture.h"
+
+namespace vorn {
+namespace {
+
+TEST_F(MessageWindowTest, FilesAreWrittenAsTheyAre) {
+  MessageWindow& window = OpenStored(kPlain, 4);
+  const QString path = folder_.filePath(QStringLiteral("out.eml"));
+  const auto saveAs = [&](const QString& name) {
+    return InModal<QFileDialog>([&] { Menu(window, u"menuFiles").actions()[4]->trigger(); },
+                                [&name](QFileDialog& dialog) {
+                                  EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ファイルに保存"));
+                                  Child<QLineEdit>(dialog, u"fileNameEdit").setText(name);
+                                  QMetaObject::invokeMethod(&dialog, "accept");
+                                });
+  };
+  EXPECT_TRUE(saveAs(path));
+  EXPECT_EQ(test::ReadFile(path), kPlain);
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n"
+      "\r\ntext\r\n--b\r\nContent-Type: application/octet-stream; name=\"run.exe\"\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n--b\r\n"
+      "Content-Type: text/x-note; name=\"../../evil.txt\"\r\n\r\nnote\r\n--b--\r\n",
+      4);
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_TRUE(list.item(0)->text().startsWith(QStringLiteral("run.exe（3 ")));
+  list.setCurrentRow(0);
+  EXPECT_TRUE(NextMessageBox([&list] { list.OpenCurrent(); }, Qt::Key_Escape)
+                  .contains(QStringLiteral("プログラムかもしれません")));
+  QDir().mkpath(folder_.filePath(QStringLiteral("out")));
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [this] {
+    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      dialog->setDirectory(folder_.filePath(QStringLiteral("out")));
+      QMetaObject::invokeMethod(dialog, "accept");
+    } else if (auto* choice = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget())) {
+      EXPECT_EQ(choice->windowTitle(), QStringLiteral("添付ファイルの保存"));
+      Child<QListWidget>(*choice, u"ListView1").selectAll();
+      Press(Child<QPushButton>(*choice, u"cmOk"));
+    }
+  });
+  answer.start(50);
+  Menu(window, u"menuEditsAttachments").actions()[0]->trigger();
+  answer.stop();
+  EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/run.exe"))),
+            QByteArray("\0\1\2", 3));
+  const QStringList saved = QDir(folder_.filePath(QStringLiteral("out"))).entryList(QDir::Files);
+  EXPECT_EQ(saved.size(), 2);
+  EXPECT_FALSE(saved.join(u' ').contains(u'/'));
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndByDropping) {
+  MessageWindow& window = New();
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  const QString first = File("一.txt", "1");
+  EXPECT_TRUE(
+      InModal<QFileDialog>([&] { window.findChild<QAction*>(QStringLiteral("clip"))->trigger(); },
+                           [&first](QFileDialog& dialog) {
+                             EXPECT_EQ(dialog.windowTitle(), QStringLiteral("添付ファイルの選択"));
+                             Child<QLineEdit>(dialog, u"fileNameEdit").setText(first);
+                             QMetaObject::invokeMethod(&dialog, "accept");
+                           }));
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_TRUE(list.isVisible());
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(File("二.txt", "22")), QUrl(QStringLiteral("http://x/y"))});
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &drop);
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_EQ(list.Attachments()[1].name, QStringLiteral("二.txt"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// Stands for the system's program that opens files.
+class Opener : public QObject {
+  Q_OBJECT
+
+ public:
+  QList<QUrl> opened;
+
+ public Q_SLOTS:
+  void Open(const QUrl& url) { opened.append(url); }
+};
+
+TEST_F(MessageWindowTest, WorkingFilesGoWithTheWindow) {
+  Opener opener;
+  QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "Open");
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: application/pdf; name=\"a.pdf\"\r\n"
+      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n",
+      4);
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  list.setCurrentRow(0);
+  list.setFocus();
+  QTest::keyClick(&list, Qt::Key_Return);
+  ASSERT_EQ(opener.opened.size(), 1);
+  const QString path = opener.opened[0].toLocalFile();
+  EXPECT_EQ(test::ReadFile(path), QByteArray("\0\1\2", 3));
+  window.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(WaitFor([&path] { return !QFileInfo::exists(path); }));
+  QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+}
+
+TEST_F(MessageWindowTest, AFullDiskIsToldAndTheTextStays) {
+  const QString disk = folder_.filePath(QStringLiteral("disk"));
+  QDir().mkpath(disk);
+  const QStringList mount = {QStringLiteral("-t"),    QStringLiteral("tmpfs"),
+                             QStringLiteral("-o"),    QStringLiteral("size=64k"),
+                             QStringLiteral("tmpfs"), disk};
+  if (QProcess::execute(QStringLiteral("mount"), mount) != 0) GTEST_SKIP() << "cannot mount";
+  MessageWindow& window = OpenStored(kPlain + QByteArray(200000, 'x') + "\r\n", 4);
+  QString told;
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      Child<QLineEdit>(*dialog, u"fileNameEdit").setText(disk + QStringLiteral("/out.eml"));
+      QMetaObject::invokeMethod(dialog, "accept");
+    } else if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      told = box->text();
+      box->button(QMessageBox::Ok)->click();
+    }
+  });
+  answer.start(50);
+  Menu(window, u"menuFiles").actions()[4]->trigger();
+  answer.stop();
+  EXPECT_TRUE(told.contains(QStringLiteral("ディスクの空き容量"))) << told.toStdString();
+  EXPECT_TRUE(QDir(disk).entryList(QDir::Files).isEmpty());
+  EXPECT_TRUE(window.isVisible());
+  window.close();
+  EXPECT_TRUE(Gone());
+  QProcess::execute(QStringLiteral("umount"), {disk});
+}
+
+TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
+  QTcpServer remote;
+  ASSERT_TRUE(remote.listen(QHostAddress::LocalHost));
+  const QByteArray base = "http://127.0.0.1:" + QByteArray::number(remote.serverPort());
+  MessageWindow& window = OpenStored(
+      "From: a@b\r\nSubject: s\r\nContent-Type: text/html; charset=utf-8\r\n\r\n<html><head>"
+      "<meta http-equiv=refresh content='0;url=" +
+          base + "/refresh'><link rel=stylesheet href='" + base +
+          "/style'></head><body onload='document.title=1'><script>document.body.innerHTML="
+          "'scripted'</script><p>本文</p><img src='" +
+          base + "/pixel.png'><iframe src='" + base + "/frame'></iframe><form action='" + base +
+          "/form'><input type=submit></form>"
+          "<a href='https://real.example/x' style='position:fixed;left:0;top:0;width:300px;"
+          "height:200px'>http://shown.example</a></body></html>\r\n",
+      4);
+  auto& tabs = Child<QTabWidget>(window, u"tsBody");
+  ASSERT_TRUE(tabs.isTabVisible(1));
+  EXPECT_TRUE(
+      Child<QPlainTextEdit>(window, u"txMemo").toPlainText().contains(QStringLiteral("本文")));
+  tabs.setCurrentIndex(1);
+  auto* view = window.findChild<HtmlView*>();
+  ASSERT_NE(view, nullptr);
+  auto& images = Child<QPushButton>(*view, u"cmRemoteImages");
+  ASSERT_TRUE(WaitFor([&images] { return images.isVisible(); }));
+  WaitFor([] { return false; }, 500);
+  EXPECT_FALSE(remote.hasPendingConnections());
+  QString text;
+  view->View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
+  ASSERT_TRUE(WaitFor([&text] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QStringLiteral("本文")));
+  EXPECT_FALSE(text.contains(QStringLiteral("scripted")));
+  QString question;
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [view] {
+        QTest::mouseMove(view->View()->focusProxy(), {40, 40});
+        QTest::mouseClick(view->View()->focusProxy(), Qt::LeftButton, Qt::NoModifier, {40, 40});
+      },
+      [&question](QMessageBox& box) {
+        question = box.text();
+        box.button(QMessageBox::No)->click();
+      }));
+  EXPECT_TRUE(question.contains(QStringLiteral("https://real.example/x")));
+  Press(images);
+  ASSERT_TRUE(WaitFor([&remote] { return remote.hasPendingConnections(); }));
+  QByteArray asked;
+  QTcpSocket* socket = remote.nextPendingConnection();
+  ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n"); }));
+  EXPECT_TRUE(asked.startsWith("GET /pixel.png")) << asked.toStdString();
+  EXPECT_FALSE(remote.hasPendingConnections());
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
+  MessageWindow& window = OpenStored(kPlain, 4);
+  const QString path = folder_.filePath(QStringLiteral("print.pdf"));
+  EXPECT_TRUE(InModal<QPrintDialog>([&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
+                                    [&path](QPrintDialog& dialog) {
+                                      Child<QLineEdit>(dialog, u"filename").setText(path);
+                                      QMetaObject::invokeMethod(&dialog, "accept");
+                                    }));
+  ASSERT_TRUE(WaitFor([&path] { return QFileInfo(path).size() > 1000; }));
+  EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
+  EXPECT_TRUE(WaitFor([this] {
+    return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
+  }));
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+}  // namespace
+}  // namespace vorn
+
+#include "message_files_window_test.moc"
