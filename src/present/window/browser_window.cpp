@@ -1,11 +1,13 @@
 #include "present/window/browser_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QShortcut>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QWebEngineHistory>
@@ -53,6 +55,7 @@ QString FirstUseText() {
 }
 
 constexpr int kSearchWidth = 200;
+constexpr int kPrinterRestMs = 10000;
 
 }  // namespace
 
@@ -281,7 +284,10 @@ void BrowserWindow::DoPrint() {
 }
 
 void BrowserWindow::PrintFinished() {
-  printer_.reset();
+  // The engine tells this from a thread that has still to end its painting: the printer outlives
+  // it.
+  const std::shared_ptr<QPrinter> printer(std::move(printer_));
+  QTimer::singleShot(kPrinterRestMs, qApp, [printer] {});
   if (bag_->Text(u"exec") == u"print") bag_->Let(QStringLiteral("dust"), true);
 }
 
