@@ -223,7 +223,9 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
                                       Child<QLineEdit>(dialog, u"filename").setText(path);
                                       QMetaObject::invokeMethod(&dialog, "accept");
                                     }));
-  ASSERT_TRUE(WaitFor([&path] { return QFileInfo(path).size() > 1000; }));
+  ASSERT_TRUE(WaitFor([&path] {
+    return QFileInfo::exists(path) && test::ReadFile(path).trimmed().endsWith("%%EOF");
+  }));
   EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
   EXPECT_TRUE(WaitFor([this] {
     return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();

@@ -73,6 +73,9 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
 }
 
 BrowserWindow::~BrowserWindow() {
+  // Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
+  // it is done, so the printer is left to it.
+  static_cast<void>(printer_.release());
   DeletePageFile();
   host_.BrowserClosed();
 }
