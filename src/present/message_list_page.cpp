@@ -8,6 +8,7 @@
 #include "objects/search_condition.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
+#include "present/folder_rows.h"
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"
@@ -17,6 +18,11 @@ namespace vorn {
 namespace {
 
 constexpr qint32 kDefaultRows = 100;
+constexpr qsizetype kKnownFolders = 16;
+
+qint32 RowsPerPage(const Disk& settings) {
+  return settings.Flag(u"MessagesEdit") ? settings.Number(u"Messages", kDefaultRows) : 0;
+}
 
 PageContent ReadContent(Context& context, const QString& folder) {
   const DiskPtr settings = Settings(context);
@@ -25,9 +31,7 @@ PageContent ReadContent(Context& context, const QString& folder) {
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
   content.textTypes = TextTypes(context);
   content.escape = settings->Flag(u"PageEscape");
-  if (settings->Flag(u"MessagesEdit")) {
-    content.rowsPerPage = settings->Number(u"Messages", kDefaultRows);
-  }
+  content.rowsPerPage = RowsPerPage(*settings);
   return content;
 }
 
@@ -39,13 +43,8 @@ QString Searched(const QString& select, const QString& search) {
       .arg(select, QuoteSql(u'*' + search + u'*'));
 }
 
-bool SkipRows(const RecordsetPtr& rows, qint64 count) {
-  bool skipped = false;
-  for (; count > 0 && !rows->Eof(); --count) {
-    rows->MoveNext();
-    skipped = true;
-  }
-  return skipped;
+bool HasRow(DataSession& session, FolderRows& rows) {
+  return rows.Open(session, 0, 1) && !session.Recordset()->Eof();
 }
 
 }  // namespace
@@ -59,19 +58,53 @@ QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 pa
   // Everything that may load objects comes before the mail database is opened.
   const PageContent content = ReadContent(context_, folder);
   const FolderLayout layout = GetFolderLayout(context_, folder, template_);
-  const QString select = Searched(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
-  if (select.isEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return {};
-  if (!context_.Data.OpenRecordset(select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
-                                   CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+  FolderRows* rows = OpenRows(folder, search);
+  if (rows == nullptr) return {};
+  const qint64 skipped = page > 1 ? (page - 1) * qint64{qMax(0, content.rowsPerPage)} : 0;
+  // One more row than the page shows, to know whether any follows.
+  const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
+  if (!rows->Open(context_.Data, skipped, limit)) {
     context_.Data.Close();
     return {};
   }
-  const RecordsetPtr rows = context_.Data.Recordset();
-  if (page > 1) before = SkipRows(rows, (page - 1) * static_cast<qint64>(content.rowsPerPage));
+  const RecordsetPtr shown = context_.Data.Recordset();
+  before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
   const QByteArray pageTemplate = ToCodePage932(layout.html);
-  const QByteArray bytes = PageFiller(tags_, pageTemplate, rows, content).Run(next);
+  const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, content).Run(next);
   context_.Data.Close();
   return bytes.isEmpty() ? QString() : Write(bytes, layout.path);
+}
+
+// The folder's rows, with the mail database open; null when it does not open or there is no such
+// folder.
+FolderRows* MessageListPages::OpenRows(const QString& folder, const QString& search) {
+  const QString select = Searched(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
+  if (select.isEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return nullptr;
+  auto known = rows_.find(select);
+  if (known == rows_.end()) {
+    if (rows_.size() >= kKnownFolders) rows_.clear();
+    known = rows_.insert(select, FolderRows(select));
+  }
+  return &*known;
+}
+
+qint32 MessageListPages::CountPages(const QString& folder, const QString& search, bool count) {
+  const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
+  if (rowsPerPage < 1) return 1;
+  FolderRows* rows = OpenRows(folder, search);
+  if (rows == nullptr) return 0;
+  const qint64 found = count ? rows->Count(context_.Data) : rows->KnownCount(context_.Data);
+  context_.Data.Close();
+  if (found < 0) return 0;
+  return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
+}
+
+bool MessageListPages::Explore(const QString& folder, const QString& search) {
+  FolderRows* rows = OpenRows(folder, search);
+  if (rows == nullptr) return false;
+  const bool isMore = rows->Explore(context_.Data);
+  context_.Data.Close();
+  return isMore;
 }
 
 QString MessageListPages::Write(const QByteArray& bytes, const QString& pageFolder) {

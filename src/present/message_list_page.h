@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
+#include "present/folder_rows.h"
 #include "present/page_tags.h"
 #include "storage/context.h"
 
@@ -20,12 +22,21 @@ class MessageListPages {
   QString CreateMessageListPage(const QString& folder, qint32 page, bool& before, bool& next,
                                 const QString& search = {});
 
+  /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
+  /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
+  qint32 CountPages(const QString& folder, const QString& search = {}, bool count = true);
+  /// Finds out, for some milliseconds, where the pages of a long folder begin, so that each of them
+  /// is made without delay. False when there is nothing more to find out. For idle moments.
+  bool Explore(const QString& folder, const QString& search = {});
+
  private:
+  FolderRows* OpenRows(const QString& folder, const QString& search);
   QString Write(const QByteArray& bytes, const QString& pageFolder);
 
   Context& context_;
   PageTagTable tags_;
   QString template_;
+  QHash<QString, FolderRows> rows_;  // by the folder's statement
 };
 
 }  // namespace vorn

@@ -353,6 +353,14 @@ QStringList Connection::Check() {
   return problems;
 }
 
+// Another connection's counts start anew, so its address belongs to the mark.
+QString Connection::ChangeMark() {
+  return QStringLiteral("%1 %2 %3")
+      .arg(reinterpret_cast<quintptr>(this))
+      .arg(sqlite3_total_changes(handle_))
+      .arg(Scalar("PRAGMA data_version").toLongLong());
+}
+
 qint64 Connection::LastRowId() const {
   return sqlite3_last_insert_rowid(handle_);
 }

@@ -82,6 +82,8 @@ class Connection {
   /// Reads the whole file; what is wrong with it, empty when it is sound.
   QStringList Check();
 
+  /// See `DataSession::ChangeMark`.
+  QString ChangeMark();
   qint64 LastRowId() const;
   QByteArray ReadLongBinary(qint64 id);
   qint64 LongBinarySize(qint64 id);

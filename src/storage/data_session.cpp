@@ -167,6 +167,10 @@ bool DataSession::Execute(const QString& text) {
   return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();
 }
 
+QString DataSession::ChangeMark() {
+  return connection_ == nullptr ? QString() : connection_->ChangeMark();
+}
+
 QString DataSession::Now() const {
   return CurrentTimeText();
 }

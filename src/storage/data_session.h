@@ -75,6 +75,10 @@ class DataSession {
   /// Really closes every file, warm ones included.
   void CloseAll();
 
+  /// A mark of the open database's state; it differs once anything has been written to the file, by
+  /// this program or another. Empty when none is open.
+  QString ChangeMark();
+
   const StorageError& LastError() const { return error_; }
 
  private:

@@ -1,0 +1,332 @@
+// Folder pages at scale: how long one takes to be made, how long a user waits for it after a click
+// in the tree, and how long the program takes to start.
+//
+//   present-bench DATA-FOLDER [MESSAGES]   needs a display or QT_QPA_PLATFORM=offscreen
+//   present-bench --start DATA-FOLDER      one start of the program, for the bench itself
+//
+// An empty DATA-FOLDER is filled first (default 1,000,000 messages over twenty years); a filled one
+// is used as it is. Prints one JSON line per figure, medians of several rounds.
+
+#include <QApplication>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMouseEvent>
+#include <QProcess>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/window/parent_window.h"
+#include "frame/window/program.h"
+#include "mail/mail_store.h"
+#include "objects/object_types.h"
+#include "present/message_list_page.h"
+#include "present/window/browser_window.h"
+#include "storage/databases.h"
+
+namespace {
+
+using namespace vorn;
+
+constexpr int kRounds = 11;
+constexpr int kRowsPerPage = 100;
+constexpr qint64 kSecondsOfTwentyYears = 20LL * 365 * 24 * 3600;
+
+void Require(bool condition, const QString& what) {
+  if (condition) return;
+  std::fprintf(stderr, "%s\n", qPrintable(what));
+  std::exit(1);
+}
+
+bool WaitFor(const std::function<bool()>& condition) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!condition()) {
+    if (timer.elapsed() > 60000) return false;
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+  }
+  return true;
+}
+
+double Milliseconds(const QElapsedTimer& clock) {
+  return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+void Report(const QString& figure, std::vector<double> times) {
+  std::sort(times.begin(), times.end());
+  const QJsonObject object{{QStringLiteral("figure"), figure},
+                           {QStringLiteral("median_ms"), times[times.size() / 2]},
+                           {QStringLiteral("min_ms"), times.front()},
+                           {QStringLiteral("max_ms"), times.back()}};
+  std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+  std::fflush(stdout);
+}
+
+void Measure(const QString& figure, const std::function<void()>& work) {
+  std::vector<double> times;
+  for (int i = 0; i < kRounds; ++i) {
+    QElapsedTimer clock;
+    clock.start();
+    work();
+    times.push_back(Milliseconds(clock));
+  }
+  Report(figure, times);
+}
+
+qint64 ResidentMegabytes() {
+  QFile status(QStringLiteral("/proc/self/status"));
+  if (!status.open(QIODevice::ReadOnly)) return 0;
+  for (const QByteArray& line : status.readAll().split('\n')) {
+    if (line.startsWith("VmRSS:"))
+      return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
+  }
+  return 0;
+}
+
+// One message in a hundred is unread; every thousandth is filed into a folder of its own.
+void Fill(Context& context, int messages) {
+  MailStore store(context);
+  const QDateTime first = QDateTime::currentDateTime().addSecs(-kSecondsOfTwentyYears);
+  const QByteArray body(400, 'x');
+  context.Data.BeginGroup(MailDatabasePath(context));
+  for (int i = 0; i < messages; ++i) {
+    Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Flag"),
+                i % 100 == 0 ? QStringLiteral("001") : QStringLiteral("000"));
+    request.Let(QStringLiteral("Timestamp"), first.addSecs(kSecondsOfTwentyYears * i / messages)
+                                                 .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    const QByteArray source = "From: =?UTF-8?B?5L2Q6Jek?= <sato" + QByteArray::number(i % 200) +
+                              "@example.jp>\r\nTo: y@example.org\r\nSubject: "
+                              "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
+                              QByteArray::number(i) + "\r\n\r\n" + body + "\r\n";
+    Require(!store.StoreMessage(request, source).isEmpty(), context.Data.LastError().text);
+    if (i % 256 == 255) Require(context.Data.FlushGroup(), context.Data.LastError().text);
+  }
+  Require(context.Data.EndGroup(), context.Data.LastError().text);
+}
+
+int CountMessages(Context& context) {
+  Require(OpenDatabase(context, DatabaseKind::Mail) &&
+              context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM mail"),
+                                         CursorKind::ForwardOnly),
+          context.Data.LastError().text);
+  const int count = context.Data.Recordset()->Fields(u"N").toInt();
+  context.Data.Close();
+  return count;
+}
+
+void MakePage(Context& context, MessageListPages& pages, int number) {
+  bool before = false;
+  bool next = false;
+  const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
+  Require(!path.isEmpty(), context.Data.LastError().text);
+  QFile::remove(path);
+}
+
+void MeasurePages(Context& context, int messages) {
+  const int last = (messages + kRowsPerPage - 1) / kRowsPerPage;
+  MessageListPages pages(context);
+  Measure(QStringLiteral("first page"), [&] { MakePage(context, pages, 1); });
+  Measure(QStringLiteral("middle page"), [&] { MakePage(context, pages, last / 2); });
+  Measure(QStringLiteral("last page"), [&] { MakePage(context, pages, last); });
+  Measure(QStringLiteral("counting the pages anew"), [&] {
+    Require(MessageListPages(context).CountPages(fixed_serial::kInbox) == last,
+            QStringLiteral("wrong count"));
+  });
+  std::vector<double> slices;
+  double sum = 0;
+  for (bool isMore = true; isMore; sum += slices.back()) {
+    QElapsedTimer clock;
+    clock.start();
+    isMore = pages.Explore(fixed_serial::kInbox);
+    slices.push_back(Milliseconds(clock));
+  }
+  Report(QStringLiteral("exploring, each slice"), slices);
+  Report(QStringLiteral("exploring, all"), {sum});
+  Measure(QStringLiteral("middle page, explored"), [&] { MakePage(context, pages, last / 2); });
+  Measure(QStringLiteral("last page, explored"), [&] { MakePage(context, pages, last); });
+}
+
+// When the browser's picture of a page was last painted.
+class PaintWatch : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint && watched->inherits("QWidget") && clock_.isValid()) {
+      const auto* widget = static_cast<QWidget*>(watched);
+      for (; widget != nullptr; widget = widget->parentWidget()) {
+        if (widget->objectName() == u"wbUrl") last_ = Milliseconds(clock_);
+      }
+    }
+    return false;
+  }
+  void Start() { clock_.start(); }
+  double Now() const { return Milliseconds(clock_); }
+  double Last() const { return last_; }
+
+ private:
+  QElapsedTimer clock_;
+  double last_ = 0;
+};
+
+void Click(QTreeWidget& tree, QTreeWidgetItem* item) {
+  const QPointF place = tree.visualItemRect(item).center();
+  const QPointF global = tree.viewport()->mapToGlobal(place);
+  for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    QMouseEvent event(type, place, global, Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(tree.viewport(), &event);
+  }
+}
+
+QTreeWidgetItem* Node(const QTreeWidget& tree, const QString& serialId) {
+  for (QTreeWidgetItemIterator item(const_cast<QTreeWidget*>(&tree)); *item != nullptr; ++item) {
+    if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
+  }
+  Require(false, QStringLiteral("no such node"));
+  return nullptr;
+}
+
+// From the click on a folder in the tree until its page stands painted in a new window.
+void MeasureClick(const QString& figure, ParentWindow& parent, const QString& folder) {
+  auto* tree = parent.findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  std::vector<double> times;
+  for (int round = 0; round < kRounds; ++round) {
+    for (auto* browser : parent.findChildren<BrowserWindow*>()) browser->Unload();
+    Require(WaitFor([&] { return parent.findChild<BrowserWindow*>() == nullptr; }),
+            QStringLiteral("the window stays"));
+    PaintWatch paint;
+    qApp->installEventFilter(&paint);
+    paint.Start();
+    Click(*tree, Node(*tree, folder));
+    BrowserWindow* seen = nullptr;
+    double loaded = 0;
+    Require(WaitFor([&] {
+              auto* browser = parent.findChild<BrowserWindow*>();
+              if (browser != nullptr && seen == nullptr) {
+                seen = browser;
+                QObject::connect(browser, &BrowserWindow::Loaded, &paint,
+                                 [&] { loaded = paint.Now(); });
+              }
+              return loaded > 0;
+            }),
+            QStringLiteral("no page"));
+    // The picture follows the end of loading by a frame or two.
+    QElapsedTimer rest;
+    rest.start();
+    Require(WaitFor([&] { return rest.elapsed() > 150; }), QString());
+    times.push_back(std::max(loaded, paint.Last()));
+    qApp->removeEventFilter(&paint);
+  }
+  Report(figure, times);
+}
+
+// One start of the program in this process, until its inbox is on the screen. With the splash, its
+// ticks pass idly; without it, the same steps follow each other.
+int StartOnce(const QString& folder, bool withSplash) {
+  QElapsedTimer clock;
+  clock.start();
+  std::unique_ptr<Program> program;
+  Context context;
+  ParentWindow* parent = nullptr;
+  if (withSplash) {
+    program = std::make_unique<Program>(folder);
+    Require(program->Start(), QStringLiteral("no start"));
+    for (QWidget* login : QApplication::topLevelWidgets()) {
+      auto* ok = login->findChild<QPushButton*>(QStringLiteral("cmOk"));
+      if (ok != nullptr) ok->click();
+    }
+    Require(WaitFor([&] { return (parent = program->Parent()) != nullptr; }),
+            QStringLiteral("no main window"));
+  } else {
+    QString error;
+    Require(StartUp(context, folder, &error) && LogIn(context, {}, {}, &error), error);
+    parent = new ParentWindow(context);
+    parent->LoadDefaultProperty();
+    parent->show();
+  }
+  const double window = Milliseconds(clock);
+  double loaded = 0;
+  BrowserWindow* seen = nullptr;
+  Require(WaitFor([&] {
+            auto* browser = parent->findChild<BrowserWindow*>();
+            if (browser != nullptr && seen == nullptr) {
+              seen = browser;
+              QObject::connect(browser, &BrowserWindow::Loaded, browser,
+                               [&] { loaded = Milliseconds(clock); });
+            }
+            return loaded > 0;
+          }),
+          QStringLiteral("no page"));
+  std::printf("%f %f %lld\n", window, loaded, static_cast<long long>(ResidentMegabytes()));
+  if (!withSplash) {
+    delete parent;
+    context.Data.CloseAll();
+  }
+  return 0;
+}
+
+void MeasureStart(const QString& name, const QString& option, const QString& folder) {
+  std::vector<double> windows;
+  std::vector<double> pages;
+  qint64 megabytes = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    QProcess start;
+    start.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    start.start(QCoreApplication::applicationFilePath(), {option, folder});
+    Require(start.waitForFinished(60000) && start.exitCode() == 0, QStringLiteral("no start"));
+    const QList<QByteArray> figures = start.readAllStandardOutput().trimmed().split(' ');
+    windows.push_back(figures[0].toDouble());
+    pages.push_back(figures[1].toDouble());
+    megabytes = figures[2].toLongLong();
+  }
+  Report(name + QStringLiteral(", main window"), windows);
+  Report(name + QStringLiteral(", inbox on the screen"), pages);
+  std::printf("{\"figure\": \"%s, memory\", \"megabytes\": %lld}\n", qPrintable(name),
+              static_cast<long long>(megabytes));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const QStringList arguments = QApplication::arguments();
+  Require(arguments.size() >= 2, QStringLiteral("usage: present-bench DATA-FOLDER [MESSAGES]"));
+  if (arguments[1].startsWith(u"--start")) {
+    return StartOnce(arguments.value(2) + u'/', arguments[1] == u"--start-with-splash");
+  }
+  const QString folder = arguments[1] + u'/';
+  Context context;
+  QString error;
+  Require(StartUp(context, folder, &error), error);
+  const bool isNew = context.Objects.IsEmpty();
+  Require(!isNew || CreateFirstProfile(context) != nullptr, context.Data.LastError().text);
+  Require(LogIn(context, {}, {}, &error), error);
+  if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());
+  MeasurePages(context, CountMessages(context));
+  {
+    ParentWindow parent(context);
+    parent.LoadDefaultProperty();
+    parent.resize(1200, 800);
+    parent.show();
+    MeasureClick(QStringLiteral("click to the painted inbox"), parent, fixed_serial::kInbox);
+    MeasureClick(QStringLiteral("click to the painted dust bin"), parent, fixed_serial::kDust);
+  }
+  context.Data.CloseAll();
+  MeasureStart(QStringLiteral("start"), QStringLiteral("--start"), arguments[1]);
+  MeasureStart(QStringLiteral("start with splash"), QStringLiteral("--start-with-splash"),
+               arguments[1]);
+  return 0;
+}

@@ -1,0 +1,92 @@
+#include "present/folder_rows.h"
+
+#include <QElapsedTimer>
+
+namespace vorn {
+namespace {
+
+// So many rows are sorted faster than an index over all messages is read.
+constexpr qint64 kFewRows = 5000;
+constexpr qint64 kExploreMs = 8;
+constexpr qint64 kSlowStepMs = 40;
+
+}  // namespace
+
+void FolderRows::Refresh(DataSession& session) {
+  const QString mark = session.ChangeMark();
+  if (mark == mark_) return;
+  *this = FolderRows(select_);
+  mark_ = mark;
+}
+
+// The engine knows no better than to read all messages by their times when a statement asks for
+// that order, even for the three in the dust bin. Where it could find the rows in an index alone, a
+// look at the first of them tells whether they are few.
+bool FolderRows::IsFew(DataSession& session) {
+  if (probed_) return few_;
+  probed_ = true;
+  // Without all the columns, which no index has.
+  const QString all = QStringLiteral("SELECT * FROM mail ");
+  if (!select_.startsWith(all)) return false;
+  const QString some = QStringLiteral("SELECT 1 FROM (SELECT STATUS FROM mail %1) LIMIT %2")
+                           .arg(select_.mid(all.size()))
+                           .arg(kFewRows);
+  const auto open = [&session](const QString& sql) {
+    return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  };
+  if (!open(QStringLiteral("EXPLAIN QUERY PLAN ") + some)) return false;
+  for (const RecordsetPtr plan = session.Recordset(); !plan->Eof(); plan->MoveNext()) {
+    const QString detail = plan->Fields(u"detail").toString();
+    if (!detail.startsWith(u"SEARCH") || !detail.contains(u"COVERING INDEX")) return false;
+  }
+  if (!open(QStringLiteral("SELECT COUNT(*) AS N FROM (%1)").arg(some))) return false;
+  const qint64 found = session.Recordset()->Fields(u"N").toLongLong();
+  few_ = found < kFewRows;
+  if (few_) count_ = found;
+  return few_;
+}
+
+bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
+  Refresh(session);
+  const bool few = IsFew(session);
+  const RowIndex::Place place = few ? RowIndex::Place{QString(), first} : index_.Find(first);
+  // The sign keeps the engine from reading all messages in the order of their times.
+  QString sql = QStringLiteral("SELECT * FROM ") + index_.Since(place.since) +
+                (few ? QStringLiteral(" ORDER BY +FIELD_TIMESTAMP ASC")
+                     : QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"));
+  if (limit > 0 || place.skip > 0) {
+    sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(limit > 0 ? limit : -1).arg(place.skip);
+  }
+  return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+}
+
+qint64 FolderRows::KnownCount(DataSession& session) {
+  Refresh(session);
+  if (count_ < 0 && index_.IsComplete()) count_ = index_.Count();
+  return count_;
+}
+
+qint64 FolderRows::Count(DataSession& session) {
+  if (KnownCount(session) >= 0 || (IsFew(session) && count_ >= 0)) return count_;
+  if (session.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM (%1)").arg(select_),
+                            CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+    count_ = session.Recordset()->Fields(u"N").toLongLong();
+  }
+  return count_;
+}
+
+bool FolderRows::Explore(DataSession& session) {
+  Refresh(session);
+  // What depends on the time of day does not stay where it was.
+  if (slow_ || IsFew(session) || select_.contains(u"NOW", Qt::CaseInsensitive)) return false;
+  QElapsedTimer clock;
+  clock.start();
+  while (index_.Extend(session)) {
+    const qint64 passed = clock.elapsed();
+    slow_ = passed > kSlowStepMs;
+    if (passed > kExploreMs) return !slow_;
+  }
+  return false;
+}
+
+}  // namespace vorn
