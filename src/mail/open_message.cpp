@@ -108,9 +108,9 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
     opened.found = !message.source.isNull();
     if (opened.found) {
       request.Let(QStringLiteral("folder"), ReadFolders(context.Data, request));
-      const bool isFirst = MarkOpened(context, request);
+      opened.first = MarkOpened(context, request);
       request.Let(QStringLiteral("notice"),
-                  isFirst && AsksForReceipt(request.Text(u"mailaddress")));
+                  opened.first && AsksForReceipt(request.Text(u"mailaddress")));
     }
     context.Data.Close();
   }

@@ -10,6 +10,7 @@ namespace vorn {
 /// A stored message as a message window opens it.
 struct OpenedMessage {
   bool found = false;
+  bool first = false;  ///< it had not been opened before
   MessageModel model;
   QString html;       ///< the HTML part as it was written; null when there is none
   QByteArray source;  ///< as stored, for the attachments that are taken over

@@ -76,7 +76,11 @@ qint64 FolderRows::Count(DataSession& session) {
 }
 
 bool FolderRows::Explore(DataSession& session) {
+  // What was begun and has changed since is begun anew once the folder is shown anew.
+  const bool begun = exploring_ && session.ChangeMark() != mark_;
   Refresh(session);
+  if (begun) return false;
+  exploring_ = true;
   // What depends on the time of day does not stay where it was.
   if (slow_ || IsFew(session) || select_.contains(u"NOW", Qt::CaseInsensitive)) return false;
   QElapsedTimer clock;

@@ -38,6 +38,7 @@ class FolderRows {
   bool probed_ = false;
   bool few_ = false;
   bool slow_ = false;
+  bool exploring_ = false;
 };
 
 }  // namespace vorn

@@ -1,17 +1,24 @@
 #include "frame/window/console_tree.h"
 
 #include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QSignalBlocker>
+#include <QTreeWidgetItemIterator>
+#include <QUrl>
 
 #include "frame/window/icons.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "present/link_command.h"
 
 namespace vorn {
 namespace {
 
+constexpr int kColumns = 2;
+constexpr int kCountColumn = 1;
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTagRole = Qt::UserRole + 1;
 const QString kLogTag = QStringLiteral("log");
@@ -20,6 +27,16 @@ struct GroupText {
   const QString& type;
   QString text;
 };
+
+// The message whose link is being dragged from a folder's page.
+QString DraggedMessage(const QMimeData& dragged) {
+  for (const QUrl& url : dragged.urls()) {
+    if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
+      return command->serialId;
+    }
+  }
+  return {};
+}
 
 // Whether `item` hangs under `above`, however deep.
 bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
@@ -46,6 +63,11 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setHeaderHidden(true);
   setIconSize(QSize(20, 20));
   setRootIsDecorated(true);
+  setColumnCount(kColumns);
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
+  setAcceptDrops(true);
   const auto open = [this](QTreeWidgetItem* item) {
     const QString key = item->data(0, kKeyRole).toString();
     if (!key.isEmpty()) Q_EMIT NodeOpened(key, item->data(0, kTagRole).toString());
@@ -150,6 +172,60 @@ void ConsoleTree::RemoveEvents() {
 void ConsoleTree::SelectNode(const QString& serialId) {
   const QSignalBlocker quiet(this);
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);
+}
+
+void ConsoleTree::SetUnread(const QString& serialId, qint64 count) {
+  QTreeWidgetItem* node = nodes_.value(serialId);
+  if (node == nullptr) return;
+  const QSignalBlocker quiet(this);
+  node->setText(kCountColumn, count > 0 ? QString::number(count) : QString());
+  node->setTextAlignment(kCountColumn, Qt::AlignRight | Qt::AlignVCenter);
+  node->setToolTip(kCountColumn, count > 0 ? QStringLiteral("未開封 %1通").arg(count) : QString());
+  QFont font = node->font(0);
+  font.setBold(count > 0);
+  for (int column = 0; column < kColumns; ++column) node->setFont(column, font);
+}
+
+QStringList ConsoleTree::Folders() const {
+  QStringList folders;
+  for (QTreeWidgetItemIterator item(groups_.value(object_type::kFolder)); *item != nullptr;
+       ++item) {
+    if ((*item)->data(0, kTagRole).toString() != object_type::kFolder) break;
+    const QString key = (*item)->data(0, kKeyRole).toString();
+    if (!key.isEmpty()) folders.append(key);
+  }
+  return folders;
+}
+
+// A folder that is filled by hand, the dust bin, or the inbox, which takes out of the dust bin.
+QString ConsoleTree::TakingFolderAt(const QPoint& at) const {
+  const QTreeWidgetItem* item = itemAt(at);
+  const QString key = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
+  const DiskPtr folder = context_.Objects.Find(key);
+  if (folder == nullptr || folder->Text(u"FormName") != object_type::kFolder) return {};
+  const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||
+                     folder->Text(u"Draw").contains(u"static");
+  return takes ? key : QString();
+}
+
+void ConsoleTree::dragEnterEvent(QDragEnterEvent* event) {
+  if (!DraggedMessage(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void ConsoleTree::dragMoveEvent(QDragMoveEvent* event) {
+  if (TakingFolderAt(event->position().toPoint()).isEmpty()) {
+    event->ignore();
+  } else {
+    event->acceptProposedAction();
+  }
+}
+
+void ConsoleTree::dropEvent(QDropEvent* event) {
+  const QString message = DraggedMessage(*event->mimeData());
+  const QString folder = TakingFolderAt(event->position().toPoint());
+  if (message.isEmpty() || folder.isEmpty()) return;
+  event->acceptProposedAction();
+  Q_EMIT MessageDropped(message, folder);
 }
 
 QString ConsoleTree::CurrentKey() const {

@@ -24,6 +24,10 @@ class ConsoleTree : public QTreeWidget {
   bool HasEvents() const;
   void RemoveEvents();
   void SelectNode(const QString& serialId);
+  /// Shows beside a folder how many of its messages are not yet opened; nothing for none.
+  void SetUnread(const QString& serialId, qint64 count);
+  /// The serial identifiers of the folders in the tree, from the top.
+  QStringList Folders() const;
 
  Q_SIGNALS:
   /// The user wants to see what the node stands for.
@@ -33,6 +37,8 @@ class ConsoleTree : public QTreeWidget {
   /// The node bears the new name already.
   void NodeRenamed(const QString& key, const QString& tag);
   void DeletionWanted(const QString& key, const QString& tag);
+  /// A message of a folder's page was dropped onto a folder that takes messages.
+  void MessageDropped(const QString& message, const QString& folder);
 
  public:
   /// Commands on the current node, for menus.
@@ -46,11 +52,15 @@ class ConsoleTree : public QTreeWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   QString CurrentKey() const;
   QString CurrentTag() const;
   void TakeName(QTreeWidgetItem* item);
+  QString TakingFolderAt(const QPoint& at) const;
   QTreeWidgetItem* Group(const QString& type) const;
   void ShowObject(const Disk& object);
 

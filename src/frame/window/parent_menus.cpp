@@ -7,8 +7,8 @@
 
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
+#include "mail/message_filing.h"
 #include "objects/object_types.h"
-#include "storage/databases.h"
 
 namespace vorn {
 
@@ -119,20 +119,10 @@ void ParentWindow::EmptyDust() {
       QStringLiteral("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  DataSession& session = context_.Data;
-  bool deleted = OpenDatabase(context_, DatabaseKind::Mail) && session.Begin();
-  if (deleted) {
-    deleted = session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
-                                             "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
-              session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0")) &&
-              session.Commit();
-    if (!deleted) session.Rollback();
-  }
-  const QString reason = session.LastError().text;
-  session.Close();
-  if (!deleted) {
-    QMessageBox::critical(this, kApplicationTitle,
-                          QStringLiteral("削除できませんでした。") + reason);
+  if (!vorn::EmptyDust(context_)) {
+    QMessageBox::critical(
+        this, kApplicationTitle,
+        QStringLiteral("削除できませんでした。") + context_.Data.LastError().text);
   }
   MessageStored();
 }

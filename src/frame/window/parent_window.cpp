@@ -24,7 +24,6 @@
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
-#include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
 #include "storage/window/control_state.h"
@@ -78,6 +77,7 @@ ParentWindow::ParentWindow(Context& context)
   // Nobody who clicked has to wait for the next tick.
   queue_.OnPosted([this] { QTimer::singleShot(0, this, [this] { DispatchSoon(); }); });
   tmPlan_.start(kTickMs);
+  connect(&counting_, &QTimer::timeout, this, &ParentWindow::CountNextUnread);
 }
 
 ParentWindow::~ParentWindow() {
@@ -98,6 +98,7 @@ void ParentWindow::ConnectTree() {
             PostDialog(key, tag, kShowHidden, QStringLiteral("rename"));
           });
   connect(tvConsole_, &ConsoleTree::DeletionWanted, this, &ParentWindow::DeleteObject);
+  connect(tvConsole_, &ConsoleTree::MessageDropped, this, &ParentWindow::DropMessage);
 }
 
 void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,
@@ -140,6 +141,7 @@ void ParentWindow::LoadDefaultProperty() {
   tvConsole_->Fill();
   ApplySettings();
   OpenFolder(fixed_serial::kInbox);
+  CountUnreadSoon();
   QTimer::singleShot(0, this, &ParentWindow::OfferDrafts);
 }
 
@@ -211,6 +213,7 @@ void ParentWindow::RefreshFolders() {
   if (stored == storedSeen_ && !foldersChanged_) return;
   storedSeen_ = stored;
   foldersChanged_ = false;
+  CountUnreadSoon();
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     if (browser->IsLocal()) browser->Refresh();
   }
@@ -226,7 +229,7 @@ std::vector<RequestWindow*> ParentWindow::OpenWindows() const {
 
 RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
   if (status == u"browser") {
-    return AddChild(new BrowserWindow(context_, pages_, profiles_, *this));
+    return NewBrowserWindow();
   }
   if (status == u"mail") {
     auto* window = new MessageWindow(context_, *this, events_);
@@ -245,7 +248,8 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
   return window;
 }
 
-RequestWindow* ParentWindow::AddChild(BrowserWindow* window) {
+BrowserWindow* ParentWindow::NewBrowserWindow() {
+  auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
   Track(window, window);
   QMdiSubWindow* frame = area_->addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
@@ -368,15 +372,6 @@ void ParentWindow::PrintPageFile(const QString& path) {
   queue_.PostBrowserRequest(request);
 }
 
-// In the folder of the browser window that was used last.
-QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
-  const QMdiSubWindow* frame = area_->activeSubWindow();
-  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::StackingOrder).value(0);
-  const auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
-  if (browser == nullptr || !browser->IsLocal()) return {};
-  return vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
-}
-
 bool ParentWindow::ChoosePrinter(QPrinter& printer) {
   QPrintDialog dialog(&printer, this);
   dialog.setWindowTitle(QStringLiteral("印刷"));
@@ -432,6 +427,7 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   }
   tmDialog_.stop();
   tmPlan_.stop();
+  counting_.stop();
   tasktray_.reset();
   KeepWindowPlacement(context_, *this, objectName());
   SaveMarkedObjects(context_);

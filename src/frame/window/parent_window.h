@@ -42,6 +42,8 @@ class ParentWindow : public QMainWindow,
   /// The Tools menu's entry with that index; 0 is "send and receive messages".
   void menuTools_Click(int index);
   MailTraffic& Traffic() { return traffic_; }
+  Context& Contents() { return context_; }
+  void PostBrowser(const BrowserRequest& request) { queue_.PostBrowserRequest(request); }
 
   // DispatchHost
   bool IsEnabled() const override;
@@ -66,6 +68,11 @@ class ParentWindow : public QMainWindow,
 
   // BrowserHost
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
+  void ActOnMessages(MessageAction action, const QStringList& messages,
+                     const QString& folder) override;
+  BrowserWindow* NewBrowserWindow() override;
+  BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) override;
+  void BrowserOpened() override { ArrangeWindows(); }
   void BrowserClosed() override;
   bool ChoosePrinter(QPrinter& printer) override;
 
@@ -91,6 +98,11 @@ class ParentWindow : public QMainWindow,
   void FillBookmarkMenu(QMenu* menu);
   void OpenWebPage(const QString& url);
   void EmptyDust();
+  void DropMessage(const QString& message, const QString& folder);
+  void TellFailure(bool done);
+  BrowserWindow* ActiveBrowser() const;
+  void CountUnreadSoon();
+  void CountNextUnread();
   void ClearEvents();
   void AskToOpen(const Disk& request);
   void PlayNoticeSound();
@@ -108,7 +120,6 @@ class ParentWindow : public QMainWindow,
   void DispatchSoon();
   void tmPlan_Timer();
   void RefreshFolders();
-  RequestWindow* AddChild(BrowserWindow* window);
   void Track(QObject* object, RequestWindow* window);
 
   Context& context_;
@@ -127,6 +138,8 @@ class ParentWindow : public QMainWindow,
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
+  QTimer counting_;
+  QStringList toCount_;  // folders whose unopened messages are to be counted
   std::vector<RequestWindow*> windows_;
   int storedSeen_ = 0;
   bool foldersChanged_ = false;

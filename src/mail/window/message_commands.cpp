@@ -109,8 +109,15 @@ void MessageWindow::CancelSending() {
   Open();
 }
 
+// Only what was changed here: the folder's page may have changed the rest meanwhile.
+void MessageWindow::StoreState() {
+  if (changedState_ == 0) return;
+  MailStore(context_).UpdateMessageState(changedState_, *request_, true);
+  changedState_ = 0;
+}
+
 void MessageWindow::TurnInto(OpenMode mode) {
-  if (stateChanged_) MailStore(context_).UpdateMessageState(0, *request_, true);
+  StoreState();
   request_->Let(QStringLiteral("open"), static_cast<int>(mode));
   request_->Let(QStringLiteral("new"), true);
   Open();
@@ -119,7 +126,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
 
 void MessageWindow::ToggleDust() {
   request_->Let(kProcess, -request_->Number(kProcess));
-  stateChanged_ = true;
+  changedState_ |= kStateStatus;
   CheckMenus();
 }
 
@@ -151,7 +158,7 @@ void MessageWindow::ChooseFolders() {
                 request_->Text(u"folder"), entries.join(kLineBreak), true);
   if (context_.Session->Flag(u"cancel")) return;
   request_->Let(QStringLiteral("folder"), chosen);
-  stateChanged_ = true;
+  changedState_ |= kStateFolders;
 }
 
 void MessageWindow::SaveToFile() {
@@ -225,7 +232,8 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
   request_->Let(QStringLiteral("flag"), SetFlagChar(request_->Text(u"flag"), kFlagCode,
                                                     QString::number(static_cast<int>(charset))));
   // Opening reads the stored state again.
-  MailStore(context_).UpdateMessageState(0, *request_, true);
+  changedState_ |= kStateFlag;
+  StoreState();
   Open(false);
 }
 
@@ -264,7 +272,7 @@ void MessageWindow::ShowNeighbour(int step) {
   if (IsEditable()) return;
   const QString serialId = host_.NeighbourMessage(tag_, step);
   if (serialId.isEmpty()) return;
-  if (stateChanged_) MailStore(context_).UpdateMessageState(0, *request_, true);
+  StoreState();
   auto next = std::make_shared<Disk>(serialId);
   for (const char16_t* key : {u"db", u"file", u"password"}) {
     const QString name = QString::fromUtf16(key);

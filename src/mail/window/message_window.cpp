@@ -78,6 +78,7 @@ void MessageWindow::Open(bool applyStoredCharset) {
             : CharsetChoiceOf(GetFlagChar(request_->Text(u"flag"), kFlagCode, QStringLiteral("*")));
   }
   Fill(opened);
+  if (opened.first) host_.MessageStored();
   tag_ = request_->SerialID();
 }
 
@@ -121,7 +122,8 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   } else {
     txMemo_->setFocus();
   }
-  edited_ = stateChanged_ = draftDue_ = false;
+  edited_ = draftDue_ = false;
+  changedState_ = 0;
 }
 
 QString MessageWindow::GetMessageSubject() const {
@@ -205,8 +207,8 @@ bool MessageWindow::StoreForClosing() {
     if (sends) host_.SendMessage(tag_);
     return true;
   }
-  if (stateChanged_) {
-    MailStore(context_).UpdateMessageState(0, *request_, true);
+  if (changedState_ != 0) {
+    StoreState();
     host_.MessageStored();
   }
   return true;

@@ -78,6 +78,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void SendClicked();
   void CancelSending();
   void TurnInto(OpenMode mode);
+  void StoreState();
   void ToggleDust();
   void DeleteClicked();
   void ChooseFolders();
@@ -125,7 +126,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QString html_;
   CharsetChoice charset_ = CharsetChoice::Automatic;
   bool edited_ = false;
-  bool stateChanged_ = false;
+  int changedState_ = 0;  // what of the stored state, a mask of `StateMask`
   bool draftDue_ = false;
   bool closed_ = false;
   bool dust_ = false;

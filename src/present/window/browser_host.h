@@ -1,10 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QPrinter;
 
 namespace vorn {
+
+class BrowserWindow;
+
+/// What a user does with messages on a folder's page besides opening and answering them.
+enum class MessageAction { ToDust, OutOfDust, File };
 
 /// What a browser window asks of the program around it.
 class BrowserHost {
@@ -13,8 +19,17 @@ class BrowserHost {
   /// A link command was followed on a folder's page: asks for a message window.
   /// `open` is the open mode.
   virtual void OpenMessage(int open, const QString& serialId, bool isNew) = 0;
+  /// Acts on messages of a folder, after asking the user where that is due.
+  virtual void ActOnMessages(MessageAction action, const QStringList& messages,
+                             const QString& folder) = 0;
+  /// A new browser window, not yet shown.
+  virtual BrowserWindow* NewBrowserWindow() = 0;
+  /// The other browser window that answers to a target name; null when there is none.
+  virtual BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) = 0;
   /// Lets the user choose a printer and how to print; false when he declines.
   virtual bool ChoosePrinter(QPrinter& printer) = 0;
+  /// A new browser window shows itself.
+  virtual void BrowserOpened() = 0;
   /// A browser window has closed.
   virtual void BrowserClosed() = 0;
 };

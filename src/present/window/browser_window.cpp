@@ -4,31 +4,28 @@
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPrinter>
-#include <QShortcut>
-#include <QStyle>
 #include <QTimer>
-#include <QToolBar>
-#include <QVBoxLayout>
 #include <QWebEngineHistory>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "present/window/browser_keys.h"
 #include "present/window/link_page.h"
 #include "storage/databases.h"
 
 namespace vorn {
+
+using namespace browser_key;
+
 namespace {
 
-const QString kBefore = QStringLiteral("before");
-const QString kNext = QStringLiteral("next");
-const QString kUrl = QStringLiteral("url");
-const QString kPage = QStringLiteral("Page");
-const QString kSearch = QStringLiteral("search");
-const QString kOnLoad = QStringLiteral("onLoad");
+const QString kInit = QStringLiteral("init");
 
 // Whether there is neither an account nor a message yet.
 bool IsFirstUse(Context& context) {
@@ -54,7 +51,8 @@ QString FirstUseText() {
       "emlのファイルを取り込めます。</li></ul>");
 }
 
-constexpr int kSearchWidth = 200;
+constexpr int kExploreAfterMs = 1000;
+constexpr int kExplorePauseMs = 20;
 constexpr int kPrinterRestMs = 10000;
 
 }  // namespace
@@ -69,6 +67,9 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
   BuildControls();
+  BuildMessageCommands();
+  explore_.setSingleShot(true);
+  connect(&explore_, &QTimer::timeout, this, &BrowserWindow::Explore);
   ControlToolbarUpdate();
 }
 
@@ -78,66 +79,6 @@ BrowserWindow::~BrowserWindow() {
   static_cast<void>(printer_.release());
   DeletePageFile();
   host_.BrowserClosed();
-}
-
-void BrowserWindow::BuildControls() {
-  tbLocation_ = new QToolBar(this);
-  tbLocation_->setObjectName(QStringLiteral("tbLocation"));
-  before_ = AddButton(kBefore, &BrowserWindow::ShowBefore);
-  seek_ = AddButton(QStringLiteral("seek"), &BrowserWindow::SeekClicked);
-  next_ = AddButton(kNext, &BrowserWindow::ShowNext);
-  before_->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Left));
-  next_->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Right));
-  seek_->setShortcut(QKeySequence(Qt::Key_F5));
-
-  txLocation_ = new QLineEdit(this);
-  txLocation_->setObjectName(QStringLiteral("txLocation"));
-  txLocation_->setAccessibleName(QStringLiteral("アドレス"));
-  tbLocation_->addWidget(txLocation_);
-  connect(txLocation_, &QLineEdit::returnPressed, this, [this] {
-    if (IsLocal()) return;
-    LocationUrl(QUrl::fromUserInput(txLocation_->text()).toString());
-    UpdateBrowser();
-  });
-
-  txSearch_ = new QLineEdit(this);
-  txSearch_->setObjectName(QStringLiteral("txSearch"));
-  txSearch_->setAccessibleName(QStringLiteral("フォルダの検索"));
-  txSearch_->setPlaceholderText(QStringLiteral("件名、アドレスを検索"));
-  txSearch_->setClearButtonEnabled(true);
-  txSearch_->setMaximumWidth(kSearchWidth);
-  searchBox_ = tbLocation_->addWidget(txSearch_);
-  connect(txSearch_, &QLineEdit::returnPressed, this, &BrowserWindow::SearchFolder);
-  // The button that empties the box shows the whole folder again.
-  connect(txSearch_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (text.isEmpty() && !bag_->Text(kSearch).isEmpty()) SearchFolder();
-  });
-  auto* find = new QShortcut(QKeySequence::Find, this);
-  find->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(find, &QShortcut::activated, txSearch_, [this] {
-    txSearch_->setFocus();
-    txSearch_->selectAll();
-  });
-
-  wbUrl_ = new QWebEngineView(this);
-  wbUrl_->setObjectName(QStringLiteral("wbUrl"));
-  wbUrl_->setContextMenuPolicy(Qt::NoContextMenu);
-  connect(wbUrl_, &QWebEngineView::loadStarted, this, [this] { SetLoading(true); });
-  connect(wbUrl_, &QWebEngineView::printFinished, this, &BrowserWindow::PrintFinished);
-  connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
-  setFocusProxy(wbUrl_);
-
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  layout->addWidget(tbLocation_);
-  layout->addWidget(wbUrl_, 1);
-}
-
-QAction* BrowserWindow::AddButton(const QString& key, void (BrowserWindow::*clicked)()) {
-  QAction* action = tbLocation_->addAction(QString(), this, clicked);
-  action->setObjectName(key);
-  return action;
 }
 
 // A page belongs to one engine profile for life, so a window that changes between a folder and the
@@ -151,14 +92,62 @@ void BrowserWindow::UsePage(bool local) {
   connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
     host_.OpenMessage(command.openMode, command.serialId, command.isNew);
   });
+  connect(page_, &LinkPage::FirstNavigation, this, &BrowserWindow::FirstNavigation,
+          Qt::QueuedConnection);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { rows_.Detach(); });
+  page_->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
+}
+
+LinkPage* BrowserWindow::BecomeNewWindow() {
+  bag_->Let(kInit, true);
+  UsePage(false);
+  page_->HoldFirstNavigation();
+  return page_;
+}
+
+// The window is told its target's name by the engine, and only by asking.
+void BrowserWindow::FirstNavigation(const QUrl& url) {
+  page_->runJavaScript(QStringLiteral("window.name"), QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<BrowserWindow>(this), url](const QVariant& name) {
+                         if (self != nullptr) self->TakeName(name.toString(), url);
+                       });
+}
+
+// What belongs to a window that is there already goes to it; else this one keeps the name.
+void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
+  if (!name.isEmpty() && bag_->Flag(kInit) && !url.isEmpty()) {
+    if (BrowserWindow* named = host_.NamedWindow(name, this)) {
+      named->LocationUrl(url.toString());
+      named->UpdateBrowser();
+      named->Activate();
+      bag_->Let(QStringLiteral("dust"), true);
+      return;
+    }
+  }
+  if (!name.isEmpty()) bag_->Let(QStringLiteral("windowname"), name);
+  bag_->Let(kInit, false);
+  if (!url.isEmpty()) {
+    LocationUrl(url.toString());
+    UpdateBrowser();
+  }
+  ShowModeless();
+  host_.BrowserOpened();
 }
 
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   if (request != nullptr) bag_ = request;
   UsePage(IsLocal());
+  if (IsLocal() && !bag_->Get(kPage).isValid()) ChooseFirstPage();
   if (!IsLocal() || CreatePage()) UpdateBrowser();
   tag_ = bag_->SerialID();
   return true;
+}
+
+// A folder opens at its oldest messages, or where the setting says so at its newest.
+void BrowserWindow::ChooseFirstPage() {
+  const bool newest = Settings(context_)->Flag(u"MessagesNewest");
+  bag_->Let(kPage, newest ? qMax(1, pages_.CountPages(bag_->SerialID())) : 1);
+  rows_.BeginAtEnd(newest);
 }
 
 // Whether there is a page to show. A folder that is not available leaves "url" as it was.
@@ -188,6 +177,7 @@ bool BrowserWindow::CreatePage() {
 // A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
   bag_->Let(kUrl, QString());
+  rows_.Detach();
   page_->SetLocalPage(QUrl());
   txLocation_->setReadOnly(true);
   txLocation_->setText(windowTitle());
@@ -198,47 +188,12 @@ void BrowserWindow::ShowText(const QString& html) {
 
 void BrowserWindow::UpdateBrowser() {
   const QString text = bag_->Text(kUrl);
+  rows_.Detach();
   const QUrl url = IsLocal() ? QUrl::fromLocalFile(text) : QUrl::fromUserInput(text);
   page_->SetLocalPage(IsLocal() ? url : QUrl());
   txLocation_->setReadOnly(IsLocal());
   txLocation_->setText(IsLocal() ? windowTitle() : text);
   wbUrl_->load(url);
-}
-
-void BrowserWindow::ControlToolbarUpdate() {
-  const bool iconsOnly = Settings(context_)->Flag(u"ToolbarIcon");
-  const bool loading = bag_->Flag(kOnLoad);
-  const auto set = [&](QAction* action, QStyle::StandardPixmap icon, const QString& text) {
-    action->setIcon(style()->standardIcon(icon));
-    action->setText(text);
-    action->setToolTip(text);
-  };
-  set(before_, QStyle::SP_ArrowBack, QStringLiteral("前へ"));
-  set(seek_, loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
-      loading ? QStringLiteral("中止") : QStringLiteral("更新"));
-  set(next_, QStyle::SP_ArrowForward, QStringLiteral("次へ"));
-  searchBox_->setVisible(IsLocal());
-  before_->setEnabled(bag_->Flag(kBefore));
-  next_->setEnabled(bag_->Flag(kNext));
-  tbLocation_->setToolButtonStyle(iconsOnly ? Qt::ToolButtonIconOnly
-                                            : Qt::ToolButtonTextBesideIcon);
-}
-
-void BrowserWindow::TurnPage(int step) {
-  if (!IsLocal()) {
-    wbUrl_->triggerPageAction(step < 0 ? QWebEnginePage::Back : QWebEnginePage::Forward);
-    return;
-  }
-  bag_->Let(kPage, bag_->Number(kPage, 1) + step);
-  LoadDefaultProperty(bag_, true);
-}
-
-// What is found is a page of the folder like any other.
-void BrowserWindow::SearchFolder() {
-  if (!IsLocal()) return;
-  bag_->Let(kSearch, txSearch_->text().trimmed());
-  bag_->Let(kPage, 1);
-  LoadDefaultProperty(nullptr, true);
 }
 
 void BrowserWindow::SeekClicked() {
@@ -251,9 +206,20 @@ void BrowserWindow::SeekClicked() {
 
 void BrowserWindow::Refresh() {
   if (IsLocal()) {
-    LoadDefaultProperty(nullptr, true);
+    rows_.Keep([this] { LoadDefaultProperty(nullptr, true); });
   } else {
     wbUrl_->reload();
+  }
+}
+
+// Idle moments are used to find out where the pages of a long folder begin.
+void BrowserWindow::Explore() {
+  if (!IsLocal() || bag_->Flag(kOnLoad)) return;
+  const bool hasPages = bag_->Flag(kBefore) || bag_->Flag(kNext);
+  if (hasPages && pages_.Explore(bag_->SerialID(), bag_->Text(kSearch))) {
+    explore_.start(kExplorePauseMs);
+  } else {
+    ShowPageCount();
   }
 }
 
@@ -266,11 +232,13 @@ void BrowserWindow::DocumentComplete(bool ok) {
   SetLoading(false);
   if (IsLocal()) {
     DeletePageFile();  // each page is read once
+    explore_.start(kExploreAfterMs);
   } else {
     txLocation_->setText(wbUrl_->url().toString());
     setWindowTitle(wbUrl_->title());
     UpdateHistoryState();
   }
+  rows_.Attach(page_);
   if (bag_->Text(u"exec") == u"print") DoPrint();
   Q_EMIT Loaded(ok);
 }

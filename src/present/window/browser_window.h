@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 #include "frame/request_window.h"
@@ -8,12 +10,16 @@
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
+#include "present/window/page_rows.h"
 #include "storage/context.h"
 
 class QAction;
+class QLabel;
 class QLineEdit;
+class QMenu;
 class QPrinter;
 class QToolBar;
+class QToolButton;
 class QWebEngineView;
 
 namespace vorn {
@@ -47,6 +53,13 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
+  /// The target name this window answers to.
+  QString WindowName() const { return bag_->Text(u"windowname"); }
+  /// Makes this the window of a new web page that another page asked for, shown once that page
+  /// navigates here and not to a window of its target's name.
+  LinkPage* BecomeNewWindow();
+  /// Gives the messages that the user has chosen on the folder's page, or the current one.
+  void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Prints what is shown.
   void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
@@ -56,15 +69,42 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// A page has been loaded; false when it could not be.
   void Loaded(bool ok);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void BuildControls();
+  void BuildLinkButton();
+  void BuildPageBox();
+  void BuildLocationBox();
+  void BuildSearchBox();
+  void BuildView();
   QAction* AddButton(const QString& key, void (BrowserWindow::*clicked)());
+  void ShowLinkList();
+  void FollowLink(const QString& address);
+
+  void BuildMessageCommands();
+  QAction* AddCommand(const QString& text, const QList<QKeySequence>& keys,
+                      const std::function<void()>& run);
+  void AddMove(const QKeySequence& key, const std::function<void()>& run);
+  void OpenChosen(int open);
+  void Act(MessageAction action);
+
+  void FirstNavigation(const QUrl& url);
+  void TakeName(const QString& name, const QUrl& url);
   void UsePage(bool local);
+  void ChooseFirstPage();
   bool CreatePage();
   void ShowText(const QString& html);
   void ShowBefore() { TurnPage(-1); }
   void ShowNext() { TurnPage(1); }
   void TurnPage(int step);
+  void GoToPage(int page);
+  void GoToTypedPage();
+  void ShowOldest() { GoToPage(1); }
+  void ShowNewest();
+  void Explore();
+  void ShowPageCount();
   void SeekClicked();
   void SearchFolder();
   void SetLoading(bool loading);
@@ -85,7 +125,16 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
-  QAction* searchBox_ = nullptr;
+  PageRows rows_;
+  QTimer explore_;
+  QToolButton* url_ = nullptr;
+  QLineEdit* txPage_ = nullptr;
+  QLabel* lbPages_ = nullptr;
+  QWidget* pageBox_ = nullptr;
+  QAction* oldest_ = nullptr;
+  QAction* newest_ = nullptr;
+  QMenu* messageMenu_ = nullptr;
+  QAction* outOfDust_ = nullptr;
   QAction* before_ = nullptr;
   QAction* seek_ = nullptr;
   QAction* next_ = nullptr;

@@ -8,13 +8,22 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     if (type == NavigationTypeLinkClicked) Q_EMIT CommandFollowed(*command);
     return false;
   }
-  if (localPage_.isEmpty()) return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
-  return isMainFrame && url == localPage_ && type != NavigationTypeLinkClicked &&
-         type != NavigationTypeFormSubmitted;
+  if (!localPage_.isEmpty()) {
+    return isMainFrame && url == localPage_ && type != NavigationTypeLinkClicked &&
+           type != NavigationTypeFormSubmitted;
+  }
+  if (holding_ && isMainFrame && url.scheme() != u"about") {
+    holding_ = false;
+    // What a form sends would be lost, so it goes where it wants to.
+    const bool goesOn = type == NavigationTypeFormSubmitted;
+    Q_EMIT FirstNavigation(goesOn ? QUrl() : url);
+    return goesOn;
+  }
+  return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
 }
 
-QWebEnginePage* LinkPage::createWindow(WebWindowType type) {
-  return localPage_.isEmpty() ? QWebEnginePage::createWindow(type) : nullptr;
+QWebEnginePage* LinkPage::createWindow(WebWindowType) {
+  return localPage_.isEmpty() && makeWindow_ ? makeWindow_() : nullptr;
 }
 
 }  // namespace vorn

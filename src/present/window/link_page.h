@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWebEnginePage>
+#include <functional>
 
 #include "present/link_command.h"
 
@@ -15,9 +16,14 @@ class LinkPage : public QWebEnginePage {
 
   /// On a local page only link commands act, and the one page that the window itself loads.
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
+  /// Makes the page of a new window that this one asks for; web pages only.
+  void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
+  /// This is the page of a new window: its first navigation is not made but told.
+  void HoldFirstNavigation() { holding_ = true; }
 
  Q_SIGNALS:
   void CommandFollowed(const vorn::LinkCommand& command);
+  void FirstNavigation(const QUrl& url);
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -25,6 +31,8 @@ class LinkPage : public QWebEnginePage {
 
  private:
   QUrl localPage_;
+  std::function<QWebEnginePage*()> makeWindow_;
+  bool holding_ = false;
 };
 
 }  // namespace vorn

@@ -1,0 +1,120 @@
+// What the main window does with messages on the folders' pages.
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+
+#include "auxiliary/window/console_window.h"
+#include "frame/start_up.h"
+#include "frame/window/parent_window.h"
+#include "mail/message_filing.h"
+#include "objects/object_types.h"
+#include "present/neighbour_message.h"
+#include "present/unread_count.h"
+#include "present/window/browser_window.h"
+
+namespace vorn {
+namespace {
+
+// Between two folders' counts, so that clicks and keys come in between.
+constexpr int kCountPauseMs = 30;
+
+bool IsFilledByHand(Context& context, const QString& folder) {
+  const DiskPtr object = context.Objects.Find(folder);
+  return object != nullptr && object->Text(u"Draw").contains(u"static");
+}
+
+}  // namespace
+
+void ParentWindow::TellFailure(bool done) {
+  if (!done) {
+    QMessageBox::critical(
+        this, kApplicationTitle,
+        QStringLiteral("変更を保存できませんでした。") + context_.Data.LastError().text);
+  }
+  MessageStored();
+}
+
+void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messages,
+                                 const QString& folder) {
+  if (action == MessageAction::OutOfDust) {
+    TellFailure(SetDust(context_, messages, false));
+    return;
+  }
+  if (action == MessageAction::File) {
+    const QString into = InputTree(context_, this, QStringLiteral("フォルダに入れる"),
+                                   QStringLiteral("メッセージを入れるフォルダを選択してください。"),
+                                   QStringLiteral("static"));
+    if (into.isEmpty() || !IsFilledByHand(context_, into)) return;
+    const QString from = IsFilledByHand(context_, folder) && into != folder ? folder : QString();
+    TellFailure(FileMessages(context_, messages, into, from));
+    return;
+  }
+  if (folder != fixed_serial::kDust) {
+    TellFailure(SetDust(context_, messages, true));
+    return;
+  }
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      QStringLiteral("メッセージ%1通を削除します。元には戻せません。よろしいですか？")
+          .arg(messages.size()),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer == QMessageBox::Ok) TellFailure(DeleteMessages(context_, messages));
+}
+
+// A message that belongs to a choice of several brings the others along.
+void ParentWindow::DropMessage(const QString& message, const QString& folder) {
+  BrowserWindow* browser = ActiveBrowser();
+  if (browser == nullptr) return;
+  browser->ChosenMessages([this, browser, message, folder](const QStringList& chosen) {
+    const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
+    if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
+      TellFailure(SetDust(context_, messages, folder == fixed_serial::kDust));
+      return;
+    }
+    const QString from = browser->Tag();
+    const bool moves = from != folder && IsFilledByHand(context_, from);
+    TellFailure(FileMessages(context_, messages, folder, moves ? from : QString()));
+  });
+}
+
+// The one that was used last.
+BrowserWindow* ParentWindow::ActiveBrowser() const {
+  const QMdiSubWindow* frame = area_->activeSubWindow();
+  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::StackingOrder).value(0);
+  auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
+  return browser != nullptr && browser->IsLocal() ? browser : nullptr;
+}
+
+QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
+  const BrowserWindow* browser = ActiveBrowser();
+  return browser == nullptr ? QString()
+                            : vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
+}
+
+BrowserWindow* ParentWindow::NamedWindow(const QString& name, const BrowserWindow* asking) {
+  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
+    if (browser != asking && !browser->Dust() && browser->WindowName() == name) return browser;
+  }
+  return nullptr;
+}
+
+void ParentWindow::CountUnreadSoon() {
+  toCount_ = tvConsole_->Folders();
+  counting_.start(kCountPauseMs);
+}
+
+void ParentWindow::CountNextUnread() {
+  if (traffic_.Control().Busy()) return;  // what arrives is counted once, at the end
+  if (toCount_.isEmpty()) {
+    counting_.stop();
+    return;
+  }
+  const QString folder = toCount_.takeFirst();
+  // What was thrown away does not wait to be read.
+  if (folder != fixed_serial::kDust) {
+    tvConsole_->SetUnread(folder, CountUnread(context_, folder));
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// How many messages of a folder are not yet opened; -1 when the folder cannot be read.
+qint64 CountUnread(Context& context, const QString& folder);
+
+}  // namespace vorn

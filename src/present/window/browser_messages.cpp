@@ -1,0 +1,98 @@
+// What a user does with the messages on a folder's page, by keys and by its menu.
+
+#include <QAction>
+#include <QMenu>
+#include <QWebEngineView>
+
+#include "objects/object_types.h"
+#include "present/window/browser_window.h"
+
+namespace vorn {
+namespace {
+
+enum OpenModes { kRead = 0, kReply, kReplyToAll, kForward };
+constexpr qsizetype kManyWindows = 20;
+
+}  // namespace
+
+// The keys act while the page has the focus; in the boxes of the toolbar they type.
+QAction* BrowserWindow::AddCommand(const QString& text, const QList<QKeySequence>& keys,
+                                   const std::function<void()>& run) {
+  auto* action = new QAction(text, this);
+  action->setShortcuts(keys);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(action, &QAction::triggered, this, [this, run] {
+    if (IsLocal()) run();
+  });
+  wbUrl_->addAction(action);
+  messageMenu_->addAction(action);
+  return action;
+}
+
+void BrowserWindow::AddMove(const QKeySequence& key, const std::function<void()>& run) {
+  auto* action = new QAction(this);
+  action->setShortcut(key);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(action, &QAction::triggered, this, [this, run] {
+    if (IsLocal()) run();
+  });
+  wbUrl_->addAction(action);
+}
+
+void BrowserWindow::BuildMessageCommands() {
+  messageMenu_ = new QMenu(this);
+  messageMenu_->setObjectName(QStringLiteral("menuMessages"));
+  AddCommand(QStringLiteral("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
+             [this] { OpenChosen(kRead); });
+  AddCommand(QStringLiteral("返信(&R)"), {Qt::Key_R}, [this] { OpenChosen(kReply); });
+  AddCommand(QStringLiteral("全員に返信(&A)"), {Qt::SHIFT | Qt::Key_R},
+             [this] { OpenChosen(kReplyToAll); });
+  AddCommand(QStringLiteral("転送(&F)"), {Qt::Key_F}, [this] { OpenChosen(kForward); });
+  messageMenu_->addSeparator();
+  AddCommand(QStringLiteral("フォルダに入れる(&M).."), {Qt::Key_M},
+             [this] { Act(MessageAction::File); });
+  AddCommand(QStringLiteral("くずかごに入れる(&D)"), {Qt::Key_Delete},
+             [this] { Act(MessageAction::ToDust); });
+  outOfDust_ = AddCommand(QStringLiteral("くずかごから出す(&U)"), {Qt::Key_U},
+                          [this] { Act(MessageAction::OutOfDust); });
+  messageMenu_->addSeparator();
+  AddCommand(QStringLiteral("すべて選択(&L)"), {QKeySequence::SelectAll},
+             [this] { rows_.ChooseAll(); });
+  connect(messageMenu_, &QMenu::aboutToShow, this,
+          [this] { outOfDust_->setEnabled(bag_->SerialID() == fixed_serial::kDust); });
+  connect(messageMenu_, &QMenu::aboutToHide, this, [this] { outOfDust_->setEnabled(true); });
+
+  for (const int shift : {0, static_cast<int>(Qt::SHIFT)}) {
+    const auto key = [shift](Qt::Key code) { return QKeySequence(shift | code); };
+    const bool extend = shift != 0;
+    AddMove(key(Qt::Key_Down), [this, extend] { rows_.Step(1, extend); });
+    AddMove(key(Qt::Key_Up), [this, extend] { rows_.Step(-1, extend); });
+    AddMove(key(Qt::Key_J), [this, extend] { rows_.Step(1, extend); });
+    AddMove(key(Qt::Key_K), [this, extend] { rows_.Step(-1, extend); });
+    AddMove(key(Qt::Key_Home), [this, extend] { rows_.GoTo(0, extend); });
+    AddMove(key(Qt::Key_End), [this, extend] { rows_.GoTo(-1, extend); });
+  }
+  AddMove(QKeySequence(Qt::Key_Space), [this] { rows_.Toggle(); });
+}
+
+// All chosen messages are read, one is answered.
+void BrowserWindow::OpenChosen(int open) {
+  rows_.Chosen([this, open](const QStringList& messages) {
+    const qsizetype many = open == kRead ? kManyWindows : 1;
+    for (const QString& serialId : messages.mid(0, many)) {
+      host_.OpenMessage(open, serialId, open != kRead);
+    }
+  });
+}
+
+void BrowserWindow::Act(MessageAction action) {
+  rows_.Chosen([this, action](const QStringList& messages) {
+    if (messages.isEmpty()) return;
+    // The user may be asked, which must not happen inside the engine's answer.
+    QTimer::singleShot(0, this, [this, action, messages] {
+      host_.ActOnMessages(action, messages, bag_->SerialID());
+    });
+  });
+}
+
+}  // namespace vorn

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <functional>
+
+class QWebEnginePage;
+
+namespace vorn {
+
+/// The rows of a folder's page as the user moves among them: one is current, several may be chosen.
+/// Everything happens in the page, so answers come later, and not at all when the page goes.
+class PageRows : public QObject {
+ public:
+  using QObject::QObject;
+
+  /// Takes a page that has been loaded, at the place that was last kept.
+  void Attach(QWebEnginePage* page);
+  /// The page goes; its rows with it.
+  void Detach();
+  /// Whether there are rows to move among.
+  bool HasRows() const { return count_ > 0; }
+
+  /// Moves by so many rows; with `extend` chooses all rows passed.
+  void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
+  /// Goes to a row counted from 0, or from the last one, -1.
+  void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
+  void Toggle();
+  void ChooseAll();
+  /// Gives the identifiers of the chosen messages, or of the current one.
+  void Chosen(const std::function<void(const QStringList&)>& then);
+
+  /// A link of the page.
+  struct Link {
+    QString text;
+    QString address;
+  };
+  void Links(const std::function<void(const QList<Link>&)>& then);
+
+  /// Remembers the current row, the choice and how far the page is scrolled, then goes on, also
+  /// when there is no page.
+  void Keep(const std::function<void()>& then);
+  /// The next page begins at its last row, or at its top.
+  void BeginAtEnd(bool atEnd);
+
+ private:
+  void Call(const QString& function, int number, bool flag);
+  void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
+
+  QPointer<QWebEnginePage> page_;
+  int count_ = 0;
+  QString kept_;
+};
+
+}  // namespace vorn

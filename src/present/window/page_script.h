@@ -1,0 +1,107 @@
+#pragma once
+
+namespace vorn {
+
+/// The script with which the program itself follows the user on a folder's page. It runs in a world
+/// apart from the page, where scripts of the page, if it had any, could not reach it. `vorn` offers
+/// moving among the rows, choosing several, and keeping all that over a new version of the page.
+inline constexpr char kPageScript[] = R"js(
+(() => {
+  if (window.vorn) return window.vorn.count();
+  const rows = [];
+  const seen = new Set();
+  for (const link of document.querySelectorAll('a[href]')) {
+    const href = link.getAttribute('href');
+    if (!/^preview:/i.test(href)) continue;
+    const id = decodeURIComponent(href.slice(8));
+    if (seen.has(id)) continue;
+    seen.add(id);
+    rows.push({id, element: link.closest('tr, li, article') || link.parentElement || link});
+  }
+  const style = document.createElement('style');
+  style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
+      ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; } }';
+  document.documentElement.appendChild(style);
+
+  let current = -1;
+  let anchor = -1;  // where a range begins
+  let chosen = new Set();
+  const inPage = index => Math.max(0, Math.min(rows.length - 1, index));
+  const show = () => rows.forEach((row, index) => {
+    row.element.classList.toggle('vorn-current', index === current);
+    row.element.classList.toggle('vorn-chosen', chosen.has(row.id));
+  });
+  const chooseRange = () => {
+    const [from, to] = anchor < current ? [anchor, current] : [current, anchor];
+    chosen = new Set(rows.slice(from, to + 1).map(row => row.id));
+  };
+  const goTo = (index, extend) => {
+    if (rows.length === 0) return;
+    if (extend && anchor < 0) anchor = Math.max(0, current);
+    current = inPage(index);
+    if (extend) {
+      chooseRange();
+    } else {
+      anchor = -1;
+      chosen.clear();
+    }
+    show();
+    rows[current].element.scrollIntoView({block: 'nearest'});
+  };
+  const toggle = index => {
+    if (index < 0) return;
+    current = anchor = index;
+    const id = rows[index].id;
+    if (!chosen.delete(id)) chosen.add(id);
+    show();
+  };
+  const rowAt = target => rows.findIndex(row => row.element.contains(target));
+
+  document.addEventListener('mousedown', event => {
+    const index = rowAt(event.target);
+    if (index < 0) return;
+    if (event.button === 0 && event.ctrlKey) {
+      toggle(index);
+    } else if (event.button === 0 && event.shiftKey) {
+      goTo(index, true);
+      event.preventDefault();
+    } else if (!chosen.has(rows[index].id)) {
+      goTo(index, false);
+    } else {
+      current = index;  // several may be about to be dragged
+      show();
+    }
+  }, true);
+  document.addEventListener('click', event => {
+    if ((event.ctrlKey || event.shiftKey) && rowAt(event.target) >= 0) event.preventDefault();
+  }, true);
+
+  window.vorn = {
+    count: () => rows.length,
+    step: (by, extend) => goTo(current < 0 ? (by > 0 ? 0 : rows.length - 1) : current + by, extend),
+    goTo: (index, extend) => goTo(index < 0 ? rows.length + index : index, extend),
+    toggle: () => toggle(current),
+    all: () => { chosen = new Set(rows.map(row => row.id)); show(); },
+    // The chosen messages, or else the current one, in the page's order.
+    chosen: () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
+                                  : current < 0 ? [] : [rows[current].id],
+    links: () => [...document.links].map(
+        link => [(link.innerText || '').trim() || link.href, link.href]),
+    // The current row and those after it, one of which takes its place when it has gone.
+    state: () => JSON.stringify({next: current < 0 ? [] : rows.slice(current).map(row => row.id),
+                                 chosen: [...chosen], y: scrollY, x: scrollX}),
+    restore: text => {
+      const state = JSON.parse(text);
+      const next = state.next.find(id => seen.has(id));
+      current = rows.findIndex(row => row.id === next);
+      if (current < 0 && state.next.length > 0) current = rows.length - 1;
+      chosen = new Set(state.chosen.filter(id => seen.has(id)));
+      show();
+      scrollTo(state.x, state.y);
+    },
+  };
+  return rows.length;
+})()
+)js";
+
+}  // namespace vorn

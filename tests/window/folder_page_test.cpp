@@ -1,0 +1,418 @@
+// A folder's page in use: moving and choosing by keys, acting on messages, pages, links and windows
+// of web pages, and mail that means harm.
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+#include <QWebEngineScript>
+
+#include "auxiliary/window/console_window.h"
+#include "mail/mail_store.h"
+#include "mail/window/message_window.h"
+#include "objects/object_types.h"
+#include "objects/standard_objects.h"
+#include "window/program_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+constexpr char16_t kShelf[] = u"_folder_shelf";
+
+// Answers every request with one page and remembers what was asked for.
+class WebSite {
+ public:
+  explicit WebSite(const QByteArray& page = "<p>web</p>") : page_(page) {
+    server_.listen(QHostAddress::LocalHost);
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+      QTcpSocket* socket = server_.nextPendingConnection();
+      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+        asked.append(socket->readAll().split(' ').value(1));
+        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n" + page_);
+        socket->disconnectFromHost();
+      });
+    });
+  }
+  QByteArray Url() const { return "http://127.0.0.1:" + QByteArray::number(server_.serverPort()); }
+  QList<QByteArray> asked;
+
+ private:
+  QByteArray page_;
+  QTcpServer server_;
+};
+
+class FolderPageTest : public ProgramTest {
+ protected:
+  // A profile with messages in its inbox and a folder that is filled by hand.
+  void Begin(int messages, int rowsPerPage, bool newest = false, bool escape = true,
+             const QByteArray& more = {}) {
+    {
+      TestProfile profile;
+      const DiskPtr settings = Settings(profile.Get());
+      settings->Let(QStringLiteral("Messages"), rowsPerPage);
+      settings->Let(QStringLiteral("MessagesNewest"), newest);
+      settings->Let(QStringLiteral("PageEscape"), escape);
+      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+      Disk shelf(QString::fromUtf16(kShelf));
+      shelf.Let(QStringLiteral("FormName"), object_type::kFolder);
+      shelf.Let(QStringLiteral("Object"), QStringLiteral("棚"));
+      shelf.Let(QStringLiteral("Draw"), QStringLiteral("static"));
+      shelf.Let(QStringLiteral("Parent"), profile.Get().Session->SerialID());
+      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, shelf));
+      for (int i = 1; i <= messages; ++i) {
+        Disk request(QStringLiteral("mail_%1").arg(i));
+        request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+        request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+        request.Let(QStringLiteral("Timestamp"),
+                    QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
+        EXPECT_FALSE(MailStore(profile.Get())
+                         .StoreMessage(request, "From: a@example.jp\r\nSubject: No" +
+                                                    QByteArray::number(i) + ".\r\n" + more +
+                                                    "\r\nbody\r\n")
+                         .isEmpty());
+      }
+      profile.Get().Data.CloseAll();
+      CopyFolder(profile.Folder(), Folder());
+    }
+    StartProgram();
+    LogInWith(QString());
+    AwaitInbox();
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
+    FocusPage();
+  }
+  QVariant Script(const QString& script) const {
+    QVariant answer;
+    bool done = false;
+    View()->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
+                                  [&](const QVariant& value) {
+                                    answer = value;
+                                    done = true;
+                                  });
+    WaitFor([&done] { return done; });
+    return answer;
+  }
+  bool AwaitScript(const QString& condition) const {
+    return WaitFor([&] { return Script(condition).toBool(); });
+  }
+  QStringList Chosen() const { return Script(QStringLiteral("vorn.chosen()")).toStringList(); }
+  void FocusPage() {
+    program_->Parent()->activateWindow();
+    WaitFor([this] { return program_->Parent()->isActiveWindow(); }, 2000);
+    View()->setFocus();
+  }
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(View()->focusProxy(), key, modifiers);
+  }
+  static QStringList Ids(std::initializer_list<int> numbers) {
+    QStringList ids;
+    for (const int number : numbers) ids.append(QStringLiteral("mail_%1").arg(number));
+    return ids;
+  }
+  bool AwaitGone(const char* subject) const {
+    return WaitFor([&] { return !PageText().contains(QString::fromUtf8(subject)); });
+  }
+  QTreeWidgetItem* Node(const QString& serialId) const {
+    QTreeWidgetItemIterator item(&Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));
+    for (; *item != nullptr; ++item) {
+      if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
+    }
+    return nullptr;
+  }
+  void OpenFolder(const QString& serialId) {
+    auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+    Browser()->Unload();
+    ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree.visualItemRect(Node(serialId)).center());
+    ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
+  }
+  void Drop(const QString& message, const QString& folder) {
+    auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+    QMimeData dragged;
+    dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
+    QDropEvent drop(tree.visualItemRect(Node(folder)).center(), Qt::CopyAction | Qt::MoveAction,
+                    &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tree.viewport(), &drop);
+    Chosen();  // the page's answers come in the order of the questions
+  }
+  std::vector<BrowserWindow*> Browsers() const {
+    const auto all = program_->Parent()->findChildren<BrowserWindow*>();
+    return {all.begin(), all.end()};
+  }
+};
+
+TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
+  Begin(6, 100);
+  EXPECT_EQ(Chosen(), QStringList());
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({1}));
+  Press(Qt::Key_J);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_K);
+  EXPECT_EQ(Chosen(), Ids({2}));
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({2, 3, 4}));
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({2, 3}));
+  Press(Qt::Key_End);
+  EXPECT_EQ(Chosen(), Ids({6}));
+  Press(Qt::Key_Space);
+  EXPECT_EQ(Chosen(), Ids({6}));
+  Press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(Chosen().size(), 6);
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen(), Ids({1}));
+
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->Tag(), Ids({1}).first());
+  TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  // The page was made anew, since the message is no longer unopened, and the place kept.
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_1'")));
+  FocusPage();
+  Press(Qt::Key_F);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Fw: No1."));
+  InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+}
+
+TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
+  Begin(5, 100);
+  const auto dusted = [this] {
+    QStringList ids;
+    OpenFolder(fixed_serial::kDust);
+    AwaitScript(QStringLiteral("window.vorn !== undefined"));
+    ids = Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList();
+    return ids;
+  };
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitGone("No2."));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No3.")));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_3'")))
+      << "the next is current";
+  EXPECT_EQ(dusted(), Ids({1, 2}));
+
+  // In the dust bin one is taken back, the other goes for good.
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_U);
+  ASSERT_TRUE(AwaitGone("No1."));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  FocusPage();
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen(), Ids({2}));
+  InModal<QMessageBox>([this] { Press(Qt::Key_Delete); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  ASSERT_TRUE(AwaitGone("No2."));
+
+  // Filing leaves the message in the inbox, and takes it out of another folder filled by hand.
+  OpenFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  FocusPage();
+  Press(Qt::Key_Down);
+  InModal<ConsoleWindow>(
+      [this] { Press(Qt::Key_M); },
+      [](ConsoleWindow& window) {
+        auto& shelves = Child<QTreeWidget>(window, u"TreeView1");
+        shelves.setCurrentItem(
+            shelves.findItems(QStringLiteral("棚"), Qt::MatchExactly | Qt::MatchRecursive)
+                .value(0));
+        window.cmOk_Click();
+      });
+  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
+  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
+  OpenFolder(QString::fromUtf16(kShelf));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
+  EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
+  // The whole choice is dragged by one of its messages.
+  Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
+  EXPECT_EQ(dusted(), Ids({1, 4}));
+}
+
+TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
+  Begin(60, 100);
+  for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);
+  Script(QStringLiteral("scrollTo(0, 333)"));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY === 333")));
+  QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
+  program_->Parent()->MessageStored();
+  ASSERT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY === 333")));
+  EXPECT_EQ(Chosen(), Ids({3}));
+}
+
+TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
+  Begin(59, 10, true);
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No59.")));
+  auto& box = Child<QLineEdit>(*Browser(), u"txPage");
+  auto& pages = Child<QLabel>(*Browser(), u"lbPages");
+  ASSERT_TRUE(WaitFor([&pages] { return pages.text().contains(u'6'); }));
+  EXPECT_EQ(box.text(), QStringLiteral("6"));
+  const auto action = [this](const char16_t* key) {
+    return Browser()->findChild<QAction*>(QString::fromUtf16(key));
+  };
+  EXPECT_FALSE(action(u"newest")->isEnabled());
+  test::Type(box, QStringLiteral("3"));
+  QTest::keyClick(&box, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No21.")); }));
+  action(u"oldest")->trigger();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No1.")); }));
+  EXPECT_FALSE(action(u"before")->isEnabled());
+  test::Type(box, QStringLiteral("999"));
+  QTest::keyClick(&box, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
+  EXPECT_EQ(box.text(), QStringLiteral("6"));
+}
+
+TEST_F(FolderPageTest, UnopenedMessagesAreCountedInTheTree) {
+  Begin(3, 100);
+  QTreeWidgetItem* inbox = Node(fixed_serial::kInbox);
+  ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"3"; }));
+  EXPECT_EQ(Node(QString::fromUtf16(kShelf))->text(1), QString());
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"2"; }));
+}
+
+TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
+  WebSite site;
+  const QByteArray url = site.Url();
+  const QByteArray hostile =
+      "<script>document.title='owned';location='URL/script'</script>"
+      "<img src=URL/img onerror=\"document.title='owned'\">"
+      "<meta http-equiv=refresh content=\"0;url=URL/refresh\">"
+      "<link rel=stylesheet href=URL/style><link rel=prefetch href=URL/prefetch>"
+      "<style>@import url(URL/import);body{background:url(URL/background)}</style>"
+      "<iframe src=URL/frame></iframe><iframe src=file:///etc/passwd></iframe>"
+      "<object data=URL/object></object><embed src=URL/embed><video src=URL/video></video>"
+      "<base href=URL/base/><svg onload=\"document.title='owned'\"></svg>"
+      "<form action=URL/form><input type=submit id=f value=send></form>"
+      "<a id=j href=\"javascript:document.title='owned'\">j</a> "
+      "<a id=l href=file:///etc/passwd>l</a> <a id=w href=URL/link target=_blank>w</a> "
+      "<a id=p href=URL/ping ping=URL/ping2>p</a>";
+  QByteArray field = hostile;
+  field.replace("URL", url);
+  // In clear, as the documented page has it: everything above becomes part of the page.
+  Begin(1, 100, false, false,
+        "To: =?utf-8?B?" + field.toBase64() + "?= <x@example.jp>\r\nCc: \"" +
+            QByteArray("<img src=URL/cc>").replace("URL", url) + "\" <c@example.jp>\r\n");
+  // The default layout shows subject and sender; this message is hostile in both.
+  {
+    Context& context = program_->Parent()->Contents();
+    Disk request(QStringLiteral("mail_hostile"));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    ASSERT_FALSE(MailStore(context)
+                     .StoreMessage(request, "From: =?utf-8?B?" + field.toBase64() +
+                                                "?= <x@example.jp>\r\nSubject: =?utf-8?B?" +
+                                                field.toBase64() + "?=\r\n\r\n" + field + "\r\n")
+                     .isEmpty());
+    program_->Parent()->MessageStored();
+  }
+  ASSERT_TRUE(AwaitScript(QStringLiteral("document.getElementById('p') !== null")))
+      << "the message is on the page";
+  for (const char* id : {"f", "j", "l", "w", "p"}) {
+    SCOPED_TRACE(id);
+    const QString place = QStringLiteral(
+        "(() => { const e = document.getElementById('%1'); e.scrollIntoView();"
+        " const r = e.getBoundingClientRect(); return [r.x + r.width / 2, r.y + r.height / 2]; "
+        "})()");
+    const QVariantList at = Script(place.arg(QString::fromLatin1(id))).toList();
+    ASSERT_EQ(at.size(), 2);
+    ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
+    WaitFor([] { return false; }, 150);
+    EXPECT_NE(View()->title(), QStringLiteral("owned"));
+    EXPECT_TRUE(View()->url().isLocalFile() || View()->url().isEmpty());
+    EXPECT_EQ(Browsers().size(), 1U);
+    EXPECT_TRUE(PageText().contains(QStringLiteral("No1."))) << "the page is still there";
+  }
+  EXPECT_EQ(site.asked, QList<QByteArray>()) << "the network was asked";
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+}
+
+TEST_F(FolderPageTest, LinksOfAPageAreListed) {
+  Begin(2, 100);
+  auto& button = Child<QWidget>(*Browser(), u"url");
+  const auto list = [&]() -> QMenu* {
+    test::Press(button);
+    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  };
+  QMenu* menu = list();
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 6);
+  EXPECT_EQ(menu->actions()[3]->text(), QStringLiteral("No2."));
+  menu->actions()[3]->trigger();
+  menu->close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->Tag(), QStringLiteral("mail_2"));
+  TopLevel<MessageWindow>()->close();
+  OpenFolder(fixed_serial::kOutbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("window.vorn !== undefined")));
+  menu = [&] {
+    test::Press(Child<QWidget>(*Browser(), u"url"));
+    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  }();
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 1);
+  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("nothing.."));
+  EXPECT_FALSE(menu->actions()[0]->isEnabled());
+  menu->close();
+}
+
+TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
+  Begin(1, 100);
+  WebSite other;
+  WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
+               "/news' target='news'>news</a></body>");
+  const auto open = [&](const char* path) {
+    BrowserRequest request;
+    request.serialId = QString::fromLatin1(path);
+    request.url = QString::fromLatin1(site.Url() + path);
+    const size_t before = Browsers().size();
+    program_->Parent()->PostBrowser(request);
+    EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+    BrowserWindow* window = Browsers().back();
+    auto& view = Child<QWebEngineView>(*window, u"wbUrl");
+    EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+    return &view;
+  };
+  const auto click = [](QWebEngineView* view) {
+    WaitFor([] { return false; }, 200);
+    QTest::mouseClick(view->focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
+  };
+  QWebEngineView* first = open("/one");
+  click(first);
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3 && other.asked.size() == 1; }));
+  BrowserWindow* news = Browsers().back();
+  EXPECT_TRUE(WaitFor([news] { return news->isVisible(); }));
+  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(other.asked[0], "/news");
+  // Another window's link with the same target goes there; the window made for it goes.
+  QWebEngineView* second = open("/two");
+  click(second);
+  ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
+  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+}
+
+}  // namespace
+}  // namespace vorn
