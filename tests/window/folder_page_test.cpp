@@ -140,8 +140,12 @@ class FolderPageTest : public ProgramTest {
     auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     QMimeData dragged;
     dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
-    QDropEvent drop(tree.visualItemRect(Node(folder)).center(), Qt::CopyAction | Qt::MoveAction,
-                    &dragged, Qt::LeftButton, Qt::NoModifier);
+    const QPoint at = tree.visualItemRect(Node(folder)).center();
+    const auto actions = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tree.viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(tree.viewport(), &drop);
     Chosen();  // the page's answers come in the order of the questions
   }

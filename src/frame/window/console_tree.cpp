@@ -67,7 +67,7 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
-  setAcceptDrops(true);
+  viewport()->setAcceptDrops(true);
   const auto open = [this](QTreeWidgetItem* item) {
     const QString key = item->data(0, kKeyRole).toString();
     if (!key.isEmpty()) Q_EMIT NodeOpened(key, item->data(0, kTagRole).toString());
