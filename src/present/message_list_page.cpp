@@ -18,6 +18,7 @@ namespace vorn {
 namespace {
 
 constexpr qint32 kDefaultRows = 100;
+constexpr qint32 kPreviewRows = 30;
 constexpr qsizetype kKnownFolders = 16;
 
 qint32 RowsPerPage(const Disk& settings) {
@@ -73,6 +74,22 @@ QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 pa
   const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, content).Run(next);
   context_.Data.Close();
   return bytes.isEmpty() ? QString() : Write(bytes, layout.path);
+}
+
+QString MessageListPages::CreatePreview(const QString& folder, const QString& html) {
+  PageContent content = ReadContent(context_, folder);
+  content.rowsPerPage = kPreviewRows;
+  FolderRows* rows = OpenRows(folder, {});
+  if (rows == nullptr || !rows->Open(context_.Data, 0, kPreviewRows + 1)) {
+    context_.Data.Close();
+    return {};
+  }
+  bool next = false;
+  const QByteArray pageTemplate = ToCodePage932(html);
+  const QByteArray bytes =
+      PageFiller(tags_, pageTemplate, context_.Data.Recordset(), content).Run(next);
+  context_.Data.Close();
+  return bytes.isEmpty() ? QString() : Write(bytes, context_.TempFolder);
 }
 
 // The folder's rows, with the mail database open; null when it does not open or there is no such

@@ -22,6 +22,10 @@ class MessageListPages {
   QString CreateMessageListPage(const QString& folder, qint32 page, bool& before, bool& next,
                                 const QString& search = {});
 
+  /// Writes the first page of a folder with another template than its own, in the default page
+  /// folder and not long. Returns the file's path, or an empty string when nothing was written.
+  QString CreatePreview(const QString& folder, const QString& html);
+
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
   qint32 CountPages(const QString& folder, const QString& search = {}, bool count = true);

@@ -26,8 +26,11 @@ QByteArray PageFiller::Run(bool& next) {
   qint32 remaining = content_.rowsPerPage >= 1 ? content_.rowsPerPage : -1;
   while (mail_ != MailState::After && remaining != 0) {
     at_ = pending_ = rowStart_;
+    const bool hasRow = !rows_->Eof();
     if (!Scan()) return output_;
     if (mail_ == MailState::Before) break;
+    // A row template that neither ends nor asks for data would go on for ever.
+    if (mail_ == MailState::Inside && !hasRow) break;
     if (mail_ == MailState::Inside) {
       rows_->MoveNext();
       if (remaining > 0) --remaining;

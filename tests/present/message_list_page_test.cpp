@@ -158,6 +158,32 @@ TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
   EXPECT_FALSE(page.contains("<script>"));
 }
 
+TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnceForEachRow) {
+  Store("a");
+  Store("b");
+  SetRows(0);
+  EXPECT_EQ(Filled("x<+MAIL>yy"), "xyy");
+  EXPECT_EQ(Filled("x<+MAIL>[<+SUBJECT>]"), "x[a[b[");
+}
+
+TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
+  const QByteArray link = "1<A HREF = \"preview:" + Store("a").toLatin1() + "\">2";
+  SetRows(1);
+  Filled("");  // makes the layout
+  MessageListPages pages(profile_.Get());
+  const auto filled = [&](const char* html) {
+    profile_.Get()
+        .Objects.Find(fixed_serial::kLayout)
+        ->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(html));
+    const QString path = pages.CreateMessageListPage(folder_, 1, before_, next_);
+    const QByteArray bytes = ReadFile(path);
+    QFile::remove(path);
+    return bytes;
+  };
+  EXPECT_EQ(filled("<+MAIL>1<+DIALOG>2<+MAIL>.."), link + "..");
+  EXPECT_EQ(filled("<+MAIL>1<+DIALOG>2<+DIALOG>3<+MAIL>.."), link + "</A>3..");
+}
+
 TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
   const DiskPtr inbox = profile_.Get().Objects.Find(folder_);
   inbox->Let(QStringLiteral("Sql"), QStringLiteral("1 = 1; DELETE FROM mail"));

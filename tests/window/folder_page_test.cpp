@@ -3,12 +3,14 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTreeWidget>
@@ -20,6 +22,7 @@
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/standard_objects.h"
+#include "present/window/layout_window.h"
 #include "window/program_fixture.h"
 
 namespace vorn {
@@ -349,6 +352,56 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
   }
   EXPECT_EQ(site.asked, QList<QByteArray>()) << "the network was asked";
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+}
+
+TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
+  Begin(3, 100);
+  auto* edit = program_->Parent()->findChild<QMenu*>(QStringLiteral("menuDisplays"))->actions()[1];
+  InModal<LayoutWindow>([edit] { edit->trigger(); },
+                        [](LayoutWindow& window) {
+                          auto& html = Child<QPlainTextEdit>(window, u"txHtml");
+                          EXPECT_TRUE(html.toPlainText().startsWith(QStringLiteral("<HTML lang")));
+                          html.setPlainText(QStringLiteral("<p>mine</p><+mail>"));
+                          auto& tags = Child<QTableWidget>(window, u"lvTag");
+                          QTextCursor end = html.textCursor();
+                          end.movePosition(QTextCursor::End);
+                          html.setTextCursor(end);
+                          tags.setFocus();
+                          tags.setCurrentCell(13, 0);  // the link that opens
+                          QTest::keyClick(&tags, Qt::Key_Return);
+                          test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));
+                          QString text;
+                          EXPECT_TRUE(WaitFor([&] {
+                            Child<QWebEngineView>(window, u"wbPreview")
+                                .page()
+                                ->toPlainText([&text](const QString& seen) { text = seen; });
+                            return text.contains(QStringLiteral("[No3.]"));
+                          })) << text.toStdString();
+                          EXPECT_TRUE(text.contains(QStringLiteral("mine")));
+                          window.cmOk_Click();
+                        });
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }));
+  // The ready-made ones, then the default one again, which leaves nothing stored.
+  for (const int ready : {1, 2, 0}) {
+    InModal<LayoutWindow>([edit] { edit->trigger(); },
+                          [ready](LayoutWindow& window) {
+                            auto& box = Child<QComboBox>(window, u"cbLayout");
+                            EXPECT_EQ(box.currentIndex(), ready == 1 ? 3 : ready == 2 ? 1 : 2);
+                            box.setFocus();
+                            QTest::keyClick(&box, Qt::Key_Home);
+                            for (int i = 0; i < ready; ++i) QTest::keyClick(&box, Qt::Key_Down);
+                            window.cmOk_Click();
+                          });
+    ASSERT_TRUE(WaitFor([&] {
+      const QString text = PageText();
+      return text.contains(ready == 2 ? QStringLiteral("body") : QStringLiteral("件名")) &&
+             !text.contains(QStringLiteral("開く"));
+    }));
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
+  }
+  const DiskPtr layouts = program_->Parent()->Contents().Objects.Find(fixed_serial::kLayout);
+  ASSERT_NE(layouts, nullptr);
+  EXPECT_FALSE(layouts->Get(fixed_serial::kInbox + QStringLiteral("_html")).isValid());
 }
 
 TEST_F(FolderPageTest, LinksOfAPageAreListed) {

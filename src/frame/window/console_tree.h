@@ -46,6 +46,8 @@ class ConsoleTree : public QTreeWidget {
   void ShowProperties();
   void RenameNode();
   void DeleteNode();
+  QString CurrentKey() const;
+  QString CurrentTag() const;
   /// Whether the current node stands for an object.
   bool HasObject() const;
 
@@ -57,8 +59,6 @@ class ConsoleTree : public QTreeWidget {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  QString CurrentKey() const;
-  QString CurrentTag() const;
   void TakeName(QTreeWidgetItem* item);
   QString TakingFolderAt(const QPoint& at) const;
   QTreeWidgetItem* Group(const QString& type) const;

@@ -77,8 +77,12 @@ void ParentWindow::BuildDisplayMenu() {
   display->setObjectName(QStringLiteral("menuDisplays"));
   QAction* clear = display->addAction(QStringLiteral("イベントのクリア(&C).."), this,
                                       &ParentWindow::ClearEvents);
-  connect(display, &QMenu::aboutToShow, this,
-          [this, clear] { clear->setEnabled(tvConsole_->HasEvents()); });
+  QAction* layout = display->addAction(QStringLiteral("フォルダのレイアウト(&L).."), this,
+                                       &ParentWindow::EditLayout);
+  connect(display, &QMenu::aboutToShow, this, [this, clear, layout] {
+    clear->setEnabled(tvConsole_->HasEvents());
+    layout->setEnabled(!CurrentFolder().isEmpty());
+  });
 }
 
 // The bookmarks' places, read anew whenever the menu opens.

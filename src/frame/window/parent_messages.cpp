@@ -12,6 +12,7 @@
 #include "present/neighbour_message.h"
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
+#include "present/window/layout_window.h"
 
 namespace vorn {
 namespace {
@@ -84,6 +85,22 @@ BrowserWindow* ParentWindow::ActiveBrowser() const {
   if (frame == nullptr) frame = area_->subWindowList(QMdiArea::StackingOrder).value(0);
   auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
   return browser != nullptr && browser->IsLocal() ? browser : nullptr;
+}
+
+// The folder whose node is chosen in the tree, or else the one whose page was used last.
+QString ParentWindow::CurrentFolder() const {
+  if (tvConsole_->hasFocus() && tvConsole_->CurrentTag() == object_type::kFolder) {
+    return tvConsole_->CurrentKey();
+  }
+  const BrowserWindow* browser = ActiveBrowser();
+  return browser == nullptr ? QString() : browser->Tag();
+}
+
+void ParentWindow::EditLayout() {
+  const QString folder = CurrentFolder();
+  if (folder.isEmpty()) return;
+  LayoutWindow window(context_, pages_, profiles_, folder, this);
+  if (window.exec() == QDialog::Accepted) MessageStored();
 }
 
 QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {

@@ -98,6 +98,8 @@ class ParentWindow : public QMainWindow,
   void FillBookmarkMenu(QMenu* menu);
   void OpenWebPage(const QString& url);
   void EmptyDust();
+  QString CurrentFolder() const;
+  void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
   void TellFailure(bool done);
   BrowserWindow* ActiveBrowser() const;

@@ -77,6 +77,10 @@ BrowserWindow::~BrowserWindow() {
   // Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
   // it is done, so the printer is left to it.
   static_cast<void>(printer_.release());
+  // The engine may report the end of its page as the end of a loading.
+  wbUrl_->disconnect(this);
+  if (page_ != nullptr) page_->disconnect(this);
+  delete wbUrl_;
   DeletePageFile();
   host_.BrowserClosed();
 }

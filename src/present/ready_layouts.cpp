@@ -1,0 +1,136 @@
+#include "present/ready_layouts.h"
+
+#include "present/page_template.h"
+
+namespace vorn {
+namespace {
+
+// The marks of a message become classes of its row, so that a rule can show what is unopened.
+constexpr char kTable[] = R"html(<!DOCTYPE html>
+<html lang="ja">
+<head>
+<meta http-equiv="Content-Type" content="text/html; charset=shift-jis">
+<title><+FOLDER><NAME></title>
+<style>
+:root { color-scheme: light dark; --text: #1f2328; --soft: #656d76; --line: #e4e7eb;
+        --back: #ffffff; --head: #f6f8fa; --link: #0b57d0; --mark: #0b57d0; }
+@media (prefers-color-scheme: dark) {
+  :root { --text: #e6e8eb; --soft: #9aa3ad; --line: #33383f; --back: #1b1d21; --head: #24272c;
+          --link: #8ab4f8; --mark: #8ab4f8; }
+}
+body { margin: 0; background: var(--back); color: var(--text);
+       font: 10pt/1.5 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif; }
+table { width: 100%; border-collapse: collapse; table-layout: fixed; }
+th { position: sticky; top: 0; background: var(--head); color: var(--soft); font-weight: normal;
+     text-align: left; padding: 6px 10px; border-bottom: 1px solid var(--line); }
+td { padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowrap;
+     overflow: hidden; text-overflow: ellipsis; }
+a { color: var(--text); text-decoration: none; }
+a:hover { color: var(--link); text-decoration: underline; }
+.m○ a.s, .m○ .from { font-weight: bold; }
+.m○ .marks { color: var(--mark); }
+.marks { width: 4.5em; } .from { width: 22%; } .date { width: 11.5em; } .do { width: 6.5em; }
+td.date, td.do, td.do a { color: var(--soft); }
+td.do a:hover { color: var(--link); }
+</style>
+</head>
+<body>
+<table>
+<tr><th class="marks"></th><th class="from">送信者</th><th>件名</th><th class="date">日時</th>
+<th class="do"></th></tr>
+<+MAIL>
+<tr class="m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY></td>
+<td class="from"><+MAILADDRESS><FROM></td>
+<td><+DIALOG><+SUBJECT><+DIALOG></td>
+<td class="date"><+TIMESTAMP></td>
+<td class="do"><+DIALOG><REPLAY>返信<+DIALOG> <+DIALOG><FORWARD>転送<+DIALOG></td></tr>
+<+MAIL>
+</table>
+</body>
+</html>
+)html";
+
+constexpr char kCards[] = R"html(<!DOCTYPE html>
+<html lang="ja">
+<head>
+<meta http-equiv="Content-Type" content="text/html; charset=shift-jis">
+<title><+FOLDER><NAME></title>
+<style>
+:root { color-scheme: light dark; --text: #1f2328; --soft: #656d76; --line: #e4e7eb;
+        --back: #f2f4f7; --card: #ffffff; --link: #0b57d0; }
+@media (prefers-color-scheme: dark) {
+  :root { --text: #e6e8eb; --soft: #9aa3ad; --line: #33383f; --back: #17191c; --card: #22252a;
+          --link: #8ab4f8; }
+}
+body { margin: 0; padding: 12px; background: var(--back); color: var(--text);
+       font: 10pt/1.6 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif;
+       display: grid; grid-template-columns: repeat(auto-fill, minmax(19em, 1fr)); gap: 12px;
+       align-items: start; }
+h1 { grid-column: 1 / -1; font-size: 11pt; font-weight: normal; color: var(--soft); margin: 0; }
+article { background: var(--card); border: 1px solid var(--line); border-left: 4px solid var(--line);
+          border-radius: 8px; padding: 10px 14px; overflow: hidden; }
+article.m○ { border-left-color: var(--link); }
+article header { display: flex; justify-content: space-between; gap: 1em; color: var(--soft);
+                 font-size: 9pt; white-space: nowrap; }
+article header span { overflow: hidden; text-overflow: ellipsis; }
+article h2 { font-size: 11pt; font-weight: normal; margin: 2px 0; overflow-wrap: anywhere; }
+article.m○ h2 { font-weight: bold; }
+a { color: var(--text); text-decoration: none; }
+a:hover { color: var(--link); text-decoration: underline; }
+article p { color: var(--soft); margin: 4px 0; max-height: 4.8em; overflow: hidden;
+            overflow-wrap: anywhere; }
+article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
+</style>
+</head>
+<body>
+<h1><+FOLDER><NAME></h1>
+<+MAIL>
+<article class="m<+FLAG><NEW>">
+<header><span><+MAILADDRESS><FROM></span><span><+FLAG><CLIP><PRIORITY> <+TIMESTAMP></span></header>
+<h2><+DIALOG><+SUBJECT><+DIALOG></h2>
+<p><+TEXT></p>
+<footer><+DIALOG><REPLAY>返信<+DIALOG><+DIALOG><REPLAYALL>全員に返信<+DIALOG><+DIALOG><FORWARD>転送<+DIALOG></footer>
+</article>
+<+MAIL>
+</body>
+</html>
+)html";
+
+QString Lines(const char* text) {
+  return QString::fromUtf8(text).replace(u'\n', QStringLiteral("\r\n"));
+}
+
+}  // namespace
+
+QList<ReadyLayout> ReadyLayouts() {
+  return {{QStringLiteral("標準"), DefaultPageTemplate()},
+          {QStringLiteral("表"), Lines(kTable)},
+          {QStringLiteral("カード"), Lines(kCards)}};
+}
+
+QList<LayoutTag> LayoutTags() {
+  return {
+      {QStringLiteral("<+MAIL>"), QStringLiteral("メッセージ1通分の始まりと終わり")},
+      {QStringLiteral("<+SUBJECT>"), QStringLiteral("件名")},
+      {QStringLiteral("<+TIMESTAMP>"), QStringLiteral("日時")},
+      {QStringLiteral("<+MAILADDRESS>"), QStringLiteral("すべてのアドレス")},
+      {QStringLiteral("<+MAILADDRESS><FROM>"), QStringLiteral("送信者")},
+      {QStringLiteral("<+MAILADDRESS><TO>"), QStringLiteral("宛先")},
+      {QStringLiteral("<+MAILADDRESS><CC>"), QStringLiteral("写し")},
+      {QStringLiteral("<+MAILADDRESS><BCC>"), QStringLiteral("隠し写し")},
+      {QStringLiteral("<+FLAG><NEW>"), QStringLiteral("未開封の印 ○")},
+      {QStringLiteral("<+FLAG><CLIP>"), QStringLiteral("添付ファイルの印 ＠")},
+      {QStringLiteral("<+FLAG><PRIORITY>"), QStringLiteral("優先度の印 ↑ ↓")},
+      {QStringLiteral("<+SIZE>"), QStringLiteral("大きさ（キロバイト）")},
+      {QStringLiteral("<+TEXT>"), QStringLiteral("本文の始め")},
+      {QStringLiteral("<+DIALOG>開く<+DIALOG>"), QStringLiteral("メッセージを開くリンク")},
+      {QStringLiteral("<+DIALOG><REPLAY>返信<+DIALOG>"), QStringLiteral("返信するリンク")},
+      {QStringLiteral("<+DIALOG><REPLAYALL>全員に返信<+DIALOG>"),
+       QStringLiteral("全員に返信するリンク")},
+      {QStringLiteral("<+DIALOG><FORWARD>転送<+DIALOG>"), QStringLiteral("転送するリンク")},
+      {QStringLiteral("<+FOLDER><NAME>"), QStringLiteral("フォルダの名前")},
+      {QStringLiteral("<+FOLDER><TOOLTIPTEXT>"), QStringLiteral("フォルダの説明")},
+  };
+}
+
+}  // namespace vorn

@@ -1,0 +1,243 @@
+#include "present/window/layout_window.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <QWebEngineView>
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "present/folder_layout.h"
+#include "present/ready_layouts.h"
+#include "present/window/link_page.h"
+
+namespace vorn {
+namespace {
+
+constexpr QSize kSize(1000, 680);
+constexpr int kTypingPauseMs = 300;
+
+QString HtmlKey(const QString& folder) {
+  return folder + QStringLiteral("_html");
+}
+QString PathKey(const QString& folder) {
+  return folder + QStringLiteral("_path");
+}
+
+}  // namespace
+
+LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
+                           const BrowserProfiles& profiles, const QString& folder, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      pages_(pages),
+      folder_(folder),
+      cbLayout_(new QComboBox),
+      txHtml_(new QPlainTextEdit),
+      lvTag_(new QTableWidget(0, 2)),
+      txPath_(new QLineEdit),
+      lbError_(new QLabel),
+      wbPreview_(new QWebEngineView),
+      page_(new LinkPage(profiles.Local(), wbPreview_)) {
+  setObjectName(QStringLiteral("layout"));
+  resize(kSize);
+  cbLayout_->setObjectName(QStringLiteral("cbLayout"));
+  txHtml_->setObjectName(QStringLiteral("txHtml"));
+  lvTag_->setObjectName(QStringLiteral("lvTag"));
+  txPath_->setObjectName(QStringLiteral("txPath"));
+  lbError_->setObjectName(QStringLiteral("lbError"));
+  wbPreview_->setObjectName(QStringLiteral("wbPreview"));
+  wbPreview_->setPage(page_);
+  wbPreview_->setContextMenuPolicy(Qt::NoContextMenu);
+  wbPreview_->setFocusPolicy(Qt::NoFocus);
+
+  auto* split = new QSplitter;
+  split->addWidget(BuildEditor());
+  split->addWidget(wbPreview_);
+  split->setSizes({kSize.width() / 2, kSize.width() / 2});
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
+  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("キャンセル"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &LayoutWindow::cmOk_Click);
+  connect(buttons, &QDialogButtonBox::rejected, this, &LayoutWindow::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(split, 1);
+  layout->addWidget(lbError_);
+  layout->addWidget(buttons);
+
+  typing_.setSingleShot(true);
+  connect(&typing_, &QTimer::timeout, this, &LayoutWindow::Preview);
+  connect(wbPreview_, &QWebEngineView::loadFinished, this, [this] {
+    RemovePage();
+    Q_EMIT Previewed();
+  });
+  Fill();
+}
+
+LayoutWindow::~LayoutWindow() {
+  // The engine reports the end of its page as the end of a loading.
+  wbPreview_->disconnect(this);
+  delete wbPreview_;
+  RemovePage();
+}
+
+QWidget* LayoutWindow::BuildEditor() {
+  for (const ReadyLayout& ready : ReadyLayouts()) cbLayout_->addItem(ready.name);
+  cbLayout_->addItem(QStringLiteral("このフォルダのレイアウト"));
+  connect(cbLayout_, &QComboBox::activated, this, &LayoutWindow::TakeReady);
+  txHtml_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  txHtml_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  txHtml_->setTabChangesFocus(true);
+  connect(txHtml_, &QPlainTextEdit::textChanged, this, [this] { typing_.start(kTypingPauseMs); });
+  BuildTags();
+  txPath_->setPlaceholderText(context_.TempFolder);
+
+  auto* editor = new QWidget;
+  auto* form = new QFormLayout(editor);
+  form->setContentsMargins(0, 0, 0, 0);
+  form->addRow(QStringLiteral("ひな形(&L):"), cbLayout_);
+  const auto labelled = [form](const QString& text, QWidget* control) {
+    auto* label = new QLabel(text);
+    label->setBuddy(control);
+    form->addRow(label);
+    form->addRow(control);
+  };
+  labelled(QStringLiteral("HTML(&H):"), txHtml_);
+  labelled(QStringLiteral("タグ（ダブルクリックまたはEnterで挿入）(&T):"), lvTag_);
+  form->addRow(QStringLiteral("ページのフォルダ(&P):"), txPath_);
+  return editor;
+}
+
+void LayoutWindow::BuildTags() {
+  const QList<LayoutTag> tags = LayoutTags();
+  lvTag_->setRowCount(static_cast<int>(tags.size()));
+  for (int row = 0; row < lvTag_->rowCount(); ++row) {
+    lvTag_->setItem(row, 0, new QTableWidgetItem(tags[row].meaning));
+    lvTag_->setItem(row, 1, new QTableWidgetItem(tags[row].text));
+  }
+  lvTag_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  lvTag_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  lvTag_->setSelectionMode(QAbstractItemView::SingleSelection);
+  lvTag_->setTabKeyNavigation(false);
+  lvTag_->verticalHeader()->hide();
+  lvTag_->horizontalHeader()->hide();
+  lvTag_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  lvTag_->horizontalHeader()->setStretchLastSection(true);
+  lvTag_->setCurrentCell(0, 0);
+  connect(lvTag_, &QTableWidget::cellActivated, this, &LayoutWindow::InsertTag);
+  connect(lvTag_, &QTableWidget::cellDoubleClicked, this, &LayoutWindow::InsertTag);
+}
+
+void LayoutWindow::Fill() {
+  const DiskPtr folder = LoadObject(context_, folder_);
+  const QString name = folder == nullptr ? folder_ : folder->Text(u"Object");
+  setWindowTitle(QStringLiteral("フォルダのレイアウト - ") + name);
+  const QList<ReadyLayout> ready = ReadyLayouts();
+  stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;
+  int index = 0;
+  while (index < ready.size() && ready[index].html != stored_) ++index;
+  cbLayout_->setCurrentIndex(index);
+  txHtml_->setPlainText(stored_);
+  if (const DiskPtr own = LoadObject(context_, fixed_serial::kLayout)) {
+    txPath_->setText(own->Text(PathKey(folder_)));
+  }
+  txHtml_->document()->setModified(false);
+  txHtml_->setFocus();
+  typing_.start(0);
+}
+
+void LayoutWindow::TakeReady(int index) {
+  const QList<ReadyLayout> ready = ReadyLayouts();
+  txHtml_->setPlainText(index < ready.size() ? ready[index].html : stored_);
+  txHtml_->document()->setModified(true);
+}
+
+void LayoutWindow::InsertTag(int row) {
+  txHtml_->insertPlainText(lvTag_->item(row, 1)->text());
+  txHtml_->setFocus();
+}
+
+void LayoutWindow::Preview() {
+  RemovePage();
+  shownFile_ = pages_.CreatePreview(folder_, txHtml_->toPlainText());
+  lbError_->setText(shownFile_.isEmpty() ? QStringLiteral("このレイアウトは何も表示しません。")
+                                         : QString());
+  if (shownFile_.isEmpty()) return;
+  const QUrl url = QUrl::fromLocalFile(shownFile_);
+  page_->SetLocalPage(url);
+  wbPreview_->load(url);
+}
+
+void LayoutWindow::RemovePage() {
+  if (!shownFile_.isEmpty()) QFile::remove(shownFile_);
+  shownFile_.clear();
+}
+
+bool LayoutWindow::Save(QString* error) {
+  // Lines end in a page as they do in the default template.
+  const QString html = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
+  DiskPtr layouts = LoadObject(context_, fixed_serial::kLayout);
+  if (layouts == nullptr) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
+  if (html.isEmpty() || html == ReadyLayouts().first().html) {
+    layouts->Remove(HtmlKey(folder_));
+  } else {
+    layouts->Let(HtmlKey(folder_), html);
+  }
+  const QString path = txPath_->text().trimmed();
+  if (!path.isEmpty() && !QDir(path).exists()) {
+    *error = QStringLiteral("ページのフォルダが見つかりません。");
+    txPath_->setFocus();
+    return false;
+  }
+  if (path.isEmpty()) {
+    layouts->Remove(PathKey(folder_));
+  } else {
+    layouts->Let(PathKey(folder_), path);
+  }
+  if (!SaveObject(context_, DatabaseKind::Profile, *layouts)) {
+    *error = QStringLiteral("保存できませんでした。") + context_.Data.LastError().text;
+    return false;
+  }
+  if (context_.Objects.Find(fixed_serial::kLayout) == nullptr) context_.Objects.Add(layouts);
+  return true;
+}
+
+void LayoutWindow::cmOk_Click() {
+  QString error;
+  if (Save(&error)) {
+    accept();
+  } else {
+    lbError_->setText(error);
+  }
+}
+
+void LayoutWindow::reject() {
+  if (txHtml_->document()->isModified()) {
+    const auto answer = QMessageBox::question(
+        this, windowTitle(), QStringLiteral("変更を保存しますか？"),
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+    if (answer == QMessageBox::Cancel) return;
+    if (answer == QMessageBox::Yes) {
+      cmOk_Click();
+      return;
+    }
+  }
+  QDialog::reject();
+}
+
+}  // namespace vorn

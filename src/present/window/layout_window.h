@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+
+#include "present/message_list_page.h"
+#include "present/window/browser_profiles.h"
+#include "storage/context.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QTableWidget;
+class QWebEngineView;
+
+namespace vorn {
+
+class LinkPage;
+
+/// The window "layout": edits the template of one folder's pages beside a preview of the folder's
+/// own messages, which follows the typing. OK keeps the template in the object "layout", or takes
+/// it out when it is the default one.
+class LayoutWindow : public QDialog {
+  Q_OBJECT
+
+ public:
+  LayoutWindow(Context& context, MessageListPages& pages, const BrowserProfiles& profiles,
+               const QString& folder, QWidget* parent = nullptr);
+  ~LayoutWindow() override;
+
+  void cmOk_Click();
+
+ Q_SIGNALS:
+  /// The preview shows what is written.
+  void Previewed();
+
+ protected:
+  void reject() override;
+
+ private:
+  QWidget* BuildEditor();
+  void BuildTags();
+  void Fill();
+  void TakeReady(int index);
+  void InsertTag(int row);
+  void Preview();
+  void RemovePage();
+  bool Save(QString* error);
+
+  Context& context_;
+  MessageListPages& pages_;
+  QString folder_;
+  QString stored_;  // the template as it was
+  QComboBox* cbLayout_;
+  QPlainTextEdit* txHtml_;
+  QTableWidget* lvTag_;
+  QLineEdit* txPath_;
+  QLabel* lbError_;
+  QWebEngineView* wbPreview_;
+  LinkPage* page_;
+  QString shownFile_;
+  QTimer typing_;
+};
+
+}  // namespace vorn
