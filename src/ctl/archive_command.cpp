@@ -2,11 +2,9 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "mail/flag_string.h"
+#include "mail/export_messages.h"
 #include "mail/import_messages.h"
 #include "mail/mail_archive.h"
-#include "objects/search_condition.h"
-#include "storage/databases.h"
 
 namespace vorn::ctl {
 namespace {
@@ -20,21 +18,6 @@ std::optional<ArchiveFormat> FormatOf(const QString& name) {
 
 void Report(const QJsonObject& counts, const QString& text, bool asJson) {
   Print(asJson ? QString::fromUtf8(QJsonDocument(counts).toJson(QJsonDocument::Compact)) : text);
-}
-
-// Writes the rows of an open record set; the number written, or nothing after a failure.
-std::optional<int> WriteRows(Recordset& rows, ArchiveWriter& writer) {
-  int count = 0;
-  for (; !rows.Eof(); rows.MoveNext(), ++count) {
-    const bool opened =
-        GetFlagChar(rows.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0";
-    if (!writer.Write(rows.Fields(u"MAIL").toByteArray(), rows.Fields(u"FIELD_SUBJECT").toString(),
-                      opened)) {
-      return std::nullopt;
-    }
-  }
-  if (rows.Failed()) return std::nullopt;
-  return count;
 }
 
 }  // namespace
@@ -78,21 +61,12 @@ int Export(Context& context, const Arguments& arguments) {
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  ArchiveWriter writer(*format, out);
-  if (!writer.Open()) return Complain(writer.Error(), kExitFailure);
-  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder) +
-                         QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
-  std::optional<int> count;
-  if (OpenDatabase(context, DatabaseKind::Mail) &&
-      context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
-    count = WriteRows(*context.Data.Recordset(), writer);
+  int count = 0;
+  QString error;
+  if (!ExportMessages(context, folder, *format, out, &count, &error)) {
+    return Complain(error, kExitFailure);
   }
-  const QString reason = context.Data.LastError().text;
-  context.Data.Close();
-  if (!writer.Close() || !count) {
-    return Complain(writer.Error().isEmpty() ? reason : writer.Error(), kExitFailure);
-  }
-  Report({{QStringLiteral("exported"), *count}}, QStringLiteral("書き出し %1通").arg(*count),
+  Report({{QStringLiteral("exported"), count}}, QStringLiteral("書き出し %1通").arg(count),
          arguments.Has(QStringLiteral("json")));
   return kExitOk;
 }

@@ -2,6 +2,7 @@
 
 #include "mail/identifiers.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -22,7 +23,7 @@ void EventLog::AddEvent(int level, int mode, const QString& reference, const QSt
   const QString levelName = level == kEventError         ? QStringLiteral("error")
                             : level == kEventInformation ? QStringLiteral("infomation")
                                                          : QString();
-  view_.ShowEvent(record->SerialID(), title.isEmpty() ? QStringLiteral("システム") : title,
+  view_.ShowEvent(record->SerialID(), title.isEmpty() ? Ui::tr("システム") : title,
                   category + levelName);
 }
 

@@ -8,6 +8,7 @@
 #include "objects/select_objects.h"
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -57,11 +58,10 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
   switch (step) {
     case LoginStep::LoadProfiles:
       return LoadObjects(context, DatabaseKind::Navigator, context.Objects) ||
-             Fail(context, QStringLiteral("プロファイルの一覧を読み込めません。"), error);
+             Fail(context, Ui::tr("プロファイルの一覧を読み込めません。"), error);
     case LoginStep::EnterProfile: {
       const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
-      if (profile == nullptr)
-        return Fail(context, QStringLiteral("プロファイルがありません。"), error);
+      if (profile == nullptr) return Fail(context, Ui::tr("プロファイルがありません。"), error);
       EnterProfile(context, profile, password);
       return true;
     }
@@ -70,10 +70,10 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       return true;
     case LoginStep::LoadObjects:
       return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
-             Fail(context, QStringLiteral("プロファイルを読み込めません。"), error);
+             Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
       return CreateStandardObjects(context) ||
-             Fail(context, QStringLiteral("プロファイルに書き込めません。"), error);
+             Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
   }
   return false;
 }
@@ -81,15 +81,14 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
 bool LogIn(Context& context, const QString& name, const QString& password, QString* error) {
   const DiskPtr profile = name.isEmpty() ? DefaultProfile(context) : FindProfile(context, name);
   if (profile == nullptr) {
-    *error = name.isEmpty() ? QStringLiteral("プロファイルが複数あります。名前を指定してください。")
-                            : QStringLiteral("プロファイル「%1」はありません。").arg(name);
+    *error = name.isEmpty() ? Ui::tr("プロファイルが複数あります。名前を指定してください。")
+                            : Ui::tr("プロファイル「%1」はありません。").arg(name);
     return false;
   }
   if (!TestProfilePassword(context, *profile, password)) {
-    return Fail(
-        context,
-        QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。"),
-        error);
+    return Fail(context,
+                Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。"),
+                error);
   }
   BeginLogin(context, *profile, password);
   for (int step = 0; step < kLoginSteps; ++step) {

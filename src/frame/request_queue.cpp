@@ -48,18 +48,20 @@ void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
 bool RequestQueue::PostMailRequest(const MailRequest& request) {
   const QString serialId =
       request.serialId.isEmpty() ? NewMessageSerialID(context_) : request.serialId;
-  Post(MakeRequest(serialId, {{u"mode", QStringLiteral("window")},
-                              {u"status", QStringLiteral("mail")},
-                              {u"db", request.db},
-                              {u"file", request.file},
-                              {u"open", request.open},
-                              {u"password", request.password},
-                              {u"show", request.show},
-                              {u"new", request.isNew},
-                              {u"direct", request.open != 0},
-                              {u"update", true},
-                              {u"AutoSend", request.autoSend},
-                              {u"event", request.event}}));
+  const DiskPtr bag = MakeRequest(serialId, {{u"mode", QStringLiteral("window")},
+                                             {u"status", QStringLiteral("mail")},
+                                             {u"db", request.db},
+                                             {u"file", request.file},
+                                             {u"open", request.open},
+                                             {u"password", request.password},
+                                             {u"show", request.show},
+                                             {u"new", request.isNew},
+                                             {u"direct", request.open != 0},
+                                             {u"update", true},
+                                             {u"AutoSend", request.autoSend},
+                                             {u"event", request.event}});
+  if (!request.mailto.isEmpty()) bag->Let(QStringLiteral("mailto"), request.mailto);
+  Post(bag);
   return true;
 }
 

@@ -22,6 +22,7 @@ struct MailRequest {
   int show = kShowModeless;
   bool autoSend = false;
   QString event;
+  QString mailto;  ///< for a new message: a "mailto:" address that it begins with
 };
 
 struct DialogRequest {

@@ -1,8 +1,8 @@
 #include "frame/security_key.h"
 
 #include <QFile>
-#include <QSettings>
 
+#include "frame/user_store.h"
 #include "mail/identifiers.h"
 #include "storage/data_session.h"
 
@@ -21,8 +21,8 @@ QString MakeKey(DataSession& data) {
 }  // namespace
 
 QString SecurityKey(DataSession& data) {
-  QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Vorn"),
-                  QStringLiteral(".VORN"));
+  const auto userStore = UserStore();
+  QSettings& store = *userStore;
   const QString kept = store.value(kEntry).toString().left(kKeyCharacters);
   if (!kept.isEmpty()) return kept;
   const QString key = MakeKey(data);

@@ -8,6 +8,7 @@
 
 #include "frame/security_key.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -49,14 +50,14 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
   context.LayoutFolder = context.AppFolder + QStringLiteral("layout/");
   context.SecurityKey = SecurityKey(context.Data);
   if (context.SecurityKey.isEmpty()) {
-    *error = QStringLiteral("ユーザー設定を保存できないため、起動できません。");
+    *error = Ui::tr("ユーザー設定を保存できないため、起動できません。");
     return false;
   }
   context.Session->Let(QStringLiteral("login"), false);
   if (!CreateDatabase(context, DatabaseKind::Navigator) ||
       !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
     *error =
-        QStringLiteral("プロファイル一覧のファイル「%1」を開けません。%2")
+        Ui::tr("プロファイル一覧のファイル「%1」を開けません。%2")
             .arg(QDir::toNativeSeparators(context.NaviDatabasePath), context.Data.LastError().text);
     return false;
   }

@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include "mail/mime_codec.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -58,7 +59,7 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
     if (file.error() == QFileDevice::NoError) return data.isNull() ? QByteArrayLiteral("") : data;
   }
   if (error != nullptr) {
-    *error = QStringLiteral("添付ファイル「%1」を読み込めません。").arg(attachment.path);
+    *error = Ui::tr("添付ファイル「%1」を読み込めません。").arg(attachment.path);
   }
   return {};
 }

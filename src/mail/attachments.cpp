@@ -1,4 +1,5 @@
 #include "mail/attachments.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -9,7 +10,7 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
   for (const MimeCodec::ContentRecord& record : records) {
     if (!record.hasName && textTypes.contains(record.type)) continue;
     const QString name =
-        record.hasName ? record.name : QStringLiteral("添付ファイル[%1].dat").arg(++unnamed);
+        record.hasName ? record.name : Ui::tr("添付ファイル[%1].dat").arg(++unnamed);
     attachments.push_back({name, record});
   }
   return attachments;

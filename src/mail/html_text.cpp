@@ -1,4 +1,5 @@
 #include "mail/html_text.h"
+#include "storage/ui.h"
 
 #include <QHash>
 #include <algorithm>
@@ -141,7 +142,7 @@ class Converter {
       return;
     } else if (IsOneOf(name, kBlocks)) {
       NewLine(IsOneOf(name, kParagraphs) && !out_.isEmpty());
-      if (name == u"li" && !closes) out_ += QStringLiteral("・");
+      if (name == u"li" && !closes) out_ += Ui::tr("・");
       if (name == u"hr") out_ += QStringLiteral("----------\n");
       if (name == u"pre") preformatted_ = !closes;
     }

@@ -11,12 +11,28 @@
 #include "mail/message_index.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/sql_text.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kGroupMessages = 100;
+
+QString ImportId(const QByteArray& source) {
+  return QStringLiteral("import/") +
+         QString::fromLatin1(QCryptographicHash::hash(source, QCryptographicHash::Sha256).toHex());
+}
+
+// An imported message's bag, under the time at which it arrived.
+void FillMessage(Disk& message, const QByteArray& source, int status) {
+  message.Let(QStringLiteral("MessageID"), ImportId(source));
+  message.Let(QStringLiteral("Flag"), QStringLiteral("000"));
+  message.Let(QStringLiteral("process"), status);
+  const QDateTime date = MessageDate(source);
+  if (date.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(date));
+}
 
 class Importer {
  public:
@@ -28,20 +44,13 @@ class Importer {
   }
 
   bool Take(const QByteArray& source) {
-    const QString id =
-        QStringLiteral("import/") +
-        QString::fromLatin1(QCryptographicHash::hash(source, QCryptographicHash::Sha256).toHex());
-    if (IsKnown(id, source)) {
+    if (IsKnown(ImportId(source), source)) {
       ++counts_.known;
       return true;
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
-    message.Let(QStringLiteral("MessageID"), id);
-    message.Let(QStringLiteral("Flag"), QStringLiteral("000"));
-    message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    FillMessage(message, source, kStatusReceived);
     message.Let(QStringLiteral("folder"), folder_);
-    const QDateTime date = MessageDate(source);
-    if (date.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(date));
     if (store_.StoreMessage(message, source).isEmpty()) return false;
     ++counts_.imported;
     return counts_.imported % kGroupMessages != 0 || context_.Data.FlushGroup();
@@ -89,16 +98,57 @@ class Importer {
 }  // namespace
 
 bool ImportMessages(Context& context, const QString& path, const QString& folder,
-                    ImportCounts* counts, QString* error) {
+                    ImportCounts* counts, QString* error, const WorkProgress& progress) {
   Importer importer(context, folder, *counts);
   context.Data.BeginGroup(MailDatabasePath(context));
   bool stored = true;
+  bool ended = false;
   const bool read = ReadArchive(
-      path, [&](const QByteArray& source) { return stored = importer.Take(source); }, error);
+      path,
+      [&](const QByteArray& source) {
+        stored = importer.Take(source);
+        ended = stored && progress && !progress(counts->imported + counts->known);
+        return stored && !ended;
+      },
+      error);
   const bool written = context.Data.EndGroup();
-  if (stored && written) return read;
-  *error = QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
+  if (ended) *error = Ui::tr("中止しました。");
+  if (stored && written) return read && !ended;
+  *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;
   return false;
+}
+
+QString TakeMessageFile(Context& context, const QString& path, QString* error) {
+  QByteArray source;
+  const bool read = ReadArchive(
+      path,
+      [&source](const QByteArray& first) {
+        source = first;
+        return false;
+      },
+      error);
+  if (source.isEmpty()) {
+    if (read) *error = Ui::tr("「%1」にメッセージがありません。").arg(path);
+    return {};
+  }
+  QString known;
+  if (OpenDatabase(context, DatabaseKind::Mail)) {
+    if (context.Data.OpenRecordset(
+            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(ImportId(source)),
+            CursorKind::ForwardOnly) &&
+        !context.Data.Recordset()->Eof()) {
+      known = context.Data.Recordset()->SerialID();
+    }
+    context.Data.Close();
+  }
+  if (!known.isEmpty()) return known;
+  Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));
+  FillMessage(message, source, -kStatusReceived);
+  const QString stored = MailStore(context).StoreMessage(message, source);
+  if (stored.isEmpty()) {
+    *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;
+  }
+  return stored;
 }
 
 }  // namespace vorn

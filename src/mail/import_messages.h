@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "mail/export_messages.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -16,6 +17,11 @@ struct ImportCounts {
 /// empty. A message that is in the store already is left out. False, with a sentence in `error`,
 /// when it could not go on; what was imported stays.
 bool ImportMessages(Context& context, const QString& path, const QString& folder,
-                    ImportCounts* counts, QString* error);
+                    ImportCounts* counts, QString* error, const WorkProgress& progress = {});
+
+/// Takes the first message of a file into the store, in the dust bin, from where the user may take
+/// it out to keep it; one that was taken before is found again. Returns its serial identifier, or
+/// an empty text with a sentence in `error`.
+QString TakeMessageFile(Context& context, const QString& path, QString* error);
 
 }  // namespace vorn

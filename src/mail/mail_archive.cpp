@@ -5,6 +5,7 @@
 #include <QSaveFile>
 
 #include "mail/attachment_files.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -81,7 +82,7 @@ class MboxReader {
 };
 
 bool CannotRead(const QString& path, QString* error) {
-  *error = QStringLiteral("「%1」を読み込めません。").arg(QDir::toNativeSeparators(path));
+  *error = Ui::tr("「%1」を読み込めません。").arg(QDir::toNativeSeparators(path));
   return false;
 }
 
@@ -129,10 +130,9 @@ bool ArchiveWriter::Fail(const QString& error) {
 
 bool ArchiveWriter::Open() {
   if (QFileInfo::exists(path_)) {
-    return Fail(QStringLiteral("「%1」はもうあります。").arg(QDir::toNativeSeparators(path_)));
+    return Fail(Ui::tr("「%1」はもうあります。").arg(QDir::toNativeSeparators(path_)));
   }
-  const QString cannot =
-      QStringLiteral("「%1」に書き込めません。").arg(QDir::toNativeSeparators(path_));
+  const QString cannot = Ui::tr("「%1」に書き込めません。").arg(QDir::toNativeSeparators(path_));
   if (format_ == ArchiveFormat::Mbox) {
     mbox_.setFileName(path_);
     return mbox_.open(QIODevice::WriteOnly) || Fail(cannot);
@@ -152,7 +152,7 @@ bool ArchiveWriter::WriteFile(const QString& path, const QByteArray& bytes) {
   if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
     return true;
   }
-  return Fail(QStringLiteral("「%1」に書き込めません。ディスクの空き容量を確認してください。")
+  return Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
                   .arg(QDir::toNativeSeparators(path)));
 }
 
@@ -182,7 +182,7 @@ bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool op
   }
   bytes += '\n';
   return mbox_.write(bytes) == bytes.size() ||
-         Fail(QStringLiteral("「%1」に書き込めません。ディスクの空き容量を確認してください。")
+         Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
                   .arg(QDir::toNativeSeparators(path_)));
 }
 
@@ -191,7 +191,7 @@ bool ArchiveWriter::Close() {
   const bool written = mbox_.flush();
   mbox_.close();
   return (written && mbox_.error() == QFileDevice::NoError) ||
-         Fail(QStringLiteral("「%1」に書き込めません。ディスクの空き容量を確認してください。")
+         Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
                   .arg(QDir::toNativeSeparators(path_)));
 }
 

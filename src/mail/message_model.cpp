@@ -5,6 +5,7 @@
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -91,7 +92,7 @@ QString SubjectIn(OpenMode mode, const QString& subject, qsizetype identifiers,
     return WithPrefix(settings.subjectForward, identifiers - 1,
                       WithoutPrefix(subject, QStringLiteral("fw"), settings.subjectForward));
   }
-  return mode == OpenMode::Receipt ? QStringLiteral("開封通知： ") + subject : subject;
+  return mode == OpenMode::Receipt ? Ui::tr("開封通知： ") + subject : subject;
 }
 
 AddressEntry MakeEntry(const QString& kind, const QString& address, const QString& name) {
@@ -122,8 +123,8 @@ QList<AddressEntry> AddressesIn(OpenMode mode, const QString& lines) {
 QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
                const EditSettings& settings) {
   if (mode == OpenMode::Receipt) {
-    return QStringLiteral("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") +
-           subject + QStringLiteral("\r\n日時： ") + message.timestamp;
+    return Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") + subject +
+           Ui::tr("\r\n日時： ") + message.timestamp;
   }
   TextRequest request;
   request.charset = message.charset;

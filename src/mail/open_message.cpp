@@ -2,6 +2,7 @@
 
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
+#include "mail/mailto.h"
 #include "mail/message_id.h"
 #include "mail/message_index.h"
 #include "mail/text_extraction.h"
@@ -124,6 +125,9 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   opened.model =
       OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
+  if (mode == OpenMode::Show && request.Flag(u"new") && !opened.found) {
+    ApplyMailto(request.Text(u"mailto"), opened.model);
+  }
   // What is stored is the code of the plain text; the HTML part declares its own.
   opened.html = GetMessageHtml(message.source, message.contentIndex,
                                applyStoredCharset ? CharsetChoice::Automatic : charset);

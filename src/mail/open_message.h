@@ -22,6 +22,8 @@ struct OpenedMessage {
 /// is the first time. A message that is opened for the first time is marked as opened. In any mode
 /// but the first the request becomes a new message with an identifier of its own.
 ///
+/// A new message begins with what the request's "mailto" says (`ApplyMailto`).
+///
 /// With `applyStoredCharset` the text is read with the stored code, otherwise with `charset`. A
 /// message that cannot be read gives an empty model; the session's `LastError` may say why.
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,

@@ -1,4 +1,5 @@
 #include "mail/print_page.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -36,12 +37,12 @@ QByteArray PrintPage(const MessageModel& model) {
   for (const ModelAttachment& attachment : model.attachments) attachments.append(attachment.name);
   const QString page =
       QStringLiteral("<html><meta charset=\"utf-8\">\r\n<TABLE width = \"100%\">\r\n") +
-      Row(QStringLiteral("差出人："), Addresses(model, u"FROM")) +
-      Row(QStringLiteral("宛て先："), Addresses(model, u"TO")) +
-      Row(QStringLiteral("参照先："), Addresses(model, u"CC")) +
-      Row(QStringLiteral("添付："), attachments.join(QStringLiteral(", "))) +
-      Row(QStringLiteral("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") +
-      Escaped(model.text) + QStringLiteral("</html>\r\n");
+      Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
+      Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
+      Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
+      Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
+      Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") + Escaped(model.text) +
+      QStringLiteral("</html>\r\n");
   return page.toUtf8();
 }
 

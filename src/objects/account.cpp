@@ -4,6 +4,7 @@
 
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -57,19 +58,18 @@ QString ValidateAccount(const Context& context, const AccountValues& values) {
   const QString nameError = ValidateObject(context.Objects, *probe);
   if (!nameError.isEmpty()) return nameError;
   if (!values.address.contains(u'@')) {
-    return QStringLiteral("メールアドレスに「@」がありません。");
+    return Ui::tr("メールアドレスに「@」がありません。");
   }
-  if (values.inServer.isEmpty()) return QStringLiteral("受信サーバーが設定されていません。");
-  if (values.inUser.isEmpty())
-    return QStringLiteral("受信サーバーのユーザー名が設定されていません。");
+  if (values.inServer.isEmpty()) return Ui::tr("受信サーバーが設定されていません。");
+  if (values.inUser.isEmpty()) return Ui::tr("受信サーバーのユーザー名が設定されていません。");
   const auto isPort = [](int port) { return port >= 1 && port <= kMaxPort; };
   if (!isPort(values.inPort) || !isPort(values.outPort)) {
-    return QStringLiteral("ポート番号は1から65535までの数です。");
+    return Ui::tr("ポート番号は1から65535までの数です。");
   }
   for (const QString& text :
        {values.name, values.address, values.display, values.inServer, values.inUser,
         values.inPassword, values.outServer, values.outUser, values.outPassword}) {
-    if (HasControlCharacter(text)) return QStringLiteral("使えない文字（制御文字）があります。");
+    if (HasControlCharacter(text)) return Ui::tr("使えない文字（制御文字）があります。");
   }
   return {};
 }

@@ -3,6 +3,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/password_change.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -60,7 +61,7 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
                            const QString& newPassword, QString* error) {
   PasswordChange change = ChangeOf(context, profile);
   if (!change.Run(oldPassword, newPassword)) {
-    *error = QStringLiteral("パスワードを変更できませんでした。前のパスワードのままです。") +
+    *error = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。") +
              change.Error().text;
     return false;
   }

@@ -3,6 +3,7 @@
 #include "objects/object_types.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -41,10 +42,10 @@ bool StoreRows(DataSession& data, Disk& object) {
 
 QString ValidateObject(const DiskCollection& objects, const Disk& object) {
   const QString name = object.Text(u"Object");
-  if (name.isEmpty()) return QStringLiteral("オブジェクト名が設定されていません。");
+  if (name.isEmpty()) return Ui::tr("オブジェクト名が設定されていません。");
   for (const DiskPtr& other : objects) {
     if (other->SerialID() != object.SerialID() && other->Text(u"Object") == name) {
-      return QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。");
+      return Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。");
     }
   }
   return {};

@@ -91,6 +91,7 @@ bool CreateSettings(Context& context) {
   SetAll(*settings, {{QStringLiteral("TextMime"), QStringLiteral("text/plain")},
                      {QStringLiteral("MessagesEdit"), true},
                      {QStringLiteral("Messages"), 100},
+                     {QStringLiteral("MessagesNewest"), true},
                      {QStringLiteral("PageEscape"), true},
                      {QStringLiteral("StandardHeaders"), true},
                      {QStringLiteral("MessageCheck"), false},

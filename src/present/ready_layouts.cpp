@@ -1,6 +1,7 @@
 #include "present/ready_layouts.h"
 
 #include "present/page_template.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -103,33 +104,32 @@ QString Lines(const char* text) {
 }  // namespace
 
 QList<ReadyLayout> ReadyLayouts() {
-  return {{QStringLiteral("標準"), DefaultPageTemplate()},
-          {QStringLiteral("表"), Lines(kTable)},
-          {QStringLiteral("カード"), Lines(kCards)}};
+  return {{Ui::tr("標準"), DefaultPageTemplate()},
+          {Ui::tr("表"), Lines(kTable)},
+          {Ui::tr("カード"), Lines(kCards)}};
 }
 
 QList<LayoutTag> LayoutTags() {
   return {
-      {QStringLiteral("<+MAIL>"), QStringLiteral("メッセージ1通分の始まりと終わり")},
-      {QStringLiteral("<+SUBJECT>"), QStringLiteral("件名")},
-      {QStringLiteral("<+TIMESTAMP>"), QStringLiteral("日時")},
-      {QStringLiteral("<+MAILADDRESS>"), QStringLiteral("すべてのアドレス")},
-      {QStringLiteral("<+MAILADDRESS><FROM>"), QStringLiteral("送信者")},
-      {QStringLiteral("<+MAILADDRESS><TO>"), QStringLiteral("宛先")},
-      {QStringLiteral("<+MAILADDRESS><CC>"), QStringLiteral("写し")},
-      {QStringLiteral("<+MAILADDRESS><BCC>"), QStringLiteral("隠し写し")},
-      {QStringLiteral("<+FLAG><NEW>"), QStringLiteral("未開封の印 ○")},
-      {QStringLiteral("<+FLAG><CLIP>"), QStringLiteral("添付ファイルの印 ＠")},
-      {QStringLiteral("<+FLAG><PRIORITY>"), QStringLiteral("優先度の印 ↑ ↓")},
-      {QStringLiteral("<+SIZE>"), QStringLiteral("大きさ（キロバイト）")},
-      {QStringLiteral("<+TEXT>"), QStringLiteral("本文の始め")},
-      {QStringLiteral("<+DIALOG>開く<+DIALOG>"), QStringLiteral("メッセージを開くリンク")},
-      {QStringLiteral("<+DIALOG><REPLAY>返信<+DIALOG>"), QStringLiteral("返信するリンク")},
-      {QStringLiteral("<+DIALOG><REPLAYALL>全員に返信<+DIALOG>"),
-       QStringLiteral("全員に返信するリンク")},
-      {QStringLiteral("<+DIALOG><FORWARD>転送<+DIALOG>"), QStringLiteral("転送するリンク")},
-      {QStringLiteral("<+FOLDER><NAME>"), QStringLiteral("フォルダの名前")},
-      {QStringLiteral("<+FOLDER><TOOLTIPTEXT>"), QStringLiteral("フォルダの説明")},
+      {QStringLiteral("<+MAIL>"), Ui::tr("メッセージ1通分の始まりと終わり")},
+      {QStringLiteral("<+SUBJECT>"), Ui::tr("件名")},
+      {QStringLiteral("<+TIMESTAMP>"), Ui::tr("日時")},
+      {QStringLiteral("<+MAILADDRESS>"), Ui::tr("すべてのアドレス")},
+      {QStringLiteral("<+MAILADDRESS><FROM>"), Ui::tr("送信者")},
+      {QStringLiteral("<+MAILADDRESS><TO>"), Ui::tr("宛先")},
+      {QStringLiteral("<+MAILADDRESS><CC>"), Ui::tr("写し")},
+      {QStringLiteral("<+MAILADDRESS><BCC>"), Ui::tr("隠し写し")},
+      {QStringLiteral("<+FLAG><NEW>"), Ui::tr("未開封の印 ○")},
+      {QStringLiteral("<+FLAG><CLIP>"), Ui::tr("添付ファイルの印 ＠")},
+      {QStringLiteral("<+FLAG><PRIORITY>"), Ui::tr("優先度の印 ↑ ↓")},
+      {QStringLiteral("<+SIZE>"), Ui::tr("大きさ（キロバイト）")},
+      {QStringLiteral("<+TEXT>"), Ui::tr("本文の始め")},
+      {Ui::tr("<+DIALOG>開く<+DIALOG>"), Ui::tr("メッセージを開くリンク")},
+      {Ui::tr("<+DIALOG><REPLAY>返信<+DIALOG>"), Ui::tr("返信するリンク")},
+      {Ui::tr("<+DIALOG><REPLAYALL>全員に返信<+DIALOG>"), Ui::tr("全員に返信するリンク")},
+      {Ui::tr("<+DIALOG><FORWARD>転送<+DIALOG>"), Ui::tr("転送するリンク")},
+      {QStringLiteral("<+FOLDER><NAME>"), Ui::tr("フォルダの名前")},
+      {QStringLiteral("<+FOLDER><TOOLTIPTEXT>"), Ui::tr("フォルダの説明")},
   };
 }
 

@@ -8,6 +8,7 @@
 #include "storage/engine.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -175,14 +176,12 @@ bool Connection::CheckFormat(StorageError* error) {
   }
   const int application = Scalar("PRAGMA application_id").toInt();
   if (tables.toInt() > 0 && application != kApplicationId) {
-    *error = {StorageError::Kind::Foreign,
-              QStringLiteral("このプログラムのデータベースではありません。")};
+    *error = {StorageError::Kind::Foreign, Ui::tr("このプログラムのデータベースではありません。")};
     return false;
   }
   if (version.toInt() > kSchemaVersion) {
-    *error = {StorageError::Kind::Newer,
-              QStringLiteral("新しい版のプログラムで作られたデータベースです。"
-                             "プログラムを更新してください。")};
+    *error = {StorageError::Kind::Newer, Ui::tr("新しい版のプログラムで作られたデータベースです。"
+                                                "プログラムを更新してください。")};
     return false;
   }
   return true;
@@ -210,7 +209,7 @@ std::unique_ptr<Statement> Connection::Prepare(const QByteArray& sql, StatementT
       QByteArrayView(tail, sql.constData() + sql.size() - tail).trimmed().isEmpty();
   if (handle == nullptr || !isWhole) {
     sqlite3_finalize(handle);
-    error_ = {StorageError::Kind::BadStatement, QStringLiteral("実行できる文は一つだけです。")};
+    error_ = {StorageError::Kind::BadStatement, Ui::tr("実行できる文は一つだけです。")};
     return nullptr;
   }
   return std::make_unique<Statement>(*this, key, handle);
@@ -294,7 +293,7 @@ bool Connection::MakeDurable() {
       log != nullptr && log->pMethods != nullptr;
   if (!hasLog) return CheckPoint();
   if (log->pMethods->xSync(log, SQLITE_SYNC_FULL) == SQLITE_OK) return true;
-  error_ = {StorageError::Kind::Other, QStringLiteral("ディスクに書き込めません。")};
+  error_ = {StorageError::Kind::Other, Ui::tr("ディスクに書き込めません。")};
   return false;
 }
 
@@ -306,7 +305,7 @@ bool Connection::CheckPoint() {
   const bool complete =
       statement->Value(0).toInt() == 0 && statement->Value(1) == statement->Value(2);
   if (!complete) {
-    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+    error_ = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
   }
   return complete;
 }
@@ -314,7 +313,7 @@ bool Connection::CheckPoint() {
 bool Connection::ChangeKey(const QString& newPassword) {
   // Out of the log first: the key change then rewrites the file in one ordinary transaction.
   if (Scalar("PRAGMA journal_mode = DELETE").toString() != u"delete") {
-    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+    error_ = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
     return false;
   }
   for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
@@ -326,7 +325,7 @@ bool Connection::ChangeKey(const QString& newPassword) {
 
 bool Connection::TakeExclusively() {
   if (Scalar("PRAGMA journal_mode = DELETE").toString() != u"delete") {
-    error_ = {StorageError::Kind::Busy, QStringLiteral("データベースが使用中です。")};
+    error_ = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
     return false;
   }
   if (!Run("BEGIN EXCLUSIVE")) return false;
@@ -349,7 +348,7 @@ QStringList Connection::Check() {
       hasMail ? Scalar("SELECT COUNT(0) FROM mail WHERE MAIL NOT IN (SELECT ID FROM long_binary)")
                     .toInt()
               : 0;
-  if (lost > 0) problems.append(QStringLiteral("本文のないメッセージが%1通あります。").arg(lost));
+  if (lost > 0) problems.append(Ui::tr("本文のないメッセージが%1通あります。").arg(lost));
   return problems;
 }
 

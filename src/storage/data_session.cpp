@@ -6,6 +6,7 @@
 
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -43,8 +44,7 @@ bool DataSession::Open(const QString& path, const QString& password) {
 
 bool DataSession::Create(const QString& path, const QString& password) {
   if (QFile::exists(path)) {
-    return FailWith(
-        {StorageError::Kind::Other, QStringLiteral("同じ名前のファイルが既にあります。")});
+    return FailWith({StorageError::Kind::Other, Ui::tr("同じ名前のファイルが既にあります。")});
   }
   Close();
   StorageError error;
@@ -127,7 +127,7 @@ bool DataSession::MakeDurable(const QString& path) {
       connection_ != nullptr && path_ == path ? connection_ : pool_.Peek(path);
   if (connection == nullptr) {
     return FailWith(
-        {StorageError::Kind::NotFound, QStringLiteral("データベースファイルが開かれていません。")});
+        {StorageError::Kind::NotFound, Ui::tr("データベースファイルが開かれていません。")});
   }
   return connection->MakeDurable() || FailWith(connection->LastError());
 }
@@ -143,8 +143,7 @@ bool DataSession::OpenRecordset(const QString& select, CursorKind kind, Statemen
   if (kind == CursorKind::Updatable) {
     table = UpdatableTable(select);
     if (table.isEmpty()) {
-      return FailWith(
-          {StorageError::Kind::BadStatement, QStringLiteral("この文の結果は変更できません。")});
+      return FailWith({StorageError::Kind::BadStatement, Ui::tr("この文の結果は変更できません。")});
     }
     sql.replace(sql.indexOf('*'), 1, "rowid,*");
   }
@@ -207,12 +206,12 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
   const bool copied = QFile::copy(path, target);
   connection->Rollback();
   return copied || FailWith({StorageError::Kind::DiskFull,
-                             QStringLiteral("ファイルを複製できません。ディスクの空き容量を確認して"
-                                            "ください。")});
+                             Ui::tr("ファイルを複製できません。ディスクの空き容量を確認して"
+                                    "ください。")});
 }
 
 QStringList DataSession::CheckFile(const QString& path, const QString& password) {
-  if (!QFile::exists(path)) return {QStringLiteral("ファイルがありません。")};
+  if (!QFile::exists(path)) return {Ui::tr("ファイルがありません。")};
   const auto connection = Warm(path, password);
   return connection == nullptr ? QStringList{error_.text} : connection->Check();
 }

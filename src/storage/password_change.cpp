@@ -5,6 +5,7 @@
 
 #include "storage/data_session.h"
 #include "storage/file_replace.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -60,8 +61,7 @@ bool PasswordChange::WriteMarker() {
       marker.commit()) {
     return true;
   }
-  error_ = {StorageError::Kind::DiskFull,
-            QStringLiteral("プロファイルのフォルダに書き込めません。")};
+  error_ = {StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。")};
   return false;
 }
 
@@ -88,8 +88,8 @@ bool PasswordChange::Finish() {
   }
   if (!MoveCopies()) {
     error_ = {StorageError::Kind::Other,
-              QStringLiteral("パスワードの変更を完了できません。ファイルを使っているプログラムを"
-                             "終了してから、もう一度ログインしてください。")};
+              Ui::tr("パスワードの変更を完了できません。ファイルを使っているプログラムを"
+                     "終了してから、もう一度ログインしてください。")};
     return false;
   }
   return QFile::remove(marker_);

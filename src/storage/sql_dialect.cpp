@@ -1,4 +1,5 @@
 #include "storage/sql_dialect.h"
+#include "storage/ui.h"
 
 #include <vector>
 
@@ -94,7 +95,7 @@ class Translator {
     for (size_t i = 0; i < tokens_.size(); ++i) {
       if (tokens_[i].IsSymbol(u';')) {
         if (NextSolid(i) != nullptr) {
-          *error = QStringLiteral("条件に使える文は一つだけです。");
+          *error = Ui::tr("条件に使える文は一つだけです。");
           return std::nullopt;
         }
         break;
@@ -209,7 +210,7 @@ class Translator {
 std::optional<EngineStatement> TranslateSql(const QString& statement, QString* error) {
   std::vector<Token> tokens;
   if (!Tokenizer(statement).Run(tokens)) {
-    *error = QStringLiteral("条件の引用符が閉じていません。");
+    *error = Ui::tr("条件の引用符が閉じていません。");
     return std::nullopt;
   }
   return Translator(tokens).Run(error);

@@ -8,6 +8,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "storage/ui.h"
 #include "transfer/pop.h"
 #include "transfer/trusted_certificates.h"
 
@@ -153,7 +154,7 @@ bool CheckPlan::KnowsPassword(Disk& account) {
 void CheckPlan::StartReceiving(Disk& job, const DiskPtr& account) {
   if (!KnowsPassword(*account)) {
     job.Let(QStringLiteral("log"),
-            QStringLiteral("パスワードが入力されなかったので、受信しませんでした。"));
+            Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     job.Let(QStringLiteral("error"), true);
     job.Let(QStringLiteral("messages"), QString());
     job.Let(kProcess, 1);

@@ -1,4 +1,5 @@
 #include "transfer/connection_check.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -15,7 +16,7 @@ class ConnectionCheck::Events : public PopEvents {
   void SessionStarted() override { error_.clear(); }
   void SessionEnded() override {
     Q_EMIT check_.Finished(error_.isEmpty(),
-                           error_.isEmpty() ? QStringLiteral("接続できました。") : error_);
+                           error_.isEmpty() ? Ui::tr("接続できました。") : error_);
   }
   void Progress(int, qint64, qint64) override {}
   void Log(int, const QString&) override {}

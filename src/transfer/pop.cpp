@@ -4,6 +4,7 @@
 #include <QSslCertificate>
 #include <QSslSocket>
 
+#include "storage/ui.h"
 #include "transfer/network_words.h"
 #include "transfer/pop3_session.h"
 #include "transfer/smtp_session.h"
@@ -112,7 +113,7 @@ void Pop::WaitForServer() {
 }
 
 QString Pop::CannotConnect(QAbstractSocket::SocketError error) const {
-  return QStringLiteral(
+  return Ui::tr(
              "サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、"
              "ネットワークの接続を確認してください。（%3）")
       .arg(Server)
@@ -152,18 +153,16 @@ void Pop::VerificationFailed(const QList<QSslError>& errors) {
   QStringList reasons;
   for (const QSslError& error : errors) reasons.append(CertificateReason(error.error()));
   reasons.removeDuplicates();
-  Fail(PopError::Tls,
-       QStringLiteral("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
-           .arg(Server, reasons.join(QStringLiteral("、"))));
+  Fail(PopError::Tls, Ui::tr("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
+                          .arg(Server, reasons.join(QStringLiteral("、"))));
 }
 
 void Pop::SocketFailed() {
   if (socket_ == nullptr) return;
   if (socket_->error() == QAbstractSocket::SslHandshakeFailedError) {
-    Fail(PopError::Tls,
-         QStringLiteral("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
-                        "設定を確認してください。（%2）")
-             .arg(Server, SocketReason(socket_->error())));
+    Fail(PopError::Tls, Ui::tr("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
+                               "設定を確認してください。（%2）")
+                            .arg(Server, SocketReason(socket_->error())));
     return;
   }
   if (!connected_) return AddressFailed();
@@ -186,13 +185,12 @@ void Pop::TimedOut() {
   if (!connected_ && !addresses_.isEmpty()) return AddressFailed();
   const bool connecting = !connected_;
   Fail(PopError::TimeOut,
-       connecting
-           ? QStringLiteral("サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの"
-                            "接続を確認してください。")
-                 .arg(Server)
-           : QStringLiteral("サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度"
-                            "実行してください。")
-                 .arg(Server));
+       connecting ? Ui::tr("サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの"
+                           "接続を確認してください。")
+                        .arg(Server)
+                  : Ui::tr("サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度"
+                           "実行してください。")
+                        .arg(Server));
 }
 
 void Pop::Pump() {
@@ -228,7 +226,7 @@ void Pop::Pump() {
 }
 
 void Pop::Cancel() {
-  if (busy_) Fail(PopError::Cancelled, QStringLiteral("中止しました。"));
+  if (busy_) Fail(PopError::Cancelled, Ui::tr("中止しました。"));
 }
 
 void Pop::Fail(PopError code, const QString& text) {

@@ -5,6 +5,7 @@
 #include <QList>
 #include <algorithm>
 
+#include "storage/ui.h"
 #include "transfer/server_words.h"
 
 namespace vorn {
@@ -80,10 +81,9 @@ void Pop3Session::ConnectionLost() {
   }
   Fail(PopError::ConnectionLost,
        stage_ == Stage::Transfer
-           ? QStringLiteral("受信中に接続が切れました。受信済みのメッセージは保存されています。"
-                            "もう一度受信してください。")
-           : QStringLiteral(
-                 "サーバーが接続を切りました。しばらくしてからもう一度受信してください。"));
+           ? Ui::tr("受信中に接続が切れました。受信済みのメッセージは保存されています。"
+                    "もう一度受信してください。")
+           : Ui::tr("サーバーが接続を切りました。しばらくしてからもう一度受信してください。"));
 }
 
 bool Pop3Session::IsMultiLine(Command command) const {
@@ -111,7 +111,7 @@ bool Pop3Session::ReadReply() {
         return true;
       }
       case Pop3ReplyReader::Event::TooLong:
-        Fail(PopError::Protocol, QStringLiteral("大きすぎるメッセージなので受信できません。"));
+        Fail(PopError::Protocol, Ui::tr("大きすぎるメッセージなので受信できません。"));
         return false;
       default:
         return false;
@@ -122,9 +122,8 @@ bool Pop3Session::ReadReply() {
     case Pop3ReplyReader::Event::Line:
       break;
     case Pop3ReplyReader::Event::TooLong:
-      Fail(PopError::Protocol,
-           QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
-                          "確認してください。"));
+      Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
+                                      "確認してください。"));
       return false;
     default:
       return false;
@@ -137,16 +136,16 @@ bool Pop3Session::ReadReply() {
   }
   if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pending_.empty())) {
     Fail(PopError::Protocol,
-         WithReply(QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                                  "ください。"),
+         WithReply(Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                          "ください。"),
                    line));
     return false;
   }
   if (stage_ == Stage::Greeting) {
     if (!ok) {
       Fail(PopError::Refused,
-           WithReply(QStringLiteral("サーバーに接続を断られました。しばらくしてからもう一度受信して"
-                                    "ください。"),
+           WithReply(Ui::tr("サーバーに接続を断られました。しばらくしてからもう一度受信して"
+                            "ください。"),
                      line));
       return false;
     }
@@ -197,8 +196,7 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
       }
       break;
     case Command::List:
-      Fail(PopError::Refused,
-           WithReply(QStringLiteral("メッセージの一覧を取得できません。"), line));
+      Fail(PopError::Refused, WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
       break;
     case Command::Uidl:
       ListingDone();  // an old server: messages are told apart by their contents
@@ -210,14 +208,14 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
       bytesAsked_ -= messages_[pending.message].size;
       bytesDone_ += messages_[pending.message].size;
       events_.Error(static_cast<int>(PopError::Refused),
-                    WithReply(QStringLiteral("メッセージを受信できません。"), line));
+                    WithReply(Ui::tr("メッセージを受信できません。"), line));
       break;
     case Command::Dele:
       if (ok) {
         ++marked_;
       } else {
         events_.Error(static_cast<int>(PopError::Refused),
-                      WithReply(QStringLiteral("サーバーのメッセージを削除できません。"), line));
+                      WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
       }
       break;
     case Command::Quit:
@@ -225,7 +223,7 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
         deleted_ = marked_;
       } else if (marked_ > 0) {
         events_.Error(static_cast<int>(PopError::Refused),
-                      WithReply(QStringLiteral("サーバーのメッセージを削除できません。"), line));
+                      WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
       }
       Finish();
       break;
@@ -274,19 +272,18 @@ void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
   } else if (IsCapability(capabilities, "STLS")) {
     Send("STLS", {Command::Stls});
   } else {
-    Fail(PopError::Tls, QStringLiteral("サーバーがSTARTTLSに対応していません。アカウントの受信の"
-                                       "セキュリティを確認してください。"));
+    Fail(PopError::Tls, Ui::tr("サーバーがSTARTTLSに対応していません。アカウントの受信の"
+                               "セキュリティを確認してください。"));
   }
 }
 
 void Pop3Session::StartTls(bool ok, const QByteArray& line) {
   if (!ok) {
-    Fail(PopError::Tls, WithReply(QStringLiteral("暗号化を始められません。"), line));
+    Fail(PopError::Tls, WithReply(Ui::tr("暗号化を始められません。"), line));
   } else if (reader_.HasUnread()) {
     // Whatever came in clear after the answer would be taken for the server's protected words.
-    Fail(PopError::Protocol,
-         QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざんされて"
-                        "いるおそれがあります。"));
+    Fail(PopError::Protocol, Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざんされて"
+                                    "いるおそれがあります。"));
   } else {
     stage_ = Stage::Handshake;
     startTls_();
@@ -328,14 +325,12 @@ void Pop3Session::GoOnWithAuth(const QByteArray& line) {
 
 void Pop3Session::LoginRefused(const QByteArray& line) {
   Fail(PopError::Login,
-       WithReply(QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"),
-                 line));
+       WithReply(Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"), line));
 }
 
 void Pop3Session::Login() {
   if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
-    Fail(PopError::Login,
-         QStringLiteral("ユーザー名かパスワードに改行などの使えない文字があります。"));
+    Fail(PopError::Login, Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。"));
     return;
   }
   if (mechanism_ != SaslMechanism::None) {
@@ -348,9 +343,8 @@ void Pop3Session::Login() {
     return;
   }
   if (timestamp_.isEmpty()) {
-    Fail(PopError::Login,
-         QStringLiteral("サーバーがAPOPに対応していません。アカウントの受信の種類を"
-                        "POP3に変えてください。"));
+    Fail(PopError::Login, Ui::tr("サーバーがAPOPに対応していません。アカウントの受信の種類を"
+                                 "POP3に変えてください。"));
     return;
   }
   stage_ = Stage::Password;

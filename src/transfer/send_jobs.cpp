@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/outgoing_source.h"
 #include "transfer/pop.h"
@@ -96,13 +97,12 @@ std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseK
 bool CheckPlan::UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked) {
   if (!asked) {
     asked = true;
-    chosen = context_.Objects.Find(
-        host_.ChooseAccount(QStringLiteral("アカウントの選択"),
-                            QStringLiteral("送信する際のアカウントを選択して下さい。")));
+    chosen = context_.Objects.Find(host_.ChooseAccount(
+        Ui::tr("アカウントの選択"), Ui::tr("送信する際のアカウントを選択して下さい。")));
   }
   if (chosen == nullptr) {
-    host_.AddEvent(1, 1, message.SerialID(), QStringLiteral("システム"), QStringLiteral("mailup"),
-                   QStringLiteral("送信で使用するアカウントが不明です。"));
+    host_.AddEvent(1, 1, message.SerialID(), Ui::tr("システム"), QStringLiteral("mailup"),
+                   Ui::tr("送信で使用するアカウントが不明です。"));
     return false;
   }
   Append(message, kFrom, chosen->Text(u"Mailaddress"));

@@ -1,4 +1,5 @@
 #include "transfer/server_words.h"
+#include "storage/ui.h"
 
 #include <algorithm>
 
@@ -18,7 +19,7 @@ QString ServerWords(const QByteArray& reply) {
 }
 
 QString WithReply(const QString& sentence, const QByteArray& reply) {
-  return sentence + QStringLiteral("（サーバーの応答: ") + ServerWords(reply) + u'）';
+  return sentence + Ui::tr("（サーバーの応答: ") + ServerWords(reply) + u'）';
 }
 
 bool IsSafeArgument(const QString& text) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "storage/ui.h"
 #include "transfer/server_words.h"
 #include "transfer/wire_message.h"
 
@@ -63,9 +64,8 @@ bool SmtpSession::ReadReply() {
   const qsizetype end = buffer_.indexOf('\n');
   if (end < 0 || reply_.size() > kMaxReply) {
     if (buffer_.size() + reply_.size() <= kMaxReply) return false;
-    Fail(PopError::Protocol,
-         QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を"
-                        "確認してください。"));
+    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
+                                    "確認してください。"));
     return false;
   }
   const QByteArray line = buffer_.first(end).trimmed();
@@ -75,8 +75,8 @@ bool SmtpSession::ReadReply() {
   if (!isCode || code < 200 || code > 599 ||
       (line.size() > 3 && line[3] != ' ' && line[3] != '-')) {
     Fail(PopError::Protocol,
-         WithReply(QStringLiteral("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                                  "ください。"),
+         WithReply(Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                          "ください。"),
                    line));
     return false;
   }
@@ -92,9 +92,8 @@ void SmtpSession::TakeReply(int code) {
   switch (stage_) {
     case Stage::Greeting:
       if (code != 220) {
-        LeaveAfter(PopError::Refused,
-                   QStringLiteral("サーバーに接続を断られました。しばらくしてから"
-                                  "もう一度送信してください。"));
+        LeaveAfter(PopError::Refused, Ui::tr("サーバーに接続を断られました。しばらくしてから"
+                                             "もう一度送信してください。"));
         return;
       }
       stage_ = Stage::Ehlo;
@@ -111,7 +110,7 @@ void SmtpSession::TakeReply(int code) {
       return;
     case Stage::Helo:
       if (code != 250) {
-        LeaveAfter(PopError::Refused, QStringLiteral("サーバーに接続を断られました。"));
+        LeaveAfter(PopError::Refused, Ui::tr("サーバーに接続を断られました。"));
       } else {
         extensions_.clear();
         Greeted();
@@ -119,10 +118,10 @@ void SmtpSession::TakeReply(int code) {
       return;
     case Stage::StartTls:
       if (code != 220) {
-        LeaveAfter(PopError::Tls, QStringLiteral("暗号化を始められません。"));
+        LeaveAfter(PopError::Tls, Ui::tr("暗号化を始められません。"));
       } else if (!buffer_.isEmpty()) {
-        Fail(PopError::Protocol, QStringLiteral("暗号化の前に余分なデータが届きました。通信が改ざん"
-                                                "されているおそれがあります。"));
+        Fail(PopError::Protocol, Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざん"
+                                        "されているおそれがあります。"));
       } else {
         stage_ = Stage::Handshake;
         startTls_();
@@ -138,7 +137,7 @@ void SmtpSession::TakeReply(int code) {
       if (code == 354) {
         SendBody();
       } else {
-        LeaveAfter(PopError::Refused, QStringLiteral("メッセージの送信を断られました。"));
+        LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
       }
       return;
     case Stage::Body:
@@ -146,7 +145,7 @@ void SmtpSession::TakeReply(int code) {
         events_.MessageSent(job_.source);
         Leave();
       } else {
-        LeaveAfter(PopError::Refused, QStringLiteral("メッセージの送信を断られました。"));
+        LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
       }
       return;
     case Stage::Quit:
@@ -158,7 +157,7 @@ void SmtpSession::TakeReply(int code) {
       }
       return;
     default:
-      Fail(PopError::Protocol, QStringLiteral("サーバーの応答を理解できません。"));
+      Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
   }
 }
 
@@ -170,8 +169,8 @@ void SmtpSession::TakeExtensions() {
 void SmtpSession::Greeted() {
   if (job_.security == Security::StartTls && !encrypted_) {
     if (!extensions_.contains("STARTTLS")) {
-      Fail(PopError::Tls, QStringLiteral("サーバーがSTARTTLSに対応していません。アカウントの送信の"
-                                         "セキュリティを確認してください。"));
+      Fail(PopError::Tls, Ui::tr("サーバーがSTARTTLSに対応していません。アカウントの送信の"
+                                 "セキュリティを確認してください。"));
       return;
     }
     stage_ = Stage::StartTls;
@@ -199,9 +198,8 @@ void SmtpSession::BeginAuth() {
   }
   mechanism_ = ChooseMechanism(offered, encrypted_);
   if (mechanism_ == SaslMechanism::None) {
-    Fail(PopError::Login,
-         QStringLiteral("サーバーが送信時の認証に対応していません。アカウントの送信の"
-                        "設定を確認してください。"));
+    Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
+                                 "設定を確認してください。"));
     return;
   }
   stage_ = Stage::Auth;
@@ -222,7 +220,7 @@ void SmtpSession::GoOnWithAuth(int code) {
     Send(SaslResponse(mechanism_, authStep_++, challenge, job_.user, job_.password).toBase64());
   } else {
     LeaveAfter(PopError::Login,
-               QStringLiteral("ログインできません。ユーザー名とパスワードを確認してください。"));
+               Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
   }
 }
 
@@ -233,12 +231,11 @@ void SmtpSession::BeginEnvelope() {
   }
   for (const QString& address : QStringList{job_.from} + job_.recipients) {
     if (IsSafeAddress(address)) continue;
-    Fail(PopError::Refused,
-         QStringLiteral("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
+    Fail(PopError::Refused, Ui::tr("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
     return;
   }
   if (job_.recipients.isEmpty()) {
-    Fail(PopError::Refused, QStringLiteral("宛先がありません。"));
+    Fail(PopError::Refused, Ui::tr("宛先がありません。"));
     return;
   }
   wire_ = WireMessage(job_.source);
@@ -248,7 +245,7 @@ void SmtpSession::BeginEnvelope() {
     const qint64 limit = extension.mid(5).toLongLong();
     if (limit > 0 && wire_.size() > limit) {
       Fail(PopError::Refused,
-           QStringLiteral("メッセージが大きすぎます。サーバーが受け付けるのは%1バイトまでです。")
+           Ui::tr("メッセージが大きすぎます。サーバーが受け付けるのは%1バイトまでです。")
                .arg(limit));
       return;
     }
@@ -278,7 +275,7 @@ void SmtpSession::SendEnvelope() {
 void SmtpSession::TakeEnvelopeReply(int code) {
   --awaited_;
   if (code / 100 != 2) {
-    LeaveAfter(PopError::Refused, QStringLiteral("差出人か宛先のアドレスを断られました。"));
+    LeaveAfter(PopError::Refused, Ui::tr("差出人か宛先のアドレスを断られました。"));
   } else if (!envelope_.empty()) {
     if (awaited_ == 0) SendEnvelope();
   } else if (awaited_ == 0) {
@@ -312,9 +309,9 @@ void SmtpSession::ConnectionLost() {
   }
   Fail(PopError::ConnectionLost,
        stage_ == Stage::Body
-           ? QStringLiteral("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。"
-                            "メッセージは送信待ちのまま残ります。")
-           : QStringLiteral("サーバーが接続を切りました。メッセージは送信待ちのまま残ります。"));
+           ? Ui::tr("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。"
+                    "メッセージは送信待ちのまま残ります。")
+           : Ui::tr("サーバーが接続を切りました。メッセージは送信待ちのまま残ります。"));
 }
 
 }  // namespace vorn

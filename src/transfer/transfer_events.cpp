@@ -6,6 +6,7 @@
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
 
@@ -61,10 +62,10 @@ void TransferEvents::SessionEnded() {
   context_.Data.EndGroup();
   deleted_ += pop_.DeletedOnServer();
   if (arrivedInSession_ > 0 && !flushFailed_) {
-    Log(0, QStringLiteral("メッセージを%1通受信しました。").arg(arrivedInSession_));
+    Log(0, Ui::tr("メッセージを%1通受信しました。").arg(arrivedInSession_));
   }
   if (stoppedInSession_ > 0) {
-    Log(0, QStringLiteral("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
+    Log(0, Ui::tr("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
   }
   panel_.ShowStatus(QString(), QString());
 }
@@ -80,7 +81,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   const QString stored = store_.StoreMessage(message, data);
   if (stored.isEmpty()) {
     Error(static_cast<int>(PopError::Store),
-          QStringLiteral("受信したメッセージを保存できません。サーバーには残っています。") +
+          Ui::tr("受信したメッセージを保存できません。サーバーには残っています。") +
               context_.Data.LastError().text);
     return false;
   }
@@ -97,7 +98,7 @@ bool TransferEvents::Flush() {
   if (!context_.Data.FlushGroup()) {
     flushFailed_ = true;
     Error(static_cast<int>(PopError::Store),
-          QStringLiteral("受信したメッセージを保存できません。サーバーには残っています。") +
+          Ui::tr("受信したメッセージを保存できません。サーバーには残っています。") +
               context_.Data.LastError().text);
     return false;
   }
@@ -115,7 +116,7 @@ bool TransferEvents::MakeDurable() {
     if (durable) return true;
   }
   Error(static_cast<int>(PopError::Store),
-        QStringLiteral("メッセージをディスクに書き込めません。サーバーからは削除しません。") +
+        Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。") +
             context_.Data.LastError().text);
   return false;
 }
@@ -129,12 +130,12 @@ void TransferEvents::MessageSent(const QByteArray& data) {
   // Durable at once: a message that was sent and forgotten would be sent again.
   if (store_.StoreMessage(*message, data).isEmpty() || !MakeDurable()) {
     Error(static_cast<int>(PopError::Store),
-          QStringLiteral("メッセージは送信されましたが、送信済みとして保存できません。") +
+          Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。") +
               context_.Data.LastError().text);
     return;
   }
   ++counts_.sent;
-  Log(0, QStringLiteral("メッセージを送信しました。"));
+  Log(0, Ui::tr("メッセージを送信しました。"));
 }
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {

@@ -198,12 +198,10 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
 
 TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   Begin(5, 100);
-  const auto dusted = [this] {
-    QStringList ids;
+  const auto dusted = [this](const QStringList& expected) {
     OpenFolder(fixed_serial::kDust);
-    AwaitScript(QStringLiteral("window.vorn !== undefined"));
-    ids = Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList();
-    return ids;
+    return AwaitScript(
+        QStringLiteral("vorn.all(), vorn.chosen().join() === '%1'").arg(expected.join(u',')));
   };
   Press(Qt::Key_Down);
   Press(Qt::Key_Down, Qt::ShiftModifier);
@@ -212,7 +210,7 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("No3.")));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_3'")))
       << "the next is current";
-  EXPECT_EQ(dusted(), Ids({1, 2}));
+  EXPECT_TRUE(dusted(Ids({1, 2})));
 
   // In the dust bin one is taken back, the other goes for good.
   FocusPage();
@@ -248,7 +246,7 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
   // The whole choice is dragged by one of its messages.
   Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
-  EXPECT_EQ(dusted(), Ids({1, 4}));
+  EXPECT_TRUE(dusted(Ids({1, 4})));
 }
 
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
@@ -370,14 +368,15 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           tags.setCurrentCell(13, 0);  // the link that opens
                           QTest::keyClick(&tags, Qt::Key_Return);
                           test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));
-                          QString text;
+                          // An answer may come as late as with the end of the page.
+                          const auto text = std::make_shared<QString>();
                           EXPECT_TRUE(WaitFor([&] {
                             Child<QWebEngineView>(window, u"wbPreview")
                                 .page()
-                                ->toPlainText([&text](const QString& seen) { text = seen; });
-                            return text.contains(QStringLiteral("[No3.]"));
-                          })) << text.toStdString();
-                          EXPECT_TRUE(text.contains(QStringLiteral("mine")));
+                                ->toPlainText([text](const QString& seen) { *text = seen; });
+                            return text->contains(QStringLiteral("[No3.]"));
+                          })) << text->toStdString();
+                          EXPECT_TRUE(text->contains(QStringLiteral("mine")));
                           window.cmOk_Click();
                         });
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }));

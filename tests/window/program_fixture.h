@@ -38,6 +38,7 @@ class ProgramTest : public testing::Test {
     profile.AddAccount(server_.Port());
     const DiskPtr settings = Settings(profile.Get());
     settings->Let(QStringLiteral("Messages"), rowsPerPage);
+    settings->Let(QStringLiteral("MessagesNewest"), false);
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
     profile.Get().Data.CloseAll();
     CopyFolder(profile.Folder(), Folder());

@@ -14,6 +14,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/like_pattern.h"
+#include "storage/ui.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -34,7 +35,7 @@ AddressWindow::AddressWindow(Context& context, QWidget* parent)
       txString_(new QLineEdit),
       piSplit_(new QSplitter) {
   setObjectName(QStringLiteral("address"));
-  setWindowTitle(QStringLiteral("アドレスの選択"));
+  setWindowTitle(Ui::tr("アドレスの選択"));
   BuildControls();
   RestoreWindowPlacement(context_, *this, objectName());
   const DiskPtr place = context_.Objects.Find(QStringLiteral("DATA_address"));
@@ -51,23 +52,23 @@ AddressWindow::~AddressWindow() {
 void AddressWindow::BuildControls() {
   txString_->setObjectName(QStringLiteral("txString"));
   txString_->setClearButtonEnabled(true);
-  auto* label = new QLabel(QStringLiteral("検索する文字(&T)"));
+  auto* label = new QLabel(Ui::tr("検索する文字(&T)"));
   label->setBuddy(txString_);
   auto* tbSeek = new QToolBar;
   tbSeek->setObjectName(QStringLiteral("tbSeek"));
   tbSeek->setToolButtonStyle(Qt::ToolButtonTextOnly);
-  tbSeek->addAction(QStringLiteral("検索(&K)"), this, &AddressWindow::Seek)
+  tbSeek->addAction(Ui::tr("検索(&K)"), this, &AddressWindow::Seek)
       ->setObjectName(QStringLiteral("seek"));
-  tbSeek->addAction(QStringLiteral("選択(&S)"), this, &AddressWindow::Select)
+  tbSeek->addAction(Ui::tr("選択(&S)"), this, &AddressWindow::Select)
       ->setObjectName(QStringLiteral("select"));
   connect(txString_, &QLineEdit::returnPressed, this, &AddressWindow::Seek);
 
   tvObject_->setObjectName(QStringLiteral("tvObject"));
-  tvObject_->setAccessibleName(QStringLiteral("アドレスブック"));
+  tvObject_->setAccessibleName(Ui::tr("アドレスブック"));
   tvObject_->setHeaderHidden(true);
   connect(tvObject_, &QTreeWidget::itemSelectionChanged, this, &AddressWindow::Seek);
   lvCandidacy_->setObjectName(QStringLiteral("lvCandidacy"));
-  lvCandidacy_->setAccessibleName(QStringLiteral("見つかったアドレス"));
+  lvCandidacy_->setAccessibleName(Ui::tr("見つかったアドレス"));
   lvCandidacy_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   connect(lvCandidacy_, &QListWidget::itemDoubleClicked, this, &AddressWindow::Select);
   piSplit_->setObjectName(QStringLiteral("piSplit"));
@@ -92,7 +93,7 @@ void AddressWindow::LoadDefaultProperty(const DiskPtr& request) {
 }
 
 void AddressWindow::FillTree(const QString& draw) {
-  auto* all = new QTreeWidgetItem(tvObject_, {QStringLiteral("すべてのアドレスブック")});
+  auto* all = new QTreeWidgetItem(tvObject_, {Ui::tr("すべてのアドレスブック")});
   all->setIcon(0, Icon(object_type::kBook));
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   for (const DiskPtr& object : *objects) {

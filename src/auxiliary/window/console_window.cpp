@@ -14,6 +14,7 @@
 #include "frame/window/icons.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -59,7 +60,7 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
   buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("キャンセル"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
   connect(buttons, &QDialogButtonBox::accepted, this, &ConsoleWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &ConsoleWindow::reject);
 
@@ -76,7 +77,7 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
   request_ = request;
   mode_ = request->Text(u"Mode", QStringLiteral("text"));
   setWindowTitle(request->Text(u"Title"));
-  label_->setText(request->Text(u"Caption", QStringLiteral("設定値を入力してください。")));
+  label_->setText(request->Text(u"Caption", Ui::tr("設定値を入力してください。")));
   text_->setVisible(mode_ == u"text");
   sliderFrame_->setVisible(mode_ == u"slider");
   tree_->setVisible(mode_ == u"treeview");
@@ -143,9 +144,9 @@ QVariant ConsoleWindow::Answer() const {
 void ConsoleWindow::cmOk_Click() {
   QVariant answer = Answer();
   if (!request_->Text(u"Folder").isEmpty() && !answer.toString().isEmpty()) {
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, QStringLiteral("フォルダの選択") + QStringLiteral(" - ") +
-                  QStringLiteral("フォルダを選択してください。"));
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, Ui::tr("フォルダの選択") + QStringLiteral(" - ") +
+                                                    Ui::tr("フォルダを選択してください。"));
     if (!folder.isEmpty()) answer = QString(answer.toString() + kLineBreak + folder);
   }
   context_.Session->Let(kStatus, answer);

@@ -13,6 +13,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "present/link_command.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -47,11 +48,11 @@ bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
 }
 
 QList<GroupText> GroupTexts() {
-  return {{object_type::kProfile, QStringLiteral("プロファイル")},
-          {object_type::kFolder, QStringLiteral("フォルダ")},
-          {object_type::kAccount, QStringLiteral("アカウント")},
-          {object_type::kBook, QStringLiteral("アドレスブック")},
-          {object_type::kBookmark, QStringLiteral("ブックマーク")}};
+  return {{object_type::kProfile, Ui::tr("プロファイル")},
+          {object_type::kFolder, Ui::tr("フォルダ")},
+          {object_type::kAccount, Ui::tr("アカウント")},
+          {object_type::kBook, Ui::tr("アドレスブック")},
+          {object_type::kBookmark, Ui::tr("ブックマーク")}};
 }
 
 }  // namespace
@@ -59,7 +60,7 @@ QList<GroupText> GroupTexts() {
 ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
     : QTreeWidget(parent), context_(context) {
   setObjectName(QStringLiteral("tvConsole"));
-  setAccessibleName(QStringLiteral("コンソールツリー"));
+  setAccessibleName(Ui::tr("コンソールツリー"));
   setHeaderHidden(true);
   setIconSize(QSize(20, 20));
   setRootIsDecorated(true);
@@ -180,7 +181,7 @@ void ConsoleTree::SetUnread(const QString& serialId, qint64 count) {
   const QSignalBlocker quiet(this);
   node->setText(kCountColumn, count > 0 ? QString::number(count) : QString());
   node->setTextAlignment(kCountColumn, Qt::AlignRight | Qt::AlignVCenter);
-  node->setToolTip(kCountColumn, count > 0 ? QStringLiteral("未開封 %1通").arg(count) : QString());
+  node->setToolTip(kCountColumn, count > 0 ? Ui::tr("未開封 %1通").arg(count) : QString());
   QFont font = node->font(0);
   font.setBold(count > 0);
   for (int column = 0; column < kColumns; ++column) node->setFont(column, font);
@@ -282,16 +283,16 @@ void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {
   const QString type = CurrentTag();
   const bool isLog = type == kLogTag || type == object_type::kEvent || type.isEmpty();
   QAction* create =
-      menu.addAction(QStringLiteral("新規作成(&N).."), this, [this, type] { NewObject(type); });
+      menu.addAction(Ui::tr("新規作成(&N).."), this, [this, type] { NewObject(type); });
   create->setEnabled(!isLog);
   menu.addSeparator();
   const auto add = [&](const QString& text, void (ConsoleTree::*command)()) {
     menu.addAction(text, this, command)->setEnabled(HasObject());
   };
-  add(QStringLiteral("名前の変更(&M)"), &ConsoleTree::RenameNode);
-  add(QStringLiteral("削除(&D)"), &ConsoleTree::DeleteNode);
+  add(Ui::tr("名前の変更(&M)"), &ConsoleTree::RenameNode);
+  add(Ui::tr("削除(&D)"), &ConsoleTree::DeleteNode);
   menu.addSeparator();
-  add(QStringLiteral("プロパティ(&R).."), &ConsoleTree::ShowProperties);
+  add(Ui::tr("プロパティ(&R).."), &ConsoleTree::ShowProperties);
   menu.exec(event->globalPos());
 }
 

@@ -93,6 +93,21 @@ void DrawStar(QPainter& painter) {
                                 {6, 6}});
 }
 
+// An arrow over an envelope, to the left for an answer; twice for an answer to all.
+void DrawAnswer(QPainter& painter, const QColor& color, bool left, bool twice) {
+  DrawEnvelope(painter);
+  painter.setPen(QPen(Qt::white, 0.5));
+  painter.setBrush(color);
+  for (const double shift : {0.0, 4.0}) {
+    if (shift > 0 && !twice) break;
+    QPolygonF arrow{{0.5, 11}, {5, 7}, {5, 9.5}, {9.5, 9.5}, {9.5, 12.5}, {5, 12.5}, {5, 15}};
+    for (QPointF& point : arrow) {
+      point.setX(left ? point.x() + shift : 16 - point.x() - shift);
+    }
+    painter.drawPolygon(arrow);
+  }
+}
+
 void DrawBadge(QPainter& painter, const QColor& color) {
   painter.setPen(QPen(Qt::white, 1));
   painter.setBrush(color);
@@ -112,6 +127,10 @@ void DrawCategory(QPainter& painter, const QString& key) {
   if (key == u"bookmark") return DrawStar(painter);
   if (key == u"maildown") return DrawEnvelope(painter), DrawArrow(painter, kBlue, true);
   if (key == u"mailup") return DrawEnvelope(painter), DrawArrow(painter, kGreen, false);
+  if (key == u"replay") return DrawAnswer(painter, kGreen, true, false);
+  if (key == u"replayall") return DrawAnswer(painter, kGreen, true, true);
+  if (key == u"forward") return DrawAnswer(painter, kBlue, false, false);
+  if (key == u"file") return DrawFolder(painter, kAmber), DrawArrow(painter, kBlue, true);
   if (key == u"mail") return DrawEnvelope(painter);
   DrawSheet(painter, kGray);
 }

@@ -13,6 +13,7 @@
 #include "frame/window/icons.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -24,7 +25,7 @@ constexpr int kWidth = 360;
 LoginWindow::LoginWindow(Context& context, QWidget* parent)
     : QDialog(parent), context_(context), cbProfile_(new QComboBox), txPassword_(new QLineEdit) {
   setObjectName(QStringLiteral("login"));
-  setWindowTitle(QStringLiteral("プロファイルの選択(&L)").remove(QStringLiteral("(&L)")));
+  setWindowTitle(Ui::tr("プロファイルの選択(&L)").remove(QStringLiteral("(&L)")));
   setWindowIcon(Icon(QStringLiteral("mail")));
   cbProfile_->setObjectName(QStringLiteral("cbProfile"));
   txPassword_->setObjectName(QStringLiteral("txPassword"));
@@ -41,15 +42,15 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
   buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("キャンセル"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
   connect(buttons, &QDialogButtonBox::accepted, this, &LoginWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &LoginWindow::reject);
 
   setMinimumWidth(kWidth);
   auto* form = new QFormLayout(this);
   form->addRow(picture, product);
-  form->addRow(QStringLiteral("プロファイル(&L)"), cbProfile_);
-  form->addRow(QStringLiteral("パスワード(&P)"), txPassword_);
+  form->addRow(Ui::tr("プロファイル(&L)"), cbProfile_);
+  form->addRow(Ui::tr("パスワード(&P)"), txPassword_);
   form->addRow(buttons);
   txPassword_->setFocus();
 }
@@ -72,8 +73,7 @@ void LoginWindow::cmOk_Click() {
   const QString password = txPassword_->text();
   if (!TestProfilePassword(context_, *profile, password)) {
     const StorageError& reason = context_.Data.LastError();
-    QString text =
-        QStringLiteral("ログインできませんでした。入力したプロファイル情報を確認してください。");
+    QString text = Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。");
     // Any other reason than a wrong password the user has to know.
     if (reason.kind != StorageError::Kind::WrongPassword) text += kLineBreak + reason.text;
     QMessageBox::information(this, kApplicationTitle, text);

@@ -1,14 +1,20 @@
 // The main window's menus.
 
 #include <QAction>
+#include <QFile>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QTextDocument>
+#include <QToolBar>
 
 #include "frame/start_up.h"
+#include "frame/window/icons.h"
 #include "frame/window/parent_window.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
+#include "present/window/browser_window.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -18,67 +24,136 @@ void ParentWindow::BuildMenus() {
   };
   BuildFileMenu();
   BuildDisplayMenu();
-  QMenu* tool = menuBar()->addMenu(QStringLiteral("ツール(&T)"));
+  QMenu* tool = menuBar()->addMenu(Ui::tr("ツール(&T)"));
   tool->setObjectName(QStringLiteral("menuTools"));
-  tools(tool, kToolsReceive, QStringLiteral("メッセージ送受信(&M)"))
+  tools(tool, kToolsReceive, Ui::tr("メッセージ送受信(&M)"))
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
-  QAction* cancel = tools(tool, kToolsCancel, QStringLiteral("送受信の中止(&C)"));
-  tools(tool, kToolsRules, QStringLiteral("メッセージ条件(&R).."));
+  QAction* cancel = tools(tool, kToolsCancel, Ui::tr("送受信の中止(&C)"));
+  tools(tool, kToolsRules, Ui::tr("メッセージ条件(&R).."));
   tool->addSeparator();
-  tools(tool, kToolsSettings, QStringLiteral("設定(&O).."));
+  tools(tool, kToolsSettings, Ui::tr("設定(&O).."));
   tool->addSeparator();
-  version_ = tools(tool, kToolsVersion, QStringLiteral("バージョン情報(&V).."));
+  version_ = tools(tool, kToolsVersion, Ui::tr("バージョン情報(&V).."));
   connect(tool, &QMenu::aboutToShow, this,
           [this, cancel] { cancel->setEnabled(traffic_.Control().Busy()); });
 
   BuildBookmarkMenu();
-  QMenu* window = menuBar()->addMenu(QStringLiteral("ウィンドウ(&W)"));
+  QMenu* window = menuBar()->addMenu(Ui::tr("ウィンドウ(&W)"));
   window->setObjectName(QStringLiteral("menuWindows"));
-  window->addAction(QStringLiteral("重ねて表示(&C)"), area_, &QMdiArea::cascadeSubWindows);
-  window->addAction(QStringLiteral("並べて表示(&T)"), area_, &QMdiArea::tileSubWindows);
-  window->addAction(QStringLiteral("次のウィンドウ(&N)"), area_, &QMdiArea::activateNextSubWindow)
+  window->addAction(Ui::tr("重ねて表示(&C)"), this, [this] { SetArrangement(kCascade); });
+  window->addAction(Ui::tr("並べて表示(&T)"), this, [this] { SetArrangement(kTile); });
+  window->addAction(Ui::tr("次のウィンドウ(&N)"), area_, &QMdiArea::activateNextSubWindow)
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+  window->addAction(Ui::tr("ウィンドウを閉じる(&L)"), area_, &QMdiArea::closeActiveSubWindow)
+      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+  window->addSeparator();
+  window->addAction(Ui::tr("ツリーに移動(&F)"), tvConsole_, [this] { tvConsole_->setFocus(); })
+      ->setShortcut(QKeySequence(Qt::Key_F6));
+  window
+      ->addAction(Ui::tr("ページに移動(&P)"), this,
+                  [this] {
+                    if (BrowserWindow* browser = ActiveBrowser()) browser->setFocus();
+                  })
+      ->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6));
+  BuildHelpMenu();
+}
+
+void ParentWindow::BuildHelpMenu() {
+  QMenu* help = menuBar()->addMenu(Ui::tr("ヘルプ(&H)"));
+  help->setObjectName(QStringLiteral("menuHelps"));
+  help->addAction(Ui::tr("使い方(&G)"), this, &ParentWindow::ShowGuide)
+      ->setShortcut(QKeySequence::HelpContents);
+  help->addSeparator();
+  help->addAction(version_);
+}
+
+void ParentWindow::ShowGuide() {
+  QFile guide(QStringLiteral(":/guide/index.md"));
+  if (!guide.open(QIODevice::ReadOnly)) return;
+  QTextDocument text;
+  text.setMarkdown(QString::fromUtf8(guide.readAll()));
+  BrowserWindow* window = NewBrowserWindow();
+  window->ShowOwnPage(Ui::tr("使い方"), text.toHtml());
+  window->ShowModeless();
+  ArrangeWindows();
+}
+
+// The commands of the page that was used last.
+QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
+                                        const QString& command) {
+  QAction* action = bar.addAction(text, this, [this, command] {
+    BrowserWindow* browser = ActiveBrowser();
+    if (browser != nullptr) browser->RunCommand(command);
+  });
+  action->setObjectName(QStringLiteral("tb_") + command);
+  action->setIcon(Icon(command));
+  return action;
+}
+
+void ParentWindow::BuildToolbar() {
+  tbMain_ = addToolBar(Ui::tr("ツールバー"));
+  tbMain_->setObjectName(QStringLiteral("tbMain"));
+  tbMain_->setMovable(false);
+  tbMain_->setIconSize(QSize(20, 20));
+  tbMain_
+      ->addAction(Icon(QStringLiteral("maildown")), Ui::tr("送受信"), this,
+                  [this] { menuTools_Click(kToolsReceive); })
+      ->setToolTip(Ui::tr("メッセージ送受信 Ctrl+M"));
+  tbMain_->addAction(Icon(QStringLiteral("mail")), Ui::tr("新規"), this, &ParentWindow::NewMessage)
+      ->setToolTip(Ui::tr("新しいメッセージ Ctrl+N"));
+  tbMain_->addSeparator();
+  AddMessageButton(*tbMain_, Ui::tr("返信"), QStringLiteral("replay"));
+  AddMessageButton(*tbMain_, Ui::tr("全員に返信"), QStringLiteral("replayall"));
+  AddMessageButton(*tbMain_, Ui::tr("転送"), QStringLiteral("forward"));
+  tbMain_->addSeparator();
+  AddMessageButton(*tbMain_, Ui::tr("フォルダに入れる"), QStringLiteral("file"));
+  AddMessageButton(*tbMain_, Ui::tr("くずかご"), QStringLiteral("dust"));
 }
 
 void ParentWindow::BuildFileMenu() {
-  QMenu* file = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
+  QMenu* file = menuBar()->addMenu(Ui::tr("ファイル(&F)"));
   file->setObjectName(QStringLiteral("menuFiles"));
-  QMenu* create = file->addMenu(QStringLiteral("新規作成(&N)"));
+  QMenu* create = file->addMenu(Ui::tr("新規作成(&N)"));
   create->setObjectName(QStringLiteral("menuFilesNew"));
   const auto entry = [this, create](const QString& text, const QString& type) {
     create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
   };
-  create->addAction(QStringLiteral("メッセージ(&M).."), this, &ParentWindow::NewMessage)
+  create->addAction(Ui::tr("メッセージ(&M).."), this, &ParentWindow::NewMessage)
       ->setShortcut(QKeySequence::New);
   create->addSeparator();
-  entry(QStringLiteral("アカウント(&A).."), object_type::kAccount);
-  entry(QStringLiteral("フォルダ(&F).."), object_type::kFolder);
-  entry(QStringLiteral("アドレスブック(&D).."), object_type::kBook);
-  entry(QStringLiteral("ブックマーク(&B).."), object_type::kBookmark);
-  entry(QStringLiteral("プロファイル(&P).."), object_type::kProfile);
+  entry(Ui::tr("アカウント(&A).."), object_type::kAccount);
+  entry(Ui::tr("フォルダ(&F).."), object_type::kFolder);
+  entry(Ui::tr("アドレスブック(&D).."), object_type::kBook);
+  entry(Ui::tr("ブックマーク(&B).."), object_type::kBookmark);
+  entry(Ui::tr("プロファイル(&P).."), object_type::kProfile);
   file->addSeparator();
   const QList<QAction*> onNode = {
-      file->addAction(QStringLiteral("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
-      file->addAction(QStringLiteral("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
-      file->addAction(QStringLiteral("プロパティ(&R).."), tvConsole_,
-                      &ConsoleTree::ShowProperties)};
+      file->addAction(Ui::tr("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
+      file->addAction(Ui::tr("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
+      file->addAction(Ui::tr("プロパティ(&R).."), tvConsole_, &ConsoleTree::ShowProperties)};
   connect(file, &QMenu::aboutToShow, this, [this, onNode] {
     for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
   });
   file->addSeparator();
-  file->addAction(QStringLiteral("くずかごを空にする(&E).."), this, &ParentWindow::EmptyDust);
+  file->addAction(Ui::tr("くずかごを空にする(&E).."), this, &ParentWindow::EmptyDust);
   file->addSeparator();
-  exit_ = file->addAction(QStringLiteral("終了(&X)"), this, &QWidget::close);
+  file->addAction(Ui::tr("ファイルから取り込む(&I).."), this, &ParentWindow::ImportFiles);
+  file->addAction(Ui::tr("フォルダから取り込む(&O).."), this, &ParentWindow::ImportFolder);
+  QAction* write = file->addAction(Ui::tr("フォルダの書き出し(&W).."), this, &ParentWindow::Export);
+  connect(file, &QMenu::aboutToShow, this,
+          [this, write] { write->setEnabled(!CurrentFolder().isEmpty()); });
+  file->addSeparator();
+  exit_ = file->addAction(Ui::tr("終了(&X)"), this, &QWidget::close);
   exit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
 }
 
 void ParentWindow::BuildDisplayMenu() {
-  QMenu* display = menuBar()->addMenu(QStringLiteral("表示(&V)"));
+  QMenu* display = menuBar()->addMenu(Ui::tr("表示(&V)"));
   display->setObjectName(QStringLiteral("menuDisplays"));
-  QAction* clear = display->addAction(QStringLiteral("イベントのクリア(&C).."), this,
-                                      &ParentWindow::ClearEvents);
-  QAction* layout = display->addAction(QStringLiteral("フォルダのレイアウト(&L).."), this,
-                                       &ParentWindow::EditLayout);
+  QAction* clear =
+      display->addAction(Ui::tr("イベントのクリア(&C).."), this, &ParentWindow::ClearEvents);
+  QAction* layout =
+      display->addAction(Ui::tr("フォルダのレイアウト(&L).."), this, &ParentWindow::EditLayout);
   connect(display, &QMenu::aboutToShow, this, [this, clear, layout] {
     clear->setEnabled(tvConsole_->HasEvents());
     layout->setEnabled(!CurrentFolder().isEmpty());
@@ -87,7 +162,7 @@ void ParentWindow::BuildDisplayMenu() {
 
 // The bookmarks' places, read anew whenever the menu opens.
 void ParentWindow::BuildBookmarkMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("お気に入り(&A)"));
+  QMenu* menu = menuBar()->addMenu(Ui::tr("お気に入り(&A)"));
   menu->setObjectName(QStringLiteral("menuBookmarks"));
   connect(menu, &QMenu::aboutToShow, this, [this, menu] { FillBookmarkMenu(menu); });
   FillBookmarkMenu(menu);
@@ -107,7 +182,7 @@ void ParentWindow::FillBookmarkMenu(QMenu* menu) {
           ->setToolTip(url);
     }
   }
-  if (menu->isEmpty()) menu->addAction(QStringLiteral("（なし）"))->setEnabled(false);
+  if (menu->isEmpty()) menu->addAction(Ui::tr("（なし）"))->setEnabled(false);
 }
 
 void ParentWindow::OpenWebPage(const QString& url) {
@@ -120,21 +195,20 @@ void ParentWindow::OpenWebPage(const QString& url) {
 void ParentWindow::EmptyDust() {
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
+      Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   if (!vorn::EmptyDust(context_)) {
-    QMessageBox::critical(
-        this, kApplicationTitle,
-        QStringLiteral("削除できませんでした。") + context_.Data.LastError().text);
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
   }
   MessageStored();
 }
 
 void ParentWindow::ClearEvents() {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle, QStringLiteral("記録イベントをクリアします？よろしいですか？"),
-      QMessageBox::Ok | QMessageBox::Cancel);
+  const auto answer = QMessageBox::question(this, kApplicationTitle,
+                                            Ui::tr("記録イベントをクリアします？よろしいですか？"),
+                                            QMessageBox::Ok | QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   tvConsole_->RemoveEvents();
   events_.Clear();

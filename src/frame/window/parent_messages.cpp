@@ -13,6 +13,7 @@
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -29,9 +30,8 @@ bool IsFilledByHand(Context& context, const QString& folder) {
 
 void ParentWindow::TellFailure(bool done) {
   if (!done) {
-    QMessageBox::critical(
-        this, kApplicationTitle,
-        QStringLiteral("変更を保存できませんでした。") + context_.Data.LastError().text);
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
   }
   MessageStored();
 }
@@ -43,8 +43,8 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
     return;
   }
   if (action == MessageAction::File) {
-    const QString into = InputTree(context_, this, QStringLiteral("フォルダに入れる"),
-                                   QStringLiteral("メッセージを入れるフォルダを選択してください。"),
+    const QString into = InputTree(context_, this, Ui::tr("フォルダに入れる"),
+                                   Ui::tr("メッセージを入れるフォルダを選択してください。"),
                                    QStringLiteral("static"));
     if (into.isEmpty() || !IsFilledByHand(context_, into)) return;
     const QString from = IsFilledByHand(context_, folder) && into != folder ? folder : QString();
@@ -57,8 +57,7 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
   }
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral("メッセージ%1通を削除します。元には戻せません。よろしいですか？")
-          .arg(messages.size()),
+      Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Ok) TellFailure(DeleteMessages(context_, messages));
 }

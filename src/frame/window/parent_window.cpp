@@ -10,10 +10,12 @@
 #include <QPrinter>
 #include <QSoundEffect>
 #include <QSplitter>
+#include <QToolBar>
 #include <QUrl>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
+#include "frame/ui_language.h"
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
 #include "mail/drafts.h"
@@ -26,6 +28,7 @@
 #include "objects/window/settings_window.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 #include "storage/window/control_state.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
@@ -34,11 +37,11 @@ namespace vorn {
 namespace {
 
 constexpr int kTickMs = 100;
-constexpr int kTreeWidth = 220;
+constexpr int kTreeWidth = 180;
 constexpr int kMessageMs = 10000;
 
-// Values of the main window's "arrange".
-enum Arrangement { kCascade = 0, kTile = 2 };
+const QString kArrange = QStringLiteral("arrange");
+const QString kTree = QStringLiteral("tree");
 
 }  // namespace
 
@@ -53,20 +56,22 @@ ParentWindow::ParentWindow(Context& context)
       traffic_(context, *this, *sbStatus_),
       tvConsole_(new ConsoleTree(context)),
       area_(new QMdiArea),
+      splitter_(new QSplitter),
       mmSound_(new QSoundEffect(this)) {
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   area_->setObjectName(QStringLiteral("mdiArea"));
   mmSound_->setObjectName(QStringLiteral("mmSound"));
 
-  auto* splitter = new QSplitter;
-  splitter->addWidget(tvConsole_);
-  splitter->addWidget(area_);
-  splitter->setStretchFactor(1, 1);
-  splitter->setSizes({kTreeWidth, 3 * kTreeWidth});
-  setCentralWidget(splitter);
+  splitter_->setObjectName(QStringLiteral("splitter"));
+  splitter_->addWidget(tvConsole_);
+  splitter_->addWidget(area_);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setChildrenCollapsible(false);
+  setCentralWidget(splitter_);
   setStatusBar(sbStatus_);
   BuildMenus();
+  BuildToolbar();
 
   ConnectTree();
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
@@ -129,14 +134,15 @@ void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
 
 void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
   const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
-      QStringLiteral("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
+      this, kApplicationTitle, Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Ok) PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
 }
 
 void ParentWindow::LoadDefaultProperty() {
   RestoreWindowPlacement(context_, *this, objectName());
+  const int treeWidth = PlacementBag(context_, objectName())->Number(kTree, kTreeWidth);
+  splitter_->setSizes({treeWidth, qMax(1, width() - treeWidth)});
   setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
   tvConsole_->Fill();
   ApplySettings();
@@ -151,8 +157,7 @@ void ParentWindow::OfferDrafts() {
   if (drafts.isEmpty()) return;
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral("前回、編集中のまま終了したメッセージが%1通あります。開きますか？")
-          .arg(drafts.size()),
+      Ui::tr("前回、編集中のまま終了したメッセージが%1通あります。開きますか？").arg(drafts.size()),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
   if (answer != QMessageBox::Yes) return;
   for (const QString& serialId : drafts) {
@@ -166,8 +171,8 @@ void ParentWindow::menuTools_Click(int index) {
     case kToolsReceive:
       if (SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled)
               ->IsEmpty()) {
-        sbStatus_->showMessage(QStringLiteral("送受信するアカウントがありません。ファイル > "
-                                              "新規作成 > アカウントで追加してください。"),
+        sbStatus_->showMessage(Ui::tr("送受信するアカウントがありません。ファイル > "
+                                      "新規作成 > アカウントで追加してください。"),
                                kMessageMs);
         return;
       }
@@ -263,13 +268,16 @@ void ParentWindow::Track(QObject* object, RequestWindow* window) {
 }
 
 void ParentWindow::ArrangeWindows() {
-  const DiskPtr saved = context_.Objects.Find(QStringLiteral("DATA_parent"));
-  const int arrange = saved == nullptr ? kTile : saved->Number(u"arrange", kTile);
-  if (arrange == kCascade) {
+  if (PlacementBag(context_, objectName())->Number(kArrange, kTile) == kCascade) {
     area_->cascadeSubWindows();
   } else {
     area_->tileSubWindows();
   }
+}
+
+void ParentWindow::SetArrangement(int arrangement) {
+  PlacementBag(context_, objectName())->Let(kArrange, arrangement);
+  ArrangeWindows();
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
@@ -279,7 +287,7 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
 
 void ParentWindow::AskToOpen(const Disk& request) {
   QMessageBox question(QMessageBox::Question, kApplicationTitle,
-                       QStringLiteral("新着メッセージを受信しました。今すぐ開きますか？"),
+                       Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
                        QMessageBox::Ok | QMessageBox::Cancel, this);
   question.setDefaultButton(QMessageBox::Cancel);
   if (question.exec() != QMessageBox::Ok) return;
@@ -297,9 +305,15 @@ void ParentWindow::PlayNoticeSound() {
 }
 
 void ParentWindow::ApplySettings() {
+  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};
+  const int language = qBound(0, Settings(context_)->Number(u"Language"), 2);
+  KeepUiLanguage(QString::fromUtf16(kLanguages[language]));
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
   ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
+  tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
+                                  ? Qt::ToolButtonIconOnly
+                                  : Qt::ToolButtonTextBesideIcon);
   for (auto* browser : area_->findChildren<BrowserWindow*>()) browser->ControlToolbarUpdate();
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (auto* message = qobject_cast<MessageWindow*>(window)) message->ControlToolbarUpdate();
@@ -337,10 +351,9 @@ QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt)
 }
 
 QString ParentWindow::AskPassword(const QString& account) {
-  return InputText(
-      context_, this, QStringLiteral("パスワード"),
-      QStringLiteral("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
-      QString(), QStringLiteral("*"));
+  return InputText(context_, this, Ui::tr("パスワード"),
+                   Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
+                   QString(), QStringLiteral("*"));
 }
 
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
@@ -374,7 +387,7 @@ void ParentWindow::PrintPageFile(const QString& path) {
 
 bool ParentWindow::ChoosePrinter(QPrinter& printer) {
   QPrintDialog dialog(&printer, this);
-  dialog.setWindowTitle(QStringLiteral("印刷"));
+  dialog.setWindowTitle(Ui::tr("印刷"));
   return dialog.exec() == QDialog::Accepted;
 }
 
@@ -429,6 +442,7 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   tmPlan_.stop();
   counting_.stop();
   tasktray_.reset();
+  PlacementBag(context_, objectName())->Let(kTree, splitter_->sizes().value(0, kTreeWidth));
   KeepWindowPlacement(context_, *this, objectName());
   SaveMarkedObjects(context_);
   queue_.Clear();

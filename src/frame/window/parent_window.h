@@ -16,6 +16,8 @@
 class QAction;
 class QMdiArea;
 class QMenu;
+class QSplitter;
+class QToolBar;
 class QSoundEffect;
 
 namespace vorn {
@@ -41,6 +43,8 @@ class ParentWindow : public QMainWindow,
   void LoadDefaultProperty();
   /// The Tools menu's entry with that index; 0 is "send and receive messages".
   void menuTools_Click(int index);
+  /// Opens what the program was started with: a message file or a "mailto:" address.
+  void OpenArgument(const QString& argument);
   MailTraffic& Traffic() { return traffic_; }
   Context& Contents() { return context_; }
   void PostBrowser(const BrowserRequest& request) { queue_.PostBrowserRequest(request); }
@@ -89,6 +93,8 @@ class ParentWindow : public QMainWindow,
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// Values of the main window's "arrange".
+  enum Arrangement { kCascade = 0, kTile = 2 };
   enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsRules, kToolsSettings, kToolsVersion };
 
   void BuildMenus();
@@ -98,6 +104,15 @@ class ParentWindow : public QMainWindow,
   void FillBookmarkMenu(QMenu* menu);
   void OpenWebPage(const QString& url);
   void EmptyDust();
+  void ImportFiles();
+  void ImportFolder();
+  void Import(const QStringList& paths);
+  void Export();
+  void BuildToolbar();
+  void BuildHelpMenu();
+  void ShowGuide();
+  QAction* AddMessageButton(QToolBar& bar, const QString& text, const QString& command);
+  void SetArrangement(int arrangement);
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
@@ -134,6 +149,8 @@ class ParentWindow : public QMainWindow,
   MailTraffic traffic_;
   ConsoleTree* tvConsole_;
   QMdiArea* area_;
+  QSplitter* splitter_;
+  QToolBar* tbMain_ = nullptr;
   QSoundEffect* mmSound_;
   std::unique_ptr<TaskTray> tasktray_;
   QAction* version_ = nullptr;  // the menu entries that the notification area's menu shares

@@ -2,21 +2,46 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <utility>
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
+#include "frame/ui_language.h"
 #include "frame/window/login_window.h"
 #include "frame/window/parent_window.h"
 #include "frame/window/version_window.h"
+#include "mail/mailto.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
-Program::Program(const QString& appFolder) : appFolder_(appFolder), instance_(appFolder) {
+namespace {
+
+// A file's name means something in the folder where the program was started.
+QStringList WithFullPaths(QStringList arguments) {
+  for (QString& argument : arguments) {
+    if (!IsMailto(argument)) argument = QFileInfo(argument).absoluteFilePath();
+  }
+  return arguments;
+}
+
+}  // namespace
+
+Program::Program(const QString& appFolder, const QStringList& arguments)
+    : appFolder_(appFolder),
+      instance_(appFolder),
+      messages_(appFolder),
+      toOpen_(WithFullPaths(arguments)) {
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
-  // The toolkit's own texts, such as the buttons of message boxes.
-  if (toolkitTexts_.load(QStringLiteral("qtbase_ja"),
+  const QString language = UiLanguage();
+  // The program's texts are Japanese; the toolkit's, such as the buttons of message boxes, English.
+  if (texts_.load(QStringLiteral(":/texts/vorn_") + language + QStringLiteral(".qm"))) {
+    QApplication::installTranslator(&texts_);
+  }
+  if (toolkitTexts_.load(QStringLiteral("qtbase_") + language,
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QApplication::installTranslator(&toolkitTexts_);
   }
@@ -39,14 +64,18 @@ bool Program::Refuse(const QString& reason) const {
 
 bool Program::Start() {
   if (!QDir().mkpath(appFolder_)) {
-    return Refuse(QStringLiteral("データフォルダ「%1」を作成できません。")
-                      .arg(QDir::toNativeSeparators(appFolder_)));
+    return Refuse(
+        Ui::tr("データフォルダ「%1」を作成できません。").arg(QDir::toNativeSeparators(appFolder_)));
   }
   if (!instance_.Acquire()) {
-    return Refuse(kApplicationTitle + QStringLiteral("は既に起動しています。"));
+    handedOver_ = !toOpen_.isEmpty() && messages_.Send(toOpen_);
+    if (handedOver_) return false;
+    return Refuse(kApplicationTitle + Ui::tr("は既に起動しています。"));
   }
   QString error;
   if (!StartUp(context_, appFolder_, &error)) return Refuse(error);
+  messages_.Listen();
+  connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
   RemoveOldPages();
   if (!context_.Objects.IsEmpty()) {
     ShowLogin();
@@ -54,8 +83,7 @@ bool Program::Start() {
   }
   const DiskPtr profile = CreateFirstProfile(context_);
   if (profile == nullptr) {
-    return Refuse(QStringLiteral("プロファイルを作成できません。") +
-                  context_.Data.LastError().text);
+    return Refuse(Ui::tr("プロファイルを作成できません。") + context_.Data.LastError().text);
   }
   BeginLogin(context_, *profile, QString());
   ShowVersion();
@@ -99,6 +127,18 @@ void Program::ShowParent() {
   connect(parent_, &QObject::destroyed, qApp, &QApplication::quit);
   parent_->LoadDefaultProperty();
   parent_->show();
+  Open(std::exchange(toOpen_, {}));
+}
+
+void Program::Open(const QStringList& arguments) {
+  if (parent_ == nullptr) {
+    toOpen_ += arguments;
+    return;
+  }
+  for (const QString& argument : arguments) parent_->OpenArgument(argument);
+  if (arguments.isEmpty()) return;
+  parent_->raise();
+  parent_->activateWindow();
 }
 
 }  // namespace vorn

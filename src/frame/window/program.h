@@ -5,6 +5,7 @@
 #include <QTranslator>
 #include <memory>
 
+#include "frame/instance_messages.h"
 #include "frame/single_instance.h"
 #include "storage/context.h"
 
@@ -18,17 +19,21 @@ class Program : public QObject {
   Q_OBJECT
 
  public:
-  /// `appFolder` holds the databases.
-  explicit Program(const QString& appFolder);
+  /// `appFolder` holds the databases; `arguments` are message files and "mailto:" addresses to
+  /// open.
+  explicit Program(const QString& appFolder, const QStringList& arguments = {});
   ~Program() override;
 
   /// Shows the first window. False, after the user was told why, when the program has to end.
   bool Start();
+  /// Whether `Start` handed the arguments over to a program that runs already.
+  bool HandedOver() const { return handedOver_; }
   /// The main window, once a profile is loaded; null before and after.
   ParentWindow* Parent() const;
   Context& GetContext() { return context_; }
 
  private:
+  void Open(const QStringList& arguments);
   bool Refuse(const QString& reason) const;
   void RemoveOldPages() const;
   void ShowLogin();
@@ -36,9 +41,13 @@ class Program : public QObject {
   void ShowParent();
 
   Context context_;
+  QTranslator texts_;
   QTranslator toolkitTexts_;
   QString appFolder_;
   SingleInstance instance_;
+  InstanceMessages messages_;
+  QStringList toOpen_;  // until there is a main window
+  bool handedOver_ = false;
   QPointer<QWidget> opening_;  // the login or the splash
   QPointer<ParentWindow> parent_;
 };

@@ -5,6 +5,7 @@
 #include <QToolButton>
 
 #include "frame/window/icons.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -17,8 +18,8 @@ MainStatusBar::MainStatusBar(QWidget* parent)
     : QStatusBar(parent), icon_(new QLabel), text_(new QLabel), cancel_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   text_->setObjectName(QStringLiteral("panelSession"));
-  cancel_->setText(QStringLiteral("中止"));
-  cancel_->setToolTip(QStringLiteral("送受信を中止します。"));
+  cancel_->setText(Ui::tr("中止"));
+  cancel_->setToolTip(Ui::tr("送受信を中止します。"));
   cancel_->setAutoRaise(true);
   cancel_->hide();
   connect(cancel_, &QToolButton::clicked, this, &MainStatusBar::CancelClicked);

@@ -5,22 +5,27 @@
 #include <QKeyEvent>
 
 #include "mail/window/named_editor_delegate.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 struct KindText {
   const char16_t* kind;
-  const char16_t* text;
+  const char* text;
 };
 
-constexpr KindText kKinds[] = {{u"TO", u"宛先"},     {u"CC", u"CC"},     {u"BC", u"BCC"},
-                               {u"FROM", u"差出人"}, {u"RE", u"返信先"}, {u"NO", u"開封通知先"}};
+constexpr KindText kKinds[] = {{u"TO", QT_TRANSLATE_NOOP("vorn::Ui", "宛先")},
+                               {u"CC", "CC"},
+                               {u"BC", "BCC"},
+                               {u"FROM", QT_TRANSLATE_NOOP("vorn::Ui", "差出人")},
+                               {u"RE", QT_TRANSLATE_NOOP("vorn::Ui", "返信先")},
+                               {u"NO", QT_TRANSLATE_NOOP("vorn::Ui", "開封通知先")}};
 
 QString TextOf(const QString& kind) {
   for (const KindText& entry : kKinds) {
     if (kind.compare(QStringView(entry.kind), Qt::CaseInsensitive) == 0) {
-      return QString::fromUtf16(entry.text);
+      return Ui::tr(entry.text);
     }
   }
   return kind;
@@ -46,7 +51,7 @@ AddressEntry ReadTyped(const QString& kind, const QString& typed) {
 AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
     : QTableWidget(0, 2, parent) {
   setObjectName(QStringLiteral("lvMailaddress"));
-  setHorizontalHeaderLabels({QStringLiteral("種類"), QStringLiteral("アドレス")});
+  setHorizontalHeaderLabels({Ui::tr("種類"), Ui::tr("アドレス")});
   horizontalHeader()->hide();
   horizontalHeader()->setStretchLastSection(true);
   setColumnWidth(kKind, 110);
@@ -80,7 +85,7 @@ void AddressList::AddRow(const AddressEntry& entry) {
   if (editable_) {
     auto* kinds = new QComboBox;
     for (const KindText& kind : kKinds) {
-      kinds->addItem(QString::fromUtf16(kind.text), QString::fromUtf16(kind.kind));
+      kinds->addItem(Ui::tr(kind.text), QString::fromUtf16(kind.kind));
     }
     kinds->setCurrentIndex(qMax(0, kinds->findData(entry.kind)));
     connect(kinds, &QComboBox::currentIndexChanged, this, &AddressList::Edited);

@@ -18,6 +18,7 @@
 #include "mail/attachment_files.h"
 #include "mail/compose_message.h"
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -48,7 +49,7 @@ QString FreePath(const QString& folder, const QString& name) {
 AttachmentList::AttachmentList(Context& context, QWidget* parent)
     : QListWidget(parent), context_(context) {
   setObjectName(QStringLiteral("lvClip"));
-  setAccessibleName(QStringLiteral("添付ファイル"));
+  setAccessibleName(Ui::tr("添付ファイル"));
   setSelectionMode(QAbstractItemView::ExtendedSelection);
   setFlow(QListView::LeftToRight);
   setWrapping(true);
@@ -72,9 +73,9 @@ void AttachmentList::Fill() {
   for (const ModelAttachment& attachment : attachments_) {
     const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size()
                                          : ReadAttachment(attachment, source_).size();
-    auto* item = new QListWidgetItem(
-        icons.icon(QFileIconProvider::File),
-        attachment.name + QStringLiteral("（") + SizeText(size) + QStringLiteral("）"), this);
+    auto* item =
+        new QListWidgetItem(icons.icon(QFileIconProvider::File),
+                            attachment.name + Ui::tr("（") + SizeText(size) + Ui::tr("）"), this);
     item->setToolTip(attachment.isNew ? attachment.path : attachment.type);
   }
 }
@@ -83,7 +84,7 @@ void AttachmentList::AddFiles(const QStringList& paths) {
   for (const QString& path : paths) {
     const QFileInfo file(path);
     if (!file.isFile() || !file.isReadable()) {
-      Tell(QStringLiteral("添付ファイル「%1」を読み込めません。").arg(path));
+      Tell(Ui::tr("添付ファイル「%1」を読み込めません。").arg(path));
       continue;
     }
     ModelAttachment attachment;
@@ -105,8 +106,8 @@ bool AttachmentList::PasteFiles() {
 }
 
 void AttachmentList::AddByDialog() {
-  const QStringList paths = QFileDialog::getOpenFileNames(
-      this, QStringLiteral("添付ファイルの選択"), QString(), QStringLiteral("全てのファイル (*)"));
+  const QStringList paths = QFileDialog::getOpenFileNames(this, Ui::tr("添付ファイルの選択"),
+                                                          QString(), Ui::tr("全てのファイル (*)"));
   if (!paths.isEmpty()) AddFiles(paths);
 }
 
@@ -118,10 +119,9 @@ void AttachmentList::SaveByDialog() {
     QString name = attachments_[i].name;
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
   }
-  const QString answer = InputList(context_, this, QStringLiteral("添付ファイルの保存"),
-                                   QStringLiteral("保存したいファイルを選択して下さい。"),
-                                   entries.size() == 1 ? QStringLiteral("0") : QString(),
-                                   entries.join(kLineBreak), true);
+  const QString answer = InputList(
+      context_, this, Ui::tr("添付ファイルの保存"), Ui::tr("保存したいファイルを選択して下さい。"),
+      entries.size() == 1 ? QStringLiteral("0") : QString(), entries.join(kLineBreak), true);
   QList<qsizetype> chosen;
   for (const QString& key : answer.split(kLineBreak, Qt::SkipEmptyParts)) {
     chosen.append(key.toLongLong());
@@ -130,13 +130,13 @@ void AttachmentList::SaveByDialog() {
     SaveOne(attachments_[static_cast<size_t>(chosen[0])]);
   } else if (chosen.size() > 1) {
     const QString folder =
-        QFileDialog::getExistingDirectory(this, QStringLiteral("添付ファイルを保存するフォルダ"));
+        QFileDialog::getExistingDirectory(this, Ui::tr("添付ファイルを保存するフォルダ"));
     if (!folder.isEmpty()) SaveInto(folder, chosen);
   }
 }
 
 void AttachmentList::SaveOne(const ModelAttachment& attachment) {
-  const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("添付ファイルの保存"),
+  const QString path = QFileDialog::getSaveFileName(this, Ui::tr("添付ファイルの保存"),
                                                     SafeFileName(attachment.name));
   if (!path.isEmpty()) WriteTo(path, attachment);
 }
@@ -160,8 +160,8 @@ bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachm
   if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
     return true;
   }
-  Tell(QStringLiteral("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
-           .arg(path));
+  Tell(
+      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
   return false;
 }
 
@@ -172,8 +172,8 @@ void AttachmentList::OpenCurrent() {
   if (IsExecutableName(attachment.name)) {
     const auto answer = QMessageBox::warning(
         this, kApplicationTitle,
-        QStringLiteral("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
-                       "あります。開きますか？")
+        Ui::tr("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
+               "あります。開きますか？")
             .arg(attachment.name),
         QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     if (answer != QMessageBox::Yes) return;
@@ -223,13 +223,11 @@ void AttachmentList::keyPressEvent(QKeyEvent* event) {
 void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu;
   const bool any = currentRow() >= 0;
-  menu.addAction(QStringLiteral("開く(&O)"), this, &AttachmentList::OpenCurrent)->setEnabled(any);
-  menu.addAction(QStringLiteral("保存(&S).."), this, &AttachmentList::SaveByDialog)
-      ->setEnabled(any);
+  menu.addAction(Ui::tr("開く(&O)"), this, &AttachmentList::OpenCurrent)->setEnabled(any);
+  menu.addAction(Ui::tr("保存(&S).."), this, &AttachmentList::SaveByDialog)->setEnabled(any);
   if (editable_) {
-    menu.addAction(QStringLiteral("追加(&A).."), this, &AttachmentList::AddByDialog);
-    menu.addAction(QStringLiteral("外す(&D)"), this, &AttachmentList::RemoveSelected)
-        ->setEnabled(any);
+    menu.addAction(Ui::tr("追加(&A).."), this, &AttachmentList::AddByDialog);
+    menu.addAction(Ui::tr("外す(&D)"), this, &AttachmentList::RemoveSelected)->setEnabled(any);
   }
   menu.exec(event->globalPos());
 }

@@ -1,4 +1,5 @@
 #include "mail/window/find_bar.h"
+#include "storage/ui.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -11,7 +12,7 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit) {
   setObjectName(QStringLiteral("frFind"));
   box_->setObjectName(QStringLiteral("txFind"));
   box_->installEventFilter(this);
-  auto* label = new QLabel(QStringLiteral("検索(&I)"));
+  auto* label = new QLabel(Ui::tr("検索(&I)"));
   label->setBuddy(box_);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(4, 2, 4, 2);
@@ -23,9 +24,9 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit) {
     connect(tool, &QToolButton::clicked, this, clicked);
     layout->addWidget(tool);
   };
-  button(QStringLiteral("前へ"), [this] { Find(true); });
-  button(QStringLiteral("次へ"), [this] { Find(false); });
-  button(QStringLiteral("閉じる"), [this] {
+  button(Ui::tr("前へ"), [this] { Find(true); });
+  button(Ui::tr("次へ"), [this] { Find(false); });
+  button(Ui::tr("閉じる"), [this] {
     hide();
     Q_EMIT Closed();
   });

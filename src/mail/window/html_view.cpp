@@ -16,6 +16,7 @@
 #include <QWebEngineView>
 
 #include "frame/start_up.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -99,10 +100,9 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
   // What of the network may be loaded is decided by the guard.
   settings->setAttribute(Attribute::LocalContentCanAccessRemoteUrls, true);
 
-  auto* button = new QPushButton(QStringLiteral("リモート画像を表示(&R)"));
+  auto* button = new QPushButton(Ui::tr("リモート画像を表示(&R)"));
   button->setObjectName(QStringLiteral("cmRemoteImages"));
-  auto* text =
-      new QLabel(QStringLiteral("送信者に知られないように、リモート画像は表示していません。"));
+  auto* text = new QLabel(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
   auto* bar = new QHBoxLayout(notice_);
   bar->setContentsMargins(6, 2, 6, 2);
   bar->addWidget(text, 1);
@@ -173,11 +173,10 @@ void HtmlView::Zoom(double factor) {
 void HtmlView::AskToOpen(const QUrl& url) {
   const QString scheme = url.scheme();
   if (scheme != u"http" && scheme != u"https" && scheme != u"mailto") return;
-  const auto answer =
-      QMessageBox::question(this, kApplicationTitle,
-                            QStringLiteral("次のアドレスを開きます。よろしいですか？\n\n") +
-                                url.toString(QUrl::FullyEncoded),
-                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + url.toString(QUrl::FullyEncoded),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer == QMessageBox::Yes) QDesktopServices::openUrl(url);
 }
 

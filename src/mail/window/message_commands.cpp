@@ -27,6 +27,7 @@
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -47,10 +48,10 @@ bool HasKind(const QList<AddressEntry>& addresses, std::initializer_list<QString
 QString MessageWindow::MissingForSending() const {
   const QList<AddressEntry> addresses = lvMailaddress_->Addresses();
   if (!HasKind(addresses, {u"TO", u"CC", u"BC"})) {
-    return QStringLiteral("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
+    return Ui::tr("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
   }
   if (!HasKind(addresses, {u"FROM"})) {
-    return QStringLiteral("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
+    return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
   }
   return {};
 }
@@ -59,12 +60,11 @@ QString MessageWindow::MissingForSending() const {
 void MessageWindow::ToolbarSend() {
   if (request_->Number(kProcess) < 0) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
-    const QString name = dust != nullptr ? dust->Text(u"Object") : QStringLiteral("くずかご");
-    const auto answer =
-        QMessageBox::question(this, kApplicationTitle,
-                              QStringLiteral("このメールは、") + name +
-                                  QStringLiteral("に入っています。取り出して送信しますか？"),
-                              QMessageBox::Ok | QMessageBox::Cancel);
+    const QString name = dust != nullptr ? dust->Text(u"Object") : Ui::tr("くずかご");
+    const auto answer = QMessageBox::question(
+        this, kApplicationTitle,
+        Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
+        QMessageBox::Ok | QMessageBox::Cancel);
     if (answer != QMessageBox::Ok) return;
     ToggleDust();
   }
@@ -84,7 +84,7 @@ void MessageWindow::SendClicked() {
   }
   if (txSubject_->text().isEmpty() &&
       QMessageBox::question(this, kApplicationTitle,
-                            QStringLiteral("件名が設定されていません。送信してよろしいですか？")) !=
+                            Ui::tr("件名が設定されていません。送信してよろしいですか？")) !=
           QMessageBox::Yes) {
     return;
   }
@@ -99,7 +99,7 @@ void MessageWindow::SendClicked() {
 void MessageWindow::CancelSending() {
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
+      Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   const int sign = request_->Number(kProcess) < 0 ? -1 : 1;
@@ -132,7 +132,7 @@ void MessageWindow::ToggleDust() {
 
 void MessageWindow::DeleteClicked() {
   const auto answer = QMessageBox::question(
-      this, kApplicationTitle, QStringLiteral("メッセージを削除します。よろしいですか？"),
+      this, kApplicationTitle, Ui::tr("メッセージを削除します。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   request_->Let(QStringLiteral("messagedelete"), true);
@@ -152,10 +152,9 @@ void MessageWindow::ChooseFolders() {
     entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
                    folder->Text(u"Draw"));
   }
-  const QString chosen =
-      InputList(context_, this, QStringLiteral("保存フォルダ"),
-                QStringLiteral("メッセージを保存するフォルダを選択してください。"),
-                request_->Text(u"folder"), entries.join(kLineBreak), true);
+  const QString chosen = InputList(context_, this, Ui::tr("保存フォルダ"),
+                                   Ui::tr("メッセージを保存するフォルダを選択してください。"),
+                                   request_->Text(u"folder"), entries.join(kLineBreak), true);
   if (context_.Session->Flag(u"cancel")) return;
   request_->Let(QStringLiteral("folder"), chosen);
   changedState_ |= kStateFolders;
@@ -166,10 +165,9 @@ void MessageWindow::SaveToFile() {
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) QMessageBox::critical(this, kApplicationTitle, error);
   if (source.isEmpty()) return;
-  const QString path =
-      QFileDialog::getSaveFileName(this, QStringLiteral("ファイルに保存"),
-                                   SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
-                                   QStringLiteral("メッセージファイル (*.eml)"));
+  const QString path = QFileDialog::getSaveFileName(
+      this, Ui::tr("ファイルに保存"), SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
+      Ui::tr("メッセージファイル (*.eml)"));
   if (path.isEmpty()) return;
   QSaveFile file(path);
   if (file.open(QIODevice::WriteOnly) && file.write(source) == source.size() && file.commit()) {
@@ -177,8 +175,7 @@ void MessageWindow::SaveToFile() {
   }
   QMessageBox::critical(
       this, kApplicationTitle,
-      QStringLiteral("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
-          .arg(path));
+      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
 }
 
 void MessageWindow::PrintClicked() {
@@ -191,10 +188,9 @@ void MessageWindow::PrintClicked() {
     return;
   }
   file.remove();
-  QMessageBox::critical(
-      this, kApplicationTitle,
-      QStringLiteral("印刷するページを書き込めません。ディスクの空き容量を確認して"
-                     "ください。"));
+  QMessageBox::critical(this, kApplicationTitle,
+                        Ui::tr("印刷するページを書き込めません。ディスクの空き容量を確認して"
+                               "ください。"));
 }
 
 void MessageWindow::ShowSource() {
@@ -203,7 +199,7 @@ void MessageWindow::ShowSource() {
   auto* dialog = new QDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setObjectName(QStringLiteral("source"));
-  dialog->setWindowTitle(GetMessageSubject() + QStringLiteral(" ソース"));
+  dialog->setWindowTitle(GetMessageSubject() + Ui::tr(" ソース"));
   dialog->resize(kSourceSize);
   auto* text = new QPlainTextEdit(DecodeAutomatically(source.left(kSourceShown), Charset(), true));
   text->setReadOnly(true);
@@ -252,8 +248,7 @@ void MessageWindow::AskForReceipt() {
   request_->Let(QStringLiteral("notice"), false);
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral(
-          "このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
+      Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) return;
   const DiskPtr settings = context_.Objects.Find(fixed_serial::kSettings);

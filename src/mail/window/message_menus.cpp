@@ -19,6 +19,7 @@
 #include "mail/window/find_bar.h"
 #include "mail/window/message_window.h"
 #include "objects/settings.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -30,19 +31,19 @@ struct Choice {
 
 const QList<Choice>& CharsetChoices() {
   static const QList<Choice> choices = {
-      {QStringLiteral("日本語ＪＩＳ(&J)"), static_cast<int>(CharsetChoice::Jis)},
-      {QStringLiteral("日本語ＥＵＣ(&E)"), static_cast<int>(CharsetChoice::Euc)},
-      {QStringLiteral("日本語ＳＪＩＳ(&S)"), static_cast<int>(CharsetChoice::ShiftJis)},
+      {Ui::tr("日本語ＪＩＳ(&J)"), static_cast<int>(CharsetChoice::Jis)},
+      {Ui::tr("日本語ＥＵＣ(&E)"), static_cast<int>(CharsetChoice::Euc)},
+      {Ui::tr("日本語ＳＪＩＳ(&S)"), static_cast<int>(CharsetChoice::ShiftJis)},
       {QString(), 0},
-      {QStringLiteral("適切な文字セット(&A)"), static_cast<int>(CharsetChoice::Automatic)},
-      {QStringLiteral("ＵＴＦ－８(&U)"), static_cast<int>(CharsetChoice::Utf8)}};
+      {Ui::tr("適切な文字セット(&A)"), static_cast<int>(CharsetChoice::Automatic)},
+      {Ui::tr("ＵＴＦ－８(&U)"), static_cast<int>(CharsetChoice::Utf8)}};
   return choices;
 }
 
 }  // namespace
 
 void MessageWindow::BuildMenus() {
-  tbMenu_ = addToolBar(QStringLiteral("コマンド"));
+  tbMenu_ = addToolBar(Ui::tr("コマンド"));
   tbMenu_->setObjectName(QStringLiteral("tbMenu"));
   tbMenu_->setMovable(false);
   QMenu* file = BuildFileMenu();
@@ -52,21 +53,21 @@ void MessageWindow::BuildMenus() {
 }
 
 QMenu* MessageWindow::BuildFileMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("ファイル(&F)"));
+  QMenu* menu = menuBar()->addMenu(Ui::tr("ファイル(&F)"));
   menu->setObjectName(QStringLiteral("menuFiles"));
   QMenu* messages = BuildMessagesMenu();
   menu->addMenu(messages);
   menu->addSeparator();
-  menuDust_ = menu->addAction(QStringLiteral("くずかご(&B)"), this, &MessageWindow::ToggleDust);
+  menuDust_ = menu->addAction(Ui::tr("くずかご(&B)"), this, &MessageWindow::ToggleDust);
   menuDust_->setCheckable(true);
   menu->addSeparator();
-  menu->addAction(QStringLiteral("ファイルに保存(&F).."), this, &MessageWindow::SaveToFile)
+  menu->addAction(Ui::tr("ファイルに保存(&F).."), this, &MessageWindow::SaveToFile)
       ->setShortcut(QKeySequence::Save);
   menu->addSeparator();
-  menu->addAction(QStringLiteral("印刷(&P).."), this, &MessageWindow::PrintClicked)
+  menu->addAction(Ui::tr("印刷(&P).."), this, &MessageWindow::PrintClicked)
       ->setShortcut(QKeySequence::Print);
   menu->addSeparator();
-  menu->addAction(QStringLiteral("閉じる(&X)"), this, &QWidget::close)
+  menu->addAction(Ui::tr("閉じる(&X)"), this, &QWidget::close)
       ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)});
   connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
   connect(messages, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
@@ -74,9 +75,9 @@ QMenu* MessageWindow::BuildFileMenu() {
 }
 
 QMenu* MessageWindow::BuildMessagesMenu() {
-  auto* menu = new QMenu(QStringLiteral("メッセージ(&M).."), this);
+  auto* menu = new QMenu(Ui::tr("メッセージ(&M).."), this);
   menu->setObjectName(QStringLiteral("menuFilesMessages"));
-  menuSend_ = menu->addAction(QStringLiteral("送信(&S)"), this, &MessageWindow::SendClicked);
+  menuSend_ = menu->addAction(Ui::tr("送信(&S)"), this, &MessageWindow::SendClicked);
   menuSend_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
   menu->addSeparator();
   const auto answer = [&](const QString& text, OpenMode mode, const QKeySequence& key) {
@@ -84,17 +85,15 @@ QMenu* MessageWindow::BuildMessagesMenu() {
     action->setShortcut(key);
     menuAnswers_.append(action);
   };
-  answer(QStringLiteral("送信者に返信(&R)"), OpenMode::Reply, QKeySequence(Qt::CTRL | Qt::Key_R));
-  answer(QStringLiteral("関係者に返信(&A)"), OpenMode::ReplyAll,
+  answer(Ui::tr("送信者に返信(&R)"), OpenMode::Reply, QKeySequence(Qt::CTRL | Qt::Key_R));
+  answer(Ui::tr("関係者に返信(&A)"), OpenMode::ReplyAll,
          QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
-  answer(QStringLiteral("転送(&F)"), OpenMode::Forward,
-         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
-  answer(QStringLiteral("再送信(&T)"), OpenMode::Resend, {});
+  answer(Ui::tr("転送(&F)"), OpenMode::Forward, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+  answer(Ui::tr("再送信(&T)"), OpenMode::Resend, {});
   menu->addSeparator();
-  menuStored_.append(
-      menu->addAction(QStringLiteral("削除(&D)"), this, &MessageWindow::DeleteClicked));
+  menuStored_.append(menu->addAction(Ui::tr("削除(&D)"), this, &MessageWindow::DeleteClicked));
   menu->addSeparator();
-  menu->addAction(QStringLiteral("保存フォルダ(&F).."), this, &MessageWindow::ChooseFolders);
+  menu->addAction(Ui::tr("保存フォルダ(&F).."), this, &MessageWindow::ChooseFolders);
   return menu;
 }
 
@@ -107,40 +106,40 @@ void MessageWindow::InFocusedBox(const char* slot) {
 }
 
 QMenu* MessageWindow::BuildEditMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("編集(&E)"));
+  QMenu* menu = menuBar()->addMenu(Ui::tr("編集(&E)"));
   menu->setObjectName(QStringLiteral("menuEdits"));
   const auto add = [this, menu](const QString& text, const char* slot) {
     return menu->addAction(text, this, [this, slot] { InFocusedBox(slot); });
   };
-  add(QStringLiteral("切り取り(&X)"), "cut");
-  add(QStringLiteral("コピー(&C)"), "copy");
-  menu->addAction(QStringLiteral("削除(&D)"), this, [this] {
+  add(Ui::tr("切り取り(&X)"), "cut");
+  add(Ui::tr("コピー(&C)"), "copy");
+  menu->addAction(Ui::tr("削除(&D)"), this, [this] {
     if (auto* line = qobject_cast<QLineEdit*>(focusWidget()); line != nullptr) {
       if (!line->isReadOnly()) line->del();
     } else if (auto* text = qobject_cast<QPlainTextEdit*>(focusWidget()); text != nullptr) {
       if (!text->isReadOnly()) text->textCursor().deleteChar();
     }
   });
-  menu->addAction(QStringLiteral("貼り付け(&P)"), this, [this] {
+  menu->addAction(Ui::tr("貼り付け(&P)"), this, [this] {
     if (!lvClip_->PasteFiles()) InFocusedBox("paste");
   });
   menu->addSeparator();
-  QMenu* charsets = menu->addMenu(QStringLiteral("文字セット(&H)"));
+  QMenu* charsets = menu->addMenu(Ui::tr("文字セット(&H)"));
   charsets->setObjectName(QStringLiteral("menuEditCharsets"));
   BuildCharsetMenu(charsets);
-  attachments_ = menu->addMenu(QStringLiteral("添付ファイル(&A)"));
+  attachments_ = menu->addMenu(Ui::tr("添付ファイル(&A)"));
   attachments_->setObjectName(QStringLiteral("menuEditsAttachments"));
-  attachments_->addAction(QStringLiteral("保存(&S).."), lvClip_, &AttachmentList::SaveByDialog);
-  attachments_->addAction(QStringLiteral("追加(&A).."), lvClip_, &AttachmentList::AddByDialog);
-  QMenu* priorities = menu->addMenu(QStringLiteral("優先度(&I)"));
+  attachments_->addAction(Ui::tr("保存(&S).."), lvClip_, &AttachmentList::SaveByDialog);
+  attachments_->addAction(Ui::tr("追加(&A).."), lvClip_, &AttachmentList::AddByDialog);
+  QMenu* priorities = menu->addMenu(Ui::tr("優先度(&I)"));
   priorities->setObjectName(QStringLiteral("menuEditsPrioritys"));
   BuildPriorityMenu(priorities);
   menu->addSeparator();
-  add(QStringLiteral("元に戻す(&U)"), "undo");
-  add(QStringLiteral("やり直し(&R)"), "redo");
-  add(QStringLiteral("すべて選択(&L)"), "selectAll");
+  add(Ui::tr("元に戻す(&U)"), "undo");
+  add(Ui::tr("やり直し(&R)"), "redo");
+  add(Ui::tr("すべて選択(&L)"), "selectAll");
   menu->addSeparator();
-  menu->addAction(QStringLiteral("検索(&F).."), this, [this] { find_->Open(); })
+  menu->addAction(Ui::tr("検索(&F).."), this, [this] { find_->Open(); })
       ->setShortcut(QKeySequence::Find);
   connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
   return menu;
@@ -165,8 +164,7 @@ void MessageWindow::BuildCharsetMenu(QMenu* menu) {
 
 void MessageWindow::BuildPriorityMenu(QMenu* menu) {
   priorities_ = new QActionGroup(this);
-  const QStringList texts = {QStringLiteral("高い(&H)"), QStringLiteral("普通(&N)"),
-                             QStringLiteral("低い(&L)")};
+  const QStringList texts = {Ui::tr("高い(&H)"), Ui::tr("普通(&N)"), Ui::tr("低い(&L)")};
   for (qsizetype i = 0; i < texts.size(); ++i) {
     QAction* action = menu->addAction(texts[i]);
     action->setCheckable(true);
@@ -178,23 +176,21 @@ void MessageWindow::BuildPriorityMenu(QMenu* menu) {
 }
 
 void MessageWindow::BuildViewMenu() {
-  QMenu* menu = menuBar()->addMenu(QStringLiteral("表示(&V)"));
+  QMenu* menu = menuBar()->addMenu(Ui::tr("表示(&V)"));
   menu->setObjectName(QStringLiteral("menuViews"));
   const auto add = [&](const QString& text, const QKeySequence& key, auto command) {
     menu->addAction(text, this, command)->setShortcut(key);
   };
-  add(QStringLiteral("前のメッセージ(&B)"), QKeySequence(Qt::CTRL | Qt::Key_PageUp),
+  add(Ui::tr("前のメッセージ(&B)"), QKeySequence(Qt::CTRL | Qt::Key_PageUp),
       [this] { ShowNeighbour(-1); });
-  add(QStringLiteral("次のメッセージ(&N)"), QKeySequence(Qt::CTRL | Qt::Key_PageDown),
+  add(Ui::tr("次のメッセージ(&N)"), QKeySequence(Qt::CTRL | Qt::Key_PageDown),
       [this] { ShowNeighbour(1); });
   menu->addSeparator();
-  add(QStringLiteral("拡大(&I)"), QKeySequence::ZoomIn, [this] { ZoomBy(1); });
-  add(QStringLiteral("縮小(&O)"), QKeySequence::ZoomOut, [this] { ZoomBy(-1); });
-  add(QStringLiteral("元の大きさ(&0)"), QKeySequence(Qt::CTRL | Qt::Key_0),
-      [this] { ZoomBy(-zoom_); });
+  add(Ui::tr("拡大(&I)"), QKeySequence::ZoomIn, [this] { ZoomBy(1); });
+  add(Ui::tr("縮小(&O)"), QKeySequence::ZoomOut, [this] { ZoomBy(-1); });
+  add(Ui::tr("元の大きさ(&0)"), QKeySequence(Qt::CTRL | Qt::Key_0), [this] { ZoomBy(-zoom_); });
   menu->addSeparator();
-  add(QStringLiteral("ソースを表示(&S)"), QKeySequence(Qt::CTRL | Qt::Key_U),
-      &MessageWindow::ShowSource);
+  add(Ui::tr("ソースを表示(&S)"), QKeySequence(Qt::CTRL | Qt::Key_U), &MessageWindow::ShowSource);
 }
 
 void MessageWindow::BuildToolbar(QMenu* file, QMenu* edit) {
@@ -215,28 +211,26 @@ void MessageWindow::BuildToolbar(QMenu* file, QMenu* edit) {
     return tbMenu_->addWidget(button);
   };
   toolbarSend_ = {
-      add(QStringLiteral("mailup"), QStringLiteral("送信"), &MessageWindow::ToolbarSend),
-      add(QStringLiteral("mailupdelete"), QStringLiteral("送信キャンセル"),
-          &MessageWindow::ToolbarSend)};
+      add(QStringLiteral("mailup"), Ui::tr("送信"), &MessageWindow::ToolbarSend),
+      add(QStringLiteral("mailupdelete"), Ui::tr("送信キャンセル"), &MessageWindow::ToolbarSend)};
   for (QAction* action : std::as_const(toolbarSend_)) {
     action->setIcon(Icon(QStringLiteral("mailup")));
   }
   toolbarReply_ =
-      add(QStringLiteral("replay"), QStringLiteral("返信"), [this] { TurnInto(OpenMode::Reply); });
+      add(QStringLiteral("replay"), Ui::tr("返信"), [this] { TurnInto(OpenMode::Reply); });
   toolbarReply_->setIcon(Icon(QStringLiteral("mail")));
-  menuButton(QStringLiteral("file"), QStringLiteral("ﾌｧｲﾙ"), file, QStyle::SP_FileIcon);
-  toolbarClip_ =
-      add(QStringLiteral("clip"), QStringLiteral("添付"), [this] { lvClip_->AddByDialog(); });
+  menuButton(QStringLiteral("file"), Ui::tr("ﾌｧｲﾙ"), file, QStyle::SP_FileIcon);
+  toolbarClip_ = add(QStringLiteral("clip"), Ui::tr("添付"), [this] { lvClip_->AddByDialog(); });
   toolbarClip_->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
-  toolbarEdit_ = menuButton(QStringLiteral("edit"), QStringLiteral("編集"), edit,
-                            QStyle::SP_FileDialogDetailedView);
+  toolbarEdit_ =
+      menuButton(QStringLiteral("edit"), Ui::tr("編集"), edit, QStyle::SP_FileDialogDetailedView);
 }
 
 void MessageWindow::ControlToolbarUpdate() {
   if (request_ == nullptr) return;
   const int status = AbsoluteStatus();
   toolbarSend_[0]->setVisible(status == kStatusEdit || status == kStatusSent);
-  toolbarSend_[0]->setText(status == kStatusSent ? QStringLiteral("再送") : QStringLiteral("送信"));
+  toolbarSend_[0]->setText(status == kStatusSent ? Ui::tr("再送") : Ui::tr("送信"));
   toolbarSend_[1]->setVisible(status == kStatusWaiting);
   toolbarReply_->setVisible(status == kStatusReceived);
   toolbarClip_->setVisible(status == kStatusEdit || status == kStatusWaiting);
@@ -252,8 +246,7 @@ void MessageWindow::ControlToolbarUpdate() {
 void MessageWindow::CheckMenus() {
   const bool editable = IsEditable();
   menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived);
-  menuSend_->setText(IsWaiting() ? QStringLiteral("送信をキャンセル(&S)")
-                                 : QStringLiteral("送信(&S)"));
+  menuSend_->setText(IsWaiting() ? Ui::tr("送信をキャンセル(&S)") : Ui::tr("送信(&S)"));
   for (QAction* action : std::as_const(menuAnswers_)) action->setEnabled(!editable);
   for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
   menuDust_->setChecked(request_->Number(u"process") < 0);

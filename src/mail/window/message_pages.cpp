@@ -15,6 +15,7 @@
 #include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/message_window.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -42,8 +43,8 @@ void MessageWindow::BuildControls() {
   tsPage_ = new QTabWidget;
   tsPage_->setObjectName(QStringLiteral("tsPage"));
   tsPage_->setDocumentMode(true);
-  tsPage_->addTab(BuildMailPage(), QStringLiteral("メール"));
-  tsPage_->addTab(BuildOptionPage(), QStringLiteral("オプション"));
+  tsPage_->addTab(BuildMailPage(), Ui::tr("メール"));
+  tsPage_->addTab(BuildOptionPage(), Ui::tr("オプション"));
   setCentralWidget(tsPage_);
 
   const auto edited = [this] { MarkEdited(); };
@@ -66,16 +67,16 @@ QWidget* MessageWindow::BuildMailPage() {
   auto* grid = new QGridLayout(page);
   txSubject_ = new QLineEdit;
   txSubject_->setObjectName(QStringLiteral("txSubject"));
-  AddRow(grid, 0, new QLabel(QStringLiteral("件名(&J)")), txSubject_);
+  AddRow(grid, 0, new QLabel(Ui::tr("件名(&J)")), txSubject_);
 
   lvMailaddress_ = new AddressList([this] { return KnownAddresses(context_); });
   lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kAddressRows);
   tbMailaddress_ = new QToolBar;
   tbMailaddress_->setObjectName(QStringLiteral("tbMailaddress"));
-  tbMailaddress_->addAction(QStringLiteral("選択(&L).."), this, &MessageWindow::ChooseAddresses)
-      ->setToolTip(QStringLiteral("アドレスブックから選びます。"));
+  tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses)
+      ->setToolTip(Ui::tr("アドレスブックから選びます。"));
   auto* beside = new QVBoxLayout;
-  auto* label = new QLabel(QStringLiteral("アドレス(&D)"));
+  auto* label = new QLabel(Ui::tr("アドレス(&D)"));
   label->setBuddy(lvMailaddress_);
   beside->addWidget(label);
   beside->addWidget(tbMailaddress_);
@@ -85,7 +86,7 @@ QWidget* MessageWindow::BuildMailPage() {
 
   lvClip_ = new AttachmentList(context_);
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
-  lbClip_ = new QLabel(QStringLiteral("添付(&T)"));
+  lbClip_ = new QLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 2, lbClip_, lvClip_);
   grid->addWidget(BuildBody(), 3, 0, 1, 2);
   grid->setRowStretch(3, 1);
@@ -96,7 +97,7 @@ QWidget* MessageWindow::BuildMailPage() {
 QWidget* MessageWindow::BuildBody() {
   txMemo_ = new QPlainTextEdit;
   txMemo_->setObjectName(QStringLiteral("txMemo"));
-  txMemo_->setAccessibleName(QStringLiteral("本文"));
+  txMemo_->setAccessibleName(Ui::tr("本文"));
   txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   htmlPage_ = new QWidget;
   auto* htmlLayout = new QVBoxLayout(htmlPage_);
@@ -104,7 +105,7 @@ QWidget* MessageWindow::BuildBody() {
   tsBody_ = new QTabWidget;
   tsBody_->setObjectName(QStringLiteral("tsBody"));
   tsBody_->setDocumentMode(true);
-  tsBody_->addTab(txMemo_, QStringLiteral("テキスト"));
+  tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
   tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
   connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
     if (tsBody_->widget(index) == htmlPage_) ShowHtml();
@@ -125,15 +126,15 @@ QWidget* MessageWindow::BuildOptionPage() {
   QWidget* page = NewPage(QStringLiteral("option"));
   auto* grid = new QGridLayout(page);
   lvHeader_ = new HeaderList;
-  AddRow(grid, 0, new QLabel(QStringLiteral("ヘッダ(&H)")), lvHeader_);
+  AddRow(grid, 0, new QLabel(Ui::tr("ヘッダ(&H)")), lvHeader_);
   txReference_ = new QPlainTextEdit;
   txReference_->setObjectName(QStringLiteral("txReference"));
   txReference_->setTabChangesFocus(true);
   txReference_->setFixedHeight(txReference_->fontMetrics().lineSpacing() * (kReferenceRows + 1));
-  AddRow(grid, 1, new QLabel(QStringLiteral("参照(&R)")), txReference_);
+  AddRow(grid, 1, new QLabel(Ui::tr("参照(&R)")), txReference_);
   txInReplayTo_ = new QLineEdit;
   txInReplayTo_->setObjectName(QStringLiteral("txInReplayTo"));
-  AddRow(grid, 2, new QLabel(QStringLiteral("返信元(&Y)")), txInReplayTo_);
+  AddRow(grid, 2, new QLabel(Ui::tr("返信元(&Y)")), txInReplayTo_);
   grid->setRowStretch(0, 1);
   return page;
 }
@@ -147,11 +148,11 @@ void MessageWindow::ShowEventPage() {
   QWidget* page = NewPage(QStringLiteral("event"));
   auto* box = new QPlainTextEdit(event->Text(u"message"));
   box->setObjectName(QStringLiteral("txEventLog"));
-  box->setAccessibleName(QStringLiteral("イベント"));
+  box->setAccessibleName(Ui::tr("イベント"));
   box->setReadOnly(true);
   auto* layout = new QVBoxLayout(page);
   layout->addWidget(box);
-  tsPage_->addTab(page, QStringLiteral("イベント"));
+  tsPage_->addTab(page, Ui::tr("イベント"));
 }
 
 }  // namespace vorn

@@ -22,6 +22,7 @@
 #include "mail/window/attachment_list.h"
 #include "mail/window/header_list.h"
 #include "objects/settings.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -100,7 +101,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txMemo_->setTextInteractionFlags(editable
                                        ? Qt::TextEditorInteraction
                                        : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  txMemo_->setPlainText(isMissing ? QStringLiteral("メッセージを読み込めません。") +
+  txMemo_->setPlainText(isMissing ? Ui::tr("メッセージを読み込めません。") +
                                         context_.Data.LastError().text
                                   : model_.text);
   tsBody_->setCurrentIndex(0);
@@ -129,12 +130,12 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
 QString MessageWindow::GetMessageSubject() const {
   const QString subject = txSubject_->text();
   if (!subject.isEmpty()) return subject;
-  return request_ != nullptr && request_->Flag(u"new") ? QStringLiteral("新しいメッセージ")
-                                                       : QStringLiteral("（件名なし）");
+  return request_ != nullptr && request_->Flag(u"new") ? Ui::tr("新しいメッセージ")
+                                                       : Ui::tr("（件名なし）");
 }
 
 void MessageWindow::ShowCaption() {
-  setWindowTitle(GetMessageSubject() + QStringLiteral(" プロパティ"));
+  setWindowTitle(GetMessageSubject() + Ui::tr(" プロパティ"));
 }
 
 MessageModel MessageWindow::CurrentModel() const {
@@ -164,9 +165,9 @@ QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) con
 bool MessageWindow::AskToSave(bool* cancelled) {
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle, QStringLiteral("このメッセージを保存します。よろしいですか？"),
-      buttons, QMessageBox::Yes);
+  const auto answer = QMessageBox::question(this, kApplicationTitle,
+                                            Ui::tr("このメッセージを保存します。よろしいですか？"),
+                                            buttons, QMessageBox::Yes);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }
@@ -183,9 +184,8 @@ bool MessageWindow::StoreEdited() {
     host_.MessageStored();
     return true;
   }
-  QMessageBox::critical(
-      this, kApplicationTitle,
-      QStringLiteral("メッセージを保存できません。") + context_.Data.LastError().text);
+  QMessageBox::critical(this, kApplicationTitle,
+                        Ui::tr("メッセージを保存できません。") + context_.Data.LastError().text);
   return false;
 }
 

@@ -1,4 +1,5 @@
 #include "mail/window/named_editor_delegate.h"
+#include "storage/ui.h"
 
 #include <QCompleter>
 #include <QLineEdit>
@@ -39,7 +40,7 @@ void NamedEditorDelegate::initStyleOption(QStyleOptionViewItem* option,
                                           const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   if (!option->text.isEmpty()) return;
-  option->text = QStringLiteral("($追加)");
+  option->text = Ui::tr("($追加)");
   option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
 }
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "objects/object_types.h"
+#include "storage/ui.h"
 #include "transfer/trusted_certificates.h"
 
 namespace vorn {
@@ -28,18 +29,17 @@ bool HasControlCharacter(const QString& text) {
 
 // --- account -----------------------------------------------------------------------------------
 
-AccountPage::AccountPage() : FormPage(object_type::kAccount, QStringLiteral("アカウント(&A)")) {
-  txMailaddress_ = AddText(QStringLiteral("txMailaddress"), QStringLiteral("メールアドレス(&M)"));
-  txDisplay_ = AddText(QStringLiteral("txDisplay"), QStringLiteral("表示名(&D)"));
-  AddCheck(QStringLiteral("ckEventLog"), QStringLiteral("送受信の結果をイベントに記録する(&L)"))
+AccountPage::AccountPage() : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")) {
+  txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
+  txDisplay_ = AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
+  AddCheck(QStringLiteral("ckEventLog"), Ui::tr("送受信の結果をイベントに記録する(&L)"))
       ->setChecked(true);
 }
 
 PageFault AccountPage::Check() {
   const QString address = txMailaddress_->text();
   if (!address.contains(u'@') || address.contains(u' ') || HasControlCharacter(address)) {
-    return {QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"),
-            txMailaddress_};
+    return {Ui::tr("メールアドレスは「名前@ドメイン」の形で入力してください。"), txMailaddress_};
   }
   return {};
 }
@@ -48,18 +48,17 @@ PageFault AccountPage::Check() {
 
 ServerPage::ServerPage(const QString& page, const QString& title, const QString& prefix)
     : FormPage(page, title), prefix_(prefix) {
-  server_ = AddText(QStringLiteral("tx") + prefix, QStringLiteral("サーバー(&S)"));
+  server_ = AddText(QStringLiteral("tx") + prefix, Ui::tr("サーバー(&S)"));
   trusted_ = AddHidden(QStringLiteral("tx") + prefix + QStringLiteral("Certificates"));
   connect(&check_, &ConnectionCheck::Finished, this, &ServerPage::ShowResult);
 }
 
 void ServerPage::AddSecurity() {
-  security_ =
-      AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
-                QStringLiteral("セキュリティ(&Y)"),
-                {QStringLiteral("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
-  port_ = AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"),
-                  QStringLiteral("ポート番号(&P)"));
+  security_ = AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
+                        Ui::tr("セキュリティ(&Y)"),
+                        {Ui::tr("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
+  port_ =
+      AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"), Ui::tr("ポート番号(&P)"));
   port_->setText(QString::number(ports_[0]));
   connect(security_, &QComboBox::currentIndexChanged, this, &ServerPage::FollowSecurity);
 }
@@ -77,14 +76,14 @@ void ServerPage::Loaded(const Disk&) {
 }
 
 void ServerPage::AddCheckButton() {
-  try_ = new QPushButton(QStringLiteral("接続を確認(&K)"), this);
+  try_ = new QPushButton(Ui::tr("接続を確認(&K)"), this);
   try_->setObjectName(QStringLiteral("cmCheck") + prefix_);
   try_->setAutoDefault(false);
   result_ = new QLabel(this);
   result_->setObjectName(QStringLiteral("lbCheck") + prefix_);
   result_->setWordWrap(true);
   result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  trust_ = new QPushButton(QStringLiteral("この証明書を信頼する"), this);
+  trust_ = new QPushButton(Ui::tr("この証明書を信頼する"), this);
   trust_->setObjectName(QStringLiteral("cmTrust") + prefix_);
   trust_->setAutoDefault(false);
   trust_->hide();
@@ -132,7 +131,7 @@ void ServerPage::TryConnection() {
   }
   trust_->hide();
   try_->setEnabled(false);
-  result_->setText(QStringLiteral("接続しています…"));
+  result_->setText(Ui::tr("接続しています…"));
   check_.Start(Trial());
 }
 
@@ -143,8 +142,8 @@ void ServerPage::ShowException() {
     lines.append(fingerprint.left(kShownDigits).toUpper());
   }
   exception_->setVisible(!lines.isEmpty());
-  exception_->setText(QStringLiteral("確認できない証明書を信頼しています（SHA-256 %1…）。"
-                                     "<a href=\"#\">取り消す</a>")
+  exception_->setText(Ui::tr("確認できない証明書を信頼しています（SHA-256 %1…）。"
+                             "<a href=\"#\">取り消す</a>")
                           .arg(lines.join(QStringLiteral("…、"))));
 }
 
@@ -156,10 +155,10 @@ void ServerPage::ShowResult(bool ok, const QString& text) {
 
 PageFault ServerPage::Check() {
   if (HasControlCharacter(server_->text()) || server_->text().contains(u' ')) {
-    return {QStringLiteral("サーバー名に使えない文字があります。"), server_};
+    return {Ui::tr("サーバー名に使えない文字があります。"), server_};
   }
   if (!IsPort(port_->text())) {
-    return {QStringLiteral("ポート番号は1から65535までの数です。"), port_};
+    return {Ui::tr("ポート番号は1から65535までの数です。"), port_};
   }
   return {};
 }
@@ -169,20 +168,18 @@ void ServerPage::Finish(Disk&) {}
 // --- receive -----------------------------------------------------------------------------------
 
 ReceivePage::ReceivePage()
-    : ServerPage(QStringLiteral("receive"), QStringLiteral("受信(&R)"),
-                 QStringLiteral("InMailServer")) {
+    : ServerPage(QStringLiteral("receive"), Ui::tr("受信(&R)"), QStringLiteral("InMailServer")) {
   UsePorts(kPop3Ports);
-  protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), QStringLiteral("種類(&T)"),
+  protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), Ui::tr("種類(&T)"),
                         {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
-  user_ = AddText(QStringLiteral("txInMailServerUser"), QStringLiteral("ユーザー名(&U)"));
-  password_ =
-      AddPassword(QStringLiteral("txInMailServerPassword"), QStringLiteral("パスワード(&W)"));
-  savePassword_ = AddCheck(QStringLiteral("ckInMailServerPasswordSave"),
-                           QStringLiteral("パスワードを保存する(&V)"));
+  user_ = AddText(QStringLiteral("txInMailServerUser"), Ui::tr("ユーザー名(&U)"));
+  password_ = AddPassword(QStringLiteral("txInMailServerPassword"), Ui::tr("パスワード(&W)"));
+  savePassword_ =
+      AddCheck(QStringLiteral("ckInMailServerPasswordSave"), Ui::tr("パスワードを保存する(&V)"));
   savePassword_->setChecked(true);
   AddCheck(QStringLiteral("ckInMailServerDelete"),
-           QStringLiteral("受信したメッセージをサーバーから削除する(&X)"));
+           Ui::tr("受信したメッセージをサーバーから削除する(&X)"));
   AddCheckButton();
 }
 
@@ -196,10 +193,10 @@ ConnectionTrial ReceivePage::Trial() const {
 
 PageFault ReceivePage::Check() {
   if (Server()->text().isEmpty()) {
-    return {QStringLiteral("受信サーバーが設定されていません。"), Server()};
+    return {Ui::tr("受信サーバーが設定されていません。"), Server()};
   }
   if (user_->text().isEmpty() || HasControlCharacter(user_->text())) {
-    return {QStringLiteral("受信サーバーのユーザー名が設定されていません。"), user_};
+    return {Ui::tr("受信サーバーのユーザー名が設定されていません。"), user_};
   }
   return ServerPage::Check();
 }
@@ -212,17 +209,14 @@ void ReceivePage::Finish(Disk& bag) {
 // --- send --------------------------------------------------------------------------------------
 
 SendPage::SendPage()
-    : ServerPage(QStringLiteral("send"), QStringLiteral("送信(&E)"),
-                 QStringLiteral("OutMailServer")) {
+    : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), QStringLiteral("OutMailServer")) {
   UsePorts(kSmtpPorts);
-  AddChoice(QStringLiteral("cbOutMailServerProtocol"), QStringLiteral("種類(&T)"),
+  AddChoice(QStringLiteral("cbOutMailServerProtocol"), Ui::tr("種類(&T)"),
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();
-  authenticate_ =
-      AddCheck(QStringLiteral("ckOutMailServerAuth"), QStringLiteral("送信時に認証する(&Z)"));
-  user_ = AddText(QStringLiteral("txOutMailServerUser"), QStringLiteral("ユーザー名(&U)"));
-  password_ =
-      AddPassword(QStringLiteral("txOutMailServerPassword"), QStringLiteral("パスワード(&W)"));
+  authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
+  user_ = AddText(QStringLiteral("txOutMailServerUser"), Ui::tr("ユーザー名(&U)"));
+  password_ = AddPassword(QStringLiteral("txOutMailServerPassword"), Ui::tr("パスワード(&W)"));
   const auto follow = [this](bool on) {
     user_->setEnabled(on);
     password_->setEnabled(on);

@@ -8,6 +8,7 @@
 #include <QSpinBox>
 
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -19,16 +20,27 @@ constexpr int kDefaultDays = 7;
 
 struct Choice {
   int value;
-  const char16_t* text;
+  const char* text;
 };
 
-constexpr Choice kKinds[] = {{static_cast<int>(Kind::Subject), u"件名に含む"},
-                             {static_cast<int>(Kind::MailAddress), u"アドレスに含む"},
-                             {static_cast<int>(Kind::Folder), u"フォルダにある"},
-                             {static_cast<int>(Kind::Status), u"状態"},
-                             {static_cast<int>(Kind::TimeStamp), u"日付"}};
+constexpr Choice kKinds[] = {
+    {static_cast<int>(Kind::Subject), QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む")},
+    {static_cast<int>(Kind::MailAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む")},
+    {static_cast<int>(Kind::Folder), QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある")},
+    {static_cast<int>(Kind::Status), QT_TRANSLATE_NOOP("vorn::Ui", "状態")},
+    {static_cast<int>(Kind::TimeStamp), QT_TRANSLATE_NOOP("vorn::Ui", "日付")}};
 
-constexpr Choice kStatuses[] = {{1, u"編集"}, {2, u"待ち"}, {3, u"送信"}, {4, u"受信"}};
+// The states' names differ from the commands of the same word in other languages.
+constexpr struct {
+  int value;
+  struct {
+    const char* source;
+    const char* comment;
+  } text;
+} kStatuses[] = {{1, QT_TRANSLATE_NOOP3("vorn::Ui", "編集", "state")},
+                 {2, QT_TRANSLATE_NOOP3("vorn::Ui", "待ち", "state")},
+                 {3, QT_TRANSLATE_NOOP3("vorn::Ui", "送信", "state")},
+                 {4, QT_TRANSLATE_NOOP3("vorn::Ui", "受信", "state")}};
 
 template <typename Editor>
 Editor* CellEditor(const QTableWidget& table, int row, int column) {
@@ -41,8 +53,7 @@ ConditionEditor::ConditionEditor(const Context& context, QWidget* parent)
     : QTableWidget(0, kColumns, parent), context_(context) {
   setObjectName(QStringLiteral("lvCondition"));
   setProperty("tag", QStringLiteral("text"));
-  setHorizontalHeaderLabels({QStringLiteral("結合"), QStringLiteral("種類"), QStringLiteral("否定"),
-                             QStringLiteral("値")});
+  setHorizontalHeaderLabels({Ui::tr("結合"), Ui::tr("種類"), Ui::tr("否定"), Ui::tr("値")});
   horizontalHeader()->setStretchLastSection(true);
   setColumnWidth(kConnector, 90);
   setColumnWidth(kKind, 150);
@@ -57,21 +68,21 @@ void ConditionEditor::AddCondition(const ConditionLine& line) {
   insertRow(row);
   auto* connector = new QComboBox;
   connector->setObjectName(QStringLiteral("connector"));
-  connector->setAccessibleName(QStringLiteral("結合"));
-  connector->addItems({QStringLiteral("または"), QStringLiteral("かつ")});
+  connector->setAccessibleName(Ui::tr("結合"));
+  connector->addItems({Ui::tr("または"), Ui::tr("かつ")});
   connector->setCurrentIndex(line.joinedByAnd ? 1 : 0);
   setCellWidget(row, kConnector, connector);
 
   auto* kind = new QComboBox;
   kind->setObjectName(QStringLiteral("kind"));
-  kind->setAccessibleName(QStringLiteral("種類"));
+  kind->setAccessibleName(Ui::tr("種類"));
   for (const Choice& choice : kKinds) {
-    kind->addItem(QString::fromUtf16(choice.text), choice.value);
+    kind->addItem(Ui::tr(choice.text), choice.value);
   }
   kind->setCurrentIndex(kind->findData(static_cast<int>(line.kind)));
   setCellWidget(row, kKind, kind);
 
-  auto* negation = new QCheckBox(QStringLiteral("でない"));
+  auto* negation = new QCheckBox(Ui::tr("でない"));
   negation->setObjectName(QStringLiteral("negation"));
   negation->setChecked(line.negated);
   setCellWidget(row, kNegation, negation);
@@ -126,8 +137,8 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
       auto* box = new QWidget;
       auto* layout = new QHBoxLayout(box);
       layout->setContentsMargins(4, 0, 4, 0);
-      for (const Choice& status : kStatuses) {
-        auto* check = new QCheckBox(QString::fromUtf16(status.text));
+      for (const auto& status : kStatuses) {
+        auto* check = new QCheckBox(Ui::tr(status.text.source, status.text.comment));
         check->setProperty("value", status.value);
         check->setChecked(values.contains(QString::number(status.value)));
         connect(check, &QCheckBox::toggled, this, &ConditionEditor::Changed);
@@ -140,14 +151,14 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
       // A stored number counts from today: -7 stands for the last seven days.
       auto* days = new QSpinBox;
       days->setRange(0, kMaxDays);
-      days->setSuffix(QStringLiteral(" 日前から"));
+      days->setSuffix(Ui::tr(" 日前から"));
       days->setValue(values.isEmpty() ? kDefaultDays : -values[0].toInt());
       connect(days, &QSpinBox::valueChanged, this, &ConditionEditor::Changed);
       return days;
     }
     default: {
       auto* text = new QLineEdit(values.value(0));
-      text->setPlaceholderText(QStringLiteral("検索する文字列（* は任意の文字）"));
+      text->setPlaceholderText(Ui::tr("検索する文字列（* は任意の文字）"));
       connect(text, &QLineEdit::textChanged, this, &ConditionEditor::Changed);
       return text;
     }

@@ -11,6 +11,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -36,7 +37,7 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
     buttons->button(button)->setText(text);
   };
   caption(QDialogButtonBox::Ok, QStringLiteral("cmOk"), QStringLiteral("OK"));
-  caption(QDialogButtonBox::Cancel, QStringLiteral("cmCancel"), QStringLiteral("キャンセル"));
+  caption(QDialogButtonBox::Cancel, QStringLiteral("cmCancel"), Ui::tr("キャンセル"));
   connect(buttons, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::reject);
   auto* layout = new QVBoxLayout(this);
@@ -130,8 +131,7 @@ bool EditingWindow::SaveEdited(const DiskPtr& bag) {
     TakeOver(*bag);
     return true;
   }
-  Tell({QStringLiteral("保存できませんでした。") + context_.Data.LastError().text, nullptr},
-       nullptr);
+  Tell({Ui::tr("保存できませんでした。") + context_.Data.LastError().text, nullptr}, nullptr);
   return false;
 }
 

@@ -5,6 +5,7 @@
 #include <QTreeWidget>
 
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -14,29 +15,29 @@ constexpr int kTreeHeight = 110;
 }  // namespace
 
 FilePage::FilePage(const Context& context, const QString& type)
-    : FormPage(QStringLiteral("file"), QStringLiteral("全般(&G)")) {
+    : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")) {
   AddHidden(QStringLiteral("txFormName"))->setText(type);
   AddHidden(QStringLiteral("txDraw"));
-  txObject_ = AddText(QStringLiteral("txObject"), QStringLiteral("名前(&N)"));
-  AddText(QStringLiteral("txToolTipText"), QStringLiteral("説明(&D)"));
+  txObject_ = AddText(QStringLiteral("txObject"), Ui::tr("名前(&N)"));
+  AddText(QStringLiteral("txToolTipText"), Ui::tr("説明(&D)"));
   tvParent_ = new QTreeWidget(this);
   tvParent_->setObjectName(QStringLiteral("tvParent"));
   tvParent_->setHeaderHidden(true);
   tvParent_->setFixedHeight(kTreeHeight);
   tvParent_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  Layout().addRow(QStringLiteral("場所(&P)"), tvParent_);
+  Layout().addRow(Ui::tr("場所(&P)"), tvParent_);
   FillTree(context, type);
-  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), QStringLiteral("使用する(&U)"));
+  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), Ui::tr("使用する(&U)"));
   enabled->setChecked(true);
-  AddCheck(QStringLiteral("ckDefault"), QStringLiteral("既定にする(&T)"));
-  QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), QStringLiteral("標準のオブジェクト"));
+  AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
+  QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), Ui::tr("標準のオブジェクト"));
   system->setEnabled(false);
   system->hide();
 }
 
 // Objects of the same type can hang under one another.
 void FilePage::FillTree(const Context& context, const QString& type) {
-  auto* top = new QTreeWidgetItem(tvParent_, {QStringLiteral("（最上位）")});
+  auto* top = new QTreeWidgetItem(tvParent_, {Ui::tr("（最上位）")});
   top->setData(0, Qt::UserRole, QString());
   for (const DiskPtr& object : context.Objects) {
     if (object->Text(u"FormName") != type || type == object_type::kProfile) continue;
@@ -49,7 +50,7 @@ void FilePage::FillTree(const Context& context, const QString& type) {
 
 PageFault FilePage::Check() {
   if (!txObject_->text().trimmed().isEmpty()) return {};
-  return {QStringLiteral("オブジェクト名が設定されていません。"), txObject_};
+  return {Ui::tr("オブジェクト名が設定されていません。"), txObject_};
 }
 
 }  // namespace vorn

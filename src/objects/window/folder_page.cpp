@@ -8,6 +8,7 @@
 
 #include "objects/object_types.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -40,7 +41,7 @@ Matches CountMatches(Context& context, const Disk& folder) {
 }  // namespace
 
 FolderPage::FolderPage(Context& context, const QString& serialId)
-    : FormPage(object_type::kFolder, QStringLiteral("フォルダ(&F)")),
+    : FormPage(object_type::kFolder, Ui::tr("フォルダ(&F)")),
       context_(context),
       serialId_(serialId) {
   lvCondition_ = new ConditionEditor(context, this);
@@ -55,20 +56,19 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
     connect(push, &QPushButton::clicked, lvCondition_, clicked);
     row->addWidget(push);
   };
-  button(QStringLiteral("cmAddCondition"), QStringLiteral("条件を追加(&A)"),
-         &ConditionEditor::AddRow);
-  button(QStringLiteral("cmRemoveCondition"), QStringLiteral("条件を削除(&D)"),
+  button(QStringLiteral("cmAddCondition"), Ui::tr("条件を追加(&A)"), &ConditionEditor::AddRow);
+  button(QStringLiteral("cmRemoveCondition"), Ui::tr("条件を削除(&D)"),
          &ConditionEditor::RemoveRow);
   row->addStretch();
   Layout().addRow(buttons_);
 
-  ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), QStringLiteral("条件をSQLで書く(&Q)"));
+  ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), Ui::tr("条件をSQLで書く(&Q)"));
   txSql_ = new QPlainTextEdit(this);
   txSql_->setObjectName(QStringLiteral("txSql"));
   txSql_->setFixedHeight(kSqlHeight);
   txSql_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   txSql_->setTabChangesFocus(true);
-  txSql_->setPlaceholderText(QStringLiteral("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
+  txSql_->setPlaceholderText(Ui::tr("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
   Layout().addRow(QStringLiteral("&SQL"), txSql_);
   matches_ = new QLabel(this);
   matches_->setObjectName(QStringLiteral("lbMatches"));
@@ -109,18 +109,17 @@ void FolderPage::Loaded(const Disk&) {
 void FolderPage::ShowMatches() {
   delay_.stop();
   const Matches matches = CountMatches(context_, *Edited());
-  matches_->setText(
-      matches.error.isEmpty()
-          ? QStringLiteral("今は%1通のメッセージが当てはまります。").arg(matches.count)
-          : matches.error);
+  matches_->setText(matches.error.isEmpty()
+                        ? Ui::tr("今は%1通のメッセージが当てはまります。").arg(matches.count)
+                        : matches.error);
 }
 
 PageFault FolderPage::Check() {
   if (ckSqlUse_->isChecked() && txSql_->toPlainText().trimmed().isEmpty()) {
-    return {QStringLiteral("SQLの条件が書かれていません。"), txSql_};
+    return {Ui::tr("SQLの条件が書かれていません。"), txSql_};
   }
   if (RefersToItself(context_, *Edited())) {
-    return {QStringLiteral("条件のフォルダをたどると、このフォルダ自身に戻ります。"), lvCondition_};
+    return {Ui::tr("条件のフォルダをたどると、このフォルダ自身に戻ります。"), lvCondition_};
   }
   const Matches matches = CountMatches(context_, *Edited());
   if (matches.error.isEmpty()) return {};

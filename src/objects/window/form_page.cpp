@@ -1,4 +1,5 @@
 #include "objects/window/form_page.h"
+#include "storage/ui.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -40,7 +41,7 @@ QLineEdit* FormPage::AddPassword(const QString& name, const QString& label) {
   QAction* reveal = box->addAction(style()->standardIcon(QStyle::SP_FileDialogContentsView),
                                    QLineEdit::TrailingPosition);
   reveal->setCheckable(true);
-  reveal->setToolTip(QStringLiteral("パスワードを表示します。"));
+  reveal->setToolTip(Ui::tr("パスワードを表示します。"));
   connect(reveal, &QAction::toggled, box,
           [box](bool shown) { box->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password); });
   return box;

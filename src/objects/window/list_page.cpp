@@ -9,6 +9,7 @@
 
 #include "mail/address.h"
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -34,9 +35,9 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
     connect(push, &QPushButton::clicked, this, clicked);
     buttons->addWidget(push);
   };
-  button(QStringLiteral("cmRemove"), QStringLiteral("削除(&D)"), [this] { RemoveRows(); });
-  button(QStringLiteral("cmUp"), QStringLiteral("上へ(&U)"), [this] { MoveRow(-1); });
-  button(QStringLiteral("cmDown"), QStringLiteral("下へ(&W)"), [this] { MoveRow(1); });
+  button(QStringLiteral("cmRemove"), Ui::tr("削除(&D)"), [this] { RemoveRows(); });
+  button(QStringLiteral("cmUp"), Ui::tr("上へ(&U)"), [this] { MoveRow(-1); });
+  button(QStringLiteral("cmDown"), Ui::tr("下へ(&W)"), [this] { MoveRow(1); });
   buttons->addStretch();
   Layout().addRow(buttons);
   KeepEmptyRow();
@@ -98,8 +99,8 @@ void ListPage::MoveRow(int step) {
 // --- address book ------------------------------------------------------------------------------
 
 BookPage::BookPage()
-    : ListPage(object_type::kBook, QStringLiteral("アドレス(&A)"), QStringLiteral("lvAddressbook"),
-               {QStringLiteral("メールアドレス"), QStringLiteral("表示名")}) {}
+    : ListPage(object_type::kBook, Ui::tr("アドレス(&A)"), QStringLiteral("lvAddressbook"),
+               {Ui::tr("メールアドレス"), Ui::tr("表示名")}) {}
 
 QString BookPage::Line(const QTableWidget&, int row) const {
   const QString address = Cell(row, 0);
@@ -119,7 +120,7 @@ PageFault BookPage::Check() {
     const bool isEmpty = address.isEmpty() && Cell(row, 1).isEmpty();
     if (isEmpty || (address.contains(u'@') && !address.contains(u' '))) continue;
     List().setCurrentCell(row, 0);
-    return {QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"), &List()};
+    return {Ui::tr("メールアドレスは「名前@ドメイン」の形で入力してください。"), &List()};
   }
   return {};
 }
@@ -127,8 +128,8 @@ PageFault BookPage::Check() {
 // --- bookmark ----------------------------------------------------------------------------------
 
 BookmarkPage::BookmarkPage()
-    : ListPage(object_type::kBookmark, QStringLiteral("お気に入り(&A)"), QStringLiteral("lvUrl"),
-               {QStringLiteral("アドレス"), QStringLiteral("タイトル")}) {}
+    : ListPage(object_type::kBookmark, Ui::tr("お気に入り(&A)"), QStringLiteral("lvUrl"),
+               {Ui::tr("アドレス"), Ui::tr("タイトル")}) {}
 
 QString BookmarkPage::Line(const QTableWidget&, int row) const {
   QString url = Cell(row, 0);

@@ -13,6 +13,7 @@
 #include "objects/window/folder_page.h"
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -20,13 +21,13 @@ namespace {
 constexpr QSize kSize(560, 480);
 
 QString TypeCaption(const QString& type) {
-  if (type == object_type::kProfile) return QStringLiteral("プロファイル");
-  if (type == object_type::kAccount) return QStringLiteral("アカウント");
-  if (type == object_type::kFolder) return QStringLiteral("フォルダ");
-  if (type == object_type::kBookmark) return QStringLiteral("ブックマーク");
-  if (type == object_type::kBook) return QStringLiteral("アドレスブック");
-  if (type == object_type::kEvent) return QStringLiteral("イベント");
-  return QStringLiteral("オブジェクト");
+  if (type == object_type::kProfile) return Ui::tr("プロファイル");
+  if (type == object_type::kAccount) return Ui::tr("アカウント");
+  if (type == object_type::kFolder) return Ui::tr("フォルダ");
+  if (type == object_type::kBookmark) return Ui::tr("ブックマーク");
+  if (type == object_type::kBook) return Ui::tr("アドレスブック");
+  if (type == object_type::kEvent) return Ui::tr("イベント");
+  return Ui::tr("オブジェクト");
 }
 
 }  // namespace
@@ -64,7 +65,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
       ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();
   const QString name = file_->Name()->text();
-  setWindowTitle(name.isEmpty() ? QStringLiteral("新しい") + TypeCaption(type_)
+  setWindowTitle(name.isEmpty() ? Ui::tr("新しい") + TypeCaption(type_)
                                 : name + QStringLiteral(" - ") + TypeCaption(type_));
   if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
     AddEventPage(event->Text(u"message"));
@@ -75,7 +76,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 
 // The text of an event about the object; shown, never saved.
 void ObjectsWindow::AddEventPage(const QString& text) {
-  auto* page = new FormPage(QStringLiteral("event"), QStringLiteral("イベント(&V)"));
+  auto* page = new FormPage(QStringLiteral("event"), Ui::tr("イベント(&V)"));
   auto* box = new QPlainTextEdit(text, page);
   box->setObjectName(QStringLiteral("txEventLog"));
   box->setProperty("tag", QStringLiteral("nosave"));
@@ -103,8 +104,7 @@ bool ObjectsWindow::Save() {
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
   if (!SaveObject(GetContext(), kind, *bag)) {
-    Tell({QStringLiteral("保存できませんでした。") + GetContext().Data.LastError().text, nullptr},
-         file_);
+    Tell({Ui::tr("保存できませんでした。") + GetContext().Data.LastError().text, nullptr}, file_);
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
@@ -126,14 +126,14 @@ void ObjectsWindow::cmDelete_Click() {
   if (object == nullptr) return;
   if (object->Flag(u"System") || Tag() == context.Session->SerialID()) {
     QMessageBox::information(parentWidget(), kApplicationTitle,
-                             QStringLiteral("標準のオブジェクトは削除できません。"));
+                             Ui::tr("標準のオブジェクトは削除できません。"));
     return;
   }
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
   if (!OpenDatabase(context, kind) || !object->Delete(context.Data)) {
     QMessageBox::critical(parentWidget(), kApplicationTitle,
-                          QStringLiteral("削除できませんでした。") + context.Data.LastError().text);
+                          Ui::tr("削除できませんでした。") + context.Data.LastError().text);
     context.Data.Close();
     return;
   }

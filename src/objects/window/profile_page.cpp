@@ -11,6 +11,7 @@
 #include "frame/start_up.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -25,7 +26,7 @@ QString FileName(const QString& stored) {
 }  // namespace
 
 ProfilePage::ProfilePage(Context& context, const QString& serialId)
-    : FormPage(object_type::kProfile, QStringLiteral("プロファイル(&R)")),
+    : FormPage(object_type::kProfile, Ui::tr("プロファイル(&R)")),
       context_(context),
       serialId_(serialId) {
   txProfile_ = AddHidden(QStringLiteral("txProfile"));
@@ -33,7 +34,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   lvHistory_ = new QTableWidget(0, 2, this);
   lvHistory_->setObjectName(QStringLiteral("lvHistory"));
   lvHistory_->setProperty("tag", QStringLiteral("text"));
-  lvHistory_->setHorizontalHeaderLabels({QStringLiteral("ファイル"), QStringLiteral("状態")});
+  lvHistory_->setHorizontalHeaderLabels({Ui::tr("ファイル"), Ui::tr("状態")});
   lvHistory_->horizontalHeader()->setStretchLastSection(true);
   lvHistory_->setColumnWidth(0, 200);
   lvHistory_->verticalHeader()->hide();
@@ -43,7 +44,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   lvHistory_->setTabKeyNavigation(false);
   lvHistory_->setFixedHeight(kListHeight);
   lvHistory_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  Layout().addRow(QStringLiteral("メッセージのデータベース(&B)"), lvHistory_);
+  Layout().addRow(Ui::tr("メッセージのデータベース(&B)"), lvHistory_);
 
   auto* buttons = new QHBoxLayout;
   const auto button = [&](const QString& name, const QString& text, auto clicked) {
@@ -53,23 +54,19 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
     connect(push, &QPushButton::clicked, this, clicked);
     buttons->addWidget(push);
   };
-  button(QStringLiteral("cmNewDatabase"), QStringLiteral("追加(&A)"),
-         &ProfilePage::cmNewDatabase_Click);
-  button(QStringLiteral("cmUseDatabase"), QStringLiteral("使用する(&U)"),
-         &ProfilePage::UseDatabase);
-  button(QStringLiteral("cmDeleteDatabase"), QStringLiteral("削除(&D)"),
-         &ProfilePage::RemoveDatabase);
+  button(QStringLiteral("cmNewDatabase"), Ui::tr("追加(&A)"), &ProfilePage::cmNewDatabase_Click);
+  button(QStringLiteral("cmUseDatabase"), Ui::tr("使用する(&U)"), &ProfilePage::UseDatabase);
+  button(QStringLiteral("cmDeleteDatabase"), Ui::tr("削除(&D)"), &ProfilePage::RemoveDatabase);
   buttons->addStretch();
   Layout().addRow(QString(), buttons);
 
-  txPassword_ = AddPassword(QStringLiteral("txPassword"), QStringLiteral("新しいパスワード(&W)"));
-  txPasswordAgain_ =
-      AddPassword(QStringLiteral("txPasswordAgain"), QStringLiteral("もう一度入力(&I)"));
+  txPassword_ = AddPassword(QStringLiteral("txPassword"), Ui::tr("新しいパスワード(&W)"));
+  txPasswordAgain_ = AddPassword(QStringLiteral("txPasswordAgain"), Ui::tr("もう一度入力(&I)"));
   for (QLineEdit* box : {txPassword_, txPasswordAgain_}) {
     box->setProperty("tag", QStringLiteral("nosave"));
     box->setEnabled(IsLoggedIn());
-    box->setPlaceholderText(IsLoggedIn() ? QStringLiteral("変えないときは空のまま")
-                                         : QStringLiteral("最初のログインで決まります"));
+    box->setPlaceholderText(IsLoggedIn() ? Ui::tr("変えないときは空のまま")
+                                         : Ui::tr("最初のログインで決まります"));
   }
 }
 
@@ -113,7 +110,7 @@ void ProfilePage::RemoveDatabase() {
   if (file.isEmpty() || file == txMail_->text()) return;  // the one in use stays
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
-      QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
+      Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer == QMessageBox::Yes) lvHistory_->removeRow(lvHistory_->currentRow());
 }
@@ -121,13 +118,13 @@ void ProfilePage::RemoveDatabase() {
 void ProfilePage::MarkUsed() {
   for (int row = 0; row < lvHistory_->rowCount(); ++row) {
     const bool used = lvHistory_->item(row, 0)->data(Qt::UserRole).toString() == txMail_->text();
-    lvHistory_->item(row, 1)->setText(used ? QStringLiteral("使用中") : QString());
+    lvHistory_->item(row, 1)->setText(used ? Ui::tr("使用中") : QString());
   }
 }
 
 PageFault ProfilePage::Check() {
   if (txPassword_->text() == txPasswordAgain_->text()) return {};
-  return {QStringLiteral("二つのパスワードが一致しません。"), txPasswordAgain_};
+  return {Ui::tr("二つのパスワードが一致しません。"), txPasswordAgain_};
 }
 
 bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {

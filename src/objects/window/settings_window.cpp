@@ -1,4 +1,5 @@
 #include "objects/window/settings_window.h"
+#include "storage/ui.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -29,52 +30,54 @@ QSpinBox* AddNumber(FormPage& page, const QString& name, const QString& label, i
 
 class ViewPage : public FormPage {
  public:
-  ViewPage() : FormPage(QStringLiteral("view"), QStringLiteral("表示(&V)")) {
+  ViewPage() : FormPage(QStringLiteral("view"), Ui::tr("表示(&V)")) {
     QCheckBox* paging =
-        AddCheck(QStringLiteral("ckMessagesEdit"), QStringLiteral("一覧をページに分ける(&P)"));
-    QSpinBox* rows =
-        AddNumber(*this, QStringLiteral("slMessages"), QStringLiteral("1ページの行数(&N)"), 1,
-                  kMaxRows, QStringLiteral(" 通"));
+        AddCheck(QStringLiteral("ckMessagesEdit"), Ui::tr("一覧をページに分ける(&P)"));
+    QSpinBox* rows = AddNumber(*this, QStringLiteral("slMessages"), Ui::tr("1ページの行数(&N)"), 1,
+                               kMaxRows, Ui::tr(" 通"));
     rows->setValue(100);
     rows->setEnabled(false);
     connect(paging, &QCheckBox::toggled, rows, &QSpinBox::setEnabled);
+    AddCheck(QStringLiteral("ckMessagesNewest"), Ui::tr("フォルダを最新のページで開く(&W)"));
     AddCheck(QStringLiteral("ckPageEscape"),
-             QStringLiteral("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
-    AddCheck(QStringLiteral("ckToolbarIcon"), QStringLiteral("ツールバーをアイコンだけにする(&I)"));
-    AddCheck(QStringLiteral("ckStatusbar"), QStringLiteral("ステータスバーを表示する(&S)"))
+             Ui::tr("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
+    AddCheck(QStringLiteral("ckToolbarIcon"), Ui::tr("ツールバーをアイコンだけにする(&I)"));
+    AddCheck(QStringLiteral("ckStatusbar"), Ui::tr("ステータスバーを表示する(&S)"))
         ->setChecked(true);
-    AddCheck(QStringLiteral("ckTasktray"), QStringLiteral("通知領域にアイコンを表示する(&T)"));
+    AddCheck(QStringLiteral("ckTasktray"), Ui::tr("通知領域にアイコンを表示する(&T)"));
+    QComboBox* language = AddChoice(
+        QStringLiteral("cbLanguage"), Ui::tr("表示の言語（次の起動から）(&L)"),
+        {Ui::tr("システムに合わせる"), QStringLiteral("日本語"), QStringLiteral("English")});
+    language->setCurrentIndex(0);
   }
 };
 
 class CheckingPage : public FormPage {
  public:
-  CheckingPage() : FormPage(QStringLiteral("check"), QStringLiteral("受信(&R)")) {
-    QCheckBox* check =
-        AddCheck(QStringLiteral("ckMessageCheck"), QStringLiteral("自動的に送受信する(&A)"));
-    QSpinBox* minutes =
-        AddNumber(*this, QStringLiteral("slMessageCheckInterval"), QStringLiteral("間隔(&N)"), 1,
-                  kMaxMinutes, QStringLiteral(" 分"));
+  CheckingPage() : FormPage(QStringLiteral("check"), Ui::tr("受信(&R)")) {
+    QCheckBox* check = AddCheck(QStringLiteral("ckMessageCheck"), Ui::tr("自動的に送受信する(&A)"));
+    QSpinBox* minutes = AddNumber(*this, QStringLiteral("slMessageCheckInterval"),
+                                  Ui::tr("間隔(&N)"), 1, kMaxMinutes, Ui::tr(" 分"));
     minutes->setValue(10);
     minutes->setEnabled(false);
     connect(check, &QCheckBox::toggled, minutes, &QSpinBox::setEnabled);
     QCheckBox* receipt =
-        AddCheck(QStringLiteral("ckReceiveNotice"), QStringLiteral("受信したことを通知(&R)"));
+        AddCheck(QStringLiteral("ckReceiveNotice"), Ui::tr("受信したことを通知(&R)"));
     QCheckBox* edit =
-        AddCheck(QStringLiteral("ckReceiveNoticeEdit"), QStringLiteral("編集してから送信(&E)"));
+        AddCheck(QStringLiteral("ckReceiveNoticeEdit"), Ui::tr("編集してから送信(&E)"));
     edit->setEnabled(false);
     connect(receipt, &QCheckBox::toggled, edit, &QCheckBox::setEnabled);
-    AddCheck(QStringLiteral("ckMessageNotice"), QStringLiteral("新着メッセージを知らせる(&M)"));
-    AddCheck(QStringLiteral("ckMessageNoticeDialog"), QStringLiteral("開くかどうかを尋ねる(&D)"));
-    AddCheck(QStringLiteral("ckMessageNoticeSound"), QStringLiteral("音を鳴らす(&S)"));
-    file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), QStringLiteral("音のファイル(&F)"));
-    auto* browse = new QPushButton(QStringLiteral("参照(&B).."), this);
+    AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
+    AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
+    AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
+    file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
+    auto* browse = new QPushButton(Ui::tr("参照(&B).."), this);
     browse->setAutoDefault(false);
     Layout().addRow(QString(), browse);
     connect(browse, &QPushButton::clicked, this, [this] {
       const QString chosen =
-          QFileDialog::getOpenFileName(this, QStringLiteral("音のファイル"), file_->text(),
-                                       QStringLiteral("WAVE (*.wav);;すべてのファイル (*)"));
+          QFileDialog::getOpenFileName(this, Ui::tr("音のファイル"), file_->text(),
+                                       Ui::tr("WAVE (*.wav);;すべてのファイル (*)"));
       if (!chosen.isEmpty()) file_->setText(chosen);
     });
   }
@@ -82,7 +85,7 @@ class CheckingPage : public FormPage {
   PageFault Check() override {
     const auto* sound = findChild<QCheckBox*>(QStringLiteral("ckMessageNoticeSound"));
     if (!sound->isChecked() || QFileInfo::exists(file_->text())) return {};
-    return {QStringLiteral("音のファイルがありません。"), file_};
+    return {Ui::tr("音のファイルがありません。"), file_};
   }
 
  private:
@@ -91,35 +94,34 @@ class CheckingPage : public FormPage {
 
 class EditPage : public FormPage {
  public:
-  EditPage() : FormPage(QStringLiteral("edit"), QStringLiteral("作成(&E)")) {
-    AddCheck(QStringLiteral("ckEditMode"), QStringLiteral("返信、転送を編集(&S)"));
-    AddText(QStringLiteral("txSubjectReplay"), QStringLiteral("返信の件名(&Y)"));
-    AddText(QStringLiteral("txSubjectForward"), QStringLiteral("転送の件名(&F)"));
-    AddText(QStringLiteral("txMemoIndent"), QStringLiteral("引用の記号(&Q)"));
+  EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&E)")) {
+    AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"));
+    AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
+    AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
+    AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
     AddChoice(
-        QStringLiteral("cbMimeEncode"), QStringLiteral("MIME形式(&M) :"),
+        QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
-    AddCheck(QStringLiteral("ckMimeText"), QStringLiteral("本文もMIME形式にする(&T)"));
+    AddCheck(QStringLiteral("ckMimeText"), Ui::tr("本文もMIME形式にする(&T)"));
     AddCheck(QStringLiteral("ckStandardHeaders"),
-             QStringLiteral("標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&H)"));
+             Ui::tr("標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&H)"));
   }
 };
 
 class ReadPage : public FormPage {
  public:
-  ReadPage() : FormPage(QStringLiteral("read"), QStringLiteral("本文(&X)")) {
+  ReadPage() : FormPage(QStringLiteral("read"), Ui::tr("本文(&X)")) {
     types_ = new QPlainTextEdit(this);
     types_->setObjectName(QStringLiteral("txTextMime"));
     types_->setFixedHeight(kTypesHeight);
     types_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     types_->setTabChangesFocus(true);
-    Layout().addRow(QStringLiteral("本文として表示する形式(&M)"), types_);
+    Layout().addRow(Ui::tr("本文として表示する形式(&M)"), types_);
   }
 
   PageFault Check() override {
     if (!types_->toPlainText().trimmed().isEmpty()) return {};
-    return {QStringLiteral("本文として表示する形式（text/plain など）を一つ以上書いてください。"),
-            types_};
+    return {Ui::tr("本文として表示する形式（text/plain など）を一つ以上書いてください。"), types_};
   }
 
  private:
@@ -131,7 +133,7 @@ class ReadPage : public FormPage {
 SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
     : EditingWindow(context, QStringLiteral("logo"), parent) {
   resize(kSize);
-  setWindowTitle(QStringLiteral("設定"));
+  setWindowTitle(Ui::tr("設定"));
   AddPage(new ViewPage);
   AddPage(new CheckingPage);
   AddPage(new EditPage);

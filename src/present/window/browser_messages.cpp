@@ -6,6 +6,7 @@
 
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -16,9 +17,11 @@ constexpr qsizetype kManyWindows = 20;
 }  // namespace
 
 // The keys act while the page has the focus; in the boxes of the toolbar they type.
-QAction* BrowserWindow::AddCommand(const QString& text, const QList<QKeySequence>& keys,
+QAction* BrowserWindow::AddCommand(const QString& name, const QString& text,
+                                   const QList<QKeySequence>& keys,
                                    const std::function<void()>& run) {
   auto* action = new QAction(text, this);
+  action->setObjectName(QStringLiteral("cmd_") + name);
   action->setShortcuts(keys);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(action, &QAction::triggered, this, [this, run] {
@@ -42,21 +45,23 @@ void BrowserWindow::AddMove(const QKeySequence& key, const std::function<void()>
 void BrowserWindow::BuildMessageCommands() {
   messageMenu_ = new QMenu(this);
   messageMenu_->setObjectName(QStringLiteral("menuMessages"));
-  AddCommand(QStringLiteral("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
+  AddCommand(QStringLiteral("open"), Ui::tr("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
              [this] { OpenChosen(kRead); });
-  AddCommand(QStringLiteral("返信(&R)"), {Qt::Key_R}, [this] { OpenChosen(kReply); });
-  AddCommand(QStringLiteral("全員に返信(&A)"), {Qt::SHIFT | Qt::Key_R},
+  AddCommand(QStringLiteral("replay"), Ui::tr("返信(&R)"), {Qt::Key_R},
+             [this] { OpenChosen(kReply); });
+  AddCommand(QStringLiteral("replayall"), Ui::tr("全員に返信(&A)"), {Qt::SHIFT | Qt::Key_R},
              [this] { OpenChosen(kReplyToAll); });
-  AddCommand(QStringLiteral("転送(&F)"), {Qt::Key_F}, [this] { OpenChosen(kForward); });
+  AddCommand(QStringLiteral("forward"), Ui::tr("転送(&F)"), {Qt::Key_F},
+             [this] { OpenChosen(kForward); });
   messageMenu_->addSeparator();
-  AddCommand(QStringLiteral("フォルダに入れる(&M).."), {Qt::Key_M},
+  AddCommand(QStringLiteral("file"), Ui::tr("フォルダに入れる(&M).."), {Qt::Key_M},
              [this] { Act(MessageAction::File); });
-  AddCommand(QStringLiteral("くずかごに入れる(&D)"), {Qt::Key_Delete},
+  AddCommand(QStringLiteral("dust"), Ui::tr("くずかごに入れる(&D)"), {Qt::Key_Delete},
              [this] { Act(MessageAction::ToDust); });
-  outOfDust_ = AddCommand(QStringLiteral("くずかごから出す(&U)"), {Qt::Key_U},
+  outOfDust_ = AddCommand(QStringLiteral("outofdust"), Ui::tr("くずかごから出す(&U)"), {Qt::Key_U},
                           [this] { Act(MessageAction::OutOfDust); });
   messageMenu_->addSeparator();
-  AddCommand(QStringLiteral("すべて選択(&L)"), {QKeySequence::SelectAll},
+  AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
   connect(messageMenu_, &QMenu::aboutToShow, this,
           [this] { outOfDust_->setEnabled(bag_->SerialID() == fixed_serial::kDust); });
@@ -73,6 +78,10 @@ void BrowserWindow::BuildMessageCommands() {
     AddMove(key(Qt::Key_End), [this, extend] { rows_.GoTo(-1, extend); });
   }
   AddMove(QKeySequence(Qt::Key_Space), [this] { rows_.Toggle(); });
+}
+
+void BrowserWindow::RunCommand(const QString& command) {
+  if (auto* action = findChild<QAction*>(QStringLiteral("cmd_") + command)) action->trigger();
 }
 
 // All chosen messages are read, one is answered.

@@ -1,8 +1,12 @@
 #include "present/window/browser_profiles.h"
 
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
+
+#include "present/window/page_script.h"
 
 namespace vorn {
 namespace {
@@ -35,6 +39,13 @@ BrowserProfiles::BrowserProfiles(const QString& webFolder)
         Attribute::PluginsEnabled, Attribute::LocalStorageEnabled, Attribute::AutoLoadIconsForPage,
         Attribute::WebGLEnabled, Attribute::FullScreenSupportEnabled}) {
     settings->setAttribute(attribute, false);
+  }
+  for (QWebEngineProfile* profile : {local_.get(), web_.get()}) {
+    QWebEngineScript script;
+    script.setSourceCode(QString::fromUtf8(kPageScript));
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    profile->scripts()->insert(script);
   }
   settings->setDefaultTextEncoding(QStringLiteral("Shift_JIS"));
   web_->setPersistentStoragePath(webFolder);

@@ -17,6 +17,7 @@
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -66,7 +67,7 @@ void BrowserWindow::BuildControls() {
 void BrowserWindow::BuildLocationBox() {
   txLocation_ = new QLineEdit(this);
   txLocation_->setObjectName(QStringLiteral("txLocation"));
-  txLocation_->setAccessibleName(QStringLiteral("アドレス"));
+  txLocation_->setAccessibleName(Ui::tr("アドレス"));
   txLocation_->setMinimumWidth(kSmallestBox);
   txLocation_->installEventFilter(this);
   connect(txLocation_, &QLineEdit::returnPressed, this, [this] {
@@ -79,8 +80,8 @@ void BrowserWindow::BuildLocationBox() {
 void BrowserWindow::BuildLinkButton() {
   url_ = new QToolButton(this);
   url_->setObjectName(kUrl);
-  url_->setText(QStringLiteral("リンク▾"));
-  url_->setToolTip(QStringLiteral("このページのリンク"));
+  url_->setText(Ui::tr("リンク▾"));
+  url_->setToolTip(Ui::tr("このページのリンク"));
   url_->setToolButtonStyle(Qt::ToolButtonTextOnly);
   connect(url_, &QToolButton::clicked, this, &BrowserWindow::ShowLinkList);
   tbLocation_->addWidget(url_);
@@ -114,12 +115,12 @@ void BrowserWindow::BuildPageBox() {
     box->addWidget(shown);
     return action;
   };
-  oldest_ = button(QStringLiteral("oldest"), QStyle::SP_MediaSkipBackward,
-                   QStringLiteral("最初のページ"), Qt::Key_Home, &BrowserWindow::ShowOldest);
+  oldest_ = button(QStringLiteral("oldest"), QStyle::SP_MediaSkipBackward, Ui::tr("最初のページ"),
+                   Qt::Key_Home, &BrowserWindow::ShowOldest);
   txPage_ = new QLineEdit(pageBox_);
   txPage_->setObjectName(QStringLiteral("txPage"));
-  txPage_->setAccessibleName(QStringLiteral("ページ番号"));
-  txPage_->setToolTip(QStringLiteral("ページ番号"));
+  txPage_->setAccessibleName(Ui::tr("ページ番号"));
+  txPage_->setToolTip(Ui::tr("ページ番号"));
   txPage_->setAlignment(Qt::AlignRight);
   txPage_->setValidator(new QIntValidator(1, kHighestPage, txPage_));
   txPage_->setFixedWidth(fontMetrics().horizontalAdvance(QString::number(kHighestPage)) + 4 * kGap);
@@ -128,15 +129,15 @@ void BrowserWindow::BuildPageBox() {
   lbPages_ = new QLabel(pageBox_);
   lbPages_->setObjectName(QStringLiteral("lbPages"));
   box->addWidget(lbPages_);
-  newest_ = button(QStringLiteral("newest"), QStyle::SP_MediaSkipForward,
-                   QStringLiteral("最新のページ"), Qt::Key_End, &BrowserWindow::ShowNewest);
+  newest_ = button(QStringLiteral("newest"), QStyle::SP_MediaSkipForward, Ui::tr("最新のページ"),
+                   Qt::Key_End, &BrowserWindow::ShowNewest);
 }
 
 void BrowserWindow::BuildSearchBox() {
   txSearch_ = new QLineEdit(this);
   txSearch_->setObjectName(QStringLiteral("txSearch"));
-  txSearch_->setAccessibleName(QStringLiteral("フォルダの検索"));
-  txSearch_->setPlaceholderText(QStringLiteral("件名、アドレスを検索"));
+  txSearch_->setAccessibleName(Ui::tr("フォルダの検索"));
+  txSearch_->setPlaceholderText(Ui::tr("件名、アドレスを検索"));
   txSearch_->setClearButtonEnabled(true);
   txSearch_->setMinimumWidth(kSmallestBox);
   txSearch_->setMaximumWidth(kSearchWidth);
@@ -183,10 +184,10 @@ void BrowserWindow::ControlToolbarUpdate() {
     action->setToolTip(text + QStringLiteral(" ") +
                        action->shortcut().toString(QKeySequence::NativeText));
   };
-  set(before_, QStyle::SP_ArrowBack, QStringLiteral("前へ"));
+  set(before_, QStyle::SP_ArrowBack, Ui::tr("前へ"));
   set(seek_, loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
-      loading ? QStringLiteral("中止") : QStringLiteral("更新"));
-  set(next_, QStyle::SP_ArrowForward, QStringLiteral("次へ"));
+      loading ? Ui::tr("中止") : Ui::tr("更新"));
+  set(next_, QStyle::SP_ArrowForward, Ui::tr("次へ"));
   before_->setEnabled(bag_->Flag(kBefore));
   next_->setEnabled(bag_->Flag(kNext));
   oldest_->setEnabled(bag_->Flag(kBefore));

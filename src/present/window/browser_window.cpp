@@ -18,6 +18,7 @@
 #include "present/window/browser_keys.h"
 #include "present/window/link_page.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -41,14 +42,20 @@ bool IsFirstUse(Context& context) {
 }
 
 QString FirstUseText() {
-  return QStringLiteral(
-      "<h2>ようこそ</h2>"
-      "<p>メールを受信するには、アカウントを追加してください。</p>"
-      "<ul><li><b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
-      "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。</li>"
-      "<li><b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。</li>"
-      "<li><b>これまでのメール</b>: コマンド <code>vornctl import</code> で、mbox、Maildir、"
-      "emlのファイルを取り込めます。</li></ul>");
+  const QString steps[] = {
+      Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
+             "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。"),
+      Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
+      Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
+             "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
+      Ui::tr("<b>試してみる</b>: <code>scripts/run --demo</code> "
+             "で、見本のメールとサーバーを使って動かせます。"),
+      Ui::tr("<b>使い方</b>: F1キー。")};
+  QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
+                 Ui::tr("メールを受信するには、アカウントを追加してください。") +
+                 QStringLiteral("</p><ul>");
+  for (const QString& step : steps) text += QStringLiteral("<li>") + step + QStringLiteral("</li>");
+  return text + QStringLiteral("</ul>");
 }
 
 constexpr int kExploreAfterMs = 1000;
@@ -156,6 +163,10 @@ void BrowserWindow::ChooseFirstPage() {
 
 // Whether there is a page to show. A folder that is not available leaves "url" as it was.
 bool BrowserWindow::CreatePage() {
+  if (!ownPage_.isEmpty()) {
+    ShowText(ownPage_);
+    return false;
+  }
   const DiskPtr folder = LoadObject(context_, bag_->SerialID());
   if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
   setWindowTitle(folder->Text(u"Object"));
@@ -173,9 +184,17 @@ bool BrowserWindow::CreatePage() {
   bag_->Let(kNext, next);
   ControlToolbarUpdate();
   if (!path.isEmpty()) return true;
-  ShowText(QStringLiteral("<p>フォルダを表示できません。</p><p>") +
+  ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
            context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
   return false;
+}
+
+void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
+  UsePage(true);
+  bag_->Let(QStringLiteral("local"), true);
+  setWindowTitle(title);
+  ownPage_ = html;
+  ShowText(html);
 }
 
 // A page of the program's own.

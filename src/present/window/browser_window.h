@@ -60,6 +60,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   LinkPage* BecomeNewWindow();
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
+  /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
+  /// "dust" or "outofdust".
+  void RunCommand(const QString& command);
+  /// Shows a page of the program's own.
+  void ShowOwnPage(const QString& title, const QString& html);
   /// Prints what is shown.
   void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
@@ -84,7 +89,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void FollowLink(const QString& address);
 
   void BuildMessageCommands();
-  QAction* AddCommand(const QString& text, const QList<QKeySequence>& keys,
+  QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
                       const std::function<void()>& run);
   void AddMove(const QKeySequence& key, const std::function<void()>& run);
   void OpenChosen(int open);
@@ -125,6 +130,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
+  QString ownPage_;                    // instead of a folder
   PageRows rows_;
   QTimer explore_;
   QToolButton* url_ = nullptr;

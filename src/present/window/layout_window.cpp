@@ -23,6 +23,7 @@
 #include "present/folder_layout.h"
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -72,7 +73,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
   buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("キャンセル"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
   connect(buttons, &QDialogButtonBox::accepted, this, &LayoutWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &LayoutWindow::reject);
   auto* layout = new QVBoxLayout(this);
@@ -98,7 +99,7 @@ LayoutWindow::~LayoutWindow() {
 
 QWidget* LayoutWindow::BuildEditor() {
   for (const ReadyLayout& ready : ReadyLayouts()) cbLayout_->addItem(ready.name);
-  cbLayout_->addItem(QStringLiteral("このフォルダのレイアウト"));
+  cbLayout_->addItem(Ui::tr("このフォルダのレイアウト"));
   connect(cbLayout_, &QComboBox::activated, this, &LayoutWindow::TakeReady);
   txHtml_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   txHtml_->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -110,7 +111,7 @@ QWidget* LayoutWindow::BuildEditor() {
   auto* editor = new QWidget;
   auto* form = new QFormLayout(editor);
   form->setContentsMargins(0, 0, 0, 0);
-  form->addRow(QStringLiteral("ひな形(&L):"), cbLayout_);
+  form->addRow(Ui::tr("ひな形(&L):"), cbLayout_);
   const auto labelled = [form](const QString& text, QWidget* control) {
     auto* label = new QLabel(text);
     label->setBuddy(control);
@@ -118,8 +119,8 @@ QWidget* LayoutWindow::BuildEditor() {
     form->addRow(control);
   };
   labelled(QStringLiteral("HTML(&H):"), txHtml_);
-  labelled(QStringLiteral("タグ（ダブルクリックまたはEnterで挿入）(&T):"), lvTag_);
-  form->addRow(QStringLiteral("ページのフォルダ(&P):"), txPath_);
+  labelled(Ui::tr("タグ（ダブルクリックまたはEnterで挿入）(&T):"), lvTag_);
+  form->addRow(Ui::tr("ページのフォルダ(&P):"), txPath_);
   return editor;
 }
 
@@ -146,7 +147,7 @@ void LayoutWindow::BuildTags() {
 void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
   const QString name = folder == nullptr ? folder_ : folder->Text(u"Object");
-  setWindowTitle(QStringLiteral("フォルダのレイアウト - ") + name);
+  setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
   const QList<ReadyLayout> ready = ReadyLayouts();
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;
   int index = 0;
@@ -175,7 +176,7 @@ void LayoutWindow::InsertTag(int row) {
 void LayoutWindow::Preview() {
   RemovePage();
   shownFile_ = pages_.CreatePreview(folder_, txHtml_->toPlainText());
-  lbError_->setText(shownFile_.isEmpty() ? QStringLiteral("このレイアウトは何も表示しません。")
+  lbError_->setText(shownFile_.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。")
                                          : QString());
   if (shownFile_.isEmpty()) return;
   const QUrl url = QUrl::fromLocalFile(shownFile_);
@@ -200,7 +201,7 @@ bool LayoutWindow::Save(QString* error) {
   }
   const QString path = txPath_->text().trimmed();
   if (!path.isEmpty() && !QDir(path).exists()) {
-    *error = QStringLiteral("ページのフォルダが見つかりません。");
+    *error = Ui::tr("ページのフォルダが見つかりません。");
     txPath_->setFocus();
     return false;
   }
@@ -210,7 +211,7 @@ bool LayoutWindow::Save(QString* error) {
     layouts->Let(PathKey(folder_), path);
   }
   if (!SaveObject(context_, DatabaseKind::Profile, *layouts)) {
-    *error = QStringLiteral("保存できませんでした。") + context_.Data.LastError().text;
+    *error = Ui::tr("保存できませんでした。") + context_.Data.LastError().text;
     return false;
   }
   if (context_.Objects.Find(fixed_serial::kLayout) == nullptr) context_.Objects.Add(layouts);
@@ -229,7 +230,7 @@ void LayoutWindow::cmOk_Click() {
 void LayoutWindow::reject() {
   if (txHtml_->document()->isModified()) {
     const auto answer = QMessageBox::question(
-        this, windowTitle(), QStringLiteral("変更を保存しますか？"),
+        this, windowTitle(), Ui::tr("変更を保存しますか？"),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
     if (answer == QMessageBox::Cancel) return;
     if (answer == QMessageBox::Yes) {

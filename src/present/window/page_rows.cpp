@@ -6,8 +6,6 @@
 #include <QWebEngineScript>
 #include <utility>
 
-#include "present/window/page_script.h"
-
 namespace vorn {
 
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
@@ -21,7 +19,7 @@ void PageRows::Run(const QString& script, const std::function<void(const QVarian
 
 void PageRows::Attach(QWebEnginePage* page) {
   page_ = page;
-  Run(QString::fromUtf8(kPageScript), [this](const QVariant& count) { count_ = count.toInt(); });
+  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { count_ = count.toInt(); });
   if (kept_.isEmpty()) return;
   // As an argument in quotes, which JSON is.
   const QByteArray quoted =

@@ -2,12 +2,12 @@
 
 namespace vorn {
 
-/// The script with which the program itself follows the user on a folder's page. It runs in a world
-/// apart from the page, where scripts of the page, if it had any, could not reach it. `vorn` offers
+/// The script with which the program itself follows the user on a folder's page. It runs in every
+/// page once that is read, in a world apart from it, where scripts of the page, if it had any, could not reach it. `vorn` offers
 /// moving among the rows, choosing several, and keeping all that over a new version of the page.
 inline constexpr char kPageScript[] = R"js(
 (() => {
-  if (window.vorn) return window.vorn.count();
+  if (window.vorn) return;
   const rows = [];
   const seen = new Set();
   for (const link of document.querySelectorAll('a[href]')) {
@@ -100,7 +100,7 @@ inline constexpr char kPageScript[] = R"js(
       scrollTo(state.x, state.y);
     },
   };
-  return rows.length;
+
 })()
 )js";
 

@@ -131,8 +131,6 @@ void DiskToForm(FormWindow& window, const Disk& object) {
   window.CallBackFormData();
 }
 
-namespace {
-
 DiskPtr PlacementBag(Context& context, const QString& name) {
   const QString serialId = QStringLiteral("DATA_") + name;
   DiskPtr bag = LoadObject(context, serialId);
@@ -143,8 +141,6 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
   bag->Let(QStringLiteral("save"), true);
   return bag;
 }
-
-}  // namespace
 
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);

@@ -38,6 +38,9 @@ void DiskToForm(FormWindow& window, const Disk& object);
 /// Moves a window to where it was when it was last closed; 600 by 400 pixels in the middle of the
 /// screen the first time. The place is kept in the bag "DATA_" + name.
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
+/// The bag "DATA_" + name of the window's place, which may hold more of its arrangement; made when
+/// it is not there, and saved with the loaded objects.
+DiskPtr PlacementBag(Context& context, const QString& name);
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name);
 
 }  // namespace vorn

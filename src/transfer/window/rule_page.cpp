@@ -9,12 +9,15 @@
 #include <QMenu>
 #include <QTableWidget>
 
+#include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"
 
 namespace vorn {
 namespace {
 
-const QString kPlaceholder = QStringLiteral("($追加)");
+QString Placeholder() {
+  return Ui::tr("($追加)");
+}
 constexpr int kEditorMargin = 24;
 
 // The header that a line is about, with its colon.
@@ -25,17 +28,17 @@ QString PrefixOf(const QString& line) {
 }  // namespace
 
 RulePage::RulePage()
-    : FormPage(QStringLiteral("rule"), QStringLiteral("受信停止(&S)")),
+    : FormPage(QStringLiteral("rule"), Ui::tr("受信停止(&S)")),
       lvReceiveStop_(new QTableWidget(0, 1, this)),
       txInput_(new QLineEdit(lvReceiveStop_->viewport())),
       menuReceiveStop_(new QMenu(this)) {
-  QComboBox* mode = AddChoice(QStringLiteral("cbMode"), QStringLiteral("動作(&D)"),
-                              {QStringLiteral("次の条件に合うメッセージを受信しない")});
+  QComboBox* mode = AddChoice(QStringLiteral("cbMode"), Ui::tr("動作(&D)"),
+                              {Ui::tr("次の条件に合うメッセージを受信しない")});
   mode->setProperty("tag", QStringLiteral("nosave"));
 
   lvReceiveStop_->setObjectName(QStringLiteral("lvReceiveStop"));
   lvReceiveStop_->setProperty("tag", QStringLiteral("text"));
-  lvReceiveStop_->setAccessibleName(QStringLiteral("受信停止の条件"));
+  lvReceiveStop_->setAccessibleName(Ui::tr("受信停止の条件"));
   lvReceiveStop_->horizontalHeader()->hide();
   lvReceiveStop_->horizontalHeader()->setStretchLastSection(true);
   lvReceiveStop_->verticalHeader()->hide();
@@ -48,31 +51,30 @@ RulePage::RulePage()
   connect(lvReceiveStop_, &QTableWidget::itemDoubleClicked, this, &RulePage::OpenCurrentRow);
   Layout().addRow(lvReceiveStop_);
 
-  auto* hint = new QLabel(
-      QStringLiteral("追加するには ($追加) を右クリックするか、選んでEnterキーを押します。\n"
-                     "使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字"),
-      this);
+  auto* hint =
+      new QLabel(Ui::tr("追加するには ($追加) を右クリックするか、選んでEnterキーを押します。\n"
+                        "使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字"),
+                 this);
   hint->setWordWrap(true);
   Layout().addRow(hint);
   AddCheck(QStringLiteral("ckReceiveStopDelete"),
-           QStringLiteral("受信を停止したメッセージをサーバーから削除する(&X)"));
+           Ui::tr("受信を停止したメッセージをサーバーから削除する(&X)"));
 
   txInput_->setObjectName(QStringLiteral("txInput"));
   txInput_->setProperty("tag", QStringLiteral("nosave"));
-  txInput_->setAccessibleName(QStringLiteral("条件の編集"));
+  txInput_->setAccessibleName(Ui::tr("条件の編集"));
   txInput_->hide();
   txInput_->installEventFilter(this);
   connect(txInput_, &QLineEdit::textChanged, this, &RulePage::FitEditor);
 
   menuReceiveStop_->setObjectName(QStringLiteral("menuReceiveStop"));
-  menuReceiveStop_->addAction(QStringLiteral("メーラー(&M)"), this,
+  menuReceiveStop_->addAction(Ui::tr("メーラー(&M)"), this,
                               [this] { AddRule(kMailerHeader + u' '); });
-  menuReceiveStop_->addAction(QStringLiteral("送信者(&F)"), this,
-                              [this] { AddRule(kSenderHeader); });
+  menuReceiveStop_->addAction(Ui::tr("送信者(&F)"), this, [this] { AddRule(kSenderHeader); });
 }
 
 void RulePage::Loaded(const Disk&) {
-  AddLine(*lvReceiveStop_, kPlaceholder);
+  AddLine(*lvReceiveStop_, Placeholder());
   lvReceiveStop_->setCurrentCell(0, 0);
 }
 

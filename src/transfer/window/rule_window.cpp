@@ -2,6 +2,7 @@
 
 #include <QTableWidget>
 
+#include "storage/ui.h"
 #include "transfer/window/rule_page.h"
 
 namespace vorn {
@@ -14,7 +15,7 @@ constexpr QSize kSize(520, 420);
 RuleWindow::RuleWindow(Context& context, QWidget* parent)
     : EditingWindow(context, QStringLiteral("rule"), parent) {
   resize(kSize);
-  setWindowTitle(QStringLiteral("メッセージ条件"));
+  setWindowTitle(Ui::tr("メッセージ条件"));
   AddPage(new RulePage);
 }
 

@@ -1,0 +1,63 @@
+#include "frame/instance_messages.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocalSocket>
+
+namespace vorn {
+namespace {
+
+constexpr int kPatienceMs = 3000;
+constexpr qint64 kLongestLine = 1 << 20;
+constexpr qsizetype kNameLength = 16;
+
+}  // namespace
+
+InstanceMessages::InstanceMessages(const QString& appFolder) {
+  const QByteArray folder = QDir(appFolder).canonicalPath().toUtf8();
+  name_ =
+      QStringLiteral("vorn-") +
+      QString::fromLatin1(
+          QCryptographicHash::hash(folder, QCryptographicHash::Sha256).toHex().left(kNameLength));
+  server_.setSocketOptions(QLocalServer::UserAccessOption);
+  connect(&server_, &QLocalServer::newConnection, this, &InstanceMessages::Accept);
+}
+
+void InstanceMessages::Listen() {
+  // What a killed program left behind would be in the way.
+  QLocalServer::removeServer(name_);
+  server_.listen(name_);
+}
+
+// One line of JSON, answered by a line so that the sender knows.
+void InstanceMessages::Accept() {
+  QLocalSocket* socket = server_.nextPendingConnection();
+  connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+  connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
+    if (!socket->canReadLine()) {
+      if (socket->bytesAvailable() > kLongestLine) socket->abort();
+      return;
+    }
+    QStringList arguments;
+    for (const QJsonValue& value : QJsonDocument::fromJson(socket->readLine()).array()) {
+      arguments.append(value.toString());
+    }
+    socket->write("ok\n");
+    socket->flush();
+    socket->disconnectFromServer();
+    if (!arguments.isEmpty()) Q_EMIT Received(arguments);
+  });
+}
+
+bool InstanceMessages::Send(const QStringList& arguments) const {
+  QLocalSocket socket;
+  socket.connectToServer(name_);
+  if (!socket.waitForConnected(kPatienceMs)) return false;
+  socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) +
+               '\n');
+  return socket.waitForBytesWritten(kPatienceMs) && socket.waitForReadyRead(kPatienceMs);
+}
+
+}  // namespace vorn

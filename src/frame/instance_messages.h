@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QLocalServer>
+#include <QObject>
+#include <QStringList>
+
+namespace vorn {
+
+/// What a program that is started again for the same data folder says to the one that runs: the
+/// messages and addresses that it was asked to open. Only programs of the same user are heard.
+class InstanceMessages : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit InstanceMessages(const QString& appFolder);
+
+  /// Begins to listen; without success nothing is handed over, and that is all.
+  void Listen();
+  /// Says it to the running program. False when that did not hear it in time.
+  bool Send(const QStringList& arguments) const;
+
+ Q_SIGNALS:
+  void Received(const QStringList& arguments);
+
+ private:
+  void Accept();
+
+  QString name_;
+  QLocalServer server_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,28 @@
+#include "frame/ui_language.h"
+
+#include <QLocale>
+
+#include "frame/user_store.h"
+
+namespace vorn {
+namespace {
+
+const QString kEntry = QStringLiteral("infomation/language");
+const QString kJapanese = QStringLiteral("ja");
+const QString kEnglish = QStringLiteral("en");
+
+}  // namespace
+
+QString UiLanguage() {
+  const QString chosen = UserStore()->value(kEntry).toString();
+  if (chosen == kJapanese || chosen == kEnglish) return chosen;
+  const QLocale::Language system = QLocale::system().language();
+  return system == QLocale::Japanese || system == QLocale::C ? kJapanese : kEnglish;
+}
+
+void KeepUiLanguage(const QString& language) {
+  const auto store = UserStore();
+  if (store->value(kEntry).toString() != language) store->setValue(kEntry, language);
+}
+
+}  // namespace vorn

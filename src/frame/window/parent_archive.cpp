@@ -1,0 +1,153 @@
+// The main window's import and export of messages, and what the program is asked to open.
+
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QProgressDialog>
+
+#include "frame/start_up.h"
+#include "frame/window/parent_window.h"
+#include "mail/export_messages.h"
+#include "mail/import_messages.h"
+#include "mail/mailto.h"
+#include "objects/object_types.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kShowAfterMs = 300;
+constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
+
+// Shows how many messages are done, and lets the user end it.
+class ProgressWindow {
+ public:
+  ProgressWindow(QWidget* parent, const QString& title) : dialog_(parent), title_(title) {
+    dialog_.setWindowTitle(title);
+    dialog_.setLabelText(title + QStringLiteral(".."));
+    dialog_.setCancelButtonText(Ui::tr("中止"));
+    dialog_.setRange(0, 0);
+    dialog_.setWindowModality(Qt::ApplicationModal);
+    dialog_.setMinimumDuration(kShowAfterMs);
+    dialog_.setMinimumWidth(320);
+    clock_.start();
+  }
+  bool Show(int done) {
+    if (clock_.elapsed() < kTurnMs) return true;
+    clock_.restart();
+    dialog_.setLabelText(title_ + Ui::tr(".. %1通").arg(done));
+    dialog_.setValue(0);  // gives the windows their turn as well
+    return !dialog_.wasCanceled();
+  }
+
+ private:
+  QProgressDialog dialog_;
+  QString title_;
+  QElapsedTimer clock_;
+};
+
+struct FormatChoice {
+  ArchiveFormat format;
+  QString filter;
+  QString suffix;
+};
+
+QList<FormatChoice> Formats() {
+  return {{ArchiveFormat::Mbox, QStringLiteral("mbox (*.mbox)"), QStringLiteral(".mbox")},
+          {ArchiveFormat::Maildir, Ui::tr("Maildirのフォルダ (*)"), QString()},
+          {ArchiveFormat::Eml, Ui::tr("emlファイルのフォルダ (*)"), QString()}};
+}
+
+}  // namespace
+
+void ParentWindow::ImportFiles() {
+  Import(QFileDialog::getOpenFileNames(
+      this, Ui::tr("メッセージの取り込み"), QString(),
+      Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")));
+}
+
+void ParentWindow::ImportFolder() {
+  const QString folder = QFileDialog::getExistingDirectory(
+      this, Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
+  if (!folder.isEmpty()) Import({folder});
+}
+
+void ParentWindow::Import(const QStringList& paths) {
+  if (paths.isEmpty()) return;
+  if (traffic_.Control().Busy()) {
+    QMessageBox::information(this, kApplicationTitle,
+                             Ui::tr("送受信が終わってから取り込んでください。"));
+    return;
+  }
+  const QSignalBlocker noSession(tmPlan_);
+  ImportCounts counts;
+  QString error;
+  {
+    ProgressWindow progress(this, Ui::tr("メッセージの取り込み"));
+    for (const QString& path : paths) {
+      if (!ImportMessages(context_, path, QString(), &counts, &error,
+                          [&progress](int done) { return progress.Show(done); })) {
+        break;
+      }
+    }
+  }
+  MessageStored();
+  const QString text =
+      Ui::tr("%1通を取り込みました。").arg(counts.imported) +
+      (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
+  if (error.isEmpty()) {
+    QMessageBox::information(this, kApplicationTitle, text);
+  } else {
+    QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+  }
+}
+
+void ParentWindow::Export() {
+  const QString folder = CurrentFolder();
+  if (folder.isEmpty()) return;
+  QStringList filters;
+  for (const FormatChoice& choice : Formats()) filters.append(choice.filter);
+  QString filter;
+  QString path =
+      QFileDialog::getSaveFileName(this, Ui::tr("フォルダ「%1」の書き出し").arg(NodeText(folder)),
+                                   NodeText(folder), filters.join(QStringLiteral(";;")), &filter);
+  if (path.isEmpty()) return;
+  const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
+  if (!path.endsWith(choice.suffix)) path += choice.suffix;
+  int count = 0;
+  QString error;
+  bool done = false;
+  {
+    ProgressWindow progress(this, Ui::tr("メッセージの書き出し"));
+    done = ExportMessages(context_, folder, choice.format, path, &count, &error,
+                          [&progress](int written) { return progress.Show(written); });
+  }
+  const QString text = Ui::tr("%1通を書き出しました。").arg(count);
+  if (done) {
+    QMessageBox::information(this, kApplicationTitle, text);
+  } else {
+    QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+  }
+}
+
+void ParentWindow::OpenArgument(const QString& argument) {
+  if (IsMailto(argument)) {
+    MailRequest request;
+    request.isNew = true;
+    request.db = static_cast<int>(DatabaseKind::Mail);
+    request.mailto = argument;
+    queue_.PostMailRequest(request);
+    return;
+  }
+  QString error;
+  const QString serialId = TakeMessageFile(context_, argument, &error);
+  if (serialId.isEmpty()) {
+    QMessageBox::critical(this, kApplicationTitle, error);
+    return;
+  }
+  OpenMessage(0, serialId, false);
+  MessageStored();
+}
+
+}  // namespace vorn

@@ -1,0 +1,59 @@
+#include "mail/mailto.h"
+
+#include <QStringList>
+#include <QUrl>
+
+#include "mail/address.h"
+
+namespace vorn {
+namespace {
+
+const QString kScheme = QStringLiteral("mailto:");
+
+QString Decoded(const QString& text) {
+  return QUrl::fromPercentEncoding(text.toUtf8());
+}
+
+// Of one line, without what could begin a field of its own.
+QString OneLine(const QString& text) {
+  return Decoded(text).simplified();
+}
+
+// A comma separates addresses before it is decoded; an encoded one belongs to an address.
+void AddRecipients(const QString& kind, const QString& list, MessageModel& model) {
+  for (const QString& address : list.split(u',', Qt::SkipEmptyParts)) {
+    const QString text = OneLine(address);
+    if (!text.isEmpty())
+      model.addresses.append(ParseAddressEntry(kind + QStringLiteral(": ") + text));
+  }
+}
+
+}  // namespace
+
+bool IsMailto(const QString& text) {
+  return text.startsWith(kScheme, Qt::CaseInsensitive);
+}
+
+void ApplyMailto(const QString& address, MessageModel& model) {
+  const QString rest = address.mid(kScheme.size()).section(u'#', 0, 0);
+  AddRecipients(QStringLiteral("TO"), rest.section(u'?', 0, 0), model);
+  for (const QString& field : rest.section(u'?', 1).split(u'&', Qt::SkipEmptyParts)) {
+    const QString name = Decoded(field.section(u'=', 0, 0)).toLower();
+    const QString value = field.section(u'=', 1);
+    if (name == u"to") {
+      AddRecipients(QStringLiteral("TO"), value, model);
+    } else if (name == u"cc") {
+      AddRecipients(QStringLiteral("CC"), value, model);
+    } else if (name == u"bcc") {
+      AddRecipients(QStringLiteral("BC"), value, model);
+    } else if (name == u"subject") {
+      model.subject = OneLine(value);
+    } else if (name == u"body") {
+      model.text = Decoded(value).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    } else if (name == u"in-reply-to") {
+      model.inReplyTo = OneLine(value);
+    }
+  }
+}
+
+}  // namespace vorn

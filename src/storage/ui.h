@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace vorn {
+
+/// The texts of the user interface: `Ui::tr("...")` gives a text, which is written in Japanese, in
+/// the language in which the program runs.
+class Ui {
+  Q_DECLARE_TR_FUNCTIONS(vorn::Ui)
+};
+
+}  // namespace vorn

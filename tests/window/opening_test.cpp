@@ -1,0 +1,213 @@
+// What the program is started with, what enters and leaves it by menu, and what it keeps of its
+// windows.
+
+#include <QAbstractButton>
+#include <QFileDialog>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QSplitter>
+#include <QTableWidget>
+#include <QToolBar>
+#include <atomic>
+#include <thread>
+
+#include "frame/ui_language.h"
+#include "mail/mail_store.h"
+#include "mail/window/message_window.h"
+#include "objects/object_types.h"
+#include "window/program_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+class OpeningTest : public ProgramTest {
+ protected:
+  QString File(const char* name, const QByteArray& bytes) {
+    const QString path = folder_.path() + u'/' + QString::fromUtf8(name);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    return path;
+  }
+  void StartWith(const QStringList& arguments) {
+    program_ = std::make_unique<Program>(Folder(), arguments);
+    ASSERT_TRUE(program_->Start());
+    LogInWith(QString());
+    AwaitInbox();
+  }
+  QAction* Entry(const char16_t* menu, const QString& text) const {
+    for (QAction* action :
+         program_->Parent()->findChild<QMenu*>(QString::fromUtf16(menu))->actions()) {
+      if (action->text().startsWith(text)) return action;
+    }
+    return nullptr;
+  }
+};
+
+TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
+  Prepare(QString());
+  const QString file = File("手紙.eml", "From: a@example.jp\nSubject: from a file\n\nhello\n");
+  StartWith({file});
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("from a file"));
+  TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("from a file"))) << "it is not received mail";
+
+  // A program that is started again hands over what it was asked to open.
+  std::atomic<bool> done = false;
+  bool handedOver = false;
+  std::thread other([&] {
+    const InstanceMessages messages(Folder());
+    handedOver = messages.Send({QStringLiteral("mailto:x@example.jp?subject=hi&body=text"), file});
+    done = true;
+  });
+  EXPECT_TRUE(WaitFor([&done] { return done.load(); }));
+  other.join();
+  EXPECT_TRUE(handedOver);
+  ASSERT_TRUE(WaitFor([] {
+    int open = 0;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      open += qobject_cast<MessageWindow*>(widget) != nullptr && widget->isVisible() ? 1 : 0;
+    }
+    return open == 2;
+  }));
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    auto* window = qobject_cast<MessageWindow*>(widget);
+    if (window == nullptr || window->GetMessageSubject() != u"hi") continue;
+    EXPECT_EQ(Child<QPlainTextEdit>(*window, u"txMemo").toPlainText(), QStringLiteral("text"));
+    InModal<QMessageBox>([window] { window->close(); },
+                         [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  }
+}
+
+TEST_F(OpeningTest, AFileThatHoldsNoMessageIsTold) {
+  Prepare(QString());
+  StartWith({});
+  const QString told = NextMessageBox(
+      [this] { program_->Parent()->OpenArgument(Folder() + QStringLiteral("missing.eml")); });
+  EXPECT_TRUE(told.contains(QStringLiteral("missing.eml"))) << told.toStdString();
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+}
+
+TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
+  Prepare(QString());
+  StartWith({});
+  const QString mbox = File("in.mbox",
+                            "From a Mon Jan  1 00:00:00 2001\nFrom: a@x\nSubject: imported one\n\n"
+                            "1\n\nFrom b Mon Jan  1 00:00:00 2001\nFrom: b@x\nSubject: two\n\n2\n");
+  const auto choose = [](const QString& path) {
+    return [path](QFileDialog& dialog) {
+      dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+      QMetaObject::invokeMethod(&dialog, "accept");
+    };
+  };
+  QString told;
+  const auto run = [&](QAction* entry, const QString& path) {
+    // The dialog first, then what is told at the end.
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      told = box->text();
+      box->button(QMessageBox::Ok)->click();
+    });
+    answer.start(20);
+    told.clear();
+    EXPECT_TRUE(InModal<QFileDialog>([entry] { entry->trigger(); }, choose(path)));
+    EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+  };
+  run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
+  EXPECT_EQ(told, QStringLiteral("2通を取り込みました。"));
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
+  run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
+  EXPECT_EQ(told, QStringLiteral("0通を取り込みました。2通は保存済みでした。"));
+  const QString out = folder_.path() + QStringLiteral("/out");
+  run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), out);
+  EXPECT_EQ(told, QStringLiteral("2通を書き出しました。"));
+  const QByteArray written = test::ReadFile(out + QStringLiteral(".mbox"));
+  EXPECT_TRUE(written.contains("Subject: imported one\r\n\r\n1\r\n")) << written.toStdString();
+}
+
+TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
+  Prepare(QString());
+  StartWith({});
+  auto* splitter = program_->Parent()->findChild<QSplitter*>(QStringLiteral("splitter"));
+  program_->Parent()->resize(700, 500);
+  splitter->setSizes({260, 440});
+  const int tree = splitter->sizes()[0];
+  Entry(u"menuWindows", QStringLiteral("重ねて表示"))->trigger();
+  EndProgram();
+  StartWith({});
+  splitter = program_->Parent()->findChild<QSplitter*>(QStringLiteral("splitter"));
+  EXPECT_EQ(program_->Parent()->size(), QSize(700, 500));
+  EXPECT_NEAR(splitter->sizes()[0], tree, 3);
+  // Cascaded windows do not fill the area, tiled ones do.
+  auto* area = program_->Parent()->findChild<QMdiArea*>();
+  WaitFor([] { return false; }, 100);
+  EXPECT_NE(area->subWindowList()[0]->width(), area->viewport()->width());
+  Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
+  EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
+}
+
+TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
+  Prepare(QString());
+  KeepUiLanguage(QStringLiteral("en"));
+  StartWith({});
+  static const QRegularExpression japanese(QStringLiteral("[\\p{Hiragana}\\p{Katakana}\\p{Han}]"));
+  QStringList left;
+  for (QAction* action : program_->Parent()->findChildren<QAction*>()) {
+    if (action->text().contains(japanese)) left.append(action->text());
+  }
+  for (QLineEdit* box : program_->Parent()->findChildren<QLineEdit*>()) {
+    if (box->placeholderText().contains(japanese)) left.append(box->placeholderText());
+  }
+  // The bookmarks' titles are the user's own.
+  left.removeAll(QStringLiteral("お気に入り。"));
+  left.removeAll(QStringLiteral("ホームページ"));
+  left.removeAll(QStringLiteral("掲示板"));
+  EXPECT_EQ(left, QStringList());
+  EXPECT_NE(Entry(u"menuTools", QStringLiteral("Send and Receive")), nullptr);
+  EndProgram();
+  KeepUiLanguage(QString());
+  StartWith({});
+  EXPECT_NE(Entry(u"menuTools", QStringLiteral("メッセージ送受信")), nullptr);
+}
+
+TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {
+  AddMessages(2);
+  Prepare(QString());
+  StartWith({});
+  Receive();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 2")); }));
+  View()->setFocus();
+  QTest::keyClick(View()->focusProxy(), Qt::Key_Down);
+  auto& bar = Child<QToolBar>(*program_->Parent(), u"tbMain");
+  const auto press = [&bar](const char16_t* name) {
+    QTest::mouseClick(bar.widgetForAction(bar.findChild<QAction*>(QString::fromUtf16(name))),
+                      Qt::LeftButton);
+  };
+  press(u"tb_replay");
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Re: 会議 1"));
+  InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  program_->Parent()->activateWindow();
+  press(u"tb_dust");
+  ASSERT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("会議 1")); }));
+
+  Entry(u"menuHelps", QStringLiteral("使い方"))->trigger();
+  EXPECT_TRUE(WaitFor([this] {
+    for (auto* browser : program_->Parent()->findChildren<BrowserWindow*>()) {
+      if (browser->windowTitle() == u"使い方") return browser->isVisible();
+    }
+    return false;
+  }));
+}
+
+}  // namespace
+}  // namespace vorn

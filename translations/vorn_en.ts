@@ -1,0 +1,2039 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="ja_JP">
+<context>
+    <name>vorn::Ui</name>
+    <message>
+        <source>アドレスの選択</source>
+        <translation>Choose Addresses</translation>
+    </message>
+    <message>
+        <source>検索する文字(&amp;T)</source>
+        <translation>&amp;Text to find</translation>
+    </message>
+    <message>
+        <source>検索(&amp;K)</source>
+        <translation>&amp;Find</translation>
+    </message>
+    <message>
+        <source>選択(&amp;S)</source>
+        <translation>&amp;Choose</translation>
+    </message>
+    <message>
+        <source>アドレスブック</source>
+        <translation>Address books</translation>
+    </message>
+    <message>
+        <source>見つかったアドレス</source>
+        <translation>Addresses found</translation>
+    </message>
+    <message>
+        <source>すべてのアドレスブック</source>
+        <translation>All address books</translation>
+    </message>
+    <message>
+        <source>キャンセル</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>設定値を入力してください。</source>
+        <translation>Enter a value.</translation>
+    </message>
+    <message>
+        <source>フォルダの選択</source>
+        <translation>Choose a Folder</translation>
+    </message>
+    <message>
+        <source>フォルダを選択してください。</source>
+        <translation>Choose a folder.</translation>
+    </message>
+    <message>
+        <source>システム</source>
+        <translation>System</translation>
+    </message>
+    <message>
+        <source>プロファイルの一覧を読み込めません。</source>
+        <translation>The list of profiles cannot be read.</translation>
+    </message>
+    <message>
+        <source>プロファイルがありません。</source>
+        <translation>There is no profile.</translation>
+    </message>
+    <message>
+        <source>プロファイルを読み込めません。</source>
+        <translation>The profile cannot be read. </translation>
+    </message>
+    <message>
+        <source>プロファイルに書き込めません。</source>
+        <translation>The profile cannot be written. </translation>
+    </message>
+    <message>
+        <source>プロファイルが複数あります。名前を指定してください。</source>
+        <translation>There are several profiles. Name one.</translation>
+    </message>
+    <message>
+        <source>プロファイル「%1」はありません。</source>
+        <translation>There is no profile “%1”.</translation>
+    </message>
+    <message>
+        <source>ログインできませんでした。入力したプロファイル情報を確認してください。</source>
+        <translation>The login failed. Check the profile and its password.</translation>
+    </message>
+    <message>
+        <source>ユーザー設定を保存できないため、起動できません。</source>
+        <translation>The program cannot start, since the user&apos;s settings cannot be saved.</translation>
+    </message>
+    <message>
+        <source>プロファイル一覧のファイル「%1」を開けません。%2</source>
+        <translation>The file of the profiles, “%1”, cannot be opened. %2</translation>
+    </message>
+    <message>
+        <source>プロファイル</source>
+        <translation>Profiles</translation>
+    </message>
+    <message>
+        <source>フォルダ</source>
+        <translation>Folders</translation>
+    </message>
+    <message>
+        <source>アカウント</source>
+        <translation>Accounts</translation>
+    </message>
+    <message>
+        <source>ブックマーク</source>
+        <translation>Bookmarks</translation>
+    </message>
+    <message>
+        <source>コンソールツリー</source>
+        <translation>Tree of folders and objects</translation>
+    </message>
+    <message>
+        <source>未開封 %1通</source>
+        <translation>%1 unread</translation>
+    </message>
+    <message>
+        <source>新規作成(&amp;N)..</source>
+        <translation>&amp;New..</translation>
+    </message>
+    <message>
+        <source>名前の変更(&amp;M)</source>
+        <translation>Rena&amp;me</translation>
+    </message>
+    <message>
+        <source>削除(&amp;D)</source>
+        <translation>&amp;Delete</translation>
+    </message>
+    <message>
+        <source>プロパティ(&amp;R)..</source>
+        <translation>P&amp;roperties..</translation>
+    </message>
+    <message>
+        <source>プロファイルの選択(&amp;L)</source>
+        <translation>&amp;Log in to</translation>
+    </message>
+    <message>
+        <source>プロファイル(&amp;L)</source>
+        <translation>Profi&amp;le</translation>
+    </message>
+    <message>
+        <source>パスワード(&amp;P)</source>
+        <translation>&amp;Password</translation>
+    </message>
+    <message>
+        <source>中止</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>.. %1通</source>
+        <translation>.. %1 messages</translation>
+    </message>
+    <message>
+        <source>Maildirのフォルダ (*)</source>
+        <translation>Maildir folder (*)</translation>
+    </message>
+    <message>
+        <source>emlファイルのフォルダ (*)</source>
+        <translation>folder of .eml files (*)</translation>
+    </message>
+    <message>
+        <source>メッセージの取り込み</source>
+        <translation>Import Messages</translation>
+    </message>
+    <message>
+        <source>メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)</source>
+        <translation>Messages (*.eml *.mbox *.mbx);;All files (*)</translation>
+    </message>
+    <message>
+        <source>取り込むフォルダ（Maildirまたはemlファイル）</source>
+        <translation>Folder to import (Maildir or .eml files)</translation>
+    </message>
+    <message>
+        <source>送受信が終わってから取り込んでください。</source>
+        <translation>Import when sending and receiving has ended.</translation>
+    </message>
+    <message>
+        <source>%1通を取り込みました。</source>
+        <translation>%1 messages were imported. </translation>
+    </message>
+    <message>
+        <source>%1通は保存済みでした。</source>
+        <translation>%1 were stored already.</translation>
+    </message>
+    <message>
+        <source>フォルダ「%1」の書き出し</source>
+        <translation>Export the Folder “%1”</translation>
+    </message>
+    <message>
+        <source>メッセージの書き出し</source>
+        <translation>Export Messages</translation>
+    </message>
+    <message>
+        <source>%1通を書き出しました。</source>
+        <translation>%1 messages were written.</translation>
+    </message>
+    <message>
+        <source>ツール(&amp;T)</source>
+        <translation>&amp;Tools</translation>
+    </message>
+    <message>
+        <source>メッセージ送受信(&amp;M)</source>
+        <translation>Send and Receive &amp;Messages</translation>
+    </message>
+    <message>
+        <source>送受信の中止(&amp;C)</source>
+        <translation>&amp;Cancel Sending and Receiving</translation>
+    </message>
+    <message>
+        <source>メッセージ条件(&amp;R)..</source>
+        <translation>Message &amp;Rules..</translation>
+    </message>
+    <message>
+        <source>設定(&amp;O)..</source>
+        <translation>&amp;Options..</translation>
+    </message>
+    <message>
+        <source>バージョン情報(&amp;V)..</source>
+        <translation>&amp;Version..</translation>
+    </message>
+    <message>
+        <source>ウィンドウ(&amp;W)</source>
+        <translation>&amp;Window</translation>
+    </message>
+    <message>
+        <source>重ねて表示(&amp;C)</source>
+        <translation>&amp;Cascade</translation>
+    </message>
+    <message>
+        <source>並べて表示(&amp;T)</source>
+        <translation>&amp;Tile</translation>
+    </message>
+    <message>
+        <source>次のウィンドウ(&amp;N)</source>
+        <translation>&amp;Next Window</translation>
+    </message>
+    <message>
+        <source>ウィンドウを閉じる(&amp;L)</source>
+        <translation>C&amp;lose Window</translation>
+    </message>
+    <message>
+        <source>ツリーに移動(&amp;F)</source>
+        <translation>Go to &amp;Folders</translation>
+    </message>
+    <message>
+        <source>ページに移動(&amp;P)</source>
+        <translation>Go to &amp;Page</translation>
+    </message>
+    <message>
+        <source>ヘルプ(&amp;H)</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>使い方(&amp;G)</source>
+        <translation>&amp;Guide</translation>
+    </message>
+    <message>
+        <source>使い方</source>
+        <translation>Guide</translation>
+    </message>
+    <message>
+        <source>ツールバー</source>
+        <translation>Toolbar</translation>
+    </message>
+    <message>
+        <source>送受信</source>
+        <translation>Send/Receive</translation>
+    </message>
+    <message>
+        <source>メッセージ送受信 Ctrl+M</source>
+        <translation>Send and receive messages Ctrl+M</translation>
+    </message>
+    <message>
+        <source>新規</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>新しいメッセージ Ctrl+N</source>
+        <translation>New message Ctrl+N</translation>
+    </message>
+    <message>
+        <source>返信</source>
+        <translation>Reply</translation>
+    </message>
+    <message>
+        <source>全員に返信</source>
+        <translation>Reply to All</translation>
+    </message>
+    <message>
+        <source>転送</source>
+        <translation>Forward</translation>
+    </message>
+    <message>
+        <source>フォルダに入れる</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>くずかご</source>
+        <translation>Trash</translation>
+    </message>
+    <message>
+        <source>ファイル(&amp;F)</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>新規作成(&amp;N)</source>
+        <translation>&amp;New</translation>
+    </message>
+    <message>
+        <source>メッセージ(&amp;M)..</source>
+        <translation>&amp;Message..</translation>
+    </message>
+    <message>
+        <source>アカウント(&amp;A)..</source>
+        <translation>&amp;Account..</translation>
+    </message>
+    <message>
+        <source>フォルダ(&amp;F)..</source>
+        <translation>&amp;Folder..</translation>
+    </message>
+    <message>
+        <source>アドレスブック(&amp;D)..</source>
+        <translation>A&amp;ddress Book..</translation>
+    </message>
+    <message>
+        <source>ブックマーク(&amp;B)..</source>
+        <translation>&amp;Bookmarks..</translation>
+    </message>
+    <message>
+        <source>プロファイル(&amp;P)..</source>
+        <translation>&amp;Profile..</translation>
+    </message>
+    <message>
+        <source>くずかごを空にする(&amp;E)..</source>
+        <translation>&amp;Empty the Trash..</translation>
+    </message>
+    <message>
+        <source>ファイルから取り込む(&amp;I)..</source>
+        <translation>&amp;Import from Files..</translation>
+    </message>
+    <message>
+        <source>フォルダから取り込む(&amp;O)..</source>
+        <translation>Import fr&amp;om a Folder..</translation>
+    </message>
+    <message>
+        <source>フォルダの書き出し(&amp;W)..</source>
+        <translation>&amp;Write the Folder to a File..</translation>
+    </message>
+    <message>
+        <source>終了(&amp;X)</source>
+        <translation>E&amp;xit</translation>
+    </message>
+    <message>
+        <source>表示(&amp;V)</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>イベントのクリア(&amp;C)..</source>
+        <translation>&amp;Clear Events..</translation>
+    </message>
+    <message>
+        <source>フォルダのレイアウト(&amp;L)..</source>
+        <translation>Folder &amp;Layout..</translation>
+    </message>
+    <message>
+        <source>お気に入り(&amp;A)</source>
+        <translation>F&amp;avorites</translation>
+    </message>
+    <message>
+        <source>（なし）</source>
+        <translation>(none)</translation>
+    </message>
+    <message>
+        <source>くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？</source>
+        <translation>All messages in the trash will be deleted for good. Go on?</translation>
+    </message>
+    <message>
+        <source>削除できませんでした。</source>
+        <translation>They could not be deleted. </translation>
+    </message>
+    <message>
+        <source>記録イベントをクリアします？よろしいですか？</source>
+        <translation>The recorded events will be cleared. Go on?</translation>
+    </message>
+    <message>
+        <source>変更を保存できませんでした。</source>
+        <translation>The change could not be saved. </translation>
+    </message>
+    <message>
+        <source>メッセージを入れるフォルダを選択してください。</source>
+        <translation>Choose the folder for the messages.</translation>
+    </message>
+    <message>
+        <source>メッセージ%1通を削除します。元には戻せません。よろしいですか？</source>
+        <translation>%1 messages will be deleted for good. Go on?</translation>
+    </message>
+    <message>
+        <source>「%1」を削除します。よろしいですか？</source>
+        <translation>“%1” will be deleted. Go on?</translation>
+    </message>
+    <message>
+        <source>前回、編集中のまま終了したメッセージが%1通あります。開きますか？</source>
+        <translation>%1 messages were being written when the program last ended. Open them?</translation>
+    </message>
+    <message>
+        <source>送受信するアカウントがありません。ファイル &gt; 新規作成 &gt; アカウントで追加してください。</source>
+        <translation>There is no account to send and receive with. Add one by File &gt; New &gt; Account.</translation>
+    </message>
+    <message>
+        <source>新着メッセージを受信しました。今すぐ開きますか？</source>
+        <translation>New messages have arrived. Open them now?</translation>
+    </message>
+    <message>
+        <source>パスワード</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>アカウント「%1」の受信のパスワードを入力してください。</source>
+        <translation>Enter the password for receiving with the account “%1”.</translation>
+    </message>
+    <message>
+        <source>印刷</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>データフォルダ「%1」を作成できません。</source>
+        <translation>The data folder “%1” cannot be made.</translation>
+    </message>
+    <message>
+        <source>は既に起動しています。</source>
+        <translation> is already running.</translation>
+    </message>
+    <message>
+        <source>プロファイルを作成できません。</source>
+        <translation>The profile cannot be made. </translation>
+    </message>
+    <message>
+        <source>送受信を中止します。</source>
+        <translation>Ends sending and receiving.</translation>
+    </message>
+    <message>
+        <source>添付ファイル「%1」を読み込めません。</source>
+        <translation>The attachment “%1” cannot be read.</translation>
+    </message>
+    <message>
+        <source>添付ファイル[%1].dat</source>
+        <translation>attachment[%1].dat</translation>
+    </message>
+    <message>
+        <source>フォルダを読み込めません。</source>
+        <translation>The folder cannot be read. </translation>
+    </message>
+    <message>
+        <source>メッセージを読み込めません。</source>
+        <translation>The message cannot be read. </translation>
+    </message>
+    <message>
+        <source>中止しました。</source>
+        <translation>Stopped.</translation>
+    </message>
+    <message>
+        <source>・</source>
+        <translation>・</translation>
+    </message>
+    <message>
+        <source>メッセージを保存できません。</source>
+        <translation>The message cannot be stored. </translation>
+    </message>
+    <message>
+        <source>「%1」にメッセージがありません。</source>
+        <translation>There is no message in “%1”.</translation>
+    </message>
+    <message>
+        <source>「%1」を読み込めません。</source>
+        <translation>“%1” cannot be read.</translation>
+    </message>
+    <message>
+        <source>「%1」はもうあります。</source>
+        <translation>“%1” exists already.</translation>
+    </message>
+    <message>
+        <source>「%1」に書き込めません。</source>
+        <translation>“%1” cannot be written.</translation>
+    </message>
+    <message>
+        <source>「%1」に書き込めません。ディスクの空き容量を確認してください。</source>
+        <translation>“%1” cannot be written. Check the free space of the disk.</translation>
+    </message>
+    <message>
+        <source>開封通知： </source>
+        <translation>Read: </translation>
+    </message>
+    <message>
+        <source>下記内容のメールを受信したことをお知らせいたします。<byte value="xd"/>
+<byte value="xd"/>
+件名： </source>
+        <translation>This is to let you know that the following message has been received.<byte value="xd"/>
+<byte value="xd"/>
+Subject: </translation>
+    </message>
+    <message>
+        <source><byte value="xd"/>
+日時： </source>
+        <translation><byte value="xd"/>
+Date: </translation>
+    </message>
+    <message>
+        <source>差出人：</source>
+        <translation>From:</translation>
+    </message>
+    <message>
+        <source>宛て先：</source>
+        <translation>To:</translation>
+    </message>
+    <message>
+        <source>参照先：</source>
+        <translation>Cc:</translation>
+    </message>
+    <message>
+        <source>添付：</source>
+        <translation>Attachments:</translation>
+    </message>
+    <message>
+        <source>件名：</source>
+        <translation>Subject:</translation>
+    </message>
+    <message>
+        <source>宛先</source>
+        <translation>recipients</translation>
+    </message>
+    <message>
+        <source>差出人</source>
+        <translation>From</translation>
+    </message>
+    <message>
+        <source>返信先</source>
+        <translation>Reply to</translation>
+    </message>
+    <message>
+        <source>開封通知先</source>
+        <translation>Receipt to</translation>
+    </message>
+    <message>
+        <source>種類</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>アドレス</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>添付ファイル</source>
+        <translation>Attachments</translation>
+    </message>
+    <message>
+        <source>（</source>
+        <translation> (</translation>
+    </message>
+    <message>
+        <source>）</source>
+        <translation>)</translation>
+    </message>
+    <message>
+        <source>添付ファイルの選択</source>
+        <translation>Choose Attachments</translation>
+    </message>
+    <message>
+        <source>全てのファイル (*)</source>
+        <translation>All files (*)</translation>
+    </message>
+    <message>
+        <source>添付ファイルの保存</source>
+        <translation>Save Attachment</translation>
+    </message>
+    <message>
+        <source>保存したいファイルを選択して下さい。</source>
+        <translation>Choose the files to save.</translation>
+    </message>
+    <message>
+        <source>添付ファイルを保存するフォルダ</source>
+        <translation>Folder for the Attachments</translation>
+    </message>
+    <message>
+        <source>「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。</source>
+        <translation>“%1” cannot be saved. Check the folder and the free space of the disk.</translation>
+    </message>
+    <message>
+        <source>「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれがあります。開きますか？</source>
+        <translation>“%1” may be a program. Opening it may harm the computer. Open it?</translation>
+    </message>
+    <message>
+        <source>開く(&amp;O)</source>
+        <translation>&amp;Open</translation>
+    </message>
+    <message>
+        <source>保存(&amp;S)..</source>
+        <translation>&amp;Save..</translation>
+    </message>
+    <message>
+        <source>追加(&amp;A)..</source>
+        <translation>&amp;Add..</translation>
+    </message>
+    <message>
+        <source>外す(&amp;D)</source>
+        <translation>&amp;Detach</translation>
+    </message>
+    <message>
+        <source>検索(&amp;I)</source>
+        <translation>F&amp;ind</translation>
+    </message>
+    <message>
+        <source>前へ</source>
+        <translation>Previous</translation>
+    </message>
+    <message>
+        <source>次へ</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>閉じる</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。</source>
+        <translation>There is no recipient (TO, CC, BCC). Name one to send the message.</translation>
+    </message>
+    <message>
+        <source>送信者(FROM)が不明です。送信するには送信者を指定して下さい。</source>
+        <translation>There is no sender (FROM). Name one to send the message.</translation>
+    </message>
+    <message>
+        <source>このメールは、</source>
+        <translation>This message is in </translation>
+    </message>
+    <message>
+        <source>に入っています。取り出して送信しますか？</source>
+        <translation>. Take it out and send it?</translation>
+    </message>
+    <message>
+        <source>件名が設定されていません。送信してよろしいですか？</source>
+        <translation>There is no subject. Send it anyway?</translation>
+    </message>
+    <message>
+        <source>メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？</source>
+        <translation>The sending will be cancelled and the message can be edited. Go on?</translation>
+    </message>
+    <message>
+        <source>メッセージを削除します。よろしいですか？</source>
+        <translation>The message will be deleted. Go on?</translation>
+    </message>
+    <message>
+        <source>保存フォルダ</source>
+        <translation>Folders</translation>
+    </message>
+    <message>
+        <source>メッセージを保存するフォルダを選択してください。</source>
+        <translation>Choose the folders in which the message is filed.</translation>
+    </message>
+    <message>
+        <source>ファイルに保存</source>
+        <translation>Save to a File</translation>
+    </message>
+    <message>
+        <source>メッセージファイル (*.eml)</source>
+        <translation>Message file (*.eml)</translation>
+    </message>
+    <message>
+        <source>印刷するページを書き込めません。ディスクの空き容量を確認してください。</source>
+        <translation>The page to print cannot be written. Check the free space of the disk.</translation>
+    </message>
+    <message>
+        <source> ソース</source>
+        <translation> source</translation>
+    </message>
+    <message>
+        <source>このメッセージは、送信された方から開封通知の要求がされています。通知しますか？</source>
+        <translation>The sender asks to be told that this message has been read. Tell him?</translation>
+    </message>
+    <message>
+        <source>日本語ＪＩＳ(&amp;J)</source>
+        <translation>Japanese &amp;JIS</translation>
+    </message>
+    <message>
+        <source>日本語ＥＵＣ(&amp;E)</source>
+        <translation>Japanese &amp;EUC</translation>
+    </message>
+    <message>
+        <source>日本語ＳＪＩＳ(&amp;S)</source>
+        <translation>Japanese &amp;Shift JIS</translation>
+    </message>
+    <message>
+        <source>適切な文字セット(&amp;A)</source>
+        <translation>&amp;Automatic</translation>
+    </message>
+    <message>
+        <source>ＵＴＦ－８(&amp;U)</source>
+        <translation>&amp;UTF-8</translation>
+    </message>
+    <message>
+        <source>コマンド</source>
+        <translation>Commands</translation>
+    </message>
+    <message>
+        <source>くずかご(&amp;B)</source>
+        <translation>Trash (&amp;B)</translation>
+    </message>
+    <message>
+        <source>ファイルに保存(&amp;F)..</source>
+        <translation>Save to &amp;File..</translation>
+    </message>
+    <message>
+        <source>印刷(&amp;P)..</source>
+        <translation>&amp;Print..</translation>
+    </message>
+    <message>
+        <source>閉じる(&amp;X)</source>
+        <translation>Close (&amp;X)</translation>
+    </message>
+    <message>
+        <source>送信(&amp;S)</source>
+        <translation>&amp;Send</translation>
+    </message>
+    <message>
+        <source>送信者に返信(&amp;R)</source>
+        <translation>&amp;Reply to Sender</translation>
+    </message>
+    <message>
+        <source>関係者に返信(&amp;A)</source>
+        <translation>Reply to &amp;All</translation>
+    </message>
+    <message>
+        <source>転送(&amp;F)</source>
+        <translation>&amp;Forward</translation>
+    </message>
+    <message>
+        <source>再送信(&amp;T)</source>
+        <translation>Send Again (&amp;T)</translation>
+    </message>
+    <message>
+        <source>保存フォルダ(&amp;F)..</source>
+        <translation>&amp;Folders..</translation>
+    </message>
+    <message>
+        <source>編集(&amp;E)</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <source>切り取り(&amp;X)</source>
+        <translation>Cut (&amp;X)</translation>
+    </message>
+    <message>
+        <source>コピー(&amp;C)</source>
+        <translation>&amp;Copy</translation>
+    </message>
+    <message>
+        <source>貼り付け(&amp;P)</source>
+        <translation>&amp;Paste</translation>
+    </message>
+    <message>
+        <source>文字セット(&amp;H)</source>
+        <translation>C&amp;haracter Set</translation>
+    </message>
+    <message>
+        <source>添付ファイル(&amp;A)</source>
+        <translation>&amp;Attachments</translation>
+    </message>
+    <message>
+        <source>優先度(&amp;I)</source>
+        <translation>Pr&amp;iority</translation>
+    </message>
+    <message>
+        <source>元に戻す(&amp;U)</source>
+        <translation>&amp;Undo</translation>
+    </message>
+    <message>
+        <source>やり直し(&amp;R)</source>
+        <translation>&amp;Redo</translation>
+    </message>
+    <message>
+        <source>すべて選択(&amp;L)</source>
+        <translation>Select A&amp;ll</translation>
+    </message>
+    <message>
+        <source>検索(&amp;F)..</source>
+        <translation>&amp;Find..</translation>
+    </message>
+    <message>
+        <source>高い(&amp;H)</source>
+        <translation>&amp;High</translation>
+    </message>
+    <message>
+        <source>普通(&amp;N)</source>
+        <translation>&amp;Normal</translation>
+    </message>
+    <message>
+        <source>低い(&amp;L)</source>
+        <translation>&amp;Low</translation>
+    </message>
+    <message>
+        <source>前のメッセージ(&amp;B)</source>
+        <translation>Previous Message (&amp;B)</translation>
+    </message>
+    <message>
+        <source>次のメッセージ(&amp;N)</source>
+        <translation>&amp;Next Message</translation>
+    </message>
+    <message>
+        <source>拡大(&amp;I)</source>
+        <translation>Zoom &amp;In</translation>
+    </message>
+    <message>
+        <source>縮小(&amp;O)</source>
+        <translation>Zoom &amp;Out</translation>
+    </message>
+    <message>
+        <source>元の大きさ(&amp;0)</source>
+        <translation>Original Size (&amp;0)</translation>
+    </message>
+    <message>
+        <source>ソースを表示(&amp;S)</source>
+        <translation>Show &amp;Source</translation>
+    </message>
+    <message>
+        <source>送信</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>送信キャンセル</source>
+        <translation>Cancel Sending</translation>
+    </message>
+    <message>
+        <source>ﾌｧｲﾙ</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>添付</source>
+        <translation>Attach</translation>
+    </message>
+    <message>
+        <source>編集</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>再送</source>
+        <translation>Send Again</translation>
+    </message>
+    <message>
+        <source>送信をキャンセル(&amp;S)</source>
+        <translation>Cancel &amp;Sending</translation>
+    </message>
+    <message>
+        <source>メール</source>
+        <translation>Message</translation>
+    </message>
+    <message>
+        <source>オプション</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>件名(&amp;J)</source>
+        <translation>Sub&amp;ject</translation>
+    </message>
+    <message>
+        <source>選択(&amp;L)..</source>
+        <translation>Se&amp;lect..</translation>
+    </message>
+    <message>
+        <source>アドレスブックから選びます。</source>
+        <translation>Chooses from the address books.</translation>
+    </message>
+    <message>
+        <source>アドレス(&amp;D)</source>
+        <translation>A&amp;ddresses</translation>
+    </message>
+    <message>
+        <source>添付(&amp;T)</source>
+        <translation>A&amp;ttachments</translation>
+    </message>
+    <message>
+        <source>本文</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>テキスト</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>ヘッダ(&amp;H)</source>
+        <translation>&amp;Header fields</translation>
+    </message>
+    <message>
+        <source>参照(&amp;R)</source>
+        <translation>&amp;References</translation>
+    </message>
+    <message>
+        <source>返信元(&amp;Y)</source>
+        <translation>In repl&amp;y to</translation>
+    </message>
+    <message>
+        <source>イベント</source>
+        <translation>Event</translation>
+    </message>
+    <message>
+        <source>新しいメッセージ</source>
+        <translation>New message</translation>
+    </message>
+    <message>
+        <source>（件名なし）</source>
+        <translation>(no subject)</translation>
+    </message>
+    <message>
+        <source> プロパティ</source>
+        <translation> - Properties</translation>
+    </message>
+    <message>
+        <source>このメッセージを保存します。よろしいですか？</source>
+        <translation>The message will be saved. Is that all right?</translation>
+    </message>
+    <message>
+        <source>($追加)</source>
+        <translation>($add)</translation>
+    </message>
+    <message>
+        <source>メールアドレスに「@」がありません。</source>
+        <translation>The mail address has no “@”.</translation>
+    </message>
+    <message>
+        <source>受信サーバーが設定されていません。</source>
+        <translation>There is no server to receive from.</translation>
+    </message>
+    <message>
+        <source>受信サーバーのユーザー名が設定されていません。</source>
+        <translation>There is no user name for the server to receive from.</translation>
+    </message>
+    <message>
+        <source>ポート番号は1から65535までの数です。</source>
+        <translation>A port number is a number from 1 to 65535.</translation>
+    </message>
+    <message>
+        <source>使えない文字（制御文字）があります。</source>
+        <translation>There are characters that cannot be used (control characters).</translation>
+    </message>
+    <message>
+        <source>パスワードを変更できませんでした。前のパスワードのままです。</source>
+        <translation>The password could not be changed. It is still the old one.</translation>
+    </message>
+    <message>
+        <source>オブジェクト名が設定されていません。</source>
+        <translation>There is no name.</translation>
+    </message>
+    <message>
+        <source>同じオブジェクト名を持つオブジェクトが存在します。</source>
+        <translation>There is another object of this name.</translation>
+    </message>
+    <message>
+        <source>アカウント(&amp;A)</source>
+        <translation>&amp;Account</translation>
+    </message>
+    <message>
+        <source>メールアドレス(&amp;M)</source>
+        <translation>&amp;Mail address</translation>
+    </message>
+    <message>
+        <source>表示名(&amp;D)</source>
+        <translation>&amp;Display name</translation>
+    </message>
+    <message>
+        <source>送受信の結果をイベントに記録する(&amp;L)</source>
+        <translation>Record resu&amp;lts as events</translation>
+    </message>
+    <message>
+        <source>メールアドレスは「名前@ドメイン」の形で入力してください。</source>
+        <translation>A mail address has the form name@domain.</translation>
+    </message>
+    <message>
+        <source>サーバー(&amp;S)</source>
+        <translation>&amp;Server</translation>
+    </message>
+    <message>
+        <source>セキュリティ(&amp;Y)</source>
+        <translation>Securit&amp;y</translation>
+    </message>
+    <message>
+        <source>なし</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>ポート番号(&amp;P)</source>
+        <translation>&amp;Port</translation>
+    </message>
+    <message>
+        <source>接続を確認(&amp;K)</source>
+        <translation>Chec&amp;k the Connection</translation>
+    </message>
+    <message>
+        <source>この証明書を信頼する</source>
+        <translation>Trust this certificate</translation>
+    </message>
+    <message>
+        <source>接続しています…</source>
+        <translation>Connecting…</translation>
+    </message>
+    <message>
+        <source>確認できない証明書を信頼しています（SHA-256 %1…）。&lt;a href=&quot;#&quot;&gt;取り消す&lt;/a&gt;</source>
+        <translation>A certificate that cannot be verified is trusted (SHA-256 %1…). &lt;a href=&quot;#&quot;&gt;Take back&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>サーバー名に使えない文字があります。</source>
+        <translation>The server name has characters that cannot be used.</translation>
+    </message>
+    <message>
+        <source>受信(&amp;R)</source>
+        <translation>&amp;Receiving</translation>
+    </message>
+    <message>
+        <source>種類(&amp;T)</source>
+        <translation>&amp;Type</translation>
+    </message>
+    <message>
+        <source>ユーザー名(&amp;U)</source>
+        <translation>&amp;User name</translation>
+    </message>
+    <message>
+        <source>パスワード(&amp;W)</source>
+        <translation>Pass&amp;word</translation>
+    </message>
+    <message>
+        <source>パスワードを保存する(&amp;V)</source>
+        <translation>Sa&amp;ve the password</translation>
+    </message>
+    <message>
+        <source>受信したメッセージをサーバーから削除する(&amp;X)</source>
+        <translation>Delete received messages from the server (&amp;X)</translation>
+    </message>
+    <message>
+        <source>送信(&amp;E)</source>
+        <translation>S&amp;ending</translation>
+    </message>
+    <message>
+        <source>送信時に認証する(&amp;Z)</source>
+        <translation>Log in to send (&amp;Z)</translation>
+    </message>
+    <message>
+        <source>件名に含む</source>
+        <translation>subject has</translation>
+    </message>
+    <message>
+        <source>アドレスに含む</source>
+        <translation>address has</translation>
+    </message>
+    <message>
+        <source>フォルダにある</source>
+        <translation>is in folder</translation>
+    </message>
+    <message>
+        <source>状態</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>日付</source>
+        <translation>date</translation>
+    </message>
+    <message>
+        <source>編集</source>
+        <comment>state</comment>
+        <translation>being edited</translation>
+    </message>
+    <message>
+        <source>待ち</source>
+        <comment>state</comment>
+        <translation>waiting</translation>
+    </message>
+    <message>
+        <source>送信</source>
+        <comment>state</comment>
+        <translation>sent</translation>
+    </message>
+    <message>
+        <source>受信</source>
+        <comment>state</comment>
+        <translation>received</translation>
+    </message>
+    <message>
+        <source>結合</source>
+        <translation>Joined</translation>
+    </message>
+    <message>
+        <source>否定</source>
+        <translation>Not</translation>
+    </message>
+    <message>
+        <source>値</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>または</source>
+        <translation>or</translation>
+    </message>
+    <message>
+        <source>かつ</source>
+        <translation>and</translation>
+    </message>
+    <message>
+        <source>でない</source>
+        <translation>not</translation>
+    </message>
+    <message>
+        <source> 日前から</source>
+        <translation> days back</translation>
+    </message>
+    <message>
+        <source>検索する文字列（* は任意の文字）</source>
+        <translation>Text to find (* stands for anything)</translation>
+    </message>
+    <message>
+        <source>保存できませんでした。</source>
+        <translation>It could not be saved. </translation>
+    </message>
+    <message>
+        <source>全般(&amp;G)</source>
+        <translation>&amp;General</translation>
+    </message>
+    <message>
+        <source>名前(&amp;N)</source>
+        <translation>&amp;Name</translation>
+    </message>
+    <message>
+        <source>説明(&amp;D)</source>
+        <translation>&amp;Description</translation>
+    </message>
+    <message>
+        <source>場所(&amp;P)</source>
+        <translation>&amp;Place</translation>
+    </message>
+    <message>
+        <source>使用する(&amp;U)</source>
+        <translation>&amp;Use</translation>
+    </message>
+    <message>
+        <source>既定にする(&amp;T)</source>
+        <translation>Make defaul&amp;t</translation>
+    </message>
+    <message>
+        <source>標準のオブジェクト</source>
+        <translation>Standard object</translation>
+    </message>
+    <message>
+        <source>（最上位）</source>
+        <translation>(top)</translation>
+    </message>
+    <message>
+        <source>フォルダ(&amp;F)</source>
+        <translation>&amp;Folder</translation>
+    </message>
+    <message>
+        <source>条件を追加(&amp;A)</source>
+        <translation>&amp;Add Condition</translation>
+    </message>
+    <message>
+        <source>条件を削除(&amp;D)</source>
+        <translation>&amp;Delete Condition</translation>
+    </message>
+    <message>
+        <source>条件をSQLで書く(&amp;Q)</source>
+        <translation>Write the condition in S&amp;QL</translation>
+    </message>
+    <message>
+        <source>例: mail.FIELD_SUBJECT LIKE &apos;*会議*&apos; AND STATUS = 4</source>
+        <translation>Example: mail.FIELD_SUBJECT LIKE &apos;*meeting*&apos; AND STATUS = 4</translation>
+    </message>
+    <message>
+        <source>今は%1通のメッセージが当てはまります。</source>
+        <translation>%1 messages match now.</translation>
+    </message>
+    <message>
+        <source>SQLの条件が書かれていません。</source>
+        <translation>There is no SQL condition.</translation>
+    </message>
+    <message>
+        <source>条件のフォルダをたどると、このフォルダ自身に戻ります。</source>
+        <translation>The folders of the conditions lead back to this folder.</translation>
+    </message>
+    <message>
+        <source>パスワードを表示します。</source>
+        <translation>Shows the password.</translation>
+    </message>
+    <message>
+        <source>上へ(&amp;U)</source>
+        <translation>&amp;Up</translation>
+    </message>
+    <message>
+        <source>下へ(&amp;W)</source>
+        <translation>Do&amp;wn</translation>
+    </message>
+    <message>
+        <source>アドレス(&amp;A)</source>
+        <translation>&amp;Addresses</translation>
+    </message>
+    <message>
+        <source>メールアドレス</source>
+        <translation>Mail address</translation>
+    </message>
+    <message>
+        <source>表示名</source>
+        <translation>Display name</translation>
+    </message>
+    <message>
+        <source>タイトル</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>オブジェクト</source>
+        <translation>Object</translation>
+    </message>
+    <message>
+        <source>新しい</source>
+        <translation>New </translation>
+    </message>
+    <message>
+        <source>イベント(&amp;V)</source>
+        <translation>E&amp;vent</translation>
+    </message>
+    <message>
+        <source>標準のオブジェクトは削除できません。</source>
+        <translation>A standard object cannot be deleted.</translation>
+    </message>
+    <message>
+        <source>プロファイル(&amp;R)</source>
+        <translation>P&amp;rofile</translation>
+    </message>
+    <message>
+        <source>ファイル</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>メッセージのデータベース(&amp;B)</source>
+        <translation>Message data&amp;bases</translation>
+    </message>
+    <message>
+        <source>追加(&amp;A)</source>
+        <translation>&amp;Add</translation>
+    </message>
+    <message>
+        <source>新しいパスワード(&amp;W)</source>
+        <translation>Ne&amp;w password</translation>
+    </message>
+    <message>
+        <source>もう一度入力(&amp;I)</source>
+        <translation>Aga&amp;in</translation>
+    </message>
+    <message>
+        <source>変えないときは空のまま</source>
+        <translation>Leave empty to keep it</translation>
+    </message>
+    <message>
+        <source>最初のログインで決まります</source>
+        <translation>Set at the first login</translation>
+    </message>
+    <message>
+        <source>データーベースに保存されているメッセージも削除されます。よろしいですか？</source>
+        <translation>The messages stored in the database will be deleted as well. Go on?</translation>
+    </message>
+    <message>
+        <source>使用中</source>
+        <translation>in use</translation>
+    </message>
+    <message>
+        <source>二つのパスワードが一致しません。</source>
+        <translation>The two passwords differ.</translation>
+    </message>
+    <message>
+        <source>一覧をページに分ける(&amp;P)</source>
+        <translation>Divide lists into &amp;pages</translation>
+    </message>
+    <message>
+        <source>1ページの行数(&amp;N)</source>
+        <translation>&amp;Number of rows on a page</translation>
+    </message>
+    <message>
+        <source> 通</source>
+        <translation> messages</translation>
+    </message>
+    <message>
+        <source>メッセージの内容をHTMLとして扱わない（安全）(&amp;H)</source>
+        <translation>Do not take mail for &amp;HTML on pages (safe)</translation>
+    </message>
+    <message>
+        <source>ツールバーをアイコンだけにする(&amp;I)</source>
+        <translation>Only &amp;icons in toolbars</translation>
+    </message>
+    <message>
+        <source>ステータスバーを表示する(&amp;S)</source>
+        <translation>Show the &amp;status bar</translation>
+    </message>
+    <message>
+        <source>通知領域にアイコンを表示する(&amp;T)</source>
+        <translation>Show an icon in the no&amp;tification area</translation>
+    </message>
+    <message>
+        <source>自動的に送受信する(&amp;A)</source>
+        <translation>Send and receive &amp;automatically</translation>
+    </message>
+    <message>
+        <source>間隔(&amp;N)</source>
+        <translation>I&amp;nterval</translation>
+    </message>
+    <message>
+        <source> 分</source>
+        <translation> minutes</translation>
+    </message>
+    <message>
+        <source>受信したことを通知(&amp;R)</source>
+        <translation>Tell when mail has a&amp;rrived</translation>
+    </message>
+    <message>
+        <source>編集してから送信(&amp;E)</source>
+        <translation>&amp;Edit before sending</translation>
+    </message>
+    <message>
+        <source>新着メッセージを知らせる(&amp;M)</source>
+        <translation>Tell of new &amp;messages</translation>
+    </message>
+    <message>
+        <source>開くかどうかを尋ねる(&amp;D)</source>
+        <translation>Ask whether to open them (&amp;D)</translation>
+    </message>
+    <message>
+        <source>音を鳴らす(&amp;S)</source>
+        <translation>Play a &amp;sound</translation>
+    </message>
+    <message>
+        <source>音のファイル(&amp;F)</source>
+        <translation>Sound &amp;file</translation>
+    </message>
+    <message>
+        <source>参照(&amp;B)..</source>
+        <translation>&amp;Browse..</translation>
+    </message>
+    <message>
+        <source>音のファイル</source>
+        <translation>Sound File</translation>
+    </message>
+    <message>
+        <source>WAVE (*.wav);;すべてのファイル (*)</source>
+        <translation>WAVE (*.wav);;All files (*)</translation>
+    </message>
+    <message>
+        <source>音のファイルがありません。</source>
+        <translation>There is no such sound file.</translation>
+    </message>
+    <message>
+        <source>作成(&amp;E)</source>
+        <translation>Writing (&amp;E)</translation>
+    </message>
+    <message>
+        <source>返信、転送を編集(&amp;S)</source>
+        <translation>Quote in an&amp;swers and forwards</translation>
+    </message>
+    <message>
+        <source>返信の件名(&amp;Y)</source>
+        <translation>Subject of a repl&amp;y</translation>
+    </message>
+    <message>
+        <source>転送の件名(&amp;F)</source>
+        <translation>Subject of a &amp;forward</translation>
+    </message>
+    <message>
+        <source>引用の記号(&amp;Q)</source>
+        <translation>&amp;Quote mark</translation>
+    </message>
+    <message>
+        <source>MIME形式(&amp;M) :</source>
+        <translation>&amp;MIME encoding :</translation>
+    </message>
+    <message>
+        <source>本文もMIME形式にする(&amp;T)</source>
+        <translation>Encode the &amp;text as well</translation>
+    </message>
+    <message>
+        <source>標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&amp;H)</source>
+        <translation>Use the standard &amp;header fields (Reply-To, In-Reply-To)</translation>
+    </message>
+    <message>
+        <source>本文(&amp;X)</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>本文として表示する形式(&amp;M)</source>
+        <translation>Types shown as text (&amp;M)</translation>
+    </message>
+    <message>
+        <source>本文として表示する形式（text/plain など）を一つ以上書いてください。</source>
+        <translation>Write at least one type that is shown as text, such as text/plain.</translation>
+    </message>
+    <message>
+        <source>設定</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>標準</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>表</source>
+        <translation>Table</translation>
+    </message>
+    <message>
+        <source>カード</source>
+        <translation>Cards</translation>
+    </message>
+    <message>
+        <source>メッセージ1通分の始まりと終わり</source>
+        <translation>begin and end of one message</translation>
+    </message>
+    <message>
+        <source>件名</source>
+        <translation>subject</translation>
+    </message>
+    <message>
+        <source>日時</source>
+        <translation>date and time</translation>
+    </message>
+    <message>
+        <source>すべてのアドレス</source>
+        <translation>all addresses</translation>
+    </message>
+    <message>
+        <source>送信者</source>
+        <translation>sender</translation>
+    </message>
+    <message>
+        <source>写し</source>
+        <translation>copies</translation>
+    </message>
+    <message>
+        <source>隠し写し</source>
+        <translation>blind copies</translation>
+    </message>
+    <message>
+        <source>未開封の印 ○</source>
+        <translation>mark of unread, ○</translation>
+    </message>
+    <message>
+        <source>添付ファイルの印 ＠</source>
+        <translation>mark of attachments, ＠</translation>
+    </message>
+    <message>
+        <source>優先度の印 ↑ ↓</source>
+        <translation>mark of priority, ↑ ↓</translation>
+    </message>
+    <message>
+        <source>大きさ（キロバイト）</source>
+        <translation>size in kilobytes</translation>
+    </message>
+    <message>
+        <source>本文の始め</source>
+        <translation>beginning of the text</translation>
+    </message>
+    <message>
+        <source>&lt;+DIALOG&gt;開く&lt;+DIALOG&gt;</source>
+        <translation>&lt;+DIALOG&gt;Open&lt;+DIALOG&gt;</translation>
+    </message>
+    <message>
+        <source>メッセージを開くリンク</source>
+        <translation>link that opens the message</translation>
+    </message>
+    <message>
+        <source>&lt;+DIALOG&gt;&lt;REPLAY&gt;返信&lt;+DIALOG&gt;</source>
+        <translation>&lt;+DIALOG&gt;&lt;REPLAY&gt;Reply&lt;+DIALOG&gt;</translation>
+    </message>
+    <message>
+        <source>返信するリンク</source>
+        <translation>link that replies</translation>
+    </message>
+    <message>
+        <source>&lt;+DIALOG&gt;&lt;REPLAYALL&gt;全員に返信&lt;+DIALOG&gt;</source>
+        <translation>&lt;+DIALOG&gt;&lt;REPLAYALL&gt;Reply to all&lt;+DIALOG&gt;</translation>
+    </message>
+    <message>
+        <source>全員に返信するリンク</source>
+        <translation>link that replies to all</translation>
+    </message>
+    <message>
+        <source>&lt;+DIALOG&gt;&lt;FORWARD&gt;転送&lt;+DIALOG&gt;</source>
+        <translation>&lt;+DIALOG&gt;&lt;FORWARD&gt;Forward&lt;+DIALOG&gt;</translation>
+    </message>
+    <message>
+        <source>転送するリンク</source>
+        <translation>link that forwards</translation>
+    </message>
+    <message>
+        <source>フォルダの名前</source>
+        <translation>name of the folder</translation>
+    </message>
+    <message>
+        <source>フォルダの説明</source>
+        <translation>description of the folder</translation>
+    </message>
+    <message>
+        <source>返信(&amp;R)</source>
+        <translation>&amp;Reply</translation>
+    </message>
+    <message>
+        <source>全員に返信(&amp;A)</source>
+        <translation>Reply to &amp;All</translation>
+    </message>
+    <message>
+        <source>フォルダに入れる(&amp;M)..</source>
+        <translation>&amp;Move to a Folder..</translation>
+    </message>
+    <message>
+        <source>くずかごに入れる(&amp;D)</source>
+        <translation>Throw Away (&amp;D)</translation>
+    </message>
+    <message>
+        <source>くずかごから出す(&amp;U)</source>
+        <translation>Take O&amp;ut of the Trash</translation>
+    </message>
+    <message>
+        <source>リンク▾</source>
+        <translation>Links▾</translation>
+    </message>
+    <message>
+        <source>このページのリンク</source>
+        <translation>Links of this page</translation>
+    </message>
+    <message>
+        <source>最初のページ</source>
+        <translation>First page</translation>
+    </message>
+    <message>
+        <source>ページ番号</source>
+        <translation>Page number</translation>
+    </message>
+    <message>
+        <source>最新のページ</source>
+        <translation>Newest page</translation>
+    </message>
+    <message>
+        <source>フォルダの検索</source>
+        <translation>Search the folder</translation>
+    </message>
+    <message>
+        <source>件名、アドレスを検索</source>
+        <translation>Search subject, address</translation>
+    </message>
+    <message>
+        <source>更新</source>
+        <translation>Refresh</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;アカウントの追加&lt;/b&gt;: メニューの「ファイル」→「新規作成」→「アカウント」（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。</source>
+        <translation>&lt;b&gt;Add an account&lt;/b&gt;: menu “File” → “New” → “Account” (Alt+F, N, A). “Check the Connection” tries its servers.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;送受信&lt;/b&gt;: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。</source>
+        <translation>&lt;b&gt;Send and receive&lt;/b&gt;: menu “Tools” → “Send and Receive Messages” (Ctrl+M).</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;これまでのメール&lt;/b&gt;: メニューの「ファイル」→「ファイルから取り込む」または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。</source>
+        <translation>&lt;b&gt;Mail you have&lt;/b&gt;: menu “File” → “Import from Files” or “Import from a Folder”. It reads mbox, Maildir and .eml files.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;試してみる&lt;/b&gt;: &lt;code&gt;scripts/run --demo&lt;/code&gt; で、見本のメールとサーバーを使って動かせます。</source>
+        <translation>&lt;b&gt;Try it&lt;/b&gt;: &lt;code&gt;scripts/run --demo&lt;/code&gt; runs with sample mail and a server of its own.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;使い方&lt;/b&gt;: F1キー。</source>
+        <translation>&lt;b&gt;Guide&lt;/b&gt;: the key F1.</translation>
+    </message>
+    <message>
+        <source>ようこそ</source>
+        <translation>Welcome</translation>
+    </message>
+    <message>
+        <source>メールを受信するには、アカウントを追加してください。</source>
+        <translation>Add an account to receive mail.</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;フォルダを表示できません。&lt;/p&gt;&lt;p&gt;</source>
+        <translation>&lt;p&gt;The folder cannot be shown.&lt;/p&gt;&lt;p&gt;</translation>
+    </message>
+    <message>
+        <source>このフォルダのレイアウト</source>
+        <translation>Layout of this folder</translation>
+    </message>
+    <message>
+        <source>ひな形(&amp;L):</source>
+        <translation>&amp;Layout:</translation>
+    </message>
+    <message>
+        <source>タグ（ダブルクリックまたはEnterで挿入）(&amp;T):</source>
+        <translation>&amp;Tags (double-click or Enter inserts):</translation>
+    </message>
+    <message>
+        <source>ページのフォルダ(&amp;P):</source>
+        <translation>Folder of the &amp;pages:</translation>
+    </message>
+    <message>
+        <source>フォルダのレイアウト - </source>
+        <translation>Folder Layout - </translation>
+    </message>
+    <message>
+        <source>このレイアウトは何も表示しません。</source>
+        <translation>This layout shows nothing.</translation>
+    </message>
+    <message>
+        <source>ページのフォルダが見つかりません。</source>
+        <translation>The folder of the pages does not exist.</translation>
+    </message>
+    <message>
+        <source>変更を保存しますか？</source>
+        <translation>Save the changes?</translation>
+    </message>
+    <message>
+        <source>このプログラムのデータベースではありません。</source>
+        <translation>It is not a database of this program.</translation>
+    </message>
+    <message>
+        <source>新しい版のプログラムで作られたデータベースです。プログラムを更新してください。</source>
+        <translation>The database was made by a newer program. Update the program.</translation>
+    </message>
+    <message>
+        <source>実行できる文は一つだけです。</source>
+        <translation>Only one statement can be run.</translation>
+    </message>
+    <message>
+        <source>ディスクに書き込めません。</source>
+        <translation>The disk cannot be written.</translation>
+    </message>
+    <message>
+        <source>データベースが使用中です。</source>
+        <translation>The database is in use.</translation>
+    </message>
+    <message>
+        <source>本文のないメッセージが%1通あります。</source>
+        <translation>%1 messages have lost their text.</translation>
+    </message>
+    <message>
+        <source>同じ名前のファイルが既にあります。</source>
+        <translation>There is a file of this name already.</translation>
+    </message>
+    <message>
+        <source>データベースファイルが開かれていません。</source>
+        <translation>The database file is not open.</translation>
+    </message>
+    <message>
+        <source>この文の結果は変更できません。</source>
+        <translation>The result of this statement cannot be changed.</translation>
+    </message>
+    <message>
+        <source>ファイルを複製できません。ディスクの空き容量を確認してください。</source>
+        <translation>The file cannot be copied. Check the free space of the disk.</translation>
+    </message>
+    <message>
+        <source>ファイルがありません。</source>
+        <translation>There is no such file.</translation>
+    </message>
+    <message>
+        <source>パスワードが違うか、データベースではないファイルです。</source>
+        <translation>The password is wrong, or the file is no database.</translation>
+    </message>
+    <message>
+        <source>データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを確認してください。</source>
+        <translation>The database file cannot be opened. Check whether the file and its folder can be written.</translation>
+    </message>
+    <message>
+        <source>データベースが使用中です。しばらくしてからやり直してください。</source>
+        <translation>The database is in use. Try again in a while.</translation>
+    </message>
+    <message>
+        <source>ディスクに書き込めません。空き容量を確認してください。</source>
+        <translation>The disk cannot be written. Check its free space.</translation>
+    </message>
+    <message>
+        <source>データベースファイルを読み書きできません。</source>
+        <translation>The database file cannot be read or written.</translation>
+    </message>
+    <message>
+        <source>ディスクの空き容量が足りません。空きを作ってからやり直してください。</source>
+        <translation>The disk is full. Make room and try again.</translation>
+    </message>
+    <message>
+        <source>データベースファイルが壊れています。</source>
+        <translation>The database file is damaged.</translation>
+    </message>
+    <message>
+        <source>条件に使えるのはメッセージの検索だけです。</source>
+        <translation>A condition can only search messages.</translation>
+    </message>
+    <message>
+        <source>データベースファイルに書き込めません。</source>
+        <translation>The database file cannot be written.</translation>
+    </message>
+    <message>
+        <source>文を実行できません: </source>
+        <translation>The statement cannot be run: </translation>
+    </message>
+    <message>
+        <source>データベースのエラーです: </source>
+        <translation>Database error: </translation>
+    </message>
+    <message>
+        <source>プロファイルのフォルダに書き込めません。</source>
+        <translation>The profile&apos;s folder cannot be written.</translation>
+    </message>
+    <message>
+        <source>パスワードの変更を完了できません。ファイルを使っているプログラムを終了してから、もう一度ログインしてください。</source>
+        <translation>The change of the password cannot be completed. End the program that uses the file and log in again.</translation>
+    </message>
+    <message>
+        <source>条件に使える文は一つだけです。</source>
+        <translation>A condition is one statement only.</translation>
+    </message>
+    <message>
+        <source>条件の引用符が閉じていません。</source>
+        <translation>A quotation mark of the condition is not closed.</translation>
+    </message>
+    <message>
+        <source>パスワードが入力されなかったので、受信しませんでした。</source>
+        <translation>Nothing was received, since no password was entered.</translation>
+    </message>
+    <message>
+        <source>接続できました。</source>
+        <translation>The connection works.</translation>
+    </message>
+    <message>
+        <source>接続を拒否されました</source>
+        <translation>the connection was refused</translation>
+    </message>
+    <message>
+        <source>その名前のサーバーは見つかりません</source>
+        <translation>there is no server of that name</translation>
+    </message>
+    <message>
+        <source>応答がありません</source>
+        <translation>there is no answer</translation>
+    </message>
+    <message>
+        <source>ネットワークにつながっていません</source>
+        <translation>there is no network connection</translation>
+    </message>
+    <message>
+        <source>通信が許可されていません</source>
+        <translation>the connection is not allowed</translation>
+    </message>
+    <message>
+        <source>サーバーが接続を切りました</source>
+        <translation>the server closed the connection</translation>
+    </message>
+    <message>
+        <source>暗号化の取り決めができませんでした</source>
+        <translation>no encryption could be agreed on</translation>
+    </message>
+    <message>
+        <source>通信エラー%1</source>
+        <translation>network error %1</translation>
+    </message>
+    <message>
+        <source>サーバー自身が署名した証明書です</source>
+        <translation>the certificate is signed by the server itself</translation>
+    </message>
+    <message>
+        <source>証明書の発行者が信頼できる認証局ではありません</source>
+        <translation>the certificate&apos;s issuer is not a trusted authority</translation>
+    </message>
+    <message>
+        <source>証明書がこのサーバー名のものではありません</source>
+        <translation>the certificate is not for this server name</translation>
+    </message>
+    <message>
+        <source>証明書の有効期限が切れています</source>
+        <translation>the certificate has expired</translation>
+    </message>
+    <message>
+        <source>証明書の有効期間がまだ始まっていません。パソコンの日付を確認してください</source>
+        <translation>the certificate is not valid yet; check the computer&apos;s date</translation>
+    </message>
+    <message>
+        <source>証明書が取り消されています</source>
+        <translation>the certificate has been revoked</translation>
+    </message>
+    <message>
+        <source>サーバーが証明書を示しません</source>
+        <translation>the server shows no certificate</translation>
+    </message>
+    <message>
+        <source>証明書の署名が正しくありません</source>
+        <translation>the certificate&apos;s signature is wrong</translation>
+    </message>
+    <message>
+        <source>証明書の用途が正しくありません</source>
+        <translation>the certificate is for another purpose</translation>
+    </message>
+    <message>
+        <source>証明書のエラー%1</source>
+        <translation>certificate error %1</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、ネットワークの接続を確認してください。（%3）</source>
+        <translation>The server “%1” (port %2) cannot be reached. Check the server name, the port and the network connection. (%3)</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）</source>
+        <translation>The certificate of the server “%1” cannot be verified, so the connection was ended. (%2)</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの設定を確認してください。（%2）</source>
+        <translation>The connection to the server “%1” could not be encrypted. Check the port and the security setting. (%2)</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの接続を確認してください。</source>
+        <translation>The server “%1” cannot be reached (time-out). Check the server name and the network connection.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度実行してください。</source>
+        <translation>The server “%1” does not answer (time-out). Try again in a while.</translation>
+    </message>
+    <message>
+        <source>受信中に接続が切れました。受信済みのメッセージは保存されています。もう一度受信してください。</source>
+        <translation>The connection broke while receiving. What was received is stored. Receive again.</translation>
+    </message>
+    <message>
+        <source>サーバーが接続を切りました。しばらくしてからもう一度受信してください。</source>
+        <translation>The server closed the connection. Receive again in a while.</translation>
+    </message>
+    <message>
+        <source>大きすぎるメッセージなので受信できません。</source>
+        <translation>The message is too large to be received.</translation>
+    </message>
+    <message>
+        <source>サーバーの応答を理解できません。サーバー名とポート番号を確認してください。</source>
+        <translation>The server&apos;s answer cannot be understood. Check the server name and the port.</translation>
+    </message>
+    <message>
+        <source>サーバーに接続を断られました。しばらくしてからもう一度受信してください。</source>
+        <translation>The server refused the connection. Receive again in a while.</translation>
+    </message>
+    <message>
+        <source>メッセージの一覧を取得できません。</source>
+        <translation>The list of messages cannot be had.</translation>
+    </message>
+    <message>
+        <source>メッセージを受信できません。</source>
+        <translation>The message cannot be received.</translation>
+    </message>
+    <message>
+        <source>サーバーのメッセージを削除できません。</source>
+        <translation>The message on the server cannot be deleted.</translation>
+    </message>
+    <message>
+        <source>サーバーがSTARTTLSに対応していません。アカウントの受信のセキュリティを確認してください。</source>
+        <translation>The server does not offer STARTTLS. Check the account&apos;s security for receiving.</translation>
+    </message>
+    <message>
+        <source>暗号化を始められません。</source>
+        <translation>The encryption cannot begin.</translation>
+    </message>
+    <message>
+        <source>暗号化の前に余分なデータが届きました。通信が改ざんされているおそれがあります。</source>
+        <translation>There were data before the encryption began. Somebody may be tampering with the connection.</translation>
+    </message>
+    <message>
+        <source>ログインできません。ユーザー名とパスワードを確認してください。</source>
+        <translation>The login failed. Check the user name and the password.</translation>
+    </message>
+    <message>
+        <source>ユーザー名かパスワードに改行などの使えない文字があります。</source>
+        <translation>The user name or the password has characters that cannot be used, such as line breaks.</translation>
+    </message>
+    <message>
+        <source>サーバーがAPOPに対応していません。アカウントの受信の種類をPOP3に変えてください。</source>
+        <translation>The server does not offer APOP. Change the account&apos;s type for receiving to POP3.</translation>
+    </message>
+    <message>
+        <source>アカウントの選択</source>
+        <translation>Choose an Account</translation>
+    </message>
+    <message>
+        <source>送信する際のアカウントを選択して下さい。</source>
+        <translation>Choose the account to send with.</translation>
+    </message>
+    <message>
+        <source>送信で使用するアカウントが不明です。</source>
+        <translation>It is unknown which account to send with.</translation>
+    </message>
+    <message>
+        <source>（サーバーの応答: </source>
+        <translation> (the server&apos;s answer: </translation>
+    </message>
+    <message>
+        <source>サーバーに接続を断られました。しばらくしてからもう一度送信してください。</source>
+        <translation>The server refused the connection. Send again in a while.</translation>
+    </message>
+    <message>
+        <source>サーバーに接続を断られました。</source>
+        <translation>The server refused the connection.</translation>
+    </message>
+    <message>
+        <source>メッセージの送信を断られました。</source>
+        <translation>The server refused the message.</translation>
+    </message>
+    <message>
+        <source>サーバーの応答を理解できません。</source>
+        <translation>The server&apos;s answer cannot be understood.</translation>
+    </message>
+    <message>
+        <source>サーバーがSTARTTLSに対応していません。アカウントの送信のセキュリティを確認してください。</source>
+        <translation>The server does not offer STARTTLS. Check the account&apos;s security for sending.</translation>
+    </message>
+    <message>
+        <source>サーバーが送信時の認証に対応していません。アカウントの送信の設定を確認してください。</source>
+        <translation>The server offers no login for sending. Check the account&apos;s settings for sending.</translation>
+    </message>
+    <message>
+        <source>送信できないアドレスです: </source>
+        <translation>Cannot be sent to: </translation>
+    </message>
+    <message>
+        <source>宛先がありません。</source>
+        <translation>There is no recipient.</translation>
+    </message>
+    <message>
+        <source>メッセージが大きすぎます。サーバーが受け付けるのは%1バイトまでです。</source>
+        <translation>The message is too large. The server takes up to %1 bytes.</translation>
+    </message>
+    <message>
+        <source>差出人か宛先のアドレスを断られました。</source>
+        <translation>The address of the sender or of a recipient was refused.</translation>
+    </message>
+    <message>
+        <source>送信の確認を受け取る前に接続が切れました。届いている可能性もあります。メッセージは送信待ちのまま残ります。</source>
+        <translation>The connection broke before the server confirmed the message. It may have arrived. The message stays waiting.</translation>
+    </message>
+    <message>
+        <source>サーバーが接続を切りました。メッセージは送信待ちのまま残ります。</source>
+        <translation>The server closed the connection. The message stays waiting.</translation>
+    </message>
+    <message>
+        <source>メッセージを%1通受信しました。</source>
+        <translation>%1 messages were received.</translation>
+    </message>
+    <message>
+        <source>メッセージ条件により%1通を受信しませんでした。</source>
+        <translation>%1 messages were not received because of the rules.</translation>
+    </message>
+    <message>
+        <source>受信したメッセージを保存できません。サーバーには残っています。</source>
+        <translation>A received message cannot be stored. It is still on the server.</translation>
+    </message>
+    <message>
+        <source>メッセージをディスクに書き込めません。サーバーからは削除しません。</source>
+        <translation>The messages cannot be written to the disk. They are not deleted from the server.</translation>
+    </message>
+    <message>
+        <source>メッセージは送信されましたが、送信済みとして保存できません。</source>
+        <translation>The message was sent but cannot be stored as sent.</translation>
+    </message>
+    <message>
+        <source>メッセージを送信しました。</source>
+        <translation>The message was sent.</translation>
+    </message>
+    <message>
+        <source>受信停止(&amp;S)</source>
+        <translation>&amp;Stopped mail</translation>
+    </message>
+    <message>
+        <source>動作(&amp;D)</source>
+        <translation>Action (&amp;D)</translation>
+    </message>
+    <message>
+        <source>次の条件に合うメッセージを受信しない</source>
+        <translation>Do not receive messages that match these conditions</translation>
+    </message>
+    <message>
+        <source>受信停止の条件</source>
+        <translation>Conditions of stopped mail</translation>
+    </message>
+    <message>
+        <source>追加するには ($追加) を右クリックするか、選んでEnterキーを押します。
+使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字</source>
+        <translation>To add one, right-click ($add), or choose it and press Enter.
+Signs: * anything, ? one character, # a digit, [ ] one of these characters</translation>
+    </message>
+    <message>
+        <source>受信を停止したメッセージをサーバーから削除する(&amp;X)</source>
+        <translation>Delete stopped messages from the server (&amp;X)</translation>
+    </message>
+    <message>
+        <source>条件の編集</source>
+        <translation>Edit Conditions</translation>
+    </message>
+    <message>
+        <source>メーラー(&amp;M)</source>
+        <translation>&amp;Mailer</translation>
+    </message>
+    <message>
+        <source>送信者(&amp;F)</source>
+        <translation>Sender (&amp;F)</translation>
+    </message>
+    <message>
+        <source>メッセージ条件</source>
+        <translation>Message Rules</translation>
+    </message>
+    <message>
+        <source>データベースを置くフォルダ</source>
+        <translation>folder of the databases</translation>
+    </message>
+    <message>
+        <source>開くメッセージのファイルまたはmailto:のアドレス</source>
+        <translation>message files or mailto: addresses to open</translation>
+    </message>
+    <message>
+        <source>リモート画像を表示(&amp;R)</source>
+        <translation>Show &amp;Remote Pictures</translation>
+    </message>
+    <message>
+        <source>送信者に知られないように、リモート画像は表示していません。</source>
+        <translation>Remote pictures are not shown, so that the sender learns nothing.</translation>
+    </message>
+    <message>
+        <source>次のアドレスを開きます。よろしいですか？
+
+</source>
+        <translation>This address will be opened. Go on?
+
+</translation>
+    </message>
+    <message>
+        <source>フォルダを最新のページで開く(&amp;W)</source>
+        <translation>Open folders at their ne&amp;west page</translation>
+    </message>
+    <message>
+        <source>表示の言語（次の起動から）(&amp;L)</source>
+        <translation>&amp;Language (from the next start)</translation>
+    </message>
+    <message>
+        <source>システムに合わせる</source>
+        <translation>As the system</translation>
+    </message>
+</context>
+</TS>
