@@ -15,20 +15,23 @@ constexpr qsizetype kNameLength = 16;
 
 }  // namespace
 
-InstanceMessages::InstanceMessages(const QString& appFolder) {
-  const QByteArray folder = QDir(appFolder).canonicalPath().toUtf8();
-  name_ =
-      QStringLiteral("vorn-") +
-      QString::fromLatin1(
-          QCryptographicHash::hash(folder, QCryptographicHash::Sha256).toHex().left(kNameLength));
+InstanceMessages::InstanceMessages(const QString& appFolder) : folder_(appFolder) {
   server_.setSocketOptions(QLocalServer::UserAccessOption);
   connect(&server_, &QLocalServer::newConnection, this, &InstanceMessages::Accept);
 }
 
+// Told only when it is needed: at a first start the folder is made after this object.
+QString InstanceMessages::Name() const {
+  const QByteArray folder = QDir(folder_).canonicalPath().toUtf8();
+  const QByteArray hash = QCryptographicHash::hash(folder, QCryptographicHash::Sha256).toHex();
+  return QStringLiteral("vorn-") + QString::fromLatin1(hash.left(kNameLength));
+}
+
 void InstanceMessages::Listen() {
+  const QString name = Name();
   // What a killed program left behind would be in the way.
-  QLocalServer::removeServer(name_);
-  server_.listen(name_);
+  QLocalServer::removeServer(name);
+  server_.listen(name);
 }
 
 // One line of JSON, answered by a line so that the sender knows.
@@ -53,7 +56,7 @@ void InstanceMessages::Accept() {
 
 bool InstanceMessages::Send(const QStringList& arguments) const {
   QLocalSocket socket;
-  socket.connectToServer(name_);
+  socket.connectToServer(Name());
   if (!socket.waitForConnected(kPatienceMs)) return false;
   socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) +
                '\n');

@@ -23,9 +23,10 @@ class InstanceMessages : public QObject {
   void Received(const QStringList& arguments);
 
  private:
+  QString Name() const;
   void Accept();
 
-  QString name_;
+  QString folder_;
   QLocalServer server_;
 };
 

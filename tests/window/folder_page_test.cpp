@@ -468,6 +468,28 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
   ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
   EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+
+  BrowserWindow* window = Browsers()[1];
+  test::Press(Child<QWidget>(*window, u"url"));
+  ASSERT_TRUE(WaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 1);
+  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("news"));
+  menu->close();
+
+  // An address is typed, and the history goes back.
+  auto& address = Child<QLineEdit>(*window, u"txLocation");
+  auto* back = window->findChild<QAction*>(QStringLiteral("before"));
+  EXPECT_FALSE(back->isEnabled());
+  window->setFocus();
+  test::Type(address, QString::fromLatin1(other.Url() + "/typed"));
+  QTest::keyClick(&address, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([&] { return other.asked.contains("/typed") && back->isEnabled(); }));
+  back->trigger();
+  ASSERT_TRUE(WaitFor([&] { return first->url().path() == u"/one"; }));
+  EXPECT_TRUE(WaitFor([&] { return !back->isEnabled(); }));
+  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
 }
 
 }  // namespace

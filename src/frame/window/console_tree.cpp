@@ -66,6 +66,7 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setRootIsDecorated(true);
   setColumnCount(kColumns);
   header()->setStretchLastSection(false);
+  header()->setMinimumSectionSize(0);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
   viewport()->setAcceptDrops(true);

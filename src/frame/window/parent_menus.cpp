@@ -44,8 +44,9 @@ void ParentWindow::BuildMenus() {
   window->addAction(Ui::tr("並べて表示(&T)"), this, [this] { SetArrangement(kTile); });
   window->addAction(Ui::tr("次のウィンドウ(&N)"), area_, &QMdiArea::activateNextSubWindow)
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
-  window->addAction(Ui::tr("ウィンドウを閉じる(&L)"), area_, &QMdiArea::closeActiveSubWindow)
-      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+  // Windows in the area have this key themselves.
+  window->addAction(Ui::tr("ウィンドウを閉じる(&L)") + QStringLiteral("\tCtrl+W"), area_,
+                    &QMdiArea::closeActiveSubWindow);
   window->addSeparator();
   window->addAction(Ui::tr("ツリーに移動(&F)"), tvConsole_, [this] { tvConsole_->setFocus(); })
       ->setShortcut(QKeySequence(Qt::Key_F6));

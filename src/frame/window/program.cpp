@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <QUrl>
 #include <utility>
 
 #include "frame/profile_login.h"
@@ -23,7 +24,9 @@ namespace {
 // A file's name means something in the folder where the program was started.
 QStringList WithFullPaths(QStringList arguments) {
   for (QString& argument : arguments) {
-    if (!IsMailto(argument)) argument = QFileInfo(argument).absoluteFilePath();
+    if (IsMailto(argument)) continue;
+    const QUrl url(argument);
+    argument = url.isLocalFile() ? url.toLocalFile() : QFileInfo(argument).absoluteFilePath();
   }
   return arguments;
 }

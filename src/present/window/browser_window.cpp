@@ -200,6 +200,7 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 // A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
   bag_->Let(kUrl, QString());
+  rows_.BeginAtEnd(false);
   rows_.Detach();
   page_->SetLocalPage(QUrl());
   txLocation_->setReadOnly(true);

@@ -11,7 +11,9 @@ namespace vorn {
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
   if (page_ == nullptr) return;
   // The page may outlive this object by an answer.
-  page_->runJavaScript(script, QWebEngineScript::ApplicationWorld,
+  // A page that could not be loaded has no script either.
+  page_->runJavaScript(QStringLiteral("window.vorn && ") + script,
+                       QWebEngineScript::ApplicationWorld,
                        [self = QPointer<PageRows>(this), then](const QVariant& answer) {
                          if (self != nullptr && then) then(answer);
                        });
