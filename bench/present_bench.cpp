@@ -30,6 +30,7 @@
 #include "mail/mail_store.h"
 #include "objects/object_types.h"
 #include "present/message_list_page.h"
+#include "present/unread_count.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
 
@@ -142,6 +143,16 @@ void MeasurePages(Context& context, int messages) {
   Measure(QStringLiteral("counting the pages anew"), [&] {
     Require(MessageListPages(context).CountPages(fixed_serial::kInbox) == last,
             QStringLiteral("wrong count"));
+  });
+  Measure(QStringLiteral("counting the unopened"), [&] {
+    Require(CountUnread(context, fixed_serial::kInbox) > 0, QStringLiteral("none unopened"));
+  });
+  const auto found = std::make_shared<Disk>(QStringLiteral("_found"));
+  found->Let(QStringLiteral("SqlUse"), true);
+  found->Let(QStringLiteral("Sql"), QStringLiteral("mail.FIELD_SUBJECT LIKE '*777*'"));
+  context.Objects.Add(found);
+  Measure(QStringLiteral("counting the unopened of a condition"), [&] {
+    Require(CountUnread(context, found->SerialID()) >= 0, context.Data.LastError().text);
   });
   std::vector<double> slices;
   double sum = 0;

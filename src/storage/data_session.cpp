@@ -35,6 +35,7 @@ bool DataSession::Open(const QString& path, const QString& password) {
   if (connection == nullptr) {
     connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
     if (connection == nullptr) return FailWith(Named(path, error_));
+    if (!MigrateSchema(*connection)) return FailWith(Named(path, connection->LastError()));
   }
   connection_ = std::move(connection);
   path_ = path;

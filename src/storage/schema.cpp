@@ -81,4 +81,15 @@ bool CompleteSchema(Connection& connection) {
   return connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion));
 }
 
+bool MigrateSchema(Connection& connection) {
+  // A file without a version has no tables yet.
+  const int version = connection.Scalar("PRAGMA user_version").toInt();
+  if (version == 0 || version >= kSchemaVersion) return true;
+  // From 1 to 2: an index more.
+  if (!connection.Begin()) return false;
+  if (CompleteSchema(connection) && connection.Commit()) return true;
+  connection.Rollback();
+  return false;
+}
+
 }  // namespace vorn

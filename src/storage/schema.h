@@ -10,7 +10,7 @@ class Connection;
 /// Marks a file as ours ("Vorn" in ASCII, the engine's application_id).
 inline constexpr int kApplicationId = 0x566F726E;
 /// The version of the tables. A file with a higher one is refused and left untouched.
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 /// The declared type of a column whose bytes are kept in the table `long_binary`; the column itself
 /// holds the entry's identifier. Lists and searches then never read past the message sources.
@@ -28,5 +28,8 @@ bool CreateColumn(Connection& connection, const QString& table, const QString& c
 /// Completes the tables after their columns: the indexes over more than one column, the rule that
 /// long binary data goes with its row, and the version mark.
 bool CompleteSchema(Connection& connection);
+
+/// Brings the tables of a file of an older version up to this one, all at once or not at all.
+bool MigrateSchema(Connection& connection);
 
 }  // namespace vorn

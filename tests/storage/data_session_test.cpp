@@ -106,6 +106,24 @@ TEST_F(DataSessionTest, ForeignAndNewerFilesAreRefusedAndLeftAlone) {
   EXPECT_EQ(ReadFile(path_), before);
 }
 
+TEST_F(DataSessionTest, AnOlderFileIsBroughtUpToDate) {
+  for (const char16_t* column : {u"STATUS", u"FIELD_TIMESTAMP", u"FIELD_ID", u"FIELD_FLAG"}) {
+    ASSERT_TRUE(data_.CreateField(QStringLiteral("mail"), QString::fromUtf16(column),
+                                  FieldType::Memo, false, false, 0));
+  }
+  ASSERT_TRUE(data_.CompleteFields());
+  const QString index =
+      QStringLiteral("SELECT name AS V FROM sqlite_master WHERE name = 'mail_UNREAD'");
+  ASSERT_TRUE(data_.Execute(QStringLiteral("DROP INDEX mail_UNREAD")));
+  ASSERT_TRUE(data_.Execute(QStringLiteral("PRAGMA user_version = 1")));
+  EXPECT_EQ(Values(index), QStringList());
+  data_.CloseAll();
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  EXPECT_EQ(Values(index), QStringList({QStringLiteral("mail_UNREAD")}));
+  ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("PRAGMA user_version"), CursorKind::ForwardOnly));
+  EXPECT_EQ(data_.Recordset()->Fields(u"user_version").toInt(), kSchemaVersion);
+}
+
 TEST_F(DataSessionTest, ResultSetsStayUsableAfterLaterQueries) {
   for (const char16_t* value : {u"a", u"b", u"c"}) Insert(QString::fromUtf16(value));
   ASSERT_TRUE(

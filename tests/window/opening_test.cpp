@@ -69,20 +69,21 @@ TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
   EXPECT_TRUE(WaitFor([&done] { return done.load(); }));
   other.join();
   EXPECT_TRUE(handedOver);
-  ASSERT_TRUE(WaitFor([] {
-    int open = 0;
+  const auto windows = [] {
+    QMap<QString, MessageWindow*> open;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
-      open += qobject_cast<MessageWindow*>(widget) != nullptr && widget->isVisible() ? 1 : 0;
+      auto* window = qobject_cast<MessageWindow*>(widget);
+      if (window != nullptr && window->isVisible()) open[window->GetMessageSubject()] = window;
     }
-    return open == 2;
-  }));
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    auto* window = qobject_cast<MessageWindow*>(widget);
-    if (window == nullptr || window->GetMessageSubject() != u"hi") continue;
-    EXPECT_EQ(Child<QPlainTextEdit>(*window, u"txMemo").toPlainText(), QStringLiteral("text"));
-    InModal<QMessageBox>([window] { window->close(); },
-                         [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
-  }
+    return open;
+  };
+  ASSERT_TRUE(WaitFor([&windows] { return windows().size() == 2; }));
+  EXPECT_TRUE(windows().contains(QStringLiteral("from a file")));
+  MessageWindow* written = windows().value(QStringLiteral("hi"));
+  ASSERT_NE(written, nullptr);
+  EXPECT_EQ(Child<QPlainTextEdit>(*written, u"txMemo").toPlainText(), QStringLiteral("text"));
+  InModal<QMessageBox>([written] { written->close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
 }
 
 TEST_F(OpeningTest, AFileThatHoldsNoMessageIsTold) {
@@ -184,7 +185,7 @@ TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {
   StartWith({});
   Receive();
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 2")); }));
-  View()->setFocus();
+  FocusPage();
   QTest::keyClick(View()->focusProxy(), Qt::Key_Down);
   auto& bar = Child<QToolBar>(*program_->Parent(), u"tbMain");
   const auto press = [&bar](const char16_t* name) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QDir>
 #include <QLineEdit>
 #include <QTest>
@@ -129,6 +130,15 @@ class ProgramTest : public testing::Test {
                              "\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n本文" +
                              QByteArray::number(i) + "\r\n");
     }
+  }
+  // Gives the page the focus once it knows its messages, so that keys act on them.
+  void FocusPage() {
+    program_->Parent()->activateWindow();
+    EXPECT_TRUE(WaitFor([this] {
+      return program_->Parent()->isActiveWindow() &&
+             Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled();
+    }));
+    View()->setFocus();
   }
   // Clicks at a point of the page as a user does.
   void ClickPage(const QPoint& at) {

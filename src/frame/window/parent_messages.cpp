@@ -1,5 +1,6 @@
 // What the main window does with messages on the folders' pages.
 
+#include <QElapsedTimer>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -20,6 +21,9 @@ namespace {
 
 // Between two folders' counts, so that clicks and keys come in between.
 constexpr int kCountPauseMs = 30;
+constexpr int kCountLaterMs = 1000;
+// A folder whose counting is slow is left alone for so many times as long.
+constexpr qint64 kCountShare = 50;
 
 bool IsFilledByHand(Context& context, const QString& folder) {
   const DiskPtr object = context.Objects.Find(folder);
@@ -66,15 +70,18 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
 void ParentWindow::DropMessage(const QString& message, const QString& folder) {
   BrowserWindow* browser = ActiveBrowser();
   if (browser == nullptr) return;
-  browser->ChosenMessages([this, browser, message, folder](const QStringList& chosen) {
+  const QString from = browser->Tag();
+  browser->ChosenMessages([this, message, folder, from](const QStringList& chosen) {
     const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
-    if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
-      TellFailure(SetDust(context_, messages, folder == fixed_serial::kDust));
-      return;
-    }
-    const QString from = browser->Tag();
-    const bool moves = from != folder && IsFilledByHand(context_, from);
-    TellFailure(FileMessages(context_, messages, folder, moves ? from : QString()));
+    // A failure is told to the user, which must not happen inside the engine's answer.
+    QTimer::singleShot(0, this, [this, messages, folder, from] {
+      if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
+        TellFailure(SetDust(context_, messages, folder == fixed_serial::kDust));
+      } else {
+        const bool moves = from != folder && IsFilledByHand(context_, from);
+        TellFailure(FileMessages(context_, messages, folder, moves ? from : QString()));
+      }
+    });
   });
 }
 
@@ -128,9 +135,16 @@ void ParentWindow::CountNextUnread() {
   }
   const QString folder = toCount_.takeFirst();
   // What was thrown away does not wait to be read.
-  if (folder != fixed_serial::kDust) {
-    tvConsole_->SetUnread(folder, CountUnread(context_, folder));
+  if (folder == fixed_serial::kDust) return;
+  if (!uncounted_[folder].hasExpired()) {
+    toCount_.append(folder);
+    counting_.start(kCountLaterMs);
+    return;
   }
+  QElapsedTimer clock;
+  clock.start();
+  tvConsole_->SetUnread(folder, CountUnread(context_, folder));
+  uncounted_[folder].setRemainingTime(kCountShare * clock.elapsed());
 }
 
 }  // namespace vorn

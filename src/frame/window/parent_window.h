@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -158,7 +160,8 @@ class ParentWindow : public QMainWindow,
   QTimer tmDialog_;
   QTimer tmPlan_;
   QTimer counting_;
-  QStringList toCount_;  // folders whose unopened messages are to be counted
+  QStringList toCount_;                       // folders whose unopened messages are to be counted
+  QHash<QString, QDeadlineTimer> uncounted_;  // how long each is not counted again
   std::vector<RequestWindow*> windows_;
   int storedSeen_ = 0;
   bool foldersChanged_ = false;

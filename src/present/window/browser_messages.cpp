@@ -24,9 +24,7 @@ QAction* BrowserWindow::AddCommand(const QString& name, const QString& text,
   action->setObjectName(QStringLiteral("cmd_") + name);
   action->setShortcuts(keys);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(action, &QAction::triggered, this, [this, run] {
-    if (IsLocal()) run();
-  });
+  connect(action, &QAction::triggered, this, run);
   wbUrl_->addAction(action);
   messageMenu_->addAction(action);
   return action;
@@ -36,10 +34,13 @@ void BrowserWindow::AddMove(const QKeySequence& key, const std::function<void()>
   auto* action = new QAction(this);
   action->setShortcut(key);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(action, &QAction::triggered, this, [this, run] {
-    if (IsLocal()) run();
-  });
+  connect(action, &QAction::triggered, this, run);
   wbUrl_->addAction(action);
+}
+
+// Without messages the keys are the page's own.
+void BrowserWindow::EnableMessageCommands() {
+  for (QAction* action : wbUrl_->actions()) action->setEnabled(rows_.HasRows());
 }
 
 void BrowserWindow::BuildMessageCommands() {
@@ -65,7 +66,7 @@ void BrowserWindow::BuildMessageCommands() {
              [this] { rows_.ChooseAll(); });
   connect(messageMenu_, &QMenu::aboutToShow, this,
           [this] { outOfDust_->setEnabled(bag_->SerialID() == fixed_serial::kDust); });
-  connect(messageMenu_, &QMenu::aboutToHide, this, [this] { outOfDust_->setEnabled(true); });
+  connect(messageMenu_, &QMenu::aboutToHide, this, &BrowserWindow::EnableMessageCommands);
 
   for (const int shift : {0, static_cast<int>(Qt::SHIFT)}) {
     const auto key = [shift](Qt::Key code) { return QKeySequence(shift | code); };
@@ -78,6 +79,8 @@ void BrowserWindow::BuildMessageCommands() {
     AddMove(key(Qt::Key_End), [this, extend] { rows_.GoTo(-1, extend); });
   }
   AddMove(QKeySequence(Qt::Key_Space), [this] { rows_.Toggle(); });
+  rows_.OnRows([this] { EnableMessageCommands(); });
+  EnableMessageCommands();
 }
 
 void BrowserWindow::RunCommand(const QString& command) {

@@ -84,7 +84,11 @@ BrowserWindow::~BrowserWindow() {
   // Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
   // it is done, so the printer is left to it.
   static_cast<void>(printer_.release());
-  // The engine may report the end of its page as the end of a loading.
+  // The engine may report the end of its page as the end of a loading, and answer what it was
+  // asked.
+  closing_ = true;
+  rows_.OnRows({});
+  rows_.Detach();
   wbUrl_->disconnect(this);
   if (page_ != nullptr) page_->disconnect(this);
   delete wbUrl_;
@@ -120,7 +124,8 @@ LinkPage* BrowserWindow::BecomeNewWindow() {
 void BrowserWindow::FirstNavigation(const QUrl& url) {
   page_->runJavaScript(QStringLiteral("window.name"), QWebEngineScript::ApplicationWorld,
                        [self = QPointer<BrowserWindow>(this), url](const QVariant& name) {
-                         if (self != nullptr) self->TakeName(name.toString(), url);
+                         if (self != nullptr && !self->closing_)
+                           self->TakeName(name.toString(), url);
                        });
 }
 

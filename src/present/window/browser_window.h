@@ -92,6 +92,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
                       const std::function<void()>& run);
   void AddMove(const QKeySequence& key, const std::function<void()>& run);
+  void EnableMessageCommands();
   void OpenChosen(int open);
   void Act(MessageAction action);
 
@@ -132,6 +133,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
+  bool closing_ = false;
   QTimer explore_;
   QToolButton* url_ = nullptr;
   QLineEdit* txPage_ = nullptr;

@@ -10,18 +10,18 @@ namespace vorn {
 
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
   if (page_ == nullptr) return;
-  // The page may outlive this object by an answer.
+  // The page may outlive this object by an answer, and answers with its own end.
   // A page that could not be loaded has no script either.
   page_->runJavaScript(QStringLiteral("window.vorn && ") + script,
                        QWebEngineScript::ApplicationWorld,
                        [self = QPointer<PageRows>(this), then](const QVariant& answer) {
-                         if (self != nullptr && then) then(answer);
+                         if (self != nullptr && self->page_ != nullptr && then) then(answer);
                        });
 }
 
 void PageRows::Attach(QWebEnginePage* page) {
   page_ = page;
-  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { count_ = count.toInt(); });
+  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
   if (kept_.isEmpty()) return;
   // As an argument in quotes, which JSON is.
   const QByteArray quoted =
@@ -31,7 +31,12 @@ void PageRows::Attach(QWebEnginePage* page) {
 
 void PageRows::Detach() {
   page_.clear();
-  count_ = 0;
+  SetCount(0);
+}
+
+void PageRows::SetCount(int count) {
+  count_ = count;
+  if (changed_) changed_();
 }
 
 void PageRows::Call(const QString& function, int number, bool flag) {

@@ -21,6 +21,8 @@ class PageRows : public QObject {
   void Detach();
   /// Whether there are rows to move among.
   bool HasRows() const { return count_ > 0; }
+  /// Called when that may have changed.
+  void OnRows(std::function<void()> changed) { changed_ = std::move(changed); }
 
   /// Moves by so many rows; with `extend` chooses all rows passed.
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
@@ -45,11 +47,13 @@ class PageRows : public QObject {
   void BeginAtEnd(bool atEnd);
 
  private:
+  void SetCount(int count);
   void Call(const QString& function, int number, bool flag);
   void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
 
   QPointer<QWebEnginePage> page_;
   int count_ = 0;
+  std::function<void()> changed_;
   QString kept_;
 };
 

@@ -3,8 +3,9 @@
 namespace vorn {
 
 /// The script with which the program itself follows the user on a folder's page. It runs in every
-/// page once that is read, in a world apart from it, where scripts of the page, if it had any, could not reach it. `vorn` offers
-/// moving among the rows, choosing several, and keeping all that over a new version of the page.
+/// page once that is read, in a world apart from it, where scripts of the page, if it had any,
+/// could not reach it. `vorn` offers moving among the rows, choosing several, and keeping all that
+/// over a new version of the page.
 inline constexpr char kPageScript[] = R"js(
 (() => {
   if (window.vorn) return;
