@@ -1,5 +1,7 @@
 #include "present/window/browser_profiles.h"
 
+#include <QGuiApplication>
+#include <QPalette>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
@@ -24,10 +26,23 @@ class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
   }
 };
 
+// The engine reads its options when the first profile is made. With this one, pages that offer a
+// dark scheme show it; others stay as they are.
+bool FollowColorScheme() {
+  constexpr int kMiddleGray = 128;
+  const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
+  const QByteArray options = qgetenv(variable);
+  const QByteArray dark = "--force-dark-mode";
+  const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightness() < kMiddleGray;
+  if (isDark && !options.contains(dark)) qputenv(variable, options + ' ' + dark);
+  return isDark;
+}
+
 }  // namespace
 
 BrowserProfiles::BrowserProfiles(const QString& webFolder)
-    : local_(std::make_unique<QWebEngineProfile>()),
+    : dark_(FollowColorScheme()),
+      local_(std::make_unique<QWebEngineProfile>()),
       web_(std::make_unique<QWebEngineProfile>(QStringLiteral("web"))) {
   local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));
   local_->setHttpCacheType(QWebEngineProfile::NoCache);

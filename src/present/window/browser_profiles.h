@@ -19,7 +19,11 @@ class BrowserProfiles {
   QWebEngineProfile* Local() const { return local_.get(); }
   QWebEngineProfile* Web() const { return web_.get(); }
 
+  /// Whether the program's windows are dark.
+  bool IsDark() const { return dark_; }
+
  private:
+  bool dark_;
   std::unique_ptr<QWebEngineProfile> local_;
   std::unique_ptr<QWebEngineProfile> web_;
 };

@@ -210,7 +210,8 @@ void BrowserWindow::ShowText(const QString& html) {
   page_->SetLocalPage(QUrl());
   txLocation_->setReadOnly(true);
   txLocation_->setText(windowTitle());
-  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><body style=\"font-family:sans-serif;"
+  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
+                                 "content=\"light dark\"><body style=\"font-family:sans-serif;"
                                  "margin:2em;line-height:1.7\">") +
                   html);
 }
