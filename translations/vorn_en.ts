@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>アドレスブック</source>
-        <translation>Address books</translation>
+        <translation>Address Book</translation>
     </message>
     <message>
         <source>見つかったアドレス</source>
@@ -89,15 +89,15 @@
     </message>
     <message>
         <source>プロファイル</source>
-        <translation>Profiles</translation>
+        <translation>Profile</translation>
     </message>
     <message>
         <source>フォルダ</source>
-        <translation>Folders</translation>
+        <translation>Folder</translation>
     </message>
     <message>
         <source>アカウント</source>
-        <translation>Accounts</translation>
+        <translation>Account</translation>
     </message>
     <message>
         <source>ブックマーク</source>
@@ -523,7 +523,7 @@ Date: </translation>
     </message>
     <message>
         <source>宛先</source>
-        <translation>recipients</translation>
+        <translation>To</translation>
     </message>
     <message>
         <source>差出人</source>
@@ -1423,15 +1423,15 @@ Date: </translation>
     </message>
     <message>
         <source>送信者</source>
-        <translation>sender</translation>
+        <translation>From</translation>
     </message>
     <message>
         <source>写し</source>
-        <translation>copies</translation>
+        <translation>Cc</translation>
     </message>
     <message>
         <source>隠し写し</source>
-        <translation>blind copies</translation>
+        <translation>Bcc</translation>
     </message>
     <message>
         <source>未開封の印 ○</source>
@@ -2034,6 +2034,31 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>システムに合わせる</source>
         <translation>As the system</translation>
+    </message>
+    <message>
+        <source>プロファイル</source>
+        <comment>group</comment>
+        <translation>Profiles</translation>
+    </message>
+    <message>
+        <source>フォルダ</source>
+        <comment>group</comment>
+        <translation>Folders</translation>
+    </message>
+    <message>
+        <source>アカウント</source>
+        <comment>group</comment>
+        <translation>Accounts</translation>
+    </message>
+    <message>
+        <source>アドレスブック</source>
+        <comment>group</comment>
+        <translation>Address Books</translation>
+    </message>
+    <message>
+        <source>ブックマーク</source>
+        <comment>group</comment>
+        <translation>Bookmarks</translation>
     </message>
 </context>
 </TS>

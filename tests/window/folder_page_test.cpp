@@ -307,7 +307,9 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
       "<form action=URL/form><input type=submit id=f value=send></form>"
       "<a id=j href=\"javascript:document.title='owned'\">j</a> "
       "<a id=l href=file:///etc/passwd>l</a> <a id=w href=URL/link target=_blank>w</a> "
-      "<a id=p href=URL/ping ping=URL/ping2>p</a>";
+      "<a id=p href=URL/ping ping=URL/ping2>p</a>"
+      "<a href=preview:%zz>z</a><img name=querySelectorAll><img name=createElement><img "
+      "name=addEventListener>";
   QByteArray field = hostile;
   field.replace("URL", url);
   // In clear, as the documented page has it: everything above becomes part of the page.
@@ -329,6 +331,7 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
   }
   ASSERT_TRUE(AwaitScript(QStringLiteral("document.getElementById('p') !== null")))
       << "the message is on the page";
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "keys still act";
   for (const char* id : {"f", "j", "l", "w", "p"}) {
     SCOPED_TRACE(id);
     const QString place = QStringLiteral(

@@ -48,11 +48,11 @@ bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
 }
 
 QList<GroupText> GroupTexts() {
-  return {{object_type::kProfile, Ui::tr("プロファイル")},
-          {object_type::kFolder, Ui::tr("フォルダ")},
-          {object_type::kAccount, Ui::tr("アカウント")},
-          {object_type::kBook, Ui::tr("アドレスブック")},
-          {object_type::kBookmark, Ui::tr("ブックマーク")}};
+  return {{object_type::kProfile, Ui::tr("プロファイル", "group")},
+          {object_type::kFolder, Ui::tr("フォルダ", "group")},
+          {object_type::kAccount, Ui::tr("アカウント", "group")},
+          {object_type::kBook, Ui::tr("アドレスブック", "group")},
+          {object_type::kBookmark, Ui::tr("ブックマーク", "group")}};
 }
 
 }  // namespace

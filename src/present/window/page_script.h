@@ -9,20 +9,28 @@ namespace vorn {
 inline constexpr char kPageScript[] = R"js(
 (() => {
   if (window.vorn) return;
+  // An element's name hides what the document offers under that name, so it is asked the long way.
+  const all = selector => [...Document.prototype.querySelectorAll.call(document, selector)];
+  const listen = (kind, heard) => EventTarget.prototype.addEventListener.call(document, kind, heard, true);
   const rows = [];
   const seen = new Set();
-  for (const link of document.querySelectorAll('a[href]')) {
+  for (const link of all('a[href]')) {
     const href = link.getAttribute('href');
     if (!/^preview:/i.test(href)) continue;
-    const id = decodeURIComponent(href.slice(8));
+    let id = href.slice(8);
+    try {
+      id = decodeURIComponent(id);
+    } catch (error) {
+      continue;  // none of ours
+    }
     if (seen.has(id)) continue;
     seen.add(id);
     rows.push({id, element: link.closest('tr, li, article') || link.parentElement || link});
   }
-  const style = document.createElement('style');
+  const style = Document.prototype.createElement.call(document, 'style');
   style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
       ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; } }';
-  document.documentElement.appendChild(style);
+  all('html')[0].appendChild(style);
 
   let current = -1;
   let anchor = -1;  // where a range begins
@@ -58,7 +66,7 @@ inline constexpr char kPageScript[] = R"js(
   };
   const rowAt = target => rows.findIndex(row => row.element.contains(target));
 
-  document.addEventListener('mousedown', event => {
+  listen('mousedown', event => {
     const index = rowAt(event.target);
     if (index < 0) return;
     if (event.button === 0 && event.ctrlKey) {
@@ -72,10 +80,10 @@ inline constexpr char kPageScript[] = R"js(
       current = index;  // several may be about to be dragged
       show();
     }
-  }, true);
-  document.addEventListener('click', event => {
+  });
+  listen('click', event => {
     if ((event.ctrlKey || event.shiftKey) && rowAt(event.target) >= 0) event.preventDefault();
-  }, true);
+  });
 
   window.vorn = {
     count: () => rows.length,
@@ -86,7 +94,7 @@ inline constexpr char kPageScript[] = R"js(
     // The chosen messages, or else the current one, in the page's order.
     chosen: () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                   : current < 0 ? [] : [rows[current].id],
-    links: () => [...document.links].map(
+    links: () => all('a[href], area[href]').map(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.
     state: () => JSON.stringify({next: current < 0 ? [] : rows.slice(current).map(row => row.id),
