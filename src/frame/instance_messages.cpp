@@ -44,7 +44,7 @@ void InstanceMessages::Accept() {
       return;
     }
     QStringList arguments;
-    for (const QJsonValue& value : QJsonDocument::fromJson(socket->readLine()).array()) {
+    for (const auto& value : QJsonDocument::fromJson(socket->readLine()).array()) {
       arguments.append(value.toString());
     }
     socket->write("ok\n");
