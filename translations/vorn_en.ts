@@ -2060,5 +2060,9 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <comment>group</comment>
         <translation>Bookmarks</translation>
     </message>
+    <message>
+        <source>メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？</source>
+        <translation>%1 messages will be opened, each in a window of its own. Go on?</translation>
+    </message>
 </context>
 </TS>

@@ -173,6 +173,10 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   EXPECT_EQ(Chosen(), Ids({6}));
   Press(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(Chosen().size(), 6);
+  EXPECT_TRUE(NextMessageBox([this] { Press(Qt::Key_Return); }, Qt::Key_Escape)
+                  .contains(QStringLiteral("6通")));
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+  FocusPage();
   Press(Qt::Key_Home);
   EXPECT_EQ(Chosen(), Ids({1}));
 

@@ -37,7 +37,7 @@ namespace vorn {
 namespace {
 
 constexpr int kTickMs = 100;
-constexpr int kTreeWidth = 190;
+constexpr int kTreeWidth = 210;
 constexpr int kMessageMs = 10000;
 
 const QString kArrange = QStringLiteral("arrange");

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
 #include <QWebEngineView>
 
 #include "objects/object_types.h"
@@ -12,7 +13,7 @@ namespace vorn {
 namespace {
 
 enum OpenModes { kRead = 0, kReply, kReplyToAll, kForward };
-constexpr qsizetype kManyWindows = 20;
+constexpr qsizetype kManyWindows = 5;
 
 }  // namespace
 
@@ -89,18 +90,27 @@ void BrowserWindow::RunCommand(const QString& command) {
 
 // All chosen messages are read, one is answered.
 void BrowserWindow::OpenChosen(int open) {
-  rows_.Chosen([this, open](const QStringList& messages) {
-    const qsizetype many = open == kRead ? kManyWindows : 1;
-    for (const QString& serialId : messages.mid(0, many)) {
-      host_.OpenMessage(open, serialId, open != kRead);
-    }
+  rows_.Chosen([this, open](const QStringList& chosen) {
+    const QStringList messages = open == kRead ? chosen : chosen.mid(0, 1);
+    // The user may be asked, which must not happen inside the engine's answer.
+    QTimer::singleShot(0, this, [this, open, messages] {
+      if (messages.size() > kManyWindows && !AgreesToOpen(messages.size())) return;
+      for (const QString& serialId : messages) host_.OpenMessage(open, serialId, open != kRead);
+    });
   });
+}
+
+bool BrowserWindow::AgreesToOpen(qsizetype windows) {
+  const auto answer = QMessageBox::question(
+      this, windowTitle(),
+      Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？").arg(windows),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  return answer == QMessageBox::Ok;
 }
 
 void BrowserWindow::Act(MessageAction action) {
   rows_.Chosen([this, action](const QStringList& messages) {
     if (messages.isEmpty()) return;
-    // The user may be asked, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, action, messages] {
       host_.ActOnMessages(action, messages, bag_->SerialID());
     });

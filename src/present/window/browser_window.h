@@ -94,6 +94,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void AddMove(const QKeySequence& key, const std::function<void()>& run);
   void EnableMessageCommands();
   void OpenChosen(int open);
+  bool AgreesToOpen(qsizetype windows);
   void Act(MessageAction action);
 
   void FirstNavigation(const QUrl& url);
