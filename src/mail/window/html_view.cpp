@@ -6,11 +6,13 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QUuid>
 #include <QVBoxLayout>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
@@ -118,7 +120,7 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
   connect(guard_, &MailGuard::RemoteImageBlocked, notice_, &QWidget::show, Qt::QueuedConnection);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
   connect(view_, &QWebEngineView::loadFinished, this, [this](bool ok) {
-    RemoveFile();
+    RemoveReadFile();
     Q_EMIT Loaded(ok);
   });
 }
@@ -155,6 +157,16 @@ void HtmlView::Load() {
   guard_->Allow(url);
   page_->Allow(url);
   view_->load(url);
+}
+
+// The end of a loading may be that of the page before; the document itself says which it is.
+void HtmlView::RemoveReadFile() {
+  page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<HtmlView>(this)](const QVariant& address) {
+                         if (self == nullptr) return;
+                         const QString read = QUrl(address.toString()).toLocalFile();
+                         if (read == self->file_) self->RemoveFile();
+                       });
 }
 
 void HtmlView::RemoveFile() {

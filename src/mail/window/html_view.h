@@ -38,6 +38,7 @@ class HtmlView : public QWidget {
   void LoadRemoteImages();
   void AskToOpen(const QUrl& url);
   void RemoveFile();
+  void RemoveReadFile();
 
   QString workFolder_;
   QString html_;

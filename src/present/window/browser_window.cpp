@@ -261,7 +261,7 @@ void BrowserWindow::SetLoading(bool loading) {
 void BrowserWindow::DocumentComplete(bool ok) {
   SetLoading(false);
   if (IsLocal()) {
-    DeletePageFile();  // each page is read once
+    DeleteReadPage();
     explore_.start(kExploreAfterMs);
   } else {
     txLocation_->setText(wbUrl_->url().toString());
@@ -301,6 +301,17 @@ void BrowserWindow::UpdateHistoryState() {
 void BrowserWindow::DeletePageFile() {
   const QString path = bag_->Text(kUrl);
   if (IsLocal() && !path.isEmpty()) QFile::remove(path);
+}
+
+// Each page is read once. The end of a loading may be that of the page before this one, whose end
+// must not take away this one's file: the document itself says which it is.
+void BrowserWindow::DeleteReadPage() {
+  page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<BrowserWindow>(this)](const QVariant& address) {
+                         if (self == nullptr || self->closing_) return;
+                         const QString read = QUrl(address.toString()).toLocalFile();
+                         if (read == self->bag_->Text(kUrl)) self->DeletePageFile();
+                       });
 }
 
 void BrowserWindow::ShowModeless() {

@@ -117,6 +117,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void SetLoading(bool loading);
   void DocumentComplete(bool ok);
   void DeletePageFile();
+  void DeleteReadPage();
   void PrintFinished();
   void UpdateHistoryState();
 
