@@ -88,7 +88,7 @@ BrowserWindow::~BrowserWindow() {
   // asked.
   closing_ = true;
   rows_.OnRows({});
-  rows_.Detach();
+  rows_.Close();
   wbUrl_->disconnect(this);
   if (page_ != nullptr) page_->disconnect(this);
   delete wbUrl_;

@@ -8,20 +8,26 @@
 
 namespace vorn {
 
+// What waits for an answer goes on without one when the page goes: a message that was dropped onto
+// a folder must not be forgotten because its page was just made anew.
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
-  if (page_ == nullptr) return;
-  // The page may outlive this object by an answer, and answers with its own end.
+  if (page_ == nullptr) {
+    if (then) then({});
+    return;
+  }
   // A page that could not be loaded has no script either.
   page_->runJavaScript(QStringLiteral("window.vorn && ") + script,
                        QWebEngineScript::ApplicationWorld,
                        [self = QPointer<PageRows>(this), then](const QVariant& answer) {
-                         if (self != nullptr && self->page_ != nullptr && then) then(answer);
+                         if (self != nullptr && !self->closed_ && then) then(answer);
                        });
 }
 
 void PageRows::Attach(QWebEnginePage* page) {
   page_ = page;
-  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
+  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) {
+    if (count.isValid()) SetCount(count.toInt());
+  });
   if (kept_.isEmpty()) return;
   // As an argument in quotes, which JSON is.
   const QByteArray quoted =
@@ -80,7 +86,7 @@ void PageRows::Keep(const std::function<void()>& then) {
     return;
   }
   Run(QStringLiteral("vorn.state()"), [this, then](const QVariant& state) {
-    kept_ = state.toString();
+    if (state.isValid()) kept_ = state.toString();
     then();
   });
 }

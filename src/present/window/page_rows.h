@@ -10,7 +10,7 @@ class QWebEnginePage;
 namespace vorn {
 
 /// The rows of a folder's page as the user moves among them: one is current, several may be chosen.
-/// Everything happens in the page, so answers come later, and not at all when the page goes.
+/// Everything happens in the page, so answers come later.
 class PageRows : public QObject {
  public:
   using QObject::QObject;
@@ -19,6 +19,8 @@ class PageRows : public QObject {
   void Attach(QWebEnginePage* page);
   /// The page goes; its rows with it.
   void Detach();
+  /// The window goes: nothing is answered any more.
+  void Close() { closed_ = true; }
   /// Whether there are rows to move among.
   bool HasRows() const { return count_ > 0; }
   /// Called when that may have changed.
@@ -30,7 +32,7 @@ class PageRows : public QObject {
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
   void Toggle();
   void ChooseAll();
-  /// Gives the identifiers of the chosen messages, or of the current one.
+  /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
 
   /// A link of the page.
@@ -53,6 +55,7 @@ class PageRows : public QObject {
 
   QPointer<QWebEnginePage> page_;
   int count_ = 0;
+  bool closed_ = false;
   std::function<void()> changed_;
   QString kept_;
 };
