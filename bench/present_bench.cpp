@@ -23,12 +23,15 @@
 #include <functional>
 #include <vector>
 
+#include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "frame/window/program.h"
 #include "mail/mail_store.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
@@ -37,30 +40,11 @@
 namespace {
 
 using namespace vorn;
+using namespace vorn::bench;
 
 constexpr int kRounds = 11;
 constexpr int kRowsPerPage = 100;
 constexpr qint64 kSecondsOfTwentyYears = 20LL * 365 * 24 * 3600;
-
-void Require(bool condition, const QString& what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", qPrintable(what));
-  std::exit(1);
-}
-
-bool WaitFor(const std::function<bool()>& condition) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!condition()) {
-    if (timer.elapsed() > 60000) return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-  }
-  return true;
-}
-
-double Milliseconds(const QElapsedTimer& clock) {
-  return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
 
 void Report(const QString& figure, std::vector<double> times) {
   std::sort(times.begin(), times.end());
@@ -81,16 +65,6 @@ void Measure(const QString& figure, const std::function<void()>& work) {
     times.push_back(Milliseconds(clock));
   }
   Report(figure, times);
-}
-
-qint64 ResidentMegabytes() {
-  QFile status(QStringLiteral("/proc/self/status"));
-  if (!status.open(QIODevice::ReadOnly)) return 0;
-  for (const QByteArray& line : status.readAll().split('\n')) {
-    if (line.startsWith("VmRSS:"))
-      return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
-  }
-  return 0;
 }
 
 // One message in a hundred is unread; every thousandth is filed into a folder of its own.
@@ -118,8 +92,9 @@ void Fill(Context& context, int messages) {
 
 int CountMessages(Context& context) {
   Require(OpenDatabase(context, DatabaseKind::Mail) &&
-              context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM mail"),
-                                         CursorKind::ForwardOnly),
+              context.Data.OpenRecordset(
+                  QStringLiteral("SELECT COUNT(*) AS N FROM mail WHERE STATUS = 4"),
+                  CursorKind::ForwardOnly),
           context.Data.LastError().text);
   const int count = context.Data.Recordset()->Fields(u"N").toInt();
   context.Data.Close();
@@ -280,7 +255,8 @@ int StartOnce(const QString& folder, bool withSplash) {
             return loaded > 0;
           }),
           QStringLiteral("no page"));
-  std::printf("%f %f %lld\n", window, loaded, static_cast<long long>(ResidentMegabytes()));
+  std::printf("%f %f %lld\n", window, loaded,
+              static_cast<long long>(MemoryKilobytes("VmRSS:") / 1024));
   if (!withSplash) {
     delete parent;
     context.Data.CloseAll();
@@ -325,6 +301,10 @@ int main(int argc, char** argv) {
   const bool isNew = context.Objects.IsEmpty();
   Require(!isNew || CreateFirstProfile(context) != nullptr, context.Data.LastError().text);
   Require(LogIn(context, {}, {}, &error), error);
+  // As a new profile has it, whatever version made the folder.
+  const DiskPtr settings = Settings(context);
+  settings->Let(QStringLiteral("MessagesNewest"), true);
+  Require(SaveObject(context, DatabaseKind::Profile, *settings), context.Data.LastError().text);
   if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());
   MeasurePages(context, CountMessages(context));
   {

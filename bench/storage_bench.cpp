@@ -11,6 +11,7 @@
 #include <functional>
 #include <vector>
 
+#include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/mail_store.h"
@@ -78,16 +79,6 @@ class Filling {
   MailStore store_{context_};
 };
 
-qint64 PeakMegabytes() {
-  QFile status(QStringLiteral("/proc/self/status"));
-  if (!status.open(QIODevice::ReadOnly)) return 0;
-  for (const QByteArray& line : status.readAll().split('\n')) {
-    if (line.startsWith("VmHWM:"))
-      return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
-  }
-  return 0;
-}
-
 int CountRows(Context& context, const QString& select) {
   if (!OpenDatabase(context, DatabaseKind::Mail) ||
       !context.Data.OpenRecordset(select, CursorKind::ForwardOnly)) {
@@ -151,7 +142,7 @@ void Run(int messages, int bodyBytes) {
   std::printf(
       "{\"who\": \"vorn\", \"figure\": \"peak memory\", \"messages\": %d, \"megabytes\": "
       "%lld}\n",
-      messages, static_cast<long long>(PeakMegabytes()));
+      messages, static_cast<long long>(bench::MemoryKilobytes("VmHWM:") / 1024));
   context.Data.CloseAll();
 }
 

@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "bench_support.h"
 #include "frame/mail_traffic.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
@@ -24,6 +25,7 @@
 namespace {
 
 using namespace vorn;
+using namespace vorn::bench;
 
 class Host : public PlanHost, public StatusPanel {
  public:
@@ -38,22 +40,6 @@ class Host : public PlanHost, public StatusPanel {
   void ShowStatus(const QString&, const QString&) override {}
 };
 
-void Require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::exit(1);
-}
-
-// The peak of the process's memory, in kilobytes; 0 where the system does not tell.
-qint64 PeakKilobytes() {
-  QFile status(QStringLiteral("/proc/self/status"));
-  if (!status.open(QIODevice::ReadOnly)) return 0;
-  for (const QByteArray& line : status.readAll().split('\n')) {
-    if (line.startsWith("VmHWM:")) return line.simplified().split(' ').value(1).toLongLong();
-  }
-  return 0;
-}
-
 void StoreWaiting(Context& context, int count, qsizetype bytes) {
   MailStore store(context);
   const QByteArray line(70, 'x');
@@ -65,7 +51,7 @@ void StoreWaiting(Context& context, int count, qsizetype bytes) {
     const QByteArray source =
         "From: me@example.org\r\nTo: you@example.org\r\nSubject: " + QByteArray::number(i) +
         "\r\n\r\n" + body + ".\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), "cannot store");
+    Require(!store.StoreMessage(request, source).isEmpty(), QStringLiteral("cannot store"));
   }
 }
 
@@ -76,13 +62,13 @@ int main(int argc, char** argv) {
   const QStringList words = QCoreApplication::arguments();
   const bool sends = words.value(1) == u"send";
   Require(words.size() == (sends ? 5 : 4),
-          "usage: transfer-bench receive|send PORT MESSAGES [BYTES]");
+          QStringLiteral("usage: transfer-bench receive|send PORT MESSAGES [BYTES]"));
   const QTemporaryDir folder;
   Context context;
   QString error;
-  Require(StartUp(context, folder.path() + u'/', &error), "cannot start");
-  Require(CreateFirstProfile(context) != nullptr, "cannot make the profile");
-  Require(LogIn(context, {}, {}, &error), "cannot log in");
+  Require(StartUp(context, folder.path() + u'/', &error), QStringLiteral("cannot start"));
+  Require(CreateFirstProfile(context) != nullptr, QStringLiteral("cannot make the profile"));
+  Require(LogIn(context, {}, {}, &error), QStringLiteral("cannot log in"));
   AccountValues values;
   values.name = QStringLiteral("bench");
   values.address = QStringLiteral("me@example.org");
@@ -121,12 +107,12 @@ int main(int argc, char** argv) {
   QCoreApplication::exec();
   const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
   const int done = sends ? traffic.Events().Counts().sent : traffic.Events().Counts().stored;
-  Require(done == words[3].toInt(), "not all messages went through");
+  Require(done == words[3].toInt(), QStringLiteral("not all messages went through"));
   const QJsonObject figure{
       {QStringLiteral("messages"), done},
       {QStringLiteral("seconds"), seconds},
       {QStringLiteral("longest_block_ms"), static_cast<double>(longest) / 1e6},
-      {QStringLiteral("peak_mb"), static_cast<double>(PeakKilobytes()) / 1024}};
+      {QStringLiteral("peak_mb"), static_cast<double>(MemoryKilobytes("VmHWM:")) / 1024}};
   std::printf("%s\n", QJsonDocument(figure).toJson(QJsonDocument::Compact).constData());
   context.Data.CloseAll();
   return 0;

@@ -16,6 +16,7 @@
 #include <functional>
 #include <vector>
 
+#include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
@@ -26,24 +27,9 @@
 namespace {
 
 using namespace vorn;
+using namespace vorn::bench;
 
 constexpr int kRounds = 15;
-
-bool WaitFor(const std::function<bool()>& condition) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!condition()) {
-    if (timer.elapsed() > 20000) return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-  }
-  return true;
-}
-
-void Require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::exit(1);
-}
 
 MessageWindow* Shown() {
   for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -115,12 +101,12 @@ void Measure(const char* figure, ParentWindow& parent, const QString& serialId, 
     turns.start(1);
     clock.start();
     parent.OpenMessage(0, serialId, false);
-    Require(WaitFor([&paint] { return paint.painted; }), "no window");
+    Require(WaitFor([&paint] { return paint.painted; }), QStringLiteral("no window"));
     opened.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     blocks.push_back(static_cast<double>(longest) / 1e6);
     turns.stop();
     Shown()->close();
-    Require(WaitFor([] { return Shown() == nullptr; }), "the window stays");
+    Require(WaitFor([] { return Shown() == nullptr; }), QStringLiteral("the window stays"));
   }
   Report(figure, opened, blocks);
 }
@@ -133,9 +119,9 @@ int main(int argc, char** argv) {
   const QTemporaryDir folder;
   Context context;
   QString error;
-  Require(StartUp(context, folder.path() + u'/', &error), "cannot start");
-  Require(CreateFirstProfile(context) != nullptr, "cannot make the profile");
-  Require(LogIn(context, {}, {}, &error), "cannot log in");
+  Require(StartUp(context, folder.path() + u'/', &error), QStringLiteral("cannot start"));
+  Require(CreateFirstProfile(context) != nullptr, QStringLiteral("cannot make the profile"));
+  Require(LogIn(context, {}, {}, &error), QStringLiteral("cannot log in"));
   const QString usual = Store(context, WithAttachment(20000));
   const QString large = Store(context, WithAttachment(20 * 1024 * 1024));
   PaintWatch paint;
@@ -152,7 +138,7 @@ int main(int argc, char** argv) {
             }
             return loaded;
           }),
-          "no page");
+          QStringLiteral("no page"));
   Measure("usual message", *parent, usual, paint);
   Measure("20 MB message", *parent, large, paint);
   delete parent;

@@ -3,6 +3,12 @@
 #include "objects/object_types.h"
 
 namespace vorn {
+
+bool IsFilledByHand(const Disk& object) {
+  return object.Text(u"FormName") == object_type::kFolder &&
+         object.Text(u"Draw").contains(u"static");
+}
+
 namespace {
 
 bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
@@ -14,9 +20,8 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
   }
   if (filter.contains(type)) return true;
   if (type != object_type::kFolder) return false;
-  const QString draw = object.Text(u"Draw");
-  return (filter.contains(u"static") && draw.contains(u"static")) ||
-         (filter.contains(u"active") && draw.contains(u"active"));
+  return (filter.contains(u"static") && IsFilledByHand(object)) ||
+         (filter.contains(u"active") && object.Text(u"Draw").contains(u"active"));
 }
 
 }  // namespace

@@ -8,7 +8,6 @@ namespace {
 // So many rows are sorted faster than an index over all messages is read.
 constexpr qint64 kFewRows = 5000;
 constexpr qint64 kExploreMs = 8;
-constexpr qint64 kSlowStepMs = 40;
 
 }  // namespace
 
@@ -39,6 +38,7 @@ bool FolderRows::IsFew(DataSession& session) {
     const QString detail = plan->Fields(u"detail").toString();
     if (!detail.startsWith(u"SEARCH") || !detail.contains(u"COVERING INDEX")) return false;
   }
+  indexed_ = true;
   if (!open(QStringLiteral("SELECT COUNT(*) AS N FROM (%1)").arg(some))) return false;
   const qint64 found = session.Recordset()->Fields(u"N").toLongLong();
   few_ = found < kFewRows;
@@ -49,6 +49,9 @@ bool FolderRows::IsFew(DataSession& session) {
 bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   Refresh(session);
   const bool few = IsFew(session);
+  if (!few && !index_.IsComplete() && first > count_ / 2 && first < count_) {
+    index_.NoteFromEnd(session, count_, first);
+  }
   const RowIndex::Place place = few ? RowIndex::Place{QString(), first} : index_.Find(first);
   // The sign keeps the engine from reading all messages in the order of their times.
   QString sql = QStringLiteral("SELECT * FROM ") + index_.Since(place.since) +
@@ -81,14 +84,13 @@ bool FolderRows::Explore(DataSession& session) {
   Refresh(session);
   if (begun) return false;
   exploring_ = true;
-  // What depends on the time of day does not stay where it was.
-  if (slow_ || IsFew(session) || select_.contains(u"NOW", Qt::CaseInsensitive)) return false;
+  // Where no index finds the rows, every step would read all messages. What depends on the time of
+  // day does not stay where it was.
+  if (IsFew(session) || !indexed_ || select_.contains(u"NOW", Qt::CaseInsensitive)) return false;
   QElapsedTimer clock;
   clock.start();
   while (index_.Extend(session)) {
-    const qint64 passed = clock.elapsed();
-    slow_ = passed > kSlowStepMs;
-    if (passed > kExploreMs) return !slow_;
+    if (clock.elapsed() > kExploreMs) return true;
   }
   return false;
 }

@@ -37,7 +37,7 @@ class FolderRows {
   qint64 count_ = -1;
   bool probed_ = false;
   bool few_ = false;
-  bool slow_ = false;
+  bool indexed_ = false;  // an index alone finds the rows
   bool exploring_ = false;
 };
 

@@ -59,37 +59,35 @@ QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 pa
   // Everything that may load objects comes before the mail database is opened.
   const PageContent content = ReadContent(context_, folder);
   const FolderLayout layout = GetFolderLayout(context_, folder, template_);
-  FolderRows* rows = OpenRows(folder, search);
-  if (rows == nullptr) return {};
-  const qint64 skipped = page > 1 ? (page - 1) * qint64{qMax(0, content.rowsPerPage)} : 0;
-  // One more row than the page shows, to know whether any follows.
-  const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
-  if (!rows->Open(context_.Data, skipped, limit)) {
-    context_.Data.Close();
-    return {};
-  }
-  const RecordsetPtr shown = context_.Data.Recordset();
-  before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
-  const QByteArray pageTemplate = ToCodePage932(layout.html);
-  const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, content).Run(next);
-  context_.Data.Close();
+  const QByteArray bytes = Fill(layout.html, content, page, before, next, OpenRows(folder, search));
   return bytes.isEmpty() ? QString() : Write(bytes, layout.path);
 }
 
 QString MessageListPages::CreatePreview(const QString& folder, const QString& html) {
   PageContent content = ReadContent(context_, folder);
   content.rowsPerPage = kPreviewRows;
-  FolderRows* rows = OpenRows(folder, {});
-  if (rows == nullptr || !rows->Open(context_.Data, 0, kPreviewRows + 1)) {
-    context_.Data.Close();
-    return {};
-  }
+  bool before = false;
   bool next = false;
-  const QByteArray pageTemplate = ToCodePage932(html);
-  const QByteArray bytes =
-      PageFiller(tags_, pageTemplate, context_.Data.Recordset(), content).Run(next);
-  context_.Data.Close();
+  const QByteArray bytes = Fill(html, content, 1, before, next, OpenRows(folder, {}));
   return bytes.isEmpty() ? QString() : Write(bytes, context_.TempFolder);
+}
+
+// Closes the mail database, which is open when there are rows.
+QByteArray MessageListPages::Fill(const QString& html, const PageContent& content, qint32 page,
+                                  bool& before, bool& next, FolderRows* rows) {
+  if (rows == nullptr) return {};
+  const qint64 skipped = page > 1 ? (page - 1) * qint64{qMax(0, content.rowsPerPage)} : 0;
+  // One more row than the page shows, to know whether any follows.
+  const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
+  QByteArray bytes;
+  if (rows->Open(context_.Data, skipped, limit)) {
+    const RecordsetPtr shown = context_.Data.Recordset();
+    before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
+    const QByteArray pageTemplate = ToCodePage932(html);
+    bytes = PageFiller(tags_, pageTemplate, shown, content).Run(next);
+  }
+  context_.Data.Close();
+  return bytes;
 }
 
 // The folder's rows, with the mail database open; null when it does not open or there is no such

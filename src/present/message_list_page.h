@@ -9,6 +9,8 @@
 
 namespace vorn {
 
+struct PageContent;
+
 /// Writes the pages that show folders. Made once; holds the tag table and the default template.
 class MessageListPages {
  public:
@@ -34,6 +36,8 @@ class MessageListPages {
   bool Explore(const QString& folder, const QString& search = {});
 
  private:
+  QByteArray Fill(const QString& html, const PageContent& content, qint32 page, bool& before,
+                  bool& next, FolderRows* rows);
   FolderRows* OpenRows(const QString& folder, const QString& search);
   QString Write(const QByteArray& bytes, const QString& pageFolder);
 

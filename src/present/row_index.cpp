@@ -17,8 +17,8 @@ RowIndex::Place RowIndex::Find(qint64 row) const {
   const auto after =
       std::upper_bound(notes_.begin(), notes_.end(), row,
                        [](qint64 wanted, const Note& note) { return wanted < note.row; });
-  if (after == notes_.begin()) return {QString(), row};
-  const Note& note = *std::prev(after);
+  Note note = after == notes_.begin() ? Note{QString(), 0} : *std::prev(after);
+  if (tail_ && tail_->row <= row && tail_->row > note.row) note = *tail_;
   return {note.since, row - note.row};
 }
 
@@ -53,6 +53,16 @@ std::optional<qint64> RowIndex::CountBetween(DataSession& session, const QString
   const auto timed = count(Since({}) + QStringLiteral(" WHERE ") + limit);
   if (!timeless || !timed) return std::nullopt;
   return *timeless + *timed;
+}
+
+void RowIndex::NoteFromEnd(DataSession& session, qint64 count, qint64 row) {
+  const QString rest =
+      Since({}) +
+      QStringLiteral(" ORDER BY FIELD_TIMESTAMP DESC LIMIT 1 OFFSET %1").arg(count - 1 - row);
+  const auto rows = Open(session, QStringLiteral("FIELD_TIMESTAMP"), rest);
+  const QString time = rows ? (*rows)->Fields(u"FIELD_TIMESTAMP").toString() : QString();
+  if (time.isEmpty()) return;
+  if (const auto from = CountBetween(session, time, {})) tail_ = Note{time, count - *from};
 }
 
 bool RowIndex::Extend(DataSession& session) {

@@ -31,6 +31,9 @@ class RowIndex {
   /// Notes one more row of the open database; false when there is nothing more to note, or after
   /// an error.
   bool Extend(DataSession& session);
+  /// Notes the row numbered `row` from the end, where there are `count` rows: for a page near the
+  /// end of a list that is not noted yet.
+  void NoteFromEnd(DataSession& session, qint64 count, qint64 row);
   bool IsComplete() const { return complete_; }
   /// The number of rows, once it is complete.
   qint64 Count() const { return count_; }
@@ -49,6 +52,7 @@ class RowIndex {
 
   QString select_;
   std::vector<Note> notes_;
+  std::optional<Note> tail_;  // beyond them
   bool complete_ = false;
   qint64 count_ = 0;
 };

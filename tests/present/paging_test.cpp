@@ -110,6 +110,13 @@ TEST_F(PagingTest, ExploredPagesAreThoseOfTheWholeList) {
   int slices = 0;
   while (pages.Explore(fixed_serial::kInbox)) ASSERT_LT(++slices, 1000);
   ExpectPagesOf(pages, expected);
+  // Of a folder that was only counted, the last pages are read from the end.
+  MessageListPages counted(profile_.Get());
+  EXPECT_EQ(counted.CountPages(fixed_serial::kInbox), 18);
+  for (const qint32 number : {18, 11, 17, 10, 18}) {
+    SCOPED_TRACE(number);
+    EXPECT_EQ(Page(counted, number), expected.mid((number - 1) * kRowsPerPage, kRowsPerPage));
+  }
   MessageListPages fresh(profile_.Get());
   while (fresh.Explore(fixed_serial::kInbox)) continue;
   EXPECT_EQ(fresh.CountPages(fixed_serial::kInbox, {}, false), 18);

@@ -261,6 +261,18 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   EXPECT_EQ(Chosen(), Ids({3}));
 }
 
+TEST_F(FolderPageTest, APageMadeAnewWhileItIsLoadingIsShown) {
+  Begin(60, 100);
+  for (int i = 0; i < 25; ++i) {
+    Browser()->LoadDefaultProperty(nullptr, true);
+    WaitFor([] { return false; }, i % 5 * 7);
+  }
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No60.")); }));
+  const QDir pages(Folder() + QStringLiteral("temp"));
+  EXPECT_TRUE(WaitFor([&pages] { return pages.entryList({QStringLiteral("*.html")}).isEmpty(); }))
+      << "each page is deleted once it was read";
+}
+
 TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   Begin(59, 10, true);
   EXPECT_TRUE(PageText().contains(QStringLiteral("No59.")));
@@ -322,7 +334,7 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
             QByteArray("<img src=URL/cc>").replace("URL", url) + "\" <c@example.jp>\r\n");
   // The default layout shows subject and sender; this message is hostile in both.
   {
-    Context& context = program_->Parent()->Contents();
+    Context& context = program_->GetContext();
     Disk request(QStringLiteral("mail_hostile"));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
@@ -401,7 +413,7 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
     }));
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
   }
-  const DiskPtr layouts = program_->Parent()->Contents().Objects.Find(fixed_serial::kLayout);
+  const DiskPtr layouts = program_->GetContext().Objects.Find(fixed_serial::kLayout);
   ASSERT_NE(layouts, nullptr);
   EXPECT_FALSE(layouts->Get(fixed_serial::kInbox + QStringLiteral("_html")).isValid());
 }
@@ -443,11 +455,8 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
   WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
                "/news' target='news'>news</a></body>");
   const auto open = [&](const char* path) {
-    BrowserRequest request;
-    request.serialId = QString::fromLatin1(path);
-    request.url = QString::fromLatin1(site.Url() + path);
     const size_t before = Browsers().size();
-    program_->Parent()->PostBrowser(request);
+    program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + path));
     EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
     BrowserWindow* window = Browsers().back();
     auto& view = Child<QWebEngineView>(*window, u"wbUrl");

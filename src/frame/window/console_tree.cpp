@@ -204,9 +204,9 @@ QString ConsoleTree::TakingFolderAt(const QPoint& at) const {
   const QTreeWidgetItem* item = itemAt(at);
   const QString key = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
   const DiskPtr folder = context_.Objects.Find(key);
-  if (folder == nullptr || folder->Text(u"FormName") != object_type::kFolder) return {};
-  const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||
-                     folder->Text(u"Draw").contains(u"static");
+  if (folder == nullptr) return {};
+  const bool takes =
+      key == fixed_serial::kDust || key == fixed_serial::kInbox || IsFilledByHand(*folder);
   return takes ? key : QString();
 }
 

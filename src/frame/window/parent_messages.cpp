@@ -10,6 +10,7 @@
 #include "frame/window/parent_window.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "present/neighbour_message.h"
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
@@ -25,14 +26,15 @@ constexpr int kCountLaterMs = 1000;
 // A folder whose counting is slow is left alone for so many times as long.
 constexpr qint64 kCountShare = 50;
 
-bool IsFilledByHand(Context& context, const QString& folder) {
+bool IsFilledByHand(const Context& context, const QString& folder) {
   const DiskPtr object = context.Objects.Find(folder);
-  return object != nullptr && object->Text(u"Draw").contains(u"static");
+  return object != nullptr && IsFilledByHand(*object);
 }
 
 }  // namespace
 
-void ParentWindow::TellFailure(bool done) {
+// The end of a change to messages, of which a failure is told.
+void ParentWindow::EndChange(bool done) {
   if (!done) {
     QMessageBox::critical(this, kApplicationTitle,
                           Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
@@ -43,7 +45,7 @@ void ParentWindow::TellFailure(bool done) {
 void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messages,
                                  const QString& folder) {
   if (action == MessageAction::OutOfDust) {
-    TellFailure(SetDust(context_, messages, false));
+    EndChange(SetDust(context_, messages, false));
     return;
   }
   if (action == MessageAction::File) {
@@ -52,18 +54,18 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
                                    QStringLiteral("static"));
     if (into.isEmpty() || !IsFilledByHand(context_, into)) return;
     const QString from = IsFilledByHand(context_, folder) && into != folder ? folder : QString();
-    TellFailure(FileMessages(context_, messages, into, from));
+    EndChange(FileMessages(context_, messages, into, from));
     return;
   }
   if (folder != fixed_serial::kDust) {
-    TellFailure(SetDust(context_, messages, true));
+    EndChange(SetDust(context_, messages, true));
     return;
   }
   const auto answer = QMessageBox::question(
       this, kApplicationTitle,
       Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer == QMessageBox::Ok) TellFailure(DeleteMessages(context_, messages));
+  if (answer == QMessageBox::Ok) EndChange(DeleteMessages(context_, messages));
 }
 
 // A message that belongs to a choice of several brings the others along.
@@ -76,10 +78,10 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
     // A failure is told to the user, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, messages, folder, from] {
       if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
-        TellFailure(SetDust(context_, messages, folder == fixed_serial::kDust));
+        EndChange(SetDust(context_, messages, folder == fixed_serial::kDust));
       } else {
         const bool moves = from != folder && IsFilledByHand(context_, from);
-        TellFailure(FileMessages(context_, messages, folder, moves ? from : QString()));
+        EndChange(FileMessages(context_, messages, folder, moves ? from : QString()));
       }
     });
   });

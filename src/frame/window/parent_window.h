@@ -48,8 +48,8 @@ class ParentWindow : public QMainWindow,
   /// Opens what the program was started with: a message file or a "mailto:" address.
   void OpenArgument(const QString& argument);
   MailTraffic& Traffic() { return traffic_; }
-  Context& Contents() { return context_; }
-  void PostBrowser(const BrowserRequest& request) { queue_.PostBrowserRequest(request); }
+  /// Opens a web page in a window of its own.
+  void OpenWebPage(const QString& url);
 
   // DispatchHost
   bool IsEnabled() const override;
@@ -104,7 +104,6 @@ class ParentWindow : public QMainWindow,
   void BuildDisplayMenu();
   void BuildBookmarkMenu();
   void FillBookmarkMenu(QMenu* menu);
-  void OpenWebPage(const QString& url);
   void EmptyDust();
   void ImportFiles();
   void ImportFolder();
@@ -118,7 +117,7 @@ class ParentWindow : public QMainWindow,
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
-  void TellFailure(bool done);
+  void EndChange(bool done);
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
   void CountNextUnread();

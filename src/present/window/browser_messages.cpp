@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QWebEngineView>
 
+#include "mail/message_model.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
@@ -12,31 +13,28 @@
 namespace vorn {
 namespace {
 
-enum OpenModes { kRead = 0, kReply, kReplyToAll, kForward };
 constexpr qsizetype kManyWindows = 5;
 
 }  // namespace
 
 // The keys act while the page has the focus; in the boxes of the toolbar they type.
-QAction* BrowserWindow::AddCommand(const QString& name, const QString& text,
-                                   const QList<QKeySequence>& keys,
-                                   const std::function<void()>& run) {
-  auto* action = new QAction(text, this);
-  action->setObjectName(QStringLiteral("cmd_") + name);
+QAction* BrowserWindow::AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run) {
+  auto* action = new QAction(this);
   action->setShortcuts(keys);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(action, &QAction::triggered, this, run);
   wbUrl_->addAction(action);
-  messageMenu_->addAction(action);
   return action;
 }
 
-void BrowserWindow::AddMove(const QKeySequence& key, const std::function<void()>& run) {
-  auto* action = new QAction(this);
-  action->setShortcut(key);
-  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(action, &QAction::triggered, this, run);
-  wbUrl_->addAction(action);
+QAction* BrowserWindow::AddCommand(const QString& name, const QString& text,
+                                   const QList<QKeySequence>& keys,
+                                   const std::function<void()>& run) {
+  QAction* action = AddKeys(keys, run);
+  action->setObjectName(QStringLiteral("cmd_") + name);
+  action->setText(text);
+  messageMenu_->addAction(action);
+  return action;
 }
 
 // Without messages the keys are the page's own.
@@ -48,13 +46,13 @@ void BrowserWindow::BuildMessageCommands() {
   messageMenu_ = new QMenu(this);
   messageMenu_->setObjectName(QStringLiteral("menuMessages"));
   AddCommand(QStringLiteral("open"), Ui::tr("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
-             [this] { OpenChosen(kRead); });
+             [this] { OpenChosen(OpenMode::Show); });
   AddCommand(QStringLiteral("replay"), Ui::tr("返信(&R)"), {Qt::Key_R},
-             [this] { OpenChosen(kReply); });
+             [this] { OpenChosen(OpenMode::Reply); });
   AddCommand(QStringLiteral("replayall"), Ui::tr("全員に返信(&A)"), {Qt::SHIFT | Qt::Key_R},
-             [this] { OpenChosen(kReplyToAll); });
+             [this] { OpenChosen(OpenMode::ReplyAll); });
   AddCommand(QStringLiteral("forward"), Ui::tr("転送(&F)"), {Qt::Key_F},
-             [this] { OpenChosen(kForward); });
+             [this] { OpenChosen(OpenMode::Forward); });
   messageMenu_->addSeparator();
   AddCommand(QStringLiteral("file"), Ui::tr("フォルダに入れる(&M).."), {Qt::Key_M},
              [this] { Act(MessageAction::File); });
@@ -72,14 +70,12 @@ void BrowserWindow::BuildMessageCommands() {
   for (const int shift : {0, static_cast<int>(Qt::SHIFT)}) {
     const auto key = [shift](Qt::Key code) { return QKeySequence(shift | code); };
     const bool extend = shift != 0;
-    AddMove(key(Qt::Key_Down), [this, extend] { rows_.Step(1, extend); });
-    AddMove(key(Qt::Key_Up), [this, extend] { rows_.Step(-1, extend); });
-    AddMove(key(Qt::Key_J), [this, extend] { rows_.Step(1, extend); });
-    AddMove(key(Qt::Key_K), [this, extend] { rows_.Step(-1, extend); });
-    AddMove(key(Qt::Key_Home), [this, extend] { rows_.GoTo(0, extend); });
-    AddMove(key(Qt::Key_End), [this, extend] { rows_.GoTo(-1, extend); });
+    AddKeys({key(Qt::Key_Down), key(Qt::Key_J)}, [this, extend] { rows_.Step(1, extend); });
+    AddKeys({key(Qt::Key_Up), key(Qt::Key_K)}, [this, extend] { rows_.Step(-1, extend); });
+    AddKeys({key(Qt::Key_Home)}, [this, extend] { rows_.GoTo(0, extend); });
+    AddKeys({key(Qt::Key_End)}, [this, extend] { rows_.GoTo(-1, extend); });
   }
-  AddMove(QKeySequence(Qt::Key_Space), [this] { rows_.Toggle(); });
+  AddKeys({Qt::Key_Space}, [this] { rows_.Toggle(); });
   rows_.OnRows([this] { EnableMessageCommands(); });
   EnableMessageCommands();
 }
@@ -89,13 +85,16 @@ void BrowserWindow::RunCommand(const QString& command) {
 }
 
 // All chosen messages are read, one is answered.
-void BrowserWindow::OpenChosen(int open) {
-  rows_.Chosen([this, open](const QStringList& chosen) {
-    const QStringList messages = open == kRead ? chosen : chosen.mid(0, 1);
+void BrowserWindow::OpenChosen(OpenMode mode) {
+  rows_.Chosen([this, mode](const QStringList& chosen) {
+    const bool reads = mode == OpenMode::Show;
+    const QStringList messages = reads ? chosen : chosen.mid(0, 1);
     // The user may be asked, which must not happen inside the engine's answer.
-    QTimer::singleShot(0, this, [this, open, messages] {
+    QTimer::singleShot(0, this, [this, mode, reads, messages] {
       if (messages.size() > kManyWindows && !AgreesToOpen(messages.size())) return;
-      for (const QString& serialId : messages) host_.OpenMessage(open, serialId, open != kRead);
+      for (const QString& serialId : messages) {
+        host_.OpenMessage(static_cast<int>(mode), serialId, !reads);
+      }
     });
   });
 }

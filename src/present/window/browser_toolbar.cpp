@@ -248,6 +248,8 @@ void BrowserWindow::ShowLinkList() {
     auto* menu = new QMenu(url_);
     menu->setObjectName(QStringLiteral("menuUrl"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    // A page may have hundreds: one column that scrolls.
+    menu->setStyleSheet(QStringLiteral("QMenu { menu-scrollable: 1; }"));
     for (const PageRows::Link& link : links) {
       QString text = link.text.simplified().left(kMenuTextLength);
       menu->addAction(text.replace(u'&', QStringLiteral("&&")), this,

@@ -27,6 +27,10 @@ using namespace browser_key;
 namespace {
 
 const QString kInit = QStringLiteral("init");
+constexpr int kExploreAfterMs = 1000;
+constexpr int kExplorePauseMs = 20;
+constexpr int kHoldMs = 1000;
+constexpr int kPrinterRestMs = 10000;
 
 // Whether there is neither an account nor a message yet.
 bool IsFirstUse(Context& context) {
@@ -57,10 +61,6 @@ QString FirstUseText() {
   for (const QString& step : steps) text += QStringLiteral("<li>") + step + QStringLiteral("</li>");
   return text + QStringLiteral("</ul>");
 }
-
-constexpr int kExploreAfterMs = 1000;
-constexpr int kExplorePauseMs = 20;
-constexpr int kPrinterRestMs = 10000;
 
 }  // namespace
 
@@ -117,6 +117,10 @@ LinkPage* BrowserWindow::BecomeNewWindow() {
   bag_->Let(kInit, true);
   UsePage(false);
   page_->HoldFirstNavigation();
+  // One that is filled without going anywhere is shown as well.
+  QTimer::singleShot(kHoldMs, this, [this] {
+    if (bag_->Flag(kInit) && !Dust()) TakeName(QString(), QUrl());
+  });
   return page_;
 }
 

@@ -25,6 +25,7 @@ class QWebEngineView;
 namespace vorn {
 
 class LinkPage;
+enum class OpenMode;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
 /// It keeps its request and reads from it "local", "url" and "Page", and writes back "before",
@@ -89,11 +90,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void FollowLink(const QString& address);
 
   void BuildMessageCommands();
+  QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
   QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
                       const std::function<void()>& run);
-  void AddMove(const QKeySequence& key, const std::function<void()>& run);
   void EnableMessageCommands();
-  void OpenChosen(int open);
+  void OpenChosen(OpenMode mode);
   bool AgreesToOpen(qsizetype windows);
   void Act(MessageAction action);
 
