@@ -51,12 +51,12 @@ bool ExportMessages(Context& context, const QString& folder, ArchiveFormat forma
   MailStore store(context);
   for (const Listed& message : messages) {
     if (!goesOn) break;
-    const QByteArray source = store.LoadMessageSource(Disk(message.serialId));
-    if (source.isEmpty()) {
+    const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
+    if (!source || source->isEmpty()) {
       *error = Ui::tr("メッセージを読み込めません。") + context.Data.LastError().text;
       return false;
     }
-    goesOn = writer.Write(source, message.subject, message.opened);
+    goesOn = writer.Write(*source, message.subject, message.opened);
     if (!goesOn) break;
     ++*count;
     if (progress && !progress(*count)) {

@@ -66,11 +66,13 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
   return row->Update();
 }
 
-QByteArray MailStore::LoadMessageSource(const Disk& request) {
-  if (!Open(request)) return {};
-  QByteArray source;
+std::optional<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
+  if (!Open(request)) return std::nullopt;
+  std::optional<QByteArray> source;
   if (context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
-    source = context_.Data.Recordset()->Fields(u"MAIL").toByteArray();
+    const RecordsetPtr row = context_.Data.Recordset();
+    source = row->Fields(u"MAIL").toByteArray();
+    if (row->Failed()) source.reset();
   }
   context_.Data.Close();
   return source;

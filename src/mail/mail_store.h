@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 #include "storage/context.h"
 
@@ -29,8 +30,9 @@ class MailStore {
   /// All or nothing. Returns the serial identifier, or an empty string on failure.
   QString StoreMessage(const Disk& request, const QByteArray& source);
 
-  /// The message's source, exactly as it was stored; empty when there is no such row.
-  QByteArray LoadMessageSource(const Disk& request);
+  /// The message's source, exactly as it was stored; empty when there is no such row. Nothing when
+  /// it cannot be read, or no longer is what was stored.
+  std::optional<QByteArray> LoadMessageSource(const Disk& request);
 
   /// Deletes the message's row. The folder rows are not touched.
   bool DeleteMessage(const Disk& request);

@@ -43,6 +43,7 @@ QByteArray ReadRow(DataSession& data, Disk& request) {
     request.Let(QString::fromUtf16(copied.key), row->Fields(QStringView(copied.column)));
   }
   QByteArray source = row->Fields(u"MAIL").toByteArray();
+  if (row->Failed()) return {};
   return source.isNull() ? QByteArrayLiteral("") : source;
 }
 

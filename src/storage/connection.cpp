@@ -8,6 +8,7 @@
 #include "storage/engine.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
+#include "storage/source_digest.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -364,21 +365,28 @@ qint64 Connection::LastRowId() const {
   return sqlite3_last_insert_rowid(handle_);
 }
 
-QByteArray Connection::ReadLongBinary(qint64 id) {
+std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
   sqlite3_blob* blob = nullptr;
-  QByteArray bytes;
+  std::optional<QByteArray> bytes;
   if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
-    const int size = sqlite3_blob_bytes(blob);
-    bytes.resize(size);
-    if (sqlite3_blob_read(blob, bytes.data(), size, 0) != SQLITE_OK) {
-      Fail();
-      bytes.clear();
-    }
-  } else {
-    Fail();
+    bytes.emplace(sqlite3_blob_bytes(blob), Qt::Uninitialized);
+    const int size = static_cast<int>(bytes->size());
+    if (sqlite3_blob_read(blob, bytes->data(), size, 0) != SQLITE_OK) bytes.reset();
   }
+  if (!bytes) Fail();
   sqlite3_blob_close(blob);
+  if (!bytes) return bytes;
+  // The engine has been seen to give pages of zeros for pages that it could not decrypt.
+  const QByteArray digest = ReadDigest(id);
+  if (!digest.isEmpty() && digest != SourceDigest(*bytes)) {
+    error_ = {StorageError::Kind::Damaged, Ui::tr("メッセージのデータが壊れています。")};
+    return std::nullopt;
+  }
   return bytes;
+}
+
+QByteArray Connection::ReadDigest(qint64 id) {
+  return Scalar("SELECT DIGEST FROM long_binary WHERE ID = ?", {id}).toByteArray();
 }
 
 qint64 Connection::LongBinarySize(qint64 id) {
@@ -392,7 +400,9 @@ qint64 Connection::LongBinarySize(qint64 id) {
 }
 
 qint64 Connection::WriteLongBinary(const QByteArray& data) {
-  return Run("INSERT INTO long_binary (DATA) VALUES (?)", {data}) ? LastRowId() : 0;
+  return Run("INSERT INTO long_binary (DIGEST, DATA) VALUES (?, ?)", {SourceDigest(data), data})
+             ? LastRowId()
+             : 0;
 }
 
 void Connection::EndRecordsets() {

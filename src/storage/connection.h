@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <memory>
+#include <optional>
 
 #include "storage/storage_error.h"
 
@@ -85,7 +86,8 @@ class Connection {
   /// See `DataSession::ChangeMark`.
   QString ChangeMark();
   qint64 LastRowId() const;
-  QByteArray ReadLongBinary(qint64 id);
+  /// Nothing, with the reason in `LastError`, when it cannot be read as it was written.
+  std::optional<QByteArray> ReadLongBinary(qint64 id);
   qint64 LongBinarySize(qint64 id);
   /// The new entry's identifier, 0 on failure.
   qint64 WriteLongBinary(const QByteArray& data);
@@ -100,6 +102,7 @@ class Connection {
   friend class Statement;
   Connection() = default;
   bool CheckPoint();
+  QByteArray ReadDigest(qint64 id);
   bool SetUp(const QString& password, StorageError* error);
   bool CheckFormat(StorageError* error);
   void RegisterFunctions();

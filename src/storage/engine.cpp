@@ -1,4 +1,5 @@
 #include "storage/engine.h"
+#include "storage/schema.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -39,6 +40,11 @@ StorageError EngineError(sqlite3* handle) {
     case SQLITE_READONLY:
     case SQLITE_PERM:
       return {Kind::Other, Ui::tr("データベースファイルに書き込めません。")};
+    case SQLITE_CONSTRAINT:
+      if (kInTransferWords == sqlite3_errmsg(handle)) {
+        return {Kind::InTransfer, Ui::tr("送信中か、送信の結果が分からないメッセージです。")};
+      }
+      return {Kind::Other, Ui::tr("同じメッセージが既に保存されています。")};
     case SQLITE_ERROR:
       return {Kind::BadStatement,
               Ui::tr("文を実行できません: ") + QString::fromUtf8(sqlite3_errmsg(handle))};

@@ -78,7 +78,10 @@ QVariant Recordset::Fields(QStringView name) const {
   if (column < 0 || !columns_[static_cast<size_t>(column)].longBinary || !value.isValid()) {
     return value;
   }
-  return connection_->ReadLongBinary(value.toLongLong());
+  const std::optional<QByteArray> bytes = connection_->ReadLongBinary(value.toLongLong());
+  if (bytes) return *bytes;
+  failed_ = true;
+  return {};
 }
 
 qint64 Recordset::ByteCount(QStringView name) const {

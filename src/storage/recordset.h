@@ -35,7 +35,8 @@ class Recordset {
 
   /// Whether there is no current row.
   bool Eof() const { return !hasRow_; }
-  /// Whether reading stopped because of an error rather than at the end.
+  /// Whether reading stopped because of an error rather than at the end, or a column could not be
+  /// read as it was written.
   bool Failed() const { return failed_; }
   void MoveNext();
 
@@ -72,7 +73,7 @@ class Recordset {
   std::unique_ptr<Statement> statement_;
   std::vector<Column> columns_;
   bool hasRow_ = false;
-  bool failed_ = false;
+  mutable bool failed_ = false;
 
   // Updatable sets only. The first column of every row is its row number in the table.
   QString table_;

@@ -40,13 +40,67 @@ bool HasTable(Connection& connection, const QByteArray& table) {
 bool CreateLongBinary(Connection& connection, const QByteArray& table, const QByteArray& column) {
   const QByteArray drop = "BEGIN DELETE FROM long_binary WHERE ID = OLD." + column + "; END";
   const QByteArray name = table + "_" + column;
+  // The digest stands first, so that it is read without the data.
   return connection.Run(
-             "CREATE TABLE IF NOT EXISTS long_binary (ID INTEGER PRIMARY KEY, DATA BLOB)") &&
+             "CREATE TABLE IF NOT EXISTS long_binary (ID INTEGER PRIMARY KEY, DIGEST BLOB, DATA "
+             "BLOB)") &&
          connection.Run("CREATE TRIGGER IF NOT EXISTS " + name + "_deleted AFTER DELETE ON " +
                         table + " " + drop) &&
          connection.Run("CREATE TRIGGER IF NOT EXISTS " + name + "_replaced AFTER UPDATE OF " +
                         column + " ON " + table + " WHEN OLD." + column + " IS NOT NEW." + column +
                         " " + drop);
+}
+
+bool AddDigests(Connection& connection) {
+  bool exists = false;
+  return HasColumn(connection, "long_binary", QStringLiteral("DIGEST"), &exists) || !exists ||
+         connection.Run("ALTER TABLE long_binary ADD COLUMN DIGEST BLOB");
+}
+
+// Earlier versions could store a message twice; both rows stay, under identifiers of their own.
+bool TellDoublesApart(Connection& connection) {
+  return connection.Run(
+      "UPDATE mail SET FIELD_ID = FIELD_ID || '#' || SERIALID WHERE rowid NOT IN (SELECT "
+      "MIN(rowid) FROM mail GROUP BY FIELD_ID)");
+}
+
+bool CreateMailIndexes(Connection& connection) {
+  return connection.Run("CREATE UNIQUE INDEX IF NOT EXISTS mail_FIELD_ID ON mail (FIELD_ID)") &&
+         connection.Run(
+             "CREATE INDEX IF NOT EXISTS mail_STATUS ON mail (STATUS, "
+             "FIELD_TIMESTAMP)") &&
+         // The few messages that are not yet opened, which every folder's count asks for.
+         connection.Run(
+             "CREATE INDEX IF NOT EXISTS mail_UNREAD ON mail (STATUS, FIELD_FLAG) WHERE "
+             "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1");
+}
+
+// A message that is being handed over to a server, or may have been, keeps its source and its state
+// whoever writes to the file. STATE is 1 while it is under way, and 2 when nobody knows whether it
+// arrived; such a message may be thrown away and taken back, and deleted.
+bool CreateSendAttempts(Connection& connection) {
+  const QByteArray refuse =
+      " BEGIN SELECT RAISE(ABORT, '" + QByteArray(kInTransferWords.data()) + "'); END";
+  return connection.Run(
+             "CREATE TABLE IF NOT EXISTS send_attempt (SERIALID TEXT PRIMARY KEY, STATE INTEGER, "
+             "OWNER TEXT, STARTED DATETIME, SERVER TEXT, REPLY TEXT)") &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS send_attempt_keeps_row BEFORE UPDATE OF STATUS, MAIL ON "
+             "mail WHEN EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND NOT "
+             "(STATE = 2 AND NEW.MAIL IS OLD.MAIL AND ABS(NEW.STATUS) = ABS(OLD.STATUS)))" +
+             refuse) &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS send_attempt_keeps_message BEFORE DELETE ON mail WHEN "
+             "EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND STATE <> 2)" +
+             refuse) &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS send_attempt_goes AFTER DELETE ON mail BEGIN DELETE "
+             "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
+}
+
+bool CreateLeases(Connection& connection) {
+  return connection.Run(
+      "CREATE TABLE IF NOT EXISTS lease (NAME TEXT PRIMARY KEY, OWNER TEXT, BEAT DATETIME)");
 }
 
 }  // namespace
@@ -70,14 +124,10 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
-      !(connection.Run("CREATE INDEX IF NOT EXISTS mail_FIELD_ID ON mail (FIELD_ID)") &&
-        connection.Run("CREATE INDEX IF NOT EXISTS mail_STATUS ON mail (STATUS, "
-                       "FIELD_TIMESTAMP)") &&
-        // The few messages that are not yet opened, which every folder's count asks for.
-        connection.Run("CREATE INDEX IF NOT EXISTS mail_UNREAD ON mail (STATUS, FIELD_FLAG) WHERE "
-                       "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1"))) {
+      !(CreateMailIndexes(connection) && CreateSendAttempts(connection))) {
     return false;
   }
+  if (HasTable(connection, "object") && !CreateLeases(connection)) return false;
   return connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion));
 }
 
@@ -85,9 +135,13 @@ bool MigrateSchema(Connection& connection) {
   // A file without a version has no tables yet.
   const int version = connection.Scalar("PRAGMA user_version").toInt();
   if (version == 0 || version >= kSchemaVersion) return true;
-  // From 1 to 2: an index more.
+  // From 1 to 2: an index more. From 2 to 3: digests, identifiers that are unique, and what is
+  // known of sending and of work under way.
   if (!connection.Begin()) return false;
-  if (CompleteSchema(connection) && connection.Commit()) return true;
+  const bool prepared =
+      !HasTable(connection, "mail") || (AddDigests(connection) && TellDoublesApart(connection) &&
+                                        connection.Run("DROP INDEX IF EXISTS mail_FIELD_ID"));
+  if (prepared && CompleteSchema(connection) && connection.Commit()) return true;
   connection.Rollback();
   return false;
 }

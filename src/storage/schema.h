@@ -10,11 +10,14 @@ class Connection;
 /// Marks a file as ours ("Vorn" in ASCII, the engine's application_id).
 inline constexpr int kApplicationId = 0x566F726E;
 /// The version of the tables. A file with a higher one is refused and left untouched.
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 
 /// The declared type of a column whose bytes are kept in the table `long_binary`; the column itself
 /// holds the entry's identifier. Lists and searches then never read past the message sources.
 inline constexpr std::string_view kLongBinaryType = "LONGBINARY";
+
+/// What the engine says when a message is changed that is being sent.
+inline constexpr std::string_view kInTransferWords = "message in transfer";
 
 /// Type codes of `DataSession::CreateField`.
 enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Memo = 12 };
@@ -25,8 +28,8 @@ enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Me
 bool CreateColumn(Connection& connection, const QString& table, const QString& column,
                   FieldType type, bool indexed);
 
-/// Completes the tables after their columns: the indexes over more than one column, the rule that
-/// long binary data goes with its row, and the version mark.
+/// Completes the tables after their columns: the indexes over more than one column, the tables that
+/// stand beside them and their rules, and the version mark.
 bool CompleteSchema(Connection& connection);
 
 /// Brings the tables of a file of an older version up to this one, all at once or not at all.

@@ -15,7 +15,8 @@ struct StorageError {
     Busy,
     DiskFull,
     Damaged,
-    Refused,  ///< a user-written condition that does more than read messages
+    Refused,     ///< a user-written condition that does more than read messages
+    InTransfer,  ///< a message that is being sent, or of which nobody knows whether it was
     BadStatement,
     Other,
   };

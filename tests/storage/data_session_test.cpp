@@ -106,22 +106,69 @@ TEST_F(DataSessionTest, ForeignAndNewerFilesAreRefusedAndLeftAlone) {
   EXPECT_EQ(ReadFile(path_), before);
 }
 
-TEST_F(DataSessionTest, AnOlderFileIsBroughtUpToDate) {
-  for (const char16_t* column : {u"STATUS", u"FIELD_TIMESTAMP", u"FIELD_ID", u"FIELD_FLAG"}) {
-    ASSERT_TRUE(data_.CreateField(QStringLiteral("mail"), QString::fromUtf16(column),
-                                  FieldType::Memo, false, false, 0));
+// The tables as version 1 made them, with a message that was stored twice.
+void MakeOldTables(DataSession& data) {
+  for (const char16_t* column :
+       {u"SERIALID", u"STATUS", u"FIELD_TIMESTAMP", u"FIELD_ID", u"FIELD_FLAG"}) {
+    ASSERT_TRUE(data.CreateField(QStringLiteral("mail"), QString::fromUtf16(column),
+                                 FieldType::Memo, false, false, 0));
   }
-  ASSERT_TRUE(data_.CompleteFields());
-  const QString index =
-      QStringLiteral("SELECT name AS V FROM sqlite_master WHERE name = 'mail_UNREAD'");
-  ASSERT_TRUE(data_.Execute(QStringLiteral("DROP INDEX mail_UNREAD")));
-  ASSERT_TRUE(data_.Execute(QStringLiteral("PRAGMA user_version = 1")));
-  EXPECT_EQ(Values(index), QStringList());
+  ASSERT_TRUE(data.CreateField(QStringLiteral("mail"), QStringLiteral("MAIL"),
+                               FieldType::LongBinary, false, false, 0));
+  for (const char16_t* statement :
+       {u"DROP TABLE long_binary", u"CREATE TABLE long_binary (ID INTEGER PRIMARY KEY, DATA BLOB)",
+        u"CREATE INDEX mail_FIELD_ID ON mail (FIELD_ID)",
+        u"INSERT INTO long_binary VALUES (1, 'first')",
+        u"INSERT INTO mail (SERIALID, STATUS, FIELD_ID, MAIL) VALUES ('a', 4, 'same', 1)",
+        u"INSERT INTO mail (SERIALID, STATUS, FIELD_ID, MAIL) VALUES ('b', 4, 'same', 1)",
+        u"PRAGMA user_version = 1"}) {
+    ASSERT_TRUE(data.Execute(QString::fromUtf16(statement))) << data.LastError().text.toStdString();
+  }
+}
+
+TEST_F(DataSessionTest, AnOlderFileIsBroughtUpToDate) {
+  MakeOldTables(data_);
   data_.CloseAll();
-  ASSERT_TRUE(data_.Open(path_, kPassword));
-  EXPECT_EQ(Values(index), QStringList({QStringLiteral("mail_UNREAD")}));
+  ASSERT_TRUE(data_.Open(path_, kPassword)) << data_.LastError().text.toStdString();
+  EXPECT_EQ(
+      Values(QStringLiteral("SELECT name AS V FROM sqlite_master WHERE name = 'mail_UNREAD'")),
+      QStringList({QStringLiteral("mail_UNREAD")}));
   ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("PRAGMA user_version"), CursorKind::ForwardOnly));
   EXPECT_EQ(data_.Recordset()->Fields(u"user_version").toInt(), kSchemaVersion);
+  // Both rows are there, the one that came first under its identifier; a third one is refused.
+  EXPECT_EQ(Values(QStringLiteral("SELECT FIELD_ID AS V FROM mail ORDER BY SERIALID")),
+            (QStringList{QStringLiteral("same"), QStringLiteral("same#b")}));
+  EXPECT_FALSE(data_.Execute(
+      QStringLiteral("INSERT INTO mail (SERIALID, STATUS, FIELD_ID) VALUES ('c', 4, 'same')")));
+  // A source that was stored without a digest is read all the same.
+  ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly));
+  EXPECT_EQ(data_.Recordset()->Fields(u"MAIL").toByteArray(), QByteArray("first"));
+}
+
+TEST_F(DataSessionTest, AMessageThatIsBeingSentCannotBeChanged) {
+  MakeOldTables(data_);
+  data_.CloseAll();
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  const auto run = [this](const char16_t* statement) {
+    return data_.Execute(QString::fromUtf16(statement));
+  };
+  ASSERT_TRUE(run(u"UPDATE mail SET STATUS = 2"));
+  ASSERT_TRUE(run(u"INSERT INTO send_attempt (SERIALID, STATE) VALUES ('a', 1)"));
+  for (const char16_t* statement :
+       {u"UPDATE mail SET STATUS = 1 WHERE SERIALID = 'a'", u"UPDATE mail SET STATUS = -2",
+        u"UPDATE mail SET MAIL = 2 WHERE SERIALID = 'a'", u"DELETE FROM mail"}) {
+    EXPECT_FALSE(run(statement)) << QString::fromUtf16(statement).toStdString();
+    EXPECT_EQ(data_.LastError().kind, StorageError::Kind::InTransfer);
+  }
+  EXPECT_TRUE(run(u"UPDATE mail SET FIELD_FLAG = '02'"));
+  EXPECT_TRUE(run(u"UPDATE mail SET STATUS = 1 WHERE SERIALID = 'b'"));
+  // Of one that may have arrived the state stays what it is, but it can be thrown away.
+  ASSERT_TRUE(run(u"UPDATE send_attempt SET STATE = 2"));
+  EXPECT_FALSE(run(u"UPDATE mail SET STATUS = 1 WHERE SERIALID = 'a'"));
+  EXPECT_FALSE(run(u"UPDATE mail SET MAIL = 2 WHERE SERIALID = 'a'"));
+  EXPECT_TRUE(run(u"UPDATE mail SET STATUS = -2 WHERE SERIALID = 'a'"));
+  EXPECT_TRUE(run(u"DELETE FROM mail WHERE SERIALID = 'a'"));
+  EXPECT_EQ(Values(QStringLiteral("SELECT SERIALID AS V FROM send_attempt")), QStringList());
 }
 
 TEST_F(DataSessionTest, ResultSetsStayUsableAfterLaterQueries) {

@@ -134,7 +134,7 @@ TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelle
   TypeText(memo, QStringLiteral("追記"));
   window.close();
   ASSERT_TRUE(Gone());
-  EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial)).contains("Content-"));
+  EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial))->contains("Content-"));
 }
 
 TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
@@ -197,7 +197,7 @@ TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
   TypeText(memo, QStringLiteral("日本"));
   window.close();
   ASSERT_TRUE(Gone());
-  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial));
+  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).value();
   EXPECT_TRUE(source.contains("X-Priority: 1\r\n")) << source.toStdString();
   EXPECT_TRUE(source.contains("X-Note: mine\r\n"));
   EXPECT_TRUE(source.contains("\x93\xFA\x96\x7B"));

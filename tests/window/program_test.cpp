@@ -177,7 +177,7 @@ TEST_F(ProgramTest, TheDustBinIsEmptiedWhenTheUserAgrees) {
                        [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
   EXPECT_EQ(count(QStringLiteral("mail")), 1);
   EXPECT_EQ(count(QStringLiteral("folder")), 1);
-  EXPECT_FALSE(MailStore(context).LoadMessageSource(Disk(QStringLiteral("kept"))).isEmpty());
+  EXPECT_FALSE(MailStore(context).LoadMessageSource(Disk(QStringLiteral("kept")))->isEmpty());
 }
 
 TEST_F(ProgramTest, ABookmarkOpensItsPlace) {
