@@ -231,6 +231,7 @@ void Pop::Cancel() {
 
 void Pop::Fail(PopError code, const QString& text) {
   if (!busy_) return;
+  if (session_ != nullptr) session_->Abandon();
   events_->Error(static_cast<int>(code), text);
   End();
 }
@@ -238,6 +239,7 @@ void Pop::Fail(PopError code, const QString& text) {
 void Pop::End() {
   timeout_.stop();
   pump_.stop();
+  if (session_ != nullptr) session_->Abandon();
   session_.reset();
   addresses_.clear();
   lookup_ = -1;

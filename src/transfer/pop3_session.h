@@ -37,6 +37,7 @@ class Pop3Session : public MailSession {
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
+  void Abandon() override { Finish(); }
   int Deleted() const override { return deleted_; }
 
  private:

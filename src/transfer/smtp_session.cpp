@@ -1,6 +1,7 @@
 #include "transfer/smtp_session.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "storage/ui.h"
 #include "transfer/server_words.h"
@@ -11,6 +12,8 @@ namespace {
 
 constexpr qsizetype kMaxReply = 64 * 1024;
 constexpr qsizetype kSliceBytes = 256 * 1024;
+constexpr qsizetype kEndMarkBytes = 5;
+constexpr int kClosing = 421;
 
 // An address as it may stand between angle brackets.
 bool IsSafeAddress(const QString& address) {
@@ -34,12 +37,26 @@ SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByt
       encrypted_(job_.security == Security::Tls) {}
 
 void SmtpSession::Fail(PopError code, const QString& text) {
+  // Whatever cannot be understood after the end of the message may have been a yes.
+  EndHandover(EndMarkGiven() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
   events_.Error(static_cast<int>(code), text);
   stage_ = Stage::Finished;
 }
 
+// Without its end mark no server takes a message.
+void SmtpSession::Abandon() {
+  if (Finished()) return;
+  EndHandover(EndMarkGiven() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
+  stage_ = Stage::Finished;
+}
+
+void SmtpSession::EndHandover(HandoverOutcome outcome) {
+  if (std::exchange(handingOver_, false)) events_.HandoverEnded(outcome, ServerWords(reply_));
+}
+
 // Tells a refusal and says good-bye in order.
 void SmtpSession::LeaveAfter(PopError code, const QString& sentence) {
+  EndHandover(HandoverOutcome::Refused);
   events_.Error(static_cast<int>(code), WithReply(sentence, reply_));
   Leave();
 }
@@ -72,8 +89,11 @@ bool SmtpSession::ReadReply() {
   buffer_.remove(0, end + 1);
   bool isCode = false;
   const int code = line.left(3).toInt(&isCode);
+  // All lines of a reply bear its code (RFC 5321 section 4.2.1).
   if (!isCode || code < 200 || code > 599 ||
-      (line.size() > 3 && line[3] != ' ' && line[3] != '-')) {
+      (line.size() > 3 && line[3] != ' ' && line[3] != '-') ||
+      (!reply_.isEmpty() && !reply_.startsWith(line.first(3)))) {
+    reply_ = line;
     Fail(PopError::Protocol,
          WithReply(Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
                           "ください。"),
@@ -134,19 +154,10 @@ void SmtpSession::TakeReply(int code) {
       TakeEnvelopeReply(code);
       return;
     case Stage::Data:
-      if (code == 354) {
-        SendBody();
-      } else {
-        LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
-      }
+      TakeDataReply(code);
       return;
     case Stage::Body:
-      if (code / 100 == 2) {
-        events_.MessageSent(job_.source);
-        Leave();
-      } else {
-        LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
-      }
+      TakeDecision(code);
       return;
     case Stage::Quit:
       // Answers to commands sent ahead of a refusal may come first.
@@ -272,15 +283,77 @@ void SmtpSession::SendEnvelope() {
   send_(lines);
 }
 
+// Replies come in the order of the commands: the sender's, then each recipient's.
 void SmtpSession::TakeEnvelopeReply(int code) {
   --awaited_;
+  const qsizetype command = answered_++;
+  if (code == kClosing) {
+    LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
+    return;
+  }
   if (code / 100 != 2) {
-    LeaveAfter(PopError::Refused, Ui::tr("差出人か宛先のアドレスを断られました。"));
-  } else if (!envelope_.empty()) {
-    if (awaited_ == 0) SendEnvelope();
-  } else if (awaited_ == 0) {
-    stage_ = Stage::Data;
-    Send("DATA");
+    if (command == 0) {
+      LeaveAfter(PopError::Refused,
+                 Ui::tr("差出人のアドレス「%1」をサーバーに断られました。").arg(job_.from));
+      return;
+    }
+    const QString& address = job_.recipients[command - 1];
+    events_.RecipientRefused(address, ServerWords(reply_));
+    refusals_.append(WithReply(address, reply_));
+  }
+  if (awaited_ > 0) return;
+  if (envelope_.empty()) {
+    EnvelopeDone();
+  } else {
+    SendEnvelope();
+  }
+}
+
+void SmtpSession::EnvelopeDone() {
+  if (!refusals_.isEmpty()) {
+    events_.Error(static_cast<int>(PopError::Refused),
+                  Ui::tr("宛先をサーバーに断られました。アドレスを確認してください。") +
+                      refusals_.join(u'、'));
+    Leave();
+    return;
+  }
+  if (!buffer_.isEmpty()) {  // what no command asked for would be taken for a later answer
+    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
+    return;
+  }
+  if (!events_.BeginHandover()) {
+    Leave();
+    return;
+  }
+  handingOver_ = true;
+  stage_ = Stage::Data;
+  Send("DATA");
+}
+
+void SmtpSession::TakeDataReply(int code) {
+  if (code != 354) {
+    LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
+  } else if (!buffer_.isEmpty()) {  // no answer to a message that has not been sent
+    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
+  } else {
+    SendBody();
+  }
+}
+
+// The answer to the end mark. One that comes before it ends the connection: what would follow were
+// taken for text of the message.
+void SmtpSession::TakeDecision(int code) {
+  const int kind = code / 100;
+  if (!EndMarkGiven()) {
+    Fail(PopError::Refused, WithReply(Ui::tr("メッセージの送信を断られました。"), reply_));
+  } else if (kind == 2) {
+    handingOver_ = false;
+    events_.MessageSent(job_.source);
+    Leave();
+  } else if (kind == 4 || kind == 5) {
+    LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
+  } else {
+    Fail(PopError::Protocol, WithReply(Ui::tr("サーバーの応答を理解できません。"), reply_));
   }
 }
 
@@ -295,7 +368,9 @@ void SmtpSession::SendBody() {
 void SmtpSession::Drained() {
   if (stage_ != Stage::Body || sent_ == wire_.size()) return;
   events_.Progress(0, wire_.size(), sent_);
-  const qsizetype slice = qMin(kSliceBytes, wire_.size() - sent_);
+  // The end mark is never torn: either all of it was given out or none.
+  const qsizetype rest = wire_.size() - sent_;
+  const qsizetype slice = rest < kSliceBytes + kEndMarkBytes ? rest : kSliceBytes;
   send_(wire_.sliced(sent_, slice));
   sent_ += slice;
   if (sent_ == wire_.size()) events_.Progress(0, sent_, sent_);
@@ -308,9 +383,8 @@ void SmtpSession::ConnectionLost() {
     return;
   }
   Fail(PopError::ConnectionLost,
-       stage_ == Stage::Body
-           ? Ui::tr("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。"
-                    "メッセージは送信待ちのまま残ります。")
+       EndMarkGiven()
+           ? Ui::tr("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。")
            : Ui::tr("サーバーが接続を切りました。メッセージは送信待ちのまま残ります。"));
 }
 

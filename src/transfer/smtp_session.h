@@ -26,7 +26,8 @@ struct SmtpJob {
 
 /// One SMTP conversation (RFC 5321, with STARTTLS of RFC 3207, AUTH of RFC 4954, SIZE, PIPELINING
 /// and 8BITMIME) that hands over one message to all its recipients or to none: a refused recipient
-/// ends it before the message is sent.
+/// ends it before the message is sent. Once the handing over has begun its outcome is told, however
+/// the conversation ends.
 class SmtpSession : public MailSession {
  public:
   SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
@@ -35,10 +36,11 @@ class SmtpSession : public MailSession {
   void Receive(QByteArrayView bytes) override;
   bool Work() override { return false; }
   void Drained() override;
-  bool AwaitsDecision() const override { return stage_ == Stage::Body && sent_ == wire_.size(); }
+  bool AwaitsDecision() const override { return EndMarkGiven(); }
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
+  void Abandon() override;
 
  private:
   enum class Stage {
@@ -64,6 +66,11 @@ class SmtpSession : public MailSession {
   void BeginEnvelope();
   void SendEnvelope();
   void TakeEnvelopeReply(int code);
+  void EnvelopeDone();
+  void TakeDataReply(int code);
+  void TakeDecision(int code);
+  void EndHandover(HandoverOutcome outcome);
+  bool EndMarkGiven() const { return stage_ == Stage::Body && sent_ == wire_.size(); }
   void SendBody();
   void Send(const QByteArray& line);
   void LeaveAfter(PopError code, const QString& sentence);
@@ -85,6 +92,9 @@ class SmtpSession : public MailSession {
   qsizetype sent_ = 0;               // bytes of it given out
   std::deque<QByteArray> envelope_;  // commands not sent yet
   size_t awaited_ = 0;               // envelope replies
+  qsizetype answered_ = 0;           // envelope replies so far: the first is the sender's
+  QStringList refusals_;             // "address: reply" of recipients
+  bool handingOver_ = false;         // begun, and its outcome not told yet
 };
 
 }  // namespace vorn

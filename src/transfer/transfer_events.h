@@ -45,6 +45,9 @@ class TransferEvents : public QObject, public PopEvents {
   bool MessageArrived(const QString& messageId, const QByteArray& data,
                       bool& deleteOnServer) override;
   void MessageSent(const QByteArray& data) override;
+  bool BeginHandover() override { return true; }
+  void HandoverEnded(HandoverOutcome, const QString&) override {}
+  void RecipientRefused(const QString&, const QString&) override {}
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
