@@ -78,12 +78,17 @@ bool CompleteSchema(Connection& connection) {
                        "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1"))) {
     return false;
   }
-  return connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion));
+  if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
+      !connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion))) {
+    return false;
+  }
+  connection.NoteSchemaVersion(kSchemaVersion);
+  return true;
 }
 
 bool MigrateSchema(Connection& connection) {
   // A file without a version has no tables yet.
-  const int version = connection.Scalar("PRAGMA user_version").toInt();
+  const int version = connection.SchemaVersion();
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more.
   if (!connection.Begin()) return false;
