@@ -8,10 +8,17 @@
 #include "objects/select_objects.h"
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
+#include "storage/file_lock.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
+
+constexpr int kFirstStartWaitMs = 10000;
+
+QString FirstStartLock(const Context& context) {
+  return context.AppFolder + QStringLiteral("navi.lock");
+}
 
 const QString kPassword = QStringLiteral("password");
 const QString kStatus = QStringLiteral("status");
@@ -33,6 +40,15 @@ DiskPtr DefaultProfile(const Context& context) {
 bool Fail(const Context& context, const QString& sentence, QString* error) {
   *error = sentence + context.Data.LastError().text;
   return false;
+}
+
+// A profile's very first login makes its objects; two of them at once make them once.
+bool MakeStandardObjects(Context& context) {
+  if (context.Objects.Contains(fixed_serial::kSettings)) return CreateStandardObjects(context);
+  FileLock lock(FirstStartLock(context));
+  return lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) == FileLock::Result::Taken &&
+         LoadObjects(context, DatabaseKind::Profile, context.Objects) &&
+         CreateStandardObjects(context);
 }
 
 }  // namespace
@@ -72,7 +88,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
              Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
-      return CreateStandardObjects(context) ||
+      return MakeStandardObjects(context) ||
              Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
   }
   return false;
@@ -98,6 +114,12 @@ bool LogIn(Context& context, const QString& name, const QString& password, QStri
 }
 
 DiskPtr CreateFirstProfile(Context& context) {
+  FileLock lock(FirstStartLock(context));
+  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken ||
+      !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
+    return nullptr;
+  }
+  if (const DiskPtr made = DefaultProfile(context)) return made;
   const DiskPtr profile = CreateProfile(context, QStringLiteral("Administrator"));
   if (profile != nullptr) context.Objects.Add(profile);
   return profile;

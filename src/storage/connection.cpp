@@ -1,5 +1,6 @@
 #include "storage/connection.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -126,6 +127,11 @@ QVariant Statement::Value(int column) const {
 
 std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
                                              Mode mode, StorageError* error) {
+  // The engine takes an empty file for a new one; a file of ours is never empty.
+  if (mode == Mode::Existing && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。")};
+    return nullptr;
+  }
   std::shared_ptr<Connection> connection(new Connection);
   const int flags = SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
   if (sqlite3_open_v2(path.toUtf8().constData(), &connection->handle_, flags, nullptr) !=
@@ -175,6 +181,7 @@ bool Connection::CheckFormat(StorageError* error) {
     *error = error_;
     return false;
   }
+  schemaVersion_ = version.toInt();
   const int application = Scalar("PRAGMA application_id").toInt();
   if (tables.toInt() > 0 && application != kApplicationId) {
     *error = {StorageError::Kind::Foreign, Ui::tr("このプログラムのデータベースではありません。")};

@@ -83,6 +83,10 @@ class Connection {
   /// Reads the whole file; what is wrong with it, empty when it is sound.
   QStringList Check();
 
+  /// The version of the file's tables; 0 while it has none.
+  int SchemaVersion() const { return schemaVersion_; }
+  void NoteSchemaVersion(int version) { schemaVersion_ = version; }
+
   /// See `DataSession::ChangeMark`.
   QString ChangeMark();
   qint64 LastRowId() const;
@@ -117,6 +121,7 @@ class Connection {
   QSet<Recordset*> recordsets_;
   StorageError error_;
   int depth_ = 0;
+  int schemaVersion_ = 0;
 };
 
 }  // namespace vorn
