@@ -18,6 +18,10 @@ void ConsoleHost::AddEvent(int, int, const QString&, const QString& title, const
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
 }
 
+void ConsoleHost::WorkIsHeld(const QString& sentence) {
+  Complain(sentence + QStringLiteral("終わるのを待っています。"), 0);
+}
+
 double RunPlan(MailTraffic& traffic) {
   QElapsedTimer clock;
   clock.start();

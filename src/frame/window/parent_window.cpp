@@ -187,8 +187,7 @@ void ParentWindow::menuTools_Click(int index) {
                  QStringLiteral("public"));
       break;
     case kToolsCancel:
-      traffic_.Plan().Clear();
-      traffic_.Control().Cancel();
+      traffic_.Plan().Cancel();
       break;
     default:
       QMessageBox::information(
@@ -356,6 +355,10 @@ QString ParentWindow::AskPassword(const QString& account) {
                    QString(), QStringLiteral("*"));
 }
 
+void ParentWindow::WorkIsHeld(const QString& sentence) {
+  sbStatus_->showMessage(sentence, 0);
+}
+
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
   tvConsole_->AddEventNode(serialId, title, icon);
 }
@@ -446,8 +449,8 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   KeepWindowPlacement(context_, *this, objectName());
   SaveMarkedObjects(context_);
   queue_.Clear();
+  traffic_.Plan().Cancel();
   traffic_.Plan().Clear();
-  traffic_.Control().Cancel();
   QMainWindow::closeEvent(event);
 }
 

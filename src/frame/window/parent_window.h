@@ -68,6 +68,7 @@ class ParentWindow : public QMainWindow,
   void SendAndReceive() override { menuTools_Click(0); }
   QString ChooseAccount(const QString& title, const QString& prompt) override;
   QString AskPassword(const QString& account) override;
+  void WorkIsHeld(const QString& sentence) override;
 
   // EventView
   void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;

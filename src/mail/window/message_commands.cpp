@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
@@ -102,18 +103,28 @@ void MessageWindow::CancelSending() {
       Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  const int sign = request_->Number(kProcess) < 0 ? -1 : 1;
-  request_->Let(kProcess, sign * kStatusEdit);
-  MailStore(context_).UpdateMessageState(kStateStatus, *request_, true);
+  if (!MailStore(context_).CancelWaiting(*request_)) {
+    QMessageBox::information(
+        this, kApplicationTitle,
+        Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。"));
+  }
   host_.MessageStored();
   Open();
 }
 
 // Only what was changed here: the folder's page may have changed the rest meanwhile.
 void MessageWindow::StoreState() {
-  if (changedState_ == 0) return;
-  MailStore(context_).UpdateMessageState(changedState_, *request_, true);
-  changedState_ = 0;
+  const int changed = std::exchange(changedState_, 0);
+  MailStore store(context_);
+  // A message may have been sent since the window was opened: the dust bin changes the sign alone.
+  bool stored =
+      (changed & kStateStatus) == 0 || store.SetDust(*request_, request_->Number(kProcess) < 0);
+  const int rest = changed & ~kStateStatus;
+  if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
+  if (!stored) {
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
+  }
 }
 
 void MessageWindow::TurnInto(OpenMode mode) {
@@ -135,9 +146,13 @@ void MessageWindow::DeleteClicked() {
       this, kApplicationTitle, Ui::tr("メッセージを削除します。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
+  if (!MailStore(context_).DeleteMessage(*request_)) {
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
+    return;
+  }
   request_->Let(QStringLiteral("messagedelete"), true);
   Drafts::Forget(context_, tag_);
-  MailStore(context_).DeleteMessage(*request_);
   host_.MessageStored();
   close();
 }
