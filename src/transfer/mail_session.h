@@ -33,6 +33,9 @@ class MailSession {
   /// that was being handed over. Whoever drops a session calls it first; after the end it does
   /// nothing.
   virtual void Abandon() = 0;
+  /// Whole replies taken so far. A server that takes its time for each is alive, one that never
+  /// comes to the end of one is not.
+  virtual qsizetype Replies() const = 0;
   /// Messages that the server has deleted: confirmed, and the session ended properly.
   virtual int Deleted() const { return 0; }
 };

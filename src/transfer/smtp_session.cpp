@@ -4,23 +4,18 @@
 #include <utility>
 
 #include "storage/ui.h"
+#include "transfer/envelope_address.h"
 #include "transfer/server_words.h"
 #include "transfer/wire_message.h"
 
 namespace vorn {
 namespace {
 
+// One reply, and all of them until the login is over.
 constexpr qsizetype kMaxReply = 64 * 1024;
 constexpr qsizetype kSliceBytes = 256 * 1024;
 constexpr qsizetype kEndMarkBytes = 5;
 constexpr int kClosing = 421;
-
-// An address as it may stand between angle brackets.
-bool IsSafeAddress(const QString& address) {
-  return !address.isEmpty() && std::none_of(address.begin(), address.end(), [](QChar c) {
-    return c.unicode() <= 0x20 || c == u'<' || c == u'>' || c.unicode() == 0x7F;
-  });
-}
 
 bool HasEightBit(const QByteArray& bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
@@ -31,6 +26,7 @@ bool HasEightBit(const QByteArray& bytes) {
 SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : job_(std::move(job)),
+      redaction_(job_.user, job_.password),
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
@@ -51,13 +47,13 @@ void SmtpSession::Abandon() {
 }
 
 void SmtpSession::EndHandover(HandoverOutcome outcome) {
-  if (std::exchange(handingOver_, false)) events_.HandoverEnded(outcome, ServerWords(reply_));
+  if (std::exchange(handingOver_, false)) events_.HandoverEnded(outcome, redaction_.Words(reply_));
 }
 
 // Tells a refusal and says good-bye in order.
 void SmtpSession::LeaveAfter(PopError code, const QString& sentence) {
   EndHandover(HandoverOutcome::Refused);
-  events_.Error(static_cast<int>(code), WithReply(sentence, reply_));
+  events_.Error(static_cast<int>(code), redaction_.WithReply(sentence, reply_));
   Leave();
 }
 
@@ -72,6 +68,12 @@ void SmtpSession::Send(const QByteArray& line) {
 
 void SmtpSession::Receive(QByteArrayView bytes) {
   buffer_.append(bytes);
+  if (stage_ < Stage::Envelope) received_ += bytes.size();
+  if (received_ > kMaxReply) {
+    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
+                                    "確認してください。"));
+    return;
+  }
   while (!Finished() && ReadReply()) {
   }
 }
@@ -95,14 +97,16 @@ bool SmtpSession::ReadReply() {
       (!reply_.isEmpty() && !reply_.startsWith(line.first(3)))) {
     reply_ = line;
     Fail(PopError::Protocol,
-         WithReply(Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                          "ください。"),
-                   line));
+         redaction_.WithReply(
+             Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                    "ください。"),
+             line));
     return false;
   }
   if (!reply_.isEmpty()) reply_ += '\n';
   reply_ += line;
   if (line.size() > 3 && line[3] == '-') return true;
+  ++replies_;
   TakeReply(code);
   reply_.clear();
   return true;
@@ -196,6 +200,7 @@ void SmtpSession::Greeted() {
 void SmtpSession::TlsEstablished() {
   if (stage_ != Stage::Handshake) return;
   encrypted_ = true;
+  extensions_.clear();  // what was learnt in clear may have been anyone's word
   stage_ = Stage::Ehlo;
   Send("EHLO [127.0.0.1]");
 }
@@ -228,7 +233,10 @@ void SmtpSession::GoOnWithAuth(int code) {
     BeginEnvelope();
   } else if (code == 334 && authStep_ < 2) {
     const QByteArray challenge = QByteArray::fromBase64(reply_.mid(4));
-    Send(SaslResponse(mechanism_, authStep_++, challenge, job_.user, job_.password).toBase64());
+    const QByteArray response =
+        SaslResponse(mechanism_, authStep_++, challenge, job_.user, job_.password);
+    redaction_.Add(response.sliced(response.lastIndexOf(' ') + 1));
+    Send(response.toBase64());
   } else {
     LeaveAfter(PopError::Login,
                Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
@@ -240,17 +248,15 @@ void SmtpSession::BeginEnvelope() {
     Leave();
     return;
   }
-  for (const QString& address : QStringList{job_.from} + job_.recipients) {
-    if (IsSafeAddress(address)) continue;
-    Fail(PopError::Refused, Ui::tr("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
-    return;
-  }
   if (job_.recipients.isEmpty()) {
     Fail(PopError::Refused, Ui::tr("宛先がありません。"));
     return;
   }
+  QByteArrayList paths;
+  bool needsUtf8 = false;
+  if (!TakeAddresses(paths, needsUtf8)) return;
   wire_ = WireMessage(job_.source);
-  QByteArray mail = "MAIL FROM:<" + job_.from.toUtf8() + '>';
+  QByteArray mail = "MAIL FROM:<" + paths.takeFirst() + '>';
   for (const QByteArray& extension : extensions_) {
     if (extension != "SIZE" && !extension.startsWith("SIZE ")) continue;
     const qint64 limit = extension.mid(5).toLongLong();
@@ -263,12 +269,32 @@ void SmtpSession::BeginEnvelope() {
     mail += " SIZE=" + QByteArray::number(wire_.size());
   }
   if (extensions_.contains("8BITMIME") && HasEightBit(wire_)) mail += " BODY=8BITMIME";
+  if (needsUtf8) mail += " SMTPUTF8";
   envelope_.push_back(mail);
-  for (const QString& recipient : job_.recipients) {
-    envelope_.push_back("RCPT TO:<" + recipient.toUtf8() + '>');
-  }
+  for (const QByteArray& path : paths) envelope_.push_back("RCPT TO:<" + path + '>');
   stage_ = Stage::Envelope;
   SendEnvelope();
+}
+
+// The sender's and the recipients' paths; false when one of them cannot be given to this server.
+bool SmtpSession::TakeAddresses(QByteArrayList& paths, bool& needsUtf8) {
+  for (const QString& address : QStringList{job_.from} + job_.recipients) {
+    const std::optional<EnvelopeAddress> path = ToEnvelope(address);
+    if (!path) {
+      Fail(PopError::Refused, Ui::tr("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
+      return false;
+    }
+    if (path->needsUtf8 && !extensions_.contains("SMTPUTF8")) {
+      Fail(PopError::Refused,
+           Ui::tr("アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に"
+                  "対応していません）。半角の英数字のアドレスを使ってください。")
+               .arg(address));
+      return false;
+    }
+    needsUtf8 = needsUtf8 || path->needsUtf8;
+    paths.append(path->path);
+  }
+  return true;
 }
 
 // The message itself is never sent ahead: a recipient may still be refused.
@@ -298,8 +324,8 @@ void SmtpSession::TakeEnvelopeReply(int code) {
       return;
     }
     const QString& address = job_.recipients[command - 1];
-    events_.RecipientRefused(address, ServerWords(reply_));
-    refusals_.append(WithReply(address, reply_));
+    events_.RecipientRefused(address, redaction_.Words(reply_));
+    refusals_.append(redaction_.WithReply(address, reply_));
   }
   if (awaited_ > 0) return;
   if (envelope_.empty()) {
@@ -345,7 +371,8 @@ void SmtpSession::TakeDataReply(int code) {
 void SmtpSession::TakeDecision(int code) {
   const int kind = code / 100;
   if (!EndMarkGiven()) {
-    Fail(PopError::Refused, WithReply(Ui::tr("メッセージの送信を断られました。"), reply_));
+    Fail(PopError::Refused,
+         redaction_.WithReply(Ui::tr("メッセージの送信を断られました。"), reply_));
   } else if (kind == 2) {
     handingOver_ = false;
     events_.MessageSent(job_.source);
@@ -353,7 +380,8 @@ void SmtpSession::TakeDecision(int code) {
   } else if (kind == 4 || kind == 5) {
     LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
   } else {
-    Fail(PopError::Protocol, WithReply(Ui::tr("サーバーの応答を理解できません。"), reply_));
+    Fail(PopError::Protocol,
+         redaction_.WithReply(Ui::tr("サーバーの応答を理解できません。"), reply_));
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "transfer/mail_session.h"
 #include "transfer/pop_events.h"
+#include "transfer/redaction.h"
 #include "transfer/sasl.h"
 
 namespace vorn {
@@ -41,6 +42,7 @@ class SmtpSession : public MailSession {
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
   void Abandon() override;
+  qsizetype Replies() const override { return replies_; }
 
  private:
   enum class Stage {
@@ -64,6 +66,7 @@ class SmtpSession : public MailSession {
   void BeginAuth();
   void GoOnWithAuth(int code);
   void BeginEnvelope();
+  bool TakeAddresses(QByteArrayList& paths, bool& needsUtf8);
   void SendEnvelope();
   void TakeEnvelopeReply(int code);
   void EnvelopeDone();
@@ -78,12 +81,15 @@ class SmtpSession : public MailSession {
   void Fail(PopError code, const QString& text);
 
   SmtpJob job_;
+  Redaction redaction_;
   PopEvents& events_;
   std::function<void(QByteArray)> send_;
   std::function<void()> startTls_;
   Stage stage_ = Stage::Greeting;
   QByteArray buffer_;
-  QByteArray reply_;  // the reply's lines, joined
+  QByteArray reply_;        // the reply's lines, joined
+  qsizetype replies_ = 0;   // whole replies so far
+  qsizetype received_ = 0;  // bytes before the login is over
   QByteArrayList extensions_;
   bool encrypted_ = false;
   SaslMechanism mechanism_ = SaslMechanism::None;
