@@ -58,10 +58,12 @@ DiskPtr FindProfile(const Context& context, const QString& name) {
 }
 
 bool TestProfilePassword(Context& context, const Disk& profile, const QString& password) {
-  QString unfinished;
-  if (!FinishPasswordChange(context, profile, &unfinished)) return false;
+  if (!HoldProfile(context, profile)) return false;
   const QString path = ProfilePath(context, profile);
-  return !QFile::exists(path) || context.Data.TestPassword(path, password);
+  if (!QFile::exists(path) || context.Data.TestPassword(path, password)) return true;
+  // Who only tried must not keep others from their work.
+  if (context.Session->SerialID() != profile.SerialID()) context.Lock.reset();
+  return false;
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
@@ -78,6 +80,9 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
     case LoginStep::EnterProfile: {
       const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
       if (profile == nullptr) return Fail(context, Ui::tr("プロファイルがありません。"), error);
+      if (!HoldProfile(context, *profile)) {
+        return Fail(context, Ui::tr("プロファイルを使えません。"), error);
+      }
       EnterProfile(context, profile, password);
       return true;
     }

@@ -219,7 +219,7 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
   Close();
   pool_.Drop(path);
   const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
-  if (connection == nullptr) return false;
+  if (connection == nullptr) return FailWith(Named(path, error_));
   if (!connection->TakeExclusively()) return FailWith(connection->LastError());
   const bool copied = QFile::copy(path, target);
   connection->Rollback();
