@@ -13,8 +13,9 @@ constexpr int kTickMs = 5;
 
 }  // namespace
 
-void ConsoleHost::AddEvent(int, int, const QString&, const QString& title, const QString&,
+void ConsoleHost::AddEvent(int level, int, const QString&, const QString& title, const QString&,
                            const QString& text) {
+  if (level == 1) ++failures_;
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
 }
 

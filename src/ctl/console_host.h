@@ -16,7 +16,13 @@ class ConsoleHost : public PlanHost, public StatusPanel {
   void WorkIsHeld(const QString& sentence) override;
   void ShowStatus(const QString&, const QString&) override {}
 
+  /// Failures that were told as events.
+  int Failures() const { return failures_; }
+
   QString account;  ///< the serial identifier to answer with when an account is asked for
+
+ private:
+  int failures_ = 0;
 };
 
 /// Runs the plan to its end; the seconds that it took.

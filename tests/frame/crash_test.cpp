@@ -143,6 +143,11 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(StartUp(context, disk.Path() + QStringLiteral("data"), &error));
   ASSERT_NE(CreateFirstProfile(context), nullptr);
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  // Without any room the engine cannot even open a file; the user makes some, later.
+  const QString ballast = disk.Path() + QStringLiteral("ballast");
+  QFile file(ballast);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QByteArray(300000, 'x')) == 300000);
+  file.close();
   MailStore store(context);
   QMap<QString, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
@@ -160,6 +165,7 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   EXPECT_FALSE(error.isEmpty());
 
   context.Data.CloseAll();
+  ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
   EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).join(u'\n'), QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {

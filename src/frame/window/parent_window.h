@@ -127,6 +127,7 @@ class ParentWindow : public QMainWindow,
   void PlayNoticeSound();
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
+  void OfferDoubtful();
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);

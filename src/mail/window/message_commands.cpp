@@ -20,14 +20,17 @@
 #include "mail/flag_string.h"
 #include "mail/inline_images.h"
 #include "mail/mail_store.h"
+#include "mail/outbox.h"
 #include "mail/print_page.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -110,6 +113,28 @@ void MessageWindow::CancelSending() {
   }
   host_.MessageStored();
   Open();
+}
+
+void MessageWindow::ShowDoubt() {
+  doubt_->hide();
+  if (!IsWaiting()) return;
+  const auto doubtful = Outbox(context_, request_->Text(u"file", MailDatabasePath(context_)))
+                            .FindDoubtful(request_->SerialID());
+  if (doubtful) doubt_->Show(*doubtful);
+}
+
+void MessageWindow::SendAgain() {
+  const bool waits =
+      Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).SendAgain(tag_);
+  Open();
+  host_.MessageStored();
+  if (waits) host_.SendMessage(tag_);
+}
+
+void MessageWindow::KeepAsSent() {
+  Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).KeepAsSent(tag_);
+  Open();
+  host_.MessageStored();
 }
 
 // Only what was changed here: the folder's page may have changed the rest meanwhile.
