@@ -31,7 +31,12 @@ Pop::Pop(QObject* parent) : QObject(parent) {
   connect(&greeting_, &QTimer::timeout, this, &Pop::ProbeTls);
 }
 
-Pop::~Pop() = default;
+// A socket that is deleted while it is connected still tells so.
+Pop::~Pop() {
+  for (QSslSocket* socket : {socket_.get(), probe_.get()}) {
+    if (socket != nullptr) socket->disconnect(this);
+  }
+}
 
 void Pop::Start() {
   if (busy_) return;

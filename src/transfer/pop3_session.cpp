@@ -243,7 +243,13 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
            redaction_.WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
       break;
     case Command::Uidl:
-      ListingDone();  // an old server: messages are told apart by their contents
+      if (offersUidl_) {
+        // Under other identifiers all that is stored would be received again.
+        Fail(PopError::Refused,
+             redaction_.WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
+      } else {
+        ListingDone();  // an old server: messages are told apart by their contents
+      }
       break;
     case Command::Top:
       if (!hasTop_) lacksTop_ = true;
@@ -307,6 +313,7 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
 // Once the server's capabilities are known, before and again after encryption.
 void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
   pipelining_ = IsCapability(capabilities, "PIPELINING");
+  offersUidl_ = IsCapability(capabilities, "UIDL");
   lacksTop_ = !capabilities.isEmpty() && !IsCapability(capabilities, "TOP");
   if (login_.security != Security::StartTls || encrypted_) {
     ChooseLogin(capabilities);

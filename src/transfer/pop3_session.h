@@ -104,6 +104,7 @@ class Pop3Session : public MailSession {
   int authStep_ = 0;
   bool offersUser_ = true;
   bool pipelining_ = false;
+  bool offersUidl_ = false;
   bool wantsHeaders_ = false;
   bool lacksTop_ = false;  // rules are tested on whole messages
   bool toldOfTop_ = false;

@@ -39,6 +39,8 @@ class LoopbackSmtpServer : public QObject {
   /// Called for every message accepted.
   std::function<void(const SentMessage&)> OnMessage;
   const QList<SentMessage>& Messages() const { return messages_; }
+  /// How often a command was answered so far.
+  int Count(const QByteArray& command) const { return counts_.value(command); }
 
  private:
   struct Session;
