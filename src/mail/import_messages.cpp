@@ -14,11 +14,13 @@
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
+#include "storage/work_lock.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kGroupMessages = 100;
+constexpr int kWaitMs = 2000;  // for another import
 
 QString ImportId(const QByteArray& source) {
   return QStringLiteral("import/") +
@@ -106,6 +108,11 @@ class Importer {
 
 bool ImportMessages(Context& context, const QString& path, const QString& folder,
                     ImportCounts* counts, QString* error, const WorkProgress& progress) {
+  WorkLock work(context, kImportWork);
+  if (!work.Take(kWaitMs)) {
+    *error = work.HeldWords();
+    return false;
+  }
   Importer importer(context, folder, *counts);
   context.Data.BeginGroup(MailDatabasePath(context));
   bool stored = true;

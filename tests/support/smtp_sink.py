@@ -1,21 +1,24 @@
 """An SMTP server on a free port of 127.0.0.1 that keeps messages as files in a folder.
 
 smtp_sink.py FOLDER [--tls starttls|tls --cert FILE --key FILE] [--auth] [--size BYTES]
+             [--delay SECONDS]
 
 Prints its port. Any user may log in with the password "secret". A recipient that begins with
-"refused" is refused.
+"refused" is refused. The answer to a message that was kept comes after up to the given delay.
 """
 import argparse
 import asyncio
 import pathlib
+import random
 import ssl
 
 from aiosmtpd.smtp import SMTP, AuthResult
 
 
 class Keeper:
-    def __init__(self, folder):
+    def __init__(self, folder, delay):
         self.folder = folder
+        self.delay = delay
         self.count = 0
 
     async def handle_RCPT(self, server, session, envelope, address, options):
@@ -31,6 +34,7 @@ class Keeper:
                          "auth" if session.authenticated else "anonymous"])
         target = self.folder / f"{self.count:05d}.msg"
         target.write_bytes(head.encode() + b"\r\n" + envelope.original_content)
+        await asyncio.sleep(random.uniform(0, self.delay))
         return "250 kept"
 
 
@@ -43,7 +47,7 @@ async def serve(options):
     if options.tls:
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(options.cert, options.key)
-    handler = Keeper(pathlib.Path(options.folder))
+    handler = Keeper(pathlib.Path(options.folder), options.delay)
 
     def make():
         return SMTP(handler, hostname="sink.example", data_size_limit=options.size,
@@ -64,5 +68,6 @@ parser.add_argument("--tls", choices=["starttls", "tls"])
 parser.add_argument("--cert")
 parser.add_argument("--key")
 parser.add_argument("--auth", action="store_true")
+parser.add_argument("--delay", type=float, default=0)
 parser.add_argument("--size", type=int, default=10_000_000)
 asyncio.run(serve(parser.parse_args()))
