@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <memory>
 
 #include "frame/start_up.h"
+#include "frame/window/announcer.h"
 #include "frame/window/program.h"
 #include "storage/ui.h"
 
@@ -19,10 +21,19 @@ int main(int argc, char** argv) {
   const QCommandLineOption data(QStringLiteral("data"), vorn::Ui::tr("データベースを置くフォルダ"),
                                 QStringLiteral("folder"));
   parser.addOption(data);
+  const QCommandLineOption announce(
+      QStringLiteral("announce"),
+      vorn::Ui::tr("画面の状態を1行ずつ標準出力に書く（自動操作のため）"));
+  parser.addOption(announce);
   parser.addPositionalArgument(QStringLiteral("open"),
                                vorn::Ui::tr("開くメッセージのファイルまたはmailto:のアドレス"),
                                QStringLiteral("[open...]"));
   parser.process(application);
+
+  std::unique_ptr<vorn::Announcer> announcer;
+  if (parser.isSet(announce)) {
+    announcer = std::make_unique<vorn::Announcer>(&vorn::Announcer::ToStandardOutput);
+  }
 
   vorn::Program program(
       vorn::ChooseAppFolder(parser.value(data), QCoreApplication::applicationDirPath()),

@@ -1,5 +1,6 @@
 // The loopback mail server as a program, for demonstrations and scripts: serves a folder of *.eml
-// files by POP3, and puts what it is sent by SMTP among them.
+// files by POP3, and puts what it is sent by SMTP among them. Prints its ports once it listens, and
+// with --tell a line for each message that it accepts.
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -22,7 +23,10 @@ int main(int argc, char** argv) {
   option("password", "word", "demo");
   option("pop3-port", "port", "0");
   option("smtp-port", "port", "0");
+  const QCommandLineOption tell(QStringLiteral("tell"));
+  parser.addOption(tell);
   parser.process(application);
+  const bool tells = parser.isSet(tell);
   const auto value = [&parser](const char* name) {
     return parser.value(QString::fromLatin1(name));
   };
@@ -39,6 +43,9 @@ int main(int argc, char** argv) {
   int sent = 0;
   smtp.OnMessage = [&](const vorn::test::SentMessage& message) {
     pop3.AddMessage("sent-" + QByteArray::number(++sent), message.source);
+    if (!tells) return;
+    std::printf("accepted %d\n", sent);
+    std::fflush(stdout);
   };
   if (!pop3.Listen(value("pop3-port").toUShort()) || !smtp.Listen(value("smtp-port").toUShort())) {
     std::fputs("cannot listen\n", stderr);
