@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QJsonObject>
 #include <cstdio>
 
 #include "ctl/command.h"
@@ -9,6 +10,7 @@
 #include "frame/start_up.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "storage/known_damage.h"
 
 namespace vorn::ctl {
 namespace {
@@ -27,8 +29,8 @@ constexpr char16_t kUsage[] =
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  rules list|add 条件|test ファイル|- [--json]\n"
     u"  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）\n"
-    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--json]\n"
-    u"  check [--json]\n"
+    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]\n"
+    u"  check [--accept-damage] [--json]\n"
     u"  inspect ファイル|- [--json]\n"
     u"  open 0-6 ファイル|- [--json]\n"
     u"  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名\n"
@@ -37,7 +39,8 @@ constexpr char16_t kUsage[] =
     u"\n"
     u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
     u"\n"
-    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗";
+    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、\n"
+    u"4 読み込めないメッセージを除いて終了";
 
 struct Command {
   QString name;
@@ -62,8 +65,11 @@ const QList<Command>& Commands() {
       {QStringLiteral("import"), Import, {QStringLiteral("folder"), QStringLiteral("json")}},
       {QStringLiteral("export"),
        Export,
-       {QStringLiteral("format"), QStringLiteral("out"), QStringLiteral("json")}},
-      {QStringLiteral("check"), CheckFiles, {QStringLiteral("json")}},
+       {QStringLiteral("format"), QStringLiteral("out"), QStringLiteral("overwrite"),
+        QStringLiteral("json")}},
+      {QStringLiteral("check"),
+       CheckFiles,
+       {QStringLiteral("json"), QStringLiteral("accept-damage")}},
       {QStringLiteral("rules"), Rules, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
   };
@@ -103,6 +109,7 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   QString error;
   if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
   const int code = command.run(context, arguments);
+  KeepDamage(context);
   context.Data.CloseAll();
   return code;
 }
@@ -110,7 +117,8 @@ int RunCommand(const Command& command, const Arguments& arguments) {
 int Run(const QStringList& line) {
   const Arguments arguments(
       line, {QStringLiteral("json"), QStringLiteral("delete-on-server"), QStringLiteral("default"),
-             QStringLiteral("help"), QStringLiteral("version")});
+             QStringLiteral("accept-damage"), QStringLiteral("overwrite"), QStringLiteral("help"),
+             QStringLiteral("version")});
   if (!arguments.Error().isEmpty()) return Complain(arguments.Error(), kExitUsage);
   if (arguments.Has(QStringLiteral("version"))) {
     Print(QStringLiteral("vornctl " VORN_VERSION));
@@ -153,6 +161,16 @@ int Complain(const QString& sentence, int code) {
   QFile out;
   if (out.open(stderr, QIODevice::WriteOnly)) out.write(sentence.toUtf8() + '\n');
   return code;
+}
+
+QJsonArray ToJson(const QList<UnreadableMessage>& messages) {
+  QJsonArray array;
+  for (const UnreadableMessage& message : messages) {
+    array.append(QJsonObject{{QStringLiteral("serialId"), message.serialId},
+                             {QStringLiteral("subject"), message.subject},
+                             {QStringLiteral("timestamp"), message.timestamp}});
+  }
+  return array;
 }
 
 QString FindFolder(Context& context, const QString& nameOrSerial) {

@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -6,7 +7,9 @@
 #include "frame/mail_traffic.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/select_objects.h"
+#include "storage/known_damage.h"
 
 namespace vorn::ctl {
 namespace {
@@ -43,6 +46,15 @@ void Report(const ReceiveCounts& counts, int deleted, double seconds, bool asJso
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
+// The first of the profile's files that is known to be damaged, as long as the user has not
+// decided; empty when there is none.
+QString UndecidedFile(Context& context) {
+  for (const QString& path : ProfileFiles(context, *context.Session)) {
+    if (IsKnownDamaged(context, path)) return path;
+  }
+  return {};
+}
+
 }  // namespace
 
 int Receive(Context& context, const Arguments& arguments) {
@@ -54,6 +66,14 @@ int Receive(Context& context, const Arguments& arguments) {
   }
   if (accounts->IsEmpty()) {
     return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
+  }
+  const QString damaged = UndecidedFile(context);
+  if (!damaged.isEmpty()) {
+    return Complain(QStringLiteral("「%1」が壊れているため受信しません。vornctl check で調べ、"
+                                   "そのまま受信するなら vornctl check --accept-damage "
+                                   "を実行してください。")
+                        .arg(QDir::toNativeSeparators(damaged)),
+                    kExitFailure);
   }
   ConsoleHost console;
   MailTraffic traffic(context, console, console);
