@@ -29,6 +29,7 @@ using namespace vorn::bench;
 
 class Host : public PlanHost, public StatusPanel {
  public:
+  void WorkIsHeld(const QString&) override {}
   void PostRequest(const DiskPtr&) override {}
   void AddEvent(int level, int, const QString&, const QString&, const QString&,
                 const QString& text) override {

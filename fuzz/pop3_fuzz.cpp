@@ -13,6 +13,9 @@ class Events : public PopEvents {
     return true;
   }
   void MessageSent(const QByteArray&) override {}
+  bool BeginHandover() override { return true; }
+  void HandoverEnded(HandoverOutcome, const QString&) override {}
+  void RecipientRefused(const QString&, const QString&) override {}
   void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
     exists = id.size() % 3 == 0;
     remove = true;

@@ -22,6 +22,7 @@ enum ExitCode {
 
 int AddAccount(Context& context, const Arguments& arguments);
 int Receive(Context& context, const Arguments& arguments);
+int Doubtful(Context& context, const Arguments& arguments);
 int Send(Context& context, const Arguments& arguments);
 int ListFolder(Context& context, const Arguments& arguments);
 int WritePage(Context& context, const Arguments& arguments);

@@ -13,9 +13,14 @@ constexpr int kTickMs = 5;
 
 }  // namespace
 
-void ConsoleHost::AddEvent(int, int, const QString&, const QString& title, const QString&,
+void ConsoleHost::AddEvent(int level, int, const QString&, const QString& title, const QString&,
                            const QString& text) {
+  if (level == 1) ++failures_;
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
+}
+
+void ConsoleHost::WorkIsHeld(const QString& sentence) {
+  Complain(sentence + QStringLiteral("終わるのを待っています。"), 0);
 }
 
 double RunPlan(MailTraffic& traffic) {

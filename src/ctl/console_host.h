@@ -13,9 +13,16 @@ class ConsoleHost : public PlanHost, public StatusPanel {
   QString ChooseAccount(const QString&, const QString&) override { return account; }
   void AddEvent(int level, int mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text) override;
+  void WorkIsHeld(const QString& sentence) override;
   void ShowStatus(const QString&, const QString&) override {}
 
+  /// Failures that were told as events.
+  int Failures() const { return failures_; }
+
   QString account;  ///< the serial identifier to answer with when an account is asked for
+
+ private:
+  int failures_ = 0;
 };
 
 /// Runs the plan to its end; the seconds that it took.

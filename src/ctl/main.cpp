@@ -25,6 +25,7 @@ constexpr char16_t kUsage[] =
     u"      [--out-user ユーザー --out-password-fd 番号] [--default]\n"
     u"  receive [--account 名前] [--json]\n"
     u"  send [ファイル]... [--account 名前] [--json]\n"
+    u"  doubtful [list [--json] | again メッセージ | sent メッセージ]\n"
     u"  list フォルダ [--json]\n"
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  rules list|add 条件|test ファイル|- [--json]\n"
@@ -61,6 +62,7 @@ const QList<Command>& Commands() {
         QStringLiteral("out-password-fd")}},
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
+      {QStringLiteral("doubtful"), Doubtful, {QStringLiteral("json")}},
       {QStringLiteral("list"), ListFolder, {QStringLiteral("json")}},
       {QStringLiteral("import"), Import, {QStringLiteral("folder"), QStringLiteral("json")}},
       {QStringLiteral("export"),

@@ -5,8 +5,11 @@
 #include "ctl/console_host.h"
 #include "mail/mail_store.h"
 #include "mail/message_id.h"
+#include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "storage/databases.h"
+#include "storage/work_lock.h"
 
 namespace vorn::ctl {
 namespace {
@@ -20,6 +23,12 @@ QString StoreWaiting(Context& context, const QString& name) {
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
   if (!MailStore(context).StoreMessage(request, *source).isEmpty()) return {};
   return QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
+}
+
+// What a program that died had under way; one that is at work settles it by itself.
+void SettleLeftOver(Context& context, Outbox& outbox) {
+  WorkLock work(context, kSendingWork);
+  if (work.Take()) outbox.DoubtLeftOver();
 }
 
 }  // namespace
@@ -41,18 +50,28 @@ int Send(Context& context, const Arguments& arguments) {
     if (!error.isEmpty()) return Complain(error, kExitFailure);
   }
   MailTraffic traffic(context, console, console);
+  Outbox outbox(context, MailDatabasePath(context));
+  SettleLeftOver(context, outbox);
   traffic.Plan().CreateMessagePlan(kPlanSend);
   const double seconds = traffic.Plan().IsEmpty() ? 0 : RunPlan(traffic);
   const ReceiveCounts& counts = traffic.Events().Counts();
+  const auto doubtful = static_cast<int>(outbox.Doubtful().size());
   if (arguments.Has(QStringLiteral("json"))) {
     const QJsonObject object{{QStringLiteral("sent"), counts.sent},
                              {QStringLiteral("errors"), counts.errors},
+                             {QStringLiteral("doubtful"), doubtful},
                              {QStringLiteral("seconds"), seconds}};
     Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
   } else {
     Print(QStringLiteral("送信 %1通、エラー %2件").arg(counts.sent).arg(counts.errors));
   }
-  return counts.errors == 0 ? kExitOk : kExitFailure;
+  if (doubtful > 0) {
+    Complain(QStringLiteral("届いたかどうか分からないメッセージが%1通あります。vornctl doubtful "
+                            "で確かめてください。")
+                 .arg(doubtful),
+             0);
+  }
+  return counts.errors + console.Failures() + doubtful == 0 ? kExitOk : kExitFailure;
 }
 
 }  // namespace vorn::ctl

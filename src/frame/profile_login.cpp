@@ -8,10 +8,17 @@
 #include "objects/select_objects.h"
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
+#include "storage/file_lock.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
+
+constexpr int kFirstStartWaitMs = 10000;
+
+QString FirstStartLock(const Context& context) {
+  return context.AppFolder + QStringLiteral("navi.lock");
+}
 
 const QString kPassword = QStringLiteral("password");
 const QString kStatus = QStringLiteral("status");
@@ -35,6 +42,15 @@ bool Fail(const Context& context, const QString& sentence, QString* error) {
   return false;
 }
 
+// A profile's very first login makes its objects; two of them at once make them once.
+bool MakeStandardObjects(Context& context) {
+  if (context.Objects.Contains(fixed_serial::kSettings)) return CreateStandardObjects(context);
+  FileLock lock(FirstStartLock(context));
+  return lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) == FileLock::Result::Taken &&
+         LoadObjects(context, DatabaseKind::Profile, context.Objects) &&
+         CreateStandardObjects(context);
+}
+
 }  // namespace
 
 DiskPtr FindProfile(const Context& context, const QString& name) {
@@ -42,10 +58,12 @@ DiskPtr FindProfile(const Context& context, const QString& name) {
 }
 
 bool TestProfilePassword(Context& context, const Disk& profile, const QString& password) {
-  QString unfinished;
-  if (!FinishPasswordChange(context, profile, &unfinished)) return false;
+  if (!HoldProfile(context, profile)) return false;
   const QString path = ProfilePath(context, profile);
-  return !QFile::exists(path) || context.Data.TestPassword(path, password);
+  if (!QFile::exists(path) || context.Data.TestPassword(path, password)) return true;
+  // Who only tried must not keep others from their work.
+  if (context.Session->SerialID() != profile.SerialID()) context.Lock.reset();
+  return false;
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
@@ -62,6 +80,9 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
     case LoginStep::EnterProfile: {
       const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
       if (profile == nullptr) return Fail(context, Ui::tr("プロファイルがありません。"), error);
+      if (!HoldProfile(context, *profile)) {
+        return Fail(context, Ui::tr("プロファイルを使えません。"), error);
+      }
       EnterProfile(context, profile, password);
       return true;
     }
@@ -72,7 +93,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
              Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
-      return CreateStandardObjects(context) ||
+      return MakeStandardObjects(context) ||
              Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
   }
   return false;
@@ -98,6 +119,12 @@ bool LogIn(Context& context, const QString& name, const QString& password, QStri
 }
 
 DiskPtr CreateFirstProfile(Context& context) {
+  FileLock lock(FirstStartLock(context));
+  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken ||
+      !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
+    return nullptr;
+  }
+  if (const DiskPtr made = DefaultProfile(context)) return made;
   const DiskPtr profile = CreateProfile(context, QStringLiteral("Administrator"));
   if (profile != nullptr) context.Objects.Add(profile);
   return profile;

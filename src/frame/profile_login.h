@@ -29,8 +29,8 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
 /// The whole login without windows. `name` empty means the default profile, or the only one.
 bool LogIn(Context& context, const QString& name, const QString& password, QString* error);
 
-/// The profile "Administrator" of the very first start, stored and loaded; null when it cannot be
-/// saved.
+/// The profile "Administrator" of the very first start, stored and loaded, also when another
+/// program has just made it; null when it cannot be saved.
 DiskPtr CreateFirstProfile(Context& context);
 
 }  // namespace vorn

@@ -27,6 +27,16 @@ bool ReadDebugMode(const QString& appFolder) {
   return value.left(kIniValueCharacters).toLower() == u"true";
 }
 
+// An earlier version that was killed as it made its first file left an empty one.
+void RemoveEmptyNavigator(const Context& context) {
+  const QFileInfo file(context.NaviDatabasePath);
+  const QDir folder(context.AppFolder);
+  if (!file.exists() || file.size() > 0) return;
+  if (folder.entryList({QStringLiteral("_profile*")}, QDir::Dirs).isEmpty()) {
+    QFile::remove(file.filePath());
+  }
+}
+
 }  // namespace
 
 QString ChooseAppFolder(const QString& requested, const QString& executableFolder) {
@@ -54,6 +64,7 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
     return false;
   }
   context.Session->Let(QStringLiteral("login"), false);
+  RemoveEmptyNavigator(context);
   if (!CreateDatabase(context, DatabaseKind::Navigator) ||
       !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
     *error =

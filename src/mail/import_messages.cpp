@@ -70,8 +70,15 @@ class Importer {
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, kStatusReceived);
     message.Let(QStringLiteral("folder"), folder_);
-    if (store_.StoreMessage(message, source).isEmpty()) return false;
-    ++counts_.imported;
+    switch (store_.StoreReceived(message, source)) {
+      case MailStore::Received::Failed:
+        return false;
+      case MailStore::Received::Known:  // by another program, since the import began
+        ++counts_.known;
+        return true;
+      case MailStore::Received::Stored:
+        ++counts_.imported;
+    }
     return counts_.imported % kGroupMessages != 0 || context_.Data.FlushGroup();
   }
 

@@ -27,23 +27,71 @@ bool MailStore::Open(const Disk& request) {
 }
 
 QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
-  if (request.SerialID().isEmpty()) return {};
-  // Before the database is opened: the settings may have to be loaded from another one.
+  return !request.SerialID().isEmpty() && Store(request, source, QString()) ? request.SerialID()
+                                                                            : QString();
+}
+
+bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
+  return Store(request, source, QStringLiteral("DELETE FROM send_attempt") + Where(request));
+}
+
+// To be called before the database is opened: the settings may have to be loaded from another one.
+MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
   options.textTypes = TextTypes(context_);
   options.hasEndMark = qAbs(request.Number(u"process", kStatusEdit)) != kStatusReceived;
   options.standardHeaders = Settings(context_)->Flag(u"StandardHeaders");
-  const MessageIndex index = IndexMessage(source, request.Text(u"Flag"), options);
-  if (!Open(request)) return {};
-  // The row and its folders appear together or not at all.
+  return IndexMessage(source, request.Text(u"Flag"), options);
+}
+
+// The row and its folders appear together or not at all.
+bool MailStore::Store(const Disk& request, const QByteArray& source,
+                      const QString& statementBefore) {
+  const MessageIndex index = Index(request, source);
+  if (!Open(request)) return false;
   bool stored = context_.Data.Begin();
   if (stored) {
-    stored = WriteRow(request, source, index) &&
-             UpdateMessageState(kStateFolders, request, false) && context_.Data.Commit();
+    stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
+             WriteMessage(request, source, index) && context_.Data.Commit();
     if (!stored) context_.Data.Rollback();
   }
   context_.Data.Close();
-  return stored ? request.SerialID() : QString();
+  return stored;
+}
+
+MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArray& source) {
+  const MessageIndex index = Index(request, source);
+  if (!Open(request)) return Received::Failed;
+  Received received = Received::Failed;
+  if (context_.Data.Begin()) {
+    // Nobody else writes from here on, so what is not known now stays so.
+    bool known = false;
+    const bool stored = IsKnown(request.Text(u"MessageID"), &known) &&
+                        (known || WriteMessage(request, source, index)) && context_.Data.Commit();
+    if (stored) {
+      received = known ? Received::Known : Received::Stored;
+    } else {
+      context_.Data.Rollback();
+    }
+  }
+  context_.Data.Close();
+  return received;
+}
+
+bool MailStore::IsKnown(const QString& messageId, bool* known) {
+  if (!context_.Data.OpenRecordset(
+          QStringLiteral("SELECT SERIALID FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
+          CursorKind::ForwardOnly)) {
+    return false;
+  }
+  const RecordsetPtr row = context_.Data.Recordset();
+  *known = !row->Eof();
+  return !row->Failed();
+}
+
+bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
+                             const MessageIndex& index) {
+  return WriteRow(request, source, index) && UpdateMessageState(kStateFolders, request, false);
 }
 
 bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index) {
@@ -117,6 +165,30 @@ bool MailStore::WriteFolders(const Disk& request) {
     }
   }
   return true;
+}
+
+bool MailStore::SetDust(const Disk& request, bool dust) {
+  if (!Open(request)) return false;
+  const bool written = context_.Data.Execute(
+      QStringLiteral("UPDATE mail SET STATUS = ") +
+      (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) + Where(request));
+  context_.Data.Close();
+  return written;
+}
+
+bool MailStore::CancelWaiting(const Disk& request) {
+  if (!Open(request)) return false;
+  DataSession& data = context_.Data;
+  bool done = data.Begin();
+  if (done) {
+    done = data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly) &&
+           qAbs(data.Recordset()->Fields(u"STATUS").toInt()) == kStatusWaiting &&
+           data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / 2") + Where(request)) &&
+           data.Commit();
+    if (!done) data.Rollback();
+  }
+  data.Close();
+  return done;
 }
 
 bool MailStore::IsTextMime(const QString& contentType) {

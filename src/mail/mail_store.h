@@ -30,6 +30,15 @@ class MailStore {
   /// All or nothing. Returns the serial identifier, or an empty string on failure.
   QString StoreMessage(const Disk& request, const QByteArray& source);
 
+  enum class Received { Stored, Known, Failed };
+  /// Stores a message that came from outside under its "MessageID", unless the file holds one with
+  /// that identifier already, whoever stored it.
+  Received StoreReceived(const Disk& request, const QByteArray& source);
+
+  /// Stores a message that its server has accepted, with the source as it was transmitted: it is
+  /// sent, and the attempt ends (see `Outbox`), both or neither.
+  bool StoreSent(const Disk& request, const QByteArray& source);
+
   /// The message's source, exactly as it was stored; empty when there is no such row. Nothing when
   /// it cannot be read, or no longer is what was stored.
   std::optional<QByteArray> LoadMessageSource(const Disk& request);
@@ -41,11 +50,22 @@ class MailStore {
   /// opens and closes the database itself, otherwise it works on the one that is open.
   bool UpdateMessageState(int mask, const Disk& request, bool openDatabase);
 
+  /// Puts the message into the dust bin or takes it out, whatever its state is by now.
+  bool SetDust(const Disk& request, bool dust);
+
+  /// Makes a message that still waits to be sent one that is edited. False when it does not wait
+  /// any more, and on failure.
+  bool CancelWaiting(const Disk& request);
+
   /// Whether a content type is shown as text (the setting "TextMime").
   bool IsTextMime(const QString& contentType);
 
  private:
   bool Open(const Disk& request);
+  MessageIndex Index(const Disk& request, const QByteArray& source);
+  bool Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
+  bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
+  bool IsKnown(const QString& messageId, bool* known);
   bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool WriteState(int mask, const Disk& request);
   bool WriteFolders(const Disk& request);

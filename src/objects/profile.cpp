@@ -1,5 +1,7 @@
 #include "objects/profile.h"
 
+#include <QFileInfo>
+
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/password_change.h"
@@ -59,9 +61,26 @@ QStringList ProfileFiles(const Context& context, const Disk& profile) {
 
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error) {
+  const QString unchanged = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。");
+  if (!HoldProfile(context, profile)) {
+    *error = unchanged + context.Data.LastError().text;
+    return false;
+  }
+  if (!context.Lock->TakeAlone()) {
+    *error = unchanged + context.Lock->Error().text;
+    return false;
+  }
   PasswordChange change = ChangeOf(context, profile);
-  if (!change.Run(oldPassword, newPassword)) {
-    *error = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。") +
+  const PasswordChange::Outcome outcome = change.Run(oldPassword, newPassword);
+  context.Lock->ShareAgain();
+  if (outcome == PasswordChange::Outcome::Unchanged) {
+    *error = unchanged + change.Error().text;
+    return false;
+  }
+  if (outcome == PasswordChange::Outcome::Decided) {
+    *error = Ui::tr(
+                 "パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
+                 "パスワードでログインしてください。") +
              change.Error().text;
     return false;
   }
@@ -71,11 +90,20 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
   return true;
 }
 
-bool FinishPasswordChange(Context& context, const Disk& profile, QString* error) {
+bool HoldProfile(Context& context, const Disk& profile) {
   PasswordChange change = ChangeOf(context, profile);
-  if (change.Finish()) return true;
-  *error = change.Error().text;
-  return false;
+  const QString folder = QFileInfo(ProfileFiles(context, profile).first()).path();
+  if (context.Lock != nullptr && context.Lock->Folder() == folder) return true;
+  auto lock = std::make_shared<ProfileLock>(folder);
+  if (!lock->Share()) return context.Data.FailWith(lock->Error());
+  if (change.IsUnfinished()) {
+    lock->Release();  // two that both want to finish would wait for each other
+    if (!lock->TakeAlone()) return context.Data.FailWith(lock->Error());
+    if (!change.Finish()) return context.Data.FailWith(change.Error());
+    if (!lock->ShareAgain()) return context.Data.FailWith(lock->Error());
+  }
+  context.Lock = std::move(lock);
+  return true;
 }
 
 }  // namespace vorn

@@ -23,12 +23,15 @@ bool MarkDefaultProfile(Context& context);
 /// that it uses or has used.
 QStringList ProfileFiles(const Context& context, const Disk& profile);
 
+/// Shares the profile with whatever else is logged in to it, until another profile is held or the
+/// program ends; nobody can change its password meanwhile. Completes a password change that was
+/// interrupted. On false the reason is in the session's `LastError`. Run before a login.
+bool HoldProfile(Context& context, const Disk& profile);
+
 /// Changes the password of all files of a profile, all or none, and of the session when the profile
-/// is the logged-in one. On false `error` is a sentence for the user and the old password holds.
+/// is the logged-in one. Refused while another program is logged in to the profile. On false
+/// `error` is a sentence for the user that says which password holds.
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error);
-
-/// Finishes or undoes a password change that was interrupted. Run before a login.
-bool FinishPasswordChange(Context& context, const Disk& profile, QString* error);
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include "mail/code_page_932.h"
+#include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/search_condition.h"
 #include "objects/settings.h"
@@ -33,6 +34,9 @@ PageContent ReadContent(Context& context, const QString& folder) {
   content.textTypes = TextTypes(context);
   content.escape = settings->Flag(u"PageEscape");
   content.rowsPerPage = RowsPerPage(*settings);
+  for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
+    content.doubtful.insert(message.serialId);
+  }
   return content;
 }
 

@@ -85,6 +85,8 @@ bool PageFiller::Handle(int tag) {
   switch (tag) {
     case kTagSubject: {
       const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
+      if (content_.doubtful.contains(rows_->SerialID()))
+        WriteText(QStringLiteral("【送信を確認】"));
       WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
       break;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSet>
 #include <QStringList>
 
 #include "present/page_tags.h"
@@ -13,6 +14,7 @@ namespace vorn {
 struct PageContent {
   DiskPtr folder;
   QStringList textTypes;
+  QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
   bool escape = false;     ///< HTML-escape what mail contributes
   qint32 rowsPerPage = 0;  ///< 0: all
 };

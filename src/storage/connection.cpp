@@ -149,6 +149,11 @@ QVariant Statement::Value(int column) const {
 
 std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
                                              Mode mode, StorageError* error) {
+  // The engine takes an empty file for a new one; a file of ours is never empty.
+  if (mode == Mode::Existing && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。")};
+    return nullptr;
+  }
   std::shared_ptr<Connection> connection(new Connection);
   if (mode != Mode::Create && !connection->LookAtLog(path, mode, error)) return nullptr;
   const int flags = mode == Mode::ReadOnly
@@ -217,6 +222,7 @@ bool Connection::CheckFormat(StorageError* error) {
     *error = error_;
     return false;
   }
+  schemaVersion_ = version.toInt();
   const int application = Scalar("PRAGMA application_id").toInt();
   if (tables.toInt() > 0 && application != kApplicationId) {
     *error = {StorageError::Kind::Foreign, Ui::tr("このプログラムのデータベースではありません。")};

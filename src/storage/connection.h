@@ -84,6 +84,11 @@ class Connection {
   bool ChangeKey(const QString& newPassword);
   /// Takes the file for this connection alone, nothing left in its log, until the next `Rollback`.
   bool TakeExclusively();
+
+  /// The version of the file's tables; 0 while it has none.
+  int SchemaVersion() const { return schemaVersion_; }
+  void NoteSchemaVersion(int version) { schemaVersion_ = version; }
+
   /// See `DataSession::ChangeMark`.
   QString ChangeMark();
   qint64 LastRowId() const;
@@ -125,6 +130,7 @@ class Connection {
   QSet<QString> damage_;
   StorageError error_;
   int depth_ = 0;
+  int schemaVersion_ = 0;
 };
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 
 #include "storage/data_session.h"
 #include "storage/disk.h"
+#include "storage/profile_lock.h"
 
 namespace vorn {
 
@@ -20,6 +21,8 @@ struct Context {
   /// The session bag; after login the logged-in profile object itself, with "password" holding the
   /// typed password.
   DiskPtr Session = std::make_shared<Disk>();
+  /// The logged-in profile's lock, shared from the login to the end.
+  std::shared_ptr<ProfileLock> Lock;
   /// The loaded objects: profiles, the profile's objects, the settings "logo".
   DiskCollection Objects;
   DataSession Data;

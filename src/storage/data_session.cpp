@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "storage/private_files.h"
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -43,7 +44,9 @@ bool DataSession::Open(const QString& path, const QString& password) {
       if (error_.kind == StorageError::Kind::Damaged) damage_[path].insert(QStringLiteral("file"));
       return FailWith(Named(path, error_));
     }
-    if (!MigrateSchema(*connection)) return FailWith(Named(path, connection->LastError()));
+  }
+  if (connection->SchemaVersion() < kSchemaVersion && !MigrateSchema(*connection)) {
+    return FailWith(Named(path, connection->LastError()));
   }
   connection_ = std::move(connection);
   path_ = path;
@@ -56,6 +59,11 @@ bool DataSession::Create(const QString& path, const QString& password) {
     return FailWith({StorageError::Kind::Other, Ui::tr("同じ名前のファイルが既にあります。")});
   }
   Close();
+  QFile file(path);
+  if (!OpenPrivate(file, QIODevice::WriteOnly | QIODevice::NewOnly)) {
+    return FailWith({StorageError::Kind::Other, Ui::tr("データベースファイルを作成できません。")});
+  }
+  file.close();
   StorageError error;
   const auto connection = Connection::Open(path, password, Connection::Mode::Create, &error);
   if (connection == nullptr) return FailWith(error);
@@ -88,6 +96,15 @@ void DataSession::Close() {
   while (connection_->InTransaction() && connection_ != group_) connection_->Rollback();
   pool_.Park(path_, password_, std::move(connection_));
   connection_.reset();
+}
+
+void DataSession::CloseFile(const QString& path) {
+  if (path_ == path) Close();
+  pool_.Drop(path);
+}
+
+bool DataSession::IsUnfinished() const {
+  return connection_ != nullptr && connection_->SchemaVersion() == 0;
 }
 
 bool DataSession::Begin() {
@@ -213,7 +230,7 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
   Close();
   pool_.Drop(path);
   const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
-  if (connection == nullptr) return false;
+  if (connection == nullptr) return FailWith(Named(path, error_));
   if (!connection->TakeExclusively()) return FailWith(connection->LastError());
   const bool copied = QFile::copy(path, target);
   connection->Rollback();

@@ -31,6 +31,10 @@ class DataSession {
   /// Completes the tables made by `CreateField`.
   bool CompleteFields();
   void Close();
+  /// Really closes the file at `path`, the open one or a warm one.
+  void CloseFile(const QString& path);
+  /// Whether the open file has no tables yet: its maker died, or has just made it.
+  bool IsUnfinished() const;
   bool IsOpen() const { return connection_ != nullptr; }
 
   /// Transactions nest; an inner rollback undoes the inner one alone.
@@ -87,9 +91,10 @@ class DataSession {
   QString ChangeMark();
 
   const StorageError& LastError() const { return error_; }
+  /// For operations built on the session: notes why one failed. Always false.
+  bool FailWith(const StorageError& error);
 
  private:
-  bool FailWith(const StorageError& error);
   bool FailFromConnection();
   void NoteDamage(const QString& path, Connection& connection);
   std::shared_ptr<Connection> Warm(const QString& path, const QString& password);

@@ -1,8 +1,8 @@
 #include "storage/databases.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
+
+#include "storage/new_database.h"
 
 namespace vorn {
 namespace {
@@ -78,15 +78,21 @@ bool CreateTables(DataSession& data, DatabaseKind kind) {
 
 bool CreateAt(Context& context, DatabaseKind kind, const Location& location) {
   if (location.path.isEmpty()) return false;
-  const QString folder = QFileInfo(location.path).path();
-  if (!QDir().mkpath(folder)) return false;
-  if (!QFile::exists(location.path) && !context.Data.Create(location.path, location.password)) {
-    return false;
-  }
-  if (!context.Data.Open(location.path, location.password)) return false;
-  const bool created = CreateTables(context.Data, kind);
-  context.Data.Close();
-  return created;
+  return CreateDatabaseFile(context.Data, location.path, location.password,
+                            [&context, kind] { return CreateTables(context.Data, kind); });
+}
+
+// Earlier versions gave a file its name before its tables: one whose maker died is finished here.
+bool OpenAt(Context& context, DatabaseKind kind, const Location& location) {
+  return context.Data.Open(location.path, location.password) &&
+         (!context.Data.IsUnfinished() || CreateTables(context.Data, kind));
+}
+
+// Only a missing file is made; whatever else is wrong with one is for the user to know.
+bool OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
+  if (OpenAt(context, kind, location)) return true;
+  return !QFile::exists(location.path) && CreateAt(context, kind, location) &&
+         OpenAt(context, kind, location);
 }
 
 }  // namespace
@@ -101,13 +107,13 @@ bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
                     const QString& password) {
   Location location = Locate(context, kind, path);
   if (kind == DatabaseKind::MailByPath) location.password = password;
-  return CreateAt(context, kind, location);
+  const bool exists = OpenOrCreate(context, kind, location);
+  context.Data.Close();
+  return exists;
 }
 
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
-  const Location location = Locate(context, kind, path);
-  return context.Data.Open(location.path, location.password) ||
-         (CreateAt(context, kind, location) && context.Data.Open(location.path, location.password));
+  return OpenOrCreate(context, kind, Locate(context, kind, path));
 }
 
 bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {

@@ -8,4 +8,16 @@ namespace vorn {
 /// new one. False when it could not be done; both files are then as they were.
 bool ReplaceFile(const QString& from, const QString& to);
 
+enum class Placing { Done, Exists, Failed };
+
+/// Gives the file `from` the name `to` in one step unless there is a file of that name already,
+/// which is then left alone.
+Placing PlaceNewFile(const QString& from, const QString& to);
+
+/// Forces a file's content onto the disk.
+bool SyncFile(const QString& path);
+
+/// Forces the names in a folder onto the disk, where the system keeps them apart from the files.
+bool SyncFolder(const QString& folder);
+
 }  // namespace vorn

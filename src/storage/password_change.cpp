@@ -1,20 +1,48 @@
 #include "storage/password_change.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <algorithm>
 
 #include "storage/data_session.h"
 #include "storage/file_replace.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
+constexpr qint64 kPageBytes = 4096;
+const QByteArray kMarkerHead = "password change decided 2\n";
+// The marker of earlier versions, which named no files.
+const QByteArray kBareMarker = "password change decided\n";
+
 QString CopyOf(const QString& file) {
   return file + QStringLiteral(".rekeyed");
 }
 
-const QByteArray kMarkerText = "password change decided\n";
+// The first page is encrypted under random bytes of its own: no two files share it.
+QByteArray Fingerprint(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray page = file.read(kPageBytes);
+  return page.size() < kPageBytes
+             ? QByteArray()
+             : QCryptographicHash::hash(page, QCryptographicHash::Sha256).toHex();
+}
+
+void RemoveWithLogs(const QString& path) {
+  for (const char16_t* part : {u"", u"-journal", u"-wal", u"-shm"}) {
+    QFile::remove(path + QString::fromUtf16(part));
+  }
+}
+
+QString FolderOf(const QString& path) {
+  return QFileInfo(path).path();
+}
 
 }  // namespace
 
@@ -23,62 +51,152 @@ PasswordChange::PasswordChange(DataSession& data, QString marker, QStringList fi
   files_.removeDuplicates();
 }
 
-bool PasswordChange::Run(const QString& oldPassword, const QString& newPassword) {
-  if (!Finish()) return false;
+bool PasswordChange::Fail(StorageError::Kind kind, const QString& sentence) {
+  error_ = {kind, sentence};
+  return false;
+}
+
+bool PasswordChange::Goes(PasswordStep step, const QString& file) {
+  if (!BeforeStep || BeforeStep(step, file)) return true;
+  return Fail(StorageError::Kind::Other, QStringLiteral("interrupted"));
+}
+
+PasswordChange::Outcome PasswordChange::Run(const QString& oldPassword,
+                                            const QString& newPassword) {
   data_.CloseAll();
-  for (const QString& file : files_) {
-    if (!QFile::exists(file)) continue;
-    if (!MakeCopy(file, oldPassword, newPassword)) {
-      RemoveCopies();
-      return false;
-    }
-  }
-  if (!WriteMarker()) {
+  if (!Finish()) return Outcome::Unchanged;
+  QStringList present = files_;
+  present.removeIf([](const QString& file) { return !QFile::exists(file); });
+  const bool copied = std::all_of(present.begin(), present.end(), [&](const QString& file) {
+    return MakeCopy(file, oldPassword, newPassword);
+  });
+  if (!copied || !WriteMarker(present)) {
     RemoveCopies();
-    return false;
+    return Outcome::Unchanged;
   }
-  // Decided: whatever fails from here on is completed by the next `Finish`.
-  Finish();
-  return true;
+  if (!Finish()) return Outcome::Decided;
+  const bool verified = std::all_of(present.begin(), present.end(), [&](const QString& file) {
+    return Goes(PasswordStep::Verify, file) && OpensOnlyWith(file, newPassword, oldPassword);
+  });
+  return verified ? Outcome::Changed : Outcome::Decided;
 }
 
 // The copy is taken while nobody writes to the file, with everything of its log in it.
 bool PasswordChange::MakeCopy(const QString& file, const QString& oldPassword,
                               const QString& newPassword) {
   const QString copy = CopyOf(file);
-  QFile::remove(copy);
-  if (!data_.CopyFile(file, oldPassword, copy) ||
-      !data_.ChangePassword(copy, oldPassword, newPassword)) {
+  if (!Goes(PasswordStep::Copy, file)) return false;
+  if (!data_.CopyFile(file, oldPassword, copy) || !MakePrivate(copy)) {
     error_ = data_.LastError();
     return false;
   }
-  return true;
+  if (!Goes(PasswordStep::Rekey, file)) return false;
+  if (!data_.ChangePassword(copy, oldPassword, newPassword)) {
+    error_ = data_.LastError();
+    return false;
+  }
+  if (!Goes(PasswordStep::VerifyCopy, file)) return false;
+  return OpensOnlyWith(copy, newPassword, oldPassword) &&
+         (SyncFile(copy) ||
+          Fail(StorageError::Kind::DiskFull, Ui::tr("ディスクに書き込めません。")));
 }
 
-bool PasswordChange::WriteMarker() {
+// With connections made for it: a warm one says nothing about the file.
+bool PasswordChange::OpensOnlyWith(const QString& file, const QString& newPassword,
+                                   const QString& oldPassword) {
+  data_.CloseAll();
+  const bool opens = data_.TestPassword(file, newPassword);
+  const StorageError reason = data_.LastError();
+  data_.CloseAll();
+  if (!opens) {
+    error_ = reason;
+    return false;
+  }
+  if (oldPassword == newPassword || !data_.TestPassword(file, oldPassword)) return true;
+  data_.CloseAll();
+  return Fail(StorageError::Kind::Other,
+              Ui::tr("「%1」: 前のパスワードのままです。").arg(QFileInfo(file).fileName()));
+}
+
+bool PasswordChange::WriteMarker(const QStringList& changed) {
+  if (!Goes(PasswordStep::Mark, marker_)) return false;
+  const QDir folder(FolderOf(marker_));
+  QByteArray text = kMarkerHead;
+  for (const QString& file : changed) {
+    text += Fingerprint(CopyOf(file)) + ' ' + folder.relativeFilePath(file).toUtf8() + '\n';
+  }
   QSaveFile marker(marker_);
-  if (marker.open(QIODevice::WriteOnly) && marker.write(kMarkerText) == kMarkerText.size() &&
-      marker.commit()) {
+  if (SyncFolder(folder.path()) && marker.open(QIODevice::WriteOnly) &&
+      marker.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
+      marker.write(text) == text.size() && marker.commit() && SyncFolder(folder.path())) {
     return true;
   }
-  error_ = {StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。")};
-  return false;
+  return Fail(StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。"));
+}
+
+bool PasswordChange::ReadMarker(QList<Decision>* decisions) {
+  QFile marker(marker_);
+  if (!marker.open(QIODevice::ReadOnly)) {
+    return Fail(StorageError::Kind::Other,
+                Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+  }
+  const QByteArray text = marker.readAll();
+  if (text == kBareMarker) {
+    for (const QString& file : files_) {
+      if (QFile::exists(CopyOf(file))) decisions->append({file, Fingerprint(CopyOf(file))});
+    }
+    return true;
+  }
+  const QDir folder(FolderOf(marker_));
+  const QList<QByteArray> lines = text.mid(kMarkerHead.size()).split('\n');
+  for (const QByteArray& line : lines) {
+    const qsizetype blank = line.indexOf(' ');
+    if (blank < 0) continue;
+    const QString file = QString::fromUtf8(line.mid(blank + 1));
+    decisions->append({QDir::cleanPath(folder.absoluteFilePath(file)), line.left(blank)});
+  }
+  return text.startsWith(kMarkerHead) ||
+         Fail(StorageError::Kind::Damaged,
+              Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+}
+
+bool PasswordChange::IsUnfinished() const {
+  return QFile::exists(marker_) || std::any_of(files_.begin(), files_.end(), [](const QString& f) {
+           return QFile::exists(CopyOf(f));
+         });
 }
 
 void PasswordChange::RemoveCopies() {
-  for (const QString& file : files_) {
-    for (const char16_t* part : {u"", u"-journal", u"-wal", u"-shm"}) {
-      QFile::remove(CopyOf(file) + QString::fromUtf16(part));
-    }
-  }
+  for (const QString& file : files_) RemoveWithLogs(CopyOf(file));
 }
 
-bool PasswordChange::MoveCopies() {
-  bool moved = true;
-  for (const QString& file : files_) {
-    if (QFile::exists(CopyOf(file)) && !ReplaceFile(CopyOf(file), file)) moved = false;
+// A copy that is gone must have become the file already, and a copy that is there must be the one
+// that was decided upon.
+bool PasswordChange::PutInPlace(const Decision& decision) {
+  const QString copy = CopyOf(decision.file);
+  const QString name = QFileInfo(decision.file).fileName();
+  if (!QFile::exists(copy)) {
+    return (!decision.fingerprint.isEmpty() &&
+            Fingerprint(decision.file) == decision.fingerprint) ||
+           Fail(StorageError::Kind::Damaged,
+                Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルがありません。")
+                    .arg(name));
   }
-  return moved;
+  if (Fingerprint(copy) != decision.fingerprint) {
+    return Fail(StorageError::Kind::Damaged,
+                Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルが壊れています。")
+                    .arg(name));
+  }
+  if (!Goes(PasswordStep::Replace, decision.file)) return false;
+  // Logs of the file that goes would be read into the one that comes. They hold nothing: copying
+  // the file has emptied them, and nobody has opened it since.
+  for (const char16_t* part : {u"-journal", u"-wal", u"-shm"}) {
+    QFile::remove(decision.file + QString::fromUtf16(part));
+  }
+  return ReplaceFile(copy, decision.file) ||
+         Fail(StorageError::Kind::Other,
+              Ui::tr("パスワードの変更を完了できません。ファイルを使っているプログラムを"
+                     "終了してから、もう一度ログインしてください。"));
 }
 
 bool PasswordChange::Finish() {
@@ -86,13 +204,14 @@ bool PasswordChange::Finish() {
     RemoveCopies();
     return true;
   }
-  if (!MoveCopies()) {
-    error_ = {StorageError::Kind::Other,
-              Ui::tr("パスワードの変更を完了できません。ファイルを使っているプログラムを"
-                     "終了してから、もう一度ログインしてください。")};
-    return false;
+  QList<Decision> decisions;
+  if (!ReadMarker(&decisions)) return false;
+  for (const Decision& decision : decisions) {
+    if (!PutInPlace(decision) || !SyncFolder(FolderOf(decision.file))) return false;
   }
-  return QFile::remove(marker_);
+  if (!Goes(PasswordStep::Unmark, marker_)) return false;
+  RemoveCopies();  // a re-keying's journal, for instance
+  return QFile::remove(marker_) && SyncFolder(FolderOf(marker_));
 }
 
 }  // namespace vorn

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "storage/storage_error.h"
 
@@ -9,29 +10,56 @@ namespace vorn {
 
 class DataSession;
 
+/// The steps of a password change, in their order; those of the first line and `Replace` once for
+/// each file.
+enum class PasswordStep { Copy, Rekey, VerifyCopy, Mark, Replace, Unmark, Verify };
+
 /// Re-keys several database files: all of them or none, also when the process dies on the way.
 ///
-/// Every file is first copied to a file beside it and the copy re-keyed. When all copies stand, a
-/// marker file is written; that is the moment of decision. Then the copies take the places of the
-/// files. `FinishPasswordChange` completes what a marker decided and removes what none did.
+/// Every file is first copied to a file beside it and the copy re-keyed. When all copies stand and
+/// open with the new password alone, a marker file is written that names each file with the
+/// fingerprint of its copy; that is the moment of decision. Then the copies take the places of the
+/// files. `Finish` completes what a marker decided and removes what none did.
+///
+/// Both `Run` and `Finish` replace files: only whoever has the profile's lock alone may call them.
 class PasswordChange {
  public:
+  enum class Outcome {
+    Changed,    ///< each file opens with the new password and not with the old one
+    Unchanged,  ///< the old password holds
+    Decided,    ///< the new one will hold once `Finish` succeeds; until then nothing is certain
+  };
+
   /// `marker` is the path of the marker file, on the same volume as the files. Files that do not
   /// exist are left out.
   PasswordChange(DataSession& data, QString marker, QStringList files);
 
-  /// False, with the reason in the session's `LastError` or in `Error`, when nothing was changed.
-  bool Run(const QString& oldPassword, const QString& newPassword);
+  /// Other outcomes than `Changed` leave the reason in `Error`.
+  Outcome Run(const QString& oldPassword, const QString& newPassword);
+  /// Whether an earlier run left something behind, to be finished before the files are opened.
+  bool IsUnfinished() const;
   /// Finishes or undoes what an earlier run left behind. False when a decided change could not be
-  /// completed yet; it is tried again next time.
+  /// completed; it is tried again next time.
   bool Finish();
   const StorageError& Error() const { return error_; }
 
+  /// Asked before every step with the step's file; on false the step fails. For tests.
+  std::function<bool(PasswordStep, const QString&)> BeforeStep;
+
  private:
+  struct Decision {
+    QString file;
+    QByteArray fingerprint;
+  };
+
+  bool Goes(PasswordStep step, const QString& file);
   bool MakeCopy(const QString& file, const QString& oldPassword, const QString& newPassword);
-  bool WriteMarker();
+  bool OpensOnlyWith(const QString& file, const QString& newPassword, const QString& oldPassword);
+  bool WriteMarker(const QStringList& changed);
+  bool ReadMarker(QList<Decision>* decisions);
+  bool PutInPlace(const Decision& decision);
   void RemoveCopies();
-  bool MoveCopies();
+  bool Fail(StorageError::Kind kind, const QString& sentence);
 
   DataSession& data_;
   QString marker_;

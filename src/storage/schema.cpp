@@ -83,7 +83,7 @@ bool CreateSendAttempts(Connection& connection) {
       " BEGIN SELECT RAISE(ABORT, '" + QByteArray(kInTransferWords.data()) + "'); END";
   return connection.Run(
              "CREATE TABLE IF NOT EXISTS send_attempt (SERIALID TEXT PRIMARY KEY, STATE INTEGER, "
-             "OWNER TEXT, STARTED DATETIME, SERVER TEXT, REPLY TEXT)") &&
+             "STARTED DATETIME, SERVER TEXT, REPLY TEXT)") &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_attempt_keeps_row BEFORE UPDATE OF STATUS, MAIL ON "
              "mail WHEN EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND NOT "
@@ -96,11 +96,6 @@ bool CreateSendAttempts(Connection& connection) {
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_attempt_goes AFTER DELETE ON mail BEGIN DELETE "
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
-}
-
-bool CreateLeases(Connection& connection) {
-  return connection.Run(
-      "CREATE TABLE IF NOT EXISTS lease (NAME TEXT PRIMARY KEY, OWNER TEXT, BEAT DATETIME)");
 }
 
 }  // namespace
@@ -127,16 +122,20 @@ bool CompleteSchema(Connection& connection) {
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection))) {
     return false;
   }
-  if (HasTable(connection, "object") && !CreateLeases(connection)) return false;
-  return connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion));
+  if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
+      !connection.Run("PRAGMA user_version = " + QByteArray::number(kSchemaVersion))) {
+    return false;
+  }
+  connection.NoteSchemaVersion(kSchemaVersion);
+  return true;
 }
 
 bool MigrateSchema(Connection& connection) {
   // A file without a version has no tables yet.
-  const int version = connection.Scalar("PRAGMA user_version").toInt();
+  const int version = connection.SchemaVersion();
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more. From 2 to 3: digests, identifiers that are unique, and what is
-  // known of sending and of work under way.
+  // known of messages being sent.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || (AddDigests(connection) && TellDoublesApart(connection) &&

@@ -83,10 +83,48 @@ void CheckPlan::Tick() {
       jobs_.Remove(job->SerialID());
     }
   }
+  ReleaseIdleWork();
+}
+
+// What a job has begun is kept, so that its end is recorded as any other.
+void CheckPlan::Cancel() {
+  const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
+  for (const DiskPtr& job : jobs) {
+    const QString mode = job->Text(u"mode");
+    if (mode == kPeriodicMode) continue;
+    if (pop_.Tag == job->SerialID() && job->Number(kProcess) != 0) {
+      job->Let(QStringLiteral("stop"), true);
+    } else {
+      jobs_.Remove(job->SerialID());
+    }
+  }
+  pop_.Cancel();
 }
 
 void CheckPlan::Clear() {
   while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->SerialID());
+  works_.clear();
+}
+
+bool CheckPlan::TakeWork(const QString& work, Disk& job) {
+  std::unique_ptr<WorkLock>& lock = works_[work];
+  if (lock == nullptr) lock = std::make_unique<WorkLock>(context_, work);
+  if (lock->IsHeld() || lock->Take()) {
+    job.Let(QStringLiteral("held"), false);
+    return true;
+  }
+  if (!job.Flag(u"held")) host_.WorkIsHeld(lock->HeldWords());
+  job.Let(QStringLiteral("held"), true);
+  return false;
+}
+
+// Between two messages another program may not begin; once nothing is left to send, it may.
+void CheckPlan::ReleaseIdleWork() {
+  if (works_.empty()) return;
+  for (const DiskPtr& job : jobs_) {
+    if (job->Text(u"mode") == kSendMode) return;
+  }
+  works_.erase(kSendingWork);
 }
 
 bool CheckPlan::IsDue(const Disk& job) const {
@@ -117,7 +155,7 @@ void CheckPlan::ReceiveStep(Disk& job) {
   if (pop_.Busy()) return;
   const DiskPtr account = job.Collection(u"account")->First();
   if (job.Number(u"process") == 0) {
-    StartReceiving(job, account);
+    if (TakeWork(ReceivingWork(account->SerialID()), job)) StartReceiving(job, account);
   } else {
     FinishReceiving(job, account);
   }
@@ -142,6 +180,7 @@ void CheckPlan::StartSession(Disk& job) {
   pop_.Tag = job.SerialID();
   job.Let(QStringLiteral("log"), QString());
   job.Let(QStringLiteral("error"), false);
+  job.Let(QStringLiteral("loginrefused"), false);
 }
 
 bool CheckPlan::KnowsPassword(Disk& account) {
@@ -172,7 +211,17 @@ void CheckPlan::RecordSession(const Disk& job, const Disk& account) {
                  QStringLiteral("account"), job.Text(u"log"));
 }
 
+// A password that the server refused and that is not stored was a slip of the keys, or is one by
+// now.
+void CheckPlan::ForgetRefusedPassword(const Disk& job, Disk& account) {
+  if (job.Flag(u"loginrefused") && !account.Flag(u"InMailServerPasswordSave", true)) {
+    account.Let(QStringLiteral("InMailServerPassword"), QString());
+  }
+}
+
 void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
+  ForgetRefusedPassword(job, *account);
+  works_.erase(ReceivingWork(account->SerialID()));
   const DiskPtr settings = Settings(context_);
   const QString messages = job.Text(u"messages");
   if (!messages.isEmpty() && settings->Flag(u"MessageNotice") &&
@@ -186,7 +235,7 @@ void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
   RecordSession(job, *account);
   const DiskCollectionPtr accounts = job.Collection(u"account");
   accounts->Remove(account->SerialID());
-  if (accounts->IsEmpty()) {
+  if (accounts->IsEmpty() || job.Flag(u"stop")) {
     job.Let(QStringLiteral("delete"), true);
   } else {
     job.Let(QStringLiteral("process"), 0);

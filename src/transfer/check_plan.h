@@ -1,14 +1,19 @@
 #pragma once
 
 #include <QString>
+#include <map>
+#include <memory>
 #include <vector>
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/work_lock.h"
 
 namespace vorn {
 
+class Outbox;
 class Pop;
+struct WaitingMessage;
 
 /// What the check plan asks of the program around it.
 class PlanHost {
@@ -25,6 +30,8 @@ class PlanHost {
   virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
   /// Asks the user for an account's receive password, which is not saved; empty when he declines.
   virtual QString AskPassword(const QString& account) = 0;
+  /// Work has to wait for another program; told once for each wait, with who it is.
+  virtual void WorkIsHeld(const QString& sentence) = 0;
 };
 
 /// Bits of `CreateMessagePlan`.
@@ -49,27 +56,41 @@ class CheckPlan {
 
   DiskPtr Job(const QString& serialId) const { return jobs_.Find(serialId); }
   bool IsEmpty() const { return jobs_.IsEmpty(); }
+  /// Ends the running session and whatever else was planned; automatic checking goes on. What the
+  /// session came to is recorded by the next tick.
+  void Cancel();
+  /// Forgets all jobs, for the end of the program.
   void Clear();
 
  private:
   void RebuildPeriodicJob();
   bool IsDue(const Disk& job) const;
   void Run(Disk& job);
+  /// Whether the work is this program's alone by now; else it is tried again at the next tick.
+  bool TakeWork(const QString& work, Disk& job);
+  void ReleaseIdleWork();
   void ReceiveStep(Disk& job);
   void StartReceiving(Disk& job, const DiskPtr& account);
   /// Whether the account's receive password is known, if need be by asking for it.
   bool KnowsPassword(Disk& account);
+  void ForgetRefusedPassword(const Disk& job, Disk& account);
   void FinishReceiving(Disk& job, const DiskPtr& account);
   void LoadReceiving(const Disk& account);
   void AddSendJob(const std::vector<DiskPtr>& messages);
   std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db, const QString& file);
+  bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
   /// Gives a message without an account the chosen one; false when there is none.
   bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);
   void SendStep(Disk& job);
+  bool TakeSending(Disk& job, const Disk& message);
   void BeginSending(Disk& job, const Disk& message);
-  bool StartSending(Disk& message);
+  void StartSending(Disk& job, const DiskPtr& message);
+  void LoadSending(Disk& message, const WaitingMessage& waiting);
+  void LeaveOut(Disk& job, const DiskPtr& message);
   void FinishSending(Disk& job, const DiskPtr& message);
+  void ReportDoubtful(int count);
+  void RecordOutcome(const Disk& job, const Disk& message);
   void RecordSession(const Disk& job, const Disk& account);
   void StartSession(Disk& job);
   void Reschedule(Disk& job) const;
@@ -78,6 +99,7 @@ class CheckPlan {
   Pop& pop_;
   PlanHost& host_;
   DiskCollection jobs_;
+  std::map<QString, std::unique_ptr<WorkLock>> works_;  // that are taken, or waited for
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
 };
 

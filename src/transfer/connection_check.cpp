@@ -10,6 +10,9 @@ class ConnectionCheck::Events : public PopEvents {
 
   bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
   void MessageSent(const QByteArray&) override {}
+  bool BeginHandover() override { return true; }
+  void HandoverEnded(HandoverOutcome, const QString&) override {}
+  void RecipientRefused(const QString&, const QString&) override {}
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int, const QString& text) override { error_ = text; }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}

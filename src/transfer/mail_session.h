@@ -9,8 +9,8 @@ namespace vorn {
 enum class Security { None = 0, StartTls = 1, Tls = 2 };
 
 /// One conversation with a mail server, without a socket: it is fed what the server sends and gives
-/// out what to send, so that any conversation can be played to it. It ends in exactly one way:
-/// `Finished()` becomes true, after every failure was told through `PopEvents::Error`.
+/// out what to send, so that any conversation can be played to it. It ends when `Finished()`
+/// becomes true, after every failure was told through `PopEvents::Error`, or by `Abandon`.
 class MailSession {
  public:
   virtual ~MailSession() = default;
@@ -29,6 +29,13 @@ class MailSession {
   /// The server closed the connection, or it broke.
   virtual void ConnectionLost() = 0;
   virtual bool Finished() const = 0;
+  /// Ends the conversation from outside (cancelled, timed out): tells what has become of a message
+  /// that was being handed over. Whoever drops a session calls it first; after the end it does
+  /// nothing.
+  virtual void Abandon() = 0;
+  /// Whole replies taken so far. A server that takes its time for each is alive, one that never
+  /// comes to the end of one is not.
+  virtual qsizetype Replies() const = 0;
   /// Messages that the server has deleted: confirmed, and the session ended properly.
   virtual int Deleted() const { return 0; }
 };

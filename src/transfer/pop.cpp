@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QSslCertificate>
 #include <QSslSocket>
+#include <utility>
 
 #include "storage/ui.h"
 #include "transfer/network_words.h"
@@ -24,7 +25,10 @@ Pop::Pop(QObject* parent) : QObject(parent) {
   timeout_.setSingleShot(true);
   pump_.setSingleShot(true);
   connect(&timeout_, &QTimer::timeout, this, &Pop::TimedOut);
+  greeting_.setSingleShot(true);
   connect(&pump_, &QTimer::timeout, this, &Pop::Pump);
+  connect(&period_, &QTimer::timeout, this, &Pop::PeriodOver);
+  connect(&greeting_, &QTimer::timeout, this, &Pop::ProbeTls);
 }
 
 Pop::~Pop() = default;
@@ -32,15 +36,23 @@ Pop::~Pop() = default;
 void Pop::Start() {
   if (busy_) return;
   busy_ = true;
-  QMetaObject::invokeMethod(this, &Pop::Begin, Qt::QueuedConnection);
+  begun_ = false;
+  deleted_ = 0;
+  refusedCertificate_.clear();
+  QMetaObject::invokeMethod(
+      this, [this, start = ++start_] { BeginQueued(start); }, Qt::QueuedConnection);
+}
+
+void Pop::BeginQueued(int start) {
+  if (busy_ && !begun_ && start == start_) Begin();
 }
 
 void Pop::Begin() {
-  deleted_ = 0;
+  begun_ = true;
+  heard_ = false;
   connected_ = false;
   disconnected_ = false;
   events_->SessionStarted();
-  refusedCertificate_.clear();
   session_ = MakeSession();
   timeout_.start(ConnectTimeoutMs);
   addresses_ = Addresses;
@@ -74,12 +86,7 @@ void Pop::MakeSocket() {
   socket_ = std::make_unique<QSslSocket>();
   socket_->setReadBufferSize(kReadBufferBytes);
   socket_->setPeerVerifyName(Server);
-  connect(socket_.get(), &QSslSocket::connected, this, [this] {
-    connected_ = true;
-    // Small commands go out at once: they wait for no acknowledgement.
-    socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    timeout_.start(Encryption == Security::Tls ? ConnectTimeoutMs : ReplyTimeoutMs);
-  });
+  connect(socket_.get(), &QSslSocket::connected, this, &Pop::Connected);
   connect(socket_.get(), &QSslSocket::readyRead, this, [this] { pump_.start(0); });
   connect(socket_.get(), &QSslSocket::disconnected, this, [this] {
     disconnected_ = true;
@@ -91,12 +98,22 @@ void Pop::MakeSocket() {
     timeout_.start(ReplyTimeoutMs);
     session_->TlsEstablished();
   });
-  const auto written = [this] {
+  const auto written = [this](qint64 bytes) {
+    periodBytes_ += bytes;
     WaitForServer();
     if (socket_->bytesToWrite() == 0 && socket_->encryptedBytesToWrite() == 0) pump_.start(0);
   };
   connect(socket_.get(), &QSslSocket::bytesWritten, this, written);
   connect(socket_.get(), &QSslSocket::encryptedBytesWritten, this, written);
+}
+
+void Pop::Connected() {
+  connected_ = true;
+  // Small commands go out at once: they wait for no acknowledgement.
+  socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+  timeout_.start(Encryption == Security::Tls ? ConnectTimeoutMs : ReplyTimeoutMs);
+  if (Encryption != Security::Tls) greeting_.start(TlsProbeMs);
+  BeginPeriod();
 }
 
 // The socket may be the sender of what is being handled, so it is deleted later.
@@ -110,6 +127,53 @@ void Pop::DropSocket() {
 void Pop::WaitForServer() {
   const bool decides = session_ != nullptr && session_->AwaitsDecision();
   timeout_.start(decides ? DecisionTimeoutMs : ReplyTimeoutMs);
+}
+
+void Pop::BeginPeriod() {
+  periodBytes_ = 0;
+  periodReplies_ = session_->Replies();
+  period_.start(RatePeriodMs);
+}
+
+// While the server makes up its mind silence is its right; that has a limit of its own.
+void Pop::PeriodOver() {
+  const bool decides = session_->AwaitsDecision() && socket_->bytesToWrite() == 0 &&
+                       socket_->encryptedBytesToWrite() == 0;
+  const bool alive = periodBytes_ >= kLeastBytes || session_->Replies() != periodReplies_ ||
+                     socket_->bytesAvailable() > 0;
+  if (decides || alive || !heard_) return BeginPeriod();
+  Fail(PopError::TimeOut,
+       Ui::tr("サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度"
+              "実行してください。")
+           .arg(Server));
+}
+
+// Many servers let a client wait for the greeting, so silence alone proves nothing. A second
+// connection tells whether the port speaks TLS; what it says is not looked at.
+void Pop::ProbeTls() {
+  if (heard_ || socket_ == nullptr) return;
+  probe_ = std::make_unique<QSslSocket>();
+  probe_->setPeerVerifyMode(QSslSocket::VerifyNone);
+  connect(probe_.get(), &QSslSocket::encrypted, this, [this] {
+    if (!heard_) Fail(PopError::Tls, SpeaksTls());
+  });
+  probe_->connectToHostEncrypted(socket_->peerAddress().toString(),
+                                 static_cast<quint16>(ServerPort), Server);
+}
+
+QString Pop::SpeaksTls() const {
+  return Ui::tr(
+             "サーバー「%1」のポート%2は最初から暗号化する接続（TLS）のためのポートです。"
+             "アカウントのセキュリティの設定かポート番号を確認してください。")
+      .arg(Server)
+      .arg(ServerPort);
+}
+
+// The first byte of an alert or a handshake in TLS (RFC 8446 section 5.1); no greeting begins so.
+bool Pop::IsTlsInClear() const {
+  if (heard_ || socket_->mode() != QSslSocket::UnencryptedMode) return false;
+  const QByteArray start = socket_->peek(1);
+  return start == "\x15" || start == "\x16";
 }
 
 QString Pop::CannotConnect(QAbstractSocket::SocketError error) const {
@@ -183,14 +247,19 @@ void Pop::AddressFailed() {
 
 void Pop::TimedOut() {
   if (!connected_ && !addresses_.isEmpty()) return AddressFailed();
-  const bool connecting = !connected_;
-  Fail(PopError::TimeOut,
-       connecting ? Ui::tr("サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの"
-                           "接続を確認してください。")
-                        .arg(Server)
-                  : Ui::tr("サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度"
-                           "実行してください。")
-                        .arg(Server));
+  QString sentence = Ui::tr(
+      "サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度"
+      "実行してください。");
+  if (!connected_) {
+    sentence = Ui::tr(
+        "サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの"
+        "接続を確認してください。");
+  } else if (!heard_) {
+    sentence = Ui::tr(
+        "サーバー「%1」の応答がありません（時間切れ）。ポート番号とセキュリティの設定を"
+        "確認してください。");
+  }
+  Fail(PopError::TimeOut, sentence.arg(Server));
 }
 
 void Pop::Pump() {
@@ -203,10 +272,8 @@ void Pop::Pump() {
   turn.start();
   bool moreWork = false;
   do {
-    if (socket_->bytesAvailable() > 0) {
-      session_->Receive(socket_->read(kSliceBytes));
-      WaitForServer();
-    }
+    if (IsTlsInClear()) return Fail(PopError::Tls, SpeaksTls());
+    if (socket_->bytesAvailable() > 0) TakeBytes();
     moreWork = !session_->Finished() && session_->Work();
     if (!session_->Finished() && !disconnected_ && socket_->bytesToWrite() == 0 &&
         socket_->encryptedBytesToWrite() == 0) {
@@ -221,8 +288,23 @@ void Pop::Pump() {
     deleted_ = session_->Deleted();
     End();
   } else if (moreWork || moreBytes) {
+    // The server is not what is waited for.
+    if (moreWork) {
+      WaitForServer();
+      BeginPeriod();
+    }
     pump_.start(0);
   }
+}
+
+// The time for a decision is counted from the end of the message, whatever comes meanwhile.
+void Pop::TakeBytes() {
+  const QByteArray bytes = socket_->read(kSliceBytes);
+  heard_ = true;
+  periodBytes_ += bytes.size();
+  const bool decided = session_->AwaitsDecision();
+  session_->Receive(bytes);
+  if (!decided || !session_->AwaitsDecision()) WaitForServer();
 }
 
 void Pop::Cancel() {
@@ -231,13 +313,20 @@ void Pop::Cancel() {
 
 void Pop::Fail(PopError code, const QString& text) {
   if (!busy_) return;
+  if (!std::exchange(begun_, true)) events_->SessionStarted();
+  if (session_ != nullptr) session_->Abandon();
   events_->Error(static_cast<int>(code), text);
   End();
 }
 
 void Pop::End() {
-  timeout_.stop();
-  pump_.stop();
+  for (QTimer* timer : {&timeout_, &pump_, &period_, &greeting_}) timer->stop();
+  if (probe_ != nullptr) {
+    probe_->disconnect(this);
+    probe_->abort();
+    probe_.release()->deleteLater();
+  }
+  if (session_ != nullptr) session_->Abandon();
   session_.reset();
   addresses_.clear();
   lookup_ = -1;

@@ -26,7 +26,7 @@ enum PopMode { kPopReceive = 0, kPopSend = 1, kPopSendOther = 2, kPopReceiveApop
 
 /// The transfer control: runs one session at a time with a mail server, in the background of the
 /// user-interface thread, and speaks through `PopEvents`. Set the properties, call `Start`, and
-/// wait for `SessionEnded`.
+/// wait for `SessionEnded`. Every start ends in it, also one that was cancelled before it began.
 class Pop : public QObject {
   Q_OBJECT
 
@@ -58,6 +58,13 @@ class Pop : public QObject {
   int ReplyTimeoutMs = 60000;
   /// How long it may be silent after a whole message was handed over (RFC 5321 section 4.5.3.2.6).
   int DecisionTimeoutMs = 600000;
+  /// The period in which `kLeastBytes` must move or a whole reply must come, however often the
+  /// server gives a sign of life.
+  int RatePeriodMs = 60000;
+  /// How long a connection in clear waits for its greeting before it is tried whether the port
+  /// speaks TLS; both sides would wait for ever.
+  int TlsProbeMs = 3000;
+  static constexpr qint64 kLeastBytes = 256;
 
   /// Certificates, by their SHA-256 in hexadecimal, that the user trusts for this server although
   /// they cannot be verified.
@@ -84,13 +91,21 @@ class Pop : public QObject {
   void Idle();
 
  private:
+  void BeginQueued(int start);
   void Begin();
   void TakeAddresses(const QHostInfo& info);
   void TryNextAddress();
   void AddressFailed();
   void MakeSocket();
   void DropSocket();
+  void Connected();
   void WaitForServer();
+  void TakeBytes();
+  QString SpeaksTls() const;
+  bool IsTlsInClear() const;
+  void BeginPeriod();
+  void PeriodOver();
+  void ProbeTls();
   QString CannotConnect(QAbstractSocket::SocketError error) const;
   std::unique_ptr<MailSession> MakeSession();
   void StartTls();
@@ -103,6 +118,8 @@ class Pop : public QObject {
 
   PopEvents* events_ = nullptr;
   bool busy_ = false;
+  bool begun_ = false;  // `SessionStarted` was told
+  int start_ = 0;       // tells a start from one that was cancelled before it began
   QByteArray message_;
   int deleted_ = 0;
   std::unique_ptr<QSslSocket> socket_;
@@ -110,8 +127,14 @@ class Pop : public QObject {
   QList<QHostAddress> addresses_;  // not tried yet
   int lookup_ = -1;
   bool connected_ = false;
+  bool heard_ = false;  // the server has said something
+  std::unique_ptr<QSslSocket> probe_;
   QString refusedCertificate_;
   QTimer timeout_;
+  QTimer period_;
+  qint64 periodBytes_ = 0;
+  qsizetype periodReplies_ = 0;
+  QTimer greeting_;
   QTimer pump_;  // fires when there is work that waits for no server
   bool disconnected_ = false;
 };

@@ -2,11 +2,14 @@
 
 #include <QHash>
 #include <QUrl>
+#include <algorithm>
 
 namespace vorn {
 namespace {
 
-constexpr qsizetype kMaxMessages = 1000000;
+constexpr qsizetype kMaxMessages = 5000000;
+// No larger message is ever taken, and the sum over all messages stays far from any limit.
+constexpr qint64 kMaxSize = qint64(1) << 30;
 constexpr qsizetype kMaxUidl = 1000;  // the standard says 70
 
 struct NumberedLine {
@@ -46,7 +49,7 @@ std::vector<Pop3Message> ReadMailbox(const QByteArray& list, const QByteArray& u
     seen.insert(line.number, true);
     const qint64 size = line.rest.split(' ').value(0).toLongLong();
     const QByteArray identifier = identifiers.value(line.number);
-    messages.push_back({line.number, qMax<qint64>(size, 0),
+    messages.push_back({line.number, std::clamp<qint64>(size, 0, kMaxSize),
                         uses.value(identifier) == 1 ? identifier : QByteArray()});
   }
   return messages;

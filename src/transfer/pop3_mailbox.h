@@ -9,7 +9,7 @@ namespace vorn {
 /// A message on the server.
 struct Pop3Message {
   int number = 0;
-  qint64 size = 0;  ///< in bytes, as the server says
+  qint64 size = 0;  ///< in bytes, as the server says, 0 to 2^30
   QByteArray uidl;  ///< its unique identifier; empty when it has none of its own
 };
 

@@ -8,7 +8,6 @@ namespace {
 constexpr qsizetype kMaxLine = 64 * 1024;
 // A size that the server merely claims is believed only so far.
 constexpr qint64 kMaxReserve = 64 * 1024 * 1024;
-constexpr qsizetype kMaxBody = 900 * 1024 * 1024;
 
 }  // namespace
 
@@ -33,7 +32,8 @@ Pop3ReplyReader::Event Pop3ReplyReader::NextLine(QByteArray& line) {
   return Event::Line;
 }
 
-void Pop3ReplyReader::BeginBody(qint64 expectedSize) {
+void Pop3ReplyReader::BeginBody(qint64 expectedSize, qsizetype limit) {
+  limit_ = limit;
   body_.clear();
   body_.reserve(static_cast<qsizetype>(std::clamp<qint64>(expectedSize, 0, kMaxReserve)));
   atLineStart_ = true;
@@ -78,7 +78,7 @@ Pop3ReplyReader::Event Pop3ReplyReader::NextBody() {
     }
     body_.append(rest.first(end));
     at_ += end;
-    if (body_.size() > kMaxBody) return Event::TooLong;
+    if (body_.size() > limit_) return Event::TooLong;
   }
   return Event::NeedMore;
 }

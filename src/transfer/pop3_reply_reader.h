@@ -10,6 +10,9 @@ namespace vorn {
 /// whatever the chunks in which it arrives.
 class Pop3ReplyReader {
  public:
+  /// The largest message that is taken, in bytes.
+  static constexpr qsizetype kMaxBody = 900 * 1024 * 1024;
+
   enum class Event { NeedMore, Line, Body, TooLong };
 
   void Feed(QByteArrayView bytes);
@@ -21,8 +24,8 @@ class Pop3ReplyReader {
   Event NextBody();
   /// Whether bytes have come that were not read yet.
   bool HasUnread() const { return at_ < buffer_.size(); }
-  /// Begins a body of about that many bytes.
-  void BeginBody(qint64 expectedSize);
+  /// Begins a body of about that many bytes; of more than `limit` it is `TooLong`.
+  void BeginBody(qint64 expectedSize, qsizetype limit = kMaxBody);
   const QByteArray& Body() const { return body_; }
   QByteArray TakeBody();
 
@@ -33,6 +36,7 @@ class Pop3ReplyReader {
   QByteArray buffer_;
   qsizetype at_ = 0;
   QByteArray body_;
+  qsizetype limit_ = kMaxBody;
   bool atLineStart_ = true;
   // Whether the server ends its lines with LF alone. Otherwise a LF alone is part of a message and
   // no line end, and a dot after it no mark.

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QList>
 #include <algorithm>
+#include <utility>
 
 #include "storage/ui.h"
 #include "transfer/server_words.h"
@@ -17,6 +18,22 @@ constexpr qint64 kWindowBytes = 32 * 1024 * 1024;
 // How long one call may work through known messages before the windows get their turn.
 constexpr qint64 kWorkMs = 10;
 constexpr int kProgressSteps = 1000;
+constexpr qsizetype kMaxBeforeLogin = 64 * 1024;
+// Lists of some millions of messages.
+constexpr qsizetype kMaxList = 128 * 1024 * 1024;
+constexpr qsizetype kMaxUidl = 512 * 1024 * 1024;
+constexpr int kMaxAuthSteps = 2;
+
+// The header block of a message with the empty line that ends it.
+QByteArray HeaderOf(const QByteArray& source) {
+  if (source.startsWith("\r\n") || source.startsWith('\n')) return {};
+  for (qsizetype end = source.indexOf('\n'); end >= 0; end = source.indexOf('\n', end + 1)) {
+    const QByteArrayView rest = QByteArrayView(source).sliced(end + 1);
+    if (rest.startsWith('\n')) return source.first(end + 2);
+    if (rest.startsWith("\r\n")) return source.first(end + 3);
+  }
+  return source;
+}
 
 // The time stamp of a greeting (RFC 1939 section 7, APOP). Only one shaped like a message
 // identifier is used: others have been made up to draw out passwords.
@@ -51,6 +68,7 @@ bool IsCapability(const QByteArray& body, QByteArrayView name) {
 Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : login_(std::move(login)),
+      redaction_(login_.user, login_.password),
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)) {}
@@ -66,6 +84,14 @@ void Pop3Session::Send(const QByteArray& line, Pending pending) {
 }
 
 void Pop3Session::Receive(QByteArrayView bytes) {
+  if (!loggedIn_) {
+    received_ += bytes.size();
+    if (received_ > kMaxBeforeLogin) {
+      Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
+                                      "確認してください。"));
+      return;
+    }
+  }
   reader_.Feed(bytes);
   while (!Finished() && ReadReply()) {
   }
@@ -107,6 +133,7 @@ bool Pop3Session::ReadReply() {
         const Pending pending = pending_.front();
         pending_.pop_front();
         inBody_ = false;
+        ++replies_;
         TakeBody(pending, reader_.TakeBody());
         return true;
       }
@@ -129,24 +156,26 @@ bool Pop3Session::ReadReply() {
       return false;
   }
   const bool ok = line.startsWith("+OK");
-  if (stage_ == Stage::Password && line.startsWith("+ ") && !pending_.empty() &&
+  if (stage_ == Stage::Password && (line == "+" || line.startsWith("+ ")) && !pending_.empty() &&
       pending_.front().command == Command::Auth) {
     GoOnWithAuth(line);
     return true;
   }
   if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pending_.empty())) {
     Fail(PopError::Protocol,
-         WithReply(Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                          "ください。"),
-                   line));
+         redaction_.WithReply(
+             Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
+                    "ください。"),
+             line));
     return false;
   }
   if (stage_ == Stage::Greeting) {
     if (!ok) {
       Fail(PopError::Refused,
-           WithReply(Ui::tr("サーバーに接続を断られました。しばらくしてからもう一度受信して"
-                            "ください。"),
-                     line));
+           redaction_.WithReply(
+               Ui::tr("サーバーに接続を断られました。しばらくしてからもう一度受信して"
+                      "ください。"),
+               line));
       return false;
     }
     timestamp_ = TimestampOf(line);
@@ -157,12 +186,26 @@ bool Pop3Session::ReadReply() {
   const Pending pending = pending_.front();
   if (ok && IsMultiLine(pending.command)) {
     inBody_ = true;
-    reader_.BeginBody(pending.command == Command::Retr ? messages_[pending.message].size : 0);
+    BeginBody(pending);
     return true;
   }
   pending_.pop_front();
+  ++replies_;
   TakeReply(pending, ok, line);
   return true;
+}
+
+void Pop3Session::BeginBody(const Pending& pending) {
+  switch (pending.command) {
+    case Command::List:
+      return reader_.BeginBody(0, kMaxList);
+    case Command::Uidl:
+      return reader_.BeginBody(0, kMaxUidl);
+    case Command::Retr:
+      return reader_.BeginBody(messages_[pending.message].size);
+    default:
+      return reader_.BeginBody(0);
+  }
 }
 
 void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& line) {
@@ -196,26 +239,28 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
       }
       break;
     case Command::List:
-      Fail(PopError::Refused, WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
+      Fail(PopError::Refused,
+           redaction_.WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
       break;
     case Command::Uidl:
       ListingDone();  // an old server: messages are told apart by their contents
       break;
     case Command::Top:
-      Fetch(pending.message);  // without the header there is nothing to stop it by
+      if (!hasTop_) lacksTop_ = true;
+      FetchUntested(pending.message);
       break;
     case Command::Retr:
       bytesAsked_ -= messages_[pending.message].size;
       bytesDone_ += messages_[pending.message].size;
       events_.Error(static_cast<int>(PopError::Refused),
-                    WithReply(Ui::tr("メッセージを受信できません。"), line));
+                    redaction_.WithReply(Ui::tr("メッセージを受信できません。"), line));
       break;
     case Command::Dele:
       if (ok) {
         ++marked_;
       } else {
         events_.Error(static_cast<int>(PopError::Refused),
-                      WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
+                      redaction_.WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
       }
       break;
     case Command::Quit:
@@ -223,7 +268,7 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
         deleted_ = marked_;
       } else if (marked_ > 0) {
         events_.Error(static_cast<int>(PopError::Refused),
-                      WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
+                      redaction_.WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
       }
       Finish();
       break;
@@ -243,18 +288,14 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
       uidl_ = std::move(body);
       ListingDone();
       break;
-    case Command::Top: {
-      bool stop = false;
-      bool deleteOnServer = false;
-      events_.ReceiveStopTest(body, stop, deleteOnServer);
-      if (!stop) {
-        Fetch(pending.message);
-      } else {
+    case Command::Top:
+      hasTop_ = true;
+      if (IsStopped(pending.message, body)) {
         bytesDone_ += messages_[pending.message].size;
-        if (deleteOnServer) doomed_.push_back(pending.message);
+      } else {
+        Fetch(pending.message);
       }
       break;
-    }
     case Command::Retr:
       MessageDone(pending.message, body);
       break;
@@ -266,6 +307,7 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
 // Once the server's capabilities are known, before and again after encryption.
 void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
   pipelining_ = IsCapability(capabilities, "PIPELINING");
+  lacksTop_ = !capabilities.isEmpty() && !IsCapability(capabilities, "TOP");
   if (login_.security != Security::StartTls || encrypted_) {
     ChooseLogin(capabilities);
     Login();
@@ -279,7 +321,7 @@ void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
 
 void Pop3Session::StartTls(bool ok, const QByteArray& line) {
   if (!ok) {
-    Fail(PopError::Tls, WithReply(Ui::tr("暗号化を始められません。"), line));
+    Fail(PopError::Tls, redaction_.WithReply(Ui::tr("暗号化を始められません。"), line));
   } else if (reader_.HasUnread()) {
     // Whatever came in clear after the answer would be taken for the server's protected words.
     Fail(PopError::Protocol, Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざんされて"
@@ -318,14 +360,18 @@ void Pop3Session::BeginAuth() {
 
 // Every step waits for the server's "+", so that no line is longer than old servers take.
 void Pop3Session::GoOnWithAuth(const QByteArray& line) {
-  const QByteArray challenge = QByteArray::fromBase64(line.sliced(2));
-  send_(SaslResponse(mechanism_, authStep_++, challenge, login_.user, login_.password).toBase64() +
-        "\r\n");
+  if (authStep_ == kMaxAuthSteps) return LoginRefused(line);
+  const QByteArray challenge = QByteArray::fromBase64(line.mid(2));
+  const QByteArray response =
+      SaslResponse(mechanism_, authStep_++, challenge, login_.user, login_.password);
+  redaction_.Add(response.sliced(response.lastIndexOf(' ') + 1));
+  send_(response.toBase64() + "\r\n");
 }
 
 void Pop3Session::LoginRefused(const QByteArray& line) {
   Fail(PopError::Login,
-       WithReply(Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"), line));
+       redaction_.WithReply(
+           Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"), line));
 }
 
 void Pop3Session::Login() {
@@ -350,10 +396,12 @@ void Pop3Session::Login() {
   stage_ = Stage::Password;
   const QByteArray digest =
       QCryptographicHash::hash(timestamp_ + login_.password.toUtf8(), QCryptographicHash::Md5);
+  redaction_.Add(digest.toHex());
   Send("APOP " + login_.user.toUtf8() + ' ' + digest.toHex(), {Command::Apop});
 }
 
 void Pop3Session::LoggedIn() {
+  loggedIn_ = true;
   if (login_.loginOnly) {
     stage_ = Stage::Quit;
     Send("QUIT", {Command::Quit});
@@ -406,7 +454,9 @@ void Pop3Session::ConsiderNext() {
       return;
     }
   }
-  if (wantsHeaders_) {
+  if (wantsHeaders_ && lacksTop_) {
+    FetchUntested(message);
+  } else if (wantsHeaders_) {
     Send("TOP " + QByteArray::number(entry.number) + " 0", {Command::Top, message});
   } else {
     Fetch(message);
@@ -416,6 +466,26 @@ void Pop3Session::ConsiderNext() {
 void Pop3Session::Fetch(size_t message) {
   bytesAsked_ += messages_[message].size;
   Send("RETR " + QByteArray::number(messages_[message].number), {Command::Retr, message});
+}
+
+// A server that does not give the header alone: the rules see it once the message is here.
+void Pop3Session::FetchUntested(size_t message) {
+  if (!std::exchange(toldOfTop_, true)) {
+    events_.Log(0,
+                Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
+                       "メッセージを受信してから調べます。"));
+  }
+  untested_.resize(messages_.size(), false);
+  untested_[message] = true;
+  Fetch(message);
+}
+
+bool Pop3Session::IsStopped(size_t message, const QByteArray& header) {
+  bool stop = false;
+  bool deleteOnServer = false;
+  events_.ReceiveStopTest(header, stop, deleteOnServer);
+  if (stop && deleteOnServer) doomed_.push_back(message);
+  return stop;
 }
 
 void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
@@ -437,6 +507,9 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
       return;
     }
     deleteOnServer = false;
+  }
+  if (message < untested_.size() && untested_[message] && IsStopped(message, HeaderOf(data))) {
+    return;
   }
   stopped_ = !events_.MessageArrived(ScopedMessageId(login_.user, login_.server, uidl), data,
                                      deleteOnServer);

@@ -10,6 +10,7 @@
 #include "transfer/pop3_mailbox.h"
 #include "transfer/pop3_reply_reader.h"
 #include "transfer/pop_events.h"
+#include "transfer/redaction.h"
 #include "transfer/sasl.h"
 
 namespace vorn {
@@ -37,6 +38,8 @@ class Pop3Session : public MailSession {
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
+  void Abandon() override { Finish(); }
+  qsizetype Replies() const override { return replies_; }
   int Deleted() const override { return deleted_; }
 
  private:
@@ -62,6 +65,7 @@ class Pop3Session : public MailSession {
   void Send(const QByteArray& line, Pending pending);
   bool ReadGreeting();
   bool ReadReply();
+  void BeginBody(const Pending& pending);
   void TakeReply(const Pending& pending, bool ok, const QByteArray& line);
   void TakeBody(const Pending& pending, QByteArray body);
   void GreetedAndAsked(const QByteArray& capabilities);
@@ -77,6 +81,8 @@ class Pop3Session : public MailSession {
   bool WindowHasRoom() const;
   void ConsiderNext();
   void Fetch(size_t message);
+  void FetchUntested(size_t message);
+  bool IsStopped(size_t message, const QByteArray& header);
   void MessageDone(size_t message, const QByteArray& data);
   void FinishTransfer();
   void SendDeletions();
@@ -85,6 +91,7 @@ class Pop3Session : public MailSession {
   void Finish() { stage_ = Stage::Finished; }
 
   Pop3Login login_;
+  Redaction redaction_;
   PopEvents& events_;
   std::function<void(QByteArray)> send_;
   std::function<void()> startTls_;
@@ -98,6 +105,13 @@ class Pop3Session : public MailSession {
   bool offersUser_ = true;
   bool pipelining_ = false;
   bool wantsHeaders_ = false;
+  bool lacksTop_ = false;  // rules are tested on whole messages
+  bool toldOfTop_ = false;
+  bool hasTop_ = false;         // it was answered once
+  std::vector<bool> untested_;  // by message: its header is still to be tested
+  qsizetype replies_ = 0;       // whole replies so far
+  qsizetype received_ = 0;      // bytes before the login is over
+  bool loggedIn_ = false;
   bool stopped_ = false;  // nothing more is fetched after a message could not be stored
   QByteArray timestamp_;  // of the greeting, for APOP
   QByteArray list_;

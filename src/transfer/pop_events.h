@@ -5,6 +5,12 @@
 
 namespace vorn {
 
+/// How the handing over of a message ended when the server did not accept it.
+enum class HandoverOutcome {
+  Refused,  ///< the message has certainly not been accepted
+  Unknown,  ///< its end was given to the connection and no clear answer came
+};
+
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
 class PopEvents {
@@ -15,8 +21,18 @@ class PopEvents {
   /// was stored; after false the session fetches nothing more.
   virtual bool MessageArrived(const QString& messageId, const QByteArray& data,
                               bool& deleteOnServer) = 0;
-  /// The message being sent has been accepted by the server.
+  /// Every recipient was accepted and the message itself would be sent next. Asked once, right
+  /// before the DATA command. After false the session takes its leave and tells no error: whoever
+  /// answers has told why.
+  virtual bool BeginHandover() = 0;
+  /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
   virtual void MessageSent(const QByteArray& data) = 0;
+  /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however
+  /// the session ends. `reply` is what the server said, empty when it said nothing.
+  virtual void HandoverEnded(HandoverOutcome outcome, const QString& reply) = 0;
+  /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
+  /// them follows.
+  virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
   /// Asked before a message is downloaded. One that exists is not downloaded again.
   virtual void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) = 0;
   /// A failure, as a sentence for the user.

@@ -5,7 +5,7 @@
 
 #include "mail/address.h"
 #include "mail/mail_store.h"
-#include "mail/mime_codec.h"
+#include "mail/outbox.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/sql_text.h"
@@ -39,15 +39,18 @@ void SetAccount(Disk& message, const DiskPtr& account) {
 const QString kTo = QStringLiteral("mailaddress_to");
 const QString kFrom = QStringLiteral("mailaddress_from");
 
+const QString kFormer = QStringLiteral("update_from_list");
+
 // The envelope, from the address lines.
 void FillEnvelope(Disk& message) {
+  for (const QString& key : {kTo, kFrom, kFormer}) message.Let(key, QString());
   for (const QString& line : message.Text(u"Mailaddress").split(kLineBreak)) {
     const AddressEntry entry = ParseAddressEntry(line);
     const QString kind = entry.kind.toLower();
     if (entry.address.isEmpty()) continue;
     if (kind == u"from") {
       Append(message, kFrom, entry.address);
-      Append(message, QStringLiteral("update_from_list"), line);
+      Append(message, kFormer, line);
     } else if (kind == u"to" || kind == u"cc" || kind == u"bcc" || kind == u"bc") {
       Append(message, kTo, entry.address);
     }
@@ -72,25 +75,45 @@ DiskPtr CheckPlan::AccountFor(const QString& addressLines) const {
   return taken;
 }
 
+bool CheckPlan::IsPlanned(const QString& serial) const {
+  for (const DiskPtr& job : jobs_) {
+    const DiskCollectionPtr messages = job->Collection(u"message");
+    if (messages != nullptr && messages->Contains(serial)) return true;
+  }
+  return false;
+}
+
+// Doubtful messages wait for the user's word, those that are planned for their turn.
 std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseKind db,
                                                 const QString& file) {
   std::vector<DiskPtr> messages;
   if (!OpenDatabase(context_, db, file)) return messages;
-  QString select = QStringLiteral("SELECT * FROM mail WHERE STATUS = 2");
+  QString select = QStringLiteral(
+      "SELECT * FROM mail WHERE STATUS = 2 AND SERIALID NOT IN (SELECT SERIALID FROM "
+      "send_attempt)");
   if (!serial.isEmpty()) select += QStringLiteral(" AND SERIALID = ") + QuoteSql(serial);
-  if (context_.Data.OpenRecordset(select, CursorKind::ForwardOnly)) {
+  bool whole = context_.Data.OpenRecordset(select, CursorKind::ForwardOnly);
+  if (whole) {
     const RecordsetPtr rows = context_.Data.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
+      if (IsPlanned(rows->SerialID())) continue;
       auto message = std::make_shared<Disk>(rows->SerialID());
       const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
       SetAccount(*message, AccountFor(lines));
-      message->Let(QStringLiteral("File"), file.isEmpty() ? context_.Session->Text(u"Mail") : file);
+      message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
       message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
       message->Let(QStringLiteral("Mailaddress"), lines);
+      message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
       messages.push_back(message);
     }
+    whole = !rows->Failed();
   }
+  const QString reason = context_.Data.LastError().text;
   context_.Data.Close();
+  if (!whole) {
+    host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                   Ui::tr("送信待ちのメッセージを読み込めません。") + reason);
+  }
   return messages;
 }
 
@@ -132,19 +155,39 @@ void CheckPlan::AddSendJob(const std::vector<DiskPtr>& messages) {
 void CheckPlan::SendStep(Disk& job) {
   if (pop_.Busy()) return;
   const DiskPtr message = job.Collection(u"message")->First();
-  switch (job.Number(kProcess)) {
+  const int process = job.Number(kProcess);
+  if (job.Flag(u"stop") && process != kEnded) {
+    FinishSending(job, message);
+    return;
+  }
+  switch (process) {
     case kBegin:
-      BeginSending(job, *message);
+      if (TakeSending(job, *message)) BeginSending(job, *message);
       break;
     case kStart:
-      if (StartSending(*message)) {
-        pop_.Start();
-        job.Let(kProcess, static_cast<int>(kEnded));
-      }
+      StartSending(job, message);
       break;
     default:
       FinishSending(job, message);
   }
+}
+
+// One program sends at a time. Whatever stands as under way when it begins was left by a death.
+bool CheckPlan::TakeSending(Disk& job, const Disk& message) {
+  const auto held = works_.find(kSendingWork);
+  const bool goesOn = held != works_.end() && held->second->IsHeld();
+  if (!TakeWork(kSendingWork, job)) return false;
+  if (!goesOn) ReportDoubtful(Outbox(context_, message.Text(u"File")).DoubtLeftOver());
+  return true;
+}
+
+void CheckPlan::ReportDoubtful(int count) {
+  if (count == 0) return;
+  host_.AddEvent(
+      1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      Ui::tr("送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。"
+             "開いて、もう一度送信するか、送信済みにするかを選んでください。")
+          .arg(count));
 }
 
 // "POP before SMTP" first logs in at the incoming server.
@@ -158,34 +201,55 @@ void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   pop_.Tag = job.SerialID();
   job.Let(QStringLiteral("log"), QString());
   job.Let(QStringLiteral("error"), false);
+  job.Let(QStringLiteral("loginrefused"), false);
+  job.Let(QStringLiteral("refused"), QString());
+  job.Let(QStringLiteral("doubtful"), false);
   job.Let(kProcess, static_cast<int>(kStart));
 }
 
-// Loads the control with the message; false when it cannot be read yet.
-bool CheckPlan::StartSending(Disk& message) {
-  const QString where = QStringLiteral(" WHERE SERIALID = ") + QuoteSql(message.SerialID());
-  if (!OpenDatabase(context_, DatabaseKind::MailByPath, message.Text(u"File"))) return false;
-  QByteArray source;
-  if (context_.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail") + where,
-                                  CursorKind::ForwardOnly)) {
-    const RecordsetPtr row = context_.Data.Recordset();
-    source = row->Fields(u"MAIL").toByteArray();
-    // What a message that is stored again keeps.
-    message.Let(QStringLiteral("Flag"), row->Fields(u"FIELD_FLAG"));
+// Sends what the row holds now. A message that was stored anew since it was planned is planned
+// anew, with the addresses that it has by now.
+void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
+  const DiskPtr account = message->Collection(kAccount)->First();
+  ForgetRefusedPassword(job, *account);
+  WaitingMessage waiting;
+  const QString serial = message->SerialID();
+  switch (Outbox(context_, message->Text(u"File")).Read(serial, waiting)) {
+    case Outbox::Reading::Closed:
+      return;  // tried again at the next tick
+    case Outbox::Reading::Gone:
+      LeaveOut(job, message);
+      return;
+    case Outbox::Reading::Unreadable:
+      host_.AddEvent(1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
+                     Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。")
+                             .arg(message->Text(u"Subject")) +
+                         context_.Data.LastError().text);
+      LeaveOut(job, message);
+      return;
+    case Outbox::Reading::Ready:
+      break;
   }
-  QStringList folders;
-  if (context_.Data.OpenRecordset(QStringLiteral("SELECT * FROM folder") + where,
-                                  CursorKind::ForwardOnly)) {
-    const RecordsetPtr rows = context_.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+  if (waiting.addressLines != message->Text(u"Mailaddress")) {
+    LeaveOut(job, message);
+    CreateMessagePlan(kPlanSend, serial, DatabaseKind::MailByPath, message->Text(u"File"));
+    return;
   }
-  message.Let(QStringLiteral("folder"), folders.join(kLineBreak));
-  context_.Data.Close();
+  LoadSending(*message, waiting);
+  pop_.Start();
+  job.Let(kProcess, static_cast<int>(kEnded));
+}
+
+void CheckPlan::LoadSending(Disk& message, const WaitingMessage& waiting) {
+  // What the message keeps when it is stored as sent.
+  message.Let(QStringLiteral("Flag"), waiting.flags);
+  message.Let(QStringLiteral("folder"), waiting.folders);
+  message.Let(QStringLiteral("Version"), waiting.version);
 
   const DiskPtr account = message.Collection(kAccount)->First();
   OutgoingSender sender{
       account->Text(u"Mailaddress"), account->Text(u"Display"), message.Flag(u"update_from"), {}};
-  for (const QString& line : message.Text(u"update_from_list").split(kLineBreak)) {
+  for (const QString& line : message.Text(kFormer).split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }
   pop_.Server = account->Text(u"OutMailServer");
@@ -201,19 +265,48 @@ bool CheckPlan::StartSending(Disk& message) {
   pop_.MailTo = message.Text(kTo);
   // The account that sends answers for the message.
   pop_.MailFrom = sender.rewrite ? sender.address : message.Text(kFrom);
-  pop_.SetMessage(OutgoingSource(source, message.SerialID(), sender));
-  return true;
+  pop_.SetMessage(OutgoingSource(waiting.source, message.SerialID(), sender));
 }
 
-void CheckPlan::FinishSending(Disk& job, const DiskPtr& message) {
-  RecordSession(job, *message->Collection(kAccount)->First());
+void CheckPlan::LeaveOut(Disk& job, const DiskPtr& message) {
   const DiskCollectionPtr messages = job.Collection(u"message");
   messages->Remove(message->SerialID());
-  if (messages->IsEmpty()) {
-    job.Let(QStringLiteral("delete"), true);
-  } else {
+  if (!messages->IsEmpty() && !job.Flag(u"stop")) {
     job.Let(kProcess, static_cast<int>(kBegin));
+    return;
   }
+  job.Let(QStringLiteral("delete"), true);
+  // That the last one was sent; of the others the next handing over made it durable.
+  Outbox(context_, message->Text(u"File")).MakeDurable();
+}
+
+// When the store fails, nothing more is sent: what becomes of it could not be noted.
+void CheckPlan::FinishSending(Disk& job, const DiskPtr& message) {
+  RecordSession(job, *message->Collection(kAccount)->First());
+  RecordOutcome(job, *message);
+  if (job.Flag(u"storefailed")) {
+    for (const DiskPtr& other : jobs_) {
+      if (other->Text(u"mode") == u"mailup") other->Let(QStringLiteral("delete"), true);
+    }
+  }
+  LeaveOut(job, message);
+}
+
+// What the user has to decide or to mend stands at the message itself.
+void CheckPlan::RecordOutcome(const Disk& job, const Disk& message) {
+  const QString refused = job.Text(u"refused");
+  QString text;
+  if (!refused.isEmpty()) {
+    text = Ui::tr("次の宛先をサーバーに断られたので、送信しませんでした。") + kLineBreak + refused;
+  } else if (job.Flag(u"doubtful")) {
+    text = Ui::tr(
+        "届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みに"
+        "するかを選んでください。");
+  } else {
+    return;
+  }
+  host_.AddEvent(1, 1, message.SerialID(), message.Text(u"Subject"), QStringLiteral("mailup"),
+                 text);
 }
 
 }  // namespace vorn

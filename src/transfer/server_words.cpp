@@ -1,5 +1,4 @@
 #include "transfer/server_words.h"
-#include "storage/ui.h"
 
 #include <algorithm>
 
@@ -16,10 +15,6 @@ QString ServerWords(const QByteArray& reply) {
     if (!c.isPrint()) c = u'?';
   }
   return words;
-}
-
-QString WithReply(const QString& sentence, const QByteArray& reply) {
-  return sentence + Ui::tr("（サーバーの応答: ") + ServerWords(reply) + u'）';
 }
 
 bool IsSafeArgument(const QString& text) {

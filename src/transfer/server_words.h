@@ -5,11 +5,9 @@
 
 namespace vorn {
 
-/// A server's reply as it may stand in a log: one line of readable length.
+/// Text as it may stand in a log: one line of readable length. What a server said passes through
+/// `Redaction` first.
 QString ServerWords(const QByteArray& reply);
-
-/// A sentence for the user with the server's words behind it.
-QString WithReply(const QString& sentence, const QByteArray& reply);
 
 /// Whether a text can be an argument of a command: no line break could smuggle in another one.
 bool IsSafeArgument(const QString& text);

@@ -8,6 +8,7 @@
 
 #include "transfer/mail_session.h"
 #include "transfer/pop_events.h"
+#include "transfer/redaction.h"
 #include "transfer/sasl.h"
 
 namespace vorn {
@@ -26,7 +27,8 @@ struct SmtpJob {
 
 /// One SMTP conversation (RFC 5321, with STARTTLS of RFC 3207, AUTH of RFC 4954, SIZE, PIPELINING
 /// and 8BITMIME) that hands over one message to all its recipients or to none: a refused recipient
-/// ends it before the message is sent.
+/// ends it before the message is sent. Once the handing over has begun its outcome is told, however
+/// the conversation ends.
 class SmtpSession : public MailSession {
  public:
   SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
@@ -35,10 +37,12 @@ class SmtpSession : public MailSession {
   void Receive(QByteArrayView bytes) override;
   bool Work() override { return false; }
   void Drained() override;
-  bool AwaitsDecision() const override { return stage_ == Stage::Body && sent_ == wire_.size(); }
+  bool AwaitsDecision() const override { return EndMarkGiven(); }
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
+  void Abandon() override;
+  qsizetype Replies() const override { return replies_; }
 
  private:
   enum class Stage {
@@ -62,8 +66,14 @@ class SmtpSession : public MailSession {
   void BeginAuth();
   void GoOnWithAuth(int code);
   void BeginEnvelope();
+  bool TakeAddresses(QByteArrayList& paths, bool& needsUtf8);
   void SendEnvelope();
   void TakeEnvelopeReply(int code);
+  void EnvelopeDone();
+  void TakeDataReply(int code);
+  void TakeDecision(int code);
+  void EndHandover(HandoverOutcome outcome);
+  bool EndMarkGiven() const { return stage_ == Stage::Body && sent_ == wire_.size(); }
   void SendBody();
   void Send(const QByteArray& line);
   void LeaveAfter(PopError code, const QString& sentence);
@@ -71,12 +81,15 @@ class SmtpSession : public MailSession {
   void Fail(PopError code, const QString& text);
 
   SmtpJob job_;
+  Redaction redaction_;
   PopEvents& events_;
   std::function<void(QByteArray)> send_;
   std::function<void()> startTls_;
   Stage stage_ = Stage::Greeting;
   QByteArray buffer_;
-  QByteArray reply_;  // the reply's lines, joined
+  QByteArray reply_;        // the reply's lines, joined
+  qsizetype replies_ = 0;   // whole replies so far
+  qsizetype received_ = 0;  // bytes before the login is over
   QByteArrayList extensions_;
   bool encrypted_ = false;
   SaslMechanism mechanism_ = SaslMechanism::None;
@@ -85,6 +98,9 @@ class SmtpSession : public MailSession {
   qsizetype sent_ = 0;               // bytes of it given out
   std::deque<QByteArray> envelope_;  // commands not sent yet
   size_t awaited_ = 0;               // envelope replies
+  qsizetype answered_ = 0;           // envelope replies so far: the first is the sender's
+  QStringList refusals_;             // "address: reply" of recipients
+  bool handingOver_ = false;         // begun, and its outcome not told yet
 };
 
 }  // namespace vorn

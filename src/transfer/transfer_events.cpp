@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
@@ -29,30 +30,36 @@ TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
 
-DiskPtr TransferEvents::Job() const {
-  return plan_.Job(pop_.Tag);
-}
-
 DiskPtr TransferEvents::Account() const {
-  const DiskPtr job = Job();
-  const DiskCollectionPtr accounts = job != nullptr ? job->Collection(u"account") : nullptr;
+  const DiskCollectionPtr accounts = job_ != nullptr ? job_->Collection(u"account") : nullptr;
   return accounts != nullptr && !accounts->IsEmpty() ? accounts->First() : nullptr;
 }
 
+DiskPtr TransferEvents::Message() const {
+  const DiskCollectionPtr messages = job_ != nullptr ? job_->Collection(u"message") : nullptr;
+  return messages != nullptr && !messages->IsEmpty() ? messages->First() : nullptr;
+}
+
+bool TransferEvents::IsReceiving() const {
+  return pop_.Mode == kPopReceive || pop_.Mode == kPopReceiveApop;
+}
+
 void TransferEvents::Append(const QString& key, const QString& line) {
-  const DiskPtr job = Job();
-  if (job == nullptr) return;
-  const QString text = job->Text(key);
-  job->Let(key, text.isEmpty() ? line : text + kLineBreak + line);
+  if (job_ == nullptr) return;
+  const QString text = job_->Text(key);
+  job_->Let(key, text.isEmpty() ? line : text + kLineBreak + line);
 }
 
 void TransferEvents::SessionStarted() {
+  job_ = plan_.Job(pop_.Tag);
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
   flushFailed_ = false;
-  context_.Data.BeginGroup(MailDatabasePath(context_));
-  // All the time, since what the user stores meanwhile is gathered as well.
-  flushTimer_.start();
+  if (IsReceiving()) {
+    context_.Data.BeginGroup(MailDatabasePath(context_));
+    // All the time, since what the user stores meanwhile is gathered as well.
+    flushTimer_.start();
+  }
   panel_.ShowStatus(pop_.Server, QStringLiteral("account"));
 }
 
@@ -68,6 +75,7 @@ void TransferEvents::SessionEnded() {
     Log(0, Ui::tr("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
   }
   panel_.ShowStatus(QString(), QString());
+  job_.reset();
 }
 
 bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& data,
@@ -78,16 +86,19 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   message.Let(QStringLiteral("MessageID"), messageId);
   message.Let(QStringLiteral("Flag"), kNewFlags);
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  const QString stored = store_.StoreMessage(message, data);
-  if (stored.isEmpty()) {
-    Error(static_cast<int>(PopError::Store),
-          Ui::tr("受信したメッセージを保存できません。サーバーには残っています。") +
-              context_.Data.LastError().text);
+  const MailStore::Received received = store_.StoreReceived(message, data);
+  if (received == MailStore::Received::Failed) {
+    StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
     return false;
   }
   const DiskPtr account = Account();
   deleteOnServer = account != nullptr && account->Flag(u"InMailServerDelete");
-  unflushed_.append(stored);
+  // Another account or program has received it since it was asked for.
+  if (received == MailStore::Received::Known) {
+    ++counts_.known;
+    return true;
+  }
+  unflushed_.append(message.SerialID());
   unflushedBytes_ += data.size();
   return (unflushed_.size() < kGroupMessages && unflushedBytes_ < kGroupBytes) || Flush();
 }
@@ -97,9 +108,7 @@ bool TransferEvents::Flush() {
   const QStringList stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
     flushFailed_ = true;
-    Error(static_cast<int>(PopError::Store),
-          Ui::tr("受信したメッセージを保存できません。サーバーには残っています。") +
-              context_.Data.LastError().text);
+    StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
     return false;
   }
   if (!stored.isEmpty()) Append(QStringLiteral("messages"), stored.join(kLineBreak));
@@ -115,27 +124,65 @@ bool TransferEvents::MakeDurable() {
     context_.Data.Close();
     if (durable) return true;
   }
-  Error(static_cast<int>(PopError::Store),
-        Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。") +
-            context_.Data.LastError().text);
+  StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"));
   return false;
 }
 
+void TransferEvents::StoreFailed(const QString& sentence) {
+  Error(static_cast<int>(PopError::Store), sentence + context_.Data.LastError().text);
+}
+
+bool TransferEvents::BeginHandover() {
+  const DiskPtr message = Message();
+  if (message == nullptr) return false;
+  switch (Outbox(context_, message->Text(u"File"))
+              .BeginHandover(message->SerialID(), message->Text(u"Version"), pop_.Server)) {
+    case Outbox::Claim::Taken:
+      return true;
+    case Outbox::Claim::Lost:
+      Log(0, Ui::tr("送信待ちでなくなったので、送信しませんでした。"));
+      return false;
+    default:
+      StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));
+      job_->Let(QStringLiteral("storefailed"), true);
+      return false;
+  }
+}
+
 void TransferEvents::MessageSent(const QByteArray& data) {
-  const DiskPtr job = Job();
-  const DiskCollectionPtr messages = job != nullptr ? job->Collection(u"message") : nullptr;
-  if (messages == nullptr || messages->IsEmpty()) return;
-  const DiskPtr message = messages->First();
+  const DiskPtr message = Message();
+  if (message == nullptr) return;
   message->Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
-  // Durable at once: a message that was sent and forgotten would be sent again.
-  if (store_.StoreMessage(*message, data).isEmpty() || !MakeDurable()) {
-    Error(static_cast<int>(PopError::Store),
-          Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。") +
-              context_.Data.LastError().text);
+  if (store_.StoreSent(*message, data)) {
+    ++counts_.sent;
+    Log(0, Ui::tr("メッセージを送信しました。"));
     return;
   }
-  ++counts_.sent;
-  Log(0, Ui::tr("メッセージを送信しました。"));
+  StoreFailed(Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
+  job_->Let(QStringLiteral("storefailed"), true);
+  Doubt(*message, Ui::tr("（サーバーは受け取りました）"));
+}
+
+void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
+  const DiskPtr message = Message();
+  if (message == nullptr) return;
+  if (outcome == HandoverOutcome::Unknown) {
+    Doubt(*message, reply);
+  } else if (!Outbox(context_, message->Text(u"File")).Withdraw(message->SerialID())) {
+    StoreFailed(Ui::tr("送信できなかったことを保存できません。"));
+    job_->Let(QStringLiteral("storefailed"), true);
+  }
+}
+
+// When even this cannot be stored, the note that it was under way remains, which comes to the same.
+void TransferEvents::Doubt(const Disk& message, const QString& reply) {
+  job_->Let(QStringLiteral("doubtful"), true);
+  ++counts_.doubtful;
+  Outbox(context_, message.Text(u"File")).Doubt(message.SerialID(), reply);
+}
+
+void TransferEvents::RecipientRefused(const QString& address, const QString& reply) {
+  Append(QStringLiteral("refused"), address + QStringLiteral(": ") + reply);
 }
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
@@ -178,10 +225,12 @@ const ReceiveStopRules& TransferEvents::Rules() {
   return *rules_;
 }
 
-void TransferEvents::Error(int, const QString& text) {
+void TransferEvents::Error(int code, const QString& text) {
   ++counts_.errors;
   Append(QStringLiteral("log"), text);
-  if (const DiskPtr job = Job()) job->Let(QStringLiteral("error"), true);
+  if (job_ == nullptr) return;
+  job_->Let(QStringLiteral("error"), true);
+  if (code == static_cast<int>(PopError::Login)) job_->Let(QStringLiteral("loginrefused"), true);
 }
 
 void TransferEvents::Log(int, const QString& text) {

@@ -29,6 +29,7 @@ struct ReceiveCounts {
   int known = 0;    ///< stored before, not downloaded again
   int stopped = 0;  ///< by a receive-stop rule
   int sent = 0;
+  int doubtful = 0;  ///< handed over without a clear answer
   int errors = 0;
 };
 
@@ -44,7 +45,10 @@ class TransferEvents : public QObject, public PopEvents {
 
   bool MessageArrived(const QString& messageId, const QByteArray& data,
                       bool& deleteOnServer) override;
+  bool BeginHandover() override;
   void MessageSent(const QByteArray& data) override;
+  void HandoverEnded(HandoverOutcome outcome, const QString& reply) override;
+  void RecipientRefused(const QString& address, const QString& reply) override;
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
@@ -61,8 +65,11 @@ class TransferEvents : public QObject, public PopEvents {
   int DeletedOnServer() const { return deleted_; }
 
  private:
-  DiskPtr Job() const;
   DiskPtr Account() const;
+  DiskPtr Message() const;
+  bool IsReceiving() const;
+  void Doubt(const Disk& message, const QString& reply);
+  void StoreFailed(const QString& sentence);
   void Append(const QString& key, const QString& line);
   bool Flush();
   const ReceiveStopRules& Rules();
@@ -72,6 +79,7 @@ class TransferEvents : public QObject, public PopEvents {
   const Pop& pop_;
   StatusPanel& panel_;
   MailStore store_;
+  DiskPtr job_;  // that the running session serves
   ReceiveCounts counts_;
   int deleted_ = 0;
   QStringList unflushed_;

@@ -107,10 +107,10 @@ class Conversation(unittest.TestCase):
         out = self.work / "x.eml"
         self.smtp.terminate()
         self.smtp.wait()
-        for sender, code in (("stranger@example.jp", 0), ("a@example.jp", 1)):
+        for sender in ("stranger@example.jp", "a@example.jp"):
             self.ctl("compose", "--from", sender, "--to", "b@example.org", "--subject", "s",
                      "--body-file", str(self.work / "body"), "--out", str(out))
-            self.ctl("send", str(out), "--json", code=code)
+            self.ctl("send", str(out), "--json", code=1)
         self.assertEqual(len(self.rows("待ち")), 2)
 
 

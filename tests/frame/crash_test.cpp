@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSet>
+#include <chrono>
+#include <thread>
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
@@ -38,7 +40,7 @@ struct Report {
       if (line.startsWith("opened ")) opened.insert(value);
       if (line.startsWith("changing ")) nextPassword = value;
       if (line.startsWith("changed ")) password = value;
-      EXPECT_FALSE(line.startsWith("error ")) << line.toStdString();
+      EXPECT_FALSE(line.startsWith("error ") || line.startsWith("refused ")) << line.toStdString();
     }
   }
 };
@@ -141,6 +143,11 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(StartUp(context, disk.Path() + QStringLiteral("data"), &error));
   ASSERT_NE(CreateFirstProfile(context), nullptr);
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  // Without any room the engine cannot even open a file; the user makes some, later.
+  const QString ballast = disk.Path() + QStringLiteral("ballast");
+  QFile file(ballast);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QByteArray(300000, 'x')) == 300000);
+  file.close();
   MailStore store(context);
   QMap<QString, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
@@ -158,6 +165,7 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   EXPECT_FALSE(error.isEmpty());
 
   context.Data.CloseAll();
+  ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
   EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).problems.join(u'\n'), QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
@@ -218,6 +226,43 @@ TEST_F(PasswordChangeTest, OneFileThatCannotChangeKeepsThemAll) {
   EXPECT_FALSE(error_.isEmpty());
   other.CloseAll();
   EXPECT_TRUE(AllOpenWith(QStringLiteral("old")));
+}
+
+TEST_F(PasswordChangeTest, AnotherProgramInTheProfileKeepsThePassword) {
+  Context& context = profile_.Get();
+  {
+    Context other;
+    ASSERT_TRUE(StartUp(other, profile_.Folder(), &error_));
+    ASSERT_TRUE(LogIn(other, {}, QStringLiteral("old"), &error_)) << error_.toStdString();
+    EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
+                                       QStringLiteral("new"), &error_));
+    EXPECT_TRUE(error_.contains(QStringLiteral("ほかのプログラム"))) << error_.toStdString();
+    EXPECT_TRUE(AllOpenWith(QStringLiteral("old")));
+    other.Data.CloseAll();
+  }
+  EXPECT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
+                                    QStringLiteral("new"), &error_))
+      << error_.toStdString();
+}
+
+TEST_F(PasswordChangeTest, ALoginWaitsForAChangeAndAChangeNamesTheOther) {
+  Context& context = profile_.Get();
+  const QString folder = QFileInfo(files_[0]).path();
+  ASSERT_TRUE(context.Lock->TakeAlone()) << "the only one in the profile";
+  ProfileLock second(folder);
+  EXPECT_FALSE(second.TakeAlone());
+  EXPECT_TRUE(second.Error().text.contains(
+      QStringLiteral("PID %1").arg(QCoreApplication::applicationPid())))
+      << second.Error().text.toStdString();
+  std::thread change([&context] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    context.Lock->ShareAgain();
+  });
+  EXPECT_TRUE(second.Share());
+  change.join();
+  EXPECT_FALSE(context.Lock->TakeAlone());
+  second.Release();
+  EXPECT_TRUE(context.Lock->TakeAlone());
 }
 
 TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {

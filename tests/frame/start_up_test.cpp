@@ -57,6 +57,15 @@ TEST(StartUp, AForeignNavigatorFileIsNamedAndLeftAlone) {
   EXPECT_EQ(ReadFile(file), QByteArray(4096, 'x'));
 }
 
+TEST(StartUp, AnEmptyNavigatorFileOfAKilledFirstStartIsMadeAnew) {
+  QTemporaryDir folder;
+  WriteFile(folder.filePath(QStringLiteral("navi.mbx")), {});
+  Context context;
+  QString error;
+  EXPECT_TRUE(StartUp(context, folder.path(), &error)) << error.toStdString();
+  EXPECT_NE(CreateFirstProfile(context), nullptr);
+}
+
 TEST(StartUp, OnlyOneProgramRunsPerFolder) {
   QTemporaryDir folder;
   const QString path = folder.path() + u'/';

@@ -309,6 +309,26 @@ TEST_F(DataSessionTest, SerialIdentifiersAreUniqueSafeAndInOrder) {
   EXPECT_EQ(seen.size(), 20000);
 }
 
+TEST(Databases, AFileWhoseMakerDiedIsFinishedOnOpening) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const QString path = profile.Folder() + QStringLiteral("half.mbx");
+  const QString killed = path + QStringLiteral(".new-12345");
+  ASSERT_TRUE(context.Data.Create(path, {}));  // a mark and no tables
+  ASSERT_TRUE(context.Data.TestPassword(path, {}));
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, path));
+  EXPECT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT MAIL, FIELD_FLAG FROM mail"),
+                                         CursorKind::ForwardOnly));
+  context.Data.CloseAll();
+  QFile::remove(path);
+  QFile left(killed);
+  ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, path));
+  EXPECT_FALSE(left.exists());
+  EXPECT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT MAIL FROM mail"),
+                                         CursorKind::ForwardOnly));
+}
+
 TEST(Databases, MissingFilesAreMadeOnOpeningAndPathsMove) {
   TestProfile profile;
   Context& context = profile.Get();

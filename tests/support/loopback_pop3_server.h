@@ -65,9 +65,9 @@ class LoopbackPop3Server : public QObject {
   void Write(Session& session, const QByteArray& bytes);
   void ApplyDeletions(Session& session);
 
-  QTcpServer server_;
   QList<QByteArray> received_;
   QList<std::shared_ptr<Session>> sessions_;
+  QTcpServer server_;  // goes first: its sockets still tell that they are closed
 };
 
 }  // namespace vorn::test

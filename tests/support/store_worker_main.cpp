@@ -2,7 +2,8 @@
 // on its standard output what has been done.
 //
 // usage: store-worker DATA-FOLDER PASSWORD
-// Lines: "stored SERIAL", "opened SERIAL", "changing PASSWORD", "changed PASSWORD".
+// Lines: "stored SERIAL", "opened SERIAL", "changing PASSWORD", then "changed PASSWORD" or "refused
+// REASON"; "error REASON" at the end.
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
@@ -55,7 +56,10 @@ int main(int argc, char** argv) {
     if (round % 3 != 2) continue;
     const QString next = QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
     Say("changing", next);
-    if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) Die(error);
+    if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) {
+      Say("refused", error);
+      continue;
+    }
     Say("changed", next);
     password = next;
   }

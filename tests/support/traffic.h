@@ -25,13 +25,14 @@ class RecordingHost : public PlanHost, public StatusPanel {
     ++passwordQuestions;
     return typedPassword;
   }
+  void WorkIsHeld(const QString& sentence) override { held.append(sentence); }
   void ShowStatus(const QString& text, const QString& icon) override {
     if (icon == u"maildown" || icon == u"mailup") progress.append(text);
   }
 
   QList<DiskPtr> requests;
   QList<int> levels;
-  QStringList categories, log, progress;
+  QStringList categories, log, progress, held;
   QString chosenAccount, typedPassword;
   int passwordQuestions = 0;
   int periodic = 0;
@@ -50,8 +51,9 @@ class TrafficTest : public testing::Test {
     }));
     EXPECT_FALSE(traffic_.Control().Busy());
     const ReceiveCounts after = traffic_.Events().Counts();
-    return {after.stored - before.stored, after.known - before.known,
-            after.stopped - before.stopped, after.sent - before.sent, after.errors - before.errors};
+    return {after.stored - before.stored,     after.known - before.known,
+            after.stopped - before.stopped,   after.sent - before.sent,
+            after.doubtful - before.doubtful, after.errors - before.errors};
   }
   ReceiveCounts Receive() { return Run(kPlanReceive); }
   ReceiveCounts Send() { return Run(kPlanSend); }

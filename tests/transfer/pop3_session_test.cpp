@@ -21,6 +21,9 @@ class Recorder : public PopEvents {
     return canStore;
   }
   void MessageSent(const QByteArray&) override {}
+  bool BeginHandover() override { return true; }
+  void HandoverEnded(HandoverOutcome, const QString&) override {}
+  void RecipientRefused(const QString&, const QString&) override {}
   void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
     exists = known.contains(id);
     remove = deleteOnServer;

@@ -32,9 +32,13 @@ TEST_F(RealSmtpTest, SizeAndRefusedRecipientsLeaveTheMessageWaitingAndOthersGoOn
   EXPECT_EQ(Send().sent, 1);
   EXPECT_EQ(Subjects(2), (QStringList{QStringLiteral("large"), QStringLiteral("refused")}));
   EXPECT_EQ(Subjects(3), QStringList{QStringLiteral("fine")});
-  EXPECT_EQ(host_.levels, (QList<int>{1, 1, 0}));
+  // Each session, and at the refused message itself who was refused.
+  EXPECT_EQ(host_.levels, (QList<int>{1, 1, 1, 0}));
   EXPECT_TRUE(host_.log[0].contains(QStringLiteral("5000"))) << host_.log[0].toStdString();
-  EXPECT_TRUE(host_.log[1].contains(QStringLiteral("no such user here")));
+  for (const int event : {1, 2}) {
+    EXPECT_TRUE(host_.log[event].contains(QStringLiteral("refused@example.com")));
+    EXPECT_TRUE(host_.log[event].contains(QStringLiteral("no such user here")));
+  }
 
   ASSERT_EQ(sink.Messages().size(), 1);
   const QByteArray kept = sink.Messages()[0];

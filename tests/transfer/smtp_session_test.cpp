@@ -16,6 +16,9 @@ class Recorder : public PopEvents {
  public:
   bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
   void MessageSent(const QByteArray& data) override { sent.append(data); }
+  bool BeginHandover() override { return true; }
+  void HandoverEnded(HandoverOutcome, const QString&) override {}
+  void RecipientRefused(const QString&, const QString&) override {}
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int, const QString& text) override { errors.append(text); }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}

@@ -19,6 +19,7 @@
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
 #include "mail/drafts.h"
+#include "mail/outbox.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -30,6 +31,7 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
+#include "storage/work_lock.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 
@@ -148,7 +150,27 @@ void ParentWindow::LoadDefaultProperty() {
   ApplySettings();
   OpenFolder(fixed_serial::kInbox);
   CountUnreadSoon();
-  QTimer::singleShot(0, this, &ParentWindow::OfferDrafts);
+  QTimer::singleShot(0, this, [this] {
+    OfferDoubtful();
+    OfferDrafts();
+  });
+}
+
+// What was being sent when a program ended without warning.
+void ParentWindow::OfferDoubtful() {
+  Outbox outbox(context_, MailDatabasePath(context_));
+  WorkLock work(context_, kSendingWork);
+  if (work.Take()) outbox.DoubtLeftOver();
+  work.Release();
+  const QList<DoubtfulMessage> messages = outbox.Doubtful();
+  if (messages.isEmpty()) return;
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle,
+      Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%1通あります。開いて確かめますか？")
+          .arg(messages.size()),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+  if (answer != QMessageBox::Yes) return;
+  for (const DoubtfulMessage& message : messages) OpenMessage(0, message.serialId, false);
 }
 
 // What was being written when the program ended without warning.
@@ -187,8 +209,7 @@ void ParentWindow::menuTools_Click(int index) {
                  QStringLiteral("public"));
       break;
     case kToolsCancel:
-      traffic_.Plan().Clear();
-      traffic_.Control().Cancel();
+      traffic_.Plan().Cancel();
       break;
     default:
       QMessageBox::information(
@@ -356,6 +377,10 @@ QString ParentWindow::AskPassword(const QString& account) {
                    QString(), QStringLiteral("*"));
 }
 
+void ParentWindow::WorkIsHeld(const QString& sentence) {
+  sbStatus_->showMessage(sentence, 0);
+}
+
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
   tvConsole_->AddEventNode(serialId, title, icon);
 }
@@ -446,8 +471,8 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   KeepWindowPlacement(context_, *this, objectName());
   SaveMarkedObjects(context_);
   queue_.Clear();
+  traffic_.Plan().Cancel();
   traffic_.Plan().Clear();
-  traffic_.Control().Cancel();
   QMainWindow::closeEvent(event);
 }
 

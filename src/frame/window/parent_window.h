@@ -68,6 +68,7 @@ class ParentWindow : public QMainWindow,
   void SendAndReceive() override { menuTools_Click(0); }
   QString ChooseAccount(const QString& title, const QString& prompt) override;
   QString AskPassword(const QString& account) override;
+  void WorkIsHeld(const QString& sentence) override;
 
   // EventView
   void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;
@@ -126,6 +127,7 @@ class ParentWindow : public QMainWindow,
   void PlayNoticeSound();
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
+  void OfferDoubtful();
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);

@@ -3,6 +3,8 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QStyle>
 
 #include "mail/window/named_editor_delegate.h"
 #include "storage/ui.h"
@@ -66,6 +68,22 @@ AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
     KeepEmptyRow();
     Q_EMIT Edited();
   });
+}
+
+void AddressList::MarkNamed(const QString& text) {
+  const QScopedValueRollback<bool> quiet(filling_, true);
+  const QStringList lines = text.split(u'\n');
+  for (int row = 0; row < rowCount(); ++row) {
+    QTableWidgetItem* cell = item(row, kAddress);
+    if (cell == nullptr || cell->text().isEmpty()) continue;
+    const QString address = ReadTyped(QString(), cell->text()).address;
+    for (const QString& line : lines) {
+      if (!line.startsWith(address + QStringLiteral(": "))) continue;
+      cell->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+      cell->setToolTip(line.trimmed().toHtmlEscaped());
+      cell->setData(Qt::AccessibleDescriptionRole, line.trimmed());
+    }
+  }
 }
 
 void AddressList::Show(const QList<AddressEntry>& addresses, bool editable) {

@@ -23,6 +23,8 @@ class AddressList : public QTableWidget {
   /// The rows that hold an address.
   QList<AddressEntry> Addresses() const;
   bool HasRecipient() const;
+  /// Marks the rows whose addresses begin a line of `text`, as the refused ones do in an event.
+  void MarkNamed(const QString& text);
   /// Adds an address to a list that can be edited.
   void Add(const AddressEntry& entry);
 

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
@@ -19,14 +20,17 @@
 #include "mail/flag_string.h"
 #include "mail/inline_images.h"
 #include "mail/mail_store.h"
+#include "mail/outbox.h"
 #include "mail/print_page.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -102,18 +106,50 @@ void MessageWindow::CancelSending() {
       Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  const int sign = request_->Number(kProcess) < 0 ? -1 : 1;
-  request_->Let(kProcess, sign * kStatusEdit);
-  MailStore(context_).UpdateMessageState(kStateStatus, *request_, true);
+  if (!MailStore(context_).CancelWaiting(*request_)) {
+    QMessageBox::information(
+        this, kApplicationTitle,
+        Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。"));
+  }
   host_.MessageStored();
   Open();
 }
 
+void MessageWindow::ShowDoubt() {
+  doubt_->hide();
+  if (!IsWaiting()) return;
+  const auto doubtful = Outbox(context_, request_->Text(u"file", MailDatabasePath(context_)))
+                            .FindDoubtful(request_->SerialID());
+  if (doubtful) doubt_->Show(*doubtful);
+}
+
+void MessageWindow::SendAgain() {
+  const bool waits =
+      Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).SendAgain(tag_);
+  Open();
+  host_.MessageStored();
+  if (waits) host_.SendMessage(tag_);
+}
+
+void MessageWindow::KeepAsSent() {
+  Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).KeepAsSent(tag_);
+  Open();
+  host_.MessageStored();
+}
+
 // Only what was changed here: the folder's page may have changed the rest meanwhile.
 void MessageWindow::StoreState() {
-  if (changedState_ == 0) return;
-  MailStore(context_).UpdateMessageState(changedState_, *request_, true);
-  changedState_ = 0;
+  const int changed = std::exchange(changedState_, 0);
+  MailStore store(context_);
+  // A message may have been sent since the window was opened: the dust bin changes the sign alone.
+  bool stored =
+      (changed & kStateStatus) == 0 || store.SetDust(*request_, request_->Number(kProcess) < 0);
+  const int rest = changed & ~kStateStatus;
+  if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
+  if (!stored) {
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
+  }
 }
 
 void MessageWindow::TurnInto(OpenMode mode) {
@@ -135,9 +171,13 @@ void MessageWindow::DeleteClicked() {
       this, kApplicationTitle, Ui::tr("メッセージを削除します。よろしいですか？"),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
+  if (!MailStore(context_).DeleteMessage(*request_)) {
+    QMessageBox::critical(this, kApplicationTitle,
+                          Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
+    return;
+  }
   request_->Let(QStringLiteral("messagedelete"), true);
   Drafts::Forget(context_, tag_);
-  MailStore(context_).DeleteMessage(*request_);
   host_.MessageStored();
   close();
 }

@@ -12,6 +12,7 @@
 #include "mail/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/doubt_bar.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/message_window.h"
@@ -45,7 +46,16 @@ void MessageWindow::BuildControls() {
   tsPage_->setDocumentMode(true);
   tsPage_->addTab(BuildMailPage(), Ui::tr("メール"));
   tsPage_->addTab(BuildOptionPage(), Ui::tr("オプション"));
-  setCentralWidget(tsPage_);
+  doubt_ = new DoubtBar;
+  connect(doubt_, &DoubtBar::SendAgainWanted, this, &MessageWindow::SendAgain);
+  connect(doubt_, &DoubtBar::KeepAsSentWanted, this, &MessageWindow::KeepAsSent);
+  auto* whole = new QWidget;
+  auto* layout = new QVBoxLayout(whole);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(doubt_);
+  layout->addWidget(tsPage_, 1);
+  setCentralWidget(whole);
 
   const auto edited = [this] { MarkEdited(); };
   connect(txSubject_, &QLineEdit::textEdited, this, edited);
@@ -153,6 +163,7 @@ void MessageWindow::ShowEventPage() {
   auto* layout = new QVBoxLayout(page);
   layout->addWidget(box);
   tsPage_->addTab(page, Ui::tr("イベント"));
+  lvMailaddress_->MarkNamed(event->Text(u"message"));
 }
 
 }  // namespace vorn

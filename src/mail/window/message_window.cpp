@@ -79,6 +79,7 @@ void MessageWindow::Open(bool applyStoredCharset) {
             : CharsetChoiceOf(GetFlagChar(request_->Text(u"flag"), kFlagCode, QStringLiteral("*")));
   }
   Fill(opened);
+  ShowDoubt();
   if (opened.first) host_.MessageStored();
   tag_ = request_->SerialID();
 }

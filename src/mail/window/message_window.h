@@ -20,6 +20,7 @@ namespace vorn {
 
 class AddressList;
 class AttachmentList;
+class DoubtBar;
 class EventLog;
 class FindBar;
 class HeaderList;
@@ -77,6 +78,9 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ToolbarSend();
   void SendClicked();
   void CancelSending();
+  void ShowDoubt();
+  void SendAgain();
+  void KeepAsSent();
   void TurnInto(OpenMode mode);
   void StoreState();
   void ToggleDust();
@@ -134,6 +138,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QTimer drafts_;
 
   QToolBar* tbMenu_ = nullptr;
+  DoubtBar* doubt_ = nullptr;
   QTabWidget* tsPage_ = nullptr;
   QLineEdit* txSubject_ = nullptr;
   AddressList* lvMailaddress_ = nullptr;

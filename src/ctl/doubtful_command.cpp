@@ -1,0 +1,52 @@
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "ctl/command.h"
+#include "mail/outbox.h"
+#include "storage/databases.h"
+#include "storage/time_text.h"
+
+namespace vorn::ctl {
+namespace {
+
+void PrintDoubtful(const DoubtfulMessage& message, bool asJson) {
+  if (!asJson) {
+    Print(QStringList{message.serialId, GeneralTimeText(message.started), message.server,
+                      message.subject, message.reply}
+              .join(u'\t'));
+    return;
+  }
+  const QJsonObject object{{QStringLiteral("serialId"), message.serialId},
+                           {QStringLiteral("subject"), message.subject},
+                           {QStringLiteral("started"), message.started},
+                           {QStringLiteral("server"), message.server},
+                           {QStringLiteral("reply"), message.reply}};
+  Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+}
+
+}  // namespace
+
+int Doubtful(Context& context, const Arguments& arguments) {
+  Outbox outbox(context, MailDatabasePath(context));
+  const QString verb = arguments.Words().value(1, QStringLiteral("list"));
+  const QString serialId = arguments.Words().value(2);
+  if (verb == u"list") {
+    for (const DoubtfulMessage& message : outbox.Doubtful()) {
+      PrintDoubtful(message, arguments.Has(QStringLiteral("json")));
+    }
+    return kExitOk;
+  }
+  if (serialId.isEmpty() || (verb != u"again" && verb != u"sent")) {
+    return Complain(QStringLiteral("使い方: vornctl doubtful [list [--json] | again メッセージ | "
+                                   "sent メッセージ]"),
+                    kExitUsage);
+  }
+  const bool done = verb == u"again" ? outbox.SendAgain(serialId) : outbox.KeepAsSent(serialId);
+  return done ? kExitOk
+              : Complain(
+                    QStringLiteral("「%1」は、届いたかどうか分からないメッセージではありません。")
+                        .arg(serialId),
+                    kExitFailure);
+}
+
+}  // namespace vorn::ctl

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <optional>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// A message that waits, exactly as its row held it.
+struct WaitingMessage {
+  QByteArray source;
+  QString addressLines;
+  QString flags;
+  QString folders;  ///< folder identifiers, one a line
+  QString version;  ///< changes whenever the message is stored
+};
+
+/// A message that was being handed over to a server when the program or the connection died, so
+/// that nobody knows whether it arrived.
+struct DoubtfulMessage {
+  QString serialId;
+  QString subject;
+  QString started;  ///< when the server was about to get it, in the stored form
+  QString server;
+  QString reply;  ///< what the server said last; empty when it said nothing
+};
+
+/// The waiting messages of a mail database and what is known of their sending. A message goes
+/// through these steps, each of them one transaction:
+///
+/// * waiting (`STATUS` 2, no attempt): `Read` gives it out;
+/// * under way: `BeginHandover` notes the attempt if the message still waits unchanged, durably.
+///   From then on no program can change it. Whoever loses this race sends nothing;
+/// * sent: `MailStore::StoreSent` ends the attempt and stores the message as sent;
+/// * waiting again: `Withdraw`, when the server has certainly not taken it;
+/// * doubtful: `Doubt`, or `DoubtLeftOver` for attempts whose program died. It stays so until the
+///   user decides by `SendAgain` or `KeepAsSent`.
+///
+/// Attempts are made by the program that holds the work "send" alone.
+class Outbox {
+ public:
+  /// `file` is the stored path of the mail database.
+  Outbox(Context& context, QString file) : context_(context), file_(std::move(file)) {}
+
+  enum class Reading {
+    Ready,
+    Gone,        ///< it does not wait: sent, taken back, thrown away, deleted, or doubtful
+    Unreadable,  ///< it waits, and its row cannot be read as it was stored
+    Closed,      ///< the database cannot be opened now
+  };
+  Reading Read(const QString& serialId, WaitingMessage& message);
+
+  enum class Claim { Taken, Lost, Failed };
+  /// Notes that the message of that `version` is about to be handed over to `server`. `Lost`: it
+  /// does not wait any more or was changed. `Failed`: it could not be noted durably.
+  Claim BeginHandover(const QString& serialId, const QString& version, const QString& server);
+  bool Withdraw(const QString& serialId);
+  bool Doubt(const QString& serialId, const QString& reply);
+  /// Makes every attempt that was left over doubtful; the number of them.
+  int DoubtLeftOver();
+
+  /// Brings what was noted to the disk.
+  bool MakeDurable();
+
+  QList<DoubtfulMessage> Doubtful();
+  std::optional<DoubtfulMessage> FindDoubtful(const QString& serialId);
+  /// The user's word on a doubtful message: it waits again, or it counts as sent. False when it is
+  /// none (any more) or on failure.
+  bool SendAgain(const QString& serialId);
+  bool KeepAsSent(const QString& serialId);
+
+ private:
+  bool Open();
+  bool EndAttempt(const QString& serialId, const QString& condition,
+                  const QStringList& statementsAfter);
+  QList<DoubtfulMessage> ReadDoubtful(const QString& condition);
+
+  Context& context_;
+  QString file_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,70 @@
+#include "storage/new_database.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "storage/data_session.h"
+#include "storage/file_lock.h"
+#include "storage/file_replace.h"
+#include "storage/private_files.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kWaitMs = 20000;  // another program's creation takes a moment
+
+// Whoever holds the lock of the folder is alone in making files there, so what lies there
+// unfinished has no living maker.
+void RemoveUnfinished(const QFileInfo& file) {
+  QDir folder = file.dir();
+  const QStringList left =
+      folder.entryList({file.fileName() + QStringLiteral(".new-*")}, QDir::Files | QDir::Hidden);
+  for (const QString& name : left) folder.remove(name);
+}
+
+bool FillAndClose(DataSession& data, const QString& path, const QString& password,
+                  const std::function<bool()>& makeTables) {
+  const bool filled = data.Create(path, password) && data.Open(path, password) && makeTables();
+  const StorageError reason = data.LastError();
+  data.CloseFile(path);
+  if (!filled) return data.FailWith(reason);
+  if (!QFile::exists(path + QStringLiteral("-wal")) && SyncFile(path)) return true;
+  return data.FailWith(
+      {StorageError::Kind::DiskFull,
+       Ui::tr("データベースファイルを作成できません。ディスクの空き容量を確認してください。")});
+}
+
+}  // namespace
+
+bool CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
+                        const std::function<bool()>& makeTables) {
+  const QFileInfo file(path);
+  const StorageError unwritable{
+      StorageError::Kind::Other,
+      Ui::tr("フォルダ「%1」に書き込めません。").arg(QDir::toNativeSeparators(file.path()))};
+  if (!MakePrivateFolder(file.path())) return data.FailWith(unwritable);
+  FileLock lock(file.dir().filePath(QStringLiteral("create.lock")));
+  switch (lock.Take(FileLock::Kind::Exclusive, kWaitMs)) {
+    case FileLock::Result::Taken:
+      break;
+    case FileLock::Result::Held:
+      return data.FailWith(
+          {StorageError::Kind::Busy, Ui::tr("ほかのプログラムがデータベースを作成しています。")});
+    case FileLock::Result::Failed:
+      return data.FailWith(unwritable);
+  }
+  if (QFile::exists(path)) return true;
+  RemoveUnfinished(file);
+  const QString unfinished =
+      path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
+  const bool made = FillAndClose(data, unfinished, password, makeTables);
+  const bool placed = made && PlaceNewFile(unfinished, path) != Placing::Failed;
+  RemoveUnfinished(file);
+  if (made && !placed) return data.FailWith(unwritable);
+  return placed && SyncFolder(file.path());
+}
+
+}  // namespace vorn

@@ -1,0 +1,61 @@
+#include "transfer/envelope_address.h"
+
+#include <unicode/uidna.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace vorn {
+namespace {
+
+constexpr int kMaxDomain = 255;  // RFC 1035 section 2.3.4
+
+// Invisible characters would show the user another address than the one that is written to.
+bool IsSafe(const QString& address) {
+  return !address.isEmpty() && std::none_of(address.begin(), address.end(), [](QChar c) {
+    const QChar::Category category = c.category();
+    return c.isSpace() || c == u'<' || c == u'>' || category == QChar::Other_Control ||
+           category == QChar::Other_Format;
+  }) && address.isValidUtf16();
+}
+
+bool IsAscii(const QString& text) {
+  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+// Empty when the text is no domain name.
+QByteArray ToALabels(const QString& domain) {
+  UErrorCode error = U_ZERO_ERROR;
+  const std::unique_ptr<UIDNA, decltype(&uidna_close)> idna(
+      uidna_openUTS46(UIDNA_NONTRANSITIONAL_TO_ASCII | UIDNA_CHECK_BIDI | UIDNA_CHECK_CONTEXTJ |
+                          UIDNA_USE_STD3_RULES,
+                      &error),
+      &uidna_close);
+  if (U_FAILURE(error)) return {};
+  std::array<UChar, kMaxDomain + 1> name{};
+  UIDNAInfo info = UIDNA_INFO_INITIALIZER;
+  const int length = uidna_nameToASCII(idna.get(), reinterpret_cast<const UChar*>(domain.utf16()),
+                                       static_cast<int32_t>(domain.size()), name.data(), kMaxDomain,
+                                       &info, &error);
+  if (U_FAILURE(error) || info.errors != 0) return {};
+  return QString::fromUtf16(name.data(), length).toLatin1();
+}
+
+}  // namespace
+
+std::optional<EnvelopeAddress> ToEnvelope(const QString& address) {
+  if (!IsSafe(address)) return std::nullopt;
+  const qsizetype at = address.lastIndexOf(u'@');
+  const QString local = at < 0 ? address : address.first(at);
+  const QString domain = at < 0 ? QString() : address.sliced(at + 1);
+  QByteArray name = domain.toLatin1();
+  if (!IsAscii(domain)) {
+    name = ToALabels(domain);
+    if (name.isEmpty()) return std::nullopt;
+  }
+  const QByteArray path = local.toUtf8() + (at < 0 ? QByteArray() : '@' + name);
+  return EnvelopeAddress{path, !IsAscii(local)};
+}
+
+}  // namespace vorn

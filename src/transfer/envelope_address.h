@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+
+namespace vorn {
+
+/// An address as it goes between the angle brackets of MAIL and RCPT.
+struct EnvelopeAddress {
+  QByteArray path;
+  bool needsUtf8 = false;  ///< only a server with SMTPUTF8 (RFC 6531) takes it
+};
+
+/// The domain becomes A-labels (UTS #46, RFC 5891), which every server takes; a local part with
+/// other characters than ASCII stays as it is, in UTF-8. Nothing when the address can stand in no
+/// command: it is empty, holds blanks, control characters or angle brackets, or its domain is no
+/// name.
+std::optional<EnvelopeAddress> ToEnvelope(const QString& address);
+
+}  // namespace vorn

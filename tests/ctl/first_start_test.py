@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+"""The first start of a data folder is killed at random moments, and two first starts run at once.
+Whatever happened, the next start finds one usable profile.
+
+usage: first_start_test.py VORNCTL KILLS PAIRS
+"""
+import os
+import pathlib
+import random
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+VORNCTL, KILLS, PAIRS = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
+
+
+class Store:
+    """A data folder and user settings of their own, neither there yet."""
+
+    def __init__(self, work, number):
+        self.data = work / f"data{number}"
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / f"config{number}"))
+
+    def start(self, *arguments):
+        return subprocess.Popen([VORNCTL, "--data", str(self.data), *arguments],
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                env=self.environment)
+
+    def run(self, *arguments):
+        process = self.start(*arguments)
+        out, err = process.communicate(timeout=120)
+        assert process.returncode == 0, (self.data, out.decode(), err.decode())
+        return out.decode()
+
+    def assert_usable(self):
+        # Opening again after the work shows that nothing was left half done.
+        for _ in range(2):
+            self.run("list", "受信")
+        self.run("check")
+        profiles = sorted(path.name for path in self.data.glob("_profile*"))
+        assert len(profiles) == 1, profiles
+        left = [str(path) for path in self.data.rglob("*.new-*")]
+        assert not left, left
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        work = pathlib.Path(folder)
+        whole = Store(work, "whole")
+        started = time.monotonic()
+        whole.run("list", "受信")
+        longest = time.monotonic() - started
+        chance = random.Random(20261125)
+        killed = 0
+        for number in range(KILLS):
+            store = Store(work, number)
+            process = store.start("list", "受信")
+            try:
+                process.communicate(timeout=chance.uniform(0.005, longest))
+            except subprocess.TimeoutExpired:
+                process.send_signal(signal.SIGKILL)
+                process.communicate()
+                killed += 1
+            store.assert_usable()
+        for number in range(PAIRS):
+            store = Store(work, f"pair{number}")
+            both = [store.start("list", "受信"), store.start("list", "受信")]
+            for process in both:
+                _, err = process.communicate(timeout=120)
+                assert process.returncode == 0, err.decode()
+            store.assert_usable()
+    assert killed > KILLS // 3, f"only {killed} kills hit"
+    print(f"{killed} of {KILLS} first starts killed, {PAIRS} pairs; every store usable")
+
+
+main()

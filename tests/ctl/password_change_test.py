@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""A program that changes the password of its profile again and again is killed while commands run
+beside it. Whatever happened, one password opens every file.
+
+usage: password_change_test.py VORNCTL STORE_WORKER TRIALS
+"""
+import os
+import pathlib
+import random
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+VORNCTL, WORKER, TRIALS = sys.argv[1], sys.argv[2], int(sys.argv[3])
+SECONDS = 3.0
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        run(pathlib.Path(folder))
+
+
+def run(work):
+    environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
+    data = str(work / "data")
+
+    def ctl(password, *command):
+        done = subprocess.run([VORNCTL, "--data", data, "--password-fd", "0", *command],
+                              input=password.encode() + b"\n", capture_output=True,
+                              env=environment, timeout=120)
+        return done.returncode, done.stdout.decode() + done.stderr.decode()
+
+    password = ""
+    code, text = ctl(password, "list", "受信")
+    assert code == 0, text
+    chance = random.Random(20261126)
+    changed = refused = commands = 0
+    for trial in range(TRIALS):
+        known = [password]
+        stop = threading.Event()
+        problems = []
+
+        def beside():
+            nonlocal commands
+            while not stop.is_set():
+                code, text = ctl(known[-1], "list", "受信")
+                commands += 1
+                if code not in (0, 3) or "壊れ" in text:
+                    problems.append(text)
+                time.sleep(chance.uniform(0, 0.3))
+
+        worker = subprocess.Popen([WORKER, data, password], stdout=subprocess.PIPE, text=True,
+                                  env=environment)
+        threads = [threading.Thread(target=beside) for _ in range(2)]
+        for thread in threads:
+            thread.start()
+        timer = threading.Timer(chance.uniform(0.2, SECONDS), worker.send_signal, [signal.SIGKILL])
+        timer.start()
+        candidates = {password}
+        for line in worker.stdout:
+            word, _, value = line.strip().partition(" ")
+            if word == "changing":
+                candidates.add(value)
+            elif word == "changed":
+                candidates = {value}
+                known.append(value)
+                changed += 1
+            elif word == "refused":
+                assert "ほかのプログラム" in value, value
+                candidates = {known[-1]}
+                refused += 1
+            else:
+                assert word in ("stored", "opened"), line
+        worker.wait()
+        timer.join()
+        stop.set()
+        for thread in threads:
+            thread.join()
+        assert not problems, problems
+        results = {candidate: ctl(candidate, "check") for candidate in candidates}
+        opening = [candidate for candidate, (code, _) in results.items() if code == 0]
+        assert len(opening) == 1, (trial, results)
+        password = opening[0]
+    assert changed > 0 and commands > TRIALS, (changed, commands)
+    print(f"{TRIALS} kills, {changed} changes, {refused} refused, {commands} commands beside; "
+          "always one password")
+
+
+main()

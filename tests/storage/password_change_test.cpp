@@ -1,0 +1,135 @@
+#include "storage/password_change.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "storage/data_session.h"
+#include "storage/new_database.h"
+
+namespace vorn {
+namespace {
+
+const QString kOld = QStringLiteral("old");
+const QString kNew = QStringLiteral("new");
+
+struct Death {};  // thrown to leave a change as a killed process leaves it
+
+class PasswordStepsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const QString& name : {QStringLiteral("profile.mbx"), QStringLiteral("mail.mbx")}) {
+      files_.append(folder_.filePath(name));
+      DataSession data;
+      ASSERT_TRUE(CreateDatabaseFile(data, files_.last(), kOld, [&data] {
+        return data.Execute(QStringLiteral("CREATE TABLE t (V)")) && data.CompleteFields();
+      })) << data.LastError().text.toStdString();
+    }
+  }
+  PasswordChange Change(DataSession& data) {
+    return {data, files_[0] + QStringLiteral(".decided"), files_};
+  }
+  // The one password that opens every file; empty when there is no such.
+  QString Password() {
+    QStringList opening;
+    for (const QString& password : {kOld, kNew}) {
+      int opened = 0;
+      for (const QString& file : files_) {
+        DataSession data;
+        if (data.TestPassword(file, password)) ++opened;
+        data.CloseAll();
+      }
+      if (opened == files_.size()) opening.append(password);
+      if (opened > 0 && opened < files_.size()) return {};
+    }
+    return opening.size() == 1 ? opening.first() : QString();
+  }
+  // Runs a change that meets its end at a step, then what the next login runs.
+  PasswordChange::Outcome RunTo(int step, bool dies, bool* reached) {
+    DataSession data;
+    PasswordChange change = Change(data);
+    int steps = 0;
+    *reached = false;
+    change.BeforeStep = [&](PasswordStep, const QString&) {
+      if (steps++ != step) return true;
+      *reached = true;
+      if (dies) throw Death();
+      return false;
+    };
+    PasswordChange::Outcome outcome = PasswordChange::Outcome::Unchanged;
+    try {
+      outcome = change.Run(kOld, kNew);
+    } catch (const Death&) {
+      outcome = QFile::exists(files_[0] + QStringLiteral(".decided"))
+                    ? PasswordChange::Outcome::Decided
+                    : outcome;
+    }
+    data.CloseAll();
+    return outcome;
+  }
+  void Restore() {
+    DataSession data;
+    PasswordChange back = Change(data);
+    ASSERT_EQ(back.Run(kNew, kOld), PasswordChange::Outcome::Changed);
+  }
+
+  QTemporaryDir folder_;
+  QStringList files_;
+};
+
+TEST_F(PasswordStepsTest, WhereverItStopsAllFilesHaveOnePassword) {
+  int stopped = 0;
+  for (const bool dies : {false, true}) {
+    bool reached = true;
+    for (int step = 0; reached; ++step) {
+      const PasswordChange::Outcome outcome = RunTo(step, dies, &reached);
+      DataSession next;
+      PasswordChange rest = Change(next);
+      EXPECT_TRUE(rest.Finish()) << rest.Error().text.toStdString();
+      EXPECT_FALSE(rest.IsUnfinished());
+      const QString password = Password();
+      if (reached) ++stopped;
+      EXPECT_EQ(reached, outcome != PasswordChange::Outcome::Changed) << step;
+      // Steps after the marker has gone leave the new password without a marker.
+      const bool isNew =
+          outcome != PasswordChange::Outcome::Unchanged || (dies && password == kNew);
+      EXPECT_EQ(password, isNew ? kNew : kOld) << "step " << step << " dies " << dies;
+      if (password == kNew) Restore();
+      EXPECT_EQ(QDir(folder_.path()).entryList({QStringLiteral("*.rekeyed*")}), QStringList());
+    }
+  }
+  EXPECT_EQ(stopped, 2 * (3 * 2 + 1 + 2 + 1 + 2));
+}
+
+TEST_F(PasswordStepsTest, AMissingOrDamagedCopyIsAnErrorAndNeverSuccess) {
+  constexpr int kFirstReplace = 7;
+  bool reached = false;
+  ASSERT_EQ(RunTo(kFirstReplace, true, &reached), PasswordChange::Outcome::Decided);
+  const QString copy = files_[1] + QStringLiteral(".rekeyed");
+  const QString aside = folder_.filePath(QStringLiteral("aside"));
+  ASSERT_TRUE(QFile::rename(copy, aside));
+  DataSession data;
+  for (const QByteArray& wrong : {QByteArray(), QByteArray(8192, 'x')}) {
+    QFile damaged(copy);
+    if (!wrong.isEmpty()) {
+      ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+      damaged.write(wrong);
+      damaged.close();
+    }
+    PasswordChange rest = Change(data);
+    EXPECT_FALSE(rest.Finish());
+    EXPECT_TRUE(rest.Error().text.contains(u"mail.mbx")) << rest.Error().text.toStdString();
+    EXPECT_TRUE(rest.IsUnfinished());
+    EXPECT_EQ(rest.Run(kOld, kNew), PasswordChange::Outcome::Unchanged);
+  }
+  QFile::remove(copy);
+  ASSERT_TRUE(QFile::rename(aside, copy));
+  PasswordChange rest = Change(data);
+  EXPECT_TRUE(rest.Finish());
+  EXPECT_EQ(Password(), kNew);
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,360 @@
+// Every message that was sent arrives once, whatever happens beside its sending.
+
+#include <QThread>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "mail/mail_store.h"
+#include "mail/message_filing.h"
+#include "mail/outbox.h"
+#include "objects/save_object.h"
+#include "objects/settings.h"
+#include "storage/connection.h"
+#include "storage/databases.h"
+#include "storage/work_lock.h"
+#include "support/loopback_pop3_server.h"
+#include "support/loopback_smtp_server.h"
+#include "support/traffic.h"
+
+namespace vorn {
+namespace {
+
+using test::Fault;
+using test::LoopbackPop3Server;
+using test::LoopbackSmtpServer;
+using test::WaitFor;
+
+// Another program over the same data folder.
+class OtherProgram {
+ public:
+  explicit OtherProgram(const QString& folder) {
+    QString error;
+    EXPECT_TRUE(StartUp(context, folder, &error)) << error.toStdString();
+    EXPECT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  }
+  ~OtherProgram() { context.Data.CloseAll(); }
+
+  Context context;
+  test::RecordingHost host;
+  MailTraffic traffic{context, host, host};
+};
+
+class OnceTest : public test::TrafficTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(smtp_.Listen());
+    const DiskPtr account = AddSendAccount(smtp_.Port());
+    ASSERT_TRUE(SaveObject(profile_.Get(), DatabaseKind::Profile, *account));
+  }
+  QString StoreWaiting(const QByteArray& subject = "s") {
+    return profile_.Store("From: me@example.com\r\nTo: a@example.com\r\nSubject: " + subject +
+                              "\r\n\r\ntext\r\n.\r\n",
+                          2);
+  }
+  void RunAll(const std::vector<MailTraffic*>& programs) {
+    EXPECT_TRUE(WaitFor(
+        [&programs] {
+          bool idle = true;
+          for (MailTraffic* program : programs) {
+            program->Tick();
+            idle = idle && program->Plan().IsEmpty();
+          }
+          return idle;
+        },
+        600000));
+  }
+  Outbox TheOutbox() { return {profile_.Get(), MailDatabasePath(profile_.Get())}; }
+  // By a connection of its own, which takes any statement.
+  bool Execute(const QByteArray& statement) {
+    StorageError error;
+    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+                                             Connection::Mode::Existing, &error);
+    return connection != nullptr && connection->Run(statement);
+  }
+  // Does something when the first message has come and its server has not yet answered.
+  void Arrives(std::function<void()> action) {
+    smtp_.OnMessage = [this, action = std::move(action)](const test::SentMessage&) {
+      if (smtp_.Messages().size() == 1) action();
+    };
+  }
+
+  LoopbackSmtpServer smtp_;
+};
+
+TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
+  const QString serial = StoreWaiting();
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  // While the server makes up its mind: a second click, the window's own send, the timer's job.
+  Arrives([&] {
+    traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
+    traffic_.Plan().CreateMessagePlan(kPlanSend, serial);
+  });
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  RunAll({&traffic_});
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(Subjects(3).size(), 1);
+}
+
+TEST_F(OnceTest, TwoProgramsSendEachMessageOnce) {
+  for (int i = 0; i < 30; ++i) StoreWaiting(QByteArray::number(i));
+  OtherProgram other(profile_.Folder());
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  other.traffic.Plan().CreateMessagePlan(kPlanSend);
+  RunAll({&traffic_, &other.traffic});
+  EXPECT_EQ(smtp_.Messages().size(), 30);
+  EXPECT_EQ(Subjects(3).size(), 30);
+  // The one that had to wait said for whom, once.
+  EXPECT_EQ(host_.held.size() + other.host.held.size(), 1);
+}
+
+TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
+  const QString serial = StoreWaiting();
+  OtherProgram other(profile_.Folder());
+  WaitingMessage ours, theirs;
+  Outbox outbox = TheOutbox();
+  Outbox otherOutbox(other.context, MailDatabasePath(other.context));
+  ASSERT_EQ(outbox.Read(serial, ours), Outbox::Reading::Ready);
+  ASSERT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Ready);
+  EXPECT_EQ(outbox.BeginHandover(serial, ours.version, {}), Outbox::Claim::Taken);
+  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
+  EXPECT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Gone);
+  EXPECT_TRUE(outbox.Withdraw(serial));
+  EXPECT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Ready);
+  // Stored anew after it was read, it is another message.
+  StoreWaiting();
+  QThread::msleep(2);
+  Disk again(serial);
+  again.Let(QStringLiteral("process"), 2);
+  MailStore(profile_.Get()).StoreMessage(again, "From: me@example.com\r\n\r\nother\r\n.\r\n");
+  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
+}
+
+TEST_F(OnceTest, OnlyWhatStillWaitsIsSent) {
+  Context& context = profile_.Get();
+  const QString deleted = StoreWaiting("deleted");
+  const QString thrown = StoreWaiting("thrown away");
+  const QString taken = StoreWaiting("taken back");
+  const QString unreadable = StoreWaiting("unreadable");
+  StoreWaiting("sent");
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  ASSERT_TRUE(DeleteMessages(context, {deleted}));
+  ASSERT_TRUE(SetDust(context, {thrown}, true));
+  ASSERT_TRUE(MailStore(context).CancelWaiting(Disk(taken)));
+  ASSERT_TRUE(
+      Execute("UPDATE long_binary SET DATA = 'x' WHERE ID = (SELECT MAX(ID) "
+              "- 1 FROM long_binary)"));
+  RunAll({&traffic_});
+  ASSERT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: sent\r\n"));
+  EXPECT_TRUE(host_.log.join(u'\n').contains(QStringLiteral("「unreadable」を読み込めない")));
+  EXPECT_EQ(Subjects(2), QStringList{QStringLiteral("unreadable")});
+  EXPECT_FALSE(MailStore(context).LoadMessageSource(Disk(unreadable)));  // and was not overwritten
+}
+
+TEST_F(OnceTest, WhatIsSentIsWhatTheRowHoldsNow) {
+  const QString serial = StoreWaiting();
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  Disk edited(serial);
+  edited.Let(QStringLiteral("process"), 2);
+  MailStore(profile_.Get())
+      .StoreMessage(edited,
+                    "From: me@example.com\r\nTo: b@example.com\r\nSubject: t\r\n\r\n"
+                    "after\r\n.\r\n");
+  RunAll({&traffic_});
+  ASSERT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"b@example.com"});
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("after"));
+}
+
+TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
+  const QString serial = StoreWaiting();
+  bool changed = true;
+  Arrives([&] {
+    changed = MailStore(profile_.Get()).CancelWaiting(Disk(serial)) ||
+              SetDust(profile_.Get(), {serial}, true) || DeleteMessages(profile_.Get(), {serial});
+  });
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_FALSE(changed);
+  EXPECT_EQ(Subjects(3).size(), 1);
+  // Nor once it was sent, from a window that was opened before.
+  EXPECT_FALSE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
+}
+
+TEST_F(OnceTest, AnAnswerThatNeverCameIsLeftToTheUser) {
+  smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
+  const QString serial = StoreWaiting();
+  const ReceiveCounts counts = Send();
+  EXPECT_EQ(counts.sent, 0);
+  EXPECT_EQ(counts.doubtful, 1);
+  EXPECT_TRUE(host_.log.join(u'\n').contains(QStringLiteral("届いたかどうか分かりません")));
+  // Neither by asking again nor after a restart.
+  EXPECT_EQ(Send().sent, 0);
+  profile_.Restart();
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+  const std::optional<DoubtfulMessage> doubtful = TheOutbox().FindDoubtful(serial);
+  ASSERT_TRUE(doubtful);
+  EXPECT_EQ(doubtful->server, QStringLiteral("127.0.0.1"));
+  EXPECT_FALSE(doubtful->started.isEmpty());
+  EXPECT_FALSE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
+
+  ASSERT_TRUE(TheOutbox().SendAgain(serial));
+  EXPECT_FALSE(TheOutbox().SendAgain(serial));
+  EXPECT_EQ(Subjects(2).size(), 1);
+}
+
+TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {
+  smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
+  const QString serial = StoreWaiting();
+  Send();
+  ASSERT_TRUE(TheOutbox().KeepAsSent(serial));
+  EXPECT_EQ(Send().sent, 0);
+  EXPECT_EQ(Subjects(3).size(), 1);
+  EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
+}
+
+TEST_F(OnceTest, WhatADeathLeftUnderWayBecomesDoubtful) {
+  const QString serial = StoreWaiting();
+  StoreWaiting("later");
+  WaitingMessage message;
+  ASSERT_EQ(TheOutbox().Read(serial, message), Outbox::Reading::Ready);
+  ASSERT_EQ(TheOutbox().BeginHandover(serial, message.version, QStringLiteral("mail.example")),
+            Outbox::Claim::Taken);
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_TRUE(TheOutbox().FindDoubtful(serial));
+  EXPECT_TRUE(host_.log.join(u'\n').contains(QStringLiteral("1通あります")));
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+}
+
+TEST_F(OnceTest, ARefusedMessageWaitsAgain) {
+  for (const char* command : {"DATA", "."}) {
+    smtp_.Replies = {{command, "452 full\r\n"}};
+    StoreWaiting(command);
+    EXPECT_EQ(Send().sent, 0);
+    EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
+    smtp_.Replies.clear();
+    EXPECT_EQ(Send().sent, 1);
+  }
+}
+
+TEST_F(OnceTest, WhatCannotBeNotedIsNotSent) {
+  for (int i = 0; i < 3; ++i) StoreWaiting(QByteArray::number(i));
+  ASSERT_TRUE(
+      Execute("CREATE TRIGGER full BEFORE INSERT ON send_attempt BEGIN SELECT RAISE(ABORT, "
+              "'disk'); END"));
+  EXPECT_EQ(Send().sent, 0);
+  EXPECT_EQ(smtp_.Messages().size(), 0);
+  EXPECT_EQ(Subjects(2).size(), 3);
+  EXPECT_TRUE(traffic_.Plan().IsEmpty());
+}
+
+TEST_F(OnceTest, AfterAFailedStoreNothingMoreIsSent) {
+  for (int i = 0; i < 3; ++i) StoreWaiting(QByteArray::number(i));
+  ASSERT_TRUE(Execute(
+      "CREATE TRIGGER full BEFORE UPDATE OF STATUS ON mail WHEN NEW.STATUS = 3 BEGIN SELECT "
+      "RAISE(ABORT, 'disk'); END"));
+  Send();
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(TheOutbox().Doubtful().size(), 1);
+  EXPECT_FALSE(host_.log.join(u'\n').contains(QStringLiteral("受信した")));
+  ASSERT_TRUE(Execute("DROP TRIGGER full"));
+  EXPECT_EQ(Send().sent, 2);
+  EXPECT_EQ(smtp_.Messages().size(), 3);
+}
+
+TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
+  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get())->Let(QStringLiteral("MessageNotice"), true);
+  Settings(profile_.Get())->Let(QStringLiteral("MessageNoticeDialog"), true);
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  for (int i = 0; i < 3; ++i) pop3.AddMessage(QByteArray::number(i), "Subject: x\r\n\r\n\r\n");
+  pop3.Pipelining = false;
+  pop3.Faults = {{Fault::Kind::Stall, "RETR", 3, 10, {}}};
+  const DiskPtr account = profile_.AddAccount(pop3.Port());
+  account->Let(QStringLiteral("EventLog"), true);
+  DiskCollection accounts;
+  accounts.Add(account);
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  traffic_.Plan().AddReceiveJob(accounts);
+  ASSERT_TRUE(WaitFor([&] {
+    traffic_.Tick();
+    return pop3.Count("RETR") == 3;
+  }));
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  traffic_.Plan().Cancel();
+  EXPECT_FALSE(traffic_.Control().Busy());
+  traffic_.Tick();
+  ASSERT_FALSE(host_.log.isEmpty());
+  EXPECT_TRUE(host_.log.last().contains(QStringLiteral("中止しました")));
+  EXPECT_TRUE(host_.log.last().contains(QStringLiteral("2通受信")));
+  ASSERT_EQ(host_.requests.size(), 1);
+  EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
+  EXPECT_TRUE(traffic_.Plan().Job(QStringLiteral("maildefault")));
+}
+
+TEST_F(OnceTest, ARefusedPasswordThatIsNotSavedIsAskedForAgain) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  const DiskPtr account =
+      profile_.AddAccount(pop3.Port(), false, false, QStringLiteral("user"), QString());
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  const auto receive = [&] {
+    DiskCollection accounts;
+    accounts.Add(account);
+    traffic_.Plan().AddReceiveJob(accounts);
+    RunAll({&traffic_});
+  };
+  host_.typedPassword = QStringLiteral("slip");
+  receive();
+  host_.typedPassword = QStringLiteral("secret");
+  receive();
+  EXPECT_EQ(host_.passwordQuestions, 2);
+  receive();  // and the right one is kept
+  EXPECT_EQ(host_.passwordQuestions, 2);
+  EXPECT_EQ(pop3.Count("PASS"), 3);
+}
+
+TEST_F(OnceTest, TwoProgramsReceiveEachMessageOnce) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  for (int i = 0; i < 200; ++i) {
+    pop3.AddMessage(QByteArray::number(i), "Subject: " + QByteArray::number(i) + "\r\n\r\n\r\n");
+  }
+  const DiskPtr account = profile_.AddAccount(pop3.Port(), true);
+  OtherProgram other(profile_.Folder());
+  for (MailTraffic* program : {&traffic_, &other.traffic}) {
+    DiskCollection accounts;
+    accounts.Add(account);
+    program->Plan().AddReceiveJob(accounts);
+  }
+  RunAll({&traffic_, &other.traffic});
+  EXPECT_EQ(Subjects(4).size(), 200);
+  EXPECT_EQ(host_.held.size() + other.host.held.size(), 1);
+  EXPECT_EQ(pop3.Messages.size(), 0);
+}
+
+TEST_F(OnceTest, TheFileRefusesAReceivedMessageItHas) {
+  Disk request(QStringLiteral("mail_one"));
+  request.Let(QStringLiteral("process"), 4);
+  request.Let(QStringLiteral("MessageID"), QStringLiteral("user@host/1"));
+  MailStore store(profile_.Get());
+  EXPECT_EQ(store.StoreReceived(request, "Subject: a\r\n\r\n"), MailStore::Received::Stored);
+  Disk again(QStringLiteral("mail_two"));
+  again.Let(QStringLiteral("process"), 4);
+  again.Let(QStringLiteral("MessageID"), QStringLiteral("user@host/1"));
+  EXPECT_EQ(store.StoreReceived(again, "Subject: a\r\n\r\n"), MailStore::Received::Known);
+  EXPECT_TRUE(store.StoreMessage(again, "Subject: a\r\n\r\n").isEmpty());
+  EXPECT_EQ(Subjects(4).size(), 1);
+}
+
+TEST_F(OnceTest, ARefusedRecipientIsNamedAtTheMessage) {
+  smtp_.Replies = {{"RCPT", "550 5.1.1 no such user here\r\n"}};
+  StoreWaiting("to nobody");
+  Send();
+  EXPECT_TRUE(host_.log.last().contains(QStringLiteral("a@example.com: 550 5.1.1 no such user")))
+      << host_.log.last().toStdString();
+  EXPECT_EQ(Subjects(2).size(), 1);
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,130 @@
+// What the windows show of messages whose sending went wrong or goes on while they are open.
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include "mail/outbox.h"
+#include "window/message_window_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Fault;
+
+class SendingWindowTest : public MessageWindowTest {
+ protected:
+  static QPushButton& Button(const MessageWindow& window, const char16_t* name) {
+    return *window.findChild<QPushButton*>(QString::fromUtf16(name));
+  }
+  static bool ShowsDoubt(const MessageWindow& window) {
+    return Button(window, u"cmKeepAsSent").isVisible();
+  }
+  void CloseAndWait(MessageWindow& window) {
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
+  Outbox TheOutbox() const { return {Context(), MailDatabasePath(Context())}; }
+  bool Status(const QString& serial, int status) const {
+    return WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == status; });
+  }
+  void RunPlan() {
+    EXPECT_TRUE(WaitFor([this] { return program_->Parent()->Traffic().Plan().IsEmpty(); }));
+  }
+};
+
+TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
+  smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}, {Fault::Kind::Cut, ".", 2, 0, {}}};
+  QStringList serials{Store(kDraft, 2), Store(kDraft, 2)};
+  program_->Parent()->menuTools_Click(0);
+  ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful().size() == 2; }));
+  RunPlan();
+  EXPECT_EQ(smtp_.Messages().size(), 2);
+  smtp_.Faults.clear();
+
+  MessageWindow& again = Open(serials[0]);
+  ASSERT_TRUE(ShowsDoubt(again));
+  const QString text = again.findChild<QLabel*>(QStringLiteral("lbDoubt"))->text();
+  EXPECT_TRUE(text.contains(QStringLiteral("127.0.0.1"))) << text.toStdString();
+  Press(Button(again, u"cmSendAgain"));
+  EXPECT_TRUE(Status(serials[0], 3));
+  EXPECT_EQ(smtp_.Messages().size(), 3);
+  CloseAndWait(again);
+
+  MessageWindow& keep = Open(serials[1]);
+  Press(Button(keep, u"cmKeepAsSent"));
+  EXPECT_TRUE(Status(serials[1], 3));
+  EXPECT_FALSE(ShowsDoubt(keep));
+  CloseAndWait(keep);
+  RunPlan();
+  EXPECT_EQ(smtp_.Messages().size(), 3);
+}
+
+TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
+  const QString serial = Store(kDraft, 2);
+  WaitingMessage message;
+  ASSERT_EQ(TheOutbox().Read(serial, message), Outbox::Reading::Ready);
+  ASSERT_EQ(TheOutbox().BeginHandover(serial, message.version, QStringLiteral("mail.example")),
+            Outbox::Claim::Taken);
+  EndProgram();
+  QString question;
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [this] {
+        StartProgram();
+        LogInWith(QString());
+      },
+      [&question](QMessageBox& box) {
+        question = box.text();
+        QTest::keyClick(&box, Qt::Key_Return);
+      }));
+  EXPECT_TRUE(question.contains(QStringLiteral("1通"))) << question.toStdString();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_TRUE(ShowsDoubt(*TopLevel<MessageWindow>()));
+  CloseAndWait(*TopLevel<MessageWindow>());
+  program_->Parent()->menuTools_Click(0);
+  RunPlan();
+  EXPECT_EQ(smtp_.Messages().size(), 0);
+}
+
+TEST_F(SendingWindowTest, AWindowThatWasOpenWhileItsMessageWasSentChangesNothingOfThat) {
+  const QString serial = Store(kDraft, 2);
+  MessageWindow& window = Open(serial);
+  program_->Parent()->menuTools_Click(0);
+  ASSERT_TRUE(Status(serial, 3));
+  // Thrown away and taken back: sent still. Its sending cannot be cancelled any more.
+  QAction* dust = nullptr;
+  for (QAction* action : Menu(window, u"menuFile").actions()) {
+    if (action->text().startsWith(QStringLiteral("くずかご"))) dust = action;
+  }
+  ASSERT_NE(dust, nullptr);
+  dust->trigger();
+  CloseAndWait(window);
+  EXPECT_TRUE(Status(serial, -3));
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+}
+
+TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
+  smtp_.Replies = {{"RCPT", "550 no such user\r\n"}};
+  Store(kDraft, 2);
+  program_->Parent()->menuTools_Click(0);
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  const auto event = [tree] {
+    return tree->findItems(QStringLiteral("draft"), Qt::MatchExactly | Qt::MatchRecursive).value(0);
+  };
+  ASSERT_TRUE(WaitFor([&] { return event() != nullptr; }));
+  RunPlan();
+  tree->setCurrentItem(event());
+  QTest::keyClick(tree, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  const MessageWindow& window = *TopLevel<MessageWindow>();
+  const auto* list = window.findChild<QTableWidget*>(QStringLiteral("lvMailaddress"));
+  QStringList marked;
+  for (int row = 0; row < list->rowCount(); ++row) {
+    if (!list->item(row, 1)->icon().isNull()) marked.append(list->item(row, 1)->text());
+  }
+  EXPECT_EQ(marked, QStringList{QStringLiteral("a@example.jp")});
+}
+
+}  // namespace
+}  // namespace vorn
