@@ -30,6 +30,14 @@ void Report(const QString& path, const FileFindings& findings, bool asJson) {
   }
 }
 
+// A log that was damaged when an earlier command met it has left no trace since.
+void AddWhatIsKnown(Context& context, const QString& path, FileFindings& findings) {
+  const std::optional<KnownDamage> known = FindDamage(context, path);
+  if (known && !known->decided && known->parts.contains(QStringLiteral("log"))) {
+    findings.AddLostLog();
+  }
+}
+
 // What is known of the file's damage follows what was found. False when that cannot be kept.
 bool Remember(Context& context, const QString& path, const FileFindings& findings, bool accept) {
   if (findings.IsSound()) return ForgetDamage(context, path);
@@ -51,7 +59,8 @@ int CheckFiles(Context& context, const Arguments& arguments) {
   bool sound = true;
   bool remembered = true;
   for (const File& file : files) {
-    const FileFindings findings = context.Data.CheckFile(file.path, file.password);
+    FileFindings findings = context.Data.CheckFile(file.path, file.password);
+    AddWhatIsKnown(context, file.path, findings);
     sound = sound && findings.IsSound();
     Report(file.path, findings, arguments.Has(QStringLiteral("json")));
     remembered = Remember(context, file.path, findings, accept) && remembered;

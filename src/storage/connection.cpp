@@ -8,6 +8,7 @@
 
 #include "storage/engine.h"
 #include "storage/log_state.h"
+#include "storage/raw_pages.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
 #include "storage/source_digest.h"
@@ -150,12 +151,11 @@ QVariant Statement::Value(int column) const {
 std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
                                              Mode mode, StorageError* error) {
   // The engine takes an empty file for a new one; a file of ours is never empty.
-  if (mode == Mode::Existing && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
-    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。")};
+  if (mode != Mode::Create && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。中身が失われています。")};
     return nullptr;
   }
   std::shared_ptr<Connection> connection(new Connection);
-  if (mode != Mode::Create && !connection->LookAtLog(path, mode, error)) return nullptr;
   const int flags = mode == Mode::ReadOnly
                         ? SQLITE_OPEN_READONLY
                         : SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
@@ -164,23 +164,25 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
     *error = EngineError(connection->handle_);
     return nullptr;
   }
-  if (!connection->SetUp(password, error)) return nullptr;
-  return connection;
+  // The engine itself looks at the log when it first reads.
+  const bool opened = (mode == Mode::Create || connection->LookAtLog(path, mode, error)) &&
+                      connection->SetUp(password, error);
+  if (opened) return connection;
+  if (error->kind == StorageError::Kind::WrongPassword &&
+      PasswordFitsLaterPages(connection->handle_, password)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルの先頭が壊れています。")};
+  }
+  return nullptr;
 }
 
 bool Connection::LookAtLog(const QString& path, Mode mode, StorageError* error) {
-  const QFileInfo file(path);
-  if (file.exists() && file.size() == 0) {
-    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。中身が失われています。")};
-    return false;
-  }
-  const LogState log = ReadLogState(path);
+  const LogState log = ReadLogState(path, FileSalt(handle_));
   if (log < LogState::Torn) return true;
   damage_.insert(kDamagedLog);
   if (log == LogState::Torn || (mode != Mode::ReadOnly && SetLogAside(path))) return true;
   *error = {StorageError::Kind::Damaged,
             Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。")
-                .arg(file.fileName() + QStringLiteral("-wal"))};
+                .arg(QFileInfo(path).fileName() + QStringLiteral("-wal"))};
   return false;
 }
 

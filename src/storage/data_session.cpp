@@ -241,8 +241,8 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
 
 FileFindings DataSession::CheckFile(const QString& path, const QString& password) {
   FileFindings findings = CheckDatabaseFile(path, password);
-  damage_[path] += findings.parts;
-  if (findings.parts.isEmpty()) damage_.remove(path);
+  if (damage_.take(path).contains(QStringLiteral("log"))) findings.AddLostLog();
+  if (!findings.parts.isEmpty()) damage_.insert(path, findings.parts);
   return findings;
 }
 

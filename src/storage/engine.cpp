@@ -39,7 +39,7 @@ StorageError EngineError(sqlite3* handle) {
       return {};
     case SQLITE_NOTADB:
       return {Kind::WrongPassword,
-              Ui::tr("パスワードが違うか、データベースではないファイルです。")};
+              Ui::tr("パスワードが違うか、ファイルの先頭が壊れています。")};
     case SQLITE_CANTOPEN:
       return {Kind::NotFound,
               Ui::tr("データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを"

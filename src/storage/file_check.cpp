@@ -4,7 +4,6 @@
 #include <QFileInfo>
 
 #include "storage/connection.h"
-#include "storage/log_state.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -37,11 +36,7 @@ class FileCheck {
       Problem(Ui::tr("必要な表がありません。"));
     }
     findings_.parts += connection_.TakeDamage();
-    if (findings_.parts.contains(QStringLiteral("log"))) {
-      Problem(
-          Ui::tr("記録ファイル（-wal）の途中が壊れています。最後の変更が失われた"
-                 "可能性があります。"));
-    }
+    if (findings_.parts.contains(QStringLiteral("log"))) findings_.AddLostLog();
     // What was met on the way and falls under none of the above.
     if (findings_.IsSound() && !findings_.parts.isEmpty()) {
       Problem(Ui::tr("データベースファイルが壊れています。"));
@@ -174,29 +169,14 @@ class FileCheck {
   QSet<qint64> sources_;
 };
 
-// What shows without the password. False when there is nothing more to look at.
-bool LookAtFile(const QString& path, FileFindings& findings) {
-  const QFileInfo file(path);
-  if (!file.exists()) {
-    findings.problems.append(Ui::tr("ファイルがありません。"));
-  } else if (file.size() == 0) {
-    findings.problems.append(Ui::tr("ファイルが空です。中身が失われています。"));
-  } else if (ReadLogState(path) == LogState::Foreign) {
-    findings.problems.append(
-        Ui::tr("記録ファイル（-wal）が壊れているか、別のデータベースのものです。"));
-    findings.parts.insert(QStringLiteral("log"));
-  } else if (file.size() % kPageBytes != 0) {
-    findings.problems.append(Ui::tr("ファイルが途中で切れています。"));
-    findings.parts.insert(QStringLiteral("file"));
-    return true;
-  } else {
-    return true;
-  }
-  if (findings.parts.isEmpty()) findings.parts.insert(QStringLiteral("file"));
-  return false;
-}
-
 }  // namespace
+
+void FileFindings::AddLostLog() {
+  const QString sentence =
+      Ui::tr("記録ファイル（-wal）が壊れていました。最後の変更が失われた可能性があります。");
+  if (!problems.contains(sentence)) problems.append(sentence);
+  parts.insert(QStringLiteral("log"));
+}
 
 QString UnreadableMessage::Name() const {
   const QString shown =
@@ -207,7 +187,16 @@ QString UnreadableMessage::Name() const {
 
 FileFindings CheckDatabaseFile(const QString& path, const QString& password) {
   FileFindings findings;
-  if (!LookAtFile(path, findings)) return findings;
+  const QFileInfo file(path);
+  if (!file.exists()) {
+    findings.problems.append(Ui::tr("ファイルがありません。"));
+    findings.parts.insert(QStringLiteral("file"));
+    return findings;
+  }
+  if (file.size() % kPageBytes != 0) {
+    findings.problems.append(Ui::tr("ファイルが途中で切れています。"));
+    findings.parts.insert(QStringLiteral("file"));
+  }
   // Without a log there is nothing that closing could bring into the file.
   const bool hasLog = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
   StorageError error;

@@ -24,6 +24,8 @@ struct FileFindings {
   QSet<QString> parts;  ///< what is damaged, as `Connection::TakeDamage` names it
 
   bool IsSound() const { return problems.isEmpty(); }
+  /// Notes that a log was damaged, of which nothing may be left to see.
+  void AddLostLog();
 };
 
 /// Reads every table and index of a file, every message source against its digest, and whether they

@@ -69,13 +69,17 @@ bool KeepDamage(Context& context) {
   return kept;
 }
 
-bool IsKnownDamaged(Context& context, const QString& file) {
-  if (!KeepDamage(context) || !OpenDatabase(context, DatabaseKind::Profile)) return true;
+std::optional<KnownDamage> FindDamage(Context& context, const QString& file) {
+  if (!KeepDamage(context) || !OpenDatabase(context, DatabaseKind::Profile)) return std::nullopt;
   const DiskPtr note = Load(context.Data, NameOf(file));
   context.Data.Close();
-  if (note == nullptr) return true;
-  const KnownDamage damage = Read(*note);
-  return !damage.parts.isEmpty() && !damage.decided;
+  if (note == nullptr) return std::nullopt;
+  return Read(*note);
+}
+
+bool IsKnownDamaged(Context& context, const QString& file) {
+  const std::optional<KnownDamage> damage = FindDamage(context, file);
+  return !damage || damage->WaitsForDecision();
 }
 
 QList<KnownDamage> UndecidedDamage(Context& context) {
@@ -95,7 +99,7 @@ QList<KnownDamage> UndecidedDamage(Context& context) {
     const DiskPtr note = Load(context.Data, serial.mid(kPrefix.size()));
     if (note == nullptr) continue;
     const KnownDamage damage = Read(*note);
-    if (!damage.parts.isEmpty() && !damage.decided) undecided.append(damage);
+    if (damage.WaitsForDecision()) undecided.append(damage);
   }
   context.Data.Close();
   return undecided;

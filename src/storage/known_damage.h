@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "storage/context.h"
 
@@ -16,12 +17,18 @@ struct KnownDamage {
   QString since;      ///< when it was first noticed, as stored
   QStringList parts;  ///< what is damaged (see `Connection::TakeDamage`)
   bool decided = false;
+
+  bool WaitsForDecision() const { return !parts.isEmpty() && !decided; }
 };
 
 /// Keeps what reading has shown to be damaged since the last call (`DataSession::TakeDamage`).
 /// Whatever is new takes an earlier decision back. False when it cannot be kept; it is then still
 /// to be kept.
 bool KeepDamage(Context& context);
+
+/// What is known of a file, given by its path; without parts when nothing is. Nothing when that
+/// cannot be found out.
+std::optional<KnownDamage> FindDamage(Context& context, const QString& file);
 
 /// Whether a file, given by its path, is known to be damaged and the user has not decided. True as
 /// well when that cannot be found out.

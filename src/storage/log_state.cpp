@@ -47,29 +47,32 @@ struct Sum {
   }
 };
 
-QByteArray DatabaseSalt(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.read(kSaltBytes) : QByteArray();
-}
-
-// Follows the frames behind a header that was read.
-LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, bool follows,
-                    const QByteArray& databaseSalt) {
+// Follows the frames behind a header that was read. What a program had not committed when it was
+// killed, or undid, may stand behind the last change; such frames do not follow upon it, and none
+// of them ends a transaction. Frames of an earlier round of the log, which bear other salts, stand
+// behind all of these.
+LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteArray& databaseSalt) {
   const auto page = static_cast<qsizetype>(Number(header, 8));
   const QByteArray salts = header.mid(16, 8);
+  bool follows = true;
+  bool gap = false;
   bool any = false;
   for (;;) {
     const QByteArray frame = log.read(kFrameHeaderBytes + page);
     if (frame.size() < kFrameHeaderBytes + page) break;
-    // Frames of an earlier round of the log follow upon those of this one.
     if (frame.mid(8, 8) != salts) {
-      if (follows) break;
+      follows = false;
+      gap = true;
       continue;
     }
-    if (!follows) return LogState::Torn;
-    sum.Add(QByteArrayView(frame).first(kCheckedFrameHeaderBytes));
-    sum.Add(QByteArrayView(frame).sliced(kFrameHeaderBytes));
-    follows = sum.Is(frame, 16);
+    if (gap) return LogState::Torn;
+    if (follows) {
+      sum.Add(QByteArrayView(frame).first(kCheckedFrameHeaderBytes));
+      sum.Add(QByteArrayView(frame).sliced(kFrameHeaderBytes));
+      follows = sum.Is(frame, 16);
+    }
+    const bool endsTransaction = Number(frame, 4) != 0;
+    if (!follows && endsTransaction) return LogState::Torn;
     if (!follows) continue;
     any = true;
     const bool isFirstPage = Number(frame, 0) == 1;
@@ -81,7 +84,7 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, bool follows,
   return any ? LogState::Sound : LogState::None;
 }
 
-LogState ReadOnce(const QString& path) {
+LogState ReadOnce(const QString& path, const QByteArray& databaseSalt) {
   QFile log(LogPath(path));
   if (!log.exists() || log.size() == 0) return LogState::None;
   if (!log.open(QIODevice::ReadOnly)) return LogState::Foreign;
@@ -93,16 +96,17 @@ LogState ReadOnce(const QString& path) {
   if (page < 512 || page > kLargestPage) return LogState::Foreign;
   Sum sum{(Number(header, 0) & 1U) != 0};
   sum.Add(QByteArrayView(header).first(kCheckedHeaderBytes));
-  return ReadFrames(log, header, sum, sum.Is(header, 24), DatabaseSalt(path));
+  if (!sum.Is(header, 24)) return LogState::Foreign;
+  return ReadFrames(log, header, sum, databaseSalt);
 }
 
 }  // namespace
 
-LogState ReadLogState(const QString& path) {
-  LogState state = ReadOnce(path);
+LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
+  LogState state = ReadOnce(path, databaseSalt);
   for (int i = 1; i < kReadings && state >= LogState::Torn; ++i) {
     QThread::msleep(kPauseMs);
-    state = ReadOnce(path);
+    state = ReadOnce(path, databaseSalt);
   }
   return state;
 }
