@@ -1,6 +1,7 @@
 // vornctl: the command line over the same libraries and the same store, for scripts.
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QJsonObject>
 #include <cstdio>
@@ -100,6 +101,20 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
   return LogIn(context, arguments.Text(QStringLiteral("profile")), password, error);
 }
 
+// What the command met on its way and may not have shown.
+bool TellDamage(Context& context) {
+  const QStringList files = context.Data.DamagedFiles();
+  for (const QString& file : files) {
+    Complain(QStringLiteral("「%1」は壊れています。vornctl check で調べてください。")
+                 .arg(QDir::toNativeSeparators(file)),
+             0);
+  }
+  if (!KeepDamage(context)) {
+    Complain(QStringLiteral("壊れていることを記録できません。") + context.Data.LastError().text, 0);
+  }
+  return !files.isEmpty();
+}
+
 int RunCommand(const Command& command, const Arguments& arguments) {
   const QSet<QString> everywhere = {QStringLiteral("data"), QStringLiteral("profile"),
                                     QStringLiteral("password-fd")};
@@ -111,9 +126,9 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   QString error;
   if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
   const int code = command.run(context, arguments);
-  KeepDamage(context);
+  const bool isDamaged = TellDamage(context);
   context.Data.CloseAll();
-  return code;
+  return code == kExitOk && isDamaged ? kExitPartly : code;
 }
 
 int Run(const QStringList& line) {

@@ -46,15 +46,6 @@ void Report(const ReceiveCounts& counts, int deleted, double seconds, bool asJso
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
-// The first of the profile's files that is known to be damaged, as long as the user has not
-// decided; empty when there is none.
-QString UndecidedFile(Context& context) {
-  for (const QString& path : ProfileFiles(context, *context.Session)) {
-    if (IsKnownDamaged(context, path)) return path;
-  }
-  return {};
-}
-
 }  // namespace
 
 int Receive(Context& context, const Arguments& arguments) {
@@ -67,7 +58,7 @@ int Receive(Context& context, const Arguments& arguments) {
   if (accounts->IsEmpty()) {
     return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
   }
-  const QString damaged = UndecidedFile(context);
+  const QString damaged = FirstDamaged(context, ProfileFiles(context, *context.Session));
   if (!damaged.isEmpty()) {
     return Complain(QStringLiteral("「%1」が壊れているため受信しません。vornctl check で調べ、"
                                    "そのまま受信するなら vornctl check --accept-damage "
@@ -83,7 +74,7 @@ int Receive(Context& context, const Arguments& arguments) {
   const ReceiveCounts& counts = traffic.Events().Counts();
   Report(counts, traffic.Events().DeletedOnServer(), seconds,
          arguments.Has(QStringLiteral("json")));
-  return counts.errors == 0 ? kExitOk : kExitFailure;
+  return counts.errors + console.Failures() == 0 ? kExitOk : kExitFailure;
 }
 
 }  // namespace vorn::ctl

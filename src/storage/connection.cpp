@@ -433,9 +433,11 @@ QByteArray Connection::ReadDigest(qint64 id) {
 
 qint64 Connection::LongBinarySize(qint64 id) {
   sqlite3_blob* blob = nullptr;
-  qint64 size = 0;
+  qint64 size = -1;
   if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
     size = sqlite3_blob_bytes(blob);
+  } else {
+    Fail();
   }
   sqlite3_blob_close(blob);
   return size;

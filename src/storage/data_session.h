@@ -67,6 +67,7 @@ class DataSession {
   /// (see `Connection::TakeDamage`).
   QHash<QString, QSet<QString>> TakeDamage() { return std::exchange(damage_, {}); }
   bool HasDamage() const { return !damage_.isEmpty(); }
+  QStringList DamagedFiles() const { return damage_.keys(); }
   /// Puts back what could not be kept.
   void PutDamage(const QString& path, const QSet<QString>& parts) { damage_[path] += parts; }
 

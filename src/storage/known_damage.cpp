@@ -82,6 +82,13 @@ bool IsKnownDamaged(Context& context, const QString& file) {
   return !damage || damage->WaitsForDecision();
 }
 
+QString FirstDamaged(Context& context, const QStringList& files) {
+  for (const QString& file : files) {
+    if (IsKnownDamaged(context, file)) return file;
+  }
+  return {};
+}
+
 QList<KnownDamage> UndecidedDamage(Context& context) {
   QList<KnownDamage> undecided;
   KeepDamage(context);

@@ -34,6 +34,10 @@ std::optional<KnownDamage> FindDamage(Context& context, const QString& file);
 /// well when that cannot be found out.
 bool IsKnownDamaged(Context& context, const QString& file);
 
+/// The first of the files that is known to be damaged and of which the user has not decided; empty
+/// when there is none.
+QString FirstDamaged(Context& context, const QStringList& files);
+
 /// What waits for the user's decision.
 QList<KnownDamage> UndecidedDamage(Context& context);
 

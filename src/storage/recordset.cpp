@@ -50,7 +50,8 @@ void Recordset::StepForward() {
   const Statement::Step step = statement_->Next();
   hasRow_ = step == Statement::Step::Row;
   if (step == Statement::Step::Failed) NoteFailure();
-  if (hasRow_ && IsCutShort()) {
+  cutShort_ = hasRow_ && IsCutShort();
+  if (cutShort_) {
     connection_->FailWith({StorageError::Kind::Damaged, Ui::tr("データが壊れています。")},
                           QStringLiteral("file"));
     NoteFailure();

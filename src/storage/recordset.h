@@ -40,6 +40,8 @@ class Recordset {
   /// Whether reading stopped because of an error rather than at the end, or a column of this row or
   /// of an earlier one could not be read as it was written.
   bool Failed() const { return static_cast<bool>(error_); }
+  /// Whether this row is not as it was written.
+  bool IsRowDamaged() const { return cutShort_; }
   /// The first failure.
   const StorageError& Error() const { return error_; }
   void MoveNext();
@@ -47,6 +49,7 @@ class Recordset {
   /// A column of the current row; null for an unknown column. A long binary column is fetched here.
   QVariant Fields(QStringView column) const;
   /// The length of a long binary column, without reading it.
+  /// Negative when it cannot be read.
   qint64 ByteCount(QStringView column) const;
   QString SerialID() const { return Fields(u"SERIALID").toString(); }
 
@@ -79,6 +82,7 @@ class Recordset {
   std::unique_ptr<Statement> statement_;
   std::vector<Column> columns_;
   bool hasRow_ = false;
+  bool cutShort_ = false;
   mutable StorageError error_;
 
   // Updatable sets only. The first column of every row is its row number in the table.
