@@ -42,10 +42,16 @@ int Import(Context& context, const Arguments& arguments) {
   for (const QString& path : paths) {
     complete = complete && ImportMessages(context, path, folder, &counts, &error);
   }
-  Report({{QStringLiteral("imported"), counts.imported}, {QStringLiteral("known"), counts.known}},
+  for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
+    Complain(QStringLiteral("保存済みですが読み込めません: ") + message.Name(), 0);
+  }
+  Report({{QStringLiteral("imported"), counts.imported},
+          {QStringLiteral("known"), counts.known},
+          {QStringLiteral("unreadable"), ToJson(counts.unreadable)}},
          QStringLiteral("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
          arguments.Has(QStringLiteral("json")));
-  return complete ? kExitOk : Complain(error, kExitFailure);
+  if (!complete) return Complain(error, kExitFailure);
+  return counts.unreadable.isEmpty() ? kExitOk : kExitPartly;
 }
 
 int Export(Context& context, const Arguments& arguments) {
@@ -54,21 +60,28 @@ int Export(Context& context, const Arguments& arguments) {
   const QString out = arguments.Text(QStringLiteral("out"));
   if (name.isEmpty() || !format || out.isEmpty()) {
     return Complain(
-        QStringLiteral("使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス"),
+        QStringLiteral("使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス "
+                       "[--overwrite]"),
         kExitUsage);
   }
   const QString folder = FindFolder(context, name);
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  int count = 0;
-  QString error;
-  if (!ExportMessages(context, folder, *format, out, &count, &error)) {
-    return Complain(error, kExitFailure);
+  const ExportOutcome outcome =
+      ExportMessages(context, {folder, *format, out, arguments.Has(QStringLiteral("overwrite"))});
+  for (const UnreadableMessage& message : outcome.unreadable) {
+    Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
   }
-  Report({{QStringLiteral("exported"), count}}, QStringLiteral("書き出し %1通").arg(count),
+  if (!outcome.complete) return Complain(outcome.error, kExitFailure);
+  Report({{QStringLiteral("exported"), outcome.count},
+          {QStringLiteral("unreadable"), ToJson(outcome.unreadable)}},
+         QStringLiteral("書き出し %1通").arg(outcome.count) +
+             (outcome.unreadable.isEmpty()
+                  ? QString()
+                  : QStringLiteral("、読み込めないもの %1通").arg(outcome.unreadable.size())),
          arguments.Has(QStringLiteral("json")));
-  return kExitOk;
+  return outcome.unreadable.isEmpty() ? kExitOk : kExitPartly;
 }
 
 }  // namespace vorn::ctl

@@ -5,8 +5,46 @@
 
 #include "ctl/command.h"
 #include "objects/profile.h"
+#include "storage/known_damage.h"
 
 namespace vorn::ctl {
+namespace {
+
+QJsonObject Describe(const QString& file, const FileFindings& findings) {
+  return {{QStringLiteral("file"), file},
+          {QStringLiteral("problems"), QJsonArray::fromStringList(findings.problems)},
+          {QStringLiteral("unreadable"), ToJson(findings.unreadable)}};
+}
+
+void Report(const QString& path, const FileFindings& findings, bool asJson) {
+  const QString name = QDir::toNativeSeparators(path);
+  if (asJson) {
+    Print(
+        QString::fromUtf8(QJsonDocument(Describe(name, findings)).toJson(QJsonDocument::Compact)));
+    return;
+  }
+  Print(name + QStringLiteral(": ") +
+        (findings.IsSound() ? QStringLiteral("正常です。") : findings.problems.join(u' ')));
+  for (const UnreadableMessage& message : findings.unreadable) {
+    Print(QStringLiteral("  読み込めません: ") + message.Name());
+  }
+}
+
+// A log that was damaged when an earlier command met it has left no trace since.
+void AddWhatIsKnown(Context& context, const QString& path, FileFindings& findings) {
+  const std::optional<KnownDamage> known = FindDamage(context, path);
+  if (known && !known->decided && known->parts.contains(QStringLiteral("log"))) {
+    findings.AddLostLog();
+  }
+}
+
+// What is known of the file's damage follows what was found. False when that cannot be kept.
+bool Remember(Context& context, const QString& path, const FileFindings& findings, bool accept) {
+  if (findings.IsSound()) return ForgetDamage(context, path);
+  return KeepDamage(context) && (!accept || AcceptDamage(context, path));
+}
+
+}  // namespace
 
 int CheckFiles(Context& context, const Arguments& arguments) {
   struct File {
@@ -17,19 +55,19 @@ int CheckFiles(Context& context, const Arguments& arguments) {
   for (const QString& path : ProfileFiles(context, *context.Session)) {
     files.append({path, context.Session->Text(u"password")});
   }
+  const bool accept = arguments.Has(QStringLiteral("accept-damage"));
   bool sound = true;
+  bool remembered = true;
   for (const File& file : files) {
-    const QStringList problems = context.Data.CheckFile(file.path, file.password);
-    sound = sound && problems.isEmpty();
-    const QString name = QDir::toNativeSeparators(file.path);
-    if (arguments.Has(QStringLiteral("json"))) {
-      const QJsonObject object{{QStringLiteral("file"), name},
-                               {QStringLiteral("problems"), QJsonArray::fromStringList(problems)}};
-      Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-    } else {
-      Print(name + QStringLiteral(": ") +
-            (problems.isEmpty() ? QStringLiteral("正常です。") : problems.join(u' ')));
-    }
+    FileFindings findings = context.Data.CheckFile(file.path, file.password);
+    AddWhatIsKnown(context, file.path, findings);
+    sound = sound && findings.IsSound();
+    Report(file.path, findings, arguments.Has(QStringLiteral("json")));
+    remembered = Remember(context, file.path, findings, accept) && remembered;
+  }
+  if (accept && !remembered) {
+    return Complain(QStringLiteral("判断を保存できません。") + context.Data.LastError().text,
+                    kExitFailure);
   }
   return sound ? kExitOk : kExitFailure;
 }

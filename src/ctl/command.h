@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <optional>
 
+#include <QJsonArray>
 #include <QString>
 
 #include "ctl/arguments.h"
@@ -16,6 +17,7 @@ enum ExitCode {
   kExitFailure = 1,  ///< the work failed, wholly or in part; the reason is on the error stream
   kExitUsage = 2,    ///< the command line is wrong
   kExitLogin = 3,    ///< the data folder or the profile could not be opened
+  kExitPartly = 4,   ///< done, but for messages that cannot be read; they are named
 };
 
 int AddAccount(Context& context, const Arguments& arguments);
@@ -41,6 +43,8 @@ int Compose(const Arguments& arguments);
 void Print(const QString& text);
 /// Writes a sentence to the error stream; returns `code`.
 int Complain(const QString& sentence, int code);
+/// The messages that could not be read, for a program.
+QJsonArray ToJson(const QList<UnreadableMessage>& messages);
 /// The bytes of a file, of the standard input for "-"; nothing when it cannot be read.
 std::optional<QByteArray> ReadFile(const QString& name);
 /// The serial identifier of the folder with that name or serial identifier; empty when there is

@@ -1,11 +1,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
 #include "ctl/command.h"
 #include "mail/address.h"
+#include "mail/folder_listing.h"
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
+#include "storage/sql_text.h"
 #include "storage/time_text.h"
 
 namespace vorn::ctl {
@@ -37,27 +40,58 @@ void PrintRow(const Recordset& row, bool asJson) {
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
+// Where the list breaks off, every message is looked for by itself.
+int ListTheRest(Context& context, const QString& folder, const QSet<QString>& printed,
+                bool asJson) {
+  const FolderListing listing = ListFolderMessages(context, folder);
+  if (!listing.read || !OpenDatabase(context, DatabaseKind::Mail)) {
+    return Complain(
+        QStringLiteral("一覧を最後まで読み込めません。") + context.Data.LastError().text,
+        kExitFailure);
+  }
+  for (const ListedMessage& message : listing.messages) {
+    if (!printed.contains(message.serialId) &&
+        context.Data.OpenRecordset(
+            QStringLiteral("SELECT * FROM mail WHERE SERIALID = ") + QuoteSql(message.serialId),
+            CursorKind::ForwardOnly) &&
+        !context.Data.Recordset()->Eof()) {
+      PrintRow(*context.Data.Recordset(), asJson);
+    }
+  }
+  context.Data.Close();
+  for (const UnreadableMessage& message : listing.unreadable) {
+    Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
+  }
+  return kExitPartly;
+}
+
 }  // namespace
 
 int ListFolder(Context& context, const Arguments& arguments) {
   const QString name = arguments.Words().value(1);
+  const bool asJson = arguments.Has(QStringLiteral("json"));
   const QString folder = FindFolder(context, name);
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const QString select = FolderSqlBuilder(context).CreateFolderSql(folder) +
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
-  if (!OpenDatabase(context, DatabaseKind::Mail) ||
-      !context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
-    return Complain(QStringLiteral("フォルダを開けません。") + context.Data.LastError().text,
-                    kExitFailure);
+  QSet<QString> printed;
+  bool complete = OpenDatabase(context, DatabaseKind::Mail);
+  if (complete && context.Data.OpenRecordset(select, CursorKind::ForwardOnly,
+                                             StatementTrust::UserCondition)) {
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      if (rows->IsRowDamaged()) continue;
+      PrintRow(*rows, asJson);
+      printed.insert(rows->SerialID());
+    }
+    complete = !rows->Failed();
+  } else {
+    complete = false;
   }
-  const RecordsetPtr rows = context.Data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) PrintRow(*rows, arguments.Has(QStringLiteral("json")));
-  const bool complete = !rows->Failed();
   context.Data.Close();
-  return complete ? kExitOk
-                  : Complain(QStringLiteral("一覧を最後まで読み込めません。"), kExitFailure);
+  return complete ? kExitOk : ListTheRest(context, folder, printed, asJson);
 }
 
 }  // namespace vorn::ctl

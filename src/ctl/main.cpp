@@ -1,7 +1,9 @@
 // vornctl: the command line over the same libraries and the same store, for scripts.
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QJsonObject>
 #include <cstdio>
 
 #include "ctl/command.h"
@@ -9,6 +11,7 @@
 #include "frame/start_up.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "storage/known_damage.h"
 
 namespace vorn::ctl {
 namespace {
@@ -28,8 +31,8 @@ constexpr char16_t kUsage[] =
     u"  page フォルダ [--page 番号] --out ファイル\n"
     u"  rules list|add 条件|test ファイル|- [--json]\n"
     u"  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）\n"
-    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--json]\n"
-    u"  check [--json]\n"
+    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]\n"
+    u"  check [--accept-damage] [--json]\n"
     u"  inspect ファイル|- [--json]\n"
     u"  open 0-6 ファイル|- [--json]\n"
     u"  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名\n"
@@ -38,7 +41,8 @@ constexpr char16_t kUsage[] =
     u"\n"
     u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
     u"\n"
-    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗";
+    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、\n"
+    u"4 読み込めないメッセージを除いて終了";
 
 struct Command {
   QString name;
@@ -64,8 +68,11 @@ const QList<Command>& Commands() {
       {QStringLiteral("import"), Import, {QStringLiteral("folder"), QStringLiteral("json")}},
       {QStringLiteral("export"),
        Export,
-       {QStringLiteral("format"), QStringLiteral("out"), QStringLiteral("json")}},
-      {QStringLiteral("check"), CheckFiles, {QStringLiteral("json")}},
+       {QStringLiteral("format"), QStringLiteral("out"), QStringLiteral("overwrite"),
+        QStringLiteral("json")}},
+      {QStringLiteral("check"),
+       CheckFiles,
+       {QStringLiteral("json"), QStringLiteral("accept-damage")}},
       {QStringLiteral("rules"), Rules, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
   };
@@ -94,6 +101,20 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
   return LogIn(context, arguments.Text(QStringLiteral("profile")), password, error);
 }
 
+// What the command met on its way and may not have shown.
+bool TellDamage(Context& context) {
+  const QStringList files = context.Data.DamagedFiles();
+  for (const QString& file : files) {
+    Complain(QStringLiteral("「%1」は壊れています。vornctl check で調べてください。")
+                 .arg(QDir::toNativeSeparators(file)),
+             0);
+  }
+  if (!KeepDamage(context)) {
+    Complain(QStringLiteral("壊れていることを記録できません。") + context.Data.LastError().text, 0);
+  }
+  return !files.isEmpty();
+}
+
 int RunCommand(const Command& command, const Arguments& arguments) {
   const QSet<QString> everywhere = {QStringLiteral("data"), QStringLiteral("profile"),
                                     QStringLiteral("password-fd")};
@@ -105,14 +126,16 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   QString error;
   if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
   const int code = command.run(context, arguments);
+  const bool isDamaged = TellDamage(context);
   context.Data.CloseAll();
-  return code;
+  return code == kExitOk && isDamaged ? kExitPartly : code;
 }
 
 int Run(const QStringList& line) {
   const Arguments arguments(
       line, {QStringLiteral("json"), QStringLiteral("delete-on-server"), QStringLiteral("default"),
-             QStringLiteral("help"), QStringLiteral("version")});
+             QStringLiteral("accept-damage"), QStringLiteral("overwrite"), QStringLiteral("help"),
+             QStringLiteral("version")});
   if (!arguments.Error().isEmpty()) return Complain(arguments.Error(), kExitUsage);
   if (arguments.Has(QStringLiteral("version"))) {
     Print(QStringLiteral("vornctl " VORN_VERSION));
@@ -155,6 +178,16 @@ int Complain(const QString& sentence, int code) {
   QFile out;
   if (out.open(stderr, QIODevice::WriteOnly)) out.write(sentence.toUtf8() + '\n');
   return code;
+}
+
+QJsonArray ToJson(const QList<UnreadableMessage>& messages) {
+  QJsonArray array;
+  for (const UnreadableMessage& message : messages) {
+    array.append(QJsonObject{{QStringLiteral("serialId"), message.serialId},
+                             {QStringLiteral("subject"), message.subject},
+                             {QStringLiteral("timestamp"), message.timestamp}});
+  }
+  return array;
 }
 
 QString FindFolder(Context& context, const QString& nameOrSerial) {

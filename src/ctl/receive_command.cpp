@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -6,7 +7,9 @@
 #include "frame/mail_traffic.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/select_objects.h"
+#include "storage/known_damage.h"
 
 namespace vorn::ctl {
 namespace {
@@ -55,6 +58,14 @@ int Receive(Context& context, const Arguments& arguments) {
   if (accounts->IsEmpty()) {
     return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
   }
+  const QString damaged = FirstDamaged(context, ProfileFiles(context, *context.Session));
+  if (!damaged.isEmpty()) {
+    return Complain(QStringLiteral("「%1」が壊れているため受信しません。vornctl check で調べ、"
+                                   "そのまま受信するなら vornctl check --accept-damage "
+                                   "を実行してください。")
+                        .arg(QDir::toNativeSeparators(damaged)),
+                    kExitFailure);
+  }
   ConsoleHost console;
   MailTraffic traffic(context, console, console);
   traffic.Plan().AddReceiveJob(*accounts);
@@ -63,7 +74,7 @@ int Receive(Context& context, const Arguments& arguments) {
   const ReceiveCounts& counts = traffic.Events().Counts();
   Report(counts, traffic.Events().DeletedOnServer(), seconds,
          arguments.Has(QStringLiteral("json")));
-  return counts.errors == 0 ? kExitOk : kExitFailure;
+  return counts.errors + console.Failures() == 0 ? kExitOk : kExitFailure;
 }
 
 }  // namespace vorn::ctl

@@ -11,18 +11,22 @@ namespace {
 const QString kPrefix = QStringLiteral("draft_");
 const QString kSource = QStringLiteral("Source");
 
-// The folders that the message is in already, when it was stored before.
-QString StoredFolders(Context& context, const QString& message) {
+// The folders that the message is in already, when it was stored before. False when they cannot be
+// read.
+bool ReadStoredFolders(Context& context, const QString& message, QString* stored) {
+  if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
   QStringList folders;
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return {};
-  if (context.Data.OpenRecordset(
-          QStringLiteral("SELECT * FROM folder WHERE SERIALID = ") + QuoteSql(message),
-          CursorKind::ForwardOnly)) {
+  bool read = context.Data.OpenRecordset(
+      QStringLiteral("SELECT * FROM folder WHERE SERIALID = ") + QuoteSql(message),
+      CursorKind::ForwardOnly);
+  if (read) {
     const RecordsetPtr rows = context.Data.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+    read = !rows->Failed();
   }
   context.Data.Close();
-  return folders.join(kLineBreak);
+  *stored = folders.join(kLineBreak);
+  return read;
 }
 
 }  // namespace
@@ -63,7 +67,9 @@ bool Restore(Context& context, const QString& message) {
   Disk request(message);
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-  request.Let(QStringLiteral("folder"), StoredFolders(context, message));
+  QString folders;
+  if (!ReadStoredFolders(context, message, &folders)) return false;
+  request.Let(QStringLiteral("folder"), folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
   if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
   Forget(context, message);

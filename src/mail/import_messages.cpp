@@ -2,7 +2,6 @@
 
 #include <QCryptographicHash>
 #include <QMultiHash>
-#include <QSet>
 #include <algorithm>
 
 #include "mail/mail_archive.h"
@@ -42,7 +41,27 @@ class Importer {
       : context_(context), store_(context), folder_(folder), counts_(counts) {
     options_.textTypes = TextTypes(context);
     options_.standardHeaders = Settings(context)->Flag(u"StandardHeaders");
-    ReadStored();
+  }
+
+  // What is stored, by what can be told without its source. Without all of it nothing may be
+  // imported: what is stored would be stored again.
+  bool ReadStored() {
+    if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+    bool read =
+        context_.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly);
+    if (read) {
+      const RecordsetPtr rows = context_.Data.Recordset();
+      for (; !rows->Eof(); rows->MoveNext()) {
+        const UnreadableMessage stored{rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString(),
+                                       rows->Fields(u"FIELD_TIMESTAMP").toString()};
+        ids_.insert(rows->Fields(u"FIELD_ID").toString(), stored);
+        stored_.insert(Key(stored.subject, rows->Fields(u"FIELD_MAILADDRESS").toString()),
+                       stored.serialId);
+      }
+      read = !rows->Failed();
+    }
+    context_.Data.Close();
+    return read;
   }
 
   bool Take(const QByteArray& source) {
@@ -69,25 +88,18 @@ class Importer {
   static size_t Key(const QString& subject, const QString& addressLines) {
     return qHash(subject + QChar(u'\0') + addressLines);
   }
-  // What is stored, by what can be told without its source.
-  void ReadStored() {
-    if (!OpenDatabase(context_, DatabaseKind::Mail)) return;
-    if (context_.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail"),
-                                    CursorKind::ForwardOnly)) {
-      const RecordsetPtr rows = context_.Data.Recordset();
-      for (; !rows->Eof(); rows->MoveNext()) {
-        ids_.insert(rows->Fields(u"FIELD_ID").toString());
-        stored_.insert(Key(rows->Fields(u"FIELD_SUBJECT").toString(),
-                           rows->Fields(u"FIELD_MAILADDRESS").toString()),
-                       rows->SerialID());
-      }
-    }
-    context_.Data.Close();
-  }
   // Known is what was imported before, and what came another way and is the same to the byte.
   bool IsKnown(const QString& id, const QByteArray& source) {
-    if (ids_.contains(id)) return true;
-    ids_.insert(id);
+    const auto imported = ids_.constFind(id);
+    if (imported != ids_.cend()) {
+      // What this import brought is not read again.
+      if (!imported->serialId.isEmpty() &&
+          store_.LoadMessageSource(Disk(imported->serialId)) != source) {
+        counts_.unreadable.append(*imported);
+      }
+      return true;
+    }
+    ids_.insert(id, {});
     const MessageIndex index = IndexMessage(source, QString(), options_);
     const QList<QString> alike = stored_.values(Key(index.subject, index.addressLines));
     return std::any_of(alike.begin(), alike.end(), [&](const QString& serialId) {
@@ -100,8 +112,8 @@ class Importer {
   QString folder_;
   ImportCounts& counts_;
   IndexOptions options_;
-  QSet<QString> ids_;
-  QMultiHash<size_t, QString> stored_;  // serial identifiers
+  QHash<QString, UnreadableMessage> ids_;  // by identifier
+  QMultiHash<size_t, QString> stored_;     // serial identifiers
 };
 
 }  // namespace
@@ -114,6 +126,11 @@ bool ImportMessages(Context& context, const QString& path, const QString& folder
     return false;
   }
   Importer importer(context, folder, *counts);
+  if (!importer.ReadStored()) {
+    *error = Ui::tr("保存されているメッセージを読み込めないため、取り込みません。") +
+             context.Data.LastError().text;
+    return false;
+  }
   context.Data.BeginGroup(MailDatabasePath(context));
   bool stored = true;
   bool ended = false;

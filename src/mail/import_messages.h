@@ -10,6 +10,8 @@ namespace vorn {
 struct ImportCounts {
   int imported = 0;
   int known = 0;  ///< in the store already, byte for byte
+  /// In the store already, where they cannot be read any more.
+  QList<UnreadableMessage> unreadable;
 };
 
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at

@@ -1,8 +1,12 @@
 #include "mail/mail_archive.h"
 
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
 
 #include "mail/attachment_files.h"
 #include "storage/ui.h"
@@ -35,6 +39,34 @@ bool IsQuotedFrom(const QByteArray& line) {
   qsizetype at = 0;
   while (at < line.size() && line[at] == '>') ++at;
   return QByteArrayView(line).sliced(at).startsWith("From ");
+}
+
+const QString kPartsEnding = QStringLiteral(".vorn-part");
+const QString kOldEnding = QStringLiteral(".vorn-old");
+constexpr const char16_t* kMaildirParts[] = {u"cur", u"new", u"tmp"};
+
+void RemoveTree(const QString& path) {
+  if (QFileInfo(path).isDir() && !QFileInfo(path).isSymLink()) {
+    QDir(path).removeRecursively();
+  } else {
+    QFile::remove(path);
+  }
+}
+
+// Whether there is nothing in a folder but messages that were written by this program.
+bool IsOwnArchive(const QString& path) {
+  if (!QFileInfo(path).isDir() || QFileInfo(path).isSymLink()) return false;
+  QDirIterator entries(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+  while (entries.hasNext()) {
+    const QFileInfo entry(entries.next());
+    const QString place = QDir(path).relativeFilePath(entry.filePath());
+    const bool isPart = entry.isDir() && !entry.isSymLink() &&
+                        std::any_of(std::begin(kMaildirParts), std::end(kMaildirParts),
+                                    [&](const char16_t* part) { return place == part; });
+    if (!isPart && !(entry.isFile() && IsOwnName(entry.fileName()))) return false;
+  }
+  return true;
 }
 
 class MboxReader {
@@ -123,43 +155,98 @@ bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&
   return true;
 }
 
+ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)
+    : format_(format),
+      path_(QDir::cleanPath(path)),
+      parts_(path_ + kPartsEnding),
+      overwrite_(overwrite),
+      lock_(path_ + kPartsEnding + QStringLiteral(".lock")) {
+  lock_.setStaleLockTime(0);  // a lock is over when its program is, however long that works
+}
+
+ArchiveWriter::~ArchiveWriter() {
+  if (isOpen_) RemoveParts();
+}
+
 bool ArchiveWriter::Fail(const QString& error) {
   error_ = error;
   return false;
 }
 
+bool ArchiveWriter::FailToWrite(const QString& path) {
+  return Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
+                  .arg(QDir::toNativeSeparators(path)));
+}
+
+bool ArchiveWriter::MayReplace() {
+  const QFileInfo target(path_);
+  if (!target.exists() && !target.isSymLink()) return true;
+  const QString name = QDir::toNativeSeparators(path_);
+  if (!overwrite_) return Fail(Ui::tr("「%1」はもうあります。").arg(name));
+  if ((format_ == ArchiveFormat::Mbox) ? target.isFile() : IsOwnArchive(path_)) return true;
+  return Fail(
+      Ui::tr("「%1」には書き出したメッセージのほかのものがあるので、置き換えません。").arg(name));
+}
+
 bool ArchiveWriter::Open() {
-  if (QFileInfo::exists(path_)) {
-    return Fail(Ui::tr("「%1」はもうあります。").arg(QDir::toNativeSeparators(path_)));
-  }
+  if (!MayReplace()) return false;
   const QString cannot = Ui::tr("「%1」に書き込めません。").arg(QDir::toNativeSeparators(path_));
-  if (format_ == ArchiveFormat::Mbox) {
-    mbox_.setFileName(path_);
-    return mbox_.open(QIODevice::WriteOnly) || Fail(cannot);
+  if (!QDir().mkpath(QFileInfo(path_).path())) return Fail(cannot);
+  if (!lock_.tryLock()) {
+    return Fail(lock_.error() == QLockFile::LockFailedError
+                    ? Ui::tr("「%1」には別の書き出しが書き込んでいます。")
+                          .arg(QDir::toNativeSeparators(path_))
+                    : cannot);
   }
-  const QDir folder(path_);
+  isOpen_ = true;
+  RemoveLeftOvers();
+  return MakeParts() || Fail(cannot);
+}
+
+// Of a writer that was killed: what it gathered, and what it was about to replace.
+void ArchiveWriter::RemoveLeftOvers() {
+  RemoveTree(parts_);
+  const QString old = path_ + kOldEnding;
+  if (!QFileInfo::exists(old)) return;
+  if (QFileInfo::exists(path_)) {
+    RemoveTree(old);
+  } else {
+    QDir().rename(old, path_);
+  }
+}
+
+bool ArchiveWriter::MakeParts() {
+  if (format_ == ArchiveFormat::Mbox) {
+    mbox_.setFileName(parts_);
+    return mbox_.open(QIODevice::WriteOnly);
+  }
+  const QDir folder(parts_);
   bool made = folder.mkpath(QStringLiteral("."));
   if (format_ == ArchiveFormat::Maildir) {
-    for (const char16_t* part : {u"cur", u"new", u"tmp"}) {
+    for (const char16_t* part : kMaildirParts) {
       made = made && folder.mkpath(QString::fromUtf16(part));
     }
   }
-  return made || Fail(cannot);
+  return made;
+}
+
+void ArchiveWriter::RemoveParts() {
+  mbox_.close();
+  RemoveTree(parts_);
+  lock_.unlock();
+  isOpen_ = false;
 }
 
 bool ArchiveWriter::WriteFile(const QString& path, const QByteArray& bytes) {
   QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
-    return true;
-  }
-  return Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
-                  .arg(QDir::toNativeSeparators(path)));
+  return (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) ||
+         FailToWrite(path);
 }
 
 bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool opened) {
   ++count_;
   const QString number = QStringLiteral("%1").arg(count_, 7, 10, QLatin1Char('0'));
-  const QDir folder(path_);
+  const QDir folder(parts_);
   if (format_ == ArchiveFormat::Eml) {
     return WriteFile(
         folder.filePath(number + u'_' + SafeFileName(name).left(60) + QStringLiteral(".eml")),
@@ -181,18 +268,38 @@ bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool op
     at = end;
   }
   bytes += '\n';
-  return mbox_.write(bytes) == bytes.size() ||
-         Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
-                  .arg(QDir::toNativeSeparators(path_)));
+  return mbox_.write(bytes) == bytes.size() || FailToWrite(path_);
 }
 
 bool ArchiveWriter::Close() {
-  if (format_ != ArchiveFormat::Mbox) return true;
-  const bool written = mbox_.flush();
-  mbox_.close();
-  return (written && mbox_.error() == QFileDevice::NoError) ||
-         Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
-                  .arg(QDir::toNativeSeparators(path_)));
+  if (!isOpen_) return false;
+  bool written = true;
+  if (format_ == ArchiveFormat::Mbox) {
+    written = mbox_.flush();
+    mbox_.close();
+    written = written && mbox_.error() == QFileDevice::NoError;
+  }
+  // Another program may have made the target meanwhile.
+  written = (written || FailToWrite(path_)) && MayReplace() && (Replace() || FailToWrite(path_));
+  RemoveParts();
+  return written;
+}
+
+bool ArchiveWriter::Replace() {
+  std::error_code error;
+  const auto rename = [&error](const QString& from, const QString& to) {
+    std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), error);
+    return !error;
+  };
+  if (format_ == ArchiveFormat::Mbox || !QFileInfo::exists(path_)) return rename(parts_, path_);
+  const QString old = path_ + kOldEnding;
+  if (!rename(path_, old)) return false;
+  if (!rename(parts_, path_)) {
+    rename(old, path_);
+    return false;
+  }
+  RemoveTree(old);
+  return true;
 }
 
 }  // namespace vorn

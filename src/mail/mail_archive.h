@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QString>
 #include <functional>
 
@@ -20,25 +21,43 @@ enum class ArchiveFormat { Mbox, Maildir, Eml };
 bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
                  QString* error);
 
-/// Writes messages to a new file (mbox) or folder (Maildir, Eml), unchanged.
+/// Writes messages to a file (mbox) or folder (Maildir, Eml), unchanged. They are gathered under
+/// another name beside it and get theirs in `Close`: a writer that ends before leaves nothing under
+/// that name, and what a killed one left is removed by the next one.
 class ArchiveWriter {
  public:
-  ArchiveWriter(ArchiveFormat format, const QString& path) : format_(format), path_(path) {}
+  /// With `overwrite` a target that exists is replaced. A folder is replaced only when there is
+  /// nothing in it but messages that this program wrote.
+  ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite = false);
+  ~ArchiveWriter();
+  ArchiveWriter(const ArchiveWriter&) = delete;
+  ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
-  /// False, with the reason in `Error`, when the target exists or cannot be made.
+  /// False, with the reason in `Error`, when the target exists, is being written by another program
+  /// or cannot be made.
   bool Open();
   /// `name` is what a file is called after, such as the subject; `opened` whether it was read.
   bool Write(const QByteArray& source, const QString& name, bool opened);
-  /// Brings everything to the disk. False when it cannot be.
+  /// Puts everything in its place. False when it cannot be; what was there is as it was.
   bool Close();
   const QString& Error() const { return error_; }
 
  private:
+  bool MayReplace();
+  void RemoveLeftOvers();
+  bool MakeParts();
   bool WriteFile(const QString& path, const QByteArray& bytes);
+  bool Replace();
+  void RemoveParts();
   bool Fail(const QString& error);
+  bool FailToWrite(const QString& path);
 
   ArchiveFormat format_;
   QString path_;
+  QString parts_;  // where the messages are gathered
+  bool overwrite_;
+  bool isOpen_ = false;
+  QLockFile lock_;
   QFile mbox_;
   int count_ = 0;
   QString error_;

@@ -31,30 +31,33 @@ QString Where(const Disk& request) {
   return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());
 }
 
-// The source, with the row's columns copied into the request; null when there is no row.
-QByteArray ReadRow(DataSession& data, Disk& request) {
+enum class Reading { Done, Missing, Failed };
+
+// Copies the row's columns into the request.
+Reading ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   if (!data.OpenRecordset(QStringLiteral("SELECT * FROM mail") + Where(request),
-                          CursorKind::ForwardOnly) ||
-      data.Recordset()->Eof()) {
-    return {};
+                          CursorKind::ForwardOnly)) {
+    return Reading::Failed;
   }
   const RecordsetPtr row = data.Recordset();
+  if (row->Eof()) return row->Failed() ? Reading::Failed : Reading::Missing;
   for (const CopiedColumn& copied : kCopiedColumns) {
     request.Let(QString::fromUtf16(copied.key), row->Fields(QStringView(copied.column)));
   }
-  QByteArray source = row->Fields(u"MAIL").toByteArray();
-  if (row->Failed()) return {};
-  return source.isNull() ? QByteArrayLiteral("") : source;
+  source = row->Fields(u"MAIL").toByteArray();
+  return row->Failed() ? Reading::Failed : Reading::Done;
 }
 
-QString ReadFolders(DataSession& data, const Disk& request) {
-  QStringList folders;
-  if (data.OpenRecordset(QStringLiteral("SELECT * FROM folder") + Where(request),
-                         CursorKind::ForwardOnly)) {
-    const RecordsetPtr rows = data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+Reading ReadFolders(DataSession& data, Disk& request) {
+  if (!data.OpenRecordset(QStringLiteral("SELECT * FROM folder") + Where(request),
+                          CursorKind::ForwardOnly)) {
+    return Reading::Failed;
   }
-  return folders.join(kLineBreak);
+  QStringList folders;
+  const RecordsetPtr rows = data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+  request.Let(QStringLiteral("folder"), folders.join(kLineBreak));
+  return rows->Failed() ? Reading::Failed : Reading::Done;
 }
 
 // Whether this was the first opening.
@@ -105,16 +108,22 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   StoredMessage message;
   const auto kind =
       static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
+  Reading reading = Reading::Failed;
   if (OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
-    message.source = ReadRow(context.Data, request);
-    opened.found = !message.source.isNull();
+    reading = ReadRow(context.Data, request, message.source);
+    if (reading == Reading::Done) reading = ReadFolders(context.Data, request);
+    opened.found = reading == Reading::Done;
     if (opened.found) {
-      request.Let(QStringLiteral("folder"), ReadFolders(context.Data, request));
       opened.first = MarkOpened(context, request);
       request.Let(QStringLiteral("notice"),
                   opened.first && AsksForReceipt(request.Text(u"mailaddress")));
     }
     context.Data.Close();
+  }
+  if (reading == Reading::Failed) {
+    opened.unreadable = {request.SerialID(), request.Text(u"work_subject"),
+                         request.Text(u"work_timestamp")};
+    return opened;
   }
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "mail/message_model.h"
 #include "storage/context.h"
@@ -10,6 +11,9 @@ namespace vorn {
 /// A stored message as a message window opens it.
 struct OpenedMessage {
   bool found = false;
+  /// It is stored and cannot be read: what is left of its name. The model is empty then, and the
+  /// request stays as it was.
+  std::optional<UnreadableMessage> unreadable;
   bool first = false;  ///< it had not been opened before
   MessageModel model;
   QString html;       ///< the HTML part as it was written; null when there is none
@@ -25,7 +29,7 @@ struct OpenedMessage {
 /// A new message begins with what the request's "mailto" says (`ApplyMailto`).
 ///
 /// With `applyStoredCharset` the text is read with the stored code, otherwise with `charset`. A
-/// message that cannot be read gives an empty model; the session's `LastError` may say why.
+/// message that cannot be read gives an empty model.
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,
                           CharsetChoice charset = CharsetChoice::Automatic);
 

@@ -21,6 +21,7 @@ namespace {
 constexpr qint32 kDefaultRows = 100;
 constexpr qint32 kPreviewRows = 30;
 constexpr qsizetype kKnownFolders = 16;
+constexpr qint64 kRowsTried = 100;
 
 qint32 RowsPerPage(const Disk& settings) {
   return settings.Flag(u"MessagesEdit") ? settings.Number(u"Messages", kDefaultRows) : 0;
@@ -84,14 +85,28 @@ QByteArray MessageListPages::Fill(const QString& html, const PageContent& conten
   // One more row than the page shows, to know whether any follows.
   const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
   QByteArray bytes;
-  if (rows->Open(context_.Data, skipped, limit)) {
-    const RecordsetPtr shown = context_.Data.Recordset();
+  PageContent rest = content;
+  rest.rowsAfter = [&](qint64& passed) { return RowsAfter(*rows, skipped, limit, passed); };
+  qint64 lost = 0;
+  if (const RecordsetPtr shown = rest.rowsAfter(lost)) {
     before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
     const QByteArray pageTemplate = ToCodePage932(html);
-    bytes = PageFiller(tags_, pageTemplate, shown, content).Run(next);
+    bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
   }
   context_.Data.Close();
   return bytes;
+}
+
+// A page of the file that cannot be read may hold the next rows, but hardly a hundred of them.
+RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit,
+                                         qint64& passed) {
+  const qint64 first = passed;
+  for (; passed < first + kRowsTried; ++passed) {
+    if (rows.Open(context_.Data, skipped + passed, limit)) return context_.Data.Recordset();
+    if (context_.Data.LastError().kind != StorageError::Kind::Damaged) break;
+  }
+  passed = first;
+  return nullptr;
 }
 
 // The folder's rows, with the mail database open; null when it does not open or there is no such

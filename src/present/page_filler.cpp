@@ -12,13 +12,19 @@ namespace vorn {
 namespace {
 
 const QString kLineBreak = QStringLiteral("\r\n");
+const QString kUnreadable = QStringLiteral("【読み込めません】");
 constexpr qsizetype kPreviewBytes = 100;
 
 }  // namespace
 
 PageFiller::PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
-                       const PageContent& content)
-    : tags_(tags), template_(pageTemplate), rows_(rows), content_(content) {
+                       const PageContent& content, qint64 lost)
+    : tags_(tags),
+      template_(pageTemplate),
+      rows_(rows),
+      content_(content),
+      passed_(lost),
+      lost_(lost) {
   tags_[kTagDialog].section.key = static_cast<int>(kDialogClosed);
 }
 
@@ -32,13 +38,34 @@ QByteArray PageFiller::Run(bool& next) {
     // A row template that neither ends nor asks for data would go on for ever.
     if (mail_ == MailState::Inside && !hasRow) break;
     if (mail_ == MailState::Inside) {
-      rows_->MoveNext();
+      NextRow();
       if (remaining > 0) --remaining;
     }
   }
   next = !rows_->Eof();
+  WriteLost();
   if (pending_ < template_.size() - 1) output_ += template_.sliced(pending_);
   return output_;
+}
+
+// Once a page of the file could not be read, the rows that are being walked give nothing more.
+void PageFiller::NextRow() {
+  ++passed_;
+  rows_->MoveNext();
+  if (!rows_->Eof() || !rows_->Failed() || !content_.rowsAfter) return;
+  rows_->End();
+  qint64 skipped = passed_;
+  const RecordsetPtr rest = content_.rowsAfter(skipped);
+  lost_ += rest == nullptr ? 1 : skipped - passed_;
+  passed_ = skipped;
+  if (rest != nullptr) rows_ = rest;
+}
+
+void PageFiller::WriteLost() {
+  if (lost_ == 0) return;
+  WriteText(QStringLiteral("<P>読み込めないメッセージがあります（%1通以上）。データベースファイルが"
+                           "壊れています。</P>")
+                .arg(lost_));
 }
 
 // False when a data tag met no row, which ends the page there.
@@ -83,13 +110,9 @@ bool PageFiller::Handle(int tag) {
   }
   if (rows_->Eof()) return false;
   switch (tag) {
-    case kTagSubject: {
-      const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
-      if (content_.doubtful.contains(rows_->SerialID()))
-        WriteText(QStringLiteral("【送信を確認】"));
-      WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
+    case kTagSubject:
+      WriteSubject();
       break;
-    }
     case kTagTimeStamp:
       WriteTimeStamp();
       break;
@@ -200,13 +223,22 @@ void PageFiller::HandleFolder() {
   }
 }
 
+void PageFiller::WriteSubject() {
+  const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
+  if (content_.doubtful.contains(rows_->SerialID())) WriteText(QStringLiteral("【送信を確認】"));
+  if (rows_->IsRowDamaged()) WriteText(kUnreadable);
+  WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
+}
+
 void PageFiller::WriteTimeStamp() {
   const QVariant time = rows_->Fields(u"FIELD_TIMESTAMP");
   if (time.isValid()) WriteText(GeneralTimeText(time.toString()));
 }
 
 void PageFiller::WriteSize() {
-  const auto highestIndex = static_cast<double>(rows_->ByteCount(u"MAIL") - 1);
+  const qint64 bytes = rows_->ByteCount(u"MAIL");
+  if (bytes < 0) return WriteText(kUnreadable);
+  const auto highestIndex = static_cast<double>(bytes - 1);
   WriteText(QString::number(highestIndex / 1024.0, 'f', 2));
 }
 
@@ -217,8 +249,9 @@ void PageFiller::WritePreview() {
   request.charset = StoredCharset(flags, QStringLiteral("-1"), contentIndex, content_.textTypes);
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
-  const MessageText preview =
-      GetMessageText(rows_->Fields(u"MAIL").toByteArray(), contentIndex, request);
+  const QVariant source = rows_->Fields(u"MAIL");
+  if (!source.isValid()) return WriteText(kUnreadable);
+  const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);
   if (preview.produced) WriteMail(preview.text);
 }
 

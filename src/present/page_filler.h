@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QSet>
 #include <QStringList>
+#include <functional>
 
 #include "present/page_tags.h"
 #include "storage/disk.h"
@@ -17,17 +18,21 @@ struct PageContent {
   QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
   bool escape = false;     ///< HTML-escape what mail contributes
   qint32 rowsPerPage = 0;  ///< 0: all
+  /// The page's rows without the first `skipped` ones; null when none of them can be read.
+  /// `skipped` grows by those that have to be passed over for that.
+  std::function<RecordsetPtr(qint64& skipped)> rowsAfter;
 };
 
 /// One pass of a template over the rows of a result set. The template is scanned byte by byte; at
 /// each section tag the text before it is written, then what the tag stands for. What stands
-/// between two "<+MAIL>" is scanned once per row.
+/// between two "<+MAIL>" is scanned once per row. `lost` rows before the first one cannot be read.
 class PageFiller {
  public:
   PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
-             const PageContent& content);
+             const PageContent& content, qint64 lost = 0);
 
-  /// Fills the page from the current row on. The result may be empty.
+  /// Fills the page from the current row on. The result may be empty. What cannot be read is told
+  /// in its place.
   QByteArray Run(bool& next);
 
  private:
@@ -35,6 +40,8 @@ class PageFiller {
   enum DialogState { kDialogClosed = 0, kDialogSuppressed = 1, kDialogOpen = 2 };
 
   bool Scan();
+  void NextRow();
+  void WriteLost();
   bool Handle(int tag);
   void WritePending();
   void WriteText(const QString& text);
@@ -45,6 +52,7 @@ class PageFiller {
   void HandleMailAddress();
   void HandleFlag();
   void HandleFolder();
+  void WriteSubject();
   void WriteTimeStamp();
   void WriteSize();
   void WritePreview();
@@ -55,6 +63,8 @@ class PageFiller {
   RecordsetPtr rows_;
   const PageContent& content_;
   QByteArray output_;
+  qint64 passed_ = 0;  // rows of the page
+  qint64 lost_ = 0;    // of them, those that cannot be read
 
   MailState mail_ = MailState::Before;
   qsizetype rowStart_ = 0;  // of the row template

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "storage/engine.h"
+#include "storage/log_state.h"
+#include "storage/raw_pages.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
 #include "storage/source_digest.h"
@@ -25,6 +27,20 @@ constexpr std::array kReadingFunctions = {
     "date", "ifnull", "instr",    "length",      "lower",    "ltrim",    "max",
     "min",  "nullif", "round",    "rtrim",       "strftime", "substr",   "sum",
     "time", "trim",   "upper",    "avg",         "replace"};
+
+const QString kDamagedFile = QStringLiteral("file");
+const QString kDamagedLog = QStringLiteral("log");
+const QString kDamagedSource = QStringLiteral("source ");
+
+QString DamagedSourceText() {
+  return Ui::tr("メッセージのデータが壊れています。");
+}
+
+// The engine gives zeros for a page that it cannot decrypt and for one that was overwritten with
+// zeros. Where such a page is the last one of a source, nothing else shows it; no mail ends so.
+bool IsAsWritten(const QByteArray& bytes, const QByteArray& digest) {
+  return digest.isEmpty() ? !bytes.endsWith('\0') : digest == SourceDigest(bytes);
+}
 
 bool IsAnyOf(const char* name, std::initializer_list<const char*> names) {
   return name != nullptr && std::any_of(names.begin(), names.end(), [name](const char* candidate) {
@@ -102,6 +118,13 @@ bool Statement::IsLongBinary(int column) const {
   return type != nullptr && std::string_view(type) == kLongBinaryType;
 }
 
+bool Statement::EndsWithNul(int column) const {
+  if (sqlite3_column_type(handle_, column) != SQLITE_TEXT) return false;
+  const unsigned char* text = sqlite3_column_text(handle_, column);
+  const int bytes = sqlite3_column_bytes(handle_, column);
+  return bytes > 0 && text[bytes - 1] == 0;
+}
+
 QVariant Statement::Value(int column) const {
   switch (sqlite3_column_type(handle_, column)) {
     case SQLITE_NULL:
@@ -128,19 +151,39 @@ QVariant Statement::Value(int column) const {
 std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
                                              Mode mode, StorageError* error) {
   // The engine takes an empty file for a new one; a file of ours is never empty.
-  if (mode == Mode::Existing && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
-    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。")};
+  if (mode != Mode::Create && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。中身が失われています。")};
     return nullptr;
   }
   std::shared_ptr<Connection> connection(new Connection);
-  const int flags = SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
+  const int flags = mode == Mode::ReadOnly
+                        ? SQLITE_OPEN_READONLY
+                        : SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
   if (sqlite3_open_v2(path.toUtf8().constData(), &connection->handle_, flags, nullptr) !=
       SQLITE_OK) {
     *error = EngineError(connection->handle_);
     return nullptr;
   }
-  if (!connection->SetUp(password, error)) return nullptr;
-  return connection;
+  // The engine itself looks at the log when it first reads.
+  const bool opened = (mode == Mode::Create || connection->LookAtLog(path, mode, error)) &&
+                      connection->SetUp(password, error);
+  if (opened) return connection;
+  if (error->kind == StorageError::Kind::WrongPassword &&
+      PasswordFitsLaterPages(connection->handle_, password)) {
+    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルの先頭が壊れています。")};
+  }
+  return nullptr;
+}
+
+bool Connection::LookAtLog(const QString& path, Mode mode, StorageError* error) {
+  const LogState log = ReadLogState(path, FileSalt(handle_));
+  if (log < LogState::Torn) return true;
+  damage_.insert(kDamagedLog);
+  if (log == LogState::Torn || (mode != Mode::ReadOnly && SetLogAside(path))) return true;
+  *error = {StorageError::Kind::Damaged,
+            Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。")
+                .arg(QFileInfo(path).fileName() + QStringLiteral("-wal"))};
+  return false;
 }
 
 Connection::~Connection() {
@@ -196,7 +239,13 @@ bool Connection::CheckFormat(StorageError* error) {
 }
 
 bool Connection::Fail() {
-  error_ = EngineError(handle_);
+  const StorageError error = EngineError(handle_);
+  return FailWith(error, error.kind == StorageError::Kind::Damaged ? kDamagedFile : QString());
+}
+
+bool Connection::FailWith(const StorageError& error, const QString& damaged) {
+  error_ = error;
+  if (!damaged.isEmpty()) damage_.insert(damaged);
   return false;
 }
 
@@ -341,25 +390,6 @@ bool Connection::TakeExclusively() {
   return true;
 }
 
-QStringList Connection::Check() {
-  QStringList problems;
-  const auto statement = Prepare("PRAGMA integrity_check(20)");
-  Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
-  for (; step == Statement::Step::Row; step = statement->Next()) {
-    const QString row = statement->Value(0).toString();
-    if (row != u"ok") problems.append(row);
-  }
-  if (step == Statement::Step::Failed) problems.append(error_.text);
-  if (!problems.isEmpty()) return problems;
-  const bool hasMail = Scalar("SELECT COUNT(0) FROM sqlite_master WHERE name = 'mail'").toInt() > 0;
-  const int lost =
-      hasMail ? Scalar("SELECT COUNT(0) FROM mail WHERE MAIL NOT IN (SELECT ID FROM long_binary)")
-                    .toInt()
-              : 0;
-  if (lost > 0) problems.append(Ui::tr("本文のないメッセージが%1通あります。").arg(lost));
-  return problems;
-}
-
 // Another connection's counts start anew, so its address belongs to the mark.
 QString Connection::ChangeMark() {
   return QStringLiteral("%1 %2 %3")
@@ -382,11 +412,16 @@ std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
   }
   if (!bytes) Fail();
   sqlite3_blob_close(blob);
-  if (!bytes) return bytes;
-  // The engine has been seen to give pages of zeros for pages that it could not decrypt.
-  const QByteArray digest = ReadDigest(id);
-  if (!digest.isEmpty() && digest != SourceDigest(*bytes)) {
-    error_ = {StorageError::Kind::Damaged, Ui::tr("メッセージのデータが壊れています。")};
+  const QString part = kDamagedSource + QString::number(id);
+  if (!bytes) {
+    // One that cannot be found or read is damaged, whatever the engine calls it.
+    const bool isBusy =
+        error_.kind == StorageError::Kind::Busy || error_.kind == StorageError::Kind::None;
+    if (!isBusy) FailWith({StorageError::Kind::Damaged, DamagedSourceText()}, part);
+    return bytes;
+  }
+  if (!IsAsWritten(*bytes, ReadDigest(id))) {
+    FailWith({StorageError::Kind::Damaged, DamagedSourceText()}, part);
     return std::nullopt;
   }
   return bytes;
@@ -398,9 +433,11 @@ QByteArray Connection::ReadDigest(qint64 id) {
 
 qint64 Connection::LongBinarySize(qint64 id) {
   sqlite3_blob* blob = nullptr;
-  qint64 size = 0;
+  qint64 size = -1;
   if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
     size = sqlite3_blob_bytes(blob);
+  } else {
+    Fail();
   }
   sqlite3_blob_close(blob);
   return size;

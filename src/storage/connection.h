@@ -8,6 +8,7 @@
 #include <QVariant>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "storage/storage_error.h"
 
@@ -40,6 +41,8 @@ class Statement {
   /// Whether the column holds a reference to data kept in a table of its own.
   bool IsLongBinary(int column) const;
   QVariant Value(int column) const;
+  /// Whether the column is a text whose last character is zero.
+  bool EndsWithNul(int column) const;
 
  private:
   Connection& connection_;
@@ -52,9 +55,10 @@ class Statement {
 /// transactions and the table of long binary data.
 class Connection {
  public:
-  enum class Mode { Existing, Create };
+  enum class Mode { Existing, Create, ReadOnly };
 
-  /// Null, with the reason in `error`, when the file does not open with that password.
+  /// Null, with the reason in `error`, when the file does not open with that password. A connection
+  /// that only reads leaves the file and its log as they are.
   static std::shared_ptr<Connection> Open(const QString& path, const QString& password, Mode mode,
                                           StorageError* error);
   ~Connection();
@@ -80,8 +84,6 @@ class Connection {
   bool ChangeKey(const QString& newPassword);
   /// Takes the file for this connection alone, nothing left in its log, until the next `Rollback`.
   bool TakeExclusively();
-  /// Reads the whole file; what is wrong with it, empty when it is sound.
-  QStringList Check();
 
   /// The version of the file's tables; 0 while it has none.
   int SchemaVersion() const { return schemaVersion_; }
@@ -97,12 +99,16 @@ class Connection {
   qint64 WriteLongBinary(const QByteArray& data);
 
   const StorageError& LastError() const { return error_; }
+  /// What reading has shown to be damaged since the last call: "source" and the number of an entry
+  /// of long binary data, "file" for anything else in the file, "log" for its log.
+  QSet<QString> TakeDamage() { return std::exchange(damage_, {}); }
   void Attach(Recordset* recordset) { recordsets_.insert(recordset); }
   void Detach(Recordset* recordset) { recordsets_.remove(recordset); }
   /// Ends the result sets that are still open, before the connection is parked.
   void EndRecordsets();
 
  private:
+  friend class Recordset;
   friend class Statement;
   Connection() = default;
   bool CheckPoint();
@@ -111,6 +117,8 @@ class Connection {
   bool CheckFormat(StorageError* error);
   void RegisterFunctions();
   bool Fail();
+  bool FailWith(const StorageError& error, const QString& damaged);
+  bool LookAtLog(const QString& path, Mode mode, StorageError* error);
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger);
   void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);
@@ -119,6 +127,7 @@ class Connection {
   StatementTrust preparing_ = StatementTrust::System;
   QHash<QByteArray, sqlite3_stmt*> idle_;
   QSet<Recordset*> recordsets_;
+  QSet<QString> damage_;
   StorageError error_;
   int depth_ = 0;
   int schemaVersion_ = 0;

@@ -26,6 +26,11 @@ bool DataSession::FailWith(const StorageError& error) {
   return false;
 }
 
+void DataSession::NoteDamage(const QString& path, Connection& connection) {
+  const QSet<QString> parts = connection.TakeDamage();
+  if (!parts.isEmpty()) damage_[path] += parts;
+}
+
 bool DataSession::FailFromConnection() {
   return FailWith(connection_->LastError());
 }
@@ -35,7 +40,10 @@ bool DataSession::Open(const QString& path, const QString& password) {
   std::shared_ptr<Connection> connection = pool_.Take(path, password);
   if (connection == nullptr) {
     connection = Connection::Open(path, password, Connection::Mode::Existing, &error_);
-    if (connection == nullptr) return FailWith(Named(path, error_));
+    if (connection == nullptr) {
+      if (error_.kind == StorageError::Kind::Damaged) damage_[path].insert(QStringLiteral("file"));
+      return FailWith(Named(path, error_));
+    }
   }
   if (connection->SchemaVersion() < kSchemaVersion && !MigrateSchema(*connection)) {
     return FailWith(Named(path, connection->LastError()));
@@ -78,8 +86,10 @@ bool DataSession::CompleteFields() {
 }
 
 void DataSession::Close() {
+  if (recordset_ != nullptr && recordset_->Failed()) error_ = recordset_->Error();
   recordset_.reset();
   if (connection_ == nullptr) return;
+  NoteDamage(path_, *connection_);
   connection_->EndRecordsets();
   // A transaction left open by its owner's failure must not leak into the next task.
   if (connection_ == group_ && groupDepth_ > 0) Rollback();
@@ -171,7 +181,8 @@ bool DataSession::OpenRecordset(const QString& select, CursorKind kind, Statemen
   auto rows = table.isEmpty()
                   ? std::make_shared<vorn::Recordset>(connection_, std::move(statement))
                   : std::make_shared<vorn::Recordset>(connection_, std::move(statement), table);
-  if (rows->Failed()) return FailFromConnection();
+  // One whose first row alone is damaged still shows the others.
+  if (rows->Failed() && (rows->Eof() || !table.isEmpty())) return FailFromConnection();
   recordset_ = std::move(rows);
   return true;
 }
@@ -228,10 +239,11 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
                                     "ください。")});
 }
 
-QStringList DataSession::CheckFile(const QString& path, const QString& password) {
-  if (!QFile::exists(path)) return {Ui::tr("ファイルがありません。")};
-  const auto connection = Warm(path, password);
-  return connection == nullptr ? QStringList{error_.text} : connection->Check();
+FileFindings DataSession::CheckFile(const QString& path, const QString& password) {
+  FileFindings findings = CheckDatabaseFile(path, password);
+  if (damage_.take(path).contains(QStringLiteral("log"))) findings.AddLostLog();
+  if (!findings.parts.isEmpty()) damage_.insert(path, findings.parts);
+  return findings;
 }
 
 void DataSession::CloseAll() {

@@ -6,6 +6,7 @@
 
 #include "storage/connection.h"
 #include "storage/connection_pool.h"
+#include "storage/file_check.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
 #include "storage/serial_id.h"
@@ -60,8 +61,15 @@ class DataSession {
 
   /// Copies a file that no other program has open, with all that was committed to it.
   bool CopyFile(const QString& path, const QString& password, const QString& target);
-  /// What is wrong with a file, as sentences for the user; empty when it is sound. Reads all of it.
-  QStringList CheckFile(const QString& path, const QString& password);
+  /// What is wrong with a file. Reads all of it and changes nothing.
+  FileFindings CheckFile(const QString& path, const QString& password);
+  /// What reading has shown to be damaged since the last call: the parts of each file, by its path
+  /// (see `Connection::TakeDamage`).
+  QHash<QString, QSet<QString>> TakeDamage() { return std::exchange(damage_, {}); }
+  bool HasDamage() const { return !damage_.isEmpty(); }
+  QStringList DamagedFiles() const { return damage_.keys(); }
+  /// Puts back what could not be kept.
+  void PutDamage(const QString& path, const QSet<QString>& parts) { damage_[path] += parts; }
 
   /// From here on, transactions on the file at `path` are gathered and reach it together at
   /// `FlushGroup` or `EndGroup`: storing thousands of messages then writes each page once. They
@@ -89,6 +97,7 @@ class DataSession {
 
  private:
   bool FailFromConnection();
+  void NoteDamage(const QString& path, Connection& connection);
   std::shared_ptr<Connection> Warm(const QString& path, const QString& password);
 
   std::shared_ptr<Connection> connection_;
@@ -102,6 +111,7 @@ class DataSession {
   int groupDepth_ = 0;                 // of transactions inside it
   bool groupUndone_ = false;
   StorageError error_;
+  QHash<QString, QSet<QString>> damage_;
 };
 
 }  // namespace vorn

@@ -118,7 +118,7 @@ bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
 
 bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
   if (!OpenDatabase(context, kind)) return false;
-  const bool listed = context.Data.OpenRecordset(
+  bool listed = context.Data.OpenRecordset(
       QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
       CursorKind::ForwardOnly);
   if (listed) {
@@ -127,6 +127,7 @@ bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
       const auto object = std::make_shared<Disk>(serials->SerialID());
       if (object->DatabaseToDisk(context.Data)) objects.Add(object);
     }
+    listed = !serials->Failed();
   }
   context.Data.Close();
   return listed;

@@ -1,8 +1,31 @@
 #include "storage/engine.h"
+
+#include <string_view>
+
 #include "storage/schema.h"
 #include "storage/ui.h"
 
 namespace vorn {
+
+namespace {
+
+// What the engine says of a statement, in the user's words; the name that it complains of counts.
+QString WhatIsWrong(sqlite3* handle) {
+  const QString words = QString::fromUtf8(sqlite3_errmsg(handle));
+  const auto after = [&words](QLatin1String begin) { return words.mid(begin.size()); };
+  for (const QLatin1String begin :
+       {QLatin1String("no such column: "), QLatin1String("no such table: "),
+        QLatin1String("no such function: ")}) {
+    if (words.startsWith(begin)) return Ui::tr("「%1」はありません。").arg(after(begin));
+  }
+  const QLatin1String near("near \"");
+  if (words.startsWith(near)) {
+    return Ui::tr("「%1」の近くに誤りがあります。").arg(after(near).section(u'"', 0, 0));
+  }
+  return {};
+}
+
+}  // namespace
 
 QByteArray FileKey(const QString& password) {
   return QByteArrayLiteral("vorn-file-key:") + password.toUtf8();
@@ -16,7 +39,7 @@ StorageError EngineError(sqlite3* handle) {
       return {};
     case SQLITE_NOTADB:
       return {Kind::WrongPassword,
-              Ui::tr("パスワードが違うか、データベースではないファイルです。")};
+              Ui::tr("パスワードが違うか、ファイルの先頭が壊れています。")};
     case SQLITE_CANTOPEN:
       return {Kind::NotFound,
               Ui::tr("データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを"
@@ -46,11 +69,13 @@ StorageError EngineError(sqlite3* handle) {
       }
       return {Kind::Other, Ui::tr("同じメッセージが既に保存されています。")};
     case SQLITE_ERROR:
-      return {Kind::BadStatement,
-              Ui::tr("文を実行できません: ") + QString::fromUtf8(sqlite3_errmsg(handle))};
+      // Only a page that cannot be decrypted leaves no words of its own.
+      if (std::string_view(sqlite3_errmsg(handle)) == sqlite3_errstr(SQLITE_ERROR)) {
+        return {Kind::Damaged, Ui::tr("データベースファイルが壊れています。")};
+      }
+      return {Kind::BadStatement, Ui::tr("文を実行できません。") + WhatIsWrong(handle)};
     default:
-      return {Kind::Other,
-              Ui::tr("データベースのエラーです: ") + QString::fromUtf8(sqlite3_errmsg(handle))};
+      return {Kind::Other, Ui::tr("データベースのエラーです（番号%1）。").arg(code)};
   }
 }
 

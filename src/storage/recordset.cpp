@@ -1,6 +1,7 @@
 #include "storage/recordset.h"
 
 #include "storage/connection.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -48,7 +49,25 @@ void Recordset::ReadColumns() {
 void Recordset::StepForward() {
   const Statement::Step step = statement_->Next();
   hasRow_ = step == Statement::Step::Row;
-  failed_ = step == Statement::Step::Failed;
+  if (step == Statement::Step::Failed) NoteFailure();
+  cutShort_ = hasRow_ && IsCutShort();
+  if (cutShort_) {
+    connection_->FailWith({StorageError::Kind::Damaged, Ui::tr("データが壊れています。")},
+                          QStringLiteral("file"));
+    NoteFailure();
+  }
+}
+
+// Of a row that fills several pages the last may come as zeros (see `IsAsWritten`); then the
+// table's last column, which is never empty, ends with them.
+bool Recordset::IsCutShort() const {
+  const QString& last = columns_.back().name;
+  if (last != u"FIELD_FLAG" && last != u"PROPERTY") return false;
+  return statement_->EndsWithNul(static_cast<int>(columns_.size()) - 1);
+}
+
+void Recordset::NoteFailure() const {
+  if (!error_) error_ = connection_->LastError();
 }
 
 void Recordset::MoveNext() {
@@ -80,7 +99,7 @@ QVariant Recordset::Fields(QStringView name) const {
   }
   const std::optional<QByteArray> bytes = connection_->ReadLongBinary(value.toLongLong());
   if (bytes) return *bytes;
-  failed_ = true;
+  NoteFailure();
   return {};
 }
 

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "storage/storage_error.h"
+
 namespace vorn {
 
 class Connection;
@@ -35,14 +37,19 @@ class Recordset {
 
   /// Whether there is no current row.
   bool Eof() const { return !hasRow_; }
-  /// Whether reading stopped because of an error rather than at the end, or a column could not be
-  /// read as it was written.
-  bool Failed() const { return failed_; }
+  /// Whether reading stopped because of an error rather than at the end, or a column of this row or
+  /// of an earlier one could not be read as it was written.
+  bool Failed() const { return static_cast<bool>(error_); }
+  /// Whether this row is not as it was written.
+  bool IsRowDamaged() const { return cutShort_; }
+  /// The first failure.
+  const StorageError& Error() const { return error_; }
   void MoveNext();
 
   /// A column of the current row; null for an unknown column. A long binary column is fetched here.
   QVariant Fields(QStringView column) const;
   /// The length of a long binary column, without reading it.
+  /// Negative when it cannot be read.
   qint64 ByteCount(QStringView column) const;
   QString SerialID() const { return Fields(u"SERIALID").toString(); }
 
@@ -68,12 +75,15 @@ class Recordset {
   int FindColumn(QStringView name) const;
   QVariant RawValue(int column) const;
   void StepForward();
+  bool IsCutShort() const;
+  void NoteFailure() const;
 
   std::shared_ptr<Connection> connection_;
   std::unique_ptr<Statement> statement_;
   std::vector<Column> columns_;
   bool hasRow_ = false;
-  mutable bool failed_ = false;
+  bool cutShort_ = false;
+  mutable StorageError error_;
 
   // Updatable sets only. The first column of every row is its row number in the table.
   QString table_;

@@ -1,13 +1,16 @@
 #include "transfer/check_plan.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QScopedValueRollback>
 #include <vector>
 
 #include "objects/account.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "storage/known_damage.h"
 #include "storage/ui.h"
 #include "transfer/pop.h"
 #include "transfer/trusted_certificates.h"
@@ -190,13 +193,26 @@ bool CheckPlan::KnowsPassword(Disk& account) {
   return !account.Text(key).isEmpty();
 }
 
+void CheckPlan::LeaveOutReceiving(Disk& job, const QString& sentence) {
+  job.Let(QStringLiteral("log"), sentence);
+  job.Let(QStringLiteral("error"), true);
+  job.Let(QStringLiteral("messages"), QString());
+  job.Let(kProcess, 1);
+}
+
 void CheckPlan::StartReceiving(Disk& job, const DiskPtr& account) {
+  const QString damaged = FirstDamaged(context_, ProfileFiles(context_, *context_.Session));
+  if (!damaged.isEmpty()) {
+    const QString sentence =
+        Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
+    LeaveOutReceiving(job, sentence);
+    // Whether or not the account's sessions are recorded.
+    host_.AddEvent(1, 0, account->SerialID(), account->Text(u"Object"), QStringLiteral("account"),
+                   sentence);
+    return;
+  }
   if (!KnowsPassword(*account)) {
-    job.Let(QStringLiteral("log"),
-            Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
-    job.Let(QStringLiteral("error"), true);
-    job.Let(QStringLiteral("messages"), QString());
-    job.Let(kProcess, 1);
+    LeaveOutReceiving(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     return;
   }
   LoadReceiving(*account);

@@ -70,6 +70,7 @@ class CheckPlan {
   bool TakeWork(const QString& work, Disk& job);
   void ReleaseIdleWork();
   void ReceiveStep(Disk& job);
+  void LeaveOutReceiving(Disk& job, const QString& sentence);
   void StartReceiving(Disk& job, const DiskPtr& account);
   /// Whether the account's receive password is known, if need be by asking for it.
   bool KnowsPassword(Disk& account);

@@ -3,9 +3,11 @@
 #include <utility>
 
 #include "mail/outbox.h"
+#include "mail/stored_copy.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
+#include "storage/known_damage.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
@@ -96,6 +98,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   // Another account or program has received it since it was asked for.
   if (received == MailStore::Received::Known) {
     ++counts_.known;
+    KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     return true;
   }
   unflushed_.append(message.SerialID());
@@ -119,6 +122,10 @@ bool TransferEvents::Flush() {
 
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
+  if (context_.Data.HasDamage() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
+    StoreFailed(Ui::tr("データベースファイルが壊れているので、サーバーからは削除しません。"));
+    return false;
+  }
   if (OpenDatabase(context_, DatabaseKind::Mail)) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
     context_.Data.Close();
@@ -190,16 +197,30 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
   deleteOnServer = account != nullptr && account->Flag(u"InMailServerDelete");
   for (const QString& file : context_.Session->Text(u"Mail").split(kLineBreak)) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    // A message in any of the files is stored, whichever is asked last.
+    bool isHere = false;
     if (context_.Data.OpenRecordset(
             QStringLiteral("SELECT COUNT(0) FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
             CursorKind::ForwardOnly)) {
-      // A message in any of the files is stored, whichever is asked last.
-      const RecordsetPtr count = context_.Data.Recordset();
-      exists = exists || count->Fields(u"COUNT(0)").toInt() != 0;
+      isHere = context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
+    } else {
+      isHere = true;  // as far as anybody can know, so that it is neither stored twice nor deleted
     }
     context_.Data.Close();
+    if (isHere) KeepUnlessWhole(file, messageId, deleteOnServer);
+    exists = exists || isHere;
   }
   if (exists) ++counts_.known;
+}
+
+// The server's copy may be the only one that can be read.
+void TransferEvents::KeepUnlessWhole(const QString& file, const QString& messageId,
+                                     bool& deleteOnServer) {
+  if (!deleteOnServer || StoredCopyIsWhole(context_, file, messageId)) return;
+  deleteOnServer = false;
+  Error(static_cast<int>(PopError::Store),
+        Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。") +
+            context_.Data.LastError().text);
 }
 
 void TransferEvents::ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) {

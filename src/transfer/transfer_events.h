@@ -69,6 +69,7 @@ class TransferEvents : public QObject, public PopEvents {
   DiskPtr Message() const;
   bool IsReceiving() const;
   void Doubt(const Disk& message, const QString& reply);
+  void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
   void Append(const QString& key, const QString& line);
   bool Flush();

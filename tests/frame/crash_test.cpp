@@ -93,7 +93,7 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     if (report.password != before) ++changes;
     report.nextPassword.clear();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(context.Data.CheckFile(file, report.password).join(u'\n'), QString()) << kill;
+      EXPECT_EQ(context.Data.CheckFile(file, report.password).problems.join(u'\n'), QString()) << kill;
     }
     ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
     ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"),
@@ -167,7 +167,7 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   context.Data.CloseAll();
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
-  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).join(u'\n'), QString());
+  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).problems.join(u'\n'), QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
     EXPECT_EQ(store.LoadMessageSource(Disk(message.key())), message.value());
   }
@@ -191,7 +191,7 @@ class PasswordChangeTest : public testing::Test {
   bool AllOpenWith(const QString& password) {
     bool open = true;
     for (const QString& file : files_) {
-      open = open && profile_.Get().Data.CheckFile(file, password).isEmpty();
+      open = open && profile_.Get().Data.CheckFile(file, password).IsSound();
     }
     return open;
   }
@@ -275,7 +275,7 @@ TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write(damaged);
   file.close();
-  EXPECT_FALSE(context.Data.CheckFile(files_[1], QStringLiteral("old")).isEmpty());
+  EXPECT_FALSE(context.Data.CheckFile(files_[1], QStringLiteral("old")).IsSound());
   context.Data.CloseAll();
   // Damage at its start makes a file that no password opens; opening names it and makes no new one.
   damaged.replace(0, 64, QByteArray(64, 'x'));

@@ -80,6 +80,7 @@ void MessageWindow::SendClicked() {
     CancelSending();
     return;
   }
+  if (unreadable_) return;
   const QString missing = MissingForSending();
   if (!missing.isEmpty()) {
     QMessageBox::information(this, kApplicationTitle, missing);
@@ -153,6 +154,7 @@ void MessageWindow::StoreState() {
 }
 
 void MessageWindow::TurnInto(OpenMode mode) {
+  if (unreadable_) return;
   StoreState();
   request_->Let(QStringLiteral("open"), static_cast<int>(mode));
   request_->Let(QStringLiteral("new"), true);
@@ -183,6 +185,7 @@ void MessageWindow::DeleteClicked() {
 }
 
 void MessageWindow::ChooseFolders() {
+  if (TellUnreadable()) return;
   QStringList entries;
   const DiskCollectionPtr folders =
       SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
@@ -200,7 +203,15 @@ void MessageWindow::ChooseFolders() {
   changedState_ |= kStateFolders;
 }
 
+// Whether there is nothing to work with, which is told.
+bool MessageWindow::TellUnreadable() {
+  if (!unreadable_) return false;
+  QMessageBox::critical(this, kApplicationTitle, txMemo_->toPlainText());
+  return true;
+}
+
 void MessageWindow::SaveToFile() {
+  if (TellUnreadable()) return;
   QString error;
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) QMessageBox::critical(this, kApplicationTitle, error);
@@ -219,6 +230,7 @@ void MessageWindow::SaveToFile() {
 }
 
 void MessageWindow::PrintClicked() {
+  if (TellUnreadable()) return;
   const QString path = context_.TempFolder + QStringLiteral("print_") +
                        context_.Data.NewSerialID() + QStringLiteral(".html");
   QFile file(path);
@@ -234,6 +246,7 @@ void MessageWindow::PrintClicked() {
 }
 
 void MessageWindow::ShowSource() {
+  if (TellUnreadable()) return;
   QString error;
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
   auto* dialog = new QDialog(this);
@@ -259,6 +272,7 @@ void MessageWindow::ChoosePriority(int priority) {
 }
 
 void MessageWindow::SetActiveCharset(CharsetChoice charset) {
+  if (unreadable_) return;
   charset_ = charset;
   if (IsEditable() || IsWaiting()) {
     MarkEdited();

@@ -229,12 +229,12 @@ void MessageWindow::BuildToolbar(QMenu* file, QMenu* edit) {
 void MessageWindow::ControlToolbarUpdate() {
   if (request_ == nullptr) return;
   const int status = AbsoluteStatus();
-  toolbarSend_[0]->setVisible(status == kStatusEdit || status == kStatusSent);
+  toolbarSend_[0]->setVisible(!unreadable_ && (status == kStatusEdit || status == kStatusSent));
   toolbarSend_[0]->setText(status == kStatusSent ? Ui::tr("再送") : Ui::tr("送信"));
   toolbarSend_[1]->setVisible(status == kStatusWaiting);
-  toolbarReply_->setVisible(status == kStatusReceived);
+  toolbarReply_->setVisible(!unreadable_ && status == kStatusReceived);
   toolbarClip_->setVisible(status == kStatusEdit || status == kStatusWaiting);
-  toolbarClip_->setEnabled(status == kStatusEdit);
+  toolbarClip_->setEnabled(IsEditable());
   toolbarEdit_->setVisible(status == kStatusEdit || status == kStatusWaiting);
   tbMenu_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
                                   ? Qt::ToolButtonIconOnly
@@ -245,9 +245,11 @@ void MessageWindow::ControlToolbarUpdate() {
 // What can be chosen, and what is chosen, as the message stands.
 void MessageWindow::CheckMenus() {
   const bool editable = IsEditable();
-  menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived);
+  menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived && (!unreadable_ || IsWaiting()));
   menuSend_->setText(IsWaiting() ? Ui::tr("送信をキャンセル(&S)") : Ui::tr("送信(&S)"));
-  for (QAction* action : std::as_const(menuAnswers_)) action->setEnabled(!editable);
+  for (QAction* action : std::as_const(menuAnswers_)) {
+    action->setEnabled(!editable && !unreadable_);
+  }
   for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
   menuDust_->setChecked(request_->Number(u"process") < 0);
   for (QAction* action : charsets_->actions()) {

@@ -63,7 +63,7 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   request_ = request;
   Open();
   ShowEventPage();
-  if (!request_->Flag(u"AutoSend") || !MissingForSending().isEmpty()) return true;
+  if (unreadable_ || !request_->Flag(u"AutoSend") || !MissingForSending().isEmpty()) return true;
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
   closed_ = StoreForClosing();
@@ -88,9 +88,9 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   model_ = opened.model;
   source_ = opened.source;
   html_ = opened.html;
+  unreadable_ = opened.unreadable.has_value();
   const bool editable = IsEditable();
-  const bool isMissing = !opened.found && !request_->Flag(u"new");
-  txSubject_->setText(model_.subject);
+  txSubject_->setText(unreadable_ ? opened.unreadable->subject : model_.subject);
   txSubject_->setCursorPosition(0);
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);
@@ -102,9 +102,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txMemo_->setTextInteractionFlags(editable
                                        ? Qt::TextEditorInteraction
                                        : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  txMemo_->setPlainText(isMissing ? Ui::tr("メッセージを読み込めません。") +
-                                        context_.Data.LastError().text
-                                  : model_.text);
+  txMemo_->setPlainText(TextOf(opened));
   tsBody_->setCurrentIndex(0);
   const bool hasHtml = !editable && !html_.isEmpty();
   tsBody_->setTabVisible(1, hasHtml);
@@ -126,6 +124,16 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   }
   edited_ = draftDue_ = false;
   changedState_ = 0;
+}
+
+// What stands in the place of a text that there is not.
+QString MessageWindow::TextOf(const OpenedMessage& opened) const {
+  if (opened.unreadable) {
+    return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
+           context_.Data.LastError().text;
+  }
+  return opened.found || request_->Flag(u"new") ? opened.model.text
+                                                : Ui::tr("メッセージがありません。");
 }
 
 QString MessageWindow::GetMessageSubject() const {
@@ -192,6 +200,10 @@ bool MessageWindow::StoreEdited() {
 
 bool MessageWindow::StoreForClosing() {
   if (request_ == nullptr || request_->Flag(u"messagedelete")) return true;
+  if (unreadable_) {
+    if (changedState_ != 0) StoreState();
+    return true;
+  }
   const bool isNew = request_->Flag(u"new");
   const bool sends = request_->Flag(u"send");
   if (isNew && !sends) {

@@ -86,6 +86,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ToggleDust();
   void DeleteClicked();
   void ChooseFolders();
+  bool TellUnreadable();
   void SaveToFile();
   void PrintClicked();
   void ShowSource();
@@ -101,8 +102,9 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// Opens the request's message and fills the window.
   void Open(bool applyStoredCharset = true);
   void Fill(const OpenedMessage& opened);
+  QString TextOf(const OpenedMessage& opened) const;
   void ShowCaption();
-  bool IsEditable() const { return AbsoluteStatus() == 1; }
+  bool IsEditable() const { return AbsoluteStatus() == 1 && !unreadable_; }
   bool IsWaiting() const { return AbsoluteStatus() == 2; }
   int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
@@ -134,6 +136,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   bool draftDue_ = false;
   bool closed_ = false;
   bool dust_ = false;
+  bool unreadable_ = false;  // nothing of it may be stored, sent or answered
   int zoom_ = 0;
   QTimer drafts_;
 

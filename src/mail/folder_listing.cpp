@@ -1,0 +1,113 @@
+#include "mail/folder_listing.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+
+#include "mail/flag_string.h"
+#include "objects/search_condition.h"
+#include "storage/databases.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+ListedMessage Read(const Recordset& row) {
+  return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
+          row.Fields(u"FIELD_TIMESTAMP").toString(),
+          GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0"};
+}
+
+// Lists what a statement finds. False when it could not be read to its end.
+bool List(DataSession& data, const QString& select, std::vector<ListedMessage>& messages) {
+  if (!data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+    return false;
+  }
+  const RecordsetPtr rows = data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) messages.push_back(Read(*rows));
+  return !rows->Failed();
+}
+
+// Looks for every message by itself. What is known of each comes from the table as far as it can be
+// read, and from the indexes over it, which hold copies of some columns.
+class MessageSearch {
+ public:
+  MessageSearch(DataSession& data, const QString& select) : data_(data), select_(select) {}
+
+  void Run(FolderListing& listing) {
+    listing.messages.clear();
+    const bool all = CollectFromIndexes();
+    const bool allRows = CollectFromTable();
+    listing.read = !known_.isEmpty();
+    if (!listing.read) return;
+    if (!all && !allRows) listing.unreadable.append(UnreadableMessage());
+    for (const UnreadableMessage& message : std::as_const(known_)) LookFor(message, listing);
+    std::sort(
+        listing.messages.begin(), listing.messages.end(),
+        [](const ListedMessage& a, const ListedMessage& b) { return a.timestamp < b.timestamp; });
+  }
+
+ private:
+  template <typename Take>
+  bool Walk(const QString& select, const Take& take) {
+    if (!data_.OpenRecordset(select, CursorKind::ForwardOnly)) return false;
+    const RecordsetPtr rows = data_.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) take(*rows);
+    return !rows->Failed();
+  }
+
+  bool CollectFromIndexes() {
+    QHash<qint64, QString> times;
+    Walk(QStringLiteral("SELECT rowid AS N, FIELD_TIMESTAMP FROM mail ORDER BY FIELD_TIMESTAMP"),
+         [&](const Recordset& row) {
+           times.insert(row.Fields(u"N").toLongLong(), row.Fields(u"FIELD_TIMESTAMP").toString());
+         });
+    return Walk(QStringLiteral("SELECT rowid AS N, SERIALID FROM mail ORDER BY SERIALID"),
+                [&](const Recordset& row) {
+                  const qint64 number = row.Fields(u"N").toLongLong();
+                  known_.insert(row.SerialID(), {row.SerialID(), {}, times.value(number)});
+                });
+  }
+
+  bool CollectFromTable() {
+    return Walk(QStringLiteral("SELECT * FROM mail"), [this](const Recordset& row) {
+      const ListedMessage message = Read(row);
+      known_.insert(message.serialId, {message.serialId, message.subject, message.timestamp});
+    });
+  }
+
+  void LookFor(const UnreadableMessage& message, FolderListing& listing) {
+    std::vector<ListedMessage> found;
+    if (List(data_,
+             QStringLiteral("SELECT * FROM (%1) WHERE SERIALID = ").arg(select_) +
+                 QuoteSql(message.serialId),
+             found)) {
+      listing.messages.insert(listing.messages.end(), found.begin(), found.end());
+    } else {
+      listing.unreadable.append(message);
+    }
+  }
+
+  DataSession& data_;
+  QString select_;
+  QHash<QString, UnreadableMessage> known_;  // by serial identifier
+};
+
+}  // namespace
+
+FolderListing ListFolderMessages(Context& context, const QString& folder) {
+  FolderListing listing;
+  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder);
+  if (select.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return listing;
+  listing.read = List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
+                      listing.messages);
+  if (!listing.read) {
+    const bool mayBeDamaged = context.Data.LastError().kind != StorageError::Kind::BadStatement &&
+                              context.Data.LastError().kind != StorageError::Kind::Refused;
+    if (mayBeDamaged) MessageSearch(context.Data, select).Run(listing);
+  }
+  context.Data.Close();
+  return listing;
+}
+
+}  // namespace vorn

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+namespace vorn {
+
+/// A message that cannot be read, by what can still be told of it.
+struct UnreadableMessage {
+  QString serialId;   ///< empty when it is lost as well
+  QString subject;    ///< empty when it is lost, or the message has none
+  QString timestamp;  ///< as stored; empty when it is lost
+
+  /// How it is called to the user: its subject and date.
+  QString Name() const;
+};
+
+/// What a check of a database file found.
+struct FileFindings {
+  QStringList problems;  ///< sentences for the user, one a kind; empty when the file is sound
+  QList<UnreadableMessage> unreadable;
+  QSet<QString> parts;  ///< what is damaged, as `Connection::TakeDamage` names it
+
+  bool IsSound() const { return problems.isEmpty(); }
+  /// Notes that a log was damaged, of which nothing may be left to see.
+  void AddLostLog();
+};
+
+/// Reads every table and index of a file, every message source against its digest, and whether they
+/// belong together. Neither the file nor its log is changed.
+FileFindings CheckDatabaseFile(const QString& path, const QString& password);
+
+}  // namespace vorn

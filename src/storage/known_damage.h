@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// What is known of a damaged file, kept in the profile's database. A mail file that is known to be
+/// damaged receives nothing, and nothing is deleted on a server, until the user decides. The
+/// functions open and close databases of their own; none may be open when they are called.
+struct KnownDamage {
+  QString file;       ///< the file's name in the profile's folder
+  QString since;      ///< when it was first noticed, as stored
+  QStringList parts;  ///< what is damaged (see `Connection::TakeDamage`)
+  bool decided = false;
+
+  bool WaitsForDecision() const { return !parts.isEmpty() && !decided; }
+};
+
+/// Keeps what reading has shown to be damaged since the last call (`DataSession::TakeDamage`).
+/// Whatever is new takes an earlier decision back. False when it cannot be kept; it is then still
+/// to be kept.
+bool KeepDamage(Context& context);
+
+/// What is known of a file, given by its path; without parts when nothing is. Nothing when that
+/// cannot be found out.
+std::optional<KnownDamage> FindDamage(Context& context, const QString& file);
+
+/// Whether a file, given by its path, is known to be damaged and the user has not decided. True as
+/// well when that cannot be found out.
+bool IsKnownDamaged(Context& context, const QString& file);
+
+/// The first of the files that is known to be damaged and of which the user has not decided; empty
+/// when there is none.
+QString FirstDamaged(Context& context, const QStringList& files);
+
+/// What waits for the user's decision.
+QList<KnownDamage> UndecidedDamage(Context& context);
+
+/// The user's decision: to work with the file all the same. False when it cannot be kept.
+bool AcceptDamage(Context& context, const QString& file);
+
+/// Forgets what was known of a file that has been found sound.
+bool ForgetDamage(Context& context, const QString& file);
+
+}  // namespace vorn

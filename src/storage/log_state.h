@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace vorn {
+
+/// What stands in the write-ahead log beside a database file, told without opening the database.
+/// The engine passes over a log that it cannot follow, and what was written last is gone without a
+/// word.
+enum class LogState {
+  None,     ///< no log, or one without a change
+  Sound,    ///< every change in it can be read, but for one that was never finished
+  Torn,     ///< a change that was committed cannot be read
+  Foreign,  ///< not a log, or that of another database
+};
+
+/// Reads the log of the database file at `path` (see the engine's "Database File Format", section
+/// 4), whose first bytes are `databaseSalt`. A log that another program writes to meanwhile is read
+/// again before it is called torn.
+LogState ReadLogState(const QString& path, const QByteArray& databaseSalt);
+
+/// Gives a log that does not belong to its database another name, under which it is kept. False
+/// when it cannot be renamed.
+bool SetLogAside(const QString& path);
+
+}  // namespace vorn

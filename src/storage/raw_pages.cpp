@@ -1,0 +1,81 @@
+#include "storage/raw_pages.h"
+
+#include <QMessageAuthenticationCode>
+#include <QtEndian>
+
+namespace vorn {
+namespace {
+
+// The engine's file format, version 3.
+constexpr qsizetype kSaltBytes = 16;
+constexpr qsizetype kKeyBytes = 32;
+constexpr int kKeyRounds = 64000;
+constexpr int kMarkKeyRounds = 2;
+constexpr char kMarkSaltMask = 0x3A;
+constexpr qint64 kPageBytes = 4096;
+constexpr qsizetype kMarkAt = 4064;  // behind the text and its initial vector
+constexpr qsizetype kMarkBytes = 20;
+constexpr quint32 kPagesTried = 16;
+
+QByteArray Read(sqlite3* handle, qint64 offset, qsizetype length) {
+  sqlite3_file* file = nullptr;
+  QByteArray bytes(length, Qt::Uninitialized);
+  const bool read =
+      sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file) == SQLITE_OK &&
+      file != nullptr && file->pMethods != nullptr &&
+      file->pMethods->xRead(file, bytes.data(), static_cast<int>(length), offset) == SQLITE_OK;
+  return read ? bytes : QByteArray();
+}
+
+// PBKDF2 with HMAC-SHA-1 (RFC 8018, section 5.2).
+QByteArray Derive(const QByteArray& secret, const QByteArray& salt, int rounds) {
+  QMessageAuthenticationCode code(QCryptographicHash::Sha1, secret);
+  const auto sign = [&code](const QByteArray& text) {
+    code.reset();
+    code.addData(text);
+    return code.result();
+  };
+  QByteArray key;
+  for (char block = 1; key.size() < kKeyBytes; ++block) {
+    QByteArray round = sign(salt + QByteArray(3, '\0') + block);
+    QByteArray sum = round;
+    for (int i = 1; i < rounds; ++i) {
+      round = sign(round);
+      for (qsizetype at = 0; at < sum.size(); ++at) {
+        sum[at] = static_cast<char>(sum[at] ^ round[at]);
+      }
+    }
+    key += sum;
+  }
+  return key.first(kKeyBytes);
+}
+
+QByteArray MarkKey(const QByteArray& salt, const QString& password) {
+  QByteArray markSalt = salt;
+  for (char& byte : markSalt) byte = static_cast<char>(byte ^ kMarkSaltMask);
+  return Derive(Derive(FileKey(password), salt, kKeyRounds), markSalt, kMarkKeyRounds);
+}
+
+}  // namespace
+
+QByteArray FileSalt(sqlite3* handle) {
+  return Read(handle, 0, kSaltBytes);
+}
+
+bool PasswordFitsLaterPages(sqlite3* handle, const QString& password) {
+  const QByteArray salt = FileSalt(handle);
+  if (salt.isEmpty()) return false;
+  const QByteArray key = MarkKey(salt, password);
+  for (quint32 number = 2; number < 2 + kPagesTried; ++number) {
+    const QByteArray page = Read(handle, (number - 1) * kPageBytes, kPageBytes);
+    if (page.isEmpty()) return false;
+    QMessageAuthenticationCode mark(QCryptographicHash::Sha1, key);
+    mark.addData(page.constData(), kMarkAt);
+    const quint32 end = qToLittleEndian(number);
+    mark.addData(reinterpret_cast<const char*>(&end), sizeof end);
+    if (mark.result() == page.mid(kMarkAt, kMarkBytes)) return true;
+  }
+  return false;
+}
+
+}  // namespace vorn
