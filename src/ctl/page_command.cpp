@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QSaveFile>
 
 #include "ctl/command.h"
 #include "present/message_list_page.h"
@@ -25,9 +26,14 @@ int WritePage(Context& context, const Arguments& arguments) {
     return Complain(QStringLiteral("ページを作成できません。") + context.Data.LastError().text,
                     kExitFailure);
   }
-  QFile::remove(out);
-  if (QFile::rename(written, out)) return kExitOk;
+  // Written anew: the page is private, what the user asked for has his own file mode.
+  const auto bytes = ReadFile(written);
   QFile::remove(written);
+  QSaveFile file(out);
+  if (bytes && file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() &&
+      file.commit()) {
+    return kExitOk;
+  }
   return Complain(QStringLiteral("「%1」に書き込めません。").arg(out), kExitFailure);
 }
 

@@ -1,6 +1,6 @@
 #include "frame/single_instance.h"
 
-#include <QDir>
+#include "storage/private_files.h"
 
 namespace vorn {
 
@@ -10,7 +10,9 @@ SingleInstance::SingleInstance(const QString& appFolder)
 }
 
 bool SingleInstance::Acquire() {
-  return QDir().mkpath(folder_) && lock_.tryLock();
+  if (!MakePrivateFolder(folder_) || !lock_.tryLock()) return false;
+  MakePrivate(lock_.fileName());
+  return true;
 }
 
 }  // namespace vorn

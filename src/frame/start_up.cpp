@@ -8,6 +8,7 @@
 
 #include "frame/security_key.h"
 #include "storage/databases.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -34,6 +35,28 @@ void RemoveEmptyNavigator(const Context& context) {
   if (!file.exists() || file.size() > 0) return;
   if (folder.entryList({QStringLiteral("_profile*")}, QDir::Dirs).isEmpty()) {
     QFile::remove(file.filePath());
+  }
+}
+
+// Earlier versions left the mode of files to the user's mask. Only what is known to be the
+// program's own is touched: a portable folder holds the program too, and `--data` may name any
+// folder.
+void MakeDataPrivate(const Context& context) {
+  const QDir folder(context.AppFolder);
+  const QStringList own{QStringLiteral("navi.*"),    QStringLiteral("*.lock"),
+                        QStringLiteral("_profile*"), QStringLiteral("temp"),
+                        QStringLiteral("layout"),    QStringLiteral("web")};
+  const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+  const QFileInfoList entries = folder.entryInfoList(own, everything);
+  const bool hasOthers = folder.entryList(everything).size() > entries.size();
+  if (!hasOthers && QFileInfo::exists(context.NaviDatabasePath)) MakePrivate(folder.path());
+  for (const QFileInfo& entry : entries) {
+    // The browser engine's own folder is private as a whole, and large.
+    if (entry.isDir() && entry.fileName() != u"web") {
+      MakeTreePrivate(entry.filePath());
+    } else {
+      MakePrivate(entry.filePath());
+    }
   }
 }
 
@@ -64,6 +87,12 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
     return false;
   }
   context.Session->Let(QStringLiteral("login"), false);
+  if (!MakePrivateFolder(context.AppFolder)) {
+    *error = Ui::tr("データフォルダ「%1」を作成できません。")
+                 .arg(QDir::toNativeSeparators(context.AppFolder));
+    return false;
+  }
+  MakeDataPrivate(context);
   RemoveEmptyNavigator(context);
   if (!CreateDatabase(context, DatabaseKind::Navigator) ||
       !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {

@@ -1,6 +1,5 @@
 #include "present/message_list_page.h"
 
-#include <QDir>
 #include <QFile>
 
 #include "mail/code_page_932.h"
@@ -13,6 +12,7 @@
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"
+#include "storage/private_files.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -143,12 +143,12 @@ bool MessageListPages::Explore(const QString& folder, const QString& search) {
 
 QString MessageListPages::Write(const QByteArray& bytes, const QString& pageFolder) {
   QString folder = pageFolder;
-  if (!QDir().mkpath(folder)) {
+  if (!MakePrivateFolder(folder)) {
     folder = context_.AppFolder;
-    if (!QDir().mkpath(folder)) return {};
+    if (!MakePrivateFolder(folder)) return {};
   }
   QFile file(folder + context_.Data.NewSerialID() + QStringLiteral(".html"));
-  if (!file.open(QIODevice::WriteOnly)) return {};
+  if (!OpenPrivate(file, QIODevice::WriteOnly)) return {};
   if (file.write(bytes) != bytes.size() || !file.flush()) {
     file.remove();  // half a page would read like a folder that lost messages
     return {};

@@ -15,6 +15,7 @@
 #include "frame/window/parent_window.h"
 #include "frame/window/version_window.h"
 #include "mail/mailto.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -66,7 +67,7 @@ bool Program::Refuse(const QString& reason) const {
 }
 
 bool Program::Start() {
-  if (!QDir().mkpath(appFolder_)) {
+  if (!MakePrivateFolder(appFolder_)) {
     return Refuse(
         Ui::tr("データフォルダ「%1」を作成できません。").arg(QDir::toNativeSeparators(appFolder_)));
   }

@@ -18,6 +18,7 @@
 #include "mail/attachment_files.h"
 #include "mail/compose_message.h"
 #include "objects/object_types.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -179,10 +180,12 @@ void AttachmentList::OpenCurrent() {
     if (answer != QMessageBox::Yes) return;
   }
   if (working_ == nullptr) {
+    MakePrivateFolder(context_.TempFolder);
     working_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
   }
   const QString path = FreePath(working_->path(), attachment.name);
-  if (WriteTo(path, attachment)) QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  if (WriteTo(path, attachment) && MakePrivate(path))
+    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
 void AttachmentList::RemoveSelected() {

@@ -1,7 +1,6 @@
 #include "mail/window/html_view.h"
 
 #include <QDesktopServices>
-#include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -18,6 +17,7 @@
 #include <QWebEngineView>
 
 #include "frame/start_up.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -146,12 +146,12 @@ void HtmlView::LoadRemoteImages() {
 // From a file, since a page given as text may not be larger than two megabytes.
 void HtmlView::Load() {
   RemoveFile();
-  QDir().mkpath(workFolder_);
+  MakePrivateFolder(workFolder_);
   file_ = workFolder_ + QStringLiteral("html_") + QUuid::createUuid().toString(QUuid::Id128) +
           QStringLiteral(".html");
   QFile file(file_);
   // The mark decides the character set, whatever the page says of itself.
-  if (file.open(QIODevice::WriteOnly)) file.write("\xEF\xBB\xBF" + html_.toUtf8());
+  if (OpenPrivate(file, QIODevice::WriteOnly)) file.write("\xEF\xBB\xBF" + html_.toUtf8());
   file.close();
   const QUrl url = QUrl::fromLocalFile(file_);
   guard_->Allow(url);

@@ -31,6 +31,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -235,7 +236,8 @@ void MessageWindow::PrintClicked() {
                        context_.Data.NewSerialID() + QStringLiteral(".html");
   QFile file(path);
   const QByteArray page = PrintPage(CurrentModel());
-  if (file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.flush()) {
+  if (MakePrivateFolder(context_.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
+      file.write(page) == page.size() && file.flush()) {
     host_.PrintPageFile(path);
     return;
   }

@@ -9,6 +9,7 @@
 #include <QWebEngineUrlRequestInterceptor>
 
 #include "present/window/page_script.h"
+#include "storage/private_files.h"
 
 namespace vorn {
 namespace {
@@ -63,6 +64,7 @@ BrowserProfiles::BrowserProfiles(const QString& webFolder)
     profile->scripts()->insert(script);
   }
   settings->setDefaultTextEncoding(QStringLiteral("Shift_JIS"));
+  MakePrivateFolder(webFolder);  // what the engine puts into it is its own affair
   web_->setPersistentStoragePath(webFolder);
   web_->setCachePath(webFolder + QStringLiteral("/cache"));
 }

@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+"""Whatever the user's file mode mask, everything in the data folder is for its owner alone; what he
+has written elsewhere follows his mask.
+
+usage: private_files_test.py VORNCTL STORE_WORKER SAMPLES
+"""
+import os
+import pathlib
+import stat
+import subprocess
+import sys
+import tempfile
+import time
+
+VORNCTL, WORKER, SAMPLES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+
+
+def mode(path):
+    return stat.S_IMODE(path.stat().st_mode)
+
+
+def assert_private(folder):
+    wrong = [f"{path} {mode(path):o}" for path in [folder, *folder.rglob("*")]
+             if mode(path) & 0o077]
+    assert not wrong, wrong
+
+
+def main():
+    os.umask(0)
+    with tempfile.TemporaryDirectory() as folder:
+        run(pathlib.Path(folder))
+
+
+def run(work):
+    environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
+    data, page = work / "data", work / "page.html"
+
+    def ctl(*arguments):
+        done = subprocess.run([VORNCTL, "--data", str(data), *arguments], capture_output=True,
+                              env=environment, timeout=120)
+        assert done.returncode == 0, done.stderr.decode()
+
+    ctl("import", str(next(SAMPLES.glob("*.eml"))))
+    assert_private(data)
+    assert_private(work / "config")
+    ctl("page", "受信", "--out", str(page))
+    ctl("export", "受信", "--out", str(work / "box"))
+    assert mode(page) == 0o666 and mode(work / "box") == 0o666, (mode(page), mode(work / "box"))
+
+    # While a program works: its logs, copies and locks.
+    worker = subprocess.Popen([WORKER, str(data), ""], stdout=subprocess.PIPE, text=True,
+                              env=environment)
+    while not worker.stdout.readline().startswith("changed"):
+        pass
+    for _ in range(200):
+        try:
+            assert_private(data)
+        except FileNotFoundError:
+            pass  # it came and went
+        time.sleep(0.005)
+    worker.kill()
+    worker.wait()
+
+    # What an earlier version left open to others is closed at the next start.
+    other = work / "other"
+    data = other
+    ctl("list", "受信")
+    (other / "temp").mkdir(exist_ok=True)
+    (other / "temp" / "page.html").write_text("x")
+    for path in [other, *other.rglob("*")]:
+        path.chmod(0o777)
+    ctl("list", "受信")
+    assert_private(other)
+    # A folder with things of other programs keeps its own mode.
+    (other / "notes.txt").write_text("x")
+    other.chmod(0o755)
+    ctl("list", "受信")
+    assert mode(other) == 0o755 and mode(other / "notes.txt") == 0o666
+    print("everything is private")
+
+
+main()
