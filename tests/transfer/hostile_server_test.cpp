@@ -1,0 +1,151 @@
+// Servers that hold a connection: silent, trickling, or speaking another protocol.
+
+#include <QSslConfiguration>
+#include <QSslSocket>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include "support/loopback_pop3_server.h"
+#include "support/real_servers.h"
+#include "support/session_recorder.h"
+#include "support/test_profile.h"
+#include "transfer/pop.h"
+
+namespace vorn {
+namespace {
+
+using test::SessionRecorder;
+using test::WaitFor;
+
+constexpr int kLongMs = 600000;
+
+class HostileServerTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(server_.listen(QHostAddress::LocalHost));
+    pop_.SetEvents(&events_);
+    pop_.Server = QStringLiteral("127.0.0.1");
+    pop_.ServerPort = server_.serverPort();
+    pop_.User = QStringLiteral("user");
+    pop_.Password = QStringLiteral("secret");
+  }
+  void Run() {
+    pop_.Start();
+    EXPECT_TRUE(WaitFor([this] { return !pop_.Busy(); }, kLongMs));
+    EXPECT_EQ(events_.started, events_.ended);
+  }
+  // Greets, and then says one byte after the other of `text`, each after a pause.
+  void Trickle(const QByteArray& text, int pauseMs) {
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this, text, pauseMs] {
+      QTcpSocket* socket = server_.nextPendingConnection();
+      auto* timer = new QTimer(socket);
+      QObject::connect(timer, &QTimer::timeout, socket, [socket, text, at = 0]() mutable {
+        socket->write(text.sliced(at++ % text.size(), 1));
+      });
+      timer->start(pauseMs);
+    });
+  }
+
+  QTcpServer server_;
+  SessionRecorder events_;
+  Pop pop_;
+};
+
+TEST_F(HostileServerTest, ATricklingServerIsGivenUp) {
+  Trickle("+", 10);
+  pop_.RatePeriodMs = 300;
+  Run();
+  EXPECT_EQ(events_.codes, QList<PopError>{PopError::TimeOut});
+}
+
+TEST_F(HostileServerTest, ASlowMessageThatGoesOnArrives) {
+  test::LoopbackPop3Server slow;
+  ASSERT_TRUE(slow.Listen());
+  slow.ByteByByte = true;
+  slow.AddMessage("1", "Subject: x\r\n\r\n" + QByteArray(3000, 'x') + "\r\n");
+  pop_.ServerPort = slow.Port();
+  pop_.RatePeriodMs = 50;
+  Run();
+  EXPECT_EQ(events_.arrived.size(), 1) << events_.Shown().toStdString();
+}
+
+TEST_F(HostileServerTest, ACancelBeforeTheBeginningLeavesNoGhost) {
+  test::LoopbackPop3Server mail;
+  ASSERT_TRUE(mail.Listen());
+  mail.AddMessage("1", "Subject: x\r\n\r\n");
+  pop_.ServerPort = mail.Port();
+  pop_.Start();
+  pop_.Cancel();
+  EXPECT_FALSE(pop_.Busy());
+  EXPECT_EQ(events_.started, 1);
+  EXPECT_EQ(events_.ended, 1);
+  Run();  // and the cancelled one does not begin beside it
+  EXPECT_EQ(events_.started, 2);
+  EXPECT_EQ(events_.arrived.size(), 1);
+  EXPECT_EQ(mail.Count("QUIT"), 1);
+}
+
+TEST_F(HostileServerTest, AControlThatIsDeletedInTheMiddleTellsNothing) {
+  Trickle("+", 10);
+  auto pop = std::make_unique<Pop>();
+  pop->SetEvents(&events_);
+  pop->Server = QStringLiteral("127.0.0.1");
+  pop->ServerPort = server_.serverPort();
+  pop->Start();
+  ASSERT_TRUE(WaitFor([this] { return events_.started == 1; }, kLongMs));
+  ASSERT_TRUE(WaitFor([this] { return !server_.hasPendingConnections(); }, kLongMs));
+  pop.reset();
+  WaitFor([] { return false; }, 50);
+  EXPECT_EQ(events_.ended, 0);
+}
+
+TEST_F(HostileServerTest, AnAlertInsteadOfAGreetingPointsToTheSecurity) {
+  QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+    server_.nextPendingConnection()->write(QByteArray("\x15\x03\x01\x00\x02\x02\x0A", 7));
+  });
+  Run();
+  EXPECT_EQ(events_.codes, QList<PopError>{PopError::Tls});
+  EXPECT_TRUE(events_.Shown().contains(QStringLiteral("セキュリティの設定")));
+}
+
+// A server that speaks TLS alone waits for the client, as the client waits for its greeting.
+class TlsOnlyServer : public QTcpServer {
+ public:
+  explicit TlsOnlyServer(const test::TestCertificates& certificates) : files_(certificates) {}
+
+ protected:
+  void incomingConnection(qintptr handle) override {
+    auto* socket = new QSslSocket(this);
+    socket->setSocketDescriptor(handle);
+    const auto kind = test::TestCertificates::Kind::SelfSigned;
+    socket->setLocalCertificate(files_.Certificate(kind));
+    socket->setPrivateKey(files_.Key(kind));
+    socket->startServerEncryption();
+  }
+
+ private:
+  const test::TestCertificates& files_;
+};
+
+TEST_F(HostileServerTest, AConnectionInClearToATlsPortSaysSo) {
+  const test::TestCertificates certificates;
+  TlsOnlyServer tls(certificates);
+  ASSERT_TRUE(tls.listen(QHostAddress::LocalHost));
+  pop_.ServerPort = tls.serverPort();
+  pop_.TlsProbeMs = 50;
+  Run();
+  EXPECT_EQ(events_.codes, QList<PopError>{PopError::Tls});
+  EXPECT_TRUE(events_.Shown().contains(QStringLiteral("TLS")));
+
+  // And the other way round: the greeting in clear is no handshake.
+  test::LoopbackPop3Server clear;
+  ASSERT_TRUE(clear.Listen());
+  pop_.ServerPort = clear.Port();
+  pop_.Encryption = Security::Tls;
+  Run();
+  EXPECT_EQ(events_.codes.last(), PopError::Tls);
+  EXPECT_TRUE(events_.errors.last().contains(QStringLiteral("セキュリティ")));
+}
+
+}  // namespace
+}  // namespace vorn

@@ -1,0 +1,287 @@
+// However a conversation ends, it ends with exactly one outcome, and nothing that proves the user
+// stands in what is told.
+
+#include <QMessageAuthenticationCode>
+
+#include "support/session_recorder.h"
+#include "support/test_profile.h"
+#include "transfer/envelope_address.h"
+#include "transfer/pop3_session.h"
+#include "transfer/redaction.h"
+#include "transfer/smtp_session.h"
+
+namespace vorn {
+namespace {
+
+using test::SessionRecorder;
+
+SmtpJob Job() {
+  SmtpJob job;
+  job.from = QStringLiteral("f@x");
+  job.recipients = {QStringLiteral("a@x"), QStringLiteral("b@x")};
+  job.source = "Subject: s\r\n\r\ntext\r\n.\r\n";
+  return job;
+}
+
+// Plays the server's words to a session, a byte at a time; what the client said, lines joined by
+// "|".
+QString Play(const SmtpJob& job, SessionRecorder& events, const QByteArray& server) {
+  QByteArray said;
+  SmtpSession session(job, events, [&said](const QByteArray& bytes) { said += bytes; });
+  for (const char byte : server) {
+    if (!session.Finished()) session.Receive(QByteArrayView(&byte, 1));
+    session.Drained();
+  }
+  session.ConnectionLost();
+  EXPECT_TRUE(session.Finished());
+  return QString::fromUtf8(said).trimmed().replace(QStringLiteral("\r\n"), QStringLiteral("|"));
+}
+
+QString PlayPop3(SessionRecorder& events, const QByteArray& server,
+                 const QString& password = QStringLiteral("s3cret"), bool apop = false) {
+  QByteArray said;
+  Pop3Session session({QStringLiteral("mail.example"), QStringLiteral("user"), password, apop},
+                      events, [&said](const QByteArray& bytes) { said += bytes; });
+  for (qsizetype at = 0; at < server.size() && !session.Finished(); ++at) {
+    session.Receive(server.sliced(at, 1));
+    while (!session.Finished() && session.Work()) {
+    }
+  }
+  if (!session.Finished()) session.ConnectionLost();
+  return QString::fromLatin1(said.trimmed()).replace(QStringLiteral("\r\n"), QStringLiteral("|"));
+}
+
+const QByteArray kBefore = "220 hi\r\n250-x\r\n250 PIPELINING\r\n250 ok\r\n250 ok\r\n250 ok\r\n";
+const QByteArray kWhole = kBefore + "354 go on\r\n250 queued\r\n221 bye\r\n";
+
+TEST(SessionOutcome, AConversationThatIsCutAtAnyByteHasOneOutcome) {
+  const qsizetype asked = kBefore.size();
+  const qsizetype given = asked + QByteArray("354 go on\r\n").size();
+  const qsizetype answered = given + QByteArray("250 queued\r\n").size();
+  for (qsizetype length = 0; length <= kWhole.size(); ++length) {
+    SessionRecorder events;
+    Play(Job(), events, kWhole.first(length));
+    QStringList expected;
+    if (length >= asked) expected.append(QStringLiteral("begin"));
+    if (length >= answered) {
+      expected.append(QStringLiteral("sent"));
+    } else if (length >= given) {
+      expected.append(QStringLiteral("unknown"));
+    } else if (length >= asked) {
+      expected.append(QStringLiteral("refused"));
+    }
+    EXPECT_EQ(events.told, expected) << length;
+    EXPECT_EQ(events.errors.isEmpty(), length >= answered) << length;
+  }
+}
+
+TEST(SessionOutcome, AnAnswerSaysWhetherTheMessageWasTaken) {
+  const std::pair<const char*, const char16_t*> answers[] = {
+      {"354 go\r\n250 ok\r\n", u"sent"},    {"354 go\r\n452 full\r\n", u"refused"},
+      {"354 go\r\n554 no\r\n", u"refused"}, {"354 go\r\nwhat\r\n", u"unknown"},
+      {"354 go\r\n334 \r\n", u"unknown"},   {"451 later\r\n", u"refused"},
+      {"250 ok\r\n", u"refused"},           {"354 go\r\n250-a\r\n550 b\r\n", u"unknown"}};
+  for (const auto& [answer, outcome] : answers) {
+    SessionRecorder events;
+    Play(Job(), events, kBefore + answer);
+    EXPECT_EQ(events.told, (QStringList{QStringLiteral("begin"), QString::fromUtf16(outcome)}))
+        << answer;
+  }
+  SessionRecorder declined;
+  declined.mayHandOver = false;
+  EXPECT_FALSE(Play(Job(), declined, kWhole).contains(QStringLiteral("DATA")));
+  EXPECT_EQ(declined.told, QStringList{QStringLiteral("begin")});
+}
+
+TEST(SessionOutcome, AMessageThatWasNotGivenOutWholeWasNotTaken) {
+  SmtpJob job = Job();
+  job.source = "Subject: s\r\n\r\n" + QByteArray("0123456789\r\n").repeated(60000) + ".\r\n";
+  SessionRecorder events;
+  SmtpSession session(job, events, [](const QByteArray&) {});
+  session.Receive(kBefore + "354 go on\r\n");
+  session.Drained();
+  session.Abandon();
+  EXPECT_TRUE(session.Finished());
+  EXPECT_EQ(events.told, (QStringList{QStringLiteral("begin"), QStringLiteral("refused")}));
+}
+
+TEST(SessionOutcome, TheRefusedRecipientIsTheOneThatIsNamed) {
+  SessionRecorder events;
+  Play(Job(), events, "220\r\n250-x\r\n250 PIPELINING\r\n250\r\n550 who?\r\n250\r\n221\r\n");
+  EXPECT_EQ(events.refused, QStringList{QStringLiteral("a@x")});
+  EXPECT_TRUE(events.Shown().contains(QStringLiteral("a@x")));
+  EXPECT_TRUE(events.Shown().contains(QStringLiteral("550 who?")));
+  EXPECT_FALSE(events.Shown().contains(QStringLiteral("b@x")));
+  EXPECT_TRUE(events.told.isEmpty());
+}
+
+TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
+  SmtpJob job = Job();
+  job.security = Security::StartTls;
+  SessionRecorder events;
+  QByteArray said;
+  int handshakes = 0;
+  SmtpSession session(
+      job, events, [&said](const QByteArray& bytes) { said += bytes; },
+      [&handshakes] { ++handshakes; });
+  session.Receive("220\r\n250-x\r\n250-SMTPUTF8\r\n250-SIZE 1\r\n250 STARTTLS\r\n220 go\r\n");
+  ASSERT_EQ(handshakes, 1);
+  session.TlsEstablished();
+  said.clear();
+  session.Receive("250 x\r\n");
+  EXPECT_EQ(said, QByteArray("MAIL FROM:<f@x>\r\n"));
+
+  SessionRecorder injected;
+  SmtpSession second(
+      job, injected, [](const QByteArray&) {}, [&handshakes] { ++handshakes; });
+  second.Receive("220\r\n250-x\r\n250 STARTTLS\r\n220 go\r\n250 AUTH PLAIN\r\n");
+  EXPECT_EQ(handshakes, 1);
+  EXPECT_EQ(injected.codes, QList<PopError>{PopError::Protocol});
+}
+
+TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
+  const auto path = [](const char16_t* address) {
+    const auto envelope = ToEnvelope(QString::fromUtf16(address));
+    return envelope ? envelope->path + (envelope->needsUtf8 ? " utf8" : "") : QByteArray("-");
+  };
+  EXPECT_EQ(path(u"taro@例え.jp"), QByteArray("taro@xn--r8jz45g.jp"));
+  EXPECT_EQ(path(u"taro@EXAMPLE.jp"), QByteArray("taro@EXAMPLE.jp"));
+  EXPECT_EQ(path(u"太郎@例え.jp"), QByteArray("太郎@xn--r8jz45g.jp utf8"));
+  for (const char16_t* bad : {u"", u"a b@x", u"a@x\r\nRCPT TO:<b@x>", u"a@x>", u"a@x\u200b",
+                              u"a@ex\u3000ample", u"a@-例え.jp"}) {
+    EXPECT_EQ(path(bad), QByteArray("-")) << QString::fromUtf16(bad).toStdString();
+  }
+
+  SmtpJob job = Job();
+  job.recipients = {QStringLiteral("太郎@例え.jp")};
+  SessionRecorder refused;
+  EXPECT_FALSE(Play(job, refused, "220\r\n250 x\r\n221\r\n").contains(QStringLiteral("MAIL")));
+  EXPECT_TRUE(refused.Shown().contains(QStringLiteral("太郎@例え.jp")));
+  SessionRecorder offered;
+  const QString said =
+      Play(job, offered, "220\r\n250-x\r\n250 SMTPUTF8\r\n250\r\n250\r\n354\r\n250\r\n221\r\n");
+  EXPECT_TRUE(said.contains(QStringLiteral(" SMTPUTF8|RCPT TO:<太郎@xn--r8jz45g.jp>")))
+      << said.toStdString();
+  SessionRecorder plain;
+  EXPECT_FALSE(Play(Job(), plain, "220\r\n250-x\r\n250 SMTPUTF8\r\n250\r\n")
+                   .contains(QStringLiteral("> SMTPUTF8")));
+}
+
+// --- secrets -----------------------------------------------------------------------------------
+
+TEST(RedactionTest, NoFormOfASecretIsShown) {
+  const QString password = QStringLiteral("Kyoto-2026");
+  const Redaction redaction(QStringLiteral("yamada"), password);
+  const QByteArray plain = password.toUtf8();
+  const QByteArray blob = '\0' + QByteArray("yamada") + '\0' + plain;
+  const QByteArray encoded = plain.toBase64();
+  for (const QByteArray& form :
+       {plain, plain.toLower(), encoded, plain.toBase64(QByteArray::OmitTrailingEquals),
+        blob.toBase64(), QByteArray("yamada").toBase64(), plain.toHex(), QByteArray("Kyoto%2D2026"),
+        encoded.first(6) + "\r\n535-" + encoded.sliced(6), encoded.first(9),
+        QByteArray("x" + plain + "y").toBase64()}) {
+    const QString words = redaction.Words("535 you sent " + form + " there");
+    EXPECT_TRUE(words.startsWith(QStringLiteral("535 you sent"))) << words.toStdString();
+    for (const QByteArray& leak : {plain, encoded.first(6), blob.toBase64().first(8),
+                                   plain.toHex().first(8), encoded.sliced(6, 6)}) {
+      EXPECT_FALSE(words.contains(QString::fromLatin1(leak), Qt::CaseInsensitive))
+          << form.toStdString() << ": " << words.toStdString();
+    }
+  }
+  EXPECT_EQ(redaction.Words("550 no such user"), QStringLiteral("550 no such user"));
+}
+
+TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
+  SmtpJob job = Job();
+  job.authenticate = true;
+  job.user = QStringLiteral("yamada");
+  job.password = QStringLiteral("Kyoto-2026");
+  const QByteArray blob = (QByteArray("\0yamada\0", 8) + "Kyoto-2026").toBase64();
+  SessionRecorder plain;
+  Play(job, plain, "220\r\n250-x\r\n250 AUTH PLAIN\r\n535 bad AUTH PLAIN " + blob + "\r\n221\r\n");
+  EXPECT_FALSE(plain.errors.isEmpty());
+  EXPECT_FALSE(plain.Shown().contains(QString::fromLatin1(blob.first(10))));
+
+  const QByteArray challenge = "<1.2@x>";
+  const QByteArray digest =
+      QMessageAuthenticationCode::hash(challenge, job.password.toUtf8(), QCryptographicHash::Md5)
+          .toHex();
+  SessionRecorder cram;
+  Play(job, cram,
+       "220\r\n250-x\r\n250 AUTH CRAM-MD5\r\n334 " + challenge.toBase64() + "\r\n535 wrong " +
+           digest + " " + ("yamada " + digest).toBase64() + "\r\n221\r\n");
+  EXPECT_FALSE(cram.errors.isEmpty());
+  EXPECT_FALSE(cram.Shown().contains(QString::fromLatin1(digest.first(12))));
+
+  SessionRecorder pop3;
+  PlayPop3(pop3, "+OK\r\n-ERR\r\n+OK\r\n-ERR bad PASS Kyoto-2026\r\n",
+           QStringLiteral("Kyoto-2026"));
+  EXPECT_FALSE(pop3.Shown().contains(QStringLiteral("Kyoto")));
+  SessionRecorder apop;
+  const QByteArray proof =
+      QCryptographicHash::hash("<1.2@x>Kyoto-2026", QCryptographicHash::Md5).toHex();
+  PlayPop3(apop, "+OK <1.2@x>\r\n-ERR\r\n-ERR user " + proof + "\r\n", QStringLiteral("Kyoto-2026"),
+           true);
+  EXPECT_FALSE(apop.errors.isEmpty());
+  EXPECT_FALSE(apop.Shown().contains(QString::fromLatin1(proof.first(12))));
+}
+
+// --- POP3 --------------------------------------------------------------------------------------
+
+const QByteArray kLogin = "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n";
+
+TEST(Pop3Limits, RulesWorkWithoutTop) {
+  for (const char* capabilities : {"-ERR\r\n", "+OK\r\nUSER\r\nUIDL\r\n.\r\n"}) {
+    SessionRecorder events;
+    events.wantsHeaders = true;
+    const bool asks = *capabilities == '-';  // a server that tells no capabilities is tried
+    const QByteArray top = asks ? "-ERR unknown\r\n" : "";
+    const QString said =
+        PlayPop3(events, QByteArray("+OK\r\n") + capabilities +
+                             "+OK\r\n+OK\r\n+OK\r\n1 9\r\n2 9\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n" +
+                             top + "+OK\r\nSubject: stop\r\n\r\nx\r\n.\r\n" +
+                             "+OK\r\nSubject: go\r\n\r\nx\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n");
+    EXPECT_EQ(events.arrived, QByteArrayList{"Subject: go\r\n\r\nx\r\n"}) << said.toStdString();
+    EXPECT_TRUE(said.contains(QStringLiteral("DELE 1|DELE 2"))) << said.toStdString();
+    EXPECT_EQ(events.log.size(), 1) << events.log.join(u'\n').toStdString();
+  }
+}
+
+TEST(Pop3Limits, NumbersAndLengthsOfAServerAreNotBelieved) {
+  SessionRecorder huge;
+  PlayPop3(huge,
+           kLogin +
+               "+OK\r\n1 9223372036854775807\r\n2 9223372036854775807\r\n3 -5\r\n4 99999999999"
+               "9999999999\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n3 c\r\n4 d\r\n.\r\n"
+               "+OK\r\nSubject: x\r\n\r\n.\r\n");
+  EXPECT_EQ(huge.arrived.size(), 1);
+
+  SessionRecorder endless;
+  const QString said =
+      PlayPop3(endless, "+OK\r\n+OK\r\n" + QByteArray("X-MORE\r\n").repeated(20000));
+  EXPECT_EQ(said, QStringLiteral("CAPA"));
+  EXPECT_EQ(endless.codes, QList<PopError>{PopError::Protocol});
+
+  SessionRecorder talkative;
+  Play(Job(), talkative, "220\r\n" + QByteArray("250-MORE\r\n").repeated(20000));
+  EXPECT_EQ(talkative.codes, QList<PopError>{PopError::Protocol});
+}
+
+TEST(Pop3Limits, AServerThatCannotListItsIdentifiersNowIsLeftAlone) {
+  SessionRecorder events;
+  const QString said =
+      PlayPop3(events, "+OK\r\n+OK\r\nUIDL\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n1 9\r\n.\r\n-ERR busy\r\n");
+  EXPECT_FALSE(said.contains(QStringLiteral("RETR"))) << said.toStdString();
+  EXPECT_EQ(events.errors.size(), 1);
+}
+
+TEST(Pop3Limits, APlusAloneIsAContinuation) {
+  SessionRecorder events;
+  const QString said = PlayPop3(
+      events, "+OK\r\n+OK\r\nSASL LOGIN\r\n.\r\n+\r\n+ \r\n+OK\r\n+OK\r\n.\r\n+OK\r\n.\r\n+OK\r\n");
+  EXPECT_TRUE(said.contains(QStringLiteral("AUTH LOGIN|dXNlcg==|czNjcmV0|LIST")))
+      << said.toStdString();
+}
+
+}  // namespace
+}  // namespace vorn
