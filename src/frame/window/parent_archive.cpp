@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
 
@@ -18,6 +19,7 @@ namespace vorn {
 namespace {
 
 constexpr int kShowAfterMs = 300;
+constexpr qsizetype kNamedMessages = 20;
 constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
 
 // Shows how many messages are done, and lets the user end it.
@@ -114,21 +116,50 @@ void ParentWindow::Export() {
                                    NodeText(folder), filters.join(QStringLiteral(";;")), &filter);
   if (path.isEmpty()) return;
   const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
-  if (!path.endsWith(choice.suffix)) path += choice.suffix;
-  int count = 0;
-  QString error;
-  bool done = false;
+  // The dialog asked about the name as it was typed.
+  if (!path.endsWith(choice.suffix)) {
+    path += choice.suffix;
+    if (QFileInfo::exists(path) &&
+        QMessageBox::question(this, kApplicationTitle,
+                              Ui::tr("「%1」は既にあります。上書きしますか？").arg(path)) !=
+            QMessageBox::Yes) {
+      return;
+    }
+  }
+  ExportOutcome outcome;
   {
     ProgressWindow progress(this, Ui::tr("メッセージの書き出し"));
-    done = ExportMessages(context_, folder, choice.format, path, &count, &error,
-                          [&progress](int written) { return progress.Show(written); });
+    outcome = ExportMessages(context_, {folder, choice.format, path, true},
+                             [&progress](int written) { return progress.Show(written); });
   }
-  const QString text = Ui::tr("%1通を書き出しました。").arg(count);
-  if (done) {
+  TellExported(outcome);
+}
+
+// What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
+void ParentWindow::TellExported(const ExportOutcome& outcome) {
+  if (!outcome.complete) {
+    QMessageBox::warning(this, kApplicationTitle, outcome.error);
+    return;
+  }
+  const QString text = Ui::tr("%1通を書き出しました。").arg(outcome.count);
+  if (outcome.unreadable.isEmpty()) {
     QMessageBox::information(this, kApplicationTitle, text);
-  } else {
-    QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+    return;
   }
+  QStringList names;
+  for (const UnreadableMessage& message :
+       outcome.unreadable.first(qMin(outcome.unreadable.size(), kNamedMessages))) {
+    names.append(message.Name());
+  }
+  if (outcome.unreadable.size() > kNamedMessages) names.append(QStringLiteral("…"));
+  QMessageBox box(QMessageBox::Warning, kApplicationTitle,
+                  text + u'\n' +
+                      Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
+                          .arg(outcome.unreadable.size()) +
+                      u'\n' + names.join(u'\n'),
+                  QMessageBox::Ok, this);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
 }
 
 void ParentWindow::OpenArgument(const QString& argument) {

@@ -26,6 +26,7 @@ namespace vorn {
 
 class BrowserWindow;
 class TaskTray;
+struct ExportOutcome;
 
 /// The main window "parent": the console tree, the browser windows in their area, the menus and the
 /// status bar. It owns the request queue and the mail traffic and drives both by its timers.
@@ -110,6 +111,7 @@ class ParentWindow : public QMainWindow,
   void ImportFolder();
   void Import(const QStringList& paths);
   void Export();
+  void TellExported(const ExportOutcome& outcome);
   void BuildToolbar();
   void BuildHelpMenu();
   void ShowGuide();
