@@ -16,6 +16,7 @@ import time
 
 VORNCTL, WORKER, TRIALS = sys.argv[1], sys.argv[2], int(sys.argv[3])
 SECONDS = 3.0
+REFUSED = "パスワードが違うか、ファイルの先頭が壊れています"
 
 
 def main():
@@ -48,7 +49,8 @@ def run(work):
             while not stop.is_set():
                 code, text = ctl(known[-1], "list", "受信")
                 commands += 1
-                if code not in (0, 3) or "壊れ" in text:
+                # A password that was changed meanwhile is refused; damage is something else.
+                if code not in (0, 3) or "壊れ" in text.replace(REFUSED, ""):
                     problems.append(text)
                 time.sleep(chance.uniform(0, 0.3))
 
