@@ -32,7 +32,7 @@ class Commands(unittest.TestCase):
 
     def run_ctl(self, *arguments, code=0, stdin=b"demo\n"):
         done = subprocess.run([VORNCTL, "--data", self.data, *arguments], input=stdin,
-                              capture_output=True, env=self.environment, timeout=120)
+                              capture_output=True, env=self.environment)
         self.assertEqual(done.returncode, code, (arguments, done.stdout, done.stderr.decode()))
         self.errors = done.stderr.decode()
         return done.stdout.decode()
@@ -112,7 +112,7 @@ class Commands(unittest.TestCase):
                 os.chown(path, 65534, 65534)  # the settings are the user's, the data is not
         before = {path: path.read_bytes() for path in pathlib.Path(self.data).rglob("*.mbx")}
         done = subprocess.run([str(program), "--data", self.data, "list", "受信"], user=65534,
-                              group=65534, extra_groups=[], capture_output=True, timeout=60,
+                              group=65534, extra_groups=[], capture_output=True,
                               env=dict(self.environment, HOME=self.folder.name))
         self.assertEqual(done.returncode, 3, done.stderr.decode())
         self.assertIn("書き込めるかどうか", done.stderr.decode())

@@ -13,11 +13,10 @@ import socket
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
-from dovecot import Dovecot  # noqa: E402
+from dovecot import Dovecot, await_port  # noqa: E402
 
 VORNCTL = sys.argv[1]
 ALPHABET = [chr(c) for c in range(0x20, 0x7F)] + [chr(c) for c in range(0x3041, 0x3094)] + \
@@ -41,12 +40,7 @@ class Conversation(unittest.TestCase):
         self.smtp = smtp
         self.addCleanup(smtp.wait)
         self.addCleanup(smtp.terminate)
-        for _ in range(100):
-            try:
-                socket.create_connection(("127.0.0.1", self.smtp_port)).close()
-                break
-            except OSError:
-                time.sleep(0.05)
+        await_port(self.smtp_port, smtp)
         self.ctl("account", "add", "--name", "work", "--address", "a@example.jp", "--display",
                  "山田", "--in-server", "127.0.0.1", "--in-port", str(self.dovecot.port),
                  "--in-user", "a", "--in-password-fd", "0", "--out-server", "127.0.0.1",
@@ -54,7 +48,7 @@ class Conversation(unittest.TestCase):
 
     def ctl(self, *arguments, code=0, stdin=b""):
         done = subprocess.run([VORNCTL, "--data", str(self.work / "data"), *arguments],
-                              input=stdin, capture_output=True, env=self.environment, timeout=120)
+                              input=stdin, capture_output=True, env=self.environment)
         self.assertEqual(done.returncode, code, (arguments, done.stderr.decode()))
         return done.stdout.decode()
 

@@ -35,7 +35,7 @@ def run(work):
 
     def ctl(*arguments, stdin=b""):
         done = subprocess.run([VORNCTL, "--data", str(work / "data"), *arguments], input=stdin,
-                              capture_output=True, env=environment, timeout=120)
+                              capture_output=True, env=environment)
         assert done.returncode == 0, done.stderr.decode()
         return done.stdout.decode()
 

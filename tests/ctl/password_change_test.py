@@ -31,7 +31,7 @@ def run(work):
     def ctl(password, *command):
         done = subprocess.run([VORNCTL, "--data", data, "--password-fd", "0", *command],
                               input=password.encode() + b"\n", capture_output=True,
-                              env=environment, timeout=120)
+                              env=environment)
         return done.returncode, done.stdout.decode() + done.stderr.decode()
 
     password = ""

@@ -5,6 +5,18 @@ import subprocess
 import time
 
 
+def await_port(port, process):
+    """Waits until the server `process` answers on a port of 127.0.0.1."""
+    while True:
+        try:
+            socket.create_connection(("127.0.0.1", port)).close()
+            return
+        except OSError:
+            if process.poll() is not None:
+                raise RuntimeError("the server ended with code %d" % process.returncode)
+            time.sleep(0.05)
+
+
 class Dovecot:
     """Serves POP3 to any user with the password "secret" from WORK/mail until stopped."""
 
@@ -48,13 +60,7 @@ service pop3-login {{
 }}
 """)
         self.process = subprocess.Popen(["dovecot", "-F", "-c", str(config)])
-        for _ in range(100):
-            try:
-                socket.create_connection(("127.0.0.1", self.port)).close()
-                return
-            except OSError:
-                time.sleep(0.05)
-        raise RuntimeError("dovecot does not answer")
+        await_port(self.port, self.process)
 
     def stop(self):
         self.process.terminate()

@@ -155,6 +155,7 @@ void LoopbackPop3Server::Send(Session& session, const QByteArray& command,
       Write(session, fault.text);
       return;
     }
+    if (fault.kind == Fault::Kind::Stall && OnStall) OnStall();
     Write(session, reply.first(qMin(fault.after, reply.size())));
     session.dead = true;
     if (fault.kind == Fault::Kind::Cut) {

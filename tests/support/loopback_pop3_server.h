@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QSet>
 #include <QTcpServer>
+#include <functional>
 #include <memory>
 
 #include "support/fault.h"
@@ -45,6 +46,8 @@ class LoopbackPop3Server : public QObject {
   /// Deletes what was marked also when the connection breaks, which the standard forbids.
   bool DeletesOnBreak = false;
   QList<Fault> Faults;
+  /// Called when a stall begins, before its last bytes go out.
+  std::function<void()> OnStall;
   QList<ServerMessage> Messages;
 
   /// Every line that clients sent, without line breaks.

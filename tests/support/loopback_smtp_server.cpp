@@ -103,6 +103,7 @@ void LoopbackSmtpServer::Send(Session& session, const QByteArray& command,
       session.socket->write(fault.text);
       return;
     }
+    if (fault.kind == Fault::Kind::Stall && OnStall) OnStall();
     session.socket->write(reply.first(qMin(fault.after, reply.size())));
     session.dead = true;
     if (fault.kind == Fault::Kind::Cut) {

@@ -36,6 +36,8 @@ class LoopbackSmtpServer : public QObject {
   QHash<QByteArray, QByteArray> Replies;
   /// What goes wrong, counted over all sessions.
   QList<Fault> Faults;
+  /// Called when a stall begins, before its last bytes go out.
+  std::function<void()> OnStall;
   /// Called for every message accepted.
   std::function<void(const SentMessage&)> OnMessage;
   const QList<SentMessage>& Messages() const { return messages_; }

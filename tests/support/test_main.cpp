@@ -7,7 +7,7 @@
 #include "support/test_profile.h"
 
 int main(int argc, char** argv) {
-  const vorn::test::PrivateUserSettings settings;
+  const vorn::test::PrivateUser user;
   const QCoreApplication application(argc, argv);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();

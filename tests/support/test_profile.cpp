@@ -22,9 +22,13 @@ void PrintTo(const QByteArray& bytes, std::ostream* out) {
 
 namespace vorn::test {
 
-PrivateUserSettings::PrivateUserSettings() {
-  qputenv("XDG_CONFIG_HOME", folder_.path().toUtf8());
-  qputenv("XDG_DATA_HOME", folder_.path().toUtf8());
+PrivateUser::PrivateUser() {
+  for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
+                             "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
+    qputenv(folder, folder_.path().toUtf8());
+  }
+  for (const char* variable : {"LC_ALL", "LANG"}) qputenv(variable, "C.UTF-8");
+  qunsetenv("LANGUAGE");
 }
 
 TestProfile::TestProfile(const QString& password) {
@@ -80,6 +84,10 @@ QList<QVariant> TestProfile::Select(const QString& select) {
   for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) values.append(rows->Fields(u"V"));
   context_->Data.Close();
   return values;
+}
+
+void RunFor(int milliseconds) {
+  WaitFor([] { return false; }, milliseconds);
 }
 
 bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {

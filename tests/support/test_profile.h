@@ -19,10 +19,11 @@ void PrintTo(const QByteArray& bytes, std::ostream* out);
 
 namespace vorn::test {
 
-/// Points the user's settings store at a folder that goes with the process.
-class PrivateUserSettings {
+/// Makes the process that of a user with an empty home, which goes with the process, in the neutral
+/// locale. To be made before the application object.
+class PrivateUser {
  public:
-  PrivateUserSettings();
+  PrivateUser();
 
  private:
   QTemporaryDir folder_;
@@ -54,8 +55,12 @@ class TestProfile {
   std::unique_ptr<Context> context_;
 };
 
-/// Runs the event loop until the condition holds; false when it did not in time.
-bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 20000);
+/// Runs the event loop until the condition holds; false when it did not in so long a time that it
+/// will not, on a slow machine either.
+bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 300000);
+
+/// Runs the event loop for a while in which something must not happen.
+void RunFor(int milliseconds);
 
 /// The bytes of a file; fails the test when it cannot be read.
 QByteArray ReadFile(const QString& path);

@@ -78,7 +78,17 @@ class TrafficTest : public testing::Test {
   qsizetype Rows() {
     return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();
   }
+  /// The control's patience ends when the server, one of the two here, stalls, and not before:
+  /// however slow the machine is, a session that goes on is not given up.
+  template <typename Server>
+  void GiveUpOnStalls(Server& server) {
+    Pop& control = traffic_.Control();
+    control.ReplyTimeoutMs = control.DecisionTimeoutMs = kPatienceMs;
+    server.OnStall = [&control] { control.ReplyTimeoutMs = control.DecisionTimeoutMs = 1; };
+  }
   QString LastLog() const { return host_.log.isEmpty() ? QString() : host_.log.last(); }
+
+  static constexpr int kPatienceMs = 300000;
 
   TestProfile profile_;
   RecordingHost host_;

@@ -38,7 +38,7 @@ bool InModal(const std::function<void()>& cause, const std::function<void(Window
   });
   watch.start(20);
   cause();
-  return WaitFor([&seen] { return seen && TopLevel<Window>() == nullptr; }, 10000);
+  return WaitFor([&seen] { return seen && TopLevel<Window>() == nullptr; });
 }
 
 /// Answers the next message box with a key and gives its text.
@@ -75,6 +75,21 @@ void Type(Box& box, const QString& text) {
   box.selectAll();
   QTest::keyClick(&box, Qt::Key_Delete);
   TypeText(box, text);
+}
+
+/// A place inside a row of a tree or list, which is scrolled to where it can be clicked.
+template <typename View, typename Item>
+QPoint PlaceOf(View& view, Item* item) {
+  view.scrollToItem(item);
+  const QRect row = view.visualItemRect(item) & view.viewport()->rect();
+  if (row.isEmpty()) qFatal("a row of %s cannot be seen", qPrintable(view.objectName()));
+  return row.center();
+}
+
+/// Clicks a row.
+template <typename View, typename Item>
+void ClickRow(View& view, Item* item, Qt::MouseButton button = Qt::LeftButton) {
+  QTest::mouseClick(view.viewport(), button, Qt::NoModifier, PlaceOf(view, item));
 }
 
 inline void Press(QWidget& button) {

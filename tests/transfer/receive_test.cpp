@@ -102,9 +102,10 @@ TEST_F(ReceiveTest, FailuresAreToldInJapaneseAndLeaveTheControlIdle) {
   failsWith(QStringLiteral("パスワードを確認"));
   account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("secret"));
 
-  traffic_.Control().ReplyTimeoutMs = 200;
+  GiveUpOnStalls(server_);
   server_.Faults = {{Fault::Kind::Stall, "RETR", 1, 10, {}}};
   failsWith(QStringLiteral("時間切れ"));
+  GiveUpOnStalls(server_);
   server_.Faults = {{Fault::Kind::Reply, "LIST", 1, 0, "garbage\r\n"}};
   failsWith(QStringLiteral("応答を理解できません"));
   account->Let(QStringLiteral("InMailServerPort"), QStringLiteral("1"));
@@ -135,7 +136,7 @@ TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
     traffic_.Tick();
     return server_.Count("RETR") == 2;
   }));
-  WaitFor([] { return false; }, 100);
+  test::RunFor(100);
   traffic_.Control().Cancel();
   EXPECT_FALSE(traffic_.Control().Busy());
   server_.Faults.clear();

@@ -93,16 +93,11 @@ class FolderPageTest : public ProgramTest {
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
     FocusPage();
   }
-  QVariant Script(const QString& script) const {
-    QVariant answer;
-    bool done = false;
-    View()->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                  [&](const QVariant& value) {
-                                    answer = value;
-                                    done = true;
-                                  });
-    WaitFor([&done] { return done; });
-    return answer;
+  // Does something upon which the page is made anew, and waits for that.
+  void MadeAnewBy(const std::function<void()>& change) const {
+    QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
+    change();
+    EXPECT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
   }
   bool AwaitScript(const QString& condition) const {
     return WaitFor([&] { return Script(condition).toBool(); });
@@ -130,15 +125,14 @@ class FolderPageTest : public ProgramTest {
     auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     Browser()->Unload();
     ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
-                      tree.visualItemRect(Node(serialId)).center());
+    test::ClickRow(tree, Node(serialId));
     ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
   }
   void Drop(const QString& message, const QString& folder) {
     auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     QMimeData dragged;
     dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
-    const QPoint at = tree.visualItemRect(Node(folder)).center();
+    const QPoint at = test::PlaceOf(tree, Node(folder));
     const auto actions = Qt::CopyAction | Qt::MoveAction;
     QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(tree.viewport(), &enter);
@@ -180,12 +174,12 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   Press(Qt::Key_Home);
   EXPECT_EQ(Chosen(), Ids({1}));
 
-  Press(Qt::Key_Return);
+  // The page is made anew, since the message is no longer unopened, and the place kept.
+  MadeAnewBy([this] { Press(Qt::Key_Return); });
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_EQ(TopLevel<MessageWindow>()->Tag(), Ids({1}).first());
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
-  // The page was made anew, since the message is no longer unopened, and the place kept.
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_1'")));
   FocusPage();
   Press(Qt::Key_F);
@@ -229,20 +223,22 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   FocusPage();
   Press(Qt::Key_Down);
-  InModal<ConsoleWindow>(
-      [this] { Press(Qt::Key_M); },
-      [](ConsoleWindow& window) {
-        auto& shelves = Child<QTreeWidget>(window, u"TreeView1");
-        shelves.setCurrentItem(
-            shelves.findItems(QStringLiteral("棚"), Qt::MatchExactly | Qt::MatchRecursive)
-                .value(0));
-        window.cmOk_Click();
-      });
-  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
-  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
+  MadeAnewBy([this] {
+    InModal<ConsoleWindow>(
+        [this] { Press(Qt::Key_M); },
+        [](ConsoleWindow& window) {
+          auto& shelves = Child<QTreeWidget>(window, u"TreeView1");
+          shelves.setCurrentItem(
+              shelves.findItems(QStringLiteral("棚"), Qt::MatchExactly | Qt::MatchRecursive)
+                  .value(0));
+          window.cmOk_Click();
+        });
+  });
+  for (int i = 0; i < 2; ++i) {
+    MadeAnewBy([this] { Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf)); });
+  }
   OpenFolder(QString::fromUtf16(kShelf));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
-  WaitFor([] { return false; }, 400);  // the page is made anew after the drops
   EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
   // The whole choice is dragged by one of its messages.
   Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
@@ -265,7 +261,7 @@ TEST_F(FolderPageTest, APageMadeAnewWhileItIsLoadingIsShown) {
   Begin(60, 100);
   for (int i = 0; i < 25; ++i) {
     Browser()->LoadDefaultProperty(nullptr, true);
-    WaitFor([] { return false; }, i % 5 * 7);
+    test::RunFor(i % 5 * 7);
   }
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No60.")); }));
   const QDir pages(Folder() + QStringLiteral("temp"));
@@ -357,7 +353,7 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
     const QVariantList at = Script(place.arg(QString::fromLatin1(id))).toList();
     ASSERT_EQ(at.size(), 2);
     ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
-    WaitFor([] { return false; }, 150);
+    AwaitPainted(*View());
     EXPECT_NE(View()->title(), QStringLiteral("owned"));
     EXPECT_TRUE(View()->url().isLocalFile() || View()->url().isEmpty());
     EXPECT_EQ(Browsers().size(), 1U);
@@ -464,7 +460,7 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
     return &view;
   };
   const auto click = [](QWebEngineView* view) {
-    WaitFor([] { return false; }, 200);
+    AwaitPainted(*view);
     QTest::mouseClick(view->focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
   };
   QWebEngineView* first = open("/one");

@@ -186,7 +186,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   ASSERT_NE(view, nullptr);
   auto& images = Child<QPushButton>(*view, u"cmRemoteImages");
   ASSERT_TRUE(WaitFor([&images] { return images.isVisible(); }));
-  WaitFor([] { return false; }, 500);
+  test::RunFor(500);
   EXPECT_FALSE(remote.hasPendingConnections());
   QString text;
   view->View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
@@ -196,6 +196,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   QString question;
   EXPECT_TRUE(InModal<QMessageBox>(
       [view] {
+        AwaitPainted(*view->View());
         QTest::mouseMove(view->View()->focusProxy(), {40, 40});
         QTest::mouseClick(view->View()->focusProxy(), Qt::LeftButton, Qt::NoModifier, {40, 40});
       },

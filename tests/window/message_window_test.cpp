@@ -358,8 +358,7 @@ TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);
   ASSERT_NE(event, nullptr);
-  QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
-                    tree->visualItemRect(event).center());
+  test::ClickRow(*tree, event);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow& window = *TopLevel<MessageWindow>();
   const auto& tabs = Child<QTabWidget>(window, u"tsPage");

@@ -149,8 +149,8 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
   EXPECT_NEAR(splitter->sizes()[0], tree, 3);
   // Cascaded windows do not fill the area, tiled ones do.
   auto* area = program_->Parent()->findChild<QMdiArea*>();
-  WaitFor([] { return false; }, 100);
-  EXPECT_NE(area->subWindowList()[0]->width(), area->viewport()->width());
+  EXPECT_TRUE(
+      WaitFor([area] { return area->subWindowList()[0]->width() != area->viewport()->width(); }));
   Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
 }

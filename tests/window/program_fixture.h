@@ -5,7 +5,9 @@
 #include <QAction>
 #include <QDir>
 #include <QLineEdit>
+#include <QRandomGenerator>
 #include <QTest>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "frame/window/login_window.h"
@@ -87,7 +89,7 @@ class ProgramTest : public testing::Test {
     if (ParentWindow* parent = program_->Parent()) parent->close();
     WaitFor([this] { return program_->Parent() == nullptr; });
     program_.reset();
-    WaitFor([] { return false; }, 50);
+    test::RunFor(50);
   }
 
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
@@ -109,7 +111,7 @@ class ProgramTest : public testing::Test {
   // The shortcut of "send and receive"; a window system activates the main window by itself.
   void PressReceive() {
     program_->Parent()->activateWindow();
-    WaitFor([this] { return program_->Parent()->isActiveWindow(); }, 2000);
+    WaitFor([this] { return program_->Parent()->isActiveWindow(); });
     QTest::keyClick(program_->Parent(), Qt::Key_M, Qt::ControlModifier);
   }
   void Receive() {
@@ -139,6 +141,49 @@ class ProgramTest : public testing::Test {
              Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled();
     }));
     View()->setFocus();
+  }
+  // What a script answers that runs in a page's world of the program.
+  static QVariant ScriptIn(QWebEngineView& view, const QString& script) {
+    QVariant answer;
+    bool done = false;
+    view.page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
+                               [&](const QVariant& value) {
+                                 answer = value;
+                                 done = true;
+                               });
+    WaitFor([&done] { return done; });
+    return answer;
+  }
+  QVariant Script(const QString& script) const { return ScriptIn(*View(), script); }
+  // Waits until a page is loaded, laid out and painted. Before that it does not know what is
+  // clicked.
+  static void AwaitPainted(QWebEngineView& view) {
+    const QString script =
+        QStringLiteral(
+            "(() => { const all = window.painted = window.painted || {};"
+            "  if (!(%1 in all)) {"
+            "    all[%1] = 0;"
+            "    const begun = () => { if (++all[%1] < 4) requestAnimationFrame(begun); };"
+            "    requestAnimationFrame(begun);"
+            "  }"
+            "  return all[%1] >= 4; })()")
+            .arg(QRandomGenerator::global()->generate());
+    EXPECT_TRUE(
+        WaitFor([&] { return !view.page()->isLoading() && ScriptIn(view, script).toBool(); }));
+  }
+  // Clicks the first link that a selector finds.
+  void ClickLink(const QString& selector) {
+    AwaitPainted(*View());
+    const QVariantList at =
+        Script(QStringLiteral("(() => { const e = document.querySelector('%1');"
+                              "  e.scrollIntoView();"
+                              "  const r = e.getClientRects()[0];"
+                              "  return [r.x + r.width / 2, r.y + r.height / 2]; })()")
+                   .arg(selector))
+            .toList();
+    ASSERT_EQ(at.size(), 2);
+    AwaitPainted(*View());
+    ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
   }
   // Clicks at a point of the page as a user does.
   void ClickPage(const QPoint& at) {

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -18,6 +20,7 @@
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QWebEngineView>
+#include <algorithm>
 
 #include "mail/mail_store.h"
 #include "mail/window/message_window.h"
@@ -77,11 +80,8 @@ TEST_F(ProgramTest, ReceivedMailAppearsAndItsLinksOpenMessages) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("佐藤")));
   EXPECT_TRUE(PageText().contains(QStringLiteral("返信")));
 
-  // The first subject stands below the heading; its exact place depends on the fonts.
-  for (int y = 30; y < 140 && TopLevel<MessageWindow>() == nullptr; y += 6) {
-    ClickPage(QPoint(60, y));
-    WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }, 300);
-  }
+  ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   auto* message = TopLevel<MessageWindow>();
   ASSERT_NE(message, nullptr);
   EXPECT_EQ(message->objectName(), QStringLiteral("Mail"));
@@ -106,10 +106,8 @@ TEST_F(ProgramTest, AReplyIsWrittenAndSent) {
   AwaitInbox();
   Receive();
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 1")); }));
-  for (int y = 30; y < 140 && TopLevel<MessageWindow>() == nullptr; y += 6) {
-    ClickPage(QPoint(60, y));
-    WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }, 300);
-  }
+  ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   auto* message = TopLevel<MessageWindow>();
   ASSERT_NE(message, nullptr);
   message->findChild<QAction*>(QStringLiteral("replay"))->trigger();
@@ -286,10 +284,7 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   ASSERT_TRUE(WaitFor([log] { return log->childCount() == 1; }));
   QString text;
   EXPECT_TRUE(InModal<ObjectsWindow>(
-      [&] {
-        QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          tree->visualItemRect(log->child(0)).center());
-      },
+      [&] { test::ClickRow(*tree, log->child(0)); },
       [&text](ObjectsWindow& window) {
         text = window.findChild<QPlainTextEdit*>(QStringLiteral("txEventLog"))->toPlainText();
         QTest::keyClick(&window, Qt::Key_Escape);
@@ -325,7 +320,12 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
   ASSERT_NE(editor, nullptr);
   test::TypeText(*editor, QStringLiteral("予定"));
   QTest::keyClick(editor, Qt::Key_Return);
-  WaitFor([] { return false; }, 400);
+  const auto isRenamed = [this] {
+    const auto& objects = program_->GetContext().Objects;
+    return std::any_of(objects.begin(), objects.end(),
+                       [](const DiskPtr& object) { return object->Text(u"Object") == u"予定"; });
+  };
+  ASSERT_TRUE(WaitFor(isRenamed));
   ASSERT_NE(node(u"予定"), nullptr);
 
   // A name that is taken is refused; after Escape the old one stands there again.
@@ -363,15 +363,19 @@ TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
   AwaitInbox();
   ParentWindow* parent = program_->Parent();
   auto* tree = parent->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
-  const auto click = [&](const char16_t* name) {
-    QTreeWidgetItem* item = tree->findItems(QString::fromUtf16(name), Qt::MatchRecursive).value(0);
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      tree->visualItemRect(item).center());
-    WaitFor([] { return false; }, 400);
+  const auto* area = parent->findChild<QMdiArea*>();
+  const auto open = [&](const char16_t* name, const QString& folder) {
+    test::ClickRow(*tree, tree->findItems(QString::fromUtf16(name), Qt::MatchRecursive).value(0));
+    return WaitFor([&] {
+      const QMdiSubWindow* active = area->activeSubWindow();
+      const auto* browser =
+          active == nullptr ? nullptr : qobject_cast<BrowserWindow*>(active->widget());
+      return browser != nullptr && browser->Tag() == folder;
+    });
   };
-  click(u"送信");
+  ASSERT_TRUE(open(u"送信", fixed_serial::kOutbox));
   EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
-  click(u"受信");
+  ASSERT_TRUE(open(u"受信", fixed_serial::kInbox));
   EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
 }
 

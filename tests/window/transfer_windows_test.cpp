@@ -66,8 +66,7 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     EXPECT_EQ(Lines(list), QStringList{QStringLiteral("($追加)")});
     const auto add = [&](int entry, const QString& text, Qt::Key end) {
       list.setCurrentCell(list.rowCount() - 1, 0);
-      const QPoint place = list.visualItemRect(list.currentItem()).center();
-      QTest::mouseClick(list.viewport(), Qt::RightButton, Qt::NoModifier, place);
+      test::ClickRow(list, list.currentItem(), Qt::RightButton);
       EXPECT_TRUE(menu.isVisible());
       menu.actions()[entry]->trigger();
       menu.close();
@@ -129,7 +128,7 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
   const auto& player = *program_->Parent()->findChild<QSoundEffect*>(QStringLiteral("mmSound"));
   EXPECT_EQ(NextMessageBox([this] { Receive(); }, Qt::Key_Escape),
             QStringLiteral("新着メッセージを受信しました。今すぐ開きますか？"));
-  WaitFor([] { return false; }, 300);
+  test::RunFor(300);
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
   EXPECT_TRUE(player.source().isEmpty());
 

@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
   SetDefault("QT_QPA_PLATFORM", "offscreen");
   SetDefault("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu");
   SetDefault("QTWEBENGINE_DISABLE_SANDBOX", "1");  // tests may run as root
-  const vorn::test::PrivateUserSettings settings;
+  const vorn::test::PrivateUser user;
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   testing::InitGoogleTest(&argc, argv);

@@ -109,11 +109,18 @@ void Announcer::WindowEvent(QWidget& window, int type) {
   }
   if (type == QEvent::Polish) {
     if (auto* browser = qobject_cast<BrowserWindow*>(&window)) FollowBrowser(*browser);
+    if (auto* view = qobject_cast<QWebEngineView*>(&window)) FollowView(*view);
     if (auto* parent = qobject_cast<ParentWindow*>(&window)) FollowParent(*parent);
   }
   if (!window.isWindow() || window.windowType() == Qt::ToolTip) return;
   if (type == QEvent::Show) say_(QStringLiteral("shown ") + Name(window));
   if (type == QEvent::Hide) say_(QStringLiteral("closed ") + Name(window));
+}
+
+void Announcer::FollowView(QWebEngineView& view) {
+  connect(&view, &QWebEngineView::loadFinished, this, [this, &view](bool ok) {
+    if (ok) say_(QStringLiteral("loaded ") + Name(view));
+  });
 }
 
 void Announcer::FollowBrowser(BrowserWindow& browser) {

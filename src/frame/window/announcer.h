@@ -6,6 +6,7 @@
 #include <functional>
 
 class QWebEnginePage;
+class QWebEngineView;
 class QWindow;
 
 namespace vorn {
@@ -21,6 +22,7 @@ class ParentWindow;
 ///     active NAME | active -    it has the keyboard now; "-": no window of the program has it
 ///     focus NAME                the control in it that has
 ///     enabled NAME              a button can be pressed again
+///     loaded NAME               a view of the browser engine has got its page
 ///     page FOLDER ROWS          a folder's page is loaded and painted, with so many messages
 ///     session ended received N sent N errors N    counted since the program began
 ///     settled PROBE KEYS        the answer to a probe
@@ -45,6 +47,7 @@ class Announcer : public QObject {
 
  private:
   void WindowEvent(QWidget& window, int type);
+  void FollowView(QWebEngineView& view);
   void FollowBrowser(BrowserWindow& browser);
   void FollowParent(ParentWindow& parent);
   void FocusMoved(const QWindow* window);
