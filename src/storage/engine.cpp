@@ -46,11 +46,9 @@ StorageError EngineError(sqlite3* handle) {
       }
       return {Kind::Other, Ui::tr("同じメッセージが既に保存されています。")};
     case SQLITE_ERROR:
-      return {Kind::BadStatement,
-              Ui::tr("文を実行できません: ") + QString::fromUtf8(sqlite3_errmsg(handle))};
+      return {Kind::BadStatement, Ui::tr("この条件や文は実行できません。（コード%1）").arg(code)};
     default:
-      return {Kind::Other,
-              Ui::tr("データベースのエラーです: ") + QString::fromUtf8(sqlite3_errmsg(handle))};
+      return {Kind::Other, Ui::tr("データベースのエラーです。（コード%1）").arg(code)};
   }
 }
 
