@@ -9,6 +9,7 @@
 #include "ctl/command.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
+#include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/known_damage.h"
@@ -17,7 +18,8 @@ namespace vorn::ctl {
 namespace {
 
 constexpr char16_t kUsage[] =
-    u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号] コマンド\n"
+    u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]\n"
+    u"      [--create] [--reconnect ファイル]... コマンド\n"
     u"\n"
     u"  account add --name 名前 --address アドレス [--display 表示名]\n"
     u"      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号\n"
@@ -41,7 +43,9 @@ constexpr char16_t kUsage[] =
     u"\n"
     u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
     u"\n"
-    u"読み込みます。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、\n"
+    u"読み込みます。プロファイルのファイルがなくなったときは、--reconnect でつなぎ直すか、--create "
+    u"で\n"
+    u"空のファイルを作ります。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、\n"
     u"4 読み込めないメッセージを除いて終了";
 
 struct Command {
@@ -98,7 +102,18 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
     *error = QStringLiteral("プロファイルを作成できません。") + context.Data.LastError().text;
     return false;
   }
-  return LogIn(context, arguments.Text(QStringLiteral("profile")), password, error);
+  for (const QString& notice : context.Notices) Complain(notice, 0);
+  const LostFileChoice choice{arguments.Has(QStringLiteral("create")),
+                              arguments.All(QStringLiteral("reconnect"))};
+  if (LogIn(context, arguments.Text(QStringLiteral("profile")), password, error, choice)) {
+    return true;
+  }
+  if (context.Data.LastError().kind == StorageError::Kind::NotFound) {
+    *error += QStringLiteral(
+        "\nファイルをつなぎ直すときは --reconnect ファイル を、新しい空の"
+        "ファイルを作るときは --create を付けてください。");
+  }
+  return false;
 }
 
 // What the command met on its way and may not have shown.
@@ -117,7 +132,8 @@ bool TellDamage(Context& context) {
 
 int RunCommand(const Command& command, const Arguments& arguments) {
   const QSet<QString> everywhere = {QStringLiteral("data"), QStringLiteral("profile"),
-                                    QStringLiteral("password-fd")};
+                                    QStringLiteral("password-fd"), QStringLiteral("create"),
+                                    QStringLiteral("reconnect")};
   const QStringList unknown = arguments.Unknown(command.options + everywhere);
   if (!unknown.isEmpty()) {
     return Complain(QStringLiteral("--%1 は使えません。").arg(unknown.first()), kExitUsage);
@@ -127,6 +143,7 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
   const int code = command.run(context, arguments);
   const bool isDamaged = TellDamage(context);
+  NoteFiles(context);  // tried again by the next command
   context.Data.CloseAll();
   return code == kExitOk && isDamaged ? kExitPartly : code;
 }
@@ -134,8 +151,8 @@ int RunCommand(const Command& command, const Arguments& arguments) {
 int Run(const QStringList& line) {
   const Arguments arguments(
       line, {QStringLiteral("json"), QStringLiteral("delete-on-server"), QStringLiteral("default"),
-             QStringLiteral("accept-damage"), QStringLiteral("overwrite"), QStringLiteral("help"),
-             QStringLiteral("version")});
+             QStringLiteral("accept-damage"), QStringLiteral("overwrite"), QStringLiteral("create"),
+             QStringLiteral("help"), QStringLiteral("version")});
   if (!arguments.Error().isEmpty()) return Complain(arguments.Error(), kExitUsage);
   if (arguments.Has(QStringLiteral("version"))) {
     Print(QStringLiteral("vornctl " VORN_VERSION));

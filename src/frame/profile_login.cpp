@@ -1,7 +1,9 @@
 #include "frame/profile_login.h"
 
-#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
 
+#include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
@@ -51,19 +53,85 @@ bool MakeStandardObjects(Context& context) {
          CreateStandardObjects(context);
 }
 
+// The files of a profile that are there, without its own database.
+QStringList MailFiles(const Context& context, const Disk& profile) {
+  QStringList files = ProfileFiles(context, profile).mid(1);
+  files.removeIf([](const QString& file) { return !HasContent(file); });
+  return files;
+}
+
+bool OpensAny(Context& context, const QStringList& files, const QString& password) {
+  return std::any_of(files.begin(), files.end(), [&](const QString& file) {
+    return context.Data.TestPassword(file, password);
+  });
+}
+
+// All files of a profile have one password, so each of them tells of the others: whether it was the
+// right one when the profile's own database is damaged or lost.
+bool PasswordFits(Context& context, const Disk& profile, const QString& password) {
+  const QString path = ProfilePath(context, profile);
+  const QStringList mail = MailFiles(context, profile);
+  if (!HasContent(path)) return mail.isEmpty() || OpensAny(context, mail, password);
+  if (context.Data.TestPassword(path, password)) return true;
+  const StorageError reason = context.Data.LastError();
+  if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
+    return context.Data.FailWith(
+        {StorageError::Kind::Damaged, Ui::tr("「%1」: ファイルの先頭が壊れています。パスワードは"
+                                             "正しく、メッセージのファイルは開けます。")
+                                          .arg(QFileInfo(path).fileName())});
+  }
+  return context.Data.FailWith(reason);
+}
+
+// After the list of profiles was made anew the true names stand in the profiles' own databases.
+DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
+  for (const DiskPtr& profile : context.Objects) {
+    if (profile->Flag(u"Rebuilt") &&
+        CheckLogin(context, profile, password) != LoginCheck::Refused &&
+        profile->Text(u"Object") == name) {
+      return profile;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 DiskPtr FindProfile(const Context& context, const QString& name) {
   return FindObjectByName(context, object_type::kProfile, name);
 }
 
-bool TestProfilePassword(Context& context, const Disk& profile, const QString& password) {
-  if (!HoldProfile(context, profile)) return false;
-  const QString path = ProfilePath(context, profile);
-  if (!QFile::exists(path) || context.Data.TestPassword(path, password)) return true;
-  // Who only tried must not keep others from their work.
-  if (context.Session->SerialID() != profile.SerialID()) context.Lock.reset();
-  return false;
+LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& password) {
+  if (!HoldProfile(context, *profile)) return LoginCheck::Refused;
+  if (!PasswordFits(context, *profile, password)) {
+    // Who only tried must not keep others from their work.
+    if (context.Session->SerialID() != profile->SerialID()) context.Lock.reset();
+    return LoginCheck::Refused;
+  }
+  RestoreProfile(context, *profile, password);
+  const QList<LostFile> lost = LostFiles(context, *profile);
+  if (lost.isEmpty()) return LoginCheck::Opens;
+  context.Data.FailWith({StorageError::Kind::NotFound, LostFilesText(lost)});
+  return LoginCheck::FilesLost;
+}
+
+bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password) {
+  return CheckLogin(context, profile, password) == LoginCheck::Opens;
+}
+
+bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& password,
+                      const LostFileChoice& choice) {
+  for (const LostFile& lost : LostFiles(context, *profile)) {
+    bool resolved = false;
+    for (const QString& file : choice.reconnect) {
+      resolved = resolved || ReconnectFile(context, lost, file, password);
+    }
+    if (!resolved && choice.create) {
+      resolved = ReplaceLostFile(context, *profile, lost, password);
+    }
+    if (!resolved) return false;
+  }
+  return true;
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
@@ -93,20 +161,34 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
              Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
-      return MakeStandardObjects(context) ||
-             Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
+      if (MakeStandardObjects(context) && CreateDatabase(context, DatabaseKind::Mail)) {
+        NoteFiles(context);  // tried again at the end
+        return true;
+      }
+      return Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
   }
   return false;
 }
 
-bool LogIn(Context& context, const QString& name, const QString& password, QString* error) {
-  const DiskPtr profile = name.isEmpty() ? DefaultProfile(context) : FindProfile(context, name);
+bool LogIn(Context& context, const QString& name, const QString& password, QString* error,
+           const LostFileChoice& choice) {
+  DiskPtr profile = name.isEmpty() ? DefaultProfile(context) : FindProfile(context, name);
+  if (profile == nullptr && !name.isEmpty()) profile = FindRebuiltProfile(context, name, password);
   if (profile == nullptr) {
     *error = name.isEmpty() ? Ui::tr("プロファイルが複数あります。名前を指定してください。")
                             : Ui::tr("プロファイル「%1」はありません。").arg(name);
     return false;
   }
-  if (!TestProfilePassword(context, *profile, password)) {
+  LoginCheck check = CheckLogin(context, profile, password);
+  const bool decided = choice.create || !choice.reconnect.isEmpty();
+  if (check == LoginCheck::FilesLost && decided) {
+    if (!ResolveLostFiles(context, profile, password, choice)) {
+      return Fail(context, Ui::tr("なくなったファイルを元に戻せません。"), error);
+    }
+    check = CheckLogin(context, profile, password);
+  }
+  if (check == LoginCheck::FilesLost) return Fail(context, {}, error);
+  if (check == LoginCheck::Refused) {
     return Fail(context,
                 Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。"),
                 error);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include "storage/context.h"
 
@@ -9,9 +10,30 @@ namespace vorn {
 /// The loaded profile with that name, or null.
 DiskPtr FindProfile(const Context& context, const QString& name);
 
-/// Whether the profile's database opens with the password. A profile whose database does not exist
-/// yet takes any: the file is made with the typed one.
-bool TestProfilePassword(Context& context, const Disk& profile, const QString& password);
+enum class LoginCheck {
+  Opens,
+  Refused,    ///< a wrong password, a damaged file, or another program changes the password
+  FilesLost,  ///< files that the profile had are not there, see `LostFiles`
+};
+
+/// Whether the profile can be entered with the password; else the reason is in the session's
+/// `LastError`. The profile is held from then on. One whose database never existed takes any
+/// password: the file is made with the typed one. Takes over what the profile's own database knows
+/// of the profile when the list of profiles had to be made anew.
+LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& password);
+
+/// Whether `CheckLogin` lets the profile be entered.
+bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password);
+
+/// What the user wants done about lost files.
+struct LostFileChoice {
+  bool create = false;    ///< new, empty ones in their place
+  QStringList reconnect;  ///< files that are the lost ones
+};
+
+/// Carries the choice out. On false the reason is in the session's `LastError`.
+bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& password,
+                      const LostFileChoice& choice);
 
 /// Notes a login in the session bag: "password", "status" (the profile's serial identifier) and
 /// "mode" = "login".
@@ -26,8 +48,10 @@ inline constexpr int kLoginSteps = 5;
 /// why.
 bool RunLoginStep(Context& context, LoginStep step, const QString& password, QString* error);
 
-/// The whole login without windows. `name` empty means the default profile, or the only one.
-bool LogIn(Context& context, const QString& name, const QString& password, QString* error);
+/// The whole login without windows. `name` empty means the default profile, or the only one. With
+/// lost files it fails unless `choice` says what to do about them.
+bool LogIn(Context& context, const QString& name, const QString& password, QString* error,
+           const LostFileChoice& choice = {});
 
 /// The profile "Administrator" of the very first start, stored and loaded, also when another
 /// program has just made it; null when it cannot be saved.

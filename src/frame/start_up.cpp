@@ -1,13 +1,17 @@
 #include "frame/start_up.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QSysInfo>
 
 #include "frame/security_key.h"
+#include "objects/lost_files.h"
 #include "storage/databases.h"
+#include "storage/file_lock.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 
@@ -16,6 +20,7 @@ namespace {
 
 constexpr qsizetype kComputerNameCharacters = 40;
 constexpr qsizetype kIniValueCharacters = 255;
+constexpr int kRebuildWaitMs = 10000;
 
 QString WithSeparator(const QString& folder) {
   return folder.endsWith(u'/') || folder.endsWith(QDir::separator()) ? folder : folder + u'/';
@@ -26,16 +31,6 @@ bool ReadDebugMode(const QString& appFolder) {
   const QString value =
       ini.value(QStringLiteral("infomation/debug"), QStringLiteral("False")).toString();
   return value.left(kIniValueCharacters).toLower() == u"true";
-}
-
-// An earlier version that was killed as it made its first file left an empty one.
-void RemoveEmptyNavigator(const Context& context) {
-  const QFileInfo file(context.NaviDatabasePath);
-  const QDir folder(context.AppFolder);
-  if (!file.exists() || file.size() > 0) return;
-  if (folder.entryList({QStringLiteral("_profile*")}, QDir::Dirs).isEmpty()) {
-    QFile::remove(file.filePath());
-  }
 }
 
 // Earlier versions left the mode of files to the user's mask. Only what is known to be the
@@ -58,6 +53,65 @@ void MakeDataPrivate(const Context& context) {
       MakePrivate(entry.filePath());
     }
   }
+}
+
+bool LoadProfiles(Context& context) {
+  return CreateDatabase(context, DatabaseKind::Navigator) &&
+         LoadObjects(context, DatabaseKind::Navigator, context.Objects);
+}
+
+// An unreadable list of profiles holds nothing that the profiles do not know themselves; it is kept
+// all the same.
+bool SetListAside(Context& context) {
+  const QString path = context.NaviDatabasePath;
+  const QString kept = path + QStringLiteral(".unreadable-") +
+                       QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmsszzz"));
+  QFile::rename(path + QStringLiteral("-wal"), kept + QStringLiteral("-wal"));
+  QFile::remove(path + QStringLiteral("-shm"));
+  if (!QFile::rename(path, kept)) return false;
+  context.Notices.append(Ui::tr("プロファイル一覧のファイルを読めないため、「%1」という名前で残し"
+                                "ました。")
+                             .arg(QFileInfo(kept).fileName()));
+  return true;
+}
+
+bool StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
+  bool stored = OpenDatabase(context, DatabaseKind::Navigator) && context.Data.Begin();
+  for (const DiskPtr& profile : profiles) {
+    stored = stored && profile->DiskToDatabase(context.Data);
+  }
+  stored = stored && context.Data.Commit();
+  if (!stored) context.Data.Rollback();
+  context.Data.Close();
+  if (!stored) return false;
+  for (const DiskPtr& profile : profiles) context.Objects.Add(profile);
+  context.Notices.append(Ui::tr("プロファイル一覧を、フォルダにある%1個のプロファイルから作り"
+                                "直しました。名前はログインすると元に戻ります。")
+                             .arg(profiles.size()));
+  return true;
+}
+
+// The list of profiles is lost, unreadable (the user's settings with its key are lost, or they are
+// another user's) or empty: with profile folders beside it, it is made anew from them.
+bool RebuildList(Context& context) {
+  FileLock lock(context.AppFolder + QStringLiteral("navi.lock"));
+  if (lock.Take(FileLock::Kind::Exclusive, kRebuildWaitMs) != FileLock::Result::Taken) return false;
+  const QList<DiskPtr> profiles = ProfilesFromFolders(context);
+  const bool empty = QFileInfo::exists(context.NaviDatabasePath) &&
+                     QFileInfo(context.NaviDatabasePath).size() == 0;
+  if (empty && profiles.isEmpty()) {
+    QFile::remove(context.NaviDatabasePath);  // of a killed first start
+  }
+  if (!LoadProfiles(context)) {
+    using Kind = StorageError::Kind;
+    const Kind kind = context.Data.LastError().kind;
+    const bool unreadable =
+        kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
+    if (!unreadable || profiles.isEmpty() || !SetListAside(context) || !LoadProfiles(context)) {
+      return false;
+    }
+  }
+  return !context.Objects.IsEmpty() || profiles.isEmpty() || StoreRebuilt(context, profiles);
 }
 
 }  // namespace
@@ -93,9 +147,9 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
     return false;
   }
   MakeDataPrivate(context);
-  RemoveEmptyNavigator(context);
-  if (!CreateDatabase(context, DatabaseKind::Navigator) ||
-      !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
+  const bool listed = QFileInfo(context.NaviDatabasePath).size() > 0 && LoadProfiles(context) &&
+                      !context.Objects.IsEmpty();
+  if (!listed && !RebuildList(context)) {
     *error =
         Ui::tr("プロファイル一覧のファイル「%1」を開けません。%2")
             .arg(QDir::toNativeSeparators(context.NaviDatabasePath), context.Data.LastError().text);

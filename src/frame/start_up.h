@@ -15,7 +15,9 @@ inline const QString kApplicationTitle = QStringLiteral(".VORN");
 QString ChooseAppFolder(const QString& requested, const QString& executableFolder);
 
 /// Fills the process-wide values, makes sure that the navigator database exists and loads the
-/// profiles. On false `error` is a sentence for the user and nothing was overwritten.
+/// profiles. Where it is lost or cannot be read beside profiles' folders, the list is made anew
+/// from these, which the context's `Notices` say. On false `error` is a sentence for the user and
+/// nothing was overwritten.
 bool StartUp(Context& context, const QString& appFolder, QString* error);
 
 }  // namespace vorn

@@ -19,11 +19,9 @@ PasswordChange ChangeOf(Context& context, const Disk& profile) {
 
 }  // namespace
 
-DiskPtr CreateProfile(Context& context, const QString& name) {
-  auto profile = std::make_shared<Disk>(context.Data.NewSerialID(QStringLiteral("_profile")));
-  const QString folder = QStringLiteral("/current/") + profile->SerialID() + u'\\';
-  const QString mail =
-      folder + context.Data.NewSerialID().left(kFileNameCharacters) + QStringLiteral(".mbx");
+DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
+  auto profile = std::make_shared<Disk>(serialId);
+  const QString folder = QStringLiteral("/current/") + serialId + u'\\';
   profile->Let(QStringLiteral("FormName"), object_type::kProfile);
   profile->Let(QStringLiteral("Object"), name);
   profile->Let(QStringLiteral("ToolTipText"), QString());
@@ -35,6 +33,15 @@ DiskPtr CreateProfile(Context& context, const QString& name) {
   profile->Let(QStringLiteral("Profile"), QString(folder + QStringLiteral("profile.mbx")));
   profile->Let(QStringLiteral("Mail"), mail);
   profile->Let(QStringLiteral("History"), mail);
+  return profile;
+}
+
+DiskPtr CreateProfile(Context& context, const QString& name) {
+  const QString serial = context.Data.NewSerialID(QStringLiteral("_profile"));
+  const QString mail = QStringLiteral("/current/") + serial + u'\\' +
+                       context.Data.NewSerialID().left(kFileNameCharacters) +
+                       QStringLiteral(".mbx");
+  DiskPtr profile = NewProfile(serial, name, mail);
   return SaveObject(context, DatabaseKind::Navigator, *profile) ? profile : nullptr;
 }
 

@@ -26,6 +26,8 @@ struct Context {
   /// The loaded objects: profiles, the profile's objects, the settings "logo".
   DiskCollection Objects;
   DataSession Data;
+  /// What start-up has done that the user must know, as sentences.
+  QStringList Notices;
 };
 
 /// `path` with every "/current/" replaced by the application folder. Database paths are stored with

@@ -13,8 +13,14 @@ namespace vorn {
 
 namespace {
 
+constexpr qint64 kPageBytes = 4096;
+
 // Which file it was, for the user who has several.
 StorageError Named(const QString& path, StorageError error) {
+  // The engine writes whole pages; anything else is no question of the password.
+  if (error.kind == StorageError::Kind::WrongPassword && QFileInfo(path).size() % kPageBytes != 0) {
+    error = {StorageError::Kind::Damaged, Ui::tr("ファイルが途中で切れているか、壊れています。")};
+  }
   error.text = QStringLiteral("「%1」: ").arg(QFileInfo(path).fileName()) + error.text;
   return error;
 }

@@ -33,6 +33,8 @@ class DataSession {
   void Close();
   /// Really closes the file at `path`, the open one or a warm one.
   void CloseFile(const QString& path);
+  /// Whether the file at `path` is open or was, and opens again at no cost.
+  bool IsWarm(const QString& path) const { return pool_.Peek(path) != nullptr; }
   /// Whether the open file has no tables yet: its maker died, or has just made it.
   bool IsUnfinished() const;
   bool IsOpen() const { return connection_ != nullptr; }

@@ -1,8 +1,11 @@
 #include "storage/databases.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include "storage/file_notes.h"
 #include "storage/new_database.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -91,6 +94,21 @@ bool OpenAt(Context& context, DatabaseKind kind, const Location& location) {
 // Only a missing file is made; whatever else is wrong with one is for the user to know.
 bool OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
   if (OpenAt(context, kind, location)) return true;
+  const bool missing = !QFile::exists(location.path);
+  if (missing && kind != DatabaseKind::Navigator && IsNoted(context, location.path)) {
+    return context.Data.FailWith(
+        {StorageError::Kind::NotFound, Ui::tr("データベースファイル「%1」がありません。")
+                                           .arg(QFileInfo(location.path).fileName())});
+  }
+  // Everything of a profile has one password, which has opened its own database.
+  if (context.Data.LastError().kind == StorageError::Kind::WrongPassword &&
+      (kind == DatabaseKind::Mail || kind == DatabaseKind::MailByPath) &&
+      context.Session->Flag(u"login")) {
+    return context.Data.FailWith(
+        {StorageError::Kind::Damaged,
+         Ui::tr("「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。")
+             .arg(QFileInfo(location.path).fileName())});
+  }
   return !QFile::exists(location.path) && CreateAt(context, kind, location) &&
          OpenAt(context, kind, location);
 }
@@ -114,6 +132,11 @@ bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
 
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
   return OpenOrCreate(context, kind, Locate(context, kind, path));
+}
+
+bool MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
+                  const QString& password) {
+  return CreateAt(context, kind, {path, password});
 }
 
 bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {

@@ -14,7 +14,8 @@ enum class DatabaseKind {
 };
 
 /// Opens the database of a kind as the session's open one, making the file, its folder and its
-/// tables when they are missing. `path` is used for `MailByPath` only. False without a message;
+/// tables when they are missing; but a file that the profile has noted is never made anew, see
+/// `FileNote`. `path` is used for `MailByPath` only. False without a message;
 /// the reason is in the session's `LastError`.
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {});
 
@@ -22,6 +23,10 @@ bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {})
 /// are used for `MailByPath` only.
 bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path = {},
                     const QString& password = {});
+
+/// Makes a file of a kind at a platform path, with its tables; one that exists is left alone.
+bool MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
+                  const QString& password);
 
 /// Adds every object stored in a database of the first two kinds to `objects`, in the order of
 /// their serial identifiers; one that is loaded already stays. An object that fails is skipped.

@@ -25,6 +25,17 @@ void RemoveUnfinished(const QFileInfo& file) {
   for (const QString& name : left) folder.remove(name);
 }
 
+// The logs of a file that was lost would be read into the new one.
+void SetLogsAside(const QString& path) {
+  QFile::remove(path + QStringLiteral("-shm"));
+  for (const char16_t* part : {u"-wal", u"-journal"}) {
+    const QString log = path + QString::fromUtf16(part);
+    if (!QFile::exists(log)) continue;
+    QFile::remove(log + QStringLiteral(".lost"));
+    QFile::rename(log, log + QStringLiteral(".lost"));
+  }
+}
+
 bool FillAndClose(DataSession& data, const QString& path, const QString& password,
                   const std::function<bool()>& makeTables) {
   const bool filled = data.Create(path, password) && data.Open(path, password) && makeTables();
@@ -60,6 +71,7 @@ bool CreateDatabaseFile(DataSession& data, const QString& path, const QString& p
   RemoveUnfinished(file);
   const QString unfinished =
       path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
+  SetLogsAside(path);
   const bool made = FillAndClose(data, unfinished, password, makeTables);
   const bool placed = made && PlaceNewFile(unfinished, path) != Placing::Failed;
   RemoveUnfinished(file);

@@ -100,9 +100,9 @@ TEST(Login, ADeletedProfileDatabaseIsMadeAnewWithTheTypedPassword) {
                               mail, mail + QStringLiteral("-wal"), mail + QStringLiteral("-shm")}) {
     QFile::remove(file);
   }
-  EXPECT_TRUE(TestProfilePassword(context, *context.Session, QStringLiteral("new")));
+  EXPECT_TRUE(TestProfilePassword(context, context.Session, QStringLiteral("new")));
   profile.Restart(QStringLiteral("new"));
-  EXPECT_FALSE(TestProfilePassword(profile.Get(), *profile.Get().Session, QString()));
+  EXPECT_FALSE(TestProfilePassword(profile.Get(), profile.Get().Session, QString()));
 }
 
 TEST(Login, SeveralProfilesNeedANameUnlessOneWasUsedLast) {

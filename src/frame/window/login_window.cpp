@@ -2,6 +2,8 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +13,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/window/icons.h"
+#include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
@@ -71,7 +74,12 @@ void LoginWindow::cmOk_Click() {
   const DiskPtr profile = FindProfile(context_, cbProfile_->currentText());
   if (profile == nullptr) return;
   const QString password = txPassword_->text();
-  if (!TestProfilePassword(context_, *profile, password)) {
+  LoginCheck check = CheckLogin(context_, profile, password);
+  while (check == LoginCheck::FilesLost) {
+    if (!AskAboutLostFiles(profile, password)) return;
+    check = CheckLogin(context_, profile, password);
+  }
+  if (check == LoginCheck::Refused) {
     const StorageError& reason = context_.Data.LastError();
     QString text = Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。");
     // Any other reason than a wrong password the user has to know.
@@ -84,6 +92,44 @@ void LoginWindow::cmOk_Click() {
   BeginLogin(context_, *profile, password);
   accept();
   Q_EMIT LoggedIn();
+}
+
+// What becomes of the files that are missing is for the user alone to say.
+bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& password) {
+  const QList<LostFile> lost = LostFiles(context_, *profile);
+  LostFileChoice choice;
+  for (const LostFile& file : lost) choice.reconnect += file.found;
+  QMessageBox question(QMessageBox::Warning, kApplicationTitle, LostFilesText(lost),
+                       QMessageBox::NoButton, this);
+  const auto button = [&question](const QString& name, const QString& text) {
+    QPushButton* added = question.addButton(text, QMessageBox::ActionRole);
+    added->setObjectName(name);
+    return added;
+  };
+  QPushButton* found = choice.reconnect.isEmpty()
+                           ? nullptr
+                           : button(QStringLiteral("cmReconnect"), Ui::tr("つなぎ直す(&R)"));
+  QPushButton* chosen = button(QStringLiteral("cmChoose"), Ui::tr("ファイルを選ぶ(&F)..."));
+  QPushButton* created = button(QStringLiteral("cmCreate"), Ui::tr("新しい空のファイルを作る(&N)"));
+  QPushButton* cancel = question.addButton(Ui::tr("キャンセル"), QMessageBox::RejectRole);
+  question.setDefaultButton(found != nullptr ? found : cancel);
+  question.setEscapeButton(cancel);
+  question.exec();
+  const QAbstractButton* clicked = question.clickedButton();
+  if (clicked == chosen) {
+    choice.reconnect = QFileDialog::getOpenFileNames(this, Ui::tr("なくなったファイルを選ぶ"),
+                                                     QFileInfo(lost.first().path).path());
+    if (choice.reconnect.isEmpty()) return true;  // asked again
+  } else if (clicked == created) {
+    choice = {true, {}};
+  } else if (found == nullptr || clicked != found) {
+    context_.Lock.reset();
+    return false;
+  }
+  if (!ResolveLostFiles(context_, profile, password, choice)) {
+    QMessageBox::warning(this, kApplicationTitle, context_.Data.LastError().text);
+  }
+  return true;
 }
 
 void LoginWindow::reject() {

@@ -29,6 +29,9 @@ class LoginWindow : public QDialog {
   void reject() override;
 
  private:
+  /// False when the login is given up.
+  bool AskAboutLostFiles(const DiskPtr& profile, const QString& password);
+
   Context& context_;
   QComboBox* cbProfile_;
   QLineEdit* txPassword_;

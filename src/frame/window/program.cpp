@@ -15,6 +15,7 @@
 #include "frame/window/parent_window.h"
 #include "frame/window/version_window.h"
 #include "mail/mailto.h"
+#include "objects/lost_files.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 
@@ -54,6 +55,7 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
 Program::~Program() {
   delete opening_.data();
   delete parent_.data();
+  if (context_.Session->Flag(u"login")) NoteFiles(context_);  // tried again at the next login
   context_.Data.CloseAll();
 }
 
@@ -81,6 +83,9 @@ bool Program::Start() {
   messages_.Listen();
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
   RemoveOldPages();
+  if (!context_.Notices.isEmpty()) {
+    QMessageBox::information(nullptr, kApplicationTitle, context_.Notices.join(u'\n'));
+  }
   if (!context_.Objects.IsEmpty()) {
     ShowLogin();
     return true;

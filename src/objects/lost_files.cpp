@@ -1,0 +1,240 @@
+#include "objects/lost_files.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "objects/object_types.h"
+#include "objects/profile.h"
+#include "objects/save_object.h"
+#include "storage/databases.h"
+#include "storage/file_replace.h"
+#include "storage/private_files.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+const QString kRebuilt = QStringLiteral("Rebuilt");
+const QString kDatabases = QStringLiteral("*.mbx");
+
+QString Name(const QString& path) {
+  return QFileInfo(path).fileName();
+}
+
+bool Fail(Context& context, StorageError::Kind kind, const QString& sentence) {
+  return context.Data.FailWith({kind, sentence});
+}
+
+// The stored paths of a profile's files, its own database first.
+QStringList StoredPaths(const Disk& profile) {
+  QStringList paths{profile.Text(u"Profile")};
+  paths += (profile.Text(u"Mail") + kLineBreak + profile.Text(u"History"))
+               .split(kLineBreak, Qt::SkipEmptyParts);
+  paths.removeDuplicates();
+  return paths;
+}
+
+qint64 BytesOf(const QString& path) {
+  return QFileInfo(path).size() + QFileInfo(path + QStringLiteral("-wal")).size();
+}
+
+qint64 CountMessages(Context& context, const QString& path) {
+  qint64 count = -1;
+  if (OpenDatabase(context, DatabaseKind::MailByPath, path) &&
+      context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM mail"),
+                                 CursorKind::ForwardOnly)) {
+    count = context.Data.Recordset()->Fields(u"N").toLongLong();
+  }
+  context.Data.Close();
+  return count;
+}
+
+// The note of a file as it is now; the old one when the file is not there.
+FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
+  const QString path = PlatformPath(context, stored);
+  FileNote note{stored, FileMark(path), -1, 0};
+  if (note.mark.isEmpty()) return old;
+  if (note.mark == old.mark) note = old;
+  const bool holdsMail = stored != context.Session->Text(u"Profile");
+  if (holdsMail && context.Data.IsWarm(path) &&
+      (note.messages < 0 || note.bytes != BytesOf(path))) {
+    note.messages = CountMessages(context, path);
+    note.bytes = BytesOf(path);
+  }
+  return note;
+}
+
+bool CopyIsCurrent(Context& context) {
+  Disk copy(context.Session->SerialID());
+  const bool read =
+      OpenDatabase(context, DatabaseKind::Profile) && copy.DatabaseToDisk(context.Data);
+  context.Data.Close();
+  const auto agrees = [&](const QString& key) {
+    return copy.Text(key) == context.Session->Text(key);
+  };
+  const QStringList keys{QStringLiteral("Object"), QStringLiteral("Mail"),
+                         QStringLiteral("History"), QStringLiteral("FileNotes")};
+  return read && std::all_of(keys.begin(), keys.end(), agrees);
+}
+
+QStringList FilesWithMark(const QDir& folder, const QString& mark) {
+  QStringList found;
+  if (mark.isEmpty()) return found;
+  for (const QFileInfo& file : folder.entryInfoList(QDir::Files | QDir::Hidden)) {
+    if (FileMark(file.filePath()) == mark) found.append(file.filePath());
+  }
+  return found;
+}
+
+}  // namespace
+
+bool NoteFiles(Context& context) {
+  Disk& profile = *context.Session;
+  const QList<FileNote> old = FileNotes(profile);
+  QList<FileNote> notes;
+  for (const QString& stored : StoredPaths(profile)) {
+    const auto known = std::find_if(old.begin(), old.end(),
+                                    [&](const FileNote& note) { return note.path == stored; });
+    const FileNote note = NoteOf(context, stored, known == old.end() ? FileNote() : *known);
+    if (!note.path.isEmpty()) notes.append(note);
+  }
+  bool saved = true;
+  if (notes != old) {
+    LetFileNotes(profile, notes);
+    saved = SaveObject(context, DatabaseKind::Navigator, profile);
+  }
+  return (CopyIsCurrent(context) || SaveObject(context, DatabaseKind::Profile, profile)) && saved;
+}
+
+QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
+  QList<LostFile> lost;
+  const QString own = PlatformPath(context, profile.Text(u"Profile"));
+  const QDir folder = QFileInfo(own).dir();
+  const QStringList used = StoredPaths(profile);
+  for (const FileNote& note : FileNotes(profile)) {
+    const QString path = PlatformPath(context, note.path);
+    if (!used.contains(note.path) || HasContent(path)) continue;
+    lost.append({path, note, FilesWithMark(folder, note.mark)});
+  }
+  // A profile of an earlier version has no notes. Messages without their profile's database tell
+  // that there was one.
+  const bool noted =
+      std::any_of(lost.begin(), lost.end(), [&](const LostFile& file) { return file.path == own; });
+  if (noted || HasContent(own)) return lost;
+  for (const QFileInfo& file : folder.entryInfoList({kDatabases}, QDir::Files)) {
+    if (file.size() == 0) continue;
+    lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0}, {}});
+    break;
+  }
+  return lost;
+}
+
+QString LostFilesText(const QList<LostFile>& lost) {
+  QStringList lines;
+  for (const LostFile& file : lost) {
+    const QString held =
+        file.note.messages < 0 ? QString() : Ui::tr("（メッセージ%1通）").arg(file.note.messages);
+    lines.append((QFileInfo::exists(file.path) ? Ui::tr("ファイル「%1」%2が空になっています。")
+                                               : Ui::tr("ファイル「%1」%2がありません。"))
+                     .arg(QDir::toNativeSeparators(file.path), held));
+    for (const QString& found : file.found) {
+      lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
+    }
+  }
+  if (lost.isEmpty()) return {};
+  QStringList names;
+  const QDir folder = QFileInfo(lost.first().path).dir();
+  for (const QFileInfo& file : folder.entryInfoList({QStringLiteral("*.mbx*")}, QDir::Files)) {
+    if (file.size() > 0) names.append(file.fileName());
+  }
+  lines.append(names.isEmpty()
+                   ? Ui::tr("フォルダにはほかのデータベースがありません。")
+                   : Ui::tr("フォルダにあるファイル: %1").arg(names.join(QStringLiteral("、"))));
+  return lines.join(u'\n');
+}
+
+bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                   const QString& password) {
+  using Kind = StorageError::Kind;
+  const bool isMail = Name(lost.path) != u"profile.mbx";
+  const QString mark = FileMark(file);
+  if (mark.isEmpty() || (!lost.note.mark.isEmpty() && mark != lost.note.mark)) {
+    return Fail(context, Kind::Foreign,
+                Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
+  }
+  const QString select = isMail ? QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ''")
+                                : QStringLiteral("SELECT SERIALID FROM object WHERE SERIALID = ''");
+  const bool opens = context.Data.Open(file, password) &&
+                     context.Data.OpenRecordset(select, CursorKind::ForwardOnly);
+  context.Data.CloseFile(file);  // which takes everything out of its log
+  if (!opens) return false;
+  if (QFile::exists(file + QStringLiteral("-wal"))) {
+    return Fail(context, Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(file)));
+  }
+  QString ready = file;
+  if (QFileInfo(file).absolutePath() != QFileInfo(lost.path).absolutePath()) {
+    ready = lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
+    QFile::remove(ready);
+    if (!QFile::copy(file, ready) || !MakePrivate(ready) || !SyncFile(ready)) {
+      QFile::remove(ready);
+      return Fail(context, Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
+    }
+  }
+  if (QFileInfo::exists(lost.path) && !HasContent(lost.path)) QFile::remove(lost.path);
+  return PlaceNewFile(ready, lost.path) == Placing::Done ||
+         Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
+}
+
+bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
+                     const QString& password) {
+  if (QFileInfo::exists(lost.path) && !HasContent(lost.path)) QFile::remove(lost.path);
+  const bool isOwn = lost.note.path == profile.Text(u"Profile");
+  if (!MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail, lost.path,
+                    password)) {
+    return false;
+  }
+  QList<FileNote> notes = FileNotes(profile);
+  notes.removeIf([&](const FileNote& note) { return note.path == lost.note.path; });
+  notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0, 0});
+  LetFileNotes(profile, notes);
+  return true;
+}
+
+void RestoreProfile(Context& context, Disk& profile, const QString& password) {
+  if (!profile.Flag(kRebuilt)) return;
+  Disk copy(profile.SerialID());
+  const QString path = PlatformPath(context, profile.Text(u"Profile"));
+  const bool read = context.Data.Open(path, password) && copy.DatabaseToDisk(context.Data);
+  context.Data.Close();
+  if (!read) return;
+  for (qint32 i = 1; i <= copy.Size(); ++i) profile.Let(copy.NameAt(i), copy.Get(copy.NameAt(i)));
+  profile.Remove(kRebuilt);
+}
+
+QList<DiskPtr> ProfilesFromFolders(const Context& context) {
+  QList<DiskPtr> profiles;
+  const QDir data(context.AppFolder);
+  for (const QString& serial : data.entryList({QStringLiteral("_profile*")}, QDir::Dirs)) {
+    QFileInfoList files =
+        QDir(data.filePath(serial)).entryInfoList({kDatabases}, QDir::Files, QDir::Size);
+    files.removeIf([](const QFileInfo& file) { return file.size() == 0; });
+    if (files.isEmpty()) continue;
+    const QString folder = QStringLiteral("/current/") + serial + u'\\';
+    QStringList mail;  // the largest first, which is the best guess
+    for (const QFileInfo& file : files) {
+      if (file.fileName() != u"profile.mbx") mail.append(folder + file.fileName());
+    }
+    if (mail.isEmpty()) mail.append(folder + QStringLiteral("mail.mbx"));
+    auto profile = NewProfile(serial, Ui::tr("プロファイル%1").arg(profiles.size() + 1),
+                              mail.join(kLineBreak));
+    profile->Let(QStringLiteral("Mail"), mail.first());
+    profile->Let(kRebuilt, true);
+    profiles.append(profile);
+  }
+  return profiles;
+}
+
+}  // namespace vorn

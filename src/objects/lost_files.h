@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "storage/file_notes.h"
+
+namespace vorn {
+
+/// A database file that a profile had and that is not there any more, or is empty.
+struct LostFile {
+  QString path;  ///< platform path
+  FileNote note;
+  QStringList found;  ///< files in the profile's folder that carry its mark
+};
+
+/// Brings the logged-in profile's notes of its files up to date and keeps its object, without the
+/// password, in its own database too, from where it returns when the list of profiles is lost.
+/// Messages are counted only where their database is in use and has changed. False when something
+/// could not be stored; it is tried again next time.
+bool NoteFiles(Context& context);
+
+/// What of a profile is lost. A profile that never had a file does not miss it.
+QList<LostFile> LostFiles(const Context& context, const Disk& profile);
+
+/// The loss as sentences for the user: what is missing, how many messages it held, and what lies in
+/// the folder.
+QString LostFilesText(const QList<LostFile>& lost);
+
+/// Gives a file that carries the mark of the lost one its place back: moves it when it lies in the
+/// profile's folder, else copies it. On false the reason is in the session's `LastError`.
+bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                   const QString& password);
+
+/// Makes an empty file in the place of a lost one, on the user's word. On false the reason is in
+/// the session's `LastError`.
+bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
+                     const QString& password);
+
+/// After the list of profiles was made anew: takes a profile's own object from its database, which
+/// the password opens. One without such an object stays as it was guessed.
+void RestoreProfile(Context& context, Disk& profile, const QString& password);
+
+/// The profiles whose folders lie in the data folder, made from what can be seen without a password
+/// and not yet stored anywhere.
+QList<DiskPtr> ProfilesFromFolders(const Context& context);
+
+}  // namespace vorn

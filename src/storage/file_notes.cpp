@@ -1,0 +1,53 @@
+#include "storage/file_notes.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+namespace vorn {
+namespace {
+
+constexpr qint64 kPageBytes = 4096;
+constexpr qsizetype kSaltBytes = 16;
+const QString kNotes = QStringLiteral("FileNotes");
+const QString kLineEnd = QStringLiteral("\r\n");
+
+}  // namespace
+
+QString FileMark(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) || file.size() < kPageBytes) return {};
+  return QString::fromLatin1(file.read(kSaltBytes).toHex());
+}
+
+bool HasContent(const QString& path) {
+  return QFileInfo(path).size() > 0;
+}
+
+// One a line: mark, messages, bytes, path.
+QList<FileNote> FileNotes(const Disk& profile) {
+  QList<FileNote> notes;
+  for (const QString& line : profile.Text(kNotes).split(kLineEnd, Qt::SkipEmptyParts)) {
+    notes.append({line.section(u' ', 3), line.section(u' ', 0, 0),
+                  line.section(u' ', 1, 1).toLongLong(), line.section(u' ', 2, 2).toLongLong()});
+  }
+  return notes;
+}
+
+void LetFileNotes(Disk& profile, const QList<FileNote>& notes) {
+  QStringList lines;
+  for (const FileNote& note : notes) {
+    lines.append(QStringLiteral("%1 %2 %3 ").arg(note.mark).arg(note.messages).arg(note.bytes) +
+                 note.path);
+  }
+  profile.Let(kNotes, lines.join(kLineEnd));
+}
+
+bool IsNoted(const Context& context, const QString& path) {
+  const QList<FileNote> notes = FileNotes(*context.Session);
+  return std::any_of(notes.begin(), notes.end(), [&](const FileNote& note) {
+    return PlatformPath(context, note.path) == path;
+  });
+}
+
+}  // namespace vorn

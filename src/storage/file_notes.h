@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// What a profile remembers of one of its database files, so that a lost one is missed.
+struct FileNote {
+  QString path;          ///< as stored, with the "/current/" marker
+  QString mark;          ///< see `FileMark`
+  qint64 messages = -1;  ///< how many there were last; -1 where nobody has counted
+  qint64 bytes = 0;      ///< the file's size when they were counted
+
+  bool operator==(const FileNote&) const = default;
+};
+
+/// The random bytes at the head of every encrypted file (its salt) as text. They are made with the
+/// file, stay through password changes and can be read without a password. Empty when there is no
+/// such file or it holds not even a page.
+QString FileMark(const QString& path);
+
+/// Whether there is a file with something in it: one of 0 bytes is as lost as a missing one.
+bool HasContent(const QString& path);
+
+/// The notes kept in a profile's object.
+QList<FileNote> FileNotes(const Disk& profile);
+void LetFileNotes(Disk& profile, const QList<FileNote>& notes);
+
+/// Whether the logged-in profile has noted the file at a platform path.
+bool IsNoted(const Context& context, const QString& path);
+
+}  // namespace vorn
