@@ -2328,5 +2328,93 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>保存済みのメッセージを読み込めないので、サーバーから削除しません。</source>
         <translation>A stored message cannot be read, so it is not deleted on the server.</translation>
     </message>
+    <message>
+        <source>「%1」: ファイルの先頭が壊れています。パスワードは正しく、メッセージのファイルは開けます。</source>
+        <translation>“%1”: the beginning of the file is damaged. The password is right; the message file can be opened.</translation>
+    </message>
+    <message>
+        <source>なくなったファイルを元に戻せません。</source>
+        <translation>The lost files cannot be brought back. </translation>
+    </message>
+    <message>
+        <source>プロファイル一覧のファイルを読めないため、「%1」という名前で残しました。</source>
+        <translation>The list of profiles cannot be read; it was kept under the name “%1”.</translation>
+    </message>
+    <message>
+        <source>プロファイル一覧を、フォルダにある%1個のプロファイルから作り直しました。名前はログインすると元に戻ります。</source>
+        <translation>The list of profiles was made anew from the folders of profiles found: %1. Their names come back with the login.</translation>
+    </message>
+    <message>
+        <source>つなぎ直す(&amp;R)</source>
+        <translation>&amp;Reconnect</translation>
+    </message>
+    <message>
+        <source>ファイルを選ぶ(&amp;F)...</source>
+        <translation>Choose &amp;file...</translation>
+    </message>
+    <message>
+        <source>新しい空のファイルを作る(&amp;N)</source>
+        <translation>Make a &amp;new, empty file</translation>
+    </message>
+    <message>
+        <source>なくなったファイルを選ぶ</source>
+        <translation>Choose the lost file</translation>
+    </message>
+    <message>
+        <source>（メッセージ%1通）</source>
+        <translation>(messages: %1)</translation>
+    </message>
+    <message>
+        <source>ファイル「%1」%2が空になっています。</source>
+        <translation>The file “%1” %2 is empty.</translation>
+    </message>
+    <message>
+        <source>ファイル「%1」%2がありません。</source>
+        <translation>The file “%1” %2 is missing.</translation>
+    </message>
+    <message>
+        <source>「%1」がそのファイルです。</source>
+        <translation>“%1” is that file.</translation>
+    </message>
+    <message>
+        <source>フォルダにはほかのデータベースがありません。</source>
+        <translation>The folder holds no other database.</translation>
+    </message>
+    <message>
+        <source>フォルダにあるファイル: %1</source>
+        <translation>Files in the folder: %1</translation>
+    </message>
+    <message>
+        <source>「%1」は、なくなったファイルではありません。</source>
+        <translation>“%1” is not the lost file.</translation>
+    </message>
+    <message>
+        <source>「%1」は使用中です。</source>
+        <translation>“%1” is in use.</translation>
+    </message>
+    <message>
+        <source>ファイルを複製できません。</source>
+        <translation>The file cannot be copied.</translation>
+    </message>
+    <message>
+        <source>「%1」を元に戻せません。</source>
+        <translation>“%1” cannot be brought back.</translation>
+    </message>
+    <message>
+        <source>プロファイル%1</source>
+        <translation>Profile %1</translation>
+    </message>
+    <message>
+        <source>ファイルが途中で切れているか、壊れています。</source>
+        <translation>The file is cut short or damaged.</translation>
+    </message>
+    <message>
+        <source>データベースファイル「%1」がありません。</source>
+        <translation>The database file “%1” is missing.</translation>
+    </message>
+    <message>
+        <source>「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。</source>
+        <translation>“%1”: the beginning of the file is damaged, or it is no file of this profile.</translation>
+    </message>
 </context>
 </TS>

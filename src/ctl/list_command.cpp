@@ -78,8 +78,8 @@ int ListFolder(Context& context, const Arguments& arguments) {
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
   bool complete = OpenDatabase(context, DatabaseKind::Mail);
-  if (complete && context.Data.OpenRecordset(select, CursorKind::ForwardOnly,
-                                             StatementTrust::UserCondition)) {
+  if (complete &&
+      context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
     const RecordsetPtr rows = context.Data.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
       if (rows->IsRowDamaged()) continue;

@@ -38,8 +38,7 @@ StorageError EngineError(sqlite3* handle) {
     case SQLITE_OK:
       return {};
     case SQLITE_NOTADB:
-      return {Kind::WrongPassword,
-              Ui::tr("パスワードが違うか、ファイルの先頭が壊れています。")};
+      return {Kind::WrongPassword, Ui::tr("パスワードが違うか、ファイルの先頭が壊れています。")};
     case SQLITE_CANTOPEN:
       return {Kind::NotFound,
               Ui::tr("データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを"

@@ -93,7 +93,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     if (report.password != before) ++changes;
     report.nextPassword.clear();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(context.Data.CheckFile(file, report.password).problems.join(u'\n'), QString()) << kill;
+      EXPECT_EQ(context.Data.CheckFile(file, report.password).problems.join(u'\n'), QString())
+          << kill;
     }
     ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
     ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"),

@@ -325,8 +325,8 @@ TEST(Databases, AFileWhoseMakerDiedIsFinishedOnOpening) {
   ASSERT_TRUE(left.open(QIODevice::WriteOnly));
   ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, path));
   EXPECT_FALSE(left.exists());
-  EXPECT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT MAIL FROM mail"),
-                                         CursorKind::ForwardOnly));
+  EXPECT_TRUE(
+      context.Data.OpenRecordset(QStringLiteral("SELECT MAIL FROM mail"), CursorKind::ForwardOnly));
 }
 
 TEST(Databases, MissingFilesAreMadeOnOpeningAndPathsMove) {

@@ -1,0 +1,151 @@
+// Files of the data folder that vanish are missed, found again or made anew on the user's word.
+
+#include <QDir>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/user_store.h"
+#include "mail/mail_store.h"
+#include "objects/lost_files.h"
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+const QString kPassword = QStringLiteral("right");
+
+class LostFilesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (int i = 0; i < 3; ++i) profile_.Store("Subject: kept\r\n\r\n");
+    database_ = PlatformPath(profile_.Get(), profile_.Get().Session->Text(u"Profile"));
+    mail_ = MailDatabasePath(profile_.Get());
+    ASSERT_TRUE(NoteFiles(profile_.Get()));
+    profile_.Get().Data.CloseAll();
+    profile_.Get().Lock.reset();
+  }
+  static void Move(const QString& from, const QString& to) {
+    for (const char16_t* part : {u"-wal", u"-shm"}) QFile::remove(from + QString::fromUtf16(part));
+    ASSERT_TRUE(QFile::rename(from, to));
+  }
+  // The next start of the program; whether it came to a login.
+  bool Start(const QString& password, const LostFileChoice& choice = {}, const QString& name = {}) {
+    if (next_ != nullptr) next_->Data.CloseAll();
+    next_ = std::make_unique<Context>();
+    error_.clear();
+    return StartUp(*next_, profile_.Folder(), &error_) &&
+           LogIn(*next_, name, password, &error_, choice);
+  }
+  qsizetype Messages() {
+    qsizetype count = -1;
+    if (OpenDatabase(*next_, DatabaseKind::Mail) &&
+        next_->Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM mail"),
+                                  CursorKind::ForwardOnly)) {
+      count = next_->Data.Recordset()->Fields(u"V").toInt();
+    }
+    next_->Data.Close();
+    return count;
+  }
+  bool Says(const QString& words) const { return error_.contains(words); }
+
+  TestProfile profile_{kPassword};
+  QString database_, mail_;
+  std::unique_ptr<Context> next_;
+  QString error_;
+};
+
+TEST_F(LostFilesTest, AMissingMailFileIsNamedWithItsMessagesAndFoundUnderAnotherName) {
+  const QString elsewhere = QFileInfo(mail_).path() + QStringLiteral("/renamed.mbx");
+  Move(mail_, elsewhere);
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("3通"))) << error_.toStdString();
+  EXPECT_TRUE(Says(QStringLiteral("renamed.mbx"))) << error_.toStdString();
+  EXPECT_FALSE(QFile::exists(mail_));
+  // A file that is something else is not taken for it.
+  EXPECT_FALSE(Start(kPassword, {false, {database_}}));
+  EXPECT_FALSE(QFile::exists(mail_));
+  ASSERT_TRUE(Start(kPassword, {false, {elsewhere}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
+}
+
+TEST_F(LostFilesTest, AnEmptyMailFileIsLostToo) {
+  ASSERT_TRUE(QFile::resize(mail_, 0));
+  for (const char16_t* part : {u"-wal", u"-shm"}) QFile::remove(mail_ + QString::fromUtf16(part));
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("3通"))) << error_.toStdString();
+}
+
+TEST_F(LostFilesTest, ANewFileIsMadeOnTheUsersWordAlone) {
+  Move(mail_, profile_.Folder() + QStringLiteral("away"));
+  EXPECT_FALSE(Start(kPassword));
+  ASSERT_TRUE(Start(kPassword, {true, {}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 0);
+  EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
+}
+
+TEST_F(LostFilesTest, ALostProfileDatabaseTakesNoOtherPassword) {
+  const QString away = profile_.Folder() + QStringLiteral("away");
+  Move(database_, away);
+  EXPECT_FALSE(Start(QStringLiteral("wrong")));
+  EXPECT_FALSE(Start(QStringLiteral("wrong"), {true, {}}));
+  EXPECT_FALSE(QFile::exists(database_));
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("profile.mbx"))) << error_.toStdString();
+  ASSERT_TRUE(Start(kPassword, {false, {away}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+}
+
+TEST_F(LostFilesTest, WithEverythingLostTheDocumentedNewFilesTakeTheTypedPassword) {
+  Move(mail_, profile_.Folder() + QStringLiteral("away1"));
+  Move(database_, profile_.Folder() + QStringLiteral("away2"));
+  EXPECT_FALSE(Start(QStringLiteral("new")));
+  ASSERT_TRUE(Start(QStringLiteral("new"), {true, {}})) << error_.toStdString();
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Start(QStringLiteral("new"))) << error_.toStdString();
+}
+
+TEST_F(LostFilesTest, TheListOfProfilesComesBackFromTheFolders) {
+  Move(profile_.Folder() + QStringLiteral("navi.mbx"), profile_.Folder() + QStringLiteral("away"));
+  EXPECT_FALSE(Start(QStringLiteral("wrong")));
+  ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
+  EXPECT_EQ(next_->Session->Text(u"Object"), QStringLiteral("Administrator"));
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_TRUE(Start(kPassword, {}, QStringLiteral("Administrator"))) << error_.toStdString();
+  EXPECT_TRUE(next_->Notices.isEmpty());
+}
+
+TEST_F(LostFilesTest, WithoutTheInstallationKeyTheRightPasswordOpensAllTheSame) {
+  const QByteArray before = ReadFile(profile_.Folder() + QStringLiteral("navi.mbx"));
+  UserStore()->clear();
+  EXPECT_FALSE(Start(QStringLiteral("wrong")));
+  EXPECT_FALSE(next_->Notices.isEmpty());
+  ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_EQ(next_->Session->Text(u"Object"), QStringLiteral("Administrator"));
+  // What could not be read is kept.
+  bool kept = false;
+  for (const QFileInfo& file : QDir(profile_.Folder()).entryInfoList(QDir::Files)) {
+    kept = kept || (file.fileName() != u"navi.mbx" && ReadFile(file.filePath()) == before);
+  }
+  EXPECT_TRUE(kept);
+}
+
+TEST_F(LostFilesTest, ADamagedFirstPageIsNoWrongPassword) {
+  QFile file(database_);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  file.seek(100);
+  file.write(QByteArray(200, 'x'));
+  file.close();
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("壊れています"))) << error_.toStdString();
+  EXPECT_FALSE(Says(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+}
+
+}  // namespace
+}  // namespace vorn
