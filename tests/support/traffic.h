@@ -88,7 +88,7 @@ class TrafficTest : public testing::Test {
   }
   QString LastLog() const { return host_.log.isEmpty() ? QString() : host_.log.last(); }
 
-  static constexpr int kPatienceMs = 300000;
+  static constexpr int kPatienceMs = 30000;
 
   TestProfile profile_;
   RecordingHost host_;
