@@ -87,23 +87,6 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   EXPECT_EQ(smtp_.Messages().size(), 0);
 }
 
-TEST_F(SendingWindowTest, AWindowThatWasOpenWhileItsMessageWasSentChangesNothingOfThat) {
-  const QString serial = Store(kDraft, 2);
-  MessageWindow& window = Open(serial);
-  program_->Parent()->menuTools_Click(0);
-  ASSERT_TRUE(Status(serial, 3));
-  // Thrown away and taken back: sent still. Its sending cannot be cancelled any more.
-  QAction* dust = nullptr;
-  for (QAction* action : Menu(window, u"menuFile").actions()) {
-    if (action->text().startsWith(QStringLiteral("くずかご"))) dust = action;
-  }
-  ASSERT_NE(dust, nullptr);
-  dust->trigger();
-  CloseAndWait(window);
-  EXPECT_TRUE(Status(serial, -3));
-  EXPECT_EQ(smtp_.Messages().size(), 1);
-}
-
 TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   smtp_.Replies = {{"RCPT", "550 no such user\r\n"}};
   Store(kDraft, 2);
