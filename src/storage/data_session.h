@@ -65,8 +65,8 @@ class DataSession {
   bool CopyFile(const QString& path, const QString& password, const QString& target);
   /// What is wrong with a file. Reads all of it and changes nothing.
   FileFindings CheckFile(const QString& path, const QString& password);
-  /// What reading has shown to be damaged since the last call: the parts of each file, by its path
-  /// (see `Connection::TakeDamage`).
+  /// What reading has shown to be damaged since the last call, by the file's path (see
+  /// `Connection::TakeDamage`).
   QHash<QString, QSet<QString>> TakeDamage() { return std::exchange(damage_, {}); }
   bool HasDamage() const { return !damage_.isEmpty(); }
   QStringList DamagedFiles() const { return damage_.keys(); }
