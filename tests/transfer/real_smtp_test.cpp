@@ -124,7 +124,7 @@ TEST_F(RealSmtpTest, EveryAddressOfAServerIsTried) {
     ASSERT_TRUE(server.listen(address));
     const DiskPtr account = profile_.AddAccount(server.serverPort());
     Receive();
-    EXPECT_TRUE(WaitFor([&server] { return server.hasPendingConnections(); }))
+    EXPECT_TRUE(test::WaitFor([&server] { return server.hasPendingConnections(); }))
         << address.toString().toStdString();
     account->Let(QStringLiteral("Enabled"), false);
   }
