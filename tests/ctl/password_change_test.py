@@ -15,7 +15,8 @@ import threading
 import time
 
 VORNCTL, WORKER, TRIALS = sys.argv[1], sys.argv[2], int(sys.argv[3])
-SECONDS = 3.0
+DELAY = 0.3   # seconds
+REPORTS = 8   # of a round of the worker, which changes the password at its end
 
 
 def main():
@@ -54,13 +55,18 @@ def run(work):
 
         worker = subprocess.Popen([WORKER, data, password], stdout=subprocess.PIPE, text=True,
                                   env=environment)
-        threads = [threading.Thread(target=beside) for _ in range(2)]
+        # The first time nobody disturbs, so that there is a change.
+        threads = [threading.Thread(target=beside) for _ in range(2 if trial > 0 else 0)]
         for thread in threads:
             thread.start()
-        timer = threading.Timer(chance.uniform(0.2, SECONDS), worker.send_signal, [signal.SIGKILL])
-        timer.start()
+        # Its end comes some time after a report of its own: how far it gets must not depend on how
+        # fast it is.
+        timer = threading.Timer(chance.uniform(0, DELAY), worker.send_signal, [signal.SIGKILL])
+        reports = chance.randint(1, 3 * REPORTS) if trial > 0 else REPORTS
         candidates = {password}
-        for line in worker.stdout:
+        for number, line in enumerate(worker.stdout, 1):
+            if number == reports:
+                timer.start()
             word, _, value = line.strip().partition(" ")
             if word == "changing":
                 candidates.add(value)
@@ -76,6 +82,7 @@ def run(work):
                 assert word in ("stored", "opened"), line
         worker.wait()
         timer.join()
+        assert changed > 0, "the password was not changed"
         stop.set()
         for thread in threads:
             thread.join()
