@@ -15,8 +15,7 @@ import threading
 import time
 
 VORNCTL, WORKER, TRIALS = sys.argv[1], sys.argv[2], int(sys.argv[3])
-DELAY = 0.3   # seconds
-REPORTS = 8   # of a round of the worker, which changes the password at its end
+SECONDS = 3.0
 
 
 def main():
@@ -59,10 +58,11 @@ def run(work):
         threads = [threading.Thread(target=beside) for _ in range(2 if trial > 0 else 0)]
         for thread in threads:
             thread.start()
-        # Its end comes some time after a report of its own: how far it gets must not depend on how
-        # fast it is.
-        timer = threading.Timer(chance.uniform(0, DELAY), worker.send_signal, [signal.SIGKILL])
-        reports = chance.randint(1, 3 * REPORTS) if trial > 0 else REPORTS
+        # Its end comes some moments after a report of its own: how far it gets must not depend on how
+        # fast it is. With the eighth it has changed the password.
+        timer = threading.Timer(chance.uniform(0, SECONDS / 10), worker.send_signal,
+                                [signal.SIGKILL])
+        reports = chance.randint(1, 24) if trial > 0 else 8
         candidates = {password}
         for number, line in enumerate(worker.stdout, 1):
             if number == reports:
