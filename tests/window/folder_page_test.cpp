@@ -102,17 +102,6 @@ class FolderPageTest : public ProgramTest {
   bool AwaitScript(const QString& condition) const {
     return WaitFor([&] { return Script(condition).toBool(); });
   }
-  // Asked by way of the window, which keeps questions and keys in order.
-  QStringList Chosen() const {
-    QStringList chosen;
-    bool done = false;
-    Browser()->ChosenMessages([&](const QStringList& messages) {
-      chosen = messages;
-      done = true;
-    });
-    EXPECT_TRUE(WaitFor([&done] { return done; }));
-    return chosen;
-  }
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(View()->focusProxy(), key, modifiers);
   }
@@ -258,12 +247,13 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   Begin(60, 100);
   for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);
-  Script(QStringLiteral("scrollTo(0, 333)"));
-  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY === 333")));
+  // Where it comes to lie depends on the fonts, and on the size of the screen's dots.
+  const double place = Script(QStringLiteral("scrollTo(0, 333), scrollY")).toDouble();
+  ASSERT_GT(place, 100);
   QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
   program_->Parent()->MessageStored();
   ASSERT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
-  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY === 333")));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
   EXPECT_EQ(Chosen(), Ids({3}));
 }
 

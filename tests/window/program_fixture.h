@@ -154,6 +154,12 @@ class ProgramTest : public testing::Test {
              Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled();
     }));
     View()->setFocus();
+    Chosen();
+  }
+  // The chosen messages. The window is asked, which keeps questions and keys in their order while
+  // the page is made anew.
+  QStringList Chosen() const {
+    return AnswerTo<QStringList>([this](const auto& then) { Browser()->ChosenMessages(then); });
   }
   // What a script answers that runs in a page's world of the program.
   static QVariant ScriptIn(QWebEngineView& view, const QString& script) {
