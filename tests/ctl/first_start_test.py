@@ -51,17 +51,22 @@ def main():
         whole = Store(work, "whole")
         started = time.monotonic()
         whole.run("list", "受信")
+        # How long a start takes changes with what else the machine does.
         longest = time.monotonic() - started
         chance = random.Random(20261125)
-        killed = 0
-        for number in range(KILLS):
-            store = Store(work, number)
+        starts = killed = 0
+        while killed < KILLS:
+            store = Store(work, starts)
+            starts += 1
+            started = time.monotonic()
             process = store.start("list", "受信")
             try:
                 process.communicate(timeout=chance.uniform(0.005, longest))
+                longest = time.monotonic() - started
             except subprocess.TimeoutExpired:
                 process.send_signal(signal.SIGKILL)
                 process.communicate()
+                longest *= 1.05
                 killed += 1
             store.assert_usable()
         for number in range(PAIRS):
@@ -71,8 +76,7 @@ def main():
                 _, err = process.communicate()
                 assert process.returncode == 0, err.decode()
             store.assert_usable()
-    assert killed > KILLS // 3, f"only {killed} kills hit"
-    print(f"{killed} of {KILLS} first starts killed, {PAIRS} pairs; every store usable")
+    print(f"{killed} of {starts} first starts killed, {PAIRS} pairs; every store usable")
 
 
 main()

@@ -59,11 +59,12 @@ def run(work):
         "--in-port", str(pop3_port), "--in-user", "demo", "--in-password-fd", "0",
         "--delete-on-server", stdin=b"demo\n")
     chance = random.Random(20261124)
-    expected, longest, killed_inside = [], 0.3, 0
-    for kill in range(KILLS):
+    expected, longest, runs, killed = [], 0.3, 0, 0
+    while killed < KILLS:
+        runs += 1
         with smtplib.SMTP("127.0.0.1", smtp_port) as smtp:
             for number in range(BATCH):
-                subject = f"m{kill:03d}-{number:03d}"
+                subject = f"m{runs:03d}-{number:03d}"
                 expected.append(subject)
                 smtp.sendmail("x@example.jp", ["a@example.jp"],
                               f"Subject: {subject}\r\n\r\n{'text ' * 400}\r\n")
@@ -72,17 +73,18 @@ def run(work):
                                    stdout=subprocess.DEVNULL, env=environment)
         try:
             process.wait(chance.uniform(0.02, longest))
-            longest = max(0.1, time.monotonic() - started)
+            longest = max(0.1, time.monotonic() - started)  # changes with the machine's load
         except subprocess.TimeoutExpired:
             process.send_signal(signal.SIGKILL)
             process.wait()
-            killed_inside += 1
+            longest *= 1.05
+            killed += 1
         # Looking into the store every time would take most of the test's time.
-        if kill % 5 == 4:
+        if runs % 5 == 0:
             held = stored()
-            assert len(held) == len(set(held)), f"stored twice after kill {kill}"
+            assert len(held) == len(set(held)), f"stored twice after run {runs}"
             missing = set(expected) - set(held) - set(on_server())
-            assert not missing, f"lost after kill {kill}: {sorted(missing)[:5]}"
+            assert not missing, f"lost after run {runs}: {sorted(missing)[:5]}"
     ctl("receive")
     held = stored()
     assert sorted(held) == sorted(expected), (len(held), len(expected))
@@ -90,8 +92,7 @@ def run(work):
     ctl("check")
     server.terminate()
     server.wait()
-    assert killed_inside > KILLS // 2, f"only {killed_inside} kills hit"
-    print(f"{killed_inside} of {KILLS} runs killed, {len(expected)} messages, each stored once")
+    print(f"{killed} of {runs} runs killed, {len(expected)} messages, each stored once")
 
 
 main()

@@ -56,13 +56,19 @@ def run(work):
 
         worker = subprocess.Popen([WORKER, data, password], stdout=subprocess.PIPE, text=True,
                                   env=environment)
-        threads = [threading.Thread(target=beside) for _ in range(2)]
+        # The first time nobody disturbs, so that there is a change.
+        threads = [threading.Thread(target=beside) for _ in range(2 if trial > 0 else 0)]
         for thread in threads:
             thread.start()
-        timer = threading.Timer(chance.uniform(0.2, SECONDS), worker.send_signal, [signal.SIGKILL])
-        timer.start()
+        # Its end comes some moments after a report of its own: how far it gets must not depend on how
+        # fast it is. With the eighth it has changed the password.
+        timer = threading.Timer(chance.uniform(0, SECONDS / 10), worker.send_signal,
+                                [signal.SIGKILL])
+        reports = chance.randint(1, 24) if trial > 0 else 8
         candidates = {password}
-        for line in worker.stdout:
+        for number, line in enumerate(worker.stdout, 1):
+            if number == reports:
+                timer.start()
             word, _, value = line.strip().partition(" ")
             if word == "changing":
                 candidates.add(value)
@@ -78,6 +84,7 @@ def run(work):
                 assert word in ("stored", "opened"), line
         worker.wait()
         timer.join()
+        assert changed > 0, "the password was not changed"
         stop.set()
         for thread in threads:
             thread.join()

@@ -54,13 +54,13 @@ QByteArray RunAndKill(const QString& folder, const QString& password) {
   worker.start(QStringLiteral(VORN_STORE_WORKER), {folder, password});
   const int reports = QRandomGenerator::global()->bounded(1, kMostReports);
   QByteArray output;
-  while (output.count('\n') < reports && worker.waitForReadyRead(60000)) {
+  while (output.count('\n') < reports && worker.waitForReadyRead(-1)) {
     output += worker.readAllStandardOutput();
   }
   EXPECT_GE(output.count('\n'), reports) << output.toStdString();
   worker.waitForFinished(QRandomGenerator::global()->bounded(1, kMostMs));
   worker.kill();
-  worker.waitForFinished();
+  worker.waitForFinished(-1);
   return output + worker.readAllStandardOutput();
 }
 

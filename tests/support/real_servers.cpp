@@ -60,7 +60,7 @@ void TestCertificates::OpenSsl(const QStringList& arguments) const {
   QProcess process;
   process.setWorkingDirectory(folder_.path());
   process.start(QStringLiteral("openssl"), arguments);
-  process.waitForFinished();
+  process.waitForFinished(-1);
   EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
 }
 
@@ -99,7 +99,7 @@ Dovecot::Dovecot(const QString& certificate, const QString& key)
 
 Dovecot::~Dovecot() {
   process_.terminate();
-  process_.waitForFinished(5000);
+  process_.waitForFinished(-1);
 }
 
 void Dovecot::AddMessage(const QByteArray& name, const QByteArray& source) {
@@ -125,7 +125,7 @@ bool Dovecot::Start() {
   HandOverMail();
   process_.start(QStringLiteral("dovecot"), {QStringLiteral("-F"), QStringLiteral("-c"),
                                              folder_.filePath(QStringLiteral("dovecot.conf"))});
-  return process_.waitForStarted() && WaitFor([this] {
+  return process_.waitForStarted(-1) && WaitFor([this] {
            QTcpSocket socket;
            socket.connectToHost(QHostAddress::LocalHost, port_);
            return socket.waitForConnected(100);
@@ -172,14 +172,14 @@ SmtpSink::SmtpSink(const QStringList& arguments) : arguments_(arguments) {}
 
 SmtpSink::~SmtpSink() {
   process_.terminate();
-  process_.waitForFinished(5000);
+  process_.waitForFinished(-1);
 }
 
 bool SmtpSink::Start() {
   process_.setProcessChannelMode(QProcess::SeparateChannels);
   process_.start(QStringLiteral("/usr/bin/python3"),
                  QStringList{QStringLiteral(VORN_SMTP_SINK), folder_.path()} + arguments_);
-  if (!process_.waitForStarted() || !process_.waitForReadyRead(20000)) return false;
+  if (!process_.waitForStarted(-1) || !process_.waitForReadyRead(-1)) return false;
   port_ = process_.readLine().trimmed().toUShort();
   return port_ != 0;
 }

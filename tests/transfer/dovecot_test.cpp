@@ -91,8 +91,6 @@ TEST_F(DovecotTlsTest, ATrustedCertificateIsTakenAndTheLoginIsNeverInClear) {
       << LastLog().toStdString();
   EXPECT_EQ(ReceiveWith(account, *dovecot, Security::Tls).known, 1) << LastLog().toStdString();
   // The other way of encrypting at each port fails with a sentence instead of hanging.
-  traffic_.Control().ConnectTimeoutMs = 2000;
-  traffic_.Control().ReplyTimeoutMs = 2000;
   account->Let(QStringLiteral("InMailServerPort"), dovecot->Port());
   EXPECT_EQ(Receive().errors, 1);
   EXPECT_TRUE(LastLog().contains(QStringLiteral("暗号化"))) << LastLog().toStdString();

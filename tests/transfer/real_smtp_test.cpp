@@ -121,7 +121,9 @@ TEST_F(RealSmtpTest, EveryAddressOfAServerIsTried) {
   control.ReplyTimeoutMs = 300;
   for (const QHostAddress& address : std::as_const(control.Addresses)) {
     QTcpServer server;
-    ASSERT_TRUE(server.listen(address));
+    const bool listens = server.listen(address);
+    if (!listens && address == QHostAddress::LocalHostIPv6) continue;  // a machine without IPv6
+    ASSERT_TRUE(listens);
     const DiskPtr account = profile_.AddAccount(server.serverPort());
     Receive();
     EXPECT_TRUE(test::WaitFor([&server] { return server.hasPendingConnections(); }))

@@ -1,10 +1,11 @@
 // What the program announces to a script that drives it.
 
-#include <QPointer>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QWindow>
 
 #include "frame/window/announcer.h"
+#include "mail/window/message_window.h"
 #include "window/program_fixture.h"
 
 namespace vorn {
@@ -66,6 +67,7 @@ TEST_F(AnnouncerTest, AProbeIsAnsweredAfterTheKeysBeforeIt) {
   SendKey(Qt::Key_Pause);
   ASSERT_TRUE(Await(QStringLiteral("settled 0 1")));
   ASSERT_TRUE(Await(QStringLiteral("active Mail")));
+  test::Child<QPlainTextEdit>(*TopLevel<MessageWindow>(), u"txMemo").setFocus();
   for (const Qt::Key key : {Qt::Key_A, Qt::Key_B}) SendKey(key);
   SendKey(Qt::Key_Pause, Qt::ShiftModifier);
   SendKey(Qt::Key_C);

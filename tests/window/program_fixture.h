@@ -4,11 +4,15 @@
 
 #include <QAction>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QRandomGenerator>
 #include <QTest>
 #include <QWebEngineScript>
 #include <QWebEngineView>
+#include <functional>
+#include <memory>
+#include <optional>
 
 #include "frame/window/login_window.h"
 #include "frame/window/parent_window.h"
@@ -98,15 +102,24 @@ class ProgramTest : public testing::Test {
     return parent == nullptr ? nullptr : parent->findChild<BrowserWindow*>();
   }
   QWebEngineView* View() const { return Browser()->findChild<QWebEngineView*>(); }
+  // What the engine answers to a question. It forgets a question when the page goes, so that it is
+  // asked again.
+  template <typename Answer>
+  static Answer AnswerTo(
+      const std::function<void(const std::function<void(const Answer&)>&)>& ask) {
+    const auto answer = std::make_shared<std::optional<Answer>>();
+    QElapsedTimer asked;
+    EXPECT_TRUE(WaitFor([&] {
+      if (!asked.isValid() || asked.hasExpired(kAskAgainMs)) {
+        asked.start();
+        ask([answer](const Answer& given) { *answer = given; });
+      }
+      return answer->has_value();
+    }));
+    return answer->value_or(Answer());
+  }
   QString PageText() const {
-    QString text;
-    bool done = false;
-    View()->page()->toPlainText([&](const QString& result) {
-      text = result;
-      done = true;
-    });
-    WaitFor([&done] { return done; });
-    return text;
+    return AnswerTo<QString>([this](const auto& then) { View()->page()->toPlainText(then); });
   }
   // The shortcut of "send and receive"; a window system activates the main window by itself.
   void PressReceive() {
@@ -141,18 +154,18 @@ class ProgramTest : public testing::Test {
              Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled();
     }));
     View()->setFocus();
+    Chosen();
+  }
+  // The chosen messages. The window is asked, which keeps questions and keys in their order while
+  // the page is made anew.
+  QStringList Chosen() const {
+    return AnswerTo<QStringList>([this](const auto& then) { Browser()->ChosenMessages(then); });
   }
   // What a script answers that runs in a page's world of the program.
   static QVariant ScriptIn(QWebEngineView& view, const QString& script) {
-    QVariant answer;
-    bool done = false;
-    view.page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                               [&](const QVariant& value) {
-                                 answer = value;
-                                 done = true;
-                               });
-    WaitFor([&done] { return done; });
-    return answer;
+    return AnswerTo<QVariant>([&](const auto& then) {
+      view.page()->runJavaScript(script, QWebEngineScript::ApplicationWorld, then);
+    });
   }
   QVariant Script(const QString& script) const { return ScriptIn(*View(), script); }
   // Waits until a page is loaded, laid out and painted. Before that it does not know what is
@@ -191,6 +204,8 @@ class ProgramTest : public testing::Test {
     QTest::mouseMove(target, at);
     QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, at);
   }
+
+  static constexpr qint64 kAskAgainMs = 1000;
 
   QTemporaryDir folder_;
   LoopbackPop3Server server_;

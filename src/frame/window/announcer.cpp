@@ -9,6 +9,7 @@
 #include <QWebEngineView>
 #include <QWindow>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "frame/window/parent_window.h"
@@ -18,6 +19,7 @@ namespace vorn {
 namespace {
 
 constexpr int kLookAgainMs = 20;
+constexpr int kForgottenMs = 1000;
 
 // How often the engine has to begin a frame until all that came before the first one is on the
 // screen: it runs at most two frames ahead of what is shown.
@@ -208,16 +210,22 @@ void Announcer::Look(const QPointer<QWebEnginePage>& page, const QString& script
     then();
     return;
   }
+  const auto isAnswered = std::make_shared<bool>(false);
+  const auto goOn = [this, page, script, then, isAnswered](bool painted) {
+    if (std::exchange(*isAnswered, true)) return;
+    if (painted) {
+      then();
+    } else {
+      QTimer::singleShot(kLookAgainMs, this,
+                         [this, page, script, then] { Look(page, script, then); });
+    }
+  };
   page->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                      [this, page, script, then](const QVariant& painted) {
-                        if (painted.toBool() && page != nullptr && !page->isLoading()) {
-                          then();
-                        } else {
-                          QTimer::singleShot(kLookAgainMs, this, [this, page, script, then] {
-                            Look(page, script, then);
-                          });
-                        }
+                      [goOn, page](const QVariant& painted) {
+                        goOn(painted.toBool() && page != nullptr && !page->isLoading());
                       });
+  // The engine forgets what it was asked when the document goes.
+  QTimer::singleShot(kForgottenMs, this, [goOn] { goOn(false); });
 }
 
 }  // namespace vorn

@@ -8,9 +8,13 @@
 
 namespace vorn {
 
-// What waits for an answer goes on without one when the page goes: a message that was dropped onto
-// a folder must not be forgotten because its page was just made anew.
+// What waits for an answer goes on without one when the page goes for good: a message that was
+// dropped onto a folder must not be forgotten because another page was opened.
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
+  if (comes_) {
+    waiting_.append([this, script, then] { Run(script, then); });
+    return;
+  }
   if (page_ == nullptr) {
     if (then) then({});
     return;
@@ -23,21 +27,41 @@ void PageRows::Run(const QString& script, const std::function<void(const QVarian
                        });
 }
 
+// The engine forgets what it was asked when the document goes, which is what happens when the end
+// of an earlier loading is told: state that was not put back is still kept, and what was to make
+// the page anew does so now.
 void PageRows::Attach(QWebEnginePage* page) {
   page_ = page;
-  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) {
-    if (count.isValid()) SetCount(count.toInt());
-  });
-  if (kept_.isEmpty()) return;
+  comes_ = false;
+  Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
+  if (!kept_.isEmpty()) Restore(kept_);
+  if (make_) {
+    Keep(std::exchange(make_, {}));
+  } else {
+    DoWaiting();
+  }
+}
+
+void PageRows::Restore(const QString& state) {
   // As an argument in quotes, which JSON is.
-  const QByteArray quoted =
-      QJsonDocument(QJsonArray{std::exchange(kept_, QString())}).toJson(QJsonDocument::Compact);
-  Run(QStringLiteral("vorn.restore(%1[0])").arg(QString::fromUtf8(quoted)));
+  const QByteArray quoted = QJsonDocument(QJsonArray{state}).toJson(QJsonDocument::Compact);
+  Run(QStringLiteral("(vorn.restore(%1[0]), true)").arg(QString::fromUtf8(quoted)),
+      [this, state](const QVariant& done) {
+        if (done.toBool() && kept_ == state) kept_.clear();
+      });
 }
 
 void PageRows::Detach() {
   page_.clear();
+  if (making_) return;
+  comes_ = false;
+  make_ = {};
+  DoWaiting();
   SetCount(0);
+}
+
+void PageRows::DoWaiting() {
+  for (const auto& run : std::exchange(waiting_, {})) run();
 }
 
 void PageRows::SetCount(int count) {
@@ -81,14 +105,24 @@ void PageRows::BeginAtEnd(bool atEnd) {
 }
 
 void PageRows::Keep(const std::function<void()>& then) {
+  if (make_) return;  // it is about to be made
+  make_ = then;
   if (page_ == nullptr || count_ == 0) {
-    then();
+    Make();
     return;
   }
-  Run(QStringLiteral("vorn.state()"), [this, then](const QVariant& state) {
-    if (state.isValid()) kept_ = state.toString();
-    then();
+  Run(QStringLiteral("vorn.state()"), [this](const QVariant& state) {
+    if (make_ && state.isValid()) kept_ = state.toString();
+    Make();
   });
+  comes_ = true;
+}
+
+void PageRows::Make() {
+  if (!make_) return;
+  making_ = true;
+  std::exchange(make_, {})();
+  making_ = false;
 }
 
 }  // namespace vorn

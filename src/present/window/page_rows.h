@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -10,7 +11,8 @@ class QWebEnginePage;
 namespace vorn {
 
 /// The rows of a folder's page as the user moves among them: one is current, several may be chosen.
-/// Everything happens in the page, so answers come later.
+/// Everything happens in the page, so answers come later. What is done while the page is made anew
+/// is done on the new one.
 class PageRows : public QObject {
  public:
   using QObject::QObject;
@@ -42,8 +44,8 @@ class PageRows : public QObject {
   };
   void Links(const std::function<void(const QList<Link>&)>& then);
 
-  /// Remembers the current row, the choice and how far the page is scrolled, then goes on, also
-  /// when there is no page.
+  /// Remembers the current row, the choice and how far the page is scrolled, then has `then` make
+  /// the page anew, also when there is none.
   void Keep(const std::function<void()>& then);
   /// The next page begins at its last row, or at its top.
   void BeginAtEnd(bool atEnd);
@@ -52,8 +54,15 @@ class PageRows : public QObject {
   void SetCount(int count);
   void Call(const QString& function, int number, bool flag);
   void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
+  void Restore(const QString& state);
+  void Make();
+  void DoWaiting();
 
   QPointer<QWebEnginePage> page_;
+  bool comes_ = false;                    // the page is being made anew
+  bool making_ = false;                   // just now
+  std::function<void()> make_;            // when its state is known
+  QList<std::function<void()>> waiting_;  // until it is there
   int count_ = 0;
   bool closed_ = false;
   std::function<void()> changed_;
