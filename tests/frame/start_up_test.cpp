@@ -90,21 +90,6 @@ TEST(Login, ThePasswordIsTestedAgainstTheProfilesDatabase) {
   EXPECT_TRUE(profile.Get().Session->Flag(u"Default"));
 }
 
-TEST(Login, ADeletedProfileDatabaseIsMadeAnewWithTheTypedPassword) {
-  TestProfile profile;
-  Context& context = profile.Get();
-  const QString path = PlatformPath(context, context.Session->Text(u"Profile"));
-  const QString mail = MailDatabasePath(context);
-  context.Data.CloseAll();
-  for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm"),
-                              mail, mail + QStringLiteral("-wal"), mail + QStringLiteral("-shm")}) {
-    QFile::remove(file);
-  }
-  EXPECT_TRUE(TestProfilePassword(context, context.Session, QStringLiteral("new")));
-  profile.Restart(QStringLiteral("new"));
-  EXPECT_FALSE(TestProfilePassword(profile.Get(), profile.Get().Session, QString()));
-}
-
 TEST(Login, SeveralProfilesNeedANameUnlessOneWasUsedLast) {
   TestProfile profile;
   Context& context = profile.Get();
