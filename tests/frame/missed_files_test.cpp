@@ -1,0 +1,179 @@
+// Database files that are lost or damaged in less simple ways: while the program runs, without
+// notes, with a copy elsewhere, with a guess that is wrong.
+
+#include "objects/lost_files.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "frame/user_store.h"
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+const QString kRight = QStringLiteral("right");
+
+class MissedFilesTest : public testing::Test {
+ protected:
+  // A profile with three messages, after a whole run of the program.
+  void SetUp() override {
+    for (int i = 0; i < 3; ++i) profile_.Store("Subject: kept\r\n\r\n");
+    Context& context = profile_.Get();
+    own_ = PlatformPath(context, context.Session->Text(u"Profile"));
+    mail_ = MailDatabasePath(context);
+    ASSERT_TRUE(NoteFiles(context));
+    context.Data.CloseAll();
+    context.Lock.reset();
+  }
+  // The next start, as a command makes it.
+  bool LogInAgain(const QString& password = kRight, const LostFileChoice& choice = {},
+                  const QString& name = {}) {
+    next_ = std::make_unique<Context>();
+    error_.clear();
+    const bool entered = StartUp(*next_, profile_.Folder(), &error_) &&
+                         LogIn(*next_, name, password, &error_, choice);
+    next_->Data.Close();
+    return entered;
+  }
+  qint64 Messages() {
+    EXPECT_TRUE(OpenDatabase(*next_, DatabaseKind::Mail))
+        << next_->Data.LastError().text.toStdString();
+    EXPECT_TRUE(next_->Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM mail"),
+                                          CursorKind::ForwardOnly));
+    const qint64 count = next_->Data.Recordset()->Fields(u"V").toLongLong();
+    next_->Data.Close();
+    return count;
+  }
+  void TearDown() override {
+    if (next_ != nullptr) next_->Data.CloseAll();
+  }
+
+  TestProfile profile_{kRight};
+  std::unique_ptr<Context> next_;
+  QString own_, mail_, error_;
+};
+
+TEST_F(MissedFilesTest, AFileLostWhileTheProgramRunsIsNotMadeAnewEither) {
+  ASSERT_TRUE(LogInAgain()) << error_.toStdString();
+  next_->Data.CloseAll();
+  QFile::remove(mail_);
+  EXPECT_FALSE(OpenDatabase(*next_, DatabaseKind::Mail));
+  EXPECT_EQ(next_->Data.LastError().kind, StorageError::Kind::NotFound);
+  EXPECT_FALSE(QFile::exists(mail_));
+}
+
+TEST_F(MissedFilesTest, AFileFromElsewhereIsCopiedAndStaysThere) {
+  const QString outside = profile_.Folder() + QStringLiteral("backup");
+  ASSERT_TRUE(QFile::rename(mail_, outside));
+  ASSERT_TRUE(LogInAgain(kRight, {false, {outside}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_TRUE(QFile::exists(outside));
+}
+
+TEST_F(MissedFilesTest, AnEarlierVersionsProfileWithoutNotesMissesItsDatabaseToo) {
+  ASSERT_TRUE(LogInAgain()) << error_.toStdString();
+  ASSERT_TRUE(OpenDatabase(*next_, DatabaseKind::Navigator));
+  ASSERT_TRUE(
+      next_->Data.Execute(QStringLiteral("DELETE FROM object WHERE NAME = 'FileNotes@string'")));
+  next_->Data.CloseAll();
+  next_->Lock.reset();
+  QFile::remove(own_);
+  EXPECT_FALSE(LogInAgain(QStringLiteral("wrong"), {true, {}}));
+  EXPECT_FALSE(LogInAgain());
+  EXPECT_FALSE(QFile::exists(own_));
+  ASSERT_TRUE(LogInAgain(kRight, {true, {}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+}
+
+TEST_F(MissedFilesTest, TheTrueNameAndMailFileReplaceWhatWasGuessedFromTheFolder) {
+  Context& context = profile_.Get();
+  // The file in use is not the one that a guess by size would take.
+  const QString second = QStringLiteral("/current/%1\\second.mbx").arg(context.Session->SerialID());
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, second));
+  context.Session->Let(QStringLiteral("History"),
+                       QString(context.Session->Text(u"Mail") + QStringLiteral("\r\n") + second));
+  context.Session->Let(QStringLiteral("Mail"), second);
+  context.Session->Let(QStringLiteral("Object"), QStringLiteral("山田"));
+  ASSERT_TRUE(NoteFiles(context));
+  context.Data.CloseAll();
+  const QString navi = context.NaviDatabasePath;
+  for (const bool keyLost : {false, true}) {
+    if (keyLost) {
+      const auto store = UserStore();  // another machine: the key is another one
+      store->clear();
+      store->sync();
+    } else {
+      QFile::remove(navi);
+    }
+    EXPECT_FALSE(LogInAgain(QStringLiteral("wrong"))) << "no welcome and no new profile";
+    EXPECT_EQ(next_->Objects.Count(), 1);
+    EXPECT_EQ(next_->Notices.size(), keyLost ? 2 : 1);
+    ASSERT_TRUE(LogInAgain(kRight, {}, QStringLiteral("山田"))) << error_.toStdString();
+    EXPECT_EQ(next_->Session->SerialID(), context.Session->SerialID());
+    EXPECT_EQ(next_->Session->Text(u"Mail"), second);
+    EXPECT_EQ(Messages(), 0);
+    next_->Data.CloseAll();
+    next_->Lock.reset();
+    ASSERT_TRUE(LogInAgain()) << error_.toStdString();
+    EXPECT_TRUE(next_->Notices.isEmpty());
+    EXPECT_EQ(next_->Session->Text(u"Object"), QStringLiteral("山田"));
+    next_->Data.CloseAll();
+  }
+  EXPECT_EQ(QDir(profile_.Folder())
+                .entryList({QStringLiteral("navi.mbx.unreadable-*")}, QDir::Files)
+                .size(),
+            1);
+}
+
+TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
+  struct Case {
+    QString path;
+    QByteArray bytes;
+  };
+  const QByteArray own = ReadFile(own_);
+  const QByteArray mail = ReadFile(mail_);
+  const auto spoilt = [](QByteArray bytes) {
+    return bytes.replace(100, 200, QByteArray(200, 'x'));
+  };
+  for (const Case& damage : {Case{own_, spoilt(own)}, Case{own_, own.left(5000)},
+                             Case{mail_, spoilt(mail)}, Case{mail_, mail.left(1000)}}) {
+    QFile file(damage.path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damage.bytes);
+    file.close();
+    if (LogInAgain()) {
+      EXPECT_FALSE(OpenDatabase(*next_, DatabaseKind::Mail));
+      error_ = next_->Data.LastError().text;
+    }
+    EXPECT_TRUE(error_.contains(QFileInfo(damage.path).fileName())) << error_.toStdString();
+    EXPECT_TRUE(error_.contains(QStringLiteral("壊れて"))) << error_.toStdString();
+    EXPECT_FALSE(error_.contains(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+    EXPECT_EQ(ReadFile(damage.path), damage.bytes);
+    next_->Data.CloseAll();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damage.path == own_ ? own : mail);
+    file.close();
+  }
+  EXPECT_FALSE(LogInAgain(QStringLiteral("wrong")));
+  EXPECT_TRUE(error_.contains(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+  ASSERT_TRUE(LogInAgain()) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  // The engine's own words are English; none of them reaches the user.
+  ASSERT_TRUE(OpenDatabase(*next_, DatabaseKind::Mail));
+  EXPECT_FALSE(next_->Data.Execute(QStringLiteral("DELETE FROM nowhere")));
+  EXPECT_FALSE(next_->Data.LastError().text.contains(u"no such"));
+}
+
+}  // namespace
+}  // namespace vorn
