@@ -2064,5 +2064,33 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？</source>
         <translation>%1 messages will be opened, each in a window of its own. Go on?</translation>
     </message>
+    <message>
+        <source>サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度実行してください。</source>
+        <translation>The server “%1” answers too slowly; the connection was ended. Try again in a while.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」のポート%2は最初から暗号化する接続（TLS）のためのポートです。アカウントのセキュリティの設定かポート番号を確認してください。</source>
+        <translation>Port %2 of the server “%1” is for connections that are encrypted from the start (TLS). Check the security setting of the account or the port.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」の応答がありません（時間切れ）。ポート番号とセキュリティの設定を確認してください。</source>
+        <translation>The server “%1” does not answer (time-out). Check the port and the security setting.</translation>
+    </message>
+    <message>
+        <source>サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件はメッセージを受信してから調べます。</source>
+        <translation>The server does not give headers alone (TOP), so the message rules are tested after a message was received.</translation>
+    </message>
+    <message>
+        <source>アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に対応していません）。半角の英数字のアドレスを使ってください。</source>
+        <translation>The address “%1” has characters before the @ that this server cannot handle (it does not offer SMTPUTF8). Use an address of ASCII letters and digits.</translation>
+    </message>
+    <message>
+        <source>差出人のアドレス「%1」をサーバーに断られました。</source>
+        <translation>The server refused the sender’s address “%1”.</translation>
+    </message>
+    <message>
+        <source>宛先をサーバーに断られました。アドレスを確認してください。</source>
+        <translation>The server refused recipients. Check their addresses. </translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,5 @@
 #include "transfer/pop.h"
 
-#include <QElapsedTimer>
 #include <QSslCertificate>
 #include <QSslSocket>
 #include <utility>
@@ -132,6 +131,7 @@ void Pop::WaitForServer() {
 void Pop::BeginPeriod() {
   periodBytes_ = 0;
   periodReplies_ = session_->Replies();
+  periodClock_.start();
   period_.start(RatePeriodMs);
 }
 
@@ -141,7 +141,9 @@ void Pop::PeriodOver() {
                        socket_->encryptedBytesToWrite() == 0;
   const bool alive = periodBytes_ >= kLeastBytes || session_->Replies() != periodReplies_ ||
                      socket_->bytesAvailable() > 0;
-  if (decides || alive || !heard_) return BeginPeriod();
+  // A timer that comes late tells of this program's slowness and not of the server's.
+  const bool late = periodClock_.elapsed() > RatePeriodMs * qint64{3} / 2;
+  if (decides || alive || late || !heard_) return BeginPeriod();
   Fail(PopError::TimeOut,
        Ui::tr("サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度"
               "実行してください。")

@@ -2,6 +2,7 @@
 
 #include <QAbstractSocket>
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QHostInfo>
 #include <QList>
@@ -132,6 +133,7 @@ class Pop : public QObject {
   QString refusedCertificate_;
   QTimer timeout_;
   QTimer period_;
+  QElapsedTimer periodClock_;
   qint64 periodBytes_ = 0;
   qsizetype periodReplies_ = 0;
   QTimer greeting_;

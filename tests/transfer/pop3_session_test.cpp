@@ -36,11 +36,11 @@ class Recorder : public PopEvents {
   void SessionStarted() override {}
   void SessionEnded() override {}
   void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }
-  void Log(int, const QString&) override {}
+  void Log(int, const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable; }
 
-  QStringList ids, errors, known;
+  QStringList ids, errors, known, log;
   QList<QByteArray> sources;
   bool deleteOnServer = false, canStore = true, wantsHeaders = false, durable = true;
 };
@@ -116,6 +116,55 @@ TEST_F(Pop3SessionTest, AsksForHeadersOnlyWhenARuleCouldMatch) {
                           "+OK\r\ngo\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
             kSaidLogin + QStringLiteral("|TOP 1 0|TOP 2 0|RETR 2|DELE 1|DELE 2|QUIT"));
   EXPECT_EQ(events_.sources, QList<QByteArray>{"go\r\n"});
+}
+
+TEST_F(Pop3SessionTest, WithoutTopTheRulesSeeTheWholeMessage) {
+  events_.wantsHeaders = true;
+  events_.deleteOnServer = true;
+  const QByteArray lists = "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n";
+  const QByteArray stopped = "+OK\r\nSubject: stop\r\n\r\n.\r\n";
+  const QByteArray wanted = "+OK\r\nA: b\r\n\r\nSubject: stop\r\n.\r\n";
+  const QByteArray end = "+OK\r\n+OK\r\n+OK\r\n";
+  const QString deletions = QStringLiteral("|DELE 1|DELE 2|QUIT");
+  EXPECT_EQ(Play(kLogin + lists + "-ERR\r\n" + wanted + stopped + end),
+            kSaidLogin + QStringLiteral("|TOP 1 0|RETR 1|RETR 2") + deletions);
+  EXPECT_EQ(events_.sources, QList<QByteArray>{"A: b\r\n\r\nSubject: stop\r\n"});
+  EXPECT_EQ(events_.log.size(), 1);
+  EXPECT_TRUE(events_.log.value(0).contains(u"TOP"));
+  EXPECT_EQ(deleted_, 2);
+  // A server that says so is not asked.
+  const QByteArray withCapabilities = "+OK\r\n+OK\r\nUSER\r\nUIDL\r\n.\r\n+OK\r\n+OK\r\n";
+  events_.sources.clear();
+  EXPECT_EQ(Play(withCapabilities + lists + stopped + wanted + end),
+            kSaidLogin + QStringLiteral("|RETR 1|RETR 2") + deletions);
+  EXPECT_EQ(events_.sources.size(), 1);
+  // Stopped messages are deleted as late as others.
+  events_.durable = false;
+  EXPECT_EQ(Play(withCapabilities + lists + stopped + wanted),
+            kSaidLogin + QStringLiteral("|RETR 1|RETR 2"));
+}
+
+TEST_F(Pop3SessionTest, AChallengeMayBeEmptyAndRepliesBeforeTheLoginAreFew) {
+  const QByteArray offers = "+OK\r\n+OK\r\nSASL PLAIN\r\n.\r\n";
+  EXPECT_TRUE(Play(offers + "+\r\n-ERR\r\n").endsWith(u"AUTH PLAIN|AHVzIGVyAHMzY3JldA=="));
+  // It is not asked for its secret for ever.
+  EXPECT_EQ(Play(offers + QByteArray("+\r\n").repeated(50)).count(u'|'), 3);
+  events_.errors.clear();
+  Play("+OK\r\n+OK\r\n" + QByteArray("X-LONG\r\n").repeated(10000) + ".\r\n+OK\r\n+OK\r\n", 9);
+  EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("応答を理解できません")));
+}
+
+TEST_F(Pop3SessionTest, SizesThatNoMessageHasOverflowNothing) {
+  QByteArray sizes;
+  for (const char* size : {"9223372036854775807", "9223372036854775806", "-9223372036854775808",
+                           "-1", "99999999999999999999"}) {
+    sizes += QByteArray::number(sizes.count('\n') + 1) + ' ' + size + "\r\n";
+  }
+  const QByteArray message = "+OK\r\nA: b\r\n\r\n.\r\n";
+  Play("+OK\r\n+OK\r\nUSER\r\nPIPELINING\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n" + sizes + ".\r\n-ERR\r\n" +
+       message.repeated(5) + "+OK\r\n");
+  EXPECT_EQ(events_.sources.size(), 5);
+  EXPECT_TRUE(events_.errors.isEmpty());
 }
 
 // With the example of RFC 1939 section 7.
