@@ -30,7 +30,11 @@ Pop::Pop(QObject* parent) : QObject(parent) {
   connect(&greeting_, &QTimer::timeout, this, &Pop::ProbeTls);
 }
 
-Pop::~Pop() = default;
+// A socket that is closed by its destruction would still tell of it.
+Pop::~Pop() {
+  DropProbe();
+  DropSocket();
+}
 
 void Pop::Start() {
   if (busy_) return;
@@ -104,6 +108,13 @@ void Pop::MakeSocket() {
   };
   connect(socket_.get(), &QSslSocket::bytesWritten, this, written);
   connect(socket_.get(), &QSslSocket::encryptedBytesWritten, this, written);
+}
+
+void Pop::DropProbe() {
+  if (probe_ == nullptr) return;
+  probe_->disconnect(this);
+  probe_->abort();
+  probe_.release()->deleteLater();
 }
 
 void Pop::Connected() {
@@ -323,11 +334,7 @@ void Pop::Fail(PopError code, const QString& text) {
 
 void Pop::End() {
   for (QTimer* timer : {&timeout_, &pump_, &period_, &greeting_}) timer->stop();
-  if (probe_ != nullptr) {
-    probe_->disconnect(this);
-    probe_->abort();
-    probe_.release()->deleteLater();
-  }
+  DropProbe();
   if (session_ != nullptr) session_->Abandon();
   session_.reset();
   addresses_.clear();

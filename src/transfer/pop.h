@@ -99,6 +99,7 @@ class Pop : public QObject {
   void AddressFailed();
   void MakeSocket();
   void DropSocket();
+  void DropProbe();
   void Connected();
   void WaitForServer();
   void TakeBytes();

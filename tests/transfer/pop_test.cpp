@@ -156,6 +156,22 @@ TEST_F(PopTest, ACancelledHandoverHasItsOutcome) {
   }
 }
 
+TEST_F(PopTest, TheProgramMayEndInTheMiddle) {
+  TalkingServer server;
+  {
+    Pop pop;
+    pop.SetEvents(&events_);
+    pop.Server = QStringLiteral("127.0.0.1");
+    pop.ServerPort = server.serverPort();
+    pop.TlsProbeMs = 1;
+    pop.Start();
+    ASSERT_TRUE(WaitFor([this] { return events_.started == 1; }));
+    WaitFor([] { return false; }, 100);
+  }
+  WaitFor([] { return false; }, 50);
+  EXPECT_EQ(events_.ended, 0);
+}
+
 TEST_F(PopTest, CancellingBeforeTheBeginningLeavesNoGhost) {
   test::LoopbackPop3Server server;
   ASSERT_TRUE(server.Listen());
