@@ -1,6 +1,5 @@
 #include "transfer/pop.h"
 
-#include <QElapsedTimer>
 #include <QSslCertificate>
 #include <QSslSocket>
 #include <utility>
@@ -31,11 +30,10 @@ Pop::Pop(QObject* parent) : QObject(parent) {
   connect(&greeting_, &QTimer::timeout, this, &Pop::ProbeTls);
 }
 
-// A socket that is deleted while it is connected still tells so.
+// A socket that is closed by its destruction would still tell of it.
 Pop::~Pop() {
-  for (QSslSocket* socket : {socket_.get(), probe_.get()}) {
-    if (socket != nullptr) socket->disconnect(this);
-  }
+  DropProbe();
+  DropSocket();
 }
 
 void Pop::Start() {
@@ -112,6 +110,13 @@ void Pop::MakeSocket() {
   connect(socket_.get(), &QSslSocket::encryptedBytesWritten, this, written);
 }
 
+void Pop::DropProbe() {
+  if (probe_ == nullptr) return;
+  probe_->disconnect(this);
+  probe_->abort();
+  probe_.release()->deleteLater();
+}
+
 void Pop::Connected() {
   connected_ = true;
   // Small commands go out at once: they wait for no acknowledgement.
@@ -137,6 +142,7 @@ void Pop::WaitForServer() {
 void Pop::BeginPeriod() {
   periodBytes_ = 0;
   periodReplies_ = session_->Replies();
+  periodClock_.start();
   period_.start(RatePeriodMs);
 }
 
@@ -146,7 +152,9 @@ void Pop::PeriodOver() {
                        socket_->encryptedBytesToWrite() == 0;
   const bool alive = periodBytes_ >= kLeastBytes || session_->Replies() != periodReplies_ ||
                      socket_->bytesAvailable() > 0;
-  if (decides || alive || !heard_) return BeginPeriod();
+  // A timer that comes late tells of this program's slowness and not of the server's.
+  const bool late = periodClock_.elapsed() > RatePeriodMs * qint64{3} / 2;
+  if (decides || alive || late || !heard_) return BeginPeriod();
   Fail(PopError::TimeOut,
        Ui::tr("サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度"
               "実行してください。")
@@ -326,11 +334,7 @@ void Pop::Fail(PopError code, const QString& text) {
 
 void Pop::End() {
   for (QTimer* timer : {&timeout_, &pump_, &period_, &greeting_}) timer->stop();
-  if (probe_ != nullptr) {
-    probe_->disconnect(this);
-    probe_->abort();
-    probe_.release()->deleteLater();
-  }
+  DropProbe();
   if (session_ != nullptr) session_->Abandon();
   session_.reset();
   addresses_.clear();

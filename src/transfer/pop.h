@@ -2,6 +2,7 @@
 
 #include <QAbstractSocket>
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QHostInfo>
 #include <QList>
@@ -98,6 +99,7 @@ class Pop : public QObject {
   void AddressFailed();
   void MakeSocket();
   void DropSocket();
+  void DropProbe();
   void Connected();
   void WaitForServer();
   void TakeBytes();
@@ -132,6 +134,7 @@ class Pop : public QObject {
   QString refusedCertificate_;
   QTimer timeout_;
   QTimer period_;
+  QElapsedTimer periodClock_;
   qint64 periodBytes_ = 0;
   qsizetype periodReplies_ = 0;
   QTimer greeting_;
