@@ -428,7 +428,10 @@ std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
 }
 
 QByteArray Connection::ReadDigest(qint64 id) {
-  return Scalar("SELECT DIGEST FROM long_binary WHERE ID = ?", {id}).toByteArray();
+  const QByteArray digest =
+      Scalar("SELECT DIGEST FROM long_binary WHERE ID = ?", {id}).toByteArray();
+  if (!digest.isEmpty()) return digest;
+  return Scalar("SELECT DIGEST FROM late_digest WHERE ID = ?", {id}).toByteArray();
 }
 
 qint64 Connection::LongBinarySize(qint64 id) {
