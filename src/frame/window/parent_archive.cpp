@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
 
@@ -18,6 +19,7 @@ namespace vorn {
 namespace {
 
 constexpr int kShowAfterMs = 300;
+constexpr qsizetype kNamedMessages = 20;
 constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
 
 // Shows how many messages are done, and lets the user end it.
@@ -46,6 +48,19 @@ class ProgressWindow {
   QString title_;
   QElapsedTimer clock_;
 };
+
+void WarnOf(QWidget* parent, const QString& text, const QString& which,
+            const QList<UnreadableMessage>& messages) {
+  QStringList lines{text, which};
+  for (const UnreadableMessage& message : messages.first(qMin(messages.size(), kNamedMessages))) {
+    lines.append(message.Name());
+  }
+  if (messages.size() > kNamedMessages) lines.append(QStringLiteral("…"));
+  QMessageBox box(QMessageBox::Warning, kApplicationTitle, lines.join(u'\n'), QMessageBox::Ok,
+                  parent);
+  box.setTextFormat(Qt::PlainText);  // a subject is no markup
+  box.exec();
+}
 
 struct FormatChoice {
   ArchiveFormat format;
@@ -96,10 +111,15 @@ void ParentWindow::Import(const QStringList& paths) {
   const QString text =
       Ui::tr("%1通を取り込みました。").arg(counts.imported) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
-  if (error.isEmpty()) {
-    QMessageBox::information(this, kApplicationTitle, text);
-  } else {
+  if (!error.isEmpty()) {
     QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+  } else if (!counts.unreadable.isEmpty()) {
+    WarnOf(this, text,
+           Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
+               .arg(counts.unreadable.size()),
+           counts.unreadable);
+  } else {
+    QMessageBox::information(this, kApplicationTitle, text);
   }
 }
 
@@ -114,21 +134,40 @@ void ParentWindow::Export() {
                                    NodeText(folder), filters.join(QStringLiteral(";;")), &filter);
   if (path.isEmpty()) return;
   const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
-  if (!path.endsWith(choice.suffix)) path += choice.suffix;
-  int count = 0;
-  QString error;
-  bool done = false;
+  // The dialog asked about the name as it was typed.
+  if (!path.endsWith(choice.suffix)) {
+    path += choice.suffix;
+    if (QFileInfo::exists(path) &&
+        QMessageBox::question(this, kApplicationTitle,
+                              Ui::tr("「%1」は既にあります。上書きしますか？").arg(path)) !=
+            QMessageBox::Yes) {
+      return;
+    }
+  }
+  ExportOutcome outcome;
   {
     ProgressWindow progress(this, Ui::tr("メッセージの書き出し"));
-    done = ExportMessages(context_, folder, choice.format, path, &count, &error,
-                          [&progress](int written) { return progress.Show(written); });
+    outcome = ExportMessages(context_, {folder, choice.format, path, true},
+                             [&progress](int written) { return progress.Show(written); });
   }
-  const QString text = Ui::tr("%1通を書き出しました。").arg(count);
-  if (done) {
+  TellExported(outcome);
+}
+
+// What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
+void ParentWindow::TellExported(const ExportOutcome& outcome) {
+  if (!outcome.complete) {
+    QMessageBox::warning(this, kApplicationTitle, outcome.error);
+    return;
+  }
+  const QString text = Ui::tr("%1通を書き出しました。").arg(outcome.count);
+  if (outcome.unreadable.isEmpty()) {
     QMessageBox::information(this, kApplicationTitle, text);
-  } else {
-    QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+    return;
   }
+  WarnOf(this, text,
+         Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
+             .arg(outcome.unreadable.size()),
+         outcome.unreadable);
 }
 
 void ParentWindow::OpenArgument(const QString& argument) {

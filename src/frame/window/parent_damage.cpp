@@ -18,8 +18,9 @@ constexpr int kRestMs = 10000;  // between two attempts to keep what cannot be k
 
 // Each file once per start.
 void ParentWindow::TellDamage() {
-  damageRest_.setRemainingTime(kRestMs);
-  for (const KnownDamage& damage : UndecidedDamage(context_)) {
+  const QList<KnownDamage> undecided = UndecidedDamage(context_);
+  if (context_.Data.HasDamage()) damageRest_.setRemainingTime(kRestMs);
+  for (const KnownDamage& damage : undecided) {
     if (damageTold_.contains(damage.file)) continue;
     damageTold_.insert(damage.file);
     TellOneDamage(damage);

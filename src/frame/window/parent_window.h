@@ -16,6 +16,7 @@
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
+#include "storage/known_damage.h"
 
 class QAction;
 class QMdiArea;
@@ -28,7 +29,7 @@ namespace vorn {
 
 class BrowserWindow;
 class TaskTray;
-struct KnownDamage;
+struct ExportOutcome;
 
 /// The main window "parent": the console tree, the browser windows in their area, the menus and the
 /// status bar. It owns the request queue and the mail traffic and drives both by its timers.
@@ -113,6 +114,7 @@ class ParentWindow : public QMainWindow,
   void ImportFolder();
   void Import(const QStringList& paths);
   void Export();
+  void TellExported(const ExportOutcome& outcome);
   void BuildToolbar();
   void BuildHelpMenu();
   void ShowGuide();
