@@ -132,7 +132,14 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
   Context().Data.PutDamage(file_, {QStringLiteral("source 99")});
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
-  ASSERT_TRUE(ForgetDamage(Context(), file_));
+  // Also what befell the profile's database outlasts the program.
+  const QString profile = QFileInfo(file_).path() + QStringLiteral("/profile.mbx");
+  Context().Data.PutDamage(profile, {QStringLiteral("file")});
+  ASSERT_TRUE(KeepDamage(Context()));
+  Context().Data.CloseAll();
+  WriteFile(profile, QByteArray(8 * kPage, 'x'));
+  EXPECT_TRUE(IsKnownDamaged(Context(), profile));
+  ASSERT_TRUE(ForgetDamage(file_));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
 }
 
