@@ -448,10 +448,6 @@
         <translation>The folder cannot be read. </translation>
     </message>
     <message>
-        <source>メッセージを読み込めません。</source>
-        <translation>The message cannot be read. </translation>
-    </message>
-    <message>
         <source>中止しました。</source>
         <translation>Stopped.</translation>
     </message>
@@ -1630,10 +1626,6 @@ Date: </translation>
         <translation>The database is in use.</translation>
     </message>
     <message>
-        <source>本文のないメッセージが%1通あります。</source>
-        <translation>%1 messages have lost their text.</translation>
-    </message>
-    <message>
         <source>同じ名前のファイルが既にあります。</source>
         <translation>There is a file of this name already.</translation>
     </message>
@@ -1652,10 +1644,6 @@ Date: </translation>
     <message>
         <source>ファイルがありません。</source>
         <translation>There is no such file.</translation>
-    </message>
-    <message>
-        <source>パスワードが違うか、データベースではないファイルです。</source>
-        <translation>The password is wrong, or the file is no database.</translation>
     </message>
     <message>
         <source>データベースファイルを開けません。ファイルとフォルダに書き込めるかどうかを確認してください。</source>
@@ -1688,14 +1676,6 @@ Date: </translation>
     <message>
         <source>データベースファイルに書き込めません。</source>
         <translation>The database file cannot be written.</translation>
-    </message>
-    <message>
-        <source>文を実行できません: </source>
-        <translation>The statement cannot be run: </translation>
-    </message>
-    <message>
-        <source>データベースのエラーです: </source>
-        <translation>Database error: </translation>
     </message>
     <message>
         <source>プロファイルのフォルダに書き込めません。</source>
@@ -1922,14 +1902,6 @@ Date: </translation>
         <translation>The message is too large. The server takes up to %1 bytes.</translation>
     </message>
     <message>
-        <source>差出人か宛先のアドレスを断られました。</source>
-        <translation>The address of the sender or of a recipient was refused.</translation>
-    </message>
-    <message>
-        <source>送信の確認を受け取る前に接続が切れました。届いている可能性もあります。メッセージは送信待ちのまま残ります。</source>
-        <translation>The connection broke before the server confirmed the message. It may have arrived. The message stays waiting.</translation>
-    </message>
-    <message>
         <source>サーバーが接続を切りました。メッセージは送信待ちのまま残ります。</source>
         <translation>The server closed the connection. The message stays waiting.</translation>
     </message>
@@ -2063,6 +2035,322 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？</source>
         <translation>%1 messages will be opened, each in a window of its own. Go on?</translation>
+    </message>
+    <message>
+        <source>プロファイルを使えません。</source>
+        <translation>The profile cannot be used.</translation>
+    </message>
+    <message>
+        <source>保存済みのもののうち、次の%1通は壊れていて読み込めません。</source>
+        <translation>Of those stored already, these %1 are damaged and cannot be read.</translation>
+    </message>
+    <message>
+        <source>「%1」は既にあります。上書きしますか？</source>
+        <translation>“%1” exists already. Overwrite it?</translation>
+    </message>
+    <message>
+        <source>次の%1通は壊れていて読み込めないので、含まれていません。</source>
+        <translation>The following %1 are damaged and cannot be read; they are not included.</translation>
+    </message>
+    <message>
+        <source>データベースファイル「%1」が壊れています。</source>
+        <translation>The database file “%1” is damaged.</translation>
+    </message>
+    <message>
+        <source>読み込めないメッセージがあるかもしれません。決めるまでは受信せず、サーバーのメッセージも削除しません。</source>
+        <translation>There may be messages that cannot be read. Until you decide, nothing is received and nothing is deleted from a server.</translation>
+    </message>
+    <message>
+        <source>読み込めるメッセージを「ファイル」の「書き出す」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
+        <translation>Save what can be read to another place by “Write the Folder to a File” in the menu File, or take the file back from a backup. “vornctl check” tells which messages cannot be read.</translation>
+    </message>
+    <message>
+        <source>それでも受信する</source>
+        <translation>Receive All the Same</translation>
+    </message>
+    <message>
+        <source>受信しない</source>
+        <translation>Do Not Receive</translation>
+    </message>
+    <message>
+        <source>判断を保存できません。</source>
+        <translation>The decision cannot be stored. </translation>
+    </message>
+    <message>
+        <source>送信を試みて、届いたかどうか分からないメッセージが%1通あります。開いて確かめますか？</source>
+        <translation>Messages whose sending was tried and of which nobody knows whether they arrived: %1. Open them?</translation>
+    </message>
+    <message>
+        <source>保存されているメッセージを読み込めないため、取り込みません。</source>
+        <translation>Nothing is imported, since the stored messages cannot be read.</translation>
+    </message>
+    <message>
+        <source>「%1」には書き出したメッセージのほかのものがあるので、置き換えません。</source>
+        <translation>“%1” holds other things than exported messages and is not replaced.</translation>
+    </message>
+    <message>
+        <source>「%1」には別の書き出しが書き込んでいます。</source>
+        <translation>Another export is writing to “%1”.</translation>
+    </message>
+    <message>
+        <source>もう一度送信(&amp;G)</source>
+        <translation>Send a&amp;gain</translation>
+    </message>
+    <message>
+        <source>送信済みにする(&amp;K)</source>
+        <translation>&amp;Keep as sent</translation>
+    </message>
+    <message>
+        <source>このメッセージは、届いたかどうか分かりません。相手に確かめてから選んでください。</source>
+        <translation>Nobody knows whether this message arrived. Ask its recipient, then choose.</translation>
+    </message>
+    <message>
+        <source>いつ送信を試みたか: %1（サーバー「%2」）</source>
+        <translation>When sending was tried: %1 (server “%2”)</translation>
+    </message>
+    <message>
+        <source>サーバーの応答: %1</source>
+        <translation>The server&apos;s reply: %1</translation>
+    </message>
+    <message>
+        <source>このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。</source>
+        <translation>This message does not wait any more (it is being sent, or was sent).</translation>
+    </message>
+    <message>
+        <source>メッセージを変更できません。</source>
+        <translation>The message cannot be changed. </translation>
+    </message>
+    <message>
+        <source>メッセージを削除できません。</source>
+        <translation>The message cannot be deleted. </translation>
+    </message>
+    <message>
+        <source>メッセージ%1を読み込めません。</source>
+        <translation>Message %1 cannot be read. </translation>
+    </message>
+    <message>
+        <source>メッセージがありません。</source>
+        <translation>There is no message.</translation>
+    </message>
+    <message>
+        <source>パスワードの変更がまだ終わっていません。プログラムを終了して、新しいパスワードでログインしてください。</source>
+        <translation>The password change is not finished yet. End the program and log in with the new password.</translation>
+    </message>
+    <message>
+        <source>メッセージのデータが壊れています。</source>
+        <translation>The message&apos;s data are damaged.</translation>
+    </message>
+    <message>
+        <source>ファイルが空です。中身が失われています。</source>
+        <translation>The file is empty. Its contents are lost.</translation>
+    </message>
+    <message>
+        <source>ファイルの先頭が壊れています。</source>
+        <translation>The beginning of the file is damaged.</translation>
+    </message>
+    <message>
+        <source>記録ファイル「%1」が壊れているか、別のデータベースのものです。</source>
+        <translation>The log “%1” is damaged or belongs to another database.</translation>
+    </message>
+    <message>
+        <source>データベースファイルを作成できません。</source>
+        <translation>The database file cannot be created.</translation>
+    </message>
+    <message>
+        <source>「%1」はありません。</source>
+        <translation>“%1” does not exist.</translation>
+    </message>
+    <message>
+        <source>「%1」の近くに誤りがあります。</source>
+        <translation>There is a mistake near “%1”.</translation>
+    </message>
+    <message>
+        <source>パスワードが違うか、ファイルの先頭が壊れています。</source>
+        <translation>The password is wrong, or the beginning of the file is damaged.</translation>
+    </message>
+    <message>
+        <source>送信中か、送信の結果が分からないメッセージです。</source>
+        <translation>The message is being sent, or nobody knows whether it was.</translation>
+    </message>
+    <message>
+        <source>同じメッセージが既に保存されています。</source>
+        <translation>The same message is stored already.</translation>
+    </message>
+    <message>
+        <source>文を実行できません。</source>
+        <translation>The statement cannot be run.</translation>
+    </message>
+    <message>
+        <source>データベースのエラーです（番号%1）。</source>
+        <translation>An error of the database (number %1).</translation>
+    </message>
+    <message>
+        <source>必要な表がありません。</source>
+        <translation>A table is missing.</translation>
+    </message>
+    <message>
+        <source>データベースファイルに読み込めない部分があります。</source>
+        <translation>Parts of the database file cannot be read.</translation>
+    </message>
+    <message>
+        <source>データベースの構造に%1件の異常があります。</source>
+        <translation>Faults in the structure of the database: %1.</translation>
+    </message>
+    <message>
+        <source>メッセージのないフォルダの登録が%1件あります。</source>
+        <translation>Folder entries without a message: %1.</translation>
+    </message>
+    <message>
+        <source>どのメッセージのものか分からない本文が%1件あります。</source>
+        <translation>Sources that belong to no message: %1.</translation>
+    </message>
+    <message>
+        <source>読み込めないメッセージが%1通あります。</source>
+        <translation>Messages that cannot be read: %1.</translation>
+    </message>
+    <message>
+        <source>壊れた設定の値が%1件あります。</source>
+        <translation>Damaged values of settings: %1.</translation>
+    </message>
+    <message>
+        <source>記録ファイル（-wal）が壊れていました。最後の変更が失われた可能性があります。</source>
+        <translation>The log (-wal) was damaged. The last changes may be lost.</translation>
+    </message>
+    <message>
+        <source>件名不明</source>
+        <translation>subject unknown</translation>
+    </message>
+    <message>
+        <source>日付不明</source>
+        <translation>date unknown</translation>
+    </message>
+    <message>
+        <source>ファイルが途中で切れています。</source>
+        <translation>The file is cut short.</translation>
+    </message>
+    <message>
+        <source>データベースファイルを作成できません。ディスクの空き容量を確認してください。</source>
+        <translation>The database file cannot be created. Check the room on the disk.</translation>
+    </message>
+    <message>
+        <source>フォルダ「%1」に書き込めません。</source>
+        <translation>The folder “%1” cannot be written to.</translation>
+    </message>
+    <message>
+        <source>ほかのプログラムがデータベースを作成しています。</source>
+        <translation>Another program is creating the database.</translation>
+    </message>
+    <message>
+        <source>「%1」: 前のパスワードのままです。</source>
+        <translation>“%1”: still under the former password.</translation>
+    </message>
+    <message>
+        <source>パスワードの変更を完了できません。「%1」の新しいファイルがありません。</source>
+        <translation>The password change cannot be completed. The new file of “%1” is missing.</translation>
+    </message>
+    <message>
+        <source>パスワードの変更を完了できません。「%1」の新しいファイルが壊れています。</source>
+        <translation>The password change cannot be completed. The new file of “%1” is damaged.</translation>
+    </message>
+    <message>
+        <source>使っているプログラム: %1</source>
+        <translation>Program that uses it: %1</translation>
+    </message>
+    <message>
+        <source>ほかのプログラムがパスワードを変更しています。しばらくしてからやり直してください。</source>
+        <translation>Another program is changing the password. Try again in a while.</translation>
+    </message>
+    <message>
+        <source>ほかのプログラムがこのプロファイルを使っています。終了してからやり直してください。</source>
+        <translation>Another program uses this profile. End it and try again.</translation>
+    </message>
+    <message>
+        <source>データが壊れています。</source>
+        <translation>The data are damaged.</translation>
+    </message>
+    <message>
+        <source>別のプログラム（%1）が同じ作業をしています。</source>
+        <translation>Another program (%1) is doing the same work.</translation>
+    </message>
+    <message>
+        <source>「%1」が壊れているため、受信しません。</source>
+        <translation>Nothing is received, since “%1” is damaged.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度実行してください。</source>
+        <translation>The server “%1” answers too slowly; the connection was ended. Try again in a while.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」のポート%2は最初から暗号化する接続（TLS）のためのポートです。アカウントのセキュリティの設定かポート番号を確認してください。</source>
+        <translation>Port %2 of the server “%1” is for connections that are encrypted from the start (TLS). Check the account&apos;s security setting or the port number.</translation>
+    </message>
+    <message>
+        <source>サーバー「%1」の応答がありません（時間切れ）。ポート番号とセキュリティの設定を確認してください。</source>
+        <translation>The server “%1” does not answer (time-out). Check the port number and the security setting.</translation>
+    </message>
+    <message>
+        <source>サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件はメッセージを受信してから調べます。</source>
+        <translation>The server cannot give headers alone (TOP), so the message rules are tested after a message was received.</translation>
+    </message>
+    <message>
+        <source>送信待ちのメッセージを読み込めません。</source>
+        <translation>The waiting messages cannot be read. </translation>
+    </message>
+    <message>
+        <source>送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。開いて、もう一度送信するか、送信済みにするかを選んでください。</source>
+        <translation>A program ended while it was sending, so nobody knows whether some messages arrived: %1. Open them and choose whether to send them again or to keep them as sent.</translation>
+    </message>
+    <message>
+        <source>メッセージ「%1」を読み込めないので、送信しませんでした。</source>
+        <translation>The message “%1” cannot be read and was not sent. </translation>
+    </message>
+    <message>
+        <source>次の宛先をサーバーに断られたので、送信しませんでした。</source>
+        <translation>The server refused these recipients, so nothing was sent.</translation>
+    </message>
+    <message>
+        <source>届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みにするかを選んでください。</source>
+        <translation>Nobody knows whether it arrived. Ask the recipient, then choose whether to send it again or to keep it as sent.</translation>
+    </message>
+    <message>
+        <source>アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に対応していません）。半角の英数字のアドレスを使ってください。</source>
+        <translation>The address “%1” has characters before the @ that this server cannot handle (it lacks SMTPUTF8). Use an address in ASCII.</translation>
+    </message>
+    <message>
+        <source>差出人のアドレス「%1」をサーバーに断られました。</source>
+        <translation>The server refused the sender “%1”.</translation>
+    </message>
+    <message>
+        <source>宛先をサーバーに断られました。アドレスを確認してください。</source>
+        <translation>The server refused recipients. Check the addresses. </translation>
+    </message>
+    <message>
+        <source>送信の確認を受け取る前に接続が切れました。届いている可能性もあります。</source>
+        <translation>The connection broke before the sending was confirmed. The message may have arrived.</translation>
+    </message>
+    <message>
+        <source>データベースファイルが壊れているので、サーバーからは削除しません。</source>
+        <translation>Nothing is deleted on the server, since the database file is damaged.</translation>
+    </message>
+    <message>
+        <source>送信待ちでなくなったので、送信しませんでした。</source>
+        <translation>It was not sent, since it does not wait any more.</translation>
+    </message>
+    <message>
+        <source>送信の記録を保存できないので、送信しませんでした。</source>
+        <translation>It was not sent, since the record of the sending cannot be stored. </translation>
+    </message>
+    <message>
+        <source>（サーバーは受け取りました）</source>
+        <translation>(the server accepted it)</translation>
+    </message>
+    <message>
+        <source>送信できなかったことを保存できません。</source>
+        <translation>It cannot be stored that the message was not sent. </translation>
+    </message>
+    <message>
+        <source>保存済みのメッセージを読み込めないので、サーバーから削除しません。</source>
+        <translation>A stored message cannot be read, so it is not deleted on the server.</translation>
     </message>
 </context>
 </TS>
