@@ -2061,7 +2061,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>There may be messages that cannot be read. Until you decide, nothing is received and nothing is deleted from a server.</translation>
     </message>
     <message>
-        <source>読み込めるメッセージを「ファイル」の「書き出す」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
+        <source>読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
         <translation>Save what can be read to another place by “Write the Folder to a File” in the menu File, or take the file back from a backup. “vornctl check” tells which messages cannot be read.</translation>
     </message>
     <message>

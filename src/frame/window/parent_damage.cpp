@@ -37,9 +37,10 @@ void ParentWindow::TellOneDamage(const KnownDamage& damage) {
           Ui::tr("読み込めないメッセージがあるかもしれません。決めるまでは受信せず、サーバーの"
                  "メッセージも削除しません。") +
           QStringLiteral("\n\n") +
-          Ui::tr("読み込めるメッセージを「ファイル」の「書き出す」で別の場所に保存するか、"
-                 "バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めない"
-                 "かを調べられます。"),
+          Ui::tr(
+              "読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、"
+              "バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めない"
+              "かを調べられます。"),
       QMessageBox::NoButton, this);
   box.setObjectName(QStringLiteral("damage"));
   QPushButton* receive = box.addButton(Ui::tr("それでも受信する"), QMessageBox::AcceptRole);
