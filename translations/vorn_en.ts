@@ -2416,5 +2416,33 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。</source>
         <translation>“%1”: the beginning of the file is damaged, or it is no file of this profile.</translation>
     </message>
+    <message>
+        <source>保存済みのもののうち、次の%1通は壊れていて読み込めません。</source>
+        <translation>Of what is stored, the following %1 are damaged and cannot be read.</translation>
+    </message>
+    <message>
+        <source>データベースファイル「%1」が壊れています。</source>
+        <translation>The database file “%1” is damaged.</translation>
+    </message>
+    <message>
+        <source>読み込めないメッセージがあるかもしれません。決めるまでは受信せず、サーバーのメッセージも削除しません。</source>
+        <translation>Some messages may be unreadable. Until you decide, nothing is received, and nothing is deleted on the server.</translation>
+    </message>
+    <message>
+        <source>読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>それでも受信する</source>
+        <translation>Receive all the same</translation>
+    </message>
+    <message>
+        <source>受信しない</source>
+        <translation>Do not receive</translation>
+    </message>
+    <message>
+        <source>判断を保存できません。</source>
+        <translation>The decision cannot be stored. </translation>
+    </message>
 </context>
 </TS>

@@ -40,7 +40,7 @@ void AddWhatIsKnown(Context& context, const QString& path, FileFindings& finding
 
 // What is known of the file's damage follows what was found. False when that cannot be kept.
 bool Remember(Context& context, const QString& path, const FileFindings& findings, bool accept) {
-  if (findings.IsSound()) return ForgetDamage(context, path);
+  if (findings.IsSound()) return ForgetDamage(path);
   return KeepDamage(context) && (!accept || AcceptDamage(context, path));
 }
 

@@ -403,6 +403,37 @@ qint64 Connection::LastRowId() const {
 }
 
 std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
+  error_ = {};
+  QByteArray digest;
+  std::optional<QByteArray> bytes = ReadWithDigest(id, &digest);
+  if (bytes && IsAsWritten(*bytes, digest)) return bytes;
+  // One that cannot be found or read is damaged, whatever the engine calls it.
+  if (error_.kind != StorageError::Kind::Busy) {
+    FailWith({StorageError::Kind::Damaged, DamagedSourceText()},
+             kDamagedSource + QString::number(id));
+  }
+  return std::nullopt;
+}
+
+// One statement is faster than the engine's handle on a single value, which spares large data a
+// copy.
+std::optional<QByteArray> Connection::ReadWithDigest(qint64 id, QByteArray* digest) {
+  const auto row = Prepare(
+      "SELECT DIGEST, CASE WHEN LENGTH(DATA) <= 1000000 THEN DATA END FROM long_binary WHERE ID = "
+      "?");
+  // The tables of an earlier version have no digests.
+  if (row == nullptr) {
+    return error_.kind == StorageError::Kind::BadStatement ? ReadLarge(id) : std::nullopt;
+  }
+  row->Bind({id});
+  if (row->Next() != Statement::Step::Row) return std::nullopt;
+  *digest = row->Value(0).toByteArray();
+  const QVariant data = row->Value(1);
+  if (digest->isEmpty() && !ReadLateDigest(id, digest)) return std::nullopt;
+  return data.isValid() ? data.toByteArray() : ReadLarge(id);
+}
+
+std::optional<QByteArray> Connection::ReadLarge(qint64 id) {
   sqlite3_blob* blob = nullptr;
   std::optional<QByteArray> bytes;
   if (sqlite3_blob_open(handle_, "main", "long_binary", "DATA", id, 0, &blob) == SQLITE_OK) {
@@ -412,23 +443,14 @@ std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
   }
   if (!bytes) Fail();
   sqlite3_blob_close(blob);
-  const QString part = kDamagedSource + QString::number(id);
-  if (!bytes) {
-    // One that cannot be found or read is damaged, whatever the engine calls it.
-    const bool isBusy =
-        error_.kind == StorageError::Kind::Busy || error_.kind == StorageError::Kind::None;
-    if (!isBusy) FailWith({StorageError::Kind::Damaged, DamagedSourceText()}, part);
-    return bytes;
-  }
-  if (!IsAsWritten(*bytes, ReadDigest(id))) {
-    FailWith({StorageError::Kind::Damaged, DamagedSourceText()}, part);
-    return std::nullopt;
-  }
   return bytes;
 }
 
-QByteArray Connection::ReadDigest(qint64 id) {
-  return Scalar("SELECT DIGEST FROM long_binary WHERE ID = ?", {id}).toByteArray();
+// False when it cannot be known whether there is one.
+bool Connection::ReadLateDigest(qint64 id, QByteArray* digest) {
+  error_ = {};
+  *digest = Scalar("SELECT DIGEST FROM late_digest WHERE ID = ?", {id}).toByteArray();
+  return !error_ || error_.kind == StorageError::Kind::BadStatement;
 }
 
 qint64 Connection::LongBinarySize(qint64 id) {

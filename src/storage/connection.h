@@ -112,7 +112,9 @@ class Connection {
   friend class Statement;
   Connection() = default;
   bool CheckPoint();
-  QByteArray ReadDigest(qint64 id);
+  std::optional<QByteArray> ReadWithDigest(qint64 id, QByteArray* digest);
+  std::optional<QByteArray> ReadLarge(qint64 id);
+  bool ReadLateDigest(qint64 id, QByteArray* digest);
   bool SetUp(const QString& password, StorageError* error);
   bool CheckFormat(StorageError* error);
   void RegisterFunctions();

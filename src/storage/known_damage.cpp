@@ -1,80 +1,73 @@
 #include "storage/known_damage.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <algorithm>
-#include <utility>
-
-#include "storage/databases.h"
-#include "storage/sql_text.h"
 
 namespace vorn {
 namespace {
 
-const QString kPrefix = QStringLiteral("damage_");
-const QString kLineBreak = QStringLiteral("\r\n");
+const QString kEnding = QStringLiteral(".damaged");
+const QString kDecided = QStringLiteral("decided");
+const QString kUndecided = QStringLiteral("undecided");
 
-// The files of a profile share a folder, so that a name is enough.
-QString NameOf(const QString& file) {
-  return QFileInfo(file).fileName();
+// Lines: whether the user has decided, since when it is known, and the parts. Nothing when there is
+// a note that cannot be read.
+std::optional<KnownDamage> Read(const QString& file) {
+  KnownDamage damage;
+  damage.file = QFileInfo(file).fileName();
+  QFile note(file + kEnding);
+  if (!note.exists()) return damage;
+  if (!note.open(QIODevice::ReadOnly)) return std::nullopt;
+  const QStringList lines = QString::fromUtf8(note.readAll()).split(u'\n');
+  if (lines.size() < 3 || note.error() != QFileDevice::NoError) return std::nullopt;
+  damage.decided = lines[0] == kDecided;
+  damage.since = lines[1];
+  damage.parts = lines.mid(2);
+  return damage;
 }
 
-// Works on the open profile database, as all below. Null when it cannot be read.
-DiskPtr Load(DataSession& data, const QString& name) {
-  auto note = std::make_shared<Disk>(kPrefix + name);
-  return note->DatabaseToDisk(data) ? note : nullptr;
+bool Write(const QString& file, const KnownDamage& damage) {
+  QSaveFile note(file + kEnding);
+  if (!note.open(QIODevice::WriteOnly)) return false;
+  note.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+  const QStringList lines =
+      QStringList{damage.decided ? kDecided : kUndecided, damage.since} + damage.parts;
+  note.write(lines.join(u'\n').toUtf8());
+  return note.commit();
 }
 
-KnownDamage Read(const Disk& note) {
-  return {note.SerialID().mid(kPrefix.size()), note.Text(u"Since"),
-          note.Text(u"Parts").split(kLineBreak, Qt::SkipEmptyParts), note.Flag(u"Decided")};
-}
-
-bool Write(DataSession& data, const KnownDamage& damage) {
-  Disk note(kPrefix + damage.file);
-  note.Let(QStringLiteral("FormName"), QStringLiteral("damage"));
-  note.Let(QStringLiteral("Since"), damage.since);
-  note.Let(QStringLiteral("Parts"), damage.parts.join(kLineBreak));
-  note.Let(QStringLiteral("Decided"), damage.decided);
-  return note.DiskToDatabase(data);
-}
-
-bool Add(DataSession& data, const QString& name, const QSet<QString>& parts) {
-  const DiskPtr note = Load(data, name);
-  if (note == nullptr) return false;
-  KnownDamage damage = Read(*note);
+bool Add(const QString& file, const QSet<QString>& parts, const QString& now) {
+  std::optional<KnownDamage> damage = Read(file);
+  if (!damage) damage.emplace();
   const bool isKnown = std::all_of(parts.begin(), parts.end(), [&damage](const QString& part) {
-    return damage.parts.contains(part);
+    return damage->parts.contains(part);
   });
   if (isKnown) return true;
-  if (damage.since.isEmpty()) damage.since = data.Now();
-  damage.parts += QStringList(parts.begin(), parts.end());
-  damage.parts.removeDuplicates();
-  damage.decided = false;
-  return Write(data, damage);
+  if (damage->since.isEmpty()) damage->since = now;
+  damage->parts += QStringList(parts.begin(), parts.end());
+  damage->parts.removeDuplicates();
+  damage->decided = false;
+  return Write(file, *damage);
 }
 
 }  // namespace
 
 bool KeepDamage(Context& context) {
-  DataSession& data = context.Data;
-  if (!data.HasDamage()) return true;
-  const QHash<QString, QSet<QString>> found = data.TakeDamage();
-  bool kept = OpenDatabase(context, DatabaseKind::Profile);
+  bool kept = true;
+  const QHash<QString, QSet<QString>> found = context.Data.TakeDamage();
   for (auto file = found.begin(); file != found.end(); ++file) {
-    if (kept && Add(data, NameOf(file.key()), file.value())) continue;
-    data.PutDamage(file.key(), file.value());
+    if (Add(file.key(), file.value(), context.Data.Now())) continue;
+    context.Data.PutDamage(file.key(), file.value());
     kept = false;
   }
-  data.Close();
   return kept;
 }
 
 std::optional<KnownDamage> FindDamage(Context& context, const QString& file) {
-  if (!KeepDamage(context) || !OpenDatabase(context, DatabaseKind::Profile)) return std::nullopt;
-  const DiskPtr note = Load(context.Data, NameOf(file));
-  context.Data.Close();
-  if (note == nullptr) return std::nullopt;
-  return Read(*note);
+  return KeepDamage(context) ? Read(file) : std::nullopt;
 }
 
 bool IsKnownDamaged(Context& context, const QString& file) {
@@ -90,46 +83,25 @@ QString FirstDamaged(Context& context, const QStringList& files) {
 }
 
 QList<KnownDamage> UndecidedDamage(Context& context) {
-  QList<KnownDamage> undecided;
   KeepDamage(context);
-  if (!OpenDatabase(context, DatabaseKind::Profile)) return undecided;
-  QStringList serials;
-  if (context.Data.OpenRecordset(
-          QStringLiteral("SELECT DISTINCT SERIALID FROM object WHERE SERIALID LIKE ") +
-              QuoteSql(kPrefix + u'*'),
-          CursorKind::ForwardOnly)) {
-    for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      serials.append(rows->SerialID());
-    }
+  QList<KnownDamage> undecided;
+  const QDir folder = QFileInfo(PlatformPath(context, context.Session->Text(u"Profile"))).dir();
+  for (const QString& note : folder.entryList({u'*' + kEnding}, QDir::Files)) {
+    const std::optional<KnownDamage> damage = Read(folder.filePath(note.chopped(kEnding.size())));
+    if (damage && damage->WaitsForDecision()) undecided.append(*damage);
   }
-  for (const QString& serial : std::as_const(serials)) {
-    const DiskPtr note = Load(context.Data, serial.mid(kPrefix.size()));
-    if (note == nullptr) continue;
-    const KnownDamage damage = Read(*note);
-    if (damage.WaitsForDecision()) undecided.append(damage);
-  }
-  context.Data.Close();
   return undecided;
 }
 
 bool AcceptDamage(Context& context, const QString& file) {
-  if (!KeepDamage(context) || !OpenDatabase(context, DatabaseKind::Profile)) return false;
-  const DiskPtr note = Load(context.Data, NameOf(file));
-  bool accepted = note != nullptr;
-  if (accepted) {
-    KnownDamage damage = Read(*note);
-    damage.decided = true;
-    accepted = damage.parts.isEmpty() || Write(context.Data, damage);
-  }
-  context.Data.Close();
-  return accepted;
+  std::optional<KnownDamage> damage = FindDamage(context, file);
+  if (!damage) return false;
+  damage->decided = true;
+  return damage->parts.isEmpty() || Write(file, *damage);
 }
 
-bool ForgetDamage(Context& context, const QString& file) {
-  if (!OpenDatabase(context, DatabaseKind::Profile)) return false;
-  const bool forgotten = Disk(kPrefix + NameOf(file)).Delete(context.Data);
-  context.Data.Close();
-  return forgotten;
+bool ForgetDamage(const QString& file) {
+  return !QFile::exists(file + kEnding) || QFile::remove(file + kEnding);
 }
 
 }  // namespace vorn

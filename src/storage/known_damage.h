@@ -9,9 +9,9 @@
 
 namespace vorn {
 
-/// What is known of a damaged file, kept in the profile's database. A mail file that is known to be
-/// damaged receives nothing, and nothing is deleted on a server, until the user decides. The
-/// functions open and close databases of their own; none may be open when they are called.
+/// What is known of a damaged file, kept in a small file beside it: the database that it would
+/// belong in may be the damaged one. A mail file that is known to be damaged receives nothing, and
+/// nothing is deleted on a server, until the user decides.
 struct KnownDamage {
   QString file;       ///< the file's name in the profile's folder
   QString since;      ///< when it was first noticed, as stored
@@ -45,6 +45,6 @@ QList<KnownDamage> UndecidedDamage(Context& context);
 bool AcceptDamage(Context& context, const QString& file);
 
 /// Forgets what was known of a file that has been found sound.
-bool ForgetDamage(Context& context, const QString& file);
+bool ForgetDamage(const QString& file);
 
 }  // namespace vorn

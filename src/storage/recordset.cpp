@@ -44,6 +44,8 @@ void Recordset::ReadColumns() {
   for (int i = 0; i < statement_->ColumnCount(); ++i) {
     columns_.push_back({statement_->ColumnName(i), statement_->IsLongBinary(i)});
   }
+  const QString& last = columns_.back().name;
+  endTells_ = last == u"FIELD_FLAG" || last == u"PROPERTY";
 }
 
 void Recordset::StepForward() {
@@ -61,9 +63,7 @@ void Recordset::StepForward() {
 // Of a row that fills several pages the last may come as zeros (see `IsAsWritten`); then the
 // table's last column, which is never empty, ends with them.
 bool Recordset::IsCutShort() const {
-  const QString& last = columns_.back().name;
-  if (last != u"FIELD_FLAG" && last != u"PROPERTY") return false;
-  return statement_->EndsWithNul(static_cast<int>(columns_.size()) - 1);
+  return endTells_ && statement_->EndsWithNul(static_cast<int>(columns_.size()) - 1);
 }
 
 void Recordset::NoteFailure() const {

@@ -82,6 +82,7 @@ class Recordset {
   std::unique_ptr<Statement> statement_;
   std::vector<Column> columns_;
   bool hasRow_ = false;
+  bool endTells_ = false;  // the last column tells whether a row is whole
   bool cutShort_ = false;
   mutable StorageError error_;
 

@@ -100,6 +100,14 @@ bool CreateSendAttempts(Connection& connection) {
 
 }  // namespace
 
+bool CreateLateDigests(Connection& connection) {
+  return connection.Run(
+             "CREATE TABLE IF NOT EXISTS late_digest (ID INTEGER PRIMARY KEY, DIGEST BLOB)") &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS late_digest_goes AFTER DELETE ON long_binary BEGIN "
+             "DELETE FROM late_digest WHERE ID = OLD.ID; END");
+}
+
 bool CreateColumn(Connection& connection, const QString& tableName, const QString& columnName,
                   FieldType type, bool indexed) {
   const QByteArray table = tableName.toUtf8();
@@ -119,7 +127,8 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
-      !(CreateMailIndexes(connection) && CreateSendAttempts(connection))) {
+      !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
+        CreateLateDigests(connection))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||

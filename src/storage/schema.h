@@ -32,6 +32,10 @@ bool CreateColumn(Connection& connection, const QString& table, const QString& c
 /// stand beside them and their rules, and the version mark.
 bool CompleteSchema(Connection& connection);
 
+/// The table of the digests of sources that an earlier version stored: with the source itself they
+/// would cost writing all of it anew.
+bool CreateLateDigests(Connection& connection);
+
 /// Brings the tables of a file of an older version up to this one, all at once or not at all.
 bool MigrateSchema(Connection& connection);
 

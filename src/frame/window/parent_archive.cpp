@@ -49,6 +49,19 @@ class ProgressWindow {
   QElapsedTimer clock_;
 };
 
+void WarnOf(QWidget* parent, const QString& text, const QString& which,
+            const QList<UnreadableMessage>& messages) {
+  QStringList lines{text, which};
+  for (const UnreadableMessage& message : messages.first(qMin(messages.size(), kNamedMessages))) {
+    lines.append(message.Name());
+  }
+  if (messages.size() > kNamedMessages) lines.append(QStringLiteral("…"));
+  QMessageBox box(QMessageBox::Warning, kApplicationTitle, lines.join(u'\n'), QMessageBox::Ok,
+                  parent);
+  box.setTextFormat(Qt::PlainText);  // a subject is no markup
+  box.exec();
+}
+
 struct FormatChoice {
   ArchiveFormat format;
   QString filter;
@@ -98,10 +111,15 @@ void ParentWindow::Import(const QStringList& paths) {
   const QString text =
       Ui::tr("%1通を取り込みました。").arg(counts.imported) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
-  if (error.isEmpty()) {
-    QMessageBox::information(this, kApplicationTitle, text);
-  } else {
+  if (!error.isEmpty()) {
     QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+  } else if (!counts.unreadable.isEmpty()) {
+    WarnOf(this, text,
+           Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
+               .arg(counts.unreadable.size()),
+           counts.unreadable);
+  } else {
+    QMessageBox::information(this, kApplicationTitle, text);
   }
 }
 
@@ -146,20 +164,10 @@ void ParentWindow::TellExported(const ExportOutcome& outcome) {
     QMessageBox::information(this, kApplicationTitle, text);
     return;
   }
-  QStringList names;
-  for (const UnreadableMessage& message :
-       outcome.unreadable.first(qMin(outcome.unreadable.size(), kNamedMessages))) {
-    names.append(message.Name());
-  }
-  if (outcome.unreadable.size() > kNamedMessages) names.append(QStringLiteral("…"));
-  QMessageBox box(QMessageBox::Warning, kApplicationTitle,
-                  text + u'\n' +
-                      Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
-                          .arg(outcome.unreadable.size()) +
-                      u'\n' + names.join(u'\n'),
-                  QMessageBox::Ok, this);
-  box.setTextFormat(Qt::PlainText);
-  box.exec();
+  WarnOf(this, text,
+         Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
+             .arg(outcome.unreadable.size()),
+         outcome.unreadable);
 }
 
 void ParentWindow::OpenArgument(const QString& argument) {

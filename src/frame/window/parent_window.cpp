@@ -56,6 +56,7 @@ ParentWindow::ParentWindow(Context& context)
       events_(context, *this),
       sbStatus_(new MainStatusBar(this)),
       traffic_(context, *this, *sbStatus_),
+      watch_(context, [this] { return IsEnabled() && !traffic_.Control().Busy(); }),
       tvConsole_(new ConsoleTree(context)),
       area_(new QMdiArea),
       splitter_(new QSplitter),
@@ -85,6 +86,7 @@ ParentWindow::ParentWindow(Context& context)
   queue_.OnPosted([this] { QTimer::singleShot(0, this, [this] { DispatchSoon(); }); });
   tmPlan_.start(kTickMs);
   connect(&counting_, &QTimer::timeout, this, &ParentWindow::CountNextUnread);
+  watch_.OnDamage([this] { QTimer::singleShot(0, this, &ParentWindow::TellDamage); });
 }
 
 ParentWindow::~ParentWindow() {
@@ -153,6 +155,8 @@ void ParentWindow::LoadDefaultProperty() {
   QTimer::singleShot(0, this, [this] {
     OfferDoubtful();
     OfferDrafts();
+    TellDamage();
+    watch_.Start();
   });
 }
 
@@ -230,6 +234,7 @@ void ParentWindow::tmPlan_Timer() {
   }
   traffic_.Tick();
   if (!traffic_.Control().Busy()) RefreshFolders();
+  if (context_.Data.HasDamage() && IsEnabled() && damageRest_.hasExpired()) TellDamage();
 }
 
 // What arrived in a session shows up in the open folders by itself.

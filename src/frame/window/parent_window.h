@@ -3,17 +3,20 @@
 #include <QDeadlineTimer>
 #include <QHash>
 #include <QMainWindow>
+#include <QSet>
 #include <QTimer>
 
 #include "frame/dispatcher.h"
 #include "frame/event_log.h"
 #include "frame/mail_traffic.h"
+#include "frame/source_watch.h"
 #include "frame/window/console_tree.h"
 #include "frame/window/status_bar.h"
 #include "mail/window/message_host.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
+#include "storage/known_damage.h"
 
 class QAction;
 class QMdiArea;
@@ -130,6 +133,8 @@ class ParentWindow : public QMainWindow,
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
   void OfferDoubtful();
+  void TellDamage();
+  void TellOneDamage(const KnownDamage& damage);
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);
@@ -152,6 +157,7 @@ class ParentWindow : public QMainWindow,
   EventLog events_;
   MainStatusBar* sbStatus_;
   MailTraffic traffic_;
+  SourceWatch watch_;
   ConsoleTree* tvConsole_;
   QMdiArea* area_;
   QSplitter* splitter_;
@@ -166,6 +172,8 @@ class ParentWindow : public QMainWindow,
   QStringList toCount_;                       // folders whose unopened messages are to be counted
   QHash<QString, QDeadlineTimer> uncounted_;  // how long each is not counted again
   std::vector<RequestWindow*> windows_;
+  QSet<QString> damageTold_;  // the files that were told of since the start
+  QDeadlineTimer damageRest_;
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;

@@ -1,0 +1,99 @@
+#include "frame/source_watch.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+#include <utility>
+
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "storage/known_damage.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kStretchMs = 200;
+const QString kDigested = QStringLiteral("Digested");
+const QString kVerified = QStringLiteral("Verified");
+
+QString PlaceSerial(const QString& file) {
+  return QStringLiteral("walk_") + QFileInfo(file).fileName();
+}
+
+}  // namespace
+
+SourceWatch::SourceWatch(Context& context, std::function<bool()> mayWork, QObject* parent)
+    : QObject(parent), context_(context), mayWork_(std::move(mayWork)) {
+  rest_.setSingleShot(true);
+  connect(&rest_, &QTimer::timeout, this, &SourceWatch::Begin);
+}
+
+SourceWatch::~SourceWatch() {
+  if (thread_ != nullptr) thread_->wait();
+}
+
+void SourceWatch::Start() {
+  files_ = ProfileFiles(context_, *context_.Session).mid(1);  // the first one holds objects
+  hasPlace_ = false;
+  verified_ = 0;
+  rest_.start(RestMs);
+}
+
+void SourceWatch::Begin() {
+  while (!files_.isEmpty() && !QFile::exists(files_.first())) files_.removeFirst();
+  if (files_.isEmpty()) return;
+  if (!mayWork_()) {
+    rest_.start(RestMs);
+    return;
+  }
+  const QString file = files_.first();
+  if (!std::exchange(hasPlace_, true)) place_ = LoadPlace(file);
+  const QString password = context_.Session->Text(u"Password");
+  thread_.reset(QThread::create([this, file, password, from = place_] {
+    const WalkOutcome outcome = WalkSources(file, password, from, kStretchMs);
+    QMetaObject::invokeMethod(
+        this, [this, outcome] { End(outcome); }, Qt::QueuedConnection);
+  }));
+  thread_->start(QThread::IdlePriority);
+}
+
+void SourceWatch::End(const WalkOutcome& outcome) {
+  thread_->wait();
+  const QString file = files_.first();
+  const bool stuck = outcome.place == place_ && !outcome.atEnd;
+  if (outcome.place != place_) StorePlace(file, outcome.place);
+  if (outcome.place.digested == place_.digested) verified_ += outcome.bytes;
+  place_ = outcome.place;
+  if (!outcome.parts.isEmpty()) {
+    context_.Data.PutDamage(file, outcome.parts);
+    KeepDamage(context_);
+    if (onDamage_) onDamage_();
+  }
+  if (outcome.atEnd || stuck || verified_ >= VerifiedBytes) {
+    files_.removeFirst();
+    hasPlace_ = false;
+    verified_ = 0;
+  }
+  if (!files_.isEmpty()) rest_.start(RestMs);
+}
+
+WalkPlace SourceWatch::LoadPlace(const QString& file) {
+  if (!OpenDatabase(context_, DatabaseKind::Profile)) return {};
+  Disk stored(PlaceSerial(file));
+  const bool loaded = stored.DatabaseToDisk(context_.Data);
+  context_.Data.Close();
+  if (!loaded) return {};
+  return {stored.Get(kDigested).toLongLong(), stored.Get(kVerified).toLongLong()};
+}
+
+// One that cannot be stored costs the next start some work.
+void SourceWatch::StorePlace(const QString& file, const WalkPlace& place) {
+  if (!OpenDatabase(context_, DatabaseKind::Profile)) return;
+  Disk stored(PlaceSerial(file));
+  stored.Let(kDigested, QString::number(place.digested));
+  stored.Let(kVerified, QString::number(place.verified));
+  stored.DiskToDatabase(context_.Data);
+  context_.Data.Close();
+}
+
+}  // namespace vorn

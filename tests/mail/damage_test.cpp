@@ -1,0 +1,259 @@
+// What happens to a damaged store: nothing is given out that is not what was stored, and whoever
+// needs to know is told.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+#include "frame/source_watch.h"
+#include "mail/export_messages.h"
+#include "mail/import_messages.h"
+#include "mail/mail_store.h"
+#include "mail/stored_copy.h"
+#include "objects/object_types.h"
+#include "storage/databases.h"
+#include "storage/known_damage.h"
+#include "storage/source_walk.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+constexpr qsizetype kPage = 4096;
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(bytes);
+}
+
+QByteArray Source(int number, qsizetype size) {
+  const QByteArray line = "line " + QByteArray::number(number) + " of a message\r\n";
+  return "Subject: m" + QByteArray::number(number) + "\r\nFrom: a@example.jp\r\n\r\n" +
+         line.repeated(size / line.size() + 1);
+}
+
+class DamageTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (int i = 0; i < 12; ++i) {
+      sources_.append(Source(i, i == 5 ? 60000 : 100 + 800 * i));
+      serials_.append(profile_.Store(sources_.last()));
+    }
+    Context().Data.CloseAll();
+    file_ = MailDatabasePath(Context());
+    sound_ = ReadFile(file_);
+  }
+  vorn::Context& Context() { return profile_.Get(); }
+
+  // Puts the file back, with one page overwritten.
+  void Zero(qsizetype page) {
+    Context().Data.CloseAll();
+    Context().Data.TakeDamage();
+    for (const char* ending : {"-wal", "-shm"}) QFile::remove(file_ + QLatin1String(ending));
+    QByteArray damaged = sound_;
+    damaged.replace(page * kPage, kPage, QByteArray(kPage, '\0'));
+    WriteFile(file_, damaged);
+  }
+
+  // A page that holds nothing but a part of the large source: its last one, whose loss the engine
+  // does not see.
+  qsizetype LastPageOfLarge() {
+    for (qsizetype page = sound_.size() / kPage - 1; page > 0; --page) {
+      Zero(page);
+      MailStore store(Context());
+      bool onlyLarge = true;
+      for (qsizetype i = 0; i < serials_.size(); ++i) {
+        onlyLarge = onlyLarge && store.LoadMessageSource(Disk(serials_[i])).has_value() == (i != 5);
+      }
+      if (onlyLarge) return page;
+    }
+    return -1;
+  }
+
+  TestProfile profile_;
+  QList<QByteArray> sources_;
+  QStringList serials_;
+  QString file_;
+  QByteArray sound_;
+};
+
+TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
+  int told = 0;
+  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
+    Zero(page);
+    MailStore store(Context());
+    int unreadable = 0;
+    for (qsizetype i = 0; i < serials_.size(); ++i) {
+      const auto source = store.LoadMessageSource(Disk(serials_[i]));
+      if (!source || source->isEmpty()) {
+        ++unreadable;
+      } else {
+        ASSERT_EQ(*source, sources_[i]) << page;
+      }
+    }
+    EXPECT_EQ(unreadable > 0, Context().Data.HasDamage()) << page;
+    Context().Data.CloseAll();
+    const FileFindings findings = Context().Data.CheckFile(file_, {});
+    if (unreadable > 0) {
+      EXPECT_FALSE(findings.IsSound()) << page;
+      ++told;
+    }
+  }
+  EXPECT_GT(told, 10);
+}
+
+TEST_F(DamageTest, AnExportLeavesOutAndNamesWhatCannotBeRead) {
+  ASSERT_GT(LastPageOfLarge(), 0);
+  const QString out = profile_.Folder() + QStringLiteral("out.mbox");
+  const ExportOutcome outcome =
+      ExportMessages(Context(), {fixed_serial::kInbox, ArchiveFormat::Mbox, out, false});
+  EXPECT_TRUE(outcome.complete);
+  EXPECT_EQ(outcome.count, 11);
+  ASSERT_EQ(outcome.unreadable.size(), 1);
+  EXPECT_EQ(outcome.unreadable[0].subject, QStringLiteral("m5"));
+  EXPECT_TRUE(outcome.unreadable[0].Name().startsWith(QStringLiteral("「m5」（20")));
+  EXPECT_FALSE(ReadFile(out).contains("Subject: m5"));
+}
+
+TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
+  EXPECT_FALSE(IsKnownDamaged(Context(), file_));
+  ASSERT_GT(LastPageOfLarge(), 0);
+  EXPECT_TRUE(IsKnownDamaged(Context(), file_));
+  profile_.Restart();  // it lasts
+  ASSERT_EQ(UndecidedDamage(Context()).size(), 1);
+  EXPECT_EQ(UndecidedDamage(Context())[0].file, QFileInfo(file_).fileName());
+  ASSERT_TRUE(AcceptDamage(Context(), file_));
+  // The same damage met again changes nothing, another one does.
+  EXPECT_FALSE(MailStore(Context()).LoadMessageSource(Disk(serials_[5])).has_value());
+  EXPECT_FALSE(IsKnownDamaged(Context(), file_));
+  Context().Data.PutDamage(file_, {QStringLiteral("source 99")});
+  EXPECT_TRUE(IsKnownDamaged(Context(), file_));
+  // Also what befell the profile's database outlasts the program.
+  const QString profile = QFileInfo(file_).path() + QStringLiteral("/profile.mbx");
+  Context().Data.PutDamage(profile, {QStringLiteral("file")});
+  ASSERT_TRUE(KeepDamage(Context()));
+  Context().Data.CloseAll();
+  WriteFile(profile, QByteArray(8 * kPage, 'x'));
+  EXPECT_TRUE(IsKnownDamaged(Context(), profile));
+  ASSERT_TRUE(ForgetDamage(file_));
+  EXPECT_FALSE(IsKnownDamaged(Context(), file_));
+}
+
+TEST_F(DamageTest, OnlyAWholeCopyStandsInForAnother) {
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[5]));
+  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, QStringLiteral("nobody")));
+  ASSERT_GT(LastPageOfLarge(), 0);
+  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, serials_[5]));
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[4]));
+}
+
+TEST_F(DamageTest, SourcesOfAnOlderVersionGetTheirDigestsInTheBackground) {
+  ASSERT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
+  ASSERT_TRUE(Context().Data.Execute(QStringLiteral("UPDATE long_binary SET DIGEST = NULL")));
+  Context().Data.CloseAll();
+  SourceWatch watch(Context(), [] { return true; });
+  watch.RestMs = 1;
+  watch.Start();
+  ASSERT_TRUE(test::WaitFor([&watch] { return watch.IsDone(); }));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT COUNT(0) AS V FROM late_digest")),
+            QList<QVariant>{12});
+  // From now on such a source is read against its digest, which goes with it.
+  ASSERT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
+  ASSERT_TRUE(Context().Data.Execute(
+      QStringLiteral("UPDATE long_binary SET DATA = 'something else' WHERE ID = 3")));
+  Context().Data.Close();
+  EXPECT_FALSE(MailStore(Context()).LoadMessageSource(Disk(serials_[2])).has_value());
+  EXPECT_TRUE(MailStore(Context()).DeleteMessage(Disk(serials_[2])));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT COUNT(0) AS V FROM late_digest")),
+            QList<QVariant>{11});
+}
+
+TEST_F(DamageTest, DamageIsFoundBeforeTheMessageIsNeeded) {
+  ASSERT_GT(LastPageOfLarge(), 0);
+  Context().Data.TakeDamage();
+  int told = 0;
+  {
+    SourceWatch watch(Context(), [] { return true; });
+    watch.RestMs = 1;
+    watch.OnDamage([&told] { ++told; });
+    watch.Start();
+    ASSERT_TRUE(test::WaitFor([&watch] { return watch.IsDone(); }));
+  }
+  EXPECT_GT(told, 0);
+  EXPECT_EQ(UndecidedDamage(Context()).size(), 1);
+}
+
+TEST_F(DamageTest, AWalkGoesOnWhereItStopped) {
+  WalkPlace place;
+  qint64 bytes = 0;
+  int stretches = 0;
+  for (bool atEnd = false; !atEnd && stretches < 100; ++stretches) {
+    const WalkOutcome outcome = WalkSources(file_, {}, place, 0);
+    EXPECT_TRUE(outcome.parts.isEmpty());
+    bytes += outcome.bytes;
+    atEnd = outcome.atEnd;
+    place = outcome.place;
+  }
+  qint64 stored = 0;
+  for (const QByteArray& source : std::as_const(sources_)) stored += source.size();
+  EXPECT_EQ(bytes, stored);
+  EXPECT_EQ(stretches, 13);  // one source each, and the end
+  EXPECT_EQ(place.verified, 0);
+}
+
+class ExportTargetTest : public testing::Test {
+ protected:
+  bool Write(ArchiveFormat format, const QString& path, bool overwrite, bool finish = true) {
+    ArchiveWriter writer(format, path, overwrite);
+    const bool written =
+        writer.Open() && writer.Write("Subject: new\r\n\r\nx\r\n", QStringLiteral("new"), true);
+    error_ = writer.Error();
+    return written && (!finish || writer.Close());
+  }
+  QStringList Names() const {
+    return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+  }
+  QTemporaryDir folder_;
+  QString error_;
+};
+
+TEST_F(ExportTargetTest, AnUnfinishedExportLeavesNothingAndALeftOverGoes) {
+  for (const ArchiveFormat format :
+       {ArchiveFormat::Mbox, ArchiveFormat::Maildir, ArchiveFormat::Eml}) {
+    const QString path = folder_.filePath(QStringLiteral("out"));
+    ASSERT_TRUE(Write(format, path, false, false));
+    EXPECT_TRUE(Names().isEmpty()) << Names().join(u' ').toStdString();
+    // As a killed program leaves it.
+    ASSERT_TRUE(QDir(folder_.path()).mkpath(QStringLiteral("out.vorn-part/cur/x")));
+    ASSERT_TRUE(Write(format, path, false));
+    EXPECT_EQ(Names(), QStringList{QStringLiteral("out")});
+    QFile::remove(path);
+    QDir(path).removeRecursively();
+  }
+}
+
+TEST_F(ExportTargetTest, AnExistingTargetIsReplacedOnlyWhenToldAndOnlyOwnFolders) {
+  const QString path = folder_.filePath(QStringLiteral("out"));
+  WriteFile(path, "old");
+  EXPECT_FALSE(Write(ArchiveFormat::Mbox, path, false));
+  EXPECT_TRUE(error_.contains(QStringLiteral("もうあります")));
+  EXPECT_EQ(ReadFile(path), "old");
+  EXPECT_TRUE(Write(ArchiveFormat::Mbox, path, true, false));  // ended before its end
+  EXPECT_EQ(ReadFile(path), "old");
+  EXPECT_TRUE(Write(ArchiveFormat::Mbox, path, true));
+  EXPECT_TRUE(ReadFile(path).contains("Subject: new"));
+
+  const QString folder = folder_.filePath(QStringLiteral("folder"));
+  ASSERT_TRUE(Write(ArchiveFormat::Eml, folder, false));
+  ASSERT_TRUE(Write(ArchiveFormat::Eml, folder, true));
+  WriteFile(folder + QStringLiteral("/thesis.txt"), "precious");
+  EXPECT_FALSE(Write(ArchiveFormat::Eml, folder, true));
+  EXPECT_EQ(ReadFile(folder + QStringLiteral("/thesis.txt")), "precious");
+}
+
+}  // namespace
+}  // namespace vorn
