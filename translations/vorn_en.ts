@@ -2430,7 +2430,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
-        <translation type="unfinished"></translation>
+        <translation>Save the readable messages elsewhere by File &gt; Write the Folder to a File, or restore a backup. “vornctl check” tells which messages cannot be read.</translation>
     </message>
     <message>
         <source>それでも受信する</source>
