@@ -124,11 +124,11 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   const bool noted =
       std::any_of(lost.begin(), lost.end(), [&](const LostFile& file) { return file.path == own; });
   if (noted || HasContent(own)) return lost;
-  for (const QFileInfo& file : folder.entryInfoList({kDatabases}, QDir::Files)) {
-    if (file.size() == 0) continue;
-    lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0}, {}});
-    break;
-  }
+  const QFileInfoList files = folder.entryInfoList({kDatabases}, QDir::Files);
+  const bool hasOthers = std::any_of(files.begin(), files.end(),
+                                     [](const QFileInfo& file) { return file.size() > 0; });
+  // Another program's first start may have made the profile's database while this one looked.
+  if (hasOthers && !HasContent(own)) lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0}, {}});
   return lost;
 }
 

@@ -11,6 +11,7 @@
 #include "storage/raw_pages.h"
 #include "storage/recordset.h"
 #include "storage/schema.h"
+#include "storage/sole_use.h"
 #include "storage/source_digest.h"
 #include "storage/ui.h"
 
@@ -176,6 +177,9 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
 }
 
 bool Connection::LookAtLog(const QString& path, Mode mode, StorageError* error) {
+  if (QFileInfo(path + QStringLiteral("-wal")).size() == 0) return true;
+  const SoleUse alone(path);
+  if (!alone.IsTaken()) return true;  // whoever has it open looked, and is writing to it
   const LogState log = ReadLogState(path, FileSalt(handle_));
   if (log < LogState::Torn) return true;
   damage_.insert(kDamagedLog);

@@ -85,10 +85,14 @@ bool CreateAt(Context& context, DatabaseKind kind, const Location& location) {
                             [&context, kind] { return CreateTables(context.Data, kind); });
 }
 
-// Earlier versions gave a file its name before its tables: one whose maker died is finished here.
+// Another program may have made the file at just this moment, hence the second time. Earlier
+// versions gave a file its name before its tables: one whose maker died is finished here.
 bool OpenAt(Context& context, DatabaseKind kind, const Location& location) {
-  return context.Data.Open(location.path, location.password) &&
-         (!context.Data.IsUnfinished() || CreateTables(context.Data, kind));
+  DataSession& data = context.Data;
+  const bool opened = data.Open(location.path, location.password) ||
+                      (data.LastError().kind == StorageError::Kind::NotFound &&
+                       QFile::exists(location.path) && data.Open(location.path, location.password));
+  return opened && (!data.IsUnfinished() || CreateTables(context.Data, kind));
 }
 
 // Only a missing file is made; whatever else is wrong with one is for the user to know.

@@ -1,8 +1,9 @@
 #include "storage/file_notes.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+
+#include "storage/raw_pages.h"
 
 namespace vorn {
 namespace {
@@ -15,9 +16,8 @@ const QString kLineEnd = QStringLiteral("\r\n");
 }  // namespace
 
 QString FileMark(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.size() < kPageBytes) return {};
-  return QString::fromLatin1(file.read(kSaltBytes).toHex());
+  if (QFileInfo(path).size() < kPageBytes) return {};
+  return QString::fromLatin1(FileStart(path, kSaltBytes).toHex());
 }
 
 bool HasContent(const QString& path) {

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QFile>
-#include <QThread>
 #include <QtEndian>
 
 namespace vorn {
@@ -15,8 +14,6 @@ constexpr qint64 kCheckedFrameHeaderBytes = 8;
 constexpr quint32 kMagic = 0x377F0682;  // the last bit is set where sums are big-endian
 constexpr qsizetype kSaltBytes = 16;    // of an encrypted file, at its begin
 constexpr quint32 kLargestPage = 65536;
-constexpr int kReadings = 3;
-constexpr int kPauseMs = 30;
 
 QString LogPath(const QString& path) {
   return path + QStringLiteral("-wal");
@@ -84,7 +81,9 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteAr
   return any ? LogState::Sound : LogState::None;
 }
 
-LogState ReadOnce(const QString& path, const QByteArray& databaseSalt) {
+}  // namespace
+
+LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
   QFile log(LogPath(path));
   if (!log.exists() || log.size() == 0) return LogState::None;
   if (!log.open(QIODevice::ReadOnly)) return LogState::Foreign;
@@ -98,17 +97,6 @@ LogState ReadOnce(const QString& path, const QByteArray& databaseSalt) {
   sum.Add(QByteArrayView(header).first(kCheckedHeaderBytes));
   if (!sum.Is(header, 24)) return LogState::Foreign;
   return ReadFrames(log, header, sum, databaseSalt);
-}
-
-}  // namespace
-
-LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
-  LogState state = ReadOnce(path, databaseSalt);
-  for (int i = 1; i < kReadings && state >= LogState::Torn; ++i) {
-    QThread::msleep(kPauseMs);
-    state = ReadOnce(path, databaseSalt);
-  }
-  return state;
 }
 
 bool SetLogAside(const QString& path) {

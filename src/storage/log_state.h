@@ -16,8 +16,7 @@ enum class LogState {
 };
 
 /// Reads the log of the database file at `path` (see the engine's "Database File Format", section
-/// 4), whose first bytes are `databaseSalt`. A log that another program writes to meanwhile is read
-/// again before it is called torn.
+/// 4), whose first bytes are `databaseSalt`. Nobody may have the database open.
 LogState ReadLogState(const QString& path, const QByteArray& databaseSalt);
 
 /// Gives a log that does not belong to its database another name, under which it is kept. False

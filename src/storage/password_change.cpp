@@ -10,6 +10,7 @@
 #include "storage/data_session.h"
 #include "storage/file_replace.h"
 #include "storage/private_files.h"
+#include "storage/raw_pages.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -26,12 +27,9 @@ QString CopyOf(const QString& file) {
 
 // The first page is encrypted under random bytes of its own: no two files share it.
 QByteArray Fingerprint(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QByteArray page = file.read(kPageBytes);
-  return page.size() < kPageBytes
-             ? QByteArray()
-             : QCryptographicHash::hash(page, QCryptographicHash::Sha256).toHex();
+  const QByteArray page = FileStart(path, kPageBytes);
+  return page.isEmpty() ? QByteArray()
+                        : QCryptographicHash::hash(page, QCryptographicHash::Sha256).toHex();
 }
 
 void RemoveWithLogs(const QString& path) {

@@ -18,11 +18,10 @@ constexpr qsizetype kMarkBytes = 20;
 constexpr quint32 kPagesTried = 16;
 
 QByteArray Read(sqlite3* handle, qint64 offset, qsizetype length) {
-  sqlite3_file* file = nullptr;
+  sqlite3_file* file = EngineFile(handle);
   QByteArray bytes(length, Qt::Uninitialized);
   const bool read =
-      sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file) == SQLITE_OK &&
-      file != nullptr && file->pMethods != nullptr &&
+      file != nullptr &&
       file->pMethods->xRead(file, bytes.data(), static_cast<int>(length), offset) == SQLITE_OK;
   return read ? bytes : QByteArray();
 }
@@ -57,6 +56,20 @@ QByteArray MarkKey(const QByteArray& salt, const QString& password) {
 }
 
 }  // namespace
+
+sqlite3_file* EngineFile(sqlite3* handle) {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  return file != nullptr && file->pMethods != nullptr ? file : nullptr;
+}
+
+QByteArray FileStart(const QString& path, qsizetype length) {
+  sqlite3* handle = nullptr;
+  sqlite3_open_v2(path.toUtf8().constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
+  const QByteArray bytes = Read(handle, 0, length);
+  sqlite3_close_v2(handle);
+  return bytes;
+}
 
 QByteArray FileSalt(sqlite3* handle) {
   return Read(handle, 0, kSaltBytes);
