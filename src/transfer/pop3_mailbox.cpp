@@ -1,33 +1,32 @@
 #include "transfer/pop3_mailbox.h"
 
 #include <QHash>
+#include <QSet>
 #include <QUrl>
 #include <algorithm>
 
 namespace vorn {
 namespace {
 
-constexpr qsizetype kMaxMessages = 5000000;
+constexpr qsizetype kMaxMessages = 1000000;
 // No larger message is ever taken, and the sum over all messages stays far from any limit.
 constexpr qint64 kMaxSize = qint64(1) << 30;
 constexpr qsizetype kMaxUidl = 1000;  // the standard says 70
 
-struct NumberedLine {
-  int number;
-  QByteArray rest;
-};
-
-std::vector<NumberedLine> ReadLines(const QByteArray& body) {
-  std::vector<NumberedLine> lines;
-  for (const QByteArray& raw : body.split('\n')) {
-    const QByteArray line = raw.trimmed();
+// Calls `take` with each line's message number and what follows it. Lines are looked at in place: a
+// list may have millions of them.
+template <typename Take>
+void ForEachLine(QByteArrayView body, Take take) {
+  while (!body.isEmpty()) {
+    const qsizetype end = body.indexOf('\n');
+    const QByteArrayView line = body.first(end < 0 ? body.size() : end).trimmed();
+    body = body.sliced(end < 0 ? body.size() : end + 1);
     const qsizetype blank = line.indexOf(' ');
     if (blank <= 0) continue;
     bool isNumber = false;
     const int number = line.first(blank).toInt(&isNumber);
-    if (isNumber && number > 0) lines.push_back({number, line.sliced(blank + 1).trimmed()});
+    if (isNumber && number > 0 && !take(number, line.sliced(blank + 1).trimmed())) return;
   }
-  return lines;
 }
 
 }  // namespace
@@ -35,23 +34,25 @@ std::vector<NumberedLine> ReadLines(const QByteArray& body) {
 std::vector<Pop3Message> ReadMailbox(const QByteArray& list, const QByteArray& uidl) {
   QHash<int, QByteArray> identifiers;
   QHash<QByteArray, int> uses;
-  for (const NumberedLine& line : ReadLines(uidl)) {
-    if (line.rest.isEmpty() || line.rest.size() > kMaxUidl) continue;
-    if (identifiers.contains(line.number)) continue;
-    ++uses[line.rest];
-    identifiers.insert(line.number, line.rest);
-  }
+  ForEachLine(uidl, [&](int number, QByteArrayView rest) {
+    if (rest.isEmpty() || rest.size() > kMaxUidl || identifiers.contains(number)) return true;
+    const QByteArray identifier = rest.toByteArray();
+    ++uses[identifier];
+    identifiers.insert(number, identifier);
+    return identifiers.size() < kMaxMessages;
+  });
   std::vector<Pop3Message> messages;
-  QHash<int, bool> seen;
-  for (const NumberedLine& line : ReadLines(list)) {
-    if (seen.contains(line.number)) continue;
-    if (static_cast<qsizetype>(messages.size()) >= kMaxMessages) break;
-    seen.insert(line.number, true);
-    const qint64 size = line.rest.split(' ').value(0).toLongLong();
-    const QByteArray identifier = identifiers.value(line.number);
-    messages.push_back({line.number, std::clamp<qint64>(size, 0, kMaxSize),
+  QSet<int> seen;
+  ForEachLine(list, [&](int number, QByteArrayView rest) {
+    if (seen.contains(number)) return true;
+    seen.insert(number);
+    const qsizetype blank = rest.indexOf(' ');
+    const qint64 size = rest.first(blank < 0 ? rest.size() : blank).toLongLong();
+    const QByteArray identifier = identifiers.value(number);
+    messages.push_back({number, std::clamp<qint64>(size, 0, kMaxSize),
                         uses.value(identifier) == 1 ? identifier : QByteArray()});
-  }
+    return static_cast<qsizetype>(messages.size()) < kMaxMessages;
+  });
   return messages;
 }
 

@@ -28,7 +28,8 @@ class PopEvents {
   /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
   virtual void MessageSent(const QByteArray& data) = 0;
   /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however
-  /// the session ends. `reply` is what the server said, empty when it said nothing.
+  /// the session ends; only deleting the `Pop` in the middle tells nothing. `reply` is what the
+  /// server said, empty when it said nothing.
   virtual void HandoverEnded(HandoverOutcome outcome, const QString& reply) = 0;
   /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
   /// them follows.

@@ -257,6 +257,10 @@ TEST(Pop3Limits, NumbersAndLengthsOfAServerAreNotBelieved) {
                "+OK\r\nSubject: x\r\n\r\n.\r\n");
   EXPECT_EQ(huge.arrived.size(), 1);
 
+  QByteArray list;
+  for (int number = 1; number <= 1100000; ++number) list += QByteArray::number(number) + " 9\r\n";
+  EXPECT_EQ(ReadMailbox(list, "1 a\r\n2 a\r\n").size(), 1000000U);
+
   SessionRecorder endless;
   const QString said =
       PlayPop3(endless, "+OK\r\n+OK\r\n" + QByteArray("X-MORE\r\n").repeated(20000));

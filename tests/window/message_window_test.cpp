@@ -314,6 +314,62 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
   EXPECT_TRUE(Gone());
 }
 
+// A row that is being typed in, without Enter, is what the user sees, and what every command takes.
+TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
+  const auto begin = [this](const QString& address, const QString& header) -> MessageWindow& {
+    MessageWindow& window = OpenStored(kDraft, 1);
+    auto& headers = Child<QTableWidget>(window, u"lvHeader");
+    headers.setCurrentCell(0, 0);
+    headers.editItem(headers.item(0, 0));
+    Type(Child<QLineEdit>(window, u"txHeader"), header);
+    auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+    for (int row = 0; row < list.rowCount(); ++row) {
+      if (!list.item(row, 1)->text().contains(u"a@example.jp")) continue;
+      list.setCurrentCell(row, 1);
+      list.editItem(list.item(row, 1));
+    }
+    Type(Child<QLineEdit>(window, u"txMailaddress"), address);
+    return window;
+  };
+  const auto source = [this](const QString& serialId) {
+    return Column(serialId, QStringLiteral("MAIL")).toByteArray();
+  };
+  using Command = std::function<void(MessageWindow&)>;
+  const Command send[] = {[](MessageWindow& window) {
+                            auto* toolbar = window.findChild<QToolBar*>(QStringLiteral("tbMenu"));
+                            for (QAction* action : toolbar->actions()) {
+                              if (action->objectName() == u"mailup") {
+                                QTest::mouseClick(toolbar->widgetForAction(action), Qt::LeftButton);
+                                return;
+                              }
+                            }
+                          },
+                          [](MessageWindow& window) {
+                            QTest::keyClick(&Child<QLineEdit>(window, u"txMailaddress"),
+                                            Qt::Key_Return, Qt::ControlModifier);
+                          }};
+  for (const Command& command : send) {
+    MessageWindow& window = begin(QStringLiteral("b@example.jp; c@example.jp"), {});
+    const QString serialId = window.Tag();
+    const qsizetype before = smtp_.Messages().size();
+    command(window);
+    ASSERT_TRUE(Gone());
+    ASSERT_TRUE(WaitFor([&] { return smtp_.Messages().size() == before + 1; }));
+    EXPECT_EQ(smtp_.Messages().last().recipients, (QByteArrayList{"b@example.jp", "c@example.jp"}));
+    EXPECT_FALSE(source(serialId).contains("a@example.jp"));
+  }
+  MessageWindow& closed = begin(QStringLiteral("d@example.jp"), QStringLiteral("Mark: one"));
+  const QString serialId = closed.Tag();
+  ASSERT_TRUE(
+      QMetaObject::invokeMethod(closed.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout"));
+  EXPECT_EQ(Child<QLineEdit>(closed, u"txMailaddress").text(), QStringLiteral("d@example.jp"))
+      << "keeping a draft disturbs nobody";
+  closed.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(source(serialId).contains("d@example.jp"));
+  EXPECT_FALSE(source(serialId).contains("a@example.jp"));
+}
+
 TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
   MessageWindow& window = OpenStored(kDraft, 1);
   auto& memo = Child<QPlainTextEdit>(window, u"txMemo");

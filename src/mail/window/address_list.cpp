@@ -1,12 +1,10 @@
 #include "mail/window/address_list.h"
 
 #include <QComboBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QStyle>
 
-#include "mail/window/named_editor_delegate.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -51,17 +49,11 @@ AddressEntry ReadTyped(const QString& kind, const QString& typed) {
 }  // namespace
 
 AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
-    : QTableWidget(0, 2, parent) {
+    : RowList(2, kAddress, QStringLiteral("txMailaddress"), std::move(offers), parent) {
   setObjectName(QStringLiteral("lvMailaddress"));
   setHorizontalHeaderLabels({Ui::tr("種類"), Ui::tr("アドレス")});
-  horizontalHeader()->hide();
-  horizontalHeader()->setStretchLastSection(true);
   setColumnWidth(kKind, 110);
-  verticalHeader()->hide();
   setSelectionBehavior(QAbstractItemView::SelectRows);
-  setTabKeyNavigation(false);
-  setItemDelegateForColumn(
-      kAddress, new NamedEditorDelegate(QStringLiteral("txMailaddress"), std::move(offers), this));
   connect(this, &QTableWidget::itemChanged, this, [this](const QTableWidgetItem* changed) {
     if (filling_) return;
     SplitRow(changed->row());
@@ -166,7 +158,7 @@ void AddressList::keyPressEvent(QKeyEvent* event) {
   } else if (editable_ && begins && row >= 0 && state() != EditingState) {
     editItem(item(row, kAddress));
   } else {
-    QTableWidget::keyPressEvent(event);
+    RowList::keyPressEvent(event);
   }
 }
 
@@ -174,7 +166,7 @@ QList<AddressEntry> AddressList::Addresses() const {
   if (!editable_) return shown_;
   QList<AddressEntry> addresses;
   for (int row = 0; row < rowCount(); ++row) {
-    const QString typed = item(row, kAddress)->text();
+    const QString typed = RowText(row);
     const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
     if (kinds == nullptr || typed.trimmed().isEmpty()) continue;
     addresses.append(ReadTyped(kinds->currentData().toString(), typed));

@@ -2,17 +2,17 @@
 
 #include <QList>
 #include <QStringList>
-#include <QTableWidget>
 #include <functional>
 
 #include "mail/address.h"
+#include "mail/window/row_list.h"
 
 namespace vorn {
 
 /// The list "lvMailaddress": a message's addresses, one a row with its kind. While it can be edited
 /// its last row, "($追加)", takes the next address; several that are typed or pasted into one row
 /// become rows of their own.
-class AddressList : public QTableWidget {
+class AddressList : public RowList {
   Q_OBJECT
 
  public:
@@ -27,9 +27,6 @@ class AddressList : public QTableWidget {
   void MarkNamed(const QString& text);
   /// Adds an address to a list that can be edited.
   void Add(const AddressEntry& entry);
-
- Q_SIGNALS:
-  void Edited();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

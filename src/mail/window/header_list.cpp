@@ -1,23 +1,29 @@
 #include "mail/window/header_list.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 
-#include "mail/window/named_editor_delegate.h"
-
 namespace vorn {
+namespace {
 
-HeaderList::HeaderList(QWidget* parent) : QTableWidget(0, 1, parent) {
+// A header is one line, and what a user adds is an extension.
+QString Normalized(const QString& typed) {
+  QString line = typed.simplified();
+  if (line.isEmpty() || line.compare(u"X-Name:", Qt::CaseInsensitive) == 0) return {};
+  if (!line.startsWith(u"x-", Qt::CaseInsensitive)) line.prepend(QStringLiteral("X-"));
+  if (!line.contains(u':')) line += QStringLiteral(": ");
+  return line;
+}
+
+}  // namespace
+
+HeaderList::HeaderList(QWidget* parent) : RowList(1, 0, QStringLiteral("txHeader"), {}, parent) {
   setObjectName(QStringLiteral("lvHeader"));
-  horizontalHeader()->hide();
-  horizontalHeader()->setStretchLastSection(true);
-  verticalHeader()->hide();
   setShowGrid(false);
-  setTabKeyNavigation(false);
-  setItemDelegate(new NamedEditorDelegate(QStringLiteral("txHeader"), {}, this));
   connect(this, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
     if (filling_) return;
-    Normalize(item);
+    filling_ = true;
+    item->setText(Normalized(item->text()));
+    filling_ = false;
     KeepEmptyRow();
     Q_EMIT Edited();
   });
@@ -35,7 +41,8 @@ void HeaderList::Show(const QStringList& rows, bool editable) {
 QStringList HeaderList::Rows() const {
   QStringList rows;
   for (int row = 0; row < rowCount(); ++row) {
-    const QString line = item(row, 0)->text();
+    const QString shown = RowText(row);
+    const QString line = editable_ ? Normalized(shown) : shown;
     if (!line.isEmpty()) rows.append(line);
   }
   return rows;
@@ -75,19 +82,6 @@ void HeaderList::KeepEmptyRow() {
   if (last < 0 || !item(last, 0)->text().isEmpty()) AddRow({});
 }
 
-// A header is one line, and what a user adds is an extension.
-void HeaderList::Normalize(QTableWidgetItem* changed) {
-  QString line = changed->text().simplified();
-  const bool isBare = line.isEmpty() || line.compare(u"X-Name:", Qt::CaseInsensitive) == 0;
-  if (isBare) line.clear();
-  if (!isBare && !line.startsWith(u"x-", Qt::CaseInsensitive)) line.prepend(QStringLiteral("X-"));
-  if (!isBare && !line.contains(u':')) line += QStringLiteral(": ");
-  if (line == changed->text()) return;
-  filling_ = true;
-  changed->setText(line);
-  filling_ = false;
-}
-
 void HeaderList::keyPressEvent(QKeyEvent* event) {
   const int row = currentRow();
   if (event->key() == Qt::Key_Delete && editable_ && row >= 0 && row < rowCount() - 1) {
@@ -105,7 +99,7 @@ void HeaderList::keyPressEvent(QKeyEvent* event) {
     editItem(item(row, 0));
     return;
   }
-  QTableWidget::keyPressEvent(event);
+  RowList::keyPressEvent(event);
 }
 
 }  // namespace vorn

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QStringList>
-#include <QTableWidget>
+
+#include "mail/window/row_list.h"
 
 namespace vorn {
 
 /// The list "lvHeader": a message's extension header lines. While it can be edited its last row
 /// takes the next line. A line that does not begin with "X-" gets it.
-class HeaderList : public QTableWidget {
+class HeaderList : public RowList {
   Q_OBJECT
 
  public:
@@ -18,16 +19,12 @@ class HeaderList : public QTableWidget {
   /// Sets the line of a header, with its colon, or adds it.
   void SetHeader(const QString& name, const QString& value);
 
- Q_SIGNALS:
-  void Edited();
-
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void AddRow(const QString& line);
   void KeepEmptyRow();
-  void Normalize(QTableWidgetItem* item);
 
   bool editable_ = false;
   bool filling_ = false;

@@ -82,6 +82,7 @@ void MessageWindow::SendClicked() {
     return;
   }
   if (unreadable_) return;
+  FinishEditing();
   const QString missing = MissingForSending();
   if (!missing.isEmpty()) {
     QMessageBox::information(this, kApplicationTitle, missing);
@@ -213,6 +214,7 @@ bool MessageWindow::TellUnreadable() {
 
 void MessageWindow::SaveToFile() {
   if (TellUnreadable()) return;
+  FinishEditing();
   QString error;
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) QMessageBox::critical(this, kApplicationTitle, error);
@@ -232,6 +234,7 @@ void MessageWindow::SaveToFile() {
 
 void MessageWindow::PrintClicked() {
   if (TellUnreadable()) return;
+  FinishEditing();
   const QString path = context_.TempFolder + QStringLiteral("print_") +
                        context_.Data.NewSerialID() + QStringLiteral(".html");
   QFile file(path);
@@ -249,6 +252,7 @@ void MessageWindow::PrintClicked() {
 
 void MessageWindow::ShowSource() {
   if (TellUnreadable()) return;
+  FinishEditing();
   QString error;
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
   auto* dialog = new QDialog(this);

@@ -3,6 +3,8 @@
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -147,6 +149,12 @@ void MessageWindow::ShowCaption() {
   setWindowTitle(GetMessageSubject() + Ui::tr(" プロパティ"));
 }
 
+void MessageWindow::FinishEditing() {
+  QGuiApplication::inputMethod()->commit();
+  lvMailaddress_->FinishEditing();
+  lvHeader_->FinishEditing();
+}
+
 MessageModel MessageWindow::CurrentModel() const {
   MessageModel model = model_;
   model.subject = txSubject_->text();
@@ -204,6 +212,7 @@ bool MessageWindow::StoreForClosing() {
     if (changedState_ != 0) StoreState();
     return true;
   }
+  FinishEditing();
   const bool isNew = request_->Flag(u"new");
   const bool sends = request_->Flag(u"send");
   if (isNew && !sends) {

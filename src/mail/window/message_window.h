@@ -109,6 +109,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString MissingForSending() const;
+  /// Takes over what is being typed: a row without Enter, what an input method composes.
+  void FinishEditing();
   /// The message as it stands in the window.
   MessageModel CurrentModel() const;
   /// Its source; null, with the reason in `error`, when an attachment cannot be read.

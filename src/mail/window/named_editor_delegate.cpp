@@ -20,6 +20,7 @@ QWidget* NamedEditorDelegate::createEditor(QWidget* parent, const QStyleOptionVi
   auto* box = new QLineEdit(parent);
   box->setObjectName(editorName_);
   box->setFrame(false);
+  connect(box, &QLineEdit::textEdited, this, &NamedEditorDelegate::Typed);
   if (offers_) {
     auto* completer = new QCompleter(offers_(), box);
     completer->setCaseSensitivity(Qt::CaseInsensitive);

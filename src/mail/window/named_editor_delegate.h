@@ -20,6 +20,10 @@ class NamedEditorDelegate : public QStyledItemDelegate {
                         const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
+ Q_SIGNALS:
+  /// The user changed the text in the box, which the list does not hold yet.
+  void Typed();
+
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 

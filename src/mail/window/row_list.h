@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QStringList>
+#include <QTableWidget>
+#include <functional>
+
+class QLineEdit;
+
+namespace vorn {
+
+/// A list whose rows are edited in place, each in a text box. What stands in an open box counts as
+/// the row's text: a user sees no difference between what was typed and what was taken over.
+class RowList : public QTableWidget {
+  Q_OBJECT
+
+ public:
+  /// The texts stand in the column `textColumn`; the boxes are named `editorName`, `offers` gives
+  /// what they offer while the user types (nothing when it is empty).
+  RowList(int columns, int textColumn, const QString& editorName,
+          std::function<QStringList()> offers, QWidget* parent);
+
+  /// Takes over what stands in the open box, as Enter does, and closes it.
+  void FinishEditing();
+
+ Q_SIGNALS:
+  /// The user changed something, in an open box as well.
+  void Edited();
+
+ protected:
+  /// A row's text as it is shown.
+  QString RowText(int row) const;
+
+ private:
+  QLineEdit* Box() const;
+
+  int textColumn_;
+  QString editorName_;
+};
+
+}  // namespace vorn
