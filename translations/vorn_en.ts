@@ -2444,5 +2444,9 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>判断を保存できません。</source>
         <translation>The decision cannot be stored. </translation>
     </message>
+    <message>
+        <source>記録ファイル「%1」を読み込めません。</source>
+        <translation>The log “%1” cannot be read.</translation>
+    </message>
 </context>
 </TS>

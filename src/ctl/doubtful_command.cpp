@@ -28,6 +28,7 @@ void PrintDoubtful(const DoubtfulMessage& message, bool asJson) {
 
 int Doubtful(Context& context, const Arguments& arguments) {
   Outbox outbox(context, MailDatabasePath(context));
+  outbox.SettleLeftOver();
   const QString verb = arguments.Words().value(1, QStringLiteral("list"));
   const QString serialId = arguments.Words().value(2);
   if (verb == u"list") {

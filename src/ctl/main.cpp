@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
+#include <csignal>
 #include <cstdio>
 
 #include "ctl/command.h"
@@ -218,6 +219,10 @@ QString FindFolder(Context& context, const QString& nameOrSerial) {
 }  // namespace vorn::ctl
 
 int main(int argc, char** argv) {
+#ifdef SIGPIPE
+  // Whoever reads the output may go; what is known of damage is still to be kept.
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
   const QCoreApplication application(argc, argv);
   return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
 }

@@ -9,7 +9,6 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
-#include "storage/work_lock.h"
 
 namespace vorn::ctl {
 namespace {
@@ -23,12 +22,6 @@ QString StoreWaiting(Context& context, const QString& name) {
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
   if (!MailStore(context).StoreMessage(request, *source).isEmpty()) return {};
   return QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
-}
-
-// What a program that died had under way; one that is at work settles it by itself.
-void SettleLeftOver(Context& context, Outbox& outbox) {
-  WorkLock work(context, kSendingWork);
-  if (work.Take()) outbox.DoubtLeftOver();
 }
 
 }  // namespace
@@ -51,7 +44,7 @@ int Send(Context& context, const Arguments& arguments) {
   }
   MailTraffic traffic(context, console, console);
   Outbox outbox(context, MailDatabasePath(context));
-  SettleLeftOver(context, outbox);
+  outbox.SettleLeftOver();  // which is told once, at the end
   traffic.Plan().CreateMessagePlan(kPlanSend);
   const double seconds = traffic.Plan().IsEmpty() ? 0 : RunPlan(traffic);
   const ReceiveCounts& counts = traffic.Events().Counts();

@@ -63,7 +63,7 @@ MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArr
   const MessageIndex index = Index(request, source);
   if (!Open(request)) return Received::Failed;
   Received received = Received::Failed;
-  if (context_.Data.Begin()) {
+  if (context_.Data.BeginGathered()) {
     // Nobody else writes from here on, so what is not known now stays so.
     bool known = false;
     const bool stored = IsKnown(request.Text(u"MessageID"), &known) &&

@@ -3,6 +3,7 @@
 #include "mail/mail_store.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "storage/work_lock.h"
 
 namespace vorn {
 namespace {
@@ -168,6 +169,11 @@ int Outbox::DoubtLeftOver() {
   }
   data.Close();
   return count;
+}
+
+int Outbox::SettleLeftOver() {
+  WorkLock work(context_, kSendingWork);
+  return work.Take() ? DoubtLeftOver() : 0;
 }
 
 QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {

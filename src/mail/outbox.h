@@ -39,7 +39,8 @@ struct DoubtfulMessage {
 /// * doubtful: `Doubt`, or `DoubtLeftOver` for attempts whose program died. It stays so until the
 ///   user decides by `SendAgain` or `KeepAsSent`.
 ///
-/// Attempts are made by the program that holds the work "send" alone.
+
+/// while nobody holds it was left over by a death.
 class Outbox {
  public:
   /// `file` is the stored path of the mail database.
@@ -61,6 +62,8 @@ class Outbox {
   bool Doubt(const QString& serialId, const QString& reply);
   /// Makes every attempt that was left over doubtful; the number of them.
   int DoubtLeftOver();
+  /// The same when no program is sending: one that is settles it by itself.
+  int SettleLeftOver();
 
   /// Brings what was noted to the disk.
   bool MakeDurable();

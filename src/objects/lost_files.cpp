@@ -84,6 +84,9 @@ QStringList FilesWithMark(const QDir& folder, const QString& mark) {
   QStringList found;
   if (mark.isEmpty()) return found;
   for (const QFileInfo& file : folder.entryInfoList(QDir::Files | QDir::Hidden)) {
+    // The engine's own files beside a database are none of ours to open.
+    const QString name = file.fileName();
+    if (name.endsWith(u"-shm") || name.endsWith(u"-wal") || name.endsWith(u"-journal")) continue;
     if (FileMark(file.filePath()) == mark) found.append(file.filePath());
   }
   return found;

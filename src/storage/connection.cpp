@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "storage/engine.h"
+#include "storage/engine_locks.h"
 #include "storage/log_state.h"
 #include "storage/raw_pages.h"
 #include "storage/recordset.h"
@@ -156,6 +157,7 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
     *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。中身が失われています。")};
     return nullptr;
   }
+  UseOwnLocks();
   std::shared_ptr<Connection> connection(new Connection);
   const int flags = mode == Mode::ReadOnly
                         ? SQLITE_OPEN_READONLY
@@ -182,6 +184,12 @@ bool Connection::LookAtLog(const QString& path, Mode mode, StorageError* error) 
   if (!alone.IsTaken()) return true;  // whoever has it open looked, and is writing to it
   const LogState log = ReadLogState(path, FileSalt(handle_));
   if (log < LogState::Torn) return true;
+  if (log == LogState::Closed) {
+    *error = {StorageError::Kind::Other,
+              Ui::tr("記録ファイル「%1」を読み込めません。")
+                  .arg(QFileInfo(path).fileName() + QStringLiteral("-wal"))};
+    return false;
+  }
   damage_.insert(kDamagedLog);
   if (log == LogState::Torn || (mode != Mode::ReadOnly && SetLogAside(path))) return true;
   *error = {StorageError::Kind::Damaged,

@@ -115,9 +115,20 @@ bool DataSession::IsUnfinished() const {
 
 bool DataSession::Begin() {
   if (connection_ == nullptr) return false;
-  if (groupPath_.isEmpty() || groupPath_ != path_) {
-    return connection_->Begin() || FailFromConnection();
-  }
+  LeaveGroup();
+  if (group_ != nullptr && group_ == connection_) return BeginGathered();  // inside one of these
+  return connection_->Begin() || FailFromConnection();
+}
+
+// What could not be written then is reported by the next flush.
+void DataSession::LeaveGroup() {
+  if (group_ == nullptr || group_ != connection_ || groupDepth_ > 0) return;
+  if (!FlushGroup()) groupUndone_ = true;
+}
+
+bool DataSession::BeginGathered() {
+  if (connection_ == nullptr) return false;
+  if (groupPath_.isEmpty() || groupPath_ != path_) return Begin();
   if (group_ == nullptr) {
     if (!connection_->Begin()) return FailFromConnection();
     group_ = connection_;
@@ -179,6 +190,7 @@ bool DataSession::OpenRecordset(const QString& select, CursorKind kind, Statemen
     if (table.isEmpty()) {
       return FailWith({StorageError::Kind::BadStatement, Ui::tr("この文の結果は変更できません。")});
     }
+    LeaveGroup();
     sql.replace(sql.indexOf('*'), 1, "rowid,*");
   }
   auto statement = connection_->Prepare(sql, trust);
@@ -198,6 +210,7 @@ bool DataSession::Execute(const QString& text) {
   QString reason;
   const auto translated = TranslateSql(text, &reason);
   if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
+  LeaveGroup();
   return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();
 }
 

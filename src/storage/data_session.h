@@ -73,12 +73,15 @@ class DataSession {
   /// Puts back what could not be kept.
   void PutDamage(const QString& path, const QSet<QString>& parts) { damage_[path] += parts; }
 
-  /// From here on, transactions on the file at `path` are gathered and reach it together at
-  /// `FlushGroup` or `EndGroup`: storing thousands of messages then writes each page once. They
-  /// are seen by this session at once, by others after the flush. A rollback undoes all that was
-  /// gathered, and the next flush reports it: undoing one transaction alone would cost every other
-  /// one the encryption of each page that it touches.
+  /// From here on, the transactions on the file at `path` that begin by `BeginGathered` are
+  /// gathered and reach it together at `FlushGroup` or `EndGroup`: storing thousands of messages
+  /// then writes each page once. They are seen by this session at once, by others after the flush.
+  /// Any other writing takes them to the file first, so that what a user does meanwhile is never
+  /// undone with them. A rollback undoes all that was gathered, and the next flush reports it:
+  /// undoing one transaction alone would cost every other one the encryption of each page that it
+  /// touches.
   void BeginGroup(const QString& path) { groupPath_ = path; }
+  bool BeginGathered();
   /// Writes what was gathered. False means that all of it was undone.
   bool FlushGroup();
   bool EndGroup();
@@ -99,6 +102,7 @@ class DataSession {
 
  private:
   bool FailFromConnection();
+  void LeaveGroup();
   void NoteDamage(const QString& path, Connection& connection);
   std::shared_ptr<Connection> Warm(const QString& path, const QString& password);
 

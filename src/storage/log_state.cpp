@@ -44,6 +44,14 @@ struct Sum {
   }
 };
 
+bool HoldsOnlyZeros(QFile& log) {
+  for (QByteArray bytes = log.read(kLargestPage); !bytes.isEmpty();
+       bytes = log.read(kLargestPage)) {
+    if (bytes.count('\0') != bytes.size()) return false;
+  }
+  return true;
+}
+
 // Follows the frames behind a header that was read. What a program had not committed when it was
 // killed, or undid, may stand behind the last change; such frames do not follow upon it, and none
 // of them ends a transaction. Frames of an earlier round of the log, which bear other salts, stand
@@ -86,10 +94,12 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteAr
 LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
   QFile log(LogPath(path));
   if (!log.exists() || log.size() == 0) return LogState::None;
-  if (!log.open(QIODevice::ReadOnly)) return LogState::Foreign;
+  if (!log.open(QIODevice::ReadOnly)) return LogState::Closed;
   const QByteArray header = log.read(kHeaderBytes);
   // A machine that lost its power may leave zeros where nothing was written yet.
-  if (header.count('\0') == header.size()) return LogState::None;
+  if (header.count('\0') == header.size()) {
+    return HoldsOnlyZeros(log) ? LogState::None : LogState::Foreign;
+  }
   if (header.size() < kHeaderBytes || (Number(header, 0) & ~1U) != kMagic) return LogState::Foreign;
   const quint32 page = Number(header, 8);
   if (page < 512 || page > kLargestPage) return LogState::Foreign;

@@ -13,6 +13,7 @@ enum class LogState {
   Sound,    ///< every change in it can be read, but for one that was never finished
   Torn,     ///< a change that was committed cannot be read
   Foreign,  ///< not a log, or that of another database
+  Closed,   ///< cannot be read now
 };
 
 /// Reads the log of the database file at `path` (see the engine's "Database File Format", section

@@ -3,6 +3,8 @@
 #include <QMessageAuthenticationCode>
 #include <QtEndian>
 
+#include "storage/engine_locks.h"
+
 namespace vorn {
 namespace {
 
@@ -64,6 +66,7 @@ sqlite3_file* EngineFile(sqlite3* handle) {
 }
 
 QByteArray FileStart(const QString& path, qsizetype length) {
+  UseOwnLocks();
   sqlite3* handle = nullptr;
   sqlite3_open_v2(path.toUtf8().constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
   const QByteArray bytes = Read(handle, 0, length);

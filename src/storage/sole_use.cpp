@@ -1,10 +1,12 @@
 #include "storage/sole_use.h"
 
+#include "storage/engine_locks.h"
 #include "storage/raw_pages.h"
 
 namespace vorn {
 
 SoleUse::SoleUse(const QString& path) {
+  UseOwnLocks();
   if (sqlite3_open_v2(path.toUtf8().constData(), &handle_, SQLITE_OPEN_READWRITE, nullptr) !=
       SQLITE_OK) {
     return;

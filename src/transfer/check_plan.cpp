@@ -5,11 +5,13 @@
 #include <QScopedValueRollback>
 #include <vector>
 
+#include "mail/outbox.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
 #include "transfer/pop.h"
@@ -46,7 +48,11 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
     AddReceiveJob(
         *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
   }
-  if ((flags & kPlanSend) != 0) AddSendJob(WaitingMessages(serial, db, file));
+  if ((flags & kPlanSend) != 0) {
+    // Also where nothing else waits: what a death left has to be told.
+    ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
+    AddSendJob(WaitingMessages(serial, db, file));
+  }
 }
 
 void CheckPlan::RebuildPeriodicJob() {

@@ -196,9 +196,9 @@ void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   if (account->Number(u"OutMailServerProtocol") == kPopBeforeSmtp && KnowsPassword(*account)) {
     LoadReceiving(*account);
     pop_.LoginOnly = true;
+    pop_.Tag = job.SerialID();
     pop_.Start();
   }
-  pop_.Tag = job.SerialID();
   job.Let(QStringLiteral("log"), QString());
   job.Let(QStringLiteral("error"), false);
   job.Let(QStringLiteral("loginrefused"), false);
@@ -236,6 +236,8 @@ void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
     return;
   }
   LoadSending(*message, waiting);
+  // A receive job may have had a session since this one began.
+  pop_.Tag = job.SerialID();
   pop_.Start();
   job.Let(kProcess, static_cast<int>(kEnded));
 }

@@ -50,6 +50,15 @@ TEST(SideBySide, LooksAtTheFilesTakeNoLockAway) {
   for (const QString& path : paths) ASSERT_TRUE(IsHeldForOthers(path)) << path.toStdString();
   EXPECT_TRUE(NoteFiles(profile.Get()));
   EXPECT_TRUE(LostFiles(profile.Get(), *profile.Get().Session).isEmpty());
+  // As a file dialog does that looks at their types.
+  const QDir folder = QFileInfo(paths[0]).dir();
+  for (const QFileInfo& entry : folder.entryInfoList(QDir::Files | QDir::Hidden)) {
+    QFile file(entry.filePath());
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  }
+  for (const QString& path : paths) {
+    EXPECT_TRUE(IsHeldForOthers(path + QStringLiteral("-shm"))) << path.toStdString();
+  }
   for (const QString& path : paths) EXPECT_TRUE(IsHeldForOthers(path)) << path.toStdString();
 }
 

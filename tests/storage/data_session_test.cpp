@@ -224,7 +224,7 @@ TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
   data_.BeginGroup(path_);
   for (const char16_t* value : {u"a", u"b"}) {
     ASSERT_TRUE(data_.Open(path_, kPassword));
-    ASSERT_TRUE(data_.Begin());
+    ASSERT_TRUE(data_.BeginGathered());
     Insert(QString::fromUtf16(value));
     ASSERT_TRUE(data_.Commit());
     data_.Close();
@@ -238,10 +238,32 @@ TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
   EXPECT_TRUE(data_.MakeDurable(path_));
 }
 
+// A user's own change is in the file at once, and no failure of what is gathered undoes it.
+TEST_F(DataSessionTest, WhatDoesNotBelongToAGroupIsWrittenAtOnce) {
+  DataSession other;
+  data_.BeginGroup(path_);
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  ASSERT_TRUE(data_.BeginGathered());
+  Insert(QStringLiteral("gathered"));
+  ASSERT_TRUE(data_.Commit());
+  ASSERT_TRUE(data_.Begin());
+  Insert(QStringLiteral("own"));
+  ASSERT_TRUE(data_.Commit());
+  ASSERT_TRUE(data_.BeginGathered());
+  Insert(QStringLiteral("fails"));
+  data_.Close();  // without a commit
+  EXPECT_FALSE(data_.EndGroup());
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  EXPECT_EQ(Values(), (QStringList{QStringLiteral("gathered"), QStringLiteral("own")}));
+  ASSERT_TRUE(other.Open(path_, kPassword));
+  ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
+  EXPECT_FALSE(other.Recordset()->Eof());
+}
+
 TEST_F(DataSessionTest, ARollbackUndoesTheWholeGroupAndTheFlushTellsIt) {
   const auto insert = [this](const char16_t* value) {
     ASSERT_TRUE(data_.Open(path_, kPassword));
-    ASSERT_TRUE(data_.Begin());
+    ASSERT_TRUE(data_.BeginGathered());
     Insert(QString::fromUtf16(value));
   };
   data_.BeginGroup(path_);

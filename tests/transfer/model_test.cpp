@@ -73,13 +73,15 @@ class Model : public testing::Test {
   void SetUp() override {
     ASSERT_TRUE(smtp_.Listen());
     ASSERT_TRUE(pop3_.Listen());
+    ASSERT_TRUE(empty_.Listen());
     {
       QString error;
       Context first;
       ASSERT_TRUE(StartUp(first, Folder(), &error)) << error.toStdString();
       ASSERT_NE(CreateFirstProfile(first), nullptr);
       ASSERT_TRUE(LogIn(first, {}, {}, &error)) << error.toStdString();
-      AddAccount(first);
+      AddAccount(first, QStringLiteral("me"), pop3_.Port());
+      AddAccount(first, QStringLiteral("other"), empty_.Port());
       first.Data.CloseAll();
     }
     for (auto& program : programs_) program = std::make_unique<RunningProgram>(Folder());
@@ -88,12 +90,12 @@ class Model : public testing::Test {
     for (auto& program : programs_) program.reset();
   }
 
-  void AddAccount(Context& context) {
+  void AddAccount(Context& context, const QString& name, int port) {
     AccountValues values;
-    values.name = QStringLiteral("account");
-    values.address = QStringLiteral("me@example.com");
+    values.name = name;
+    values.address = name + QStringLiteral("@example.com");
     values.inServer = values.outServer = QStringLiteral("127.0.0.1");
-    values.inPort = pop3_.Port();
+    values.inPort = port;
     values.outPort = smtp_.Port();
     values.inUser = QStringLiteral("user");
     values.inPassword = QStringLiteral("secret");
@@ -346,6 +348,7 @@ class Model : public testing::Test {
   QTemporaryDir folder_;
   LoopbackSmtpServer smtp_;
   LoopbackPop3Server pop3_;
+  LoopbackPop3Server empty_;  // of another account
   std::array<std::unique_ptr<RunningProgram>, 2> programs_;
   std::map<QString, Written> written_;
   int versions_ = 0;

@@ -95,6 +95,38 @@ TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
   EXPECT_EQ(Subjects(3).size(), 1);
 }
 
+// Sending begins and goes on in different steps; another account's session may come between.
+TEST_F(OnceTest, SeveralAccountsLeaveNoMessageBehind) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  for (int i = 0; i < 3; ++i) profile_.AddAccount(pop3.Port());
+  for (int i = 0; i < 4; ++i) StoreWaiting(QByteArray::number(i));
+  for (int clicks = 0; clicks < 3; ++clicks) {
+    traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
+  }
+  RunAll({&traffic_});
+  EXPECT_EQ(smtp_.Messages().size(), 4);
+  EXPECT_EQ(Subjects(3).size(), 4);
+}
+
+// Nothing else has to wait for it to be told.
+TEST_F(OnceTest, WhatADeathLeftIsDoubtfulAtTheNextAttempt) {
+  const QString serial = StoreWaiting();
+  WaitingMessage message;
+  Outbox outbox = TheOutbox();
+  ASSERT_EQ(outbox.Read(serial, message), Outbox::Reading::Ready);
+  ASSERT_EQ(outbox.BeginHandover(serial, message.version, {}), Outbox::Claim::Taken);
+  {
+    OtherProgram sender(profile_.Folder());
+    WorkLock work(sender.context, kSendingWork);
+    ASSERT_TRUE(work.Take());
+    EXPECT_EQ(outbox.SettleLeftOver(), 0) << "it may still be under way";
+  }
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  EXPECT_TRUE(outbox.FindDoubtful(serial).has_value());
+  EXPECT_EQ(host_.log.size(), 1);
+}
+
 TEST_F(OnceTest, TwoProgramsSendEachMessageOnce) {
   for (int i = 0; i < 30; ++i) StoreWaiting(QByteArray::number(i));
   OtherProgram other(profile_.Folder());

@@ -31,7 +31,6 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
-#include "storage/work_lock.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 
@@ -163,9 +162,7 @@ void ParentWindow::LoadDefaultProperty() {
 // What was being sent when a program ended without warning.
 void ParentWindow::OfferDoubtful() {
   Outbox outbox(context_, MailDatabasePath(context_));
-  WorkLock work(context_, kSendingWork);
-  if (work.Take()) outbox.DoubtLeftOver();
-  work.Release();
+  outbox.SettleLeftOver();
   const QList<DoubtfulMessage> messages = outbox.Doubtful();
   if (messages.isEmpty()) return;
   const auto answer = QMessageBox::question(

@@ -121,8 +121,9 @@ void MessageWindow::CancelSending() {
 void MessageWindow::ShowDoubt() {
   doubt_->hide();
   if (!IsWaiting()) return;
-  const auto doubtful = Outbox(context_, request_->Text(u"file", MailDatabasePath(context_)))
-                            .FindDoubtful(request_->SerialID());
+  Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
+  outbox.SettleLeftOver();
+  const auto doubtful = outbox.FindDoubtful(request_->SerialID());
   if (doubtful) doubt_->Show(*doubtful);
 }
 
