@@ -2448,5 +2448,9 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>記録ファイル「%1」を読み込めません。</source>
         <translation>The log “%1” cannot be read.</translation>
     </message>
+    <message>
+        <source>ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。</source>
+        <translation>In the place of the file “%1”%2 there is another database, or a file whose beginning is damaged.</translation>
+    </message>
 </context>
 </TS>

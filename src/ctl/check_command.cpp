@@ -50,16 +50,19 @@ int CheckFiles(Context& context, const Arguments& arguments) {
   struct File {
     QString path;
     QString password;
+    FileContents contents;
   };
-  QList<File> files{{context.NaviDatabasePath, context.SecurityKey}};
+  QList<File> files{{context.NaviDatabasePath, context.SecurityKey, FileContents::Objects}};
+  FileContents contents = FileContents::Objects;  // the profile's own database comes first
   for (const QString& path : ProfileFiles(context, *context.Session)) {
-    files.append({path, context.Session->Text(u"password")});
+    files.append({path, context.Session->Text(u"password"), contents});
+    contents = FileContents::Messages;
   }
   const bool accept = arguments.Has(QStringLiteral("accept-damage"));
   bool sound = true;
   bool remembered = true;
   for (const File& file : files) {
-    FileFindings findings = context.Data.CheckFile(file.path, file.password);
+    FileFindings findings = context.Data.CheckFile(file.path, file.password, file.contents);
     AddWhatIsKnown(context, file.path, findings);
     sound = sound && findings.IsSound();
     Report(file.path, findings, arguments.Has(QStringLiteral("json")));

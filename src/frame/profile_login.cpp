@@ -53,6 +53,13 @@ bool MakeStandardObjects(Context& context) {
          CreateStandardObjects(context);
 }
 
+// A damaged mail file keeps nobody out: what of it can be read, and what not, is for the lists and
+// the check to tell.
+bool OpensMail(Context& context) {
+  return CreateDatabase(context, DatabaseKind::Mail) ||
+         context.Data.LastError().kind == StorageError::Kind::Damaged;
+}
+
 // The files of a profile that are there, without its own database.
 QStringList MailFiles(const Context& context, const Disk& profile) {
   QStringList files = ProfileFiles(context, profile).mid(1);
@@ -161,7 +168,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
              Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
-      if (MakeStandardObjects(context) && CreateDatabase(context, DatabaseKind::Mail)) {
+      if (MakeStandardObjects(context) && OpensMail(context)) {
         NoteFiles(context);  // tried again at the end
         return true;
       }

@@ -80,6 +80,26 @@ bool CopyIsCurrent(Context& context) {
   return read && std::all_of(keys.begin(), keys.end(), agrees);
 }
 
+// Whether another database stands in the place of the one that was noted.
+bool IsAnother(const QString& path, const QString& mark) {
+  const QString there = FileMark(path);
+  return !mark.isEmpty() && !there.isEmpty() && there != mark;
+}
+
+// What stands in the place of a lost file is kept under another name, with its log.
+bool MakeRoom(const QString& path) {
+  if (!QFileInfo::exists(path)) return true;
+  if (!HasContent(path)) return QFile::remove(path);
+  QString aside;
+  for (int number = 1; aside.isEmpty() || QFileInfo::exists(aside); ++number) {
+    aside = path + QStringLiteral(".other%1").arg(number);
+  }
+  QFile::remove(path + QStringLiteral("-shm"));
+  const QString log = QStringLiteral("-wal");
+  return (!QFileInfo::exists(path + log) || QFile::rename(path + log, aside + log)) &&
+         QFile::rename(path, aside);
+}
+
 QStringList FilesWithMark(const QDir& folder, const QString& mark) {
   QStringList found;
   if (mark.isEmpty()) return found;
@@ -119,7 +139,7 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   const QStringList used = StoredPaths(profile);
   for (const FileNote& note : FileNotes(profile)) {
     const QString path = PlatformPath(context, note.path);
-    if (!used.contains(note.path) || HasContent(path)) continue;
+    if (!used.contains(note.path) || (HasContent(path) && !IsAnother(path, note.mark))) continue;
     lost.append({path, note, FilesWithMark(folder, note.mark)});
   }
   // A profile of an earlier version has no notes. Messages without their profile's database tell
@@ -140,9 +160,14 @@ QString LostFilesText(const QList<LostFile>& lost) {
   for (const LostFile& file : lost) {
     const QString held =
         file.note.messages < 0 ? QString() : Ui::tr("（メッセージ%1通）").arg(file.note.messages);
-    lines.append((QFileInfo::exists(file.path) ? Ui::tr("ファイル「%1」%2が空になっています。")
-                                               : Ui::tr("ファイル「%1」%2がありません。"))
-                     .arg(QDir::toNativeSeparators(file.path), held));
+    QString sentence = Ui::tr("ファイル「%1」%2がありません。");
+    if (HasContent(file.path)) {
+      sentence = Ui::tr(
+          "ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。");
+    } else if (QFileInfo::exists(file.path)) {
+      sentence = Ui::tr("ファイル「%1」%2が空になっています。");
+    }
+    lines.append(sentence.arg(QDir::toNativeSeparators(file.path), held));
     for (const QString& found : file.found) {
       lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
     }
@@ -186,14 +211,18 @@ bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
       return Fail(context, Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
     }
   }
-  if (QFileInfo::exists(lost.path) && !HasContent(lost.path)) QFile::remove(lost.path);
-  return PlaceNewFile(ready, lost.path) == Placing::Done ||
+  context.Data.CloseFile(lost.path);
+  return (MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done) ||
          Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
 }
 
 bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
                      const QString& password) {
-  if (QFileInfo::exists(lost.path) && !HasContent(lost.path)) QFile::remove(lost.path);
+  context.Data.CloseFile(lost.path);
+  if (!MakeRoom(lost.path)) {
+    return Fail(context, StorageError::Kind::Other,
+                Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
+  }
   const bool isOwn = lost.note.path == profile.Text(u"Profile");
   if (!MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail, lost.path,
                     password)) {

@@ -168,33 +168,38 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
     return nullptr;
   }
   // The engine itself looks at the log when it first reads.
-  const bool opened = (mode == Mode::Create || connection->LookAtLog(path, mode, error)) &&
-                      connection->SetUp(password, error);
+  const bool opened =
+      (mode == Mode::Create || connection->LookAtLog(path, password, mode, error)) &&
+      connection->SetUp(password, error);
   if (opened) return connection;
   if (error->kind == StorageError::Kind::WrongPassword &&
-      PasswordFitsLaterPages(connection->handle_, password)) {
+      PageMarks(connection->handle_, password).FitFile()) {
     *error = {StorageError::Kind::Damaged, Ui::tr("ファイルの先頭が壊れています。")};
   }
   return nullptr;
 }
 
-bool Connection::LookAtLog(const QString& path, Mode mode, StorageError* error) {
+bool Connection::LookAtLog(const QString& path, const QString& password, Mode mode,
+                           StorageError* error) {
+  const QString name = QFileInfo(path).fileName() + QStringLiteral("-wal");
   if (QFileInfo(path + QStringLiteral("-wal")).size() == 0) return true;
   const SoleUse alone(path);
   if (!alone.IsTaken()) return true;  // whoever has it open looked, and is writing to it
-  const LogState log = ReadLogState(path, FileSalt(handle_));
+  LoggedPage sample;
+  LogState log = ReadLogState(path, FileSalt(handle_), &sample);
+  if (log == LogState::Sound && sample.number != 0) {
+    const PageMarks marks(handle_, password);
+    if (!marks.IsMarked(sample.number, sample.bytes) && marks.FitFile()) log = LogState::Foreign;
+  }
   if (log < LogState::Torn) return true;
   if (log == LogState::Closed) {
-    *error = {StorageError::Kind::Other,
-              Ui::tr("記録ファイル「%1」を読み込めません。")
-                  .arg(QFileInfo(path).fileName() + QStringLiteral("-wal"))};
+    *error = {StorageError::Kind::Other, Ui::tr("記録ファイル「%1」を読み込めません。").arg(name)};
     return false;
   }
   damage_.insert(kDamagedLog);
   if (log == LogState::Torn || (mode != Mode::ReadOnly && SetLogAside(path))) return true;
   *error = {StorageError::Kind::Damaged,
-            Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。")
-                .arg(QFileInfo(path).fileName() + QStringLiteral("-wal"))};
+            Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。").arg(name)};
   return false;
 }
 

@@ -120,7 +120,7 @@ class Connection {
   void RegisterFunctions();
   bool Fail();
   bool FailWith(const StorageError& error, const QString& damaged);
-  bool LookAtLog(const QString& path, Mode mode, StorageError* error);
+  bool LookAtLog(const QString& path, const QString& password, Mode mode, StorageError* error);
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger);
   void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);

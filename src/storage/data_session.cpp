@@ -258,8 +258,9 @@ bool DataSession::CopyFile(const QString& path, const QString& password, const Q
                                     "ください。")});
 }
 
-FileFindings DataSession::CheckFile(const QString& path, const QString& password) {
-  FileFindings findings = CheckDatabaseFile(path, password);
+FileFindings DataSession::CheckFile(const QString& path, const QString& password,
+                                    FileContents contents) {
+  FileFindings findings = CheckDatabaseFile(path, password, contents);
   if (damage_.take(path).contains(QStringLiteral("log"))) findings.AddLostLog();
   if (!findings.parts.isEmpty()) damage_.insert(path, findings.parts);
   return findings;

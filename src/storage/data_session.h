@@ -64,7 +64,7 @@ class DataSession {
   /// Copies a file that no other program has open, with all that was committed to it.
   bool CopyFile(const QString& path, const QString& password, const QString& target);
   /// What is wrong with a file. Reads all of it and changes nothing.
-  FileFindings CheckFile(const QString& path, const QString& password);
+  FileFindings CheckFile(const QString& path, const QString& password, FileContents contents);
   /// What reading has shown to be damaged since the last call, by the file's path (see
   /// `Connection::TakeDamage`).
   QHash<QString, QSet<QString>> TakeDamage() { return std::exchange(damage_, {}); }

@@ -23,14 +23,13 @@ class FileCheck {
   FileCheck(Connection& connection, FileFindings& findings)
       : connection_(connection), findings_(findings) {}
 
-  void Run() {
+  void Run(FileContents contents) {
     AskEngine();
-    if (Number("SELECT COUNT(0) FROM sqlite_master WHERE type = 'table' AND name = 'mail'") > 0) {
+    if (contents == FileContents::Messages && HasTable("mail")) {
       ReadRows();
       ReadFolderRows();
       ReadSources();
-    } else if (Number("SELECT COUNT(0) FROM sqlite_master WHERE type = 'table' AND name = "
-                      "'object'") > 0) {
+    } else if (contents == FileContents::Objects && HasTable("object")) {
       ReadObjects();
     } else {
       Problem(Ui::tr("必要な表がありません。"));
@@ -54,6 +53,10 @@ class FileCheck {
     const QVariant number = connection_.Scalar(sql);
     if (!number.isValid()) Unreadable();
     return number.toLongLong();
+  }
+  bool HasTable(const QByteArray& name) {
+    return Number("SELECT COUNT(0) FROM sqlite_master WHERE type = 'table' AND name = '" + name +
+                  "'") > 0;
   }
   void Unreadable() { Problem(Ui::tr("データベースファイルに読み込めない部分があります。")); }
 
@@ -185,7 +188,8 @@ QString UnreadableMessage::Name() const {
                                                                   : GeneralTimeText(timestamp));
 }
 
-FileFindings CheckDatabaseFile(const QString& path, const QString& password) {
+FileFindings CheckDatabaseFile(const QString& path, const QString& password,
+                               FileContents contents) {
   FileFindings findings;
   const QFileInfo file(path);
   if (!file.exists()) {
@@ -207,7 +211,7 @@ FileFindings CheckDatabaseFile(const QString& path, const QString& password) {
     findings.parts.insert(QStringLiteral("file"));
     return findings;
   }
-  FileCheck(*connection, findings).Run();
+  FileCheck(*connection, findings).Run(contents);
   return findings;
 }
 

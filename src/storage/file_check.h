@@ -28,8 +28,11 @@ struct FileFindings {
   void AddLostLog();
 };
 
+/// What a database file is for: the objects of a profile or of the list of profiles, or messages.
+enum class FileContents { Objects, Messages };
+
 /// Reads every table and index of a file, every message source against its digest, and whether they
-/// belong together. Neither the file nor its log is changed.
-FileFindings CheckDatabaseFile(const QString& path, const QString& password);
+/// belong together; a file of other contents is not sound. Neither the file nor its log is changed.
+FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents);
 
 }  // namespace vorn

@@ -56,7 +56,8 @@ bool HoldsOnlyZeros(QFile& log) {
 // killed, or undid, may stand behind the last change; such frames do not follow upon it, and none
 // of them ends a transaction. Frames of an earlier round of the log, which bear other salts, stand
 // behind all of these.
-LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteArray& databaseSalt) {
+LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteArray& databaseSalt,
+                    LoggedPage* sample) {
   const auto page = static_cast<qsizetype>(Number(header, 8));
   const QByteArray salts = header.mid(16, 8);
   bool follows = true;
@@ -81,6 +82,9 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteAr
     if (!follows) continue;
     any = true;
     const bool isFirstPage = Number(frame, 0) == 1;
+    if (!isFirstPage && sample->number == 0) {
+      *sample = {Number(frame, 0), frame.mid(kFrameHeaderBytes)};
+    }
     if (isFirstPage && databaseSalt.size() == kSaltBytes &&
         frame.mid(kFrameHeaderBytes, kSaltBytes) != databaseSalt) {
       return LogState::Foreign;
@@ -91,7 +95,7 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteAr
 
 }  // namespace
 
-LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
+LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, LoggedPage* sample) {
   QFile log(LogPath(path));
   if (!log.exists() || log.size() == 0) return LogState::None;
   if (!log.open(QIODevice::ReadOnly)) return LogState::Closed;
@@ -106,7 +110,7 @@ LogState ReadLogState(const QString& path, const QByteArray& databaseSalt) {
   Sum sum{(Number(header, 0) & 1U) != 0};
   sum.Add(QByteArrayView(header).first(kCheckedHeaderBytes));
   if (!sum.Is(header, 24)) return LogState::Foreign;
-  return ReadFrames(log, header, sum, databaseSalt);
+  return ReadFrames(log, header, sum, databaseSalt, sample);
 }
 
 bool SetLogAside(const QString& path) {

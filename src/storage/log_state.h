@@ -16,9 +16,17 @@ enum class LogState {
   Closed,   ///< cannot be read now
 };
 
+/// A page as it stands in a log.
+struct LoggedPage {
+  quint32 number = 0;  ///< 0 for none
+  QByteArray bytes;
+};
+
 /// Reads the log of the database file at `path` (see the engine's "Database File Format", section
 /// 4), whose first bytes are `databaseSalt`. Nobody may have the database open.
-LogState ReadLogState(const QString& path, const QByteArray& databaseSalt);
+/// Only its first page tells by itself to which database a log belongs; for the others `sample`
+/// gets one to look at.
+LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, LoggedPage* sample);
 
 /// Gives a log that does not belong to its database another name, under which it is kept. False
 /// when it cannot be renamed.

@@ -78,18 +78,25 @@ QByteArray FileSalt(sqlite3* handle) {
   return Read(handle, 0, kSaltBytes);
 }
 
-bool PasswordFitsLaterPages(sqlite3* handle, const QString& password) {
+PageMarks::PageMarks(sqlite3* handle, const QString& password) : handle_(handle) {
   const QByteArray salt = FileSalt(handle);
-  if (salt.isEmpty()) return false;
-  const QByteArray key = MarkKey(salt, password);
+  if (!salt.isEmpty()) key_ = MarkKey(salt, password);
+}
+
+bool PageMarks::IsMarked(quint32 number, const QByteArray& page) const {
+  if (key_.isEmpty() || page.size() != kPageBytes) return false;
+  QMessageAuthenticationCode mark(QCryptographicHash::Sha1, key_);
+  mark.addData(page.constData(), kMarkAt);
+  const quint32 end = qToLittleEndian(number);
+  mark.addData(reinterpret_cast<const char*>(&end), sizeof end);
+  return mark.result() == page.mid(kMarkAt, kMarkBytes);
+}
+
+bool PageMarks::FitFile() const {
   for (quint32 number = 2; number < 2 + kPagesTried; ++number) {
-    const QByteArray page = Read(handle, (number - 1) * kPageBytes, kPageBytes);
+    const QByteArray page = Read(handle_, (number - 1) * kPageBytes, kPageBytes);
     if (page.isEmpty()) return false;
-    QMessageAuthenticationCode mark(QCryptographicHash::Sha1, key);
-    mark.addData(page.constData(), kMarkAt);
-    const quint32 end = qToLittleEndian(number);
-    mark.addData(reinterpret_cast<const char*>(&end), sizeof end);
-    if (mark.result() == page.mid(kMarkAt, kMarkBytes)) return true;
+    if (IsMarked(number, page)) return true;
   }
   return false;
 }

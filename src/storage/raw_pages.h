@@ -20,8 +20,21 @@ QByteArray FileStart(const QString& path, qsizetype length);
 /// read.
 QByteArray FileSalt(sqlite3* handle);
 
-/// Whether pages behind the first one bear the mark that this password gives them. Where it does,
-/// a file that does not open is damaged at its begin, and the password is right.
-bool PasswordFitsLaterPages(sqlite3* handle, const QString& password);
+/// The marks that a password gives the pages of an open file (HMAC-SHA-1 over the encrypted page
+/// and its number). Deriving their key takes about as long as opening a file.
+class PageMarks {
+ public:
+  PageMarks(sqlite3* handle, const QString& password);
+
+  /// Whether an encrypted page, not the first, bears its mark.
+  bool IsMarked(quint32 number, const QByteArray& page) const;
+  /// Whether one of the pages behind the first one does: the password is right then, and a file
+  /// that does not open all the same is damaged at its begin.
+  bool FitFile() const;
+
+ private:
+  sqlite3* handle_;
+  QByteArray key_;  // empty when there is no file to derive it from
+};
 
 }  // namespace vorn

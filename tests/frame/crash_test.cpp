@@ -45,6 +45,10 @@ struct Report {
   }
 };
 
+FileContents ContentsOf(const QString& file) {
+  return file.endsWith(u"profile.mbx") ? FileContents::Objects : FileContents::Messages;
+}
+
 // Kills the worker some moments after it has reported a number of things. Counting reports rather
 // than milliseconds makes every kind of work meet its death on slow machines too.
 QByteArray RunAndKill(const QString& folder, const QString& password) {
@@ -93,7 +97,9 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     if (report.password != before) ++changes;
     report.nextPassword.clear();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(context.Data.CheckFile(file, report.password).problems.join(u'\n'), QString())
+      EXPECT_EQ(
+          context.Data.CheckFile(file, report.password, ContentsOf(file)).problems.join(u'\n'),
+          QString())
           << kill;
     }
     ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
@@ -168,7 +174,9 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   context.Data.CloseAll();
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
-  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}).problems.join(u'\n'), QString());
+  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}, FileContents::Messages)
+                .problems.join(u'\n'),
+            QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
     EXPECT_EQ(store.LoadMessageSource(Disk(message.key())), message.value());
   }
@@ -192,7 +200,7 @@ class PasswordChangeTest : public testing::Test {
   bool AllOpenWith(const QString& password) {
     bool open = true;
     for (const QString& file : files_) {
-      open = open && profile_.Get().Data.CheckFile(file, password).IsSound();
+      open = open && profile_.Get().Data.CheckFile(file, password, ContentsOf(file)).IsSound();
     }
     return open;
   }
@@ -276,7 +284,8 @@ TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write(damaged);
   file.close();
-  EXPECT_FALSE(context.Data.CheckFile(files_[1], QStringLiteral("old")).IsSound());
+  EXPECT_FALSE(
+      context.Data.CheckFile(files_[1], QStringLiteral("old"), FileContents::Messages).IsSound());
   context.Data.CloseAll();
   // Damage at its start makes a file that no password opens; opening names it and makes no new one.
   damaged.replace(0, 64, QByteArray(64, 'x'));

@@ -81,6 +81,45 @@ TEST_F(LostFilesTest, AnEmptyMailFileIsLostToo) {
   EXPECT_TRUE(Says(QStringLiteral("3通"))) << error_.toStdString();
 }
 
+// Also one that opens with the same password.
+TEST_F(LostFilesTest, AnotherDatabaseInItsPlaceIsNotTakenForIt) {
+  const QString elsewhere = QFileInfo(mail_).path() + QStringLiteral("/renamed.mbx");
+  Move(mail_, elsewhere);
+  ASSERT_TRUE(QFile::copy(database_, mail_));
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("別のデータベース"))) << error_.toStdString();
+  ASSERT_TRUE(Start(kPassword, {false, {elsewhere}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_EQ(ReadFile(mail_ + QStringLiteral(".other1")), ReadFile(database_));
+}
+
+TEST_F(LostFilesTest, ADamagedMailFileKeepsNobodyOut) {
+  ASSERT_TRUE(QFile::resize(mail_, QFileInfo(mail_).size() / 2 / 4096 * 4096));
+  EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
+  EXPECT_FALSE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).IsSound());
+  EXPECT_FALSE(next_->Data.CheckFile(database_, kPassword, FileContents::Messages).IsSound())
+      << "a file of other contents";
+}
+
+// Frames that hold no first page do not tell by themselves to which database they belong.
+TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
+  TestProfile other(kPassword);
+  const QString serialId = other.Store("Subject: other\r\n\r\n");
+  const QString foreign = MailDatabasePath(other.Get());
+  other.Restart(kPassword);
+  ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));
+  const QByteArray log = ReadFile(foreign + QStringLiteral("-wal"));
+  ASSERT_GT(log.size(), 4096);
+  QFile file(mail_ + QStringLiteral("-wal"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(log);
+  file.close();
+  ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+  EXPECT_TRUE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).unreadable.isEmpty());
+  EXPECT_EQ(ReadFile(mail_ + QStringLiteral("-wal.damaged1")), log);
+}
+
 TEST_F(LostFilesTest, ANewFileIsMadeOnTheUsersWordAlone) {
   Move(mail_, profile_.Folder() + QStringLiteral("away"));
   EXPECT_FALSE(Start(kPassword));

@@ -97,7 +97,7 @@ TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
     }
     EXPECT_EQ(unreadable > 0, Context().Data.HasDamage()) << page;
     Context().Data.CloseAll();
-    const FileFindings findings = Context().Data.CheckFile(file_, {});
+    const FileFindings findings = Context().Data.CheckFile(file_, {}, FileContents::Messages);
     if (unreadable > 0) {
       EXPECT_FALSE(findings.IsSound()) << page;
       ++told;
