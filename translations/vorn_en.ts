@@ -2452,5 +2452,13 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。</source>
         <translation>In the place of the file “%1”%2 there is another database, or a file whose beginning is damaged.</translation>
     </message>
+    <message>
+        <source>メッセージを送信しています。中止して終了しますか？</source>
+        <translation>A message is being sent. Cancel it and quit?</translation>
+    </message>
+    <message>
+        <source>「%1」はメッセージのファイルではありません。</source>
+        <translation>&quot;%1&quot; is not a message file.</translation>
+    </message>
 </context>
 </TS>

@@ -27,8 +27,8 @@ QString ImportId(const QByteArray& source) {
 }
 
 // An imported message's bag, under the time at which it arrived.
-void FillMessage(Disk& message, const QByteArray& source, int status) {
-  message.Let(QStringLiteral("MessageID"), ImportId(source));
+void FillMessage(Disk& message, const QByteArray& source, const QString& id, int status) {
+  message.Let(QStringLiteral("MessageID"), id);
   message.Let(QStringLiteral("Flag"), QStringLiteral("000"));
   message.Let(QStringLiteral("process"), status);
   const QDateTime date = MessageDate(source);
@@ -65,12 +65,13 @@ class Importer {
   }
 
   bool Take(const QByteArray& source) {
-    if (IsKnown(ImportId(source), source)) {
+    const QString id = ImportId(source);
+    if (IsKnown(id, source)) {
       ++counts_.known;
       return true;
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
-    FillMessage(message, source, kStatusReceived);
+    FillMessage(message, source, id, kStatusReceived);
     message.Let(QStringLiteral("folder"), folder_);
     switch (store_.StoreReceived(message, source)) {
       case MailStore::Received::Failed:
@@ -162,10 +163,11 @@ QString TakeMessageFile(Context& context, const QString& path, QString* error) {
     if (read) *error = Ui::tr("「%1」にメッセージがありません。").arg(path);
     return {};
   }
+  const QString id = ImportId(source);
   QString known;
   if (OpenDatabase(context, DatabaseKind::Mail)) {
     if (context.Data.OpenRecordset(
-            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(ImportId(source)),
+            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(id),
             CursorKind::ForwardOnly) &&
         !context.Data.Recordset()->Eof()) {
       known = context.Data.Recordset()->SerialID();
@@ -174,7 +176,7 @@ QString TakeMessageFile(Context& context, const QString& path, QString* error) {
   }
   if (!known.isEmpty()) return known;
   Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));
-  FillMessage(message, source, -kStatusReceived);
+  FillMessage(message, source, id, -kStatusReceived);
   const QString stored = MailStore(context).StoreMessage(message, source);
   if (stored.isEmpty()) {
     *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;

@@ -5,40 +5,23 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 
 #include "mail/attachment_files.h"
+#include "mail/mbox.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-// The separator of the files this program writes: what follows is exactly as it was stored.
-constexpr char kOwnSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
-constexpr qint64 kMaxLine = 64 * 1024 * 1024;
-
-bool HasBareLineFeeds(const QByteArray& source) {
-  const qsizetype first = source.indexOf('\n');
-  return first >= 0 && (first == 0 || source[first - 1] != '\r');
-}
-
-QByteArray WithCrLf(QByteArray source) {
-  source.replace("\r\n", "\n");
-  return source.replace('\n', "\r\n");
-}
+constexpr qint64 kLookedAt = 4096;
 
 // Whether a file of one message was written by this program, told by its name.
 bool IsOwnName(const QString& name) {
   static const QRegularExpression own(QStringLiteral("^\\d{7}(_.*\\.eml|\\.vorn.*)$"));
   return own.match(name).hasMatch();
-}
-
-// ">From " with any number of ">" before it (mboxrd).
-bool IsQuotedFrom(const QByteArray& line) {
-  qsizetype at = 0;
-  while (at < line.size() && line[at] == '>') ++at;
-  return QByteArrayView(line).sliced(at).startsWith("From ");
 }
 
 const QString kPartsEnding = QStringLiteral(".vorn-part");
@@ -69,65 +52,34 @@ bool IsOwnArchive(const QString& path) {
   return true;
 }
 
-class MboxReader {
- public:
-  MboxReader(QFile& file, const std::function<bool(const QByteArray&)>& take)
-      : file_(file), take_(take) {}
-
-  // Whether everything was read or `take` had enough.
-  bool Run() {
-    bool lineBegins = true;
-    while (!file_.atEnd()) {
-      QByteArray line = file_.readLine(kMaxLine);
-      if (line.isEmpty() && file_.error() != QFileDevice::NoError) return false;
-      if (lineBegins && line.startsWith("From ")) {
-        if (!HandOver()) return true;
-        isOwn_ = line == kOwnSeparator;
-      } else {
-        if (lineBegins && line.startsWith('>') && IsQuotedFrom(line)) line.remove(0, 1);
-        message_ += line;
-      }
-      lineBegins = line.endsWith('\n');
-    }
-    HandOver();
-    return file_.error() == QFileDevice::NoError;
-  }
-
- private:
-  bool HandOver() {
-    QByteArray source = std::exchange(message_, {});
-    if (source.isEmpty()) return true;
-    // The line break or the empty line before a separator is the separator's.
-    if (isOwn_ || source.endsWith("\n\n")) {
-      source.chop(1);
-    } else if (source.endsWith("\r\n\r\n")) {
-      source.chop(2);
-    }
-    if (!isOwn_ && HasBareLineFeeds(source)) source = WithCrLf(source);
-    return take_(source);
-  }
-
-  QFile& file_;
-  const std::function<bool(const QByteArray&)>& take_;
-  QByteArray message_;
-  bool isOwn_ = false;
-};
-
 bool CannotRead(const QString& path, QString* error) {
   *error = Ui::tr("「%1」を読み込めません。").arg(QDir::toNativeSeparators(path));
   return false;
+}
+
+// What begins with no header field may still be an old or broken message, but not one with bytes
+// that no text has.
+bool LooksLikeMessage(const QByteArray& start) {
+  if (BeginsWithHeaderField(start)) return true;
+  return std::none_of(start.begin(), start.end(), [](char c) {
+    return c >= 0 && c < ' ' && std::strchr("\t\n\f\r\x1B", c) == nullptr;
+  });
 }
 
 bool ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take, bool* goesOn,
               QString* error) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return CannotRead(path, error);
-  if (file.peek(5) == "From ") {
-    return MboxReader(file, take).Run() || CannotRead(path, error);
+  if (file.peek(5) == "From ") return ReadMbox(file, take) || CannotRead(path, error);
+  const QByteArray start = file.peek(kLookedAt);
+  if (!start.isEmpty() && !LooksLikeMessage(start)) {
+    *error =
+        Ui::tr("「%1」はメッセージのファイルではありません。").arg(QDir::toNativeSeparators(path));
+    return false;
   }
   QByteArray source = file.readAll();
   if (file.error() != QFileDevice::NoError) return CannotRead(path, error);
-  if (HasBareLineFeeds(source) && !IsOwnName(QFileInfo(path).fileName())) source = WithCrLf(source);
+  if (!IsOwnName(QFileInfo(path).fileName())) source = WithCrLf(source);
   if (!source.isEmpty()) *goesOn = take(source);
   return true;
 }
@@ -137,6 +89,7 @@ bool ReadFile(const QString& path, const std::function<bool(const QByteArray&)>&
 bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
                  QString* error) {
   bool goesOn = true;
+  bool complete = true;
   const QFileInfo info(path);
   if (!info.isDir()) return ReadFile(path, take, &goesOn, error);
   const QDir folder(path);
@@ -148,11 +101,11 @@ bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&
   for (const QString& part : parts) {
     const QDir messages(folder.filePath(part));
     for (const QString& name : messages.entryList(filters, QDir::Files, QDir::Name)) {
-      if (!ReadFile(messages.filePath(name), take, &goesOn, error)) return false;
-      if (!goesOn) return true;
+      complete = ReadFile(messages.filePath(name), take, &goesOn, error) && complete;
+      if (!goesOn) return complete;
     }
   }
-  return true;
+  return complete;
 }
 
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)
@@ -258,16 +211,7 @@ bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool op
                         QStringLiteral(".vorn") + (opened ? QStringLiteral(":2,S") : QString())),
         source);
   }
-  QByteArray bytes = kOwnSeparator;
-  for (qsizetype at = 0; at < source.size();) {
-    const qsizetype lineFeed = source.indexOf('\n', at);
-    const qsizetype end = lineFeed < 0 ? source.size() : lineFeed + 1;
-    const QByteArray line = source.sliced(at, end - at);
-    if (IsQuotedFrom(line)) bytes += '>';
-    bytes += line;
-    at = end;
-  }
-  bytes += '\n';
+  const QByteArray bytes = MboxEntry(source);
   return mbox_.write(bytes) == bytes.size() || FailToWrite(path_);
 }
 

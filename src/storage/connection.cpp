@@ -8,6 +8,7 @@
 
 #include "storage/engine.h"
 #include "storage/engine_locks.h"
+#include "storage/known_damage.h"
 #include "storage/log_state.h"
 #include "storage/raw_pages.h"
 #include "storage/recordset.h"
@@ -197,7 +198,9 @@ bool Connection::LookAtLog(const QString& path, const QString& password, Mode mo
     return false;
   }
   damage_.insert(kDamagedLog);
-  if (log == LogState::Torn || (mode != Mode::ReadOnly && SetLogAside(path))) return true;
+  if (log == LogState::Torn) return true;
+  // Noted first: once it is set aside nothing shows that there was one.
+  if (mode != Mode::ReadOnly && NoteDamage(path, kDamagedLog) && SetLogAside(path)) return true;
   *error = {StorageError::Kind::Damaged,
             Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。").arg(name)};
   return false;

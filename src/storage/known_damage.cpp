@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <algorithm>
 
+#include "storage/time_text.h"
+
 namespace vorn {
 namespace {
 
@@ -39,14 +41,14 @@ bool Write(const QString& file, const KnownDamage& damage) {
   return note.commit();
 }
 
-bool Add(const QString& file, const QSet<QString>& parts, const QString& now) {
+bool Add(const QString& file, const QSet<QString>& parts) {
   std::optional<KnownDamage> damage = Read(file);
   if (!damage) damage.emplace();
   const bool isKnown = std::all_of(parts.begin(), parts.end(), [&damage](const QString& part) {
     return damage->parts.contains(part);
   });
   if (isKnown) return true;
-  if (damage->since.isEmpty()) damage->since = now;
+  if (damage->since.isEmpty()) damage->since = CurrentTimeText();
   damage->parts += QStringList(parts.begin(), parts.end());
   damage->parts.removeDuplicates();
   damage->decided = false;
@@ -55,11 +57,15 @@ bool Add(const QString& file, const QSet<QString>& parts, const QString& now) {
 
 }  // namespace
 
+bool NoteDamage(const QString& path, const QString& part) {
+  return Add(path, {part});
+}
+
 bool KeepDamage(Context& context) {
   bool kept = true;
   const QHash<QString, QSet<QString>> found = context.Data.TakeDamage();
   for (auto file = found.begin(); file != found.end(); ++file) {
-    if (Add(file.key(), file.value(), context.Data.Now())) continue;
+    if (Add(file.key(), file.value())) continue;
     context.Data.PutDamage(file.key(), file.value());
     kept = false;
   }

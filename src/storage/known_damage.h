@@ -21,9 +21,12 @@ struct KnownDamage {
   bool WaitsForDecision() const { return !parts.isEmpty() && !decided; }
 };
 
+/// Keeps that a part of the file at `path` is damaged. Whatever is new takes an earlier decision
+/// back. False when it cannot be kept.
+bool NoteDamage(const QString& path, const QString& part);
+
 /// Keeps what reading has shown to be damaged since the last call (`DataSession::TakeDamage`).
-/// Whatever is new takes an earlier decision back. False when it cannot be kept; it is then still
-/// to be kept.
+/// False when it cannot be kept; it is then still to be kept.
 bool KeepDamage(Context& context);
 
 /// What is known of a file, given by its path; without parts when nothing is. Nothing when that

@@ -52,6 +52,16 @@ bool HoldsOnlyZeros(QFile& log) {
   return true;
 }
 
+// Whether a frame that bears other salts was written in an earlier round of the log. Both salts
+// change with each round; zeros are what a machine that lost its power leaves, or damage.
+bool IsOfEarlierRound(const QByteArray& frame, const QByteArray& salts) {
+  const auto changed = [&](qsizetype at) {
+    const quint32 salt = Number(frame, 8 + at);
+    return salt != 0 && salt != Number(salts, at);
+  };
+  return changed(0) && changed(4);
+}
+
 // Follows the frames behind a header that was read. What a program had not committed when it was
 // killed, or undid, may stand behind the last change; such frames do not follow upon it, and none
 // of them ends a transaction. Frames of an earlier round of the log, which bear other salts, stand
@@ -67,6 +77,7 @@ LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteAr
     const QByteArray frame = log.read(kFrameHeaderBytes + page);
     if (frame.size() < kFrameHeaderBytes + page) break;
     if (frame.mid(8, 8) != salts) {
+      if (!IsOfEarlierRound(frame, salts)) return LogState::Torn;
       follows = false;
       gap = true;
       continue;

@@ -44,8 +44,10 @@ QString FolderOf(const QString& path) {
 
 }  // namespace
 
-PasswordChange::PasswordChange(DataSession& data, QString marker, QStringList files)
-    : data_(data), marker_(std::move(marker)), files_(std::move(files)) {
+PasswordChange::PasswordChange(DataSession& data, const QString& marker, const QStringList& files)
+    : data_(data), marker_(QFileInfo(marker).absoluteFilePath()) {
+  // The marker names them seen from its folder.
+  for (const QString& file : files) files_.append(QFileInfo(file).absoluteFilePath());
   files_.removeDuplicates();
 }
 

@@ -32,7 +32,7 @@ class PasswordChange {
 
   /// `marker` is the path of the marker file, on the same volume as the files. Files that do not
   /// exist are left out.
-  PasswordChange(DataSession& data, QString marker, QStringList files);
+  PasswordChange(DataSession& data, const QString& marker, const QStringList& files);
 
   /// Other outcomes than `Changed` leave the reason in `Error`.
   Outcome Run(const QString& oldPassword, const QString& newPassword);

@@ -109,5 +109,25 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   EXPECT_EQ(marked, QStringList{QStringLiteral("a@example.jp")});
 }
 
+// The message would be in doubt at the next start.
+TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
+  smtp_.Faults = {{Fault::Kind::Stall, ".", 1, 0, {}}};
+  Store(kDraft, 2);
+  ParentWindow& parent = *program_->Parent();
+  parent.menuTools_Click(0);
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+  QString question;
+  EXPECT_TRUE(InModal<QMessageBox>([&] { parent.close(); },
+                                   [&question](QMessageBox& box) {
+                                     question = box.text();
+                                     QTest::keyClick(&box, Qt::Key_Return);
+                                   }));
+  EXPECT_TRUE(question.contains(QStringLiteral("送信しています"))) << question.toStdString();
+  EXPECT_TRUE(parent.isVisible());
+  EXPECT_TRUE(parent.Traffic().Control().Busy());
+  parent.menuTools_Click(1);
+  RunPlan();
+}
+
 }  // namespace
 }  // namespace vorn

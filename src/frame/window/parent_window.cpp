@@ -456,7 +456,21 @@ void ParentWindow::OpenEvent(const QString& serialId) {
              isSettings ? QStringLiteral("public") : QString(), serialId);
 }
 
+// Cutting off a message that is being sent would leave it in doubt whether it arrived.
+bool ParentWindow::MayEndSending() {
+  const Pop& control = traffic_.Control();
+  if (!control.Busy() || (control.Mode != kPopSend && control.Mode != kPopSendOther)) return true;
+  const auto answer = QMessageBox::question(
+      this, kApplicationTitle, Ui::tr("メッセージを送信しています。中止して終了しますか？"),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  return answer == QMessageBox::Yes;
+}
+
 void ParentWindow::closeEvent(QCloseEvent* event) {
+  if (!qApp->isSavingSession() && !MayEndSending()) {
+    event->ignore();
+    return;
+  }
   // What is being written is stored first; a window that cannot store it keeps the program open.
   closing_ = true;
   for (QWidget* window : QApplication::topLevelWidgets()) {

@@ -124,6 +124,7 @@ class ParentWindow : public QMainWindow,
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
   void EndChange(bool done);
+  bool MayEndSending();
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
   void CountNextUnread();

@@ -1,5 +1,6 @@
 #include "frame/window/version_window.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -62,6 +63,12 @@ void VersionWindow::tmInitialization_Timer() {
     tmInitialization_.stop();
     close();
   }
+}
+
+// A question that is asked meanwhile must not stand behind it.
+bool VersionWindow::event(QEvent* event) {
+  if (event->type() == QEvent::WindowBlocked) hide();
+  return QWidget::event(event);
 }
 
 }  // namespace vorn

@@ -24,6 +24,9 @@ class VersionWindow : public QWidget {
   /// The profile cannot be used; `reason` is a sentence for the user.
   void Failed(const QString& reason);
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   void tmInitialization_Timer();
 

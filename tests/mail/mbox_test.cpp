@@ -1,0 +1,113 @@
+// Archives of other programs: each message once, whole, and nothing that was none.
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QTemporaryDir>
+
+#include "mail/mail_archive.h"
+#include "mail/mbox.h"
+
+namespace vorn {
+namespace {
+
+QList<QByteArray> Read(QByteArray text) {
+  QBuffer file(&text);
+  file.open(QIODevice::ReadOnly);
+  QList<QByteArray> messages;
+  EXPECT_TRUE(ReadMbox(file, [&messages](const QByteArray& message) {
+    messages.append(message);
+    return true;
+  }));
+  return messages;
+}
+
+using Messages = QList<QByteArray>;
+
+TEST(MboxTest, ABodyLineThatBeginsWithFromIsNoSeparator) {
+  const QByteArray text =
+      "From a@b Thu Jan  1 09:00:00 2026\nSubject: 1\n\nHello\n\nFrom here on it is text.\n"
+      "From c@d Thu Jan  1 09:00:00 2026\nno empty line above\n\n"
+      "From c@d Thu Jan  1 09:00:00 2026\nno header field below\n\n"
+      "From MAILER-DAEMON Fri, 2 Jan 2026 10:00:00 +0900\nSubject: 2\n\n>From the start\n"
+      ">>From there\n\n"
+      "From -\nSubject: 3\n\nend";
+  EXPECT_EQ(Read(text), Messages({"Subject: 1\r\n\r\nHello\r\n\r\nFrom here on it is text.\r\n"
+                                  "From c@d Thu Jan  1 09:00:00 2026\r\nno empty line above\r\n\r\n"
+                                  "From c@d Thu Jan  1 09:00:00 2026\r\nno header field below\r\n",
+                                  "Subject: 2\r\n\r\nFrom the start\r\n>From there\r\n",
+                                  "Subject: 3\r\n\r\nend"}));
+}
+
+TEST(MboxTest, EveryCommonSeparatorIsKnown) {
+  for (const char* date :
+       {"a@b Thu Jan  1 09:00:00 2026", "a@b  Thu Jan  1 09:00 2026",
+        "a b@c Thu Jan 01 09:00:00 "
+        "JST 2026",
+        "1529391212@xxx Tue Jun 19 06:53:32 +0000 2018", "- Thu Jan 01 09:00:00 2026",
+        "???@??? Thu Jan 01 09:00:00 1998", "a@b Thu, 1 Jan 2026 09:00:00 +0900",
+        "a@b Thu Jan  1 09:00:00 2026 -0500", "u Thu Jan  1 09:00:00 2026 remote from host",
+        "a@b 2026-01-01 09:00:00", "-"}) {
+    const QByteArray line = QByteArray("From ") + date + "\r\n";
+    const QByteArray text = line + "A: 1\r\n\r\nx\r\n\r\n" + line + "B: 2\r\n\r\ny\r\n\r\n";
+    EXPECT_EQ(Read(text), Messages({"A: 1\r\n\r\nx\r\n", "B: 2\r\n\r\ny\r\n"})) << date;
+  }
+  // A program of another language: no date in any of them.
+  EXPECT_EQ(Read("From a 1. Januar\nA: 1\n\nx\n\nFrom b 2. Januar\nB: 2\n\ny\n\nFrom text\nz\n"),
+            Messages({"A: 1\r\n\r\nx\r\n", "B: 2\r\n\r\ny\r\n\r\nFrom text\r\nz\r\n"}));
+}
+
+TEST(MboxTest, ALengthIsBelievedOnlyWhenItFits) {
+  const QByteArray separator = "From a@b Thu Jan  1 09:00:00 2026\n";
+  const QByteArray body = "x\n\n" + separator + "Subject: inside\n\n>From here\n";
+  const auto entry = [&](qsizetype length) -> QByteArray {
+    return separator + "A: 1\nContent-Length: " + QByteArray::number(length) + "\n\n" + body + '\n';
+  };
+  const QByteArray whole =
+      WithCrLf("A: 1\nContent-Length: " + QByteArray::number(body.size()) + "\n\n" + body);
+  EXPECT_EQ(Read(entry(body.size()) + separator + "B: 2\n\ny\n"),
+            Messages({whole, "B: 2\r\n\r\ny\r\n"}));
+  EXPECT_EQ(Read(entry(body.size())), Messages({whole}));
+  for (const qsizetype wrong :
+       {qsizetype(0), body.size() - 5, body.size() + 40, qsizetype(1) << 62}) {
+    EXPECT_EQ(Read(entry(wrong)).value(1), "Subject: inside\r\n\r\nFrom here\r\n") << wrong;
+  }
+  EXPECT_EQ(Read(separator + "Content-Length: 11\n\n>From here\n\n" + separator + "B: 2\n\n"),
+            Messages({"Content-Length: 11\r\n\r\nFrom here\r\n", "B: 2\r\n\r\n"}));
+}
+
+TEST(MboxTest, WhatIsWrittenIsReadUnchanged) {
+  const Messages messages{"A: 1\r\n\r\nFrom x\r\n>From y\r\n>>From z",
+                          "From: a\n\nbare\n",
+                          "B: 2",
+                          "C: 3\r\n\r\n\r\n\r\n",
+                          "no header\r\nFrom " + QByteArray(70000, 'x'),
+                          "Content-Length: 3\r\n\r\nabc\r\n\r\nFrom -\r\nD: 4\r\n\r\n",
+                          QByteArray("E: 5\r\n\r\n\0\x1a\xff\r", 12)};
+  QByteArray text;
+  for (const QByteArray& message : messages) text += MboxEntry(message);
+  EXPECT_EQ(Read(text), messages);
+}
+
+// What is no message was stored as one without text.
+TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
+  const QTemporaryDir folder;
+  const auto write = [&folder](const QString& name, const QByteArray& bytes) {
+    QFile file(folder.filePath(name));
+    file.open(QIODevice::WriteOnly);
+    file.write(bytes);
+  };
+  write(QStringLiteral("1.eml"), "Subject: 1\n\nx\n");
+  write(QStringLiteral("2.eml"), QByteArray("\x8f\0\x03 SQL", 7));
+  write(QStringLiteral("3.eml"), "\xEF\xBB\xBFSubject: 3\n\nx\n");
+  write(QStringLiteral("4.eml"), "no header field\n");
+  QString error;
+  int taken = 0;
+  const auto take = [&taken](const QByteArray&) { return ++taken > 0; };
+  EXPECT_FALSE(ReadArchive(folder.path(), take, &error));
+  EXPECT_EQ(taken, 3);
+  EXPECT_TRUE(error.contains(QStringLiteral("2.eml"))) << error.toStdString();
+}
+
+}  // namespace
+}  // namespace vorn
