@@ -3,6 +3,7 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
+#include "mail/message_code.h"
 #include "mail/message_index.h"
 #include "mail/message_model.h"
 #include "storage/time_text.h"
@@ -55,6 +56,7 @@ int OpenFile(const Arguments& arguments) {
       {settings.textTypes, MimeCodec::HasEndMark(message.source), settings.standardHeaders});
   message.contentIndex = index.content;
   message.addressLines = index.addressLines;
+  message.charset = StoredCharset(index.flags);
   message.timestamp = GeneralTimeText(CurrentTimeText());
   // The links of a page open replies and forwards as new messages.
   const bool isNew = mode >= 1 && mode <= 3;

@@ -144,6 +144,22 @@ bool HasForeignEscape(QByteArrayView bytes) {
   return false;
 }
 
+bool ShiftsByEscapes(const Charset& charset) {
+  return charset.family == Family::Jis ||
+         (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));
+}
+
+// Whether a reading without errors is the right one: text in ISO-2022-JP has none in any code.
+bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& reading) {
+  return reading.clean && (ShiftsByEscapes(charset) || !HasJisEscape(bytes));
+}
+
+// Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
+bool ProvesItself(const Charset& charset) {
+  if (charset.family != Family::Other) return charset.family > Family::Ascii;
+  return IcuConverter(charset.icuName.constData()).IsMultiByte();
+}
+
 }  // namespace
 
 CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
@@ -200,11 +216,7 @@ DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
 
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   DecodedText asDeclared = Decode(declared, bytes, atCut);
-  // A label of plain ASCII says little about bytes that hold an escape sequence.
-  const bool saysNothing =
-      (declared.family == Family::Unknown || declared.family == Family::Ascii) &&
-      bytes.contains('\x1B');
-  if (asDeclared.clean && !saysNothing) return asDeclared.text;
+  if (Fits(declared, bytes, asDeclared)) return asDeclared.text;
   const Charset recognized = RecognizeCharset(bytes);
   DecodedText asRecognized = Decode(recognized, bytes, atCut);
   if (asRecognized.clean) return asRecognized.text;
@@ -214,6 +226,23 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   if (declaredCounts) return asDeclared.text;
   return recognized.family != Family::Unknown ? asRecognized.text
                                               : Decode({Family::ShiftJis, {}}, bytes, atCut).text;
+}
+
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, CharsetChoice choice,
+                         bool atCut) {
+  if (choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
+  const bool isDeclared = declared.family > Family::Ascii;
+  const Charset chosen = Charset::FromChoice(choice);
+  DecodedText asDeclared = isDeclared ? Decode(declared, bytes, atCut) : DecodedText{{}, false};
+  const bool declaredFits = Fits(declared, bytes, asDeclared);
+  if (declaredFits && ProvesItself(declared)) return asDeclared.text;
+  DecodedText asChosen = Decode(chosen, bytes, atCut);
+  // Hardly anything but UTF-8 is well-formed UTF-8.
+  const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
+  if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;
+  const bool chosenFits = Fits(chosen, bytes, asChosen);
+  if (chosenFits && (!declaredFits || LooksJapanese(asChosen.text))) return asChosen.text;
+  return DecodeAutomatically(bytes, isDeclared ? declared : chosen, atCut);
 }
 
 }  // namespace vorn

@@ -42,4 +42,10 @@ DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut = fa
 /// else as code page 932.
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut = false);
 
+/// Decodes with a code that was chosen for the message or recognised when it was stored. A declared
+/// character set that the bytes prove by fitting it goes before; where the chosen code does not
+/// fit, it is as if none had been chosen.
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, CharsetChoice choice,
+                         bool atCut = false);
+
 }  // namespace vorn

@@ -10,17 +10,6 @@ using Family = Charset::Family;
 // Enough to tell; a long text is not decoded three times over.
 constexpr qsizetype kSampleBytes = 64 * 1024;
 
-bool HasJisEscape(QByteArrayView bytes) {
-  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
-    const QByteArrayView rest = bytes.sliced(at + 1);
-    if (rest.startsWith("$@") || rest.startsWith("$B") || rest.startsWith("(J") ||
-        rest.startsWith("(I") || rest.startsWith("$(D") || rest.startsWith("(B")) {
-      return true;
-    }
-  }
-  return false;
-}
-
 // How usual a character is in Japanese text. A code read as another one gives half-width kana,
 // rare ideographs and private characters where the right one gives kana and common ideographs.
 int Weight(char16_t c) {
@@ -49,6 +38,17 @@ double Likelihood(const QString& text) {
 
 }  // namespace
 
+bool HasJisEscape(QByteArrayView bytes) {
+  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
+    const QByteArrayView rest = bytes.sliced(at + 1);
+    if (rest.startsWith("$@") || rest.startsWith("$B") || rest.startsWith("(J") ||
+        rest.startsWith("(I") || rest.startsWith("$(D") || rest.startsWith("(B")) {
+      return true;
+    }
+  }
+  return false;
+}
+
 Charset RecognizeCharset(QByteArrayView bytes) {
   const bool isSample = bytes.size() > kSampleBytes;
   if (isSample) bytes = bytes.first(kSampleBytes);
@@ -72,9 +72,12 @@ Charset RecognizeCharset(QByteArrayView bytes) {
   return {};
 }
 
+bool LooksJapanese(const QString& text) {
+  return Likelihood(text) > 0;
+}
+
 int CodeNumber(const Charset& charset) {
   switch (charset.family) {
-    case Family::Ascii:
     case Family::Jis:
       return 0;
     case Family::Euc:

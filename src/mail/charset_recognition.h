@@ -11,8 +11,14 @@ namespace vorn {
 /// gives the more usual Japanese. Plain ASCII is `Ascii`; bytes that fit nothing are `Unknown`.
 Charset RecognizeCharset(QByteArrayView bytes);
 
-/// The stored number of a recognised code: 0 JIS (and plain ASCII), 1 EUC, 2 Shift-JIS, -1 for
-/// everything else, UTF-8 among it.
+/// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
+bool HasJisEscape(QByteArrayView bytes);
+
+/// Whether a text has more of what is usual in Japanese than of what a wrong code gives.
+bool LooksJapanese(const QString& text);
+
+/// The stored number of a recognised code: 0 JIS, 1 EUC, 2 Shift-JIS, -1 for everything else, UTF-8
+/// and plain ASCII among it.
 int CodeNumber(const Charset& charset);
 
 }  // namespace vorn

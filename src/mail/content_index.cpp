@@ -15,7 +15,6 @@ namespace {
 
 constexpr size_t kMaxDepth = 100;
 constexpr size_t kMaxParts = 10000;
-constexpr qsizetype kRecognitionBytes = 64 * 1024;
 
 const QString kRecordSeparator = QStringLiteral("\r\n");
 constexpr QChar kFieldSeparator = u'\0';
@@ -263,17 +262,6 @@ bool HasEndMark(QByteArrayView source) {
 
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
   return Charset::FromLabel(ContentType(source, record).Bytes("charset"));
-}
-
-int RecognizeCode(QByteArrayView source, const ContentRecord& record) {
-  const TransferEncoding encoding = TransferEncodingOf(record.encoding.toLatin1());
-  const qsizetype last = qMin(record.last, record.first + kRecognitionBytes - 1);
-  const QByteArray bytes = DecodePart(source, encoding, record.first, last);
-  const Charset declared = DeclaredCharset(source, record);
-  const bool saysNothing =
-      declared.family == Charset::Family::Unknown || declared.family == Charset::Family::Ascii;
-  if (!saysNothing && Decode(declared, bytes, true).clean) return CodeNumber(declared);
-  return CodeNumber(RecognizeCharset(bytes));
 }
 
 }  // namespace vorn::MimeCodec

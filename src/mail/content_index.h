@@ -50,8 +50,4 @@ inline constexpr qsizetype kEndMarkLength = 3;  ///< the full stop and its line 
 /// The character set that a part declares.
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record);
 
-/// The code of a text part: 0 JIS, 1 EUC, 2 Shift-JIS, -1 when it is none of these or declares
-/// another character set that its bytes fit.
-int RecognizeCode(QByteArrayView source, const ContentRecord& record);
-
 }  // namespace vorn::MimeCodec

@@ -118,13 +118,10 @@ bool EndsInsideQuotes(const QString& text) {
 
 QString DecodeHeader(QByteArrayView field, qsizetype skip, CharsetChoice choice, HeaderUse use) {
   const QByteArrayView text = field.sliced(std::min(skip, field.size())).trimmed();
-  const Charset chosen = Charset::FromChoice(choice);
   QString decoded;
   for (const Run& run : SplitRuns(text)) {
     if (!run.IsEncoded()) {
-      const bool isForced = choice != CharsetChoice::Automatic;
-      decoded += WithoutControls(isForced ? Decode(chosen, run.bytes).text
-                                          : DecodeAutomatically(run.bytes, {}));
+      decoded += WithoutControls(DecodeWithChoice(run.bytes, {}, choice));
       continue;
     }
     const QString word =

@@ -17,6 +17,9 @@ class IcuConverter {
 
   bool IsValid() const { return U_SUCCESS(status_) && handle_ != nullptr; }
 
+  /// Whether a character may take several bytes.
+  bool IsMultiByte() const { return IsValid() && ucnv_getMaxCharSize(handle_) > 1; }
+
   /// Decodes all of `bytes`; what has no meaning becomes U+FFFD.
   QString Decode(QByteArrayView bytes) {
     QString text(bytes.size() * 2 + 16, Qt::Uninitialized);

@@ -1,9 +1,8 @@
 #include "mail/message_index.h"
 
-#include <algorithm>
-
 #include "mail/address.h"
 #include "mail/flag_string.h"
+#include "mail/message_code.h"
 #include "mail/mime_codec.h"
 
 namespace vorn {
@@ -66,27 +65,20 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   index.addressLines = AddressLines(source, options.standardHeaders);
 
   index.flags = SetFlagChar(flags, kFlagAttachment, QStringLiteral("0"));
+  bool hasText = false;
   for (const MimeCodec::ContentRecord& record : records) {
     if (options.textTypes.contains(record.type)) {
-      index.flags = SetFlagChar(index.flags, kFlagCode,
-                                CodeCharacter(MimeCodec::RecognizeCode(source, record)));
+      hasText = true;
     } else {
       index.flags = SetFlagChar(index.flags, kFlagAttachment, QStringLiteral("1"));
     }
   }
+  if (hasText) {
+    index.flags = SetFlagChar(index.flags, kFlagCode,
+                              CodeCharacter(RecognizeCode(source, records, options.textTypes)));
+  }
   index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
   return index;
-}
-
-CharsetChoice StoredCharset(const QString& flags, const QString& fallback,
-                            const QString& contentIndex, const QStringList& textTypes) {
-  const CharsetChoice stored = CharsetChoiceOf(GetFlagChar(flags, kFlagCode, fallback));
-  if (stored != CharsetChoice::Jis) return stored;
-  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
-  const bool hasText = std::any_of(
-      records.begin(), records.end(),
-      [&textTypes](const MimeCodec::ContentRecord& part) { return textTypes.contains(part.type); });
-  return hasText ? stored : CharsetChoice::Automatic;
 }
 
 }  // namespace vorn

@@ -4,8 +4,6 @@
 #include <QString>
 #include <QStringList>
 
-#include "mail/charset.h"
-
 namespace vorn {
 
 /// The index columns of a message, worked out once when it is stored.
@@ -25,11 +23,5 @@ struct IndexOptions {
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags, const IndexOptions& options);
-
-/// The code that a stored message is read in, from its flags (`fallback` where they are too short).
-/// They tell the code of the text parts; a message that has none, such as one of HTML alone, is
-/// read automatically unless another code than their initial 0 was chosen for it.
-CharsetChoice StoredCharset(const QString& flags, const QString& fallback,
-                            const QString& contentIndex, const QStringList& textTypes);
 
 }  // namespace vorn

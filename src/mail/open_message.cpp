@@ -3,8 +3,8 @@
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/mailto.h"
+#include "mail/message_code.h"
 #include "mail/message_id.h"
-#include "mail/message_index.h"
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -128,9 +128,7 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
-  message.charset = applyStoredCharset ? StoredCharset(request.Text(u"flag"), QStringLiteral("0"),
-                                                       message.contentIndex, settings.textTypes)
-                                       : charset;
+  message.charset = applyStoredCharset ? StoredCharset(request.Text(u"flag")) : charset;
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   opened.model =
@@ -138,10 +136,16 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   if (mode == OpenMode::Show && request.Flag(u"new") && !opened.found) {
     ApplyMailto(request.Text(u"mailto"), opened.model);
   }
-  // What is stored is the code of the plain text; the HTML part declares its own.
-  opened.html = GetMessageHtml(message.source, message.contentIndex,
-                               applyStoredCharset ? CharsetChoice::Automatic : charset);
+  opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   opened.source = message.source;
+  opened.charset = charset;
+  if (applyStoredCharset && mode == OpenMode::Show && opened.found) {
+    const bool isWritten = qAbs(request.Number(u"process")) < kStatusSent;
+    opened.charset =
+        isWritten
+            ? WrittenCharset(message.source, message.contentIndex, message.charset)
+            : CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("*")));
+  }
   if (mode != OpenMode::Show) BecomeNew(context, request);
   return opened;
 }

@@ -16,6 +16,8 @@ struct OpenedMessage {
   std::optional<UnreadableMessage> unreadable;
   bool first = false;  ///< it had not been opened before
   MessageModel model;
+  /// The code in use: that of reading, and of writing for a message that is edited.
+  CharsetChoice charset = CharsetChoice::Automatic;
   QString html;       ///< the HTML part as it was written; null when there is none
   QByteArray source;  ///< as stored, for the attachments that are taken over
 };

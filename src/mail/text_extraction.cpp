@@ -36,9 +36,7 @@ QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype
                    CharsetChoice charset, bool cut) {
   const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
   const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
-  return charset == CharsetChoice::Automatic
-             ? DecodeAutomatically(bytes, MimeCodec::DeclaredCharset(source, record), cut)
-             : Decode(Charset::FromChoice(charset), bytes, cut).text;
+  return DecodeWithChoice(bytes, MimeCodec::DeclaredCharset(source, record), charset, cut);
 }
 
 // What a part shows: paragraphs of flowed text joined, HTML as text.

@@ -4,7 +4,7 @@
 #include "mail/code_page_932.h"
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
-#include "mail/message_index.h"
+#include "mail/message_code.h"
 #include "mail/text_extraction.h"
 #include "storage/time_text.h"
 
@@ -246,7 +246,7 @@ void PageFiller::WritePreview() {
   const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
   TextRequest request;
   const QString contentIndex = rows_->Fields(u"FIELD_CONTENT").toString();
-  request.charset = StoredCharset(flags, QStringLiteral("-1"), contentIndex, content_.textTypes);
+  request.charset = StoredCharset(flags);
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
   const QVariant source = rows_->Fields(u"MAIL");

@@ -124,10 +124,10 @@ TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   const auto flags = [](const QByteArray& source) {
     return IndexMessage(source, QStringLiteral("001"), {kTextTypes}).flags;
   };
-  EXPECT_EQ(flags("Subject: x\r\n\r\nbody\r\n"), QStringLiteral("0210"));
-  EXPECT_EQ(flags("X-Priority: 5\r\n\r\n"), QStringLiteral("0310"));
-  EXPECT_EQ(flags("X-Priority: 1\r\n\r\n"), QStringLiteral("0110"));
-  EXPECT_EQ(flags("X-Priority: 1 (Highest)\r\n\r\n"), QStringLiteral("0210"));
+  EXPECT_EQ(flags("Subject: x\r\n\r\nbody\r\n"), QStringLiteral("*210"));
+  EXPECT_EQ(flags("X-Priority: 5\r\n\r\n"), QStringLiteral("*310"));
+  EXPECT_EQ(flags("X-Priority: 1\r\n\r\n"), QStringLiteral("*110"));
+  EXPECT_EQ(flags("X-Priority: 1 (Highest)\r\n\r\n"), QStringLiteral("*210"));
   EXPECT_EQ(flags("Content-Type: image/png\r\n\r\nx"), QStringLiteral("0211"));
   const MessageIndex index =
       IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, {kTextTypes});

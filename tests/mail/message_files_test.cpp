@@ -54,18 +54,6 @@ TEST(InlineImagesTest, PicturesOfTheMessageAreShownAndOthersLeft) {
             QStringLiteral("<img src='data:image/png;base64,AAEC'> <img src=\"cid:s\"> cid:none."));
 }
 
-TEST(StoredCharsetTest, OneThatSaysNothingIsNotTaken) {
-  const QStringList types = {QStringLiteral("text/plain")};
-  const auto choice = [&types](const QByteArray& source) {
-    const MessageIndex index = IndexMessage(source, QStringLiteral("001"), {types, false, false});
-    return StoredCharset(index.flags, QStringLiteral("0"), index.content, types);
-  };
-  EXPECT_EQ(choice("Content-Type: text/html; charset=utf-8\r\n\r\n\xE6\x97\xA5\r\n"),
-            CharsetChoice::Automatic);
-  EXPECT_EQ(choice("Content-Type: text/plain; charset=iso-2022-jp\r\n\r\n\x1B$BF|\x1B(B\r\n"),
-            CharsetChoice::Jis);
-}
-
 TEST(MessageDateTest, EveryFormOfDateIsRead) {
   const auto utc = [](const QByteArray& text) {
     return ParseMailDate(text).toUTC().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));

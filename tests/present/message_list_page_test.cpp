@@ -145,11 +145,6 @@ TEST_F(MessageListPageTest, TagsAreFilled) {
   EXPECT_EQ(Filled(""), QByteArray());
 }
 
-TEST_F(MessageListPageTest, PreviewIsReadWithTheStoredCode) {
-  Store("x", 4, "Content-Type: text/plain; charset=utf-8\r\n");
-  EXPECT_EQ(Filled("<+MAIL><+TEXT><+MAIL>"), QByteArray("body text\r\n"));
-}
-
 TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
   Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
   Store("<script>alert(1)</script> <+FOLDER><NAME>");

@@ -161,7 +161,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
   StoreState();
   request_->Let(QStringLiteral("open"), static_cast<int>(mode));
   request_->Let(QStringLiteral("new"), true);
-  Open();
+  Open(false);  // in the code in which it is read
   MarkEdited();
 }
 

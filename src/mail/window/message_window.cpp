@@ -74,12 +74,7 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 
 void MessageWindow::Open(bool applyStoredCharset) {
   const OpenedMessage opened = OpenMessage(context_, *request_, applyStoredCharset, charset_);
-  if (applyStoredCharset) {
-    charset_ =
-        IsEditable()
-            ? CharsetChoice::Automatic
-            : CharsetChoiceOf(GetFlagChar(request_->Text(u"flag"), kFlagCode, QStringLiteral("*")));
-  }
+  charset_ = opened.charset;
   Fill(opened);
   ShowDoubt();
   if (opened.first) host_.MessageStored();

@@ -1,0 +1,246 @@
+// Messages whose parts are in different codes, read everywhere as they were written: in the window,
+// in its reply, on the folder's page, and from a file.
+
+#include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+
+#include <QRandomGenerator>
+
+#include "mail/charset_recognition.h"
+#include "mail/flag_string.h"
+#include "mail/mail_store.h"
+#include "mail/message_code.h"
+#include "mail/message_index.h"
+#include "mail/mime_codec.h"
+#include "mail/open_message.h"
+#include "mail/text_extraction.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::TestProfile;
+
+constexpr int kMessages = 2000;
+
+enum class Code { Ascii, Jis, Euc, ShiftJis, Utf8, Gb18030, Koi8R };
+
+struct CodeEntry {
+  Code code;
+  const char* label;
+  QStringList sentences;
+};
+
+const QList<CodeEntry>& Codes() {
+  const QStringList japanese{QStringLiteral("会議の資料をお送りします。ご確認をお願いいたします。"),
+                             QStringLiteral("明日の打ち合わせは、午後三時からに変わりました。"),
+                             QStringLiteral("よろしくお願いします。山田より")};
+  static const QList<CodeEntry> codes{
+      {Code::Ascii,
+       "us-ascii",
+       {QStringLiteral("To unsubscribe, send a mail to list-off."), QStringLiteral("-- ")}},
+      {Code::Jis, "iso-2022-jp", japanese},
+      {Code::Euc, "euc-jp", japanese},
+      {Code::ShiftJis, "shift_jis", japanese},
+      {Code::Utf8, "utf-8", japanese + QStringList{QStringLiteral("Grüße, привет 😀 ありがとう")}},
+      {Code::Gb18030, "gb18030", {QStringLiteral("请查收附件中的会议资料。")}},
+      {Code::Koi8R, "koi8-r", {QStringLiteral("Документы во вложении, проверьте.")}}};
+  return codes;
+}
+
+QByteArray Encode(const QString& text, Code code) {
+  switch (code) {
+    case Code::Jis:
+      return MimeCodec::EncodeText(text, MimeCodec::OutputCharset::Jis).value_or(QByteArray());
+    case Code::Euc:
+      return MimeCodec::EncodeText(text, MimeCodec::OutputCharset::Euc).value_or(QByteArray());
+    case Code::ShiftJis:
+      return MimeCodec::EncodeText(text, MimeCodec::OutputCharset::ShiftJis).value_or(QByteArray());
+    case Code::Gb18030:
+    case Code::Koi8R: {
+      UErrorCode status = U_ZERO_ERROR;
+      UConverter* converter = ucnv_open(code == Code::Koi8R ? "KOI8-R" : "gb18030", &status);
+      QByteArray bytes(text.size() * 4 + 16, '\0');
+      bytes.resize(ucnv_fromUChars(converter, bytes.data(), static_cast<int32_t>(bytes.size()),
+                                   reinterpret_cast<const UChar*>(text.utf16()),
+                                   static_cast<int32_t>(text.size()), &status));
+      ucnv_close(converter);
+      EXPECT_TRUE(U_SUCCESS(status));
+      return bytes;
+    }
+    default:
+      return text.toUtf8();
+  }
+}
+
+struct Generated {
+  QByteArray source;
+  QString subject;
+  QString text;
+  bool isSubjectRaw = false;
+  int earlierCode = 0;  // what earlier versions stored: that of the last text part
+};
+
+class Generator {
+ public:
+  Generated Next(int number) {
+    Generated message;
+    const int parts = Number(1, 3);
+    const QByteArray headers =
+        "From: a@example.jp\r\nTo: b@example.jp\r\n" + Subject(number, message);
+    if (parts == 1) {
+      message.source = headers + Part(message);
+      return message;
+    }
+    message.source = headers + "Content-Type: multipart/mixed; boundary=b\r\n\r\n";
+    for (int part = 0; part < parts; ++part) {
+      message.source += "--b\r\n" + Part(message) + "\r\n";
+      if (Number(0, 4) == 0) message.source += "--b\r\nContent-Type: image/png\r\n\r\n\x89PNG\r\n";
+    }
+    if (Number(0, 4) == 0) message.source += "--b\r\n" + NamedPart() + "\r\n";
+    message.source += "--b--\r\n";
+    return message;
+  }
+
+ private:
+  int Number(int least, int most) { return chance_.bounded(least, most + 1); }
+  const CodeEntry& AnyCode(int first = 0) {
+    return Codes()[Number(first, static_cast<int>(Codes().size()) - 1)];
+  }
+
+  // Raw or, usually, encoded.
+  QByteArray Subject(int number, Generated& message) {
+    message.subject = QString::number(number);
+    if (Number(0, 2) == 0) return "Subject: " + QByteArray::number(number) + "\r\n";
+    message.subject += u' ' + Codes()[1].sentences[Number(0, 1)];
+    const CodeEntry& code = Codes()[Number(1, 4)];
+    const QByteArray bytes = Encode(message.subject, code.code);
+    message.isSubjectRaw = Number(0, 1) == 0;
+    if (message.isSubjectRaw) return "Subject: " + bytes + "\r\n";
+    return QByteArray("Subject: =?") + code.label + "?B?" + bytes.toBase64() + "?=\r\n";
+  }
+
+  QByteArray Part(Generated& message) {
+    const CodeEntry& code = AnyCode();
+    QString text = code.sentences[Number(0, static_cast<int>(code.sentences.size()) - 1)];
+    if (Number(0, 1) == 0) text += QStringLiteral("\r\n") + code.sentences[0];
+    const QByteArray bytes = Encode(text, code.code);
+    message.text += text;
+    message.earlierCode = code.code == Code::Ascii || code.code == Code::Jis ? 0
+                          : code.code == Code::Euc                           ? 1
+                          : code.code == Code::ShiftJis                      ? 2
+                                                                             : -1;
+    return "Content-Type: text/plain" + Label(code) + "\r\n" + Body(bytes);
+  }
+  // Now and then wrong or none, where the bytes tell.
+  QByteArray Label(const CodeEntry& code) {
+    const bool tells =
+        code.code == Code::Jis || code.code == Code::Utf8 || code.code == Code::Ascii;
+    if (tells && Number(0, 4) == 0) return {};
+    if (tells && Number(0, 6) == 0) return "; charset=us-ascii";
+    if (code.code == Code::Utf8 && Number(0, 6) == 0) return "; charset=iso-2022-jp";
+    return QByteArray("; charset=") + code.label;
+  }
+  QByteArray Body(const QByteArray& bytes) {
+    if (Number(0, 2) == 0) {
+      return "Content-Transfer-Encoding: base64\r\n\r\n" + bytes.toBase64();
+    }
+    return "Content-Transfer-Encoding: 8bit\r\n\r\n" + bytes;
+  }
+  QByteArray NamedPart() {
+    const CodeEntry& code = AnyCode(1);
+    return QByteArray("Content-Type: text/plain; charset=") + code.label + "; name=a.txt\r\n" +
+           Body(Encode(code.sentences[0], code.code));
+  }
+
+  QRandomGenerator chance_{20261125};
+};
+
+class OnePathTest : public testing::Test {
+ protected:
+  Context& TheContext() { return profile_.Get(); }
+
+  MessageModel Open(const QString& serial, OpenMode mode) {
+    Disk request(serial);
+    request.Let(QStringLiteral("db"), static_cast<int>(DatabaseKind::MailByPath));
+    request.Let(QStringLiteral("open"), static_cast<int>(mode));
+    return OpenMessage(TheContext(), request).model;
+  }
+  void LetCode(const QString& serial, int code) {
+    Disk request(serial);
+    const QString text = code < 0 ? QStringLiteral("*") : QString::number(code);
+    request.Let(QStringLiteral("Flag"), SetFlagChar(QStringLiteral("0200"), kFlagCode, text));
+    EXPECT_TRUE(MailStore(TheContext()).UpdateMessageState(kStateFlag, request, true));
+  }
+
+  TestProfile profile_;
+};
+
+TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
+  const DiskPtr settings = Settings(TheContext());
+  settings->Let(QStringLiteral("EditMode"), true);
+  settings->Let(QStringLiteral("MemoIndent"), QStringLiteral("> "));
+  const QStringList types = EditSettings::From(*settings).textTypes;
+  Generator generator;
+  int failures = 0;
+  int numbered = 0;
+  for (int number = 0; number < kMessages && failures < 5; ++number) {
+    const Generated message = generator.Next(number);
+    const QString serial = profile_.Store(message.source);
+    const MessageIndex index = IndexMessage(message.source, {}, {types});
+    numbered += StoredCharset(index.flags) != CharsetChoice::Automatic ? 1 : 0;
+    const auto agrees = [&](const char* place, const QString& text, const QString& expected) {
+      if (text == expected) return;
+      ++failures;
+      ADD_FAILURE() << place << " of message " << number << ": " << text.toStdString()
+                    << "\nexpected: " << expected.toStdString() << '\n'
+                    << message.source.toStdString();
+    };
+    for (const int code : {99, message.earlierCode}) {
+      if (code != 99) LetCode(serial, code);
+      const MessageModel shown = Open(serial, OpenMode::Show);
+      agrees("window", shown.text, message.text);
+      // Nothing tells a raw subject from one in the code that was stored.
+      if (code == 99 || !message.isSubjectRaw) agrees("subject", shown.subject, message.subject);
+      QString quoted = message.text;
+      agrees("reply", Open(serial, OpenMode::Reply).text,
+             quoted.replace(QStringLiteral("\r\n"), QStringLiteral("\r\n> ")));
+      TextRequest preview;
+      preview.charset = code == 99 ? StoredCharset(index.flags) : CharsetChoice(code);
+      preview.textTypes = types;
+      preview.maximum = 1000;
+      agrees("preview", GetMessageText(message.source, index.content, preview).text, message.text);
+    }
+    agrees("list", index.subject, message.subject);
+  }
+  // Those in one code throughout keep its number.
+  EXPECT_GT(numbered, kMessages / 20);
+  EXPECT_LT(numbered, kMessages / 2);
+}
+
+TEST_F(OnePathTest, AChosenCodeIsForWhatDoesNotSayItsOwn) {
+  const QString text = QStringLiteral("会議の資料をお送りします。");
+  const QByteArray euc = Encode(text, Code::Euc);
+  const auto read = [](const QByteArray& bytes, const char* label, CharsetChoice choice) {
+    return DecodeWithChoice(bytes, Charset::FromLabel(label), choice);
+  };
+  // A label of a code that fits nearly everything says little.
+  EXPECT_NE(read(euc, "iso-8859-1", CharsetChoice::Automatic), text);
+  EXPECT_EQ(read(euc, "iso-8859-1", CharsetChoice::Euc), text);
+  EXPECT_EQ(read(euc, "", CharsetChoice::Euc), text);
+  EXPECT_EQ(read(euc, "euc-jp", CharsetChoice::Jis), text);
+  EXPECT_EQ(read(text.toUtf8(), "iso-2022-jp", CharsetChoice::ShiftJis), text);
+  const QString russian = QStringLiteral("привет");
+  EXPECT_EQ(read(Encode(russian, Code::Koi8R), "koi8-r", CharsetChoice::ShiftJis), russian);
+  // Half-width kana alone are recognised as another code, which a choice mends.
+  const QByteArray kana("\xB1\xB2\xB3\xB4");
+  EXPECT_EQ(read(kana, "", CharsetChoice::ShiftJis), QStringLiteral("ｱｲｳｴ"));
+  // One byte is broken: the choice still counts.
+  EXPECT_TRUE(read(euc + '\xFF', "", CharsetChoice::Euc).startsWith(text));
+}
+
+}  // namespace
+}  // namespace vorn
