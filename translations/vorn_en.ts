@@ -1370,10 +1370,6 @@ Date: </translation>
         <translation>Encode the &amp;text as well</translation>
     </message>
     <message>
-        <source>標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&amp;H)</source>
-        <translation>Use the standard &amp;header fields (Reply-To, In-Reply-To)</translation>
-    </message>
-    <message>
         <source>本文(&amp;X)</source>
         <translation>Te&amp;xt</translation>
     </message>
@@ -2459,6 +2455,22 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>「%1」はメッセージのファイルではありません。</source>
         <translation>&quot;%1&quot; is not a message file.</translation>
+    </message>
+    <message>
+        <source>「%1」はメールアドレスではありません。</source>
+        <translation>&quot;%1&quot; is not a mail address.</translation>
+    </message>
+    <message>
+        <source>画像.png</source>
+        <translation>picture.png</translation>
+    </message>
+    <message>
+        <source>標準のヘッダと開封通知を使う（Reply-To、In-Reply-To など）(&amp;H)</source>
+        <translation>Use standard &amp;headers and receipts (Reply-To, In-Reply-To and so on)</translation>
+    </message>
+    <message>
+        <source>いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&amp;U)</source>
+        <translation>Reply as is &amp;usual today (to all recipients, mark the first quoted line too)</translation>
     </message>
 </context>
 </TS>

@@ -1,13 +1,13 @@
 #include "mail/address.h"
 
 #include <QStringList>
+#include <algorithm>
 
 #include "mail/list_splitting.h"
 
 namespace vorn {
 namespace {
 
-const QString kUnknownAddress = QStringLiteral("(不明なメールアドレス)");
 const QString kLineBreak = QStringLiteral("\r\n");
 
 // The pattern "<*@*>".
@@ -60,7 +60,7 @@ struct LongKind {
 };
 
 // The line in the form that is taken apart at its first colon.
-QString NormalizedLine(const QString& line) {
+QString NormalizedLine(const QString& line, bool keepsCase) {
   static const QStringList kPlain = {QStringLiteral("from:"), QStringLiteral("to:"),
                                      QStringLiteral("cc:"), QStringLiteral("bc:"),
                                      QStringLiteral("grp:")};
@@ -74,21 +74,92 @@ QString NormalizedLine(const QString& line) {
   if (kPlain.contains(kind)) return line;
   for (const LongKind& entry : kLong) {
     if (kind != entry.kind && kind != entry.shortForm) continue;
-    QString lower = line.toLower();
-    if (kind == entry.kind) lower.replace(0, entry.kind.size(), entry.rewritten);
-    return lower;
+    QString rewritten = keepsCase ? line : line.toLower();
+    if (kind == entry.kind) rewritten.replace(0, entry.kind.size(), entry.rewritten);
+    return rewritten;
   }
   return QStringLiteral("to: ") + line;
 }
 
+// Groups replaced by their members: "Team: a@b, c@d;" by "a@b, c@d".
+QString WithoutGroups(const QString& text, qsizetype start) {
+  if (text.indexOf(u';', start) < 0) return text;
+  QStringList items;
+  bool inGroup = false;
+  for (const QString& part : MimeCodec::SplitList(text, u';', start)) {
+    const QStringList head = MimeCodec::SplitList(part, u':');
+    inGroup = inGroup || head.size() > 1;
+    QString members = part;
+    if (head.size() > 1) {
+      // What stands before the group's name are ordinary items.
+      QStringList before = MimeCodec::SplitList(head.first(), u',');
+      before.removeLast();
+      members = (before + head.mid(1)).join(u',');
+    }
+    for (const QString& item : MimeCodec::SplitList(members, u',')) {
+      if (!item.isEmpty()) items.append(item);
+    }
+  }
+  if (!inGroup) return text;
+  return text.left(start) + u' ' + items.join(QStringLiteral(", "));
+}
+
+// One recipient as it is typed.
+AddressEntry ReadTyped(const QString& typed) {
+  AddressEntry entry;
+  const QString text = typed.simplified();
+  const qsizetype bracket = text.lastIndexOf(u'<');
+  if (bracket < 0 || !text.endsWith(u'>')) {
+    entry.address = text;
+    return entry;
+  }
+  entry.address = text.mid(bracket + 1).chopped(1).trimmed();
+  entry.displayName = Unquoted(text.left(bracket).trimmed());
+  return entry;
+}
+
 }  // namespace
+
+bool IsMailAddress(const QString& text) {
+  const qsizetype at = text.lastIndexOf(u'@');
+  if (at <= 0 || at == text.size() - 1) return false;
+  const QStringView local = QStringView(text).first(at);
+  const bool isQuoted = local.size() > 2 && local.startsWith(u'"') && local.endsWith(u'"');
+  const auto isOdd = [](QChar c) {
+    return c.isSpace() || c.category() == QChar::Other_Control ||
+           QStringView(u"<>()[],;:\\\"@").contains(c);
+  };
+  const QStringView domain = QStringView(text).sliced(at + 1);
+  const bool isLiteral = domain.startsWith(u'[') && domain.endsWith(u']');
+  return (isQuoted || std::none_of(local.begin(), local.end(), isOdd)) &&
+         (isLiteral || (std::none_of(domain.begin(), domain.end(), isOdd) &&
+                        !domain.startsWith(u'.') && !domain.endsWith(u'.')));
+}
+
+QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
+  QString text = typed;
+  text.replace(u'\n', u',');
+  QList<AddressEntry> entries;
+  for (const QString& part : MimeCodec::SplitList(text, u',')) {
+    for (const QString& item : MimeCodec::SplitList(part, u';')) {
+      if (!item.isEmpty()) entries.append(ReadTyped(item));
+    }
+  }
+  const bool areAll = std::all_of(entries.begin(), entries.end(), [](const AddressEntry& entry) {
+    return IsMailAddress(entry.address);
+  });
+  if (areAll || text.trimmed().isEmpty()) return entries;
+  return {ReadTyped(typed)};
+}
 
 QString ParseAddressList(const QString& header) {
   if (header.isEmpty()) return {};
   const qsizetype start = header.indexOf(u':') + 1;
   const QString name = header.left(start).toUpper();
+  const QString members = WithoutGroups(header, start);
   QStringList lines;
-  for (const QString& item : MimeCodec::SplitList(header, u',', start)) {
+  if (members != header && members.size() == start + 1) return {};  // groups without members
+  for (const QString& item : MimeCodec::SplitList(members, u',', start)) {
     const Mailbox mailbox = ReadItem(item);
     QString line = name + u' ' + (mailbox.address.isEmpty() ? kUnknownAddress : mailbox.address);
     if (!mailbox.name.isEmpty()) line += u' ' + mailbox.name;
@@ -97,12 +168,12 @@ QString ParseAddressList(const QString& header) {
   return lines.join(kLineBreak);
 }
 
-AddressEntry ParseAddressEntry(const QString& line) {
+AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   AddressEntry entry;
   entry.kind = QStringLiteral("TO");
   QString rest = line;
   if (line.contains(u':')) {
-    const QString normalized = NormalizedLine(line);
+    const QString normalized = NormalizedLine(line, keepsCase);
     const qsizetype colon = normalized.indexOf(u':');
     entry.kind = normalized.left(colon);
     rest = normalized.mid(colon + 1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace vorn {
@@ -13,12 +14,25 @@ struct AddressEntry {
   QString presentable;  ///< "name <address>" or the address; empty without an address
 };
 
+/// What stands in the place of an address that is missing.
+inline const QString kUnknownAddress = QStringLiteral("(不明なメールアドレス)");
+
 /// Turns one decoded address header, name included, into address lines joined with CR LF: the name
 /// upper-cased with its colon, a blank, the address, and, when there is one, a blank and the
-/// display name.
+/// display name. A group (RFC 5322 section 3.4) gives its members.
 QString ParseAddressList(const QString& header);
 
-/// Takes one address line apart. Never fails; a line without a known kind is a "to:" line.
-AddressEntry ParseAddressEntry(const QString& line);
+/// Takes one address line apart. Never fails; a line without a known kind is a "to:" line. Reply
+/// and notification addresses become lower-case unless `keepsCase`.
+AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
+
+/// Whether a text can be the address of a mailbox, in its shape: something on both sides of an "@",
+/// without blanks, controls and the marks that separate addresses.
+bool IsMailAddress(const QString& text);
+
+/// What a user typed as one recipient or several, which commas, semicolons or line breaks separate:
+/// "name <address>" or an address alone. A separator counts only where all that it separates are
+/// addresses; otherwise it belongs to a name. Of the entries address and display name are set.
+QList<AddressEntry> ReadTypedAddresses(const QString& typed);
 
 }  // namespace vorn

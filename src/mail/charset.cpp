@@ -228,15 +228,16 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
                                               : Decode({Family::ShiftJis, {}}, bytes, atCut).text;
 }
 
-QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, CharsetChoice choice,
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, ReadingCode code,
                          bool atCut) {
-  if (choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
+  if (code.choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
   const bool isDeclared = declared.family > Family::Ascii;
-  const Charset chosen = Charset::FromChoice(choice);
+  const Charset chosen = Charset::FromChoice(code.choice);
   DecodedText asDeclared = isDeclared ? Decode(declared, bytes, atCut) : DecodedText{{}, false};
   const bool declaredFits = Fits(declared, bytes, asDeclared);
   if (declaredFits && ProvesItself(declared)) return asDeclared.text;
   DecodedText asChosen = Decode(chosen, bytes, atCut);
+  if (code.isPicked) return asChosen.text;
   // Hardly anything but UTF-8 is well-formed UTF-8.
   const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
   if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;

@@ -28,6 +28,15 @@ struct Charset {
   static Charset FromChoice(CharsetChoice choice);
 };
 
+/// The code in which a message is to be read.
+struct ReadingCode {
+  ReadingCode(CharsetChoice code = CharsetChoice::Automatic, bool picked = false)
+      : choice(code), isPicked(picked) {}
+
+  CharsetChoice choice;
+  bool isPicked;  ///< by the user just now, who wants to see what it gives, errors included
+};
+
 struct DecodedText {
   QString text;
   bool clean = true;  ///< false when some byte had no meaning and became U+FFFD
@@ -45,7 +54,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
 /// Decodes with a code that was chosen for the message or recognised when it was stored. A declared
 /// character set that the bytes prove by fitting it goes before; where the chosen code does not
 /// fit, it is as if none had been chosen.
-QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, CharsetChoice choice,
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, ReadingCode code,
                          bool atCut = false);
 
 }  // namespace vorn

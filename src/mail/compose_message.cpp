@@ -2,6 +2,7 @@
 
 #include <QMimeDatabase>
 
+#include "mail/charset_recognition.h"
 #include "mail/mime_codec.h"
 
 namespace vorn {
@@ -66,7 +67,9 @@ class Composer {
   QByteArray Run() {
     WriteHeader();
     PrepareBody();
-    if (model_.attachments.empty()) {
+    if (model_.report && options_.settings.standardHeaders) {
+      WriteReport();
+    } else if (model_.attachments.empty()) {
       WritePlain();
     } else {
       WriteMultipart();
@@ -107,8 +110,8 @@ class Composer {
     for (const QString& row : model_.headerRows) {
       const qsizetype colon = row.indexOf(u':');
       if (colon <= 0) continue;
-      Line(MimeCodec::EncodeField(row.left(colon + 1).toLatin1(), row.mid(colon + 1).trimmed(),
-                                  charset_));
+      Line(MimeCodec::EncodeField(MimeCodec::FieldName(row.left(colon)) + ':',
+                                  row.mid(colon + 1).trimmed(), charset_));
     }
   }
 
@@ -174,14 +177,40 @@ class Composer {
   void WritePlain() {
     WriteTextHeader();
     const bool writesVersion = choice_ == CharsetChoice::Jis || choice_ == CharsetChoice::Euc ||
-                               charset_ == OutputCharset::Utf8;
+                               charset_ == OutputCharset::Utf8 || options_.settings.standardHeaders;
     if (writesVersion) Line("Mime-Version: 1.0");
     Line("");
     out_ += body_ + "\r\n\r\n";
   }
 
+  QByteArray Boundary() const { return "--CLIP_" + options_.boundaryToken.toLatin1(); }
+
+  // A read receipt: for people and for programs (RFC 8098 section 3).
+  void WriteReport() {
+    const QByteArray boundary = Boundary();
+    Line("Content-Type: multipart/report;" + QByteArray(kFold) +
+         "report-type=disposition-notification;" + kFold + "boundary=\"" + boundary + '"');
+    Line("Mime-Version: 1.0");
+    Line("");
+    Line("--" + boundary);
+    WriteTextHeader();
+    Line("");
+    out_ += body_ + "\r\n\r\n";
+    Line("--" + boundary);
+    Line("Content-Type: message/disposition-notification");
+    Line("");
+    const auto field = [this](const QByteArray& name, const QString& value) {
+      if (!value.isEmpty()) Line(name + value.simplified().toUtf8());
+    };
+    field("Final-Recipient: rfc822;", model_.report->recipient);
+    field("Original-Message-ID: ", model_.report->messageId);
+    Line("Disposition: manual-action/MDN-sent-manually; displayed");
+    Line("");
+    Line("--" + boundary + "--");
+  }
+
   void WriteMultipart() {
-    const QByteArray boundary = "--CLIP_" + options_.boundaryToken.toLatin1();
+    const QByteArray boundary = Boundary();
     const TransferEncoding encoding = AttachmentEncoding(options_.settings.mimeEncode);
     const bool isUu = encoding == TransferEncoding::Uuencode;
     Line("Content-Type: multipart/mixed;" + QByteArray(kFold) + "boundary=\"" + boundary + '"');
@@ -200,8 +229,10 @@ class Composer {
       const QByteArray data = options_.read ? options_.read(attachment) : QByteArray();
       if (isUu) {
         WriteUuBlock(attachment, data);
+      } else if (attachment.type == u"message/rfc822" && options_.settings.standardHeaders) {
+        WriteMessagePart(attachment, data, boundary);
       } else {
-        WritePart(attachment, MimeCodec::EncodeTransfer(data, encoding), encoding, boundary);
+        WritePart(attachment, data, encoding, boundary);
       }
     }
     if (!isUu) Line("--" + boundary + "--");
@@ -215,16 +246,68 @@ class Composer {
     return MimeCodec::EncodeWord(plain, charset_);
   }
 
+  void WritePartHeader(const ModelAttachment& attachment, const QByteArray& type,
+                       const QByteArray& encoding, const QByteArray& boundary) {
+    Line("--" + boundary);
+    Line("Content-Type: " + type + ';' + kFold + "name=\"" + EncodedName(attachment.name) + '"');
+    Line("Content-Transfer-Encoding: " + encoding);
+    QByteArray disposition = "Content-Disposition: attachment; " + QByteArray(kFold) +
+                             "filename=\"" + EncodedName(attachment.name) + '"';
+    if (options_.settings.standardHeaders) disposition += ExtendedName(attachment.name);
+    Line(disposition);
+    Line("");
+  }
+
   void WritePart(const ModelAttachment& attachment, const QByteArray& data,
                  TransferEncoding encoding, const QByteArray& boundary) {
-    Line("--" + boundary);
-    Line("Content-Type: " + attachment.type.toLatin1() + ';' + kFold + "name=\"" +
-         EncodedName(attachment.name) + '"');
-    Line("Content-Transfer-Encoding: " + EncodingName(encoding));
-    Line("Content-Disposition: attachment; " + QByteArray(kFold) + "filename=\"" +
-         EncodedName(attachment.name) + '"');
-    Line("");
+    QByteArray type = attachment.type.toLatin1();
+    if (options_.settings.standardHeaders && type.startsWith("text/")) type += CharsetOf(data);
+    WritePartHeader(attachment, type, EncodingName(encoding), boundary);
+    out_ += MimeCodec::EncodeTransfer(data, encoding) + "\r\n";
+  }
+
+  // A message is not encoded (RFC 2046 section 5.2.1); what cannot stand as it is, is but a file.
+  void WriteMessagePart(const ModelAttachment& attachment, const QByteArray& data,
+                        const QByteArray& boundary) {
+    const bool isLines = !data.contains('\0') && !HasLongLine(data) &&
+                         data.count('\n') == data.count("\r\n") &&
+                         data.count('\r') == data.count("\r\n");
+    if (!isLines || data.isEmpty()) {
+      ModelAttachment file = attachment;
+      file.type = QStringLiteral("application/octet-stream");
+      WritePart(file, data, TransferEncoding::Base64, boundary);
+      return;
+    }
+    WritePartHeader(attachment, "message/rfc822", IsEightBit(data) ? "8bit" : "7bit", boundary);
     out_ += data + "\r\n";
+  }
+
+  // What tells a reader the code of a text file; nothing for one in no code that is known.
+  static QByteArray CharsetOf(const QByteArray& data) {
+    const auto parameter = [](OutputCharset charset) {
+      return "; charset=\"" + MimeCodec::CharsetName(charset) + '"';
+    };
+    switch (RecognizeCharset(data).family) {
+      case Charset::Family::Jis:
+        return parameter(OutputCharset::Jis);
+      case Charset::Family::Euc:
+        return parameter(OutputCharset::Euc);
+      case Charset::Family::ShiftJis:
+        return parameter(OutputCharset::ShiftJis);
+      case Charset::Family::Utf8:
+        return parameter(OutputCharset::Utf8);
+      case Charset::Family::Ascii:
+        return parameter(OutputCharset::Ascii);
+      default:
+        return {};
+    }
+  }
+
+  // The name once more in the form of RFC 2231, for the readers that know no encoded word there.
+  static QByteArray ExtendedName(const QString& name) {
+    const QByteArray utf8 = name.toUtf8();
+    if (!IsEightBit(utf8)) return {};
+    return ";" + QByteArray(kFold) + "filename*=UTF-8''" + utf8.toPercentEncoding("!#$&+^`{}|");
   }
 
   void WriteUuBlock(const ModelAttachment& attachment, const QByteArray& data) {

@@ -1,10 +1,20 @@
 #include "mail/export_messages.h"
 
+#include "mail/content_index.h"
 #include "mail/folder_listing.h"
 #include "mail/mail_store.h"
+#include "objects/settings.h"
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+// The mark that ends what this program composes is no part of the message.
+QByteArray WithoutEndMark(const QByteArray& source) {
+  return MimeCodec::HasEndMark(source) ? source.chopped(MimeCodec::kEndMarkLength) : source;
+}
+
+}  // namespace
 
 ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
                              const WorkProgress& progress) {
@@ -19,6 +29,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   ArchiveWriter writer(order.format, order.path, order.overwrite);
   bool goesOn = writer.Open();
   MailStore store(context);
+  const bool leavesMarks = Settings(context)->Flag(u"StandardHeaders");
   for (const ListedMessage& message : listing.messages) {
     if (!goesOn) break;
     const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
@@ -26,7 +37,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }
-    goesOn = writer.Write(*source, message.subject, message.opened);
+    goesOn = writer.Write(leavesMarks ? WithoutEndMark(*source) : *source, message.subject,
+                          message.opened);
     if (goesOn) ++outcome.count;
     if (goesOn && progress && !progress(outcome.count)) {
       outcome.error = Ui::tr("中止しました。");

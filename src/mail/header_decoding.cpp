@@ -116,12 +116,13 @@ bool EndsInsideQuotes(const QString& text) {
 
 }  // namespace
 
-QString DecodeHeader(QByteArrayView field, qsizetype skip, CharsetChoice choice, HeaderUse use) {
+QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& charset,
+                     HeaderUse use) {
   const QByteArrayView text = field.sliced(std::min(skip, field.size())).trimmed();
   QString decoded;
   for (const Run& run : SplitRuns(text)) {
     if (!run.IsEncoded()) {
-      decoded += WithoutControls(DecodeWithChoice(run.bytes, {}, choice));
+      decoded += WithoutControls(DecodeWithChoice(run.bytes, {}, charset));
       continue;
     }
     const QString word =

@@ -15,8 +15,7 @@ enum class HeaderUse { Text, AddressList };
 /// where they stand inside quotes or split a multi-byte character or an escape sequence between
 /// them, and raw eight-bit or JIS text. The first `skip` characters, the field's name, are left
 /// out. `charset` is how raw text is read; encoded words name their own.
-QString DecodeHeader(QByteArrayView field, qsizetype skip,
-                     CharsetChoice charset = CharsetChoice::Automatic,
+QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& charset = {},
                      HeaderUse use = HeaderUse::Text);
 
 }  // namespace vorn::MimeCodec

@@ -210,4 +210,12 @@ QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mail
   return EncodeRuns(name, runs, charset);
 }
 
+QByteArray FieldName(const QString& text) {
+  QByteArray name = text.trimmed().toLatin1();
+  for (char& c : name) {
+    if (c <= ' ' || c > '~' || c == ':') c = '-';
+  }
+  return name;
+}
+
 }  // namespace vorn::MimeCodec

@@ -15,6 +15,10 @@ namespace vorn::MimeCodec {
 /// become blanks.
 QByteArray EncodeField(const QByteArray& name, const QString& value, OutputCharset charset);
 
+/// A text as the name of a field (RFC 5322 section 2.2), without a colon: what cannot stand in one
+/// becomes "-".
+QByteArray FieldName(const QString& text);
+
 /// A text as one encoded word without regard to its length; as it is when it is plain ASCII.
 QByteArray EncodeWord(const QString& text, OutputCharset charset);
 

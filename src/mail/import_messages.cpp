@@ -18,6 +18,7 @@
 namespace vorn {
 namespace {
 
+const QByteArray kEndMark = ".\r\n";
 constexpr int kGroupMessages = 100;
 constexpr int kWaitMs = 2000;  // for another import
 
@@ -104,7 +105,8 @@ class Importer {
     const MessageIndex index = IndexMessage(source, QString(), options_);
     const QList<QString> alike = stored_.values(Key(index.subject, index.addressLines));
     return std::any_of(alike.begin(), alike.end(), [&](const QString& serialId) {
-      return store_.LoadMessageSource(Disk(serialId)) == source;
+      const auto stored = store_.LoadMessageSource(Disk(serialId));
+      return stored == source || stored == source + kEndMark;  // as an export leaves it out
     });
   }
 

@@ -1,5 +1,8 @@
 #include "mail/message_model.h"
 
+#include <QRegularExpression>
+#include <algorithm>
+
 #include "mail/attachments.h"
 #include "mail/mime_codec.h"
 #include "mail/text_extraction.h"
@@ -56,11 +59,33 @@ qsizetype CountIdentifiers(const QString& references) {
   return count;
 }
 
-void FillReferences(const QByteArray& source, OpenMode mode, MessageModel& model) {
-  const QString own = RawValue(source, "References:");
-  const QString messageId = RawValue(source, "Message-ID:");
+void FillReferences(const StoredMessage& message, OpenMode mode, const EditSettings& settings,
+                    MessageModel& model) {
+  const QString own = RawValue(message.source, "References:");
+  const QString messageId = RawValue(message.source, "Message-ID:");
   model.references = IsReply(mode) ? (own + u' ' + messageId).trimmed() : own;
   model.inReplyTo = messageId;
+  // The same message again answers what it answered before.
+  const bool isSame = mode == OpenMode::Resend || (mode == OpenMode::Show && message.isWritten);
+  if (!isSame || !settings.standardHeaders) return;
+  model.inReplyTo = RawValue(message.source, "In-Reply-To:");
+  if (model.inReplyTo.isEmpty()) model.inReplyTo = RawValue(message.source, "In-Replay-To:");
+}
+
+// Without the marks that programs and people put before a subject, how many there are.
+QString WithoutUsualMarks(const QString& subject, const QStringList& words) {
+  QStringList patterns;
+  for (const QString& word : words) {
+    if (!word.isEmpty()) patterns.append(QRegularExpression::escape(word));
+  }
+  const QRegularExpression mark(
+      QStringLiteral("^\\s*(?:%1)(?:\\[\\d+\\]|\\^\\d+)?\\s*[:：]\\s*").arg(patterns.join(u'|')),
+      QRegularExpression::CaseInsensitiveOption);
+  QString rest = subject;
+  for (auto found = mark.match(rest); found.hasMatch(); found = mark.match(rest)) {
+    rest.remove(0, found.capturedLength());
+  }
+  return rest;
 }
 
 // "Re: x" without its "Re: ", when the word before the first colon is one of the given kind.
@@ -85,12 +110,19 @@ QString SubjectIn(OpenMode mode, const QString& subject, qsizetype identifiers,
                   const EditSettings& settings) {
   if (!settings.editMode) return subject;
   if (IsReply(mode)) {
-    return WithPrefix(settings.subjectReplay, identifiers >= 2 ? identifiers : 0,
-                      WithoutPrefix(subject, QStringLiteral("re"), settings.subjectReplay));
+    const QString bare =
+        settings.usualReplies
+            ? WithoutUsualMarks(subject, {QStringLiteral("re"), settings.subjectReplay})
+            : WithoutPrefix(subject, QStringLiteral("re"), settings.subjectReplay);
+    return WithPrefix(settings.subjectReplay, identifiers >= 2 ? identifiers : 0, bare);
   }
   if (IsForward(mode)) {
-    return WithPrefix(settings.subjectForward, identifiers - 1,
-                      WithoutPrefix(subject, QStringLiteral("fw"), settings.subjectForward));
+    const QString bare =
+        settings.usualReplies
+            ? WithoutUsualMarks(
+                  subject, {QStringLiteral("fwd"), QStringLiteral("fw"), settings.subjectForward})
+            : WithoutPrefix(subject, QStringLiteral("fw"), settings.subjectForward);
+    return WithPrefix(settings.subjectForward, identifiers - 1, bare);
   }
   return mode == OpenMode::Receipt ? Ui::tr("開封通知： ") + subject : subject;
 }
@@ -101,13 +133,28 @@ AddressEntry MakeEntry(const QString& kind, const QString& address, const QStrin
           name.isEmpty() ? address : name + QStringLiteral(" <") + address + u'>'};
 }
 
-QList<AddressEntry> AddressesIn(OpenMode mode, const QString& lines) {
+// Nothing else can be written to; earlier versions stored the names of groups as addresses.
+bool IsWritable(const AddressEntry& entry) {
+  return entry.address != kUnknownAddress && !entry.address.contains(u':') &&
+         !entry.address.contains(u';');
+}
+
+QList<AddressEntry> StoredAddresses(const QString& lines, bool keepsCase) {
   QList<AddressEntry> stored;
-  bool hasReplyAddress = false;
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
-    stored.append(ParseAddressEntry(line));
-    if (line.startsWith(u"re", Qt::CaseInsensitive)) hasReplyAddress = true;
+    stored.append(ParseAddressEntry(line, keepsCase));
   }
+  return stored;
+}
+
+bool HasKind(const QList<AddressEntry>& addresses, QStringView kind) {
+  return std::any_of(addresses.begin(), addresses.end(), [kind](const AddressEntry& entry) {
+    return entry.kind.compare(kind, Qt::CaseInsensitive) == 0;
+  });
+}
+
+QList<AddressEntry> AddressesIn(OpenMode mode, const QList<AddressEntry>& stored) {
+  const bool hasReplyAddress = HasKind(stored, u"RE");
   QList<AddressEntry> addresses;
   for (const AddressEntry& entry : stored) {
     const QString kind = KindIn(mode, entry.kind);
@@ -115,9 +162,60 @@ QList<AddressEntry> AddressesIn(OpenMode mode, const QString& lines) {
     // The reply address takes the sender's place.
     const bool isReplaced = isFrom && kind == u"TO" && hasReplyAddress;
     if (kind.isEmpty() || isReplaced || entry.address.isEmpty()) continue;
+    if (mode != OpenMode::Show && !IsWritable(entry)) continue;
     addresses.append(MakeEntry(kind, entry.address, entry.displayName));
   }
   return addresses;
+}
+
+// To everybody who got the message, but to nobody twice and not to the user.
+QList<AddressEntry> ForAll(const QList<AddressEntry>& stored, const Sender& sender) {
+  QList<AddressEntry> addresses = AddressesIn(OpenMode::Reply, stored);
+  const auto isThere = [&addresses](const QString& address) {
+    return std::any_of(addresses.begin(), addresses.end(), [&address](const AddressEntry& entry) {
+      return entry.address.compare(address, Qt::CaseInsensitive) == 0;
+    });
+  };
+  for (const AddressEntry& entry : stored) {
+    const QString kind = entry.kind.toUpper();
+    if ((kind != u"TO" && kind != u"CC") || entry.address.isEmpty() || !IsWritable(entry)) continue;
+    if (isThere(entry.address) || sender.IsOwn(entry.address)) continue;
+    addresses.append(MakeEntry(kind, entry.address, entry.displayName));
+  }
+  return addresses;
+}
+
+// To whoever asked for the receipt, from the address that got the message (RFC 8098 section 2.1).
+QList<AddressEntry> ForReceipt(const QList<AddressEntry>& stored, const Sender& sender) {
+  if (!HasKind(stored, u"NO")) return AddressesIn(OpenMode::Receipt, stored);
+  QList<AddressEntry> addresses;
+  for (const AddressEntry& entry : stored) {
+    const QString kind = entry.kind.toUpper();
+    const bool isOwn = (kind == u"TO" || kind == u"CC") && sender.IsOwn(entry.address);
+    if (kind == u"NO" && IsWritable(entry)) {
+      addresses.append(MakeEntry(QStringLiteral("TO"), entry.address, entry.displayName));
+    } else if (isOwn && !HasKind(addresses, u"FROM")) {
+      addresses.append(MakeEntry(QStringLiteral("FROM"), entry.address, entry.displayName));
+    }
+  }
+  return addresses;
+}
+
+QList<AddressEntry> Recipients(const StoredMessage& message, OpenMode mode,
+                               const EditSettings& settings, const Sender& sender) {
+  const QList<AddressEntry> stored =
+      StoredAddresses(message.addressLines, settings.standardHeaders);
+  if (mode == OpenMode::ReplyAll && settings.usualReplies) return ForAll(stored, sender);
+  if (mode == OpenMode::Receipt && settings.standardHeaders) return ForReceipt(stored, sender);
+  return AddressesIn(mode, stored);
+}
+
+// The line breaks that composing puts behind the text. Of a text in base64 they are no part.
+void RemoveComposedEnd(const StoredMessage& message, QString& text) {
+  const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
+  if (records.empty() || records.front().encoding == u"base64") return;
+  if (text.endsWith(QStringLiteral("\r\n")) && records.size() == 1) text.chop(2);
+  if (text.endsWith(QStringLiteral("\r\n"))) text.chop(2);
 }
 
 QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
@@ -131,7 +229,11 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   request.textTypes = settings.textTypes;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
-  return GetMessageText(message.source, message.contentIndex, request).text;
+  QString text = GetMessageText(message.source, message.contentIndex, request).text;
+  const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
+  if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
+  if (quotes && settings.usualReplies && !text.isEmpty()) text.prepend(settings.memoIndent);
+  return text;
 }
 
 QStringList ExtensionHeaders(const QByteArray& source) {
@@ -144,16 +246,18 @@ QStringList ExtensionHeaders(const QByteArray& source) {
   return rows;
 }
 
+QString FirstOf(const QList<AddressEntry>& addresses, QStringView kind) {
+  for (const AddressEntry& entry : addresses) {
+    if (entry.kind == kind) return entry.address;
+  }
+  return {};
+}
+
 void AddRowWhenMissing(QStringList& rows, const QString& name, const QString& value) {
   for (const QString& row : rows) {
     if (row.startsWith(name, Qt::CaseInsensitive)) return;
   }
   rows.append(name + u' ' + value);
-}
-
-bool HasKind(const QList<AddressEntry>& addresses, QStringView kind) {
-  return std::any_of(addresses.begin(), addresses.end(),
-                     [kind](const AddressEntry& entry) { return entry.kind == kind; });
 }
 
 }  // namespace
@@ -167,6 +271,7 @@ EditSettings EditSettings::From(const Disk& settings) {
   edit.textTypes =
       settings.Text(u"TextMime", DefaultTextTypes().join(kLineBreak)).split(kLineBreak);
   edit.standardHeaders = settings.Flag(u"StandardHeaders");
+  edit.usualReplies = settings.Flag(u"UsualReplies");
   edit.mimeEncode = settings.Number(u"MimeEncode");
   edit.mimeText = settings.Flag(u"MimeText");
   return edit;
@@ -180,6 +285,7 @@ EditSettings EditSettings::Defaults() {
   edit.memoIndent = QStringLiteral("> ");
   edit.textTypes = DefaultTextTypes();
   edit.standardHeaders = true;
+  edit.usualReplies = true;
   return edit;
 }
 
@@ -190,9 +296,9 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   const QByteArrayView subjectName = "SUBJECT:";
   const QString subject = MimeCodec::DecodeHeader(
       MimeCodec::HeaderField(message.source, subjectName), subjectName.size(), message.charset);
-  FillReferences(message.source, mode, model);
+  FillReferences(message, mode, settings, model);
   model.subject = SubjectIn(mode, subject, CountIdentifiers(model.references), settings);
-  model.addresses = AddressesIn(mode, message.addressLines);
+  model.addresses = Recipients(message, mode, settings, sender);
   model.text = TextIn(message, mode, subject, settings);
   if (!isNew) model.headerRows = ExtensionHeaders(message.source);
   const bool carriesAttachments =
@@ -210,6 +316,9 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
     if (!sender.address.isEmpty() && !HasKind(model.addresses, u"FROM")) {
       model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
     }
+  }
+  if (mode == OpenMode::Receipt && settings.standardHeaders) {
+    model.report = ReceiptReport{FirstOf(model.addresses, u"FROM"), model.inReplyTo};
   }
   return model;
 }

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 #include "mail/address.h"
@@ -32,6 +33,12 @@ struct ModelAttachment {
   MimeCodec::ContentRecord record;  ///< where an old one stands in the source
 };
 
+/// What a read receipt tells programs (RFC 8098).
+struct ReceiptReport {
+  QString recipient;
+  QString messageId;
+};
+
 /// What a message window holds, without the window.
 struct MessageModel {
   QString subject;
@@ -41,6 +48,8 @@ struct MessageModel {
   QString text;
   QStringList headerRows;  ///< extension headers such as "X-Priority: 3"
   std::vector<ModelAttachment> attachments;
+  /// Of a read receipt: the identifier of the message that was read and whose address got it.
+  std::optional<ReceiptReport> report;
 };
 
 /// The settings that opening and composing read.
@@ -51,6 +60,9 @@ struct EditSettings {
   QString memoIndent;
   QStringList textTypes;
   bool standardHeaders = false;
+  /// Replies as people are used to: to all means to the other recipients too, the first quoted line
+  /// is marked, and only the usual words are taken for reply marks.
+  bool usualReplies = false;
   int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
   bool mimeText = false;
 
@@ -59,10 +71,13 @@ struct EditSettings {
   static EditSettings Defaults();
 };
 
-/// The account that a new message is from.
+/// The account that a new message is from, and the addresses of all the user's accounts.
 struct Sender {
   QString address;
   QString display;
+  QStringList own;
+
+  bool IsOwn(const QString& other) const { return own.contains(other, Qt::CaseInsensitive); }
 };
 
 /// A stored message and its index columns, as `OpenSource` reads them.
@@ -71,7 +86,8 @@ struct StoredMessage {
   QString contentIndex;
   QString addressLines;
   QString timestamp;
-  CharsetChoice charset = CharsetChoice::Automatic;
+  bool isWritten = false;  ///< by the user: edited, waiting or sent
+  ReadingCode charset;
 };
 
 /// The state in which a message window opens a stored message: unchanged, or as the beginning of a

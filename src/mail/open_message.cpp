@@ -70,16 +70,19 @@ bool MarkOpened(Context& context, Disk& request) {
 }
 
 Sender DefaultSender(Context& context) {
-  DiskCollectionPtr accounts =
-      SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectDefault);
+  const auto accounts = [&context](int which) {
+    return SelectObjects(context.Objects, *context.Session, object_type::kAccount, which);
+  };
+  const DiskCollectionPtr enabled = accounts(kSelectEnabled);
+  DiskCollectionPtr first = accounts(kSelectDefault);
   // Somebody who has accounts and made none of them the default one writes with the first.
-  if (accounts->IsEmpty()) {
-    accounts =
-        SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled);
-  }
-  if (accounts->IsEmpty()) return {};
-  const DiskPtr account = accounts->First();
-  return {account->Text(u"Mailaddress"), account->Text(u"Display")};
+  if (first->IsEmpty()) first = enabled;
+  Sender sender;
+  if (first->IsEmpty()) return sender;
+  sender.address = first->First()->Text(u"Mailaddress");
+  sender.display = first->First()->Text(u"Display");
+  for (const DiskPtr& account : *enabled) sender.own.append(account->Text(u"Mailaddress"));
+  return sender;
 }
 
 bool AsksForReceipt(const QString& addressLines) {
@@ -91,6 +94,7 @@ bool AsksForReceipt(const QString& addressLines) {
 
 void BecomeNew(Context& context, Disk& request) {
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
+  request.Let(QStringLiteral("original"), request.SerialID());
   request.LetSerialID(NewMessageSerialID(context));
 }
 
@@ -128,8 +132,10 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
-  message.charset = applyStoredCharset ? StoredCharset(request.Text(u"flag")) : charset;
+  message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag")))
+                                       : ReadingCode(charset, true);
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
+  message.isWritten = qAbs(request.Number(u"process")) < kStatusReceived;
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   opened.model =
       OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
@@ -140,10 +146,9 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   opened.source = message.source;
   opened.charset = charset;
   if (applyStoredCharset && mode == OpenMode::Show && opened.found) {
-    const bool isWritten = qAbs(request.Number(u"process")) < kStatusSent;
     opened.charset =
-        isWritten
-            ? WrittenCharset(message.source, message.contentIndex, message.charset)
+        message.isWritten
+            ? WrittenCharset(message.source, message.contentIndex, message.charset.choice)
             : CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("*")));
   }
   if (mode != OpenMode::Show) BecomeNew(context, request);

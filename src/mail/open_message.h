@@ -26,7 +26,8 @@ struct OpenedMessage {
 /// index columns into the request's keys ("content", "work_subject", "work_timestamp", "process",
 /// "mailaddress", "flag", "folder"), and sets "notice" when the sender asked for a receipt and this
 /// is the first time. A message that is opened for the first time is marked as opened. In any mode
-/// but the first the request becomes a new message with an identifier of its own.
+/// but the first the request becomes a new message with an identifier of its own, and "original" is
+/// that of the message it was made from.
 ///
 /// A new message begins with what the request's "mailto" says (`ApplyMailto`).
 ///

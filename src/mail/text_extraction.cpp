@@ -33,7 +33,7 @@ qsizetype EncodedRoom(qsizetype room, TransferEncoding encoding) {
 }
 
 QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype last,
-                   CharsetChoice charset, bool cut) {
+                   const ReadingCode& charset, bool cut) {
   const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
   const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
   return DecodeWithChoice(bytes, MimeCodec::DeclaredCharset(source, record), charset, cut);
@@ -132,7 +132,8 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
 
 }  // namespace
 
-QString GetMessageHtml(QByteArrayView source, const QString& contentIndex, CharsetChoice charset) {
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
+                       const ReadingCode& charset) {
   const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
   const ContentRecord* html = FindHtml(records);
   if (html == nullptr) return {};

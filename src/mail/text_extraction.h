@@ -10,7 +10,7 @@ namespace vorn {
 
 /// How `GetMessageText` is to read a message.
 struct TextRequest {
-  CharsetChoice charset = CharsetChoice::Automatic;
+  ReadingCode charset;
   qsizetype maximum = 0;  ///< bytes of code page 932, 0 meaning no limit
   QString linePrefix;     ///< put after every line break
   QStringList textTypes;  ///< the content types that are text, compared exactly
@@ -31,6 +31,7 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
 
 /// The message's HTML as it was written, decoded; a null string when it has none.
-QString GetMessageHtml(QByteArrayView source, const QString& contentIndex, CharsetChoice charset);
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
+                       const ReadingCode& charset);
 
 }  // namespace vorn

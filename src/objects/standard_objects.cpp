@@ -94,6 +94,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("MessagesNewest"), true},
                      {QStringLiteral("PageEscape"), true},
                      {QStringLiteral("StandardHeaders"), true},
+                     {QStringLiteral("UsualReplies"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},

@@ -108,6 +108,81 @@ TEST(ComposeMessage, WritesItsFieldsInOrder) {
   EXPECT_TRUE(source.endsWith("\r\n----CLIP_token--\r\n.\r\n"));
 }
 
+// Each reader finds what it can read: a message as it is, a text's code, a name in either form.
+TEST(ComposeMessage, FilesAreWrittenForEveryReader) {
+  const QByteArray mail = "Subject: x\r\n\r\nbody\r\n";
+  const auto composed = [](const QString& name, const QString& type, const QByteArray& data) {
+    MessageModel model;
+    model.attachments.push_back({name, type, true, {}, {}});
+    ComposeOptions options = Options(CharsetChoice::Automatic);
+    options.read = [&data](const ModelAttachment&) { return data; };
+    return ComposeMessage(model, options);
+  };
+  const auto asMail = [&composed](const QByteArray& data) {
+    return composed(QStringLiteral("a.eml"), QStringLiteral("message/rfc822"), data);
+  };
+  EXPECT_TRUE(asMail(mail).contains("Content-Type: message/rfc822;"));
+  EXPECT_TRUE(asMail(mail).contains("Content-Transfer-Encoding: 7bit\r\n"));
+  EXPECT_TRUE(asMail(mail).contains("\r\n\r\n" + mail + "\r\n--"));
+  EXPECT_TRUE(asMail(mail + "\xE6\r\n").contains("Content-Transfer-Encoding: 8bit\r\n"));
+  for (const QByteArray& odd :
+       {QByteArray("a\0b\r\n", 5), QByteArray("a\nb\r\n"), QByteArray(999, 'x')}) {
+    const QByteArray source = asMail(odd);
+    EXPECT_TRUE(source.contains("Content-Type: application/octet-stream;"));
+    EXPECT_TRUE(source.contains("Content-Transfer-Encoding: base64\r\n"));
+  }
+  const QByteArray text = composed(QStringLiteral("資料 1.txt"), QStringLiteral("text/plain"),
+                                   QStringLiteral("会議の資料です。").toUtf8());
+  EXPECT_TRUE(text.contains("Content-Type: text/plain; charset=\"UTF-8\";"));
+  EXPECT_TRUE(text.contains("filename*=UTF-8''%E8%B3%87%E6%96%99%201.txt\r\n"));
+  EXPECT_TRUE(text.contains("filename=\"=?"));
+  EXPECT_TRUE(
+      ComposeMessage({}, Options(CharsetChoice::Automatic)).contains("\r\nMime-Version: 1.0"));
+}
+
+TEST(ComposeMessage, AReceiptTellsProgramsToo) {
+  MessageModel model;
+  model.text = QStringLiteral("読みました。");
+  model.report = ReceiptReport{QStringLiteral("me@x"), QStringLiteral("<m@x>\r\nX: y")};
+  const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
+  const GMimeReading reading(source);
+  EXPECT_EQ(reading.Body().trimmed(), QStringLiteral("読みました。"));
+  EXPECT_TRUE(source.contains("multipart/report;\r\n\treport-type=disposition-notification;"));
+  EXPECT_TRUE(
+      source.contains("Content-Type: message/disposition-notification\r\n\r\n"
+                      "Final-Recipient: rfc822;me@x\r\nOriginal-Message-ID: <m@x> X: y\r\n"
+                      "Disposition: manual-action/MDN-sent-manually; displayed\r\n"));
+  ComposeOptions documented = Options(CharsetChoice::Automatic);
+  documented.settings.standardHeaders = false;
+  EXPECT_FALSE(ComposeMessage(model, documented).contains("multipart"));
+}
+
+// Not to where a separator inside a name would lead.
+TEST(TypedAddresses, GiveWhatWasMeant) {
+  const auto read = [](const char16_t* typed) {
+    QStringList entries;
+    for (const AddressEntry& entry : ReadTypedAddresses(QString::fromUtf16(typed))) {
+      entries.append(entry.displayName + u'|' + entry.address);
+    }
+    return entries.join(u' ');
+  };
+  EXPECT_EQ(read(u"\"Yamada, Taro\" <t@x>"), QStringLiteral("Yamada, Taro|t@x"));
+  EXPECT_EQ(read(u"Sato @ ABC, Inc. <s@x>"), QStringLiteral("Sato @ ABC, Inc.|s@x"));
+  EXPECT_EQ(read(u"a@x; B <b@x>, c@x\nd@x"), QStringLiteral("|a@x B|b@x |c@x |d@x"));
+  EXPECT_EQ(read(u"a@x, suzuki"), QStringLiteral("|a@x, suzuki"));
+  EXPECT_EQ(read(u" , "), QString());
+  for (const char16_t* wrong : {u"a@x, suzuki", u"suzuki", u"a b@x", u"@x", u"a@", u"a@b@c",
+                                u"a@x.", u"(不明なメールアドレス)", u"Team:", u"c@d;"}) {
+    EXPECT_FALSE(IsMailAddress(QString::fromUtf16(wrong)))
+        << QString::fromUtf16(wrong).toStdString();
+  }
+  for (const char16_t* right : {u"a@x", u"a.b+c@x.jp", u"山田@例え.jp", u"\"a b\"@x",
+                                u"a..b.@docomo.ne.jp", u"a@[192.0.2.1]"}) {
+    EXPECT_TRUE(IsMailAddress(QString::fromUtf16(right)))
+        << QString::fromUtf16(right).toStdString();
+  }
+}
+
 TEST(ComposeMessage, NothingTypedCanForgeAHeader) {
   MessageModel model;
   model.subject = QStringLiteral("a\r\nBcc: x@y\r\n\r\nbody");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "mail/compose_message.h"
 #include "mail/message_index.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
@@ -19,7 +20,10 @@ class OpenModes : public testing::Test {
     settings_ = EditSettings::Defaults();
     settings_.subjectReplay = QStringLiteral("RE");
     settings_.subjectForward = QStringLiteral("FW");
+    LetUsual(false);
   }
+  // What new profiles start with, and what an absent key gives.
+  void LetUsual(bool usual) { settings_.standardHeaders = settings_.usualReplies = usual; }
   MessageModel Open(OpenMode mode, const QByteArray& headers,
                     const QByteArray& body = "one\r\ntwo") {
     StoredMessage message;
@@ -28,6 +32,7 @@ class OpenModes : public testing::Test {
     message.contentIndex = index.content;
     message.addressLines = index.addressLines;
     message.timestamp = QStringLiteral("2026/11/24 9:00:00");
+    message.isWritten = isWritten_;
     return OpenSource(message, mode, isNew_, settings_, sender_, QStringLiteral(".VORN <x>"));
   }
   QString Subject(OpenMode mode, const QByteArray& headers) { return Open(mode, headers).subject; }
@@ -42,6 +47,7 @@ class OpenModes : public testing::Test {
   EditSettings settings_;
   Sender sender_;
   bool isNew_ = false;
+  bool isWritten_ = false;
 };
 
 TEST_F(OpenModes, SubjectsOfRepliesAndForwards) {
@@ -77,7 +83,7 @@ TEST_F(OpenModes, AddressesFollowTheTable) {
   EXPECT_EQ(Kinds(Open(ForwardKeepFrom, headers)),
             QStringLiteral("FROM=f@x TO=t@x CC=c@x CC=b@x NO=n@x"));
   EXPECT_EQ(Kinds(Open(Reply, headers + "Replay-To: r@x\r\n")), QStringLiteral("TO=r@x"));
-  sender_ = {QStringLiteral("me@x"), QStringLiteral("Me")};
+  sender_ = {QStringLiteral("me@x"), QStringLiteral("Me"), {}};
   EXPECT_EQ(Kinds(Open(Reply, headers)), QStringLiteral("TO=f@x FROM=me@x"));
   EXPECT_EQ(Kinds(Open(Resend, headers)), QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
 }
@@ -100,9 +106,98 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   EXPECT_EQ(Open(Reply, headers).headerRows.join(u'|'),
             QStringLiteral("X-Mailer: .VORN <x>|X-Priority: 3"));
 
+  // The HTML half of a text is no file; HTML alone is.
+  const QByteArray both =
+      "Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\nt\r\n--b\r\n"
+      "Content-Type: text/html\r\n\r\n<p>t\r\n--b--\r\n";
+  EXPECT_TRUE(Open(Forward, both).attachments.empty());
+  EXPECT_EQ(Open(Forward, "Content-Type: text/html\r\n").attachments.size(), 1U);
+
   const QByteArray file = "Content-Type: application/pdf\r\n";
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));
   EXPECT_TRUE(Open(Reply, file).attachments.empty());
+}
+
+TEST_F(OpenModes, RepliesAsPeopleAreUsedToThem) {
+  using enum OpenMode;
+  LetUsual(true);
+  sender_ = {QStringLiteral("me@x"), {}, {QStringLiteral("me@x"), QStringLiteral("Also@Me.x")}};
+  const QByteArray headers =
+      "From: Boss <Boss@X.jp>\r\nTo: me@x, other@x, OTHER@x\r\n"
+      "Cc: team: a@x, boss@x.jp;, also@me.x\r\nBcc: b@x\r\n";
+  EXPECT_EQ(Kinds(Open(ReplyAll, headers)),
+            QStringLiteral("TO=Boss@X.jp TO=other@x CC=a@x FROM=me@x"));
+  EXPECT_EQ(Kinds(Open(Reply, headers + "Reply-To: Desk@X.jp\r\n")),
+            QStringLiteral("TO=Boss@X.jp FROM=me@x"));
+  EXPECT_EQ(Kinds(Open(Reply, headers + "Replay-To: Desk@X.jp\r\n")),
+            QStringLiteral("TO=Desk@X.jp FROM=me@x"));
+  const QByteArray asks =
+      "From: f@x\r\nTo: other@x\r\nCc: also@me.x\r\nReplay-To: r@x\r\n"
+      "Disposition-Notification-To: N@X\r\nMessage-ID: <m@x>\r\n";
+  const MessageModel receipt = Open(Receipt, asks);
+  EXPECT_EQ(Kinds(receipt), QStringLiteral("FROM=also@me.x TO=N@X"));
+  ASSERT_TRUE(receipt.report);
+  EXPECT_EQ(receipt.report->recipient, QStringLiteral("also@me.x"));
+  EXPECT_EQ(receipt.report->messageId, QStringLiteral("<m@x>"));
+
+  EXPECT_EQ(Open(Reply, headers).text, QStringLiteral("> one\r\n> two"));
+  EXPECT_EQ(Open(Show, headers).text, QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Subject(Reply, "Subject: Report: Q3\r\n"), QStringLiteral("RE: Report: Q3"));
+  EXPECT_EQ(Subject(Reply, "Subject: Re[3]: RE: re^2: x\r\n"), QStringLiteral("RE: x"));
+  EXPECT_EQ(Subject(Reply, "Subject: Fw: x\r\n"), QStringLiteral("RE: Fw: x"));
+  EXPECT_EQ(Subject(Forward, "Subject: Fwd: FW: x\r\n"), QStringLiteral("FW: x"));
+  EXPECT_EQ(Subject(Forward, "Subject: Fwiw: x\r\n"), QStringLiteral("FW: Fwiw: x"));
+}
+
+// Sent as they are, these went to "(不明なメールアドレス)" and to "Team:".
+TEST_F(OpenModes, NoNameOfAGroupBecomesARecipient) {
+  using enum OpenMode;
+  const QByteArray from = "From: f@x\r\n";
+  for (const bool usual : {false, true}) {
+    LetUsual(usual);
+    EXPECT_EQ(Kinds(Open(ReplyAll, from + "Cc:\r\n")), QStringLiteral("TO=f@x"));
+    EXPECT_EQ(Kinds(Open(ReplyAll, from + "Cc: Team: a@b, C <c@d>;, e@f, Empty:;\r\n")),
+              QStringLiteral("TO=f@x CC=a@b CC=c@d CC=e@f"));
+    EXPECT_EQ(Kinds(Open(ReplyAll, from + "To: undisclosed-recipients:;\r\nCc: x@y, ,\r\n")),
+              QStringLiteral("TO=f@x CC=x@y"));
+  }
+  // A blank, and a colon and a semicolon inside names, make no group.
+  EXPECT_EQ(Kinds(Open(Show, "To: \"a: b;\" <x@y>; z@y\r\n")), QStringLiteral("TO=x@y"));
+}
+
+// Saved and opened again, ten times, a draft stays what it is.
+TEST_F(OpenModes, ADraftKeepsItsThreadAndItsText) {
+  using enum OpenMode;
+  LetUsual(true);
+  isWritten_ = true;
+  const QString text = QStringLiteral("一行目\r\n\r\nthree\r\n");
+  for (const bool hasFile : {false, true}) {
+    for (const int encode : {-1, 0, 1}) {
+      MessageModel model;
+      model.text = text;
+      model.inReplyTo = QStringLiteral("<m@x>");
+      model.references = QStringLiteral("<l@x> <m@x>");
+      if (hasFile)
+        model.attachments.push_back({QStringLiteral("a"), QStringLiteral("a/b"), true, {}, {}});
+      ComposeOptions options;
+      options.settings = settings_;
+      options.settings.mimeText = encode >= 0;
+      options.settings.mimeEncode = qMax(encode, 0);
+      options.boundaryToken = QStringLiteral("b");
+      for (int round = 0; round < 10; ++round) {
+        StoredMessage message;
+        message.source = ComposeMessage(model, options);
+        message.contentIndex =
+            IndexMessage(message.source, {}, {settings_.textTypes, true}).content;
+        message.isWritten = true;
+        model = OpenSource(message, Show, false, settings_, {}, {});
+      }
+      EXPECT_EQ(model.text, text) << hasFile << encode;
+      EXPECT_EQ(model.inReplyTo, QStringLiteral("<m@x>"));
+      EXPECT_EQ(model.references, QStringLiteral("<l@x> <m@x>"));
+    }
+  }
+  EXPECT_EQ(Open(Resend, "Message-ID: <m@x>\r\n").inReplyTo, QString());
 }
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
@@ -118,7 +213,8 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_EQ(again.SerialID(), serialId);
   Disk reply(serialId);
   reply.Let(QStringLiteral("open"), 1);
-  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text, QStringLiteral("body\r\n> "));
+  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text, QStringLiteral("> body\r\n> "));
+  EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
 }

@@ -206,8 +206,9 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
       // Nothing tells a raw subject from one in the code that was stored.
       if (code == 99 || !message.isSubjectRaw) agrees("subject", shown.subject, message.subject);
       QString quoted = message.text;
-      agrees("reply", Open(serial, OpenMode::Reply).text,
-             quoted.replace(QStringLiteral("\r\n"), QStringLiteral("\r\n> ")));
+      agrees(
+          "reply", Open(serial, OpenMode::Reply).text,
+          QStringLiteral("> ") + quoted.replace(QStringLiteral("\r\n"), QStringLiteral("\r\n> ")));
       TextRequest preview;
       preview.charset = code == 99 ? StoredCharset(index.flags) : CharsetChoice(code);
       preview.textTypes = types;
@@ -238,6 +239,11 @@ TEST_F(OnePathTest, AChosenCodeIsForWhatDoesNotSayItsOwn) {
   // Half-width kana alone are recognised as another code, which a choice mends.
   const QByteArray kana("\xB1\xB2\xB3\xB4");
   EXPECT_EQ(read(kana, "", CharsetChoice::ShiftJis), QStringLiteral("ｱｲｳｴ"));
+  // Whoever picks a code sees what it gives.
+  EXPECT_NE(DecodeWithChoice(text.toUtf8(), {}, {CharsetChoice::ShiftJis, true}), text);
+  EXPECT_EQ(
+      DecodeWithChoice(text.toUtf8(), Charset::FromLabel("utf-8"), {CharsetChoice::ShiftJis, true}),
+      text);
   // One byte is broken: the choice still counts.
   EXPECT_TRUE(read(euc + '\xFF', "", CharsetChoice::Euc).startsWith(text));
 }

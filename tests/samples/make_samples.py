@@ -244,9 +244,8 @@ def multipart_samples():
         b"alt", part(b"text/plain; charset=utf-8", "本文です。".encode(), b"8bit"),
         part(b"text/html; charset=utf-8", "<p>本文です。</p>".encode(), b"8bit"),
         kind="alternative")
-    html = "<p>本文です。</p>".encode()
     sample("alternative", head(word("案内".encode(), "UTF-8"), kind) + body, "案内", "本文です。",
-           attachments=[attachment("添付ファイル[1].dat", "text/html", html)])
+           attachments=[])
 
     inner_kind, inner = multipart(b"inner", text, part(b"image/png; name=a.png", b64(png), b"base64"),
                                   kind="related")

@@ -1,10 +1,14 @@
 // The message window in the running program: its menus and buttons in every status, its closing
 // rules, drafts, receipts and addresses.
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QClipboard>
 #include <QCompleter>
+#include <QDropEvent>
+#include <QImage>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -261,11 +265,48 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
                                    }));
   EXPECT_TRUE(question.contains(QStringLiteral("開封通知の要求")));
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
-  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"sato@example.jp"});
+  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(Gone());
   Open(serial).close();
   EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {
+  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  const auto reply = [this](const QByteArray& asks) {
+    const QString serial =
+        Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
+    EXPECT_TRUE(InModal<QMessageBox>([&] { program_->Parent()->OpenMessage(1, serial, true); },
+                                     [](QMessageBox& box) {
+                                       EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
+                                       box.button(QMessageBox::Yes)->click();
+                                     }));
+  };
+  reply("boss@example.jp");
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
+  const auto closeAll = [] {
+    while (MessageWindow* window = TopLevel<MessageWindow>()) {
+      InModal<QMessageBox>([window] { window->close(); },
+                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+      test::RunFor(50);
+    }
+  };
+  closeAll();
+  reply("nobody");
+  const auto windows = [] {
+    int count = 0;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      count += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
+    }
+    return count;
+  };
+  EXPECT_TRUE(WaitFor([&] { return windows() == 2; }));
+  closeAll();
+  EXPECT_EQ(smtp_.Messages().size(), 1);
 }
 
 TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
@@ -311,6 +352,89 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
   EXPECT_EQ(box.completer()->currentCompletion(), QStringLiteral("青木 <aoki@example.jp>"));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box2) { box2.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// What was taken from the list ends the row: the next keys went into the address.
+TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
+  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+  book->Let(QStringLiteral("FormName"), object_type::kBook);
+  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木"));
+  Context().Objects.Add(book);
+  MessageWindow& window = New();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto row = [&](int key, bool highlight) {
+    const int last = list.rowCount() - 1;
+    list.setCurrentCell(last, 1);
+    list.setFocus();
+    list.editItem(list.item(last, 1));
+    auto& box = *qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));
+    box.setFocus();
+    QTest::keyClicks(&box, QStringLiteral("suz"));
+    QWidget* popup = box.completer()->popup();
+    EXPECT_TRUE(WaitFor([popup] { return popup->isVisible(); }));
+    if (highlight) QTest::keyClick(popup, Qt::Key_Down);
+    QTest::keyClick(popup, Qt::Key(key));
+    EXPECT_EQ(list.indexWidget(list.model()->index(last, 1)), nullptr) << "the row is done";
+    return list.item(last, 1)->text();
+  };
+  EXPECT_EQ(row(Qt::Key_Return, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
+  EXPECT_EQ(row(Qt::Key_Tab, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
+  EXPECT_EQ(row(Qt::Key_Return, false), QStringLiteral("suz"));
+  // Which is no address: shown as such, and not sent to.
+  const QTableWidgetItem* wrong = list.item(list.rowCount() - 2, 1);
+  EXPECT_TRUE(wrong->data(Qt::ForegroundRole).isValid());
+  EXPECT_TRUE(wrong->toolTip().contains(QStringLiteral("suz")));
+  list.setCurrentCell(0, 1);
+  EXPECT_TRUE(NextMessageBox([&] {
+                Menu(window, u"menuFilesMessages").actions()[0]->trigger();
+              }).contains(QStringLiteral("suz")));
+  EXPECT_EQ(list.currentRow(), list.rowCount() - 2);
+  EXPECT_EQ(smtp_.Messages().size(), 0);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// Wherever they are let go, files are attached; their paths went into the text.
+TEST_F(MessageWindowTest, FilesAreDroppedAnywhereAndPicturesPasted) {
+  MessageWindow& window = New();
+  const auto names = [&window] {
+    QStringList texts;
+    const auto& clips = Child<QListWidget>(window, u"lvClip");
+    for (int i = 0; i < clips.count(); ++i)
+      texts.append(clips.item(i)->text().section(u'（', 0, 0));
+    return texts;
+  };
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  int number = 0;
+  for (QWidget* target :
+       {memo.viewport(), static_cast<QWidget*>(&Child<QLineEdit>(window, u"txSubject")),
+        Child<QTableWidget>(window, u"lvMailaddress").viewport(), static_cast<QWidget*>(&window)}) {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(File(QByteArray::number(++number).constData(), "x"))});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &drop);
+  }
+  EXPECT_EQ(names(), QStringList({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
+                                  QStringLiteral("4")}));
+  memo.setFocus();
+  QImage picture(4, 4, QImage::Format_RGB32);
+  picture.fill(Qt::red);
+  QApplication::clipboard()->setImage(picture);
+  QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(names().last(), QStringLiteral("画像.png"));
+  QApplication::clipboard()->setText(QStringLiteral("text"));
+  QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("text"));
+  EXPECT_EQ(names().size(), 5);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());
 }
 

@@ -82,7 +82,7 @@ bool Program::Start() {
   if (!StartUp(context_, appFolder_, &error)) return Refuse(error);
   messages_.Listen();
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
-  RemoveOldPages();
+  RemoveWorkingFiles();
   if (!context_.Notices.isEmpty()) {
     QMessageBox::information(nullptr, kApplicationTitle, context_.Notices.join(u'\n'));
   }
@@ -99,12 +99,18 @@ bool Program::Start() {
   return true;
 }
 
-// Pages are deleted once they are loaded; those of a program that was killed hold subjects in
-// clear.
-void Program::RemoveOldPages() const {
-  QDir pages(context_.TempFolder);
-  for (const QString& name : pages.entryList({QStringLiteral("*.html")}, QDir::Files)) {
-    pages.remove(name);
+// Pages are deleted once they are loaded, and attachments that were opened go with their window;
+// what a program left that was killed is in clear.
+void Program::RemoveWorkingFiles() const {
+  const QDir folder(context_.TempFolder);
+  for (const QFileInfo& entry :
+       folder.entryInfoList({QStringLiteral("*.html"), QStringLiteral("clip_*")},
+                            QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)) {
+    if (entry.isDir() && !entry.isSymLink()) {
+      QDir(entry.filePath()).removeRecursively();
+    } else {
+      QFile::remove(entry.filePath());
+    }
   }
 }
 

@@ -35,7 +35,7 @@ class Program : public QObject {
  private:
   void Open(const QStringList& arguments);
   bool Refuse(const QString& reason) const;
-  void RemoveOldPages() const;
+  void RemoveWorkingFiles() const;
   void ShowLogin();
   void ShowVersion();
   void ShowParent();

@@ -4,11 +4,14 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QStyle>
+#include <algorithm>
 
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
+
+constexpr QRgb kFaultColor = 0xC62828;  // told apart on light and dark backgrounds
 
 struct KindText {
   const char16_t* kind;
@@ -31,19 +34,29 @@ QString TextOf(const QString& kind) {
   return kind;
 }
 
-// "name <address>" or an address alone, as users type it.
-AddressEntry ReadTyped(const QString& kind, const QString& typed) {
-  AddressEntry entry;
-  entry.kind = kind;
-  const QString text = typed.simplified();
-  const qsizetype bracket = text.lastIndexOf(u'<');
-  if (bracket >= 0 && text.endsWith(u'>')) {
-    entry.address = text.mid(bracket + 1).chopped(1).trimmed();
-    entry.displayName = text.left(bracket).trimmed();
-  } else {
-    entry.address = text;
+// As a row shows an entry and reads it back: a name that would be read as addresses is quoted.
+QString Presentable(const AddressEntry& entry) {
+  if (entry.displayName.isEmpty()) return entry.address;
+  const QString address = QStringLiteral(" <") + entry.address + u'>';
+  const QString plain = entry.displayName + address;
+  const QList<AddressEntry> read = ReadTypedAddresses(plain);
+  if (read.size() == 1 && read[0].address == entry.address &&
+      read[0].displayName == entry.displayName) {
+    return plain;
   }
-  return entry;
+  QString quoted = entry.displayName;
+  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + quoted + u'"' + address;
+}
+
+// What keeps a row's text from being sent to; empty when nothing does.
+QString FaultOf(const QString& text) {
+  for (const AddressEntry& entry : ReadTypedAddresses(text)) {
+    if (!IsMailAddress(entry.address)) {
+      return Ui::tr("「%1」はメールアドレスではありません。").arg(text.simplified());
+    }
+  }
+  return {};
 }
 
 }  // namespace
@@ -57,6 +70,7 @@ AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
   connect(this, &QTableWidget::itemChanged, this, [this](const QTableWidgetItem* changed) {
     if (filling_) return;
     SplitRow(changed->row());
+    MarkFault(changed->row());
     KeepEmptyRow();
     Q_EMIT Edited();
   });
@@ -68,9 +82,13 @@ void AddressList::MarkNamed(const QString& text) {
   for (int row = 0; row < rowCount(); ++row) {
     QTableWidgetItem* cell = item(row, kAddress);
     if (cell == nullptr || cell->text().isEmpty()) continue;
-    const QString address = ReadTyped(QString(), cell->text()).address;
+    const QList<AddressEntry> entries = ReadTypedAddresses(cell->text());
     for (const QString& line : lines) {
-      if (!line.startsWith(address + QStringLiteral(": "))) continue;
+      const bool names =
+          std::any_of(entries.begin(), entries.end(), [&](const AddressEntry& entry) {
+            return line.startsWith(entry.address + QStringLiteral(": "));
+          });
+      if (!names) continue;
       cell->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
       cell->setToolTip(line.trimmed().toHtmlEscaped());
       cell->setData(Qt::AccessibleDescriptionRole, line.trimmed());
@@ -103,8 +121,9 @@ void AddressList::AddRow(const AddressEntry& entry) {
   } else {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
   }
-  setItem(row, kAddress, new QTableWidgetItem(entry.presentable));
+  setItem(row, kAddress, new QTableWidgetItem(editable_ ? Presentable(entry) : entry.presentable));
   filling_ = false;
+  MarkFault(row);
 }
 
 void AddressList::KeepEmptyRow() {
@@ -113,24 +132,48 @@ void AddressList::KeepEmptyRow() {
   if (last < 0 || !item(last, kAddress)->text().trimmed().isEmpty()) AddRow({});
 }
 
-// Several addresses in one row, separated as in a header, become rows of the same kind.
+// Several addresses in one row become rows of the same kind.
 void AddressList::SplitRow(int row) {
-  QString typed = item(row, kAddress)->text();
-  typed.replace(u';', u',').replace(u'\n', u',');
-  if (typed.count(u'@') < 2) return;
-  const QString lines = ParseAddressList(QStringLiteral("TO: ") + typed);
-  const QStringList entries = lines.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+  const QList<AddressEntry> entries = ReadTypedAddresses(item(row, kAddress)->text());
   if (entries.size() < 2) return;
-  const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
-  const QString kind = kinds == nullptr ? QStringLiteral("TO") : kinds->currentData().toString();
+  const QString kind = KindOf(row);
   filling_ = true;
-  item(row, kAddress)->setText(ParseAddressEntry(entries[0]).presentable);
+  item(row, kAddress)->setText(Presentable(entries[0]));
   filling_ = false;
-  for (const QString& line : entries.mid(1)) {
-    AddressEntry entry = ParseAddressEntry(line);
+  for (AddressEntry entry : entries.mid(1)) {
     entry.kind = kind;
     Add(entry);
   }
+}
+
+QString AddressList::KindOf(int row) const {
+  const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
+  return kinds == nullptr ? QStringLiteral("TO") : kinds->currentData().toString();
+}
+
+// A row that holds no address is shown as such, once it is no longer being typed in.
+void AddressList::MarkFault(int row) {
+  const QScopedValueRollback<bool> quiet(filling_, true);
+  QTableWidgetItem* cell = item(row, kAddress);
+  const bool isFault = editable_ && !FaultOf(cell->text()).isEmpty();
+  cell->setData(Qt::ForegroundRole, isFault ? QVariant(QColor(kFaultColor)) : QVariant());
+  cell->setToolTip(isFault ? FaultOf(cell->text()).toHtmlEscaped() : QString());
+}
+
+int AddressList::FaultRow() const {
+  for (int row = 0; editable_ && row < rowCount(); ++row) {
+    if (!FaultOf(RowText(row)).isEmpty()) return row;
+  }
+  return -1;
+}
+
+QString AddressList::FirstFault() const {
+  const int row = FaultRow();
+  return row < 0 ? QString() : FaultOf(RowText(row));
+}
+
+void AddressList::GoToFault() {
+  if (const int row = FaultRow(); row >= 0) setCurrentCell(row, kAddress);
 }
 
 void AddressList::Add(const AddressEntry& entry) {
@@ -166,10 +209,10 @@ QList<AddressEntry> AddressList::Addresses() const {
   if (!editable_) return shown_;
   QList<AddressEntry> addresses;
   for (int row = 0; row < rowCount(); ++row) {
-    const QString typed = RowText(row);
-    const auto* kinds = qobject_cast<const QComboBox*>(cellWidget(row, kKind));
-    if (kinds == nullptr || typed.trimmed().isEmpty()) continue;
-    addresses.append(ReadTyped(kinds->currentData().toString(), typed));
+    for (AddressEntry entry : ReadTypedAddresses(RowText(row))) {
+      entry.kind = KindOf(row);
+      addresses.append(entry);
+    }
   }
   return addresses;
 }

@@ -23,6 +23,10 @@ class AddressList : public RowList {
   /// The rows that hold an address.
   QList<AddressEntry> Addresses() const;
   bool HasRecipient() const;
+  /// What is wrong with the first row that holds no address; empty when there is none.
+  QString FirstFault() const;
+  /// Puts the cursor into that row.
+  void GoToFault();
   /// Marks the rows whose addresses begin a line of `text`, as the refused ones do in an event.
   void MarkNamed(const QString& text);
   /// Adds an address to a list that can be edited.
@@ -37,6 +41,9 @@ class AddressList : public RowList {
   void AddRow(const AddressEntry& entry);
   void KeepEmptyRow();
   void SplitRow(int row);
+  QString KindOf(int row) const;
+  void MarkFault(int row);
+  int FaultRow() const;
 
   QList<AddressEntry> shown_;  // what a list that cannot be edited shows
   bool editable_ = false;

@@ -7,9 +7,9 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileIconProvider>
+#include <QImage>
 #include <QMenu>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QSaveFile>
 #include <QUrl>
 
@@ -24,10 +24,9 @@
 namespace vorn {
 namespace {
 
-QStringList LocalFiles(const QMimeData* data) {
+QStringList LocalFiles(const QMimeData& data) {
   QStringList paths;
-  if (data == nullptr) return paths;
-  for (const QUrl& url : data->urls()) {
+  for (const QUrl& url : data.urls()) {
     if (url.isLocalFile() && QFileInfo(url.toLocalFile()).isFile()) paths.append(url.toLocalFile());
   }
   return paths;
@@ -56,7 +55,6 @@ AttachmentList::AttachmentList(Context& context, QWidget* parent)
   setWrapping(true);
   setResizeMode(QListView::Adjust);
   setSpacing(2);
-  setAcceptDrops(true);
   connect(this, &QListWidget::itemActivated, this, &AttachmentList::OpenCurrent);
 }
 
@@ -99,11 +97,43 @@ void AttachmentList::AddFiles(const QStringList& paths) {
   Q_EMIT Edited();
 }
 
-bool AttachmentList::PasteFiles() {
-  const QStringList paths = LocalFiles(QApplication::clipboard()->mimeData());
-  if (!editable_ || paths.isEmpty()) return false;
-  AddFiles(paths);
+bool AttachmentList::Takes(const QMimeData& given) const {
+  return editable_ && (!LocalFiles(given).isEmpty() || (given.hasImage() && !given.hasText()));
+}
+
+bool AttachmentList::Take(const QMimeData& given) {
+  if (!Takes(given)) return false;
+  const QStringList paths = LocalFiles(given);
+  if (paths.isEmpty()) {
+    AddPicture(qvariant_cast<QImage>(given.imageData()));
+  } else {
+    AddFiles(paths);
+  }
   return true;
+}
+
+bool AttachmentList::Paste() {
+  const QMimeData* given = QApplication::clipboard()->mimeData();
+  return given != nullptr && Take(*given);
+}
+
+void AttachmentList::AddPicture(const QImage& picture) {
+  const QString path = WorkingPath(Ui::tr("画像.png"));
+  if (picture.isNull() || !picture.save(path, "PNG") || !MakePrivate(path)) {
+    Tell(Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
+             .arg(path));
+    return;
+  }
+  AddFiles({path});
+}
+
+// Of a file that goes with the list.
+QString AttachmentList::WorkingPath(const QString& name) {
+  if (working_ == nullptr) {
+    MakePrivateFolder(context_.TempFolder);
+    working_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
+  }
+  return FreePath(working_->path(), name);
 }
 
 void AttachmentList::AddByDialog() {
@@ -179,11 +209,7 @@ void AttachmentList::OpenCurrent() {
         QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     if (answer != QMessageBox::Yes) return;
   }
-  if (working_ == nullptr) {
-    MakePrivateFolder(context_.TempFolder);
-    working_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
-  }
-  const QString path = FreePath(working_->path(), attachment.name);
+  const QString path = WorkingPath(attachment.name);
   if (WriteTo(path, attachment) && MakePrivate(path))
     QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
@@ -199,23 +225,8 @@ void AttachmentList::RemoveSelected() {
   Q_EMIT Edited();
 }
 
-void AttachmentList::dragEnterEvent(QDragEnterEvent* event) {
-  if (editable_ && !LocalFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
-}
-
-void AttachmentList::dragMoveEvent(QDragMoveEvent* event) {
-  event->acceptProposedAction();
-}
-
-void AttachmentList::dropEvent(QDropEvent* event) {
-  const QStringList paths = LocalFiles(event->mimeData());
-  if (!editable_ || paths.isEmpty()) return;
-  event->acceptProposedAction();
-  AddFiles(paths);
-}
-
 void AttachmentList::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Paste) && PasteFiles()) return;
+  if (event->matches(QKeySequence::Paste) && Paste()) return;
   if (event->key() == Qt::Key_Delete) {
     RemoveSelected();
     return;

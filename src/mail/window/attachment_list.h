@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QListWidget>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <memory>
 #include <vector>
@@ -25,8 +26,13 @@ class AttachmentList : public QListWidget {
   const std::vector<ModelAttachment>& Attachments() const { return attachments_; }
   /// Adds files; one that cannot be read is told and left out.
   void AddFiles(const QStringList& paths);
-  /// Adds the files on the clipboard; false when there are none.
-  bool PasteFiles();
+  /// Whether data that is pasted or dropped holds what can be attached: files, or a picture that is
+  /// not given as text too.
+  bool Takes(const QMimeData& given) const;
+  /// Attaches it; false when there is nothing.
+  bool Take(const QMimeData& given);
+  /// Attaches what is on the clipboard; false when there is nothing.
+  bool Paste();
 
   // Commands, with their dialogs.
   void AddByDialog();
@@ -38,14 +44,13 @@ class AttachmentList : public QListWidget {
   void Edited();
 
  protected:
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dragMoveEvent(QDragMoveEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   void Fill();
+  QString WorkingPath(const QString& name);
+  void AddPicture(const QImage& picture);
   bool WriteTo(const QString& path, const ModelAttachment& attachment);
   void SaveOne(const ModelAttachment& attachment);
   void SaveInto(const QString& folder, const QList<qsizetype>& chosen);

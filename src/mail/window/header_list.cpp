@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 
+#include "mail/header_encoding.h"
+
 namespace vorn {
 namespace {
 
@@ -11,7 +13,8 @@ QString Normalized(const QString& typed) {
   if (line.isEmpty() || line.compare(u"X-Name:", Qt::CaseInsensitive) == 0) return {};
   if (!line.startsWith(u"x-", Qt::CaseInsensitive)) line.prepend(QStringLiteral("X-"));
   if (!line.contains(u':')) line += QStringLiteral(": ");
-  return line;
+  const qsizetype colon = line.indexOf(u':');
+  return QString::fromLatin1(MimeCodec::FieldName(line.left(colon))) + line.mid(colon);
 }
 
 }  // namespace

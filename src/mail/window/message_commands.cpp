@@ -58,7 +58,7 @@ QString MessageWindow::MissingForSending() const {
   if (!HasKind(addresses, {u"FROM"})) {
     return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
   }
-  return {};
+  return lvMailaddress_->FirstFault();
 }
 
 // The toolbar's send button also takes a message out of the dust.
@@ -87,6 +87,7 @@ void MessageWindow::SendClicked() {
   if (!missing.isEmpty()) {
     QMessageBox::information(this, kApplicationTitle, missing);
     lvMailaddress_->setFocus();
+    lvMailaddress_->GoToFault();
     return;
   }
   if (txSubject_->text().isEmpty() &&
@@ -316,7 +317,8 @@ void MessageWindow::AskForReceipt() {
   const bool edits = settings != nullptr && settings->Flag(u"ReceiveNoticeEdit");
   MailRequest receipt;
   receipt.open = static_cast<int>(OpenMode::Receipt);
-  receipt.serialId = tag_;
+  // A reply that was opened at once has an identifier of its own.
+  receipt.serialId = request_->Text(u"original", tag_);
   receipt.isNew = true;
   receipt.db = 2;
   receipt.show = edits ? kShowModeless : kShowHidden;

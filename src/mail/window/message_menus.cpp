@@ -121,7 +121,7 @@ QMenu* MessageWindow::BuildEditMenu() {
     }
   });
   menu->addAction(Ui::tr("貼り付け(&P)"), this, [this] {
-    if (!lvClip_->PasteFiles()) InFocusedBox("paste");
+    if (!lvClip_->Paste()) InFocusedBox("paste");
   });
   menu->addSeparator();
   QMenu* charsets = menu->addMenu(Ui::tr("文字セット(&H)"));

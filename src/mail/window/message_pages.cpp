@@ -13,8 +13,10 @@
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"
+#include "mail/window/file_drop.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
+#include "mail/window/memo_box.h"
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
 
@@ -56,6 +58,10 @@ void MessageWindow::BuildControls() {
   layout->addWidget(doubt_);
   layout->addWidget(tsPage_, 1);
   setCentralWidget(whole);
+
+  new FileDrop(
+      *this, [this](const QMimeData& given) { return given.hasUrls() && lvClip_->Takes(given); },
+      [this](const QMimeData& given) { lvClip_->Take(given); });
 
   const auto edited = [this] { MarkEdited(); };
   connect(txSubject_, &QLineEdit::textEdited, this, edited);
@@ -105,7 +111,7 @@ QWidget* MessageWindow::BuildMailPage() {
 
 // The text, with the HTML part beside it when there is one, and the line that finds.
 QWidget* MessageWindow::BuildBody() {
-  txMemo_ = new QPlainTextEdit;
+  txMemo_ = new MemoBox([this](const QMimeData& given) { return lvClip_->Take(given); });
   txMemo_->setObjectName(QStringLiteral("txMemo"));
   txMemo_->setAccessibleName(Ui::tr("本文"));
   txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

@@ -65,11 +65,18 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   request_ = request;
   Open();
   ShowEventPage();
-  if (unreadable_ || !request_->Flag(u"AutoSend") || !MissingForSending().isEmpty()) return true;
-  request_->Let(QStringLiteral("send"), true);
-  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
-  closed_ = StoreForClosing();
-  return !closed_;
+  if (!request_->Flag(u"AutoSend")) return true;
+  if (!unreadable_ && MissingForSending().isEmpty()) {
+    request_->Let(QStringLiteral("send"), true);
+    request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+    closed_ = StoreForClosing();
+    if (closed_) return false;
+    request_->Let(QStringLiteral("send"), false);
+    request_->Let(kProcess, static_cast<int>(kStatusEdit));
+  }
+  request_->Let(QStringLiteral("show"),
+                static_cast<int>(kShowModeless));  // for the user to see why
+  return true;
 }
 
 void MessageWindow::Open(bool applyStoredCharset) {
@@ -153,6 +160,7 @@ void MessageWindow::FinishEditing() {
 MessageModel MessageWindow::CurrentModel() const {
   MessageModel model = model_;
   model.subject = txSubject_->text();
+  model.report = model_.report;
   model.addresses = lvMailaddress_->Addresses();
   model.text = txMemo_->toPlainText();
   model.attachments = lvClip_->Attachments();

@@ -1,13 +1,42 @@
 #include "mail/window/named_editor_delegate.h"
-#include "storage/ui.h"
-
+#include <QAbstractItemView>
 #include <QCompleter>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <functional>
+
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kRowMargin = 6;
+
+// In the list of offers Enter and Tab take what is highlighted, if anything is, and end the edit.
+// The toolkit's completer keeps both for itself.
+class OfferKeys : public QObject {
+ public:
+  OfferKeys(QLineEdit& box, std::function<void(QLineEdit*)> done)
+      : QObject(&box), box_(box), done_(std::move(done)) {
+    // After the completer's own filter, to be asked before it.
+    box.completer()->popup()->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Tab) return false;
+    QAbstractItemView* popup = box_.completer()->popup();
+    if (popup->currentIndex().isValid()) box_.setText(popup->currentIndex().data().toString());
+    popup->hide();
+    done_(&box_);
+    return true;
+  }
+
+ private:
+  QLineEdit& box_;
+  std::function<void(QLineEdit*)> done_;
+};
 
 }  // namespace
 
@@ -20,12 +49,25 @@ QWidget* NamedEditorDelegate::createEditor(QWidget* parent, const QStyleOptionVi
   auto* box = new QLineEdit(parent);
   box->setObjectName(editorName_);
   box->setFrame(false);
+  box->setAcceptDrops(false);  // files belong to the window
   connect(box, &QLineEdit::textEdited, this, &NamedEditorDelegate::Typed);
   if (offers_) {
     auto* completer = new QCompleter(offers_(), box);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setFilterMode(Qt::MatchContains);
     box->setCompleter(completer);
+    // The signals belong to the list that asked for the box, which may change nothing here.
+    auto* self = const_cast<NamedEditorDelegate*>(this);
+    const auto done = [self](QLineEdit* edited) {
+      Q_EMIT self->commitData(edited);
+      Q_EMIT self->closeEditor(edited);
+    };
+    new OfferKeys(*box, done);
+    connect(completer, qOverload<const QString&>(&QCompleter::activated), self,
+            [done, box](const QString& taken) {
+              box->setText(taken);
+              done(box);
+            });
   }
   return box;
 }

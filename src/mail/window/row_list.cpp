@@ -9,7 +9,7 @@ namespace vorn {
 
 RowList::RowList(int columns, int textColumn, const QString& editorName,
                  std::function<QStringList()> offers, QWidget* parent)
-    : QTableWidget(0, columns, parent), textColumn_(textColumn), editorName_(editorName) {
+    : QTableWidget(0, columns, parent), textColumn_(textColumn) {
   horizontalHeader()->hide();
   horizontalHeader()->setStretchLastSection(true);
   verticalHeader()->hide();
@@ -20,7 +20,7 @@ RowList::RowList(int columns, int textColumn, const QString& editorName,
 }
 
 QLineEdit* RowList::Box() const {
-  return state() == EditingState ? viewport()->findChild<QLineEdit*>(editorName_) : nullptr;
+  return state() == EditingState ? qobject_cast<QLineEdit*>(indexWidget(currentIndex())) : nullptr;
 }
 
 void RowList::FinishEditing() {

@@ -34,7 +34,6 @@ class RowList : public QTableWidget {
   QLineEdit* Box() const;
 
   int textColumn_;
-  QString editorName_;
 };
 
 }  // namespace vorn

@@ -104,7 +104,9 @@ class EditPage : public FormPage {
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
     AddCheck(QStringLiteral("ckMimeText"), Ui::tr("本文もMIME形式にする(&T)"));
     AddCheck(QStringLiteral("ckStandardHeaders"),
-             Ui::tr("標準の返信ヘッダを使う（Reply-To、In-Reply-To）(&H)"));
+             Ui::tr("標準のヘッダと開封通知を使う（Reply-To、In-Reply-To など）(&H)"));
+    AddCheck(QStringLiteral("ckUsualReplies"),
+             Ui::tr("いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&U)"));
   }
 };
 
