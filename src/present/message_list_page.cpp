@@ -45,8 +45,9 @@ PageContent ReadContent(Context& context, const QString& folder) {
 QString Searched(const QString& select, const QString& search) {
   if (search.isEmpty() || select.isEmpty()) return select;
   return QStringLiteral(
-             "SELECT * FROM (%1) WHERE FIELD_SUBJECT LIKE %2 OR FIELD_MAILADDRESS LIKE %2")
-      .arg(select, QuoteSql(u'*' + search + u'*'));
+             "SELECT * FROM (%1) WHERE CONTAINS(FIELD_SUBJECT, %2) OR "
+             "CONTAINS(ADDRESSES(FIELD_MAILADDRESS), %2)")
+      .arg(select, QuoteSql(search));
 }
 
 bool HasRow(DataSession& session, FolderRows& rows) {

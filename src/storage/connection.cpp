@@ -26,10 +26,10 @@ constexpr int kBusyTimeoutMs = 5000;
 // What a condition may call besides operators. Anything not listed, such as the engine's export and
 // extension loading functions, is refused.
 constexpr std::array kReadingFunctions = {
-    "like", "now",    "datediff", "long_binary", "abs",      "coalesce", "count",
-    "date", "ifnull", "instr",    "length",      "lower",    "ltrim",    "max",
-    "min",  "nullif", "round",    "rtrim",       "strftime", "substr",   "sum",
-    "time", "trim",   "upper",    "avg",         "replace"};
+    "like",     "contains", "addresses", "now",    "datediff", "long_binary", "abs",
+    "coalesce", "count",    "date",      "ifnull", "instr",    "length",      "lower",
+    "ltrim",    "max",      "min",       "nullif", "round",    "rtrim",       "strftime",
+    "substr",   "sum",      "time",      "trim",   "upper",    "avg",         "replace"};
 
 const QString kDamagedFile = QStringLiteral("file");
 const QString kDamagedLog = QStringLiteral("log");

@@ -1,7 +1,9 @@
 // The dialect's functions as the engine calls them.
 
 #include <QDateTime>
+#include <algorithm>
 #include <memory>
+#include <string>
 
 #include "storage/engine.h"
 #include "storage/like_pattern.h"
@@ -16,26 +18,52 @@ std::string_view TextView(sqlite3_value* value) {
                          : std::string_view(text, static_cast<size_t>(sqlite3_value_bytes(value)));
 }
 
-// "text LIKE pattern" arrives as like(pattern, text). The compiled pattern stays with the
-// statement while it runs.
-void Like(sqlite3_context* context, int, sqlite3_value** arguments) {
+// The compiled pattern stays with the statement while it runs, under its argument's place.
+void Compare(sqlite3_context* context, sqlite3_value** arguments, int patternAt, int textAt,
+             Wildcards wildcards) {
   if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
       sqlite3_value_type(arguments[1]) == SQLITE_NULL) {
     sqlite3_result_null(context);
     return;
   }
-  auto* pattern = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0));
+  auto* pattern = static_cast<LikePattern*>(sqlite3_get_auxdata(context, patternAt));
   std::unique_ptr<LikePattern> own;
   if (pattern == nullptr) {
-    own = std::make_unique<LikePattern>(TextView(arguments[0]));
+    own = std::make_unique<LikePattern>(TextView(arguments[patternAt]), LetterCase::Ignored,
+                                        wildcards);
     pattern = own.get();
   }
-  const bool matches = pattern->Matches(TextView(arguments[1]));
+  const bool matches = pattern->Matches(TextView(arguments[textAt]));
   if (own) {
-    sqlite3_set_auxdata(context, 0, own.release(),
+    sqlite3_set_auxdata(context, patternAt, own.release(),
                         [](void* kept) { delete static_cast<LikePattern*>(kept); });
   }
   sqlite3_result_int(context, matches ? 1 : 0);
+}
+
+// "text LIKE pattern" arrives as like(pattern, text).
+void Like(sqlite3_context* context, int, sqlite3_value** arguments) {
+  Compare(context, arguments, 0, 1, Wildcards::Asterisk);
+}
+
+// CONTAINS(text, part): for what a user types, in which nothing is a wildcard.
+void Contains(sqlite3_context* context, int, sqlite3_value** arguments) {
+  Compare(context, arguments, 1, 0, Wildcards::None);
+}
+
+// ADDRESSES(lines): address lines without the words they begin with, such as "FROM:".
+void Addresses(sqlite3_context* context, int, sqlite3_value** arguments) {
+  std::string addresses;
+  std::string_view lines = TextView(arguments[0]);
+  while (!lines.empty()) {
+    const size_t end = std::min(lines.find('\n'), lines.size() - 1) + 1;
+    const std::string_view line = lines.substr(0, end);
+    const size_t colon = line.find(": ");
+    addresses += colon == std::string_view::npos ? line : line.substr(colon + 2);
+    lines.remove_prefix(end);
+  }
+  sqlite3_result_text(context, addresses.data(), static_cast<int>(addresses.size()),
+                      SQLITE_TRANSIENT);
 }
 
 void Now(sqlite3_context* context, int, sqlite3_value**) {
@@ -94,6 +122,8 @@ void RegisterDialectFunctions(sqlite3* handle) {
                                nullptr, nullptr);
   };
   add("like", 2, SQLITE_DETERMINISTIC, Like);
+  add("contains", 2, SQLITE_DETERMINISTIC, Contains);
+  add("addresses", 1, SQLITE_DETERMINISTIC, Addresses);
   add("now", 0, 0, Now);
   add("datediff", 3, SQLITE_DETERMINISTIC, DateDiff);
   add("long_binary", 1, 0, LongBinary);

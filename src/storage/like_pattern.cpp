@@ -44,29 +44,13 @@ char32_t LikePattern::Next(std::string_view text, size_t& at) const {
   return letterCase_ == LetterCase::Ignored ? Fold(code) : code;
 }
 
-LikePattern::LikePattern(std::string_view utf8Pattern, LetterCase letterCase)
+LikePattern::LikePattern(std::string_view utf8Pattern, LetterCase letterCase, Wildcards wildcards)
     : letterCase_(letterCase) {
   std::u32string pattern;
   for (size_t at = 0; at < utf8Pattern.size();) pattern += Next(utf8Pattern, at);
-
-  for (size_t at = 0; at < pattern.size();) {
-    const char32_t code = pattern[at];
-    if (code == U'*') {
-      if (elements_.empty() || elements_.back().kind != Element::Kind::AnyRun) {
-        elements_.push_back({Element::Kind::AnyRun, 0, false, {}});
-      }
-    } else if (code == U'?') {
-      elements_.push_back({Element::Kind::AnyOne, 0, false, {}});
-    } else if (code == U'#') {
-      elements_.push_back({Element::Kind::Digit, 0, false, {}});
-    } else if (code == U'[' && pattern.find(U']', at + 1) != std::u32string::npos) {
-      ParseSet(pattern, at);
-      continue;
-    } else {
-      elements_.push_back({Element::Kind::Literal, code, false, {}});
-    }
-    ++at;
-  }
+  if (wildcards == Wildcards::None) AddAnyRun();
+  Parse(pattern, wildcards);
+  if (wildcards == Wildcards::None) AddAnyRun();
 
   isNeedle_ = elements_.size() > 2 && elements_.front().kind == Element::Kind::AnyRun &&
               elements_.back().kind == Element::Kind::AnyRun &&
@@ -78,10 +62,36 @@ LikePattern::LikePattern(std::string_view utf8Pattern, LetterCase letterCase)
     if (letterCase_ == LetterCase::Exact ||
         std::all_of(needle_.begin(), needle_.end(), IsCaseless)) {
       // A needle follows a run of "*" and is followed by one.
-      const size_t first = utf8Pattern.find_first_not_of('*');
-      const size_t last = utf8Pattern.find_last_not_of('*');
+      const bool isBare = wildcards == Wildcards::None;
+      const size_t first = isBare ? 0 : utf8Pattern.find_first_not_of('*');
+      const size_t last = isBare ? utf8Pattern.size() - 1 : utf8Pattern.find_last_not_of('*');
       bytes_ = utf8Pattern.substr(first, last - first + 1);
     }
+  }
+}
+
+void LikePattern::AddAnyRun() {
+  if (!elements_.empty() && elements_.back().kind == Element::Kind::AnyRun) return;
+  elements_.push_back({Element::Kind::AnyRun, 0, false, {}});
+}
+
+void LikePattern::Parse(std::u32string_view pattern, Wildcards wildcards) {
+  const bool hasAll = wildcards == Wildcards::All;
+  for (size_t at = 0; at < pattern.size();) {
+    const char32_t code = pattern[at];
+    if (code == U'*' && wildcards != Wildcards::None) {
+      AddAnyRun();
+    } else if (code == U'?' && hasAll) {
+      elements_.push_back({Element::Kind::AnyOne, 0, false, {}});
+    } else if (code == U'#' && hasAll) {
+      elements_.push_back({Element::Kind::Digit, 0, false, {}});
+    } else if (code == U'[' && hasAll && pattern.find(U']', at + 1) != std::u32string::npos) {
+      ParseSet(pattern, at);
+      continue;
+    } else {
+      elements_.push_back({Element::Kind::Literal, code, false, {}});
+    }
+    ++at;
   }
 }
 

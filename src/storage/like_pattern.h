@@ -10,11 +10,21 @@ namespace vorn {
 /// Whether capitals and small letters are told apart.
 enum class LetterCase { Ignored, Exact };
 
-/// A pattern of the dialect's LIKE: `*` any characters, `?` one character, `#` one digit,
-/// `[a-z]` one of a set, `[!a-z]` none of a set. An unclosed `[` stands for itself.
+/// What stands for other characters in a pattern.
+enum class Wildcards {
+  None,      ///< nothing: the text contains the pattern somewhere
+  Asterisk,  ///< `*` any characters, as in the LIKE of the SQL dialect
+  /// Also `?` one character, `#` one digit, `[a-z]` one of a set, `[!a-z]` none of a set; an
+  /// unclosed
+  /// `[` stands for itself.
+  All,
+};
+
+/// A pattern that texts are compared with.
 class LikePattern {
  public:
-  explicit LikePattern(std::string_view utf8Pattern, LetterCase letterCase = LetterCase::Ignored);
+  explicit LikePattern(std::string_view utf8Pattern, LetterCase letterCase = LetterCase::Ignored,
+                       Wildcards wildcards = Wildcards::All);
 
   /// Whether the whole of `utf8Text` matches. Malformed UTF-8 matches nothing but wildcards.
   bool Matches(std::string_view utf8Text) const;
@@ -38,6 +48,8 @@ class LikePattern {
   char32_t Next(std::string_view text, size_t& at) const;
   bool ContainsNeedle(std::string_view utf8Text) const;
   bool MatchesElements(std::string_view utf8Text) const;
+  void Parse(std::u32string_view pattern, Wildcards wildcards);
+  void AddAnyRun();
   void ParseSet(std::u32string_view pattern, size_t& at);
 
   LetterCase letterCase_;

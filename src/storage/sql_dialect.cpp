@@ -187,6 +187,12 @@ class Translator {
     if (token.IsSymbol(u'*') && previous != nullptr && previous->IsWord(QLatin1String("DELETE"))) {
       return;
     }
+    // What begins inside parentheses, such as the FROM of a sub-select, ends with them.
+    if (token.IsSymbol(u'(')) outer_.push_back(inCondition_);
+    if (token.IsSymbol(u')') && !outer_.empty()) {
+      inCondition_ = outer_.back();
+      outer_.pop_back();
+    }
     if (token.IsSymbol(u'&')) {
       sql_ += QStringLiteral("||");
       return;
@@ -203,6 +209,7 @@ class Translator {
   QString sql_;
   EngineStatement statement_;
   bool inCondition_ = false;
+  std::vector<bool> outer_;  // the same around each open parenthesis
 };
 
 }  // namespace

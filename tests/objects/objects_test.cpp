@@ -226,6 +226,39 @@ TEST_F(SearchConditionTest, FoldersBecomeStatements) {
   EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
 }
 
+// "[ml 12]" matched nearly everything and "#1" found "No 21".
+TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
+  const auto store = [this](const char* subject, const char* body) {
+    profile_.Store(QByteArray("From: a@x\r\nSubject: ") + subject + "\r\n\r\n" + body + "\r\n");
+  };
+  store("[ml-users 12] hello", "one");
+  store("No 21", "two");
+  store("No #1?", "three");
+  const auto found = [this](const QString& condition) {
+    QStringList subjects;
+    const QList<QVariant> rows =
+        profile_.Select(QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail WHERE ") + condition);
+    for (const QVariant& row : rows) subjects.append(row.toString());
+    return subjects.join(u'|');
+  };
+  const auto like = [&found](const char16_t* pattern) {
+    return found(QStringLiteral("FIELD_SUBJECT LIKE '") + QString::fromUtf16(pattern) + u'\'');
+  };
+  EXPECT_EQ(like(u"*[ML-users 12]*"), QStringLiteral("[ml-users 12] hello"));
+  EXPECT_EQ(like(u"*#1*"), QStringLiteral("No #1?"));
+  EXPECT_EQ(like(u"*1?"), QStringLiteral("No #1?"));
+  EXPECT_EQ(like(u"*[0-9]*"), QString());
+  EXPECT_EQ(like(u"no*1*"), QStringLiteral("No 21|No #1?"));
+  // The source is looked at also behind a sub-select.
+  EXPECT_EQ(
+      found(QStringLiteral("SERIALID NOT IN (SELECT SERIALID FROM folder) AND MAIL LIKE '*two*'")),
+      QStringLiteral("No 21"));
+  EXPECT_EQ(found(QStringLiteral("CONTAINS(ADDRESSES(FIELD_MAILADDRESS), 'from')")), QString());
+  EXPECT_EQ(found(QStringLiteral("CONTAINS(ADDRESSES(FIELD_MAILADDRESS), 'A@X') AND "
+                                 "CONTAINS(FIELD_SUBJECT, '21')")),
+            QStringLiteral("No 21"));
+}
+
 TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
   EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")}),
                        Line(Kind::Subject, {QStringLiteral("x")}, true)}),

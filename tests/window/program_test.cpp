@@ -223,6 +223,10 @@ TEST_F(ProgramTest, TheSearchBoxNarrowsTheFolderAndItsPages) {
   EXPECT_FALSE(PageText().contains(QStringLiteral("会議")));
   ASSERT_TRUE(search(QStringLiteral("it's")));
   EXPECT_TRUE(PageText().contains(QStringLiteral("special")));
+  ASSERT_TRUE(search(QStringLiteral("*s")));  // as it is typed
+  EXPECT_TRUE(PageText().contains(QStringLiteral("special")));
+  ASSERT_TRUE(search(QStringLiteral("from:")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("special")));
   ASSERT_TRUE(search(QStringLiteral("会議")));
   EXPECT_FALSE(PageText().contains(QStringLiteral("special")));
   EXPECT_TRUE(Browser()->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
