@@ -2472,5 +2472,21 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&amp;U)</source>
         <translation>Reply as is &amp;usual today (to all recipients, mark the first quoted line too)</translation>
     </message>
+    <message>
+        <source>なくなったファイルはないので、つなぎ直しません。</source>
+        <translation>No file is missing, so none is reconnected.</translation>
+    </message>
+    <message>
+        <source>データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを確かめてください。</source>
+        <translation>The database file &quot;%1&quot; is in an older state than when it was last used (it is an older copy, or its log is lost). Please find out whether the messages that wait to be sent have been sent already.</translation>
+    </message>
+    <message>
+        <source>メールファイルが古い状態に戻っていたので、もう送信したかもしれません。</source>
+        <translation>The mail file had gone back to an older state, so it may have been sent already.</translation>
+    </message>
+    <message>
+        <source>前に使ったときより古い状態です。その後に受信したメッセージはこのファイルにありません。</source>
+        <translation>It is in an older state than when it was last used. What was received since is not in this file.</translation>
+    </message>
 </context>
 </TS>

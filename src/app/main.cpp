@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <csignal>
 #include <memory>
 
 #include "frame/start_up.h"
@@ -10,6 +11,9 @@
 #include "storage/ui.h"
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
+#endif
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vorn"));
   QApplication::setApplicationDisplayName(vorn::kApplicationTitle);

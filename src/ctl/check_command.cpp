@@ -30,12 +30,13 @@ void Report(const QString& path, const FileFindings& findings, bool asJson) {
   }
 }
 
-// A log that was damaged when an earlier command met it has left no trace since.
+// A log that was damaged when an earlier command met it, and an older copy, have left no trace
+// since.
 void AddWhatIsKnown(Context& context, const QString& path, FileFindings& findings) {
   const std::optional<KnownDamage> known = FindDamage(context, path);
-  if (known && !known->decided && known->parts.contains(QStringLiteral("log"))) {
-    findings.AddLostLog();
-  }
+  if (!known || known->decided) return;
+  if (known->parts.contains(QStringLiteral("log"))) findings.AddLostLog();
+  if (known->parts.contains(kOlderFile)) findings.AddOlderFile();
 }
 
 // What is known of the file's damage follows what was found. False when that cannot be kept.

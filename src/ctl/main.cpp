@@ -223,6 +223,9 @@ int main(int argc, char** argv) {
   // Whoever reads the output may go; what is known of damage is still to be kept.
   std::signal(SIGPIPE, SIG_IGN);
 #endif
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
+#endif
   const QCoreApplication application(argc, argv);
   return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
 }

@@ -4,6 +4,7 @@
 #include "ctl/command.h"
 #include "ctl/console_host.h"
 #include "mail/mail_store.h"
+#include "mail/mbox.h"
 #include "mail/message_id.h"
 #include "mail/outbox.h"
 #include "objects/object_loader.h"
@@ -17,6 +18,9 @@ namespace {
 QString StoreWaiting(Context& context, const QString& name) {
   const auto source = ReadFile(name);
   if (!source) return QStringLiteral("「%1」を読み込めません。").arg(name);
+  if (!BeginsWithHeaderField(*source)) {
+    return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
+  }
   Disk request(NewMessageSerialID(context));
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));

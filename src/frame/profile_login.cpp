@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "mail/outbox.h"
+#include "objects/file_age.h"
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -11,6 +13,7 @@
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
 #include "storage/file_lock.h"
+#include "storage/known_damage.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -58,6 +61,17 @@ bool MakeStandardObjects(Context& context) {
 bool OpensMail(Context& context) {
   return CreateDatabase(context, DatabaseKind::Mail) ||
          context.Data.LastError().kind == StorageError::Kind::Damaged;
+}
+
+// What waits in an older copy of a mail file may have been sent, and what was received since, and
+// deleted on the server, is not in it. The file counts as damaged until the user decides.
+void SettleOlderFiles(Context& context) {
+  for (const QString& file : OlderFiles(context)) {
+    context.Data.PutDamage(file, {kOlderFile});
+    if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, kOlderFile)) {
+      AcceptAge(context, file);
+    }
+  }
 }
 
 // The files of a profile that are there, without its own database.
@@ -169,6 +183,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
              Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
     case LoginStep::StandardObjects:
       if (MakeStandardObjects(context) && OpensMail(context)) {
+        SettleOlderFiles(context);
         NoteFiles(context);  // tried again at the end
         return true;
       }
@@ -187,12 +202,17 @@ bool LogIn(Context& context, const QString& name, const QString& password, QStri
     return false;
   }
   LoginCheck check = CheckLogin(context, profile, password);
+  const bool wasLost = check == LoginCheck::FilesLost;
   const bool decided = choice.create || !choice.reconnect.isEmpty();
-  if (check == LoginCheck::FilesLost && decided) {
+  if (wasLost && decided) {
     if (!ResolveLostFiles(context, profile, password, choice)) {
       return Fail(context, Ui::tr("なくなったファイルを元に戻せません。"), error);
     }
     check = CheckLogin(context, profile, password);
+  }
+  if (check == LoginCheck::Opens && !choice.reconnect.isEmpty() && !wasLost) {
+    *error = Ui::tr("なくなったファイルはないので、つなぎ直しません。");
+    return false;
   }
   if (check == LoginCheck::FilesLost) return Fail(context, {}, error);
   if (check == LoginCheck::Refused) {

@@ -64,6 +64,7 @@ bool LoadProfiles(Context& context) {
 // all the same.
 bool SetListAside(Context& context) {
   const QString path = context.NaviDatabasePath;
+  context.Data.CloseFile(path);  // one that is damaged further on was opened
   const QString kept = path + QStringLiteral(".unreadable-") +
                        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmsszzz"));
   QFile::rename(path + QStringLiteral("-wal"), kept + QStringLiteral("-wal"));
@@ -102,11 +103,13 @@ bool RebuildList(Context& context) {
   if (empty && profiles.isEmpty()) {
     QFile::remove(context.NaviDatabasePath);  // of a killed first start
   }
-  if (!LoadProfiles(context)) {
+  const bool loaded = LoadProfiles(context);
+  const bool damaged = context.Data.DamagedFiles().contains(context.NaviDatabasePath);
+  if (!loaded || (damaged && context.Objects.IsEmpty())) {
     using Kind = StorageError::Kind;
     const Kind kind = context.Data.LastError().kind;
     const bool unreadable =
-        kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
+        damaged || kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
     if (!unreadable || profiles.isEmpty() || !SetListAside(context) || !LoadProfiles(context)) {
       return false;
     }

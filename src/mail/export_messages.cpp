@@ -33,7 +33,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   for (const ListedMessage& message : listing.messages) {
     if (!goesOn) break;
     const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
-    if (!source || source->isEmpty()) {
+    if (!source) {
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }

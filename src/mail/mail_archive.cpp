@@ -52,6 +52,13 @@ bool IsOwnArchive(const QString& path) {
   return true;
 }
 
+// Nothing but an archive is replaced by one; what was named by a slip may be a database.
+bool IsMbox(const QString& path) {
+  QFile file(path);
+  return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+         (file.size() == 0 || file.peek(5) == "From ");
+}
+
 bool CannotRead(const QString& path, QString* error) {
   *error = Ui::tr("「%1」を読み込めません。").arg(QDir::toNativeSeparators(path));
   return false;
@@ -136,7 +143,7 @@ bool ArchiveWriter::MayReplace() {
   if (!target.exists() && !target.isSymLink()) return true;
   const QString name = QDir::toNativeSeparators(path_);
   if (!overwrite_) return Fail(Ui::tr("「%1」はもうあります。").arg(name));
-  if ((format_ == ArchiveFormat::Mbox) ? target.isFile() : IsOwnArchive(path_)) return true;
+  if (format_ == ArchiveFormat::Mbox ? IsMbox(path_) : IsOwnArchive(path_)) return true;
   return Fail(
       Ui::tr("「%1」には書き出したメッセージのほかのものがあるので、置き換えません。").arg(name));
 }

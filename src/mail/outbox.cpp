@@ -176,6 +176,19 @@ int Outbox::SettleLeftOver() {
   return work.Take() ? DoubtLeftOver() : 0;
 }
 
+bool Outbox::DoubtWaiting() {
+  if (!Open()) return false;
+  DataSession& data = context_.Data;
+  const bool noted = data.Execute(
+      QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
+                     "SERIALID, %1, %2, '', '' FROM mail WHERE STATUS IN (2,-2) AND SERIALID NOT "
+                     "IN (SELECT SERIALID FROM send_attempt)")
+          .arg(kDoubtful)
+          .arg(QuoteSql(data.Now())));
+  data.Close();
+  return noted;
+}
+
 QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
   QList<DoubtfulMessage> messages;
   if (!Open()) return messages;

@@ -65,6 +65,10 @@ class Outbox {
   /// The same when no program is sending: one that is settles it by itself.
   int SettleLeftOver();
 
+  /// Makes every message that waits doubtful, since the file is an older copy: what waits in it may
+  /// have been sent since. False on failure.
+  bool DoubtWaiting();
+
   /// Brings what was noted to the disk.
   bool MakeDurable();
 

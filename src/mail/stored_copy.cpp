@@ -12,7 +12,7 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
           QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
           CursorKind::ForwardOnly)) {
     const RecordsetPtr row = context.Data.Recordset();
-    whole = !row->Eof() && !row->Fields(u"MAIL").toByteArray().isEmpty() && !row->Failed();
+    whole = !row->Eof() && row->Fields(u"MAIL").isValid() && !row->Failed();
   }
   context.Data.Close();
   return whole;

@@ -55,7 +55,7 @@ qint64 CountMessages(Context& context, const QString& path) {
 // The note of a file as it is now; the old one when the file is not there.
 FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
   const QString path = PlatformPath(context, stored);
-  FileNote note{stored, FileMark(path), -1, 0};
+  FileNote note{stored, FileMark(path), -1, 0, 0};
   if (note.mark.isEmpty()) return old;
   if (note.mark == old.mark) note = old;
   const bool holdsMail = stored != context.Session->Text(u"Profile");
@@ -151,7 +151,8 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   const bool hasOthers = std::any_of(files.begin(), files.end(),
                                      [](const QFileInfo& file) { return file.size() > 0; });
   // Another program's first start may have made the profile's database while this one looked.
-  if (hasOthers && !HasContent(own)) lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0}, {}});
+  if (hasOthers && !HasContent(own))
+    lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0, 0}, {}});
   return lost;
 }
 
@@ -230,7 +231,7 @@ bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   }
   QList<FileNote> notes = FileNotes(profile);
   notes.removeIf([&](const FileNote& note) { return note.path == lost.note.path; });
-  notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0, 0});
+  notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0, 0, 0});
   LetFileNotes(profile, notes);
   return true;
 }

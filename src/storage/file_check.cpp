@@ -181,6 +181,12 @@ void FileFindings::AddLostLog() {
   parts.insert(QStringLiteral("log"));
 }
 
+void FileFindings::AddOlderFile() {
+  problems.append(Ui::tr(
+      "前に使ったときより古い状態です。その後に受信したメッセージはこのファイルにありません。"));
+  parts.insert(QStringLiteral("older"));
+}
+
 QString UnreadableMessage::Name() const {
   const QString shown =
       subject.isEmpty() ? Ui::tr("件名不明") : QStringLiteral("「%1」").arg(subject);

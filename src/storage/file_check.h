@@ -26,6 +26,8 @@ struct FileFindings {
   bool IsSound() const { return problems.isEmpty(); }
   /// Notes that a log was damaged, of which nothing may be left to see.
   void AddLostLog();
+  /// Notes that the whole file is older than it should be.
+  void AddOlderFile();
 };
 
 /// What a database file is for: the objects of a profile or of the list of profiles, or messages.

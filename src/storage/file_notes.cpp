@@ -24,12 +24,14 @@ bool HasContent(const QString& path) {
   return QFileInfo(path).size() > 0;
 }
 
-// One a line: mark, messages, bytes, path.
+// One a line: mark, messages, bytes and works with "/" between them, path.
 QList<FileNote> FileNotes(const Disk& profile) {
   QList<FileNote> notes;
   for (const QString& line : profile.Text(kNotes).split(kLineEnd, Qt::SkipEmptyParts)) {
+    const QString numbers = line.section(u' ', 2, 2);
     notes.append({line.section(u' ', 3), line.section(u' ', 0, 0),
-                  line.section(u' ', 1, 1).toLongLong(), line.section(u' ', 2, 2).toLongLong()});
+                  line.section(u' ', 1, 1).toLongLong(), numbers.section(u'/', 0, 0).toLongLong(),
+                  numbers.section(u'/', 1, 1).toLongLong()});
   }
   return notes;
 }
@@ -37,7 +39,11 @@ QList<FileNote> FileNotes(const Disk& profile) {
 void LetFileNotes(Disk& profile, const QList<FileNote>& notes) {
   QStringList lines;
   for (const FileNote& note : notes) {
-    lines.append(QStringLiteral("%1 %2 %3 ").arg(note.mark).arg(note.messages).arg(note.bytes) +
+    lines.append(QStringLiteral("%1 %2 %3/%4 ")
+                     .arg(note.mark)
+                     .arg(note.messages)
+                     .arg(note.bytes)
+                     .arg(note.works) +
                  note.path);
   }
   profile.Let(kNotes, lines.join(kLineEnd));

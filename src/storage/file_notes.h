@@ -13,6 +13,7 @@ struct FileNote {
   QString mark;          ///< see `FileMark`
   qint64 messages = -1;  ///< how many there were last; -1 where nobody has counted
   qint64 bytes = 0;      ///< the file's size when they were counted
+  qint64 works = 0;      ///< how often messages were received or sent (see `CountWork`)
 
   bool operator==(const FileNote&) const = default;
 };

@@ -7,6 +7,7 @@
 
 #include "mail/outbox.h"
 #include "objects/account.h"
+#include "objects/file_age.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
@@ -118,7 +119,9 @@ void CheckPlan::Clear() {
 bool CheckPlan::TakeWork(const QString& work, Disk& job) {
   std::unique_ptr<WorkLock>& lock = works_[work];
   if (lock == nullptr) lock = std::make_unique<WorkLock>(context_, work);
-  if (lock->IsHeld() || lock->Take()) {
+  const bool wasHeld = lock->IsHeld();
+  if (wasHeld || lock->Take()) {
+    if (!wasHeld) CountWork(context_);  // without it an older copy passes unnoticed, no more
     job.Let(QStringLiteral("held"), false);
     return true;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "mail/address.h"
 #include "storage/ui.h"
 #include "transfer/envelope_address.h"
 #include "transfer/server_words.h"
@@ -280,7 +281,7 @@ void SmtpSession::BeginEnvelope() {
 bool SmtpSession::TakeAddresses(QByteArrayList& paths, bool& needsUtf8) {
   for (const QString& address : QStringList{job_.from} + job_.recipients) {
     const std::optional<EnvelopeAddress> path = ToEnvelope(address);
-    if (!path) {
+    if (!path || address == kUnknownAddress) {
       Fail(PopError::Refused, Ui::tr("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
       return false;
     }

@@ -159,6 +159,22 @@ TEST_F(LostFilesTest, TheListOfProfilesComesBackFromTheFolders) {
   EXPECT_TRUE(next_->Notices.isEmpty());
 }
 
+TEST_F(LostFilesTest, TheListComesBackWhereverItIsDamaged) {
+  const QString path = profile_.Folder() + QStringLiteral("navi.mbx");
+  for (const qsizetype page : {0, 1, 2}) {
+    QByteArray bytes = ReadFile(path);
+    ASSERT_GT(bytes.size(), page * 4096 + 700);
+    bytes[page * 4096 + 700] = static_cast<char>(bytes[page * 4096 + 700] ^ 1);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    ASSERT_TRUE(Start(kPassword)) << page << error_.toStdString();
+    EXPECT_EQ(Messages(), 3);
+    next_.reset();
+  }
+}
+
 TEST_F(LostFilesTest, WithoutTheInstallationKeyTheRightPasswordOpensAllTheSame) {
   const QByteArray before = ReadFile(profile_.Folder() + QStringLiteral("navi.mbx"));
   UserStore()->clear();

@@ -238,12 +238,14 @@ TEST_F(ExportTargetTest, AnUnfinishedExportLeavesNothingAndALeftOverGoes) {
 
 TEST_F(ExportTargetTest, AnExistingTargetIsReplacedOnlyWhenToldAndOnlyOwnFolders) {
   const QString path = folder_.filePath(QStringLiteral("out"));
-  WriteFile(path, "old");
+  WriteFile(path, "\x8Fwhat may be a database");
+  EXPECT_FALSE(Write(ArchiveFormat::Mbox, path, true));
+  WriteFile(path, "From old");
   EXPECT_FALSE(Write(ArchiveFormat::Mbox, path, false));
   EXPECT_TRUE(error_.contains(QStringLiteral("もうあります")));
-  EXPECT_EQ(ReadFile(path), "old");
+  EXPECT_EQ(ReadFile(path), "From old");
   EXPECT_TRUE(Write(ArchiveFormat::Mbox, path, true, false));  // ended before its end
-  EXPECT_EQ(ReadFile(path), "old");
+  EXPECT_EQ(ReadFile(path), "From old");
   EXPECT_TRUE(Write(ArchiveFormat::Mbox, path, true));
   EXPECT_TRUE(ReadFile(path).contains("Subject: new"));
 

@@ -28,7 +28,14 @@ void ParentWindow::TellDamage() {
 }
 
 void ParentWindow::TellOneDamage(const KnownDamage& damage) {
-  const QString what = Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
+  const QString what =
+      damage.parts == QStringList{kOlderFile}
+          ? Ui::tr(
+                "データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、"
+                "記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを"
+                "確かめてください。")
+                .arg(damage.file)
+          : Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
   AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
            context_.Session->Text(u"Object"), QStringLiteral("account"), what);
   QMessageBox box(

@@ -32,8 +32,10 @@ DoubtBar::DoubtBar(QWidget* parent) : QFrame(parent), label_(new QLabel) {
 void DoubtBar::Show(const DoubtfulMessage& message) {
   QStringList lines{
       Ui::tr("このメッセージは、届いたかどうか分かりません。相手に確かめてから選んでください。"),
-      Ui::tr("いつ送信を試みたか: %1（サーバー「%2」）")
-          .arg(GeneralTimeText(message.started), message.server)};
+      message.server.isEmpty()
+          ? Ui::tr("メールファイルが古い状態に戻っていたので、もう送信したかもしれません。")
+          : Ui::tr("いつ送信を試みたか: %1（サーバー「%2」）")
+                .arg(GeneralTimeText(message.started), message.server)};
   if (!message.reply.isEmpty()) lines.append(Ui::tr("サーバーの応答: %1").arg(message.reply));
   label_->setText(lines.join(u'\n'));
   show();

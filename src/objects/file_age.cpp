@@ -1,0 +1,91 @@
+#include "objects/file_age.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "objects/save_object.h"
+#include "storage/databases.h"
+#include "storage/file_notes.h"
+
+namespace vorn {
+namespace {
+
+// Of the file that is open; nothing when it cannot be read. A file that never counted has no table.
+std::optional<qint64> ReadCount(DataSession& data) {
+  if (!data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = "
+                                         "'work_count'"),
+                          CursorKind::ForwardOnly) ||
+      data.Recordset()->Failed()) {
+    return std::nullopt;
+  }
+  if (data.Recordset()->Fields(u"N").toInt() == 0) return 0;
+  if (!data.OpenRecordset(QStringLiteral("SELECT MAX(NUMBER) AS N FROM work_count"),
+                          CursorKind::ForwardOnly) ||
+      data.Recordset()->Failed()) {
+    return std::nullopt;
+  }
+  return data.Recordset()->Fields(u"N").toLongLong();
+}
+
+// At least `least`. The new count, 0 when it could not be stored.
+qint64 WriteCount(Context& context, const QString& file, qint64 least) {
+  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return 0;
+  DataSession& data = context.Data;
+  qint64 count = 0;
+  if (data.Begin()) {
+    const std::optional<qint64> before = ReadCount(data);
+    const qint64 next = std::max(before.value_or(0) + 1, least);
+    const bool written =
+        before &&
+        data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS work_count (ID INTEGER PRIMARY "
+                                    "KEY, NUMBER INTEGER)")) &&
+        data.Execute(QStringLiteral("DELETE FROM work_count")) &&
+        data.Execute(
+            QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
+        data.Commit();
+    if (written) count = next;
+    if (!written) data.Rollback();
+  }
+  data.Close();
+  return count;
+}
+
+qint64 Remembered(const Context& context, const QString& file) {
+  for (const FileNote& note : FileNotes(*context.Session)) {
+    if (PlatformPath(context, note.path) == file) return note.works;
+  }
+  return 0;
+}
+
+}  // namespace
+
+bool CountWork(Context& context) {
+  const QString file = MailDatabasePath(context);
+  const qint64 count = WriteCount(context, file, Remembered(context, file));
+  if (count == 0) return false;
+  QList<FileNote> notes = FileNotes(*context.Session);
+  for (FileNote& note : notes) {
+    if (PlatformPath(context, note.path) == file) note.works = count;
+  }
+  LetFileNotes(*context.Session, notes);
+  return SaveObject(context, DatabaseKind::Navigator, *context.Session);
+}
+
+QStringList OlderFiles(Context& context) {
+  QStringList older;
+  for (const FileNote& note : FileNotes(*context.Session)) {
+    const QString path = PlatformPath(context, note.path);
+    if (note.works == 0 || note.mark != FileMark(path)) continue;
+    if (!OpenDatabase(context, DatabaseKind::MailByPath, note.path)) continue;
+    const std::optional<qint64> count = ReadCount(context.Data);
+    context.Data.Close();
+    if (count && *count < note.works) older.append(path);
+  }
+  return older;
+}
+
+bool AcceptAge(Context& context, const QString& file) {
+  return WriteCount(context, file, Remembered(context, file)) > 0;
+}
+
+}  // namespace vorn

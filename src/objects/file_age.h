@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringList>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+// A mail file counts the times in which messages were received or sent, and the profile remembers
+// the count. A file that has a smaller one than remembered is an older copy, or has lost its log:
+// what was received since is not in it, and what was sent since seems to wait.
+
+/// Counts one more in the profile's mail file. To be called before anything is received or sent;
+/// false when it cannot be stored.
+bool CountWork(Context& context);
+
+/// The profile's mail files, by their paths, that are older than remembered.
+QStringList OlderFiles(Context& context);
+
+/// Takes a file for what it is: it is no longer older than remembered.
+bool AcceptAge(Context& context, const QString& file);
+
+}  // namespace vorn

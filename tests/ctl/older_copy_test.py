@@ -1,0 +1,136 @@
+#!/usr/bin/env python3
+"""A mail file goes back in time: an older copy is put in its place, or the log of a killed program is
+lost. What waits in it is not sent again without the user's word, nothing is received or deleted on a
+server, and every command tells of it.
+
+usage: older_copy_test.py VORNCTL LOOPBACK_SERVER
+"""
+import fcntl
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+VORNCTL, SERVER = sys.argv[1], sys.argv[2]
+DRAFT = b"From: a@example.jp\r\nTo: b@example.org\r\nSubject: %d\r\n\r\ntext\r\n.\r\n"
+
+
+class Store:
+    def __init__(self, work):
+        self.work, self.data = work, work / "data"
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
+        self.ports = ("0", "0")
+        self.serve()
+        self.stop()
+        self.ctl("account", "add", "--name", "a", "--address", "a@example.jp", "--in-server",
+                 "127.0.0.1", "--in-port", self.ports[0], "--in-user", "demo", "--in-password-fd",
+                 "0", "--out-server", "127.0.0.1", "--out-port", self.ports[1],
+                 "--delete-on-server", "--default", stdin=b"demo\n")
+
+    def serve(self):
+        """A server whose mailbox gets what it is sent, and says so."""
+        self.server = subprocess.Popen([SERVER, "--tell", "--pop3-port", self.ports[0],
+                                        "--smtp-port", self.ports[1]],
+                                       stdout=subprocess.PIPE, text=True)
+        words = self.server.stdout.readline().split()
+        self.ports = (words[1], words[3])
+
+    def stop(self):
+        """How many messages it was given."""
+        self.server.kill()
+        return self.server.communicate()[0].count("accepted")
+
+    def ctl(self, *arguments, stdin=b"", code=0):
+        done = subprocess.run([VORNCTL, "--data", self.data, *arguments], input=stdin,
+                              capture_output=True, env=self.environment)
+        assert done.returncode == code, (arguments, done.returncode, done.stdout.decode(),
+                                         done.stderr.decode())
+        return (done.stdout + done.stderr).decode()
+
+    def rows(self, *arguments, code=0):
+        lines = self.ctl(*arguments, "--json", code=code).splitlines()
+        return [json.loads(line) for line in lines if line.startswith("{")]
+
+    def mail_file(self):
+        return next(path for path in self.data.glob("_profile*/*.mbx")
+                    if path.name != "profile.mbx")
+
+    def queue(self, count):
+        """Messages that wait, as the server cannot be reached."""
+        files = []
+        for number in range(count):
+            files.append(self.work / f"{number}.eml")
+            files[-1].write_bytes(DRAFT % number)
+        self.ctl("send", *map(str, files), code=1)
+
+
+def expect_older(store, waiting):
+    """The file is told to be older, and neither sent from nor received into."""
+    assert "古い状態" in store.ctl("check", code=1)
+    said = store.ctl("receive", code=1)
+    assert "受信しません" in said, said
+    doubtful = store.rows("doubtful", "list", code=0)
+    assert len(doubtful) == waiting, doubtful
+    store.ctl("send", code=1)
+    assert "古い状態" in store.ctl("check", code=1), "not forgotten"
+    return doubtful
+
+
+def older_copy(store):
+    store.queue(3)
+    copy = store.work / "copy.mbx"
+    shutil.copyfile(store.mail_file(), copy)
+    store.serve()
+    store.ctl("send")
+    store.ctl("receive")
+    assert len(store.rows("list", "受信")) == 3
+    assert store.stop() == 3
+    shutil.copyfile(copy, store.mail_file())
+    store.serve()
+    assert "壊れています" in store.ctl("list", "受信", code=4)
+    doubtful = expect_older(store, 3)
+    assert store.stop() == 0, "sent again"
+    # The user decides: one again, and to work with the file as it is.
+    store.serve()
+    store.ctl("doubtful", "again", doubtful[0]["serialId"])
+    store.ctl("check", "--accept-damage", code=1)
+    store.ctl("send", code=1)  # as two are still doubtful
+    store.ctl("receive")
+    assert len(store.rows("list", "受信")) == 1
+    assert store.stop() == 1
+    assert "正常" in store.ctl("check")
+
+
+def lost_log(store):
+    store.queue(2)
+    store.serve()
+    # With a lock of ours on the file (the engine's shared bytes) nobody is alone with it when it is
+    # closed, and the log stays as a killed program leaves it.
+    with store.mail_file().open("rb") as file:
+        fcntl.lockf(file, fcntl.LOCK_SH, 510, 0x40000002)
+        store.ctl("send")
+        store.ctl("receive")
+    log = pathlib.Path(f"{store.mail_file()}-wal")
+    assert log.stat().st_size > 0
+    log.unlink()
+    assert store.stop() == 2
+    store.serve()
+    assert "壊れています" in store.ctl("list", "受信", code=4)
+    expect_older(store, 2)
+    assert store.stop() == 0, "sent again"
+
+
+def main():
+    for test in (older_copy, lost_log):
+        with tempfile.TemporaryDirectory() as folder:
+            store = Store(pathlib.Path(folder))
+            try:
+                test(store)
+            finally:
+                store.server.kill()
+
+
+main()
