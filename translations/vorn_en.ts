@@ -2488,5 +2488,29 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>前に使ったときより古い状態です。その後に受信したメッセージはこのファイルにありません。</source>
         <translation>It is in an older state than when it was last used. What was received since is not in this file.</translation>
     </message>
+    <message>
+        <source>（この版で編集できない条件）</source>
+        <translation>(a condition that this version cannot edit)</translation>
+    </message>
+    <message>
+        <source>（削除されたフォルダ）</source>
+        <translation>(deleted folder)</translation>
+    </message>
+    <message>
+        <source>（ほか: %1）</source>
+        <translation>(also: %1)</translation>
+    </message>
+    <message>
+        <source>（もとの値 %1）</source>
+        <translation>(was %1) </translation>
+    </message>
+    <message>
+        <source>パスワードをなくす(&amp;N)</source>
+        <translation>&amp;No password</translation>
+    </message>
+    <message>
+        <source>パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。よろしいですか？</source>
+        <translation>Without a password anybody who can see the files of this computer can read the mail. Do you want that?</translation>
+    </message>
 </context>
 </TS>

@@ -2,24 +2,26 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
+#include <array>
 
 #include "frame/user_store.h"
-#include "mail/identifiers.h"
-#include "storage/data_session.h"
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
 
 namespace vorn {
 namespace {
 
-constexpr qsizetype kSeedCharacters = 10;
 constexpr qsizetype kKeyCharacters = 14;
 constexpr int kWaitMs = 10000;
 const QString kEntry = QStringLiteral("infomation/security");
 
-QString MakeKey(DataSession& data) {
-  const QString seed = data.NewSerialID().left(kSeedCharacters) + QStringLiteral("navi");
-  return MimeCodec::Digest(seed.toUtf8()).left(kKeyCharacters);
+// From the system's random source, six bits for each character.
+QString MakeKey() {
+  std::array<quint32, 4> random{};
+  QRandomGenerator::system()->fillRange(random.data(), random.size());
+  const QByteArray bytes(reinterpret_cast<const char*>(random.data()), sizeof random);
+  return QString::fromLatin1(bytes.toBase64(QByteArray::Base64UrlEncoding)).left(kKeyCharacters);
 }
 
 QString KeptKey(const QSettings& store) {
@@ -30,7 +32,7 @@ QString KeptKey(const QSettings& store) {
 
 // Two first starts at once must end with one key: what one makes under another key, the other could
 // never open.
-QString SecurityKey(DataSession& data) {
+QString SecurityKey() {
   const auto userStore = UserStore();
   QSettings& store = *userStore;
   if (const QString kept = KeptKey(store); !kept.isEmpty()) return kept;
@@ -44,7 +46,7 @@ QString SecurityKey(DataSession& data) {
   QFile empty(store.fileName());
   if (!empty.exists() && !OpenPrivate(empty, QIODevice::WriteOnly)) return {};
   empty.close();
-  const QString key = MakeKey(data);
+  const QString key = MakeKey();
   store.setValue(kEntry, key);
   store.sync();
   if (store.status() != QSettings::NoError) return {};

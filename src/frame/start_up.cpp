@@ -138,7 +138,7 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
   context.NaviDatabasePath = context.AppFolder + QStringLiteral("navi.mbx");
   context.TempFolder = context.AppFolder + QStringLiteral("temp/");
   context.LayoutFolder = context.AppFolder + QStringLiteral("layout/");
-  context.SecurityKey = SecurityKey(context.Data);
+  context.SecurityKey = SecurityKey();
   if (context.SecurityKey.isEmpty()) {
     *error = Ui::tr("ユーザー設定を保存できないため、起動できません。");
     return false;

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSlider>
@@ -77,6 +78,8 @@ class EditingTest : public testing::Test {
     return object;
   }
   Context& context() { return profile_.Get(); }
+
+  QString error_;
 
   TestProfile profile_;
   NoView view_;
@@ -309,6 +312,44 @@ TEST_F(EditingTest, AFolderThatLeadsBackToItselfIsNotSaved) {
   EXPECT_EQ(Stored(second)->Text(u"Condition"), QString());
 }
 
+// Renaming a folder made "in the first folder" of "in a folder that is gone", and lost the rest.
+TEST_F(EditingTest, ConditionsThatCannotBeShownStayAsTheyAre) {
+  const auto line = [](const QStringList& fields) { return fields.join(QChar(u'\0')); };
+  const QStringList lines{
+      line({QStringLiteral("folder"), QStringLiteral("label"), {}, {}, QStringLiteral("gone")}),
+      line({QStringLiteral("status"), {}, {}, {}, QStringLiteral("4"), QStringLiteral("9")}),
+      line({QStringLiteral("timestamp"), {}, {}, {}, QStringLiteral("3")}),
+      line({QStringLiteral("later"), QStringLiteral("x"), {}, {}, QStringLiteral("y")}),
+      line({QStringLiteral("subject"), {}, {}, {}, QStringLiteral("a")})};
+  auto folder = std::make_shared<Disk>(QStringLiteral("folder_1"));
+  folder->Let(QStringLiteral("FormName"), object_type::kFolder);
+  folder->Let(QStringLiteral("Object"), QStringLiteral("丙"));
+  folder->Let(QStringLiteral("Condition"), lines.join(kLineBreak));
+  folder->Let(QStringLiteral("OfALaterVersion"), QStringLiteral("kept"));
+  ASSERT_TRUE(SaveObject(context(), DatabaseKind::Profile, *folder));
+  {
+    ObjectsWindow& window = Open(object_type::kFolder, folder->SerialID());
+    auto& list = Child<ConditionEditor>(window, u"lvCondition");
+    ASSERT_EQ(list.rowCount(), 5);
+    EXPECT_EQ(qobject_cast<QComboBox*>(list.cellWidget(0, 3))->currentText(),
+              QStringLiteral("（削除されたフォルダ）"));
+    Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("丁"));
+    PressOk();
+    EXPECT_EQ(Error(), QString());
+  }
+  EXPECT_EQ(Stored(folder->SerialID())->Text(u"Condition"), lines.join(kLineBreak));
+  EXPECT_EQ(Stored(folder->SerialID())->Text(u"OfALaterVersion"), QStringLiteral("kept"));
+  EXPECT_EQ(Stored(folder->SerialID())->Text(u"Object"), QStringLiteral("丁"));
+  // A change is that of its row, and keeps there what the editor cannot show.
+  ObjectsWindow& window = Open(object_type::kFolder, folder->SerialID());
+  auto& list = Child<ConditionEditor>(window, u"lvCondition");
+  list.cellWidget(1, 3)->findChildren<QCheckBox*>()[1]->setChecked(true);
+  PressOk();
+  const QStringList changed = Stored(folder->SerialID())->Text(u"Condition").split(kLineBreak);
+  EXPECT_EQ(ParseConditionLine(changed.value(1))->values.join(u','), QStringLiteral("2,4,9"));
+  EXPECT_EQ(changed.mid(2), lines.mid(2));
+}
+
 TEST_F(EditingTest, ASqlConditionShowsTheEnginesErrorBeforeItIsSaved) {
   ObjectsWindow& window = Open(object_type::kFolder);
   Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("SQL"));
@@ -389,6 +430,38 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   profile_.Restart(QStringLiteral("new"));
 }
 
+// With a password every change of the profile was refused, and the boxes showed the password.
+TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
+  const QString serialId = context().Session->SerialID();
+  ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, QString(),
+                                    QStringLiteral("secret"), &error_));
+  profile_.Restart(QStringLiteral("secret"));
+  {
+    ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());
+    EXPECT_EQ(Child<QLineEdit>(window, u"txPassword").text(), QString());
+    Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("新しい名前"));
+    PressOk();
+    EXPECT_EQ(Error(), QString());
+  }
+  const DiskPtr stored = Stored(serialId, DatabaseKind::Navigator);
+  EXPECT_EQ(stored->Text(u"Object"), QStringLiteral("新しい名前"));
+  EXPECT_TRUE(stored->Get(u"FileNotes").isValid()) << "what the window does not show stays";
+  EXPECT_FALSE(stored->Get(u"Password").isValid());
+  profile_.Restart(QStringLiteral("secret"));
+  ObjectsWindow& window = Open(object_type::kProfile, serialId);
+  auto& none = Child<QCheckBox>(window, u"ckNoPassword");
+  const auto answer = [&none](QMessageBox::StandardButton button) {
+    return InModal<QMessageBox>([&none] { none.setChecked(true); },
+                                [button](QMessageBox& box) { box.button(button)->click(); });
+  };
+  EXPECT_TRUE(answer(QMessageBox::No));
+  EXPECT_FALSE(none.isChecked());
+  EXPECT_TRUE(answer(QMessageBox::Yes));
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
+  profile_.Restart();
+}
+
 TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   auto request = std::make_shared<Disk>(fixed_serial::kSettings);
   SettingsWindow window(context());
@@ -436,6 +509,16 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
       },
       [](ConsoleWindow& window) { QTest::keyClick(&window, Qt::Key_Return); }));
   EXPECT_EQ(answer, fixed_serial::kOutbox);
+  // A key that is not there chooses nothing, and neither does the focus.
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] { answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, {}); },
+      [](ConsoleWindow& window) {
+        window.activateWindow();
+        Child<QTreeWidget>(window, u"TreeView1").setFocus();
+        QTest::keyClick(&window, Qt::Key_Return);
+      }));
+  EXPECT_EQ(answer, QString());
+  EXPECT_FALSE(context().Session->Flag(u"cancel"));
   const QString entries = QStringLiteral("10@受信@activedown\r\n20@送信\r\nplain");
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&] {

@@ -2,6 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -84,8 +85,12 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
   list_->setVisible(mode_ == u"listview");
   const QString initial = request->Text(u"Default");
   if (mode_ == u"text") {
-    text_->setEchoMode(request->Text(u"PasswordChar").isEmpty() ? QLineEdit::Normal
-                                                                : QLineEdit::Password);
+    const QString mask = request->Text(u"PasswordChar");
+    text_->setEchoMode(mask.isEmpty() ? QLineEdit::Normal : QLineEdit::Password);
+    if (!mask.isEmpty()) {
+      text_->setStyleSheet(
+          QStringLiteral("lineedit-password-character: %1").arg(mask.at(0).unicode()));
+    }
     text_->setText(initial);
     text_->selectAll();
     text_->setFocus();
@@ -107,12 +112,27 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
 
 void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
+  QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(tree_, {object->Text(u"Object")});
+    auto* item = new QTreeWidgetItem(QStringList{object->Text(u"Object")});
     item->setIcon(0, Icon(object->Text(u"Draw")));
     item->setData(0, Qt::UserRole, object->SerialID());
-    if (object->SerialID() == key) tree_->setCurrentItem(item);
+    items.insert(object->SerialID(), item);
   }
+  // Under its parent where that is shown too, as in the main window.
+  for (const DiskPtr& object : *objects) {
+    QTreeWidgetItem* item = items.value(object->SerialID());
+    QTreeWidgetItem* parent = items.value(object->Text(u"Parent"));
+    const QTreeWidgetItem* above = parent;
+    while (above != nullptr && above != item) above = above->parent();
+    if (parent != nullptr && above == nullptr) {
+      parent->addChild(item);
+    } else {
+      tree_->addTopLevelItem(item);
+    }
+  }
+  tree_->expandAll();
+  if (QTreeWidgetItem* item = items.value(key)) tree_->setCurrentItem(item);
 }
 
 void ConsoleWindow::FillList(const QString& entries, const QString& chosen) {
@@ -130,8 +150,9 @@ QVariant ConsoleWindow::Answer() const {
   if (mode_ == u"text") return text_->text();
   if (mode_ == u"slider") return slider_->value();
   if (mode_ == u"treeview") {
-    const QTreeWidgetItem* item = tree_->currentItem();
-    return item == nullptr ? QString() : item->data(0, Qt::UserRole).toString();
+    // The focus alone chooses nothing.
+    const QList<QTreeWidgetItem*> chosen = tree_->selectedItems();
+    return chosen.isEmpty() ? QString() : chosen.first()->data(0, Qt::UserRole).toString();
   }
   QStringList keys;
   for (int row = 0; row < list_->count(); ++row) {

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSpinBox>
 
@@ -15,6 +16,10 @@ namespace {
 
 using Kind = ConditionLine::Kind;
 
+// Dynamic properties: of a row's connector its stored line while nobody has changed it, of an
+// editor the stored values that it cannot show.
+constexpr char kLine[] = "line";
+constexpr char kOthers[] = "others";
 constexpr int kMaxDays = 36500;
 constexpr int kDefaultDays = 7;
 
@@ -63,6 +68,34 @@ ConditionEditor::ConditionEditor(const Context& context, QWidget* parent)
   setFocusPolicy(Qt::NoFocus);  // the editors take it
 }
 
+void ConditionEditor::AddLine(const QString& line) {
+  const auto condition = ParseConditionLine(line);
+  AddCondition(condition.value_or(ConditionLine{}));
+  const int row = rowCount() - 1;
+  cellWidget(row, kConnector)->setProperty(kLine, line);
+  if (condition) return;
+  // One of another version; it can be taken away, and otherwise stays.
+  for (const int column : {kConnector, kKind, kNegation}) {
+    cellWidget(row, column)->setEnabled(false);
+  }
+  if (auto* text = CellEditor<QLineEdit>(*this, row, kValue)) {
+    text->setReadOnly(true);
+    text->setPlaceholderText(Ui::tr("（この版で編集できない条件）"));
+  }
+}
+
+QString ConditionEditor::Line(int row) const {
+  const QString untouched = cellWidget(row, kConnector)->property(kLine).toString();
+  return untouched.isEmpty() ? FormatConditionLine(Condition(row)) : untouched;
+}
+
+// From now on the row is what its editors say.
+void ConditionEditor::Touch(const QWidget* editor) {
+  const int row = RowOf(editor);
+  if (row >= 0) cellWidget(row, kConnector)->setProperty(kLine, QVariant());
+  Q_EMIT Changed();
+}
+
 void ConditionEditor::AddCondition(const ConditionLine& line) {
   const int row = rowCount();
   insertRow(row);
@@ -88,8 +121,9 @@ void ConditionEditor::AddCondition(const ConditionLine& line) {
   setCellWidget(row, kNegation, negation);
 
   setCellWidget(row, kValue, MakeValueEditor(line.kind, line.values));
-  connect(connector, &QComboBox::currentIndexChanged, this, &ConditionEditor::Changed);
-  connect(negation, &QCheckBox::toggled, this, &ConditionEditor::Changed);
+  connect(connector, &QComboBox::currentIndexChanged, this,
+          [this, connector] { Touch(connector); });
+  connect(negation, &QCheckBox::toggled, this, [this, negation] { Touch(negation); });
   connect(kind, &QComboBox::currentIndexChanged, this, [this, kind] { KindChosen(RowOf(kind)); });
   ShowConnectors();
 }
@@ -107,7 +141,7 @@ int ConditionEditor::RowOf(const QWidget* editor) const {
 // The first line has nothing to be joined to.
 void ConditionEditor::ShowConnectors() {
   for (int row = 0; row < rowCount(); ++row) {
-    cellWidget(row, kConnector)->setEnabled(row > 0);
+    cellWidget(row, kConnector)->setEnabled(row > 0 && cellWidget(row, kKind)->isEnabled());
   }
 }
 
@@ -116,7 +150,7 @@ void ConditionEditor::KindChosen(int row) {
   const auto kind =
       static_cast<Kind>(CellEditor<QComboBox>(*this, row, kKind)->currentData().toInt());
   setCellWidget(row, kValue, MakeValueEditor(kind, {}));
-  Q_EMIT Changed();
+  Touch(cellWidget(row, kValue));
 }
 
 QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) {
@@ -128,21 +162,29 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
           folders->addItem(object->Text(u"Object"), object->SerialID());
         }
       }
+      if (!values.isEmpty() && folders->findData(values[0]) < 0) {
+        folders->addItem(Ui::tr("（削除されたフォルダ）"), values[0]);
+      }
       const int index = folders->findData(values.value(0));
       if (index >= 0) folders->setCurrentIndex(index);
-      connect(folders, &QComboBox::currentIndexChanged, this, &ConditionEditor::Changed);
+      connect(folders, &QComboBox::currentIndexChanged, this, [this, folders] { Touch(folders); });
       return folders;
     }
     case Kind::Status: {
       auto* box = new QWidget;
       auto* layout = new QHBoxLayout(box);
       layout->setContentsMargins(4, 0, 4, 0);
+      QStringList others = values;
       for (const auto& status : kStatuses) {
         auto* check = new QCheckBox(Ui::tr(status.text.source, status.text.comment));
         check->setProperty("value", status.value);
-        check->setChecked(values.contains(QString::number(status.value)));
-        connect(check, &QCheckBox::toggled, this, &ConditionEditor::Changed);
+        check->setChecked(others.removeAll(QString::number(status.value)) > 0);
+        connect(check, &QCheckBox::toggled, this, [this, check] { Touch(check); });
         layout->addWidget(check);
+      }
+      box->setProperty(kOthers, others);
+      if (!others.isEmpty()) {
+        layout->addWidget(new QLabel(Ui::tr("（ほか: %1）").arg(others.join(u','))));
       }
       layout->addStretch();
       return box;
@@ -153,13 +195,21 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
       days->setRange(0, kMaxDays);
       days->setSuffix(Ui::tr(" 日前から"));
       days->setValue(values.isEmpty() ? kDefaultDays : -values[0].toInt());
-      connect(days, &QSpinBox::valueChanged, this, &ConditionEditor::Changed);
+      if (!values.isEmpty() && QString::number(-days->value()) != values[0]) {
+        days->setPrefix(Ui::tr("（もとの値 %1）").arg(values[0]));
+        days->setProperty(kOthers, values);
+      }
+      connect(days, &QSpinBox::valueChanged, this, [this, days] {
+        days->setPrefix(QString());
+        days->setProperty(kOthers, QVariant());
+        Touch(days);
+      });
       return days;
     }
     default: {
       auto* text = new QLineEdit(values.value(0));
       text->setPlaceholderText(Ui::tr("検索する文字列（* は任意の文字）"));
-      connect(text, &QLineEdit::textChanged, this, &ConditionEditor::Changed);
+      connect(text, &QLineEdit::textChanged, this, [this, text] { Touch(text); });
       return text;
     }
   }
@@ -171,14 +221,16 @@ QStringList ConditionEditor::Values(int row) const {
   if (const auto* folders = qobject_cast<const QComboBox*>(editor)) {
     return {folders->currentData().toString()};
   }
+  const QStringList others = editor->property(kOthers).toStringList();
   if (const auto* days = qobject_cast<const QSpinBox*>(editor)) {
+    if (!others.isEmpty()) return others;
     return {QString::number(-days->value())};
   }
   QStringList statuses;
   for (const auto* check : editor->findChildren<QCheckBox*>()) {
     if (check->isChecked()) statuses.append(check->property("value").toString());
   }
-  return statuses;
+  return statuses + others;
 }
 
 ConditionLine ConditionEditor::Condition(int row) const {

@@ -14,8 +14,11 @@ class ConditionEditor : public QTableWidget {
  public:
   explicit ConditionEditor(const Context& context, QWidget* parent = nullptr);
 
-  void AddCondition(const ConditionLine& line);
-  ConditionLine Condition(int row) const;
+  /// Adds a row for a stored line. It stays as it is stored until the user changes the row: also
+  /// what the editors cannot show, such as a folder that was deleted, which they mark.
+  void AddLine(const QString& line);
+  /// A row's line in the stored form.
+  QString Line(int row) const;
   /// Adds a row for another condition and puts the focus there.
   void AddRow();
   void RemoveRow();
@@ -26,6 +29,9 @@ class ConditionEditor : public QTableWidget {
  private:
   enum Column { kConnector = 0, kKind, kNegation, kValue, kColumns };
 
+  void AddCondition(const ConditionLine& line);
+  ConditionLine Condition(int row) const;
+  void Touch(const QWidget* editor);
   int RowOf(const QWidget* editor) const;
   void KindChosen(int row);
   void ShowConnectors();

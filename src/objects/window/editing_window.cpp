@@ -102,8 +102,21 @@ bool EditingWindow::CheckPages() {
   return true;
 }
 
+// What the window does not show stays as it is.
+void EditingWindow::KeepOtherKeys(Disk& bag) {
+  const DiskPtr object = LoadObject(context_, Tag());
+  if (object == nullptr) return;
+  for (qint32 i = 1; i <= object->Size(); ++i) {
+    const QString& key = object->NameAt(i);
+    const bool isOurs = kSessionKeys.contains(key, Qt::CaseInsensitive) || bag.Get(key).isValid() ||
+                        HasControlFor(*this, key);
+    if (!isOurs) bag.Let(key, object->Get(key));
+  }
+}
+
 DiskPtr EditingWindow::Edited() {
   DiskPtr bag = FormToDisk(*this, Tag());
+  KeepOtherKeys(*bag);
   for (FormPage* page : pages_) page->Finish(*bag);
   return bag;
 }

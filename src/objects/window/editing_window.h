@@ -55,6 +55,7 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   bool CheckPages();
   DiskPtr Edited();
   /// Gives the loaded object the saved values, keeping what only the running program knows.
+  void KeepOtherKeys(Disk& bag);
   void TakeOver(const Disk& saved);
   Context& GetContext() { return context_; }
   void reject() override;

@@ -134,11 +134,11 @@ void FolderPage::Finish(Disk& bag) {
 }
 
 QString FolderPage::Line(const QTableWidget&, int row) const {
-  return FormatConditionLine(lvCondition_->Condition(row));
+  return lvCondition_->Line(row);
 }
 
 void FolderPage::AddLine(QTableWidget&, const QString& line) {
-  if (const auto condition = ParseConditionLine(line)) lvCondition_->AddCondition(*condition);
+  lvCondition_->AddLine(line);
 }
 
 }  // namespace vorn

@@ -1,5 +1,6 @@
 #include "objects/window/profile_page.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -68,6 +69,26 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
     box->setPlaceholderText(IsLoggedIn() ? Ui::tr("変えないときは空のまま")
                                          : Ui::tr("最初のログインで決まります"));
   }
+  ckNoPassword_ = new QCheckBox(Ui::tr("パスワードをなくす(&N)"), this);
+  ckNoPassword_->setObjectName(QStringLiteral("ckNoPassword"));
+  ckNoPassword_->setProperty("tag", QStringLiteral("nosave"));
+  ckNoPassword_->setEnabled(IsLoggedIn() && !context_.Session->Text(u"password").isEmpty());
+  Layout().addRow(QString(), ckNoPassword_);
+  connect(ckNoPassword_, &QCheckBox::toggled, this, &ProfilePage::WarnOfNoPassword);
+}
+
+void ProfilePage::WarnOfNoPassword(bool none) {
+  for (QLineEdit* box : {txPassword_, txPasswordAgain_}) {
+    if (none) box->clear();
+    box->setEnabled(IsLoggedIn() && !none);
+  }
+  if (!none) return;
+  const auto answer = QMessageBox::warning(
+      this, kApplicationTitle,
+      Ui::tr("パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。"
+             "よろしいですか？"),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  if (answer != QMessageBox::Yes) ckNoPassword_->setChecked(false);
 }
 
 bool ProfilePage::IsLoggedIn() const {
@@ -80,6 +101,8 @@ QString ProfilePage::SelectedFile() const {
 }
 
 void ProfilePage::Loaded(const Disk&) {
+  // The object in use holds the password of the login under the boxes' key.
+  for (QLineEdit* box : {txPassword_, txPasswordAgain_}) box->clear();
   if (lvHistory_->rowCount() == 0) cmDefaultDatabase_Click();
   MarkUsed();
 }
@@ -128,7 +151,7 @@ PageFault ProfilePage::Check() {
 }
 
 bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {
-  if (!IsLoggedIn() || txPassword_->text().isEmpty()) return true;
+  if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return true;
   return ChangeProfilePassword(context_, profile, context_.Session->Text(u"password"),
                                txPassword_->text(), error);
 }

@@ -2,6 +2,7 @@
 
 #include "objects/window/form_page.h"
 
+class QCheckBox;
 class QLabel;
 
 namespace vorn {
@@ -26,6 +27,7 @@ class ProfilePage : public FormPage {
   void cmDefaultDatabase_Click();
 
  private:
+  void WarnOfNoPassword(bool none);
   void UseDatabase();
   void RemoveDatabase();
   void MarkUsed();
@@ -39,6 +41,7 @@ class ProfilePage : public FormPage {
   QTableWidget* lvHistory_;
   QLineEdit* txPassword_;
   QLineEdit* txPasswordAgain_;
+  QCheckBox* ckNoPassword_;
 };
 
 }  // namespace vorn

@@ -11,6 +11,7 @@
 #include <QTableWidget>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
+#include <algorithm>
 
 #include "objects/object_loader.h"
 #include "storage/time_text.h"
@@ -129,6 +130,14 @@ void DiskToForm(FormWindow& window, const Disk& object) {
     if (value.isValid()) SetValue(window, *control, value);
   }
   window.CallBackFormData();
+}
+
+bool HasControlFor(FormWindow& window, const QString& key) {
+  const auto controls = window.Form().findChildren<QWidget*>();
+  return std::any_of(controls.begin(), controls.end(), [&key](const QWidget* control) {
+    return HasKey(*control) &&
+           control->objectName().mid(kPrefixLength).compare(key, Qt::CaseInsensitive) == 0;
+  });
 }
 
 DiskPtr PlacementBag(Context& context, const QString& name) {

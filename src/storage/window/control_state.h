@@ -35,6 +35,9 @@ DiskPtr FormToDisk(FormWindow& window, const QString& serialId);
 /// it was.
 void DiskToForm(FormWindow& window, const Disk& object);
 
+/// Whether some control of the window stands for a key of its object.
+bool HasControlFor(FormWindow& window, const QString& key);
+
 /// Moves a window to where it was when it was last closed; 600 by 400 pixels in the middle of the
 /// screen the first time. The place is kept in the bag "DATA_" + name.
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
