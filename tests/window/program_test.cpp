@@ -22,6 +22,7 @@
 #include <QWebEngineView>
 #include <algorithm>
 
+#include "frame/window/console_tree.h"
 #include "mail/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -381,6 +382,51 @@ TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
   EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
   ASSERT_TRUE(open(u"受信", fixed_serial::kInbox));
   EXPECT_EQ(parent->findChildren<BrowserWindow*>().size(), 2);
+  // The tree says what the commands act on.
+  parent->findChild<QMdiArea*>()->activateNextSubWindow();
+  EXPECT_TRUE(WaitFor([tree] { return tree->currentItem()->text(0) == u"送信"; }));
+}
+
+TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
+  StartProgram();
+  AwaitInbox();
+  auto* tree = program_->Parent()->findChild<ConsoleTree*>();
+  const auto node = [tree](const char16_t* name) {
+    return tree->findItems(QString::fromUtf16(name), Qt::MatchExactly | Qt::MatchRecursive)
+        .value(0);
+  };
+  const auto make = [&](const char16_t* below, const char16_t* name) {
+    tree->setCurrentItem(node(below));
+    EXPECT_TRUE(InModal<ObjectsWindow>([&] { tree->NewObject(object_type::kFolder); },
+                                       [&](ObjectsWindow& window) {
+                                         test::TypeText(*window.focusWidget(),
+                                                        QString::fromUtf16(name));
+                                         QTest::keyClick(&window, Qt::Key_Return);
+                                       }));
+    return WaitFor([&] { return node(name) != nullptr && node(name)->parent() == node(below); });
+  };
+  EXPECT_TRUE(make(u"送信", u"甲"));
+  EXPECT_TRUE(make(u"甲", u"乙"));
+  tree->SetUnread(fixed_serial::kInbox, 3);
+  tree->AddEventNode(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
+  const QString serialId = node(u"甲")->data(0, Qt::UserRole).toString();
+  program_->GetContext().Objects.Remove(serialId);
+  tree->RefreshNode(serialId);
+  EXPECT_EQ(node(u"甲"), nullptr);
+  ASSERT_NE(node(u"乙"), nullptr);
+  EXPECT_NE(node(u"出来事"), nullptr);
+  EXPECT_EQ(node(u"受信")->text(1), QStringLiteral("3"));
+  // Whichever of them is loaded first.
+  tree->RemoveEvents();
+  for (const char16_t* name : {u"乙", u"送信"}) {
+    const DiskPtr object =
+        program_->GetContext().Objects.Find(node(name)->data(0, Qt::UserRole).toString());
+    program_->GetContext().Objects.Remove(object->SerialID());
+    if (name[0] == u'乙') object->Let(QStringLiteral("Parent"), fixed_serial::kOutbox);
+    program_->GetContext().Objects.Add(object);
+  }
+  tree->Fill();
+  EXPECT_EQ(node(u"乙")->parent(), node(u"送信"));
 }
 
 }  // namespace

@@ -104,7 +104,10 @@ void ConsoleTree::Fill() {
     groups_.insert(group.type, item);
   }
   groups_.insert(object_type::kEvent, root);
-  for (const DiskPtr& object : context_.Objects) ShowObject(*object);
+  // Once more for those whose parents come after them.
+  for (int round = 0; round < 2; ++round) {
+    for (const DiskPtr& object : context_.Objects) ShowObject(*object);
+  }
   expandAll();
 }
 
@@ -136,9 +139,22 @@ void ConsoleTree::ShowObject(const Disk& object) {
 void ConsoleTree::RefreshNode(const QString& serialId) {
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
     ShowObject(*object);
-  } else if (nodes_.contains(serialId)) {
-    Fill();  // what hung under it finds another place
+  } else {
+    RemoveNode(serialId);
   }
+}
+
+// What hung under it finds another place.
+void ConsoleTree::RemoveNode(const QString& serialId) {
+  const QSignalBlocker quiet(this);
+  QTreeWidgetItem* node = nodes_.take(serialId);
+  if (node == nullptr) return;
+  for (QTreeWidgetItem* below : node->takeChildren()) {
+    QTreeWidgetItem* place = Group(below->data(0, kTagRole).toString());
+    (place != nullptr ? place : topLevelItem(0))->addChild(below);
+    below->setExpanded(true);
+  }
+  delete node;
 }
 
 QString ConsoleTree::NodeText(const QString& serialId) const {

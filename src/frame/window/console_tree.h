@@ -63,6 +63,7 @@ class ConsoleTree : public QTreeWidget {
   QString TakingFolderAt(const QPoint& at) const;
   QTreeWidgetItem* Group(const QString& type) const;
   void ShowObject(const Disk& object);
+  void RemoveNode(const QString& serialId);
 
   Context& context_;
   QHash<QString, QTreeWidgetItem*> groups_;  // by type

@@ -76,6 +76,7 @@ ParentWindow::ParentWindow(Context& context)
   BuildToolbar();
 
   ConnectTree();
+  connect(area_, &QMdiArea::subWindowActivated, this, &ParentWindow::FollowActivePage);
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });
@@ -279,10 +280,20 @@ RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
 BrowserWindow* ParentWindow::NewBrowserWindow() {
   auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
   Track(window, window);
+  connect(window, &BrowserWindow::Loaded, this, &ParentWindow::FollowActivePage);
   QMdiSubWindow* frame = area_->addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   frame->setWindowIcon(Icon(QStringLiteral("folder")));
   return window;
+}
+
+// The tree shows the folder whose page is in use, which commands act on.
+void ParentWindow::FollowActivePage() {
+  const BrowserWindow* browser = closing_ ? nullptr : ActiveBrowser();
+  const QString folder = browser == nullptr ? QString() : browser->Tag();
+  if (folder.isEmpty() || folder == followed_) return;
+  followed_ = folder;
+  tvConsole_->SelectNode(folder);
 }
 
 void ParentWindow::Track(QObject* object, RequestWindow* window) {

@@ -125,6 +125,7 @@ class ParentWindow : public QMainWindow,
   void DropMessage(const QString& message, const QString& folder);
   void EndChange(bool done);
   bool MayEndSending();
+  void FollowActivePage();
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
   void CountNextUnread();
@@ -175,6 +176,7 @@ class ParentWindow : public QMainWindow,
   std::vector<RequestWindow*> windows_;
   QSet<QString> damageTold_;  // the files that were told of since the start
   QDeadlineTimer damageRest_;
+  QString followed_;  // the folder that the tree was last brought to
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include "objects/object_types.h"
 #include "storage/ui.h"
@@ -46,6 +47,12 @@ void FilePage::FillTree(const Context& context, const QString& type) {
   }
   tvParent_->expandAll();
   tvParent_->setCurrentItem(top);
+}
+
+void FilePage::LetParent(const QString& serialId) {
+  for (QTreeWidgetItemIterator item(tvParent_); *item != nullptr; ++item) {
+    if ((*item)->data(0, Qt::UserRole).toString() == serialId) tvParent_->setCurrentItem(*item);
+  }
 }
 
 PageFault FilePage::Check() {

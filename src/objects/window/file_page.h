@@ -13,6 +13,8 @@ class FilePage : public FormPage {
  public:
   explicit FilePage(const Context& context, const QString& type);
 
+  /// Chooses the object under which a new one hangs.
+  void LetParent(const QString& serialId);
   PageFault Check() override;
   QLineEdit* Name() const { return txObject_; }
 

@@ -64,6 +64,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   findChild<QLineEdit*>(QStringLiteral("txDraw"))
       ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();
+  if (const QString parent = request->Text(u"parent"); !parent.isEmpty()) file_->LetParent(parent);
   const QString name = file_->Name()->text();
   setWindowTitle(name.isEmpty() ? Ui::tr("新しい") + TypeCaption(type_)
                                 : name + QStringLiteral(" - ") + TypeCaption(type_));
