@@ -2512,5 +2512,21 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。よろしいですか？</source>
         <translation>Without a password anybody who can see the files of this computer can read the mail. Do you want that?</translation>
     </message>
+    <message>
+        <source>ファイルを削除できませんでした。</source>
+        <translation>The file could not be deleted.</translation>
+    </message>
+    <message>
+        <source>ファイル「%1」をディスクからも削除しますか？残すと、一覧から外れるだけでフォルダに残ります。削除は「OK」を押したときに行います。</source>
+        <translation>Delete the file &quot;%1&quot; from the disk as well? If you keep it, it only leaves the list and stays in the folder. It is deleted when you press OK.</translation>
+    </message>
+    <message>
+        <source>削除する</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>残す</source>
+        <translation>Keep</translation>
+    </message>
 </context>
 </TS>

@@ -68,11 +68,13 @@ void CheckPlan::RebuildPeriodicJob() {
 }
 
 void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
-  if (accounts.IsEmpty()) return;
+  auto waiting = std::make_shared<DiskCollection>();
+  for (const DiskPtr& account : accounts) {
+    if (!account->Text(u"InMailServer").isEmpty()) waiting->Add(account);  // others only send
+  }
+  if (waiting->IsEmpty()) return;
   auto job =
       std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
-  auto waiting = std::make_shared<DiskCollection>();
-  for (const DiskPtr& account : accounts) waiting->Add(account);
   job->Let(QStringLiteral("mode"), kReceiveMode);
   job->Let(kDayTime, QString());
   job->Set(QStringLiteral("account"), QVariant::fromValue(waiting));

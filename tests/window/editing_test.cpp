@@ -14,6 +14,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
@@ -127,6 +128,18 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
   EXPECT_EQ(account->Get(u"Enabled"), QVariant(true));
   EXPECT_EQ(account->Text(u"Draw"), QStringLiteral("account"));
+}
+
+TEST_F(EditingTest, AnAccountMayOnlySend) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("送信だけ"));
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@example.jp"));
+  PressOk();
+  EXPECT_TRUE(Error().contains(QStringLiteral("受信サーバー")));
+  Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
+  PressOk();
+  EXPECT_EQ(Error(), QString());
+  EXPECT_EQ(Stored(window.Tag())->Text(u"InMailServer"), QString());
 }
 
 TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
@@ -420,6 +433,27 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
                      Qt::Key_Escape),
       QStringLiteral("データーベースに保存されているメッセージも削除されます。よろしいですか？"));
   EXPECT_EQ(history.rowCount(), 2);
+  // A file that is there can be kept or deleted, and goes with OK.
+  history.setCurrentCell(1, 0);
+  const QString path = PlatformPath(context(), history.item(1, 0)->data(Qt::UserRole).toString());
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.close();
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
+      [](QMessageBox& question) {
+        QTimer::singleShot(200, [] {
+          auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+          ASSERT_NE(box, nullptr);
+          EXPECT_TRUE(box->text().contains(QStringLiteral("ディスクからも")));
+          for (QAbstractButton* button : box->buttons()) {
+            if (button->text() == QStringLiteral("削除する")) return button->click();
+          }
+        });
+        question.button(QMessageBox::Yes)->click();
+      }));
+  EXPECT_EQ(history.rowCount(), 1);
+  EXPECT_TRUE(QFile::exists(path));
   Type(Child<QLineEdit>(window, u"txPassword"), QStringLiteral("new"));
   PressOk();
   EXPECT_EQ(Error(), QStringLiteral("二つのパスワードが一致しません。"));
@@ -427,6 +461,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
   EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
+  EXPECT_FALSE(QFile::exists(path));
   profile_.Restart(QStringLiteral("new"));
 }
 

@@ -137,6 +137,9 @@ void ConsoleTree::ShowObject(const Disk& object) {
 }
 
 void ConsoleTree::RefreshNode(const QString& serialId) {
+  if (serialId == context_.Session->SerialID() && topLevelItemCount() > 0) {
+    topLevelItem(0)->setText(0, context_.Session->Text(u"Object"));
+  }
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
     ShowObject(*object);
   } else {

@@ -147,7 +147,7 @@ void ParentWindow::LoadDefaultProperty() {
   RestoreWindowPlacement(context_, *this, objectName());
   const int treeWidth = PlacementBag(context_, objectName())->Number(kTree, kTreeWidth);
   splitter_->setSizes({treeWidth, qMax(1, width() - treeWidth)});
-  setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
+  ShowTitle();
   tvConsole_->Fill();
   ApplySettings();
   OpenFolder(fixed_serial::kInbox);
@@ -368,6 +368,12 @@ QString ParentWindow::NodeText(const QString& serialId) const {
 
 void ParentWindow::RefreshNode(const QString& serialId) {
   tvConsole_->RefreshNode(serialId);
+  if (serialId != context_.Session->SerialID()) return;
+  ShowTitle();
+}
+
+void ParentWindow::ShowTitle() {
+  setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
 }
 
 void ParentWindow::AddEvent(int level, int mode, const QString& reference, const QString& title,

@@ -126,6 +126,7 @@ class ParentWindow : public QMainWindow,
   void EndChange(bool done);
   bool MayEndSending();
   void FollowActivePage();
+  void ShowTitle();
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
   void CountNextUnread();

@@ -1,5 +1,6 @@
 #include "frame/window/version_window.h"
 
+#include <QCloseEvent>
 #include <QEvent>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -63,6 +64,15 @@ void VersionWindow::tmInitialization_Timer() {
     tmInitialization_.stop();
     close();
   }
+}
+
+// Nobody can close it while it works: nothing would be left of the program but its process.
+void VersionWindow::closeEvent(QCloseEvent* event) {
+  if (event->spontaneous() && tmInitialization_.isActive()) {
+    event->ignore();
+    return;
+  }
+  QWidget::closeEvent(event);
 }
 
 // A question that is asked meanwhile must not stand behind it.

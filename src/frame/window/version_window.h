@@ -26,6 +26,7 @@ class VersionWindow : public QWidget {
 
  protected:
   bool event(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void tmInitialization_Timer();

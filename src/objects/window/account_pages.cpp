@@ -192,6 +192,10 @@ ConnectionTrial ReceivePage::Trial() const {
 }
 
 PageFault ReceivePage::Check() {
+  // An account that only sends.
+  const auto* sends = window()->findChild<QLineEdit*>(QStringLiteral("txOutMailServer"));
+  const bool isUnused = Server()->text().isEmpty() && user_->text().isEmpty();
+  if (isUnused && sends != nullptr && !sends->text().isEmpty()) return ServerPage::Check();
   if (Server()->text().isEmpty()) {
     return {Ui::tr("受信サーバーが設定されていません。"), Server()};
   }

@@ -113,6 +113,9 @@ bool ObjectsWindow::Save() {
   if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + password))
     bag->Let(password, box->text());
   TakeOver(*bag);
+  if (profile_ != nullptr && !profile_->DeleteRemoved()) {
+    QMessageBox::critical(this, kApplicationTitle, Ui::tr("ファイルを削除できませんでした。"));
+  }
   return true;
 }
 

@@ -1,6 +1,8 @@
 #include "objects/window/profile_page.h"
 
 #include <QCheckBox>
+#include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -8,6 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableWidget>
+#include <utility>
 
 #include "frame/start_up.h"
 #include "objects/object_types.h"
@@ -135,7 +138,38 @@ void ProfilePage::RemoveDatabase() {
       this, kApplicationTitle,
       Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  if (answer == QMessageBox::Yes) lvHistory_->removeRow(lvHistory_->currentRow());
+  if (answer != QMessageBox::Yes) return;
+  if (QFileInfo::exists(PlatformPath(context_, file)) && AskToDelete(file)) toDelete_.append(file);
+  lvHistory_->removeRow(lvHistory_->currentRow());
+}
+
+// The file itself may be all that is left of the messages in it.
+bool ProfilePage::AskToDelete(const QString& file) {
+  QMessageBox box(QMessageBox::Question, kApplicationTitle,
+                  Ui::tr("ファイル「%1」をディスクからも削除しますか？残すと、一覧から外れるだけで"
+                         "フォルダに残ります。削除は「OK」を押したときに行います。")
+                      .arg(FileName(file)),
+                  QMessageBox::NoButton, this);
+  box.setTextFormat(Qt::PlainText);
+  QPushButton* remove = box.addButton(Ui::tr("削除する"), QMessageBox::DestructiveRole);
+  QPushButton* keep = box.addButton(Ui::tr("残す"), QMessageBox::RejectRole);
+  box.setDefaultButton(keep);
+  box.setEscapeButton(keep);
+  box.exec();
+  return box.clickedButton() == remove;
+}
+
+bool ProfilePage::DeleteRemoved() {
+  bool deleted = true;
+  for (const QString& file : std::exchange(toDelete_, {})) {
+    const QString path = PlatformPath(context_, file);
+    context_.Data.CloseFile(path);
+    deleted = QFile::remove(path) && deleted;
+    for (const char16_t* ending : {u"-wal", u"-shm", u".damaged"}) {
+      QFile::remove(path + QString::fromUtf16(ending));
+    }
+  }
+  return deleted;
 }
 
 void ProfilePage::MarkUsed() {

@@ -18,6 +18,9 @@ class ProfilePage : public FormPage {
   PageFault Check() override;
   /// Changes the password when a new one was typed. False, with a sentence, when it could not be.
   bool ChangePassword(const Disk& profile, QString* error);
+  /// Deletes the files that the user took from the list and wanted deleted. False when one could not
+  /// be.
+  bool DeleteRemoved();
   QString Line(const QTableWidget& list, int row) const override;
   void AddLine(QTableWidget& list, const QString& line) override;
 
@@ -30,6 +33,7 @@ class ProfilePage : public FormPage {
   void WarnOfNoPassword(bool none);
   void UseDatabase();
   void RemoveDatabase();
+  bool AskToDelete(const QString& file);
   void MarkUsed();
   bool IsLoggedIn() const;
   QString SelectedFile() const;
@@ -42,6 +46,7 @@ class ProfilePage : public FormPage {
   QLineEdit* txPassword_;
   QLineEdit* txPasswordAgain_;
   QCheckBox* ckNoPassword_;
+  QStringList toDelete_;
 };
 
 }  // namespace vorn
