@@ -18,8 +18,8 @@ class ProfilePage : public FormPage {
   PageFault Check() override;
   /// Changes the password when a new one was typed. False, with a sentence, when it could not be.
   bool ChangePassword(const Disk& profile, QString* error);
-  /// Deletes the files that the user took from the list and wanted deleted. False when one could not
-  /// be.
+  /// Deletes the files that the user took from the list and wanted deleted. False when one could
+  /// not be.
   bool DeleteRemoved();
   QString Line(const QTableWidget& list, int row) const override;
   void AddLine(QTableWidget& list, const QString& line) override;
