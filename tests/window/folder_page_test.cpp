@@ -526,5 +526,25 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
   EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
 }
 
+// Pages of today change their address and title without being loaded, and some open windows.
+TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
+  Begin(1, 100);
+  WebSite site(
+      "<title>first</title><script>window.open('/popup'); setTimeout(() => {history.pushState({}, "
+      "'', '/inside'); document.title = 'second'; window.open('/later')}, 100)</script>");
+  const size_t before = Browsers().size();
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+  BrowserWindow* window = Browsers().back();
+  EXPECT_TRUE(WaitFor([window] {
+    return window->windowTitle() == u"second" &&
+           Child<QLineEdit>(*window, u"txLocation").text().endsWith(u"/inside");
+  }));
+  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("before"))->isEnabled());
+  test::RunFor(300);
+  EXPECT_EQ(Browsers().size(), before + 1);
+  EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
+}
+
 }  // namespace
 }  // namespace vorn

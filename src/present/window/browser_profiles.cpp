@@ -56,6 +56,8 @@ BrowserProfiles::BrowserProfiles(const QString& webFolder)
         Attribute::WebGLEnabled, Attribute::FullScreenSupportEnabled}) {
     settings->setAttribute(attribute, false);
   }
+  // A web page opens windows when the user clicks, and not by itself.
+  web_->settings()->setAttribute(Attribute::JavascriptCanOpenWindows, false);
   for (QWebEngineProfile* profile : {local_.get(), web_.get()}) {
     QWebEngineScript script;
     script.setSourceCode(QString::fromUtf8(kPageScript));

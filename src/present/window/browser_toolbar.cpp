@@ -161,6 +161,8 @@ void BrowserWindow::BuildView() {
   connect(wbUrl_, &QWebEngineView::loadStarted, this, [this] { SetLoading(true); });
   connect(wbUrl_, &QWebEngineView::printFinished, this, &BrowserWindow::PrintFinished);
   connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
+  connect(wbUrl_, &QWebEngineView::urlChanged, this, &BrowserWindow::ShowPlace);
+  connect(wbUrl_, &QWebEngineView::titleChanged, this, &BrowserWindow::ShowPlace);
   connect(wbUrl_, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
     if (IsLocal() && rows_.HasRows()) messageMenu_->popup(wbUrl_->mapToGlobal(at));
   });

@@ -268,13 +268,19 @@ void BrowserWindow::DocumentComplete(bool ok) {
     DeleteReadPage();
     explore_.start(kExploreAfterMs);
   } else {
-    txLocation_->setText(wbUrl_->url().toString());
-    setWindowTitle(wbUrl_->title());
-    UpdateHistoryState();
+    ShowPlace();
   }
   rows_.Attach(page_);
   if (bag_->Text(u"exec") == u"print") DoPrint();
   Q_EMIT Loaded(ok);
+}
+
+// Where a web page is; it may go on without being loaded anew.
+void BrowserWindow::ShowPlace() {
+  if (IsLocal() || closing_) return;
+  if (!txLocation_->hasFocus()) txLocation_->setText(wbUrl_->url().toString());
+  setWindowTitle(wbUrl_->title());
+  UpdateHistoryState();
 }
 
 // A window that was opened to print goes when that is done.

@@ -120,6 +120,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void DeletePageFile();
   void DeleteReadPage();
   void PrintFinished();
+  void ShowPlace();
   void UpdateHistoryState();
 
   Context& context_;
