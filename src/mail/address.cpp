@@ -113,9 +113,18 @@ AddressEntry ReadTyped(const QString& typed) {
     entry.address = text;
     return entry;
   }
-  entry.address = text.mid(bracket + 1).chopped(1).trimmed();
-  entry.displayName = Unquoted(text.left(bracket).trimmed());
+  const QString name = text.left(bracket).trimmed();
+  entry.displayName = Unquoted(name);
+  // Marks of addresses in a name that stands without quotes mean that it is none.
+  const bool isOdd = entry.displayName == name &&
+                     (name.contains(u'<') || name.contains(u'>') || name.contains(u'"'));
+  entry.address = isOdd ? text : text.mid(bracket + 1).chopped(1).trimmed();
+  if (isOdd) entry.displayName.clear();
   return entry;
+}
+
+bool IsGood(const AddressEntry& entry) {
+  return IsMailAddress(entry.address);
 }
 
 }  // namespace
@@ -137,19 +146,24 @@ bool IsMailAddress(const QString& text) {
 }
 
 QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
-  QString text = typed;
-  text.replace(u'\n', u',');
-  QList<AddressEntry> entries;
-  for (const QString& part : MimeCodec::SplitList(text, u',')) {
-    for (const QString& item : MimeCodec::SplitList(part, u';')) {
-      if (!item.isEmpty()) entries.append(ReadTyped(item));
+  QStringList items{typed};
+  for (const QChar separator : QStringLiteral("\n,;、，；")) {
+    QStringList parts;
+    for (const QString& item : std::as_const(items)) {
+      parts += MimeCodec::SplitList(item, separator);
     }
+    items = parts;
   }
-  const bool areAll = std::all_of(entries.begin(), entries.end(), [](const AddressEntry& entry) {
-    return IsMailAddress(entry.address);
-  });
-  if (areAll || text.trimmed().isEmpty()) return entries;
-  return {ReadTyped(typed)};
+  items.removeAll(QString());
+  QList<AddressEntry> entries;
+  for (const QString& item : std::as_const(items)) entries.append(ReadTyped(item));
+  const auto isGood = [](const AddressEntry& entry) { return IsGood(entry); };
+  if (std::all_of(entries.begin(), entries.end(), isGood)) return entries;
+  // One whose name holds separators. A name that holds another's address is none.
+  AddressEntry one = ReadTyped(typed);
+  const bool holdsOthers = std::any_of(entries.begin(), entries.end() - 1, isGood);
+  if (holdsOthers || !IsGood(one)) one = {{}, typed.simplified(), {}, {}, {}};
+  return {one};
 }
 
 QString ParseAddressList(const QString& header) {

@@ -30,7 +30,8 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
 /// without blanks, controls and the marks that separate addresses.
 bool IsMailAddress(const QString& text);
 
-/// What a user typed as one recipient or several, which commas, semicolons or line breaks separate:
+/// What a user typed as one recipient or several, which commas, semicolons (Japanese ones too) or
+/// line breaks separate:
 /// "name <address>" or an address alone. A separator counts only where all that it separates are
 /// addresses; otherwise it belongs to a name. Of the entries address and display name are set.
 QList<AddressEntry> ReadTypedAddresses(const QString& typed);

@@ -214,8 +214,8 @@ QList<AddressEntry> Recipients(const StoredMessage& message, OpenMode mode,
 void RemoveComposedEnd(const StoredMessage& message, QString& text) {
   const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
   if (records.empty() || records.front().encoding == u"base64") return;
-  if (text.endsWith(QStringLiteral("\r\n")) && records.size() == 1) text.chop(2);
-  if (text.endsWith(QStringLiteral("\r\n"))) text.chop(2);
+  const QString end = records.size() == 1 ? QStringLiteral("\r\n\r\n") : QStringLiteral("\r\n");
+  if (text.endsWith(end)) text.chop(end.size());
 }
 
 QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,

@@ -170,6 +170,19 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
   EXPECT_EQ(read(u"Sato @ ABC, Inc. <s@x>"), QStringLiteral("Sato @ ABC, Inc.|s@x"));
   EXPECT_EQ(read(u"a@x; B <b@x>, c@x\nd@x"), QStringLiteral("|a@x B|b@x |c@x |d@x"));
   EXPECT_EQ(read(u"a@x, suzuki"), QStringLiteral("|a@x, suzuki"));
+  EXPECT_EQ(read(u"山田　太郎 <y@x>、鈴木 <s@x>；c@x"),
+            QStringLiteral("山田 太郎|y@x 鈴木|s@x |c@x"));
+  EXPECT_EQ(read(u"山田、太郎 <y@x>"), QStringLiteral("山田、太郎|y@x"));
+  EXPECT_EQ(read(u"\"a <b@c>, d\" <e@x>"), QStringLiteral("a <b@c>, d|e@x"));
+  // Nobody is lost in the name of the last one: these are no addresses.
+  for (const char16_t* lost :
+       {u"\"Yamada, Taro\" <t@x>, Sato @ ABC, Inc. <s@x>", u"Taro <t@x>, Sato @ ABC, Inc. <s@x>",
+        u"Foo <a@x> <b@x>", u"Aoki <ao@q>; Baba @ Q, Inc. <ba@q>", u"a@x, Sato @ ABC, Inc. <s@x>",
+        u"\"Taro <t@x>"}) {
+    const QList<AddressEntry> entries = ReadTypedAddresses(QString::fromUtf16(lost));
+    ASSERT_EQ(entries.size(), 1);
+    EXPECT_FALSE(IsMailAddress(entries[0].address)) << QString::fromUtf16(lost).toStdString();
+  }
   EXPECT_EQ(read(u" , "), QString());
   for (const char16_t* wrong : {u"a@x, suzuki", u"suzuki", u"a b@x", u"@x", u"a@", u"a@b@c",
                                 u"a@x.", u"(不明なメールアドレス)", u"Team:", u"c@d;"}) {

@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QAction>
 #include <QClipboard>
+#include <QComboBox>
 #include <QCompleter>
 #include <QDropEvent>
 #include <QImage>
@@ -11,6 +12,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTreeWidget>
 
 #include "auxiliary/window/address_window.h"
@@ -393,6 +395,61 @@ TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
               }).contains(QStringLiteral("suz")));
   EXPECT_EQ(list.currentRow(), list.rowCount() - 2);
   EXPECT_EQ(smtp_.Messages().size(), 0);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// However a row is left, the next keys begin another one and change none that is done.
+TEST_F(MessageWindowTest, KeysGoOnToTheNextRowAndChangeNoOther) {
+  MessageWindow& window = New();
+  window.activateWindow();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto type = [&](const char16_t* text, int key) {
+    for (const QChar c : QString::fromUtf16(text)) {
+      QTest::keyClick(window.focusWidget(), c.toLatin1());
+    }
+    QTest::keyClick(window.focusWidget(), Qt::Key(key));
+    QCoreApplication::processEvents();  // the view ends an edit in its own time
+  };
+  const auto recipients = [&list] {
+    QStringList texts;
+    for (int row = 0; row < list.rowCount(); ++row) {
+      const auto* kinds = qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+      const QString text = list.item(row, 1)->text();
+      if (!text.isEmpty() && kinds->currentData().toString() != u"FROM") {
+        texts.append(kinds->currentData().toString() + u' ' + text);
+      }
+    }
+    return texts;
+  };
+  list.setFocus();
+  list.setCurrentCell(list.rowCount() - 1, 1);
+  type(u"a@x.jp", Qt::Key_Return);
+  type(u"bob@x.jp", Qt::Key_Tab);
+  type(u"cc@x.jp", Qt::Key_Return);
+  const QStringList all{QStringLiteral("TO a@x.jp"), QStringLiteral("TO bob@x.jp"),
+                        QStringLiteral("TO cc@x.jp")};
+  EXPECT_EQ(recipients(), all);
+  // A row that is only selected is not written over, nor is one beside a row that is taken away.
+  QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+  QCoreApplication::processEvents();
+  list.setFocus();
+  int row = 0;
+  while (list.item(row, 1)->text() != u"bob@x.jp") ++row;
+  {
+    const QSignalBlocker still(list);
+    list.setCurrentCell(row, 1, QItemSelectionModel::ClearAndSelect);
+  }
+  list.setFocus();
+  if (list.indexWidget(list.currentIndex()) != nullptr) {
+    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+    QCoreApplication::processEvents();
+  }
+  QTest::keyClick(&list, Qt::Key_Delete);
+  EXPECT_EQ(recipients(), QStringList({all[0], all[2]}));
+  type(u"new@x.jp", Qt::Key_Return);
+  EXPECT_EQ(recipients(), QStringList({all[0], all[2], QStringLiteral("TO new@x.jp")}));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());

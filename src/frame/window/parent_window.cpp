@@ -368,6 +368,11 @@ QString ParentWindow::NodeText(const QString& serialId) const {
 
 void ParentWindow::RefreshNode(const QString& serialId) {
   tvConsole_->RefreshNode(serialId);
+  // Other conditions have other messages.
+  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
+    if (browser->IsLocal() && browser->Tag() == serialId) browser->Refresh();
+  }
+  CountUnreadSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
 }

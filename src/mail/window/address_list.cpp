@@ -117,6 +117,9 @@ void AddressList::AddRow(const AddressEntry& entry) {
     }
     kinds->setCurrentIndex(qMax(0, kinds->findData(entry.kind)));
     connect(kinds, &QComboBox::currentIndexChanged, this, &AddressList::Edited);
+    // Reached from its row: Tab goes from text to text, and no typed letter changes a kind by
+    // chance.
+    kinds->setFocusPolicy(Qt::ClickFocus);
     setCellWidget(row, kKind, kinds);
   } else {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
@@ -157,6 +160,7 @@ void AddressList::MarkFault(int row) {
   QTableWidgetItem* cell = item(row, kAddress);
   const bool isFault = editable_ && !FaultOf(cell->text()).isEmpty();
   cell->setData(Qt::ForegroundRole, isFault ? QVariant(QColor(kFaultColor)) : QVariant());
+  cell->setIcon(isFault ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
   cell->setToolTip(isFault ? FaultOf(cell->text()).toHtmlEscaped() : QString());
 }
 
@@ -196,9 +200,15 @@ void AddressList::keyPressEvent(QKeyEvent* event) {
   const int row = currentRow();
   const bool begins = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (editable_ && event->key() == Qt::Key_Delete && row >= 0 && row < rowCount() - 1) {
-    removeRow(row);
+    RemoveCurrentRow();
     Q_EMIT Edited();
   } else if (editable_ && begins && row >= 0 && state() != EditingState) {
+    auto* kinds = qobject_cast<QComboBox*>(cellWidget(row, kKind));
+    if (currentColumn() == kKind && kinds != nullptr) {
+      kinds->setFocus();
+      kinds->showPopup();
+      return;
+    }
     editItem(item(row, kAddress));
   } else {
     RowList::keyPressEvent(event);

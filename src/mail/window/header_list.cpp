@@ -88,7 +88,7 @@ void HeaderList::KeepEmptyRow() {
 void HeaderList::keyPressEvent(QKeyEvent* event) {
   const int row = currentRow();
   if (event->key() == Qt::Key_Delete && editable_ && row >= 0 && row < rowCount() - 1) {
-    removeRow(row);
+    RemoveCurrentRow();
     Q_EMIT Edited();
     return;
   }

@@ -16,8 +16,9 @@ constexpr int kRowMargin = 6;
 // The toolkit's completer keeps both for itself.
 class OfferKeys : public QObject {
  public:
-  OfferKeys(QLineEdit& box, std::function<void(QLineEdit*)> done)
-      : QObject(&box), box_(box), done_(std::move(done)) {
+  using Done = std::function<void(QLineEdit*, QAbstractItemDelegate::EndEditHint)>;
+
+  OfferKeys(QLineEdit& box, Done done) : QObject(&box), box_(box), done_(std::move(done)) {
     // After the completer's own filter, to be asked before it.
     box.completer()->popup()->installEventFilter(this);
   }
@@ -29,13 +30,14 @@ class OfferKeys : public QObject {
     QAbstractItemView* popup = box_.completer()->popup();
     if (popup->currentIndex().isValid()) box_.setText(popup->currentIndex().data().toString());
     popup->hide();
-    done_(&box_);
+    done_(&box_, key == Qt::Key_Tab ? QAbstractItemDelegate::EditNextItem
+                                    : QAbstractItemDelegate::SubmitModelCache);
     return true;
   }
 
  private:
   QLineEdit& box_;
-  std::function<void(QLineEdit*)> done_;
+  Done done_;
 };
 
 }  // namespace
@@ -58,15 +60,15 @@ QWidget* NamedEditorDelegate::createEditor(QWidget* parent, const QStyleOptionVi
     box->setCompleter(completer);
     // The signals belong to the list that asked for the box, which may change nothing here.
     auto* self = const_cast<NamedEditorDelegate*>(this);
-    const auto done = [self](QLineEdit* edited) {
+    const auto done = [self](QLineEdit* edited, EndEditHint hint) {
       Q_EMIT self->commitData(edited);
-      Q_EMIT self->closeEditor(edited);
+      Q_EMIT self->closeEditor(edited, hint);
     };
     new OfferKeys(*box, done);
     connect(completer, qOverload<const QString&>(&QCompleter::activated), self,
             [done, box](const QString& taken) {
               box->setText(taken);
-              done(box);
+              done(box, SubmitModelCache);
             });
   }
   return box;

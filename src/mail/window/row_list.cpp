@@ -1,6 +1,8 @@
 #include "mail/window/row_list.h"
 
+#include <QCoreApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 
 #include "mail/window/named_editor_delegate.h"
@@ -28,6 +30,40 @@ void RowList::FinishEditing() {
   if (box == nullptr) return;
   commitData(box);
   closeEditor(box, QAbstractItemDelegate::NoHint);
+}
+
+void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const int last = rowCount() - 1;
+  const bool wasEmpty = RowText(currentRow()).trimmed().isEmpty();
+  QTableWidget::closeEditor(editor, QAbstractItemDelegate::NoHint);
+  const bool isTab = hint == QAbstractItemDelegate::EditNextItem;
+  if (!isTab && hint != QAbstractItemDelegate::SubmitModelCache) return;
+  if (wasEmpty) {
+    if (isTab) focusNextChild();
+    return;
+  }
+  setCurrentCell(last, textColumn_);
+  editItem(item(last, textColumn_));
+}
+
+void RowList::keyPressEvent(QKeyEvent* event) {
+  const bool isTyped = !event->text().isEmpty() && event->text().at(0).isPrint() &&
+                       (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+  if (isTyped && state() != EditingState && editTriggers() != NoEditTriggers && rowCount() > 0) {
+    setCurrentCell(rowCount() - 1, textColumn_, QItemSelectionModel::ClearAndSelect);
+    if (QLineEdit* box = Box()) {  // which the row opened by becoming the current one
+      QCoreApplication::sendEvent(box, event);
+      return;
+    }
+  }
+  QTableWidget::keyPressEvent(event);
+}
+
+void RowList::RemoveCurrentRow() {
+  const EditTriggers triggers = editTriggers();
+  setEditTriggers(NoEditTriggers);
+  removeRow(currentRow());
+  setEditTriggers(triggers);
 }
 
 QString RowList::RowText(int row) const {

@@ -27,6 +27,12 @@ class RowList : public QTableWidget {
   void Edited();
 
  protected:
+  /// Enter and Tab go on to the empty row at the end, Tab in an empty row out of the list.
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+  /// What is typed while a row that holds something is only selected begins a new one.
+  void keyPressEvent(QKeyEvent* event) override;
+  /// Takes the current row away, and edits none of the others.
+  void RemoveCurrentRow();
   /// A row's text as it is shown.
   QString RowText(int row) const;
 

@@ -1,6 +1,7 @@
 #include "objects/window/file_page.h"
 
 #include <QCheckBox>
+#include <QHash>
 #include <QLineEdit>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -15,7 +16,7 @@ constexpr int kTreeHeight = 110;
 
 }  // namespace
 
-FilePage::FilePage(const Context& context, const QString& type)
+FilePage::FilePage(const Context& context, const QString& type, const QString& serialId)
     : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")) {
   AddHidden(QStringLiteral("txFormName"))->setText(type);
   AddHidden(QStringLiteral("txDraw"));
@@ -27,7 +28,7 @@ FilePage::FilePage(const Context& context, const QString& type)
   tvParent_->setFixedHeight(kTreeHeight);
   tvParent_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Layout().addRow(Ui::tr("場所(&P)"), tvParent_);
-  FillTree(context, type);
+  FillTree(context, type, serialId);
   QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), Ui::tr("使用する(&U)"));
   enabled->setChecked(true);
   AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
@@ -36,15 +37,26 @@ FilePage::FilePage(const Context& context, const QString& type)
   system->hide();
 }
 
-// Objects of the same type can hang under one another.
-void FilePage::FillTree(const Context& context, const QString& type) {
+// Objects of the same type can hang under one another, but not under themselves.
+void FilePage::FillTree(const Context& context, const QString& type, const QString& serialId) {
   auto* top = new QTreeWidgetItem(tvParent_, {Ui::tr("（最上位）")});
   top->setData(0, Qt::UserRole, QString());
+  QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : context.Objects) {
     if (object->Text(u"FormName") != type || type == object_type::kProfile) continue;
-    auto* item = new QTreeWidgetItem(top, {object->Text(u"Object")});
+    auto* item = new QTreeWidgetItem(QStringList{object->Text(u"Object")});
     item->setData(0, Qt::UserRole, object->SerialID());
+    items.insert(object->SerialID(), item);
   }
+  for (const DiskPtr& object : context.Objects) {
+    QTreeWidgetItem* item = items.value(object->SerialID());
+    if (item == nullptr) continue;
+    QTreeWidgetItem* parent = items.value(object->Text(u"Parent"), top);
+    const QTreeWidgetItem* above = parent;
+    while (above != nullptr && above != item) above = above->parent();
+    (above == nullptr ? parent : top)->addChild(item);
+  }
+  if (QTreeWidgetItem* own = items.value(serialId)) delete own;  // with what hangs under it
   tvParent_->expandAll();
   tvParent_->setCurrentItem(top);
 }

@@ -11,7 +11,8 @@ class FilePage : public FormPage {
   Q_OBJECT
 
  public:
-  explicit FilePage(const Context& context, const QString& type);
+  /// For an object of a type; `serialId` is that of the one that is edited.
+  FilePage(const Context& context, const QString& type, const QString& serialId);
 
   /// Chooses the object under which a new one hangs.
   void LetParent(const QString& serialId);
@@ -19,7 +20,7 @@ class FilePage : public FormPage {
   QLineEdit* Name() const { return txObject_; }
 
  private:
-  void FillTree(const Context& context, const QString& type);
+  void FillTree(const Context& context, const QString& type, const QString& serialId);
 
   QLineEdit* txObject_;
   QTreeWidget* tvParent_;

@@ -39,7 +39,7 @@ ObjectsWindow::ObjectsWindow(Context& context, const EventLog& events, QWidget* 
 
 void ObjectsWindow::BuildPages(const QString& type) {
   Context& context = GetContext();
-  file_ = new FilePage(context, type);
+  file_ = new FilePage(context, type, Tag());
   AddPage(file_);
   if (type == object_type::kProfile) {
     profile_ = new ProfilePage(context, Tag());
