@@ -42,7 +42,10 @@ qint64 WriteCount(Context& context, const QString& file, qint64 least) {
         data.Execute(QStringLiteral("DELETE FROM work_count")) &&
         data.Execute(
             QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
-        data.Commit();
+        data.Commit() &&
+        // On the disk before it is remembered: a machine that stops in between must not leave a
+        // file that looks older.
+        data.MakeDurable(PlatformPath(context, file));
     if (written) count = next;
     if (!written) data.Rollback();
   }

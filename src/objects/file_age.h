@@ -10,8 +10,9 @@ namespace vorn {
 // the count. A file that has a smaller one than remembered is an older copy, or has lost its log:
 // what was received since is not in it, and what was sent since seems to wait.
 
-/// Counts one more in the profile's mail file. To be called before anything is received or sent;
-/// false when it cannot be stored.
+/// Counts one more in the profile's mail file. To be called before anything is received or sent,
+/// and again before the server's copies of what was received are given up; false when it cannot be
+/// stored.
 bool CountWork(Context& context);
 
 /// The profile's mail files, by their paths, that are older than remembered.

@@ -4,6 +4,7 @@
 
 #include "mail/outbox.h"
 #include "mail/stored_copy.h"
+#include "objects/file_age.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
@@ -126,6 +127,7 @@ bool TransferEvents::MakeDurable() {
     StoreFailed(Ui::tr("データベースファイルが壊れているので、サーバーからは削除しません。"));
     return false;
   }
+  CountWork(context_);  // behind what was received, so that a log that is lost now is missed
   if (OpenDatabase(context_, DatabaseKind::Mail)) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
     context_.Data.Close();
