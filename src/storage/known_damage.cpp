@@ -15,8 +15,8 @@ const QString kEnding = QStringLiteral(".damaged");
 const QString kDecided = QStringLiteral("decided");
 const QString kUndecided = QStringLiteral("undecided");
 
-// Lines: whether the user has decided, since when it is known, and the parts. Nothing when there is
-// a note that cannot be read.
+// Lines: whether the user has decided, since when it is known, and what is damaged. Nothing when
+// there is a note that cannot be read.
 std::optional<KnownDamage> Read(const QString& file) {
   KnownDamage damage;
   damage.file = QFileInfo(file).fileName();

@@ -21,7 +21,7 @@ struct KnownDamage {
   bool WaitsForDecision() const { return !parts.isEmpty() && !decided; }
 };
 
-/// The part that stands for a whole file which is older than it should be.
+/// What is noted of a file that is older than it should be.
 inline const QString kOlderFile = QStringLiteral("older");
 
 /// Keeps that a part of the file at `path` is damaged. Whatever is new takes an earlier decision

@@ -1,0 +1,228 @@
+// The rows of a message's addresses, as a hurried user types them.
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QCompleter>
+#include <QDropEvent>
+#include <QImage>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+
+#include "auxiliary/window/address_window.h"
+#include "auxiliary/window/console_window.h"
+#include "mail/drafts.h"
+#include "mail/window/attachment_list.h"
+#include "objects/object_types.h"
+#include "window/message_window_fixture.h"
+
+namespace vorn {
+namespace {
+
+TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
+  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+  book->Let(QStringLiteral("FormName"), object_type::kBook);
+  book->Let(QStringLiteral("Object"), QStringLiteral("社内"));
+  book->Let(QStringLiteral("Addressbook"),
+            QStringLiteral("TO: aoki@example.jp 青木\r\nCC: baba@example.jp Baba Taro"));
+  Context().Objects.Add(book);
+  MessageWindow& window = New();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int before = list.rowCount();
+  QToolBar& toolbar = Child<QToolBar>(window, u"tbMailaddress");
+  const auto choose = [&](const QString& text, bool select) {
+    return InModal<AddressWindow>(
+        [&] { toolbar.actions()[0]->trigger(); },
+        [&](AddressWindow& dialog) {
+          auto& found = Child<QListWidget>(dialog, u"lvCandidacy");
+          EXPECT_EQ(found.count(), 2);  // every line of every book, and all of them selected
+          EXPECT_EQ(found.selectedItems().size(), 2);
+          Type(Child<QLineEdit>(dialog, u"txString"), text);
+          QTest::keyClick(&Child<QLineEdit>(dialog, u"txString"), Qt::Key_Return);
+          if (select) {
+            EXPECT_EQ(found.count(), 1);
+            dialog.findChild<QAction*>(QStringLiteral("select"))->trigger();
+          } else {
+            EXPECT_EQ(found.count(), 0);  // letter case counts
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+          }
+        });
+  };
+  EXPECT_TRUE(choose(QStringLiteral("baba t"), false));
+  EXPECT_EQ(list.rowCount(), before);
+  EXPECT_TRUE(choose(QStringLiteral("Taro"), true));
+  ASSERT_EQ(list.rowCount(), before + 1);
+  EXPECT_EQ(list.item(before - 1, 1)->text(), QStringLiteral("Baba Taro <baba@example.jp>"));
+  // The same names are offered while typing.
+  list.setCurrentCell(before, 1);
+  list.editItem(list.item(before, 1));
+  auto& box = Child<QLineEdit>(window, u"txMailaddress");
+  ASSERT_NE(box.completer(), nullptr);
+  box.completer()->setCompletionPrefix(QStringLiteral("青"));
+  EXPECT_EQ(box.completer()->currentCompletion(), QStringLiteral("青木 <aoki@example.jp>"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box2) { box2.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// What was taken from the list ends the row: the next keys went into the address.
+TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
+  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+  book->Let(QStringLiteral("FormName"), object_type::kBook);
+  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木"));
+  Context().Objects.Add(book);
+  MessageWindow& window = New();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto row = [&](int key, bool highlight) {
+    const int last = list.rowCount() - 1;
+    list.setCurrentCell(last, 1);
+    list.setFocus();
+    list.editItem(list.item(last, 1));
+    auto& box = *qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));
+    box.setFocus();
+    QTest::keyClicks(&box, QStringLiteral("suz"));
+    QWidget* popup = box.completer()->popup();
+    EXPECT_TRUE(WaitFor([popup] { return popup->isVisible(); }));
+    if (highlight) QTest::keyClick(popup, Qt::Key_Down);
+    QTest::keyClick(popup, Qt::Key(key));
+    EXPECT_EQ(list.indexWidget(list.model()->index(last, 1)), nullptr) << "the row is done";
+    return list.item(last, 1)->text();
+  };
+  EXPECT_EQ(row(Qt::Key_Return, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
+  EXPECT_EQ(row(Qt::Key_Tab, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
+  EXPECT_EQ(row(Qt::Key_Return, false), QStringLiteral("suz"));
+  // Which is no address: shown as such, and not sent to.
+  const QTableWidgetItem* wrong = list.item(list.rowCount() - 2, 1);
+  EXPECT_TRUE(wrong->data(Qt::ForegroundRole).isValid());
+  EXPECT_TRUE(wrong->toolTip().contains(QStringLiteral("suz")));
+  list.setCurrentCell(0, 1);
+  EXPECT_TRUE(NextMessageBox([&] {
+                Menu(window, u"menuFilesMessages").actions()[0]->trigger();
+              }).contains(QStringLiteral("suz")));
+  EXPECT_EQ(list.currentRow(), list.rowCount() - 2);
+  EXPECT_EQ(smtp_.Messages().size(), 0);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// However a row is left, the next keys begin another one and change none that is done.
+TEST_F(MessageWindowTest, KeysGoOnToTheNextRowAndChangeNoOther) {
+  MessageWindow& window = New();
+  window.activateWindow();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto type = [&](const char16_t* text, int key) {
+    for (const QChar c : QString::fromUtf16(text)) {
+      QTest::keyClick(window.focusWidget(), c.toLatin1());
+    }
+    QTest::keyClick(window.focusWidget(), Qt::Key(key));
+    QCoreApplication::processEvents();  // the view ends an edit in its own time
+  };
+  const auto recipients = [&list] {
+    QStringList texts;
+    for (int row = 0; row < list.rowCount(); ++row) {
+      const auto* kinds = qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+      const QString text = list.item(row, 1)->text();
+      if (!text.isEmpty() && kinds->currentData().toString() != u"FROM") {
+        texts.append(kinds->currentData().toString() + u' ' + text);
+      }
+    }
+    return texts;
+  };
+  list.setFocus();
+  list.setCurrentCell(list.rowCount() - 1, 1);
+  type(u"a@x.jp", Qt::Key_Return);
+  type(u"bob@x.jp", Qt::Key_Tab);
+  type(u"cc@x.jp", Qt::Key_Return);
+  const QStringList all{QStringLiteral("TO a@x.jp"), QStringLiteral("TO bob@x.jp"),
+                        QStringLiteral("TO cc@x.jp")};
+  EXPECT_EQ(recipients(), all);
+  // A row that is only selected is not written over, nor is one beside a row that is taken away.
+  QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+  QCoreApplication::processEvents();
+  list.setFocus();
+  int row = 0;
+  while (list.item(row, 1)->text() != u"bob@x.jp") ++row;
+  {
+    const QSignalBlocker still(list);
+    list.setCurrentCell(row, 1, QItemSelectionModel::ClearAndSelect);
+  }
+  list.setFocus();
+  if (list.indexWidget(list.currentIndex()) != nullptr) {
+    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+    QCoreApplication::processEvents();
+  }
+  QTest::keyClick(&list, Qt::Key_Delete);
+  EXPECT_EQ(recipients(), QStringList({all[0], all[2]}));
+  type(u"new@x.jp", Qt::Key_Return);
+  EXPECT_EQ(recipients(), QStringList({all[0], all[2], QStringLiteral("TO new@x.jp")}));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// A row that is being typed in, without Enter, is what the user sees, and what every command takes.
+TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
+  const auto begin = [this](const QString& address, const QString& header) -> MessageWindow& {
+    MessageWindow& window = OpenStored(kDraft, 1);
+    auto& headers = Child<QTableWidget>(window, u"lvHeader");
+    headers.setCurrentCell(0, 0);
+    headers.editItem(headers.item(0, 0));
+    Type(Child<QLineEdit>(window, u"txHeader"), header);
+    auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+    for (int row = 0; row < list.rowCount(); ++row) {
+      if (!list.item(row, 1)->text().contains(u"a@example.jp")) continue;
+      list.setCurrentCell(row, 1);
+      list.editItem(list.item(row, 1));
+    }
+    Type(Child<QLineEdit>(window, u"txMailaddress"), address);
+    return window;
+  };
+  const auto source = [this](const QString& serialId) {
+    return Column(serialId, QStringLiteral("MAIL")).toByteArray();
+  };
+  using Command = std::function<void(MessageWindow&)>;
+  const Command send[] = {[](MessageWindow& window) {
+                            auto* toolbar = window.findChild<QToolBar*>(QStringLiteral("tbMenu"));
+                            for (QAction* action : toolbar->actions()) {
+                              if (action->objectName() == u"mailup") {
+                                QTest::mouseClick(toolbar->widgetForAction(action), Qt::LeftButton);
+                                return;
+                              }
+                            }
+                          },
+                          [](MessageWindow& window) {
+                            QTest::keyClick(&Child<QLineEdit>(window, u"txMailaddress"),
+                                            Qt::Key_Return, Qt::ControlModifier);
+                          }};
+  for (const Command& command : send) {
+    MessageWindow& window = begin(QStringLiteral("b@example.jp; c@example.jp"), {});
+    const QString serialId = window.Tag();
+    const qsizetype before = smtp_.Messages().size();
+    command(window);
+    ASSERT_TRUE(Gone());
+    ASSERT_TRUE(WaitFor([&] { return smtp_.Messages().size() == before + 1; }));
+    EXPECT_EQ(smtp_.Messages().last().recipients, (QByteArrayList{"b@example.jp", "c@example.jp"}));
+    EXPECT_FALSE(source(serialId).contains("a@example.jp"));
+  }
+  MessageWindow& closed = begin(QStringLiteral("d@example.jp"), QStringLiteral("Mark: one"));
+  const QString serialId = closed.Tag();
+  ASSERT_TRUE(
+      QMetaObject::invokeMethod(closed.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout"));
+  EXPECT_EQ(Child<QLineEdit>(closed, u"txMailaddress").text(), QStringLiteral("d@example.jp"))
+      << "keeping a draft disturbs nobody";
+  closed.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(source(serialId).contains("d@example.jp"));
+  EXPECT_FALSE(source(serialId).contains("a@example.jp"));
+}
+
+}  // namespace
+}  // namespace vorn
