@@ -101,6 +101,10 @@ bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {
   return true;
 }
 
+int Rounds(int few, int many) {
+  return qEnvironmentVariableIsSet("VORN_LONG_TESTS") ? many : few;
+}
+
 QByteArray ReadFile(const QString& path) {
   QFile file(path);
   EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();

@@ -62,6 +62,9 @@ bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 300000);
 /// Runs the event loop for a while in which something must not happen.
 void RunFor(int milliseconds);
 
+/// How often a random test repeats itself: `few` times, or `many` in the long form of the suite.
+int Rounds(int few, int many);
+
 /// The bytes of a file; fails the test when it cannot be read.
 QByteArray ReadFile(const QString& path);
 

@@ -29,7 +29,6 @@ using test::LoopbackPop3Server;
 using test::LoopbackSmtpServer;
 using test::WaitFor;
 
-constexpr int kHistories = 8;     // in a run of the whole suite
 constexpr int kActions = 60;      // in a history
 constexpr int kTimeoutMs = 150;   // of the programs, so that silent servers are given up soon
 constexpr int kQuietMs = 600000;  // the most that a history may take to come to rest
@@ -358,7 +357,7 @@ class Model : public testing::Test {
 
 TEST_F(Model, EveryMessageOnce) {
   const int wanted = qEnvironmentVariableIntValue("VORN_MODEL_HISTORIES");
-  const int histories = wanted > 0 ? wanted : kHistories;
+  const int histories = wanted > 0 ? wanted : test::Rounds(5, 40);
   const int given = qEnvironmentVariableIntValue("VORN_MODEL_SEED");
   const quint32 seed =
       given != 0 ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() >> 1;
