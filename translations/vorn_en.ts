@@ -2528,5 +2528,17 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>残す</source>
         <translation>Keep</translation>
     </message>
+    <message>
+        <source>ログインできませんでした。</source>
+        <translation>The login failed. </translation>
+    </message>
+    <message>
+        <source>ほかのプログラムが使用中です。</source>
+        <translation>Another program is using it.</translation>
+    </message>
+    <message>
+        <source>このイベントのアカウントは削除されています。</source>
+        <translation>The account of this event has been deleted.</translation>
+    </message>
 </context>
 </TS>

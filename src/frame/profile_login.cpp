@@ -136,6 +136,13 @@ LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& p
   return LoginCheck::FilesLost;
 }
 
+QString LoginRefusal(const Context& context) {
+  const StorageError& reason = context.Data.LastError();
+  return reason.kind == StorageError::Kind::WrongPassword
+             ? Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。")
+             : Ui::tr("ログインできませんでした。") + reason.text;
+}
+
 bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password) {
   return CheckLogin(context, profile, password) == LoginCheck::Opens;
 }
@@ -216,9 +223,8 @@ bool LogIn(Context& context, const QString& name, const QString& password, QStri
   }
   if (check == LoginCheck::FilesLost) return Fail(context, {}, error);
   if (check == LoginCheck::Refused) {
-    return Fail(context,
-                Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。"),
-                error);
+    *error = LoginRefusal(context);
+    return false;
   }
   BeginLogin(context, *profile, password);
   for (int step = 0; step < kLoginSteps; ++step) {

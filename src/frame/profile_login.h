@@ -22,6 +22,10 @@ enum class LoginCheck {
 /// of the profile when the list of profiles had to be made anew.
 LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& password);
 
+/// What to tell a user whom `CheckLogin` has refused. Only after a wrong password are they asked to
+/// look at what they entered.
+QString LoginRefusal(const Context& context);
+
 /// Whether `CheckLogin` lets the profile be entered.
 bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password);
 

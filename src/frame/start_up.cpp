@@ -96,7 +96,14 @@ bool StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
 // another user's) or empty: with profile folders beside it, it is made anew from them.
 bool RebuildList(Context& context) {
   FileLock lock(context.AppFolder + QStringLiteral("navi.lock"));
-  if (lock.Take(FileLock::Kind::Exclusive, kRebuildWaitMs) != FileLock::Result::Taken) return false;
+  const FileLock::Result result = lock.Take(FileLock::Kind::Exclusive, kRebuildWaitMs);
+  if (result != FileLock::Result::Taken) {
+    return context.Data.FailWith(
+        {StorageError::Kind::Other, result == FileLock::Result::Held
+                                        ? Ui::tr("ほかのプログラムが使用中です。")
+                                        : Ui::tr("フォルダ「%1」に書き込めません。")
+                                              .arg(QDir::toNativeSeparators(context.AppFolder))});
+  }
   const QList<DiskPtr> profiles = ProfilesFromFolders(context);
   const bool empty = QFileInfo::exists(context.NaviDatabasePath) &&
                      QFileInfo(context.NaviDatabasePath).size() == 0;

@@ -13,12 +13,14 @@ const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("st
 
 // Every other stored profile loses its default mark. Should this fail, the object is saved all the
 // same: the marks in memory are right, and the next login writes them again.
-void ApplyDefaultProfileRule(Context& context, const Disk& saved) {
+void ApplyDefaultProfileRule(Context& context, Disk& saved) {
+  const auto mark = [&context](Disk& profile) {
+    profile.Let(QStringLiteral("Default"), profile.SerialID() == context.Session->SerialID());
+  };
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == object_type::kProfile) {
-      object->Let(QStringLiteral("Default"), object->SerialID() == context.Session->SerialID());
-    }
+    if (object->Text(u"FormName") == object_type::kProfile) mark(*object);
   }
+  mark(saved);  // which may be a bag of its own, as it comes from a window
   context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
                                       "(SELECT SERIALID FROM object WHERE NAME = "
                                       "'FormName@string' AND PROPERTY = 'profile') AND NAME = "

@@ -66,6 +66,16 @@ TEST(StartUp, AnEmptyNavigatorFileOfAKilledFirstStartIsMadeAnew) {
   EXPECT_NE(CreateFirstProfile(context), nullptr);
 }
 
+TEST(StartUp, AFolderThatCannotBeWrittenIsNamedWithTheReason) {
+  QTemporaryDir folder;
+  // What a write-protected folder gives, for root as well.
+  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("navi.lock")));
+  Context context;
+  QString error;
+  EXPECT_FALSE(StartUp(context, folder.path(), &error));
+  EXPECT_TRUE(error.contains(u"に書き込めません")) << error.toStdString();
+}
+
 TEST(StartUp, OnlyOneProgramRunsPerFolder) {
   QTemporaryDir folder;
   const QString path = folder.path() + u'/';
@@ -83,11 +93,28 @@ TEST(Login, ThePasswordIsTestedAgainstTheProfilesDatabase) {
   EXPECT_EQ(name, QStringLiteral("Administrator"));
   QString error;
   EXPECT_FALSE(LogIn(context, name, QStringLiteral("wrong"), &error));
-  EXPECT_TRUE(error.contains(u"ログインできませんでした"));
+  EXPECT_TRUE(error.contains(u"プロファイル情報を確認してください"));
   EXPECT_FALSE(LogIn(context, QStringLiteral("nobody"), {}, &error));
   EXPECT_EQ(FindProfile(context, QStringLiteral("nobody")), nullptr);
   profile.Restart(QStringLiteral("right"));
   EXPECT_TRUE(profile.Get().Session->Flag(u"Default"));
+}
+
+// With the right password there is nothing to look at in what was entered.
+TEST(Login, APasswordChangeThatCannotBeCompletedIsTheReasonThatIsTold) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const QString file = ProfileFiles(context, *context.Session).first();
+  WriteFile(file + QStringLiteral(".decided"), "rubbish");
+  Context next;
+  QString error;
+  ASSERT_TRUE(StartUp(next, profile.Folder(), &error)) << error.toStdString();
+  context.Data.CloseAll();
+  context.Lock.reset();
+  EXPECT_FALSE(LogIn(next, {}, {}, &error));
+  EXPECT_TRUE(error.contains(u"decided")) << error.toStdString();
+  EXPECT_FALSE(error.contains(u"確認してください")) << error.toStdString();
+  QFile::remove(file + QStringLiteral(".decided"));
 }
 
 TEST(Login, SeveralProfilesNeedANameUnlessOneWasUsedLast) {

@@ -144,8 +144,13 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
       MakeObject(QStringLiteral("_profile2"), object_type::kProfile, QStringLiteral("Second"));
   second->Let(QStringLiteral("Default"), true);
   context.Objects.Add(second);
-  ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *second));
+  // As an editing window gives it, in a bag of its own.
+  const DiskPtr edited =
+      MakeObject(second->SerialID(), object_type::kProfile, QStringLiteral("Second"));
+  edited->Let(QStringLiteral("Default"), true);
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *edited));
   EXPECT_FALSE(second->Flag(u"Default"));
+  EXPECT_FALSE(edited->Flag(u"Default"));
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *context.Session));
 
   DiskCollection stored;

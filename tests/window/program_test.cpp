@@ -296,6 +296,12 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
       }));
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
+  // With its account gone an event still says what it says.
+  program_->Parent()->AddEvent(1, 0, QStringLiteral("gone"), QStringLiteral("<b>account</b>"),
+                               QStringLiteral("account"), QStringLiteral("-ERR <b>no</b>"));
+  text = NextMessageBox([&] { test::ClickRow(*tree, log->child(1)); });
+  EXPECT_TRUE(text.contains(QStringLiteral("削除されています"))) << text.toStdString();
+  EXPECT_TRUE(text.contains(QStringLiteral("-ERR <b>no</b>")));
 }
 
 TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {

@@ -80,11 +80,7 @@ void LoginWindow::cmOk_Click() {
     check = CheckLogin(context_, profile, password);
   }
   if (check == LoginCheck::Refused) {
-    const StorageError& reason = context_.Data.LastError();
-    QString text = Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。");
-    // Any other reason than a wrong password the user has to know.
-    if (reason.kind != StorageError::Kind::WrongPassword) text += kLineBreak + reason.text;
-    QMessageBox::information(this, kApplicationTitle, text);
+    QMessageBox::information(this, kApplicationTitle, LoginRefusal(context_));
     txPassword_->selectAll();
     txPassword_->setFocus();
     return;

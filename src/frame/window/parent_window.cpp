@@ -474,6 +474,15 @@ void ParentWindow::OpenEvent(const QString& serialId) {
   const DiskPtr object = context_.Objects.Find(reference);
   const QString type = object == nullptr ? QString() : object->Text(u"FormName");
   const bool isSettings = reference == fixed_serial::kSettings;
+  if (object == nullptr && !isSettings) {
+    QMessageBox box(QMessageBox::Information, kApplicationTitle,
+                    Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak +
+                        kLineBreak + record->Text(u"message"),
+                    QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+    return;
+  }
   PostDialog(reference, isSettings ? reference : type, kShowModal,
              isSettings ? QStringLiteral("public") : QString(), serialId);
 }

@@ -202,7 +202,7 @@ void AddressList::keyPressEvent(QKeyEvent* event) {
   if (editable_ && event->key() == Qt::Key_Delete && row >= 0 && row < rowCount() - 1) {
     RemoveCurrentRow();
     Q_EMIT Edited();
-  } else if (editable_ && begins && row >= 0 && state() != EditingState) {
+  } else if (editable_ && begins && row >= 0 && !IsEditing()) {
     auto* kinds = qobject_cast<QComboBox*>(cellWidget(row, kKind));
     if (currentColumn() == kKind && kinds != nullptr) {
       kinds->setFocus();

@@ -93,7 +93,7 @@ void HeaderList::keyPressEvent(QKeyEvent* event) {
     return;
   }
   const bool begins = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (begins && editable_ && row >= 0 && state() != EditingState) {
+  if (begins && editable_ && row >= 0 && !IsEditing()) {
     if (item(row, 0)->text().isEmpty()) {
       filling_ = true;
       item(row, 0)->setText(QStringLiteral("X-Name: "));

@@ -21,15 +21,25 @@ RowList::RowList(int columns, int textColumn, const QString& editorName,
   connect(delegate, &NamedEditorDelegate::Typed, this, &RowList::Edited);
 }
 
-QLineEdit* RowList::Box() const {
-  return state() == EditingState ? qobject_cast<QLineEdit*>(indexWidget(currentIndex())) : nullptr;
+// The view's own state is no help: a box that closes because another row opened one puts it back.
+QLineEdit* RowList::Box(int row) const {
+  return qobject_cast<QLineEdit*>(indexWidget(model()->index(row, textColumn_)));
+}
+
+bool RowList::IsEditing() const {
+  for (int row = 0; row < rowCount(); ++row) {
+    if (Box(row) != nullptr) return true;
+  }
+  return false;
 }
 
 void RowList::FinishEditing() {
-  QLineEdit* box = Box();
-  if (box == nullptr) return;
-  commitData(box);
-  closeEditor(box, QAbstractItemDelegate::NoHint);
+  for (int row = 0; row < rowCount(); ++row) {
+    QLineEdit* box = Box(row);
+    if (box == nullptr) continue;
+    commitData(box);
+    closeEditor(box, QAbstractItemDelegate::NoHint);
+  }
 }
 
 void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
@@ -49,9 +59,9 @@ void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hi
 void RowList::keyPressEvent(QKeyEvent* event) {
   const bool isTyped = !event->text().isEmpty() && event->text().at(0).isPrint() &&
                        (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-  if (isTyped && state() != EditingState && editTriggers() != NoEditTriggers && rowCount() > 0) {
+  if (isTyped && !IsEditing() && editTriggers() != NoEditTriggers && rowCount() > 0) {
     setCurrentCell(rowCount() - 1, textColumn_, QItemSelectionModel::ClearAndSelect);
-    if (QLineEdit* box = Box()) {  // which the row opened by becoming the current one
+    if (QLineEdit* box = Box(rowCount() - 1)) {  // which the row opened by becoming the current one
       QCoreApplication::sendEvent(box, event);
       return;
     }
@@ -67,7 +77,7 @@ void RowList::RemoveCurrentRow() {
 }
 
 QString RowList::RowText(int row) const {
-  const QLineEdit* box = row == currentRow() ? Box() : nullptr;
+  const QLineEdit* box = Box(row);
   return box != nullptr ? box->text() : item(row, textColumn_)->text();
 }
 

@@ -35,9 +35,11 @@ class RowList : public QTableWidget {
   void RemoveCurrentRow();
   /// A row's text as it is shown.
   QString RowText(int row) const;
+  bool IsEditing() const;
 
  private:
-  QLineEdit* Box() const;
+  /// The open box of a row, or null.
+  QLineEdit* Box(int row) const;
 
   int textColumn_;
 };

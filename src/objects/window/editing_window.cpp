@@ -70,11 +70,13 @@ void EditingWindow::ControlListViewItem(QTableWidget& list, const QString& line)
   }
 }
 
+void EditingWindow::CallBackFormData(const Disk& object) {
+  for (FormPage* page : pages_) page->Loaded(object);
+}
+
 void EditingWindow::FillPages() {
   const DiskPtr object = LoadObject(context_, Tag());
-  if (object != nullptr) DiskToForm(*this, *object);
-  const Disk nothing;
-  for (FormPage* page : pages_) page->Loaded(object == nullptr ? nothing : *object);
+  object == nullptr ? CallBackFormData(Disk()) : DiskToForm(*this, *object);
   tsPage_->setProperty("tag", ShownPages().join(kLineBreak));
 }
 

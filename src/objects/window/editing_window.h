@@ -34,6 +34,7 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   QStringList ShownPages() const override;
   QString ListViewLine(const QTableWidget& list, int row) const override;
   void ControlListViewItem(QTableWidget& list, const QString& line) override;
+  void CallBackFormData(const Disk& object) override;
 
   /// Saves and closes, or tells what is wrong.
   void cmOk_Click();

@@ -12,6 +12,12 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kLineRole = Qt::UserRole;
+constexpr int kCellsRole = Qt::UserRole + 1;
+
+}  // namespace
 
 ListPage::ListPage(const QString& page, const QString& title, const QString& listName,
                    const QStringList& columns)
@@ -47,18 +53,37 @@ void ListPage::Loaded(const Disk&) {
   KeepEmptyRow();
 }
 
+QString ListPage::FirstLine(int row) const {
+  const QTableWidgetItem* item = list_->item(row, 0);
+  return item == nullptr ? QString() : item->data(kLineRole).toString();
+}
+
+QString ListPage::Line(const QTableWidget&, int row) const {
+  const QTableWidgetItem* first = list_->item(row, 0);
+  bool isUntouched = first != nullptr && !FirstLine(row).isEmpty();
+  const QStringList cells = isUntouched ? first->data(kCellsRole).toStringList() : QStringList();
+  for (int column = 0; isUntouched && column < list_->columnCount(); ++column) {
+    const QTableWidgetItem* item = list_->item(row, column);
+    isUntouched = item != nullptr && item->text() == cells.value(column);
+  }
+  return isUntouched ? FirstLine(row) : EditedLine(row);
+}
+
 QString ListPage::Cell(int row, int column) const {
   const QTableWidgetItem* item = list_->item(row, column);
   return item == nullptr ? QString() : item->text().simplified();
 }
 
-void ListPage::AppendRow(const QStringList& cells) {
+// With the line that it was read from, and its cells as they were then.
+void ListPage::AppendRow(const QStringList& cells, const QString& line) {
   changing_ = true;
   const int row = list_->rowCount();
   list_->insertRow(row);
   for (int column = 0; column < list_->columnCount(); ++column) {
     list_->setItem(row, column, new QTableWidgetItem(cells.value(column)));
   }
+  list_->item(row, 0)->setData(kLineRole, line);
+  list_->item(row, 0)->setData(kCellsRole, cells);
   changing_ = false;
 }
 
@@ -69,7 +94,7 @@ void ListPage::KeepEmptyRow() {
   for (int column = 0; lastIsEmpty && column < list_->columnCount(); ++column) {
     lastIsEmpty = Cell(last, column).isEmpty();
   }
-  if (!lastIsEmpty) AppendRow({});
+  if (!lastIsEmpty) AppendRow({}, {});
 }
 
 void ListPage::RemoveRows() {
@@ -102,16 +127,18 @@ BookPage::BookPage()
     : ListPage(object_type::kBook, Ui::tr("アドレス(&A)"), QStringLiteral("lvAddressbook"),
                {Ui::tr("メールアドレス"), Ui::tr("表示名")}) {}
 
-QString BookPage::Line(const QTableWidget&, int row) const {
+// The kind, which is not shown, stays that of the line.
+QString BookPage::EditedLine(int row) const {
   const QString address = Cell(row, 0);
   if (address.isEmpty()) return {};
   const QString name = Cell(row, 1);
-  return QStringLiteral("TO: ") + address + (name.isEmpty() ? QString() : u' ' + name);
+  const QString kind = ParseAddressEntry(FirstLine(row)).kind.toUpper();
+  return kind + QStringLiteral(": ") + address + (name.isEmpty() ? QString() : u' ' + name);
 }
 
 void BookPage::AddLine(QTableWidget&, const QString& line) {
   const AddressEntry entry = ParseAddressEntry(line);
-  AppendRow({entry.address, entry.displayName});
+  AppendRow({entry.address, entry.displayName}, line);
 }
 
 PageFault BookPage::Check() {
@@ -131,7 +158,7 @@ BookmarkPage::BookmarkPage()
     : ListPage(object_type::kBookmark, Ui::tr("お気に入り(&A)"), QStringLiteral("lvUrl"),
                {Ui::tr("アドレス"), Ui::tr("タイトル")}) {}
 
-QString BookmarkPage::Line(const QTableWidget&, int row) const {
+QString BookmarkPage::EditedLine(int row) const {
   QString url = Cell(row, 0);
   if (url.isEmpty()) return {};
   url.replace(u' ', QStringLiteral("%20"));
@@ -140,7 +167,7 @@ QString BookmarkPage::Line(const QTableWidget&, int row) const {
 }
 
 void BookmarkPage::AddLine(QTableWidget&, const QString& line) {
-  AppendRow({line.section(u' ', 0, 0), line.section(u' ', 1)});
+  AppendRow({line.section(u' ', 0, 0), line.section(u' ', 1)}, line);
 }
 
 }  // namespace vorn

@@ -16,10 +16,16 @@ class ListPage : public FormPage {
 
   void Loaded(const Disk& object) override;
   QTableWidget& List() const { return *list_; }
+  /// A row that was not edited gives the very line that it was read from.
+  QString Line(const QTableWidget& list, int row) const final;
 
  protected:
   QString Cell(int row, int column) const;
-  void AppendRow(const QStringList& cells);
+  void AppendRow(const QStringList& cells, const QString& line);
+  /// The line that a row was read from; empty for a new one.
+  QString FirstLine(int row) const;
+  /// The line of a row that is new or was edited.
+  virtual QString EditedLine(int row) const = 0;
 
  private:
   void KeepEmptyRow();
@@ -37,8 +43,10 @@ class BookPage : public ListPage {
  public:
   BookPage();
   PageFault Check() override;
-  QString Line(const QTableWidget& list, int row) const override;
   void AddLine(QTableWidget& list, const QString& line) override;
+
+ protected:
+  QString EditedLine(int row) const override;
 };
 
 /// A bookmark's entries: lines of an address, a blank and a title.
@@ -47,8 +55,10 @@ class BookmarkPage : public ListPage {
 
  public:
   BookmarkPage();
-  QString Line(const QTableWidget& list, int row) const override;
   void AddLine(QTableWidget& list, const QString& line) override;
+
+ protected:
+  QString EditedLine(int row) const override;
 };
 
 }  // namespace vorn

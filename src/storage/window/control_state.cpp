@@ -51,6 +51,20 @@ QString ListText(const FormWindow& window, const QTableWidget& list) {
   return lines.join(kLineBreak);
 }
 
+QString RowKey(const QTableWidget& list, int row) {
+  const QTableWidgetItem* item = list.item(row, 0);
+  return item == nullptr ? QString() : item->data(Qt::UserRole).toString();
+}
+
+QString ListValue(const FormWindow& window, const QTableWidget& list) {
+  const QString tag = TagOf(list);
+  if (tag.contains(u"text")) return ListText(window, list);
+  if (!tag.contains(u"key")) return RowKey(list, list.currentRow());
+  QStringList keys;
+  for (int row = 0; row < list.rowCount(); ++row) keys.append(RowKey(list, row));
+  return keys.join(kLineBreak);
+}
+
 // The control's value; invalid for a control that has none.
 QVariant ValueOf(const FormWindow& window, const QWidget& control) {
   if (const auto* text = qobject_cast<const QLineEdit*>(&control)) return text->text();
@@ -68,7 +82,7 @@ QVariant ValueOf(const FormWindow& window, const QWidget& control) {
     return item == nullptr ? QVariant() : item->data(0, Qt::UserRole);
   }
   if (const auto* list = qobject_cast<const QTableWidget*>(&control)) {
-    return ListText(window, *list);
+    return ListValue(window, *list);
   }
   return {};
 }
@@ -83,6 +97,12 @@ void FillList(FormWindow& window, QTableWidget& list, const QString& text) {
   list.setRowCount(0);
   for (const QString& line : text.split(kLineBreak, Qt::SkipEmptyParts)) {
     window.ControlListViewItem(list, line);
+  }
+}
+
+void SelectRow(QTableWidget& list, const QString& key) {
+  for (int row = 0; row < list.rowCount(); ++row) {
+    if (RowKey(list, row) == key) list.selectRow(row);
   }
 }
 
@@ -105,7 +125,8 @@ void SetValue(FormWindow& window, QWidget& control, const QVariant& value) {
   } else if (auto* tree = qobject_cast<QTreeWidget*>(&control)) {
     SelectNode(*tree, value.toString());
   } else if (auto* list = qobject_cast<QTableWidget*>(&control)) {
-    FillList(window, *list, value.toString());
+    TagOf(*list).contains(u"select") ? SelectRow(*list, value.toString())
+                                     : FillList(window, *list, value.toString());
   }
 }
 
@@ -129,7 +150,7 @@ void DiskToForm(FormWindow& window, const Disk& object) {
     const QVariant value = object.Get(control->objectName().mid(kPrefixLength));
     if (value.isValid()) SetValue(window, *control, value);
   }
-  window.CallBackFormData();
+  window.CallBackFormData(object);
 }
 
 bool HasControlFor(FormWindow& window, const QString& key) {

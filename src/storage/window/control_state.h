@@ -10,9 +10,10 @@ class QWidget;
 namespace vorn {
 
 /// What an editing window tells the copying of its controls. A control's key is its object name
-/// without the two-letter prefix; its words ("nosave", "text", "key", "select") stand in its
-/// dynamic property "tag". A control is saved when its parent is a frame named "frPage" whose "tag"
-/// is one of the pages that the window shows.
+/// without the two-letter prefix; its words stand in its dynamic property "tag". "nosave": it is
+/// only restored. Of a list "text" means the lines of its rows, "key" their keys, "select" and no
+/// word the selected row's key, which is the first cell's Qt::UserRole. A control is saved when its
+/// parent is a frame named "frPage" whose "tag" is one of the pages that the window shows.
 class FormWindow {
  public:
   virtual ~FormWindow() = default;
@@ -23,8 +24,8 @@ class FormWindow {
   /// The saved line of a list's row, and the row of a saved line.
   virtual QString ListViewLine(const QTableWidget& list, int row) const = 0;
   virtual void ControlListViewItem(QTableWidget& list, const QString& line) = 0;
-  /// Called after the controls were restored.
-  virtual void CallBackFormData() {}
+  /// Called after the controls were restored from that object, for what needs more.
+  virtual void CallBackFormData(const Disk& object) = 0;
 };
 
 /// The controls as a new bag under that serial identifier; the loaded object stays as it is until

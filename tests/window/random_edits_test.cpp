@@ -1,0 +1,225 @@
+// Random edits by keys and mouse, left in any state, and then one command: what the window showed
+// is what is sent and kept.
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <algorithm>
+
+#include "window/message_window_fixture.h"
+
+namespace vorn {
+namespace {
+
+// What a user sees of a message.
+struct Shown {
+  QStringList recipients;
+  QString subject;
+  QString text;
+
+  bool operator==(const Shown&) const = default;
+};
+
+void PrintTo(const Shown& shown, std::ostream* out) {
+  *out << qPrintable(shown.recipients.join(u'|') + u'\n' + shown.subject + u'\n' + shown.text);
+}
+
+class RandomEdits : public MessageWindowTest {
+ protected:
+  QTableWidget& Rows() const { return Child<QTableWidget>(*window_, u"lvMailaddress"); }
+  QString RowText(int row) const {
+    const auto* box =
+        qobject_cast<const QLineEdit*>(Rows().indexWidget(Rows().model()->index(row, 1)));
+    return box != nullptr ? box->text() : Rows().item(row, 1)->text();
+  }
+  QString Kind(int row) const {
+    const auto* kinds = qobject_cast<QComboBox*>(Rows().cellWidget(row, 0));
+    return kinds == nullptr ? QString() : kinds->currentData().toString();  // of a received one
+  }
+  Shown Look(bool withKinds = true) const {
+    static const QRegularExpression address(QStringLiteral("[a-z0-9.]+@[a-z.]+"));
+    Shown shown;
+    for (int row = 0; row < Rows().rowCount(); ++row) {
+      if (Kind(row) == u"FROM") continue;
+      const QString text = RowText(row);
+      auto matches = address.globalMatch(text);
+      while (matches.hasNext()) {
+        shown.recipients.append((withKinds ? Kind(row) + u' ' : QString()) +
+                                matches.next().captured());
+      }
+    }
+    std::sort(shown.recipients.begin(), shown.recipients.end());
+    shown.subject = Child<QLineEdit>(*window_, u"txSubject").text();
+    shown.text = Child<QPlainTextEdit>(*window_, u"txMemo").toPlainText();
+    return shown;
+  }
+  // Whether every row that holds something holds addresses alone.
+  bool CanBeSent() const {
+    static const QRegularExpression good(
+        QStringLiteral("^[a-z0-9.]+@example\\.jp(; [a-z0-9.]+@example\\.jp)*$"));
+    bool any = false;
+    for (int row = 0; row < Rows().rowCount(); ++row) {
+      if (Kind(row) == u"FROM" || RowText(row).isEmpty()) continue;
+      if (!good.match(RowText(row)).hasMatch()) return false;
+      any = true;
+    }
+    return any;
+  }
+
+  QString Address() { return QStringLiteral("a%1@example.jp").arg(++addresses_); }
+  QString Words() {
+    static const QStringList words{QStringLiteral("見積"), QStringLiteral("㈱髙橋"),
+                                   QStringLiteral("plain "), QStringLiteral("😀"),
+                                   QStringLiteral("ﾃｽﾄ")};
+    return words[chance_.bounded(words.size())];
+  }
+  void Key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* focus = window_->focusWidget();
+    QTest::keyClick(focus == nullptr ? window_ : focus, Qt::Key(key), modifiers);
+    QCoreApplication::processEvents();  // the view ends an edit in its own time
+  }
+  void Write(const QString& text) {
+    for (const QChar c : text) {
+      QWidget* focus = window_->focusWidget();
+      if (focus == nullptr) return;
+      QTest::sendKeyEvent(QTest::Click, focus, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
+  }
+  // The sender's row is left alone: its account is not the matter here.
+  int SomeRow() {
+    constexpr int kTries = 20;
+    int row = Rows().rowCount() - 1;
+    for (int i = 0; i < kTries && Kind(row) == u"FROM"; ++i) {
+      row = static_cast<int>(chance_.bounded(Rows().rowCount()));
+    }
+    return row;
+  }
+  void Act() {
+    const int row = SomeRow();
+    QTableWidgetItem* item = Rows().item(row, 1);
+    const auto action = chance_.bounded(10);
+    journal_ += QStringLiteral(" %1/%2").arg(action).arg(row);
+    switch (action) {
+      case 0:
+        test::ClickRow(Rows(), item);
+        break;
+      case 1:
+        QTest::mouseDClick(Rows().viewport(), Qt::LeftButton, {}, test::PlaceOf(Rows(), item));
+        Key(Qt::Key_A, Qt::ControlModifier);
+        Write(Address());
+        break;
+      case 2:
+        test::ClickRow(Rows(), Rows().item(Rows().rowCount() - 1, 1));
+        Write(Address());
+        break;
+      case 3: {
+        const int keys[] = {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape,
+                            Qt::Key_Delete, Qt::Key_Up,  Qt::Key_Down};
+        const int key = keys[chance_.bounded(6)];
+        QWidget* focus = window_->focusWidget();
+        // Escape outside an open row closes the window, as its menu says.
+        const bool isInRow = focus != nullptr && focus->objectName() == u"txMailaddress";
+        if (key != Qt::Key_Escape || isInRow) Key(key);
+        journal_ += QStringLiteral("(%1)").arg(key, 0, 16);
+        break;
+      }
+      case 4: {
+        auto& subject = Child<QLineEdit>(*window_, u"txSubject");
+        QTest::mouseClick(&subject, Qt::LeftButton);
+        Write(Words());
+        break;
+      }
+      case 5:
+      case 6: {
+        auto& memo = Child<QPlainTextEdit>(*window_, u"txMemo");
+        QTest::mouseClick(memo.viewport(), Qt::LeftButton, {}, QPoint(3, 3));
+        if (chance_.bounded(2) == 0) Key(Qt::Key_Return);
+        Write(Words());
+        break;
+      }
+      case 7: {
+        auto* kinds = qobject_cast<QComboBox*>(Rows().cellWidget(row, 0));
+        kinds->setFocus();
+        QTest::keyClick(kinds, Qt::Key_Down);
+        break;
+      }
+      case 8:
+        QGuiApplication::clipboard()->setText(Address() + QStringLiteral("; ") + Address());
+        test::ClickRow(Rows(), Rows().item(Rows().rowCount() - 1, 1));
+        Key(Qt::Key_V, Qt::ControlModifier);
+        break;
+      default:
+        Key(Qt::Key_Z, Qt::ControlModifier);
+    }
+    QCoreApplication::processEvents();
+  }
+  void Reopen(const QString& serialId) {
+    ASSERT_TRUE(Gone());
+    window_ = &Open(serialId);
+  }
+  void CloseWindow() {
+    window_->close();
+    ASSERT_TRUE(Gone());
+  }
+  void CheckSent(const Shown& shown, const QStringList& recipients, const QString& serialId) {
+    const qsizetype before = smtp_.Messages().size();
+    window_->activateWindow();  // a list of offers that closes leaves none active here
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+    Key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(Gone());
+    ASSERT_TRUE(WaitFor([&] { return smtp_.Messages().size() == before + 1; }));
+    const test::SentMessage sent = smtp_.Messages().last();
+    QStringList reached;
+    for (const QByteArray& address : sent.recipients) {
+      reached.append(QString::fromLatin1(address));
+    }
+    std::sort(reached.begin(), reached.end());
+    EXPECT_EQ(reached, recipients) << qPrintable(journal_);
+    for (const QString& line : shown.recipients) {
+      const bool isBlind = line.startsWith(u"BC ");
+      EXPECT_FALSE(isBlind && sent.source.contains(line.mid(3).toLatin1()));
+    }
+    ASSERT_TRUE(WaitFor([&] { return Column(serialId, QStringLiteral("STATUS")).toInt() == 3; }));
+    Reopen(Store(sent.source, 4));
+    EXPECT_EQ(Look().subject, shown.subject);
+    EXPECT_EQ(Look().text.trimmed(), shown.text.trimmed());
+    CloseWindow();
+  }
+
+  MessageWindow* window_ = nullptr;
+  QRandomGenerator chance_;
+  int addresses_ = 0;
+  QString journal_;  // the actions so far, for who looks into a failure
+};
+
+TEST_F(RandomEdits, WhatIsShownIsWhatIsSentAndKept) {
+  const int given = qEnvironmentVariableIntValue("VORN_EDITS_SEED");
+  const quint32 seed =
+      given != 0 ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() >> 1;
+  const int rounds = test::Rounds(12, 200);
+  int sent = 0;
+  for (int round = 0; round < rounds && !HasFailure(); ++round) {
+    SCOPED_TRACE("VORN_EDITS_SEED=" + std::to_string(seed) + " round " + std::to_string(round));
+    chance_.seed(seed + static_cast<quint32>(round));
+    window_ = &OpenStored(kDraft, 1);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+    const QString serialId = window_->Tag();
+    journal_.clear();
+    for (int action = static_cast<int>(chance_.bounded(4, 16)); action > 0; --action) Act();
+    const Shown shown = Look();
+    if (CanBeSent() && chance_.bounded(2) == 0) {
+      CheckSent(shown, Look(false).recipients, serialId);
+      ++sent;
+    } else {
+      CloseWindow();
+      Reopen(serialId);
+      EXPECT_EQ(Look(), shown) << qPrintable(journal_);
+      CloseWindow();
+    }
+  }
+  std::printf("%d random edits from seed %u, %d of them sent\n", rounds, seed, sent);
+}
+
+}  // namespace
+}  // namespace vorn
