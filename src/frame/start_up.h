@@ -6,9 +6,6 @@
 
 namespace vorn {
 
-/// The application title, as captions and messages show it.
-inline const QString kApplicationTitle = QStringLiteral(".VORN");
-
 /// The folder that holds the databases, with its separator: `requested` when one was named, else
 /// the executable's folder when it holds "vorn.ini" or "navi.mbx" (portable use), else the user's
 /// data folder for the application.

@@ -11,4 +11,7 @@ class Ui {
   Q_DECLARE_TR_FUNCTIONS(vorn::Ui)
 };
 
+/// The application title, as captions and messages show it.
+inline const QString kApplicationTitle = QStringLiteral(".VORN");
+
 }  // namespace vorn

@@ -115,7 +115,7 @@ class Commands(unittest.TestCase):
                               group=65534, extra_groups=[], capture_output=True,
                               env=dict(self.environment, HOME=self.folder.name))
         self.assertEqual(done.returncode, 3, done.stderr.decode())
-        self.assertIn("書き込めるかどうか", done.stderr.decode())
+        self.assertIn("に書き込めません", done.stderr.decode())
         self.assertEqual(before, {path: path.read_bytes() for path in before})
 
     def sources(self, folder):

@@ -16,7 +16,7 @@ import time
 
 VORNCTL, WORKER, TRIALS = sys.argv[1], sys.argv[2], int(sys.argv[3])
 SECONDS = 3.0
-REFUSED = "パスワードが違うか、ファイルの先頭が壊れています"
+REFUSED = "プロファイル情報を確認してください"
 
 
 def main():
@@ -50,7 +50,7 @@ def run(work):
                 code, text = ctl(known[-1], "list", "受信")
                 commands += 1
                 # A password that was changed meanwhile is refused; damage is something else.
-                if code not in (0, 3) or "壊れ" in text.replace(REFUSED, ""):
+                if code not in (0, 3) or "壊れ" in text:
                     problems.append(text)
                 time.sleep(chance.uniform(0, 0.3))
 

@@ -199,7 +199,7 @@ TEST_F(LostFilesTest, ADamagedFirstPageIsNoWrongPassword) {
   file.close();
   EXPECT_FALSE(Start(kPassword));
   EXPECT_TRUE(Says(QStringLiteral("壊れています"))) << error_.toStdString();
-  EXPECT_FALSE(Says(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+  EXPECT_FALSE(Says(QStringLiteral("プロファイル情報を確認してください"))) << error_.toStdString();
 }
 
 }  // namespace

@@ -158,7 +158,8 @@ TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
     }
     EXPECT_TRUE(error_.contains(QFileInfo(damage.path).fileName())) << error_.toStdString();
     EXPECT_TRUE(error_.contains(QStringLiteral("壊れて"))) << error_.toStdString();
-    EXPECT_FALSE(error_.contains(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+    EXPECT_FALSE(error_.contains(QStringLiteral("プロファイル情報を確認してください")))
+        << error_.toStdString();
     EXPECT_EQ(ReadFile(damage.path), damage.bytes);
     next_->Data.CloseAll();
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -166,7 +167,8 @@ TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
     file.close();
   }
   EXPECT_FALSE(LogInAgain(QStringLiteral("wrong")));
-  EXPECT_TRUE(error_.contains(QStringLiteral("パスワードが違う"))) << error_.toStdString();
+  EXPECT_TRUE(error_.contains(QStringLiteral("プロファイル情報を確認してください")))
+      << error_.toStdString();
   ASSERT_TRUE(LogInAgain()) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
   // The engine's own words are English; none of them reaches the user.

@@ -16,6 +16,7 @@
 #include "storage/like_pattern.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -52,7 +53,7 @@ AddressWindow::~AddressWindow() {
 void AddressWindow::BuildControls() {
   txString_->setObjectName(QStringLiteral("txString"));
   txString_->setClearButtonEnabled(true);
-  auto* label = new QLabel(Ui::tr("検索する文字(&T)"));
+  auto* label = PlainLabel(Ui::tr("検索する文字(&T)"));
   label->setBuddy(txString_);
   auto* tbSeek = new QToolBar;
   tbSeek->setObjectName(QStringLiteral("tbSeek"));

@@ -16,6 +16,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -29,7 +30,7 @@ constexpr int kMinimumWidth = 360;
 ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
     : QDialog(parent),
       context_(context),
-      label_(new QLabel),
+      label_(PlainLabel()),
       text_(new QLineEdit),
       sliderFrame_(new QWidget),
       slider_(new QSlider(Qt::Horizontal)),

@@ -14,6 +14,7 @@
 #include "objects/select_objects.h"
 #include "present/link_command.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -130,7 +131,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
   }
   place->setExpanded(true);
   node->setText(0, object.Text(u"Object"));
-  node->setToolTip(0, object.Text(u"ToolTipText"));
+  node->setToolTip(0, ShownToolTip(object.Text(u"ToolTipText")));
   node->setIcon(0, Icon(object.Text(u"Draw")));
   node->setData(0, kKeyRole, object.SerialID());
   node->setData(0, kTagRole, object.Text(u"FormName"));

@@ -11,12 +11,12 @@
 #include <QPushButton>
 
 #include "frame/profile_login.h"
-#include "frame/start_up.h"
 #include "frame/window/icons.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -34,11 +34,11 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
   txPassword_->setObjectName(QStringLiteral("txPassword"));
   txPassword_->setEchoMode(QLineEdit::Password);
 
-  auto* picture = new QLabel;
+  auto* picture = PlainLabel();
   picture->setObjectName(QStringLiteral("piObject"));
   picture->setPixmap(Icon(object_type::kProfile).pixmap(48, 48));
   auto* product =
-      new QLabel(kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
+      PlainLabel(kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   product->setObjectName(QStringLiteral("Label3"));
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -80,7 +80,7 @@ void LoginWindow::cmOk_Click() {
     check = CheckLogin(context_, profile, password);
   }
   if (check == LoginCheck::Refused) {
-    QMessageBox::information(this, kApplicationTitle, LoginRefusal(context_));
+    ShowBox(this, QMessageBox::Information, LoginRefusal(context_));
     txPassword_->selectAll();
     txPassword_->setFocus();
     return;
@@ -97,6 +97,7 @@ bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& passw
   for (const LostFile& file : lost) choice.reconnect += file.found;
   QMessageBox question(QMessageBox::Warning, kApplicationTitle, LostFilesText(lost),
                        QMessageBox::NoButton, this);
+  question.setTextFormat(Qt::PlainText);
   const auto button = [&question](const QString& name, const QString& text) {
     QPushButton* added = question.addButton(text, QMessageBox::ActionRole);
     added->setObjectName(name);
@@ -123,7 +124,7 @@ bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& passw
     return false;
   }
   if (!ResolveLostFiles(context_, profile, password, choice)) {
-    QMessageBox::warning(this, kApplicationTitle, context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Warning, context_.Data.LastError().text);
   }
   return true;
 }

@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 
-#include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "mail/export_messages.h"
 #include "mail/import_messages.h"
@@ -14,6 +13,7 @@
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -91,8 +91,7 @@ void ParentWindow::ImportFolder() {
 void ParentWindow::Import(const QStringList& paths) {
   if (paths.isEmpty()) return;
   if (traffic_.Control().Busy()) {
-    QMessageBox::information(this, kApplicationTitle,
-                             Ui::tr("送受信が終わってから取り込んでください。"));
+    ShowBox(this, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
     return;
   }
   const QSignalBlocker noSession(tmPlan_);
@@ -112,14 +111,14 @@ void ParentWindow::Import(const QStringList& paths) {
       Ui::tr("%1通を取り込みました。").arg(counts.imported) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
   if (!error.isEmpty()) {
-    QMessageBox::warning(this, kApplicationTitle, error + u'\n' + text);
+    ShowBox(this, QMessageBox::Warning, error + u'\n' + text);
   } else if (!counts.unreadable.isEmpty()) {
     WarnOf(this, text,
            Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
                .arg(counts.unreadable.size()),
            counts.unreadable);
   } else {
-    QMessageBox::information(this, kApplicationTitle, text);
+    ShowBox(this, QMessageBox::Information, text);
   }
 }
 
@@ -138,9 +137,9 @@ void ParentWindow::Export() {
   if (!path.endsWith(choice.suffix)) {
     path += choice.suffix;
     if (QFileInfo::exists(path) &&
-        QMessageBox::question(this, kApplicationTitle,
-                              Ui::tr("「%1」は既にあります。上書きしますか？").arg(path)) !=
-            QMessageBox::Yes) {
+        ShowBox(this, QMessageBox::Question,
+                Ui::tr("「%1」は既にあります。上書きしますか？").arg(path),
+                QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
       return;
     }
   }
@@ -156,12 +155,12 @@ void ParentWindow::Export() {
 // What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
 void ParentWindow::TellExported(const ExportOutcome& outcome) {
   if (!outcome.complete) {
-    QMessageBox::warning(this, kApplicationTitle, outcome.error);
+    ShowBox(this, QMessageBox::Warning, outcome.error);
     return;
   }
   const QString text = Ui::tr("%1通を書き出しました。").arg(outcome.count);
   if (outcome.unreadable.isEmpty()) {
-    QMessageBox::information(this, kApplicationTitle, text);
+    ShowBox(this, QMessageBox::Information, text);
     return;
   }
   WarnOf(this, text,
@@ -182,7 +181,7 @@ void ParentWindow::OpenArgument(const QString& argument) {
   QString error;
   const QString serialId = TakeMessageFile(context_, argument, &error);
   if (serialId.isEmpty()) {
-    QMessageBox::critical(this, kApplicationTitle, error);
+    ShowBox(this, QMessageBox::Critical, error);
     return;
   }
   OpenMessage(0, serialId, false);

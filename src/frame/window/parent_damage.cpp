@@ -3,11 +3,11 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "objects/profile.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -49,6 +49,7 @@ void ParentWindow::TellOneDamage(const KnownDamage& damage) {
               "バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めない"
               "かを調べられます。"),
       QMessageBox::NoButton, this);
+  box.setTextFormat(Qt::PlainText);
   box.setObjectName(QStringLiteral("damage"));
   QPushButton* receive = box.addButton(Ui::tr("それでも受信する"), QMessageBox::AcceptRole);
   QPushButton* later = box.addButton(Ui::tr("受信しない"), QMessageBox::RejectRole);
@@ -58,8 +59,8 @@ void ParentWindow::TellOneDamage(const KnownDamage& damage) {
   if (box.clickedButton() != receive) return;
   for (const QString& file : ProfileFiles(context_, *context_.Session)) {
     if (!file.endsWith(u'/' + damage.file) || AcceptDamage(context_, file)) continue;
-    QMessageBox::critical(this, kApplicationTitle,
-                          Ui::tr("判断を保存できません。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("判断を保存できません。") + context_.Data.LastError().text);
   }
 }
 

@@ -15,6 +15,7 @@
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
@@ -180,7 +181,7 @@ void ParentWindow::FillBookmarkMenu(QMenu* menu) {
       if (title.isEmpty()) title = url;
       menu->addAction(title.replace(u'&', QStringLiteral("&&")), this,
                       [this, url] { OpenWebPage(url); })
-          ->setToolTip(url);
+          ->setToolTip(ShownToolTip(url));
     }
   }
   if (menu->isEmpty()) menu->addAction(Ui::tr("（なし）"))->setEnabled(false);
@@ -194,22 +195,22 @@ void ParentWindow::OpenWebPage(const QString& url) {
 }
 
 void ParentWindow::EmptyDust() {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
-      Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   if (!vorn::EmptyDust(context_)) {
-    QMessageBox::critical(this, kApplicationTitle,
-                          Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
   }
   MessageStored();
 }
 
 void ParentWindow::ClearEvents() {
-  const auto answer = QMessageBox::question(this, kApplicationTitle,
-                                            Ui::tr("記録イベントをクリアします？よろしいですか？"),
-                                            QMessageBox::Ok | QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question, Ui::tr("記録イベントをクリアします？よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   tvConsole_->RemoveEvents();
   events_.Clear();

@@ -16,6 +16,7 @@
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -36,8 +37,8 @@ bool IsFilledByHand(const Context& context, const QString& folder) {
 // The end of a change to messages, of which a failure is told.
 void ParentWindow::EndChange(bool done) {
   if (!done) {
-    QMessageBox::critical(this, kApplicationTitle,
-                          Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
   }
   MessageStored();
 }
@@ -61,8 +62,8 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
     EndChange(SetDust(context_, messages, true));
     return;
   }
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Ok) EndChange(DeleteMessages(context_, messages));

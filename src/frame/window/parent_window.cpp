@@ -14,7 +14,6 @@
 #include <QUrl>
 
 #include "auxiliary/window/console_window.h"
-#include "frame/start_up.h"
 #include "frame/ui_language.h"
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
@@ -31,6 +30,7 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
+#include "storage/window/plain_text.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 
@@ -137,9 +137,9 @@ void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
 }
 
 void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle, Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer = ShowBox(this, QMessageBox::Question,
+                              Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
+                              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Ok) PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
 }
 
@@ -166,8 +166,8 @@ void ParentWindow::OfferDoubtful() {
   outbox.SettleLeftOver();
   const QList<DoubtfulMessage> messages = outbox.Doubtful();
   if (messages.isEmpty()) return;
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%1通あります。開いて確かめますか？")
           .arg(messages.size()),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
@@ -179,8 +179,8 @@ void ParentWindow::OfferDoubtful() {
 void ParentWindow::OfferDrafts() {
   const QStringList drafts = Drafts::LeftBehind(context_);
   if (drafts.isEmpty()) return;
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("前回、編集中のまま終了したメッセージが%1通あります。開きますか？").arg(drafts.size()),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
   if (answer != QMessageBox::Yes) return;
@@ -214,9 +214,8 @@ void ParentWindow::menuTools_Click(int index) {
       traffic_.Plan().Cancel();
       break;
     default:
-      QMessageBox::information(
-          this, kApplicationTitle,
-          kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
+      ShowBox(this, QMessageBox::Information,
+              kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   }
 }
 
@@ -320,11 +319,11 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
 }
 
 void ParentWindow::AskToOpen(const Disk& request) {
-  QMessageBox question(QMessageBox::Question, kApplicationTitle,
-                       Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
-                       QMessageBox::Ok | QMessageBox::Cancel, this);
-  question.setDefaultButton(QMessageBox::Cancel);
-  if (question.exec() != QMessageBox::Ok) return;
+  if (ShowBox(this, QMessageBox::Question,
+              Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Ok) {
+    return;
+  }
   for (const QString& serialId : request.Text(u"message").split(kLineBreak)) {
     OpenMessage(0, serialId, false);
   }
@@ -385,9 +384,10 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
                             const QString& category, const QString& text) {
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
-    sbStatus_->showMessage(title + QStringLiteral(": ") + text.section(kLineBreak, -1), 0);
+    sbStatus_->showMessage(
+        ShownText(title + QStringLiteral(": ") + text.section(kLineBreak, -1), kMostInTitle), 0);
   } else {
-    sbStatus_->showMessage(text.section(kLineBreak, -1), kMessageMs);
+    sbStatus_->showMessage(ShownText(text.section(kLineBreak, -1), kMostInTitle), kMessageMs);
   }
 }
 
@@ -475,12 +475,9 @@ void ParentWindow::OpenEvent(const QString& serialId) {
   const QString type = object == nullptr ? QString() : object->Text(u"FormName");
   const bool isSettings = reference == fixed_serial::kSettings;
   if (object == nullptr && !isSettings) {
-    QMessageBox box(QMessageBox::Information, kApplicationTitle,
-                    Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak +
-                        kLineBreak + record->Text(u"message"),
-                    QMessageBox::Ok, this);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    ShowBox(this, QMessageBox::Information,
+            Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak +
+                record->Text(u"message"));
     return;
   }
   PostDialog(reference, isSettings ? reference : type, kShowModal,
@@ -491,9 +488,9 @@ void ParentWindow::OpenEvent(const QString& serialId) {
 bool ParentWindow::MayEndSending() {
   const Pop& control = traffic_.Control();
   if (!control.Busy() || (control.Mode != kPopSend && control.Mode != kPopSendOther)) return true;
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle, Ui::tr("メッセージを送信しています。中止して終了しますか？"),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  const auto answer = ShowBox(this, QMessageBox::Question,
+                              Ui::tr("メッセージを送信しています。中止して終了しますか？"),
+                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   return answer == QMessageBox::Yes;
 }
 

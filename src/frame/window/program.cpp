@@ -18,6 +18,7 @@
 #include "objects/lost_files.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
@@ -64,7 +65,7 @@ ParentWindow* Program::Parent() const {
 }
 
 bool Program::Refuse(const QString& reason) const {
-  QMessageBox::critical(nullptr, kApplicationTitle, reason);
+  ShowBox(nullptr, QMessageBox::Critical, reason);
   return false;
 }
 
@@ -84,7 +85,7 @@ bool Program::Start() {
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
   RemoveWorkingFiles();
   if (!context_.Notices.isEmpty()) {
-    QMessageBox::information(nullptr, kApplicationTitle, context_.Notices.join(u'\n'));
+    ShowBox(nullptr, QMessageBox::Information, context_.Notices.join(u'\n'));
   }
   if (!context_.Objects.IsEmpty()) {
     ShowLogin();

@@ -6,6 +6,7 @@
 
 #include "frame/window/icons.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -15,7 +16,7 @@ constexpr int kPanelWidth = 220;
 }  // namespace
 
 MainStatusBar::MainStatusBar(QWidget* parent)
-    : QStatusBar(parent), icon_(new QLabel), text_(new QLabel), cancel_(new QToolButton) {
+    : QStatusBar(parent), icon_(PlainLabel()), text_(PlainLabel()), cancel_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(Ui::tr("中止"));
@@ -35,7 +36,7 @@ MainStatusBar::MainStatusBar(QWidget* parent)
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {
-  text_->setText(text);
+  text_->setText(ShownText(text, kMostInTitle));
   icon_->setPixmap(icon.isEmpty() ? QPixmap() : Icon(icon).pixmap(16, 16));
   cancel_->setVisible(!icon.isEmpty());
 }

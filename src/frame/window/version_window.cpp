@@ -6,8 +6,9 @@
 #include <QVBoxLayout>
 
 #include "frame/profile_login.h"
-#include "frame/start_up.h"
 #include "frame/window/icons.h"
+#include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -22,12 +23,12 @@ VersionWindow::VersionWindow(Context& context)
     : QWidget(nullptr, Qt::SplashScreen | Qt::WindowStaysOnTopHint), context_(context) {
   setObjectName(QStringLiteral("version"));
   setAttribute(Qt::WA_DeleteOnClose);
-  auto* picture = new QLabel;
+  auto* picture = PlainLabel();
   picture->setObjectName(QStringLiteral("Image1"));
   picture->setPixmap(Icon(QStringLiteral("mail")).pixmap(64, 64));
   picture->setAlignment(Qt::AlignCenter);
   auto* line =
-      new QLabel(kApplicationTitle + u' ' + QStringLiteral("version. ") + context_.VersionText);
+      PlainLabel(kApplicationTitle + u' ' + QStringLiteral("version. ") + context_.VersionText);
   line->setObjectName(QStringLiteral("Label1"));
   line->setAlignment(Qt::AlignCenter);
   auto* layout = new QVBoxLayout(this);

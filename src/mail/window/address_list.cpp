@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -90,7 +91,7 @@ void AddressList::MarkNamed(const QString& text) {
           });
       if (!names) continue;
       cell->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
-      cell->setToolTip(line.trimmed().toHtmlEscaped());
+      cell->setToolTip(ShownToolTip(line.trimmed()));
       cell->setData(Qt::AccessibleDescriptionRole, line.trimmed());
     }
   }
@@ -161,7 +162,7 @@ void AddressList::MarkFault(int row) {
   const bool isFault = editable_ && !FaultOf(cell->text()).isEmpty();
   cell->setData(Qt::ForegroundRole, isFault ? QVariant(QColor(kFaultColor)) : QVariant());
   cell->setIcon(isFault ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
-  cell->setToolTip(isFault ? FaultOf(cell->text()).toHtmlEscaped() : QString());
+  cell->setToolTip(ShownToolTip(FaultOf(cell->text())));
 }
 
 int AddressList::FaultRow() const {

@@ -20,6 +20,7 @@
 #include "objects/object_types.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -72,10 +73,11 @@ void AttachmentList::Fill() {
   for (const ModelAttachment& attachment : attachments_) {
     const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size()
                                          : ReadAttachment(attachment, source_).size();
-    auto* item =
-        new QListWidgetItem(icons.icon(QFileIconProvider::File),
-                            attachment.name + Ui::tr("（") + SizeText(size) + Ui::tr("）"), this);
-    item->setToolTip(attachment.isNew ? attachment.path : attachment.type);
+    auto* item = new QListWidgetItem(
+        icons.icon(QFileIconProvider::File),
+        ShownText(attachment.name, kMostInTitle) + Ui::tr("（") + SizeText(size) + Ui::tr("）"),
+        this);
+    item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
 }
 
@@ -201,12 +203,12 @@ void AttachmentList::OpenCurrent() {
   if (row < 0) return;
   const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
   if (IsExecutableName(attachment.name)) {
-    const auto answer = QMessageBox::warning(
-        this, kApplicationTitle,
-        Ui::tr("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
-               "あります。開きますか？")
-            .arg(attachment.name),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    const auto answer =
+        ShowBox(this, QMessageBox::Warning,
+                Ui::tr("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
+                       "あります。開きますか？")
+                    .arg(attachment.name),
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     if (answer != QMessageBox::Yes) return;
   }
   const QString path = WorkingPath(attachment.name);
@@ -247,7 +249,7 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void AttachmentList::Tell(const QString& text) {
-  QMessageBox::critical(this, kApplicationTitle, text);
+  ShowBox(this, QMessageBox::Critical, text);
 }
 
 }  // namespace vorn

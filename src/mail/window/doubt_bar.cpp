@@ -7,10 +7,11 @@
 #include "mail/outbox.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
-DoubtBar::DoubtBar(QWidget* parent) : QFrame(parent), label_(new QLabel) {
+DoubtBar::DoubtBar(QWidget* parent) : QFrame(parent), label_(PlainLabel()) {
   setObjectName(QStringLiteral("frDoubt"));
   setFrameShape(QFrame::StyledPanel);
   label_->setObjectName(QStringLiteral("lbDoubt"));
@@ -37,7 +38,7 @@ void DoubtBar::Show(const DoubtfulMessage& message) {
           : Ui::tr("いつ送信を試みたか: %1（サーバー「%2」）")
                 .arg(GeneralTimeText(message.started), message.server)};
   if (!message.reply.isEmpty()) lines.append(Ui::tr("サーバーの応答: %1").arg(message.reply));
-  label_->setText(lines.join(u'\n'));
+  label_->setText(ShownText(lines.join(u'\n')));
   show();
 }
 

@@ -1,5 +1,6 @@
 #include "mail/window/find_bar.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -12,7 +13,7 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit) {
   setObjectName(QStringLiteral("frFind"));
   box_->setObjectName(QStringLiteral("txFind"));
   box_->installEventFilter(this);
-  auto* label = new QLabel(Ui::tr("検索(&I)"));
+  auto* label = PlainLabel(Ui::tr("検索(&I)"));
   label->setBuddy(box_);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(4, 2, 4, 2);

@@ -19,6 +19,7 @@
 #include "frame/start_up.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
@@ -104,7 +105,7 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
 
   auto* button = new QPushButton(Ui::tr("リモート画像を表示(&R)"));
   button->setObjectName(QStringLiteral("cmRemoteImages"));
-  auto* text = new QLabel(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
+  auto* text = PlainLabel(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
   auto* bar = new QHBoxLayout(notice_);
   bar->setContentsMargins(6, 2, 6, 2);
   bar->addWidget(text, 1);
@@ -185,8 +186,8 @@ void HtmlView::Zoom(double factor) {
 void HtmlView::AskToOpen(const QUrl& url) {
   const QString scheme = url.scheme();
   if (scheme != u"http" && scheme != u"https" && scheme != u"mailto") return;
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + url.toString(QUrl::FullyEncoded),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer == QMessageBox::Yes) QDesktopServices::openUrl(url);

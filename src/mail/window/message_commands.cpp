@@ -33,6 +33,7 @@
 #include "storage/databases.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -66,8 +67,8 @@ void MessageWindow::ToolbarSend() {
   if (request_->Number(kProcess) < 0) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
     const QString name = dust != nullptr ? dust->Text(u"Object") : Ui::tr("くずかご");
-    const auto answer = QMessageBox::question(
-        this, kApplicationTitle,
+    const auto answer = ShowBox(
+        this, QMessageBox::Question,
         Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
         QMessageBox::Ok | QMessageBox::Cancel);
     if (answer != QMessageBox::Ok) return;
@@ -85,15 +86,15 @@ void MessageWindow::SendClicked() {
   FinishEditing();
   const QString missing = MissingForSending();
   if (!missing.isEmpty()) {
-    QMessageBox::information(this, kApplicationTitle, missing);
+    ShowBox(this, QMessageBox::Information, missing);
     lvMailaddress_->setFocus();
     lvMailaddress_->GoToFault();
     return;
   }
   if (txSubject_->text().isEmpty() &&
-      QMessageBox::question(this, kApplicationTitle,
-                            Ui::tr("件名が設定されていません。送信してよろしいですか？")) !=
-          QMessageBox::Yes) {
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("件名が設定されていません。送信してよろしいですか？"),
+              QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
     return;
   }
   const int before = request_->Number(kProcess);
@@ -105,15 +106,14 @@ void MessageWindow::SendClicked() {
 }
 
 void MessageWindow::CancelSending() {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
-      Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   if (!MailStore(context_).CancelWaiting(*request_)) {
-    QMessageBox::information(
-        this, kApplicationTitle,
-        Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。"));
+    ShowBox(this, QMessageBox::Information,
+            Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。"));
   }
   host_.MessageStored();
   Open();
@@ -152,8 +152,8 @@ void MessageWindow::StoreState() {
   const int rest = changed & ~kStateStatus;
   if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
   if (!stored) {
-    QMessageBox::critical(this, kApplicationTitle,
-                          Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
   }
 }
 
@@ -173,13 +173,13 @@ void MessageWindow::ToggleDust() {
 }
 
 void MessageWindow::DeleteClicked() {
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle, Ui::tr("メッセージを削除します。よろしいですか？"),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question, Ui::tr("メッセージを削除します。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
   if (!MailStore(context_).DeleteMessage(*request_)) {
-    QMessageBox::critical(this, kApplicationTitle,
-                          Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
     return;
   }
   request_->Let(QStringLiteral("messagedelete"), true);
@@ -210,7 +210,7 @@ void MessageWindow::ChooseFolders() {
 // Whether there is nothing to work with, which is told.
 bool MessageWindow::TellUnreadable() {
   if (!unreadable_) return false;
-  QMessageBox::critical(this, kApplicationTitle, txMemo_->toPlainText());
+  ShowBox(this, QMessageBox::Critical, txMemo_->toPlainText());
   return true;
 }
 
@@ -219,7 +219,7 @@ void MessageWindow::SaveToFile() {
   FinishEditing();
   QString error;
   const QByteArray source = IsEditable() ? Compose(&error) : source_;
-  if (!error.isEmpty()) QMessageBox::critical(this, kApplicationTitle, error);
+  if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
   if (source.isEmpty()) return;
   const QString path = QFileDialog::getSaveFileName(
       this, Ui::tr("ファイルに保存"), SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
@@ -229,8 +229,8 @@ void MessageWindow::SaveToFile() {
   if (file.open(QIODevice::WriteOnly) && file.write(source) == source.size() && file.commit()) {
     return;
   }
-  QMessageBox::critical(
-      this, kApplicationTitle,
+  ShowBox(
+      this, QMessageBox::Critical,
       Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
 }
 
@@ -247,9 +247,9 @@ void MessageWindow::PrintClicked() {
     return;
   }
   file.remove();
-  QMessageBox::critical(this, kApplicationTitle,
-                        Ui::tr("印刷するページを書き込めません。ディスクの空き容量を確認して"
-                               "ください。"));
+  ShowBox(this, QMessageBox::Critical,
+          Ui::tr("印刷するページを書き込めません。ディスクの空き容量を確認して"
+                 "ください。"));
 }
 
 void MessageWindow::ShowSource() {
@@ -260,7 +260,7 @@ void MessageWindow::ShowSource() {
   auto* dialog = new QDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setObjectName(QStringLiteral("source"));
-  dialog->setWindowTitle(GetMessageSubject() + Ui::tr(" ソース"));
+  dialog->setWindowTitle(ShownText(GetMessageSubject(), kMostInTitle) + Ui::tr(" ソース"));
   dialog->resize(kSourceSize);
   auto* text = new QPlainTextEdit(DecodeAutomatically(source.left(kSourceShown), Charset(), true));
   text->setReadOnly(true);
@@ -308,8 +308,8 @@ void MessageWindow::InsertRows(const QString& addressLines) {
 
 void MessageWindow::AskForReceipt() {
   request_->Let(QStringLiteral("notice"), false);
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) return;

@@ -19,6 +19,7 @@
 #include "mail/window/memo_box.h"
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -83,7 +84,7 @@ QWidget* MessageWindow::BuildMailPage() {
   auto* grid = new QGridLayout(page);
   txSubject_ = new QLineEdit;
   txSubject_->setObjectName(QStringLiteral("txSubject"));
-  AddRow(grid, 0, new QLabel(Ui::tr("件名(&J)")), txSubject_);
+  AddRow(grid, 0, PlainLabel(Ui::tr("件名(&J)")), txSubject_);
 
   lvMailaddress_ = new AddressList([this] { return KnownAddresses(context_); });
   lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kAddressRows);
@@ -92,7 +93,7 @@ QWidget* MessageWindow::BuildMailPage() {
   tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses)
       ->setToolTip(Ui::tr("アドレスブックから選びます。"));
   auto* beside = new QVBoxLayout;
-  auto* label = new QLabel(Ui::tr("アドレス(&D)"));
+  auto* label = PlainLabel(Ui::tr("アドレス(&D)"));
   label->setBuddy(lvMailaddress_);
   beside->addWidget(label);
   beside->addWidget(tbMailaddress_);
@@ -102,7 +103,7 @@ QWidget* MessageWindow::BuildMailPage() {
 
   lvClip_ = new AttachmentList(context_);
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
-  lbClip_ = new QLabel(Ui::tr("添付(&T)"));
+  lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 2, lbClip_, lvClip_);
   grid->addWidget(BuildBody(), 3, 0, 1, 2);
   grid->setRowStretch(3, 1);
@@ -142,15 +143,15 @@ QWidget* MessageWindow::BuildOptionPage() {
   QWidget* page = NewPage(QStringLiteral("option"));
   auto* grid = new QGridLayout(page);
   lvHeader_ = new HeaderList;
-  AddRow(grid, 0, new QLabel(Ui::tr("ヘッダ(&H)")), lvHeader_);
+  AddRow(grid, 0, PlainLabel(Ui::tr("ヘッダ(&H)")), lvHeader_);
   txReference_ = new QPlainTextEdit;
   txReference_->setObjectName(QStringLiteral("txReference"));
   txReference_->setTabChangesFocus(true);
   txReference_->setFixedHeight(txReference_->fontMetrics().lineSpacing() * (kReferenceRows + 1));
-  AddRow(grid, 1, new QLabel(Ui::tr("参照(&R)")), txReference_);
+  AddRow(grid, 1, PlainLabel(Ui::tr("参照(&R)")), txReference_);
   txInReplayTo_ = new QLineEdit;
   txInReplayTo_->setObjectName(QStringLiteral("txInReplayTo"));
-  AddRow(grid, 2, new QLabel(Ui::tr("返信元(&Y)")), txInReplayTo_);
+  AddRow(grid, 2, PlainLabel(Ui::tr("返信元(&Y)")), txInReplayTo_);
   grid->setRowStretch(0, 1);
   return page;
 }

@@ -25,6 +25,7 @@
 #include "mail/window/header_list.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -148,7 +149,7 @@ QString MessageWindow::GetMessageSubject() const {
 }
 
 void MessageWindow::ShowCaption() {
-  setWindowTitle(GetMessageSubject() + Ui::tr(" プロパティ"));
+  setWindowTitle(ShownText(GetMessageSubject(), kMostInTitle) + Ui::tr(" プロパティ"));
 }
 
 void MessageWindow::FinishEditing() {
@@ -185,9 +186,9 @@ QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) con
 bool MessageWindow::AskToSave(bool* cancelled) {
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
-  const auto answer = QMessageBox::question(this, kApplicationTitle,
-                                            Ui::tr("このメッセージを保存します。よろしいですか？"),
-                                            buttons, QMessageBox::Yes);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question, Ui::tr("このメッセージを保存します。よろしいですか？"),
+              buttons, QMessageBox::Yes);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }
@@ -196,7 +197,7 @@ bool MessageWindow::StoreEdited() {
   QString error;
   const QByteArray source = Compose(&error);
   if (source.isNull()) {
-    QMessageBox::critical(this, kApplicationTitle, error);
+    ShowBox(this, QMessageBox::Critical, error);
     return false;
   }
   if (!MailStore(context_).StoreMessage(*request_, source).isEmpty()) {
@@ -204,8 +205,8 @@ bool MessageWindow::StoreEdited() {
     host_.MessageStored();
     return true;
   }
-  QMessageBox::critical(this, kApplicationTitle,
-                        Ui::tr("メッセージを保存できません。") + context_.Data.LastError().text);
+  ShowBox(this, QMessageBox::Critical,
+          Ui::tr("メッセージを保存できません。") + context_.Data.LastError().text);
   return false;
 }
 

@@ -8,6 +8,7 @@
 
 #include "objects/object_types.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 #include "transfer/trusted_certificates.h"
 
 namespace vorn {
@@ -79,7 +80,7 @@ void ServerPage::AddCheckButton() {
   try_ = new QPushButton(Ui::tr("接続を確認(&K)"), this);
   try_->setObjectName(QStringLiteral("cmCheck") + prefix_);
   try_->setAutoDefault(false);
-  result_ = new QLabel(this);
+  result_ = PlainLabel({}, this);
   result_->setObjectName(QStringLiteral("lbCheck") + prefix_);
   result_->setWordWrap(true);
   result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -99,7 +100,8 @@ void ServerPage::AddCheckButton() {
     trusted_->setText(trusted.Stored());
     TryConnection();
   });
-  exception_ = new QLabel(this);
+  exception_ = PlainLabel({}, this);
+  exception_->setTextFormat(Qt::RichText);  // its text is ours
   exception_->setObjectName(QStringLiteral("lbTrust") + prefix_);
   exception_->setWordWrap(true);
   exception_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
@@ -149,7 +151,7 @@ void ServerPage::ShowException() {
 
 void ServerPage::ShowResult(bool ok, const QString& text) {
   try_->setEnabled(true);
-  result_->setText(text);
+  result_->setText(ShownText(text));
   trust_->setVisible(!ok && !check_.RefusedCertificate().isEmpty());
 }
 

@@ -10,6 +10,7 @@
 
 #include "objects/object_types.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -184,7 +185,7 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
       }
       box->setProperty(kOthers, others);
       if (!others.isEmpty()) {
-        layout->addWidget(new QLabel(Ui::tr("（ほか: %1）").arg(others.join(u','))));
+        layout->addWidget(PlainLabel(Ui::tr("（ほか: %1）").arg(others.join(u','))));
       }
       layout->addStretch();
       return box;

@@ -12,6 +12,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -22,7 +23,7 @@ const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("st
 }  // namespace
 
 EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* parent)
-    : QDialog(parent), context_(context), tsPage_(new QTabWidget), lbError_(new QLabel) {
+    : QDialog(parent), context_(context), tsPage_(new QTabWidget), lbError_(PlainLabel()) {
   setObjectName(name);
   setAttribute(Qt::WA_DeleteOnClose);
   tsPage_->setObjectName(QStringLiteral("tsPage"));
@@ -86,7 +87,7 @@ void EditingWindow::Activate() {
 }
 
 void EditingWindow::Tell(const PageFault& fault, const FormPage* page) {
-  lbError_->setText(fault.text);
+  lbError_->setText(ShownText(fault.text));
   lbError_->show();
   for (size_t i = 0; i < pages_.size(); ++i) {
     if (pages_[i] == page) tsPage_->setCurrentIndex(static_cast<int>(i));

@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -70,7 +71,7 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
   txSql_->setTabChangesFocus(true);
   txSql_->setPlaceholderText(Ui::tr("例: mail.FIELD_SUBJECT LIKE '*会議*' AND STATUS = 4"));
   Layout().addRow(QStringLiteral("&SQL"), txSql_);
-  matches_ = new QLabel(this);
+  matches_ = PlainLabel({}, this);
   matches_->setObjectName(QStringLiteral("lbMatches"));
   matches_->setWordWrap(true);
   Layout().addRow(matches_);

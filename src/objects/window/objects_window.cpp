@@ -14,6 +14,7 @@
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -114,7 +115,7 @@ bool ObjectsWindow::Save() {
     bag->Let(password, box->text());
   TakeOver(*bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
-    QMessageBox::critical(this, kApplicationTitle, Ui::tr("ファイルを削除できませんでした。"));
+    ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));
   }
   return true;
 }
@@ -129,15 +130,15 @@ void ObjectsWindow::cmDelete_Click() {
   const DiskPtr object = context.Objects.Find(Tag());
   if (object == nullptr) return;
   if (object->Flag(u"System") || Tag() == context.Session->SerialID()) {
-    QMessageBox::information(parentWidget(), kApplicationTitle,
-                             Ui::tr("標準のオブジェクトは削除できません。"));
+    ShowBox(parentWidget(), QMessageBox::Information,
+            Ui::tr("標準のオブジェクトは削除できません。"));
     return;
   }
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
   if (!OpenDatabase(context, kind) || !object->Delete(context.Data)) {
-    QMessageBox::critical(parentWidget(), kApplicationTitle,
-                          Ui::tr("削除できませんでした。") + context.Data.LastError().text);
+    ShowBox(parentWidget(), QMessageBox::Critical,
+            Ui::tr("削除できませんでした。") + context.Data.LastError().text);
     context.Data.Close();
     return;
   }

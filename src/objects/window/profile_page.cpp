@@ -12,10 +12,10 @@
 #include <QTableWidget>
 #include <utility>
 
-#include "frame/start_up.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -86,8 +86,8 @@ void ProfilePage::WarnOfNoPassword(bool none) {
     box->setEnabled(IsLoggedIn() && !none);
   }
   if (!none) return;
-  const auto answer = QMessageBox::warning(
-      this, kApplicationTitle,
+  const auto answer = ShowBox(
+      this, QMessageBox::Warning,
       Ui::tr("パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。"
              "よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
@@ -134,10 +134,10 @@ void ProfilePage::UseDatabase() {
 void ProfilePage::RemoveDatabase() {
   const QString file = SelectedFile();
   if (file.isEmpty() || file == txMail_->text()) return;  // the one in use stays
-  const auto answer = QMessageBox::question(
-      this, kApplicationTitle,
-      Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  const auto answer =
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
+              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) return;
   if (QFileInfo::exists(PlatformPath(context_, file)) && AskToDelete(file)) toDelete_.append(file);
   lvHistory_->removeRow(lvHistory_->currentRow());

@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -100,8 +101,8 @@ void BrowserWindow::OpenChosen(OpenMode mode) {
 }
 
 bool BrowserWindow::AgreesToOpen(qsizetype windows) {
-  const auto answer = QMessageBox::question(
-      this, windowTitle(),
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
       Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？").arg(windows),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   return answer == QMessageBox::Ok;

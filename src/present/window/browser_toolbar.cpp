@@ -18,6 +18,7 @@
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
@@ -126,7 +127,7 @@ void BrowserWindow::BuildPageBox() {
   txPage_->setFixedWidth(fontMetrics().horizontalAdvance(QString::number(kHighestPage)) + 4 * kGap);
   connect(txPage_, &QLineEdit::returnPressed, this, &BrowserWindow::GoToTypedPage);
   box->addWidget(txPage_);
-  lbPages_ = new QLabel(pageBox_);
+  lbPages_ = PlainLabel({}, pageBox_);
   lbPages_->setObjectName(QStringLiteral("lbPages"));
   box->addWidget(lbPages_);
   newest_ = button(QStringLiteral("newest"), QStyle::SP_MediaSkipForward, Ui::tr("最新のページ"),
@@ -256,7 +257,7 @@ void BrowserWindow::ShowLinkList() {
       QString text = link.text.simplified().left(kMenuTextLength);
       menu->addAction(text.replace(u'&', QStringLiteral("&&")), this,
                       [this, address = link.address] { FollowLink(address); })
-          ->setToolTip(link.address);
+          ->setToolTip(ShownToolTip(link.address));
     }
     if (links.isEmpty()) {
       QAction* nothing = menu->addAction(QStringLiteral("nothing.."));

@@ -19,6 +19,7 @@
 #include "present/window/link_page.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 
@@ -201,7 +202,7 @@ bool BrowserWindow::CreatePage() {
 void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
   UsePage(true);
   bag_->Let(QStringLiteral("local"), true);
-  setWindowTitle(title);
+  setWindowTitle(ShownText(title, kMostInTitle));
   ownPage_ = html;
   ShowText(html);
 }
@@ -279,7 +280,7 @@ void BrowserWindow::DocumentComplete(bool ok) {
 void BrowserWindow::ShowPlace() {
   if (IsLocal() || closing_) return;
   if (!txLocation_->hasFocus()) txLocation_->setText(wbUrl_->url().toString());
-  setWindowTitle(wbUrl_->title());
+  setWindowTitle(ShownText(wbUrl_->title(), kMostInTitle));
   UpdateHistoryState();
 }
 

@@ -24,6 +24,7 @@
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {
@@ -50,7 +51,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       txHtml_(new QPlainTextEdit),
       lvTag_(new QTableWidget(0, 2)),
       txPath_(new QLineEdit),
-      lbError_(new QLabel),
+      lbError_(PlainLabel()),
       wbPreview_(new QWebEngineView),
       page_(new LinkPage(profiles.Local(), wbPreview_)) {
   setObjectName(QStringLiteral("layout"));
@@ -113,7 +114,7 @@ QWidget* LayoutWindow::BuildEditor() {
   form->setContentsMargins(0, 0, 0, 0);
   form->addRow(Ui::tr("ひな形(&L):"), cbLayout_);
   const auto labelled = [form](const QString& text, QWidget* control) {
-    auto* label = new QLabel(text);
+    auto* label = PlainLabel(text);
     label->setBuddy(control);
     form->addRow(label);
     form->addRow(control);
@@ -223,15 +224,15 @@ void LayoutWindow::cmOk_Click() {
   if (Save(&error)) {
     accept();
   } else {
-    lbError_->setText(error);
+    lbError_->setText(ShownText(error));
   }
 }
 
 void LayoutWindow::reject() {
   if (txHtml_->document()->isModified()) {
-    const auto answer = QMessageBox::question(
-        this, windowTitle(), Ui::tr("変更を保存しますか？"),
-        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+    const auto answer =
+        ShowBox(this, QMessageBox::Question, Ui::tr("変更を保存しますか？"),
+                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
     if (answer == QMessageBox::Cancel) return;
     if (answer == QMessageBox::Yes) {
       cmOk_Click();

@@ -10,6 +10,7 @@
 #include <QTableWidget>
 
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 #include "transfer/receive_stop_rules.h"
 
 namespace vorn {
@@ -52,7 +53,7 @@ RulePage::RulePage()
   Layout().addRow(lvReceiveStop_);
 
   auto* hint =
-      new QLabel(Ui::tr("追加するには ($追加) を右クリックするか、選んでEnterキーを押します。\n"
+      PlainLabel(Ui::tr("追加するには ($追加) を右クリックするか、選んでEnterキーを押します。\n"
                         "使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字"),
                  this);
   hint->setWordWrap(true);

@@ -1,6 +1,6 @@
 #include "transfer/window/task_tray.h"
 
-#include "frame/start_up.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
