@@ -2540,5 +2540,9 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>このイベントのアカウントは削除されています。</source>
         <translation>The account of this event has been deleted.</translation>
     </message>
+    <message>
+        <source>このプロファイルは初めて使われます。パスワードをもう一度入力してください。</source>
+        <translation>This profile is used for the first time. Enter the password once more.</translation>
+    </message>
 </context>
 </TS>

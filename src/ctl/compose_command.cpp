@@ -29,24 +29,19 @@ bool Choose(const Choice (&choices)[N], const QString& word, int& value) {
   return false;
 }
 
-// "name <address>" or an address alone.
-void AddAddresses(MessageModel& model, const QString& kind, const QStringList& values) {
+// False for a value that holds anything else than addresses, with names or without.
+bool AddAddresses(MessageModel& model, const QString& kind, const QStringList& values) {
   for (const QString& value : values) {
-    AddressEntry entry;
-    entry.kind = kind;
-    const qsizetype bracket = value.lastIndexOf(u'<');
-    if (bracket >= 0 && value.endsWith(u'>')) {
-      entry.address = value.mid(bracket + 1).chopped(1).trimmed();
-      entry.displayName = value.left(bracket).trimmed();
-      if (entry.displayName.size() >= 2 && entry.displayName.startsWith(u'"') &&
-          entry.displayName.endsWith(u'"')) {
-        entry.displayName = entry.displayName.mid(1).chopped(1);
+    for (AddressEntry entry : ReadTypedAddresses(value)) {
+      if (!IsMailAddress(entry.address)) {
+        Complain(QStringLiteral("「%1」はメールアドレスではありません。").arg(value), kExitUsage);
+        return false;
       }
-    } else {
-      entry.address = value.trimmed();
+      entry.kind = kind;
+      model.addresses.append(entry);
     }
-    model.addresses.append(entry);
   }
+  return true;
 }
 
 QByteArray ReadAll(const QString& name, bool* ok) {
@@ -75,10 +70,12 @@ int Compose(const Arguments& arguments) {
   model.subject = arguments.Text(QStringLiteral("subject"));
   model.text = QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
   if (!ok) return Complain(QStringLiteral("--body-file を読み込めません。"), kExitFailure);
-  AddAddresses(model, QStringLiteral("TO"), arguments.All(QStringLiteral("to")));
-  AddAddresses(model, QStringLiteral("CC"), arguments.All(QStringLiteral("cc")));
-  AddAddresses(model, QStringLiteral("BC"), arguments.All(QStringLiteral("bcc")));
-  AddAddresses(model, QStringLiteral("FROM"), arguments.All(QStringLiteral("from")));
+  for (const auto& [kind, option] : {std::pair{QStringLiteral("TO"), QStringLiteral("to")},
+                                     {QStringLiteral("CC"), QStringLiteral("cc")},
+                                     {QStringLiteral("BC"), QStringLiteral("bcc")},
+                                     {QStringLiteral("FROM"), QStringLiteral("from")}}) {
+    if (!AddAddresses(model, kind, arguments.All(option))) return kExitUsage;
+  }
   for (const QString& path : arguments.All(QStringLiteral("attach"))) {
     ReadAll(path, &ok);
     if (!ok) return Complain(QStringLiteral("「%1」を読み込めません。").arg(path), kExitFailure);

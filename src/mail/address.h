@@ -17,6 +17,10 @@ struct AddressEntry {
 /// What stands in the place of an address that is missing.
 inline const QString kUnknownAddress = QStringLiteral("(不明なメールアドレス)");
 
+/// The address of an entry that a user has not finished: what was typed is its display name. Such
+/// an entry is only kept in a draft.
+inline const QString kNoAddress = QStringLiteral("@");
+
 /// Turns one decoded address header, name included, into address lines joined with CR LF: the name
 /// upper-cased with its colon, a blank, the address, and, when there is one, a blank and the
 /// display name. A group (RFC 5322 section 3.4) gives its members.

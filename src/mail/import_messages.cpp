@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QMultiHash>
+#include <QSet>
 #include <algorithm>
 
 #include "mail/mail_archive.h"
@@ -81,9 +82,24 @@ class Importer {
         ++counts_.known;
         return true;
       case MailStore::Received::Stored:
+        brought_.insert(id);
         ++counts_.imported;
     }
     return counts_.imported % kGroupMessages != 0 || context_.Data.FlushGroup();
+  }
+
+  // After a failure the engine may have taken back more than the last message.
+  void CountStored() {
+    counts_.imported = 0;
+    if (!OpenDatabase(context_, DatabaseKind::Mail)) return;
+    if (context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail"),
+                                    CursorKind::ForwardOnly)) {
+      const RecordsetPtr rows = context_.Data.Recordset();
+      for (; !rows->Eof(); rows->MoveNext()) {
+        counts_.imported += brought_.contains(rows->Fields(u"FIELD_ID").toString()) ? 1 : 0;
+      }
+    }
+    context_.Data.Close();
   }
 
  private:
@@ -116,6 +132,7 @@ class Importer {
   ImportCounts& counts_;
   IndexOptions options_;
   QHash<QString, UnreadableMessage> ids_;  // by identifier
+  QSet<QString> brought_;                  // identifiers, by this import
   QMultiHash<size_t, QString> stored_;     // serial identifiers
 };
 
@@ -149,6 +166,7 @@ bool ImportMessages(Context& context, const QString& path, const QString& folder
   if (ended) *error = Ui::tr("中止しました。");
   if (stored && written) return read && !ended;
   *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;
+  importer.CountStored();
   return false;
 }
 

@@ -9,6 +9,7 @@ namespace {
 // The separator of the files this program writes: what follows is exactly as it was stored.
 constexpr char kOwnSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
 constexpr char kFrom[] = "From ";
+constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";  // which some editors leave behind
 constexpr qint64 kLookedAt = 1000;  // of what follows a separator, and of a separator
 
 bool IsEmptyLine(QByteArrayView line) {
@@ -41,7 +42,9 @@ class MboxReader {
       : file_(file), take_(take) {}
 
   bool Run() {
-    const QByteArray first = file_.readLine();
+    QByteArray first = file_.readLine();
+    if (first.startsWith(kByteOrderMark)) first.remove(0, qsizetype(sizeof(kByteOrderMark)) - 1);
+    while (IsEmptyLine(first)) first = file_.readLine();
     datesNeeded_ = HasDate(first);
     Begin(first);
     while (!file_.atEnd()) {
@@ -100,7 +103,9 @@ class MboxReader {
     if (length_ > file_.size() - place || !file_.seek(place + length_)) return false;
     QByteArray line = file_.readLine();
     while (IsEmptyLine(line)) line = file_.readLine();
-    const bool fits = line.isEmpty() || (line.startsWith(kFrom) && HasDate(line));
+    // What is taken for the end here has to be one where it is read, too: nothing may lie between.
+    const bool fits = line.isEmpty() || (line.startsWith(kFrom) && HasDate(line) &&
+                                         PrecedesMessage(file_.peek(kLookedAt)));
     return file_.seek(place) && fits;
   }
 

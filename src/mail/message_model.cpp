@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "mail/attachment_files.h"
 #include "mail/attachments.h"
 #include "mail/mime_codec.h"
 #include "mail/text_extraction.h"
@@ -260,6 +261,25 @@ void AddRowWhenMissing(QStringList& rows, const QString& name, const QString& va
   rows.append(name + u' ' + value);
 }
 
+// A receipt that was kept as a draft, or called back, goes out as the report that it is: its second
+// part (RFC 8098) is no file of the user's.
+void TakeReport(const StoredMessage& message, MessageModel& model) {
+  const auto part = std::find_if(
+      model.attachments.begin(), model.attachments.end(), [](const ModelAttachment& attachment) {
+        return attachment.type.startsWith(u"message/disposition-notification", Qt::CaseInsensitive);
+      });
+  if (part == model.attachments.end()) return;
+  ReceiptReport report;
+  for (const QByteArray& field : ReadAttachment(*part, message.source).split('\n')) {
+    const QString value = QString::fromUtf8(field.mid(field.indexOf(':') + 1)).trimmed();
+    const QByteArray name = field.toLower();
+    if (name.startsWith("final-recipient:")) report.recipient = value.section(u';', 1).trimmed();
+    if (name.startsWith("original-message-id:")) report.messageId = value;
+  }
+  model.report = report;
+  model.attachments.erase(part);
+}
+
 }  // namespace
 
 EditSettings EditSettings::From(const Disk& settings) {
@@ -316,6 +336,9 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
     if (!sender.address.isEmpty() && !HasKind(model.addresses, u"FROM")) {
       model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
     }
+  }
+  if (message.isWritten && mode == OpenMode::Show && settings.standardHeaders) {
+    TakeReport(message, model);
   }
   if (mode == OpenMode::Receipt && settings.standardHeaders) {
     model.report = ReceiptReport{FirstOf(model.addresses, u"FROM"), model.inReplyTo};

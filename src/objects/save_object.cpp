@@ -1,6 +1,9 @@
 #include "objects/save_object.h"
 
+#include <algorithm>
+
 #include "objects/object_types.h"
+#include "storage/file_notes.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -28,10 +31,27 @@ void ApplyDefaultProfileRule(Context& context, Disk& saved) {
                        QuoteSql(saved.SerialID()));
 }
 
+// Another program in the profile may have worked since this one read it. A count that went back
+// would hide that a file is older than it (see `CountWork`).
+void KeepHighestWorks(DataSession& data, Disk& profile) {
+  Disk stored(profile.SerialID());
+  if (!stored.DatabaseToDisk(data)) return;
+  QList<FileNote> notes = FileNotes(profile);
+  for (FileNote& note : notes) {
+    for (const FileNote& other : FileNotes(stored)) {
+      if (other.path == note.path && other.mark == note.mark) {
+        note.works = std::max(note.works, other.works);
+      }
+    }
+  }
+  LetFileNotes(profile, notes);
+}
+
 // The logged-in profile is the session bag too; what only the running program may know stays out
 // of the file, the password above all.
 bool StoreRows(DataSession& data, Disk& object) {
   if (object.Text(u"FormName") != object_type::kProfile) return object.DiskToDatabase(data);
+  if (!FileNotes(object).isEmpty()) KeepHighestWorks(data, object);
   Disk stored(object.SerialID());
   for (qint32 i = 1; i <= object.Size(); ++i) {
     const QString& name = object.NameAt(i);

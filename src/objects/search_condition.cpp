@@ -70,7 +70,11 @@ QString FormatConditionLine(const ConditionLine& line) {
   for (const KindWord& word : kKindWords) {
     if (word.kind == line.kind) fields[kKindField] = word.word;
   }
-  return (fields + line.values).join(kFieldSeparator);
+  // Without the separators of values that are empty at the end: a stored text that ends with zeros
+  // is one that lost its end.
+  fields += line.values;
+  while (fields.last().isEmpty()) fields.removeLast();
+  return fields.join(kFieldSeparator);
 }
 
 namespace {

@@ -121,11 +121,11 @@ bool Statement::IsLongBinary(int column) const {
   return type != nullptr && std::string_view(type) == kLongBinaryType;
 }
 
-bool Statement::EndsWithNul(int column) const {
+bool Statement::EndsWithNul(int column, int least) const {
   if (sqlite3_column_type(handle_, column) != SQLITE_TEXT) return false;
   const unsigned char* text = sqlite3_column_text(handle_, column);
   const int bytes = sqlite3_column_bytes(handle_, column);
-  return bytes > 0 && text[bytes - 1] == 0;
+  return bytes >= least && text[bytes - 1] == 0;
 }
 
 QVariant Statement::Value(int column) const {

@@ -41,8 +41,8 @@ class Statement {
   /// Whether the column holds a reference to data kept in a table of its own.
   bool IsLongBinary(int column) const;
   QVariant Value(int column) const;
-  /// Whether the column is a text whose last character is zero.
-  bool EndsWithNul(int column) const;
+  /// Whether the column is a text of at least so many bytes whose last character is zero.
+  bool EndsWithNul(int column, int least = 1) const;
 
  private:
   Connection& connection_;

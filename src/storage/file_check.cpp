@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "storage/connection.h"
+#include "storage/schema.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -161,7 +162,7 @@ class FileCheck {
     Statement::Step step = row == nullptr ? Statement::Step::Failed : row->Next();
     qint64 cut = 0;
     for (; step == Statement::Step::Row; step = row->Next()) {
-      if (row->EndsWithNul(2)) ++cut;
+      if (row->EndsWithNul(2, kLeastSpread)) ++cut;
     }
     if (step == Statement::Step::Failed) Unreadable();
     if (cut > 0) Problem(Ui::tr("壊れた設定の値が%1件あります。").arg(cut));

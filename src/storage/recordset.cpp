@@ -1,6 +1,7 @@
 #include "storage/recordset.h"
 
 #include "storage/connection.h"
+#include "storage/schema.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -46,6 +47,7 @@ void Recordset::ReadColumns() {
   }
   const QString& last = columns_.back().name;
   endTells_ = last == u"FIELD_FLAG" || last == u"PROPERTY";
+  leastCut_ = last == u"PROPERTY" ? kLeastSpread : 1;
 }
 
 void Recordset::StepForward() {
@@ -63,7 +65,7 @@ void Recordset::StepForward() {
 // Of a row that fills several pages the last may come as zeros (see `IsAsWritten`); then the
 // table's last column, which is never empty, ends with them.
 bool Recordset::IsCutShort() const {
-  return endTells_ && statement_->EndsWithNul(static_cast<int>(columns_.size()) - 1);
+  return endTells_ && statement_->EndsWithNul(static_cast<int>(columns_.size()) - 1, leastCut_);
 }
 
 void Recordset::NoteFailure() const {

@@ -83,6 +83,7 @@ class Recordset {
   std::vector<Column> columns_;
   bool hasRow_ = false;
   bool endTells_ = false;  // the last column tells whether a row is whole
+  int leastCut_ = 1;       // with at least so many bytes
   bool cutShort_ = false;
   mutable StorageError error_;
 

@@ -19,6 +19,9 @@ inline constexpr std::string_view kLongBinaryType = "LONGBINARY";
 /// What the engine says when a message is changed that is being sent.
 inline constexpr std::string_view kInTransferWords = "message in transfer";
 
+/// Rows with fewer bytes lie in one page: they cannot have lost their end alone.
+inline constexpr int kLeastSpread = 2048;
+
 /// Type codes of `DataSession::CreateField`.
 enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Memo = 12 };
 

@@ -135,6 +135,10 @@ class Translator {
         Parameter(QString(token.text).replace(u'/', u'-'));
         break;
       case TokenKind::Name:
+        if (IsSourceColumn(i, QStringView(token.text))) {
+          EmitLongBinary(IsQualified(i));
+          break;
+        }
         sql_ += u'"' + QString(token.text).replace(u'"', QStringLiteral("\"\"")) + u'"';
         break;
       case TokenKind::Word:
@@ -150,9 +154,8 @@ class Translator {
 
   void EmitWord(size_t i) {
     const Token& token = tokens_[i];
-    const Token* previous = PreviousSolid(i);
     const Token* next = NextSolid(i);
-    const bool qualified = previous != nullptr && previous->IsSymbol(u'.');
+    const bool qualified = IsQualified(i);
     const bool isCall = next != nullptr && next->IsSymbol(u'(');
     if (token.IsWord(QLatin1String("WHERE"))) inCondition_ = true;
     if (token.IsWord(QLatin1String("FROM"))) inCondition_ = false;
@@ -162,12 +165,24 @@ class Translator {
       sql_ += u'1';
     } else if (!qualified && token.IsWord(QLatin1String("FALSE"))) {
       sql_ += u'0';
-    } else if (inCondition_ && token.IsWord(QLatin1String("MAIL")) && !isCall &&
-               !(next != nullptr && next->IsSymbol(u'.'))) {
+    } else if (IsSourceColumn(i, QStringView(token.text))) {
       EmitLongBinary(qualified);
     } else {
       sql_ += token.text;
     }
+  }
+
+  bool IsQualified(size_t i) {
+    const Token* previous = PreviousSolid(i);
+    return previous != nullptr && previous->IsSymbol(u'.');
+  }
+
+  // Whether a name in a condition is that of the messages' sources.
+  bool IsSourceColumn(size_t i, QStringView name) {
+    const Token* next = NextSolid(i);
+    const bool isOther = next != nullptr && (next->IsSymbol(u'.') || next->IsSymbol(u'('));
+    return inCondition_ && !isOther &&
+           name.compare(QLatin1String("MAIL"), Qt::CaseInsensitive) == 0;
   }
 
   // The column holds a reference to data kept in a table of its own.
@@ -175,7 +190,7 @@ class Translator {
     qsizetype start = sql_.size();
     if (qualified) {
       start = sql_.lastIndexOf(u'.');
-      while (start > 0 && IsWordPart(sql_[start - 1])) --start;
+      while (start > 0 && (IsWordPart(sql_[start - 1]) || sql_[start - 1] == u'"')) --start;
     }
     sql_.insert(start, QStringLiteral("LONG_BINARY("));
     sql_ += QStringLiteral("MAIL)");

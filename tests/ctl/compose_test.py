@@ -87,7 +87,7 @@ class Composing(unittest.TestCase):
                     file.write(data)
                 more += ["--attach", self.path(file_name)]
                 files.append((file_name, data))
-            source = self.compose(subject, body, *more, to="%s <y@example.org>" % name)
+            source = self.compose(subject, body, *more, to='"%s" <y@example.org>' % re.sub(r'(["\\])', r"\\\1", name))
             with self.subTest(case=case, charset=charset, subject=subject):
                 self.check_wire(source)
                 shown = self.inspect()

@@ -7,8 +7,13 @@
 #include <QDir>
 #include <QProcess>
 
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "objects/file_age.h"
 #include "objects/lost_files.h"
+#include "objects/save_object.h"
 #include "storage/databases.h"
+#include "storage/file_notes.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -60,6 +65,40 @@ TEST(SideBySide, LooksAtTheFilesTakeNoLockAway) {
     EXPECT_TRUE(IsHeldForOthers(path + QStringLiteral("-shm"))) << path.toStdString();
   }
   for (const QString& path : paths) EXPECT_TRUE(IsHeldForOthers(path)) << path.toStdString();
+}
+
+// A program that was started earlier and ends later knows an older count of what was sent and
+// received; an older copy of the mail file would then pass for the file.
+TEST(SideBySide, AnEarlierLoginDoesNotTakeTheCountOfWorkBack) {
+  TestProfile profile;
+  Context& early = profile.Get();
+  ASSERT_TRUE(CountWork(early));
+  const auto works = [](const Context& context) {
+    qint64 most = 0;
+    for (const FileNote& note : FileNotes(*context.Session)) most = std::max(most, note.works);
+    return most;
+  };
+  QString error;
+  const auto logIn = [&](Context& context) {
+    return StartUp(context, profile.Folder(), &error) && LogIn(context, {}, {}, &error);
+  };
+  qint64 counted = 0;
+  {
+    Context late;
+    ASSERT_TRUE(logIn(late)) << error.toStdString();
+    for (int i = 0; i < 3; ++i) ASSERT_TRUE(CountWork(late));
+    counted = works(late);
+    late.Data.CloseAll();
+  }
+  ASSERT_GT(counted, works(early));
+  EXPECT_TRUE(NoteFiles(early));
+  for (const DatabaseKind kind : {DatabaseKind::Navigator, DatabaseKind::Profile}) {
+    EXPECT_TRUE(SaveObject(early, kind, *early.Session));
+  }
+  Context next;
+  ASSERT_TRUE(logIn(next)) << error.toStdString();
+  EXPECT_EQ(works(next), counted);
+  next.Data.CloseAll();
 }
 
 // A log that is being written to may look torn or foreign to whoever reads it at that moment.

@@ -76,6 +76,20 @@ TEST(MboxTest, ALengthIsBelievedOnlyWhenItFits) {
             Messages({"Content-Length: 11\r\n\r\nFrom here\r\n", "B: 2\r\n\r\n"}));
 }
 
+// A length that ended before a line like a separator's lost all that followed it.
+TEST(MboxTest, ALengthIsBelievedOnlyWhereAMessageBeginsBehindIt) {
+  const QByteArray separator = "From a@b.c Thu Nov 26 10:00:00 2026\n";
+  const QByteArray text = "two\n\n" + separator + "this line has no colon\nSECRET\n";
+  const Messages read =
+      Read(separator + "Content-Length: 4\n\n" + text + "\n" + separator + "B: 2\n\n");
+  ASSERT_EQ(read.size(), 2);
+  EXPECT_TRUE(read[0].contains("SECRET")) << read[0].toStdString();
+  // What stands before the first separator makes no message of the file.
+  for (const QByteArray& before : {QByteArray("\n"), QByteArray("\xEF\xBB\xBF")}) {
+    EXPECT_EQ(Read(before + separator + "A: 1\n\n\n" + separator + "B: 2\n\n").size(), 2);
+  }
+}
+
 TEST(MboxTest, WhatIsWrittenIsReadUnchanged) {
   const Messages messages{"A: 1\r\n\r\nFrom x\r\n>From y\r\n>>From z",
                           "From: a\n\nbare\n",

@@ -198,6 +198,21 @@ TEST_F(OpenModes, ADraftKeepsItsThreadAndItsText) {
     }
   }
   EXPECT_EQ(Open(Resend, "Message-ID: <m@x>\r\n").inReplyTo, QString());
+  // A receipt as well: its report is no file.
+  MessageModel receipt;
+  receipt.text = text;
+  receipt.report = ReceiptReport{QStringLiteral("me@x"), QStringLiteral("<m@x>")};
+  ComposeOptions options;
+  options.settings = settings_;
+  options.boundaryToken = QStringLiteral("b");
+  const QByteArray first = ComposeMessage(receipt, options);
+  StoredMessage message;
+  message.source = first;
+  message.contentIndex = IndexMessage(first, {}, {settings_.textTypes, true}).content;
+  message.isWritten = true;
+  receipt = OpenSource(message, Show, false, settings_, {}, {});
+  EXPECT_TRUE(receipt.attachments.empty());
+  EXPECT_EQ(ComposeMessage(receipt, options), first);
 }
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {

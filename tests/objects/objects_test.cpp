@@ -4,6 +4,7 @@
 #include "objects/account.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/save_object.h"
 #include "objects/search_condition.h"
 #include "objects/select_objects.h"
@@ -273,6 +274,24 @@ TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
   EXPECT_EQ(Statement({Line(Kind::Folder, {fixed_serial::kInbox}),
                        Line(Kind::Folder, {fixed_serial::kOutbox})}),
             QStringLiteral("SELECT * FROM mail WHERE STATUS = 4 OR STATUS = 3"));
+}
+
+// A condition without a value ended its text with zeros, which read as a text that lost its end:
+// the folder was gone and nothing was received any more.
+TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
+  Context& context = profile_.Get();
+  const QString line =
+      FormatConditionLine({ConditionLine::Kind::Subject, true, false, {QString()}});
+  EXPECT_FALSE(line.endsWith(QChar(u'\0')));
+  EXPECT_EQ(ParseConditionLine(line)->kind, ConditionLine::Kind::Subject);
+  const DiskPtr folder =
+      MakeObject(QStringLiteral("f_empty"), object_type::kFolder, QStringLiteral("empty"));
+  folder->Let(QStringLiteral("Condition"), line + QChar(u'\0') + QChar(u'\0'));  // as it was stored
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
+  const QString file = ProfileFiles(context, *context.Session).first();
+  EXPECT_TRUE(context.Data.CheckFile(file, {}, FileContents::Objects).IsSound());
+  profile_.Restart();
+  EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);
 }
 
 TEST_F(SearchConditionTest, LinesReadBackAndOddOnesAreSkipped) {

@@ -153,7 +153,7 @@ TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
   EXPECT_FALSE(page.contains("<script>"));
 }
 
-TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnceForEachRow) {
+TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnce) {
   Store("a");
   Store("b");
   SetRows(0);

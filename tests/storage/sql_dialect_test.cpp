@@ -33,6 +33,10 @@ TEST(SqlDialect, TheDialectsOwnFormsAreTranslated) {
       QStringLiteral("SELECT 1 WHERE DATEDIFF(?, NOW(), mail.FIELD_TIMESTAMP )"));
   EXPECT_EQ(Translated(QStringLiteral("SELECT 1 WHERE a = 'x' & 'y'")),
             QStringLiteral("SELECT 1 WHERE a = ? || ?"));
+  EXPECT_EQ(Translated(QStringLiteral("SELECT * FROM mail WHERE [MAIL] LIKE '*x*'")),
+            QStringLiteral("SELECT * FROM mail WHERE LONG_BINARY(MAIL) LIKE ?"));
+  EXPECT_EQ(Translated(QStringLiteral("SELECT * FROM mail WHERE [mail].[MAIL] LIKE '*x*'")),
+            QStringLiteral("SELECT * FROM mail WHERE LONG_BINARY(\"mail\".MAIL) LIKE ?"));
   EXPECT_EQ(Translated(QStringLiteral("SELECT * FROM mail WHERE mail.MAIL LIKE '*x*'")),
             QStringLiteral("SELECT * FROM mail WHERE LONG_BINARY(mail.MAIL) LIKE ?"));
 }

@@ -224,5 +224,103 @@ TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
   EXPECT_FALSE(source(serialId).contains("a@example.jp"));
 }
 
+// Where a hurried user types an address it must become one, and change nothing else.
+TEST_F(MessageWindowTest, WhatIsTypedAtTheRowsGoesIntoTheRowThatIsMeant) {
+  MessageWindow& window = OpenStored(kDraft, 1);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto kindOf = [&list](int row) {
+    return qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+  };
+  const auto shown = [&] {
+    QStringList rows;
+    for (int row = 0; row < list.rowCount(); ++row) {
+      const auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(row, 1)));
+      const QString text = box != nullptr ? box->text() : list.item(row, 1)->text();
+      if (!text.isEmpty()) rows.append(kindOf(row)->currentData().toString() + u' ' + text);
+    }
+    return rows;
+  };
+  const auto type = [&window](const char* text) {
+    QTest::keyClicks(window.focusWidget(), QString::fromLatin1(text));
+  };
+  const QStringList before = shown();
+  // By Tab from the subject: a new row, not the kind of the first one.
+  auto& subject = Child<QLineEdit>(window, u"txSubject");
+  subject.setFocus();
+  QTest::keyClick(&subject, Qt::Key_Tab);
+  type("bob@example.jp");
+  EXPECT_EQ(shown(), before + QStringList{QStringLiteral("TO bob@example.jp")});
+  QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+  QCoreApplication::processEvents();
+  // By a click on the row that is the current one already, without waiting.
+  const int last = list.rowCount() - 1;
+  QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+  QCoreApplication::processEvents();
+  test::ClickRow(list, list.item(last, 1));
+  type("cc@example.jp");
+  EXPECT_EQ(shown().last(), QStringLiteral("TO cc@example.jp"));
+  // Who has chosen a kind goes on with the address; letters and the wheel choose none.
+  const int row = last;
+  kindOf(row)->setFocus();
+  kindOf(row)->setCurrentIndex(2);
+  Q_EMIT kindOf(row)->activated(2);
+  type("x");
+  EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpx"));
+  kindOf(row)->setFocus();
+  type("c");
+  EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpxc"));
+  QWheelEvent wheel(QPointF(5, 5), kindOf(row)->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(kindOf(row), &wheel);
+  EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpxc"));
+  // A row that is no address stays as it was typed, through saving and opening.
+  list.item(0, 1)->setText(list.item(0, 1)->text());
+  type(" q@example.jp");
+  const QStringList typed = shown();
+  const QString serialId = window.Tag();
+  window.close();
+  ASSERT_TRUE(Gone());
+  MessageWindow& again = Open(serialId);
+  auto& rows = Child<QTableWidget>(again, u"lvMailaddress");
+  QStringList kept;
+  for (int i = 0; i < rows.rowCount(); ++i) {
+    const QString text = rows.item(i, 1)->text();
+    const auto* kinds = qobject_cast<QComboBox*>(rows.cellWidget(i, 0));
+    if (!text.isEmpty()) kept.append(kinds->currentData().toString() + u' ' + text);
+  }
+  EXPECT_EQ(kept, typed);
+  again.close();
+  EXPECT_TRUE(Gone());
+}
+
+// The click that closed the list of offers was swallowed, and the next keys went into the address.
+TEST_F(MessageWindowTest, AClickBesideTheOffersIsForWhatLiesThere) {
+  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+  book->Let(QStringLiteral("FormName"), object_type::kBook);
+  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木"));
+  Context().Objects.Add(book);
+  MessageWindow& window = New();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int last = list.rowCount() - 1;
+  test::ClickRow(list, list.item(last, 1));
+  auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(last, 1)));
+  ASSERT_NE(box, nullptr);
+  QTest::keyClicks(box, QStringLiteral("suzuki@example.jp"));
+  QWidget* offers = box->completer()->popup();
+  ASSERT_TRUE(WaitFor([offers] { return offers->isVisible(); }));
+  auto& subject = Child<QLineEdit>(window, u"txSubject");
+  const QPoint at = subject.mapToGlobal(subject.rect().center());
+  QTest::mouseClick(offers, Qt::LeftButton, {}, offers->mapFromGlobal(at));
+  EXPECT_TRUE(WaitFor([&] { return window.focusWidget() == &subject; }));
+  QTest::keyClicks(window.focusWidget(), QStringLiteral("minutes"));
+  EXPECT_EQ(subject.text(), QStringLiteral("minutes"));
+  EXPECT_EQ(list.item(last, 1)->text(), QStringLiteral("suzuki@example.jp"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& question) { question.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
 }  // namespace
 }  // namespace vorn

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -74,6 +75,7 @@ void LoginWindow::cmOk_Click() {
   const DiskPtr profile = FindProfile(context_, cbProfile_->currentText());
   if (profile == nullptr) return;
   const QString password = txPassword_->text();
+  if (!ConfirmFirst(*profile, password)) return;
   LoginCheck check = CheckLogin(context_, profile, password);
   while (check == LoginCheck::FilesLost) {
     if (!AskAboutLostFiles(profile, password)) return;
@@ -88,6 +90,26 @@ void LoginWindow::cmOk_Click() {
   BeginLogin(context_, *profile, password);
   accept();
   Q_EMIT LoggedIn();
+}
+
+// The first login makes the profile's files with the password that is typed: a slip of the fingers
+// would lock its user out for ever.
+bool LoginWindow::ConfirmFirst(const Disk& profile, const QString& password) {
+  if (password.isEmpty() || HasContent(PlatformPath(context_, profile.Text(u"Profile"))))
+    return true;
+  if (!LostFiles(context_, profile).isEmpty()) return true;  // not the first one
+  bool given = false;
+  const QString again = QInputDialog::getText(
+      this, kApplicationTitle,
+      Ui::tr("このプロファイルは初めて使われます。パスワードをもう一度入力してください。"),
+      QLineEdit::Password, {}, &given);
+  if (given && again == password) return true;
+  if (given) {
+    ShowBox(this, QMessageBox::Information, Ui::tr("二つのパスワードが一致しません。"));
+  }
+  txPassword_->selectAll();
+  txPassword_->setFocus();
+  return false;
 }
 
 // What becomes of the files that are missing is for the user alone to say.

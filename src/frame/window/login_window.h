@@ -30,6 +30,7 @@ class LoginWindow : public QDialog {
 
  private:
   /// False when the login is given up.
+  bool ConfirmFirst(const Disk& profile, const QString& password);
   bool AskAboutLostFiles(const DiskPtr& profile, const QString& password);
 
   Context& context_;

@@ -290,9 +290,7 @@ BrowserWindow* ParentWindow::NewBrowserWindow() {
 void ParentWindow::FollowActivePage() {
   const BrowserWindow* browser = closing_ ? nullptr : ActiveBrowser();
   const QString folder = browser == nullptr ? QString() : browser->Tag();
-  if (folder.isEmpty() || folder == followed_) return;
-  followed_ = folder;
-  tvConsole_->SelectNode(folder);
+  if (!folder.isEmpty()) tvConsole_->SelectNode(folder);
 }
 
 void ParentWindow::Track(QObject* object, RequestWindow* window) {

@@ -177,7 +177,6 @@ class ParentWindow : public QMainWindow,
   std::vector<RequestWindow*> windows_;
   QSet<QString> damageTold_;  // the files that were told of since the start
   QDeadlineTimer damageRest_;
-  QString followed_;  // the folder that the tree was last brought to
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;

@@ -2,10 +2,12 @@
 
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QStyle>
 #include <algorithm>
 
+#include "mail/window/kind_box.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 
@@ -37,6 +39,7 @@ QString TextOf(const QString& kind) {
 
 // As a row shows an entry and reads it back: a name that would be read as addresses is quoted.
 QString Presentable(const AddressEntry& entry) {
+  if (entry.address == kNoAddress) return entry.displayName;
   if (entry.displayName.isEmpty()) return entry.address;
   const QString address = QStringLiteral(" <") + entry.address + u'>';
   const QString plain = entry.displayName + address;
@@ -100,8 +103,7 @@ void AddressList::MarkNamed(const QString& text) {
 void AddressList::Show(const QList<AddressEntry>& addresses, bool editable) {
   editable_ = editable;
   shown_ = addresses;
-  setEditTriggers(editable ? QAbstractItemView::AllEditTriggers
-                           : QAbstractItemView::NoEditTriggers);
+  setEditTriggers(editable ? kRowTriggers : QAbstractItemView::NoEditTriggers);
   setRowCount(0);
   for (const AddressEntry& entry : addresses) AddRow(entry);
   KeepEmptyRow();
@@ -112,15 +114,18 @@ void AddressList::AddRow(const AddressEntry& entry) {
   const int row = rowCount();
   insertRow(row);
   if (editable_) {
-    auto* kinds = new QComboBox;
+    auto* kinds = new KindBox;
     for (const KindText& kind : kKinds) {
       kinds->addItem(Ui::tr(kind.text), QString::fromUtf16(kind.kind));
     }
     kinds->setCurrentIndex(qMax(0, kinds->findData(entry.kind)));
     connect(kinds, &QComboBox::currentIndexChanged, this, &AddressList::Edited);
-    // Reached from its row: Tab goes from text to text, and no typed letter changes a kind by
-    // chance.
-    kinds->setFocusPolicy(Qt::ClickFocus);
+    // Who has chosen a kind types an address next.
+    connect(kinds, &QComboBox::activated, this, [this, kinds] { GoToTextOf(kinds); });
+    connect(kinds, &KindBox::Typed, this, [this, kinds](const QString& text) {
+      GoToTextOf(kinds);
+      if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->insert(text);
+    });
     setCellWidget(row, kKind, kinds);
   } else {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
@@ -128,6 +133,17 @@ void AddressList::AddRow(const AddressEntry& entry) {
   setItem(row, kAddress, new QTableWidgetItem(editable_ ? Presentable(entry) : entry.presentable));
   filling_ = false;
   MarkFault(row);
+}
+
+void AddressList::GoToTextOf(const QComboBox* kinds) {
+  for (int row = 0; row < rowCount(); ++row) {
+    if (cellWidget(row, kKind) != kinds) continue;
+    setFocus();
+    setCurrentCell(row, kAddress);
+    if (!IsEditing()) editItem(item(row, kAddress));
+    if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->end(false);
+    return;
+  }
 }
 
 void AddressList::KeepEmptyRow() {
@@ -187,6 +203,8 @@ void AddressList::Add(const AddressEntry& entry) {
   if (last >= 0 && item(last, kAddress)->text().trimmed().isEmpty()) removeRow(last);
   AddRow(entry);
   KeepEmptyRow();
+  // What is typed next is for the empty row, and not for one that the list made the current one.
+  setCurrentCell(rowCount() - 1, kAddress);
   Q_EMIT Edited();
 }
 
@@ -220,7 +238,12 @@ QList<AddressEntry> AddressList::Addresses() const {
   if (!editable_) return shown_;
   QList<AddressEntry> addresses;
   for (int row = 0; row < rowCount(); ++row) {
-    for (AddressEntry entry : ReadTypedAddresses(RowText(row))) {
+    QList<AddressEntry> entries = ReadTypedAddresses(RowText(row));
+    // What is no address yet is kept as it was typed.
+    if (!FaultOf(RowText(row)).isEmpty()) {
+      entries = {{{}, kNoAddress, RowText(row).simplified(), {}, {}}};
+    }
+    for (AddressEntry entry : std::as_const(entries)) {
       entry.kind = KindOf(row);
       addresses.append(entry);
     }

@@ -7,6 +7,8 @@
 #include "mail/address.h"
 #include "mail/window/row_list.h"
 
+class QComboBox;
+
 namespace vorn {
 
 /// The list "lvMailaddress": a message's addresses, one a row with its kind. While it can be edited
@@ -40,6 +42,8 @@ class AddressList : public RowList {
 
   void AddRow(const AddressEntry& entry);
   void KeepEmptyRow();
+  /// Opens the row of that kind box.
+  void GoToTextOf(const QComboBox* kinds);
   void SplitRow(int row);
   QString KindOf(int row) const;
   void MarkFault(int row);

@@ -34,8 +34,7 @@ HeaderList::HeaderList(QWidget* parent) : RowList(1, 0, QStringLiteral("txHeader
 
 void HeaderList::Show(const QStringList& rows, bool editable) {
   editable_ = editable;
-  setEditTriggers(editable ? QAbstractItemView::AllEditTriggers
-                           : QAbstractItemView::NoEditTriggers);
+  setEditTriggers(editable ? kRowTriggers : QAbstractItemView::NoEditTriggers);
   setRowCount(0);
   for (const QString& line : rows) AddRow(line);
   KeepEmptyRow();

@@ -28,6 +28,7 @@
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
+#include "mail/window/second_click.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
@@ -100,7 +101,10 @@ void MessageWindow::SendClicked() {
   const int before = request_->Number(kProcess);
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
-  if (close()) return;
+  if (close()) {
+    new SecondClick;
+    return;
+  }
   request_->Let(QStringLiteral("send"), false);
   request_->Let(kProcess, before);
 }

@@ -188,7 +188,9 @@ bool MessageWindow::AskToSave(bool* cancelled) {
   if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
   const auto answer =
       ShowBox(this, QMessageBox::Question, Ui::tr("このメッセージを保存します。よろしいですか？"),
-              buttons, QMessageBox::Yes);
+              buttons, QMessageBox::Yes,
+              // Without "Cancel" Escape keeps what was written, rather than the contrary.
+              host_.IsClosing() ? QMessageBox::Yes : QMessageBox::NoButton);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }

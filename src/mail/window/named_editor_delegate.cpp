@@ -1,8 +1,10 @@
 #include "mail/window/named_editor_delegate.h"
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <functional>
 
 #include "storage/ui.h"
@@ -24,6 +26,8 @@ class OfferKeys : public QObject {
   }
 
   bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonPress)
+      return ClickBeside(*static_cast<QMouseEvent*>(event));
     if (event->type() != QEvent::KeyPress) return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Tab) return false;
@@ -36,6 +40,26 @@ class OfferKeys : public QObject {
   }
 
  private:
+  // A click beside the list closes it and is for what lies there; the completer would swallow it,
+  // and what is typed next would go on with the address.
+  bool ClickBeside(const QMouseEvent& click) {
+    QAbstractItemView* popup = box_.completer()->popup();
+    const QPoint at = click.globalPosition().toPoint();
+    if (popup->geometry().contains(at)) return false;
+    popup->hide();
+    QWidget* below = QApplication::widgetAt(at);
+    if (below == nullptr) return true;
+    if (below->focusPolicy() & Qt::ClickFocus) below->setFocus(Qt::MouseFocusReason);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      QApplication::postEvent(
+          below,
+          new QMouseEvent(type, below->mapFromGlobal(QPointF(at)), QPointF(at), click.button(),
+                          type == QEvent::MouseButtonPress ? click.buttons() : Qt::NoButton,
+                          click.modifiers()));
+    }
+    return true;
+  }
+
   QLineEdit& box_;
   Done done_;
 };

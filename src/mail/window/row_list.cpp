@@ -4,6 +4,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QSignalBlocker>
 
 #include "mail/window/named_editor_delegate.h"
 
@@ -40,6 +42,33 @@ void RowList::FinishEditing() {
     commitData(box);
     closeEditor(box, QAbstractItemDelegate::NoHint);
   }
+}
+
+// A click opens its row at once: what is typed after it must not be lost. (The view would wait
+// whether a second click follows.)
+void RowList::mouseReleaseEvent(QMouseEvent* event) {
+  QTableWidget::mouseReleaseEvent(event);
+  const QTableWidgetItem* clicked = itemAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && editTriggers() != NoEditTriggers && clicked != nullptr &&
+      clicked->column() == textColumn_ && !IsEditing()) {
+    editItem(item(clicked->row(), textColumn_));
+  }
+}
+
+// Only texts are edited; beside them the view would hand the keyboard to another control.
+bool RowList::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+  return index.column() == textColumn_ && QTableWidget::edit(index, trigger, event);
+}
+
+// Who comes by Tab goes on with a new row, not with the first one, which would be written over.
+void RowList::focusInEvent(QFocusEvent* event) {
+  const bool byKey =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (byKey && !IsEditing() && rowCount() > 0 && editTriggers() != NoEditTriggers) {
+    const QSignalBlocker quiet(this);
+    setCurrentCell(rowCount() - 1, textColumn_);
+  }
+  QTableWidget::focusInEvent(event);
 }
 
 void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

@@ -8,6 +8,11 @@ class QLineEdit;
 
 namespace vorn {
 
+/// What opens a row beside a click.
+inline constexpr QAbstractItemView::EditTriggers kRowTriggers = QAbstractItemView::CurrentChanged |
+                                                                QAbstractItemView::EditKeyPressed |
+                                                                QAbstractItemView::AnyKeyPressed;
+
 /// A list whose rows are edited in place, each in a text box. What stands in an open box counts as
 /// the row's text: a user sees no difference between what was typed and what was taken over.
 class RowList : public QTableWidget {
@@ -29,6 +34,9 @@ class RowList : public QTableWidget {
  protected:
   /// Enter and Tab go on to the empty row at the end, Tab in an empty row out of the list.
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   /// What is typed while a row that holds something is only selected begins a new one.
   void keyPressEvent(QKeyEvent* event) override;
   /// Takes the current row away, and edits none of the others.

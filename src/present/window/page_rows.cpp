@@ -2,11 +2,17 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <utility>
 
 namespace vorn {
+namespace {
+
+constexpr int kAnswerMs = 2000;  // after so long a page will not tell its place any more
+
+}  // namespace
 
 // What waits for an answer goes on without one when the page goes for good: a message that was
 // dropped onto a folder must not be forgotten because another page was opened.
@@ -115,6 +121,8 @@ void PageRows::Keep(const std::function<void()>& then) {
     if (make_ && state.isValid()) kept_ = state.toString();
     Make();
   });
+  // A page that goes at this very moment takes the question with it.
+  QTimer::singleShot(kAnswerMs, this, &PageRows::Make);
   comes_ = true;
 }
 

@@ -50,10 +50,12 @@ QLabel* PlainLabel(const QString& text, QWidget* parent) {
 
 QMessageBox::StandardButton ShowBox(QWidget* parent, QMessageBox::Icon icon, const QString& text,
                                     QMessageBox::StandardButtons buttons,
-                                    QMessageBox::StandardButton standard) {
+                                    QMessageBox::StandardButton standard,
+                                    QMessageBox::StandardButton escape) {
   QMessageBox box(icon, kApplicationTitle, ShownText(text), buttons, parent);
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(standard);
+  if (escape != QMessageBox::NoButton) box.setEscapeButton(escape);
   return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 

@@ -21,9 +21,11 @@ QString ShownToolTip(const QString& text);
 /// A label that never takes its text for HTML.
 QLabel* PlainLabel(const QString& text = {}, QWidget* parent = nullptr);
 
-/// A message box with the program's title that shows its text as `ShownText`. Returns the button.
+/// A message box with the program's title that shows its text as `ShownText`. Escape means
+/// `escape`, or what the toolkit finds to be the cancelling button. Returns the button.
 QMessageBox::StandardButton ShowBox(QWidget* parent, QMessageBox::Icon icon, const QString& text,
                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok,
-                                    QMessageBox::StandardButton standard = QMessageBox::NoButton);
+                                    QMessageBox::StandardButton standard = QMessageBox::NoButton,
+                                    QMessageBox::StandardButton escape = QMessageBox::NoButton);
 
 }  // namespace vorn
