@@ -318,6 +318,16 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   EXPECT_EQ(box.text(), QStringLiteral("6"));
 }
 
+TEST_F(FolderPageTest, AfterThePageThatIsEmptiedComesTheOneBeforeIt) {
+  Begin(11, 10, true);
+  ASSERT_TRUE(PageText().contains(QStringLiteral("No11.")));
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No10.")); }));
+  EXPECT_EQ(Child<QLineEdit>(*Browser(), u"txPage").text(), QStringLiteral("1"));
+}
+
 TEST_F(FolderPageTest, UnopenedMessagesAreCountedInTheTree) {
   Begin(3, 100);
   QTreeWidgetItem* inbox = Node(fixed_serial::kInbox);

@@ -187,8 +187,19 @@ bool BrowserWindow::CreatePage() {
   }
   bool before = false;
   bool next = false;
-  const QString path = pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1),
-                                                    before, next, bag_->Text(kSearch));
+  const auto make = [&] {
+    return pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
+                                        bag_->Text(kSearch));
+  };
+  QString path = make();
+  // The last page may have lost all its messages.
+  const int last = next || bag_->Number(kPage, 1) <= 1
+                       ? 0
+                       : qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch)));
+  if (last > 0 && bag_->Number(kPage, 1) > last) {
+    bag_->Let(kPage, last);
+    path = make();
+  }
   bag_->Let(kUrl, path);
   bag_->Let(kBefore, before);
   bag_->Let(kNext, next);
