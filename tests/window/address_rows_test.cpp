@@ -263,19 +263,36 @@ TEST_F(MessageWindowTest, WhatIsTypedAtTheRowsGoesIntoTheRowThatIsMeant) {
   // Who has chosen a kind goes on with the address; letters and the wheel choose none.
   const int row = last;
   kindOf(row)->setFocus();
-  kindOf(row)->setCurrentIndex(2);
-  Q_EMIT kindOf(row)->activated(2);
+  kindOf(row)->showPopup();
+  QAbstractItemView* choices = kindOf(row)->view();
+  ASSERT_TRUE(WaitFor([choices] { return choices->isVisible(); }));
+  QTest::keyClick(choices, Qt::Key_Escape);
+  EXPECT_FALSE(choices->isVisible());
+  ASSERT_TRUE(window.isVisible()) << "Escape is for the list";
+  kindOf(row)->showPopup();
+  ASSERT_TRUE(WaitFor([choices] { return choices->isVisible(); }));
+  for (const int key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) {
+    QTest::keyClick(choices, Qt::Key(key));
+  }
   type("x");
   EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpx"));
   kindOf(row)->setFocus();
+  QTest::keyClick(kindOf(row), Qt::Key_Up);
+  QTest::keyClick(kindOf(row), Qt::Key_Up);
+  EXPECT_EQ(shown().last(), QStringLiteral("TO cc@example.jpx")) << "keys stay with the kind";
   type("c");
-  EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpxc"));
+  EXPECT_EQ(shown().last(), QStringLiteral("TO cc@example.jpx")) << "an address that is done";
   QWheelEvent wheel(QPointF(5, 5), kindOf(row)->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(kindOf(row), &wheel);
-  EXPECT_EQ(shown().last(), QStringLiteral("BC cc@example.jpxc"));
+  EXPECT_EQ(shown().last(), QStringLiteral("TO cc@example.jpx"));
+  // Tab in the empty row leads out of the list, to the body.
+  test::ClickRow(list, list.item(list.rowCount() - 1, 1));
+  QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(window.focusWidget(), &Child<QPlainTextEdit>(window, u"txMemo"));
   // A row that is no address stays as it was typed, through saving and opening.
-  list.item(0, 1)->setText(list.item(0, 1)->text());
+  test::ClickRow(list, list.item(row, 1));
   type(" q@example.jp");
   const QStringList typed = shown();
   const QString serialId = window.Tag();
@@ -317,6 +334,21 @@ TEST_F(MessageWindowTest, AClickBesideTheOffersIsForWhatLiesThere) {
   QTest::keyClicks(window.focusWidget(), QStringLiteral("minutes"));
   EXPECT_EQ(subject.text(), QStringLiteral("minutes"));
   EXPECT_EQ(list.item(last, 1)->text(), QStringLiteral("suzuki@example.jp"));
+  // In the body, whose viewport takes no keyboard itself.
+  const int next = list.rowCount() - 1;
+  test::ClickRow(list, list.item(next, 1));
+  box = qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(next, 1)));
+  ASSERT_NE(box, nullptr);
+  QTest::keyClicks(box, QStringLiteral("suzuki@example.jp"));
+  offers = box->completer()->popup();
+  ASSERT_TRUE(WaitFor([offers] { return offers->isVisible(); }));
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  const QPoint inMemo = memo.mapToGlobal(memo.rect().center());
+  QTest::mouseClick(offers, Qt::LeftButton, {}, offers->mapFromGlobal(inMemo));
+  EXPECT_TRUE(WaitFor([&] { return window.focusWidget() == &memo; }));
+  QTest::keyClicks(window.focusWidget(), QStringLiteral("Dear"));
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("Dear"));
+  EXPECT_EQ(list.item(next, 1)->text(), QStringLiteral("suzuki@example.jp"));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& question) { question.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());

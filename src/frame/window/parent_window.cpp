@@ -77,6 +77,10 @@ ParentWindow::ParentWindow(Context& context)
 
   ConnectTree();
   connect(area_, &QMdiArea::subWindowActivated, this, &ParentWindow::FollowActivePage);
+  // A click into the page that is active already activates nothing.
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    if (now != nullptr && area_->isAncestorOf(now)) FollowActivePage();
+  });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });

@@ -121,8 +121,10 @@ void AddressList::AddRow(const AddressEntry& entry) {
     kinds->setCurrentIndex(qMax(0, kinds->findData(entry.kind)));
     connect(kinds, &QComboBox::currentIndexChanged, this, &AddressList::Edited);
     // Who has chosen a kind types an address next.
-    connect(kinds, &QComboBox::activated, this, [this, kinds] { GoToTextOf(kinds); });
+    connect(kinds, &KindBox::Chosen, this, [this, kinds] { GoToTextOf(kinds); });
     connect(kinds, &KindBox::Typed, this, [this, kinds](const QString& text) {
+      // Behind an address that is done letters would make another one of it.
+      if (!RowText(RowOf(kinds)).isEmpty()) return;
       GoToTextOf(kinds);
       if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->insert(text);
     });
@@ -135,15 +137,18 @@ void AddressList::AddRow(const AddressEntry& entry) {
   MarkFault(row);
 }
 
+int AddressList::RowOf(const QComboBox* kinds) const {
+  int row = 0;
+  while (row < rowCount() - 1 && cellWidget(row, kKind) != kinds) ++row;
+  return row;
+}
+
 void AddressList::GoToTextOf(const QComboBox* kinds) {
-  for (int row = 0; row < rowCount(); ++row) {
-    if (cellWidget(row, kKind) != kinds) continue;
-    setFocus();
-    setCurrentCell(row, kAddress);
-    if (!IsEditing()) editItem(item(row, kAddress));
-    if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->end(false);
-    return;
-  }
+  const int row = RowOf(kinds);
+  setFocus();
+  setCurrentCell(row, kAddress);
+  if (!IsEditing()) editItem(item(row, kAddress));
+  if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->end(false);
 }
 
 void AddressList::KeepEmptyRow() {

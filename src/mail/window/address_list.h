@@ -42,6 +42,7 @@ class AddressList : public RowList {
 
   void AddRow(const AddressEntry& entry);
   void KeepEmptyRow();
+  int RowOf(const QComboBox* kinds) const;
   /// Opens the row of that kind box.
   void GoToTextOf(const QComboBox* kinds);
   void SplitRow(int row);

@@ -74,6 +74,12 @@ void MessageWindow::BuildControls() {
     lbClip_->setVisible(true);
   });
   connect(lvHeader_, &HeaderList::Edited, this, edited);
+  connect(lvMailaddress_, &AddressList::TabbedOut, this, [this] {
+    QWidget* next = lvClip_->isVisible() ? lvClip_ : tsBody_->currentWidget();
+    next->setFocus(Qt::TabFocusReason);
+  });
+  connect(lvHeader_, &HeaderList::TabbedOut, this,
+          [this] { txReference_->setFocus(Qt::TabFocusReason); });
   connect(txMemo_, &QPlainTextEdit::textChanged, this, edited);
   connect(txReference_, &QPlainTextEdit::textChanged, this, edited);
   connect(txInReplayTo_, &QLineEdit::textEdited, this, edited);

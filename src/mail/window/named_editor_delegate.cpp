@@ -49,7 +49,8 @@ class OfferKeys : public QObject {
     popup->hide();
     QWidget* below = QApplication::widgetAt(at);
     if (below == nullptr) return true;
-    if (below->focusPolicy() & Qt::ClickFocus) below->setFocus(Qt::MouseFocusReason);
+    below->window()->activateWindow();
+    FocusByClick(below);
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
       QApplication::postEvent(
           below,
@@ -58,6 +59,14 @@ class OfferKeys : public QObject {
                           click.modifiers()));
     }
     return true;
+  }
+
+  // As the toolkit does it: the nearest that takes the keyboard, such as the box around a viewport.
+  static void FocusByClick(QWidget* widget) {
+    while (widget != nullptr && (widget->focusPolicy() & Qt::ClickFocus) == 0) {
+      widget = widget->isWindow() ? nullptr : widget->parentWidget();
+    }
+    if (widget != nullptr) widget->setFocus(Qt::MouseFocusReason);
   }
 
   QLineEdit& box_;

@@ -53,6 +53,9 @@ void RowList::mouseReleaseEvent(QMouseEvent* event) {
       clicked->column() == textColumn_ && !IsEditing()) {
     editItem(item(clicked->row(), textColumn_));
   }
+  // The first letter adds to what stands there, rather than replacing it.
+  QLineEdit* box = clicked == nullptr ? nullptr : Box(clicked->row());
+  if (box != nullptr) box->end(false);
 }
 
 // Only texts are edited; beside them the view would hand the keyboard to another control.
@@ -60,15 +63,24 @@ bool RowList::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
   return index.column() == textColumn_ && QTableWidget::edit(index, trigger, event);
 }
 
-// Who comes by Tab goes on with a new row, not with the first one, which would be written over.
+// Who comes otherwise than by a click goes on with a new row, not with the first one, which would
+// be written over.
 void RowList::focusInEvent(QFocusEvent* event) {
   const bool byKey =
       event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-  if (byKey && !IsEditing() && rowCount() > 0 && editTriggers() != NoEditTriggers) {
+  const bool isFirst = !currentIndex().isValid() && event->reason() != Qt::MouseFocusReason;
+  if ((byKey || isFirst) && !IsEditing() && rowCount() > 0 && editTriggers() != NoEditTriggers) {
     const QSignalBlocker quiet(this);
     setCurrentCell(rowCount() - 1, textColumn_);
   }
   QTableWidget::focusInEvent(event);
+}
+
+// The toolkit finds nothing behind the boxes of the rows and stays.
+bool RowList::focusNextPrevChild(bool next) {
+  if (!next) return QTableWidget::focusNextPrevChild(next);
+  Q_EMIT TabbedOut();
+  return true;
 }
 
 void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

@@ -30,6 +30,8 @@ class RowList : public QTableWidget {
  Q_SIGNALS:
   /// The user changed something, in an open box as well.
   void Edited();
+  /// Tab leaves the list forwards.
+  void TabbedOut();
 
  protected:
   /// Enter and Tab go on to the empty row at the end, Tab in an empty row out of the list.
@@ -37,6 +39,7 @@ class RowList : public QTableWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   /// What is typed while a row that holds something is only selected begins a new one.
   void keyPressEvent(QKeyEvent* event) override;
   /// Takes the current row away, and edits none of the others.

@@ -17,11 +17,24 @@ namespace {
 constexpr int kLineRole = Qt::UserRole;
 constexpr int kCellsRole = Qt::UserRole + 1;
 
+// Enter goes on to the next row: what is typed after it would replace the cell that is done.
+class EntryTable : public QTableWidget {
+ public:
+  using QTableWidget::QTableWidget;
+
+ protected:
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
+    QTableWidget::closeEditor(editor, hint);
+    if (hint != QAbstractItemDelegate::SubmitModelCache) return;
+    if (currentRow() < rowCount() - 1) setCurrentCell(currentRow() + 1, currentColumn());
+  }
+};
+
 }  // namespace
 
 ListPage::ListPage(const QString& page, const QString& title, const QString& listName,
                    const QStringList& columns)
-    : FormPage(page, title), list_(new QTableWidget(0, static_cast<int>(columns.size()), this)) {
+    : FormPage(page, title), list_(new EntryTable(0, static_cast<int>(columns.size()), this)) {
   list_->setObjectName(listName);
   list_->setProperty("tag", QStringLiteral("text"));
   list_->setHorizontalHeaderLabels(columns);
