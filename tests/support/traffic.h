@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QStringList>
+#include <functional>
 
 #include "frame/mail_traffic.h"
 #include "support/test_profile.h"
@@ -18,6 +19,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
     levels.append(level);
     categories.append(category);
     log.append(text);
+    if (onEvent) onEvent();
   }
   void SendAndReceive() override { ++periodic; }
   QString ChooseAccount(const QString&, const QString&) override { return chosenAccount; }
@@ -36,6 +38,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
   QString chosenAccount, typedPassword;
   int passwordQuestions = 0;
   int periodic = 0;
+  std::function<void()> onEvent;  // a session has ended
 };
 
 /// A profile on disk and everything that moves its mail.
@@ -79,12 +82,16 @@ class TrafficTest : public testing::Test {
     return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();
   }
   /// The control's patience ends when the server, one of the two here, stalls, and not before:
-  /// however slow the machine is, a session that goes on is not given up.
+  /// however slow the machine is, a session that goes on is not given up, nor one after it.
   template <typename Server>
   void GiveUpOnStalls(Server& server) {
     Pop& control = traffic_.Control();
-    control.ReplyTimeoutMs = control.DecisionTimeoutMs = kPatienceMs;
-    server.OnStall = [&control] { control.ReplyTimeoutMs = control.DecisionTimeoutMs = 1; };
+    const auto wait = [&control](int milliseconds) {
+      control.ReplyTimeoutMs = control.DecisionTimeoutMs = milliseconds;
+    };
+    wait(kPatienceMs);
+    server.OnStall = [wait] { wait(1); };
+    host_.onEvent = [wait] { wait(kPatienceMs); };
   }
   QString LastLog() const { return host_.log.isEmpty() ? QString() : host_.log.last(); }
 
