@@ -218,8 +218,8 @@ void DayTest::StopByRule() {
                                     auto& menu = Child<QMenu>(window, u"menuReceiveStop");
                                     list.setCurrentCell(list.rowCount() - 1, 0);
                                     test::ClickRow(list, list.currentItem(), Qt::RightButton);
-                                    menu.actions()[1]->trigger();  // from:
                                     menu.close();
+                                    menu.actions()[1]->trigger();  // from:
                                     test::TypeText(Child<QLineEdit>(window, u"txInput"),
                                                    QStringLiteral("*@spam.example*"));
                                     Press(Child<QPushButton>(window, u"cmOk"));  // without Enter
