@@ -267,6 +267,21 @@ class Model : public testing::Test {
     GoOn(Dice(2) == 0 ? Dice(4) : Dice(40));
   }
 
+  // What the programs are at, for who looks into one that does not come to rest.
+  std::string Whereabouts() const {
+    QStringList words;
+    for (const auto& program : programs_) {
+      const Pop& control = program->traffic.Control();
+      words.append(QStringLiteral("[planned %1, busy %2, mode %3, job %4, held %5, last %6]")
+                       .arg(!program->traffic.Plan().IsEmpty())
+                       .arg(control.Busy())
+                       .arg(control.Mode)
+                       .arg(control.Tag, program->host.held.value(program->host.held.size() - 1),
+                            program->host.log.value(program->host.log.size() - 1)));
+    }
+    return words.join(u' ').toStdString();
+  }
+
   // Everything comes to rest, and once more without trouble.
   void Rest() {
     const auto idle = [this] {
@@ -277,11 +292,11 @@ class Model : public testing::Test {
       }
       return all;
     };
-    ASSERT_TRUE(WaitFor(idle, kQuietMs));
+    ASSERT_TRUE(WaitFor(idle, kQuietMs)) << Whereabouts();
     EndTrouble();
     for (auto& program : programs_) {
       program->traffic.Plan().CreateMessagePlan(kPlanSend | kPlanReceive);
-      ASSERT_TRUE(WaitFor(idle, kQuietMs));
+      ASSERT_TRUE(WaitFor(idle, kQuietMs)) << Whereabouts();
     }
   }
 
