@@ -88,7 +88,7 @@ void CheckPlan::Tick() {
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
   for (const DiskPtr& job : jobs) {
     if (!jobs_.Contains(job->SerialID()) || !IsDue(*job)) continue;
-    Run(*job);
+    if (!job->Flag(u"delete")) Run(*job);
     if (job->Flag(u"update")) {
       Reschedule(*job);
     } else if (job->Flag(u"delete")) {
@@ -98,13 +98,18 @@ void CheckPlan::Tick() {
   ReleaseIdleWork();
 }
 
+// Also one that has ended and is not recorded yet, while another job's goes on.
+bool CheckPlan::HasSession(const Disk& job) const {
+  if (job.Text(u"mode") == kReceiveMode) return job.Number(kProcess) != 0;
+  return SendingHasSession(job);
+}
+
 // What a job has begun is kept, so that its end is recorded as any other.
 void CheckPlan::Cancel() {
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
   for (const DiskPtr& job : jobs) {
-    const QString mode = job->Text(u"mode");
-    if (mode == kPeriodicMode) continue;
-    if (pop_.Tag == job->SerialID() && job->Number(kProcess) != 0) {
+    if (job->Text(u"mode") == kPeriodicMode) continue;
+    if (HasSession(*job)) {
       job->Let(QStringLiteral("stop"), true);
     } else {
       jobs_.Remove(job->SerialID());

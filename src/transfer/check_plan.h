@@ -66,6 +66,8 @@ class CheckPlan {
   void RebuildPeriodicJob();
   bool IsDue(const Disk& job) const;
   void Run(Disk& job);
+  bool HasSession(const Disk& job) const;
+  bool SendingHasSession(const Disk& job) const;
   /// Whether the work is this program's alone by now; else it is tried again at the next tick.
   bool TakeWork(const QString& work, Disk& job);
   void ReleaseIdleWork();

@@ -172,6 +172,12 @@ void CheckPlan::SendStep(Disk& job) {
   }
 }
 
+// Before the message's own session there may be one that only logs in.
+bool CheckPlan::SendingHasSession(const Disk& job) const {
+  const int process = job.Number(kProcess);
+  return process == kEnded || (process == kStart && pop_.Tag == job.SerialID());
+}
+
 // One program sends at a time. Whatever stands as under way when it begins was left by a death.
 bool CheckPlan::TakeSending(Disk& job, const Disk& message) {
   const auto held = works_.find(kSendingWork);

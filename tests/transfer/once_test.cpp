@@ -280,12 +280,16 @@ TEST_F(OnceTest, WhatCannotBeNotedIsNotSent) {
 }
 
 TEST_F(OnceTest, AfterAFailedStoreNothingMoreIsSent) {
-  for (int i = 0; i < 3; ++i) StoreWaiting(QByteArray::number(i));
+  const QString first = StoreWaiting("first");
+  for (int i = 0; i < 2; ++i) StoreWaiting(QByteArray::number(i));
+  // The others are another job's, which is as far as to begin when the store fails.
+  traffic_.Plan().CreateMessagePlan(kPlanSend, first);
   ASSERT_TRUE(Execute(
       "CREATE TRIGGER full BEFORE UPDATE OF STATUS ON mail WHEN NEW.STATUS = 3 BEGIN SELECT "
       "RAISE(ABORT, 'disk'); END"));
   Send();
   EXPECT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(smtp_.Count("MAIL"), 1);
   EXPECT_EQ(TheOutbox().Doubtful().size(), 1);
   EXPECT_FALSE(host_.log.join(u'\n').contains(QStringLiteral("受信した")));
   ASSERT_TRUE(Execute("DROP TRIGGER full"));
@@ -322,6 +326,46 @@ TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
   ASSERT_EQ(host_.requests.size(), 1);
   EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
   EXPECT_TRUE(traffic_.Plan().Job(QStringLiteral("maildefault")));
+}
+
+// A session that has ended is recorded, and its account given free, also when the user cancels what
+// began meanwhile.
+TEST_F(OnceTest, CancellingLosesNothingOfSessionsThatHaveEnded) {
+  LoopbackPop3Server pop3;
+  LoopbackPop3Server silent;
+  ASSERT_TRUE(pop3.Listen() && silent.Listen());
+  pop3.AddMessage("1", "Subject: x\r\n\r\n\r\n");
+  silent.Faults = {{Fault::Kind::Stall, "USER", 1, 0, {}}};
+  smtp_.Faults = {{Fault::Kind::Stall, "MAIL", 1, 0, {}},
+                  {Fault::Kind::Reply, "RCPT", 1, 0, "550 no such user\r\n"}};
+  const DiskPtr account = profile_.AddAccount(pop3.Port());
+  account->Let(QStringLiteral("EventLog"), true);
+  DiskCollection accounts;
+  accounts.Add(account);
+  const auto cancelWhen = [&](const auto& reached) {
+    ASSERT_TRUE(WaitFor([&] {
+      traffic_.Tick();
+      return reached();
+    }));
+    traffic_.Plan().Cancel();
+    RunAll({&traffic_});
+  };
+  // Sending has begun when the account is received, and goes on before that is recorded.
+  StoreWaiting();
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  traffic_.Plan().AddReceiveJob(accounts);
+  cancelWhen([&] { return smtp_.Count("MAIL") == 1; });
+  EXPECT_EQ(host_.log.filter(QStringLiteral("1通受信")).size(), 1);
+  OtherProgram other(profile_.Folder());
+  EXPECT_TRUE(WorkLock(other.context, ReceivingWork(account->SerialID())).Take());
+
+  // The other way round, with the message between the second account and the third.
+  accounts.Add(profile_.AddAccount(pop3.Port()));
+  accounts.Add(profile_.AddAccount(silent.Port()));
+  traffic_.Plan().AddReceiveJob(accounts);
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  cancelWhen([&] { return silent.Count("USER") == 1; });
+  EXPECT_EQ(host_.log.filter(QStringLiteral("次の宛先をサーバーに断られた")).size(), 1);
 }
 
 TEST_F(OnceTest, ARefusedPasswordThatIsNotSavedIsAskedForAgain) {
