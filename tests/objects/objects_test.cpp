@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <QDateTime>
+
 #include "frame/profile_login.h"
+#include "mail/message_filing.h"
 #include "objects/account.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -215,21 +218,67 @@ class SearchConditionTest : public testing::Test {
   TestProfile profile_;
 };
 
-TEST_F(SearchConditionTest, FoldersBecomeStatements) {
-  EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox),
-            QStringLiteral("SELECT * FROM mail WHERE STATUS = 4"));
-  EXPECT_EQ(Statement({}),
-            QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
-                           "folder.SERIALID WHERE folder.FOLDERID = 'f'"));
-  EXPECT_EQ(Statement({Line(Kind::Subject, {QStringLiteral("abc")})}),
-            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*abc*'"));
-  EXPECT_EQ(Statement({Line(Kind::Status, {QStringLiteral("2"), QStringLiteral("3")}),
-                       Line(Kind::MailAddress, {QStringLiteral("o'x")}),
-                       Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
-            QStringLiteral("SELECT * FROM mail WHERE mail.STATUS IN (2,3) OR "
-                           "mail.FIELD_MAILADDRESS LIKE '*o''x*' AND  NOT DATEDIFF(\"d\", NOW, "
-                           "mail.FIELD_TIMESTAMP ) >= -7"));
+// What a folder shows, of messages of several states, senders and days.
+TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
+  const auto store = [this](const char* subject, const char* sender, int status, int days) {
+    const QString serial = profile_.Store(
+        QByteArray("From: ") + sender + "\r\nSubject: " + subject + "\r\n\r\n\r\n", status);
+    const QString time =
+        QDateTime::currentDateTime().addDays(-days).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    EXPECT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+    EXPECT_TRUE(profile_.Get().Data.Execute(
+        QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '%1' WHERE SERIALID = '%2'")
+            .arg(time, serial)));
+    profile_.Get().Data.Close();
+    return serial;
+  };
+  const QString filed = store("abc today", "x@example.com", 4, 0);
+  store("week ABC", "\"o'x\" <o@example.com>", 4, 7);
+  store("old", "x@example.com", 4, 40);
+  store("mine abc", "me@example.com", 2, 8);
+  ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
+
+  const auto shown = [this](const QString& statement) {
+    QStringList subjects;
+    EXPECT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+    EXPECT_TRUE(profile_.Get().Data.OpenRecordset(statement, CursorKind::ForwardOnly,
+                                                  StatementTrust::UserCondition))
+        << statement.toStdString() << profile_.Get().Data.LastError().text.toStdString();
+    for (const RecordsetPtr rows = profile_.Get().Data.Recordset(); !rows->Eof();
+         rows->MoveNext()) {
+      subjects.append(rows->Fields(u"FIELD_SUBJECT").toString());
+    }
+    profile_.Get().Data.Close();
+    subjects.sort();
+    return subjects.join(u'|');
+  };
+  const auto lines = [&](const QStringList& conditions) { return shown(Statement(conditions)); };
+  const auto sql = [&](const char16_t* condition) {
+    return shown(QStringLiteral("SELECT * FROM mail WHERE ") + QString::fromUtf16(condition));
+  };
+  const QString subject = Line(Kind::Subject, {QStringLiteral("abc")});
+  EXPECT_EQ(lines({}), QStringLiteral("abc today"));  // what was filed in it
+  EXPECT_EQ(lines({subject}), QStringLiteral("abc today|mine abc|week ABC"));
+  EXPECT_EQ(
+      lines({subject, Line(Kind::Status, {QStringLiteral("2"), QStringLiteral("3")}, true, true)}),
+      QStringLiteral("abc today|week ABC"));
+  EXPECT_EQ(lines({Line(Kind::MailAddress, {QStringLiteral("o'x")})}), QStringLiteral("week ABC"));
+  EXPECT_EQ(lines({Line(Kind::MailAddress, {QStringLiteral("o'x")}),
+                   Line(Kind::Status, {QStringLiteral("2")})}),
+            QStringLiteral("mine abc|week ABC"));
+  EXPECT_EQ(lines({Line(Kind::TimeStamp, {QStringLiteral("-7")})}),
+            QStringLiteral("abc today|week ABC"));
+  EXPECT_EQ(lines({subject, Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
+            QStringLiteral("mine abc"));
+  EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
+            QStringLiteral("abc today|old|week ABC"));
   EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
+  // Conditions that users write themselves.
+  EXPECT_EQ(sql(u"DATEDIFF(\"d\", FIELD_TIMESTAMP, NOW) = 8"), QStringLiteral("mine abc"));
+  EXPECT_EQ(sql(u"FIELD_TIMESTAMP > #2026/01/31# AND STATUS = 2"), QStringLiteral("mine abc"));
+  EXPECT_EQ(sql(u"FIELD_TIMESTAMP < #1999/12/31#"), QString());
+  EXPECT_EQ(sql(u"SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = 'f')"),
+            QStringLiteral("abc today"));
 }
 
 // "[ml 12]" matched nearly everything and "#1" found "No 21".

@@ -112,9 +112,14 @@ TEST(Disk, AFailedSaveKeepsTheStoredRows) {
   Disk bag(QStringLiteral("s"));
   bag.Let(QStringLiteral("kept"), QStringLiteral("value"));
   ASSERT_TRUE(bag.DiskToDatabase(context.Data));
+  // What fails stands between items that could be stored.
+  bag.Let(QStringLiteral("kept"), QStringLiteral("changed"));
   bag.Set(QStringLiteral("object"), QVariant::fromValue(std::make_shared<Disk>()));
+  bag.Let(QStringLiteral("later"), QStringLiteral("new"));
   EXPECT_FALSE(bag.DiskToDatabase(context.Data));
-  EXPECT_EQ(Reloaded(context, QStringLiteral("s"))->Text(u"kept"), QStringLiteral("value"));
+  const DiskPtr stored = Reloaded(context, QStringLiteral("s"));
+  EXPECT_EQ(stored->Text(u"kept"), QStringLiteral("value"));
+  EXPECT_EQ(stored->Size(), 1);
 
   Disk nameless;
   nameless.Let(QStringLiteral("kept"), 1);

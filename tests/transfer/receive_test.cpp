@@ -128,20 +128,30 @@ TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
 }
 
 TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
-  AddMessages(2);
-  profile_.AddAccount(server_.Port());
-  server_.Faults = {{Fault::Kind::Stall, "RETR", 2, 10, {}}};
-  traffic_.Plan().CreateMessagePlan(kPlanReceive);
-  ASSERT_TRUE(WaitFor([this] {
-    traffic_.Tick();
-    return server_.Count("RETR") == 2;
-  }));
-  test::RunFor(100);
-  traffic_.Control().Cancel();
-  EXPECT_FALSE(traffic_.Control().Busy());
-  server_.Faults.clear();
-  Receive();
-  EXPECT_EQ(Rows(), 2);
+  AddMessages(3);
+  profile_.AddAccount(server_.Port(), true);
+  server_.Pipelining = false;
+  int sent = 3;
+  for (const char* command :
+       {"GREETING", "CAPA", "USER", "PASS", "LIST", "UIDL", "RETR", "DELE", "QUIT"}) {
+    SCOPED_TRACE(command);
+    bool stalled = false;
+    server_.OnStall = [&stalled] { stalled = true; };
+    server_.Faults = {{Fault::Kind::Stall, command, 1, 3, {}}};
+    traffic_.Plan().CreateMessagePlan(kPlanReceive);
+    ASSERT_TRUE(WaitFor([&] {
+      traffic_.Tick();
+      return stalled;
+    }));
+    traffic_.Control().Cancel();
+    EXPECT_FALSE(traffic_.Control().Busy());
+    server_.Faults.clear();
+    Receive();
+    EXPECT_EQ(server_.Messages.size(), 0);
+    EXPECT_EQ(Rows(), sent);
+    server_.AddMessage(QByteArray("more ") + command, "Subject: more\r\n\r\n\r\n");
+    ++sent;
+  }
 }
 
 TEST_F(ReceiveTest, AQuoteInAnIdentifierStaysData) {
@@ -171,13 +181,23 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
   EXPECT_EQ(host_.progress.last(), QStringLiteral("100.0"));
 }
 
-TEST_F(ReceiveTest, ThePeriodicJobRunsOnceAndWaitsForItsMinute) {
+TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {
   const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
   settings->Let(QStringLiteral("MessageCheck"), true);
   settings->Let(QStringLiteral("MessageCheckInterval"), 0);  // counts as one minute
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   for (int i = 0; i < 5; ++i) traffic_.Tick();
   EXPECT_EQ(host_.periodic, 1);
+  // It waits for the next minute, and goes on each time that its time has come.
+  const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
+  const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
+  const auto next = [&] { return QDateTime::fromString(job->Text(u"daytime"), format); };
+  for (int runs = 2; runs < 4; ++runs) {
+    EXPECT_GT(QDateTime::currentDateTime().secsTo(next()), 30);
+    job->Let(QStringLiteral("daytime"), QDateTime::currentDateTime().addSecs(-1).toString(format));
+    for (int i = 0; i < 5; ++i) traffic_.Tick();
+    EXPECT_EQ(host_.periodic, runs);
+  }
   settings->Let(QStringLiteral("MessageCheck"), false);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   EXPECT_TRUE(traffic_.Plan().IsEmpty());
@@ -193,6 +213,14 @@ TEST_F(ReceiveTest, NewMailPostsANoticeWhenAskedTo) {
   Receive();
   ASSERT_EQ(host_.requests.size(), 1);
   EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
+  for (const QString& key :
+       {QStringLiteral("MessageNotice"), QStringLiteral("MessageNoticeDialog")}) {
+    settings->Let(key, false);
+    server_.AddMessage(key.toLatin1(), "Subject: unannounced\r\n\r\n\r\n");
+    EXPECT_EQ(Receive().stored, 1);
+    EXPECT_EQ(host_.requests.size(), 1);
+    settings->Let(key, true);
+  }
 }
 
 }  // namespace

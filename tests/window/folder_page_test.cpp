@@ -541,7 +541,8 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   Begin(1, 100);
   WebSite site(
       "<title>first</title><script>window.open('/popup'); setTimeout(() => {history.pushState({}, "
-      "'', '/inside'); document.title = 'second'; window.open('/later')}, 100)</script>");
+      "'', '/inside'); document.title = 'second'; window.open('/later'); fetch('/end')}, "
+      "100)</script>");
   const size_t before = Browsers().size();
   program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
@@ -551,7 +552,7 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
            Child<QLineEdit>(*window, u"txLocation").text().endsWith(u"/inside");
   }));
   EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("before"))->isEnabled());
-  test::RunFor(300);
+  EXPECT_TRUE(WaitFor([&site] { return site.asked.contains("/end"); }));
   EXPECT_EQ(Browsers().size(), before + 1);
   EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
 }

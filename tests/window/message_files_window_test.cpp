@@ -186,7 +186,10 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   ASSERT_NE(view, nullptr);
   auto& images = Child<QPushButton>(*view, u"cmRemoteImages");
   ASSERT_TRUE(WaitFor([&images] { return images.isVisible(); }));
-  test::RunFor(500);
+  // The file of a page goes once all of it is there.
+  ASSERT_TRUE(WaitFor([this] {
+    return QDir(Context().TempFolder).entryList({QStringLiteral("html_*")}).isEmpty();
+  }));
   EXPECT_FALSE(remote.hasPendingConnections());
   QString text;
   view->View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
@@ -211,7 +214,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   QTcpSocket* socket = remote.nextPendingConnection();
   ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n"); }));
   EXPECT_TRUE(asked.startsWith("GET /pixel.png")) << asked.toStdString();
-  EXPECT_FALSE(remote.hasPendingConnections());
+  EXPECT_FALSE(remote.hasPendingConnections());  // nor has one come before it
   window.close();
   EXPECT_TRUE(Gone());
 }

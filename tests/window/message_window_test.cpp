@@ -11,6 +11,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTreeWidget>
@@ -294,7 +295,7 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
     while (MessageWindow* window = TopLevel<MessageWindow>()) {
       InModal<QMessageBox>([window] { window->close(); },
                            [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
-      test::RunFor(50);
+      EXPECT_TRUE(WaitFor([gone = QPointer(window)] { return gone.isNull() || gone->isHidden(); }));
     }
   };
   closeAll();

@@ -261,17 +261,22 @@ TEST_F(ProgramTest, TheButtonsTurnThePages) {
 }
 
 TEST_F(ProgramTest, HostileSubjectsCannotScriptLoadOrLeaveThePage) {
-  server_.AddMessage("u",
-                     "From: a@x\r\nSubject: <script>document.title='owned'</script>"
-                     "<img src=http://127.0.0.1:1/x><meta http-equiv=refresh "
-                     "content=0;url=http://127.0.0.1:1/>visible\r\n\r\n\r\n");
+  QTcpServer site;  // which must never be asked
+  ASSERT_TRUE(site.listen(QHostAddress::LocalHost));
+  const QByteArray url = "http://127.0.0.1:" + QByteArray::number(site.serverPort());
+  const QByteArray hostile = "<script>document.title='owned'</script><img src=" + url +
+                             "/x><meta http-equiv=refresh content=0;url=" + url + "/>";
+  server_.AddMessage(
+      "u", "From: \"" + hostile + "sender\" <a@x>\r\nSubject: " + hostile + "visible\r\n\r\n\r\n");
   Prepare(QString());
   StartProgram();
   LogInWith(QString());
   AwaitInbox();
   Receive();
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("visible")); }));
-  EXPECT_TRUE(PageText().contains(QStringLiteral("<script>")));
+  EXPECT_EQ(PageText().count(QStringLiteral("<script>")), 2);
+  AwaitPainted(*View());
+  EXPECT_FALSE(site.hasPendingConnections());
   EXPECT_TRUE(View()->url().isLocalFile());
   EXPECT_EQ(View()->title(), QStringLiteral("受信"));
 }
