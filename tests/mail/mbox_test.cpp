@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "mail/mail_archive.h"
@@ -27,16 +28,18 @@ using Messages = QList<QByteArray>;
 TEST(MboxTest, ABodyLineThatBeginsWithFromIsNoSeparator) {
   const QByteArray text =
       "From a@b Thu Jan  1 09:00:00 2026\nSubject: 1\n\nHello\n\nFrom here on it is text.\n"
-      "From c@d Thu Jan  1 09:00:00 2026\nno empty line above\n\n"
+      "Note: no date above\nFrom c@d Thu Jan  1 09:00:00 2026\nno empty line above\n\n"
       "From c@d Thu Jan  1 09:00:00 2026\nno header field below\n\n"
       "From MAILER-DAEMON Fri, 2 Jan 2026 10:00:00 +0900\nSubject: 2\n\n>From the start\n"
       ">>From there\n\n"
       "From -\nSubject: 3\n\nend";
-  EXPECT_EQ(Read(text), Messages({"Subject: 1\r\n\r\nHello\r\n\r\nFrom here on it is text.\r\n"
-                                  "From c@d Thu Jan  1 09:00:00 2026\r\nno empty line above\r\n\r\n"
-                                  "From c@d Thu Jan  1 09:00:00 2026\r\nno header field below\r\n",
-                                  "Subject: 2\r\n\r\nFrom the start\r\n>From there\r\n",
-                                  "Subject: 3\r\n\r\nend"}));
+  EXPECT_EQ(
+      Read(text),
+      Messages(
+          {"Subject: 1\r\n\r\nHello\r\n\r\nFrom here on it is text.\r\n"
+           "Note: no date above\r\nFrom c@d Thu Jan  1 09:00:00 2026\r\nno empty line above\r\n\r\n"
+           "From c@d Thu Jan  1 09:00:00 2026\r\nno header field below\r\n",
+           "Subject: 2\r\n\r\nFrom the start\r\n>From there\r\n", "Subject: 3\r\n\r\nend"}));
 }
 
 TEST(MboxTest, EveryCommonSeparatorIsKnown) {
@@ -121,6 +124,24 @@ TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
   EXPECT_FALSE(ReadArchive(folder.path(), take, &error));
   EXPECT_EQ(taken, 3);
   EXPECT_TRUE(error.contains(QStringLiteral("2.eml"))) << error.toStdString();
+}
+
+// Other programs tell what was read by the folder and the name (the Maildir standard's flag "S").
+TEST(MailArchiveTest, AMaildirTellsWhatWasRead) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("maildir"));
+  ArchiveWriter writer(ArchiveFormat::Maildir, path, false);
+  ASSERT_TRUE(writer.Open());
+  ASSERT_TRUE(writer.Write("A: read\r\n\r\n", QStringLiteral("a"), true));
+  ASSERT_TRUE(writer.Write("A: new\r\n\r\n", QStringLiteral("b"), false));
+  ASSERT_TRUE(writer.Close());
+  const auto names = [&path](const char* part) {
+    return QDir(path + u'/' + QLatin1String(part)).entryList(QDir::Files);
+  };
+  ASSERT_EQ(names("cur").size(), 1);
+  ASSERT_EQ(names("new").size(), 1);
+  EXPECT_TRUE(names("cur")[0].endsWith(QStringLiteral(":2,S")));
+  EXPECT_FALSE(names("new")[0].contains(u':'));
 }
 
 }  // namespace
