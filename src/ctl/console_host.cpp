@@ -20,6 +20,7 @@ void ConsoleHost::AddEvent(int level, int, const QString&, const QString& title,
 }
 
 void ConsoleHost::WorkIsHeld(const QString& sentence) {
+  if (sentence.isEmpty()) return;
   Complain(sentence + QStringLiteral("終わるのを待っています。"), 0);
 }
 

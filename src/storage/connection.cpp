@@ -1,6 +1,7 @@
 #include "storage/connection.h"
 
 #include <QFileInfo>
+#include <QUrl>
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -16,6 +17,7 @@
 #include "storage/sole_use.h"
 #include "storage/source_digest.h"
 #include "storage/ui.h"
+#include "storage/work_count.h"
 
 namespace vorn {
 namespace {
@@ -43,6 +45,22 @@ QString DamagedSourceText() {
 // zeros. Where such a page is the last one of a source, nothing else shows it; no mail ends so.
 bool IsAsWritten(const QByteArray& bytes, const QByteArray& digest) {
   return digest.isEmpty() ? !bytes.endsWith('\0') : digest == SourceDigest(bytes);
+}
+
+// The engine takes a file that cannot change for all there is.
+QByteArray UriWithoutLog(const QString& path) {
+  return "file:" + QUrl::toPercentEncoding(path, "/") + "?immutable=1";
+}
+
+int OpenFlags(Connection::Mode mode) {
+  switch (mode) {
+    case Connection::Mode::Existing:
+      return SQLITE_OPEN_READWRITE;
+    case Connection::Mode::Create:
+      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    default:
+      return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+  }
 }
 
 bool IsAnyOf(const char* name, std::initializer_list<const char*> names) {
@@ -160,18 +178,16 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
   }
   UseOwnLocks();
   std::shared_ptr<Connection> connection(new Connection);
-  const int flags = mode == Mode::ReadOnly
-                        ? SQLITE_OPEN_READONLY
-                        : SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
-  if (sqlite3_open_v2(path.toUtf8().constData(), &connection->handle_, flags, nullptr) !=
+  const QByteArray name = mode == Mode::WithoutLog ? UriWithoutLog(path) : path.toUtf8();
+  if (sqlite3_open_v2(name.constData(), &connection->handle_, OpenFlags(mode), nullptr) !=
       SQLITE_OK) {
     *error = EngineError(connection->handle_);
     return nullptr;
   }
   // The engine itself looks at the log when it first reads.
-  const bool opened =
-      (mode == Mode::Create || connection->LookAtLog(path, password, mode, error)) &&
-      connection->SetUp(password, error);
+  const bool looks = mode == Mode::Existing || mode == Mode::ReadOnly;
+  const bool opened = (!looks || connection->LookAtLog(path, password, mode, error)) &&
+                      connection->SetUp(password, error);
   if (opened) return connection;
   if (error->kind == StorageError::Kind::WrongPassword &&
       PageMarks(connection->handle_, password).FitFile()) {
@@ -184,13 +200,20 @@ bool Connection::LookAtLog(const QString& path, const QString& password, Mode mo
                            StorageError* error) {
   const QString name = QFileInfo(path).fileName() + QStringLiteral("-wal");
   if (QFileInfo(path + QStringLiteral("-wal")).size() == 0) return true;
-  const SoleUse alone(path);
-  if (!alone.IsTaken()) return true;  // whoever has it open looked, and is writing to it
+  auto alone = std::make_unique<SoleUse>(path);
+  if (!alone->IsTaken()) return true;  // whoever has it open looked, and is writing to it
   LoggedPage sample;
   LogState log = ReadLogState(path, FileSalt(handle_), &sample);
   if (log == LogState::Sound && sample.number != 0) {
     const PageMarks marks(handle_, password);
     if (!marks.IsMarked(sample.number, sample.bytes) && marks.FitFile()) log = LogState::Foreign;
+  }
+  if (log == LogState::Sound) {
+    alone.reset();  // the engine's own reading takes its locks
+    const bool fits = LogFitsFile(path, password);
+    alone = std::make_unique<SoleUse>(path);
+    if (fits || !alone->IsTaken()) return true;
+    log = LogState::Foreign;
   }
   if (log < LogState::Torn) return true;
   if (log == LogState::Closed) {

@@ -55,7 +55,13 @@ class Statement {
 /// transactions and the table of long binary data.
 class Connection {
  public:
-  enum class Mode { Existing, Create, ReadOnly };
+  enum class Mode {
+    Existing,
+    Create,
+    ReadOnly,
+    Unlooked,   ///< only reads, without a look at the log before
+    WithoutLog  ///< only reads, and only what the file alone holds
+  };
 
   /// Null, with the reason in `error`, when the file does not open with that password. A connection
   /// that only reads leaves the file and its log as they are.

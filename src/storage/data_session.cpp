@@ -8,6 +8,7 @@
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
+#include "storage/work_count.h"
 
 namespace vorn {
 
@@ -175,6 +176,20 @@ bool DataSession::MakeDurable(const QString& path) {
         {StorageError::Kind::NotFound, Ui::tr("データベースファイルが開かれていません。")});
   }
   return connection->MakeDurable() || FailWith(connection->LastError());
+}
+
+qint64 DataSession::CountWork(qint64 least) {
+  if (connection_ == nullptr) return 0;
+  LeaveGroup();
+  const qint64 number = RaiseWorkCount(*connection_, path_, least);
+  if (number == 0) FailFromConnection();
+  return number;
+}
+
+std::optional<qint64> DataSession::WorkNumber() {
+  if (connection_ == nullptr) return std::nullopt;
+  const std::optional<WorkCount> count = ReadWorkCount(*connection_);
+  return count ? std::optional(count->number) : std::nullopt;
 }
 
 bool DataSession::OpenRecordset(const QString& select, CursorKind kind, StatementTrust trust) {

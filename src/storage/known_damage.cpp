@@ -81,6 +81,13 @@ bool IsKnownDamaged(Context& context, const QString& file) {
   return !damage || damage->WaitsForDecision();
 }
 
+bool IsKnownBroken(Context& context, const QString& file) {
+  const std::optional<KnownDamage> damage = FindDamage(context, file);
+  return !damage ||
+         (damage->WaitsForDecision() && (damage->parts.contains(QStringLiteral("file")) ||
+                                         damage->parts.contains(QStringLiteral("log"))));
+}
+
 QString FirstDamaged(Context& context, const QStringList& files) {
   for (const QString& file : files) {
     if (IsKnownDamaged(context, file)) return file;

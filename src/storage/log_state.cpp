@@ -124,6 +124,12 @@ LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, Logge
   return ReadFrames(log, header, sum, databaseSalt, sample);
 }
 
+QByteArray LogRound(const QString& path) {
+  QFile log(LogPath(path));
+  if (!log.open(QIODevice::ReadOnly)) return {};
+  return log.read(kHeaderBytes).mid(16, 8);
+}
+
 bool SetLogAside(const QString& path) {
   for (int number = 1; number < 1000; ++number) {
     const QString aside = LogPath(path) + QStringLiteral(".damaged%1").arg(number);

@@ -28,6 +28,10 @@ struct LoggedPage {
 /// gets one to look at.
 LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, LoggedPage* sample);
 
+/// What the log beside a database file bears while it is filled once; another one when it begins
+/// anew, which it does when all of it has come into the file. Empty when there is no log.
+QByteArray LogRound(const QString& path);
+
 /// Gives a log that does not belong to its database another name, under which it is kept. False
 /// when it cannot be renamed.
 bool SetLogAside(const QString& path);

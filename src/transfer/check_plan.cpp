@@ -52,7 +52,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
   if ((flags & kPlanSend) != 0) {
     // Also where nothing else waits: what a death left has to be told.
     ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
-    AddSendJob(WaitingMessages(serial, db, file));
+    const std::vector<DiskPtr> messages = WaitingMessages(serial, db, file);
+    if (messages.empty() || MaySendFrom(messages.front()->Text(u"File"))) AddSendJob(messages);
   }
 }
 
@@ -70,7 +71,8 @@ void CheckPlan::RebuildPeriodicJob() {
 void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
   auto waiting = std::make_shared<DiskCollection>();
   for (const DiskPtr& account : accounts) {
-    if (!account->Text(u"InMailServer").isEmpty()) waiting->Add(account);  // others only send
+    const bool onlySends = account->Text(u"InMailServer").isEmpty();
+    if (!onlySends && !WaitsToReceive(account->SerialID())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
   auto job =
@@ -81,19 +83,54 @@ void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
   jobs_.Add(job);
 }
 
+// Where another program is at work for long, each check of a minute would add one more.
+bool CheckPlan::WaitsToReceive(const QString& account) const {
+  for (const DiskPtr& job : jobs_) {
+    const DiskCollectionPtr accounts = job->Collection(u"account");
+    if (job->Text(u"mode") != kReceiveMode || job->Flag(u"stop") || accounts->IsEmpty()) continue;
+    const bool isBegun = job->Number(kProcess) != 0 && accounts->First()->SerialID() == account;
+    if (accounts->Contains(account) && !isBegun) return true;
+  }
+  return false;
+}
+
+bool CheckPlan::HasWork() const {
+  for (const DiskPtr& job : jobs_) {
+    if (job->Text(u"mode") != kPeriodicMode) return true;
+  }
+  return false;
+}
+
 void CheckPlan::Tick() {
-  if (ticking_) return;
+  if (ticking_) return RecordEnded();
   const QScopedValueRollback<bool> inside(ticking_, true);
   // Jobs added or removed on the way are seen at the next tick; none runs twice in one.
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
   for (const DiskPtr& job : jobs) {
-    if (!jobs_.Contains(job->SerialID()) || !IsDue(*job)) continue;
-    if (!job->Flag(u"delete")) Run(*job);
-    if (job->Flag(u"update")) {
-      Reschedule(*job);
-    } else if (job->Flag(u"delete")) {
-      jobs_.Remove(job->SerialID());
-    }
+    if (jobs_.Contains(job->SerialID()) && IsDue(*job)) Advance(job);
+  }
+  ReleaseIdleWork();
+}
+
+void CheckPlan::Advance(const DiskPtr& job) {
+  const QScopedValueRollback<QString> at(advancing_, job->SerialID());
+  if (!job->Flag(u"delete")) Run(*job);
+  if (job->Flag(u"update")) {
+    Reschedule(*job);
+  } else if (job->Flag(u"delete")) {
+    jobs_.Remove(job->SerialID());
+  }
+}
+
+// While a question is open, perhaps all night, nothing begins; but what has ended meanwhile is
+// recorded, and other programs need not wait for it.
+void CheckPlan::RecordEnded() {
+  if (pop_.Busy()) return;
+  const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
+  for (const DiskPtr& job : jobs) {
+    const bool isReceiving = job->Text(u"mode") == kReceiveMode && job->Number(kProcess) != 0;
+    if (job->SerialID() == advancing_ || !(isReceiving || IsSent(*job))) continue;
+    Advance(job);
   }
   ReleaseIdleWork();
 }
@@ -112,6 +149,7 @@ void CheckPlan::Cancel() {
     if (HasSession(*job)) {
       job->Let(QStringLiteral("stop"), true);
     } else {
+      EndWait(*job);
       jobs_.Remove(job->SerialID());
     }
   }
@@ -123,13 +161,18 @@ void CheckPlan::Clear() {
   works_.clear();
 }
 
+void CheckPlan::EndWait(Disk& job) {
+  if (job.Flag(u"held")) host_.WorkIsHeld(QString());
+  job.Let(QStringLiteral("held"), false);
+}
+
 bool CheckPlan::TakeWork(const QString& work, Disk& job) {
   std::unique_ptr<WorkLock>& lock = works_[work];
   if (lock == nullptr) lock = std::make_unique<WorkLock>(context_, work);
   const bool wasHeld = lock->IsHeld();
   if (wasHeld || lock->Take()) {
     if (!wasHeld) CountWork(context_);  // without it an older copy passes unnoticed, no more
-    job.Let(QStringLiteral("held"), false);
+    EndWait(job);
     return true;
   }
   if (!job.Flag(u"held")) host_.WorkIsHeld(lock->HeldWords());
@@ -173,11 +216,31 @@ void CheckPlan::Run(Disk& job) {
 void CheckPlan::ReceiveStep(Disk& job) {
   if (pop_.Busy()) return;
   const DiskPtr account = job.Collection(u"account")->First();
-  if (job.Number(u"process") == 0) {
-    if (TakeWork(ReceivingWork(account->SerialID()), job)) StartReceiving(job, account);
-  } else {
+  if (job.Number(kProcess) != 0) {
     FinishReceiving(job, account);
+  } else if (MayReceive(job, *account) && TakeWork(ReceivingWork(account->SerialID()), job)) {
+    StartReceiving(job, *account);
   }
+}
+
+// Asks for what is missing before the account is taken: others do not wait for an answer that may
+// never come.
+bool CheckPlan::MayReceive(Disk& job, Disk& account) {
+  const QString damaged = FirstDamaged(context_, ProfileFiles(context_, *context_.Session));
+  if (!damaged.isEmpty()) {
+    const QString sentence =
+        Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
+    LeaveOutReceiving(job, sentence);
+    // Whether or not the account's sessions are recorded.
+    host_.AddEvent(1, 0, account.SerialID(), account.Text(u"Object"), QStringLiteral("account"),
+                   sentence);
+    return false;
+  }
+  if (!KnowsPassword(account)) {
+    LeaveOutReceiving(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
+    return false;
+  }
+  return jobs_.Contains(job.SerialID());  // not cancelled meanwhile
 }
 
 void CheckPlan::LoadReceiving(const Disk& account) {
@@ -202,11 +265,15 @@ void CheckPlan::StartSession(Disk& job) {
   job.Let(QStringLiteral("loginrefused"), false);
 }
 
+bool CheckPlan::HasPassword(const Disk& account) {
+  return account.Flag(u"InMailServerPasswordSave", true) ||
+         !account.Text(u"InMailServerPassword").isEmpty();
+}
+
 bool CheckPlan::KnowsPassword(Disk& account) {
-  const QString key = QStringLiteral("InMailServerPassword");
-  if (account.Flag(u"InMailServerPasswordSave", true) || !account.Text(key).isEmpty()) return true;
-  account.Let(key, host_.AskPassword(account.Text(u"Object")));
-  return !account.Text(key).isEmpty();
+  if (HasPassword(account)) return true;
+  account.Let(QStringLiteral("InMailServerPassword"), host_.AskPassword(account.Text(u"Object")));
+  return HasPassword(account);
 }
 
 void CheckPlan::LeaveOutReceiving(Disk& job, const QString& sentence) {
@@ -216,22 +283,8 @@ void CheckPlan::LeaveOutReceiving(Disk& job, const QString& sentence) {
   job.Let(kProcess, 1);
 }
 
-void CheckPlan::StartReceiving(Disk& job, const DiskPtr& account) {
-  const QString damaged = FirstDamaged(context_, ProfileFiles(context_, *context_.Session));
-  if (!damaged.isEmpty()) {
-    const QString sentence =
-        Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
-    LeaveOutReceiving(job, sentence);
-    // Whether or not the account's sessions are recorded.
-    host_.AddEvent(1, 0, account->SerialID(), account->Text(u"Object"), QStringLiteral("account"),
-                   sentence);
-    return;
-  }
-  if (!KnowsPassword(*account)) {
-    LeaveOutReceiving(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
-    return;
-  }
-  LoadReceiving(*account);
+void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
+  LoadReceiving(account);
   StartSession(job);
   job.Let(QStringLiteral("messages"), QString());
   job.Let(kProcess, 1);

@@ -30,7 +30,8 @@ class PlanHost {
   virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
   /// Asks the user for an account's receive password, which is not saved; empty when he declines.
   virtual QString AskPassword(const QString& account) = 0;
-  /// Work has to wait for another program; told once for each wait, with who it is.
+  /// Work has to wait for another program; told once for each wait, with who it is, and again, with
+  /// an empty sentence, when it waits no longer.
   virtual void WorkIsHeld(const QString& sentence) = 0;
 };
 
@@ -49,13 +50,16 @@ class CheckPlan {
   /// the database `db` and `file` name; with `serial` only for that one.
   void CreateMessagePlan(int flags, const QString& serial = {},
                          DatabaseKind db = DatabaseKind::Mail, const QString& file = {});
-  /// Adds a receive job over these accounts; none for an empty collection.
+  /// Adds a receive job over these accounts, without those that wait to be received already; none
+  /// when no account is left.
   void AddReceiveJob(const DiskCollection& accounts);
   /// Advances every job that is due by one step.
   void Tick();
 
   DiskPtr Job(const QString& serialId) const { return jobs_.Find(serialId); }
   bool IsEmpty() const { return jobs_.IsEmpty(); }
+  /// Whether there is anything to cancel: a job that runs or waits, other than automatic checking.
+  bool HasWork() const;
   /// Ends the running session and whatever else was planned; automatic checking goes on. What the
   /// session came to is recorded by the next tick.
   void Cancel();
@@ -66,20 +70,29 @@ class CheckPlan {
   void RebuildPeriodicJob();
   bool IsDue(const Disk& job) const;
   void Run(Disk& job);
+  void Advance(const DiskPtr& job);
+  void RecordEnded();
+  bool WaitsToReceive(const QString& account) const;
+  void EndWait(Disk& job);
   bool HasSession(const Disk& job) const;
   bool SendingHasSession(const Disk& job) const;
+  static bool IsSent(const Disk& job);
+  bool MaySend(Disk& job, const Disk& message);
   /// Whether the work is this program's alone by now; else it is tried again at the next tick.
   bool TakeWork(const QString& work, Disk& job);
   void ReleaseIdleWork();
   void ReceiveStep(Disk& job);
   void LeaveOutReceiving(Disk& job, const QString& sentence);
-  void StartReceiving(Disk& job, const DiskPtr& account);
+  bool MayReceive(Disk& job, Disk& account);
+  void StartReceiving(Disk& job, const Disk& account);
   /// Whether the account's receive password is known, if need be by asking for it.
   bool KnowsPassword(Disk& account);
+  static bool HasPassword(const Disk& account);
   void ForgetRefusedPassword(const Disk& job, Disk& account);
   void FinishReceiving(Disk& job, const DiskPtr& account);
   void LoadReceiving(const Disk& account);
   void AddSendJob(const std::vector<DiskPtr>& messages);
+  bool MaySendFrom(const QString& file);
   std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db, const QString& file);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
@@ -104,6 +117,7 @@ class CheckPlan {
   DiskCollection jobs_;
   std::map<QString, std::unique_ptr<WorkLock>> works_;  // that are taken, or waited for
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
+  QString advancing_;     // the job whose step that is
 };
 
 }  // namespace vorn

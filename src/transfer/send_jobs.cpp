@@ -1,6 +1,7 @@
 // The sending half of the check plan: which messages wait, with which account each goes, and the
 // steps of a send job.
 
+#include <QFileInfo>
 #include <utility>
 
 #include "mail/address.h"
@@ -8,6 +9,7 @@
 #include "mail/outbox.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/known_damage.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
@@ -24,6 +26,12 @@ const QString kProcess = QStringLiteral("process");
 constexpr int kPopBeforeSmtp = 1;
 
 enum SendProcess { kBegin = 0, kStart = 1, kEnded = 2 };
+
+const QString kAsked = QStringLiteral("asked");
+
+bool IsPopBeforeSmtp(const Disk& account) {
+  return account.Number(u"OutMailServerProtocol") == kPopBeforeSmtp;
+}
 
 void Append(Disk& bag, const QString& key, const QString& line) {
   const QString text = bag.Text(key);
@@ -73,6 +81,15 @@ DiskPtr CheckPlan::AccountFor(const QString& addressLines) const {
     }
   }
   return taken;
+}
+
+// In a broken file what was sent may seem to wait.
+bool CheckPlan::MaySendFrom(const QString& file) {
+  const QString path = PlatformPath(context_, file);
+  if (!IsKnownBroken(context_, path)) return true;
+  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                 Ui::tr("「%1」が壊れているため、送信しません。").arg(QFileInfo(path).fileName()));
+  return false;
 }
 
 bool CheckPlan::IsPlanned(const QString& serial) const {
@@ -162,7 +179,7 @@ void CheckPlan::SendStep(Disk& job) {
   }
   switch (process) {
     case kBegin:
-      if (TakeSending(job, *message)) BeginSending(job, *message);
+      if (MaySend(job, *message) && TakeSending(job, *message)) BeginSending(job, *message);
       break;
     case kStart:
       StartSending(job, message);
@@ -174,8 +191,25 @@ void CheckPlan::SendStep(Disk& job) {
 
 // Before the message's own session there may be one that only logs in.
 bool CheckPlan::SendingHasSession(const Disk& job) const {
-  const int process = job.Number(kProcess);
-  return process == kEnded || (process == kStart && pop_.Tag == job.SerialID());
+  return IsSent(job) || (job.Number(kProcess) == kStart && pop_.Tag == job.SerialID());
+}
+
+// Whether the session of its message has begun.
+bool CheckPlan::IsSent(const Disk& job) {
+  return job.Text(u"mode") == u"mailup" && job.Number(kProcess) == kEnded;
+}
+
+// Asks for a missing password, once for each account, while others may send.
+bool CheckPlan::MaySend(Disk& job, const Disk& message) {
+  const DiskPtr account = message.Collection(kAccount)->First();
+  if (!IsPopBeforeSmtp(*account) || HasPassword(*account) ||
+      job.Text(kAsked) == account->SerialID()) {
+    return true;
+  }
+  works_.erase(kSendingWork);
+  job.Let(kAsked, account->SerialID());
+  KnowsPassword(*account);
+  return jobs_.Contains(job.SerialID());  // not cancelled meanwhile
 }
 
 // One program sends at a time. Whatever stands as under way when it begins was left by a death.
@@ -199,7 +233,7 @@ void CheckPlan::ReportDoubtful(int count) {
 // "POP before SMTP" first logs in at the incoming server.
 void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   const DiskPtr account = message.Collection(kAccount)->First();
-  if (account->Number(u"OutMailServerProtocol") == kPopBeforeSmtp && KnowsPassword(*account)) {
+  if (IsPopBeforeSmtp(*account) && HasPassword(*account)) {
     LoadReceiving(*account);
     pop_.LoginOnly = true;
     pop_.Tag = job.SerialID();
@@ -218,6 +252,7 @@ void CheckPlan::BeginSending(Disk& job, const Disk& message) {
 void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
   const DiskPtr account = message->Collection(kAccount)->First();
   ForgetRefusedPassword(job, *account);
+  if (job.Flag(u"loginrefused")) job.Let(kAsked, QString());
   WaitingMessage waiting;
   const QString serial = message->SerialID();
   switch (Outbox(context_, message->Text(u"File")).Read(serial, waiting)) {

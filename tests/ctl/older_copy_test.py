@@ -108,8 +108,8 @@ def older_copy(store):
     assert "正常" in store.ctl("check")
 
 
-def lose_log(store, *commands):
-    """Runs commands and takes the log away. With a lock of ours on the file (the engine's shared
+def leave_log(store, *commands):
+    """Runs commands; the log that they leave. With a lock of ours on the file (the engine's shared
     bytes) nobody is alone with it when it is closed, and the log stays as a killed program leaves
     it."""
     with store.mail_file().open("rb") as file:
@@ -118,13 +118,33 @@ def lose_log(store, *commands):
             store.ctl(command)
     log = pathlib.Path(f"{store.mail_file()}-wal")
     assert log.stat().st_size > 0
-    log.unlink()
+    return log
+
+
+def older_copy_beside_a_log(store):
+    """The log of a later state would make the copy look like the latest one."""
+    store.queue(3)
+    copy = store.work / "copy.mbx"
+    shutil.copyfile(store.mail_file(), copy)
+    store.serve()
+    store.ctl("send")
+    store.ctl("receive")
+    log = leave_log(store, "receive")
+    assert "正常" in store.ctl("check"), "the log goes on from its file"
+    log = leave_log(store, "receive")
+    assert store.stop() == 3
+    shutil.copyfile(copy, store.mail_file())
+    store.serve()
+    store.ctl("list", "受信", code=4)
+    expect_older(store, 3)
+    assert store.stop() == 0, "sent again"
+    assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
 
 
 def lost_log(store):
     store.queue(2)
     store.serve()
-    lose_log(store, "send", "receive")
+    leave_log(store, "send", "receive").unlink()
     assert store.stop() == 2
     store.serve()
     assert "壊れています" in store.ctl("list", "受信", code=4)
@@ -141,7 +161,7 @@ def lost_log_of_a_long_run(store):
             lines = 10 if number >= LARGE else 2000
             smtp.sendmail("x@example.jp", ["a@example.jp"],
                           f"Subject: {number}\r\n\r\n{LINE * lines}")
-    lose_log(store, "receive")
+    leave_log(store, "receive").unlink()
     store.stop()
     store.serve()
     kept = len(store.rows("list", "受信", code=4))
@@ -150,7 +170,8 @@ def lost_log_of_a_long_run(store):
 
 
 def main():
-    for test in (older_copy, lost_log, lost_log_of_a_long_run):
+    for test in (older_copy, older_copy_beside_a_log, lost_log,
+                 lost_log_of_a_long_run):
         with tempfile.TemporaryDirectory() as folder:
             store = Store(pathlib.Path(folder))
             try:

@@ -21,13 +21,22 @@ class RecordingHost : public PlanHost, public StatusPanel {
     log.append(text);
     if (onEvent) onEvent();
   }
-  void SendAndReceive() override { ++periodic; }
-  QString ChooseAccount(const QString&, const QString&) override { return chosenAccount; }
+  void SendAndReceive() override {
+    ++periodic;
+    if (onPeriodic) onPeriodic();
+  }
+  QString ChooseAccount(const QString&, const QString&) override {
+    if (onQuestion) onQuestion();
+    return chosenAccount;
+  }
   QString AskPassword(const QString&) override {
     ++passwordQuestions;
+    if (onQuestion) onQuestion();
     return typedPassword;
   }
-  void WorkIsHeld(const QString& sentence) override { held.append(sentence); }
+  void WorkIsHeld(const QString& sentence) override {
+    if (!sentence.isEmpty()) held.append(sentence);
+  }
   void ShowStatus(const QString& text, const QString& icon) override {
     if (icon == u"maildown" || icon == u"mailup") progress.append(text);
   }
@@ -39,6 +48,8 @@ class RecordingHost : public PlanHost, public StatusPanel {
   int passwordQuestions = 0;
   int periodic = 0;
   std::function<void()> onEvent;  // a session has ended
+  std::function<void()> onPeriodic;
+  std::function<void()> onQuestion;  // while it waits for the user's answer
 };
 
 /// A profile on disk and everything that moves its mail.

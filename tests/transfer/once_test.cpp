@@ -368,6 +368,83 @@ TEST_F(OnceTest, CancellingLosesNothingOfSessionsThatHaveEnded) {
   EXPECT_EQ(host_.log.filter(QStringLiteral("次の宛先をサーバーに断られた")).size(), 1);
 }
 
+// The question comes by itself, perhaps to nobody: what has ended is recorded, no account and no
+// sending stays taken, and what the user cancels while it is open does not begin after it.
+TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  pop3.AddMessage("1", "Subject: x\r\n\r\n\r\n");
+  const DiskPtr account =
+      profile_.AddAccount(pop3.Port(), false, false, QStringLiteral("user"), QString());
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  const DiskPtr known = profile_.AddAccount(pop3.Port());
+  known->Let(QStringLiteral("EventLog"), true);
+  DiskCollection accounts;
+  accounts.Add(known);
+  OtherProgram other(profile_.Folder());
+  const auto isFree = [&other](const QString& work) {
+    return WorkLock(other.context, work).Take();
+  };
+
+  // The timer's job asks for an account while a session goes on.
+  profile_.Store("From: stranger@example.com\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
+  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  bool isAsked = false;
+  host_.onPeriodic = [&] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
+  host_.onQuestion = [&] {
+    isAsked = true;
+    EXPECT_TRUE(WaitFor([&] {
+      traffic_.Tick();
+      return !host_.log.filter(QStringLiteral("1通受信")).isEmpty();
+    }));
+    EXPECT_TRUE(isFree(ReceivingWork(known->SerialID())));
+  };
+  traffic_.Plan().AddReceiveJob(accounts);
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  EXPECT_TRUE(WaitFor([&] {
+    traffic_.Tick();
+    return isAsked && !traffic_.Plan().HasWork();
+  }));
+
+  accounts.Add(account);
+  host_.typedPassword = QStringLiteral("secret");
+  host_.onQuestion = [&] {
+    EXPECT_TRUE(isFree(ReceivingWork(account->SerialID())));
+    traffic_.Plan().Cancel();
+  };
+  accounts.Remove(known->SerialID());
+  traffic_.Plan().AddReceiveJob(accounts);
+  traffic_.Tick();
+  EXPECT_FALSE(traffic_.Plan().HasWork());
+  EXPECT_FALSE(traffic_.Control().Busy());
+}
+
+// Each check of a minute would add a job while another program is at work for long.
+TEST_F(OnceTest, WhatWaitsForAnotherProgramIsPlannedOnceAndCanBeCancelled) {
+  LoopbackPop3Server pop3;
+  ASSERT_TRUE(pop3.Listen());
+  const DiskPtr account = profile_.AddAccount(pop3.Port());
+  OtherProgram other(profile_.Folder());
+  WorkLock held(other.context, ReceivingWork(account->SerialID()));
+  ASSERT_TRUE(held.Take());
+  DiskCollection accounts;
+  accounts.Add(account);
+  const auto wait = [&] {
+    for (int i = 0; i < 5; ++i) {
+      traffic_.Plan().AddReceiveJob(accounts);
+      traffic_.Tick();
+    }
+    EXPECT_TRUE(traffic_.Plan().HasWork());
+  };
+  wait();
+  traffic_.Plan().Cancel();
+  EXPECT_FALSE(traffic_.Plan().HasWork());
+  wait();
+  held.Release();
+  RunAll({&traffic_});
+  EXPECT_EQ(pop3.Count("USER"), 1);
+}
+
 TEST_F(OnceTest, ARefusedPasswordThatIsNotSavedIsAskedForAgain) {
   LoopbackPop3Server pop3;
   ASSERT_TRUE(pop3.Listen());

@@ -36,7 +36,7 @@ void ParentWindow::BuildMenus() {
   tool->addSeparator();
   version_ = tools(tool, kToolsVersion, Ui::tr("バージョン情報(&V).."));
   connect(tool, &QMenu::aboutToShow, this,
-          [this, cancel] { cancel->setEnabled(traffic_.Control().Busy()); });
+          [this, cancel] { cancel->setEnabled(traffic_.Plan().HasWork()); });
 
   BuildBookmarkMenu();
   QMenu* window = menuBar()->addMenu(Ui::tr("ウィンドウ(&W)"));

@@ -404,7 +404,7 @@ QString ParentWindow::AskPassword(const QString& account) {
 }
 
 void ParentWindow::WorkIsHeld(const QString& sentence) {
-  sbStatus_->showMessage(sentence, 0);
+  sbStatus_->showMessage(sentence);
 }
 
 void ParentWindow::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
