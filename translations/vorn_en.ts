@@ -2544,5 +2544,13 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <source>このプロファイルは初めて使われます。パスワードをもう一度入力してください。</source>
         <translation>This profile is used for the first time. Enter the password once more.</translation>
     </message>
+    <message>
+        <source>アドレスの選択では検索するまで何も選ばない(&amp;S)</source>
+        <translation>Select nobody in the address picker until something is searched for(&amp;S)</translation>
+    </message>
+    <message>
+        <source>「%1」が壊れているため、送信しません。</source>
+        <translation>&quot;%1&quot; is damaged, so nothing is sent.</translation>
+    </message>
 </context>
 </TS>

@@ -44,9 +44,11 @@ Mailbox ReadItem(const QString& item) {
       continue;
     }
     if (!mailbox.name.isEmpty()) mailbox.name += u' ';
-    // Each quoted word loses its own quotes; a quote that stands alone at an end goes as well.
-    mailbox.name += Unquoted(word);
-    RemoveOuterQuotes(mailbox.name);
+    // Each quoted word loses its own quotes; a quote that stands alone at an end goes as well, and
+    // one that was written inside quotes stays.
+    const QString text = Unquoted(word);
+    mailbox.name += text;
+    if (text == word) RemoveOuterQuotes(mailbox.name);
   }
   mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone
   if (mailbox.address.isEmpty()) std::swap(mailbox.address, mailbox.name);

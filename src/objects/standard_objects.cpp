@@ -95,6 +95,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("PageEscape"), true},
                      {QStringLiteral("StandardHeaders"), true},
                      {QStringLiteral("UsualReplies"), true},
+                     {QStringLiteral("AddressSearch"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},

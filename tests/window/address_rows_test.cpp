@@ -19,6 +19,7 @@
 #include "mail/drafts.h"
 #include "mail/window/attachment_list.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -40,12 +41,13 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
         [&] { toolbar.actions()[0]->trigger(); },
         [&](AddressWindow& dialog) {
           auto& found = Child<QListWidget>(dialog, u"lvCandidacy");
-          EXPECT_EQ(found.count(), 2);  // every line of every book, and all of them selected
-          EXPECT_EQ(found.selectedItems().size(), 2);
+          EXPECT_EQ(found.count(), 2);  // every line of every book
+          const bool selectsAll = !Settings(Context())->Flag(u"AddressSearch");
+          EXPECT_EQ(found.selectedItems().size(), selectsAll ? 2 : 0);
           Type(Child<QLineEdit>(dialog, u"txString"), text);
-          QTest::keyClick(&Child<QLineEdit>(dialog, u"txString"), Qt::Key_Return);
+          // What was typed counts, with Enter or without.
+          if (!select) QTest::keyClick(&Child<QLineEdit>(dialog, u"txString"), Qt::Key_Return);
           if (select) {
-            EXPECT_EQ(found.count(), 1);
             dialog.findChild<QAction*>(QStringLiteral("select"))->trigger();
           } else {
             EXPECT_EQ(found.count(), 0);  // letter case counts
@@ -54,7 +56,9 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
         });
   };
   EXPECT_TRUE(choose(QStringLiteral("baba t"), false));
-  EXPECT_EQ(list.rowCount(), before);
+  EXPECT_TRUE(choose(QString(), true));
+  EXPECT_EQ(list.rowCount(), before) << "nobody was chosen";
+  Settings(Context())->Let(QStringLiteral("AddressSearch"), false);
   EXPECT_TRUE(choose(QStringLiteral("Taro"), true));
   ASSERT_EQ(list.rowCount(), before + 1);
   EXPECT_EQ(list.item(before - 1, 1)->text(), QStringLiteral("Baba Taro <baba@example.jp>"));
@@ -294,6 +298,8 @@ TEST_F(MessageWindowTest, WhatIsTypedAtTheRowsGoesIntoTheRowThatIsMeant) {
   // A row that is no address stays as it was typed, through saving and opening.
   test::ClickRow(list, list.item(row, 1));
   type(" q@example.jp");
+  test::ClickRow(list, list.item(list.rowCount() - 1, 1));
+  type("\"Yamada, Taro\" <p2@example.jp>x");
   const QStringList typed = shown();
   const QString serialId = window.Tag();
   window.close();
@@ -308,6 +314,44 @@ TEST_F(MessageWindowTest, WhatIsTypedAtTheRowsGoesIntoTheRowThatIsMeant) {
   }
   EXPECT_EQ(kept, typed);
   again.close();
+  EXPECT_TRUE(Gone());
+}
+
+// Rows as the keys find them: a list of addresses is pasted, one after the other is taken away, and
+// a row that was reached by an arrow key is added to.
+TEST_F(MessageWindowTest, RowsArePastedDeletedAndReachedByKeys) {
+  MessageWindow& window = New();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto texts = [&list] {
+    QStringList rows;
+    for (int row = 1; row < list.rowCount(); ++row) rows.append(list.item(row, 1)->text());
+    return rows.join(u'|');
+  };
+  QGuiApplication::clipboard()->setText(QStringLiteral("a@x.jp, b@x.jp, c@x.jp"));
+  list.setFocus(Qt::TabFocusReason);
+  QTest::keyClick(&list, Qt::Key_V, Qt::ControlModifier);
+  const auto enter = [&window] {
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+    QCoreApplication::processEvents();  // a box is closed later
+  };
+  enter();
+  EXPECT_EQ(texts(), QStringLiteral("a@x.jp|b@x.jp|c@x.jp|"));
+  QTest::keyClick(window.focusWidget(), Qt::Key_Up);
+  QTest::keyClicks(window.focusWidget(), QStringLiteral("p"));
+  enter();
+  EXPECT_EQ(texts(), QStringLiteral("a@x.jp|b@x.jp|c@x.jpp|"));
+  QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+  QCoreApplication::processEvents();
+  {
+    const QSignalBlocker quiet(&list);
+    list.setCurrentCell(1, 1);
+  }
+  QTest::keyClick(&list, Qt::Key_Delete);
+  QTest::keyClick(&list, Qt::Key_Delete);
+  EXPECT_EQ(texts(), QStringLiteral("c@x.jpp|"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& question) { question.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());
 }
 

@@ -238,6 +238,12 @@ void DayTest::SortIntoFolder() {
     Press(Child<QPushButton>(window, u"cmAddCondition"));
     auto& list = Child<ConditionEditor>(window, u"lvCondition");
     test::TypeText(*list.cellWidget(0, 3), QStringLiteral("m30"));
+    // The wheel scrolls; what it passes over stays as it is.
+    QWidget* kind = list.cellWidget(0, 1);
+    QWheelEvent wheel(QPointF(5, 5), kind->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -240),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(kind, &wheel);
+    EXPECT_NE(qobject_cast<QLineEdit*>(list.cellWidget(0, 3)), nullptr);
     auto& matches = Child<QLabel>(window, u"lbMatches");
     EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("6通")); }))
         << matches.text().toStdString();

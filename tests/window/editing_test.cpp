@@ -266,6 +266,10 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   ASSERT_NE(text, nullptr);
   QTest::keyClicks(text, QStringLiteral("plan"));
   EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
+  // Who only passes other kinds finds his text again.
+  auto* kind = qobject_cast<QComboBox*>(list.cellWidget(0, 1));
+  for (const int passed : {2, 3, 0}) kind->setCurrentIndex(passed);
+  EXPECT_EQ(qobject_cast<QLineEdit*>(list.cellWidget(0, 3))->text(), QStringLiteral("plan"));
   Press(Child<QPushButton>(window, u"cmAddCondition"));
   qobject_cast<QComboBox*>(list.cellWidget(1, 1))->setCurrentIndex(3);  // 状態
   EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
@@ -382,6 +386,12 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   EXPECT_EQ(list->rowCount(), 2);
   PressOk();
   EXPECT_FALSE(Error().isEmpty());
+  // Enter leads to the begin of the next row.
+  list->setCurrentCell(0, 1);
+  list->editItem(list->item(0, 1));
+  QTest::keyClick(list->viewport()->findChild<QLineEdit*>(), Qt::Key_Return);
+  QCoreApplication::processEvents();  // the editor is closed later
+  EXPECT_EQ(list->currentIndex(), list->model()->index(1, 0));
   list->item(0, 0)->setText(QStringLiteral("y@example.org"));
   list->item(1, 0)->setText(QStringLiteral("z@example.org"));
   PressOk();

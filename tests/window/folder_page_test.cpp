@@ -255,6 +255,13 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   ASSERT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
   ASSERT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
   EXPECT_EQ(Chosen(), Ids({3}));
+  // Who comes back by the tree and presses a key does nothing to what he chose before.
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  test::ClickRow(
+      *tree,
+      tree->findItems(QStringLiteral("受信"), Qt::MatchContains | Qt::MatchRecursive).value(0));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen().length === 0")));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
 }
 
 TEST_F(FolderPageTest, KeysPressedWhileThePageIsMadeAnewActOnIt) {

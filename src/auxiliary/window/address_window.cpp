@@ -13,6 +13,7 @@
 #include "mail/address.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/like_pattern.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
@@ -115,6 +116,8 @@ void AddressWindow::Seek() {
   request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
+  // Without a search "select" would take whole books, which nobody means.
+  const bool selects = !text.isEmpty() || !Settings(context_)->Flag(u"AddressSearch");
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
     if (object->Text(u"FormName") != object_type::kBook) continue;
@@ -128,12 +131,14 @@ void AddressWindow::Seek() {
       }
       auto* item = new QListWidgetItem(entry.presentable, lvCandidacy_);
       item->setData(Qt::UserRole, entry.canonical);
-      item->setSelected(true);
+      item->setSelected(selects);
     }
   }
 }
 
 void AddressWindow::Select() {
+  // A text that was typed without Enter is what is looked for all the same.
+  if (txString_->text() != request_->Text(u"string")) Seek();
   QStringList lines;
   for (int row = 0; row < lvCandidacy_->count(); ++row) {
     const QListWidgetItem* item = lvCandidacy_->item(row);

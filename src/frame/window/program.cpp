@@ -41,6 +41,7 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
       instance_(appFolder),
       messages_(appFolder),
       toOpen_(WithFullPaths(arguments)) {
+  qApp->installEventFilter(&wheelGuard_);
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
   const QString language = UiLanguage();
   // The program's texts are Japanese; the toolkit's, such as the buttons of message boxes, English.

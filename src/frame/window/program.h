@@ -8,6 +8,7 @@
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
 #include "storage/context.h"
+#include "storage/window/wheel_guard.h"
 
 namespace vorn {
 
@@ -41,6 +42,7 @@ class Program : public QObject {
   void ShowParent();
 
   Context context_;
+  WheelGuard wheelGuard_;
   QTranslator texts_;
   QTranslator toolkitTexts_;
   QString appFolder_;

@@ -3,12 +3,11 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QKeyEvent>
-#include <QWheelEvent>
 
 namespace vorn {
 
-/// The kind of an address row. Only who opens it changes it: letters are for the row's text, the
-/// wheel is for the list, and Tab goes from text to text. Escape closes its list and no more.
+/// The kind of an address row. Only who opens it changes it: letters are for the row's text, and
+/// Tab goes from text to text. Escape closes its list and no more.
 class KindBox : public QComboBox {
   Q_OBJECT
 
@@ -42,7 +41,6 @@ class KindBox : public QComboBox {
   void Typed(const QString& text);
 
  protected:
-  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
   void keyPressEvent(QKeyEvent* event) override {
     opened_ = false;
     const bool isText = !event->text().isEmpty() && event->text().at(0).isPrint() &&

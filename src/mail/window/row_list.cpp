@@ -53,14 +53,16 @@ void RowList::mouseReleaseEvent(QMouseEvent* event) {
       clicked->column() == textColumn_ && !IsEditing()) {
     editItem(item(clicked->row(), textColumn_));
   }
-  // The first letter adds to what stands there, rather than replacing it.
-  QLineEdit* box = clicked == nullptr ? nullptr : Box(clicked->row());
-  if (box != nullptr) box->end(false);
 }
 
-// Only texts are edited; beside them the view would hand the keyboard to another control.
+// Only texts are edited; beside them the view would hand the keyboard to another control. The first
+// letter adds to what stands there, rather than replacing it, however the row was opened.
 bool RowList::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
-  return index.column() == textColumn_ && QTableWidget::edit(index, trigger, event);
+  if (index.column() != textColumn_) return false;
+  const bool wasOpen = Box(index.row()) != nullptr;
+  const bool opens = QTableWidget::edit(index, trigger, event);
+  if (QLineEdit* box = Box(index.row()); box != nullptr && !wasOpen) box->end(false);
+  return opens;
 }
 
 // Who comes otherwise than by a click goes on with a new row, not with the first one, which would
@@ -100,9 +102,12 @@ void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hi
 void RowList::keyPressEvent(QKeyEvent* event) {
   const bool isTyped = !event->text().isEmpty() && event->text().at(0).isPrint() &&
                        (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-  if (isTyped && !IsEditing() && editTriggers() != NoEditTriggers && rowCount() > 0) {
+  const bool isText = isTyped || event->matches(QKeySequence::Paste);
+  if (isText && !IsEditing() && editTriggers() != NoEditTriggers && rowCount() > 0) {
     setCurrentCell(rowCount() - 1, textColumn_, QItemSelectionModel::ClearAndSelect);
-    if (QLineEdit* box = Box(rowCount() - 1)) {  // which the row opened by becoming the current one
+    const int last = rowCount() - 1;
+    if (Box(last) == nullptr) editItem(item(last, textColumn_));  // it was the current one already
+    if (QLineEdit* box = Box(last)) {
       QCoreApplication::sendEvent(box, event);
       return;
     }
@@ -113,7 +118,9 @@ void RowList::keyPressEvent(QKeyEvent* event) {
 void RowList::RemoveCurrentRow() {
   const EditTriggers triggers = editTriggers();
   setEditTriggers(NoEditTriggers);
-  removeRow(currentRow());
+  const int row = currentRow();
+  removeRow(row);
+  setCurrentCell(qMin(row, rowCount() - 1), textColumn_);  // the one that has come to its place
   setEditTriggers(triggers);
 }
 

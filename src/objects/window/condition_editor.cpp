@@ -18,9 +18,10 @@ namespace {
 using Kind = ConditionLine::Kind;
 
 // Dynamic properties: of a row's connector its stored line while nobody has changed it, of an
-// editor the stored values that it cannot show.
+// editor the stored values that it cannot show, of a row's kind the text that was last written.
 constexpr char kLine[] = "line";
 constexpr char kOthers[] = "others";
+constexpr char kText[] = "text";
 constexpr int kMaxDays = 36500;
 constexpr int kDefaultDays = 7;
 
@@ -150,7 +151,15 @@ void ConditionEditor::KindChosen(int row) {
   if (row < 0) return;
   const auto kind =
       static_cast<Kind>(CellEditor<QComboBox>(*this, row, kKind)->currentData().toInt());
-  setCellWidget(row, kValue, MakeValueEditor(kind, {}));
+  auto* kinds = CellEditor<QComboBox>(*this, row, kKind);
+  // Who only passes another kind finds his text again.
+  if (const auto* text = CellEditor<QLineEdit>(*this, row, kValue)) {
+    kinds->setProperty(kText, text->text());
+  }
+  const bool isText = kind == Kind::Subject || kind == Kind::MailAddress;
+  setCellWidget(row, kValue,
+                MakeValueEditor(
+                    kind, isText ? QStringList(kinds->property(kText).toString()) : QStringList()));
   Touch(cellWidget(row, kValue));
 }
 

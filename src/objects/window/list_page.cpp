@@ -26,7 +26,7 @@ class EntryTable : public QTableWidget {
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
     QTableWidget::closeEditor(editor, hint);
     if (hint != QAbstractItemDelegate::SubmitModelCache) return;
-    if (currentRow() < rowCount() - 1) setCurrentCell(currentRow() + 1, currentColumn());
+    if (currentRow() < rowCount() - 1) setCurrentCell(currentRow() + 1, 0);
   }
 };
 

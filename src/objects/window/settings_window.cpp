@@ -107,6 +107,8 @@ class EditPage : public FormPage {
              Ui::tr("標準のヘッダと開封通知を使う（Reply-To、In-Reply-To など）(&H)"));
     AddCheck(QStringLiteral("ckUsualReplies"),
              Ui::tr("いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&U)"));
+    AddCheck(QStringLiteral("ckAddressSearch"),
+             Ui::tr("アドレスの選択では検索するまで何も選ばない(&S)"));
   }
 };
 

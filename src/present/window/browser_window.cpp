@@ -347,6 +347,9 @@ void BrowserWindow::Activate() {
   frame->raise();
   frame->setFocus();
   wbUrl_->setFocus();
+  // Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
+  // with what was chosen then.
+  if (rows_.HasRows()) rows_.Leave();
 }
 
 void BrowserWindow::Unload() {

@@ -90,6 +90,10 @@ void PageRows::ChooseAll() {
   Run(QStringLiteral("vorn.all()"));
 }
 
+void PageRows::Leave() {
+  Run(QStringLiteral("vorn.leave()"));
+}
+
 void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
   Run(QStringLiteral("vorn.chosen()"),
       [then](const QVariant& answer) { then(answer.toStringList()); });

@@ -34,6 +34,8 @@ class PageRows : public QObject {
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
   void Toggle();
   void ChooseAll();
+  /// No row is current or chosen any more.
+  void Leave();
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
 

@@ -90,6 +90,7 @@ inline constexpr char kPageScript[] = R"js(
     step: (by, extend) => goTo(current < 0 ? (by > 0 ? 0 : rows.length - 1) : current + by, extend),
     goTo: (index, extend) => goTo(index < 0 ? rows.length + index : index, extend),
     toggle: () => toggle(current),
+    leave: () => { current = anchor = -1; chosen.clear(); show(); },
     all: () => { chosen = new Set(rows.map(row => row.id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
     chosen: () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
