@@ -109,6 +109,15 @@ TEST(ComposeMessage, WritesItsFieldsInOrder) {
 }
 
 // Each reader finds what it can read: a message as it is, a text's code, a name in either form.
+// One code is chosen that has the letters of every part.
+TEST(ComposeMessage, AFilesNameLosesNoLetterToTheTextsCode) {
+  MessageModel model = Model();
+  model.subject = model.text = QStringLiteral("会議");
+  model.attachments[0].name = QStringLiteral("寿司🍣.pdf");
+  const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Jis));
+  EXPECT_EQ(GMimeReading(source).FileName(), model.attachments[0].name);
+}
+
 TEST(ComposeMessage, FilesAreWrittenForEveryReader) {
   const QByteArray mail = "Subject: x\r\n\r\nbody\r\n";
   const auto composed = [](const QString& name, const QString& type, const QByteArray& data) {

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "mail/message_filing.h"
 #include "mail/open_message.h"
 #include "objects/object_types.h"
+#include "storage/connection.h"
+#include "storage/databases.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -54,6 +57,60 @@ TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
   EXPECT_EQ(Column(QStringLiteral("FIELD_SUBJECT")), QStringLiteral("two"));
   EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("3"));
   EXPECT_TRUE(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).isEmpty());
+}
+
+TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
+  QStringList messages;
+  for (int status = 1; status <= 4; ++status) {
+    messages.append(profile_.Store("Subject: x\r\n\r\ntext\r\n", status));
+    ASSERT_TRUE(FileMessages(profile_.Get(), {messages.last()}, QStringLiteral("f"), QString()));
+  }
+  const auto states = [this] {
+    QString shown;
+    for (const QVariant& state :
+         profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail ORDER BY rowid"))) {
+      shown += state.toString() + u' ';
+    }
+    return shown;
+  };
+  ASSERT_TRUE(SetDust(profile_.Get(), messages, true));
+  EXPECT_EQ(states(), QStringLiteral("-1 -2 -3 -4 "));
+  ASSERT_TRUE(SetDust(profile_.Get(), messages.mid(0, 2), false));
+  EXPECT_EQ(states(), QStringLiteral("1 2 -3 -4 "));
+  ASSERT_TRUE(SetDust(profile_.Get(), messages.mid(0, 1), true) && EmptyDust(profile_.Get()));
+  EXPECT_EQ(states(), QStringLiteral("2 "));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")),
+            QList<QVariant>{messages[1]});
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT COUNT(0) AS V FROM long_binary")),
+            QList<QVariant>{1});
+}
+
+// One without a digest, as earlier versions stored it: no mail ends with zeros.
+TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
+  ASSERT_FALSE(
+      store_.StoreMessage(*Request(QStringLiteral("m")), "Subject: x\r\n\r\ntext\r\n").isEmpty());
+  StorageError error;
+  const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+                                           Connection::Mode::Existing, &error);
+  ASSERT_NE(connection, nullptr);
+  const auto lay = [&](const QByteArray& bytes) {
+    ASSERT_TRUE(connection->Run("UPDATE long_binary SET DIGEST = NULL, DATA = ?", {bytes}));
+  };
+  lay("Subject: x\r\n\r\nte");
+  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m"))), "Subject: x\r\n\r\nte");
+  lay(QByteArray("Subject: x\r\n\r\nte\0\0", 18));
+  EXPECT_FALSE(store_.LoadMessageSource(*Request(QStringLiteral("m"))));
+}
+
+TEST_F(MailStoreTest, WhoHasNoDefaultAccountWritesWithTheFirst) {
+  const DiskPtr account = profile_.AddAccount(1);
+  account->Let(QStringLiteral("Default"), false);
+  Disk request(QStringLiteral("new"));
+  request.Let(QStringLiteral("open"), 0);
+  request.Let(QStringLiteral("new"), true);
+  const OpenedMessage opened = OpenMessage(profile_.Get(), request, true);
+  ASSERT_EQ(opened.model.addresses.size(), 1);
+  EXPECT_EQ(opened.model.addresses[0].address, account->Text(u"Mailaddress"));
 }
 
 TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {

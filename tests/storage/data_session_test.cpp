@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
@@ -317,6 +318,44 @@ TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
   EXPECT_EQ(rows(all + QStringLiteral("1 = 1; DELETE FROM mail"), StatementTrust::UserCondition),
             -1);
   EXPECT_EQ(rows(all + QStringLiteral("STATUS = 4"), StatementTrust::System), 1);
+}
+
+// A log whose frames were spoiled, one that another file left, and a file that lost its contents.
+TEST_F(DataSessionTest, WhatIsNotAsItWasWrittenIsNotTakenForIt) {
+  const QString log = path_ + QStringLiteral("-wal");
+  Insert(QStringLiteral("first"));
+  Insert(QStringLiteral("second"));
+  const QByteArray file = ReadFile(path_);
+  const QByteArray frames = ReadFile(log);
+  ASSERT_GT(frames.size(), 8192);
+  data_.CloseAll();
+  const auto lay = [](const QString& path, const QByteArray& bytes) {
+    QFile target(path);
+    ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size());
+  };
+  const auto damage = [&](const QByteArray& bytes, const QByteArray& inLog) {
+    QFile::remove(path_ + QStringLiteral("-shm"));
+    lay(path_, bytes);
+    lay(log, inLog);
+    data_.Open(path_, kPassword);
+    data_.CloseAll();
+    const QSet<QString> parts = data_.TakeDamage().value(path_);
+    return QStringList(parts.begin(), parts.end()).join(u' ');
+  };
+  EXPECT_EQ(damage(file, frames), QString());
+  QByteArray torn = frames;
+  torn[5000] = static_cast<char>(torn[5000] ^ 1);
+  EXPECT_EQ(damage(file, torn), QStringLiteral("log"));
+
+  DataSession other;
+  const QString another = folder_.filePath(QStringLiteral("b.mbx"));
+  ASSERT_TRUE(other.Create(another, kPassword) && other.Open(another, kPassword));
+  const QByteArray stranger = ReadFile(another + QStringLiteral("-wal"));
+  ASSERT_GT(stranger.size(), 4096);
+  EXPECT_EQ(damage(file, stranger), QStringLiteral("log"));
+  EXPECT_FALSE(QFile::exists(log) && QFileInfo(log).size() > 0) << "it is set aside";
+
+  EXPECT_EQ(damage(QByteArray(), QByteArray()), QStringLiteral("file"));
 }
 
 TEST_F(DataSessionTest, PasswordsChangeFromAndToTheEmptyOne) {

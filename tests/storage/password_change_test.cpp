@@ -99,6 +99,37 @@ TEST_F(PasswordStepsTest, WhereverItStopsAllFilesHaveOnePassword) {
   }
 }
 
+// What stands on the disk is asked, and not what was written: a copy that opens with no password
+// takes no file's place, and a file that opens with the old one is not called changed.
+TEST_F(PasswordStepsTest, WhatTheDiskHoldsDecidesWhetherItIsChanged) {
+  const auto run = [this](PasswordStep at, const std::function<void(const QString&)>& spoil) {
+    DataSession data;
+    PasswordChange change = Change(data);
+    change.BeforeStep = [&](PasswordStep step, const QString& file) {
+      if (step == at && file == files_[1]) spoil(file);
+      return true;
+    };
+    const PasswordChange::Outcome outcome = change.Run(kOld, kNew);
+    data.CloseAll();
+    return outcome;
+  };
+  const QString aside = folder_.filePath(QStringLiteral("aside"));
+  ASSERT_TRUE(QFile::copy(files_[1], aside));
+  EXPECT_EQ(run(PasswordStep::VerifyCopy,
+                [](const QString& file) {
+                  QFile copy(file + QStringLiteral(".rekeyed"));
+                  ASSERT_TRUE(copy.open(QIODevice::ReadWrite));
+                  copy.write(QByteArray(4096, 'x'));
+                }),
+            PasswordChange::Outcome::Unchanged);
+  EXPECT_EQ(Password(), kOld);
+  EXPECT_EQ(run(PasswordStep::Verify,
+                [&aside](const QString& file) {
+                  ASSERT_TRUE(QFile::remove(file) && QFile::copy(aside, file));
+                }),
+            PasswordChange::Outcome::Decided);
+}
+
 TEST_F(PasswordStepsTest, AMissingOrDamagedCopyIsAnErrorAndNeverSuccess) {
   constexpr int kFirstReplace = 7;
   bool reached = false;

@@ -73,6 +73,7 @@ void LoopbackPop3Server::Read(Session& session) {
     const QByteArray line = session.buffer.first(end);
     session.buffer.remove(0, end + 2);
     received_.append(line);
+    if (OnCommand) OnCommand(line);
     Answer(session, line);
   }
 }

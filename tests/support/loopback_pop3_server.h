@@ -46,6 +46,8 @@ class LoopbackPop3Server : public QObject {
   /// Deletes what was marked also when the connection breaks, which the standard forbids.
   bool DeletesOnBreak = false;
   QList<Fault> Faults;
+  /// Called with every line that a client sends, before it is answered.
+  std::function<void(const QByteArray&)> OnCommand;
   /// Called when a stall begins, before its last bytes go out.
   std::function<void()> OnStall;
   QList<ServerMessage> Messages;

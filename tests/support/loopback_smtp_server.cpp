@@ -50,6 +50,7 @@ void LoopbackSmtpServer::Read(Session& session) {
       continue;
     }
     const QByteArray verb = line.left(4).toUpper();
+    if (OnCommand) OnCommand(line);
     Send(session, verb, Replies.contains(verb) ? Replies[verb] : Reply(session, line));
     if (verb == "QUIT") session.socket->disconnectFromHost();
   }

@@ -36,6 +36,8 @@ class LoopbackSmtpServer : public QObject {
   QHash<QByteArray, QByteArray> Replies;
   /// What goes wrong, counted over all sessions.
   QList<Fault> Faults;
+  /// Called with every command that a client sends, before it is answered.
+  std::function<void(const QByteArray&)> OnCommand;
   /// Called when a stall begins, before its last bytes go out.
   std::function<void()> OnStall;
   /// Called for every message accepted.

@@ -234,6 +234,17 @@ TEST_F(OnceTest, AnAnswerThatNeverCameIsLeftToTheUser) {
   EXPECT_EQ(Subjects(2).size(), 1);
 }
 
+// A server that looks at the message for longer than any other answer takes is not given up.
+TEST_F(OnceTest, AnAnswerAfterTheMessageMayTakeItsTime) {
+  StoreWaiting();
+  Pop& control = traffic_.Control();
+  smtp_.OnCommand = [&control](const QByteArray& line) {
+    if (line == "DATA") control.ReplyTimeoutMs = 2000;
+  };
+  smtp_.OnMessage = [](const test::SentMessage&) { test::RunFor(3000); };
+  EXPECT_EQ(Send().sent, 1);
+}
+
 TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
   const QString serial = StoreWaiting();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mail/mail_store.h"
+#include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/traffic.h"
 
@@ -151,6 +152,25 @@ TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
     EXPECT_EQ(Rows(), sent);
     server_.AddMessage(QByteArray("more ") + command, "Subject: more\r\n\r\n\r\n");
     ++sent;
+  }
+}
+
+// What any of the profile's mail files holds is known.
+TEST_F(ReceiveTest, MailOfAnyFileOfTheProfileIsKnown) {
+  AddMessages(2);
+  profile_.AddAccount(server_.Port());
+  ASSERT_EQ(Receive().stored, 2);
+  Context& context = profile_.Get();
+  const QString other = profile_.Folder() + QStringLiteral("other.mbx");
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, other));
+  context.Data.Close();
+  const QString first = context.Session->Text(u"Mail");
+  const QString lineBreak = QStringLiteral("\r\n");
+  for (const QString& files : {first + lineBreak + other, other + lineBreak + first}) {
+    context.Session->Let(QStringLiteral("Mail"), files);
+    const ReceiveCounts counts = Receive();
+    EXPECT_EQ(counts.known, 2);
+    EXPECT_EQ(counts.stored, 0);
   }
 }
 

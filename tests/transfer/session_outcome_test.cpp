@@ -77,10 +77,15 @@ TEST(SessionOutcome, AConversationThatIsCutAtAnyByteHasOneOutcome) {
 
 TEST(SessionOutcome, AnAnswerSaysWhetherTheMessageWasTaken) {
   const std::pair<const char*, const char16_t*> answers[] = {
-      {"354 go\r\n250 ok\r\n", u"sent"},    {"354 go\r\n452 full\r\n", u"refused"},
-      {"354 go\r\n554 no\r\n", u"refused"}, {"354 go\r\nwhat\r\n", u"unknown"},
-      {"354 go\r\n334 \r\n", u"unknown"},   {"451 later\r\n", u"refused"},
-      {"250 ok\r\n", u"refused"},           {"354 go\r\n250-a\r\n550 b\r\n", u"unknown"}};
+      {"354 go\r\n250 ok\r\n", u"sent"},
+      {"354 go\r\n452 full\r\n", u"refused"},
+      {"354 go\r\n554 no\r\n", u"refused"},
+      {"354 go\r\nwhat\r\n", u"unknown"},
+      {"354 go\r\n334 \r\n", u"unknown"},
+      {"451 later\r\n", u"refused"},
+      {"250 ok\r\n", u"refused"},
+      {"354 go\r\n250-a\r\n550 b\r\n", u"unknown"},
+      {"354 go\r\n250-a\r\n251 b\r\n", u"unknown"}};
   for (const auto& [answer, outcome] : answers) {
     SessionRecorder events;
     Play(Job(), events, kBefore + answer);
@@ -104,6 +109,15 @@ TEST(SessionOutcome, AMessageThatWasNotGivenOutWholeWasNotTaken) {
   session.Abandon();
   EXPECT_TRUE(session.Finished());
   EXPECT_EQ(events.told, (QStringList{QStringLiteral("begin"), QStringLiteral("refused")}));
+
+  // Nor by a server that says yes to half of it.
+  SessionRecorder hasty;
+  SmtpSession second(job, hasty, [](const QByteArray&) {});
+  second.Receive(kBefore);
+  second.Receive("354 go on\r\n");
+  second.Receive("250 queued\r\n");
+  EXPECT_TRUE(second.Finished());
+  EXPECT_EQ(hasty.told, (QStringList{QStringLiteral("begin"), QStringLiteral("refused")}));
 }
 
 TEST(SessionOutcome, TheRefusedRecipientIsTheOneThatIsNamed) {
@@ -138,6 +152,17 @@ TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
   second.Receive("220\r\n250-x\r\n250 STARTTLS\r\n220 go\r\n250 AUTH PLAIN\r\n");
   EXPECT_EQ(handshakes, 1);
   EXPECT_EQ(injected.codes, QList<PopError>{PopError::Protocol});
+
+  SessionRecorder mailbox;
+  Pop3Session third(
+      {QStringLiteral("mail.example"), QStringLiteral("user"), QStringLiteral("s3cret"), false,
+       Security::StartTls},
+      mailbox, [](const QByteArray&) {}, [&handshakes] { ++handshakes; });
+  third.Receive("+OK hi\r\n");
+  third.Receive("+OK\r\nSTLS\r\nUSER\r\n.\r\n");
+  third.Receive("+OK go\r\n+OK logged in\r\n");
+  EXPECT_EQ(handshakes, 1);
+  EXPECT_EQ(mailbox.codes, QList<PopError>{PopError::Protocol});
 }
 
 TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
