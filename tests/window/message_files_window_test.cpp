@@ -174,8 +174,8 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
           "'scripted'</script><p>本文</p><img src='" +
           base + "/pixel.png'><iframe src='" + base + "/frame'></iframe><form action='" + base +
           "/form'><input type=submit></form>"
-          "<a href='https://real.example/x' style='position:fixed;left:0;top:0;width:300px;"
-          "height:200px'>http://shown.example</a></body></html>\r\n",
+          "<a href='https://real.example/x' style='display:block;width:300px;height:400px'>"
+          "http://shown.example</a></body></html>\r\n",
       4);
   auto& tabs = Child<QTabWidget>(window, u"tsBody");
   ASSERT_TRUE(tabs.isTabVisible(1));
@@ -200,8 +200,8 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   EXPECT_TRUE(InModal<QMessageBox>(
       [view] {
         AwaitPainted(*view->View());
-        QTest::mouseMove(view->View()->focusProxy(), {40, 40});
-        QTest::mouseClick(view->View()->focusProxy(), Qt::LeftButton, Qt::NoModifier, {40, 40});
+        QTest::mouseMove(view->View()->focusProxy(), {40, 200});
+        QTest::mouseClick(view->View()->focusProxy(), Qt::LeftButton, Qt::NoModifier, {40, 200});
       },
       [&question](QMessageBox& box) {
         question = box.text();

@@ -25,8 +25,6 @@ namespace vorn {
 
 // Lets the page itself and images inside it through, and remote images when they are wanted.
 class MailGuard : public QWebEngineUrlRequestInterceptor {
-  Q_OBJECT
-
  public:
   using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
 
@@ -42,11 +40,7 @@ class MailGuard : public QWebEngineUrlRequestInterceptor {
     if (isImage && url.scheme() == u"data") return;
     if (isImage && isRemote && remoteImages_) return;
     info.block(true);
-    if (isImage && isRemote) Q_EMIT RemoteImageBlocked();
   }
-
- Q_SIGNALS:
-  void RemoteImageBlocked();
 
  private:
   QUrl page_;
@@ -87,6 +81,7 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
       notice_(new QWidget) {
   profile_->setUrlRequestInterceptor(guard_);
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
+  profile_->setHttpUserAgent(QStringLiteral("Mozilla/5.0"));  // no word of the engine or the system
   page_ = new MailPage(profile_.get(), view_);
   view_->setPage(page_);
   view_->setObjectName(QStringLiteral("wbHtml"));
@@ -118,7 +113,6 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
   layout->addWidget(view_, 1);
 
   connect(button, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
-  connect(guard_, &MailGuard::RemoteImageBlocked, notice_, &QWidget::show, Qt::QueuedConnection);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
   connect(view_, &QWebEngineView::loadFinished, this, [this](bool ok) {
     RemoveReadFile();
@@ -133,26 +127,24 @@ HtmlView::~HtmlView() {
 
 void HtmlView::Show(const QString& html) {
   html_ = html;
-  guard_->AllowRemoteImages(false);
-  notice_->hide();
-  Load();
+  Load(RemoteImages::LeftOut);
 }
 
 void HtmlView::LoadRemoteImages() {
-  guard_->AllowRemoteImages(true);
-  notice_->hide();
-  Load();
+  Load(RemoteImages::Kept);
 }
 
 // From a file, since a page given as text may not be larger than two megabytes.
-void HtmlView::Load() {
+void HtmlView::Load(RemoteImages images) {
+  const SafeHtml safe = SanitizeHtml(html_, images);
+  guard_->AllowRemoteImages(images == RemoteImages::Kept);
+  notice_->setVisible(safe.hasRemoteImages && images == RemoteImages::LeftOut);
   RemoveFile();
   MakePrivateFolder(workFolder_);
   file_ = workFolder_ + QStringLiteral("html_") + QUuid::createUuid().toString(QUuid::Id128) +
           QStringLiteral(".html");
   QFile file(file_);
-  // The mark decides the character set, whatever the page says of itself.
-  if (OpenPrivate(file, QIODevice::WriteOnly)) file.write("\xEF\xBB\xBF" + html_.toUtf8());
+  if (OpenPrivate(file, QIODevice::WriteOnly)) file.write(safe.html);
   file.close();
   const QUrl url = QUrl::fromLocalFile(file_);
   guard_->Allow(url);

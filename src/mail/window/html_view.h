@@ -8,6 +8,8 @@ class QLabel;
 class QWebEngineProfile;
 class QWebEngineView;
 
+#include "mail/html_sanitizer.h"
+
 namespace vorn {
 
 class MailGuard;
@@ -34,7 +36,7 @@ class HtmlView : public QWidget {
   void Loaded(bool ok);
 
  private:
-  void Load();
+  void Load(RemoteImages images);
   void LoadRemoteImages();
   void AskToOpen(const QUrl& url);
   void RemoveFile();

@@ -1,0 +1,116 @@
+// What of a mail's HTML is shown: what looks, and nothing that acts.
+
+#include "mail/html_sanitizer.h"
+
+#include <gtest/gtest.h>
+
+#include <QRegularExpression>
+
+#include "mail/style_filter.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+QString Body(const QString& html, RemoteImages images = RemoteImages::LeftOut) {
+  const QString whole = QString::fromUtf8(SanitizeHtml(html, images).html);
+  const qsizetype start = whole.indexOf(u'>', whole.indexOf(u"<body")) + 1;
+  return whole.sliced(start, whole.lastIndexOf(u"</body>") - start);
+}
+
+TEST(HtmlSanitizer, WhatLooksStays) {
+  const QString table = QStringLiteral(
+      "<table border=\"1\"><tbody><tr><td colspan=\"2\" bgcolor=\"#ff0000\">甲</td></tr></tbody>"
+      "</table>");
+  EXPECT_EQ(Body(table), table);
+  const QString text = QStringLiteral(
+      "<p style=\"color:red;font-size:12px\">a &lt; b &amp; c<br><b>太</b> <font "
+      "color=\"blue\">青</font></p><ul><li>一</li></ul><a href=\"https://x.example/?a=1&amp;b=2\">"
+      "行く</a><img src=\"data:image/png;base64,AA==\" alt=\"図\">");
+  EXPECT_EQ(Body(text), text);
+  // As browsers read what is not well-formed; unknown elements leave their text.
+  EXPECT_EQ(Body(QStringLiteral("<b>x<i>y</b>z<o:p>w</o:p><center>v")),
+            QStringLiteral("<b>x<i>y</i></b><i>zw<center>v</center></i>"));
+  EXPECT_EQ(Body(QStringLiteral("&hellip;&eacute;&#12354;")), QStringLiteral("…éあ"));
+}
+
+TEST(HtmlSanitizer, NothingThatActsStays) {
+  // Each with a word that must not come through.
+  for (const char* hostile :
+       {"<script>evil</script>",
+        "<img src=x onerror=evil>",
+        "<svg onload=evil><image href=http://evil/>evil</svg>",
+        "<math><mtext><evil></mtext></math>",
+        "<iframe srcdoc='<meta http-equiv=x-dns-prefetch-control content=evil>'></iframe>",
+        "<meta http-equiv=refresh content='0;url=http://evil/'>",
+        "<meta http-equiv='x-dns-prefetch-control' content='evil'>",
+        "<link rel=dns-prefetch href=//evil.example><link rel=preconnect href=http://evil/>",
+        "<base href=http://evil/>",
+        "<form action=http://evil/><input name=evil value=evil></form>",
+        "<object data=http://evil/></object><embed src=http://evil/>",
+        "<video poster=http://evil/ src=http://evil/></video><audio src=http://evil/></audio>",
+        "<a href=javascript:evil>x</a><a href='java\tscript:evil'>x</a><a href=//evil/>x</a>",
+        "<a href=data:text/html,evil>x</a><a ping=http://evil/ target=evil href=#t>x</a>",
+        "<img srcset='http://evil/ 2x'><img src=file:///evil><img src=data:image/svg+xml,evil>",
+        "<img src=cid:evil><img src=evil.png><input type=image src=http://evil/>",
+        "<p style='background:url(http://evil/)'>x</p>",
+        "<p style='background:\\75rl(http://evil/)'>x</p>",
+        "<p style='width:expression(evil)'>x</p><p style='position:fixed;--evil:1'>x</p>",
+        "<p style=\"color:red;background-image:image-set('http://evil/' 1x)\">x</p>",
+        "<style>@import 'http://evil/';p{background:url(http://evil/)}</style>",
+        "<style>@font-face{font-family:evil;src:url(http://evil/)}</style>",
+        "<style>p{color:red}</style\n><style>a[href^=evil]{color:red}</style>",
+        "<style><!-- </style><script>evil</script> --></style>",
+        "<noscript><p title='</noscript><script>evil</script>'></noscript>",
+        "<template><script>evil</script></template><select><option>evil</select>",
+        "<title>evil</title><textarea></textarea><!-- evil -->",
+        "<x><![CDATA[<script>]]></x evil=1>"}) {
+    const QString html = QString::fromLatin1(hostile);
+    for (const RemoteImages images : {RemoteImages::LeftOut, RemoteImages::Kept}) {
+      const QString safe = QString::fromUtf8(SanitizeHtml(html, images).html);
+      // Markup that was made text is text.
+      EXPECT_FALSE(
+          QString(safe).remove(QRegularExpression(QStringLiteral("&lt;[^<]*"))).contains(u"evil"))
+          << safe.toStdString();
+    }
+  }
+}
+
+TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
+  const QString html = QStringLiteral(
+      "<body background=http://a/1><img width=1 src=' HTTPS://a/2 '><td background=http://a/3>");
+  const SafeHtml before = SanitizeHtml(html, RemoteImages::LeftOut);
+  EXPECT_TRUE(before.hasRemoteImages);
+  EXPECT_FALSE(before.html.contains("//a/"));
+  EXPECT_FALSE(before.html.contains("http:"));
+  const QByteArray after = SanitizeHtml(html, RemoteImages::Kept).html;
+  EXPECT_TRUE(after.contains("<img width=\"1\" src=\"HTTPS://a/2\">")) << after.toStdString();
+  EXPECT_TRUE(after.contains("background=\"http://a/1\""));
+  EXPECT_FALSE(
+      SanitizeHtml(QStringLiteral("<img src=data:image/gif;base64,AA>"), RemoteImages::LeftOut)
+          .hasRemoteImages);
+}
+
+TEST(HtmlSanitizer, StylesSayHowItLooks) {
+  EXPECT_EQ(SafeDeclarations(QStringLiteral("COLOR: red; position:fixed; margin:0 auto !important;"
+                                            "width:calc(100% - 2px); color:#fff/*x*/; top:0;"
+                                            "font-family:'ＭＳ ゴシック', serif; content:'x'")),
+            QStringLiteral("color:red;margin:0 auto !important;width:calc(100% - 2px);color:#fff;"
+                           "font-family:'ＭＳ ゴシック', serif"));
+  EXPECT_EQ(SafeStyleSheet(QStringLiteral("@charset 'x'; p, .a > b:hover {color:red;top:1}"
+                                          "@media (max-width: 600px) {td {width:1px}}"
+                                          "@supports (x) {p {color:blue}} q")),
+            QStringLiteral("p, .a > b:hover{color:red}@media (max-width: 600px){td{width:1px}}"));
+}
+
+TEST(HtmlSanitizer, WhatNestsTooDeepGivesItsText) {
+  for (const char* tag : {"<div>", "<b>", "<form><a><b>", "<table><td>"}) {
+    const QString deep = QString::fromLatin1(tag).repeated(100000) + QStringLiteral("words");
+    EXPECT_TRUE(SanitizeHtml(deep, RemoteImages::LeftOut).html.contains("words")) << tag;
+  }
+  const QString flat = QStringLiteral("<p>one<br>two</p>").repeated(50000);
+  EXPECT_EQ(Body(flat), flat);
+}
+
+}  // namespace
+}  // namespace vorn
