@@ -1,5 +1,7 @@
 #include "present/page_filler.h"
 
+#include <algorithm>
+
 #include "mail/address.h"
 #include "mail/code_page_932.h"
 #include "mail/flag_string.h"
@@ -14,6 +16,17 @@ namespace {
 const QString kLineBreak = QStringLiteral("\r\n");
 const QString kUnreadable = QStringLiteral("【読み込めません】");
 constexpr qsizetype kPreviewBytes = 100;
+
+// Escaped, and where its letters or marks run from right to left for itself: nothing around it is
+// turned round with it.
+QString Isolated(const QString& text) {
+  const bool runsBack = std::any_of(text.begin(), text.end(), [](QChar c) {
+    return c.direction() == QChar::DirR || c.direction() == QChar::DirAL ||
+           (c.category() == QChar::Other_Format && c.direction() != QChar::DirBN);
+  });
+  return runsBack ? QStringLiteral("<bdi>") + text.toHtmlEscaped() + QStringLiteral("</bdi>")
+                  : text.toHtmlEscaped();
+}
 
 }  // namespace
 
@@ -190,7 +203,7 @@ void PageFiller::HandleMailAddress() {
     const AddressEntry entry = ParseAddressEntry(line);
     if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
     const QString text = entry.displayName.isEmpty() ? entry.address : entry.displayName;
-    shown.append(content_.escape ? text.toHtmlEscaped() : text);
+    shown.append(content_.escape ? Isolated(text) : text);
   }
   WriteText(shown.join(QStringLiteral("<BR>")));
 }
@@ -227,6 +240,7 @@ void PageFiller::WriteSubject() {
   const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(QStringLiteral("【送信を確認】"));
   if (rows_->IsRowDamaged()) WriteText(kUnreadable);
+  if (content_.escape && !subject.isEmpty()) return WriteText(Isolated(subject));
   WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
 }
 

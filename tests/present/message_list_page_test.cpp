@@ -153,6 +153,15 @@ TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
   EXPECT_FALSE(page.contains("<script>"));
 }
 
+TEST_F(MessageListPageTest, SendersAndTextsAreEscapedAndKeepTheirDirectionToThemselves) {
+  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  profile_.Store(
+      "From: \"<b>Sato\" <s@x>\r\nSubject: =?utf-8?B?4oCuZ3BqLmV4ZQ==?=\r\n\r\n<i>text\r\n", 4);
+  const QByteArray row = Filled("<+SUBJECT>|<+MAILADDRESS><FROM>|<+TEXT>");
+  EXPECT_TRUE(row.contains("|&lt;b&gt;Sato|&lt;i&gt;text")) << row.toStdString();
+  EXPECT_TRUE(row.startsWith("<bdi>") && row.contains("gpj.exe</bdi>|")) << row.toStdString();
+}
+
 TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnce) {
   Store("a");
   Store("b");
