@@ -1,5 +1,6 @@
 #include "objects/file_age.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "objects/save_object.h"
@@ -9,12 +10,47 @@
 namespace vorn {
 namespace {
 
-// At least `least`. The new number, 0 when it could not be stored.
+// Of the file that is open; nothing when it cannot be read. A file that never counted has no table.
+std::optional<qint64> ReadCount(DataSession& data) {
+  if (!data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = "
+                                         "'work_count'"),
+                          CursorKind::ForwardOnly) ||
+      data.Recordset()->Failed()) {
+    return std::nullopt;
+  }
+  if (data.Recordset()->Fields(u"N").toInt() == 0) return 0;
+  if (!data.OpenRecordset(QStringLiteral("SELECT MAX(NUMBER) AS N FROM work_count"),
+                          CursorKind::ForwardOnly) ||
+      data.Recordset()->Failed()) {
+    return std::nullopt;
+  }
+  return data.Recordset()->Fields(u"N").toLongLong();
+}
+
+// At least `least`. The new count, 0 when it could not be stored.
 qint64 WriteCount(Context& context, const QString& file, qint64 least) {
   if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return 0;
-  const qint64 number = context.Data.CountWork(least);
-  context.Data.Close();
-  return number;
+  DataSession& data = context.Data;
+  qint64 count = 0;
+  if (data.Begin()) {
+    const std::optional<qint64> before = ReadCount(data);
+    const qint64 next = std::max(before.value_or(0) + 1, least);
+    const bool written =
+        before &&
+        data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS work_count (ID INTEGER PRIMARY "
+                                    "KEY, NUMBER INTEGER)")) &&
+        data.Execute(QStringLiteral("DELETE FROM work_count")) &&
+        data.Execute(
+            QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
+        data.Commit() &&
+        // On the disk before it is remembered: a machine that stops in between must not leave a
+        // file that looks older.
+        data.MakeDurable(PlatformPath(context, file));
+    if (written) count = next;
+    if (!written) data.Rollback();
+  }
+  data.Close();
+  return count;
 }
 
 qint64 Remembered(const Context& context, const QString& file) {
@@ -44,7 +80,7 @@ QStringList OlderFiles(Context& context) {
     const QString path = PlatformPath(context, note.path);
     if (note.works == 0 || note.mark != FileMark(path)) continue;
     if (!OpenDatabase(context, DatabaseKind::MailByPath, note.path)) continue;
-    const std::optional<qint64> count = context.Data.WorkNumber();
+    const std::optional<qint64> count = ReadCount(context.Data);
     context.Data.Close();
     if (count && *count < note.works) older.append(path);
   }

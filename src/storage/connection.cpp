@@ -1,5 +1,6 @@
 #include "storage/connection.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QUrl>
 #include <algorithm>
@@ -7,8 +8,10 @@
 #include <limits>
 #include <string_view>
 
+#include "storage/change_count.h"
 #include "storage/engine.h"
 #include "storage/engine_locks.h"
+#include "storage/file_lock.h"
 #include "storage/known_damage.h"
 #include "storage/log_state.h"
 #include "storage/raw_pages.h"
@@ -17,13 +20,13 @@
 #include "storage/sole_use.h"
 #include "storage/source_digest.h"
 #include "storage/ui.h"
-#include "storage/work_count.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kIdleStatements = 64;
 constexpr int kBusyTimeoutMs = 5000;
+constexpr int kLookWaitMs = 20000;  // a look takes a moment
 
 // What a condition may call besides operators. Anything not listed, such as the engine's export and
 // extension loading functions, is refused.
@@ -178,6 +181,7 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
   }
   UseOwnLocks();
   std::shared_ptr<Connection> connection(new Connection);
+  connection->path_ = path;
   const QByteArray name = mode == Mode::WithoutLog ? UriWithoutLog(path) : path.toUtf8();
   if (sqlite3_open_v2(name.constData(), &connection->handle_, OpenFlags(mode), nullptr) !=
       SQLITE_OK) {
@@ -200,6 +204,12 @@ bool Connection::LookAtLog(const QString& path, const QString& password, Mode mo
                            StorageError* error) {
   const QString name = QFileInfo(path).fileName() + QStringLiteral("-wal");
   if (QFileInfo(path + QStringLiteral("-wal")).size() == 0) return true;
+  // One at a time: who is only looking has not looked yet.
+  FileLock looking(QFileInfo(path).dir().filePath(QStringLiteral("look.lock")));
+  if (looking.Take(FileLock::Kind::Exclusive, kLookWaitMs) == FileLock::Result::Held) {
+    *error = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
+    return false;
+  }
   auto alone = std::make_unique<SoleUse>(path);
   if (!alone->IsTaken()) return true;  // whoever has it open looked, and is writing to it
   LoggedPage sample;
@@ -210,9 +220,12 @@ bool Connection::LookAtLog(const QString& path, const QString& password, Mode mo
   }
   if (log == LogState::Sound) {
     alone.reset();  // the engine's own reading takes its locks
-    const bool fits = LogFitsFile(path, password);
+    if (LogFitsFile(path, password)) return true;
     alone = std::make_unique<SoleUse>(path);
-    if (fits || !alone->IsTaken()) return true;
+    if (!alone->IsTaken()) {
+      *error = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
+      return false;
+    }
     log = LogState::Foreign;
   }
   if (log < LogState::Torn) return true;
@@ -344,7 +357,7 @@ QVariant Connection::Scalar(const QByteArray& sql, const QVariantList& values) {
 bool Connection::Begin() {
   const bool begun =
       depth_ == 0 ? Run("BEGIN IMMEDIATE") : Run("SAVEPOINT level" + QByteArray::number(depth_));
-  if (begun) ++depth_;
+  if (begun && depth_++ == 0) changesBefore_ = sqlite3_total_changes(handle_);
   return begun;
 }
 
@@ -355,7 +368,8 @@ bool Connection::Commit() {
     --depth_;
     return true;
   }
-  if (!Run("COMMIT")) {
+  const bool changed = sqlite3_total_changes(handle_) != changesBefore_;
+  if ((changed && !CountChange(*this, path_)) || !Run("COMMIT")) {
     const StorageError reason = error_;
     Rollback();
     error_ = reason;
@@ -439,6 +453,10 @@ QString Connection::ChangeMark() {
       .arg(reinterpret_cast<quintptr>(this))
       .arg(sqlite3_total_changes(handle_))
       .arg(Scalar("PRAGMA data_version").toLongLong());
+}
+
+int Connection::Changes() const {
+  return sqlite3_changes(handle_);
 }
 
 qint64 Connection::LastRowId() const {

@@ -97,6 +97,8 @@ class Connection {
 
   /// See `DataSession::ChangeMark`.
   QString ChangeMark();
+  /// Rows that the last statement changed.
+  int Changes() const;
   qint64 LastRowId() const;
   /// Nothing, with the reason in `LastError`, when it cannot be read as it was written.
   std::optional<QByteArray> ReadLongBinary(qint64 id);
@@ -137,7 +139,9 @@ class Connection {
   QSet<Recordset*> recordsets_;
   QSet<QString> damage_;
   StorageError error_;
+  QString path_;
   int depth_ = 0;
+  int changesBefore_ = 0;  // the outermost transaction
   int schemaVersion_ = 0;
 };
 

@@ -8,7 +8,6 @@
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
-#include "storage/work_count.h"
 
 namespace vorn {
 
@@ -178,20 +177,6 @@ bool DataSession::MakeDurable(const QString& path) {
   return connection->MakeDurable() || FailWith(connection->LastError());
 }
 
-qint64 DataSession::CountWork(qint64 least) {
-  if (connection_ == nullptr) return 0;
-  LeaveGroup();
-  const qint64 number = RaiseWorkCount(*connection_, path_, least);
-  if (number == 0) FailFromConnection();
-  return number;
-}
-
-std::optional<qint64> DataSession::WorkNumber() {
-  if (connection_ == nullptr) return std::nullopt;
-  const std::optional<WorkCount> count = ReadWorkCount(*connection_);
-  return count ? std::optional(count->number) : std::nullopt;
-}
-
 bool DataSession::OpenRecordset(const QString& select, CursorKind kind, StatementTrust trust) {
   if (connection_ == nullptr) return false;
   QString reason;
@@ -226,7 +211,15 @@ bool DataSession::Execute(const QString& text) {
   const auto translated = TranslateSql(text, &reason);
   if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
   LeaveGroup();
-  return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();
+  if (connection_->InTransaction()) {
+    return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();
+  }
+  const bool done = connection_->Begin() &&
+                    connection_->Run(translated->sql, translated->parameters) &&
+                    connection_->Commit();
+  if (!done) FailFromConnection();
+  connection_->Rollback();
+  return done;
 }
 
 QString DataSession::ChangeMark() {

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
-#include <optional>
 
 #include "storage/connection.h"
 #include "storage/connection_pool.h"
@@ -89,11 +88,6 @@ class DataSession {
   /// Forces all that was committed to the file at `path` onto the disk. Only after this may
   /// something outside, such as a mail server's copy, be given up. The file must have been opened.
   bool MakeDurable(const QString& path);
-  /// Counts work with the open file (see `storage/work_count.h`): one more, and at least `least`.
-  /// The new number, 0 when it could not be stored.
-  qint64 CountWork(qint64 least);
-  /// The open file's number of works; nothing when it cannot be read.
-  std::optional<qint64> WorkNumber();
 
   /// Really closes every file, warm ones included.
   void CloseAll();

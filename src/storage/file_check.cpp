@@ -218,7 +218,10 @@ FileFindings CheckDatabaseFile(const QString& path, const QString& password,
     findings.parts.insert(QStringLiteral("file"));
     return findings;
   }
+  // All of it as it is at one moment, whatever others write meanwhile.
+  const bool isMoment = connection->Run("BEGIN");
   FileCheck(*connection, findings).Run(contents);
+  if (isMoment) connection->Run("COMMIT");
   return findings;
 }
 

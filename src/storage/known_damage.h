@@ -40,8 +40,9 @@ std::optional<KnownDamage> FindDamage(Context& context, const QString& file);
 /// well when that cannot be found out.
 bool IsKnownDamaged(Context& context, const QString& file);
 
-/// Whether what a file says of its messages cannot be trusted: more than the sources of some of them
-/// is known to be damaged, and the user has not decided. True as well when that cannot be found out.
+/// Whether what a file says of its messages cannot be trusted: more than the sources of some of
+/// them is known to be damaged, and the user has not decided. True as well when that cannot be
+/// found out.
 bool IsKnownBroken(Context& context, const QString& file);
 
 /// The first of the files that is known to be damaged and of which the user has not decided; empty
