@@ -73,6 +73,10 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
     }
     return shown;
   };
+  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"), QStringLiteral("f")));
+  EXPECT_TRUE(
+      profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder WHERE FOLDERID = 'f'"))
+          .isEmpty());
   ASSERT_TRUE(SetDust(profile_.Get(), messages, true));
   EXPECT_EQ(states(), QStringLiteral("-1 -2 -3 -4 "));
   ASSERT_TRUE(SetDust(profile_.Get(), messages.mid(0, 2), false));

@@ -171,6 +171,7 @@ TEST_F(ReceiveTest, MailOfAnyFileOfTheProfileIsKnown) {
     const ReceiveCounts counts = Receive();
     EXPECT_EQ(counts.known, 2);
     EXPECT_EQ(counts.stored, 0);
+    EXPECT_EQ(server_.Count("RETR"), 2) << "nothing is fetched again";
   }
 }
 
