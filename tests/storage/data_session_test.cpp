@@ -320,6 +320,17 @@ TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
   EXPECT_EQ(rows(all + QStringLiteral("STATUS = 4"), StatementTrust::System), 1);
 }
 
+// What was worked out of the file is out of date after each change, however alike they are.
+TEST_F(DataSessionTest, EveryChangeHasAMarkOfItsOwn) {
+  QSet<QString> marks{data_.ChangeMark()};
+  for (int i = 0; i < 3; ++i) {
+    Insert(QStringLiteral("same"));
+    EXPECT_EQ(data_.ChangeMark(), data_.ChangeMark());
+    marks.insert(data_.ChangeMark());
+  }
+  EXPECT_EQ(marks.size(), 4);
+}
+
 // A log whose frames were spoiled, one that another file left, and a file that lost its contents.
 TEST_F(DataSessionTest, WhatIsNotAsItWasWrittenIsNotTakenForIt) {
   const QString log = path_ + QStringLiteral("-wal");

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "storage/data_session.h"
@@ -21,7 +22,9 @@ struct Death {};  // thrown to leave a change as a killed process leaves it
 class PasswordStepsTest : public testing::Test {
  protected:
   void SetUp() override {
-    for (const QString& name : {QStringLiteral("profile.mbx"), QStringLiteral("mail.mbx")}) {
+    // A mail file may lie in another folder than the profile's own.
+    ASSERT_TRUE(QDir(folder_.path()).mkpath(QStringLiteral("sub")));
+    for (const QString& name : {QStringLiteral("profile.mbx"), QStringLiteral("sub/mail.mbx")}) {
       files_.append(folder_.filePath(name));
       DataSession data;
       ASSERT_TRUE(CreateDatabaseFile(data, files_.last(), kOld, [&data] {
@@ -94,7 +97,9 @@ TEST_F(PasswordStepsTest, WhereverItStopsAllFilesHaveOnePassword) {
       const bool isNew = outcome != PasswordChange::Outcome::Unchanged || (dies && password == to_);
       EXPECT_EQ(password, isNew ? to_ : from_) << "step " << step << " dies " << dies;
       if (password == to_) std::swap(from_, to_);
-      EXPECT_EQ(QDir(folder_.path()).entryList({QStringLiteral("*.rekeyed*")}), QStringList());
+      for (const QString& file : files_) {
+        EXPECT_EQ(QFileInfo(file).dir().entryList({QStringLiteral("*.rekeyed*")}), QStringList());
+      }
     }
   }
 }
