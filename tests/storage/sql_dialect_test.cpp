@@ -69,6 +69,7 @@ TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
   EXPECT_FALSE(Like("No.##", "no.1x"));
   EXPECT_TRUE(Like("[a-c]*[!0-9]", "Bxx"));
   EXPECT_FALSE(Like("[a-c]*[!0-9]", "bx1"));
+  EXPECT_TRUE(Like("[a-c][x]", "cx"));
   EXPECT_TRUE(Like("100%_", "100%_"));
   EXPECT_FALSE(Like("100%", "1000"));
   EXPECT_TRUE(Like("*[*", "a[b"));
