@@ -35,9 +35,13 @@ const QSet<QString>& Properties() {
 // What may stand before a parenthesis; "url", "image-set", "expression", "var" and whatever comes
 // later may not.
 const QSet<QString>& Functions() {
-  static const QSet<QString> names = {QStringLiteral("rgb"), QStringLiteral("rgba"),
-                                      QStringLiteral("hsl"), QStringLiteral("hsla"),
-                                      QStringLiteral("calc")};
+  static const QSet<QString> names = {QStringLiteral("rgb"),
+                                      QStringLiteral("rgba"),
+                                      QStringLiteral("hsl"),
+                                      QStringLiteral("hsla"),
+                                      QStringLiteral("calc"),
+                                      QStringLiteral("linear-gradient"),
+                                      QStringLiteral("radial-gradient")};
   return names;
 }
 
@@ -82,7 +86,8 @@ qsizetype EndOfBlock(const QString& text, qsizetype at) {
 }
 
 QString Rules(const QString& sheet, bool insideMedia) {
-  static const QRegularExpression plain(QStringLiteral("^[\\w\\s.,#>:+~*()-]+$"));
+  static const QRegularExpression plain(QStringLiteral("^[\\w\\s.,#>:+~*()-]+$"),
+                                        QRegularExpression::UseUnicodePropertiesOption);
   QString result;
   for (qsizetype at = 0; at < sheet.size();) {
     const qsizetype open = sheet.indexOf(u'{', at);
@@ -109,10 +114,15 @@ QString Rules(const QString& sheet, bool insideMedia) {
 }  // namespace
 
 QString SafeDeclarations(const QString& declarations) {
+  static const QRegularExpression image(
+      QStringLiteral("url\\(\\s*(?:\"[^\"]*\"|'[^']*'|[^)\"']*)\\s*\\)"),
+      QRegularExpression::CaseInsensitiveOption);
   QStringList safe;
   for (const QString& declaration : WithoutComments(declarations).split(u';')) {
     const QString name = declaration.section(u':', 0, 0).trimmed().toLower();
-    const QString value = declaration.section(u':', 1).trimmed();
+    QString value = declaration.section(u':', 1).trimmed();
+    // Its colour is what the text is seen on.
+    if (name == u"background") value = value.remove(image).trimmed();
     if (IsProperty(name) && !value.isEmpty() && IsSafeValue(value)) {
       safe.append(name + u':' + value);
     }
@@ -121,7 +131,9 @@ QString SafeDeclarations(const QString& declarations) {
 }
 
 QString SafeStyleSheet(const QString& sheet) {
-  return Rules(WithoutComments(sheet), false);
+  // The signs that hid a sheet from programs of long ago (CSS 2, section 4.4).
+  return Rules(WithoutComments(sheet).remove(QStringLiteral("<!--")).remove(QStringLiteral("-->")),
+               false);
 }
 
 }  // namespace vorn

@@ -15,10 +15,16 @@ constexpr char kTable[] =
     "INTEGER, LOG_ROUND BLOB)";
 
 // Without a log all that was counted is in the file. A round begins when all of the one before has
-// come into the file; if that was since the last transaction began, then all but that one has.
+// come into the file. If this transaction began it, then all that was counted before has; if that
+// was since the last one, then all but that one. ?1 is the round when this transaction began, ?2
+// that of now.
 constexpr char kCount[] =
-    "UPDATE change_count SET IN_FILE = CASE WHEN ?1 = x'' THEN NUMBER WHEN ?1 <> LOG_ROUND THEN "
-    "NUMBER - 1 ELSE IN_FILE END, NUMBER = NUMBER + 1, LOG_ROUND = ?1";
+    "UPDATE change_count SET IN_FILE = CASE WHEN ?1 = x'' OR ?1 <> ?2 THEN NUMBER WHEN ?1 <> "
+    "LOG_ROUND THEN NUMBER - 1 ELSE IN_FILE END, NUMBER = NUMBER + 1, LOG_ROUND = ?2";
+
+QByteArray NotNull(const QByteArray& round) {
+  return round.isNull() ? QByteArrayLiteral("") : round;
+}
 
 struct State {
   qint64 number = 0;
@@ -42,12 +48,11 @@ std::optional<State> Read(Connection& connection) {
 
 }  // namespace
 
-bool CountChange(Connection& connection, const QString& path) {
-  const QByteArray log = LogRound(path);
-  const QByteArray round = log.isNull() ? QByteArrayLiteral("") : log;
+bool CountChange(Connection& connection, const QString& path, const QByteArray& roundBefore) {
+  const QByteArray round = NotNull(LogRound(path));
   const auto count = connection.Prepare(kCount);
   if (count != nullptr) {
-    count->Bind({round});
+    count->Bind({NotNull(roundBefore), round});
     if (count->Next() != Statement::Step::Done) return false;
     if (connection.Changes() > 0) return true;
   }
@@ -67,7 +72,9 @@ bool LogFitsFile(const QString& path, const QString& password) {
   const std::optional<State> inBoth = Read(*whole);
   if (!inFile || !inBoth) return true;
   const bool isSameRound = inBoth->logRound == LogRound(path);
-  return inFile->number >= (isSameRound ? inBoth->inFile : inBoth->number - 1);
+  // A log that knows less than the file is an older one.
+  return inFile->number <= inBoth->number &&
+         inFile->number >= (isSameRound ? inBoth->inFile : inBoth->number - 1);
 }
 
 }  // namespace vorn

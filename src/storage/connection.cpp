@@ -357,7 +357,10 @@ QVariant Connection::Scalar(const QByteArray& sql, const QVariantList& values) {
 bool Connection::Begin() {
   const bool begun =
       depth_ == 0 ? Run("BEGIN IMMEDIATE") : Run("SAVEPOINT level" + QByteArray::number(depth_));
-  if (begun && depth_++ == 0) changesBefore_ = sqlite3_total_changes(handle_);
+  if (begun && depth_++ == 0) {
+    changesBefore_ = sqlite3_total_changes(handle_);
+    roundBefore_ = LogRound(path_);
+  }
   return begun;
 }
 
@@ -369,7 +372,7 @@ bool Connection::Commit() {
     return true;
   }
   const bool changed = sqlite3_total_changes(handle_) != changesBefore_;
-  if ((changed && !CountChange(*this, path_)) || !Run("COMMIT")) {
+  if ((changed && !CountChange(*this, path_, roundBefore_)) || !Run("COMMIT")) {
     const StorageError reason = error_;
     Rollback();
     error_ = reason;

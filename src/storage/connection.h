@@ -141,7 +141,8 @@ class Connection {
   StorageError error_;
   QString path_;
   int depth_ = 0;
-  int changesBefore_ = 0;  // the outermost transaction
+  int changesBefore_ = 0;   // the outermost transaction
+  QByteArray roundBefore_;  // likewise, of the log
   int schemaVersion_ = 0;
 };
 

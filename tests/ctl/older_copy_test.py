@@ -149,6 +149,24 @@ def older_copy_beside_a_log(store):
     assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
 
 
+def older_log_beside_the_file(store):
+    """It would be read over what has come since."""
+    store.queue(2)
+    store.serve()
+    store.ctl("send")
+    log = leave_log(store, "receive")
+    older = log.read_bytes()
+    store.ctl("receive")
+    mail = store.work / "one.eml"
+    mail.write_bytes(b"Subject: one\r\n\r\ntext\r\n")
+    store.ctl("import", mail)
+    kept = len(store.rows("list", "受信"))
+    assert kept == 3 and not log.exists(), kept
+    log.write_bytes(older)
+    assert len(store.rows("list", "受信", code=4)) == kept
+    assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
+
+
 def lost_log(store):
     store.queue(2)
     store.serve()
@@ -178,7 +196,7 @@ def lost_log_of_a_long_run(store):
 
 
 def main():
-    for test in (older_copy, older_copy_beside_a_log, lost_log,
+    for test in (older_copy, older_copy_beside_a_log, older_log_beside_the_file, lost_log,
                  lost_log_of_a_long_run):
         with tempfile.TemporaryDirectory() as folder:
             store = Store(pathlib.Path(folder))

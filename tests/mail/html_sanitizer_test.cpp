@@ -97,6 +97,15 @@ TEST(HtmlSanitizer, StylesSayHowItLooks) {
                                             "font-family:'ＭＳ ゴシック', serif; content:'x'")),
             QStringLiteral("color:red;margin:0 auto !important;width:calc(100% - 2px);color:#fff;"
                            "font-family:'ＭＳ ゴシック', serif"));
+  // A picture behind a text goes, the colour that it is seen on stays.
+  EXPECT_EQ(SafeDeclarations(QStringLiteral(
+                "background:#003366 URL( 'http://x/;a.png' ) no-repeat;color:#fff;"
+                "background:linear-gradient(#000, rgba(1,2,3,.5)); background: url(http://x/)")),
+            QStringLiteral("color:#fff;background:linear-gradient(#000, rgba(1,2,3,.5))"));
+  EXPECT_EQ(SafeDeclarations(QStringLiteral("background:#003366 url(http://x/a.png) no-repeat")),
+            QStringLiteral("background:#003366  no-repeat"));
+  EXPECT_EQ(SafeStyleSheet(QStringLiteral("<!--\np.MsoNormal, .本文{margin:0} td{color:red} -->")),
+            QStringLiteral("p.MsoNormal, .本文{margin:0}td{color:red}"));
   EXPECT_EQ(SafeStyleSheet(QStringLiteral("@charset 'x'; p, .a > b:hover {color:red;top:1}"
                                           "@media (max-width: 600px) {td {width:1px}}"
                                           "@supports (x) {p {color:blue}} q")),
