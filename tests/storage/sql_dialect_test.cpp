@@ -75,7 +75,8 @@ TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
   EXPECT_TRUE(Like("*[*", "a[b"));
   EXPECT_TRUE(Like("**", ""));
   EXPECT_TRUE(Like("*é*", "CAFÉ"));
-  // What begins like the pattern may begin it again one letter on, and a word with A in it is found.
+  // What begins like the pattern may begin it again one letter on, and a word with A in it is
+  // found.
   EXPECT_TRUE(Like("*aab*", "AaAB"));
   EXPECT_TRUE(Like("x*aab", "x aab aaab"));
   EXPECT_TRUE(Like("*ABBA*", "abba"));
