@@ -129,8 +129,10 @@ void AppendEscaped(QByteArray& out, std::string_view text) {
   out.append(text.data() + done, static_cast<qsizetype>(text.size() - done));
 }
 
-// An upper bound of how deep the elements nest, without reading the document as a tree.
+// About how deep the elements nest at most, without reading the document as a tree. An end tag
+// counts only where its element is open: of others the parser takes no notice.
 int DepthOf(const QByteArray& html) {
+  std::array<int, GUMBO_TAG_LAST + 1> open{};
   int depth = 0;
   int deepest = 0;
   for (qsizetype at = html.indexOf('<'); at >= 0; at = html.indexOf('<', at + 1)) {
@@ -139,9 +141,15 @@ int DepthOf(const QByteArray& html) {
     const qsizetype start = end;
     while (end < html.size() && std::isalnum(static_cast<unsigned char>(html[end])) != 0) ++end;
     const auto length = static_cast<unsigned>(end - start);
-    if (length == 0 || IsFlat(gumbo_tagn_enum(html.constData() + start, length))) continue;
-    depth = ends ? std::max(0, depth - 1) : depth + 1;
-    deepest = std::max(deepest, depth);
+    const GumboTag tag = gumbo_tagn_enum(html.constData() + start, length);
+    if (length == 0 || IsFlat(tag)) continue;
+    if (!ends) {
+      ++open[tag];
+      deepest = std::max(deepest, ++depth);
+    } else if (tag != GUMBO_TAG_UNKNOWN && open[tag] > 0) {
+      --open[tag];
+      --depth;
+    }
   }
   return deepest;
 }

@@ -113,7 +113,8 @@ TEST(HtmlSanitizer, StylesSayHowItLooks) {
 }
 
 TEST(HtmlSanitizer, WhatNestsTooDeepGivesItsText) {
-  for (const char* tag : {"<div>", "<b>", "<form><a><b>", "<table><td>"}) {
+  for (const char* tag :
+       {"<div>", "<b>", "<form><a><b>", "<table><td>", "<div></x>", "<x></y>", "<div></b>"}) {
     const QString deep = QString::fromLatin1(tag).repeated(100000) + QStringLiteral("words");
     EXPECT_TRUE(SanitizeHtml(deep, RemoteImages::LeftOut).html.contains("words")) << tag;
   }

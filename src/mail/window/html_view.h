@@ -4,11 +4,11 @@
 #include <QWidget>
 #include <memory>
 
+#include "mail/html_sanitizer.h"
+
 class QLabel;
 class QWebEngineProfile;
 class QWebEngineView;
-
-#include "mail/html_sanitizer.h"
 
 namespace vorn {
 
