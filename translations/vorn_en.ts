@@ -2449,10 +2449,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>In the place of the file “%1”%2 there is another database, or a file whose beginning is damaged.</translation>
     </message>
     <message>
-        <source>メッセージを送信しています。中止して終了しますか？</source>
-        <translation>A message is being sent. Cancel it and quit?</translation>
-    </message>
-    <message>
         <source>「%1」はメッセージのファイルではありません。</source>
         <translation>&quot;%1&quot; is not a message file.</translation>
     </message>
@@ -2551,6 +2547,26 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>「%1」が壊れているため、送信しません。</source>
         <translation>&quot;%1&quot; is damaged, so nothing is sent.</translation>
+    </message>
+    <message>
+        <source>送信し終えていないメッセージがあります。送信してから終了しますか？
+
+「いいえ」を選ぶと、送信を中止して終了します。残りは送信待ちのままになります。</source>
+        <translation>There are messages that have not been sent yet. Send them before the program ends?
+
+&quot;No&quot; stops sending and ends; what is left goes on waiting.</translation>
+    </message>
+    <message>
+        <source>送信が済むと終了します。</source>
+        <translation>The program ends when everything is sent.</translation>
+    </message>
+    <message>
+        <source>メッセージを入れられるフォルダがありません。条件のないフォルダを作ると、そこに入れられます。</source>
+        <translation>There is no folder to put messages into. A folder without conditions can be filled by hand.</translation>
+    </message>
+    <message>
+        <source>「look.lock」に書き込めません。フォルダの権限を確認してください。</source>
+        <translation>&quot;look.lock&quot; cannot be written. Please check the permissions of the folder.</translation>
     </message>
 </context>
 </TS>

@@ -14,18 +14,24 @@
 namespace vorn::ctl {
 namespace {
 
-// Stores a composed source as one that waits. An empty sentence when it could be.
-QString StoreWaiting(Context& context, const QString& name) {
-  const auto source = ReadFile(name);
-  if (!source) return QStringLiteral("「%1」を読み込めません。").arg(name);
-  if (!BeginsWithHeaderField(*source)) {
-    return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
+// Stores composed sources as messages that wait, all or none, so that the same command can be given
+// again after a failure. An empty sentence when they could be.
+QString StoreWaiting(Context& context, const QStringList& names) {
+  std::vector<std::pair<DiskPtr, QByteArray>> messages;
+  for (const QString& name : names) {
+    const auto source = ReadFile(name);
+    if (!source) return QStringLiteral("「%1」を読み込めません。").arg(name);
+    if (!BeginsWithHeaderField(*source)) {
+      return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
+    }
+    const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
+    request->Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
+    request->Let(QStringLiteral("Flag"), QStringLiteral("02"));
+    messages.emplace_back(request, *source);
   }
-  Disk request(NewMessageSerialID(context));
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
-  request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-  if (!MailStore(context).StoreMessage(request, *source).isEmpty()) return {};
-  return QStringLiteral("メッセージを保存できません。") + context.Data.LastError().text;
+  if (MailStore(context).StoreMessages(messages)) return {};
+  return QStringLiteral("メッセージを保存できません。何も送信していません。") +
+         context.Data.LastError().text;
 }
 
 }  // namespace
@@ -42,10 +48,8 @@ int Send(Context& context, const Arguments& arguments) {
     }
     console.account = account->SerialID();
   }
-  for (const QString& name : arguments.Words().mid(1)) {
-    const QString error = StoreWaiting(context, name);
-    if (!error.isEmpty()) return Complain(error, kExitFailure);
-  }
+  const QString error = StoreWaiting(context, arguments.Words().mid(1));
+  if (!error.isEmpty()) return Complain(error, kExitFailure);
   MailTraffic traffic(context, console, console);
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();  // which is told once, at the end

@@ -1,9 +1,13 @@
 #include "frame/dispatcher.h"
 
+#include <QScopedValueRollback>
+
 namespace vorn {
 
 void Dispatcher::Tick() {
-  if (queue_.IsEmpty() || !host_.IsEnabled()) return;
+  // The loop of a modal window goes on for a moment when it is closed.
+  if (executing_ || queue_.IsEmpty() || !host_.IsEnabled()) return;
+  const QScopedValueRollback<bool> inside(executing_, true);
   Execute(DiskPtr(queue_.Front()));
   queue_.RemoveFront();
 }

@@ -49,6 +49,7 @@ class Dispatcher {
   Context& context_;
   RequestQueue& queue_;
   DispatchHost& host_;
+  bool executing_ = false;
 };
 
 }  // namespace vorn

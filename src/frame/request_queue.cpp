@@ -5,6 +5,7 @@
 #include "storage/databases.h"
 
 namespace vorn {
+
 namespace {
 
 using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
@@ -16,6 +17,14 @@ DiskPtr MakeRequest(const QString& serialId, Values values) {
 }
 
 }  // namespace
+
+MailRequest MailRequest::New(const QString& mailto) {
+  MailRequest request;
+  request.isNew = true;
+  request.db = static_cast<int>(DatabaseKind::Mail);
+  request.mailto = mailto;
+  return request;
+}
 
 bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
   if (request.status.isEmpty()) return false;

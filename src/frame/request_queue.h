@@ -23,6 +23,9 @@ struct MailRequest {
   bool autoSend = false;
   QString event;
   QString mailto;  ///< for a new message: a "mailto:" address that it begins with
+
+  /// A new message to be written.
+  static MailRequest New(const QString& mailto = {});
 };
 
 struct DialogRequest {

@@ -1,10 +1,23 @@
 #include "mail/attachments.h"
+
+#include <QMimeDatabase>
+
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+QString NameOf(const QString& type, int number, bool standard) {
+  const QString name = Ui::tr("添付ファイル[%1].dat").arg(number);
+  const QString ending =
+      standard ? QMimeDatabase().mimeTypeForName(type).preferredSuffix() : QString();
+  return ending.isEmpty() ? name : name.left(name.lastIndexOf(u'.') + 1) + ending;
+}
+
+}  // namespace
 
 std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentRecord>& records,
-                                        const QStringList& textTypes) {
+                                        const QStringList& textTypes, bool standardNames) {
   std::vector<Attachment> attachments;
   int unnamed = 0;
   bool hasText = false;
@@ -16,9 +29,8 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
     const bool isHalf = hasText && !hasHtml && !record.hasName && record.type == u"text/html";
     hasHtml = hasHtml || record.type == u"text/html";
     if (isText || isHalf) continue;
-    const QString name =
-        record.hasName ? record.name : Ui::tr("添付ファイル[%1].dat").arg(++unnamed);
-    attachments.push_back({name, record});
+    attachments.push_back(
+        {record.hasName ? record.name : NameOf(record.type, ++unnamed, standardNames), record});
   }
   return attachments;
 }

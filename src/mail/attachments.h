@@ -16,8 +16,9 @@ struct Attachment {
 
 /// What is left of a message beside its text, in order: whatever is not of a text type, and
 /// text parts with a file name, which the text leaves out. A part without a name is called
-/// "添付ファイル[n].dat", n counting such parts from 1.
+/// "添付ファイル[n].dat", n counting such parts from 1; with `standardNames` it ends as is usual
+/// for its type, so that it can be opened.
 std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentRecord>& records,
-                                        const QStringList& textTypes);
+                                        const QStringList& textTypes, bool standardNames = false);
 
 }  // namespace vorn

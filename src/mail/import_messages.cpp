@@ -11,6 +11,7 @@
 #include "mail/message_index.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/group_size.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -20,7 +21,6 @@ namespace vorn {
 namespace {
 
 const QByteArray kEndMark = ".\r\n";
-constexpr int kGroupMessages = 100;
 constexpr int kWaitMs = 2000;  // for another import
 
 QString ImportId(const QByteArray& source) {
@@ -75,6 +75,7 @@ class Importer {
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, id, kStatusReceived);
     message.Let(QStringLiteral("folder"), folder_);
+    group_.Add(source.size());
     switch (store_.StoreReceived(message, source)) {
       case MailStore::Received::Failed:
         return false;
@@ -85,7 +86,9 @@ class Importer {
         brought_.insert(id);
         ++counts_.imported;
     }
-    return counts_.imported % kGroupMessages != 0 || context_.Data.FlushGroup();
+    if (!group_.IsFull()) return true;
+    group_.Clear();
+    return context_.Data.FlushGroup();
   }
 
   // After a failure the engine may have taken back more than the last message.
@@ -131,6 +134,7 @@ class Importer {
   QString folder_;
   ImportCounts& counts_;
   IndexOptions options_;
+  GroupSize group_;
   QHash<QString, UnreadableMessage> ids_;  // by identifier
   QSet<QString> brought_;                  // identifiers, by this import
   QMultiHash<size_t, QString> stored_;     // serial identifiers

@@ -31,6 +31,22 @@ QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
                                                                             : QString();
 }
 
+bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
+  std::vector<MessageIndex> indexes;
+  for (const auto& [request, source] : messages) indexes.push_back(Index(*request, source));
+  if (messages.empty() || !Open(*messages.front().first)) return messages.empty();
+  bool stored = context_.Data.Begin();
+  if (stored) {
+    for (size_t i = 0; stored && i < messages.size(); ++i) {
+      stored = WriteMessage(*messages[i].first, messages[i].second, indexes[i]);
+    }
+    stored = stored && context_.Data.Commit();
+    if (!stored) context_.Data.Rollback();
+  }
+  context_.Data.Close();
+  return stored;
+}
+
 bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
   return Store(request, source, QStringLiteral("DELETE FROM send_attempt") + Where(request));
 }

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "storage/context.h"
 
@@ -29,6 +31,9 @@ class MailStore {
   /// Creates or replaces the message's row with its index columns, and its folder membership.
   /// All or nothing. Returns the serial identifier, or an empty string on failure.
   QString StoreMessage(const Disk& request, const QByteArray& source);
+
+  /// The same for several messages of one database: all of them or none.
+  bool StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages);
 
   enum class Received { Stored, Known, Failed };
   /// Stores a message that came from outside under its "MessageID", unless the file holds one with

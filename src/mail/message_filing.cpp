@@ -2,6 +2,7 @@
 
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -24,6 +25,12 @@ bool RunAll(Context& context, const QStringList& statements) {
 }
 
 }  // namespace
+
+QString NoFolderWords() {
+  return Ui::tr(
+      "メッセージを入れられるフォルダがありません。条件のないフォルダを作ると、"
+      "そこに入れられます。");
+}
 
 bool SetDust(Context& context, const QStringList& messages, bool dust) {
   return RunAll(context, {QStringLiteral("UPDATE mail SET STATUS = ") +

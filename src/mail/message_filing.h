@@ -9,6 +9,9 @@ namespace vorn {
 // Acts on messages of the profile's mail database by their serial identifiers, on all of them or on
 // none. False on failure; the reason is in the session's `LastError`.
 
+/// What the user is told where there is no hand-filled folder.
+QString NoFolderWords();
+
 /// Puts messages into the dust bin or takes them out of it.
 bool SetDust(Context& context, const QStringList& messages, bool dust);
 /// Files messages into the hand-filled folder `into` and takes them out of the folder `from`;

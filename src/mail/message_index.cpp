@@ -1,6 +1,9 @@
 #include "mail/message_index.h"
 
+#include <algorithm>
+
 #include "mail/address.h"
+#include "mail/attachments.h"
 #include "mail/flag_string.h"
 #include "mail/message_code.h"
 #include "mail/mime_codec.h"
@@ -64,16 +67,15 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   index.subject = MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size());
   index.addressLines = AddressLines(source, options.standardHeaders);
 
-  index.flags = SetFlagChar(flags, kFlagAttachment, QStringLiteral("0"));
-  bool hasText = false;
-  for (const MimeCodec::ContentRecord& record : records) {
-    if (options.textTypes.contains(record.type)) {
-      hasText = true;
-    } else {
-      index.flags = SetFlagChar(index.flags, kFlagAttachment, QStringLiteral("1"));
-    }
-  }
-  if (hasText) {
+  const auto texts = std::count_if(records.begin(), records.end(),
+                                   [&options](const MimeCodec::ContentRecord& record) {
+                                     return options.textTypes.contains(record.type);
+                                   });
+  const bool hasAttachments = options.standardHeaders
+                                  ? !ListAttachments(records, options.textTypes).empty()
+                                  : texts != static_cast<qsizetype>(records.size());
+  index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
+  if (texts > 0) {
     index.flags = SetFlagChar(index.flags, kFlagCode,
                               CodeCharacter(RecognizeCode(source, records, options.textTypes)));
   }

@@ -16,9 +16,11 @@ struct MessageIndex {
 
 /// How a source is read for its index.
 struct IndexOptions {
-  QStringList textTypes;         ///< the content types that are text
-  bool hasEndMark = false;       ///< a last line of one full stop is no text
-  bool standardHeaders = false;  ///< "Reply-To:" counts where "Replay-To:" is missing
+  QStringList textTypes;    ///< the content types that are text
+  bool hasEndMark = false;  ///< a last line of one full stop is no text
+  /// "Reply-To:" counts where "Replay-To:" is missing, and the message has attachments where its
+  /// window shows some, rather than where a part is not of a text type.
+  bool standardHeaders = false;
 };
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.

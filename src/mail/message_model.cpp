@@ -325,7 +325,8 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
       mode == OpenMode::Show || mode == OpenMode::Resend || IsForward(mode);
   if (carriesAttachments) {
     const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
-    for (const Attachment& attachment : ListAttachments(records, settings.textTypes)) {
+    for (const Attachment& attachment :
+         ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
       model.attachments.push_back(
           {attachment.name, attachment.record.type, false, {}, attachment.record});
     }

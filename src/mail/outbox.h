@@ -39,8 +39,8 @@ struct DoubtfulMessage {
 /// * doubtful: `Doubt`, or `DoubtLeftOver` for attempts whose program died. It stays so until the
 ///   user decides by `SendAgain` or `KeepAsSent`.
 ///
-
-/// while nobody holds it was left over by a death.
+/// Sending is one program's work at a time (`kSendingWork`). An attempt that is under way while
+/// nobody holds that work was left over by a death.
 class Outbox {
  public:
   /// `file` is the stored path of the mail database.

@@ -8,19 +8,27 @@
 namespace vorn {
 namespace {
 
-// NUMBER counts the transactions, IN_FILE is a number that the file alone has at least reached, and
-// LOG_ROUND the round of the log when the last transaction began (see `LogRound`).
+// A row for each transaction that the file alone may have come to: NUMBER counts them, MARK tells
+// them from those of another history with the same numbers, IN_FILE is a number that the file alone
+// has at least reached, and LOG_ROUND the round of the log when the transaction began (see
+// `LogRound`).
 constexpr char kTable[] =
-    "CREATE TABLE IF NOT EXISTS change_count (ID INTEGER PRIMARY KEY, NUMBER INTEGER, IN_FILE "
+    "CREATE TABLE IF NOT EXISTS change_mark (NUMBER INTEGER PRIMARY KEY, MARK BLOB, IN_FILE "
     "INTEGER, LOG_ROUND BLOB)";
+constexpr char kFirst[] =
+    "INSERT INTO change_mark (NUMBER, MARK, IN_FILE, LOG_ROUND) VALUES (1, randomblob(8), 0, ?)";
 
 // Without a log all that was counted is in the file. A round begins when all of the one before has
 // come into the file. If this transaction began it, then all that was counted before has; if that
 // was since the last one, then all but that one. ?1 is the round when this transaction began, ?2
 // that of now.
 constexpr char kCount[] =
-    "UPDATE change_count SET IN_FILE = CASE WHEN ?1 = x'' OR ?1 <> ?2 THEN NUMBER WHEN ?1 <> "
-    "LOG_ROUND THEN NUMBER - 1 ELSE IN_FILE END, NUMBER = NUMBER + 1, LOG_ROUND = ?2";
+    "INSERT INTO change_mark (NUMBER, MARK, IN_FILE, LOG_ROUND) SELECT NUMBER + 1, randomblob(8), "
+    "CASE WHEN ?1 = x'' OR ?1 <> ?2 THEN NUMBER WHEN ?1 <> LOG_ROUND THEN NUMBER - 1 ELSE IN_FILE "
+    "END, ?2 FROM change_mark ORDER BY NUMBER DESC LIMIT 1";
+constexpr char kForget[] =
+    "DELETE FROM change_mark WHERE NUMBER < (SELECT IN_FILE FROM change_mark ORDER BY NUMBER DESC "
+    "LIMIT 1)";
 
 QByteArray NotNull(const QByteArray& round) {
   return round.isNull() ? QByteArrayLiteral("") : round;
@@ -29,21 +37,50 @@ QByteArray NotNull(const QByteArray& round) {
 struct State {
   qint64 number = 0;
   qint64 inFile = 0;
+  QByteArray mark;
   QByteArray logRound;
 };
 
-std::optional<State> Read(Connection& connection) {
+// The last transaction, or with a number that one; all zero where there is none.
+std::optional<State> Read(Connection& connection, const QByteArray& which = "1") {
   const QVariant tables =
-      connection.Scalar("SELECT COUNT(0) FROM sqlite_master WHERE NAME = 'change_count'");
+      connection.Scalar("SELECT COUNT(0) FROM sqlite_master WHERE NAME = 'change_mark'");
   if (!tables.isValid()) return std::nullopt;
   State state;
   if (tables.toInt() == 0) return state;
-  const auto row = connection.Prepare("SELECT NUMBER, IN_FILE, LOG_ROUND FROM change_count");
-  if (row == nullptr || row->Next() != Statement::Step::Row) return std::nullopt;
+  const auto row =
+      connection.Prepare("SELECT NUMBER, IN_FILE, MARK, LOG_ROUND FROM change_mark WHERE " + which +
+                         " ORDER BY NUMBER DESC LIMIT 1");
+  const auto step = row == nullptr ? Statement::Step::Failed : row->Next();
+  if (step == Statement::Step::Failed) return std::nullopt;
+  if (step == Statement::Step::Done) return state;
   state.number = row->Value(0).toLongLong();
   state.inFile = row->Value(1).toLongLong();
-  state.logRound = row->Value(2).toByteArray();
+  state.mark = row->Value(2).toByteArray();
+  state.logRound = row->Value(3).toByteArray();
   return state;
+}
+
+// The file together with its log; nothing when the two make no database.
+struct Whole {
+  State last;
+  QByteArray markThen;  // of the transaction that the file alone has come to
+};
+
+std::optional<Whole> ReadWhole(const QString& path, const QString& password, qint64 numberThen,
+                               StorageError* error) {
+  const auto connection = Connection::Open(path, password, Connection::Mode::Unlooked, error);
+  if (connection == nullptr) return std::nullopt;
+  const auto last = Read(*connection);
+  const auto then = Read(*connection, "NUMBER = " + QByteArray::number(numberThen));
+  *error = connection->LastError();
+  if (!last || !then) return std::nullopt;
+  return Whole{*last, then->mark};
+}
+
+bool MeansNoDatabase(StorageError::Kind kind) {
+  return kind == StorageError::Kind::Damaged || kind == StorageError::Kind::WrongPassword ||
+         kind == StorageError::Kind::Foreign;
 }
 
 }  // namespace
@@ -54,27 +91,24 @@ bool CountChange(Connection& connection, const QString& path, const QByteArray& 
   if (count != nullptr) {
     count->Bind({NotNull(roundBefore), round});
     if (count->Next() != Statement::Step::Done) return false;
-    if (connection.Changes() > 0) return true;
+    if (connection.Changes() > 0) return connection.Run(kForget);
   }
-  return connection.Run(kTable) &&
-         connection.Run(
-             "INSERT INTO change_count (ID, NUMBER, IN_FILE, LOG_ROUND) VALUES (1, 1, 0, ?)",
-             {round});
+  return connection.Run(kTable) && connection.Run(kFirst, {round});
 }
 
 // The last transaction itself may have begun the round that the log is in now.
 bool LogFitsFile(const QString& path, const QString& password) {
   StorageError error;
   const auto alone = Connection::Open(path, password, Connection::Mode::WithoutLog, &error);
-  const auto whole = Connection::Open(path, password, Connection::Mode::Unlooked, &error);
-  if (alone == nullptr || whole == nullptr) return true;
-  const std::optional<State> inFile = Read(*alone);
-  const std::optional<State> inBoth = Read(*whole);
-  if (!inFile || !inBoth) return true;
-  const bool isSameRound = inBoth->logRound == LogRound(path);
-  // A log that knows less than the file is an older one.
-  return inFile->number <= inBoth->number &&
-         inFile->number >= (isSameRound ? inBoth->inFile : inBoth->number - 1);
+  const std::optional<State> inFile = alone == nullptr ? std::nullopt : Read(*alone);
+  if (!inFile) return true;
+  const auto whole = ReadWhole(path, password, inFile->number, &error);
+  // What is sound by itself is not damaged by its own log.
+  if (!whole) return !MeansNoDatabase(error.kind);
+  const State& last = whole->last;
+  const bool isSameRound = last.logRound == LogRound(path);
+  return inFile->mark == whole->markThen &&
+         inFile->number >= (isSameRound ? last.inFile : last.number - 1);
 }
 
 }  // namespace vorn

@@ -7,11 +7,11 @@ namespace vorn {
 
 class Connection;
 
-/// Counts a transaction in the open file, inside it, and notes, from the log's round when it began,
-/// how much of the count the file holds without its write-ahead log. That ties a log to the state
-/// of the file that it goes on from, which the engine's own format does not: it would read the log
-/// of a later state into an older copy of the file, or an older log over a newer file, and what
-/// comes of it is neither. False when it cannot be written.
+/// Marks a transaction in the open file, inside it, and notes, from the log's round when it began,
+/// from which mark on the file may be without its write-ahead log. That ties a log to the state of
+/// the file that it goes on from, which the engine's own format does not: it would read a log into
+/// an older copy of the file, into a newer one, or into one on which somebody else went on, and
+/// what comes of it is neither. False when it cannot be written.
 bool CountChange(Connection& connection, const QString& path, const QByteArray& roundBefore);
 
 /// Whether the log beside a file goes on from what the file holds. True where that cannot be told.

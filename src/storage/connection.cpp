@@ -1,7 +1,9 @@
 #include "storage/connection.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QThread>
 #include <QUrl>
 #include <algorithm>
 #include <array>
@@ -26,6 +28,7 @@ namespace {
 
 constexpr int kIdleStatements = 64;
 constexpr int kBusyTimeoutMs = 5000;
+constexpr int kBusyPauseMs = 1;
 constexpr int kLookWaitMs = 20000;  // a look takes a moment
 
 // What a condition may call besides operators. Anything not listed, such as the engine's export and
@@ -206,8 +209,14 @@ bool Connection::LookAtLog(const QString& path, const QString& password, Mode mo
   if (QFileInfo(path + QStringLiteral("-wal")).size() == 0) return true;
   // One at a time: who is only looking has not looked yet.
   FileLock looking(QFileInfo(path).dir().filePath(QStringLiteral("look.lock")));
-  if (looking.Take(FileLock::Kind::Exclusive, kLookWaitMs) == FileLock::Result::Held) {
+  const FileLock::Result taken = looking.Take(FileLock::Kind::Exclusive, kLookWaitMs);
+  if (taken == FileLock::Result::Held) {
     *error = {StorageError::Kind::Busy, Ui::tr("データベースが使用中です。")};
+    return false;
+  }
+  if (taken == FileLock::Result::Failed && mode != Mode::ReadOnly) {
+    *error = {StorageError::Kind::Other,
+              Ui::tr("「look.lock」に書き込めません。フォルダの権限を確認してください。")};
     return false;
   }
   auto alone = std::make_unique<SoleUse>(path);
@@ -248,9 +257,19 @@ Connection::~Connection() {
   sqlite3_close_v2(handle_);
 }
 
+// The engine's own handler waits longer and longer, and so misses the gaps that a program leaves
+// which stores much.
+int Connection::WaitWhileBusy(void* self, int attempts) {
+  QElapsedTimer& since = static_cast<Connection*>(self)->busySince_;
+  if (attempts == 0) since.start();
+  if (since.hasExpired(kBusyTimeoutMs)) return 0;
+  QThread::msleep(kBusyPauseMs);
+  return 1;
+}
+
 bool Connection::SetUp(const QString& password, StorageError* error) {
   sqlite3_extended_result_codes(handle_, 1);
-  sqlite3_busy_timeout(handle_, kBusyTimeoutMs);
+  sqlite3_busy_handler(handle_, &Connection::WaitWhileBusy, this);
   const QByteArray key = FileKey(password);
   sqlite3_key(handle_, key.constData(), static_cast<int>(key.size()));
   // Later engines have another default format; ours stays the same everywhere.

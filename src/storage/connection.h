@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -129,6 +130,7 @@ class Connection {
   bool Fail();
   bool FailWith(const StorageError& error, const QString& damaged);
   bool LookAtLog(const QString& path, const QString& password, Mode mode, StorageError* error);
+  static int WaitWhileBusy(void* self, int attempts);
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger);
   void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);
@@ -140,6 +142,7 @@ class Connection {
   QSet<QString> damage_;
   StorageError error_;
   QString path_;
+  QElapsedTimer busySince_;
   int depth_ = 0;
   int changesBefore_ = 0;   // the outermost transaction
   QByteArray roundBefore_;  // likewise, of the log

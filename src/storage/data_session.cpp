@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 #include <utility>
 
 #include "storage/private_files.h"
@@ -14,6 +15,7 @@ namespace vorn {
 namespace {
 
 constexpr qint64 kPageBytes = 4096;
+constexpr int kLetOthersMs = 3;
 
 // Which file it was, for the user who has several.
 StorageError Named(const QString& path, StorageError error) {
@@ -159,7 +161,10 @@ bool DataSession::FlushGroup() {
   if (group_ == nullptr) return true;
   const std::shared_ptr<Connection> group = std::move(group_);
   group_.reset();
-  return group->Commit() || FailWith(group->LastError());
+  const bool written = group->Commit() || FailWith(group->LastError());
+  // Whoever waits for the file would hardly ever hit the gap before the next group.
+  QThread::msleep(kLetOthersMs);
+  return written;
 }
 
 bool DataSession::EndGroup() {

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <vector>
 
 #include "mail/outbox.h"
@@ -101,6 +102,11 @@ bool CheckPlan::HasWork() const {
   return false;
 }
 
+bool CheckPlan::IsSending() const {
+  return std::any_of(jobs_.begin(), jobs_.end(),
+                     [](const DiskPtr& job) { return job->Text(u"mode") == kSendMode; });
+}
+
 void CheckPlan::Tick() {
   if (ticking_) return RecordEnded();
   const QScopedValueRollback<bool> inside(ticking_, true);
@@ -159,6 +165,7 @@ void CheckPlan::Cancel() {
 void CheckPlan::Clear() {
   while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->SerialID());
   works_.clear();
+  unstored_.clear();
 }
 
 void CheckPlan::EndWait(Disk& job) {
@@ -182,11 +189,7 @@ bool CheckPlan::TakeWork(const QString& work, Disk& job) {
 
 // Between two messages another program may not begin; once nothing is left to send, it may.
 void CheckPlan::ReleaseIdleWork() {
-  if (works_.empty()) return;
-  for (const DiskPtr& job : jobs_) {
-    if (job->Text(u"mode") == kSendMode) return;
-  }
-  works_.erase(kSendingWork);
+  if (!IsSending()) works_.erase(kSendingWork);
 }
 
 bool CheckPlan::IsDue(const Disk& job) const {

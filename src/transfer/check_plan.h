@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QString>
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -60,9 +62,14 @@ class CheckPlan {
   bool IsEmpty() const { return jobs_.IsEmpty(); }
   /// Whether there is anything to cancel: a job that runs or waits, other than automatic checking.
   bool HasWork() const;
+  /// Whether a message is being sent or planned to be.
+  bool IsSending() const;
   /// Ends the running session and whatever else was planned; automatic checking goes on. What the
   /// session came to is recorded by the next tick.
   void Cancel();
+  /// Lets a send job go on only when what came of its message is stored, for which the file is in
+  /// use now: `store` is tried at each tick, and when it has not worked for long, `failed` is told.
+  void StoreLater(const Disk& job, std::function<bool()> store, std::function<void()> failed);
   /// Forgets all jobs, for the end of the program.
   void Clear();
 
@@ -100,6 +107,7 @@ class CheckPlan {
   bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);
   void SendStep(Disk& job);
   bool TakeSending(Disk& job, const Disk& message);
+  bool OutcomeIsStored(const Disk& job);
   void BeginSending(Disk& job, const Disk& message);
   void StartSending(Disk& job, const DiskPtr& message);
   void LoadSending(Disk& message, const WaitingMessage& waiting);
@@ -116,6 +124,12 @@ class CheckPlan {
   PlanHost& host_;
   DiskCollection jobs_;
   std::map<QString, std::unique_ptr<WorkLock>> works_;  // that are taken, or waited for
+  struct Unstored {
+    std::function<bool()> store;
+    std::function<void()> failed;
+    QDeadlineTimer limit;
+  };
+  std::map<QString, Unstored> unstored_;  // by the job
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
   QString advancing_;     // the job whose step that is
 };

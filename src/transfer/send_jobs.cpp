@@ -25,6 +25,9 @@ const QString kProcess = QStringLiteral("process");
 // The choices of "OutMailServerProtocol".
 constexpr int kPopBeforeSmtp = 1;
 
+// For how long it is tried to store what came of a message.
+constexpr int kStoreAgainMs = 120000;
+
 enum SendProcess { kBegin = 0, kStart = 1, kEnded = 2 };
 
 const QString kAsked = QStringLiteral("asked");
@@ -185,8 +188,24 @@ void CheckPlan::SendStep(Disk& job) {
       StartSending(job, message);
       break;
     default:
-      FinishSending(job, message);
+      if (OutcomeIsStored(job)) FinishSending(job, message);
   }
+}
+
+void CheckPlan::StoreLater(const Disk& job, std::function<bool()> store,
+                           std::function<void()> failed) {
+  unstored_[job.SerialID()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
+}
+
+bool CheckPlan::OutcomeIsStored(const Disk& job) {
+  const auto found = unstored_.find(job.SerialID());
+  if (found == unstored_.end()) return true;
+  if (!found->second.store()) {
+    if (!found->second.limit.hasExpired()) return false;
+    found->second.failed();
+  }
+  unstored_.erase(found);
+  return true;
 }
 
 // Before the message's own session there may be one that only logs in.

@@ -17,11 +17,6 @@
 namespace vorn {
 namespace {
 
-// A group is written when it is this old or this large.
-constexpr int kGroupMs = 200;
-constexpr qsizetype kGroupMessages = 100;
-constexpr qint64 kGroupBytes = 2 * 1024 * 1024;
-
 const QString kNewFlags = QStringLiteral("001");  // new and unopened
 
 }  // namespace
@@ -29,7 +24,7 @@ const QString kNewFlags = QStringLiteral("001");  // new and unopened
 TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop,
                                StatusPanel& panel, QObject* parent)
     : QObject(parent), context_(context), plan_(plan), pop_(pop), panel_(panel), store_(context) {
-  flushTimer_.setInterval(kGroupMs);
+  flushTimer_.setInterval(GroupSize::kMs);
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
 
@@ -47,10 +42,9 @@ bool TransferEvents::IsReceiving() const {
   return pop_.Mode == kPopReceive || pop_.Mode == kPopReceiveApop;
 }
 
-void TransferEvents::Append(const QString& key, const QString& line) {
-  if (job_ == nullptr) return;
-  const QString text = job_->Text(key);
-  job_->Let(key, text.isEmpty() ? line : text + kLineBreak + line);
+void TransferEvents::Append(Disk& job, const QString& key, const QString& line) {
+  const QString text = job.Text(key);
+  job.Let(key, text.isEmpty() ? line : text + kLineBreak + line);
 }
 
 void TransferEvents::SessionStarted() {
@@ -103,19 +97,21 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     return true;
   }
   unflushed_.append(message.SerialID());
-  unflushedBytes_ += data.size();
-  return (unflushed_.size() < kGroupMessages && unflushedBytes_ < kGroupBytes) || Flush();
+  group_.Add(data.size());
+  return !group_.IsFull() || Flush();
 }
 
 bool TransferEvents::Flush() {
-  unflushedBytes_ = 0;
+  group_.Clear();
   const QStringList stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
     flushFailed_ = true;
     StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
     return false;
   }
-  if (!stored.isEmpty()) Append(QStringLiteral("messages"), stored.join(kLineBreak));
+  if (!stored.isEmpty() && job_ != nullptr) {
+    Append(*job_, QStringLiteral("messages"), stored.join(kLineBreak));
+  }
   counts_.stored += static_cast<int>(stored.size());
   arrivedInSession_ += static_cast<int>(stored.size());
   return true;
@@ -158,40 +154,66 @@ bool TransferEvents::BeginHandover() {
   }
 }
 
+// While another program holds the file, what the server said is not forgotten.
+void TransferEvents::Settle(const std::function<bool()>& store,
+                            const std::function<void()>& failed) {
+  if (store()) return;
+  if (context_.Data.LastError().kind == StorageError::Kind::Busy) {
+    plan_.StoreLater(*job_, store, failed);
+  } else {
+    failed();
+  }
+}
+
+void TransferEvents::OutcomeFailed(Disk& job, const QString& sentence) {
+  AddError(job, sentence + context_.Data.LastError().text);
+  job.Let(QStringLiteral("storefailed"), true);
+}
+
 void TransferEvents::MessageSent(const QByteArray& data) {
   const DiskPtr message = Message();
   if (message == nullptr) return;
   message->Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
-  if (store_.StoreSent(*message, data)) {
-    ++counts_.sent;
-    Log(0, Ui::tr("メッセージを送信しました。"));
-    return;
-  }
-  StoreFailed(Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
-  job_->Let(QStringLiteral("storefailed"), true);
-  Doubt(*message, Ui::tr("（サーバーは受け取りました）"));
+  Settle(
+      [this, job = job_, message, data] {
+        if (!store_.StoreSent(*message, data)) return false;
+        ++counts_.sent;
+        Append(*job, QStringLiteral("log"), Ui::tr("メッセージを送信しました。"));
+        return true;
+      },
+      [this, job = job_, message] {
+        OutcomeFailed(*job, Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
+        Doubt(*job, *message, Ui::tr("（サーバーは受け取りました）"));
+      });
 }
 
 void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
   const DiskPtr message = Message();
   if (message == nullptr) return;
   if (outcome == HandoverOutcome::Unknown) {
-    Doubt(*message, reply);
-  } else if (!Outbox(context_, message->Text(u"File")).Withdraw(message->SerialID())) {
-    StoreFailed(Ui::tr("送信できなかったことを保存できません。"));
-    job_->Let(QStringLiteral("storefailed"), true);
+    Doubt(*job_, *message, reply);
+    return;
   }
+  Settle(
+      [this, message] {
+        return Outbox(context_, message->Text(u"File")).Withdraw(message->SerialID());
+      },
+      [this, job = job_] {
+        OutcomeFailed(*job, Ui::tr("送信できなかったことを保存できません。"));
+      });
 }
 
 // When even this cannot be stored, the note that it was under way remains, which comes to the same.
-void TransferEvents::Doubt(const Disk& message, const QString& reply) {
-  job_->Let(QStringLiteral("doubtful"), true);
+void TransferEvents::Doubt(Disk& job, const Disk& message, const QString& reply) {
+  job.Let(QStringLiteral("doubtful"), true);
   ++counts_.doubtful;
   Outbox(context_, message.Text(u"File")).Doubt(message.SerialID(), reply);
 }
 
 void TransferEvents::RecipientRefused(const QString& address, const QString& reply) {
-  Append(QStringLiteral("refused"), address + QStringLiteral(": ") + reply);
+  if (job_ != nullptr) {
+    Append(*job_, QStringLiteral("refused"), address + QStringLiteral(": ") + reply);
+  }
 }
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
@@ -249,15 +271,22 @@ const ReceiveStopRules& TransferEvents::Rules() {
 }
 
 void TransferEvents::Error(int code, const QString& text) {
-  ++counts_.errors;
-  Append(QStringLiteral("log"), text);
-  if (job_ == nullptr) return;
-  job_->Let(QStringLiteral("error"), true);
+  if (job_ == nullptr) {
+    ++counts_.errors;
+    return;
+  }
+  AddError(*job_, text);
   if (code == static_cast<int>(PopError::Login)) job_->Let(QStringLiteral("loginrefused"), true);
 }
 
+void TransferEvents::AddError(Disk& job, const QString& text) {
+  ++counts_.errors;
+  Append(job, QStringLiteral("log"), text);
+  job.Let(QStringLiteral("error"), true);
+}
+
 void TransferEvents::Log(int, const QString& text) {
-  Append(QStringLiteral("log"), text);
+  if (job_ != nullptr) Append(*job_, QStringLiteral("log"), text);
 }
 
 void TransferEvents::Progress(int, qint64 total, qint64 done) {

@@ -3,10 +3,12 @@
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
+#include <functional>
 #include <optional>
 
 #include "mail/mail_store.h"
 #include "storage/context.h"
+#include "storage/group_size.h"
 #include "transfer/pop_events.h"
 #include "transfer/receive_stop_rules.h"
 
@@ -68,10 +70,13 @@ class TransferEvents : public QObject, public PopEvents {
   DiskPtr Account() const;
   DiskPtr Message() const;
   bool IsReceiving() const;
-  void Doubt(const Disk& message, const QString& reply);
+  void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
+  void Doubt(Disk& job, const Disk& message, const QString& reply);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
-  void Append(const QString& key, const QString& line);
+  void OutcomeFailed(Disk& job, const QString& sentence);
+  static void Append(Disk& job, const QString& key, const QString& line);
+  void AddError(Disk& job, const QString& text);
   bool Flush();
   const ReceiveStopRules& Rules();
 
@@ -84,7 +89,7 @@ class TransferEvents : public QObject, public PopEvents {
   ReceiveCounts counts_;
   int deleted_ = 0;
   QStringList unflushed_;
-  qint64 unflushedBytes_ = 0;
+  GroupSize group_;
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;

@@ -6,6 +6,7 @@ usage: commands_test.py VORNCTL LOOPBACK-SERVER SAMPLES
 import json
 import os
 import pathlib
+import resource
 import shutil
 import subprocess
 import sys
@@ -117,6 +118,26 @@ class Commands(unittest.TestCase):
         self.assertEqual(done.returncode, 3, done.stderr.decode())
         self.assertIn("に書き込めません", done.stderr.decode())
         self.assertEqual(before, {path: path.read_bytes() for path in before})
+
+    def test_a_command_that_failed_can_be_given_again(self):
+        """Of several files to send, all wait or none, so that none is sent twice."""
+        self.add_account()
+        self.receive()
+        files = []
+        for number in range(10):
+            files.append(pathlib.Path(self.folder.name) / f"{number}.eml")
+            files[-1].write_bytes(b"From: a@x\r\nTo: b@x\r\nSubject: %d\r\n\r\n" % number +
+                                  b"text text\r\n" * 10000)
+        mail = next(path for path in pathlib.Path(self.data).glob("_profile*/*.mbx")
+                    if path.name != "profile.mbx")
+        limit = mail.stat().st_size + 40000
+        failed = subprocess.run(
+            [VORNCTL, "--data", self.data, "send", *files], capture_output=True,
+            env=self.environment,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        self.assertEqual(failed.returncode, 1)
+        self.assertIn("何も送信していません", failed.stderr.decode())
+        self.assertEqual(self.run_ctl("list", "待ち", "--json"), "")
 
     def sources(self, folder):
         """The sources in a folder, by way of an export as single files."""

@@ -62,6 +62,12 @@ class Store:
         return next(path for path in self.data.glob("_profile*/*.mbx")
                     if path.name != "profile.mbx")
 
+    def archive(self, count):
+        file = self.work / "archive.mbox"
+        file.write_bytes(b"".join(b"From x@example.jp Mon Jan  1 00:00:00 2024\nSubject: %d\n\n" %
+                                  number + b"text\n\n" for number in range(count)))
+        return file
+
     def queue(self, count):
         """Messages that wait, as the server cannot be reached."""
         files = []
@@ -149,7 +155,12 @@ def older_copy_beside_a_log(store):
     assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
 
 
-def older_log_beside_the_file(store):
+def expect_set_aside(store, log, kept):
+    assert len(store.rows("list", "受信", code=4)) == kept
+    assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
+
+
+def older_log_beside_the_file(store, count=1):
     """It would be read over what has come since."""
     store.queue(2)
     store.serve()
@@ -157,14 +168,30 @@ def older_log_beside_the_file(store):
     log = leave_log(store, "receive")
     older = log.read_bytes()
     store.ctl("receive")
-    mail = store.work / "one.eml"
-    mail.write_bytes(b"Subject: one\r\n\r\ntext\r\n")
-    store.ctl("import", mail)
+    store.ctl("import", store.archive(count))
     kept = len(store.rows("list", "受信"))
-    assert kept == 3 and not log.exists(), kept
+    assert kept == 2 + count and not log.exists(), kept
     log.write_bytes(older)
-    assert len(store.rows("list", "受信", code=4)) == kept
-    assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"
+    expect_set_aside(store, log, kept)
+
+
+def older_log_beside_a_file_that_has_grown(store):
+    """The two make no database at all, while the file alone is sound."""
+    older_log_beside_the_file(store, 200)
+
+
+def log_of_another_history(store):
+    """Two machines went on from the same copy, with as many changes."""
+    store.queue(2)
+    store.serve()
+    store.ctl("send")
+    common = store.mail_file().read_bytes()
+    store.ctl("import", store.archive(1))
+    elsewhere = store.mail_file().read_bytes()
+    store.mail_file().write_bytes(common)
+    log = leave_log(store, "receive")
+    store.mail_file().write_bytes(elsewhere)
+    expect_set_aside(store, log, 1)
 
 
 def lost_log(store):
@@ -196,7 +223,8 @@ def lost_log_of_a_long_run(store):
 
 
 def main():
-    for test in (older_copy, older_copy_beside_a_log, older_log_beside_the_file, lost_log,
+    for test in (older_copy, older_copy_beside_a_log, older_log_beside_the_file,
+                 older_log_beside_a_file_that_has_grown, log_of_another_history, lost_log,
                  lost_log_of_a_long_run):
         with tempfile.TemporaryDirectory() as folder:
             store = Store(pathlib.Path(folder))

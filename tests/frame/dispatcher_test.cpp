@@ -56,6 +56,7 @@ class DispatcherTest : public testing::Test, public DispatchHost {
       enabled_ = false;
       dispatcher_.Tick();
       enabled_ = true;
+      if (!std::exchange(ticked_, true)) dispatcher_.Tick();  // closed, and its loop goes on
       profile_.Get().Session->Let(QStringLiteral("status"), answer_);
     };
     windows_.push_back(std::move(window));
@@ -97,6 +98,7 @@ class DispatcherTest : public testing::Test, public DispatchHost {
   std::vector<std::unique_ptr<FakeWindow>> windows_;
   QStringList log_;
   bool enabled_ = true;
+  bool ticked_ = false;
   bool accepts_ = true;
   QString answer_ = QStringLiteral("a");
 };

@@ -115,6 +115,9 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
 
   const QByteArray file = "Content-Type: application/pdf\r\n";
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));
+  settings_.standardHeaders = true;
+  EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].pdf"));
+  settings_.standardHeaders = false;
   EXPECT_TRUE(Open(Reply, file).attachments.empty());
 }
 

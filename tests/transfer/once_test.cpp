@@ -1,6 +1,7 @@
 // Every message that was sent arrives once, whatever happens beside its sending.
 
 #include <QThread>
+#include <QTimer>
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
@@ -243,6 +244,26 @@ TEST_F(OnceTest, AnAnswerAfterTheMessageMayTakeItsTime) {
   };
   smtp_.OnMessage = [](const test::SentMessage&) { test::RunFor(3000); };
   EXPECT_EQ(Send().sent, 1);
+}
+
+// A large change by another program, longer than the engine waits.
+TEST_F(OnceTest, WhatTheServerSaidIsNotForgottenWhileTheFileIsInUse) {
+  StoreWaiting();
+  std::shared_ptr<Connection> other;
+  QTimer end;
+  QObject::connect(&end, &QTimer::timeout, &end, [&other] { other.reset(); });
+  smtp_.OnMessage = [&](const test::SentMessage&) {
+    StorageError error;
+    other = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+                             Connection::Mode::Existing, &error);
+    ASSERT_TRUE(other != nullptr && other->Begin());
+    end.start(2000);  // behind the first attempt, which takes five seconds
+  };
+  const ReceiveCounts counts = Send();
+  EXPECT_EQ(counts.sent, 1);
+  EXPECT_EQ(counts.errors + counts.doubtful, 0);
+  EXPECT_EQ(Subjects(3).size(), 1);
+  EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
 }
 
 TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {

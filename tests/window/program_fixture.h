@@ -91,13 +91,14 @@ class ProgramTest : public testing::Test {
   }
   void EndProgram() {
     if (program_ == nullptr) return;
-    // What a slow machine has not yet sent is asked about.
+    // What a slow machine has not yet sent is asked about, and is not waited for.
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, &answer, [] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box != nullptr && box->button(QMessageBox::Yes) != nullptr) {
-        box->button(QMessageBox::Yes)->click();
-      }
+      if (box == nullptr) return;
+      const bool maySend = box->button(QMessageBox::Cancel) != nullptr;
+      QAbstractButton* button = box->button(maySend ? QMessageBox::No : QMessageBox::Yes);
+      if (button != nullptr) button->click();
     });
     answer.start(kAnswerMs);
     if (ParentWindow* parent = program_->Parent()) parent->close();
@@ -195,22 +196,24 @@ class ProgramTest : public testing::Test {
         WaitFor([&] { return !view.page()->isLoading() && ScriptIn(view, script).toBool(); }));
   }
   // Clicks the first link that a selector finds.
-  void ClickLink(const QString& selector) {
-    AwaitPainted(*View());
+  void ClickLink(const QString& selector) const { ClickLink(*View(), selector); }
+  static void ClickLink(QWebEngineView& view, const QString& selector) {
+    AwaitPainted(view);
     const QVariantList at =
-        Script(QStringLiteral("(() => { const e = document.querySelector('%1');"
-                              "  e.scrollIntoView();"
-                              "  const r = e.getClientRects()[0];"
-                              "  return [r.x + r.width / 2, r.y + r.height / 2]; })()")
-                   .arg(selector))
+        ScriptIn(view, QStringLiteral("(() => { const e = document.querySelector('%1');"
+                                      "  e.scrollIntoView();"
+                                      "  const r = e.getClientRects()[0];"
+                                      "  return [r.x + r.width / 2, r.y + r.height / 2]; })()")
+                           .arg(selector))
             .toList();
     ASSERT_EQ(at.size(), 2);
-    AwaitPainted(*View());
-    ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
+    AwaitPainted(view);
+    ClickPage(view, QPoint(at[0].toInt(), at[1].toInt()));
   }
   // Clicks at a point of the page as a user does.
-  void ClickPage(const QPoint& at) {
-    QWidget* target = View()->focusProxy();
+  void ClickPage(const QPoint& at) const { ClickPage(*View(), at); }
+  static void ClickPage(const QWebEngineView& view, const QPoint& at) {
+    QWidget* target = view.focusProxy();
     QTest::mouseMove(target, at);
     QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, at);
   }

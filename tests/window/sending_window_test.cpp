@@ -116,17 +116,42 @@ TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
   ParentWindow& parent = *program_->Parent();
   parent.menuTools_Click(0);
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
-  QString question;
-  EXPECT_TRUE(InModal<QMessageBox>([&] { parent.close(); },
-                                   [&question](QMessageBox& box) {
-                                     question = box.text();
-                                     QTest::keyClick(&box, Qt::Key_Return);
-                                   }));
-  EXPECT_TRUE(question.contains(QStringLiteral("送信しています"))) << question.toStdString();
-  EXPECT_TRUE(parent.isVisible());
-  EXPECT_TRUE(parent.Traffic().Control().Busy());
+  for (const int key : {Qt::Key_Escape, Qt::Key_Return}) {
+    const QString question = NextMessageBox([&parent] { parent.close(); }, key);
+    EXPECT_TRUE(question.contains(QStringLiteral("送信し終えていない"))) << question.toStdString();
+    EXPECT_TRUE(parent.isVisible());
+    EXPECT_TRUE(parent.Traffic().Control().Busy());
+  }
   parent.menuTools_Click(1);
   RunPlan();
+  EXPECT_NE(program_->Parent(), nullptr) << "cancelled by the user, who sees what came of it";
+}
+
+// Ctrl+Return and Ctrl+Q in one go, before anything has begun.
+TEST_F(SendingWindowTest, WhatWasSentBeforeQuittingIsSentFirst) {
+  const auto send = [this] {
+    smtp_.Replies.clear();
+    QTest::keyClick(&OpenStored(kDraft, 1), Qt::Key_Return, Qt::ControlModifier);
+  };
+  const auto quit = [this](int key) {
+    return NextMessageBox([this] { program_->Parent()->close(); }, key);
+  };
+  send();
+  EXPECT_FALSE(quit(Qt::Key_Escape).isEmpty());
+  RunPlan();
+  ASSERT_NE(program_->Parent(), nullptr);
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+
+  send();
+  smtp_.Replies = {{"RCPT", "550 no such user\r\n"}};
+  EXPECT_FALSE(quit(Qt::Key_Return).isEmpty());
+  RunPlan();
+  ASSERT_NE(program_->Parent(), nullptr) << "the user would not learn of the refusal";
+
+  send();
+  EXPECT_FALSE(quit(Qt::Key_Return).isEmpty());
+  ASSERT_TRUE(WaitFor([this] { return program_->Parent() == nullptr; }));
+  EXPECT_EQ(smtp_.Messages().size(), 2);
 }
 
 }  // namespace

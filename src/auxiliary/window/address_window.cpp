@@ -18,6 +18,7 @@
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/tool_letter.h"
 
 namespace vorn {
 namespace {
@@ -59,9 +60,9 @@ void AddressWindow::BuildControls() {
   auto* tbSeek = new QToolBar;
   tbSeek->setObjectName(QStringLiteral("tbSeek"));
   tbSeek->setToolButtonStyle(Qt::ToolButtonTextOnly);
-  tbSeek->addAction(Ui::tr("検索(&K)"), this, &AddressWindow::Seek)
+  ObeyLetter(tbSeek->addAction(Ui::tr("検索(&K)"), this, &AddressWindow::Seek))
       ->setObjectName(QStringLiteral("seek"));
-  tbSeek->addAction(Ui::tr("選択(&S)"), this, &AddressWindow::Select)
+  ObeyLetter(tbSeek->addAction(Ui::tr("選択(&S)"), this, &AddressWindow::Select))
       ->setObjectName(QStringLiteral("select"));
   connect(txString_, &QLineEdit::returnPressed, this, &AddressWindow::Seek);
 

@@ -171,11 +171,7 @@ void ParentWindow::TellExported(const ExportOutcome& outcome) {
 
 void ParentWindow::OpenArgument(const QString& argument) {
   if (IsMailto(argument)) {
-    MailRequest request;
-    request.isNew = true;
-    request.db = static_cast<int>(DatabaseKind::Mail);
-    request.mailto = argument;
-    queue_.PostMailRequest(request);
+    queue_.PostMailRequest(MailRequest::New(argument));
     return;
   }
   QString error;

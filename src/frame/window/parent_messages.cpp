@@ -50,6 +50,10 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
     return;
   }
   if (action == MessageAction::File) {
+    if (SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"))->IsEmpty()) {
+      ShowBox(this, QMessageBox::Information, NoFolderWords());
+      return;
+    }
     const QString into = InputTree(context_, this, Ui::tr("フォルダに入れる"),
                                    Ui::tr("メッセージを入れるフォルダを選択してください。"),
                                    QStringLiteral("static"));

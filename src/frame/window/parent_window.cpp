@@ -1,7 +1,6 @@
 #include "frame/window/parent_window.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -126,10 +125,7 @@ void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,
 }
 
 void ParentWindow::NewMessage() {
-  MailRequest request;
-  request.isNew = true;
-  request.db = static_cast<int>(DatabaseKind::Mail);
-  queue_.PostMailRequest(request);
+  queue_.PostMailRequest(MailRequest::New());
 }
 
 void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
@@ -215,6 +211,7 @@ void ParentWindow::menuTools_Click(int index) {
                  QStringLiteral("public"));
       break;
     case kToolsCancel:
+      endsAfterSending_ = false;
       traffic_.Plan().Cancel();
       break;
     default:
@@ -234,6 +231,7 @@ void ParentWindow::tmPlan_Timer() {
     if (window->Dust()) window->Unload();
   }
   traffic_.Tick();
+  EndAfterSending();
   if (!traffic_.Control().Busy()) RefreshFolders();
   if (context_.Data.HasDamage() && IsEnabled() && damageRest_.hasExpired()) TellDamage();
 }
@@ -386,6 +384,7 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
                             const QString& category, const QString& text) {
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
+    endsAfterSending_ = false;  // the user would not learn of it
     sbStatus_->showMessage(
         ShownText(title + QStringLiteral(": ") + text.section(kLineBreak, -1), kMostInTitle), 0);
   } else {
@@ -437,7 +436,9 @@ void ParentWindow::PrintPageFile(const QString& path) {
 }
 
 bool ParentWindow::ChoosePrinter(QPrinter& printer) {
-  QPrintDialog dialog(&printer, this);
+  // Over the window whose message is printed.
+  QWidget* over = QApplication::activeWindow();
+  QPrintDialog dialog(&printer, over == nullptr ? this : over);
   dialog.setWindowTitle(Ui::tr("印刷"));
   return dialog.exec() == QDialog::Accepted;
 }
@@ -486,40 +487,9 @@ void ParentWindow::OpenEvent(const QString& serialId) {
              isSettings ? QStringLiteral("public") : QString(), serialId);
 }
 
-// Cutting off a message that is being sent would leave it in doubt whether it arrived.
-bool ParentWindow::MayEndSending() {
-  const Pop& control = traffic_.Control();
-  if (!control.Busy() || (control.Mode != kPopSend && control.Mode != kPopSendOther)) return true;
-  const auto answer = ShowBox(this, QMessageBox::Question,
-                              Ui::tr("メッセージを送信しています。中止して終了しますか？"),
-                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  return answer == QMessageBox::Yes;
-}
-
-void ParentWindow::closeEvent(QCloseEvent* event) {
-  if (!qApp->isSavingSession() && !MayEndSending()) {
-    event->ignore();
-    return;
-  }
-  // What is being written is stored first; a window that cannot store it keeps the program open.
-  closing_ = true;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window == this || !window->isVisible() || window->close()) continue;
-    closing_ = false;
-    event->ignore();
-    return;
-  }
-  tmDialog_.stop();
-  tmPlan_.stop();
-  counting_.stop();
-  tasktray_.reset();
+void ParentWindow::KeepPlacement() {
   PlacementBag(context_, objectName())->Let(kTree, splitter_->sizes().value(0, kTreeWidth));
   KeepWindowPlacement(context_, *this, objectName());
-  SaveMarkedObjects(context_);
-  queue_.Clear();
-  traffic_.Plan().Cancel();
-  traffic_.Plan().Clear();
-  QMainWindow::closeEvent(event);
 }
 
 void ParentWindow::resizeEvent(QResizeEvent* event) {

@@ -125,6 +125,8 @@ class ParentWindow : public QMainWindow,
   void DropMessage(const QString& message, const QString& folder);
   void EndChange(bool done);
   bool MayEndSending();
+  void EndAfterSending();
+  void KeepPlacement();
   void FollowActivePage();
   void ShowTitle();
   BrowserWindow* ActiveBrowser() const;
@@ -180,6 +182,7 @@ class ParentWindow : public QMainWindow,
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;
+  bool endsAfterSending_ = false;  // the user has closed the program meanwhile
 };
 
 }  // namespace vorn

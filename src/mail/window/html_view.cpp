@@ -177,7 +177,11 @@ void HtmlView::Zoom(double factor) {
 
 void HtmlView::AskToOpen(const QUrl& url) {
   const QString scheme = url.scheme();
-  if (scheme != u"http" && scheme != u"https" && scheme != u"mailto") return;
+  if (scheme == u"mailto") {  // nothing leaves before the user sends it
+    Q_EMIT MessageWanted(url.toString(QUrl::FullyEncoded));
+    return;
+  }
+  if (scheme != u"http" && scheme != u"https") return;
   const auto answer = ShowBox(
       this, QMessageBox::Question,
       Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + url.toString(QUrl::FullyEncoded),

@@ -34,6 +34,8 @@ class HtmlView : public QWidget {
 
  Q_SIGNALS:
   void Loaded(bool ok);
+  /// A message to a "mailto:" address is wanted.
+  void MessageWanted(const QString& mailto);
 
  private:
   void Load(RemoteImages images);

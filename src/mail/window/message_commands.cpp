@@ -20,6 +20,7 @@
 #include "mail/flag_string.h"
 #include "mail/inline_images.h"
 #include "mail/mail_store.h"
+#include "mail/message_filing.h"
 #include "mail/outbox.h"
 #include "mail/print_page.h"
 #include "mail/window/address_list.h"
@@ -197,6 +198,10 @@ void MessageWindow::ChooseFolders() {
   QStringList entries;
   const DiskCollectionPtr folders =
       SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  if (folders->IsEmpty()) {
+    ShowBox(this, QMessageBox::Information, NoFolderWords());
+    return;
+  }
   for (const DiskPtr& folder : *folders) {
     // "@" separates the fields of an entry.
     QString name = folder->Text(u"Object");
@@ -369,6 +374,8 @@ void MessageWindow::ShowHtml() {
   if (wbHtml_ == nullptr) {
     wbHtml_ = new HtmlView(context_.TempFolder);
     htmlPage_->layout()->addWidget(wbHtml_);
+    connect(wbHtml_, &HtmlView::MessageWanted, this,
+            [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
     wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
   }
   wbHtml_->Show(WithInlineImages(html_, source_, request_->Text(u"content")));

@@ -20,6 +20,7 @@
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/tool_letter.h"
 
 namespace vorn {
 namespace {
@@ -96,7 +97,7 @@ QWidget* MessageWindow::BuildMailPage() {
   lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kAddressRows);
   tbMailaddress_ = new QToolBar;
   tbMailaddress_->setObjectName(QStringLiteral("tbMailaddress"));
-  tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses)
+  ObeyLetter(tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses))
       ->setToolTip(Ui::tr("アドレスブックから選びます。"));
   auto* beside = new QVBoxLayout;
   auto* label = PlainLabel(Ui::tr("アドレス(&D)"));

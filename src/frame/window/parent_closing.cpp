@@ -1,0 +1,60 @@
+// The end of the main window, and with it of the program.
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMessageBox>
+
+#include "frame/window/parent_window.h"
+#include "objects/save_object.h"
+#include "storage/ui.h"
+#include "storage/window/plain_text.h"
+#include "transfer/window/task_tray.h"
+
+namespace vorn {
+
+// What was sent a moment ago may only be planned yet; and cutting off a message that is being
+// handed over would leave it in doubt whether it arrived.
+bool ParentWindow::MayEndSending() {
+  if (!traffic_.Plan().IsSending()) return true;
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
+      Ui::tr("送信し終えていないメッセージがあります。送信してから終了しますか？\n\n"
+             "「いいえ」を選ぶと、送信を中止して終了します。残りは送信待ちのままになります。"),
+      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+  endsAfterSending_ = answer == QMessageBox::Yes;
+  if (endsAfterSending_) sbStatus_->showMessage(Ui::tr("送信が済むと終了します。"));
+  return answer == QMessageBox::No;
+}
+
+void ParentWindow::EndAfterSending() {
+  if (!endsAfterSending_ || traffic_.Plan().IsSending() || !IsEnabled()) return;
+  endsAfterSending_ = false;
+  close();
+}
+
+void ParentWindow::closeEvent(QCloseEvent* event) {
+  if (!qApp->isSavingSession() && !MayEndSending()) {
+    event->ignore();
+    return;
+  }
+  // What is being written is stored first; a window that cannot store it keeps the program open.
+  closing_ = true;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window == this || !window->isVisible() || window->close()) continue;
+    closing_ = false;
+    event->ignore();
+    return;
+  }
+  tmDialog_.stop();
+  tmPlan_.stop();
+  counting_.stop();
+  tasktray_.reset();
+  KeepPlacement();
+  SaveMarkedObjects(context_);
+  queue_.Clear();
+  traffic_.Plan().Cancel();
+  traffic_.Plan().Clear();
+  QMainWindow::closeEvent(event);
+}
+
+}  // namespace vorn
