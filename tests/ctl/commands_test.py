@@ -162,6 +162,14 @@ class Commands(unittest.TestCase):
             told = json.loads(self.run_ctl("import", out, "--json"))
             self.assertEqual(told["known"], self.messages, form)
             self.data = os.path.join(self.folder.name, "data")
+        # What was sent is stored with an end mark, which an export leaves out.
+        mail = os.path.join(self.folder.name, "sent.eml")
+        pathlib.Path(mail).write_bytes(b"From: y@example.org\r\nTo: b@x\r\nSubject: s\r\n\r\ntext\r\n.\r\n")
+        self.run_ctl("send", mail, code=1)
+        own = os.path.join(self.folder.name, "own")
+        self.run_ctl("export", "待ち", "--format", "eml", "--out", own)
+        told = json.loads(self.run_ctl("import", own, "--json"))
+        self.assertEqual((told["imported"], told["known"]), (0, 1))
         self.run_ctl("export", "受信", "--out", out, code=1)  # never over something
 
     def test_imported_mail_has_its_own_date_and_foreign_forms_are_read(self):

@@ -14,6 +14,7 @@
 #include "frame/user_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
+#include "storage/file_notes.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -94,6 +95,45 @@ TEST_F(MissedFilesTest, AnEarlierVersionsProfileWithoutNotesMissesItsDatabaseToo
   EXPECT_FALSE(QFile::exists(own_));
   ASSERT_TRUE(LogInAgain(kRight, {true, {}})) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
+}
+
+// Another profile's file would open with the same password.
+TEST_F(MissedFilesTest, OnlyTheFileThatWasLostIsReconnected) {
+  const QString away = profile_.Folder() + QStringLiteral("away");
+  ASSERT_TRUE(QFile::rename(mail_, away));
+  TestProfile other(kRight);
+  other.Store("Subject: other\r\n\r\n");
+  const QString foreign = MailDatabasePath(other.Get());
+  other.Get().Data.CloseAll();
+  EXPECT_FALSE(LogInAgain(kRight, {false, {foreign}}));
+  EXPECT_TRUE(QFile::exists(foreign));
+  EXPECT_FALSE(QFile::exists(mail_));
+  ASSERT_TRUE(LogInAgain(kRight, {false, {away}})) << error_.toStdString();
+  EXPECT_EQ(Messages(), 3);
+}
+
+TEST_F(MissedFilesTest, AFileWhosePathHasBlanksIsMissedToo) {
+  Disk profile(QStringLiteral("p"));
+  const QList<FileNote> notes{
+      {QStringLiteral("/current/my mail file.mbx"), QStringLiteral("ab"), 3, 4, 5}};
+  LetFileNotes(profile, notes);
+  EXPECT_EQ(FileNotes(profile), notes);
+}
+
+// Of several mail files in a profile's folder the largest is most likely the one in use.
+TEST_F(MissedFilesTest, TheLargestMailFileIsTheGuessForALostProfile) {
+  Context& context = profile_.Get();
+  const QString second = QStringLiteral("/current/%1\\aaa.mbx").arg(context.Session->SerialID());
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::MailByPath, second));
+  context.Data.CloseAll();
+  for (int i = 0; i < 50; ++i) profile_.Store("Subject: more\r\n\r\n" + QByteArray(3000, 'x'));
+  context.Data.CloseAll();
+  context.Lock.reset();
+  QFile::remove(context.NaviDatabasePath);
+  next_ = std::make_unique<Context>();
+  ASSERT_TRUE(StartUp(*next_, profile_.Folder(), &error_)) << error_.toStdString();
+  ASSERT_EQ(next_->Objects.Count(), 1);
+  EXPECT_EQ(PlatformPath(*next_, next_->Objects.First()->Text(u"Mail")), mail_);
 }
 
 TEST_F(MissedFilesTest, TheTrueNameAndMailFileReplaceWhatWasGuessedFromTheFolder) {

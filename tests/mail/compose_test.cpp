@@ -5,6 +5,9 @@
 #include <gmime/gmime.h>
 #include <gtest/gtest.h>
 
+#include "mail/message_index.h"
+#include "mail/text_extraction.h"
+#include "objects/settings.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -147,6 +150,23 @@ TEST(ComposeMessage, FilesAreWrittenForEveryReader) {
   EXPECT_TRUE(text.contains("filename=\"=?"));
   EXPECT_TRUE(
       ComposeMessage({}, Options(CharsetChoice::Automatic)).contains("\r\nMime-Version: 1.0"));
+}
+
+// RFC 5322 section 2.1.1: servers break longer lines, or refuse them.
+TEST(ComposeMessage, NoLineIsLongerThanServersTake) {
+  for (const QString& text :
+       {QStringLiteral("a b ").repeated(2000), QStringLiteral("会議").repeated(2000)}) {
+    for (const CharsetChoice charset : {CharsetChoice::Jis, CharsetChoice::Automatic}) {
+      MessageModel model;
+      model.text = text;
+      const QByteArray source = ComposeMessage(model, Options(charset));
+      for (const QByteArray& line : source.split('\n')) EXPECT_LE(line.size(), 999);
+      const MessageIndex index = IndexMessage(source, {}, {DefaultTextTypes(), true});
+      TextRequest request;
+      request.textTypes = DefaultTextTypes();
+      EXPECT_TRUE(GetMessageText(source, index.content, request).text.startsWith(text));
+    }
+  }
 }
 
 TEST(ComposeMessage, AReceiptTellsProgramsToo) {

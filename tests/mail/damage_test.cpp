@@ -132,6 +132,10 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
   Context().Data.PutDamage(file_, {QStringLiteral("source 99")});
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
+  ASSERT_TRUE(AcceptDamage(Context(), file_));
+  EXPECT_FALSE(IsKnownDamaged(Context(), file_));
+  ASSERT_TRUE(NoteDamage(file_, QStringLiteral("log")));
+  EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   // Also what befell the profile's database outlasts the program.
   const QString profile = QFileInfo(file_).path() + QStringLiteral("/profile.mbx");
   Context().Data.PutDamage(profile, {QStringLiteral("file")});
@@ -202,7 +206,20 @@ TEST_F(DamageTest, AWalkGoesOnWhereItStopped) {
   for (const QByteArray& source : std::as_const(sources_)) stored += source.size();
   EXPECT_EQ(bytes, stored);
   EXPECT_EQ(stretches, 13);  // one source each, and the end
-  EXPECT_EQ(place.verified, 0);
+  EXPECT_EQ(place.verified, 0) << "the next round begins anew";
+}
+
+// Also where the row itself is lost, and its subject with it.
+TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
+  int named = 0;
+  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
+    Zero(page);
+    const FileFindings findings = Context().Data.CheckFile(file_, {}, FileContents::Messages);
+    for (const UnreadableMessage& message : findings.unreadable) {
+      if (message.subject.isEmpty() && serials_.contains(message.serialId)) ++named;
+    }
+  }
+  EXPECT_GE(named, 12);
 }
 
 class ExportTargetTest : public testing::Test {

@@ -74,6 +74,9 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
     return shown;
   };
   ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"), QStringLiteral("f")));
+  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"), QString()));
+  EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")).size(), 4)
+      << "each once, however often it is put there";
   EXPECT_TRUE(
       profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder WHERE FOLDERID = 'f'"))
           .isEmpty());

@@ -32,6 +32,12 @@ TEST(Mailto, FieldsOfANewMessageAreFilled) {
   EXPECT_EQ(model.inReplyTo, QStringLiteral("<1@x>"));
 }
 
+TEST(Mailto, AQuestionInATextIsAPartOfIt) {
+  const MessageModel model = Applied("mailto:a@x?subject=what?&body=where?%20now?");
+  EXPECT_EQ(model.subject, QStringLiteral("what?"));
+  EXPECT_EQ(model.text, QStringLiteral("where? now?"));
+}
+
 TEST(Mailto, WhatItMayNotAskForIsLeftOut) {
   const MessageModel model = Applied(
       "MAILTO:a@x?subject=s%0D%0ABcc:%20evil@x&attach=/etc/passwd&attachment=file&from=b@x&body");

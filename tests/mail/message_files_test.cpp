@@ -9,6 +9,7 @@
 #include "mail/message_date.h"
 #include "mail/message_index.h"
 #include "mail/print_page.h"
+#include "storage/time_text.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -62,6 +63,11 @@ TEST(MessageDateTest, EveryFormOfDateIsRead) {
   EXPECT_EQ(utc("Tue,24 Nov 2026 09:05:07 +0900 (JST)"), QStringLiteral("2026-11-24 00:05:07"));
   EXPECT_EQ(utc("1 Jan 99 00:00 EST"), QStringLiteral("1999-01-01 05:00:00"));
   EXPECT_EQ(utc("Sat, 31 dec 05 23:59:60 -0330"), QStringLiteral("2006-01-01 03:29:59"));
+  // Messages are sorted by the local clock, wherever they come from.
+  const QDateTime there = ParseMailDate("Tue, 24 Nov 2026 09:05:07 -0730");
+  EXPECT_EQ(StoredTimeText(there), StoredTimeText(there.toUTC()));
+  EXPECT_EQ(StoredTimeText(there).left(19),
+            there.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
   for (const char* broken :
        {"", "now", "32 Nov 2026 09:05 +0900", "1 Foo 2026 09:05", "(", ", , ,"}) {
     EXPECT_FALSE(ParseMailDate(broken).isValid()) << broken;

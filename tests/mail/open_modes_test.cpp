@@ -118,6 +118,7 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   settings_.standardHeaders = true;
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].pdf"));
   settings_.standardHeaders = false;
+  EXPECT_EQ(Open(Resend, file).attachments.size(), 1U);
   EXPECT_TRUE(Open(Reply, file).attachments.empty());
 }
 

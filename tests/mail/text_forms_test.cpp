@@ -7,6 +7,8 @@
 
 #include "mail/charset_recognition.h"
 #include "mail/flowed_text.h"
+#include "mail/header_decoding.h"
+#include "mail/header_parameters.h"
 #include "mail/html_text.h"
 #include "mail/mime_codec.h"
 #include "mail/text_extraction.h"
@@ -99,10 +101,29 @@ TEST(TransferEncodings, WhatIsWrappedComesBack) {
     EXPECT_EQ(MimeCodec::DecodeTransfer(wrapped, encoding), bytes);
     for (const QByteArray& line : wrapped.split('\n')) EXPECT_LE(line.size(), 77);
   }
+  // Servers take blanks off the ends of lines.
+  EXPECT_EQ(MimeCodec::EncodeTransfer("-- \r\na\t\r\n", QuotedPrintable),
+            QByteArray("--=20\r\na=09\r\n"));
+}
+
+TEST(HeaderParameters, ANameInTheExtendedFormAloneIsRead) {
+  const MimeCodec::HeaderParameters one("attachment; filename*=UTF-8''%E8%B3%87%E6%96%99.txt");
+  EXPECT_EQ(one.Text("filename"), QStringLiteral("資料.txt"));
+}
+
+TEST(HeaderEncoding, EachWordOfALongTextIsWholeInItself) {
+  const QString text = QStringLiteral("🍣𠮷野家").repeated(40);
+  const QByteArray field = MimeCodec::EncodeField("Subject:", text, OutputCharset::Utf8);
+  EXPECT_EQ(MimeCodec::DecodeHeader(field, 8), text);
+  for (const QByteArray& word : field.mid(8).simplified().split(' ')) {
+    const QByteArray bytes = QByteArray::fromBase64(word.mid(10, word.size() - 12));
+    EXPECT_TRUE(QString::fromUtf8(bytes).toUtf8() == bytes) << word.toStdString();
+  }
 }
 
 TEST(HeaderEditing, FieldsAreRemovedAndPutIn) {
-  const QByteArray source = "A: 1\r\nBcc: x@y,\r\n z@y\r\nBccx: 2\r\nbcc : q\r\n\r\nBcc: body\r\n";
+  const QByteArray source =
+      "A: 1\r\nBcc: x@y,\r\n z@y,\r\n\tw@y\r\nBccx: 2\r\nbcc : q\r\n\r\nBcc: body\r\n";
   EXPECT_EQ(MimeCodec::RemoveField(source, "Bcc:"),
             QByteArray("A: 1\r\nBccx: 2\r\n\r\nBcc: body\r\n"));
   EXPECT_EQ(MimeCodec::InsertFields(source, "D: 1\r\n"), "D: 1\r\n" + source);

@@ -188,6 +188,13 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   good.inServer = QStringLiteral("127.0.0.1");
   good.inUser = QStringLiteral("a");
   EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
+  good.inSecurity = 2;
+  good.outSecurity = 1;
+  const DiskPtr account = CreateAccount(profile.Get(), good);
+  ASSERT_NE(account, nullptr);
+  EXPECT_EQ(account->Number(u"InMailServerSecurity"), 2);
+  EXPECT_EQ(account->Number(u"OutMailServerSecurity"), 1);
+  good.name = QStringLiteral("次");
   const auto refuses = [&](auto change) {
     AccountValues values = good;
     change(values);

@@ -6,11 +6,15 @@
 #include <QStringDecoder>
 
 #include "mail/code_page_932.h"
+#include "mail/mail_store.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/link_command.h"
+#include "present/neighbour_message.h"
 #include "present/page_tags.h"
 #include "present/page_template.h"
+#include "present/unread_count.h"
+#include "storage/databases.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -112,6 +116,65 @@ TEST_F(MessageListPageTest, PagesAreCutAndTellWhatLiesAround) {
   SetRows(0);
   EXPECT_EQ(Page(1).count("preview:"), 5);
   EXPECT_FALSE(before_ || next_);
+}
+
+// The stored form of addresses has words that nobody looks for.
+TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
+  Store("A");
+  MessageListPages pages(profile_.Get());
+  const auto found = [&](const char16_t* text) {
+    const QString path =
+        pages.CreateMessageListPage(folder_, 1, before_, next_, QString::fromUtf16(text));
+    const bool any = ReadFile(path).contains("preview:");
+    QFile::remove(path);
+    return any;
+  };
+  EXPECT_TRUE(found(u"sato"));
+  EXPECT_TRUE(found(u"s@x"));
+  EXPECT_FALSE(found(u"FROM"));
+  EXPECT_FALSE(found(u"to:"));
+}
+
+TEST_F(MessageListPageTest, APageIsItsUsersAlone) {
+  Store("A");
+  const QString path =
+      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1, before_, next_);
+  EXPECT_EQ(QFile::permissions(path) & (QFileDevice::ReadGroup | QFileDevice::ReadOther |
+                                        QFileDevice::WriteGroup | QFileDevice::WriteOther),
+            QFileDevice::Permissions());
+  QFile::remove(path);
+}
+
+TEST_F(MessageListPageTest, TheNextAndTheEarlierOneOfOneMoment) {
+  QStringList serials;
+  for (int i = 0; i < 3; ++i) serials.append(Store("A"));
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+  ASSERT_TRUE(profile_.Get().Data.Execute(
+      QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '2026-01-01 00:00:00.000'")));
+  profile_.Get().Data.Close();
+  serials.sort();
+  const auto neighbour = [this](const QString& serial, int step) {
+    return NeighbourMessage(profile_.Get(), folder_, serial, step);
+  };
+  EXPECT_EQ(neighbour(serials[1], 1), serials[2]);
+  EXPECT_EQ(neighbour(serials[1], -1), serials[0]);
+  EXPECT_EQ(neighbour(serials[0], -1), QString());
+  EXPECT_EQ(neighbour(serials[2], 1), QString());
+}
+
+TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {
+  const auto folder = std::make_shared<Disk>(QStringLiteral("folder_x"));
+  folder->Let(QStringLiteral("FormName"), object_type::kFolder);
+  folder->Let(QStringLiteral("Object"), QStringLiteral("x"));
+  folder->Let(QStringLiteral("SqlUse"), true);
+  folder->Let(QStringLiteral("Sql"), QStringLiteral("STATUS = 3 OR STATUS = 4"));
+  profile_.Get().Objects.Add(folder);
+  const QString opened = Store("opened", 3);
+  Store("unopened");
+  Disk request(opened);
+  request.Let(QStringLiteral("flag"), QStringLiteral("000"));
+  ASSERT_TRUE(MailStore(profile_.Get()).UpdateMessageState(kStateFlag, request, true));
+  EXPECT_EQ(CountUnread(profile_.Get(), folder->SerialID()), 1);
 }
 
 TEST_F(MessageListPageTest, OnlyReceivedMessagesCanBeAnswered) {

@@ -58,6 +58,36 @@ TEST_F(HostileServerTest, ATricklingServerIsGivenUp) {
   EXPECT_EQ(events_.codes, QList<PopError>{PopError::TimeOut});
 }
 
+// What counts is how long the server is silent, not how long the message takes.
+TEST_F(HostileServerTest, AMessageMayTakeLongerThanTheServerMayBeSilent) {
+  const QByteArray message = "Subject: x\r\n\r\n" + QByteArray(80, 'x') + "\r\n";
+  QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this, message] {
+    QTcpSocket* socket = server_.nextPendingConnection();
+    socket->write("+OK hi\r\n");
+    QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, message] {
+      for (const QByteArray& line : socket->readAll().split('\n')) {
+        if (line.startsWith("RETR")) {
+          auto* timer = new QTimer(socket);
+          const QByteArray reply = "+OK\r\n" + message + ".\r\n";
+          QObject::connect(timer, &QTimer::timeout, socket, [=, at = qsizetype(0)]() mutable {
+            if (at < reply.size()) socket->write(reply.sliced(at++, 1));
+          });
+          timer->start(40);
+        } else if (line.startsWith("LIST")) {
+          socket->write("+OK\r\n1 100\r\n.\r\n");
+        } else if (line.startsWith("UIDL")) {
+          socket->write("+OK\r\n1 u1\r\n.\r\n");
+        } else if (!line.isEmpty()) {
+          socket->write(line.startsWith("CAPA") ? "-ERR no\r\n" : "+OK 1 100\r\n");
+        }
+      }
+    });
+  });
+  pop_.ReplyTimeoutMs = 3000;
+  Run();
+  EXPECT_EQ(events_.arrived.size(), 1) << events_.Shown().toStdString();
+}
+
 TEST_F(HostileServerTest, ASlowMessageThatGoesOnArrives) {
   test::LoopbackPop3Server slow;
   ASSERT_TRUE(slow.Listen());

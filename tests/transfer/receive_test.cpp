@@ -175,6 +175,23 @@ TEST_F(ReceiveTest, MailOfAnyFileOfTheProfileIsKnown) {
   }
 }
 
+// The server's copy may be the only one that can be read.
+TEST_F(ReceiveTest, WhatIsStoredAndCannotBeReadStaysOnTheServer) {
+  AddMessages(2);
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 2);
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+  ASSERT_TRUE(profile_.Get().Data.Execute(QStringLiteral(
+      "UPDATE long_binary SET DATA = 'x' WHERE ID = (SELECT MIN(ID) FROM long_binary)")));
+  profile_.Get().Data.Close();
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  Receive();
+  EXPECT_TRUE(LastLog().contains(QStringLiteral("サーバーから削除しません")))
+      << LastLog().toStdString();
+  ASSERT_GE(server_.Messages.size(), 1);
+  EXPECT_TRUE(server_.Messages.first().source.startsWith("Subject: 0"));
+}
+
 TEST_F(ReceiveTest, AQuoteInAnIdentifierStaysData) {
   server_.AddMessage("x' OR '1'='1", "Subject: a\r\n\r\n\r\n");
   server_.AddMessage("y", "Subject: b\r\n\r\n\r\n");

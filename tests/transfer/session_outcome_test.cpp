@@ -110,6 +110,15 @@ TEST(SessionOutcome, AMessageThatWasNotGivenOutWholeWasNotTaken) {
   EXPECT_TRUE(session.Finished());
   EXPECT_EQ(events.told, (QStringList{QStringLiteral("begin"), QStringLiteral("refused")}));
 
+  // One that was given out may have been.
+  SessionRecorder whole;
+  SmtpSession given(Job(), whole, [](const QByteArray&) {});
+  given.Receive(kBefore);
+  given.Receive("354 go on\r\n");
+  given.Drained();
+  given.Abandon();
+  EXPECT_EQ(whole.told, (QStringList{QStringLiteral("begin"), QStringLiteral("unknown")}));
+
   // Nor by a server that says yes to half of it.
   SessionRecorder hasty;
   SmtpSession second(job, hasty, [](const QByteArray&) {});
@@ -172,6 +181,8 @@ TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
   };
   EXPECT_EQ(path(u"taro@例え.jp"), QByteArray("taro@xn--r8jz45g.jp"));
   EXPECT_EQ(path(u"taro@EXAMPLE.jp"), QByteArray("taro@EXAMPLE.jp"));
+  // Another domain than "fass.de", which may be a stranger's.
+  EXPECT_EQ(path(u"taro@faß.de"), QByteArray("taro@xn--fa-hia.de"));
   EXPECT_EQ(path(u"太郎@例え.jp"), QByteArray("太郎@xn--r8jz45g.jp utf8"));
   for (const char16_t* bad : {u"", u"a b@x", u"a@x\r\nRCPT TO:<b@x>", u"a@x>", u"a@x\u200b",
                               u"a@ex\u3000ample", u"a@-例え.jp"}) {
