@@ -578,10 +578,6 @@ Date: </translation>
         <translation>“%1” cannot be saved. Check the folder and the free space of the disk.</translation>
     </message>
     <message>
-        <source>「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれがあります。開きますか？</source>
-        <translation>“%1” may be a program. Opening it may harm the computer. Open it?</translation>
-    </message>
-    <message>
         <source>開く(&amp;O)</source>
         <translation>&amp;Open</translation>
     </message>
@@ -2541,20 +2537,8 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>This profile is used for the first time. Enter the password once more.</translation>
     </message>
     <message>
-        <source>アドレスの選択では検索するまで何も選ばない(&amp;S)</source>
-        <translation>Select nobody in the address picker until something is searched for(&amp;S)</translation>
-    </message>
-    <message>
         <source>「%1」が壊れているため、送信しません。</source>
         <translation>&quot;%1&quot; is damaged, so nothing is sent.</translation>
-    </message>
-    <message>
-        <source>送信し終えていないメッセージがあります。送信してから終了しますか？
-
-「いいえ」を選ぶと、送信を中止して終了します。残りは送信待ちのままになります。</source>
-        <translation>There are messages that have not been sent yet. Send them before the program ends?
-
-&quot;No&quot; stops sending and ends; what is left goes on waiting.</translation>
     </message>
     <message>
         <source>送信が済むと終了します。</source>
@@ -2567,6 +2551,84 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>「look.lock」に書き込めません。フォルダの権限を確認してください。</source>
         <translation>&quot;look.lock&quot; cannot be written. Please check the permissions of the folder.</translation>
+    </message>
+    <message>
+        <source>「%1」はほかの利用者が作ったものです。メールのリンクやファイルをこのプログラムに渡すことはできません。</source>
+        <translation>&quot;%1&quot; was made by another user. Mail links and files cannot be handed over to this program.</translation>
+    </message>
+    <message>
+        <source>送信し終えていないメッセージがあります。送信してから終了しますか？
+
+「いいえ」を選ぶと、送信を中止して終了します。送信中のものは、届いたかどうか分からなくなることがあります。残りは送信待ちのままになります。</source>
+        <translation>There are messages that have not been sent yet. Send them before the program ends?
+
+&quot;No&quot; stops sending and ends. Of what is being sent nobody may know whether it arrived; the rest goes on waiting.</translation>
+    </message>
+    <message>
+        <source>種類の分からないデータ</source>
+        <translation>data of an unknown kind</translation>
+    </message>
+    <message>
+        <source>空のファイル</source>
+        <translation>an empty file</translation>
+    </message>
+    <message>
+        <source>HTML文書</source>
+        <translation>HTML document</translation>
+    </message>
+    <message>
+        <source>プログラム</source>
+        <translation>program</translation>
+    </message>
+    <message>
+        <source>Windowsのプログラム</source>
+        <translation>Windows program</translation>
+    </message>
+    <message>
+        <source>スクリプト</source>
+        <translation>script</translation>
+    </message>
+    <message>
+        <source>プログラムを起動するファイル</source>
+        <translation>file that starts a program</translation>
+    </message>
+    <message>
+        <source>圧縮ファイル</source>
+        <translation>archive</translation>
+    </message>
+    <message>
+        <source>「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを含むファイルかもしれません。
+
+名前が示す種類: %2
+実際の中身: %3
+
+開きますか？</source>
+        <translation>Opening &quot;%1&quot; may harm your computer. It may be a program or hold one.
+
+Kind by its name: %2
+What it holds: %3
+
+Open it?</translation>
+    </message>
+    <message>
+        <source>見つかりません。</source>
+        <translation>Not found.</translation>
+    </message>
+    <message>
+        <source>このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？</source>
+        <translation>This message has been sent. Send it to the same recipients once more?</translation>
+    </message>
+    <message>
+        <source>アドレスの選択では検索するまで何も選ばない(&amp;L)</source>
+        <translation>The address picker chooses nobody until something is searched for(&amp;L)</translation>
+    </message>
+    <message>
+        <source>うっかりを防ぐ（再送の前に確かめる、捨てたメッセージをフォルダに表示せず、消したものを受信し直さない）(&amp;C)</source>
+        <translation>Prevent slips (ask before sending again, keep thrown away messages out of folders and erased ones from being received again)(&amp;C)</translation>
+    </message>
+    <message>
+        <source>条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。</source>
+        <translation>The search was given up because it took too long.</translation>
     </message>
 </context>
 </TS>

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <memory>
 
+#include "frame/process_privacy.h"
 #include "frame/start_up.h"
 #include "frame/window/announcer.h"
 #include "frame/window/program.h"
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
 #ifdef SIGXFSZ
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
 #endif
+  vorn::ForbidCoreDumps();
   // A look-up of a name that a page merely mentions would tell its owner that it was read.
   qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
           qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --dns-prefetch-disable");

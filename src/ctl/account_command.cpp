@@ -1,18 +1,28 @@
+#include <QHostAddress>
+#include <array>
+
 #include "ctl/command.h"
 #include "objects/account.h"
 
 namespace vorn::ctl {
 namespace {
 
-constexpr int kPop3Port = 110;  // RFC 1939
-constexpr int kSmtpPort = 25;   // RFC 5321
+// By the choices of the security, none, STARTTLS and TLS (RFC 1939, RFC 8314, RFC 5321, RFC 6409).
+constexpr std::array kPop3Ports = {110, 110, 995};
+constexpr std::array kSmtpPorts = {25, 587, 465};
 
-bool ReadSecurity(const Arguments& arguments, const QString& name, int& security) {
-  const qsizetype index =
-      QStringList{QStringLiteral("none"), QStringLiteral("starttls"), QStringLiteral("tls")}
-          .indexOf(arguments.Text(name, QStringLiteral("none")).toLower());
-  security = static_cast<int>(index);
-  return index >= 0;
+bool IsThisMachine(const QString& server) {
+  return server == u"localhost" || QHostAddress(server).isLoopback();
+}
+
+// Clear text only where it is asked for, or where nothing leaves the machine.
+bool ReadSecurity(const Arguments& arguments, const QString& name, const QString& server,
+                  int& security) {
+  const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
+                            QStringLiteral("tls")};
+  const QString usual = choices[IsThisMachine(server) ? 0 : 2];
+  security = static_cast<int>(choices.indexOf(arguments.Text(name, usual).toLower()));
+  return security >= 0;
 }
 
 // An empty sentence when all of the command line could be read.
@@ -27,18 +37,21 @@ QString ReadValues(const Arguments& arguments, AccountValues& values) {
   values.address = arguments.Text(QStringLiteral("address"));
   values.display = arguments.Text(QStringLiteral("display"));
   values.inServer = arguments.Text(QStringLiteral("in-server"));
-  values.inPort = arguments.Number(QStringLiteral("in-port"), kPop3Port, &ok);
+  values.outServer = arguments.Text(QStringLiteral("out-server"));
+  const QString outServer = values.outServer.isEmpty() ? values.inServer : values.outServer;
+  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inServer, values.inSecurity) ||
+      !ReadSecurity(arguments, QStringLiteral("out-security"), outServer, values.outSecurity)) {
+    return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
+  }
+  values.inPort = arguments.Number(QStringLiteral("in-port"),
+                                   kPop3Ports[static_cast<size_t>(values.inSecurity)], &ok);
   if (!ok) return QStringLiteral("--in-port は数です。");
   values.inUser = arguments.Text(QStringLiteral("in-user"));
   values.inProtocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deleteOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
-  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inSecurity) ||
-      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outSecurity)) {
-    return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
-  }
-  values.outServer = arguments.Text(QStringLiteral("out-server"));
-  values.outPort = arguments.Number(QStringLiteral("out-port"), kSmtpPort, &ok);
+  values.outPort = arguments.Number(QStringLiteral("out-port"),
+                                    kSmtpPorts[static_cast<size_t>(values.outSecurity)], &ok);
   values.outUser = arguments.Text(QStringLiteral("out-user"));
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
     const int secret = arguments.Number(QStringLiteral("out-password-fd"), -1, &ok);

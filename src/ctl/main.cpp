@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "ctl/command.h"
+#include "frame/process_privacy.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "objects/lost_files.h"
@@ -226,6 +227,7 @@ int main(int argc, char** argv) {
 #ifdef SIGXFSZ
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
 #endif
+  vorn::ForbidCoreDumps();
   const QCoreApplication application(argc, argv);
   return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
 }

@@ -6,6 +6,9 @@
 #include <QJsonDocument>
 #include <QLocalSocket>
 
+#include "frame/peer_user.h"
+#include "storage/ui.h"
+
 namespace vorn {
 namespace {
 
@@ -21,22 +24,34 @@ InstanceMessages::InstanceMessages(const QString& appFolder) : folder_(appFolder
 }
 
 // Told only when it is needed: at a first start the folder is made after this object.
-QString InstanceMessages::Name() const {
-  const QByteArray folder = QDir(folder_).canonicalPath().toUtf8();
-  const QByteArray hash = QCryptographicHash::hash(folder, QCryptographicHash::Sha256).toHex();
-  return QStringLiteral("vorn-") + QString::fromLatin1(hash.left(kNameLength));
+QString InstanceMessages::Place() const {
+  const QString folder = QDir(folder_).canonicalPath();
+  const QByteArray hash =
+      QCryptographicHash::hash(folder.toUtf8(), QCryptographicHash::Sha256).toHex();
+  return MeetingPlace(folder, QString::fromLatin1(hash.left(kNameLength)));
 }
 
-void InstanceMessages::Listen() {
-  const QString name = Name();
+QString InstanceMessages::Listen() {
+  const QString place = Place();
+  if (!IsOwnPlace(place)) {
+    return Ui::tr(
+               "「%1」はほかの利用者が作ったものです。メールのリンクやファイルをこのプログラムに"
+               "渡すことはできません。")
+        .arg(place);
+  }
   // What a killed program left behind would be in the way.
-  QLocalServer::removeServer(name);
-  server_.listen(name);
+  QLocalServer::removeServer(place);
+  server_.listen(place);
+  return {};
 }
 
 // One line of JSON, answered by a line so that the sender knows.
 void InstanceMessages::Accept() {
   QLocalSocket* socket = server_.nextPendingConnection();
+  if (!IsOwnPeer(socket->socketDescriptor())) {
+    delete socket;
+    return;
+  }
   connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
   connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
     if (!socket->canReadLine()) {
@@ -56,8 +71,10 @@ void InstanceMessages::Accept() {
 
 bool InstanceMessages::Send(const QStringList& arguments) const {
   QLocalSocket socket;
-  socket.connectToServer(Name());
-  if (!socket.waitForConnected(kPatienceMs)) return false;
+  const QString place = Place();
+  if (!IsOwnPlace(place)) return false;
+  socket.connectToServer(place);
+  if (!socket.waitForConnected(kPatienceMs) || !IsOwnPeer(socket.socketDescriptor())) return false;
   socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) +
                '\n');
   return socket.waitForBytesWritten(kPatienceMs) && socket.waitForReadyRead(kPatienceMs);

@@ -14,16 +14,17 @@ class InstanceMessages : public QObject {
  public:
   explicit InstanceMessages(const QString& appFolder);
 
-  /// Begins to listen; without success nothing is handed over, and that is all.
-  void Listen();
-  /// Says it to the running program. False when that did not hear it in time.
+  /// Begins to listen. A sentence for the user when somebody else stands in the place where this
+  /// user's programs meet, else empty; without success nothing is handed over, and that is all.
+  QString Listen();
+  /// Says it to the running program. False when that did not hear it in time, or is another user's.
   bool Send(const QStringList& arguments) const;
 
  Q_SIGNALS:
   void Received(const QStringList& arguments);
 
  private:
-  QString Name() const;
+  QString Place() const;
   void Accept();
 
   QString folder_;

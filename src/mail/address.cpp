@@ -83,26 +83,36 @@ QString NormalizedLine(const QString& line, bool keepsCase) {
   return QStringLiteral("to: ") + line;
 }
 
-// Groups replaced by their members: "Team: a@b, c@d;" by "a@b, c@d".
+// "Team" in "a@b, Team: c@d": the name of a group, rather than a colon in an address.
+bool EndsWithGroupName(const QString& text) {
+  const QString name = MimeCodec::SplitList(text, u',').last();
+  return !name.isEmpty() && !name.contains(u'@') && !name.contains(u'<');
+}
+
+// Groups replaced by their members: "Team: a@b, c@d;" by "a@b, c@d". A semicolon outside of groups
+// separates, as many programs write it, where all it separates are addresses.
 QString WithoutGroups(const QString& text, qsizetype start) {
-  if (text.indexOf(u';', start) < 0) return text;
+  const QStringList parts = MimeCodec::SplitList(text, u';', start);
   QStringList items;
-  bool inGroup = false;
-  for (const QString& part : MimeCodec::SplitList(text, u';', start)) {
+  bool hasGroup = false;
+  for (const QString& part : parts) {
     const QStringList head = MimeCodec::SplitList(part, u':');
-    inGroup = inGroup || head.size() > 1;
     QString members = part;
-    if (head.size() > 1) {
+    if (head.size() > 1 && EndsWithGroupName(head.first())) {
+      hasGroup = true;
       // What stands before the group's name are ordinary items.
       QStringList before = MimeCodec::SplitList(head.first(), u',');
       before.removeLast();
-      members = (before + head.mid(1)).join(u',');
+      members = (before + QStringList{head.mid(1).join(u':')}).join(u',');
     }
     for (const QString& item : MimeCodec::SplitList(members, u',')) {
       if (!item.isEmpty()) items.append(item);
     }
   }
-  if (!inGroup) return text;
+  const bool separates =
+      parts.size() > 1 && std::all_of(items.begin(), items.end(),
+                                      [](const QString& item) { return item.contains(u'@'); });
+  if (!hasGroup && !separates) return text;
   return text.left(start) + u' ' + items.join(QStringLiteral(", "));
 }
 

@@ -11,25 +11,8 @@
 namespace vorn {
 namespace {
 
-constexpr qsizetype kMaxName = 200;
-
-// Endings of files that run, or make something run, when they are opened.
-const QSet<QString>& ExecutableEndings() {
-  static const QSet<QString> endings = {
-      QStringLiteral("app"),     QStringLiteral("bat"),  QStringLiteral("chm"),
-      QStringLiteral("cmd"),     QStringLiteral("com"),  QStringLiteral("cpl"),
-      QStringLiteral("desktop"), QStringLiteral("dll"),  QStringLiteral("docm"),
-      QStringLiteral("exe"),     QStringLiteral("hta"),  QStringLiteral("html"),
-      QStringLiteral("htm"),     QStringLiteral("img"),  QStringLiteral("iso"),
-      QStringLiteral("jar"),     QStringLiteral("js"),   QStringLiteral("jse"),
-      QStringLiteral("lnk"),     QStringLiteral("msi"),  QStringLiteral("msc"),
-      QStringLiteral("pif"),     QStringLiteral("pptm"), QStringLiteral("ps1"),
-      QStringLiteral("py"),      QStringLiteral("reg"),  QStringLiteral("run"),
-      QStringLiteral("scr"),     QStringLiteral("sh"),   QStringLiteral("svg"),
-      QStringLiteral("url"),     QStringLiteral("vb"),   QStringLiteral("vbe"),
-      QStringLiteral("vbs"),     QStringLiteral("wsf"),  QStringLiteral("xlsm")};
-  return endings;
-}
+constexpr qsizetype kMaxNameBytes = 240;  // of the 255 that file systems take
+constexpr qsizetype kMaxEnding = 16;
 
 const QSet<QString>& ReservedNames() {
   static const QSet<QString> names = {QStringLiteral("con"),  QStringLiteral("prn"),
@@ -42,6 +25,20 @@ bool IsUnsafe(QChar c) {
   // Direction marks make "gpj.exe" read as "exe.jpg".
   return c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
          QStringView(u"/\\:*?\"<>|").contains(c);
+}
+
+// As many whole characters from the beginning as fit into so many bytes of UTF-8.
+QString CutToBytes(const QString& text, qsizetype bytes) {
+  QByteArray cut = text.toUtf8().left(qMax(bytes, qsizetype(0)));
+  const auto isContinuation = [](char c) { return (c & 0xC0) == 0x80; };
+  if (cut.size() == bytes) {
+    qsizetype first = cut.size() - 1;
+    while (first > 0 && isContinuation(cut[first])) --first;
+    if (first >= 0 && QString::fromUtf8(cut.sliced(first)).contains(QChar::ReplacementCharacter)) {
+      cut.truncate(first);
+    }
+  }
+  return QString::fromUtf8(cut);
 }
 
 }  // namespace
@@ -70,18 +67,15 @@ QString SafeFileName(const QString& name) {
   safe = safe.trimmed();
   while (safe.startsWith(u'.')) safe.remove(0, 1);
   while (safe.endsWith(u'.') || safe.endsWith(u' ')) safe.chop(1);
-  if (safe.size() > kMaxName) {
-    const QString ending = QFileInfo(safe).suffix().left(16);
-    safe = safe.left(kMaxName) + (ending.isEmpty() ? QString() : u'.' + ending);
+  if (safe.toUtf8().size() > kMaxNameBytes) {
+    const QString ending = QFileInfo(safe).suffix().left(kMaxEnding);
+    safe = CutToBytes(safe, kMaxNameBytes - ending.toUtf8().size() - 1);
+    if (!ending.isEmpty()) safe += u'.' + ending;
   }
   if (safe.isEmpty() || ReservedNames().contains(safe.section(u'.', 0, 0).toLower())) {
     safe.prepend(QStringLiteral("file_"));
   }
   return safe;
-}
-
-bool IsExecutableName(const QString& name) {
-  return ExecutableEndings().contains(QFileInfo(SafeFileName(name)).suffix().toLower());
 }
 
 QString SizeText(qint64 bytes) {

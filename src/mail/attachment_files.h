@@ -13,11 +13,8 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
                           QString* error = nullptr);
 
 /// A name that may stand in a folder on every platform: no path, no reserved characters or names,
-/// nothing that hides the ending. Never empty.
+/// nothing that hides the ending, and short enough in bytes. Never empty.
 QString SafeFileName(const QString& name);
-
-/// Whether opening a file of that name runs a program.
-bool IsExecutableName(const QString& name);
 
 /// A size as users read it, "12 KB".
 QString SizeText(qint64 bytes);

@@ -73,12 +73,19 @@ bool LooksLikeMessage(const QByteArray& start) {
   });
 }
 
+// A byte order mark and empty lines before the first separator are no message.
+bool BeginsAsMbox(QByteArrayView start) {
+  if (start.startsWith("\xEF\xBB\xBF")) start = start.sliced(3);
+  while (start.startsWith('\r') || start.startsWith('\n')) start = start.sliced(1);
+  return start.startsWith("From ");
+}
+
 bool ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take, bool* goesOn,
               QString* error) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return CannotRead(path, error);
-  if (file.peek(5) == "From ") return ReadMbox(file, take) || CannotRead(path, error);
   const QByteArray start = file.peek(kLookedAt);
+  if (BeginsAsMbox(start)) return ReadMbox(file, take) || CannotRead(path, error);
   if (!start.isEmpty() && !LooksLikeMessage(start)) {
     *error =
         Ui::tr("「%1」はメッセージのファイルではありません。").arg(QDir::toNativeSeparators(path));

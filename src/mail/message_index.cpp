@@ -22,6 +22,7 @@ constexpr QByteArrayView kAddressHeaders[] = {
 QByteArray StandardReplyTo(QByteArrayView source) {
   const QByteArrayView name = "Reply-To:";
   const QByteArray field = MimeCodec::HeaderField(source, name);
+  if (MimeCodec::HeaderValue(field, name.size()).trimmed().isEmpty()) return {};
   return field.isNull() ? field : "Replay-To:" + field.sliced(name.size());
 }
 

@@ -155,7 +155,11 @@ bool HasKind(const QList<AddressEntry>& addresses, QStringView kind) {
 }
 
 QList<AddressEntry> AddressesIn(OpenMode mode, const QList<AddressEntry>& stored) {
-  const bool hasReplyAddress = HasKind(stored, u"RE");
+  const bool hasReplyAddress =
+      std::any_of(stored.begin(), stored.end(), [](const AddressEntry& entry) {
+        return entry.kind.compare(u"re", Qt::CaseInsensitive) == 0 && !entry.address.isEmpty() &&
+               IsWritable(entry);
+      });
   QList<AddressEntry> addresses;
   for (const AddressEntry& entry : stored) {
     const QString kind = KindIn(mode, entry.kind);

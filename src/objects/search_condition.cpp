@@ -2,6 +2,7 @@
 
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -113,22 +114,28 @@ QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeSta
   if (visited_.contains(entry)) return {};
   visited_ += entry;
 
-  QString condition = Condition(serialId, *folder);
-  return wholeStatement ? WholeStatement(condition) : condition;
+  const QString condition = Condition(serialId, *folder);
+  return wholeStatement ? WholeStatement(*folder, condition) : condition;
 }
 
 QString FolderSqlBuilder::CreateFolderSql(const Disk& folder) {
   visited_ = folder.SerialID() + kLineBreak;
-  return WholeStatement(Condition(folder.SerialID(), folder));
+  return WholeStatement(folder, Condition(folder.SerialID(), folder));
 }
 
-QString FolderSqlBuilder::WholeStatement(const QString& condition) {
+// What was thrown away is in the dust bin alone, unless the folder asks for messages by their
+// state.
+QString FolderSqlBuilder::WholeStatement(const Disk& folder, const QString& condition) {
+  const bool leavesDust = Settings(context_)->Flag(u"Careful") && !folder.Flag(u"SqlUse") &&
+                          !condition.contains(u"STATUS");
   const QString head =
       condition.contains(u"folder.")
           ? QStringLiteral(
                 "SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = folder.SERIALID")
           : QStringLiteral("SELECT * FROM mail");
-  return head + QStringLiteral(" WHERE ") + condition;
+  const QString where = head + QStringLiteral(" WHERE ");
+  return leavesDust ? where + u'(' + condition + QStringLiteral(") AND mail.STATUS > 0")
+                    : where + condition;
 }
 
 QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {

@@ -42,7 +42,7 @@ class FolderSqlBuilder {
   QString CreateFolderSql(const Disk& folder);
 
  private:
-  static QString WholeStatement(const QString& condition);
+  QString WholeStatement(const Disk& folder, const QString& condition);
   QString Condition(const QString& serialId, const Disk& folder);
   QString Clause(const ConditionLine& line);
 

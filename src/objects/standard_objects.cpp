@@ -96,6 +96,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("StandardHeaders"), true},
                      {QStringLiteral("UsualReplies"), true},
                      {QStringLiteral("AddressSearch"), true},
+                     {QStringLiteral("Careful"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},

@@ -33,6 +33,9 @@ a:hover { color: var(--link); text-decoration: underline; }
 .marks { width: 4.5em; } .from { width: 22%; } .date { width: 11.5em; } .do { width: 6.5em; }
 td.date, td.do, td.do a { color: var(--soft); }
 td.do a:hover { color: var(--link); }
+/* The subject is the last to go where there is little room. */
+@media (max-width: 46em) { .do { display: none; } }
+@media (max-width: 36em) { .date { display: none; } .from { width: 30%; } }
 </style>
 </head>
 <body>

@@ -29,6 +29,10 @@ namespace {
 constexpr int kIdleStatements = 64;
 constexpr int kBusyTimeoutMs = 5000;
 constexpr int kBusyPauseMs = 1;
+constexpr int kStepsBetweenLooks = 20000;
+// What statements are kept under begins with whose they are.
+constexpr char kSystemKey = 's';
+constexpr char kUserKey = 'u';
 constexpr int kLookWaitMs = 20000;  // a look takes a moment
 
 // What a condition may call besides operators. Anything not listed, such as the engine's export and
@@ -121,7 +125,15 @@ void Statement::Bind(const QVariantList& values) {
 }
 
 Statement::Step Statement::Next() {
-  switch (sqlite3_step(handle_)) {
+  const bool isLimited = cacheKey_.startsWith(kUserKey);
+  QElapsedTimer clock;
+  clock.start();
+  if (isLimited)
+    connection_.deadline_ = QDeadlineTimer(qMax<qint64>(0, Connection::ConditionMs - spentMs_));
+  const int result = sqlite3_step(handle_);
+  if (isLimited) connection_.deadline_ = QDeadlineTimer(QDeadlineTimer::Forever);
+  spentMs_ += clock.elapsed();
+  switch (result) {
     case SQLITE_ROW:
       return Step::Row;
     case SQLITE_DONE:
@@ -267,9 +279,14 @@ int Connection::WaitWhileBusy(void* self, int attempts) {
   return 1;
 }
 
+int Connection::IsOverdue(void* self) {
+  return static_cast<Connection*>(self)->deadline_.hasExpired() ? 1 : 0;
+}
+
 bool Connection::SetUp(const QString& password, StorageError* error) {
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_handler(handle_, &Connection::WaitWhileBusy, this);
+  sqlite3_progress_handler(handle_, kStepsBetweenLooks, &Connection::IsOverdue, this);
   const QByteArray key = FileKey(password);
   sqlite3_key(handle_, key.constData(), static_cast<int>(key.size()));
   // Later engines have another default format; ours stays the same everywhere.
@@ -325,7 +342,7 @@ bool Connection::FailWith(const StorageError& error, const QString& damaged) {
 }
 
 std::unique_ptr<Statement> Connection::Prepare(const QByteArray& sql, StatementTrust trust) {
-  const QByteArray key = (trust == StatementTrust::System ? 's' : 'u') + sql;
+  const QByteArray key = (trust == StatementTrust::System ? kSystemKey : kUserKey) + sql;
   if (sqlite3_stmt* idle = idle_.take(key)) return std::make_unique<Statement>(*this, key, idle);
   sqlite3_stmt* handle = nullptr;
   const char* tail = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QSet>
@@ -22,7 +23,7 @@ class Connection;
 class Recordset;
 
 /// Whose text a statement is: the system's own, or one that holds a condition the user wrote,
-/// which may only read messages.
+/// which may only read messages, and for a limited time.
 enum class StatementTrust { System, UserCondition };
 
 /// A prepared statement on loan from its connection, which gets it back, reset, at the end.
@@ -49,6 +50,7 @@ class Statement {
   Connection& connection_;
   QByteArray cacheKey_;
   sqlite3_stmt* handle_;
+  qint64 spentMs_ = 0;  // by a condition of the user's
   QVariantList bound_;  // keeps the bytes alive that the engine was only lent
 };
 
@@ -63,6 +65,9 @@ class Connection {
     Unlooked,   ///< only reads, without a look at the log before
     WithoutLog  ///< only reads, and only what the file alone holds
   };
+
+  /// How long a condition of the user's may take in all.
+  inline static int ConditionMs = 15000;
 
   /// Null, with the reason in `error`, when the file does not open with that password. A connection
   /// that only reads leaves the file and its log as they are.
@@ -131,6 +136,7 @@ class Connection {
   bool FailWith(const StorageError& error, const QString& damaged);
   bool LookAtLog(const QString& path, const QString& password, Mode mode, StorageError* error);
   static int WaitWhileBusy(void* self, int attempts);
+  static int IsOverdue(void* self);
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger);
   void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);
@@ -143,6 +149,7 @@ class Connection {
   StorageError error_;
   QString path_;
   QElapsedTimer busySince_;
+  QDeadlineTimer deadline_{QDeadlineTimer::Forever};  // of the step that runs
   int depth_ = 0;
   int changesBefore_ = 0;   // the outermost transaction
   QByteArray roundBefore_;  // likewise, of the log

@@ -57,6 +57,9 @@ StorageError EngineError(sqlite3* handle) {
               Ui::tr("ディスクの空き容量が足りません。空きを作ってからやり直してください。")};
     case SQLITE_CORRUPT:
       return {Kind::Damaged, Ui::tr("データベースファイルが壊れています。")};
+    case SQLITE_INTERRUPT:
+      return {Kind::Refused,
+              Ui::tr("条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。")};
     case SQLITE_AUTH:
       return {Kind::Refused, Ui::tr("条件に使えるのはメッセージの検索だけです。")};
     case SQLITE_READONLY:

@@ -98,6 +98,17 @@ bool CreateSendAttempts(Connection& connection) {
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
 }
 
+// What was received and erased for good: the server may still have it. Imported messages come from
+// no server.
+bool CreateErased(Connection& connection) {
+  return connection.Run(
+             "CREATE TABLE IF NOT EXISTS erased (FIELD_ID TEXT PRIMARY KEY) WITHOUT ROWID") &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS erased_noted AFTER DELETE ON mail WHEN ABS(OLD.STATUS) "
+             "= 4 AND OLD.FIELD_ID NOT LIKE 'import/%' BEGIN INSERT OR IGNORE INTO erased VALUES "
+             "(OLD.FIELD_ID); END");
+}
+
 }  // namespace
 
 bool CreateLateDigests(Connection& connection) {
@@ -128,7 +139,7 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
-        CreateLateDigests(connection))) {
+        CreateLateDigests(connection) && CreateErased(connection))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -144,7 +155,7 @@ bool MigrateSchema(Connection& connection) {
   const int version = connection.SchemaVersion();
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more. From 2 to 3: digests, identifiers that are unique, and what is
-  // known of messages being sent.
+  // known of messages being sent. From 3 to 4: what was erased.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || (AddDigests(connection) && TellDoublesApart(connection) &&

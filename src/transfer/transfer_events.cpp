@@ -7,6 +7,7 @@
 #include "objects/file_age.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/sql_text.h"
@@ -230,11 +231,21 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     } else {
       isHere = true;  // as far as anybody can know, so that it is neither stored twice nor deleted
     }
+    const bool isErased = !isHere && IsErased(messageId);
     context_.Data.Close();
     if (isHere) KeepUnlessWhole(file, messageId, deleteOnServer);
-    exists = exists || isHere;
+    exists = exists || isHere || isErased;
   }
   if (exists) ++counts_.known;
+}
+
+// In the open file. Who has thrown a message away for good does not want it once more.
+bool TransferEvents::IsErased(const QString& messageId) {
+  return Settings(context_)->Flag(u"Careful") &&
+         context_.Data.OpenRecordset(
+             QStringLiteral("SELECT COUNT(0) FROM erased WHERE FIELD_ID = ") + QuoteSql(messageId),
+             CursorKind::ForwardOnly) &&
+         context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
 }
 
 // The server's copy may be the only one that can be read.

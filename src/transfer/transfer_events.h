@@ -72,6 +72,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool IsReceiving() const;
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
+  bool IsErased(const QString& messageId);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
   void OutcomeFailed(Disk& job, const QString& sentence);

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <atomic>
 #include <thread>
@@ -33,6 +37,38 @@ TEST(InstanceMessages, AreHeardByTheProgramOfTheSameFolderAlone) {
   other.join();
   EXPECT_EQ(answers, 101);
   EXPECT_EQ(heard, said);
+}
+
+// What lies where the programs meet and is another user's is neither taken away nor told anything.
+TEST(InstanceMessages, AnotherUsersPlaceIsTold) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs root to give a file away";
+  const QTemporaryDir work;
+  qunsetenv("XDG_RUNTIME_DIR");
+  const QString place = work.path() + QStringLiteral("/vorn.socket");
+  QLocalServer theirs;
+  ASSERT_TRUE(theirs.listen(place));
+  ASSERT_EQ(lchown(QFile::encodeName(place).constData(), 65534, 65534), 0);
+  InstanceMessages ours(work.path() + u'/');
+  EXPECT_TRUE(ours.Listen().contains(place));
+  EXPECT_TRUE(QFileInfo::exists(place));
+  EXPECT_FALSE(ours.Send({QStringLiteral("mailto:secret@example.jp")}));
+  EXPECT_FALSE(theirs.waitForNewConnection(0));
+  // A folder of the session counts when it is the user's alone.
+  QDir(work.path()).mkdir(QStringLiteral("run"));
+  const QString run = work.path() + QStringLiteral("/run");
+  qputenv("XDG_RUNTIME_DIR", run.toUtf8());
+  for (const bool isPrivate : {false, true}) {
+    QFile::setPermissions(run, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                   QFileDevice::ExeOwner |
+                                   (isPrivate ? QFileDevice::Permissions()
+                                              : QFileDevice::ReadOther | QFileDevice::ExeOther));
+    InstanceMessages(work.path() + u'/').Listen();
+    InstanceMessages meeting(work.path() + u'/');
+    EXPECT_EQ(meeting.Listen().isEmpty(), isPrivate);
+    EXPECT_EQ(QDir(run).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
+              isPrivate ? 1 : 0);
+  }
+  qunsetenv("XDG_RUNTIME_DIR");
 }
 
 }  // namespace

@@ -107,6 +107,32 @@ TEST(MboxTest, WhatIsWrittenIsReadUnchanged) {
 }
 
 // What is no message was stored as one without text.
+TEST(MailArchiveTest, WhatStandsBeforeTheFirstSeparatorIsNoMessage) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("a.mbox"));
+  const QByteArray two =
+      "From a@x Mon Jan  1 00:00:00 2024\nSubject: 1\n\none\n\n"
+      "From b@x Mon Jan  1 00:00:00 2024\nSubject: 2\n\ntwo\n";
+  for (const QByteArray& before :
+       {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("\n\r\n")}) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(before + two);
+    file.close();
+    QList<QByteArray> messages;
+    QString error;
+    EXPECT_TRUE(ReadArchive(
+        path,
+        [&messages](const QByteArray& source) {
+          messages.append(source);
+          return true;
+        },
+        &error));
+    ASSERT_EQ(messages.size(), 2) << before.toHex().toStdString();
+    EXPECT_TRUE(messages[0].startsWith("Subject: 1"));
+  }
+}
+
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
   const QTemporaryDir folder;
   const auto write = [&folder](const QString& name, const QByteArray& bytes) {

@@ -4,6 +4,7 @@
 
 #include "mail/attachment_files.h"
 #include "mail/content_index.h"
+#include "mail/file_kind.h"
 #include "mail/flag_string.h"
 #include "mail/inline_images.h"
 #include "mail/message_date.h"
@@ -26,8 +27,55 @@ TEST(SafeFileNameTest, NoNameLeavesItsFolderOrHidesItsEnding) {
   const QString shortened = SafeFileName(QString(500, u'a') + QStringLiteral(".pdf"));
   EXPECT_LT(shortened.size(), 250);
   EXPECT_TRUE(shortened.endsWith(QStringLiteral(".pdf")));
-  EXPECT_TRUE(IsExecutableName(QStringLiteral("photo.jpg.EXE ")));
-  EXPECT_FALSE(IsExecutableName(QStringLiteral("exe.pdf")));
+  for (const QString& letter : {QStringLiteral("会"), QStringLiteral("🍣"), QStringLiteral("é")}) {
+    const QString name = SafeFileName(letter.repeated(200) + QStringLiteral(".xlsx"));
+    EXPECT_LE(name.toUtf8().size(), 250);
+    EXPECT_TRUE(name.endsWith(letter + QStringLiteral(".xlsx"))) << name.toStdString();
+  }
+}
+
+// Only what is known to do nothing opens without a question, and only when the content agrees.
+TEST(FileKindTest, WhatMayActIsAskedAbout) {
+  const auto harmless = [](const char16_t* name, const QByteArray& bytes) {
+    return KindOfFile(QString::fromUtf16(name), bytes).isHarmless;
+  };
+  EXPECT_TRUE(harmless(u"a.pdf", "%PDF-1.4\n%\xE2\xE3"));
+  EXPECT_TRUE(harmless(u"写真.JPG", "\xFF\xD8\xFF\xE0 JFIF"));
+  EXPECT_TRUE(harmless(u"a.png", "\x89PNG\r\n\x1A\n"));
+  EXPECT_TRUE(harmless(u"a.txt", "会議の資料です。\r\n"));
+  EXPECT_TRUE(harmless(u"a.csv", "a,b\r\n1,2\r\n"));
+  EXPECT_TRUE(harmless(u"a.docx", QByteArray("PK\x03\x04\x14\0\0\0", 8)));
+  EXPECT_TRUE(harmless(u"empty.txt", ""));
+  const QByteArray page = "<html><body><script>x</script></body></html>";
+  for (const char16_t* name : {u"invoice",
+                               u"run.xhtml",
+                               u"x.AppImage",
+                               u"a.mht",
+                               u"a.svgz",
+                               u"a.jnlp",
+                               u"a.deb",
+                               u"a.xll",
+                               u"a.slk",
+                               u"a.iqy",
+                               u"a.settingcontent-ms",
+                               u"a.one",
+                               u"a.xlsm",
+                               u"a.doc",
+                               u"a.exe",
+                               u"a.js",
+                               u"a.lnk",
+                               u"a.html",
+                               u"a.svg",
+                               u"a.jar",
+                               u"a.pdf.exe",
+                               u"a.pdf ",
+                               u"a.txt\u202E"}) {
+    EXPECT_FALSE(harmless(name, page)) << QString::fromUtf16(name).toStdString();
+    EXPECT_FALSE(harmless(name, "MZ\x90")) << QString::fromUtf16(name).toStdString();
+  }
+  const FileKind kind = KindOfFile(QStringLiteral("a.pdf"), page);
+  EXPECT_EQ(kind.byContent, QStringLiteral("HTML文書"));
+  EXPECT_TRUE(kind.byName.contains(QStringLiteral("application/pdf")));
 }
 
 TEST(PrintPageTest, WhatMailContributesIsText) {

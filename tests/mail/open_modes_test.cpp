@@ -166,7 +166,20 @@ TEST_F(OpenModes, NoNameOfAGroupBecomesARecipient) {
               QStringLiteral("TO=f@x CC=x@y"));
   }
   // A blank, and a colon and a semicolon inside names, make no group.
-  EXPECT_EQ(Kinds(Open(Show, "To: \"a: b;\" <x@y>; z@y\r\n")), QStringLiteral("TO=x@y"));
+  EXPECT_EQ(Kinds(Open(Show, "To: \"a: b;\" <x@y>; z@y\r\n")), QStringLiteral("TO=x@y TO=z@y"));
+  EXPECT_EQ(Kinds(Open(Show, "To: a@[IPv6:2001:db8::1], b@x\r\n")),
+            QStringLiteral("TO=a@[IPv6:2001:db8::1] TO=b@x"));
+  // Lists as other programs write them, and a group whose end is missing.
+  EXPECT_EQ(Kinds(Open(Show, "To: Kato <k@x>; Sato <s@x>;\r\n")), QStringLiteral("TO=k@x TO=s@x"));
+  EXPECT_EQ(Kinds(Open(Show, "To: Team: b@x, c@x\r\n")), QStringLiteral("TO=b@x TO=c@x"));
+  EXPECT_EQ(Kinds(Open(Show, "To: Sato; Taro <s@x>\r\n")), QStringLiteral("TO=s@x"));
+  // An empty reply address is none.
+  for (const bool usual : {false, true}) {
+    LetUsual(usual);
+    for (const char* field : {"Reply-To:\r\n", "Replay-To:\r\n", "Reply-To: undisclosed:;\r\n"}) {
+      EXPECT_EQ(Kinds(Open(Reply, from + field)), QStringLiteral("TO=f@x")) << field;
+    }
+  }
 }
 
 // Saved and opened again, ten times, a draft stays what it is.

@@ -289,6 +289,26 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
 }
 
 // "[ml 12]" matched nearly everything and "#1" found "No 21".
+TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
+  profile_.Store("Subject: a\r\n\r\n");
+  profile_.Store("Subject: a\r\n\r\n", -4);
+  profile_.Store("Subject: b\r\n\r\n", -4);
+  const auto count = [this](const QStringList& lines) {
+    return profile_
+        .Select(Statement(lines).replace(QStringLiteral("SELECT *"),
+                                         QStringLiteral("SELECT SERIALID AS V")))
+        .size();
+  };
+  const QStringList subjects{Line(Kind::Subject, {QStringLiteral("a")}),
+                             Line(Kind::Subject, {QStringLiteral("b")})};
+  EXPECT_EQ(count(subjects), 1);
+  EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
+  EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
+  EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 2) << "who asks for it gets it";
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  EXPECT_EQ(count(subjects), 3);
+}
+
 TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
   const auto store = [this](const char* subject, const char* body) {
     profile_.Store(QByteArray("From: a@x\r\nSubject: ") + subject + "\r\n\r\n" + body + "\r\n");

@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 
+#include "storage/connection.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
 
@@ -318,6 +319,26 @@ TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
   EXPECT_EQ(rows(all + QStringLiteral("1 = 1; DELETE FROM mail"), StatementTrust::UserCondition),
             -1);
   EXPECT_EQ(rows(all + QStringLiteral("STATUS = 4"), StatementTrust::System), 1);
+}
+
+TEST_F(DataSessionTest, AConditionThatWouldTakeForEverIsGivenUp) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  for (int i = 0; i < 40; ++i) profile.Store("Subject: s\r\n\r\n");
+  const int limit = std::exchange(Connection::ConditionMs, 300);
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+  EXPECT_FALSE(context.Data.OpenRecordset(
+      QStringLiteral("SELECT * FROM mail WHERE 0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, "
+                     "mail c, mail d, mail e, mail f, mail g)"),
+      CursorKind::ForwardOnly, StatementTrust::UserCondition));
+  EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::Refused);
+  EXPECT_FALSE(context.Data.HasDamage());
+  // Nothing else is limited by it.
+  EXPECT_TRUE(context.Data.OpenRecordset(
+      QStringLiteral("SELECT COUNT(a.STATUS) AS V FROM mail a, mail b, mail c, mail d"),
+      CursorKind::ForwardOnly));
+  context.Data.Close();
+  Connection::ConditionMs = limit;
 }
 
 // What was worked out of the file is out of date after each change, however alike they are.

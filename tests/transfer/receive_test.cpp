@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "mail/mail_store.h"
+#include "mail/message_filing.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/traffic.h"
@@ -173,6 +175,30 @@ TEST_F(ReceiveTest, MailOfAnyFileOfTheProfileIsKnown) {
     EXPECT_EQ(counts.stored, 0);
     EXPECT_EQ(server_.Count("RETR"), 2) << "nothing is fetched again";
   }
+}
+
+// Whoever erased a message for good does not get it once more, unless he fetches it by an import.
+TEST_F(ReceiveTest, WhatWasErasedForGoodStaysAway) {
+  AddMessages(3);
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  const auto erase = [this] {
+    const QList<QVariant> all =
+        profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_SUBJECT = '1'"));
+    ASSERT_TRUE(SetDust(profile_.Get(), {all.value(0).toString()}, true));
+    ASSERT_TRUE(EmptyDust(profile_.Get()));
+  };
+  erase();
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_EQ(Rows(), 2);
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  EXPECT_EQ(Receive().stored, 1);
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
+  erase();
+  // The server's copy goes when the account says so.
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
 }
 
 // The server's copy may be the only one that can be read.

@@ -1,6 +1,7 @@
 // What enters and leaves a message window as files, pages and pictures.
 
 #include <QAction>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -49,7 +50,7 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
   EXPECT_TRUE(list.item(0)->text().startsWith(QStringLiteral("run.exe（3 ")));
   list.setCurrentRow(0);
   EXPECT_TRUE(NextMessageBox([&list] { list.OpenCurrent(); }, Qt::Key_Escape)
-                  .contains(QStringLiteral("プログラムかもしれません")));
+                  .contains(QStringLiteral("害を及ぼすおそれ")));
   QDir().mkpath(folder_.filePath(QStringLiteral("out")));
   QTimer answer;
   QObject::connect(&answer, &QTimer::timeout, &answer, [this] {
@@ -117,7 +118,7 @@ TEST_F(MessageWindowTest, WorkingFilesGoWithTheWindow) {
   QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "Open");
   MessageWindow& window = OpenStored(
       "From: a@example.jp\r\nSubject: s\r\nContent-Type: application/pdf; name=\"a.pdf\"\r\n"
-      "Content-Transfer-Encoding: base64\r\n\r\nAAEC\r\n",
+      "Content-Transfer-Encoding: base64\r\n\r\nJVBERi0xLjQK\r\n",
       4);
   auto& list = Child<AttachmentList>(window, u"lvClip");
   list.setCurrentRow(0);
@@ -125,7 +126,7 @@ TEST_F(MessageWindowTest, WorkingFilesGoWithTheWindow) {
   QTest::keyClick(&list, Qt::Key_Return);
   ASSERT_EQ(opener.opened.size(), 1);
   const QString path = opener.opened[0].toLocalFile();
-  EXPECT_EQ(test::ReadFile(path), QByteArray("\0\1\2", 3));
+  EXPECT_EQ(test::ReadFile(path), QByteArray("%PDF-1.4\n"));
   window.close();
   ASSERT_TRUE(Gone());
   EXPECT_TRUE(WaitFor([&path] { return !QFileInfo::exists(path); }));
@@ -225,6 +226,21 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   EXPECT_TRUE(asked.startsWith("GET /pixel.png")) << asked.toStdString();
   EXPECT_FALSE(remote.hasPendingConnections());  // nor has one come before it
   window.close();
+  EXPECT_TRUE(Gone());
+}
+
+// As a clipboard is whose owner has ended.
+TEST_F(MessageWindowTest, PastingNothingDoesNothing) {
+  MessageWindow& window = New();
+  QApplication::clipboard()->clear();
+  for (const char16_t* name : {u"txMemo", u"txReference"}) {
+    auto& box = Child<QPlainTextEdit>(window, name);
+    box.setPlainText(QStringLiteral("text"));
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    QTest::mouseClick(box.viewport(), Qt::MiddleButton);
+    EXPECT_EQ(box.toPlainText(), QStringLiteral("text"));
+  }
+  NextMessageBox([&window] { window.close(); }, Qt::Key_N);
   EXPECT_TRUE(Gone());
 }
 

@@ -190,6 +190,15 @@ TEST_F(MessageWindowTest, ASentMessageInTheDustIsTakenOutToBeSentAgain) {
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   ASSERT_TRUE(WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == 3; }));
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: draft"));
+  // From its own folder too it goes once more only when that is meant.
+  ASSERT_TRUE(Gone());
+  MessageWindow& sent = Open(serial);
+  send = sent.findChild<QAction*>(QStringLiteral("mailup"));
+  EXPECT_TRUE(NextMessageBox([send] { send->trigger(); }).contains(QStringLiteral("送信済み")));
+  EXPECT_TRUE(sent.isVisible());
+  sent.close();
+  EXPECT_TRUE(Gone());
+  EXPECT_EQ(smtp_.Messages().size(), 1);
 }
 
 TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
@@ -232,6 +241,13 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const QString serial = window.Tag();
   EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
+  // The end of the session keeps a row as well that is being typed.
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int row = list.rowCount() - 1;
+  list.setCurrentCell(row, 1);
+  list.editItem(list.item(row, 1));
+  TypeText(*list.indexWidget(list.model()->index(row, 1)), QStringLiteral("b@example.jp"));
+  program_->Parent()->KeepEverything();
   const DiskPtr draft = Context().Objects.Find(QStringLiteral("draft_") + serial);
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
@@ -252,6 +268,8 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   MessageWindow& restored = *TopLevel<MessageWindow>();
   EXPECT_EQ(Child<QPlainTextEdit>(restored, u"txMemo").toPlainText().trimmed(),
             QStringLiteral("消えない🍣"));
+  EXPECT_EQ(Child<QTableWidget>(restored, u"lvMailaddress").item(1, 1)->text(),
+            QStringLiteral("b@example.jp"));
   restored.close();
   EXPECT_TRUE(Gone());
 }

@@ -421,8 +421,18 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   tree->SetUnread(fixed_serial::kInbox, 3);
   tree->AddEventNode(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
   const QString serialId = node(u"甲")->data(0, Qt::UserRole).toString();
+  const auto hasPage = [&] {
+    const auto pages = program_->Parent()->findChildren<BrowserWindow*>();
+    return std::any_of(pages.begin(), pages.end(), [&](const BrowserWindow* page) {
+      return page->IsLocal() && page->Tag() == serialId;
+    });
+  };
+  tree->setCurrentItem(node(u"甲"));
+  QTest::keyClick(tree, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor(hasPage));
   program_->GetContext().Objects.Remove(serialId);
-  tree->RefreshNode(serialId);
+  program_->Parent()->RefreshNode(serialId);
+  EXPECT_TRUE(WaitFor([&] { return !hasPage(); })) << "its page would act on another folder";
   EXPECT_EQ(node(u"甲"), nullptr);
   ASSERT_NE(node(u"乙"), nullptr);
   EXPECT_NE(node(u"出来事"), nullptr);

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 
 #include "frame/window/parent_window.h"
+#include "mail/window/message_window.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
@@ -18,8 +19,10 @@ bool ParentWindow::MayEndSending() {
   if (!traffic_.Plan().IsSending()) return true;
   const auto answer = ShowBox(
       this, QMessageBox::Question,
-      Ui::tr("送信し終えていないメッセージがあります。送信してから終了しますか？\n\n"
-             "「いいえ」を選ぶと、送信を中止して終了します。残りは送信待ちのままになります。"),
+      Ui::tr(
+          "送信し終えていないメッセージがあります。送信してから終了しますか？\n\n"
+          "「いいえ」を選ぶと、送信を中止して終了します。送信中のものは、届いたかどうか分からなく"
+          "なることがあります。残りは送信待ちのままになります。"),
       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
   endsAfterSending_ = answer == QMessageBox::Yes;
   if (endsAfterSending_) sbStatus_->showMessage(Ui::tr("送信が済むと終了します。"));
@@ -30,6 +33,15 @@ void ParentWindow::EndAfterSending() {
   if (!endsAfterSending_ || traffic_.Plan().IsSending() || !IsEnabled()) return;
   endsAfterSending_ = false;
   close();
+}
+
+void ParentWindow::KeepEverything() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* message = qobject_cast<MessageWindow*>(window)) message->KeepDraftNow();
+  }
+  traffic_.Plan().Cancel();
+  KeepPlacement();
+  SaveMarkedObjects(context_);
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {

@@ -366,11 +366,21 @@ QString ParentWindow::NodeText(const QString& serialId) const {
 }
 
 void ParentWindow::RefreshNode(const QString& serialId) {
+  const bool wasThere = !tvConsole_->NodeText(serialId).isEmpty();
   tvConsole_->RefreshNode(serialId);
-  // Other conditions have other messages.
+  // Other conditions have other messages, and without its folder a page has none.
+  const bool isGone = wasThere && context_.Objects.Find(serialId) == nullptr;
+  bool anyStays = false;
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    if (browser->IsLocal() && browser->Tag() == serialId) browser->Refresh();
+    const bool isItsPage = browser->IsLocal() && browser->Tag() == serialId;
+    if (isItsPage && isGone) {
+      browser->parentWidget()->close();
+    } else if (isItsPage) {
+      browser->Refresh();
+    }
+    anyStays = anyStays || !(isItsPage && isGone);
   }
+  if (!anyStays) OpenFolder(fixed_serial::kInbox);
   CountUnreadSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();

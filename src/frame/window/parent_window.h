@@ -49,6 +49,9 @@ class ParentWindow : public QMainWindow,
   void LoadDefaultProperty();
   /// The Tools menu's entry with that index; 0 is "send and receive messages".
   void menuTools_Click(int index);
+  /// Keeps what is being written and the state of the windows, and ends the traffic, without a
+  /// question: the program is about to end.
+  void KeepEverything();
   /// Opens what the program was started with: a message file or a "mailto:" address.
   void OpenArgument(const QString& argument);
   MailTraffic& Traffic() { return traffic_; }

@@ -6,6 +6,7 @@
 #include <QLibraryInfo>
 #include <QMessageBox>
 #include <QUrl>
+#include <cstdlib>
 #include <utility>
 
 #include "frame/profile_login.h"
@@ -42,6 +43,7 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
       messages_(appFolder),
       toOpen_(WithFullPaths(arguments)) {
   qApp->installEventFilter(&wheelGuard_);
+  connect(&signals_, &EndSignals::Wanted, this, &Program::EndAtOnce);
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
   const QString language = UiLanguage();
   // The program's texts are Japanese; the toolkit's, such as the buttons of message boxes, English.
@@ -57,8 +59,21 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
 Program::~Program() {
   delete opening_.data();
   delete parent_.data();
+  CloseFiles();
+}
+
+void Program::CloseFiles() {
   if (context_.Session->Flag(u"login")) NoteFiles(context_);  // tried again at the next login
   context_.Data.CloseAll();
+  RemoveWorkingFiles();
+}
+
+// There may be no time for a question, nor anybody to answer it. What is being written is kept as a
+// draft, which the next start offers. A modal window's loop may be running, so nothing is unwound.
+void Program::EndAtOnce() {
+  if (parent_ != nullptr) parent_->KeepEverything();
+  CloseFiles();
+  std::_Exit(0);
 }
 
 ParentWindow* Program::Parent() const {
@@ -82,7 +97,8 @@ bool Program::Start() {
   }
   QString error;
   if (!StartUp(context_, appFolder_, &error)) return Refuse(error);
-  messages_.Listen();
+  const QString stranger = messages_.Listen();
+  if (!stranger.isEmpty()) context_.Notices.append(stranger);
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
   RemoveWorkingFiles();
   if (!context_.Notices.isEmpty()) {
@@ -104,6 +120,7 @@ bool Program::Start() {
 // Pages are deleted once they are loaded, and attachments that were opened go with their window;
 // what a program left that was killed is in clear.
 void Program::RemoveWorkingFiles() const {
+  if (context_.TempFolder.isEmpty()) return;  // it never came to that
   const QDir folder(context_.TempFolder);
   for (const QFileInfo& entry :
        folder.entryInfoList({QStringLiteral("*.html"), QStringLiteral("clip_*")},

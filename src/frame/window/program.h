@@ -5,6 +5,7 @@
 #include <QTranslator>
 #include <memory>
 
+#include "frame/end_signals.h"
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
 #include "storage/context.h"
@@ -37,6 +38,8 @@ class Program : public QObject {
   void Open(const QStringList& arguments);
   bool Refuse(const QString& reason) const;
   void RemoveWorkingFiles() const;
+  void EndAtOnce();
+  void CloseFiles();
   void ShowLogin();
   void ShowVersion();
   void ShowParent();
@@ -48,6 +51,7 @@ class Program : public QObject {
   QString appFolder_;
   SingleInstance instance_;
   InstanceMessages messages_;
+  EndSignals signals_;
   QStringList toOpen_;  // until there is a main window
   bool handedOver_ = false;
   QPointer<QWidget> opening_;  // the login or the splash

@@ -17,7 +17,10 @@
 #include "frame/start_up.h"
 #include "mail/attachment_files.h"
 #include "mail/compose_message.h"
+#include "mail/file_kind.h"
+#include "mail/mime_codec.h"
 #include "objects/object_types.h"
+#include "storage/file_origin.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
@@ -43,6 +46,15 @@ QString FreePath(const QString& folder, const QString& name) {
                                  ending);
   }
   return path;
+}
+
+// The address of a message (RFC 2392).
+QString MidAddress(const QByteArray& source) {
+  const QByteArrayView name = "MESSAGE-ID:";
+  const QByteArray id =
+      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).trimmed();
+  return QStringLiteral("mid:") +
+         QString::fromLatin1(id.mid(1, id.size() - 2).toPercentEncoding("@"));
 }
 
 }  // namespace
@@ -191,6 +203,7 @@ bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachm
   }
   QSaveFile file(path);
   if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+    if (!attachment.isNew) MarkForeign(path, MidAddress(source_));
     return true;
   }
   Tell(
@@ -198,19 +211,25 @@ bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachm
   return false;
 }
 
+// Asks before anything that may act.
+bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
+  QString error;
+  const FileKind kind = KindOfFile(attachment.name, ReadAttachment(attachment, source_, &error));
+  if (kind.isHarmless || !error.isEmpty()) return true;
+  const auto answer = ShowBox(
+      this, QMessageBox::Warning,
+      Ui::tr("「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを含む"
+             "ファイルかもしれません。\n\n名前が示す種類: %2\n実際の中身: %3\n\n開きますか？")
+          .arg(attachment.name, kind.byName, kind.byContent),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  return answer == QMessageBox::Yes;
+}
+
 void AttachmentList::OpenCurrent() {
   const int row = currentRow();
   if (row < 0) return;
   const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
-  if (IsExecutableName(attachment.name)) {
-    const auto answer =
-        ShowBox(this, QMessageBox::Warning,
-                Ui::tr("「%1」はプログラムかもしれません。開くとパソコンに害を及ぼすおそれが"
-                       "あります。開きますか？")
-                    .arg(attachment.name),
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    if (answer != QMessageBox::Yes) return;
-  }
+  if (!MayOpen(attachment)) return;
   const QString path = WorkingPath(attachment.name);
   if (WriteTo(path, attachment) && MakePrivate(path))
     QDesktopServices::openUrl(QUrl::fromLocalFile(path));

@@ -52,6 +52,7 @@ class AttachmentList : public QListWidget {
   QString WorkingPath(const QString& name);
   void AddPicture(const QImage& picture);
   bool WriteTo(const QString& path, const ModelAttachment& attachment);
+  bool MayOpen(const ModelAttachment& attachment);
   void SaveOne(const ModelAttachment& attachment);
   void SaveInto(const QString& folder, const QList<qsizetype>& chosen);
   void Tell(const QString& text);

@@ -9,7 +9,7 @@
 
 namespace vorn {
 
-FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit) {
+FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit), result_(PlainLabel()) {
   setObjectName(QStringLiteral("frFind"));
   box_->setObjectName(QStringLiteral("txFind"));
   box_->installEventFilter(this);
@@ -19,6 +19,9 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit) {
   layout->setContentsMargins(4, 2, 4, 2);
   layout->addWidget(label);
   layout->addWidget(box_, 1);
+  result_->setObjectName(QStringLiteral("lbFound"));
+  layout->addWidget(result_);
+  connect(box_, &QLineEdit::textChanged, result_, &QLabel::clear);
   const auto button = [&](const QString& text, auto clicked) {
     auto* tool = new QToolButton;
     tool->setText(text);
@@ -38,6 +41,10 @@ void FindBar::Open() {
   show();
   box_->setFocus();
   box_->selectAll();
+}
+
+void FindBar::ShowFound(bool found) {
+  result_->setText(found ? QString() : Ui::tr("見つかりません。"));
 }
 
 void FindBar::Find(bool backward) {

@@ -3,6 +3,8 @@
 #include <QLineEdit>
 #include <QWidget>
 
+class QLabel;
+
 namespace vorn {
 
 /// The line at the bottom that finds text in a message. Enter finds the next place, Shift+Enter the
@@ -13,6 +15,8 @@ class FindBar : public QWidget {
  public:
   explicit FindBar(QWidget* parent = nullptr);
   void Open();
+  /// Tells whether the text was found.
+  void ShowFound(bool found);
 
  Q_SIGNALS:
   void FindWanted(const QString& text, bool backward);
@@ -25,6 +29,7 @@ class FindBar : public QWidget {
   void Find(bool backward);
 
   QLineEdit* box_;
+  QLabel* result_;
 };
 
 }  // namespace vorn

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QUuid>
 #include <QVBoxLayout>
+#include <QWebEngineFindTextResult>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -167,8 +168,10 @@ void HtmlView::RemoveFile() {
   file_.clear();
 }
 
-void HtmlView::Find(const QString& text, bool backward) {
-  page_->findText(text, backward ? QWebEnginePage::FindBackward : QWebEnginePage::FindFlags());
+void HtmlView::Find(const QString& text, bool backward, const std::function<void(bool)>& then) {
+  page_->findText(
+      text, backward ? QWebEnginePage::FindBackward : QWebEnginePage::FindFlags(),
+      [then](const QWebEngineFindTextResult& result) { then(result.numberOfMatches() > 0); });
 }
 
 void HtmlView::Zoom(double factor) {

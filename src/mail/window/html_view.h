@@ -2,6 +2,7 @@
 
 #include <QUrl>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 #include "mail/html_sanitizer.h"
@@ -28,7 +29,8 @@ class HtmlView : public QWidget {
 
   /// Shows a page; remote images are off again.
   void Show(const QString& html);
-  void Find(const QString& text, bool backward);
+  /// `then` is told whether the text was found.
+  void Find(const QString& text, bool backward, const std::function<void(bool)>& then);
   void Zoom(double factor);
   QWebEngineView* View() const { return view_; }
 

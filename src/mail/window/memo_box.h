@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QPlainTextEdit>
 #include <functional>
+
+#include "storage/window/text_box.h"
 
 namespace vorn {
 
 /// The text of a message. What is pasted into it goes to an owner first, who may take what is no
 /// text.
-class MemoBox : public QPlainTextEdit {
+class MemoBox : public TextBox {
  public:
   /// True when it took the data.
   using Taker = std::function<bool(const QMimeData&)>;
@@ -19,7 +20,7 @@ class MemoBox : public QPlainTextEdit {
     return given->hasUrls() || given->hasImage() || QPlainTextEdit::canInsertFromMimeData(given);
   }
   void insertFromMimeData(const QMimeData* given) override {
-    if (!taker_(*given)) QPlainTextEdit::insertFromMimeData(given);
+    if (!taker_(*given)) TextBox::insertFromMimeData(given);
   }
 
  private:

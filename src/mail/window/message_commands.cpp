@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QSaveFile>
 #include <QTabWidget>
 #include <QTimer>
@@ -26,12 +27,14 @@
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"
+#include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
 #include "mail/window/second_click.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
@@ -75,6 +78,10 @@ void MessageWindow::ToolbarSend() {
         QMessageBox::Ok | QMessageBox::Cancel);
     if (answer != QMessageBox::Ok) return;
     ToggleDust();
+    if (!IsWaiting() && !unreadable_) {
+      Send();  // without another question
+      return;
+    }
   }
   SendClicked();
 }
@@ -82,9 +89,12 @@ void MessageWindow::ToolbarSend() {
 void MessageWindow::SendClicked() {
   if (IsWaiting()) {
     CancelSending();
-    return;
+  } else if (!unreadable_ && MaySendOnceMore()) {
+    Send();
   }
-  if (unreadable_) return;
+}
+
+void MessageWindow::Send() {
   FinishEditing();
   const QString missing = MissingForSending();
   if (!missing.isEmpty()) {
@@ -110,6 +120,14 @@ void MessageWindow::SendClicked() {
   request_->Let(kProcess, before);
 }
 
+// The button stands where that of a received message answers it.
+bool MessageWindow::MaySendOnceMore() {
+  if (AbsoluteStatus() != kStatusSent || !Settings(context_)->Flag(u"Careful")) return true;
+  return ShowBox(this, QMessageBox::Question,
+                 Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
+                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
 void MessageWindow::CancelSending() {
   const auto answer =
       ShowBox(this, QMessageBox::Question,
@@ -131,6 +149,7 @@ void MessageWindow::ShowDoubt() {
   outbox.SettleLeftOver();
   const auto doubtful = outbox.FindDoubtful(request_->SerialID());
   if (doubtful) doubt_->Show(*doubtful);
+  CheckMenus();
 }
 
 void MessageWindow::SendAgain() {
@@ -350,18 +369,25 @@ void MessageWindow::ShowNeighbour(int step) {
 
 void MessageWindow::FindText(const QString& text, bool backward) {
   if (wbHtml_ != nullptr && tsBody_->currentWidget() == htmlPage_) {
-    wbHtml_->Find(text, backward);
+    wbHtml_->Find(text, backward, [find = QPointer<FindBar>(find_)](bool found) {
+      if (find != nullptr) find->ShowFound(found);
+    });
     return;
   }
   const QTextDocument::FindFlags flags =
       backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
-  if (txMemo_->find(text, flags)) return;
+  if (txMemo_->find(text, flags)) {
+    find_->ShowFound(true);
+    return;
+  }
   // Once more from the other end.
   QTextCursor cursor = txMemo_->textCursor();
   const QTextCursor place = cursor;
   cursor.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
   txMemo_->setTextCursor(cursor);
-  if (!txMemo_->find(text, flags)) txMemo_->setTextCursor(place);
+  const bool found = txMemo_->find(text, flags);
+  if (!found) txMemo_->setTextCursor(place);
+  find_->ShowFound(found);
 }
 
 void MessageWindow::ZoomBy(int steps) {

@@ -16,6 +16,7 @@
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/doubt_bar.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/message_window.h"
 #include "objects/settings.h"
@@ -139,7 +140,11 @@ QMenu* MessageWindow::BuildEditMenu() {
   add(Ui::tr("やり直し(&R)"), "redo");
   add(Ui::tr("すべて選択(&L)"), "selectAll");
   menu->addSeparator();
-  menu->addAction(Ui::tr("検索(&F).."), this, [this] { find_->Open(); })
+  menu->addAction(Ui::tr("検索(&F).."), this,
+                  [this] {
+                    tsPage_->setCurrentIndex(0);  // where the text is
+                    find_->Open();
+                  })
       ->setShortcut(QKeySequence::Find);
   connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
   return menu;
@@ -245,7 +250,11 @@ void MessageWindow::ControlToolbarUpdate() {
 // What can be chosen, and what is chosen, as the message stands.
 void MessageWindow::CheckMenus() {
   const bool editable = IsEditable();
-  menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived && (!unreadable_ || IsWaiting()));
+  // Of a doubtful message there is nothing to cancel; its bar offers what there is to decide.
+  const bool isDoubtful = !doubt_->isHidden();
+  menuSend_->setEnabled(AbsoluteStatus() != kStatusReceived && (!unreadable_ || IsWaiting()) &&
+                        !isDoubtful);
+  toolbarSend_[1]->setEnabled(!isDoubtful);
   menuSend_->setText(IsWaiting() ? Ui::tr("送信をキャンセル(&S)") : Ui::tr("送信(&S)"));
   for (QAction* action : std::as_const(menuAnswers_)) {
     action->setEnabled(!editable && !unreadable_);

@@ -20,6 +20,7 @@
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/text_box.h"
 #include "storage/window/tool_letter.h"
 
 namespace vorn {
@@ -151,7 +152,7 @@ QWidget* MessageWindow::BuildOptionPage() {
   auto* grid = new QGridLayout(page);
   lvHeader_ = new HeaderList;
   AddRow(grid, 0, PlainLabel(Ui::tr("ヘッダ(&H)")), lvHeader_);
-  txReference_ = new QPlainTextEdit;
+  txReference_ = new TextBox;
   txReference_->setObjectName(QStringLiteral("txReference"));
   txReference_->setTabChangesFocus(true);
   txReference_->setFixedHeight(txReference_->fontMetrics().lineSpacing() * (kReferenceRows + 1));

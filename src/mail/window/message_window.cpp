@@ -257,6 +257,11 @@ void MessageWindow::changeEvent(QEvent* event) {
   }
 }
 
+void MessageWindow::KeepDraftNow() {
+  FinishEditing();
+  KeepDraft();
+}
+
 // A message that is being written survives a crash of the program or the machine.
 void MessageWindow::KeepDraft() {
   if (!draftDue_ || !IsEditable() || closed_) return;

@@ -49,6 +49,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   CharsetChoice GetActiveCharset() const { return charset_; }
   void SetActiveCharset(CharsetChoice charset);
   QString GetMessageSubject() const;
+  /// Keeps what is being written as a draft, rows that are open included.
+  void KeepDraftNow();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -77,6 +79,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   // Commands, in message_commands.cpp.
   void ToolbarSend();
   void SendClicked();
+  void Send();
+  bool MaySendOnceMore();
   void CancelSending();
   void ShowDoubt();
   void SendAgain();

@@ -10,6 +10,7 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/text_box.h"
 
 namespace vorn {
 namespace {
@@ -64,7 +65,7 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
   Layout().addRow(buttons_);
 
   ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), Ui::tr("条件をSQLで書く(&Q)"));
-  txSql_ = new QPlainTextEdit(this);
+  txSql_ = new TextBox(this);
   txSql_->setObjectName(QStringLiteral("txSql"));
   txSql_->setFixedHeight(kSqlHeight);
   txSql_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

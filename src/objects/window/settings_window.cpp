@@ -1,5 +1,6 @@
 #include "objects/window/settings_window.h"
 #include "storage/ui.h"
+#include "storage/window/text_box.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -108,14 +109,17 @@ class EditPage : public FormPage {
     AddCheck(QStringLiteral("ckUsualReplies"),
              Ui::tr("いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&U)"));
     AddCheck(QStringLiteral("ckAddressSearch"),
-             Ui::tr("アドレスの選択では検索するまで何も選ばない(&S)"));
+             Ui::tr("アドレスの選択では検索するまで何も選ばない(&L)"));
+    AddCheck(QStringLiteral("ckCareful"),
+             Ui::tr("うっかりを防ぐ（再送の前に確かめる、捨てたメッセージをフォルダに表示せず、"
+                    "消したものを受信し直さない）(&C)"));
   }
 };
 
 class ReadPage : public FormPage {
  public:
   ReadPage() : FormPage(QStringLiteral("read"), Ui::tr("本文(&X)")) {
-    types_ = new QPlainTextEdit(this);
+    types_ = new TextBox(this);
     types_->setObjectName(QStringLiteral("txTextMime"));
     types_->setFixedHeight(kTypesHeight);
     types_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -25,6 +25,7 @@
 #include "present/window/link_page.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/text_box.h"
 
 namespace vorn {
 namespace {
@@ -48,7 +49,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       pages_(pages),
       folder_(folder),
       cbLayout_(new QComboBox),
-      txHtml_(new QPlainTextEdit),
+      txHtml_(new TextBox),
       lvTag_(new QTableWidget(0, 2)),
       txPath_(new QLineEdit),
       lbError_(PlainLabel()),
@@ -165,6 +166,12 @@ void LayoutWindow::Fill() {
 
 void LayoutWindow::TakeReady(int index) {
   const QList<ReadyLayout> ready = ReadyLayouts();
+  // One's own comes back with the last choice.
+  const QString now = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
+  if (std::none_of(ready.begin(), ready.end(),
+                   [&now](const ReadyLayout& layout) { return layout.html == now; })) {
+    stored_ = now;
+  }
   txHtml_->setPlainText(index < ready.size() ? ready[index].html : stored_);
   txHtml_->document()->setModified(true);
 }

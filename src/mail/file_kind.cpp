@@ -1,0 +1,88 @@
+#include "mail/file_kind.h"
+
+#include <QHash>
+#include <QMimeDatabase>
+#include <QSet>
+
+#include "mail/attachment_files.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+// By the names of the shared MIME-info database. Documents that can hold macros are not among them,
+// nor is anything that a browser would open.
+const QSet<QString>& HarmlessTypes() {
+  static const QSet<QString> types = {
+      QStringLiteral("application/pdf"),
+      QStringLiteral("application/vnd.oasis.opendocument.presentation"),
+      QStringLiteral("application/vnd.oasis.opendocument.spreadsheet"),
+      QStringLiteral("application/vnd.oasis.opendocument.text"),
+      QStringLiteral("application/vnd.openxmlformats-officedocument.presentationml.presentation"),
+      QStringLiteral("application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"),
+      QStringLiteral("application/vnd.openxmlformats-officedocument.wordprocessingml.document"),
+      QStringLiteral("application/zip"),
+      QStringLiteral("audio/mpeg"),
+      QStringLiteral("audio/x-wav"),
+      QStringLiteral("audio/vnd.wave"),
+      QStringLiteral("image/bmp"),
+      QStringLiteral("image/gif"),
+      QStringLiteral("image/jpeg"),
+      QStringLiteral("image/png"),
+      QStringLiteral("image/tiff"),
+      QStringLiteral("image/webp"),
+      QStringLiteral("text/calendar"),
+      QStringLiteral("text/csv"),
+      QStringLiteral("text/plain"),
+      QStringLiteral("video/mp4")};
+  return types;
+}
+
+// What a user should know at once; the database's own words for the rest.
+QString Words(const QMimeType& type) {
+  static const QHash<QString, const char*> words = {
+      {QStringLiteral("application/octet-stream"),
+       QT_TRANSLATE_NOOP("vorn::Ui", "種類の分からないデータ")},
+      {QStringLiteral("application/x-zerosize"), QT_TRANSLATE_NOOP("vorn::Ui", "空のファイル")},
+      {QStringLiteral("text/plain"), QT_TRANSLATE_NOOP("vorn::Ui", "テキスト")},
+      {QStringLiteral("text/html"), QT_TRANSLATE_NOOP("vorn::Ui", "HTML文書")},
+      {QStringLiteral("application/xhtml+xml"), QT_TRANSLATE_NOOP("vorn::Ui", "HTML文書")},
+      {QStringLiteral("application/x-executable"), QT_TRANSLATE_NOOP("vorn::Ui", "プログラム")},
+      {QStringLiteral("application/x-pie-executable"), QT_TRANSLATE_NOOP("vorn::Ui", "プログラム")},
+      {QStringLiteral("application/x-sharedlib"), QT_TRANSLATE_NOOP("vorn::Ui", "プログラム")},
+      {QStringLiteral("application/x-ms-dos-executable"),
+       QT_TRANSLATE_NOOP("vorn::Ui", "Windowsのプログラム")},
+      {QStringLiteral("application/vnd.microsoft.portable-executable"),
+       QT_TRANSLATE_NOOP("vorn::Ui", "Windowsのプログラム")},
+      {QStringLiteral("application/x-shellscript"), QT_TRANSLATE_NOOP("vorn::Ui", "スクリプト")},
+      {QStringLiteral("application/javascript"), QT_TRANSLATE_NOOP("vorn::Ui", "スクリプト")},
+      {QStringLiteral("text/javascript"), QT_TRANSLATE_NOOP("vorn::Ui", "スクリプト")},
+      {QStringLiteral("text/x-python"), QT_TRANSLATE_NOOP("vorn::Ui", "スクリプト")},
+      {QStringLiteral("application/x-desktop"),
+       QT_TRANSLATE_NOOP("vorn::Ui", "プログラムを起動するファイル")},
+      {QStringLiteral("application/zip"), QT_TRANSLATE_NOOP("vorn::Ui", "圧縮ファイル")}};
+  const auto known = words.constFind(type.name());
+  if (known != words.cend()) return Ui::tr(*known);
+  return type.comment() + QStringLiteral(" (") + type.name() + u')';
+}
+
+// Whether the content is what the name says, as far as the content can tell: a document in a zip
+// archive may only be known as one, a table of text as text.
+bool Confirms(const QMimeType& content, const QMimeType& name) {
+  if (content.name() == u"application/x-zerosize" || content == name) return true;
+  const bool isContainer = content.name() == u"application/zip" || content.name() == u"text/plain";
+  return isContainer && name.inherits(content.name());
+}
+
+}  // namespace
+
+FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
+  const QMimeDatabase database;
+  const QMimeType byName =
+      database.mimeTypeForFile(SafeFileName(name).toLower(), QMimeDatabase::MatchExtension);
+  const QMimeType byContent = database.mimeTypeForData(bytes);
+  return {HarmlessTypes().contains(byName.name()) && Confirms(byContent, byName), Words(byName),
+          Words(byContent)};
+}
+
+}  // namespace vorn
