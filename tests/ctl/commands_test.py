@@ -24,7 +24,7 @@ class Commands(unittest.TestCase):
         self.server = subprocess.Popen([SERVER, "--mail", SAMPLES], stdout=subprocess.PIPE,
                                        text=True)
         words = self.server.stdout.readline().split()
-        self.pop3, self.messages = words[1], int(words[5])
+        self.pop3, self.smtp, self.messages = words[1], words[3], int(words[5])
 
     def tearDown(self):
         self.server.kill()
@@ -118,6 +118,17 @@ class Commands(unittest.TestCase):
         self.assertEqual(done.returncode, 3, done.stderr.decode())
         self.assertIn("に書き込めません", done.stderr.decode())
         self.assertEqual(before, {path: path.read_bytes() for path in before})
+
+    def test_a_stranger_is_sent_by_the_account_that_is_named_and_opened_in_his_code(self):
+        self.add_account("--out-port", self.smtp, "--out-server", "127.0.0.1")
+        mail = pathlib.Path(self.folder.name) / "mail.eml"
+        mail.write_bytes(b"From: nobody@example.com\r\nTo: b@x\r\nSubject: s\r\n\r\n" +
+                         "会議の資料をお送りします。".encode("shift_jis") + b"\r\n")
+        self.run_ctl("send", str(mail), code=1)
+        told = json.loads(self.run_ctl("send", "--account", "仕事", "--json").splitlines()[-1])
+        self.assertEqual((told["sent"], told["errors"]), (1, 0))
+        opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
+        self.assertIn("会議の資料をお送りします。", opened["text"])
 
     def test_a_command_that_failed_can_be_given_again(self):
         """Of several files to send, all wait or none, so that none is sent twice."""

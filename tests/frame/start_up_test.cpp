@@ -95,6 +95,12 @@ TEST(Login, ThePasswordIsTestedAgainstTheProfilesDatabase) {
   EXPECT_FALSE(LogIn(context, name, QStringLiteral("wrong"), &error));
   EXPECT_TRUE(error.contains(u"プロファイル情報を確認してください"));
   EXPECT_FALSE(LogIn(context, QStringLiteral("nobody"), {}, &error));
+  // Who was refused keeps nobody out of what only one may do.
+  Context refused;
+  ASSERT_TRUE(StartUp(refused, profile.Folder(), &error)) << error.toStdString();
+  EXPECT_FALSE(LogIn(refused, name, QStringLiteral("wrong"), &error));
+  EXPECT_EQ(refused.Lock, nullptr);
+  refused.Data.CloseAll();
   EXPECT_EQ(FindProfile(context, QStringLiteral("nobody")), nullptr);
   profile.Restart(QStringLiteral("right"));
   EXPECT_TRUE(profile.Get().Session->Flag(u"Default"));

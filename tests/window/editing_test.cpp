@@ -503,12 +503,14 @@ TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   Child<QCheckBox>(window, u"ckMessageCheck").setChecked(true);
   Child<QSpinBox>(window, u"slMessageCheckInterval").setValue(5);
   Type(Child<QLineEdit>(window, u"txMemoIndent"), QStringLiteral("| "));
+  Child<QPlainTextEdit>(window, u"txTextMime").setPlainText(QStringLiteral("text/plain\ntext/x"));
   Press(Child<QPushButton>(window, u"cmOk"));
   EXPECT_FALSE(window.isVisible());
   const DiskPtr stored = Stored(fixed_serial::kSettings);
   EXPECT_EQ(stored->Get(u"MessageCheckInterval"), QVariant(5));
   EXPECT_EQ(stored->Get(u"MessagesEdit"), QVariant(true));
   EXPECT_EQ(stored->Text(u"MemoIndent"), QStringLiteral("| "));
+  EXPECT_EQ(stored->Text(u"TextMime"), QStringLiteral("text/plain\r\ntext/x"));
   EXPECT_EQ(stored->Text(u"Install"), context().VersionText);
   EXPECT_EQ(Settings(context())->Number(u"MessageCheckInterval"), 5);
 }

@@ -52,6 +52,7 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
   EXPECT_TRUE(NextMessageBox([&list] { list.OpenCurrent(); }, Qt::Key_Escape)
                   .contains(QStringLiteral("害を及ぼすおそれ")));
   QDir().mkpath(folder_.filePath(QStringLiteral("out")));
+  File("out/run.exe", "mine");  // is not written over
   QTimer answer;
   QObject::connect(&answer, &QTimer::timeout, &answer, [this] {
     if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
@@ -66,10 +67,14 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
   answer.start(50);
   Menu(window, u"menuEditsAttachments").actions()[0]->trigger();
   answer.stop();
-  EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/run.exe"))),
-            QByteArray("\0\1\2", 3));
   const QStringList saved = QDir(folder_.filePath(QStringLiteral("out"))).entryList(QDir::Files);
-  EXPECT_EQ(saved.size(), 2);
+  ASSERT_EQ(saved.size(), 3);
+  EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/run.exe"))), "mine");
+  for (const QString& name : saved) {
+    if (name == u"run.exe" || !name.endsWith(QStringLiteral(".exe"))) continue;
+    EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/") + name)),
+              QByteArray("\0\1\2", 3));
+  }
   EXPECT_FALSE(saved.join(u' ').contains(u'/'));
   window.close();
   EXPECT_TRUE(Gone());

@@ -144,6 +144,39 @@ TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelle
   EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial))->contains("Content-"));
 }
 
+// What was changed is stored too when the window goes on to another message.
+TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
+  const QString first = Store(kPlain, 4);
+  const QString second = Store(kPlain, 4);
+  program_->Parent()->MessageStored();
+  AwaitInbox();
+  MessageWindow& window = Open(first);
+  Menu(window, u"menuFiles").actions()[2]->trigger();  // into the dust
+  QTest::keyClick(&window, Qt::Key_PageDown, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([&] { return window.Tag() == second; }));
+  EXPECT_EQ(Column(first, QStringLiteral("STATUS")).toInt(), -4);
+  EXPECT_EQ(Column(second, QStringLiteral("STATUS")).toInt(), 4);
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+// A kind alone is an edit.
+TEST_F(MessageWindowTest, AChangedKindIsKept) {
+  const QString serial = Store(kDraft, 1);
+  MessageWindow& window = Open(serial);
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  for (int row = 0; row < list.rowCount(); ++row) {
+    auto* kind = qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+    if (kind->currentData().toString() == u"TO" && !list.item(row, 1)->text().isEmpty()) {
+      kind->setCurrentIndex(kind->findData(QStringLiteral("CC")));
+    }
+  }
+  window.close();
+  EXPECT_TRUE(Gone());
+  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).value();
+  EXPECT_TRUE(source.contains("Cc: a@example.jp")) << source.toStdString();
+}
+
 TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
   auto folder = std::make_shared<Disk>(QStringLiteral("01_folder_own"));
   folder->Let(QStringLiteral("FormName"), object_type::kFolder);
