@@ -20,7 +20,7 @@ bool ReadSecurity(const Arguments& arguments, const QString& name, const QString
                   int& security) {
   const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
                             QStringLiteral("tls")};
-  const QString usual = choices[IsThisMachine(server) ? 0 : 2];
+  const QString& usual = choices[IsThisMachine(server) ? 0 : 2];
   security = static_cast<int>(choices.indexOf(arguments.Text(name, usual).toLower()));
   return security >= 0;
 }

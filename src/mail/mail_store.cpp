@@ -33,6 +33,7 @@ QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
 
 bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
   std::vector<MessageIndex> indexes;
+  indexes.reserve(messages.size());
   for (const auto& [request, source] : messages) indexes.push_back(Index(*request, source));
   if (messages.empty() || !Open(*messages.front().first)) return messages.empty();
   bool stored = context_.Data.Begin();

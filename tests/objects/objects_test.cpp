@@ -342,6 +342,7 @@ TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
 }
 
 TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);  // the condition alone
   EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")}),
                        Line(Kind::Subject, {QStringLiteral("x")}, true)}),
             QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*x*'"));
@@ -375,6 +376,7 @@ TEST_F(SearchConditionTest, LinesReadBackAndOddOnesAreSkipped) {
   ASSERT_TRUE(line);
   EXPECT_TRUE(line->joinedByAnd && line->negated);
   EXPECT_FALSE(ParseConditionLine(QStringLiteral("unknown")));
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(Statement({QStringLiteral("unknown"),
                        Line(Kind::Status, {QStringLiteral("1); DROP TABLE mail")}),
                        Line(Kind::Subject, {QStringLiteral("x")})}),
