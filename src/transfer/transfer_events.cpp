@@ -52,6 +52,7 @@ void TransferEvents::SessionStarted() {
   job_ = plan_.Job(pop_.Tag);
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
+  hasErased_.clear();
   flushFailed_ = false;
   if (IsReceiving()) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -231,7 +232,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     } else {
       isHere = true;  // as far as anybody can know, so that it is neither stored twice nor deleted
     }
-    const bool isErased = !isHere && IsErased(messageId);
+    const bool isErased = !isHere && IsErased(file, messageId);
     context_.Data.Close();
     if (isHere) KeepUnlessWhole(file, messageId, deleteOnServer);
     exists = exists || isHere || isErased;
@@ -240,12 +241,17 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.
-bool TransferEvents::IsErased(const QString& messageId) {
-  return Settings(context_)->Flag(u"Careful") &&
-         context_.Data.OpenRecordset(
-             QStringLiteral("SELECT COUNT(0) FROM erased WHERE FIELD_ID = ") + QuoteSql(messageId),
-             CursorKind::ForwardOnly) &&
-         context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
+bool TransferEvents::IsErased(const QString& file, const QString& messageId) {
+  const auto any = [this](const QString& condition) {
+    return context_.Data.OpenRecordset(
+               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
+               CursorKind::ForwardOnly) &&
+           !context_.Data.Recordset()->Eof();
+  };
+  if (!hasErased_.contains(file)) {
+    hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
+  }
+  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }
 
 // The server's copy may be the only one that can be read.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
@@ -72,7 +73,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool IsReceiving() const;
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
-  bool IsErased(const QString& messageId);
+  bool IsErased(const QString& file, const QString& messageId);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
   void OutcomeFailed(Disk& job, const QString& sentence);
@@ -94,6 +95,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
+  QHash<QString, bool> hasErased_;  // by file, in this session
   QString rulesText_;
   std::optional<ReceiveStopRules> rules_;
   QTimer flushTimer_;
