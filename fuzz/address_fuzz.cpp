@@ -10,7 +10,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                                                   MimeCodec::HeaderUse::AddressList);
   const QString lines = ParseAddressList(decoded);
   if (lines.isEmpty()) {  // groups without members name nobody
-    fuzz::Require(decoded.contains(u';') && decoded.count(u':') > 1);
+    fuzz::Require(decoded.count(u':') > 1);
     return 0;
   }
   for (const QString& line : lines.split(QStringLiteral("\r\n"))) {

@@ -109,9 +109,9 @@ QString WithoutGroups(const QString& text, qsizetype start) {
       if (!item.isEmpty()) items.append(item);
     }
   }
-  const bool separates =
-      parts.size() > 1 && std::all_of(items.begin(), items.end(),
-                                      [](const QString& item) { return item.contains(u'@'); });
+  const bool separates = parts.size() > 1 && !items.isEmpty() &&
+                         std::all_of(items.begin(), items.end(),
+                                     [](const QString& item) { return item.contains(u'@'); });
   if (!hasGroup && !separates) return text;
   return text.left(start) + u' ' + items.join(QStringLiteral(", "));
 }
