@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QMimeDatabase>
 #include <QSet>
+#include <algorithm>
 
 #include "mail/attachment_files.h"
 #include "storage/ui.h"
@@ -74,13 +75,24 @@ bool Confirms(const QMimeType& content, const QMimeType& name) {
   return isContainer && name.inherits(content.name());
 }
 
+// The database takes the escapes of ISO-2022-JP, and other codes than UTF-8, for data.
+bool IsText(const QByteArray& bytes) {
+  return std::none_of(bytes.begin(), bytes.end(), [](char c) {
+    const auto code = static_cast<unsigned char>(c);
+    return code < 0x20 && !QByteArrayView("\t\n\f\r\x1B").contains(c);
+  });
+}
+
 }  // namespace
 
 FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
   const QMimeDatabase database;
   const QMimeType byName =
       database.mimeTypeForFile(SafeFileName(name).toLower(), QMimeDatabase::MatchExtension);
-  const QMimeType byContent = database.mimeTypeForData(bytes);
+  QMimeType byContent = database.mimeTypeForData(bytes);
+  if (byContent.isDefault() && byName.inherits(QStringLiteral("text/plain")) && IsText(bytes)) {
+    byContent = database.mimeTypeForName(QStringLiteral("text/plain"));
+  }
   return {HarmlessTypes().contains(byName.name()) && Confirms(byContent, byName), Words(byName),
           Words(byContent)};
 }

@@ -109,7 +109,10 @@ bool RefersToItself(Context& context, const Disk& folder) {
 QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
   const DiskPtr folder = LoadObject(context_, serialId);
   if (folder == nullptr) return {};
-  if (wholeStatement) visited_.clear();
+  if (wholeStatement) {
+    visited_.clear();
+    asksForState_ = false;
+  }
   const QString entry = serialId + kLineBreak;
   if (visited_.contains(entry)) return {};
   visited_ += entry;
@@ -120,14 +123,15 @@ QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeSta
 
 QString FolderSqlBuilder::CreateFolderSql(const Disk& folder) {
   visited_ = folder.SerialID() + kLineBreak;
+  asksForState_ = false;
   return WholeStatement(folder, Condition(folder.SerialID(), folder));
 }
 
 // What was thrown away is in the dust bin alone, unless the folder asks for messages by their
 // state.
 QString FolderSqlBuilder::WholeStatement(const Disk& folder, const QString& condition) {
-  const bool leavesDust = Settings(context_)->Flag(u"Careful") && !folder.Flag(u"SqlUse") &&
-                          !condition.contains(u"STATUS");
+  const bool leavesDust =
+      Settings(context_)->Flag(u"Careful") && !folder.Flag(u"SqlUse") && !asksForState_;
   const QString head =
       condition.contains(u"folder.")
           ? QStringLiteral(
@@ -139,7 +143,10 @@ QString FolderSqlBuilder::WholeStatement(const Disk& folder, const QString& cond
 }
 
 QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
-  if (folder.Flag(u"SqlUse")) return folder.Text(u"Sql");
+  if (folder.Flag(u"SqlUse")) {
+    asksForState_ = asksForState_ || folder.Text(u"Sql").contains(u"STATUS", Qt::CaseInsensitive);
+    return folder.Text(u"Sql");
+  }
   const QString list = folder.Text(u"Condition");
   if (list.isEmpty()) return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
 
@@ -167,6 +174,7 @@ QString FolderSqlBuilder::Clause(const ConditionLine& line) {
     case ConditionLine::Kind::MailAddress:
       return Contains(QStringLiteral("mail.FIELD_MAILADDRESS"), value);
     case ConditionLine::Kind::Status:
+      asksForState_ = true;
       return StatusClause(line.values);
     case ConditionLine::Kind::TimeStamp:
       return DaysClause(value);

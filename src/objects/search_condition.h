@@ -47,7 +47,8 @@ class FolderSqlBuilder {
   QString Clause(const ConditionLine& line);
 
   Context& context_;
-  QString visited_;  // every folder entered during one build, each with CR LF
+  bool asksForState_ = false;  // one of the conditions, also of a folder that is named
+  QString visited_;            // every folder entered during one build, each with CR LF
 };
 
 }  // namespace vorn

@@ -235,6 +235,8 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     const bool isErased = !isHere && IsErased(file, messageId);
     context_.Data.Close();
     if (isHere) KeepUnlessWhole(file, messageId, deleteOnServer);
+    // A server may give an identifier anew: nothing is deleted there that is not stored here.
+    if (isErased) deleteOnServer = false;
     exists = exists || isHere || isErased;
   }
   if (exists) ++counts_.known;

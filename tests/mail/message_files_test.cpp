@@ -46,6 +46,9 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   EXPECT_TRUE(harmless(u"a.csv", "a,b\r\n1,2\r\n"));
   EXPECT_TRUE(harmless(u"a.docx", QByteArray("PK\x03\x04\x14\0\0\0", 8)));
   EXPECT_TRUE(harmless(u"empty.txt", ""));
+  EXPECT_TRUE(harmless(u"jis.txt", "\x1B$B2q5D\x1B(B\r\n"));
+  EXPECT_TRUE(harmless(u"sjis.csv", "\x89\xEF\x8B\x63,1\r\n"));
+  EXPECT_FALSE(harmless(u"data.txt", QByteArray("\x01\0\x02", 3)));
   const QByteArray page = "<html><body><script>x</script></body></html>";
   for (const char16_t* name : {u"invoice",
                                u"run.xhtml",

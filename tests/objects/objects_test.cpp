@@ -302,9 +302,12 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   const QStringList subjects{Line(Kind::Subject, {QStringLiteral("a")}),
                              Line(Kind::Subject, {QStringLiteral("b")})};
   EXPECT_EQ(count(subjects), 1);
+  // What the user looks for switches nothing.
+  profile_.Store("Subject: STATUS report\r\n\r\n", -4);
+  EXPECT_EQ(count({Line(Kind::Subject, {QStringLiteral("STATUS")})}), 0);
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
-  EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 2) << "who asks for it gets it";
+  EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";
   Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(count(subjects), 3);
 }

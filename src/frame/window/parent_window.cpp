@@ -370,17 +370,19 @@ void ParentWindow::RefreshNode(const QString& serialId) {
   tvConsole_->RefreshNode(serialId);
   // Other conditions have other messages, and without its folder a page has none.
   const bool isGone = wasThere && context_.Objects.Find(serialId) == nullptr;
+  bool anyCloses = false;
   bool anyStays = false;
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     const bool isItsPage = browser->IsLocal() && browser->Tag() == serialId;
     if (isItsPage && isGone) {
       browser->parentWidget()->close();
+      anyCloses = true;
     } else if (isItsPage) {
       browser->Refresh();
     }
     anyStays = anyStays || !(isItsPage && isGone);
   }
-  if (!anyStays) OpenFolder(fixed_serial::kInbox);
+  if (anyCloses && !anyStays) OpenFolder(fixed_serial::kInbox);
   CountUnreadSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
