@@ -309,7 +309,7 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
   EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";
   Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
-  EXPECT_EQ(count(subjects), 3);
+  EXPECT_EQ(count(subjects), 4);
 }
 
 TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
