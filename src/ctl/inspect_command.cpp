@@ -57,10 +57,12 @@ QJsonArray Attachments(const QByteArray& source,
   return array;
 }
 
-QJsonArray Headers(const QByteArray& source) {
+QJsonArray Headers(const QByteArray& source, const std::vector<MimeCodec::ContentRecord>& records) {
+  ReadingCode code;
+  code.body = MimeCodec::TextCharset(source, records);
   QJsonArray array;
   for (const QByteArray& field : MimeCodec::AllHeaders(source)) {
-    array.append(MimeCodec::DecodeHeader(field, 0));
+    array.append(MimeCodec::DecodeHeader(field, 0, code));
   }
   return array;
 }
@@ -86,7 +88,7 @@ QJsonObject Describe(const QByteArray& source) {
                                           MimeCodec::HeaderField(source, idName), idName.size()))},
           {QStringLiteral("parts"), Parts(records)},
           {QStringLiteral("text"), GetMessageText(source, index.content, request).text},
-          {QStringLiteral("headers"), Headers(source)},
+          {QStringLiteral("headers"), Headers(source, records)},
           {QStringLiteral("html"), Html(source, index.content)},
           {QStringLiteral("attachments"), Attachments(source, records, textTypes)}};
 }

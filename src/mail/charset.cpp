@@ -160,6 +160,18 @@ bool ProvesItself(const Charset& charset) {
   return IcuConverter(charset.icuName.constData()).IsMultiByte();
 }
 
+// Chinese, Korean or Cyrillic text read in a Japanese code gives characters, but no kana.
+bool HasKana(const QString& text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](QChar c) { return c.unicode() >= 0x3041 && c.unicode() <= 0x30FA; });
+}
+
+// The codes that programs declare which know of no other.
+bool IsWestern(const Charset& charset) {
+  const QByteArray name = charset.icuName.toLower();
+  return name == "windows-1252" || name == "iso-8859-1" || name == "iso-8859-15";
+}
+
 }  // namespace
 
 CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
@@ -228,7 +240,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
                                               : Decode({Family::ShiftJis, {}}, bytes, atCut).text;
 }
 
-QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, ReadingCode code,
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
                          bool atCut) {
   if (code.choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
   const bool isDeclared = declared.family > Family::Ascii;
@@ -244,6 +256,19 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, ReadingC
   const bool chosenFits = Fits(chosen, bytes, asChosen);
   if (chosenFits && (!declaredFits || LooksJapanese(asChosen.text))) return asChosen.text;
   return DecodeAutomatically(bytes, isDeclared ? declared : chosen, atCut);
+}
+
+QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
+  const QString recognized = DecodeWithChoice(bytes, {}, code);
+  if (code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
+    return recognized;
+  }
+  const Family family = RecognizeCharset(bytes).family;
+  if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
+  const DecodedText asBody = Decode(code.body, bytes);
+  const bool isJapanese =
+      HasKana(recognized) || (IsWestern(code.body) && LooksJapanese(recognized));
+  return asBody.clean && !isJapanese ? asBody.text : recognized;
 }
 
 }  // namespace vorn

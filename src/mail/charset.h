@@ -35,6 +35,7 @@ struct ReadingCode {
 
   CharsetChoice choice;
   bool isPicked;  ///< by the user just now, who wants to see what it gives, errors included
+  Charset body;   ///< what the message's text declares, a hint for raw header fields
 };
 
 struct DecodedText {
@@ -54,7 +55,11 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
 /// Decodes with a code that was chosen for the message or recognised when it was stored. A declared
 /// character set that the bytes prove by fitting it goes before; where the chosen code does not
 /// fit, it is as if none had been chosen.
-QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, ReadingCode code,
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
                          bool atCut = false);
+
+/// Decodes the raw bytes of a header field. They are in the code of the message's text as a rule,
+/// which counts where they do not read as Japanese: a code is often declared by habit.
+QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code);
 
 }  // namespace vorn

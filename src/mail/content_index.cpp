@@ -264,4 +264,13 @@ Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
   return Charset::FromLabel(ContentType(source, record).Bytes("charset"));
 }
 
+Charset TextCharset(QByteArrayView source, const std::vector<ContentRecord>& records) {
+  for (const ContentRecord& record : records) {
+    if (!record.type.startsWith(u"text/", Qt::CaseInsensitive)) continue;
+    const Charset declared = DeclaredCharset(source, record);
+    if (declared.family != Charset::Family::Unknown) return declared;
+  }
+  return {};
+}
+
 }  // namespace vorn::MimeCodec

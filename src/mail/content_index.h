@@ -50,4 +50,7 @@ inline constexpr qsizetype kEndMarkLength = 3;  ///< the full stop and its line 
 /// The character set that a part declares.
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record);
 
+/// What the first of a message's texts that declares one is in; unknown when none does.
+Charset TextCharset(QByteArrayView source, const std::vector<ContentRecord>& records);
+
 }  // namespace vorn::MimeCodec

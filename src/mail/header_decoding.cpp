@@ -122,7 +122,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
   QString decoded;
   for (const Run& run : SplitRuns(text)) {
     if (!run.IsEncoded()) {
-      decoded += WithoutControls(DecodeWithChoice(run.bytes, {}, charset));
+      decoded += WithoutControls(DecodeRawHeader(run.bytes, charset));
       continue;
     }
     const QString word =

@@ -26,7 +26,7 @@ QByteArray StandardReplyTo(QByteArrayView source) {
   return field.isNull() ? field : "Replay-To:" + field.sliced(name.size());
 }
 
-QString AddressLines(QByteArrayView source, bool standardHeaders) {
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
   QStringList pieces;
   for (const QByteArrayView name : kAddressHeaders) {
     QByteArray field = MimeCodec::HeaderField(source, name);
@@ -34,8 +34,8 @@ QString AddressLines(QByteArrayView source, bool standardHeaders) {
       field = StandardReplyTo(source);
     }
     if (field.isNull()) continue;
-    const QString lines = ParseAddressList(MimeCodec::DecodeHeader(
-        field, 0, CharsetChoice::Automatic, MimeCodec::HeaderUse::AddressList));
+    const QString lines = ParseAddressList(
+        MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
     if (!lines.isEmpty()) pieces.append(lines);
   }
   return pieces.join(kLineBreak);
@@ -65,8 +65,11 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   MessageIndex index;
   index.content = MimeCodec::FormatContentIndex(records);
   const QByteArrayView subject = "SUBJECT:";
-  index.subject = MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size());
-  index.addressLines = AddressLines(source, options.standardHeaders);
+  ReadingCode code;
+  code.body = MimeCodec::TextCharset(source, records);
+  index.subject =
+      MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size(), code);
+  index.addressLines = AddressLines(source, code, options.standardHeaders);
 
   const auto texts = std::count_if(records.begin(), records.end(),
                                    [&options](const MimeCodec::ContentRecord& record) {

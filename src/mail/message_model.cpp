@@ -241,11 +241,11 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   return text;
 }
 
-QStringList ExtensionHeaders(const QByteArray& source) {
+QStringList ExtensionHeaders(const QByteArray& source, const ReadingCode& code) {
   QStringList rows;
   for (const QByteArray& field : MimeCodec::AllHeaders(source)) {
     if (field.startsWith("x-") || field.startsWith("X-")) {
-      rows.append(MimeCodec::DecodeHeader(field, 0));
+      rows.append(MimeCodec::DecodeHeader(field, 0, code));
     }
   }
   return rows;
@@ -318,17 +318,19 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
                         const QString& programLine) {
   MessageModel model;
   const QByteArrayView subjectName = "SUBJECT:";
+  const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
+  ReadingCode code = message.charset;
+  code.body = MimeCodec::TextCharset(message.source, records);
   const QString subject = MimeCodec::DecodeHeader(
-      MimeCodec::HeaderField(message.source, subjectName), subjectName.size(), message.charset);
+      MimeCodec::HeaderField(message.source, subjectName), subjectName.size(), code);
   FillReferences(message, mode, settings, model);
   model.subject = SubjectIn(mode, subject, CountIdentifiers(model.references), settings);
   model.addresses = Recipients(message, mode, settings, sender);
   model.text = TextIn(message, mode, subject, settings);
-  if (!isNew) model.headerRows = ExtensionHeaders(message.source);
+  if (!isNew) model.headerRows = ExtensionHeaders(message.source, code);
   const bool carriesAttachments =
       mode == OpenMode::Show || mode == OpenMode::Resend || IsForward(mode);
   if (carriesAttachments) {
-    const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
     for (const Attachment& attachment :
          ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
       model.attachments.push_back(

@@ -53,6 +53,16 @@ QString DaysClause(const QString& value) {
                         : QStringLiteral("DATEDIFF(\"d\", NOW, mail.FIELD_TIMESTAMP ) >= ") + days;
 }
 
+// Whether a condition asks for a table, in its words rather than in a text that it looks for.
+bool UsesTable(const QString& condition, QStringView table) {
+  bool isText = false;
+  for (const QString& piece : condition.split(u'\'')) {
+    if (!isText && piece.contains(table)) return true;
+    isText = !isText;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::optional<ConditionLine> ParseConditionLine(const QString& line) {
@@ -130,13 +140,13 @@ QString FolderSqlBuilder::CreateFolderSql(const Disk& folder) {
 // What was thrown away is in the dust bin alone, unless the folder asks for messages by their
 // state.
 QString FolderSqlBuilder::WholeStatement(const Disk& folder, const QString& condition) {
-  const bool leavesDust =
-      Settings(context_)->Flag(u"Careful") && !folder.Flag(u"SqlUse") && !asksForState_;
+  const bool isCareful = Settings(context_)->Flag(u"Careful");
+  const bool leavesDust = isCareful && !folder.Flag(u"SqlUse") && !asksForState_;
+  const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
   const QString head =
-      condition.contains(u"folder.")
-          ? QStringLiteral(
-                "SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = folder.SERIALID")
-          : QStringLiteral("SELECT * FROM mail");
+      joins ? QStringLiteral(
+                  "SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = folder.SERIALID")
+            : QStringLiteral("SELECT * FROM mail");
   const QString where = head + QStringLiteral(" WHERE ");
   return leavesDust ? where + u'(' + condition + QStringLiteral(") AND mail.STATUS > 0")
                     : where + condition;

@@ -109,6 +109,18 @@ bool CreateErased(Connection& connection) {
              "(OLD.FIELD_ID); END");
 }
 
+// Which of the received messages their servers still have.
+bool CreateOnServer(Connection& connection) {
+  return connection.Run(
+      "CREATE TABLE IF NOT EXISTS on_server (FIELD_ID TEXT PRIMARY KEY) WITHOUT ROWID");
+}
+
+// From 2 to 3 sources got digests and identifiers became unique.
+bool PrepareMessages(Connection& connection) {
+  return AddDigests(connection) && TellDoublesApart(connection) &&
+         connection.Run("DROP INDEX IF EXISTS mail_FIELD_ID");
+}
+
 }  // namespace
 
 bool CreateLateDigests(Connection& connection) {
@@ -139,7 +151,7 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
-        CreateLateDigests(connection) && CreateErased(connection))) {
+        CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -154,12 +166,11 @@ bool MigrateSchema(Connection& connection) {
   // A file without a version has no tables yet.
   const int version = connection.SchemaVersion();
   if (version == 0 || version >= kSchemaVersion) return true;
-  // From 1 to 2: an index more. From 2 to 3: digests, identifiers that are unique, and what is
-  // known of messages being sent. From 3 to 4: what was erased.
+  // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
+  // messages being sent. From 3 to 4: what was erased. From 4 to 5: what the servers have.
   if (!connection.Begin()) return false;
   const bool prepared =
-      !HasTable(connection, "mail") || (AddDigests(connection) && TellDoublesApart(connection) &&
-                                        connection.Run("DROP INDEX IF EXISTS mail_FIELD_ID"));
+      version >= 3 || !HasTable(connection, "mail") || PrepareMessages(connection);
   if (prepared && CompleteSchema(connection) && connection.Commit()) return true;
   connection.Rollback();
   return false;

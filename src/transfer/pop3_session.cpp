@@ -292,6 +292,7 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
       break;
     case Command::Uidl:
       uidl_ = std::move(body);
+      hasUidl_ = true;
       ListingDone();
       break;
     case Command::Top:
@@ -419,13 +420,26 @@ void Pop3Session::LoggedIn() {
   if (pipelining_) Send("UIDL", {Command::Uidl});
 }
 
+QString Pop3Session::MessageId(const QByteArray& uidl) const {
+  return ScopedMessageId(login_.user, login_.server, uidl);
+}
+
 void Pop3Session::ListingDone() {
   messages_ = ReadMailbox(list_, uidl_);
   list_.clear();
   uidl_.clear();
   for (const Pop3Message& message : messages_) bytesTotal_ += message.size;
+  if (hasUidl_ && !TellListing()) return Finish();
   wantsHeaders_ = events_.WantsHeaders();
   stage_ = Stage::Transfer;
+}
+
+bool Pop3Session::TellListing() {
+  QStringList ids;
+  for (const Pop3Message& message : messages_) {
+    if (!message.uidl.isEmpty()) ids.append(MessageId(message.uidl));
+  }
+  return events_.MailboxListed(MessageId({}), ids);
 }
 
 bool Pop3Session::WindowHasRoom() const {
@@ -452,8 +466,7 @@ void Pop3Session::ConsiderNext() {
   if (!entry.uidl.isEmpty()) {
     bool exists = false;
     bool deleteOnServer = false;
-    events_.AlreadyStored(ScopedMessageId(login_.user, login_.server, entry.uidl), exists,
-                          deleteOnServer);
+    events_.AlreadyStored(MessageId(entry.uidl), exists, deleteOnServer);
     if (exists) {
       bytesDone_ += entry.size;
       ReportProgress(0);
@@ -507,8 +520,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (uidl.isEmpty()) {
     uidl = "sha256:" + QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
     bool exists = false;
-    events_.AlreadyStored(ScopedMessageId(login_.user, login_.server, uidl), exists,
-                          deleteOnServer);
+    events_.AlreadyStored(MessageId(uidl), exists, deleteOnServer);
     if (exists) {
       if (deleteOnServer) doomed_.push_back(message);
       return;
@@ -518,8 +530,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (message < untested_.size() && untested_[message] && IsStopped(message, HeaderOf(data))) {
     return;
   }
-  stopped_ = !events_.MessageArrived(ScopedMessageId(login_.user, login_.server, uidl), data,
-                                     deleteOnServer);
+  stopped_ = !events_.MessageArrived(MessageId(uidl), data, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
 }
 

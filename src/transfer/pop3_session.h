@@ -76,7 +76,9 @@ class Pop3Session : public MailSession {
   void GoOnWithAuth(const QByteArray& line);
   void LoginRefused(const QByteArray& line);
   void LoggedIn();
+  QString MessageId(const QByteArray& uidl) const;
   void ListingDone();
+  bool TellListing();
   bool IsMultiLine(Command command) const;
   bool WindowHasRoom() const;
   void ConsiderNext();
@@ -117,6 +119,7 @@ class Pop3Session : public MailSession {
   QByteArray timestamp_;  // of the greeting, for APOP
   QByteArray list_;
   QByteArray uidl_;
+  bool hasUidl_ = false;
 
   std::vector<Pop3Message> messages_;
   size_t next_ = 0;

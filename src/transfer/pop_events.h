@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace vorn {
 
@@ -34,6 +35,10 @@ class PopEvents {
   /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
   /// them follows.
   virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
+  /// The messages that the mailbox has, by their identifiers, which all begin with `scope`; those
+  /// that the server gives no identifier are missing. Not told by a server without identifiers.
+  /// After false, which comes with an error told, the session ends.
+  virtual bool MailboxListed(const QString& scope, const QStringList& messageIds) = 0;
   /// Asked before a message is downloaded. One that exists is not downloaded again.
   virtual void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) = 0;
   /// A failure, as a sentence for the user.

@@ -24,7 +24,13 @@ const QString kNewFlags = QStringLiteral("001");  // new and unopened
 
 TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop,
                                StatusPanel& panel, QObject* parent)
-    : QObject(parent), context_(context), plan_(plan), pop_(pop), panel_(panel), store_(context) {
+    : QObject(parent),
+      context_(context),
+      plan_(plan),
+      pop_(pop),
+      panel_(panel),
+      store_(context),
+      listing_(context) {
   flushTimer_.setInterval(GroupSize::kMs);
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
@@ -53,6 +59,8 @@ void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
   hasErased_.clear();
+  listing_.Clear();
+  doomed_.clear();
   flushFailed_ = false;
   if (IsReceiving()) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -64,7 +72,8 @@ void TransferEvents::SessionStarted() {
 
 void TransferEvents::SessionEnded() {
   flushTimer_.stop();
-  Flush();
+  // What was to be deleted may still be there.
+  if (Flush() && !flushFailed_ && !listing_.Store()) ListingFailed();
   context_.Data.EndGroup();
   deleted_ += pop_.DeletedOnServer();
   if (arrivedInSession_ > 0 && !flushFailed_) {
@@ -81,26 +90,79 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
                                     bool& deleteOnServer) {
   deleteOnServer = false;
   if (flushFailed_) return false;
+  const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
+  bool isHere = false;
+  if (listing_.Doubts(messageId) && !MakeWay(messageId, data, &isHere)) {
+    StoreFailed(failure);
+    return false;
+  }
+  deleteOnServer = DeletesOnServer();
+  if (isHere) {
+    ++counts_.known;
+    NoteStored(messageId, deleteOnServer);
+    return true;
+  }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
   message.Let(QStringLiteral("MessageID"), messageId);
   message.Let(QStringLiteral("Flag"), kNewFlags);
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
   const MailStore::Received received = store_.StoreReceived(message, data);
   if (received == MailStore::Received::Failed) {
-    StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
+    deleteOnServer = false;
+    StoreFailed(failure);
     return false;
   }
-  const DiskPtr account = Account();
-  deleteOnServer = account != nullptr && account->Flag(u"InMailServerDelete");
   // Another account or program has received it since it was asked for.
   if (received == MailStore::Received::Known) {
     ++counts_.known;
     KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
-    return true;
   }
+  NoteStored(messageId, deleteOnServer);
+  if (received == MailStore::Received::Known) return true;
   unflushed_.append(message.SerialID());
   group_.Add(data.size());
   return !group_.IsFull() || Flush();
+}
+
+bool TransferEvents::DeletesOnServer() const {
+  const DiskPtr account = Account();
+  return account != nullptr && account->Flag(u"InMailServerDelete");
+}
+
+// Looks whether a message under a name that the server may have given anew is a stored one; another
+// one of that name gets out of the way.
+bool TransferEvents::MakeWay(const QString& messageId, const QByteArray& data, bool* isHere) {
+  *isHere = false;
+  for (const QString& file : context_.Session->Text(u"Mail").split(kLineBreak)) {
+    switch (CompareStoredCopy(context_, file, messageId, data)) {
+      case StoredCopy::Same:
+        *isHere = true;
+        return true;
+      case StoredCopy::Other:
+        if (!FreeMessageId(context_, file, messageId)) return false;
+        break;
+      case StoredCopy::Unknown:
+        return false;
+      case StoredCopy::None:
+        break;
+    }
+  }
+  return true;
+}
+
+void TransferEvents::NoteStored(const QString& messageId, bool deleteOnServer) {
+  listing_.Confirm(messageId);
+  if (deleteOnServer) doomed_.append(messageId);
+}
+
+void TransferEvents::ListingFailed() {
+  StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"));
+}
+
+bool TransferEvents::MailboxListed(const QString& scope, const QStringList& messageIds) {
+  if (listing_.Begin(scope, messageIds)) return true;
+  ListingFailed();
+  return false;
 }
 
 bool TransferEvents::Flush() {
@@ -121,6 +183,12 @@ bool TransferEvents::Flush() {
 
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
+  // From here on their names prove nothing: the server may give them to other messages.
+  for (const QString& messageId : std::exchange(doomed_, {})) listing_.Release(messageId);
+  if (!listing_.Store()) {
+    ListingFailed();
+    return false;
+  }
   if (context_.Data.HasDamage() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
     StoreFailed(Ui::tr("データベースファイルが壊れているので、サーバーからは削除しません。"));
     return false;
@@ -219,8 +287,9 @@ void TransferEvents::RecipientRefused(const QString& address, const QString& rep
 }
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
-  const DiskPtr account = Account();
-  deleteOnServer = account != nullptr && account->Flag(u"InMailServerDelete");
+  deleteOnServer = DeletesOnServer();
+  if (listing_.Doubts(messageId)) return;
+  bool isSure = true;
   for (const QString& file : context_.Session->Text(u"Mail").split(kLineBreak)) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
     // A message in any of the files is stored, whichever is asked last.
@@ -231,6 +300,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
       isHere = context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
     } else {
       isHere = true;  // as far as anybody can know, so that it is neither stored twice nor deleted
+      isSure = false;
     }
     const bool isErased = !isHere && IsErased(file, messageId);
     context_.Data.Close();
@@ -239,7 +309,9 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     if (isErased) deleteOnServer = false;
     exists = exists || isHere || isErased;
   }
-  if (exists) ++counts_.known;
+  if (!exists) return;
+  ++counts_.known;
+  if (isSure) NoteStored(messageId, deleteOnServer);
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.

@@ -12,6 +12,7 @@
 #include "storage/group_size.h"
 #include "transfer/pop_events.h"
 #include "transfer/receive_stop_rules.h"
+#include "transfer/server_listing.h"
 
 namespace vorn {
 
@@ -52,6 +53,7 @@ class TransferEvents : public QObject, public PopEvents {
   void MessageSent(const QByteArray& data) override;
   void HandoverEnded(HandoverOutcome outcome, const QString& reply) override;
   void RecipientRefused(const QString& address, const QString& reply) override;
+  bool MailboxListed(const QString& scope, const QStringList& messageIds) override;
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
@@ -73,6 +75,10 @@ class TransferEvents : public QObject, public PopEvents {
   bool IsReceiving() const;
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
+  bool DeletesOnServer() const;
+  bool MakeWay(const QString& messageId, const QByteArray& data, bool* isHere);
+  void ListingFailed();
+  void NoteStored(const QString& messageId, bool deleteOnServer);
   bool IsErased(const QString& file, const QString& messageId);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
@@ -95,6 +101,8 @@ class TransferEvents : public QObject, public PopEvents {
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
+  ServerListing listing_;
+  QStringList doomed_;              // stored messages that the session will delete on the server
   QHash<QString, bool> hasErased_;  // by file, in this session
   QString rulesText_;
   std::optional<ReceiveStopRules> rules_;

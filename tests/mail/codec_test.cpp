@@ -77,6 +77,38 @@ TEST(Charsets, RecognitionTellsTheCodesApart) {
   EXPECT_EQ(code("\xFF\xFE\xFF"), Charset::Family::Unknown);
 }
 
+// Raw header fields say nothing of their code; the text does, unless it says so by habit.
+TEST(Charsets, ARawSubjectIsReadInTheCodeOfTheText) {
+  const auto subject = [](const char* charset, const QByteArray& raw) {
+    return IndexMessage("From: " + raw + " <f@x>\r\nSubject: " + raw +
+                            "\r\nContent-Type: text/plain; charset=" + charset + "\r\n\r\nx\r\n",
+                        {}, {kTextTypes});
+  };
+  struct Case {
+    const char* charset;
+    const char* raw;
+    const char16_t* text;
+  };
+  for (const Case& c :
+       {Case{"koi8-r", "\xF0\xD2\xC9\xD7\xC5\xD4\x20\xD7\xD3\xC5\xCD", u"Привет всем"},
+        {"windows-1251", "\xCE\xF2\xF7\xB8\xF2\x20\xE7\xE0\x20\xED\xEE\xFF\xE1\xF0\xFC",
+         u"Отчёт за ноябрь"},
+        {"iso-8859-1", "\x47\x72\xFC\xDF\x65\x20\x61\x75\x73\x20\x4B\xF6\x6C\x6E",
+         u"Grüße aus Köln"},
+        {"gb2312", "\xB9\xD8\xD3\xDA\xBB\xE1\xD2\xE9\xB5\xC4\xCD\xA8\xD6\xAA", u"关于会议的通知"},
+        {"big5", "\xB7\x7C\xC4\xB3\xB3\x71\xAA\xBE", u"會議通知"},
+        {"euc-kr", "\xC8\xB8\xC0\xC7\x20\xBE\xC8\xB3\xBB", u"회의 안내"}}) {
+    const QString text = QString::fromUtf16(c.text);
+    const MessageIndex index = subject(c.charset, c.raw);
+    EXPECT_EQ(index.subject, text) << c.charset;
+    EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x ") + text);
+  }
+  const QString japanese = QStringLiteral("明日の会議について");
+  EXPECT_EQ(subject("iso-8859-1", ToCodePage932(japanese)).subject, japanese);
+  EXPECT_EQ(subject("gb2312", japanese.toUtf8()).subject, japanese);
+  EXPECT_EQ(subject("us-ascii", ToCodePage932(japanese)).subject, japanese);
+}
+
 TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
   EXPECT_EQ(ParseAddressList(QStringLiteral("To: \"Sato, Hanako\" <a@x>, b@y (c, d), <e@z>,")),
             QStringLiteral("TO: a@x Sato, Hanako\r\nTO: (c, d) b@y\r\nTO: e@z\r\n"
@@ -179,6 +211,11 @@ TEST(MessageText, ACutTextEndsWithDotsAtAWholeCharacter) {
   const QString japanese = QString(60, u'あ');
   EXPECT_EQ(text("Content-Type: text/plain; charset=utf-8\r\n\r\n" + japanese.toUtf8()),
             QString(33, u'あ') + QStringLiteral("..."));
+  EXPECT_EQ(
+      text("Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\nContent-Type: text/plain; "
+           "charset=utf-8\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
+           japanese.toUtf8().toBase64() + "\r\n--b\r\n\r\nsecond\r\n--b--\r\n"),
+      QString(33, u'あ') + QStringLiteral("...\r\nsecond..."));
   request.maximum = 0;
   request.linePrefix = QStringLiteral("> ");
   EXPECT_EQ(text("\r\na\r\nb\nc\rd"), QStringLiteral("a\r\n> b\r\n> c\r\n> d"));

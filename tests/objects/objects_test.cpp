@@ -305,6 +305,8 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   // What the user looks for switches nothing.
   profile_.Store("Subject: STATUS report\r\n\r\n", -4);
   EXPECT_EQ(count({Line(Kind::Subject, {QStringLiteral("STATUS")})}), 0);
+  profile_.Store("Subject: in folder.one\r\n\r\n");
+  EXPECT_EQ(count({Line(Kind::Subject, {QStringLiteral("folder.")})}), 1) << "filed or not";
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
   EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";

@@ -27,6 +27,7 @@ class SessionRecorder : public PopEvents {
   void RecipientRefused(const QString& address, const QString&) override {
     refused.append(address);
   }
+  bool MailboxListed(const QString&, const QStringList&) override { return true; }
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int code, const QString& text) override {
     codes.append(static_cast<PopError>(code));

@@ -24,6 +24,7 @@ class Recorder : public PopEvents {
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}
   void RecipientRefused(const QString&, const QString&) override {}
+  bool MailboxListed(const QString&, const QStringList&) override { return true; }
   void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
     exists = known.contains(id);
     remove = deleteOnServer;

@@ -177,6 +177,62 @@ TEST_F(ReceiveTest, MailOfAnyFileOfTheProfileIsKnown) {
   }
 }
 
+// A server that counts its messages anew names new mail as old mail was called.
+TEST_F(ReceiveTest, ANameThatIsGivenAnewIsNewMail) {
+  const auto stored = [this](const QString& subject) {
+    return profile_
+        .Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_SUBJECT = '%1'")
+                    .arg(subject))
+        .size();
+  };
+  AddMessages(2);
+  const DiskPtr account = profile_.AddAccount(server_.Port(), true);
+  EXPECT_EQ(Receive().stored, 2);
+  server_.AddMessage("uid0", "Subject: second\r\n\r\n\r\n");
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  // Also when somebody else has deleted the old one, and when mail is kept on the server.
+  account->Let(QStringLiteral("InMailServerDelete"), false);
+  server_.AddMessage("uid0", "Subject: third\r\n\r\n\r\n");
+  EXPECT_EQ(Receive().stored, 1);
+  server_.Messages.clear();
+  Receive();
+  server_.AddMessage("uid0", "Subject: fourth\r\n\r\n\r\n");
+  EXPECT_EQ(Receive().stored, 1);
+  for (const char* subject : {"0", "second", "third", "fourth"}) {
+    EXPECT_EQ(stored(QString::fromLatin1(subject)), 1) << subject;
+  }
+  // From then on it is known, and fetched no more.
+  server_.ForgetReceived();
+  EXPECT_EQ(Receive().known, 1);
+  EXPECT_EQ(server_.Count("RETR"), 0);
+  EXPECT_EQ(Rows(), 5);
+}
+
+// What was to be deleted and was not is looked at once more, and is the same.
+TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
+  AddMessages(2);
+  profile_.AddAccount(server_.Port(), true);
+  const QList<test::ServerMessage> all = server_.Messages;
+  EXPECT_EQ(Receive().stored, 2);
+  server_.Messages = all;
+  const ReceiveCounts again = Receive();
+  EXPECT_EQ(again.stored, 0);
+  EXPECT_EQ(again.known, 2);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  EXPECT_EQ(Rows(), 2);
+  // An end before the deletion leaves nothing to look at.
+  server_.Messages = {{"uid7", "Subject: 7\r\n\r\n\r\n"}, {"uid8", "Subject: 8\r\n\r\n\r\n"}};
+  server_.Pipelining = false;
+  server_.Faults = {{Fault::Kind::Cut, "RETR", 2, 0, {}}};
+  Receive();
+  server_.Faults.clear();
+  server_.ForgetReceived();
+  EXPECT_EQ(Receive().known, 1);
+  EXPECT_EQ(server_.Count("RETR"), 1);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+}
+
 // Whoever erased a message for good does not get it once more, unless he fetches it by an import.
 TEST_F(ReceiveTest, WhatWasErasedForGoodStaysAway) {
   AddMessages(3);

@@ -19,6 +19,7 @@ class Recorder : public PopEvents {
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}
   void RecipientRefused(const QString&, const QString&) override {}
+  bool MailboxListed(const QString&, const QStringList&) override { return true; }
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int, const QString& text) override { errors.append(text); }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
