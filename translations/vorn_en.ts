@@ -1338,10 +1338,6 @@ Date: </translation>
         <translation>There is no such sound file.</translation>
     </message>
     <message>
-        <source>作成(&amp;E)</source>
-        <translation>Writing (&amp;E)</translation>
-    </message>
-    <message>
         <source>返信、転送を編集(&amp;S)</source>
         <translation>Quote in an&amp;swers and forwards</translation>
     </message>
@@ -2629,6 +2625,26 @@ Open it?</translation>
     <message>
         <source>条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。</source>
         <translation>The search was given up because it took too long.</translation>
+    </message>
+    <message>
+        <source>フォルダが選択されていません。</source>
+        <translation>No folder is chosen.</translation>
+    </message>
+    <message>
+        <source>メッセージが選択されていません。</source>
+        <translation>No message is chosen.</translation>
+    </message>
+    <message>
+        <source>サーバーにあるメッセージの記録を読み書きできません。</source>
+        <translation>The record of the messages on the server cannot be read or written.</translation>
+    </message>
+    <message>
+        <source>受信(&amp;O)</source>
+        <translation>Receiving (&amp;O)</translation>
+    </message>
+    <message>
+        <source>作成(&amp;K)</source>
+        <translation>Writing (&amp;K)</translation>
     </message>
 </context>
 </TS>

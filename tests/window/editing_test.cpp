@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -492,6 +493,36 @@ TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
   profile_.Restart();
+}
+
+// Of two entries with one letter the key chooses neither.
+TEST_F(EditingTest, EveryLetterOfAPageIsItsOwn) {
+  const auto check = [](QWidget& window) {
+    static const QRegularExpression kLetter(QStringLiteral("&([A-Z])"));
+    auto& tabs = Child<QTabWidget>(window, u"tsPage");
+    QStringList titles;
+    for (int i = 0; i < tabs.count(); ++i) titles.append(tabs.tabText(i));
+    for (int i = 0; i < tabs.count(); ++i) {
+      QStringList texts = titles;
+      for (const auto* label : tabs.widget(i)->findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr) texts.append(label->text());
+      }
+      for (const auto* button : tabs.widget(i)->findChildren<QAbstractButton*>()) {
+        texts.append(button->text());
+      }
+      QStringList letters;
+      for (const QString& text : texts) letters += kLetter.match(text).captured(1);
+      letters.removeAll(QString());
+      EXPECT_EQ(letters.removeDuplicates(), 0)
+          << window.objectName().toStdString() << ", " << titles[i].toStdString();
+    }
+  };
+  SettingsWindow settings(context());
+  check(settings);
+  for (const QString& type : {object_type::kProfile, object_type::kAccount, object_type::kFolder,
+                              object_type::kBookmark, object_type::kBook}) {
+    check(Open(type));
+  }
 }
 
 TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {

@@ -188,6 +188,28 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
 }
 
+TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
+  Begin(2, 100);
+  const auto told = [](const std::function<void()>& cause) {
+    QString text;
+    EXPECT_TRUE(InModal<QMessageBox>(cause, [&text](QMessageBox& box) {
+      text = box.text();
+      box.accept();
+    }));
+    return text.contains(QStringLiteral("選択されていません"));
+  };
+  for (const char16_t* name : {u"tb_replayall", u"tb_dust"}) {
+    auto* button = program_->Parent()->findChild<QAction*>(QString::fromUtf16(name));
+    EXPECT_TRUE(told([button] { button->trigger(); }));
+  }
+  FocusPage();
+  Press(Qt::Key_Down);
+  EXPECT_TRUE(told([this] {
+    InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                           [](ConsoleWindow& window) { window.cmOk_Click(); });
+  }));
+}
+
 TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   Begin(5, 100);
   const auto dusted = [this](const QStringList& expected) {
@@ -323,6 +345,10 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   QTest::keyClick(&box, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
   EXPECT_EQ(box.text(), QStringLiteral("6"));
+  // A page that is open follows the settings.
+  Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 30);
+  MadeAnewBy([this] { program_->Parent()->ApplySettings(); });
+  EXPECT_TRUE(WaitFor([&pages] { return pages.text().contains(u'2'); }));
 }
 
 TEST_F(FolderPageTest, AfterThePageThatIsEmptiedComesTheOneBeforeIt) {

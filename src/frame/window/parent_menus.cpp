@@ -136,6 +136,9 @@ void ParentWindow::BuildFileMenu() {
   connect(file, &QMenu::aboutToShow, this, [this, onNode] {
     for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
   });
+  // Opening a folder leaves the keys with its page, also for the name of what was just clicked.
+  onNode.front()->setShortcut(Qt::Key_F2);
+  connect(file, &QMenu::aboutToHide, this, [onNode] { onNode.front()->setEnabled(true); });
   file->addSeparator();
   file->addAction(Ui::tr("くずかごを空にする(&E).."), this, &ParentWindow::EmptyDust);
   file->addSeparator();

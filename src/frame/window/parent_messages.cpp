@@ -57,6 +57,9 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
     const QString into = InputTree(context_, this, Ui::tr("フォルダに入れる"),
                                    Ui::tr("メッセージを入れるフォルダを選択してください。"),
                                    QStringLiteral("static"));
+    if (into.isEmpty() && !context_.Session->Flag(u"cancel")) {
+      ShowBox(this, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
+    }
     if (into.isEmpty() || !IsFilledByHand(context_, into)) return;
     const QString from = IsFilledByHand(context_, folder) && into != folder ? folder : QString();
     EndChange(FileMessages(context_, messages, into, from));

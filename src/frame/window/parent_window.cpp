@@ -347,7 +347,10 @@ void ParentWindow::ApplySettings() {
   tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
                                   ? Qt::ToolButtonIconOnly
                                   : Qt::ToolButtonTextBesideIcon);
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) browser->ControlToolbarUpdate();
+  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
+    browser->ControlToolbarUpdate();
+    if (browser->IsLocal()) browser->Refresh();  // how many rows a page has, and how they are shown
+  }
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (auto* message = qobject_cast<MessageWindow*>(window)) message->ControlToolbarUpdate();
   }

@@ -86,12 +86,16 @@ void EditingWindow::Activate() {
   activateWindow();
 }
 
-void EditingWindow::Tell(const PageFault& fault, const FormPage* page) {
-  lbError_->setText(ShownText(fault.text));
-  lbError_->show();
+void EditingWindow::ShowPage(const FormPage* page) {
   for (size_t i = 0; i < pages_.size(); ++i) {
     if (pages_[i] == page) tsPage_->setCurrentIndex(static_cast<int>(i));
   }
+}
+
+void EditingWindow::Tell(const PageFault& fault, const FormPage* page) {
+  lbError_->setText(ShownText(fault.text));
+  lbError_->show();
+  ShowPage(page);
   if (fault.field != nullptr) fault.field->setFocus();
 }
 

@@ -41,6 +41,7 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
 
  protected:
   void AddPage(FormPage* page);
+  void ShowPage(const FormPage* page);
   const std::vector<FormPage*>& Pages() const { return pages_; }
   const DiskPtr& Request() const { return request_; }
   void TakeRequest(const DiskPtr& request) { request_ = request; }

@@ -71,8 +71,9 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
                                 : name + QStringLiteral(" - ") + TypeCaption(type_));
   if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
     AddEventPage(event->Text(u"message"));
+  } else {
+    file_->Name()->setFocus();
   }
-  file_->Name()->setFocus();
   return true;
 }
 
@@ -85,6 +86,7 @@ void ObjectsWindow::AddEventPage(const QString& text) {
   box->setReadOnly(true);
   static_cast<QFormLayout*>(page->layout())->addRow(box);
   AddPage(page);
+  ShowPage(page);  // which is what was asked for
 }
 
 void ObjectsWindow::SetObjectText(const QString& text) {

@@ -55,7 +55,7 @@ class ViewPage : public FormPage {
 
 class CheckingPage : public FormPage {
  public:
-  CheckingPage() : FormPage(QStringLiteral("check"), Ui::tr("受信(&R)")) {
+  CheckingPage() : FormPage(QStringLiteral("check"), Ui::tr("受信(&O)")) {
     QCheckBox* check = AddCheck(QStringLiteral("ckMessageCheck"), Ui::tr("自動的に送受信する(&A)"));
     QSpinBox* minutes = AddNumber(*this, QStringLiteral("slMessageCheckInterval"),
                                   Ui::tr("間隔(&N)"), 1, kMaxMinutes, Ui::tr(" 分"));
@@ -95,7 +95,7 @@ class CheckingPage : public FormPage {
 
 class EditPage : public FormPage {
  public:
-  EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&E)")) {
+  EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
     AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"));
     AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));

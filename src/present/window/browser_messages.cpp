@@ -82,7 +82,14 @@ void BrowserWindow::BuildMessageCommands() {
 }
 
 void BrowserWindow::RunCommand(const QString& command) {
-  if (auto* action = findChild<QAction*>(QStringLiteral("cmd_") + command)) action->trigger();
+  auto* action = findChild<QAction*>(QStringLiteral("cmd_") + command);
+  if (action == nullptr) return;
+  rows_.Chosen([this, action](const QStringList& chosen) {
+    QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
+      if (any) return action->trigger();
+      ShowBox(this, QMessageBox::Information, Ui::tr("メッセージが選択されていません。"));
+    });
+  });
 }
 
 // All chosen messages are read, one is answered.

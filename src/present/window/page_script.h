@@ -81,6 +81,13 @@ inline constexpr char kPageScript[] = R"js(
       show();
     }
   });
+  // A row is taken by any of its places, where the engine itself only moves links.
+  for (const row of rows) row.element.draggable = true;
+  listen('dragstart', event => {
+    const index = rowAt(event.target);
+    if (index < 0 || event.dataTransfer.types.includes('text/uri-list')) return;
+    event.dataTransfer.setData('text/uri-list', 'preview:' + encodeURIComponent(rows[index].id));
+  });
   listen('click', event => {
     if ((event.ctrlKey || event.shiftKey) && rowAt(event.target) >= 0) event.preventDefault();
   });
