@@ -16,6 +16,9 @@ class Events : public PopEvents {
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}
   void RecipientRefused(const QString&, const QString&) override {}
+  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
+    return true;
+  }
   void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
     exists = id.size() % 3 == 0;
     remove = true;

@@ -13,6 +13,9 @@ class Events : public PopEvents {
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}
   void RecipientRefused(const QString&, const QString&) override {}
+  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
+    return true;
+  }
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}

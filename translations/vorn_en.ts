@@ -129,7 +129,7 @@
     </message>
     <message>
         <source>プロファイルの選択(&amp;L)</source>
-        <translation>&amp;Log in to</translation>
+        <translation>Log in to (&amp;L)</translation>
     </message>
     <message>
         <source>プロファイル(&amp;L)</source>
@@ -289,7 +289,7 @@
     </message>
     <message>
         <source>フォルダに入れる</source>
-        <translation>File</translation>
+        <translation>File into</translation>
     </message>
     <message>
         <source>くずかご</source>
@@ -1299,7 +1299,7 @@ Date: </translation>
     </message>
     <message>
         <source>受信したことを通知(&amp;R)</source>
-        <translation>Tell when mail has a&amp;rrived</translation>
+        <translation>Send read &amp;receipts when asked</translation>
     </message>
     <message>
         <source>編集してから送信(&amp;E)</source>
@@ -2645,6 +2645,10 @@ Open it?</translation>
     <message>
         <source>作成(&amp;K)</source>
         <translation>Writing (&amp;K)</translation>
+    </message>
+    <message>
+        <source>サーバーのメッセージの番号が変わっているので、今回は削除しません。</source>
+        <translation>The server has numbered its messages anew, so nothing is deleted this time.</translation>
     </message>
 </context>
 </TS>

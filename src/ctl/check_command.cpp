@@ -5,6 +5,7 @@
 
 #include "ctl/command.h"
 #include "objects/profile.h"
+#include "storage/file_key.h"
 #include "storage/known_damage.h"
 
 namespace vorn::ctl {
@@ -53,7 +54,8 @@ int CheckFiles(Context& context, const Arguments& arguments) {
     QString password;
     FileContents contents;
   };
-  QList<File> files{{context.NaviDatabasePath, context.SecurityKey, FileContents::Objects}};
+  QList<File> files{
+      {context.NaviDatabasePath, FileKey::Unguessable(context.SecurityKey), FileContents::Objects}};
   FileContents contents = FileContents::Objects;  // the profile's own database comes first
   for (const QString& path : ProfileFiles(context, *context.Session)) {
     files.append({path, context.Session->Text(u"password"), contents});

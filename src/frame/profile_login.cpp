@@ -179,6 +179,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       if (!HoldProfile(context, *profile)) {
         return Fail(context, Ui::tr("プロファイルを使えません。"), error);
       }
+      RenewFileKeys(context, *profile, password);
       EnterProfile(context, profile, password);
       return true;
     }

@@ -1,5 +1,7 @@
 #include "mail/address.h"
 
+#include <QRegularExpression>
+
 #include <QStringList>
 #include <algorithm>
 
@@ -36,6 +38,18 @@ struct Mailbox {
   QString name;
 };
 
+// An address alone with a comment before or behind it, which is how names were written once
+// (RFC 5322 section 3.4, at its end).
+void TakeCommentAsName(Mailbox& mailbox) {
+  static const QRegularExpression kBehind(QStringLiteral("^(\\S+@\\S+) *\\(([^()]*)\\)$"));
+  static const QRegularExpression kBefore(QStringLiteral("^\\(([^()]*)\\) *(\\S+@\\S+)$"));
+  if (const auto behind = kBehind.match(mailbox.name); behind.hasMatch()) {
+    mailbox = {behind.captured(1), behind.captured(2)};
+  } else if (const auto before = kBefore.match(mailbox.name); before.hasMatch()) {
+    mailbox = {before.captured(2), before.captured(1)};
+  }
+}
+
 Mailbox ReadItem(const QString& item) {
   Mailbox mailbox;
   for (const QString& word : MimeCodec::SplitWords(item)) {
@@ -51,6 +65,7 @@ Mailbox ReadItem(const QString& item) {
     if (text == word) RemoveOuterQuotes(mailbox.name);
   }
   mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone
+  if (mailbox.address.isEmpty()) TakeCommentAsName(mailbox);
   if (mailbox.address.isEmpty()) std::swap(mailbox.address, mailbox.name);
   return mailbox;
 }
@@ -218,6 +233,21 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
     entry.presentable = entry.displayName + QStringLiteral(" <") + entry.address + u'>';
   }
   return entry;
+}
+
+QString TypedForm(const AddressEntry& entry) {
+  if (entry.address == kNoAddress) return entry.displayName;
+  if (entry.displayName.isEmpty()) return entry.address;
+  const QString address = QStringLiteral(" <") + entry.address + u'>';
+  const QString plain = entry.displayName + address;
+  const QList<AddressEntry> read = ReadTypedAddresses(plain);
+  if (read.size() == 1 && read[0].address == entry.address &&
+      read[0].displayName == entry.displayName) {
+    return plain;
+  }
+  QString quoted = entry.displayName;
+  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + quoted + u'"' + address;
 }
 
 }  // namespace vorn

@@ -40,4 +40,8 @@ bool IsMailAddress(const QString& text);
 /// addresses; otherwise it belongs to a name. Of the entries address and display name are set.
 QList<AddressEntry> ReadTypedAddresses(const QString& typed);
 
+/// An entry as it is typed, which `ReadTypedAddresses` reads back: a name that would be read as
+/// addresses is quoted.
+QString TypedForm(const AddressEntry& entry);
+
 }  // namespace vorn

@@ -160,10 +160,21 @@ bool ProvesItself(const Charset& charset) {
   return IcuConverter(charset.icuName.constData()).IsMultiByte();
 }
 
-// Chinese, Korean or Cyrillic text read in a Japanese code gives characters, but no kana.
+// Chinese, Korean or Cyrillic text read in a Japanese code gives characters, but hardly any kana.
 bool HasKana(const QString& text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](QChar c) { return c.unicode() >= 0x3041 && c.unicode() <= 0x30FA; });
+  const auto kana = std::count_if(text.begin(), text.end(), [](QChar c) {
+    return c.unicode() >= 0x3041 && c.unicode() <= 0x30FA;
+  });
+  const auto others =
+      std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
+  return kana * 4 >= others && kana > 0;
+}
+
+// Western words have a few letters over ASCII each; Japanese text has little else.
+bool IsMostlyEightBit(QByteArrayView bytes) {
+  const auto isHigh = [](char c) { return (c & 0x80) != 0; };
+  const auto letters = std::count_if(bytes.begin(), bytes.end(), [](char c) { return c != ' '; });
+  return std::count_if(bytes.begin(), bytes.end(), isHigh) * 5 >= letters * 3;
 }
 
 // The codes that programs declare which know of no other.
@@ -267,7 +278,9 @@ QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
   if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
   const DecodedText asBody = Decode(code.body, bytes);
   const bool isJapanese =
-      HasKana(recognized) || (IsWestern(code.body) && LooksJapanese(recognized));
+      HasKana(recognized) ||
+      (IsWestern(code.body) && !recognized.contains(QChar::ReplacementCharacter) &&
+       IsMostlyEightBit(bytes) && LooksJapanese(recognized));
   return asBody.clean && !isJapanese ? asBody.text : recognized;
 }
 

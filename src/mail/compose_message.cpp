@@ -1,6 +1,9 @@
 #include "mail/compose_message.h"
 
 #include <QMimeDatabase>
+#include <algorithm>
+#include <cctype>
+#include <cstring>
 
 #include "mail/charset_recognition.h"
 #include "mail/mime_codec.h"
@@ -12,6 +15,9 @@ using MimeCodec::OutputCharset;
 using MimeCodec::TransferEncoding;
 
 constexpr char kFold[] = "\r\n\t";
+// Of a line, which may have 998 characters (RFC 5322 section 2.1.1).
+constexpr qsizetype kLongestName = 700;
+constexpr qsizetype kLongestWord = 900;
 constexpr qsizetype kMaxLine = 998;
 
 struct AddressField {
@@ -243,7 +249,14 @@ class Composer {
   QByteArray EncodedName(const QString& name) const {
     QString plain = name;
     plain.replace(u'"', u'\'').replace(u'\\', u'_');
-    return MimeCodec::EncodeWord(plain, charset_);
+    QByteArray word = MimeCodec::EncodeWord(plain, charset_);
+    // A name so long that servers refuse its line keeps its begin and its ending.
+    const QString ending = plain.mid(qMax(plain.lastIndexOf(u'.'), plain.size() - 8));
+    while (word.size() > kLongestWord && plain.size() > 2 * ending.size()) {
+      plain = plain.left(plain.size() * 3 / 4 - ending.size()) + ending;
+      word = MimeCodec::EncodeWord(plain, charset_);
+    }
+    return word;
   }
 
   void WritePartHeader(const ModelAttachment& attachment, const QByteArray& type,
@@ -261,7 +274,10 @@ class Composer {
   void WritePart(const ModelAttachment& attachment, const QByteArray& data,
                  TransferEncoding encoding, const QByteArray& boundary) {
     QByteArray type = attachment.type.toLatin1();
-    if (options_.settings.standardHeaders && type.startsWith("text/")) type += CharsetOf(data);
+    if (options_.settings.standardHeaders && type.startsWith("text/")) {
+      type +=
+          IsToken(attachment.charset) ? "; charset=\"" + attachment.charset + '"' : CharsetOf(data);
+    }
     WritePartHeader(attachment, type, EncodingName(encoding), boundary);
     out_ += MimeCodec::EncodeTransfer(data, encoding) + "\r\n";
   }
@@ -280,6 +296,14 @@ class Composer {
     }
     WritePartHeader(attachment, "message/rfc822", IsEightBit(data) ? "8bit" : "7bit", boundary);
     out_ += data + "\r\n";
+  }
+
+  static bool IsToken(const QByteArray& label) {
+    return !label.isEmpty() && label.size() <= 40 &&
+           std::all_of(label.begin(), label.end(), [](char c) {
+             return std::isalnum(static_cast<unsigned char>(c)) ||
+                    std::strchr("-_.:+", c) != nullptr;
+           });
   }
 
   // What tells a reader the code of a text file; nothing for one in no code that is known.
@@ -307,7 +331,22 @@ class Composer {
   static QByteArray ExtendedName(const QString& name) {
     const QByteArray utf8 = name.toUtf8();
     if (!IsEightBit(utf8)) return {};
-    return ";" + QByteArray(kFold) + "filename*=UTF-8''" + utf8.toPercentEncoding("!#$&+^`{}|");
+    const QByteArray encoded = utf8.toPercentEncoding("!#$&+^`{}|");
+    if (encoded.size() <= kLongestName) {
+      return ";" + QByteArray(kFold) + "filename*=UTF-8''" + encoded;
+    }
+    // In pieces (RFC 2231 section 3), so that no line is longer than servers take.
+    QByteArray pieces;
+    for (qsizetype at = 0, number = 0; at < encoded.size(); ++number) {
+      qsizetype end = qMin(at + kLongestName, encoded.size());
+      if (const qsizetype sign = encoded.lastIndexOf('%', end - 1); end - sign < 3 && sign > at) {
+        end = end == encoded.size() ? end : sign;
+      }
+      pieces += ";" + QByteArray(kFold) + "filename*" + QByteArray::number(number) +
+                "*=" + (number == 0 ? "UTF-8''" : "") + encoded.mid(at, end - at);
+      at = end;
+    }
+    return pieces;
   }
 
   void WriteUuBlock(const ModelAttachment& attachment, const QByteArray& data) {

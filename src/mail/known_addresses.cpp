@@ -18,7 +18,7 @@ class AddressCollector {
     const QString key = entry.address.toLower();
     if (key.isEmpty() || seen_.contains(key)) return;
     seen_.insert(key);
-    texts_.append(entry.presentable);
+    texts_.append(TypedForm(entry));
   }
   void AddLines(const QString& lines) {
     for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {

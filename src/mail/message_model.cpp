@@ -334,7 +334,12 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
     for (const Attachment& attachment :
          ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
       model.attachments.push_back(
-          {attachment.name, attachment.record.type, false, {}, attachment.record});
+          {attachment.name,
+           attachment.record.type,
+           false,
+           {},
+           attachment.record,
+           MimeCodec::ContentType(message.source, attachment.record).Bytes("charset")});
     }
   }
   if (isNew || mode != OpenMode::Show) {

@@ -31,6 +31,7 @@ struct ModelAttachment {
   bool isNew = false;               ///< a file the user added, else a part of the stored message
   QString path;                     ///< of the file, for a new one
   MimeCodec::ContentRecord record;  ///< where an old one stands in the source
+  QByteArray charset = {};          ///< what an old one declares
 };
 
 /// What a read receipt tells programs (RFC 8098).

@@ -30,19 +30,26 @@ QString Addresses(const MessageModel& model, QStringView kind) {
   return texts.join(QStringLiteral(", "));
 }
 
+// The paper has an edge: what is longer than a line goes on in the next one, whatever it is.
+const QString kStyle = QStringLiteral(
+    "<style>@page { margin: 15mm } body { margin: 0; overflow-wrap: anywhere } td { "
+    "vertical-align: "
+    "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
+    "</style>\r\n");
+
 }  // namespace
 
 QByteArray PrintPage(const MessageModel& model) {
   QStringList attachments;
   for (const ModelAttachment& attachment : model.attachments) attachments.append(attachment.name);
-  const QString page =
-      QStringLiteral("<html><meta charset=\"utf-8\">\r\n<TABLE width = \"100%\">\r\n") +
-      Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
-      Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
-      Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
-      Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
-      Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") + Escaped(model.text) +
-      QStringLiteral("</html>\r\n");
+  const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle +
+                       QStringLiteral("<TABLE width = \"100%\">\r\n") +
+                       Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
+                       Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
+                       Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
+                       Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
+                       Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") +
+                       Escaped(model.text) + QStringLiteral("</html>\r\n");
   return page.toUtf8();
 }
 

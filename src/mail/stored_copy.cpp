@@ -1,8 +1,11 @@
 #include "mail/stored_copy.h"
 
+#include <algorithm>
 #include <optional>
 
+#include "mail/header_fields.h"
 #include "storage/databases.h"
+#include "storage/source_digest.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -24,6 +27,25 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
+bool HasFieldsOf(const QByteArrayList& fields, const QByteArrayList& others) {
+  return std::all_of(others.begin(), others.end(),
+                     [&fields](const QByteArray& field) { return fields.contains(field); });
+}
+
+// Servers and what lies between add header fields to a message, or change their own.
+bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
+  if (stored == source) return true;
+  const auto body = [](const QByteArray& message) {
+    return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
+  };
+  if (body(stored) != body(source)) return false;
+  const QByteArray id = MimeCodec::HeaderField(stored, "MESSAGE-ID:");
+  if (!id.isEmpty()) return id == MimeCodec::HeaderField(source, "MESSAGE-ID:");
+  const QByteArrayList fields = MimeCodec::AllHeaders(stored);
+  const QByteArrayList others = MimeCodec::AllHeaders(source);
+  return HasFieldsOf(fields, others) || HasFieldsOf(others, fields);
+}
+
 }  // namespace
 
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId) {
@@ -34,24 +56,110 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
   return source && source->isValid();
 }
 
-StoredCopy CompareStoredCopy(Context& context, const QString& file, const QString& messageId,
-                             const QByteArray& source) {
-  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return StoredCopy::Unknown;
+// A copy that cannot be read may be of any message.
+StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
+                                          const QByteArray& source) {
+  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
   bool failed = false;
-  const std::optional<QVariant> stored = StoredSource(context, messageId, &failed);
-  context.Data.Close();
-  if (!stored) return failed ? StoredCopy::Unknown : StoredCopy::None;
-  return stored->isValid() && stored->toByteArray() == source ? StoredCopy::Same
-                                                              : StoredCopy::Other;
+  const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
+  context_.Data.Close();
+  if (!stored) return failed ? Holds::Failed : Holds::Nothing;
+  return stored->isValid() && IsSameMessage(stored->toByteArray(), source) ? Holds::Same
+                                                                           : Holds::Other;
 }
 
-bool FreeMessageId(Context& context, const QString& file, const QString& messageId) {
-  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
-  const bool freed = context.Data.Execute(
-      QStringLiteral("UPDATE mail SET FIELD_ID = FIELD_ID & '#' & SERIALID WHERE FIELD_ID = ") +
-      QuoteSql(messageId));
-  context.Data.Close();
-  return freed;
+// All at once: to look for each one would read the file as often.
+bool StoredCopies::Load(const QString& scope) {
+  if (scope == scope_) return true;
+  places_.clear();
+  for (const QString& file : files_) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const auto sources = context_.Data.SourcesOf(scope);
+    context_.Data.Close();
+    if (!sources) return false;
+    for (auto source = sources->constBegin(); source != sources->constEnd(); ++source) {
+      places_.insert(source.key(), {file, *source});
+    }
+  }
+  scope_ = scope;
+  return true;
+}
+
+// Under the name that it has by now.
+StoredCopies::Holds StoredCopies::CompareName(const Place& place, const QByteArray& source,
+                                              QString* name) {
+  if (!OpenDatabase(context_, DatabaseKind::MailByPath, place.file)) return Holds::Failed;
+  const bool read = context_.Data.OpenRecordset(
+      QStringLiteral("SELECT FIELD_ID FROM mail WHERE SERIALID = ") + QuoteSql(place.serialId),
+      CursorKind::ForwardOnly);
+  if (read) *name = context_.Data.Recordset()->Fields(u"FIELD_ID").toString();
+  context_.Data.Close();
+  if (!read) return Holds::Failed;
+  return name->isEmpty() ? Holds::Nothing : Compare(place.file, *name, source);
+}
+
+bool StoredCopies::Update(const QString& file, const QString& change) {
+  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+  const bool updated =
+      context_.Data.Execute(QStringLiteral("UPDATE mail SET FIELD_ID = ") + change);
+  context_.Data.Close();
+  return updated;
+}
+
+bool StoredCopies::FreeName(const QString& messageId) {
+  return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
+    return Update(
+        file, QStringLiteral("FIELD_ID & '#' & SERIALID WHERE FIELD_ID = ") + QuoteSql(messageId));
+  });
+}
+
+bool StoredCopies::IsErased(const QByteArray& digest, bool* failed) {
+  bool any = false;
+  for (const QString& file : files_) {
+    *failed = *failed || !OpenDatabase(context_, DatabaseKind::MailByPath, file);
+    if (*failed) return false;
+    if (context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM erased WHERE HEX(DIGEST) "
+                                                   "= '%1' LIMIT 1")
+                                        .arg(QString::fromLatin1(digest.toHex().toUpper())),
+                                    CursorKind::ForwardOnly)) {
+      any = any || !context_.Data.Recordset()->Eof();
+    } else {
+      *failed = true;
+    }
+    context_.Data.Close();
+  }
+  return any;
+}
+
+StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& messageId,
+                                       const QByteArray& source, bool renames,
+                                       const Vouches& vouches) {
+  bool isOther = false;
+  for (const QString& file : files_) {
+    const Holds holds = Compare(file, messageId, source);
+    if (holds == Holds::Failed) return Found::Failed;
+    if (holds == Holds::Same) return Found::Stored;
+    isOther = isOther || holds == Holds::Other;
+  }
+  const QByteArray digest = SourceDigest(source);
+  if (!Load(scope)) return Found::Failed;
+  const Place place = places_.value(digest);
+  QString name;
+  const Holds there = place.file.isEmpty() ? Holds::Nothing : CompareName(place, source, &name);
+  if (there == Holds::Failed) return Found::Failed;
+  const bool isElsewhere = there == Holds::Same && !vouches(name);
+  if (isElsewhere && !renames) return Found::Stored;
+  if (isOther && !FreeName(messageId)) return Found::Failed;
+  if (isElsewhere) {
+    const QString change =
+        QuoteSql(messageId) + QStringLiteral(" WHERE SERIALID = ") + QuoteSql(place.serialId);
+    return Update(place.file, change) ? Found::Moved : Found::Failed;
+  }
+  bool failed = false;
+  const bool isErased = IsErased(digest, &failed);
+  if (failed) return Found::Failed;
+  if (isErased) return Found::Erased;
+  return isOther ? Found::Renewed : Found::None;
 }
 
 }  // namespace vorn

@@ -74,7 +74,6 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request) {
   MessageText result;
   bool truncated = false;
-  bool endsCut = false;
   qsizetype length = 0;  // of the text so far, in bytes of code page 932
   const QString lineBreak = QStringLiteral("\r\n") + request.linePrefix;
   const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
@@ -91,9 +90,9 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
       if (cut) last = record.first + room - 1;
       truncated = truncated || cut;
     }
-    // Where the part before was cut, this one does not go on with its text.
-    if (endsCut) result.text += QStringLiteral("...") + lineBreak;
-    endsCut = cut;
+    // A part may end right before its boundary, and one that was cut ends anywhere.
+    const bool endsLine = result.text.isEmpty() || result.text.endsWith(lineBreak);
+    if (!endsLine) result.text += lineBreak;
     const QString text = DecodeText(source, record, last, request.charset, cut);
     result.text += WithLineBreaks(ReadableText(source, record, text), lineBreak);
     if (request.maximum > 0) {

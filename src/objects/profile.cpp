@@ -12,6 +12,9 @@ namespace {
 
 constexpr int kFileNameCharacters = 8;  // of a serial identifier, enough to name a file
 
+// A few seconds' work.
+constexpr qint64 kRenewedBytes = 200 * 1024 * 1024;
+
 PasswordChange ChangeOf(Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
   return {context.Data, files.first() + QStringLiteral(".decided"), files};
@@ -95,6 +98,17 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
     context.Session->Let(QStringLiteral("password"), newPassword);
   }
   return true;
+}
+
+void RenewFileKeys(Context& context, const Disk& profile, const QString& password) {
+  qint64 bytes = 0;
+  for (const QString& file : ProfileFiles(context, profile)) bytes += QFileInfo(file).size();
+  PasswordChange renewal = ChangeOf(context, profile);
+  if (bytes > kRenewedBytes || !renewal.AnyKeyIsOlder(password) || !context.Lock->TakeAlone()) {
+    return;
+  }
+  renewal.Run(password, password);
+  context.Lock->ShareAgain();
 }
 
 bool HoldProfile(Context& context, const Disk& profile) {

@@ -27,6 +27,12 @@ bool MarkDefaultProfile(Context& context);
 /// that it uses or has used.
 QStringList ProfileFiles(const Context& context, const Disk& profile);
 
+/// Gives the files of a profile whose password opens them keys of the present kind (`FileKey`) when
+/// they have those of an earlier version: all of them or none. Left for the next login while
+/// another program has the profile, or when that fails; and for a change of the password when the
+/// files are so large that the user would wait.
+void RenewFileKeys(Context& context, const Disk& profile, const QString& password);
+
 /// Shares the profile with whatever else is logged in to it, until another profile is held or the
 /// program ends; nobody can change its password meanwhile. Completes a password change that was
 /// interrupted. On false the reason is in the session's `LastError`. Run before a login.

@@ -13,6 +13,7 @@
 #include "storage/change_count.h"
 #include "storage/engine.h"
 #include "storage/engine_locks.h"
+#include "storage/file_key.h"
 #include "storage/file_lock.h"
 #include "storage/known_damage.h"
 #include "storage/log_state.h"
@@ -287,7 +288,9 @@ bool Connection::SetUp(const QString& password, StorageError* error) {
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_handler(handle_, &Connection::WaitWhileBusy, this);
   sqlite3_progress_handler(handle_, kStepsBetweenLooks, &Connection::IsOverdue, this);
-  const QByteArray key = FileKey(password);
+  QByteArray salt = FileSalt(handle_);
+  if (salt.isEmpty()) salt = FileKey::NewSalt(password);  // a file that is being made
+  const QByteArray key = FileKey::ForEngine(password, salt);
   sqlite3_key(handle_, key.constData(), static_cast<int>(key.size()));
   // Later engines have another default format; ours stays the same everywhere.
   if (Scalar("PRAGMA cipher_version").toString().startsWith(u'4')) {
@@ -471,7 +474,8 @@ bool Connection::ChangeKey(const QString& newPassword) {
   }
   for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
   idle_.clear();
-  const QByteArray key = FileKey(newPassword);
+  const QByteArray key =
+      FileKey::ForEngine(newPassword, FileKey::NewSalt(newPassword, FileSalt(handle_)));
   return sqlite3_rekey(handle_, key.constData(), static_cast<int>(key.size())) == SQLITE_OK ||
          Fail();
 }

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "storage/file_key.h"
 #include "storage/file_notes.h"
 #include "storage/new_database.h"
 #include "storage/ui.h"
@@ -19,7 +20,7 @@ Location Locate(const Context& context, DatabaseKind kind, const QString& path) 
   const QString password = context.Session->Text(u"Password");
   switch (kind) {
     case DatabaseKind::Navigator:
-      return {context.NaviDatabasePath, context.SecurityKey};
+      return {context.NaviDatabasePath, FileKey::Unguessable(context.SecurityKey)};
     case DatabaseKind::Profile:
       return {PlatformPath(context, context.Session->Text(u"Profile")), password};
     case DatabaseKind::Mail:

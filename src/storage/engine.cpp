@@ -27,10 +27,6 @@ QString WhatIsWrong(sqlite3* handle) {
 
 }  // namespace
 
-QByteArray FileKey(const QString& password) {
-  return QByteArrayLiteral("vorn-file-key:") + password.toUtf8();
-}
-
 StorageError EngineError(sqlite3* handle) {
   using Kind = StorageError::Kind;
   const int code = handle == nullptr ? SQLITE_NOMEM : sqlite3_extended_errcode(handle);

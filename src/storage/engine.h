@@ -17,8 +17,4 @@ StorageError EngineError(sqlite3* handle);
 /// Adds the dialect's functions: LIKE, NOW, DATEDIFF and LONG_BINARY.
 void RegisterDialectFunctions(sqlite3* handle);
 
-/// The bytes that the file's key is derived from. Never empty: with an empty password the file is
-/// encrypted too, and can be re-keyed from and to it.
-QByteArray FileKey(const QString& password);
-
 }  // namespace vorn

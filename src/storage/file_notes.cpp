@@ -3,13 +3,15 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "storage/file_key.h"
 #include "storage/raw_pages.h"
 
 namespace vorn {
 namespace {
 
 constexpr qint64 kPageBytes = 4096;
-constexpr qsizetype kSaltBytes = 16;
+// Earlier versions noted all of the salt, which was the engine's.
+constexpr qsizetype kMarkCharacters = 8;
 const QString kNotes = QStringLiteral("FileNotes");
 const QString kLineEnd = QStringLiteral("\r\n");
 
@@ -17,7 +19,8 @@ const QString kLineEnd = QStringLiteral("\r\n");
 
 QString FileMark(const QString& path) {
   if (QFileInfo(path).size() < kPageBytes) return {};
-  return QString::fromLatin1(FileStart(path, kSaltBytes).toHex());
+  const QByteArray salt = FileStart(path, FileKey::kSaltBytes);
+  return salt.isEmpty() ? QString() : QString::fromLatin1(FileKey::Identity(salt).toHex());
 }
 
 bool HasContent(const QString& path) {
@@ -29,7 +32,7 @@ QList<FileNote> FileNotes(const Disk& profile) {
   QList<FileNote> notes;
   for (const QString& line : profile.Text(kNotes).split(kLineEnd, Qt::SkipEmptyParts)) {
     const QString numbers = line.section(u' ', 2, 2);
-    notes.append({line.section(u' ', 3), line.section(u' ', 0, 0),
+    notes.append({line.section(u' ', 3), line.section(u' ', 0, 0).left(kMarkCharacters),
                   line.section(u' ', 1, 1).toLongLong(), numbers.section(u'/', 0, 0).toLongLong(),
                   numbers.section(u'/', 1, 1).toLongLong()});
   }

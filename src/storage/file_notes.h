@@ -18,9 +18,9 @@ struct FileNote {
   bool operator==(const FileNote&) const = default;
 };
 
-/// The random bytes at the head of every encrypted file (its salt) as text. They are made with the
-/// file, stay through password changes and can be read without a password. Empty when there is no
-/// such file or it holds not even a page.
+/// Random bytes at the head of every encrypted file as text. They are made with the file, stay
+/// through password changes and can be read without a password (see `FileKey::Identity`). Empty
+/// when there is no such file or it holds not even a page.
 QString FileMark(const QString& path);
 
 /// Whether there is a file with something in it: one of 0 bytes is as lost as a missing one.

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "storage/data_session.h"
+#include "storage/file_key.h"
 #include "storage/file_replace.h"
 #include "storage/private_files.h"
 #include "storage/raw_pages.h"
@@ -158,6 +159,14 @@ bool PasswordChange::ReadMarker(QList<Decision>* decisions) {
   return text.startsWith(kMarkerHead) ||
          Fail(StorageError::Kind::Damaged,
               Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+}
+
+bool PasswordChange::AnyKeyIsOlder(const QString& password) const {
+  if (password.isEmpty()) return false;
+  return std::any_of(files_.begin(), files_.end(), [&password](const QString& file) {
+    const QByteArray salt = FileStart(file, FileKey::kSaltBytes);
+    return !salt.isEmpty() && !FileKey::IsOurs(password, salt);
+  });
 }
 
 bool PasswordChange::IsUnfinished() const {

@@ -4,14 +4,12 @@
 #include <QtEndian>
 
 #include "storage/engine_locks.h"
+#include "storage/file_key.h"
 
 namespace vorn {
 namespace {
 
 // The engine's file format, version 3.
-constexpr qsizetype kSaltBytes = 16;
-constexpr qsizetype kKeyBytes = 32;
-constexpr int kKeyRounds = 64000;
 constexpr int kMarkKeyRounds = 2;
 constexpr char kMarkSaltMask = 0x3A;
 constexpr qint64 kPageBytes = 4096;
@@ -28,33 +26,10 @@ QByteArray Read(sqlite3* handle, qint64 offset, qsizetype length) {
   return read ? bytes : QByteArray();
 }
 
-// PBKDF2 with HMAC-SHA-1 (RFC 8018, section 5.2).
-QByteArray Derive(const QByteArray& secret, const QByteArray& salt, int rounds) {
-  QMessageAuthenticationCode code(QCryptographicHash::Sha1, secret);
-  const auto sign = [&code](const QByteArray& text) {
-    code.reset();
-    code.addData(text);
-    return code.result();
-  };
-  QByteArray key;
-  for (char block = 1; key.size() < kKeyBytes; ++block) {
-    QByteArray round = sign(salt + QByteArray(3, '\0') + block);
-    QByteArray sum = round;
-    for (int i = 1; i < rounds; ++i) {
-      round = sign(round);
-      for (qsizetype at = 0; at < sum.size(); ++at) {
-        sum[at] = static_cast<char>(sum[at] ^ round[at]);
-      }
-    }
-    key += sum;
-  }
-  return key.first(kKeyBytes);
-}
-
 QByteArray MarkKey(const QByteArray& salt, const QString& password) {
   QByteArray markSalt = salt;
   for (char& byte : markSalt) byte = static_cast<char>(byte ^ kMarkSaltMask);
-  return Derive(Derive(FileKey(password), salt, kKeyRounds), markSalt, kMarkKeyRounds);
+  return FileKey::Pbkdf2(FileKey::Raw(password, salt), markSalt, kMarkKeyRounds);
 }
 
 }  // namespace
@@ -75,7 +50,7 @@ QByteArray FileStart(const QString& path, qsizetype length) {
 }
 
 QByteArray FileSalt(sqlite3* handle) {
-  return Read(handle, 0, kSaltBytes);
+  return Read(handle, 0, FileKey::kSaltBytes);
 }
 
 PageMarks::PageMarks(sqlite3* handle, const QString& password) : handle_(handle) {

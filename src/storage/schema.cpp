@@ -98,27 +98,39 @@ bool CreateSendAttempts(Connection& connection) {
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
 }
 
-// What was received and erased for good: the server may still have it. Imported messages come from
-// no server.
+// What was received and erased for good: the server may still have it, also under another name.
+// Imported messages come from no server.
 bool CreateErased(Connection& connection) {
   return connection.Run(
-             "CREATE TABLE IF NOT EXISTS erased (FIELD_ID TEXT PRIMARY KEY) WITHOUT ROWID") &&
+             "CREATE TABLE IF NOT EXISTS erased (FIELD_ID TEXT PRIMARY KEY, DIGEST BLOB) WITHOUT "
+             "ROWID") &&
          connection.Run(
-             "CREATE TRIGGER IF NOT EXISTS erased_noted AFTER DELETE ON mail WHEN ABS(OLD.STATUS) "
-             "= 4 AND OLD.FIELD_ID NOT LIKE 'import/%' BEGIN INSERT OR IGNORE INTO erased VALUES "
-             "(OLD.FIELD_ID); END");
+             "CREATE TRIGGER IF NOT EXISTS erased_noted BEFORE DELETE ON mail WHEN "
+             "ABS(OLD.STATUS) = 4 AND OLD.FIELD_ID NOT LIKE 'import/%' BEGIN INSERT OR REPLACE "
+             "INTO "
+             "erased VALUES (OLD.FIELD_ID, (SELECT DIGEST FROM long_binary WHERE ID = OLD.MAIL)); "
+             "END");
 }
 
 // Which of the received messages their servers still have.
 bool CreateOnServer(Connection& connection) {
   return connection.Run(
-      "CREATE TABLE IF NOT EXISTS on_server (FIELD_ID TEXT PRIMARY KEY) WITHOUT ROWID");
+      "CREATE TABLE IF NOT EXISTS on_server (MAILBOX TEXT, FIELD_ID TEXT, SIZE INTEGER, DELETIONS "
+      "INTEGER, PRIMARY KEY (MAILBOX, FIELD_ID)) WITHOUT ROWID");
 }
 
 // From 2 to 3 sources got digests and identifiers became unique.
 bool PrepareMessages(Connection& connection) {
   return AddDigests(connection) && TellDoublesApart(connection) &&
          connection.Run("DROP INDEX IF EXISTS mail_FIELD_ID");
+}
+
+// From 4 to 5 what was erased got its digest.
+bool PrepareErased(Connection& connection) {
+  bool exists = false;
+  return (HasColumn(connection, "erased", QStringLiteral("DIGEST"), &exists) || !exists ||
+          connection.Run("ALTER TABLE erased ADD COLUMN DIGEST BLOB")) &&
+         connection.Run("DROP TRIGGER IF EXISTS erased_noted");
 }
 
 }  // namespace
@@ -170,7 +182,8 @@ bool MigrateSchema(Connection& connection) {
   // messages being sent. From 3 to 4: what was erased. From 4 to 5: what the servers have.
   if (!connection.Begin()) return false;
   const bool prepared =
-      version >= 3 || !HasTable(connection, "mail") || PrepareMessages(connection);
+      !HasTable(connection, "mail") ||
+      ((version >= 3 || PrepareMessages(connection)) && PrepareErased(connection));
   if (prepared && CompleteSchema(connection) && connection.Commit()) return true;
   connection.Rollback();
   return false;

@@ -13,7 +13,9 @@ class ConnectionCheck::Events : public PopEvents {
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}
   void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const QStringList&) override { return true; }
+  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
+    return true;
+  }
   void AlreadyStored(const QString&, bool&, bool&) override {}
   void Error(int, const QString& text) override { error_ = text; }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}

@@ -429,17 +429,18 @@ void Pop3Session::ListingDone() {
   list_.clear();
   uidl_.clear();
   for (const Pop3Message& message : messages_) bytesTotal_ += message.size;
-  if (hasUidl_ && !TellListing()) return Finish();
+  if (!TellListing()) return Finish();
   wantsHeaders_ = events_.WantsHeaders();
   stage_ = Stage::Transfer;
 }
 
 bool Pop3Session::TellListing() {
-  QStringList ids;
+  if (!hasUidl_) return events_.MailboxListed(MessageId({}), std::nullopt);
+  QList<ListedMessage> listed;
   for (const Pop3Message& message : messages_) {
-    if (!message.uidl.isEmpty()) ids.append(MessageId(message.uidl));
+    if (!message.uidl.isEmpty()) listed.append({MessageId(message.uidl), message.size});
   }
-  return events_.MailboxListed(MessageId({}), ids);
+  return events_.MailboxListed(MessageId({}), listed);
 }
 
 bool Pop3Session::WindowHasRoom() const {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
-#include <QStringList>
+#include <optional>
 
 namespace vorn {
 
@@ -10,6 +11,12 @@ namespace vorn {
 enum class HandoverOutcome {
   Refused,  ///< the message has certainly not been accepted
   Unknown,  ///< its end was given to the connection and no clear answer came
+};
+
+/// A message of a mailbox.
+struct ListedMessage {
+  QString id;
+  qint64 size = 0;  ///< bytes, as the server tells
 };
 
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
@@ -35,10 +42,11 @@ class PopEvents {
   /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
   /// them follows.
   virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
-  /// The messages that the mailbox has, by their identifiers, which all begin with `scope`; those
-  /// that the server gives no identifier are missing. Not told by a server without identifiers.
-  /// After false, which comes with an error told, the session ends.
-  virtual bool MailboxListed(const QString& scope, const QStringList& messageIds) = 0;
+  /// The messages that the mailbox has and the server gives an identifier of its own, all of which
+  /// begin with `scope`; nothing when it gives none. After false, which comes with an error told,
+  /// the session ends.
+  virtual bool MailboxListed(const QString& scope,
+                             const std::optional<QList<ListedMessage>>& messages) = 0;
   /// Asked before a message is downloaded. One that exists is not downloaded again.
   virtual void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) = 0;
   /// A failure, as a sentence for the user.

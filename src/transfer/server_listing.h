@@ -1,32 +1,51 @@
 #pragma once
 
+#include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
-#include <QStringList>
 
 #include "storage/context.h"
+#include "transfer/pop_events.h"
 
 namespace vorn {
 
 /// Which messages of a mailbox that are stored here it had at its last listing, kept in the
 /// profile's mail file (table `on_server`). A server should never give an identifier anew (RFC 1939
 /// section 7, UIDL), but some do once the message is gone. So an identifier tells what it names
-/// only while it has been in every listing since its message was stored.
+/// only while it has been in every listing since its message was stored, with one size.
 class ServerListing {
  public:
   explicit ServerListing(Context& context) : context_(context) {}
 
-  /// Begins a session with a mailbox that has the messages of `ids`, all of which begin with
-  /// `scope`. What a mailbox has that is listed for the first time is trusted. False when the file
-  /// cannot be read; the reason is in the session's `LastError`.
-  bool Begin(const QString& scope, const QStringList& ids);
+  /// Begins a session with a mailbox, named by user, server and port, that has these messages. At
+  /// the first listing of a mailbox all is doubted when the account deletes on the server, or when
+  /// the user has another mailbox at the same server, whose messages may have the same names. False
+  /// when the file cannot be read; the reason is in the session's `LastError`.
+  bool Begin(const QString& mailbox, const QList<ListedMessage>& messages, bool deletes);
   /// Forgets what was not stored, and all of an earlier session: nothing is doubted.
   void Clear();
+  /// Whether an earlier session got identifiers from that mailbox.
+  bool HadIdentifiers(const QString& mailbox);
 
   /// Whether the identifier may name another message than the stored one of that name.
   bool Doubts(const QString& id) const { return doubted_.contains(id); }
-  /// Notes that the message on the server is the stored one of that name.
-  void Confirm(const QString& id);
+  bool IsListed(const QString& id) const { return listed_.contains(id); }
+  /// Whether it is listed and names the stored one.
+  bool Vouches(const QString& id) const { return listed_.contains(id) && !Doubts(id); }
+  /// Whether so many messages are missing that those with new names may be the same ones.
+  bool IsUpset() const { return upset_; }
+  /// Notes that a name of a message that was deleted came back for another one.
+  void NoteReuse();
+  /// Notes that names go from one message to another while both are there: from now on no name in
+  /// the mailbox tells anything, as on a server without identifiers.
+  void Distrust();
+  bool IsDistrusted() const { return distrusted_; }
+  /// Notes that nothing is stored under that name.
+  void NoteNew(const QString& id) { doubted_.remove(id); }
+  /// Notes that the message on the server is the stored one of that name; `isNew` when it has just
+  /// been stored.
+  void Confirm(const QString& id, bool isNew);
   /// Notes that the message is about to be deleted on the server.
   void Release(const QString& id);
 
@@ -34,15 +53,27 @@ class ServerListing {
   bool Store();
 
  private:
-  struct ListStatement;
-  bool Execute(const ListStatement& statement, const QSet<QString>& ids);
+  struct Entry {
+    qint64 size = 0;
+    int deletions = 0;  // how often the server was told to delete it
+  };
+
+  bool Read(const QString& mailbox, bool* hasSibling);
+  bool WriteChanges();
+  bool RemoveGone();
 
   Context& context_;
-  QSet<QString> present_;  // as stored
+  QString mailbox_;
+  QHash<QString, qint64> listed_;
+  QHash<QString, Entry> noted_;  // as stored
+  QHash<QString, Entry> changed_;
+  QHash<QString, int> deletions_;  // of what is listed, when the session began
   QSet<QString> doubted_;
-  QSet<QString> added_;
   QSet<QString> gone_;
-  QSet<QString> released_;
+  bool deletes_ = false;
+  bool upset_ = false;
+  bool reuses_ = false;  // in this session or before, as the next
+  bool distrusted_ = false;
 };
 
 }  // namespace vorn

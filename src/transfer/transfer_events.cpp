@@ -1,5 +1,6 @@
 #include "transfer/transfer_events.h"
 
+#include <QFileInfo>
 #include <utility>
 
 #include "mail/outbox.h"
@@ -60,7 +61,11 @@ void TransferEvents::SessionStarted() {
   stoppedInSession_ = 0;
   hasErased_.clear();
   listing_.Clear();
+  scope_.clear();
+  copies_.reset();
+  if (IsReceiving()) mailFiles_ = MailFiles();
   doomed_.clear();
+  deletesByName_ = false;
   flushFailed_ = false;
   if (IsReceiving()) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -72,8 +77,7 @@ void TransferEvents::SessionStarted() {
 
 void TransferEvents::SessionEnded() {
   flushTimer_.stop();
-  // What was to be deleted may still be there.
-  if (Flush() && !flushFailed_ && !listing_.Store()) ListingFailed();
+  Flush();
   context_.Data.EndGroup();
   deleted_ += pop_.DeletedOnServer();
   if (arrivedInSession_ > 0 && !flushFailed_) {
@@ -91,15 +95,15 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
-  bool isHere = false;
-  if (listing_.Doubts(messageId) && !MakeWay(messageId, data, &isHere)) {
+  const StoredCopies::Found found = FindStored(messageId, data);
+  if (found == StoredCopies::Found::Failed) {
     StoreFailed(failure);
     return false;
   }
-  deleteOnServer = DeletesOnServer();
-  if (isHere) {
+  deleteOnServer = DeletesOnServer() && found != StoredCopies::Found::Erased;
+  if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    NoteStored(messageId, deleteOnServer);
+    NoteStored(messageId, false, deleteOnServer);
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -117,7 +121,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     ++counts_.known;
     KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
   }
-  NoteStored(messageId, deleteOnServer);
+  NoteStored(messageId, received == MailStore::Received::Stored, deleteOnServer);
   if (received == MailStore::Received::Known) return true;
   unflushed_.append(message.SerialID());
   group_.Add(data.size());
@@ -129,29 +133,42 @@ bool TransferEvents::DeletesOnServer() const {
   return account != nullptr && account->Flag(u"InMailServerDelete");
 }
 
-// Looks whether a message under a name that the server may have given anew is a stored one; another
-// one of that name gets out of the way.
-bool TransferEvents::MakeWay(const QString& messageId, const QByteArray& data, bool* isHere) {
-  *isHere = false;
-  for (const QString& file : context_.Session->Text(u"Mail").split(kLineBreak)) {
-    switch (CompareStoredCopy(context_, file, messageId, data)) {
-      case StoredCopy::Same:
-        *isHere = true;
-        return true;
-      case StoredCopy::Other:
-        if (!FreeMessageId(context_, file, messageId)) return false;
-        break;
-      case StoredCopy::Unknown:
-        return false;
-      case StoredCopy::None:
-        break;
-    }
+// Those that a file of the profile may know a message by.
+QStringList TransferEvents::MailFiles() const {
+  const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
+  if (!Settings(context_)->Flag(u"Careful")) return files;
+  // Also those that were used before, so that a new file does not begin with all that they have.
+  QStringList all = files;
+  for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
+    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
   }
-  return true;
+  all.removeDuplicates();
+  return all;
 }
 
-void TransferEvents::NoteStored(const QString& messageId, bool deleteOnServer) {
-  listing_.Confirm(messageId);
+// Asked of what a name does not tell for sure: the server may have given it to another message, or
+// usually gives names and gave this one none.
+StoredCopies::Found TransferEvents::FindStored(const QString& messageId, const QByteArray& data) {
+  const bool doubts = listing_.Doubts(messageId);
+  const bool lacksName = !scope_.isEmpty() && !listing_.IsListed(messageId);
+  if (!doubts && !lacksName) return StoredCopies::Found::None;
+  if (!copies_) copies_.emplace(context_, mailFiles_);
+  const StoredCopies::Found found = copies_->Find(
+      scope_, messageId, data, doubts, [this](const QString& id) { return listing_.Vouches(id); });
+  if (found == StoredCopies::Found::Moved) {
+    listing_.Distrust();
+    return StoredCopies::Found::Stored;
+  }
+  if (found == StoredCopies::Found::Renewed) {
+    listing_.NoteReuse();
+    return StoredCopies::Found::None;
+  }
+  const bool isCareful = Settings(context_)->Flag(u"Careful");
+  return found == StoredCopies::Found::Erased && !isCareful ? StoredCopies::Found::None : found;
+}
+
+void TransferEvents::NoteStored(const QString& messageId, bool isNew, bool deleteOnServer) {
+  listing_.Confirm(messageId, isNew);
   if (deleteOnServer) doomed_.append(messageId);
 }
 
@@ -159,8 +176,17 @@ void TransferEvents::ListingFailed() {
   StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"));
 }
 
-bool TransferEvents::MailboxListed(const QString& scope, const QStringList& messageIds) {
-  if (listing_.Begin(scope, messageIds)) return true;
+bool TransferEvents::MailboxListed(const QString& scope,
+                                   const std::optional<QList<ListedMessage>>& messages) {
+  const QString mailbox = scope.chopped(1) + u':' + QString::number(pop_.ServerPort);
+  if (!messages) {
+    // Under other identifiers all that is stored would be received again.
+    if (!listing_.HadIdentifiers(mailbox)) return true;
+    Error(static_cast<int>(PopError::Refused), Ui::tr("メッセージの一覧を取得できません。"));
+    return false;
+  }
+  scope_ = scope;
+  if (listing_.Begin(mailbox, *messages, DeletesOnServer())) return true;
   ListingFailed();
   return false;
 }
@@ -176,6 +202,8 @@ bool TransferEvents::Flush() {
   if (!stored.isEmpty() && job_ != nullptr) {
     Append(*job_, QStringLiteral("messages"), stored.join(kLineBreak));
   }
+  if (!flushFailed_ && !listing_.Store())
+    ListingFailed();  // costs fetching these once more, if all ends here
   counts_.stored += static_cast<int>(stored.size());
   arrivedInSession_ += static_cast<int>(stored.size());
   return true;
@@ -183,6 +211,10 @@ bool TransferEvents::Flush() {
 
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
+  if (deletesByName_ && listing_.IsDistrusted()) {
+    Log(0, Ui::tr("サーバーのメッセージの番号が変わっているので、今回は削除しません。"));
+    return false;
+  }
   // From here on their names prove nothing: the server may give them to other messages.
   for (const QString& messageId : std::exchange(doomed_, {})) listing_.Release(messageId);
   if (!listing_.Store()) {
@@ -288,9 +320,9 @@ void TransferEvents::RecipientRefused(const QString& address, const QString& rep
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
   deleteOnServer = DeletesOnServer();
-  if (listing_.Doubts(messageId)) return;
   bool isSure = true;
-  for (const QString& file : context_.Session->Text(u"Mail").split(kLineBreak)) {
+  QStringList holders;
+  for (const QString& file : mailFiles_) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
     // A message in any of the files is stored, whichever is asked last.
     bool isHere = false;
@@ -304,14 +336,20 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     }
     const bool isErased = !isHere && IsErased(file, messageId);
     context_.Data.Close();
-    if (isHere) KeepUnlessWhole(file, messageId, deleteOnServer);
+    if (isHere) holders.append(file);
     // A server may give an identifier anew: nothing is deleted there that is not stored here.
     if (isErased) deleteOnServer = false;
     exists = exists || isHere || isErased;
   }
+  if (listing_.Doubts(messageId) && isSure) {
+    if (!exists && !listing_.IsUpset()) listing_.NoteNew(messageId);
+    exists = false;  // its contents will tell
+  }
   if (!exists) return;
+  for (const QString& file : holders) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
-  if (isSure) NoteStored(messageId, deleteOnServer);
+  if (isSure) NoteStored(messageId, false, deleteOnServer);
+  deletesByName_ = deletesByName_ || deleteOnServer;
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.

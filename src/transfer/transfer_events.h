@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "mail/mail_store.h"
+#include "mail/stored_copy.h"
 #include "storage/context.h"
 #include "storage/group_size.h"
 #include "transfer/pop_events.h"
@@ -53,7 +54,8 @@ class TransferEvents : public QObject, public PopEvents {
   void MessageSent(const QByteArray& data) override;
   void HandoverEnded(HandoverOutcome outcome, const QString& reply) override;
   void RecipientRefused(const QString& address, const QString& reply) override;
-  bool MailboxListed(const QString& scope, const QStringList& messageIds) override;
+  bool MailboxListed(const QString& scope,
+                     const std::optional<QList<ListedMessage>>& messages) override;
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
@@ -76,9 +78,10 @@ class TransferEvents : public QObject, public PopEvents {
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
-  bool MakeWay(const QString& messageId, const QByteArray& data, bool* isHere);
+  QStringList MailFiles() const;
+  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
   void ListingFailed();
-  void NoteStored(const QString& messageId, bool deleteOnServer);
+  void NoteStored(const QString& messageId, bool isNew, bool deleteOnServer);
   bool IsErased(const QString& file, const QString& messageId);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
@@ -101,8 +104,12 @@ class TransferEvents : public QObject, public PopEvents {
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
+  QStringList mailFiles_;
+  QString scope_;  // of the mailbox's identifiers; empty when it has none
   ServerListing listing_;
+  std::optional<StoredCopies> copies_;
   QStringList doomed_;              // stored messages that the session will delete on the server
+  bool deletesByName_ = false;      // some of them by their names alone
   QHash<QString, bool> hasErased_;  // by file, in this session
   QString rulesText_;
   std::optional<ReceiveStopRules> rules_;

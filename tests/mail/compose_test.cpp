@@ -5,6 +5,7 @@
 #include <gmime/gmime.h>
 #include <gtest/gtest.h>
 
+#include "mail/attachments.h"
 #include "mail/message_index.h"
 #include "mail/text_extraction.h"
 #include "objects/settings.h"
@@ -66,7 +67,9 @@ class GMimeReading {
     return body;
   }
   QString FileName() const {
-    return QString::fromUtf8(g_mime_part_get_filename(GMIME_PART(Part(1))));
+    auto* parts = GMIME_MULTIPART(g_mime_message_get_mime_part(message_));
+    return QString::fromUtf8(
+        g_mime_part_get_filename(GMIME_PART(Part(g_mime_multipart_get_count(parts) - 1))));
   }
 
  private:
@@ -150,6 +153,15 @@ TEST(ComposeMessage, FilesAreWrittenForEveryReader) {
   EXPECT_TRUE(text.contains("filename=\"=?"));
   EXPECT_TRUE(
       ComposeMessage({}, Options(CharsetChoice::Automatic)).contains("\r\nMime-Version: 1.0"));
+  // A name that was received may be of any length.
+  const QString name = QStringLiteral("非常に長い資料の名前").repeated(40) + QStringLiteral(".pdf");
+  const QByteArray source = composed(name, QStringLiteral("application/pdf"), "x");
+  for (const QByteArray& line : source.split('\n')) EXPECT_LE(line.size(), 999);
+  EXPECT_TRUE(GMimeReading(source).FileName().endsWith(QStringLiteral(".pdf"))) << "cut short";
+  const std::vector<Attachment> listed =
+      ListAttachments(MimeCodec::ReadContent(source), DefaultTextTypes(), true);
+  ASSERT_EQ(listed.size(), 1U);
+  EXPECT_EQ(listed[0].name, name);
 }
 
 // RFC 5322 section 2.1.1: servers break longer lines, or refuse them.

@@ -103,21 +103,6 @@ TEST_F(MessageListPageTest, AnEmptyFolderEndsAtTheFirstDataTag) {
       << page.right(80).toStdString();
 }
 
-TEST_F(MessageListPageTest, PagesAreCutAndTellWhatLiesAround) {
-  for (int i = 0; i < 5; ++i) Store("number" + QByteArray::number(i));
-  SetRows(2);
-  EXPECT_EQ(Page(1).count("preview:"), 2);
-  EXPECT_TRUE(!before_ && next_);
-  const QByteArray second = Page(2);
-  EXPECT_TRUE(second.contains("number2") && second.contains("number3"));
-  EXPECT_TRUE(before_ && next_);
-  EXPECT_EQ(Page(3).count("preview:"), 1);
-  EXPECT_TRUE(before_ && !next_);
-  SetRows(0);
-  EXPECT_EQ(Page(1).count("preview:"), 5);
-  EXPECT_FALSE(before_ || next_);
-}
-
 // The stored form of addresses has words that nobody looks for.
 TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
   Store("A");

@@ -128,6 +128,9 @@ class Generator {
     QString text = code.sentences[Number(0, static_cast<int>(code.sentences.size()) - 1)];
     if (Number(0, 1) == 0) text += QStringLiteral("\r\n") + code.sentences[0];
     const QByteArray bytes = Encode(text, code.code);
+    if (!message.text.isEmpty() && !message.text.endsWith(QStringLiteral("\r\n"))) {
+      message.text += QStringLiteral("\r\n");
+    }
     message.text += text;
     message.earlierCode = code.code == Code::Ascii || code.code == Code::Jis ? 0
                           : code.code == Code::Euc                           ? 1

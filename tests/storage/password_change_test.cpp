@@ -8,7 +8,11 @@
 #include <QTemporaryDir>
 
 #include "storage/data_session.h"
+#include "storage/engine.h"
+#include "storage/file_key.h"
+#include "storage/file_notes.h"
 #include "storage/new_database.h"
+#include "storage/raw_pages.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -161,6 +165,60 @@ TEST_F(PasswordStepsTest, AMissingOrDamagedCopyIsAnErrorAndNeverSuccess) {
   PasswordChange rest = Change(data);
   EXPECT_TRUE(rest.Finish());
   EXPECT_EQ(Password(), kNew);
+}
+
+// A change of how keys are derived would leave every file shut.
+TEST(FileKeys, StayWhatTheyAre) {
+  const QByteArray ours = QByteArray::fromHex("000102030405060708090a0bd3392829");
+  const QByteArray engines = QByteArray::fromHex("000102030405060708090a0b0c0d0e0f");
+  EXPECT_TRUE(FileKey::IsOurs(kOld, ours));
+  EXPECT_FALSE(FileKey::IsOurs(kOld, engines));
+  EXPECT_FALSE(FileKey::IsOurs({}, ours)) << "without a password there is nothing to derive from";
+  EXPECT_EQ(FileKey::Raw(kOld, ours).toHex(),
+            "ea1e2eec79add0aa8a820bc95211e1ae4e28d08254c6e6eecc42308e581e324c");
+  EXPECT_EQ(FileKey::Raw(kOld, engines).toHex(),
+            "406cee99bae634e23d0dca42102e0ba36e26f5eac86bb1a9db395ce08f369cd0");
+}
+
+TEST_F(PasswordStepsTest, TheFilesOfAPasswordShareASecretAndHaveKeysOfTheirOwn) {
+  const QByteArray first = FileStart(files_[0], FileKey::kSaltBytes);
+  const QByteArray second = FileStart(files_[1], FileKey::kSaltBytes);
+  EXPECT_TRUE(FileKey::IsOurs(kOld, first) && FileKey::IsOurs(kOld, second));
+  EXPECT_EQ(first.first(8), second.first(8));
+  EXPECT_NE(FileKey::Raw(kOld, first), FileKey::Raw(kOld, second));
+}
+
+// A file of an earlier version, whose key the engine derives.
+TEST_F(PasswordStepsTest, OlderFilesOpenAndGetAKeyOfTodayUnderTheSamePassword) {
+  for (const QString& file : files_) ASSERT_TRUE(QFile::remove(file));
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open(files_[0].toUtf8().constData(), &handle), SQLITE_OK);
+  ASSERT_EQ(sqlite3_key(handle, "vorn-file-key:old", 17), SQLITE_OK);
+  const QByteArray make =
+      "PRAGMA cipher_page_size = 4096; CREATE TABLE t (V); INSERT INTO t VALUES"
+      " ('kept'); PRAGMA application_id = " +
+      QByteArray::number(kApplicationId);
+  ASSERT_EQ(sqlite3_exec(handle, make.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(handle);
+  EXPECT_EQ(Password(), QString()) << "the other file is missing";
+  files_.removeLast();
+  EXPECT_EQ(Password(), kOld);
+  DataSession data;
+  PasswordChange renewal = Change(data);
+  EXPECT_TRUE(renewal.AnyKeyIsOlder(kOld));
+  const QString mark = FileMark(files_[0]);
+  EXPECT_FALSE(renewal.AnyKeyIsOlder({}));
+  EXPECT_EQ(renewal.Run(kOld, kOld), PasswordChange::Outcome::Changed);
+  EXPECT_FALSE(renewal.AnyKeyIsOlder(kOld));
+  EXPECT_EQ(FileMark(files_[0]), mark) << "a lost file is still told from another";
+  EXPECT_EQ(renewal.Run(kOld, kNew), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(kNew, {}), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run({}, kOld), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(FileMark(files_[0]), mark);
+  EXPECT_EQ(Password(), kOld);
+  ASSERT_TRUE(data.Open(files_[0], kOld));
+  ASSERT_TRUE(data.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
+  EXPECT_EQ(data.Recordset()->Fields(u"V").toString(), QStringLiteral("kept"));
 }
 
 }  // namespace

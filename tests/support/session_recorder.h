@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QByteArrayList>
 #include <QStringList>
 
@@ -7,19 +9,24 @@
 
 namespace vorn::test {
 
-/// Answers a session as a program does that wants everything, and writes down what was told.
+/// Answers a session as a program does that wants everything and deletes it on the server, unless
+/// told otherwise, and writes down what was told.
 class SessionRecorder : public PopEvents {
  public:
-  bool MessageArrived(const QString&, const QByteArray& data, bool& deleteOnServer) override {
+  bool MessageArrived(const QString& id, const QByteArray& data, bool& deleteOnServer) override {
+    ids.append(id);
     arrived.append(data);
-    deleteOnServer = true;
-    return true;
+    deleteOnServer = deletes && canStore;
+    return canStore;
   }
   bool BeginHandover() override {
     told.append(QStringLiteral("begin"));
     return mayHandOver;
   }
-  void MessageSent(const QByteArray&) override { told.append(QStringLiteral("sent")); }
+  void MessageSent(const QByteArray& data) override {
+    sent.append(data);
+    told.append(QStringLiteral("sent"));
+  }
   void HandoverEnded(HandoverOutcome outcome, const QString&) override {
     told.append(outcome == HandoverOutcome::Refused ? QStringLiteral("refused")
                                                     : QStringLiteral("unknown"));
@@ -27,32 +34,38 @@ class SessionRecorder : public PopEvents {
   void RecipientRefused(const QString& address, const QString&) override {
     refused.append(address);
   }
-  bool MailboxListed(const QString&, const QStringList&) override { return true; }
-  void AlreadyStored(const QString&, bool&, bool&) override {}
+  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
+    return true;
+  }
+  void AlreadyStored(const QString& id, bool& exists, bool& deleteOnServer) override {
+    exists = known.contains(id);
+    deleteOnServer = deletes;
+  }
   void Error(int code, const QString& text) override {
     codes.append(static_cast<PopError>(code));
     errors.append(text);
   }
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override {
     stop = header.contains("Subject: stop");
-    deleteOnServer = true;
+    deleteOnServer = deletes;
   }
   void SessionStarted() override { ++started; }
   void SessionEnded() override { ++ended; }
-  void Progress(int, qint64, qint64) override {}
+  void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }
   void Log(int, const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }
-  bool MakeDurable() override { return true; }
+  bool MakeDurable() override { return durable; }
 
   /// Everything that a user could get to see.
   QString Shown() const { return errors.join(u'\n') + log.join(u'\n'); }
 
-  QByteArrayList arrived;
-  QStringList told;  ///< of handing over, in order
+  QByteArrayList arrived, sent;
+  QStringList ids, known;  ///< of what arrived, and of what need not
+  QStringList told;        ///< of handing over, in order
   QStringList errors, log, refused;
   QList<PopError> codes;
   int started = 0, ended = 0;
-  bool wantsHeaders = false, mayHandOver = true;
+  bool wantsHeaders = false, mayHandOver = true, deletes = true, canStore = true, durable = true;
 };
 
 }  // namespace vorn::test

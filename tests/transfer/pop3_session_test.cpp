@@ -6,48 +6,14 @@
 
 #include <QStringList>
 
-#include "support/test_profile.h"
+#include "support/session_recorder.h"
 
 namespace vorn {
 namespace {
 
-// Answers the events and writes down what was told.
-class Recorder : public PopEvents {
- public:
-  bool MessageArrived(const QString& id, const QByteArray& data, bool& remove) override {
-    ids.append(id);
-    sources.append(data);
-    remove = deleteOnServer && canStore;
-    return canStore;
-  }
-  void MessageSent(const QByteArray&) override {}
-  bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const QStringList&) override { return true; }
-  void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
-    exists = known.contains(id);
-    remove = deleteOnServer;
-  }
-  void Error(int, const QString& text) override { errors.append(text); }
-  void ReceiveStopTest(const QByteArray& header, bool& stop, bool& remove) override {
-    stop = header.contains("Subject: stop");
-    remove = deleteOnServer;
-  }
-  void SessionStarted() override {}
-  void SessionEnded() override {}
-  void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }
-  void Log(int, const QString&) override {}
-  bool WantsHeaders() override { return wantsHeaders; }
-  bool MakeDurable() override { return durable; }
-
-  QStringList ids, errors, known;
-  QList<QByteArray> sources;
-  bool deleteOnServer = false, canStore = true, wantsHeaders = false, durable = true;
-};
-
 class Pop3SessionTest : public testing::Test {
  protected:
+  Pop3SessionTest() { events_.deletes = false; }
   // Plays the server's bytes, in chunks so small that no answer comes before its question, and
   // returns what the client said.
   QString Play(const QByteArray& server, qsizetype chunk = 1, bool apop = false) {
@@ -65,7 +31,7 @@ class Pop3SessionTest : public testing::Test {
     return QString::fromLatin1(said.trimmed()).replace(QStringLiteral("\r\n"), QStringLiteral("|"));
   }
 
-  Recorder events_;
+  test::SessionRecorder events_;
   QString password_ = QStringLiteral("s3cret");
   int deleted_ = 0;
 };
@@ -80,10 +46,10 @@ TEST_F(Pop3SessionTest, ReceivesWhatIsNewAndQuits) {
   events_.known = QStringList{QStringLiteral("us%20er@mail.example/a")};
   for (const qsizetype chunk : {1, 2, 5}) {
     events_.ids.clear();
-    events_.sources.clear();
+    events_.arrived.clear();
     EXPECT_EQ(Play(server, chunk), kSaidLogin + QStringLiteral("|RETR 2|QUIT"));
     EXPECT_EQ(events_.ids, QStringList{QStringLiteral("us%20er@mail.example/b")});
-    EXPECT_EQ(events_.sources, QList<QByteArray>{"Subject: x\r\n\r\n.dot\r\n"});
+    EXPECT_EQ(events_.arrived, QList<QByteArray>{"Subject: x\r\n\r\n.dot\r\n"});
     EXPECT_TRUE(events_.errors.isEmpty());
   }
 }
@@ -92,7 +58,7 @@ TEST_F(Pop3SessionTest, DeletesOnlyWhatIsDurable) {
   const QByteArray server = kLogin +
                             "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n"
                             "+OK\r\nx\r\n.\r\n+OK\r\n+OK\r\n+OK bye\r\n";
-  events_.deleteOnServer = true;
+  events_.deletes = true;
   events_.known = QStringList{QStringLiteral("us%20er@mail.example/a")};
   EXPECT_EQ(Play(server), kSaidLogin + QStringLiteral("|RETR 2|DELE 1|DELE 2|QUIT"));
   EXPECT_EQ(deleted_, 2);
@@ -102,7 +68,7 @@ TEST_F(Pop3SessionTest, DeletesOnlyWhatIsDurable) {
 }
 
 TEST_F(Pop3SessionTest, StopsAtAMessageThatCannotBeStored) {
-  events_.deleteOnServer = true;
+  events_.deletes = true;
   events_.canStore = false;
   EXPECT_EQ(Play(kLogin +
                  "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n+OK\r\nx\r\n.\r\n+OK\r\n"),
@@ -111,12 +77,12 @@ TEST_F(Pop3SessionTest, StopsAtAMessageThatCannotBeStored) {
 
 TEST_F(Pop3SessionTest, AsksForHeadersOnlyWhenARuleCouldMatch) {
   events_.wantsHeaders = true;
-  events_.deleteOnServer = true;
+  events_.deletes = true;
   EXPECT_EQ(Play(kLogin + "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n"
                           "+OK\r\nSubject: stop\r\n\r\n.\r\n+OK\r\nSubject: go\r\n\r\n.\r\n"
                           "+OK\r\ngo\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
             kSaidLogin + QStringLiteral("|TOP 1 0|TOP 2 0|RETR 2|DELE 1|DELE 2|QUIT"));
-  EXPECT_EQ(events_.sources, QList<QByteArray>{"go\r\n"});
+  EXPECT_EQ(events_.arrived, QList<QByteArray>{"go\r\n"});
 }
 
 // With the example of RFC 1939 section 7.
@@ -161,7 +127,7 @@ TEST_F(Pop3SessionTest, EveryFailureEndsTheSessionWithASentence) {
     Play(server, 5);
     EXPECT_EQ(events_.errors.size(), 1) << server.left(60).toStdString();
     EXPECT_FALSE(events_.errors.value(0).contains(u"s3cret")) << "a password in the log";
-    EXPECT_TRUE(events_.sources.isEmpty());
+    EXPECT_TRUE(events_.arrived.isEmpty());
   }
 }
 

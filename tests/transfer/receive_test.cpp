@@ -188,9 +188,11 @@ TEST_F(ReceiveTest, ANameThatIsGivenAnewIsNewMail) {
   AddMessages(2);
   const DiskPtr account = profile_.AddAccount(server_.Port(), true);
   EXPECT_EQ(Receive().stored, 2);
-  server_.AddMessage("uid0", "Subject: second\r\n\r\n\r\n");
-  EXPECT_EQ(Receive().stored, 1);
-  EXPECT_TRUE(server_.Messages.isEmpty());
+  for (const char* subject : {"second", "as long", "as that", "as this"}) {
+    server_.AddMessage("uid0", QByteArray("Subject: ") + subject + "\r\n\r\n\r\n");
+    EXPECT_EQ(Receive().stored, 1) << subject;
+    EXPECT_TRUE(server_.Messages.isEmpty());
+  }
   // Also when somebody else has deleted the old one, and when mail is kept on the server.
   account->Let(QStringLiteral("InMailServerDelete"), false);
   server_.AddMessage("uid0", "Subject: third\r\n\r\n\r\n");
@@ -206,20 +208,25 @@ TEST_F(ReceiveTest, ANameThatIsGivenAnewIsNewMail) {
   server_.ForgetReceived();
   EXPECT_EQ(Receive().known, 1);
   EXPECT_EQ(server_.Count("RETR"), 0);
-  EXPECT_EQ(Rows(), 5);
+  EXPECT_EQ(Rows(), 8);
 }
 
-// What was to be deleted and was not is looked at once more, and is the same.
+// What was to be deleted and was not is looked at once more, and is the same; but not for ever.
 TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
   AddMessages(2);
   profile_.AddAccount(server_.Port(), true);
   const QList<test::ServerMessage> all = server_.Messages;
   EXPECT_EQ(Receive().stored, 2);
-  server_.Messages = all;
-  const ReceiveCounts again = Receive();
-  EXPECT_EQ(again.stored, 0);
-  EXPECT_EQ(again.known, 2);
-  EXPECT_TRUE(server_.Messages.isEmpty());
+  for (int check = 0; check < 5; ++check) {
+    server_.Messages = all;
+    // Some servers write into the header what they know of a message.
+    server_.Messages[0].source.prepend("Status: RO\r\n");
+    const ReceiveCounts again = Receive();
+    EXPECT_EQ(again.stored, 0);
+    EXPECT_EQ(again.known, 2);
+    EXPECT_TRUE(server_.Messages.isEmpty());
+  }
+  EXPECT_LE(server_.Count("RETR"), 2 + 3 * 2);
   EXPECT_EQ(Rows(), 2);
   // An end before the deletion leaves nothing to look at.
   server_.Messages = {{"uid7", "Subject: 7\r\n\r\n\r\n"}, {"uid8", "Subject: 8\r\n\r\n\r\n"}};
@@ -231,6 +238,112 @@ TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
   EXPECT_EQ(Receive().known, 1);
   EXPECT_EQ(server_.Count("RETR"), 1);
   EXPECT_TRUE(server_.Messages.isEmpty());
+}
+
+// A server that numbers its messages anew in each session: what is told apart is what they hold.
+TEST_F(ReceiveTest, MessagesThatMoveUpInTheListAreTheSame) {
+  const auto number = [this] {
+    for (qsizetype i = 0; i < server_.Messages.size(); ++i) {
+      server_.Messages[i].uidl = QByteArray::number(i + 1);
+    }
+  };
+  for (const char* subject : {"one", "second", "the third", "number four"}) {
+    server_.AddMessage("x", QByteArray("Subject: ") + subject + "\r\n\r\n\r\n");
+  }
+  number();
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 4);
+  // One goes and another one comes.
+  server_.Messages.removeFirst();
+  server_.AddMessage("x", "Subject: a fifth one\r\n\r\n\r\n");
+  number();
+  Receive();
+  Receive();  // the names are known to tell nothing
+  EXPECT_EQ(Rows(), 5);
+  // One more that nothing but its contents tells from another: it is looked at before the deletion.
+  server_.Messages.removeFirst();
+  server_.AddMessage("x", "Subject: no sixth so\r\n\r\n\r\n");
+  number();
+  // The server deletes half and closes.
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  server_.Pipelining = false;
+  server_.DeletesOnBreak = true;
+  server_.Faults = {{Fault::Kind::Cut, "DELE", 3, 0, {}}};
+  Receive();
+  server_.Faults.clear();
+  ASSERT_FALSE(server_.Messages.isEmpty());
+  number();
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  const QStringList subjects = Subjects(4);
+  EXPECT_EQ(subjects.size(), 6);
+  EXPECT_EQ(QSet<QString>(subjects.begin(), subjects.end()).size(), 6);
+}
+
+// Two mailboxes that seem one: tunnels end at one host, and the servers behind give the same names.
+TEST_F(ReceiveTest, MailboxesBehindTwoPortsAreTwo) {
+  LoopbackPop3Server other;
+  ASSERT_TRUE(other.Listen());
+  AddMessages(3);
+  for (int i = 0; i < 3; ++i) {
+    other.AddMessage("uid" + QByteArray::number(i),
+                     "Subject: other " + QByteArray::number(i) + "\r\n\r\n\r\n");
+  }
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  profile_.AddAccount(other.Port(), true);
+  EXPECT_EQ(Receive().stored, 3);
+  EXPECT_EQ(Rows(), 6);
+  EXPECT_EQ(server_.Messages.size(), 3);
+  server_.ForgetReceived();
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_EQ(server_.Count("RETR"), 0) << "each has a listing of its own";
+}
+
+// A listing that lacks what is there, and one without identifiers.
+TEST_F(ReceiveTest, AnOddListingDoublesNothing) {
+  AddMessages(4);
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 4);
+  const QList<test::ServerMessage> all = server_.Messages;
+  server_.Messages.clear();
+  Receive();
+  server_.Messages = all;
+  EXPECT_EQ(Receive().stored, 0);
+  server_.Faults = {
+      {Fault::Kind::Reply, "UIDL", 1, 0, "+OK\r\n1 uid0\r\n2 uid1\r\n4 uid3\r\n.\r\n"}};
+  EXPECT_EQ(Receive().stored, 0) << "a message without a name";
+  server_.Faults.clear();
+  server_.Messages[1].uidl = "uid0";
+  EXPECT_EQ(Receive().stored, 0) << "two of one name";
+  server_.Messages = all;
+  EXPECT_EQ(Receive().stored, 0);
+  server_.OffersUidl = false;
+  const ReceiveCounts refused = Receive();
+  EXPECT_EQ(refused.stored, 0);
+  EXPECT_EQ(refused.errors, 1);
+  EXPECT_EQ(Rows(), 4);
+}
+
+// What was erased is known by what it held as well, and by the files that were used before.
+TEST_F(ReceiveTest, WhatWasHereOnceStaysKnown) {
+  AddMessages(3);
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  const QList<QVariant> rows = profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"));
+  ASSERT_TRUE(SetDust(profile_.Get(), {rows.value(0).toString()}, true));
+  ASSERT_TRUE(EmptyDust(profile_.Get()));
+  const QList<test::ServerMessage> all = server_.Messages;
+  server_.Messages.clear();
+  Receive();
+  server_.Messages = all;
+  for (int check = 0; check < 3; ++check) EXPECT_EQ(Receive().stored, 0);
+  EXPECT_EQ(server_.Count("RETR"), 3 + 3) << "each was looked at once more";
+  // Another file from now on.
+  Context& context = profile_.Get();
+  context.Session->Let(QStringLiteral("History"), context.Session->Text(u"Mail"));
+  context.Session->Let(QStringLiteral("Mail"), profile_.Folder() + QStringLiteral("/other.mbx"));
+  EXPECT_EQ(Receive().stored, 0);
 }
 
 // Whoever erased a message for good does not get it once more, unless he fetches it by an import.
@@ -269,18 +382,10 @@ TEST_F(ReceiveTest, WhatIsStoredAndCannotBeReadStaysOnTheServer) {
   profile_.Get().Data.Close();
   account->Let(QStringLiteral("InMailServerDelete"), true);
   Receive();
-  EXPECT_TRUE(LastLog().contains(QStringLiteral("サーバーから削除しません")))
+  EXPECT_TRUE(LastLog().contains(QStringLiteral("サーバーからは削除しません")))
       << LastLog().toStdString();
   ASSERT_GE(server_.Messages.size(), 1);
   EXPECT_TRUE(server_.Messages.first().source.startsWith("Subject: 0"));
-}
-
-TEST_F(ReceiveTest, AQuoteInAnIdentifierStaysData) {
-  server_.AddMessage("x' OR '1'='1", "Subject: a\r\n\r\n\r\n");
-  server_.AddMessage("y", "Subject: b\r\n\r\n\r\n");
-  profile_.AddAccount(server_.Port());
-  EXPECT_EQ(Receive().stored, 2);
-  EXPECT_EQ(Receive().known, 2);
 }
 
 TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {

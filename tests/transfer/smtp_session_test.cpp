@@ -1,39 +1,14 @@
-// SMTP conversations played as text, and messages sent to a server on loopback.
+// SMTP conversations played as text.
 
 #include "transfer/smtp_session.h"
 
 #include <gtest/gtest.h>
 
-#include "support/loopback_smtp_server.h"
-#include "support/test_profile.h"
-#include "transfer/pop.h"
+#include "support/session_recorder.h"
 #include "transfer/wire_message.h"
 
 namespace vorn {
 namespace {
-
-class Recorder : public PopEvents {
- public:
-  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
-  void MessageSent(const QByteArray& data) override { sent.append(data); }
-  bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const QStringList&) override { return true; }
-  void AlreadyStored(const QString&, bool&, bool&) override {}
-  void Error(int, const QString& text) override { errors.append(text); }
-  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
-  void SessionStarted() override {}
-  void SessionEnded() override { ++ended; }
-  void Progress(int, qint64, qint64) override {}
-  void Log(int, const QString&) override {}
-  bool WantsHeaders() override { return false; }
-  bool MakeDurable() override { return true; }
-
-  QStringList errors;
-  QByteArrayList sent;
-  int ended = 0;
-};
 
 class SmtpSessionTest : public testing::Test {
  protected:
@@ -53,7 +28,7 @@ class SmtpSessionTest : public testing::Test {
     return QString::fromLatin1(said).trimmed().replace(QStringLiteral("\r\n"), QStringLiteral("|"));
   }
 
-  Recorder events_;
+  test::SessionRecorder events_;
   SmtpJob job_;
 };
 
@@ -119,25 +94,6 @@ TEST(WireMessageTest, IsCleanAndStuffed) {
             QByteArray("A: 1\r\n\r\n...\r\n..b\r\n\r\n"));
   EXPECT_EQ(WireMessage("x"), QByteArray("x\r\n"));
   EXPECT_EQ(WireMessage("a\r\n.\r\n.\r\n"), QByteArray("a\r\n..\r\n"));
-}
-
-TEST(PopSending, AMessageArrivesAsItWasWritten) {
-  test::LoopbackSmtpServer server;
-  ASSERT_TRUE(server.Listen());
-  Recorder events;
-  Pop pop;
-  pop.SetEvents(&events);
-  pop.Server = QStringLiteral("127.0.0.1");
-  pop.ServerPort = server.Port();
-  pop.Mode = kPopSend;
-  pop.MailFrom = QStringLiteral("f@x");
-  pop.MailTo = QStringLiteral("a@x\r\nb@x");
-  pop.SetMessage("Subject: s\r\nBcc: b@x\r\n\r\n.\r\nline\r\n.\r\n\r\n.\r\n");
-  pop.Start();
-  ASSERT_TRUE(test::WaitFor([&events] { return events.ended == 1; }));
-  ASSERT_EQ(server.Messages().size(), 1);
-  EXPECT_EQ(server.Messages()[0].source, QByteArray("Subject: s\r\n\r\n.\r\nline\r\n.\r\n\r\n"));
-  EXPECT_EQ(server.Messages()[0].recipients, (QList<QByteArray>{"a@x", "b@x"}));
 }
 
 }  // namespace

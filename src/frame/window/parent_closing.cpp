@@ -60,7 +60,11 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   tmDialog_.stop();
   tmPlan_.stop();
   counting_.stop();
-  tasktray_.reset();
+  // It may be its own menu that closes the program.
+  if (TaskTray* tray = tasktray_.release()) {
+    tray->Hide();
+    tray->deleteLater();
+  }
   KeepPlacement();
   SaveMarkedObjects(context_);
   queue_.Clear();

@@ -318,15 +318,30 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
   PlayNoticeSound();
 }
 
+// The question waits beside what the user is doing: keys that are being typed are not its answer.
 void ParentWindow::AskToOpen(const Disk& request) {
-  if (ShowBox(this, QMessageBox::Question,
-              Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
-              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Ok) {
+  const QStringList messages = request.Text(u"message").split(kLineBreak);
+  if (newMessages_ != nullptr) {
+    newMessages_->setProperty("messages",
+                              newMessages_->property("messages").toStringList() + messages);
     return;
   }
-  for (const QString& serialId : request.Text(u"message").split(kLineBreak)) {
-    OpenMessage(0, serialId, false);
-  }
+  newMessages_ = new QMessageBox(QMessageBox::Question, kApplicationTitle,
+                                 Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
+                                 QMessageBox::Ok | QMessageBox::Cancel, this);
+  newMessages_->setDefaultButton(QMessageBox::Cancel);
+  newMessages_->setProperty("messages", messages);
+  newMessages_->setAttribute(Qt::WA_DeleteOnClose);
+  newMessages_->setAttribute(Qt::WA_ShowWithoutActivating);
+  newMessages_->setModal(false);
+  connect(newMessages_, &QMessageBox::finished, this,
+          [this, box = newMessages_.data()](int answer) {
+            if (answer != QMessageBox::Ok) return;
+            for (const QString& serialId : box->property("messages").toStringList()) {
+              OpenMessage(0, serialId, false);
+            }
+          });
+  newMessages_->show();
 }
 
 void ParentWindow::PlayNoticeSound() {
@@ -361,6 +376,11 @@ void ParentWindow::ShowTaskTray(bool shown) {
     tasktray_.reset();
   } else if (tasktray_ == nullptr) {
     tasktray_ = std::make_unique<TaskTray>(windowIcon(), version_, exit_, this);
+    connect(tasktray_.get(), &TaskTray::Clicked, this, [this] {
+      setWindowState(windowState() & ~Qt::WindowMinimized);
+      raise();
+      activateWindow();
+    });
   }
 }
 
@@ -389,6 +409,10 @@ void ParentWindow::RefreshNode(const QString& serialId) {
   CountUnreadSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
+  // It may have another mail file now.
+  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
+    if (browser->IsLocal()) browser->Refresh();
+  }
 }
 
 void ParentWindow::ShowTitle() {

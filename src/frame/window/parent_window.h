@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
@@ -20,6 +21,7 @@
 
 class QAction;
 class QMdiArea;
+class QMessageBox;
 class QMenu;
 class QSplitter;
 class QToolBar;
@@ -171,6 +173,7 @@ class ParentWindow : public QMainWindow,
   QSplitter* splitter_;
   QToolBar* tbMain_ = nullptr;
   QSoundEffect* mmSound_;
+  QPointer<QMessageBox> newMessages_;  // the question whether to open them
   std::unique_ptr<TaskTray> tasktray_;
   QAction* version_ = nullptr;  // the menu entries that the notification area's menu shares
   QAction* exit_ = nullptr;

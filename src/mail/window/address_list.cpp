@@ -37,22 +37,6 @@ QString TextOf(const QString& kind) {
   return kind;
 }
 
-// As a row shows an entry and reads it back: a name that would be read as addresses is quoted.
-QString Presentable(const AddressEntry& entry) {
-  if (entry.address == kNoAddress) return entry.displayName;
-  if (entry.displayName.isEmpty()) return entry.address;
-  const QString address = QStringLiteral(" <") + entry.address + u'>';
-  const QString plain = entry.displayName + address;
-  const QList<AddressEntry> read = ReadTypedAddresses(plain);
-  if (read.size() == 1 && read[0].address == entry.address &&
-      read[0].displayName == entry.displayName) {
-    return plain;
-  }
-  QString quoted = entry.displayName;
-  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
-  return u'"' + quoted + u'"' + address;
-}
-
 // What keeps a row's text from being sent to; empty when nothing does.
 QString FaultOf(const QString& text) {
   for (const AddressEntry& entry : ReadTypedAddresses(text)) {
@@ -132,7 +116,7 @@ void AddressList::AddRow(const AddressEntry& entry) {
   } else {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
   }
-  setItem(row, kAddress, new QTableWidgetItem(editable_ ? Presentable(entry) : entry.presentable));
+  setItem(row, kAddress, new QTableWidgetItem(editable_ ? TypedForm(entry) : entry.presentable));
   filling_ = false;
   MarkFault(row);
 }
@@ -163,7 +147,7 @@ void AddressList::SplitRow(int row) {
   if (entries.size() < 2) return;
   const QString kind = KindOf(row);
   filling_ = true;
-  item(row, kAddress)->setText(Presentable(entries[0]));
+  item(row, kAddress)->setText(TypedForm(entries[0]));
   filling_ = false;
   for (AddressEntry entry : entries.mid(1)) {
     entry.kind = kind;

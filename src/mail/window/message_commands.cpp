@@ -396,14 +396,17 @@ void MessageWindow::ZoomBy(int steps) {
   if (wbHtml_ != nullptr) wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
 }
 
+void MessageWindow::MakeHtmlView() {
+  if (wbHtml_ != nullptr) return;
+  wbHtml_ = new HtmlView(context_.TempFolder);
+  htmlPage_->layout()->addWidget(wbHtml_);
+  connect(wbHtml_, &HtmlView::MessageWanted, this,
+          [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
+  wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+}
+
 void MessageWindow::ShowHtml() {
-  if (wbHtml_ == nullptr) {
-    wbHtml_ = new HtmlView(context_.TempFolder);
-    htmlPage_->layout()->addWidget(wbHtml_);
-    connect(wbHtml_, &HtmlView::MessageWanted, this,
-            [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
-    wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
-  }
+  MakeHtmlView();
   wbHtml_->Show(WithInlineImages(html_, source_, request_->Text(u"content")));
 }
 

@@ -101,6 +101,13 @@ QMenu* MessageWindow::BuildMessagesMenu() {
 // A command of the box that has the focus, by its slot's name.
 void MessageWindow::InFocusedBox(const char* slot) {
   QWidget* box = focusWidget();
+  // Chosen by keys: the menu bar gives the keyboard back once this is done.
+  if (box == menuBar()) {
+    QTimer::singleShot(0, this, [this, slot] {
+      if (focusWidget() != menuBar()) InFocusedBox(slot);
+    });
+    return;
+  }
   if (qobject_cast<QLineEdit*>(box) != nullptr || qobject_cast<QPlainTextEdit*>(box) != nullptr) {
     QMetaObject::invokeMethod(box, slot);
   }

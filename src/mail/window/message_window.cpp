@@ -110,6 +110,8 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txMemo_->setPlainText(TextOf(opened));
   tsBody_->setCurrentIndex(0);
   const bool hasHtml = !editable && !html_.isEmpty();
+  // Made before the window is shown: the first one would make the system's window anew.
+  if (hasHtml) MakeHtmlView();
   tsBody_->setTabVisible(1, hasHtml);
   tsBody_->setTabEnabled(1, hasHtml);  // else the keys reach it
   tsBody_->tabBar()->setVisible(hasHtml);

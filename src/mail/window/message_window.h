@@ -100,6 +100,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ShowNeighbour(int step);
   void FindText(const QString& text, bool backward);
   void ZoomBy(int steps);
+  void MakeHtmlView();
   void ShowHtml();
   void InsertRows(const QString& addressLines);
 

@@ -114,6 +114,15 @@ QSize NamedEditorDelegate::sizeHint(const QStyleOptionViewItem& option,
   return size;
 }
 
+// A menu takes the keyboard for a moment; what is being typed goes on afterwards.
+bool NamedEditorDelegate::eventFilter(QObject* editor, QEvent* event) {
+  if (event->type() == QEvent::FocusOut) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::MenuBarFocusReason || reason == Qt::PopupFocusReason) return false;
+  }
+  return QStyledItemDelegate::eventFilter(editor, event);
+}
+
 void NamedEditorDelegate::initStyleOption(QStyleOptionViewItem* option,
                                           const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);

@@ -25,6 +25,7 @@ class NamedEditorDelegate : public QStyledItemDelegate {
   void Typed();
 
  protected:
+  bool eventFilter(QObject* editor, QEvent* event) override;
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
  private:

@@ -14,10 +14,17 @@ TaskTray::TaskTray(const QIcon& icon, QAction* version, QAction* exit, QObject* 
   menuTasktray_.addAction(exit);
   icon_.setToolTip(kApplicationTitle);
   icon_.setContextMenu(&menuTasktray_);
+  connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason how) {
+    if (how == QSystemTrayIcon::Trigger || how == QSystemTrayIcon::DoubleClick) Q_EMIT Clicked();
+  });
   icon_.show();
 }
 
 TaskTray::~TaskTray() {
+  Hide();
+}
+
+void TaskTray::Hide() {
   icon_.hide();
 }
 

@@ -15,6 +15,11 @@ class TaskTray : public QObject {
   TaskTray(const QIcon& icon, QAction* version, QAction* exit, QObject* parent);
   ~TaskTray() override;
   const QSystemTrayIcon& Icon() const { return icon_; }
+  void Hide();
+
+ Q_SIGNALS:
+  /// The icon was clicked.
+  void Clicked();
 
  private:
   QMenu menuTasktray_;
