@@ -129,7 +129,7 @@
     </message>
     <message>
         <source>プロファイルの選択(&amp;L)</source>
-        <translation>Log in to (&amp;L)</translation>
+        <translation>Choose a profile (&amp;L)</translation>
     </message>
     <message>
         <source>プロファイル(&amp;L)</source>
@@ -2649,6 +2649,18 @@ Open it?</translation>
     <message>
         <source>サーバーのメッセージの番号が変わっているので、今回は削除しません。</source>
         <translation>The server has numbered its messages anew, so nothing is deleted this time.</translation>
+    </message>
+    <message>
+        <source>標準のブラウザーを起動できません。</source>
+        <translation>The system's browser cannot be started.</translation>
+    </message>
+    <message>
+        <source>お気に入りのページを標準のブラウザーで開く(&amp;B)</source>
+        <translation>Open bookmarks in the system's &amp;browser</translation>
+    </message>
+    <message>
+        <source>ファイルを新しい鍵で書き直せません。ディスクの空き容量と、ファイルが壊れていないかを確認してください。</source>
+        <translation>The file cannot be written under a new key. Check the free space on the disk, and whether the file is damaged.</translation>
     </message>
 </context>
 </TS>

@@ -32,7 +32,7 @@ QString Addresses(const MessageModel& model, QStringView kind) {
 
 // The paper has an edge: what is longer than a line goes on in the next one, whatever it is.
 const QString kStyle = QStringLiteral(
-    "<style>@page { margin: 15mm } body { margin: 0; overflow-wrap: anywhere } td { "
+    "<style>body { margin: 0 15mm; overflow-wrap: anywhere } td { "
     "vertical-align: "
     "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
     "</style>\r\n");

@@ -133,7 +133,7 @@ bool StoredCopies::IsErased(const QByteArray& digest, bool* failed) {
 
 StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& messageId,
                                        const QByteArray& source, bool renames,
-                                       const Vouches& vouches) {
+                                       const Vouches& vouches, QString* formerName) {
   bool isOther = false;
   for (const QString& file : files_) {
     const Holds holds = Compare(file, messageId, source);
@@ -144,7 +144,7 @@ StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& mess
   const QByteArray digest = SourceDigest(source);
   if (!Load(scope)) return Found::Failed;
   const Place place = places_.value(digest);
-  QString name;
+  QString& name = *formerName;
   const Holds there = place.file.isEmpty() ? Holds::Nothing : CompareName(place, source, &name);
   if (there == Holds::Failed) return Found::Failed;
   const bool isElsewhere = there == Holds::Same && !vouches(name);

@@ -36,8 +36,9 @@ class StoredCopies {
   /// with the same bytes, or, under the same name, with the same body and Message-ID, or with the
   /// same fields and some more where it has no Message-ID. With `renames`, one that is found under
   /// a name that nobody vouches for gets this one, and another message of this name gives it up.
+  /// `formerName` gets the other name that it had.
   Found Find(const QString& scope, const QString& messageId, const QByteArray& source, bool renames,
-             const Vouches& vouches);
+             const Vouches& vouches, QString* formerName);
 
  private:
   enum class Holds { Nothing, Same, Other, Failed };

@@ -1,10 +1,13 @@
 #include "objects/profile.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/password_change.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -14,6 +17,7 @@ constexpr int kFileNameCharacters = 8;  // of a serial identifier, enough to nam
 
 // A few seconds' work.
 constexpr qint64 kRenewedBytes = 200 * 1024 * 1024;
+constexpr qint64 kRenewalPauseS = 24 * 3600;
 
 PasswordChange ChangeOf(Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
@@ -104,10 +108,18 @@ void RenewFileKeys(Context& context, const Disk& profile, const QString& passwor
   qint64 bytes = 0;
   for (const QString& file : ProfileFiles(context, profile)) bytes += QFileInfo(file).size();
   PasswordChange renewal = ChangeOf(context, profile);
-  if (bytes > kRenewedBytes || !renewal.AnyKeyIsOlder(password) || !context.Lock->TakeAlone()) {
+  if (bytes > kRenewedBytes || !renewal.AnyKeyIsOlder(password)) return;
+  // What could not be done is not tried at each login.
+  const QString tried =
+      QFileInfo(ProfileFiles(context, profile).first()).path() + QStringLiteral("/keys.tried");
+  if (QFileInfo(tried).lastModified().secsTo(QDateTime::currentDateTime()) < kRenewalPauseS &&
+      QFileInfo::exists(tried)) {
     return;
   }
-  renewal.Run(password, password);
+  QFile note(tried);
+  if (!OpenPrivate(note, QIODevice::WriteOnly) || !context.Lock->TakeAlone()) return;
+  const bool renewed = renewal.Run(password, password) == PasswordChange::Outcome::Changed;
+  if (renewed) note.remove();
   context.Lock->ShareAgain();
 }
 

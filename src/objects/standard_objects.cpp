@@ -97,6 +97,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("UsualReplies"), true},
                      {QStringLiteral("AddressSearch"), true},
                      {QStringLiteral("Careful"), true},
+                     {QStringLiteral("WebOutside"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},

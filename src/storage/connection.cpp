@@ -474,10 +474,18 @@ bool Connection::ChangeKey(const QString& newPassword) {
   }
   for (sqlite3_stmt* statement : std::as_const(idle_)) sqlite3_finalize(statement);
   idle_.clear();
-  const QByteArray key =
-      FileKey::ForEngine(newPassword, FileKey::NewSalt(newPassword, FileSalt(handle_)));
-  return sqlite3_rekey(handle_, key.constData(), static_cast<int>(key.size())) == SQLITE_OK ||
-         Fail();
+  const QByteArray salt = FileKey::NewSalt(newPassword, FileSalt(handle_));
+  const QByteArray key = FileKey::ForEngine(newPassword, salt);
+  if (sqlite3_rekey(handle_, key.constData(), static_cast<int>(key.size())) != SQLITE_OK) {
+    return Fail();
+  }
+  // The engine calls it done also where it had to take it back, as on a page that it cannot read.
+  if (salt.isEmpty() || FileSalt(handle_) == salt) return true;
+  const StorageError error{
+      StorageError::Kind::Damaged,
+      Ui::tr("ファイルを新しい鍵で書き直せません。ディスクの空き容量と、ファイルが壊れていないかを"
+             "確認してください。")};
+  return FailWith(error, {});
 }
 
 bool Connection::TakeExclusively() {

@@ -97,6 +97,10 @@ bool PasswordChange::MakeCopy(const QString& file, const QString& oldPassword,
     return false;
   }
   if (!Goes(PasswordStep::VerifyCopy, file)) return false;
+  data_.CloseAll();
+  if (QFile::exists(copy + QStringLiteral("-journal"))) {
+    return Fail(StorageError::Kind::Damaged, Ui::tr("ディスクに書き込めません。"));
+  }
   return OpensOnlyWith(copy, newPassword, oldPassword) &&
          (SyncFile(copy) ||
           Fail(StorageError::Kind::DiskFull, Ui::tr("ディスクに書き込めません。")));

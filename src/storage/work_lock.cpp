@@ -1,5 +1,6 @@
 #include "storage/work_lock.h"
 
+#include <QCryptographicHash>
 #include <QFileInfo>
 
 #include "storage/private_files.h"
@@ -19,8 +20,11 @@ QString LockPath(const Context& context, QString work) {
 
 }  // namespace
 
-QString ReceivingWork(const QString& accountSerialId) {
-  return QStringLiteral("receive-") + accountSerialId;
+QString ReceivingWork(const Disk& account) {
+  const QString mailbox =
+      account.Text(u"InMailServerUser") + u'@' + account.Text(u"InMailServer").toLower();
+  const QByteArray name = QCryptographicHash::hash(mailbox.toUtf8(), QCryptographicHash::Sha256);
+  return QStringLiteral("receive-") + QString::fromLatin1(name.toHex().first(16));
 }
 
 WorkLock::WorkLock(const Context& context, const QString& work) : lock_(LockPath(context, work)) {}

@@ -29,6 +29,8 @@ class WorkLock {
 // What the work is called, for all programs.
 inline const QString kSendingWork = QStringLiteral("send");
 inline const QString kImportWork = QStringLiteral("import");
-QString ReceivingWork(const QString& accountSerialId);
+/// Receiving for an account: one for all accounts of a user at a server, whose messages have names
+/// of one scope.
+QString ReceivingWork(const Disk& account);
 
 }  // namespace vorn

@@ -27,6 +27,7 @@ const QString kPeriodicMode = QStringLiteral("maildowndefault");
 const QString kReceiveMode = QStringLiteral("maildown");
 const QString kSendMode = QStringLiteral("mailup");
 const QString kProcess = QStringLiteral("process");
+const QString kReceivingWork = QStringLiteral("receivework");
 const QString kDayTime = QStringLiteral("daytime");
 const QString kTimeFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
 constexpr int kMillisecondsPerMinute = 60000;
@@ -221,7 +222,8 @@ void CheckPlan::ReceiveStep(Disk& job) {
   const DiskPtr account = job.Collection(u"account")->First();
   if (job.Number(kProcess) != 0) {
     FinishReceiving(job, account);
-  } else if (MayReceive(job, *account) && TakeWork(ReceivingWork(account->SerialID()), job)) {
+  } else if (MayReceive(job, *account) && TakeWork(ReceivingWork(*account), job)) {
+    job.Let(kReceivingWork, ReceivingWork(*account));  // the user may change the account meanwhile
     StartReceiving(job, *account);
   }
 }
@@ -309,7 +311,7 @@ void CheckPlan::ForgetRefusedPassword(const Disk& job, Disk& account) {
 
 void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
   ForgetRefusedPassword(job, *account);
-  works_.erase(ReceivingWork(account->SerialID()));
+  works_.erase(job.Text(kReceivingWork));
   const DiskPtr settings = Settings(context_);
   const QString messages = job.Text(u"messages");
   if (!messages.isEmpty() && settings->Flag(u"MessageNotice") &&

@@ -435,6 +435,7 @@ void Pop3Session::ListingDone() {
 }
 
 bool Pop3Session::TellListing() {
+  if (!hasUidl_ && messages_.empty()) return true;  // there is nothing to refuse names for
   if (!hasUidl_) return events_.MailboxListed(MessageId({}), std::nullopt);
   QList<ListedMessage> listed;
   for (const Pop3Message& message : messages_) {

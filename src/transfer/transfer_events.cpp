@@ -63,6 +63,7 @@ void TransferEvents::SessionStarted() {
   listing_.Clear();
   scope_.clear();
   copies_.reset();
+  hasUnnamed_.reset();
   if (IsReceiving()) mailFiles_ = MailFiles();
   doomed_.clear();
   deletesByName_ = false;
@@ -110,7 +111,13 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   message.Let(QStringLiteral("MessageID"), messageId);
   message.Let(QStringLiteral("Flag"), kNewFlags);
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  const MailStore::Received received = store_.StoreReceived(message, data);
+  MailStore::Received received = store_.StoreReceived(message, data);
+  // Another program has stored one of that name since it was asked for; that one may be another.
+  if (received == MailStore::Received::Known && !scope_.isEmpty()) {
+    const StoredCopies::Found taken = FindByContents(messageId, data);
+    if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
+    if (taken == StoredCopies::Found::Failed) received = MailStore::Received::Failed;
+  }
   if (received == MailStore::Received::Failed) {
     deleteOnServer = false;
     StoreFailed(failure);
@@ -149,22 +156,52 @@ QStringList TransferEvents::MailFiles() const {
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
 // usually gives names and gave this one none.
 StoredCopies::Found TransferEvents::FindStored(const QString& messageId, const QByteArray& data) {
-  const bool doubts = listing_.Doubts(messageId);
   const bool lacksName = !scope_.isEmpty() && !listing_.IsListed(messageId);
-  if (!doubts && !lacksName) return StoredCopies::Found::None;
+  return listing_.Doubts(messageId) || lacksName ? FindByContents(messageId, data)
+                                                 : StoredCopies::Found::None;
+}
+
+StoredCopies::Found TransferEvents::FindByContents(const QString& messageId,
+                                                   const QByteArray& data) {
+  using Found = StoredCopies::Found;
   if (!copies_) copies_.emplace(context_, mailFiles_);
-  const StoredCopies::Found found = copies_->Find(
-      scope_, messageId, data, doubts, [this](const QString& id) { return listing_.Vouches(id); });
-  if (found == StoredCopies::Found::Moved) {
-    listing_.Distrust();
-    return StoredCopies::Found::Stored;
+  QString formerName;
+  const Found found = copies_->Find(
+      scope_, messageId, data, listing_.IsListed(messageId),
+      [this](const QString& id) { return listing_.Vouches(id); }, &formerName);
+  switch (found) {
+    case Found::Moved:
+      // From one that is there to another; else the names of all have changed, and count from now.
+      if (listing_.IsListed(formerName)) listing_.Distrust();
+      return Found::Stored;
+    case Found::Renewed:
+      listing_.NoteReuse();
+      return Found::None;
+    case Found::Erased:
+      return Settings(context_)->Flag(u"Careful") ? found : Found::None;
+    default:
+      return found;
   }
-  if (found == StoredCopies::Found::Renewed) {
-    listing_.NoteReuse();
-    return StoredCopies::Found::None;
+}
+
+// Messages that had no name of their own when they were stored: what gets one now may be one of
+// them.
+bool TransferEvents::HasUnnamed() {
+  if (hasUnnamed_) return *hasUnnamed_;
+  hasUnnamed_ = false;
+  const QString start = scope_ + QStringLiteral("sha256:");
+  for (const QString& file : mailFiles_) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    const bool any =
+        context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
+                                        QuoteSql(start) + QStringLiteral(" AND FIELD_ID < ") +
+                                        QuoteSql(start + u'~') + QStringLiteral(" LIMIT 1"),
+                                    CursorKind::ForwardOnly) &&
+        !context_.Data.Recordset()->Eof();
+    context_.Data.Close();
+    hasUnnamed_ = *hasUnnamed_ || any;
   }
-  const bool isCareful = Settings(context_)->Flag(u"Careful");
-  return found == StoredCopies::Found::Erased && !isCareful ? StoredCopies::Found::None : found;
+  return *hasUnnamed_;
 }
 
 void TransferEvents::NoteStored(const QString& messageId, bool isNew, bool deleteOnServer) {
@@ -178,7 +215,11 @@ void TransferEvents::ListingFailed() {
 
 bool TransferEvents::MailboxListed(const QString& scope,
                                    const std::optional<QList<ListedMessage>>& messages) {
-  const QString mailbox = scope.chopped(1) + u':' + QString::number(pop_.ServerPort);
+  // The usual port with TLS leads where the usual one without it does.
+  constexpr int kPlainPort = 110;
+  constexpr int kTlsPort = 995;
+  const int port = pop_.ServerPort == kTlsPort ? kPlainPort : pop_.ServerPort;
+  const QString mailbox = scope.chopped(1) + u':' + QString::number(port);
   if (!messages) {
     // Under other identifiers all that is stored would be received again.
     if (!listing_.HadIdentifiers(mailbox)) return true;
@@ -342,14 +383,14 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
     exists = exists || isHere || isErased;
   }
   if (listing_.Doubts(messageId) && isSure) {
-    if (!exists && !listing_.IsUpset()) listing_.NoteNew(messageId);
+    if (!exists && !listing_.IsUpset() && !HasUnnamed()) listing_.NoteNew(messageId);
     exists = false;  // its contents will tell
   }
   if (!exists) return;
   for (const QString& file : holders) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
   if (isSure) NoteStored(messageId, false, deleteOnServer);
-  deletesByName_ = deletesByName_ || deleteOnServer;
+  deletesByName_ = deletesByName_ || (deleteOnServer && listing_.IsListed(messageId));
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.

@@ -79,6 +79,8 @@ class TransferEvents : public QObject, public PopEvents {
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
   QStringList MailFiles() const;
+  bool HasUnnamed();
+  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
   StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
   void ListingFailed();
   void NoteStored(const QString& messageId, bool isNew, bool deleteOnServer);
@@ -108,6 +110,7 @@ class TransferEvents : public QObject, public PopEvents {
   QString scope_;  // of the mailbox's identifiers; empty when it has none
   ServerListing listing_;
   std::optional<StoredCopies> copies_;
+  std::optional<bool> hasUnnamed_;  // once it was asked
   QStringList doomed_;              // stored messages that the session will delete on the server
   bool deletesByName_ = false;      // some of them by their names alone
   QHash<QString, bool> hasErased_;  // by file, in this session

@@ -10,6 +10,7 @@
 
 #include "storage/connection.h"
 #include "storage/databases.h"
+#include "storage/time_text.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -452,6 +453,14 @@ TEST(Databases, MissingFilesAreMadeOnOpeningAndPathsMove) {
   EXPECT_TRUE(CreateDatabase(context, DatabaseKind::Mail));  // an existing one stays
   EXPECT_EQ(profile.Select(QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail")),
             QList<QVariant>{QStringLiteral("kept")});
+}
+
+// Whatever zone it is told in; in another one it would sort among the wrong ones.
+TEST(TimeText, OneMomentHasOneText) {
+  const QDateTime moment =
+      QDateTime::fromString(QStringLiteral("2026-11-26T23:30:00Z"), Qt::ISODate);
+  EXPECT_EQ(StoredTimeText(moment), StoredTimeText(moment.toOffsetFromUtc(5 * 3600)));
+  EXPECT_EQ(StoredTimeText(moment), StoredTimeText(moment.toOffsetFromUtc(-9 * 3600)));
 }
 
 }  // namespace

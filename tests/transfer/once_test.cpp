@@ -389,7 +389,7 @@ TEST_F(OnceTest, CancellingLosesNothingOfSessionsThatHaveEnded) {
   cancelWhen([&] { return smtp_.Count("MAIL") == 1; });
   EXPECT_EQ(host_.log.filter(QStringLiteral("1通受信")).size(), 1);
   OtherProgram other(profile_.Folder());
-  EXPECT_TRUE(WorkLock(other.context, ReceivingWork(account->SerialID())).Take());
+  EXPECT_TRUE(WorkLock(other.context, ReceivingWork(*account)).Take());
 
   // The other way round, with the message between the second account and the third.
   accounts.Add(profile_.AddAccount(pop3.Port()));
@@ -429,7 +429,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
       traffic_.Tick();
       return !host_.log.filter(QStringLiteral("1通受信")).isEmpty();
     }));
-    EXPECT_TRUE(isFree(ReceivingWork(known->SerialID())));
+    EXPECT_TRUE(isFree(ReceivingWork(*known)));
   };
   traffic_.Plan().AddReceiveJob(accounts);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
@@ -441,7 +441,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
   accounts.Add(account);
   host_.typedPassword = QStringLiteral("secret");
   host_.onQuestion = [&] {
-    EXPECT_TRUE(isFree(ReceivingWork(account->SerialID())));
+    EXPECT_TRUE(isFree(ReceivingWork(*account)));
     traffic_.Plan().Cancel();
   };
   accounts.Remove(known->SerialID());
@@ -457,7 +457,7 @@ TEST_F(OnceTest, WhatWaitsForAnotherProgramIsPlannedOnceAndCanBeCancelled) {
   ASSERT_TRUE(pop3.Listen());
   const DiskPtr account = profile_.AddAccount(pop3.Port());
   OtherProgram other(profile_.Folder());
-  WorkLock held(other.context, ReceivingWork(account->SerialID()));
+  WorkLock held(other.context, ReceivingWork(*account));
   ASSERT_TRUE(held.Take());
   DiskCollection accounts;
   accounts.Add(account);

@@ -318,11 +318,22 @@ TEST_F(ReceiveTest, AnOddListingDoublesNothing) {
   EXPECT_EQ(Receive().stored, 0) << "two of one name";
   server_.Messages = all;
   EXPECT_EQ(Receive().stored, 0);
+  // Two of one name from the beginning, of which one stays; and new names for all.
+  server_.AddMessage("pair", "Subject: first of two\r\n\r\n\r\n");
+  server_.AddMessage("pair", "Subject: second of two\r\n\r\n\r\n");
+  EXPECT_EQ(Receive().stored, 2);
+  server_.Messages.removeLast();
+  EXPECT_EQ(Receive().stored, 0) << "it has a name of its own now";
+  for (test::ServerMessage& message : server_.Messages) message.uidl += " moved";
+  EXPECT_EQ(Receive().stored, 0);
+  server_.ForgetReceived();
+  EXPECT_EQ(Receive().known, 5);
+  EXPECT_EQ(server_.Count("RETR"), 0) << "the new names count from then on";
   server_.OffersUidl = false;
   const ReceiveCounts refused = Receive();
   EXPECT_EQ(refused.stored, 0);
   EXPECT_EQ(refused.errors, 1);
-  EXPECT_EQ(Rows(), 4);
+  EXPECT_EQ(Rows(), 6);
 }
 
 // What was erased is known by what it held as well, and by the files that were used before.

@@ -92,6 +92,7 @@ class FolderPageTest : public ProgramTest {
     AwaitInbox();
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
     FocusPage();
+    Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
   }
   // Does something upon which the page is made anew, and waits for that.
   void MadeAnewBy(const std::function<void()>& change) const {
@@ -264,6 +265,8 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   // The whole choice is dragged by one of its messages.
   Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
   EXPECT_TRUE(dusted(Ids({1, 4})));
+  MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
+  EXPECT_TRUE(dusted({})) << "with the others that are chosen";
 }
 
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
@@ -574,8 +577,8 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   Begin(1, 100);
   WebSite site(
       "<title>first</title><script>window.open('/popup'); setTimeout(() => {history.pushState({}, "
-      "'', '/inside'); document.title = 'second'; window.open('/later'); fetch('/end')}, "
-      "100)</script>");
+      "'', '/inside'); document.title = 'second'; window.open('/later'); "
+      "location = 'replay:mail_1'; fetch('/end')}, 100)</script>");
   const size_t before = Browsers().size();
   program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
@@ -588,6 +591,7 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   EXPECT_TRUE(WaitFor([&site] { return site.asked.contains("/end"); }));
   EXPECT_EQ(Browsers().size(), before + 1);
   EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr) << "a page gives no commands";
 }
 
 }  // namespace

@@ -262,6 +262,7 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
     return QFileInfo::exists(path) && test::ReadFile(path).trimmed().endsWith("%%EOF");
   }));
   EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
+  EXPECT_TRUE(test::ReadFile(path).contains("/Font")) << "text, and no picture of it";
   EXPECT_TRUE(WaitFor([this] {
     return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
   }));

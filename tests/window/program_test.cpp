@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
@@ -179,6 +180,20 @@ TEST_F(ProgramTest, TheDustBinIsEmptiedWhenTheUserAgrees) {
   EXPECT_FALSE(MailStore(context).LoadMessageSource(Disk(QStringLiteral("kept")))->isEmpty());
 }
 
+// Stands for the browser that the system would start.
+class SystemBrowser : public QObject {
+  Q_OBJECT
+
+ public:
+  SystemBrowser() { QDesktopServices::setUrlHandler(QStringLiteral("http"), this, "Open"); }
+  ~SystemBrowser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("http")); }
+
+  QList<QUrl> places;
+
+ public Q_SLOTS:
+  void Open(const QUrl& place) { places.append(place); }
+};
+
 TEST_F(ProgramTest, ABookmarkOpensItsPlace) {
   QTcpServer web;
   ASSERT_TRUE(web.listen(QHostAddress::LocalHost));
@@ -194,7 +209,14 @@ TEST_F(ProgramTest, ABookmarkOpensItsPlace) {
   Q_EMIT menu->aboutToShow();
   QAction* place = menu->actions().last();
   EXPECT_EQ(place->text(), QStringLiteral("私の && 場所"));
+  // In the system's own browser, unless the user wants the program's.
+  SystemBrowser browser;
   place->trigger();
+  EXPECT_EQ(browser.places.size(), 1);
+  EXPECT_FALSE(web.hasPendingConnections());
+  Settings(context)->Let(QStringLiteral("WebOutside"), false);
+  place->trigger();
+  EXPECT_EQ(browser.places.size(), 1);
   ASSERT_TRUE(WaitFor([&web] { return web.hasPendingConnections(); }));
   QByteArray asked;
   QTcpSocket* socket = web.nextPendingConnection();
@@ -431,3 +453,5 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
 
 }  // namespace
 }  // namespace vorn
+
+#include "program_test.moc"

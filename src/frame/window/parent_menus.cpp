@@ -1,18 +1,21 @@
 // The main window's menus.
 
 #include <QAction>
+#include <QDesktopServices>
 #include <QFile>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QTextDocument>
 #include <QToolBar>
+#include <QUrl>
 
 #include "frame/start_up.h"
 #include "frame/window/icons.h"
 #include "frame/window/parent_window.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
@@ -191,6 +194,15 @@ void ParentWindow::FillBookmarkMenu(QMenu* menu) {
 }
 
 void ParentWindow::OpenWebPage(const QString& url) {
+  const QUrl place = QUrl::fromUserInput(url);
+  const bool isWeb = place.scheme() == u"http" || place.scheme() == u"https";
+  // The user's own browser gets its corrections from its makers.
+  if (isWeb && Settings(context_)->Flag(u"WebOutside")) {
+    if (!QDesktopServices::openUrl(place)) {
+      ShowBox(this, QMessageBox::Information, Ui::tr("標準のブラウザーを起動できません。"));
+    }
+    return;
+  }
   BrowserRequest request;
   request.serialId = context_.Data.NewSerialID();
   request.url = url;

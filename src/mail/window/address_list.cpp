@@ -183,7 +183,10 @@ QString AddressList::FirstFault() const {
 }
 
 void AddressList::GoToFault() {
-  if (const int row = FaultRow(); row >= 0) setCurrentCell(row, kAddress);
+  const int row = FaultRow();
+  if (row < 0) return;
+  setCurrentCell(row, kAddress);
+  editItem(item(row, kAddress));  // what is typed next corrects it
 }
 
 void AddressList::Add(const AddressEntry& entry) {

@@ -96,6 +96,9 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
         Attribute::FullScreenSupportEnabled}) {
     settings->setAttribute(attribute, false);
   }
+  // The engine makes its surface when it is first asked for anything; in a window that is shown
+  // already the system's window would be made anew for it, and move.
+  page_->runJavaScript(QStringLiteral("0"));
   // What of the network may be loaded is decided by the guard.
   settings->setAttribute(Attribute::LocalContentCanAccessRemoteUrls, true);
 

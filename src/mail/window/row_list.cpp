@@ -112,6 +112,10 @@ void RowList::keyPressEvent(QKeyEvent* event) {
       return;
     }
   }
+  // What is meant for a menu or a field is no text.
+  if (event->modifiers().testFlag(Qt::AltModifier) && !event->text().isEmpty()) {
+    return event->ignore();
+  }
   QTableWidget::keyPressEvent(event);
 }
 

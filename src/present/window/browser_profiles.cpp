@@ -1,5 +1,6 @@
 #include "present/window/browser_profiles.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QWebEngineProfile>
@@ -9,7 +10,6 @@
 #include <QWebEngineUrlRequestInterceptor>
 
 #include "present/window/page_script.h"
-#include "storage/private_files.h"
 
 namespace vorn {
 namespace {
@@ -41,10 +41,10 @@ bool FollowColorScheme() {
 
 }  // namespace
 
-BrowserProfiles::BrowserProfiles(const QString& webFolder)
+BrowserProfiles::BrowserProfiles(const QString& formerFolder)
     : dark_(FollowColorScheme()),
       local_(std::make_unique<QWebEngineProfile>()),
-      web_(std::make_unique<QWebEngineProfile>(QStringLiteral("web"))) {
+      web_(std::make_unique<QWebEngineProfile>()) {
   local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));
   local_->setHttpCacheType(QWebEngineProfile::NoCache);
   QWebEngineSettings* settings = local_->settings();
@@ -66,9 +66,7 @@ BrowserProfiles::BrowserProfiles(const QString& webFolder)
     profile->scripts()->insert(script);
   }
   settings->setDefaultTextEncoding(QStringLiteral("Shift_JIS"));
-  MakePrivateFolder(webFolder);  // what the engine puts into it is its own affair
-  web_->setPersistentStoragePath(webFolder);
-  web_->setCachePath(webFolder + QStringLiteral("/cache"));
+  QDir(formerFolder).removeRecursively();
 }
 
 BrowserProfiles::~BrowserProfiles() = default;

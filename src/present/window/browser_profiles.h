@@ -8,12 +8,12 @@ class QWebEngineProfile;
 namespace vorn {
 
 /// The browser engine's two worlds. Folder pages are local and hold what strangers wrote: no
-/// scripts, nothing from the network, nothing kept. Web pages get an ordinary browser with a
-/// profile of its own.
+/// scripts, nothing from the network, nothing kept. Web pages get an ordinary browser, of which
+/// cookies and what was visited are kept in memory.
 class BrowserProfiles {
  public:
-  /// `webFolder` is where the web profile keeps its data.
-  explicit BrowserProfiles(const QString& webFolder);
+  /// `formerFolder` is where earlier versions kept the web pages' data, which goes.
+  explicit BrowserProfiles(const QString& formerFolder);
   ~BrowserProfiles();
 
   QWebEngineProfile* Local() const { return local_.get(); }

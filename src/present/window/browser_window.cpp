@@ -3,7 +3,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPageLayout>
 #include <QPointer>
 #include <QPrinter>
 #include <QTimer>
@@ -32,6 +35,7 @@ constexpr int kExploreAfterMs = 1000;
 constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
 constexpr int kPrinterRestMs = 10000;
+constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps away from the sides
 
 // Whether there is neither an account nor a message yet.
 bool IsFirstUse(Context& context) {
@@ -111,6 +115,14 @@ void BrowserWindow::UsePage(bool local) {
   connect(page_, &LinkPage::FirstNavigation, this, &BrowserWindow::FirstNavigation,
           Qt::QueuedConnection);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { rows_.Detach(); });
+  connect(page_, &QWebEnginePage::pdfPrintingFinished, this,
+          [this](const QString& path, bool written) {
+            if (!written) {
+              ShowBox(this, QMessageBox::Critical,
+                      Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
+            }
+            PrintFinished();
+          });
   page_->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
 }
 
@@ -299,11 +311,18 @@ void BrowserWindow::ShowPlace() {
 void BrowserWindow::DoPrint() {
   if (printer_ != nullptr) return;
   printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
-  if (host_.ChoosePrinter(*printer_)) {
-    wbUrl_->print(printer_.get());
-  } else {
-    PrintFinished();
+  if (!host_.ChoosePrinter(*printer_)) return PrintFinished();
+  if (printer_->outputFormat() == QPrinter::PdfFormat) {
+    // As text, which can be searched; through a printer the engine gives pictures.
+    QPageLayout layout = printer_->pageLayout();
+    layout.setUnits(QPageLayout::Millimeter);
+    layout.setMargins(QMarginsF(0, kPrintMarginMm, 0, kPrintMarginMm));
+    page_->printToPdf(printer_->outputFileName(), layout);
+    return;
   }
+  // The engine paints whole sheets: with margins of the printer's they would lose their ends.
+  printer_->setFullPage(true);
+  wbUrl_->print(printer_.get());
 }
 
 void BrowserWindow::PrintFinished() {
