@@ -113,22 +113,26 @@ bool StoredCopies::FreeName(const QString& messageId) {
   });
 }
 
-bool StoredCopies::IsErased(const QByteArray& digest, bool* failed) {
-  bool any = false;
+// What was erased under another name is noted under this one as well, so that it is known by it.
+bool StoredCopies::IsErased(const QByteArray& digest, const QString& messageId, bool* failed) {
+  const QString ofDigest = QStringLiteral("FROM erased WHERE HEX(DIGEST) = '%1' LIMIT 1")
+                               .arg(QString::fromLatin1(digest.toHex().toUpper()));
   for (const QString& file : files_) {
     *failed = *failed || !OpenDatabase(context_, DatabaseKind::MailByPath, file);
     if (*failed) return false;
-    if (context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM erased WHERE HEX(DIGEST) "
-                                                   "= '%1' LIMIT 1")
-                                        .arg(QString::fromLatin1(digest.toHex().toUpper())),
-                                    CursorKind::ForwardOnly)) {
-      any = any || !context_.Data.Recordset()->Eof();
-    } else {
-      *failed = true;
-    }
+    const bool read = context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID ") + ofDigest,
+                                                  CursorKind::ForwardOnly);
+    const bool isHere = read && !context_.Data.Recordset()->Eof();
+    *failed =
+        !read ||
+        (isHere && !context_.Data.Execute(QStringLiteral("INSERT OR REPLACE INTO erased (FIELD_ID, "
+                                                         "DIGEST) SELECT %1, DIGEST ")
+                                              .arg(QuoteSql(messageId)) +
+                                          ofDigest));
     context_.Data.Close();
+    if (*failed || isHere) return isHere;
   }
-  return any;
+  return false;
 }
 
 StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& messageId,
@@ -156,7 +160,7 @@ StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& mess
     return Update(place.file, change) ? Found::Moved : Found::Failed;
   }
   bool failed = false;
-  const bool isErased = IsErased(digest, &failed);
+  const bool isErased = IsErased(digest, messageId, &failed);
   if (failed) return Found::Failed;
   if (isErased) return Found::Erased;
   return isOther ? Found::Renewed : Found::None;

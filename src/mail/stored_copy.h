@@ -52,7 +52,7 @@ class StoredCopies {
   Holds CompareName(const Place& place, const QByteArray& source, QString* name);
   bool Update(const QString& file, const QString& change);
   bool FreeName(const QString& messageId);
-  bool IsErased(const QByteArray& digest, bool* failed);
+  bool IsErased(const QByteArray& digest, const QString& messageId, bool* failed);
 
   Context& context_;
   QStringList files_;

@@ -14,6 +14,8 @@ constexpr qsizetype kRowsPerStatement = 200;
 constexpr int kMaxDeletions = 3;
 // What was to be kept on the server is compared once before it is deleted there.
 constexpr int kKept = -1;
+// Missing in a listing that lacked most: it may come back, under this name or another one.
+constexpr int kAbsent = -2;
 // Stands for a mailbox that was listed, with what is known of its names in the place of deletions.
 const QString kMailboxItself = QStringLiteral("");
 constexpr int kReuses = 1;
@@ -64,8 +66,22 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
     gone_.insert(entry.key());
     if (entry->deletions <= 0) ++missing;
   }
-  upset_ = distrusted_ || (missing > 0 && missing * 2 > noted_.size() - 1);
+  const bool lacksMost = missing > 0 && missing * 2 > noted_.size() - 1;
+  upset_ = distrusted_ || lacksMost;
+  if (lacksMost) KeepAbsent();
   return true;
+}
+
+// What most is missing of is not forgotten, so that it is looked for as long as it is missing.
+void ServerListing::KeepAbsent() {
+  for (const QString& id : std::exchange(gone_, {})) {
+    const Entry& entry = noted_[id];
+    if (entry.deletions > 0) {
+      gone_.insert(id);
+    } else if (entry.deletions != kAbsent) {
+      changed_.insert(id, {entry.size, kAbsent});
+    }
+  }
 }
 
 bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {

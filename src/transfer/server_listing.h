@@ -59,6 +59,7 @@ class ServerListing {
   };
 
   bool Read(const QString& mailbox, bool* hasSibling);
+  void KeepAbsent();
   bool WriteChanges();
   bool RemoveGone();
 

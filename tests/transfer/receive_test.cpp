@@ -350,6 +350,14 @@ TEST_F(ReceiveTest, WhatWasHereOnceStaysKnown) {
   server_.Messages = all;
   for (int check = 0; check < 3; ++check) EXPECT_EQ(Receive().stored, 0);
   EXPECT_EQ(server_.Count("RETR"), 3 + 3) << "each was looked at once more";
+  // Under new names, at once and from then on.
+  server_.Messages.clear();
+  Receive();
+  server_.Messages = all;
+  for (test::ServerMessage& message : server_.Messages) message.uidl += " moved";
+  for (int check = 0; check < 3; ++check) EXPECT_EQ(Receive().stored, 0);
+  EXPECT_EQ(Rows(), 2);
+  EXPECT_EQ(server_.Count("RETR"), 3 + 3 + 3);
   // Another file from now on.
   Context& context = profile_.Get();
   context.Session->Let(QStringLiteral("History"), context.Session->Text(u"Mail"));

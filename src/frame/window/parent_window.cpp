@@ -329,6 +329,7 @@ void ParentWindow::AskToOpen(const Disk& request) {
   newMessages_ = new QMessageBox(QMessageBox::Question, kApplicationTitle,
                                  Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
                                  QMessageBox::Ok | QMessageBox::Cancel, this);
+  newMessages_->setTextFormat(Qt::PlainText);
   newMessages_->setDefaultButton(QMessageBox::Cancel);
   newMessages_->setProperty("messages", messages);
   newMessages_->setAttribute(Qt::WA_DeleteOnClose);
