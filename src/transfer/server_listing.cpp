@@ -52,11 +52,12 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
   if (isFirst) changed_.insert(kMailboxItself, {});
   for (const ListedMessage& message : messages) {
     const auto noted = noted_.constFind(message.id);
-    const bool holds =
-        isFirst ? !deletes && !hasSibling
-                : !distrusted_ && noted != noted_.constEnd() && noted->size == message.size &&
-                      (noted->deletions == 0 || (noted->deletions >= kMaxDeletions && !reuses_) ||
-                       (noted->deletions == kKept && !deletes));
+    const bool holds = isFirst ? !deletes && !hasSibling
+                               : !distrusted_ && noted != noted_.constEnd() &&
+                                     noted->size == message.size &&
+                                     ((noted->deletions == 0 && !(deletes && reuses_)) ||
+                                      (noted->deletions >= kMaxDeletions && !reuses_) ||
+                                      (noted->deletions == kKept && !deletes));
     if (!holds) doubted_.insert(message.id);
     if (noted != noted_.constEnd()) deletions_.insert(message.id, qMax(noted->deletions, 0));
   }
