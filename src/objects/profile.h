@@ -28,9 +28,9 @@ bool MarkDefaultProfile(Context& context);
 QStringList ProfileFiles(const Context& context, const Disk& profile);
 
 /// Gives the files of a profile whose password opens them keys of the present kind (`FileKey`) when
-/// they have those of an earlier version: all of them or none. Left for the next login while
-/// another program has the profile, or when that fails; and for a change of the password when the
-/// files are so large that the user would wait.
+/// they have those of an earlier version: all of them or none. Tried once a day, since it may fail,
+/// or another program may have the profile; where the files are so large that the user would wait,
+/// it is left for a change of the password.
 void RenewFileKeys(Context& context, const Disk& profile, const QString& password);
 
 /// Shares the profile with whatever else is logged in to it, until another profile is held or the
