@@ -23,6 +23,11 @@ class Events : public PopEvents {
     exists = id.size() % 3 == 0;
     remove = true;
   }
+  bool WantsHeader(const QString& id) override { return id.size() % 3 == 1; }
+  bool IsStored(const QString&, const QByteArray& header, bool& remove) override {
+    remove = true;
+    return header.size() % 2 == 0;
+  }
   void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool&) override {
     stop = header.size() % 2 == 0;

@@ -32,13 +32,20 @@ bool HasFieldsOf(const QByteArrayList& fields, const QByteArrayList& others) {
                      [&fields](const QByteArray& field) { return fields.contains(field); });
 }
 
+QByteArrayView BodyOf(const QByteArray& message) {
+  return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
+}
+
+// Empty for a message without a Message-ID, which its body alone does not tell from others.
+QByteArray BodyKey(const QByteArray& message) {
+  const QByteArray id = MimeCodec::HeaderField(message, "MESSAGE-ID:").trimmed();
+  return id.isEmpty() ? id : SourceDigest(id + '\n' + BodyOf(message).toByteArray());
+}
+
 // Servers and what lies between add header fields to a message, or change their own.
 bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
   if (stored == source) return true;
-  const auto body = [](const QByteArray& message) {
-    return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
-  };
-  if (body(stored) != body(source)) return false;
+  if (BodyOf(stored) != BodyOf(source)) return false;
   const QByteArray id = MimeCodec::HeaderField(stored, "MESSAGE-ID:");
   if (!id.isEmpty()) return id == MimeCodec::HeaderField(source, "MESSAGE-ID:");
   const QByteArrayList fields = MimeCodec::AllHeaders(stored);
@@ -56,6 +63,18 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
   return source && source->isValid();
 }
 
+bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
+                         const QByteArray& header) {
+  const QByteArray id = MimeCodec::HeaderField(header, "MESSAGE-ID:");
+  if (id.trimmed().isEmpty() || !OpenDatabase(context, DatabaseKind::MailByPath, file))
+    return false;
+  bool failed = false;
+  const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
+  context.Data.Close();
+  return source && source->isValid() &&
+         MimeCodec::AllHeaders(source->toByteArray()) == MimeCodec::AllHeaders(header);
+}
+
 // A copy that cannot be read may be of any message.
 StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
                                           const QByteArray& source) {
@@ -69,20 +88,60 @@ StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& me
 }
 
 // All at once: to look for each one would read the file as often.
-bool StoredCopies::Load(const QString& scope) {
-  if (scope == scope_) return true;
-  places_.clear();
+bool StoredCopies::LoadSources() {
+  if (sources_) return true;
+  Places places;
   for (const QString& file : files_) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
-    const auto sources = context_.Data.SourcesOf(scope);
+    const auto sources = context_.Data.SourcesOf(scope_);
     context_.Data.Close();
     if (!sources) return false;
     for (auto source = sources->constBegin(); source != sources->constEnd(); ++source) {
-      places_.insert(source.key(), {file, *source});
+      places.insert(source.key(), {file, *source});
     }
   }
-  scope_ = scope;
+  sources_ = places;
   return true;
+}
+
+bool StoredCopies::LoadBodies() {
+  if (bodies_) return true;
+  bodies_.emplace();
+  const bool read = std::all_of(files_.begin(), files_.end(),
+                                [this](const QString& file) { return AddBodies(file); });
+  if (!read) bodies_.reset();
+  return read;
+}
+
+bool StoredCopies::AddBodies(const QString& file) {
+  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+  const QString end = scope_.chopped(1) + QChar(scope_.back().unicode() + 1);
+  const bool read = context_.Data.OpenRecordset(
+      QStringLiteral("SELECT SERIALID, MAIL FROM mail WHERE FIELD_ID >= ") + QuoteSql(scope_) +
+          QStringLiteral(" AND FIELD_ID < ") + QuoteSql(end),
+      CursorKind::ForwardOnly);
+  if (read) {
+    const RecordsetPtr rows = context_.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      const QByteArray key = BodyKey(rows->Fields(u"MAIL").toByteArray());
+      if (!key.isEmpty()) bodies_->insert(key, {file, rows->Fields(u"SERIALID").toString()});
+    }
+  }
+  context_.Data.Close();
+  return read;
+}
+
+// The first one whose name nobody vouches for.
+std::optional<StoredCopies::Place> StoredCopies::FindElsewhere(const Places& places,
+                                                               const QByteArray& key,
+                                                               const QByteArray& source,
+                                                               QString* name, bool* failed) {
+  for (auto [place, end] = places.equal_range(key); place != end; ++place) {
+    const Holds holds = CompareName(*place, source, name);
+    *failed = *failed || holds == Holds::Failed;
+    if (holds == Holds::Same && !vouches_(*name)) return *place;
+  }
+  return std::nullopt;
 }
 
 // Under the name that it has by now.
@@ -135,9 +194,8 @@ bool StoredCopies::IsErased(const QByteArray& digest, const QString& messageId, 
   return false;
 }
 
-StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& messageId,
-                                       const QByteArray& source, bool renames,
-                                       const Vouches& vouches, QString* formerName) {
+StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
+                                       bool renames, Depth depth, QString* formerName) {
   bool isOther = false;
   for (const QString& file : files_) {
     const Holds holds = Compare(file, messageId, source);
@@ -145,21 +203,23 @@ StoredCopies::Found StoredCopies::Find(const QString& scope, const QString& mess
     if (holds == Holds::Same) return Found::Stored;
     isOther = isOther || holds == Holds::Other;
   }
-  const QByteArray digest = SourceDigest(source);
-  if (!Load(scope)) return Found::Failed;
-  const Place place = places_.value(digest);
-  QString& name = *formerName;
-  const Holds there = place.file.isEmpty() ? Holds::Nothing : CompareName(place, source, &name);
-  if (there == Holds::Failed) return Found::Failed;
-  const bool isElsewhere = there == Holds::Same && !vouches(name);
-  if (isElsewhere && !renames) return Found::Stored;
-  if (isOther && !FreeName(messageId)) return Found::Failed;
-  if (isElsewhere) {
-    const QString change =
-        QuoteSql(messageId) + QStringLiteral(" WHERE SERIALID = ") + QuoteSql(place.serialId);
-    return Update(place.file, change) ? Found::Moved : Found::Failed;
-  }
   bool failed = false;
+  const QByteArray digest = SourceDigest(source);
+  if (!LoadSources()) return Found::Failed;
+  std::optional<Place> place = FindElsewhere(*sources_, digest, source, formerName, &failed);
+  const QByteArray key = depth == Depth::Bodies && !place ? BodyKey(source) : QByteArray();
+  if (!key.isEmpty()) {
+    if (!LoadBodies()) return Found::Failed;
+    place = FindElsewhere(*bodies_, key, source, formerName, &failed);
+  }
+  if (failed) return Found::Failed;
+  if (place && !renames) return Found::Stored;
+  if (isOther && !FreeName(messageId)) return Found::Failed;
+  if (place) {
+    const QString change =
+        QuoteSql(messageId) + QStringLiteral(" WHERE SERIALID = ") + QuoteSql(place->serialId);
+    return Update(place->file, change) ? Found::Moved : Found::Failed;
+  }
   const bool isErased = IsErased(digest, messageId, &failed);
   if (failed) return Found::Failed;
   if (isErased) return Found::Erased;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
+#include <QMultiHash>
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
+#include <utility>
 
 #include "storage/context.h"
 
@@ -15,14 +17,21 @@ namespace vorn {
 /// well when there is none, or the file cannot be read.
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
 
+/// Whether the message with that identifier in the mail file at `file` reads back as it was stored
+/// and has that header. False as well when that has no Message-ID, without which headers of
+/// different messages can be alike.
+bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
+                         const QByteArray& header);
+
 /// Finds a message among the stored ones by what it holds, when its identifier proves nothing.
 class StoredCopies {
  public:
   /// Whether a name belongs to its stored message for sure.
   using Vouches = std::function<bool(const QString& messageId)>;
 
-  /// `files` are the mail files to look into.
-  StoredCopies(Context& context, const QStringList& files) : context_(context), files_(files) {}
+  /// `files` are the mail files to look into, and `scope` is what the names begin with.
+  StoredCopies(Context& context, const QStringList& files, const QString& scope, Vouches vouches)
+      : context_(context), files_(files), scope_(scope), vouches_(std::move(vouches)) {}
 
   enum class Found {
     None,     ///< nowhere
@@ -32,13 +41,18 @@ class StoredCopies {
     Erased,  ///< was stored, and erased for good
     Failed,  ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
-  /// Looks for the message under its name and under any other of `scope`. The same message is one
-  /// with the same bytes, or, under the same name, with the same body and Message-ID, or with the
-  /// same fields and some more where it has no Message-ID. With `renames`, one that is found under
-  /// a name that nobody vouches for gets this one, and another message of this name gives it up.
-  /// `formerName` gets the other name that it had.
-  Found Find(const QString& scope, const QString& messageId, const QByteArray& source, bool renames,
-             const Vouches& vouches, QString* formerName);
+  /// How far to look under other names.
+  enum class Depth {
+    Bytes,  ///< for the same bytes
+    Bodies  ///< also for the same body and Message-ID, which once reads all that is stored
+  };
+  /// Looks for the message under its name and under any other of the scope. The same message is one
+  /// with the same bytes, or with the same body and Message-ID, or, under the same name, with the
+  /// same body and fields and some more where it has no Message-ID. With `renames`, one that is
+  /// found under a name that nobody vouches for gets this one, and another message of this name
+  /// gives it up. `formerName` gets the other name that it had.
+  Found Find(const QString& messageId, const QByteArray& source, bool renames, Depth depth,
+             QString* formerName);
 
  private:
   enum class Holds { Nothing, Same, Other, Failed };
@@ -46,9 +60,14 @@ class StoredCopies {
     QString file;
     QString serialId;
   };
+  using Places = QMultiHash<QByteArray, Place>;
 
   Holds Compare(const QString& file, const QString& messageId, const QByteArray& source);
-  bool Load(const QString& scope);
+  bool LoadSources();
+  bool LoadBodies();
+  bool AddBodies(const QString& file);
+  std::optional<Place> FindElsewhere(const Places& places, const QByteArray& key,
+                                     const QByteArray& source, QString* name, bool* failed);
   Holds CompareName(const Place& place, const QByteArray& source, QString* name);
   bool Update(const QString& file, const QString& change);
   bool FreeName(const QString& messageId);
@@ -56,8 +75,10 @@ class StoredCopies {
 
   Context& context_;
   QStringList files_;
-  QString scope_;  // that `places_` was read for
-  QHash<QByteArray, Place> places_;
+  QString scope_;
+  Vouches vouches_;
+  std::optional<Places> sources_;  // by their digests, once they were read
+  std::optional<Places> bodies_;   // by those of Message-ID and body
 };
 
 }  // namespace vorn

@@ -210,13 +210,13 @@ bool DataSession::OpenRecordset(const QString& select, CursorKind kind, Statemen
   return true;
 }
 
-std::optional<QHash<QByteArray, QString>> DataSession::SourcesOf(const QString& scope) {
+std::optional<QMultiHash<QByteArray, QString>> DataSession::SourcesOf(const QString& scope) {
   if (connection_ == nullptr) return std::nullopt;
   const auto statement = connection_->Prepare(
       "SELECT COALESCE(S.DIGEST, L.DIGEST), M.SERIALID FROM mail M JOIN long_binary S ON S.ID = "
       "M.MAIL LEFT JOIN late_digest L ON L.ID = M.MAIL WHERE M.FIELD_ID >= ?1 AND M.FIELD_ID < ?1 "
       "|| char(1114111)");
-  QHash<QByteArray, QString> sources;
+  QMultiHash<QByteArray, QString> sources;
   Statement::Step step = Statement::Step::Failed;
   if (statement != nullptr) {
     statement->Bind({scope});

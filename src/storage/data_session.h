@@ -97,7 +97,7 @@ class DataSession {
   /// The serial identifiers of the open file's messages whose `FIELD_ID` begins with `scope`, by
   /// the digests of their sources (see `SourceDigest`). Nothing when they cannot be read. Reads a
   /// page of each source.
-  std::optional<QHash<QByteArray, QString>> SourcesOf(const QString& scope);
+  std::optional<QMultiHash<QByteArray, QString>> SourcesOf(const QString& scope);
 
   /// A mark of the open database's state; it differs once anything has been written to the file, by
   /// this program or another. Empty when none is open.

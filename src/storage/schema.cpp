@@ -115,7 +115,7 @@ bool CreateErased(Connection& connection) {
 // Which of the received messages their servers still have.
 bool CreateOnServer(Connection& connection) {
   return connection.Run(
-      "CREATE TABLE IF NOT EXISTS on_server (MAILBOX TEXT, FIELD_ID TEXT, SIZE INTEGER, DELETIONS "
+      "CREATE TABLE IF NOT EXISTS on_server (MAILBOX TEXT, FIELD_ID TEXT, SIZE INTEGER, STATE "
       "INTEGER, PRIMARY KEY (MAILBOX, FIELD_ID)) WITHOUT ROWID");
 }
 
@@ -131,6 +131,18 @@ bool PrepareErased(Connection& connection) {
   return (HasColumn(connection, "erased", QStringLiteral("DIGEST"), &exists) || !exists ||
           connection.Run("ALTER TABLE erased ADD COLUMN DIGEST BLOB")) &&
          connection.Run("DROP TRIGGER IF EXISTS erased_noted");
+}
+
+// From 5 to 6 what the servers have got a state in the place of a count of deletions, where -1 and
+// -2 stood for kept and absent, and in the row of the mailbox itself 1 and 2 for names given anew
+// and moved.
+bool PrepareOnServer(Connection& connection) {
+  bool exists = false;
+  if (!HasColumn(connection, "on_server", QStringLiteral("DELETIONS"), &exists)) return true;
+  return connection.Run("ALTER TABLE on_server RENAME COLUMN DELETIONS TO STATE") &&
+         connection.Run(
+             "UPDATE on_server SET STATE = CASE WHEN FIELD_ID = '' THEN CASE STATE WHEN 2 THEN "
+             "3 ELSE 0 END WHEN STATE = -2 THEN 2 WHEN STATE > 0 THEN 1 ELSE 0 END");
 }
 
 }  // namespace
@@ -179,11 +191,11 @@ bool MigrateSchema(Connection& connection) {
   const int version = connection.SchemaVersion();
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
-  // messages being sent. From 3 to 4: what was erased. From 4 to 5: what the servers have.
+  // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
   if (!connection.Begin()) return false;
   const bool prepared =
-      !HasTable(connection, "mail") ||
-      ((version >= 3 || PrepareMessages(connection)) && PrepareErased(connection));
+      !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&
+                                        PrepareErased(connection) && PrepareOnServer(connection));
   if (prepared && CompleteSchema(connection) && connection.Commit()) return true;
   connection.Rollback();
   return false;

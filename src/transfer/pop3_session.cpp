@@ -297,10 +297,10 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
       break;
     case Command::Top:
       hasTop_ = true;
-      if (IsStopped(pending.message, body)) {
-        bytesDone_ += messages_[pending.message].size;
-      } else {
+      if (IsWanted(pending.message, body)) {
         Fetch(pending.message);
+      } else {
+        bytesDone_ += messages_[pending.message].size;
       }
       break;
     case Command::Retr:
@@ -465,6 +465,7 @@ bool Pop3Session::Work() {
 void Pop3Session::ConsiderNext() {
   const size_t message = next_++;
   const Pop3Message& entry = messages_[message];
+  bool wantsHeader = wantsHeaders_;
   if (!entry.uidl.isEmpty()) {
     bool exists = false;
     bool deleteOnServer = false;
@@ -475,10 +476,11 @@ void Pop3Session::ConsiderNext() {
       if (deleteOnServer) doomed_.push_back(message);
       return;
     }
+    wantsHeader = wantsHeader || events_.WantsHeader(MessageId(entry.uidl));
   }
-  if (wantsHeaders_ && lacksTop_) {
+  if (wantsHeader && lacksTop_) {
     FetchUntested(message);
-  } else if (wantsHeaders_) {
+  } else if (wantsHeader) {
     Send("TOP " + QByteArray::number(entry.number) + " 0", {Command::Top, message});
   } else {
     Fetch(message);
@@ -492,14 +494,26 @@ void Pop3Session::Fetch(size_t message) {
 
 // A server that does not give the header alone: the rules see it once the message is here.
 void Pop3Session::FetchUntested(size_t message) {
-  if (!std::exchange(toldOfTop_, true)) {
+  if (wantsHeaders_ && !std::exchange(toldOfTop_, true)) {
     events_.Log(0,
                 Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
                        "メッセージを受信してから調べます。"));
   }
   untested_.resize(messages_.size(), false);
-  untested_[message] = true;
+  untested_[message] = wantsHeaders_;
   Fetch(message);
+}
+
+// What a header tells: that the message is stored, or that a rule stops it.
+bool Pop3Session::IsWanted(size_t message, const QByteArray& header) {
+  const QByteArray& uidl = messages_[message].uidl;
+  bool deleteOnServer = false;
+  if (!uidl.isEmpty() && events_.WantsHeader(MessageId(uidl)) &&
+      events_.IsStored(MessageId(uidl), header, deleteOnServer)) {
+    if (deleteOnServer) doomed_.push_back(message);
+    return false;
+  }
+  return !wantsHeaders_ || !IsStopped(message, header);
 }
 
 bool Pop3Session::IsStopped(size_t message, const QByteArray& header) {

@@ -84,6 +84,7 @@ class Pop3Session : public MailSession {
   void ConsiderNext();
   void Fetch(size_t message);
   void FetchUntested(size_t message);
+  bool IsWanted(size_t message, const QByteArray& header);
   bool IsStopped(size_t message, const QByteArray& header);
   void MessageDone(size_t message, const QByteArray& data);
   void FinishTransfer();
@@ -111,7 +112,7 @@ class Pop3Session : public MailSession {
   bool lacksTop_ = false;  // rules are tested on whole messages
   bool toldOfTop_ = false;
   bool hasTop_ = false;         // it was answered once
-  std::vector<bool> untested_;  // by message: its header is still to be tested
+  std::vector<bool> untested_;  // by message: rules are still to be tested on its header
   qsizetype replies_ = 0;       // whole replies so far
   qsizetype received_ = 0;      // bytes before the login is over
   bool loggedIn_ = false;

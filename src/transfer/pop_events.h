@@ -49,6 +49,11 @@ class PopEvents {
                              const std::optional<QList<ListedMessage>>& messages) = 0;
   /// Asked before a message is downloaded. One that exists is not downloaded again.
   virtual void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) = 0;
+  /// Whether the header of a message that does not exist by its identifier may show that it does.
+  virtual bool WantsHeader(const QString& messageId) = 0;
+  /// Whether it does. Asked with that header; otherwise the message is downloaded.
+  virtual bool IsStored(const QString& messageId, const QByteArray& header,
+                        bool& deleteOnServer) = 0;
   /// A failure, as a sentence for the user.
   virtual void Error(int code, const QString& text) = 0;
   /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so.

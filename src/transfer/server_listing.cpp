@@ -9,17 +9,8 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kRowsPerStatement = 200;
-// A server that was told so often does not delete; unless it is known to give names anew, its
-// messages are not fetched for ever.
-constexpr int kMaxDeletions = 3;
-// What was to be kept on the server is compared once before it is deleted there.
-constexpr int kKept = -1;
-// Missing in a listing that lacked most: it may come back, under this name or another one.
-constexpr int kAbsent = -2;
-// Stands for a mailbox that was listed, with what is known of its names in the place of deletions.
+// Stands for a mailbox that was listed.
 const QString kMailboxItself = QStringLiteral("");
-constexpr int kReuses = 1;
-constexpr int kMoves = 2;
 
 QString WhereMailbox(const QString& mailbox) {
   return QStringLiteral(" WHERE MAILBOX = ") + QuoteSql(mailbox);
@@ -32,43 +23,35 @@ void ServerListing::Clear() {
   listed_.clear();
   noted_.clear();
   changed_.clear();
-  deletions_.clear();
   doubted_.clear();
+  proven_.clear();
   gone_.clear();
-  upset_ = reuses_ = distrusted_ = false;
+  upset_ = false;
 }
 
-bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages,
-                          bool deletes) {
+bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
   Clear();
-  deletes_ = deletes;
   bool hasSibling = false;
   if (!Read(mailbox, &hasSibling)) return false;
-  for (const ListedMessage& message : messages) listed_.insert(message.id, message.size);
   const bool isFirst = !noted_.contains(kMailboxItself);
-  const int names = noted_.value(kMailboxItself).deletions;
-  reuses_ = names >= kReuses;
-  distrusted_ = names >= kMoves;
+  const bool moves = noted_.value(kMailboxItself).state == State::Moving;
   if (isFirst) changed_.insert(kMailboxItself, {});
   for (const ListedMessage& message : messages) {
+    listed_.insert(message.id, message.size);
     const auto noted = noted_.constFind(message.id);
-    const bool holds = isFirst ? !deletes && !hasSibling
-                               : !distrusted_ && noted != noted_.constEnd() &&
-                                     noted->size == message.size &&
-                                     ((noted->deletions == 0 && !(deletes && reuses_)) ||
-                                      (noted->deletions >= kMaxDeletions && !reuses_) ||
-                                      (noted->deletions == kKept && !deletes));
+    const bool holds = isFirst ? !hasSibling
+                               : !moves && noted != noted_.constEnd() &&
+                                     noted->size == message.size && noted->state == State::Listed;
     if (!holds) doubted_.insert(message.id);
-    if (noted != noted_.constEnd()) deletions_.insert(message.id, qMax(noted->deletions, 0));
   }
   qsizetype missing = 0;
   for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
     if (entry.key() == kMailboxItself || listed_.contains(entry.key())) continue;
     gone_.insert(entry.key());
-    if (entry->deletions <= 0) ++missing;
+    if (entry->state != State::Released) ++missing;
   }
   const bool lacksMost = missing > 0 && missing * 2 > noted_.size() - 1;
-  upset_ = distrusted_ || lacksMost;
+  upset_ = moves || lacksMost;
   if (lacksMost) KeepAbsent();
   return true;
 }
@@ -77,10 +60,10 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
 void ServerListing::KeepAbsent() {
   for (const QString& id : std::exchange(gone_, {})) {
     const Entry& entry = noted_[id];
-    if (entry.deletions > 0) {
+    if (entry.state == State::Released) {
       gone_.insert(id);
-    } else if (entry.deletions != kAbsent) {
-      changed_.insert(id, {entry.size, kAbsent});
+    } else if (entry.state != State::Absent) {
+      changed_.insert(id, {entry.size, State::Absent});
     }
   }
 }
@@ -98,14 +81,15 @@ bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
   if (whole) {
     *hasSibling = !context_.Data.Recordset()->Eof();
     whole = context_.Data.OpenRecordset(
-        QStringLiteral("SELECT FIELD_ID, SIZE, DELETIONS FROM on_server") + WhereMailbox(mailbox),
+        QStringLiteral("SELECT FIELD_ID, SIZE, STATE FROM on_server") + WhereMailbox(mailbox),
         CursorKind::ForwardOnly);
   }
   if (whole) {
     const RecordsetPtr rows = context_.Data.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
-      noted_.insert(rows->Fields(u"FIELD_ID").toString(),
-                    {rows->Fields(u"SIZE").toLongLong(), rows->Fields(u"DELETIONS").toInt()});
+      noted_.insert(
+          rows->Fields(u"FIELD_ID").toString(),
+          {rows->Fields(u"SIZE").toLongLong(), static_cast<State>(rows->Fields(u"STATE").toInt())});
     }
     whole = !rows->Failed();
   }
@@ -121,34 +105,38 @@ bool ServerListing::HadIdentifiers(const QString& mailbox) {
   return had;
 }
 
-void ServerListing::NoteReuse() {
-  if (!std::exchange(reuses_, true)) changed_.insert(kMailboxItself, {0, kReuses});
+bool ServerListing::HasOtherSize(const QString& id) const {
+  const auto noted = noted_.constFind(id);
+  return noted != noted_.constEnd() && noted->size != listed_.value(id);
 }
 
 void ServerListing::Distrust() {
-  changed_.insert(kMailboxItself, {0, kMoves});
+  changed_.insert(kMailboxItself, {0, State::Moving});
   for (auto message = listed_.constBegin(); message != listed_.constEnd(); ++message) {
-    doubted_.insert(message.key());
+    if (!IsProven(message.key())) doubted_.insert(message.key());
   }
-  upset_ = reuses_ = distrusted_ = true;
+  upset_ = true;
 }
 
 // Messages without identifiers are not listed, and are known by what they hold.
-void ServerListing::Confirm(const QString& id, bool isNew) {
-  if (isNew) deletions_.remove(id);  // those were of another one
+void ServerListing::Confirm(const QString& id) {
   const auto listed = listed_.constFind(id);
   if (listed == listed_.constEnd()) return;
   const auto noted = noted_.constFind(id);
-  const int deletions = deletes_ ? 0 : kKept;
   const bool stands =
-      noted != noted_.constEnd() && noted->size == *listed && noted->deletions == deletions;
-  if (!stands) changed_.insert(id, {*listed, deletions});
+      noted != noted_.constEnd() && noted->size == *listed && noted->state == State::Listed;
+  if (!stands) changed_.insert(id, {*listed, State::Listed});
+}
+
+void ServerListing::Prove(const QString& id) {
+  Confirm(id);
+  doubted_.remove(id);
+  if (IsListed(id)) proven_.insert(id);
 }
 
 void ServerListing::Release(const QString& id) {
   const auto listed = listed_.constFind(id);
-  if (listed == listed_.constEnd()) return;
-  changed_.insert(id, {*listed, qMin(deletions_.value(id) + 1, kMaxDeletions)});
+  if (listed != listed_.constEnd()) changed_.insert(id, {*listed, State::Released});
 }
 
 bool ServerListing::Store() {
@@ -189,14 +177,15 @@ bool ServerListing::WriteChanges() {
         values.isEmpty() ||
         context_.Data.Execute(
             QStringLiteral(
-                "INSERT OR REPLACE INTO on_server (MAILBOX, FIELD_ID, SIZE, DELETIONS) VALUES ") +
+                "INSERT OR REPLACE INTO on_server (MAILBOX, FIELD_ID, SIZE, STATE) VALUES ") +
             values.join(u','));
     values.clear();
     return written;
   };
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
     values.append(u'(' + QuoteSql(mailbox_) + u',' + QuoteSql(entry.key()) + u',' +
-                  QString::number(entry->size) + u',' + QString::number(entry->deletions) + u')');
+                  QString::number(entry->size) + u',' +
+                  QString::number(static_cast<int>(entry->state)) + u')');
     if (values.size() == kRowsPerStatement && !flush()) return false;
   }
   return flush();

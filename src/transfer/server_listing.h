@@ -19,10 +19,10 @@ class ServerListing {
   explicit ServerListing(Context& context) : context_(context) {}
 
   /// Begins a session with a mailbox, named by user, server and port, that has these messages. At
-  /// the first listing of a mailbox all is doubted when the account deletes on the server, or when
-  /// the user has another mailbox at the same server, whose messages may have the same names. False
-  /// when the file cannot be read; the reason is in the session's `LastError`.
-  bool Begin(const QString& mailbox, const QList<ListedMessage>& messages, bool deletes);
+  /// the first listing of a mailbox all is doubted when the user has another one at the same
+  /// server, whose messages may have the same names. False when the file cannot be read; the reason
+  /// is in the session's `LastError`.
+  bool Begin(const QString& mailbox, const QList<ListedMessage>& messages);
   /// Forgets what was not stored, and all of an earlier session: nothing is doubted.
   void Clear();
   /// Whether an earlier session got identifiers from that mailbox.
@@ -31,21 +31,22 @@ class ServerListing {
   /// Whether the identifier may name another message than the stored one of that name.
   bool Doubts(const QString& id) const { return doubted_.contains(id); }
   bool IsListed(const QString& id) const { return listed_.contains(id); }
-  /// Whether it is listed and names the stored one.
-  bool Vouches(const QString& id) const { return listed_.contains(id) && !Doubts(id); }
+  /// Whether it is listed and its message has been compared in this session.
+  bool IsProven(const QString& id) const { return proven_.contains(id); }
+  /// Whether it has another size than at the last listing.
+  bool HasOtherSize(const QString& id) const;
   /// Whether so many messages are missing that those with new names may be the same ones.
   bool IsUpset() const { return upset_; }
-  /// Notes that a name of a message that was deleted came back for another one.
-  void NoteReuse();
   /// Notes that names go from one message to another while both are there: from now on no name in
   /// the mailbox tells anything, as on a server without identifiers.
   void Distrust();
-  bool IsDistrusted() const { return distrusted_; }
-  /// Notes that nothing is stored under that name.
+  /// Notes that nothing is stored under that name, or that another message may be.
   void NoteNew(const QString& id) { doubted_.remove(id); }
-  /// Notes that the message on the server is the stored one of that name; `isNew` when it has just
-  /// been stored.
-  void Confirm(const QString& id, bool isNew);
+  void Doubt(const QString& id) { doubted_.insert(id); }
+  /// Notes that the message on the server is the stored one of that name, as its name alone tells.
+  void Confirm(const QString& id);
+  /// The same, as a comparison told, or since it has just been stored.
+  void Prove(const QString& id);
   /// Notes that the message is about to be deleted on the server.
   void Release(const QString& id);
 
@@ -53,9 +54,16 @@ class ServerListing {
   bool Store();
 
  private:
+  // As it is stored.
+  enum class State {
+    Listed = 0,
+    Released = 1,  // the server was told to delete it
+    Absent = 2,    // missing in a listing that lacked most: it may come back, also renamed
+    Moving = 3,    // of the mailbox itself: its names go from one message to another
+  };
   struct Entry {
     qint64 size = 0;
-    int deletions = 0;  // how often the server was told to delete it
+    State state = State::Listed;
   };
 
   bool Read(const QString& mailbox, bool* hasSibling);
@@ -68,13 +76,10 @@ class ServerListing {
   QHash<QString, qint64> listed_;
   QHash<QString, Entry> noted_;  // as stored
   QHash<QString, Entry> changed_;
-  QHash<QString, int> deletions_;  // of what is listed, when the session began
   QSet<QString> doubted_;
+  QSet<QString> proven_;
   QSet<QString> gone_;
-  bool deletes_ = false;
   bool upset_ = false;
-  bool reuses_ = false;  // in this session or before, as the next
-  bool distrusted_ = false;
 };
 
 }  // namespace vorn

@@ -1,6 +1,5 @@
 #include "transfer/transfer_events.h"
 
-#include <QFileInfo>
 #include <utility>
 
 #include "mail/outbox.h"
@@ -11,7 +10,6 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
@@ -31,7 +29,7 @@ TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop
       pop_(pop),
       panel_(panel),
       store_(context),
-      listing_(context) {
+      known_(context) {
   flushTimer_.setInterval(GroupSize::kMs);
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
@@ -59,14 +57,8 @@ void TransferEvents::SessionStarted() {
   job_ = plan_.Job(pop_.Tag);
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
-  hasErased_.clear();
-  listing_.Clear();
-  scope_.clear();
-  copies_.reset();
-  hasUnnamed_.reset();
-  if (IsReceiving()) mailFiles_ = MailFiles();
+  if (IsReceiving()) known_.BeginSession(DeletesOnServer());
   doomed_.clear();
-  deletesByName_ = false;
   flushFailed_ = false;
   if (IsReceiving()) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -96,7 +88,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
-  const StoredCopies::Found found = FindStored(messageId, data);
+  const StoredCopies::Found found = known_.FindStored(messageId, data);
   if (found == StoredCopies::Found::Failed) {
     StoreFailed(failure);
     return false;
@@ -104,7 +96,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = DeletesOnServer() && found != StoredCopies::Found::Erased;
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    NoteStored(messageId, false, deleteOnServer);
+    NoteStored(messageId, true, deleteOnServer);
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -113,8 +105,8 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
   MailStore::Received received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
-  if (received == MailStore::Received::Known && !scope_.isEmpty()) {
-    const StoredCopies::Found taken = FindByContents(messageId, data);
+  if (received == MailStore::Received::Known && known_.HasIdentifiers()) {
+    const StoredCopies::Found taken = known_.FindByContents(messageId, data);
     if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
     if (taken == StoredCopies::Found::Failed) received = MailStore::Received::Failed;
   }
@@ -128,7 +120,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     ++counts_.known;
     KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
   }
-  NoteStored(messageId, received == MailStore::Received::Stored, deleteOnServer);
+  NoteStored(messageId, true, deleteOnServer);
   if (received == MailStore::Received::Known) return true;
   unflushed_.append(message.SerialID());
   group_.Add(data.size());
@@ -140,72 +132,8 @@ bool TransferEvents::DeletesOnServer() const {
   return account != nullptr && account->Flag(u"InMailServerDelete");
 }
 
-// Those that a file of the profile may know a message by.
-QStringList TransferEvents::MailFiles() const {
-  const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
-  if (!Settings(context_)->Flag(u"Careful")) return files;
-  // Also those that were used before, so that a new file does not begin with all that they have.
-  QStringList all = files;
-  for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
-    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
-  }
-  all.removeDuplicates();
-  return all;
-}
-
-// Asked of what a name does not tell for sure: the server may have given it to another message, or
-// usually gives names and gave this one none.
-StoredCopies::Found TransferEvents::FindStored(const QString& messageId, const QByteArray& data) {
-  const bool lacksName = !scope_.isEmpty() && !listing_.IsListed(messageId);
-  return listing_.Doubts(messageId) || lacksName ? FindByContents(messageId, data)
-                                                 : StoredCopies::Found::None;
-}
-
-StoredCopies::Found TransferEvents::FindByContents(const QString& messageId,
-                                                   const QByteArray& data) {
-  using Found = StoredCopies::Found;
-  if (!copies_) copies_.emplace(context_, mailFiles_);
-  QString formerName;
-  const Found found = copies_->Find(
-      scope_, messageId, data, listing_.IsListed(messageId),
-      [this](const QString& id) { return listing_.Vouches(id); }, &formerName);
-  switch (found) {
-    case Found::Moved:
-      // From one that is there to another; else the names of all have changed, and count from now.
-      if (listing_.IsListed(formerName)) listing_.Distrust();
-      return Found::Stored;
-    case Found::Renewed:
-      listing_.NoteReuse();
-      return Found::None;
-    case Found::Erased:
-      return Settings(context_)->Flag(u"Careful") ? found : Found::None;
-    default:
-      return found;
-  }
-}
-
-// Messages that had no name of their own when they were stored: what gets one now may be one of
-// them.
-bool TransferEvents::HasUnnamed() {
-  if (hasUnnamed_) return *hasUnnamed_;
-  hasUnnamed_ = false;
-  const QString start = scope_ + QStringLiteral("sha256:");
-  for (const QString& file : mailFiles_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
-    const bool any =
-        context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
-                                        QuoteSql(start) + QStringLiteral(" AND FIELD_ID < ") +
-                                        QuoteSql(start + u'~') + QStringLiteral(" LIMIT 1"),
-                                    CursorKind::ForwardOnly) &&
-        !context_.Data.Recordset()->Eof();
-    context_.Data.Close();
-    hasUnnamed_ = *hasUnnamed_ || any;
-  }
-  return *hasUnnamed_;
-}
-
-void TransferEvents::NoteStored(const QString& messageId, bool isNew, bool deleteOnServer) {
-  listing_.Confirm(messageId, isNew);
+void TransferEvents::NoteStored(const QString& messageId, bool proven, bool deleteOnServer) {
+  known_.NoteStored(messageId, proven);
   if (deleteOnServer) doomed_.append(messageId);
 }
 
@@ -215,19 +143,13 @@ void TransferEvents::ListingFailed() {
 
 bool TransferEvents::MailboxListed(const QString& scope,
                                    const std::optional<QList<ListedMessage>>& messages) {
-  // The usual port with TLS leads where the usual one without it does.
-  constexpr int kPlainPort = 110;
-  constexpr int kTlsPort = 995;
-  const int port = pop_.ServerPort == kTlsPort ? kPlainPort : pop_.ServerPort;
-  const QString mailbox = scope.chopped(1) + u':' + QString::number(port);
   if (!messages) {
     // Under other identifiers all that is stored would be received again.
-    if (!listing_.HadIdentifiers(mailbox)) return true;
+    if (!known_.HadIdentifiers(scope, pop_.ServerPort)) return true;
     Error(static_cast<int>(PopError::Refused), Ui::tr("メッセージの一覧を取得できません。"));
     return false;
   }
-  scope_ = scope;
-  if (listing_.Begin(mailbox, *messages, DeletesOnServer())) return true;
+  if (known_.TakeListing(scope, pop_.ServerPort, *messages)) return true;
   ListingFailed();
   return false;
 }
@@ -243,7 +165,7 @@ bool TransferEvents::Flush() {
   if (!stored.isEmpty() && job_ != nullptr) {
     Append(*job_, QStringLiteral("messages"), stored.join(kLineBreak));
   }
-  if (!flushFailed_ && !listing_.Store())
+  if (!flushFailed_ && !known_.Store())
     ListingFailed();  // costs fetching these once more, if all ends here
   counts_.stored += static_cast<int>(stored.size());
   arrivedInSession_ += static_cast<int>(stored.size());
@@ -252,13 +174,9 @@ bool TransferEvents::Flush() {
 
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
-  if (deletesByName_ && listing_.IsDistrusted()) {
-    Log(0, Ui::tr("サーバーのメッセージの番号が変わっているので、今回は削除しません。"));
-    return false;
-  }
   // From here on their names prove nothing: the server may give them to other messages.
-  for (const QString& messageId : std::exchange(doomed_, {})) listing_.Release(messageId);
-  if (!listing_.Store()) {
+  for (const QString& messageId : std::exchange(doomed_, {})) known_.Release(messageId);
+  if (!known_.Store()) {
     ListingFailed();
     return false;
   }
@@ -360,51 +278,25 @@ void TransferEvents::RecipientRefused(const QString& address, const QString& rep
 }
 
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
-  deleteOnServer = DeletesOnServer();
-  bool isSure = true;
-  QStringList holders;
-  for (const QString& file : mailFiles_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
-    // A message in any of the files is stored, whichever is asked last.
-    bool isHere = false;
-    if (context_.Data.OpenRecordset(
-            QStringLiteral("SELECT COUNT(0) FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
-            CursorKind::ForwardOnly)) {
-      isHere = context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
-    } else {
-      isHere = true;  // as far as anybody can know, so that it is neither stored twice nor deleted
-      isSure = false;
-    }
-    const bool isErased = !isHere && IsErased(file, messageId);
-    context_.Data.Close();
-    if (isHere) holders.append(file);
-    // A server may give an identifier anew: nothing is deleted there that is not stored here.
-    if (isErased) deleteOnServer = false;
-    exists = exists || isHere || isErased;
-  }
-  if (listing_.Doubts(messageId) && isSure) {
-    if (!exists && !listing_.IsUpset() && !HasUnnamed()) listing_.NoteNew(messageId);
-    exists = false;  // its contents will tell
-  }
+  using Name = KnownMessages::Name;
+  QStringList files;
+  const Name name = known_.Ask(messageId, &files);
+  exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
+  // A server may give an identifier anew: nothing is deleted there that is not stored here.
+  deleteOnServer = DeletesOnServer() && name != Name::Erased;
   if (!exists) return;
-  for (const QString& file : holders) KeepUnlessWhole(file, messageId, deleteOnServer);
+  for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
-  if (isSure) NoteStored(messageId, false, deleteOnServer);
-  deletesByName_ = deletesByName_ || (deleteOnServer && listing_.IsListed(messageId));
+  if (name != Name::Unknown) NoteStored(messageId, false, deleteOnServer);
 }
 
-// In the open file. Who has thrown a message away for good does not want it once more.
-bool TransferEvents::IsErased(const QString& file, const QString& messageId) {
-  const auto any = [this](const QString& condition) {
-    return context_.Data.OpenRecordset(
-               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
-               CursorKind::ForwardOnly) &&
-           !context_.Data.Recordset()->Eof();
-  };
-  if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
-  }
-  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header,
+                              bool& deleteOnServer) {
+  deleteOnServer = DeletesOnServer();
+  if (!known_.ProvesHeader(messageId, header)) return false;
+  ++counts_.known;
+  NoteStored(messageId, true, deleteOnServer);
+  return true;
 }
 
 // The server's copy may be the only one that can be read.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QHash>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
@@ -8,12 +7,11 @@
 #include <optional>
 
 #include "mail/mail_store.h"
-#include "mail/stored_copy.h"
 #include "storage/context.h"
 #include "storage/group_size.h"
+#include "transfer/known_messages.h"
 #include "transfer/pop_events.h"
 #include "transfer/receive_stop_rules.h"
-#include "transfer/server_listing.h"
 
 namespace vorn {
 
@@ -57,6 +55,8 @@ class TransferEvents : public QObject, public PopEvents {
   bool MailboxListed(const QString& scope,
                      const std::optional<QList<ListedMessage>>& messages) override;
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
+  bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
+  bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
   void SessionStarted() override;
@@ -78,13 +78,8 @@ class TransferEvents : public QObject, public PopEvents {
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
-  QStringList MailFiles() const;
-  bool HasUnnamed();
-  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
-  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
   void ListingFailed();
-  void NoteStored(const QString& messageId, bool isNew, bool deleteOnServer);
-  bool IsErased(const QString& file, const QString& messageId);
+  void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void StoreFailed(const QString& sentence);
   void OutcomeFailed(Disk& job, const QString& sentence);
@@ -106,14 +101,8 @@ class TransferEvents : public QObject, public PopEvents {
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
-  QStringList mailFiles_;
-  QString scope_;  // of the mailbox's identifiers; empty when it has none
-  ServerListing listing_;
-  std::optional<StoredCopies> copies_;
-  std::optional<bool> hasUnnamed_;  // once it was asked
-  QStringList doomed_;              // stored messages that the session will delete on the server
-  bool deletesByName_ = false;      // some of them by their names alone
-  QHash<QString, bool> hasErased_;  // by file, in this session
+  KnownMessages known_;
+  QStringList doomed_;  // stored messages that the session will delete on the server
   QString rulesText_;
   std::optional<ReceiveStopRules> rules_;
   QTimer flushTimer_;

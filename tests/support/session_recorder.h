@@ -41,6 +41,12 @@ class SessionRecorder : public PopEvents {
     exists = known.contains(id);
     deleteOnServer = deletes;
   }
+  bool WantsHeader(const QString& id) override { return unsure.contains(id); }
+  bool IsStored(const QString&, const QByteArray& header, bool& deleteOnServer) override {
+    headers.append(header);
+    deleteOnServer = deletes;
+    return header.contains("Subject: stored");
+  }
   void Error(int code, const QString& text) override {
     codes.append(static_cast<PopError>(code));
     errors.append(text);
@@ -60,8 +66,9 @@ class SessionRecorder : public PopEvents {
   QString Shown() const { return errors.join(u'\n') + log.join(u'\n'); }
 
   QByteArrayList arrived, sent;
-  QStringList ids, known;  ///< of what arrived, and of what need not
-  QStringList told;        ///< of handing over, in order
+  QByteArrayList headers;          ///< of messages whose identifiers prove nothing
+  QStringList ids, known, unsure;  ///< of what arrived, of what need not, and of what may not
+  QStringList told;                ///< of handing over, in order
   QStringList errors, log, refused;
   QList<PopError> codes;
   int started = 0, ended = 0;

@@ -1,0 +1,184 @@
+#include "transfer/known_messages.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+// The usual port with TLS leads where the usual one without it does.
+constexpr int kPlainPort = 110;
+constexpr int kTlsPort = 995;
+
+QString MailboxName(const QString& scope, int port) {
+  return scope.chopped(1) + u':' + QString::number(port == kTlsPort ? kPlainPort : port);
+}
+
+}  // namespace
+
+void KnownMessages::BeginSession(bool deletes) {
+  deletes_ = deletes;
+  listing_.Clear();
+  scope_.clear();
+  files_ = MailFiles();
+  unsure_.clear();
+  copies_.reset();
+  hasUnnamed_.reset();
+  hasErased_.clear();
+}
+
+// Those that a file of the profile may know a message by.
+QStringList KnownMessages::MailFiles() const {
+  const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
+  if (!Settings(context_)->Flag(u"Careful")) return files;
+  // Also those that were used before, so that a new file does not begin with all that they have.
+  QStringList all = files;
+  for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
+    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
+  }
+  all.removeDuplicates();
+  return all;
+}
+
+bool KnownMessages::TakeListing(const QString& scope, int port,
+                                const QList<ListedMessage>& messages) {
+  scope_ = scope;
+  return listing_.Begin(MailboxName(scope, port), messages);
+}
+
+bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
+  return listing_.HadIdentifiers(MailboxName(scope, port));
+}
+
+KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* files) {
+  bool isSure = true;
+  bool isErased = false;
+  for (const QString& file : files_) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    // A message in any of the files is stored, whichever is asked last.
+    bool isHere = true;
+    if (context_.Data.OpenRecordset(
+            QStringLiteral("SELECT COUNT(0) FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
+            CursorKind::ForwardOnly)) {
+      isHere = context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
+    } else {
+      isSure = false;  // neither stored twice nor deleted
+    }
+    isErased = isErased || (!isHere && IsErased(file, messageId));
+    context_.Data.Close();
+    if (isHere) files->append(file);
+  }
+  if (!isSure) return Name::Unknown;
+  if (files->isEmpty() && !isErased) {
+    // It may have had another name, or none, until now.
+    const bool mayHaveHadAnother = listing_.IsUpset() || HasUnnamed();
+    if (!mayHaveHadAnother) listing_.NoteNew(messageId);
+    if (mayHaveHadAnother && listing_.IsListed(messageId)) listing_.Doubt(messageId);
+    return Name::New;
+  }
+  if (files->isEmpty()) return listing_.Doubts(messageId) ? Name::New : Name::Erased;
+  // Names without a listing are made of the contents.
+  const bool mayBeAnother =
+      listing_.Doubts(messageId) || (deletes_ && listing_.IsListed(messageId));
+  if (!mayBeAnother) return Name::Stored;
+  listing_.Doubt(messageId);
+  if (listing_.HasOtherSize(messageId)) return Name::New;
+  unsure_.insert(messageId, *files);
+  return Name::Unsure;
+}
+
+bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
+  const QStringList files = unsure_.take(messageId);
+  return !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
+    return StoredCopyHasHeader(context_, file, messageId, header);
+  });
+}
+
+// Asked of what a name does not tell for sure: the server may have given it to another message, or
+// usually gives names and gave this one none.
+StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data) {
+  const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
+  return listing_.Doubts(messageId) || lacksName ? FindByContents(messageId, data)
+                                                 : StoredCopies::Found::None;
+}
+
+// Where something is deleted, no name counts before its message was compared.
+bool KnownMessages::IsVouchedFor(const QString& messageId) const {
+  if (deletes_) return listing_.IsProven(messageId);
+  return listing_.IsListed(messageId) && !listing_.Doubts(messageId);
+}
+
+StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
+                                                  const QByteArray& data) {
+  using Found = StoredCopies::Found;
+  if (!copies_) {
+    copies_.emplace(context_, files_, scope_,
+                    [this](const QString& id) { return IsVouchedFor(id); });
+  }
+  // After a move to another server all names are new, and header fields may be, too.
+  const auto depth = listing_.IsUpset() ? StoredCopies::Depth::Bodies : StoredCopies::Depth::Bytes;
+  QString formerName;
+  const Found found =
+      copies_->Find(messageId, data, listing_.IsListed(messageId), depth, &formerName);
+  switch (found) {
+    case Found::Moved:
+      // From one that is there to another; else the names of all have changed, and count from now.
+      if (listing_.IsListed(formerName)) listing_.Distrust();
+      return Found::Stored;
+    case Found::Renewed:
+      return Found::None;
+    case Found::Erased:
+      return Settings(context_)->Flag(u"Careful") ? found : Found::None;
+    default:
+      return found;
+  }
+}
+
+// Messages that had no name of their own when they were stored: what gets one now may be one of
+// them.
+bool KnownMessages::HasUnnamed() {
+  if (hasUnnamed_) return *hasUnnamed_;
+  hasUnnamed_ = false;
+  const QString start = scope_ + QStringLiteral("sha256:");
+  for (const QString& file : files_) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    const bool any =
+        context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
+                                        QuoteSql(start) + QStringLiteral(" AND FIELD_ID < ") +
+                                        QuoteSql(start + u'~') + QStringLiteral(" LIMIT 1"),
+                                    CursorKind::ForwardOnly) &&
+        !context_.Data.Recordset()->Eof();
+    context_.Data.Close();
+    hasUnnamed_ = *hasUnnamed_ || any;
+  }
+  return *hasUnnamed_;
+}
+
+// In the open file. Who has thrown a message away for good does not want it once more.
+bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
+  const auto any = [this](const QString& condition) {
+    return context_.Data.OpenRecordset(
+               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
+               CursorKind::ForwardOnly) &&
+           !context_.Data.Recordset()->Eof();
+  };
+  if (!hasErased_.contains(file)) {
+    hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
+  }
+  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+}
+
+void KnownMessages::NoteStored(const QString& messageId, bool proven) {
+  if (proven) {
+    listing_.Prove(messageId);
+  } else {
+    listing_.Confirm(messageId);
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "mail/stored_copy.h"
+#include "storage/context.h"
+#include "transfer/pop_events.h"
+#include "transfer/server_listing.h"
+
+namespace vorn {
+
+/// Tells which messages of a mailbox are stored already. An identifier is believed where its
+/// mailbox never gave one anew, and then only to leave a message where it is: before anything is
+/// deleted on the server, its header or all of it is compared with the stored one.
+class KnownMessages {
+ public:
+  explicit KnownMessages(Context& context) : context_(context), listing_(context) {}
+
+  /// Forgets an earlier session. Those of `deletes` are of an account that deletes on the server.
+  void BeginSession(bool deletes);
+  /// Takes the mailbox's messages, whose identifiers begin with `scope`. False when the profile's
+  /// mail file cannot be read; the reason is in the session's `LastError`.
+  bool TakeListing(const QString& scope, int port, const QList<ListedMessage>& messages);
+  /// Whether an earlier session got identifiers from that mailbox.
+  bool HadIdentifiers(const QString& scope, int port);
+
+  enum class Name {
+    New,     ///< to be fetched; when its name proves nothing, `FindStored` tells more
+    Unsure,  ///< one of that name is stored; `ProvesHeader` or `FindStored` tells whether it is it
+    Stored,
+    Erased,   ///< was stored and erased for good
+    Unknown,  ///< a file cannot be asked: as far as anybody can know it is stored
+  };
+  /// What the identifier tells. `files` gets the mail files that have a message of that name.
+  Name Ask(const QString& messageId, QStringList* files);
+  /// Whether the answer was `Unsure` and the header may tell.
+  bool WantsHeader(const QString& messageId) const { return unsure_.contains(messageId); }
+  /// Whether the header is that of the stored message of that name; it has a Message-ID then, which
+  /// no two messages share (RFC 5322 section 3.6.4).
+  bool ProvesHeader(const QString& messageId, const QByteArray& header);
+  /// What the whole message tells where its name does not, otherwise `None`.
+  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
+  /// The same, whatever its name tells. Under a name of the mailbox the row takes that name.
+  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
+
+  /// Notes that the message is stored under that name, as the name alone tells or, with `proven`,
+  /// as was seen.
+  void NoteStored(const QString& messageId, bool proven);
+  /// Notes that it is about to be deleted on the server.
+  void Release(const QString& messageId) { listing_.Release(messageId); }
+  /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
+  bool Store() { return listing_.Store(); }
+  bool HasIdentifiers() const { return !scope_.isEmpty(); }
+
+ private:
+  QStringList MailFiles() const;
+  bool HasUnnamed();
+  bool IsErased(const QString& file, const QString& messageId);
+  bool IsVouchedFor(const QString& messageId) const;
+
+  Context& context_;
+  ServerListing listing_;
+  bool deletes_ = false;
+  QString scope_;  // empty when the mailbox has no identifiers
+  QStringList files_;
+  QHash<QString, QStringList> unsure_;  // which files have a message of that name
+  std::optional<StoredCopies> copies_;
+  std::optional<bool> hasUnnamed_;  // once it was asked
+  QHash<QString, bool> hasErased_;  // by file
+};
+
+}  // namespace vorn
