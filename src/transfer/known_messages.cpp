@@ -103,8 +103,9 @@ bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& hea
 // usually gives names and gave this one none.
 StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data) {
   const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
-  return listing_.Doubts(messageId) || lacksName ? FindByContents(messageId, data)
-                                                 : StoredCopies::Found::None;
+  return listing_.Doubts(messageId) || listing_.IsUpset() || lacksName
+             ? FindByContents(messageId, data)
+             : StoredCopies::Found::None;
 }
 
 // Where something is deleted, no name counts before its message was compared.
@@ -131,6 +132,7 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
       if (listing_.IsListed(formerName)) listing_.Distrust();
       return Found::Stored;
     case Found::Renewed:
+      listing_.NoteRenewed(messageId);
       return Found::None;
     case Found::Erased:
       return Settings(context_)->Flag(u"Careful") ? found : Found::None;

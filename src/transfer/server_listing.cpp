@@ -110,6 +110,10 @@ bool ServerListing::HasOtherSize(const QString& id) const {
   return noted != noted_.constEnd() && noted->size != listed_.value(id);
 }
 
+void ServerListing::NoteRenewed(const QString& id) {
+  upset_ = upset_ || noted_.value(id).state != State::Released;
+}
+
 void ServerListing::Distrust() {
   changed_.insert(kMailboxItself, {0, State::Moving});
   for (auto message = listed_.constBegin(); message != listed_.constEnd(); ++message) {

@@ -35,8 +35,11 @@ class ServerListing {
   bool IsProven(const QString& id) const { return proven_.contains(id); }
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;
-  /// Whether so many messages are missing that those with new names may be the same ones.
+  /// Whether those with new names may be the same ones: so many messages are missing, or a name of
+  /// one that was not deleted was found to be another's.
   bool IsUpset() const { return upset_; }
+  /// Notes that the identifier was another message's until now.
+  void NoteRenewed(const QString& id);
   /// Notes that names go from one message to another while both are there: from now on no name in
   /// the mailbox tells anything, as on a server without identifiers.
   void Distrust();
