@@ -2505,16 +2505,8 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>The file could not be deleted.</translation>
     </message>
     <message>
-        <source>ファイル「%1」をディスクからも削除しますか？残すと、一覧から外れるだけでフォルダに残ります。削除は「OK」を押したときに行います。</source>
-        <translation>Delete the file &quot;%1&quot; from the disk as well? If you keep it, it only leaves the list and stays in the folder. It is deleted when you press OK.</translation>
-    </message>
-    <message>
         <source>削除する</source>
         <translation>Delete</translation>
-    </message>
-    <message>
-        <source>残す</source>
-        <translation>Keep</translation>
     </message>
     <message>
         <source>ログインできませんでした。</source>
@@ -2647,20 +2639,72 @@ Open it?</translation>
         <translation>Writing (&amp;K)</translation>
     </message>
     <message>
-        <source>サーバーのメッセージの番号が変わっているので、今回は削除しません。</source>
-        <translation>The server has numbered its messages anew, so nothing is deleted this time.</translation>
-    </message>
-    <message>
         <source>標準のブラウザーを起動できません。</source>
-        <translation>The system's browser cannot be started.</translation>
+        <translation>The system&apos;s browser cannot be started.</translation>
     </message>
     <message>
         <source>お気に入りのページを標準のブラウザーで開く(&amp;B)</source>
-        <translation>Open bookmarks in the system's &amp;browser</translation>
+        <translation>Open bookmarks in the system&apos;s &amp;browser</translation>
     </message>
     <message>
         <source>ファイルを新しい鍵で書き直せません。ディスクの空き容量と、ファイルが壊れていないかを確認してください。</source>
         <translation>The file cannot be written under a new key. Check the free space on the disk, and whether the file is damaged.</translation>
+    </message>
+    <message>
+        <source>メールのファイルはフォルダ「%1」に残ります。</source>
+        <translation>Its mail files stay in the folder "%1".</translation>
+    </message>
+    <message>
+        <source>メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。</source>
+        <translation>%1 files that are no message files (.eml or .mbox) were passed over.</translation>
+    </message>
+    <message>
+        <source>添付ファイル「%1」は、添付してから変わっています。今の内容で送信してよろしいですか？</source>
+        <translation>The file "%1" has changed since it was attached. Send it as it is now?</translation>
+    </message>
+    <message>
+        <source>このプロファイルにログインすると変えられます</source>
+        <translation>Can be changed when logged in to this profile</translation>
+    </message>
+    <message>
+        <source>既存のファイル(&amp;E)..</source>
+        <translation>&amp;Existing File..</translation>
+    </message>
+    <message>
+        <source>既存のファイル</source>
+        <translation>Existing File</translation>
+    </message>
+    <message>
+        <source>データベース (*.mbx)</source>
+        <translation>Databases (*.mbx)</translation>
+    </message>
+    <message>
+        <source>プロファイルのフォルダ「%1」にあるファイルだけを使えます。先にそこへコピーしてください。</source>
+        <translation>Only files in the profile's folder "%1" can be used. Copy it there first.</translation>
+    </message>
+    <message>
+        <source>このファイルは一覧にあります。</source>
+        <translation>This file is in the list.</translation>
+    </message>
+    <message>
+        <source>メッセージのデータベースとして開けません。</source>
+        <translation>It cannot be opened as a database of messages.</translation>
+    </message>
+    <message>
+        <source>ファイルを残す</source>
+        <translation>Keep the File</translation>
+    </message>
+    <message>
+        <source>ファイル「%1」は「OK」を押したときに削除します。残すときは一覧から外れるだけで、「既存のファイル」で戻せます。</source>
+        <translation>The file "%1" is deleted when "OK" is pressed. When it is kept it only leaves the list, and "Existing File" brings it back.</translation>
+    </message>
+    <message>
+        <source>件名: </source>
+        <translation>Subject: </translation>
+    </message>
+    <message>
+        <source>そのうち%1通はサーバーから削除します。</source>
+        <translation>%1 of them are deleted on the server.</translation>
     </message>
 </context>
 </TS>

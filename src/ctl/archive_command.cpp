@@ -51,6 +51,7 @@ int Import(Context& context, const Arguments& arguments) {
          QStringLiteral("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
          arguments.Has(QStringLiteral("json")));
   if (!complete) return Complain(error, kExitFailure);
+  if (!error.isEmpty()) Complain(error, 0);  // of what was passed over
   return counts.unreadable.isEmpty() ? kExitOk : kExitPartly;
 }
 

@@ -51,9 +51,8 @@ int OpenFile(const Arguments& arguments) {
   const EditSettings settings = EditSettings::Defaults();
   StoredMessage message;
   message.source = *source;
-  const MessageIndex index = IndexMessage(
-      message.source, QString(),
-      {settings.textTypes, MimeCodec::HasEndMark(message.source), settings.standardHeaders});
+  const MessageIndex index = IndexMessage(message.source, QString(),
+                                          {settings.textTypes, false, settings.standardHeaders});
   message.contentIndex = index.content;
   message.addressLines = index.addressLines;
   message.charset = StoredCharset(index.flags);

@@ -168,8 +168,9 @@ bool IsMailAddress(const QString& text) {
   const QStringView domain = QStringView(text).sliced(at + 1);
   const bool isLiteral = domain.startsWith(u'[') && domain.endsWith(u']');
   return (isQuoted || std::none_of(local.begin(), local.end(), isOdd)) &&
-         (isLiteral || (std::none_of(domain.begin(), domain.end(), isOdd) &&
-                        !domain.startsWith(u'.') && !domain.endsWith(u'.')));
+         (isLiteral ||
+          (std::none_of(domain.begin(), domain.end(), isOdd) && !domain.startsWith(u'.') &&
+           !domain.endsWith(u'.') && !domain.contains(QStringView(u".."))));
 }
 
 QList<AddressEntry> ReadTypedAddresses(const QString& typed) {

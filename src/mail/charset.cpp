@@ -260,7 +260,10 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   const bool declaredFits = Fits(declared, bytes, asDeclared);
   if (declaredFits && ProvesItself(declared)) return asDeclared.text;
   DecodedText asChosen = Decode(chosen, bytes, atCut);
-  if (code.isPicked) return asChosen.text;
+  if (code.isPicked) {
+    const bool hasErrors = !Fits(chosen, bytes, asChosen) || !LooksJapanese(asChosen.text);
+    return declaredFits && hasErrors ? asDeclared.text : asChosen.text;
+  }
   // Hardly anything but UTF-8 is well-formed UTF-8.
   const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
   if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;

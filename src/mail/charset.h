@@ -34,7 +34,8 @@ struct ReadingCode {
       : choice(code), isPicked(picked) {}
 
   CharsetChoice choice;
-  bool isPicked;  ///< by the user just now, who wants to see what it gives, errors included
+  bool isPicked;  ///< by the user just now, who wants to see what it gives, errors included, but
+                  ///< not where it has errors and what the text declares has none
   Charset body;   ///< what the message's text declares, a hint for raw header fields
 };
 

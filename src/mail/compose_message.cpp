@@ -235,7 +235,7 @@ class Composer {
       const QByteArray data = options_.read ? options_.read(attachment) : QByteArray();
       if (isUu) {
         WriteUuBlock(attachment, data);
-      } else if (attachment.type == u"message/rfc822" && options_.settings.standardHeaders) {
+      } else if (attachment.type.startsWith(u"message/") && options_.settings.standardHeaders) {
         WriteMessagePart(attachment, data, boundary);
       } else {
         WritePart(attachment, data, encoding, boundary);
@@ -282,7 +282,8 @@ class Composer {
     out_ += MimeCodec::EncodeTransfer(data, encoding) + "\r\n";
   }
 
-  // A message is not encoded (RFC 2046 section 5.2.1); what cannot stand as it is, is but a file.
+  // A message, or the machine's half of a report, is not encoded (RFC 2046 section 5.2.1, RFC 3464
+  // section 2.1); what cannot stand as it is, is but a file.
   void WriteMessagePart(const ModelAttachment& attachment, const QByteArray& data,
                         const QByteArray& boundary) {
     const bool isLines = !data.contains('\0') && !HasLongLine(data) &&
@@ -294,7 +295,8 @@ class Composer {
       WritePart(file, data, TransferEncoding::Base64, boundary);
       return;
     }
-    WritePartHeader(attachment, "message/rfc822", IsEightBit(data) ? "8bit" : "7bit", boundary);
+    WritePartHeader(attachment, attachment.type.toLatin1(), IsEightBit(data) ? "8bit" : "7bit",
+                    boundary);
     out_ += data + "\r\n";
   }
 

@@ -260,6 +260,10 @@ bool HasEndMark(QByteArrayView source) {
   return source.endsWith("\r\n.\r\n") && HeaderField(source, "Received:").isNull();
 }
 
+QByteArray WithoutEndMark(const QByteArray& source) {
+  return HasEndMark(source) ? source.chopped(kEndMarkLength) : source;
+}
+
 Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
   return Charset::FromLabel(ContentType(source, record).Bytes("charset"));
 }

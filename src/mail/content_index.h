@@ -45,6 +45,8 @@ HeaderParameters ContentType(QByteArrayView source, const ContentRecord& record)
 /// Whether a source ends with the mark of composed sources, a line of one full stop, which is no
 /// text. One that came from a server has none: such a line is the sender's.
 bool HasEndMark(QByteArrayView source);
+/// The source without that mark.
+QByteArray WithoutEndMark(const QByteArray& source);
 inline constexpr qsizetype kEndMarkLength = 3;  ///< the full stop and its line break
 
 /// The character set that a part declares.

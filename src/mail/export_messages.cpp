@@ -7,14 +7,6 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-// The mark that ends what this program composes is no part of the message.
-QByteArray WithoutEndMark(const QByteArray& source) {
-  return MimeCodec::HasEndMark(source) ? source.chopped(MimeCodec::kEndMarkLength) : source;
-}
-
-}  // namespace
 
 ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
                              const WorkProgress& progress) {
@@ -37,8 +29,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }
-    goesOn = writer.Write(leavesMarks ? WithoutEndMark(*source) : *source, message.subject,
-                          message.opened);
+    goesOn = writer.Write(leavesMarks ? MimeCodec::WithoutEndMark(*source) : *source,
+                          message.subject, message.opened);
     if (goesOn) ++outcome.count;
     if (goesOn && progress && !progress(outcome.count)) {
       outcome.error = Ui::tr("中止しました。");

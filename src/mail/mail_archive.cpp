@@ -98,28 +98,61 @@ bool ReadFile(const QString& path, const std::function<bool(const QByteArray&)>&
   return true;
 }
 
+// A folder with all that lies in it.
+class FolderReader {
+ public:
+  FolderReader(const std::function<bool(const QByteArray&)>& take, QString* error)
+      : take_(take), error_(error) {}
+
+  void Read(const QDir& folder) {
+    const bool isMaildir =
+        folder.exists(QStringLiteral("cur")) && folder.exists(QStringLiteral("new"));
+    if (isMaildir) {
+      ReadFiles(folder.filePath(QStringLiteral("cur")), {});
+      ReadFiles(folder.filePath(QStringLiteral("new")), {});
+    } else {
+      ReadFiles(folder, {QStringLiteral("*.eml"), QStringLiteral("*.mbox")});
+    }
+    for (const QString& name : folder.entryList(
+             QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Name)) {
+      const bool isRead = isMaildir && (name == u"cur" || name == u"new" || name == u"tmp");
+      if (goesOn_ && !isRead) Read(QDir(folder.filePath(name)));
+    }
+  }
+  bool Complete() const { return complete_; }
+  int PassedOver() const { return goesOn_ ? passedOver_ : 0; }
+
+ private:
+  void ReadFiles(const QDir& folder, const QStringList& filters) {
+    const QStringList names = folder.entryList(filters, QDir::Files, QDir::Name);
+    for (const QString& name : names) {
+      if (!goesOn_) return;
+      complete_ = ReadFile(folder.filePath(name), take_, &goesOn_, error_) && complete_;
+    }
+    passedOver_ += static_cast<int>(folder.entryList(QDir::Files).size() - names.size());
+  }
+
+  const std::function<bool(const QByteArray&)>& take_;
+  QString* error_;
+  bool goesOn_ = true;
+  bool complete_ = true;
+  int passedOver_ = 0;
+};
+
 }  // namespace
 
 bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
                  QString* error) {
   bool goesOn = true;
-  bool complete = true;
-  const QFileInfo info(path);
-  if (!info.isDir()) return ReadFile(path, take, &goesOn, error);
-  const QDir folder(path);
-  const bool isMaildir =
-      folder.exists(QStringLiteral("cur")) && folder.exists(QStringLiteral("new"));
-  const QStringList parts = isMaildir ? QStringList{QStringLiteral("cur"), QStringLiteral("new")}
-                                      : QStringList{QStringLiteral(".")};
-  const QStringList filters = isMaildir ? QStringList() : QStringList{QStringLiteral("*.eml")};
-  for (const QString& part : parts) {
-    const QDir messages(folder.filePath(part));
-    for (const QString& name : messages.entryList(filters, QDir::Files, QDir::Name)) {
-      complete = ReadFile(messages.filePath(name), take, &goesOn, error) && complete;
-      if (!goesOn) return complete;
-    }
+  if (!QFileInfo(path).isDir()) return ReadFile(path, take, &goesOn, error);
+  FolderReader reader(take, error);
+  reader.Read(QDir(path));
+  if (reader.PassedOver() > 0 && reader.Complete()) {
+    *error =
+        Ui::tr("メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。")
+            .arg(reader.PassedOver());
   }
-  return complete;
+  return reader.Complete();
 }
 
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)

@@ -14,10 +14,11 @@ enum class ArchiveFormat { Mbox, Maildir, Eml };
 
 /// Reads the messages of a file or folder and hands each source to `take`, which returns false to
 /// end the reading. A folder with "cur" and "new" is a Maildir; another folder is read for its .eml
-/// files; a file that begins with "From " is an mbox (see `ReadMbox`), any other file is one
-/// message. Sources whose lines end with a bare LF get CR LF, unless `ArchiveWriter` wrote them.
-/// False, with a sentence in `error`, when something could not be read or is no message; everything
-/// else was handed over.
+/// and .mbox files; so are those in it. A file that begins with "From " is an mbox (see
+/// `ReadMbox`), any other file is one message. Sources whose lines end with a bare LF get CR LF,
+/// unless `ArchiveWriter` wrote them. False, with a sentence in `error`, when something could not
+/// be read or is no message; everything else was handed over. After true there may be a sentence as
+/// well, about files in a folder that were passed over.
 bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
                  QString* error);
 

@@ -208,6 +208,7 @@ void CheckPlan::Reschedule(Disk& job) const {
 void CheckPlan::Run(Disk& job) {
   const QString mode = job.Text(u"mode");
   if (mode == kPeriodicMode) {
+    const QScopedValueRollback periodic(runsPeriodically_, true);
     host_.SendAndReceive();
     job.Let(QStringLiteral("update"), true);
   } else if (mode == kReceiveMode) {

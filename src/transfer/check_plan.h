@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QHash>
+#include <QSet>
 #include <QString>
 #include <functional>
 #include <map>
@@ -52,6 +54,9 @@ class CheckPlan {
   /// the database `db` and `file` name; with `serial` only for that one.
   void CreateMessagePlan(int flags, const QString& serial = {},
                          DatabaseKind db = DatabaseKind::Mail, const QString& file = {});
+  /// Whether an account sends for the senders among the address lines, or the user chooses one for
+  /// that message, which then counts until the program ends. False when he does not.
+  bool ChooseSender(const QString& serial, const QString& addressLines, const QString& subject);
   /// Adds a receive job over these accounts, without those that wait to be received already; none
   /// when no account is left.
   void AddReceiveJob(const DiskCollection& accounts);
@@ -103,6 +108,7 @@ class CheckPlan {
   std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db, const QString& file);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
+  DiskPtr AskForAccount(const QString& subject);
   /// Gives a message without an account the chosen one; false when there is none.
   bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);
   void SendStep(Disk& job);
@@ -130,6 +136,10 @@ class CheckPlan {
     QDeadlineTimer limit;
   };
   std::map<QString, Unstored> unstored_;  // by the job
+  QHash<QString, QString> chosen_;        // accounts, by the messages that they were chosen for
+  QSet<QString> toldOfNoAccount_;         // messages
+  bool asking_ = false;
+  bool runsPeriodically_ = false;
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
   QString advancing_;     // the job whose step that is
 };

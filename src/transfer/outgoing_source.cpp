@@ -34,7 +34,13 @@ QByteArray OutgoingSource(const QByteArray& source, const QString& serialId,
       MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Date:"), "Message-ID:");
   QByteArray added = "Date: " + MimeCodec::CurrentDateText().toLatin1() +
                      "\r\nMessage-ID: " + MessageId(sender.address, serialId) + "\r\n";
-  if (sender.rewrite) {
+  if (sender.rewrite && sender.keepsFormer && !sender.former.isEmpty()) {
+    outgoing = MimeCodec::RemoveField(outgoing, "Sender:");
+    added += MimeCodec::EncodeAddressField(
+                 "Sender:", {{sender.address, sender.display}},
+                 MimeCodec::ChooseOutput(sender.display, CharsetChoice::Automatic)) +
+             "\r\n";
+  } else if (sender.rewrite) {
     outgoing = MimeCodec::RemoveField(outgoing, "From:");
     added += FromField(sender) + "\r\n";
   }

@@ -2,6 +2,7 @@
 // steps of a send job.
 
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <utility>
 
 #include "mail/address.h"
@@ -9,6 +10,7 @@
 #include "mail/outbox.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/known_damage.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -137,20 +139,43 @@ std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseK
   return messages;
 }
 
+bool CheckPlan::ChooseSender(const QString& serial, const QString& addressLines,
+                             const QString& subject) {
+  if (AccountFor(addressLines) != nullptr) return true;
+  const DiskPtr chosen = AskForAccount(subject);
+  if (chosen != nullptr) chosen_[serial] = chosen->SerialID();
+  return chosen != nullptr;
+}
+
+// Which message it is about, since it may have been waiting for long.
+DiskPtr CheckPlan::AskForAccount(const QString& subject) {
+  const QScopedValueRollback asking(asking_, true);
+  return context_.Objects.Find(host_.ChooseAccount(
+      Ui::tr("アカウントの選択"), Ui::tr("送信する際のアカウントを選択して下さい。") +
+                                      QStringLiteral("\n") + Ui::tr("件名: ") + subject));
+}
+
 bool CheckPlan::UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked) {
-  if (!asked) {
+  DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialID()));
+  // Nobody asked for automatic checking, and two questions at once could not be told apart.
+  const bool mayAsk = !asking_ && !(runsPeriodically_ && Settings(context_)->Flag(u"Careful"));
+  if (account == nullptr && !asked && mayAsk) {
     asked = true;
-    chosen = context_.Objects.Find(host_.ChooseAccount(
-        Ui::tr("アカウントの選択"), Ui::tr("送信する際のアカウントを選択して下さい。")));
+    chosen = AskForAccount(message.Text(u"Subject"));
   }
-  if (chosen == nullptr) {
-    host_.AddEvent(1, 1, message.SerialID(), Ui::tr("システム"), QStringLiteral("mailup"),
-                   Ui::tr("送信で使用するアカウントが不明です。"));
+  if (account == nullptr) account = chosen;
+  if (account == nullptr) {
+    const bool isTold = !mayAsk && toldOfNoAccount_.contains(message.SerialID());
+    toldOfNoAccount_.insert(message.SerialID());
+    if (!isTold) {
+      host_.AddEvent(1, 1, message.SerialID(), Ui::tr("システム"), QStringLiteral("mailup"),
+                     Ui::tr("送信で使用するアカウントが不明です。"));
+    }
     return false;
   }
-  Append(message, kFrom, chosen->Text(u"Mailaddress"));
+  Append(message, kFrom, account->Text(u"Mailaddress"));
   message.Let(QStringLiteral("update_from"), true);
-  SetAccount(message, chosen);
+  SetAccount(message, account);
   return true;
 }
 
@@ -309,8 +334,11 @@ void CheckPlan::LoadSending(Disk& message, const WaitingMessage& waiting) {
   message.Let(QStringLiteral("Version"), waiting.version);
 
   const DiskPtr account = message.Collection(kAccount)->First();
-  OutgoingSender sender{
-      account->Text(u"Mailaddress"), account->Text(u"Display"), message.Flag(u"update_from"), {}};
+  OutgoingSender sender{account->Text(u"Mailaddress"),
+                        account->Text(u"Display"),
+                        message.Flag(u"update_from"),
+                        {},
+                        Settings(context_)->Flag(u"StandardHeaders")};
   for (const QString& line : message.Text(kFormer).split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }

@@ -293,7 +293,8 @@ bool SmtpSession::TakeAddresses(QByteArrayList& paths, bool& needsUtf8) {
       return false;
     }
     needsUtf8 = needsUtf8 || path->needsUtf8;
-    paths.append(path->path);
+    // Who stands in two rows gets one copy; the sender comes first and may be a recipient.
+    if (paths.isEmpty() || paths.indexOf(path->path, 1) < 0) paths.append(path->path);
   }
   return true;
 }

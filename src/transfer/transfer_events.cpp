@@ -57,6 +57,7 @@ void TransferEvents::SessionStarted() {
   job_ = plan_.Job(pop_.Tag);
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
+  stopDeletesInSession_ = 0;
   if (IsReceiving()) known_.BeginSession(DeletesOnServer());
   doomed_.clear();
   flushFailed_ = false;
@@ -78,6 +79,9 @@ void TransferEvents::SessionEnded() {
   }
   if (stoppedInSession_ > 0) {
     Log(0, Ui::tr("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
+    if (stopDeletesInSession_ > 0) {
+      Log(0, Ui::tr("そのうち%1通はサーバーから削除します。").arg(stopDeletesInSession_));
+    }
   }
   panel_.ShowStatus(QString(), QString());
   job_.reset();
@@ -315,6 +319,7 @@ void TransferEvents::ReceiveStopTest(const QByteArray& header, bool& stop, bool&
   deleteOnServer = LoadObject(context_, fixed_serial::kRules)->Flag(u"ReceiveStopDelete");
   ++counts_.stopped;
   ++stoppedInSession_;
+  if (deleteOnServer) ++stopDeletesInSession_;
 }
 
 bool TransferEvents::WantsHeaders() {

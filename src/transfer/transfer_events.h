@@ -101,6 +101,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool flushFailed_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
+  int stopDeletesInSession_ = 0;
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
   QString rulesText_;

@@ -139,6 +139,9 @@ TEST(ComposeMessage, FilesAreWrittenForEveryReader) {
   EXPECT_TRUE(asMail(mail).contains("Content-Type: message/rfc822;"));
   EXPECT_TRUE(asMail(mail).contains("Content-Transfer-Encoding: 7bit\r\n"));
   EXPECT_TRUE(asMail(mail).contains("\r\n\r\n" + mail + "\r\n--"));
+  const QByteArray report = composed({}, QStringLiteral("message/delivery-status"), mail);
+  EXPECT_TRUE(report.contains("Content-Type: message/delivery-status;"));
+  EXPECT_TRUE(report.contains("\r\n\r\n" + mail + "\r\n--"));
   EXPECT_TRUE(asMail(mail + "\xE6\r\n").contains("Content-Transfer-Encoding: 8bit\r\n"));
   for (const QByteArray& odd :
        {QByteArray("a\0b\r\n", 5), QByteArray("a\nb\r\n"), QByteArray(999, 'x')}) {
@@ -226,7 +229,7 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
   }
   EXPECT_EQ(read(u" , "), QString());
   for (const char16_t* wrong : {u"a@x, suzuki", u"suzuki", u"a b@x", u"@x", u"a@", u"a@b@c",
-                                u"a@x.", u"(不明なメールアドレス)", u"Team:", u"c@d;"}) {
+                                u"a@x.", u"a@b..c", u"(不明なメールアドレス)", u"Team:", u"c@d;"}) {
     EXPECT_FALSE(IsMailAddress(QString::fromUtf16(wrong)))
         << QString::fromUtf16(wrong).toStdString();
   }

@@ -133,6 +133,35 @@ TEST(MailArchiveTest, WhatStandsBeforeTheFirstSeparatorIsNoMessage) {
   }
 }
 
+TEST(MailArchiveTest, AFolderIsReadWithAllThatLiesInIt) {
+  const QTemporaryDir folder;
+  const auto write = [&folder](const char* name, const QByteArray& bytes) {
+    const QString path = folder.filePath(QString::fromLatin1(name));
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write(bytes);
+  };
+  write("1.eml", "Subject: 1\n\nx\n");
+  write("notes.txt", "Subject: no\n\nx\n");
+  write("work/2.eml", "Subject: 2\n\nx\n");
+  write("work/old.mbox", "From a@x Mon Jan  1 00:00:00 2024\nSubject: 3\n\none\n");
+  write("dir/cur/4:2,S", "Subject: 4\n\nx\n");
+  write("dir/new/5", "Subject: 5\n\nx\n");
+  write("dir/tmp/half", "Subject: half\n\nx\n");
+  write("dir/.Sub/cur/6", "Subject: 6\n\nx\n");
+  write("dir/.Sub/new/7", "Subject: 7\n\nx\n");
+  QFile::link(folder.path(), folder.filePath(QStringLiteral("work/loop")));
+  QByteArray subjects;
+  QString error;
+  EXPECT_TRUE(ReadArchive(
+      folder.path(),
+      [&](const QByteArray& source) { return !(subjects += source.mid(9, 1)).isEmpty(); }, &error));
+  std::sort(subjects.begin(), subjects.end());
+  EXPECT_EQ(subjects, "1234567");
+  EXPECT_TRUE(error.contains(QStringLiteral("1個のファイル"))) << error.toStdString();
+}
+
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
   const QTemporaryDir folder;
   const auto write = [&folder](const QString& name, const QByteArray& bytes) {

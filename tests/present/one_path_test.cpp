@@ -247,6 +247,9 @@ TEST_F(OnePathTest, AChosenCodeIsForWhatDoesNotSayItsOwn) {
   EXPECT_EQ(
       DecodeWithChoice(text.toUtf8(), Charset::FromLabel("utf-8"), {CharsetChoice::ShiftJis, true}),
       text);
+  EXPECT_EQ(DecodeWithChoice(Encode(russian, Code::Koi8R), Charset::FromLabel("koi8-r"),
+                             {CharsetChoice::Jis, true}),
+            russian);
   // One byte is broken: the choice still counts.
   EXPECT_TRUE(read(euc + '\xFF', "", CharsetChoice::Euc).startsWith(text));
 }

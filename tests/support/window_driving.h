@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMessageBox>
@@ -49,6 +50,14 @@ inline QString NextMessageBox(const std::function<void()>& cause, int key = Qt::
     QTest::keyClick(&box, static_cast<Qt::Key>(key));
   });
   return text;
+}
+
+/// Presses the button of a box that bears that text.
+inline void PressNamed(QMessageBox& box, const QString& text) {
+  for (QAbstractButton* button : box.buttons()) {
+    if (button->text() == text) return button->click();
+  }
+  qFatal("no button %s", qPrintable(text));
 }
 
 /// The named child, which must be there.

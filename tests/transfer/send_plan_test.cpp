@@ -1,6 +1,8 @@
 // Which account a waiting message goes with, and what becomes of it.
 
 #include "mail/mail_store.h"
+#include "mail/mime_codec.h"
+#include "objects/settings.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
 #include "support/traffic.h"
@@ -55,6 +57,49 @@ TEST_F(SendPlanTest, TheChosenAccountAnswersForMessagesOfOthers) {
     EXPECT_TRUE(message.source.contains("@example.net"));  // the sender that it named
     EXPECT_TRUE(message.source.contains("\r\nMessage-ID: <"));
   }
+}
+
+// The address that the user did not put there is named as what it is (RFC 5322 section 3.6.2).
+TEST_F(SendPlanTest, ShownSendersStayAndTheAccountIsTheSender) {
+  Settings(profile_.Get())->Let(QStringLiteral("StandardHeaders"), true);
+  const DiskPtr account = AddSendAccount(smtp_.Port());
+  host_.chosenAccount = account->SerialID();
+  StoreWaiting("Alias <alias@example.net>", "first");
+  profile_.Store("To: a@example.com\r\nSubject: none\r\n\r\ntext\r\n.\r\n", 2);
+  EXPECT_EQ(Send().sent, 2);
+  for (const test::SentMessage& message : smtp_.Messages()) {
+    const bool names = message.source.contains("Subject: first");
+    EXPECT_EQ(MimeCodec::HeaderField(message.source, "From:"),
+              names ? "From: Alias <alias@example.net>" : "From: me@example.com");
+    EXPECT_EQ(MimeCodec::HeaderField(message.source, "Sender:"),
+              names ? "Sender: me@example.com" : "");
+  }
+}
+
+TEST_F(SendPlanTest, AutomaticCheckingAsksForNoAccount) {
+  const DiskPtr settings = Settings(profile_.Get());
+  settings->Let(QStringLiteral("Careful"), true);
+  settings->Let(QStringLiteral("MessageCheck"), true);
+  AddSendAccount(smtp_.Port());
+  StoreWaiting("other@example.net", "s");
+  int asked = 0;
+  host_.onQuestion = [&asked] { ++asked; };
+  host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
+  for (int run = 1; run <= 2; ++run) {
+    traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+    traffic_.Tick();
+    EXPECT_EQ(host_.periodic, run);
+  }
+  EXPECT_EQ(asked, 0);
+  EXPECT_EQ(host_.log, QStringList{QStringLiteral("送信で使用するアカウントが不明です。")});
+  traffic_.Plan().Clear();
+  // Whoever asks for it is asked, and once, whatever happens meanwhile.
+  host_.onQuestion = [&] {
+    ++asked;
+    traffic_.Plan().CreateMessagePlan(kPlanSend);
+  };
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(SendPlanTest, PopBeforeSmtpLogsInFirst) {

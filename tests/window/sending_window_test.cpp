@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTreeWidget>
 
+#include "auxiliary/window/console_window.h"
 #include "mail/outbox.h"
 #include "window/message_window_fixture.h"
 
@@ -85,6 +86,31 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   program_->Parent()->menuTools_Click(0);
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 0);
+}
+
+TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
+  const QByteArray alias =
+      "From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n";
+  const QString serial = Store(alias, 1);
+  MessageWindow& window = Open(serial);
+  const auto send = [&window] {
+    window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+  };
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      send, [](ConsoleWindow& choice) { QTest::keyClick(&choice, Qt::Key_Escape); }));
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(Status(serial, 1));
+  EXPECT_TRUE(InModal<ConsoleWindow>(send, [](ConsoleWindow& choice) {
+    auto& tree = Child<QTreeWidget>(choice, u"TreeView1");
+    tree.setCurrentItem(tree.topLevelItem(0)->childCount() > 0 ? tree.topLevelItem(0)->child(0)
+                                                               : tree.topLevelItem(0));
+    QTest::keyClick(&choice, Qt::Key_Return);
+  }));
+  EXPECT_TRUE(Gone());
+  EXPECT_TRUE(Status(serial, 3));  // without another question
+  ASSERT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("From: alias@example.jp\r\n"));
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Sender: "));
 }
 
 TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {

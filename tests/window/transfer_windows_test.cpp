@@ -91,6 +91,29 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     TypeText(box, QStringLiteral("!"));
     QTest::keyClick(&box, Qt::Key_Backspace);
     QTest::keyClick(&box, Qt::Key_Return);
+    // The beginning comes back when all is overwritten, and a whole line may be typed or pasted.
+    list.setCurrentCell(1, 0);
+    for (const auto& [typed, kept] : {std::pair{"foo*", "x-mailer:foo*"},
+                                      std::pair{"From:  bar@x.example", "from:bar@x.example"},
+                                      std::pair{"f@x.example", "from:f@x.example"}}) {
+      QTest::keyClick(&list, Qt::Key_Return);
+      box.selectAll();
+      if (*typed == 'F') {
+        box.insert(QString::fromLatin1(typed));
+        QTest::keyClick(&box, Qt::Key_Left);
+        QTest::keyClick(&box, Qt::Key_Right);
+        box.selectAll();
+      }
+      if (*typed == 'F') box.copy();
+      if (*typed == 'F') box.paste();
+      if (*typed != 'F') TypeText(box, QString::fromLatin1(typed));
+      EXPECT_EQ(box.text(), QString::fromLatin1(kept));
+      QTest::keyClick(&box, Qt::Key_Home);
+      QTest::keyClick(&box, Qt::Key_Delete);
+      EXPECT_EQ(box.text().size(), QString::fromLatin1(kept).size()) << "of what is fixed";
+      QTest::keyClick(&box, Qt::Key_Return);
+      EXPECT_EQ(Lines(list)[1], box.text());
+    }
     list.setCurrentCell(1, 0);
     QTest::keyClick(&list, Qt::Key_Delete);
     list.setCurrentCell(1, 0);

@@ -1,5 +1,6 @@
 // The main window's import and export of messages, and what the program is asked to open.
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -39,7 +40,9 @@ class ProgressWindow {
     if (clock_.elapsed() < kTurnMs) return true;
     clock_.restart();
     dialog_.setLabelText(title_ + Ui::tr(".. %1通").arg(done));
-    dialog_.setValue(0);  // gives the windows their turn as well
+    // The dialog shows itself once its time has come. Before that nobody has seen what to click.
+    QCoreApplication::processEvents(dialog_.isVisible() ? QEventLoop::AllEvents
+                                                        : QEventLoop::ExcludeUserInputEvents);
     return !dialog_.wasCanceled();
   }
 

@@ -120,9 +120,12 @@ void ParentWindow::EditLayout() {
 }
 
 QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
-  const BrowserWindow* browser = ActiveBrowser();
-  return browser == nullptr ? QString()
-                            : vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
+  BrowserWindow* browser = ActiveBrowser();
+  if (browser == nullptr) return {};
+  const QString neighbour = vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
+  // The page goes along: its keys act on the message that was read last.
+  if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
+  return neighbour;
 }
 
 BrowserWindow* ParentWindow::NamedWindow(const QString& name, const BrowserWindow* asking) {

@@ -137,8 +137,14 @@ void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
 }
 
 void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
-  const auto answer = ShowBox(this, QMessageBox::Question,
-                              Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key)),
+  const DiskPtr object = context_.Objects.Find(key);
+  QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
+  if (object != nullptr && object->Text(u"FormName") == object_type::kProfile) {
+    question +=
+        QStringLiteral("\n") + Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
+                                   .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
+  }
+  const auto answer = ShowBox(this, QMessageBox::Question, question,
                               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Ok) PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
 }
@@ -425,8 +431,10 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
     endsAfterSending_ = false;  // the user would not learn of it
-    sbStatus_->showMessage(
-        ShownText(title + QStringLiteral(": ") + text.section(kLineBreak, -1), kMostInTitle), 0);
+    sbStatus_->showMessage(ShownText((title.isEmpty() ? title : title + QStringLiteral(": ")) +
+                                         text.section(kLineBreak, -1),
+                                     kMostInTitle),
+                           0);
   } else {
     sbStatus_->showMessage(ShownText(text.section(kLineBreak, -1), kMostInTitle), kMessageMs);
   }

@@ -84,6 +84,7 @@ class ParentWindow : public QMainWindow,
 
   // BrowserHost
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
+  void WriteTo(const QString& mailto) override { queue_.PostMailRequest(MailRequest::New(mailto)); }
   void ActOnMessages(MessageAction action, const QStringList& messages,
                      const QString& folder) override;
   BrowserWindow* NewBrowserWindow() override;
@@ -94,6 +95,10 @@ class ParentWindow : public QMainWindow,
 
   // MessageHost
   void SendMessage(const QString& serialId) override;
+  bool ChooseSender(const QString& serialId, const QString& addressLines,
+                    const QString& subject) override {
+    return traffic_.Plan().ChooseSender(serialId, addressLines, subject);
+  }
   void PostMail(const MailRequest& request) override { queue_.PostMailRequest(request); }
   void PrintPageFile(const QString& path) override;
   QString NeighbourMessage(const QString& serialId, int step) override;

@@ -85,12 +85,25 @@ void AttachmentList::Fill() {
   for (const ModelAttachment& attachment : attachments_) {
     const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size()
                                          : ReadAttachment(attachment, source_).size();
+    if (attachment.isNew) shown_[attachment.path] = QFileInfo(attachment.path).lastModified();
     auto* item = new QListWidgetItem(
         icons.icon(QFileIconProvider::File),
         ShownText(attachment.name, kMostInTitle) + Ui::tr("（") + SizeText(size) + Ui::tr("）"),
         this);
     item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
+}
+
+QString AttachmentList::ChangedFile() {
+  QString name;
+  for (const ModelAttachment& attachment : attachments_) {
+    if (!attachment.isNew || !name.isEmpty()) continue;
+    const QFileInfo file(attachment.path);  // one that is gone is told when it is read
+    if (file.exists() && file.lastModified() != shown_.value(attachment.path))
+      name = attachment.name;
+  }
+  if (!name.isEmpty()) Fill();
+  return name;
 }
 
 void AttachmentList::AddFiles(const QStringList& paths) {

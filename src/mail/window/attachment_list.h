@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDateTime>
+#include <QHash>
 #include <QListWidget>
 #include <QMimeData>
 #include <QTemporaryDir>
@@ -24,6 +26,9 @@ class AttachmentList : public QListWidget {
   void Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
             bool editable);
   const std::vector<ModelAttachment>& Attachments() const { return attachments_; }
+  /// The name of the first added file that is not as it is shown any more; empty when all are.
+  /// Shows them as they are.
+  QString ChangedFile();
   /// Adds files; one that cannot be read is told and left out.
   void AddFiles(const QStringList& paths);
   /// Whether data that is pasted or dropped holds what can be attached: files, or a picture that is
@@ -60,6 +65,7 @@ class AttachmentList : public QListWidget {
   Context& context_;
   std::vector<ModelAttachment> attachments_;
   QByteArray source_;
+  QHash<QString, QDateTime> shown_;  // when the added files had been changed, by path
   bool editable_ = false;
   std::unique_ptr<QTemporaryDir> working_;
 };

@@ -109,6 +109,15 @@ void MessageWindow::Send() {
               QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
     return;
   }
+  if (const QString changed = lvClip_->ChangedFile();
+      !changed.isEmpty() &&
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で送信して"
+                     "よろしいですか？")
+                  .arg(changed),
+              QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes) {
+    return;
+  }
   const int before = request_->Number(kProcess);
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
@@ -246,9 +255,10 @@ void MessageWindow::SaveToFile() {
   if (TellUnreadable()) return;
   FinishEditing();
   QString error;
-  const QByteArray source = IsEditable() ? Compose(&error) : source_;
+  QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
   if (source.isEmpty()) return;
+  if (Settings(context_)->Flag(u"StandardHeaders")) source = MimeCodec::WithoutEndMark(source);
   const QString path = QFileDialog::getSaveFileName(
       this, Ui::tr("ファイルに保存"), SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
       Ui::tr("メッセージファイル (*.eml)"));

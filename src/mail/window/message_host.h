@@ -12,6 +12,10 @@ class MessageHost {
   virtual ~MessageHost() = default;
   /// Plans the sending of a message that waits.
   virtual void SendMessage(const QString& serialId) = 0;
+  /// Whether it is known which account sends a message with these address lines, if need be by
+  /// asking the user. False when he chose none.
+  virtual bool ChooseSender(const QString& serialId, const QString& addressLines,
+                            const QString& subject) = 0;
   /// A message was stored or changed; pages that show it are out of date.
   virtual void MessageStored() = 0;
   /// Asks for another message window.

@@ -23,6 +23,7 @@
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/header_list.h"
+#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
@@ -214,6 +215,15 @@ bool MessageWindow::StoreEdited() {
   return false;
 }
 
+// Whether an account sends it. Asked while the message can still be edited.
+bool MessageWindow::HasSender() {
+  QStringList lines;
+  for (const AddressEntry& entry : lvMailaddress_->Addresses()) {
+    lines.append(entry.kind + QStringLiteral(": ") + entry.address);
+  }
+  return host_.ChooseSender(tag_, lines.join(kLineBreak), txSubject_->text());
+}
+
 bool MessageWindow::StoreForClosing() {
   if (request_ == nullptr || request_->Flag(u"messagedelete")) return true;
   if (unreadable_) {
@@ -233,6 +243,7 @@ bool MessageWindow::StoreForClosing() {
     }
   }
   if (sends || (IsEditable() && (isNew || edited_))) {
+    if (sends && !HasSender()) return false;
     if (!StoreEdited()) return false;  // the text stays
     if (sends) host_.SendMessage(tag_);
     return true;

@@ -122,6 +122,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QByteArray Compose(QString* error) const { return Compose(CurrentModel(), error); }
   QByteArray Compose(const MessageModel& model, QString* error) const;
   /// Stores what closing keeps; false when the window has to stay open.
+  bool HasSender();
   bool StoreForClosing();
   bool AskToSave(bool* cancelled);
   /// Composes and stores the message as it stands; false, with the reason told, when it cannot be.

@@ -22,6 +22,14 @@ class EntryTable : public QTableWidget {
  public:
   using QTableWidget::QTableWidget;
 
+  // Takes what is being typed; a button's letter pressed with Alt leaves the keyboard in its cell.
+  void FinishEditing() {
+    QWidget* editor = indexWidget(currentIndex());
+    if (editor == nullptr) return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+  }
+
  protected:
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
     QTableWidget::closeEditor(editor, hint);
@@ -51,7 +59,10 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
     auto* push = new QPushButton(text, this);
     push->setObjectName(name);
     push->setAutoDefault(false);
-    connect(push, &QPushButton::clicked, this, clicked);
+    connect(push, &QPushButton::clicked, this, [this, clicked] {
+      static_cast<EntryTable*>(list_)->FinishEditing();
+      clicked();
+    });
     buttons->addWidget(push);
   };
   button(QStringLiteral("cmRemove"), Ui::tr("削除(&D)"), [this] { RemoveRows(); });

@@ -1,7 +1,9 @@
 #include "objects/window/profile_page.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -14,6 +16,7 @@
 
 #include "objects/object_types.h"
 #include "objects/profile.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 
@@ -22,6 +25,10 @@ namespace {
 
 constexpr int kFileNameCharacters = 8;
 constexpr int kListHeight = 110;
+
+QString ChangedAfterLogin() {
+  return Ui::tr("このプロファイルにログインすると変えられます");
+}
 
 QString FileName(const QString& stored) {
   return stored.section(u'\\', -1).section(u'/', -1);
@@ -50,15 +57,21 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   lvHistory_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Layout().addRow(Ui::tr("メッセージのデータベース(&B)"), lvHistory_);
 
+  // Nobody takes the files from a profile whose password he was not asked for.
+  const bool mayChangeFiles = IsLoggedIn() || IsNew();
   auto* buttons = new QHBoxLayout;
   const auto button = [&](const QString& name, const QString& text, auto clicked) {
     auto* push = new QPushButton(text, this);
     push->setObjectName(name);
     push->setAutoDefault(false);
+    push->setEnabled(mayChangeFiles);
+    if (!mayChangeFiles) push->setToolTip(ChangedAfterLogin());
     connect(push, &QPushButton::clicked, this, clicked);
     buttons->addWidget(push);
   };
   button(QStringLiteral("cmNewDatabase"), Ui::tr("追加(&A)"), &ProfilePage::cmNewDatabase_Click);
+  button(QStringLiteral("cmFoundDatabase"), Ui::tr("既存のファイル(&E).."),
+         &ProfilePage::AddExisting);
   button(QStringLiteral("cmUseDatabase"), Ui::tr("使用する(&U)"), &ProfilePage::UseDatabase);
   button(QStringLiteral("cmDeleteDatabase"), Ui::tr("削除(&D)"), &ProfilePage::RemoveDatabase);
   buttons->addStretch();
@@ -70,7 +83,8 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
     box->setProperty("tag", QStringLiteral("nosave"));
     box->setEnabled(IsLoggedIn());
     box->setPlaceholderText(IsLoggedIn() ? Ui::tr("変えないときは空のまま")
-                                         : Ui::tr("最初のログインで決まります"));
+                            : IsNew()    ? Ui::tr("最初のログインで決まります")
+                                         : ChangedAfterLogin());
   }
   ckNoPassword_ = new QCheckBox(Ui::tr("パスワードをなくす(&N)"), this);
   ckNoPassword_->setObjectName(QStringLiteral("ckNoPassword"));
@@ -92,6 +106,15 @@ void ProfilePage::WarnOfNoPassword(bool none) {
              "よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) ckNoPassword_->setChecked(false);
+}
+
+// Whether it has no file of its own yet.
+bool ProfilePage::IsNew() const {
+  return !QFileInfo::exists(Folder() + QStringLiteral("/profile.mbx"));
+}
+
+QString ProfilePage::Folder() const {
+  return PlatformPath(context_, QStringLiteral("/current/") + serialId_);
 }
 
 bool ProfilePage::IsLoggedIn() const {
@@ -125,6 +148,43 @@ void ProfilePage::cmNewDatabase_Click() {
   MarkUsed();
 }
 
+// One that was kept when it was taken from the list, or that was copied back.
+void ProfilePage::AddExisting() {
+  const QString chosen = QFileDialog::getOpenFileName(this, Ui::tr("既存のファイル"), Folder(),
+                                                      Ui::tr("データベース (*.mbx)"));
+  if (chosen.isEmpty()) return;
+  const QFileInfo file(chosen);
+  const QString stored = QStringLiteral("/current/") + serialId_ + u'\\' + file.fileName();
+  const QString refusal = WhyNotAdded(file, stored);
+  if (!refusal.isEmpty()) {
+    ShowBox(this, QMessageBox::Information, refusal);
+    return;
+  }
+  toDelete_.removeAll(stored);
+  AddLine(*lvHistory_, stored);
+  lvHistory_->setCurrentCell(lvHistory_->rowCount() - 1, 0);
+  MarkUsed();
+}
+
+QString ProfilePage::WhyNotAdded(const QFileInfo& file, const QString& stored) {
+  if (file.dir() != QDir(Folder())) {
+    return Ui::tr(
+               "プロファイルのフォルダ「%1」にあるファイルだけを使えます。先にそこへコピーして"
+               "ください。")
+        .arg(Folder());
+  }
+  for (int row = 0; row < lvHistory_->rowCount(); ++row) {
+    if (Line(*lvHistory_, row) == stored) return Ui::tr("このファイルは一覧にあります。");
+  }
+  const bool isProfile = file.fileName() == u"profile.mbx" || file.size() == 0;
+  if (isProfile || !OpenDatabase(context_, DatabaseKind::MailByPath, stored)) {
+    return Ui::tr("メッセージのデータベースとして開けません。") +
+           (isProfile ? QString() : context_.Data.LastError().text);
+  }
+  context_.Data.Close();
+  return {};
+}
+
 void ProfilePage::UseDatabase() {
   if (SelectedFile().isEmpty()) return;
   txMail_->setText(SelectedFile());
@@ -134,29 +194,27 @@ void ProfilePage::UseDatabase() {
 void ProfilePage::RemoveDatabase() {
   const QString file = SelectedFile();
   if (file.isEmpty() || file == txMail_->text()) return;  // the one in use stays
-  const auto answer =
-      ShowBox(this, QMessageBox::Question,
-              Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
-              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  if (answer != QMessageBox::Yes) return;
-  if (QFileInfo::exists(PlatformPath(context_, file)) && AskToDelete(file)) toDelete_.append(file);
-  lvHistory_->removeRow(lvHistory_->currentRow());
-}
-
-// The file itself may be all that is left of the messages in it.
-bool ProfilePage::AskToDelete(const QString& file) {
-  QMessageBox box(QMessageBox::Question, kApplicationTitle,
-                  Ui::tr("ファイル「%1」をディスクからも削除しますか？残すと、一覧から外れるだけで"
-                         "フォルダに残ります。削除は「OK」を押したときに行います。")
-                      .arg(FileName(file)),
-                  QMessageBox::NoButton, this);
+  QMessageBox box(
+      QMessageBox::Question, kApplicationTitle,
+      Ui::tr("データーベースに保存されているメッセージも削除されます。よろしいですか？"),
+      QMessageBox::Cancel, this);
   box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Cancel);
+  const bool exists = QFileInfo::exists(PlatformPath(context_, file));
   QPushButton* remove = box.addButton(Ui::tr("削除する"), QMessageBox::DestructiveRole);
-  QPushButton* keep = box.addButton(Ui::tr("残す"), QMessageBox::RejectRole);
-  box.setDefaultButton(keep);
-  box.setEscapeButton(keep);
+  // The file itself may be all that is left of the messages in it.
+  QPushButton* keep =
+      exists ? box.addButton(Ui::tr("ファイルを残す"), QMessageBox::AcceptRole) : nullptr;
+  if (exists) {
+    box.setInformativeText(
+        Ui::tr("ファイル「%1」は「OK」を押したときに削除します。残すときは一覧から外れるだけで、"
+               "「既存のファイル」で戻せます。")
+            .arg(FileName(file)));
+  }
   box.exec();
-  return box.clickedButton() == remove;
+  if (box.clickedButton() != remove && (keep == nullptr || box.clickedButton() != keep)) return;
+  if (exists && box.clickedButton() == remove) toDelete_.append(file);
+  lvHistory_->removeRow(lvHistory_->currentRow());
 }
 
 bool ProfilePage::DeleteRemoved() {

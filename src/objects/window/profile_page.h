@@ -3,6 +3,7 @@
 #include "objects/window/form_page.h"
 
 class QCheckBox;
+class QFileInfo;
 class QLabel;
 
 namespace vorn {
@@ -33,7 +34,11 @@ class ProfilePage : public FormPage {
   void WarnOfNoPassword(bool none);
   void UseDatabase();
   void RemoveDatabase();
-  bool AskToDelete(const QString& file);
+  void AddExisting();
+  /// A sentence; empty when the file can be added.
+  QString WhyNotAdded(const QFileInfo& file, const QString& stored);
+  QString Folder() const;
+  bool IsNew() const;
   void MarkUsed();
   bool IsLoggedIn() const;
   QString SelectedFile() const;

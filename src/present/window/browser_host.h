@@ -19,6 +19,8 @@ class BrowserHost {
   /// A link command was followed on a folder's page: asks for a message window.
   /// `open` is the open mode.
   virtual void OpenMessage(int open, const QString& serialId, bool isNew) = 0;
+  /// Asks for a new message as a "mailto:" address says (RFC 6068).
+  virtual void WriteTo(const QString& mailto) = 0;
   /// Acts on messages of a folder, after asking the user where that is due.
   virtual void ActOnMessages(MessageAction action, const QStringList& messages,
                              const QString& folder) = 0;

@@ -12,6 +12,10 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     return isMainFrame && url == localPage_ && type != NavigationTypeLinkClicked &&
            type != NavigationTypeFormSubmitted;
   }
+  if (url.scheme() == u"mailto") {
+    if (type == NavigationTypeLinkClicked) Q_EMIT MailtoFollowed(url.toString(QUrl::FullyEncoded));
+    return false;
+  }
   if (holding_ && isMainFrame && url.scheme() != u"about") {
     holding_ = false;
     // What a form sends would be lost, so it goes where it wants to.

@@ -24,6 +24,8 @@ class LinkPage : public QWebEnginePage {
  Q_SIGNALS:
   void CommandFollowed(const vorn::LinkCommand& command);
   void FirstNavigation(const QUrl& url);
+  /// A link to an address was clicked on a web page.
+  void MailtoFollowed(const QString& url);
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTimer>
+#include <QUrl>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <utility>
@@ -80,6 +81,11 @@ void PageRows::Call(const QString& function, int number, bool flag) {
           .arg(function)
           .arg(number)
           .arg(flag ? QStringLiteral("true") : QStringLiteral("false")));
+}
+
+void PageRows::GoToMessage(const QString& serialId) {
+  Run(QStringLiteral("vorn.goToMessage(decodeURIComponent('%1'))")
+          .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))));
 }
 
 void PageRows::Toggle() {

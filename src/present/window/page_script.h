@@ -96,6 +96,10 @@ inline constexpr char kPageScript[] = R"js(
     count: () => rows.length,
     step: (by, extend) => goTo(current < 0 ? (by > 0 ? 0 : rows.length - 1) : current + by, extend),
     goTo: (index, extend) => goTo(index < 0 ? rows.length + index : index, extend),
+    goToMessage: id => {
+      const index = rows.findIndex(row => row.id === id);
+      if (index >= 0) goTo(index, false);
+    },
     toggle: () => toggle(current),
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
     all: () => { chosen = new Set(rows.map(row => row.id)); show(); },

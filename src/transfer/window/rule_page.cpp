@@ -26,6 +26,14 @@ QString PrefixOf(const QString& line) {
   return line.left(line.indexOf(u':') + 1);
 }
 
+// Whether the text is the whole but for one of its first characters.
+bool IsWithoutOne(const QString& text, const QString& whole, qsizetype first) {
+  for (qsizetype at = 0; at < first; ++at) {
+    if (text == QString(whole).remove(at, 1)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 RulePage::RulePage()
@@ -67,6 +75,7 @@ RulePage::RulePage()
   txInput_->hide();
   txInput_->installEventFilter(this);
   connect(txInput_, &QLineEdit::textChanged, this, &RulePage::FitEditor);
+  connect(txInput_, &QLineEdit::textEdited, this, &RulePage::KeepLock);
 
   menuReceiveStop_->setObjectName(QStringLiteral("menuReceiveStop"));
   menuReceiveStop_->addAction(Ui::tr("メーラー(&M)"), this,
@@ -150,12 +159,35 @@ void RulePage::AddRule(const QString& prefix) {
 void RulePage::BeginEdit(int row, const QString& text, const QString& lock) {
   editedRow_ = row;
   lock_ = lock;
+  pattern_ = text.sliced(lock.size());
   lvReceiveStop_->scrollToItem(lvReceiveStop_->item(row, 0));
   txInput_->setText(text);
   txInput_->show();
   FitEditor();
   txInput_->setFocus();
   txInput_->setCursorPosition(static_cast<int>(text.size()));
+}
+
+// The fixed beginning comes back at once when it was overwritten, so that what is dropped at the
+// end is never something that the user saw. A whole line that was pasted changes it.
+void RulePage::KeepLock(const QString& text) {
+  QString pattern = text;
+  if (text.startsWith(lock_)) {
+    pattern = text.sliced(lock_.size());
+  } else if (text.startsWith(kMailerHeader, Qt::CaseInsensitive)) {
+    lock_ = kMailerHeader + u' ';
+    pattern = text.sliced(kMailerHeader.size()).trimmed();
+  } else if (text.startsWith(kSenderHeader, Qt::CaseInsensitive)) {
+    lock_ = kSenderHeader;
+    pattern = text.sliced(kSenderHeader.size()).trimmed();
+  } else if (IsWithoutOne(text, lock_ + pattern_, lock_.size())) {
+    pattern = pattern_;
+  }
+  pattern_ = pattern;
+  if (text == lock_ + pattern) return;
+  const qsizetype fromEnd = qMin(text.size() - txInput_->cursorPosition(), pattern.size());
+  txInput_->setText(lock_ + pattern);
+  txInput_->setCursorPosition(static_cast<int>(txInput_->text().size() - fromEnd));
 }
 
 // The box lies over its row and grows with its text.

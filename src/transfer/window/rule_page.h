@@ -28,6 +28,7 @@ class RulePage : public FormPage {
   void BeginEdit(int row, const QString& text, const QString& lock);
   void EndEdit();
   void FitEditor();
+  void KeepLock(const QString& text);
   void RemoveRules();
   bool IsPlaceholder(int row) const;
 
@@ -35,7 +36,8 @@ class RulePage : public FormPage {
   QLineEdit* txInput_;
   QMenu* menuReceiveStop_;
   int editedRow_ = -1;
-  QString lock_;  // the fixed beginning of the line being edited
+  QString lock_;     // the fixed beginning of the line being edited
+  QString pattern_;  // and what followed it before the last key
 };
 
 }  // namespace vorn
