@@ -421,6 +421,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
   // The timer's job asks for an account while a session goes on.
   profile_.Store("From: stranger@example.com\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
   Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);  // else it does not
   bool isAsked = false;
   host_.onPeriodic = [&] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
   host_.onQuestion = [&] {
