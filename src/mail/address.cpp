@@ -223,7 +223,9 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   while (rest.startsWith(u' ')) rest.remove(0, 1);
   if (rest.isEmpty()) return entry;
 
-  const qsizetype blank = rest.indexOf(u' ');
+  // A quoted local part may hold blanks (RFC 5322 section 3.4.1).
+  const qsizetype quoteEnd = rest.startsWith(u'"') ? rest.indexOf(QStringLiteral("\"@"), 1) : 0;
+  const qsizetype blank = rest.indexOf(u' ', qMax(quoteEnd, qsizetype{0}));
   entry.address = blank < 0 ? rest : rest.left(blank);
   if (blank >= 0) entry.displayName = rest.mid(blank + 1);
   if (entry.displayName.startsWith(u' ')) entry.displayName.remove(0, 1);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "mail/charset_recognition.h"
+#include "mail/iconv_decoder.h"
 #include "mail/icu_converter.h"
 #include "mail/japanese_decoders.h"
 
@@ -29,6 +30,7 @@ constexpr Label kLabels[] = {
     {"iso2022jp3", Family::Jis},
     {"iso2022jp2004", Family::Jis},
     {"iso2022jpms", Family::Jis},
+    {"iso2022jp32004", Family::Jis},
     {"csiso2022jp", Family::Jis},
     {"jis", Family::Jis},
     {"cp50220", Family::Jis},
@@ -42,7 +44,6 @@ constexpr Label kLabels[] = {
     {"ujis", Family::Euc},
     {"cp51932", Family::Euc},
     {"cseucpkdfmtjapanese", Family::Euc},
-    {"eucjis2004", Family::Euc},
     {"shiftjis", Family::ShiftJis},
     {"sjis", Family::ShiftJis},
     {"xsjis", Family::ShiftJis},
@@ -54,7 +55,6 @@ constexpr Label kLabels[] = {
     {"cp932", Family::ShiftJis},
     {"ms932", Family::ShiftJis},
     {"windows932", Family::ShiftJis},
-    {"shiftjis2004", Family::ShiftJis},
     {"xmscp932", Family::ShiftJis},
     {"sjiswin", Family::ShiftJis},
     {"utf8", Family::Utf8},
@@ -62,6 +62,22 @@ constexpr Label kLabels[] = {
     {"xutf8", Family::Utf8},
     {"utf8mb4", Family::Utf8},
 };
+
+// Codes of JIS X 0213, by the names that `iconv` gives them.
+constexpr char kEucX0213[] = "EUC-JISX0213";
+constexpr char kShiftJisX0213[] = "SHIFT_JISX0213";
+
+QByteArray NameForIconv(const QByteArray& squeezed) {
+  if (squeezed == "eucjis2004" || squeezed == "eucjisx0213") return kEucX0213;
+  if (squeezed == "shiftjis2004" || squeezed == "shiftjisx0213" || squeezed == "sjis2004") {
+    return kShiftJisX0213;
+  }
+  return {};
+}
+
+bool IsForIconv(const QByteArray& name) {
+  return name == kEucX0213 || name == kShiftJisX0213;
+}
 
 QByteArray Squeeze(QByteArrayView label) {
   QByteArray squeezed;
@@ -77,7 +93,8 @@ QByteArray Squeeze(QByteArrayView label) {
 QByteArray WiderName(const QByteArray& squeezed, QByteArrayView label) {
   if (squeezed == "iso88591" || squeezed == "latin1") return "windows-1252";
   if (squeezed == "iso88599") return "windows-1254";
-  if (squeezed == "ksc56011987" || squeezed == "ksc5601" || squeezed == "euckr") {
+  if (squeezed == "ksc56011987" || squeezed == "ksc5601" || squeezed == "euckr" ||
+      squeezed == "uhc") {
     return "windows-949";
   }
   if (squeezed == "gb2312" || squeezed == "gbk") return "gb18030";
@@ -123,9 +140,14 @@ DecodedText DecodeAscii(QByteArrayView bytes) {
 }
 
 DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool atCut) {
-  IcuConverter converter(icuName.constData());
-  if (!converter.IsValid()) return DecodeAscii(bytes);
-  QString text = converter.Decode(bytes);
+  QString text;
+  if (IsForIconv(icuName)) {
+    text = DecodeByIconv(icuName.constData(), bytes);
+  } else {
+    IcuConverter converter(icuName.constData());
+    if (!converter.IsValid()) return DecodeAscii(bytes);
+    text = converter.Decode(bytes);
+  }
   if (atCut && text.endsWith(QChar::ReplacementCharacter)) text.chop(1);
   if (text.startsWith(QChar::ByteOrderMark)) text.remove(0, 1);
   const bool clean = !text.contains(QChar::ReplacementCharacter);
@@ -157,7 +179,7 @@ bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& readi
 // Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
 bool ProvesItself(const Charset& charset) {
   if (charset.family != Family::Other) return charset.family > Family::Ascii;
-  return IcuConverter(charset.icuName.constData()).IsMultiByte();
+  return IsForIconv(charset.icuName) || IcuConverter(charset.icuName.constData()).IsMultiByte();
 }
 
 // Chinese, Korean or Cyrillic text read in a Japanese code gives characters, but hardly any kana.
@@ -200,6 +222,7 @@ Charset Charset::FromLabel(QByteArrayView label) {
     return entry.name == QByteArrayView(squeezed);
   });
   if (known != std::end(kLabels)) return {known->family, {}};
+  if (const QByteArray name = NameForIconv(squeezed); !name.isEmpty()) return {Family::Other, name};
   const QByteArray name = WiderName(squeezed, label.trimmed());
   return IcuConverter(name.constData()).IsValid() ? Charset{Family::Other, name} : Charset{};
 }
@@ -237,18 +260,82 @@ DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
   }
 }
 
+namespace {
+
+// What a code's own word is worth against the usualness of a reading.
+constexpr double kDeclared = 6;
+// Bytes of another code hardly ever form characters of UTF-8 or sequences of ISO-2022-JP.
+constexpr double kStructured = 6;
+constexpr double kSureOfJapanese = 7;
+constexpr qsizetype kLookedAt = 4096;
+
+// Letters over ASCII stand among others in Western words.
+double WesternLikelihood(const QString& text) {
+  int sum = 0;
+  int count = 0;
+  const auto isLetter = [&text](qsizetype at) {
+    return at >= 0 && at < text.size() && text[at].isLetter() && text[at].unicode() < 0x80;
+  };
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const char16_t c = text[at].unicode();
+    if (c < 0x80) continue;
+    ++count;
+    const bool isAmongLetters = isLetter(at - 1) || isLetter(at + 1);
+    const bool isTypographic = c >= 0x2013 && c <= 0x2122;  // dashes, quotation marks, the euro
+    sum += (text[at].isLetter() && isAmongLetters) || isTypographic ? 6 : -6;
+  }
+  return count == 0 ? 0 : static_cast<double>(sum) / count;
+}
+
+// Of all readings the one that gives the most usual text, errors counted, with the declared code
+// first among equals.
+QString MostUsual(QByteArrayView bytes, const Charset& declared, const DecodedText& asDeclared,
+                  bool atCut) {
+  const bool isDeclared = declared.family > Family::Ascii;
+  QString best = asDeclared.text;
+  double bestScore = isDeclared ? Likelihood(best) + kDeclared : -100;
+  const auto consider = [&](const Charset& charset, double bonus) {
+    if (charset.family == declared.family && charset.icuName == declared.icuName) {
+      bestScore += bonus;
+      return;
+    }
+    const QString text = Decode(charset, bytes, atCut).text;
+    const bool isWestern = charset.family == Family::Other;
+    const double score = (isWestern ? WesternLikelihood(text) : Likelihood(text)) + bonus;
+    if (score <= bestScore) return;
+    best = text;
+    bestScore = score;
+  };
+  if (HasJisEscape(bytes)) consider({Family::Jis, {}}, kStructured);
+  consider({Family::Utf8, {}}, kStructured);
+  consider({Family::ShiftJis, {}}, 0);
+  consider({Family::Euc, {}}, 0);
+  if (!IsMostlyEightBit(bytes)) consider({Family::Other, "windows-1252"}, 0);
+  return best;
+}
+
+// The bytes of EUC have a meaning in Shift_JIS, of half-width kana mostly.
+bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const QString& reading) {
+  if (declared.family != Family::ShiftJis || Likelihood(reading.left(kLookedAt)) >= 0) return false;
+  const DecodedText euc =
+      Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)), true);
+  return euc.clean && Likelihood(euc.text) >= kSureOfJapanese;
+}
+
+}  // namespace
+
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   DecodedText asDeclared = Decode(declared, bytes, atCut);
-  if (Fits(declared, bytes, asDeclared)) return asDeclared.text;
-  const Charset recognized = RecognizeCharset(bytes);
-  DecodedText asRecognized = Decode(recognized, bytes, atCut);
-  if (asRecognized.clean) return asRecognized.text;
-  // Damaged either way: the sender's own word counts most.
-  const bool declaredCounts =
-      declared.family != Family::Unknown && declared.family != Family::Ascii;
-  if (declaredCounts) return asDeclared.text;
-  return recognized.family != Family::Unknown ? asRecognized.text
-                                              : Decode({Family::ShiftJis, {}}, bytes, atCut).text;
+  if (Fits(declared, bytes, asDeclared)) {
+    return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
+               ? Decode({Family::Euc, {}}, bytes, atCut).text
+               : asDeclared.text;
+  }
+  if (declared.family <= Family::Ascii) {
+    const DecodedText recognized = Decode(RecognizeCharset(bytes), bytes, atCut);
+    if (recognized.clean && Likelihood(recognized.text) >= 0) return recognized.text;
+  }
+  return MostUsual(bytes, declared, asDeclared, atCut);
 }
 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,

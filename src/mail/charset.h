@@ -21,7 +21,7 @@ struct Charset {
   enum class Family { Unknown, Ascii, Jis, Euc, ShiftJis, Utf8, Other };
 
   Family family = Family::Unknown;
-  QByteArray icuName;  ///< for `Other`
+  QByteArray icuName;  ///< for `Other`; two names are of `iconv`
 
   /// The character set that a message declares, its common misspellings included.
   static Charset FromLabel(QByteArrayView label);
@@ -49,8 +49,9 @@ struct DecodedText {
 /// The Japanese decoders follow the WHATWG Encoding Standard.
 DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut = false);
 
-/// Decodes with the declared character set when it is known and fits, else with the recognised one,
-/// else as code page 932.
+/// Decodes with the declared character set when it is known and fits, else with the recognised one.
+/// Bytes that are damaged in either are read in the code that gives the most usual text, the
+/// declared one before others.
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut = false);
 
 /// Decodes with a code that was chosen for the message or recognised when it was stored. A declared

@@ -10,17 +10,20 @@ using Family = Charset::Family;
 // Enough to tell; a long text is not decoded three times over.
 constexpr qsizetype kSampleBytes = 64 * 1024;
 
-// How usual a character is in Japanese text. A code read as another one gives half-width kana,
-// rare ideographs and private characters where the right one gives kana and common ideographs.
-int Weight(char16_t c) {
+}  // namespace
+
+// A code read as another one gives half-width kana, rare ideographs and private characters where
+// the right one gives kana and common ideographs.
+int CharacterWeight(char16_t c) {
   if (c < 0x80) return c < 0x20 && c != '\r' && c != '\n' && c != '\t' ? -20 : 0;
   if (c >= 0x3041 && c <= 0x3096) return 12;                 // hiragana
   if (c >= 0x30A1 && c <= 0x30FC) return 8;                  // katakana
   if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 10;  // 、。 and the wide blank
   if (c >= 0x300C && c <= 0x3011) return 6;                  // brackets
-  if (c >= 0xFF01 && c <= 0xFF5E) return 4;                  // wide ASCII
+  if (c >= 0xFF01 && c <= 0xFF5E) return 6;                  // wide ASCII
   if (c >= 0xFF61 && c <= 0xFF9F) return -6;                 // half-width kana
   if (c >= 0xE000 && c <= 0xF8FF) return -20;                // private use
+  if (c == QChar::ReplacementCharacter) return -25;
   if (c >= 0x4E00 && c <= 0x9FFF) return 5;
   return 0;
 }
@@ -30,13 +33,11 @@ double Likelihood(const QString& text) {
   int sum = 0;
   int count = 0;
   for (const QChar c : text) {
-    sum += Weight(c.unicode());
+    sum += CharacterWeight(c.unicode());
     count += c.unicode() >= 0x80 ? 1 : 0;
   }
   return count == 0 ? 0 : static_cast<double>(sum) / count;
 }
-
-}  // namespace
 
 bool HasJisEscape(QByteArrayView bytes) {
   for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {

@@ -14,6 +14,12 @@ Charset RecognizeCharset(QByteArrayView bytes);
 /// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
 bool HasJisEscape(QByteArrayView bytes);
 
+/// How usual a character is in Japanese text, from -25 for U+FFFD to 12 for hiragana.
+int CharacterWeight(char16_t character);
+
+/// The mean weight of what is not ASCII in a text; 0 when all is.
+double Likelihood(const QString& text);
+
 /// Whether a text has more of what is usual in Japanese than of what a wrong code gives.
 bool LooksJapanese(const QString& text);
 

@@ -55,6 +55,7 @@ class ContentReader {
     ContentRecord whole;  // its own headers, and the body for when no part is found
     bool hasParts = false;
     bool isDigest = false;
+    bool isClosed = false;  // the outermost one; what follows its end may be parts all the same
   };
 
   // The next line that begins with "--", or -1. Looking for the dashes themselves passes over most
@@ -81,7 +82,7 @@ class ContentReader {
     const QByteArray boundary = type.Bytes("boundary");
     if (record.type.startsWith(u"multipart/")) {
       if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
-        stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
+        stack_.push_back({boundary.trimmed(), record, false, record.type == u"multipart/digest"});
         return;
       }
       record.type = QStringLiteral("text/plain");
@@ -146,7 +147,9 @@ class ContentReader {
     if (bodyEnd > 0 && source_[bodyEnd - 1] == '\r') --bodyEnd;
     EndLeaf(bodyEnd);
     while (static_cast<qsizetype>(stack_.size()) > level + 1) CloseMultipart(bodyEnd);
-    if (closes) {
+    if (closes && level == 0) {
+      stack_.back().isClosed = true;
+    } else if (closes) {
       CloseMultipart(bodyEnd);
     } else if (records_.size() < kMaxParts) {
       stack_.back().hasParts = true;

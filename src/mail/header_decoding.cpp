@@ -14,13 +14,15 @@ namespace {
 struct Run {
   QByteArray charset;  // null for raw bytes
   QByteArray bytes;
+  QByteArray unfinished = {};  // base64 whose last group goes on in the next word
 
   bool IsEncoded() const { return !charset.isNull(); }
 };
 
 struct EncodedWord {
   QByteArray charset;
-  QByteArray bytes;
+  QByteArray text;
+  bool isBase64;
   qsizetype length;
 };
 
@@ -36,15 +38,33 @@ std::optional<EncodedWord> ReadEncodedWord(QByteArrayView text) {
   const bool base64 = encoding == 'B' || encoding == 'b';
   if (!base64 && encoding != 'Q' && encoding != 'q') return std::nullopt;
   const qsizetype start = charsetEnd + 3;
-  const qsizetype end = text.indexOf("?=", start);
-  if (end < 0) return std::nullopt;
+  qsizetype end = text.indexOf("?=", start);
+  qsizetype length = end + 2;
+  if (end < 0) {
+    // The end was cut off.
+    length = text.size();
+    end = length - (text.endsWith('?') ? 1 : 0);
+    if (text.sliced(start, end - start).contains(' ')) return std::nullopt;
+  }
   QByteArray charset = text.sliced(2, charsetEnd - 2).toByteArray();
   if (charset.contains(' ')) return std::nullopt;
   if (const qsizetype language = charset.indexOf('*'); language > 0) {
     charset.truncate(language);  // RFC 2231 section 5
   }
-  return EncodedWord{charset.toLower(), DecodeEncodedWord(text.sliced(start, end - start), base64),
-                     end + 2};
+  return EncodedWord{charset.toLower(),
+                     text.sliced(start, qMax(end - start, qsizetype{0})).toByteArray(), base64,
+                     length};
+}
+
+// Appends a word's bytes, together with the group of four that the word before it did not finish,
+// as programs cut base64 that count characters.
+void AddWord(Run& run, const EncodedWord& word) {
+  const QByteArray before = word.isBase64 ? run.unfinished : QByteArray();
+  run.bytes.chop(DecodeEncodedWord(before, true).size());
+  const QByteArray text = before + word.text;
+  run.bytes += DecodeEncodedWord(text, word.isBase64);
+  const bool goesOn = word.isBase64 && text.size() % 4 != 0 && !text.endsWith('=');
+  run.unfinished = goesOn ? text.last(text.size() % 4) : QByteArray();
 }
 
 bool IsBlankRun(QByteArrayView text) {
@@ -72,11 +92,8 @@ std::vector<Run> SplitRuns(QByteArrayView text) {
     const bool followsWord = !runs.empty() && runs.back().IsEncoded() &&
                              IsBlankRun(text.sliced(rawStart, mark - rawStart));
     if (!followsWord) endRaw(mark);
-    if (followsWord && runs.back().charset == word->charset) {
-      runs.back().bytes += word->bytes;
-    } else {
-      runs.push_back({std::move(word->charset), std::move(word->bytes)});
-    }
+    if (!followsWord || runs.back().charset != word->charset) runs.push_back({word->charset, {}});
+    AddWord(runs.back(), *word);
     at = rawStart = mark + word->length;
   }
   endRaw(text.size());
@@ -91,6 +108,13 @@ QString QuoteForList(const QString& name) {
   QString quoted = name;
   quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
   return u'"' + quoted + u'"';
+}
+
+// "name <address>" in one word, as programs write that encode a whole field.
+bool IsWholeMailbox(const QString& words) {
+  const qsizetype open = words.lastIndexOf(u'<');
+  return open > 0 && words.endsWith(u'>') && words.indexOf(u'@', open) > open &&
+         words.count(u'<') == 1;
 }
 
 // Line breaks and other controls that a word smuggles in would forge lines of the index.
@@ -119,17 +143,24 @@ bool EndsInsideQuotes(const QString& text) {
 QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& charset,
                      HeaderUse use) {
   const QByteArrayView text = field.sliced(std::min(skip, field.size())).trimmed();
+  const std::vector<Run> runs = SplitRuns(text);
   QString decoded;
-  for (const Run& run : SplitRuns(text)) {
-    if (!run.IsEncoded()) {
-      decoded += WithoutControls(DecodeRawHeader(run.bytes, charset));
+  QString words;  // in several codes, but one name
+  const auto endWords = [&](bool isEnd) {
+    const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded) &&
+                          !(isEnd && !decoded.contains(u'@') && IsWholeMailbox(words));
+    decoded += mayQuote ? QuoteForList(words) : words;
+    words.clear();
+  };
+  for (const Run& run : runs) {
+    if (run.IsEncoded()) {
+      words += WithoutControls(DecodeAutomatically(run.bytes, Charset::FromLabel(run.charset)));
       continue;
     }
-    const QString word =
-        WithoutControls(DecodeAutomatically(run.bytes, Charset::FromLabel(run.charset)));
-    const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded);
-    decoded += mayQuote ? QuoteForList(word) : word;
+    endWords(false);
+    decoded += WithoutControls(DecodeRawHeader(run.bytes, charset));
   }
+  endWords(true);
   return decoded;
 }
 

@@ -1,6 +1,8 @@
 #include "mail/header_fields.h"
 
 #include <QtGlobal>
+#include <algorithm>
+#include <optional>
 
 namespace vorn::MimeCodec {
 namespace {
@@ -8,45 +10,6 @@ namespace {
 bool IsBlank(char c) {
   return c == ' ' || c == '\t';
 }
-
-// Walks the fields of a header block, each with its continuation lines.
-class FieldWalker {
- public:
-  FieldWalker(QByteArrayView source, qsizetype start, qsizetype end)
-      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))),
-        at_(qMin(start, source_.size())) {}
-
-  // The next field with its line breaks, without the last one; null at the end of the block.
-  QByteArrayView Next() {
-    if (at_ >= source_.size()) return {};
-    const qsizetype start = at_;
-    qsizetype lineEnd = EndOfLine(at_);
-    if (ContentEnd(start, lineEnd) == start) return {};  // the empty line
-    while (lineEnd < source_.size() && IsBlank(source_[lineEnd])) {
-      const qsizetype next = EndOfLine(lineEnd);
-      lineEnd = next;
-    }
-    at_ = lineEnd;
-    return source_.sliced(start, ContentEnd(start, lineEnd) - start);
-  }
-
-  // The offset after the empty line, once `Next` has returned null.
-  qsizetype BlockEnd() const { return at_ < source_.size() ? EndOfLine(at_) : source_.size(); }
-
- private:
-  qsizetype EndOfLine(qsizetype from) const {
-    const qsizetype found = source_.indexOf('\n', from);
-    return found < 0 ? source_.size() : found + 1;
-  }
-  qsizetype ContentEnd(qsizetype start, qsizetype lineEnd) const {
-    if (lineEnd > start && source_[lineEnd - 1] == '\n') --lineEnd;
-    if (lineEnd > start && source_[lineEnd - 1] == '\r') --lineEnd;
-    return lineEnd;
-  }
-
-  QByteArrayView source_;
-  qsizetype at_;
-};
 
 // The length of the field's name, blanks before the colon left out; -1 for a line that is no field.
 qsizetype NameLength(QByteArrayView field) {
@@ -56,6 +19,99 @@ qsizetype NameLength(QByteArrayView field) {
   while (length > 0 && IsBlank(field[length - 1])) --length;
   return length;
 }
+
+// A name of printable characters without blanks (RFC 5322 section 2.2), or the line that an mbox
+// puts before a message.
+bool BeginsField(QByteArrayView line) {
+  if (line.startsWith("From ") || line.startsWith(">From ")) return true;
+  const qsizetype length = NameLength(line);
+  return length > 0 && std::all_of(line.begin(), line.begin() + length,
+                                   [](char c) { return c > ' ' && c < 0x7F; });
+}
+
+// Fields that no text has by chance.
+bool IsUsualField(QByteArrayView line) {
+  if (!BeginsField(line)) return false;
+  const QByteArray name = line.first(qMax(NameLength(line), qsizetype{0})).toByteArray().toLower();
+  for (const QByteArrayView usual :
+       {"from", "to", "cc", "subject", "date", "message-id", "received", "return-path",
+        "mime-version", "reply-to", "sender", "references", "in-reply-to", "delivered-to"}) {
+    if (usual == name) return true;
+  }
+  return name.startsWith("content-") || name.startsWith("x-") || name.startsWith("list-");
+}
+
+// Walks the fields of a header block, each with its continuation lines. Programs forget the empty
+// line behind it, or put a blank into it; a line that is no field, with nothing but such lines up
+// to the next empty one, begins the text.
+class FieldWalker {
+ public:
+  FieldWalker(QByteArrayView source, qsizetype start, qsizetype end)
+      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))),
+        at_(qMin(start, source_.size())),
+        lineEnd_(source_.first(qMin(source_.size(), kLineEndWithin)).contains('\n') ? '\n' : '\r') {
+  }
+
+  // The next field with its line breaks, without the last one; null at the end of the block.
+  QByteArrayView Next() {
+    if (at_ >= source_.size()) return {};
+    const qsizetype start = at_;
+    qsizetype lineEnd = EndOfLine(at_);
+    if (ContentEnd(start, lineEnd) == start) return {};  // the empty line
+    if (!BeginsField(source_.sliced(start, lineEnd - start)) && TextBegins(start)) {
+      hasEmptyLine_ = IsBlankLine(start, lineEnd);
+      return {};
+    }
+    while (lineEnd < source_.size() && IsBlank(source_[lineEnd])) {
+      if (IsBlankLine(lineEnd, EndOfLine(lineEnd)) && TextBegins(lineEnd)) break;
+      const qsizetype next = EndOfLine(lineEnd);
+      lineEnd = next;
+    }
+    at_ = lineEnd;
+    return source_.sliced(start, ContentEnd(start, lineEnd) - start);
+  }
+
+  // The offset after the empty line, once `Next` has returned null.
+  qsizetype BlockEnd() const {
+    if (at_ >= source_.size()) return source_.size();
+    return hasEmptyLine_ ? EndOfLine(at_) : at_;
+  }
+
+ private:
+  static constexpr qsizetype kLineEndWithin = 64 * 1024;
+
+  qsizetype EndOfLine(qsizetype from) const {
+    const qsizetype found = source_.indexOf(lineEnd_, from);
+    return found < 0 ? source_.size() : found + 1;
+  }
+  qsizetype ContentEnd(qsizetype start, qsizetype lineEnd) const {
+    if (lineEnd > start && source_[lineEnd - 1] == '\n') --lineEnd;
+    while (lineEnd > start && source_[lineEnd - 1] == '\r') --lineEnd;
+    return lineEnd;
+  }
+  bool IsBlankLine(qsizetype start, qsizetype lineEnd) const {
+    return source_.sliced(start, lineEnd - start).trimmed().isEmpty();
+  }
+  // Whether no usual field comes between that line and the next empty one.
+  bool TextBegins(qsizetype line) {
+    if (!lastUsual_) {
+      lastUsual_ = -1;
+      for (qsizetype at = line; at < source_.size();) {
+        const qsizetype next = EndOfLine(at);
+        if (ContentEnd(at, next) == at) break;
+        if (IsUsualField(source_.sliced(at, next - at))) lastUsual_ = at;
+        at = next;
+      }
+    }
+    return line > *lastUsual_;
+  }
+
+  QByteArrayView source_;
+  qsizetype at_;
+  char lineEnd_;  // some old programs end lines with a lone CR
+  bool hasEmptyLine_ = true;
+  std::optional<qsizetype> lastUsual_;  // where the last one before the empty line begins
+};
 
 bool HasName(QByteArrayView field, QByteArrayView nameWithColon) {
   const qsizetype length = nameWithColon.size() - 1;
@@ -74,12 +130,11 @@ QByteArray Unfold(QByteArrayView field) {
   }
   for (; at < field.size(); ++at) {
     const char c = field[at];
-    const bool isBreak = c == '\n' || (c == '\r' && at + 1 < field.size() && field[at + 1] == '\n');
-    if (!isBreak) {
+    if (c != '\n' && c != '\r') {
       unfolded += c;
       continue;
     }
-    if (c == '\r') ++at;
+    while (at + 1 < field.size() && (field[at + 1] == '\n' || field[at + 1] == '\r')) ++at;
     // The tab that many programs fold with stands for the blank that was there before.
     if (at + 1 < field.size() && field[at + 1] == '\t') {
       unfolded += ' ';

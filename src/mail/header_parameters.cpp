@@ -36,11 +36,29 @@ QByteArray WithoutComment(QByteArrayView text) {
   return text.first(comment < 0 ? text.size() : comment).trimmed().toByteArray();
 }
 
+// Whether a raw value is in Shift_JIS, where a backslash may be the second half of a character.
+bool MayBeShiftJis(QByteArrayView value) {
+  const bool hasHighBytes =
+      std::any_of(value.begin(), value.end(), [](char c) { return (c & 0x80) != 0; });
+  return hasHighBytes && !Decode({Charset::Family::Utf8, {}}, value).clean;
+}
+
+bool IsShiftJisLead(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+}
+
 QByteArray Unquote(QByteArrayView value) {
   value = value.trimmed();
   if (!value.startsWith('"')) return value.toByteArray();
+  const bool isShiftJis = MayBeShiftJis(value);
   QByteArray unquoted;
   for (qsizetype i = 1; i < value.size() && value[i] != '"'; ++i) {
+    if (isShiftJis && IsShiftJisLead(value[i]) && i + 1 < value.size()) {
+      unquoted += value[i++];
+      unquoted += value[i];
+      continue;
+    }
     // In eight-bit or JIS text a backslash is half a character more often than an escape.
     const bool escapes =
         value[i] == '\\' && i + 1 < value.size() && (value[i + 1] == '"' || value[i + 1] == '\\');
@@ -54,6 +72,9 @@ QByteArray Unquote(QByteArrayView value) {
 
 HeaderParameters::HeaderParameters(QByteArrayView value) {
   qsizetype end = FindOutsideQuotes(value, ';', 0);
+  // "text/plain charset=..." lacks the semicolon.
+  const qsizetype blank = value.first(end).trimmed().indexOf(' ');
+  if (blank > 0 && value.first(end).indexOf('=') > blank) end = value.indexOf(' ');
   main_ = WithoutComment(value.first(end)).toLower();
   while (end < value.size()) {
     const qsizetype start = end + 1;

@@ -1,6 +1,11 @@
 #include "mail/japanese_decoders.h"
 
+#include <algorithm>
+#include <vector>
+
+#include "mail/charset_recognition.h"
 #include "mail/code_page_932.h"
+#include "mail/iconv_decoder.h"
 #include "mail/icu_converter.h"
 
 namespace vorn {
@@ -55,6 +60,35 @@ class Reader {
   void Skip(qsizetype count) { at_ += count; }
   bool StartsWith(QByteArrayView text) const { return bytes_.sliced(at_).startsWith(text); }
 
+  // How many of the next bytes lie between the two.
+  qsizetype RunLength(unsigned first, unsigned last) const {
+    qsizetype end = at_;
+    while (end < bytes_.size() && static_cast<unsigned char>(bytes_[end]) - first <= last - first) {
+      ++end;
+    }
+    return end - at_;
+  }
+  // Whether what was shifted out is shifted in again in this line.
+  bool HasShiftInAhead() const {
+    const QByteArrayView rest = bytes_.sliced(at_);
+    const qsizetype end = rest.indexOf('\x0F');
+    return end >= 0 && !rest.first(end).contains('\x1B') && !rest.first(end).contains('\n');
+  }
+  // Whether the next escape from there on returns to ASCII.
+  bool HasReturnAhead(qsizetype ahead) const {
+    const qsizetype escape = bytes_.indexOf('\x1B', at_ + ahead);
+    return escape >= 0 && bytes_.sliced(escape + 1).startsWith('(');
+  }
+  qsizetype Position() const { return at_; }
+  QByteArrayView Since(qsizetype begin) const { return bytes_.sliced(begin, at_ - begin); }
+  // Takes back bytes that gave a character each.
+  void GoBack(qsizetype count) {
+    at_ -= count;
+    out_ -= count;
+  }
+  QByteArrayView Next(qsizetype count) const { return bytes_.sliced(at_, count); }
+  bool IsCutAfter(qsizetype count) const { return atCut_ && at_ + count == bytes_.size(); }
+
   void Put(char16_t character) { *out_++ = QChar(character); }
   void PutError() {
     Put(QChar::ReplacementCharacter);
@@ -84,6 +118,71 @@ bool InRange(int byte, int first, int last) {
   return byte >= first && byte <= last;
 }
 
+// Behind it lie the ideographs of level 2, which are seldom used (JIS X 0208).
+constexpr int kFirstRareRow = 48;
+
+// Which byte of a run of pairs that has one too many is the odd one: where leaving it out gives the
+// most usual text. A byte that was lost leaves one behind that is as good as odd.
+template <typename CharacterAt>
+qsizetype OddByte(QByteArrayView run, CharacterAt characterAt) {
+  const auto weight = [&](qsizetype at) {
+    const char16_t character = characterAt(run[at], run[at + 1]);
+    const int usual =
+        CharacterWeight(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
+    const int row = (run[at] & 0x7F) - 0x20;
+    return row >= kFirstRareRow ? qMin(usual, 0) : usual;
+  };
+  // At first the byte before all pairs; each step takes one pair from behind it to before it.
+  int score = 0;
+  for (qsizetype at = 1; at + 1 < run.size(); at += 2) score += weight(at);
+  int best = score;
+  qsizetype odd = 0;
+  for (qsizetype at = 0; at + 2 < run.size(); at += 2) {
+    score += weight(at) - weight(at + 1);
+    if (score < best) continue;
+    best = score;
+    odd = at + 2;
+  }
+  return odd;
+}
+
+// A whole run of pairs, with an error for the byte that makes it odd.
+template <typename CharacterAt>
+void TakePairs(Reader& reader, qsizetype length, CharacterAt characterAt) {
+  qsizetype odd = -1;
+  if (length % 2 != 0) {
+    odd = reader.IsCutAfter(length) ? length - 1 : OddByte(reader.Next(length), characterAt);
+  }
+  for (qsizetype at = 0; at < length;) {
+    if (at == odd) {
+      reader.Skip(1);
+      reader.IsCutAfter(0) ? reader.PutCutOff() : reader.PutError();
+      ++at;
+      continue;
+    }
+    const QByteArrayView pair = reader.Next(2);
+    reader.PutOrError(characterAt(pair[0], pair[1]));
+    reader.Skip(2);
+    at += 2;
+  }
+}
+
+char16_t FromEucPair(char lead, char trail) {
+  return CodePage932::Instance().FromRowCell(static_cast<unsigned char>(lead) - 0xA0U,
+                                             static_cast<unsigned char>(trail) - 0xA0U);
+}
+
+char16_t FromJisPair(char lead, char trail) {
+  return CodePage932::Instance().FromRowCell(static_cast<unsigned char>(lead) - 0x20U,
+                                             static_cast<unsigned char>(trail) - 0x20U);
+}
+
+// The three-byte codes: JIS X 0212, and what IBM and users put beside it.
+char16_t FromThreeBytes(unsigned row, unsigned cell) {
+  const char16_t character = JisX0212::Instance().At(row, cell);
+  return character != 0 ? character : FromEucJpMs(row, cell);
+}
+
 }  // namespace
 
 DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
@@ -111,16 +210,19 @@ DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
 }
 
 DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
-  const CodePage932& page = CodePage932::Instance();
   Reader reader(bytes, atCut);
   while (!reader.AtEnd()) {
+    if (const qsizetype run = reader.RunLength(0xA1, 0xFE); run > 0) {
+      TakePairs(reader, run, FromEucPair);
+      continue;
+    }
     const unsigned lead = reader.Take();
     if (lead < 0x80) {
       reader.Put(static_cast<char16_t>(lead));
       continue;
     }
     const bool threeBytes = lead == 0x8F;
-    if (lead != 0x8E && !threeBytes && !InRange(static_cast<int>(lead), 0xA1, 0xFE)) {
+    if (lead != 0x8E && !threeBytes) {
       reader.PutError();
       continue;
     }
@@ -133,14 +235,10 @@ DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
     }
     char16_t character = 0;
     if (threeBytes) {
-      character = JisX0212::Instance().At(static_cast<unsigned>(second - 0xA0),
-                                          static_cast<unsigned>(third - 0xA0));
-    } else if (lead == 0x8E) {
-      if (InRange(second, 0xA1, 0xDF)) {
-        character = static_cast<char16_t>(kHalfKanaBase + static_cast<unsigned>(second));
-      }
-    } else if (InRange(second, 0xA1, 0xFE)) {
-      character = page.FromRowCell(lead - 0xA0, static_cast<unsigned>(second) - 0xA0);
+      character =
+          FromThreeBytes(static_cast<unsigned>(second - 0xA0), static_cast<unsigned>(third - 0xA0));
+    } else if (InRange(second, 0xA1, 0xDF)) {
+      character = static_cast<char16_t>(kHalfKanaBase + static_cast<unsigned>(second));
     }
     if (second >= 0x80) reader.Skip(threeBytes && third >= 0x80 ? 2 : 1);
     reader.PutOrError(character);
@@ -150,7 +248,7 @@ DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
 
 namespace {
 
-enum class JisSet { Ascii, Roman, Kana, X0208, X0212 };
+enum class JisSet { Ascii, Roman, Kana, X0208, X0212, X0213Plane1, X0213Plane2, Own };
 
 struct Escape {
   QByteArrayView sequence;
@@ -158,11 +256,19 @@ struct Escape {
 };
 
 constexpr Escape kEscapes[] = {
-    {"\x1B(B", JisSet::Ascii},  {"\x1B(J", JisSet::Roman},  {"\x1B(H", JisSet::Roman},
-    {"\x1B(I", JisSet::Kana},   {"\x1B$@", JisSet::X0208},  {"\x1B$B", JisSet::X0208},
-    {"\x1B$(@", JisSet::X0208}, {"\x1B$(B", JisSet::X0208}, {"\x1B$(D", JisSet::X0212},
+    {"\x1B(B", JisSet::Ascii},        {"\x1B(J", JisSet::Roman},
+    {"\x1B(H", JisSet::Roman},        {"\x1B(I", JisSet::Kana},
+    {"\x1B$@", JisSet::X0208},        {"\x1B$B", JisSet::X0208},
+    {"\x1B$(@", JisSet::X0208},       {"\x1B$(B", JisSet::X0208},
+    {"\x1B$(D", JisSet::X0212},       {"\x1B$(O", JisSet::X0213Plane1},
+    {"\x1B$(Q", JisSet::X0213Plane1}, {"\x1B$(P", JisSet::X0213Plane2},
+    {"\x1B$(?", JisSet::Own},   // rows of the user's own (ISO-2022-JP-MS)
     {"\x1B&@", JisSet::X0208},  // announces the 1990 revision, followed by ESC $ B
 };
+
+bool IsDoubleByte(JisSet set) {
+  return set >= JisSet::X0208;
+}
 
 bool TakeEscape(Reader& reader, JisSet& set) {
   for (const Escape& escape : kEscapes) {
@@ -174,43 +280,106 @@ bool TakeEscape(Reader& reader, JisSet& set) {
   return false;
 }
 
-void TakeDoubleByte(Reader& reader, unsigned lead, JisSet set);
+// Where Unicode keeps the characters that users define: 94 to a row.
+constexpr char16_t kFirstOwn = 0xE000;
+constexpr unsigned kOwnRows = 20;
 
-// Runs of kanji and kana, which are most of such a text, without going back to the caller.
-void TakeKanjiRun(Reader& reader, unsigned lead) {
-  const CodePage932& page = CodePage932::Instance();
-  for (;;) {
-    const int trail = reader.Peek();
-    const char16_t character =
-        InRange(trail, 0x21, 0x7E)
-            ? page.FromRowCell(lead - 0x20, static_cast<unsigned>(trail) - 0x20)
-            : char16_t(0);
-    if (character == 0) break;
-    reader.Put(character);
-    reader.Skip(1);
-    const int next = reader.Peek();
-    if (!InRange(next, 0x21, 0x7E)) return;
-    lead = static_cast<unsigned>(next);
-    reader.Skip(1);
-  }
-  TakeDoubleByte(reader, lead, JisSet::X0208);
+char16_t FromOwnRow(unsigned row, unsigned cell) {
+  return row <= kOwnRows ? static_cast<char16_t>(kFirstOwn + (row - 1) * 94 + cell - 1)
+                         : char16_t(0);
 }
 
-void TakeDoubleByte(Reader& reader, unsigned lead, JisSet set) {
+// Of the sets that are rare, pair by pair.
+void TakeRarePair(Reader& reader, JisSet set) {
+  const unsigned row = reader.Take() - 0x20;
   const int trail = reader.Peek();
-  if (trail < 0) {
-    reader.PutCutOff();
-    return;
+  if (trail < 0) return reader.PutCutOff();
+  if (!InRange(trail, 0x21, 0x7E)) return reader.PutError();  // the odd byte is read for itself
+  const unsigned cell = reader.Take() - 0x20;
+  if (set == JisSet::X0212) return reader.PutOrError(FromThreeBytes(row, cell));
+  if (set == JisSet::Own) return reader.PutOrError(FromOwnRow(row, cell));
+  const JisX0213Character character = FromJisX0213(set == JisSet::X0213Plane2 ? 2 : 1, row, cell);
+  reader.PutOrError(character.first);
+  if (character.second != 0) reader.Put(character.second);
+}
+
+// Whether bytes are pairs of usual Japanese text, up to one odd byte.
+bool ArePairs(QByteArrayView run) {
+  if (run.size() < 2) return false;
+  Reader reader(run, false);
+  TakePairs(reader, run.size(), FromJisPair);
+  return Likelihood(reader.Finish().text) > 0;
+}
+
+// A return to ASCII that lost its escape byte stands between the pairs, as one that has no meaning.
+qsizetype LostReturn(QByteArrayView run) {
+  for (qsizetype at = 0; at + 2 <= run.size(); at += 2) {
+    if (run[at] == '(' && (run[at + 1] == 'B' || run[at + 1] == 'J')) return at;
   }
-  if (!InRange(trail, 0x21, 0x7E)) {
-    reader.PutError();  // and the odd byte is read for itself
-    return;
+  return -1;
+}
+
+// A return to ASCII where nothing else began: the escape byte at the begin was lost. Goes back to
+// what follows it.
+bool TakeLostStart(Reader& reader, qsizetype line) {
+  const QByteArrayView before = reader.Since(line);
+  for (const QByteArrayView start : {"$B", "$@"}) {
+    const qsizetype at = before.indexOf(start);
+    if (at < 0) continue;
+    const QByteArrayView run = before.sliced(at + 2);
+    const bool isWhole = std::all_of(run.begin(), run.end(), [](char c) { return c > 0x20; });
+    if (!isWhole || !ArePairs(run)) continue;
+    reader.GoBack(run.size() + 2);
+    reader.Skip(2);
+    reader.PutError();
+    return true;
   }
+  return false;
+}
+
+// An escape sequence of which a byte was lost or changed.
+void TakeBrokenEscape(Reader& reader, JisSet& set, bool atCut) {
   reader.Skip(1);
-  const unsigned row = lead - 0x20;
-  const unsigned cell = static_cast<unsigned>(trail) - 0x20;
-  reader.PutOrError(set == JisSet::X0212 ? JisX0212::Instance().At(row, cell)
-                                         : CodePage932::Instance().FromRowCell(row, cell));
+  if (!reader.AtEnd() || !atCut) reader.PutError();
+  const auto skipAny = [&reader](QByteArrayView characters) {
+    if (!reader.AtEnd() && characters.contains(static_cast<char>(reader.Peek()))) reader.Skip(1);
+  };
+  const auto isFinal = [&reader](qsizetype ahead) {
+    return reader.Peek(ahead) == 'B' || reader.Peek(ahead) == 'J' || reader.Peek(ahead) == '@';
+  };
+  if (IsDoubleByte(set)) {
+    const bool isOther = reader.Peek() != '(' && !isFinal(0) && isFinal(1);
+    if (isOther || (reader.Peek() == '(' && !isFinal(1))) reader.Skip(1);
+    skipAny("(");
+    skipAny("BJ");
+    set = JisSet::Ascii;
+    return;
+  }
+  for (qsizetype length = 0; length <= 2; ++length) {
+    const bool isStart = length == 0 || reader.Peek() == '$' || isFinal(length - 1);
+    if (!isStart || reader.Peek(length - 1) < 0) continue;
+    qsizetype run = 0;
+    while (InRange(reader.Peek(length + run), 0x21, 0x7E)) ++run;
+    if (reader.Peek(length + run) != 0x1B || !ArePairs(reader.Next(length + run).sliced(length))) {
+      continue;
+    }
+    reader.Skip(length);
+    set = JisSet::X0208;
+    return;
+  }
+}
+
+// Whether a line that ends in a set of double bytes goes on in the next one: that holds pairs alone
+// and comes to an end of its own. Otherwise the return to ASCII was forgotten.
+bool GoesOnInNextLine(const Reader& reader) {
+  qsizetype ahead = 0;
+  while (InRange(reader.Peek(ahead), '\n', '\r')) ++ahead;
+  qsizetype run = 0;
+  while (InRange(reader.Peek(ahead + run), 0x21, 0x7E)) ++run;
+  const int after = reader.Peek(ahead + run);
+  return run > 0 && run % 2 == 0 &&
+         ((after == 0x1B && reader.Peek(ahead + run + 1) == '(') ||
+          (InRange(after, '\n', '\r') && reader.HasReturnAhead(ahead + run)));
 }
 
 }  // namespace
@@ -219,23 +388,49 @@ DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
   Reader reader(bytes, atCut);
   JisSet set = JisSet::Ascii;
   bool shiftedOut = false;
+  qsizetype line = 0;  // where what is ASCII since then begins
   while (!reader.AtEnd()) {
     if (reader.Peek() == 0x1B) {
+      if (set == JisSet::Ascii && reader.StartsWith("\x1B(") && TakeLostStart(reader, line)) {
+        set = JisSet::X0208;
+        shiftedOut = false;
+        continue;
+      }
       if (TakeEscape(reader, set)) {
         shiftedOut = false;
       } else {
-        reader.Skip(1);
-        if (!reader.AtEnd() || !atCut) reader.PutError();
+        TakeBrokenEscape(reader, set, atCut);
+      }
+      line = reader.Position();
+      continue;
+    }
+    if (IsDoubleByte(set) && !shiftedOut && InRange(reader.Peek(), 0x21, 0x7E)) {
+      if (set == JisSet::X0208) {
+        const qsizetype run = reader.RunLength(0x21, 0x7E);
+        const qsizetype end = LostReturn(reader.Next(run));
+        TakePairs(reader, end < 0 ? run : end, FromJisPair);
+        if (end >= 0) {
+          reader.Skip(2);
+          reader.PutError();
+          set = JisSet::Ascii;
+        }
+        line = reader.Position();
+      } else {
+        TakeRarePair(reader, set);
       }
       continue;
     }
     const unsigned byte = reader.Take();
-    if (byte == 0x0E || byte == 0x0F) {
+    if (byte == 0x0E && !reader.HasShiftInAhead()) {
+      reader.PutError();  // what an escape became
+    } else if (byte == 0x0E || byte == 0x0F) {
       shiftedOut = byte == 0x0E;
     } else if (byte == '\n' || byte == '\r') {
-      set = JisSet::Ascii;  // a line that forgot to return does not spoil the next
+      // A line that forgot to return does not spoil the next.
+      if (!(IsDoubleByte(set) && GoesOnInNextLine(reader))) set = JisSet::Ascii;
       shiftedOut = false;
       reader.Put(static_cast<char16_t>(byte));
+      line = reader.Position();
     } else if (InRange(static_cast<int>(byte), 0xA1, 0xDF)) {
       reader.Put(static_cast<char16_t>(kHalfKanaBase + byte));
     } else if (byte >= 0x80) {
@@ -245,8 +440,6 @@ DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
     } else if (shiftedOut || set == JisSet::Kana) {
       byte <= 0x5F ? reader.Put(static_cast<char16_t>(kHalfKanaBase + byte + 0x80))
                    : reader.PutError();
-    } else if (set == JisSet::X0208 || set == JisSet::X0212) {
-      set == JisSet::X0208 ? TakeKanjiRun(reader, byte) : TakeDoubleByte(reader, byte, set);
     } else {
       reader.Put(static_cast<char16_t>(byte));
     }

@@ -19,6 +19,8 @@ QString WithLineBreaks(const QString& text, const QString& lineBreak) {
     const QChar c = text[i];
     if (c == u'\r' || c == u'\n') {
       result += lineBreak;
+      // CR CR LF is what a CR LF becomes that was taken for an LF.
+      if (c == u'\r' && QStringView(text).sliced(i + 1).startsWith(u"\r\n")) ++i;
       if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') ++i;
     } else {
       result += c;
@@ -32,11 +34,32 @@ qsizetype EncodedRoom(qsizetype room, TransferEncoding encoding) {
   return encoding == TransferEncoding::None ? room : room / 3 * 4;
 }
 
+// What the page itself declares, as a `meta` element of its first bytes does.
+Charset CharsetOfHtml(QByteArrayView page) {
+  constexpr qsizetype kDeclaredWithin = 1024;  // HTML Standard, "determining the encoding"
+  const QByteArray begin = page.first(qMin(page.size(), kDeclaredWithin)).toByteArray().toLower();
+  const qsizetype key = begin.indexOf("charset");
+  qsizetype at = key + 7;
+  const auto skip = [&](QByteArrayView characters) {
+    while (at < begin.size() && characters.contains(begin[at])) ++at;
+  };
+  skip(" \t\r\n");
+  if (key < 0 || at >= begin.size() || begin[at] != '=') return {};
+  skip(" \t\r\n='\"");
+  qsizetype end = at;
+  while (end < begin.size() && !QByteArrayView(" \t\r\n'\"/;>").contains(begin[end])) ++end;
+  return Charset::FromLabel(QByteArrayView(begin).sliced(at, end - at));
+}
+
 QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype last,
                    const ReadingCode& charset, bool cut) {
   const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
   const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
-  return DecodeWithChoice(bytes, MimeCodec::DeclaredCharset(source, record), charset, cut);
+  Charset declared = MimeCodec::DeclaredCharset(source, record);
+  if (declared.family == Charset::Family::Unknown && record.type == u"text/html") {
+    declared = CharsetOfHtml(bytes);
+  }
+  return DecodeWithChoice(bytes, declared, charset, cut);
 }
 
 // What a part shows: paragraphs of flowed text joined, HTML as text.

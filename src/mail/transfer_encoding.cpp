@@ -33,12 +33,49 @@ TransferEncoding TransferEncodingOf(QByteArrayView name) {
   return TransferEncoding::None;
 }
 
+namespace {
+
+bool IsPaddingOrBlank(char c) {
+  return c == '=' || c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// Several texts that were encoded one by one stand behind each other, each with its padding.
+QByteArray DecodeBase64(QByteArrayView bytes) {
+  QByteArray decoded;
+  while (!bytes.isEmpty()) {
+    qsizetype end = bytes.indexOf('=');
+    while (end >= 0 && end < bytes.size() && IsPaddingOrBlank(bytes[end])) ++end;
+    if (end < 0) end = bytes.size();
+    const QByteArray text = RunDecoder(bytes.first(end), GMIME_CONTENT_ENCODING_BASE64);
+    decoded = decoded.isEmpty() ? text : decoded + text;
+    bytes = bytes.sliced(end);
+  }
+  return decoded;
+}
+
+// Blanks that came to a soft line break on the way are no text (RFC 2045 section 6.7, rule 3).
+QByteArray WithTightBreaks(QByteArrayView bytes) {
+  QByteArray tight;
+  qsizetype taken = 0;
+  for (qsizetype at = bytes.indexOf('='); at >= 0; at = bytes.indexOf('=', at + 1)) {
+    qsizetype end = at + 1;
+    while (end < bytes.size() && (bytes[end] == ' ' || bytes[end] == '\t')) ++end;
+    const bool isBreak = end < bytes.size() && (bytes[end] == '\r' || bytes[end] == '\n');
+    if (!isBreak || end == at + 1) continue;
+    tight.append(bytes.sliced(taken, at + 1 - taken));
+    taken = end;
+  }
+  return tight.append(bytes.sliced(taken));
+}
+
+}  // namespace
+
 QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
   switch (encoding) {
     case TransferEncoding::Base64:
-      return RunDecoder(bytes, GMIME_CONTENT_ENCODING_BASE64);
+      return DecodeBase64(bytes);
     case TransferEncoding::QuotedPrintable:
-      return RunDecoder(bytes, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+      return RunDecoder(WithTightBreaks(bytes), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
     case TransferEncoding::Uuencode:
       return UuDecode(bytes);
     default:

@@ -4,6 +4,7 @@ namespace vorn::MimeCodec {
 namespace {
 
 constexpr qsizetype kBytesPerLine = 45;
+constexpr qsizetype kSureLines = 2;  // a text hardly has so many that look like data
 
 int Value(char c) {
   return (c - ' ') & 0x3F;
@@ -22,12 +23,18 @@ QByteArrayView TakeLine(QByteArrayView text, qsizetype& at) {
   return line;
 }
 
+// Where the file's name begins in "begin", the mode in three or four octal digits, and the name; 0
+// in another line.
+qsizetype NameStart(QByteArrayView line) {
+  if (!line.startsWith("begin ")) return 0;
+  qsizetype at = 6;
+  while (at < line.size() && line[at] >= '0' && line[at] <= '7') ++at;
+  const bool isMode = at == 9 || at == 10;
+  return isMode && at + 1 < line.size() && line[at] == ' ' ? at + 1 : 0;
+}
+
 bool IsBegin(QByteArrayView line) {
-  if (!line.startsWith("begin ") || line.size() < 11) return false;
-  for (qsizetype i = 6; i < 9; ++i) {
-    if (line[i] < '0' || line[i] > '7') return false;
-  }
-  return line[9] == ' ';
+  return NameStart(line) > 0;
 }
 
 // Whether the line can hold data: its first character tells its length.
@@ -46,13 +53,20 @@ std::optional<UuBlock> FindUuBlock(QByteArrayView text, qsizetype from) {
     if (!IsBegin(line)) continue;
     qsizetype inner = at;
     qsizetype dataLines = 0;
+    qsizetype whole = at;
     while (inner < text.size()) {
       const QByteArrayView data = TakeLine(text, inner);
       if (data == "end" && dataLines > 0) {
-        return UuBlock{start, inner - 1, line.sliced(10).trimmed().toByteArray()};
+        return UuBlock{start, inner - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
       }
+      if (data.isEmpty() && dataLines > 0) continue;
       if (!IsData(data)) break;
       ++dataLines;
+      whole = inner;
+    }
+    // What is there of a block that was cut off.
+    if (dataLines >= kSureLines && inner >= text.size()) {
+      return UuBlock{start, whole - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
     }
   }
   return std::nullopt;

@@ -1,0 +1,88 @@
+// Text of which one byte was lost, changed or brought in on the way.
+
+#include <gtest/gtest.h>
+
+#include "mail/charset.h"
+#include "mail/mime_codec.h"
+#include "mail/text_encoding.h"
+
+namespace vorn {
+namespace {
+
+using Family = Charset::Family;
+using Output = MimeCodec::OutputCharset;
+
+struct Code {
+  const char* label;
+  Output output;
+};
+constexpr Code kCodes[] = {{"iso-2022-jp", Output::Jis},
+                           {"euc-jp", Output::Euc},
+                           {"shift_jis", Output::ShiftJis},
+                           {"utf-8", Output::Utf8}};
+
+const QStringList kTexts = {
+    QStringLiteral("お世話になっております。田中です。"),
+    QStringLiteral("ソフトウェアの更新についてお知らせします。"),
+    QStringLiteral("Meeting: 本日の会議は15:00から第二会議室で行います。 Regards"),
+    QStringLiteral("電話：０３−１２３４−５６７８"),
+    QStringLiteral("東京都千代田区丸の内一丁目へ移転しました。"),
+    QStringLiteral("ヴァイオリン協奏曲\r\n価格は￥１２，８００円（税込）です。\r\n"),
+    QStringLiteral("「吾輩は猫である。名前はまだ無い。」"),
+    QStringLiteral("添付資料をご確認のほど、よろしくお願い申し上げます。"),
+};
+
+enum class Damage { Lost, Changed, Inserted };
+
+QByteArray Damaged(QByteArray bytes, qsizetype at, Damage damage) {
+  switch (damage) {
+    case Damage::Lost:
+      return bytes.remove(at, 1);
+    case Damage::Changed:
+      bytes[at] = static_cast<char>(bytes[at] ^ 0x15);
+      return bytes;
+    default:
+      return bytes.insert(at, '\xC5');
+  }
+}
+
+// How many characters of the text are neither before nor behind what is wrong.
+qsizetype Missing(const QString& text, const QString& read) {
+  qsizetype before = 0;
+  while (before < qMin(text.size(), read.size()) && text[before] == read[before]) ++before;
+  qsizetype behind = 0;
+  while (behind < qMin(text.size(), read.size()) - before &&
+         text[text.size() - 1 - behind] == read[read.size() - 1 - behind]) {
+    ++behind;
+  }
+  return text.size() - before - behind;
+}
+
+TEST(DamagedText, OneDamagedByteSpoilsAFewCharactersAlone) {
+  for (const Code& code : kCodes) {
+    const Charset declared = Charset::FromLabel(code.label);
+    int trials = 0;
+    int tooMany = 0;
+    int unreadable = 0;
+    for (const QString& text : kTexts) {
+      const QByteArray bytes = MimeCodec::EncodeText(text, code.output).value_or(QByteArray());
+      ASSERT_FALSE(bytes.isEmpty()) << code.label;
+      const QString whole = DecodeAutomatically(bytes, declared);
+      for (qsizetype at = 0; at < bytes.size(); ++at) {
+        for (const Damage damage : {Damage::Lost, Damage::Changed, Damage::Inserted}) {
+          const QString read = DecodeAutomatically(Damaged(bytes, at, damage), declared);
+          const qsizetype missing = Missing(whole, read);
+          ++trials;
+          tooMany += missing > 3 ? 1 : 0;
+          unreadable += missing * 2 > whole.size() ? 1 : 0;
+        }
+      }
+    }
+    EXPECT_EQ(unreadable, 0) << code.label;
+    // Where the text lies between rare characters nobody can tell which byte was too many.
+    EXPECT_LE(tooMany * 50, trials) << code.label;
+  }
+}
+
+}  // namespace
+}  // namespace vorn
