@@ -23,10 +23,12 @@ qsizetype NameLength(QByteArrayView field) {
 // A name of printable characters without blanks (RFC 5322 section 2.2), or the line that an mbox
 // puts before a message.
 bool BeginsField(QByteArrayView line) {
-  if (line.startsWith("From ") || line.startsWith(">From ")) return true;
-  const qsizetype length = NameLength(line);
-  return length > 0 && std::all_of(line.begin(), line.begin() + length,
-                                   [](char c) { return c > ' ' && c < 0x7F; });
+  qsizetype at = 0;
+  while (at < line.size() && line[at] > ' ' && line[at] < 0x7F && line[at] != ':') ++at;
+  const qsizetype nameEnd = at;
+  while (at < line.size() && IsBlank(line[at])) ++at;
+  const bool isField = nameEnd > 0 && at < line.size() && line[at] == ':';
+  return isField || line.startsWith("From ") || line.startsWith(">From ");
 }
 
 // Fields that no text has by chance.
@@ -63,8 +65,8 @@ class FieldWalker {
       return {};
     }
     while (lineEnd < source_.size() && IsBlank(source_[lineEnd])) {
-      if (IsBlankLine(lineEnd, EndOfLine(lineEnd)) && TextBegins(lineEnd)) break;
       const qsizetype next = EndOfLine(lineEnd);
+      if (IsBlankLine(lineEnd, next) && TextBegins(lineEnd)) break;
       lineEnd = next;
     }
     at_ = lineEnd;
@@ -90,7 +92,8 @@ class FieldWalker {
     return lineEnd;
   }
   bool IsBlankLine(qsizetype start, qsizetype lineEnd) const {
-    return source_.sliced(start, lineEnd - start).trimmed().isEmpty();
+    return std::all_of(source_.begin() + start, source_.begin() + lineEnd,
+                       [](char c) { return IsBlank(c) || c == '\r' || c == '\n'; });
   }
   // Whether no usual field comes between that line and the next empty one.
   bool TextBegins(qsizetype line) {

@@ -81,6 +81,26 @@ class Reader {
   }
   qsizetype Position() const { return at_; }
   QByteArrayView Since(qsizetype begin) const { return bytes_.sliced(begin, at_ - begin); }
+  // Takes pairs of bytes between the two while all have characters; false when something else came
+  // up, of which nothing was taken then.
+  template <typename CharacterAt>
+  bool TakeSoundPairs(unsigned first, unsigned last, CharacterAt characterAt) {
+    const char* const end = bytes_.data() + bytes_.size();
+    const char* in = bytes_.data() + at_;
+    QChar* out = out_;
+    const auto isOne = [first, last](char c) {
+      return static_cast<unsigned char>(c) - first <= last - first;
+    };
+    for (; end - in > 1 && isOne(in[0]) && isOne(in[1]); in += 2) {
+      const char16_t character = characterAt(in[0], in[1]);
+      if (character == 0) return false;
+      *out++ = QChar(character);
+    }
+    if (in < end && isOne(*in)) return false;
+    at_ = in - bytes_.data();
+    out_ = out;
+    return true;
+  }
   // Takes back bytes that gave a character each.
   void GoBack(qsizetype count) {
     at_ -= count;
@@ -146,36 +166,58 @@ qsizetype OddByte(QByteArrayView run, CharacterAt characterAt) {
   return odd;
 }
 
-// A whole run of pairs, with an error for the byte that makes it odd.
-template <typename CharacterAt>
-void TakePairs(Reader& reader, qsizetype length, CharacterAt characterAt) {
-  qsizetype odd = -1;
+// A run of pairs, with an error for the byte that makes it odd. Returns how much of it was taken:
+// it ends before a pair without a character that `ends` finds to be something else.
+template <typename CharacterAt, typename Ends>
+qsizetype TakePairs(Reader& reader, qsizetype length, CharacterAt characterAt, Ends ends) {
+  const char* const run = reader.Next(length).data();
+  qsizetype odd = length;
   if (length % 2 != 0) {
     odd = reader.IsCutAfter(length) ? length - 1 : OddByte(reader.Next(length), characterAt);
   }
-  for (qsizetype at = 0; at < length;) {
-    if (at == odd) {
-      reader.Skip(1);
-      reader.IsCutAfter(0) ? reader.PutCutOff() : reader.PutError();
-      ++at;
-      continue;
+  qsizetype at = 0;
+  const auto takeUpTo = [&](qsizetype end) {
+    for (; at + 1 < end; at += 2) {
+      const char16_t character = characterAt(run[at], run[at + 1]);
+      if (character == 0 && ends(run[at], run[at + 1])) return false;
+      reader.PutOrError(character);
     }
-    const QByteArrayView pair = reader.Next(2);
-    reader.PutOrError(characterAt(pair[0], pair[1]));
-    reader.Skip(2);
-    at += 2;
+    return true;
+  };
+  const bool isWhole = takeUpTo(odd);
+  if (isWhole && odd < length) {
+    reader.IsCutAfter(length) && odd == length - 1 ? reader.PutCutOff() : reader.PutError();
+    ++at;
+    takeUpTo(length);
   }
+  reader.Skip(at);
+  return at;
 }
 
-char16_t FromEucPair(char lead, char trail) {
-  return CodePage932::Instance().FromRowCell(static_cast<unsigned char>(lead) - 0xA0U,
-                                             static_cast<unsigned char>(trail) - 0xA0U);
+bool NeverEnds(char, char) {
+  return false;
 }
 
-char16_t FromJisPair(char lead, char trail) {
-  return CodePage932::Instance().FromRowCell(static_cast<unsigned char>(lead) - 0x20U,
-                                             static_cast<unsigned char>(trail) - 0x20U);
+// A return to ASCII that lost its escape byte, "(B" or "(J", has no meaning as a pair.
+bool IsLostReturn(char lead, char trail) {
+  return lead == '(' && (trail == 'B' || trail == 'J');
 }
+
+// The character of two bytes of the plane that both codes share, in either.
+class FromPair {
+ public:
+  explicit FromPair(unsigned base) : page_(CodePage932::Instance()), base_(base) {}
+  char16_t operator()(char lead, char trail) const {
+    return page_.FromRowCell(static_cast<unsigned char>(lead) - base_,
+                             static_cast<unsigned char>(trail) - base_);
+  }
+
+ private:
+  const CodePage932& page_;
+  unsigned base_;
+};
+constexpr unsigned kEucBase = 0xA0;
+constexpr unsigned kJisBase = 0x20;
 
 // The three-byte codes: JIS X 0212, and what IBM and users put beside it.
 char16_t FromThreeBytes(unsigned row, unsigned cell) {
@@ -210,10 +252,13 @@ DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
 }
 
 DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
+  const FromPair fromPair(kEucBase);
   Reader reader(bytes, atCut);
   while (!reader.AtEnd()) {
-    if (const qsizetype run = reader.RunLength(0xA1, 0xFE); run > 0) {
-      TakePairs(reader, run, FromEucPair);
+    if (InRange(reader.Peek(), 0xA1, 0xFE)) {
+      if (!reader.TakeSoundPairs(0xA1, 0xFE, fromPair)) {
+        TakePairs(reader, reader.RunLength(0xA1, 0xFE), fromPair, NeverEnds);
+      }
       continue;
     }
     const unsigned lead = reader.Take();
@@ -271,6 +316,13 @@ bool IsDoubleByte(JisSet set) {
 }
 
 bool TakeEscape(Reader& reader, JisSet& set) {
+  // The two that stand at every change between ASCII and Japanese.
+  const bool isAscii = reader.Peek(1) == '(' && reader.Peek(2) == 'B';
+  if (isAscii || (reader.Peek(1) == '$' && reader.Peek(2) == 'B')) {
+    set = isAscii ? JisSet::Ascii : JisSet::X0208;
+    reader.Skip(3);
+    return true;
+  }
   for (const Escape& escape : kEscapes) {
     if (!reader.StartsWith(escape.sequence)) continue;
     set = escape.set;
@@ -307,16 +359,8 @@ void TakeRarePair(Reader& reader, JisSet set) {
 bool ArePairs(QByteArrayView run) {
   if (run.size() < 2) return false;
   Reader reader(run, false);
-  TakePairs(reader, run.size(), FromJisPair);
+  TakePairs(reader, run.size(), FromPair(kJisBase), NeverEnds);
   return Likelihood(reader.Finish().text) > 0;
-}
-
-// A return to ASCII that lost its escape byte stands between the pairs, as one that has no meaning.
-qsizetype LostReturn(QByteArrayView run) {
-  for (qsizetype at = 0; at + 2 <= run.size(); at += 2) {
-    if (run[at] == '(' && (run[at + 1] == 'B' || run[at + 1] == 'J')) return at;
-  }
-  return -1;
 }
 
 // A return to ASCII where nothing else began: the escape byte at the begin was lost. Goes back to
@@ -385,6 +429,7 @@ bool GoesOnInNextLine(const Reader& reader) {
 }  // namespace
 
 DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
+  const FromPair fromPair(kJisBase);
   Reader reader(bytes, atCut);
   JisSet set = JisSet::Ascii;
   bool shiftedOut = false;
@@ -405,11 +450,13 @@ DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
       continue;
     }
     if (IsDoubleByte(set) && !shiftedOut && InRange(reader.Peek(), 0x21, 0x7E)) {
+      if (set == JisSet::X0208 && reader.TakeSoundPairs(0x21, 0x7E, fromPair)) {
+        line = reader.Position();
+        continue;
+      }
       if (set == JisSet::X0208) {
         const qsizetype run = reader.RunLength(0x21, 0x7E);
-        const qsizetype end = LostReturn(reader.Next(run));
-        TakePairs(reader, end < 0 ? run : end, FromJisPair);
-        if (end >= 0) {
+        if (TakePairs(reader, run, fromPair, IsLostReturn) < run) {
           reader.Skip(2);
           reader.PutError();
           set = JisSet::Ascii;

@@ -53,19 +53,28 @@ QByteArray DecodeBase64(QByteArrayView bytes) {
   return decoded;
 }
 
+// Where the blanks begin that stand between a "=" and the line break at `lineEnd`; there if none
+// do.
+qsizetype BlanksBefore(QByteArrayView bytes, qsizetype lineEnd) {
+  qsizetype begin = lineEnd > 0 && bytes[lineEnd - 1] == '\r' ? lineEnd - 1 : lineEnd;
+  const qsizetype end = begin;
+  while (begin > 0 && (bytes[begin - 1] == ' ' || bytes[begin - 1] == '\t')) --begin;
+  return begin > 0 && bytes[begin - 1] == '=' ? begin : end;
+}
+
 // Blanks that came to a soft line break on the way are no text (RFC 2045 section 6.7, rule 3).
-QByteArray WithTightBreaks(QByteArrayView bytes) {
+QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
   QByteArray tight;
   qsizetype taken = 0;
-  for (qsizetype at = bytes.indexOf('='); at >= 0; at = bytes.indexOf('=', at + 1)) {
-    qsizetype end = at + 1;
-    while (end < bytes.size() && (bytes[end] == ' ' || bytes[end] == '\t')) ++end;
-    const bool isBreak = end < bytes.size() && (bytes[end] == '\r' || bytes[end] == '\n');
-    if (!isBreak || end == at + 1) continue;
-    tight.append(bytes.sliced(taken, at + 1 - taken));
-    taken = end;
+  for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', at + 1)) {
+    const qsizetype blanks = BlanksBefore(bytes, at);
+    const bool hasBlanks = blanks < at && (bytes[blanks] == ' ' || bytes[blanks] == '\t');
+    if (!hasBlanks) continue;
+    tight.append(bytes.sliced(taken, blanks - taken));
+    taken = at;
   }
-  return tight.append(bytes.sliced(taken));
+  if (taken == 0) return RunDecoder(bytes, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+  return RunDecoder(tight.append(bytes.sliced(taken)), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
 }
 
 }  // namespace
@@ -75,7 +84,7 @@ QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
     case TransferEncoding::Base64:
       return DecodeBase64(bytes);
     case TransferEncoding::QuotedPrintable:
-      return RunDecoder(WithTightBreaks(bytes), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+      return DecodeQuotedPrintable(bytes);
     case TransferEncoding::Uuencode:
       return UuDecode(bytes);
     default:
