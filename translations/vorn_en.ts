@@ -2652,7 +2652,7 @@ Open it?</translation>
     </message>
     <message>
         <source>メールのファイルはフォルダ「%1」に残ります。</source>
-        <translation>Its mail files stay in the folder "%1".</translation>
+        <translation>Its mail files stay in the folder &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。</source>
@@ -2660,7 +2660,7 @@ Open it?</translation>
     </message>
     <message>
         <source>添付ファイル「%1」は、添付してから変わっています。今の内容で送信してよろしいですか？</source>
-        <translation>The file "%1" has changed since it was attached. Send it as it is now?</translation>
+        <translation>The file &quot;%1&quot; has changed since it was attached. Send it as it is now?</translation>
     </message>
     <message>
         <source>このプロファイルにログインすると変えられます</source>
@@ -2680,7 +2680,7 @@ Open it?</translation>
     </message>
     <message>
         <source>プロファイルのフォルダ「%1」にあるファイルだけを使えます。先にそこへコピーしてください。</source>
-        <translation>Only files in the profile's folder "%1" can be used. Copy it there first.</translation>
+        <translation>Only files in the profile&apos;s folder &quot;%1&quot; can be used. Copy it there first.</translation>
     </message>
     <message>
         <source>このファイルは一覧にあります。</source>
@@ -2696,7 +2696,7 @@ Open it?</translation>
     </message>
     <message>
         <source>ファイル「%1」は「OK」を押したときに削除します。残すときは一覧から外れるだけで、「既存のファイル」で戻せます。</source>
-        <translation>The file "%1" is deleted when "OK" is pressed. When it is kept it only leaves the list, and "Existing File" brings it back.</translation>
+        <translation>The file &quot;%1&quot; is deleted when &quot;OK&quot; is pressed. When it is kept it only leaves the list, and &quot;Existing File&quot; brings it back.</translation>
     </message>
     <message>
         <source>件名: </source>
@@ -2705,6 +2705,10 @@ Open it?</translation>
     <message>
         <source>そのうち%1通はサーバーから削除します。</source>
         <translation>%1 of them are deleted on the server.</translation>
+    </message>
+    <message>
+        <source>サーバーの応答の順序が乱れています。</source>
+        <translation>The server's answers are out of step.</translation>
     </message>
 </context>
 </TS>

@@ -6,6 +6,7 @@
 #include "mail/mail_store.h"
 #include "mail/mbox.h"
 #include "mail/message_id.h"
+#include "mail/message_index.h"
 #include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -16,7 +17,7 @@ namespace {
 
 // Stores composed sources as messages that wait, all or none, so that the same command can be given
 // again after a failure. An empty sentence when they could be.
-QString StoreWaiting(Context& context, const QStringList& names) {
+QString StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names) {
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const QString& name : names) {
     const auto source = ReadFile(name);
@@ -25,6 +26,13 @@ QString StoreWaiting(Context& context, const QStringList& names) {
       return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
     }
     const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
+    const MessageIndex index = IndexMessage(*source, QString(), {});
+    if (!plan.ChooseSender(request->SerialID(), index.addressLines, index.subject)) {
+      return QStringLiteral(
+                 "「%1」の差出人のアカウントがありません。--account で選んでください。"
+                 "何も送信していません。")
+          .arg(name);
+    }
     request->Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
     request->Let(QStringLiteral("Flag"), QStringLiteral("02"));
     messages.emplace_back(request, *source);
@@ -48,9 +56,9 @@ int Send(Context& context, const Arguments& arguments) {
     }
     console.account = account->SerialID();
   }
-  const QString error = StoreWaiting(context, arguments.Words().mid(1));
-  if (!error.isEmpty()) return Complain(error, kExitFailure);
   MailTraffic traffic(context, console, console);
+  const QString error = StoreWaiting(context, traffic.Plan(), arguments.Words().mid(1));
+  if (!error.isEmpty()) return Complain(error, kExitFailure);
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();  // which is told once, at the end
   traffic.Plan().CreateMessagePlan(kPlanSend);

@@ -101,7 +101,7 @@ void BecomeNew(Context& context, Disk& request) {
 }  // namespace
 
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
-                          CharsetChoice charset) {
+                          CharsetChoice charset, const QByteArray& shown) {
   OpenedMessage opened;
   // Settings may have to be loaded from another database, so they come first.
   const EditSettings settings = EditSettings::From(*Settings(context));
@@ -129,6 +129,7 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
                          request.Text(u"work_timestamp")};
     return opened;
   }
+  if (!opened.found) message.source = shown;
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));

@@ -27,6 +27,29 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
+// What servers and what lies between put into a header and change there, none of it the sender's.
+bool IsServersOwn(const QByteArray& field) {
+  static const QByteArrayList names = {"status:",
+                                       "x-status:",
+                                       "x-keywords:",
+                                       "x-uid:",
+                                       "x-uidl:",
+                                       "x-imap:",
+                                       "x-mozilla-status:",
+                                       "lines:",
+                                       "x-mozilla-status2:",
+                                       "content-length:"};
+  const QByteArray lower = field.toLower();
+  return std::any_of(names.begin(), names.end(),
+                     [&lower](const QByteArray& name) { return lower.startsWith(name); });
+}
+
+QByteArrayList FieldsOf(const QByteArray& message) {
+  QByteArrayList fields = MimeCodec::AllHeaders(message);
+  fields.removeIf([](const QByteArray& field) { return IsServersOwn(field); });
+  return fields;
+}
+
 bool HasFieldsOf(const QByteArrayList& fields, const QByteArrayList& others) {
   return std::all_of(others.begin(), others.end(),
                      [&fields](const QByteArray& field) { return fields.contains(field); });
@@ -36,20 +59,19 @@ QByteArrayView BodyOf(const QByteArray& message) {
   return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
 }
 
-// Empty for a message without a Message-ID, which its body alone does not tell from others.
+// Tells messages roughly apart, so that few are compared.
 QByteArray BodyKey(const QByteArray& message) {
-  const QByteArray id = MimeCodec::HeaderField(message, "MESSAGE-ID:").trimmed();
-  return id.isEmpty() ? id : SourceDigest(id + '\n' + BodyOf(message).toByteArray());
+  return SourceDigest(MimeCodec::HeaderField(message, "MESSAGE-ID:").trimmed() + '\n' +
+                      BodyOf(message).toByteArray());
 }
 
-// Servers and what lies between add header fields to a message, or change their own.
+// The same text under the same fields, of which one may have more. A Message-ID proves nothing by
+// itself: devices repeat theirs, and a list's copy has that of the direct one.
 bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
   if (stored == source) return true;
   if (BodyOf(stored) != BodyOf(source)) return false;
-  const QByteArray id = MimeCodec::HeaderField(stored, "MESSAGE-ID:");
-  if (!id.isEmpty()) return id == MimeCodec::HeaderField(source, "MESSAGE-ID:");
-  const QByteArrayList fields = MimeCodec::AllHeaders(stored);
-  const QByteArrayList others = MimeCodec::AllHeaders(source);
+  const QByteArrayList fields = FieldsOf(stored);
+  const QByteArrayList others = FieldsOf(source);
   return HasFieldsOf(fields, others) || HasFieldsOf(others, fields);
 }
 
@@ -66,8 +88,8 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
                          const QByteArray& header) {
   const QByteArray id = MimeCodec::HeaderField(header, "MESSAGE-ID:");
-  if (id.trimmed().isEmpty() || !OpenDatabase(context, DatabaseKind::MailByPath, file))
-    return false;
+  const bool isUnique = id.contains('@') && !MimeCodec::HeaderField(header, "RECEIVED:").isEmpty();
+  if (!isUnique || !OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
   bool failed = false;
   const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
   context.Data.Close();
@@ -123,8 +145,8 @@ bool StoredCopies::AddBodies(const QString& file) {
   if (read) {
     const RecordsetPtr rows = context_.Data.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
-      const QByteArray key = BodyKey(rows->Fields(u"MAIL").toByteArray());
-      if (!key.isEmpty()) bodies_->insert(key, {file, rows->Fields(u"SERIALID").toString()});
+      bodies_->insert(BodyKey(rows->Fields(u"MAIL").toByteArray()),
+                      {file, rows->Fields(u"SERIALID").toString()});
     }
   }
   context_.Data.Close();
@@ -207,10 +229,9 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
   const QByteArray digest = SourceDigest(source);
   if (!LoadSources()) return Found::Failed;
   std::optional<Place> place = FindElsewhere(*sources_, digest, source, formerName, &failed);
-  const QByteArray key = depth == Depth::Bodies && !place ? BodyKey(source) : QByteArray();
-  if (!key.isEmpty()) {
+  if (depth == Depth::Bodies && !place) {
     if (!LoadBodies()) return Found::Failed;
-    place = FindElsewhere(*bodies_, key, source, formerName, &failed);
+    place = FindElsewhere(*bodies_, BodyKey(source), source, formerName, &failed);
   }
   if (failed) return Found::Failed;
   if (place && !renames) return Found::Stored;

@@ -18,8 +18,8 @@ namespace vorn {
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
 
 /// Whether the message with that identifier in the mail file at `file` reads back as it was stored
-/// and has that header. False as well when that has no Message-ID, without which headers of
-/// different messages can be alike.
+/// and has that header. False as well when that has no Message-ID or no trace field (RFC 5321
+/// section 4.4), without which headers of different messages can be alike.
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
                          const QByteArray& header);
 
@@ -44,11 +44,11 @@ class StoredCopies {
   /// How far to look under other names.
   enum class Depth {
     Bytes,  ///< for the same bytes
-    Bodies  ///< also for the same body and Message-ID, which once reads all that is stored
+    Bodies  ///< also for the same body, which once reads all that is stored
   };
   /// Looks for the message under its name and under any other of the scope. The same message is one
-  /// with the same bytes, or with the same body and Message-ID, or, under the same name, with the
-  /// same body and fields and some more where it has no Message-ID. With `renames`, one that is
+  /// with the same bytes, or with the same body and fields, of which one may have some more, and
+  /// those that servers write aside. With `renames`, one that is
   /// found under a name that nobody vouches for gets this one, and another message of this name
   /// gives it up. `formerName` gets the other name that it had.
   Found Find(const QString& messageId, const QByteArray& source, bool renames, Depth depth,
@@ -78,7 +78,7 @@ class StoredCopies {
   QString scope_;
   Vouches vouches_;
   std::optional<Places> sources_;  // by their digests, once they were read
-  std::optional<Places> bodies_;   // by those of Message-ID and body
+  std::optional<Places> bodies_;   // by those of Message-ID and body, as a rough key
 };
 
 }  // namespace vorn

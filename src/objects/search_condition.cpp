@@ -194,4 +194,12 @@ QString FolderSqlBuilder::Clause(const ConditionLine& line) {
   return {};
 }
 
+QString SearchedSql(const QString& select, const QString& search) {
+  if (search.isEmpty() || select.isEmpty()) return select;
+  return QStringLiteral(
+             "SELECT * FROM (%1) WHERE CONTAINS(FIELD_SUBJECT, %2) OR "
+             "CONTAINS(ADDRESSES(FIELD_MAILADDRESS), %2)")
+      .arg(select, QuoteSql(search));
+}
+
 }  // namespace vorn

@@ -51,4 +51,8 @@ class FolderSqlBuilder {
   QString visited_;            // every folder entered during one build, each with CR LF
 };
 
+/// A folder's statement, narrowed to the messages whose subject or addresses hold a text; the same
+/// when that is empty.
+QString SearchedSql(const QString& select, const QString& search);
+
 }  // namespace vorn

@@ -41,15 +41,6 @@ PageContent ReadContent(Context& context, const QString& folder) {
   return content;
 }
 
-// The folder's statement, narrowed to what holds a text.
-QString Searched(const QString& select, const QString& search) {
-  if (search.isEmpty() || select.isEmpty()) return select;
-  return QStringLiteral(
-             "SELECT * FROM (%1) WHERE CONTAINS(FIELD_SUBJECT, %2) OR "
-             "CONTAINS(ADDRESSES(FIELD_MAILADDRESS), %2)")
-      .arg(select, QuoteSql(search));
-}
-
 bool HasRow(DataSession& session, FolderRows& rows) {
   return rows.Open(session, 0, 1) && !session.Recordset()->Eof();
 }
@@ -113,7 +104,7 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 // The folder's rows, with the mail database open; null when it does not open or there is no such
 // folder.
 FolderRows* MessageListPages::OpenRows(const QString& folder, const QString& search) {
-  const QString select = Searched(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
+  const QString select = SearchedSql(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
   if (select.isEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return nullptr;
   auto known = rows_.find(select);
   if (known == rows_.end()) {

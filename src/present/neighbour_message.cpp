@@ -16,9 +16,9 @@ QString FirstSerial(DataSession& data, const QString& select) {
 
 }  // namespace
 
-QString NeighbourMessage(Context& context, const QString& folder, const QString& serialId,
-                         int step) {
-  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder);
+QString NeighbourMessage(Context& context, const QString& folder, const QString& search,
+                         const QString& serialId, int step) {
+  const QString select = SearchedSql(FolderSqlBuilder(context).CreateFolderSql(folder), search);
   if (select.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return {};
   DataSession& data = context.Data;
   QString neighbour;

@@ -139,10 +139,13 @@ bool PrepareErased(Connection& connection) {
 bool PrepareOnServer(Connection& connection) {
   bool exists = false;
   if (!HasColumn(connection, "on_server", QStringLiteral("DELETIONS"), &exists)) return true;
-  return connection.Run("ALTER TABLE on_server RENAME COLUMN DELETIONS TO STATE") &&
+  return connection.Run("ALTER TABLE on_server RENAME TO former_on_server") &&
+         CreateOnServer(connection) &&
          connection.Run(
-             "UPDATE on_server SET STATE = CASE WHEN FIELD_ID = '' THEN CASE STATE WHEN 2 THEN "
-             "3 ELSE 0 END WHEN STATE = -2 THEN 2 WHEN STATE > 0 THEN 1 ELSE 0 END");
+             "INSERT INTO on_server SELECT MAILBOX, FIELD_ID, SIZE, CASE WHEN FIELD_ID = '' THEN "
+             "CASE DELETIONS WHEN 2 THEN 3 ELSE 0 END WHEN DELETIONS = -2 THEN 2 WHEN DELETIONS > "
+             "0 THEN 1 ELSE 0 END FROM former_on_server") &&
+         connection.Run("DROP TABLE former_on_server");
 }
 
 }  // namespace

@@ -175,6 +175,11 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
   return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }
 
+bool KnownMessages::NoteDeleted() {
+  listing_.ForgetReleased();
+  return listing_.Store();
+}
+
 void KnownMessages::NoteStored(const QString& messageId, bool proven) {
   if (proven) {
     listing_.Prove(messageId);

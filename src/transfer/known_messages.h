@@ -41,8 +41,7 @@ class KnownMessages {
   Name Ask(const QString& messageId, QStringList* files);
   /// Whether the answer was `Unsure` and the header may tell.
   bool WantsHeader(const QString& messageId) const { return unsure_.contains(messageId); }
-  /// Whether the header is that of the stored message of that name; it has a Message-ID then, which
-  /// no two messages share (RFC 5322 section 3.6.4).
+  /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`.
   StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
@@ -54,6 +53,8 @@ class KnownMessages {
   void NoteStored(const QString& messageId, bool proven);
   /// Notes that it is about to be deleted on the server.
   void Release(const QString& messageId) { listing_.Release(messageId); }
+  /// Notes that the server has confirmed the end of a session, and with it all deletions.
+  bool NoteDeleted();
   /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
   bool Store() { return listing_.Store(); }
   bool HasIdentifiers() const { return !scope_.isEmpty(); }

@@ -25,6 +25,9 @@ constexpr qsizetype kMaxUidl = 512 * 1024 * 1024;
 constexpr int kMaxAuthSteps = 2;
 
 // The header block of a message with the empty line that ends it.
+// How much a message may be smaller than the server said before it counts as torn off.
+constexpr qint64 kMostOff = 512;
+
 QByteArray HeaderOf(const QByteArray& source) {
   if (source.startsWith("\r\n") || source.startsWith('\n')) return {};
   for (qsizetype end = source.indexOf('\n'); end >= 0; end = source.indexOf('\n', end + 1)) {
@@ -481,6 +484,7 @@ void Pop3Session::ConsiderNext() {
   if (wantsHeader && lacksTop_) {
     FetchUntested(message);
   } else if (wantsHeader) {
+    asksForHeaders_ = true;
     Send("TOP " + QByteArray::number(entry.number) + " 0", {Command::Top, message});
   } else {
     Fetch(message);
@@ -531,6 +535,12 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   ReportProgress(0);
   if (stopped_) return;
 
+  // A header alone where the server told of more is the late answer to another command.
+  if (asksForHeaders_ && HeaderOf(data).size() == data.size() &&
+      entry.size > data.size() + kMostOff) {
+    Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
+    return;
+  }
   bool deleteOnServer = false;
   QByteArray uidl = entry.uidl;
   if (uidl.isEmpty()) {

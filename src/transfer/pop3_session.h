@@ -111,10 +111,11 @@ class Pop3Session : public MailSession {
   bool wantsHeaders_ = false;
   bool lacksTop_ = false;  // rules are tested on whole messages
   bool toldOfTop_ = false;
-  bool hasTop_ = false;         // it was answered once
-  std::vector<bool> untested_;  // by message: rules are still to be tested on its header
-  qsizetype replies_ = 0;       // whole replies so far
-  qsizetype received_ = 0;      // bytes before the login is over
+  bool hasTop_ = false;          // it was answered once
+  bool asksForHeaders_ = false;  // it was asked for in this session
+  std::vector<bool> untested_;   // by message: rules are still to be tested on its header
+  qsizetype replies_ = 0;        // whole replies so far
+  qsizetype received_ = 0;       // bytes before the login is over
   bool loggedIn_ = false;
   bool stopped_ = false;  // nothing more is fetched after a message could not be stored
   QByteArray timestamp_;  // of the greeting, for APOP

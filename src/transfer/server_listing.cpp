@@ -48,7 +48,7 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
   for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
     if (entry.key() == kMailboxItself || listed_.contains(entry.key())) continue;
     gone_.insert(entry.key());
-    if (entry->state != State::Released) ++missing;
+    ++missing;
   }
   const bool lacksMost = missing > 0 && missing * 2 > noted_.size() - 1;
   upset_ = moves || lacksMost;
@@ -56,7 +56,8 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
   return true;
 }
 
-// What most is missing of is not forgotten, so that it is looked for as long as it is missing.
+// What most is missing of is not forgotten, so that it is looked for as long as it is missing; what
+// was to be deleted only this time.
 void ServerListing::KeepAbsent() {
   for (const QString& id : std::exchange(gone_, {})) {
     const Entry& entry = noted_[id];
@@ -143,6 +144,12 @@ void ServerListing::Release(const QString& id) {
   if (listed != listed_.constEnd()) changed_.insert(id, {*listed, State::Released});
 }
 
+void ServerListing::ForgetReleased() {
+  for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
+    if (entry->state == State::Released && listed_.contains(entry.key())) gone_.insert(entry.key());
+  }
+}
+
 bool ServerListing::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return true;
   if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
@@ -151,6 +158,7 @@ bool ServerListing::Store() {
   if (!stored) context_.Data.Rollback();
   context_.Data.Close();
   if (!stored) return false;
+  for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
     noted_.insert(entry.key(), *entry);
   }

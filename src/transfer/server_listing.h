@@ -52,6 +52,8 @@ class ServerListing {
   void Prove(const QString& id);
   /// Notes that the message is about to be deleted on the server.
   void Release(const QString& id);
+  /// Notes that those have been: should their names be there again, nothing is known of them.
+  void ForgetReleased();
 
   /// Stores what was noted. False as `Begin`.
   bool Store();
@@ -60,7 +62,7 @@ class ServerListing {
   // As it is stored.
   enum class State {
     Listed = 0,
-    Released = 1,  // the server was told to delete it
+    Released = 1,  // the server was told to delete it, and has not confirmed that
     Absent = 2,    // missing in a listing that lacked most: it may come back, also renamed
     Moving = 3,    // of the mailbox itself: its names go from one message to another
   };

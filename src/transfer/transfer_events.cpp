@@ -60,6 +60,7 @@ void TransferEvents::SessionStarted() {
   stopDeletesInSession_ = 0;
   if (IsReceiving()) known_.BeginSession(DeletesOnServer());
   doomed_.clear();
+  released_ = 0;
   flushFailed_ = false;
   if (IsReceiving()) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -74,6 +75,11 @@ void TransferEvents::SessionEnded() {
   Flush();
   context_.Data.EndGroup();
   deleted_ += pop_.DeletedOnServer();
+  // All or none: they go when the server confirms the end of the session (RFC 1939 section 6).
+  if (IsReceiving() && pop_.DeletedOnServer() > 0 &&
+      pop_.DeletedOnServer() == released_ + stopDeletesInSession_ && !known_.NoteDeleted()) {
+    ListingFailed();  // they are looked for once more
+  }
   if (arrivedInSession_ > 0 && !flushFailed_) {
     Log(0, Ui::tr("メッセージを%1通受信しました。").arg(arrivedInSession_));
   }
@@ -179,6 +185,7 @@ bool TransferEvents::Flush() {
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
   // From here on their names prove nothing: the server may give them to other messages.
+  released_ = static_cast<int>(doomed_.size());
   for (const QString& messageId : std::exchange(doomed_, {})) known_.Release(messageId);
   if (!known_.Store()) {
     ListingFailed();

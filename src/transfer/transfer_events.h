@@ -104,6 +104,7 @@ class TransferEvents : public QObject, public PopEvents {
   int stopDeletesInSession_ = 0;
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
+  int released_ = 0;    // how many it was told to
   QString rulesText_;
   std::optional<ReceiveStopRules> rules_;
   QTimer flushTimer_;

@@ -56,6 +56,7 @@ class MessageListPageTest : public testing::Test {
 
   TestProfile profile_;
   QString folder_ = fixed_serial::kInbox;
+  QString search_;
   bool before_ = true;
   bool next_ = true;
 };
@@ -139,12 +140,17 @@ TEST_F(MessageListPageTest, TheNextAndTheEarlierOneOfOneMoment) {
   profile_.Get().Data.Close();
   serials.sort();
   const auto neighbour = [this](const QString& serial, int step) {
-    return NeighbourMessage(profile_.Get(), folder_, serial, step);
+    return NeighbourMessage(profile_.Get(), folder_, search_, serial, step);
   };
   EXPECT_EQ(neighbour(serials[1], 1), serials[2]);
   EXPECT_EQ(neighbour(serials[1], -1), serials[0]);
   EXPECT_EQ(neighbour(serials[0], -1), QString());
   EXPECT_EQ(neighbour(serials[2], 1), QString());
+  // In a search only what it finds is beside one another.
+  const QString found = Store("Bee");
+  search_ = QStringLiteral("Be");
+  EXPECT_EQ(neighbour(serials[0], 1), found);
+  EXPECT_EQ(neighbour(found, -1), QString());
 }
 
 TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {

@@ -124,6 +124,9 @@ void MakeOldTables(DataSession& data) {
         u"INSERT INTO long_binary VALUES (1, 'first')",
         u"INSERT INTO mail (SERIALID, STATUS, FIELD_ID, MAIL) VALUES ('a', 4, 'same', 1)",
         u"INSERT INTO mail (SERIALID, STATUS, FIELD_ID, MAIL) VALUES ('b', 4, 'same', 1)",
+        u"CREATE TABLE on_server (MAILBOX TEXT, FIELD_ID TEXT, SIZE INTEGER, DELETIONS INTEGER)",
+        u"INSERT INTO on_server VALUES ('m', '', 0, 2), ('m', 'a', 1, -2), ('m', 'b', 1, 3), "
+        u"('m', 'c', 1, -1)",
         u"PRAGMA user_version = 1"}) {
     ASSERT_TRUE(data.Execute(QString::fromUtf16(statement))) << data.LastError().text.toStdString();
   }
@@ -143,6 +146,9 @@ TEST_F(DataSessionTest, AnOlderFileIsBroughtUpToDate) {
             (QStringList{QStringLiteral("same"), QStringLiteral("same#b")}));
   EXPECT_FALSE(data_.Execute(
       QStringLiteral("INSERT INTO mail (SERIALID, STATUS, FIELD_ID) VALUES ('c', 4, 'same')")));
+  EXPECT_EQ(Values(QStringLiteral("SELECT STATE AS V FROM on_server ORDER BY FIELD_ID")),
+            (QStringList{QStringLiteral("3"), QStringLiteral("2"), QStringLiteral("1"),
+                         QStringLiteral("0")}));
   // A source that was stored without a digest is read all the same.
   ASSERT_TRUE(data_.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly));
   EXPECT_EQ(data_.Recordset()->Fields(u"MAIL").toByteArray(), QByteArray("first"));

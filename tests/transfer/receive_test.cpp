@@ -222,7 +222,7 @@ TEST_F(ReceiveTest, ANameThatIsGivenAnewIsNewMail) {
 
 // What was to be deleted and was not is told by its header, or fetched where that does not tell.
 TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
-  server_.AddMessage("a", "Message-ID: <a@x>\r\nSubject: a\r\n\r\n\r\n");
+  server_.AddMessage("a", "Received: x\r\nMessage-ID: <a@x>\r\nSubject: a\r\n\r\n\r\n");
   server_.AddMessage("b", "Subject: b\r\n\r\n\r\n");
   const DiskPtr account = profile_.AddAccount(server_.Port(), true);
   const QList<test::ServerMessage> all = server_.Messages;
@@ -250,6 +250,40 @@ TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
   server_.Messages = {{"new", "X-Moved: 1\r\n" + all[0].source}, {"newer", all[1].source}};
   EXPECT_EQ(Receive().known, 2);
   EXPECT_EQ(Rows(), 2);
+}
+
+// Devices repeat their identifiers and tell all in the subject; a list's copy has the direct one's.
+TEST_F(ReceiveTest, OneMessageIdIsNoProofOfOneMessage) {
+  profile_.AddAccount(server_.Port(), true);
+  int stored = 0;
+  for (const char* id : {"<>", "", "<ups@local>"}) {
+    for (const bool offersTop : {true, false}) {
+      server_.OffersTop = offersTop;
+      for (const char* subject : {"power lost", "power back"}) {
+        server_.AddMessage("1", QByteArray("Message-ID: ") + id + "\r\nSubject: " + subject + ' ' +
+                                    QByteArray::number(offersTop) + "\r\n\r\nalarm\r\n");
+        EXPECT_EQ(Receive().stored, 1) << id << subject;
+        EXPECT_TRUE(server_.Messages.isEmpty());
+        EXPECT_EQ(Rows(), ++stored);
+      }
+    }
+  }
+}
+
+// What an interrupted session did not delete comes back under other names from another server.
+TEST_F(ReceiveTest, AMoveAfterAnInterruptedDeletionDoublesNothing) {
+  AddMessages(3);
+  profile_.AddAccount(server_.Port(), true);
+  server_.Pipelining = false;
+  server_.Faults = {{Fault::Kind::Cut, "DELE", 2, 0, {}}};
+  EXPECT_EQ(Receive().stored, 3);
+  server_.Faults.clear();
+  for (test::ServerMessage& message : server_.Messages) message.uidl += " moved";
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  server_.AddMessage("new", "Subject: new\r\n\r\n\r\n");
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_EQ(Rows(), 4);
 }
 
 // The names of what an interrupted session stored are given to other messages of the same size

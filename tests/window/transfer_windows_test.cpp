@@ -114,6 +114,14 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
       QTest::keyClick(&box, Qt::Key_Return);
       EXPECT_EQ(Lines(list)[1], box.text());
     }
+    // Several lines are rules of their own, and a beginning that is typed behind it is one.
+    QTest::keyClick(&list, Qt::Key_Return);
+    box.setText(QStringLiteral("from:from: a@x\r\nx-mailer: B*\n"));
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(Lines(list).sliced(1, 2),
+              (QStringList{QStringLiteral("from:a@x"), QStringLiteral("x-mailer:B*")}));
+    list.setCurrentCell(2, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);
     list.setCurrentCell(1, 0);
     QTest::keyClick(&list, Qt::Key_Delete);
     list.setCurrentCell(1, 0);

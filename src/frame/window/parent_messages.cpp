@@ -122,7 +122,8 @@ void ParentWindow::EditLayout() {
 QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = ActiveBrowser();
   if (browser == nullptr) return {};
-  const QString neighbour = vorn::NeighbourMessage(context_, browser->Tag(), serialId, step);
+  const QString neighbour =
+      vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId, step);
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
   return neighbour;

@@ -441,7 +441,13 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
 }
 
 QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt) {
-  return InputTree(context_, this, title, prompt, object_type::kAccount);
+  const DiskCollectionPtr accounts =
+      SelectObjects(context_.Objects, *context_.Session, object_type::kAccount);
+  // In front of the window that sends; where there is but one, it is chosen already.
+  QWidget* asking = QApplication::activeWindow();
+  return InputTree(context_, asking != nullptr ? asking : this, title, prompt,
+                   object_type::kAccount,
+                   accounts->Count() == 1 ? accounts->First()->SerialID() : QString());
 }
 
 QString ParentWindow::AskPassword(const QString& account) {

@@ -195,7 +195,9 @@ void MessageWindow::TurnInto(OpenMode mode) {
   StoreState();
   request_->Let(QStringLiteral("open"), static_cast<int>(mode));
   request_->Let(QStringLiteral("new"), true);
-  Open(false);  // in the code in which it is read
+  // In the code in which it is read; a message that was erased meanwhile is answered as it is
+  // shown.
+  Open(false, source_);
   MarkEdited();
 }
 
@@ -375,6 +377,7 @@ void MessageWindow::ShowNeighbour(int step) {
     if (const QVariant value = request_->Get(name); value.isValid()) next->Let(name, value);
   }
   LoadDefaultProperty(next, true);
+  AskForReceiptSoon();
 }
 
 void MessageWindow::FindText(const QString& text, bool backward) {

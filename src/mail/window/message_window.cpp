@@ -81,8 +81,9 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   return true;
 }
 
-void MessageWindow::Open(bool applyStoredCharset) {
-  const OpenedMessage opened = OpenMessage(context_, *request_, applyStoredCharset, charset_);
+void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
+  const OpenedMessage opened =
+      OpenMessage(context_, *request_, applyStoredCharset, charset_, shown);
   charset_ = opened.charset;
   Fill(opened);
   ShowDoubt();
@@ -263,11 +264,14 @@ void MessageWindow::closeEvent(QCloseEvent* event) {
 void MessageWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::ActivationChange || !isActiveWindow() || request_ == nullptr) return;
-  if (request_->Flag(u"notice") && Settings(context_)->Flag(u"ReceiveNotice")) {
-    QTimer::singleShot(0, this, [this] {
-      if (request_->Flag(u"notice")) AskForReceipt();
-    });
-  }
+  AskForReceiptSoon();
+}
+
+void MessageWindow::AskForReceiptSoon() {
+  if (!request_->Flag(u"notice") || !Settings(context_)->Flag(u"ReceiveNotice")) return;
+  QTimer::singleShot(0, this, [this] {
+    if (request_->Flag(u"notice")) AskForReceipt();
+  });
 }
 
 void MessageWindow::KeepDraftNow() {

@@ -97,6 +97,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ChoosePriority(int priority);
   void ChooseAddresses();
   void AskForReceipt();
+  void AskForReceiptSoon();
   void ShowNeighbour(int step);
   void FindText(const QString& text, bool backward);
   void ZoomBy(int steps);
@@ -105,7 +106,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void InsertRows(const QString& addressLines);
 
   /// Opens the request's message and fills the window.
-  void Open(bool applyStoredCharset = true);
+  void Open(bool applyStoredCharset = true, const QByteArray& shown = {});
   void Fill(const OpenedMessage& opened);
   QString TextOf(const OpenedMessage& opened) const;
   void ShowCaption();

@@ -238,6 +238,10 @@ void BrowserWindow::ShowNewest() {
 }
 
 // What is found is a page of the folder like any other.
+QString BrowserWindow::Search() const {
+  return bag_->Text(kSearch);
+}
+
 void BrowserWindow::SearchFolder() {
   if (!IsLocal()) return;
   bag_->Let(kSearch, txSearch_->text().trimmed());

@@ -112,8 +112,10 @@ void BrowserWindow::UsePage(bool local) {
   connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
     host_.OpenMessage(command.openMode, command.serialId, command.isNew);
   });
-  connect(page_, &LinkPage::MailtoFollowed, this,
-          [this](const QString& url) { host_.WriteTo(url); });
+  connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
+    host_.WriteTo(url);
+    if (bag_->Flag(kInit)) bag_->Let(QStringLiteral("dust"), true);
+  });
   connect(page_, &LinkPage::FirstNavigation, this, &BrowserWindow::FirstNavigation,
           Qt::QueuedConnection);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { rows_.Detach(); });

@@ -60,7 +60,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// navigates here and not to a window of its target's name.
   LinkPage* BecomeNewWindow();
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
-  /// Makes a message of the page the current one.
+  /// What the folder is searched for; empty when all is shown.
+  QString Search() const;
+  /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",

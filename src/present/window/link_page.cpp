@@ -13,7 +13,9 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
            type != NavigationTypeFormSubmitted;
   }
   if (url.scheme() == u"mailto") {
-    if (type == NavigationTypeLinkClicked) Q_EMIT MailtoFollowed(url.toString(QUrl::FullyEncoded));
+    // A new window comes of a click as well; there is nothing that it could show.
+    if (type == NavigationTypeLinkClicked || holding_)
+      Q_EMIT MailtoFollowed(url.toString(QUrl::FullyEncoded));
     return false;
   }
   if (holding_ && isMainFrame && url.scheme() != u"about") {

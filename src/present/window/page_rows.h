@@ -32,7 +32,7 @@ class PageRows : public QObject {
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
   /// Goes to a row counted from 0, or from the last one, -1.
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
-  /// Goes to a message's row, if the page has it.
+  /// Goes to a message's row; where the page has none, no row is current.
   void GoToMessage(const QString& serialId);
   void Toggle();
   void ChooseAll();

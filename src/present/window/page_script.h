@@ -29,7 +29,10 @@ inline constexpr char kPageScript[] = R"js(
   }
   const style = Document.prototype.createElement.call(document, 'style');
   style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
-      ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; } }';
+      ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; }' +
+      // One long subject that may not be broken pushes nothing out of the window.
+      ' nobr a[href^="preview:" i] { display: inline-block; overflow: hidden; vertical-align: bottom;' +
+      ' text-overflow: ellipsis; max-width: max(20em, calc(100vw - 36em)); } }';
   all('html')[0].appendChild(style);
 
   let current = -1;
@@ -98,7 +101,10 @@ inline constexpr char kPageScript[] = R"js(
     goTo: (index, extend) => goTo(index < 0 ? rows.length + index : index, extend),
     goToMessage: id => {
       const index = rows.findIndex(row => row.id === id);
-      if (index >= 0) goTo(index, false);
+      if (index >= 0) return goTo(index, false);
+      current = anchor = -1;  // on another page: no row of this one is meant
+      chosen.clear();
+      show();
     },
     toggle: () => toggle(current),
     leave: () => { current = anchor = -1; chosen.clear(); show(); },

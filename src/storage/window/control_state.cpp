@@ -175,14 +175,17 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const QSize size(bag->Number(u"width", kDefaultSize.width()),
-                   bag->Number(u"height", kDefaultSize.height()));
+  const QSize size = QSize(bag->Number(u"width", kDefaultSize.width()),
+                           bag->Number(u"height", kDefaultSize.height()))
+                         .boundedTo(screen.size());  // which may have shrunk, or be scaled
   const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
   const QRect place(QPoint(bag->Number(u"left", centred.x()), bag->Number(u"top", centred.y())),
                     size);
   window.resize(size);
-  // A place on a screen that is gone would hide the window.
-  window.move(screen.intersects(place) ? place.topLeft() : centred);
+  // A place on a screen that is gone would hide the window, one over the edge its buttons.
+  if (!screen.intersects(place)) return window.move(centred);
+  window.move(qMax(screen.left(), qMin(place.left(), screen.right() + 1 - size.width())),
+              qMax(screen.top(), qMin(place.top(), screen.bottom() + 1 - size.height())));
 }
 
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QTableWidget>
 
 #include "storage/ui.h"
@@ -24,6 +25,24 @@ constexpr int kEditorMargin = 24;
 // The header that a line is about, with its colon.
 QString PrefixOf(const QString& line) {
   return line.left(line.indexOf(u':') + 1);
+}
+
+// The rules of a text that was typed or pasted, each in a line. A beginning of its own stands for
+// the fixed one; one that is nothing more is none.
+QStringList RulesIn(const QString& text, const QString& lock) {
+  static const QRegularExpression breaks(QStringLiteral("[\r\n\u2028\u2029]+"));
+  QStringList rules;
+  for (const QString& line : text.split(breaks)) {
+    QString pattern = line.startsWith(lock) ? line.sliced(lock.size()) : line;
+    QString beginning = lock;
+    for (const QString& header : {kMailerHeader, kSenderHeader}) {
+      if (!pattern.trimmed().startsWith(header, Qt::CaseInsensitive)) continue;
+      pattern = pattern.trimmed().sliced(header.size()).trimmed();
+      beginning = header;
+    }
+    if (!pattern.trimmed().isEmpty()) rules.append(beginning + pattern);
+  }
+  return rules;
 }
 
 // Whether the text is the whole but for one of its first characters.
@@ -203,12 +222,15 @@ void RulePage::FitEditor() {
 // everything or nothing.
 void RulePage::EndEdit() {
   txInput_->hide();
-  const int row = std::exchange(editedRow_, -1);
-  const QString text = txInput_->text();
-  if (row < 0 || !text.startsWith(lock_) || text.sliced(lock_.size()).trimmed().isEmpty()) return;
-  if (IsPlaceholder(row)) lvReceiveStop_->insertRow(row);
-  lvReceiveStop_->setItem(row, 0, new QTableWidgetItem(text));
-  lvReceiveStop_->setCurrentCell(row, 0);
+  int row = std::exchange(editedRow_, -1);
+  if (row < 0) return;
+  bool isOther = IsPlaceholder(row);
+  for (const QString& rule : RulesIn(txInput_->text(), lock_)) {
+    if (isOther) lvReceiveStop_->insertRow(row);
+    lvReceiveStop_->setItem(row, 0, new QTableWidgetItem(rule));
+    lvReceiveStop_->setCurrentCell(row++, 0);
+    isOther = true;
+  }
 }
 
 void RulePage::RemoveRules() {
