@@ -355,7 +355,11 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
   if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;
   const bool chosenFits = Fits(chosen, bytes, asChosen);
-  if (chosenFits && (!declaredFits || LooksJapanese(asChosen.text))) return asChosen.text;
+  // What was recognised when the message was stored may be a damaged code read as another one.
+  const bool isDamaged = isDeclared && !declaredFits &&
+                         Likelihood(asDeclared.text) + kDeclared >= Likelihood(asChosen.text);
+  const bool counts = declaredFits ? LooksJapanese(asChosen.text) : !isDamaged;
+  if (chosenFits && counts) return asChosen.text;
   return DecodeAutomatically(bytes, isDeclared ? declared : chosen, atCut);
 }
 

@@ -122,7 +122,7 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
                     [this](const QString& id) { return IsVouchedFor(id); });
   }
   // After a move to another server all names are new, and header fields may be, too.
-  const auto depth = listing_.IsUpset() ? StoredCopies::Depth::Bodies : StoredCopies::Depth::Bytes;
+  const auto depth = listing_.IsOther() ? StoredCopies::Depth::Bodies : StoredCopies::Depth::Bytes;
   QString formerName;
   const Found found =
       copies_->Find(messageId, data, listing_.IsListed(messageId), depth, &formerName);

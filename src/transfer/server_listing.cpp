@@ -26,7 +26,7 @@ void ServerListing::Clear() {
   doubted_.clear();
   proven_.clear();
   gone_.clear();
-  upset_ = false;
+  upset_ = other_ = false;
 }
 
 bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
@@ -45,13 +45,16 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
     if (!holds) doubted_.insert(message.id);
   }
   qsizetype missing = 0;
+  bool isUnconfirmed = false;
   for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
+    isUnconfirmed = isUnconfirmed || entry->state == State::Released;
     if (entry.key() == kMailboxItself || listed_.contains(entry.key())) continue;
     gone_.insert(entry.key());
     ++missing;
   }
   const bool lacksMost = missing > 0 && missing * 2 > noted_.size() - 1;
-  upset_ = moves || lacksMost;
+  other_ = moves || lacksMost;
+  upset_ = other_ || isUnconfirmed;
   if (lacksMost) KeepAbsent();
   return true;
 }
@@ -120,7 +123,7 @@ void ServerListing::Distrust() {
   for (auto message = listed_.constBegin(); message != listed_.constEnd(); ++message) {
     if (!IsProven(message.key())) doubted_.insert(message.key());
   }
-  upset_ = true;
+  upset_ = other_ = true;
 }
 
 // Messages without identifiers are not listed, and are known by what they hold.

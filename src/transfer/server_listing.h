@@ -35,9 +35,11 @@ class ServerListing {
   bool IsProven(const QString& id) const { return proven_.contains(id); }
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;
-  /// Whether those with new names may be the same ones: so many messages are missing, or a name of
-  /// one that was not deleted was found to be another's.
+  /// Whether those with new names may be the same ones: so many messages are missing, a deletion
+  /// was not confirmed, or a name of one that was not deleted was found to be another's.
   bool IsUpset() const { return upset_; }
+  /// Whether they may have been written anew, too: most are missing, or names move.
+  bool IsOther() const { return other_; }
   /// Notes that the identifier was another message's until now.
   void NoteRenewed(const QString& id);
   /// Notes that names go from one message to another while both are there: from now on no name in
@@ -85,6 +87,7 @@ class ServerListing {
   QSet<QString> proven_;
   QSet<QString> gone_;
   bool upset_ = false;
+  bool other_ = false;
 };
 
 }  // namespace vorn

@@ -282,8 +282,13 @@ TEST_F(ReceiveTest, AMoveAfterAnInterruptedDeletionDoublesNothing) {
   EXPECT_EQ(Receive().stored, 0);
   EXPECT_TRUE(server_.Messages.isEmpty());
   server_.AddMessage("new", "Subject: new\r\n\r\n\r\n");
+  // Nor where its name is another one's by then.
+  server_.Faults = {{Fault::Kind::Cut, "QUIT", 1, 0, {}}};
   EXPECT_EQ(Receive().stored, 1);
-  EXPECT_EQ(Rows(), 4);
+  server_.Faults.clear();
+  server_.Messages = {{"new", "Subject: newer\r\n\r\n\r\n"}, {"x", "Subject: new\r\n\r\n\r\n"}};
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_EQ(Rows(), 5);
 }
 
 // The names of what an interrupted session stored are given to other messages of the same size
