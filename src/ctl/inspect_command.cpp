@@ -74,7 +74,8 @@ QJsonValue Html(const QByteArray& source, const QString& contentIndex) {
 
 QJsonObject Describe(const QByteArray& source) {
   const QStringList textTypes = DefaultTextTypes();
-  const MessageIndex index = IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
+  const MessageIndex index =
+      IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
   const auto records = MimeCodec::ParseContentIndex(index.content);
   TextRequest request;
   request.textTypes = textTypes;

@@ -93,9 +93,7 @@ TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
       "From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n";
   const QString serial = Store(alias, 1);
   MessageWindow& window = Open(serial);
-  const auto send = [&window] {
-    window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
-  };
+  const auto send = [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); };
   EXPECT_TRUE(InModal<ConsoleWindow>(
       send, [](ConsoleWindow& choice) { QTest::keyClick(&choice, Qt::Key_Escape); }));
   EXPECT_TRUE(window.isVisible());
