@@ -154,18 +154,6 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
   return {text, clean};
 }
 
-// The sets that ISO-2022-JP-2 (RFC 1554) adds: Chinese, Korean, Latin and Greek.
-bool HasForeignEscape(QByteArrayView bytes) {
-  // From escape to escape: searching for four texts byte by byte took longer than the decoding.
-  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
-    const QByteArrayView rest = bytes.sliced(at + 1);
-    for (const QByteArrayView set : {"$A", "$(C", ".A", ".F"}) {
-      if (rest.startsWith(set)) return true;
-    }
-  }
-  return false;
-}
-
 bool ShiftsByEscapes(const Charset& charset) {
   return charset.family == Family::Jis ||
          (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));

@@ -1,6 +1,7 @@
 #include "mail/charset_recognition.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace vorn {
 namespace {
@@ -9,6 +10,17 @@ using Family = Charset::Family;
 
 // Enough to tell; a long text is not decoded three times over.
 constexpr qsizetype kSampleBytes = 64 * 1024;
+
+// Whether any escape is followed by bytes that `isWanted` says yes to; beyond the end they are 0.
+template <typename IsWanted>
+bool AnyEscape(QByteArrayView bytes, IsWanted isWanted) {
+  const std::string_view text(bytes.data(), static_cast<size_t>(bytes.size()));
+  const auto byteAt = [text](size_t at) { return at < text.size() ? text[at] : '\0'; };
+  for (size_t at = text.find('\x1B'); at < text.size(); at = text.find('\x1B', at + 1)) {
+    if (isWanted(byteAt(at + 1), byteAt(at + 2), byteAt(at + 3))) return true;
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -40,14 +52,17 @@ double Likelihood(const QString& text) {
 }
 
 bool HasJisEscape(QByteArrayView bytes) {
-  for (qsizetype at = bytes.indexOf('\x1B'); at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
-    const QByteArrayView rest = bytes.sliced(at + 1);
-    if (rest.startsWith("$@") || rest.startsWith("$B") || rest.startsWith("(J") ||
-        rest.startsWith("(I") || rest.startsWith("$(D") || rest.startsWith("(B")) {
-      return true;
-    }
-  }
-  return false;
+  return AnyEscape(bytes, [](char first, char second, char third) {
+    return (first == '$' && (second == '@' || second == 'B' || (second == '(' && third == 'D'))) ||
+           (first == '(' && (second == 'J' || second == 'I' || second == 'B'));
+  });
+}
+
+bool HasForeignEscape(QByteArrayView bytes) {
+  return AnyEscape(bytes, [](char first, char second, char third) {
+    return (first == '$' && (second == 'A' || (second == '(' && third == 'C'))) ||
+           (first == '.' && (second == 'A' || second == 'F'));
+  });
 }
 
 Charset RecognizeCharset(QByteArrayView bytes) {

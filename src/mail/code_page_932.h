@@ -15,11 +15,8 @@ class CodePage932 {
 
   /// The character of a double-byte code, 0 when there is none.
   char16_t FromPair(unsigned lead, unsigned trail) const;
-  /// The character at a row and a cell, 1 to 94 each, of the plane that JIS and EUC share; 0 when
-  /// there is none.
-  char16_t FromRowCell(unsigned row, unsigned cell) const {
-    return row - 1 < 94 && cell - 1 < 94 ? byRowCell_[(row - 1) * 94 + cell - 1] : char16_t(0);
-  }
+  /// The plane that JIS and EUC share: 94 rows of 94 cells, 0 where there is no character.
+  const char16_t* Plane() const { return byRowCell_.data(); }
   /// The code of a character, one or two bytes as a number; 0 when the page lacks it. The wave
   /// dash and its kin, which differ between Unicode tables, are taken in either form.
   unsigned ToCode(char16_t character) const { return codes_[character]; }

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 #include <algorithm>
+#include <cstring>
 #include <optional>
 
 namespace vorn::MimeCodec {
@@ -13,8 +14,8 @@ bool IsBlank(char c) {
 
 // The length of the field's name, blanks before the colon left out; -1 for a line that is no field.
 qsizetype NameLength(QByteArrayView field) {
-  const qsizetype colon = field.indexOf(':');
-  if (colon <= 0 || IsBlank(field[0])) return -1;
+  const qsizetype colon = std::find(field.begin(), field.end(), ':') - field.begin();
+  if (colon == 0 || colon == field.size() || IsBlank(field[0])) return -1;
   qsizetype length = colon;
   while (length > 0 && IsBlank(field[length - 1])) --length;
   return length;
@@ -83,8 +84,10 @@ class FieldWalker {
   static constexpr qsizetype kLineEndWithin = 64 * 1024;
 
   qsizetype EndOfLine(qsizetype from) const {
-    const qsizetype found = source_.indexOf(lineEnd_, from);
-    return found < 0 ? source_.size() : found + 1;
+    if (from >= source_.size()) return source_.size();
+    const void* const found =
+        std::memchr(source_.data() + from, lineEnd_, static_cast<size_t>(source_.size() - from));
+    return found == nullptr ? source_.size() : static_cast<const char*>(found) - source_.data() + 1;
   }
   qsizetype ContentEnd(qsizetype start, qsizetype lineEnd) const {
     if (lineEnd > start && source_[lineEnd - 1] == '\n') --lineEnd;
@@ -131,15 +134,14 @@ QByteArray Unfold(QByteArrayView field) {
     unfolded.append(field.first(nameLength)).append(':');
     at = field.indexOf(':') + 1;
   }
-  for (; at < field.size(); ++at) {
-    const char c = field[at];
-    if (c != '\n' && c != '\r') {
-      unfolded += c;
-      continue;
-    }
-    while (at + 1 < field.size() && (field[at + 1] == '\n' || field[at + 1] == '\r')) ++at;
+  const auto isBreak = [](char c) { return c == '\n' || c == '\r'; };
+  while (at < field.size()) {
+    const auto lineEnd = std::find_if(field.begin() + at, field.end(), isBreak);
+    const qsizetype end = lineEnd - field.begin();
+    unfolded.append(field.sliced(at, end - at));
+    at = std::find_if_not(lineEnd, field.end(), isBreak) - field.begin();
     // The tab that many programs fold with stands for the blank that was there before.
-    if (at + 1 < field.size() && field[at + 1] == '\t') {
+    if (end < at && at < field.size() && field[at] == '\t') {
       unfolded += ' ';
       ++at;
     }

@@ -203,21 +203,22 @@ bool IsLostReturn(char lead, char trail) {
   return lead == '(' && (trail == 'B' || trail == 'J');
 }
 
-// The character of two bytes of the plane that both codes share, in either.
+// The character of two bytes of the plane that both codes share, which begins at a byte of its own
+// in either.
+template <unsigned first>
 class FromPair {
  public:
-  explicit FromPair(unsigned base) : page_(CodePage932::Instance()), base_(base) {}
   char16_t operator()(char lead, char trail) const {
-    return page_.FromRowCell(static_cast<unsigned char>(lead) - base_,
-                             static_cast<unsigned char>(trail) - base_);
+    const unsigned row = static_cast<unsigned char>(lead) - first;
+    const unsigned cell = static_cast<unsigned char>(trail) - first;
+    return row < 94 && cell < 94 ? plane_[row * 94 + cell] : char16_t(0);
   }
 
  private:
-  const CodePage932& page_;
-  unsigned base_;
+  const char16_t* plane_ = CodePage932::Instance().Plane();
 };
-constexpr unsigned kEucBase = 0xA0;
-constexpr unsigned kJisBase = 0x20;
+using FromEucPair = FromPair<0xA1>;
+using FromJisPair = FromPair<0x21>;
 
 // The three-byte codes: JIS X 0212, and what IBM and users put beside it.
 char16_t FromThreeBytes(unsigned row, unsigned cell) {
@@ -252,7 +253,7 @@ DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
 }
 
 DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
-  const FromPair fromPair(kEucBase);
+  const FromEucPair fromPair;
   Reader reader(bytes, atCut);
   while (!reader.AtEnd()) {
     if (InRange(reader.Peek(), 0xA1, 0xFE)) {
@@ -359,7 +360,7 @@ void TakeRarePair(Reader& reader, JisSet set) {
 bool ArePairs(QByteArrayView run) {
   if (run.size() < 2) return false;
   Reader reader(run, false);
-  TakePairs(reader, run.size(), FromPair(kJisBase), NeverEnds);
+  TakePairs(reader, run.size(), FromJisPair(), NeverEnds);
   return Likelihood(reader.Finish().text) > 0;
 }
 
@@ -429,7 +430,7 @@ bool GoesOnInNextLine(const Reader& reader) {
 }  // namespace
 
 DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
-  const FromPair fromPair(kJisBase);
+  const FromJisPair fromPair;
   Reader reader(bytes, atCut);
   JisSet set = JisSet::Ascii;
   bool shiftedOut = false;
