@@ -1,5 +1,7 @@
 #include "mail/text_extraction.h"
 
+#include <algorithm>
+
 #include "mail/code_page_932.h"
 #include "mail/flowed_text.h"
 #include "mail/html_text.h"
@@ -11,20 +13,19 @@ namespace {
 using MimeCodec::ContentRecord;
 using MimeCodec::TransferEncoding;
 
-// Each of CR LF, CR and LF is one line break.
+// Each of CR LF, CR and LF is one line break, and CR CR LF, which a CR LF becomes that was taken for
+// an LF.
 QString WithLineBreaks(const QString& text, const QString& lineBreak) {
+  const auto isBreak = [](QChar c) { return c == u'\r' || c == u'\n'; };
   QString result;
   result.reserve(text.size() + text.size() / 16);
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    const QChar c = text[i];
-    if (c == u'\r' || c == u'\n') {
-      result += lineBreak;
-      // CR CR LF is what a CR LF becomes that was taken for an LF.
-      if (c == u'\r' && QStringView(text).sliced(i + 1).startsWith(u"\r\n")) ++i;
-      if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') ++i;
-    } else {
-      result += c;
-    }
+  for (auto at = text.begin(); at != text.end();) {
+    const auto lineEnd = std::find_if(at, text.end(), isBreak);
+    result += QStringView(at, lineEnd);
+    if (lineEnd == text.end()) break;
+    result += lineBreak;
+    const QStringView rest(lineEnd, text.end());
+    at = lineEnd + (rest.startsWith(u"\r\r\n") ? 3 : rest.startsWith(u"\r\n") ? 2 : 1);
   }
   return result;
 }
