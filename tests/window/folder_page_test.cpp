@@ -1,151 +1,25 @@
-// A folder's page in use: moving and choosing by keys, acting on messages, pages, links and windows
-// of web pages, and mail that means harm.
+// A folder's page in use: moving and choosing by keys, acting on messages, pages, links, and mail
+// that means harm.
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
-#include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QMimeData>
 #include <QPlainTextEdit>
-#include <QSignalSpy>
 #include <QTableWidget>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
-#include "mail/mail_store.h"
 #include "mail/window/message_window.h"
-#include "objects/object_types.h"
 #include "objects/standard_objects.h"
 #include "present/window/layout_window.h"
-#include "window/program_fixture.h"
+#include "window/folder_page_fixture.h"
 
 namespace vorn {
 namespace {
 
 using test::Child;
-
-constexpr char16_t kShelf[] = u"_folder_shelf";
-
-// Answers every request with one page and remembers what was asked for.
-class WebSite {
- public:
-  explicit WebSite(const QByteArray& page = "<p>web</p>") : page_(page) {
-    server_.listen(QHostAddress::LocalHost);
-    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
-      QTcpSocket* socket = server_.nextPendingConnection();
-      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-        asked.append(socket->readAll().split(' ').value(1));
-        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n" + page_);
-        socket->disconnectFromHost();
-      });
-    });
-  }
-  QByteArray Url() const { return "http://127.0.0.1:" + QByteArray::number(server_.serverPort()); }
-  QList<QByteArray> asked;
-
- private:
-  QByteArray page_;
-  QTcpServer server_;
-};
-
-class FolderPageTest : public ProgramTest {
- protected:
-  // A profile with messages in its inbox and a folder that is filled by hand.
-  void Begin(int messages, int rowsPerPage, bool newest = false, bool escape = true,
-             const QByteArray& more = {}) {
-    {
-      TestProfile profile;
-      const DiskPtr settings = Settings(profile.Get());
-      settings->Let(QStringLiteral("Messages"), rowsPerPage);
-      settings->Let(QStringLiteral("MessagesNewest"), newest);
-      settings->Let(QStringLiteral("PageEscape"), escape);
-      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
-      Disk shelf(QString::fromUtf16(kShelf));
-      shelf.Let(QStringLiteral("FormName"), object_type::kFolder);
-      shelf.Let(QStringLiteral("Object"), QStringLiteral("棚"));
-      shelf.Let(QStringLiteral("Draw"), QStringLiteral("static"));
-      shelf.Let(QStringLiteral("Parent"), profile.Get().Session->SerialID());
-      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, shelf));
-      for (int i = 1; i <= messages; ++i) {
-        Disk request(QStringLiteral("mail_%1").arg(i));
-        request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-        request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-        request.Let(QStringLiteral("Timestamp"),
-                    QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
-        EXPECT_FALSE(MailStore(profile.Get())
-                         .StoreMessage(request, "From: a@example.jp\r\nSubject: No" +
-                                                    QByteArray::number(i) + ".\r\n" + more +
-                                                    "\r\nbody\r\n")
-                         .isEmpty());
-      }
-      profile.Get().Data.CloseAll();
-      CopyFolder(profile.Folder(), Folder());
-    }
-    StartProgram();
-    LogInWith(QString());
-    AwaitInbox();
-    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
-    FocusPage();
-    Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
-  }
-  // Does something upon which the page is made anew, and waits for that.
-  void MadeAnewBy(const std::function<void()>& change) const {
-    QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
-    change();
-    EXPECT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
-  }
-  bool AwaitScript(const QString& condition) const {
-    return WaitFor([&] { return Script(condition).toBool(); });
-  }
-  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(View()->focusProxy(), key, modifiers);
-  }
-  static QStringList Ids(std::initializer_list<int> numbers) {
-    QStringList ids;
-    for (const int number : numbers) ids.append(QStringLiteral("mail_%1").arg(number));
-    return ids;
-  }
-  bool AwaitGone(const char* subject) const {
-    return WaitFor([&] { return !PageText().contains(QString::fromUtf8(subject)); });
-  }
-  QTreeWidgetItem* Node(const QString& serialId) const {
-    QTreeWidgetItemIterator item(&Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));
-    for (; *item != nullptr; ++item) {
-      if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
-    }
-    return nullptr;
-  }
-  void OpenFolder(const QString& serialId) {
-    auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
-    Browser()->Unload();
-    ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
-    test::ClickRow(tree, Node(serialId));
-    ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
-  }
-  void Drop(const QString& message, const QString& folder) {
-    auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
-    QMimeData dragged;
-    dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
-    const QPoint at = test::PlaceOf(tree, Node(folder));
-    const auto actions = Qt::CopyAction | Qt::MoveAction;
-    QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(tree.viewport(), &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(tree.viewport(), &drop);
-    Chosen();  // the page's answers come in the order of the questions
-  }
-  std::vector<BrowserWindow*> Browsers() const {
-    const auto all = program_->Parent()->findChildren<BrowserWindow*>();
-    return {all.begin(), all.end()};
-  }
-};
 
 TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   Begin(6, 100);
@@ -187,6 +61,26 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Fw: No1."));
   InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+}
+
+TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
+  Begin(2, 100);
+  program_->Parent()->resize(1200, 700);
+  const auto width = [this] { return Script(QStringLiteral("document.body.scrollWidth")).toInt(); };
+  AwaitPainted(*View());
+  const int before = width();
+  MadeAnewBy([this] {
+    Disk request(QStringLiteral("mail_long"));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    MailStore(program_->GetContext())
+        .StoreMessage(request, "From: a@example.jp\r\nSubject: " + QByteArray(3000, 'x') +
+                                   "\r\n\r\nbody\r\n");
+    program_->Parent()->MessageStored();
+  });
+  AwaitPainted(*View());
+  EXPECT_TRUE(PageText().contains(u"xxx"));
+  EXPECT_LE(width(), qMax(before, View()->width()));
 }
 
 TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
@@ -515,83 +409,6 @@ TEST_F(FolderPageTest, LinksOfAPageAreListed) {
   EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("nothing.."));
   EXPECT_FALSE(menu->actions()[0]->isEnabled());
   menu->close();
-}
-
-TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
-  Begin(1, 100);
-  WebSite other;
-  WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
-               "/news' target='news'>news</a></body>");
-  const auto open = [&](const char* path) {
-    const size_t before = Browsers().size();
-    program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + path));
-    EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
-    BrowserWindow* window = Browsers().back();
-    auto& view = Child<QWebEngineView>(*window, u"wbUrl");
-    EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
-    return &view;
-  };
-  const auto click = [](QWebEngineView* view) {
-    AwaitPainted(*view);
-    QTest::mouseClick(view->focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
-  };
-  QWebEngineView* first = open("/one");
-  click(first);
-  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3 && other.asked.size() == 1; }));
-  BrowserWindow* news = Browsers().back();
-  EXPECT_TRUE(WaitFor([news] { return news->isVisible(); }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
-  EXPECT_EQ(other.asked[0], "/news");
-  // Another window's link with the same target goes there; the window made for it goes.
-  QWebEngineView* second = open("/two");
-  click(second);
-  ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
-  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
-
-  BrowserWindow* window = Browsers()[1];
-  test::Press(Child<QWidget>(*window, u"url"));
-  ASSERT_TRUE(WaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
-  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 1);
-  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("news"));
-  menu->close();
-
-  // An address is typed, and the history goes back.
-  auto& address = Child<QLineEdit>(*window, u"txLocation");
-  auto* back = window->findChild<QAction*>(QStringLiteral("before"));
-  EXPECT_FALSE(back->isEnabled());
-  window->setFocus();
-  test::Type(address, QString::fromLatin1(other.Url() + "/typed"));
-  QTest::keyClick(&address, Qt::Key_Return);
-  ASSERT_TRUE(WaitFor([&] { return other.asked.contains("/typed") && back->isEnabled(); }));
-  back->trigger();
-  ASSERT_TRUE(WaitFor([&] { return first->url().path() == u"/one"; }));
-  EXPECT_TRUE(WaitFor([&] { return !back->isEnabled(); }));
-  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
-}
-
-// Pages of today change their address and title without being loaded, and some open windows.
-TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
-  Begin(1, 100);
-  WebSite site(
-      "<title>first</title><script>window.open('/popup'); setTimeout(() => {history.pushState({}, "
-      "'', '/inside'); document.title = 'second'; window.open('/later'); "
-      "location = 'replay:mail_1'; fetch('/end')}, 100)</script>");
-  const size_t before = Browsers().size();
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
-  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
-  BrowserWindow* window = Browsers().back();
-  EXPECT_TRUE(WaitFor([window] {
-    return window->windowTitle() == u"second" &&
-           Child<QLineEdit>(*window, u"txLocation").text().endsWith(u"/inside");
-  }));
-  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("before"))->isEnabled());
-  EXPECT_TRUE(WaitFor([&site] { return site.asked.contains("/end"); }));
-  EXPECT_EQ(Browsers().size(), before + 1);
-  EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
-  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr) << "a page gives no commands";
 }
 
 }  // namespace

@@ -21,21 +21,38 @@
 namespace vorn {
 namespace {
 
+// Saves the window's message by its dialog.
+bool SaveAs(MessageWindow& window, const QString& path) {
+  auto* menu = window.findChild<QMenu*>(QStringLiteral("menuFiles"));
+  return InModal<QFileDialog>([&] { menu->actions()[4]->trigger(); },
+                              [&path](QFileDialog& dialog) {
+                                EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ファイルに保存"));
+                                Child<QLineEdit>(dialog, u"fileNameEdit").setText(path);
+                                QMetaObject::invokeMethod(&dialog, "accept");
+                              });
+}
+
 TEST_F(MessageWindowTest, FilesAreWrittenAsTheyAre) {
   MessageWindow& window = OpenStored(kPlain, 4);
   const QString path = folder_.filePath(QStringLiteral("out.eml"));
-  const auto saveAs = [&](const QString& name) {
-    return InModal<QFileDialog>([&] { Menu(window, u"menuFiles").actions()[4]->trigger(); },
-                                [&name](QFileDialog& dialog) {
-                                  EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ファイルに保存"));
-                                  Child<QLineEdit>(dialog, u"fileNameEdit").setText(name);
-                                  QMetaObject::invokeMethod(&dialog, "accept");
-                                });
-  };
-  EXPECT_TRUE(saveAs(path));
+  EXPECT_TRUE(SaveAs(window, path));
   EXPECT_EQ(test::ReadFile(path), kPlain);
   window.close();
   EXPECT_TRUE(Gone());
+}
+
+// The line that ends a message of the program's own stays in the store.
+TEST_F(MessageWindowTest, AWrittenMessageIsSavedWithoutItsEndMark) {
+  for (const bool standard : {false, true}) {
+    Settings(Context())->Let(QStringLiteral("StandardHeaders"), standard);
+    MessageWindow& window = OpenStored(kDraft, kStatusSent);
+    const QString path = folder_.filePath(QStringLiteral("written.eml"));
+    QFile::remove(path);
+    EXPECT_TRUE(SaveAs(window, path));
+    EXPECT_EQ(test::ReadFile(path).endsWith("\r\n.\r\n"), !standard);
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
 }
 
 TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {

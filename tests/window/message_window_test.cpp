@@ -310,62 +310,6 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   EXPECT_TRUE(Gone());
 }
 
-TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
-  const QString serial = Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, 4);
-  program_->Parent()->OpenMessage(0, serial, false);
-  QString question;
-  EXPECT_TRUE(InModal<QMessageBox>([] {},
-                                   [&question](QMessageBox& box) {
-                                     question = box.text();
-                                     box.button(QMessageBox::Yes)->click();
-                                   }));
-  EXPECT_TRUE(question.contains(QStringLiteral("開封通知の要求")));
-  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
-  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
-  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
-  TopLevel<MessageWindow>()->close();
-  ASSERT_TRUE(Gone());
-  Open(serial).close();
-  EXPECT_TRUE(Gone());
-}
-
-TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
-  const auto reply = [this](const QByteArray& asks) {
-    const QString serial =
-        Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
-    EXPECT_TRUE(InModal<QMessageBox>([&] { program_->Parent()->OpenMessage(1, serial, true); },
-                                     [](QMessageBox& box) {
-                                       EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
-                                       box.button(QMessageBox::Yes)->click();
-                                     }));
-  };
-  reply("boss@example.jp");
-  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
-  EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
-  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
-  const auto closeAll = [] {
-    while (MessageWindow* window = TopLevel<MessageWindow>()) {
-      InModal<QMessageBox>([window] { window->close(); },
-                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
-      EXPECT_TRUE(WaitFor([gone = QPointer(window)] { return gone.isNull() || gone->isHidden(); }));
-    }
-  };
-  closeAll();
-  reply("nobody");
-  const auto windows = [] {
-    int count = 0;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      count += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
-    }
-    return count;
-  };
-  EXPECT_TRUE(WaitFor([&] { return windows() == 2; }));
-  closeAll();
-  EXPECT_EQ(smtp_.Messages().size(), 1);
-}
-
 // Wherever they are let go, files are attached; their paths went into the text.
 TEST_F(MessageWindowTest, FilesAreDroppedAnywhereAndPicturesPasted) {
   MessageWindow& window = New();
@@ -489,37 +433,6 @@ TEST_F(MessageWindowTest, AMessageBeingWrittenKeepsTheProgramOpenWhenItCannotBeS
   list.setCurrentRow(0);
   QTest::keyClick(&list, Qt::Key_Delete);
   EXPECT_EQ(list.count(), 0);
-  window.close();
-  EXPECT_TRUE(Gone());
-}
-
-TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
-  const QString first = Store(kPlain, 4);
-  QByteArray other = kPlain;
-  const QString second = Store(other.replace("hello", "other"), 4);
-  MessageWindow& window = Open(first);
-  const QMenu& view = Menu(window, u"menuViews");
-  view.actions()[1]->trigger();
-  EXPECT_EQ(window.Tag(), second);
-  EXPECT_EQ(Child<QLineEdit>(window, u"txSubject").text(), QStringLiteral("other"));
-  view.actions()[1]->trigger();
-  EXPECT_EQ(window.Tag(), second);  // the last one
-  view.actions()[0]->trigger();
-  EXPECT_EQ(window.Tag(), first);
-  QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
-  auto& find = Child<QLineEdit>(window, u"txFind");
-  ASSERT_TRUE(find.isVisible());
-  TypeText(find, QStringLiteral("line"));
-  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
-  QList<int> places;
-  for (int i = 0; i < 3; ++i) {
-    QTest::keyClick(&find, Qt::Key_Return);
-    places.append(memo.textCursor().blockNumber());
-  }
-  EXPECT_EQ(places, (QList<int>{0, 1, 0}));
-  QTest::keyClick(&find, Qt::Key_Escape);
-  EXPECT_FALSE(find.isVisible());
-  EXPECT_TRUE(window.isVisible());
   window.close();
   EXPECT_TRUE(Gone());
 }

@@ -155,6 +155,26 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
 }
 
+// The screen that it was on may be gone or smaller by now.
+TEST_F(OpeningTest, AWindowComesBackWholeOnToTheScreen) {
+  Prepare(QString());
+  for (const QPoint place : {QPoint(100000, 100000), QPoint(-300, -200), QPoint(700, 500)}) {
+    StartWith({});
+    program_->Parent()->resize(700, 500);
+    program_->Parent()->move(place);
+    EndProgram();
+    StartWith({});
+    // The frame is the window system's and not known before the window is shown.
+    const ParentWindow& window = *program_->Parent();
+    const QSize frame = window.frameGeometry().size() - window.size();
+    const QRect screen = window.screen()->availableGeometry();
+    EXPECT_TRUE(screen.adjusted(0, 0, frame.width(), frame.height()).contains(window.geometry()))
+        << place.x();
+    EXPECT_EQ(program_->Parent()->size(), QSize(700, 500));
+    EndProgram();
+  }
+}
+
 TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
   Prepare(QString());
   KeepUiLanguage(QStringLiteral("en"));

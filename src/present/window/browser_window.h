@@ -59,11 +59,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// Makes this the window of a new web page that another page asked for, shown once that page
   /// navigates here and not to a window of its target's name.
   LinkPage* BecomeNewWindow();
-  /// Gives the messages that the user has chosen on the folder's page, or the current one.
   /// What the folder is searched for; empty when all is shown.
   QString Search() const;
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
+  /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
   /// "dust" or "outofdust".

@@ -1,0 +1,192 @@
+// The window that edits an account, driven by keys and clicks.
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "objects/object_types.h"
+#include "support/loopback_pop3_server.h"
+#include "support/loopback_smtp_server.h"
+#include "support/real_servers.h"
+#include "window/editing_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+using test::Press;
+using test::Type;
+using test::WaitFor;
+
+TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("仕事"));
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@example.org"));
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("pop.example.org"));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("a"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("pw"));
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
+  EXPECT_EQ(context().Session->Text(u"status"), window.Tag());
+
+  const DiskPtr account = Stored(window.Tag());
+  QStringList keys;
+  for (qint32 i = 1; i <= account->Size(); ++i) keys.append(account->NameAt(i));
+  keys.sort();
+  EXPECT_EQ(keys.join(u' '),
+            QStringLiteral("DayTime Default Display Draw Enabled EventLog FormName InMailServer "
+                           "InMailServerCertificates InMailServerDelete InMailServerPassword "
+                           "InMailServerPasswordSave InMailServerPort InMailServerProtocol "
+                           "InMailServerSecurity InMailServerUser Mailaddress Object OutMailServer "
+                           "OutMailServerAuth OutMailServerCertificates OutMailServerPassword "
+                           "OutMailServerPort OutMailServerProtocol OutMailServerSecurity "
+                           "OutMailServerUser Parent System ToolTipText"));
+  EXPECT_EQ(account->Get(u"InMailServerPort"), QVariant(QStringLiteral("110")));
+  EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
+  EXPECT_EQ(account->Get(u"Enabled"), QVariant(true));
+  EXPECT_EQ(account->Text(u"Draw"), QStringLiteral("account"));
+}
+
+TEST_F(EditingTest, AnAccountMayOnlySend) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("送信だけ"));
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@example.jp"));
+  PressOk();
+  EXPECT_TRUE(Error().contains(QStringLiteral("受信サーバー")));
+  Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
+  PressOk();
+  EXPECT_EQ(Error(), QString());
+  EXPECT_EQ(Stored(window.Tag())->Text(u"InMailServer"), QString());
+}
+
+TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  const auto fault = [&](const char16_t* field, const QString& text) {
+    PressOk();
+    EXPECT_EQ(Error(), text);
+    EXPECT_EQ(window.focusWidget(), &Child<QWidget>(window, field));
+    EXPECT_TRUE(window.isVisible());
+  };
+  fault(u"txObject", QStringLiteral("オブジェクト名が設定されていません。"));
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("受信"));
+  fault(u"txMailaddress",
+        QStringLiteral("メールアドレスは「名前@ドメイン」の形で入力してください。"));
+  EXPECT_EQ(Child<QTabWidget>(window, u"tsPage").currentIndex(), 1);
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@b"));
+  fault(u"txInMailServer", QStringLiteral("受信サーバーが設定されていません。"));
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("h"));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("u"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("70000"));
+  fault(u"txInMailServerPort", QStringLiteral("ポート番号は1から65535までの数です。"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("110"));
+  fault(u"txObject", QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
+  EXPECT_EQ(context().Objects.Find(window.Tag()), nullptr);
+  QTest::keyClick(&window, Qt::Key_Escape);
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_EQ(context().Session->Text(u"status", QStringLiteral("x")), QString());
+}
+
+TEST_F(EditingTest, PortsFollowTheSecurityUnlessGiven) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  auto& port = Child<QLineEdit>(window, u"txInMailServerPort");
+  auto& security = Child<QComboBox>(window, u"cbInMailServerSecurity");
+  security.setCurrentIndex(2);
+  EXPECT_EQ(port.text(), QStringLiteral("995"));
+  security.setCurrentIndex(1);
+  EXPECT_EQ(port.text(), QStringLiteral("110"));
+  port.setText(QStringLiteral("2110"));
+  security.setCurrentIndex(2);
+  EXPECT_EQ(port.text(), QStringLiteral("2110"));
+  Child<QComboBox>(window, u"cbOutMailServerSecurity").setCurrentIndex(1);
+  EXPECT_EQ(Child<QLineEdit>(window, u"txOutMailServerPort").text(), QStringLiteral("587"));
+}
+
+TEST_F(EditingTest, TheConnectionIsReallyTried) {
+  test::LoopbackPop3Server pop3;
+  test::LoopbackSmtpServer smtp;
+  ASSERT_TRUE(pop3.Listen() && smtp.Listen());
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("127.0.0.1"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(pop3.Port()));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("user"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("wrong"));
+  auto& button = Child<QPushButton>(window, u"cmCheckInMailServer");
+  auto& result = Child<QLabel>(window, u"lbCheckInMailServer");
+  const auto tryIt = [&] {
+    Press(button);
+    EXPECT_TRUE(WaitFor([&button] { return button.isEnabled(); }));
+    return result.text();
+  };
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("パスワードを確認してください")));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("secret"));
+  EXPECT_EQ(tryIt(), QStringLiteral("接続できました。"));
+  EXPECT_EQ(pop3.Count("LIST"), 0);
+  Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(1);
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("STARTTLSに対応していません")));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("1"));
+  EXPECT_TRUE(tryIt().contains(QStringLiteral("接続できません")));
+
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(3);
+  Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
+  Type(Child<QLineEdit>(window, u"txOutMailServerPort"), QString::number(smtp.Port()));
+  auto& sendButton = Child<QPushButton>(window, u"cmCheckOutMailServer");
+  Press(sendButton);
+  EXPECT_TRUE(WaitFor([&sendButton] { return sendButton.isEnabled(); }));
+  EXPECT_EQ(Child<QLabel>(window, u"lbCheckOutMailServer").text(),
+            QStringLiteral("接続できました。"));
+}
+
+TEST_F(EditingTest, ACertificateIsTrustedAndTheTrustTakenBack) {
+  const test::TestCertificates certificates;
+  const auto kind = test::TestCertificates::Kind::SelfSigned;
+  test::Dovecot dovecot(certificates.Certificate(kind), certificates.Key(kind));
+  ASSERT_TRUE(dovecot.Start());
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("localhost"));
+  Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(2);
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(dovecot.TlsPort()));
+  Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("user"));
+  Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("secret"));
+  auto& button = Child<QPushButton>(window, u"cmCheckInMailServer");
+  auto& result = Child<QLabel>(window, u"lbCheckInMailServer");
+  auto& trust = Child<QPushButton>(window, u"cmTrustInMailServer");
+  auto& exception = Child<QLabel>(window, u"lbTrustInMailServer");
+  const auto finished = [&button] { return WaitFor([&button] { return button.isEnabled(); }); };
+  Press(button);
+  ASSERT_TRUE(finished());
+  EXPECT_TRUE(result.text().contains(QStringLiteral("サーバー自身が署名した")));
+  EXPECT_FALSE(exception.isVisible());
+  ASSERT_TRUE(trust.isVisible());
+  Press(trust);
+  ASSERT_TRUE(finished());
+  EXPECT_EQ(result.text(), QStringLiteral("接続できました。"));
+  EXPECT_TRUE(exception.isVisible());
+  EXPECT_TRUE(Child<QLineEdit>(window, u"txInMailServerCertificates")
+                  .text()
+                  .startsWith(QStringLiteral("localhost=")));
+  Q_EMIT exception.linkActivated(QStringLiteral("#"));
+  EXPECT_FALSE(exception.isVisible());
+  Press(button);
+  ASSERT_TRUE(finished());
+  EXPECT_FALSE(result.text().contains(QStringLiteral("接続できました")));
+}
+
+TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsKnownOnlyWhileRunning) {
+  const DiskPtr account = profile_.AddAccount(110);
+  ObjectsWindow& window = Open(object_type::kAccount, account->SerialID());
+  EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerPassword").echoMode(), QLineEdit::Password);
+  Child<QCheckBox>(window, u"ckInMailServerPasswordSave").setChecked(false);
+  PressOk();
+  EXPECT_EQ(Stored(account->SerialID())->Text(u"InMailServerPassword"), QString());
+  EXPECT_EQ(account->Text(u"InMailServerPassword"), QStringLiteral("secret"));
+}
+
+}  // namespace
+}  // namespace vorn

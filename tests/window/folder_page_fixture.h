@@ -1,0 +1,136 @@
+#pragma once
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+#include <vector>
+
+#include "mail/mail_store.h"
+#include "objects/object_types.h"
+#include "window/program_fixture.h"
+
+namespace vorn {
+
+inline constexpr char16_t kShelf[] = u"_folder_shelf";
+
+/// Answers every request with one page and remembers what was asked for.
+class WebSite {
+ public:
+  explicit WebSite(const QByteArray& page = "<p>web</p>") : page_(page) {
+    server_.listen(QHostAddress::LocalHost);
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+      QTcpSocket* socket = server_.nextPendingConnection();
+      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+        asked.append(socket->readAll().split(' ').value(1));
+        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n" + page_);
+        socket->disconnectFromHost();
+      });
+    });
+  }
+  QByteArray Url() const { return "http://127.0.0.1:" + QByteArray::number(server_.serverPort()); }
+  QList<QByteArray> asked;
+
+ private:
+  QByteArray page_;
+  QTcpServer server_;
+};
+
+/// The running program with messages in a folder's page.
+class FolderPageTest : public ProgramTest {
+ protected:
+  // A profile with messages in its inbox and a folder that is filled by hand.
+  void Begin(int messages, int rowsPerPage, bool newest = false, bool escape = true,
+             const QByteArray& more = {}) {
+    {
+      TestProfile profile;
+      const DiskPtr settings = Settings(profile.Get());
+      settings->Let(QStringLiteral("Messages"), rowsPerPage);
+      settings->Let(QStringLiteral("MessagesNewest"), newest);
+      settings->Let(QStringLiteral("PageEscape"), escape);
+      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+      Disk shelf(QString::fromUtf16(kShelf));
+      shelf.Let(QStringLiteral("FormName"), object_type::kFolder);
+      shelf.Let(QStringLiteral("Object"), QStringLiteral("棚"));
+      shelf.Let(QStringLiteral("Draw"), QStringLiteral("static"));
+      shelf.Let(QStringLiteral("Parent"), profile.Get().Session->SerialID());
+      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, shelf));
+      for (int i = 1; i <= messages; ++i) {
+        Disk request(QStringLiteral("mail_%1").arg(i));
+        request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+        request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+        request.Let(QStringLiteral("Timestamp"),
+                    QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
+        EXPECT_FALSE(MailStore(profile.Get())
+                         .StoreMessage(request, "From: a@example.jp\r\nSubject: No" +
+                                                    QByteArray::number(i) + ".\r\n" + more +
+                                                    "\r\nbody\r\n")
+                         .isEmpty());
+      }
+      profile.Get().Data.CloseAll();
+      CopyFolder(profile.Folder(), Folder());
+    }
+    StartProgram();
+    LogInWith(QString());
+    AwaitInbox();
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
+    FocusPage();
+    Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
+  }
+  // Does something upon which the page is made anew, and waits for that.
+  void MadeAnewBy(const std::function<void()>& change) const {
+    QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
+    change();
+    EXPECT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
+  }
+  bool AwaitScript(const QString& condition) const {
+    return WaitFor([&] { return Script(condition).toBool(); });
+  }
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(View()->focusProxy(), key, modifiers);
+  }
+  static QStringList Ids(std::initializer_list<int> numbers) {
+    QStringList ids;
+    for (const int number : numbers) ids.append(QStringLiteral("mail_%1").arg(number));
+    return ids;
+  }
+  bool AwaitGone(const char* subject) const {
+    return WaitFor([&] { return !PageText().contains(QString::fromUtf8(subject)); });
+  }
+  QTreeWidgetItem* Node(const QString& serialId) const {
+    QTreeWidgetItemIterator item(&test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));
+    for (; *item != nullptr; ++item) {
+      if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
+    }
+    return nullptr;
+  }
+  void OpenFolder(const QString& serialId) {
+    auto& tree = test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+    Browser()->Unload();
+    ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
+    test::ClickRow(tree, Node(serialId));
+    ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
+  }
+  void Drop(const QString& message, const QString& folder) {
+    auto& tree = test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+    QMimeData dragged;
+    dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
+    const QPoint at = test::PlaceOf(tree, Node(folder));
+    const auto actions = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tree.viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tree.viewport(), &drop);
+    Chosen();  // the page's answers come in the order of the questions
+  }
+  std::vector<BrowserWindow*> Browsers() const {
+    const auto all = program_->Parent()->findChildren<BrowserWindow*>();
+    return {all.begin(), all.end()};
+  }
+};
+
+}  // namespace vorn

@@ -1,0 +1,122 @@
+// Windows of web pages: links with a target, addresses that are typed or change by themselves, and
+// what a page may not do.
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTableWidget>
+
+#include "mail/window/message_window.h"
+#include "window/folder_page_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
+  Begin(1, 100);
+  WebSite other;
+  WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
+               "/news' target='news'>news</a></body>");
+  const auto open = [&](const char* path) {
+    const size_t before = Browsers().size();
+    program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + path));
+    EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+    BrowserWindow* window = Browsers().back();
+    auto& view = Child<QWebEngineView>(*window, u"wbUrl");
+    EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+    return &view;
+  };
+  const auto click = [](QWebEngineView* view) {
+    AwaitPainted(*view);
+    QTest::mouseClick(view->focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
+  };
+  QWebEngineView* first = open("/one");
+  click(first);
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3 && other.asked.size() == 1; }));
+  BrowserWindow* news = Browsers().back();
+  EXPECT_TRUE(WaitFor([news] { return news->isVisible(); }));
+  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(other.asked[0], "/news");
+  // Another window's link with the same target goes there; the window made for it goes.
+  QWebEngineView* second = open("/two");
+  click(second);
+  ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
+  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+
+  BrowserWindow* window = Browsers()[1];
+  test::Press(Child<QWidget>(*window, u"url"));
+  ASSERT_TRUE(WaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 1);
+  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("news"));
+  menu->close();
+
+  // An address is typed, and the history goes back.
+  auto& address = Child<QLineEdit>(*window, u"txLocation");
+  auto* back = window->findChild<QAction*>(QStringLiteral("before"));
+  EXPECT_FALSE(back->isEnabled());
+  window->setFocus();
+  test::Type(address, QString::fromLatin1(other.Url() + "/typed"));
+  QTest::keyClick(&address, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([&] { return other.asked.contains("/typed") && back->isEnabled(); }));
+  back->trigger();
+  ASSERT_TRUE(WaitFor([&] { return first->url().path() == u"/one"; }));
+  EXPECT_TRUE(WaitFor([&] { return !back->isEnabled(); }));
+  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
+}
+
+// Pages of today change their address and title without being loaded, and some open windows.
+TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
+  Begin(1, 100);
+  WebSite site(
+      "<title>first</title><script>window.open('/popup'); setTimeout(() => {history.pushState({}, "
+      "'', '/inside'); document.title = 'second'; window.open('/later'); "
+      "location = 'replay:mail_1'; fetch('/end')}, 100)</script>");
+  const size_t before = Browsers().size();
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+  BrowserWindow* window = Browsers().back();
+  EXPECT_TRUE(WaitFor([window] {
+    return window->windowTitle() == u"second" &&
+           Child<QLineEdit>(*window, u"txLocation").text().endsWith(u"/inside");
+  }));
+  EXPECT_TRUE(window->findChild<QAction*>(QStringLiteral("before"))->isEnabled());
+  EXPECT_TRUE(WaitFor([&site] { return site.asked.contains("/end"); }));
+  EXPECT_EQ(Browsers().size(), before + 1);
+  EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr) << "a page gives no commands";
+}
+
+// A link to an address is a message to be written, also where it asks for a window of its own.
+TEST_F(FolderPageTest, AnAddressOnAWebPageBecomesAMessage) {
+  Begin(1, 100);
+  WebSite site(
+      "<body style='margin:0'><a style='display:block;height:100px' "
+      "href='mailto:one@example.jp?subject=s'>same</a><a style='display:block;height:100px' "
+      "href='mailto:two@example.jp' target='_blank'>new</a></body>");
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
+  auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
+  EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+  for (const auto& [y, address] : {std::pair{50, "one@example.jp"}, {150, "two@example.jp"}}) {
+    AwaitPainted(view);
+    ClickPage(view, QPoint(20, y));
+    ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; })) << address;
+    MessageWindow* written = TopLevel<MessageWindow>();
+    EXPECT_EQ(Child<QTableWidget>(*written, u"lvMailaddress").item(0, 1)->text(),
+              QLatin1String(address));
+    EXPECT_TRUE(
+        InModal<QMessageBox>([written] { written->close(); },
+                             [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+    ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+    EXPECT_TRUE(WaitFor([this] { return Browsers().size() == 2; })) << "no empty window stays";
+  }
+}
+
+}  // namespace
+}  // namespace vorn
