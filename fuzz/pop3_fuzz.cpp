@@ -8,7 +8,7 @@ namespace {
 // Notes what the program was told, and that nothing is deleted before it is durable.
 class Events : public PopEvents {
  public:
-  bool MessageArrived(const QString&, const QByteArray&, bool& remove) override {
+  bool MessageArrived(const QString&, const QByteArray&, bool, bool& remove) override {
     remove = true;
     return true;
   }

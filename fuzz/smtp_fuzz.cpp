@@ -8,7 +8,7 @@ namespace {
 
 class Events : public PopEvents {
  public:
-  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
+  bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
   void MessageSent(const QByteArray&) override { ++sent; }
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}

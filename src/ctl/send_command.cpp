@@ -74,6 +74,12 @@ int Send(Context& context, const Arguments& arguments) {
   } else {
     Print(QStringLiteral("送信 %1通、エラー %2件").arg(counts.sent).arg(counts.errors));
   }
+  if (counts.errors > 0 && arguments.Words().size() > 1) {
+    Complain(QStringLiteral("送信できなかったメッセージは「待ち」に残っています。ファイルを指定"
+                            "しないvornctl sendで送信します（同じファイルをもう一度指定すると"
+                            "2通になります）。"),
+             0);
+  }
   if (doubtful > 0) {
     Complain(QStringLiteral("届いたかどうか分からないメッセージが%1通あります。vornctl doubtful "
                             "で確かめてください。")

@@ -159,6 +159,15 @@ QByteArray HeaderField(QByteArrayView source, QByteArrayView name, qsizetype sta
   return {};
 }
 
+QByteArrayList HeaderFields(QByteArrayView source, QByteArrayView name) {
+  QByteArrayList fields;
+  FieldWalker walker(source, 0, -1);
+  for (QByteArrayView field = walker.Next(); !field.isNull(); field = walker.Next()) {
+    if (HasName(field, name)) fields.append(Unfold(field));
+  }
+  return fields;
+}
+
 QByteArray HeaderAt(QByteArrayView source, qsizetype index) {
   FieldWalker walker(source, 0, -1);
   for (QByteArrayView field = walker.Next(); !field.isNull(); field = walker.Next()) {

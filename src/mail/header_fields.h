@@ -14,6 +14,9 @@ namespace vorn::MimeCodec {
 QByteArray HeaderField(QByteArrayView source, QByteArrayView name, qsizetype start = 0,
                        qsizetype end = -1);
 
+/// All fields of that name, of which there should be but one.
+QByteArrayList HeaderFields(QByteArrayView source, QByteArrayView name);
+
 /// The field at a 0-based position, in the same form; nothing after the last.
 QByteArray HeaderAt(QByteArrayView source, qsizetype index);
 

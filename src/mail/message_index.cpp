@@ -1,6 +1,7 @@
 #include "mail/message_index.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "mail/address.h"
 #include "mail/attachments.h"
@@ -29,14 +30,18 @@ QByteArray StandardReplyTo(QByteArrayView source) {
 QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
   QStringList pieces;
   for (const QByteArrayView name : kAddressHeaders) {
-    QByteArray field = MimeCodec::HeaderField(source, name);
-    if (field.isNull() && standardHeaders && name == QByteArrayView("Replay-To:")) {
-      field = StandardReplyTo(source);
+    QByteArrayList fields = MimeCodec::HeaderFields(source, name);
+    if (fields.isEmpty() && standardHeaders && name == QByteArrayView("Replay-To:")) {
+      fields = {StandardReplyTo(source)};
     }
-    if (field.isNull()) continue;
-    const QString lines = ParseAddressList(
-        MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
-    if (!lines.isEmpty()) pieces.append(lines);
+    // The first one says who wrote it; what else is repeated, as programs do, names more of them.
+    if (name == QByteArrayView("FROM:")) fields = fields.first(qMin(fields.size(), qsizetype{1}));
+    for (const QByteArray& field : std::as_const(fields)) {
+      if (field.isNull()) continue;
+      const QString lines = ParseAddressList(
+          MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
+      if (!lines.isEmpty()) pieces.append(lines);
+    }
   }
   return pieces.join(kLineBreak);
 }

@@ -1,8 +1,10 @@
 #include "mail/stored_copy.h"
 
+#include <QtEndian>
 #include <algorithm>
 #include <optional>
 
+#include "mail/header_decoding.h"
 #include "mail/header_fields.h"
 #include "storage/databases.h"
 #include "storage/source_digest.h"
@@ -59,10 +61,33 @@ QByteArrayView BodyOf(const QByteArray& message) {
   return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
 }
 
-// Tells messages roughly apart, so that few are compared.
-QByteArray BodyKey(const QByteArray& message) {
-  return SourceDigest(MimeCodec::HeaderField(message, "MESSAGE-ID:").trimmed() + '\n' +
-                      BodyOf(message).toByteArray());
+// What tells messages roughly apart, so that few are compared.
+quint64 KeyOf(const QByteArray& digest) {
+  return digest.size() < 8 ? 0 : qFromLittleEndian<quint64>(digest.constData());
+}
+quint64 SubjectKey(const QString& subject) {
+  return KeyOf(SourceDigest(subject.toUtf8()));
+}
+QString SubjectOf(const QByteArray& message) {
+  const QByteArrayView name = "SUBJECT:";
+  return MimeCodec::DecodeHeader(MimeCodec::HeaderField(message, name), name.size());
+}
+
+// Whether two messages hardly ever have this header.
+bool IsUnique(const QByteArray& header) {
+  return MimeCodec::HeaderField(header, "MESSAGE-ID:").contains('@') &&
+         !MimeCodec::HeaderField(header, "RECEIVED:").isEmpty();
+}
+
+// Archives have no names of their own (`ImportId`).
+bool IsFromArchive(const QString& messageId) {
+  return messageId.startsWith(u"import/");
+}
+
+// What a name that its message gave up has got behind it.
+QString WithoutFreeMark(const QString& name) {
+  const qsizetype mark = name.lastIndexOf(u"#mail_");
+  return mark < 0 ? name : name.first(mark);
 }
 
 // The same text under the same fields, of which one may have more. A Message-ID proves nothing by
@@ -86,15 +111,15 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
 }
 
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
-                         const QByteArray& header) {
-  const QByteArray id = MimeCodec::HeaderField(header, "MESSAGE-ID:");
-  const bool isUnique = id.contains('@') && !MimeCodec::HeaderField(header, "RECEIVED:").isEmpty();
-  if (!isUnique || !OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
+                         const QByteArray& header, qint64 leastBytes) {
+  if (!IsUnique(header) || !OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
   bool failed = false;
   const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
   context.Data.Close();
-  return source && source->isValid() &&
-         MimeCodec::AllHeaders(source->toByteArray()) == MimeCodec::AllHeaders(header);
+  if (!source || !source->isValid()) return false;
+  const QByteArray stored = source->toByteArray();
+  return stored.size() >= leastBytes &&
+         MimeCodec::AllHeaders(stored) == MimeCodec::AllHeaders(header);
 }
 
 // A copy that cannot be read may be of any message.
@@ -109,115 +134,131 @@ StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& me
                                                                            : Holds::Other;
 }
 
+void StoredCopies::Begin(const QStringList& files, const QString& scope, Vouches vouches) {
+  if (files != files_) {
+    read_.clear();
+    byDigest_.clear();
+    bySubject_.clear();
+  }
+  files_ = files;
+  scope_ = scope;
+  vouches_ = std::move(vouches);
+  isLoaded_ = false;
+  erased_.reset();
+}
+
 // All at once: to look for each one would read the file as often.
-bool StoredCopies::LoadSources() {
-  if (sources_) return true;
-  Places places;
-  for (const QString& file : files_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
-    const auto sources = context_.Data.SourcesOf(scope_);
+bool StoredCopies::Load() {
+  if (isLoaded_) return true;
+  for (qint32 file = 0; file < files_.size(); ++file) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, files_[file])) return false;
+    qint64& last = read_[files_[file]];
+    const bool read = context_.Data.ReadReceived(
+        last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
+          if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
+          bySubject_.push_back({SubjectKey(subject), file, row});
+          last = qMax(last, row);
+        });
     context_.Data.Close();
-    if (!sources) return false;
-    for (auto source = sources->constBegin(); source != sources->constEnd(); ++source) {
-      places.insert(source.key(), {file, *source});
-    }
+    if (!read) return false;
   }
-  sources_ = places;
-  return true;
+  for (Places* places : {&byDigest_, &bySubject_}) {
+    std::sort(places->begin(), places->end(),
+              [](const Place& a, const Place& b) { return a.key < b.key; });
+  }
+  return isLoaded_ = true;
 }
 
-bool StoredCopies::LoadBodies() {
-  if (bodies_) return true;
-  bodies_.emplace();
-  const bool read = std::all_of(files_.begin(), files_.end(),
-                                [this](const QString& file) { return AddBodies(file); });
-  if (!read) bodies_.reset();
-  return read;
+// The first one that may be this message. It is asked for by the name that it has by now.
+StoredCopies::Found StoredCopies::FindElsewhere(const Places& places, quint64 key,
+                                                const QByteArray& source, QString* name,
+                                                QString* file) {
+  auto place =
+      std::lower_bound(places.begin(), places.end(), key,
+                       [](const Place& entry, quint64 wanted) { return entry.key < wanted; });
+  for (; place != places.end() && place->key == key; ++place) {
+    *file = files_[place->file];
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, *file)) return Found::Failed;
+    const std::optional<QString> known = context_.Data.MessageIdOf(place->row);
+    context_.Data.Close();
+    if (!known) return Found::Failed;
+    *name = *known;
+    const Found found = Claim(*file, *name, source, &places == &byDigest_);
+    if (found != Found::None) return found;
+  }
+  return Found::None;
 }
 
-bool StoredCopies::AddBodies(const QString& file) {
+// Whether the message of that name is the same one and may be had under another.
+StoredCopies::Found StoredCopies::Claim(const QString& file, const QString& name,
+                                        const QByteArray& source, bool sameBytes) {
+  const bool isOfMailbox = name.startsWith(scope_);
+  const bool isOfOther = !isOfMailbox && sameBytes && name.contains(u'@') && IsUnique(source);
+  if (!isOfMailbox && !isOfOther && !IsFromArchive(name)) return Found::None;
+  if (isOfMailbox && vouches_(name)) return Found::None;
+  switch (Compare(file, name, source)) {
+    case Holds::Failed:
+      return Found::Failed;
+    case Holds::Same:
+      return isOfOther ? Found::Elsewhere : Found::Moved;
+    default:
+      return Found::None;
+  }
+}
+
+bool StoredCopies::Rename(const QString& file, const QString& from, const QString& value) {
   if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
-  const QString end = scope_.chopped(1) + QChar(scope_.back().unicode() + 1);
-  const bool read = context_.Data.OpenRecordset(
-      QStringLiteral("SELECT SERIALID, MAIL FROM mail WHERE FIELD_ID >= ") + QuoteSql(scope_) +
-          QStringLiteral(" AND FIELD_ID < ") + QuoteSql(end),
-      CursorKind::ForwardOnly);
-  if (read) {
-    const RecordsetPtr rows = context_.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) {
-      bodies_->insert(BodyKey(rows->Fields(u"MAIL").toByteArray()),
-                      {file, rows->Fields(u"SERIALID").toString()});
-    }
-  }
+  const bool renamed = context_.Data.Execute(QStringLiteral("UPDATE mail SET FIELD_ID = ") + value +
+                                             QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(from));
   context_.Data.Close();
-  return read;
-}
-
-// The first one whose name nobody vouches for.
-std::optional<StoredCopies::Place> StoredCopies::FindElsewhere(const Places& places,
-                                                               const QByteArray& key,
-                                                               const QByteArray& source,
-                                                               QString* name, bool* failed) {
-  for (auto [place, end] = places.equal_range(key); place != end; ++place) {
-    const Holds holds = CompareName(*place, source, name);
-    *failed = *failed || holds == Holds::Failed;
-    if (holds == Holds::Same && !vouches_(*name)) return *place;
-  }
-  return std::nullopt;
-}
-
-// Under the name that it has by now.
-StoredCopies::Holds StoredCopies::CompareName(const Place& place, const QByteArray& source,
-                                              QString* name) {
-  if (!OpenDatabase(context_, DatabaseKind::MailByPath, place.file)) return Holds::Failed;
-  const bool read = context_.Data.OpenRecordset(
-      QStringLiteral("SELECT FIELD_ID FROM mail WHERE SERIALID = ") + QuoteSql(place.serialId),
-      CursorKind::ForwardOnly);
-  if (read) *name = context_.Data.Recordset()->Fields(u"FIELD_ID").toString();
-  context_.Data.Close();
-  if (!read) return Holds::Failed;
-  return name->isEmpty() ? Holds::Nothing : Compare(place.file, *name, source);
-}
-
-bool StoredCopies::Update(const QString& file, const QString& change) {
-  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
-  const bool updated =
-      context_.Data.Execute(QStringLiteral("UPDATE mail SET FIELD_ID = ") + change);
-  context_.Data.Close();
-  return updated;
+  return renamed;
 }
 
 bool StoredCopies::FreeName(const QString& messageId) {
   return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
-    return Update(
-        file, QStringLiteral("FIELD_ID & '#' & SERIALID WHERE FIELD_ID = ") + QuoteSql(messageId));
+    return Rename(file, messageId, QStringLiteral("FIELD_ID & '#' & SERIALID"));
   });
 }
 
-// What was erased under another name is noted under this one as well, so that it is known by it.
-bool StoredCopies::IsErased(const QByteArray& digest, const QString& messageId, bool* failed) {
-  const QString ofDigest = QStringLiteral("FROM erased WHERE HEX(DIGEST) = '%1' LIMIT 1")
-                               .arg(QString::fromLatin1(digest.toHex().toUpper()));
+bool StoredCopies::LoadErased() {
+  if (erased_) return true;
+  QMultiHash<QByteArray, QString> erased;
   for (const QString& file : files_) {
-    *failed = *failed || !OpenDatabase(context_, DatabaseKind::MailByPath, file);
-    if (*failed) return false;
-    const bool read = context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID ") + ofDigest,
-                                                  CursorKind::ForwardOnly);
-    const bool isHere = read && !context_.Data.Recordset()->Eof();
-    *failed =
-        !read ||
-        (isHere && !context_.Data.Execute(QStringLiteral("INSERT OR REPLACE INTO erased (FIELD_ID, "
-                                                         "DIGEST) SELECT %1, DIGEST ")
-                                              .arg(QuoteSql(messageId)) +
-                                          ofDigest));
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    bool read = context_.Data.OpenRecordset(
+        QStringLiteral("SELECT FIELD_ID, HEX(DIGEST) FROM erased"), CursorKind::ForwardOnly);
+    if (read) {
+      const RecordsetPtr rows = context_.Data.Recordset();
+      for (; !rows->Eof(); rows->MoveNext()) {
+        erased.insert(QByteArray::fromHex(rows->Fields(u"HEX(DIGEST)").toByteArray()),
+                      rows->Fields(u"FIELD_ID").toString());
+      }
+      read = !rows->Failed();
+    }
     context_.Data.Close();
-    if (*failed || isHere) return isHere;
+    if (!read) return false;
   }
-  return false;
+  erased.remove({});
+  erased_ = erased;
+  return true;
+}
+
+// What was erased under another name is noted under this one as well, so that it is known by it.
+bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest) {
+  const QString note = QStringLiteral(
+                           "INSERT OR REPLACE INTO erased (FIELD_ID, DIGEST) SELECT %1, DIGEST "
+                           "FROM erased WHERE HEX(DIGEST) = '%2' LIMIT 1")
+                           .arg(QuoteSql(messageId), QString::fromLatin1(digest.toHex().toUpper()));
+  return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const bool noted = context_.Data.Execute(note);
+    context_.Data.Close();
+    return noted;
+  });
 }
 
 StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                       bool renames, Depth depth, QString* formerName) {
+                                       bool renames, QString* formerName) {
   bool isOther = false;
   for (const QString& file : files_) {
     const Holds holds = Compare(file, messageId, source);
@@ -225,25 +266,25 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
     if (holds == Holds::Same) return Found::Stored;
     isOther = isOther || holds == Holds::Other;
   }
-  bool failed = false;
   const QByteArray digest = SourceDigest(source);
-  if (!LoadSources()) return Found::Failed;
-  std::optional<Place> place = FindElsewhere(*sources_, digest, source, formerName, &failed);
-  if (depth == Depth::Bodies && !place) {
-    if (!LoadBodies()) return Found::Failed;
-    place = FindElsewhere(*bodies_, BodyKey(source), source, formerName, &failed);
+  if (!Load() || !LoadErased()) return Found::Failed;
+  QString name;
+  QString file;
+  Found found = FindElsewhere(byDigest_, KeyOf(digest), source, &name, &file);
+  if (found == Found::None && !bySubject_.empty()) {
+    found = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source, &name, &file);
   }
-  if (failed) return Found::Failed;
-  if (place && !renames) return Found::Stored;
+  if (found == Found::Failed || found == Found::Elsewhere) return found;
+  if (found == Found::Moved && !renames) return Found::Stored;
   if (isOther && !FreeName(messageId)) return Found::Failed;
-  if (place) {
-    const QString change =
-        QuoteSql(messageId) + QStringLiteral(" WHERE SERIALID = ") + QuoteSql(place->serialId);
-    return Update(place->file, change) ? Found::Moved : Found::Failed;
+  if (found == Found::Moved) {
+    *formerName = WithoutFreeMark(name);
+    return Rename(file, name, QuoteSql(messageId)) ? Found::Moved : Found::Failed;
   }
-  const bool isErased = IsErased(digest, messageId, &failed);
-  if (failed) return Found::Failed;
-  if (isErased) return Found::Erased;
+  const bool wasHere = erased_->contains(digest, messageId);
+  if (wasHere || (IsUnique(source) && erased_->contains(digest))) {
+    return wasHere || NoteErased(messageId, digest) ? Found::Erased : Found::Failed;
+  }
   return isOther ? Found::Renewed : Found::None;
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QMultiHash>
 #include <QString>
 #include <QStringList>
 #include <functional>
 #include <optional>
-#include <utility>
+#include <vector>
 
 #include "storage/context.h"
 
@@ -17,11 +18,11 @@ namespace vorn {
 /// well when there is none, or the file cannot be read.
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
 
-/// Whether the message with that identifier in the mail file at `file` reads back as it was stored
-/// and has that header. False as well when that has no Message-ID or no trace field (RFC 5321
-/// section 4.4), without which headers of different messages can be alike.
+/// Whether the message with that identifier in the mail file at `file` reads back as it was stored,
+/// has that header and at least so many bytes. False as well when the header has no Message-ID or
+/// no trace field (RFC 5321 section 4.4), without which those of different messages can be alike.
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
-                         const QByteArray& header);
+                         const QByteArray& header, qint64 leastBytes);
 
 /// Finds a message among the stored ones by what it holds, when its identifier proves nothing.
 class StoredCopies {
@@ -29,56 +30,57 @@ class StoredCopies {
   /// Whether a name belongs to its stored message for sure.
   using Vouches = std::function<bool(const QString& messageId)>;
 
-  /// `files` are the mail files to look into, and `scope` is what the names begin with.
-  StoredCopies(Context& context, const QStringList& files, const QString& scope, Vouches vouches)
-      : context_(context), files_(files), scope_(scope), vouches_(std::move(vouches)) {}
+  explicit StoredCopies(Context& context) : context_(context) {}
+
+  /// From now on looks into these mail files, for messages of a mailbox whose names begin with
+  /// `scope`. What was read of the files before is kept.
+  void Begin(const QStringList& files, const QString& scope, Vouches vouches);
 
   enum class Found {
     None,     ///< nowhere
     Renewed,  ///< nowhere, but the name was another message's until now
     Stored,
-    Moved,   ///< stored, under another name until now
-    Erased,  ///< was stored, and erased for good
-    Failed,  ///< a file cannot be read or written; the reason is in the session's `LastError`
+    Moved,      ///< stored, under another name until now
+    Elsewhere,  ///< stored under the name of another mailbox, which it keeps
+    Erased,     ///< was stored, and erased for good
+    Failed,     ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
-  /// How far to look under other names.
-  enum class Depth {
-    Bytes,  ///< for the same bytes
-    Bodies  ///< also for the same body, which once reads all that is stored
-  };
-  /// Looks for the message under its name and under any other of the scope. The same message is one
-  /// with the same bytes, or with the same body and fields, of which one may have some more, and
-  /// those that servers write aside. With `renames`, one that is
-  /// found under a name that nobody vouches for gets this one, and another message of this name
-  /// gives it up. `formerName` gets the other name that it had.
-  Found Find(const QString& messageId, const QByteArray& source, bool renames, Depth depth,
-             QString* formerName);
+  /// Looks for the message under its name and under any other. The same message is one with the
+  /// same bytes, or with the same body and fields, of which one may have some more, and those that
+  /// servers write aside; under the name of another mailbox only one with the same bytes, of which
+  /// there are hardly two. With `renames`, one of this mailbox or from an archive that is found
+  /// under a name that nobody vouches for gets this one, and another message of this name gives it
+  /// up. `formerName` gets the other name that it had.
+  Found Find(const QString& messageId, const QByteArray& source, bool renames, QString* formerName);
 
  private:
   enum class Holds { Nothing, Same, Other, Failed };
   struct Place {
-    QString file;
-    QString serialId;
+    quint64 key = 0;  // of the digest or the subject
+    qint32 file = 0;
+    qint64 row = 0;
   };
-  using Places = QMultiHash<QByteArray, Place>;
+  using Places = std::vector<Place>;
 
   Holds Compare(const QString& file, const QString& messageId, const QByteArray& source);
-  bool LoadSources();
-  bool LoadBodies();
-  bool AddBodies(const QString& file);
-  std::optional<Place> FindElsewhere(const Places& places, const QByteArray& key,
-                                     const QByteArray& source, QString* name, bool* failed);
-  Holds CompareName(const Place& place, const QByteArray& source, QString* name);
-  bool Update(const QString& file, const QString& change);
+  bool Load();
+  Found FindElsewhere(const Places& places, quint64 key, const QByteArray& source, QString* name,
+                      QString* file);
+  Found Claim(const QString& file, const QString& name, const QByteArray& source, bool sameBytes);
   bool FreeName(const QString& messageId);
-  bool IsErased(const QByteArray& digest, const QString& messageId, bool* failed);
+  bool Rename(const QString& file, const QString& from, const QString& value);
+  bool LoadErased();
+  bool NoteErased(const QString& messageId, const QByteArray& digest);
 
   Context& context_;
   QStringList files_;
   QString scope_;
   Vouches vouches_;
-  std::optional<Places> sources_;  // by their digests, once they were read
-  std::optional<Places> bodies_;   // by those of Message-ID and body, as a rough key
+  bool isLoaded_ = false;        // in this session
+  QHash<QString, qint64> read_;  // the last row that was read, by file
+  Places byDigest_;
+  Places bySubject_;
+  std::optional<QMultiHash<QByteArray, QString>> erased_;  // names by digest
 };
 
 }  // namespace vorn

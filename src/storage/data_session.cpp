@@ -210,26 +210,38 @@ bool DataSession::OpenRecordset(const QString& select, CursorKind kind, Statemen
   return true;
 }
 
-std::optional<QMultiHash<QByteArray, QString>> DataSession::SourcesOf(const QString& scope) {
-  if (connection_ == nullptr) return std::nullopt;
+bool DataSession::ReadReceived(
+    qint64 after,
+    const std::function<void(qint64 row, const QByteArray& digest, const QString& subject)>& tell) {
+  if (connection_ == nullptr) return false;
   const auto statement = connection_->Prepare(
-      "SELECT COALESCE(S.DIGEST, L.DIGEST), M.SERIALID FROM mail M JOIN long_binary S ON S.ID = "
-      "M.MAIL LEFT JOIN late_digest L ON L.ID = M.MAIL WHERE M.FIELD_ID >= ?1 AND M.FIELD_ID < ?1 "
-      "|| char(1114111)");
-  QMultiHash<QByteArray, QString> sources;
+      "SELECT M.ROWID, COALESCE(S.DIGEST, L.DIGEST), M.FIELD_SUBJECT FROM mail M JOIN long_binary "
+      "S ON S.ID = M.MAIL LEFT JOIN late_digest L ON L.ID = M.MAIL WHERE M.ROWID > ?1 AND "
+      "ABS(M.STATUS) = 4");
   Statement::Step step = Statement::Step::Failed;
   if (statement != nullptr) {
-    statement->Bind({scope});
+    statement->Bind({after});
     while ((step = statement->Next()) == Statement::Step::Row) {
-      sources.insert(statement->Value(0).toByteArray(), statement->Value(1).toString());
+      tell(statement->Value(0).toLongLong(), statement->Value(1).toByteArray(),
+           statement->Value(2).toString());
     }
   }
-  if (step != Statement::Step::Done) {
-    FailFromConnection();
-    return std::nullopt;
+  return step == Statement::Step::Done || FailFromConnection();
+}
+
+std::optional<QString> DataSession::MessageIdOf(qint64 row) {
+  const auto statement = connection_ == nullptr
+                             ? nullptr
+                             : connection_->Prepare("SELECT FIELD_ID FROM mail WHERE ROWID = ?1");
+  Statement::Step step = Statement::Step::Failed;
+  if (statement != nullptr) {
+    statement->Bind({row});
+    step = statement->Next();
   }
-  sources.remove({});  // of those that have none yet
-  return sources;
+  if (step == Statement::Step::Row) return statement->Value(0).toString();
+  if (step == Statement::Step::Done) return QString();
+  FailFromConnection();
+  return std::nullopt;
 }
 
 bool DataSession::Execute(const QString& text) {

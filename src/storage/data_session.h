@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -94,10 +96,13 @@ class DataSession {
   /// Really closes every file, warm ones included.
   void CloseAll();
 
-  /// The serial identifiers of the open file's messages whose `FIELD_ID` begins with `scope`, by
-  /// the digests of their sources (see `SourceDigest`). Nothing when they cannot be read. Reads a
-  /// page of each source.
-  std::optional<QMultiHash<QByteArray, QString>> SourcesOf(const QString& scope);
+  /// Tells the rows (of `mail`, by their ROWID) of the open file's received messages behind
+  /// `after`, each with the digest of its source (see `SourceDigest`; empty when it has none yet)
+  /// and its subject. False when they cannot be read. Reads a page of each source.
+  bool ReadReceived(qint64 after, const std::function<void(qint64 row, const QByteArray& digest,
+                                                           const QString& subject)>& tell);
+  /// The identifier (`FIELD_ID`) of a row of `mail` in the open file; empty when there is none.
+  std::optional<QString> MessageIdOf(qint64 row);
 
   /// A mark of the open database's state; it differs once anything has been written to the file, by
   /// this program or another. Empty when none is open.

@@ -138,7 +138,11 @@ bool PrepareErased(Connection& connection) {
 // and moved.
 bool PrepareOnServer(Connection& connection) {
   bool exists = false;
-  if (!HasColumn(connection, "on_server", QStringLiteral("DELETIONS"), &exists)) return true;
+  if (!HasColumn(connection, "on_server", QStringLiteral("DELETIONS"), &exists)) {
+    // One build noted the names alone.
+    return !exists || HasColumn(connection, "on_server", QStringLiteral("STATE"), &exists) ||
+           connection.Run("DROP TABLE on_server");
+  }
   return connection.Run("ALTER TABLE on_server RENAME TO former_on_server") &&
          CreateOnServer(connection) &&
          connection.Run(

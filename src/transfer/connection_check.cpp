@@ -8,7 +8,7 @@ class ConnectionCheck::Events : public PopEvents {
  public:
   explicit Events(ConnectionCheck& check) : check_(check) {}
 
-  bool MessageArrived(const QString&, const QByteArray&, bool&) override { return false; }
+  bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
   void MessageSent(const QByteArray&) override {}
   bool BeginHandover() override { return true; }
   void HandoverEnded(HandoverOutcome, const QString&) override {}

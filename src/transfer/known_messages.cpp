@@ -27,7 +27,6 @@ void KnownMessages::BeginSession(bool deletes) {
   scope_.clear();
   files_ = MailFiles();
   unsure_.clear();
-  copies_.reset();
   hasUnnamed_.reset();
   hasErased_.clear();
 }
@@ -48,6 +47,7 @@ QStringList KnownMessages::MailFiles() const {
 bool KnownMessages::TakeListing(const QString& scope, int port,
                                 const QList<ListedMessage>& messages) {
   scope_ = scope;
+  copies_.Begin(files_, scope_, [this](const QString& id) { return IsVouchedFor(id); });
   return listing_.Begin(MailboxName(scope, port), messages);
 }
 
@@ -77,26 +77,52 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
   if (files->isEmpty() && !isErased) {
     // It may have had another name, or none, until now.
     const bool mayHaveHadAnother = listing_.IsUpset() || HasUnnamed();
-    if (!mayHaveHadAnother) listing_.NoteNew(messageId);
-    if (mayHaveHadAnother && listing_.IsListed(messageId)) listing_.Doubt(messageId);
+    const bool isElsewhere = listing_.IsElsewhere(messageId);
+    if (isElsewhere && !deletes_) return Name::Stored;
+    if (!mayHaveHadAnother && !isElsewhere) {
+      listing_.Believe(messageId);
+    } else if (listing_.IsListed(messageId)) {
+      listing_.Doubt(messageId);
+    }
     return Name::New;
   }
-  if (files->isEmpty()) return listing_.Doubts(messageId) ? Name::New : Name::Erased;
+  // Where nothing was noted yet, the size tells.
+  if (listing_.TellsBySize() && HasListedSize(messageId)) listing_.Believe(messageId);
   // Names without a listing are made of the contents.
   const bool mayBeAnother =
       listing_.Doubts(messageId) || (deletes_ && listing_.IsListed(messageId));
-  if (!mayBeAnother) return Name::Stored;
+  if (!mayBeAnother) return files->isEmpty() ? Name::Erased : Name::Stored;
   listing_.Doubt(messageId);
+  if (files->isEmpty()) return Name::New;
   if (listing_.HasOtherSize(messageId)) return Name::New;
   unsure_.insert(messageId, *files);
   return Name::Unsure;
 }
 
+bool KnownMessages::HasListedSize(const QString& messageId) {
+  return std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const bool has =
+        context_.Data.OpenRecordset(
+            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
+            CursorKind::ForwardOnly) &&
+        !context_.Data.Recordset()->Eof() &&
+        context_.Data.Recordset()->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
+    context_.Data.Close();
+    return has;
+  });
+}
+
 bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
   const QStringList files = unsure_.take(messageId);
-  return !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
-    return StoredCopyHasHeader(context_, file, messageId, header);
-  });
+  const qint64 least = listing_.SizeOf(messageId) - kMostOff;
+  const bool proves =
+      !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
+        return StoredCopyHasHeader(context_, file, messageId, header, least);
+      });
+  // Names may be moving, and what has a new one be known.
+  if (!proves) listing_.Upset();
+  return proves;
 }
 
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
@@ -117,19 +143,17 @@ bool KnownMessages::IsVouchedFor(const QString& messageId) const {
 StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
                                                   const QByteArray& data) {
   using Found = StoredCopies::Found;
-  if (!copies_) {
-    copies_.emplace(context_, files_, scope_,
-                    [this](const QString& id) { return IsVouchedFor(id); });
-  }
-  // After a move to another server all names are new, and header fields may be, too.
-  const auto depth = listing_.IsOther() ? StoredCopies::Depth::Bodies : StoredCopies::Depth::Bytes;
+  if (scope_.isEmpty()) return Found::None;
   QString formerName;
-  const Found found =
-      copies_->Find(messageId, data, listing_.IsListed(messageId), depth, &formerName);
+  const Found found = copies_.Find(messageId, data, listing_.IsListed(messageId), &formerName);
   switch (found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
       if (listing_.IsListed(formerName)) listing_.Distrust();
+      listing_.ForgetAbsent(formerName);
+      return Found::Stored;
+    case Found::Elsewhere:
+      listing_.NoteElsewhere(messageId);
       return Found::Stored;
     case Found::Renewed:
       listing_.NoteRenewed(messageId);
@@ -173,6 +197,11 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
     hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
   }
   return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+}
+
+bool KnownMessages::NoteWhole() {
+  listing_.Settle();
+  return listing_.Store();
 }
 
 bool KnownMessages::NoteDeleted() {

@@ -20,7 +20,8 @@ namespace vorn {
 /// deleted on the server, its header or all of it is compared with the stored one.
 class KnownMessages {
  public:
-  explicit KnownMessages(Context& context) : context_(context), listing_(context) {}
+  explicit KnownMessages(Context& context)
+      : context_(context), listing_(context), copies_(context) {}
 
   /// Forgets an earlier session. Those of `deletes` are of an account that deletes on the server.
   void BeginSession(bool deletes);
@@ -53,7 +54,10 @@ class KnownMessages {
   void NoteStored(const QString& messageId, bool proven);
   /// Notes that it is about to be deleted on the server.
   void Release(const QString& messageId) { listing_.Release(messageId); }
-  /// Notes that the server has confirmed the end of a session, and with it all deletions.
+  /// Notes that a session has come to its end. False as `Store`.
+  bool NoteWhole();
+  /// Notes that the server has confirmed the end of a session, and with it all deletions. False as
+  /// `Store`.
   bool NoteDeleted();
   /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
   bool Store() { return listing_.Store(); }
@@ -63,6 +67,7 @@ class KnownMessages {
   QStringList MailFiles() const;
   bool HasUnnamed();
   bool IsErased(const QString& file, const QString& messageId);
+  bool HasListedSize(const QString& messageId);
   bool IsVouchedFor(const QString& messageId) const;
 
   Context& context_;
@@ -71,7 +76,7 @@ class KnownMessages {
   QString scope_;  // empty when the mailbox has no identifiers
   QStringList files_;
   QHash<QString, QStringList> unsure_;  // which files have a message of that name
-  std::optional<StoredCopies> copies_;
+  StoredCopies copies_;
   std::optional<bool> hasUnnamed_;  // once it was asked
   QHash<QString, bool> hasErased_;  // by file
 };

@@ -25,9 +25,6 @@ constexpr qsizetype kMaxUidl = 512 * 1024 * 1024;
 constexpr int kMaxAuthSteps = 2;
 
 // The header block of a message with the empty line that ends it.
-// How much a message may be smaller than the server said before it counts as torn off.
-constexpr qint64 kMostOff = 512;
-
 QByteArray HeaderOf(const QByteArray& source) {
   if (source.startsWith("\r\n") || source.startsWith('\n')) return {};
   for (qsizetype end = source.indexOf('\n'); end >= 0; end = source.indexOf('\n', end + 1)) {
@@ -535,12 +532,10 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   ReportProgress(0);
   if (stopped_) return;
 
-  // A header alone where the server told of more is the late answer to another command.
-  if (asksForHeaders_ && HeaderOf(data).size() == data.size() &&
-      entry.size > data.size() + kMostOff) {
-    Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
-    return;
-  }
+  const bool isTornOff = entry.size > data.size() + kMostOff;
+  // A header alone may be the late answer to another command.
+  const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
+  if (isLate && !IsRepeated(message, data)) return;
   bool deleteOnServer = false;
   QByteArray uidl = entry.uidl;
   if (uidl.isEmpty()) {
@@ -556,8 +551,21 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (message < untested_.size() && untested_[message] && IsStopped(message, HeaderOf(data))) {
     return;
   }
-  stopped_ = !events_.MessageArrived(MessageId(uidl), data, deleteOnServer);
+  stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
+}
+
+// Asks once more. Where answers are out of step, another one comes.
+bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
+  const auto [first, isFirst] = doubtful_.emplace(message, data);
+  if (isFirst) {
+    bytesDone_ -= messages_[message].size;
+    Fetch(message);
+    return false;
+  }
+  if (first->second == data) return true;
+  Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
+  return false;
 }
 
 // Nothing is marked before everything is durable: there are servers that delete what is marked

@@ -4,6 +4,7 @@
 #include <QString>
 #include <deque>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "transfer/mail_session.h"
@@ -86,6 +87,7 @@ class Pop3Session : public MailSession {
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
   bool IsStopped(size_t message, const QByteArray& header);
+  bool IsRepeated(size_t message, const QByteArray& data);
   void MessageDone(size_t message, const QByteArray& data);
   void FinishTransfer();
   void SendDeletions();
@@ -111,11 +113,12 @@ class Pop3Session : public MailSession {
   bool wantsHeaders_ = false;
   bool lacksTop_ = false;  // rules are tested on whole messages
   bool toldOfTop_ = false;
-  bool hasTop_ = false;          // it was answered once
-  bool asksForHeaders_ = false;  // it was asked for in this session
-  std::vector<bool> untested_;   // by message: rules are still to be tested on its header
-  qsizetype replies_ = 0;        // whole replies so far
-  qsizetype received_ = 0;       // bytes before the login is over
+  bool hasTop_ = false;                    // it was answered once
+  bool asksForHeaders_ = false;            // it was asked for in this session
+  std::vector<bool> untested_;             // by message: rules are still to be tested on its header
+  std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
+  qsizetype replies_ = 0;                  // whole replies so far
+  qsizetype received_ = 0;                 // bytes before the login is over
   bool loggedIn_ = false;
   bool stopped_ = false;  // nothing more is fetched after a message could not be stored
   QByteArray timestamp_;  // of the greeting, for APOP

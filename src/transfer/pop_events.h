@@ -19,15 +19,19 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
+/// By how many bytes a message may be smaller than the server says; some count in blocks.
+inline constexpr qint64 kMostOff = 1024;
+
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
 class PopEvents {
  public:
   virtual ~PopEvents() = default;
 
-  /// A message has been downloaded completely. `deleteOnServer` starts false. Returns whether it
-  /// was stored; after false the session fetches nothing more.
-  virtual bool MessageArrived(const QString& messageId, const QByteArray& data,
+  /// A message has been downloaded to its end; `isTornOff` when it is much smaller than the server
+  /// said (`kMostOff`). `deleteOnServer` starts false. Returns whether it was stored; after false
+  /// the session fetches nothing more.
+  virtual bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
                               bool& deleteOnServer) = 0;
   /// Every recipient was accepted and the message itself would be sent next. Asked once, right
   /// before the DATA command. After false the session takes its leave and tells no error: whoever

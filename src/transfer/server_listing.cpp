@@ -1,5 +1,7 @@
 #include "transfer/server_listing.h"
 
+#include <QDate>
+#include <algorithm>
 #include <utility>
 
 #include "storage/databases.h"
@@ -11,6 +13,9 @@ namespace {
 constexpr qsizetype kRowsPerStatement = 200;
 // Stands for a mailbox that was listed.
 const QString kMailboxItself = QStringLiteral("");
+// How long what went missing is looked for under other names.
+constexpr qint64 kDaysAbsent = 60;
+constexpr qint64 kFirstDay = 2461000;  // a Julian day before the first one that was noted
 
 QString WhereMailbox(const QString& mailbox) {
   return QStringLiteral(" WHERE MAILBOX = ") + QuoteSql(mailbox);
@@ -25,51 +30,73 @@ void ServerListing::Clear() {
   changed_.clear();
   doubted_.clear();
   proven_.clear();
+  elsewhere_.clear();
   gone_.clear();
-  upset_ = other_ = false;
+  isFirst_ = hasSibling_ = upset_ = false;
 }
 
 bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
   Clear();
-  bool hasSibling = false;
-  if (!Read(mailbox, &hasSibling)) return false;
-  const bool isFirst = !noted_.contains(kMailboxItself);
-  const bool moves = noted_.value(kMailboxItself).state == State::Moving;
-  if (isFirst) changed_.insert(kMailboxItself, {});
+  if (!Read(mailbox, &hasSibling_)) return false;
+  const auto itself = noted_.constFind(kMailboxItself);
+  isFirst_ = itself == noted_.constEnd();
   for (const ListedMessage& message : messages) {
     listed_.insert(message.id, message.size);
-    const auto noted = noted_.constFind(message.id);
-    const bool holds = isFirst ? !hasSibling
-                               : !moves && noted != noted_.constEnd() &&
-                                     noted->size == message.size && noted->state == State::Listed;
-    if (!holds) doubted_.insert(message.id);
+    if (!Holds(message)) doubted_.insert(message.id);
   }
-  qsizetype missing = 0;
-  bool isUnconfirmed = false;
-  for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
-    isUnconfirmed = isUnconfirmed || entry->state == State::Released;
-    if (entry.key() == kMailboxItself || listed_.contains(entry.key())) continue;
-    gone_.insert(entry.key());
-    ++missing;
-  }
-  const bool lacksMost = missing > 0 && missing * 2 > noted_.size() - 1;
-  other_ = moves || lacksMost;
-  upset_ = other_ || isUnconfirmed;
-  if (lacksMost) KeepAbsent();
+  const bool hasReleased = std::any_of(noted_.constBegin(), noted_.constEnd(),
+                                       [](const Entry& e) { return e.state == State::Released; });
+  const bool hasAbsent = LookForMissing();
+  if (isFirst_ || hasReleased || hasAbsent || itself->state != State::Listed) Upset();
   return true;
 }
 
-// What most is missing of is not forgotten, so that it is looked for as long as it is missing; what
-// was to be deleted only this time.
-void ServerListing::KeepAbsent() {
-  for (const QString& id : std::exchange(gone_, {})) {
-    const Entry& entry = noted_[id];
-    if (entry.state == State::Released) {
-      gone_.insert(id);
-    } else if (entry.state != State::Absent) {
-      changed_.insert(id, {entry.size, State::Absent});
+// Whether the name tells what it told at the last listing.
+bool ServerListing::Holds(const ListedMessage& message) const {
+  const auto noted = noted_.constFind(message.id);
+  return noted != noted_.constEnd() && noted->size == message.size &&
+         (noted->state == State::Listed || noted->state == State::Elsewhere) &&
+         noted_.value(kMailboxItself).state != State::Moving;
+}
+
+// Whether anything is missing that may come back under another name: what was to be deleted and
+// perhaps was, and all where most is missing, as after a move to another server.
+bool ServerListing::LookForMissing() {
+  const qint64 today = QDate::currentDate().toJulianDay();
+  QSet<QString> missing;
+  qsizetype present = 0;
+  bool hasAbsent = false;
+  const auto keep = [&](const QString& id) {
+    changed_.insert(id, {today, State::Absent});
+    hasAbsent = true;
+  };
+  for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
+    if (entry.key() == kMailboxItself) continue;
+    if (listed_.contains(entry.key())) {
+      ++present;
+    } else if (entry->state == State::Released) {
+      keep(entry.key());
+    } else if (entry->state != State::Absent) {
+      missing.insert(entry.key());
+    } else if (entry->size > today || entry->size < kFirstDay) {
+      keep(entry.key());  // of a version that noted no day
+    } else if (today - entry->size > kDaysAbsent) {
+      gone_.insert(entry.key());
+    } else {
+      hasAbsent = true;
     }
   }
+  const bool lacksMost = missing.size() > present;
+  for (const QString& id : std::as_const(missing)) lacksMost ? keep(id) : void(gone_.insert(id));
+  return hasAbsent;
+}
+
+void ServerListing::Upset() {
+  upset_ = true;
+  if (noted_.value(kMailboxItself).state == State::Moving || changed_.contains(kMailboxItself)) {
+    return;
+  }
+  changed_.insert(kMailboxItself, {0, State::Unsettled});
 }
 
 bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
@@ -115,7 +142,7 @@ bool ServerListing::HasOtherSize(const QString& id) const {
 }
 
 void ServerListing::NoteRenewed(const QString& id) {
-  upset_ = upset_ || noted_.value(id).state != State::Released;
+  if (noted_.value(id).state != State::Released) Upset();
 }
 
 void ServerListing::Distrust() {
@@ -123,7 +150,12 @@ void ServerListing::Distrust() {
   for (auto message = listed_.constBegin(); message != listed_.constEnd(); ++message) {
     if (!IsProven(message.key())) doubted_.insert(message.key());
   }
-  upset_ = other_ = true;
+  upset_ = true;
+}
+
+bool ServerListing::IsElsewhere(const QString& id) const {
+  const auto noted = noted_.constFind(id);
+  return noted != noted_.constEnd() && noted->state == State::Elsewhere && !Doubts(id);
 }
 
 // Messages without identifiers are not listed, and are known by what they hold.
@@ -131,9 +163,10 @@ void ServerListing::Confirm(const QString& id) {
   const auto listed = listed_.constFind(id);
   if (listed == listed_.constEnd()) return;
   const auto noted = noted_.constFind(id);
-  const bool stands =
-      noted != noted_.constEnd() && noted->size == *listed && noted->state == State::Listed;
-  if (!stands) changed_.insert(id, {*listed, State::Listed});
+  const bool isElsewhere = elsewhere_.contains(id) || IsElsewhere(id);
+  const State state = isElsewhere ? State::Elsewhere : State::Listed;
+  const bool stands = noted != noted_.constEnd() && noted->size == *listed && noted->state == state;
+  if (!stands) changed_.insert(id, {*listed, state});
 }
 
 void ServerListing::Prove(const QString& id) {
@@ -151,6 +184,25 @@ void ServerListing::ForgetReleased() {
   for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
     if (entry->state == State::Released && listed_.contains(entry.key())) gone_.insert(entry.key());
   }
+}
+
+void ServerListing::ForgetAbsent(const QString& id) {
+  const auto noted = noted_.constFind(id);
+  if (noted == noted_.constEnd() || listed_.contains(id)) return;
+  changed_.remove(id);
+  gone_.insert(id);
+}
+
+void ServerListing::Settle() {
+  const auto current = [this](const QString& id) {
+    const auto changed = changed_.constFind(id);
+    return changed == changed_.constEnd() ? noted_.value(id, {0, State::Absent}) : *changed;
+  };
+  if (current(kMailboxItself).state != State::Unsettled) return;
+  const bool isWhole = std::all_of(listed_.keyBegin(), listed_.keyEnd(), [&](const QString& id) {
+    return current(id).state != State::Absent;
+  });
+  if (isWhole) changed_.insert(kMailboxItself, {0, State::Listed});
 }
 
 bool ServerListing::Store() {

@@ -19,8 +19,7 @@ class ServerListing {
   explicit ServerListing(Context& context) : context_(context) {}
 
   /// Begins a session with a mailbox, named by user, server and port, that has these messages. At
-  /// the first listing of a mailbox all is doubted when the user has another one at the same
-  /// server, whose messages may have the same names. False when the file cannot be read; the reason
+  /// the first listing of a mailbox all is doubted. False when the file cannot be read; the reason
   /// is in the session's `LastError`.
   bool Begin(const QString& mailbox, const QList<ListedMessage>& messages);
   /// Forgets what was not stored, and all of an earlier session: nothing is doubted.
@@ -33,20 +32,29 @@ class ServerListing {
   bool IsListed(const QString& id) const { return listed_.contains(id); }
   /// Whether it is listed and its message has been compared in this session.
   bool IsProven(const QString& id) const { return proven_.contains(id); }
+  /// Bytes, as the server tells; 0 for what is not listed.
+  qint64 SizeOf(const QString& id) const { return listed_.value(id); }
+  /// Whether a stored message of the listed name and size is the same one: at the first listing of
+  /// a mailbox, unless the user has another one at the same server, whose messages may have the
+  /// same names.
+  bool TellsBySize() const { return isFirst_ && !hasSibling_; }
+  /// Whether it was found under a name of another mailbox.
+  bool IsElsewhere(const QString& id) const;
+  void NoteElsewhere(const QString& id) { elsewhere_.insert(id); }
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;
-  /// Whether those with new names may be the same ones: so many messages are missing, a deletion
-  /// was not confirmed, or a name of one that was not deleted was found to be another's.
+  /// Whether those with new names may be stored ones: it is the first listing, most messages went
+  /// missing in the last two months, a deletion was not confirmed, a name of one that was not
+  /// deleted was found to be another's, or a session in which that was so did not come to its end.
   bool IsUpset() const { return upset_; }
-  /// Whether they may have been written anew, too: most are missing, or names move.
-  bool IsOther() const { return other_; }
+  void Upset();
   /// Notes that the identifier was another message's until now.
   void NoteRenewed(const QString& id);
   /// Notes that names go from one message to another while both are there: from now on no name in
   /// the mailbox tells anything, as on a server without identifiers.
   void Distrust();
-  /// Notes that nothing is stored under that name, or that another message may be.
-  void NoteNew(const QString& id) { doubted_.remove(id); }
+  /// Notes that nothing else is stored under that name, or that another message may be.
+  void Believe(const QString& id) { doubted_.remove(id); }
   void Doubt(const QString& id) { doubted_.insert(id); }
   /// Notes that the message on the server is the stored one of that name, as its name alone tells.
   void Confirm(const QString& id);
@@ -56,6 +64,11 @@ class ServerListing {
   void Release(const QString& id);
   /// Notes that those have been: should their names be there again, nothing is known of them.
   void ForgetReleased();
+  /// Notes that one that was missing has another name now.
+  void ForgetAbsent(const QString& id);
+  /// Notes that a session has come to its end. Unless it passed over some messages, what has a new
+  /// name from now on is new.
+  void Settle();
 
   /// Stores what was noted. False as `Begin`.
   bool Store();
@@ -64,9 +77,11 @@ class ServerListing {
   // As it is stored.
   enum class State {
     Listed = 0,
-    Released = 1,  // the server was told to delete it, and has not confirmed that
-    Absent = 2,    // missing in a listing that lacked most: it may come back, also renamed
-    Moving = 3,    // of the mailbox itself: its names go from one message to another
+    Released = 1,   // the server was told to delete it, and has not confirmed that
+    Absent = 2,     // missing, and may come back, also renamed; its size is the day since when
+    Moving = 3,     // of the mailbox itself: its names go from one message to another
+    Unsettled = 4,  // of the mailbox itself: what has a new name may be a stored one
+    Elsewhere = 5,  // stored under a name of another mailbox
   };
   struct Entry {
     qint64 size = 0;
@@ -74,7 +89,8 @@ class ServerListing {
   };
 
   bool Read(const QString& mailbox, bool* hasSibling);
-  void KeepAbsent();
+  bool Holds(const ListedMessage& message) const;
+  bool LookForMissing();
   bool WriteChanges();
   bool RemoveGone();
 
@@ -85,9 +101,11 @@ class ServerListing {
   QHash<QString, Entry> changed_;
   QSet<QString> doubted_;
   QSet<QString> proven_;
+  QSet<QString> elsewhere_;
   QSet<QString> gone_;
+  bool isFirst_ = false;
+  bool hasSibling_ = false;
   bool upset_ = false;
-  bool other_ = false;
 };
 
 }  // namespace vorn

@@ -58,7 +58,8 @@ void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
   stopDeletesInSession_ = 0;
-  if (IsReceiving()) known_.BeginSession(DeletesOnServer());
+  deletes_ = DeletesOnServer();
+  if (IsReceiving()) known_.BeginSession(deletes_);
   doomed_.clear();
   released_ = 0;
   flushFailed_ = false;
@@ -94,7 +95,7 @@ void TransferEvents::SessionEnded() {
 }
 
 bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& data,
-                                    bool& deleteOnServer) {
+                                    bool isTornOff, bool& deleteOnServer) {
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
@@ -103,7 +104,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     StoreFailed(failure);
     return false;
   }
-  deleteOnServer = DeletesOnServer() && found != StoredCopies::Found::Erased;
+  deleteOnServer = deletes_;
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
     NoteStored(messageId, true, deleteOnServer);
@@ -130,7 +131,14 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     ++counts_.known;
     KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
   }
-  NoteStored(messageId, true, deleteOnServer);
+  if (isTornOff) {
+    // The rest may still be there: the next session asks again, and believes the same answer.
+    deleteOnServer = false;
+    Log(0, Ui::tr("サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには"
+                  "残します。"));
+  } else {
+    NoteStored(messageId, true, deleteOnServer);
+  }
   if (received == MailStore::Received::Known) return true;
   unflushed_.append(message.SerialID());
   group_.Add(data.size());
@@ -187,7 +195,7 @@ bool TransferEvents::MakeDurable() {
   // From here on their names prove nothing: the server may give them to other messages.
   released_ = static_cast<int>(doomed_.size());
   for (const QString& messageId : std::exchange(doomed_, {})) known_.Release(messageId);
-  if (!known_.Store()) {
+  if (!known_.NoteWhole()) {
     ListingFailed();
     return false;
   }
@@ -294,7 +302,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
   const Name name = known_.Ask(messageId, &files);
   exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  deleteOnServer = DeletesOnServer() && name != Name::Erased;
+  deleteOnServer = deletes_ && name != Name::Erased;
   if (!exists) return;
   for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
@@ -303,7 +311,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
 
 bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header,
                               bool& deleteOnServer) {
-  deleteOnServer = DeletesOnServer();
+  deleteOnServer = deletes_;
   if (!known_.ProvesHeader(messageId, header)) return false;
   ++counts_.known;
   NoteStored(messageId, true, deleteOnServer);

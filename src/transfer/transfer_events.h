@@ -46,7 +46,7 @@ class TransferEvents : public QObject, public PopEvents {
   TransferEvents(Context& context, CheckPlan& plan, const Pop& pop, StatusPanel& panel,
                  QObject* parent = nullptr);
 
-  bool MessageArrived(const QString& messageId, const QByteArray& data,
+  bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
                       bool& deleteOnServer) override;
   bool BeginHandover() override;
   void MessageSent(const QByteArray& data) override;
@@ -102,6 +102,7 @@ class TransferEvents : public QObject, public PopEvents {
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;
+  bool deletes_ = false;  // as the account was when the session began
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
   int released_ = 0;    // how many it was told to

@@ -4,6 +4,7 @@
 
 #include "mail/address.h"
 #include "mail/attachments.h"
+#include "mail/message_index.h"
 #include "mail/mime_codec.h"
 #include "mail/text_encoding.h"
 #include "mail/text_extraction.h"
@@ -58,6 +59,16 @@ TEST(BrokenForms, PartsAreFoundWhereBoundariesAreOff) {
                         "--b\r\n\r\ntwo\r\n--b--\r\n"),
             QStringLiteral("one\r\ntwo"))
       << "the inner one has no end";
+}
+
+// Whom the delivered header names gets the message.
+TEST(BrokenForms, RepeatedFieldsNameMoreRecipientsButNoOtherSender) {
+  const QByteArray source =
+      "From: a@x\r\nTo: b@x\r\nFrom: c@x\r\nTo: d@x, e@x\r\nBcc: f@x\r\nBcc: g@x\r\n\r\n";
+  EXPECT_EQ(IndexMessage(source, {}, {}).addressLines.split(QStringLiteral("\r\n")),
+            (QStringList{QStringLiteral("FROM: a@x"), QStringLiteral("TO: b@x"),
+                         QStringLiteral("TO: d@x"), QStringLiteral("TO: e@x"),
+                         QStringLiteral("BCC: f@x"), QStringLiteral("BCC: g@x")}));
 }
 
 TEST(BrokenForms, EncodedWordsAreReadAsTheyCome) {

@@ -13,7 +13,8 @@ namespace vorn::test {
 /// told otherwise, and writes down what was told.
 class SessionRecorder : public PopEvents {
  public:
-  bool MessageArrived(const QString& id, const QByteArray& data, bool& deleteOnServer) override {
+  bool MessageArrived(const QString& id, const QByteArray& data, bool,
+                      bool& deleteOnServer) override {
     ids.append(id);
     arrived.append(data);
     deleteOnServer = deletes && canStore;

@@ -1,0 +1,232 @@
+// Mailboxes whose names move, whole or in steps, and mail that came here by another way: nothing is
+// stored twice, and nothing is deleted that is not stored whole.
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include "mail/import_messages.h"
+#include "mail/message_filing.h"
+#include "objects/settings.h"
+#include "support/loopback_pop3_server.h"
+#include "support/traffic.h"
+
+namespace vorn {
+namespace {
+
+using test::Fault;
+using test::LoopbackPop3Server;
+using test::ServerMessage;
+
+class MovedMailboxTest : public test::TrafficTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(server_.Listen()); }
+
+  // As servers hand them over: with a trace and an identifier.
+  QByteArray Mail(int number) const {
+    const QByteArray text = QByteArray::number(1000 + number);
+    return "Received: from a by b\r\nMessage-ID: <" + text + "@example.jp>\r\nSubject: " + text +
+           "\r\n\r\ntext" + QByteArray(hasOneSize_ ? 0 : number, 'x') + "\r\n";
+  }
+  void AddMail(int from, int count, const QByteArray& name = "uid") {
+    for (int i = from; i < from + count; ++i) {
+      server_.AddMessage(name + QByteArray::number(i), Mail(i));
+    }
+  }
+  // As servers do that name messages by their places.
+  void Number() {
+    for (qsizetype i = 0; i < server_.Messages.size(); ++i) {
+      server_.Messages[i].uidl = QByteArray::number(i + 1);
+    }
+  }
+  void CutAt(const char* command, int time) {
+    server_.Pipelining = false;
+    server_.Faults = {{Fault::Kind::Cut, command, time, 0, {}}};
+    Receive();
+    server_.Faults.clear();
+  }
+  // Every message once.
+  void ExpectStored(int count) {
+    const QStringList subjects = Subjects(4);
+    EXPECT_EQ(subjects.size(), count) << subjects.join(u' ').toStdString();
+    EXPECT_EQ(QSet<QString>(subjects.begin(), subjects.end()).size(), count);
+  }
+  void EraseAll() {
+    QStringList serials;
+    for (const QVariant& serial :
+         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
+      serials.append(serial.toString());
+    }
+    ASSERT_TRUE(SetDust(profile_.Get(), serials, true));
+    ASSERT_TRUE(EmptyDust(profile_.Get()));
+  }
+
+  bool hasOneSize_ = false;
+  LoopbackPop3Server server_;
+};
+
+// Mail is copied to the new server over days, while new mail arrives there.
+TEST_F(MovedMailboxTest, AMoveInStepsDoublesNothing) {
+  AddMail(0, 6);
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 6);
+  server_.Messages.clear();
+  AddMail(6, 8, "new");  // more than there was
+  EXPECT_EQ(Receive().stored, 8);
+  AddMail(0, 3, "moved");
+  EXPECT_EQ(Receive().known, 8 + 3);
+  AddMail(3, 3, "moved");
+  CutAt("RETR", 2);
+  AddMail(14, 1, "new");
+  EXPECT_EQ(Receive().stored, 1);
+  ExpectStored(15);
+}
+
+// A session that compares is cut short; the next one goes on with it.
+TEST_F(MovedMailboxTest, AComparisonThatWasCutIsMadeUpFor) {
+  AddMail(0, 5);
+  const DiskPtr account = profile_.AddAccount(server_.Port(), true);
+  CutAt("DELE", 2);
+  for (const char* name : {"a", "b", "c"}) {
+    for (qsizetype i = 0; i < server_.Messages.size(); ++i) {
+      server_.Messages[i].uidl = name + QByteArray::number(i);
+    }
+    if (*name != 'c') CutAt("RETR", 1);
+  }
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  // New mail stands first, where names are places.
+  account->Let(QStringLiteral("InMailServerDelete"), false);
+  AddMail(5, 4);
+  Number();
+  EXPECT_EQ(Receive().stored, 4);
+  server_.Messages.prepend({{}, Mail(9)});
+  Number();
+  CutAt("RETR", 3);
+  Receive();
+  ExpectStored(10);
+  // The same where mail is deleted, and asked for before the headers tell that names move.
+  hasOneSize_ = true;
+  server_.Messages.clear();
+  server_.Pipelining = true;
+  AddMail(11, 3);
+  Number();
+  EXPECT_EQ(Receive().stored, 3);
+  server_.Messages.prepend({{}, Mail(10)});
+  Number();
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  ExpectStored(14);
+}
+
+// From another mail program by an archive, and through another name of the same server.
+TEST_F(MovedMailboxTest, WhatCameByAnotherWayIsNotReceivedAgain) {
+  AddMail(0, 4);
+  QByteArray archive;
+  for (const QByteArray& mail : {Mail(0), "Status: RO\r\n" + Mail(1)}) {
+    archive += "From a@example.jp Mon Jan  1 00:00:00 2024\n" +
+               QByteArray(mail).replace("\r\n", "\n") + '\n';
+  }
+  QFile file(profile_.Folder() + QStringLiteral("/old.mbox"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(archive);
+  file.close();
+  ImportCounts imported;
+  QString error;
+  ASSERT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported, &error))
+      << error.toStdString();
+  ASSERT_EQ(imported.imported, 2);
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 2);
+  server_.Messages.removeAt(1);
+  const DiskPtr other = profile_.AddAccount(server_.Port());
+  other->Let(QStringLiteral("InMailServer"), QStringLiteral("localhost"));
+  for (int check = 0; check < 2; ++check) EXPECT_EQ(Receive().stored, 0);
+  ExpectStored(4);
+  server_.ForgetReceived();
+  other->Let(QStringLiteral("InMailServerDelete"), true);
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  EXPECT_EQ(server_.Count("RETR"), 3) << "nothing is deleted unseen";
+}
+
+// Nothing is noted in a new mail file, while names that were erased are known from the old one.
+TEST_F(MovedMailboxTest, ANewFileBelievesNoNames) {
+  hasOneSize_ = true;
+  AddMail(0, 3);
+  Number();
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  EraseAll();
+  Context& context = profile_.Get();
+  context.Session->Let(QStringLiteral("History"), context.Session->Text(u"Mail"));
+  context.Session->Let(QStringLiteral("Mail"), profile_.Folder() + QStringLiteral("/other.mbx"));
+  for (const bool deletes : {false, true}) {
+    account->Let(QStringLiteral("InMailServerDelete"), deletes);
+    server_.Messages.clear();
+    AddMail(deletes ? 8 : 2, 4);
+    Number();
+    EXPECT_EQ(Receive().stored, deletes ? 4 : 3) << "what was erased stays away";
+  }
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  ExpectStored(7);
+}
+
+// The account is changed while its session runs.
+TEST_F(MovedMailboxTest, ASessionDeletesAsItBegan) {
+  hasOneSize_ = true;
+  AddMail(0, 3);
+  Number();
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  server_.Messages.clear();
+  AddMail(3, 3);
+  Number();
+  server_.OnCommand = [&account](const QByteArray& line) {
+    if (line == "LIST") account->Let(QStringLiteral("InMailServerDelete"), true);
+  };
+  Receive();
+  EXPECT_EQ(server_.Messages.size(), 3);
+  EXPECT_EQ(Receive().stored, 3);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  ExpectStored(6);
+}
+
+// A server that gives less than it said, once or always, and one that overstates what is small.
+TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
+  const QByteArray whole = Mail(0) + QByteArray(4000, 'x') + "\r\n";
+  const QByteArray torn = "+OK\r\n" + whole.first(200) + "\r\n.\r\n";
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  for (const bool always : {false, true}) {
+    for (const bool deletes : {false, true}) {
+      account->Let(QStringLiteral("InMailServerDelete"), deletes);
+      server_.Messages = {{deletes ? "d" : "k", whole}};
+      server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, torn}};
+      EXPECT_EQ(Receive().stored, 1);
+      EXPECT_EQ(server_.Messages.size(), 1);
+      if (!always) server_.Faults.clear();
+      EXPECT_EQ(Receive().stored, always ? 0 : 1);
+      EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
+      server_.Faults.clear();
+      EXPECT_EQ(Subjects(4).size(), always ? 1 : 2);
+      EraseAll();
+      Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+      server_.Messages.clear();
+      Receive();
+    }
+  }
+  // A header alone is asked for once more at once, since it may be the answer to another command.
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
+  server_.AddMessage("h", "Subject: all\r\n\r\n");
+  server_.AddMessage("after", Mail(1));
+  server_.SizeFactor = 200;
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  Receive();
+  Receive();
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  EXPECT_EQ(Subjects(4).size(), 2);
+}
+
+}  // namespace
+}  // namespace vorn
