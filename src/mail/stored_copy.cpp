@@ -258,9 +258,9 @@ bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest
 }
 
 StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                       bool renames, QString* formerName) {
+                                       bool isNamed, bool renames, QString* formerName) {
   bool isOther = false;
-  for (const QString& file : files_) {
+  for (const QString& file : isNamed ? files_ : QStringList()) {
     const Holds holds = Compare(file, messageId, source);
     if (holds == Holds::Failed) return Found::Failed;
     if (holds == Holds::Same) return Found::Stored;

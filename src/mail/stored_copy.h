@@ -45,13 +45,14 @@ class StoredCopies {
     Erased,     ///< was stored, and erased for good
     Failed,     ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
-  /// Looks for the message under its name and under any other. The same message is one with the
+  /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The same message is one with the
   /// same bytes, or with the same body and fields, of which one may have some more, and those that
   /// servers write aside; under the name of another mailbox only one with the same bytes, of which
   /// there are hardly two. With `renames`, one of this mailbox or from an archive that is found
   /// under a name that nobody vouches for gets this one, and another message of this name gives it
   /// up. `formerName` gets the other name that it had.
-  Found Find(const QString& messageId, const QByteArray& source, bool renames, QString* formerName);
+  Found Find(const QString& messageId, const QByteArray& source, bool isNamed, bool renames,
+             QString* formerName);
 
  private:
   enum class Holds { Nothing, Same, Other, Failed };

@@ -27,6 +27,7 @@ void KnownMessages::BeginSession(bool deletes) {
   scope_.clear();
   files_ = MailFiles();
   unsure_.clear();
+  absent_.clear();
   hasUnnamed_.reset();
   hasErased_.clear();
 }
@@ -74,6 +75,7 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
     if (isHere) files->append(file);
   }
   if (!isSure) return Name::Unknown;
+  if (files->isEmpty()) absent_.insert(messageId);
   if (files->isEmpty() && !isErased) {
     // It may have had another name, or none, until now.
     const bool mayHaveHadAnother = listing_.IsUpset() || HasUnnamed();
@@ -144,8 +146,10 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
                                                   const QByteArray& data) {
   using Found = StoredCopies::Found;
   if (scope_.isEmpty()) return Found::None;
+  // Asked for the second time when another program has stored one meanwhile.
+  const bool isNamed = !absent_.remove(messageId);
   QString formerName;
-  const Found found = copies_.Find(messageId, data, listing_.IsListed(messageId), &formerName);
+  const Found found = copies_.Find(messageId, data, isNamed, listing_.IsListed(messageId), &formerName);
   switch (found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.

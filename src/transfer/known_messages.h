@@ -76,6 +76,7 @@ class KnownMessages {
   QString scope_;  // empty when the mailbox has no identifiers
   QStringList files_;
   QHash<QString, QStringList> unsure_;  // which files have a message of that name
+  QSet<QString> absent_;                // of which no file had a message when it was asked for
   StoredCopies copies_;
   std::optional<bool> hasUnnamed_;  // once it was asked
   QHash<QString, bool> hasErased_;  // by file
