@@ -172,10 +172,6 @@
         <translation>Import when sending and receiving has ended.</translation>
     </message>
     <message>
-        <source>%1通を取り込みました。</source>
-        <translation>%1 messages were imported. </translation>
-    </message>
-    <message>
         <source>%1通は保存済みでした。</source>
         <translation>%1 were stored already.</translation>
     </message>
@@ -2269,7 +2265,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>The message “%1” cannot be read and was not sent. </translation>
     </message>
     <message>
-        <source>次の宛先をサーバーに断られたので、送信しませんでした。</source>
+        <source>この宛先をサーバーに断られたので、送信しませんでした。</source>
         <translation>The server refused these recipients, so nothing was sent.</translation>
     </message>
     <message>
@@ -2708,7 +2704,19 @@ Open it?</translation>
     </message>
     <message>
         <source>サーバーの応答の順序が乱れています。</source>
-        <translation>The server's answers are out of step.</translation>
+        <translation>The server&apos;s answers are out of step.</translation>
+    </message>
+    <message>
+        <source>%1通を「%2」に取り込みました。</source>
+        <translation>Imported %1 messages into "%2".</translation>
+    </message>
+    <message>
+        <source>パスワードが分からないので、自動では受信しません。送受信を押すと入力できます。</source>
+        <translation>Not received automatically, since the password is not known. Press Send and receive to enter it.</translation>
+    </message>
+    <message>
+        <source>サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには残します。</source>
+        <translation>A message was received that is smaller than the server said. It stays on the server.</translation>
     </message>
 </context>
 </TS>

@@ -76,7 +76,7 @@ QJsonObject Describe(const QByteArray& source) {
   const QStringList textTypes = DefaultTextTypes();
   const MessageIndex index =
       IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
-  const auto records = MimeCodec::ParseContentIndex(index.content);
+  const auto records = MimeCodec::ParseContentIndex(index.content, source);
   TextRequest request;
   request.textTypes = textTypes;
   const QByteArrayView idName = "MESSAGE-ID:";

@@ -26,6 +26,8 @@ class RequestWindow {
   /// Whether the window is done with and may be unloaded.
   virtual bool Dust() const { return false; }
   virtual void Unload() = 0;
+  /// Messages were stored, sent or changed.
+  virtual void MessagesChanged() {}
 
   // Of property windows, for the steps that work on a window without showing it.
   virtual void SetObjectText(const QString&) {}

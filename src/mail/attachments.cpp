@@ -26,7 +26,8 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
     const bool isText = !record.hasName && textTypes.contains(record.type);
     hasText = hasText || isText;
     // The message's text once more, which is shown beside it.
-    const bool isHalf = hasText && !hasHtml && !record.hasName && record.type == u"text/html";
+    const bool isHalf = record.isAlternative && hasText && !hasHtml && !record.hasName &&
+                        record.type == u"text/html";
     hasHtml = hasHtml || record.type == u"text/html";
     if (isText || isHalf) continue;
     attachments.push_back(

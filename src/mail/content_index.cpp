@@ -120,6 +120,9 @@ class ContentReader {
     if (record.name.isEmpty()) record.name = type.Text("name");
     record.name = Sanitized(record.name);
     record.hasName = !record.name.isEmpty();
+    record.isAlternative = std::any_of(stack_.begin(), stack_.end(), [](const Multipart& open) {
+      return open.whole.type == u"multipart/alternative";
+    });
   }
 
   // The innermost open multipart whose delimiter the line is, or -1.
@@ -247,6 +250,21 @@ std::vector<ContentRecord> ParseContentIndex(const QString& index) {
     record.hasName = fields.size() == 7;
     record.name = fields.value(6);
     records.push_back(record);
+  }
+  return records;
+}
+
+std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayView source) {
+  std::vector<ContentRecord> records = ParseContentIndex(index);
+  const bool hasHtml = std::any_of(records.begin(), records.end(), [](const ContentRecord& record) {
+    return record.type == u"text/html";
+  });
+  if (!hasHtml) return records;
+  for (const ContentRecord& read : ReadContent(source)) {
+    const auto same =
+        std::find_if(records.begin(), records.end(),
+                     [&read](const ContentRecord& record) { return record.first == read.first; });
+    if (same != records.end()) same->isAlternative = read.isAlternative;
   }
   return records;
 }

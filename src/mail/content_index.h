@@ -21,6 +21,7 @@ struct ContentRecord {
   QString encoding;  ///< the transfer encoding in lower case, empty when there is none
   QString name;      ///< the file name
   bool hasName = false;
+  bool isAlternative = false;  ///< one of several forms of the same; not in the stored form
 
   qsizetype Size() const { return last - first + 1; }
 };
@@ -35,6 +36,8 @@ std::vector<ContentRecord> ReadContent(QByteArrayView source, qsizetype start = 
 /// by the character with code 0.
 QString FormatContentIndex(const std::vector<ContentRecord>& records);
 std::vector<ContentRecord> ParseContentIndex(const QString& index);
+/// Those of a stored form with what only the source tells (`isAlternative`).
+std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayView source);
 
 /// `ReadContent` in its stored form.
 QString ContentIndex(QByteArrayView source, qsizetype start = 0, qsizetype end = -1);

@@ -82,10 +82,18 @@ CharsetChoice WrittenCharset(QByteArrayView source, const QString& contentIndex,
                              CharsetChoice stored) {
   if (stored != CharsetChoice::Automatic) return stored;
   const auto records = MimeCodec::ParseContentIndex(contentIndex);
-  const bool isUtf8 =
-      !records.empty() &&
-      MimeCodec::DeclaredCharset(source, records.front()).family == Charset::Family::Utf8;
-  return isUtf8 ? CharsetChoice::Utf8 : CharsetChoice::Automatic;
+  if (records.empty()) return stored;
+  // JIS is what is written without a choice as well.
+  switch (MimeCodec::DeclaredCharset(source, records.front()).family) {
+    case Charset::Family::Utf8:
+      return CharsetChoice::Utf8;
+    case Charset::Family::ShiftJis:
+      return CharsetChoice::ShiftJis;
+    case Charset::Family::Euc:
+      return CharsetChoice::Euc;
+    default:
+      return stored;
+  }
 }
 
 }  // namespace vorn

@@ -318,7 +318,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
                         const QString& programLine) {
   MessageModel model;
   const QByteArrayView subjectName = "SUBJECT:";
-  const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
+  const auto records = MimeCodec::ParseContentIndex(message.contentIndex, message.source);
   ReadingCode code = message.charset;
   code.body = MimeCodec::TextCharset(message.source, records);
   const QString subject = MimeCodec::DecodeHeader(
@@ -349,7 +349,8 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
       model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
     }
   }
-  if (message.isWritten && mode == OpenMode::Show && settings.standardHeaders) {
+  const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
+  if (message.isWritten && isSame && settings.standardHeaders) {
     TakeReport(message, model);
   }
   if (mode == OpenMode::Receipt && settings.standardHeaders) {

@@ -22,6 +22,7 @@
 namespace vorn {
 namespace {
 
+const QString kUnasked = QStringLiteral("unasked");  // of automatic checking
 const QString kPeriodicSerial = QStringLiteral("maildefault");
 const QString kPeriodicMode = QStringLiteral("maildowndefault");
 const QString kReceiveMode = QStringLiteral("maildown");
@@ -48,6 +49,10 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
                                   const QString& file) {
   if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
   if ((flags & kPlanReceive) != 0) {
+    // Who asks for it now may be asked, also by what waits already.
+    for (const DiskPtr& job : jobs_) {
+      if (!runsPeriodically_) job->Let(kUnasked, false);
+    }
     AddReceiveJob(
         *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
   }
@@ -81,6 +86,7 @@ void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
       std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
   job->Let(QStringLiteral("mode"), kReceiveMode);
   job->Let(kDayTime, QString());
+  job->Let(kUnasked, runsPeriodically_ && Settings(context_)->Flag(u"Careful"));
   job->Set(QStringLiteral("account"), QVariant::fromValue(waiting));
   jobs_.Add(job);
 }
@@ -242,6 +248,14 @@ bool CheckPlan::MayReceive(Disk& job, Disk& account) {
                    sentence);
     return false;
   }
+  // Nobody asked for automatic checking, and whoever is writing would type into the question.
+  if (job.Flag(kUnasked) && !HasPassword(account)) {
+    LeaveOutReceiving(job, Ui::tr("パスワードが分からないので、自動では受信しません。送受信を"
+                                  "押すと入力できます。"));
+    if (toldOfNoPassword_.contains(account.SerialID())) LeaveOutReceiving(job, {});
+    toldOfNoPassword_.insert(account.SerialID());
+    return false;
+  }
   if (!KnowsPassword(account)) {
     LeaveOutReceiving(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     return false;
@@ -284,7 +298,7 @@ bool CheckPlan::KnowsPassword(Disk& account) {
 
 void CheckPlan::LeaveOutReceiving(Disk& job, const QString& sentence) {
   job.Let(QStringLiteral("log"), sentence);
-  job.Let(QStringLiteral("error"), true);
+  job.Let(QStringLiteral("error"), !sentence.isEmpty());
   job.Let(QStringLiteral("messages"), QString());
   job.Let(kProcess, 1);
 }

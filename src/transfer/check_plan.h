@@ -138,6 +138,7 @@ class CheckPlan {
   std::map<QString, Unstored> unstored_;  // by the job
   QHash<QString, QString> chosen_;        // accounts, by the messages that they were chosen for
   QSet<QString> toldOfNoAccount_;         // messages
+  QSet<QString> toldOfNoPassword_;        // accounts
   bool asking_ = false;
   bool runsPeriodically_ = false;
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer

@@ -387,7 +387,8 @@ void CheckPlan::RecordOutcome(const Disk& job, const Disk& message) {
   const QString refused = job.Text(u"refused");
   QString text;
   if (!refused.isEmpty()) {
-    text = Ui::tr("次の宛先をサーバーに断られたので、送信しませんでした。") + kLineBreak + refused;
+    // Its last line is what the status bar shows.
+    text = refused + kLineBreak + Ui::tr("この宛先をサーバーに断られたので、送信しませんでした。");
   } else if (job.Flag(u"doubtful")) {
     text = Ui::tr(
         "届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みに"

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mail/address.h"
+#include "mail/mime_codec.h"
 #include "storage/ui.h"
 #include "transfer/envelope_address.h"
 #include "transfer/server_words.h"
@@ -20,6 +21,15 @@ constexpr int kClosing = 421;
 
 bool HasEightBit(const QByteArray& bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+}
+
+// A receipt has no sender that a report on it could go to (RFC 8098 section 3).
+bool IsReceipt(const QByteArray& source) {
+  const QByteArrayView name = "Content-Type:";
+  const MimeCodec::HeaderParameters type(
+      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()));
+  return type.Main() == "multipart/report" &&
+         type.Bytes("report-type").toLower() == "disposition-notification";
 }
 
 }  // namespace
@@ -257,7 +267,8 @@ void SmtpSession::BeginEnvelope() {
   bool needsUtf8 = false;
   if (!TakeAddresses(paths, needsUtf8)) return;
   wire_ = WireMessage(job_.source);
-  QByteArray mail = "MAIL FROM:<" + paths.takeFirst() + '>';
+  const QByteArray sender = paths.takeFirst();
+  QByteArray mail = "MAIL FROM:<" + (IsReceipt(job_.source) ? QByteArray() : sender) + '>';
   for (const QByteArray& extension : extensions_) {
     if (extension != "SIZE" && !extension.startsWith("SIZE ")) continue;
     const qint64 limit = extension.mid(5).toLongLong();

@@ -397,7 +397,7 @@ TEST_F(OnceTest, CancellingLosesNothingOfSessionsThatHaveEnded) {
   traffic_.Plan().AddReceiveJob(accounts);
   traffic_.Plan().CreateMessagePlan(kPlanSend);
   cancelWhen([&] { return silent.Count("USER") == 1; });
-  EXPECT_EQ(host_.log.filter(QStringLiteral("次の宛先をサーバーに断られた")).size(), 1);
+  EXPECT_EQ(host_.log.filter(QStringLiteral("この宛先をサーバーに断られた")).size(), 1);
 }
 
 // The question comes by itself, perhaps to nobody: what has ended is recorded, no account and no

@@ -139,6 +139,36 @@ TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
   EXPECT_EQ(host_.passwordQuestions, 2);
 }
 
+// Whoever is writing while automatic checking begins would type into the question.
+TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
+  AddMessages(1);
+  const DiskPtr account =
+      profile_.AddAccount(server_.Port(), false, false, QStringLiteral("user"), QString());
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  account->Let(QStringLiteral("EventLog"), true);
+  host_.typedPassword = QStringLiteral("secret");
+  host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanReceive); };
+  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
+  ASSERT_NE(job, nullptr);
+  for (int check = 1; check <= 2; ++check) {
+    host_.log.clear();
+    job->Let(QStringLiteral("daytime"), QStringLiteral("2020-01-01 00:00:00.000"));
+    EXPECT_TRUE(WaitFor([&] {
+      traffic_.Tick();
+      return host_.periodic == check;
+    }));
+    for (int i = 0; i < 20; ++i) traffic_.Tick();
+    EXPECT_EQ(host_.log.filter(QStringLiteral("送受信を押すと")).size(), check == 1 ? 1 : 0);
+  }
+  EXPECT_EQ(host_.passwordQuestions, 0);
+  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), false);
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  EXPECT_EQ(Receive().stored, 1) << "whoever asks for it is asked";
+  EXPECT_EQ(host_.passwordQuestions, 1);
+}
+
 TEST_F(ReceiveTest, ASessionCanBeCancelledAtAnyMoment) {
   AddMessages(3);
   profile_.AddAccount(server_.Port(), true);

@@ -26,8 +26,10 @@ using test::WaitFor;
 TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   ObjectsWindow& window = Open(object_type::kAccount);
   Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("仕事"));
-  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("a@example.org"));
-  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("pop.example.org"));
+  // With the input method on, and blanks from where it was copied.
+  Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("ａ＠example.org"));
+  Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral(" pop.example.org "));
+  Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("１１０"));
   Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("a"));
   Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("pw"));
   PressOk();
@@ -47,6 +49,8 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
                            "OutMailServerPort OutMailServerProtocol OutMailServerSecurity "
                            "OutMailServerUser Parent System ToolTipText"));
   EXPECT_EQ(account->Get(u"InMailServerPort"), QVariant(QStringLiteral("110")));
+  EXPECT_EQ(account->Text(u"Mailaddress"), QStringLiteral("a@example.org"));
+  EXPECT_EQ(account->Text(u"InMailServer"), QStringLiteral("pop.example.org"));
   EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
   EXPECT_EQ(account->Get(u"Enabled"), QVariant(true));
   EXPECT_EQ(account->Text(u"Draw"), QStringLiteral("account"));

@@ -5,15 +5,21 @@
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPrintDialog>
 #include <QTableWidget>
+#include <QToolBar>
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
+#include "mail/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/standard_objects.h"
 #include "present/window/layout_window.h"
+#include "storage/databases.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -81,6 +87,82 @@ TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
   AwaitPainted(*View());
   EXPECT_TRUE(PageText().contains(u"xxx"));
   EXPECT_LE(width(), qMax(before, View()->width()));
+}
+
+// The page that was in use stays so while a message is read and printed over it.
+TEST_F(FolderPageTest, PrintingAMessageLeavesTheActivePage) {
+  Begin(2, 100);
+  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({2}), QString::fromUtf16(kShelf), {}));
+  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+  for (const QString& folder : {QString::fromUtf16(kShelf), fixed_serial::kInbox}) {
+    test::ClickRow(tree, Node(folder));
+    ASSERT_TRUE(WaitFor([&] {
+      const auto* frame = program_->Parent()->findChild<QMdiArea*>()->currentSubWindow();
+      const auto* browser = qobject_cast<BrowserWindow*>(frame->widget());
+      return Browsers().size() == 2 && browser != nullptr && browser->Tag() == folder;
+    }));
+  }
+  BrowserWindow* inbox = nullptr;
+  for (BrowserWindow* browser : Browsers()) {
+    if (browser->Tag() == fixed_serial::kInbox) inbox = browser;
+  }
+  ASSERT_NE(inbox, nullptr);
+  inbox->GoToMessage(QStringLiteral("mail_1"));
+  program_->Parent()->OpenMessage(0, QStringLiteral("mail_1"), false);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow& window = *TopLevel<MessageWindow>();
+  window.activateWindow();
+  const QString path = folder_.filePath(QStringLiteral("page.pdf"));
+  EXPECT_TRUE(
+      InModal<QPrintDialog>([&] { Child<QMenu>(window, u"menuFiles").actions()[6]->trigger(); },
+                            [&](QPrintDialog& dialog) {
+                              Child<QLineEdit>(dialog, u"filename").setText(path);
+                              QMetaObject::invokeMethod(&dialog, "accept");
+                            }));
+  ASSERT_TRUE(WaitFor([&] { return QFileInfo::exists(path) && Browsers().size() == 2; }));
+  window.close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
+  const auto status = [this](const char* serial) {
+    Context& context = program_->GetContext();
+    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+    context.Data.OpenRecordset(
+        QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = '%1'").arg(QLatin1String(serial)),
+        CursorKind::ForwardOnly);
+    const int value = context.Data.Recordset()->Fields(u"STATUS").toInt();
+    context.Data.Close();
+    return value;
+  };
+  EXPECT_TRUE(WaitFor([&] { return status("mail_1") == -4; }));
+  EXPECT_EQ(status("mail_2"), 4);
+}
+
+TEST_F(FolderPageTest, ADoubleClickIsOneCommand) {
+  Begin(3, 100);
+  auto& toolbar = Child<QToolBar>(*program_->Parent(), u"tbMain");
+  QAction* dust = program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"));
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen().size(), 1);
+  QWidget* button = toolbar.widgetForAction(dust);
+  QCursor::setPos(button->mapToGlobal(button->rect().center()));
+  MadeAnewBy([button] {
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTest::mouseDClick(button, Qt::LeftButton);
+  });
+  test::RunFor(200);
+  EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 2);
+  // A link of a row as well.
+  test::RunFor(QApplication::doubleClickInterval());
+  ClickLink(QStringLiteral("a[href^=\"replay:\" i]"));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  QWidget* page = View()->focusProxy();
+  QTest::mouseDClick(page, Qt::LeftButton, Qt::NoModifier, page->mapFromGlobal(QCursor::pos()));
+  test::RunFor(200);
+  int windows = 0;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    windows += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
+  }
+  EXPECT_EQ(windows, 1);
 }
 
 TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {

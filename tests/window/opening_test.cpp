@@ -123,10 +123,10 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
     EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
   };
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
-  EXPECT_EQ(told, QStringLiteral("2通を取り込みました。"));
+  EXPECT_EQ(told, QStringLiteral("2通を「受信」に取り込みました。"));
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
-  EXPECT_EQ(told, QStringLiteral("0通を取り込みました。2通は保存済みでした。"));
+  EXPECT_EQ(told, QStringLiteral("0通を「受信」に取り込みました。2通は保存済みでした。"));
   const QString out = folder_.path() + QStringLiteral("/out");
   run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), out);
   EXPECT_EQ(told, QStringLiteral("2通を書き出しました。"));

@@ -24,6 +24,7 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
+  EXPECT_EQ(smtp_.Messages()[0].from, QByteArray()) << "nobody reports on a receipt";
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(Gone());
   Open(serial).close();

@@ -51,6 +51,9 @@ TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
   Press(Button(again, u"cmSendAgain"));
   EXPECT_TRUE(Status(serials[0], 3));
   EXPECT_EQ(smtp_.Messages().size(), 3);
+  EXPECT_TRUE(WaitFor([&again] {
+    return !again.findChild<QAction*>(QStringLiteral("mailupdelete"))->isVisible();
+  })) << "the window does not go on to say that it waits";
   CloseAndWait(again);
 
   MessageWindow& keep = Open(serials[1]);
@@ -109,6 +112,46 @@ TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   ASSERT_EQ(smtp_.Messages().size(), 1);
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("From: alias@example.jp\r\n"));
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Sender: "));
+}
+
+// The button that sends stands where the one that answers stood.
+TEST_F(SendingWindowTest, ADoubleClickOnReplyingSendsNothing) {
+  MessageWindow& window = OpenStored(kPlain, kStatusReceived);
+  auto& toolbar = *window.findChild<QToolBar*>(QStringLiteral("tbMenu"));
+  const QAction* reply = window.findChild<QAction*>(QStringLiteral("replay"));
+  const QPoint at = toolbar.actionGeometry(const_cast<QAction*>(reply)).center();
+  QCursor::setPos(toolbar.mapToGlobal(at));
+  QTest::mouseClick(toolbar.childAt(at), Qt::LeftButton);
+  ASSERT_TRUE(WaitFor([&] { return toolbar.childAt(at) != nullptr && window.isVisible(); }));
+  EXPECT_EQ(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly(), false);
+  QTest::mouseDClick(toolbar.childAt(at), Qt::LeftButton);
+  QTest::mouseClick(toolbar.childAt(at), Qt::LeftButton);
+  test::RunFor(300);
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(smtp_.Messages().isEmpty());
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
+// What is typed into a message while the question comes up is no password.
+TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
+  MessageWindow& window = New();
+  window.activateWindow();
+  ASSERT_TRUE(WaitFor([&window] { return window.isActiveWindow(); }));
+  QString answer = QStringLiteral("unasked");
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&] { answer = program_->Parent()->AskPassword(QStringLiteral("a")); },
+      [](ConsoleWindow& question) {
+        QWidget* focus = question.focusWidget() == nullptr ? &question : question.focusWidget();
+        QTest::keyClicks(focus, QStringLiteral("private words"));
+        QTest::keyClick(focus, Qt::Key_Return);
+        if (question.isVisible()) question.close();
+      }));
+  EXPECT_EQ(answer, QString());
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
 }
 
 TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {

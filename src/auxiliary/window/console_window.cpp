@@ -94,7 +94,7 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
     }
     text_->setText(initial);
     text_->selectAll();
-    text_->setFocus();
+    request->Flag(u"TakesKeys", true) ? text_->setFocus() : setFocus();
   } else if (mode_ == u"slider") {
     slider_->setRange(request->Number(u"Min"), request->Number(u"Max"));
     slider_->setTickInterval(request->Number(u"Split", 1));
@@ -205,6 +205,12 @@ QString InputText(Context& context, QWidget* parent, const QString& title, const
                   const QString& text, const QString& passwordCharacter) {
   return Ask(context, parent, u"text", title, caption,
              {{u"Default", text}, {u"PasswordChar", passwordCharacter}});
+}
+
+QString InputPassword(Context& context, QWidget* parent, const QString& title,
+                      const QString& caption, bool takesKeys) {
+  return Ask(context, parent, u"text", title, caption,
+             {{u"PasswordChar", QStringLiteral("*")}, {u"TakesKeys", takesKeys}});
 }
 
 QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,

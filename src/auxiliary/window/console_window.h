@@ -48,6 +48,9 @@ class ConsoleWindow : public QDialog {
 
 QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
                   const QString& text, const QString& passwordCharacter = {});
+/// Masked. Without `takesKeys` the box has no focus until the user gives it to it.
+QString InputPassword(Context& context, QWidget* parent, const QString& title,
+                      const QString& caption, bool takesKeys);
 QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
                     qint32 position, qint32 step, qint32 minimum, qint32 maximum);
 /// `draw` filters the objects of the tree (see `SelectObjects`).

@@ -111,7 +111,9 @@ void ParentWindow::Import(const QStringList& paths) {
   }
   MessageStored();
   const QString text =
-      Ui::tr("%1通を取り込みました。").arg(counts.imported) +
+      Ui::tr("%1通を「%2」に取り込みました。")
+          .arg(counts.imported)
+          .arg(NodeText(fixed_serial::kInbox)) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
   if (!error.isEmpty()) {
     ShowBox(this, QMessageBox::Warning, error + u'\n' + text);

@@ -19,6 +19,7 @@
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/second_click.h"
 
 namespace vorn {
 
@@ -99,6 +100,7 @@ void ParentWindow::BuildToolbar() {
   tbMain_ = addToolBar(Ui::tr("ツールバー"));
   tbMain_->setObjectName(QStringLiteral("tbMain"));
   tbMain_->setMovable(false);
+  connect(tbMain_, &QToolBar::actionTriggered, this, [] { new SecondClick; });
   tbMain_->setIconSize(QSize(20, 20));
   tbMain_
       ->addAction(Icon(QStringLiteral("maildown")), Ui::tr("送受信"), this,

@@ -97,8 +97,8 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
 
 // The one that was used last.
 BrowserWindow* ParentWindow::ActiveBrowser() const {
-  const QMdiSubWindow* frame = area_->activeSubWindow();
-  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::StackingOrder).value(0);
+  const QMdiSubWindow* frame = area_->currentSubWindow();  // also while another window is in front
+  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::ActivationHistoryOrder).value(0);
   auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
   return browser != nullptr && browser->IsLocal() ? browser : nullptr;
 }

@@ -253,6 +253,7 @@ void ParentWindow::RefreshFolders() {
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     if (browser->IsLocal()) browser->Refresh();
   }
+  for (RequestWindow* window : OpenWindows()) window->MessagesChanged();
 }
 
 bool ParentWindow::IsEnabled() const {
@@ -451,9 +452,11 @@ QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt)
 }
 
 QString ParentWindow::AskPassword(const QString& account) {
-  return InputText(context_, this, Ui::tr("パスワード"),
-                   Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
-                   QString(), QStringLiteral("*"));
+  // What is being typed into another window is no password.
+  const bool takesKeys = QApplication::activeWindow() == this;
+  return InputPassword(
+      context_, this, Ui::tr("パスワード"),
+      Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account), takesKeys);
 }
 
 void ParentWindow::WorkIsHeld(const QString& sentence) {

@@ -31,7 +31,6 @@
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
-#include "mail/window/second_click.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -39,9 +38,13 @@
 #include "storage/private_files.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/second_click.h"
 
 namespace vorn {
 namespace {
+
+// What is sent by a slow double click cannot be taken back.
+constexpr int kTimesAfterSending = 2;
 
 const QString kProcess = QStringLiteral("process");
 constexpr qsizetype kSourceShown = 1024 * 1024;
@@ -122,7 +125,7 @@ void MessageWindow::Send() {
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
   if (close()) {
-    new SecondClick;
+    new SecondClick(kTimesAfterSending);
     return;
   }
   request_->Let(QStringLiteral("send"), false);
@@ -199,6 +202,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
   // shown.
   Open(false, source_);
   MarkEdited();
+  new SecondClick(kTimesAfterSending);  // the button that sends stands there now
 }
 
 void MessageWindow::ToggleDust() {

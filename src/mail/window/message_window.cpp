@@ -20,11 +20,14 @@
 #include "mail/drafts.h"
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
+#include "mail/outbox.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 
@@ -309,6 +312,14 @@ void MessageWindow::ShowModal() {
   QEventLoop loop;
   connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
   loop.exec();
+}
+
+// What waits may be sent while its window is open.
+void MessageWindow::MessagesChanged() {
+  if (request_ == nullptr || closed_ || !IsWaiting() || doubt_->isVisible()) return;
+  WaitingMessage waiting;
+  Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
+  if (outbox.Read(tag_, waiting) == Outbox::Reading::Gone) Open();
 }
 
 void MessageWindow::Activate() {

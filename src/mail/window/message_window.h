@@ -41,6 +41,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ShowModal() override;
   void Activate() override;
   bool Dust() const override { return dust_; }
+  void MessagesChanged() override;
   void Unload() override { deleteLater(); }
 
   /// Brings the buttons and menus in line with the message's status and the settings.

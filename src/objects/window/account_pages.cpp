@@ -26,6 +26,11 @@ bool HasControlCharacter(const QString& text) {
                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
 }
 
+// As it is typed while an input method is on: in full-width characters, with blanks around.
+void Narrow(QLineEdit& box) {
+  box.setText(box.text().normalized(QString::NormalizationForm_KC).trimmed());
+}
+
 }  // namespace
 
 // --- account -----------------------------------------------------------------------------------
@@ -38,6 +43,7 @@ AccountPage::AccountPage() : FormPage(object_type::kAccount, Ui::tr("アカウ�
 }
 
 PageFault AccountPage::Check() {
+  Narrow(*txMailaddress_);
   const QString address = txMailaddress_->text();
   if (!address.contains(u'@') || address.contains(u' ') || HasControlCharacter(address)) {
     return {Ui::tr("メールアドレスは「名前@ドメイン」の形で入力してください。"), txMailaddress_};
@@ -156,6 +162,8 @@ void ServerPage::ShowResult(bool ok, const QString& text) {
 }
 
 PageFault ServerPage::Check() {
+  Narrow(*server_);
+  Narrow(*port_);
   if (HasControlCharacter(server_->text()) || server_->text().contains(u' ')) {
     return {Ui::tr("サーバー名に使えない文字があります。"), server_};
   }

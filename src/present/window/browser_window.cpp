@@ -23,6 +23,7 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/second_click.h"
 
 namespace vorn {
 
@@ -111,6 +112,7 @@ void BrowserWindow::UsePage(bool local) {
   wbUrl_->setPage(page_);
   connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
     host_.OpenMessage(command.openMode, command.serialId, command.isNew);
+    new SecondClick;
   });
   connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);

@@ -7,15 +7,15 @@
 
 namespace vorn {
 
-/// Who double-clicks a button that closes its window does not mean what lies behind the window:
-/// swallows presses at the place of the pointer for as long as a double click may last.
+/// Who double-clicks a button means it once, and not what stands in its place afterwards: swallows
+/// presses at the place of the pointer for as long as a double click may last, or `times` as long.
 class SecondClick : public QObject {
   Q_OBJECT
 
  public:
-  SecondClick() : at_(QCursor::pos()) {
+  explicit SecondClick(int times = 1) : at_(QCursor::pos()) {
     qApp->installEventFilter(this);
-    QTimer::singleShot(QApplication::doubleClickInterval(), this, &QObject::deleteLater);
+    QTimer::singleShot(times * QApplication::doubleClickInterval(), this, &QObject::deleteLater);
   }
 
  protected:
