@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mail/compose_message.h"
+#include "mail/message_code.h"
 #include "mail/message_index.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
@@ -112,6 +113,9 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
       "Content-Type: text/html\r\n\r\n<p>t\r\n--b--\r\n";
   EXPECT_TRUE(Open(Forward, both).attachments.empty());
   EXPECT_EQ(Open(Forward, "Content-Type: text/html\r\n").attachments.size(), 1U);
+  QByteArray beside = both;
+  beside.replace("alternative", "mixed");
+  EXPECT_EQ(Open(Forward, beside).attachments.size(), 1U) << "something else than the text";
 
   const QByteArray file = "Content-Type: application/pdf\r\n";
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));
@@ -227,9 +231,23 @@ TEST_F(OpenModes, ADraftKeepsItsThreadAndItsText) {
   message.source = first;
   message.contentIndex = IndexMessage(first, {}, {settings_.textTypes, true}).content;
   message.isWritten = true;
-  receipt = OpenSource(message, Show, false, settings_, {}, {});
-  EXPECT_TRUE(receipt.attachments.empty());
-  EXPECT_EQ(ComposeMessage(receipt, options), first);
+  for (const OpenMode mode : {Show, Resend}) {
+    receipt = OpenSource(message, mode, false, settings_, {}, {});
+    EXPECT_TRUE(receipt.attachments.empty());
+    EXPECT_TRUE(ComposeMessage(receipt, options).endsWith(first.mid(first.indexOf("\r\n\r\n"))));
+  }
+}
+
+TEST_F(OpenModes, ADraftKeepsTheCodeThatWasChosen) {
+  const auto choice = [this](const QByteArray& label) {
+    const QByteArray source = "Content-Type: text/plain; charset=" + label + "\r\n\r\nascii\r\n";
+    return WrittenCharset(source, IndexMessage(source, {}, {settings_.textTypes}).content,
+                          CharsetChoice::Automatic);
+  };
+  EXPECT_EQ(choice("Shift_JIS"), CharsetChoice::ShiftJis);
+  EXPECT_EQ(choice("EUC-JP"), CharsetChoice::Euc);
+  EXPECT_EQ(choice("UTF-8"), CharsetChoice::Utf8);
+  EXPECT_EQ(choice("ISO-2022-JP"), CharsetChoice::Automatic) << "what is written without a choice";
 }
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
