@@ -30,11 +30,15 @@ int Rules(Context& context, const Arguments& arguments);
 int Import(Context& context, const Arguments& arguments);
 int Export(Context& context, const Arguments& arguments);
 int CheckFiles(Context& context, const Arguments& arguments);
+/// Opens a stored message as a window does, which marks it as opened.
+int OpenStored(Context& context, const Arguments& arguments);
 
 // These need no data folder.
 
 int Inspect(const Arguments& arguments);
 int OpenFile(const Arguments& arguments);
+/// Whether what is to be opened is the serial identifier of a message, and no file.
+bool IsStoredMessage(const Arguments& arguments);
 int Compose(const Arguments& arguments);
 
 // What the commands share.

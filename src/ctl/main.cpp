@@ -38,7 +38,7 @@ constexpr char16_t kUsage[] =
     u"  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]\n"
     u"  check [--accept-damage] [--json]\n"
     u"  inspect ファイル|- [--json]\n"
-    u"  open 0-6 ファイル|- [--json]\n"
+    u"  open 0-6 ファイル|-|メッセージ [--json]\n"
     u"  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名\n"
     u"      --body-file ファイル [--attach ファイル]... [--charset jis|euc|sjis|utf8|auto]\n"
     u"      [--mime base64|qp|uu] --out ファイル\n"
@@ -80,6 +80,7 @@ const QList<Command>& Commands() {
        CheckFiles,
        {QStringLiteral("json"), QStringLiteral("accept-damage")}},
       {QStringLiteral("rules"), Rules, {QStringLiteral("json")}},
+      {QStringLiteral("open"), OpenStored, {QStringLiteral("json")}},
       {QStringLiteral("page"), WritePage, {QStringLiteral("page"), QStringLiteral("out")}},
   };
   return commands;
@@ -167,7 +168,7 @@ int Run(const QStringList& line) {
   const QString words = arguments.Words().join(u' ');
   const QString first = words.section(u' ', 0, 0);
   if (first == u"inspect") return Inspect(arguments);
-  if (first == u"open") return OpenFile(arguments);
+  if (first == u"open" && !IsStoredMessage(arguments)) return OpenFile(arguments);
   if (first == u"compose") return Compose(arguments);
   for (const Command& command : Commands()) {
     if (words == command.name || words.startsWith(command.name + u' ')) {

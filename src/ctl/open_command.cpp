@@ -1,3 +1,4 @@
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -6,6 +7,7 @@
 #include "mail/message_code.h"
 #include "mail/message_index.h"
 #include "mail/message_model.h"
+#include "mail/open_message.h"
 #include "storage/time_text.h"
 
 namespace vorn::ctl {
@@ -34,15 +36,35 @@ QJsonObject Describe(const MessageModel& model) {
           {QStringLiteral("headerRows"), QJsonArray::fromStringList(model.headerRows)}};
 }
 
+// The mode in the arguments, or -1 after a complaint.
+int ModeIn(const Arguments& arguments) {
+  bool isNumber = false;
+  const int mode = arguments.Words().value(1).toInt(&isNumber);
+  if (isNumber && mode >= 0 && mode <= kLastMode && !arguments.Words().value(2).isEmpty()) {
+    return mode;
+  }
+  Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル|メッセージ [--json]"), 0);
+  return -1;
+}
+
+// The links of a page open replies and forwards as new messages.
+bool IsNew(int mode) {
+  return mode >= 1 && mode <= 3;
+}
+
+int PrintModel(const Arguments& arguments, const MessageModel& model) {
+  Print(arguments.Has(QStringLiteral("json"))
+            ? QString::fromUtf8(QJsonDocument(Describe(model)).toJson(QJsonDocument::Compact))
+            : model.subject + QStringLiteral("\n\n") + model.text);
+  return kExitOk;
+}
+
 }  // namespace
 
 int OpenFile(const Arguments& arguments) {
-  bool isNumber = false;
-  const int mode = arguments.Words().value(1).toInt(&isNumber);
+  const int mode = ModeIn(arguments);
+  if (mode < 0) return kExitUsage;
   const QString name = arguments.Words().value(2);
-  if (!isNumber || mode < 0 || mode > kLastMode || name.isEmpty()) {
-    return Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル [--json]"), kExitUsage);
-  }
   const auto source = ReadFile(name);
   if (!source) {
     return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
@@ -57,15 +79,29 @@ int OpenFile(const Arguments& arguments) {
   message.addressLines = index.addressLines;
   message.charset = StoredCharset(index.flags);
   message.timestamp = GeneralTimeText(CurrentTimeText());
-  // The links of a page open replies and forwards as new messages.
-  const bool isNew = mode >= 1 && mode <= 3;
-  const MessageModel model = OpenSource(message, static_cast<OpenMode>(mode), isNew, settings, {},
-                                        QStringLiteral(".VORN <" VORN_VERSION ">"));
-  const QJsonObject object = Describe(model);
-  Print(arguments.Has(QStringLiteral("json"))
-            ? QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-            : model.subject + QStringLiteral("\n\n") + model.text);
-  return kExitOk;
+  return PrintModel(arguments,
+                    OpenSource(message, static_cast<OpenMode>(mode), IsNew(mode), settings, {},
+                               QStringLiteral(".VORN <" VORN_VERSION ">")));
+}
+
+bool IsStoredMessage(const Arguments& arguments) {
+  const QString name = arguments.Words().value(2);
+  return name.startsWith(u"mail_") && !QFileInfo::exists(name);
+}
+
+int OpenStored(Context& context, const Arguments& arguments) {
+  const int mode = ModeIn(arguments);
+  if (mode < 0) return kExitUsage;
+  Disk request(arguments.Words().value(2));
+  request.Let(QStringLiteral("open"), mode);
+  request.Let(QStringLiteral("new"), IsNew(mode));
+  const OpenedMessage opened = OpenMessage(context, request);
+  if (opened.unreadable || !opened.found) {
+    return Complain(
+        QStringLiteral("メッセージ「%1」を読み込めません。").arg(arguments.Words().value(2)),
+        kExitFailure);
+  }
+  return PrintModel(arguments, opened.model);
 }
 
 }  // namespace vorn::ctl

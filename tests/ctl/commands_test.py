@@ -131,6 +131,18 @@ class Commands(unittest.TestCase):
         opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
         self.assertIn("会議の資料をお送りします。", opened["text"])
 
+    def test_a_stored_message_is_opened_as_its_window_opens_it(self):
+        self.add_account("--default")
+        self.receive()
+        rows = [json.loads(line) for line in self.run_ctl("list", "受信", "--json").splitlines()]
+        for row in rows[:3]:
+            opened = json.loads(self.run_ctl("open", "0", row["serialId"], "--json"))
+            self.assertEqual(opened["subject"], row["subject"])
+        reply = json.loads(self.run_ctl("open", "2", rows[0]["serialId"], "--json"))
+        self.assertIn(("FROM", "y@example.org"),
+                      [(entry["kind"], entry["address"]) for entry in reply["addresses"]])
+        self.run_ctl("open", "0", "mail_nobody", code=1)
+
     def test_a_command_that_failed_can_be_given_again(self):
         """Of several files to send, all wait or none, so that none is sent twice."""
         self.add_account()

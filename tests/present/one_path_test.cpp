@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 
 #include "mail/charset_recognition.h"
+#include "mail/code_page_932.h"
 #include "mail/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/message_code.h"
@@ -16,6 +17,7 @@
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "present/message_list_page.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
 
@@ -25,6 +27,7 @@ namespace {
 using test::TestProfile;
 
 constexpr int kMessages = 2000;
+constexpr qsizetype kSurelyShown = 12;  // characters, of the bytes that a page shows of a text
 
 enum class Code { Ascii, Jis, Euc, ShiftJis, Utf8, Gb18030, Koi8R };
 
@@ -179,6 +182,25 @@ class OnePathTest : public testing::Test {
     EXPECT_TRUE(MailStore(TheContext()).UpdateMessageState(kStateFlag, request, true));
   }
 
+  struct PageRow {
+    QString serial, subject, text;
+  };
+  // Every message of the inbox as a line of a folder's page: a link, its subject and its text.
+  QByteArray AllOnOnePage() {
+    const auto layout = std::make_shared<Disk>(fixed_serial::kLayout);
+    layout->Let(fixed_serial::kInbox + QStringLiteral("_html"),
+                QStringLiteral("<+MAIL>\n<+DIALOG>x<+DIALOG>|<+SUBJECT>|<+TEXT>"));
+    TheContext().Objects.Remove(fixed_serial::kLayout);
+    TheContext().Objects.Add(layout);
+    Settings(TheContext())->Let(QStringLiteral("MessagesEdit"), false);
+    Settings(TheContext())->Let(QStringLiteral("PageEscape"), false);
+    bool before = false;
+    bool next = false;
+    const QString path =
+        MessageListPages(TheContext()).CreateMessageListPage(fixed_serial::kInbox, 1, before, next);
+    return test::ReadFile(path);
+  }
+
   TestProfile profile_;
 };
 
@@ -190,6 +212,7 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
   Generator generator;
   int failures = 0;
   int numbered = 0;
+  std::vector<PageRow> pages;
   for (int number = 0; number < kMessages && failures < 5; ++number) {
     const Generated message = generator.Next(number);
     const QString serial = profile_.Store(message.source);
@@ -219,6 +242,16 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
       agrees("preview", GetMessageText(message.source, index.content, preview).text, message.text);
     }
     agrees("list", index.subject, message.subject);
+    // The page shows the beginning of the text.
+    const QString line = message.text.section(QStringLiteral("\r\n"), 0, 0);
+    pages.push_back({serial, message.subject, line.left(kSurelyShown)});
+  }
+  const QByteArray page = AllOnOnePage();
+  for (size_t i = 0; i < pages.size() && !HasFailure(); ++i) {
+    const QByteArray wanted =
+        ToCodePage932(QStringLiteral("preview:%1\">x</A>|%2|%3")
+                          .arg(pages[i].serial, pages[i].subject, pages[i].text));
+    EXPECT_TRUE(page.contains(wanted)) << wanted.toStdString();
   }
   // Those in one code throughout keep its number.
   EXPECT_GT(numbered, kMessages / 20);

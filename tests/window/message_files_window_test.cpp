@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QListWidget>
@@ -39,6 +40,34 @@ TEST_F(MessageWindowTest, FilesAreWrittenAsTheyAre) {
   EXPECT_EQ(test::ReadFile(path), kPlain);
   window.close();
   EXPECT_TRUE(Gone());
+}
+
+// What stands in a row without Enter is saved and shown as it stands there.
+TEST_F(MessageWindowTest, ARowThatIsBeingTypedInIsSavedAndShown) {
+  MessageWindow& window = OpenStored(kDraft, kStatusEdit);
+  const auto type = [&window](const char16_t* list, int column, const char16_t* box,
+                              const QString& text) {
+    auto& rows = Child<QTableWidget>(window, list);
+    const int row = rows.rowCount() - 1;
+    rows.setCurrentCell(row, column);
+    rows.editItem(rows.item(row, column));
+    Type(Child<QLineEdit>(window, box), text);
+  };
+  const QString path = folder_.filePath(QStringLiteral("typed.eml"));
+  type(u"lvHeader", 0, u"txHeader", QStringLiteral("Mark: typed"));
+  EXPECT_TRUE(SaveAs(window, path));
+  EXPECT_TRUE(test::ReadFile(path).contains("X-Mark: typed\r\n"));
+  type(u"lvMailaddress", 1, u"txMailaddress", QStringLiteral("last@example.jp"));
+  Menu(window, u"menuViews").actions().last()->trigger();
+  const auto* source = window.findChild<QDialog*>(QStringLiteral("source"));
+  ASSERT_NE(source, nullptr);
+  EXPECT_TRUE(source->findChild<QPlainTextEdit*>()->toPlainText().contains(u"last@example.jp"));
+  type(u"lvHeader", 0, u"txHeader", QStringLiteral("Other: closed"));
+  const QString serial = window.Tag();
+  window.close();
+  EXPECT_TRUE(Gone());
+  const QByteArray stored = Column(serial, QStringLiteral("MAIL")).toByteArray();
+  EXPECT_TRUE(stored.contains("X-Mark: typed\r\n") && stored.contains("X-Other: closed\r\n"));
 }
 
 // The line that ends a message of the program's own stays in the store.
