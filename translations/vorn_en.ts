@@ -2708,7 +2708,7 @@ Open it?</translation>
     </message>
     <message>
         <source>%1通を「%2」に取り込みました。</source>
-        <translation>Imported %1 messages into "%2".</translation>
+        <translation>Imported %1 messages into &quot;%2&quot;.</translation>
     </message>
     <message>
         <source>パスワードが分からないので、自動では受信しません。送受信を押すと入力できます。</source>
@@ -2717,6 +2717,10 @@ Open it?</translation>
     <message>
         <source>サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには残します。</source>
         <translation>A message was received that is smaller than the server said. It stays on the server.</translation>
+    </message>
+    <message>
+        <source>「%1」を開くプログラムがありません。</source>
+        <translation>There is no program that opens "%1".</translation>
     </message>
 </context>
 </TS>

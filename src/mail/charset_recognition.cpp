@@ -22,6 +22,43 @@ bool AnyEscape(QByteArrayView bytes, IsWanted isWanted) {
   return false;
 }
 
+constexpr qsizetype kSurelyWords = 8;
+constexpr qsizetype kRareShare = 6;  // of the kana that are halves of them
+
+bool IsHalfKana(QChar c) {
+  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
+}
+
+// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, and none
+// that no word begins with (small ones, ｰ and ﾝ) at the begin of one.
+bool StandsWell(const QString& text, qsizetype at) {
+  const char16_t kana = text[at].unicode();
+  const char16_t before = at > 0 ? text[at - 1].unicode() : 0;
+  const bool isHa = before >= 0xFF8A && before <= 0xFF8E;
+  if (kana == 0xFF9F) return isHa;
+  if (kana == 0xFF9E) return isHa || before == 0xFF73 || (before >= 0xFF76 && before <= 0xFF84);
+  const bool endsWord = (kana >= 0xFF67 && kana <= 0xFF70) || kana == 0xFF9D;
+  return before >= 0x80 || !endsWord;
+}
+
+// Half-width kana alone, in Shift_JIS, are ideographs in EUC, of which an unlikely share is of
+// those that are seldom used (level 2, from row 48 on): those that the kana from ﾐ on begin.
+bool AreHalfKanaWords(const QString& text, QByteArrayView bytes) {
+  qsizetype kana = 0;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    if (text[at].unicode() < 0x80) continue;
+    if (!IsHalfKana(text[at]) || !StandsWell(text, at)) return false;
+    ++kana;
+  }
+  qsizetype rare = 0;
+  for (qsizetype at = 0; at + 1 < bytes.size(); ++at) {
+    if ((bytes[at] & 0x80) == 0) continue;
+    rare += static_cast<unsigned char>(bytes[at]) >= 0xD0 ? 1 : 0;
+    ++at;
+  }
+  return kana >= kSurelyWords && rare * kRareShare >= kana;
+}
+
 }  // namespace
 
 // A code read as another one gives half-width kana, rare ideographs and private characters where
@@ -80,6 +117,7 @@ Charset RecognizeCharset(QByteArrayView bytes) {
   const DecodedText euc = Decode({Family::Euc, {}}, bytes, isSample);
   const DecodedText shiftJis = Decode({Family::ShiftJis, {}}, bytes, isSample);
   if (euc.clean && shiftJis.clean) {
+    if (AreHalfKanaWords(shiftJis.text, bytes)) return {Family::ShiftJis, {}};
     const bool isEuc = Likelihood(euc.text) >= Likelihood(shiftJis.text);
     return {isEuc ? Family::Euc : Family::ShiftJis, {}};
   }

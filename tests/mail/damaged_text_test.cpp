@@ -92,5 +92,23 @@ TEST(DamagedText, OneDamagedByteSpoilsAFewCharactersAlone) {
   }
 }
 
+// Half-width kana alone have the bytes of ideographs in EUC, and names with old ideographs those of
+// kana.
+TEST(UnlabelledText, HalfWidthKanaAloneAreWordsOrElseEuc) {
+  const auto family = [](const QString& text, MimeCodec::OutputCharset code) {
+    return RecognizeCharset(*MimeCodec::EncodeText(text, code)).family;
+  };
+  for (const char16_t* words :
+       {u"ｶﾌﾞｼｷｶﾞｲｼｬ", u"ﾔﾏﾀﾞﾀﾛｳﾔﾏﾀﾞ", u"ｼｽﾃﾑ ｴﾗｰ ﾉ ｵｼﾗｾ", u"ﾒﾝﾃﾅﾝｽ ﾚﾎﾟｰﾄ"}) {
+    EXPECT_EQ(family(QString::fromUtf16(words), MimeCodec::OutputCharset::ShiftJis),
+              Charset::Family::ShiftJis)
+        << QString::fromUtf16(words).toStdString();
+  }
+  for (const char16_t* name : {u"廣瀬龍崎", u"齋藤渡邊", u"瀧澤彌生", u"會議室", u"國分寺驛"}) {
+    EXPECT_EQ(family(QString::fromUtf16(name), MimeCodec::OutputCharset::Euc), Charset::Family::Euc)
+        << QString::fromUtf16(name).toStdString();
+  }
+}
+
 }  // namespace
 }  // namespace vorn

@@ -1,6 +1,7 @@
 // Messages being read in windows: receipts, the next message, and one that is erased meanwhile.
 
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -111,6 +112,34 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForAlsoWhenTheNextMessageWantsOne) {
       }));
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
+// A message that came as a file of another one is opened, called by its subject, and answered.
+TEST_F(MessageWindowTest, AMessageWithinAMessageHasAWindowOfItsOwn) {
+  Settings(Context())->Let(QStringLiteral("StandardHeaders"), true);
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nSubject: outer\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n"
+      "--b\r\n\r\nsee below\r\n--b\r\nContent-Type: message/rfc822\r\n\r\n" +
+          kPlain + "\r\n--b--\r\n",
+      kStatusReceived);
+  auto& list = Child<QListWidget>(window, u"lvClip");
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_TRUE(list.item(0)->text().startsWith(u"hello.eml")) << list.item(0)->text().toStdString();
+  list.setCurrentRow(0);
+  Q_EMIT list.itemActivated(list.item(0));
+  MessageWindow* inner = nullptr;
+  ASSERT_TRUE(WaitFor([&] {
+    for (QWidget* open : QApplication::topLevelWidgets()) {
+      auto* message = qobject_cast<MessageWindow*>(open);
+      if (message != nullptr && message != &window && message->isVisible()) inner = message;
+    }
+    return inner != nullptr;
+  }));
+  EXPECT_EQ(Child<QLineEdit>(*inner, u"txSubject").text(), QStringLiteral("hello"));
+  EXPECT_TRUE(Child<QPlainTextEdit>(*inner, u"txMemo").toPlainText().contains(u"second line"));
+  inner->close();
   window.close();
   EXPECT_TRUE(Gone());
 }

@@ -99,6 +99,7 @@ class ParentWindow : public QMainWindow,
                     const QString& subject) override {
     return traffic_.Plan().ChooseSender(serialId, addressLines, subject);
   }
+  void OpenMessageFile(const QString& path) override { OpenArgument(path); }
   void PostMail(const MailRequest& request) override { queue_.PostMailRequest(request); }
   void PrintPageFile(const QString& path) override;
   QString NeighbourMessage(const QString& serialId, int step) override;

@@ -242,10 +242,17 @@ void AttachmentList::OpenCurrent() {
   const int row = currentRow();
   if (row < 0) return;
   const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
-  if (!MayOpen(attachment)) return;
+  // A message is shown by the program itself, and does nothing.
+  const bool isMessage = attachment.type.compare(u"message/rfc822", Qt::CaseInsensitive) == 0 ||
+                         attachment.name.endsWith(u".eml", Qt::CaseInsensitive);
+  if (!isMessage && !MayOpen(attachment)) return;
   const QString path = WorkingPath(attachment.name);
-  if (WriteTo(path, attachment) && MakePrivate(path))
-    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  if (!WriteTo(path, attachment) || !MakePrivate(path)) return;
+  if (isMessage) {
+    Q_EMIT MessageOpened(path);
+  } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+    Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(attachment.name));
+  }
 }
 
 void AttachmentList::RemoveSelected() {

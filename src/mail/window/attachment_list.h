@@ -47,6 +47,8 @@ class AttachmentList : public QListWidget {
 
  Q_SIGNALS:
   void Edited();
+  /// A message among the files is to be shown; it was written to `path`.
+  void MessageOpened(const QString& path);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

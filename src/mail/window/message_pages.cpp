@@ -110,6 +110,8 @@ QWidget* MessageWindow::BuildMailPage() {
   grid->addWidget(lvMailaddress_, 1, 1);
 
   lvClip_ = new AttachmentList(context_);
+  connect(lvClip_, &AttachmentList::MessageOpened, this,
+          [this](const QString& path) { host_.OpenMessageFile(path); });
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 2, lbClip_, lvClip_);
