@@ -173,7 +173,7 @@
     </message>
     <message>
         <source>%1通は保存済みでした。</source>
-        <translation>%1 were stored already.</translation>
+        <translation> %1 were stored already.</translation>
     </message>
     <message>
         <source>フォルダ「%1」の書き出し</source>

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "mail/content_index.h"
 #include "mail/header_decoding.h"
 #include "mail/header_fields.h"
 #include "storage/databases.h"
@@ -61,6 +62,9 @@ QByteArrayView BodyOf(const QByteArray& message) {
   return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
 }
 
+// Where many have one subject, as reports of programs have, the first ones are compared.
+constexpr int kMostCompared = 100;
+
 // What tells messages roughly apart, so that few are compared.
 quint64 KeyOf(const QByteArray& digest) {
   return digest.size() < 8 ? 0 : qFromLittleEndian<quint64>(digest.constData());
@@ -70,7 +74,12 @@ quint64 SubjectKey(const QString& subject) {
 }
 QString SubjectOf(const QByteArray& message) {
   const QByteArrayView name = "SUBJECT:";
-  return MimeCodec::DecodeHeader(MimeCodec::HeaderField(message, name), name.size());
+  const QByteArray field = MimeCodec::HeaderField(message, name);
+  ReadingCode code;
+  const bool isRaw =
+      std::any_of(field.begin(), field.end(), [](char c) { return (c & 0x80) != 0; });
+  if (isRaw) code.body = MimeCodec::TextCharset(message, MimeCodec::ReadContent(message));
+  return MimeCodec::DecodeHeader(field, name.size(), code);
 }
 
 // Whether two messages hardly ever have this header.
@@ -124,14 +133,17 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 
 // A copy that cannot be read may be of any message.
 StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
-                                          const QByteArray& source) {
+                                          const QByteArray& source, bool needsTrace) {
   if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
   bool failed = false;
   const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
   context_.Data.Close();
   if (!stored) return failed ? Holds::Failed : Holds::Nothing;
-  return stored->isValid() && IsSameMessage(stored->toByteArray(), source) ? Holds::Same
-                                                                           : Holds::Other;
+  if (!stored->isValid()) return Holds::Other;
+  const QByteArray bytes = stored->toByteArray();
+  const bool mayDiffer = !needsTrace || (IsUnique(bytes) && IsUnique(source));
+  return bytes == source || (mayDiffer && IsSameMessage(bytes, source)) ? Holds::Same
+                                                                        : Holds::Other;
 }
 
 void StoredCopies::Begin(const QStringList& files, const QString& scope, Vouches vouches) {
@@ -145,6 +157,9 @@ void StoredCopies::Begin(const QStringList& files, const QString& scope, Vouches
   vouches_ = std::move(vouches);
   isLoaded_ = false;
   erased_.reset();
+  for (Places* places : {&byDigest_, &bySubject_}) {
+    for (Place& place : *places) place.isTaken = false;
+  }
 }
 
 // All at once: to look for each one would read the file as often.
@@ -170,20 +185,26 @@ bool StoredCopies::Load() {
 }
 
 // The first one that may be this message. It is asked for by the name that it has by now.
-StoredCopies::Found StoredCopies::FindElsewhere(const Places& places, quint64 key,
+StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
                                                 const QByteArray& source, QString* name,
                                                 QString* file) {
   auto place =
       std::lower_bound(places.begin(), places.end(), key,
                        [](const Place& entry, quint64 wanted) { return entry.key < wanted; });
-  for (; place != places.end() && place->key == key; ++place) {
+  int compared = 0;
+  for (; place != places.end() && place->key == key && compared < kMostCompared; ++place) {
+    if (place->isTaken) continue;
     *file = files_[place->file];
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, *file)) return Found::Failed;
     const std::optional<QString> known = context_.Data.MessageIdOf(place->row);
     context_.Data.Close();
     if (!known) return Found::Failed;
     *name = *known;
+    place->isTaken = name->startsWith(scope_) && vouches_(*name);
+    if (place->isTaken) continue;
+    ++compared;
     const Found found = Claim(*file, *name, source, &places == &byDigest_);
+    place->isTaken = found == Found::Moved;
     if (found != Found::None) return found;
   }
   return Found::None;
@@ -195,8 +216,7 @@ StoredCopies::Found StoredCopies::Claim(const QString& file, const QString& name
   const bool isOfMailbox = name.startsWith(scope_);
   const bool isOfOther = !isOfMailbox && sameBytes && name.contains(u'@') && IsUnique(source);
   if (!isOfMailbox && !isOfOther && !IsFromArchive(name)) return Found::None;
-  if (isOfMailbox && vouches_(name)) return Found::None;
-  switch (Compare(file, name, source)) {
+  switch (Compare(file, name, source, true)) {
     case Holds::Failed:
       return Found::Failed;
     case Holds::Same:

@@ -45,12 +45,13 @@ class StoredCopies {
     Erased,     ///< was stored, and erased for good
     Failed,     ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
-  /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The same message is one with the
-  /// same bytes, or with the same body and fields, of which one may have some more, and those that
-  /// servers write aside; under the name of another mailbox only one with the same bytes, of which
-  /// there are hardly two. With `renames`, one of this mailbox or from an archive that is found
-  /// under a name that nobody vouches for gets this one, and another message of this name gives it
-  /// up. `formerName` gets the other name that it had.
+  /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The
+  /// same message is one with the same bytes, or with the same body and fields, of which one may
+  /// have some more, and those that servers write aside, where both have a Message-ID and a trace
+  /// field; under the name of another mailbox only one with the same bytes, of which there are
+  /// hardly two. With `renames`, one of this mailbox or from an archive that is found under a name
+  /// that nobody vouches for gets this one, and another message of this name gives it up.
+  /// `formerName` gets the other name that it had.
   Found Find(const QString& messageId, const QByteArray& source, bool isNamed, bool renames,
              QString* formerName);
 
@@ -60,12 +61,14 @@ class StoredCopies {
     quint64 key = 0;  // of the digest or the subject
     qint32 file = 0;
     qint64 row = 0;
+    bool isTaken = false;  // in this session it was found to be another's
   };
   using Places = std::vector<Place>;
 
-  Holds Compare(const QString& file, const QString& messageId, const QByteArray& source);
+  Holds Compare(const QString& file, const QString& messageId, const QByteArray& source,
+                bool needsTrace = false);
   bool Load();
-  Found FindElsewhere(const Places& places, quint64 key, const QByteArray& source, QString* name,
+  Found FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
                       QString* file);
   Found Claim(const QString& file, const QString& name, const QByteArray& source, bool sameBytes);
   bool FreeName(const QString& messageId);

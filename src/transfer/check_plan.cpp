@@ -311,7 +311,8 @@ void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
 }
 
 void CheckPlan::RecordSession(const Disk& job, const Disk& account) {
-  if (!account.Flag(u"EventLog")) return;
+  const bool isLeftOut = job.Flag(kUnasked) && job.Text(u"log").isEmpty() && !HasPassword(account);
+  if (!account.Flag(u"EventLog") || isLeftOut) return;
   host_.AddEvent(job.Flag(u"error") ? 1 : 0, 0, account.SerialID(), account.Text(u"Object"),
                  QStringLiteral("account"), job.Text(u"log"));
 }

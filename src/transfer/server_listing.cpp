@@ -13,6 +13,8 @@ namespace {
 constexpr qsizetype kRowsPerStatement = 200;
 // Stands for a mailbox that was listed.
 const QString kMailboxItself = QStringLiteral("");
+// Stands for all mailboxes of which one was found to be another by another name.
+const QString kShared = QStringLiteral("shared");
 // How long what went missing is looked for under other names.
 constexpr qint64 kDaysAbsent = 60;
 constexpr qint64 kFirstDay = 2461000;  // a Julian day before the first one that was noted
@@ -32,7 +34,7 @@ void ServerListing::Clear() {
   proven_.clear();
   elsewhere_.clear();
   gone_.clear();
-  isFirst_ = hasSibling_ = upset_ = false;
+  isFirst_ = hasSibling_ = isShared_ = upset_ = false;
 }
 
 bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
@@ -48,6 +50,7 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
                                        [](const Entry& e) { return e.state == State::Released; });
   const bool hasAbsent = LookForMissing();
   if (isFirst_ || hasReleased || hasAbsent || itself->state != State::Listed) Upset();
+  upset_ = upset_ || isShared_;
   return true;
 }
 
@@ -111,6 +114,12 @@ bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
       CursorKind::ForwardOnly);
   if (whole) {
     *hasSibling = !context_.Data.Recordset()->Eof();
+    whole = context_.Data.OpenRecordset(QStringLiteral("SELECT MAILBOX FROM on_server") +
+                                            WhereMailbox(kShared) + QStringLiteral(" LIMIT 1"),
+                                        CursorKind::ForwardOnly);
+  }
+  if (whole) {
+    isShared_ = !context_.Data.Recordset()->Eof();
     whole = context_.Data.OpenRecordset(
         QStringLiteral("SELECT FIELD_ID, SIZE, STATE FROM on_server") + WhereMailbox(mailbox),
         CursorKind::ForwardOnly);
@@ -249,6 +258,7 @@ bool ServerListing::WriteChanges() {
     values.clear();
     return written;
   };
+  if (!elsewhere_.isEmpty()) values.append(u'(' + QuoteSql(kShared) + QStringLiteral(",'',0,0)"));
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
     values.append(u'(' + QuoteSql(mailbox_) + u',' + QuoteSql(entry.key()) + u',' +
                   QString::number(entry->size) + u',' +

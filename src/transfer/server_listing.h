@@ -105,6 +105,7 @@ class ServerListing {
   QSet<QString> gone_;
   bool isFirst_ = false;
   bool hasSibling_ = false;
+  bool isShared_ = false;  // messages of a mailbox were found under names of another one
   bool upset_ = false;
 };
 

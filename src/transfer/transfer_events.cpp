@@ -59,6 +59,9 @@ void TransferEvents::SessionStarted() {
   stoppedInSession_ = 0;
   stopDeletesInSession_ = 0;
   deletes_ = DeletesOnServer();
+  // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
+  const auto damage = FindDamage(context_, MailDatabasePath(context_));
+  deletesStored_ = deletes_ && damage && damage->parts.isEmpty();
   if (IsReceiving()) known_.BeginSession(deletes_);
   doomed_.clear();
   released_ = 0;
@@ -104,7 +107,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     StoreFailed(failure);
     return false;
   }
-  deleteOnServer = deletes_;
+  deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
     NoteStored(messageId, true, deleteOnServer);
@@ -302,7 +305,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
   const Name name = known_.Ask(messageId, &files);
   exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  deleteOnServer = deletes_ && name != Name::Erased;
+  deleteOnServer = deletesStored_ && name != Name::Erased && name != Name::Unknown;
   if (!exists) return;
   for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
@@ -311,7 +314,7 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
 
 bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header,
                               bool& deleteOnServer) {
-  deleteOnServer = deletes_;
+  deleteOnServer = deletesStored_;
   if (!known_.ProvesHeader(messageId, header)) return false;
   ++counts_.known;
   NoteStored(messageId, true, deleteOnServer);

@@ -102,7 +102,8 @@ class TransferEvents : public QObject, public PopEvents {
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;
-  bool deletes_ = false;  // as the account was when the session began
+  bool deletes_ = false;        // as the account was when the session began
+  bool deletesStored_ = false;  // also what was stored before
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
   int released_ = 0;    // how many it was told to

@@ -36,6 +36,7 @@
 namespace vorn {
 namespace {
 
+constexpr int kMostOfSubject = 20;  // characters in the status bar
 constexpr int kTickMs = 100;
 constexpr int kTreeWidth = 210;
 constexpr int kMessageMs = 10000;
@@ -432,7 +433,9 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
     endsAfterSending_ = false;  // the user would not learn of it
-    sbStatus_->showMessage(ShownText((title.isEmpty() ? title : title + QStringLiteral(": ")) +
+    // A long subject leaves room for what happened.
+    const QString about = ShownText(title, kMostOfSubject);
+    sbStatus_->showMessage(ShownText((about.isEmpty() ? about : about + QStringLiteral(": ")) +
                                          text.section(kLineBreak, -1),
                                      kMostInTitle),
                            0);

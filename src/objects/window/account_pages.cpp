@@ -209,6 +209,7 @@ PageFault ReceivePage::Check() {
   if (Server()->text().isEmpty()) {
     return {Ui::tr("受信サーバーが設定されていません。"), Server()};
   }
+  user_->setText(user_->text().trimmed());
   if (user_->text().isEmpty() || HasControlCharacter(user_->text())) {
     return {Ui::tr("受信サーバーのユーザー名が設定されていません。"), user_};
   }
@@ -230,6 +231,8 @@ SendPage::SendPage()
   AddSecurity();
   authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
   user_ = AddText(QStringLiteral("txOutMailServerUser"), Ui::tr("ユーザー名(&U)"));
+  connect(user_, &QLineEdit::editingFinished, this,
+          [this] { user_->setText(user_->text().trimmed()); });
   password_ = AddPassword(QStringLiteral("txOutMailServerPassword"), Ui::tr("パスワード(&W)"));
   const auto follow = [this](bool on) {
     user_->setEnabled(on);
