@@ -14,7 +14,8 @@ Charset RecognizeCharset(QByteArrayView bytes);
 /// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
 bool HasJisEscape(QByteArrayView bytes);
 
-/// Whether among them are sets that ISO-2022-JP-2 adds: Chinese, Korean, Latin and Greek (RFC 1554).
+/// Whether among them are sets that ISO-2022-JP-2 adds: Chinese, Korean, Latin and Greek (RFC
+/// 1554).
 bool HasForeignEscape(QByteArrayView bytes);
 
 /// How usual a character is in Japanese text, from -25 for U+FFFD to 12 for hiragana.

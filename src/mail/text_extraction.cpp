@@ -13,8 +13,8 @@ namespace {
 using MimeCodec::ContentRecord;
 using MimeCodec::TransferEncoding;
 
-// Each of CR LF, CR and LF is one line break, and CR CR LF, which a CR LF becomes that was taken for
-// an LF.
+// Each of CR LF, CR and LF is one line break, and CR CR LF, which a CR LF becomes that was taken
+// for an LF.
 QString WithLineBreaks(const QString& text, const QString& lineBreak) {
   const auto isBreak = [](QChar c) { return c == u'\r' || c == u'\n'; };
   QString result;

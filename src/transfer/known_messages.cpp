@@ -149,7 +149,8 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
   // Asked for the second time when another program has stored one meanwhile.
   const bool isNamed = !absent_.remove(messageId);
   QString formerName;
-  const Found found = copies_.Find(messageId, data, isNamed, listing_.IsListed(messageId), &formerName);
+  const Found found =
+      copies_.Find(messageId, data, isNamed, listing_.IsListed(messageId), &formerName);
   switch (found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.

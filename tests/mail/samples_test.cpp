@@ -43,7 +43,8 @@ TEST_P(Sample, ReadsAsExpected) {
   EXPECT_EQ(GetMessageText(source, index.content, request).text,
             expected[QStringLiteral("text")].toString());
 
-  const auto attachments = ListAttachments(MimeCodec::ParseContentIndex(index.content, source), textTypes);
+  const auto attachments =
+      ListAttachments(MimeCodec::ParseContentIndex(index.content, source), textTypes);
   const QJsonArray files = expected[QStringLiteral("attachments")].toArray();
   ASSERT_EQ(static_cast<qsizetype>(attachments.size()), files.size());
   for (size_t i = 0; i < attachments.size(); ++i) {
