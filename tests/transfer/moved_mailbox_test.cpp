@@ -138,7 +138,11 @@ TEST_F(MovedMailboxTest, WhatCameByAnotherWayIsNotReceivedAgain) {
       << error.toStdString();
   ASSERT_EQ(imported.imported, 2);
   profile_.AddAccount(server_.Port());
+  // One is refused at first, and is looked for by the next session as well.
+  server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, "-ERR busy\r\n"}};
   EXPECT_EQ(Receive().stored, 2);
+  server_.Faults.clear();
+  EXPECT_EQ(Receive().stored, 0);
   server_.Messages.removeAt(1);
   const DiskPtr other = profile_.AddAccount(server_.Port());
   other->Let(QStringLiteral("InMailServer"), QStringLiteral("localhost"));
