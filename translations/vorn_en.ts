@@ -2720,7 +2720,11 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」を開くプログラムがありません。</source>
-        <translation>There is no program that opens "%1".</translation>
+        <translation>There is no program that opens &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>送信サーバーのユーザー名に使えない文字があります。</source>
+        <translation>The user name of the outgoing server holds characters that cannot be used.</translation>
     </message>
 </context>
 </TS>

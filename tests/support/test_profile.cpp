@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QThread>
 
 #include "frame/profile_login.h"
@@ -103,6 +104,15 @@ bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {
 
 int Rounds(int few, int many) {
   return qEnvironmentVariableIsSet("VORN_LONG_TESTS") ? many : few;
+}
+
+quint32 Seed(const char* variable) {
+  constexpr quint32 kAlways = 20261126;
+  bool isGiven = false;
+  const int given = qEnvironmentVariableIntValue(variable, &isGiven);
+  if (isGiven) return static_cast<quint32>(given);
+  const bool isLong = qEnvironmentVariableIsSet("VORN_LONG_TESTS");
+  return isLong ? QRandomGenerator::global()->generate() >> 1 : kAlways;
 }
 
 QByteArray ReadFile(const QString& path) {

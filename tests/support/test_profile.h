@@ -65,6 +65,10 @@ void RunFor(int milliseconds);
 /// How often a random test repeats itself: `few` times, or `many` in the long form of the suite.
 int Rounds(int few, int many);
 
+/// Where a random test begins: with the number in an environment variable, else at random in the
+/// long form of the suite and always alike in the short one.
+quint32 Seed(const char* variable);
+
 /// The bytes of a file; fails the test when it cannot be read.
 QByteArray ReadFile(const QString& path);
 

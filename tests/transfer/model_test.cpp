@@ -373,9 +373,7 @@ class Model : public testing::Test {
 TEST_F(Model, EveryMessageOnce) {
   const int wanted = qEnvironmentVariableIntValue("VORN_MODEL_HISTORIES");
   const int histories = wanted > 0 ? wanted : test::Rounds(5, 40);
-  const int given = qEnvironmentVariableIntValue("VORN_MODEL_SEED");
-  const quint32 seed =
-      given != 0 ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() >> 1;
+  const quint32 seed = test::Seed("VORN_MODEL_SEED");
   int actions = 0;
   qsizetype deliveries = 0;
   for (int history = 0; history < histories && !HasFailure(); ++history) {

@@ -204,9 +204,7 @@ class RandomEdits : public MessageWindowTest {
 };
 
 TEST_F(RandomEdits, WhatIsShownIsWhatIsSentAndKept) {
-  const int given = qEnvironmentVariableIntValue("VORN_EDITS_SEED");
-  const quint32 seed =
-      given != 0 ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() >> 1;
+  const quint32 seed = test::Seed("VORN_EDITS_SEED");
   const int rounds = test::Rounds(12, 200);
   int sent = 0;
   for (int round = 0; round < rounds && !HasFailure(); ++round) {

@@ -231,8 +231,6 @@ SendPage::SendPage()
   AddSecurity();
   authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
   user_ = AddText(QStringLiteral("txOutMailServerUser"), Ui::tr("ユーザー名(&U)"));
-  connect(user_, &QLineEdit::editingFinished, this,
-          [this] { user_->setText(user_->text().trimmed()); });
   password_ = AddPassword(QStringLiteral("txOutMailServerPassword"), Ui::tr("パスワード(&W)"));
   const auto follow = [this](bool on) {
     user_->setEnabled(on);
@@ -250,6 +248,14 @@ ConnectionTrial SendPage::Trial() const {
   trial.user = user_->text();
   trial.password = password_->text();
   return trial;
+}
+
+PageFault SendPage::Check() {
+  user_->setText(user_->text().trimmed());
+  if (HasControlCharacter(user_->text())) {
+    return {Ui::tr("送信サーバーのユーザー名に使えない文字があります。"), user_};
+  }
+  return ServerPage::Check();
 }
 
 }  // namespace vorn

@@ -82,6 +82,7 @@ class SendPage : public ServerPage {
 
  public:
   SendPage();
+  PageFault Check() override;
 
  protected:
   ConnectionTrial Trial() const override;
