@@ -337,6 +337,8 @@ class Model : public testing::Test {
         EXPECT_EQ(copies.size(), 0) << what << " was sent although it was taken back";
       }
       if (copies.isEmpty()) continue;
+      // One that was doubtful, sent again, changed and then taken back had arrived as it was first.
+      if (message.withdrawn && message.allowed > 1) continue;
       EXPECT_TRUE(WithoutAdded(copies.last().source) == message.version)
           << what << " is not what was stored";
       EXPECT_TRUE(message.version.contains("To: " + copies.last().recipients.value(0)))

@@ -298,12 +298,24 @@ TEST_F(MessageWindowTest, PastingNothingDoesNothing) {
 TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   MessageWindow& window = OpenStored(kPlain, 4);
   const QString path = folder_.filePath(QStringLiteral("print.pdf"));
-  EXPECT_TRUE(InModal<QPrintDialog>([&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
-                                    [&](QPrintDialog& dialog) {
-                                      EXPECT_EQ(dialog.parentWidget(), &window);
-                                      Child<QLineEdit>(dialog, u"filename").setText(path);
-                                      QMetaObject::invokeMethod(&dialog, "accept");
-                                    }));
+  const auto text = [](const BrowserWindow* page) {
+    return ScriptIn(*page->findChild<QWebEngineView*>(), QStringLiteral("document.body.innerText"))
+        .toString();
+  };
+  EXPECT_TRUE(InModal<QPrintDialog>(
+      [&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
+      [&](QPrintDialog& dialog) {
+        EXPECT_EQ(dialog.parentWidget(), &window);
+        // What arrives meanwhile is shown in its folder and does not get into what is printed.
+        Store("Subject: meanwhile\r\n\r\nother\r\n", 4);
+        program_->Parent()->MessageStored();
+        EXPECT_TRUE(WaitFor([&] { return text(Browser()).contains(u"meanwhile"); }));
+        const BrowserWindow* printed = program_->Parent()->findChildren<BrowserWindow*>().last();
+        EXPECT_NE(printed, Browser());
+        EXPECT_TRUE(text(printed).contains(u"first line")) << qPrintable(text(printed));
+        Child<QLineEdit>(dialog, u"filename").setText(path);
+        QMetaObject::invokeMethod(&dialog, "accept");
+      }));
   ASSERT_TRUE(WaitFor([&path] {
     return QFileInfo::exists(path) && test::ReadFile(path).trimmed().endsWith("%%EOF");
   }));

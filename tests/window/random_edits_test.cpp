@@ -3,10 +3,18 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QPrintDialog>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "mail/drafts.h"
+#include "mail/window/attachment_list.h"
+#include "mail/window/header_list.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -17,12 +25,15 @@ struct Shown {
   QStringList recipients;
   QString subject;
   QString text;
+  QStringList headerLines;
+  QStringList attachments;
 
   bool operator==(const Shown&) const = default;
 };
 
 void PrintTo(const Shown& shown, std::ostream* out) {
-  *out << qPrintable(shown.recipients.join(u'|') + u'\n' + shown.subject + u'\n' + shown.text);
+  *out << qPrintable(shown.recipients.join(u'|') + u'\n' + shown.subject + u'\n' + shown.text +
+                     u'\n' + shown.headerLines.join(u'|') + u'\n' + shown.attachments.join(u'|'));
 }
 
 class RandomEdits : public MessageWindowTest {
@@ -56,7 +67,23 @@ class RandomEdits : public MessageWindowTest {
     std::sort(shown.recipients.begin(), shown.recipients.end());
     shown.subject = Child<QLineEdit>(*window_, u"txSubject").text();
     shown.text = Child<QPlainTextEdit>(*window_, u"txMemo").toPlainText();
+    shown.headerLines = HeaderLines();
+    const auto& files = Child<AttachmentList>(*window_, u"lvClip");
+    for (int row = 0; row < files.count(); ++row) {
+      shown.attachments.append(files.item(row)->text());  // with its size
+    }
     return shown;
+  }
+  HeaderList& Headers() const { return Child<HeaderList>(*window_, u"lvHeader"); }
+  QStringList HeaderLines() const {
+    QStringList lines;
+    for (int row = 0; row < Headers().rowCount(); ++row) {
+      const auto* box =
+          qobject_cast<const QLineEdit*>(Headers().indexWidget(Headers().model()->index(row, 0)));
+      const QString line = box != nullptr ? box->text() : Headers().item(row, 0)->text();
+      if (!line.isEmpty() && line != u"X-Name:") lines.append(line.simplified());
+    }
+    return lines;
   }
   // Whether every row that holds something holds addresses alone.
   bool CanBeSent() const {
@@ -102,7 +129,8 @@ class RandomEdits : public MessageWindowTest {
   void Act() {
     const int row = SomeRow();
     QTableWidgetItem* item = Rows().item(row, 1);
-    const auto action = chance_.bounded(10);
+    Child<QTabWidget>(*window_, u"tsPage").setCurrentIndex(0);
+    const auto action = chance_.bounded(15);
     journal_ += QStringLiteral(" %1/%2").arg(action).arg(row);
     switch (action) {
       case 0:
@@ -153,6 +181,36 @@ class RandomEdits : public MessageWindowTest {
         test::ClickRow(Rows(), Rows().item(Rows().rowCount() - 1, 1));
         Key(Qt::Key_V, Qt::ControlModifier);
         break;
+      case 9: {  // with an input method, wherever the focus is
+        QWidget* focus = window_->focusWidget();
+        if (focus == nullptr || focus->objectName() == u"txMailaddress") break;
+        QInputMethodEvent composing(QStringLiteral("へんかん"), {});
+        QCoreApplication::sendEvent(focus, &composing);
+        QInputMethodEvent committed;
+        committed.setCommitString(QStringLiteral("変換"));
+        focus = window_->focusWidget();
+        if (focus->objectName() != u"txMailaddress") {
+          QCoreApplication::sendEvent(focus, &committed);
+        }
+        break;
+      }
+      case 10:
+        EditHeader();
+        break;
+      case 11:
+        Menu(*window_, u"menuEditsPrioritys").actions()[chance_.bounded(3)]->trigger();
+        break;
+      case 12:
+        Attach();
+        break;
+      case 13: {
+        auto& files = Child<AttachmentList>(*window_, u"lvClip");
+        if (files.count() == 0) break;
+        QTest::mouseClick(files.viewport(), Qt::LeftButton, {},
+                          test::PlaceOf(files, files.item(0)));
+        QTest::keyClick(&files, Qt::Key_Delete);
+        break;
+      }
       default:
         Key(Qt::Key_Z, Qt::ControlModifier);
     }
@@ -163,6 +221,75 @@ class RandomEdits : public MessageWindowTest {
       QTest::keyClick(list, Qt::Key_Escape);
       journal_ += u'!';
     }
+  }
+  // One line, left open.
+  void EditHeader() {
+    Child<QTabWidget>(*window_, u"tsPage").setCurrentIndex(1);
+    const int row = static_cast<int>(chance_.bounded(Headers().rowCount()));
+    test::ClickRow(Headers(), Headers().item(row, 0));
+    const QWidget* focus = window_->focusWidget();
+    if (focus == nullptr || focus->objectName() != u"txHeader") return;
+    if (chance_.bounded(4) == 0) {
+      Key(Qt::Key_Escape);
+      QTest::keyClick(&Headers(), Qt::Key_Delete);
+      return;
+    }
+    Key(Qt::Key_A, Qt::ControlModifier);
+    Write(QStringLiteral("X-Test%1: ").arg(++addresses_) + Words().trimmed());
+  }
+  void Attach() {
+    const QByteArray name = "file" + QByteArray::number(++addresses_) + ".bin";
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(File(name, QByteArray(1 + addresses_ % 50, '\0')))});
+    QWidget* place = window_->focusWidget() == nullptr ? window_ : window_->focusWidget();
+    QDragEnterEvent enter({3, 3}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(place, &enter);
+    QDropEvent drop(QPointF(3, 3), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(place, &drop);
+  }
+  // The page that would be printed, by Print and Cancel.
+  void CheckPrinted(const Shown& shown) {
+    QString page;
+    const auto print = [this, &page] {
+      for (QAction* action : Menu(*window_, u"menuFiles").actions()) {
+        if (action->shortcut() == QKeySequence(QKeySequence::Print)) action->trigger();
+      }
+      const QDir temp(Context().TempFolder);  // the file is gone as soon as it has been read
+      for (const QString& name : temp.entryList({QStringLiteral("print_*")})) {
+        page += QString::fromUtf8(test::ReadFile(temp.filePath(name)));
+      }
+    };
+    ASSERT_TRUE(InModal<QPrintDialog>(print, [](QPrintDialog& dialog) { dialog.reject(); }));
+    EXPECT_TRUE(page.contains(shown.subject.toHtmlEscaped())) << qPrintable(page);
+    QString text = shown.text;
+    text.replace(u'\n', QStringLiteral("<BR>"));
+    EXPECT_TRUE(page.contains(text)) << qPrintable(page);
+    for (const QString& line : shown.recipients) {
+      EXPECT_TRUE(!line.startsWith(u"TO ") || page.contains(line.mid(3))) << qPrintable(page);
+    }
+    EXPECT_TRUE(WaitFor([this] {
+      return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
+    }));
+    EXPECT_EQ(Look(), shown) << qPrintable(journal_);
+  }
+  // What a sudden death leaves comes back as it was.
+  void CheckDraft(const Shown& shown, const QString& serialId) {
+    window_->KeepDraftNow();
+    const DiskPtr draft = Context().Objects.Find(QStringLiteral("draft_") + serialId);
+    CloseWindow();
+    if (draft != nullptr) {  // something was changed
+      Context().Objects.Add(draft);
+      ASSERT_TRUE(Drafts::Restore(Context(), serialId));
+    }
+    Reopen(serialId);
+    EXPECT_EQ(Look(), shown) << qPrintable(journal_);
+    CloseWindow();
+  }
+  void CheckKept(const Shown& shown, const QString& serialId) {
+    CloseWindow();
+    Reopen(serialId);
+    EXPECT_EQ(Look(), shown) << qPrintable(journal_);
+    CloseWindow();
   }
   void Reopen(const QString& serialId) {
     ASSERT_TRUE(Gone());
@@ -194,6 +321,8 @@ class RandomEdits : public MessageWindowTest {
     Reopen(Store(sent.source, 4));
     EXPECT_EQ(Look().subject, shown.subject);
     EXPECT_EQ(Look().text.trimmed(), shown.text.trimmed());
+    EXPECT_EQ(Look().headerLines, shown.headerLines) << qPrintable(journal_);
+    EXPECT_EQ(Look().attachments, shown.attachments) << qPrintable(journal_);
     CloseWindow();
   }
 
@@ -216,14 +345,14 @@ TEST_F(RandomEdits, WhatIsShownIsWhatIsSentAndKept) {
     journal_.clear();
     for (int action = static_cast<int>(chance_.bounded(4, 16)); action > 0; --action) Act();
     const Shown shown = Look();
+    if (chance_.bounded(4) == 0) CheckPrinted(shown);
     if (CanBeSent() && chance_.bounded(2) == 0) {
       CheckSent(shown, Look(false).recipients, serialId);
       ++sent;
+    } else if (chance_.bounded(3) == 0) {
+      CheckDraft(shown, serialId);
     } else {
-      CloseWindow();
-      Reopen(serialId);
-      EXPECT_EQ(Look(), shown) << qPrintable(journal_);
-      CloseWindow();
+      CheckKept(shown, serialId);
     }
   }
   std::printf("%d random edits from seed %u, %d of them sent\n", rounds, seed, sent);

@@ -444,13 +444,18 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
   }
 }
 
+// What a question may stand over: an open list is not, since it goes of itself and takes along what
+// stands over it.
+QWidget* ParentWindow::FrontWindow() {
+  QWidget* active = QApplication::activeWindow();
+  return active == nullptr || active->windowType() == Qt::Popup ? this : active;
+}
+
 QString ParentWindow::ChooseAccount(const QString& title, const QString& prompt) {
   const DiskCollectionPtr accounts =
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount);
   // In front of the window that sends; where there is but one, it is chosen already.
-  QWidget* asking = QApplication::activeWindow();
-  return InputTree(context_, asking != nullptr ? asking : this, title, prompt,
-                   object_type::kAccount,
+  return InputTree(context_, FrontWindow(), title, prompt, object_type::kAccount,
                    accounts->Count() == 1 ? accounts->First()->SerialID() : QString());
 }
 
@@ -497,8 +502,7 @@ void ParentWindow::PrintPageFile(const QString& path) {
 
 bool ParentWindow::ChoosePrinter(QPrinter& printer) {
   // Over the window whose message is printed.
-  QWidget* over = QApplication::activeWindow();
-  QPrintDialog dialog(&printer, over == nullptr ? this : over);
+  QPrintDialog dialog(&printer, FrontWindow());
   dialog.setWindowTitle(Ui::tr("印刷"));
   return dialog.exec() == QDialog::Accepted;
 }

@@ -140,6 +140,7 @@ class ParentWindow : public QMainWindow,
   void KeepPlacement();
   void FollowActivePage();
   void ShowTitle();
+  QWidget* FrontWindow();
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
   void CountNextUnread();

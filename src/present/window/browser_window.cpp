@@ -269,6 +269,7 @@ void BrowserWindow::SeekClicked() {
 }
 
 void BrowserWindow::Refresh() {
+  if (IsForPrinting()) return;  // what was to be printed, whose file has gone
   if (IsLocal()) {
     rows_.Keep([this] { LoadDefaultProperty(nullptr, true); });
   } else {
@@ -301,7 +302,7 @@ void BrowserWindow::DocumentComplete(bool ok) {
     ShowPlace();
   }
   rows_.Attach(page_);
-  if (bag_->Text(u"exec") == u"print") DoPrint();
+  if (IsForPrinting()) DoPrint();
   Q_EMIT Loaded(ok);
 }
 
@@ -311,6 +312,10 @@ void BrowserWindow::ShowPlace() {
   if (!txLocation_->hasFocus()) txLocation_->setText(wbUrl_->url().toString());
   setWindowTitle(ShownText(wbUrl_->title(), kMostInTitle));
   UpdateHistoryState();
+}
+
+bool BrowserWindow::IsForPrinting() const {
+  return bag_->Text(u"exec") == u"print";
 }
 
 // A window that was opened to print goes when that is done.
@@ -336,7 +341,7 @@ void BrowserWindow::PrintFinished() {
   // it.
   const std::shared_ptr<QPrinter> printer(std::move(printer_));
   QTimer::singleShot(kPrinterRestMs, qApp, [printer] {});
-  if (bag_->Text(u"exec") == u"print") bag_->Let(QStringLiteral("dust"), true);
+  if (IsForPrinting()) bag_->Let(QStringLiteral("dust"), true);
 }
 
 void BrowserWindow::UpdateHistoryState() {

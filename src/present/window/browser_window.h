@@ -71,6 +71,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// Shows a page of the program's own.
   void ShowOwnPage(const QString& title, const QString& html);
   /// Prints what is shown.
+  bool IsForPrinting() const;
   void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
   void ControlToolbarUpdate();
