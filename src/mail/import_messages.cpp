@@ -8,6 +8,7 @@
 #include "mail/mail_archive.h"
 #include "mail/mail_store.h"
 #include "mail/message_date.h"
+#include "mail/message_identity.h"
 #include "mail/message_index.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -80,6 +81,7 @@ class Importer {
       case MailStore::Received::Failed:
         return false;
       case MailStore::Received::Known:  // by another program, since the import began
+      case MailStore::Received::Alike:
         ++counts_.known;
         return true;
       case MailStore::Received::Stored:
@@ -109,7 +111,7 @@ class Importer {
   static size_t Key(const QString& subject, const QString& addressLines) {
     return qHash(subject + QChar(u'\0') + addressLines);
   }
-  // Known is what was imported before, and what came another way and is the same to the byte.
+  // Known is what was imported before, and what came another way and is the same.
   bool IsKnown(const QString& id, const QByteArray& source) {
     const auto imported = ids_.constFind(id);
     if (imported != ids_.cend()) {
@@ -125,7 +127,8 @@ class Importer {
     const QList<QString> alike = stored_.values(Key(index.subject, index.addressLines));
     return std::any_of(alike.begin(), alike.end(), [&](const QString& serialId) {
       const auto stored = store_.LoadMessageSource(Disk(serialId));
-      return stored == source || stored == source + kEndMark;  // as an export leaves it out
+      // With the notes of another program, or without the end mark, as an export leaves it out.
+      return stored && (IsSameButForNotes(*stored, source) || *stored == source + kEndMark);
     });
   }
 

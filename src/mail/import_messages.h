@@ -9,7 +9,7 @@ namespace vorn {
 
 struct ImportCounts {
   int imported = 0;
-  int known = 0;  ///< in the store already, byte for byte
+  int known = 0;  ///< in the store already, but for what mail programs note in a header
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
 };

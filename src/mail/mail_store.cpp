@@ -1,5 +1,6 @@
 #include "mail/mail_store.h"
 
+#include "mail/message_identity.h"
 #include "mail/message_index.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -78,21 +79,51 @@ bool MailStore::Store(const Disk& request, const QByteArray& source,
 
 MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArray& source) {
   const MessageIndex index = Index(request, source);
+  const std::optional<qint64> identity = MessageIdentity(source);
   if (!Open(request)) return Received::Failed;
   Received received = Received::Failed;
   if (context_.Data.BeginGathered()) {
     // Nobody else writes from here on, so what is not known now stays so.
     bool known = false;
-    const bool stored = IsKnown(request.Text(u"MessageID"), &known) &&
-                        (known || WriteMessage(request, source, index)) && context_.Data.Commit();
-    if (stored) {
-      received = known ? Received::Known : Received::Stored;
+    bool alike = false;
+    bool done = IsKnown(request.Text(u"MessageID"), &known) &&
+                (known || !identity || HasAlike(*identity, source, &alike));
+    if (done && !known && !alike) {
+      done = WriteMessage(request, source, index) &&
+             (!identity || NoteIdentity(*identity, request.SerialID()));
+    }
+    if (done && context_.Data.Commit()) {
+      received = known ? Received::Known : (alike ? Received::Alike : Received::Stored);
     } else {
       context_.Data.Rollback();
     }
   }
   context_.Data.Close();
   return received;
+}
+
+// One that cannot be read may be another.
+bool MailStore::HasAlike(qint64 identity, const QByteArray& source, bool* alike) {
+  if (!context_.Data.OpenRecordset(
+          QStringLiteral("SELECT * FROM mail WHERE ABS(STATUS) = 4 AND SERIALID IN (SELECT "
+                         "SERIALID FROM received_identity WHERE IDENTITY = %1)")
+              .arg(identity),
+          CursorKind::ForwardOnly)) {
+    return false;
+  }
+  const RecordsetPtr rows = context_.Data.Recordset();
+  for (; !rows->Eof() && !*alike; rows->MoveNext()) {
+    const QByteArray stored = rows->Fields(u"MAIL").toByteArray();
+    *alike = !rows->Failed() && IsSameButForNotes(stored, source);
+  }
+  return true;
+}
+
+bool MailStore::NoteIdentity(qint64 identity, const QString& serialId) {
+  return context_.Data.Execute(
+      QStringLiteral("INSERT OR REPLACE INTO received_identity (IDENTITY, SERIALID) VALUES (%1, %2)")
+          .arg(identity)
+          .arg(QuoteSql(serialId)));
 }
 
 bool MailStore::IsKnown(const QString& messageId, bool* known) {

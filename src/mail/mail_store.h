@@ -35,9 +35,14 @@ class MailStore {
   /// The same for several messages of one database: all of them or none.
   bool StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages);
 
-  enum class Received { Stored, Known, Failed };
-  /// Stores a message that came from outside under its "MessageID", unless the file holds one with
-  /// that identifier already, whoever stored it.
+  enum class Received {
+    Stored,
+    Known,  ///< the file has one with that identifier
+    Alike,  ///< the file has the same message (`MessageIdentity`) under another
+    Failed
+  };
+  /// Stores a message that came from outside under its "MessageID", unless the file holds it
+  /// already, whoever stored it.
   Received StoreReceived(const Disk& request, const QByteArray& source);
 
   /// Stores a message that its server has accepted, with the source as it was transmitted: it is
@@ -71,6 +76,8 @@ class MailStore {
   bool Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool IsKnown(const QString& messageId, bool* known);
+  bool HasAlike(qint64 identity, const QByteArray& source, bool* alike);
+  bool NoteIdentity(qint64 identity, const QString& serialId);
   bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool WriteState(int mask, const Disk& request);
   bool WriteFolders(const Disk& request);

@@ -7,6 +7,7 @@
 #include "mail/content_index.h"
 #include "mail/header_decoding.h"
 #include "mail/header_fields.h"
+#include "mail/message_identity.h"
 #include "storage/databases.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
@@ -30,36 +31,9 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
-// What servers and what lies between put into a header and change there, none of it the sender's.
-bool IsServersOwn(const QByteArray& field) {
-  static const QByteArrayList names = {"status:",
-                                       "x-status:",
-                                       "x-keywords:",
-                                       "x-uid:",
-                                       "x-uidl:",
-                                       "x-imap:",
-                                       "x-mozilla-status:",
-                                       "lines:",
-                                       "x-mozilla-status2:",
-                                       "content-length:"};
-  const QByteArray lower = field.toLower();
-  return std::any_of(names.begin(), names.end(),
-                     [&lower](const QByteArray& name) { return lower.startsWith(name); });
-}
-
-QByteArrayList FieldsOf(const QByteArray& message) {
-  QByteArrayList fields = MimeCodec::AllHeaders(message);
-  fields.removeIf([](const QByteArray& field) { return IsServersOwn(field); });
-  return fields;
-}
-
 bool HasFieldsOf(const QByteArrayList& fields, const QByteArrayList& others) {
   return std::all_of(others.begin(), others.end(),
                      [&fields](const QByteArray& field) { return fields.contains(field); });
-}
-
-QByteArrayView BodyOf(const QByteArray& message) {
-  return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
 }
 
 // Where many have one subject, as reports of programs have, the first ones are compared.
@@ -80,12 +54,6 @@ QString SubjectOf(const QByteArray& message) {
       std::any_of(field.begin(), field.end(), [](char c) { return (c & 0x80) != 0; });
   if (isRaw) code.body = MimeCodec::TextCharset(message, MimeCodec::ReadContent(message));
   return MimeCodec::DecodeHeader(field, name.size(), code);
-}
-
-// Whether two messages hardly ever have this header.
-bool IsUnique(const QByteArray& header) {
-  return MimeCodec::HeaderField(header, "MESSAGE-ID:").contains('@') &&
-         !MimeCodec::HeaderField(header, "RECEIVED:").isEmpty();
 }
 
 // Archives have no names of their own (`ImportId`).
@@ -133,7 +101,7 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 
 // A copy that cannot be read may be of any message.
 StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
-                                          const QByteArray& source, bool needsTrace) {
+                                          const QByteArray& source, Likeness likeness) {
   if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
   bool failed = false;
   const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
@@ -141,9 +109,10 @@ StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& me
   if (!stored) return failed ? Holds::Failed : Holds::Nothing;
   if (!stored->isValid()) return Holds::Other;
   const QByteArray bytes = stored->toByteArray();
-  const bool mayDiffer = !needsTrace || (IsUnique(bytes) && IsUnique(source));
-  return bytes == source || (mayDiffer && IsSameMessage(bytes, source)) ? Holds::Same
-                                                                        : Holds::Other;
+  const bool mayDiffer = likeness == Likeness::Any || (IsUnique(bytes) && IsUnique(source));
+  const bool isSame = likeness == Likeness::ButForNotes ? IsSameButForNotes(bytes, source)
+                                                        : IsSameMessage(bytes, source);
+  return bytes == source || (mayDiffer && isSame) ? Holds::Same : Holds::Other;
 }
 
 void StoredCopies::Begin(const QStringList& files, const QString& scope, Vouches vouches) {
@@ -203,7 +172,7 @@ StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
     place->isTaken = name->startsWith(scope_) && vouches_(*name);
     if (place->isTaken) continue;
     ++compared;
-    const Found found = Claim(*file, *name, source, &places == &byDigest_);
+    const Found found = Claim(*file, *name, source);
     place->isTaken = found == Found::Moved;
     if (found != Found::None) return found;
   }
@@ -212,11 +181,11 @@ StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
 
 // Whether the message of that name is the same one and may be had under another.
 StoredCopies::Found StoredCopies::Claim(const QString& file, const QString& name,
-                                        const QByteArray& source, bool sameBytes) {
+                                        const QByteArray& source) {
   const bool isOfMailbox = name.startsWith(scope_);
-  const bool isOfOther = !isOfMailbox && sameBytes && name.contains(u'@') && IsUnique(source);
+  const bool isOfOther = !isOfMailbox && name.contains(u'@') && IsUnique(source);
   if (!isOfMailbox && !isOfOther && !IsFromArchive(name)) return Found::None;
-  switch (Compare(file, name, source, true)) {
+  switch (Compare(file, name, source, isOfOther ? Likeness::ButForNotes : Likeness::Traced)) {
     case Holds::Failed:
       return Found::Failed;
     case Holds::Same:
@@ -281,7 +250,7 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
                                        bool isNamed, bool renames, QString* formerName) {
   bool isOther = false;
   for (const QString& file : isNamed ? files_ : QStringList()) {
-    const Holds holds = Compare(file, messageId, source);
+    const Holds holds = Compare(file, messageId, source, Likeness::Any);
     if (holds == Holds::Failed) return Found::Failed;
     if (holds == Holds::Same) return Found::Stored;
     isOther = isOther || holds == Holds::Other;

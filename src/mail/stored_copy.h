@@ -48,8 +48,7 @@ class StoredCopies {
   /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The
   /// same message is one with the same bytes, or with the same body and fields, of which one may
   /// have some more, and those that servers write aside, where both have a Message-ID and a trace
-  /// field; under the name of another mailbox only one with the same bytes, of which there are
-  /// hardly two. With `renames`, one of this mailbox or from an archive that is found under a name
+  /// field; under the name of another mailbox only one with no other fields. With `renames`, one of this mailbox or from an archive that is found under a name
   /// that nobody vouches for gets this one, and another message of this name gives it up.
   /// `formerName` gets the other name that it had.
   Found Find(const QString& messageId, const QByteArray& source, bool isNamed, bool renames,
@@ -65,12 +64,15 @@ class StoredCopies {
   };
   using Places = std::vector<Place>;
 
+  // Beside the same bytes: the same body, and fields of which one may have more; the same where
+  // both are unique; no other fields but servers' notes, where both are.
+  enum class Likeness { Any, Traced, ButForNotes };
   Holds Compare(const QString& file, const QString& messageId, const QByteArray& source,
-                bool needsTrace = false);
+                Likeness likeness);
   bool Load();
   Found FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
                       QString* file);
-  Found Claim(const QString& file, const QString& name, const QByteArray& source, bool sameBytes);
+  Found Claim(const QString& file, const QString& name, const QByteArray& source);
   bool FreeName(const QString& messageId);
   bool Rename(const QString& file, const QString& from, const QString& value);
   bool LoadErased();

@@ -119,6 +119,14 @@ bool CreateOnServer(Connection& connection) {
       "INTEGER, PRIMARY KEY (MAILBOX, FIELD_ID)) WITHOUT ROWID");
 }
 
+// What tells a received message under whatever name it comes. What was stored by an earlier version
+// has none. An entry without its message is no harm: what it leads to is compared.
+bool CreateReceivedIdentity(Connection& connection) {
+  return connection.Run(
+      "CREATE TABLE IF NOT EXISTS received_identity (IDENTITY INTEGER, SERIALID TEXT, PRIMARY KEY "
+      "(IDENTITY, SERIALID)) WITHOUT ROWID");
+}
+
 // From 2 to 3 sources got digests and identifiers became unique.
 bool PrepareMessages(Connection& connection) {
   return AddDigests(connection) && TellDoublesApart(connection) &&
@@ -182,7 +190,8 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
-        CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection))) {
+        CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection) &&
+        CreateReceivedIdentity(connection))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -199,6 +208,7 @@ bool MigrateSchema(Connection& connection) {
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
   // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
+  // From 6 to 7: what tells received messages.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&

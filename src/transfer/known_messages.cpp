@@ -170,6 +170,14 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
   }
 }
 
+// One of an archive or one that went missing has this name from now on; any other keeps its own.
+bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data) {
+  if (!HasIdentifiers()) return true;
+  const StoredCopies::Found found = FindByContents(messageId, data);
+  if (found == StoredCopies::Found::None) listing_.NoteElsewhere(messageId);
+  return found != StoredCopies::Found::Failed;
+}
+
 // Messages that had no name of their own when they were stored: what gets one now may be one of
 // them.
 bool KnownMessages::HasUnnamed() {

@@ -49,6 +49,9 @@ class KnownMessages {
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name.
   StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
 
+  /// Notes that the message is stored, under whatever name. False as `Store`.
+  bool NoteAlike(const QString& messageId, const QByteArray& data);
+
   /// Notes that the message is stored under that name, as the name alone tells or, with `proven`,
   /// as was seen.
   void NoteStored(const QString& messageId, bool proven);

@@ -38,7 +38,7 @@ class ServerListing {
   /// a mailbox, unless the user has another one at the same server, whose messages may have the
   /// same names.
   bool TellsBySize() const { return isFirst_ && !hasSibling_; }
-  /// Whether it was found under a name of another mailbox.
+  /// Whether it was found under a name of another mailbox, or under another one of this.
   bool IsElsewhere(const QString& id) const;
   void NoteElsewhere(const QString& id) { elsewhere_.insert(id); }
   /// Whether it has another size than at the last listing.

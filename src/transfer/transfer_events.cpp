@@ -117,22 +117,29 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   message.Let(QStringLiteral("MessageID"), messageId);
   message.Let(QStringLiteral("Flag"), kNewFlags);
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  MailStore::Received received = store_.StoreReceived(message, data);
+  using Received = MailStore::Received;
+  Received received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
-  if (received == MailStore::Received::Known && known_.HasIdentifiers()) {
+  if (received == Received::Known && known_.HasIdentifiers()) {
     const StoredCopies::Found taken = known_.FindByContents(messageId, data);
     if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
-    if (taken == StoredCopies::Found::Failed) received = MailStore::Received::Failed;
+    if (taken == StoredCopies::Found::Failed) received = Received::Failed;
   }
-  if (received == MailStore::Received::Failed) {
+  if (received == Received::Alike && !known_.NoteAlike(messageId, data)) {
+    received = Received::Failed;
+  }
+  if (received == Received::Failed) {
     deleteOnServer = false;
     StoreFailed(failure);
     return false;
   }
   // Another account or program has received it since it was asked for.
-  if (received == MailStore::Received::Known) {
+  if (received != Received::Stored) {
     ++counts_.known;
-    KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
+    deleteOnServer = deletesStored_;
+    if (received == Received::Known) {
+      KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
+    }
   }
   if (isTornOff) {
     // The rest may still be there: the next session asks again, and believes the same answer.
@@ -142,7 +149,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   } else {
     NoteStored(messageId, true, deleteOnServer);
   }
-  if (received == MailStore::Received::Known) return true;
+  if (received != Received::Stored) return true;
   unflushed_.append(message.SerialID());
   group_.Add(data.size());
   return !group_.IsFull() || Flush();
