@@ -1538,10 +1538,6 @@ Date: </translation>
         <translation>&lt;b&gt;Mail you have&lt;/b&gt;: menu “File” → “Import from Files” or “Import from a Folder”. It reads mbox, Maildir and .eml files.</translation>
     </message>
     <message>
-        <source>&lt;b&gt;試してみる&lt;/b&gt;: &lt;code&gt;scripts/run --demo&lt;/code&gt; で、見本のメールとサーバーを使って動かせます。</source>
-        <translation>&lt;b&gt;Try it&lt;/b&gt;: &lt;code&gt;scripts/run --demo&lt;/code&gt; runs with sample mail and a server of its own.</translation>
-    </message>
-    <message>
         <source>&lt;b&gt;使い方&lt;/b&gt;: F1キー。</source>
         <translation>&lt;b&gt;Guide&lt;/b&gt;: the key F1.</translation>
     </message>
@@ -2725,6 +2721,26 @@ Open it?</translation>
     <message>
         <source>送信サーバーのユーザー名に使えない文字があります。</source>
         <translation>The user name of the outgoing server holds characters that cannot be used.</translation>
+    </message>
+    <message>
+        <source>送信中なので、そのままにしました: %1</source>
+        <translation>Being sent, so left as they were: %1</translation>
+    </message>
+    <message>
+        <source>このフォルダは次のフォルダの条件に使われています: %1</source>
+        <translation>The conditions of these folders refer to it: %1</translation>
+    </message>
+    <message>
+        <source>このアドレスから送信を待つメッセージが%1通あります。</source>
+        <translation>Messages from this address that wait to be sent: %1</translation>
+    </message>
+    <message>
+        <source>「%1」のページからのメッセージ:</source>
+        <translation>The page at “%1” says:</translation>
+    </message>
+    <message>
+        <source>「%1」はすべてのメッセージに合います。</source>
+        <translation>“%1” matches every message.</translation>
     </message>
 </context>
 </TS>

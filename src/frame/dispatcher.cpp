@@ -23,7 +23,7 @@ void Dispatcher::Execute(const DiskPtr& request) {
   if (mode == u"window" && !request->Flag(u"direct") && ActivateOpenWindow(request->SerialID())) {
     return;
   }
-  RequestWindow* window = host_.CreateRequestWindow(status);
+  RequestWindow* window = host_.CreateRequestWindow(*request);
   if (window == nullptr) return;
   if (!window->LoadDefaultProperty(request, request->Flag(u"update"))) {
     window->Unload();

@@ -17,9 +17,9 @@ class DispatchHost {
   virtual bool IsEnabled() const = 0;
   /// The open windows in their order.
   virtual std::vector<RequestWindow*> OpenWindows() const = 0;
-  /// A new window for a request's "status": "browser", "logo", "mail", "rule", and anything else an
-  /// object property window. Null when this version has no such window.
-  virtual RequestWindow* CreateRequestWindow(const QString& status) = 0;
+  /// A new window for a request by its "status": "browser", "logo", "mail", "rule", and anything
+  /// else an object property window. Null when this version has no such window.
+  virtual RequestWindow* CreateRequestWindow(const Disk& request) = 0;
   /// Arranges the child windows as the main window's saved state says.
   virtual void ArrangeWindows() = 0;
   virtual void NotifyNewMessages(const Disk& request) = 0;

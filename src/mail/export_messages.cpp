@@ -29,8 +29,9 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }
-    goesOn = writer.Write(leavesMarks ? MimeCodec::WithoutEndMark(*source) : *source,
-                          message.subject, message.opened);
+    const bool hasMark = leavesMarks && !message.isReceived;
+    goesOn = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source, message.subject,
+                          message.opened);
     if (goesOn) ++outcome.count;
     if (goesOn && progress && !progress(outcome.count)) {
       outcome.error = Ui::tr("中止しました。");

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "mail/flag_string.h"
+#include "mail/mail_store.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
@@ -15,7 +16,8 @@ namespace {
 ListedMessage Read(const Recordset& row) {
   return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
           row.Fields(u"FIELD_TIMESTAMP").toString(),
-          GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0"};
+          GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0",
+          qAbs(row.Fields(u"STATUS").toInt()) == kStatusReceived};
 }
 
 // Lists what a statement finds. False when it could not be read to its end.

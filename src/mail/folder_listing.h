@@ -13,6 +13,7 @@ struct ListedMessage {
   QString subject;
   QString timestamp;
   bool opened = false;
+  bool isReceived = false;  ///< and not written here
 };
 
 struct FolderListing {

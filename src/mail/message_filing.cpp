@@ -1,5 +1,7 @@
 #include "mail/message_filing.h"
 
+#include <algorithm>
+
 #include "storage/databases.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -13,10 +15,31 @@ QString Among(const QStringList& messages) {
   return QStringLiteral(" SERIALID IN (%1)").arg(quoted.join(u','));
 }
 
-bool RunAll(Context& context, const QStringList& statements) {
+// What a server is being given stays as it is.
+const QString kMayChange =
+    QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
+
+// The subjects of those among the messages that are being handed over.
+bool ReadUnderWay(DataSession& session, const QStringList& messages, QStringList* underWay) {
+  if (!session.OpenRecordset(
+          QStringLiteral("SELECT FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
+                         "FROM send_attempt WHERE STATE = 1)")
+              .arg(Among(messages)),
+          CursorKind::ForwardOnly)) {
+    return false;
+  }
+  const RecordsetPtr rows = session.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    underWay->append(rows->Fields(u"FIELD_SUBJECT").toString());
+  }
+  return !rows->Failed();
+}
+
+bool RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
+            QStringList* underWay = nullptr) {
   DataSession& session = context.Data;
   if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
-  bool done = session.Begin();
+  bool done = session.Begin() && (underWay == nullptr || ReadUnderWay(session, messages, underWay));
   for (const QString& statement : statements) done = done && session.Execute(statement);
   done = done && session.Commit();
   if (!done) session.Rollback();
@@ -32,10 +55,12 @@ QString NoFolderWords() {
       "そこに入れられます。");
 }
 
-bool SetDust(Context& context, const QStringList& messages, bool dust) {
-  return RunAll(context, {QStringLiteral("UPDATE mail SET STATUS = ") +
-                          (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
-                          QStringLiteral(" WHERE") + Among(messages)});
+bool SetDust(Context& context, const QStringList& messages, bool dust, QStringList* underWay) {
+  return RunAll(context,
+                {QStringLiteral("UPDATE mail SET STATUS = ") +
+                 (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
+                 QStringLiteral(" WHERE") + Among(messages) + kMayChange},
+                messages, underWay);
 }
 
 bool FileMessages(Context& context, const QStringList& messages, const QString& into,
@@ -53,9 +78,29 @@ bool FileMessages(Context& context, const QStringList& messages, const QString& 
   return RunAll(context, statements);
 }
 
-bool DeleteMessages(Context& context, const QStringList& messages) {
-  return RunAll(context, {QStringLiteral("DELETE FROM folder WHERE") + Among(messages),
-                          QStringLiteral("DELETE * FROM mail WHERE") + Among(messages)});
+bool DeleteMessages(Context& context, const QStringList& messages, QStringList* underWay) {
+  return RunAll(context,
+                {QStringLiteral("DELETE FROM folder WHERE") + Among(messages) + kMayChange,
+                 QStringLiteral("DELETE * FROM mail WHERE") + Among(messages) + kMayChange},
+                messages, underWay);
+}
+
+int CountWaiting(Context& context, const QString& address) {
+  int count = 0;
+  if (!address.isEmpty() && OpenDatabase(context, DatabaseKind::Mail) &&
+      context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail WHERE STATUS = 2"),
+                                 CursorKind::ForwardOnly)) {
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      const QStringList lines =
+          rows->Fields(u"FIELD_MAILADDRESS").toString().split(QStringLiteral("\r\n"));
+      count += std::any_of(lines.begin(), lines.end(), [&address](const QString& line) {
+        return line.startsWith(u"FROM:") && line.contains(address, Qt::CaseInsensitive);
+      });
+    }
+  }
+  context.Data.Close();
+  return count;
 }
 
 bool EmptyDust(Context& context) {

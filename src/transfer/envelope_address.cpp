@@ -49,6 +49,7 @@ std::optional<EnvelopeAddress> ToEnvelope(const QString& address) {
   const qsizetype at = address.lastIndexOf(u'@');
   const QString local = at < 0 ? address : address.first(at);
   const QString domain = at < 0 ? QString() : address.sliced(at + 1);
+  if (at >= 0 && (local.isEmpty() || domain.isEmpty())) return std::nullopt;
   QByteArray name = domain.toLatin1();
   if (!IsAscii(domain)) {
     name = ToALabels(domain);
@@ -56,6 +57,13 @@ std::optional<EnvelopeAddress> ToEnvelope(const QString& address) {
   }
   const QByteArray path = local.toUtf8() + (at < 0 ? QByteArray() : '@' + name);
   return EnvelopeAddress{path, !IsAscii(local)};
+}
+
+bool IsSameMailbox(QByteArrayView path, QByteArrayView other) {
+  const qsizetype at = path.lastIndexOf('@');
+  return at == other.lastIndexOf('@') && path.size() == other.size() &&
+         path.first(qMax<qsizetype>(at, 0)) == other.first(qMax<qsizetype>(at, 0)) &&
+         path.compare(other, Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace vorn

@@ -305,7 +305,11 @@ bool SmtpSession::TakeAddresses(QByteArrayList& paths, bool& needsUtf8) {
     }
     needsUtf8 = needsUtf8 || path->needsUtf8;
     // Who stands in two rows gets one copy; the sender comes first and may be a recipient.
-    if (paths.isEmpty() || paths.indexOf(path->path, 1) < 0) paths.append(path->path);
+    const bool isTwice = !paths.isEmpty() &&
+                         std::any_of(paths.begin() + 1, paths.end(), [&](const QByteArray& other) {
+                           return IsSameMailbox(other, path->path);
+                         });
+    if (!isTwice) paths.append(path->path);
   }
   return true;
 }

@@ -6,6 +6,7 @@ usage: commands_test.py VORNCTL LOOPBACK-SERVER SAMPLES
 import json
 import os
 import pathlib
+import re
 import resource
 import shutil
 import subprocess
@@ -186,6 +187,13 @@ class Commands(unittest.TestCase):
             told = json.loads(self.run_ctl("import", out, "--json"))
             self.assertEqual(told["known"], self.messages, form)
             self.data = os.path.join(self.folder.name, "data")
+        # Another program that fetched the same mail has noted in it what was read.
+        box = pathlib.Path(self.folder.name) / "archive-mbox"
+        noted = re.sub(rb"(?m)^(From \S+ .*\r?\n)", rb"\1Status: RO\nX-UIDL: 7\n", box.read_bytes())
+        other = pathlib.Path(self.folder.name) / "noted.mbox"
+        other.write_bytes(noted)
+        told = json.loads(self.run_ctl("import", str(other), "--json"))
+        self.assertEqual((told["imported"], told["known"]), (0, self.messages))
         # What was sent is stored with an end mark, which an export leaves out.
         mail = os.path.join(self.folder.name, "sent.eml")
         pathlib.Path(mail).write_bytes(b"From: y@example.org\r\nTo: b@x\r\nSubject: s\r\n\r\ntext\r\n.\r\n")
@@ -195,6 +203,13 @@ class Commands(unittest.TestCase):
         told = json.loads(self.run_ctl("import", own, "--json"))
         self.assertEqual((told["imported"], told["known"]), (0, 1))
         self.run_ctl("export", "受信", "--out", out, code=1)  # never over something
+        # What came from outside is no draft of ours, whatever its last line is.
+        dotted = pathlib.Path(self.folder.name) / "dotted.eml"
+        dotted.write_bytes(b"From: y@example.org\r\nSubject: dot\r\n\r\ntext\r\n.\r\n")
+        self.run_ctl("import", str(dotted), "--json")
+        all_mail = os.path.join(self.folder.name, "all")
+        self.run_ctl("export", "受信", "--format", "eml", "--out", all_mail)
+        self.assertIn(dotted.read_bytes(), [p.read_bytes() for p in pathlib.Path(all_mail).iterdir()])
 
     def test_imported_mail_has_its_own_date_and_foreign_forms_are_read(self):
         box = pathlib.Path(self.folder.name) / "foreign.mbox"

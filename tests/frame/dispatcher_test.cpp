@@ -48,7 +48,8 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     for (const auto& window : windows_) windows.push_back(window.get());
     return windows;
   }
-  RequestWindow* CreateRequestWindow(const QString& status) override {
+  RequestWindow* CreateRequestWindow(const Disk& request) override {
+    const QString status = request.Text(u"status");
     if (status == u"none") return nullptr;
     auto window = std::make_unique<FakeWindow>(log_, status == u"browser");
     window->accepts = accepts_;

@@ -6,6 +6,8 @@
 #include <functional>
 
 #include "frame/mail_traffic.h"
+#include "storage/connection.h"
+#include "storage/databases.h"
 #include "support/test_profile.h"
 
 namespace vorn::test {
@@ -88,6 +90,13 @@ class TrafficTest : public testing::Test {
     }
     subjects.sort();
     return subjects;
+  }
+  /// By a connection of its own, which takes any statement.
+  bool Execute(const QByteArray& statement) {
+    StorageError error;
+    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+                                             Connection::Mode::Existing, &error);
+    return connection != nullptr && connection->Run(statement);
   }
   qsizetype Rows() {
     return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();

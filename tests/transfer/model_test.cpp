@@ -150,8 +150,10 @@ class Model : public testing::Test {
     Context& context = AnyProgram().context;
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
-    const bool gone =
-        Dice(2) == 0 ? SetDust(context, {serial}, true) : DeleteMessages(context, {serial});
+    QStringList underWay;
+    const bool done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
+                                   : DeleteMessages(context, {serial}, &underWay);
+    const bool gone = done && underWay.isEmpty();
     // Between the look and the throw it may have been sent; what counts is what the row says now.
     if (gone && qAbs(StatusOf(context, serial)) != kStatusSent) written_[serial].withdrawn = true;
   }

@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include "mail/import_messages.h"
+#include "mail/mail_store.h"
 #include "mail/message_filing.h"
 #include "objects/settings.h"
 #include "support/loopback_pop3_server.h"
@@ -44,6 +45,31 @@ class MovedMailboxTest : public test::TrafficTest {
     server_.Faults = {{Fault::Kind::Cut, command, time, 0, {}}};
     Receive();
     server_.Faults.clear();
+  }
+  // How many were new.
+  int Import(const QByteArrayList& mails) {
+    QByteArray archive;
+    for (const QByteArray& mail : mails) {
+      archive += "From a@example.jp Mon Jan  1 00:00:00 2024\n" +
+                 QByteArray(mail).replace("\r\n", "\n") + '\n';
+    }
+    QFile file(profile_.Folder() + QStringLiteral("/old.mbox"));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(archive);
+    file.close();
+    ImportCounts imported;
+    QString error;
+    EXPECT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported, &error))
+        << error.toStdString();
+    return imported.imported;
+  }
+  // As another program receives it at this moment, through another name of the server.
+  MailStore::Received StoreElsewhere(const QByteArray& mail) {
+    Disk message(profile_.Get().Data.NewSerialID(QStringLiteral("mail_")));
+    message.Let(QStringLiteral("MessageID"),
+                QStringLiteral("user@localhost/") + message.SerialID());
+    message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    return MailStore(profile_.Get()).StoreReceived(message, mail);
   }
   // Every message once.
   void ExpectStored(int count) {
@@ -123,20 +149,7 @@ TEST_F(MovedMailboxTest, AComparisonThatWasCutIsMadeUpFor) {
 // From another mail program by an archive, and through another name of the same server.
 TEST_F(MovedMailboxTest, WhatCameByAnotherWayIsNotReceivedAgain) {
   AddMail(0, 4);
-  QByteArray archive;
-  for (const QByteArray& mail : {Mail(0), "Status: RO\r\n" + Mail(1)}) {
-    archive += "From a@example.jp Mon Jan  1 00:00:00 2024\n" +
-               QByteArray(mail).replace("\r\n", "\n") + '\n';
-  }
-  QFile file(profile_.Folder() + QStringLiteral("/old.mbox"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(archive);
-  file.close();
-  ImportCounts imported;
-  QString error;
-  ASSERT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported, &error))
-      << error.toStdString();
-  ASSERT_EQ(imported.imported, 2);
+  ASSERT_EQ(Import({Mail(0), "Status: RO\r\n" + Mail(1)}), 2);
   profile_.AddAccount(server_.Port());
   // One is refused at first, and is looked for by the next session as well.
   server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, "-ERR busy\r\n"}};
@@ -156,6 +169,35 @@ TEST_F(MovedMailboxTest, WhatCameByAnotherWayIsNotReceivedAgain) {
   EXPECT_EQ(Receive().stored, 0);
   EXPECT_TRUE(server_.Messages.isEmpty());
   EXPECT_EQ(server_.Count("RETR"), 5) << "nothing is deleted unseen";
+}
+
+// Whatever the mailbox is known to hold: the engine is asked when a message is stored.
+TEST_F(MovedMailboxTest, WhatIsStoredMeanwhileUnderAnyNameIsNotStoredAgain) {
+  using Received = MailStore::Received;
+  AddMail(0, 3);
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 3);
+  EXPECT_EQ(Import({"X-Mozilla-Status: 0001\r\n" + Mail(1), Mail(3)}), 1);
+  EXPECT_EQ(StoreElsewhere(Mail(4)), Received::Stored);
+  EXPECT_EQ(StoreElsewhere("Status: O\r\n" + Mail(4)), Received::Alike);
+  AddMail(3, 2);
+  EXPECT_EQ(Receive().known, 3 + 2);
+  const int asked = server_.Count("RETR");
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_EQ(server_.Count("RETR"), asked) << "it is known by its name from now on";
+  ExpectStored(5);
+  // What another program has goes from the server as well.
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  EXPECT_EQ(Receive().stored, 0);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  // One that cannot be read may be another; one without an identifier of its own is.
+  EXPECT_EQ(StoreElsewhere(Mail(5)), Received::Stored);
+  ASSERT_TRUE(
+      Execute("UPDATE long_binary SET DATA = 'x' WHERE ID = (SELECT MAX(ID) FROM "
+              "long_binary)"));
+  EXPECT_EQ(StoreElsewhere(Mail(5)), Received::Stored);
+  EXPECT_EQ(StoreElsewhere("Subject: report\r\n\r\n"), Received::Stored);
+  EXPECT_EQ(StoreElsewhere("Subject: report\r\n\r\n"), Received::Stored);
 }
 
 // Without a trace alike is not the same: a list's copy, one's own post that comes back, reports.

@@ -10,7 +10,6 @@
 #include "mail/outbox.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
-#include "storage/connection.h"
 #include "storage/databases.h"
 #include "storage/work_lock.h"
 #include "support/loopback_pop3_server.h"
@@ -65,13 +64,6 @@ class OnceTest : public test::TrafficTest {
         600000));
   }
   Outbox TheOutbox() { return {profile_.Get(), MailDatabasePath(profile_.Get())}; }
-  // By a connection of its own, which takes any statement.
-  bool Execute(const QByteArray& statement) {
-    StorageError error;
-    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
-                                             Connection::Mode::Existing, &error);
-    return connection != nullptr && connection->Run(statement);
-  }
   // Does something when the first message has come and its server has not yet answered.
   void Arrives(std::function<void()> action) {
     smtp_.OnMessage = [this, action = std::move(action)](const test::SentMessage&) {
@@ -199,16 +191,26 @@ TEST_F(OnceTest, WhatIsSentIsWhatTheRowHoldsNow) {
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("after"));
 }
 
+// What waits beside it can: who throws away all that waits loses no time over the one that goes.
 TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
-  const QString serial = StoreWaiting();
-  bool changed = true;
+  const QString serial = StoreWaiting("under way");
+  const QString thrown = StoreWaiting("thrown away");
+  const QString deleted = StoreWaiting("deleted");
+  bool cancelled = true;
+  QStringList underWay;
+  QStringList kept;
   Arrives([&] {
-    changed = MailStore(profile_.Get()).CancelWaiting(Disk(serial)) ||
-              SetDust(profile_.Get(), {serial}, true) || DeleteMessages(profile_.Get(), {serial});
+    cancelled = MailStore(profile_.Get()).CancelWaiting(Disk(serial));
+    EXPECT_TRUE(SetDust(profile_.Get(), {serial, thrown}, true, &underWay));
+    EXPECT_TRUE(DeleteMessages(profile_.Get(), {deleted, serial}, &kept));
   });
   EXPECT_EQ(Send().sent, 1);
-  EXPECT_FALSE(changed);
-  EXPECT_EQ(Subjects(3).size(), 1);
+  EXPECT_FALSE(cancelled);
+  EXPECT_EQ(underWay, QStringList{QStringLiteral("under way")});
+  EXPECT_EQ(kept, underWay);
+  EXPECT_EQ(Subjects(3), underWay);
+  EXPECT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_EQ(Subjects(-2), QStringList{QStringLiteral("thrown away")});
   // Nor once it was sent, from a window that was opened before.
   EXPECT_FALSE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
 }

@@ -185,7 +185,7 @@ TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
   EXPECT_EQ(path(u"taro@faß.de"), QByteArray("taro@xn--fa-hia.de"));
   EXPECT_EQ(path(u"太郎@例え.jp"), QByteArray("太郎@xn--r8jz45g.jp utf8"));
   for (const char16_t* bad : {u"", u"a b@x", u"a@x\r\nRCPT TO:<b@x>", u"a@x>", u"a@x\u200b",
-                              u"a@ex\u3000ample", u"a@-例え.jp"}) {
+                              u"a@ex\u3000ample", u"a@-例え.jp", u"@", u"@x", u"a@"}) {
     EXPECT_EQ(path(bad), QByteArray("-")) << QString::fromUtf16(bad).toStdString();
   }
 

@@ -298,6 +298,11 @@ TEST_F(MessageWindowTest, PastingNothingDoesNothing) {
 TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   MessageWindow& window = OpenStored(kPlain, 4);
   const QString path = folder_.filePath(QStringLiteral("print.pdf"));
+  // The page that the message was opened from stays as large as it was, and behind.
+  QWidget* frame = Browser()->parentWidget();
+  frame->showMaximized();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   const auto text = [](const BrowserWindow* page) {
     return ScriptIn(*page->findChild<QWebEngineView*>(), QStringLiteral("document.body.innerText"))
         .toString();
@@ -310,8 +315,10 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
         Store("Subject: meanwhile\r\n\r\nother\r\n", 4);
         program_->Parent()->MessageStored();
         EXPECT_TRUE(WaitFor([&] { return text(Browser()).contains(u"meanwhile"); }));
-        const BrowserWindow* printed = program_->Parent()->findChildren<BrowserWindow*>().last();
-        EXPECT_NE(printed, Browser());
+        auto pages = program_->Parent()->findChildren<BrowserWindow*>();
+        pages.removeAll(Browser());
+        const BrowserWindow* printed = pages.value(0);
+        ASSERT_NE(printed, nullptr);
         EXPECT_TRUE(text(printed).contains(u"first line")) << qPrintable(text(printed));
         Child<QLineEdit>(dialog, u"filename").setText(path);
         QMetaObject::invokeMethod(&dialog, "accept");
@@ -322,8 +329,11 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
   EXPECT_TRUE(test::ReadFile(path).contains("/Font")) << "text, and no picture of it";
   EXPECT_TRUE(WaitFor([this] {
-    return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty();
+    return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty() &&
+           program_->Parent()->findChildren<BrowserWindow*>().size() == 1;
   }));
+  EXPECT_TRUE(frame->isMaximized());
+  EXPECT_FALSE(program_->Parent()->isActiveWindow());
   window.close();
   EXPECT_TRUE(Gone());
 }

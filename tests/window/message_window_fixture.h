@@ -70,7 +70,7 @@ class MessageWindowTest : public ProgramTest {
   // The entries' texts by their places; empty for a separator.
   static QStringList Texts(const QMenu& menu) {
     QStringList texts;
-    for (const QAction* action : menu.actions()) texts.append(action->text());
+    for (const QAction* action : menu.actions()) texts.append(action->text().section(u'\t', 0, 0));
     return texts;
   }
   static QStringList Buttons(const MessageWindow& window) {

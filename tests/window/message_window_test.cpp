@@ -370,6 +370,15 @@ TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
   EXPECT_EQ(memo.toPlainText(), QStringLiteral("text\n"));
   edit(undo + 1);
   EXPECT_EQ(memo.toPlainText(), QStringLiteral("drafttext\n"));
+  // By keys as well, and a letter with Alt that stands for nothing is none of the text.
+  QTest::keyClick(&memo, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("text\n"));
+  QTest::keyClick(&memo, Qt::Key_Y, Qt::ControlModifier);
+  QTest::keyClick(&memo, 'q', Qt::AltModifier);
+  QTest::keyClick(&subject, 'q', Qt::AltModifier);
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("drafttext\n"));
+  EXPECT_EQ(subject.text(), QStringLiteral("draft"));
+  memo.setFocus();
   edit(undo + 2);  // everything
   edit(0);         // cut
   EXPECT_EQ(memo.toPlainText(), QString());

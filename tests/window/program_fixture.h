@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QRandomGenerator>
 #include <QTest>
 #include <QWebEngineScript>
@@ -110,7 +111,8 @@ class ProgramTest : public testing::Test {
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
   BrowserWindow* Browser() const {
     ParentWindow* parent = program_->Parent();
-    return parent == nullptr ? nullptr : parent->findChild<BrowserWindow*>();
+    return parent == nullptr ? nullptr
+                             : parent->findChild<QMdiArea*>()->findChild<BrowserWindow*>();
   }
   QWebEngineView* View() const { return Browser()->findChild<QWebEngineView*>(); }
   // What the engine answers to a question. It forgets a question when the page goes, so that it is

@@ -2,6 +2,7 @@
 // events, in the running program.
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -14,6 +15,8 @@
 
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "storage/databases.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 #include "window/program_fixture.h"
@@ -144,6 +147,22 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     list.setCurrentCell(0, 0);
     QTest::keyClick(&list, Qt::Key_Delete);
     QTest::keyClick(&window, Qt::Key_Escape);
+  }));
+  EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*"));
+
+  // Another program adds rules meanwhile; one that stops all mail is refused.
+  Disk stored(fixed_serial::kRules);
+  stored.Let(QStringLiteral("ReceiveStop"), QStringLiteral("from: 佐*\r\nfrom:*"));
+  EXPECT_TRUE(SaveObject(Context(), DatabaseKind::Profile, stored));
+  EXPECT_TRUE(InModal<RuleWindow>(open, [](RuleWindow& window) {
+    auto& list = Child<QTableWidget>(window, u"lvReceiveStop");
+    EXPECT_EQ(Lines(list).value(1), QStringLiteral("from:*"));
+    test::Press(Child<QPushButton>(window, u"cmOk"));
+    const auto& error = Child<QLabel>(window, u"lbError");
+    EXPECT_TRUE(error.isVisible() && error.text().contains(QStringLiteral("「from:*」")));
+    list.setCurrentCell(1, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);
+    test::Press(Child<QPushButton>(window, u"cmOk"));
   }));
   EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*"));
 }

@@ -92,6 +92,39 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr) << "a page gives no commands";
 }
 
+// What is being typed into a message answers no box of a page.
+TEST_F(FolderPageTest, APagesBoxesComeUpOnlyWhereTheUserIs) {
+  Begin(1, 100);
+  WebSite site;
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
+  auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
+  EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+  const auto ask = [&view] {
+    view.page()->runJavaScript(QStringLiteral("setTimeout(() => fetch('/' + confirm('win')))"));
+  };
+  program_->Parent()->WriteTo(QStringLiteral("mailto:a@example.jp"));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow* written = TopLevel<MessageWindow>();
+  written->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(written));
+  ask();
+  EXPECT_TRUE(WaitFor([&] {
+    return site.asked.contains("/false") || QApplication::activeModalWidget() != nullptr;
+  }));
+  ASSERT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_TRUE(InModal<QMessageBox>([written] { written->close(); },
+                                   [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+  program_->Parent()->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(program_->Parent()));
+  view.setFocus();
+  EXPECT_TRUE(InModal<QMessageBox>(ask, [](QMessageBox& box) {
+    EXPECT_TRUE(box.text().contains(u"win"));
+    box.button(QMessageBox::Ok)->click();
+  }));
+  EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/true"); }));
+}
+
 // A link to an address is a message to be written, also where it asks for a window of its own.
 TEST_F(FolderPageTest, AnAddressOnAWebPageBecomesAMessage) {
   Begin(1, 100);

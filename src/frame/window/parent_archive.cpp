@@ -144,7 +144,7 @@ void ParentWindow::Export() {
     if (QFileInfo::exists(path) &&
         ShowBox(this, QMessageBox::Question,
                 Ui::tr("「%1」は既にあります。上書きしますか？").arg(path),
-                QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes) {
       return;
     }
   }

@@ -35,18 +35,29 @@ bool IsFilledByHand(const Context& context, const QString& folder) {
 }  // namespace
 
 // The end of a change to messages, of which a failure is told.
-void ParentWindow::EndChange(bool done) {
+void ParentWindow::EndChange(bool done, const QStringList& underWay) {
   if (!done) {
     ShowBox(this, QMessageBox::Critical,
             Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
+  } else if (!underWay.isEmpty()) {
+    ShowBox(this, QMessageBox::Information,
+            Ui::tr("送信中なので、そのままにしました: %1")
+                .arg(QStringLiteral("「") + underWay.join(QStringLiteral("」「")) +
+                     QStringLiteral("」")));
   }
   MessageStored();
+}
+
+void ParentWindow::ChangeDust(const QStringList& messages, bool dust) {
+  QStringList underWay;
+  const bool done = SetDust(context_, messages, dust, &underWay);
+  EndChange(done, underWay);
 }
 
 void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messages,
                                  const QString& folder) {
   if (action == MessageAction::OutOfDust) {
-    EndChange(SetDust(context_, messages, false));
+    ChangeDust(messages, false);
     return;
   }
   if (action == MessageAction::File) {
@@ -66,14 +77,17 @@ void ParentWindow::ActOnMessages(MessageAction action, const QStringList& messag
     return;
   }
   if (folder != fixed_serial::kDust) {
-    EndChange(SetDust(context_, messages, true));
+    ChangeDust(messages, true);
     return;
   }
   const auto answer = ShowBox(
       this, QMessageBox::Question,
       Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer == QMessageBox::Ok) EndChange(DeleteMessages(context_, messages));
+  if (answer != QMessageBox::Ok) return;
+  QStringList underWay;
+  const bool done = DeleteMessages(context_, messages, &underWay);
+  EndChange(done, underWay);
 }
 
 // A message that belongs to a choice of several brings the others along.
@@ -86,7 +100,7 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
     // A failure is told to the user, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, messages, folder, from] {
       if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
-        EndChange(SetDust(context_, messages, folder == fixed_serial::kDust));
+        ChangeDust(messages, folder == fixed_serial::kDust);
       } else {
         const bool moves = from != folder && IsFilledByHand(context_, from);
         EndChange(FileMessages(context_, messages, folder, moves ? from : QString()));

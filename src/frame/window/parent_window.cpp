@@ -17,6 +17,7 @@
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
 #include "mail/drafts.h"
+#include "mail/message_filing.h"
 #include "mail/outbox.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -39,6 +40,7 @@ namespace {
 constexpr int kMostOfSubject = 20;  // characters in the status bar
 constexpr int kTickMs = 100;
 constexpr int kTreeWidth = 210;
+constexpr int kLeastTreeWidth = 140;
 constexpr int kMessageMs = 10000;
 
 const QString kArrange = QStringLiteral("arrange");
@@ -58,6 +60,7 @@ ParentWindow::ParentWindow(Context& context)
       watch_(context, [this] { return IsEnabled() && !traffic_.Control().Busy(); }),
       tvConsole_(new ConsoleTree(context)),
       area_(new QMdiArea),
+      unseen_(new QWidget(this)),
       splitter_(new QSplitter),
       mmSound_(new QSoundEffect(this)) {
   setObjectName(QStringLiteral("parent"));
@@ -70,6 +73,7 @@ ParentWindow::ParentWindow(Context& context)
   splitter_->addWidget(area_);
   splitter_->setStretchFactor(1, 1);
   splitter_->setChildrenCollapsible(false);
+  tvConsole_->setMinimumWidth(kLeastTreeWidth);  // names stay readable in a window made small
   setCentralWidget(splitter_);
   setStatusBar(sbStatus_);
   BuildMenus();
@@ -97,6 +101,7 @@ ParentWindow::~ParentWindow() {
   closing_ = true;
   // The browser windows hold pages of profiles that this window owns.
   for (QMdiSubWindow* child : area_->subWindowList()) delete child;
+  delete unseen_;
 }
 
 void ParentWindow::ConnectTree() {
@@ -137,17 +142,51 @@ void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
   queue_.PostDialogRequest(request);
 }
 
+// What else the deletion of an object touches.
+QString ParentWindow::DeletionWarning(const Disk& object) {
+  const QString key = object.SerialID();
+  const QString type = object.Text(u"FormName");
+  if (type == object_type::kProfile) {
+    return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
+        .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
+  }
+  if (type == object_type::kFolder) {
+    QStringList users;
+    const DiskCollectionPtr folders =
+        SelectObjects(context_.Objects, *context_.Session, object_type::kFolder);
+    for (const DiskPtr& folder : *folders) {
+      if (folder->SerialID() != key && folder->Text(u"Condition").contains(key)) {
+        users.append(folder->Text(u"Object"));
+      }
+    }
+    if (!users.isEmpty()) {
+      return Ui::tr("このフォルダは次のフォルダの条件に使われています: %1")
+          .arg(users.join(QStringLiteral("、")));
+    }
+  }
+  if (type == object_type::kAccount) {
+    const int waiting = CountWaiting(context_, object.Text(u"Mailaddress"));
+    if (waiting > 0) {
+      return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
+    }
+  }
+  return {};
+}
+
 void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
   const DiskPtr object = context_.Objects.Find(key);
-  QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
-  if (object != nullptr && object->Text(u"FormName") == object_type::kProfile) {
-    question +=
-        QStringLiteral("\n") + Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
-                                   .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
+  // What cannot be deleted is not asked about.
+  const bool mayGo =
+      object != nullptr && !object->Flag(u"System") && key != context_.Session->SerialID();
+  if (mayGo) {
+    QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
+    const QString warning = DeletionWarning(*object);
+    if (!warning.isEmpty()) question += u'\n' + warning;
+    const auto answer = ShowBox(this, QMessageBox::Question, question,
+                                QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok) return;
   }
-  const auto answer = ShowBox(this, QMessageBox::Question, question,
-                              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer == QMessageBox::Ok) PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
+  PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
 }
 
 void ParentWindow::LoadDefaultProperty() {
@@ -265,9 +304,11 @@ std::vector<RequestWindow*> ParentWindow::OpenWindows() const {
   return windows_;
 }
 
-RequestWindow* ParentWindow::CreateRequestWindow(const QString& status) {
+RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
+  const QString status = request.Text(u"status");
   if (status == u"browser") {
-    return NewBrowserWindow();
+    // A page that is only printed is none of those that the user arranges and acts on.
+    return request.Text(u"exec") == u"print" ? NewUnseenBrowser() : NewBrowserWindow();
   }
   if (status == u"mail") {
     auto* window = new MessageWindow(context_, *this, events_);
@@ -293,6 +334,13 @@ BrowserWindow* ParentWindow::NewBrowserWindow() {
   QMdiSubWindow* frame = area_->addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   frame->setWindowIcon(Icon(QStringLiteral("folder")));
+  return window;
+}
+
+BrowserWindow* ParentWindow::NewUnseenBrowser() {
+  auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
+  window->setParent(unseen_);
+  Track(window, window);
   return window;
 }
 

@@ -63,7 +63,7 @@ class ParentWindow : public QMainWindow,
   // DispatchHost
   bool IsEnabled() const override;
   std::vector<RequestWindow*> OpenWindows() const override;
-  RequestWindow* CreateRequestWindow(const QString& status) override;
+  RequestWindow* CreateRequestWindow(const Disk& request) override;
   void ArrangeWindows() override;
   void NotifyNewMessages(const Disk& request) override;
   void ApplySettings() override;
@@ -134,12 +134,14 @@ class ParentWindow : public QMainWindow,
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
-  void EndChange(bool done);
+  void EndChange(bool done, const QStringList& underWay = {});
+  void ChangeDust(const QStringList& messages, bool dust);
   bool MayEndSending();
   void EndAfterSending();
   void KeepPlacement();
   void FollowActivePage();
   void ShowTitle();
+  BrowserWindow* NewUnseenBrowser();
   QWidget* FrontWindow();
   BrowserWindow* ActiveBrowser() const;
   void CountUnreadSoon();
@@ -159,6 +161,7 @@ class ParentWindow : public QMainWindow,
                   const QString& event = {});
   void NewMessage();
   void PostNewObject(const QString& type, const QString& parent);
+  QString DeletionWarning(const Disk& object);
   void DeleteObject(const QString& key, const QString& tag);
   void OpenEvent(const QString& serialId);
   void DispatchSoon();
@@ -177,6 +180,7 @@ class ParentWindow : public QMainWindow,
   SourceWatch watch_;
   ConsoleTree* tvConsole_;
   QMdiArea* area_;
+  QWidget* unseen_;  // holds pages that are only printed
   QSplitter* splitter_;
   QToolBar* tbMain_ = nullptr;
   QSoundEffect* mmSound_;

@@ -9,6 +9,7 @@
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
 #include "storage/context.h"
+#include "storage/window/text_keys.h"
 #include "storage/window/wheel_guard.h"
 
 namespace vorn {
@@ -46,6 +47,7 @@ class Program : public QObject {
 
   Context context_;
   WheelGuard wheelGuard_;
+  TextKeys textKeys_;
   QTranslator texts_;
   QTranslator toolkitTexts_;
   QString appFolder_;

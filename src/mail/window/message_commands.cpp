@@ -264,7 +264,10 @@ void MessageWindow::SaveToFile() {
   QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
   if (source.isEmpty()) return;
-  if (Settings(context_)->Flag(u"StandardHeaders")) source = MimeCodec::WithoutEndMark(source);
+  const bool isReceived = qAbs(request_->Number(kProcess)) == kStatusReceived;
+  if (Settings(context_)->Flag(u"StandardHeaders") && !isReceived) {
+    source = MimeCodec::WithoutEndMark(source);
+  }
   const QString path = QFileDialog::getSaveFileName(
       this, Ui::tr("ファイルに保存"), SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
       Ui::tr("メッセージファイル (*.eml)"));

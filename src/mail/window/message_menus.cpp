@@ -116,11 +116,13 @@ void MessageWindow::InFocusedBox(const char* slot) {
 QMenu* MessageWindow::BuildEditMenu() {
   QMenu* menu = menuBar()->addMenu(Ui::tr("編集(&E)"));
   menu->setObjectName(QStringLiteral("menuEdits"));
-  const auto add = [this, menu](const QString& text, const char* slot) {
-    return menu->addAction(text, this, [this, slot] { InFocusedBox(slot); });
+  // The boxes obey these keys themselves; the menu only shows them.
+  const auto add = [this, menu](const QString& text, const char* slot, const char* key) {
+    return menu->addAction(text + u'\t' + QString::fromLatin1(key), this,
+                           [this, slot] { InFocusedBox(slot); });
   };
-  add(Ui::tr("切り取り(&X)"), "cut");
-  add(Ui::tr("コピー(&C)"), "copy");
+  add(Ui::tr("切り取り(&X)"), "cut", "Ctrl+X");
+  add(Ui::tr("コピー(&C)"), "copy", "Ctrl+C");
   menu->addAction(Ui::tr("削除(&D)"), this, [this] {
     if (auto* line = qobject_cast<QLineEdit*>(focusWidget()); line != nullptr) {
       if (!line->isReadOnly()) line->del();
@@ -128,7 +130,7 @@ QMenu* MessageWindow::BuildEditMenu() {
       if (!text->isReadOnly()) text->textCursor().deleteChar();
     }
   });
-  menu->addAction(Ui::tr("貼り付け(&P)"), this, [this] {
+  menu->addAction(Ui::tr("貼り付け(&P)") + QStringLiteral("\tCtrl+V"), this, [this] {
     if (!lvClip_->Paste()) InFocusedBox("paste");
   });
   menu->addSeparator();
@@ -143,9 +145,9 @@ QMenu* MessageWindow::BuildEditMenu() {
   priorities->setObjectName(QStringLiteral("menuEditsPrioritys"));
   BuildPriorityMenu(priorities);
   menu->addSeparator();
-  add(Ui::tr("元に戻す(&U)"), "undo");
-  add(Ui::tr("やり直し(&R)"), "redo");
-  add(Ui::tr("すべて選択(&L)"), "selectAll");
+  add(Ui::tr("元に戻す(&U)"), "undo", "Ctrl+Z");
+  add(Ui::tr("やり直し(&R)"), "redo", "Ctrl+Y");
+  add(Ui::tr("すべて選択(&L)"), "selectAll", "Ctrl+A");
   menu->addSeparator();
   menu->addAction(Ui::tr("検索(&F).."), this,
                   [this] {

@@ -1,7 +1,9 @@
 #include "objects/window/editing_window.h"
 
+#include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -11,6 +13,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 
@@ -31,6 +34,9 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
   lbError_->setWordWrap(true);
   lbError_->setStyleSheet(QStringLiteral("color: #c0392b"));
   lbError_->hide();
+  QSizePolicy policy = lbError_->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);  // nothing moves under the pointer when it comes
+  lbError_->setSizePolicy(policy);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   const auto caption = [buttons](QDialogButtonBox::StandardButton button, const QString& objectName,
                                  const QString& text) {
@@ -50,6 +56,16 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
 void EditingWindow::AddPage(FormPage* page) {
   pages_.push_back(page);
   tsPage_->addTab(page, page->Title());
+  // What was wrong is not told beyond the next change.
+  for (auto* line : page->findChildren<QLineEdit*>()) {
+    connect(line, &QLineEdit::textEdited, lbError_, &QLabel::hide);
+  }
+  for (auto* text : page->findChildren<QPlainTextEdit*>()) {
+    connect(text, &QPlainTextEdit::textChanged, lbError_, &QLabel::hide);
+  }
+  for (auto* button : page->findChildren<QAbstractButton*>()) {
+    connect(button, &QAbstractButton::toggled, lbError_, &QLabel::hide);
+  }
 }
 
 QStringList EditingWindow::ShownPages() const {
@@ -73,6 +89,14 @@ void EditingWindow::ControlListViewItem(QTableWidget& list, const QString& line)
 
 void EditingWindow::CallBackFormData(const Disk& object) {
   for (FormPage* page : pages_) page->Loaded(object);
+}
+
+void EditingWindow::ReadAnew() {
+  Disk stored(Tag());
+  const bool isRead =
+      OpenDatabase(context_, DatabaseKind::Profile) && stored.DatabaseToDisk(context_.Data);
+  context_.Data.Close();
+  if (isRead) TakeOver(stored);
 }
 
 void EditingWindow::FillPages() {

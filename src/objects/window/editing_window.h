@@ -45,6 +45,8 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   const std::vector<FormPage*>& Pages() const { return pages_; }
   const DiskPtr& Request() const { return request_; }
   void TakeRequest(const DiskPtr& request) { request_ = request; }
+  /// Takes over what another program has stored meanwhile.
+  void ReadAnew();
   /// Fills the pages from the stored object, when there is one, and tells them.
   void FillPages();
   void ShowEvent();

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPageLayout>
 #include <QPointer>
@@ -58,8 +59,6 @@ QString FirstUseText() {
       Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
       Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
              "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
-      Ui::tr("<b>試してみる</b>: <code>scripts/run --demo</code> "
-             "で、見本のメールとサーバーを使って動かせます。"),
       Ui::tr("<b>使い方</b>: F1キー。")};
   QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
                  Ui::tr("メールを受信するには、アカウントを追加してください。") +
@@ -99,7 +98,7 @@ BrowserWindow::~BrowserWindow() {
   if (page_ != nullptr) page_->disconnect(this);
   delete wbUrl_;
   DeletePageFile();
-  host_.BrowserClosed();
+  if (!IsForPrinting()) host_.BrowserClosed();
 }
 
 // A page belongs to one engine profile for life, so a window that changes between a folder and the
@@ -269,7 +268,6 @@ void BrowserWindow::SeekClicked() {
 }
 
 void BrowserWindow::Refresh() {
-  if (IsForPrinting()) return;  // what was to be printed, whose file has gone
   if (IsLocal()) {
     rows_.Keep([this] { LoadDefaultProperty(nullptr, true); });
   } else {
@@ -383,8 +381,8 @@ void BrowserWindow::Activate() {
 }
 
 void BrowserWindow::Unload() {
-  if (parentWidget() != nullptr) {
-    parentWidget()->close();
+  if (auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget())) {
+    frame->close();
   } else {
     deleteLater();
   }

@@ -1,6 +1,20 @@
 #include "present/window/link_page.h"
 
+#include <QApplication>
+#include <QWebEngineView>
+
+#include "storage/ui.h"
+#include "storage/window/plain_text.h"
+
 namespace vorn {
+namespace {
+
+QString BoxText(const QUrl& origin, const QString& text) {
+  return Ui::tr("「%1」のページからのメッセージ:").arg(origin.host()) + QStringLiteral("\n\n") +
+         text;
+}
+
+}  // namespace
 
 bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
   if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
@@ -30,6 +44,29 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
 
 QWebEnginePage* LinkPage::createWindow(WebWindowType) {
   return localPage_.isEmpty() && makeWindow_ ? makeWindow_() : nullptr;
+}
+
+// Whether the keys that the user presses now are this page's.
+bool LinkPage::HasUser() const {
+  const QWebEngineView* view = QWebEngineView::forPage(this);
+  QWidget* focus = QApplication::focusWidget();
+  return view != nullptr && focus != nullptr && (focus == view || view->isAncestorOf(focus));
+}
+
+void LinkPage::javaScriptAlert(const QUrl& origin, const QString& text) {
+  if (!HasUser()) return;
+  ShowBox(QWebEngineView::forPage(this), QMessageBox::Information, BoxText(origin, text));
+}
+
+bool LinkPage::javaScriptConfirm(const QUrl& origin, const QString& text) {
+  return HasUser() &&
+         ShowBox(QWebEngineView::forPage(this), QMessageBox::Question, BoxText(origin, text),
+                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Ok;
+}
+
+bool LinkPage::javaScriptPrompt(const QUrl& origin, const QString& text, const QString& standard,
+                                QString* answer) {
+  return HasUser() && QWebEnginePage::javaScriptPrompt(origin, text, standard, answer);
 }
 
 }  // namespace vorn

@@ -30,8 +30,16 @@ class LinkPage : public QWebEnginePage {
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
   QWebEnginePage* createWindow(WebWindowType type) override;
+  // A page's own boxes come up only while the user is at the page: over another window they would
+  // take the keys that are meant for that one.
+  void javaScriptAlert(const QUrl& origin, const QString& text) override;
+  bool javaScriptConfirm(const QUrl& origin, const QString& text) override;
+  bool javaScriptPrompt(const QUrl& origin, const QString& text, const QString& standard,
+                        QString* answer) override;
 
  private:
+  bool HasUser() const;
+
   QUrl localPage_;
   std::function<QWebEnginePage*()> makeWindow_;
   bool holding_ = false;

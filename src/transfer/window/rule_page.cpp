@@ -107,6 +107,18 @@ void RulePage::Loaded(const Disk&) {
   lvReceiveStop_->setCurrentCell(0, 0);
 }
 
+// One that every message matches would stop all mail, and delete it where the user wants that.
+PageFault RulePage::Check() {
+  for (int row = 0; !IsPlaceholder(row); ++row) {
+    const QString line = lvReceiveStop_->item(row, 0)->text();
+    const QString pattern = line.mid(PrefixOf(line).size()).trimmed();
+    if (!pattern.isEmpty() && pattern.count(u'*') == pattern.size()) {
+      return {Ui::tr("「%1」はすべてのメッセージに合います。").arg(line), lvReceiveStop_};
+    }
+  }
+  return {};
+}
+
 bool RulePage::IsPlaceholder(int row) const {
   return row == lvReceiveStop_->rowCount() - 1;
 }

@@ -15,6 +15,7 @@ class RulePage : public FormPage {
   RulePage();
 
   void Loaded(const Disk& object) override;
+  PageFault Check() override;
   QString Line(const QTableWidget& list, int row) const override;
   void AddLine(QTableWidget& list, const QString& line) override;
 

@@ -21,6 +21,7 @@ RuleWindow::RuleWindow(Context& context, QWidget* parent)
 
 bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
+  ReadAnew();
   FillPages();
   findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"))->setFocus();
   return true;
