@@ -90,7 +90,7 @@ MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArr
                 (known || !identity || HasAlike(*identity, source, &alike));
     if (done && !known && !alike) {
       done = WriteMessage(request, source, index) &&
-             (!identity || NoteIdentity(*identity, request.SerialID()));
+             (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
     }
     if (done && context_.Data.Commit()) {
       received = known ? Received::Known : (alike ? Received::Alike : Received::Stored);
@@ -104,26 +104,15 @@ MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArr
 
 // One that cannot be read may be another.
 bool MailStore::HasAlike(qint64 identity, const QByteArray& source, bool* alike) {
-  if (!context_.Data.OpenRecordset(
-          QStringLiteral("SELECT * FROM mail WHERE ABS(STATUS) = 4 AND SERIALID IN (SELECT "
-                         "SERIALID FROM received_identity WHERE IDENTITY = %1)")
-              .arg(identity),
-          CursorKind::ForwardOnly)) {
+  const std::optional<QString> serialId = context_.Data.ReceivedAs(identity);
+  if (!serialId || serialId->isEmpty()) return serialId.has_value();
+  if (!context_.Data.OpenRecordset(SelectRow(Disk(*serialId)), CursorKind::ForwardOnly)) {
     return false;
   }
-  const RecordsetPtr rows = context_.Data.Recordset();
-  for (; !rows->Eof() && !*alike; rows->MoveNext()) {
-    const QByteArray stored = rows->Fields(u"MAIL").toByteArray();
-    *alike = !rows->Failed() && IsSameButForNotes(stored, source);
-  }
+  const RecordsetPtr row = context_.Data.Recordset();
+  const QByteArray stored = row->Eof() ? QByteArray() : row->Fields(u"MAIL").toByteArray();
+  *alike = !row->Failed() && IsSameButForNotes(stored, source);
   return true;
-}
-
-bool MailStore::NoteIdentity(qint64 identity, const QString& serialId) {
-  return context_.Data.Execute(
-      QStringLiteral("INSERT OR REPLACE INTO received_identity (IDENTITY, SERIALID) VALUES (%1, %2)")
-          .arg(identity)
-          .arg(QuoteSql(serialId)));
 }
 
 bool MailStore::IsKnown(const QString& messageId, bool* known) {

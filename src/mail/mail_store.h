@@ -77,7 +77,6 @@ class MailStore {
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool IsKnown(const QString& messageId, bool* known);
   bool HasAlike(qint64 identity, const QByteArray& source, bool* alike);
-  bool NoteIdentity(qint64 identity, const QString& serialId);
   bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool WriteState(int mask, const Disk& request);
   bool WriteFolders(const Disk& request);

@@ -229,13 +229,29 @@ bool DataSession::ReadReceived(
   return step == Statement::Step::Done || FailFromConnection();
 }
 
+std::optional<QString> DataSession::ReceivedAs(qint64 identity) {
+  return TextOf(
+      "SELECT SERIALID FROM received_identity WHERE IDENTITY = ?1 AND EXISTS (SELECT 1 FROM mail "
+      "WHERE mail.SERIALID = received_identity.SERIALID AND ABS(STATUS) = 4)",
+      identity);
+}
+
+bool DataSession::NoteReceived(qint64 identity, const QString& serialId) {
+  return connection_ != nullptr &&
+         (connection_->Run("INSERT OR REPLACE INTO received_identity VALUES (?1, ?2)",
+                           {identity, serialId}) ||
+          FailFromConnection());
+}
+
 std::optional<QString> DataSession::MessageIdOf(qint64 row) {
-  const auto statement = connection_ == nullptr
-                             ? nullptr
-                             : connection_->Prepare("SELECT FIELD_ID FROM mail WHERE ROWID = ?1");
+  return TextOf("SELECT FIELD_ID FROM mail WHERE ROWID = ?1", row);
+}
+
+std::optional<QString> DataSession::TextOf(const QByteArray& select, qint64 number) {
+  const auto statement = connection_ == nullptr ? nullptr : connection_->Prepare(select);
   Statement::Step step = Statement::Step::Failed;
   if (statement != nullptr) {
-    statement->Bind({row});
+    statement->Bind({number});
     step = statement->Next();
   }
   if (step == Statement::Step::Row) return statement->Value(0).toString();

@@ -101,6 +101,10 @@ class DataSession {
   /// and its subject. False when they cannot be read. Reads a page of each source.
   bool ReadReceived(qint64 after, const std::function<void(qint64 row, const QByteArray& digest,
                                                            const QString& subject)>& tell);
+  /// The serial identifier of the open file's received message that was last noted under that
+  /// number (table `received_identity`), empty when it has none any more; and the noting of one.
+  std::optional<QString> ReceivedAs(qint64 identity);
+  bool NoteReceived(qint64 identity, const QString& serialId);
   /// The identifier (`FIELD_ID`) of a row of `mail` in the open file; empty when there is none.
   std::optional<QString> MessageIdOf(qint64 row);
 
@@ -115,6 +119,9 @@ class DataSession {
  private:
   bool FailFromConnection();
   void LeaveGroup();
+  // The first column of the first row that a statement with a number finds; empty when there is
+  // none.
+  std::optional<QString> TextOf(const QByteArray& select, qint64 number);
   void NoteDamage(const QString& path, Connection& connection);
   std::shared_ptr<Connection> Warm(const QString& path, const QString& password);
 

@@ -123,8 +123,7 @@ bool CreateOnServer(Connection& connection) {
 // has none. An entry without its message is no harm: what it leads to is compared.
 bool CreateReceivedIdentity(Connection& connection) {
   return connection.Run(
-      "CREATE TABLE IF NOT EXISTS received_identity (IDENTITY INTEGER, SERIALID TEXT, PRIMARY KEY "
-      "(IDENTITY, SERIALID)) WITHOUT ROWID");
+      "CREATE TABLE IF NOT EXISTS received_identity (IDENTITY INTEGER PRIMARY KEY, SERIALID TEXT)");
 }
 
 // From 2 to 3 sources got digests and identifiers became unique.
