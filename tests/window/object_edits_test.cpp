@@ -11,6 +11,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <map>
@@ -129,7 +130,10 @@ class ObjectEdits : public testing::Test {
     controls.removeIf([](const QWidget* c) { return !c->isVisible() || !c->isEnabled(); });
     if (controls.isEmpty()) return;
     QWidget* control = controls[chance_.bounded(controls.size())];
-    if (auto* text = qobject_cast<QLineEdit*>(control)) {
+    if (auto* entries = qobject_cast<QTableWidget*>(control);
+        entries != nullptr && entries->objectName() == u"lvAddressbook") {
+      EditEntry(window, *entries);
+    } else if (auto* text = qobject_cast<QLineEdit*>(control)) {
       test::Type(*text, Words(control->objectName()));
     } else if (auto* memo = qobject_cast<QPlainTextEdit*>(control)) {
       test::Type(*memo, QStringLiteral("一行\n二行"));
@@ -138,6 +142,48 @@ class ObjectEdits : public testing::Test {
     } else if (qobject_cast<QTreeWidget*>(control) == nullptr) {
       QTest::keyClick(control, chance_.bounded(2) == 0 ? Qt::Key_Down : Qt::Key_Up);
     }
+  }
+
+  // A cell that is left open, or a button for a row.
+  void EditEntry(const QWidget& window, QTableWidget& entries) {
+    const int row = static_cast<int>(chance_.bounded(entries.rowCount()));
+    const int column = static_cast<int>(chance_.bounded(2));
+    test::ClickRow(entries, entries.item(row, column));
+    if (chance_.bounded(4) == 0) {
+      static const QList<const char16_t*> buttons{u"cmUp", u"cmDown", u"cmRemove"};
+      test::Press(Child<QPushButton>(window, buttons[chance_.bounded(buttons.size())]));
+      return;
+    }
+    entries.editItem(entries.item(row, column));
+    auto* cell = qobject_cast<QLineEdit*>(entries.indexWidget(entries.model()->index(row, column)));
+    if (cell == nullptr) return;
+    test::Type(*cell,
+               column == 0 ? QStringLiteral("n%1@example.jp").arg(chance_()) : Words(QString()));
+  }
+  // A book's entries, each with its address and name.
+  static QStringList ShownEntries(const QWidget& window) {
+    QStringList shown;
+    const auto* entries = window.findChild<QTableWidget*>(QStringLiteral("lvAddressbook"));
+    for (int row = 0; entries != nullptr && row < entries->rowCount(); ++row) {
+      QStringList cells;
+      for (int column = 0; column < 2; ++column) {
+        const auto* box = qobject_cast<const QLineEdit*>(
+            entries->indexWidget(entries->model()->index(row, column)));
+        cells.append(
+            (box != nullptr ? box->text() : entries->item(row, column)->text()).simplified());
+      }
+      if (!cells.join(QString()).isEmpty()) shown.append(cells.join(u' ').trimmed());
+    }
+    return shown;
+  }
+  static QStringList StoredEntries(const Values& stored) {
+    QStringList entries;
+    const auto lines = stored.find(QStringLiteral("addressbook"));
+    if (lines == stored.end()) return entries;
+    for (const QString& line : lines->second.split(kLineBreak, Qt::SkipEmptyParts)) {
+      entries.append(line.section(u' ', 1).simplified());  // behind the kind
+    }
+    return entries;
   }
 
   using Opener = std::function<std::unique_ptr<EditingWindow>(const DiskPtr& request)>;
@@ -155,6 +201,7 @@ class ObjectEdits : public testing::Test {
     window->show();
     for (int edit = static_cast<int>(chance_.bounded(1, 10)); edit > 0; --edit) Edit(*window);
     const Values shown = Shown(*window);
+    const QStringList entries = ShownEntries(*window);
     const bool cancels = chance_.bounded(5) == 0;
     test::Press(Child<QPushButton>(*window, cancels ? u"cmCancel" : u"cmOk"));
     const Values after = Stored(serialId);
@@ -162,12 +209,13 @@ class ObjectEdits : public testing::Test {
       EXPECT_EQ(after, before) << "nothing was confirmed";
       return;
     }
+    EXPECT_EQ(StoredEntries(after), entries);
     for (const auto& [key, value] : after) {
       const auto control = shown.find(key);
       const auto kept = before.find(key);
       if (control != shown.end()) {
         EXPECT_EQ(value, Expected(key, control->second, shown)) << qPrintable(key);
-      } else if (kept != before.end()) {
+      } else if (kept != before.end() && key != u"addressbook") {
         EXPECT_EQ(value, kept->second) << qPrintable(key);
       }
     }

@@ -24,10 +24,12 @@ class EntryTable : public QTableWidget {
 
   // Takes what is being typed; a button's letter pressed with Alt leaves the keyboard in its cell.
   void FinishEditing() {
-    QWidget* editor = indexWidget(currentIndex());
-    if (editor == nullptr) return;
-    commitData(editor);
-    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    for (int cell = 0; cell < rowCount() * columnCount(); ++cell) {
+      QWidget* editor = indexWidget(model()->index(cell / columnCount(), cell % columnCount()));
+      if (editor == nullptr) continue;
+      commitData(editor);
+      closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
   }
 
  protected:
@@ -75,6 +77,11 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
 
 void ListPage::Loaded(const Disk&) {
   KeepEmptyRow();
+}
+
+PageFault ListPage::Check() {
+  static_cast<EntryTable*>(list_)->FinishEditing();
+  return {};
 }
 
 QString ListPage::FirstLine(int row) const {
@@ -166,6 +173,7 @@ void BookPage::AddLine(QTableWidget&, const QString& line) {
 }
 
 PageFault BookPage::Check() {
+  ListPage::Check();
   for (int row = 0; row < List().rowCount(); ++row) {
     const QString address = Cell(row, 0);
     const bool isEmpty = address.isEmpty() && Cell(row, 1).isEmpty();

@@ -15,6 +15,8 @@ class ListPage : public FormPage {
            const QStringList& columns);
 
   void Loaded(const Disk& object) override;
+  /// Takes what is being typed into a cell.
+  PageFault Check() override;
   QTableWidget& List() const { return *list_; }
   /// A row that was not edited gives the very line that it was read from.
   QString Line(const QTableWidget& list, int row) const final;
