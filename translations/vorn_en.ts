@@ -2742,5 +2742,9 @@ Open it?</translation>
         <source>「%1」はすべてのメッセージに合います。</source>
         <translation>“%1” matches every message.</translation>
     </message>
+    <message>
+        <source>サーバーからの削除をやめました。</source>
+        <translation>Deletion on the server was given up.</translation>
+    </message>
 </context>
 </TS>

@@ -26,6 +26,9 @@ int AddRule(Context& context, const QString& line) {
                                    "ください。"),
                     kExitUsage);
   }
+  if (StopsEverything(line)) {
+    return Complain(QStringLiteral("「%1」はすべてのメッセージに合います。").arg(line), kExitUsage);
+  }
   const DiskPtr object = RuleObject(context);
   const QString rules = object->Text(kRulesKey);
   object->Let(kRulesKey, rules.isEmpty() ? line : rules + kLineBreak + line);

@@ -29,6 +29,20 @@ bool ReadStoredFolders(Context& context, const QString& message, QString* stored
   return read;
 }
 
+// Whether the message waits or was sent.
+bool HasGoneOn(Context& context, const QString& message) {
+  if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
+  bool hasGone = false;
+  if (context.Data.OpenRecordset(
+          QStringLiteral("SELECT * FROM mail WHERE SERIALID = ") + QuoteSql(message),
+          CursorKind::ForwardOnly)) {
+    const RecordsetPtr row = context.Data.Recordset();
+    hasGone = !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
+  }
+  context.Data.Close();
+  return hasGone;
+}
+
 }  // namespace
 
 bool Keep(Context& context, const QString& message, const QByteArray& source) {
@@ -51,12 +65,19 @@ void Forget(Context& context, const QString& message) {
   context.Objects.Remove(kPrefix + message);
 }
 
-QStringList LeftBehind(const Context& context) {
+QStringList LeftBehind(Context& context) {
   QStringList messages;
   for (const DiskPtr& object : context.Objects) {
     if (object->SerialID().startsWith(kPrefix)) {
       messages.append(object->SerialID().sliced(kPrefix.size()));
     }
+  }
+  // What was sent since is not written any more: a power failure can take back that it was
+  // forgotten.
+  for (const QString& message : QStringList(messages)) {
+    if (!HasGoneOn(context, message)) continue;
+    messages.removeAll(message);
+    Forget(context, message);
   }
   return messages;
 }

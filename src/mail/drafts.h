@@ -15,8 +15,9 @@ namespace Drafts {
 /// kept before. False when it cannot be written.
 bool Keep(Context& context, const QString& message, const QByteArray& source);
 void Forget(Context& context, const QString& message);
-/// The serial identifiers of the messages of which a draft was left behind.
-QStringList LeftBehind(const Context& context);
+/// The serial identifiers of the messages of which a draft was left behind. Those that wait or were
+/// sent meanwhile have none any more.
+QStringList LeftBehind(Context& context);
 /// Stores a draft that was left behind as its message, being edited. False when it cannot be; the
 /// draft is then still there.
 bool Restore(Context& context, const QString& message);

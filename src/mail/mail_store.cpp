@@ -78,41 +78,52 @@ bool MailStore::Store(const Disk& request, const QByteArray& source,
 }
 
 MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArray& source) {
-  const MessageIndex index = Index(request, source);
   const std::optional<qint64> identity = MessageIdentity(source);
+  QString alike;
+  const Received received = StoreUnlessKnown(request, source, identity, &alike);
+  if (received != Received::Alike) return received;
+  // Read outside the transaction, which a damaged page would break with all that it gathered. One
+  // that cannot be read may be another message.
+  if (!context_.Data.FlushGroup()) return Received::Failed;
+  Disk other(alike);
+  for (const auto* key : {u"db", u"file"}) {
+    if (request.Get(key).isValid()) other.Let(QString::fromUtf16(key), request.Get(key));
+  }
+  const std::optional<QByteArray> stored = LoadMessageSource(other);
+  return stored && IsSameButForNotes(*stored, source)
+             ? Received::Alike
+             : StoreUnlessKnown(request, source, identity, nullptr);
+}
+
+// `alike` gets the message that has the same identity; null stores beside such a one.
+MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByteArray& source,
+                                                const std::optional<qint64>& identity,
+                                                QString* alike) {
+  const MessageIndex index = Index(request, source);
   if (!Open(request)) return Received::Failed;
   Received received = Received::Failed;
   if (context_.Data.BeginGathered()) {
     // Nobody else writes from here on, so what is not known now stays so.
     bool known = false;
-    bool alike = false;
-    bool done = IsKnown(request.Text(u"MessageID"), &known) &&
-                (known || !identity || HasAlike(*identity, source, &alike));
-    if (done && !known && !alike) {
+    bool done = IsKnown(request.Text(u"MessageID"), &known);
+    if (done && !known && identity && alike != nullptr) {
+      const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
+      done = found.has_value();
+      *alike = found.value_or(QString());
+    }
+    const bool isAlike = alike != nullptr && !alike->isEmpty();
+    if (done && !known && !isAlike) {
       done = WriteMessage(request, source, index) &&
              (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
     }
     if (done && context_.Data.Commit()) {
-      received = known ? Received::Known : (alike ? Received::Alike : Received::Stored);
+      received = known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
     } else {
       context_.Data.Rollback();
     }
   }
   context_.Data.Close();
   return received;
-}
-
-// One that cannot be read may be another.
-bool MailStore::HasAlike(qint64 identity, const QByteArray& source, bool* alike) {
-  const std::optional<QString> serialId = context_.Data.ReceivedAs(identity);
-  if (!serialId || serialId->isEmpty()) return serialId.has_value();
-  if (!context_.Data.OpenRecordset(SelectRow(Disk(*serialId)), CursorKind::ForwardOnly)) {
-    return false;
-  }
-  const RecordsetPtr row = context_.Data.Recordset();
-  const QByteArray stored = row->Eof() ? QByteArray() : row->Fields(u"MAIL").toByteArray();
-  *alike = !row->Failed() && IsSameButForNotes(stored, source);
-  return true;
 }
 
 bool MailStore::IsKnown(const QString& messageId, bool* known) {

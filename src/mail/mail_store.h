@@ -76,7 +76,8 @@ class MailStore {
   bool Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool IsKnown(const QString& messageId, bool* known);
-  bool HasAlike(qint64 identity, const QByteArray& source, bool* alike);
+  Received StoreUnlessKnown(const Disk& request, const QByteArray& source,
+                            const std::optional<qint64>& identity, QString* alike);
   bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
   bool WriteState(int mask, const Disk& request);
   bool WriteFolders(const Disk& request);

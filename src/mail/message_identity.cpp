@@ -10,17 +10,10 @@ namespace vorn {
 namespace {
 
 bool IsNote(const QByteArray& field) {
-  static const QByteArrayList names = {"status:",
-                                       "x-status:",
-                                       "x-keywords:",
-                                       "x-uid:",
-                                       "x-uidl:",
-                                       "x-imap:",
-                                       "x-mozilla-status:",
-                                       "x-mozilla-status2:",
-                                       "x-mozilla-keys:",
-                                       "lines:",
-                                       "content-length:"};
+  static const QByteArrayList names = {
+      "status:",         "x-status:", "x-keywords:",       "x-uid:",
+      "x-uidl:",         "x-imap:",   "x-mozilla-status:", "x-mozilla-status2:",
+      "x-mozilla-keys:", "lines:",    "content-length:"};
   return std::any_of(names.begin(), names.end(), [&field](const QByteArray& name) {
     return qstrnicmp(field.constData(), name.constData(), static_cast<size_t>(name.size())) == 0;
   });
@@ -29,7 +22,9 @@ bool IsNote(const QByteArray& field) {
 }  // namespace
 
 QByteArrayView BodyOf(const QByteArray& message) {
-  return QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message)).trimmed();
+  QByteArrayView body = QByteArrayView(message).sliced(MimeCodec::HeaderBlockEnd(message));
+  while (body.endsWith('\n') || body.endsWith('\r')) body.chop(1);
+  return body;
 }
 
 QByteArrayList FieldsOf(const QByteArray& message) {
@@ -39,8 +34,8 @@ QByteArrayList FieldsOf(const QByteArray& message) {
 }
 
 bool IsSameButForNotes(const QByteArray& message, const QByteArray& other) {
-  return message == other ||
-         (BodyOf(message) == BodyOf(other) && FieldsOf(message) == FieldsOf(other));
+  return message == other || (IsUnique(message) && BodyOf(message) == BodyOf(other) &&
+                              FieldsOf(message) == FieldsOf(other));
 }
 
 bool IsUnique(const QByteArray& header) {

@@ -9,10 +9,11 @@ namespace vorn {
 /// The fields of a message's header, unfolded, without those that servers and mail programs write
 /// beside the sender's and change there (read flags, positions, lengths).
 QByteArrayList FieldsOf(const QByteArray& message);
-/// What follows the header, without blanks and line breaks at its ends.
+/// What follows the header, without line breaks at its end.
 QByteArrayView BodyOf(const QByteArray& message);
 
-/// Whether two messages are the same but for such fields and for empty lines at the end.
+/// Whether two messages are the same to the byte, or, where their header is unique, but for such
+/// fields and for empty lines at the end.
 bool IsSameButForNotes(const QByteArray& message, const QByteArray& other);
 
 /// Whether hardly two messages have this header: it has a Message-ID, and a trace field (RFC 5321

@@ -144,7 +144,8 @@ bool StoredCopies::Load() {
           last = qMax(last, row);
         });
     context_.Data.Close();
-    if (!read) return false;
+    // What lies behind damage is not found, and is stored once more rather than never.
+    if (!read && context_.Data.LastError().kind != StorageError::Kind::Damaged) return false;
   }
   for (Places* places : {&byDigest_, &bySubject_}) {
     std::sort(places->begin(), places->end(),

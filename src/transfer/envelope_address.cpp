@@ -24,6 +24,15 @@ bool IsAscii(const QString& text) {
   return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
+// Comments and source routes (RFC 5321 section 4.1.2) are no address, nor is a name without a
+// domain but the one that every server has (section 4.1.1.3).
+bool IsMailbox(const QString& local, const QString& domain, bool hasDomain) {
+  if (!hasDomain) return local.compare(u"postmaster", Qt::CaseInsensitive) == 0;
+  const bool isQuoted = local.startsWith(u'"');
+  return !local.isEmpty() && !domain.isEmpty() && !local.startsWith(u'@') &&
+         (isQuoted || !(local.contains(u'(') || local.contains(u')'))) && !domain.contains(u')');
+}
+
 // Empty when the text is no domain name.
 QByteArray ToALabels(const QString& domain) {
   UErrorCode error = U_ZERO_ERROR;
@@ -49,7 +58,7 @@ std::optional<EnvelopeAddress> ToEnvelope(const QString& address) {
   const qsizetype at = address.lastIndexOf(u'@');
   const QString local = at < 0 ? address : address.first(at);
   const QString domain = at < 0 ? QString() : address.sliced(at + 1);
-  if (at >= 0 && (local.isEmpty() || domain.isEmpty())) return std::nullopt;
+  if (!IsMailbox(local, domain, at >= 0)) return std::nullopt;
   QByteArray name = domain.toLatin1();
   if (!IsAscii(domain)) {
     name = ToALabels(domain);

@@ -159,7 +159,7 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
       return Found::Stored;
     case Found::Elsewhere:
       listing_.NoteElsewhere(messageId);
-      return Found::Stored;
+      return found;
     case Found::Renewed:
       listing_.NoteRenewed(messageId);
       return Found::None;

@@ -46,7 +46,8 @@ class KnownMessages {
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`.
   StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
-  /// The same, whatever its name tells. Under a name of the mailbox the row takes that name.
+  /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
+  /// another mailbox, `Elsewhere`, keeps its own.
   StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
 
   /// Notes that the message is stored, under whatever name. False as `Store`.

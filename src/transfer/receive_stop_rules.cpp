@@ -60,4 +60,9 @@ std::optional<QString> ReceiveStopRules::FirstMatch(QByteArrayView header) const
   return std::nullopt;
 }
 
+bool StopsEverything(const QString& line) {
+  const QString pattern = line.mid(line.indexOf(u':') + 1).trimmed();
+  return pattern.contains(u'*') && pattern.count(u'*') + pattern.count(u'?') == pattern.size();
+}
+
 }  // namespace vorn

@@ -37,4 +37,7 @@ class ReceiveStopRules {
   std::vector<Rule> rules_;
 };
 
+/// Whether a rule's line stops every message that has the header: its pattern is wildcards alone.
+bool StopsEverything(const QString& line);
+
 }  // namespace vorn

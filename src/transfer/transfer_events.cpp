@@ -110,7 +110,12 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    NoteStored(messageId, true, deleteOnServer);
+    // Half of it, which another account has just got as well, is not the same answer a second time.
+    if (isTornOff && found == StoredCopies::Found::Elsewhere) {
+      KeepTornOff(deleteOnServer);
+    } else {
+      NoteStored(messageId, true, deleteOnServer);
+    }
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -142,10 +147,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     }
   }
   if (isTornOff) {
-    // The rest may still be there: the next session asks again, and believes the same answer.
-    deleteOnServer = false;
-    Log(0, Ui::tr("サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには"
-                  "残します。"));
+    KeepTornOff(deleteOnServer);
   } else {
     NoteStored(messageId, true, deleteOnServer);
   }
@@ -155,9 +157,23 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   return !group_.IsFull() || Flush();
 }
 
+// The rest may still be there: the next session asks again, and believes the same answer.
+void TransferEvents::KeepTornOff(bool& deleteOnServer) {
+  deleteOnServer = false;
+  Log(0, Ui::tr("サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには"
+                "残します。"));
+}
+
 bool TransferEvents::DeletesOnServer() const {
   const DiskPtr account = Account();
   return account != nullptr && account->Flag(u"InMailServerDelete");
+}
+
+// Whether the user still wants what he wanted when the session began.
+bool TransferEvents::MayStillDelete() const {
+  const DiskPtr account = Account();
+  return account != nullptr && context_.Objects.Find(account->SerialID()) != nullptr &&
+         DeletesOnServer();
 }
 
 void TransferEvents::NoteStored(const QString& messageId, bool proven, bool deleteOnServer) {
@@ -202,6 +218,11 @@ bool TransferEvents::Flush() {
 
 bool TransferEvents::MakeDurable() {
   if (!Flush() || flushFailed_) return false;
+  const bool goesOn = !deletes_ || MayStillDelete();
+  if (!goesOn) {
+    doomed_.clear();
+    stopDeletesInSession_ = 0;
+  }
   // From here on their names prove nothing: the server may give them to other messages.
   released_ = static_cast<int>(doomed_.size());
   for (const QString& messageId : std::exchange(doomed_, {})) known_.Release(messageId);
@@ -217,7 +238,8 @@ bool TransferEvents::MakeDurable() {
   if (OpenDatabase(context_, DatabaseKind::Mail)) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
     context_.Data.Close();
-    if (durable) return true;
+    if (durable && !goesOn) Log(0, Ui::tr("サーバーからの削除をやめました。"));
+    if (durable) return goesOn;
   }
   StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"));
   return false;

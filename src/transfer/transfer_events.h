@@ -78,6 +78,8 @@ class TransferEvents : public QObject, public PopEvents {
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
+  bool MayStillDelete() const;
+  void KeepTornOff(bool& deleteOnServer);
   void ListingFailed();
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);

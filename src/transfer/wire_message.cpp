@@ -16,7 +16,8 @@ QByteArray WithoutEndMark(QByteArray source) {
 }  // namespace
 
 QByteArray WireMessage(const QByteArray& source) {
-  const QByteArray message = WithoutEndMark(MimeCodec::RemoveField(source, "Bcc:"));
+  const QByteArray message =
+      WithoutEndMark(MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Bcc:"), "Resent-Bcc:"));
   QByteArray wire;
   wire.reserve(message.size() + message.size() / 32 + 2);
   const char* at = message.constData();

@@ -24,6 +24,14 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
             QList<QVariant>{QStringLiteral("one")});
   profile.Restart();
   EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty());
+  // As a power failure leaves it: the message went on, and the draft came back.
+  for (const int status : {2, 3, -3}) {
+    ASSERT_TRUE(Drafts::Keep(profile.Get(), QStringLiteral("mail_1"), typed));
+    stored.Let(QStringLiteral("process"), status);
+    ASSERT_FALSE(MailStore(profile.Get()).StoreMessage(stored, "Subject: sent\r\n\r\n").isEmpty());
+    EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty()) << status;
+    EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("draft_mail_1")), nullptr);
+  }
 }
 
 }  // namespace

@@ -180,12 +180,14 @@ TEST_F(MovedMailboxTest, WhatIsStoredMeanwhileUnderAnyNameIsNotStoredAgain) {
   EXPECT_EQ(Import({"X-Mozilla-Status: 0001\r\n" + Mail(1), Mail(3)}), 1);
   EXPECT_EQ(StoreElsewhere(Mail(4)), Received::Stored);
   EXPECT_EQ(StoreElsewhere("Status: O\r\n" + Mail(4)), Received::Alike);
+  EXPECT_EQ(StoreElsewhere(Mail(4).replace("text", "text ")), Received::Stored);
+  EXPECT_EQ(StoreElsewhere(Mail(4).replace("text", "\ttext")), Received::Stored);
   AddMail(3, 2);
   EXPECT_EQ(Receive().known, 3 + 2);
   const int asked = server_.Count("RETR");
   EXPECT_EQ(Receive().stored, 0);
   EXPECT_EQ(server_.Count("RETR"), asked) << "it is known by its name from now on";
-  ExpectStored(5);
+  EXPECT_EQ(Subjects(4).size(), 5 + 2);
   // What another program has goes from the server as well.
   account->Let(QStringLiteral("InMailServerDelete"), true);
   EXPECT_EQ(Receive().stored, 0);
@@ -258,6 +260,21 @@ TEST_F(MovedMailboxTest, ASessionDeletesAsItBegan) {
   EXPECT_EQ(Receive().stored, 3);
   EXPECT_TRUE(server_.Messages.isEmpty());
   ExpectStored(6);
+  // Who takes the word back while mail is fetched keeps it there, and who deletes the account as
+  // well.
+  AddMail(6, 2, "kept");
+  server_.OnCommand = [&account](const QByteArray& line) {
+    if (line.startsWith("RETR")) account->Let(QStringLiteral("InMailServerDelete"), false);
+  };
+  EXPECT_EQ(Receive().stored, 2);
+  EXPECT_EQ(server_.Messages.size(), 2);
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  AddMail(8, 1, "kept");
+  server_.OnCommand = [&](const QByteArray& line) {
+    if (line.startsWith("RETR")) profile_.Get().Objects.Remove(account->SerialID());
+  };
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_EQ(server_.Messages.size(), 3);
 }
 
 // A server that gives less than it said, once or always, and one that overstates what is small.
@@ -283,6 +300,22 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
       Receive();
     }
   }
+  // What another account has just got in half as well is not the same answer a second time.
+  const DiskPtr other = profile_.AddAccount(server_.Port());
+  other->Let(QStringLiteral("InMailServer"), QStringLiteral("localhost"));
+  other->Let(QStringLiteral("InMailServerDelete"), true);
+  const QByteArray traced = Mail(7) + QByteArray(4000, 'x') + "\r\n";
+  server_.Messages = {{"t", traced}};
+  const QByteArray half = "+OK\r\n" + traced.first(200) + "\r\n.\r\n";
+  server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, half}};
+  Receive();
+  EXPECT_EQ(server_.Messages.size(), 1);
+  server_.Faults.clear();
+  Receive();
+  EXPECT_EQ(Subjects(4).size(), 2) << "the half and the whole one";
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  profile_.Get().Objects.Remove(other->SerialID());
+  EraseAll();
   // A header alone is asked for once more at once, since it may be the answer to another command.
   Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
   server_.AddMessage("h", "Subject: all\r\n\r\n");

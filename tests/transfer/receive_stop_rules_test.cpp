@@ -74,5 +74,14 @@ TEST_F(StoppedReceivingTest, AStoppedMessageIsOfferedAgainUntilItIsDeleted) {
   EXPECT_EQ(server.Count("TOP"), 0);
 }
 
+TEST(ReceiveStopRulesTest, WildcardsAloneStopEverything) {
+  for (const char16_t* all : {u"from:*", u"from: **", u"x-mailer:?*", u"from:*?*"}) {
+    EXPECT_TRUE(StopsEverything(QString::fromUtf16(all))) << QString::fromUtf16(all).toStdString();
+  }
+  for (const char16_t* some : {u"from:*a*", u"from:?", u"from:", u"x-mailer: #*"}) {
+    EXPECT_FALSE(StopsEverything(QString::fromUtf16(some)));
+  }
+}
+
 }  // namespace
 }  // namespace vorn

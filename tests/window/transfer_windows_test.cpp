@@ -154,7 +154,7 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
   Disk stored(fixed_serial::kRules);
   stored.Let(QStringLiteral("ReceiveStop"), QStringLiteral("from: 佐*\r\nfrom:*"));
   EXPECT_TRUE(SaveObject(Context(), DatabaseKind::Profile, stored));
-  EXPECT_TRUE(InModal<RuleWindow>(open, [](RuleWindow& window) {
+  EXPECT_TRUE(InModal<RuleWindow>(open, [this](RuleWindow& window) {
     auto& list = Child<QTableWidget>(window, u"lvReceiveStop");
     EXPECT_EQ(Lines(list).value(1), QStringLiteral("from:*"));
     test::Press(Child<QPushButton>(window, u"cmOk"));
@@ -162,9 +162,14 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     EXPECT_TRUE(error.isVisible() && error.text().contains(QStringLiteral("「from:*」")));
     list.setCurrentCell(1, 0);
     QTest::keyClick(&list, Qt::Key_Delete);
+    EXPECT_FALSE(error.isVisible());
+    // And one more, while the window is open.
+    Disk more(fixed_serial::kRules);
+    more.Let(QStringLiteral("ReceiveStop"), QStringLiteral("from: 佐*\r\nfrom:*\r\nfrom:late"));
+    EXPECT_TRUE(SaveObject(Context(), DatabaseKind::Profile, more));
     test::Press(Child<QPushButton>(window, u"cmOk"));
   }));
-  EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*"));
+  EXPECT_EQ(rules->Text(u"ReceiveStop"), QStringLiteral("from: 佐*\r\nfrom:late"));
 }
 
 TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {

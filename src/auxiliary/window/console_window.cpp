@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHash>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -47,6 +48,7 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   tree_->setHeaderHidden(true);
   list_->setObjectName(QStringLiteral("ListView1"));
   connect(tree_, &QTreeWidget::itemDoubleClicked, this, &ConsoleWindow::cmOk_Click);
+  tree_->installEventFilter(this);
 
   // The position as a number, which can be typed as well.
   auto* number = new QSpinBox;
@@ -73,6 +75,17 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   layout->addWidget(tree_);
   layout->addWidget(list_);
   layout->addWidget(buttons);
+}
+
+// The first key that moves chooses where the keyboard is, which may be the only place.
+bool ConsoleWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != tree_ || event->type() != QEvent::KeyPress) return false;
+  static const QList<int> moves = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
+  QTreeWidgetItem* here = tree_->currentItem();
+  const bool chooses = here != nullptr && tree_->selectedItems().isEmpty() &&
+                       moves.contains(static_cast<QKeyEvent*>(event)->key());
+  if (chooses) here->setSelected(true);
+  return chooses;
 }
 
 void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {

@@ -27,6 +27,7 @@ class ConsoleWindow : public QDialog {
 
  protected:
   void reject() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void FillTree(const QString& draw, const QString& key);

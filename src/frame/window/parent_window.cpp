@@ -17,7 +17,6 @@
 #include "frame/window/icons.h"
 #include "frame/window/version_window.h"
 #include "mail/drafts.h"
-#include "mail/message_filing.h"
 #include "mail/outbox.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -142,53 +141,6 @@ void ParentWindow::PostNewObject(const QString& type, const QString& parent) {
   queue_.PostDialogRequest(request);
 }
 
-// What else the deletion of an object touches.
-QString ParentWindow::DeletionWarning(const Disk& object) {
-  const QString key = object.SerialID();
-  const QString type = object.Text(u"FormName");
-  if (type == object_type::kProfile) {
-    return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
-        .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
-  }
-  if (type == object_type::kFolder) {
-    QStringList users;
-    const DiskCollectionPtr folders =
-        SelectObjects(context_.Objects, *context_.Session, object_type::kFolder);
-    for (const DiskPtr& folder : *folders) {
-      if (folder->SerialID() != key && folder->Text(u"Condition").contains(key)) {
-        users.append(folder->Text(u"Object"));
-      }
-    }
-    if (!users.isEmpty()) {
-      return Ui::tr("このフォルダは次のフォルダの条件に使われています: %1")
-          .arg(users.join(QStringLiteral("、")));
-    }
-  }
-  if (type == object_type::kAccount) {
-    const int waiting = CountWaiting(context_, object.Text(u"Mailaddress"));
-    if (waiting > 0) {
-      return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
-    }
-  }
-  return {};
-}
-
-void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
-  const DiskPtr object = context_.Objects.Find(key);
-  // What cannot be deleted is not asked about.
-  const bool mayGo =
-      object != nullptr && !object->Flag(u"System") && key != context_.Session->SerialID();
-  if (mayGo) {
-    QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
-    const QString warning = DeletionWarning(*object);
-    if (!warning.isEmpty()) question += u'\n' + warning;
-    const auto answer = ShowBox(this, QMessageBox::Question, question,
-                                QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-    if (answer != QMessageBox::Ok) return;
-  }
-  PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
-}
-
 void ParentWindow::LoadDefaultProperty() {
   RestoreWindowPlacement(context_, *this, objectName());
   const int treeWidth = PlacementBag(context_, objectName())->Number(kTree, kTreeWidth);
@@ -278,7 +230,8 @@ void ParentWindow::tmPlan_Timer() {
   }
   traffic_.Tick();
   EndAfterSending();
-  if (!traffic_.Control().Busy()) RefreshFolders();
+  // What the user did shows at once, what a session brings when it has ended.
+  if (foldersChanged_ || !traffic_.Control().Busy()) RefreshFolders();
   if (context_.Data.HasDamage() && IsEnabled() && damageRest_.hasExpired()) TellDamage();
 }
 

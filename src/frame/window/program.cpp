@@ -44,6 +44,7 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
       toOpen_(WithFullPaths(arguments)) {
   qApp->installEventFilter(&wheelGuard_);
   qApp->installEventFilter(&textKeys_);
+  qApp->installEventFilter(&screenFit_);
   connect(&signals_, &EndSignals::Wanted, this, &Program::EndAtOnce);
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
   const QString language = UiLanguage();

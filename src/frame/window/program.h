@@ -9,6 +9,7 @@
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
 #include "storage/context.h"
+#include "storage/window/screen_fit.h"
 #include "storage/window/text_keys.h"
 #include "storage/window/wheel_guard.h"
 
@@ -48,6 +49,7 @@ class Program : public QObject {
   Context context_;
   WheelGuard wheelGuard_;
   TextKeys textKeys_;
+  ScreenFit screenFit_;
   QTranslator texts_;
   QTranslator toolkitTexts_;
   QString appFolder_;

@@ -66,6 +66,10 @@ void EditingWindow::AddPage(FormPage* page) {
   for (auto* button : page->findChildren<QAbstractButton*>()) {
     connect(button, &QAbstractButton::toggled, lbError_, &QLabel::hide);
   }
+  for (auto* list : page->findChildren<QTableWidget*>()) {
+    connect(list, &QTableWidget::itemChanged, lbError_, &QLabel::hide);
+    connect(list->model(), &QAbstractItemModel::rowsRemoved, lbError_, &QLabel::hide);
+  }
 }
 
 QStringList EditingWindow::ShownPages() const {

@@ -12,7 +12,6 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -32,7 +31,6 @@ namespace vorn {
 namespace {
 
 constexpr QSize kSize(1000, 680);
-constexpr QSize kFrame(40, 80);  // around it, with what stands at the edges of a screen
 constexpr int kTypingPauseMs = 300;
 
 QString HtmlKey(const QString& folder) {
@@ -58,7 +56,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       wbPreview_(new QWebEngineView),
       page_(new LinkPage(profiles.Local(), wbPreview_)) {
   setObjectName(QStringLiteral("layout"));
-  resize(kSize.boundedTo(screen()->availableSize() - kFrame));
+  resize(kSize);
   cbLayout_->setObjectName(QStringLiteral("cbLayout"));
   txHtml_->setObjectName(QStringLiteral("txHtml"));
   lvTag_->setObjectName(QStringLiteral("lvTag"));

@@ -111,8 +111,7 @@ void RulePage::Loaded(const Disk&) {
 PageFault RulePage::Check() {
   for (int row = 0; !IsPlaceholder(row); ++row) {
     const QString line = lvReceiveStop_->item(row, 0)->text();
-    const QString pattern = line.mid(PrefixOf(line).size()).trimmed();
-    if (!pattern.isEmpty() && pattern.count(u'*') == pattern.size()) {
+    if (StopsEverything(line)) {
       return {Ui::tr("「%1」はすべてのメッセージに合います。").arg(line), lvReceiveStop_};
     }
   }

@@ -2,6 +2,8 @@
 
 #include <QTableWidget>
 
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
 #include "storage/ui.h"
 #include "transfer/window/rule_page.h"
 
@@ -9,6 +11,7 @@ namespace vorn {
 namespace {
 
 constexpr QSize kSize(520, 420);
+const QString kRules = QStringLiteral("ReceiveStop");
 
 }  // namespace
 
@@ -22,9 +25,28 @@ RuleWindow::RuleWindow(Context& context, QWidget* parent)
 bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
   ReadAnew();
+  shown_ = StoredRules();
   FillPages();
   findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"))->setFocus();
   return true;
+}
+
+QStringList RuleWindow::StoredRules() {
+  const DiskPtr object = LoadObject(GetContext(), Tag());
+  return object == nullptr ? QStringList()
+                           : object->Text(kRules).split(kLineBreak, Qt::SkipEmptyParts);
+}
+
+// What another program has added while the window was open stays.
+bool RuleWindow::Save() {
+  const DiskPtr bag = Edited();
+  ReadAnew();
+  QStringList rules = bag->Text(kRules).split(kLineBreak, Qt::SkipEmptyParts);
+  for (const QString& rule : StoredRules()) {
+    if (!shown_.contains(rule) && !rules.contains(rule)) rules.append(rule);
+  }
+  bag->Let(kRules, rules.join(kLineBreak));
+  return SaveEdited(bag);
 }
 
 }  // namespace vorn

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include "objects/window/editing_window.h"
 
 namespace vorn {
@@ -14,7 +16,10 @@ class RuleWindow : public EditingWindow {
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
 
  private:
-  bool Save() override { return SaveEdited(Edited()); }
+  bool Save() override;
+  QStringList StoredRules();
+
+  QStringList shown_;  // the rules when the window came
 };
 
 }  // namespace vorn

@@ -1,0 +1,62 @@
+// What the main window asks before an object goes.
+
+#include <QMessageBox>
+
+#include "frame/window/parent_window.h"
+#include "mail/message_filing.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+#include "storage/window/plain_text.h"
+
+namespace vorn {
+
+// What else the deletion of an object touches.
+QString ParentWindow::DeletionWarning(const Disk& object) {
+  const QString key = object.SerialID();
+  const QString type = object.Text(u"FormName");
+  if (type == object_type::kProfile) {
+    return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
+        .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
+  }
+  if (type == object_type::kFolder) {
+    QStringList users;
+    const DiskCollectionPtr folders =
+        SelectObjects(context_.Objects, *context_.Session, object_type::kFolder);
+    for (const DiskPtr& folder : *folders) {
+      if (folder->SerialID() != key && folder->Text(u"Condition").contains(key)) {
+        users.append(folder->Text(u"Object"));
+      }
+    }
+    if (!users.isEmpty()) {
+      return Ui::tr("このフォルダは次のフォルダの条件に使われています: %1")
+          .arg(users.join(QStringLiteral("、")));
+    }
+  }
+  if (type == object_type::kAccount) {
+    const int waiting = CountWaiting(context_, object.Text(u"Mailaddress"));
+    if (waiting > 0) {
+      return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
+    }
+  }
+  return {};
+}
+
+void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
+  const DiskPtr object = context_.Objects.Find(key);
+  // What cannot be deleted is not asked about.
+  const bool mayGo =
+      object != nullptr && !object->Flag(u"System") && key != context_.Session->SerialID();
+  if (mayGo) {
+    QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
+    const QString warning = DeletionWarning(*object);
+    if (!warning.isEmpty()) question += u'\n' + warning;
+    const auto answer = ShowBox(this, QMessageBox::Question, question,
+                                QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok) return;
+  }
+  PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
+}
+
+}  // namespace vorn
