@@ -9,6 +9,7 @@
 #include "mail/header_fields.h"
 #include "mail/message_identity.h"
 #include "storage/databases.h"
+#include "storage/known_damage.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
 
@@ -102,6 +103,8 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 // A copy that cannot be read may be of any message.
 StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
                                           const QByteArray& source, Likeness likeness) {
+  // A page that cannot be read takes along the transaction that it is read in.
+  if (isDamaged_ && !context_.Data.FlushGroup()) return Holds::Failed;
   if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
   bool failed = false;
   const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
@@ -116,33 +119,56 @@ StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& me
 }
 
 void StoredCopies::Begin(const QStringList& files, const QString& scope, Vouches vouches) {
-  if (files != files_) {
-    read_.clear();
-    byDigest_.clear();
-    bySubject_.clear();
-  }
+  if (files != files_) ForgetRead();
   files_ = files;
   scope_ = scope;
   vouches_ = std::move(vouches);
   isLoaded_ = false;
+  isDamaged_ = std::any_of(files_.begin(), files_.end(), [this](const QString& file) {
+    const auto damage = FindDamage(context_, PlatformPath(context_, file));
+    return !damage || !damage->parts.isEmpty();
+  });
   erased_.reset();
   for (Places* places : {&byDigest_, &bySubject_}) {
     for (Place& place : *places) place.isTaken = false;
   }
 }
 
+void StoredCopies::ForgetRead() {
+  read_.clear();
+  byDigest_.clear();
+  bySubject_.clear();
+}
+
+// The engine gives a new message the number of a deleted one when that was the last: then what was
+// read is not what is there. False when a file cannot be read.
+bool StoredCopies::ForgetReused() {
+  bool isReused = false;
+  for (auto read = read_.constBegin(); read != read_.constEnd(); ++read) {
+    if (!OpenDatabase(context_, DatabaseKind::MailByPath, read.key())) return false;
+    const std::optional<QString> name = context_.Data.MessageIdOf(read->row);
+    context_.Data.Close();
+    isReused = isReused || name != read->name;
+  }
+  if (isReused) ForgetRead();
+  return true;
+}
+
 // All at once: to look for each one would read the file as often.
 bool StoredCopies::Load() {
   if (isLoaded_) return true;
+  if (!ForgetReused()) return false;
   for (qint32 file = 0; file < files_.size(); ++file) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, files_[file])) return false;
-    qint64& last = read_[files_[file]];
+    Reading& reading = read_[files_[file]];
+    qint64& last = reading.row;
     const bool read = context_.Data.ReadReceived(
         last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
           if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
           bySubject_.push_back({SubjectKey(subject), file, row});
           last = qMax(last, row);
         });
+    reading.name = context_.Data.MessageIdOf(last).value_or(QString());
     context_.Data.Close();
     // What lies behind damage is not found, and is stored once more rather than never.
     if (!read && context_.Data.LastError().kind != StorageError::Kind::Damaged) return false;

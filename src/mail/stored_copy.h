@@ -48,9 +48,10 @@ class StoredCopies {
   /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The
   /// same message is one with the same bytes, or with the same body and fields, of which one may
   /// have some more, and those that servers write aside, where both have a Message-ID and a trace
-  /// field; under the name of another mailbox only one with no other fields. With `renames`, one of this mailbox or from an archive that is found under a name
-  /// that nobody vouches for gets this one, and another message of this name gives it up.
-  /// `formerName` gets the other name that it had.
+  /// field; under the name of another mailbox only one with no other fields. With `renames`, one of
+  /// this mailbox or from an archive that is found under a name that nobody vouches for gets this
+  /// one, and another message of this name gives it up. `formerName` gets the other name that it
+  /// had.
   Found Find(const QString& messageId, const QByteArray& source, bool isNamed, bool renames,
              QString* formerName);
 
@@ -69,7 +70,13 @@ class StoredCopies {
   enum class Likeness { Any, Traced, ButForNotes };
   Holds Compare(const QString& file, const QString& messageId, const QByteArray& source,
                 Likeness likeness);
+  struct Reading {
+    qint64 row = 0;  // the last one that was read
+    QString name;    // and its identifier then
+  };
   bool Load();
+  bool ForgetReused();
+  void ForgetRead();
   Found FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
                       QString* file);
   Found Claim(const QString& file, const QString& name, const QByteArray& source);
@@ -82,8 +89,9 @@ class StoredCopies {
   QStringList files_;
   QString scope_;
   Vouches vouches_;
-  bool isLoaded_ = false;        // in this session
-  QHash<QString, qint64> read_;  // the last row that was read, by file
+  bool isLoaded_ = false;         // in this session
+  bool isDamaged_ = false;        // a file, as is known
+  QHash<QString, Reading> read_;  // by file
   Places byDigest_;
   Places bySubject_;
   std::optional<QMultiHash<QByteArray, QString>> erased_;  // names by digest

@@ -65,6 +65,8 @@ class KnownMessages {
   bool NoteDeleted();
   /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
   bool Store() { return listing_.Store(); }
+  /// Whether an earlier session found it under the name of another mailbox.
+  bool WasElsewhere(const QString& messageId) const { return listing_.WasElsewhere(messageId); }
   bool HasIdentifiers() const { return !scope_.isEmpty(); }
 
  private:

@@ -40,6 +40,8 @@ class ServerListing {
   bool TellsBySize() const { return isFirst_ && !hasSibling_; }
   /// Whether it was found under a name of another mailbox, or under another one of this.
   bool IsElsewhere(const QString& id) const;
+  /// The same of an earlier session, doubted or not.
+  bool WasElsewhere(const QString& id) const { return noted_.value(id).state == State::Elsewhere; }
   void NoteElsewhere(const QString& id) { elsewhere_.insert(id); }
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;

@@ -110,12 +110,8 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    // Half of it, which another account has just got as well, is not the same answer a second time.
-    if (isTornOff && found == StoredCopies::Found::Elsewhere) {
-      KeepTornOff(deleteOnServer);
-    } else {
-      NoteStored(messageId, true, deleteOnServer);
-    }
+    if (isTornOff && found == StoredCopies::Found::Elsewhere) KeepOnce(messageId, deleteOnServer);
+    NoteStored(messageId, true, deleteOnServer);
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -146,7 +142,8 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
       KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     }
   }
-  if (isTornOff) {
+  if (isTornOff && received == Received::Alike) KeepOnce(messageId, deleteOnServer);
+  if (isTornOff && received != Received::Alike) {
     KeepTornOff(deleteOnServer);
   } else {
     NoteStored(messageId, true, deleteOnServer);
@@ -162,6 +159,11 @@ void TransferEvents::KeepTornOff(bool& deleteOnServer) {
   deleteOnServer = false;
   Log(0, Ui::tr("サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには"
                 "残します。"));
+}
+
+// Half of a message that another account has got as well is not the same answer a second time.
+void TransferEvents::KeepOnce(const QString& messageId, bool& deleteOnServer) {
+  if (!known_.WasElsewhere(messageId)) KeepTornOff(deleteOnServer);
 }
 
 bool TransferEvents::DeletesOnServer() const {

@@ -314,6 +314,17 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
   Receive();
   EXPECT_EQ(Subjects(4).size(), 2) << "the half and the whole one";
   EXPECT_TRUE(server_.Messages.isEmpty());
+  // The second time it is.
+  account->Let(QStringLiteral("InMailServerDelete"), false);
+  const QByteArray always = Mail(8) + QByteArray(4000, 'x') + "\r\n";
+  server_.Messages = {{"a", always}};
+  server_.Faults = {
+      {Fault::Kind::Reply, "RETR", 1, 0, "+OK\r\n" + always.first(200) + "\r\n.\r\n"}};
+  Receive();
+  EXPECT_EQ(server_.Messages.size(), 1);
+  Receive();
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  server_.Faults.clear();
   profile_.Get().Objects.Remove(other->SerialID());
   EraseAll();
   // A header alone is asked for once more at once, since it may be the answer to another command.
