@@ -516,11 +516,14 @@ qint64 Connection::LastRowId() const {
 
 std::optional<QByteArray> Connection::ReadLongBinary(qint64 id) {
   error_ = {};
+  const bool wasBroken = damage_.contains(kDamagedFile);
   QByteArray digest;
   std::optional<QByteArray> bytes = ReadWithDigest(id, &digest);
   if (bytes && IsAsWritten(*bytes, digest)) return bytes;
-  // One that cannot be found or read is damaged, whatever the engine calls it.
+  // One that cannot be found or read is damaged, whatever the engine calls it, and it alone: as the
+  // whole file it would take back what the user decided on this source.
   if (error_.kind != StorageError::Kind::Busy) {
+    if (!wasBroken) damage_.remove(kDamagedFile);
     FailWith({StorageError::Kind::Damaged, DamagedSourceText()},
              kDamagedSource + QString::number(id));
   }

@@ -12,6 +12,8 @@ namespace vorn {
 namespace {
 
 const QString kEnding = QStringLiteral(".damaged");
+const QString kWholeFile = QStringLiteral("file");
+const QString kSource = QStringLiteral("source ");
 const QString kDecided = QStringLiteral("decided");
 const QString kUndecided = QStringLiteral("undecided");
 
@@ -48,10 +50,15 @@ bool Add(const QString& file, const QSet<QString>& parts) {
     return damage->parts.contains(part);
   });
   if (isKnown) return true;
+  // Who decided on the file as a whole decided on what stands in it.
+  const bool isDecided = damage->decided && damage->parts.contains(kWholeFile) &&
+                         std::all_of(parts.begin(), parts.end(), [&damage](const QString& part) {
+                           return part.startsWith(kSource) || damage->parts.contains(part);
+                         });
   if (damage->since.isEmpty()) damage->since = CurrentTimeText();
   damage->parts += QStringList(parts.begin(), parts.end());
   damage->parts.removeDuplicates();
-  damage->decided = false;
+  damage->decided = isDecided;
   return Write(file, *damage);
 }
 

@@ -25,7 +25,7 @@ struct KnownDamage {
 inline const QString kOlderFile = QStringLiteral("older");
 
 /// Keeps that a part of the file at `path` is damaged. Whatever is new takes an earlier decision
-/// back. False when it cannot be kept.
+/// back, but a source where the user decided on the whole file. False when it cannot be kept.
 bool NoteDamage(const QString& path, const QString& part);
 
 /// Keeps what reading has shown to be damaged since the last call (`DataSession::TakeDamage`).

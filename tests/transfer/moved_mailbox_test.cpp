@@ -202,6 +202,26 @@ TEST_F(MovedMailboxTest, WhatIsStoredMeanwhileUnderAnyNameIsNotStoredAgain) {
   EXPECT_EQ(StoreElsewhere("Subject: report\r\n\r\n"), Received::Stored);
 }
 
+// The engine gives new messages the places of those that were erased last.
+TEST_F(MovedMailboxTest, WhatTookTheErasedOnesPlacesIsKnown) {
+  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  profile_.AddAccount(server_.Port());
+  const auto add = [this](int from, const QByteArray& name) {
+    server_.Messages.clear();
+    for (int i = from; i < from + 3; ++i) {
+      const QByteArray number = QByteArray::number(i);
+      server_.AddMessage(name + number, "Subject: " + number + "\r\n\r\ntext\r\n");
+    }
+    return Receive().stored;
+  };
+  EXPECT_EQ(add(0, "a"), 3);
+  EXPECT_EQ(add(0, "b"), 0);
+  EraseAll();
+  EXPECT_EQ(add(3, "c"), 3);
+  EXPECT_EQ(add(3, "d"), 0);
+  ExpectStored(3);
+}
+
 // Without a trace alike is not the same: a list's copy, one's own post that comes back, reports.
 TEST_F(MovedMailboxTest, WhatIsOnlyAlikeIsStored) {
   const QByteArray direct = "Message-ID: <m@x>\r\nSubject: s\r\n\r\ntext\r\n";
