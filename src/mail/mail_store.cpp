@@ -84,7 +84,7 @@ MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArr
   if (received != Received::Alike) return received;
   // Read outside the transaction, which a damaged page would break with all that it gathered. One
   // that cannot be read may be another message.
-  if (!context_.Data.FlushGroup()) return Received::Failed;
+  if (!context_.Data.FlushForReading()) return Received::Failed;
   Disk other(alike);
   for (const auto* key : {u"db", u"file"}) {
     if (request.Get(key).isValid()) other.Let(QString::fromUtf16(key), request.Get(key));

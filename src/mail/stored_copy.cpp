@@ -104,7 +104,7 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
                                           const QByteArray& source, Likeness likeness) {
   // A page that cannot be read takes along the transaction that it is read in.
-  if (isDamaged_ && !context_.Data.FlushGroup()) return Holds::Failed;
+  if (isDamaged_ && !context_.Data.FlushForReading()) return Holds::Failed;
   if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
   bool failed = false;
   const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);

@@ -167,6 +167,12 @@ bool DataSession::FlushGroup() {
   return written;
 }
 
+bool DataSession::FlushForReading() {
+  if (group_ == nullptr) return !groupUndone_;
+  groupUndone_ = !FlushGroup();
+  return !groupUndone_;
+}
+
 bool DataSession::EndGroup() {
   groupPath_.clear();
   return FlushGroup();

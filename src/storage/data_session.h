@@ -88,6 +88,9 @@ class DataSession {
   bool BeginGathered();
   /// Writes what was gathered. False means that all of it was undone.
   bool FlushGroup();
+  /// Commits what was gathered before something is read that may be damaged, and would take it
+  /// along. Whoever gathers learns of a failure by the next `FlushGroup` as well.
+  bool FlushForReading();
   bool EndGroup();
   /// Forces all that was committed to the file at `path` onto the disk. Only after this may
   /// something outside, such as a mail server's copy, be given up. The file must have been opened.
