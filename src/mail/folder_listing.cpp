@@ -78,11 +78,14 @@ class MessageSearch {
     });
   }
 
+  // The condition sees this message alone. The limit keeps the engine from going through others by
+  // an index over what the condition asks for.
   void LookFor(const UnreadableMessage& message, FolderListing& listing) {
     std::vector<ListedMessage> found;
     if (List(data_,
-             QStringLiteral("SELECT * FROM (%1) WHERE SERIALID = ").arg(select_) +
-                 QuoteSql(message.serialId),
+             QStringLiteral("WITH mail AS (SELECT * FROM main.mail WHERE SERIALID = %1 LIMIT 1) ")
+                     .arg(QuoteSql(message.serialId)) +
+                 select_,
              found)) {
       listing.messages.insert(listing.messages.end(), found.begin(), found.end());
     } else {

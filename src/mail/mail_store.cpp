@@ -167,7 +167,7 @@ std::optional<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
   std::optional<QByteArray> source;
   if (context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
     const RecordsetPtr row = context_.Data.Recordset();
-    source = row->Fields(u"MAIL").toByteArray();
+    if (!row->Eof()) source = row->Fields(u"MAIL").toByteArray();
     if (row->Failed()) source.reset();
   }
   context_.Data.Close();

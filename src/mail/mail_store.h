@@ -49,8 +49,8 @@ class MailStore {
   /// sent, and the attempt ends (see `Outbox`), both or neither.
   bool StoreSent(const Disk& request, const QByteArray& source);
 
-  /// The message's source, exactly as it was stored; empty when there is no such row. Nothing when
-  /// it cannot be read, or no longer is what was stored.
+  /// The message's source, exactly as it was stored. Nothing when there is no such row, or when
+  /// it cannot be read or no longer is what was stored.
   std::optional<QByteArray> LoadMessageSource(const Disk& request);
 
   /// Deletes the message's row. The folder rows are not touched.

@@ -33,6 +33,11 @@ QByteArrayList FieldsOf(const QByteArray& message) {
   return fields;
 }
 
+bool HasHole(const QByteArray& message) {
+  constexpr qsizetype kLeast = 512;  // a sector of a disk
+  return message.contains('\0') && message.contains(QByteArray(kLeast, '\0'));
+}
+
 bool IsSameButForNotes(const QByteArray& message, const QByteArray& other) {
   return message == other || (IsUnique(message) && BodyOf(message) == BodyOf(other) &&
                               FieldsOf(message) == FieldsOf(other));

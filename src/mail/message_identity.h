@@ -12,6 +12,9 @@ QByteArrayList FieldsOf(const QByteArray& message);
 /// What follows the header, without line breaks at its end.
 QByteArrayView BodyOf(const QByteArray& message);
 
+/// Whether a stretch of a message is missing, for which servers with damaged files give zeros.
+bool HasHole(const QByteArray& message);
+
 /// Whether two messages are the same to the byte, or, where their header is unique, but for such
 /// fields and for empty lines at the end.
 bool IsSameButForNotes(const QByteArray& message, const QByteArray& other);

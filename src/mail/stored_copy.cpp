@@ -96,7 +96,7 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
   context.Data.Close();
   if (!source || !source->isValid()) return false;
   const QByteArray stored = source->toByteArray();
-  return stored.size() >= leastBytes &&
+  return stored.size() >= leastBytes && !HasHole(stored) &&
          MimeCodec::AllHeaders(stored) == MimeCodec::AllHeaders(header);
 }
 
@@ -140,35 +140,18 @@ void StoredCopies::ForgetRead() {
   bySubject_.clear();
 }
 
-// The engine gives a new message the number of a deleted one when that was the last: then what was
-// read is not what is there. False when a file cannot be read.
-bool StoredCopies::ForgetReused() {
-  bool isReused = false;
-  for (auto read = read_.constBegin(); read != read_.constEnd(); ++read) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, read.key())) return false;
-    const std::optional<QString> name = context_.Data.MessageIdOf(read->row);
-    context_.Data.Close();
-    isReused = isReused || name != read->name;
-  }
-  if (isReused) ForgetRead();
-  return true;
-}
-
 // All at once: to look for each one would read the file as often.
 bool StoredCopies::Load() {
   if (isLoaded_) return true;
-  if (!ForgetReused()) return false;
   for (qint32 file = 0; file < files_.size(); ++file) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, files_[file])) return false;
-    Reading& reading = read_[files_[file]];
-    qint64& last = reading.row;
+    qint64& last = read_[files_[file]];
     const bool read = context_.Data.ReadReceived(
         last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
           if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
           bySubject_.push_back({SubjectKey(subject), file, row});
           last = qMax(last, row);
         });
-    reading.name = context_.Data.MessageIdOf(last).value_or(QString());
     context_.Data.Close();
     // What lies behind damage is not found, and is stored once more rather than never.
     if (!read && context_.Data.LastError().kind != StorageError::Kind::Damaged) return false;

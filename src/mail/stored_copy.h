@@ -70,12 +70,7 @@ class StoredCopies {
   enum class Likeness { Any, Traced, ButForNotes };
   Holds Compare(const QString& file, const QString& messageId, const QByteArray& source,
                 Likeness likeness);
-  struct Reading {
-    qint64 row = 0;  // the last one that was read
-    QString name;    // and its identifier then
-  };
   bool Load();
-  bool ForgetReused();
   void ForgetRead();
   Found FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
                       QString* file);
@@ -89,9 +84,9 @@ class StoredCopies {
   QStringList files_;
   QString scope_;
   Vouches vouches_;
-  bool isLoaded_ = false;         // in this session
-  bool isDamaged_ = false;        // a file, as is known
-  QHash<QString, Reading> read_;  // by file
+  bool isLoaded_ = false;        // in this session
+  bool isDamaged_ = false;       // a file, as is known
+  QHash<QString, qint64> read_;  // by file, the last row that was read; none is given anew
   Places byDigest_;
   Places bySubject_;
   std::optional<QMultiHash<QByteArray, QString>> erased_;  // names by digest

@@ -128,6 +128,7 @@ void Recordset::SetField(const QString& column, const QVariant& value) {
 
 bool Recordset::Update() {
   if (pending_ == Pending::None || connection_ == nullptr || table_.isEmpty()) return false;
+  qint64 number = 0;
   for (qsizetype i = 0; i < pendingNames_.size(); ++i) {
     const int column = FindColumn(pendingNames_[i]);
     if (column < 0) return false;
@@ -135,10 +136,15 @@ bool Recordset::Update() {
     // The old data goes when the row stops referring to it.
     const qint64 id = connection_->WriteLongBinary(pendingValues_[i].toByteArray());
     if (id == 0) return false;
-    pendingValues_[i] = id;
+    pendingValues_[i] = number = id;
   }
   QByteArray sql;
   if (pending_ == Pending::New) {
+    // The row has the number of its data, so that it is never given again either.
+    if (number != 0) {
+      pendingNames_.append(QStringLiteral("rowid"));
+      pendingValues_.append(number);
+    }
     QByteArray marks = "?";
     for (qsizetype i = 1; i < pendingNames_.size(); ++i) marks += ",?";
     sql = "INSERT INTO " + table_.toUtf8() + " (" + pendingNames_.join(u',').toUtf8() +

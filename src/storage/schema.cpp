@@ -36,10 +36,22 @@ bool HasTable(Connection& connection, const QByteArray& table) {
              .toInt() > 0;
 }
 
+// The highest number that an entry of long binary data or the row that refers to it ever had. It is
+// given once: where the newest entries cannot be seen, since a page is as it was before them, what
+// refers to one of them would find another one.
+bool CreateLastLongBinary(Connection& connection, const QByteArray& table) {
+  return connection.Run(
+             "CREATE TABLE IF NOT EXISTS long_binary_last (ONE INTEGER PRIMARY KEY, ID INTEGER)") &&
+         connection.Run(
+             "INSERT OR IGNORE INTO long_binary_last SELECT 1, COALESCE(MAX(rowid), 0) FROM " +
+             table);
+}
+
 // Long binary data lives and dies with the row that refers to it.
 bool CreateLongBinary(Connection& connection, const QByteArray& table, const QByteArray& column) {
   const QByteArray drop = "BEGIN DELETE FROM long_binary WHERE ID = OLD." + column + "; END";
   const QByteArray name = table + "_" + column;
+  if (!CreateLastLongBinary(connection, table)) return false;
   // The digest stands first, so that it is read without the data.
   return connection.Run(
              "CREATE TABLE IF NOT EXISTS long_binary (ID INTEGER PRIMARY KEY, DIGEST BLOB, DATA "
@@ -190,7 +202,7 @@ bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
         CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection) &&
-        CreateReceivedIdentity(connection))) {
+        CreateReceivedIdentity(connection) && CreateLastLongBinary(connection, "mail"))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -207,7 +219,7 @@ bool MigrateSchema(Connection& connection) {
   if (version == 0 || version >= kSchemaVersion) return true;
   // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
   // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
-  // From 6 to 7: what tells received messages.
+  // From 6 to 7: what tells received messages. From 7 to 8: the highest number of long binary data.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&

@@ -117,7 +117,7 @@ bool KnownMessages::HasListedSize(const QString& messageId) {
 
 bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
   const QStringList files = unsure_.take(messageId);
-  const qint64 least = listing_.SizeOf(messageId) - kMostOff;
+  const qint64 least = LeastSize(listing_.SizeOf(messageId));
   const bool proves =
       !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
         return StoredCopyHasHeader(context_, file, messageId, header, least);

@@ -3,10 +3,11 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QList>
-#include <algorithm>
 #include <utility>
 
+#include "mail/message_identity.h"
 #include "storage/ui.h"
+#include "transfer/pop3_words.h"
 #include "transfer/server_words.h"
 
 namespace vorn {
@@ -33,34 +34,6 @@ QByteArray HeaderOf(const QByteArray& source) {
     if (rest.startsWith("\r\n")) return source.first(end + 3);
   }
   return source;
-}
-
-// The time stamp of a greeting (RFC 1939 section 7, APOP). Only one shaped like a message
-// identifier is used: others have been made up to draw out passwords.
-QByteArray TimestampOf(const QByteArray& greeting) {
-  const qsizetype start = greeting.indexOf('<');
-  const qsizetype end = greeting.indexOf('>', start);
-  if (start < 0 || end < 0) return {};
-  const QByteArray stamp = greeting.sliced(start, end - start + 1);
-  const bool isPlain =
-      std::all_of(stamp.begin(), stamp.end(), [](char c) { return c > 0x20 && c < 0x7F; });
-  return isPlain && stamp.count('@') == 1 ? stamp : QByteArray();
-}
-
-// What follows a capability's name; nothing when it is not offered.
-QByteArrayList CapabilityArguments(const QByteArray& body, QByteArrayView name) {
-  for (const QByteArray& line : body.split('\n')) {
-    QByteArrayList words = line.simplified().toUpper().split(' ');
-    if (words.takeFirst() == name) return words;
-  }
-  return {};
-}
-
-bool IsCapability(const QByteArray& body, QByteArrayView name) {
-  for (const QByteArray& line : body.split('\n')) {
-    if (line.trimmed().compare(name, Qt::CaseInsensitive) == 0) return true;
-  }
-  return false;
 }
 
 }  // namespace
@@ -532,7 +505,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   ReportProgress(0);
   if (stopped_) return;
 
-  const bool isTornOff = entry.size > data.size() + kMostOff;
+  const bool isTornOff = data.size() < LeastSize(entry.size) || HasHole(data);
   // A header alone may be the late answer to another command.
   const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
   if (isLate && !IsRepeated(message, data)) return;

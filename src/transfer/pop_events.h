@@ -19,8 +19,12 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
-/// By how many bytes a message may be smaller than the server says; some count in blocks.
-inline constexpr qint64 kMostOff = 1024;
+/// How many bytes a message has at least of which a server says that it has `listed`. Some count in
+/// blocks, but hardly one message of a few lines.
+inline qint64 LeastSize(qint64 listed) {
+  constexpr qint64 kMostOff = 1024;
+  return listed - qMin(kMostOff, listed / 10);
+}
 
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
@@ -28,9 +32,9 @@ class PopEvents {
  public:
   virtual ~PopEvents() = default;
 
-  /// A message has been downloaded to its end; `isTornOff` when it is much smaller than the server
-  /// said (`kMostOff`). `deleteOnServer` starts false. Returns whether it was stored; after false
-  /// the session fetches nothing more.
+  /// A message has been downloaded to its end; `isTornOff` when it is smaller than the server said
+  /// (`LeastSize`) or has a hole. `deleteOnServer` starts false. Returns whether it was stored;
+  /// after false the session fetches nothing more.
   virtual bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
                               bool& deleteOnServer) = 0;
   /// Every recipient was accepted and the message itself would be sent next. Asked once, right

@@ -58,6 +58,7 @@ void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
   stopDeletesInSession_ = 0;
+  toldOfUnknown_ = false;
   deletes_ = DeletesOnServer();
   // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
   const auto damage = FindDamage(context_, MailDatabasePath(context_));
@@ -337,10 +338,17 @@ void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool&
   exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
   deleteOnServer = deletesStored_ && name != Name::Erased && name != Name::Unknown;
-  if (!exists) return;
+  if (name == Name::Unknown) TellUnknown();
+  if (!exists || name == Name::Unknown) return;
   for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
-  if (name != Name::Unknown) NoteStored(messageId, false, deleteOnServer);
+  NoteStored(messageId, false, deleteOnServer);
+}
+
+// Once in a session: where one cannot be asked for, most cannot.
+void TransferEvents::TellUnknown() {
+  if (std::exchange(toldOfUnknown_, true)) return;
+  StoreFailed(Ui::tr("保存済みかどうかを調べられないメッセージがあるので、受信しません。"));
 }
 
 bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header,

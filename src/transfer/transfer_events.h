@@ -84,6 +84,7 @@ class TransferEvents : public QObject, public PopEvents {
   void ListingFailed();
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
+  void TellUnknown();
   void StoreFailed(const QString& sentence);
   void OutcomeFailed(Disk& job, const QString& sentence);
   static void Append(Disk& job, const QString& key, const QString& line);
@@ -102,6 +103,7 @@ class TransferEvents : public QObject, public PopEvents {
   QStringList unflushed_;
   GroupSize group_;
   bool flushFailed_ = false;
+  bool toldOfUnknown_ = false;
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;

@@ -7,6 +7,7 @@
 
 #include "frame/source_watch.h"
 #include "mail/export_messages.h"
+#include "mail/folder_listing.h"
 #include "mail/import_messages.h"
 #include "mail/mail_store.h"
 #include "mail/stored_copy.h"
@@ -220,6 +221,53 @@ TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
     }
   }
   EXPECT_GE(named, 12);
+}
+
+// As on a disk that lost a write. What the page no longer leads to is missing, and what is stored
+// after that takes nothing's place.
+TEST_F(DamageTest, APageAsItWasBeforeGivesNoMessageAnothersSource) {
+  for (int i = 12; i < 40; ++i) {
+    sources_.append(Source(i, 300));
+    serials_.append(profile_.Store(sources_.last()));
+  }
+  Context().Data.CloseAll();
+  const QByteArray later = ReadFile(file_);
+  int missing = 0;
+  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
+    const QByteArray before = sound_.sliced(page * kPage, kPage);
+    if (later.sliced(page * kPage, kPage) == before) continue;
+    Zero(page);
+    WriteFile(file_, QByteArray(later).replace(page * kPage, kPage, before));
+    for (int i = 100; i < 140; ++i) profile_.Store(Source(i, 300));
+    MailStore store(Context());
+    for (qsizetype i = 0; i < serials_.size(); ++i) {
+      const auto source = store.LoadMessageSource(Disk(serials_[i]));
+      if (source) {
+        EXPECT_EQ(*source, sources_[i]) << "page " << page;
+      }
+      missing += source ? 0 : 1;
+    }
+  }
+  EXPECT_GT(missing, 10) << "no page led to them";
+}
+
+// A page of the table itself, through which the engine finds the others when it lists.
+TEST_F(DamageTest, AnExportGoesOnBehindLostRows) {
+  for (int i = 12; i < 120; ++i) profile_.Store(Source(i, 100));
+  Context().Data.CloseAll();
+  sound_ = ReadFile(file_);
+  int damaged = 0;
+  for (qsizetype page = 5; page < sound_.size() / kPage; page += 3) {
+    Zero(page);
+    const FolderListing listing = ListFolderMessages(Context(), fixed_serial::kInbox);
+    if (listing.read && listing.unreadable.empty()) continue;
+    ++damaged;
+    EXPECT_TRUE(listing.read) << page;
+    EXPECT_GT(listing.messages.size(), 70U) << page;
+    EXPECT_EQ(listing.messages.size() + static_cast<size_t>(listing.unreadable.size()), 120U)
+        << page;
+  }
+  EXPECT_GT(damaged, 0);
 }
 
 class ExportTargetTest : public testing::Test {

@@ -38,7 +38,7 @@ TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
       24);
   ASSERT_EQ(store_.StoreMessage(*Request(QStringLiteral("m'1")), source), QStringLiteral("m'1"));
   EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m'1"))), source);
-  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m2"))), QByteArray());
+  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m2"))), std::nullopt);
   EXPECT_EQ(store_.StoreMessage(Disk(), source), QString());
 }
 

@@ -299,26 +299,46 @@ TEST_F(MovedMailboxTest, ASessionDeletesAsItBegan) {
 
 // A server that gives less than it said, once or always, and one that overstates what is small.
 TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
-  const QByteArray whole = Mail(0) + QByteArray(4000, 'x') + "\r\n";
-  const QByteArray torn = "+OK\r\n" + whole.first(200) + "\r\n.\r\n";
+  const QByteArray large = Mail(0) + QByteArray(4000, 'x') + "\r\n";
+  const QByteArray small = Mail(0) + QByteArray(200, 'x') + "\r\n";
+  const QByteArray withHole = Mail(0) + QByteArray(2000, 'x') + QByteArray(2000, '\0') + "\r\n";
   const DiskPtr account = profile_.AddAccount(server_.Port());
+  struct Case {
+    QByteArray whole;
+    QByteArray given;
+    bool always;
+    bool deletes;
+  };
+  QList<Case> cases;
   for (const bool always : {false, true}) {
     for (const bool deletes : {false, true}) {
-      account->Let(QStringLiteral("InMailServerDelete"), deletes);
-      server_.Messages = {{deletes ? "d" : "k", whole}};
-      server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, torn}};
-      EXPECT_EQ(Receive().stored, 1);
-      EXPECT_EQ(server_.Messages.size(), 1);
-      if (!always) server_.Faults.clear();
-      EXPECT_EQ(Receive().stored, always ? 0 : 1);
-      EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
-      server_.Faults.clear();
-      EXPECT_EQ(Subjects(4).size(), always ? 1 : 2);
-      EraseAll();
-      Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
-      server_.Messages.clear();
-      Receive();
+      cases += {{large, large.first(200) + "\r\n", always, deletes},
+                {large, withHole, always, deletes},
+                {small, small.first(60) + "\r\n", always, deletes},
+                {small, "-ERR no such file\r\n", always, deletes},
+                {small, "", always, deletes}};
     }
+  }
+  for (const auto& [whole, given, always, deletes] : std::as_const(cases)) {
+    const QByteArray torn = "+OK\r\n" + given + ".\r\n";
+    SCOPED_TRACE(
+        QStringLiteral("%1 %2 %3").arg(given.size()).arg(always).arg(deletes).toStdString());
+    account->Let(QStringLiteral("InMailServerDelete"), deletes);
+    server_.Messages = {{deletes ? "d" : "k", whole}};
+    // What looks like the answer to another question is asked for once more.
+    server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, torn},
+                      {Fault::Kind::Reply, "RETR", 2, 0, torn}};
+    EXPECT_EQ(Receive().stored, 1);
+    EXPECT_EQ(server_.Messages.size(), 1);
+    if (!always) server_.Faults.clear();
+    EXPECT_EQ(Receive().stored, always ? 0 : 1);
+    EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
+    server_.Faults.clear();
+    EXPECT_EQ(Subjects(4).size(), always ? 1 : 2);
+    EraseAll();
+    Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+    server_.Messages.clear();
+    Receive();
   }
   // What another account has just got in half as well is not the same answer a second time.
   const DiskPtr other = profile_.AddAccount(server_.Port());

@@ -80,9 +80,9 @@ TEST_F(Pop3SessionTest, AsksForHeadersOnlyWhenARuleCouldMatch) {
   events_.deletes = true;
   EXPECT_EQ(Play(kLogin + "+OK\r\n1 10\r\n2 10\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n.\r\n"
                           "+OK\r\nSubject: stop\r\n\r\n.\r\n+OK\r\nSubject: go\r\n\r\n.\r\n"
-                          "+OK\r\ngo\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
+                          "+OK\r\ngo\r\nthere\r\n.\r\n+OK\r\n+OK\r\n+OK\r\n"),
             kSaidLogin + QStringLiteral("|TOP 1 0|TOP 2 0|RETR 2|DELE 1|DELE 2|QUIT"));
-  EXPECT_EQ(events_.arrived, QList<QByteArray>{"go\r\n"});
+  EXPECT_EQ(events_.arrived, QList<QByteArray>{"go\r\nthere\r\n"});
 }
 
 // With the example of RFC 1939 section 7.
