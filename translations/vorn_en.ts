@@ -2445,14 +2445,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>picture.png</translation>
     </message>
     <message>
-        <source>標準のヘッダと開封通知を使う（Reply-To、In-Reply-To など）(&amp;H)</source>
-        <translation>Use standard &amp;headers and receipts (Reply-To, In-Reply-To and so on)</translation>
-    </message>
-    <message>
-        <source>いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&amp;U)</source>
-        <translation>Reply as is &amp;usual today (to all recipients, mark the first quoted line too)</translation>
-    </message>
-    <message>
         <source>なくなったファイルはないので、つなぎ直しません。</source>
         <translation>No file is missing, so none is reconnected.</translation>
     </message>
@@ -2603,10 +2595,6 @@ Open it?</translation>
         <translation>The address picker chooses nobody until something is searched for(&amp;L)</translation>
     </message>
     <message>
-        <source>うっかりを防ぐ（再送の前に確かめる、捨てたメッセージをフォルダに表示せず、消したものを受信し直さない）(&amp;C)</source>
-        <translation>Prevent slips (ask before sending again, keep thrown away messages out of folders and erased ones from being received again)(&amp;C)</translation>
-    </message>
-    <message>
         <source>条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。</source>
         <translation>The search was given up because it took too long.</translation>
     </message>
@@ -2745,6 +2733,138 @@ Open it?</translation>
     <message>
         <source>サーバーからの削除をやめました。</source>
         <translation>Deletion on the server was given up.</translation>
+    </message>
+    <message>
+        <source>お気に入りのアドレスを入力してください。</source>
+        <translation>Please enter the address of the bookmark.</translation>
+    </message>
+    <message>
+        <source>標準のヘッダと開封通知を使う(&amp;H)</source>
+        <translation>Use standard &amp;headers and receipts</translation>
+    </message>
+    <message>
+        <source>Reply-To、In-Reply-To などです。</source>
+        <translation>Reply-To, In-Reply-To and so on.</translation>
+    </message>
+    <message>
+        <source>いまの習慣で返信する(&amp;U)</source>
+        <translation>Reply as is &amp;usual today</translation>
+    </message>
+    <message>
+        <source>関係者に宛先の人も含め、引用の1行目にも記号を付けます。</source>
+        <translation>To all recipients, and with a mark at the first quoted line too.</translation>
+    </message>
+    <message>
+        <source>うっかりを防ぐ(&amp;C)</source>
+        <translation>Prevent slips(&amp;C)</translation>
+    </message>
+    <message>
+        <source>再送の前に確かめます。捨てたメッセージはフォルダに表示せず、消したものは受信し直しません。</source>
+        <translation>Asks before sending again. Thrown away messages stay out of folders, and erased ones are not received again.</translation>
+    </message>
+    <message>
+        <source>保存済みかどうかを調べられないメッセージがあるので、受信しません。</source>
+        <translation>There are messages of which it cannot be found out whether they are stored; they are not received. </translation>
+    </message>
+    <message>
+        <source>配信できませんでした。</source>
+        <translation>It could not be delivered.</translation>
+    </message>
+    <message>
+        <source>配信が遅れています。サーバーが送り直します。</source>
+        <translation>Its delivery is delayed. The server tries again.</translation>
+    </message>
+    <message>
+        <source>配信されました。</source>
+        <translation>It was delivered.</translation>
+    </message>
+    <message>
+        <source>配信を知らせないサーバーに渡されました。</source>
+        <translation>It was handed to a server that does not report deliveries.</translation>
+    </message>
+    <message>
+        <source>複数の宛先に配信されました。</source>
+        <translation>It was delivered to several recipients.</translation>
+    </message>
+    <message>
+        <source>宛先のメールアドレスがありません。</source>
+        <translation>The address does not exist.</translation>
+    </message>
+    <message>
+        <source>宛先のドメイン（@の後）がありません。</source>
+        <translation>The domain (behind the @) does not exist.</translation>
+    </message>
+    <message>
+        <source>宛先のドメインはメールを受け取りません。</source>
+        <translation>The domain takes no mail.</translation>
+    </message>
+    <message>
+        <source>受信者のメールボックスが使われていません。</source>
+        <translation>The mailbox is not in use.</translation>
+    </message>
+    <message>
+        <source>受信者のメールボックスがいっぱいです。</source>
+        <translation>The mailbox is full.</translation>
+    </message>
+    <message>
+        <source>メッセージが大きすぎます。</source>
+        <translation>The message is too large.</translation>
+    </message>
+    <message>
+        <source>受信者のサーバーが応答しません。</source>
+        <translation>The server of the recipient does not answer.</translation>
+    </message>
+    <message>
+        <source>受信者のサーバーが見つかりません。</source>
+        <translation>The server of the recipient cannot be found.</translation>
+    </message>
+    <message>
+        <source>決められた時間のうちに配信できませんでした。</source>
+        <translation>It could not be delivered in time.</translation>
+    </message>
+    <message>
+        <source>受信者のサーバーに受け取りを断られました。</source>
+        <translation>The server of the recipient refused it.</translation>
+    </message>
+    <message>
+        <source>差出人を確かめられないので、受け取りを断られました。</source>
+        <translation>It was refused because its sender could not be verified.</translation>
+    </message>
+    <message>
+        <source>開封されました。</source>
+        <translation>It was opened.</translation>
+    </message>
+    <message>
+        <source>開封されずに削除されました。</source>
+        <translation>It was deleted without having been opened.</translation>
+    </message>
+    <message>
+        <source>自動的に処理されました。</source>
+        <translation>It was processed automatically.</translation>
+    </message>
+    <message>
+        <source>開封したかどうかを知らせないとのことです。</source>
+        <translation>The recipient does not tell whether it was opened.</translation>
+    </message>
+    <message>
+        <source>宛先: </source>
+        <translation>Recipient: </translation>
+    </message>
+    <message>
+        <source>結果: </source>
+        <translation>Outcome: </translation>
+    </message>
+    <message>
+        <source>理由: </source>
+        <translation>Reason: </translation>
+    </message>
+    <message>
+        <source>サーバーの応答: </source>
+        <translation>Reply of the server: </translation>
+    </message>
+    <message>
+        <source>受信者: </source>
+        <translation>Recipient: </translation>
     </message>
 </context>
 </TS>

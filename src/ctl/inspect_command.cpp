@@ -45,11 +45,11 @@ QJsonArray Attachments(const QByteArray& source,
                        const std::vector<MimeCodec::ContentRecord>& records,
                        const QStringList& textTypes) {
   QJsonArray array;
-  for (const Attachment& attachment : ListAttachments(records, textTypes)) {
+  for (const Attachment& attachment : ListAttachments(records, textTypes, true)) {
     const QByteArray bytes = MimeCodec::DecodePart(
         source, MimeCodec::TransferEncodingOf(attachment.record.encoding.toLatin1()),
         attachment.record.first, attachment.record.last);
-    array.append(QJsonObject{{QStringLiteral("name"), attachment.name},
+    array.append(QJsonObject{{QStringLiteral("name"), ShownName(attachment, source)},
                              {QStringLiteral("type"), attachment.record.type},
                              {QStringLiteral("size"), bytes.size()},
                              {QStringLiteral("sha256"), MimeCodec::Digest(bytes)}});
@@ -79,6 +79,7 @@ QJsonObject Describe(const QByteArray& source) {
   const auto records = MimeCodec::ParseContentIndex(index.content, source);
   TextRequest request;
   request.textTypes = textTypes;
+  request.withReports = true;
   const QByteArrayView idName = "MESSAGE-ID:";
   return {{QStringLiteral("subject"), index.subject},
           {QStringLiteral("addressLines"), index.addressLines},

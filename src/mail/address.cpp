@@ -50,14 +50,31 @@ void TakeCommentAsName(Mailbox& mailbox) {
   }
 }
 
+// What stands in brackets, without the route that it once could have (RFC 5322 section 4.4).
+QString AddressInBrackets(const QString& word) {
+  const QString address = word.sliced(1).chopped(1).trimmed();
+  const qsizetype routeEnd = address.startsWith(u'@') ? address.indexOf(u':') : -1;
+  return address.sliced(routeEnd + 1).trimmed();
+}
+
+// An address whose local part is quoted and may hold blanks (RFC 5322 section 3.4.1).
+bool IsQuotedLocalPart(const QString& word) {
+  return word.startsWith(u'"') && !word.endsWith(u'"') && word.contains(QStringLiteral("\"@"));
+}
+
+// Of several addresses in brackets servers take the first; the others are shown with the name.
 Mailbox ReadItem(const QString& item) {
   Mailbox mailbox;
   for (const QString& word : MimeCodec::SplitWords(item)) {
-    if (IsBracketedAddress(word)) {
-      mailbox.address = word.mid(1, word.size() - 2);
+    if (mailbox.address.isEmpty() && IsBracketedAddress(word)) {
+      mailbox.address = AddressInBrackets(word);
       continue;
     }
     if (!mailbox.name.isEmpty()) mailbox.name += u' ';
+    if (IsQuotedLocalPart(word)) {
+      mailbox.name += word;
+      continue;
+    }
     // Each quoted word loses its own quotes; a quote that stands alone at an end goes as well, and
     // one that was written inside quotes stays.
     const QString text = Unquoted(word);
@@ -134,7 +151,7 @@ QString WithoutGroups(const QString& text, qsizetype start) {
 // One recipient as it is typed.
 AddressEntry ReadTyped(const QString& typed) {
   AddressEntry entry;
-  const QString text = typed.simplified();
+  const QString text = MimeCodec::OneLine(typed);
   const qsizetype bracket = text.lastIndexOf(u'<');
   if (bracket < 0 || !text.endsWith(u'>')) {
     entry.address = text;
@@ -190,7 +207,7 @@ QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
   // One whose name holds separators. A name that holds another's address is none.
   AddressEntry one = ReadTyped(typed);
   const bool holdsOthers = std::any_of(entries.begin(), entries.end() - 1, isGood);
-  if (holdsOthers || !IsGood(one)) one = {{}, typed.simplified(), {}, {}, {}};
+  if (holdsOthers || !IsGood(one)) one = {{}, MimeCodec::OneLine(typed), {}, {}, {}};
   return {one};
 }
 

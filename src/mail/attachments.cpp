@@ -2,6 +2,7 @@
 
 #include <QMimeDatabase>
 
+#include "mail/mime_codec.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -34,6 +35,17 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
         {record.hasName ? record.name : NameOf(record.type, ++unnamed, standardNames), record});
   }
   return attachments;
+}
+
+QString ShownName(const Attachment& attachment, const QByteArray& source) {
+  const MimeCodec::ContentRecord& record = attachment.record;
+  if (record.hasName || record.type != u"message/rfc822") return attachment.name;
+  const QByteArray inner = MimeCodec::DecodePart(
+      source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()), record.first, record.last);
+  const QByteArrayView name = "SUBJECT:";
+  const QString subject =
+      MimeCodec::DecodeHeader(MimeCodec::HeaderField(inner, name), name.size()).trimmed();
+  return subject.isEmpty() ? attachment.name : subject + QStringLiteral(".eml");
 }
 
 }  // namespace vorn

@@ -21,4 +21,8 @@ struct Attachment {
 std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentRecord>& records,
                                         const QStringList& textTypes, bool standardNames = false);
 
+/// The name under which a window shows an attachment: a message that was attached without a name is
+/// called by its subject.
+QString ShownName(const Attachment& attachment, const QByteArray& source);
+
 }  // namespace vorn

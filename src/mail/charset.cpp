@@ -310,9 +310,24 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
   return euc.clean && Likelihood(euc.text) >= kSureOfJapanese;
 }
 
+// Programs that know of no other code declare a Western one for whatever they are given. In it
+// every byte has a meaning.
+Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
+  if (declared.family != Family::Other || !IsWestern(declared)) return {};
+  const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
+  const Charset recognized = RecognizeCharset(sample);
+  if (recognized.family <= Family::Ascii) return {};
+  if (recognized.family == Family::Utf8) return recognized;
+  const bool isSure = IsMostlyEightBit(sample) &&
+                      Likelihood(Decode(recognized, sample, true).text) >= kSureOfJapanese;
+  return isSure ? recognized : Charset();
+}
+
 }  // namespace
 
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
+  const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
+  if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
   DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
     return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
@@ -321,7 +336,9 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   }
   if (declared.family <= Family::Ascii) {
     const DecodedText recognized = Decode(RecognizeCharset(bytes), bytes, atCut);
-    if (recognized.clean && Likelihood(recognized.text) >= 0) return recognized.text;
+    const bool isUsual = Likelihood(recognized.text) >= 0 ||
+                         (IsMostlyEightBit(bytes) && AreHalfKanaWords(recognized.text));
+    if (recognized.clean && isUsual) return recognized.text;
   }
   return MostUsual(bytes, declared, asDeclared, atCut);
 }

@@ -41,25 +41,31 @@ bool StandsWell(const QString& text, qsizetype at) {
   return before >= 0x80 || !endsWord;
 }
 
-// Half-width kana alone, in Shift_JIS, are ideographs in EUC, of which an unlikely share is of
-// those that are seldom used (level 2, from row 48 on): those that the kana from ﾐ on begin.
-bool AreHalfKanaWords(const QString& text, QByteArrayView bytes) {
+// Half-width kana in Shift_JIS are ideographs in EUC, of which an unlikely share is of those that
+// are seldom used (level 2, from row 48 on): those that the kana from ﾐ on begin.
+bool AreRareInEuc(QByteArrayView bytes) {
   qsizetype kana = 0;
-  for (qsizetype at = 0; at < text.size(); ++at) {
-    if (text[at].unicode() < 0x80) continue;
-    if (!IsHalfKana(text[at]) || !StandsWell(text, at)) return false;
-    ++kana;
-  }
   qsizetype rare = 0;
-  for (qsizetype at = 0; at + 1 < bytes.size(); ++at) {
+  for (qsizetype at = 0; at < bytes.size(); ++at) {
     if ((bytes[at] & 0x80) == 0) continue;
+    ++kana;
+    if (at + 1 == bytes.size()) break;
     rare += static_cast<unsigned char>(bytes[at]) >= 0xD0 ? 1 : 0;
     ++at;
+    kana += (bytes[at] & 0x80) != 0 ? 1 : 0;
   }
   return kana >= kSurelyWords && rare * kRareShare >= kana;
 }
 
 }  // namespace
+
+bool AreHalfKanaWords(const QString& text) {
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    if (text[at].unicode() < 0x80) continue;
+    if (!IsHalfKana(text[at]) || !StandsWell(text, at)) return false;
+  }
+  return true;
+}
 
 // A code read as another one gives half-width kana, rare ideographs and private characters where
 // the right one gives kana and common ideographs.
@@ -117,7 +123,7 @@ Charset RecognizeCharset(QByteArrayView bytes) {
   const DecodedText euc = Decode({Family::Euc, {}}, bytes, isSample);
   const DecodedText shiftJis = Decode({Family::ShiftJis, {}}, bytes, isSample);
   if (euc.clean && shiftJis.clean) {
-    if (AreHalfKanaWords(shiftJis.text, bytes)) return {Family::ShiftJis, {}};
+    if (AreHalfKanaWords(shiftJis.text) && AreRareInEuc(bytes)) return {Family::ShiftJis, {}};
     const bool isEuc = Likelihood(euc.text) >= Likelihood(shiftJis.text);
     return {isEuc ? Family::Euc : Family::ShiftJis, {}};
   }

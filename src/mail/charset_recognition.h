@@ -18,6 +18,9 @@ bool HasJisEscape(QByteArrayView bytes);
 /// 1554).
 bool HasForeignEscape(QByteArrayView bytes);
 
+/// Whether what is not ASCII in a text are half-width kana alone, as words have them.
+bool AreHalfKanaWords(const QString& text);
+
 /// How usual a character is in Japanese text, from -25 for U+FFFD to 12 for hiragana.
 int CharacterWeight(char16_t character);
 

@@ -9,6 +9,7 @@
 #include "mail/header_parameters.h"
 #include "mail/transfer_encoding.h"
 #include "mail/uuencoding.h"
+#include "mail/yencoding.h"
 
 namespace vorn::MimeCodec {
 namespace {
@@ -79,16 +80,28 @@ class ContentReader {
     // A source without any header is all text.
     const HeaderParameters type(FieldValue(source_, "Content-Type:", record));
     ReadType(type, record);
-    const QByteArray boundary = type.Bytes("boundary");
+    QByteArray boundary = type.Bytes("boundary").trimmed();
+    if (boundary.isEmpty() && record.type.startsWith(u"multipart/")) boundary = FirstDelimiter();
     if (record.type.startsWith(u"multipart/")) {
       if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
-        stack_.push_back({boundary.trimmed(), record, false, record.type == u"multipart/digest"});
+        stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
         return;
       }
       record.type = QStringLiteral("text/plain");
     }
     leaf_ = record;
     inLeaf_ = true;
+  }
+
+  // What delimits the parts of a multipart that does not say it: the first line that could and
+  // comes again with "--" behind it.
+  QByteArray FirstDelimiter() const {
+    const qsizetype start = source_.indexOf("--", at_);
+    if (start < 0 || (start > 0 && source_[start - 1] != '\n')) return {};
+    const qsizetype end = source_.indexOf('\n', start);
+    const QByteArrayView line = source_.sliced(start, qMax(end - start, qsizetype{0})).trimmed();
+    const bool isClosed = line.size() > 2 && source_.indexOf(line.toByteArray() + "--", end) >= 0;
+    return isClosed ? line.sliced(2).toByteArray() : QByteArray();
   }
 
   // A part whose headers run into the next delimiter has no body.
@@ -174,7 +187,7 @@ class ContentReader {
     }
   }
 
-  // Uuencoded blocks inside a text are files of their own; the text around them stays text.
+  // Blocks inside a text are files of their own; the text around them stays text.
   void PushTextWithBlocks() {
     const QByteArrayView text = source_.sliced(leaf_.first, leaf_.Size());
     qsizetype at = 0;
@@ -185,12 +198,16 @@ class ContentReader {
       records_.push_back(std::move(record));
       pushed = true;
     };
-    for (auto block = FindUuBlock(text); block && records_.size() < kMaxParts;
-         block = FindUuBlock(text, at)) {
+    while (records_.size() < kMaxParts) {
+      auto block = FindUuBlock(text, at);
+      const auto yenc = FindYencBlock(text, at);
+      const bool isYenc = yenc && (!block || yenc->first < block->first);
+      if (isYenc) block = yenc;
+      if (!block) break;
       if (block->first > at) push(at, block->first - 1, leaf_);
       ContentRecord file = leaf_;
       file.type = QStringLiteral("application/octet-stream");
-      file.encoding = QStringLiteral("uuencode");
+      file.encoding = isYenc ? QStringLiteral("x-yenc") : QStringLiteral("uuencode");
       file.name = Sanitized(DecodeHeader(block->name, 0));
       file.hasName = true;
       push(block->first, block->last, file);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "mail/list_splitting.h"
 #include "mail/transfer_encoding.h"
 
 namespace vorn::MimeCodec {
@@ -110,11 +111,16 @@ QString QuoteForList(const QString& name) {
   return u'"' + quoted + u'"';
 }
 
-// "name <address>" in one word, as programs write that encode a whole field.
-bool IsWholeMailbox(const QString& words) {
-  const qsizetype open = words.lastIndexOf(u'<');
-  return open > 0 && words.endsWith(u'>') && words.indexOf(u'@', open) > open &&
-         words.count(u'<') == 1;
+bool IsNamedMailbox(const QString& item) {
+  const qsizetype open = item.lastIndexOf(u'<');
+  return open > 0 && item.endsWith(u'>') && item.indexOf(u'@', open) > open &&
+         item.count(u'<') == 1;
+}
+
+// "name <address>", or several, in one word, as programs write that encode a whole field.
+bool IsWholeList(const QString& words) {
+  const QStringList items = SplitList(words, u',');
+  return std::all_of(items.begin(), items.end(), IsNamedMailbox);
 }
 
 // Line breaks and other controls that a word smuggles in would forge lines of the index.
@@ -148,7 +154,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
   QString words;  // in several codes, but one name
   const auto endWords = [&](bool isEnd) {
     const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded) &&
-                          !(isEnd && !decoded.contains(u'@') && IsWholeMailbox(words));
+                          !(isEnd && !decoded.contains(u'@') && IsWholeList(words));
     decoded += mayQuote ? QuoteForList(words) : words;
     words.clear();
   };

@@ -68,6 +68,20 @@ QByteArray Unquote(QByteArrayView value) {
   return unquoted;
 }
 
+// RFC 2231 section 4; a "%" without two digits after it is one.
+QByteArray Unescaped(const QByteArray& value) {
+  QByteArray bytes;
+  for (qsizetype at = 0; at < value.size(); ++at) {
+    bool isNumber = false;
+    const int byte = value[at] == '%' && at + 2 < value.size()
+                         ? value.sliced(at + 1, 2).toInt(&isNumber, 16)
+                         : 0;
+    bytes += isNumber ? static_cast<char>(byte) : value[at];
+    if (isNumber) at += 2;
+  }
+  return bytes;
+}
+
 }  // namespace
 
 HeaderParameters::HeaderParameters(QByteArrayView value) {
@@ -129,7 +143,7 @@ QByteArray HeaderParameters::Join(QByteArrayView name, QByteArray* charset, bool
           value = value.sliced(languageEnd + 1);
         }
       }
-      value = QByteArray::fromPercentEncoding(value);
+      value = Unescaped(value);
     }
     joined += value;
   }

@@ -1,27 +1,18 @@
 #include "mail/html_sanitizer.h"
 
-#include <gumbo.h>
-
 #include <QHash>
 #include <algorithm>
 #include <array>
-#include <cctype>
-#include <cstddef>
-#include <memory>
-#include <set>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "mail/html_text.h"
+#include "mail/html_tree.h"
 #include "mail/style_filter.h"
 
 namespace vorn {
 namespace {
-
-// The parser's time grows with the square of the depth.
-constexpr int kMaxDepth = 2000;
 
 // What becomes of an element.
 enum class Fate : char {
@@ -60,22 +51,6 @@ const Fates& FatesOfElements() {
     return all;
   }();
   return fates;
-}
-
-// An end tag is not needed for these, so that they do not nest.
-bool IsFlat(GumboTag tag) {
-  static const std::set<GumboTag> tags = [] {
-    std::set<GumboTag> flat;
-    for (const QByteArray& name :
-         QByteArray(
-             "area base br col embed hr img input link meta param source track wbr p li dt dd "
-             "tr td th tbody thead tfoot option")
-             .split(' ')) {
-      flat.insert(gumbo_tag_enum(name.constData()));
-    }
-    return flat;
-  }();
-  return tags.contains(tag);
 }
 
 const std::unordered_set<std::string_view>& Attributes() {
@@ -129,69 +104,13 @@ void AppendEscaped(QByteArray& out, std::string_view text) {
   out.append(text.data() + done, static_cast<qsizetype>(text.size() - done));
 }
 
-// About how deep the elements nest at most, without reading the document as a tree. An end tag
-// counts only where its element is open: of others the parser takes no notice.
-int DepthOf(const QByteArray& html) {
-  std::array<int, GUMBO_TAG_LAST + 1> open{};
-  int depth = 0;
-  int deepest = 0;
-  for (qsizetype at = html.indexOf('<'); at >= 0; at = html.indexOf('<', at + 1)) {
-    const bool ends = at + 1 < html.size() && html[at + 1] == '/';
-    qsizetype end = at + (ends ? 2 : 1);
-    const qsizetype start = end;
-    while (end < html.size() && std::isalnum(static_cast<unsigned char>(html[end])) != 0) ++end;
-    const auto length = static_cast<unsigned>(end - start);
-    const GumboTag tag = gumbo_tagn_enum(html.constData() + start, length);
-    if (length == 0 || IsFlat(tag)) continue;
-    if (!ends) {
-      ++open[tag];
-      deepest = std::max(deepest, ++depth);
-    } else if (tag != GUMBO_TAG_UNKNOWN && open[tag] > 0) {
-      --open[tag];
-      --depth;
-    }
-  }
-  return deepest;
-}
-
-// The parser asks for very many small pieces, and all of them go at once.
-class Arena {
- public:
-  void* Take(size_t bytes) {
-    bytes = (bytes + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) *
-            alignof(std::max_align_t);
-    if (bytes > left_) {
-      left_ = std::max(bytes, kBlockBytes);
-      blocks_.push_back(std::make_unique_for_overwrite<char[]>(left_));
-      next_ = blocks_.back().get();
-    }
-    left_ -= bytes;
-    return std::exchange(next_, next_ + bytes);
-  }
-
- private:
-  static constexpr size_t kBlockBytes = 256 * 1024;
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  char* next_ = nullptr;
-  size_t left_ = 0;
-};
-
 class Sanitizer {
  public:
   explicit Sanitizer(RemoteImages images) : images_(images) {}
 
-  SafeHtml Run(const QByteArray& html) {
-    Arena arena;
-    GumboOptions options = kGumboDefaultOptions;
-    options.allocator = [](void* memory, size_t bytes) {
-      return static_cast<Arena*>(memory)->Take(bytes);
-    };
-    options.deallocator = [](void*, void*) {};
-    options.userdata = &arena;
-    const GumboOutput* parsed =
-        gumbo_parse_with_options(&options, html.constData(), static_cast<size_t>(html.size()));
-    body_.reserve(html.size());
-    WriteChildren(parsed->root->v.element);
+  SafeHtml Run(const HtmlTree& tree, qsizetype size) {
+    body_.reserve(size);
+    WriteChildren(tree.Root());
     // What of the network may be loaded is said once more to the browser.
     safe_.html =
         "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><meta "
@@ -317,7 +236,8 @@ class Sanitizer {
 
 SafeHtml SanitizeHtml(const QString& html, RemoteImages images) {
   const QByteArray bytes = html.toUtf8();
-  if (DepthOf(bytes) <= kMaxDepth) return Sanitizer(images).Run(bytes);
+  const auto tree = HtmlTree::Parse(bytes);
+  if (tree != nullptr) return Sanitizer(images).Run(*tree, bytes.size());
   return {"<!DOCTYPE html><meta charset=\"utf-8\"><pre>\n" +
               HtmlToText(html).toHtmlEscaped().toUtf8() + "</pre>",
           false};

@@ -1,202 +1,280 @@
 #include "mail/html_text.h"
-#include "storage/ui.h"
 
-#include <QHash>
+#include <QByteArrayList>
+#include <QStringList>
 #include <algorithm>
+#include <array>
+
+#include "mail/html_tree.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-// Elements before and after which a new line begins.
-constexpr QStringView kBlocks[] = {
-    u"address", u"article",  u"aside",   u"blockquote", u"center", u"dd",   u"div", u"dl",
-    u"dt",      u"fieldset", u"footer",  u"form",       u"h1",     u"h2",   u"h3",  u"h4",
-    u"h5",      u"h6",       u"header",  u"hr",         u"li",     u"main", u"nav", u"ol",
-    u"p",       u"pre",      u"section", u"table",      u"tbody",  u"tr",   u"ul"};
-// Those that also leave a line empty.
-constexpr QStringView kParagraphs[] = {u"p",  u"h1", u"h2",         u"h3", u"h4",
-                                       u"h5", u"h6", u"blockquote", u"pre"};
-// Those whose contents are no text.
-constexpr QStringView kHidden[] = {u"script", u"style",    u"head",
-                                   u"title",  u"template", u"noframes"};
+const QString kLineBreak = QStringLiteral("\r\n");
 
-template <size_t N>
-bool IsOneOf(const QString& name, const QStringView (&names)[N]) {
-  return std::find(std::begin(names), std::end(names), QStringView(name)) != std::end(names);
-}
+enum class Role : char {
+  Inline,
+  Block,      ///< begins and ends a line
+  Paragraph,  ///< and leaves one empty before and behind
+  Hidden,     ///< its contents are no text
+  Cell,
+  Item,
+  List,
+  Quote,
+  Link,
+  Break,
+  Rule,
+  Image,
+  Reading  ///< how the characters before it are read aloud
+};
 
-QString Named(QStringView name) {
-  static const QHash<QString, char32_t> kNames = {
-      {QStringLiteral("amp"), U'&'},       {QStringLiteral("lt"), U'<'},
-      {QStringLiteral("gt"), U'>'},        {QStringLiteral("quot"), U'"'},
-      {QStringLiteral("apos"), U'\''},     {QStringLiteral("nbsp"), U' '},
-      {QStringLiteral("copy"), U'©'},      {QStringLiteral("reg"), U'®'},
-      {QStringLiteral("yen"), U'¥'},       {QStringLiteral("trade"), U'™'},
-      {QStringLiteral("hellip"), U'…'},    {QStringLiteral("mdash"), U'—'},
-      {QStringLiteral("ndash"), U'–'},     {QStringLiteral("lsquo"), U'‘'},
-      {QStringLiteral("rsquo"), U'’'},     {QStringLiteral("ldquo"), U'“'},
-      {QStringLiteral("rdquo"), U'”'},     {QStringLiteral("bull"), U'•'},
-      {QStringLiteral("middot"), U'·'},    {QStringLiteral("laquo"), U'«'},
-      {QStringLiteral("raquo"), U'»'},     {QStringLiteral("times"), U'×'},
-      {QStringLiteral("deg"), U'°'},       {QStringLiteral("plusmn"), U'±'},
-      {QStringLiteral("larr"), U'←'},      {QStringLiteral("rarr"), U'→'},
-      {QStringLiteral("uarr"), U'↑'},      {QStringLiteral("darr"), U'↓'},
-      {QStringLiteral("euro"), U'€'},      {QStringLiteral("cent"), U'¢'},
-      {QStringLiteral("pound"), U'£'},     {QStringLiteral("sect"), U'§'},
-      {QStringLiteral("emsp"), U' '},      {QStringLiteral("ensp"), U' '},
-      {QStringLiteral("zwnj"), U'\u200C'}, {QStringLiteral("zwj"), U'\u200D'}};
-  const auto found = kNames.find(name.toString());
-  return found == kNames.end() ? QString() : QString::fromUcs4(&*found, 1);
-}
+using Roles = std::array<Role, GUMBO_TAG_LAST + 1>;
 
-QString Numbered(QStringView digits) {
-  const bool isHex = digits.startsWith(u'x', Qt::CaseInsensitive);
-  bool isNumber = false;
-  const uint code = (isHex ? digits.sliced(1) : digits).toUInt(&isNumber, isHex ? 16 : 10);
-  if (!isNumber || code == 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return {};
-  const char32_t character = code;
-  return QString::fromUcs4(&character, 1);
-}
-
-class Converter {
- public:
-  explicit Converter(const QString& html) : html_(html) { out_.reserve(html.size() / 2); }
-
-  QString Run() {
-    while (at_ < html_.size()) {
-      const QChar c = html_[at_];
-      if (c == u'<' && IsTagStart()) {
-        TakeTag();
-      } else if (c == u'&') {
-        TakeEntity();
-      } else {
-        TakeCharacter(c);
-        ++at_;
+const Roles& RolesOfElements() {
+  static const Roles roles = [] {
+    Roles all{};
+    const auto mark = [&all](Role role, const char* names) {
+      for (const QByteArray& name : QByteArray(names).split(' ')) {
+        all[gumbo_tag_enum(name.constData())] = role;
       }
+    };
+    mark(Role::Block,
+         "address article aside center dd div dl dt fieldset figcaption figure footer form header "
+         "main nav section table tbody tfoot thead tr caption");
+    mark(Role::Paragraph, "p h1 h2 h3 h4 h5 h6 pre");
+    mark(Role::Hidden,
+         "script style head title template noframes noscript select datalist iframe object video "
+         "audio canvas rp");
+    mark(Role::Cell, "td th");
+    mark(Role::List, "ol ul menu dir");
+    all[GUMBO_TAG_LI] = Role::Item;
+    all[GUMBO_TAG_BLOCKQUOTE] = Role::Quote;
+    all[GUMBO_TAG_A] = Role::Link;
+    all[GUMBO_TAG_BR] = Role::Break;
+    all[GUMBO_TAG_HR] = Role::Rule;
+    all[GUMBO_TAG_IMG] = Role::Image;
+    all[GUMBO_TAG_RT] = Role::Reading;
+    return all;
+  }();
+  return roles;
+}
+
+QString Attribute(const GumboElement& element, const char* name) {
+  const GumboAttribute* attribute = gumbo_get_attribute(&element.attributes, name);
+  return attribute == nullptr ? QString() : QString::fromUtf8(attribute->value);
+}
+
+QString StyleOf(const GumboElement& element) {
+  return Attribute(element, "style").remove(u' ').toLower();
+}
+
+// What a link leads to, empty when that is nowhere outside of the page.
+QString TargetOf(const GumboElement& element) {
+  const QString target = Attribute(element, "href").simplified();
+  for (const QStringView scheme : {u"https://", u"http://", u"mailto:", u"ftp://"}) {
+    if (target.startsWith(scheme, Qt::CaseInsensitive)) return target;
+  }
+  return {};
+}
+
+// Whether a link's text says where it leads.
+bool Shows(const QString& text, const QString& target) {
+  const QString place = target.section(u':', 1);
+  const QStringView bare =
+      QStringView(place).sliced(std::min(place.startsWith(u"//") ? 2LL : 0LL, place.size()));
+  return text.contains(bare.endsWith(u'/') ? bare.chopped(1) : bare, Qt::CaseInsensitive);
+}
+
+class Writer {
+ public:
+  QString Run(const GumboElement& root) {
+    Children(root);
+    depth_ = 0;
+    for (qsizetype i = 0; i < targets_.size(); ++i) {
+      Lines(i == 0 ? 2 : 1);
+      Put(QStringLiteral("[%1] %2").arg(i + 1).arg(targets_[i]));
     }
-    while (out_.endsWith(u'\n') || out_.endsWith(u' ')) out_.chop(1);
-    if (!out_.isEmpty()) out_ += u'\n';
-    return out_.replace(u'\n', QStringLiteral("\r\n"));
+    if (!out_.isEmpty()) out_ += kLineBreak;
+    return std::move(out_);
   }
 
  private:
-  bool IsTagStart() const {
-    if (at_ + 1 >= html_.size()) return false;
-    const QChar next = html_[at_ + 1];
-    return next.isLetter() || next == u'/' || next == u'!' || next == u'?';
-  }
-
-  void TakeTag() {
-    if (QStringView(html_).sliced(at_).startsWith(u"<!--")) {
-      const qsizetype end = html_.indexOf(QStringLiteral("-->"), at_ + 4);
-      at_ = end < 0 ? html_.size() : end + 3;
-      return;
-    }
-    const qsizetype end = TagEnd();
-    const bool closes = html_[at_ + 1] == u'/';
-    qsizetype nameEnd = at_ + (closes ? 2 : 1);
-    const qsizetype nameStart = nameEnd;
-    while (nameEnd < end && html_[nameEnd].isLetterOrNumber()) ++nameEnd;
-    const QString name = html_.mid(nameStart, nameEnd - nameStart).toLower();
-    at_ = qMin(end + 1, html_.size());
-    if (!closes && IsOneOf(name, kHidden)) {
-      SkipPast(name);
-    } else {
-      Apply(name, closes);
-    }
-  }
-
-  // The offset of the ">" that ends the tag; quotes in attributes may hold others.
-  qsizetype TagEnd() const {
-    QChar quote;
-    for (qsizetype i = at_ + 1; i < html_.size(); ++i) {
-      const QChar c = html_[i];
-      if (!quote.isNull()) {
-        if (c == quote) quote = QChar();
-      } else if (c == u'>') {
-        return i;
-      } else if ((c == u'"' || c == u'\'') && html_[i - 1] == u'=') {
-        quote = c;
+  void Children(const GumboElement& element) {
+    for (unsigned i = 0; i < element.children.length; ++i) {
+      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+      if (child.type == GUMBO_NODE_ELEMENT) {
+        Element(child.v.element);
+      } else if (child.type != GUMBO_NODE_COMMENT) {
+        Text(QString::fromUtf8(child.v.text.text));
       }
     }
-    const qsizetype plain = html_.indexOf(u'>', at_);  // a quote that never closes
-    return plain < 0 ? html_.size() : plain;
   }
 
-  void SkipPast(const QString& name) {
-    const qsizetype close = html_.indexOf(QStringLiteral("</") + name, at_, Qt::CaseInsensitive);
-    if (close < 0) {
-      if (name != u"head" && name != u"title") at_ = html_.size();
-      return;
+  void Element(const GumboElement& element) {
+    const bool isHtml = element.tag_namespace == GUMBO_NAMESPACE_HTML;
+    const Role role = isHtml ? RolesOfElements()[element.tag] : Role::Inline;
+    const QString style = StyleOf(element);
+    if (role == Role::Hidden || style.contains(u"display:none")) return;
+    const bool wasVerbatim = isVerbatim_;
+    isVerbatim_ |= element.tag == GUMBO_TAG_PRE || style.contains(u"white-space:pre");
+    Contents(element, role);
+    isVerbatim_ = wasVerbatim;
+  }
+
+  void Contents(const GumboElement& element, Role role) {
+    switch (role) {
+      case Role::Block:
+        return Surrounded(element, 1);
+      case Role::Paragraph:
+        return Surrounded(element, 2);
+      case Role::Cell:
+        Children(element);
+        isBlank_ = true;
+        return;
+      case Role::Item:
+        marker_ = MarkerOfItem();
+        Surrounded(element, 1);
+        marker_.clear();
+        return;
+      case Role::List:
+        return List(element);
+      case Role::Quote:
+        Lines(2);
+        ++depth_;
+        Children(element);
+        --depth_;
+        return Lines(2);
+      case Role::Link:
+        return Link(element);
+      case Role::Break:
+        ++breaks_;
+        return;
+      case Role::Rule:
+        Lines(1);
+        Put(QStringLiteral("----------"));
+        return Lines(1);
+      case Role::Image:
+        return Text(Attribute(element, "alt"));
+      case Role::Reading:
+        Put(QStringLiteral("("));
+        Children(element);
+        return Put(QStringLiteral(")"));
+      default:
+        return Children(element);
     }
-    const qsizetype end = html_.indexOf(u'>', close);
-    at_ = end < 0 ? html_.size() : end + 1;
   }
 
-  void Apply(const QString& name, bool closes) {
-    if (name == u"br") {
-      out_ += u'\n';
-    } else if (name == u"td" || name == u"th") {
-      if (closes) Blank();
-    } else if (name == u"img" || name == u"input") {
-      return;
-    } else if (IsOneOf(name, kBlocks)) {
-      NewLine(IsOneOf(name, kParagraphs) && !out_.isEmpty());
-      if (name == u"li" && !closes) out_ += Ui::tr("・");
-      if (name == u"hr") out_ += QStringLiteral("----------\n");
-      if (name == u"pre") preformatted_ = !closes;
+  void Surrounded(const GumboElement& element, int breaks) {
+    Lines(breaks);
+    Children(element);
+    Lines(breaks);
+  }
+
+  void List(const GumboElement& element) {
+    bool isNumber = false;
+    const int start = Attribute(element, "start").toInt(&isNumber);
+    lists_.append(element.tag != GUMBO_TAG_OL ? kUnordered : isNumber ? start : 1);
+    Surrounded(element, 1);
+    lists_.removeLast();
+  }
+
+  QString MarkerOfItem() {
+    const QString indent(2 * std::max<qsizetype>(lists_.size() - 1, 0), u' ');
+    if (lists_.isEmpty() || lists_.last() == kUnordered) return indent + Ui::tr("・");
+    return indent + QString::number(lists_.last()++) + QStringLiteral(". ");
+  }
+
+  void Link(const GumboElement& element) {
+    const qsizetype start = out_.size();
+    Children(element);
+    const QString target = TargetOf(element);
+    const QString text = out_.mid(start).trimmed();
+    if (target.isEmpty() || text.isEmpty() || Shows(text, target)) return;
+    if (!targets_.contains(target)) targets_.append(target);
+    isBlank_ = false;
+    Put(QStringLiteral("[%1]").arg(targets_.indexOf(target) + 1));
+  }
+
+  // At least so many line breaks before what comes.
+  void Lines(int breaks) {
+    if (!out_.isEmpty()) breaks_ = std::max(breaks_, breaks);
+  }
+
+  void Text(const QString& text) {
+    QString piece;
+    for (const QChar c : text) {
+      const bool isLineEnd = c == u'\n';
+      if (c == u'\r') continue;
+      if (!isVerbatim_ && (c == u' ' || c == u'\t' || c == u'\f' || isLineEnd)) {
+        Put(piece);
+        piece.clear();
+        isBlank_ = true;
+      } else if (isVerbatim_ && isLineEnd) {
+        Put(piece);
+        piece.clear();
+        ++breaks_;
+      } else {
+        piece += c == QChar::Nbsp ? QChar(u' ') : c;
+      }
     }
+    Put(piece);
   }
 
-  void NewLine(bool emptyLine) {
-    while (out_.endsWith(u' ')) out_.chop(1);
-    if (out_.isEmpty()) return;
-    if (!out_.endsWith(u'\n')) out_ += u'\n';
-    if (emptyLine && !out_.endsWith(QStringLiteral("\n\n"))) out_ += u'\n';
-  }
-
-  void Blank() {
-    if (!out_.isEmpty() && !out_.endsWith(u' ') && !out_.endsWith(u'\n')) out_ += u' ';
-  }
-
-  void TakeCharacter(QChar c) {
-    if (preformatted_) {
-      if (c != u'\r') out_ += c;
-    } else if (c == u' ' || c == u'\t' || c == u'\r' || c == u'\n' || c == u'\f') {
-      Blank();
-    } else {
-      out_ += c;
+  void Put(const QString& piece) {
+    if (piece.isEmpty()) return;
+    if (out_.isEmpty() || breaks_ > 0) {
+      BeginLine();
+    } else if (isBlank_ && !out_.endsWith(u' ')) {
+      out_ += u' ';
     }
+    isBlank_ = false;
+    out_ += piece;
   }
 
-  void TakeEntity() {
-    constexpr qsizetype kLongest = 12;
-    qsizetype end = at_ + 1;
-    while (end < html_.size() && end - at_ <= kLongest &&
-           (html_[end].isLetterOrNumber() || html_[end] == u'#')) {
-      ++end;
+  void BeginLine() {
+    if (out_.isEmpty()) breaks_ = 0;  // a page does not begin with empty lines
+    for (; breaks_ > 0; --breaks_) {
+      out_ += kLineBreak;
+      if (breaks_ > 1) out_ += QString(std::min(depth_, lastDepth_), u'>');
     }
-    const QStringView name = QStringView(html_).sliced(at_ + 1, end - at_ - 1);
-    const QString text = name.startsWith(u'#') ? Numbered(name.sliced(1)) : Named(name);
-    if (text.isEmpty()) {
-      out_ += u'&';
-      ++at_;
-      return;
-    }
-    out_ += text;
-    at_ = end < html_.size() && html_[end] == u';' ? end + 1 : end;
+    if (depth_ > 0) out_ += QString(depth_, u'>') + u' ';
+    lastDepth_ = depth_;
+    out_ += marker_;
+    marker_.clear();
   }
 
-  const QString& html_;
+  static constexpr int kUnordered = -1;
+
   QString out_;
-  qsizetype at_ = 0;
-  bool preformatted_ = false;
+  QStringList targets_;  // of links, by their number
+  QList<int> lists_;     // the number of the next item of each open list
+  QString marker_;       // of the item that begins
+  int breaks_ = 0;       // line breaks before what comes
+  int depth_ = 0;        // of quotes
+  int lastDepth_ = 0;    // that the last line had
+  bool isBlank_ = false;
+  bool isVerbatim_ = false;
 };
+
+// Of a document that is no page but an attack.
+QString WithoutTags(const QString& html) {
+  QString text;
+  bool isTag = false;
+  for (const QChar c : html) {
+    if (c == u'<') isTag = true;
+    if (!isTag) text += c;
+    if (c == u'>') isTag = false;
+  }
+  return text;
+}
 
 }  // namespace
 
 QString HtmlToText(const QString& html) {
-  return Converter(html).Run();
+  const QByteArray bytes = html.toUtf8();
+  const auto tree = HtmlTree::Parse(bytes);
+  return tree == nullptr ? WithoutTags(html) : Writer().Run(tree->Root());
 }
 
 }  // namespace vorn

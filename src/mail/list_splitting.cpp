@@ -50,6 +50,11 @@ class Nesting {
   int comments_ = 0;
 };
 
+// A full-width blank is a character of a name, between family and given name for instance.
+bool IsBlank(QChar c) {
+  return c.isSpace() && c != QChar(0x3000);
+}
+
 void AppendTrimmed(QStringList& list, const QString& text, qsizetype start, qsizetype end,
                    bool keepEmpty) {
   const QString item = text.mid(start, end - start).trimmed();
@@ -82,7 +87,7 @@ QStringList SplitWords(const QString& item) {
     const bool inside = nesting.Enter(item, at);
     const bool opens = !wasBracketed && nesting.Bracketed();
     const bool closes = wasBracketed && !nesting.Bracketed();
-    if (opens || (!inside && item[here].isSpace())) {
+    if (opens || (!inside && IsBlank(item[here]))) {
       AppendTrimmed(words, item, wordStart, here, false);
       wordStart = here;
     } else if (closes) {
@@ -92,6 +97,17 @@ QStringList SplitWords(const QString& item) {
   }
   AppendTrimmed(words, item, wordStart, item.size(), false);
   return words;
+}
+
+QString OneLine(const QString& text) {
+  QString line;
+  bool isBlank = false;
+  for (const QChar c : text) {
+    const bool joins = IsBlank(c);
+    if (!joins || !isBlank) line += joins ? QChar(u' ') : c;
+    isBlank = joins;
+  }
+  return line.trimmed();
 }
 
 }  // namespace vorn::MimeCodec

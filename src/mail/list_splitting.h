@@ -13,4 +13,8 @@ QStringList SplitList(const QString& text, QChar separator, qsizetype start = 0)
 /// word of its own.
 QStringList SplitWords(const QString& item);
 
+/// The text on one line, without what could begin another: tabs, line breaks and runs of blanks
+/// become one blank. Full-width blanks within it are characters of a name and stay.
+QString OneLine(const QString& text);
+
 }  // namespace vorn::MimeCodec

@@ -4,6 +4,7 @@
 #include <QUrl>
 
 #include "mail/address.h"
+#include "mail/list_splitting.h"
 
 namespace vorn {
 namespace {
@@ -16,7 +17,7 @@ QString Decoded(const QString& text) {
 
 // Of one line, without what could begin a field of its own.
 QString OneLine(const QString& text) {
-  return Decoded(text).simplified();
+  return MimeCodec::OneLine(Decoded(text));
 }
 
 // A comma separates addresses before it is decoded; an encoded one belongs to an address.

@@ -232,6 +232,7 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   TextRequest request;
   request.charset = message.charset;
   request.textTypes = settings.textTypes;
+  request.withReports = !message.isWritten && mode != OpenMode::Resend;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
   QString text = GetMessageText(message.source, message.contentIndex, request).text;
@@ -267,18 +268,6 @@ void AddRowWhenMissing(QStringList& rows, const QString& name, const QString& va
 
 // A receipt that was kept as a draft, or called back, goes out as the report that it is: its second
 // part (RFC 8098) is no file of the user's.
-// A message within is called by its subject, unless it has a name.
-QString NameOf(const Attachment& attachment, const QByteArray& source) {
-  const MimeCodec::ContentRecord& record = attachment.record;
-  if (record.hasName || record.type != u"message/rfc822") return attachment.name;
-  const QByteArray inner = MimeCodec::DecodePart(
-      source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()), record.first, record.last);
-  const QByteArrayView name = "SUBJECT:";
-  const QString subject =
-      MimeCodec::DecodeHeader(MimeCodec::HeaderField(inner, name), name.size()).trimmed();
-  return subject.isEmpty() ? attachment.name : subject + QStringLiteral(".eml");
-}
-
 void TakeReport(const StoredMessage& message, MessageModel& model) {
   const auto part = std::find_if(
       model.attachments.begin(), model.attachments.end(), [](const ModelAttachment& attachment) {
@@ -346,7 +335,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
     for (const Attachment& attachment :
          ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
       model.attachments.push_back(
-          {settings.standardHeaders ? NameOf(attachment, message.source) : attachment.name,
+          {settings.standardHeaders ? ShownName(attachment, message.source) : attachment.name,
            attachment.record.type,
            false,
            {},

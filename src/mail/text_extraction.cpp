@@ -6,6 +6,7 @@
 #include "mail/flowed_text.h"
 #include "mail/html_text.h"
 #include "mail/mime_codec.h"
+#include "mail/report_summary.h"
 
 namespace vorn {
 namespace {
@@ -60,7 +61,14 @@ QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype
   if (declared.family == Charset::Family::Unknown && record.type == u"text/html") {
     declared = CharsetOfHtml(bytes);
   }
-  return DecodeWithChoice(bytes, declared, charset, cut);
+  const QString text = DecodeWithChoice(bytes, declared, charset, cut);
+  if (encoding != TransferEncoding::Base64 || cut) return text;
+  const QByteArrayView part = source.sliced(record.first, last - record.first + 1);
+  const qsizetype end = MimeCodec::Base64End(part);
+  if (end == 0 || end == part.size()) return text;
+  // What a mailing list put behind it.
+  const QString lineBreak = text.endsWith(u'\n') ? QString() : QStringLiteral("\r\n");
+  return text + lineBreak + DecodeWithChoice(part.sliced(end), {}, charset, cut);
 }
 
 // What a part shows: paragraphs of flowed text joined, HTML as text.
@@ -79,6 +87,18 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
     }
   }
   return nullptr;
+}
+
+// What the reports of the message say, behind its text.
+QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records) {
+  QString text;
+  for (const ContentRecord& record : records) {
+    if (!IsReport(record.type) || record.first > record.last) continue;
+    const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+    text += ReportSummary(record.type,
+                          MimeCodec::DecodePart(source, encoding, record.first, record.last));
+  }
+  return text;
 }
 
 QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
@@ -133,6 +153,14 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
   if (QStringView(result.text).trimmed().isEmpty()) {
     const QString inner = InnerText(source, records, request);
     if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
+  }
+  const QString reports = request.withReports && !truncated ? Reports(source, records) : QString();
+  if (!reports.isEmpty()) {
+    const bool isBlank = QStringView(result.text).trimmed().isEmpty();
+    if (isBlank) result.text.clear();
+    if (!isBlank)
+      result.text += result.text.endsWith(lineBreak) ? lineBreak : lineBreak + lineBreak;
+    result.text = Shortened(result.text + WithLineBreaks(reports, lineBreak), request.maximum);
   }
   result.produced = !result.text.isEmpty();
   return result;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "mail/uuencoding.h"
+#include "mail/yencoding.h"
 
 namespace vorn::MimeCodec {
 namespace {
@@ -30,27 +31,65 @@ TransferEncoding TransferEncodingOf(QByteArrayView name) {
   for (const QByteArrayView uu : {"uuencode", "x-uuencode", "x-uue", "uue"}) {
     if (name.compare(uu, Qt::CaseInsensitive) == 0) return TransferEncoding::Uuencode;
   }
+  if (name.compare("x-yenc", Qt::CaseInsensitive) == 0) return TransferEncoding::Yenc;
   return TransferEncoding::None;
 }
 
 namespace {
 
-bool IsPaddingOrBlank(char c) {
-  return c == '=' || c == ' ' || c == '\t' || c == '\r' || c == '\n';
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+bool IsBase64Digit(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
+         c == '/' || c == '=';
+}
+
+// Of the first line that is not blank, and how long that is.
+qsizetype ForeignInLine(QByteArrayView bytes, qsizetype* length) {
+  qsizetype begin = 0;
+  while (begin < bytes.size() && IsBlank(bytes[begin])) ++begin;
+  const qsizetype found = bytes.indexOf('\n', begin);
+  const QByteArrayView line =
+      bytes.sliced(begin, (found < 0 ? bytes.size() : found) - begin).trimmed();
+  *length = line.size();
+  return std::count_if(line.begin(), line.end(), [](char c) { return !IsBase64Digit(c); });
+}
+
+// Whether text stands where base64 should begin: damage puts a byte in, words have many.
+bool IsPlainText(QByteArrayView bytes) {
+  constexpr qsizetype kShareOfText = 8;
+  qsizetype length = 0;
+  return ForeignInLine(bytes, &length) * kShareOfText > length;
+}
+
+// Behind the padding any line that is no base64 is another's.
+qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
+  qsizetype end = bytes.indexOf('=', from);
+  while (end >= 0 && end < bytes.size() && (bytes[end] == '=' || IsBlank(bytes[end]))) ++end;
+  return end < 0 ? bytes.size() : end;
 }
 
 // Several texts that were encoded one by one stand behind each other, each with its padding.
 QByteArray DecodeBase64(QByteArrayView bytes) {
+  if (IsPlainText(bytes)) return bytes.toByteArray();
+  bytes = bytes.first(Base64End(bytes));
   QByteArray decoded;
   while (!bytes.isEmpty()) {
-    qsizetype end = bytes.indexOf('=');
-    while (end >= 0 && end < bytes.size() && IsPaddingOrBlank(bytes[end])) ++end;
-    if (end < 0) end = bytes.size();
+    const qsizetype end = PaddingEnd(bytes, 0);
     const QByteArray text = RunDecoder(bytes.first(end), GMIME_CONTENT_ENCODING_BASE64);
     decoded = decoded.isEmpty() ? text : decoded + text;
     bytes = bytes.sliced(end);
   }
   return decoded;
+}
+
+// A character that the end cut off.
+QByteArrayView CutCharacter(QByteArrayView bytes) {
+  return bytes.size() >= 2 && bytes[bytes.size() - 2] == '=' && bytes.back() != '\n'
+             ? bytes.last(2)
+             : QByteArrayView();
 }
 
 // Where the blanks begin that stand between a "=" and the line break at `lineEnd`; there if none
@@ -64,6 +103,8 @@ qsizetype BlanksBefore(QByteArrayView bytes, qsizetype lineEnd) {
 
 // Blanks that came to a soft line break on the way are no text (RFC 2045 section 6.7, rule 3).
 QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
+  const QByteArrayView rest = CutCharacter(bytes);
+  bytes.chop(rest.size());
   QByteArray tight;
   qsizetype taken = 0;
   for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', at + 1)) {
@@ -73,11 +114,21 @@ QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
     tight.append(bytes.sliced(taken, blanks - taken));
     taken = at;
   }
-  if (taken == 0) return RunDecoder(bytes, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
-  return RunDecoder(tight.append(bytes.sliced(taken)), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+  if (taken > 0) tight.append(bytes.sliced(taken));
+  const QByteArrayView whole = taken > 0 ? QByteArrayView(tight) : bytes;
+  return RunDecoder(whole, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE).append(rest);
 }
 
 }  // namespace
+
+qsizetype Base64End(QByteArrayView bytes) {
+  if (IsPlainText(bytes)) return 0;
+  for (qsizetype end = PaddingEnd(bytes, 0); end < bytes.size(); end = PaddingEnd(bytes, end)) {
+    qsizetype length = 0;
+    if (ForeignInLine(bytes.sliced(end), &length) > 0) return end;
+  }
+  return bytes.size();
+}
 
 QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
   switch (encoding) {
@@ -87,6 +138,8 @@ QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
       return DecodeQuotedPrintable(bytes);
     case TransferEncoding::Uuencode:
       return UuDecode(bytes);
+    case TransferEncoding::Yenc:
+      return YencDecode(bytes);
     default:
       return bytes.toByteArray();
   }
@@ -163,7 +216,7 @@ QByteArray DecodePart(QByteArrayView source, TransferEncoding encoding, qsizetyp
 }
 
 QByteArray DecodeEncodedWord(QByteArrayView text, bool base64) {
-  if (base64) return RunDecoder(text, GMIME_CONTENT_ENCODING_BASE64);
+  if (base64) return DecodeBase64(text);
   QByteArray quoted = text.toByteArray();
   std::replace(quoted.begin(), quoted.end(), '_', ' ');
   return RunDecoder(quoted, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);

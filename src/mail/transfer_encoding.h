@@ -6,7 +6,7 @@
 namespace vorn::MimeCodec {
 
 /// How a body is wrapped (RFC 2045 section 6), by the numbers that the decoding is given.
-enum class TransferEncoding { None = -1, Base64 = 0, QuotedPrintable = 1, Uuencode = 3 };
+enum class TransferEncoding { None = -1, Base64 = 0, QuotedPrintable = 1, Uuencode = 3, Yenc = 4 };
 
 /// The encoding that a Content-Transfer-Encoding value names; anything unknown is none.
 TransferEncoding TransferEncodingOf(QByteArrayView name);
@@ -14,7 +14,12 @@ TransferEncoding TransferEncodingOf(QByteArrayView name);
 /// Unwraps bytes; characters that the encoding does not know are passed over.
 QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding);
 
+/// Where lines begin that are no base64, such as the footer that a mailing list puts behind a text;
+/// 0 for what is no base64 at all, and the end when all is.
+qsizetype Base64End(QByteArrayView bytes);
+
 /// Wraps bytes in lines of at most 76 characters that end with CR LF (uuencode: of 45 bytes each).
+/// What nobody writes today, yEnc, stays as it is.
 QByteArray EncodeTransfer(const QByteArray& bytes, TransferEncoding encoding);
 
 /// The bytes from `first` to `last` of a source, unwrapped. A range outside the source is cut.

@@ -46,7 +46,7 @@ bool IsData(QByteArrayView line) {
 
 }  // namespace
 
-std::optional<UuBlock> FindUuBlock(QByteArrayView text, qsizetype from) {
+std::optional<TextBlock> FindUuBlock(QByteArrayView text, qsizetype from) {
   for (qsizetype at = from; at < text.size();) {
     const qsizetype start = at;
     const QByteArrayView line = TakeLine(text, at);
@@ -57,7 +57,7 @@ std::optional<UuBlock> FindUuBlock(QByteArrayView text, qsizetype from) {
     while (inner < text.size()) {
       const QByteArrayView data = TakeLine(text, inner);
       if (data == "end" && dataLines > 0) {
-        return UuBlock{start, inner - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
+        return TextBlock{start, inner - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
       }
       if (data.isEmpty() && dataLines > 0) continue;
       if (!IsData(data)) break;
@@ -66,7 +66,7 @@ std::optional<UuBlock> FindUuBlock(QByteArrayView text, qsizetype from) {
     }
     // What is there of a block that was cut off.
     if (dataLines >= kSureLines && inner >= text.size()) {
-      return UuBlock{start, whole - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
+      return TextBlock{start, whole - 1, line.sliced(NameStart(line)).trimmed().toByteArray()};
     }
   }
   return std::nullopt;

@@ -7,16 +7,17 @@
 
 namespace vorn::MimeCodec {
 
-/// A uuencoded block in a text: from the line "begin 666 name" to the line "end".
-struct UuBlock {
+/// A file that stands among the lines of a text.
+struct TextBlock {
   qsizetype first = 0;  ///< the block's first byte
-  qsizetype last = -1;  ///< its last byte, the line break after "end" included
+  qsizetype last = -1;  ///< its last byte, the line break after its end included
   QByteArray name;      ///< as written
 };
 
-/// The first block in `text` at or after `from`; a "begin" without any line of data after it is
+/// The first uuencoded block in `text` at or after `from`, from the line "begin 666 name" to the
+/// line "end"; a "begin" without any line of data after it is
 /// text.
-std::optional<UuBlock> FindUuBlock(QByteArrayView text, qsizetype from = 0);
+std::optional<TextBlock> FindUuBlock(QByteArrayView text, qsizetype from = 0);
 
 /// The bytes of a block, its "begin" and "end" lines included or not. Damaged lines give what they
 /// hold.

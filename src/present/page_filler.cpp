@@ -263,6 +263,7 @@ void PageFiller::WritePreview() {
   request.charset = StoredCharset(flags);
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
+  request.withReports = qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
   const QVariant source = rows_->Fields(u"MAIL");
   if (!source.isValid()) return WriteText(kUnreadable);
   const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);

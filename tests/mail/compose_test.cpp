@@ -215,7 +215,10 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
   EXPECT_EQ(read(u"a@x; B <b@x>, c@x\nd@x"), QStringLiteral("|a@x B|b@x |c@x |d@x"));
   EXPECT_EQ(read(u"a@x, suzuki"), QStringLiteral("|a@x, suzuki"));
   EXPECT_EQ(read(u"山田　太郎 <y@x>、鈴木 <s@x>；c@x"),
-            QStringLiteral("山田 太郎|y@x 鈴木|s@x |c@x"));
+            QStringLiteral("山田　太郎|y@x 鈴木|s@x |c@x"));
+  EXPECT_EQ(read(u" 　a@x\t "), QStringLiteral("|a@x"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田　太郎 <y@x>")),
+            QStringLiteral("FROM: y@x 山田　太郎"));
   EXPECT_EQ(read(u"山田、太郎 <y@x>"), QStringLiteral("山田、太郎|y@x"));
   EXPECT_EQ(read(u"\"a <b@c>, d\" <e@x>"), QStringLiteral("a <b@c>, d|e@x"));
   // Nobody is lost in the name of the last one: these are no addresses.

@@ -441,7 +441,10 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
                                      kMostInTitle),
                            0);
   } else {
-    sbStatus_->showMessage(ShownText(text.section(kLineBreak, -1), kMostInTitle), kMessageMs);
+    // What was received and what was not, for instance.
+    QString all = text;
+    sbStatus_->showMessage(ShownText(all.replace(kLineBreak, QStringLiteral(" ")), kMostInTitle),
+                           kMessageMs);
   }
 }
 

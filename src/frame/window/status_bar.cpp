@@ -33,12 +33,15 @@ MainStatusBar::MainStatusBar(QWidget* parent)
   layout->addWidget(text_, 1);
   layout->addWidget(cancel_);
   addPermanentWidget(panel);
+  panel->hide();
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {
   text_->setText(ShownText(text, kMostInTitle));
   icon_->setPixmap(icon.isEmpty() ? QPixmap() : Icon(icon).pixmap(16, 16));
   cancel_->setVisible(!icon.isEmpty());
+  // While nothing goes on, sentences have all of the bar.
+  text_->parentWidget()->setVisible(!text.isEmpty() || !icon.isEmpty());
 }
 
 }  // namespace vorn

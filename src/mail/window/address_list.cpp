@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "mail/list_splitting.h"
 #include "mail/window/kind_box.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
@@ -233,7 +234,7 @@ QList<AddressEntry> AddressList::Addresses() const {
     QList<AddressEntry> entries = ReadTypedAddresses(RowText(row));
     // What is no address yet is kept as it was typed.
     if (!FaultOf(RowText(row)).isEmpty()) {
-      entries = {{{}, kNoAddress, RowText(row).simplified(), {}, {}}};
+      entries = {{{}, kNoAddress, MimeCodec::OneLine(RowText(row)), {}, {}}};
     }
     for (AddressEntry entry : std::as_const(entries)) {
       entry.kind = KindOf(row);

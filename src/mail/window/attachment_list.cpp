@@ -172,14 +172,18 @@ void AttachmentList::AddByDialog() {
 void AttachmentList::SaveByDialog() {
   if (attachments_.empty()) return;
   QStringList entries;
+  QStringList highlighted;
   for (size_t i = 0; i < attachments_.size(); ++i) {
+    const QListWidgetItem* shown = item(static_cast<int>(i));
+    const bool isChosen = shown != nullptr && shown->isSelected();
+    if (isChosen || attachments_.size() == 1) highlighted.append(QString::number(i));
     // "@" separates the fields of an entry.
     QString name = attachments_[i].name;
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
   }
-  const QString answer = InputList(
-      context_, this, Ui::tr("添付ファイルの保存"), Ui::tr("保存したいファイルを選択して下さい。"),
-      entries.size() == 1 ? QStringLiteral("0") : QString(), entries.join(kLineBreak), true);
+  const QString answer = InputList(context_, this, Ui::tr("添付ファイルの保存"),
+                                   Ui::tr("保存したいファイルを選択して下さい。"),
+                                   highlighted.join(kLineBreak), entries.join(kLineBreak), true);
   QList<qsizetype> chosen;
   for (const QString& key : answer.split(kLineBreak, Qt::SkipEmptyParts)) {
     chosen.append(key.toLongLong());

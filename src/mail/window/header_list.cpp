@@ -3,13 +3,14 @@
 #include <QKeyEvent>
 
 #include "mail/header_encoding.h"
+#include "mail/list_splitting.h"
 
 namespace vorn {
 namespace {
 
 // A header is one line, and what a user adds is an extension.
 QString Normalized(const QString& typed) {
-  QString line = typed.simplified();
+  QString line = MimeCodec::OneLine(typed);
   if (line.isEmpty() || line.compare(u"X-Name:", Qt::CaseInsensitive) == 0) return {};
   if (!line.startsWith(u"x-", Qt::CaseInsensitive)) line.prepend(QStringLiteral("X-"));
   if (!line.contains(u':')) line += QStringLiteral(": ");

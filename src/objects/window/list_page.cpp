@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "mail/address.h"
+#include "mail/list_splitting.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 
@@ -102,7 +103,7 @@ QString ListPage::Line(const QTableWidget&, int row) const {
 
 QString ListPage::Cell(int row, int column) const {
   const QTableWidgetItem* item = list_->item(row, column);
-  return item == nullptr ? QString() : item->text().simplified();
+  return item == nullptr ? QString() : MimeCodec::OneLine(item->text());
 }
 
 // With the line that it was read from, and its cells as they were then.
@@ -196,6 +197,16 @@ QString BookmarkPage::EditedLine(int row) const {
   url.replace(u' ', QStringLiteral("%20"));
   const QString title = Cell(row, 1);
   return title.isEmpty() ? url : url + u' ' + title;
+}
+
+PageFault BookmarkPage::Check() {
+  ListPage::Check();
+  for (int row = 0; row < List().rowCount(); ++row) {
+    if (!Cell(row, 0).isEmpty() || Cell(row, 1).isEmpty()) continue;
+    List().setCurrentCell(row, 0);
+    return {Ui::tr("お気に入りのアドレスを入力してください。"), &List()};
+  }
+  return {};
 }
 
 void BookmarkPage::AddLine(QTableWidget&, const QString& line) {

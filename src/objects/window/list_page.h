@@ -58,6 +58,7 @@ class BookmarkPage : public ListPage {
  public:
   BookmarkPage();
   void AddLine(QTableWidget& list, const QString& line) override;
+  PageFault Check() override;
 
  protected:
   QString EditedLine(int row) const override;

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -96,6 +97,14 @@ class CheckingPage : public FormPage {
 };
 
 class EditPage : public FormPage {
+  // What the choice above it does, in as many lines as the window needs.
+  void AddNote(const QString& text) {
+    auto* note = new QLabel(text, this);
+    note->setWordWrap(true);
+    note->setTextFormat(Qt::PlainText);
+    Layout().addRow(QString(), note);
+  }
+
  public:
   EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
     AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"));
@@ -106,15 +115,16 @@ class EditPage : public FormPage {
         QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
     AddCheck(QStringLiteral("ckMimeText"), Ui::tr("本文もMIME形式にする(&T)"));
-    AddCheck(QStringLiteral("ckStandardHeaders"),
-             Ui::tr("標準のヘッダと開封通知を使う（Reply-To、In-Reply-To など）(&H)"));
-    AddCheck(QStringLiteral("ckUsualReplies"),
-             Ui::tr("いまの習慣で返信する（関係者に宛先の人も含める、引用の1行目にも記号）(&U)"));
+    AddCheck(QStringLiteral("ckStandardHeaders"), Ui::tr("標準のヘッダと開封通知を使う(&H)"));
+    AddNote(Ui::tr("Reply-To、In-Reply-To などです。"));
+    AddCheck(QStringLiteral("ckUsualReplies"), Ui::tr("いまの習慣で返信する(&U)"));
+    AddNote(Ui::tr("関係者に宛先の人も含め、引用の1行目にも記号を付けます。"));
     AddCheck(QStringLiteral("ckAddressSearch"),
              Ui::tr("アドレスの選択では検索するまで何も選ばない(&L)"));
-    AddCheck(QStringLiteral("ckCareful"),
-             Ui::tr("うっかりを防ぐ（再送の前に確かめる、捨てたメッセージをフォルダに表示せず、"
-                    "消したものを受信し直さない）(&C)"));
+    AddCheck(QStringLiteral("ckCareful"), Ui::tr("うっかりを防ぐ(&C)"));
+    AddNote(
+        Ui::tr("再送の前に確かめます。捨てたメッセージはフォルダに表示せず、消したものは受信し"
+               "直しません。"));
   }
 };
 
