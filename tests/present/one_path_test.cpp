@@ -264,7 +264,8 @@ TEST_F(OnePathTest, AChosenCodeIsForWhatDoesNotSayItsOwn) {
   const auto read = [](const QByteArray& bytes, const char* label, CharsetChoice choice) {
     return DecodeWithChoice(bytes, Charset::FromLabel(label), choice);
   };
-  // A label of a code that fits nearly everything says little, but a word proves nothing against it.
+  // A label of a code that fits nearly everything says little, but a word proves nothing against
+  // it.
   EXPECT_EQ(read(euc, "iso-8859-1", CharsetChoice::Automatic), text);
   const QByteArray word = Encode(text.first(2), Code::Euc);
   EXPECT_NE(read(word, "iso-8859-1", CharsetChoice::Automatic), text.first(2));
