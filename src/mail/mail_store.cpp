@@ -104,8 +104,9 @@ MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByte
   Received received = Received::Failed;
   if (context_.Data.BeginGathered()) {
     // Nobody else writes from here on, so what is not known now stays so.
-    bool known = false;
-    bool done = IsKnown(request.Text(u"MessageID"), &known);
+    const std::optional<bool> has = context_.Data.HasMessage(request.Text(u"MessageID"));
+    const bool known = has.value_or(false);
+    bool done = has.has_value();
     if (done && !known && identity && alike != nullptr) {
       const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
       done = found.has_value();
@@ -126,30 +127,24 @@ MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByte
   return received;
 }
 
-bool MailStore::IsKnown(const QString& messageId, bool* known) {
-  if (!context_.Data.OpenRecordset(
-          QStringLiteral("SELECT SERIALID FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
-          CursorKind::ForwardOnly)) {
-    return false;
-  }
-  const RecordsetPtr row = context_.Data.Recordset();
-  *known = !row->Eof();
-  return !row->Failed();
-}
-
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
                              const MessageIndex& index) {
-  return WriteRow(request, source, index) && UpdateMessageState(kStateFolders, request, false);
+  bool isNew = false;
+  if (!WriteRow(request, source, index, &isNew)) return false;
+  // A new message has no folders yet.
+  const bool hasFolders = !isNew || !request.Text(u"folder").isEmpty();
+  return !hasFolders || UpdateMessageState(kStateFolders, request, false);
 }
 
-bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index) {
+bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
+                         bool* isNew) {
   DataSession& data = context_.Data;
   if (!data.OpenRecordset(SelectRow(request), CursorKind::Updatable)) return false;
   const RecordsetPtr row = data.Recordset();
-  const bool isNew = row->Eof();
-  isNew ? row->AddNew() : row->Edit();
+  *isNew = row->Eof();
+  *isNew ? row->AddNew() : row->Edit();
   row->SetField(QStringLiteral("SERIALID"), request.SerialID());
-  if (isNew) {
+  if (*isNew) {
     row->SetField(QStringLiteral("FIELD_ID"), request.Text(u"MessageID", request.SerialID()));
   }
   row->SetField(QStringLiteral("MAIL"), source);

@@ -75,10 +75,10 @@ class MailStore {
   MessageIndex Index(const Disk& request, const QByteArray& source);
   bool Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
-  bool IsKnown(const QString& messageId, bool* known);
   Received StoreUnlessKnown(const Disk& request, const QByteArray& source,
                             const std::optional<qint64>& identity, QString* alike);
-  bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index);
+  bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
+                bool* isNew);
   bool WriteState(int mask, const Disk& request);
   bool WriteFolders(const Disk& request);
 

@@ -173,7 +173,7 @@ bool PageFiller::HandleDialog() {
       kind = tags_[kTagDialog].children[child.toInt()].key.toString();
     }
     // Only what was received can be answered or forwarded.
-    const bool received = qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
+    const bool received = IsReceived();
     if (kind != u"preview" && !received) {
       state = static_cast<int>(kDialogSuppressed);
       return true;
@@ -256,6 +256,10 @@ void PageFiller::WriteSize() {
   WriteText(QString::number(highestIndex / 1024.0, 'f', 2));
 }
 
+bool PageFiller::IsReceived() const {
+  return qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
+}
+
 void PageFiller::WritePreview() {
   const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
   TextRequest request;
@@ -263,7 +267,7 @@ void PageFiller::WritePreview() {
   request.charset = StoredCharset(flags);
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
-  request.withReports = qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
+  request.withReports = IsReceived();
   const QVariant source = rows_->Fields(u"MAIL");
   if (!source.isValid()) return WriteText(kUnreadable);
   const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);

@@ -55,6 +55,7 @@ class PageFiller {
   void WriteSubject();
   void WriteTimeStamp();
   void WriteSize();
+  bool IsReceived() const;
   void WritePreview();
   QStringList TakeChildren(int tag);
 

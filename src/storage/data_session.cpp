@@ -253,11 +253,17 @@ std::optional<QString> DataSession::MessageIdOf(qint64 row) {
   return TextOf("SELECT FIELD_ID FROM mail WHERE ROWID = ?1", row);
 }
 
-std::optional<QString> DataSession::TextOf(const QByteArray& select, qint64 number) {
+std::optional<bool> DataSession::HasMessage(const QString& messageId) {
+  const std::optional<QString> found = TextOf("SELECT 1 FROM mail WHERE FIELD_ID = ?1", messageId);
+  if (!found) return std::nullopt;
+  return !found->isEmpty();
+}
+
+std::optional<QString> DataSession::TextOf(const QByteArray& select, const QVariant& value) {
   const auto statement = connection_ == nullptr ? nullptr : connection_->Prepare(select);
   Statement::Step step = Statement::Step::Failed;
   if (statement != nullptr) {
-    statement->Bind({number});
+    statement->Bind({value});
     step = statement->Next();
   }
   if (step == Statement::Step::Row) return statement->Value(0).toString();

@@ -108,6 +108,9 @@ class DataSession {
   /// number (table `received_identity`), empty when it has none any more; and the noting of one.
   std::optional<QString> ReceivedAs(qint64 identity);
   bool NoteReceived(qint64 identity, const QString& serialId);
+  /// Whether the open file has a message of that identifier (`FIELD_ID`); nothing when it cannot be
+  /// asked.
+  std::optional<bool> HasMessage(const QString& messageId);
   /// The identifier (`FIELD_ID`) of a row of `mail` in the open file; empty when there is none.
   std::optional<QString> MessageIdOf(qint64 row);
 
@@ -122,9 +125,9 @@ class DataSession {
  private:
   bool FailFromConnection();
   void LeaveGroup();
-  // The first column of the first row that a statement with a number finds; empty when there is
+  // The first column of the first row that a statement with a value finds; empty when there is
   // none.
-  std::optional<QString> TextOf(const QByteArray& select, qint64 number);
+  std::optional<QString> TextOf(const QByteArray& select, const QVariant& value);
   void NoteDamage(const QString& path, Connection& connection);
   std::shared_ptr<Connection> Warm(const QString& path, const QString& password);
 

@@ -62,14 +62,9 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
   for (const QString& file : files_) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
     // A message in any of the files is stored, whichever is asked last.
-    bool isHere = true;
-    if (context_.Data.OpenRecordset(
-            QStringLiteral("SELECT COUNT(0) FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
-            CursorKind::ForwardOnly)) {
-      isHere = context_.Data.Recordset()->Fields(u"COUNT(0)").toInt() != 0;
-    } else {
-      isSure = false;  // neither stored twice nor deleted
-    }
+    const std::optional<bool> has = context_.Data.HasMessage(messageId);
+    const bool isHere = has.value_or(true);
+    isSure = isSure && has.has_value();  // neither stored twice nor deleted
     isErased = isErased || (!isHere && IsErased(file, messageId));
     context_.Data.Close();
     if (isHere) files->append(file);
