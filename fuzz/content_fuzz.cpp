@@ -21,6 +21,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   TextRequest request;
   request.textTypes = textTypes;
+  request.withReports = true;
   GetMessageText(source, index.content, request);
   request.maximum = 100;
   request.charset = CharsetChoice::ShiftJis;

@@ -1,7 +1,10 @@
 #include "fuzz_input.h"
+#include "mail/calendar_summary.h"
 #include "mail/flowed_text.h"
 #include "mail/html_text.h"
 #include "mail/mime_codec.h"
+#include "mail/report_summary.h"
+#include "mail/yencoding.h"
 
 using namespace vorn;
 
@@ -14,6 +17,13 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz::Require(block->first >= 0 && block->last < bytes.size() && block->first <= block->last);
     MimeCodec::UuDecode(bytes.sliced(block->first, block->last - block->first + 1));
   }
+  if (const auto block = MimeCodec::FindYencBlock(bytes)) {
+    fuzz::Require(block->first >= 0 && block->last < bytes.size() && block->first <= block->last);
+    MimeCodec::YencDecode(bytes.sliced(block->first, block->last - block->first + 1));
+  }
+  CalendarSummary(text, true);
+  ReportSummary(QStringLiteral("message/delivery-status"), bytes);
+  ReportSummary(QStringLiteral("message/disposition-notification"), bytes);
   const QByteArray raw = bytes.toByteArray();
   using enum MimeCodec::TransferEncoding;
   for (const auto encoding : {Base64, QuotedPrintable, Uuencode}) {

@@ -2866,5 +2866,69 @@ Open it?</translation>
         <source>受信者: </source>
         <translation>Recipient: </translation>
     </message>
+    <message>
+        <source>予定への招待</source>
+        <translation>Invitation</translation>
+    </message>
+    <message>
+        <source>予定の取り消し</source>
+        <translation>Cancelled appointment</translation>
+    </message>
+    <message>
+        <source>招待への返事</source>
+        <translation>Answer to an invitation</translation>
+    </message>
+    <message>
+        <source>別の日時の提案</source>
+        <translation>Another time is proposed</translation>
+    </message>
+    <message>
+        <source>予定</source>
+        <translation>Appointment</translation>
+    </message>
+    <message>
+        <source>出席します</source>
+        <translation>accepted</translation>
+    </message>
+    <message>
+        <source>欠席します</source>
+        <translation>declined</translation>
+    </message>
+    <message>
+        <source>出席するかもしれません</source>
+        <translation>tentative</translation>
+    </message>
+    <message>
+        <source>代わりの人が出席します</source>
+        <translation>delegated</translation>
+    </message>
+    <message>
+        <source>まだ返事がありません</source>
+        <translation>no answer yet</translation>
+    </message>
+    <message>
+        <source>～</source>
+        <translation> to </translation>
+    </message>
+    <message>
+        <source>【%1】</source>
+        <translation>[%1]</translation>
+    </message>
+    <message>
+        <source>日時: </source>
+        <translation>When: </translation>
+    </message>
+    <message>
+        <source>（繰り返しの予定です）</source>
+        <translation>(a recurring appointment)</translation>
+    </message>
+    <message>
+        <source>場所: </source>
+        <translation>Where: </translation>
+    </message>
+    <message>
+        <source>主催者: </source>
+        <translation>Organizer: </translation>
+    </message>
 </context>
 </TS>

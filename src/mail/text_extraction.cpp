@@ -1,7 +1,9 @@
 #include "mail/text_extraction.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "mail/calendar_summary.h"
 #include "mail/code_page_932.h"
 #include "mail/flowed_text.h"
 #include "mail/html_text.h"
@@ -89,11 +91,17 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
   return nullptr;
 }
 
-// What the reports of the message say, behind its text.
-QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records) {
+// What the reports and the appointment in the message say, behind its text.
+QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
+                const ReadingCode& charset, bool isBlank) {
   QString text;
+  bool hasCalendar = false;  // the same once more as a file
   for (const ContentRecord& record : records) {
-    if (!IsReport(record.type) || record.first > record.last) continue;
+    if (record.first > record.last) continue;
+    if (record.type == u"text/calendar" && !std::exchange(hasCalendar, true)) {
+      text += CalendarSummary(DecodeText(source, record, record.last, charset, false), isBlank);
+    }
+    if (!IsReport(record.type)) continue;
     const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
     text += ReportSummary(record.type,
                           MimeCodec::DecodePart(source, encoding, record.first, record.last));
@@ -154,9 +162,11 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
     const QString inner = InnerText(source, records, request);
     if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
   }
-  const QString reports = request.withReports && !truncated ? Reports(source, records) : QString();
+  const bool isBlank = QStringView(result.text).trimmed().isEmpty();
+  const QString reports = request.withReports && !truncated
+                              ? Reports(source, records, request.charset, isBlank)
+                              : QString();
   if (!reports.isEmpty()) {
-    const bool isBlank = QStringView(result.text).trimmed().isEmpty();
     if (isBlank) result.text.clear();
     if (!isBlank)
       result.text += result.text.endsWith(lineBreak) ? lineBreak : lineBreak + lineBreak;

@@ -15,7 +15,8 @@ struct TextRequest {
   QString linePrefix;     ///< put after every line break
   QStringList textTypes;  ///< the content types that are text, compared exactly
   int depth = 5;          ///< how deep messages inside messages are read for their text
-  /// Whether what reports of programs say stands behind the text, as in received messages.
+  /// Whether what reports of programs and appointments say stands behind the text, as in received
+  /// messages.
   bool withReports = false;
 };
 

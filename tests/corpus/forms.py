@@ -127,6 +127,19 @@ def inner():
         text="宛先: nobody@example.jp\n結果: 配信できませんでした。\n理由: 宛先のメールアドレスがありません。\n"
         "サーバーの応答: 550 5.1.1 User unknown\n\n宛先: b@example.jp\n結果: 配信が遅れています。"
         "サーバーが送り直します。\n理由: 受信者のサーバーが応答しません。\nサーバーの応答: 4.4.1")
+    calendar = ("BEGIN:VCALENDAR\nVERSION:2.0\nMETHOD:REQUEST\nBEGIN:VEVENT\nUID:1@x\nSUMMARY:第三会議室での\n  打ち合わせ\n"
+                "DTSTART:20260203T100000\nDTEND:20260203T113000\nLOCATION:第三会議室\n"
+                "ORGANIZER;CN=田中 一郎:mailto:tanaka@example.jp\nDESCRIPTION:資料は\\n別送します。\n"
+                "END:VEVENT\nEND:VCALENDAR\n")
+    details = ("【予定への招待】\n件名: 第三会議室での 打ち合わせ\n日時: 2026/02/03 10:00～11:30\n"
+               "場所: 第三会議室\n主催者: 田中 一郎 <tanaka@example.jp>")
+    invitation = text_part(calendar, "text/calendar; charset=utf-8; method=REQUEST")
+    yield Case("invitation", header() + multipart([text_part("会議のご案内です。"), invitation],
+               "alternative"), SUBJECT, SENDER, text="会議のご案内です。\n\n" + details)
+    yield Case("invitation-alone", header() + invitation, SUBJECT, SENDER,
+               text=details + "\n\n資料は\n別送します。")
+    yield Case("invitation-broken", header() + multipart([text_part("案内です。"), text_part(
+        calendar[:150], "text/calendar; charset=utf-8")]), text="案内です。")
     opened = (b"Reporting-UA: a\r\nFinal-Recipient: rfc822;suzuki@example.jp\r\nOriginal-Message-ID: "
               b"<1@x>\r\nDisposition: manual-action/MDN-sent-manually; displayed\r\n")
     yield Case("receipt", header() + multipart([text_part("開きました。"), part(

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <random>
 
+#include "mail/calendar_summary.h"
 #include "mail/charset_recognition.h"
 #include "mail/flowed_text.h"
 #include "mail/header_decoding.h"
@@ -43,6 +44,33 @@ TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
   EXPECT_EQ(Text("Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\n \r\n--b\r\n"
                  "Content-Type: text/html\r\n\r\n<b>x</b>\r\n--b--\r\n"),
             QStringLiteral("x\r\n"));
+}
+
+TEST(Appointments, AreShownInTheUsersOwnTimeWithWhoAnsweredHow) {
+  const auto summary = [](const QByteArray& method, const QByteArray& event) {
+    const QString text = CalendarSummary(
+        QString::fromUtf8("BEGIN:VCALENDAR\r\nMETHOD:" + method +
+                          "\r\nBEGIN:VTIMEZONE\r\nTZID:Office\r\nBEGIN:STANDARD\r\n"
+                          "DTSTART:16010101T000000\r\nTZOFFSETFROM:+0900\r\nTZOFFSETTO:+0900\r\n"
+                          "END:STANDARD\r\nEND:VTIMEZONE\r\nBEGIN:VEVENT\r\nUID:1\r\n" +
+                          event + "END:VEVENT\r\nEND:VCALENDAR\r\n"),
+        false);
+    return text.toStdString();
+  };
+  const QDateTime utc(QDate(2026, 2, 3), QTime(1, 0), Qt::UTC);
+  const std::string local =
+      utc.toLocalTime().toString(QStringLiteral("yyyy/MM/dd HH:mm")).toStdString();
+  for (const char* start :
+       {"DTSTART:20260203T010000Z\r\n", "DTSTART;TZID=Office:20260203T100000\r\n"}) {
+    EXPECT_EQ(summary("PUBLISH", start), "【予定】\r\n日時: " + local + "\r\n");
+  }
+  EXPECT_EQ(summary("CANCEL",
+                    "DTSTART;VALUE=DATE:20260203\r\nDTEND;VALUE=DATE:20260205\r\n"
+                    "RRULE:FREQ=DAILY\r\n"),
+            "【予定の取り消し】\r\n日時: 2026/02/03～2026/02/04\r\n（繰り返しの予定です）\r\n");
+  EXPECT_EQ(summary("REPLY", "ATTENDEE;PARTSTAT=DECLINED;CN=Taro:mailto:t@x\r\n"),
+            "【招待への返事】\r\nTaro <t@x>: 欠席します\r\n");
+  EXPECT_EQ(CalendarSummary(QStringLiteral("BEGIN:VCALENDAR\r\nBEGIN:VEVENT"), true), QString());
 }
 
 TEST(InnerMessages, ADigestShowsTheTextsOfItsMessages) {
