@@ -2759,10 +2759,6 @@ Open it?</translation>
         <translation>Prevent slips(&amp;C)</translation>
     </message>
     <message>
-        <source>再送の前に確かめます。捨てたメッセージはフォルダに表示せず、消したものは受信し直しません。</source>
-        <translation>Asks before sending again. Thrown away messages stay out of folders, and erased ones are not received again.</translation>
-    </message>
-    <message>
         <source>保存済みかどうかを調べられないメッセージがあるので、受信しません。</source>
         <translation>There are messages of which it cannot be found out whether they are stored; they are not received. </translation>
     </message>
@@ -2929,6 +2925,12 @@ Open it?</translation>
     <message>
         <source>主催者: </source>
         <translation>Organizer: </translation>
+    </message>
+    <message>
+        <source>再送の前に確かめます。捨てたメッセージはフォルダに表示せず、
+消したものは受信し直しません。</source>
+        <translation>Asks before sending again. Thrown away messages stay out of folders,
+and erased ones are not received again.</translation>
     </message>
 </context>
 </TS>

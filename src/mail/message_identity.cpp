@@ -33,6 +33,12 @@ QByteArrayList FieldsOf(const QByteArray& message) {
   return fields;
 }
 
+bool HasBody(const QByteArray& message) {
+  QByteArray plain = message;
+  const qsizetype end = plain.replace("\r\n", "\n").indexOf("\n\n");
+  return end >= 0 && !plain.sliced(end).trimmed().isEmpty();
+}
+
 bool HasHole(const QByteArray& message) {
   constexpr qsizetype kLeast = 512;  // a sector of a disk
   return message.contains('\0') && message.contains(QByteArray(kLeast, '\0'));

@@ -15,6 +15,9 @@ QByteArrayView BodyOf(const QByteArray& message);
 /// Whether a stretch of a message is missing, for which servers with damaged files give zeros.
 bool HasHole(const QByteArray& message);
 
+/// Whether anything but blanks follows the header's empty line.
+bool HasBody(const QByteArray& message);
+
 /// Whether two messages are the same to the byte, or, where their header is unique, but for such
 /// fields and for empty lines at the end.
 bool IsSameButForNotes(const QByteArray& message, const QByteArray& other);

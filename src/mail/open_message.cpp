@@ -101,7 +101,7 @@ void BecomeNew(Context& context, Disk& request) {
 }  // namespace
 
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
-                          CharsetChoice charset, const QByteArray& shown) {
+                          const ReadingCode& code, const QByteArray& shown) {
   OpenedMessage opened;
   // Settings may have to be loaded from another database, so they come first.
   const EditSettings settings = EditSettings::From(*Settings(context));
@@ -133,8 +133,7 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   message.contentIndex = request.Text(u"content");
   message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
-  message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag")))
-                                       : ReadingCode(charset, true);
+  message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag"))) : code;
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
   message.isWritten = qAbs(request.Number(u"process")) < kStatusReceived;
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
@@ -145,7 +144,7 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   opened.source = message.source;
-  opened.charset = charset;
+  opened.charset = code.choice;
   if (applyStoredCharset && mode == OpenMode::Show && opened.found) {
     opened.charset =
         message.isWritten

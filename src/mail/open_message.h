@@ -31,11 +31,10 @@ struct OpenedMessage {
 ///
 /// A new message begins with what the request's "mailto" says (`ApplyMailto`).
 ///
-/// With `applyStoredCharset` the text is read with the stored code, otherwise with `charset`. A
+/// With `applyStoredCharset` the text is read with the stored code, otherwise with `code`. A
 /// message that cannot be read gives an empty model; one that is not there any more is made from
 /// `shown`, its source where that is known, with what the request tells of it.
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,
-                          CharsetChoice charset = CharsetChoice::Automatic,
-                          const QByteArray& shown = {});
+                          const ReadingCode& code = {}, const QByteArray& shown = {});
 
 }  // namespace vorn

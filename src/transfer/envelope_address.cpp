@@ -11,9 +11,24 @@ namespace {
 
 constexpr int kMaxDomain = 255;  // RFC 1035 section 2.3.4
 
+// A local part in quotes (RFC 5321 section 4.1.2), which may hold blanks.
+bool IsQuoted(QStringView local) {
+  if (local.size() < 3 || !local.startsWith(u'"') || !local.endsWith(u'"')) return false;
+  for (qsizetype at = 1; at + 1 < local.size(); ++at) {
+    if (local[at] == u'"') return false;
+    if (local[at] == u'\\' && ++at + 1 == local.size()) return false;
+  }
+  return true;
+}
+
 // Invisible characters would show the user another address than the one that is written to.
 bool IsSafe(const QString& address) {
-  return !address.isEmpty() && std::none_of(address.begin(), address.end(), [](QChar c) {
+  const qsizetype at = std::max<qsizetype>(address.lastIndexOf(u'@'), 0);
+  QString checked = address;
+  if (IsQuoted(QStringView(address).first(at))) {
+    checked = address.first(at).remove(u' ') + address.sliced(at);
+  }
+  return !address.isEmpty() && std::none_of(checked.begin(), checked.end(), [](QChar c) {
     const QChar::Category category = c.category();
     return c.isSpace() || c == u'<' || c == u'>' || category == QChar::Other_Control ||
            category == QChar::Other_Format;

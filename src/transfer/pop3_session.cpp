@@ -516,7 +516,8 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
     bool exists = false;
     events_.AlreadyStored(MessageId(uidl), exists, deleteOnServer);
     if (exists) {
-      if (deleteOnServer) doomed_.push_back(message);
+      // What is named by its contents is the same as another one that was torn off.
+      if (deleteOnServer && !isTornOff) doomed_.push_back(message);
       return;
     }
     deleteOnServer = false;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "mail/message_identity.h"
 #include "mail/outbox.h"
 #include "mail/stored_copy.h"
 #include "objects/file_age.h"
@@ -109,6 +110,13 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     return false;
   }
   deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
+  // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
+  const bool lacksBody = isTornOff && !HasBody(data);
+  if (found != StoredCopies::Found::None && lacksBody) {
+    ++counts_.known;
+    KeepTornOff(deleteOnServer);
+    return true;
+  }
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
     if (isTornOff && found == StoredCopies::Found::Elsewhere) KeepOnce(messageId, deleteOnServer);
@@ -143,8 +151,9 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
       KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     }
   }
-  if (isTornOff && received == Received::Alike) KeepOnce(messageId, deleteOnServer);
-  if (isTornOff && received != Received::Alike) {
+  const bool isAlike = received == Received::Alike && !lacksBody;
+  if (isTornOff && isAlike) KeepOnce(messageId, deleteOnServer);
+  if (isTornOff && !isAlike) {
     KeepTornOff(deleteOnServer);
   } else {
     NoteStored(messageId, true, deleteOnServer);

@@ -184,9 +184,11 @@ TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
   // Another domain than "fass.de", which may be a stranger's.
   EXPECT_EQ(path(u"taro@faß.de"), QByteArray("taro@xn--fa-hia.de"));
   EXPECT_EQ(path(u"太郎@例え.jp"), QByteArray("太郎@xn--r8jz45g.jp utf8"));
+  EXPECT_EQ(path(u"\"a b\"@x"), QByteArray("\"a b\"@x"));
   for (const char16_t* bad :
-       {u"", u"a b@x", u"a@x\r\nRCPT TO:<b@x>", u"a@x>", u"a@x\u200b", u"a@ex\u3000ample",
-        u"a@-例え.jp", u"@", u"@x", u"a@", u"a", u"(x@y.z)", u"@x:b@y", u"b(c)@x"}) {
+       {u"", u"\"a b\"@x y", u"\"a\" b\"@x", u"\"a b\\\"@x", u"a b@x", u"a@x\r\nRCPT TO:<b@x>",
+        u"a@x>", u"a@x\u200b", u"a@ex\u3000ample", u"a@-例え.jp", u"@", u"@x", u"a@", u"a",
+        u"(x@y.z)", u"@x:b@y", u"b(c)@x"}) {
     EXPECT_EQ(path(bad), QByteArray("-")) << QString::fromUtf16(bad).toStdString();
   }
 

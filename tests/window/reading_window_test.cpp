@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QPointer>
 
+#include "mail/text_encoding.h"
 #include "objects/settings.h"
 #include "window/message_window_fixture.h"
 
@@ -30,6 +31,30 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
   ASSERT_TRUE(Gone());
   Open(serial).close();
   EXPECT_TRUE(Gone());
+}
+
+// Also where nothing or something wrong says in which code it is.
+TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
+  const QString text = QStringLiteral("会議の資料をお送りします。よろしくお願いします。");
+  using Code = MimeCodec::OutputCharset;
+  for (const Code code : {Code::Utf8, Code::ShiftJis, Code::Euc, Code::Jis}) {
+    for (const char* type :
+         {"text/html", "text/html; charset=iso-8859-1", "text/html; charset=x-unknown",
+          "text/plain", "text/plain; charset=windows-1252", "text/plain; charset=us-ascii"}) {
+      SCOPED_TRACE(std::string(type) + " " + std::to_string(static_cast<int>(code)));
+      MessageWindow& window = OpenStored(
+          "From: a@example.jp\r\nSubject: s\r\nContent-Type: " + QByteArray(type) + "\r\n\r\n" +
+              MimeCodec::EncodeText(text, code).value_or(QByteArray()) + "\r\n",
+          kStatusReceived);
+      const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+      EXPECT_EQ(memo.toPlainText().trimmed().toStdString(), text.toStdString());
+      window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
+      EXPECT_TRUE(memo.toPlainText().contains(text)) << memo.toPlainText().toStdString();
+      InModal<QMessageBox>([&window] { window.close(); },
+                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+      ASSERT_TRUE(Gone());
+    }
+  }
 }
 
 TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {

@@ -329,6 +329,7 @@ void MessageWindow::ChoosePriority(int priority) {
 void MessageWindow::SetActiveCharset(CharsetChoice charset) {
   if (unreadable_) return;
   charset_ = charset;
+  isPicked_ = true;
   if (IsEditable() || IsWaiting()) {
     MarkEdited();
     return;

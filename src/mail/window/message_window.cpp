@@ -85,8 +85,9 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 }
 
 void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
+  if (applyStoredCharset) isPicked_ = false;
   const OpenedMessage opened =
-      OpenMessage(context_, *request_, applyStoredCharset, charset_, shown);
+      OpenMessage(context_, *request_, applyStoredCharset, {charset_, isPicked_}, shown);
   charset_ = opened.charset;
   Fill(opened);
   ShowDoubt();

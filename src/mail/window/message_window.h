@@ -141,6 +141,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QByteArray source_;
   QString html_;
   CharsetChoice charset_ = CharsetChoice::Automatic;
+  bool isPicked_ = false;  // by the user in the menu, for the message that is shown
   bool edited_ = false;
   int changedState_ = 0;  // what of the stored state, a mask of `StateMask`
   bool draftDue_ = false;

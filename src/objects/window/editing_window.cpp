@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -55,7 +56,13 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
 
 void EditingWindow::AddPage(FormPage* page) {
   pages_.push_back(page);
-  tsPage_->addTab(page, page->Title());
+  // A small screen with large letters has not room for all of a page.
+  auto* area = new QScrollArea;
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(page);
+  tsPage_->addTab(area, page->Title());
   // What was wrong is not told beyond the next change.
   for (auto* line : page->findChildren<QLineEdit*>()) {
     connect(line, &QLineEdit::textEdited, lbError_, &QLabel::hide);

@@ -97,12 +97,12 @@ class CheckingPage : public FormPage {
 };
 
 class EditPage : public FormPage {
-  // What the choice above it does, in as many lines as the window needs.
+  // What the choice above it does. Its lines are short, for the window would be as wide as they
+  // are.
   void AddNote(const QString& text) {
     auto* note = new QLabel(text, this);
-    note->setWordWrap(true);
     note->setTextFormat(Qt::PlainText);
-    Layout().addRow(QString(), note);
+    Layout().addRow(note);
   }
 
  public:
@@ -123,8 +123,8 @@ class EditPage : public FormPage {
              Ui::tr("アドレスの選択では検索するまで何も選ばない(&L)"));
     AddCheck(QStringLiteral("ckCareful"), Ui::tr("うっかりを防ぐ(&C)"));
     AddNote(
-        Ui::tr("再送の前に確かめます。捨てたメッセージはフォルダに表示せず、消したものは受信し"
-               "直しません。"));
+        Ui::tr("再送の前に確かめます。捨てたメッセージはフォルダに表示せず、\n"
+               "消したものは受信し直しません。"));
   }
 };
 
