@@ -14,8 +14,8 @@ struct EnvelopeAddress {
 
 /// The domain becomes A-labels (UTS #46, RFC 5891), which every server takes; a local part with
 /// other characters than ASCII stays as it is, in UTF-8. Nothing when the address can stand in no
-/// command: it or its domain is empty or missing, it holds blanks outside of quotes, comments, a route, control
-/// characters or angle brackets, or its domain is no name.
+/// command: it or its domain is empty or missing, it holds blanks outside of quotes, comments, a
+/// route, control characters or angle brackets, or its domain is no name.
 std::optional<EnvelopeAddress> ToEnvelope(const QString& address);
 
 /// Whether two paths lead to one mailbox: domains have no letter case (RFC 5321 section 2.4).
