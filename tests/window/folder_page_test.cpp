@@ -444,7 +444,8 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           EXPECT_TRUE(text->contains(QStringLiteral("mine")));
                           window.cmOk_Click();
                         });
-  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }));
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }))
+      << PageText().toStdString();
   // The ready-made ones, then the default one again, which leaves nothing stored.
   for (const int ready : {1, 2, 0}) {
     InModal<LayoutWindow>([edit] { edit->trigger(); },

@@ -1,11 +1,11 @@
 #include "objects/window/settings_window.h"
 #include "storage/ui.h"
+#include "storage/window/plain_text.h"
 #include "storage/window/text_box.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -100,9 +100,7 @@ class EditPage : public FormPage {
   // What the choice above it does. Its lines are short, for the window would be as wide as they
   // are.
   void AddNote(const QString& text) {
-    auto* note = new QLabel(text, this);
-    note->setTextFormat(Qt::PlainText);
-    Layout().addRow(note);
+    Layout().addRow(PlainLabel(text, this));
   }
 
  public:
