@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -99,9 +100,7 @@ class CheckingPage : public FormPage {
 class EditPage : public FormPage {
   // What the choice above it does. Its lines are short, for the window would be as wide as they
   // are.
-  void AddNote(const QString& text) {
-    Layout().addRow(PlainLabel(text, this));
-  }
+  void AddNote(const QString& text) { Layout().addRow(PlainLabel(text, this)); }
 
  public:
   EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
