@@ -28,11 +28,16 @@ Window* TopLevel() {
 /// whether the window came and closed.
 template <typename Window>
 bool InModal(const std::function<void()>& cause, const std::function<void(Window&)>& act) {
+  constexpr int kMostLooks = 100;
   bool seen = false;
+  int looks = 0;
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
     auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
     if (window == nullptr || seen) return;
+    // Until it is active, keys are looked for among the shortcuts of the window before it. Not all
+    // become so without a window manager.
+    if (!window->isActiveWindow() && ++looks < kMostLooks) return;
     seen = true;
     watch.stop();
     act(*window);

@@ -426,6 +426,9 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           tags.setFocus();
                           tags.setCurrentCell(13, 0);  // the link that opens
                           QTest::keyClick(&tags, Qt::Key_Return);
+                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(13, 1)->text()))
+                              << html.toPlainText().toStdString();
+                          EXPECT_TRUE(window.isVisible()) << "Enter does not press OK as well";
                           test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));
                           // An answer may come as late as with the end of the page. One question
                           // at a time: many would keep a slow machine from drawing.

@@ -36,6 +36,7 @@ const QString kInit = QStringLiteral("init");
 constexpr int kExploreAfterMs = 1000;
 constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
+constexpr int kLookAgainMs = 2000;
 constexpr int kPrinterRestMs = 10000;
 constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps away from the sides
 
@@ -353,15 +354,37 @@ void BrowserWindow::DeletePageFile() {
   if (IsLocal() && !path.isEmpty()) QFile::remove(path);
 }
 
-// Each page is read once. The end of a loading may be that of the page before this one, whose end
-// must not take away this one's file: the document itself says which it is.
-void BrowserWindow::DeleteReadPage() {
+// Tells which page the document is, and whether it is the one that should be shown.
+void BrowserWindow::AskForDocument(const std::function<void(bool isShown)>& then) {
   page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
-                       [self = QPointer<BrowserWindow>(this)](const QVariant& address) {
+                       [self = QPointer<BrowserWindow>(this), then](const QVariant& address) {
                          if (self == nullptr || self->closing_) return;
                          const QString read = QUrl(address.toString()).toLocalFile();
-                         if (read == self->bag_->Text(kUrl)) self->DeletePageFile();
+                         then(read == self->bag_->Text(kUrl));
                        });
+}
+
+// Each page is read once. The end of a loading may be that of the page before this one, whose end
+// must not take away this one's file.
+void BrowserWindow::DeleteReadPage() {
+  AskForDocument([this](bool isShown) {
+    if (isShown) {
+      DeletePageFile();
+    } else {
+      QTimer::singleShot(kLookAgainMs, this, &BrowserWindow::LookAgain);
+    }
+  });
+}
+
+// Usually the page is only under way; one that the engine gave up would never be seen.
+void BrowserWindow::LookAgain() {
+  const auto waits = [this] {
+    return IsLocal() && !page_->isLoading() && QFile::exists(bag_->Text(kUrl));
+  };
+  if (closing_ || !waits()) return;
+  AskForDocument([this, waits](bool isShown) {
+    if (!isShown && waits()) Refresh();
+  });
 }
 
 void BrowserWindow::ShowModeless() {

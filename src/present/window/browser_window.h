@@ -123,7 +123,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void SetLoading(bool loading);
   void DocumentComplete(bool ok);
   void DeletePageFile();
+  void AskForDocument(const std::function<void(bool isShown)>& then);
   void DeleteReadPage();
+  void LookAgain();
   void PrintFinished();
   void ShowPlace();
   void UpdateHistoryState();

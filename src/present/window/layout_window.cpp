@@ -7,14 +7,17 @@
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "objects/object_loader.h"
@@ -40,6 +43,20 @@ QString PathKey(const QString& folder) {
   return folder + QStringLiteral("_path");
 }
 
+// Enter inserts a tag here; passed on, it would press OK as well.
+class TagList : public QTableWidget {
+ public:
+  using QTableWidget::QTableWidget;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter) return QTableWidget::keyPressEvent(event);
+    event->accept();
+    if (currentRow() >= 0) Q_EMIT cellActivated(currentRow(), currentColumn());
+  }
+};
+
 }  // namespace
 
 LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
@@ -50,7 +67,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       folder_(folder),
       cbLayout_(new QComboBox),
       txHtml_(new TextBox),
-      lvTag_(new QTableWidget(0, 2)),
+      lvTag_(new TagList(0, 2)),
       txPath_(new QLineEdit),
       lbError_(PlainLabel()),
       wbPreview_(new QWebEngineView),
@@ -86,7 +103,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
   typing_.setSingleShot(true);
   connect(&typing_, &QTimer::timeout, this, &LayoutWindow::Preview);
   connect(wbPreview_, &QWebEngineView::loadFinished, this, [this] {
-    RemovePage();
+    RemoveReadPage();
     Q_EMIT Previewed();
   });
   Fill();
@@ -195,6 +212,17 @@ void LayoutWindow::Preview() {
 void LayoutWindow::RemovePage() {
   if (!shownFile_.isEmpty()) QFile::remove(shownFile_);
   shownFile_.clear();
+}
+
+// The end of a loading may be that of the page before this one, which must not take away this one's
+// file: the document itself says which it is.
+void LayoutWindow::RemoveReadPage() {
+  page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<LayoutWindow>(this)](const QVariant& address) {
+                         if (self == nullptr) return;
+                         const QString read = QUrl(address.toString()).toLocalFile();
+                         if (read == self->shownFile_) self->RemovePage();
+                       });
 }
 
 bool LayoutWindow::Save(QString* error) {

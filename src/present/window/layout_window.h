@@ -46,6 +46,7 @@ class LayoutWindow : public QDialog {
   void InsertTag(int row);
   void Preview();
   void RemovePage();
+  void RemoveReadPage();
   bool Save(QString* error);
 
   Context& context_;
