@@ -93,7 +93,7 @@ class ContentReader {
     inLeaf_ = true;
   }
 
-  // What delimits the parts of a multipart that does not say it: the first line that could and
+  // The boundary of a multipart whose header names none: the first line that could be one and
   // comes again with "--" behind it.
   QByteArray FirstDelimiter() const {
     const qsizetype start = source_.indexOf("--", at_);

@@ -545,39 +545,6 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
   EXPECT_EQ(host_.progress.last(), QStringLiteral("100.0"));
 }
 
-// Whichever page cannot be read: new mail is stored, or it is told that it is not, at each check.
-TEST_F(ReceiveTest, DamageHidesNoNewMail) {
-  AddMessages(12);
-  profile_.AddAccount(server_.Port());
-  ASSERT_EQ(Receive().stored, 12);
-  const QString path = MailDatabasePath(profile_.Get());
-  profile_.Get().Data.CloseAll();
-  const QByteArray sound = test::ReadFile(path);
-  constexpr qsizetype kPage = 4096;
-  int told = 0;
-  for (qsizetype page = 1; page < sound.size() / kPage; ++page) {
-    profile_.Get().Data.CloseAll();
-    for (const char* ending : {"-wal", "-shm", ".damaged"}) {
-      QFile::remove(path + QLatin1String(ending));
-    }
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(sound).replace(page * kPage, kPage, QByteArray(kPage, '\0')));
-    file.close();
-    server_.Messages = {{"new" + QByteArray::number(page), "Subject: new\r\n\r\ntext\r\n"}};
-    for (int check = 0; check < 2; ++check) {
-      host_.log.clear();
-      const ReceiveCounts counts = Receive();
-      if (counts.stored == 1) break;
-      ++told;
-      EXPECT_FALSE(host_.log.isEmpty()) << "page " << page;
-      EXPECT_EQ(counts.known, 0) << "page " << page;
-    }
-    EXPECT_EQ(server_.Messages.size(), 1);
-  }
-  EXPECT_GT(told, 0);
-}
-
 TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {
   const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
   settings->Let(QStringLiteral("MessageCheck"), true);
