@@ -37,6 +37,7 @@ constexpr int kExploreAfterMs = 1000;
 constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
 constexpr int kLookAgainMs = 2000;
+constexpr int kMostAttempts = 3;
 constexpr int kPrinterRestMs = 10000;
 constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps away from the sides
 
@@ -369,6 +370,7 @@ void BrowserWindow::AskForDocument(const std::function<void(bool isShown)>& then
 void BrowserWindow::DeleteReadPage() {
   AskForDocument([this](bool isShown) {
     if (isShown) {
+      attempts_ = 0;
       DeletePageFile();
     } else {
       QTimer::singleShot(kLookAgainMs, this, &BrowserWindow::LookAgain);
@@ -383,7 +385,7 @@ void BrowserWindow::LookAgain() {
   };
   if (closing_ || !waits()) return;
   AskForDocument([this, waits](bool isShown) {
-    if (!isShown && waits()) Refresh();
+    if (!isShown && waits() && attempts_++ < kMostAttempts) Refresh();
   });
 }
 

@@ -144,6 +144,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
+  int attempts_ = 0;  // to load a page that the engine gave up
   bool closing_ = false;
   QTimer explore_;
   QToolButton* url_ = nullptr;
