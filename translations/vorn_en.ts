@@ -2932,5 +2932,69 @@ Open it?</translation>
         <translation>Asks before sending again. Thrown away messages stay out of folders,
 and erased ones are not received again.</translation>
     </message>
+    <message>
+        <source>本文.rtf</source>
+        <translation>Text.rtf</translation>
+    </message>
+    <message>
+        <source>、</source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>%1の中</source>
+        <translation>in %1</translation>
+    </message>
+    <message>
+        <source>、パスワード付き</source>
+        <translation>, with password</translation>
+    </message>
+    <message>
+        <source>中のファイルを取り出す(&amp;X)..</source>
+        <translation>E&amp;xtract Files..</translation>
+    </message>
+    <message>
+        <source>カレンダー用に保存..</source>
+        <translation>Save for Calendar..</translation>
+    </message>
+    <message>
+        <source>予定への招待です。返事をしますか？</source>
+        <translation>An invitation to an appointment. Do you want to answer?</translation>
+    </message>
+    <message>
+        <source>このメールには予定があります。</source>
+        <translation>This message holds an appointment.</translation>
+    </message>
+    <message>
+        <source>カレンダー用に保存</source>
+        <translation>Save for Calendar</translation>
+    </message>
+    <message>
+        <source>予定のファイル (*.ics)</source>
+        <translation>Appointments (*.ics)</translation>
+    </message>
+    <message>
+        <source>。</source>
+        <translation>.</translation>
+    </message>
+    <message>
+        <source>中のファイルの取り出し</source>
+        <translation>Extract Files</translation>
+    </message>
+    <message>
+        <source>取り出したいファイルを選択して下さい。</source>
+        <translation>Choose the files to extract.</translation>
+    </message>
+    <message>
+        <source>「%1」のファイルは暗号化されています。パスワードを入力して下さい。</source>
+        <translation>The files in &quot;%1&quot; are encrypted. Enter the password.</translation>
+    </message>
+    <message>
+        <source>パスワードが違うか、ファイルが壊れています。もう一度入力して下さい。</source>
+        <translation>The password is wrong or the file is damaged. Enter it again.</translation>
+    </message>
+    <message>
+        <source>「%1」を開けません。壊れているか、知らない形式です。</source>
+        <translation>&quot;%1&quot; cannot be opened. It is damaged or of an unknown form.</translation>
+    </message>
 </context>
 </TS>

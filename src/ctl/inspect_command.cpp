@@ -7,6 +7,7 @@
 #include "ctl/command.h"
 #include "mail/address.h"
 #include "mail/attachments.h"
+#include "mail/compose_message.h"
 #include "mail/message_index.h"
 #include "mail/mime_codec.h"
 #include "mail/text_extraction.h"
@@ -53,6 +54,13 @@ QJsonArray Attachments(const QByteArray& source,
                              {QStringLiteral("type"), attachment.record.type},
                              {QStringLiteral("size"), bytes.size()},
                              {QStringLiteral("sha256"), MimeCodec::Digest(bytes)}});
+    for (const InnerFile& inner : InnerFiles(attachment, source)) {
+      array.append(QJsonObject{{QStringLiteral("name"), inner.name},
+                               {QStringLiteral("type"), ContentTypeOf(inner.name)},
+                               {QStringLiteral("within"), attachment.name},
+                               {QStringLiteral("size"), inner.bytes.size()},
+                               {QStringLiteral("sha256"), MimeCodec::Digest(inner.bytes)}});
+    }
   }
   return array;
 }

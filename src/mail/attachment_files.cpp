@@ -1,5 +1,6 @@
 #include "mail/attachment_files.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
@@ -45,6 +46,7 @@ QString CutToBytes(const QString& text, qsizetype bytes) {
 
 QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source,
                           QString* error) {
+  if (attachment.inner) return *attachment.inner;
   if (!attachment.isNew) {
     const MimeCodec::ContentRecord& record = attachment.record;
     return MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()),
@@ -76,6 +78,17 @@ QString SafeFileName(const QString& name) {
     safe.prepend(QStringLiteral("file_"));
   }
   return safe;
+}
+
+QString FreePath(const QString& folder, const QString& name) {
+  const QFileInfo wanted(QDir(folder), SafeFileName(name));
+  QString path = wanted.filePath();
+  for (int number = 2; QFileInfo::exists(path); ++number) {
+    const QString ending = wanted.suffix().isEmpty() ? QString() : u'.' + wanted.suffix();
+    path = QDir(folder).filePath(wanted.completeBaseName() + QStringLiteral(" (%1)").arg(number) +
+                                 ending);
+  }
+  return path;
 }
 
 QString SizeText(qint64 bytes) {

@@ -16,6 +16,9 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
 /// nothing that hides the ending, and short enough in bytes. Never empty.
 QString SafeFileName(const QString& name);
 
+/// A path in the folder that no file has yet, named as `SafeFileName` has it.
+QString FreePath(const QString& folder, const QString& name);
+
 /// A size as users read it, "12 KB".
 QString SizeText(qint64 bytes);
 

@@ -37,15 +37,29 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
   return attachments;
 }
 
+namespace {
+
+QByteArray BytesOf(const Attachment& attachment, const QByteArray& source) {
+  const MimeCodec::ContentRecord& record = attachment.record;
+  return MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()),
+                               record.first, record.last);
+}
+
+}  // namespace
+
 QString ShownName(const Attachment& attachment, const QByteArray& source) {
   const MimeCodec::ContentRecord& record = attachment.record;
   if (record.hasName || record.type != u"message/rfc822") return attachment.name;
-  const QByteArray inner = MimeCodec::DecodePart(
-      source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()), record.first, record.last);
+  const QByteArray inner = BytesOf(attachment, source);
   const QByteArrayView name = "SUBJECT:";
   const QString subject =
       MimeCodec::DecodeHeader(MimeCodec::HeaderField(inner, name), name.size()).trimmed();
   return subject.isEmpty() ? attachment.name : subject + QStringLiteral(".eml");
+}
+
+std::vector<InnerFile> InnerFiles(const Attachment& attachment, const QByteArray& source) {
+  if (!IsTnef(attachment.record.type, attachment.name)) return {};
+  return ReadTnef(BytesOf(attachment, source)).files;
 }
 
 }  // namespace vorn

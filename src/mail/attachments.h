@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "mail/content_index.h"
+#include "mail/tnef.h"
 
 namespace vorn {
 
@@ -24,5 +25,9 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
 /// The name under which a window shows an attachment: a message that was attached without a name is
 /// called by its subject.
 QString ShownName(const Attachment& attachment, const QByteArray& source);
+
+/// The files that a groupware package among the attachments holds (see `ReadTnef`); empty for any
+/// other file.
+std::vector<InnerFile> InnerFiles(const Attachment& attachment, const QByteArray& source);
 
 }  // namespace vorn

@@ -1,21 +1,15 @@
 #include "mail/calendar_summary.h"
 
-#include <libical/ical.h>
-
 #include <QDateTime>
-#include <QMutex>
-#include <memory>
 
 #include "mail/list_splitting.h"
+#include "mail/parsed_calendar.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 const QString kLineBreak = QStringLiteral("\r\n");
-constexpr qsizetype kLargest = 4 * 1024 * 1024;  // an appointment is not larger
-
-using Component = std::unique_ptr<icalcomponent, decltype(&icalcomponent_free)>;
 
 QString OneLine(const char* text) {
   return MimeCodec::OneLine(QString::fromUtf8(text));
@@ -54,8 +48,7 @@ QString Answer(icalparameter_partstat status) {
 
 // "Name <address>" of an organizer or an attendee.
 QString Person(icalproperty* property, const char* value) {
-  QString address = OneLine(value);
-  if (address.startsWith(u"mailto:", Qt::CaseInsensitive)) address.remove(0, 7);
+  const QString address = CalendarAddress(value);
   icalparameter* name = icalproperty_get_first_parameter(property, ICAL_CN_PARAMETER);
   const QString shown = name == nullptr ? QString() : OneLine(icalparameter_get_cn(name));
   return shown.isEmpty() ? address : shown + QStringLiteral(" <") + address + u'>';
@@ -136,17 +129,11 @@ class Summary {
 }  // namespace
 
 QString CalendarSummary(const QString& calendar, bool withDescription) {
-  static QMutex mutex;  // the library keeps what it knows of zones in one place
-  const QMutexLocker lock(&mutex);
-  if (calendar.size() > kLargest) return {};
-  icalerror_set_errors_are_fatal(false);
-  const QByteArray text = calendar.toUtf8();
-  const Component whole(icalparser_parse_string(text.constData()), &icalcomponent_free);
-  if (whole == nullptr) return {};
-  icalcomponent* event = icalcomponent_get_first_component(whole.get(), ICAL_VEVENT_COMPONENT);
+  const ParsedCalendar parsed(calendar);
+  icalcomponent* event = parsed.Event();
   return event == nullptr
              ? QString()
-             : Summary(event).Run(icalcomponent_get_method(whole.get()), withDescription);
+             : Summary(event).Run(icalcomponent_get_method(parsed.Whole()), withDescription);
 }
 
 }  // namespace vorn

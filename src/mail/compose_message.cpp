@@ -75,7 +75,7 @@ class Composer {
     PrepareBody();
     if (model_.report && options_.settings.standardHeaders) {
       WriteReport();
-    } else if (model_.attachments.empty()) {
+    } else if (model_.attachments.empty() && !model_.calendarReply) {
       WritePlain();
     } else {
       WriteMultipart();
@@ -137,7 +137,7 @@ class Composer {
         .replace(u'\r', u'\n')
         .replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
     body_ = MimeCodec::EncodeText(text, charset_).value_or(text.toUtf8());
-    const int mimeEncode = options_.settings.mimeEncode;
+    const int mimeEncode = MimeEncode();
     if (options_.settings.mimeText && mimeEncode != 2) {
       bodyEncoding_ =
           mimeEncode == 1 ? TransferEncoding::QuotedPrintable : TransferEncoding::Base64;
@@ -151,6 +151,9 @@ class Composer {
       body_ = MimeCodec::EncodeTransfer(body_, bodyEncoding_);
     }
   }
+
+  // Uuencoding knows no parts, of which an answer to an invitation is made.
+  int MimeEncode() const { return model_.calendarReply ? 0 : options_.settings.mimeEncode; }
 
   QByteArray BodyEncodingName() const {
     if (bodyEncoding_ != TransferEncoding::None) return EncodingName(bodyEncoding_);
@@ -217,7 +220,7 @@ class Composer {
 
   void WriteMultipart() {
     const QByteArray boundary = Boundary();
-    const TransferEncoding encoding = AttachmentEncoding(options_.settings.mimeEncode);
+    const TransferEncoding encoding = AttachmentEncoding(MimeEncode());
     const bool isUu = encoding == TransferEncoding::Uuencode;
     Line("Content-Type: multipart/mixed;" + QByteArray(kFold) + "boundary=\"" + boundary + '"');
     Line("Mime-Version: 1.0");
@@ -231,6 +234,7 @@ class Composer {
       }
       out_ += body_ + "\r\n\r\n";
     }
+    if (model_.calendarReply) WriteCalendarReply(boundary);
     for (const ModelAttachment& attachment : model_.attachments) {
       const QByteArray data = options_.read ? options_.read(attachment) : QByteArray();
       if (isUu) {
@@ -242,6 +246,15 @@ class Composer {
       }
     }
     if (!isUu) Line("--" + boundary + "--");
+  }
+
+  // RFC 6047 section 2.4.
+  void WriteCalendarReply(const QByteArray& boundary) {
+    Line("--" + boundary);
+    Line("Content-Type: text/calendar; charset=\"utf-8\"; method=REPLY");
+    Line("Content-Transfer-Encoding: base64");
+    Line("");
+    out_ += MimeCodec::EncodeTransfer(*model_.calendarReply, TransferEncoding::Base64) + "\r\n";
   }
 
   // A file name as it stands between quotes: one encoded word, however long, since there are

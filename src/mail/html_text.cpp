@@ -1,9 +1,12 @@
 #include "mail/html_text.h"
 
 #include <QByteArrayList>
+#include <QScopedValueRollback>
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <utility>
 
 #include "mail/html_tree.h"
 #include "storage/ui.h"
@@ -69,6 +72,24 @@ QString StyleOf(const GumboElement& element) {
   return Attribute(element, "style").remove(u' ').toLower();
 }
 
+// Whether a browser leaves the element out, as senders do with lines for lists of messages alone.
+bool IsHidden(const GumboElement& element, const QString& style) {
+  if (gumbo_get_attribute(&element.attributes, "hidden") != nullptr) return true;
+  if (style.contains(u"display:none") || style.contains(u"visibility:hidden")) return true;
+  const bool hasNoHeight = style.contains(u"max-height:0") && !style.contains(u"max-height:0.");
+  return hasNoHeight && style.contains(u"overflow:hidden");
+}
+
+// Whether the style gives text a size that is seen, if it gives any. An element within may give
+// another.
+std::optional<bool> SizeOf(const QString& style) {
+  constexpr QStringView key = u"font-size:";
+  const qsizetype at = style.indexOf(key);
+  if (at < 0) return std::nullopt;
+  const QStringView size = QStringView(style).sliced(at + key.size());
+  return !size.startsWith(u'0') || size.startsWith(u"0.");
+}
+
 // What a link leads to, empty when that is nowhere outside of the page.
 QString TargetOf(const GumboElement& element) {
   const QString target = Attribute(element, "href").simplified();
@@ -115,11 +136,15 @@ class Writer {
     const bool isHtml = element.tag_namespace == GUMBO_NAMESPACE_HTML;
     const Role role = isHtml ? RolesOfElements()[element.tag] : Role::Inline;
     const QString style = StyleOf(element);
-    if (role == Role::Hidden || style.contains(u"display:none")) return;
-    const bool wasVerbatim = isVerbatim_;
+    if (role == Role::Hidden || IsHidden(element, style)) return;
+    const QScopedValueRollback verbatim(isVerbatim_);
+    const QScopedValueRollback sized(hasSize_);
     isVerbatim_ |= element.tag == GUMBO_TAG_PRE || style.contains(u"white-space:pre");
+    if (const std::optional<bool> size = SizeOf(style)) hasSize_ = *size;
+    const bool isText =
+        role == Role::Inline || element.tag == GUMBO_TAG_P || element.tag == GUMBO_TAG_DIV;
+    if (!isText) beginsCell_ = false;
     Contents(element, role);
-    isVerbatim_ = wasVerbatim;
   }
 
   void Contents(const GumboElement& element, Role role) {
@@ -129,9 +154,7 @@ class Writer {
       case Role::Paragraph:
         return Surrounded(element, 2);
       case Role::Cell:
-        Children(element);
-        isBlank_ = true;
-        return;
+        return Cell(element);
       case Role::Item:
         marker_ = MarkerOfItem();
         Surrounded(element, 1);
@@ -171,6 +194,19 @@ class Writer {
     Lines(breaks);
   }
 
+  // A paragraph in a cell begins where the cell does, and one that is alone in it ends no line: the
+  // cells of a row stand beside each other.
+  void Cell(const GumboElement& element) {
+    const qsizetype outer = std::exchange(cellText_, -1);
+    beginsCell_ = true;
+    Children(element);
+    beginsCell_ = false;
+    const bool isOneLine = cellText_ >= 0 && out_.indexOf(kLineBreak, cellText_) < 0;
+    if (isOneLine) breaks_ = 0;
+    if (outer >= 0) cellText_ = outer;
+    isBlank_ = true;
+  }
+
   void List(const GumboElement& element) {
     bool isNumber = false;
     const int start = Attribute(element, "start").toInt(&isNumber);
@@ -198,7 +234,7 @@ class Writer {
 
   // At least so many line breaks before what comes.
   void Lines(int breaks) {
-    if (!out_.isEmpty()) breaks_ = std::max(breaks_, breaks);
+    if (!out_.isEmpty() && !beginsCell_) breaks_ = std::max(breaks_, breaks);
   }
 
   void Text(const QString& text) {
@@ -222,13 +258,15 @@ class Writer {
   }
 
   void Put(const QString& piece) {
-    if (piece.isEmpty()) return;
+    if (piece.isEmpty() || !hasSize_) return;
     if (out_.isEmpty() || breaks_ > 0) {
       BeginLine();
     } else if (isBlank_ && !out_.endsWith(u' ')) {
       out_ += u' ';
     }
     isBlank_ = false;
+    beginsCell_ = false;
+    if (cellText_ < 0) cellText_ = out_.size();
     out_ += piece;
   }
 
@@ -255,6 +293,9 @@ class Writer {
   int lastDepth_ = 0;    // that the last line had
   bool isBlank_ = false;
   bool isVerbatim_ = false;
+  bool hasSize_ = true;      // of the text; without it nothing is seen
+  qsizetype cellText_ = -1;  // where the text of the innermost cell begins
+  bool beginsCell_ = false;  // and whether it is still to come
 };
 
 // Of a document that is no page but an attack.

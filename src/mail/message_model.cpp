@@ -5,6 +5,7 @@
 
 #include "mail/attachment_files.h"
 #include "mail/attachments.h"
+#include "mail/compose_message.h"
 #include "mail/mime_codec.h"
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
@@ -285,6 +286,32 @@ void TakeReport(const StoredMessage& message, MessageModel& model) {
   model.attachments.erase(part);
 }
 
+// An answer to an invitation is one still when it is edited or sent again.
+void TakeCalendarReply(const StoredMessage& message, MessageModel& model) {
+  const auto part = std::find_if(
+      model.attachments.begin(), model.attachments.end(), [&](const ModelAttachment& attachment) {
+        const auto type = MimeCodec::ContentType(message.source, attachment.record);
+        return attachment.type == u"text/calendar" && !attachment.record.hasName &&
+               type.Bytes("method").compare("REPLY", Qt::CaseInsensitive) == 0;
+      });
+  if (part == model.attachments.end()) return;
+  model.calendarReply = ReadAttachment(*part, message.source);
+  model.attachments.erase(part);
+}
+
+// Behind a package what is in it.
+void AddInnerFiles(const QByteArray& source, const Attachment& package,
+                   std::vector<ModelAttachment>& attachments) {
+  for (InnerFile& file : InnerFiles(package, source)) {
+    ModelAttachment inner;
+    inner.name = std::move(file.name);
+    inner.type = ContentTypeOf(inner.name);
+    inner.record = package.record;
+    inner.inner = std::move(file.bytes);
+    attachments.push_back(std::move(inner));
+  }
+}
+
 }  // namespace
 
 EditSettings EditSettings::From(const Disk& settings) {
@@ -332,6 +359,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   const bool carriesAttachments =
       mode == OpenMode::Show || mode == OpenMode::Resend || IsForward(mode);
   if (carriesAttachments) {
+    const bool showsInner = mode == OpenMode::Show && !message.isWritten;
     for (const Attachment& attachment :
          ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
       model.attachments.push_back(
@@ -341,6 +369,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
            {},
            attachment.record,
            MimeCodec::ContentType(message.source, attachment.record).Bytes("charset")});
+      if (showsInner) AddInnerFiles(message.source, attachment, model.attachments);
     }
   }
   if (isNew || mode != OpenMode::Show) {
@@ -354,6 +383,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   if (message.isWritten && isSame && settings.standardHeaders) {
     TakeReport(message, model);
   }
+  if (message.isWritten && isSame) TakeCalendarReply(message, model);
   if (mode == OpenMode::Receipt && settings.standardHeaders) {
     model.report = ReceiptReport{FirstOf(model.addresses, u"FROM"), model.inReplyTo};
   }

@@ -32,6 +32,9 @@ struct ModelAttachment {
   QString path;                     ///< of the file, for a new one
   MimeCodec::ContentRecord record;  ///< where an old one stands in the source
   QByteArray charset = {};          ///< what an old one declares
+  /// The contents of a file from the package that `record` is (see `ReadTnef`); such a file is
+  /// shown beside it and goes nowhere without it.
+  std::optional<QByteArray> inner = std::nullopt;
 };
 
 /// What a read receipt tells programs (RFC 8098).
@@ -51,6 +54,8 @@ struct MessageModel {
   std::vector<ModelAttachment> attachments;
   /// Of a read receipt: the identifier of the message that was read and whose address got it.
   std::optional<ReceiptReport> report;
+  /// Of an answer to an invitation: what it says to calendars (see `ReplyCalendar`).
+  std::optional<QByteArray> calendarReply;
 };
 
 /// The settings that opening and composing read.

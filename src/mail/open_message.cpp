@@ -143,6 +143,9 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
     ApplyMailto(request.Text(u"mailto"), opened.model);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  if (mode == OpenMode::Show && !message.isWritten) {
+    opened.calendar = GetMessageCalendar(message.source, message.contentIndex, message.charset);
+  }
   opened.source = message.source;
   opened.charset = code.choice;
   if (applyStoredCharset && mode == OpenMode::Show && opened.found) {
@@ -153,6 +156,13 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   }
   if (mode != OpenMode::Show) BecomeNew(context, request);
   return opened;
+}
+
+QString OwnAddress(Context& context, const QStringList& addresses) {
+  const Sender sender = DefaultSender(context);
+  const auto own = std::find_if(addresses.begin(), addresses.end(),
+                                [&](const QString& address) { return sender.IsOwn(address); });
+  return own == addresses.end() ? QString() : *own;
 }
 
 }  // namespace vorn

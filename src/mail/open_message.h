@@ -19,6 +19,7 @@ struct OpenedMessage {
   /// The code in use: that of reading, and of writing for a message that is edited.
   CharsetChoice charset = CharsetChoice::Automatic;
   QString html;       ///< the HTML part as it was written; null when there is none
+  QString calendar;   ///< of a received message, what appointment it holds; null when it has none
   QByteArray source;  ///< as stored, for the attachments that are taken over
 };
 
@@ -36,5 +37,8 @@ struct OpenedMessage {
 /// `shown`, its source where that is known, with what the request tells of it.
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,
                           const ReadingCode& code = {}, const QByteArray& shown = {});
+
+/// The first of these addresses that is one of the user's accounts; empty when none is.
+QString OwnAddress(Context& context, const QStringList& addresses);
 
 }  // namespace vorn

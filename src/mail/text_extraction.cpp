@@ -9,6 +9,7 @@
 #include "mail/html_text.h"
 #include "mail/mime_codec.h"
 #include "mail/report_summary.h"
+#include "mail/tnef.h"
 
 namespace vorn {
 namespace {
@@ -91,7 +92,8 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
   return nullptr;
 }
 
-// What the reports and the appointment in the message say, behind its text.
+// What the reports and the appointment in the message say, behind its text, or the text of a
+// package in the place of one.
 QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
                 const ReadingCode& charset, bool isBlank) {
   QString text;
@@ -101,10 +103,11 @@ QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records
     if (record.type == u"text/calendar" && !std::exchange(hasCalendar, true)) {
       text += CalendarSummary(DecodeText(source, record, record.last, charset, false), isBlank);
     }
-    if (!IsReport(record.type)) continue;
+    const bool isPackage = isBlank && text.isEmpty() && IsTnef(record.type, record.name);
+    if (!IsReport(record.type) && !isPackage) continue;
     const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
-    text += ReportSummary(record.type,
-                          MimeCodec::DecodePart(source, encoding, record.first, record.last));
+    const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, record.last);
+    text += isPackage ? ReadTnef(bytes).text : ReportSummary(record.type, bytes);
   }
   return text;
 }
@@ -196,6 +199,15 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
 }
 
 }  // namespace
+
+QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
+                           const ReadingCode& charset) {
+  for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
+    if (record.type != u"text/calendar" || record.first > record.last) continue;
+    return DecodeText(source, record, record.last, charset, false);
+  }
+  return {};
+}
 
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset) {

@@ -33,6 +33,10 @@ struct MessageText {
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
 
+/// The calendar (RFC 5545) that came with the message, decoded; a null string when it has none.
+QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
+                           const ReadingCode& charset);
+
 /// The message's HTML as it was written, decoded; a null string when it has none.
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset);

@@ -371,6 +371,16 @@ def html():
     yield case("unclosed", f"<p><b>{ONE}<p>{TWO}", f"{ONE}\n\n{TWO}")
     yield case("cut-in-tag", f"<p>{ONE}</p><a hre", ONE)
     yield case("hidden", f'<div style="display:none">preview</div>{ONE}', ONE)
+    yield case("hidden-attribute", f'<p hidden>preview</p>{ONE}', ONE)
+    yield case("invisible", f'<div style="visibility:hidden">preview</div>{ONE}', ONE)
+    yield case("no-height", f'<div style="max-height:0px; overflow:hidden">preview</div>{ONE}', ONE)
+    yield case("no-size", f'<div style="font-size:0px">x<b style="font-size:9pt">{ONE}</b></div>', ONE)
+    yield case("paragraphs-in-cells", "<table><tr><td><p>品名</p></td><td><p>数</p></td></tr><tr><td>"
+               "<p>鉛筆</p></td><td><p>3</p></td></tr></table>", "品名 数\n鉛筆 3")
+    yield case("long-cells", f"<table><tr><td><p>{ONE}</p><p>{TWO}</p></td><td>x</td></tr><tr><td>y"
+               "</td></tr></table>", f"{ONE}\n\n{TWO}\n\nx\ny")
+    yield case("tables-in-cells", f"<table><tr><td><table><tr><td>{ONE}</td></tr><tr><td>{TWO}</td>"
+               "</tr></table></td></tr></table>", f"{ONE}\n{TWO}")
     yield case("sjis", f"<p>{ONE}</p>", ONE, "cp932", "shift_jis")
     yield case("jis", f"<p>{ONE}</p>", ONE, "iso2022_jp", "iso-2022-jp")
     yield case("euc", f"<p>{ONE}</p>", ONE, "euc_jp", "euc-jp")

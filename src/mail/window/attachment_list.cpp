@@ -19,6 +19,8 @@
 #include "mail/compose_message.h"
 #include "mail/file_kind.h"
 #include "mail/mime_codec.h"
+#include "mail/window/unpacking.h"
+#include "mail/zip_files.h"
 #include "objects/object_types.h"
 #include "storage/file_origin.h"
 #include "storage/private_files.h"
@@ -36,18 +38,6 @@ QStringList LocalFiles(const QMimeData& data) {
   return paths;
 }
 
-// A path in the folder that no file has yet.
-QString FreePath(const QString& folder, const QString& name) {
-  const QFileInfo wanted(QDir(folder), SafeFileName(name));
-  QString path = wanted.filePath();
-  for (int number = 2; QFileInfo::exists(path); ++number) {
-    const QString ending = wanted.suffix().isEmpty() ? QString() : u'.' + wanted.suffix();
-    path = QDir(folder).filePath(wanted.completeBaseName() + QStringLiteral(" (%1)").arg(number) +
-                                 ending);
-  }
-  return path;
-}
-
 // The address of a message (RFC 2392).
 QString MidAddress(const QByteArray& source) {
   const QByteArrayView name = "MESSAGE-ID:";
@@ -55,6 +45,25 @@ QString MidAddress(const QByteArray& source) {
       MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).trimmed();
   return QStringLiteral("mid:") +
          QString::fromLatin1(id.mid(1, id.size() - 2).toPercentEncoding("@"));
+}
+
+// Other kinds of documents are such archives too.
+bool IsZip(const ModelAttachment& attachment, const QByteArray& bytes) {
+  const bool isNamed = attachment.name.endsWith(u".zip", Qt::CaseInsensitive) ||
+                       attachment.type.contains(u"zip", Qt::CaseInsensitive);
+  return isNamed && bytes.startsWith("PK\x03\x04");
+}
+
+// What a user should know before opening it.
+QString NoteOn(const ModelAttachment& attachment, const QByteArray& bytes) {
+  if (attachment.inner) {
+    return Ui::tr("、") + ShownText(Ui::tr("%1の中").arg(attachment.record.name), kMostInTitle);
+  }
+  if (!IsZip(attachment, bytes)) return {};
+  const std::vector<ZipEntry> files = ListZip(bytes);
+  const bool isEncrypted = std::any_of(files.begin(), files.end(),
+                                       [](const ZipEntry& file) { return file.isEncrypted; });
+  return isEncrypted ? Ui::tr("、パスワード付き") : QString();
 }
 
 }  // namespace
@@ -83,13 +92,14 @@ void AttachmentList::Fill() {
   clear();
   const QFileIconProvider icons;
   for (const ModelAttachment& attachment : attachments_) {
-    const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size()
-                                         : ReadAttachment(attachment, source_).size();
+    // One that was added may be large, and its owner knows what is in it.
+    const QByteArray bytes = attachment.isNew ? QByteArray() : ReadAttachment(attachment, source_);
+    const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size() : bytes.size();
     if (attachment.isNew) shown_[attachment.path] = QFileInfo(attachment.path).lastModified();
-    auto* item = new QListWidgetItem(
-        icons.icon(QFileIconProvider::File),
-        ShownText(attachment.name, kMostInTitle) + Ui::tr("（") + SizeText(size) + Ui::tr("）"),
-        this);
+    auto* item = new QListWidgetItem(icons.icon(QFileIconProvider::File),
+                                     ShownText(attachment.name, kMostInTitle) + Ui::tr("（") +
+                                         SizeText(size) + NoteOn(attachment, bytes) + Ui::tr("）"),
+                                     this);
     item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
 }
@@ -259,6 +269,27 @@ void AttachmentList::OpenCurrent() {
   }
 }
 
+// The row of the archive that is chosen, or of the only one; -1 when there is none.
+int AttachmentList::ArchiveRow() const {
+  const auto isArchive = [this](int row) {
+    const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
+    return IsZip(attachment, ReadAttachment(attachment, source_));
+  };
+  if (currentRow() >= 0 && isArchive(currentRow())) return currentRow();
+  for (int row = 0; row < count(); ++row) {
+    if (isArchive(row)) return row;
+  }
+  return -1;
+}
+
+void AttachmentList::UnpackCurrent() {
+  const int row = ArchiveRow();
+  if (row < 0) return;
+  const ModelAttachment archive = attachments_[static_cast<size_t>(row)];
+  UnpackByDialog(context_, this, ReadAttachment(archive, source_), archive.name,
+                 MidAddress(source_));
+}
+
 void AttachmentList::RemoveSelected() {
   if (!editable_) return;
   QList<int> rows;
@@ -284,6 +315,9 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
   const bool any = currentRow() >= 0;
   menu.addAction(Ui::tr("開く(&O)"), this, &AttachmentList::OpenCurrent)->setEnabled(any);
   menu.addAction(Ui::tr("保存(&S).."), this, &AttachmentList::SaveByDialog)->setEnabled(any);
+  if (HasArchive()) {
+    menu.addAction(Ui::tr("中のファイルを取り出す(&X).."), this, &AttachmentList::UnpackCurrent);
+  }
   if (editable_) {
     menu.addAction(Ui::tr("追加(&A).."), this, &AttachmentList::AddByDialog);
     menu.addAction(Ui::tr("外す(&D)"), this, &AttachmentList::RemoveSelected)->setEnabled(any);

@@ -43,6 +43,9 @@ class AttachmentList : public QListWidget {
   void AddByDialog();
   void SaveByDialog();
   void OpenCurrent();
+  /// Takes files out of the archive that is chosen, or of the first one.
+  void UnpackCurrent();
+  bool HasArchive() const { return ArchiveRow() >= 0; }
   void RemoveSelected();
 
  Q_SIGNALS:
@@ -56,6 +59,7 @@ class AttachmentList : public QListWidget {
 
  private:
   void Fill();
+  int ArchiveRow() const;
   QString WorkingPath(const QString& name);
   void AddPicture(const QImage& picture);
   bool WriteTo(const QString& path, const ModelAttachment& attachment);

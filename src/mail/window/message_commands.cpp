@@ -26,6 +26,7 @@
 #include "mail/print_page.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
@@ -372,6 +373,28 @@ void MessageWindow::AskForReceipt() {
   receipt.show = edits ? kShowModeless : kShowHidden;
   receipt.autoSend = !edits;
   host_.PostMail(receipt);
+}
+
+// The answer goes to the organizer, from the address that was invited; the user sees it first.
+void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAnswer answer) {
+  const QString words = AnswerWords(answer);
+  TurnInto(OpenMode::Reply);
+  const QString own = OwnAddress(context_, invitation.attendees);
+  QList<AddressEntry> addresses{
+      ParseAddressEntry(QStringLiteral("TO: ") + invitation.organizer, true)};
+  for (const AddressEntry& entry : model_.addresses) {
+    if (entry.kind == u"FROM") addresses.append(entry);
+  }
+  if (!own.isEmpty() &&
+      (addresses.size() < 2 || addresses[1].address.compare(own, Qt::CaseInsensitive) != 0)) {
+    addresses.resize(1);
+    addresses.append(ParseAddressEntry(QStringLiteral("FROM: ") + own, true));
+  }
+  const QString sender = addresses.size() > 1 ? addresses[1].address : own;
+  model_.calendarReply = ReplyCalendar(invitation, sender, answer);
+  lvMailaddress_->Show(addresses, true);
+  txSubject_->setText(words + QStringLiteral(": ") + invitation.summary);
+  txMemo_->setPlainText(words + Ui::tr("。") + u'\n');
 }
 
 void MessageWindow::ShowNeighbour(int step) {

@@ -141,6 +141,8 @@ QMenu* MessageWindow::BuildEditMenu() {
   attachments_->setObjectName(QStringLiteral("menuEditsAttachments"));
   attachments_->addAction(Ui::tr("保存(&S).."), lvClip_, &AttachmentList::SaveByDialog);
   attachments_->addAction(Ui::tr("追加(&A).."), lvClip_, &AttachmentList::AddByDialog);
+  attachments_->addAction(Ui::tr("中のファイルを取り出す(&X).."), lvClip_,
+                          &AttachmentList::UnpackCurrent);
   QMenu* priorities = menu->addMenu(Ui::tr("優先度(&I)"));
   priorities->setObjectName(QStringLiteral("menuEditsPrioritys"));
   BuildPriorityMenu(priorities);
@@ -281,6 +283,7 @@ void MessageWindow::CheckMenus() {
   }
   attachments_->actions()[0]->setEnabled(!lvClip_->Attachments().empty());
   attachments_->actions()[1]->setEnabled(editable);
+  attachments_->actions()[2]->setVisible(lvClip_->HasArchive());
 }
 
 }  // namespace vorn

@@ -12,6 +12,7 @@
 #include "mail/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/file_drop.h"
 #include "mail/window/find_bar.h"
@@ -54,11 +55,14 @@ void MessageWindow::BuildControls() {
   doubt_ = new DoubtBar;
   connect(doubt_, &DoubtBar::SendAgainWanted, this, &MessageWindow::SendAgain);
   connect(doubt_, &DoubtBar::KeepAsSentWanted, this, &MessageWindow::KeepAsSent);
+  calendar_ = new CalendarBar;
+  connect(calendar_, &CalendarBar::Answered, this, &MessageWindow::AnswerInvitation);
   auto* whole = new QWidget;
   auto* layout = new QVBoxLayout(whole);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(doubt_);
+  layout->addWidget(calendar_);
   layout->addWidget(tsPage_, 1);
   setCentralWidget(whole);
 

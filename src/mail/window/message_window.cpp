@@ -23,6 +23,7 @@
 #include "mail/outbox.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
+#include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "objects/object_types.h"
@@ -106,6 +107,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);
   tbMailaddress_->setVisible(editable);
+  calendar_->Show(opened.calendar);
   lvClip_->Show(model_.attachments, source_, editable);
   lvClip_->setVisible(!model_.attachments.empty());
   lbClip_->setVisible(!model_.attachments.empty());

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "frame/request_window.h"
+#include "mail/invitation.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
 #include "storage/context.h"
@@ -20,6 +21,7 @@ namespace vorn {
 
 class AddressList;
 class AttachmentList;
+class CalendarBar;
 class DoubtBar;
 class EventLog;
 class FindBar;
@@ -99,6 +101,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ChooseAddresses();
   void AskForReceipt();
   void AskForReceiptSoon();
+  void AnswerInvitation(const Invitation& invitation, InvitationAnswer answer);
   void ShowNeighbour(int step);
   void FindText(const QString& text, bool backward);
   void ZoomBy(int steps);
@@ -153,6 +156,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
 
   QToolBar* tbMenu_ = nullptr;
   DoubtBar* doubt_ = nullptr;
+  CalendarBar* calendar_ = nullptr;
   QTabWidget* tsPage_ = nullptr;
   QLineEdit* txSubject_ = nullptr;
   AddressList* lvMailaddress_ = nullptr;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace vorn {
+
+/// What a user answers to an invitation (PARTSTAT of RFC 5545 section 3.2.12).
+enum class InvitationAnswer { Accepted, Tentative, Declined };
+
+/// An appointment to which its organizer wants an answer (METHOD:REQUEST of RFC 5546).
+struct Invitation {
+  QString calendar;   ///< as it came
+  QString organizer;  ///< the address that the answer goes to
+  QString summary;
+  QStringList attendees;  ///< addresses
+};
+
+/// The invitation in a calendar that came by mail; none when it asks for no answer. Safe to call
+/// from any thread.
+std::optional<Invitation> ReadInvitation(const QString& calendar);
+
+/// The calendar that answers it (METHOD:REPLY, RFC 5546 section 3.2.3) for the attendee with this
+/// address, in UTF-8. Empty when the invitation cannot be read.
+QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
+                         InvitationAnswer answer);
+
+}  // namespace vorn

@@ -1,0 +1,86 @@
+#include "mail/window/calendar_bar.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <utility>
+
+#include "frame/start_up.h"
+#include "mail/attachment_files.h"
+#include "mail/calendar_summary.h"
+#include "storage/ui.h"
+#include "storage/window/plain_text.h"
+
+namespace vorn {
+
+QString AnswerWords(InvitationAnswer answer) {
+  switch (answer) {
+    case InvitationAnswer::Accepted:
+      return Ui::tr("出席します");
+    case InvitationAnswer::Tentative:
+      return Ui::tr("出席するかもしれません");
+    default:
+      return Ui::tr("欠席します");
+  }
+}
+
+CalendarBar::CalendarBar(QWidget* parent) : QFrame(parent), label_(PlainLabel()) {
+  setObjectName(QStringLiteral("frCalendar"));
+  setFrameShape(QFrame::StyledPanel);
+  new QHBoxLayout(this);
+  layout()->addWidget(label_);
+  static_cast<QHBoxLayout*>(layout())->addStretch(1);
+  const std::pair<InvitationAnswer, QString> answers[] = {
+      {InvitationAnswer::Accepted, QStringLiteral("cmAccept")},
+      {InvitationAnswer::Tentative, QStringLiteral("cmTentative")},
+      {InvitationAnswer::Declined, QStringLiteral("cmDecline")}};
+  for (const auto& [answer, name] : answers) {
+    QPushButton* button = AddButton(AnswerWords(answer), name);
+    connect(button, &QPushButton::clicked, this, [this, answer = answer] {
+      // The window shows its answer then, and this bar goes.
+      if (const std::optional<Invitation> invitation = invitation_) {
+        Q_EMIT Answered(*invitation, answer);
+      }
+    });
+    answers_.append(button);
+  }
+  connect(AddButton(Ui::tr("カレンダー用に保存.."), QStringLiteral("cmSaveCalendar")),
+          &QPushButton::clicked, this, &CalendarBar::Save);
+  hide();
+}
+
+QPushButton* CalendarBar::AddButton(const QString& text, const QString& name) {
+  auto* button = new QPushButton(text);
+  button->setObjectName(name);
+  layout()->addWidget(button);
+  return button;
+}
+
+void CalendarBar::Show(const QString& calendar) {
+  calendar_ = calendar;
+  invitation_ = calendar.isEmpty() ? std::nullopt : ReadInvitation(calendar);
+  const bool isShown = !calendar.isEmpty() && !CalendarSummary(calendar, false).isEmpty();
+  label_->setText(invitation_ ? Ui::tr("予定への招待です。返事をしますか？")
+                              : Ui::tr("このメールには予定があります。"));
+  for (QPushButton* button : answers_) button->setVisible(invitation_.has_value());
+  setVisible(isShown);
+}
+
+void CalendarBar::Save() {
+  const QString name = invitation_ ? invitation_->summary : QString();
+  const QString path = QFileDialog::getSaveFileName(
+      this, Ui::tr("カレンダー用に保存"),
+      SafeFileName(name.isEmpty() ? Ui::tr("予定") : name) + QStringLiteral(".ics"),
+      Ui::tr("予定のファイル (*.ics)"));
+  if (path.isEmpty()) return;
+  const QByteArray bytes = calendar_.toUtf8();
+  QSaveFile file(path);
+  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) return;
+  ShowBox(
+      this, QMessageBox::Critical,
+      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
+}
+
+}  // namespace vorn

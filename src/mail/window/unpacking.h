@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "storage/context.h"
+
+class QWidget;
+
+namespace vorn {
+
+/// Lets the user take files out of a ZIP archive that came by mail: which ones, into which folder,
+/// and with which password where they are encrypted. `name` is the archive's, `address` says where
+/// it came from (see `MarkForeign`).
+void UnpackByDialog(Context& context, QWidget* parent, const QByteArray& archive,
+                    const QString& name, const QString& address);
+
+}  // namespace vorn

@@ -1,0 +1,99 @@
+// Answers to invitations, as calendars and as messages.
+
+#include "mail/invitation.h"
+
+#include <gtest/gtest.h>
+
+#include "mail/attachment_files.h"
+#include "mail/compose_message.h"
+#include "mail/message_model.h"
+#include "mail/mime_codec.h"
+#include "objects/settings.h"
+
+namespace vorn {
+namespace {
+
+const QString kCalendar = QStringLiteral(
+    "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nMETHOD:REQUEST\r\nBEGIN:VTIMEZONE\r\nTZID:Office\r\n"
+    "BEGIN:STANDARD\r\nDTSTART:16010101T000000\r\nTZOFFSETFROM:+0900\r\nTZOFFSETTO:+0900\r\n"
+    "END:STANDARD\r\nEND:VTIMEZONE\r\nBEGIN:VEVENT\r\nUID:42@example.jp\r\nSEQUENCE:3\r\n"
+    "DTSTART;TZID=Office:20260203T100000\r\nSUMMARY:定例会議\r\nDESCRIPTION:secret\r\n"
+    "ORGANIZER;CN=田中:MAILTO:Tanaka@example.jp\r\n"
+    "ATTENDEE;CN=\"山田, 太郎\";RSVP=TRUE;PARTSTAT=NEEDS-ACTION:mailto:yamada@example.jp\r\n"
+    "ATTENDEE:mailto:sato@example.jp\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+
+TEST(InvitationTest, OnlyARequestWithAnOrganizerIsAnswered) {
+  const auto invitation = ReadInvitation(kCalendar);
+  ASSERT_TRUE(invitation.has_value());
+  EXPECT_EQ(invitation->organizer, QStringLiteral("Tanaka@example.jp"));
+  EXPECT_EQ(invitation->summary, QStringLiteral("定例会議"));
+  EXPECT_EQ(invitation->attendees,
+            (QStringList{QStringLiteral("yamada@example.jp"), QStringLiteral("sato@example.jp")}));
+  const auto without = [](const char16_t* from, const char16_t* to) {
+    QString changed = kCalendar;
+    return ReadInvitation(changed.replace(QString::fromUtf16(from), QString::fromUtf16(to)));
+  };
+  EXPECT_FALSE(without(u"METHOD:REQUEST", u"METHOD:CANCEL"));
+  EXPECT_FALSE(without(u"METHOD:REQUEST\r\n", u""));
+  EXPECT_FALSE(without(u"UID:42@example.jp\r\n", u""));
+  EXPECT_FALSE(without(u"MAILTO:Tanaka@example.jp", u"urn:x"));
+  EXPECT_FALSE(ReadInvitation(QStringLiteral("BEGIN:VCALENDAR\r\nBEGIN:VEV")));
+}
+
+TEST(InvitationTest, TheAnswerNamesTheAppointmentAndTheOneWhoAnswersAlone) {
+  const Invitation invitation = *ReadInvitation(kCalendar);
+  const auto answer = [&](const char16_t* address, InvitationAnswer given) {
+    return QString::fromUtf8(ReplyCalendar(invitation, QString::fromUtf16(address), given))
+        .remove(QStringLiteral("\r\n "));
+  };
+  const QString accepted = answer(u"YAMADA@example.jp", InvitationAnswer::Accepted);
+  for (const char16_t* line :
+       {u"METHOD:REPLY", u"UID:42@example.jp", u"SEQUENCE:3", u"TZID:Office",
+        u"DTSTART;TZID=Office:20260203T100000", u"SUMMARY:定例会議",
+        u"ORGANIZER;CN=田中:MAILTO:Tanaka@example.jp", u"DTSTAMP:", u"PARTSTAT=ACCEPTED"}) {
+    EXPECT_TRUE(accepted.contains(QString::fromUtf16(line))) << accepted.toStdString();
+  }
+  EXPECT_EQ(accepted.count(QStringLiteral("ATTENDEE")), 1);
+  EXPECT_TRUE(accepted.contains(QStringLiteral("山田, 太郎")));
+  EXPECT_FALSE(accepted.contains(QStringLiteral("NEEDS-ACTION")));
+  EXPECT_FALSE(accepted.contains(QStringLiteral("RSVP")));
+  EXPECT_FALSE(accepted.contains(QStringLiteral("secret")));
+  const QString forwarded = answer(u"new@example.jp", InvitationAnswer::Declined);
+  EXPECT_TRUE(
+      forwarded.contains(QStringLiteral("ATTENDEE;PARTSTAT=DECLINED:mailto:new@example.jp")));
+  EXPECT_TRUE(answer(u"sato@example.jp", InvitationAnswer::Tentative)
+                  .contains(QStringLiteral("PARTSTAT=TENTATIVE:mailto:sato@example.jp")));
+}
+
+// Kept, opened and edited, the answer stays what it is, and files go beside it.
+TEST(InvitationTest, AnAnswerIsWrittenAsAPartAndTakenBack) {
+  MessageModel model;
+  model.text = QStringLiteral("出席します。");
+  model.calendarReply = "BEGIN:VCALENDAR\r\nMETHOD:REPLY\r\nEND:VCALENDAR\r\n";
+  for (const int encode : {0, 1, 2}) {
+    ComposeOptions options;
+    options.boundaryToken = QStringLiteral("token");
+    options.settings.textTypes = DefaultTextTypes();
+    options.settings.mimeEncode = encode;
+    options.read = [](const ModelAttachment&) { return QByteArray("file"); };
+    StoredMessage stored;
+    stored.source = ComposeMessage(model, options);
+    stored.isWritten = true;
+    EXPECT_TRUE(
+        stored.source.contains("Content-Type: text/calendar; charset=\"utf-8\"; method=REPLY"));
+    stored.contentIndex = MimeCodec::ContentIndex(stored.source);
+    MessageModel again = OpenSource(stored, OpenMode::Show, false, options.settings, {}, {});
+    EXPECT_EQ(again.calendarReply.value_or(QByteArray()), *model.calendarReply);
+    EXPECT_TRUE(again.attachments.empty());
+    again.attachments.push_back(
+        {QStringLiteral("a.bin"), QStringLiteral("application/x"), true, {}, {}});
+    const QByteArray both = ComposeMessage(again, options);
+    EXPECT_TRUE(both.contains("method=REPLY") && both.contains("a.bin"));
+    // The organizer's own window shows it as a message, not as something to send.
+    stored.isWritten = false;
+    EXPECT_FALSE(OpenSource(stored, OpenMode::Show, false, options.settings, {}, {}).calendarReply);
+  }
+}
+
+}  // namespace
+}  // namespace vorn
