@@ -2699,10 +2699,6 @@ Open it?</translation>
         <translation>Not received automatically, since the password is not known. Press Send and receive to enter it.</translation>
     </message>
     <message>
-        <source>サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには残します。</source>
-        <translation>A message was received that is smaller than the server said. It stays on the server.</translation>
-    </message>
-    <message>
         <source>「%1」を開くプログラムがありません。</source>
         <translation>There is no program that opens &quot;%1&quot;.</translation>
     </message>
@@ -2995,6 +2991,10 @@ and erased ones are not received again.</translation>
     <message>
         <source>「%1」を開けません。壊れているか、知らない形式です。</source>
         <translation>&quot;%1&quot; cannot be opened. It is damaged or of an unknown form.</translation>
+    </message>
+    <message>
+        <source>サーバーが知らせた大きさと合わないメッセージが%1通ありました。サーバーには残します。</source>
+        <translation>%1 messages did not fit the size that the server announced. They are left on the server.</translation>
     </message>
 </context>
 </TS>

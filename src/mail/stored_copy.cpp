@@ -32,9 +32,10 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
-bool HasFieldsOf(const QByteArrayList& fields, const QByteArrayList& others) {
+// A field that is there twice counts twice.
+bool HasFieldsOf(QByteArrayList fields, const QByteArrayList& others) {
   return std::all_of(others.begin(), others.end(),
-                     [&fields](const QByteArray& field) { return fields.contains(field); });
+                     [&fields](const QByteArray& field) { return fields.removeOne(field); });
 }
 
 // Where many have one subject, as reports of programs have, the first ones are compared.
@@ -75,7 +76,9 @@ bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
   if (BodyOf(stored) != BodyOf(source)) return false;
   const QByteArrayList fields = FieldsOf(stored);
   const QByteArrayList others = FieldsOf(source);
-  return HasFieldsOf(fields, others) || HasFieldsOf(others, fields);
+  if (HasFieldsOf(fields, others)) return true;
+  // What is stored without a text may be what was left of a message that was torn off.
+  return !BodyOf(stored).isEmpty() && HasFieldsOf(others, fields);
 }
 
 }  // namespace
@@ -89,14 +92,15 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
 }
 
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
-                         const QByteArray& header, qint64 leastBytes) {
+                         const QByteArray& header,
+                         const std::function<bool(const QByteArray& stored)>& whole) {
   if (!IsUnique(header) || !OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
   bool failed = false;
   const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
   context.Data.Close();
   if (!source || !source->isValid()) return false;
   const QByteArray stored = source->toByteArray();
-  return stored.size() >= leastBytes && !HasHole(stored) &&
+  return whole(stored) && !HasHole(stored) &&
          MimeCodec::AllHeaders(stored) == MimeCodec::AllHeaders(header);
 }
 

@@ -19,10 +19,11 @@ namespace vorn {
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
 
 /// Whether the message with that identifier in the mail file at `file` reads back as it was stored,
-/// has that header and at least so many bytes. False as well when the header has no Message-ID or
-/// no trace field (RFC 5321 section 4.4), without which those of different messages can be alike.
+/// has that header and is `whole`. False as well when the header has no Message-ID or no trace
+/// field (RFC 5321 section 4.4), without which those of different messages can be alike.
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
-                         const QByteArray& header, qint64 leastBytes);
+                         const QByteArray& header,
+                         const std::function<bool(const QByteArray& stored)>& whole);
 
 /// Finds a message among the stored ones by what it holds, when its identifier proves nothing.
 class StoredCopies {

@@ -33,11 +33,9 @@ constexpr quint16 kLongName = 0x3707;
 constexpr quint16 kContents = 0x3701;
 constexpr quint16 kInternetCodePage = 0x3FDE;
 
-// Kinds of values.
+// Kinds of values; other texts are bytes in a code page.
 constexpr quint16 kObject = 0x000D;
-constexpr quint16 kBytesText = 0x001E;
 constexpr quint16 kWideText = 0x001F;
-constexpr quint16 kBinary = 0x0102;
 constexpr quint16 kSeveral = 0x1000;  // set in the kind of a property with several values
 
 // Reads little-endian numbers and runs of bytes; past the end it is used up and gives nothing.

@@ -10,6 +10,8 @@ struct LinkCommand {
   int openMode = 0;  ///< 0 read, 1 reply to the sender, 2 reply to all, 3 forward
   bool isNew = false;
   QString serialId;  ///< of the message
+
+  bool operator==(const LinkCommand&) const = default;
 };
 
 /// Reads the address of a followed link: a command up to the first colon in any letter case, then

@@ -19,6 +19,7 @@ class ConnectionCheck::Events : public PopEvents {
   void AlreadyStored(const QString&, bool&, bool&) override {}
   bool WantsHeader(const QString&) override { return false; }
   bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
+  void TornOffAgain() override {}
   void Error(int, const QString& text) override { error_ = text; }
   void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
   void SessionStarted() override { error_.clear(); }

@@ -7,6 +7,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "transfer/announced_size.h"
 
 namespace vorn {
 namespace {
@@ -112,10 +113,12 @@ bool KnownMessages::HasListedSize(const QString& messageId) {
 
 bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
   const QStringList files = unsure_.take(messageId);
-  const qint64 least = LeastSize(listing_.SizeOf(messageId));
+  const auto isWhole = [size = listing_.SizeOf(messageId)](const QByteArray& stored) {
+    return FitOf(stored, size) == SizeFit::Exact;
+  };
   const bool proves =
       !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
-        return StoredCopyHasHeader(context_, file, messageId, header, least);
+        return StoredCopyHasHeader(context_, file, messageId, header, isWhole);
       });
   // Names may be moving, and what has a new one be known.
   if (!proves) listing_.Upset();

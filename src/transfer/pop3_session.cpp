@@ -7,6 +7,7 @@
 
 #include "mail/message_identity.h"
 #include "storage/ui.h"
+#include "transfer/announced_size.h"
 #include "transfer/pop3_words.h"
 #include "transfer/server_words.h"
 
@@ -505,7 +506,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   ReportProgress(0);
   if (stopped_) return;
 
-  const bool isTornOff = data.size() < LeastSize(entry.size) || HasHole(data);
+  const bool isTornOff = IsTornOff(data, entry.size);
   // A header alone may be the late answer to another command.
   const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
   if (isLate && !IsRepeated(message, data)) return;
@@ -517,7 +518,11 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
     events_.AlreadyStored(MessageId(uidl), exists, deleteOnServer);
     if (exists) {
       // What is named by its contents is the same as another one that was torn off.
-      if (deleteOnServer && !isTornOff) doomed_.push_back(message);
+      if (isTornOff) {
+        events_.TornOffAgain();
+      } else if (deleteOnServer) {
+        doomed_.push_back(message);
+      }
       return;
     }
     deleteOnServer = false;
@@ -527,6 +532,13 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   }
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
+}
+
+// A server whose sizes were exact so far is held to them.
+bool Pop3Session::IsTornOff(const QByteArray& data, qint64 announced) {
+  const SizeFit fit = FitOf(data, announced);
+  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact && announced > 0);
+  return fit == SizeFit::Off || (fit == SizeFit::Near && hasExactSizes_) || HasHole(data);
 }
 
 // Asks once more. Where answers are out of step, another one comes.

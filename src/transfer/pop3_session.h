@@ -87,6 +87,7 @@ class Pop3Session : public MailSession {
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
   bool IsStopped(size_t message, const QByteArray& header);
+  bool IsTornOff(const QByteArray& data, qint64 announced);
   bool IsRepeated(size_t message, const QByteArray& data);
   void MessageDone(size_t message, const QByteArray& data);
   void FinishTransfer();
@@ -116,6 +117,7 @@ class Pop3Session : public MailSession {
   bool hasTop_ = false;                    // it was answered once
   bool asksForHeaders_ = false;            // it was asked for in this session
   std::vector<bool> untested_;             // by message: rules are still to be tested on its header
+  bool hasExactSizes_ = false;             // of a message so far
   std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
   qsizetype replies_ = 0;                  // whole replies so far
   qsizetype received_ = 0;                 // bytes before the login is over

@@ -19,22 +19,15 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
-/// How many bytes a message has at least of which a server says that it has `listed`. Some count in
-/// blocks, but hardly one message of a few lines.
-inline qint64 LeastSize(qint64 listed) {
-  constexpr qint64 kMostOff = 1024;
-  return listed - qMin(kMostOff, listed / 10);
-}
-
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
 class PopEvents {
  public:
   virtual ~PopEvents() = default;
 
-  /// A message has been downloaded to its end; `isTornOff` when it is smaller than the server said
-  /// (`LeastSize`) or has a hole. `deleteOnServer` starts false. Returns whether it was stored;
-  /// after false the session fetches nothing more.
+  /// A message has been downloaded to its end; `isTornOff` when it is not the one that the server
+  /// announced by its size (`SizeFit`), or has a hole. `deleteOnServer` starts false. Returns
+  /// whether it was stored; after false the session fetches nothing more.
   virtual bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
                               bool& deleteOnServer) = 0;
   /// Every recipient was accepted and the message itself would be sent next. Asked once, right
@@ -62,6 +55,8 @@ class PopEvents {
   /// Whether it does. Asked with that header; otherwise the message is downloaded.
   virtual bool IsStored(const QString& messageId, const QByteArray& header,
                         bool& deleteOnServer) = 0;
+  /// A message that is torn off, and stored already, stays on the server.
+  virtual void TornOffAgain() = 0;
   /// A failure, as a sentence for the user.
   virtual void Error(int code, const QString& text) = 0;
   /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so.

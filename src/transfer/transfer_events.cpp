@@ -59,6 +59,7 @@ void TransferEvents::SessionStarted() {
   arrivedInSession_ = 0;
   stoppedInSession_ = 0;
   stopDeletesInSession_ = 0;
+  tornOffInSession_ = 0;
   toldOfUnknown_ = false;
   deletes_ = DeletesOnServer();
   // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
@@ -88,6 +89,11 @@ void TransferEvents::SessionEnded() {
   }
   if (arrivedInSession_ > 0 && !flushFailed_) {
     Log(0, Ui::tr("メッセージを%1通受信しました。").arg(arrivedInSession_));
+  }
+  if (tornOffInSession_ > 0) {
+    Log(0, Ui::tr("サーバーが知らせた大きさと合わないメッセージが%1通ありました。サーバーには"
+                  "残します。")
+               .arg(tornOffInSession_));
   }
   if (stoppedInSession_ > 0) {
     Log(0, Ui::tr("メッセージ条件により%1通を受信しませんでした。").arg(stoppedInSession_));
@@ -167,8 +173,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
 // The rest may still be there: the next session asks again, and believes the same answer.
 void TransferEvents::KeepTornOff(bool& deleteOnServer) {
   deleteOnServer = false;
-  Log(0, Ui::tr("サーバーが知らせた大きさより小さいメッセージを受信しました。サーバーには"
-                "残します。"));
+  TornOffAgain();
 }
 
 // Half of a message that another account has got as well is not the same answer a second time.

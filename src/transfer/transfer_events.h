@@ -57,6 +57,7 @@ class TransferEvents : public QObject, public PopEvents {
   void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
   bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
   bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
+  void TornOffAgain() override { ++tornOffInSession_; }
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
   void SessionStarted() override;
@@ -107,6 +108,7 @@ class TransferEvents : public QObject, public PopEvents {
   int arrivedInSession_ = 0;
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;
+  int tornOffInSession_ = 0;
   bool deletes_ = false;        // as the account was when the session began
   bool deletesStored_ = false;  // also what was stored before
   KnownMessages known_;

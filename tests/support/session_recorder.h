@@ -48,6 +48,7 @@ class SessionRecorder : public PopEvents {
     deleteOnServer = deletes;
     return header.contains("Subject: stored");
   }
+  void TornOffAgain() override { told.append(QStringLiteral("torn off")); }
   void Error(int code, const QString& text) override {
     codes.append(static_cast<PopError>(code));
     errors.append(text);

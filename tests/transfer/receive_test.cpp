@@ -252,7 +252,7 @@ TEST_F(ReceiveTest, ANameThatIsGivenAnewIsNewMail) {
 
 // What was to be deleted and was not is told by its header, or fetched where that does not tell.
 TEST_F(ReceiveTest, AMessageThatComesBackIsNotStoredTwice) {
-  server_.AddMessage("a", "Received: x\r\nMessage-ID: <a@x>\r\nSubject: a\r\n\r\n\r\n");
+  server_.AddMessage("a", "Received: x\r\nMessage-ID: <a@x>\r\nSubject: a\r\n\r\ntext\r\n");
   server_.AddMessage("b", "Subject: b\r\n\r\n\r\n");
   const DiskPtr account = profile_.AddAccount(server_.Port(), true);
   const QList<test::ServerMessage> all = server_.Messages;

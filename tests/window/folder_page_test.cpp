@@ -154,9 +154,13 @@ TEST_F(FolderPageTest, ADoubleClickIsOneCommand) {
   // A link of a row as well.
   test::RunFor(QApplication::doubleClickInterval());
   ClickLink(QStringLiteral("a[href^=\"replay:\" i]"));
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   QWidget* page = View()->focusProxy();
-  QTest::mouseDClick(page, Qt::LeftButton, Qt::NoModifier, page->mapFromGlobal(QCursor::pos()));
+  const auto again = [page] {
+    QTest::mouseClick(page, Qt::LeftButton, Qt::NoModifier, page->mapFromGlobal(QCursor::pos()));
+  };
+  again();  // before the engine has told of the first
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  again();
   test::RunFor(200);
   int windows = 0;
   for (QWidget* window : QApplication::topLevelWidgets()) {

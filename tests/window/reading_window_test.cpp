@@ -57,6 +57,41 @@ TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
   }
 }
 
+// Who is typing an answer means no box that comes up meanwhile.
+TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
+  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  const QString serial =
+      Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
+  program_->Parent()->OpenMessage(1, serial, true);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  auto& memo = Child<QPlainTextEdit>(*TopLevel<MessageWindow>(), u"txMemo");
+  memo.setFocus();
+  memo.clear();
+  // As long as keys come, however long the machine takes for each, the box waits.
+  const QString typed = QStringLiteral("yes no yoroshiku onegai itashimasu");
+  const bool asked = InModal<QMessageBox>(
+      [&] {
+        for (const QChar c : typed) {
+          QTest::keyClick(&memo, c.toLatin1());
+          EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        }
+      },
+      [](QMessageBox& box) {
+        for (const auto key : {Qt::Key_Y, Qt::Key_N, Qt::Key_Space}) {
+          QTest::keyClick(&box, key);
+          QTest::keyClick(box.button(QMessageBox::No), key);
+        }
+        EXPECT_TRUE(box.isVisible());
+        QTest::keyClick(&box, Qt::Key_Escape);
+      });
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(memo.toPlainText(), typed);
+  EXPECT_TRUE(smtp_.Messages().isEmpty());
+  InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
 TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {
   Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
   const auto reply = [this](const QByteArray& asks) {

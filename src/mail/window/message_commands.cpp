@@ -40,6 +40,7 @@
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 #include "storage/window/second_click.h"
+#include "storage/window/unasked_question.h"
 
 namespace vorn {
 namespace {
@@ -357,7 +358,7 @@ void MessageWindow::InsertRows(const QString& addressLines) {
 
 void MessageWindow::AskForReceipt() {
   request_->Let(QStringLiteral("notice"), false);
-  const auto answer = ShowBox(
+  const auto answer = ShowUnaskedBox(
       this, QMessageBox::Question,
       Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);

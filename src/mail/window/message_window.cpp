@@ -31,6 +31,7 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
+#include "storage/window/unasked_question.h"
 
 namespace vorn {
 namespace {
@@ -238,6 +239,7 @@ bool MessageWindow::StoreForClosing() {
     return true;
   }
   FinishEditing();
+  if (receiptDue_ != nullptr && request_->Flag(u"notice") && !host_.IsClosing()) AskForReceipt();
   const bool isNew = request_->Flag(u"new");
   const bool sends = request_->Flag(u"send");
   if (isNew && !sends) {
@@ -275,7 +277,9 @@ void MessageWindow::changeEvent(QEvent* event) {
 
 void MessageWindow::AskForReceiptSoon() {
   if (!request_->Flag(u"notice") || !Settings(context_)->Flag(u"ReceiveNotice")) return;
-  QTimer::singleShot(0, this, [this] {
+  if (receiptDue_ != nullptr) return;
+  // Who has opened a reply is typing already.
+  receiptDue_ = new TypingPause(this, [this] {
     if (request_->Flag(u"notice")) AskForReceipt();
   });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 #include "frame/request_window.h"
@@ -153,6 +154,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   bool unreadable_ = false;  // nothing of it may be stored, sent or answered
   int zoom_ = 0;
   QTimer drafts_;
+  QPointer<QObject> receiptDue_;  // the wait before the question for a receipt
 
   QToolBar* tbMenu_ = nullptr;
   DoubtBar* doubt_ = nullptr;

@@ -19,7 +19,9 @@ QString BoxText(const QUrl& origin, const QString& text) {
 bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
   if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
     // Only what the user clicked; a page cannot follow its own links.
-    if (type == NavigationTypeLinkClicked) Q_EMIT CommandFollowed(*command);
+    if (type == NavigationTypeLinkClicked && !IsRepeated(*command)) {
+      Q_EMIT CommandFollowed(*command);
+    }
     return false;
   }
   if (!localPage_.isEmpty()) {
@@ -40,6 +42,16 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     return goesOn;
   }
   return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
+}
+
+// Clicks in a row on one link are one command. The engine tells of each a while after it was made.
+bool LinkPage::IsRepeated(const LinkCommand& command) {
+  const bool isSoon =
+      sinceFollowed_.isValid() && sinceFollowed_.elapsed() < QApplication::doubleClickInterval();
+  const bool isRepeated = isSoon && command == followed_;
+  followed_ = command;
+  sinceFollowed_.start();
+  return isRepeated;
 }
 
 QWebEnginePage* LinkPage::createWindow(WebWindowType) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWebEnginePage>
 #include <functional>
 
@@ -39,10 +40,13 @@ class LinkPage : public QWebEnginePage {
 
  private:
   bool HasUser() const;
+  bool IsRepeated(const LinkCommand& command);
 
   QUrl localPage_;
   std::function<QWebEnginePage*()> makeWindow_;
   bool holding_ = false;
+  LinkCommand followed_;
+  QElapsedTimer sinceFollowed_;
 };
 
 }  // namespace vorn

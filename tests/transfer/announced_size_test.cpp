@@ -1,0 +1,155 @@
+// Answers that do not fit what the server said of a message: nothing is deleted for them.
+
+#include "transfer/announced_size.h"
+
+#include <gtest/gtest.h>
+
+#include "support/loopback_pop3_server.h"
+#include "support/traffic.h"
+
+namespace vorn {
+namespace {
+
+using test::Fault;
+using test::LoopbackPop3Server;
+
+TEST(SizeFitTest, WhatServersCountOtherwiseFitsAndWhatIsMissingDoesNot) {
+  const QByteArray header = "Message-ID: <1@example.jp>\r\n" + QByteArray(2000, 'h') + "\r\n\r\n";
+  const QByteArray text = header + QByteArray("a line\r\n").repeated(30);
+  const auto fit = [](const QByteArray& message, qsizetype announced) {
+    return FitOf(message, announced);
+  };
+  EXPECT_EQ(fit(text, text.size()), SizeFit::Exact);
+  EXPECT_EQ(fit(text, text.size() + 3), SizeFit::Exact) << "the end counted as well";
+  EXPECT_EQ(fit(text, text.size() - text.count('\n')), SizeFit::Exact) << "bare line feeds";
+  EXPECT_EQ(fit(header + ".a\r\n.b\r\n", header.size() + 8 + 7), SizeFit::Exact) << "doubled";
+  EXPECT_EQ(fit(text, 0), SizeFit::Exact) << "no size at all";
+  EXPECT_EQ(fit(text, text.size() + 100), SizeFit::Near);
+  EXPECT_EQ(fit(text, text.size() - 100), SizeFit::Near) << "fields added on the way";
+  EXPECT_EQ(fit(text, text.size() * 2), SizeFit::Off);
+  EXPECT_EQ(fit(text + text, text.size()), SizeFit::Off);
+  EXPECT_EQ(fit(header, header.size() + 40), SizeFit::Off) << "a text of 40 bytes is missing";
+  EXPECT_EQ(fit(header, header.size() + 2), SizeFit::Exact);
+  EXPECT_EQ(fit("", 3), SizeFit::Off);
+}
+
+class AnnouncedSizeTest : public test::TrafficTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(server_.Listen());
+    server_.Pipelining = false;
+    account_ = profile_.AddAccount(server_.Port());
+    account_->Let(QStringLiteral("InMailServerDelete"), true);
+  }
+  static QByteArray Header(const QByteArray& subject, qsizetype more = 0) {
+    return "Received: from a by b\r\nMessage-ID: <" + subject +
+           "@example.jp>\r\nX-Long: " + QByteArray(more, 'h') + "\r\nSubject: " + subject +
+           "\r\n\r\n";
+  }
+  // A header alone is asked for twice at once.
+  void Answer(const QByteArray& given) {
+    const QByteArray reply = "+OK\r\n" + given + ".\r\n";
+    server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, reply},
+                      {Fault::Kind::Reply, "RETR", 2, 0, reply}};
+  }
+  QByteArrayList Stored() {
+    QByteArrayList sources;
+    for (const QVariant& source : profile_.Select(QStringLiteral("SELECT MAIL AS V FROM mail"))) {
+      sources.append(source.toByteArray());
+    }
+    return sources;
+  }
+
+  LoopbackPop3Server server_;
+  DiskPtr account_;
+};
+
+// A message that is all header, such as phones send, of which the first answer gave a piece.
+TEST_F(AnnouncedSizeTest, AMessageWithoutTextIsNotTakenForAPieceOfItsHeader) {
+  for (const bool offersTop : {true, false}) {
+    for (const bool deletes : {true, false}) {
+      for (const qsizetype lines : {0, 1, 2, 3}) {
+        SCOPED_TRACE(
+            QStringLiteral("%1 %2 %3").arg(offersTop).arg(deletes).arg(lines).toStdString());
+        server_.OffersTop = offersTop;
+        account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+        const QByteArray uidl = QByteArrayLiteral("u") + QByteArray::number(lines) +
+                                (offersTop ? "t" : "") + (deletes ? "d" : "k");
+        const QByteArray whole = Header(uidl);
+        server_.Messages = {{uidl, whole}};
+        qsizetype end = 0;
+        for (qsizetype line = 0; line < lines; ++line) end = whole.indexOf("\r\n", end) + 2;
+        Answer(whole.first(end));
+        Receive();
+        EXPECT_EQ(server_.Messages.size(), 1);
+        server_.Faults.clear();
+        Receive();
+        Receive();
+        EXPECT_TRUE(Stored().contains(whole));
+        EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
+      }
+    }
+  }
+}
+
+// Where a long header hides by its size that a short text is missing.
+TEST_F(AnnouncedSizeTest, AShortTextUnderALongHeaderIsMissed) {
+  for (const bool offersUidl : {true, false}) {
+    SCOPED_TRACE(offersUidl);
+    server_.OffersUidl = offersUidl;
+    const QByteArray header = Header(offersUidl ? "uidl" : "none", 3000);
+    const QByteArray whole = header + "the whole text of a short message\r\n";
+    server_.Messages = {{"u", whole}};
+    Answer(header);
+    Receive();
+    EXPECT_EQ(server_.Messages.size(), 1);
+    server_.Faults.clear();
+    Receive();
+    EXPECT_TRUE(Stored().contains(whole));
+    EXPECT_TRUE(server_.Messages.isEmpty());
+  }
+}
+
+// A server whose other sizes are exact is held to them, so that a message in the place of another,
+// or half of its text, is not enough to delete it.
+TEST_F(AnnouncedSizeTest, AnotherMessagesTextAndAHalfOneAreMissed) {
+  int run = 0;
+  for (const bool offersUidl : {true, false}) {
+    for (const bool isHalf : {true, false}) {
+      SCOPED_TRACE(QStringLiteral("%1 %2").arg(offersUidl).arg(isHalf).toStdString());
+      server_.OffersUidl = offersUidl;
+      const QByteArray name = QByteArray::number(++run);
+      const QByteArray first = Header("first" + name) + QByteArray(600, 'a') + "\r\n";
+      const QByteArray wanted = Header("wanted" + name, 2000) + QByteArray(600, 'b') + "\r\n";
+      const QByteArray larger = Header("larger" + name, 4000) + QByteArray(700, 'c') + "\r\n";
+      const QByteArray given = isHalf ? wanted.chopped(120) + "\r\n" : larger;
+      server_.Messages = {{"f" + name, first}, {"w" + name, wanted}, {"l" + name, larger}};
+      server_.Faults = {{Fault::Kind::Reply, "RETR", 2, 0, "+OK\r\n" + given + ".\r\n"}};
+      Receive();
+      EXPECT_GE(server_.Messages.size(), 1);
+      server_.Faults.clear();
+      Receive();
+      Receive();
+      EXPECT_TRUE(Stored().contains(wanted));
+      EXPECT_TRUE(Stored().contains(larger));
+      EXPECT_TRUE(server_.Messages.isEmpty());
+    }
+  }
+}
+
+// What stays on the server is told at each check, once for all.
+TEST_F(AnnouncedSizeTest, WhatStaysOnTheServerIsToldEachTime) {
+  server_.OffersUidl = false;
+  server_.SizeFactor = 1.5;
+  server_.Messages = {{"a", Header("a") + QByteArray(900, 'x') + "\r\n"},
+                      {"b", Header("b") + QByteArray(900, 'x') + "\r\n"}};
+  for (int check = 0; check < 2; ++check) {
+    host_.log.clear();
+    Receive();
+    EXPECT_EQ(host_.log.join(u'\n').count(QStringLiteral("大きさと合わないメッセージが2通")), 1);
+    EXPECT_EQ(server_.Messages.size(), 2);
+  }
+}
+
+}  // namespace
+}  // namespace vorn
