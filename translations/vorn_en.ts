@@ -2996,5 +2996,9 @@ and erased ones are not received again.</translation>
         <source>サーバーが知らせた大きさと合わないメッセージが%1通ありました。サーバーには残します。</source>
         <translation>%1 messages did not fit the size that the server announced. They are left on the server.</translation>
     </message>
+    <message>
+        <source>最後にログインしたプロファイルが既定になります。</source>
+        <translation>The profile that was logged in last is the default one.</translation>
+    </message>
 </context>
 </TS>

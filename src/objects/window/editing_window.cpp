@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -23,6 +24,22 @@ namespace {
 
 const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
                                   QStringLiteral("mode"), QStringLiteral("login")};
+
+// A page that can be smaller than its controls need, on a small screen with large letters, but has
+// room for all of them where there is some.
+class PageArea : public QScrollArea {
+ public:
+  explicit PageArea(QWidget* page) {
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidget(page);
+  }
+  QSize sizeHint() const override {
+    const QSize page = widget()->sizeHint().expandedTo(widget()->minimumSizeHint());
+    return page + QSize(verticalScrollBar()->sizeHint().width(), 0);
+  }
+};
 
 }  // namespace
 
@@ -56,13 +73,7 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
 
 void EditingWindow::AddPage(FormPage* page) {
   pages_.push_back(page);
-  // A small screen with large letters has not room for all of a page.
-  auto* area = new QScrollArea;
-  area->setWidgetResizable(true);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setFocusPolicy(Qt::NoFocus);
-  area->setWidget(page);
-  tsPage_->addTab(area, page->Title());
+  tsPage_->addTab(new PageArea(page), page->Title());
   // What was wrong is not told beyond the next change.
   for (auto* line : page->findChildren<QLineEdit*>()) {
     connect(line, &QLineEdit::textEdited, lbError_, &QLabel::hide);

@@ -31,7 +31,11 @@ FilePage::FilePage(const Context& context, const QString& type, const QString& s
   FillTree(context, type, serialId);
   QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), Ui::tr("使用する(&U)"));
   enabled->setChecked(true);
-  AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
+  QCheckBox* standard = AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
+  if (type == object_type::kProfile) {  // by a rule that goes before what is chosen here
+    standard->setEnabled(false);
+    standard->setToolTip(Ui::tr("最後にログインしたプロファイルが既定になります。"));
+  }
   QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), Ui::tr("標準のオブジェクト"));
   system->setEnabled(false);
   system->hide();

@@ -62,6 +62,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
   type_ = request->Text(u"status");
   BuildPages(type_);
+  resize(size().expandedTo(sizeHint()));
   findChild<QLineEdit*>(QStringLiteral("txDraw"))
       ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();

@@ -149,12 +149,12 @@ class ReadPage : public FormPage {
 
 SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
     : EditingWindow(context, QStringLiteral("logo"), parent) {
-  resize(kSize);
   setWindowTitle(Ui::tr("設定"));
   AddPage(new ViewPage);
   AddPage(new CheckingPage);
   AddPage(new EditPage);
   AddPage(new ReadPage);
+  resize(kSize.expandedTo(sizeHint()));
 }
 
 bool SettingsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
