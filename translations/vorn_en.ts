@@ -2949,10 +2949,6 @@ and erased ones are not received again.</translation>
         <translation>E&amp;xtract Files..</translation>
     </message>
     <message>
-        <source>カレンダー用に保存..</source>
-        <translation>Save for Calendar..</translation>
-    </message>
-    <message>
         <source>予定への招待です。返事をしますか？</source>
         <translation>An invitation to an appointment. Do you want to answer?</translation>
     </message>
@@ -2999,6 +2995,26 @@ and erased ones are not received again.</translation>
     <message>
         <source>最後にログインしたプロファイルが既定になります。</source>
         <translation>The profile that was logged in last is the default one.</translation>
+    </message>
+    <message>
+        <source>メールのデータベースファイルが入れ替わったので、サーバーからは削除しません。</source>
+        <translation>The mail database file was exchanged for another one. Nothing is deleted on the server.</translation>
+    </message>
+    <message>
+        <source>カレンダー用に保存(&amp;4)..</source>
+        <translation>Save for Calendar.. (&amp;4)</translation>
+    </message>
+    <message>
+        <source>予定への返事として、カレンダーに伝わります:</source>
+        <translation>Answered to the calendars:</translation>
+    </message>
+    <message>
+        <source>」「</source>
+        <translation>&quot;, &quot;</translation>
+    </message>
+    <message>
+        <source>（先頭の%1個です）</source>
+        <translation> (the first %1)</translation>
     </message>
 </context>
 </TS>

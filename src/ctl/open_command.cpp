@@ -86,7 +86,9 @@ int OpenFile(const Arguments& arguments) {
 
 bool IsStoredMessage(const Arguments& arguments) {
   const QString name = arguments.Words().value(2);
-  return name.startsWith(u"mail_") && !QFileInfo::exists(name);
+  // Those of messages that were written here are coded, with the computer's name behind them.
+  const bool isIdentifier = name.startsWith(u"mail_") || name.contains(u'@');
+  return isIdentifier && !name.contains(u'/') && !QFileInfo::exists(name);
 }
 
 int OpenStored(Context& context, const Arguments& arguments) {

@@ -10,8 +10,10 @@ namespace {
 
 QString NameOf(const QString& type, int number, bool standard) {
   const QString name = Ui::tr("添付ファイル[%1].dat").arg(number);
-  const QString ending =
-      standard ? QMimeDatabase().mimeTypeForName(type).preferredSuffix() : QString();
+  const bool isCalendar = type == u"text/calendar";  // whose older form the database prefers
+  const QString ending = !standard    ? QString()
+                         : isCalendar ? QStringLiteral("ics")
+                                      : QMimeDatabase().mimeTypeForName(type).preferredSuffix();
   return ending.isEmpty() ? name : name.left(name.lastIndexOf(u'.') + 1) + ending;
 }
 

@@ -1,5 +1,7 @@
 #include "mail/invitation.h"
 
+#include <cstdlib>
+
 #include "mail/list_splitting.h"
 #include "mail/parsed_calendar.h"
 
@@ -24,6 +26,26 @@ void ForEachAttendee(icalcomponent* event, const Visit& visit) {
        attendee = icalcomponent_get_next_property(event, ICAL_ATTENDEE_PROPERTY)) {
     visit(attendee);
   }
+}
+
+InvitationAnswer AnswerOf(icalproperty* attendee) {
+  icalparameter* status = icalproperty_get_first_parameter(attendee, ICAL_PARTSTAT_PARAMETER);
+  if (status == nullptr) return InvitationAnswer::Tentative;
+  switch (icalparameter_get_partstat(status)) {
+    case ICAL_PARTSTAT_ACCEPTED:
+      return InvitationAnswer::Accepted;
+    case ICAL_PARTSTAT_DECLINED:
+      return InvitationAnswer::Declined;
+    default:
+      return InvitationAnswer::Tentative;
+  }
+}
+
+QByteArray TextOf(icalcomponent* calendar) {
+  char* text = icalcomponent_as_ical_string_r(calendar);
+  const QByteArray bytes(text);
+  free(text);
+  return bytes;
 }
 
 // What tells the organizer which appointment, and which version of it, is answered.
@@ -100,11 +122,35 @@ QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
   icalcomponent_add_property(whole, icalproperty_new_method(ICAL_METHOD_REPLY));
   CopyZones(parsed.Whole(), whole);
   icalcomponent_add_component(whole, replied);
-  char* text = icalcomponent_as_ical_string_r(whole);
-  QByteArray bytes(text);
-  free(text);
+  const QByteArray bytes = TextOf(whole);
   icalcomponent_free(whole);
   return bytes;
+}
+
+std::optional<InvitationReply> ReadReply(const QByteArray& calendar) {
+  const ParsedCalendar parsed(QString::fromUtf8(calendar));
+  icalcomponent* event = parsed.Event();
+  if (event == nullptr || icalcomponent_get_method(parsed.Whole()) != ICAL_METHOD_REPLY) {
+    return std::nullopt;
+  }
+  icalproperty* attendee = icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY);
+  if (attendee == nullptr) return std::nullopt;
+  return InvitationReply{MimeCodec::OneLine(QString::fromUtf8(icalcomponent_get_summary(event))),
+                         CalendarAddress(icalproperty_get_attendee(attendee)), AnswerOf(attendee)};
+}
+
+QByteArray ChangeReply(const QByteArray& calendar, const QString& address,
+                       InvitationAnswer answer) {
+  const ParsedCalendar parsed(QString::fromUtf8(calendar));
+  icalcomponent* event = parsed.Event();
+  if (event == nullptr) return calendar;
+  icalproperty* answering = AnsweringAttendee(event, address, answer);
+  while (icalproperty* attendee = icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY)) {
+    icalcomponent_remove_property(event, attendee);
+    icalproperty_free(attendee);
+  }
+  icalcomponent_add_property(event, answering);
+  return TextOf(parsed.Whole());
 }
 
 }  // namespace vorn

@@ -27,4 +27,17 @@ std::optional<Invitation> ReadInvitation(const QString& calendar);
 QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
                          InvitationAnswer answer);
 
+/// An answer as it is sent.
+struct InvitationReply {
+  QString summary;
+  QString address;  ///< of the one who answers
+  InvitationAnswer answer = InvitationAnswer::Accepted;
+};
+
+/// What a calendar that `ReplyCalendar` made says; nothing for any other.
+std::optional<InvitationReply> ReadReply(const QByteArray& calendar);
+
+/// Such a calendar with another answer, or of somebody else. One that cannot be read stays.
+QByteArray ChangeReply(const QByteArray& calendar, const QString& address, InvitationAnswer answer);
+
 }  // namespace vorn

@@ -32,6 +32,17 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
+// The source of the message of that name in that file, if it reads back as it was stored.
+std::optional<QByteArray> ReadStored(Context& context, const QString& file,
+                                     const QString& messageId) {
+  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return std::nullopt;
+  bool failed = false;
+  const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
+  context.Data.Close();
+  if (!source || !source->isValid()) return std::nullopt;
+  return source->toByteArray();
+}
+
 // A field that is there twice counts twice.
 bool HasFieldsOf(QByteArrayList fields, const QByteArrayList& others) {
   return std::all_of(others.begin(), others.end(),
@@ -84,24 +95,28 @@ bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
 }  // namespace
 
 bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId) {
-  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
-  bool failed = false;
-  const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
-  context.Data.Close();
-  return source && source->isValid();
+  return ReadStored(context, file, messageId).has_value();
+}
+
+bool StoredCopyIsAbout(Context& context, const QString& file, const QString& messageId,
+                       const QByteArray& source) {
+  if (!HasBody(source) || HasHole(source)) return false;
+  const QByteArrayView name = "MESSAGE-ID:";
+  const QByteArray id = MimeCodec::HeaderField(source, name);
+  const auto stored = ReadStored(context, file, messageId);
+  if (!stored || !id.contains('@') || MimeCodec::HeaderField(*stored, name) != id) return false;
+  constexpr qsizetype kFew = 64;  // bytes, such as those of a field that is written on the way
+  return HasBody(*stored) && !HasHole(*stored) &&
+         qAbs(stored->size() - source.size()) <= kFew + source.size() / 100;
 }
 
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,
                          const QByteArray& header,
                          const std::function<bool(const QByteArray& stored)>& whole) {
-  if (!IsUnique(header) || !OpenDatabase(context, DatabaseKind::MailByPath, file)) return false;
-  bool failed = false;
-  const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
-  context.Data.Close();
-  if (!source || !source->isValid()) return false;
-  const QByteArray stored = source->toByteArray();
-  return whole(stored) && !HasHole(stored) &&
-         MimeCodec::AllHeaders(stored) == MimeCodec::AllHeaders(header);
+  if (!IsUnique(header)) return false;
+  const auto stored = ReadStored(context, file, messageId);
+  return stored && whole(*stored) && !HasHole(*stored) &&
+         MimeCodec::AllHeaders(*stored) == MimeCodec::AllHeaders(header);
 }
 
 // A copy that cannot be read may be of any message.

@@ -7,11 +7,10 @@
 #include <memory>
 
 #include "mail/charset.h"
+#include "mail/utf8_locale.h"
 
 namespace vorn {
 namespace {
-
-constexpr size_t kMostFiles = 10000;
 
 using Archive = std::unique_ptr<archive, decltype(&archive_read_free)>;
 
@@ -58,9 +57,10 @@ ZipResult Copy(archive* opened, bool isEncrypted, QIODevice& target) {
 
 std::vector<ZipEntry> ListZip(const QByteArray& bytes) {
   std::vector<ZipEntry> files;
+  const Utf8Locale locale;
   const Archive opened = Open(bytes);
   archive_entry* entry = nullptr;
-  while (opened != nullptr && files.size() < kMostFiles) {
+  while (opened != nullptr && files.size() < kMostZipFiles) {
     const int result = archive_read_next_header(opened.get(), &entry);
     if (result == ARCHIVE_EOF || result < ARCHIVE_WARN) break;
     if (!IsFile(entry)) continue;
@@ -72,10 +72,11 @@ std::vector<ZipEntry> ListZip(const QByteArray& bytes) {
 ZipResult UnpackZip(const QByteArray& bytes, const QString& password,
                     const std::function<QIODevice*(size_t index)>& target,
                     const std::function<bool()>& done) {
+  const Utf8Locale locale;
   const Archive opened = Open(bytes, password);
   if (opened == nullptr) return ZipResult::Damaged;
   archive_entry* entry = nullptr;
-  for (size_t index = 0; index < kMostFiles;) {
+  for (size_t index = 0; index < kMostZipFiles;) {
     const int result = archive_read_next_header(opened.get(), &entry);
     if (result == ARCHIVE_EOF) break;
     if (result < ARCHIVE_WARN) return ZipResult::Damaged;

@@ -22,7 +22,10 @@ enum class ZipResult {
   NotWritten      ///< the receiver refused
 };
 
-/// The files in an archive, folders left out; empty when it is none. At most 10,000 are listed.
+/// How many files of an archive are listed and unpacked at most.
+inline constexpr size_t kMostZipFiles = 2000;
+
+/// The files in an archive, folders left out; empty when it is none.
 /// Names without a mark of their code are read in the code that fits them.
 std::vector<ZipEntry> ListZip(const QByteArray& archive);
 

@@ -26,10 +26,8 @@ SizeFit FitOf(const QByteArray& message, qint64 announced) {
   const qint64 more = message.size() - announced;
   if (more < -kLastBreak && !HasBody(message)) return SizeFit::Off;
   const qint64 lines = message.count('\n');
-  // A line break may have been counted as one byte.
-  const bool isExact =
-      (more >= -kEnd - DoubledStops(message) && more <= kEnd) || qAbs(more - lines) <= kEnd;
-  if (isExact) return SizeFit::Exact;
+  if (more > 0 && qAbs(more - lines) <= kEnd) return SizeFit::LineFeeds;
+  if (more >= -kEnd - DoubledStops(message) && more <= kEnd) return SizeFit::Exact;
   const bool isNear = more >= -Tolerance(announced) && more <= lines + Tolerance(announced);
   return isNear ? SizeFit::Near : SizeFit::Off;
 }

@@ -6,13 +6,18 @@ namespace vorn {
 
 /// How well a downloaded message fits the size that the server said it has (RFC 1939 section 11).
 enum class SizeFit {
-  Exact,  ///< but for what servers are known to count otherwise
-  Near,   ///< about as large: some count in blocks, or add fields on the way
-  Off,    ///< a good part is missing, or it is another message
+  Exact,      ///< but for the end of the answer, which some count as well
+  LineFeeds,  ///< a line break may have been counted as one byte
+  Near,       ///< about as large: some count in blocks, or add fields on the way
+  Off,        ///< a good part is missing, or it is another message
 };
 
 /// A size of 0 says nothing and fits every message. One that ends before its text has begun is off
 /// where the server knows of more.
 SizeFit FitOf(const QByteArray& message, qint64 announced);
+
+inline bool IsExact(SizeFit fit) {
+  return fit == SizeFit::Exact || fit == SizeFit::LineFeeds;
+}
 
 }  // namespace vorn

@@ -21,7 +21,7 @@ class ConnectionCheck::Events : public PopEvents {
   bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
   void TornOffAgain() override {}
   void Error(int, const QString& text) override { error_ = text; }
-  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
+  void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
   void SessionStarted() override { error_.clear(); }
   void SessionEnded() override {
     Q_EMIT check_.Finished(error_.isEmpty(),

@@ -114,7 +114,7 @@ bool KnownMessages::HasListedSize(const QString& messageId) {
 bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
   const QStringList files = unsure_.take(messageId);
   const auto isWhole = [size = listing_.SizeOf(messageId)](const QByteArray& stored) {
-    return FitOf(stored, size) == SizeFit::Exact;
+    return IsExact(FitOf(stored, size));
   };
   const bool proves =
       !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
@@ -123,6 +123,13 @@ bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& hea
   // Names may be moving, and what has a new one be known.
   if (!proves) listing_.Upset();
   return proves;
+}
+
+// A server that is wrong about sizes may also write a message anew each time.
+bool KnownMessages::IsAboutStored(const QString& messageId, const QByteArray& data) {
+  return HasIdentifiers() && std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
+           return StoredCopyIsAbout(context_, file, messageId, data);
+         });
 }
 
 // Asked of what a name does not tell for sure: the server may have given it to another message, or

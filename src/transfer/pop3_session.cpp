@@ -5,6 +5,7 @@
 #include <QList>
 #include <utility>
 
+#include "mail/header_fields.h"
 #include "mail/message_identity.h"
 #include "storage/ui.h"
 #include "transfer/announced_size.h"
@@ -491,10 +492,10 @@ bool Pop3Session::IsWanted(size_t message, const QByteArray& header) {
   return !wantsHeaders_ || !IsStopped(message, header);
 }
 
-bool Pop3Session::IsStopped(size_t message, const QByteArray& header) {
+bool Pop3Session::IsStopped(size_t message, const QByteArray& header, bool isTornOff) {
   bool stop = false;
   bool deleteOnServer = false;
-  events_.ReceiveStopTest(header, stop, deleteOnServer);
+  events_.ReceiveStopTest(header, isTornOff, stop, deleteOnServer);
   if (stop && deleteOnServer) doomed_.push_back(message);
   return stop;
 }
@@ -527,9 +528,8 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
     }
     deleteOnServer = false;
   }
-  if (message < untested_.size() && untested_[message] && IsStopped(message, HeaderOf(data))) {
-    return;
-  }
+  const bool isUntested = message < untested_.size() && untested_[message];
+  if (isUntested && IsStopped(message, HeaderOf(data), isTornOff)) return;
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
 }
@@ -549,7 +549,11 @@ bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
     Fetch(message);
     return false;
   }
+  // Gateways write fields of their own, anew each time.
+  const QByteArrayView name = "MESSAGE-ID:";
+  const QByteArray id = MimeCodec::HeaderField(data, name);
   if (first->second == data) return true;
+  if (id.contains('@') && MimeCodec::HeaderField(first->second, name) == id) return true;
   Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
   return false;
 }

@@ -86,7 +86,7 @@ class Pop3Session : public MailSession {
   void Fetch(size_t message);
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
-  bool IsStopped(size_t message, const QByteArray& header);
+  bool IsStopped(size_t message, const QByteArray& header, bool isTornOff = false);
   bool IsTornOff(const QByteArray& data, qint64 announced);
   bool IsRepeated(size_t message, const QByteArray& data);
   void MessageDone(size_t message, const QByteArray& data);

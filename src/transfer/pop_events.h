@@ -59,8 +59,10 @@ class PopEvents {
   virtual void TornOffAgain() = 0;
   /// A failure, as a sentence for the user.
   virtual void Error(int code, const QString& text) = 0;
-  /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so.
-  virtual void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) = 0;
+  /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so. One that
+  /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
+  virtual void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
+                               bool& deleteOnServer) = 0;
   virtual void SessionStarted() = 0;
   virtual void SessionEnded() = 0;
   /// `done` of `total` bytes; `total` may be 0.

@@ -1,5 +1,6 @@
 #include "transfer/transfer_events.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "mail/message_identity.h"
@@ -11,6 +12,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
@@ -60,6 +62,7 @@ void TransferEvents::SessionStarted() {
   stoppedInSession_ = 0;
   stopDeletesInSession_ = 0;
   tornOffInSession_ = 0;
+  storedInSession_.clear();
   toldOfUnknown_ = false;
   deletes_ = DeletesOnServer();
   // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
@@ -110,8 +113,11 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
-  const StoredCopies::Found found = known_.FindStored(messageId, data);
+  const bool isAgain = isTornOff && known_.IsAboutStored(messageId, data);
+  const StoredCopies::Found found =
+      isAgain ? StoredCopies::Found::Stored : known_.FindStored(messageId, data);
   if (found == StoredCopies::Found::Failed) {
+    flushFailed_ = true;
     StoreFailed(failure);
     return false;
   }
@@ -146,6 +152,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   }
   if (received == Received::Failed) {
     deleteOnServer = false;
+    flushFailed_ = true;
     StoreFailed(failure);
     return false;
   }
@@ -228,6 +235,10 @@ bool TransferEvents::Flush() {
   }
   if (!flushFailed_ && !known_.Store())
     ListingFailed();  // costs fetching these once more, if all ends here
+  if (!stored.isEmpty()) {
+    if (storedInSession_.isEmpty()) storedInSession_.append(stored.first());
+    storedInSession_ = {storedInSession_.first(), stored.last()};
+  }
   counts_.stored += static_cast<int>(stored.size());
   arrivedInSession_ += static_cast<int>(stored.size());
   return true;
@@ -251,6 +262,11 @@ bool TransferEvents::MakeDurable() {
     StoreFailed(Ui::tr("データベースファイルが壊れているので、サーバーからは削除しません。"));
     return false;
   }
+  if (!IsStillThere()) {
+    StoreFailed(
+        Ui::tr("メールのデータベースファイルが入れ替わったので、サーバーからは削除しません。"));
+    return false;
+  }
   CountWork(context_);  // behind what was received, so that a log that is lost now is missed
   if (OpenDatabase(context_, DatabaseKind::Mail)) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
@@ -260,6 +276,20 @@ bool TransferEvents::MakeDurable() {
   }
   StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"));
   return false;
+}
+
+// Programs that copy files about may put another one in the place of that which was written to.
+bool TransferEvents::IsStillThere() {
+  return std::all_of(storedInSession_.begin(), storedInSession_.end(), [this](const QString& id) {
+    if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+    const bool found =
+        context_.Data.OpenRecordset(
+            QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(id),
+            CursorKind::ForwardOnly) &&
+        !context_.Data.Recordset()->Eof();
+    context_.Data.Close();
+    return found;
+  });
 }
 
 void TransferEvents::StoreFailed(const QString& sentence) {
@@ -384,9 +414,11 @@ void TransferEvents::KeepUnlessWhole(const QString& file, const QString& message
             context_.Data.LastError().text);
 }
 
-void TransferEvents::ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) {
+void TransferEvents::ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
+                                     bool& deleteOnServer) {
   stop = Rules().FirstMatch(header).has_value();
   if (!stop) return;
+  if (isTornOff) return TornOffAgain();
   deleteOnServer = LoadObject(context_, fixed_serial::kRules)->Flag(u"ReceiveStopDelete");
   ++counts_.stopped;
   ++stoppedInSession_;

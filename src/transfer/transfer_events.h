@@ -59,7 +59,8 @@ class TransferEvents : public QObject, public PopEvents {
   bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
   void TornOffAgain() override { ++tornOffInSession_; }
   void Error(int code, const QString& text) override;
-  void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override;
+  void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
+                       bool& deleteOnServer) override;
   void SessionStarted() override;
   void SessionEnded() override;
   void Progress(int code, qint64 total, qint64 done) override;
@@ -91,6 +92,7 @@ class TransferEvents : public QObject, public PopEvents {
   static void Append(Disk& job, const QString& key, const QString& line);
   void AddError(Disk& job, const QString& text);
   bool Flush();
+  bool IsStillThere();
   const ReceiveStopRules& Rules();
 
   Context& context_;
@@ -109,8 +111,9 @@ class TransferEvents : public QObject, public PopEvents {
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;
   int tornOffInSession_ = 0;
-  bool deletes_ = false;        // as the account was when the session began
-  bool deletesStored_ = false;  // also what was stored before
+  QStringList storedInSession_;  // the first and the last serial identifier
+  bool deletes_ = false;         // as the account was when the session began
+  bool deletesStored_ = false;   // also what was stored before
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
   int released_ = 0;    // how many it was told to

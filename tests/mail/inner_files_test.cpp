@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QtEndian>
+#include <clocale>
 #include <map>
 
 #include "mail/attachment_files.h"
@@ -221,6 +222,17 @@ TEST(ZipTest, FilesAreListedAndUnpackedWithTheirPassword) {
     EXPECT_TRUE(Unpacked(archive, {}, ZipResult::WrongPassword).empty());
   }
   EXPECT_TRUE(ListZip("no archive").empty());
+  // A name that says that it is UTF-8, whatever the locale is.
+  const QByteArray marked = QByteArray::fromBase64(
+      "UEsDBBQAAAgAAAAAIQCDFtyMAQAAAAEAAAAOAAAA6LOH5paZ8J+"
+      "Noy50eHR4UEsBAhQDFAAACAAAAAAhAIMW3IwBAAAAAQAAAA4AAAAAAAAAAAAAAIABAAAAAOizh+"
+      "aWmfCfjaMudHh0UEsFBgAAAAABAAEAPAAAAC0AAAAAAA==");
+  const std::string before = setlocale(LC_CTYPE, nullptr);
+  setlocale(LC_CTYPE, "C");
+  const std::vector<ZipEntry> entries = ListZip(marked);
+  setlocale(LC_CTYPE, before.c_str());
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].name, QStringLiteral("資料🍣.txt"));
 }
 
 TEST(ZipTest, ADamagedArchiveIsToldAndGivesNoOtherBytes) {

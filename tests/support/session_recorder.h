@@ -53,7 +53,7 @@ class SessionRecorder : public PopEvents {
     codes.append(static_cast<PopError>(code));
     errors.append(text);
   }
-  void ReceiveStopTest(const QByteArray& header, bool& stop, bool& deleteOnServer) override {
+  void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool& deleteOnServer) override {
     stop = header.contains("Subject: stop");
     deleteOnServer = deletes;
   }

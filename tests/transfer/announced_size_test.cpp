@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <cstdio>
+
+#include "objects/object_types.h"
+#include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/traffic.h"
 
@@ -21,7 +26,7 @@ TEST(SizeFitTest, WhatServersCountOtherwiseFitsAndWhatIsMissingDoesNot) {
   };
   EXPECT_EQ(fit(text, text.size()), SizeFit::Exact);
   EXPECT_EQ(fit(text, text.size() + 3), SizeFit::Exact) << "the end counted as well";
-  EXPECT_EQ(fit(text, text.size() - text.count('\n')), SizeFit::Exact) << "bare line feeds";
+  EXPECT_EQ(fit(text, text.size() - text.count('\n')), SizeFit::LineFeeds);
   EXPECT_EQ(fit(header + ".a\r\n.b\r\n", header.size() + 8 + 7), SizeFit::Exact) << "doubled";
   EXPECT_EQ(fit(text, 0), SizeFit::Exact) << "no size at all";
   EXPECT_EQ(fit(text, text.size() + 100), SizeFit::Near);
@@ -51,6 +56,12 @@ class AnnouncedSizeTest : public test::TrafficTest {
     const QByteArray reply = "+OK\r\n" + given + ".\r\n";
     server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, reply},
                       {Fault::Kind::Reply, "RETR", 2, 0, reply}};
+  }
+  void RefuseSpam() {
+    const auto rules = std::make_shared<Disk>(fixed_serial::kRules);
+    rules->Let(QStringLiteral("ReceiveStop"), QStringLiteral("from: spam@*"));
+    rules->Let(QStringLiteral("ReceiveStopDelete"), true);
+    profile_.Get().Objects.Add(rules);
   }
   QByteArrayList Stored() {
     QByteArrayList sources;
@@ -135,6 +146,84 @@ TEST_F(AnnouncedSizeTest, AnotherMessagesTextAndAHalfOneAreMissed) {
       EXPECT_TRUE(server_.Messages.isEmpty());
     }
   }
+}
+
+// A server that is wrong about sizes, and writes a message anew each time.
+TEST_F(AnnouncedSizeTest, WhatIsWrittenAnewEachTimeIsStoredOnce) {
+  int time = 0;
+  for (const double factor : {0.7, 1.4}) {
+    for (const bool deletes : {true, false}) {
+      SCOPED_TRACE(std::to_string(factor) + (deletes ? " deletes" : " keeps"));
+      account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+      server_.SizeFactor = factor;
+      const QByteArray name = QByteArray::number(factor) + (deletes ? "d" : "k");
+      const auto write = [&] {
+        server_.Messages = {{name, "X-Scan: " + QByteArray::number(++time) + "\r\n" + Header(name) +
+                                       QByteArray(3000, 'x') + "\r\n"}};
+      };
+      const qsizetype before = Stored().size();
+      write();
+      Receive();
+      for (int check = 0; check < 3 && !server_.Messages.isEmpty(); ++check) {
+        write();
+        Receive();
+      }
+      EXPECT_EQ(Stored().size(), before + 1);
+      EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
+    }
+  }
+}
+
+// The header of a message that does not fit decides nothing.
+TEST_F(AnnouncedSizeTest, ARuleDeletesNothingForAnotherMessagesHeader) {
+  RefuseSpam();
+  server_.OffersTop = false;
+  const QByteArray wanted = Header("wanted") + QByteArray(3000, 'x') + "\r\n";
+  server_.Messages = {{"w", wanted}};
+  Answer("From: spam@example.jp\r\n" + Header("spam") + "buy\r\n");
+  const ReceiveCounts first = Receive();
+  EXPECT_EQ(first.stored + first.stopped, 0);
+  EXPECT_EQ(server_.Messages.size(), 1);
+  server_.Faults.clear();
+  Receive();
+  EXPECT_TRUE(Stored().contains(wanted));
+}
+
+// A gateway that writes a field of its own into each answer does not look out of step.
+TEST_F(AnnouncedSizeTest, AHeaderThatDiffersByAFieldIsTheSameAnswer) {
+  RefuseSpam();
+  server_.Messages = {{"h", Header("h")},
+                      {"after", Header("after") + QByteArray(400, 'x') + "\r\n"}};
+  server_.SizeFactor = 1.3;
+  for (int time = 1; time <= 2; ++time) {
+    server_.Faults.append(
+        {Fault::Kind::Reply, "RETR", time, 0,
+         "+OK\r\nX-Scan: " + QByteArray::number(time) + "\r\n" + Header("h") + ".\r\n"});
+  }
+  EXPECT_EQ(Receive().errors, 0);
+  EXPECT_EQ(Stored().size(), 2);
+}
+
+// A program that copies files about puts an older file in the place of the one that is written to.
+TEST_F(AnnouncedSizeTest, NothingIsDeletedWhenTheFileWasExchanged) {
+  const QString file = MailDatabasePath(profile_.Get());
+  const QByteArray older = test::ReadFile(file);
+  for (int i = 0; i < 3; ++i) {
+    const QByteArray name = "m" + QByteArray::number(i);
+    server_.Messages.append({name, Header(name) + "text\r\n"});
+  }
+  server_.OnCommand = [&](const QByteArray& line) {
+    if (!line.startsWith("RETR 3")) return;
+    EXPECT_TRUE(test::WaitFor([this] { return Rows() == 2; }));  // in the file
+    QFile copy(file + QStringLiteral(".new"));
+    EXPECT_TRUE(copy.open(QIODevice::WriteOnly));
+    copy.write(older);
+    copy.close();
+    EXPECT_EQ(::rename(copy.fileName().toLocal8Bit().constData(), file.toLocal8Bit().constData()),
+              0);
+  };
+  Receive();
+  EXPECT_EQ(server_.Messages.size(), 3);
 }
 
 // What stays on the server is told at each check, once for all.

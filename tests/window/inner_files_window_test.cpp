@@ -1,5 +1,8 @@
 // Archives and appointments in message windows.
 
+#include <QDateTime>
+#include <QDialog>
+#include <QFile>
 #include <QFileDialog>
 #include <QListWidget>
 #include <QPushButton>
@@ -63,28 +66,104 @@ TEST_F(MessageWindowTest, FilesAreTakenOutOfAnArchiveWithItsPassword) {
   EXPECT_TRUE(Gone());
 }
 
-// The answer goes to the organizer and nobody else, after the user has seen it.
-TEST_F(MessageWindowTest, AnInvitationIsAnsweredByAMessage) {
-  const QByteArray source =
-      "From: Robot <noreply@example.net>\r\nTo: list@example.jp\r\nSubject: meeting\r\n"
-      "Message-ID: <9@example.jp>\r\nContent-Type: text/calendar; charset=utf-8; method=REQUEST\r\n"
-      "\r\nBEGIN:VCALENDAR\r\nMETHOD:REQUEST\r\nBEGIN:VEVENT\r\nUID:9\r\n"
-      "DTSTART:20260203T010000Z\r\nSUMMARY:定例\r\nORGANIZER:mailto:boss@example.jp\r\n"
-      "ATTENDEE:mailto:other@example.jp\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-  MessageWindow& window = OpenStored(source, 4);
-  auto& bar = Child<CalendarBar>(window, u"frCalendar");
-  EXPECT_TRUE(bar.isVisible());
-  Press(Child<QPushButton>(window, u"cmAccept"));
-  EXPECT_FALSE(bar.isVisible());
-  EXPECT_EQ(Child<QLineEdit>(window, u"txSubject").text(), QStringLiteral("出席します: 定例"));
-  window.findChild<QMenu*>(QStringLiteral("menuFilesMessages"))->actions()[0]->trigger();
+// What was refused once is not sent by the next click, nor what was not named.
+TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
+  MessageWindow& window = OpenStored(kDraft, kStatusEdit);
+  const QStringList paths = {File("one.txt", "1"), File("two.txt", "2"), File("three.txt", "3")};
+  Child<AttachmentList>(window, u"lvClip").AddFiles(paths);
+  const auto change = [&paths](qsizetype which) {
+    QFile file(paths[which]);
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+    file.write("changed");
+    EXPECT_TRUE(file.flush());
+    EXPECT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(60 + which),
+                                 QFileDevice::FileModificationTime));
+  };
+  const auto send = [&window](QMessageBox::StandardButton button) {
+    QString text;
+    EXPECT_TRUE(InModal<QMessageBox>(
+        [&window] { Menu(window, u"menuFilesMessages").actions()[0]->trigger(); },
+        [&text, button](QMessageBox& box) {
+          text = box.text();
+          box.button(button)->click();
+        }));
+    return text;
+  };
+  change(0);
+  change(1);
+  for (int time = 0; time < 2; ++time) {
+    const QString question = send(QMessageBox::No);
+    EXPECT_TRUE(question.contains(u"one.txt") && question.contains(u"two.txt"));
+    EXPECT_FALSE(question.contains(u"three.txt"));
+    EXPECT_TRUE(window.isVisible());
+  }
+  send(QMessageBox::Yes);
   EXPECT_TRUE(Gone());
   EXPECT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+}
+
+class InvitationWindowTest : public MessageWindowTest {
+ protected:
+  MessageWindow& OpenInvitation() const {
+    return OpenStored(
+        "From: Robot <noreply@example.net>\r\nTo: list@example.jp\r\nSubject: meeting\r\n"
+        "Message-ID: <9@example.jp>\r\n"
+        "Content-Type: text/calendar; charset=utf-8; method=REQUEST\r\n"
+        "\r\nBEGIN:VCALENDAR\r\nMETHOD:REQUEST\r\nBEGIN:VEVENT\r\nUID:9\r\n"
+        "DTSTART:20260203T010000Z\r\nSUMMARY:定例\r\nORGANIZER:mailto:boss@example.jp\r\n"
+        "ATTENDEE:mailto:other@example.jp\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
+        kStatusReceived);
+  }
+  static QByteArray CalendarIn(const QByteArray& message) {
+    const qsizetype begin = message.indexOf("\r\n\r\n", message.indexOf("method=REPLY")) + 4;
+    return QByteArray::fromBase64(message.mid(begin, message.indexOf("--", begin) - begin));
+  }
+};
+
+// The answer goes to the organizer and nobody else, after the user has seen it; thought better of,
+// it is what the window shows.
+TEST_F(InvitationWindowTest, AnInvitationIsAnsweredByAMessage) {
+  MessageWindow& window = OpenInvitation();
+  EXPECT_TRUE(Child<CalendarBar>(window, u"frCalendar").isVisible());
+  Press(Child<QPushButton>(window, u"cmAccept"));
+  EXPECT_TRUE(Child<QPushButton>(window, u"cmAccept").isChecked());
+  const auto& subject = Child<QLineEdit>(window, u"txSubject");
+  const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_EQ(subject.text(), QStringLiteral("出席します: 定例"));
+  Press(Child<QPushButton>(window, u"cmDecline"));
+  EXPECT_FALSE(Child<QPushButton>(window, u"cmAccept").isChecked());
+  EXPECT_EQ(subject.text(), QStringLiteral("欠席します: 定例"));
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("欠席します。\n"));
+  Menu(window, u"menuFilesMessages").actions()[0]->trigger();
+  EXPECT_TRUE(Gone());
+  ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   const QByteArray sent = smtp_.Messages().at(0).source;
   EXPECT_TRUE(sent.contains("To: boss@example.jp\r\n")) << sent.toStdString();
   EXPECT_FALSE(sent.contains("noreply@"));
   EXPECT_TRUE(sent.contains("In-Reply-To: <9@example.jp>"));
-  EXPECT_TRUE(sent.contains("method=REPLY"));
+  EXPECT_TRUE(CalendarIn(sent).contains("PARTSTAT=DECLINED:mailto:y@example.org"));
+}
+
+TEST_F(InvitationWindowTest, WhoSendsTheAnswerIsTheOneWhoAnswers) {
+  MessageWindow& window = OpenInvitation();
+  Press(Child<QPushButton>(window, u"cmTentative"));
+  auto& rows = Child<QTableWidget>(window, u"lvMailaddress");
+  for (int row = 0; row < rows.rowCount(); ++row) {
+    if (rows.item(row, 1)->text() != u"y@example.org") continue;
+    rows.setCurrentCell(row, 1);
+    rows.editItem(rows.item(row, 1));
+    Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("z@example.org"));
+    break;
+  }
+  Menu(window, u"menuViews").actions().last()->trigger();
+  auto* source = window.findChild<QDialog*>(QStringLiteral("source"));
+  ASSERT_NE(source, nullptr);
+  const QString written = source->findChild<QPlainTextEdit*>()->toPlainText();
+  EXPECT_TRUE(CalendarIn(written.toUtf8().replace("\n", "\r\n"))
+                  .contains("PARTSTAT=TENTATIVE:mailto:z@example.org"));
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
 }
 
 }  // namespace

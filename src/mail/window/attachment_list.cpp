@@ -83,6 +83,10 @@ AttachmentList::AttachmentList(Context& context, QWidget* parent)
 void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
                           bool editable) {
   attachments_ = attachments;
+  shown_.clear();
+  for (const ModelAttachment& attachment : attachments_) {
+    if (attachment.isNew) NoteTime(attachment.path);
+  }
   source_ = source;
   editable_ = editable;
   Fill();
@@ -95,7 +99,6 @@ void AttachmentList::Fill() {
     // One that was added may be large, and its owner knows what is in it.
     const QByteArray bytes = attachment.isNew ? QByteArray() : ReadAttachment(attachment, source_);
     const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size() : bytes.size();
-    if (attachment.isNew) shown_[attachment.path] = QFileInfo(attachment.path).lastModified();
     auto* item = new QListWidgetItem(icons.icon(QFileIconProvider::File),
                                      ShownText(attachment.name, kMostInTitle) + Ui::tr("（") +
                                          SizeText(size) + NoteOn(attachment, bytes) + Ui::tr("）"),
@@ -104,16 +107,26 @@ void AttachmentList::Fill() {
   }
 }
 
-QString AttachmentList::ChangedFile() {
-  QString name;
+QStringList AttachmentList::ChangedFiles() const {
+  QStringList names;
   for (const ModelAttachment& attachment : attachments_) {
-    if (!attachment.isNew || !name.isEmpty()) continue;
     const QFileInfo file(attachment.path);  // one that is gone is told when it is read
-    if (file.exists() && file.lastModified() != shown_.value(attachment.path))
-      name = attachment.name;
+    const bool isChanged =
+        attachment.isNew && file.exists() && file.lastModified() != shown_.value(attachment.path);
+    if (isChanged) names.append(attachment.name);
   }
-  if (!name.isEmpty()) Fill();
-  return name;
+  return names;
+}
+
+void AttachmentList::AcceptChanges() {
+  for (const ModelAttachment& attachment : attachments_) {
+    if (attachment.isNew) NoteTime(attachment.path);
+  }
+  Fill();
+}
+
+void AttachmentList::NoteTime(const QString& path) {
+  shown_[path] = QFileInfo(path).lastModified();
 }
 
 void AttachmentList::AddFiles(const QStringList& paths) {
@@ -128,6 +141,7 @@ void AttachmentList::AddFiles(const QStringList& paths) {
     attachment.type = ContentTypeOf(file.fileName());
     attachment.isNew = true;
     attachment.path = file.absoluteFilePath();
+    NoteTime(attachment.path);
     attachments_.push_back(attachment);
   }
   Fill();

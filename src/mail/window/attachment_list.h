@@ -26,9 +26,10 @@ class AttachmentList : public QListWidget {
   void Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
             bool editable);
   const std::vector<ModelAttachment>& Attachments() const { return attachments_; }
-  /// The name of the first added file that is not as it is shown any more; empty when all are.
-  /// Shows them as they are.
-  QString ChangedFile();
+  /// The names of the added files that are not as they were when they were added, or accepted.
+  QStringList ChangedFiles() const;
+  /// Shows added files as they are now, which the user wants to send.
+  void AcceptChanges();
   /// Adds files; one that cannot be read is told and left out.
   void AddFiles(const QStringList& paths);
   /// Whether data that is pasted or dropped holds what can be attached: files, or a picture that is
@@ -59,6 +60,7 @@ class AttachmentList : public QListWidget {
 
  private:
   void Fill();
+  void NoteTime(const QString& path);
   int ArchiveRow() const;
   QString WorkingPath(const QString& name);
   void AddPicture(const QImage& picture);
@@ -71,7 +73,7 @@ class AttachmentList : public QListWidget {
   Context& context_;
   std::vector<ModelAttachment> attachments_;
   QByteArray source_;
-  QHash<QString, QDateTime> shown_;  // when the added files had been changed, by path
+  QHash<QString, QDateTime> shown_;  // when the added files had last been changed, by path
   bool editable_ = false;
   std::unique_ptr<QTemporaryDir> working_;
 };

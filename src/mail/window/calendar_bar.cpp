@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QSaveFile>
-#include <utility>
+#include <tuple>
 
 #include "frame/start_up.h"
 #include "mail/attachment_files.h"
@@ -26,28 +26,38 @@ QString AnswerWords(InvitationAnswer answer) {
   }
 }
 
+QString AnswerSubject(InvitationAnswer answer, const QString& summary) {
+  return AnswerWords(answer) + QStringLiteral(": ") + summary;
+}
+
+QString AnswerText(InvitationAnswer answer) {
+  return AnswerWords(answer) + Ui::tr("。") + u'\n';
+}
+
 CalendarBar::CalendarBar(QWidget* parent) : QFrame(parent), label_(PlainLabel()) {
   setObjectName(QStringLiteral("frCalendar"));
   setFrameShape(QFrame::StyledPanel);
   new QHBoxLayout(this);
   layout()->addWidget(label_);
   static_cast<QHBoxLayout*>(layout())->addStretch(1);
-  const std::pair<InvitationAnswer, QString> answers[] = {
-      {InvitationAnswer::Accepted, QStringLiteral("cmAccept")},
-      {InvitationAnswer::Tentative, QStringLiteral("cmTentative")},
-      {InvitationAnswer::Declined, QStringLiteral("cmDecline")}};
-  for (const auto& [answer, name] : answers) {
-    QPushButton* button = AddButton(AnswerWords(answer), name);
+  const std::tuple<InvitationAnswer, QString, QString> answers[] = {
+      {InvitationAnswer::Accepted, QStringLiteral("cmAccept"), QStringLiteral("(&1)")},
+      {InvitationAnswer::Tentative, QStringLiteral("cmTentative"), QStringLiteral("(&2)")},
+      {InvitationAnswer::Declined, QStringLiteral("cmDecline"), QStringLiteral("(&3)")}};
+  for (const auto& [answer, name, letter] : answers) {
+    QPushButton* button = AddButton(AnswerWords(answer) + letter, name);
     connect(button, &QPushButton::clicked, this, [this, answer = answer] {
-      // The window shows its answer then, and this bar goes.
       if (const std::optional<Invitation> invitation = invitation_) {
-        Q_EMIT Answered(*invitation, answer);
+        Q_EMIT Answered(*invitation, answer);  // the window shows its answer then
+      } else {
+        Check(answer);
+        Q_EMIT AnswerChanged(answer);
       }
     });
     answers_.append(button);
   }
-  connect(AddButton(Ui::tr("カレンダー用に保存.."), QStringLiteral("cmSaveCalendar")),
-          &QPushButton::clicked, this, &CalendarBar::Save);
+  save_ = AddButton(Ui::tr("カレンダー用に保存(&4).."), QStringLiteral("cmSaveCalendar"));
+  connect(save_, &QPushButton::clicked, this, &CalendarBar::Save);
   hide();
 }
 
@@ -64,8 +74,34 @@ void CalendarBar::Show(const QString& calendar) {
   const bool isShown = !calendar.isEmpty() && !CalendarSummary(calendar, false).isEmpty();
   label_->setText(invitation_ ? Ui::tr("予定への招待です。返事をしますか？")
                               : Ui::tr("このメールには予定があります。"));
-  for (QPushButton* button : answers_) button->setVisible(invitation_.has_value());
+  for (QPushButton* button : answers_) {
+    button->setCheckable(false);
+    button->setEnabled(true);
+    button->setVisible(invitation_.has_value());
+  }
+  save_->show();
   setVisible(isShown);
+}
+
+void CalendarBar::ShowAnswer(const QByteArray& reply, bool editable) {
+  invitation_.reset();
+  const std::optional<InvitationReply> answer = ReadReply(reply);
+  setVisible(answer.has_value());
+  if (!answer) return;
+  label_->setText(Ui::tr("予定への返事として、カレンダーに伝わります:"));
+  save_->hide();
+  for (QPushButton* button : answers_) {
+    button->setCheckable(true);
+    button->setEnabled(editable);
+    button->show();
+  }
+  Check(answer->answer);
+}
+
+void CalendarBar::Check(InvitationAnswer answer) {
+  for (qsizetype i = 0; i < answers_.size(); ++i) {
+    answers_[i]->setChecked(i == static_cast<qsizetype>(answer));
+  }
 }
 
 void CalendarBar::Save() {

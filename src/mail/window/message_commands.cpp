@@ -114,15 +114,7 @@ void MessageWindow::Send() {
               QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
     return;
   }
-  if (const QString changed = lvClip_->ChangedFile();
-      !changed.isEmpty() &&
-      ShowBox(this, QMessageBox::Question,
-              Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で送信して"
-                     "よろしいですか？")
-                  .arg(changed),
-              QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes) {
-    return;
-  }
+  if (!MaySendChangedFiles()) return;
   const int before = request_->Number(kProcess);
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
@@ -132,6 +124,19 @@ void MessageWindow::Send() {
   }
   request_->Let(QStringLiteral("send"), false);
   request_->Let(kProcess, before);
+}
+
+bool MessageWindow::MaySendChangedFiles() {
+  const QStringList changed = lvClip_->ChangedFiles();
+  if (changed.isEmpty()) return true;
+  const auto answer =
+      ShowBox(this, QMessageBox::Question,
+              Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で送信して"
+                     "よろしいですか？")
+                  .arg(changed.join(Ui::tr("」「"))),
+              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  if (answer == QMessageBox::Yes) lvClip_->AcceptChanges();
+  return answer == QMessageBox::Yes;
 }
 
 // The button stands where that of a received message answers it.
@@ -378,24 +383,34 @@ void MessageWindow::AskForReceipt() {
 
 // The answer goes to the organizer, from the address that was invited; the user sees it first.
 void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAnswer answer) {
-  const QString words = AnswerWords(answer);
   TurnInto(OpenMode::Reply);
   const QString own = OwnAddress(context_, invitation.attendees);
-  QList<AddressEntry> addresses{
-      ParseAddressEntry(QStringLiteral("TO: ") + invitation.organizer, true)};
+  AddressEntry sender = ParseAddressEntry(QStringLiteral("FROM: ") + own, true);
   for (const AddressEntry& entry : model_.addresses) {
-    if (entry.kind == u"FROM") addresses.append(entry);
+    const bool isInvited = own.isEmpty() || entry.address.compare(own, Qt::CaseInsensitive) == 0;
+    if (entry.kind == u"FROM" && isInvited) sender = entry;
   }
-  if (!own.isEmpty() &&
-      (addresses.size() < 2 || addresses[1].address.compare(own, Qt::CaseInsensitive) != 0)) {
-    addresses.resize(1);
-    addresses.append(ParseAddressEntry(QStringLiteral("FROM: ") + own, true));
+  model_.calendarReply = ReplyCalendar(invitation, sender.address, answer);
+  lvMailaddress_->Show(
+      {ParseAddressEntry(QStringLiteral("TO: ") + invitation.organizer, true), sender}, true);
+  txSubject_->setText(AnswerSubject(answer, invitation.summary));
+  txSubject_->setCursorPosition(0);
+  txMemo_->setPlainText(AnswerText(answer));
+  calendar_->ShowAnswer(*model_.calendarReply, true);
+}
+
+// The words that were written for the answer before follow, where the user has not changed them.
+void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
+  const auto before = ReadReply(model_.calendarReply.value_or(QByteArray()));
+  if (!before) return;
+  model_.calendarReply = ChangeReply(*model_.calendarReply, before->address, answer);
+  if (txSubject_->text() == AnswerSubject(before->answer, before->summary)) {
+    txSubject_->setText(AnswerSubject(answer, before->summary));
   }
-  const QString sender = addresses.size() > 1 ? addresses[1].address : own;
-  model_.calendarReply = ReplyCalendar(invitation, sender, answer);
-  lvMailaddress_->Show(addresses, true);
-  txSubject_->setText(words + QStringLiteral(": ") + invitation.summary);
-  txMemo_->setPlainText(words + Ui::tr("。") + u'\n');
+  if (txMemo_->toPlainText() == AnswerText(before->answer)) {
+    txMemo_->setPlainText(AnswerText(answer));
+  }
+  MarkEdited();
 }
 
 void MessageWindow::ShowNeighbour(int step) {

@@ -57,6 +57,7 @@ void MessageWindow::BuildControls() {
   connect(doubt_, &DoubtBar::KeepAsSentWanted, this, &MessageWindow::KeepAsSent);
   calendar_ = new CalendarBar;
   connect(calendar_, &CalendarBar::Answered, this, &MessageWindow::AnswerInvitation);
+  connect(calendar_, &CalendarBar::AnswerChanged, this, &MessageWindow::ChangeAnswer);
   auto* whole = new QWidget;
   auto* layout = new QVBoxLayout(whole);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -108,7 +108,11 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);
   tbMailaddress_->setVisible(editable);
-  calendar_->Show(opened.calendar);
+  if (model_.calendarReply) {
+    calendar_->ShowAnswer(*model_.calendarReply, editable);
+  } else {
+    calendar_->Show(opened.calendar);
+  }
   lvClip_->Show(model_.attachments, source_, editable);
   lvClip_->setVisible(!model_.attachments.empty());
   lbClip_->setVisible(!model_.attachments.empty());
@@ -169,6 +173,21 @@ void MessageWindow::FinishEditing() {
   lvHeader_->FinishEditing();
 }
 
+namespace {
+
+// Who sends the answer to an invitation is the one who answers.
+void AnswerAsSender(MessageModel& model) {
+  const auto reply = ReadReply(*model.calendarReply);
+  for (const AddressEntry& entry : model.addresses) {
+    if (!reply || entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) continue;
+    if (entry.address.compare(reply->address, Qt::CaseInsensitive) == 0) return;
+    model.calendarReply = ChangeReply(*model.calendarReply, entry.address, reply->answer);
+    return;
+  }
+}
+
+}  // namespace
+
 MessageModel MessageWindow::CurrentModel() const {
   MessageModel model = model_;
   model.subject = txSubject_->text();
@@ -179,6 +198,7 @@ MessageModel MessageWindow::CurrentModel() const {
   model.headerRows = lvHeader_->Rows();
   model.references = txReference_->toPlainText().simplified();
   model.inReplyTo = txInReplayTo_->text().simplified();
+  if (model.calendarReply) AnswerAsSender(model);
   return model;
 }
 

@@ -84,6 +84,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ToolbarSend();
   void SendClicked();
   void Send();
+  bool MaySendChangedFiles();
   bool MaySendOnceMore();
   void CancelSending();
   void ShowDoubt();
@@ -103,6 +104,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void AskForReceipt();
   void AskForReceiptSoon();
   void AnswerInvitation(const Invitation& invitation, InvitationAnswer answer);
+  void ChangeAnswer(InvitationAnswer answer);
   void ShowNeighbour(int step);
   void FindText(const QString& text, bool backward);
   void ZoomBy(int steps);

@@ -63,9 +63,12 @@ class Unpacking {
       lines.append(QString::number(i) + u'@' + name.replace(u'@', u'＠').replace(u'\n', u' '));
       keys.append(QString::number(i));
     }
+    const QString limit = entries_.size() < kMostZipFiles
+                              ? QString()
+                              : Ui::tr("（先頭の%1個です）").arg(kMostZipFiles);
     const QString answer =
         InputList(context_, parent_, Ui::tr("中のファイルの取り出し"),
-                  Ui::tr("取り出したいファイルを選択して下さい。"), keys.join(kLineBreak),
+                  Ui::tr("取り出したいファイルを選択して下さい。") + limit, keys.join(kLineBreak),
                   lines.join(kLineBreak), true,
                   QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
     QStringList given = answer.split(kLineBreak, Qt::SkipEmptyParts);
