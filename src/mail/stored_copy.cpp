@@ -32,6 +32,30 @@ std::optional<QVariant> StoredSource(Context& context, const QString& messageId,
   return row->Failed() ? QVariant() : source;
 }
 
+// The lines of a body but for those that name and make the boundaries of its parts.
+QByteArray WithoutBoundaries(QByteArrayView body) {
+  QByteArray lines;
+  lines.reserve(body.size());
+  for (qsizetype at = 0; at < body.size();) {
+    const qsizetype found = body.indexOf('\n', at);
+    const qsizetype end = found < 0 ? body.size() : found + 1;
+    const QByteArrayView line = body.sliced(at, end - at);
+    const bool isBoundary =
+        line.startsWith("--") || line.toByteArray().toLower().contains("boundary=");
+    if (!isBoundary) lines += line;
+    at = end;
+  }
+  return lines;
+}
+
+// Whether a header is the stored one but for a field or two, such as are written on the way.
+bool HasFewOtherFields(const QByteArray& stored, const QByteArray& source) {
+  constexpr qsizetype kFew = 2;
+  QByteArrayList fields = FieldsOf(source);
+  for (const QByteArray& field : FieldsOf(stored)) fields.removeOne(field);
+  return fields.size() <= kFew;
+}
+
 // The source of the message of that name in that file, if it reads back as it was stored.
 std::optional<QByteArray> ReadStored(Context& context, const QString& file,
                                      const QString& messageId) {
@@ -98,16 +122,16 @@ bool StoredCopyIsWhole(Context& context, const QString& file, const QString& mes
   return ReadStored(context, file, messageId).has_value();
 }
 
-bool StoredCopyIsAbout(Context& context, const QString& file, const QString& messageId,
-                       const QByteArray& source) {
-  if (!HasBody(source) || HasHole(source)) return false;
-  const QByteArrayView name = "MESSAGE-ID:";
-  const QByteArray id = MimeCodec::HeaderField(source, name);
+bool StoredCopySaysTheSame(Context& context, const QString& file, const QString& messageId,
+                           const QByteArray& source) {
   const auto stored = ReadStored(context, file, messageId);
-  if (!stored || !id.contains('@') || MimeCodec::HeaderField(*stored, name) != id) return false;
-  constexpr qsizetype kFew = 64;  // bytes, such as those of a field that is written on the way
-  return HasBody(*stored) && !HasHole(*stored) &&
-         qAbs(stored->size() - source.size()) <= kFew + source.size() / 100;
+  if (!stored || HasHole(*stored) || HasHole(source)) return false;
+  for (const QByteArrayView name : {"MESSAGE-ID:", "DATE:", "FROM:", "SUBJECT:"}) {
+    if (MimeCodec::HeaderField(*stored, name) != MimeCodec::HeaderField(source, name)) return false;
+  }
+  if (BodyOf(*stored).isEmpty() && BodyOf(source).isEmpty())
+    return HasFewOtherFields(*stored, source);
+  return WithoutBoundaries(BodyOf(*stored)) == WithoutBoundaries(BodyOf(source));
 }
 
 bool StoredCopyHasHeader(Context& context, const QString& file, const QString& messageId,

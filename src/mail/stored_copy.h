@@ -26,10 +26,10 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
                          const std::function<bool(const QByteArray& stored)>& whole);
 
 /// Whether the message with that identifier in the mail file at `file` reads back as it was stored
-/// and is about the same as `source`: both have the same Message-ID and a text, and hardly differ
-/// in size.
-bool StoredCopyIsAbout(Context& context, const QString& file, const QString& messageId,
-                       const QByteArray& source);
+/// and has all that `source` says: the same identifier, date, sender, subject and text, boundaries
+/// of parts aside, or, where both have no text, but a field or two more.
+bool StoredCopySaysTheSame(Context& context, const QString& file, const QString& messageId,
+                           const QByteArray& source);
 
 /// Finds a message among the stored ones by what it holds, when its identifier proves nothing.
 class StoredCopies {

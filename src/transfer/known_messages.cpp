@@ -126,9 +126,9 @@ bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& hea
 }
 
 // A server that is wrong about sizes may also write a message anew each time.
-bool KnownMessages::IsAboutStored(const QString& messageId, const QByteArray& data) {
+bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray& data) {
   return HasIdentifiers() && std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
-           return StoredCopyIsAbout(context_, file, messageId, data);
+           return StoredCopySaysTheSame(context_, file, messageId, data);
          });
 }
 

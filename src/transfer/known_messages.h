@@ -46,8 +46,8 @@ class KnownMessages {
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`.
   StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
-  /// Whether the message that is stored under that name is about the same (`StoredCopyIsAbout`).
-  bool IsAboutStored(const QString& messageId, const QByteArray& data);
+  /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
+  bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
   /// another mailbox, `Elsewhere`, keeps its own.
   StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);

@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QList>
+#include <algorithm>
 #include <utility>
 
 #include "mail/header_fields.h"
@@ -507,7 +508,12 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   ReportProgress(0);
   if (stopped_) return;
 
-  const bool isTornOff = IsTornOff(data, entry.size);
+  const SizeFit fit = FitOf(data, entry.size);
+  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact && entry.size > 0);
+  if (fit == SizeFit::Near) near_.push_back(message);
+  // A server whose sizes were exact so far is held to them.
+  const bool isTornOff =
+      fit == SizeFit::Off || (fit == SizeFit::Near && hasExactSizes_) || HasHole(data);
   // A header alone may be the late answer to another command.
   const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
   if (isLate && !IsRepeated(message, data)) return;
@@ -534,11 +540,14 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
 }
 
-// A server whose sizes were exact so far is held to them.
-bool Pop3Session::IsTornOff(const QByteArray& data, qint64 announced) {
-  const SizeFit fit = FitOf(data, announced);
-  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact && announced > 0);
-  return fit == SizeFit::Off || (fit == SizeFit::Near && hasExactSizes_) || HasHole(data);
+// Those that came before it was known that the server's sizes are exact.
+void Pop3Session::KeepNear() {
+  for (const size_t message : near_) {
+    const auto doomed = std::find(doomed_.begin(), doomed_.end(), message);
+    if (doomed == doomed_.end()) continue;
+    doomed_.erase(doomed);
+    events_.TornOffAgain();
+  }
 }
 
 // Asks once more. Where answers are out of step, another one comes.
@@ -561,6 +570,7 @@ bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
 // Nothing is marked before everything is durable: there are servers that delete what is marked
 // also when the connection breaks.
 void Pop3Session::FinishTransfer() {
+  if (hasExactSizes_) KeepNear();
   if (!events_.MakeDurable()) {
     Finish();
     return;

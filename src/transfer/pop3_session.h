@@ -87,7 +87,7 @@ class Pop3Session : public MailSession {
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
   bool IsStopped(size_t message, const QByteArray& header, bool isTornOff = false);
-  bool IsTornOff(const QByteArray& data, qint64 announced);
+  void KeepNear();
   bool IsRepeated(size_t message, const QByteArray& data);
   void MessageDone(size_t message, const QByteArray& data);
   void FinishTransfer();
@@ -118,6 +118,7 @@ class Pop3Session : public MailSession {
   bool asksForHeaders_ = false;            // it was asked for in this session
   std::vector<bool> untested_;             // by message: rules are still to be tested on its header
   bool hasExactSizes_ = false;             // of a message so far
+  std::vector<size_t> near_;               // messages whose size is about the announced one
   std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
   qsizetype replies_ = 0;                  // whole replies so far
   qsizetype received_ = 0;                 // bytes before the login is over

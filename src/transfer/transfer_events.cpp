@@ -113,7 +113,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
-  const bool isAgain = isTornOff && known_.IsAboutStored(messageId, data);
+  const bool isAgain = isTornOff && known_.SaysWhatIsStored(messageId, data);
   const StoredCopies::Found found =
       isAgain ? StoredCopies::Found::Stored : known_.FindStored(messageId, data);
   if (found == StoredCopies::Found::Failed) {

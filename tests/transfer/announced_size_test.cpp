@@ -174,6 +174,64 @@ TEST_F(AnnouncedSizeTest, WhatIsWrittenAnewEachTimeIsStoredOnce) {
   }
 }
 
+// What came first was a piece, however like it what comes next is.
+TEST_F(AnnouncedSizeTest, AWholeMessageIsNotTakenForThePieceThatCameFirst) {
+  const QByteArray line = "a line of the text of some length\r\n";
+  struct Case {
+    double factor;
+    int lines, then;  // of 3,000 and the end
+  };
+  const Case cases[] = {{1.4, 2990, 3001},  // the server overstates
+                        {1, 1500, 1501},    // a proxy ends each transfer after a while
+                        {1, 2940, 2950}};
+  for (const auto& [factor, lines, then] : cases) {
+    SCOPED_TRACE(std::to_string(factor) + " " + std::to_string(then));
+    const QByteArray name = "u" + QByteArray::number(factor) + QByteArray::number(then);
+    const QByteArray whole = Header(name) + line.repeated(3000) + "the end\r\n";
+    const QByteArray first = Header(name) + line.repeated(lines);
+    const QByteArray second = then > 3000 ? whole : Header(name) + line.repeated(then);
+    server_.SizeFactor = factor;
+    server_.Messages = {{name, whole}};
+    for (const QByteArray& given : {first, second}) {
+      Answer(given);
+      Receive();
+    }
+    EXPECT_TRUE(Stored().contains(whole) || !server_.Messages.isEmpty());
+    EXPECT_TRUE(Stored().contains(second)) << "what is more than before is kept";
+    server_.Faults.clear();
+    Receive();
+    Receive();
+    EXPECT_TRUE(Stored().contains(whole));
+    EXPECT_TRUE(server_.Messages.isEmpty());
+  }
+}
+
+// Also the first message of a session is held to sizes that are exact, as the others show.
+TEST_F(AnnouncedSizeTest, TheFirstMessageIsHeldToExactSizesAsWell) {
+  const QByteArray whole = Header("first") + QByteArray("a line of text\r\n").repeated(900);
+  server_.Messages = {{"f", whole},
+                      {"s", Header("second") + QByteArray("a line\r\n").repeated(20)}};
+  Answer(whole.chopped(800));
+  server_.Faults.removeLast();
+  Receive();
+  ASSERT_EQ(server_.Messages.size(), 1);
+  server_.Faults.clear();
+  Receive();
+  EXPECT_TRUE(Stored().contains(whole));
+  EXPECT_TRUE(server_.Messages.isEmpty());
+}
+
+// A header alone is kept on the server, and once here.
+TEST_F(AnnouncedSizeTest, AHeaderThatIsWrittenAnewFillsNoInbox) {
+  server_.SizeFactor = 2;
+  for (int check = 0; check < 4; ++check) {
+    server_.Messages = {{"h", "X-Scan: " + QByteArray::number(check) + "\r\n" + Header("h")}};
+    Receive();
+    EXPECT_EQ(Stored().size(), 1);
+    EXPECT_EQ(server_.Messages.size(), 1);
+  }
+}
+
 // The header of a message that does not fit decides nothing.
 TEST_F(AnnouncedSizeTest, ARuleDeletesNothingForAnotherMessagesHeader) {
   RefuseSpam();

@@ -130,10 +130,11 @@ TEST_F(InvitationWindowTest, AnInvitationIsAnsweredByAMessage) {
   const auto& subject = Child<QLineEdit>(window, u"txSubject");
   const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
   EXPECT_EQ(subject.text(), QStringLiteral("出席します: 定例"));
+  Child<QPlainTextEdit>(window, u"txMemo").appendPlainText(QStringLiteral("またの機会に。"));
   Press(Child<QPushButton>(window, u"cmDecline"));
   EXPECT_FALSE(Child<QPushButton>(window, u"cmAccept").isChecked());
   EXPECT_EQ(subject.text(), QStringLiteral("欠席します: 定例"));
-  EXPECT_EQ(memo.toPlainText(), QStringLiteral("欠席します。\n"));
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("欠席します。\n\nまたの機会に。"));
   Menu(window, u"menuFilesMessages").actions()[0]->trigger();
   EXPECT_TRUE(Gone());
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

@@ -399,7 +399,7 @@ void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAns
   calendar_->ShowAnswer(*model_.calendarReply, true);
 }
 
-// The words that were written for the answer before follow, where the user has not changed them.
+// The words that were written for the answer before follow, where they still stand.
 void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   const auto before = ReadReply(model_.calendarReply.value_or(QByteArray()));
   if (!before) return;
@@ -407,8 +407,11 @@ void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   if (txSubject_->text() == AnswerSubject(before->answer, before->summary)) {
     txSubject_->setText(AnswerSubject(answer, before->summary));
   }
-  if (txMemo_->toPlainText() == AnswerText(before->answer)) {
-    txMemo_->setPlainText(AnswerText(answer));
+  const QString words = AnswerText(before->answer).trimmed();
+  if (txMemo_->toPlainText().startsWith(words)) {
+    QTextCursor sentence(txMemo_->document());
+    sentence.setPosition(static_cast<int>(words.size()), QTextCursor::KeepAnchor);
+    sentence.insertText(AnswerText(answer).trimmed());
   }
   MarkEdited();
 }
