@@ -29,7 +29,8 @@ class Events : public PopEvents {
     return header.size() % 2 == 0;
   }
   void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
-  void ReceiveStopTest(const QByteArray& header, bool& stop, bool&) override {
+  void TornOffAgain() override {}
+  void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool&) override {
     stop = header.size() % 2 == 0;
   }
   void SessionStarted() override {}

@@ -20,7 +20,8 @@ class Events : public PopEvents {
   bool WantsHeader(const QString&) override { return false; }
   bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
   void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
-  void ReceiveStopTest(const QByteArray&, bool&, bool&) override {}
+  void TornOffAgain() override {}
+  void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
   void SessionStarted() override {}
   void SessionEnded() override {}
   void Progress(int, qint64, qint64) override {}
