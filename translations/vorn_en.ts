@@ -2289,10 +2289,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>Nothing is deleted on the server, since the database file is damaged.</translation>
     </message>
     <message>
-        <source>送信待ちでなくなったので、送信しませんでした。</source>
-        <translation>It was not sent, since it does not wait any more.</translation>
-    </message>
-    <message>
         <source>送信の記録を保存できないので、送信しませんでした。</source>
         <translation>It was not sent, since the record of the sending cannot be stored. </translation>
     </message>
@@ -3015,6 +3011,70 @@ and erased ones are not received again.</translation>
     <message>
         <source>（先頭の%1個です）</source>
         <translation> (the first %1)</translation>
+    </message>
+    <message>
+        <source>電子署名（S/MIME）が付いています。署名が正しいかどうかは確かめていません。</source>
+        <translation>The message bears a digital signature (S/MIME). Whether it is valid has not been checked.</translation>
+    </message>
+    <message>
+        <source>電子署名（OpenPGP）が付いています。署名が正しいかどうかは確かめていません。</source>
+        <translation>The message bears a digital signature (OpenPGP). Whether it is valid has not been checked.</translation>
+    </message>
+    <message>
+        <source>S/MIMEで署名か暗号化されています。内容は添付ファイルの中にあり、ここでは開けません。</source>
+        <translation>Signed or encrypted with S/MIME. The contents are in the attachment and cannot be opened here.</translation>
+    </message>
+    <message>
+        <source>OpenPGPで暗号化されています。ここでは内容を読めません。</source>
+        <translation>Encrypted with OpenPGP. The contents cannot be read here.</translation>
+    </message>
+    <message>
+        <source>文字コードの指定がありません。</source>
+        <translation>The message does not say which character set it is in.</translation>
+    </message>
+    <message>
+        <source>メッセージの指定「%1」では読めない文字があります。</source>
+        <translation>Some characters cannot be read in “%1”, which the message declares.</translation>
+    </message>
+    <message>
+        <source>文字コードを選んで読む</source>
+        <translation>Read as</translation>
+    </message>
+    <message>
+        <source>この画面だけで使う文字コードを選んで下さい。上にあるものほど、文章として読めそうです。</source>
+        <translation>Choose a character set for this window only. The likelier ones stand first.</translation>
+    </message>
+    <message>
+        <source>名前で絞り込む</source>
+        <translation>Filter by name</translation>
+    </message>
+    <message>
+        <source>文字コード</source>
+        <translation>Character set</translation>
+    </message>
+    <message>
+        <source>この文字コードで読むと</source>
+        <translation>What it gives</translation>
+    </message>
+    <message>
+        <source>読む</source>
+        <translation>Read</translation>
+    </message>
+    <message>
+        <source>この画面では「%1」として読んでいます。</source>
+        <translation>Read as “%1” in this window.</translation>
+    </message>
+    <message>
+        <source>文字コードを選んで読む(&amp;M)..</source>
+        <translation>Read &amp;as..</translation>
+    </message>
+    <message>
+        <source>元の読み方に戻す(&amp;Y)</source>
+        <translation>&amp;Back to normal</translation>
+    </message>
+    <message>
+        <source>送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。</source>
+        <translation>Changed or cancelled after sending began; the former text was not sent.</translation>
     </message>
 </context>
 </TS>

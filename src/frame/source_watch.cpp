@@ -54,7 +54,9 @@ void SourceWatch::Begin() {
     QMetaObject::invokeMethod(
         this, [this, outcome] { End(outcome); }, Qt::QueuedConnection);
   }));
-  thread_->start(QThread::IdlePriority);
+  // Not at idle priority: where other programs keep the machine busy, the thread would stand for
+  // minutes with the file's locks in its hands, and sending and storing would fail.
+  thread_->start();
 }
 
 void SourceWatch::End(const WalkOutcome& outcome) {

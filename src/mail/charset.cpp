@@ -345,6 +345,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
                          bool atCut) {
+  if (code.forced) return Decode(*code.forced, bytes, atCut).text;
   if (code.choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
   const bool isDeclared = declared.family > Family::Ascii;
   const Charset chosen = Charset::FromChoice(code.choice);
@@ -370,7 +371,7 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
 
 QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
   const QString recognized = DecodeWithChoice(bytes, {}, code);
-  if (code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
+  if (code.forced || code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
     return recognized;
   }
   const Family family = RecognizeCharset(bytes).family;

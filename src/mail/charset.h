@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <optional>
 
 namespace vorn {
 
@@ -37,6 +38,8 @@ struct ReadingCode {
   bool isPicked;  ///< by the user just now, who wants to see what it gives, errors included, but
                   ///< not where it has errors and what the text declares has none
   Charset body;   ///< what the message's text declares, a hint for raw header fields
+  /// What the user reads everything in for once, whatever is declared.
+  std::optional<Charset> forced;
 };
 
 struct DecodedText {

@@ -5,6 +5,7 @@
 #include "mail/mailto.h"
 #include "mail/message_code.h"
 #include "mail/message_id.h"
+#include "mail/signature.h"
 #include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -145,6 +146,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   if (mode == OpenMode::Show && !message.isWritten) {
     opened.calendar = GetMessageCalendar(message.source, message.contentIndex, message.charset);
+    opened.signature = SignatureWords(
+        FindSignature(MimeCodec::ParseContentIndex(message.contentIndex), opened.model.text));
   }
   opened.source = message.source;
   opened.charset = code.choice;

@@ -20,6 +20,7 @@ struct OpenedMessage {
   CharsetChoice charset = CharsetChoice::Automatic;
   QString html;       ///< the HTML part as it was written; null when there is none
   QString calendar;   ///< of a received message, what appointment it holds; null when it has none
+  QString signature;  ///< of a received message, how it is signed, in words; empty when it is not
   QByteArray source;  ///< as stored, for the attachments that are taken over
 };
 

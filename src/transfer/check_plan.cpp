@@ -27,6 +27,7 @@ const QString kPeriodicSerial = QStringLiteral("maildefault");
 const QString kPeriodicMode = QStringLiteral("maildowndefault");
 const QString kReceiveMode = QStringLiteral("maildown");
 const QString kSendMode = QStringLiteral("mailup");
+const QString kLookMode = QStringLiteral("looklater");
 const QString kProcess = QStringLiteral("process");
 const QString kReceivingWork = QStringLiteral("receivework");
 const QString kDayTime = QStringLiteral("daytime");
@@ -59,8 +60,7 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
   if ((flags & kPlanSend) != 0) {
     // Also where nothing else waits: what a death left has to be told.
     ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
-    const std::vector<DiskPtr> messages = WaitingMessages(serial, db, file);
-    if (messages.empty() || MaySendFrom(messages.front()->Text(u"File"))) AddSendJob(messages);
+    if (!PlanWaiting(serial, db, file)) LookLater(serial, db, file);
   }
 }
 
@@ -110,8 +110,9 @@ bool CheckPlan::HasWork() const {
 }
 
 bool CheckPlan::IsSending() const {
-  return std::any_of(jobs_.begin(), jobs_.end(),
-                     [](const DiskPtr& job) { return job->Text(u"mode") == kSendMode; });
+  return std::any_of(jobs_.begin(), jobs_.end(), [](const DiskPtr& job) {
+    return job->Text(u"mode") == kSendMode || job->Text(u"mode") == kLookMode;
+  });
 }
 
 void CheckPlan::Tick() {
@@ -221,6 +222,8 @@ void CheckPlan::Run(Disk& job) {
     ReceiveStep(job);
   } else if (mode == kSendMode) {
     SendStep(job);
+  } else if (mode == kLookMode) {
+    LookAgain(job);
   }
 }
 

@@ -105,7 +105,13 @@ class CheckPlan {
   void LoadReceiving(const Disk& account);
   void AddSendJob(const std::vector<DiskPtr>& messages);
   bool MaySendFrom(const QString& file);
-  std::vector<DiskPtr> WaitingMessages(const QString& serial, DatabaseKind db, const QString& file);
+  /// False when the file is in use just now.
+  bool PlanWaiting(const QString& serial, DatabaseKind db, const QString& file);
+  void LookLater(const QString& serial, DatabaseKind db, const QString& file);
+  void LookAgain(Disk& job);
+  void TellUnread();
+  bool FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
+                   std::vector<DiskPtr>& messages);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
   DiskPtr AskForAccount(const QString& subject);
@@ -116,6 +122,7 @@ class CheckPlan {
   bool OutcomeIsStored(const Disk& job);
   void BeginSending(Disk& job, const Disk& message);
   void StartSending(Disk& job, const DiskPtr& message);
+  void PlanAnew(const Disk& message);
   void LoadSending(Disk& message, const WaitingMessage& waiting);
   void LeaveOut(Disk& job, const DiskPtr& message);
   void FinishSending(Disk& job, const DiskPtr& message);
@@ -135,7 +142,7 @@ class CheckPlan {
     std::function<void()> failed;
     QDeadlineTimer limit;
   };
-  std::map<QString, Unstored> unstored_;  // by the job
+  std::map<QString, Unstored> unstored_;  // by the job; also waiting messages that are unread yet
   QHash<QString, QString> chosen_;        // accounts, by the messages that they were chosen for
   QSet<QString> toldOfNoAccount_;         // messages
   QSet<QString> toldOfNoPassword_;        // accounts

@@ -32,6 +32,8 @@ constexpr int kStoreAgainMs = 120000;
 
 enum SendProcess { kBegin = 0, kStart = 1, kEnded = 2 };
 
+const QString kOvertaken = QStringLiteral("overtaken");
+const QString kPeriodic = QStringLiteral("periodic");
 const QString kAsked = QStringLiteral("asked");
 
 bool IsPopBeforeSmtp(const Disk& account) {
@@ -105,11 +107,42 @@ bool CheckPlan::IsPlanned(const QString& serial) const {
   return false;
 }
 
-// Doubtful messages wait for the user's word, those that are planned for their turn.
-std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseKind db,
-                                                const QString& file) {
+bool CheckPlan::PlanWaiting(const QString& serial, DatabaseKind db, const QString& file) {
   std::vector<DiskPtr> messages;
-  if (!OpenDatabase(context_, db, file)) return messages;
+  if (!FindWaiting(serial, db, file, messages)) return false;
+  if (messages.empty() || MaySendFrom(messages.front()->Text(u"File"))) AddSendJob(messages);
+  return true;
+}
+
+// Whoever pressed the button of a message does not press it again because a file was in use.
+void CheckPlan::LookLater(const QString& serial, DatabaseKind db, const QString& file) {
+  auto job =
+      std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
+  job->Let(QStringLiteral("mode"), QStringLiteral("looklater"));
+  job->Let(QStringLiteral("daytime"), QString());
+  job->Let(kPeriodic, runsPeriodically_);
+  jobs_.Add(job);
+  const auto look = [this, serial, db, file] { return PlanWaiting(serial, db, file); };
+  StoreLater(*job, look, [this] { TellUnread(); });
+}
+
+void CheckPlan::LookAgain(Disk& job) {
+  const QScopedValueRollback periodic(runsPeriodically_, job.Flag(kPeriodic));
+  if (OutcomeIsStored(job)) job.Let(QStringLiteral("delete"), true);
+}
+
+void CheckPlan::TellUnread() {
+  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                 Ui::tr("送信待ちのメッセージを読み込めません。") + context_.Data.LastError().text);
+}
+
+// Doubtful messages wait for the user's word, those that are planned for their turn.
+bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
+                            std::vector<DiskPtr>& messages) {
+  const auto isInUse = [this] {
+    return context_.Data.LastError().kind == StorageError::Kind::Busy;
+  };
+  if (!OpenDatabase(context_, db, file)) return !isInUse();
   QString select = QStringLiteral(
       "SELECT * FROM mail WHERE STATUS = 2 AND SERIALID NOT IN (SELECT SERIALID FROM "
       "send_attempt)");
@@ -130,13 +163,11 @@ std::vector<DiskPtr> CheckPlan::WaitingMessages(const QString& serial, DatabaseK
     }
     whole = !rows->Failed();
   }
-  const QString reason = context_.Data.LastError().text;
   context_.Data.Close();
-  if (!whole) {
-    host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-                   Ui::tr("送信待ちのメッセージを読み込めません。") + reason);
-  }
-  return messages;
+  if (whole) return true;
+  if (isInUse()) return false;
+  TellUnread();
+  return true;
 }
 
 bool CheckPlan::ChooseSender(const QString& serial, const QString& addressLines,
@@ -225,11 +256,12 @@ void CheckPlan::StoreLater(const Disk& job, std::function<bool()> store,
 bool CheckPlan::OutcomeIsStored(const Disk& job) {
   const auto found = unstored_.find(job.SerialID());
   if (found == unstored_.end()) return true;
-  if (!found->second.store()) {
-    if (!found->second.limit.hasExpired()) return false;
-    found->second.failed();
+  const Unstored unstored = found->second;  // a question on the way may end all that is planned
+  if (!unstored.store()) {
+    if (!unstored.limit.hasExpired()) return false;
+    unstored.failed();
   }
-  unstored_.erase(found);
+  unstored_.erase(job.SerialID());
   return true;
 }
 
@@ -288,6 +320,7 @@ void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   job.Let(QStringLiteral("loginrefused"), false);
   job.Let(QStringLiteral("refused"), QString());
   job.Let(QStringLiteral("doubtful"), false);
+  job.Let(kOvertaken, false);
   job.Let(kProcess, static_cast<int>(kStart));
 }
 
@@ -317,7 +350,7 @@ void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
   }
   if (waiting.addressLines != message->Text(u"Mailaddress")) {
     LeaveOut(job, message);
-    CreateMessagePlan(kPlanSend, serial, DatabaseKind::MailByPath, message->Text(u"File"));
+    PlanAnew(*message);
     return;
   }
   LoadSending(*message, waiting);
@@ -325,6 +358,11 @@ void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
   pop_.Tag = job.SerialID();
   pop_.Start();
   job.Let(kProcess, static_cast<int>(kEnded));
+}
+
+void CheckPlan::PlanAnew(const Disk& message) {
+  CreateMessagePlan(kPlanSend, message.SerialID(), DatabaseKind::MailByPath,
+                    message.Text(u"File"));
 }
 
 void CheckPlan::LoadSending(Disk& message, const WaitingMessage& waiting) {
@@ -380,6 +418,8 @@ void CheckPlan::FinishSending(Disk& job, const DiskPtr& message) {
     }
   }
   LeaveOut(job, message);
+  // Stored anew while its session began, it was planned already for whoever stored it.
+  if (job.Flag(kOvertaken) && !job.Flag(u"stop")) PlanAnew(*message);
 }
 
 // What the user has to decide or to mend stands at the message itself.

@@ -11,6 +11,7 @@
 #include "objects/save_object.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/sole_use.h"
 #include "storage/work_lock.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
@@ -152,6 +153,41 @@ TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
   again.Let(QStringLiteral("process"), 2);
   MailStore(profile_.Get()).StoreMessage(again, "From: me@example.com\r\n\r\nother\r\n.\r\n");
   EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
+}
+
+// The window plans what it stores; that a session of the former text goes on must not drop it.
+TEST_F(OnceTest, WhatIsStoredAnewWhileItsSessionBeginsIsSentAsItIsNow) {
+  const QString serial = StoreWaiting("former");
+  smtp_.OnCommand = [&](const QByteArray& command) {
+    if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > 0) return;
+    QThread::msleep(2);
+    Disk again(serial);
+    again.Let(QStringLiteral("process"), 2);
+    MailStore(profile_.Get())
+        .StoreMessage(again,
+                      "From: me@example.com\r\nTo: a@example.com\r\nSubject: now\r\n\r\n"
+                      "text\r\n.\r\n");
+    traffic_.Plan().CreateMessagePlan(kPlanSend, serial);
+  };
+  traffic_.Plan().CreateMessagePlan(kPlanSend);
+  RunAll({&traffic_});
+  ASSERT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: now\r\n"));
+  EXPECT_EQ(Subjects(3), QStringList{QStringLiteral("now")});
+}
+
+// Nobody presses the button of a message again because its file was in use when it was planned.
+TEST_F(OnceTest, WhatCannotBeReadAtOnceIsPlannedLater) {
+  const QString serial = StoreWaiting();
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  auto inUse = std::make_unique<SoleUse>(PlatformPath(context, MailDatabasePath(context)));
+  ASSERT_TRUE(inUse->IsTaken());
+  traffic_.Plan().CreateMessagePlan(kPlanSend, serial);
+  EXPECT_TRUE(traffic_.Plan().IsSending());
+  inUse.reset();
+  RunAll({&traffic_});
+  EXPECT_EQ(smtp_.Messages().size(), 1);
 }
 
 TEST_F(OnceTest, OnlyWhatStillWaitsIsSent) {

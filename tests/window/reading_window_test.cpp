@@ -1,9 +1,12 @@
 // Messages being read in windows: receipts, the next message, and one that is erased meanwhile.
 
+#include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 
 #include "mail/text_encoding.h"
 #include "objects/settings.h"
@@ -55,6 +58,72 @@ TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
       ASSERT_TRUE(Gone());
     }
   }
+}
+
+// For this view only: neither what is stored nor the next opening knows of it.
+TEST_F(MessageWindowTest, AMessageIsReadInACodeThatIsPickedFromAll) {
+  const QString serial = Store(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: text/plain; charset=us-ascii\r\n\r\n"
+      "\xF0\xD2\xC9\xD7\xC5\xD4\r\n",
+      kStatusReceived);
+  const QString flags = Column(serial, QStringLiteral("FIELD_FLAG")).toString();
+  MessageWindow& window = Open(serial);
+  const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  const QString before = memo.toPlainText();
+  const auto readAs = [&window](const std::function<void(QDialog&)>& act) {
+    return InModal<QDialog>(
+        [&window] { window.findChild<QAction*>(QStringLiteral("readas"))->trigger(); }, act);
+  };
+  EXPECT_TRUE(readAs([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }));
+  EXPECT_EQ(memo.toPlainText(), before);
+  EXPECT_TRUE(readAs([](QDialog& dialog) {
+    EXPECT_TRUE(Child<QLabel>(dialog, u"lbWrong").text().contains(QStringLiteral("us-ascii")));
+    auto& search = Child<QLineEdit>(dialog, u"txCode");
+    Type(search, QStringLiteral("koi8-r"));
+    QTest::keyClick(&search, Qt::Key_Return);
+  }));
+  EXPECT_TRUE(memo.toPlainText().startsWith(QStringLiteral("Привет")));
+  auto& back = Child<QPushButton>(window, u"cmAsDeclared");
+  EXPECT_TRUE(back.isVisible());
+  window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
+  EXPECT_TRUE(memo.toPlainText().contains(QStringLiteral("Привет")));
+  EXPECT_FALSE(back.isVisible());
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ASSERT_TRUE(Gone());
+  EXPECT_EQ(Column(serial, QStringLiteral("FIELD_FLAG")).toString().left(1), flags.left(1));
+
+  MessageWindow& again = Open(serial);
+  const auto& text = Child<QPlainTextEdit>(again, u"txMemo");
+  EXPECT_EQ(text.toPlainText(), before);
+  EXPECT_TRUE(
+      InModal<QDialog>([&again] { again.findChild<QAction*>(QStringLiteral("readas"))->trigger(); },
+                       [](QDialog& dialog) {
+                         Type(Child<QLineEdit>(dialog, u"txCode"), QStringLiteral("no such code"));
+                         QTest::keyClick(&dialog, Qt::Key_Return);  // nothing is chosen
+                         EXPECT_TRUE(dialog.isVisible());
+                         Type(Child<QLineEdit>(dialog, u"txCode"), QStringLiteral("KOI8-R"));
+                         QTest::keyClick(&dialog, Qt::Key_Return);
+                       }));
+  EXPECT_TRUE(text.toPlainText().startsWith(QStringLiteral("Привет")));
+  Press(Child<QPushButton>(again, u"cmAsDeclared"));
+  EXPECT_EQ(text.toPlainText(), before);
+  again.close();
+  EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, ASignedMessageSaysSo) {
+  MessageWindow& window = OpenStored(
+      "From: a@example.jp\r\nContent-Type: multipart/signed; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n"
+      "--b\r\nContent-Type: application/pgp-signature\r\n\r\nAAAA\r\n--b--\r\n",
+      kStatusReceived);
+  auto& bar = Child<QFrame>(window, u"frSigned");
+  EXPECT_TRUE(bar.isVisible());
+  window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
+  EXPECT_FALSE(bar.isVisible()) << "the answer is not signed";
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
 }
 
 // Who is typing an answer means no box that comes up meanwhile.

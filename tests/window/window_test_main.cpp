@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QTimer>
 
 #include "support/test_profile.h"
 
@@ -11,6 +14,31 @@ namespace {
 void SetDefault(const char* variable, const char* value) {
   if (qEnvironmentVariableIsEmpty(variable)) qputenv(variable, value);
 }
+
+// A question that no test answers would wait until the whole run's time is over: this names it.
+class UnansweredQuestions {
+ public:
+  UnansweredQuestions() {
+    QObject::connect(&look_, &QTimer::timeout, &look_, [this] { Look(); });
+    look_.start(kLookMs);
+  }
+
+ private:
+  void Look() {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr || box->text() != text_) since_.start();
+    text_ = box == nullptr ? QString() : box->text();
+    if (box != nullptr && since_.elapsed() > kMostMs) {
+      qFatal("nobody answered: %s", qPrintable(text_));
+    }
+  }
+
+  static constexpr int kLookMs = 1000;
+  static constexpr int kMostMs = 600000;
+  QTimer look_;
+  QElapsedTimer since_;
+  QString text_;
+};
 
 }  // namespace
 
@@ -22,5 +50,6 @@ int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   testing::InitGoogleTest(&argc, argv);
+  const UnansweredQuestions watch;
   return RUN_ALL_TESTS();
 }

@@ -27,11 +27,13 @@
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/calendar_bar.h"
+#include "mail/window/code_dialog.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
+#include "mail/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -337,6 +339,7 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
   if (unreadable_) return;
   charset_ = charset;
   isPicked_ = true;
+  readAs_.reset();
   if (IsEditable() || IsWaiting()) {
     MarkEdited();
     return;
@@ -348,6 +351,30 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
   changedState_ |= kStateFlag;
   StoreState();
   Open(false);
+}
+
+// Any code there is, without a trace in what is stored.
+void MessageWindow::ReadAs() {
+  if (TellUnreadable()) return;
+  const QString index = request_->Text(u"content");
+  const QStringList types = EditSettings::From(*Settings(context_)).textTypes;
+  const auto chosen =
+      ChooseCode(this, OfferCodes(source_, index, types), WrongLabels(source_, index, types));
+  if (!chosen) return;
+  readAs_ = chosen;
+  StoreState();  // opening reads the stored state again
+  Open(false, source_);
+}
+
+void MessageWindow::ReadAsDeclared() {
+  StoreState();
+  Open();
+}
+
+void MessageWindow::ShowReading() {
+  reading_->Say(readAs_ && !IsEditable()
+                    ? Ui::tr("この画面では「%1」として読んでいます。").arg(readAs_->name)
+                    : QString());
 }
 
 void MessageWindow::ChooseAddresses() {

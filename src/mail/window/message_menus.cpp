@@ -137,6 +137,9 @@ QMenu* MessageWindow::BuildEditMenu() {
   QMenu* charsets = menu->addMenu(Ui::tr("文字セット(&H)"));
   charsets->setObjectName(QStringLiteral("menuEditCharsets"));
   BuildCharsetMenu(charsets);
+  readAsAction_ =
+      menu->addAction(Ui::tr("文字コードを選んで読む(&M).."), this, &MessageWindow::ReadAs);
+  readAsAction_->setObjectName(QStringLiteral("readas"));
   attachments_ = menu->addMenu(Ui::tr("添付ファイル(&A)"));
   attachments_->setObjectName(QStringLiteral("menuEditsAttachments"));
   attachments_->addAction(Ui::tr("保存(&S).."), lvClip_, &AttachmentList::SaveByDialog);
@@ -272,6 +275,7 @@ void MessageWindow::CheckMenus() {
   }
   for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
   menuDust_->setChecked(request_->Number(u"process") < 0);
+  readAsAction_->setEnabled(AbsoluteStatus() == kStatusReceived && !unreadable_);
   for (QAction* action : charsets_->actions()) {
     action->setChecked(action->data().toInt() == static_cast<int>(charset_));
   }

@@ -19,6 +19,7 @@
 #include "mail/window/header_list.h"
 #include "mail/window/memo_box.h"
 #include "mail/window/message_window.h"
+#include "mail/window/notice_bar.h"
 #include "storage/ui.h"
 #include "storage/window/plain_text.h"
 #include "storage/window/text_box.h"
@@ -58,12 +59,19 @@ void MessageWindow::BuildControls() {
   calendar_ = new CalendarBar;
   connect(calendar_, &CalendarBar::Answered, this, &MessageWindow::AnswerInvitation);
   connect(calendar_, &CalendarBar::AnswerChanged, this, &MessageWindow::ChangeAnswer);
+  signed_ = new NoticeBar(QStringLiteral("frSigned"));
+  auto* asDeclared = new QPushButton(Ui::tr("元の読み方に戻す(&Y)"));
+  asDeclared->setObjectName(QStringLiteral("cmAsDeclared"));
+  connect(asDeclared, &QPushButton::clicked, this, &MessageWindow::ReadAsDeclared);
+  reading_ = new NoticeBar(QStringLiteral("frReading"), asDeclared);
   auto* whole = new QWidget;
   auto* layout = new QVBoxLayout(whole);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(doubt_);
   layout->addWidget(calendar_);
+  layout->addWidget(signed_);
+  layout->addWidget(reading_);
   layout->addWidget(tsPage_, 1);
   setCentralWidget(whole);
 

@@ -26,6 +26,7 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
+#include "mail/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -87,9 +88,13 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 }
 
 void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
-  if (applyStoredCharset) isPicked_ = false;
-  const OpenedMessage opened =
-      OpenMessage(context_, *request_, applyStoredCharset, {charset_, isPicked_}, shown);
+  if (applyStoredCharset) {
+    isPicked_ = false;
+    readAs_.reset();
+  }
+  ReadingCode code(charset_, isPicked_);
+  if (readAs_) code.forced = readAs_->charset;
+  const OpenedMessage opened = OpenMessage(context_, *request_, applyStoredCharset, code, shown);
   charset_ = opened.charset;
   Fill(opened);
   ShowDoubt();
@@ -113,6 +118,8 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   } else {
     calendar_->Show(opened.calendar);
   }
+  signed_->Say(opened.signature);
+  ShowReading();
   lvClip_->Show(model_.attachments, source_, editable);
   lvClip_->setVisible(!model_.attachments.empty());
   lbClip_->setVisible(!model_.attachments.empty());

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "frame/request_window.h"
+#include "mail/code_offers.h"
 #include "mail/invitation.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
@@ -28,6 +29,7 @@ class EventLog;
 class FindBar;
 class HeaderList;
 class HtmlView;
+class NoticeBar;
 
 /// The message window "Mail": shows one message, and edits a new or unsent one. It turns itself
 /// into a reply or a forward of the message that it shows. Closing stores what is to be kept.
@@ -99,6 +101,9 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void SaveToFile();
   void PrintClicked();
   void ShowSource();
+  void ReadAs();
+  void ReadAsDeclared();
+  void ShowReading();
   void ChoosePriority(int priority);
   void ChooseAddresses();
   void AskForReceipt();
@@ -147,7 +152,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QByteArray source_;
   QString html_;
   CharsetChoice charset_ = CharsetChoice::Automatic;
-  bool isPicked_ = false;  // by the user in the menu, for the message that is shown
+  std::optional<CodeOffer> readAs_;  // for this view only
+  bool isPicked_ = false;            // by the user in the menu, for the message that is shown
   bool edited_ = false;
   int changedState_ = 0;  // what of the stored state, a mask of `StateMask`
   bool draftDue_ = false;
@@ -161,6 +167,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QToolBar* tbMenu_ = nullptr;
   DoubtBar* doubt_ = nullptr;
   CalendarBar* calendar_ = nullptr;
+  NoticeBar* signed_ = nullptr;
+  NoticeBar* reading_ = nullptr;
   QTabWidget* tsPage_ = nullptr;
   QLineEdit* txSubject_ = nullptr;
   AddressList* lvMailaddress_ = nullptr;
@@ -185,6 +193,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QList<QAction*> menuStored_;  // what needs a message that is in the store
   QAction* menuDust_ = nullptr;
   QActionGroup* charsets_ = nullptr;
+  QAction* readAsAction_ = nullptr;
   QActionGroup* priorities_ = nullptr;
   QMenu* attachments_ = nullptr;
 };

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "storage/window/plain_text.h"
+
+namespace vorn {
+
+/// A line above a message that says something of it, with a button where there is anything to do.
+class NoticeBar : public QFrame {
+ public:
+  explicit NoticeBar(const QString& name, QPushButton* button = nullptr) : label_(PlainLabel()) {
+    setObjectName(name);
+    setFrameShape(QFrame::StyledPanel);
+    label_->setWordWrap(true);
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(label_, 1);
+    if (button != nullptr) layout->addWidget(button);
+    hide();
+  }
+
+  /// Hidden where there is nothing to say.
+  void Say(const QString& text) {
+    label_->setText(ShownText(text));
+    setVisible(!text.isEmpty());
+  }
+  QString Text() const { return label_->text(); }
+
+ private:
+  QLabel* label_;
+};
+
+}  // namespace vorn
