@@ -57,28 +57,74 @@ QByteArray Sample(const std::vector<TextPart>& parts) {
 }
 
 // What a text has only when it is read in a wrong code.
-bool IsStrange(QChar c) {
-  const bool isControl = c.category() == QChar::Other_Control && c != u'\r' && c != u'\n' &&
-                         c != u'\t' && c != u'\f' && c != u'\x1A';
-  return isControl || c == QChar::ReplacementCharacter || c.category() == QChar::Other_PrivateUse ||
-         c.category() == QChar::Other_NotAssigned;
+bool IsStrange(char32_t c) {
+  switch (QChar::category(c)) {
+    case QChar::Other_Control:
+      return c != '\r' && c != '\n' && c != '\t' && c != '\f' && c != 0x1A;
+    case QChar::Other_PrivateUse:
+    case QChar::Other_NotAssigned:
+      return true;
+    default:
+      return c == QChar::ReplacementCharacter;
+  }
 }
 
 CodeOffer Offer(const QString& name, const Charset& charset, const QByteArray& sample) {
   const DecodedText decoded = Decode(charset, sample, true);
   CodeOffer offer{name, charset, {}, decoded.clean};
-  for (const QChar c : decoded.text) offer.isPlausible = offer.isPlausible && !IsStrange(c);
+  for (const uint c : decoded.text.toUcs4()) offer.isPlausible = offer.isPlausible && !IsStrange(c);
   offer.preview = decoded.text.section(u'\n', 0, 0).trimmed().left(kPreviewLength);
   return offer;
 }
 
-QString NameOf(const char* icuName) {
-  for (const char* standard : {"MIME", "IANA"}) {
-    UErrorCode status = U_ZERO_ERROR;
-    const char* name = ucnv_getStandardName(icuName, standard, &status);
-    if (U_SUCCESS(status) && name != nullptr) return QString::fromLatin1(name);
+bool IsJapanese(QChar::Script script) {
+  return script == QChar::Script_Han || script == QChar::Script_Hiragana ||
+         script == QChar::Script_Katakana;
+}
+
+// How much a text is like one, from -1 to 1: words are of one script, with capitals only where they
+// begin, and without signs in them.
+double Wordliness(const QString& text) {
+  int good = 0;
+  int bad = 0;
+  char32_t before = ' ';
+  QChar::Script script = QChar::Script_Common;
+  for (const uint c : text.toUcs4()) {
+    const bool isForeign = c >= 0x80 && !QChar::isSpace(c) && !QChar::isPunct(c);
+    const QChar::Script own = QChar::script(c);
+    const bool isOther =
+        script != QChar::Script_Common && own != script && !(IsJapanese(script) && IsJapanese(own));
+    const bool isOdd =
+        !QChar::isLetter(c) || (QChar::isUpper(c) && QChar::isLetter(before)) || isOther;
+    if (isForeign) ++(isOdd ? bad : good);
+    if (isForeign && QChar::isLetter(c)) script = own;
+    before = c;
   }
-  return QString::fromLatin1(icuName);
+  return good + bad == 0 ? 0 : static_cast<double>(good - bad) / (good + bad);
+}
+
+// Plausible ones first, of these what mail is usually in, then what reads best.
+double Rank(const CodeOffer& offer) {
+  constexpr double kPlausible = 1000;
+  constexpr double kUsual = 20;
+  const double reading = LooksJapanese(offer.preview) ? Likelihood(offer.preview) : 0;
+  return (offer.isPlausible ? kPlausible : 0) + (offer.isUsual ? kUsual : 0) + reading +
+         10 * Wordliness(offer.preview);
+}
+
+// Empty where MIME knows none.
+QString MimeName(const char* icuName) {
+  UErrorCode status = U_ZERO_ERROR;
+  const char* name = ucnv_getStandardName(icuName, "MIME", &status);
+  return U_SUCCESS(status) && name != nullptr ? QString::fromLatin1(name) : QString();
+}
+
+QString NameOf(const char* icuName) {
+  const QString usual = MimeName(icuName);
+  if (!usual.isEmpty()) return usual;
+  UErrorCode status = U_ZERO_ERROR;
+  const char* name = ucnv_getStandardName(icuName, "IANA", &status);
+  return QString::fromLatin1(U_SUCCESS(status) && name != nullptr ? name : icuName);
 }
 
 }  // namespace
@@ -88,24 +134,26 @@ std::vector<CodeOffer> OfferCodes(QByteArrayView source, const QString& contentI
   const QByteArray sample = Sample(TextParts(source, contentIndex, textTypes));
   std::vector<CodeOffer> offers;
   std::set<QString> names;
-  const auto add = [&](const QString& name, const Charset& charset) {
-    if (names.insert(name.toLower()).second) offers.push_back(Offer(name, charset, sample));
+  const auto add = [&](const QString& name, const Charset& charset, bool isUsual) {
+    if (!names.insert(name.toLower()).second) return;
+    offers.push_back(Offer(name, charset, sample));
+    offers.back().isUsual = isUsual;
   };
   // Those with decoders of our own, under their best known names.
   for (const char* name :
        {"ISO-2022-JP", "EUC-JP", "Shift_JIS", "UTF-8", "EUC-JIS-2004", "Shift_JIS-2004"}) {
-    add(QString::fromLatin1(name), Charset::FromLabel(name));
+    add(QString::fromLatin1(name), Charset::FromLabel(name), true);
   }
   for (int32_t i = 0; i < ucnv_countAvailable(); ++i) {
     const char* icuName = ucnv_getAvailableName(i);
-    add(NameOf(icuName), {Charset::Family::Other, icuName});
+    const QString name = NameOf(icuName);
+    // Windows' own are what many programs write, and no names of MIME.
+    const bool isUsual = !MimeName(icuName).isEmpty() || name.startsWith(u"windows-12");
+    add(name, {Charset::Family::Other, icuName}, isUsual);
   }
-  const auto rank = [](const CodeOffer& offer) {
-    return offer.isPlausible ? Likelihood(offer.preview) : -100.0;
-  };
-  std::stable_sort(offers.begin(), offers.end(), [&rank](const CodeOffer& a, const CodeOffer& b) {
-    const double rankA = rank(a);
-    const double rankB = rank(b);
+  std::sort(offers.begin(), offers.end(), [](const CodeOffer& a, const CodeOffer& b) {
+    const double rankA = Rank(a);
+    const double rankB = Rank(b);
     return rankA != rankB ? rankA > rankB : a.name.compare(b.name, Qt::CaseInsensitive) < 0;
   });
   return offers;

@@ -15,10 +15,11 @@ struct CodeOffer {
   Charset charset;
   QString preview;           ///< the first line that tells codes apart, in this code
   bool isPlausible = false;  ///< neither errors nor characters that no text has
+  bool isUsual = false;      ///< in mail
 };
 
 /// All codes that can be decoded, with what the message gives in each: the plausible ones first, of
-/// these the more usual text before others, then by name.
+/// these what is usual in mail, then the better text, then by name.
 std::vector<CodeOffer> OfferCodes(QByteArrayView source, const QString& contentIndex,
                                   const QStringList& textTypes);
 

@@ -55,6 +55,7 @@ TEST(CodeOffersTest, TheRightCodeIsAmongThePlausibleOnesAndShowsTheLine) {
     });
     ASSERT_NE(found, offers.end());
     EXPECT_TRUE(found->isPlausible);
+    EXPECT_LT(found - offers.begin(), 16) << "is not seen without scrolling";
     EXPECT_EQ(found->preview.toStdString(), one.text.toStdString());
     EXPECT_TRUE(Read(source, *found).contains(one.text));
   }

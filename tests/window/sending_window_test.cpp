@@ -114,6 +114,25 @@ TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Sender: "));
 }
 
+// Mail arrives, or another window stores something, while the question for the account is open.
+TEST_F(SendingWindowTest, WhatChangesDuringAQuestionDoesNotUndoTheMessage) {
+  const QString serial =
+      Store("From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\nformer\r\n.\r\n", 1);
+  MessageWindow& window = Open(serial);
+  Type(Child<QPlainTextEdit>(window, u"txMemo"), QStringLiteral("what was written now"));
+  EXPECT_TRUE(InModal<ConsoleWindow>(
+      [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); },
+      [this](ConsoleWindow& choice) {
+        program_->Parent()->MessageStored();
+        test::RunFor(300);  // the program looks for such changes several times a second
+        QTest::keyClick(&choice, Qt::Key_Return);
+      }));
+  EXPECT_TRUE(Gone());
+  EXPECT_TRUE(Status(serial, 3));
+  ASSERT_EQ(smtp_.Messages().size(), 1);
+  EXPECT_TRUE(smtp_.Messages()[0].source.contains("what was written now"));
+}
+
 // The button that sends stands where the one that answers stood.
 TEST_F(SendingWindowTest, ADoubleClickOnReplyingSendsNothing) {
   MessageWindow& window = OpenStored(kPlain, kStatusReceived);

@@ -348,9 +348,11 @@ void MessageWindow::ShowModal() {
   loop.exec();
 }
 
-// What waits may be sent while its window is open.
+// What waits may be sent while its window is open. What is about to wait stands in the window alone
+// as long as a question is open, and what is stored is older.
 void MessageWindow::MessagesChanged() {
   if (request_ == nullptr || closed_ || !IsWaiting() || doubt_->isVisible()) return;
+  if (request_->Flag(u"send")) return;
   WaitingMessage waiting;
   Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
   if (outbox.Read(tag_, waiting) == Outbox::Reading::Gone) Open();
