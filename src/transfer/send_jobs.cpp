@@ -361,8 +361,7 @@ void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
 }
 
 void CheckPlan::PlanAnew(const Disk& message) {
-  CreateMessagePlan(kPlanSend, message.SerialID(), DatabaseKind::MailByPath,
-                    message.Text(u"File"));
+  CreateMessagePlan(kPlanSend, message.SerialID(), DatabaseKind::MailByPath, message.Text(u"File"));
 }
 
 void CheckPlan::LoadSending(Disk& message, const WaitingMessage& waiting) {

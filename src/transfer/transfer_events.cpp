@@ -304,7 +304,8 @@ bool TransferEvents::BeginHandover() {
     case Outbox::Claim::Taken:
       return true;
     case Outbox::Claim::Lost:
-      Log(0, Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
+      Log(0,
+          Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
       job_->Let(QStringLiteral("overtaken"), true);
       return false;
     default:
