@@ -11,6 +11,7 @@ struct Fault {
     Cut,    ///< send the first `after` bytes of the reply, then break the connection
     Stall,  ///< send the first `after` bytes of the reply, then nothing more
     Reply,  ///< answer with `text` instead
+    Torn,   ///< end a reply of several lines after `after` bytes of them, as if it were whole
   };
   Kind kind = Kind::None;
   QByteArray command;  ///< such as "RETR"; "GREETING" for the greeting, "." for the end of data

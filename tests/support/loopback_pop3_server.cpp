@@ -156,6 +156,11 @@ void LoopbackPop3Server::Send(Session& session, const QByteArray& command,
       Write(session, fault.text);
       return;
     }
+    if (fault.kind == Fault::Kind::Torn) {
+      const qsizetype lines = reply.indexOf("\r\n") + 2;
+      Write(session, reply.first(qMin(lines + fault.after, reply.size() - 5)) + "\r\n.\r\n");
+      return;
+    }
     if (fault.kind == Fault::Kind::Stall && OnStall) OnStall();
     Write(session, reply.first(qMin(fault.after, reply.size())));
     session.dead = true;
