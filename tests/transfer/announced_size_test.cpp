@@ -28,7 +28,12 @@ TEST(SizeFitTest, WhatServersCountOtherwiseFitsAndWhatIsMissingDoesNot) {
   EXPECT_EQ(fit(text, text.size() + 3), SizeFit::Exact) << "the end counted as well";
   EXPECT_EQ(fit(text, text.size() - text.count('\n')), SizeFit::LineFeeds);
   EXPECT_EQ(fit(header + ".a\r\n.b\r\n", header.size() + 8 + 7), SizeFit::Exact) << "doubled";
-  EXPECT_EQ(fit(text, 0), SizeFit::Exact) << "no size at all";
+  for (const qsizetype none : {0, -1}) {
+    EXPECT_EQ(fit(text, none), SizeFit::Near) << "no size at all";
+    EXPECT_EQ(fit(header, none), SizeFit::Off);
+    EXPECT_EQ(fit("", none), SizeFit::Off);
+  }
+  EXPECT_EQ(fit("", 1), SizeFit::Off);
   EXPECT_EQ(fit(text, text.size() + 100), SizeFit::Near);
   EXPECT_EQ(fit(text, text.size() - 100), SizeFit::Near) << "fields added on the way";
   EXPECT_EQ(fit(text, text.size() * 2), SizeFit::Off);

@@ -6,6 +6,7 @@
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
+#include "mail/drafts.h"
 #include "mail/outbox.h"
 #include "window/message_window_fixture.h"
 
@@ -122,7 +123,9 @@ TEST_F(SendingWindowTest, WhatChangesDuringAQuestionDoesNotUndoTheMessage) {
   Type(Child<QPlainTextEdit>(window, u"txMemo"), QStringLiteral("what was written now"));
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); },
-      [this](ConsoleWindow& choice) {
+      [this, &window, &serial](ConsoleWindow& choice) {
+        window.KeepDraftNow();  // as when the session ends now
+        EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
         program_->Parent()->MessageStored();
         test::RunFor(300);  // the program looks for such changes several times a second
         QTest::keyClick(&choice, Qt::Key_Return);

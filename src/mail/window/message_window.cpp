@@ -318,7 +318,9 @@ void MessageWindow::KeepDraftNow() {
 
 // A message that is being written survives a crash of the program or the machine.
 void MessageWindow::KeepDraft() {
-  if (!draftDue_ || !IsEditable() || closed_) return;
+  // Also while a question stands between the button that sends and the storing.
+  const bool isWritten = IsEditable() || (request_ != nullptr && request_->Flag(u"send"));
+  if (!draftDue_ || !isWritten || closed_) return;
   draftDue_ = false;
   MessageModel model = CurrentModel();
   qint64 bytes = 0;
