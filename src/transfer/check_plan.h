@@ -123,6 +123,7 @@ class CheckPlan {
   void BeginSending(Disk& job, const Disk& message);
   void StartSending(Disk& job, const DiskPtr& message);
   void PlanAnew(const Disk& message);
+  bool IsStoredAnew(const Disk& message);
   void LoadSending(Disk& message, const WaitingMessage& waiting);
   void LeaveOut(Disk& job, const DiskPtr& message);
   void FinishSending(Disk& job, const DiskPtr& message);

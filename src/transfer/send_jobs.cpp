@@ -32,7 +32,7 @@ constexpr int kStoreAgainMs = 120000;
 
 enum SendProcess { kBegin = 0, kStart = 1, kEnded = 2 };
 
-const QString kOvertaken = QStringLiteral("overtaken");
+const QString kVersion = QStringLiteral("Version");
 const QString kPeriodic = QStringLiteral("periodic");
 const QString kAsked = QStringLiteral("asked");
 
@@ -320,7 +320,6 @@ void CheckPlan::BeginSending(Disk& job, const Disk& message) {
   job.Let(QStringLiteral("loginrefused"), false);
   job.Let(QStringLiteral("refused"), QString());
   job.Let(QStringLiteral("doubtful"), false);
-  job.Let(kOvertaken, false);
   job.Let(kProcess, static_cast<int>(kStart));
 }
 
@@ -368,7 +367,7 @@ void CheckPlan::LoadSending(Disk& message, const WaitingMessage& waiting) {
   // What the message keeps when it is stored as sent.
   message.Let(QStringLiteral("Flag"), waiting.flags);
   message.Let(QStringLiteral("folder"), waiting.folders);
-  message.Let(QStringLiteral("Version"), waiting.version);
+  message.Let(kVersion, waiting.version);
 
   const DiskPtr account = message.Collection(kAccount)->First();
   OutgoingSender sender{account->Text(u"Mailaddress"),
@@ -407,18 +406,29 @@ void CheckPlan::LeaveOut(Disk& job, const DiskPtr& message) {
   Outbox(context_, message->Text(u"File")).MakeDurable();
 }
 
+// Whether it waits in another version than the one whose session has ended.
+bool CheckPlan::IsStoredAnew(const Disk& message) {
+  WaitingMessage waiting;
+  const QString version = message.Text(kVersion);
+  return !version.isEmpty() &&
+         Outbox(context_, message.Text(u"File")).Read(message.SerialID(), waiting) ==
+             Outbox::Reading::Ready &&
+         waiting.version != version;
+}
+
 // When the store fails, nothing more is sent: what becomes of it could not be noted.
 void CheckPlan::FinishSending(Disk& job, const DiskPtr& message) {
   RecordSession(job, *message->Collection(kAccount)->First());
-  RecordOutcome(job, *message);
+  const bool isAnew = IsStoredAnew(*message);
+  if (!isAnew) RecordOutcome(job, *message);  // what the server refused was the former one
   if (job.Flag(u"storefailed")) {
     for (const DiskPtr& other : jobs_) {
       if (other->Text(u"mode") == u"mailup") other->Let(QStringLiteral("delete"), true);
     }
   }
   LeaveOut(job, message);
-  // Stored anew while its session began, it was planned already for whoever stored it.
-  if (job.Flag(kOvertaken) && !job.Flag(u"stop")) PlanAnew(*message);
+  // It was planned already when it was stored, for whoever stored it.
+  if (isAnew && !job.Flag(u"stop") && !job.Flag(u"storefailed")) PlanAnew(*message);
 }
 
 // What the user has to decide or to mend stands at the message itself.

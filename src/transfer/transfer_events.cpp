@@ -306,7 +306,6 @@ bool TransferEvents::BeginHandover() {
     case Outbox::Claim::Lost:
       Log(0,
           Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
-      job_->Let(QStringLiteral("overtaken"), true);
       return false;
     default:
       StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));

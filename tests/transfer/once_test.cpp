@@ -157,23 +157,34 @@ TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
 
 // The window plans what it stores; that a session of the former text goes on must not drop it.
 TEST_F(OnceTest, WhatIsStoredAnewWhileItsSessionBeginsIsSentAsItIsNow) {
-  const QString serial = StoreWaiting("former");
-  smtp_.OnCommand = [&](const QByteArray& command) {
-    if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > 0) return;
+  const QString serial = StoreWaiting("first");
+  int before = 0;
+  qsizetype sent = 0;
+  const auto storeAs = [&](const QByteArray& subject) {
     QThread::msleep(2);
     Disk again(serial);
     again.Let(QStringLiteral("process"), 2);
     MailStore(profile_.Get())
-        .StoreMessage(again,
-                      "From: me@example.com\r\nTo: a@example.com\r\nSubject: now\r\n\r\n"
-                      "text\r\n.\r\n");
+        .StoreMessage(again, "From: me@example.com\r\nTo: a@example.com\r\nSubject: " + subject +
+                                 "\r\n\r\ntext\r\n.\r\n");
+  };
+  smtp_.OnCommand = [&](const QByteArray& command) {
+    if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > before) return;
+    storeAs("now");
     traffic_.Plan().CreateMessagePlan(kPlanSend, serial);
   };
-  traffic_.Plan().CreateMessagePlan(kPlanSend);
-  RunAll({&traffic_});
-  ASSERT_EQ(smtp_.Messages().size(), 1);
-  EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: now\r\n"));
-  EXPECT_EQ(Subjects(3), QStringList{QStringLiteral("now")});
+  for (const Fault::Kind end : {Fault::Kind::None, Fault::Kind::Reply, Fault::Kind::Cut}) {
+    SCOPED_TRACE(static_cast<int>(end));  // of the former session
+    before = smtp_.Count("RCPT");
+    smtp_.Faults = {{end, "RCPT", before + 1, 0, "550 no such user\r\n"}};
+    if (end == Fault::Kind::None) smtp_.Faults.clear();
+    storeAs("former");
+    traffic_.Plan().CreateMessagePlan(kPlanSend);
+    RunAll({&traffic_});
+    ASSERT_EQ(smtp_.Messages().size(), ++sent);
+    EXPECT_TRUE(smtp_.Messages().last().source.contains("Subject: now\r\n"));
+    EXPECT_EQ(Subjects(3), QStringList{QStringLiteral("now")});
+  }
 }
 
 // Nobody presses the button of a message again because its file was in use when it was planned.
