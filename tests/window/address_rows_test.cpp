@@ -180,6 +180,30 @@ TEST_F(MessageWindowTest, KeysGoOnToTheNextRowAndChangeNoOther) {
   EXPECT_TRUE(Gone());
 }
 
+// Several addresses become rows of their own when the user goes on, and he goes where he wants to.
+TEST_F(MessageWindowTest, WhoGoesOnAfterSeveralAddressesIsWhereHeClicked) {
+  MessageWindow& window = New();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  auto& subject = Child<QLineEdit>(window, u"txSubject");
+  const int last = list.rowCount() - 1;
+  test::ClickRow(list, list.item(last, 1));
+  auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(last, 1)));
+  ASSERT_NE(box, nullptr);
+  TypeText(*box, QStringLiteral("b@example.jp, c@example.jp"));
+  QTest::mouseClick(&subject, Qt::LeftButton);
+  QCoreApplication::processEvents();
+  ASSERT_NE(window.focusWidget(), nullptr);
+  EXPECT_EQ(window.focusWidget()->objectName(), QStringLiteral("txSubject"));
+  QTest::keyClicks(window.focusWidget(), QStringLiteral("x@y.jp"));
+  EXPECT_EQ(subject.text(), QStringLiteral("x@y.jp"));
+  EXPECT_EQ(list.item(last, 1)->text(), QStringLiteral("b@example.jp"));
+  EXPECT_EQ(list.item(last + 1, 1)->text(), QStringLiteral("c@example.jp"));
+  EXPECT_EQ(list.rowCount(), last + 3);
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& question) { question.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
 // A row that is being typed in, without Enter, is what the user sees, and what every command takes.
 TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
   const auto begin = [this](const QString& address, const QString& header) -> MessageWindow& {

@@ -152,7 +152,7 @@ void AddressList::SplitRow(int row) {
   filling_ = false;
   for (AddressEntry entry : entries.mid(1)) {
     entry.kind = kind;
-    Add(entry);
+    Append(entry);  // who has gone on to another field stays there
   }
 }
 
@@ -190,12 +190,16 @@ void AddressList::GoToFault() {
   editItem(item(row, kAddress));  // what is typed next corrects it
 }
 
-void AddressList::Add(const AddressEntry& entry) {
-  if (!editable_ || entry.address.isEmpty()) return;
+void AddressList::Append(const AddressEntry& entry) {
   const int last = rowCount() - 1;
   if (last >= 0 && item(last, kAddress)->text().trimmed().isEmpty()) removeRow(last);
   AddRow(entry);
   KeepEmptyRow();
+}
+
+void AddressList::Add(const AddressEntry& entry) {
+  if (!editable_ || entry.address.isEmpty()) return;
+  Append(entry);
   // What is typed next is for the empty row, and not for one that the list made the current one.
   setCurrentCell(rowCount() - 1, kAddress);
   Q_EMIT Edited();

@@ -41,6 +41,7 @@ class AddressList : public RowList {
   enum Column { kKind = 0, kAddress };
 
   void AddRow(const AddressEntry& entry);
+  void Append(const AddressEntry& entry);
   void KeepEmptyRow();
   int RowOf(const QComboBox* kinds) const;
   /// Opens the row of that kind box.
