@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMessageBox>
+#include <QPointer>
 
 #include "frame/window/parent_window.h"
 #include "mail/window/message_window.h"
@@ -51,8 +52,11 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   }
   // What is being written is stored first; a window that cannot store it keeps the program open.
   closing_ = true;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window == this || !window->isVisible() || window->close()) continue;
+  // A question of one of them runs the event loop, in which others may end.
+  QList<QPointer<QWidget>> windows;
+  for (QWidget* window : QApplication::topLevelWidgets()) windows.append(window);
+  for (const QPointer<QWidget>& window : windows) {
+    if (window == nullptr || window == this || !window->isVisible() || window->close()) continue;
     closing_ = false;
     event->ignore();
     return;
