@@ -1,5 +1,6 @@
 #include "transfer/pop3_session.h"
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QList>
 #include <algorithm>
