@@ -174,6 +174,7 @@ void CheckPlan::Clear() {
   while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->SerialID());
   works_.clear();
   unstored_.clear();
+  handovers_.clear();
 }
 
 void CheckPlan::EndWait(Disk& job) {

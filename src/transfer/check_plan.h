@@ -75,6 +75,9 @@ class CheckPlan {
   /// Lets a send job go on only when what came of its message is stored, for which the file is in
   /// use now: `store` is tried at each tick, and when it has not worked for long, `failed` is told.
   void StoreLater(const Disk& job, std::function<bool()> store, std::function<void()> failed);
+  /// Begins the session of a send job's message again when it has ended, since its file is in use
+  /// now. False when that has been so for long.
+  bool HandOverLater(Disk& job);
   /// Forgets all jobs, for the end of the program.
   void Clear();
 
@@ -144,9 +147,10 @@ class CheckPlan {
     QDeadlineTimer limit;
   };
   std::map<QString, Unstored> unstored_;  // by the job; also waiting messages that are unread yet
-  QHash<QString, QString> chosen_;        // accounts, by the messages that they were chosen for
-  QSet<QString> toldOfNoAccount_;         // messages
-  QSet<QString> toldOfNoPassword_;        // accounts
+  std::map<QString, QDeadlineTimer> handovers_;  // that wait for their file, by the job
+  QHash<QString, QString> chosen_;  // accounts, by the messages that they were chosen for
+  QSet<QString> toldOfNoAccount_;   // messages
+  QSet<QString> toldOfNoPassword_;  // accounts
   bool asking_ = false;
   bool runsPeriodically_ = false;
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer

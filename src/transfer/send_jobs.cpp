@@ -34,6 +34,7 @@ enum SendProcess { kBegin = 0, kStart = 1, kEnded = 2 };
 
 const QString kVersion = QStringLiteral("Version");
 const QString kPeriodic = QStringLiteral("periodic");
+const QString kAgain = QStringLiteral("again");
 const QString kAsked = QStringLiteral("asked");
 
 bool IsPopBeforeSmtp(const Disk& account) {
@@ -253,6 +254,13 @@ void CheckPlan::StoreLater(const Disk& job, std::function<bool()> store,
   unstored_[job.SerialID()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
 }
 
+bool CheckPlan::HandOverLater(Disk& job) {
+  const auto [limit, isFirst] = handovers_.try_emplace(job.SerialID(), kStoreAgainMs);
+  if (limit->second.hasExpired()) return false;
+  job.Let(kAgain, true);
+  return true;
+}
+
 bool CheckPlan::OutcomeIsStored(const Disk& job) {
   const auto found = unstored_.find(job.SerialID());
   if (found == unstored_.end()) return true;
@@ -418,6 +426,13 @@ bool CheckPlan::IsStoredAnew(const Disk& message) {
 
 // When the store fails, nothing more is sent: what becomes of it could not be noted.
 void CheckPlan::FinishSending(Disk& job, const DiskPtr& message) {
+  const bool isAgain = job.Flag(kAgain) && !job.Flag(u"stop");
+  job.Let(kAgain, false);
+  if (isAgain) {
+    job.Let(kProcess, static_cast<int>(kBegin));
+    return;
+  }
+  handovers_.erase(job.SerialID());
   RecordSession(job, *message->Collection(kAccount)->First());
   const bool isAnew = IsStoredAnew(*message);
   if (!isAnew) RecordOutcome(job, *message);  // what the server refused was the former one

@@ -308,6 +308,10 @@ bool TransferEvents::BeginHandover() {
           Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
       return false;
     default:
+      if (context_.Data.LastError().kind == StorageError::Kind::Busy &&
+          plan_.HandOverLater(*job_)) {
+        return false;
+      }
       StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));
       job_->Let(QStringLiteral("storefailed"), true);
       return false;

@@ -315,6 +315,27 @@ TEST_F(OnceTest, WhatTheServerSaidIsNotForgottenWhileTheFileIsInUse) {
   EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
 }
 
+// The claim is given up after five seconds; the message and those behind it are not.
+TEST_F(OnceTest, AFileThatIsInUseAtTheHandoverKeepsNoMessageFromBeingSent) {
+  StoreWaiting("first");
+  StoreWaiting("second");
+  std::shared_ptr<Connection> other;
+  QTimer end;
+  QObject::connect(&end, &QTimer::timeout, &end, [&other] { other.reset(); });
+  smtp_.OnCommand = [&](const QByteArray& command) {
+    if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > 0) return;
+    StorageError error;
+    other = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+                             Connection::Mode::Existing, &error);
+    ASSERT_TRUE(other != nullptr && other->Begin());
+    end.start(2000);  // behind the first attempt
+  };
+  const ReceiveCounts counts = Send();
+  EXPECT_EQ(counts.sent, 2);
+  EXPECT_EQ(counts.errors + counts.doubtful, 0);
+  EXPECT_EQ(smtp_.Messages().size(), 2);
+}
+
 TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
   const QString serial = StoreWaiting();

@@ -27,7 +27,6 @@ class NoticeBar : public QFrame {
     label_->setText(ShownText(text));
     setVisible(!text.isEmpty());
   }
-  QString Text() const { return label_->text(); }
 
  private:
   QLabel* label_;
