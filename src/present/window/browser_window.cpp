@@ -34,6 +34,7 @@ namespace {
 
 const QString kInit = QStringLiteral("init");
 constexpr int kExploreAfterMs = 1000;
+constexpr int kCheckRowsMs = 1000;
 constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
 constexpr int kLookAgainMs = 2000;
@@ -84,6 +85,8 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
   BuildMessageCommands();
   explore_.setSingleShot(true);
   connect(&explore_, &QTimer::timeout, this, &BrowserWindow::Explore);
+  checkRows_.setSingleShot(true);
+  connect(&checkRows_, &QTimer::timeout, this, &BrowserWindow::CheckRows);
   ControlToolbarUpdate();
 }
 
@@ -259,6 +262,18 @@ void BrowserWindow::UpdateBrowser() {
   txLocation_->setReadOnly(IsLocal());
   txLocation_->setText(IsLocal() ? windowTitle() : text);
   wbUrl_->load(url);
+  checkRows_.start(kCheckRowsMs);
+}
+
+// Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
+// for in between is lost with the former page: without its rows the keys would stay dead.
+void BrowserWindow::CheckRows() {
+  if (!IsLocal() || closing_ || rows_.HasRows()) return;
+  if (page_->isLoading()) {
+    checkRows_.start(kCheckRowsMs);
+  } else {
+    rows_.Attach(page_);
+  }
 }
 
 void BrowserWindow::SeekClicked() {

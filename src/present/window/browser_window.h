@@ -117,6 +117,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowOldest() { GoToPage(1); }
   void ShowNewest();
   void Explore();
+  void CheckRows();
   void ShowPageCount();
   void SeekClicked();
   void SearchFolder();
@@ -147,6 +148,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   int attempts_ = 0;  // to load a page that the engine gave up
   bool closing_ = false;
   QTimer explore_;
+  QTimer checkRows_;
   QToolButton* url_ = nullptr;
   QLineEdit* txPage_ = nullptr;
   QLabel* lbPages_ = nullptr;
