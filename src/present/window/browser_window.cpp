@@ -268,7 +268,7 @@ void BrowserWindow::UpdateBrowser() {
 // Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
 // for in between is lost with the former page: without its rows the keys would stay dead.
 void BrowserWindow::CheckRows() {
-  if (!IsLocal() || closing_ || rows_.HasRows()) return;
+  if (!IsLocal() || closing_ || rows_.IsReady()) return;
   if (page_->isLoading()) {
     checkRows_.start(kCheckRowsMs);
   } else {

@@ -25,7 +25,9 @@ class PageRows : public QObject {
   void Close() { closed_ = true; }
   /// Whether there are rows to move among.
   bool HasRows() const { return count_ > 0; }
-  /// Called when that may have changed.
+  /// Whether they are those of a page that is there, and not of one that is being made anew.
+  bool IsReady() const { return !page_.isNull() && HasRows(); }
+  /// Called when there may be rows, or none any more.
   void OnRows(std::function<void()> changed) { changed_ = std::move(changed); }
 
   /// Moves by so many rows; with `extend` chooses all rows passed.
