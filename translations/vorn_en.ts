@@ -3076,5 +3076,9 @@ and erased ones are not received again.</translation>
         <source>送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。</source>
         <translation>Changed or cancelled after sending began; the former text was not sent.</translation>
     </message>
+    <message>
+        <source>「%1」はフォルダなので添付できません。</source>
+        <translation>“%1” is a folder and cannot be attached.</translation>
+    </message>
 </context>
 </TS>

@@ -348,6 +348,15 @@ TEST_F(MessageWindowTest, FilesAreDroppedAnywhereAndPicturesPasted) {
   QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(memo.toPlainText(), QStringLiteral("text"));
   EXPECT_EQ(names().size(), 5);
+  // A folder among the files is told, and is no text either.
+  auto* mixed = new QMimeData;
+  mixed->setUrls({QUrl::fromLocalFile(File("6", "x")), QUrl::fromLocalFile(QDir::tempPath())});
+  QApplication::clipboard()->setMimeData(mixed);
+  EXPECT_TRUE(NextMessageBox([&memo] {
+                QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
+              }).endsWith(QStringLiteral("」はフォルダなので添付できません。")));
+  EXPECT_EQ(names().last(), QStringLiteral("6"));
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("text"));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());

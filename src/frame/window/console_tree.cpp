@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
@@ -71,22 +72,25 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
   viewport()->setAcceptDrops(true);
-  const auto open = [this](QTreeWidgetItem* item) {
-    const QString key = item->data(0, kKeyRole).toString();
-    if (!key.isEmpty()) Q_EMIT NodeOpened(key, item->data(0, kTagRole).toString());
-  };
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
-  connect(this, &QTreeWidget::itemClicked, this, open);
-  connect(this, &QTreeWidget::itemActivated, this, [this, open](QTreeWidgetItem* item) {
+  connect(this, &QTreeWidget::itemPressed, this,
+          [this](QTreeWidgetItem* item) { pressed_ = item->data(0, kKeyRole).toString(); });
+  connect(this, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { Open(*item); });
+  connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
     const QString tag = item->data(0, kTagRole).toString();
     if (tag == object_type::kFolder || tag == kLogTag) {
-      open(item);
+      Open(*item);
     } else {
       ShowProperties();
     }
   });
   connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
   setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through keyPressEvent
+}
+
+void ConsoleTree::Open(const QTreeWidgetItem& item) {
+  const QString key = item.data(0, kKeyRole).toString();
+  if (!key.isEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString());
 }
 
 void ConsoleTree::Fill() {
@@ -297,6 +301,21 @@ void ConsoleTree::keyPressEvent(QKeyEvent* event) {
   } else {
     QTreeWidget::keyPressEvent(event);
   }
+}
+
+// A mouse that slides while its button is pressed would select one node after the other, and none
+// of them would be opened.
+void ConsoleTree::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() == Qt::NoButton) QTreeWidget::mouseMoveEvent(event);
+}
+
+void ConsoleTree::mouseReleaseEvent(QMouseEvent* event) {
+  const QTreeWidgetItem* slid = itemAt(event->position().toPoint()) == nodes_.value(pressed_)
+                                    ? nullptr
+                                    : nodes_.value(pressed_);
+  pressed_.clear();
+  QTreeWidget::mouseReleaseEvent(event);
+  if (slid != nullptr && event->button() == Qt::LeftButton) Open(*slid);
 }
 
 void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {

@@ -54,11 +54,14 @@ class ConsoleTree : public QTreeWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
+  void Open(const QTreeWidgetItem& item);
   void TakeName(QTreeWidgetItem* item);
   QString TakingFolderAt(const QPoint& at) const;
   QTreeWidgetItem* Group(const QString& type) const;
@@ -68,6 +71,7 @@ class ConsoleTree : public QTreeWidget {
   Context& context_;
   QHash<QString, QTreeWidgetItem*> groups_;  // by type
   QHash<QString, QTreeWidgetItem*> nodes_;   // by key
+  QString pressed_;                          // the key of the node under the pressed button
 };
 
 }  // namespace vorn

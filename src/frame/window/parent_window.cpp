@@ -283,7 +283,11 @@ RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
 BrowserWindow* ParentWindow::NewBrowserWindow() {
   auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
   Track(window, window);
-  connect(window, &BrowserWindow::Loaded, this, &ParentWindow::FollowActivePage);
+  // Not at each reload: what the user has selected in the tree meanwhile stays selected.
+  connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
+    if (shown != window->Tag()) FollowActivePage();
+    shown = window->Tag();
+  });
   QMdiSubWindow* frame = area_->addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   frame->setWindowIcon(Icon(QStringLiteral("folder")));

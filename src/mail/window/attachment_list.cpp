@@ -33,7 +33,7 @@ namespace {
 QStringList LocalFiles(const QMimeData& data) {
   QStringList paths;
   for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile() && QFileInfo(url.toLocalFile()).isFile()) paths.append(url.toLocalFile());
+    if (url.isLocalFile()) paths.append(url.toLocalFile());
   }
   return paths;
 }
@@ -132,6 +132,10 @@ void AttachmentList::NoteTime(const QString& path) {
 void AttachmentList::AddFiles(const QStringList& paths) {
   for (const QString& path : paths) {
     const QFileInfo file(path);
+    if (file.isDir()) {
+      Tell(Ui::tr("「%1」はフォルダなので添付できません。").arg(path));
+      continue;
+    }
     if (!file.isFile() || !file.isReadable()) {
       Tell(Ui::tr("添付ファイル「%1」を読み込めません。").arg(path));
       continue;
