@@ -43,10 +43,9 @@ QJsonArray Parts(const std::vector<MimeCodec::ContentRecord>& records) {
 }
 
 QJsonArray Attachments(const QByteArray& source,
-                       const std::vector<MimeCodec::ContentRecord>& records,
-                       const QStringList& textTypes) {
+                       const std::vector<MimeCodec::ContentRecord>& records) {
   QJsonArray array;
-  for (const Attachment& attachment : ListAttachments(records, textTypes, true)) {
+  for (const Attachment& attachment : ListAttachments(records, DefaultTextTypes(), true)) {
     const QByteArray bytes = MimeCodec::DecodePart(
         source, MimeCodec::TransferEncodingOf(attachment.record.encoding.toLatin1()),
         attachment.record.first, attachment.record.last);
@@ -80,14 +79,20 @@ QJsonValue Html(const QByteArray& source, const QString& contentIndex) {
   return html.isNull() ? QJsonValue(QJsonValue::Null) : QJsonValue(html);
 }
 
-QJsonObject Describe(const QByteArray& source) {
-  const QStringList textTypes = DefaultTextTypes();
-  const MessageIndex index =
-      IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
-  const auto records = MimeCodec::ParseContentIndex(index.content, source);
+MessageIndex Index(const QByteArray& source) {
+  return IndexMessage(source, QString(), {DefaultTextTypes(), MimeCodec::HasEndMark(source)});
+}
+
+QString Text(const QByteArray& source, const MessageIndex& index) {
   TextRequest request;
-  request.textTypes = textTypes;
+  request.textTypes = DefaultTextTypes();
   request.withReports = true;
+  return GetMessageText(source, index.content, request).text;
+}
+
+QJsonObject Describe(const QByteArray& source) {
+  const MessageIndex index = Index(source);
+  const auto records = MimeCodec::ParseContentIndex(index.content, source);
   const QByteArrayView idName = "MESSAGE-ID:";
   return {{QStringLiteral("subject"), index.subject},
           {QStringLiteral("addressLines"), index.addressLines},
@@ -96,23 +101,26 @@ QJsonObject Describe(const QByteArray& source) {
           {QStringLiteral("fieldId"), QString::fromLatin1(MimeCodec::HeaderValue(
                                           MimeCodec::HeaderField(source, idName), idName.size()))},
           {QStringLiteral("parts"), Parts(records)},
-          {QStringLiteral("text"), GetMessageText(source, index.content, request).text},
+          {QStringLiteral("text"), Text(source, index)},
           {QStringLiteral("headers"), Headers(source, records)},
           {QStringLiteral("html"), Html(source, index.content)},
-          {QStringLiteral("attachments"), Attachments(source, records, textTypes)}};
+          {QStringLiteral("attachments"), Attachments(source, records)}};
 }
 
-QString AsText(const QJsonObject& message) {
-  QStringList lines{QStringLiteral("件名: ") + message[QStringLiteral("subject")].toString(),
-                    message[QStringLiteral("addressLines")].toString(), QString(),
-                    message[QStringLiteral("text")].toString()};
-  for (const auto& attachment : message[QStringLiteral("attachments")].toArray()) {
-    lines.append(QStringLiteral("添付: %1（%2、%3バイト）")
-                     .arg(attachment[QStringLiteral("name")].toString(),
-                          attachment[QStringLiteral("type")].toString())
-                     .arg(attachment[QStringLiteral("size")].toInteger()));
+void PrintText(const QByteArray& source) {
+  const MessageIndex index = Index(source);
+  Print(QStringLiteral("件名: ") + index.subject);
+  Print(index.addressLines);
+  Print(QString());
+  Print(Text(source, index));
+  const auto records = MimeCodec::ParseContentIndex(index.content, source);
+  for (const auto& value : Attachments(source, records)) {
+    const QJsonObject attachment = value.toObject();
+    Print(QStringLiteral("添付: %1（%2、%3バイト）")
+              .arg(attachment[QStringLiteral("name")].toString(),
+                   attachment[QStringLiteral("type")].toString())
+              .arg(attachment[QStringLiteral("size")].toInteger()));
   }
-  return lines.join(u'\n');
 }
 
 }  // namespace
@@ -127,10 +135,11 @@ int Inspect(const Arguments& arguments) {
   if (!source) {
     return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
   }
-  const QJsonObject message = Describe(*source);
-  Print(arguments.Has(QStringLiteral("json"))
-            ? QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact))
-            : AsText(message));
+  if (arguments.Has(QStringLiteral("json"))) {
+    Print(QString::fromUtf8(QJsonDocument(Describe(*source)).toJson(QJsonDocument::Compact)));
+  } else {
+    PrintText(*source);
+  }
   return kExitOk;
 }
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
+#include <QStringEncoder>
 #include <csignal>
 #include <cstdio>
 
@@ -183,7 +184,12 @@ int Run(const QStringList& line) {
 void Print(const QString& text) {
   QFile out;
   if (!out.open(stdout, QIODevice::WriteOnly)) return;
-  out.write(text.toUtf8() + '\n');
+  constexpr qsizetype kPiece = 1 << 20;  // a text may be large
+  QStringEncoder encode(QStringEncoder::Utf8);
+  for (qsizetype at = 0; at < text.size(); at += kPiece) {
+    out.write(encode(QStringView(text).mid(at, kPiece)));
+  }
+  out.write("\n");
 }
 
 std::optional<QByteArray> ReadFile(const QString& name) {

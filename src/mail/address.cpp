@@ -124,6 +124,8 @@ bool EndsWithGroupName(const QString& text) {
 // Groups replaced by their members: "Team: a@b, c@d;" by "a@b, c@d". A semicolon outside of groups
 // separates, as many programs write it, where all it separates are addresses.
 QString WithoutGroups(const QString& text, qsizetype start) {
+  const QStringView list = QStringView(text).sliced(start);
+  if (!list.contains(u';') && !list.contains(u':')) return text;
   const QStringList parts = MimeCodec::SplitList(text, u';', start);
   QStringList items;
   bool hasGroup = false;
@@ -216,15 +218,16 @@ QString ParseAddressList(const QString& header) {
   const qsizetype start = header.indexOf(u':') + 1;
   const QString name = header.left(start).toUpper();
   const QString members = WithoutGroups(header, start);
-  QStringList lines;
   if (members != header && members.size() == start + 1) return {};  // groups without members
-  for (const QString& item : MimeCodec::SplitList(members, u',', start)) {
-    const Mailbox mailbox = ReadItem(item);
-    QString line = name + u' ' + (mailbox.address.isEmpty() ? kUnknownAddress : mailbox.address);
-    if (!mailbox.name.isEmpty()) line += u' ' + mailbox.name;
-    lines.append(line);
-  }
-  return lines.join(kLineBreak);
+  QString lines;
+  lines.reserve(members.size());
+  MimeCodec::ForEachItem(members, u',', start, [&](QStringView item) {
+    const Mailbox mailbox = ReadItem(item.toString());
+    if (!lines.isEmpty()) lines += kLineBreak;
+    lines += name + u' ' + (mailbox.address.isEmpty() ? kUnknownAddress : mailbox.address);
+    if (!mailbox.name.isEmpty()) lines += u' ' + mailbox.name;
+  });
+  return lines;
 }
 
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {

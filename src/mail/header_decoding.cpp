@@ -13,8 +13,8 @@ namespace {
 // A run of the field: raw bytes, or the bytes of adjacent encoded words with one charset. A
 // character may begin in one word and end in the next, so the bytes are joined before decoding.
 struct Run {
-  QByteArray charset;  // null for raw bytes
-  QByteArray bytes;
+  QByteArray charset;          // null for raw bytes
+  QByteArray bytes;            // raw ones are those of the field
   QByteArray unfinished = {};  // base64 whose last group goes on in the next word
 
   bool IsEncoded() const { return !charset.isNull(); }
@@ -79,7 +79,8 @@ std::vector<Run> SplitRuns(QByteArrayView text) {
   qsizetype at = 0;
   const auto endRaw = [&](qsizetype end) {
     if (end > rawStart) {
-      runs.push_back({QByteArray(), text.sliced(rawStart, end - rawStart).toByteArray()});
+      runs.push_back(
+          {QByteArray(), QByteArray::fromRawData(text.data() + rawStart, end - rawStart)});
     }
   };
   while (at < text.size()) {

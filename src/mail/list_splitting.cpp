@@ -6,13 +6,13 @@ namespace {
 // Follows quotes, brackets and comments through a text.
 class Nesting {
  public:
-  explicit Nesting(const QString& text)
+  explicit Nesting(QStringView text)
       : lastQuote_(text.lastIndexOf(u'"')),
         lastBracket_(text.lastIndexOf(u'>')),
         lastComment_(text.lastIndexOf(u')')) {}
 
   // Whether the character stands inside something, marks included.
-  bool Enter(const QString& text, qsizetype& at) {
+  bool Enter(QStringView text, qsizetype& at) {
     const QChar c = text[at];
     if (quoted_) {
       if (c == u'\\' && at + 1 < text.size()) {
@@ -55,25 +55,30 @@ bool IsBlank(QChar c) {
   return c.isSpace() && c != QChar(0x3000);
 }
 
-void AppendTrimmed(QStringList& list, const QString& text, qsizetype start, qsizetype end,
-                   bool keepEmpty) {
+void AppendTrimmed(QStringList& list, const QString& text, qsizetype start, qsizetype end) {
   const QString item = text.mid(start, end - start).trimmed();
-  if (keepEmpty || !item.isEmpty()) list.append(item);
+  if (!item.isEmpty()) list.append(item);
 }
 
 }  // namespace
 
-QStringList SplitList(const QString& text, QChar separator, qsizetype start) {
-  QStringList items;
+void ForEachItem(QStringView text, QChar separator, qsizetype start,
+                 const std::function<void(QStringView)>& take) {
   Nesting nesting(text);
   qsizetype itemStart = start;
   for (qsizetype at = start; at < text.size(); ++at) {
     const QChar c = text[at];
     if (nesting.Enter(text, at) || c != separator) continue;
-    AppendTrimmed(items, text, itemStart, at, true);
+    take(text.sliced(itemStart, at - itemStart).trimmed());
     itemStart = at + 1;
   }
-  AppendTrimmed(items, text, itemStart, text.size(), true);
+  take(text.sliced(qMin(itemStart, text.size())).trimmed());
+}
+
+QStringList SplitList(const QString& text, QChar separator, qsizetype start) {
+  QStringList items;
+  ForEachItem(text, separator, start,
+              [&items](QStringView item) { items.append(item.toString()); });
   return items;
 }
 
@@ -88,14 +93,14 @@ QStringList SplitWords(const QString& item) {
     const bool opens = !wasBracketed && nesting.Bracketed();
     const bool closes = wasBracketed && !nesting.Bracketed();
     if (opens || (!inside && IsBlank(item[here]))) {
-      AppendTrimmed(words, item, wordStart, here, false);
+      AppendTrimmed(words, item, wordStart, here);
       wordStart = here;
     } else if (closes) {
-      AppendTrimmed(words, item, wordStart, at + 1, false);
+      AppendTrimmed(words, item, wordStart, at + 1);
       wordStart = at + 1;
     }
   }
-  AppendTrimmed(words, item, wordStart, item.size(), false);
+  AppendTrimmed(words, item, wordStart, item.size());
   return words;
 }
 

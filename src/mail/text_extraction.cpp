@@ -17,14 +17,28 @@ namespace {
 using MimeCodec::ContentRecord;
 using MimeCodec::TransferEncoding;
 
+bool IsBreak(QChar c) {
+  return c == u'\r' || c == u'\n';
+}
+
+// Whether every line ends with CR LF.
+bool HasUsualLineEnds(QStringView text) {
+  const QStringView usual = u"\r\n";
+  auto at = std::find_if(text.begin(), text.end(), IsBreak);
+  while (at != text.end() && QStringView(at, text.end()).startsWith(usual)) {
+    at = std::find_if(at + usual.size(), text.end(), IsBreak);
+  }
+  return at == text.end();
+}
+
 // Each of CR LF, CR and LF is one line break, and CR CR LF, which a CR LF becomes that was taken
-// for an LF.
+// for an LF. Most texts are returned as they are, without a copy.
 QString WithLineBreaks(const QString& text, const QString& lineBreak) {
-  const auto isBreak = [](QChar c) { return c == u'\r' || c == u'\n'; };
+  if (lineBreak == u"\r\n" && HasUsualLineEnds(text)) return text;
   QString result;
   result.reserve(text.size() + text.size() / 16);
   for (auto at = text.begin(); at != text.end();) {
-    const auto lineEnd = std::find_if(at, text.end(), isBreak);
+    const auto lineEnd = std::find_if(at, text.end(), IsBreak);
     result += QStringView(at, lineEnd);
     if (lineEnd == text.end()) break;
     result += lineBreak;
@@ -59,7 +73,11 @@ Charset CharsetOfHtml(QByteArrayView page) {
 QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype last,
                    const ReadingCode& charset, bool cut) {
   const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
-  const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, last);
+  // Where there is nothing to unwrap the bytes are those of the source.
+  const QByteArrayView wrapped = MimeCodec::PartOf(source, record.first, last);
+  const QByteArray bytes = encoding == TransferEncoding::None
+                               ? QByteArray::fromRawData(wrapped.data(), wrapped.size())
+                               : MimeCodec::DecodeTransfer(wrapped, encoding);
   Charset declared = MimeCodec::DeclaredCharset(source, record);
   if (declared.family == Charset::Family::Unknown && record.type == u"text/html") {
     declared = CharsetOfHtml(bytes);

@@ -208,11 +208,15 @@ QByteArray EncodeTransfer(const QByteArray& bytes, TransferEncoding encoding) {
   }
 }
 
-QByteArray DecodePart(QByteArrayView source, TransferEncoding encoding, qsizetype first,
-                      qsizetype last) {
+QByteArrayView PartOf(QByteArrayView source, qsizetype first, qsizetype last) {
   first = std::clamp<qsizetype>(first, 0, source.size());
   last = std::clamp<qsizetype>(last, first - 1, source.size() - 1);
-  return DecodeTransfer(source.sliced(first, last - first + 1), encoding);
+  return source.sliced(first, last - first + 1);
+}
+
+QByteArray DecodePart(QByteArrayView source, TransferEncoding encoding, qsizetype first,
+                      qsizetype last) {
+  return DecodeTransfer(PartOf(source, first, last), encoding);
 }
 
 QByteArray DecodeEncodedWord(QByteArrayView text, bool base64) {

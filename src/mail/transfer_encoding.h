@@ -22,7 +22,10 @@ qsizetype Base64End(QByteArrayView bytes);
 /// What nobody writes today, yEnc, stays as it is.
 QByteArray EncodeTransfer(const QByteArray& bytes, TransferEncoding encoding);
 
-/// The bytes from `first` to `last` of a source, unwrapped. A range outside the source is cut.
+/// The bytes from `first` to `last` of a source. A range outside the source is cut.
+QByteArrayView PartOf(QByteArrayView source, qsizetype first, qsizetype last);
+
+/// The same, unwrapped.
 QByteArray DecodePart(QByteArrayView source, TransferEncoding encoding, qsizetype first,
                       qsizetype last);
 
