@@ -300,7 +300,7 @@ bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest
 }
 
 StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                       bool isNamed, bool renames, QString* formerName) {
+                                       bool isNamed, Trust trust, QString* formerName) {
   bool isOther = false;
   for (const QString& file : isNamed ? files_ : QStringList()) {
     const Holds holds = Compare(file, messageId, source, Likeness::Any);
@@ -317,7 +317,8 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
     found = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source, &name, &file);
   }
   if (found == Found::Failed || found == Found::Elsewhere) return found;
-  if (found == Found::Moved && !renames) return Found::Stored;
+  if (found == Found::Moved && trust == Trust::Doubtful) return Found::Elsewhere;
+  if (found == Found::Moved && trust == Trust::Nameless) return Found::Stored;
   if (isOther && !FreeName(messageId)) return Found::Failed;
   if (found == Found::Moved) {
     *formerName = WithoutFreeMark(name);
@@ -325,7 +326,8 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
   }
   const bool wasHere = erased_->contains(digest, messageId);
   if (wasHere || (IsUnique(source) && erased_->contains(digest))) {
-    return wasHere || NoteErased(messageId, digest) ? Found::Erased : Found::Failed;
+    const bool isNoted = wasHere || trust == Trust::Doubtful || NoteErased(messageId, digest);
+    return isNoted ? Found::Erased : Found::Failed;
   }
   return isOther ? Found::Renewed : Found::None;
 }

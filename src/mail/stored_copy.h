@@ -52,14 +52,20 @@ class StoredCopies {
     Erased,     ///< was stored, and erased for good
     Failed,     ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
+  /// What a name and what was got under it say of each other.
+  enum class Trust {
+    Named,     ///< it is the message of that name
+    Nameless,  ///< the name is none of the mailbox's
+    Doubtful,  ///< it may be another message: what is stored under another name is `Elsewhere`
+  };
   /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The
   /// same message is one with the same bytes, or with the same body and fields, of which one may
   /// have some more, and those that servers write aside, where both have a Message-ID and a trace
-  /// field; under the name of another mailbox only one with no other fields. With `renames`, one of
-  /// this mailbox or from an archive that is found under a name that nobody vouches for gets this
-  /// one, and another message of this name gives it up. `formerName` gets the other name that it
-  /// had.
-  Found Find(const QString& messageId, const QByteArray& source, bool isNamed, bool renames,
+  /// field; under the name of another mailbox only one with no other fields. With `Trust::Named`,
+  /// one of this mailbox or from an archive that is found under a name that nobody vouches for gets
+  /// this one, and another message of this name gives it up. `formerName` gets the other name that
+  /// it had.
+  Found Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust,
              QString* formerName);
 
  private:

@@ -22,8 +22,7 @@ qint64 DoubledStops(const QByteArray& message) {
 }  // namespace
 
 SizeFit FitOf(const QByteArray& message, qint64 announced) {
-  if (message.isEmpty()) return SizeFit::Off;
-  if (announced <= 0) return HasBody(message) ? SizeFit::Near : SizeFit::Off;
+  if (message.isEmpty() || announced <= 0) return SizeFit::Off;
   const qint64 more = message.size() - announced;
   if (more < -kLastBreak && !HasBody(message)) return SizeFit::Off;
   const qint64 lines = message.count('\n');

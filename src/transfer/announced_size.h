@@ -12,9 +12,8 @@ enum class SizeFit {
   Off,        ///< a good part is missing, or it is another message
 };
 
-/// A size of 0 says nothing: every message with a text is near it, and none exact, so that one of a
-/// server whose other sizes are exact is not believed at once. An empty answer is off, and one that
-/// ends before its text has begun, where the server knows of more or says no size.
+/// A size of 0 says nothing, and no answer is believed at once for it. Off are as well an empty
+/// answer and one that ends before its text has begun, where the server knows of more.
 SizeFit FitOf(const QByteArray& message, qint64 announced);
 
 inline bool IsExact(SizeFit fit) {

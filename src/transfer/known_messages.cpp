@@ -134,10 +134,11 @@ bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray&
 
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
 // usually gives names and gave this one none.
-StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data) {
+StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data,
+                                              bool isTornOff) {
   const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
   return listing_.Doubts(messageId) || listing_.IsUpset() || lacksName
-             ? FindByContents(messageId, data)
+             ? FindByContents(messageId, data, isTornOff)
              : StoredCopies::Found::None;
 }
 
@@ -147,15 +148,18 @@ bool KnownMessages::IsVouchedFor(const QString& messageId) const {
   return listing_.IsListed(messageId) && !listing_.Doubts(messageId);
 }
 
-StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
-                                                  const QByteArray& data) {
+StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, const QByteArray& data,
+                                                  bool isTornOff) {
   using Found = StoredCopies::Found;
+  using Trust = StoredCopies::Trust;
   if (scope_.isEmpty()) return Found::None;
   // Asked for the second time when another program has stored one meanwhile.
   const bool isNamed = !absent_.remove(messageId);
   QString formerName;
-  const Found found =
-      copies_.Find(messageId, data, isNamed, listing_.IsListed(messageId), &formerName);
+  const Trust trust = isTornOff                      ? Trust::Doubtful
+                      : listing_.IsListed(messageId) ? Trust::Named
+                                                     : Trust::Nameless;
+  const Found found = copies_.Find(messageId, data, isNamed, trust, &formerName);
   switch (found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
@@ -176,9 +180,9 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId,
 }
 
 // One of an archive or one that went missing has this name from now on; any other keeps its own.
-bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data) {
+bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff) {
   if (!HasIdentifiers()) return true;
-  const StoredCopies::Found found = FindByContents(messageId, data);
+  const StoredCopies::Found found = FindByContents(messageId, data, isTornOff);
   if (found == StoredCopies::Found::None) listing_.NoteElsewhere(messageId);
   return found != StoredCopies::Found::Failed;
 }

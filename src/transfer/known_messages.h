@@ -44,16 +44,20 @@ class KnownMessages {
   bool WantsHeader(const QString& messageId) const { return unsure_.contains(messageId); }
   /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
-  /// What the whole message tells where its name does not, otherwise `None`.
-  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data);
+  /// What the whole message tells where its name does not, otherwise `None`. One that `isTornOff`
+  /// may be another than that of the name, and changes no names.
+  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data, bool isTornOff);
   /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
   bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
   /// another mailbox, `Elsewhere`, keeps its own.
-  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data);
+  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data,
+                                     bool isTornOff);
 
   /// Notes that the message is stored, under whatever name. False as `Store`.
-  bool NoteAlike(const QString& messageId, const QByteArray& data);
+  bool NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff);
+  /// Notes that one answer, which may have been another's, was a message of another name.
+  void NoteOnce(const QString& messageId) { listing_.NoteOnce(messageId); }
 
   /// Notes that the message is stored under that name, as the name alone tells or, with `proven`,
   /// as was seen.
@@ -67,7 +71,7 @@ class KnownMessages {
   bool NoteDeleted();
   /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
   bool Store() { return listing_.Store(); }
-  /// Whether an earlier session found it under the name of another mailbox.
+  /// Whether an earlier session found it under another name, be it once.
   bool WasElsewhere(const QString& messageId) const { return listing_.WasElsewhere(messageId); }
   bool HasIdentifiers() const { return !scope_.isEmpty(); }
 

@@ -411,7 +411,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (stopped_) return;
 
   const SizeFit fit = FitOf(data, entry.size);
-  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact && entry.size > 0);
+  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact);
   if (fit == SizeFit::Near) near_.push_back(message);
   // A server whose sizes were exact so far is held to them.
   const bool isTornOff =

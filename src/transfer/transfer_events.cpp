@@ -115,7 +115,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
   const bool isAgain = isTornOff && known_.SaysWhatIsStored(messageId, data);
   const StoredCopies::Found found =
-      isAgain ? StoredCopies::Found::Stored : known_.FindStored(messageId, data);
+      isAgain ? StoredCopies::Found::Stored : known_.FindStored(messageId, data, isTornOff);
   if (found == StoredCopies::Found::Failed) {
     flushFailed_ = true;
     StoreFailed(failure);
@@ -131,7 +131,9 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   }
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    if (isTornOff && found == StoredCopies::Found::Elsewhere) KeepOnce(messageId, deleteOnServer);
+    const bool isNamed =
+        found != StoredCopies::Found::Elsewhere && found != StoredCopies::Found::Erased;
+    if (isTornOff && !isNamed && KeepOnce(messageId, deleteOnServer)) return true;
     NoteStored(messageId, true, deleteOnServer);
     return true;
   }
@@ -143,11 +145,11 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   Received received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
   if (received == Received::Known && known_.HasIdentifiers()) {
-    const StoredCopies::Found taken = known_.FindByContents(messageId, data);
+    const StoredCopies::Found taken = known_.FindByContents(messageId, data, isTornOff);
     if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
     if (taken == StoredCopies::Found::Failed) received = Received::Failed;
   }
-  if (received == Received::Alike && !known_.NoteAlike(messageId, data)) {
+  if (received == Received::Alike && !known_.NoteAlike(messageId, data, isTornOff)) {
     received = Received::Failed;
   }
   if (received == Received::Failed) {
@@ -165,10 +167,9 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     }
   }
   const bool isAlike = received == Received::Alike && !lacksBody;
-  if (isTornOff && isAlike) KeepOnce(messageId, deleteOnServer);
   if (isTornOff && !isAlike) {
     KeepTornOff(deleteOnServer);
-  } else {
+  } else if (!isTornOff || !KeepOnce(messageId, deleteOnServer)) {
     NoteStored(messageId, true, deleteOnServer);
   }
   if (received != Received::Stored) return true;
@@ -183,9 +184,13 @@ void TransferEvents::KeepTornOff(bool& deleteOnServer) {
   TornOffAgain();
 }
 
-// Half of a message that another account has got as well is not the same answer a second time.
-void TransferEvents::KeepOnce(const QString& messageId, bool& deleteOnServer) {
-  if (!known_.WasElsewhere(messageId)) KeepTornOff(deleteOnServer);
+// Half of a message that another account has got as well, or another message in its place, is not
+// the same answer a second time. False when it is.
+bool TransferEvents::KeepOnce(const QString& messageId, bool& deleteOnServer) {
+  if (known_.WasElsewhere(messageId)) return false;
+  known_.NoteOnce(messageId);
+  KeepTornOff(deleteOnServer);
+  return true;
 }
 
 bool TransferEvents::DeletesOnServer() const {

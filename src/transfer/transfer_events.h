@@ -82,7 +82,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool DeletesOnServer() const;
   bool MayStillDelete() const;
   void KeepTornOff(bool& deleteOnServer);
-  void KeepOnce(const QString& messageId, bool& deleteOnServer);
+  bool KeepOnce(const QString& messageId, bool& deleteOnServer);
   void ListingFailed();
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);

@@ -29,7 +29,7 @@ TEST(SizeFitTest, WhatServersCountOtherwiseFitsAndWhatIsMissingDoesNot) {
   EXPECT_EQ(fit(text, text.size() - text.count('\n')), SizeFit::LineFeeds);
   EXPECT_EQ(fit(header + ".a\r\n.b\r\n", header.size() + 8 + 7), SizeFit::Exact) << "doubled";
   for (const qsizetype none : {0, -1}) {
-    EXPECT_EQ(fit(text, none), SizeFit::Near) << "no size at all";
+    EXPECT_EQ(fit(text, none), SizeFit::Off) << "no size at all";
     EXPECT_EQ(fit(header, none), SizeFit::Off);
     EXPECT_EQ(fit("", none), SizeFit::Off);
   }
@@ -149,6 +149,50 @@ TEST_F(AnnouncedSizeTest, AnotherMessagesTextAndAHalfOneAreMissed) {
       EXPECT_TRUE(Stored().contains(wanted));
       EXPECT_TRUE(Stored().contains(larger));
       EXPECT_TRUE(server_.Messages.isEmpty());
+    }
+  }
+}
+
+// Whatever stands once in the place of a message, and whether the server's sizes are right or none:
+// the message is asked for again, also by who keeps his mail on the server.
+TEST_F(AnnouncedSizeTest, AnAnswerThatWasWrongOnceHidesNoMessage) {
+  int run = 0;
+  for (const double factor : {1, 0}) {
+    for (const bool deletes : {true, false}) {
+      for (const bool isNew : {true, false}) {  // whether an earlier session has stored the others
+        for (const char* instead : {"half", "first", "third"}) {
+          const QByteArray name = QByteArray::number(++run);
+          SCOPED_TRACE(name.toStdString() + " " + instead);
+          server_.SizeFactor = factor;
+          account_->Let(QStringLiteral("InMailServerDelete"), false);
+          QHash<QByteArray, QByteArray> texts;
+          for (const char* which : {"first", "wanted", "third"}) {
+            texts[which] = Header(which + name, texts.size() * 700) +
+                           QByteArray("a line of text\r\n").repeated(80 + texts.size()) + "\r\n";
+          }
+          const QByteArray half = texts["wanted"].first(1500) + "\r\n";
+          const QByteArray given = qstrcmp(instead, "half") == 0 ? half : texts[instead];
+          server_.Messages = {{"f" + name, texts["first"]}, {"t" + name, texts["third"]}};
+          if (!isNew) Receive();
+          if (!isNew) Receive();  // which believes what has no size
+          server_.Messages.insert(1, {"w" + name, texts["wanted"]});
+          account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+          const QByteArray reply = "+OK\r\n" + given + ".\r\n";
+          server_.OnCommand = [&](const QByteArray& line) {
+            server_.Faults.clear();
+            if (!line.startsWith("RETR 2")) return;
+            for (int time = 1; time <= 3; ++time) {
+              server_.Faults.append({Fault::Kind::Reply, "RETR", time, 0, reply});
+            }
+          };
+          Receive();
+          server_.OnCommand = nullptr;
+          server_.Faults.clear();
+          for (int check = 0; check < 4; ++check) Receive();
+          for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
+          EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 3);
+        }
+      }
     }
   }
 }
