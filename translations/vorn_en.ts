@@ -3080,5 +3080,9 @@ and erased ones are not received again.</translation>
         <source>「%1」はフォルダなので添付できません。</source>
         <translation>“%1” is a folder and cannot be attached.</translation>
     </message>
+    <message>
+        <source>このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを入力してください。</source>
+        <translation>This file does not open with the present password. Enter the password of the time when it was taken from the list.</translation>
+    </message>
 </context>
 </TS>

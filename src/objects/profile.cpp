@@ -104,6 +104,19 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
   return true;
 }
 
+bool AdoptMailFile(Context& context, const QString& path, const QString& itsPassword,
+                   QString* error) {
+  PasswordChange change(context.Data, path + QStringLiteral(".decided"), {path});
+  const QString password = context.Session->Text(u"password");
+  // An earlier try may have died at its end.
+  if (change.IsUnfinished() && change.Finish() && context.Data.TestPassword(path, password)) {
+    return true;
+  }
+  const bool adopted = change.Run(itsPassword, password) == PasswordChange::Outcome::Changed;
+  if (!adopted) *error = change.Error().text;
+  return adopted;
+}
+
 void RenewFileKeys(Context& context, const Disk& profile, const QString& password) {
   qint64 bytes = 0;
   for (const QString& file : ProfileFiles(context, profile)) bytes += QFileInfo(file).size();

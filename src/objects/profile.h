@@ -44,4 +44,9 @@ bool HoldProfile(Context& context, const Disk& profile);
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error);
 
+/// Gives a mail file at `path` that opens with `itsPassword` the password of the logged-in profile,
+/// so that it can be one of its files. On false `error` says why.
+bool AdoptMailFile(Context& context, const QString& path, const QString& itsPassword,
+                   QString* error);
+
 }  // namespace vorn

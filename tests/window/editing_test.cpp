@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -15,6 +18,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
@@ -131,6 +135,50 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
   EXPECT_FALSE(QFile::exists(path));
   profile_.Restart(QStringLiteral("new"));
+}
+
+// A file that was taken from the list and kept has the password that the profile had then.
+TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
+  const QString serialId = context().Session->SerialID();
+  const QString stored = QStringLiteral("/current/") + serialId + QStringLiteral("\\kept.mbx");
+  const QString path = PlatformPath(context(), stored);
+  ASSERT_TRUE(CreateDatabase(context(), DatabaseKind::MailByPath, stored));
+  ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, QString(),
+                                    QStringLiteral("secret"), &error_));
+  profile_.Restart(QStringLiteral("secret"));
+  ObjectsWindow& window = Open(object_type::kProfile, serialId);
+  auto& history = Child<QTableWidget>(window, u"lvHistory");
+  const int rows = history.rowCount();
+  const auto choose = [&](const QString& password) {
+    QString told;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+      QWidget* modal = QApplication::activeModalWidget();
+      if (auto* question = qobject_cast<QInputDialog*>(modal)) {
+        question->setTextValue(password);
+        question->accept();
+      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        told = box->text();
+        box->accept();
+      }
+    });
+    answer.start(20);
+    EXPECT_TRUE(InModal<QFileDialog>([&] { Press(Child<QPushButton>(window, u"cmFoundDatabase")); },
+                                     [&path](QFileDialog& dialog) {
+                                       Child<QLineEdit>(dialog, u"fileNameEdit").setText(path);
+                                       QMetaObject::invokeMethod(&dialog, "accept");
+                                     }));
+    return told;
+  };
+  EXPECT_TRUE(
+      choose(QStringLiteral("wrong")).startsWith(QStringLiteral("メッセージのデータベース")));
+  EXPECT_EQ(history.rowCount(), rows);
+  EXPECT_EQ(choose(QString()), QString());
+  EXPECT_EQ(history.rowCount(), rows + 1);
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
+  context().Data.CloseAll();
+  EXPECT_TRUE(context().Data.TestPassword(path, QStringLiteral("secret")));
 }
 
 // With a password every change of the profile was refused, and the boxes showed the password.

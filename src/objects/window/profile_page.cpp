@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -176,13 +177,35 @@ QString ProfilePage::WhyNotAdded(const QFileInfo& file, const QString& stored) {
   for (int row = 0; row < lvHistory_->rowCount(); ++row) {
     if (Line(*lvHistory_, row) == stored) return Ui::tr("このファイルは一覧にあります。");
   }
-  const bool isProfile = file.fileName() == u"profile.mbx" || file.size() == 0;
-  if (isProfile || !OpenDatabase(context_, DatabaseKind::MailByPath, stored)) {
-    return Ui::tr("メッセージのデータベースとして開けません。") +
-           (isProfile ? QString() : context_.Data.LastError().text);
+  const QString sentence = Ui::tr("メッセージのデータベースとして開けません。");
+  if (file.fileName() == u"profile.mbx" || file.size() == 0) return sentence;
+  const QString reason = WhyNotOpened(stored);
+  return reason.isEmpty() ? reason : sentence + reason;
+}
+
+// One that was kept still has the password that the profile had then.
+QString ProfilePage::WhyNotOpened(const QString& stored) {
+  const auto opens = [&] {
+    const bool isOpen = OpenDatabase(context_, DatabaseKind::MailByPath, stored);
+    if (isOpen) context_.Data.Close();
+    return isOpen;
+  };
+  if (opens()) return {};
+  QString reason = context_.Data.LastError().text;
+  const QString path = PlatformPath(context_, stored);
+  if (context_.Data.TestPassword(path, context_.Session->Text(u"password")) ||
+      context_.Data.LastError().kind != StorageError::Kind::WrongPassword) {
+    return reason;
   }
-  context_.Data.Close();
-  return {};
+  bool answered = false;
+  const QString former = QInputDialog::getText(
+      this, Ui::tr("既存のファイル"),
+      Ui::tr("このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを"
+             "入力してください。"),
+      QLineEdit::Password, QString(), &answered);
+  if (!answered) return reason;
+  if (!AdoptMailFile(context_, path, former, &reason)) return reason;
+  return opens() ? QString() : context_.Data.LastError().text;
 }
 
 void ProfilePage::UseDatabase() {

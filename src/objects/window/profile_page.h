@@ -37,6 +37,7 @@ class ProfilePage : public FormPage {
   void AddExisting();
   /// A sentence; empty when the file can be added.
   QString WhyNotAdded(const QFileInfo& file, const QString& stored);
+  QString WhyNotOpened(const QString& stored);
   QString Folder() const;
   bool IsNew() const;
   void MarkUsed();
