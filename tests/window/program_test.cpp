@@ -347,8 +347,13 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
   ASSERT_NE(node(u"予定"), nullptr);
 
   // A name that is taken is refused; after Escape the old one stands there again.
+  // The box of the first name may still be there.
   QTest::keyClick(tree, Qt::Key_F2);
-  editor = tree->viewport()->findChild<QLineEdit*>();
+  const auto boxes = tree->viewport()->findChildren<QLineEdit*>();
+  const auto shown = std::find_if(boxes.begin(), boxes.end(),
+                                  [](const QLineEdit* box) { return box->isVisible(); });
+  ASSERT_NE(shown, boxes.end());
+  editor = *shown;
   test::TypeText(*editor, QStringLiteral("送信"));
   EXPECT_TRUE(InModal<ObjectsWindow>([&] { QTest::keyClick(editor, Qt::Key_Return); },
                                      [](ObjectsWindow& window) {

@@ -196,6 +196,7 @@ void ConsoleTree::RemoveEvents() {
 }
 
 void ConsoleTree::SelectNode(const QString& serialId) {
+  if (state() == EditingState) return;  // a name that is being typed would be taken as it stands
   const QSignalBlocker quiet(this);
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);
 }
