@@ -45,7 +45,7 @@ class KnownMessages {
   /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`. One that `isTornOff`
-  /// may be another than that of the name, and changes no names.
+  /// may be another than that of the name, and takes no name from one that is found.
   StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data, bool isTornOff);
   /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
   bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
