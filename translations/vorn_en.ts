@@ -3084,5 +3084,9 @@ and erased ones are not received again.</translation>
         <source>このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを入力してください。</source>
         <translation>This file does not open with the present password. Enter the password of the time when it was taken from the list.</translation>
     </message>
+    <message>
+        <source>メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージはサーバーに残します。</source>
+        <translation>A header that a message rule matches was another one when it was fetched again. That message stays on the server.</translation>
+    </message>
 </context>
 </TS>

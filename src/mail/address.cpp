@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "mail/envelope_address.h"
 #include "mail/list_splitting.h"
 
 namespace vorn {
@@ -150,21 +151,40 @@ QString WithoutGroups(const QString& text, qsizetype start) {
   return text.left(start) + u' ' + items.join(QStringLiteral(", "));
 }
 
+// An address that an input method wrote in wide forms ("ａ＠ｘ") in the usual ones, without the
+// invisible marks that come along from web pages.
+QString Narrowed(const QString& address) {
+  QString narrow = address.normalized(QString::NormalizationForm_KC);
+  narrow.removeIf([](QChar c) { return c.category() == QChar::Other_Format; });
+  return IsMailAddress(narrow) ? narrow : address;
+}
+
+// A recipient without brackets: an address, perhaps with its name as a comment.
+AddressEntry ReadWithoutBrackets(const QString& text) {
+  QString usual = text;
+  usual.replace(u'（', u'(').replace(u'）', u')').replace(u'＠', u'@');
+  Mailbox mailbox{{}, usual};
+  TakeCommentAsName(mailbox);
+  if (!IsMailAddress(Narrowed(mailbox.address))) mailbox = {text, {}};
+  AddressEntry entry;
+  entry.address = Narrowed(mailbox.address);
+  entry.displayName = mailbox.name.trimmed();
+  return entry;
+}
+
 // One recipient as it is typed.
 AddressEntry ReadTyped(const QString& typed) {
   AddressEntry entry;
-  const QString text = MimeCodec::OneLine(typed);
+  QString text = MimeCodec::OneLine(typed);
+  if (text.endsWith(u'＞')) text.replace(u'＜', u'<').replace(u'＞', u'>');
   const qsizetype bracket = text.lastIndexOf(u'<');
-  if (bracket < 0 || !text.endsWith(u'>')) {
-    entry.address = text;
-    return entry;
-  }
+  if (bracket < 0 || !text.endsWith(u'>')) return ReadWithoutBrackets(text);
   const QString name = text.left(bracket).trimmed();
   entry.displayName = Unquoted(name);
   // Marks of addresses in a name that stands without quotes mean that it is none.
   const bool isOdd = entry.displayName == name &&
                      (name.contains(u'<') || name.contains(u'>') || name.contains(u'"'));
-  entry.address = isOdd ? text : text.mid(bracket + 1).chopped(1).trimmed();
+  entry.address = isOdd ? text : Narrowed(text.mid(bracket + 1).chopped(1).trimmed());
   if (isOdd) entry.displayName.clear();
   return entry;
 }
@@ -173,11 +193,20 @@ bool IsGood(const AddressEntry& entry) {
   return IsMailAddress(entry.address);
 }
 
+// The items that blanks separate, where each of them is an address alone.
+QStringList AtBlanks(const QString& item) {
+  const QStringList words = MimeCodec::OneLine(item).split(u' ', Qt::SkipEmptyParts);
+  const bool areAddresses = std::all_of(words.begin(), words.end(), [](const QString& word) {
+    return IsMailAddress(Narrowed(word));
+  });
+  return areAddresses ? words : QStringList{item};
+}
+
 }  // namespace
 
 bool IsMailAddress(const QString& text) {
   const qsizetype at = text.lastIndexOf(u'@');
-  if (at <= 0 || at == text.size() - 1) return false;
+  if (at <= 0 || at == text.size() - 1 || !ToEnvelope(text)) return false;
   const QStringView local = QStringView(text).first(at);
   const bool isQuoted = local.size() > 2 && local.startsWith(u'"') && local.endsWith(u'"');
   const auto isOdd = [](QChar c) {
@@ -203,7 +232,9 @@ QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
   }
   items.removeAll(QString());
   QList<AddressEntry> entries;
-  for (const QString& item : std::as_const(items)) entries.append(ReadTyped(item));
+  for (const QString& item : std::as_const(items)) {
+    for (const QString& one : AtBlanks(item)) entries.append(ReadTyped(one));
+  }
   const auto isGood = [](const AddressEntry& entry) { return IsGood(entry); };
   if (std::all_of(entries.begin(), entries.end(), isGood)) return entries;
   // One whose name holds separators. A name that holds another's address is none.

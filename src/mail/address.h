@@ -30,14 +30,15 @@ QString ParseAddressList(const QString& header);
 /// and notification addresses become lower-case unless `keepsCase`.
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
 
-/// Whether a text can be the address of a mailbox, in its shape: something on both sides of an "@",
-/// without blanks, controls and the marks that separate addresses.
+/// Whether a text can be the address of a mailbox: something on both sides of an "@", without
+/// blanks, controls and the marks that separate addresses, which can be sent to (`ToEnvelope`).
 bool IsMailAddress(const QString& text);
 
-/// What a user typed as one recipient or several, which commas, semicolons (Japanese ones too) or
-/// line breaks separate:
-/// "name <address>" or an address alone. A separator counts only where all that it separates are
-/// addresses; otherwise it belongs to a name. Of the entries address and display name are set.
+/// What a user typed as one recipient or several, which commas, semicolons (Japanese ones too),
+/// line breaks or, between bare addresses, blanks separate: "name <address>", "address (name)" or
+/// an address alone, also in the wide forms of an input method. A separator counts only where all
+/// that it separates are addresses; otherwise it belongs to a name. Of the entries address and
+/// display name are set.
 QList<AddressEntry> ReadTypedAddresses(const QString& typed);
 
 /// An entry as it is typed, which `ReadTypedAddresses` reads back: a name that would be read as

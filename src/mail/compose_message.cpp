@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "mail/charset_recognition.h"
+#include "mail/envelope_address.h"
 #include "mail/mime_codec.h"
 
 namespace vorn {
@@ -125,7 +126,7 @@ class Composer {
     QList<MimeCodec::Mailbox> mailboxes;
     for (const AddressEntry& entry : model_.addresses) {
       if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0 || entry.address.isEmpty()) continue;
-      mailboxes.append({entry.address, entry.displayName});
+      mailboxes.append({ToHeaderAddress(entry.address), entry.displayName});
     }
     if (mailboxes.isEmpty()) return;
     Line(MimeCodec::EncodeAddressField(name, mailboxes, charset_));

@@ -300,7 +300,8 @@ bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest
 }
 
 StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                       bool isNamed, Trust trust, QString* formerName) {
+                                       bool isNamed, Trust trust, QString* storedAs) {
+  *storedAs = messageId;
   bool isOther = false;
   for (const QString& file : isNamed ? files_ : QStringList()) {
     const Holds holds = Compare(file, messageId, source, Likeness::Any);
@@ -316,16 +317,18 @@ StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArra
   if (found == Found::None && !bySubject_.empty()) {
     found = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source, &name, &file);
   }
+  if (found != Found::None) *storedAs = name;
   if (found == Found::Failed || found == Found::Elsewhere) return found;
   if (found == Found::Moved && trust == Trust::Doubtful) return Found::Elsewhere;
   if (found == Found::Moved && trust == Trust::Nameless) return Found::Stored;
   if (isOther && !FreeName(messageId)) return Found::Failed;
   if (found == Found::Moved) {
-    *formerName = WithoutFreeMark(name);
+    *storedAs = WithoutFreeMark(name);
     return Rename(file, name, QuoteSql(messageId)) ? Found::Moved : Found::Failed;
   }
   const bool wasHere = erased_->contains(digest, messageId);
   if (wasHere || (IsUnique(source) && erased_->contains(digest))) {
+    *storedAs = QString::fromLatin1(digest.toHex());
     const bool isNoted = wasHere || trust == Trust::Doubtful || NoteErased(messageId, digest);
     return isNoted ? Found::Erased : Found::Failed;
   }

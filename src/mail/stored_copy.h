@@ -63,10 +63,10 @@ class StoredCopies {
   /// have some more, and those that servers write aside, where both have a Message-ID and a trace
   /// field; under the name of another mailbox only one with no other fields. With `Trust::Named`,
   /// one of this mailbox or from an archive that is found under a name that nobody vouches for gets
-  /// this one, and another message of this name gives it up. `formerName` gets the other name that
-  /// it had.
+  /// this one, and another message of this name gives it up. `storedAs` gets the name under which
+  /// it was found, of an erased one the digest.
   Found Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust,
-             QString* formerName);
+             QString* storedAs);
 
  private:
   enum class Holds { Nothing, Same, Other, Failed };

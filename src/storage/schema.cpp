@@ -131,6 +131,13 @@ bool CreateOnServer(Connection& connection) {
       "INTEGER, PRIMARY KEY (MAILBOX, FIELD_ID)) WITHOUT ROWID");
 }
 
+// What messages were answered with that did not fit their sizes.
+bool CreateDoubtfulAnswers(Connection& connection) {
+  return connection.Run(
+      "CREATE TABLE IF NOT EXISTS doubtful_answer (MAILBOX TEXT, FIELD_ID TEXT, SIZE INTEGER, "
+      "STORED_AS TEXT, PRIMARY KEY (MAILBOX, FIELD_ID)) WITHOUT ROWID");
+}
+
 // What tells a received message under whatever name it comes. What was stored by an earlier version
 // has none. An entry without its message is no harm: what it leads to is compared.
 bool CreateReceivedIdentity(Connection& connection) {
@@ -202,7 +209,8 @@ bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
         CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection) &&
-        CreateReceivedIdentity(connection) && CreateLastLongBinary(connection, "mail"))) {
+        CreateDoubtfulAnswers(connection) && CreateReceivedIdentity(connection) &&
+        CreateLastLongBinary(connection, "mail"))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -220,6 +228,7 @@ bool MigrateSchema(Connection& connection) {
   // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
   // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
   // From 6 to 7: what tells received messages. From 7 to 8: the highest number of long binary data.
+  // From 8 to 9: answers that did not fit.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&

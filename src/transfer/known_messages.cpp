@@ -6,6 +6,7 @@
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/source_digest.h"
 #include "storage/sql_text.h"
 #include "transfer/announced_size.h"
 
@@ -25,6 +26,7 @@ QString MailboxName(const QString& scope, int port) {
 void KnownMessages::BeginSession(bool deletes) {
   deletes_ = deletes;
   listing_.Clear();
+  answers_.Clear();
   scope_.clear();
   files_ = MailFiles();
   unsure_.clear();
@@ -50,7 +52,8 @@ bool KnownMessages::TakeListing(const QString& scope, int port,
                                 const QList<ListedMessage>& messages) {
   scope_ = scope;
   copies_.Begin(files_, scope_, [this](const QString& id) { return IsVouchedFor(id); });
-  return listing_.Begin(MailboxName(scope, port), messages);
+  const QString mailbox = MailboxName(scope, port);
+  return listing_.Begin(mailbox, messages) && answers_.Begin(mailbox, messages);
 }
 
 bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
@@ -135,10 +138,11 @@ bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray&
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
 // usually gives names and gave this one none.
 StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data,
-                                              bool isTornOff) {
+                                              bool isTornOff, QString* storedAs) {
+  *storedAs = messageId;
   const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
   return listing_.Doubts(messageId) || listing_.IsUpset() || lacksName
-             ? FindByContents(messageId, data, isTornOff)
+             ? FindByContents(messageId, data, isTornOff, storedAs)
              : StoredCopies::Found::None;
 }
 
@@ -149,22 +153,21 @@ bool KnownMessages::IsVouchedFor(const QString& messageId) const {
 }
 
 StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, const QByteArray& data,
-                                                  bool isTornOff) {
+                                                  bool isTornOff, QString* storedAs) {
   using Found = StoredCopies::Found;
   using Trust = StoredCopies::Trust;
   if (scope_.isEmpty()) return Found::None;
   // Asked for the second time when another program has stored one meanwhile.
   const bool isNamed = !absent_.remove(messageId);
-  QString formerName;
   const Trust trust = isTornOff                      ? Trust::Doubtful
                       : listing_.IsListed(messageId) ? Trust::Named
                                                      : Trust::Nameless;
-  const Found found = copies_.Find(messageId, data, isNamed, trust, &formerName);
+  const Found found = copies_.Find(messageId, data, isNamed, trust, storedAs);
   switch (found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
-      if (listing_.IsListed(formerName)) listing_.Distrust();
-      listing_.ForgetAbsent(formerName);
+      if (listing_.IsListed(*storedAs)) listing_.Distrust();
+      listing_.ForgetAbsent(*storedAs);
       return Found::Stored;
     case Found::Elsewhere:
       listing_.NoteElsewhere(messageId);
@@ -173,17 +176,23 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, cons
       listing_.NoteRenewed(messageId);
       return Found::None;
     case Found::Erased:
-      return Settings(context_)->Flag(u"Careful") ? found : Found::None;
+      if (Settings(context_)->Flag(u"Careful")) return found;
+      *storedAs = messageId;  // it is stored once more
+      return Found::None;
     default:
       return found;
   }
 }
 
 // One of an archive or one that went missing has this name from now on; any other keeps its own.
-bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff) {
+bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
+                              QString* storedAs) {
   if (!HasIdentifiers()) return true;
-  const StoredCopies::Found found = FindByContents(messageId, data, isTornOff);
-  if (found == StoredCopies::Found::None) listing_.NoteElsewhere(messageId);
+  const StoredCopies::Found found = FindByContents(messageId, data, isTornOff, storedAs);
+  if (found == StoredCopies::Found::None) {
+    listing_.NoteElsewhere(messageId);
+    *storedAs = QString::fromLatin1(SourceDigest(data).toHex());
+  }
   return found != StoredCopies::Found::Failed;
 }
 
@@ -223,7 +232,7 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
 
 bool KnownMessages::NoteWhole() {
   listing_.Settle();
-  return listing_.Store();
+  return Store();
 }
 
 bool KnownMessages::NoteDeleted() {
@@ -232,6 +241,7 @@ bool KnownMessages::NoteDeleted() {
 }
 
 void KnownMessages::NoteStored(const QString& messageId, bool proven) {
+  answers_.Forget(messageId);
   if (proven) {
     listing_.Prove(messageId);
   } else {

@@ -10,6 +10,7 @@
 
 #include "mail/stored_copy.h"
 #include "storage/context.h"
+#include "transfer/doubtful_answers.h"
 #include "transfer/pop_events.h"
 #include "transfer/server_listing.h"
 
@@ -21,7 +22,7 @@ namespace vorn {
 class KnownMessages {
  public:
   explicit KnownMessages(Context& context)
-      : context_(context), listing_(context), copies_(context) {}
+      : context_(context), listing_(context), answers_(context), copies_(context) {}
 
   /// Forgets an earlier session. Those of `deletes` are of an account that deletes on the server.
   void BeginSession(bool deletes);
@@ -45,19 +46,28 @@ class KnownMessages {
   /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`. One that `isTornOff`
-  /// may be another than that of the name, and takes no name from one that is found.
-  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data, bool isTornOff);
+  /// may be another than that of the name, and takes no name from one that is found. `storedAs`
+  /// gets the name of that one, or a digest where it has none.
+  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data, bool isTornOff,
+                                 QString* storedAs);
   /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
   bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
   /// another mailbox, `Elsewhere`, keeps its own.
   StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data,
-                                     bool isTornOff);
+                                     bool isTornOff, QString* storedAs);
 
   /// Notes that the message is stored, under whatever name. False as `Store`.
-  bool NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff);
-  /// Notes that one answer, which may have been another's, was a message of another name.
-  void NoteOnce(const QString& messageId) { listing_.NoteOnce(messageId); }
+  bool NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
+                 QString* storedAs);
+  /// Notes that an answer which does not fit was the message that is stored under that name.
+  void NoteDoubtful(const QString& messageId, const QString& storedAs) {
+    answers_.Note(messageId, storedAs);
+  }
+  /// Whether an earlier session got the same answer.
+  bool CameBefore(const QString& messageId, const QString& storedAs) const {
+    return answers_.CameBefore(messageId, storedAs);
+  }
 
   /// Notes that the message is stored under that name, as the name alone tells or, with `proven`,
   /// as was seen.
@@ -70,9 +80,7 @@ class KnownMessages {
   /// `Store`.
   bool NoteDeleted();
   /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
-  bool Store() { return listing_.Store(); }
-  /// Whether an earlier session found it under another name, be it once.
-  bool WasElsewhere(const QString& messageId) const { return listing_.WasElsewhere(messageId); }
+  bool Store() { return listing_.Store() && answers_.Store(); }
   bool HasIdentifiers() const { return !scope_.isEmpty(); }
 
  private:
@@ -84,6 +92,7 @@ class KnownMessages {
 
   Context& context_;
   ServerListing listing_;
+  DoubtfulAnswers answers_;
   bool deletes_ = false;
   QString scope_;  // empty when the mailbox has no identifiers
   QStringList files_;

@@ -22,10 +22,10 @@ void ForEachLine(QByteArrayView body, Take take) {
     const QByteArrayView line = body.first(end < 0 ? body.size() : end).trimmed();
     body = body.sliced(end < 0 ? body.size() : end + 1);
     const qsizetype blank = line.indexOf(' ');
-    if (blank <= 0) continue;
+    const qsizetype numberEnd = blank < 0 ? line.size() : blank;
     bool isNumber = false;
-    const int number = line.first(blank).toInt(&isNumber);
-    if (isNumber && number > 0 && !take(number, line.sliced(blank + 1).trimmed())) return;
+    const int number = line.first(numberEnd).toInt(&isNumber);
+    if (isNumber && number > 0 && !take(number, line.sliced(numberEnd).trimmed())) return;
   }
 }
 

@@ -38,6 +38,13 @@ QByteArray HeaderOf(const QByteArray& source) {
   return source;
 }
 
+// Gateways write fields of their own, anew each time.
+bool IsSameAnswer(const QByteArray& first, const QByteArray& second) {
+  const QByteArrayView name = "MESSAGE-ID:";
+  const QByteArray id = MimeCodec::HeaderField(second, name);
+  return first == second || (id.contains('@') && MimeCodec::HeaderField(first, name) == id);
+}
+
 }  // namespace
 
 Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send,
@@ -227,6 +234,10 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
       }
       break;
     case Command::Top:
+      if (stops_.count(pending.message) != 0) {
+        EndStop(pending.message, {});
+        break;
+      }
       if (!hasTop_) lacksTop_ = true;
       FetchUntested(pending.message);
       break;
@@ -272,7 +283,9 @@ void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
       break;
     case Command::Top:
       hasTop_ = true;
-      if (IsWanted(pending.message, body)) {
+      if (stops_.count(pending.message) != 0) {
+        EndStop(pending.message, body);
+      } else if (IsWanted(pending.message, body)) {
         Fetch(pending.message);
       } else {
         bytesDone_ += messages_[pending.message].size;
@@ -360,10 +373,14 @@ void Pop3Session::ConsiderNext() {
     FetchUntested(message);
   } else if (wantsHeader) {
     asksForHeaders_ = true;
-    Send("TOP " + QByteArray::number(entry.number) + " 0", {Command::Top, message});
+    AskForHeader(message);
   } else {
     Fetch(message);
   }
+}
+
+void Pop3Session::AskForHeader(size_t message) {
+  Send("TOP " + QByteArray::number(messages_[message].number) + " 0", {Command::Top, message});
 }
 
 void Pop3Session::Fetch(size_t message) {
@@ -392,15 +409,29 @@ bool Pop3Session::IsWanted(size_t message, const QByteArray& header) {
     if (deleteOnServer) doomed_.push_back(message);
     return false;
   }
-  return !wantsHeaders_ || !IsStopped(message, header);
+  if (!wantsHeaders_ || !IsStopped(header, false, deleteOnServer)) return true;
+  if (deleteOnServer) {
+    stops_.emplace(message, header);
+    AskForHeader(message);
+  }
+  return false;
 }
 
-bool Pop3Session::IsStopped(size_t message, const QByteArray& header, bool isTornOff) {
+bool Pop3Session::IsStopped(const QByteArray& header, bool isTornOff, bool& deleteOnServer) {
   bool stop = false;
-  bool deleteOnServer = false;
+  deleteOnServer = false;
   events_.ReceiveStopTest(header, isTornOff, stop, deleteOnServer);
-  if (stop && deleteOnServer) doomed_.push_back(message);
   return stop;
+}
+
+// One answer is not enough to delete unseen: it may have been another message's.
+void Pop3Session::EndStop(size_t message, const QByteArray& header) {
+  if (IsSameAnswer(stops_[message], header)) {
+    doomed_.push_back(message);
+  } else {
+    events_.StopTakenBack();
+  }
+  stops_.erase(message);
 }
 
 void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
@@ -437,7 +468,10 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
     deleteOnServer = false;
   }
   const bool isUntested = message < untested_.size() && untested_[message];
-  if (isUntested && IsStopped(message, HeaderOf(data), isTornOff)) return;
+  if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
+    if (deleteOnServer) doomed_.push_back(message);
+    return;
+  }
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
 }
@@ -460,11 +494,7 @@ bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
     Fetch(message);
     return false;
   }
-  // Gateways write fields of their own, anew each time.
-  const QByteArrayView name = "MESSAGE-ID:";
-  const QByteArray id = MimeCodec::HeaderField(data, name);
-  if (first->second == data) return true;
-  if (id.contains('@') && MimeCodec::HeaderField(first->second, name) == id) return true;
+  if (IsSameAnswer(first->second, data)) return true;
   Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
   return false;
 }

@@ -86,7 +86,9 @@ class Pop3Session : public MailSession {
   void Fetch(size_t message);
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
-  bool IsStopped(size_t message, const QByteArray& header, bool isTornOff = false);
+  bool IsStopped(const QByteArray& header, bool isTornOff, bool& deleteOnServer);
+  void AskForHeader(size_t message);
+  void EndStop(size_t message, const QByteArray& header);
   void KeepNear();
   bool IsRepeated(size_t message, const QByteArray& data);
   void MessageDone(size_t message, const QByteArray& data);
@@ -120,6 +122,7 @@ class Pop3Session : public MailSession {
   bool hasExactSizes_ = false;             // of a message so far
   std::vector<size_t> near_;               // messages whose size is about the announced one
   std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
+  std::map<size_t, QByteArray> stops_;     // by message: the header for which a rule deletes it
   qsizetype replies_ = 0;                  // whole replies so far
   qsizetype received_ = 0;                 // bytes before the login is over
   bool loggedIn_ = false;

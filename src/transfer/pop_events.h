@@ -63,6 +63,8 @@ class PopEvents {
   /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
   virtual void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
                                bool& deleteOnServer) = 0;
+  /// That a second answer was otherwise: what a rule was about to delete stays.
+  virtual void StopTakenBack() {}
   virtual void SessionStarted() = 0;
   virtual void SessionEnded() = 0;
   /// `done` of `total` bytes; `total` may be 0.

@@ -178,11 +178,6 @@ void ServerListing::Confirm(const QString& id) {
   if (!stands) changed_.insert(id, {*listed, state});
 }
 
-void ServerListing::NoteOnce(const QString& id) {
-  const auto listed = listed_.constFind(id);
-  if (listed != listed_.constEnd()) changed_.insert(id, {*listed, State::Once});
-}
-
 void ServerListing::Prove(const QString& id) {
   Confirm(id);
   doubted_.remove(id);

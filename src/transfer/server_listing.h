@@ -40,14 +40,7 @@ class ServerListing {
   bool TellsBySize() const { return isFirst_ && !hasSibling_; }
   /// Whether it was found under a name of another mailbox, or under another one of this.
   bool IsElsewhere(const QString& id) const;
-  /// The same of an earlier session, doubted or not, be it once.
-  bool WasElsewhere(const QString& id) const {
-    const State state = noted_.value(id).state;
-    return state == State::Elsewhere || state == State::Once;
-  }
   void NoteElsewhere(const QString& id) { elsewhere_.insert(id); }
-  /// Notes that an answer which may have been another's was found so: it is asked for again.
-  void NoteOnce(const QString& id);
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;
   /// Whether those with new names may be stored ones: it is the first listing, most messages went
@@ -89,7 +82,6 @@ class ServerListing {
     Moving = 3,     // of the mailbox itself: its names go from one message to another
     Unsettled = 4,  // of the mailbox itself: what has a new name may be a stored one
     Elsewhere = 5,  // stored under a name of another mailbox
-    Once = 6,       // an answer that did not fit was
   };
   struct Entry {
     qint64 size = 0;

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "mail/address.h"
+#include "mail/envelope_address.h"
 #include "mail/mime_codec.h"
 #include "storage/ui.h"
-#include "transfer/envelope_address.h"
 #include "transfer/server_words.h"
 #include "transfer/wire_message.h"
 

@@ -113,9 +113,10 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = false;
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
-  const bool isAgain = isTornOff && known_.SaysWhatIsStored(messageId, data);
-  const StoredCopies::Found found =
-      isAgain ? StoredCopies::Found::Stored : known_.FindStored(messageId, data, isTornOff);
+  QString storedAs = messageId;
+  const StoredCopies::Found found = isTornOff && known_.SaysWhatIsStored(messageId, data)
+                                        ? StoredCopies::Found::Stored
+                                        : known_.FindStored(messageId, data, isTornOff, &storedAs);
   if (found == StoredCopies::Found::Failed) {
     flushFailed_ = true;
     StoreFailed(failure);
@@ -124,17 +125,13 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
   // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
   const bool lacksBody = isTornOff && !HasBody(data);
-  if (found != StoredCopies::Found::None && lacksBody) {
-    ++counts_.known;
-    KeepTornOff(deleteOnServer);
-    return true;
-  }
   if (found != StoredCopies::Found::None) {
     ++counts_.known;
-    const bool isNamed =
-        found != StoredCopies::Found::Elsewhere && found != StoredCopies::Found::Erased;
-    if (isTornOff && !isNamed && KeepOnce(messageId, deleteOnServer)) return true;
-    NoteStored(messageId, true, deleteOnServer);
+    if (isTornOff && (lacksBody || !known_.CameBefore(messageId, storedAs))) {
+      KeepTornOff(messageId, storedAs, deleteOnServer);
+    } else {
+      NoteStored(messageId, true, deleteOnServer);
+    }
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -145,11 +142,11 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   Received received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
   if (received == Received::Known && known_.HasIdentifiers()) {
-    const StoredCopies::Found taken = known_.FindByContents(messageId, data, isTornOff);
+    const StoredCopies::Found taken = known_.FindByContents(messageId, data, isTornOff, &storedAs);
     if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
     if (taken == StoredCopies::Found::Failed) received = Received::Failed;
   }
-  if (received == Received::Alike && !known_.NoteAlike(messageId, data, isTornOff)) {
+  if (received == Received::Alike && !known_.NoteAlike(messageId, data, isTornOff, &storedAs)) {
     received = Received::Failed;
   }
   if (received == Received::Failed) {
@@ -166,10 +163,10 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
       KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     }
   }
-  const bool isAlike = received == Received::Alike && !lacksBody;
-  if (isTornOff && !isAlike) {
-    KeepTornOff(deleteOnServer);
-  } else if (!isTornOff || !KeepOnce(messageId, deleteOnServer)) {
+  const bool cameBefore = received == Received::Alike && known_.CameBefore(messageId, storedAs);
+  if (isTornOff && (lacksBody || !cameBefore)) {
+    KeepTornOff(messageId, storedAs, deleteOnServer);
+  } else {
     NoteStored(messageId, true, deleteOnServer);
   }
   if (received != Received::Stored) return true;
@@ -178,19 +175,13 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   return !group_.IsFull() || Flush();
 }
 
-// The rest may still be there: the next session asks again, and believes the same answer.
-void TransferEvents::KeepTornOff(bool& deleteOnServer) {
+// The rest may still be there, or another message: the next session asks again, and believes the
+// same answer.
+void TransferEvents::KeepTornOff(const QString& messageId, const QString& storedAs,
+                                 bool& deleteOnServer) {
   deleteOnServer = false;
+  known_.NoteDoubtful(messageId, storedAs);
   TornOffAgain();
-}
-
-// Half of a message that another account has got as well, or another message in its place, is not
-// the same answer a second time. False when it is.
-bool TransferEvents::KeepOnce(const QString& messageId, bool& deleteOnServer) {
-  if (known_.WasElsewhere(messageId)) return false;
-  known_.NoteOnce(messageId);
-  KeepTornOff(deleteOnServer);
-  return true;
 }
 
 bool TransferEvents::DeletesOnServer() const {
@@ -433,6 +424,12 @@ void TransferEvents::ReceiveStopTest(const QByteArray& header, bool isTornOff, b
   ++counts_.stopped;
   ++stoppedInSession_;
   if (deleteOnServer) ++stopDeletesInSession_;
+}
+
+void TransferEvents::StopTakenBack() {
+  --stopDeletesInSession_;
+  Log(0, Ui::tr("メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージは"
+                "サーバーに残します。"));
 }
 
 bool TransferEvents::WantsHeaders() {

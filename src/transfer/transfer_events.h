@@ -58,6 +58,7 @@ class TransferEvents : public QObject, public PopEvents {
   bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
   bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
   void TornOffAgain() override { ++tornOffInSession_; }
+  void StopTakenBack() override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
                        bool& deleteOnServer) override;
@@ -81,8 +82,7 @@ class TransferEvents : public QObject, public PopEvents {
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
   bool MayStillDelete() const;
-  void KeepTornOff(bool& deleteOnServer);
-  bool KeepOnce(const QString& messageId, bool& deleteOnServer);
+  void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
   void ListingFailed();
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);

@@ -219,6 +219,10 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
   EXPECT_EQ(read(u" 　a@x\t "), QStringLiteral("|a@x"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田　太郎 <y@x>")),
             QStringLiteral("FROM: y@x 山田　太郎"));
+  EXPECT_EQ(read(u"ａｏｋｉ＠ｘ．ｊｐ，佐藤＜s@x＞"), QStringLiteral("|aoki@x.jp 佐藤|s@x"));
+  EXPECT_EQ(read(u"s1@x (佐藤, 課長), （鈴木）k1@x"), QStringLiteral("佐藤, 課長|s1@x 鈴木|k1@x"));
+  EXPECT_EQ(read(u"ｓ１@x.jp; s2@x\u200B.jp"), QStringLiteral("|s1@x.jp |s2@x.jp"));
+  EXPECT_EQ(read(u"a@x b@x\tc@x, d@x"), QStringLiteral("|a@x |b@x |c@x |d@x"));
   EXPECT_EQ(read(u"山田、太郎 <y@x>"), QStringLiteral("山田、太郎|y@x"));
   EXPECT_EQ(read(u"\"a <b@c>, d\" <e@x>"), QStringLiteral("a <b@c>, d|e@x"));
   // Nobody is lost in the name of the last one: these are no addresses.
@@ -241,6 +245,13 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
     EXPECT_TRUE(IsMailAddress(QString::fromUtf16(right)))
         << QString::fromUtf16(right).toStdString();
   }
+}
+
+TEST(ComposeMessage, ADomainIsWrittenAsServersTakeIt) {
+  MessageModel model;
+  model.addresses.append({QStringLiteral("TO"), QStringLiteral("s1@例え.jp"), {}, {}, {}});
+  const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
+  EXPECT_TRUE(source.contains("To: s1@xn--r8jz45g.jp\r\n")) << source.toStdString();
 }
 
 TEST(ComposeMessage, NothingTypedCanForgeAHeader) {

@@ -62,6 +62,32 @@ class AnnouncedSizeTest : public test::TrafficTest {
     server_.Faults = {{Fault::Kind::Reply, "RETR", 1, 0, reply},
                       {Fault::Kind::Reply, "RETR", 2, 0, reply}};
   }
+  // Messages of which each has another size.
+  static QByteArrayList Texts(const QByteArray& name, int count) {
+    QByteArrayList texts;
+    for (int i = 0; i < count; ++i) {
+      texts.append(Header(name + "-" + QByteArray::number(i), i * 700) +
+                   QByteArray("a line of text\r\n").repeated(80 + i) + "\r\n");
+    }
+    return texts;
+  }
+  // Receives while the server gives that text for the message of that name, in so many sessions.
+  void ReceiveWith(const QByteArray& uidl, const QByteArray& given, int sessions = 1000) {
+    const QByteArray reply = "+OK\r\n" + given + ".\r\n";
+    server_.OnCommand = [&, sessions](const QByteArray& line) mutable {
+      server_.Faults.clear();
+      if (line.startsWith("QUIT")) --sessions;
+      if (!line.startsWith("RETR ") || sessions <= 0) return;
+      const qsizetype number = line.sliced(5).trimmed().toLongLong() - 1;
+      if (number >= server_.Messages.size() || server_.Messages[number].uidl != uidl) return;
+      for (int time = 1; time <= 8; ++time) {
+        server_.Faults.append({Fault::Kind::Reply, "RETR", time, 0, reply});
+      }
+    };
+    Receive();
+    server_.OnCommand = nullptr;
+    server_.Faults.clear();
+  }
   void RefuseSpam() {
     const auto rules = std::make_shared<Disk>(fixed_serial::kRules);
     rules->Let(QStringLiteral("ReceiveStop"), QStringLiteral("from: spam@*"));
@@ -192,6 +218,57 @@ TEST_F(AnnouncedSizeTest, AnAnswerThatWasWrongOnceHidesNoMessage) {
           for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
           EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 3);
         }
+      }
+    }
+  }
+}
+
+// Of answers that do not fit only the same one, to the same message, is believed.
+TEST_F(AnnouncedSizeTest, WrongAnswersThatDifferHideNoMessage) {
+  int run = 0;
+  for (const double factor : {1, 0}) {
+    for (const bool deletes : {true, false}) {
+      const QByteArray name = QByteArray::number(++run);
+      SCOPED_TRACE(name.toStdString());
+      server_.SizeFactor = factor;
+      account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+      const QByteArrayList texts = Texts(name, 3);
+      server_.Messages = {{"a" + name, texts[0]}, {"b" + name, texts[1]}, {"c" + name, texts[2]}};
+      for (const int wrong : {0, 2}) ReceiveWith("b" + name, texts[wrong]);
+      for (int check = 0; check < 4; ++check) Receive();
+      for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
+      EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 3);
+    }
+  }
+}
+
+// A server that numbers its messages, of which one went and another has its number, answers once
+// with the former one; also where the mailbox is known under two names of the server.
+TEST_F(AnnouncedSizeTest, AStaleAnswerUnderAGivenNumberHidesNoMessage) {
+  const DiskPtr other = profile_.AddAccount(server_.Port());
+  int run = 0;
+  for (const double factor : {1, 0}) {
+    for (const bool deletes : {true, false}) {
+      if (factor == 0 && !deletes) continue;  // a name whose size is the same is believed there
+      for (const char* host : {"127.0.0.1", "localhost"}) {
+        SCOPED_TRACE(std::to_string(factor) + (deletes ? " deletes " : " keeps ") + host);
+        const QByteArray name = QByteArray::number(++run);
+        server_.SizeFactor = factor;
+        account_->Let(QStringLiteral("InMailServerDelete"), false);
+        other->Let(QStringLiteral("InMailServerDelete"), false);
+        other->Let(QStringLiteral("InMailServer"), QString::fromLatin1(host));
+        const QByteArrayList texts = Texts("stale" + name, 4);
+        server_.Messages = {{"1", texts[0]}, {"2", texts[1]}, {"3", texts[2]}};
+        for (int check = 0; check < 3; ++check) Receive();
+        server_.Messages[2].source = texts[3];
+        account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+        other->Let(QStringLiteral("InMailServerDelete"), deletes);
+        ReceiveWith("3", texts[2], 1);
+        for (int check = 0; check < 4; ++check) Receive();
+        for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
+        EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 3);
+        server_.Messages.clear();
+        Receive();
       }
     }
   }

@@ -3,9 +3,9 @@
 
 #include <QMessageAuthenticationCode>
 
+#include "mail/envelope_address.h"
 #include "support/session_recorder.h"
 #include "support/test_profile.h"
-#include "transfer/envelope_address.h"
 #include "transfer/pop3_session.h"
 #include "transfer/redaction.h"
 #include "transfer/smtp_session.h"

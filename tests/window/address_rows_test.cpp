@@ -51,7 +51,8 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
           const bool selectsAll = !Settings(Context())->Flag(u"AddressSearch");
           EXPECT_EQ(found.selectedItems().size(), selectsAll ? 2 : 0);
           Type(Child<QLineEdit>(dialog, u"txString"), text);
-          // What was typed counts, with Enter or without.
+          // What is chosen in the list is what was asked for, with Enter or without.
+          EXPECT_EQ(found.count(), text.isEmpty() ? 2 : text == u"Taro" ? 1 : 0);
           if (!select) QTest::keyClick(&Child<QLineEdit>(dialog, u"txString"), Qt::Key_Return);
           if (select) {
             activate(dialog);
@@ -205,6 +206,21 @@ TEST_F(MessageWindowTest, WhoGoesOnAfterSeveralAddressesIsWhereHeClicked) {
 }
 
 // A row that is being typed in, without Enter, is what the user sees, and what every command takes.
+TEST_F(MessageWindowTest, AnAddressInWideFormsIsShownAsItIsSent) {
+  MessageWindow& window = New();
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const int row = list.rowCount() - 1;
+  list.item(row, 1)->setText(QStringLiteral("佐藤＜ｓ１＠example.jp＞"));
+  EXPECT_EQ(list.item(row, 1)->text(), QStringLiteral("佐藤 <s1@example.jp>"));
+  list.item(row, 1)->setText(QStringLiteral("s1@example.jp（鈴木）"));
+  EXPECT_FALSE(list.item(row, 1)->data(Qt::ForegroundRole).isValid());
+  list.item(row, 1)->setText(QStringLiteral("s1@a b.jp"));
+  EXPECT_TRUE(list.item(row, 1)->data(Qt::ForegroundRole).isValid());
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  EXPECT_TRUE(Gone());
+}
+
 TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
   const auto begin = [this](const QString& address, const QString& header) -> MessageWindow& {
     MessageWindow& window = OpenStored(kDraft, 1);
@@ -239,7 +255,7 @@ TEST_F(MessageWindowTest, ARowThatIsBeingTypedInCountsAsItIsShown) {
                                             Qt::Key_Return, Qt::ControlModifier);
                           }};
   for (const Command& command : send) {
-    MessageWindow& window = begin(QStringLiteral("b@example.jp; c@example.jp"), {});
+    MessageWindow& window = begin(QStringLiteral("b＠example.jp；c@example.jp"), {});
     const QString serialId = window.Tag();
     const qsizetype before = smtp_.Messages().size();
     command(window);

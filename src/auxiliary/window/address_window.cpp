@@ -65,6 +65,8 @@ void AddressWindow::BuildControls() {
   ObeyLetter(tbSeek->addAction(Ui::tr("選択(&S)"), this, &AddressWindow::Select))
       ->setObjectName(QStringLiteral("select"));
   connect(txString_, &QLineEdit::returnPressed, this, &AddressWindow::Seek);
+  // The list is always that of the text above it, so that what is chosen in it is what counts.
+  connect(txString_, &QLineEdit::textChanged, this, &AddressWindow::Seek);
 
   tvObject_->setObjectName(QStringLiteral("tvObject"));
   tvObject_->setAccessibleName(Ui::tr("アドレスブック"));
@@ -138,8 +140,6 @@ void AddressWindow::Seek() {
 }
 
 void AddressWindow::Select() {
-  // A text that was typed without Enter is what is looked for all the same.
-  if (txString_->text() != request_->Text(u"string")) Seek();
   QStringList lines;
   for (int row = 0; row < lvCandidacy_->count(); ++row) {
     const QListWidgetItem* item = lvCandidacy_->item(row);

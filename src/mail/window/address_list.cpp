@@ -142,10 +142,12 @@ void AddressList::KeepEmptyRow() {
   if (last < 0 || !item(last, kAddress)->text().trimmed().isEmpty()) AddRow({});
 }
 
-// Several addresses in one row become rows of the same kind.
+// Several addresses in one row become rows of the same kind. An address in wide forms is shown as
+// it will be sent.
 void AddressList::SplitRow(int row) {
-  const QList<AddressEntry> entries = ReadTypedAddresses(item(row, kAddress)->text());
-  if (entries.size() < 2) return;
+  const QString typed = item(row, kAddress)->text();
+  const QList<AddressEntry> entries = ReadTypedAddresses(typed);
+  if (entries.isEmpty() || (entries.size() == 1 && typed.contains(entries[0].address))) return;
   const QString kind = KindOf(row);
   filling_ = true;
   item(row, kAddress)->setText(TypedForm(entries[0]));

@@ -47,9 +47,6 @@
 namespace vorn {
 namespace {
 
-// What is sent by a slow double click cannot be taken back.
-constexpr int kTimesAfterSending = 2;
-
 const QString kProcess = QStringLiteral("process");
 constexpr qsizetype kSourceShown = 1024 * 1024;
 constexpr QSize kSourceSize(720, 560);
@@ -121,7 +118,7 @@ void MessageWindow::Send() {
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
   if (close()) {
-    new SecondClick(kTimesAfterSending);
+    new SecondClick(SecondClick::Lasts::UntilMoved);
     return;
   }
   request_->Let(QStringLiteral("send"), false);
@@ -211,7 +208,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
   // shown.
   Open(false, source_);
   MarkEdited();
-  new SecondClick(kTimesAfterSending);  // the button that sends stands there now
+  new SecondClick(SecondClick::Lasts::UntilMoved);  // the button that sends stands there now
 }
 
 void MessageWindow::ToggleDust() {

@@ -2,34 +2,71 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
 
 namespace vorn {
 
 /// Who double-clicks a button means it once, and not what stands in its place afterwards: swallows
-/// presses at the place of the pointer for as long as a double click may last, or `times` as long.
+/// presses at the place of the pointer.
 class SecondClick : public QObject {
   Q_OBJECT
 
  public:
-  explicit SecondClick(int times = 1) : at_(QCursor::pos()) {
+  enum class Lasts {
+    ADoubleClick,  ///< for as long as one may last
+    UntilMoved,    ///< until the pointer has left the place, or a key or the wheel was used
+  };
+
+  explicit SecondClick(Lasts lasts = Lasts::ADoubleClick) : at_(QCursor::pos()), lasts_(lasts) {
     qApp->installEventFilter(this);
-    QTimer::singleShot(times * QApplication::doubleClickInterval(), this, &QObject::deleteLater);
+    if (lasts_ == Lasts::ADoubleClick) {
+      QTimer::singleShot(QApplication::doubleClickInterval(), this, &QObject::deleteLater);
+    }
   }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonDblClick) {
-      return false;
+    switch (event->type()) {
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonDblClick:
+        if (IsHere(static_cast<const QMouseEvent*>(event)->globalPosition().toPoint())) return true;
+        break;
+      case QEvent::KeyPress:
+        if (!IsNewKey(*static_cast<const QKeyEvent*>(event))) return false;
+        break;
+      case QEvent::Wheel:
+        break;
+      case QEvent::MouseMove:
+      case QEvent::HoverMove:
+      case QEvent::Enter:
+      case QEvent::Leave:
+        if (IsHere(QCursor::pos())) return false;
+        break;
+      default:
+        return false;
     }
-    const QPoint distance =
-        static_cast<const QMouseEvent*>(event)->globalPosition().toPoint() - at_;
-    return distance.manhattanLength() < QApplication::startDragDistance();
+    if (lasts_ == Lasts::UntilMoved) {
+      qApp->removeEventFilter(this);
+      deleteLater();
+    }
+    return false;
   }
 
  private:
+  bool IsHere(QPoint place) const {
+    return (place - at_).manhattanLength() < QApplication::startDragDistance();
+  }
+  // Rather than the one that is still held down from the command.
+  static bool IsNewKey(const QKeyEvent& key) {
+    const bool isModifier = key.key() == Qt::Key_Control || key.key() == Qt::Key_Shift ||
+                            key.key() == Qt::Key_Alt || key.key() == Qt::Key_Meta;
+    return !isModifier && !key.isAutoRepeat();
+  }
+
   QPoint at_;
+  Lasts lasts_;
 };
 
 }  // namespace vorn

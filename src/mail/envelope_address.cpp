@@ -1,4 +1,4 @@
-#include "transfer/envelope_address.h"
+#include "mail/envelope_address.h"
 
 #include <unicode/uidna.h>
 
@@ -81,6 +81,11 @@ std::optional<EnvelopeAddress> ToEnvelope(const QString& address) {
   }
   const QByteArray path = local.toUtf8() + (at < 0 ? QByteArray() : '@' + name);
   return EnvelopeAddress{path, !IsAscii(local)};
+}
+
+QString ToHeaderAddress(const QString& address) {
+  const std::optional<EnvelopeAddress> path = ToEnvelope(address);
+  return path && !path->needsUtf8 ? QString::fromLatin1(path->path) : address;
 }
 
 bool IsSameMailbox(QByteArrayView path, QByteArrayView other) {

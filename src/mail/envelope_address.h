@@ -18,6 +18,10 @@ struct EnvelopeAddress {
 /// route, control characters or angle brackets, or its domain is no name.
 std::optional<EnvelopeAddress> ToEnvelope(const QString& address);
 
+/// The address as it stands in a header: with its domain in A-labels where that makes it ASCII,
+/// which is all that a header may hold for a server without SMTPUTF8.
+QString ToHeaderAddress(const QString& address);
+
 /// Whether two paths lead to one mailbox: domains have no letter case (RFC 5321 section 2.4).
 bool IsSameMailbox(QByteArrayView path, QByteArrayView other);
 

@@ -1,0 +1,94 @@
+#include "transfer/doubtful_answers.h"
+
+#include <algorithm>
+
+#include "storage/databases.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+
+void DoubtfulAnswers::Clear() {
+  mailbox_.clear();
+  listed_.clear();
+  noted_.clear();
+  changed_.clear();
+  gone_.clear();
+}
+
+bool DoubtfulAnswers::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
+  Clear();
+  mailbox_ = mailbox;
+  if (!Read()) return false;
+  for (const ListedMessage& message : messages) listed_.insert(message.id, message.size);
+  for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
+    if (!listed_.contains(entry.key())) gone_.insert(entry.key());
+  }
+  return true;
+}
+
+bool DoubtfulAnswers::Read() {
+  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  bool whole = context_.Data.OpenRecordset(
+      QStringLiteral("SELECT FIELD_ID, SIZE, STORED_AS FROM doubtful_answer WHERE MAILBOX = ") +
+          QuoteSql(mailbox_),
+      CursorKind::ForwardOnly);
+  if (whole) {
+    const RecordsetPtr rows = context_.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      noted_.insert(rows->Fields(u"FIELD_ID").toString(),
+                    {rows->Fields(u"SIZE").toLongLong(), rows->Fields(u"STORED_AS").toString()});
+    }
+    whole = !rows->Failed();
+  }
+  context_.Data.Close();
+  return whole;
+}
+
+bool DoubtfulAnswers::CameBefore(const QString& id, const QString& storedAs) const {
+  const auto noted = noted_.constFind(id);
+  return noted != noted_.constEnd() && noted->size == listed_.value(id, -1) &&
+         noted->storedAs == storedAs;
+}
+
+void DoubtfulAnswers::Note(const QString& id, const QString& storedAs) {
+  const auto listed = listed_.constFind(id);
+  if (listed == listed_.constEnd()) return;
+  gone_.remove(id);
+  changed_.insert(id, {*listed, storedAs});
+}
+
+void DoubtfulAnswers::Forget(const QString& id) {
+  changed_.remove(id);
+  if (noted_.contains(id)) gone_.insert(id);
+}
+
+bool DoubtfulAnswers::Store() {
+  if (changed_.isEmpty() && gone_.isEmpty()) return true;
+  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  const bool stored = context_.Data.Begin() && Write() && context_.Data.Commit();
+  if (!stored) context_.Data.Rollback();
+  context_.Data.Close();
+  if (!stored) return false;
+  for (const QString& id : std::as_const(gone_)) noted_.remove(id);
+  gone_.clear();
+  changed_.clear();  // an answer to this session is none of an earlier one
+  return true;
+}
+
+bool DoubtfulAnswers::Write() {
+  const bool removed = std::all_of(gone_.begin(), gone_.end(), [this](const QString& id) {
+    return context_.Data.Execute(QStringLiteral("DELETE FROM doubtful_answer WHERE MAILBOX = ") +
+                                 QuoteSql(mailbox_) + QStringLiteral(" AND FIELD_ID = ") +
+                                 QuoteSql(id));
+  });
+  if (!removed) return false;
+  return std::all_of(changed_.keyValueBegin(), changed_.keyValueEnd(), [this](const auto& entry) {
+    const QStringList values = {QuoteSql(mailbox_), QuoteSql(entry.first),
+                                QString::number(entry.second.size),
+                                QuoteSql(entry.second.storedAs)};
+    return context_.Data.Execute(QStringLiteral("INSERT OR REPLACE INTO doubtful_answer VALUES (") +
+                                 values.join(u',') + u')');
+  });
+}
+
+}  // namespace vorn
