@@ -3088,5 +3088,21 @@ and erased ones are not received again.</translation>
         <source>メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージはサーバーに残します。</source>
         <translation>A header that a message rule matches was another one when it was fetched again. That message stays on the server.</translation>
     </message>
+    <message>
+        <source>パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを読めます。</source>
+        <translation>There is no password, so whoever can see the files of this computer can read the mail.</translation>
+    </message>
+    <message>
+        <source>メールは、パスワードから作った鍵で暗号化されています。パスワードを忘れると読めません。</source>
+        <translation>The mail is encrypted with a key made from the password. Without the password it cannot be read.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、このパソコンのファイルを見られる人はメールを読めます。</source>
+        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until a password is set, whoever can see the files of this computer can read the mail.</translation>
+    </message>
+    <message>
+        <source>別のプログラムが同じ作業をしています。</source>
+        <translation>Another program does the same work.</translation>
+    </message>
 </context>
 </TS>

@@ -9,10 +9,12 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
 
 const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
-                                  QStringLiteral("mode"), QStringLiteral("login")};
+                                  QStringLiteral("mode"), QStringLiteral("login"),
+                                  QStringLiteral("cancel")};
+
+namespace {
 
 // Every other stored profile loses its default mark. Should this fail, the object is saved all the
 // same: the marks in memory are right, and the next login writes them again.

@@ -99,7 +99,6 @@ class Connection {
   bool ReadLateDigest(qint64 id, QByteArray* digest);
   bool SetUp(const QString& password, StorageError* error);
   bool CheckFormat(StorageError* error);
-  void RegisterFunctions();
   bool Fail();
   bool FailWith(const StorageError& error, const QString& damaged);
   bool LookAtLog(const QString& path, const QString& password, Mode mode, StorageError* error);

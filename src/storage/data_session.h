@@ -41,7 +41,6 @@ class DataSession {
   bool IsWarm(const QString& path) const { return pool_.Peek(path) != nullptr; }
   /// Whether the open file has no tables yet: its maker died, or has just made it.
   bool IsUnfinished() const;
-  bool IsOpen() const { return connection_ != nullptr; }
 
   /// Transactions nest; an inner rollback undoes the inner one alone.
   bool Begin();

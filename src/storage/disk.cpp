@@ -99,10 +99,6 @@ qint32 Disk::Number(QStringView key, qint32 fallback) const {
   return isNumber ? number : fallback;
 }
 
-DiskPtr Disk::Bag(QStringView key) const {
-  return Get(key).value<DiskPtr>();
-}
-
 DiskCollectionPtr Disk::Collection(QStringView key) const {
   return Get(key).value<DiskCollectionPtr>();
 }

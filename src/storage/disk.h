@@ -83,8 +83,7 @@ class Disk {
   QString Text(QStringView key, const QString& fallback = {}) const;
   bool Flag(QStringView key, bool fallback = false) const;
   qint32 Number(QStringView key, qint32 fallback = 0) const;
-  /// The bag or collection referred to under `key`, or null.
-  DiskPtr Bag(QStringView key) const;
+  /// The collection referred to under `key`, or null.
   DiskCollectionPtr Collection(QStringView key) const;
 
  private:

@@ -36,7 +36,9 @@ bool WorkLock::Take(int waitMs) {
 }
 
 QString WorkLock::HeldWords() const {
-  return Ui::tr("別のプログラム（%1）が同じ作業をしています。").arg(lock_.Holder());
+  const QString holder = lock_.Holder();  // none while it is being written, or is let go
+  return holder.isEmpty() ? Ui::tr("別のプログラムが同じ作業をしています。")
+                          : Ui::tr("別のプログラム（%1）が同じ作業をしています。").arg(holder);
 }
 
 }  // namespace vorn

@@ -64,7 +64,6 @@ class Pop3Session : public MailSession {
   };
 
   void Send(const QByteArray& line, Pending pending);
-  bool ReadGreeting();
   bool ReadReply();
   void BeginBody(const Pending& pending);
   void TakeReply(const Pending& pending, bool ok, const QByteArray& line);

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
@@ -73,7 +74,20 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   EXPECT_EQ(Stored(window.Tag())->Text(u"Addressbook"),
             QStringLiteral("TO: y@example.org 山田 太郎\r\nTO: z@example.org"));
   Open(object_type::kBook, window.Tag());
-  EXPECT_EQ(Child<QTableWidget>(*window_, u"lvAddressbook").rowCount(), 3);
+  // Rows from elsewhere, and an entry that was never an address.
+  list = &Child<QTableWidget>(*window_, u"lvAddressbook");
+  ASSERT_EQ(list->rowCount(), 3);
+  QGuiApplication::clipboard()->setText(
+      QStringLiteral("\"Suzuki, Jiro\" <s@example.org>\nmailto:t@example.org\t\"Tanaka, Ken\"\n"));
+  list->setCurrentCell(2, 0);
+  QTest::keySequence(list, QKeySequence::Paste);
+  list->item(0, 0)->setText(QStringLiteral("k1,k2@example.org"));
+  PressOk();
+  EXPECT_FALSE(Error().isEmpty());
+  list->item(0, 0)->setText(QStringLiteral("y@example.org"));
+  PressOk();
+  EXPECT_EQ(Stored(window_->Tag())->Text(u"Addressbook").section(QStringLiteral("\r\n"), 2),
+            QStringLiteral("TO: s@example.org Suzuki, Jiro\r\nTO: t@example.org Tanaka, Ken"));
 
   const DiskCollectionPtr bookmarks =
       SelectObjects(context().Objects, *context().Session, object_type::kBookmark);
@@ -126,6 +140,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
       [](QMessageBox& question) { test::PressNamed(question, QStringLiteral("削除する")); }));
   EXPECT_EQ(history.rowCount(), 1);
   EXPECT_TRUE(QFile::exists(path));
+  EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(QStringLiteral("だれでも")));
   Type(Child<QLineEdit>(window, u"txPassword"), QStringLiteral("new"));
   PressOk();
   EXPECT_EQ(Error(), QStringLiteral("二つのパスワードが一致しません。"));
@@ -190,7 +205,9 @@ TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   {
     ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());
     EXPECT_EQ(Child<QLineEdit>(window, u"txPassword").text(), QString());
+    EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(QStringLiteral("暗号化")));
     Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("新しい名前"));
+    context().Session->Let(QStringLiteral("cancel"), true);
     PressOk();
     EXPECT_EQ(Error(), QString());
   }
@@ -198,6 +215,7 @@ TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   EXPECT_EQ(stored->Text(u"Object"), QStringLiteral("新しい名前"));
   EXPECT_TRUE(stored->Get(u"FileNotes").isValid()) << "what the window does not show stays";
   EXPECT_FALSE(stored->Get(u"Password").isValid());
+  EXPECT_FALSE(stored->Get(u"cancel").isValid()) << "what a box has answered is the session's";
   profile_.Restart(QStringLiteral("secret"));
   ObjectsWindow& window = Open(object_type::kProfile, serialId);
   auto& none = Child<QCheckBox>(window, u"ckNoPassword");

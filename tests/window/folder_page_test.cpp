@@ -502,7 +502,14 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                             EXPECT_EQ(box.currentIndex(), ready == 1 ? 3 : ready == 2 ? 1 : 2);
                             box.setFocus();
                             QTest::keyClick(&box, Qt::Key_Home);
+                            auto& html = Child<QPlainTextEdit>(window, u"txHtml");
+                            const QString before = html.toPlainText();
                             for (int i = 0; i < ready; ++i) QTest::keyClick(&box, Qt::Key_Down);
+                            const QString after = html.toPlainText();
+                            while (html.document()->isUndoAvailable()) html.undo();
+                            EXPECT_EQ(html.toPlainText(), before);
+                            while (html.document()->isRedoAvailable()) html.redo();
+                            EXPECT_EQ(html.toPlainText(), after);
                             window.cmOk_Click();
                           });
     ASSERT_TRUE(WaitFor([&] {

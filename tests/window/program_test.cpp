@@ -235,11 +235,11 @@ TEST_F(ProgramTest, TheSearchBoxNarrowsTheFolderAndItsPages) {
   Receive();
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 1")); }));
   auto& box = test::Child<QLineEdit>(*Browser(), u"txSearch");
-  const auto search = [&](const QString& text) {
+  const auto search = [&](const QString& text, int key = Qt::Key_Return) {
     QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
     test::Type(box, text);
     if (text.isEmpty()) return WaitFor([&loaded] { return loaded.count() > 0; });
-    QTest::keyClick(&box, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key(key));
     return WaitFor([&loaded] { return loaded.count() > 0; });
   };
   ASSERT_TRUE(search(QStringLiteral("AOKI")));  // an address, without regard to case
@@ -251,7 +251,8 @@ TEST_F(ProgramTest, TheSearchBoxNarrowsTheFolderAndItsPages) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("special")));
   ASSERT_TRUE(search(QStringLiteral("from:")));
   EXPECT_FALSE(PageText().contains(QStringLiteral("special")));
-  ASSERT_TRUE(search(QStringLiteral("会議")));
+  // The page is that of what the box says, however it is made anew.
+  ASSERT_TRUE(search(QStringLiteral("会議"), Qt::Key_F5));
   EXPECT_FALSE(PageText().contains(QStringLiteral("special")));
   EXPECT_TRUE(Browser()->findChild<QAction*>(QStringLiteral("next"))->isEnabled());
   ASSERT_TRUE(search(QStringLiteral("no such thing")));

@@ -155,8 +155,9 @@ TEST_F(SendingWindowTest, ADoubleClickOnReplyingSendsNothing) {
   EXPECT_TRUE(window.isVisible());
   EXPECT_TRUE(smtp_.Messages().isEmpty());
   // Who has written something means it.
-  QTest::keyClicks(&Child<QPlainTextEdit>(window, u"txMemo"), QStringLiteral("an answer"));
-  QCoreApplication::processEvents();
+  QInputMethodEvent typed;
+  typed.setCommitString(QStringLiteral("返事"));
+  QCoreApplication::sendEvent(&Child<QPlainTextEdit>(window, u"txMemo"), &typed);
   QTest::mouseClick(toolbar.childAt(at), Qt::LeftButton);
   EXPECT_TRUE(Gone());
   EXPECT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

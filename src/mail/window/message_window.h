@@ -45,7 +45,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ShowModeless() override;
   void ShowModal() override;
   void Activate() override;
-  bool Dust() const override { return dust_; }
+  bool Dust() const override { return false; }
   void MessagesChanged() override;
   void Unload() override { deleteLater(); }
 
@@ -158,7 +158,6 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   int changedState_ = 0;  // what of the stored state, a mask of `StateMask`
   bool draftDue_ = false;
   bool closed_ = false;
-  bool dust_ = false;
   bool unreadable_ = false;  // nothing of it may be stored, sent or answered
   int zoom_ = 0;
   QTimer drafts_;

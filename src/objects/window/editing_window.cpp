@@ -22,9 +22,6 @@
 namespace vorn {
 namespace {
 
-const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
-                                  QStringLiteral("mode"), QStringLiteral("login")};
-
 // A page that can be smaller than its controls need, on a small screen with large letters, but has
 // room for all of them where there is some.
 class PageArea : public QScrollArea {

@@ -42,14 +42,12 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
  protected:
   void AddPage(FormPage* page);
   void ShowPage(const FormPage* page);
-  const std::vector<FormPage*>& Pages() const { return pages_; }
   const DiskPtr& Request() const { return request_; }
   void TakeRequest(const DiskPtr& request) { request_ = request; }
   /// Takes over what another program has stored meanwhile.
   void ReadAnew();
   /// Fills the pages from the stored object, when there is one, and tells them.
   void FillPages();
-  void ShowEvent();
   void Tell(const PageFault& fault, const FormPage* page);
   /// Saves the controls; on false the fault has been told.
   virtual bool Save() = 0;

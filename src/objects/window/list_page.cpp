@@ -1,7 +1,10 @@
 #include "objects/window/list_page.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTableWidget>
@@ -17,6 +20,7 @@ namespace {
 
 constexpr int kLineRole = Qt::UserRole;
 constexpr int kCellsRole = Qt::UserRole + 1;
+const QString kMailto = QStringLiteral("mailto:");
 
 // Enter goes on to the next row: what is typed after it would replace the cell that is done.
 class EntryTable : public QTableWidget {
@@ -38,6 +42,26 @@ class EntryTable : public QTableWidget {
     QTableWidget::closeEditor(editor, hint);
     if (hint != QAbstractItemDelegate::SubmitModelCache) return;
     if (currentRow() < rowCount() - 1) setCurrentCell(currentRow() + 1, 0);
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!event->matches(QKeySequence::Paste) || currentRow() < 0) {
+      return QTableWidget::keyPressEvent(event);
+    }
+    Paste(QApplication::clipboard()->text());
+  }
+
+ private:
+  // Lines with tabs, as spreadsheets give them, fill rows; the last row makes the next one.
+  void Paste(QString text) {
+    while (text.endsWith(u'\n') || text.endsWith(u'\r')) text.chop(1);
+    const QStringList lines = text.split(u'\n');
+    const int first = currentRow();
+    for (int line = 0; line < lines.size() && first + line < rowCount(); ++line) {
+      const QStringList cells = lines[line].split(u'\t');
+      for (int cell = 0; cell < cells.size() && currentColumn() + cell < columnCount(); ++cell) {
+        item(first + line, currentColumn() + cell)->setText(cells[cell].trimmed());
+      }
+    }
   }
 };
 
@@ -173,12 +197,31 @@ void BookPage::AddLine(QTableWidget&, const QString& line) {
   AppendRow({entry.address, entry.displayName}, line);
 }
 
+// What was typed or pasted as an address with a name gives both; a name loses the quotes that it is
+// written in elsewhere.
+bool BookPage::TakeTyped(int row) {
+  QString typed = Cell(row, 0);
+  if (typed.startsWith(kMailto, Qt::CaseInsensitive)) typed.remove(0, kMailto.size());
+  const QList<AddressEntry> read = ReadTypedAddresses(typed);
+  if (read.size() != 1 || !IsMailAddress(read[0].address)) return false;
+  const QString name = Cell(row, 1);
+  const QList<AddressEntry> whole =
+      ReadTypedAddresses(name + QStringLiteral(" <") + read[0].address + u'>');
+  const bool isName = !name.isEmpty() && whole.size() == 1 && whole[0].address == read[0].address;
+  List().item(row, 0)->setText(read[0].address);
+  List().item(row, 1)->setText(isName           ? whole[0].displayName
+                               : name.isEmpty() ? read[0].displayName
+                                                : name);
+  return true;
+}
+
+// An entry that was there before keeps nobody from saving the others.
 PageFault BookPage::Check() {
   ListPage::Check();
   for (int row = 0; row < List().rowCount(); ++row) {
-    const QString address = Cell(row, 0);
-    const bool isEmpty = address.isEmpty() && Cell(row, 1).isEmpty();
-    if (isEmpty || (address.contains(u'@') && !address.contains(u' '))) continue;
+    const bool isEmpty = Cell(row, 0).isEmpty() && Cell(row, 1).isEmpty();
+    const bool isUntouched = !FirstLine(row).isEmpty() && Line(List(), row) == FirstLine(row);
+    if (isEmpty || isUntouched || TakeTyped(row)) continue;
     List().setCurrentCell(row, 0);
     return {Ui::tr("メールアドレスは「名前@ドメイン」の形で入力してください。"), &List()};
   }

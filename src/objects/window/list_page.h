@@ -49,6 +49,9 @@ class BookPage : public ListPage {
 
  protected:
   QString EditedLine(int row) const override;
+
+ private:
+  bool TakeTyped(int row);
 };
 
 /// A bookmark's entries: lines of an address, a blank and a title.

@@ -27,7 +27,6 @@ class ObjectsWindow : public EditingWindow {
  private:
   void BuildPages(const QString& type);
   void AddEventPage(const QString& text);
-  bool SaveProfilePassword();
 
   const EventLog& events_;
   QString type_;

@@ -93,6 +93,20 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   ckNoPassword_->setEnabled(IsLoggedIn() && !context_.Session->Text(u"password").isEmpty());
   Layout().addRow(QString(), ckNoPassword_);
   connect(ckNoPassword_, &QCheckBox::toggled, this, &ProfilePage::WarnOfNoPassword);
+  if (IsLoggedIn()) AddProtection();
+}
+
+// What keeps others from the mail now.
+void ProfilePage::AddProtection() {
+  auto* protection = PlainLabel(
+      context_.Session->Text(u"password").isEmpty()
+          ? Ui::tr("パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを"
+                   "読めます。")
+          : Ui::tr("メールは、パスワードから作った鍵で暗号化されています。パスワードを忘れると"
+                   "読めません。"));
+  protection->setObjectName(QStringLiteral("lbProtection"));
+  protection->setWordWrap(true);
+  Layout().addRow(QString(), protection);
 }
 
 void ProfilePage::WarnOfNoPassword(bool none) {

@@ -32,6 +32,7 @@ class ProfilePage : public FormPage {
 
  private:
   void WarnOfNoPassword(bool none);
+  void AddProtection();
   void UseDatabase();
   void RemoveDatabase();
   void AddExisting();

@@ -62,6 +62,8 @@ QString FirstUseText() {
       Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
       Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
              "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
+      Ui::tr("<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
+             "パスワードを決めるまで、このパソコンのファイルを見られる人はメールを読めます。"),
       Ui::tr("<b>使い方</b>: F1キー。")};
   QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
                  Ui::tr("メールを受信するには、アカウントを追加してください。") +
@@ -277,8 +279,11 @@ void BrowserWindow::CheckRows() {
 }
 
 void BrowserWindow::SeekClicked() {
+  const bool hasTyped = txSearch_->text().trimmed() != bag_->Text(kSearch);
   if (bag_->Flag(kOnLoad)) {
     wbUrl_->stop();
+  } else if (IsLocal() && hasTyped) {
+    SearchFolder();  // with what the box says, rather than what it said
   } else {
     Refresh();
   }

@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
+#include <QTextCursor>
 #include <QVBoxLayout>
 #include <QWebEngineScript>
 #include <QWebEngineView>
@@ -189,8 +190,10 @@ void LayoutWindow::TakeReady(int index) {
                    [&now](const ReadyLayout& layout) { return layout.html == now; })) {
     stored_ = now;
   }
-  txHtml_->setPlainText(index < ready.size() ? ready[index].html : stored_);
-  txHtml_->document()->setModified(true);
+  // As an edit, so that it can be undone.
+  QTextCursor all(txHtml_->document());
+  all.select(QTextCursor::Document);
+  all.insertText(index < ready.size() ? ready[index].html : stored_);
 }
 
 void LayoutWindow::InsertTag(int row) {

@@ -16,7 +16,7 @@ class SecondClick : public QObject {
  public:
   enum class Lasts {
     ADoubleClick,  ///< for as long as one may last
-    UntilMoved,    ///< until the pointer has left the place, or a key or the wheel was used
+    UntilMoved,    ///< until the pointer has left the place, or something was typed or scrolled
   };
 
   explicit SecondClick(Lasts lasts = Lasts::ADoubleClick) : at_(QCursor::pos()), lasts_(lasts) {
@@ -36,6 +36,7 @@ class SecondClick : public QObject {
       case QEvent::KeyPress:
         if (!IsNewKey(*static_cast<const QKeyEvent*>(event))) return false;
         break;
+      case QEvent::InputMethod:
       case QEvent::Wheel:
         break;
       case QEvent::MouseMove:
