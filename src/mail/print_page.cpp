@@ -1,4 +1,5 @@
 #include "mail/print_page.h"
+#include "mail/html_sanitizer.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -37,18 +38,28 @@ const QString kStyle = QStringLiteral(
     "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
     "</style>\r\n");
 
+// What the mail says of its cells and its edge is its own.
+QByteArray WithHead(QByteArray document, const QByteArray& table) {
+  const QByteArray style = "<style>html { margin: 0 15mm; overflow-wrap: anywhere }</style>";
+  const qsizetype body = document.indexOf("</head><body");
+  const qsizetype begin = document.indexOf('>', body + qstrlen("</head>")) + 1;
+  return document.insert(begin, table).insert(body, style);
+}
+
 }  // namespace
 
-QByteArray PrintPage(const MessageModel& model) {
+QByteArray PrintPage(const MessageModel& model, const QString& html) {
   QStringList attachments;
   for (const ModelAttachment& attachment : model.attachments) attachments.append(attachment.name);
-  const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle +
-                       QStringLiteral("<TABLE width = \"100%\">\r\n") +
-                       Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
-                       Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
-                       Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
-                       Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
-                       Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n") +
+  const QString table = QStringLiteral("<TABLE width = \"100%\">\r\n") +
+                        Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
+                        Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
+                        Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
+                        Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
+                        Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n");
+  if (!html.isNull())
+    return WithHead(SanitizeHtml(html, RemoteImages::LeftOut).html, table.toUtf8());
+  const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle + table +
                        Escaped(model.text) + QStringLiteral("</html>\r\n");
   return page.toUtf8();
 }

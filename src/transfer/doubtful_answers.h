@@ -25,6 +25,8 @@ class DoubtfulAnswers {
   /// Whether an earlier session got for this message, when it had the size that it has now, what is
   /// stored under the name `storedAs`.
   bool CameBefore(const QString& id, const QString& storedAs) const;
+  /// Whether an earlier session got any such answer for it.
+  bool Has(const QString& id) const { return noted_.contains(id); }
   /// Notes that this session got it. Of messages without identifiers nothing is noted.
   void Note(const QString& id, const QString& storedAs);
   /// Notes that an answer was believed.

@@ -230,6 +230,11 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
   return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }
 
+void KnownMessages::TakeBack(const QString& messageId) {
+  listing_.TakeBack(messageId);
+  answers_.Note(messageId, messageId);
+}
+
 bool KnownMessages::NoteWhole() {
   listing_.Settle();
   return Store();
@@ -241,8 +246,8 @@ bool KnownMessages::NoteDeleted() {
 }
 
 void KnownMessages::NoteStored(const QString& messageId, bool proven) {
-  answers_.Forget(messageId);
   if (proven) {
+    answers_.Forget(messageId);  // by a name alone another account does not know of the doubt
     listing_.Prove(messageId);
   } else {
     listing_.Confirm(messageId);

@@ -64,6 +64,10 @@ class KnownMessages {
   void NoteDoubtful(const QString& messageId, const QString& storedAs) {
     answers_.Note(messageId, storedAs);
   }
+  /// Notes that what was noted as stored does not fit, as only later messages showed.
+  void TakeBack(const QString& messageId);
+  /// Whether an earlier session got an answer that did not fit.
+  bool HasDoubt(const QString& messageId) const { return answers_.Has(messageId); }
   /// Whether an earlier session got the same answer.
   bool CameBefore(const QString& messageId, const QString& storedAs) const {
     return answers_.CameBefore(messageId, storedAs);

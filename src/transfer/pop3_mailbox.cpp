@@ -13,6 +13,10 @@ constexpr qsizetype kMaxMessages = 1000000;
 constexpr qint64 kMaxSize = qint64(1) << 30;
 constexpr qsizetype kMaxUidl = 1000;  // the standard says 70
 
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
 // Calls `take` with each line's message number and what follows it. Lines are looked at in place: a
 // list may have millions of them.
 template <typename Take>
@@ -21,8 +25,8 @@ void ForEachLine(QByteArrayView body, Take take) {
     const qsizetype end = body.indexOf('\n');
     const QByteArrayView line = body.first(end < 0 ? body.size() : end).trimmed();
     body = body.sliced(end < 0 ? body.size() : end + 1);
-    const qsizetype blank = line.indexOf(' ');
-    const qsizetype numberEnd = blank < 0 ? line.size() : blank;
+    const auto blank = std::find_if(line.begin(), line.end(), IsBlank);
+    const qsizetype numberEnd = blank - line.begin();
     bool isNumber = false;
     const int number = line.first(numberEnd).toInt(&isNumber);
     if (isNumber && number > 0 && !take(number, line.sliced(numberEnd).trimmed())) return;

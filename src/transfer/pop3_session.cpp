@@ -426,7 +426,7 @@ bool Pop3Session::IsStopped(const QByteArray& header, bool isTornOff, bool& dele
 
 // One answer is not enough to delete unseen: it may have been another message's.
 void Pop3Session::EndStop(size_t message, const QByteArray& header) {
-  if (IsSameAnswer(stops_[message], header)) {
+  if (stops_[message] == header) {
     doomed_.push_back(message);
   } else {
     events_.StopTakenBack();
@@ -443,10 +443,11 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
 
   const SizeFit fit = FitOf(data, entry.size);
   hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact);
-  if (fit == SizeFit::Near) near_.push_back(message);
-  // A server whose sizes were exact so far is held to them.
-  const bool isTornOff =
-      fit == SizeFit::Off || (fit == SizeFit::Near && hasExactSizes_) || HasHole(data);
+  // A server whose sizes were exact so far is held to them, and so is one that was wrong before.
+  const bool isHeld =
+      hasExactSizes_ || (!entry.uidl.isEmpty() && events_.HasDoubt(MessageId(entry.uidl)));
+  const bool isTornOff = fit == SizeFit::Off || (fit == SizeFit::Near && isHeld) || HasHole(data);
+  if (fit == SizeFit::Near && !isTornOff) near_.push_back(message);
   // A header alone may be the late answer to another command.
   const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
   if (isLate && !IsRepeated(message, data)) return;
@@ -480,9 +481,8 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
 void Pop3Session::KeepNear() {
   for (const size_t message : near_) {
     const auto doomed = std::find(doomed_.begin(), doomed_.end(), message);
-    if (doomed == doomed_.end()) continue;
-    doomed_.erase(doomed);
-    events_.TornOffAgain();
+    if (doomed != doomed_.end()) doomed_.erase(doomed);
+    events_.TakeBack(MessageId(messages_[message].uidl));
   }
 }
 

@@ -63,6 +63,10 @@ class PopEvents {
   /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
   virtual void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
                                bool& deleteOnServer) = 0;
+  /// Whether an earlier session got an answer for it that did not fit its size.
+  virtual bool HasDoubt(const QString& /*messageId*/) { return false; }
+  /// That a message which was handed over as fitting does not, and stays on the server.
+  virtual void TakeBack(const QString& /*messageId*/) { TornOffAgain(); }
   /// That a second answer was otherwise: what a rule was about to delete stays.
   virtual void StopTakenBack() {}
   virtual void SessionStarted() = 0;

@@ -184,6 +184,14 @@ void ServerListing::Prove(const QString& id) {
   if (IsListed(id)) proven_.insert(id);
 }
 
+void ServerListing::TakeBack(const QString& id) {
+  if (!IsListed(id)) return;
+  changed_.remove(id);
+  proven_.remove(id);
+  doubted_.insert(id);
+  gone_.insert(id);
+}
+
 void ServerListing::Release(const QString& id) {
   const auto listed = listed_.constFind(id);
   if (listed != listed_.constEnd()) changed_.insert(id, {*listed, State::Released});

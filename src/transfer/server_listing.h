@@ -60,6 +60,8 @@ class ServerListing {
   void Confirm(const QString& id);
   /// The same, as a comparison told, or since it has just been stored.
   void Prove(const QString& id);
+  /// Takes back both: nothing is known of that name.
+  void TakeBack(const QString& id);
   /// Notes that the message is about to be deleted on the server.
   void Release(const QString& id);
   /// Notes that those have been: should their names be there again, nothing is known of them.

@@ -426,6 +426,12 @@ void TransferEvents::ReceiveStopTest(const QByteArray& header, bool isTornOff, b
   if (deleteOnServer) ++stopDeletesInSession_;
 }
 
+void TransferEvents::TakeBack(const QString& messageId) {
+  doomed_.removeAll(messageId);
+  known_.TakeBack(messageId);
+  TornOffAgain();
+}
+
 void TransferEvents::StopTakenBack() {
   --stopDeletesInSession_;
   Log(0, Ui::tr("メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージは"

@@ -58,6 +58,8 @@ class TransferEvents : public QObject, public PopEvents {
   bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
   bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
   void TornOffAgain() override { ++tornOffInSession_; }
+  bool HasDoubt(const QString& messageId) override { return known_.HasDoubt(messageId); }
+  void TakeBack(const QString& messageId) override;
   void StopTakenBack() override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,

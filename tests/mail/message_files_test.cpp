@@ -92,6 +92,15 @@ TEST(PrintPageTest, WhatMailContributesIsText) {
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>件名：</TD><TD>&lt;b&gt;&amp;amp;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("1 &lt; 2<BR>&lt;script&gt;</html>")));
   EXPECT_FALSE(page.contains(QStringLiteral("参照先")));
+  const QString html = QString::fromUtf8(PrintPage(
+      model,
+      QStringLiteral("<body bgcolor=red><b>bold</b><script>x</script><img src='http://x/y'>")));
+  const qsizetype body = html.indexOf(QStringLiteral("<body"));
+  EXPECT_LT(body, html.indexOf(QStringLiteral("<TABLE")));
+  EXPECT_LT(html.indexOf(QStringLiteral("<TD>件名：</TD>")),
+            html.indexOf(QStringLiteral("<b>bold")));
+  EXPECT_FALSE(html.contains(QStringLiteral("<script")) || html.contains(QStringLiteral("http:")));
+  EXPECT_FALSE(html.contains(QStringLiteral("1 &lt; 2"))) << "the half that is not shown";
 }
 
 TEST(InlineImagesTest, PicturesOfTheMessageAreShownAndOthersLeft) {

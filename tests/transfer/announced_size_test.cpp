@@ -242,6 +242,49 @@ TEST_F(AnnouncedSizeTest, WrongAnswersThatDifferHideNoMessage) {
   }
 }
 
+// Messages of about one size, which exact sizes of others tell apart.
+TEST_F(AnnouncedSizeTest, AnotherMessageOfAboutTheSameSizeIsMissed) {
+  int run = 0;
+  for (const bool deletes : {true, false}) {
+    for (const int wanted : {0, 3}) {
+      for (const int times : {1, 2}) {
+        const QByteArray name = QByteArray::number(++run);
+        SCOPED_TRACE(name.toStdString());
+        account_->Let(QStringLiteral("InMailServerDelete"), deletes);
+        server_.Messages.clear();
+        QByteArrayList texts;
+        for (int i = 0; i < 5; ++i) {
+          texts.append(Header(name + "-" + QByteArray::number(i), i * 40) +
+                       QByteArray("a line of text\r\n").repeated(500) + "\r\n");
+          server_.Messages.append({name + "-" + QByteArray::number(i), texts[i]});
+        }
+        const QByteArray uidl = name + "-" + QByteArray::number(wanted);
+        for (int time = 0; time < times; ++time) ReceiveWith(uidl, texts[time == 0 ? 2 : 4]);
+        for (int check = 0; check < 4; ++check) Receive();
+        for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
+        EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 5);
+      }
+    }
+  }
+}
+
+// One account keeps and one deletes what has no right sizes: the doubts of one mailbox are theirs.
+TEST_F(AnnouncedSizeTest, TwoAccountsAtOneMailboxComeToRest) {
+  const DiskPtr other = profile_.AddAccount(server_.Port());
+  server_.SizeFactor = 1.4;
+  for (const bool firstDeletes : {true, false}) {
+    SCOPED_TRACE(firstDeletes);
+    account_->Let(QStringLiteral("InMailServerDelete"), firstDeletes);
+    other->Let(QStringLiteral("InMailServerDelete"), !firstDeletes);
+    const QByteArrayList texts = Texts(firstDeletes ? "rest1" : "rest2", 3);
+    server_.Messages.clear();
+    for (const QByteArray& text : texts) server_.Messages.append({text.mid(36, 7), text});
+    for (int check = 0; check < 4; ++check) Receive();
+    EXPECT_TRUE(server_.Messages.isEmpty());
+    for (const QByteArray& text : texts) EXPECT_EQ(Stored().count(text), 1);
+  }
+}
+
 // A server that numbers its messages, of which one went and another has its number, answers once
 // with the former one; also where the mailbox is known under two names of the server.
 TEST_F(AnnouncedSizeTest, AStaleAnswerUnderAGivenNumberHidesNoMessage) {

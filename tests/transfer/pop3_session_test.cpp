@@ -140,7 +140,7 @@ TEST_F(Pop3SessionTest, EveryFailureEndsTheSessionWithASentence) {
 }
 
 TEST_F(Pop3SessionTest, MailboxListsAreReadWithCare) {
-  const auto messages = ReadMailbox("1 100\r\nx\r\n2\r\n3 -5\r\n1 7\r\n99999999999 1\r\n4 8 extra",
+  const auto messages = ReadMailbox("1\t100\r\nx\r\n2\r\n3 -5\r\n1 7\r\n99999999999 1\r\n4 8 extra",
                                     "1 it's\r\n3 dup\r\n4 dup\r\n");
   ASSERT_EQ(messages.size(), 4U) << "one without a size is there";
   EXPECT_EQ(messages[0].uidl, QByteArray("it's"));

@@ -500,10 +500,10 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           [ready](LayoutWindow& window) {
                             auto& box = Child<QComboBox>(window, u"cbLayout");
                             EXPECT_EQ(box.currentIndex(), ready == 1 ? 3 : ready == 2 ? 1 : 2);
-                            box.setFocus();
-                            QTest::keyClick(&box, Qt::Key_Home);
                             auto& html = Child<QPlainTextEdit>(window, u"txHtml");
                             const QString before = html.toPlainText();
+                            box.setFocus();
+                            QTest::keyClick(&box, Qt::Key_Home);
                             for (int i = 0; i < ready; ++i) QTest::keyClick(&box, Qt::Key_Down);
                             const QString after = html.toPlainText();
                             while (html.document()->isUndoAvailable()) html.undo();

@@ -127,14 +127,17 @@ TEST_F(InvitationWindowTest, AnInvitationIsAnsweredByAMessage) {
   EXPECT_TRUE(Child<CalendarBar>(window, u"frCalendar").isVisible());
   Press(Child<QPushButton>(window, u"cmAccept"));
   EXPECT_TRUE(Child<QPushButton>(window, u"cmAccept").isChecked());
-  const auto& subject = Child<QLineEdit>(window, u"txSubject");
-  const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  auto& subject = Child<QLineEdit>(window, u"txSubject");
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
   EXPECT_EQ(subject.text(), QStringLiteral("出席します: 定例"));
-  Child<QPlainTextEdit>(window, u"txMemo").appendPlainText(QStringLiteral("またの機会に。"));
+  // Also in the midst of one's own words.
+  subject.setText(subject.text() + QStringLiteral(" (青木)"));
+  memo.insertPlainText(QStringLiteral("青木は"));
+  memo.appendPlainText(QStringLiteral("またの機会に。"));
   Press(Child<QPushButton>(window, u"cmDecline"));
   EXPECT_FALSE(Child<QPushButton>(window, u"cmAccept").isChecked());
-  EXPECT_EQ(subject.text(), QStringLiteral("欠席します: 定例"));
-  EXPECT_EQ(memo.toPlainText(), QStringLiteral("欠席します。\n\nまたの機会に。"));
+  EXPECT_EQ(subject.text(), QStringLiteral("欠席します: 定例 (青木)"));
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("青木は欠席します。\n\nまたの機会に。"));
   Menu(window, u"menuFilesMessages").actions()[0]->trigger();
   EXPECT_TRUE(Gone());
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

@@ -37,6 +37,17 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
 }
 
 // Also where nothing or something wrong says in which code it is.
+// What stands in the place of its text is the program's, and can be sent to nobody.
+TEST_F(MessageWindowTest, AMessageThatIsGoneIsNotWrittenAnew) {
+  MessageWindow& window = Open(QStringLiteral("mail_gone"));
+  EXPECT_TRUE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
+  EXPECT_FALSE(Buttons(window).contains(QStringLiteral("mailup")));
+  EXPECT_FALSE(Buttons(window).contains(QStringLiteral("replay")));
+  window.close();
+  EXPECT_TRUE(Gone());
+  EXPECT_EQ(Count(), 0);
+}
+
 TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
   const QString text = QStringLiteral("会議の資料をお送りします。よろしくお願いします。");
   using Code = MimeCodec::OutputCharset;

@@ -287,13 +287,19 @@ void MessageWindow::SaveToFile() {
       Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
 }
 
+QString MessageWindow::ShownHtml() const {
+  return WithInlineImages(html_, source_, request_->Text(u"content"));
+}
+
 void MessageWindow::PrintClicked() {
   if (TellUnreadable()) return;
   FinishEditing();
   const QString path = context_.TempFolder + QStringLiteral("print_") +
                        context_.Data.NewSerialID() + QStringLiteral(".html");
   QFile file(path);
-  const QByteArray page = PrintPage(CurrentModel());
+  // What is in front is what is printed.
+  const bool showsHtml = tsBody_->currentIndex() == 1 && tsBody_->isTabVisible(1);
+  const QByteArray page = PrintPage(CurrentModel(), showsHtml ? ShownHtml() : QString());
   if (MakePrivateFolder(context_.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
       file.write(page) == page.size() && file.flush()) {
     host_.PrintPageFile(path);
@@ -428,15 +434,15 @@ void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   const auto before = ReadReply(model_.calendarReply.value_or(QByteArray()));
   if (!before) return;
   model_.calendarReply = ChangeReply(*model_.calendarReply, before->address, answer);
-  if (txSubject_->text() == AnswerSubject(before->answer, before->summary)) {
-    txSubject_->setText(AnswerSubject(answer, before->summary));
+  const QString subject = txSubject_->text();
+  const QString former = AnswerSubject(before->answer, before->summary);
+  if (const qsizetype at = subject.indexOf(former); at >= 0) {
+    txSubject_->setText(
+        QString(subject).replace(at, former.size(), AnswerSubject(answer, before->summary)));
   }
-  const QString words = AnswerText(before->answer).trimmed();
-  if (txMemo_->toPlainText().startsWith(words)) {
-    QTextCursor sentence(txMemo_->document());
-    sentence.setPosition(static_cast<int>(words.size()), QTextCursor::KeepAnchor);
-    sentence.insertText(AnswerText(answer).trimmed());
-  }
+  QTextCursor sentence = txMemo_->document()->find(AnswerText(before->answer).trimmed(), 0,
+                                                   QTextDocument::FindCaseSensitively);
+  if (!sentence.isNull()) sentence.insertText(AnswerText(answer).trimmed());
   MarkEdited();
 }
 
@@ -494,7 +500,7 @@ void MessageWindow::MakeHtmlView() {
 
 void MessageWindow::ShowHtml() {
   MakeHtmlView();
-  wbHtml_->Show(WithInlineImages(html_, source_, request_->Text(u"content")));
+  wbHtml_->Show(ShownHtml());
 }
 
 }  // namespace vorn

@@ -106,9 +106,11 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   model_ = opened.model;
   source_ = opened.source;
   html_ = opened.html;
-  unreadable_ = opened.unreadable.has_value();
+  // One that is gone has nothing that could be edited or sent.
+  const bool isGone = !opened.found && !request_->Flag(u"new") && opened.source.isEmpty();
+  unreadable_ = opened.unreadable.has_value() || isGone;
   const bool editable = IsEditable();
-  txSubject_->setText(unreadable_ ? opened.unreadable->subject : model_.subject);
+  txSubject_->setText(opened.unreadable ? opened.unreadable->subject : model_.subject);
   txSubject_->setCursorPosition(0);
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);

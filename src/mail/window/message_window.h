@@ -123,6 +123,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QString TextOf(const OpenedMessage& opened) const;
   void ShowCaption();
   bool IsEditable() const { return AbsoluteStatus() == 1 && !unreadable_; }
+  /// The HTML part with the message's own pictures in it.
+  QString ShownHtml() const;
   bool IsWaiting() const { return AbsoluteStatus() == 2; }
   int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
