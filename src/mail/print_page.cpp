@@ -42,7 +42,7 @@ const QString kStyle = QStringLiteral(
 QByteArray WithHead(QByteArray document, const QByteArray& table) {
   const QByteArray style = "<style>html { margin: 0 15mm; overflow-wrap: anywhere }</style>";
   const qsizetype body = document.indexOf("</head><body");
-  const qsizetype begin = document.indexOf('>', body + qstrlen("</head>")) + 1;
+  const qsizetype begin = document.indexOf('>', document.indexOf("<body", body)) + 1;
   return document.insert(begin, table).insert(body, style);
 }
 
