@@ -442,12 +442,11 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (stopped_) return;
 
   const SizeFit fit = FitOf(data, entry.size);
-  hasExactSizes_ = hasExactSizes_ || (fit == SizeFit::Exact);
+  if (IsExact(fit) && !std::exchange(hasExactSizes_, true)) KeepNear();
   // A server whose sizes were exact so far is held to them, and so is one that was wrong before.
   const bool isHeld =
       hasExactSizes_ || (!entry.uidl.isEmpty() && events_.HasDoubt(MessageId(entry.uidl)));
   const bool isTornOff = fit == SizeFit::Off || (fit == SizeFit::Near && isHeld) || HasHole(data);
-  if (fit == SizeFit::Near && !isTornOff) near_.push_back(message);
   // A header alone may be the late answer to another command.
   const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
   if (isLate && !IsRepeated(message, data)) return;
@@ -475,6 +474,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   }
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
+  if (fit == SizeFit::Near && !isTornOff) near_.push_back(message);
 }
 
 // Those that came before it was known that the server's sizes are exact.
@@ -502,7 +502,6 @@ bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
 // Nothing is marked before everything is durable: there are servers that delete what is marked
 // also when the connection breaks.
 void Pop3Session::FinishTransfer() {
-  if (hasExactSizes_) KeepNear();
   if (!events_.MakeDurable()) {
     Finish();
     return;

@@ -129,11 +129,10 @@ QByteArray LoopbackPop3Server::Listing(const Session& session, bool uidl, const 
   QByteArray reply = "+OK\r\n";
   for (qsizetype i = 0; i < session.snapshot.size(); ++i) {
     const ServerMessage& message = session.snapshot[i];
+    const qsizetype breaks = CountsLineFeeds ? message.source.count('\n') : 0;
+    const double size = static_cast<double>(message.source.size() - breaks) * SizeFactor;
     reply += QByteArray::number(i + 1) + ' ' +
-             (uidl ? message.uidl
-                   : QByteArray::number(static_cast<qint64>(
-                         static_cast<double>(message.source.size()) * SizeFactor))) +
-             "\r\n";
+             (uidl ? message.uidl : QByteArray::number(static_cast<qint64>(size))) + "\r\n";
   }
   return reply + ".\r\n";
 }

@@ -43,6 +43,8 @@ class LoopbackPop3Server : public QObject {
   bool BareLineFeeds = false;
   /// What LIST says of a message's size, by its real size.
   double SizeFactor = 1;
+  /// There a line break counts as one byte.
+  bool CountsLineFeeds = false;
   /// Deletes what was marked also when the connection breaks, which the standard forbids.
   bool DeletesOnBreak = false;
   QList<Fault> Faults;
