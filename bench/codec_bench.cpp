@@ -11,10 +11,10 @@
 #include <functional>
 #include <vector>
 
-#include "mail/html_sanitizer.h"
-#include "mail/message_index.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/html_sanitizer.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 
 namespace vorn {
 namespace {

@@ -16,11 +16,11 @@
 #include <cstdio>
 
 #include "bench_support.h"
-#include "frame/mail_traffic.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/mail_store.h"
 #include "objects/account.h"
+#include "transfer/mail_traffic.h"
 
 namespace {
 

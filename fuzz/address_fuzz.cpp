@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "mail/address.h"
-#include "mail/mime_codec.h"
+#include "mail/codec/address.h"
+#include "mail/codec/mime_codec.h"
 
 using namespace vorn;
 

@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "mail/charset_recognition.h"
-#include "mail/code_page_932.h"
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/code_page_932.h"
 
 using namespace vorn;
 

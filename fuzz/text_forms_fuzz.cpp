@@ -1,10 +1,10 @@
 #include "fuzz_input.h"
-#include "mail/calendar_summary.h"
-#include "mail/flowed_text.h"
-#include "mail/html_text.h"
-#include "mail/mime_codec.h"
-#include "mail/report_summary.h"
-#include "mail/yencoding.h"
+#include "mail/codec/calendar_summary.h"
+#include "mail/codec/flowed_text.h"
+#include "mail/codec/html_text.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/report_summary.h"
+#include "mail/codec/yencoding.h"
 
 using namespace vorn;
 

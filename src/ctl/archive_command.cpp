@@ -2,9 +2,9 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "mail/export_messages.h"
-#include "mail/import_messages.h"
-#include "mail/mail_archive.h"
+#include "mail/archive/export_messages.h"
+#include "mail/archive/import_messages.h"
+#include "mail/archive/mail_archive.h"
 
 namespace vorn::ctl {
 namespace {

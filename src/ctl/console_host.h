@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/mail_traffic.h"
+#include "transfer/mail_traffic.h"
 
 namespace vorn::ctl {
 

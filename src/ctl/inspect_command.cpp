@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "ctl/command.h"
-#include "mail/address.h"
-#include "mail/attachments.h"
+#include "mail/codec/address.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
-#include "mail/message_index.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 

@@ -3,7 +3,7 @@
 #include <QSet>
 
 #include "ctl/command.h"
-#include "mail/address.h"
+#include "mail/codec/address.h"
 #include "mail/folder_listing.h"
 #include "objects/object_types.h"
 #include "objects/search_condition.h"

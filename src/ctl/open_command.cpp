@@ -4,8 +4,8 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "mail/message_code.h"
-#include "mail/message_index.h"
+#include "mail/codec/message_code.h"
+#include "mail/codec/message_index.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
 #include "storage/time_text.h"

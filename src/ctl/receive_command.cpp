@@ -4,12 +4,12 @@
 
 #include "ctl/command.h"
 #include "ctl/console_host.h"
-#include "frame/mail_traffic.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "storage/known_damage.h"
+#include "transfer/mail_traffic.h"
 
 namespace vorn::ctl {
 namespace {

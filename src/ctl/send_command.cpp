@@ -3,10 +3,10 @@
 
 #include "ctl/command.h"
 #include "ctl/console_host.h"
+#include "mail/archive/mbox.h"
+#include "mail/codec/message_index.h"
 #include "mail/mail_store.h"
-#include "mail/mbox.h"
 #include "mail/message_id.h"
-#include "mail/message_index.h"
 #include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"

@@ -1,6 +1,6 @@
 #include "frame/event_log.h"
 
-#include "mail/identifiers.h"
+#include "mail/codec/identifiers.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 

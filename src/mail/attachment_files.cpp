@@ -6,7 +6,7 @@
 #include <QLocale>
 #include <QSet>
 
-#include "mail/mime_codec.h"
+#include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 #include <QSet>
 #include <algorithm>
 
-#include "mail/flag_string.h"
+#include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"

@@ -2,7 +2,7 @@
 
 #include <QSet>
 
-#include "mail/address.h"
+#include "mail/codec/address.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"

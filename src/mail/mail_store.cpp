@@ -1,7 +1,7 @@
 #include "mail/mail_store.h"
 
+#include "mail/codec/message_index.h"
 #include "mail/message_identity.h"
-#include "mail/message_index.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"

@@ -1,6 +1,6 @@
 #include "mail/message_id.h"
 
-#include "mail/identifiers.h"
+#include "mail/codec/identifiers.h"
 
 namespace vorn {
 

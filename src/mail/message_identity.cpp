@@ -3,7 +3,7 @@
 #include <QtEndian>
 #include <algorithm>
 
-#include "mail/header_fields.h"
+#include "mail/codec/header_fields.h"
 #include "storage/source_digest.h"
 
 namespace vorn {

@@ -4,10 +4,10 @@
 #include <algorithm>
 
 #include "mail/attachment_files.h"
-#include "mail/attachments.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/ui.h"

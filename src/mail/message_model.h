@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "mail/address.h"
-#include "mail/content_index.h"
+#include "mail/codec/address.h"
+#include "mail/codec/content_index.h"
 #include "storage/disk.h"
 
 namespace vorn {

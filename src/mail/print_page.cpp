@@ -1,5 +1,5 @@
 #include "mail/print_page.h"
-#include "mail/html_sanitizer.h"
+#include "mail/codec/html_sanitizer.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "mail/content_index.h"
-#include "mail/header_decoding.h"
-#include "mail/header_fields.h"
+#include "mail/codec/content_index.h"
+#include "mail/codec/header_decoding.h"
+#include "mail/codec/header_fields.h"
 #include "mail/message_identity.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"

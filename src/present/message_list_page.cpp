@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-#include "mail/code_page_932.h"
+#include "mail/codec/code_page_932.h"
 #include "mail/outbox.h"
 #include "objects/object_loader.h"
 #include "objects/search_condition.h"

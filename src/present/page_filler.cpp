@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "mail/address.h"
-#include "mail/code_page_932.h"
-#include "mail/flag_string.h"
+#include "mail/codec/address.h"
+#include "mail/codec/code_page_932.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/message_code.h"
+#include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
-#include "mail/message_code.h"
-#include "mail/text_extraction.h"
 #include "storage/time_text.h"
 
 namespace vorn {

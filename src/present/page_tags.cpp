@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "mail/code_page_932.h"
+#include "mail/codec/code_page_932.h"
 
 namespace vorn {
 

@@ -1,6 +1,6 @@
 #include "transfer/outgoing_source.h"
 
-#include "mail/mime_codec.h"
+#include "mail/codec/mime_codec.h"
 
 namespace vorn {
 namespace {

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include "mail/address.h"
+#include "mail/codec/address.h"
 
 namespace vorn {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "mail/header_fields.h"
+#include "mail/codec/header_fields.h"
 #include "mail/message_identity.h"
 #include "storage/ui.h"
 #include "transfer/announced_size.h"

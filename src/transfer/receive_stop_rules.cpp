@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "mail/address.h"
-#include "mail/mime_codec.h"
+#include "mail/codec/address.h"
+#include "mail/codec/mime_codec.h"
 #include "objects/object_types.h"
 
 namespace vorn {

@@ -5,7 +5,7 @@
 #include <QScopedValueRollback>
 #include <utility>
 
-#include "mail/address.h"
+#include "mail/codec/address.h"
 #include "mail/mail_store.h"
 #include "mail/outbox.h"
 #include "objects/object_types.h"

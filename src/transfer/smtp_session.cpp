@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "mail/address.h"
-#include "mail/envelope_address.h"
-#include "mail/mime_codec.h"
+#include "mail/codec/address.h"
+#include "mail/codec/envelope_address.h"
+#include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
 #include "transfer/server_words.h"
 #include "transfer/wire_message.h"

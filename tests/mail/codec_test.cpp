@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "mail/address.h"
-#include "mail/charset_recognition.h"
-#include "mail/code_page_932.h"
-#include "mail/flag_string.h"
-#include "mail/message_index.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/address.h"
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/code_page_932.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "support/test_profile.h"
 
 namespace vorn {

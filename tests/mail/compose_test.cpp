@@ -5,9 +5,9 @@
 #include <gmime/gmime.h>
 #include <gtest/gtest.h>
 
-#include "mail/attachments.h"
-#include "mail/message_index.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/text_extraction.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
 

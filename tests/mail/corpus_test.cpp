@@ -8,12 +8,12 @@
 #include <QJsonObject>
 #include <map>
 
-#include "mail/address.h"
-#include "mail/attachments.h"
-#include "mail/header_fields.h"
-#include "mail/message_index.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/address.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/header_fields.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
 

@@ -6,9 +6,9 @@
 #include <QDir>
 
 #include "frame/source_watch.h"
-#include "mail/export_messages.h"
+#include "mail/archive/export_messages.h"
+#include "mail/archive/import_messages.h"
 #include "mail/folder_listing.h"
-#include "mail/import_messages.h"
 #include "mail/mail_store.h"
 #include "mail/stored_copy.h"
 #include "objects/object_types.h"

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "mail/charset.h"
-#include "mail/charset_recognition.h"
-#include "mail/mime_codec.h"
-#include "mail/text_encoding.h"
+#include "mail/codec/charset.h"
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_encoding.h"
 
 namespace vorn {
 namespace {

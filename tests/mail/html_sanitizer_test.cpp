@@ -1,12 +1,12 @@
 // What of a mail's HTML is shown: what looks, and nothing that acts.
 
-#include "mail/html_sanitizer.h"
+#include "mail/codec/html_sanitizer.h"
 
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
 
-#include "mail/style_filter.h"
+#include "mail/codec/style_filter.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -8,12 +8,12 @@
 #include <map>
 
 #include "mail/attachment_files.h"
-#include "mail/attachments.h"
-#include "mail/message_index.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/text_extraction.h"
+#include "mail/codec/tnef.h"
+#include "mail/codec/zip_files.h"
 #include "mail/message_model.h"
-#include "mail/text_extraction.h"
-#include "mail/tnef.h"
-#include "mail/zip_files.h"
 #include "objects/settings.h"
 
 namespace vorn {

@@ -1,13 +1,13 @@
 // Answers to invitations, as calendars and as messages.
 
-#include "mail/invitation.h"
+#include "mail/codec/invitation.h"
 
 #include <gtest/gtest.h>
 
 #include "mail/attachment_files.h"
+#include "mail/codec/mime_codec.h"
 #include "mail/compose_message.h"
 #include "mail/message_model.h"
-#include "mail/mime_codec.h"
 #include "objects/settings.h"
 
 namespace vorn {

@@ -6,8 +6,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "mail/mail_archive.h"
-#include "mail/mbox.h"
+#include "mail/archive/mail_archive.h"
+#include "mail/archive/mbox.h"
 
 namespace vorn {
 namespace {

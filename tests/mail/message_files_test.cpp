@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "mail/attachment_files.h"
-#include "mail/content_index.h"
+#include "mail/codec/content_index.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/inline_images.h"
+#include "mail/codec/message_date.h"
+#include "mail/codec/message_index.h"
 #include "mail/file_kind.h"
-#include "mail/flag_string.h"
-#include "mail/inline_images.h"
-#include "mail/message_date.h"
-#include "mail/message_index.h"
 #include "mail/print_page.h"
 #include "storage/time_text.h"
 #include "support/test_profile.h"

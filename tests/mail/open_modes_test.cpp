@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "mail/codec/message_code.h"
+#include "mail/codec/message_index.h"
 #include "mail/compose_message.h"
-#include "mail/message_code.h"
-#include "mail/message_index.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
 #include "objects/object_types.h"

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "mail/code_offers.h"
-#include "mail/mime_codec.h"
-#include "mail/signature.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/code_offers.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/signature.h"
+#include "mail/codec/text_extraction.h"
 
 namespace vorn {
 namespace {

@@ -5,14 +5,14 @@
 #include <cstdio>
 #include <random>
 
-#include "mail/calendar_summary.h"
-#include "mail/charset_recognition.h"
-#include "mail/flowed_text.h"
-#include "mail/header_decoding.h"
-#include "mail/header_parameters.h"
-#include "mail/html_text.h"
-#include "mail/mime_codec.h"
-#include "mail/text_extraction.h"
+#include "mail/codec/calendar_summary.h"
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/flowed_text.h"
+#include "mail/codec/header_decoding.h"
+#include "mail/codec/header_parameters.h"
+#include "mail/codec/html_text.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QStringDecoder>
 
-#include "mail/code_page_932.h"
+#include "mail/codec/code_page_932.h"
 #include "mail/mail_store.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"

@@ -6,15 +6,15 @@
 
 #include <QRandomGenerator>
 
-#include "mail/charset_recognition.h"
-#include "mail/code_page_932.h"
-#include "mail/flag_string.h"
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/code_page_932.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/message_code.h"
+#include "mail/codec/message_index.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
-#include "mail/message_code.h"
-#include "mail/message_index.h"
-#include "mail/mime_codec.h"
 #include "mail/open_message.h"
-#include "mail/text_extraction.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"

@@ -5,10 +5,10 @@
 #include <QStringList>
 #include <functional>
 
-#include "frame/mail_traffic.h"
 #include "storage/connection.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
+#include "transfer/mail_traffic.h"
 
 namespace vorn::test {
 

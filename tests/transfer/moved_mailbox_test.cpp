@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-#include "mail/import_messages.h"
+#include "mail/archive/import_messages.h"
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
 #include "objects/settings.h"

@@ -1,6 +1,6 @@
 // Text from outside in labels, boxes, tooltips and titles.
 
-#include "storage/window/plain_text.h"
+#include "kit/window/plain_text.h"
 
 #include <QLabel>
 #include <QListWidget>

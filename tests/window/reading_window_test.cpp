@@ -8,7 +8,7 @@
 #include <QPointer>
 #include <QPushButton>
 
-#include "mail/text_encoding.h"
+#include "mail/codec/text_encoding.h"
 #include "objects/settings.h"
 #include "window/message_window_fixture.h"
 

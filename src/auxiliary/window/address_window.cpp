@@ -9,16 +9,16 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "frame/window/icons.h"
-#include "mail/address.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/tool_letter.h"
+#include "mail/codec/address.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/like_pattern.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/tool_letter.h"
 
 namespace vorn {
 namespace {

@@ -13,11 +13,11 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

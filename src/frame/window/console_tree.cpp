@@ -10,12 +10,12 @@
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
 
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "present/link_command.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -12,12 +12,12 @@
 #include <QPushButton>
 
 #include "frame/profile_login.h"
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -8,13 +8,13 @@
 #include <QProgressDialog>
 
 #include "frame/window/parent_window.h"
-#include "mail/export_messages.h"
-#include "mail/import_messages.h"
+#include "kit/window/plain_text.h"
+#include "mail/archive/export_messages.h"
+#include "mail/archive/import_messages.h"
 #include "mail/mailto.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

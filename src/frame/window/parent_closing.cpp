@@ -6,10 +6,10 @@
 #include <QPointer>
 
 #include "frame/window/parent_window.h"
+#include "kit/window/plain_text.h"
 #include "mail/window/message_window.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 #include "transfer/window/task_tray.h"
 
 namespace vorn {

@@ -4,10 +4,10 @@
 #include <QPushButton>
 
 #include "frame/window/parent_window.h"
+#include "kit/window/plain_text.h"
 #include "objects/profile.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -3,12 +3,12 @@
 #include <QMessageBox>
 
 #include "frame/window/parent_window.h"
+#include "kit/window/plain_text.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

@@ -11,15 +11,15 @@
 #include <QUrl>
 
 #include "frame/start_up.h"
-#include "frame/window/icons.h"
 #include "frame/window/parent_window.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/second_click.h"
 
 namespace vorn {
 

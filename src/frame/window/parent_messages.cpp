@@ -8,6 +8,7 @@
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
+#include "kit/window/plain_text.h"
 #include "mail/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -16,7 +17,6 @@
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

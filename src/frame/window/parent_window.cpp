@@ -14,8 +14,9 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
-#include "frame/window/icons.h"
 #include "frame/window/version_window.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "mail/drafts.h"
 #include "mail/outbox.h"
 #include "mail/window/message_window.h"
@@ -29,7 +30,6 @@
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
-#include "storage/window/plain_text.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 

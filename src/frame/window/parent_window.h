@@ -9,7 +9,6 @@
 
 #include "frame/dispatcher.h"
 #include "frame/event_log.h"
-#include "frame/mail_traffic.h"
 #include "frame/source_watch.h"
 #include "frame/window/console_tree.h"
 #include "frame/window/status_bar.h"
@@ -18,6 +17,7 @@
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
 #include "storage/known_damage.h"
+#include "transfer/mail_traffic.h"
 
 class QAction;
 class QMdiArea;

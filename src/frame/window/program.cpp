@@ -15,11 +15,11 @@
 #include "frame/window/login_window.h"
 #include "frame/window/parent_window.h"
 #include "frame/window/version_window.h"
+#include "kit/window/plain_text.h"
 #include "mail/mailto.h"
 #include "objects/lost_files.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

@@ -8,10 +8,10 @@
 #include "frame/end_signals.h"
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
+#include "kit/window/screen_fit.h"
+#include "kit/window/text_keys.h"
+#include "kit/window/wheel_guard.h"
 #include "storage/context.h"
-#include "storage/window/screen_fit.h"
-#include "storage/window/text_keys.h"
-#include "storage/window/wheel_guard.h"
 
 namespace vorn {
 

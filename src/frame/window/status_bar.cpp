@@ -4,9 +4,9 @@
 #include <QLabel>
 #include <QToolButton>
 
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

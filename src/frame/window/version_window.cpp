@@ -6,9 +6,9 @@
 #include <QVBoxLayout>
 
 #include "frame/profile_login.h"
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

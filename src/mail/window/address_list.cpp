@@ -7,10 +7,10 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "mail/list_splitting.h"
+#include "kit/window/plain_text.h"
+#include "mail/codec/list_splitting.h"
 #include "mail/window/kind_box.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

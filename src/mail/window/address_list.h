@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "mail/address.h"
+#include "mail/codec/address.h"
 #include "mail/window/row_list.h"
 
 class QComboBox;

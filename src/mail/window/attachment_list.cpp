@@ -15,17 +15,17 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/zip_files.h"
 #include "mail/compose_message.h"
 #include "mail/file_kind.h"
-#include "mail/mime_codec.h"
 #include "mail/window/unpacking.h"
-#include "mail/zip_files.h"
 #include "objects/object_types.h"
 #include "storage/file_origin.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -8,10 +8,10 @@
 #include <tuple>
 
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
-#include "mail/calendar_summary.h"
+#include "mail/codec/calendar_summary.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <optional>
 
-#include "mail/invitation.h"
+#include "mail/codec/invitation.h"
 
 class QLabel;
 

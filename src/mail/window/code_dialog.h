@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "mail/code_offers.h"
+#include "mail/codec/code_offers.h"
 
 class QWidget;
 

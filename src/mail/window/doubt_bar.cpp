@@ -4,10 +4,10 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "kit/window/plain_text.h"
 #include "mail/outbox.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

@@ -1,6 +1,6 @@
 #include "mail/window/find_bar.h"
+#include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -2,8 +2,8 @@
 
 #include <QKeyEvent>
 
-#include "mail/header_encoding.h"
-#include "mail/list_splitting.h"
+#include "mail/codec/header_encoding.h"
+#include "mail/codec/list_splitting.h"
 
 namespace vorn {
 namespace {

@@ -18,9 +18,9 @@
 #include <QWebEngineView>
 
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

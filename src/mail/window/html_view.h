@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "mail/html_sanitizer.h"
+#include "mail/codec/html_sanitizer.h"
 
 class QLabel;
 class QWebEngineProfile;

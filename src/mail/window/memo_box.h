@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "storage/window/text_box.h"
+#include "kit/window/text_box.h"
 
 namespace vorn {
 

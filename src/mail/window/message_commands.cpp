@@ -16,10 +16,13 @@
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
+#include "kit/window/unasked_question.h"
 #include "mail/attachment_files.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/inline_images.h"
 #include "mail/drafts.h"
-#include "mail/flag_string.h"
-#include "mail/inline_images.h"
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
 #include "mail/outbox.h"
@@ -40,9 +43,6 @@
 #include "storage/databases.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/second_click.h"
-#include "storage/window/unasked_question.h"
 
 namespace vorn {
 namespace {

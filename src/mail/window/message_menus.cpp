@@ -12,8 +12,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "frame/window/icons.h"
-#include "mail/flag_string.h"
+#include "kit/window/icons.h"
+#include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"

@@ -9,6 +9,9 @@
 #include <QToolBar>
 
 #include "frame/event_log.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/text_box.h"
+#include "kit/window/tool_letter.h"
 #include "mail/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
@@ -21,9 +24,6 @@
 #include "mail/window/message_window.h"
 #include "mail/window/notice_bar.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/text_box.h"
-#include "storage/window/tool_letter.h"
 
 namespace vorn {
 namespace {

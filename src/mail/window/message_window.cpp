@@ -14,11 +14,13 @@
 #include <QToolBar>
 
 #include "frame/start_up.h"
-#include "frame/window/icons.h"
+#include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/unasked_question.h"
 #include "mail/attachment_files.h"
+#include "mail/codec/flag_string.h"
 #include "mail/compose_message.h"
 #include "mail/drafts.h"
-#include "mail/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/outbox.h"
 #include "mail/window/address_list.h"
@@ -31,8 +33,6 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/unasked_question.h"
 
 namespace vorn {
 namespace {

@@ -5,8 +5,8 @@
 #include <QTimer>
 
 #include "frame/request_window.h"
-#include "mail/code_offers.h"
-#include "mail/invitation.h"
+#include "mail/codec/code_offers.h"
+#include "mail/codec/invitation.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
 #include "storage/context.h"

@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "storage/window/plain_text.h"
+#include "kit/window/plain_text.h"
 
 namespace vorn {
 

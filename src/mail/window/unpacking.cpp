@@ -10,12 +10,12 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
-#include "mail/zip_files.h"
+#include "mail/codec/zip_files.h"
 #include "objects/object_types.h"
 #include "storage/file_origin.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -6,9 +6,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 #include "transfer/trusted_certificates.h"
 
 namespace vorn {

@@ -8,9 +8,9 @@
 #include <QLineEdit>
 #include <QSpinBox>
 
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -12,12 +12,12 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

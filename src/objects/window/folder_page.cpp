@@ -6,11 +6,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "kit/window/plain_text.h"
+#include "kit/window/text_box.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/text_box.h"
 
 namespace vorn {
 namespace {

@@ -10,8 +10,8 @@
 #include <QTableWidget>
 #include <QUrl>
 
-#include "mail/address.h"
-#include "mail/list_splitting.h"
+#include "mail/codec/address.h"
+#include "mail/codec/list_splitting.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 

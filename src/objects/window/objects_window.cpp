@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "frame/start_up.h"
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/window/account_pages.h"
@@ -14,7 +15,6 @@
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -15,11 +15,11 @@
 #include <QTableWidget>
 #include <utility>
 
+#include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

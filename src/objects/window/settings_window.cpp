@@ -1,7 +1,7 @@
 #include "objects/window/settings_window.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/text_box.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/text_box.h"
 
 #include <QCheckBox>
 #include <QComboBox>

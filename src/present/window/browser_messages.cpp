@@ -5,11 +5,11 @@
 #include <QMessageBox>
 #include <QWebEngineView>
 
+#include "kit/window/plain_text.h"
 #include "mail/message_model.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -13,12 +13,12 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
+#include "kit/window/plain_text.h"
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 

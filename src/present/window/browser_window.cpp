@@ -15,6 +15,8 @@
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -23,8 +25,6 @@
 #include "present/window/link_page.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/second_click.h"
 
 namespace vorn {
 

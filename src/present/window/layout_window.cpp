@@ -21,6 +21,8 @@
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "kit/window/plain_text.h"
+#include "kit/window/text_box.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -28,8 +30,6 @@
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
-#include "storage/window/text_box.h"
 
 namespace vorn {
 namespace {

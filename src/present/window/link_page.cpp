@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QWebEngineView>
 
+#include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 
 namespace vorn {
 namespace {

@@ -10,8 +10,8 @@
 #include <QRegularExpression>
 #include <QTableWidget>
 
+#include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "storage/window/plain_text.h"
 #include "transfer/receive_stop_rules.h"
 
 namespace vorn {

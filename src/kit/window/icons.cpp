@@ -1,0 +1,166 @@
+// The pictures are drawn, so that they are sharp at every scale and need no files.
+
+#include "kit/window/icons.h"
+
+#include <QHash>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+
+namespace vorn {
+namespace {
+
+constexpr int kSizes[] = {16, 24, 32, 48, 64};
+
+const QColor kBlue(0x2F, 0x6F, 0xB5);
+const QColor kGreen(0x3A, 0x8F, 0x4E);
+const QColor kAmber(0xE0, 0xA0, 0x30);
+const QColor kRed(0xC0, 0x39, 0x2B);
+const QColor kGray(0x7A, 0x80, 0x88);
+const QColor kPaper(0xFB, 0xFB, 0xF6);
+
+// All shapes are drawn on a square of 16 by 16.
+void DrawFolder(QPainter& painter, const QColor& color) {
+  painter.setPen(QPen(color.darker(130), 1));
+  painter.setBrush(color);
+  QPainterPath path;
+  path.moveTo(1.5, 4);
+  path.lineTo(6, 4);
+  path.lineTo(7.5, 5.5);
+  path.lineTo(14.5, 5.5);
+  path.lineTo(14.5, 13.5);
+  path.lineTo(1.5, 13.5);
+  path.closeSubpath();
+  painter.drawPath(path);
+}
+
+void DrawArrow(QPainter& painter, const QColor& color, bool down) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  QPolygonF arrow{{8, 15}, {4, 10}, {6.7, 10}, {6.7, 6}, {9.3, 6}, {9.3, 10}, {12, 10}};
+  if (!down) {
+    for (QPointF& point : arrow) point.setY(21 - point.y());
+  }
+  painter.drawPolygon(arrow);
+}
+
+void DrawEnvelope(QPainter& painter) {
+  painter.setPen(QPen(kGray.darker(120), 1));
+  painter.setBrush(kPaper);
+  painter.drawRect(QRectF(1.5, 3.5, 13, 9));
+  painter.drawPolyline(QPolygonF{{1.5, 3.5}, {8, 9}, {14.5, 3.5}});
+}
+
+void DrawSheet(QPainter& painter, const QColor& color) {
+  painter.setPen(QPen(color.darker(120), 1));
+  painter.setBrush(kPaper);
+  painter.drawRect(QRectF(3.5, 1.5, 9, 13));
+  painter.setPen(QPen(color, 1));
+  for (const double y : {5.0, 8.0, 11.0}) painter.drawLine(QPointF(5.5, y), QPointF(10.5, y));
+}
+
+void DrawPerson(QPainter& painter, const QColor& color) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  painter.drawEllipse(QRectF(5, 1.5, 6, 6));
+  QPainterPath shoulders;
+  shoulders.moveTo(2, 14.5);
+  shoulders.cubicTo(2, 6.5, 14, 6.5, 14, 14.5);
+  shoulders.closeSubpath();
+  painter.drawPath(shoulders);
+}
+
+void DrawDust(QPainter& painter) {
+  painter.setPen(QPen(kGray.darker(120), 1));
+  painter.setBrush(kGray.lighter(150));
+  painter.drawPolygon(QPolygonF{{3, 5}, {13, 5}, {12, 14.5}, {4, 14.5}});
+  painter.drawLine(QPointF(2, 3.5), QPointF(14, 3.5));
+  painter.drawLine(QPointF(6.5, 2), QPointF(9.5, 2));
+}
+
+void DrawStar(QPainter& painter) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(kAmber);
+  painter.drawPolygon(QPolygonF{{8, 1},
+                                {10, 6},
+                                {15, 6.3},
+                                {11, 9.5},
+                                {12.5, 14.8},
+                                {8, 11.8},
+                                {3.5, 14.8},
+                                {5, 9.5},
+                                {1, 6.3},
+                                {6, 6}});
+}
+
+// An arrow over an envelope, to the left for an answer; twice for an answer to all.
+void DrawAnswer(QPainter& painter, const QColor& color, bool left, bool twice) {
+  DrawEnvelope(painter);
+  painter.setPen(QPen(Qt::white, 0.5));
+  painter.setBrush(color);
+  for (const double shift : {0.0, 4.0}) {
+    if (shift > 0 && !twice) break;
+    QPolygonF arrow{{0.5, 11}, {5, 7}, {5, 9.5}, {9.5, 9.5}, {9.5, 12.5}, {5, 12.5}, {5, 15}};
+    for (QPointF& point : arrow) {
+      point.setX(left ? point.x() + shift : 16 - point.x() - shift);
+    }
+    painter.drawPolygon(arrow);
+  }
+}
+
+void DrawBadge(QPainter& painter, const QColor& color) {
+  painter.setPen(QPen(Qt::white, 1));
+  painter.setBrush(color);
+  painter.drawEllipse(QRectF(8, 8, 7.5, 7.5));
+}
+
+void DrawCategory(QPainter& painter, const QString& key) {
+  if (key == u"folder" || key == u"static") return DrawFolder(painter, kAmber);
+  if (key == u"active") return DrawFolder(painter, kBlue.lighter(140));
+  if (key == u"activedown") return DrawFolder(painter, kAmber), DrawArrow(painter, kBlue, true);
+  if (key == u"activeup") return DrawFolder(painter, kAmber), DrawArrow(painter, kGreen, false);
+  if (key == u"activewait") return DrawFolder(painter, kAmber), DrawSheet(painter, kGray);
+  if (key == u"dust") return DrawDust(painter);
+  if (key == u"account") return DrawPerson(painter, kBlue);
+  if (key == u"profile") return DrawPerson(painter, kGreen);
+  if (key == u"book") return DrawSheet(painter, kGreen), DrawPerson(painter, kGreen);
+  if (key == u"bookmark") return DrawStar(painter);
+  if (key == u"maildown") return DrawEnvelope(painter), DrawArrow(painter, kBlue, true);
+  if (key == u"mailup") return DrawEnvelope(painter), DrawArrow(painter, kGreen, false);
+  if (key == u"replay") return DrawAnswer(painter, kGreen, true, false);
+  if (key == u"replayall") return DrawAnswer(painter, kGreen, true, true);
+  if (key == u"forward") return DrawAnswer(painter, kBlue, false, false);
+  if (key == u"file") return DrawFolder(painter, kAmber), DrawArrow(painter, kBlue, true);
+  if (key == u"mail") return DrawEnvelope(painter);
+  DrawSheet(painter, kGray);
+}
+
+void Draw(QPainter& painter, const QString& key) {
+  if (key.endsWith(u"error")) {
+    DrawCategory(painter, key.chopped(5));
+    DrawBadge(painter, kRed);
+  } else if (key.endsWith(u"infomation")) {
+    DrawCategory(painter, key.chopped(10));
+    DrawBadge(painter, kGreen);
+  } else {
+    DrawCategory(painter, key);
+  }
+}
+
+}  // namespace
+
+QIcon Icon(const QString& key) {
+  QIcon icon;
+  for (const int size : kSizes) {
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / 16.0, size / 16.0);
+    Draw(painter, key);
+    icon.addPixmap(picture);
+  }
+  return icon;
+}
+
+}  // namespace vorn

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <functional>
+
+#include "mail/archive/mail_archive.h"
+#include "storage/context.h"
+
+namespace vorn {
+
+/// How far a long work is: so many messages are done. False ends it.
+using WorkProgress = std::function<bool(int done)>;
+
+struct ExportOrder {
+  QString folder;  ///< its serial identifier
+  ArchiveFormat format = ArchiveFormat::Mbox;
+  QString path;            ///< of the file or folder to write
+  bool overwrite = false;  ///< also when there is one already (see `ArchiveWriter`)
+};
+
+struct ExportOutcome {
+  bool complete = false;  ///< the target was written; else `error` says why it was not
+  int count = 0;          ///< messages in it
+  QList<UnreadableMessage> unreadable;  ///< left out
+  QString error;                        ///< a sentence for the user
+};
+
+/// Writes a folder's messages, oldest first. What cannot be read is left out and named; the target
+/// appears when all is written, or not at all.
+ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
+                             const WorkProgress& progress = {});
+
+}  // namespace vorn

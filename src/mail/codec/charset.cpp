@@ -1,0 +1,387 @@
+#include "mail/codec/charset.h"
+
+#include <QStringDecoder>
+#include <algorithm>
+
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/iconv_decoder.h"
+#include "mail/codec/icu_converter.h"
+#include "mail/codec/japanese_decoders.h"
+
+namespace vorn {
+namespace {
+
+using Family = Charset::Family;
+
+struct Label {
+  QByteArrayView name;
+  Family family;
+};
+
+// Lower-cased and without "-", "_", "." and blanks, so that one entry covers its spellings.
+constexpr Label kLabels[] = {
+    {"usascii", Family::Ascii},
+    {"ascii", Family::Ascii},
+    {"ansix341968", Family::Ascii},
+    {"iso646us", Family::Ascii},
+    {"iso2022jp", Family::Jis},
+    {"iso2022jp1", Family::Jis},
+    {"iso2022jp2", Family::Jis},
+    {"iso2022jp3", Family::Jis},
+    {"iso2022jp2004", Family::Jis},
+    {"iso2022jpms", Family::Jis},
+    {"iso2022jp32004", Family::Jis},
+    {"csiso2022jp", Family::Jis},
+    {"jis", Family::Jis},
+    {"cp50220", Family::Jis},
+    {"cp50221", Family::Jis},
+    {"cp50222", Family::Jis},
+    {"xiso2022jp", Family::Jis},
+    {"eucjp", Family::Euc},
+    {"xeucjp", Family::Euc},
+    {"eucjpms", Family::Euc},
+    {"eucjpwin", Family::Euc},
+    {"ujis", Family::Euc},
+    {"cp51932", Family::Euc},
+    {"cseucpkdfmtjapanese", Family::Euc},
+    {"shiftjis", Family::ShiftJis},
+    {"sjis", Family::ShiftJis},
+    {"xsjis", Family::ShiftJis},
+    {"xshiftjis", Family::ShiftJis},
+    {"mskanji", Family::ShiftJis},
+    {"csshiftjis", Family::ShiftJis},
+    {"windows31j", Family::ShiftJis},
+    {"cswindows31j", Family::ShiftJis},
+    {"cp932", Family::ShiftJis},
+    {"ms932", Family::ShiftJis},
+    {"windows932", Family::ShiftJis},
+    {"xmscp932", Family::ShiftJis},
+    {"sjiswin", Family::ShiftJis},
+    {"utf8", Family::Utf8},
+    {"unicode11utf8", Family::Utf8},
+    {"xutf8", Family::Utf8},
+    {"utf8mb4", Family::Utf8},
+};
+
+// Codes of JIS X 0213, by the names that `iconv` gives them.
+constexpr char kEucX0213[] = "EUC-JISX0213";
+constexpr char kShiftJisX0213[] = "SHIFT_JISX0213";
+
+QByteArray NameForIconv(const QByteArray& squeezed) {
+  if (squeezed == "eucjis2004" || squeezed == "eucjisx0213") return kEucX0213;
+  if (squeezed == "shiftjis2004" || squeezed == "shiftjisx0213" || squeezed == "sjis2004") {
+    return kShiftJisX0213;
+  }
+  return {};
+}
+
+bool IsForIconv(const QByteArray& name) {
+  return name == kEucX0213 || name == kShiftJisX0213;
+}
+
+QByteArray Squeeze(QByteArrayView label) {
+  QByteArray squeezed;
+  for (const char c : label) {
+    if (c != '-' && c != '_' && c != '.' && c != ' ' && c != '"' && c != '\'') {
+      squeezed += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    }
+  }
+  return squeezed;
+}
+
+// Labels whose wider relative is what mail really holds (WHATWG Encoding Standard, labels).
+QByteArray WiderName(const QByteArray& squeezed, QByteArrayView label) {
+  if (squeezed == "iso88591" || squeezed == "latin1") return "windows-1252";
+  if (squeezed == "iso88599") return "windows-1254";
+  if (squeezed == "ksc56011987" || squeezed == "ksc5601" || squeezed == "euckr" ||
+      squeezed == "uhc") {
+    return "windows-949";
+  }
+  if (squeezed == "gb2312" || squeezed == "gbk") return "gb18030";
+  if (squeezed == "tis620") return "windows-874";
+  return label.toByteArray();
+}
+
+bool IsCleanUtf8Prefix(const QString& text) {
+  return !text.contains(QChar::ReplacementCharacter);
+}
+
+// The length without a multi-byte character that the end cuts off.
+qsizetype WholeUtf8Length(QByteArrayView bytes) {
+  const qsizetype size = bytes.size();
+  for (qsizetype back = 1; back <= 3 && back <= size; ++back) {
+    const auto byte = static_cast<unsigned char>(bytes[size - back]);
+    if ((byte & 0xC0) == 0x80) continue;
+    const qsizetype need = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+    return need > back ? size - back : size;
+  }
+  return size;
+}
+
+DecodedText DecodeUtf8(QByteArrayView bytes, bool atCut) {
+  if (bytes.startsWith("\xEF\xBB\xBF")) bytes = bytes.sliced(3);
+  if (atCut) bytes = bytes.first(WholeUtf8Length(bytes));
+  QStringDecoder decoder(QStringConverter::Utf8);
+  DecodedText decoded{decoder(bytes), true};
+  decoded.clean =
+      !decoder.hasError() && (IsCleanUtf8Prefix(decoded.text) || bytes.contains("\xEF\xBF\xBD"));
+  return decoded;
+}
+
+DecodedText DecodeAscii(QByteArrayView bytes) {
+  DecodedText decoded{QString::fromLatin1(bytes), true};
+  for (QChar& c : decoded.text) {
+    if (c.unicode() >= 0x80) {
+      c = QChar::ReplacementCharacter;
+      decoded.clean = false;
+    }
+  }
+  return decoded;
+}
+
+DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool atCut) {
+  QString text;
+  if (IsForIconv(icuName)) {
+    text = DecodeByIconv(icuName.constData(), bytes);
+  } else {
+    IcuConverter converter(icuName.constData());
+    if (!converter.IsValid()) return DecodeAscii(bytes);
+    text = converter.Decode(bytes);
+  }
+  if (atCut && text.endsWith(QChar::ReplacementCharacter)) text.chop(1);
+  if (text.startsWith(QChar::ByteOrderMark)) text.remove(0, 1);
+  const bool clean = !text.contains(QChar::ReplacementCharacter);
+  return {text, clean};
+}
+
+bool ShiftsByEscapes(const Charset& charset) {
+  return charset.family == Family::Jis ||
+         (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));
+}
+
+// Whether a reading without errors is the right one: text in ISO-2022-JP has none in any code.
+bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& reading) {
+  return reading.clean && (ShiftsByEscapes(charset) || !HasJisEscape(bytes));
+}
+
+// Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
+bool ProvesItself(const Charset& charset) {
+  if (charset.family != Family::Other) return charset.family > Family::Ascii;
+  return IsForIconv(charset.icuName) || IcuConverter(charset.icuName.constData()).IsMultiByte();
+}
+
+// Chinese, Korean or Cyrillic text read in a Japanese code gives characters, but hardly any kana.
+bool HasKana(const QString& text) {
+  const auto kana = std::count_if(text.begin(), text.end(), [](QChar c) {
+    return c.unicode() >= 0x3041 && c.unicode() <= 0x30FA;
+  });
+  const auto others =
+      std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
+  return kana * 4 >= others && kana > 0;
+}
+
+// Western words have a few letters over ASCII each; Japanese text has little else.
+bool IsMostlyEightBit(QByteArrayView bytes) {
+  const auto isHigh = [](char c) { return (c & 0x80) != 0; };
+  const auto letters = std::count_if(bytes.begin(), bytes.end(), [](char c) { return c != ' '; });
+  return std::count_if(bytes.begin(), bytes.end(), isHigh) * 5 >= letters * 3;
+}
+
+// The codes that programs declare which know of no other.
+bool IsWestern(const Charset& charset) {
+  const QByteArray name = charset.icuName.toLower();
+  return name == "windows-1252" || name == "iso-8859-1" || name == "iso-8859-15";
+}
+
+}  // namespace
+
+CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
+  if (flagCharacter == u"0") return CharsetChoice::Jis;
+  if (flagCharacter == u"1") return CharsetChoice::Euc;
+  if (flagCharacter == u"2") return CharsetChoice::ShiftJis;
+  if (flagCharacter == u"3") return CharsetChoice::Utf8;
+  return CharsetChoice::Automatic;
+}
+
+Charset Charset::FromLabel(QByteArrayView label) {
+  const QByteArray squeezed = Squeeze(label.trimmed());
+  if (squeezed.isEmpty()) return {};
+  const auto known = std::find_if(std::begin(kLabels), std::end(kLabels), [&](const Label& entry) {
+    return entry.name == QByteArrayView(squeezed);
+  });
+  if (known != std::end(kLabels)) return {known->family, {}};
+  if (const QByteArray name = NameForIconv(squeezed); !name.isEmpty()) return {Family::Other, name};
+  const QByteArray name = WiderName(squeezed, label.trimmed());
+  return IcuConverter(name.constData()).IsValid() ? Charset{Family::Other, name} : Charset{};
+}
+
+Charset Charset::FromChoice(CharsetChoice choice) {
+  switch (choice) {
+    case CharsetChoice::Jis:
+      return {Family::Jis, {}};
+    case CharsetChoice::Euc:
+      return {Family::Euc, {}};
+    case CharsetChoice::ShiftJis:
+      return {Family::ShiftJis, {}};
+    case CharsetChoice::Utf8:
+      return {Family::Utf8, {}};
+    default:
+      return {};
+  }
+}
+
+DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
+  switch (charset.family) {
+    case Family::Jis:
+      return HasForeignEscape(bytes) ? DecodeOther("ISO-2022-JP-2", bytes, atCut)
+                                     : DecodeIso2022Jp(bytes, atCut);
+    case Family::Euc:
+      return DecodeEucJp(bytes, atCut);
+    case Family::ShiftJis:
+      return DecodeShiftJis(bytes, atCut);
+    case Family::Utf8:
+      return DecodeUtf8(bytes, atCut);
+    case Family::Other:
+      return DecodeOther(charset.icuName, bytes, atCut);
+    default:
+      return DecodeAscii(bytes);
+  }
+}
+
+namespace {
+
+// What a code's own word is worth against the usualness of a reading.
+constexpr double kDeclared = 6;
+// Bytes of another code hardly ever form characters of UTF-8 or sequences of ISO-2022-JP.
+constexpr double kStructured = 6;
+constexpr double kSureOfJapanese = 7;
+constexpr qsizetype kLookedAt = 4096;
+
+// Letters over ASCII stand among others in Western words.
+double WesternLikelihood(const QString& text) {
+  int sum = 0;
+  int count = 0;
+  const auto isLetter = [&text](qsizetype at) {
+    return at >= 0 && at < text.size() && text[at].isLetter() && text[at].unicode() < 0x80;
+  };
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const char16_t c = text[at].unicode();
+    if (c < 0x80) continue;
+    ++count;
+    const bool isAmongLetters = isLetter(at - 1) || isLetter(at + 1);
+    const bool isTypographic = c >= 0x2013 && c <= 0x2122;  // dashes, quotation marks, the euro
+    sum += (text[at].isLetter() && isAmongLetters) || isTypographic ? 6 : -6;
+  }
+  return count == 0 ? 0 : static_cast<double>(sum) / count;
+}
+
+// Of all readings the one that gives the most usual text, errors counted, with the declared code
+// first among equals.
+QString MostUsual(QByteArrayView bytes, const Charset& declared, const DecodedText& asDeclared,
+                  bool atCut) {
+  const bool isDeclared = declared.family > Family::Ascii;
+  QString best = asDeclared.text;
+  double bestScore = isDeclared ? Likelihood(best) + kDeclared : -100;
+  const auto consider = [&](const Charset& charset, double bonus) {
+    if (charset.family == declared.family && charset.icuName == declared.icuName) {
+      bestScore += bonus;
+      return;
+    }
+    const QString text = Decode(charset, bytes, atCut).text;
+    const bool isWestern = charset.family == Family::Other;
+    const double score = (isWestern ? WesternLikelihood(text) : Likelihood(text)) + bonus;
+    if (score <= bestScore) return;
+    best = text;
+    bestScore = score;
+  };
+  if (HasJisEscape(bytes)) consider({Family::Jis, {}}, kStructured);
+  consider({Family::Utf8, {}}, kStructured);
+  consider({Family::ShiftJis, {}}, 0);
+  consider({Family::Euc, {}}, 0);
+  if (!IsMostlyEightBit(bytes)) consider({Family::Other, "windows-1252"}, 0);
+  return best;
+}
+
+// The bytes of EUC have a meaning in Shift_JIS, of half-width kana mostly.
+bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const QString& reading) {
+  if (declared.family != Family::ShiftJis || Likelihood(reading.left(kLookedAt)) >= 0) return false;
+  const DecodedText euc =
+      Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)), true);
+  return euc.clean && Likelihood(euc.text) >= kSureOfJapanese;
+}
+
+// Programs that know of no other code declare a Western one for whatever they are given. In it
+// every byte has a meaning.
+Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
+  if (declared.family != Family::Other || !IsWestern(declared)) return {};
+  const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
+  const Charset recognized = RecognizeCharset(sample);
+  if (recognized.family <= Family::Ascii) return {};
+  if (recognized.family == Family::Utf8) return recognized;
+  const bool isSure = IsMostlyEightBit(sample) &&
+                      Likelihood(Decode(recognized, sample, true).text) >= kSureOfJapanese;
+  return isSure ? recognized : Charset();
+}
+
+}  // namespace
+
+QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
+  const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
+  if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
+  DecodedText asDeclared = Decode(declared, bytes, atCut);
+  if (Fits(declared, bytes, asDeclared)) {
+    return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
+               ? Decode({Family::Euc, {}}, bytes, atCut).text
+               : asDeclared.text;
+  }
+  if (declared.family <= Family::Ascii) {
+    const DecodedText recognized = Decode(RecognizeCharset(bytes), bytes, atCut);
+    const bool isUsual = Likelihood(recognized.text) >= 0 ||
+                         (IsMostlyEightBit(bytes) && AreHalfKanaWords(recognized.text));
+    if (recognized.clean && isUsual) return recognized.text;
+  }
+  return MostUsual(bytes, declared, asDeclared, atCut);
+}
+
+QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
+                         bool atCut) {
+  if (code.forced) return Decode(*code.forced, bytes, atCut).text;
+  if (code.choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
+  const bool isDeclared = declared.family > Family::Ascii;
+  const Charset chosen = Charset::FromChoice(code.choice);
+  DecodedText asDeclared = isDeclared ? Decode(declared, bytes, atCut) : DecodedText{{}, false};
+  const bool declaredFits = Fits(declared, bytes, asDeclared);
+  if (declaredFits && ProvesItself(declared)) return asDeclared.text;
+  DecodedText asChosen = Decode(chosen, bytes, atCut);
+  if (code.isPicked) {
+    const bool hasErrors = !Fits(chosen, bytes, asChosen) || !LooksJapanese(asChosen.text);
+    return declaredFits && hasErrors ? asDeclared.text : asChosen.text;
+  }
+  // Hardly anything but UTF-8 is well-formed UTF-8.
+  const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
+  if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;
+  const bool chosenFits = Fits(chosen, bytes, asChosen);
+  // What was recognised when the message was stored may be a damaged code read as another one.
+  const bool isDamaged = isDeclared && !declaredFits &&
+                         Likelihood(asDeclared.text) + kDeclared >= Likelihood(asChosen.text);
+  const bool counts = declaredFits ? LooksJapanese(asChosen.text) : !isDamaged;
+  if (chosenFits && counts) return asChosen.text;
+  return DecodeAutomatically(bytes, isDeclared ? declared : chosen, atCut);
+}
+
+QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
+  const QString recognized = DecodeWithChoice(bytes, {}, code);
+  if (code.forced || code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
+    return recognized;
+  }
+  const Family family = RecognizeCharset(bytes).family;
+  if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
+  const DecodedText asBody = Decode(code.body, bytes);
+  const bool isJapanese =
+      HasKana(recognized) ||
+      (IsWestern(code.body) && !recognized.contains(QChar::ReplacementCharacter) &&
+       IsMostlyEightBit(bytes) && LooksJapanese(recognized));
+  return asBody.clean && !isJapanese ? asBody.text : recognized;
+}
+
+}  // namespace vorn

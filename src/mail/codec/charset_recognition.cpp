@@ -1,0 +1,152 @@
+#include "mail/codec/charset_recognition.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace vorn {
+namespace {
+
+using Family = Charset::Family;
+
+// Enough to tell; a long text is not decoded three times over.
+constexpr qsizetype kSampleBytes = 64 * 1024;
+
+// Whether any escape is followed by bytes that `isWanted` says yes to; beyond the end they are 0.
+template <typename IsWanted>
+bool AnyEscape(QByteArrayView bytes, IsWanted isWanted) {
+  const std::string_view text(bytes.data(), static_cast<size_t>(bytes.size()));
+  const auto byteAt = [text](size_t at) { return at < text.size() ? text[at] : '\0'; };
+  for (size_t at = text.find('\x1B'); at < text.size(); at = text.find('\x1B', at + 1)) {
+    if (isWanted(byteAt(at + 1), byteAt(at + 2), byteAt(at + 3))) return true;
+  }
+  return false;
+}
+
+constexpr qsizetype kSurelyWords = 8;
+constexpr qsizetype kRareShare = 6;  // of the kana that are halves of them
+
+bool IsHalfKana(QChar c) {
+  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
+}
+
+// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, and none
+// that no word begins with (small ones, ｰ and ﾝ) at the begin of one.
+bool StandsWell(const QString& text, qsizetype at) {
+  const char16_t kana = text[at].unicode();
+  const char16_t before = at > 0 ? text[at - 1].unicode() : 0;
+  const bool isHa = before >= 0xFF8A && before <= 0xFF8E;
+  if (kana == 0xFF9F) return isHa;
+  if (kana == 0xFF9E) return isHa || before == 0xFF73 || (before >= 0xFF76 && before <= 0xFF84);
+  const bool endsWord = (kana >= 0xFF67 && kana <= 0xFF70) || kana == 0xFF9D;
+  return before >= 0x80 || !endsWord;
+}
+
+// Half-width kana in Shift_JIS are ideographs in EUC, of which an unlikely share is of those that
+// are seldom used (level 2, from row 48 on): those that the kana from ﾐ on begin.
+bool AreRareInEuc(QByteArrayView bytes) {
+  qsizetype kana = 0;
+  qsizetype rare = 0;
+  for (qsizetype at = 0; at < bytes.size(); ++at) {
+    if ((bytes[at] & 0x80) == 0) continue;
+    ++kana;
+    if (at + 1 == bytes.size()) break;
+    rare += static_cast<unsigned char>(bytes[at]) >= 0xD0 ? 1 : 0;
+    ++at;
+    kana += (bytes[at] & 0x80) != 0 ? 1 : 0;
+  }
+  return kana >= kSurelyWords && rare * kRareShare >= kana;
+}
+
+}  // namespace
+
+bool AreHalfKanaWords(const QString& text) {
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    if (text[at].unicode() < 0x80) continue;
+    if (!IsHalfKana(text[at]) || !StandsWell(text, at)) return false;
+  }
+  return true;
+}
+
+// A code read as another one gives half-width kana, rare ideographs and private characters where
+// the right one gives kana and common ideographs.
+int CharacterWeight(char16_t c) {
+  if (c < 0x80) return c < 0x20 && c != '\r' && c != '\n' && c != '\t' ? -20 : 0;
+  if (c >= 0x3041 && c <= 0x3096) return 12;                 // hiragana
+  if (c >= 0x30A1 && c <= 0x30FC) return 8;                  // katakana
+  if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 10;  // 、。 and the wide blank
+  if (c >= 0x300C && c <= 0x3011) return 6;                  // brackets
+  if (c >= 0xFF01 && c <= 0xFF5E) return 6;                  // wide ASCII
+  if (c >= 0xFF61 && c <= 0xFF9F) return -6;                 // half-width kana
+  if (c >= 0xE000 && c <= 0xF8FF) return -20;                // private use
+  if (c == QChar::ReplacementCharacter) return -25;
+  if (c >= 0x4E00 && c <= 0x9FFF) return 5;
+  return 0;
+}
+
+// Per character of the reading, so that a code with more characters does not win by their number.
+double Likelihood(const QString& text) {
+  int sum = 0;
+  int count = 0;
+  for (const QChar c : text) {
+    sum += CharacterWeight(c.unicode());
+    count += c.unicode() >= 0x80 ? 1 : 0;
+  }
+  return count == 0 ? 0 : static_cast<double>(sum) / count;
+}
+
+bool HasJisEscape(QByteArrayView bytes) {
+  return AnyEscape(bytes, [](char first, char second, char third) {
+    return (first == '$' && (second == '@' || second == 'B' || (second == '(' && third == 'D'))) ||
+           (first == '(' && (second == 'J' || second == 'I' || second == 'B'));
+  });
+}
+
+bool HasForeignEscape(QByteArrayView bytes) {
+  return AnyEscape(bytes, [](char first, char second, char third) {
+    return (first == '$' && (second == 'A' || (second == '(' && third == 'C'))) ||
+           (first == '.' && (second == 'A' || second == 'F'));
+  });
+}
+
+Charset RecognizeCharset(QByteArrayView bytes) {
+  const bool isSample = bytes.size() > kSampleBytes;
+  if (isSample) bytes = bytes.first(kSampleBytes);
+  const bool hasHighBytes =
+      std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  if (HasJisEscape(bytes) && (!hasHighBytes || Decode({Family::Jis, {}}, bytes, isSample).clean)) {
+    return {Family::Jis, {}};
+  }
+  if (!hasHighBytes) return {Family::Ascii, {}};
+  // Other codes hardly ever happen to be well-formed UTF-8.
+  if (Decode({Family::Utf8, {}}, bytes, isSample).clean) return {Family::Utf8, {}};
+
+  const DecodedText euc = Decode({Family::Euc, {}}, bytes, isSample);
+  const DecodedText shiftJis = Decode({Family::ShiftJis, {}}, bytes, isSample);
+  if (euc.clean && shiftJis.clean) {
+    if (AreHalfKanaWords(shiftJis.text) && AreRareInEuc(bytes)) return {Family::ShiftJis, {}};
+    const bool isEuc = Likelihood(euc.text) >= Likelihood(shiftJis.text);
+    return {isEuc ? Family::Euc : Family::ShiftJis, {}};
+  }
+  if (euc.clean) return {Family::Euc, {}};
+  if (shiftJis.clean) return {Family::ShiftJis, {}};
+  return {};
+}
+
+bool LooksJapanese(const QString& text) {
+  return Likelihood(text) > 0;
+}
+
+int CodeNumber(const Charset& charset) {
+  switch (charset.family) {
+    case Family::Jis:
+      return 0;
+    case Family::Euc:
+      return 1;
+    case Family::ShiftJis:
+      return 2;
+    default:
+      return -1;
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,318 @@
+#include "mail/codec/content_index.h"
+
+#include <QStringList>
+#include <algorithm>
+
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/header_decoding.h"
+#include "mail/codec/header_fields.h"
+#include "mail/codec/header_parameters.h"
+#include "mail/codec/transfer_encoding.h"
+#include "mail/codec/uuencoding.h"
+#include "mail/codec/yencoding.h"
+
+namespace vorn::MimeCodec {
+namespace {
+
+constexpr size_t kMaxDepth = 100;
+constexpr size_t kMaxParts = 10000;
+
+const QString kRecordSeparator = QStringLiteral("\r\n");
+constexpr QChar kFieldSeparator = u'\0';
+
+// Nothing that a message says may look like a separator of the index.
+QString Sanitized(QString text) {
+  std::replace_if(
+      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20; }, QChar(u'_'));
+  return text;
+}
+
+QByteArray FieldValue(QByteArrayView source, QByteArrayView name, const ContentRecord& record) {
+  return HeaderValue(HeaderField(source, name, record.headerFirst, record.headerLast), name.size());
+}
+
+// Goes through a source once, line by line, with the boundaries of the open multiparts on a stack.
+class ContentReader {
+ public:
+  ContentReader(QByteArrayView source, qsizetype start, qsizetype end)
+      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))), at_(start) {}
+
+  std::vector<ContentRecord> Run() {
+    BeginPart();
+    for (qsizetype dashes = NextDashes(at_); dashes >= 0; dashes = NextDashes(at_)) {
+      const qsizetype found = source_.indexOf('\n', dashes);
+      at_ = found < 0 ? source_.size() : found + 1;
+      TakeDelimiter(dashes);
+    }
+    at_ = source_.size();
+    EndLeaf(source_.size());
+    while (!stack_.empty()) CloseMultipart(source_.size());
+    return std::move(records_);
+  }
+
+ private:
+  struct Multipart {
+    QByteArray boundary;
+    ContentRecord whole;  // its own headers, and the body for when no part is found
+    bool hasParts = false;
+    bool isDigest = false;
+    bool isClosed = false;  // the outermost one; what follows its end may be parts all the same
+  };
+
+  // The next line that begins with "--", or -1. Looking for the dashes themselves passes over most
+  // of a message, above all base64, much faster than looking at every line.
+  qsizetype NextDashes(qsizetype from) const {
+    if (stack_.empty()) return -1;
+    for (qsizetype at = source_.indexOf('-', from); at >= 0; at = source_.indexOf('-', at + 1)) {
+      const bool beginsLine = at == 0 || source_[at - 1] == '\n';
+      if (beginsLine && at + 1 < source_.size() && source_[at + 1] == '-') return at;
+    }
+    return -1;
+  }
+
+  // Reads the headers at the current position; what follows is a leaf or opens a multipart.
+  void BeginPart() {
+    ContentRecord record;
+    record.headerFirst = at_;
+    at_ = HeaderBlockEnd(source_.first(PartHeaderLimit()), at_);
+    record.headerLast = at_ - 1;
+    record.first = at_;
+    // A source without any header is all text.
+    const HeaderParameters type(FieldValue(source_, "Content-Type:", record));
+    ReadType(type, record);
+    QByteArray boundary = type.Bytes("boundary").trimmed();
+    if (boundary.isEmpty() && record.type.startsWith(u"multipart/")) boundary = FirstDelimiter();
+    if (record.type.startsWith(u"multipart/")) {
+      if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
+        stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
+        return;
+      }
+      record.type = QStringLiteral("text/plain");
+    }
+    leaf_ = record;
+    inLeaf_ = true;
+  }
+
+  // The boundary of a multipart whose header names none: the first line that could be one and
+  // comes again with "--" behind it.
+  QByteArray FirstDelimiter() const {
+    const qsizetype start = source_.indexOf("--", at_);
+    if (start < 0 || (start > 0 && source_[start - 1] != '\n')) return {};
+    const qsizetype end = source_.indexOf('\n', start);
+    const QByteArrayView line = source_.sliced(start, qMax(end - start, qsizetype{0})).trimmed();
+    const bool isClosed = line.size() > 2 && source_.indexOf(line.toByteArray() + "--", end) >= 0;
+    return isClosed ? line.sliced(2).toByteArray() : QByteArray();
+  }
+
+  // A part whose headers run into the next delimiter has no body.
+  qsizetype PartHeaderLimit() const {
+    for (qsizetype at = at_; !stack_.empty() && at < source_.size();) {
+      const qsizetype found = source_.indexOf('\n', at);
+      const qsizetype next = found < 0 ? source_.size() : found + 1;
+      const QByteArrayView line = source_.sliced(at, next - at);
+      if (line.trimmed().isEmpty()) break;
+      bool closes = false;
+      if (line.startsWith("--") && MatchBoundary(line, &closes) >= 0) return at;
+      at = next;
+    }
+    return source_.size();
+  }
+
+  void ReadType(const HeaderParameters& type, ContentRecord& record) const {
+    const bool inDigest = !stack_.empty() && stack_.back().isDigest;
+    record.type = Sanitized(QString::fromLatin1(type.Main()));
+    const qsizetype slash = record.type.indexOf(u'/');
+    if (slash <= 0 || slash + 1 == record.type.size()) {
+      record.type = type.Main().isEmpty() && inDigest ? QStringLiteral("message/rfc822")
+                                                      : QStringLiteral("text/plain");
+    }
+    const HeaderParameters encoding(FieldValue(source_, "Content-Transfer-Encoding:", record));
+    record.encoding = Sanitized(QString::fromLatin1(encoding.Main()));
+    const HeaderParameters disposition(FieldValue(source_, "Content-Disposition:", record));
+    record.name = disposition.Text("filename");
+    if (record.name.isEmpty()) record.name = type.Text("name");
+    record.name = Sanitized(record.name);
+    record.hasName = !record.name.isEmpty();
+    record.isAlternative = std::any_of(stack_.begin(), stack_.end(), [](const Multipart& open) {
+      return open.whole.type == u"multipart/alternative";
+    });
+  }
+
+  // The innermost open multipart whose delimiter the line is, or -1.
+  qsizetype MatchBoundary(QByteArrayView line, bool* closes) const {
+    while (!line.isEmpty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' ' ||
+                               line.back() == '\t')) {
+      line.chop(1);
+    }
+    line = line.sliced(2);
+    for (qsizetype i = static_cast<qsizetype>(stack_.size()) - 1; i >= 0; --i) {
+      const QByteArrayView boundary = stack_[static_cast<size_t>(i)].boundary;
+      *closes = line.size() == boundary.size() + 2 && line.endsWith("--");
+      if (line.startsWith(boundary) && (line.size() == boundary.size() || *closes)) return i;
+    }
+    return -1;
+  }
+
+  void TakeDelimiter(qsizetype lineStart) {
+    bool closes = false;
+    const qsizetype level = MatchBoundary(source_.sliced(lineStart, at_ - lineStart), &closes);
+    if (level < 0) return;
+    // The line break before a delimiter belongs to it (RFC 2046 section 5.1.1).
+    qsizetype bodyEnd = lineStart;
+    if (bodyEnd > 0 && source_[bodyEnd - 1] == '\n') --bodyEnd;
+    if (bodyEnd > 0 && source_[bodyEnd - 1] == '\r') --bodyEnd;
+    EndLeaf(bodyEnd);
+    while (static_cast<qsizetype>(stack_.size()) > level + 1) CloseMultipart(bodyEnd);
+    if (closes && level == 0) {
+      stack_.back().isClosed = true;
+    } else if (closes) {
+      CloseMultipart(bodyEnd);
+    } else if (records_.size() < kMaxParts) {
+      stack_.back().hasParts = true;
+      BeginPart();
+    }
+  }
+
+  void EndLeaf(qsizetype end) {
+    if (!inLeaf_) return;
+    inLeaf_ = false;
+    leaf_.last = qMax(end, leaf_.first) - 1;
+    const bool mayHoldBlocks =
+        leaf_.type == u"text/plain" && !leaf_.hasName &&
+        TransferEncodingOf(leaf_.encoding.toLatin1()) == TransferEncoding::None;
+    if (mayHoldBlocks && source_.sliced(leaf_.first, leaf_.Size()).contains("begin ")) {
+      PushTextWithBlocks();
+    } else {
+      records_.push_back(leaf_);
+    }
+  }
+
+  // Blocks inside a text are files of their own; the text around them stays text.
+  void PushTextWithBlocks() {
+    const QByteArrayView text = source_.sliced(leaf_.first, leaf_.Size());
+    qsizetype at = 0;
+    bool pushed = false;
+    const auto push = [&](qsizetype first, qsizetype last, ContentRecord record) {
+      record.first = leaf_.first + first;
+      record.last = leaf_.first + last;
+      records_.push_back(std::move(record));
+      pushed = true;
+    };
+    while (records_.size() < kMaxParts) {
+      auto block = FindUuBlock(text, at);
+      const auto yenc = FindYencBlock(text, at);
+      const bool isYenc = yenc && (!block || yenc->first < block->first);
+      if (isYenc) block = yenc;
+      if (!block) break;
+      if (block->first > at) push(at, block->first - 1, leaf_);
+      ContentRecord file = leaf_;
+      file.type = QStringLiteral("application/octet-stream");
+      file.encoding = isYenc ? QStringLiteral("x-yenc") : QStringLiteral("uuencode");
+      file.name = Sanitized(DecodeHeader(block->name, 0));
+      file.hasName = true;
+      push(block->first, block->last, file);
+      at = block->last + 1;
+    }
+    if (at < text.size() || !pushed) push(at, text.size() - 1, leaf_);
+  }
+
+  void CloseMultipart(qsizetype end) {
+    Multipart multipart = std::move(stack_.back());
+    stack_.pop_back();
+    if (multipart.hasParts) return;
+    leaf_ = std::move(multipart.whole);
+    leaf_.type = QStringLiteral("text/plain");
+    inLeaf_ = true;
+    EndLeaf(end);
+  }
+
+  QByteArrayView source_;
+  qsizetype at_;
+  std::vector<Multipart> stack_;
+  std::vector<ContentRecord> records_;
+  ContentRecord leaf_;
+  bool inLeaf_ = false;
+};
+
+}  // namespace
+
+std::vector<ContentRecord> ReadContent(QByteArrayView source, qsizetype start, qsizetype end) {
+  return ContentReader(source, start, end).Run();
+}
+
+QString FormatContentIndex(const std::vector<ContentRecord>& records) {
+  QStringList lines;
+  for (const ContentRecord& record : records) {
+    QStringList fields{
+        QString::number(record.headerFirst), QString::number(record.headerLast), record.type,
+        QString::number(record.first),       QString::number(record.last),       record.encoding};
+    if (record.hasName) fields.append(record.name);
+    lines.append(fields.join(kFieldSeparator));
+  }
+  return lines.join(kRecordSeparator);
+}
+
+std::vector<ContentRecord> ParseContentIndex(const QString& index) {
+  std::vector<ContentRecord> records;
+  for (const QString& line : index.split(kRecordSeparator)) {
+    const QStringList fields = line.split(kFieldSeparator);
+    if (fields.size() != 6 && fields.size() != 7) continue;
+    ContentRecord record;
+    record.headerFirst = fields[0].toLongLong();
+    record.headerLast = fields[1].toLongLong();
+    record.type = fields[2];
+    record.first = fields[3].toLongLong();
+    record.last = fields[4].toLongLong();
+    record.encoding = fields[5];
+    record.hasName = fields.size() == 7;
+    record.name = fields.value(6);
+    records.push_back(record);
+  }
+  return records;
+}
+
+std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayView source) {
+  std::vector<ContentRecord> records = ParseContentIndex(index);
+  const bool hasHtml = std::any_of(records.begin(), records.end(), [](const ContentRecord& record) {
+    return record.type == u"text/html";
+  });
+  if (!hasHtml) return records;
+  for (const ContentRecord& read : ReadContent(source)) {
+    const auto same =
+        std::find_if(records.begin(), records.end(),
+                     [&read](const ContentRecord& record) { return record.first == read.first; });
+    if (same != records.end()) same->isAlternative = read.isAlternative;
+  }
+  return records;
+}
+
+QString ContentIndex(QByteArrayView source, qsizetype start, qsizetype end) {
+  return FormatContentIndex(ReadContent(source, start, end));
+}
+
+HeaderParameters ContentType(QByteArrayView source, const ContentRecord& record) {
+  return HeaderParameters(FieldValue(source, "Content-Type:", record));
+}
+
+bool HasEndMark(QByteArrayView source) {
+  return source.endsWith("\r\n.\r\n") && HeaderField(source, "Received:").isNull();
+}
+
+QByteArray WithoutEndMark(const QByteArray& source) {
+  return HasEndMark(source) ? source.chopped(kEndMarkLength) : source;
+}
+
+Charset DeclaredCharset(QByteArrayView source, const ContentRecord& record) {
+  return Charset::FromLabel(ContentType(source, record).Bytes("charset"));
+}
+
+Charset TextCharset(QByteArrayView source, const std::vector<ContentRecord>& records) {
+  for (const ContentRecord& record : records) {
+    if (!record.type.startsWith(u"text/", Qt::CaseInsensitive)) continue;
+    const Charset declared = DeclaredCharset(source, record);
+    if (declared.family != Charset::Family::Unknown) return declared;
+  }
+  return {};
+}
+
+}  // namespace vorn::MimeCodec

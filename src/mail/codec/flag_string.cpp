@@ -1,0 +1,19 @@
+#include "mail/codec/flag_string.h"
+
+namespace vorn {
+
+QString GetFlagChar(const QString& flags, int position, const QString& fallback) {
+  return position >= 1 && position <= flags.size() ? flags.mid(position - 1, 1) : fallback;
+}
+
+QString SetFlagChar(const QString& flags, int position, const QString& value) {
+  if (value.isEmpty() || position < 1) return flags;
+  QString result = flags.leftJustified(position, u'0');
+  bool isNumber = false;
+  const double number = value.toDouble(&isNumber);
+  const bool fits = isNumber ? number >= 0 && number <= 9 : value.size() == 1;
+  if (fits) result[position - 1] = value[0];
+  return result;
+}
+
+}  // namespace vorn

@@ -1,0 +1,169 @@
+#include "mail/codec/header_parameters.h"
+
+#include <algorithm>
+
+#include "mail/codec/charset.h"
+#include "mail/codec/header_decoding.h"
+
+namespace vorn::MimeCodec {
+namespace {
+
+constexpr int kMaxSections = 1000;
+
+// The offset of the next `mark` outside quotes and comments, or the end.
+qsizetype FindOutsideQuotes(QByteArrayView text, char mark, qsizetype from) {
+  bool quoted = false;
+  int comments = 0;
+  for (qsizetype i = from; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '\\' && (quoted || comments > 0)) {
+      ++i;
+    } else if (c == '"' && comments == 0) {
+      quoted = !quoted;
+    } else if (!quoted && c == '(') {
+      ++comments;
+    } else if (!quoted && c == ')' && comments > 0) {
+      --comments;
+    } else if (!quoted && comments == 0 && c == mark) {
+      return i;
+    }
+  }
+  return text.size();
+}
+
+QByteArray WithoutComment(QByteArrayView text) {
+  const qsizetype comment = text.indexOf('(');
+  return text.first(comment < 0 ? text.size() : comment).trimmed().toByteArray();
+}
+
+// Whether a raw value is in Shift_JIS, where a backslash may be the second half of a character.
+bool MayBeShiftJis(QByteArrayView value) {
+  const bool hasHighBytes =
+      std::any_of(value.begin(), value.end(), [](char c) { return (c & 0x80) != 0; });
+  return hasHighBytes && !Decode({Charset::Family::Utf8, {}}, value).clean;
+}
+
+bool IsShiftJisLead(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+}
+
+QByteArray Unquote(QByteArrayView value) {
+  value = value.trimmed();
+  if (!value.startsWith('"')) return value.toByteArray();
+  const bool isShiftJis = MayBeShiftJis(value);
+  QByteArray unquoted;
+  for (qsizetype i = 1; i < value.size() && value[i] != '"'; ++i) {
+    if (isShiftJis && IsShiftJisLead(value[i]) && i + 1 < value.size()) {
+      unquoted += value[i++];
+      unquoted += value[i];
+      continue;
+    }
+    // In eight-bit or JIS text a backslash is half a character more often than an escape.
+    const bool escapes =
+        value[i] == '\\' && i + 1 < value.size() && (value[i + 1] == '"' || value[i + 1] == '\\');
+    if (escapes) ++i;
+    unquoted += value[i];
+  }
+  return unquoted;
+}
+
+// RFC 2231 section 4; a "%" without two digits after it is one.
+QByteArray Unescaped(const QByteArray& value) {
+  QByteArray bytes;
+  for (qsizetype at = 0; at < value.size(); ++at) {
+    bool isNumber = false;
+    const int byte = value[at] == '%' && at + 2 < value.size()
+                         ? value.sliced(at + 1, 2).toInt(&isNumber, 16)
+                         : 0;
+    bytes += isNumber ? static_cast<char>(byte) : value[at];
+    if (isNumber) at += 2;
+  }
+  return bytes;
+}
+
+}  // namespace
+
+HeaderParameters::HeaderParameters(QByteArrayView value) {
+  qsizetype end = FindOutsideQuotes(value, ';', 0);
+  // "text/plain charset=..." lacks the semicolon.
+  const qsizetype blank = value.first(end).trimmed().indexOf(' ');
+  if (blank > 0 && value.first(end).indexOf('=') > blank) end = value.indexOf(' ');
+  main_ = WithoutComment(value.first(end)).toLower();
+  while (end < value.size()) {
+    const qsizetype start = end + 1;
+    end = FindOutsideQuotes(value, ';', start);
+    ReadParameter(value.sliced(start, end - start));
+  }
+}
+
+void HeaderParameters::ReadParameter(QByteArrayView text) {
+  const qsizetype equals = text.indexOf('=');
+  if (equals <= 0) return;
+  QByteArray name = text.first(equals).trimmed().toByteArray().toLower();
+  Parameter parameter{QByteArray(), -1, name.endsWith('*'), Unquote(text.sliced(equals + 1))};
+  if (parameter.extended) name.chop(1);
+  if (const qsizetype star = name.indexOf('*'); star > 0) {
+    bool isNumber = false;
+    parameter.section = name.sliced(star + 1).toInt(&isNumber);
+    if (!isNumber || parameter.section < 0 || parameter.section > kMaxSections) return;
+    name.truncate(star);
+  }
+  parameter.name = name;
+  parameters_.push_back(std::move(parameter));
+}
+
+QByteArray HeaderParameters::Join(QByteArrayView name, QByteArray* charset, bool* extended) const {
+  std::vector<const Parameter*> sections;
+  for (const Parameter& parameter : parameters_) {
+    if (QByteArrayView(parameter.name) == name) sections.push_back(&parameter);
+  }
+  // An extended form is the better of two, a whole plain one the other (RFC 6266 advises the same).
+  const bool anyExtended =
+      std::any_of(sections.begin(), sections.end(), [](const Parameter* p) { return p->extended; });
+  const bool anySection = std::any_of(sections.begin(), sections.end(),
+                                      [](const Parameter* p) { return p->section >= 0; });
+  if (anyExtended || anySection) {
+    std::erase_if(sections, [](const Parameter* p) { return p->section < 0 && !p->extended; });
+  }
+  std::stable_sort(sections.begin(), sections.end(),
+                   [](const Parameter* a, const Parameter* b) { return a->section < b->section; });
+  if (!anySection && !sections.empty()) sections.erase(sections.begin() + 1, sections.end());
+
+  *extended = anyExtended;
+  QByteArray joined;
+  for (const Parameter* section : sections) {
+    QByteArray value = section->value;
+    if (section->extended) {
+      if (section == sections.front()) {
+        const qsizetype charsetEnd = value.indexOf('\'');
+        const qsizetype languageEnd = value.indexOf('\'', charsetEnd + 1);
+        if (charsetEnd >= 0 && languageEnd >= 0) {
+          *charset = value.first(charsetEnd);
+          value = value.sliced(languageEnd + 1);
+        }
+      }
+      value = Unescaped(value);
+    }
+    joined += value;
+  }
+  return joined;
+}
+
+QByteArray HeaderParameters::Bytes(QByteArrayView name) const {
+  QByteArray charset;
+  bool extended = false;
+  return Join(name, &charset, &extended);
+}
+
+QString HeaderParameters::Text(QByteArrayView name) const {
+  QByteArray charset;
+  bool extended = false;
+  const QByteArray bytes = Join(name, &charset, &extended);
+  if (extended && !bytes.contains("=?")) {
+    return DecodeAutomatically(bytes, Charset::FromLabel(charset));
+  }
+  return DecodeHeader(bytes, 0);
+}
+
+}  // namespace vorn::MimeCodec

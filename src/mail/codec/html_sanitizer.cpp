@@ -1,0 +1,246 @@
+#include "mail/codec/html_sanitizer.h"
+
+#include <QHash>
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+#include "mail/codec/html_text.h"
+#include "mail/codec/html_tree.h"
+#include "mail/codec/style_filter.h"
+
+namespace vorn {
+namespace {
+
+// What becomes of an element.
+enum class Fate : char {
+  Opened,   ///< its contents stay
+  Kept,     ///< with its tags
+  Void,     ///< its tag alone, as it has no contents
+  Dropped,  ///< its contents go with it
+  Style,
+  Body
+};
+
+using Fates = std::array<Fate, GUMBO_TAG_LAST + 1>;
+
+void Mark(Fates& fates, Fate fate, const char* names) {
+  for (const QByteArray& name : QByteArray(names).split(' ')) {
+    fates[gumbo_tag_enum(name.constData())] = fate;
+  }
+}
+
+const Fates& FatesOfElements() {
+  static const Fates fates = [] {
+    Fates all{};
+    Mark(
+        all, Fate::Kept,
+        "a abbr acronym address article aside b bdi bdo big blockquote caption center cite code "
+        "colgroup dd del details dfn dir div dl dt em figcaption figure font footer h1 h2 h3 h4 h5 "
+        "h6 header i ins kbd li main mark menu nav nobr ol p pre q rp rt ruby s samp section small "
+        "span strike strong sub summary sup table tbody td tfoot th thead time tr tt u ul var");
+    Mark(all, Fate::Void, "br col hr img wbr");
+    Mark(all, Fate::Dropped,
+         "script noscript template iframe object embed applet frameset noframes canvas audio video "
+         "source track select option datalist title base link meta param");
+    all[GUMBO_TAG_STYLE] = Fate::Style;
+    all[GUMBO_TAG_BODY] = Fate::Body;
+    all[GUMBO_TAG_UNKNOWN] = Fate::Opened;
+    return all;
+  }();
+  return fates;
+}
+
+const std::unordered_set<std::string_view>& Attributes() {
+  static const std::unordered_set<std::string_view> names = {
+      "abbr",    "align",       "alt",         "axis",     "bgcolor", "border", "bordercolor",
+      "char",    "cellpadding", "cellspacing", "charoff",  "cite",    "class",  "clear",
+      "color",   "colspan",     "compact",     "datetime", "dir",     "face",   "frame",
+      "headers", "height",      "hspace",      "id",       "lang",    "name",   "noshade",
+      "nowrap",  "open",        "reversed",    "rowspan",  "rules",   "scope",  "size",
+      "span",    "start",       "summary",     "title",    "type",    "valign", "value",
+      "vspace",  "width"};
+  return names;
+}
+
+QString Scheme(const QString& address) {
+  const qsizetype colon = address.indexOf(u':');
+  return colon < 0 ? QString() : address.first(colon).toLower();
+}
+
+// Browsers pass over these in addresses.
+QString CleanAddress(QString address) {
+  address.removeIf([](QChar c) { return c == u'\t' || c == u'\n' || c == u'\r'; });
+  return address.trimmed();
+}
+
+bool IsLink(const QString& address) {
+  const QString scheme = Scheme(address);
+  return address.startsWith(u'#') || scheme == u"http" || scheme == u"https" || scheme == u"mailto";
+}
+
+bool IsInlineImage(const QString& address) {
+  static constexpr QStringView kTypes[] = {u"png", u"gif", u"jpeg", u"jpg", u"webp", u"bmp"};
+  const QString head = address.left(32).toLower();
+  return std::any_of(std::begin(kTypes), std::end(kTypes), [&head](QStringView type) {
+    const QString start = QStringLiteral("data:image/") + type.toString();
+    return head.startsWith(start + u';') || head.startsWith(start + u',');
+  });
+}
+
+void AppendEscaped(QByteArray& out, std::string_view text) {
+  size_t done = 0;
+  for (size_t at = text.find_first_of("<>&\""); at != std::string_view::npos;
+       at = text.find_first_of("<>&\"", at + 1)) {
+    out.append(text.data() + done, static_cast<qsizetype>(at - done));
+    done = at + 1;
+    out += text[at] == '<'   ? "&lt;"
+           : text[at] == '>' ? "&gt;"
+           : text[at] == '&' ? "&amp;"
+                             : "&quot;";
+  }
+  out.append(text.data() + done, static_cast<qsizetype>(text.size() - done));
+}
+
+class Sanitizer {
+ public:
+  explicit Sanitizer(RemoteImages images) : images_(images) {}
+
+  SafeHtml Run(const HtmlTree& tree, qsizetype size) {
+    body_.reserve(size);
+    WriteChildren(tree.Root());
+    // What of the network may be loaded is said once more to the browser.
+    safe_.html =
+        "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><meta "
+        "http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src data:" +
+        QByteArray(images_ == RemoteImages::Kept ? " http: https:" : "") +
+        "; style-src 'unsafe-inline'\"><meta name=\"referrer\" content=\"no-referrer\"><meta "
+        "http-equiv=\"x-dns-prefetch-control\" content=\"off\"><style>" +
+        styles_.toUtf8() + "</style></head><body" + bodyAttributes_ + '>' + body_ +
+        "</body></html>";
+    return std::move(safe_);
+  }
+
+ private:
+  void WriteChildren(const GumboElement& element) {
+    for (unsigned i = 0; i < element.children.length; ++i) {
+      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+      if (child.type == GUMBO_NODE_ELEMENT) {
+        WriteElement(child.v.element);
+      } else if (child.type == GUMBO_NODE_TEXT || child.type == GUMBO_NODE_CDATA ||
+                 child.type == GUMBO_NODE_WHITESPACE) {
+        AppendEscaped(body_, child.v.text.text);
+      }
+    }
+  }
+
+  void WriteElement(const GumboElement& element) {
+    // Drawings and mathematics have names of their own.
+    const bool isHtml = element.tag_namespace == GUMBO_NAMESPACE_HTML;
+    const Fate fate = isHtml ? FatesOfElements()[element.tag] : Fate::Dropped;
+    const char* name = gumbo_normalized_tagname(element.tag);
+    switch (fate) {
+      case Fate::Dropped:
+        break;
+      case Fate::Opened:
+        WriteChildren(element);
+        break;
+      case Fate::Style:
+        TakeStyles(element);
+        break;
+      case Fate::Body:
+        WriteAttributes(element, bodyAttributes_);
+        WriteChildren(element);
+        break;
+      case Fate::Void:
+      case Fate::Kept:
+        body_ += '<';
+        body_ += name;
+        WriteAttributes(element, body_);
+        body_ += '>';
+        if (fate == Fate::Void) break;
+        if (element.tag == GUMBO_TAG_PRE) body_ += '\n';  // the first one is passed over
+        WriteChildren(element);
+        body_ += "</";
+        body_ += name;
+        body_ += '>';
+    }
+  }
+
+  void TakeStyles(const GumboElement& element) {
+    for (unsigned i = 0; i < element.children.length; ++i) {
+      const auto& text = *static_cast<const GumboNode*>(element.children.data[i]);
+      if (text.type != GUMBO_NODE_ELEMENT) {
+        styles_ += SafeStyleSheet(QString::fromUtf8(text.v.text.text));
+      }
+    }
+  }
+
+  void WriteAttributes(const GumboElement& element, QByteArray& out) {
+    for (unsigned i = 0; i < element.attributes.length; ++i) {
+      const auto& attribute = *static_cast<const GumboAttribute*>(element.attributes.data[i]);
+      const std::string_view name = attribute.name;
+      QByteArray own;  // what stands in the place of the value
+      const bool isOwn = !Attributes().contains(name);
+      if (isOwn && !TakeOwn(element.tag, name, attribute.value, own)) continue;
+      out += ' ';
+      out.append(name.data(), static_cast<qsizetype>(name.size()));
+      out += "=\"";
+      AppendEscaped(out, isOwn ? std::string_view(own.constData(), static_cast<size_t>(own.size()))
+                               : std::string_view(attribute.value));
+      out += '"';
+    }
+  }
+
+  // Of an attribute with rules of its own; false when it is left out.
+  bool TakeOwn(GumboTag owner, std::string_view name, const char* value, QByteArray& safe) {
+    if (name == "style") {
+      const auto known = declarations_.constFind(value);  // newsletters repeat them by thousands
+      safe =
+          known != declarations_.constEnd()
+              ? *known
+              : *declarations_.insert(value, SafeDeclarations(QString::fromUtf8(value)).toUtf8());
+      return true;
+    }
+    if (name == "href" && owner == GUMBO_TAG_A) {
+      const QString address = CleanAddress(QString::fromUtf8(value));
+      safe = address.toUtf8();
+      return IsLink(address);
+    }
+    if ((name == "src" && owner == GUMBO_TAG_IMG) || name == "background") {
+      const QString address = CleanAddress(QString::fromUtf8(value));
+      safe = address.toUtf8();
+      return IsInlineImage(address) || IsWantedImage(address);
+    }
+    return false;
+  }
+
+  bool IsWantedImage(const QString& address) {
+    const QString scheme = Scheme(address);
+    if (scheme != u"http" && scheme != u"https") return false;
+    safe_.hasRemoteImages = true;
+    return images_ == RemoteImages::Kept;
+  }
+
+  RemoteImages images_;
+  SafeHtml safe_;
+  QByteArray body_;
+  QByteArray bodyAttributes_;
+  QString styles_;
+  QHash<QByteArray, QByteArray> declarations_;
+};
+
+}  // namespace
+
+SafeHtml SanitizeHtml(const QString& html, RemoteImages images) {
+  const QByteArray bytes = html.toUtf8();
+  const auto tree = HtmlTree::Parse(bytes);
+  if (tree != nullptr) return Sanitizer(images).Run(*tree, bytes.size());
+  return {"<!DOCTYPE html><meta charset=\"utf-8\"><pre>\n" +
+              HtmlToText(html).toHtmlEscaped().toUtf8() + "</pre>",
+          false};
+}
+
+}  // namespace vorn

@@ -1,0 +1,95 @@
+#include "mail/codec/message_index.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "mail/codec/address.h"
+#include "mail/codec/attachments.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/message_code.h"
+#include "mail/codec/mime_codec.h"
+
+namespace vorn {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+
+// The headers of the address lines, in their order. "Replay-To:" is written so in the messages
+// that this program makes.
+constexpr QByteArrayView kAddressHeaders[] = {
+    "FROM:", "TO:", "CC:", "BCC:", "Replay-To:", "Disposition-Notification-To:"};
+
+// The standard field under the name by which reply addresses are stored.
+QByteArray StandardReplyTo(QByteArrayView source) {
+  const QByteArrayView name = "Reply-To:";
+  const QByteArray field = MimeCodec::HeaderField(source, name);
+  if (MimeCodec::HeaderValue(field, name.size()).trimmed().isEmpty()) return {};
+  return field.isNull() ? field : "Replay-To:" + field.sliced(name.size());
+}
+
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
+  QStringList pieces;
+  for (const QByteArrayView name : kAddressHeaders) {
+    QByteArrayList fields = MimeCodec::HeaderFields(source, name);
+    if (fields.isEmpty() && standardHeaders && name == QByteArrayView("Replay-To:")) {
+      fields = {StandardReplyTo(source)};
+    }
+    // The first one says who wrote it; what else is repeated, as programs do, names more of them.
+    if (name == QByteArrayView("FROM:")) fields = fields.first(qMin(fields.size(), qsizetype{1}));
+    for (const QByteArray& field : std::as_const(fields)) {
+      if (field.isNull()) continue;
+      const QString lines = ParseAddressList(
+          MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
+      if (!lines.isEmpty()) pieces.append(lines);
+    }
+  }
+  return pieces.join(kLineBreak);
+}
+
+// A number with a comment behind it is no number here and gives normal priority.
+QString Priority(QByteArrayView source) {
+  const QByteArrayView name = "X-Priority:";
+  bool isNumber = false;
+  const int priority =
+      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).toInt(&isNumber);
+  if (!isNumber || priority == 3) return QStringLiteral("2");
+  return priority >= 4 ? QStringLiteral("3") : QStringLiteral("1");
+}
+
+QString CodeCharacter(int code) {
+  return code < 0 ? QStringLiteral("*") : QString::number(code);
+}
+
+}  // namespace
+
+MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
+                          const IndexOptions& options) {
+  const bool marked = options.hasEndMark && source.endsWith("\r\n.\r\n");
+  const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ReadContent(
+      marked ? source.first(source.size() - MimeCodec::kEndMarkLength) : source);
+  MessageIndex index;
+  index.content = MimeCodec::FormatContentIndex(records);
+  const QByteArrayView subject = "SUBJECT:";
+  ReadingCode code;
+  code.body = MimeCodec::TextCharset(source, records);
+  index.subject =
+      MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size(), code);
+  index.addressLines = AddressLines(source, code, options.standardHeaders);
+
+  const auto texts = std::count_if(records.begin(), records.end(),
+                                   [&options](const MimeCodec::ContentRecord& record) {
+                                     return options.textTypes.contains(record.type);
+                                   });
+  const bool hasAttachments = options.standardHeaders
+                                  ? !ListAttachments(records, options.textTypes).empty()
+                                  : texts != static_cast<qsizetype>(records.size());
+  index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
+  if (texts > 0) {
+    index.flags = SetFlagChar(index.flags, kFlagCode,
+                              CodeCharacter(RecognizeCode(source, records, options.textTypes)));
+  }
+  index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
+  return index;
+}
+
+}  // namespace vorn

@@ -1,0 +1,37 @@
+#include "mail/codec/parsed_calendar.h"
+
+#include "mail/codec/list_splitting.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kLargest = 4 * 1024 * 1024;
+
+QMutex& LibraryMutex() {
+  static QMutex mutex;
+  return mutex;
+}
+
+icalcomponent* Parse(const QString& calendar) {
+  if (calendar.size() > kLargest) return nullptr;
+  icalerror_set_errors_are_fatal(false);
+  return icalparser_parse_string(calendar.toUtf8().constData());
+}
+
+}  // namespace
+
+ParsedCalendar::ParsedCalendar(const QString& calendar)
+    : lock_(&LibraryMutex()), whole_(Parse(calendar), &icalcomponent_free) {}
+
+icalcomponent* ParsedCalendar::Event() const {
+  return whole_ == nullptr ? nullptr
+                           : icalcomponent_get_first_component(whole_.get(), ICAL_VEVENT_COMPONENT);
+}
+
+QString CalendarAddress(const char* uri) {
+  QString address = MimeCodec::OneLine(QString::fromUtf8(uri));
+  if (address.startsWith(u"mailto:", Qt::CaseInsensitive)) address.remove(0, 7);
+  return address;
+}
+
+}  // namespace vorn

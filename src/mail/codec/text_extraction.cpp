@@ -1,0 +1,239 @@
+#include "mail/codec/text_extraction.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "mail/codec/calendar_summary.h"
+#include "mail/codec/code_page_932.h"
+#include "mail/codec/flowed_text.h"
+#include "mail/codec/html_text.h"
+#include "mail/codec/mime_codec.h"
+#include "mail/codec/report_summary.h"
+#include "mail/codec/tnef.h"
+
+namespace vorn {
+namespace {
+
+using MimeCodec::ContentRecord;
+using MimeCodec::TransferEncoding;
+
+bool IsBreak(QChar c) {
+  return c == u'\r' || c == u'\n';
+}
+
+// Whether every line ends with CR LF.
+bool HasUsualLineEnds(QStringView text) {
+  const QStringView usual = u"\r\n";
+  auto at = std::find_if(text.begin(), text.end(), IsBreak);
+  while (at != text.end() && QStringView(at, text.end()).startsWith(usual)) {
+    at = std::find_if(at + usual.size(), text.end(), IsBreak);
+  }
+  return at == text.end();
+}
+
+// Each of CR LF, CR and LF is one line break, and CR CR LF, which a CR LF becomes that was taken
+// for an LF. Most texts are returned as they are, without a copy.
+QString WithLineBreaks(const QString& text, const QString& lineBreak) {
+  if (lineBreak == u"\r\n" && HasUsualLineEnds(text)) return text;
+  QString result;
+  result.reserve(text.size() + text.size() / 16);
+  for (auto at = text.begin(); at != text.end();) {
+    const auto lineEnd = std::find_if(at, text.end(), IsBreak);
+    result += QStringView(at, lineEnd);
+    if (lineEnd == text.end()) break;
+    result += lineBreak;
+    const QStringView rest(lineEnd, text.end());
+    at = lineEnd + (rest.startsWith(u"\r\r\n") ? 3 : rest.startsWith(u"\r\n") ? 2 : 1);
+  }
+  return result;
+}
+
+// The number of a part's bytes that can give `room` bytes of text.
+qsizetype EncodedRoom(qsizetype room, TransferEncoding encoding) {
+  return encoding == TransferEncoding::None ? room : room / 3 * 4;
+}
+
+// What the page itself declares, as a `meta` element of its first bytes does.
+Charset CharsetOfHtml(QByteArrayView page) {
+  constexpr qsizetype kDeclaredWithin = 1024;  // HTML Standard, "determining the encoding"
+  const QByteArray begin = page.first(qMin(page.size(), kDeclaredWithin)).toByteArray().toLower();
+  const qsizetype key = begin.indexOf("charset");
+  qsizetype at = key + 7;
+  const auto skip = [&](QByteArrayView characters) {
+    while (at < begin.size() && characters.contains(begin[at])) ++at;
+  };
+  skip(" \t\r\n");
+  if (key < 0 || at >= begin.size() || begin[at] != '=') return {};
+  skip(" \t\r\n='\"");
+  qsizetype end = at;
+  while (end < begin.size() && !QByteArrayView(" \t\r\n'\"/;>").contains(begin[end])) ++end;
+  return Charset::FromLabel(QByteArrayView(begin).sliced(at, end - at));
+}
+
+QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype last,
+                   const ReadingCode& charset, bool cut) {
+  const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+  // Where there is nothing to unwrap the bytes are those of the source.
+  const QByteArrayView wrapped = MimeCodec::PartOf(source, record.first, last);
+  const QByteArray bytes = encoding == TransferEncoding::None
+                               ? QByteArray::fromRawData(wrapped.data(), wrapped.size())
+                               : MimeCodec::DecodeTransfer(wrapped, encoding);
+  Charset declared = MimeCodec::DeclaredCharset(source, record);
+  if (declared.family == Charset::Family::Unknown && record.type == u"text/html") {
+    declared = CharsetOfHtml(bytes);
+  }
+  const QString text = DecodeWithChoice(bytes, declared, charset, cut);
+  if (encoding != TransferEncoding::Base64 || cut) return text;
+  const QByteArrayView part = source.sliced(record.first, last - record.first + 1);
+  const qsizetype end = MimeCodec::Base64End(part);
+  if (end == 0 || end == part.size()) return text;
+  // What a mailing list put behind it.
+  const QString lineBreak = text.endsWith(u'\n') ? QString() : QStringLiteral("\r\n");
+  return text + lineBreak + DecodeWithChoice(part.sliced(end), {}, charset, cut);
+}
+
+// What a part shows: paragraphs of flowed text joined, HTML as text.
+QString ReadableText(QByteArrayView source, const ContentRecord& record, const QString& text) {
+  if (record.type == u"text/html") return HtmlToText(text);
+  if (record.type != u"text/plain") return text;
+  const MimeCodec::HeaderParameters type = MimeCodec::ContentType(source, record);
+  if (type.Bytes("format").compare("flowed", Qt::CaseInsensitive) != 0) return text;
+  return UnflowText(text, type.Bytes("delsp").compare("yes", Qt::CaseInsensitive) == 0);
+}
+
+const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
+  for (const ContentRecord& record : records) {
+    if (record.type == u"text/html" && !record.hasName && record.first <= record.last) {
+      return &record;
+    }
+  }
+  return nullptr;
+}
+
+// What the reports and the appointment in the message say, behind its text, or the text of a
+// package in the place of one.
+QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
+                const ReadingCode& charset, bool isBlank) {
+  QString text;
+  bool hasCalendar = false;  // the same once more as a file
+  for (const ContentRecord& record : records) {
+    if (record.first > record.last) continue;
+    if (record.type == u"text/calendar" && !std::exchange(hasCalendar, true)) {
+      text += CalendarSummary(DecodeText(source, record, record.last, charset, false), isBlank);
+    }
+    const bool isPackage = isBlank && text.isEmpty() && IsTnef(record.type, record.name);
+    if (!IsReport(record.type) && !isPackage) continue;
+    const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+    const QByteArray bytes = MimeCodec::DecodePart(source, encoding, record.first, record.last);
+    text += isPackage ? ReadTnef(bytes).text : ReportSummary(record.type, bytes);
+  }
+  return text;
+}
+
+QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  TextRequest request);
+
+// The longest prefix within a number of bytes of code page 932, with "..." when something is cut.
+QString Shortened(const QString& text, qsizetype maximum) {
+  if (maximum <= 0 || CodePage932Length(text) <= maximum) return text;
+  qsizetype length = qMin(text.size(), maximum);
+  while (length > 0 && CodePage932Length(QStringView(text).first(length)) > maximum) --length;
+  return text.left(length) + QStringLiteral("...");
+}
+
+}  // namespace
+
+MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
+                           const TextRequest& request) {
+  MessageText result;
+  bool truncated = false;
+  qsizetype length = 0;  // of the text so far, in bytes of code page 932
+  const QString lineBreak = QStringLiteral("\r\n") + request.linePrefix;
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  for (const ContentRecord& record : records) {
+    if (record.hasName || record.first > record.last || !request.textTypes.contains(record.type)) {
+      continue;
+    }
+    const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+    qsizetype last = record.last;
+    bool cut = false;
+    if (request.maximum > 0) {
+      const qsizetype room = EncodedRoom(qMax<qsizetype>(request.maximum - length, 0), encoding);
+      cut = record.Size() > room;
+      if (cut) last = record.first + room - 1;
+      truncated = truncated || cut;
+    }
+    // A part may end right before its boundary, and one that was cut ends anywhere.
+    const bool endsLine = result.text.isEmpty() || result.text.endsWith(lineBreak);
+    if (!endsLine) result.text += lineBreak;
+    const QString text = DecodeText(source, record, last, request.charset, cut);
+    result.text += WithLineBreaks(ReadableText(source, record, text), lineBreak);
+    if (request.maximum > 0) {
+      length = CodePage932Length(result.text);
+      if (length > request.maximum) break;
+    }
+  }
+  if (truncated) result.text += QStringLiteral("...");
+  if (const ContentRecord* html = FindHtml(records);
+      html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
+    const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
+    result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
+  }
+  if (QStringView(result.text).trimmed().isEmpty()) {
+    const QString inner = InnerText(source, records, request);
+    if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
+  }
+  const bool isBlank = QStringView(result.text).trimmed().isEmpty();
+  const QString reports = request.withReports && !truncated
+                              ? Reports(source, records, request.charset, isBlank)
+                              : QString();
+  if (!reports.isEmpty()) {
+    if (isBlank) result.text.clear();
+    if (!isBlank)
+      result.text += result.text.endsWith(lineBreak) ? lineBreak : lineBreak + lineBreak;
+    result.text = Shortened(result.text + WithLineBreaks(reports, lineBreak), request.maximum);
+  }
+  result.produced = !result.text.isEmpty();
+  return result;
+}
+
+namespace {
+
+// A message that holds nothing but other messages, such as a digest, shows their texts.
+QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  TextRequest request) {
+  QString text;
+  if (--request.depth < 0) return text;
+  request.maximum = 0;
+  for (const ContentRecord& record : records) {
+    if (record.type != u"message/rfc822" || record.first > record.last ||
+        MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
+      continue;
+    }
+    const QString index = MimeCodec::ContentIndex(source, record.first, record.last);
+    text += GetMessageText(source, index, request).text;
+  }
+  return text;
+}
+
+}  // namespace
+
+QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
+                           const ReadingCode& charset) {
+  for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
+    if (record.type != u"text/calendar" || record.first > record.last) continue;
+    return DecodeText(source, record, record.last, charset, false);
+  }
+  return {};
+}
+
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
+                       const ReadingCode& charset) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  const ContentRecord* html = FindHtml(records);
+  if (html == nullptr) return {};
+  const QString text = DecodeText(source, *html, html->last, charset, false);
+  return text.isNull() ? QStringLiteral("") : text;
+}
+
+}  // namespace vorn

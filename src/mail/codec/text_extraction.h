@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+
+#include "mail/codec/charset.h"
+
+namespace vorn {
+
+/// How `GetMessageText` is to read a message.
+struct TextRequest {
+  ReadingCode charset;
+  qsizetype maximum = 0;  ///< bytes of code page 932, 0 meaning no limit
+  QString linePrefix;     ///< put after every line break
+  QStringList textTypes;  ///< the content types that are text, compared exactly
+  int depth = 5;          ///< how deep messages inside messages are read for their text
+  /// Whether what reports of programs and appointments say stands behind the text, as in received
+  /// messages.
+  bool withReports = false;
+};
+
+struct MessageText {
+  QString text;
+  bool produced = false;  ///< whether there was any
+};
+
+/// The readable text of a message: its text parts without a file name, decoded, one after the
+/// other. Flowed text is joined to paragraphs. A message whose text is blank gives the text of its
+/// HTML part, or that of the messages inside it. Every line break becomes CR LF and the prefix. A
+/// text that the maximum cuts ends with
+/// "...".
+MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
+                           const TextRequest& request);
+
+/// The calendar (RFC 5545) that came with the message, decoded; a null string when it has none.
+QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
+                           const ReadingCode& charset);
+
+/// The message's HTML as it was written, decoded; a null string when it has none.
+QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
+                       const ReadingCode& charset);
+
+}  // namespace vorn

@@ -1,0 +1,229 @@
+#include "mail/codec/transfer_encoding.h"
+
+#include <gmime/gmime.h>
+
+#include <algorithm>
+
+#include "mail/codec/uuencoding.h"
+#include "mail/codec/yencoding.h"
+
+namespace vorn::MimeCodec {
+namespace {
+
+QByteArray RunDecoder(QByteArrayView bytes, GMimeContentEncoding kind) {
+  GMimeEncoding decoder;
+  g_mime_encoding_init_decode(&decoder, kind);
+  const auto size = static_cast<size_t>(bytes.size());
+  QByteArray decoded(static_cast<qsizetype>(g_mime_encoding_outlen(&decoder, size)),
+                     Qt::Uninitialized);
+  const size_t length = g_mime_encoding_flush(&decoder, bytes.data(), size, decoded.data());
+  decoded.truncate(static_cast<qsizetype>(length));
+  return decoded;
+}
+
+}  // namespace
+
+TransferEncoding TransferEncodingOf(QByteArrayView name) {
+  if (name.compare("base64", Qt::CaseInsensitive) == 0) return TransferEncoding::Base64;
+  if (name.compare("quoted-printable", Qt::CaseInsensitive) == 0) {
+    return TransferEncoding::QuotedPrintable;
+  }
+  for (const QByteArrayView uu : {"uuencode", "x-uuencode", "x-uue", "uue"}) {
+    if (name.compare(uu, Qt::CaseInsensitive) == 0) return TransferEncoding::Uuencode;
+  }
+  if (name.compare("x-yenc", Qt::CaseInsensitive) == 0) return TransferEncoding::Yenc;
+  return TransferEncoding::None;
+}
+
+namespace {
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+bool IsBase64Digit(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
+         c == '/' || c == '=';
+}
+
+// Of the first line that is not blank, and how long that is.
+qsizetype ForeignInLine(QByteArrayView bytes, qsizetype* length) {
+  qsizetype begin = 0;
+  while (begin < bytes.size() && IsBlank(bytes[begin])) ++begin;
+  const qsizetype found = bytes.indexOf('\n', begin);
+  const QByteArrayView line =
+      bytes.sliced(begin, (found < 0 ? bytes.size() : found) - begin).trimmed();
+  *length = line.size();
+  return std::count_if(line.begin(), line.end(), [](char c) { return !IsBase64Digit(c); });
+}
+
+// Whether text stands where base64 should begin: damage puts a byte in, words have many.
+bool IsPlainText(QByteArrayView bytes) {
+  constexpr qsizetype kShareOfText = 8;
+  qsizetype length = 0;
+  return ForeignInLine(bytes, &length) * kShareOfText > length;
+}
+
+// Behind the padding any line that is no base64 is another's.
+qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
+  qsizetype end = bytes.indexOf('=', from);
+  while (end >= 0 && end < bytes.size() && (bytes[end] == '=' || IsBlank(bytes[end]))) ++end;
+  return end < 0 ? bytes.size() : end;
+}
+
+// Several texts that were encoded one by one stand behind each other, each with its padding.
+QByteArray DecodeBase64(QByteArrayView bytes) {
+  if (IsPlainText(bytes)) return bytes.toByteArray();
+  bytes = bytes.first(Base64End(bytes));
+  QByteArray decoded;
+  while (!bytes.isEmpty()) {
+    const qsizetype end = PaddingEnd(bytes, 0);
+    const QByteArray text = RunDecoder(bytes.first(end), GMIME_CONTENT_ENCODING_BASE64);
+    decoded = decoded.isEmpty() ? text : decoded + text;
+    bytes = bytes.sliced(end);
+  }
+  return decoded;
+}
+
+// A character that the end cut off.
+QByteArrayView CutCharacter(QByteArrayView bytes) {
+  return bytes.size() >= 2 && bytes[bytes.size() - 2] == '=' && bytes.back() != '\n'
+             ? bytes.last(2)
+             : QByteArrayView();
+}
+
+// Where the blanks begin that stand between a "=" and the line break at `lineEnd`; there if none
+// do.
+qsizetype BlanksBefore(QByteArrayView bytes, qsizetype lineEnd) {
+  qsizetype begin = lineEnd > 0 && bytes[lineEnd - 1] == '\r' ? lineEnd - 1 : lineEnd;
+  const qsizetype end = begin;
+  while (begin > 0 && (bytes[begin - 1] == ' ' || bytes[begin - 1] == '\t')) --begin;
+  return begin > 0 && bytes[begin - 1] == '=' ? begin : end;
+}
+
+// Blanks that came to a soft line break on the way are no text (RFC 2045 section 6.7, rule 3).
+QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
+  const QByteArrayView rest = CutCharacter(bytes);
+  bytes.chop(rest.size());
+  QByteArray tight;
+  qsizetype taken = 0;
+  for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', at + 1)) {
+    const qsizetype blanks = BlanksBefore(bytes, at);
+    const bool hasBlanks = blanks < at && (bytes[blanks] == ' ' || bytes[blanks] == '\t');
+    if (!hasBlanks) continue;
+    tight.append(bytes.sliced(taken, blanks - taken));
+    taken = at;
+  }
+  if (taken > 0) tight.append(bytes.sliced(taken));
+  const QByteArrayView whole = taken > 0 ? QByteArrayView(tight) : bytes;
+  return RunDecoder(whole, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE).append(rest);
+}
+
+}  // namespace
+
+qsizetype Base64End(QByteArrayView bytes) {
+  if (IsPlainText(bytes)) return 0;
+  for (qsizetype end = PaddingEnd(bytes, 0); end < bytes.size(); end = PaddingEnd(bytes, end)) {
+    qsizetype length = 0;
+    if (ForeignInLine(bytes.sliced(end), &length) > 0) return end;
+  }
+  return bytes.size();
+}
+
+QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {
+  switch (encoding) {
+    case TransferEncoding::Base64:
+      return DecodeBase64(bytes);
+    case TransferEncoding::QuotedPrintable:
+      return DecodeQuotedPrintable(bytes);
+    case TransferEncoding::Uuencode:
+      return UuDecode(bytes);
+    case TransferEncoding::Yenc:
+      return YencDecode(bytes);
+    default:
+      return bytes.toByteArray();
+  }
+}
+
+namespace {
+
+QByteArray EncodeBase64(const QByteArray& bytes) {
+  constexpr qsizetype kBytesPerLine = 57;  // 76 characters
+  QByteArray lines;
+  lines.reserve(bytes.size() * 4 / 3 + bytes.size() / 28 + 8);
+  for (qsizetype at = 0; at < bytes.size(); at += kBytesPerLine) {
+    lines += bytes.sliced(at, qMin(kBytesPerLine, bytes.size() - at)).toBase64() + "\r\n";
+  }
+  return lines;
+}
+
+// RFC 2045 section 6.7. Line breaks of the text stay line breaks; a lone CR or LF is encoded.
+QByteArray EncodeQuotedPrintable(const QByteArray& bytes) {
+  constexpr qsizetype kLineLength = 76;
+  constexpr char kHex[] = "0123456789ABCDEF";
+  QByteArray lines;
+  lines.reserve(bytes.size() * 2);
+  qsizetype column = 0;
+  for (qsizetype i = 0; i < bytes.size(); ++i) {
+    const char c = bytes[i];
+    if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') {
+      lines += "\r\n";
+      column = 0;
+      ++i;
+      continue;
+    }
+    const bool atLineEnd =
+        i + 1 == bytes.size() || QByteArrayView(bytes).sliced(i + 1).startsWith("\r\n");
+    const bool isPlain = (c >= '!' && c <= '~' && c != '=' && !(column == 0 && c == '.')) ||
+                         ((c == ' ' || c == '\t') && !atLineEnd);
+    const qsizetype width = isPlain ? 1 : 3;
+    if (column + width > kLineLength - (atLineEnd ? 0 : 1)) {
+      lines += "=\r\n";
+      column = 0;
+    }
+    if (isPlain) {
+      lines += c;
+    } else {
+      lines += '=';
+      lines += kHex[static_cast<unsigned char>(c) >> 4];
+      lines += kHex[static_cast<unsigned char>(c) & 0xF];
+    }
+    column += width;
+  }
+  return lines;
+}
+
+}  // namespace
+
+QByteArray EncodeTransfer(const QByteArray& bytes, TransferEncoding encoding) {
+  switch (encoding) {
+    case TransferEncoding::Base64:
+      return EncodeBase64(bytes);
+    case TransferEncoding::QuotedPrintable:
+      return EncodeQuotedPrintable(bytes);
+    case TransferEncoding::Uuencode:
+      return UuEncode(bytes);
+    default:
+      return bytes;
+  }
+}
+
+QByteArrayView PartOf(QByteArrayView source, qsizetype first, qsizetype last) {
+  first = std::clamp<qsizetype>(first, 0, source.size());
+  last = std::clamp<qsizetype>(last, first - 1, source.size() - 1);
+  return source.sliced(first, last - first + 1);
+}
+
+QByteArray DecodePart(QByteArrayView source, TransferEncoding encoding, qsizetype first,
+                      qsizetype last) {
+  return DecodeTransfer(PartOf(source, first, last), encoding);
+}
+
+QByteArray DecodeEncodedWord(QByteArrayView text, bool base64) {
+  if (base64) return DecodeBase64(text);
+  QByteArray quoted = text.toByteArray();
+  std::replace(quoted.begin(), quoted.end(), '_', ' ');
+  return RunDecoder(quoted, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+}
+
+}  // namespace vorn::MimeCodec
