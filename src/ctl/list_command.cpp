@@ -5,10 +5,10 @@
 #include "ctl/command.h"
 #include "mail/codec/address.h"
 #include "mail/folder_listing.h"
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
-#include "storage/sql_text.h"
 #include "storage/time_text.h"
 
 namespace vorn::ctl {
@@ -50,13 +50,9 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
         kExitFailure);
   }
   for (const ListedMessage& message : listing.messages) {
-    if (!printed.contains(message.serialId) &&
-        context.Data.OpenRecordset(
-            QStringLiteral("SELECT * FROM mail WHERE SERIALID = ") + QuoteSql(message.serialId),
-            CursorKind::ForwardOnly) &&
-        !context.Data.Recordset()->Eof()) {
-      PrintRow(*context.Data.Recordset(), asJson);
-    }
+    if (printed.contains(message.serialId)) continue;
+    const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
+    if (row != nullptr && !row->Eof()) PrintRow(*row, asJson);
   }
   context.Data.Close();
   for (const UnreadableMessage& message : listing.unreadable) {
@@ -74,7 +70,7 @@ int ListFolder(Context& context, const Arguments& arguments) {
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder) +
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing() +
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
   bool complete = OpenDatabase(context, DatabaseKind::Mail);

@@ -1,9 +1,9 @@
 #include "mail/drafts.h"
 
 #include "mail/mail_store.h"
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
-#include "storage/sql_text.h"
 
 namespace vorn::Drafts {
 namespace {
@@ -11,34 +11,21 @@ namespace {
 const QString kPrefix = QStringLiteral("draft_");
 const QString kSource = QStringLiteral("Source");
 
-// The folders that the message is in already, when it was stored before. False when they cannot be
-// read.
-bool ReadStoredFolders(Context& context, const QString& message, QString* stored) {
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
-  QStringList folders;
-  bool read = context.Data.OpenRecordset(
-      QStringLiteral("SELECT * FROM folder WHERE SERIALID = ") + QuoteSql(message),
-      CursorKind::ForwardOnly);
-  if (read) {
-    const RecordsetPtr rows = context.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
-    read = !rows->Failed();
-  }
+// The folders that the message is in already, when it was stored before; nothing when they cannot
+// be read.
+std::optional<QString> ReadStoredFolders(Context& context, const QString& message) {
+  if (!OpenDatabase(context, DatabaseKind::Mail)) return std::nullopt;
+  const std::optional<QString> folders = MessageRows(context.Data).FoldersOf(message);
   context.Data.Close();
-  *stored = folders.join(kLineBreak);
-  return read;
+  return folders;
 }
 
 // Whether the message waits or was sent.
 bool HasGoneOn(Context& context, const QString& message) {
   if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
-  bool hasGone = false;
-  if (context.Data.OpenRecordset(
-          QStringLiteral("SELECT * FROM mail WHERE SERIALID = ") + QuoteSql(message),
-          CursorKind::ForwardOnly)) {
-    const RecordsetPtr row = context.Data.Recordset();
-    hasGone = !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
-  }
+  const RecordsetPtr row = MessageRows(context.Data).Of(message);
+  const bool hasGone =
+      row != nullptr && !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
   context.Data.Close();
   return hasGone;
 }
@@ -88,9 +75,9 @@ bool Restore(Context& context, const QString& message) {
   Disk request(message);
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-  QString folders;
-  if (!ReadStoredFolders(context, message, &folders)) return false;
-  request.Let(QStringLiteral("folder"), folders);
+  const std::optional<QString> folders = ReadStoredFolders(context, message);
+  if (!folders) return false;
+  request.Let(QStringLiteral("folder"), *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
   if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
   Forget(context, message);

@@ -102,7 +102,7 @@ class MessageSearch {
 
 FolderListing ListFolderMessages(Context& context, const QString& folder) {
   FolderListing listing;
-  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder);
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
   if (select.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return listing;
   listing.read = List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
                       listing.messages);

@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "mail/codec/address.h"
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
@@ -35,10 +36,7 @@ class AddressCollector {
 
 void AddPastRecipients(Context& context, AddressCollector& collector) {
   if (!OpenDatabase(context, DatabaseKind::Mail)) return;
-  if (context.Data.OpenRecordset(
-          QStringLiteral("SELECT * FROM mail WHERE STATUS = 3 ORDER BY FIELD_TIMESTAMP DESC"),
-          CursorKind::ForwardOnly)) {
-    const RecordsetPtr rows = context.Data.Recordset();
+  if (const RecordsetPtr rows = MessageRows(context.Data).Sent()) {
     for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
       collector.AddLines(rows->Fields(u"FIELD_MAILADDRESS").toString());
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/message_rows.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -86,11 +87,9 @@ bool DeleteMessages(Context& context, const QStringList& messages, QStringList* 
 }
 
 int CountWaiting(Context& context, const QString& address) {
+  if (address.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return 0;
   int count = 0;
-  if (!address.isEmpty() && OpenDatabase(context, DatabaseKind::Mail) &&
-      context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail WHERE STATUS = 2"),
-                                 CursorKind::ForwardOnly)) {
-    const RecordsetPtr rows = context.Data.Recordset();
+  if (const RecordsetPtr rows = MessageRows(context.Data).Waiting()) {
     for (; !rows->Eof(); rows->MoveNext()) {
       const QStringList lines =
           rows->Fields(u"FIELD_MAILADDRESS").toString().split(QStringLiteral("\r\n"));

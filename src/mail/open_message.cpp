@@ -7,11 +7,11 @@
 #include "mail/mail_store.h"
 #include "mail/mailto.h"
 #include "mail/message_id.h"
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
-#include "storage/sql_text.h"
 #include "storage/time_text.h"
 
 namespace vorn {
@@ -28,19 +28,12 @@ constexpr CopiedColumn kCopiedColumns[] = {
     {u"FIELD_MAILADDRESS", u"mailaddress"},  {u"FIELD_FLAG", u"flag"},
 };
 
-QString Where(const Disk& request) {
-  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());
-}
-
 enum class Reading { Done, Missing, Failed };
 
 // Copies the row's columns into the request.
 Reading ReadRow(DataSession& data, Disk& request, QByteArray& source) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT * FROM mail") + Where(request),
-                          CursorKind::ForwardOnly)) {
-    return Reading::Failed;
-  }
-  const RecordsetPtr row = data.Recordset();
+  const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
+  if (row == nullptr) return Reading::Failed;
   if (row->Eof()) return row->Failed() ? Reading::Failed : Reading::Missing;
   for (const CopiedColumn& copied : kCopiedColumns) {
     request.Let(QString::fromUtf16(copied.key), row->Fields(QStringView(copied.column)));
@@ -50,15 +43,9 @@ Reading ReadRow(DataSession& data, Disk& request, QByteArray& source) {
 }
 
 Reading ReadFolders(DataSession& data, Disk& request) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT * FROM folder") + Where(request),
-                          CursorKind::ForwardOnly)) {
-    return Reading::Failed;
-  }
-  QStringList folders;
-  const RecordsetPtr rows = data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
-  request.Let(QStringLiteral("folder"), folders.join(kLineBreak));
-  return rows->Failed() ? Reading::Failed : Reading::Done;
+  const std::optional<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
+  request.Let(QStringLiteral("folder"), folders.value_or(QString()));
+  return folders ? Reading::Done : Reading::Failed;
 }
 
 // Whether this was the first opening.

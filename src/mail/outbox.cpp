@@ -1,6 +1,7 @@
 #include "mail/outbox.h"
 
 #include "mail/mail_store.h"
+#include "mail/message_rows.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
 #include "storage/work_lock.h"
@@ -23,38 +24,18 @@ QString Version(const Recordset& row) {
 // Whether the message waits and nothing is known of an attempt; the version of it.
 enum class Waiting { Yes, No, Failed };
 Waiting LookForWaiting(DataSession& data, const QString& serialId, QString* version) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT * FROM mail") + Where(serialId) +
-                              QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM "
-                                             "send_attempt)"),
-                          CursorKind::ForwardOnly)) {
-    return Waiting::Failed;
-  }
-  const RecordsetPtr row = data.Recordset();
-  if (row->Failed()) return Waiting::Failed;
+  const RecordsetPtr row = MessageRows(data).Untried(serialId);
+  if (row == nullptr || row->Failed()) return Waiting::Failed;
   if (row->Eof() || row->Fields(u"STATUS").toInt() != kStatusWaiting) return Waiting::No;
   *version = Version(*row);
   return Waiting::Yes;
 }
 
-bool ReadFolders(DataSession& data, const QString& serialId, QString* folders) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT FOLDERID FROM folder") + Where(serialId),
-                          CursorKind::ForwardOnly)) {
-    return false;
-  }
-  QStringList identifiers;
-  const RecordsetPtr rows = data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) identifiers.append(rows->Fields(u"FOLDERID").toString());
-  *folders = identifiers.join(QStringLiteral("\r\n"));
-  return !rows->Failed();
-}
-
 bool ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT * FROM mail") + Where(serialId),
-                          CursorKind::ForwardOnly) ||
-      data.Recordset()->Eof()) {
-    return false;
-  }
-  const RecordsetPtr row = data.Recordset();
+  const RecordsetPtr row = MessageRows(data).Of(serialId);
+  const std::optional<QString> folders = MessageRows(data).FoldersOf(serialId);
+  if (row == nullptr || row->Eof() || !folders) return false;
+  message.folders = *folders;
   message.source = row->Fields(u"MAIL").toByteArray();
   message.addressLines = row->Fields(u"FIELD_MAILADDRESS").toString();
   message.flags = row->Fields(u"FIELD_FLAG").toString();
@@ -76,9 +57,7 @@ Outbox::Reading Outbox::Read(const QString& serialId, WaitingMessage& message) {
       reading = Reading::Gone;
       break;
     case Waiting::Yes:
-      if (ReadRow(data, serialId, message) && ReadFolders(data, serialId, &message.folders)) {
-        reading = Reading::Ready;
-      }
+      if (ReadRow(data, serialId, message)) reading = Reading::Ready;
       break;
     case Waiting::Failed:
       break;

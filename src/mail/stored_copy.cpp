@@ -8,6 +8,7 @@
 #include "mail/codec/header_decoding.h"
 #include "mail/codec/header_fields.h"
 #include "mail/message_identity.h"
+#include "mail/message_rows.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/source_digest.h"
@@ -19,11 +20,9 @@ namespace {
 // The source in the open file; nothing when there is none, and an invalid value when it cannot be
 // read.
 std::optional<QVariant> StoredSource(Context& context, const QString& messageId, bool* failed) {
-  *failed = !context.Data.OpenRecordset(
-      QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
-      CursorKind::ForwardOnly);
+  const RecordsetPtr row = MessageRows(context.Data).Named(messageId);
+  *failed = row == nullptr;
   if (*failed) return std::nullopt;
-  const RecordsetPtr row = context.Data.Recordset();
   if (row->Eof()) {
     *failed = row->Failed();
     return std::nullopt;

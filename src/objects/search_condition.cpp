@@ -117,39 +117,34 @@ bool RefersToItself(Context& context, const Disk& folder) {
 }
 
 QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
-  const DiskPtr folder = LoadObject(context_, serialId);
-  if (folder == nullptr) return {};
-  if (wholeStatement) {
-    visited_.clear();
-    asksForState_ = false;
-  }
-  const QString entry = serialId + kLineBreak;
-  if (visited_.contains(entry)) return {};
-  visited_ += entry;
-
-  const QString condition = Condition(serialId, *folder);
-  return wholeStatement ? WholeStatement(*folder, condition) : condition;
+  return wholeStatement ? Query(serialId).Listing() : ConditionOnce(serialId);
 }
 
-QString FolderSqlBuilder::CreateFolderSql(const Disk& folder) {
-  visited_ = folder.SerialID() + kLineBreak;
-  asksForState_ = false;
-  return WholeStatement(folder, Condition(folder.SerialID(), folder));
+FolderQuery FolderSqlBuilder::Query(const QString& serialId) {
+  const DiskPtr folder = LoadObject(context_, serialId);
+  return folder == nullptr ? FolderQuery() : Query(*folder);
 }
 
 // What was thrown away is in the dust bin alone, unless the folder asks for messages by their
 // state.
-QString FolderSqlBuilder::WholeStatement(const Disk& folder, const QString& condition) {
+FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
+  visited_ = folder.SerialID() + kLineBreak;
+  asksForState_ = false;
+  const QString condition = Condition(folder.SerialID(), folder);
   const bool isCareful = Settings(context_)->Flag(u"Careful");
   const bool leavesDust = isCareful && !folder.Flag(u"SqlUse") && !asksForState_;
   const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
-  const QString head =
-      joins ? QStringLiteral(
-                  "SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = folder.SERIALID")
-            : QStringLiteral("SELECT * FROM mail");
-  const QString where = head + QStringLiteral(" WHERE ");
-  return leavesDust ? where + u'(' + condition + QStringLiteral(") AND mail.STATUS > 0")
-                    : where + condition;
+  return FolderQuery(
+      leavesDust ? u'(' + condition + QStringLiteral(") AND mail.STATUS > 0") : condition, joins);
+}
+
+// Of a folder that another one names; empty when it is being expanded already.
+QString FolderSqlBuilder::ConditionOnce(const QString& serialId) {
+  const DiskPtr folder = LoadObject(context_, serialId);
+  const QString entry = serialId + kLineBreak;
+  if (folder == nullptr || visited_.contains(entry)) return {};
+  visited_ += entry;
+  return Condition(serialId, *folder);
 }
 
 QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
@@ -189,17 +184,9 @@ QString FolderSqlBuilder::Clause(const ConditionLine& line) {
     case ConditionLine::Kind::TimeStamp:
       return DaysClause(value);
     case ConditionLine::Kind::Folder:
-      return CreateFolderSql(value, false);
+      return ConditionOnce(value);
   }
   return {};
-}
-
-QString SearchedSql(const QString& select, const QString& search) {
-  if (search.isEmpty() || select.isEmpty()) return select;
-  return QStringLiteral(
-             "SELECT * FROM (%1) WHERE CONTAINS(FIELD_SUBJECT, %2) OR "
-             "CONTAINS(ADDRESSES(FIELD_MAILADDRESS), %2)")
-      .arg(select, QuoteSql(search));
 }
 
 }  // namespace vorn

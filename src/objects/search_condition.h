@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <optional>
 
+#include "objects/folder_query.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -29,20 +30,23 @@ QString FormatConditionLine(const ConditionLine& line);
 /// folders.
 bool RefersToItself(Context& context, const Disk& folder);
 
-/// Turns folders into the SELECT statements over the table `mail` that list their messages.
+/// Turns folders into the questions which messages of the table `mail` they hold.
 class FolderSqlBuilder {
  public:
   explicit FolderSqlBuilder(Context& context) : context_(context) {}
 
-  /// The complete statement of a folder, or with `wholeStatement` false its condition alone. Empty
-  /// when the folder cannot be loaded or is already being expanded. May hold text written by the
-  /// user.
+  /// What a folder asks for; of no folder when it cannot be loaded.
+  FolderQuery Query(const QString& folder);
+  /// The same of a folder that is not stored as it stands here.
+  FolderQuery Query(const Disk& folder);
+
+  /// As text: the complete statement of a folder, or with `wholeStatement` false its condition
+  /// alone. Empty when the folder cannot be loaded or is already being expanded. May hold text
+  /// written by the user.
   QString CreateFolderSql(const QString& folder, bool wholeStatement = true);
-  /// The complete statement of a folder that is not stored as it stands here.
-  QString CreateFolderSql(const Disk& folder);
 
  private:
-  QString WholeStatement(const Disk& folder, const QString& condition);
+  QString ConditionOnce(const QString& serialId);
   QString Condition(const QString& serialId, const Disk& folder);
   QString Clause(const ConditionLine& line);
 
@@ -50,9 +54,5 @@ class FolderSqlBuilder {
   bool asksForState_ = false;  // one of the conditions, also of a folder that is named
   QString visited_;            // every folder entered during one build, each with CR LF
 };
-
-/// A folder's statement, narrowed to the messages whose subject or addresses hold a text; the same
-/// when that is empty.
-QString SearchedSql(const QString& select, const QString& search);
 
 }  // namespace vorn

@@ -14,7 +14,7 @@ constexpr qint64 kExploreMs = 8;
 void FolderRows::Refresh(DataSession& session) {
   const QString mark = session.ChangeMark();
   if (mark == mark_) return;
-  *this = FolderRows(select_);
+  *this = FolderRows(query_);
   mark_ = mark;
 }
 
@@ -25,11 +25,10 @@ bool FolderRows::IsFew(DataSession& session) {
   if (probed_) return few_;
   probed_ = true;
   // Without all the columns, which no index has.
-  const QString all = QStringLiteral("SELECT * FROM mail ");
-  if (!select_.startsWith(all)) return false;
-  const QString some = QStringLiteral("SELECT 1 FROM (SELECT STATUS FROM mail %1) LIMIT %2")
-                           .arg(select_.mid(all.size()))
-                           .arg(kFewRows);
+  const std::optional<QString> column = query_.Column(QStringLiteral("STATUS"));
+  if (!column) return false;
+  const QString some =
+      QStringLiteral("SELECT 1 FROM (") + *column + QStringLiteral(") LIMIT %1").arg(kFewRows);
   const auto open = [&session](const QString& sql) {
     return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
   };
@@ -39,7 +38,7 @@ bool FolderRows::IsFew(DataSession& session) {
     if (!detail.startsWith(u"SEARCH") || !detail.contains(u"COVERING INDEX")) return false;
   }
   indexed_ = true;
-  if (!open(QStringLiteral("SELECT COUNT(*) AS N FROM (%1)").arg(some))) return false;
+  if (!open(QStringLiteral("SELECT COUNT(*) AS N FROM (") + some + u')')) return false;
   const qint64 found = session.Recordset()->Fields(u"N").toLongLong();
   few_ = found < kFewRows;
   if (few_) count_ = found;
@@ -71,8 +70,8 @@ qint64 FolderRows::KnownCount(DataSession& session) {
 
 qint64 FolderRows::Count(DataSession& session) {
   if (KnownCount(session) >= 0 || (IsFew(session) && count_ >= 0)) return count_;
-  if (session.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM (%1)").arg(select_),
-                            CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+  if (session.OpenRecordset(query_.Counting(), CursorKind::ForwardOnly,
+                            StatementTrust::UserCondition)) {
     count_ = session.Recordset()->Fields(u"N").toLongLong();
   }
   return count_;
@@ -86,7 +85,8 @@ bool FolderRows::Explore(DataSession& session) {
   exploring_ = true;
   // Where no index finds the rows, every step would read all messages. What depends on the time of
   // day does not stay where it was.
-  if (IsFew(session) || !indexed_ || select_.contains(u"NOW", Qt::CaseInsensitive)) return false;
+  const bool isMoving = query_.Listing().contains(u"NOW", Qt::CaseInsensitive);
+  if (IsFew(session) || !indexed_ || isMoving) return false;
   QElapsedTimer clock;
   clock.start();
   while (index_.Extend(session)) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "objects/folder_query.h"
 #include "present/row_index.h"
 #include "storage/data_session.h"
 
@@ -11,8 +12,7 @@ namespace vorn {
 /// out about them as long as the database stays as it is.
 class FolderRows {
  public:
-  /// `select` is the folder's statement without its order (`FolderSqlBuilder`).
-  explicit FolderRows(const QString& select = {}) : select_(select), index_(select) {}
+  explicit FolderRows(const FolderQuery& query = {}) : query_(query), index_(query.Listing()) {}
 
   // Each works on the open database.
 
@@ -31,7 +31,7 @@ class FolderRows {
   void Refresh(DataSession& session);
   bool IsFew(DataSession& session);
 
-  QString select_;
+  FolderQuery query_;
   RowIndex index_;
   QString mark_;  // the state of the database that everything below is about
   qint64 count_ = -1;

@@ -104,12 +104,13 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 // The folder's rows, with the mail database open; null when it does not open or there is no such
 // folder.
 FolderRows* MessageListPages::OpenRows(const QString& folder, const QString& search) {
-  const QString select = SearchedSql(FolderSqlBuilder(context_).CreateFolderSql(folder), search);
-  if (select.isEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return nullptr;
-  auto known = rows_.find(select);
+  const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
+  if (query.IsEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return nullptr;
+  const QString listing = query.Listing();
+  auto known = rows_.find(listing);
   if (known == rows_.end()) {
     if (rows_.size() >= kKnownFolders) rows_.clear();
-    known = rows_.insert(select, FolderRows(select));
+    known = rows_.insert(listing, FolderRows(query));
   }
   return &*known;
 }

@@ -1,5 +1,6 @@
 #include "present/neighbour_message.h"
 
+#include "mail/message_rows.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
@@ -18,22 +19,20 @@ QString FirstSerial(DataSession& data, const QString& select) {
 
 QString NeighbourMessage(Context& context, const QString& folder, const QString& search,
                          const QString& serialId, int step) {
-  const QString select = SearchedSql(FolderSqlBuilder(context).CreateFolderSql(folder), search);
-  if (select.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return {};
+  const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  if (query.IsEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return {};
   DataSession& data = context.Data;
   QString neighbour;
-  if (data.OpenRecordset(
-          QStringLiteral("SELECT * FROM mail WHERE SERIALID = ") + QuoteSql(serialId),
-          CursorKind::ForwardOnly) &&
-      !data.Recordset()->Eof()) {
-    const QString time = QuoteSql(data.Recordset()->Fields(u"FIELD_TIMESTAMP").toString());
+  const RecordsetPtr row = MessageRows(data).Of(serialId);
+  if (row != nullptr && !row->Eof()) {
+    const QString time = QuoteSql(row->Fields(u"FIELD_TIMESTAMP").toString());
     const QString order = step < 0 ? QStringLiteral("DESC") : QStringLiteral("ASC");
     const QString beyond = step < 0 ? QStringLiteral("<") : QStringLiteral(">");
     // Messages of one moment are told apart by their identifiers.
     neighbour = FirstSerial(
         data, QStringLiteral("SELECT * FROM (%1) WHERE FIELD_TIMESTAMP %2 %3 OR (FIELD_TIMESTAMP = "
                              "%3 AND SERIALID %2 %4) ORDER BY FIELD_TIMESTAMP %5, SERIALID %5")
-                  .arg(select, beyond, time, QuoteSql(serialId), order));
+                  .arg(query.Listing(), beyond, time, QuoteSql(serialId), order));
   }
   data.Close();
   return neighbour;

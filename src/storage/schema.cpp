@@ -83,8 +83,8 @@ bool CreateMailIndexes(Connection& connection) {
              "FIELD_TIMESTAMP)") &&
          // The few messages that are not yet opened, which every folder's count asks for.
          connection.Run(
-             "CREATE INDEX IF NOT EXISTS mail_UNREAD ON mail (STATUS, FIELD_FLAG) WHERE "
-             "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1");
+             "CREATE INDEX IF NOT EXISTS mail_UNREAD ON mail (STATUS, FIELD_FLAG) WHERE " +
+             QByteArray(kUnopenedCondition.data()));
 }
 
 // A message that is being handed over to a server, or may have been, keeps its source and its state

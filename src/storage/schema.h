@@ -16,6 +16,11 @@ inline constexpr int kSchemaVersion = 9;
 /// holds the entry's identifier. Lists and searches then never read past the message sources.
 inline constexpr std::string_view kLongBinaryType = "LONGBINARY";
 
+/// Of the messages that are not yet opened. Word for word the condition of the index over them: the
+/// engine takes that one for no other.
+inline constexpr std::string_view kUnopenedCondition =
+    "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1";
+
 /// What the engine says when a message is changed that is being sent.
 inline constexpr std::string_view kInTransferWords = "message in transfer";
 

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -103,12 +104,9 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
 bool KnownMessages::HasListedSize(const QString& messageId) {
   return std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
     const bool has =
-        context_.Data.OpenRecordset(
-            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(messageId),
-            CursorKind::ForwardOnly) &&
-        !context_.Data.Recordset()->Eof() &&
-        context_.Data.Recordset()->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
+        row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
     context_.Data.Close();
     return has;
   });
@@ -204,12 +202,7 @@ bool KnownMessages::HasUnnamed() {
   const QString start = scope_ + QStringLiteral("sha256:");
   for (const QString& file : files_) {
     if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
-    const bool any =
-        context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
-                                        QuoteSql(start) + QStringLiteral(" AND FIELD_ID < ") +
-                                        QuoteSql(start + u'~') + QStringLiteral(" LIMIT 1"),
-                                    CursorKind::ForwardOnly) &&
-        !context_.Data.Recordset()->Eof();
+    const bool any = MessageRows(context_.Data).HasNamePrefix(start);
     context_.Data.Close();
     hasUnnamed_ = *hasUnnamed_ || any;
   }

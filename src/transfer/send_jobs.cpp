@@ -7,12 +7,12 @@
 
 #include "mail/codec/address.h"
 #include "mail/mail_store.h"
+#include "mail/message_rows.h"
 #include "mail/outbox.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/known_damage.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/outgoing_source.h"
@@ -144,13 +144,8 @@ bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QStrin
     return context_.Data.LastError().kind == StorageError::Kind::Busy;
   };
   if (!OpenDatabase(context_, db, file)) return !isInUse();
-  QString select = QStringLiteral(
-      "SELECT * FROM mail WHERE STATUS = 2 AND SERIALID NOT IN (SELECT SERIALID FROM "
-      "send_attempt)");
-  if (!serial.isEmpty()) select += QStringLiteral(" AND SERIALID = ") + QuoteSql(serial);
-  bool whole = context_.Data.OpenRecordset(select, CursorKind::ForwardOnly);
-  if (whole) {
-    const RecordsetPtr rows = context_.Data.Recordset();
+  bool whole = false;
+  if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial)) {
     for (; !rows->Eof(); rows->MoveNext()) {
       if (IsPlanned(rows->SerialID())) continue;
       auto message = std::make_shared<Disk>(rows->SerialID());

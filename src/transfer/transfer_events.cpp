@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mail/message_identity.h"
+#include "mail/message_rows.h"
 #include "mail/outbox.h"
 #include "mail/stored_copy.h"
 #include "objects/file_age.h"
@@ -12,7 +13,6 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
@@ -278,11 +278,7 @@ bool TransferEvents::MakeDurable() {
 bool TransferEvents::IsStillThere() {
   return std::all_of(storedInSession_.begin(), storedInSession_.end(), [this](const QString& id) {
     if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
-    const bool found =
-        context_.Data.OpenRecordset(
-            QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(id),
-            CursorKind::ForwardOnly) &&
-        !context_.Data.Recordset()->Eof();
+    const bool found = MessageRows(context_.Data).Has(id);
     context_.Data.Close();
     return found;
   });

@@ -10,10 +10,10 @@
 #include "mail/codec/message_index.h"
 #include "mail/mail_store.h"
 #include "mail/message_identity.h"
+#include "mail/message_rows.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/group_size.h"
-#include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
@@ -50,10 +50,8 @@ class Importer {
   // imported: what is stored would be stored again.
   bool ReadStored() {
     if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
-    bool read =
-        context_.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly);
-    if (read) {
-      const RecordsetPtr rows = context_.Data.Recordset();
+    bool read = false;
+    if (const RecordsetPtr rows = MessageRows(context_.Data).All()) {
       for (; !rows->Eof(); rows->MoveNext()) {
         const UnreadableMessage stored{rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString(),
                                        rows->Fields(u"FIELD_TIMESTAMP").toString()};
@@ -97,9 +95,7 @@ class Importer {
   void CountStored() {
     counts_.imported = 0;
     if (!OpenDatabase(context_, DatabaseKind::Mail)) return;
-    if (context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM mail"),
-                                    CursorKind::ForwardOnly)) {
-      const RecordsetPtr rows = context_.Data.Recordset();
+    if (const RecordsetPtr rows = MessageRows(context_.Data).Names()) {
       for (; !rows->Eof(); rows->MoveNext()) {
         counts_.imported += brought_.contains(rows->Fields(u"FIELD_ID").toString()) ? 1 : 0;
       }
@@ -193,12 +189,8 @@ QString TakeMessageFile(Context& context, const QString& path, QString* error) {
   const QString id = ImportId(source);
   QString known;
   if (OpenDatabase(context, DatabaseKind::Mail)) {
-    if (context.Data.OpenRecordset(
-            QStringLiteral("SELECT * FROM mail WHERE FIELD_ID = ") + QuoteSql(id),
-            CursorKind::ForwardOnly) &&
-        !context.Data.Recordset()->Eof()) {
-      known = context.Data.Recordset()->SerialID();
-    }
+    const RecordsetPtr row = MessageRows(context.Data).Named(id);
+    if (row != nullptr && !row->Eof()) known = row->SerialID();
     context.Data.Close();
   }
   if (!known.isEmpty()) return known;

@@ -25,14 +25,12 @@ struct Matches {
 
 Matches CountMatches(Context& context, const Disk& folder) {
   Matches matches;
-  const QString select = FolderSqlBuilder(context).CreateFolderSql(folder);
+  const QString counting = FolderSqlBuilder(context).Query(folder).Counting();
   const bool opened =
       OpenDatabase(context, DatabaseKind::Mail) &&
-      context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition);
-  if (opened) {
-    const RecordsetPtr rows = context.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) ++matches.count;
-    if (rows->Failed()) matches.error = context.Data.LastError().text;
+      context.Data.OpenRecordset(counting, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  if (opened && !context.Data.Recordset()->Failed()) {
+    matches.count = context.Data.Recordset()->Fields(u"N").toInt();
   } else {
     matches.error = context.Data.LastError().text;
   }

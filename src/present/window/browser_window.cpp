@@ -17,6 +17,7 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
+#include "mail/message_rows.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -48,9 +49,8 @@ bool IsFirstUse(Context& context) {
       !OpenDatabase(context, DatabaseKind::Mail)) {
     return false;
   }
-  const bool isEmpty =
-      context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly) &&
-      context.Data.Recordset()->Eof();
+  const RecordsetPtr rows = MessageRows(context.Data).All();
+  const bool isEmpty = rows != nullptr && rows->Eof();
   context.Data.Close();
   return isEmpty;
 }

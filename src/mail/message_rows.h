@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "storage/data_session.h"
+
+namespace vorn {
+
+/// Reads the rows of `mail`, and which folders messages are in, from the file that the session has
+/// open. Row sets have all columns; they are null when the file cannot be asked (`LastError` says
+/// why), and at their end when it holds no such message.
+class MessageRows {
+ public:
+  explicit MessageRows(DataSession& data) : data_(data) {}
+
+  RecordsetPtr All();
+  /// The identifiers of all under which they came (FIELD_ID), and no other column: an index has
+  /// them.
+  RecordsetPtr Names();
+  RecordsetPtr Of(const QString& serialId);
+  /// By the name under which the message came: "MessageID" of its bag, FIELD_ID of its row.
+  RecordsetPtr Named(const QString& messageId);
+  /// A message, whatever its state, unless an attempt to send it is noted (see `Outbox`).
+  RecordsetPtr Untried(const QString& serialId);
+  /// What waits to be sent.
+  RecordsetPtr Waiting();
+  /// What waits and has no such attempt: one message, or all of them.
+  RecordsetPtr WaitingUntried(const QString& serialId = {});
+  /// What was sent, the newest first.
+  RecordsetPtr Sent();
+
+  bool Has(const QString& serialId);
+  /// Whether a message has a name that begins so.
+  bool HasNamePrefix(const QString& prefix);
+  /// The identifiers of its folders, one a line; nothing when they cannot be read.
+  std::optional<QString> FoldersOf(const QString& serialId);
+
+ private:
+  RecordsetPtr Where(const QString& condition);
+  RecordsetPtr Select(const QString& statement);
+
+  DataSession& data_;
+};
+
+}  // namespace vorn

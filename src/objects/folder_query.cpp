@@ -1,0 +1,53 @@
+#include "objects/folder_query.h"
+
+#include "storage/schema.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopenedCondition.size());
+
+}  // namespace
+
+FolderQuery FolderQuery::Searched(const QString& text) const {
+  FolderQuery query = *this;
+  query.search_ = text;
+  return query;
+}
+
+QString FolderQuery::Listing() const {
+  if (IsEmpty()) return {};
+  const QString all =
+      (joinsFolders_
+           ? QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
+                            "folder.SERIALID WHERE ")
+           : QStringLiteral("SELECT * FROM mail WHERE ")) +
+      condition_;
+  if (search_.isEmpty()) return all;
+  const QString text = QuoteSql(search_);
+  return QStringLiteral("SELECT * FROM (") + all +
+         QStringLiteral(") WHERE CONTAINS(FIELD_SUBJECT, ") + text +
+         QStringLiteral(") OR CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ") + text + u')';
+}
+
+QString FolderQuery::Counting() const {
+  if (IsEmpty()) return {};
+  return QStringLiteral("SELECT COUNT(*) AS N FROM (") + Listing() + u')';
+}
+
+// The engine takes the index over the unopened only where no other columns are in sight.
+QString FolderQuery::Unread() const {
+  if (IsEmpty()) return {};
+  const QString rows = IsPlain()
+                           ? QStringLiteral("mail WHERE (") + condition_ + QStringLiteral(") AND ")
+                           : u'(' + Listing() + QStringLiteral(") WHERE ");
+  return QStringLiteral("SELECT COUNT(*) AS N FROM ") + rows + kUnopened;
+}
+
+std::optional<QString> FolderQuery::Column(const QString& name) const {
+  if (IsEmpty() || !IsPlain()) return std::nullopt;
+  return QStringLiteral("SELECT ") + name + QStringLiteral(" FROM mail WHERE ") + condition_;
+}
+
+}  // namespace vorn

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace vorn {
+
+/// Which messages a folder holds, as a question to the table `mail`. What it makes are statements
+/// without an order, which may hold text written by the user (`StatementTrust::UserCondition`).
+class FolderQuery {
+ public:
+  /// Of no folder.
+  FolderQuery() = default;
+  /// `condition` stands after WHERE; `joinsFolders` says that it names columns of the table
+  /// `folder`.
+  FolderQuery(QString condition, bool joinsFolders)
+      : condition_(std::move(condition)), joinsFolders_(joinsFolders), isOfFolder_(true) {}
+
+  /// Whether there is no such folder: every statement is empty then.
+  bool IsEmpty() const { return !isOfFolder_; }
+  /// The same, narrowed to the messages whose subject or addresses hold a text; all when it is
+  /// empty.
+  FolderQuery Searched(const QString& text) const;
+
+  /// The messages with all columns.
+  QString Listing() const;
+  /// One row whose column N tells how many there are.
+  QString Counting() const;
+  /// The same of those that are not yet opened.
+  QString Unread() const;
+  /// The messages with one column, where an index alone may tell it; nothing where other columns or
+  /// another table are needed.
+  std::optional<QString> Column(const QString& name) const;
+
+ private:
+  bool IsPlain() const { return !joinsFolders_ && search_.isEmpty(); }
+
+  QString condition_;
+  QString search_;
+  bool joinsFolders_ = false;
+  bool isOfFolder_ = false;
+};
+
+}  // namespace vorn
