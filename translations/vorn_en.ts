@@ -3104,5 +3104,17 @@ and erased ones are not received again.</translation>
         <source>別のプログラムが同じ作業をしています。</source>
         <translation>Another program does the same work.</translation>
     </message>
+    <message>
+        <source>Webページのスクリプトは許可したサイトだけで動かす(&amp;J)</source>
+        <translation>Run scripts of web pages on allowed sites only (&amp;J)</translation>
+    </message>
+    <message>
+        <source>このサイトに許可する(&amp;J)</source>
+        <translation>Allow for this site (&amp;J)</translation>
+    </message>
+    <message>
+        <source>「%1」のスクリプトは止めてあります。</source>
+        <translation>Scripts of &quot;%1&quot; are stopped.</translation>
+    </message>
 </context>
 </TS>

@@ -98,6 +98,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("AddressSearch"), true},
                      {QStringLiteral("Careful"), true},
                      {QStringLiteral("WebOutside"), true},
+                     {QStringLiteral("ScriptsAsked"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},

@@ -79,6 +79,7 @@ class FolderPageTest : public ProgramTest {
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
     FocusPage();
     Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
+    Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), false);
   }
   // Does something upon which the page is made anew, and waits for that.
   void MadeAnewBy(const std::function<void()>& change) const {

@@ -92,6 +92,79 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr) << "a page gives no commands";
 }
 
+// A setting of new profiles. What runs is told by what the pages ask for.
+TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
+  Begin(1, 100);
+  WebSite site("<script>fetch('/ran')</script>");
+  WebSite other("<script>fetch('/ran')</script>");
+  WebSite plain("<p onclick='x()'>plain</p>");
+  const DiskPtr settings = Settings(program_->GetContext());
+  const auto open = [&](const WebSite& web) -> BrowserWindow& {
+    const size_t before = Browsers().size();
+    program_->Parent()->OpenWebPage(QString::fromLatin1(web.Url() + "/page"));
+    EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+    BrowserWindow* window = Browsers().back();
+    auto& view = Child<QWebEngineView>(*window, u"wbUrl");
+    EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+    return *window;
+  };
+  const auto bar = [](const BrowserWindow& window) -> QWidget& {
+    return Child<QWidget>(window, u"frScripts");
+  };
+  settings->Let(QStringLiteral("ScriptsAsked"), true);
+  BrowserWindow& window = open(site);
+  EXPECT_TRUE(WaitFor([&] { return bar(window).isVisible(); }));
+  EXPECT_FALSE(site.asked.contains("/ran"));
+  test::Press(Child<QWidget>(window, u"cmAllowScripts"));
+  EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/ran"); }));
+  EXPECT_FALSE(bar(window).isVisible());
+  // The same window at another site, and back at the first.
+  auto& address = Child<QLineEdit>(window, u"txLocation");
+  const auto go = [&](const WebSite& web) {
+    test::Type(address, QString::fromLatin1(web.Url() + "/again"));
+    QTest::keyClick(&address, Qt::Key_Return);
+    EXPECT_TRUE(WaitFor([&web] { return web.asked.contains("/again"); }));
+  };
+  go(other);
+  EXPECT_TRUE(WaitFor([&] { return bar(window).isVisible(); }));
+  EXPECT_FALSE(other.asked.contains("/ran"));
+  site.asked.clear();
+  go(site);
+  EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/ran"); }));
+  EXPECT_FALSE(bar(window).isVisible());
+  // Where no script is missing nothing is said; the page has answered by now.
+  BrowserWindow& calm = open(plain);
+  bool answered = false;
+  Child<QWebEngineView>(calm, u"wbUrl").page()->runJavaScript(
+      QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
+  EXPECT_TRUE(WaitFor([&answered] { return answered; }));
+  EXPECT_FALSE(bar(calm).isVisible());
+  settings->Let(QStringLiteral("ScriptsAsked"), false);
+  open(other);
+  EXPECT_TRUE(WaitFor([&] { return other.asked.contains("/ran"); }));
+}
+
+// Two clicks on a link that wants a window of its own are one window.
+TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
+  Begin(1, 100);
+  WebSite other;
+  WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
+               "/new' target='_blank'>new</a></body>");
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
+  auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
+  EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
+  AwaitPainted(view);
+  for (int click = 0; click < 2; ++click) {
+    QTest::mouseClick(view.focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
+  }
+  EXPECT_TRUE(WaitFor([&] { return other.asked.contains("/new"); }));
+  bool answered = false;
+  view.page()->runJavaScript(QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
+  EXPECT_TRUE(WaitFor([&answered] { return answered; }));
+  EXPECT_EQ(Browsers().size(), 3);
+}
+
 // What is being typed into a message answers no box of a page.
 TEST_F(FolderPageTest, APagesBoxesComeUpOnlyWhereTheUserIs) {
   Begin(1, 100);

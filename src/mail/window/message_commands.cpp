@@ -36,7 +36,7 @@
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
-#include "mail/window/notice_bar.h"
+#include "kit/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"

@@ -22,7 +22,7 @@
 #include "mail/window/header_list.h"
 #include "mail/window/memo_box.h"
 #include "mail/window/message_window.h"
-#include "mail/window/notice_bar.h"
+#include "kit/window/notice_bar.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -28,7 +28,7 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
-#include "mail/window/notice_bar.h"
+#include "kit/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"

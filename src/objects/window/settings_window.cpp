@@ -50,6 +50,8 @@ class ViewPage : public FormPage {
     AddCheck(QStringLiteral("ckTasktray"), Ui::tr("通知領域にアイコンを表示する(&T)"));
     AddCheck(QStringLiteral("ckWebOutside"),
              Ui::tr("お気に入りのページを標準のブラウザーで開く(&B)"));
+    AddCheck(QStringLiteral("ckScriptsAsked"),
+             Ui::tr("Webページのスクリプトは許可したサイトだけで動かす(&J)"));
     QComboBox* language = AddChoice(
         QStringLiteral("cbLanguage"), Ui::tr("表示の言語（次の起動から）(&L)"),
         {Ui::tr("システムに合わせる"), QStringLiteral("日本語"), QStringLiteral("English")});

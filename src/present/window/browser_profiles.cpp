@@ -10,6 +10,7 @@
 #include <QWebEngineUrlRequestInterceptor>
 
 #include "present/window/page_script.h"
+#include "present/window/script_bar.h"
 
 namespace vorn {
 namespace {
@@ -44,7 +45,8 @@ bool FollowColorScheme() {
 BrowserProfiles::BrowserProfiles(const QString& formerFolder)
     : dark_(FollowColorScheme()),
       local_(std::make_unique<QWebEngineProfile>()),
-      web_(std::make_unique<QWebEngineProfile>()) {
+      web_(std::make_unique<QWebEngineProfile>()),
+      sites_(std::make_unique<AllowedSites>()) {
   local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));
   local_->setHttpCacheType(QWebEngineProfile::NoCache);
   QWebEngineSettings* settings = local_->settings();

@@ -7,9 +7,11 @@ class QWebEngineProfile;
 
 namespace vorn {
 
+class AllowedSites;
+
 /// The browser engine's two worlds. Folder pages are local and hold what strangers wrote: no
 /// scripts, nothing from the network, nothing kept. Web pages get an ordinary browser, of which
-/// cookies and what was visited are kept in memory.
+/// cookies, what was visited and which sites may run scripts are kept in memory.
 class BrowserProfiles {
  public:
   /// `formerFolder` is where earlier versions kept the web pages' data, which goes.
@@ -19,6 +21,8 @@ class BrowserProfiles {
   QWebEngineProfile* Local() const { return local_.get(); }
   QWebEngineProfile* Web() const { return web_.get(); }
 
+  AllowedSites& Sites() const { return *sites_; }
+
   /// Whether the program's windows are dark.
   bool IsDark() const { return dark_; }
 
@@ -26,6 +30,7 @@ class BrowserProfiles {
   bool dark_;
   std::unique_ptr<QWebEngineProfile> local_;
   std::unique_ptr<QWebEngineProfile> web_;
+  std::unique_ptr<AllowedSites> sites_;
 };
 
 }  // namespace vorn

@@ -18,6 +18,7 @@
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
+#include "present/window/script_bar.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -62,6 +63,8 @@ void BrowserWindow::BuildControls() {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addLayout(bar);
+  scripts_ = new ScriptBar(context_, profiles_.Sites());
+  layout->addWidget(scripts_);
   layout->addWidget(wbUrl_, 1);
 }
 

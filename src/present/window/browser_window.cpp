@@ -24,6 +24,7 @@
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/link_page.h"
+#include "present/window/script_bar.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -115,6 +116,11 @@ void BrowserWindow::UsePage(bool local) {
   if (page_ != nullptr && page_->profile() == profile) return;
   delete page_;
   page_ = new LinkPage(profile, wbUrl_);
+  if (local) {
+    scripts_->hide();
+  } else {
+    scripts_->Attach(*page_);
+  }
   wbUrl_->setPage(page_);
   connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
     host_.OpenMessage(command.openMode, command.serialId, command.isNew);

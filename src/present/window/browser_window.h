@@ -25,6 +25,7 @@ class QWebEngineView;
 namespace vorn {
 
 class LinkPage;
+class ScriptBar;
 enum class OpenMode;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
@@ -142,6 +143,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QLineEdit* txSearch_ = nullptr;
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
+  ScriptBar* scripts_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;

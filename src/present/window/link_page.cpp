@@ -1,6 +1,7 @@
 #include "present/window/link_page.h"
 
 #include <QApplication>
+#include <QWebEngineSettings>
 #include <QWebEngineView>
 
 #include "kit/window/plain_text.h"
@@ -8,6 +9,8 @@
 
 namespace vorn {
 namespace {
+
+constexpr int kWindowPauseMs = 1000;
 
 QString BoxText(const QUrl& origin, const QString& text) {
   return Ui::tr("「%1」のページからのメッセージ:").arg(origin.host()) + QStringLiteral("\n\n") +
@@ -34,6 +37,10 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
       Q_EMIT MailtoFollowed(url.toString(QUrl::FullyEncoded));
     return false;
   }
+  if (isMainFrame) {
+    settings()->setAttribute(QWebEngineSettings::JavascriptEnabled,
+                             mayRunScripts_ && mayRunScripts_(url));
+  }
   if (holding_ && isMainFrame && url.scheme() != u"about") {
     holding_ = false;
     // What a form sends would be lost, so it goes where it wants to.
@@ -54,8 +61,12 @@ bool LinkPage::IsRepeated(const LinkCommand& command) {
   return isRepeated;
 }
 
+// A page that makes a click into many windows gets one of them.
 QWebEnginePage* LinkPage::createWindow(WebWindowType) {
-  return localPage_.isEmpty() && makeWindow_ ? makeWindow_() : nullptr;
+  if (!localPage_.isEmpty() || !makeWindow_) return nullptr;
+  if (sinceWindow_.isValid() && sinceWindow_.elapsed() < kWindowPauseMs) return nullptr;
+  sinceWindow_.start();
+  return makeWindow_();
 }
 
 // Whether the keys that the user presses now are this page's.

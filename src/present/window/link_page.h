@@ -19,6 +19,10 @@ class LinkPage : public QWebEnginePage {
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
   /// Makes the page of a new window that this one asks for; web pages only.
   void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
+  /// Tells of each web page that is about to come whether its scripts run. Without this none do.
+  void OnArrival(std::function<bool(const QUrl&)> mayRunScripts) {
+    mayRunScripts_ = std::move(mayRunScripts);
+  }
   /// This is the page of a new window: its first navigation is not made but told.
   void HoldFirstNavigation() { holding_ = true; }
 
@@ -44,6 +48,8 @@ class LinkPage : public QWebEnginePage {
 
   QUrl localPage_;
   std::function<QWebEnginePage*()> makeWindow_;
+  std::function<bool(const QUrl&)> mayRunScripts_;
+  QElapsedTimer sinceWindow_;
   bool holding_ = false;
   LinkCommand followed_;
   QElapsedTimer sinceFollowed_;

@@ -1,0 +1,59 @@
+#include "present/window/script_bar.h"
+
+#include <QUrl>
+#include <QWebEngineScript>
+
+#include "objects/settings.h"
+#include "present/window/link_page.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+QString AllowedSites::SiteOf(const QUrl& page) {
+  return page.scheme() + QStringLiteral("://") + page.authority();
+}
+
+ScriptBar::ScriptBar(Context& context, AllowedSites& sites)
+    : ScriptBar(context, sites, new QPushButton(Ui::tr("このサイトに許可する(&J)"))) {}
+
+ScriptBar::ScriptBar(Context& context, AllowedSites& sites, QPushButton* allow)
+    : NoticeBar(QStringLiteral("frScripts"), allow), context_(context), sites_(sites) {
+  allow->setObjectName(QStringLiteral("cmAllowScripts"));
+  connect(allow, &QPushButton::clicked, this, &ScriptBar::Allow);
+}
+
+bool ScriptBar::MayRun(const QUrl& url) const {
+  return !Settings(context_)->Flag(u"ScriptsAsked") || sites_.Allows(url);
+}
+
+void ScriptBar::Attach(LinkPage& page) {
+  if (page_ != nullptr) page_->disconnect(this);
+  page_ = &page;
+  hide();
+  page.OnArrival([self = QPointer<ScriptBar>(this)](const QUrl& url) {
+    return self != nullptr && self->MayRun(url);
+  });
+  connect(&page, &QWebEnginePage::loadStarted, this, &QWidget::hide);
+  connect(&page, &QWebEnginePage::loadFinished, this, &ScriptBar::ShowIfStopped);
+}
+
+// A page without scripts lacks nothing.
+void ScriptBar::ShowIfStopped() {
+  if (MayRun(page_->url())) return;
+  page_->runJavaScript(
+      QStringLiteral("document.scripts.length"), QWebEngineScript::ApplicationWorld,
+      [self = QPointer<ScriptBar>(this), url = page_->url()](const QVariant& scripts) {
+        if (self == nullptr || self->page_ == nullptr || self->page_->url() != url) return;
+        if (scripts.toInt() == 0 || self->MayRun(url)) return;
+        self->Say(Ui::tr("「%1」のスクリプトは止めてあります。").arg(url.host()));
+      });
+}
+
+void ScriptBar::Allow() {
+  if (page_ == nullptr) return;
+  sites_.Allow(page_->url());
+  hide();
+  page_->triggerAction(QWebEnginePage::Reload);
+}
+
+}  // namespace vorn
