@@ -405,7 +405,7 @@ void MessageWindow::AskForReceipt() {
   // A reply that was opened at once has an identifier of its own.
   receipt.serialId = request_->Text(u"original", tag_);
   receipt.isNew = true;
-  receipt.db = 2;
+  receipt.db = static_cast<int>(DatabaseKind::Mail);
   receipt.show = edits ? kShowModeless : kShowHidden;
   receipt.autoSend = !edits;
   host_.PostMail(receipt);

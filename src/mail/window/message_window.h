@@ -7,6 +7,7 @@
 #include "frame/request_window.h"
 #include "mail/codec/code_offers.h"
 #include "mail/codec/invitation.h"
+#include "mail/mail_store.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
 #include "storage/context.h"
@@ -122,10 +123,10 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void Fill(const OpenedMessage& opened);
   QString TextOf(const OpenedMessage& opened) const;
   void ShowCaption();
-  bool IsEditable() const { return AbsoluteStatus() == 1 && !unreadable_; }
+  bool IsEditable() const { return AbsoluteStatus() == kStatusEdit && !unreadable_; }
   /// The HTML part with the message's own pictures in it.
   QString ShownHtml() const;
-  bool IsWaiting() const { return AbsoluteStatus() == 2; }
+  bool IsWaiting() const { return AbsoluteStatus() == kStatusWaiting; }
   int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString MissingForSending() const;
