@@ -3116,5 +3116,13 @@ and erased ones are not received again.</translation>
         <source>「%1」のスクリプトは止めてあります。</source>
         <translation>Scripts of &quot;%1&quot; are stopped.</translation>
     </message>
+    <message>
+        <source>（繰り返しのうちの1回です）</source>
+        <translation>(One of a series)</translation>
+    </message>
+    <message>
+        <source>（ほかに%1件の予定があります）</source>
+        <translation>(And %1 more appointments)</translation>
+    </message>
 </context>
 </TS>

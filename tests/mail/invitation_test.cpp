@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "mail/attachment_files.h"
+#include "mail/codec/calendar_summary.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/compose_message.h"
 #include "mail/message_model.h"
@@ -63,6 +64,35 @@ TEST(InvitationTest, TheAnswerNamesTheAppointmentAndTheOneWhoAnswersAlone) {
       forwarded.contains(QStringLiteral("ATTENDEE;PARTSTAT=DECLINED:mailto:new@example.jp")));
   EXPECT_TRUE(answer(u"sato@example.jp", InvitationAnswer::Tentative)
                   .contains(QStringLiteral("PARTSTAT=TENTATIVE:mailto:sato@example.jp")));
+}
+
+// A series and a time of it that was moved are answered together; what else came along is not.
+TEST(InvitationTest, ASeriesIsShownAndAnsweredWhole) {
+  const QString moved = QStringLiteral(
+      "BEGIN:VEVENT\r\nUID:42@example.jp\r\nRECURRENCE-ID:20260210T010000Z\r\n"
+      "DTSTART:20260211T010000Z\r\nSUMMARY:移動\r\nORGANIZER:mailto:Tanaka@example.jp\r\n"
+      "ATTENDEE:mailto:sato@example.jp\r\nEND:VEVENT\r\n");
+  QString other = moved;
+  other.replace(u"42@", u"43@").replace(u"移動", u"別の件");
+  QString calendar = kCalendar;
+  calendar.replace(u"END:VCALENDAR", moved + other + QStringLiteral("END:VCALENDAR"));
+  const QString summary = CalendarSummary(calendar, false);
+  for (const char16_t* subject : {u"定例会議", u"移動", u"別の件"}) {
+    EXPECT_EQ(summary.count(QString::fromUtf16(subject)), 1) << summary.toStdString();
+  }
+  const QByteArray reply = ReplyCalendar(
+      *ReadInvitation(calendar), QStringLiteral("sato@example.jp"), InvitationAnswer::Accepted);
+  EXPECT_EQ(reply.count("PARTSTAT=ACCEPTED"), 2) << reply.toStdString();
+  EXPECT_EQ(reply.count("RECURRENCE-ID"), 1);
+  EXPECT_FALSE(reply.contains("43@example.jp"));
+  const QByteArray changed =
+      ChangeReply(reply, QStringLiteral("sato@example.jp"), InvitationAnswer::Declined);
+  EXPECT_EQ(changed.count("PARTSTAT=DECLINED"), 2);
+  EXPECT_FALSE(changed.contains("ACCEPTED"));
+  // A calendar of thousands of appointments is not written out.
+  QString many = kCalendar;
+  many.replace(u"END:VCALENDAR", other.repeated(500) + QStringLiteral("END:VCALENDAR"));
+  EXPECT_EQ(CalendarSummary(many, false).count(u"別の件"), 19);
 }
 
 // Kept, opened and edited, the answer stays what it is, and files go beside it.

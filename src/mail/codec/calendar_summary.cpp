@@ -1,6 +1,7 @@
 #include "mail/codec/calendar_summary.h"
 
 #include <QDateTime>
+#include <QStringList>
 
 #include "mail/codec/list_splitting.h"
 #include "mail/codec/parsed_calendar.h"
@@ -10,6 +11,7 @@ namespace vorn {
 namespace {
 
 const QString kLineBreak = QStringLiteral("\r\n");
+constexpr qsizetype kMostShown = 20;
 
 QString OneLine(const char* text) {
   return MimeCodec::OneLine(QString::fromUtf8(text));
@@ -93,6 +95,9 @@ class Summary {
     if (icalcomponent_get_first_property(event_, ICAL_RRULE_PROPERTY) != nullptr) {
       lines_ += Ui::tr("（繰り返しの予定です）") + kLineBreak;
     }
+    if (icalcomponent_get_first_property(event_, ICAL_RECURRENCEID_PROPERTY) != nullptr) {
+      lines_ += Ui::tr("（繰り返しのうちの1回です）") + kLineBreak;
+    }
     Add(Ui::tr("場所: "), OneLine(icalcomponent_get_location(event_)));
     if (icalproperty* organizer =
             icalcomponent_get_first_property(event_, ICAL_ORGANIZER_PROPERTY)) {
@@ -130,10 +135,15 @@ class Summary {
 
 QString CalendarSummary(const QString& calendar, bool withDescription) {
   const ParsedCalendar parsed(calendar);
-  icalcomponent* event = parsed.Event();
-  return event == nullptr
-             ? QString()
-             : Summary(event).Run(icalcomponent_get_method(parsed.Whole()), withDescription);
+  const std::vector<icalcomponent*> events = parsed.Events();
+  QStringList summaries;
+  for (icalcomponent* event : events) {
+    if (summaries.size() == kMostShown) break;
+    summaries.append(Summary(event).Run(icalcomponent_get_method(parsed.Whole()), withDescription));
+  }
+  const auto rest = static_cast<qsizetype>(events.size()) - summaries.size();
+  if (rest > 0) summaries.append(Ui::tr("（ほかに%1件の予定があります）").arg(rest) + kLineBreak);
+  return summaries.join(kLineBreak);
 }
 
 }  // namespace vorn

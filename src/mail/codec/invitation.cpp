@@ -75,6 +75,17 @@ icalproperty* AnsweringAttendee(icalcomponent* event, const QString& address,
   return attendee;
 }
 
+icalcomponent* AnsweredEvent(icalcomponent* event, const QString& address,
+                             InvitationAnswer answer) {
+  icalcomponent* answered = icalcomponent_new(ICAL_VEVENT_COMPONENT);
+  CopyIdentity(event, answered);
+  icalcomponent_add_property(answered, AnsweringAttendee(event, address, answer));
+  icalcomponent_add_property(
+      answered,
+      icalproperty_new_dtstamp(icaltime_current_time_with_zone(icaltimezone_get_utc_timezone())));
+  return answered;
+}
+
 // The zones that the times name must come along.
 void CopyZones(icalcomponent* from, icalcomponent* to) {
   for (icalcomponent* zone = icalcomponent_get_first_component(from, ICAL_VTIMEZONE_COMPONENT);
@@ -110,18 +121,16 @@ QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
   const ParsedCalendar parsed(invitation.calendar);
   icalcomponent* event = parsed.Event();
   if (event == nullptr) return {};
-  icalcomponent* replied = icalcomponent_new(ICAL_VEVENT_COMPONENT);
-  CopyIdentity(event, replied);
-  icalcomponent_add_property(replied, AnsweringAttendee(event, address, answer));
-  icalcomponent_add_property(
-      replied,
-      icalproperty_new_dtstamp(icaltime_current_time_with_zone(icaltimezone_get_utc_timezone())));
   icalcomponent* whole = icalcomponent_new(ICAL_VCALENDAR_COMPONENT);
   icalcomponent_add_property(whole, icalproperty_new_prodid("-//Vorn//Vorn//JA"));
   icalcomponent_add_property(whole, icalproperty_new_version("2.0"));
   icalcomponent_add_property(whole, icalproperty_new_method(ICAL_METHOD_REPLY));
   CopyZones(parsed.Whole(), whole);
-  icalcomponent_add_component(whole, replied);
+  // A series and those of its times that were moved are one appointment.
+  for (icalcomponent* asked : parsed.Events()) {
+    if (qstrcmp(icalcomponent_get_uid(asked), icalcomponent_get_uid(event)) != 0) continue;
+    icalcomponent_add_component(whole, AnsweredEvent(asked, address, answer));
+  }
   const QByteArray bytes = TextOf(whole);
   icalcomponent_free(whole);
   return bytes;
@@ -142,14 +151,16 @@ std::optional<InvitationReply> ReadReply(const QByteArray& calendar) {
 QByteArray ChangeReply(const QByteArray& calendar, const QString& address,
                        InvitationAnswer answer) {
   const ParsedCalendar parsed(QString::fromUtf8(calendar));
-  icalcomponent* event = parsed.Event();
-  if (event == nullptr) return calendar;
-  icalproperty* answering = AnsweringAttendee(event, address, answer);
-  while (icalproperty* attendee = icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY)) {
-    icalcomponent_remove_property(event, attendee);
-    icalproperty_free(attendee);
+  if (parsed.Event() == nullptr) return calendar;
+  for (icalcomponent* event : parsed.Events()) {
+    icalproperty* answering = AnsweringAttendee(event, address, answer);
+    while (icalproperty* attendee =
+               icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY)) {
+      icalcomponent_remove_property(event, attendee);
+      icalproperty_free(attendee);
+    }
+    icalcomponent_add_property(event, answering);
   }
-  icalcomponent_add_property(event, answering);
   return TextOf(parsed.Whole());
 }
 

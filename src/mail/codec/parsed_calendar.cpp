@@ -23,6 +23,15 @@ icalcomponent* Parse(const QString& calendar) {
 ParsedCalendar::ParsedCalendar(const QString& calendar)
     : lock_(&LibraryMutex()), whole_(Parse(calendar), &icalcomponent_free) {}
 
+std::vector<icalcomponent*> ParsedCalendar::Events() const {
+  std::vector<icalcomponent*> events;
+  for (icalcomponent* event = Event(); event != nullptr;
+       event = icalcomponent_get_next_component(whole_.get(), ICAL_VEVENT_COMPONENT)) {
+    events.push_back(event);
+  }
+  return events;
+}
+
 icalcomponent* ParsedCalendar::Event() const {
   return whole_ == nullptr ? nullptr
                            : icalcomponent_get_first_component(whole_.get(), ICAL_VEVENT_COMPONENT);

@@ -5,6 +5,7 @@
 #include <QMutexLocker>
 #include <QString>
 #include <memory>
+#include <vector>
 
 namespace vorn {
 
@@ -16,7 +17,9 @@ class ParsedCalendar {
   explicit ParsedCalendar(const QString& calendar);
 
   icalcomponent* Whole() const { return whole_.get(); }
-  /// The first appointment; null when there is none.
+  /// Its appointments, as they stand in it.
+  std::vector<icalcomponent*> Events() const;
+  /// The first of them; null when there is none.
   icalcomponent* Event() const;
 
  private:
