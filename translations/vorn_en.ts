@@ -2069,10 +2069,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>The server&apos;s reply: %1</translation>
     </message>
     <message>
-        <source>このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。</source>
-        <translation>This message does not wait any more (it is being sent, or was sent).</translation>
-    </message>
-    <message>
         <source>メッセージを変更できません。</source>
         <translation>The message cannot be changed. </translation>
     </message>
@@ -3123,6 +3119,18 @@ and erased ones are not received again.</translation>
     <message>
         <source>（ほかに%1件の予定があります）</source>
         <translation>(And %1 more appointments)</translation>
+    </message>
+    <message>
+        <source>予定への返事として、カレンダーに伝わります（本文の返事の言葉は変わっていません）:</source>
+        <translation>Your calendar answer (the words of the text have not changed with it):</translation>
+    </message>
+    <message>
+        <source>このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されています）。</source>
+        <translation>This message is no longer waiting to be sent (it is being sent, was sent or was deleted).</translation>
+    </message>
+    <message>
+        <source>添付ファイル「%1」は、添付してから変わっています。今の内容で保存してよろしいですか？</source>
+        <translation>The attached file &quot;%1&quot; has changed since it was attached. Save it with its present content?</translation>
     </message>
 </context>
 </TS>

@@ -119,7 +119,9 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   }
   if (!opened.found) message.source = shown;
   message.contentIndex = request.Text(u"content");
-  message.addressLines = request.Text(u"mailaddress");
+  // Of one that was erased while its window is open nothing of the last reading is left.
+  const bool isGone = !opened.found && shown.isEmpty() && !request.Flag(u"new");
+  if (!isGone) message.addressLines = request.Text(u"mailaddress");
   message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
   message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag"))) : code;
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));

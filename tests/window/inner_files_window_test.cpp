@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTimer>
@@ -66,19 +67,21 @@ TEST_F(MessageWindowTest, FilesAreTakenOutOfAnArchiveWithItsPassword) {
   EXPECT_TRUE(Gone());
 }
 
+// As a file that another program writes while it is attached.
+void ChangeLater(const QString& path, int seconds) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+  file.write("changed");
+  EXPECT_TRUE(file.flush());
+  EXPECT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(seconds),
+                               QFileDevice::FileModificationTime));
+}
+
 // What was refused once is not sent by the next click, nor what was not named.
 TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
   MessageWindow& window = OpenStored(kDraft, kStatusEdit);
   const QStringList paths = {File("one.txt", "1"), File("two.txt", "2"), File("three.txt", "3")};
   Child<AttachmentList>(window, u"lvClip").AddFiles(paths);
-  const auto change = [&paths](qsizetype which) {
-    QFile file(paths[which]);
-    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
-    file.write("changed");
-    EXPECT_TRUE(file.flush());
-    EXPECT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(60 + which),
-                                 QFileDevice::FileModificationTime));
-  };
   const auto send = [&window](QMessageBox::StandardButton button) {
     QString text;
     EXPECT_TRUE(InModal<QMessageBox>(
@@ -89,8 +92,8 @@ TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
         }));
     return text;
   };
-  change(0);
-  change(1);
+  ChangeLater(paths[0], 60);
+  ChangeLater(paths[1], 61);
   for (int time = 0; time < 2; ++time) {
     const QString question = send(QMessageBox::No);
     EXPECT_TRUE(question.contains(u"one.txt") && question.contains(u"two.txt"));
@@ -100,6 +103,38 @@ TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
   send(QMessageBox::Yes);
   EXPECT_TRUE(Gone());
   EXPECT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
+}
+
+// Nor does a draft take over what nobody has looked at. One that is new is asked about first.
+TEST_F(MessageWindowTest, AChangedFileIsKeptInADraftAfterAWord) {
+  for (const bool isNew : {true, false}) {
+    SCOPED_TRACE(isNew);
+    MessageWindow& window = isNew ? New() : OpenStored(kDraft, kStatusEdit);
+    const QString path = File("plan.txt", "first");
+    Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+    ChangeLater(path, 60);
+    const int before = Count();
+    const auto close = [&window](QMessageBox::StandardButton answer) {
+      QString question;
+      QTimer watch;
+      QObject::connect(&watch, &QTimer::timeout, &watch, [&question, answer] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) return;
+        const bool isAboutFiles = box->text().contains(u"plan.txt");
+        if (isAboutFiles) question = box->text();
+        box->button(isAboutFiles ? answer : QMessageBox::Yes)->click();
+      });
+      watch.start(20);
+      window.close();
+      return question.contains(QStringLiteral("今の内容で保存"));
+    };
+    EXPECT_TRUE(close(QMessageBox::No));
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(Count(), before);
+    EXPECT_TRUE(close(QMessageBox::Yes));
+    EXPECT_TRUE(Gone());
+    EXPECT_EQ(Count(), before + (isNew ? 1 : 0));
+  }
 }
 
 class InvitationWindowTest : public MessageWindowTest {
@@ -138,6 +173,16 @@ TEST_F(InvitationWindowTest, AnInvitationIsAnsweredByAMessage) {
   EXPECT_FALSE(Child<QPushButton>(window, u"cmAccept").isChecked());
   EXPECT_EQ(subject.text(), QStringLiteral("欠席します: 定例 (青木)"));
   EXPECT_EQ(memo.toPlainText(), QStringLiteral("青木は欠席します。\n\nまたの機会に。"));
+  const auto saysThatWordsStay = [&window] {
+    const auto labels = Child<CalendarBar>(window, u"frCalendar").findChildren<QLabel*>();
+    return labels.at(0)->text().contains(u"変わっていません");
+  };
+  EXPECT_FALSE(saysThatWordsStay());
+  // Edited words are left as they are, and that is said.
+  memo.setPlainText(QStringLiteral("欠席するつもりです。"));
+  Press(Child<QPushButton>(window, u"cmAccept"));
+  EXPECT_TRUE(saysThatWordsStay());
+  Press(Child<QPushButton>(window, u"cmDecline"));
   Menu(window, u"menuFilesMessages").actions()[0]->trigger();
   EXPECT_TRUE(Gone());
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

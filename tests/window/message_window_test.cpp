@@ -150,6 +150,40 @@ TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelle
   EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial))->contains("Content-"));
 }
 
+// Erased in the list of what waits, by another window or another program.
+TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
+  for (const bool isTold : {true, false}) {
+    SCOPED_TRACE(isTold);
+    const QString serial = Store(kDraft, kStatusWaiting);
+    MessageWindow& window = Open(serial);
+    Disk request(serial);
+    request.Let(QStringLiteral("erase"), true);
+    EXPECT_TRUE(MailStore(Context()).DeleteMessage(request));
+    if (isTold) {
+      window.MessagesChanged();
+    } else {
+      QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
+      QStringList said;
+      QTimer watch;
+      QObject::connect(&watch, &QTimer::timeout, &watch, [&said] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) return;
+        said.append(box->text());
+        box->button(QMessageBox::Ok)->click();
+      });
+      watch.start(20);
+      send->trigger();
+      EXPECT_EQ(said.size(), 2);
+      EXPECT_TRUE(said.value(1).contains(u"削除されています"));
+    }
+    EXPECT_EQ(Child<QTableWidget>(window, u"lvMailaddress").rowCount(), 0);
+    EXPECT_FALSE(Menu(window, u"menuFilesMessages").actions()[0]->isEnabled());
+    EXPECT_FALSE(Buttons(window).contains(QStringLiteral("mailup")));
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
+}
+
 // What was changed is stored too when the window goes on to another message.
 TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
   const QString first = Store(kPlain, 4);

@@ -135,8 +135,9 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   // Where no script is missing nothing is said; the page has answered by now.
   BrowserWindow& calm = open(plain);
   bool answered = false;
-  Child<QWebEngineView>(calm, u"wbUrl").page()->runJavaScript(
-      QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
+  Child<QWebEngineView>(calm, u"wbUrl")
+      .page()
+      ->runJavaScript(QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
   EXPECT_TRUE(WaitFor([&answered] { return answered; }));
   EXPECT_FALSE(bar(calm).isVisible());
   settings->Let(QStringLiteral("ScriptsAsked"), false);
@@ -160,7 +161,8 @@ TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
   }
   EXPECT_TRUE(WaitFor([&] { return other.asked.contains("/new"); }));
   bool answered = false;
-  view.page()->runJavaScript(QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
+  view.page()->runJavaScript(QStringLiteral("1"),
+                             [&answered](const QVariant&) { answered = true; });
   EXPECT_TRUE(WaitFor([&answered] { return answered; }));
   EXPECT_EQ(Browsers().size(), 3);
 }

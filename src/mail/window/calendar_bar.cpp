@@ -88,7 +88,7 @@ void CalendarBar::ShowAnswer(const QByteArray& reply, bool editable) {
   const std::optional<InvitationReply> answer = ReadReply(reply);
   setVisible(answer.has_value());
   if (!answer) return;
-  label_->setText(Ui::tr("予定への返事として、カレンダーに伝わります:"));
+  SayWordsStay(false);
   save_->hide();
   for (QPushButton* button : answers_) {
     button->setCheckable(true);
@@ -96,6 +96,12 @@ void CalendarBar::ShowAnswer(const QByteArray& reply, bool editable) {
     button->show();
   }
   Check(answer->answer);
+}
+
+void CalendarBar::SayWordsStay(bool stay) {
+  label_->setText(stay ? Ui::tr("予定への返事として、カレンダーに伝わります"
+                                "（本文の返事の言葉は変わっていません）:")
+                       : Ui::tr("予定への返事として、カレンダーに伝わります:"));
 }
 
 void CalendarBar::Check(InvitationAnswer answer) {

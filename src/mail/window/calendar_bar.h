@@ -22,6 +22,8 @@ class CalendarBar : public QFrame {
   /// Of a message that answers an invitation: the answer that goes along, which can be changed
   /// while the message can be. Hidden when `reply` is none.
   void ShowAnswer(const QByteArray& reply, bool editable);
+  /// Below an answer that was changed: that the message's own words did not follow it.
+  void SayWordsStay(bool stay);
 
  Q_SIGNALS:
   void Answered(const vorn::Invitation& invitation, vorn::InvitationAnswer answer);

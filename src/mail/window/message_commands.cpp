@@ -16,6 +16,7 @@
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "frame/start_up.h"
+#include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
 #include "kit/window/unasked_question.h"
@@ -36,7 +37,6 @@
 #include "mail/window/header_list.h"
 #include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
-#include "kit/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -113,7 +113,10 @@ void MessageWindow::Send() {
               QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
     return;
   }
-  if (!MaySendChangedFiles()) return;
+  if (!MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で"
+                                  "送信してよろしいですか？"))) {
+    return;
+  }
   const int before = request_->Number(kProcess);
   request_->Let(QStringLiteral("send"), true);
   request_->Let(kProcess, static_cast<int>(kStatusWaiting));
@@ -125,14 +128,11 @@ void MessageWindow::Send() {
   request_->Let(kProcess, before);
 }
 
-bool MessageWindow::MaySendChangedFiles() {
+bool MessageWindow::MayTakeChangedFiles(const QString& question) {
   const QStringList changed = lvClip_->ChangedFiles();
   if (changed.isEmpty()) return true;
   const auto answer =
-      ShowBox(this, QMessageBox::Question,
-              Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で送信して"
-                     "よろしいですか？")
-                  .arg(changed.join(Ui::tr("」「"))),
+      ShowBox(this, QMessageBox::Question, question.arg(changed.join(Ui::tr("」「"))),
               QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer == QMessageBox::Yes) lvClip_->AcceptChanges();
   return answer == QMessageBox::Yes;
@@ -154,7 +154,8 @@ void MessageWindow::CancelSending() {
   if (answer != QMessageBox::Ok) return;
   if (!MailStore(context_).CancelWaiting(*request_)) {
     ShowBox(this, QMessageBox::Information,
-            Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みです）。"));
+            Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
+                   "います）。"));
   }
   host_.MessageStored();
   Open();
@@ -429,7 +430,8 @@ void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAns
   calendar_->ShowAnswer(*model_.calendarReply, true);
 }
 
-// The words that were written for the answer before follow, where they still stand.
+// The words that were written for the answer before follow, where they still stand. Where they were
+// edited they are the user's own, and he is told that they may say something else now.
 void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   const auto before = ReadReply(model_.calendarReply.value_or(QByteArray()));
   if (!before) return;
@@ -443,6 +445,7 @@ void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   QTextCursor sentence = txMemo_->document()->find(AnswerText(before->answer).trimmed(), 0,
                                                    QTextDocument::FindCaseSensitively);
   if (!sentence.isNull()) sentence.insertText(AnswerText(answer).trimmed());
+  calendar_->SayWordsStay(sentence.isNull() && answer != before->answer);
   MarkEdited();
 }
 

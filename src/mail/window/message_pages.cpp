@@ -9,6 +9,7 @@
 #include <QToolBar>
 
 #include "frame/event_log.h"
+#include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "kit/window/tool_letter.h"
@@ -22,7 +23,6 @@
 #include "mail/window/header_list.h"
 #include "mail/window/memo_box.h"
 #include "mail/window/message_window.h"
-#include "kit/window/notice_bar.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -15,6 +15,7 @@
 
 #include "frame/start_up.h"
 #include "kit/window/icons.h"
+#include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/unasked_question.h"
 #include "mail/attachment_files.h"
@@ -28,7 +29,6 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
-#include "kit/window/notice_bar.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -109,6 +109,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   // One that is gone has nothing that could be edited or sent.
   const bool isGone = !opened.found && !request_->Flag(u"new") && opened.source.isEmpty();
   unreadable_ = opened.unreadable.has_value() || isGone;
+  if (isGone) request_->Let(kProcess, static_cast<int>(kStatusEdit));  // it waits no longer
   const bool editable = IsEditable();
   txSubject_->setText(opened.unreadable ? opened.unreadable->subject : model_.subject);
   txSubject_->setCursorPosition(0);
@@ -282,6 +283,10 @@ bool MessageWindow::StoreForClosing() {
   }
   if (sends || (IsEditable() && (isNew || edited_))) {
     if (sends && !HasSender()) return false;
+    if (!sends && !MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。"
+                                              "今の内容で保存してよろしいですか？"))) {
+      return false;
+    }
     if (!StoreEdited()) return false;  // the text stays
     if (sends) host_.SendMessage(tag_);
     return true;

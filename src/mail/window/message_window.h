@@ -87,7 +87,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ToolbarSend();
   void SendClicked();
   void Send();
-  bool MaySendChangedFiles();
+  /// Asks when an attached file is no longer what was attached; `question` holds "%1" for names.
+  bool MayTakeChangedFiles(const QString& question);
   bool MaySendOnceMore();
   void CancelSending();
   void ShowDoubt();
