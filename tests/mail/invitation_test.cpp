@@ -73,9 +73,11 @@ TEST(InvitationTest, ASeriesIsShownAndAnsweredWhole) {
       "DTSTART:20260211T010000Z\r\nSUMMARY:移動\r\nORGANIZER:mailto:Tanaka@example.jp\r\n"
       "ATTENDEE:mailto:sato@example.jp\r\nEND:VEVENT\r\n");
   QString other = moved;
-  other.replace(u"42@", u"43@").replace(u"移動", u"別の件");
+  other.replace(QStringLiteral("42@"), QStringLiteral("43@"))
+      .replace(QStringLiteral("移動"), QStringLiteral("別の件"));
   QString calendar = kCalendar;
-  calendar.replace(u"END:VCALENDAR", moved + other + QStringLiteral("END:VCALENDAR"));
+  calendar.replace(QStringLiteral("END:VCALENDAR"),
+                   moved + other + QStringLiteral("END:VCALENDAR"));
   const QString summary = CalendarSummary(calendar, false);
   for (const char16_t* subject : {u"定例会議", u"移動", u"別の件"}) {
     EXPECT_EQ(summary.count(QString::fromUtf16(subject)), 1) << summary.toStdString();
@@ -91,7 +93,8 @@ TEST(InvitationTest, ASeriesIsShownAndAnsweredWhole) {
   EXPECT_FALSE(changed.contains("ACCEPTED"));
   // A calendar of thousands of appointments is not written out.
   QString many = kCalendar;
-  many.replace(u"END:VCALENDAR", other.repeated(500) + QStringLiteral("END:VCALENDAR"));
+  many.replace(QStringLiteral("END:VCALENDAR"),
+               other.repeated(500) + QStringLiteral("END:VCALENDAR"));
   EXPECT_EQ(CalendarSummary(many, false).count(u"別の件"), 19);
 }
 

@@ -63,7 +63,7 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   }
   tmDialog_.stop();
   tmPlan_.stop();
-  counting_.stop();
+  unread_.Stop();
   // It may be its own menu that closes the program.
   if (TaskTray* tray = tasktray_.release()) {
     tray->Hide();

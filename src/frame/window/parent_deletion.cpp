@@ -12,18 +12,20 @@
 
 namespace vorn {
 
+namespace {
+
 // What else the deletion of an object touches.
-QString ParentWindow::DeletionWarning(const Disk& object) {
+QString DeletionWarning(Context& context, const Disk& object) {
   const QString key = object.SerialID();
   const QString type = object.Text(u"FormName");
   if (type == object_type::kProfile) {
     return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
-        .arg(PlatformPath(context_, QStringLiteral("/current/") + key));
+        .arg(PlatformPath(context, QStringLiteral("/current/") + key));
   }
   if (type == object_type::kFolder) {
     QStringList users;
     const DiskCollectionPtr folders =
-        SelectObjects(context_.Objects, *context_.Session, object_type::kFolder);
+        SelectObjects(context.Objects, *context.Session, object_type::kFolder);
     for (const DiskPtr& folder : *folders) {
       if (folder->SerialID() != key && folder->Text(u"Condition").contains(key)) {
         users.append(folder->Text(u"Object"));
@@ -35,13 +37,15 @@ QString ParentWindow::DeletionWarning(const Disk& object) {
     }
   }
   if (type == object_type::kAccount) {
-    const int waiting = CountWaiting(context_, object.Text(u"Mailaddress"));
+    const int waiting = CountWaiting(context, object.Text(u"Mailaddress"));
     if (waiting > 0) {
       return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
     }
   }
   return {};
 }
+
+}  // namespace
 
 void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
   const DiskPtr object = context_.Objects.Find(key);
@@ -50,7 +54,7 @@ void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
       object != nullptr && !object->Flag(u"System") && key != context_.Session->SerialID();
   if (mayGo) {
     QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
-    const QString warning = DeletionWarning(*object);
+    const QString warning = DeletionWarning(context_, *object);
     if (!warning.isEmpty()) question += u'\n' + warning;
     const auto answer = ShowBox(this, QMessageBox::Question, question,
                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);

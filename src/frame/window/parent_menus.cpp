@@ -10,12 +10,10 @@
 #include <QToolBar>
 #include <QUrl>
 
-#include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
-#include "mail/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/window/browser_window.h"
@@ -145,11 +143,14 @@ void ParentWindow::BuildFileMenu() {
   onNode.front()->setShortcut(Qt::Key_F2);
   connect(file, &QMenu::aboutToHide, this, [onNode] { onNode.front()->setEnabled(true); });
   file->addSeparator();
-  file->addAction(Ui::tr("くずかごを空にする(&E).."), this, &ParentWindow::EmptyDust);
+  file->addAction(Ui::tr("くずかごを空にする(&E).."), this, [this] { actions_.EmptyDust(); });
   file->addSeparator();
-  file->addAction(Ui::tr("ファイルから取り込む(&I).."), this, &ParentWindow::ImportFiles);
-  file->addAction(Ui::tr("フォルダから取り込む(&O).."), this, &ParentWindow::ImportFolder);
-  QAction* write = file->addAction(Ui::tr("フォルダの書き出し(&W).."), this, &ParentWindow::Export);
+  file->addAction(Ui::tr("ファイルから取り込む(&I).."), this, [this] { archive_.ImportFiles(); });
+  file->addAction(Ui::tr("フォルダから取り込む(&O).."), this, [this] { archive_.ImportFolder(); });
+  QAction* write = file->addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
+    const QString folder = CurrentFolder();
+    archive_.Export(folder, NodeText(folder));
+  });
   connect(file, &QMenu::aboutToShow, this,
           [this, write] { write->setEnabled(!CurrentFolder().isEmpty()); });
   file->addSeparator();
@@ -209,19 +210,6 @@ void ParentWindow::OpenWebPage(const QString& url) {
   request.serialId = context_.Data.NewSerialID();
   request.url = url;
   queue_.PostBrowserRequest(request);
-}
-
-void ParentWindow::EmptyDust() {
-  const auto answer =
-      ShowBox(this, QMessageBox::Question,
-              Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
-              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer != QMessageBox::Ok) return;
-  if (!vorn::EmptyDust(context_)) {
-    ShowBox(this, QMessageBox::Critical,
-            Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
-  }
-  MessageStored();
 }
 
 void ParentWindow::ClearEvents() {

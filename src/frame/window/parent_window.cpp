@@ -1,23 +1,22 @@
 #include "frame/window/parent_window.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QSoundEffect>
 #include <QSplitter>
 #include <QToolBar>
-#include <QUrl>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
 #include "frame/window/version_window.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "mail/archive/import_messages.h"
 #include "mail/drafts.h"
+#include "mail/mailto.h"
 #include "mail/outbox.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -61,11 +60,18 @@ ParentWindow::ParentWindow(Context& context)
       area_(new QMdiArea),
       unseen_(new QWidget(this)),
       splitter_(new QSplitter),
-      mmSound_(new QSoundEffect(this)) {
+      unread_(context, *tvConsole_, [this] { return traffic_.Control().Busy(); }),
+      notice_(context, *this, [this](const QString& serialId) { OpenMessage(0, serialId, false); }),
+      damage_(context, *this,
+              [this](const QString& sentence) {
+                AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
+                         context_.Session->Text(u"Object"), QStringLiteral("account"), sentence);
+              }),
+      actions_(context, *this, *this),
+      archive_(context, *this, *this, traffic_, tmPlan_) {
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   area_->setObjectName(QStringLiteral("mdiArea"));
-  mmSound_->setObjectName(QStringLiteral("mmSound"));
 
   splitter_->setObjectName(QStringLiteral("splitter"));
   splitter_->addWidget(tvConsole_);
@@ -92,8 +98,7 @@ ParentWindow::ParentWindow(Context& context)
   // Nobody who clicked has to wait for the next tick.
   queue_.OnPosted([this] { QTimer::singleShot(0, this, [this] { DispatchSoon(); }); });
   tmPlan_.start(kTickMs);
-  connect(&counting_, &QTimer::timeout, this, &ParentWindow::CountNextUnread);
-  watch_.OnDamage([this] { QTimer::singleShot(0, this, &ParentWindow::TellDamage); });
+  watch_.OnDamage([this] { QTimer::singleShot(0, this, [this] { damage_.Ask(); }); });
 }
 
 ParentWindow::~ParentWindow() {
@@ -149,11 +154,11 @@ void ParentWindow::LoadDefaultProperty() {
   tvConsole_->Fill();
   ApplySettings();
   OpenFolder(fixed_serial::kInbox);
-  CountUnreadSoon();
+  unread_.CountSoon();
   QTimer::singleShot(0, this, [this] {
     OfferDoubtful();
     OfferDrafts();
-    TellDamage();
+    damage_.Ask();
     watch_.Start();
   });
 }
@@ -232,7 +237,7 @@ void ParentWindow::tmPlan_Timer() {
   EndAfterSending();
   // What the user did shows at once, what a session brings when it has ended.
   if (foldersChanged_ || !traffic_.Control().Busy()) RefreshFolders();
-  if (context_.Data.HasDamage() && IsEnabled() && damageRest_.hasExpired()) TellDamage();
+  if (damage_.IsDue() && IsEnabled()) damage_.Ask();
 }
 
 // What arrived in a session shows up in the open folders by itself.
@@ -242,7 +247,7 @@ void ParentWindow::RefreshFolders() {
   if (stored == storedSeen_ && !foldersChanged_) return;
   storedSeen_ = stored;
   foldersChanged_ = false;
-  CountUnreadSoon();
+  unread_.CountSoon();
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     if (browser->IsLocal()) browser->Refresh();
   }
@@ -327,43 +332,7 @@ void ParentWindow::SetArrangement(int arrangement) {
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
-  if (Settings(context_)->Flag(u"MessageNoticeDialog")) AskToOpen(request);
-  PlayNoticeSound();
-}
-
-// The question waits beside what the user is doing: keys that are being typed are not its answer.
-void ParentWindow::AskToOpen(const Disk& request) {
-  const QStringList messages = request.Text(u"message").split(kLineBreak);
-  if (newMessages_ != nullptr) {
-    newMessages_->setProperty("messages",
-                              newMessages_->property("messages").toStringList() + messages);
-    return;
-  }
-  newMessages_ = new QMessageBox(QMessageBox::Question, kApplicationTitle,
-                                 Ui::tr("新着メッセージを受信しました。今すぐ開きますか？"),
-                                 QMessageBox::Ok | QMessageBox::Cancel, this);
-  newMessages_->setTextFormat(Qt::PlainText);
-  newMessages_->setDefaultButton(QMessageBox::Cancel);
-  newMessages_->setProperty("messages", messages);
-  newMessages_->setAttribute(Qt::WA_DeleteOnClose);
-  newMessages_->setAttribute(Qt::WA_ShowWithoutActivating);
-  newMessages_->setModal(false);
-  connect(newMessages_, &QMessageBox::finished, this,
-          [this, box = newMessages_.data()](int answer) {
-            if (answer != QMessageBox::Ok) return;
-            for (const QString& serialId : box->property("messages").toStringList()) {
-              OpenMessage(0, serialId, false);
-            }
-          });
-  newMessages_->show();
-}
-
-void ParentWindow::PlayNoticeSound() {
-  const DiskPtr settings = Settings(context_);
-  const QString file = settings->Text(u"MessageNoticeSoundFile");
-  if (!settings->Flag(u"MessageNoticeSound") || !QFileInfo(file).isFile()) return;
-  mmSound_->setSource(QUrl::fromLocalFile(file));
-  mmSound_->play();
+  notice_.Tell(request.Text(u"message").split(kLineBreak));
 }
 
 void ParentWindow::ApplySettings() {
@@ -420,7 +389,7 @@ void ParentWindow::RefreshNode(const QString& serialId) {
     anyStays = anyStays || !(isItsPage && isGone);
   }
   if (anyCloses && !anyStays) OpenFolder(fixed_serial::kInbox);
-  CountUnreadSoon();
+  unread_.CountSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
   // It may have another mail file now.
@@ -492,6 +461,21 @@ void ParentWindow::OpenMessage(int open, const QString& serialId, bool isNew) {
   request.file = context_.Session->Text(u"Mail");
   request.password = context_.Session->Text(u"password");
   queue_.PostMailRequest(request);
+}
+
+void ParentWindow::OpenArgument(const QString& argument) {
+  if (IsMailto(argument)) {
+    queue_.PostMailRequest(MailRequest::New(argument));
+    return;
+  }
+  QString error;
+  const QString serialId = TakeMessageFile(context_, argument, &error);
+  if (serialId.isEmpty()) {
+    ShowBox(this, QMessageBox::Critical, error);
+    return;
+  }
+  OpenMessage(0, serialId, false);
+  MessageStored();
 }
 
 void ParentWindow::SendMessage(const QString& serialId) {

@@ -1,37 +1,34 @@
 #pragma once
 
-#include <QDeadlineTimer>
-#include <QHash>
 #include <QMainWindow>
-#include <QPointer>
-#include <QSet>
 #include <QTimer>
 
 #include "frame/dispatcher.h"
 #include "frame/event_log.h"
 #include "frame/source_watch.h"
+#include "frame/window/archive_commands.h"
 #include "frame/window/console_tree.h"
+#include "frame/window/damage_questions.h"
+#include "frame/window/message_actions.h"
+#include "frame/window/new_message_notice.h"
 #include "frame/window/status_bar.h"
+#include "frame/window/unread_counter.h"
 #include "mail/window/message_host.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
-#include "storage/known_damage.h"
 #include "transfer/mail_traffic.h"
 
 class QAction;
 class QMdiArea;
-class QMessageBox;
 class QMenu;
 class QSplitter;
 class QToolBar;
-class QSoundEffect;
 
 namespace vorn {
 
 class BrowserWindow;
 class TaskTray;
-struct ExportOutcome;
 
 /// The main window "parent": the console tree, the browser windows in their area, the menus and the
 /// status bar. It owns the request queue and the mail traffic and drives both by its timers.
@@ -86,7 +83,9 @@ class ParentWindow : public QMainWindow,
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
   void WriteTo(const QString& mailto) override { queue_.PostMailRequest(MailRequest::New(mailto)); }
   void ActOnMessages(MessageAction action, const QStringList& messages,
-                     const QString& folder) override;
+                     const QString& folder) override {
+    actions_.Act(action, messages, folder);
+  }
   BrowserWindow* NewBrowserWindow() override;
   BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) override;
   void BrowserOpened() override { ArrangeWindows(); }
@@ -120,12 +119,6 @@ class ParentWindow : public QMainWindow,
   void BuildDisplayMenu();
   void BuildBookmarkMenu();
   void FillBookmarkMenu(QMenu* menu);
-  void EmptyDust();
-  void ImportFiles();
-  void ImportFolder();
-  void Import(const QStringList& paths);
-  void Export();
-  void TellExported(const ExportOutcome& outcome);
   void BuildToolbar();
   void BuildHelpMenu();
   void ShowGuide();
@@ -134,8 +127,6 @@ class ParentWindow : public QMainWindow,
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
-  void EndChange(bool done, const QStringList& underWay = {});
-  void ChangeDust(const QStringList& messages, bool dust);
   bool MayEndSending();
   void EndAfterSending();
   void KeepPlacement();
@@ -144,16 +135,10 @@ class ParentWindow : public QMainWindow,
   BrowserWindow* NewUnseenBrowser();
   QWidget* FrontWindow();
   BrowserWindow* ActiveBrowser() const;
-  void CountUnreadSoon();
-  void CountNextUnread();
   void ClearEvents();
-  void AskToOpen(const Disk& request);
-  void PlayNoticeSound();
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
   void OfferDoubtful();
-  void TellDamage();
-  void TellOneDamage(const KnownDamage& damage);
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag);
   void OpenFolder(const QString& serialId);
@@ -161,7 +146,6 @@ class ParentWindow : public QMainWindow,
                   const QString& event = {});
   void NewMessage();
   void PostNewObject(const QString& type, const QString& parent);
-  QString DeletionWarning(const Disk& object);
   void DeleteObject(const QString& key, const QString& tag);
   void OpenEvent(const QString& serialId);
   void DispatchSoon();
@@ -183,19 +167,17 @@ class ParentWindow : public QMainWindow,
   QWidget* unseen_;  // holds pages that are only printed
   QSplitter* splitter_;
   QToolBar* tbMain_ = nullptr;
-  QSoundEffect* mmSound_;
-  QPointer<QMessageBox> newMessages_;  // the question whether to open them
   std::unique_ptr<TaskTray> tasktray_;
   QAction* version_ = nullptr;  // the menu entries that the notification area's menu shares
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
-  QTimer counting_;
-  QStringList toCount_;                       // folders whose unopened messages are to be counted
-  QHash<QString, QDeadlineTimer> uncounted_;  // how long each is not counted again
+  UnreadCounter unread_;
+  NewMessageNotice notice_;
+  DamageQuestions damage_;
+  MessageActions actions_;
+  ArchiveCommands archive_;
   std::vector<RequestWindow*> windows_;
-  QSet<QString> damageTold_;  // the files that were told of since the start
-  QDeadlineTimer damageRest_;
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;

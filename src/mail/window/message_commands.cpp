@@ -5,12 +5,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPointer>
 #include <QSaveFile>
-#include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <cmath>
 #include <utility>
 
 #include "auxiliary/window/address_window.h"
@@ -19,7 +16,6 @@
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
-#include "kit/window/unasked_question.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
@@ -33,9 +29,8 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/code_dialog.h"
 #include "mail/window/doubt_bar.h"
-#include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
-#include "mail/window/html_view.h"
+#include "mail/window/message_body.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -50,7 +45,6 @@ namespace {
 const QString kProcess = QStringLiteral("process");
 constexpr qsizetype kSourceShown = 1024 * 1024;
 constexpr QSize kSourceSize(720, 560);
-constexpr double kZoomStep = 1.1;
 
 bool HasKind(const QList<AddressEntry>& addresses, std::initializer_list<QStringView> kinds) {
   return std::any_of(addresses.begin(), addresses.end(), [&kinds](const AddressEntry& entry) {
@@ -260,7 +254,7 @@ void MessageWindow::ChooseFolders() {
 // Whether there is nothing to work with, which is told.
 bool MessageWindow::TellUnreadable() {
   if (!unreadable_) return false;
-  ShowBox(this, QMessageBox::Critical, txMemo_->toPlainText());
+  ShowBox(this, QMessageBox::Critical, body_->Text()->toPlainText());
   return true;
 }
 
@@ -299,8 +293,7 @@ void MessageWindow::PrintClicked() {
                        context_.Data.NewSerialID() + QStringLiteral(".html");
   QFile file(path);
   // What is in front is what is printed.
-  const bool showsHtml = tsBody_->currentIndex() == 1 && tsBody_->isTabVisible(1);
-  const QByteArray page = PrintPage(CurrentModel(), showsHtml ? ShownHtml() : QString());
+  const QByteArray page = PrintPage(CurrentModel(), body_->HtmlInFront());
   if (MakePrivateFolder(context_.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
       file.write(page) == page.size() && file.flush()) {
     host_.PrintPageFile(path);
@@ -324,7 +317,7 @@ void MessageWindow::ShowSource() {
   dialog->resize(kSourceSize);
   auto* text = new QPlainTextEdit(DecodeAutomatically(source.left(kSourceShown), Charset(), true));
   text->setReadOnly(true);
-  text->setFont(txMemo_->font());
+  text->setFont(body_->Text()->font());
   auto* layout = new QVBoxLayout(dialog);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(text);
@@ -392,26 +385,6 @@ void MessageWindow::InsertRows(const QString& addressLines) {
   }
 }
 
-void MessageWindow::AskForReceipt() {
-  request_->Let(QStringLiteral("notice"), false);
-  const auto answer = ShowUnaskedBox(
-      this, QMessageBox::Question,
-      Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  if (answer != QMessageBox::Yes) return;
-  const DiskPtr settings = context_.Objects.Find(fixed_serial::kSettings);
-  const bool edits = settings != nullptr && settings->Flag(u"ReceiveNoticeEdit");
-  MailRequest receipt;
-  receipt.open = static_cast<int>(OpenMode::Receipt);
-  // A reply that was opened at once has an identifier of its own.
-  receipt.serialId = request_->Text(u"original", tag_);
-  receipt.isNew = true;
-  receipt.db = static_cast<int>(DatabaseKind::Mail);
-  receipt.show = edits ? kShowModeless : kShowHidden;
-  receipt.autoSend = !edits;
-  host_.PostMail(receipt);
-}
-
 // The answer goes to the organizer, from the address that was invited; the user sees it first.
 void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAnswer answer) {
   TurnInto(OpenMode::Reply);
@@ -426,7 +399,7 @@ void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAns
       {ParseAddressEntry(QStringLiteral("TO: ") + invitation.organizer, true), sender}, true);
   txSubject_->setText(AnswerSubject(answer, invitation.summary));
   txSubject_->setCursorPosition(0);
-  txMemo_->setPlainText(AnswerText(answer));
+  body_->Text()->setPlainText(AnswerText(answer));
   calendar_->ShowAnswer(*model_.calendarReply, true);
 }
 
@@ -442,8 +415,8 @@ void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
     txSubject_->setText(
         QString(subject).replace(at, former.size(), AnswerSubject(answer, before->summary)));
   }
-  QTextCursor sentence = txMemo_->document()->find(AnswerText(before->answer).trimmed(), 0,
-                                                   QTextDocument::FindCaseSensitively);
+  QTextCursor sentence = body_->Text()->document()->find(AnswerText(before->answer).trimmed(), 0,
+                                                         QTextDocument::FindCaseSensitively);
   if (!sentence.isNull()) sentence.insertText(AnswerText(answer).trimmed());
   calendar_->SayWordsStay(sentence.isNull() && answer != before->answer);
   MarkEdited();
@@ -460,50 +433,7 @@ void MessageWindow::ShowNeighbour(int step) {
     if (const QVariant value = request_->Get(name); value.isValid()) next->Let(name, value);
   }
   LoadDefaultProperty(next, true);
-  AskForReceiptSoon();
-}
-
-void MessageWindow::FindText(const QString& text, bool backward) {
-  if (wbHtml_ != nullptr && tsBody_->currentWidget() == htmlPage_) {
-    wbHtml_->Find(text, backward, [find = QPointer<FindBar>(find_)](bool found) {
-      if (find != nullptr) find->ShowFound(found);
-    });
-    return;
-  }
-  const QTextDocument::FindFlags flags =
-      backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
-  if (txMemo_->find(text, flags)) {
-    find_->ShowFound(true);
-    return;
-  }
-  // Once more from the other end.
-  QTextCursor cursor = txMemo_->textCursor();
-  const QTextCursor place = cursor;
-  cursor.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
-  txMemo_->setTextCursor(cursor);
-  const bool found = txMemo_->find(text, flags);
-  if (!found) txMemo_->setTextCursor(place);
-  find_->ShowFound(found);
-}
-
-void MessageWindow::ZoomBy(int steps) {
-  zoom_ += steps;
-  txMemo_->zoomIn(steps);
-  if (wbHtml_ != nullptr) wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
-}
-
-void MessageWindow::MakeHtmlView() {
-  if (wbHtml_ != nullptr) return;
-  wbHtml_ = new HtmlView(context_.TempFolder);
-  htmlPage_->layout()->addWidget(wbHtml_);
-  connect(wbHtml_, &HtmlView::MessageWanted, this,
-          [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
-  wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
-}
-
-void MessageWindow::ShowHtml() {
-  MakeHtmlView();
-  wbHtml_->Show(ShownHtml());
+  receipt_.AskSoon(request_);
 }
 
 }  // namespace vorn

@@ -17,7 +17,7 @@
 #include "mail/mail_store.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"
-#include "mail/window/find_bar.h"
+#include "mail/window/message_body.h"
 #include "mail/window/message_window.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
@@ -157,7 +157,7 @@ QMenu* MessageWindow::BuildEditMenu() {
   menu->addAction(Ui::tr("検索(&F).."), this,
                   [this] {
                     tsPage_->setCurrentIndex(0);  // where the text is
-                    find_->Open();
+                    body_->OpenFind();
                   })
       ->setShortcut(QKeySequence::Find);
   connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
@@ -205,9 +205,9 @@ void MessageWindow::BuildViewMenu() {
   add(Ui::tr("次のメッセージ(&N)"), QKeySequence(Qt::CTRL | Qt::Key_PageDown),
       [this] { ShowNeighbour(1); });
   menu->addSeparator();
-  add(Ui::tr("拡大(&I)"), QKeySequence::ZoomIn, [this] { ZoomBy(1); });
-  add(Ui::tr("縮小(&O)"), QKeySequence::ZoomOut, [this] { ZoomBy(-1); });
-  add(Ui::tr("元の大きさ(&0)"), QKeySequence(Qt::CTRL | Qt::Key_0), [this] { ZoomBy(-zoom_); });
+  add(Ui::tr("拡大(&I)"), QKeySequence::ZoomIn, [this] { body_->ZoomBy(1); });
+  add(Ui::tr("縮小(&O)"), QKeySequence::ZoomOut, [this] { body_->ZoomBy(-1); });
+  add(Ui::tr("元の大きさ(&0)"), QKeySequence(Qt::CTRL | Qt::Key_0), [this] { body_->ZoomBack(); });
   menu->addSeparator();
   add(Ui::tr("ソースを表示(&S)"), QKeySequence(Qt::CTRL | Qt::Key_U), &MessageWindow::ShowSource);
 }

@@ -1,6 +1,5 @@
 // The message window's pages and controls.
 
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,9 +18,8 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/file_drop.h"
-#include "mail/window/find_bar.h"
 #include "mail/window/header_list.h"
-#include "mail/window/memo_box.h"
+#include "mail/window/message_body.h"
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
 
@@ -90,12 +88,12 @@ void MessageWindow::BuildControls() {
   });
   connect(lvHeader_, &HeaderList::Edited, this, edited);
   connect(lvMailaddress_, &AddressList::TabbedOut, this, [this] {
-    QWidget* next = lvClip_->isVisible() ? lvClip_ : tsBody_->currentWidget();
+    QWidget* next = lvClip_->isVisible() ? lvClip_ : body_->InFront();
     next->setFocus(Qt::TabFocusReason);
   });
   connect(lvHeader_, &HeaderList::TabbedOut, this,
           [this] { txReference_->setFocus(Qt::TabFocusReason); });
-  connect(txMemo_, &QPlainTextEdit::textChanged, this, edited);
+  connect(body_->Text(), &QPlainTextEdit::textChanged, this, edited);
   connect(txReference_, &QPlainTextEdit::textChanged, this, edited);
   connect(txInReplayTo_, &QLineEdit::textEdited, this, edited);
 }
@@ -128,38 +126,13 @@ QWidget* MessageWindow::BuildMailPage() {
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 2, lbClip_, lvClip_);
-  grid->addWidget(BuildBody(), 3, 0, 1, 2);
+  body_ = new MessageBody(context_.TempFolder,
+                          [this](const QMimeData& given) { return lvClip_->Take(given); });
+  connect(body_, &MessageBody::MessageWanted, this,
+          [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
+  grid->addWidget(body_, 3, 0, 1, 2);
   grid->setRowStretch(3, 1);
   return page;
-}
-
-// The text, with the HTML part beside it when there is one, and the line that finds.
-QWidget* MessageWindow::BuildBody() {
-  txMemo_ = new MemoBox([this](const QMimeData& given) { return lvClip_->Take(given); });
-  txMemo_->setObjectName(QStringLiteral("txMemo"));
-  txMemo_->setAccessibleName(Ui::tr("本文"));
-  txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  htmlPage_ = new QWidget;
-  auto* htmlLayout = new QVBoxLayout(htmlPage_);
-  htmlLayout->setContentsMargins(0, 0, 0, 0);
-  tsBody_ = new QTabWidget;
-  tsBody_->setObjectName(QStringLiteral("tsBody"));
-  tsBody_->setDocumentMode(true);
-  tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
-  tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
-  connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
-    if (tsBody_->widget(index) == htmlPage_) ShowHtml();
-  });
-
-  find_ = new FindBar;
-  connect(find_, &FindBar::FindWanted, this, &MessageWindow::FindText);
-  connect(find_, &FindBar::Closed, this, [this] { tsBody_->currentWidget()->setFocus(); });
-  auto* body = new QWidget;
-  auto* layout = new QVBoxLayout(body);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(tsBody_, 1);
-  layout->addWidget(find_);
-  return body;
 }
 
 QWidget* MessageWindow::BuildOptionPage() {

@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
 
@@ -17,7 +16,6 @@
 #include "kit/window/icons.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
-#include "kit/window/unasked_question.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/flag_string.h"
 #include "mail/compose_message.h"
@@ -29,6 +27,7 @@
 #include "mail/window/calendar_bar.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
+#include "mail/window/message_body.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
@@ -51,7 +50,7 @@ qint64 SizeOf(const ModelAttachment& attachment) {
 }  // namespace
 
 MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog& events)
-    : context_(context), host_(host), events_(events) {
+    : context_(context), host_(host), events_(events), receipt_(context, host, *this) {
   setObjectName(QStringLiteral("Mail"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   setAttribute(Qt::WA_DeleteOnClose);
@@ -126,18 +125,9 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   lvClip_->Show(model_.attachments, source_, editable);
   lvClip_->setVisible(!model_.attachments.empty());
   lbClip_->setVisible(!model_.attachments.empty());
-  txMemo_->setReadOnly(!editable);
-  txMemo_->setTextInteractionFlags(editable
-                                       ? Qt::TextEditorInteraction
-                                       : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  txMemo_->setPlainText(TextOf(opened));
-  tsBody_->setCurrentIndex(0);
   const bool hasHtml = !editable && !html_.isEmpty();
-  // Made before the window is shown: the first one would make the system's window anew.
-  if (hasHtml) MakeHtmlView();
-  tsBody_->setTabVisible(1, hasHtml);
-  tsBody_->setTabEnabled(1, hasHtml);  // else the keys reach it
-  tsBody_->tabBar()->setVisible(hasHtml);
+  body_->Show(TextOf(opened), editable,
+              hasHtml ? [this] { return ShownHtml(); } : std::function<QString()>());
   lvHeader_->Show(model_.headerRows, editable);
   txReference_->setPlainText(model_.references);
   txReference_->setReadOnly(!editable);
@@ -150,7 +140,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
     lvMailaddress_->setCurrentCell(lvMailaddress_->rowCount() - 1, 1);
     lvMailaddress_->setFocus();
   } else {
-    txMemo_->setFocus();
+    body_->Text()->setFocus();
   }
   edited_ = draftDue_ = false;
   changedState_ = 0;
@@ -203,7 +193,7 @@ MessageModel MessageWindow::CurrentModel() const {
   model.subject = txSubject_->text();
   model.report = model_.report;
   model.addresses = lvMailaddress_->Addresses();
-  model.text = txMemo_->toPlainText();
+  model.text = body_->Text()->toPlainText();
   model.attachments = lvClip_->Attachments();
   model.headerRows = lvHeader_->Rows();
   model.references = txReference_->toPlainText().simplified();
@@ -269,7 +259,7 @@ bool MessageWindow::StoreForClosing() {
     return true;
   }
   FinishEditing();
-  if (receiptDue_ != nullptr && request_->Flag(u"notice") && !host_.IsClosing()) AskForReceipt();
+  if (!host_.IsClosing()) receipt_.AskIfDue();
   const bool isNew = request_->Flag(u"new");
   const bool sends = request_->Flag(u"send");
   if (isNew && !sends) {
@@ -306,16 +296,7 @@ void MessageWindow::closeEvent(QCloseEvent* event) {
 void MessageWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::ActivationChange || !isActiveWindow() || request_ == nullptr) return;
-  AskForReceiptSoon();
-}
-
-void MessageWindow::AskForReceiptSoon() {
-  if (!request_->Flag(u"notice") || !Settings(context_)->Flag(u"ReceiveNotice")) return;
-  if (receiptDue_ != nullptr) return;
-  // Who has opened a reply is typing already.
-  receiptDue_ = new TypingPause(this, [this] {
-    if (request_->Flag(u"notice")) AskForReceipt();
-  });
+  receipt_.AskSoon(request_);
 }
 
 void MessageWindow::KeepDraftNow() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QTimer>
 
 #include "frame/request_window.h"
@@ -10,6 +9,7 @@
 #include "mail/mail_store.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
+#include "mail/window/receipt_question.h"
 #include "storage/context.h"
 
 class QActionGroup;
@@ -27,9 +27,8 @@ class AttachmentList;
 class CalendarBar;
 class DoubtBar;
 class EventLog;
-class FindBar;
 class HeaderList;
-class HtmlView;
+class MessageBody;
 class NoticeBar;
 
 /// The message window "Mail": shows one message, and edits a new or unsent one. It turns itself
@@ -67,7 +66,6 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   // Building, in message_pages.cpp.
   void BuildControls();
   QWidget* BuildMailPage();
-  QWidget* BuildBody();
   QWidget* BuildOptionPage();
   void ShowEventPage();
 
@@ -108,15 +106,9 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ShowReading();
   void ChoosePriority(int priority);
   void ChooseAddresses();
-  void AskForReceipt();
-  void AskForReceiptSoon();
   void AnswerInvitation(const Invitation& invitation, InvitationAnswer answer);
   void ChangeAnswer(InvitationAnswer answer);
   void ShowNeighbour(int step);
-  void FindText(const QString& text, bool backward);
-  void ZoomBy(int steps);
-  void MakeHtmlView();
-  void ShowHtml();
   void InsertRows(const QString& addressLines);
 
   /// Opens the request's message and fills the window.
@@ -163,9 +155,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   bool draftDue_ = false;
   bool closed_ = false;
   bool unreadable_ = false;  // nothing of it may be stored, sent or answered
-  int zoom_ = 0;
   QTimer drafts_;
-  QPointer<QObject> receiptDue_;  // the wait before the question for a receipt
+  ReceiptQuestion receipt_;
 
   QToolBar* tbMenu_ = nullptr;
   DoubtBar* doubt_ = nullptr;
@@ -178,11 +169,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QToolBar* tbMailaddress_ = nullptr;
   QLabel* lbClip_ = nullptr;
   AttachmentList* lvClip_ = nullptr;
-  QTabWidget* tsBody_ = nullptr;
-  QPlainTextEdit* txMemo_ = nullptr;
-  QWidget* htmlPage_ = nullptr;
-  HtmlView* wbHtml_ = nullptr;
-  FindBar* find_ = nullptr;
+  MessageBody* body_ = nullptr;
   HeaderList* lvHeader_ = nullptr;
   QPlainTextEdit* txReference_ = nullptr;
   QLineEdit* txInReplayTo_ = nullptr;

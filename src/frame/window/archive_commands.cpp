@@ -1,4 +1,4 @@
-// The main window's import and export of messages, and what the program is asked to open.
+#include "frame/window/archive_commands.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -6,15 +6,15 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
+#include <QSignalBlocker>
+#include <QTimer>
 
-#include "frame/window/parent_window.h"
 #include "kit/window/plain_text.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
-#include "mail/mailto.h"
 #include "objects/object_types.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
+#include "transfer/mail_traffic.h"
 
 namespace vorn {
 namespace {
@@ -79,29 +79,29 @@ QList<FormatChoice> Formats() {
 
 }  // namespace
 
-void ParentWindow::ImportFiles() {
+void ArchiveCommands::ImportFiles() {
   Import(QFileDialog::getOpenFileNames(
-      this, Ui::tr("メッセージの取り込み"), QString(),
+      &window_, Ui::tr("メッセージの取り込み"), QString(),
       Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")));
 }
 
-void ParentWindow::ImportFolder() {
+void ArchiveCommands::ImportFolder() {
   const QString folder = QFileDialog::getExistingDirectory(
-      this, Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
+      &window_, Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
   if (!folder.isEmpty()) Import({folder});
 }
 
-void ParentWindow::Import(const QStringList& paths) {
+void ArchiveCommands::Import(const QStringList& paths) {
   if (paths.isEmpty()) return;
   if (traffic_.Control().Busy()) {
-    ShowBox(this, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
+    ShowBox(&window_, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
     return;
   }
-  const QSignalBlocker noSession(tmPlan_);
+  const QSignalBlocker noSession(sessions_);
   ImportCounts counts;
   QString error;
   {
-    ProgressWindow progress(this, Ui::tr("メッセージの取り込み"));
+    ProgressWindow progress(&window_, Ui::tr("メッセージの取り込み"));
     for (const QString& path : paths) {
       if (!ImportMessages(context_, path, QString(), &counts, &error,
                           [&progress](int done) { return progress.Show(done); })) {
@@ -109,40 +109,40 @@ void ParentWindow::Import(const QStringList& paths) {
       }
     }
   }
-  MessageStored();
+  host_.MessageStored();
+  const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
   const QString text =
       Ui::tr("%1通を「%2」に取り込みました。")
           .arg(counts.imported)
-          .arg(NodeText(fixed_serial::kInbox)) +
+          .arg(inbox == nullptr ? QString() : inbox->Text(u"Object")) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
   if (!error.isEmpty()) {
-    ShowBox(this, QMessageBox::Warning, error + u'\n' + text);
+    ShowBox(&window_, QMessageBox::Warning, error + u'\n' + text);
   } else if (!counts.unreadable.isEmpty()) {
-    WarnOf(this, text,
+    WarnOf(&window_, text,
            Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
                .arg(counts.unreadable.size()),
            counts.unreadable);
   } else {
-    ShowBox(this, QMessageBox::Information, text);
+    ShowBox(&window_, QMessageBox::Information, text);
   }
 }
 
-void ParentWindow::Export() {
-  const QString folder = CurrentFolder();
+void ArchiveCommands::Export(const QString& folder, const QString& name) {
   if (folder.isEmpty()) return;
   QStringList filters;
   for (const FormatChoice& choice : Formats()) filters.append(choice.filter);
   QString filter;
   QString path =
-      QFileDialog::getSaveFileName(this, Ui::tr("フォルダ「%1」の書き出し").arg(NodeText(folder)),
-                                   NodeText(folder), filters.join(QStringLiteral(";;")), &filter);
+      QFileDialog::getSaveFileName(&window_, Ui::tr("フォルダ「%1」の書き出し").arg(name), name,
+                                   filters.join(QStringLiteral(";;")), &filter);
   if (path.isEmpty()) return;
   const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
   // The dialog asked about the name as it was typed.
   if (!path.endsWith(choice.suffix)) {
     path += choice.suffix;
     if (QFileInfo::exists(path) &&
-        ShowBox(this, QMessageBox::Question,
+        ShowBox(&window_, QMessageBox::Question,
                 Ui::tr("「%1」は既にあります。上書きしますか？").arg(path),
                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes) {
       return;
@@ -150,7 +150,7 @@ void ParentWindow::Export() {
   }
   ExportOutcome outcome;
   {
-    ProgressWindow progress(this, Ui::tr("メッセージの書き出し"));
+    ProgressWindow progress(&window_, Ui::tr("メッセージの書き出し"));
     outcome = ExportMessages(context_, {folder, choice.format, path, true},
                              [&progress](int written) { return progress.Show(written); });
   }
@@ -158,35 +158,20 @@ void ParentWindow::Export() {
 }
 
 // What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
-void ParentWindow::TellExported(const ExportOutcome& outcome) {
+void ArchiveCommands::TellExported(const ExportOutcome& outcome) {
   if (!outcome.complete) {
-    ShowBox(this, QMessageBox::Warning, outcome.error);
+    ShowBox(&window_, QMessageBox::Warning, outcome.error);
     return;
   }
   const QString text = Ui::tr("%1通を書き出しました。").arg(outcome.count);
   if (outcome.unreadable.isEmpty()) {
-    ShowBox(this, QMessageBox::Information, text);
+    ShowBox(&window_, QMessageBox::Information, text);
     return;
   }
-  WarnOf(this, text,
+  WarnOf(&window_, text,
          Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
              .arg(outcome.unreadable.size()),
          outcome.unreadable);
-}
-
-void ParentWindow::OpenArgument(const QString& argument) {
-  if (IsMailto(argument)) {
-    queue_.PostMailRequest(MailRequest::New(argument));
-    return;
-  }
-  QString error;
-  const QString serialId = TakeMessageFile(context_, argument, &error);
-  if (serialId.isEmpty()) {
-    ShowBox(this, QMessageBox::Critical, error);
-    return;
-  }
-  OpenMessage(0, serialId, false);
-  MessageStored();
 }
 
 }  // namespace vorn

@@ -1,12 +1,10 @@
-// What the main window says of damaged files, and the user's decision about them.
+#include "frame/window/damage_questions.h"
 
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "frame/window/parent_window.h"
 #include "kit/window/plain_text.h"
 #include "objects/profile.h"
-#include "storage/known_damage.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -14,30 +12,36 @@ namespace {
 
 constexpr int kRestMs = 10000;  // between two attempts to keep what cannot be kept
 
+QString WhatIsDamaged(const KnownDamage& damage) {
+  if (damage.parts != QStringList{kOlderFile}) {
+    return Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
+  }
+  return Ui::tr(
+             "データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、"
+             "記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを"
+             "確かめてください。")
+      .arg(damage.file);
+}
+
 }  // namespace
 
-// Each file once per start.
-void ParentWindow::TellDamage() {
+bool DamageQuestions::IsDue() const {
+  return context_.Data.HasDamage() && rest_.hasExpired();
+}
+
+void DamageQuestions::Ask() {
   const QList<KnownDamage> undecided = UndecidedDamage(context_);
-  if (context_.Data.HasDamage()) damageRest_.setRemainingTime(kRestMs);
+  if (context_.Data.HasDamage()) rest_.setRemainingTime(kRestMs);
   for (const KnownDamage& damage : undecided) {
-    if (damageTold_.contains(damage.file)) continue;
-    damageTold_.insert(damage.file);
-    TellOneDamage(damage);
+    if (told_.contains(damage.file)) continue;
+    told_.insert(damage.file);
+    AskAbout(damage);
   }
 }
 
-void ParentWindow::TellOneDamage(const KnownDamage& damage) {
-  const QString what =
-      damage.parts == QStringList{kOlderFile}
-          ? Ui::tr(
-                "データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、"
-                "記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを"
-                "確かめてください。")
-                .arg(damage.file)
-          : Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
-  AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
-           context_.Session->Text(u"Object"), QStringLiteral("account"), what);
+void DamageQuestions::AskAbout(const KnownDamage& damage) {
+  const QString what = WhatIsDamaged(damage);
+  record_(what);
   QMessageBox box(
       QMessageBox::Warning, kApplicationTitle,
       what +
@@ -48,7 +52,7 @@ void ParentWindow::TellOneDamage(const KnownDamage& damage) {
               "読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、"
               "バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めない"
               "かを調べられます。"),
-      QMessageBox::NoButton, this);
+      QMessageBox::NoButton, &window_);
   box.setTextFormat(Qt::PlainText);
   box.setObjectName(QStringLiteral("damage"));
   QPushButton* receive = box.addButton(Ui::tr("それでも受信する"), QMessageBox::AcceptRole);
@@ -56,10 +60,13 @@ void ParentWindow::TellOneDamage(const KnownDamage& damage) {
   box.setDefaultButton(later);
   box.setEscapeButton(later);
   box.exec();
-  if (box.clickedButton() != receive) return;
+  if (box.clickedButton() == receive) Accept(damage.file);
+}
+
+void DamageQuestions::Accept(const QString& name) {
   for (const QString& file : ProfileFiles(context_, *context_.Session)) {
-    if (!file.endsWith(u'/' + damage.file) || AcceptDamage(context_, file)) continue;
-    ShowBox(this, QMessageBox::Critical,
+    if (!file.endsWith(u'/' + name) || AcceptDamage(context_, file)) continue;
+    ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("判断を保存できません。") + context_.Data.LastError().text);
   }
 }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QStringList>
+
+#include "mail/window/message_host.h"
+#include "present/window/browser_host.h"
+#include "storage/context.h"
+
+class QWidget;
+
+namespace vorn {
+
+/// What is done with messages of the folders' pages: filed, thrown away, taken back, deleted. The
+/// user is asked before what cannot be undone, and told of what did not work.
+class MessageActions {
+ public:
+  /// Boxes stand before `window`; `host` learns of every change.
+  MessageActions(Context& context, QWidget& window, MessageHost& host)
+      : context_(context), window_(window), host_(host) {}
+
+  /// On messages that are shown in `folder`.
+  void Act(MessageAction action, const QStringList& messages, const QString& folder);
+  /// Messages of the page of `from` were dropped on a folder of the tree.
+  void Drop(const QStringList& messages, const QString& folder, const QString& from);
+  /// Deletes all that was thrown away, after a question.
+  void EmptyDust();
+
+ private:
+  void ChooseFolder(const QStringList& messages, const QString& folder);
+  void ChangeDust(const QStringList& messages, bool dust);
+  void Delete(const QStringList& messages);
+  bool IsFilledByHand(const QString& folder) const;
+  void End(bool done, const QStringList& underWay = {});
+
+  Context& context_;
+  QWidget& window_;
+  MessageHost& host_;
+};
+
+}  // namespace vorn

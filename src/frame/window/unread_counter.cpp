@@ -1,0 +1,50 @@
+#include "frame/window/unread_counter.h"
+
+#include <QElapsedTimer>
+
+#include "frame/window/console_tree.h"
+#include "objects/object_types.h"
+#include "present/unread_count.h"
+
+namespace vorn {
+namespace {
+
+// Between two folders' counts, so that clicks and keys come in between.
+constexpr int kPauseMs = 30;
+constexpr int kLaterMs = 1000;
+// A folder whose counting is slow is left alone for so many times as long.
+constexpr qint64 kShare = 50;
+
+}  // namespace
+
+UnreadCounter::UnreadCounter(Context& context, ConsoleTree& tree, std::function<bool()> isBusy)
+    : context_(context), tree_(tree), isBusy_(std::move(isBusy)) {
+  connect(&timer_, &QTimer::timeout, this, &UnreadCounter::CountNext);
+}
+
+void UnreadCounter::CountSoon() {
+  folders_ = tree_.Folders();
+  timer_.start(kPauseMs);
+}
+
+void UnreadCounter::CountNext() {
+  if (isBusy_()) return;  // what arrives is counted once, at the end
+  if (folders_.isEmpty()) {
+    timer_.stop();
+    return;
+  }
+  const QString folder = folders_.takeFirst();
+  // What was thrown away does not wait to be read.
+  if (folder == fixed_serial::kDust) return;
+  if (!rests_[folder].hasExpired()) {
+    folders_.append(folder);
+    timer_.start(kLaterMs);
+    return;
+  }
+  QElapsedTimer clock;
+  clock.start();
+  tree_.SetUnread(folder, CountUnread(context_, folder));
+  rests_[folder].setRemainingTime(kShare * clock.elapsed());
+}
+
+}  // namespace vorn

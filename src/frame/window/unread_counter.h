@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+#include <functional>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+class ConsoleTree;
+
+/// Counts the unopened messages of the tree's folders, one folder at a time in idle moments, and
+/// shows the counts in the tree.
+class UnreadCounter : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `isBusy` tells when the counting has to wait.
+  UnreadCounter(Context& context, ConsoleTree& tree, std::function<bool()> isBusy);
+  /// Begins anew with all folders.
+  void CountSoon();
+  void Stop() { timer_.stop(); }
+
+ private:
+  void CountNext();
+
+  Context& context_;
+  ConsoleTree& tree_;
+  std::function<bool()> isBusy_;
+  QTimer timer_;
+  QStringList folders_;                   // that are still to be counted
+  QHash<QString, QDeadlineTimer> rests_;  // how long each is not counted again
+};
+
+}  // namespace vorn

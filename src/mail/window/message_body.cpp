@@ -1,0 +1,119 @@
+#include "mail/window/message_body.h"
+
+#include <QFontDatabase>
+#include <QPointer>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <cmath>
+
+#include "mail/window/find_bar.h"
+#include "mail/window/html_view.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr double kZoomStep = 1.1;
+constexpr int kHtmlTab = 1;
+
+}  // namespace
+
+MessageBody::MessageBody(QString workFolder, MemoBox::Taker taker)
+    : workFolder_(std::move(workFolder)),
+      tsBody_(new QTabWidget),
+      txMemo_(new MemoBox(std::move(taker))),
+      htmlPage_(new QWidget),
+      find_(new FindBar) {
+  txMemo_->setObjectName(QStringLiteral("txMemo"));
+  txMemo_->setAccessibleName(Ui::tr("本文"));
+  txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  auto* htmlLayout = new QVBoxLayout(htmlPage_);
+  htmlLayout->setContentsMargins(0, 0, 0, 0);
+  tsBody_->setObjectName(QStringLiteral("tsBody"));
+  tsBody_->setDocumentMode(true);
+  tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
+  tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
+  connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
+    if (index == kHtmlTab) ShowHtml();
+  });
+  connect(find_, &FindBar::FindWanted, this, &MessageBody::Find);
+  connect(find_, &FindBar::Closed, this, [this] { InFront()->setFocus(); });
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(tsBody_, 1);
+  layout->addWidget(find_);
+}
+
+void MessageBody::Show(const QString& text, bool editable, std::function<QString()> html) {
+  html_ = std::move(html);
+  txMemo_->setReadOnly(!editable);
+  txMemo_->setTextInteractionFlags(editable
+                                       ? Qt::TextEditorInteraction
+                                       : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  txMemo_->setPlainText(text);
+  tsBody_->setCurrentIndex(0);
+  const bool hasHtml = static_cast<bool>(html_);
+  // Made before the window is shown: the first one would make the system's window anew.
+  if (hasHtml) MakeHtmlView();
+  tsBody_->setTabVisible(kHtmlTab, hasHtml);
+  tsBody_->setTabEnabled(kHtmlTab, hasHtml);  // else the keys reach it
+  tsBody_->tabBar()->setVisible(hasHtml);
+}
+
+QWidget* MessageBody::InFront() const {
+  return tsBody_->currentWidget();
+}
+
+QString MessageBody::HtmlInFront() const {
+  return InFront() == htmlPage_ && html_ ? html_() : QString();
+}
+
+void MessageBody::OpenFind() {
+  find_->Open();
+}
+
+void MessageBody::MakeHtmlView() {
+  if (wbHtml_ != nullptr) return;
+  wbHtml_ = new HtmlView(workFolder_);
+  htmlPage_->layout()->addWidget(wbHtml_);
+  connect(wbHtml_, &HtmlView::MessageWanted, this, &MessageBody::MessageWanted);
+  wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+}
+
+void MessageBody::ShowHtml() {
+  MakeHtmlView();
+  if (html_) wbHtml_->Show(html_());
+}
+
+void MessageBody::ZoomBy(int steps) {
+  zoom_ += steps;
+  txMemo_->zoomIn(steps);
+  if (wbHtml_ != nullptr) wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+}
+
+void MessageBody::Find(const QString& text, bool backward) {
+  if (wbHtml_ == nullptr || InFront() != htmlPage_) {
+    find_->ShowFound(FindInText(text, backward));
+    return;
+  }
+  wbHtml_->Find(text, backward, [find = QPointer<FindBar>(find_)](bool found) {
+    if (find != nullptr) find->ShowFound(found);
+  });
+}
+
+// At the end it goes on from the other one.
+bool MessageBody::FindInText(const QString& text, bool backward) {
+  const QTextDocument::FindFlags flags =
+      backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+  if (txMemo_->find(text, flags)) return true;
+  QTextCursor cursor = txMemo_->textCursor();
+  const QTextCursor place = cursor;
+  cursor.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
+  txMemo_->setTextCursor(cursor);
+  const bool found = txMemo_->find(text, flags);
+  if (!found) txMemo_->setTextCursor(place);
+  return found;
+}
+
+}  // namespace vorn

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "mail/window/memo_box.h"
+
+class QTabWidget;
+
+namespace vorn {
+
+class FindBar;
+class HtmlView;
+
+/// The body of a message in its window: the text, the HTML part in a tab beside it, and the line
+/// that finds in whichever is in front.
+class MessageBody : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `workFolder` is that of the HTML view, `taker` gets what is pasted and dropped.
+  MessageBody(QString workFolder, MemoBox::Taker taker);
+
+  /// Shows a message with its text in front. `html` gives the HTML part each time that its tab
+  /// comes to the front; without it there is no such tab.
+  void Show(const QString& text, bool editable, std::function<QString()> html);
+  MemoBox* Text() const { return txMemo_; }
+  /// What is in front: the text's box or the HTML part.
+  QWidget* InFront() const;
+  /// The HTML part while it is in front, else nothing.
+  QString HtmlInFront() const;
+  /// Opens the line that finds.
+  void OpenFind();
+  void ZoomBy(int steps);
+  void ZoomBack() { ZoomBy(-zoom_); }
+
+ Q_SIGNALS:
+  /// A message to a "mailto:" address is wanted.
+  void MessageWanted(const QString& mailto);
+
+ private:
+  void MakeHtmlView();
+  void ShowHtml();
+  void Find(const QString& text, bool backward);
+  bool FindInText(const QString& text, bool backward);
+
+  QString workFolder_;
+  std::function<QString()> html_;
+  QTabWidget* tsBody_;
+  MemoBox* txMemo_;
+  QWidget* htmlPage_;
+  HtmlView* wbHtml_ = nullptr;  // made for the first message that has a part for it
+  FindBar* find_;
+  int zoom_ = 0;
+};
+
+}  // namespace vorn
