@@ -44,7 +44,8 @@ void PrintRow(const Recordset& row, bool asJson) {
 int ListTheRest(Context& context, const QString& folder, const QSet<QString>& printed,
                 bool asJson) {
   const FolderListing listing = ListFolderMessages(context, folder);
-  if (!listing.read || !OpenDatabase(context, DatabaseKind::Mail)) {
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!listing.read || !mail) {
     return Complain(
         QStringLiteral("一覧を最後まで読み込めません。") + context.Data.LastError().text,
         kExitFailure);
@@ -54,7 +55,6 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
     const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
     if (row != nullptr && !row->Eof()) PrintRow(*row, asJson);
   }
-  context.Data.Close();
   for (const UnreadableMessage& message : listing.unreadable) {
     Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
   }
@@ -73,20 +73,20 @@ int ListFolder(Context& context, const Arguments& arguments) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing() +
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
-  bool complete = OpenDatabase(context, DatabaseKind::Mail);
-  if (complete &&
-      context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
-    const RecordsetPtr rows = context.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) {
-      if (rows->IsRowDamaged()) continue;
-      PrintRow(*rows, asJson);
-      printed.insert(rows->SerialID());
+  bool complete = false;
+  {
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    if (mail && context.Data.OpenRecordset(select, CursorKind::ForwardOnly,
+                                           StatementTrust::UserCondition)) {
+      const RecordsetPtr rows = context.Data.Recordset();
+      for (; !rows->Eof(); rows->MoveNext()) {
+        if (rows->IsRowDamaged()) continue;
+        PrintRow(*rows, asJson);
+        printed.insert(rows->SerialID());
+      }
+      complete = !rows->Failed();
     }
-    complete = !rows->Failed();
-  } else {
-    complete = false;
   }
-  context.Data.Close();
   return complete ? kExitOk : ListTheRest(context, folder, printed, asJson);
 }
 

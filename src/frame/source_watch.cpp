@@ -80,22 +80,22 @@ void SourceWatch::End(const WalkOutcome& outcome) {
 }
 
 WalkPlace SourceWatch::LoadPlace(const QString& file) {
-  if (!OpenDatabase(context_, DatabaseKind::Profile)) return {};
+  const OpenedDatabase opened(context_, DatabaseKind::Profile);
+  if (!opened) return {};
   Disk stored(PlaceSerial(file));
   const bool loaded = stored.DatabaseToDisk(context_.Data);
-  context_.Data.Close();
   if (!loaded) return {};
   return {stored.Get(kDigested).toLongLong(), stored.Get(kVerified).toLongLong()};
 }
 
 // One that cannot be stored costs the next start some work.
 void SourceWatch::StorePlace(const QString& file, const WalkPlace& place) {
-  if (!OpenDatabase(context_, DatabaseKind::Profile)) return;
+  const OpenedDatabase opened(context_, DatabaseKind::Profile);
+  if (!opened) return;
   Disk stored(PlaceSerial(file));
   stored.Let(kDigested, QString::number(place.digested));
   stored.Let(kVerified, QString::number(place.verified));
   stored.DiskToDatabase(context_.Data);
-  context_.Data.Close();
 }
 
 }  // namespace vorn

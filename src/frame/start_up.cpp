@@ -77,13 +77,13 @@ bool SetListAside(Context& context) {
 }
 
 bool StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
-  bool stored = OpenDatabase(context, DatabaseKind::Navigator) && context.Data.Begin();
+  const OpenedDatabase navigator(context, DatabaseKind::Navigator);
+  bool stored = navigator && context.Data.Begin();
   for (const DiskPtr& profile : profiles) {
     stored = stored && profile->DiskToDatabase(context.Data);
   }
   stored = stored && context.Data.Commit();
   if (!stored) context.Data.Rollback();
-  context.Data.Close();
   if (!stored) return false;
   for (const DiskPtr& profile : profiles) context.Objects.Add(profile);
   context.Notices.append(Ui::tr("プロファイル一覧を、フォルダにある%1個のプロファイルから作り"

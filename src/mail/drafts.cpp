@@ -14,19 +14,19 @@ const QString kSource = QStringLiteral("Source");
 // The folders that the message is in already, when it was stored before; nothing when they cannot
 // be read.
 std::optional<QString> ReadStoredFolders(Context& context, const QString& message) {
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return std::nullopt;
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return std::nullopt;
   const std::optional<QString> folders = MessageRows(context.Data).FoldersOf(message);
-  context.Data.Close();
   return folders;
 }
 
 // Whether the message waits or was sent.
 bool HasGoneOn(Context& context, const QString& message) {
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return false;
   const RecordsetPtr row = MessageRows(context.Data).Of(message);
   const bool hasGone =
       row != nullptr && !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
-  context.Data.Close();
   return hasGone;
 }
 
@@ -47,8 +47,9 @@ bool Keep(Context& context, const QString& message, const QByteArray& source) {
 void Forget(Context& context, const QString& message) {
   const DiskPtr draft = context.Objects.Find(kPrefix + message);
   if (draft == nullptr) return;
-  if (OpenDatabase(context, DatabaseKind::Profile)) draft->Delete(context.Data);
-  context.Data.Close();
+  if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
+    draft->Delete(context.Data);
+  }
   context.Objects.Remove(kPrefix + message);
 }
 

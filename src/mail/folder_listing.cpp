@@ -103,7 +103,9 @@ class MessageSearch {
 FolderListing ListFolderMessages(Context& context, const QString& folder) {
   FolderListing listing;
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
-  if (select.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return listing;
+  if (select.isEmpty()) return listing;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return listing;
   listing.read = List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
                       listing.messages);
   if (!listing.read) {
@@ -111,7 +113,6 @@ FolderListing ListFolderMessages(Context& context, const QString& folder) {
                               context.Data.LastError().kind != StorageError::Kind::Refused;
     if (mayBeDamaged) MessageSearch(context.Data, select).Run(listing);
   }
-  context.Data.Close();
   return listing;
 }
 

@@ -35,13 +35,13 @@ class AddressCollector {
 };
 
 void AddPastRecipients(Context& context, AddressCollector& collector) {
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return;
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return;
   if (const RecordsetPtr rows = MessageRows(context.Data).Sent()) {
     for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
       collector.AddLines(rows->Fields(u"FIELD_MAILADDRESS").toString());
     }
   }
-  context.Data.Close();
 }
 
 }  // namespace

@@ -21,10 +21,10 @@ QString SelectRow(const Disk& request) {
 
 }  // namespace
 
-bool MailStore::Open(const Disk& request) {
+OpenedDatabase MailStore::Open(const Disk& request) {
   const auto kind =
       static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
-  return OpenDatabase(context_, kind, request.Text(u"file", MailDatabasePath(context_)));
+  return OpenedDatabase(context_, kind, request.Text(u"file", MailDatabasePath(context_)));
 }
 
 QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
@@ -36,7 +36,9 @@ bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>&
   std::vector<MessageIndex> indexes;
   indexes.reserve(messages.size());
   for (const auto& [request, source] : messages) indexes.push_back(Index(*request, source));
-  if (messages.empty() || !Open(*messages.front().first)) return messages.empty();
+  if (messages.empty()) return true;
+  const OpenedDatabase opened = Open(*messages.front().first);
+  if (!opened) return false;
   bool stored = context_.Data.Begin();
   if (stored) {
     for (size_t i = 0; stored && i < messages.size(); ++i) {
@@ -45,7 +47,6 @@ bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>&
     stored = stored && context_.Data.Commit();
     if (!stored) context_.Data.Rollback();
   }
-  context_.Data.Close();
   return stored;
 }
 
@@ -53,7 +54,6 @@ bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
   return Store(request, source, QStringLiteral("DELETE FROM send_attempt") + Where(request));
 }
 
-// To be called before the database is opened: the settings may have to be loaded from another one.
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
   options.textTypes = TextTypes(context_);
@@ -66,14 +66,14 @@ MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
 bool MailStore::Store(const Disk& request, const QByteArray& source,
                       const QString& statementBefore) {
   const MessageIndex index = Index(request, source);
-  if (!Open(request)) return false;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return false;
   bool stored = context_.Data.Begin();
   if (stored) {
     stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
              WriteMessage(request, source, index) && context_.Data.Commit();
     if (!stored) context_.Data.Rollback();
   }
-  context_.Data.Close();
   return stored;
 }
 
@@ -100,7 +100,8 @@ MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByte
                                                 const std::optional<qint64>& identity,
                                                 QString* alike) {
   const MessageIndex index = Index(request, source);
-  if (!Open(request)) return Received::Failed;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return Received::Failed;
   Received received = Received::Failed;
   if (context_.Data.BeginGathered()) {
     // Nobody else writes from here on, so what is not known now stays so.
@@ -123,7 +124,6 @@ MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByte
       context_.Data.Rollback();
     }
   }
-  context_.Data.Close();
   return received;
 }
 
@@ -158,29 +158,28 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
 }
 
 std::optional<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
-  if (!Open(request)) return std::nullopt;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return std::nullopt;
   std::optional<QByteArray> source;
   if (context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
     const RecordsetPtr row = context_.Data.Recordset();
     if (!row->Eof()) source = row->Fields(u"MAIL").toByteArray();
     if (row->Failed()) source.reset();
   }
-  context_.Data.Close();
   return source;
 }
 
 bool MailStore::DeleteMessage(const Disk& request) {
-  if (!Open(request)) return false;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return false;
   const bool deleted = context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request));
-  context_.Data.Close();
   return deleted;
 }
 
 bool MailStore::UpdateMessageState(int mask, const Disk& request, bool openDatabase) {
-  if (openDatabase && !Open(request)) return false;
-  const bool written = WriteState(mask, request);
-  if (openDatabase) context_.Data.Close();
-  return written;
+  if (!openDatabase) return WriteState(mask, request);
+  const OpenedDatabase opened = Open(request);
+  return opened && WriteState(mask, request);
 }
 
 bool MailStore::WriteState(int mask, const Disk& request) {
@@ -211,16 +210,17 @@ bool MailStore::WriteFolders(const Disk& request) {
 }
 
 bool MailStore::SetDust(const Disk& request, bool dust) {
-  if (!Open(request)) return false;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return false;
   const bool written = context_.Data.Execute(
       QStringLiteral("UPDATE mail SET STATUS = ") +
       (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) + Where(request));
-  context_.Data.Close();
   return written;
 }
 
 bool MailStore::CancelWaiting(const Disk& request) {
-  if (!Open(request)) return false;
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return false;
   DataSession& data = context_.Data;
   bool done = data.Begin();
   if (done) {
@@ -230,7 +230,6 @@ bool MailStore::CancelWaiting(const Disk& request) {
            data.Commit();
     if (!done) data.Rollback();
   }
-  data.Close();
   return done;
 }
 

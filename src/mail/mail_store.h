@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "storage/context.h"
+#include "storage/databases.h"
 
 namespace vorn {
 
@@ -71,7 +72,7 @@ class MailStore {
   bool IsTextMime(const QString& contentType);
 
  private:
-  bool Open(const Disk& request);
+  OpenedDatabase Open(const Disk& request);
   MessageIndex Index(const Disk& request, const QByteArray& source);
   bool Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);

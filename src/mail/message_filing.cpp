@@ -39,12 +39,12 @@ bool ReadUnderWay(DataSession& session, const QStringList& messages, QStringList
 bool RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
             QStringList* underWay = nullptr) {
   DataSession& session = context.Data;
-  if (!OpenDatabase(context, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return false;
   bool done = session.Begin() && (underWay == nullptr || ReadUnderWay(session, messages, underWay));
   for (const QString& statement : statements) done = done && session.Execute(statement);
   done = done && session.Commit();
   if (!done) session.Rollback();
-  session.Close();
   return done;
 }
 
@@ -87,7 +87,9 @@ bool DeleteMessages(Context& context, const QStringList& messages, QStringList* 
 }
 
 int CountWaiting(Context& context, const QString& address) {
-  if (address.isEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return 0;
+  if (address.isEmpty()) return 0;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return 0;
   int count = 0;
   if (const RecordsetPtr rows = MessageRows(context.Data).Waiting()) {
     for (; !rows->Eof(); rows->MoveNext()) {
@@ -98,7 +100,6 @@ int CountWaiting(Context& context, const QString& address) {
       });
     }
   }
-  context.Data.Close();
   return count;
 }
 

@@ -91,7 +91,6 @@ void BecomeNew(Context& context, Disk& request) {
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
                           const ReadingCode& code, const QByteArray& shown) {
   OpenedMessage opened;
-  // Settings may have to be loaded from another database, so they come first.
   const EditSettings settings = EditSettings::From(*Settings(context));
   if (!request.Get(u"process").isValid()) {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
@@ -101,7 +100,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   const auto kind =
       static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
   Reading reading = Reading::Failed;
-  if (OpenDatabase(context, kind, request.Text(u"file", MailDatabasePath(context)))) {
+  if (const OpenedDatabase mail(context, kind, request.Text(u"file", MailDatabasePath(context)));
+      mail) {
     reading = ReadRow(context.Data, request, message.source);
     if (reading == Reading::Done) reading = ReadFolders(context.Data, request);
     opened.found = reading == Reading::Done;
@@ -110,7 +110,6 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
       request.Let(QStringLiteral("notice"),
                   opened.first && AsksForReceipt(request.Text(u"mailaddress")));
     }
-    context.Data.Close();
   }
   if (reading == Reading::Failed) {
     opened.unreadable = {request.SerialID(), request.Text(u"work_subject"),

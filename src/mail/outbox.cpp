@@ -44,12 +44,13 @@ bool ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message
 
 }  // namespace
 
-bool Outbox::Open() {
-  return OpenDatabase(context_, DatabaseKind::MailByPath, file_);
+OpenedDatabase Outbox::Open() {
+  return OpenedDatabase(context_, DatabaseKind::MailByPath, file_);
 }
 
 Outbox::Reading Outbox::Read(const QString& serialId, WaitingMessage& message) {
-  if (!Open()) return Reading::Closed;
+  const OpenedDatabase opened = Open();
+  if (!opened) return Reading::Closed;
   DataSession& data = context_.Data;
   Reading reading = Reading::Unreadable;
   switch (LookForWaiting(data, serialId, &message.version)) {
@@ -62,13 +63,13 @@ Outbox::Reading Outbox::Read(const QString& serialId, WaitingMessage& message) {
     case Waiting::Failed:
       break;
   }
-  data.Close();
   return reading;
 }
 
 Outbox::Claim Outbox::BeginHandover(const QString& serialId, const QString& version,
                                     const QString& server) {
-  if (!Open()) return Claim::Failed;
+  const OpenedDatabase opened = Open();
+  if (!opened) return Claim::Failed;
   DataSession& data = context_.Data;
   Claim claim = Claim::Failed;
   if (data.Begin()) {
@@ -87,14 +88,14 @@ Outbox::Claim Outbox::BeginHandover(const QString& serialId, const QString& vers
     }
     if (claim != Claim::Taken) data.Rollback();
   }
-  data.Close();
   return claim;
 }
 
 // Ends the attempt that fulfils the condition, and with it does what the statements say.
 bool Outbox::EndAttempt(const QString& serialId, const QString& condition,
                         const QStringList& statementsAfter) {
-  if (!Open()) return false;
+  const OpenedDatabase opened = Open();
+  if (!opened) return false;
   DataSession& data = context_.Data;
   bool done = data.Begin();
   if (done) {
@@ -107,7 +108,6 @@ bool Outbox::EndAttempt(const QString& serialId, const QString& condition,
     done = done && data.Commit();
     if (!done) data.Rollback();
   }
-  data.Close();
   return done;
 }
 
@@ -116,25 +116,26 @@ bool Outbox::Withdraw(const QString& serialId) {
 }
 
 bool Outbox::Doubt(const QString& serialId, const QString& reply) {
-  if (!Open()) return false;
+  const OpenedDatabase opened = Open();
+  if (!opened) return false;
   const bool noted =
       context_.Data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1, REPLY = %2")
                                 .arg(kDoubtful)
                                 .arg(QuoteSql(reply)) +
                             Where(serialId));
-  context_.Data.Close();
   return noted;
 }
 
 bool Outbox::MakeDurable() {
-  if (!Open()) return false;
+  const OpenedDatabase opened = Open();
+  if (!opened) return false;
   const bool durable = context_.Data.MakeDurable(PlatformPath(context_, file_));
-  context_.Data.Close();
   return durable;
 }
 
 int Outbox::DoubtLeftOver() {
-  if (!Open()) return 0;
+  const OpenedDatabase opened = Open();
+  if (!opened) return 0;
   DataSession& data = context_.Data;
   int count = 0;
   if (data.OpenRecordset(
@@ -146,7 +147,6 @@ int Outbox::DoubtLeftOver() {
       !data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1").arg(kDoubtful))) {
     count = 0;
   }
-  data.Close();
   return count;
 }
 
@@ -156,7 +156,8 @@ int Outbox::SettleLeftOver() {
 }
 
 bool Outbox::DoubtWaiting() {
-  if (!Open()) return false;
+  const OpenedDatabase opened = Open();
+  if (!opened) return false;
   DataSession& data = context_.Data;
   const bool noted = data.Execute(
       QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
@@ -164,13 +165,13 @@ bool Outbox::DoubtWaiting() {
                      "IN (SELECT SERIALID FROM send_attempt)")
           .arg(kDoubtful)
           .arg(QuoteSql(data.Now())));
-  data.Close();
   return noted;
 }
 
 QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
   QList<DoubtfulMessage> messages;
-  if (!Open()) return messages;
+  const OpenedDatabase opened = Open();
+  if (!opened) return messages;
   // Thrown away is decided enough.
   if (context_.Data.OpenRecordset(
           QStringLiteral("SELECT send_attempt.SERIALID AS ID, FIELD_SUBJECT, STARTED, SERVER, "
@@ -185,7 +186,6 @@ QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
                        rows->Fields(u"REPLY").toString()});
     }
   }
-  context_.Data.Close();
   return messages;
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "storage/context.h"
+#include "storage/databases.h"
 
 namespace vorn {
 
@@ -80,7 +81,7 @@ class Outbox {
   bool KeepAsSent(const QString& serialId);
 
  private:
-  bool Open();
+  OpenedDatabase Open();
   bool EndAttempt(const QString& serialId, const QString& condition,
                   const QStringList& statementsAfter);
   QList<DoubtfulMessage> ReadDoubtful(const QString& condition);

@@ -58,10 +58,10 @@ bool HasFewOtherFields(const QByteArray& stored, const QByteArray& source) {
 // The source of the message of that name in that file, if it reads back as it was stored.
 std::optional<QByteArray> ReadStored(Context& context, const QString& file,
                                      const QString& messageId) {
-  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return std::nullopt;
+  const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
+  if (!opened) return std::nullopt;
   bool failed = false;
   const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
-  context.Data.Close();
   if (!source || !source->isValid()) return std::nullopt;
   return source->toByteArray();
 }
@@ -147,10 +147,10 @@ StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& me
                                           const QByteArray& source, Likeness likeness) {
   // A page that cannot be read takes along the transaction that it is read in.
   if (isDamaged_ && !context_.Data.FlushForReading()) return Holds::Failed;
-  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return Holds::Failed;
+  const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+  if (!opened) return Holds::Failed;
   bool failed = false;
   const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
-  context_.Data.Close();
   if (!stored) return failed ? Holds::Failed : Holds::Nothing;
   if (!stored->isValid()) return Holds::Other;
   const QByteArray bytes = stored->toByteArray();
@@ -186,15 +186,18 @@ void StoredCopies::ForgetRead() {
 bool StoredCopies::Load() {
   if (isLoaded_) return true;
   for (qint32 file = 0; file < files_.size(); ++file) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, files_[file])) return false;
-    qint64& last = read_[files_[file]];
-    const bool read = context_.Data.ReadReceived(
-        last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
-          if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
-          bySubject_.push_back({SubjectKey(subject), file, row});
-          last = qMax(last, row);
-        });
-    context_.Data.Close();
+    bool read = false;
+    {
+      const OpenedDatabase opened(context_, DatabaseKind::MailByPath, files_[file]);
+      if (!opened) return false;
+      qint64& last = read_[files_[file]];
+      read = context_.Data.ReadReceived(
+          last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
+            if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
+            bySubject_.push_back({SubjectKey(subject), file, row});
+            last = qMax(last, row);
+          });
+    }
     // What lies behind damage is not found, and is stored once more rather than never.
     if (!read && context_.Data.LastError().kind != StorageError::Kind::Damaged) return false;
   }
@@ -216,9 +219,9 @@ StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
   for (; place != places.end() && place->key == key && compared < kMostCompared; ++place) {
     if (place->isTaken) continue;
     *file = files_[place->file];
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, *file)) return Found::Failed;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, *file);
+    if (!opened) return Found::Failed;
     const std::optional<QString> known = context_.Data.MessageIdOf(place->row);
-    context_.Data.Close();
     if (!known) return Found::Failed;
     *name = *known;
     place->isTaken = name->startsWith(scope_) && vouches_(*name);
@@ -248,10 +251,10 @@ StoredCopies::Found StoredCopies::Claim(const QString& file, const QString& name
 }
 
 bool StoredCopies::Rename(const QString& file, const QString& from, const QString& value) {
-  if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+  const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+  if (!opened) return false;
   const bool renamed = context_.Data.Execute(QStringLiteral("UPDATE mail SET FIELD_ID = ") + value +
                                              QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(from));
-  context_.Data.Close();
   return renamed;
 }
 
@@ -265,7 +268,8 @@ bool StoredCopies::LoadErased() {
   if (erased_) return true;
   QMultiHash<QByteArray, QString> erased;
   for (const QString& file : files_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) return false;
     bool read = context_.Data.OpenRecordset(
         QStringLiteral("SELECT FIELD_ID, HEX(DIGEST) FROM erased"), CursorKind::ForwardOnly);
     if (read) {
@@ -276,7 +280,6 @@ bool StoredCopies::LoadErased() {
       }
       read = !rows->Failed();
     }
-    context_.Data.Close();
     if (!read) return false;
   }
   erased.remove({});
@@ -291,9 +294,9 @@ bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest
                            "FROM erased WHERE HEX(DIGEST) = '%2' LIMIT 1")
                            .arg(QuoteSql(messageId), QString::fromLatin1(digest.toHex().toUpper()));
   return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) return false;
     const bool noted = context_.Data.Execute(note);
-    context_.Data.Close();
     return noted;
   });
 }

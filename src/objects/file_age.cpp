@@ -29,7 +29,8 @@ std::optional<qint64> ReadCount(DataSession& data) {
 
 // At least `least`. The new count, 0 when it could not be stored.
 qint64 WriteCount(Context& context, const QString& file, qint64 least) {
-  if (!OpenDatabase(context, DatabaseKind::MailByPath, file)) return 0;
+  const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
+  if (!opened) return 0;
   DataSession& data = context.Data;
   qint64 count = 0;
   if (data.Begin()) {
@@ -49,7 +50,6 @@ qint64 WriteCount(Context& context, const QString& file, qint64 least) {
     if (written) count = next;
     if (!written) data.Rollback();
   }
-  data.Close();
   return count;
 }
 
@@ -79,9 +79,9 @@ QStringList OlderFiles(Context& context) {
   for (const FileNote& note : FileNotes(*context.Session)) {
     const QString path = PlatformPath(context, note.path);
     if (note.works == 0 || note.mark != FileMark(path)) continue;
-    if (!OpenDatabase(context, DatabaseKind::MailByPath, note.path)) continue;
+    const OpenedDatabase opened(context, DatabaseKind::MailByPath, note.path);
+    if (!opened) continue;
     const std::optional<qint64> count = ReadCount(context.Data);
-    context.Data.Close();
     if (count && *count < note.works) older.append(path);
   }
   return older;

@@ -43,12 +43,11 @@ qint64 BytesOf(const QString& path) {
 
 qint64 CountMessages(Context& context, const QString& path) {
   qint64 count = -1;
-  if (OpenDatabase(context, DatabaseKind::MailByPath, path) &&
-      context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM mail"),
-                                 CursorKind::ForwardOnly)) {
+  const OpenedDatabase mail(context, DatabaseKind::MailByPath, path);
+  if (mail && context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM mail"),
+                                         CursorKind::ForwardOnly)) {
     count = context.Data.Recordset()->Fields(u"N").toLongLong();
   }
-  context.Data.Close();
   return count;
 }
 
@@ -69,9 +68,8 @@ FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
 
 bool CopyIsCurrent(Context& context) {
   Disk copy(context.Session->SerialID());
-  const bool read =
-      OpenDatabase(context, DatabaseKind::Profile) && copy.DatabaseToDisk(context.Data);
-  context.Data.Close();
+  const OpenedDatabase profile(context, DatabaseKind::Profile);
+  const bool read = profile && copy.DatabaseToDisk(context.Data);
   const auto agrees = [&](const QString& key) {
     return copy.Text(key) == context.Session->Text(key);
   };

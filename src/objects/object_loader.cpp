@@ -6,10 +6,10 @@ namespace vorn {
 
 DiskPtr LoadObject(Context& context, const QString& serialId) {
   if (DiskPtr loaded = context.Objects.Find(serialId)) return loaded;
-  if (!OpenDatabase(context, DatabaseKind::Profile)) return nullptr;
+  const OpenedDatabase opened(context, DatabaseKind::Profile);
+  if (!opened) return nullptr;
   auto object = std::make_shared<Disk>(serialId);
   const bool exists = object->DatabaseToDisk(context.Data) && object->Size() > 0;
-  context.Data.Close();
   if (!exists) return nullptr;
   context.Objects.Add(object);
   return object;

@@ -77,29 +77,23 @@ QString ValidateObject(const DiskCollection& objects, const Disk& object) {
 
 bool SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
-  if (!OpenDatabase(context, kind) || !context.Data.Begin()) {
-    context.Data.Close();
-    return false;
-  }
+  const OpenedDatabase opened(context, kind);
+  if (!opened || !context.Data.Begin()) return false;
   if (object.Text(u"FormName") == object_type::kProfile) ApplyDefaultProfileRule(context, object);
   const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
   if (!saved) context.Data.Rollback();
-  context.Data.Close();
   return saved;
 }
 
 bool SaveMarkedObjects(Context& context) {
-  if (!OpenDatabase(context, DatabaseKind::Profile) || !context.Data.Begin()) {
-    context.Data.Close();
-    return false;
-  }
+  const OpenedDatabase profile(context, DatabaseKind::Profile);
+  if (!profile || !context.Data.Begin()) return false;
   bool saved = true;
   for (const DiskPtr& object : context.Objects) {
     // One that fails keeps its stored rows; the others are saved all the same.
     if (object->Flag(u"save") && !object->DiskToDatabase(context.Data)) saved = false;
   }
   saved = context.Data.Commit() && saved;
-  context.Data.Close();
   return saved;
 }
 

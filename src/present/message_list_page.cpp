@@ -53,10 +53,9 @@ MessageListPages::MessageListPages(Context& context)
 QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 page, bool& before,
                                                 bool& next, const QString& search) {
   before = next = false;
-  // Everything that may load objects comes before the mail database is opened.
   const PageContent content = ReadContent(context_, folder);
   const FolderLayout layout = GetFolderLayout(context_, folder, template_);
-  const QByteArray bytes = Fill(layout.html, content, page, before, next, OpenRows(folder, search));
+  const QByteArray bytes = Fill(layout.html, content, page, before, next, RowsOf(folder, search));
   return bytes.isEmpty() ? QString() : Write(bytes, layout.path);
 }
 
@@ -65,14 +64,14 @@ QString MessageListPages::CreatePreview(const QString& folder, const QString& ht
   content.rowsPerPage = kPreviewRows;
   bool before = false;
   bool next = false;
-  const QByteArray bytes = Fill(html, content, 1, before, next, OpenRows(folder, {}));
+  const QByteArray bytes = Fill(html, content, 1, before, next, RowsOf(folder, {}));
   return bytes.isEmpty() ? QString() : Write(bytes, context_.TempFolder);
 }
 
-// Closes the mail database, which is open when there are rows.
 QByteArray MessageListPages::Fill(const QString& html, const PageContent& content, qint32 page,
                                   bool& before, bool& next, FolderRows* rows) {
-  if (rows == nullptr) return {};
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (rows == nullptr || !mail) return {};
   const qint64 skipped = page > 1 ? (page - 1) * qint64{qMax(0, content.rowsPerPage)} : 0;
   // One more row than the page shows, to know whether any follows.
   const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
@@ -85,7 +84,6 @@ QByteArray MessageListPages::Fill(const QString& html, const PageContent& conten
     const QByteArray pageTemplate = ToCodePage932(html);
     bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
   }
-  context_.Data.Close();
   return bytes;
 }
 
@@ -101,11 +99,10 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
   return nullptr;
 }
 
-// The folder's rows, with the mail database open; null when it does not open or there is no such
-// folder.
-FolderRows* MessageListPages::OpenRows(const QString& folder, const QString& search) {
+// What is known of the folder's rows; null when there is no such folder.
+FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
-  if (query.IsEmpty() || !OpenDatabase(context_, DatabaseKind::Mail)) return nullptr;
+  if (query.IsEmpty()) return nullptr;
   const QString listing = query.Listing();
   auto known = rows_.find(listing);
   if (known == rows_.end()) {
@@ -118,20 +115,18 @@ FolderRows* MessageListPages::OpenRows(const QString& folder, const QString& sea
 qint32 MessageListPages::CountPages(const QString& folder, const QString& search, bool count) {
   const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
   if (rowsPerPage < 1) return 1;
-  FolderRows* rows = OpenRows(folder, search);
-  if (rows == nullptr) return 0;
+  FolderRows* rows = RowsOf(folder, search);
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (rows == nullptr || !mail) return 0;
   const qint64 found = count ? rows->Count(context_.Data) : rows->KnownCount(context_.Data);
-  context_.Data.Close();
   if (found < 0) return 0;
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
 bool MessageListPages::Explore(const QString& folder, const QString& search) {
-  FolderRows* rows = OpenRows(folder, search);
-  if (rows == nullptr) return false;
-  const bool isMore = rows->Explore(context_.Data);
-  context_.Data.Close();
-  return isMore;
+  FolderRows* rows = RowsOf(folder, search);
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  return rows != nullptr && mail && rows->Explore(context_.Data);
 }
 
 QString MessageListPages::Write(const QByteArray& bytes, const QString& pageFolder) {

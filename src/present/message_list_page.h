@@ -39,7 +39,7 @@ class MessageListPages {
   QByteArray Fill(const QString& html, const PageContent& content, qint32 page, bool& before,
                   bool& next, FolderRows* rows);
   RecordsetPtr RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit, qint64& passed);
-  FolderRows* OpenRows(const QString& folder, const QString& search);
+  FolderRows* RowsOf(const QString& folder, const QString& search);
   QString Write(const QByteArray& bytes, const QString& pageFolder);
 
   Context& context_;

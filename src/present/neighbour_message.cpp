@@ -20,7 +20,8 @@ QString FirstSerial(DataSession& data, const QString& select) {
 QString NeighbourMessage(Context& context, const QString& folder, const QString& search,
                          const QString& serialId, int step) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
-  if (query.IsEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return {};
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (query.IsEmpty() || !mail) return {};
   DataSession& data = context.Data;
   QString neighbour;
   const RecordsetPtr row = MessageRows(data).Of(serialId);
@@ -34,7 +35,6 @@ QString NeighbourMessage(Context& context, const QString& folder, const QString&
                              "%3 AND SERIALID %2 %4) ORDER BY FIELD_TIMESTAMP %5, SERIALID %5")
                   .arg(query.Listing(), beyond, time, QuoteSql(serialId), order));
   }
-  data.Close();
   return neighbour;
 }
 

@@ -7,12 +7,11 @@ namespace vorn {
 
 qint64 CountUnread(Context& context, const QString& folder) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder);
-  if (query.IsEmpty() || !OpenDatabase(context, DatabaseKind::Mail)) return -1;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (query.IsEmpty() || !mail) return -1;
   const bool counted = context.Data.OpenRecordset(query.Unread(), CursorKind::ForwardOnly,
                                                   StatementTrust::UserCondition);
-  const qint64 count = counted ? context.Data.Recordset()->Fields(u"N").toLongLong() : -1;
-  context.Data.Close();
-  return count;
+  return counted ? context.Data.Recordset()->Fields(u"N").toLongLong() : -1;
 }
 
 }  // namespace vorn

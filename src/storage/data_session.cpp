@@ -111,6 +111,26 @@ void DataSession::CloseFile(const QString& path) {
   pool_.Drop(path);
 }
 
+DataSession::Suspended DataSession::Suspend() {
+  return {std::exchange(connection_, nullptr), std::exchange(path_, {}),
+          std::exchange(password_, {}), std::exchange(recordset_, nullptr)};
+}
+
+void DataSession::Resume(Suspended suspended) {
+  Close();
+  connection_ = std::move(suspended.connection);
+  path_ = std::move(suspended.path);
+  password_ = std::move(suspended.password);
+  recordset_ = std::move(suspended.recordset);
+}
+
+void DataSession::PutRecordset(RecordsetPtr recordset) {
+  if (recordset_ != nullptr && recordset_ != recordset && recordset_->Failed()) {
+    error_ = recordset_->Error();
+  }
+  recordset_ = std::move(recordset);
+}
+
 bool DataSession::IsUnfinished() const {
   return connection_ != nullptr && connection_->SchemaVersion() == 0;
 }

@@ -35,6 +35,23 @@ class DataSession {
   /// Completes the tables made by `CreateField`.
   bool CompleteFields();
   void Close();
+
+  /// The open database, laid aside with its result set and its transaction.
+  struct Suspended {
+    std::shared_ptr<Connection> connection;
+    QString path;
+    QString password;
+    RecordsetPtr recordset;
+  };
+  /// Lays the open database aside, so that another one can be opened meanwhile; none is open then.
+  Suspended Suspend();
+  /// Closes what is open and goes on with what was laid aside.
+  void Resume(Suspended suspended);
+  /// Whether the file at `path` is the open one.
+  bool HasOpen(const QString& path) const { return connection_ != nullptr && path_ == path; }
+  /// The current result set is this one again.
+  void PutRecordset(RecordsetPtr recordset);
+
   /// Really closes the file at `path`, the open one or a warm one.
   void CloseFile(const QString& path);
   /// Whether the file at `path` is open or was, and opens again at no cost.

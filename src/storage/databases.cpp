@@ -135,6 +135,27 @@ bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
   return exists;
 }
 
+OpenedDatabase::OpenedDatabase(Context& context, DatabaseKind kind, const QString& path)
+    : data_(context.Data) {
+  const Location location = Locate(context, kind, path);
+  isShared_ = data_.HasOpen(location.path);
+  if (isShared_) {
+    outer_.recordset = data_.Recordset();
+    isOpen_ = true;
+  } else {
+    outer_ = data_.Suspend();
+    isOpen_ = OpenOrCreate(context, kind, location);
+  }
+}
+
+OpenedDatabase::~OpenedDatabase() {
+  if (isShared_) {
+    data_.PutRecordset(std::move(outer_.recordset));
+  } else {
+    data_.Resume(std::move(outer_));
+  }
+}
+
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
   return OpenOrCreate(context, kind, Locate(context, kind, path));
 }
@@ -145,7 +166,8 @@ bool MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
 }
 
 bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
-  if (!OpenDatabase(context, kind)) return false;
+  const OpenedDatabase opened(context, kind);
+  if (!opened) return false;
   bool listed = context.Data.OpenRecordset(
       QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
       CursorKind::ForwardOnly);
@@ -157,7 +179,6 @@ bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
     }
     listed = !serials->Failed();
   }
-  context.Data.Close();
   return listed;
 }
 

@@ -13,10 +13,31 @@ enum class DatabaseKind {
   MailByPath = 3,  ///< another mail database of the current profile
 };
 
-/// Opens the database of a kind as the session's open one, making the file, its folder and its
-/// tables when they are missing; but a file that the profile has noted is never made anew, see
-/// `FileNote`. `path` is used for `MailByPath` only. False without a message;
-/// the reason is in the session's `LastError`.
+/// The database of a kind, open as the session's current one as long as this lives. The file, its
+/// folder and its tables are made when they are missing; but a file that the profile has noted is
+/// never made anew, see `FileNote`. `path` is used for `MailByPath` only. Converts to false,
+/// without a message, when it does not open; the reason is in the session's `LastError`.
+///
+/// They nest: while one is open another may be, of the same file or not, and afterwards the session
+/// has the outer one open again, with its result set and its transaction. Whoever loads an object
+/// need not know what is open.
+class OpenedDatabase {
+ public:
+  OpenedDatabase(Context& context, DatabaseKind kind, const QString& path = {});
+  ~OpenedDatabase();
+  OpenedDatabase(const OpenedDatabase&) = delete;
+  OpenedDatabase& operator=(const OpenedDatabase&) = delete;
+
+  explicit operator bool() const { return isOpen_; }
+
+ private:
+  DataSession& data_;
+  bool isOpen_ = false;
+  bool isShared_ = false;  // the outer one has the same file
+  DataSession::Suspended outer_;
+};
+
+/// The same until the session closes it, for whoever looks into a file from outside.
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {});
 
 /// Makes sure that the file of a kind and its tables exist; closes it again. `path` and `password`

@@ -27,7 +27,8 @@ bool DoubtfulAnswers::Begin(const QString& mailbox, const QList<ListedMessage>& 
 }
 
 bool DoubtfulAnswers::Read() {
-  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return false;
   bool whole = context_.Data.OpenRecordset(
       QStringLiteral("SELECT FIELD_ID, SIZE, STORED_AS FROM doubtful_answer WHERE MAILBOX = ") +
           QuoteSql(mailbox_),
@@ -40,7 +41,6 @@ bool DoubtfulAnswers::Read() {
     }
     whole = !rows->Failed();
   }
-  context_.Data.Close();
   return whole;
 }
 
@@ -64,10 +64,10 @@ void DoubtfulAnswers::Forget(const QString& id) {
 
 bool DoubtfulAnswers::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return true;
-  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return false;
   const bool stored = context_.Data.Begin() && Write() && context_.Data.Commit();
   if (!stored) context_.Data.Rollback();
-  context_.Data.Close();
   if (!stored) return false;
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   gone_.clear();

@@ -65,13 +65,13 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
   bool isSure = true;
   bool isErased = false;
   for (const QString& file : files_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) continue;
     // A message in any of the files is stored, whichever is asked last.
     const std::optional<bool> has = context_.Data.HasMessage(messageId);
     const bool isHere = has.value_or(true);
     isSure = isSure && has.has_value();  // neither stored twice nor deleted
     isErased = isErased || (!isHere && IsErased(file, messageId));
-    context_.Data.Close();
     if (isHere) files->append(file);
   }
   if (!isSure) return Name::Unknown;
@@ -103,11 +103,11 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
 
 bool KnownMessages::HasListedSize(const QString& messageId) {
   return std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) return false;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) return false;
     const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
     const bool has =
         row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
-    context_.Data.Close();
     return has;
   });
 }
@@ -201,9 +201,9 @@ bool KnownMessages::HasUnnamed() {
   hasUnnamed_ = false;
   const QString start = scope_ + QStringLiteral("sha256:");
   for (const QString& file : files_) {
-    if (!OpenDatabase(context_, DatabaseKind::MailByPath, file)) continue;
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) continue;
     const bool any = MessageRows(context_.Data).HasNamePrefix(start);
-    context_.Data.Close();
     hasUnnamed_ = *hasUnnamed_ || any;
   }
   return *hasUnnamed_;

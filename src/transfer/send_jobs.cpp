@@ -143,23 +143,25 @@ bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QStrin
   const auto isInUse = [this] {
     return context_.Data.LastError().kind == StorageError::Kind::Busy;
   };
-  if (!OpenDatabase(context_, db, file)) return !isInUse();
   bool whole = false;
-  if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial)) {
-    for (; !rows->Eof(); rows->MoveNext()) {
-      if (IsPlanned(rows->SerialID())) continue;
-      auto message = std::make_shared<Disk>(rows->SerialID());
-      const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-      SetAccount(*message, AccountFor(lines));
-      message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
-      message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
-      message->Let(QStringLiteral("Mailaddress"), lines);
-      message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
-      messages.push_back(message);
+  {
+    const OpenedDatabase opened(context_, db, file);
+    if (!opened) return !isInUse();
+    if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial)) {
+      for (; !rows->Eof(); rows->MoveNext()) {
+        if (IsPlanned(rows->SerialID())) continue;
+        auto message = std::make_shared<Disk>(rows->SerialID());
+        const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
+        SetAccount(*message, AccountFor(lines));
+        message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
+        message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
+        message->Let(QStringLiteral("Mailaddress"), lines);
+        message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
+        messages.push_back(message);
+      }
+      whole = !rows->Failed();
     }
-    whole = !rows->Failed();
   }
-  context_.Data.Close();
   if (whole) return true;
   if (isInUse()) return false;
   TellUnread();

@@ -104,7 +104,8 @@ void ServerListing::Upset() {
 
 bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
   mailbox_ = mailbox;
-  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return false;
   // Those of other ports, of which ":" begins the end of the name.
   const QString start = mailbox.left(mailbox.lastIndexOf(u':') + 1);
   bool whole = context_.Data.OpenRecordset(
@@ -133,7 +134,6 @@ bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
     }
     whole = !rows->Failed();
   }
-  context_.Data.Close();
   return whole;
 }
 
@@ -224,11 +224,11 @@ void ServerListing::Settle() {
 
 bool ServerListing::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return true;
-  if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return false;
   const bool stored =
       context_.Data.Begin() && RemoveGone() && WriteChanges() && context_.Data.Commit();
   if (!stored) context_.Data.Rollback();
-  context_.Data.Close();
   if (!stored) return false;
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {

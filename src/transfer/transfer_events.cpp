@@ -264,9 +264,8 @@ bool TransferEvents::MakeDurable() {
     return false;
   }
   CountWork(context_);  // behind what was received, so that a log that is lost now is missed
-  if (OpenDatabase(context_, DatabaseKind::Mail)) {
+  if (const OpenedDatabase mail(context_, DatabaseKind::Mail); mail) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
-    context_.Data.Close();
     if (durable && !goesOn) Log(0, Ui::tr("サーバーからの削除をやめました。"));
     if (durable) return goesOn;
   }
@@ -277,9 +276,9 @@ bool TransferEvents::MakeDurable() {
 // Programs that copy files about may put another one in the place of that which was written to.
 bool TransferEvents::IsStillThere() {
   return std::all_of(storedInSession_.begin(), storedInSession_.end(), [this](const QString& id) {
-    if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+    const OpenedDatabase opened(context_, DatabaseKind::Mail);
+    if (!opened) return false;
     const bool found = MessageRows(context_.Data).Has(id);
-    context_.Data.Close();
     return found;
   });
 }

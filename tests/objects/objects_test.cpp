@@ -180,6 +180,43 @@ TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {
   EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("x")), nullptr);
 }
 
+// Whoever needs an object while messages are read or written loses neither rows nor the
+// transaction.
+TEST(OpenedDatabase, WhatIsOpenedMeanwhileLeavesTheOuterOneAsItWas) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const QString first = profile.Store("Subject: first\r\n\r\n");
+  profile.Store("Subject: second\r\n\r\n");
+  DataSession& data = context.Data;
+  {
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    ASSERT_TRUE(mail);
+    ASSERT_TRUE(data.Begin());
+    ASSERT_TRUE(data.Execute(
+        QStringLiteral("UPDATE mail SET STATUS = -4 WHERE SERIALID = '%1'").arg(first)));
+    ASSERT_TRUE(data.OpenRecordset(QStringLiteral("SELECT * FROM mail ORDER BY FIELD_SUBJECT"),
+                                   CursorKind::ForwardOnly));
+    const RecordsetPtr rows = data.Recordset();
+    // Another file, the same one, and one that does not open.
+    context.Objects.Remove(fixed_serial::kInbox);
+    EXPECT_NE(LoadObject(context, fixed_serial::kInbox), nullptr);
+    {
+      const OpenedDatabase again(context, DatabaseKind::Mail);
+      EXPECT_TRUE(again);
+      EXPECT_TRUE(
+          data.OpenRecordset(QStringLiteral("SELECT * FROM folder"), CursorKind::ForwardOnly));
+    }
+    EXPECT_FALSE(OpenedDatabase(context, DatabaseKind::MailByPath, QStringLiteral("/proc/none/x")));
+    EXPECT_EQ(data.Recordset(), rows);
+    EXPECT_EQ(rows->Fields(u"FIELD_SUBJECT").toString(), QStringLiteral("first"));
+    rows->MoveNext();
+    EXPECT_EQ(rows->Fields(u"FIELD_SUBJECT").toString(), QStringLiteral("second"));
+    EXPECT_TRUE(data.Commit());
+  }
+  EXPECT_EQ(profile.Select(QStringLiteral("SELECT STATUS AS V FROM mail WHERE STATUS < 0")).size(),
+            1);
+}
+
 TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   TestProfile profile;
   AccountValues good;

@@ -49,7 +49,8 @@ class Importer {
   // What is stored, by what can be told without its source. Without all of it nothing may be
   // imported: what is stored would be stored again.
   bool ReadStored() {
-    if (!OpenDatabase(context_, DatabaseKind::Mail)) return false;
+    const OpenedDatabase opened(context_, DatabaseKind::Mail);
+    if (!opened) return false;
     bool read = false;
     if (const RecordsetPtr rows = MessageRows(context_.Data).All()) {
       for (; !rows->Eof(); rows->MoveNext()) {
@@ -61,7 +62,6 @@ class Importer {
       }
       read = !rows->Failed();
     }
-    context_.Data.Close();
     return read;
   }
 
@@ -94,13 +94,13 @@ class Importer {
   // After a failure the engine may have taken back more than the last message.
   void CountStored() {
     counts_.imported = 0;
-    if (!OpenDatabase(context_, DatabaseKind::Mail)) return;
+    const OpenedDatabase opened(context_, DatabaseKind::Mail);
+    if (!opened) return;
     if (const RecordsetPtr rows = MessageRows(context_.Data).Names()) {
       for (; !rows->Eof(); rows->MoveNext()) {
         counts_.imported += brought_.contains(rows->Fields(u"FIELD_ID").toString()) ? 1 : 0;
       }
     }
-    context_.Data.Close();
   }
 
  private:
@@ -188,10 +188,9 @@ QString TakeMessageFile(Context& context, const QString& path, QString* error) {
   }
   const QString id = ImportId(source);
   QString known;
-  if (OpenDatabase(context, DatabaseKind::Mail)) {
+  if (const OpenedDatabase mail(context, DatabaseKind::Mail); mail) {
     const RecordsetPtr row = MessageRows(context.Data).Named(id);
     if (row != nullptr && !row->Eof()) known = row->SerialID();
-    context.Data.Close();
   }
   if (!known.isEmpty()) return known;
   Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));

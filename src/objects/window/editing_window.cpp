@@ -112,9 +112,8 @@ void EditingWindow::CallBackFormData(const Disk& object) {
 
 void EditingWindow::ReadAnew() {
   Disk stored(Tag());
-  const bool isRead =
-      OpenDatabase(context_, DatabaseKind::Profile) && stored.DatabaseToDisk(context_.Data);
-  context_.Data.Close();
+  const OpenedDatabase profile(context_, DatabaseKind::Profile);
+  const bool isRead = profile && stored.DatabaseToDisk(context_.Data);
   if (isRead) TakeOver(stored);
 }
 

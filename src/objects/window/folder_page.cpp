@@ -26,15 +26,14 @@ struct Matches {
 Matches CountMatches(Context& context, const Disk& folder) {
   Matches matches;
   const QString counting = FolderSqlBuilder(context).Query(folder).Counting();
-  const bool opened =
-      OpenDatabase(context, DatabaseKind::Mail) &&
-      context.Data.OpenRecordset(counting, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  const bool opened = mail && context.Data.OpenRecordset(counting, CursorKind::ForwardOnly,
+                                                         StatementTrust::UserCondition);
   if (opened && !context.Data.Recordset()->Failed()) {
     matches.count = context.Data.Recordset()->Fields(u"N").toInt();
   } else {
     matches.error = context.Data.LastError().text;
   }
-  context.Data.Close();
   return matches;
 }
 

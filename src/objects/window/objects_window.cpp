@@ -139,13 +139,15 @@ void ObjectsWindow::cmDelete_Click() {
   }
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
-  if (!OpenDatabase(context, kind) || !object->Delete(context.Data)) {
+  const auto remove = [&] {
+    const OpenedDatabase opened(context, kind);
+    return opened && object->Delete(context.Data);
+  };
+  if (!remove()) {
     ShowBox(parentWidget(), QMessageBox::Critical,
             Ui::tr("削除できませんでした。") + context.Data.LastError().text);
-    context.Data.Close();
     return;
   }
-  context.Data.Close();
   context.Objects.Remove(Tag());
 }
 

@@ -200,9 +200,7 @@ QString ProfilePage::WhyNotAdded(const QFileInfo& file, const QString& stored) {
 // One that was kept still has the password that the profile had then.
 QString ProfilePage::WhyNotOpened(const QString& stored) {
   const auto opens = [&] {
-    const bool isOpen = OpenDatabase(context_, DatabaseKind::MailByPath, stored);
-    if (isOpen) context_.Data.Close();
-    return isOpen;
+    return static_cast<bool>(OpenedDatabase(context_, DatabaseKind::MailByPath, stored));
   };
   if (opens()) return {};
   QString reason = context_.Data.LastError().text;

@@ -46,14 +46,12 @@ constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps 
 
 // Whether there is neither an account nor a message yet.
 bool IsFirstUse(Context& context) {
-  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty() ||
-      !OpenDatabase(context, DatabaseKind::Mail)) {
+  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty()) {
     return false;
   }
-  const RecordsetPtr rows = MessageRows(context.Data).All();
-  const bool isEmpty = rows != nullptr && rows->Eof();
-  context.Data.Close();
-  return isEmpty;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  const RecordsetPtr rows = mail ? MessageRows(context.Data).All() : nullptr;
+  return rows != nullptr && rows->Eof();
 }
 
 QString FirstUseText() {
