@@ -8,6 +8,11 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kLookAgainMs = 500;
+
+}  // namespace
 
 QString AllowedSites::SiteOf(const QUrl& page) {
   return page.scheme() + QStringLiteral("://") + page.authority();
@@ -20,6 +25,9 @@ ScriptBar::ScriptBar(Context& context, AllowedSites& sites, QPushButton* allow)
     : NoticeBar(QStringLiteral("frScripts"), allow), context_(context), sites_(sites) {
   allow->setObjectName(QStringLiteral("cmAllowScripts"));
   connect(allow, &QPushButton::clicked, this, &ScriptBar::Allow);
+  lookAgain_.setSingleShot(true);
+  lookAgain_.setInterval(kLookAgainMs);
+  connect(&lookAgain_, &QTimer::timeout, this, &ScriptBar::LookAgain);
 }
 
 bool ScriptBar::MayRun(const QUrl& url) const {
@@ -33,8 +41,21 @@ void ScriptBar::Attach(LinkPage& page) {
   page.OnArrival([self = QPointer<ScriptBar>(this)](const QUrl& url) {
     return self != nullptr && self->MayRun(url);
   });
-  connect(&page, &QWebEnginePage::loadStarted, this, &QWidget::hide);
+  connect(&page, &QWebEnginePage::loadStarted, this, [this] {
+    hide();
+    lookAgain_.start();
+  });
   connect(&page, &QWebEnginePage::loadFinished, this, &ScriptBar::ShowIfStopped);
+}
+
+// Of two loadings in a row the engine may tell one end alone.
+void ScriptBar::LookAgain() {
+  if (page_ == nullptr) return;
+  if (page_->isLoading()) {
+    lookAgain_.start();
+  } else {
+    ShowIfStopped();
+  }
 }
 
 // A page without scripts lacks nothing.

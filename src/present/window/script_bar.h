@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QString>
+#include <QTimer>
 
 #include "kit/window/notice_bar.h"
 #include "storage/context.h"
@@ -39,11 +40,13 @@ class ScriptBar : public NoticeBar {
   ScriptBar(Context& context, AllowedSites& sites, QPushButton* allow);
   bool MayRun(const QUrl& url) const;
   void ShowIfStopped();
+  void LookAgain();
   void Allow();
 
   Context& context_;
   AllowedSites& sites_;
   QPointer<LinkPage> page_;
+  QTimer lookAgain_;
 };
 
 }  // namespace vorn
