@@ -21,6 +21,7 @@
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "mail/mail_store.h"
+#include "mail/window/html_view.h"
 #include "mail/window/message_window.h"
 #include "present/window/browser_window.h"
 
@@ -114,6 +115,7 @@ void Measure(const char* figure, ParentWindow& parent, const QString& serialId, 
 }  // namespace
 
 int main(int argc, char** argv) {
+  HtmlView::RegisterScheme();
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   const QTemporaryDir folder;

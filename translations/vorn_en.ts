@@ -3132,5 +3132,9 @@ and erased ones are not received again.</translation>
         <source>添付ファイル「%1」は、添付してから変わっています。今の内容で保存してよろしいですか？</source>
         <translation>The attached file &quot;%1&quot; has changed since it was attached. Save it with its present content?</translation>
     </message>
+    <message>
+        <source>予定への招待です。そのうち「%1」に返事をしますか？</source>
+        <translation>An invitation. Answer &quot;%1&quot;, which is one of its appointments?</translation>
+    </message>
 </context>
 </TS>

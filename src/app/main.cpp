@@ -16,9 +16,7 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
 #endif
   vorn::ForbidCoreDumps();
-  // A look-up of a name that a page merely mentions would tell its owner that it was read.
-  qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
-          qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --dns-prefetch-disable");
+  vorn::Program::PrepareEngine();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vorn"));
   QApplication::setApplicationDisplayName(vorn::kApplicationTitle);

@@ -57,8 +57,8 @@ class MailStore {
   /// Deletes the message's row. The folder rows are not touched.
   bool DeleteMessage(const Disk& request);
 
-  /// Writes whichever of status, flag and folders the mask names. With `openDatabase` the operation
-  /// opens and closes the database itself, otherwise it works on the one that is open.
+  /// Writes whichever of status, flag and folders the mask names. Without `openDatabase` it works
+  /// on the database that is open, whichever the bag names.
   bool UpdateMessageState(int mask, const Disk& request, bool openDatabase);
 
   /// Puts the message into the dust bin or takes it out, whatever its state is by now.

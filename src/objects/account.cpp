@@ -9,8 +9,6 @@
 namespace vorn {
 namespace {
 
-constexpr int kMaxPort = 65535;
-
 bool HasControlCharacter(const QString& text) {
   return std::any_of(text.begin(), text.end(),
                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
@@ -52,6 +50,10 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
 
 }  // namespace
 
+QString PortWords() {
+  return Ui::tr("ポート番号は1から65535までの数です。");
+}
+
 QString ValidateAccount(const Context& context, const AccountValues& values) {
   const auto probe = std::make_shared<Disk>();
   probe->Let(QStringLiteral("Object"), values.name);
@@ -62,9 +64,8 @@ QString ValidateAccount(const Context& context, const AccountValues& values) {
   }
   if (values.inServer.isEmpty()) return Ui::tr("受信サーバーが設定されていません。");
   if (values.inUser.isEmpty()) return Ui::tr("受信サーバーのユーザー名が設定されていません。");
-  const auto isPort = [](int port) { return port >= 1 && port <= kMaxPort; };
-  if (!isPort(values.inPort) || !isPort(values.outPort)) {
-    return Ui::tr("ポート番号は1から65535までの数です。");
+  if (!IsPort(values.inPort) || !IsPort(values.outPort)) {
+    return PortWords();
   }
   for (const QString& text :
        {values.name, values.address, values.display, values.inServer, values.inUser,

@@ -29,6 +29,12 @@ struct AccountValues {
   bool isDefault = false;
 };
 
+/// Whether a server can listen there (RFC 6335); and the sentence for the user when not.
+constexpr bool IsPort(int port) {
+  return port >= 1 && port <= 65535;
+}
+QString PortWords();
+
 /// What is wrong with the values, as a sentence for the user; empty when nothing is.
 QString ValidateAccount(const Context& context, const AccountValues& values);
 

@@ -58,6 +58,8 @@ class Connection {
   bool Commit();
   void Rollback();
   bool InTransaction() const { return depth_ > 0; }
+  /// How many transactions are open inside each other.
+  int TransactionDepth() const { return depth_; }
 
   /// Forces everything committed so far onto the disk.
   bool MakeDurable();

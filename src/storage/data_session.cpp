@@ -98,10 +98,17 @@ void DataSession::Close() {
   recordset_.reset();
   if (connection_ == nullptr) return;
   NoteDamage(path_, *connection_);
-  connection_->EndRecordsets();
+  const bool goesOn = IsOpenFurtherOut();
+  const int depth = goesOn ? outer_.back().innerDepth : 0;
+  const int groupDepth = goesOn ? outer_.back().innerGroupDepth : 0;
+  if (!goesOn) connection_->EndRecordsets();
   // A transaction left open by its owner's failure must not leak into the next task.
-  if (connection_ == group_ && groupDepth_ > 0) Rollback();
-  while (connection_->InTransaction() && connection_ != group_) connection_->Rollback();
+  if (connection_ == group_ && groupDepth_ > groupDepth) Rollback();
+  while (connection_->TransactionDepth() > depth && connection_ != group_) connection_->Rollback();
+  if (goesOn) {
+    connection_.reset();
+    return;
+  }
   pool_.Park(path_, password_, std::move(connection_));
   connection_.reset();
 }
@@ -111,24 +118,33 @@ void DataSession::CloseFile(const QString& path) {
   pool_.Drop(path);
 }
 
-DataSession::Suspended DataSession::Suspend() {
-  return {std::exchange(connection_, nullptr), std::exchange(path_, {}),
-          std::exchange(password_, {}), std::exchange(recordset_, nullptr)};
+void DataSession::Enter(const QString& path) {
+  outer_.push_back({std::exchange(connection_, nullptr), std::exchange(path_, {}),
+                    std::exchange(password_, {}), std::exchange(recordset_, nullptr)});
+  const auto same = std::find_if(outer_.rbegin(), outer_.rend(), [&path](const Outer& outer) {
+    return outer.connection != nullptr && outer.path == path;
+  });
+  if (same == outer_.rend()) return;
+  connection_ = same->connection;
+  path_ = same->path;
+  password_ = same->password;
+  outer_.back().innerDepth = connection_->TransactionDepth();
+  outer_.back().innerGroupDepth = groupDepth_;
 }
 
-void DataSession::Resume(Suspended suspended) {
+void DataSession::Leave() {
   Close();
-  connection_ = std::move(suspended.connection);
-  path_ = std::move(suspended.path);
-  password_ = std::move(suspended.password);
-  recordset_ = std::move(suspended.recordset);
+  const Outer outer = std::move(outer_.back());
+  outer_.pop_back();
+  connection_ = outer.connection;
+  path_ = outer.path;
+  password_ = outer.password;
+  recordset_ = outer.recordset;
 }
 
-void DataSession::PutRecordset(RecordsetPtr recordset) {
-  if (recordset_ != nullptr && recordset_ != recordset && recordset_->Failed()) {
-    error_ = recordset_->Error();
-  }
-  recordset_ = std::move(recordset);
+bool DataSession::IsOpenFurtherOut() const {
+  return std::any_of(outer_.begin(), outer_.end(),
+                     [this](const Outer& outer) { return outer.connection == connection_; });
 }
 
 bool DataSession::IsUnfinished() const {

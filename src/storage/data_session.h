@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "storage/connection.h"
 #include "storage/connection_pool.h"
@@ -20,9 +21,10 @@ namespace vorn {
 
 /// The database session: at most one open database at a time, and the current result set.
 ///
-/// Every user opens the database it needs, runs its statements and closes; closed connections stay
-/// warm, so that opening the same file again costs next to nothing. Operations report success as a
-/// boolean and leave the reason of a failure in `LastError`. Used on one thread.
+/// Every user opens the database it needs as an `OpenedDatabase` (`storage/databases.h`) and runs
+/// its statements; closed connections stay warm, so that opening the same file again costs next to
+/// nothing. Operations report success as a boolean and leave the reason of a failure in
+/// `LastError`. Used on one thread.
 class DataSession {
  public:
   /// Opens a file, closing the one that is open. A wrong password never opens a file, warm or not.
@@ -36,21 +38,13 @@ class DataSession {
   bool CompleteFields();
   void Close();
 
-  /// The open database, laid aside with its result set and its transaction.
-  struct Suspended {
-    std::shared_ptr<Connection> connection;
-    QString path;
-    QString password;
-    RecordsetPtr recordset;
-  };
-  /// Lays the open database aside, so that another one can be opened meanwhile; none is open then.
-  Suspended Suspend();
-  /// Closes what is open and goes on with what was laid aside.
-  void Resume(Suspended suspended);
-  /// Whether the file at `path` is the open one.
-  bool HasOpen(const QString& path) const { return connection_ != nullptr && path_ == path; }
-  /// The current result set is this one again.
-  void PutRecordset(RecordsetPtr recordset);
+  /// Lays the open database aside, with its result set and its transaction, until `Leave`. When the
+  /// file at `path` is open, here or further out, it is the open one again; else none is.
+  void Enter(const QString& path);
+  /// Closes what was opened since `Enter`, undoing a transaction that was left open, and goes on
+  /// with what was laid aside.
+  void Leave();
+  bool IsOpen() const { return connection_ != nullptr; }
 
   /// Really closes the file at `path`, the open one or a warm one.
   void CloseFile(const QString& path);
@@ -139,6 +133,18 @@ class DataSession {
   bool FailWith(const StorageError& error);
 
  private:
+  // An open database that was laid aside, and how far transactions had gone on the one that came in
+  // its place.
+  struct Outer {
+    std::shared_ptr<Connection> connection;
+    QString path;
+    QString password;
+    RecordsetPtr recordset;
+    int innerDepth = 0;
+    int innerGroupDepth = 0;
+  };
+
+  bool IsOpenFurtherOut() const;
   bool FailFromConnection();
   void LeaveGroup();
   // The first column of the first row that a statement with a value finds; empty when there is
@@ -152,6 +158,7 @@ class DataSession {
   QString password_;
   ConnectionPool pool_;
   RecordsetPtr recordset_;
+  std::vector<Outer> outer_;
   SerialIdGenerator serials_;
   QString groupPath_;
   std::shared_ptr<Connection> group_;  // set while the group's transaction is open

@@ -138,22 +138,12 @@ bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
 OpenedDatabase::OpenedDatabase(Context& context, DatabaseKind kind, const QString& path)
     : data_(context.Data) {
   const Location location = Locate(context, kind, path);
-  isShared_ = data_.HasOpen(location.path);
-  if (isShared_) {
-    outer_.recordset = data_.Recordset();
-    isOpen_ = true;
-  } else {
-    outer_ = data_.Suspend();
-    isOpen_ = OpenOrCreate(context, kind, location);
-  }
+  data_.Enter(location.path);
+  isOpen_ = data_.IsOpen() || OpenOrCreate(context, kind, location);
 }
 
 OpenedDatabase::~OpenedDatabase() {
-  if (isShared_) {
-    data_.PutRecordset(std::move(outer_.recordset));
-  } else {
-    data_.Resume(std::move(outer_));
-  }
+  data_.Leave();
 }
 
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {

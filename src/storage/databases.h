@@ -32,12 +32,10 @@ class OpenedDatabase {
 
  private:
   DataSession& data_;
-  bool isOpen_ = false;
-  bool isShared_ = false;  // the outer one has the same file
-  DataSession::Suspended outer_;
+  bool isOpen_;
 };
 
-/// The same until the session closes it, for whoever looks into a file from outside.
+/// The same until the session closes it, for tests and tools that look into a file from outside.
 bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {});
 
 /// Makes sure that the file of a kind and its tables exist; closes it again. `path` and `password`

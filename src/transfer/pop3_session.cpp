@@ -429,7 +429,7 @@ void Pop3Session::EndStop(size_t message, const QByteArray& header) {
   if (stops_[message] == header) {
     doomed_.push_back(message);
   } else {
-    events_.StopTakenBack();
+    events_.StopTakenBack(StopDoubt::OtherHeader);
   }
   stops_.erase(message);
 }
@@ -454,6 +454,11 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   QByteArray uidl = entry.uidl;
   if (uidl.isEmpty()) {
     uidl = "sha256:" + QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
+  }
+  // Before anything comes of it, for whatever comes of it may have to be taken back.
+  const bool isNear = fit == SizeFit::Near && !isTornOff;
+  if (isNear) near_.push_back({message, MessageId(uidl)});
+  if (entry.uidl.isEmpty()) {
     bool exists = false;
     events_.AlreadyStored(MessageId(uidl), exists, deleteOnServer);
     if (exists) {
@@ -470,19 +475,24 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   const bool isUntested = message < untested_.size() && untested_[message];
   if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
     if (deleteOnServer) doomed_.push_back(message);
+    if (isNear) near_.back().isStopped = true;
     return;
   }
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
   if (deleteOnServer && !stopped_) doomed_.push_back(message);
-  if (fit == SizeFit::Near && !isTornOff) near_.push_back(message);
 }
 
 // Those that came before it was known that the server's sizes are exact.
 void Pop3Session::KeepNear() {
-  for (const size_t message : near_) {
-    const auto doomed = std::find(doomed_.begin(), doomed_.end(), message);
-    if (doomed != doomed_.end()) doomed_.erase(doomed);
-    events_.TakeBack(MessageId(messages_[message].uidl));
+  for (const NearMessage& near : std::exchange(near_, {})) {
+    const auto doomed = std::find(doomed_.begin(), doomed_.end(), near.message);
+    const bool wasDoomed = doomed != doomed_.end();
+    if (wasDoomed) doomed_.erase(doomed);
+    if (!near.isStopped) {
+      events_.TakeBack(near.id);
+    } else if (wasDoomed) {
+      events_.StopTakenBack(StopDoubt::OtherSize);
+    }
   }
 }
 

@@ -58,6 +58,12 @@ class Pop3Session : public MailSession {
   };
   enum class Command { Capa, Stls, Auth, User, Pass, Apop, List, Uidl, Top, Retr, Dele, Quit };
 
+  // A message whose size was about the announced one, before any was exact.
+  struct NearMessage {
+    size_t message;
+    QString id;
+    bool isStopped = false;  // by a rule
+  };
   struct Pending {
     Command command;
     size_t message = 0;
@@ -115,11 +121,11 @@ class Pop3Session : public MailSession {
   bool wantsHeaders_ = false;
   bool lacksTop_ = false;  // rules are tested on whole messages
   bool toldOfTop_ = false;
-  bool hasTop_ = false;                    // it was answered once
-  bool asksForHeaders_ = false;            // it was asked for in this session
-  std::vector<bool> untested_;             // by message: rules are still to be tested on its header
-  bool hasExactSizes_ = false;             // of a message so far
-  std::vector<size_t> near_;               // messages whose size is about the announced one
+  bool hasTop_ = false;          // it was answered once
+  bool asksForHeaders_ = false;  // it was asked for in this session
+  std::vector<bool> untested_;   // by message: rules are still to be tested on its header
+  bool hasExactSizes_ = false;   // of a message so far
+  std::vector<NearMessage> near_;
   std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
   std::map<size_t, QByteArray> stops_;     // by message: the header for which a rule deletes it
   qsizetype replies_ = 0;                  // whole replies so far

@@ -13,6 +13,12 @@ enum class HandoverOutcome {
   Unknown,  ///< its end was given to the connection and no clear answer came
 };
 
+/// Why a message that a rule stopped is not deleted on the server after all.
+enum class StopDoubt {
+  OtherHeader,  ///< a second answer had another header
+  OtherSize,    ///< the server's sizes are exact, and the answer had another one
+};
+
 /// A message of a mailbox.
 struct ListedMessage {
   QString id;
@@ -67,8 +73,8 @@ class PopEvents {
   virtual bool HasDoubt(const QString& /*messageId*/) { return false; }
   /// That a message which was handed over as fitting does not, and stays on the server.
   virtual void TakeBack(const QString& /*messageId*/) { TornOffAgain(); }
-  /// That a second answer was otherwise: what a rule was about to delete stays.
-  virtual void StopTakenBack() {}
+  /// That what a rule was about to delete stays on the server.
+  virtual void StopTakenBack(StopDoubt /*why*/) {}
   virtual void SessionStarted() = 0;
   virtual void SessionEnded() = 0;
   /// `done` of `total` bytes; `total` may be 0.

@@ -427,8 +427,9 @@ void TransferEvents::TakeBack(const QString& messageId) {
   TornOffAgain();
 }
 
-void TransferEvents::StopTakenBack() {
+void TransferEvents::StopTakenBack(StopDoubt why) {
   --stopDeletesInSession_;
+  if (why == StopDoubt::OtherSize) return TornOffAgain();
   Log(0, Ui::tr("メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージは"
                 "サーバーに残します。"));
 }

@@ -60,7 +60,7 @@ class TransferEvents : public QObject, public PopEvents {
   void TornOffAgain() override { ++tornOffInSession_; }
   bool HasDoubt(const QString& messageId) override { return known_.HasDoubt(messageId); }
   void TakeBack(const QString& messageId) override;
-  void StopTakenBack() override;
+  void StopTakenBack(StopDoubt why) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
                        bool& deleteOnServer) override;

@@ -87,6 +87,13 @@ TEST(InvitationTest, ASeriesIsShownAndAnsweredWhole) {
   EXPECT_EQ(reply.count("PARTSTAT=ACCEPTED"), 2) << reply.toStdString();
   EXPECT_EQ(reply.count("RECURRENCE-ID"), 1);
   EXPECT_FALSE(reply.contains("43@example.jp"));
+  EXPECT_TRUE(ReadInvitation(calendar)->isOneOfSeveral);
+  EXPECT_FALSE(ReadInvitation(kCalendar)->isOneOfSeveral);
+  // It is named after the series also where the moved time comes first.
+  QString turned = kCalendar;
+  turned.replace(QStringLiteral("BEGIN:VEVENT"), moved + QStringLiteral("BEGIN:VEVENT"));
+  EXPECT_EQ(ReadInvitation(turned)->summary, QStringLiteral("定例会議"));
+  EXPECT_FALSE(ReadInvitation(turned)->isOneOfSeveral);
   const QByteArray changed =
       ChangeReply(reply, QStringLiteral("sato@example.jp"), InvitationAnswer::Declined);
   EXPECT_EQ(changed.count("PARTSTAT=DECLINED"), 2);

@@ -206,6 +206,14 @@ TEST(OpenedDatabase, WhatIsOpenedMeanwhileLeavesTheOuterOneAsItWas) {
       EXPECT_TRUE(
           data.OpenRecordset(QStringLiteral("SELECT * FROM folder"), CursorKind::ForwardOnly));
     }
+    {
+      // The same one from within another, by somebody who fails in the middle.
+      const OpenedDatabase objects(context, DatabaseKind::Profile);
+      const OpenedDatabase again(context, DatabaseKind::Mail);
+      EXPECT_TRUE(again);
+      EXPECT_TRUE(data.Begin());
+      EXPECT_TRUE(data.Execute(QStringLiteral("UPDATE mail SET STATUS = -3")));
+    }
     EXPECT_FALSE(OpenedDatabase(context, DatabaseKind::MailByPath, QStringLiteral("/proc/none/x")));
     EXPECT_EQ(data.Recordset(), rows);
     EXPECT_EQ(rows->Fields(u"FIELD_SUBJECT").toString(), QStringLiteral("first"));
@@ -215,6 +223,8 @@ TEST(OpenedDatabase, WhatIsOpenedMeanwhileLeavesTheOuterOneAsItWas) {
   }
   EXPECT_EQ(profile.Select(QStringLiteral("SELECT STATUS AS V FROM mail WHERE STATUS < 0")).size(),
             1);
+  EXPECT_TRUE(
+      profile.Select(QStringLiteral("SELECT STATUS AS V FROM mail WHERE STATUS = -3")).isEmpty());
 }
 
 TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {

@@ -57,7 +57,7 @@ class SessionRecorder : public PopEvents {
     stop = header.contains("Subject: stop");
     deleteOnServer = deletes;
   }
-  void StopTakenBack() override { told.append(QStringLiteral("taken back")); }
+  void StopTakenBack(StopDoubt) override { told.append(QStringLiteral("taken back")); }
   void SessionStarted() override { ++started; }
   void SessionEnded() override { ++ended; }
   void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }

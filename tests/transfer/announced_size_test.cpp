@@ -273,6 +273,64 @@ TEST_F(AnnouncedSizeTest, AnotherMessageOfAboutTheSameSizeIsMissed) {
 }
 
 // One account keeps and one deletes what has no right sizes: the doubts of one mailbox are theirs.
+// A text of about the size, before anything of the session was exact, under which something else is
+// known already: it comes of the contents' name, or of a rule.
+TEST_F(AnnouncedSizeTest, WhatIsKnownByAnotherMessagesTextIsNotDeletedUnseen) {
+  QByteArrayList texts;
+  for (int i = 0; i < 6; ++i) {
+    texts.append((i == 5 ? "From: spam@example.jp\r\n" : "") +
+                 Header(QByteArray::number(i), i * 40) +
+                 QByteArray("a line of text\r\n").repeated(500) + "\r\n");
+  }
+  const auto offer = [&](std::initializer_list<int> added) {
+    for (const int i : added) server_.Messages.append({QByteArray::number(i), texts[i]});
+  };
+  const auto isThere = [this](const QByteArray& uidl) {
+    return std::any_of(server_.Messages.begin(), server_.Messages.end(),
+                       [&uidl](const auto& message) { return message.uidl == uidl; });
+  };
+  for (const bool countsLineFeeds : {false, true}) {
+    SCOPED_TRACE(countsLineFeeds);
+    server_.CountsLineFeeds = countsLineFeeds;
+    // Torn off twice alike, on a server that names nothing.
+    server_.OffersUidl = false;
+    offer({0, 1});
+    const QByteArray torn = texts[0].chopped(320) + "\r\n";
+    ReceiveWith("0", torn);
+    offer({2});
+    ReceiveWith("0", torn);
+    EXPECT_TRUE(isThere("0"));
+    // The text of one that is stored and gone.
+    offer({3});
+    ReceiveWith("3", texts[1]);
+    offer({4});
+    ReceiveWith("3", texts[2]);
+    EXPECT_TRUE(isThere("3"));
+    for (int check = 0; check < 2; ++check) Receive();
+    // What a rule deletes, which is seen in the whole message alone.
+    server_.OffersTop = false;
+    RefuseSpam();
+    for (const bool offersUidl : {true, false}) {
+      SCOPED_TRACE(offersUidl);
+      server_.OffersUidl = offersUidl;
+      const QByteArray name = QByteArray(countsLineFeeds ? "f" : "e") + (offersUidl ? "u" : "n");
+      QByteArray wanted = texts[4];
+      wanted.replace("Message-ID: <", "Message-ID: <" + name);
+      server_.Messages = {{name, wanted}, {name + "5", texts[5]}, {name + "6", Header(name, 200)}};
+      ReceiveWith(name, texts[5]);
+      EXPECT_TRUE(isThere(name));
+      for (int check = 0; check < 3; ++check) Receive();
+      EXPECT_EQ(Stored().count(wanted), 1);
+      EXPECT_FALSE(Stored().contains(texts[5]));
+      EXPECT_TRUE(server_.Messages.isEmpty());
+    }
+    for (int i = 0; i < 5; ++i) EXPECT_GE(Stored().count(texts[i]), 1) << i;
+    server_.OffersTop = true;
+    profile_.Get().Objects.Remove(fixed_serial::kRules);
+    server_.Messages.clear();
+  }
+}
+
 TEST_F(AnnouncedSizeTest, TwoAccountsAtOneMailboxComeToRest) {
   const DiskPtr other = profile_.AddAccount(server_.Port());
   server_.SizeFactor = 1.4;

@@ -26,16 +26,19 @@ class WebSite {
       QTcpSocket* socket = server_.nextPendingConnection();
       QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
         asked.append(socket->readAll().split(' ').value(1));
-        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n" + page_);
+        socket->write("HTTP/1.0 200 OK\r\nContent-Type: " + type_ + "\r\n\r\n" + page_);
         socket->disconnectFromHost();
       });
     });
   }
   QByteArray Url() const { return "http://127.0.0.1:" + QByteArray::number(server_.serverPort()); }
+  /// From now on the page is something to be saved.
+  void SendAsFile() { type_ = "application/octet-stream"; }
   QList<QByteArray> asked;
 
  private:
   QByteArray page_;
+  QByteArray type_ = "text/html";
   QTcpServer server_;
 };
 

@@ -182,7 +182,12 @@ TEST_F(InvitationWindowTest, AnInvitationIsAnsweredByAMessage) {
   memo.setPlainText(QStringLiteral("欠席するつもりです。"));
   Press(Child<QPushButton>(window, u"cmAccept"));
   EXPECT_TRUE(saysThatWordsStay());
+  memo.setPlainText(QStringLiteral("やはり出席します。"));
+  EXPECT_FALSE(saysThatWordsStay());
   Press(Child<QPushButton>(window, u"cmDecline"));
+  EXPECT_FALSE(saysThatWordsStay());
+  memo.undo();
+  EXPECT_TRUE(saysThatWordsStay());
   Menu(window, u"menuFilesMessages").actions()[0]->trigger();
   EXPECT_TRUE(Gone());
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

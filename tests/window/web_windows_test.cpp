@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QTableWidget>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
 
 #include "mail/window/message_window.h"
 #include "window/folder_page_fixture.h"
@@ -132,6 +134,17 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   go(site);
   EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/ran"); }));
   EXPECT_FALSE(bar(window).isVisible());
+  // A page whose scripts are stopped does not get them by asking an allowed site for a file.
+  go(other);
+  EXPECT_TRUE(WaitFor([&] { return bar(window).isVisible(); }));
+  auto& page = *Child<QWebEngineView>(window, u"wbUrl").page();
+  site.SendAsFile();
+  site.asked.clear();
+  page.runJavaScript(QStringLiteral("location.href = '%1/file'").arg(QLatin1String(site.Url())),
+                     QWebEngineScript::ApplicationWorld);
+  EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/file") && !page.isLoading(); }));
+  EXPECT_EQ(page.url(), QUrl(QString::fromLatin1(other.Url() + "/again")));
+  EXPECT_FALSE(page.settings()->testAttribute(QWebEngineSettings::JavascriptEnabled));
   // Where no script is missing nothing is said; the page has answered by now.
   BrowserWindow& calm = open(plain);
   bool answered = false;

@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include "frame/window/program.h"
 #include "support/test_profile.h"
 
 namespace {
@@ -47,6 +48,7 @@ int main(int argc, char** argv) {
   SetDefault("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu");
   SetDefault("QTWEBENGINE_DISABLE_SANDBOX", "1");  // tests may run as root
   const vorn::test::PrivateUser user;
+  vorn::Program::PrepareEngine();
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   testing::InitGoogleTest(&argc, argv);

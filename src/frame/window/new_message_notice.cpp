@@ -5,6 +5,7 @@
 #include <QSoundEffect>
 #include <QUrl>
 
+#include "kit/window/plain_text.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
 
@@ -12,12 +13,16 @@ namespace vorn {
 namespace {
 
 constexpr const char* kMessages = "messages";
+constexpr qsizetype kMostUnasked = 10;
 
 }  // namespace
 
 NewMessageNotice::NewMessageNotice(Context& context, QWidget& window,
                                    std::function<void(const QString&)> open)
-    : context_(context), window_(window), open_(std::move(open)), mmSound_(new QSoundEffect(&window)) {
+    : context_(context),
+      window_(window),
+      open_(std::move(open)),
+      mmSound_(new QSoundEffect(&window)) {
   mmSound_->setObjectName(QStringLiteral("mmSound"));
 }
 
@@ -42,10 +47,21 @@ void NewMessageNotice::Ask(const QStringList& messages) {
   question_->setAttribute(Qt::WA_ShowWithoutActivating);
   question_->setModal(false);
   connect(question_, &QMessageBox::finished, this, [this, box = question_.data()](int answer) {
-    if (answer != QMessageBox::Ok) return;
-    for (const QString& serialId : box->property(kMessages).toStringList()) open_(serialId);
+    if (answer == QMessageBox::Ok) Open(box->property(kMessages).toStringList());
   });
   question_->show();
+}
+
+// Hundreds of windows are hardly what was meant.
+void NewMessageNotice::Open(const QStringList& messages) {
+  if (messages.size() > kMostUnasked &&
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？")
+                  .arg(messages.size()),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Ok) {
+    return;
+  }
+  for (const QString& serialId : messages) open_(serialId);
 }
 
 void NewMessageNotice::PlaySound() {

@@ -26,6 +26,7 @@ class NewMessageNotice : public QObject {
 
  private:
   void Ask(const QStringList& messages);
+  void Open(const QStringList& messages);
   void PlaySound();
 
   Context& context_;

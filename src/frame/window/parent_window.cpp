@@ -315,7 +315,7 @@ void ParentWindow::FollowActivePage() {
 
 void ParentWindow::Track(QObject* object, RequestWindow* window) {
   windows_.push_back(window);
-  connect(object, &QObject::destroyed, this, [this, window] { std::erase(windows_, window); });
+  connect(object, &QObject::destroyed, &tracker_, [this, window] { std::erase(windows_, window); });
 }
 
 void ParentWindow::ArrangeWindows() {

@@ -178,6 +178,7 @@ class ParentWindow : public QMainWindow,
   MessageActions actions_;
   ArchiveCommands archive_;
   std::vector<RequestWindow*> windows_;
+  QObject tracker_;  // hears of their ends as long as there is a list of them
   int storedSeen_ = 0;
   bool foldersChanged_ = false;
   bool closing_ = false;

@@ -17,6 +17,7 @@
 #include "frame/window/version_window.h"
 #include "kit/window/plain_text.h"
 #include "mail/mailto.h"
+#include "mail/window/html_view.h"
 #include "objects/lost_files.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
@@ -36,6 +37,13 @@ QStringList WithFullPaths(QStringList arguments) {
 }
 
 }  // namespace
+
+void Program::PrepareEngine() {
+  // A look-up of a name that a page merely mentions would tell its owner that it was read.
+  const char* options = "QTWEBENGINE_CHROMIUM_FLAGS";
+  qputenv(options, qgetenv(options) + " --dns-prefetch-disable");
+  HtmlView::RegisterScheme();
+}
 
 Program::Program(const QString& appFolder, const QStringList& arguments)
     : appFolder_(appFolder),

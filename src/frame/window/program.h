@@ -23,6 +23,10 @@ class Program : public QObject {
   Q_OBJECT
 
  public:
+  /// To be called once, before the application object is made: what the browser engine reads only
+  /// at its start.
+  static void PrepareEngine();
+
   /// `appFolder` holds the databases; `arguments` are message files and "mailto:" addresses to
   /// open.
   explicit Program(const QString& appFolder, const QStringList& arguments = {});

@@ -1,5 +1,6 @@
 #include "mail/codec/invitation.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "mail/codec/list_splitting.h"
@@ -109,6 +110,10 @@ std::optional<Invitation> ReadInvitation(const QString& calendar) {
   invitation.calendar = calendar;
   invitation.organizer = CalendarAddress(icalproperty_get_organizer(organizer));
   if (!invitation.organizer.contains(u'@')) return std::nullopt;
+  const std::vector<icalcomponent*> events = parsed.Events();
+  invitation.isOneOfSeveral = std::any_of(
+      events.begin(), events.end(),
+      [uid](icalcomponent* other) { return qstrcmp(icalcomponent_get_uid(other), uid) != 0; });
   invitation.summary = MimeCodec::OneLine(QString::fromUtf8(icalcomponent_get_summary(event)));
   ForEachAttendee(event, [&](icalproperty* attendee) {
     invitation.attendees.append(CalendarAddress(icalproperty_get_attendee(attendee)));

@@ -15,7 +15,8 @@ struct Invitation {
   QString calendar;   ///< as it came
   QString organizer;  ///< the address that the answer goes to
   QString summary;
-  QStringList attendees;  ///< addresses
+  QStringList attendees;        ///< addresses
+  bool isOneOfSeveral = false;  ///< the calendar holds other appointments, which are not answered
 };
 
 /// The invitation in a calendar that came by mail; none when it asks for no answer. Safe to call

@@ -1,5 +1,7 @@
 #include "mail/codec/parsed_calendar.h"
 
+#include <algorithm>
+
 #include "mail/codec/list_splitting.h"
 
 namespace vorn {
@@ -25,7 +27,10 @@ ParsedCalendar::ParsedCalendar(const QString& calendar)
 
 std::vector<icalcomponent*> ParsedCalendar::Events() const {
   std::vector<icalcomponent*> events;
-  for (icalcomponent* event = Event(); event != nullptr;
+  if (whole_ == nullptr) return events;
+  for (icalcomponent* event =
+           icalcomponent_get_first_component(whole_.get(), ICAL_VEVENT_COMPONENT);
+       event != nullptr;
        event = icalcomponent_get_next_component(whole_.get(), ICAL_VEVENT_COMPONENT)) {
     events.push_back(event);
   }
@@ -33,8 +38,12 @@ std::vector<icalcomponent*> ParsedCalendar::Events() const {
 }
 
 icalcomponent* ParsedCalendar::Event() const {
-  return whole_ == nullptr ? nullptr
-                           : icalcomponent_get_first_component(whole_.get(), ICAL_VEVENT_COMPONENT);
+  const std::vector<icalcomponent*> events = Events();
+  const auto whole = std::find_if(events.begin(), events.end(), [](icalcomponent* event) {
+    return icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY) == nullptr;
+  });
+  if (whole != events.end()) return *whole;
+  return events.empty() ? nullptr : events.front();
 }
 
 QString CalendarAddress(const char* uri) {

@@ -19,7 +19,8 @@ class ParsedCalendar {
   icalcomponent* Whole() const { return whole_.get(); }
   /// Its appointments, as they stand in it.
   std::vector<icalcomponent*> Events() const;
-  /// The first of them; null when there is none.
+  /// What it is about: the first that is not a single time of a series, else the first; null when
+  /// there is none.
   icalcomponent* Event() const;
 
  private:

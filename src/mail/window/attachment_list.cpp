@@ -14,7 +14,6 @@
 #include <QUrl>
 
 #include "auxiliary/window/console_window.h"
-#include "frame/start_up.h"
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/mime_codec.h"

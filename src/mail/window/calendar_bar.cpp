@@ -7,7 +7,6 @@
 #include <QSaveFile>
 #include <tuple>
 
-#include "frame/start_up.h"
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/calendar_summary.h"
@@ -38,8 +37,8 @@ CalendarBar::CalendarBar(QWidget* parent) : QFrame(parent), label_(PlainLabel())
   setObjectName(QStringLiteral("frCalendar"));
   setFrameShape(QFrame::StyledPanel);
   new QHBoxLayout(this);
-  layout()->addWidget(label_);
-  static_cast<QHBoxLayout*>(layout())->addStretch(1);
+  label_->setWordWrap(true);
+  static_cast<QHBoxLayout*>(layout())->addWidget(label_, 1);
   const std::tuple<InvitationAnswer, QString, QString> answers[] = {
       {InvitationAnswer::Accepted, QStringLiteral("cmAccept"), QStringLiteral("(&1)")},
       {InvitationAnswer::Tentative, QStringLiteral("cmTentative"), QStringLiteral("(&2)")},
@@ -72,8 +71,7 @@ void CalendarBar::Show(const QString& calendar) {
   calendar_ = calendar;
   invitation_ = calendar.isEmpty() ? std::nullopt : ReadInvitation(calendar);
   const bool isShown = !calendar.isEmpty() && !CalendarSummary(calendar, false).isEmpty();
-  label_->setText(invitation_ ? Ui::tr("予定への招待です。返事をしますか？")
-                              : Ui::tr("このメールには予定があります。"));
+  label_->setText(Question());
   for (QPushButton* button : answers_) {
     button->setCheckable(false);
     button->setEnabled(true);
@@ -81,6 +79,13 @@ void CalendarBar::Show(const QString& calendar) {
   }
   save_->show();
   setVisible(isShown);
+}
+
+QString CalendarBar::Question() const {
+  if (!invitation_) return Ui::tr("このメールには予定があります。");
+  if (!invitation_->isOneOfSeveral) return Ui::tr("予定への招待です。返事をしますか？");
+  return Ui::tr("予定への招待です。そのうち「%1」に返事をしますか？")
+      .arg(ShownText(invitation_->summary, kMostInTitle));
 }
 
 void CalendarBar::ShowAnswer(const QByteArray& reply, bool editable) {

@@ -30,6 +30,7 @@ class CalendarBar : public QFrame {
   void AnswerChanged(vorn::InvitationAnswer answer);
 
  private:
+  QString Question() const;
   QPushButton* AddButton(const QString& text, const QString& name);
   void Check(InvitationAnswer answer);
   void Save();

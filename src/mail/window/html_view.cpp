@@ -1,11 +1,10 @@
 #include "mail/window/html_view.h"
 
+#include <QBuffer>
 #include <QDesktopServices>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 #include <QUuid>
 #include <QVBoxLayout>
@@ -15,14 +14,20 @@
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+#include <QWebEngineUrlSchemeHandler>
 #include <QWebEngineView>
 
-#include "frame/start_up.h"
 #include "kit/window/plain_text.h"
-#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+constexpr const char* kScheme = "vorn-mail";
+
+}  // namespace
 
 // Lets the page itself and images inside it through, and remote images when they are wanted.
 class MailGuard : public QWebEngineUrlRequestInterceptor {
@@ -46,6 +51,33 @@ class MailGuard : public QWebEngineUrlRequestInterceptor {
  private:
   QUrl page_;
   bool remoteImages_ = false;
+};
+
+// Gives the engine the page from memory: nothing of a mail is written to the disk for it, and a
+// page given as text may not be larger than two megabytes.
+class MailSource : public QWebEngineUrlSchemeHandler {
+ public:
+  using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
+
+  void Give(const QUrl& url, const QByteArray& html) {
+    url_ = url;
+    html_ = html;
+  }
+
+  void requestStarted(QWebEngineUrlRequestJob* job) override {
+    if (job->requestUrl() != url_) {
+      job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+      return;
+    }
+    auto* bytes = new QBuffer(job);
+    bytes->setData(html_);
+    bytes->open(QIODevice::ReadOnly);
+    job->reply("text/html; charset=utf-8", bytes);
+  }
+
+ private:
+  QUrl url_;
+  QByteArray html_;
 };
 
 // Stays on its page; links are handed on.
@@ -73,14 +105,21 @@ class MailPage : public QWebEnginePage {
   QUrl allowed_;
 };
 
-HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
+void HtmlView::RegisterScheme() {
+  QWebEngineUrlScheme scheme(kScheme);
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+HtmlView::HtmlView(QWidget* parent)
     : QWidget(parent),
-      workFolder_(workFolder),
       profile_(std::make_unique<QWebEngineProfile>()),
       guard_(new MailGuard(this)),
+      source_(new MailSource(this)),
       view_(new QWebEngineView(this)),
       notice_(new QWidget) {
   profile_->setUrlRequestInterceptor(guard_);
+  profile_->installUrlSchemeHandler(kScheme, source_);
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setHttpUserAgent(QStringLiteral("Mozilla/5.0"));  // no word of the engine or the system
   page_ = new MailPage(profile_.get(), view_);
@@ -118,14 +157,10 @@ HtmlView::HtmlView(const QString& workFolder, QWidget* parent)
 
   connect(button, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
-  connect(view_, &QWebEngineView::loadFinished, this, [this](bool ok) {
-    RemoveReadFile();
-    Q_EMIT Loaded(ok);
-  });
+  connect(view_, &QWebEngineView::loadFinished, this, &HtmlView::Loaded);
 }
 
 HtmlView::~HtmlView() {
-  RemoveFile();
   delete view_;  // its page goes before the profile
 }
 
@@ -138,37 +173,16 @@ void HtmlView::LoadRemoteImages() {
   Load(RemoteImages::Kept);
 }
 
-// From a file, since a page given as text may not be larger than two megabytes.
+// Each loading has an address of its own: one that comes late finds nothing at the one before.
 void HtmlView::Load(RemoteImages images) {
   const SafeHtml safe = SanitizeHtml(html_, images);
   guard_->AllowRemoteImages(images == RemoteImages::Kept);
   notice_->setVisible(safe.hasRemoteImages && images == RemoteImages::LeftOut);
-  RemoveFile();
-  MakePrivateFolder(workFolder_);
-  file_ = workFolder_ + QStringLiteral("html_") + QUuid::createUuid().toString(QUuid::Id128) +
-          QStringLiteral(".html");
-  QFile file(file_);
-  if (OpenPrivate(file, QIODevice::WriteOnly)) file.write(safe.html);
-  file.close();
-  const QUrl url = QUrl::fromLocalFile(file_);
+  const QUrl url(QString::fromLatin1(kScheme) + u':' + QUuid::createUuid().toString(QUuid::Id128));
+  source_->Give(url, safe.html);
   guard_->Allow(url);
   page_->Allow(url);
   view_->load(url);
-}
-
-// The end of a loading may be that of the page before; the document itself says which it is.
-void HtmlView::RemoveReadFile() {
-  page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
-                       [self = QPointer<HtmlView>(this)](const QVariant& address) {
-                         if (self == nullptr) return;
-                         const QString read = QUrl(address.toString()).toLocalFile();
-                         if (read == self->file_) self->RemoveFile();
-                       });
-}
-
-void HtmlView::RemoveFile() {
-  if (!file_.isEmpty()) QFile::remove(file_);
-  file_.clear();
 }
 
 void HtmlView::Find(const QString& text, bool backward, const std::function<void(bool)>& then) {

@@ -15,6 +15,7 @@ namespace vorn {
 
 class MailGuard;
 class MailPage;
+class MailSource;
 
 /// Shows a message's HTML in a locked browser view: no scripts, no network, no forms, no frames. A
 /// link asks before it opens and shows where it really leads. Remote images are loaded when the
@@ -23,8 +24,11 @@ class HtmlView : public QWidget {
   Q_OBJECT
 
  public:
-  /// `workFolder` takes the page for the moment in which it is loaded.
-  explicit HtmlView(const QString& workFolder, QWidget* parent = nullptr);
+  /// To be called once, before the application object is made: the engine learns there and then
+  /// that pages come from memory.
+  static void RegisterScheme();
+
+  explicit HtmlView(QWidget* parent = nullptr);
   ~HtmlView() override;
 
   /// Shows a page; remote images are off again.
@@ -43,14 +47,11 @@ class HtmlView : public QWidget {
   void Load(RemoteImages images);
   void LoadRemoteImages();
   void AskToOpen(const QUrl& url);
-  void RemoveFile();
-  void RemoveReadFile();
 
-  QString workFolder_;
   QString html_;
-  QString file_;
   std::unique_ptr<QWebEngineProfile> profile_;
   MailGuard* guard_;
+  MailSource* source_;
   MailPage* page_;
   QWebEngineView* view_;
   QWidget* notice_;

@@ -19,9 +19,8 @@ constexpr int kHtmlTab = 1;
 
 }  // namespace
 
-MessageBody::MessageBody(QString workFolder, MemoBox::Taker taker)
-    : workFolder_(std::move(workFolder)),
-      tsBody_(new QTabWidget),
+MessageBody::MessageBody(MemoBox::Taker taker)
+    : tsBody_(new QTabWidget),
       txMemo_(new MemoBox(std::move(taker))),
       htmlPage_(new QWidget),
       find_(new FindBar) {
@@ -75,7 +74,7 @@ void MessageBody::OpenFind() {
 
 void MessageBody::MakeHtmlView() {
   if (wbHtml_ != nullptr) return;
-  wbHtml_ = new HtmlView(workFolder_);
+  wbHtml_ = new HtmlView;
   htmlPage_->layout()->addWidget(wbHtml_);
   connect(wbHtml_, &HtmlView::MessageWanted, this, &MessageBody::MessageWanted);
   wbHtml_->Zoom(std::pow(kZoomStep, zoom_));

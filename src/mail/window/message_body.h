@@ -18,8 +18,8 @@ class MessageBody : public QWidget {
   Q_OBJECT
 
  public:
-  /// `workFolder` is that of the HTML view, `taker` gets what is pasted and dropped.
-  MessageBody(QString workFolder, MemoBox::Taker taker);
+  /// `taker` gets what is pasted and dropped.
+  explicit MessageBody(MemoBox::Taker taker);
 
   /// Shows a message with its text in front. `html` gives the HTML part each time that its tab
   /// comes to the front; without it there is no such tab.
@@ -44,7 +44,6 @@ class MessageBody : public QWidget {
   void Find(const QString& text, bool backward);
   bool FindInText(const QString& text, bool backward);
 
-  QString workFolder_;
   std::function<QString()> html_;
   QTabWidget* tsBody_;
   MemoBox* txMemo_;

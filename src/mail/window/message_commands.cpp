@@ -12,7 +12,6 @@
 
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
-#include "frame/start_up.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
@@ -418,8 +417,18 @@ void MessageWindow::ChangeAnswer(InvitationAnswer answer) {
   QTextCursor sentence = body_->Text()->document()->find(AnswerText(before->answer).trimmed(), 0,
                                                          QTextDocument::FindCaseSensitively);
   if (!sentence.isNull()) sentence.insertText(AnswerText(answer).trimmed());
-  calendar_->SayWordsStay(sentence.isNull() && answer != before->answer);
+  answerChanged_ = answerChanged_ || answer != before->answer;
+  CheckAnswerWords();
   MarkEdited();
+}
+
+// Also when they are undone or edited later. Who has not changed his answer may word it as he
+// likes.
+void MessageWindow::CheckAnswerWords() {
+  if (!answerChanged_) return;
+  const auto reply = ReadReply(model_.calendarReply.value_or(QByteArray()));
+  calendar_->SayWordsStay(
+      reply && !body_->Text()->toPlainText().contains(AnswerText(reply->answer).trimmed()));
 }
 
 void MessageWindow::ShowNeighbour(int step) {

@@ -94,6 +94,7 @@ void MessageWindow::BuildControls() {
   connect(lvHeader_, &HeaderList::TabbedOut, this,
           [this] { txReference_->setFocus(Qt::TabFocusReason); });
   connect(body_->Text(), &QPlainTextEdit::textChanged, this, edited);
+  connect(body_->Text(), &QPlainTextEdit::textChanged, this, &MessageWindow::CheckAnswerWords);
   connect(txReference_, &QPlainTextEdit::textChanged, this, edited);
   connect(txInReplayTo_, &QLineEdit::textEdited, this, edited);
 }
@@ -126,8 +127,7 @@ QWidget* MessageWindow::BuildMailPage() {
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 2, lbClip_, lvClip_);
-  body_ = new MessageBody(context_.TempFolder,
-                          [this](const QMimeData& given) { return lvClip_->Take(given); });
+  body_ = new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
   grid->addWidget(body_, 3, 0, 1, 2);

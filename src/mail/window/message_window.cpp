@@ -12,7 +12,6 @@
 #include <QTabWidget>
 #include <QToolBar>
 
-#include "frame/start_up.h"
 #include "kit/window/icons.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
@@ -142,7 +141,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   } else {
     body_->Text()->setFocus();
   }
-  edited_ = draftDue_ = false;
+  edited_ = draftDue_ = answerChanged_ = false;
   changedState_ = 0;
 }
 

@@ -108,6 +108,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void ChooseAddresses();
   void AnswerInvitation(const Invitation& invitation, InvitationAnswer answer);
   void ChangeAnswer(InvitationAnswer answer);
+  void CheckAnswerWords();
   void ShowNeighbour(int step);
   void InsertRows(const QString& addressLines);
 
@@ -130,8 +131,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// Its source; null, with the reason in `error`, when an attachment cannot be read.
   QByteArray Compose(QString* error) const { return Compose(CurrentModel(), error); }
   QByteArray Compose(const MessageModel& model, QString* error) const;
-  /// Stores what closing keeps; false when the window has to stay open.
   bool HasSender();
+  /// Stores what closing keeps; false when the window has to stay open.
   bool StoreForClosing();
   bool AskToSave(bool* cancelled);
   /// Composes and stores the message as it stands; false, with the reason told, when it cannot be.
@@ -150,6 +151,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   CharsetChoice charset_ = CharsetChoice::Automatic;
   std::optional<CodeOffer> readAs_;  // for this view only
   bool isPicked_ = false;            // by the user in the menu, for the message that is shown
+  bool answerChanged_ = false;       // to an invitation, in this window
   bool edited_ = false;
   int changedState_ = 0;  // what of the stored state, a mask of `StateMask`
   bool draftDue_ = false;

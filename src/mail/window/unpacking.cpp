@@ -9,7 +9,6 @@
 #include <set>
 
 #include "auxiliary/window/console_window.h"
-#include "frame/start_up.h"
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/zip_files.h"

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "kit/window/plain_text.h"
+#include "objects/account.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 #include "transfer/trusted_certificates.h"
@@ -168,7 +169,7 @@ PageFault ServerPage::Check() {
     return {Ui::tr("サーバー名に使えない文字があります。"), server_};
   }
   if (!IsPort(port_->text())) {
-    return {Ui::tr("ポート番号は1から65535までの数です。"), port_};
+    return {PortWords(), port_};
   }
   return {};
 }

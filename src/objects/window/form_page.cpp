@@ -1,4 +1,5 @@
 #include "objects/window/form_page.h"
+#include "objects/account.h"
 #include "storage/ui.h"
 
 #include <QAction>
@@ -8,11 +9,7 @@
 #include <QStyle>
 
 namespace vorn {
-namespace {
-
-constexpr int kMaxPort = 65535;
-
-}  // namespace
+namespace {}  // namespace
 
 FormPage::FormPage(const QString& page, const QString& title)
     : title_(title), layout_(new QFormLayout(this)) {
@@ -66,7 +63,7 @@ QComboBox* FormPage::AddChoice(const QString& name, const QString& label,
 bool IsPort(const QString& text) {
   bool isNumber = false;
   const int port = text.toInt(&isNumber);
-  return isNumber && port >= 1 && port <= kMaxPort;
+  return isNumber && IsPort(port);
 }
 
 }  // namespace vorn

@@ -38,8 +38,11 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     return false;
   }
   if (isMainFrame) {
-    settings()->setAttribute(QWebEngineSettings::JavascriptEnabled,
-                             mayRunScripts_ && mayRunScripts_(url));
+    // Whether the page that is asked for comes, or is a file to be saved, is not known yet: until
+    // then scripts run where both this page and that one may run them.
+    const bool mayRun = mayRunScripts_ && mayRunScripts_(url);
+    LetScripts(mayRun && (this->url().isEmpty() || mayRunScripts_(this->url())));
+    arriving_ = url;
   }
   if (holding_ && isMainFrame && url.scheme() != u"about") {
     holding_ = false;
@@ -49,6 +52,17 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     return goesOn;
   }
   return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
+}
+
+void LinkPage::SettleScripts() {
+  const bool mayRun = mayRunScripts_ && mayRunScripts_(url());
+  if (mayRun == settings()->testAttribute(QWebEngineSettings::JavascriptEnabled)) return;
+  LetScripts(mayRun);
+  if (mayRun && url() == arriving_) triggerAction(Reload);  // it came without its scripts
+}
+
+void LinkPage::LetScripts(bool run) {
+  settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, run);
 }
 
 // Clicks in a row on one link are one command. The engine tells of each a while after it was made.

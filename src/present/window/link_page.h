@@ -19,10 +19,12 @@ class LinkPage : public QWebEnginePage {
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
   /// Makes the page of a new window that this one asks for; web pages only.
   void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
-  /// Tells of each web page that is about to come whether its scripts run. Without this none do.
-  void OnArrival(std::function<bool(const QUrl&)> mayRunScripts) {
+  /// Tells of a web page whether its scripts run. Without this none do.
+  void AllowScripts(std::function<bool(const QUrl&)> mayRunScripts) {
     mayRunScripts_ = std::move(mayRunScripts);
   }
+  /// Once a loading has ended, the scripts of the page that is there now run or not.
+  void SettleScripts();
   /// This is the page of a new window: its first navigation is not made but told.
   void HoldFirstNavigation() { holding_ = true; }
 
@@ -44,11 +46,13 @@ class LinkPage : public QWebEnginePage {
 
  private:
   bool HasUser() const;
+  void LetScripts(bool run);
   bool IsRepeated(const LinkCommand& command);
 
   QUrl localPage_;
   std::function<QWebEnginePage*()> makeWindow_;
   std::function<bool(const QUrl&)> mayRunScripts_;
+  QUrl arriving_;
   QElapsedTimer sinceWindow_;
   bool holding_ = false;
   LinkCommand followed_;

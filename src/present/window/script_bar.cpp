@@ -38,7 +38,7 @@ void ScriptBar::Attach(LinkPage& page) {
   if (page_ != nullptr) page_->disconnect(this);
   page_ = &page;
   hide();
-  page.OnArrival([self = QPointer<ScriptBar>(this)](const QUrl& url) {
+  page.AllowScripts([self = QPointer<ScriptBar>(this)](const QUrl& url) {
     return self != nullptr && self->MayRun(url);
   });
   connect(&page, &QWebEnginePage::loadStarted, this, [this] {
@@ -60,6 +60,7 @@ void ScriptBar::LookAgain() {
 
 // A page without scripts lacks nothing.
 void ScriptBar::ShowIfStopped() {
+  page_->SettleScripts();
   if (MayRun(page_->url())) return;
   page_->runJavaScript(
       QStringLiteral("document.scripts.length"), QWebEngineScript::ApplicationWorld,
