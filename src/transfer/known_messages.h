@@ -66,6 +66,8 @@ class KnownMessages {
   }
   /// Notes that what was noted as stored does not fit, as only later messages showed.
   void TakeBack(const QString& messageId);
+  /// That an answer for it did not fit, of which nothing was stored.
+  void Doubt(const QString& messageId) { answers_.Note(messageId, QString()); }
   /// Whether an earlier session got an answer that did not fit.
   bool HasDoubt(const QString& messageId) const { return answers_.Has(messageId); }
   /// Whether an earlier session got the same answer.

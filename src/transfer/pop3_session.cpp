@@ -476,6 +476,7 @@ void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
   if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
     if (deleteOnServer) doomed_.push_back(message);
     if (isNear) near_.back().isStopped = true;
+    if (isTornOff) events_.Doubted(MessageId(uidl));
     return;
   }
   stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
@@ -490,9 +491,10 @@ void Pop3Session::KeepNear() {
     if (wasDoomed) doomed_.erase(doomed);
     if (!near.isStopped) {
       events_.TakeBack(near.id);
-    } else if (wasDoomed) {
-      events_.StopTakenBack(StopDoubt::OtherSize);
+      continue;
     }
+    events_.Doubted(near.id);
+    if (wasDoomed) events_.StopTakenBack(StopDoubt::OtherSize);
   }
 }
 

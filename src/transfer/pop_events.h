@@ -73,6 +73,8 @@ class PopEvents {
   virtual bool HasDoubt(const QString& /*messageId*/) { return false; }
   /// That a message which was handed over as fitting does not, and stays on the server.
   virtual void TakeBack(const QString& /*messageId*/) { TornOffAgain(); }
+  /// That the answer by which a rule stopped it did not fit: the next one has to.
+  virtual void Doubted(const QString& /*messageId*/) {}
   /// That what a rule was about to delete stays on the server.
   virtual void StopTakenBack(StopDoubt /*why*/) {}
   virtual void SessionStarted() = 0;

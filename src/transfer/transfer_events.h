@@ -60,6 +60,7 @@ class TransferEvents : public QObject, public PopEvents {
   void TornOffAgain() override { ++tornOffInSession_; }
   bool HasDoubt(const QString& messageId) override { return known_.HasDoubt(messageId); }
   void TakeBack(const QString& messageId) override;
+  void Doubted(const QString& messageId) override { known_.Doubt(messageId); }
   void StopTakenBack(StopDoubt why) override;
   void Error(int code, const QString& text) override;
   void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,

@@ -463,6 +463,32 @@ TEST_F(AnnouncedSizeTest, AHeaderThatIsWrittenAnewFillsNoInbox) {
   }
 }
 
+// Two answers that are wrong differently, by each of which a rule would delete it.
+TEST_F(AnnouncedSizeTest, ARuleRemembersThatAnAnswerDidNotFit) {
+  RefuseSpam();
+  server_.OffersTop = false;
+  const auto text = [](const QByteArray& name, int more, const QByteArray& from = {}) {
+    return from + Header(name, more) + QByteArray("a line of text\r\n").repeated(500) + "\r\n";
+  };
+  const QByteArray spam = "From: spam@example.jp\r\n";
+  int run = 0;
+  for (const bool isExactFirst : {false, true}) {
+    for (const int more : {0, 9000}) {  // about the size, or far from it
+      const QByteArray name = "w" + QByteArray::number(++run);
+      SCOPED_TRACE(name.toStdString());
+      const QByteArray wanted = text(name, 100);
+      server_.Messages = {{name, wanted}};
+      server_.Messages.insert(isExactFirst ? 0 : 1, {name + "other", text(name + "other", 40)});
+      ReceiveWith(name, text("first", more, spam));
+      ReceiveWith(name, text("second", 140, spam));
+      EXPECT_EQ(server_.Messages.size(), 1);
+      for (int check = 0; check < 2; ++check) Receive();
+      EXPECT_EQ(Stored().count(wanted), 1);
+      EXPECT_TRUE(server_.Messages.isEmpty());
+    }
+  }
+}
+
 // The header of a message that does not fit decides nothing.
 TEST_F(AnnouncedSizeTest, ARuleDeletesNothingForAnotherMessagesHeader) {
   RefuseSpam();
