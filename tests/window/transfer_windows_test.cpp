@@ -215,6 +215,19 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
                                   }),
             1);
   TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  // Many at once are opened after another word.
+  for (int i = 0; i < 11; ++i) {
+    server_.AddMessage("many" + QByteArray::number(i), "Subject: many\r\n\r\n\r\n");
+  }
+  box = question();
+  ASSERT_NE(box, nullptr);
+  EXPECT_TRUE(InModal<QMessageBox>([box] { box->button(QMessageBox::Ok)->click(); },
+                                   [](QMessageBox& many) {
+                                     EXPECT_TRUE(many.text().contains(u"11"));
+                                     many.button(QMessageBox::Cancel)->click();
+                                   }));
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
 }
 
 TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgram) {

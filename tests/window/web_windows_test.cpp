@@ -158,6 +158,36 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   EXPECT_TRUE(WaitFor([&] { return other.asked.contains("/ran"); }));
 }
 
+// Allowing scripts sends no form a second time: it may be an order.
+TEST_F(FolderPageTest, AllowingScriptsSendsNoFormAgain) {
+  Begin(1, 100);
+  Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), true);
+  WebSite site(
+      "<body style='margin:0'><script>fetch('/ran')</script><form method=post action='/order'>"
+      "<input type=submit style='width:300px;height:200px'></form>");
+  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
+  BrowserWindow& window = *Browsers().back();
+  auto& view = Child<QWebEngineView>(window, u"wbUrl");
+  auto& bar = Child<QWidget>(window, u"frScripts");
+  EXPECT_TRUE(WaitFor([&bar] { return bar.isVisible(); }));
+  AwaitPainted(view);
+  ClickPage(view, QPoint(20, 100));
+  ASSERT_TRUE(WaitFor([&] { return site.asked.contains("/order"); }));
+  EXPECT_TRUE(WaitFor([&] { return view.url().path() == u"/order" && bar.isVisible(); }));
+  test::Press(Child<QWidget>(window, u"cmAllowScripts"));
+  bool answered = false;
+  view.page()->runJavaScript(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
+                             [&answered](const QVariant&) { answered = true; });
+  EXPECT_TRUE(WaitFor([&] { return answered && !view.page()->isLoading(); }));
+  // The next page runs them.
+  auto& address = Child<QLineEdit>(window, u"txLocation");
+  test::Type(address, QString::fromLatin1(site.Url() + "/next"));
+  QTest::keyClick(&address, Qt::Key_Return);
+  EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/ran"); }));
+  EXPECT_EQ(site.asked.count("/order"), 1);
+}
+
 // Two clicks on a link that wants a window of its own are one window.
 TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
   Begin(1, 100);

@@ -43,6 +43,8 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     const bool mayRun = mayRunScripts_ && mayRunScripts_(url);
     LetScripts(mayRun && (this->url().isEmpty() || mayRunScripts_(this->url())));
     arriving_ = url;
+    const bool isSame = type == NavigationTypeRedirect || type == NavigationTypeReload;
+    if (!isSame) isFormAnswer_ = type == NavigationTypeFormSubmitted;
   }
   if (holding_ && isMainFrame && url.scheme() != u"about") {
     holding_ = false;
@@ -58,7 +60,13 @@ void LinkPage::SettleScripts() {
   const bool mayRun = mayRunScripts_ && mayRunScripts_(url());
   if (mayRun == settings()->testAttribute(QWebEngineSettings::JavascriptEnabled)) return;
   LetScripts(mayRun);
-  if (mayRun && url() == arriving_) triggerAction(Reload);  // it came without its scripts
+  if (mayRun && url() == arriving_) LoadWithScripts();  // it came without them
+}
+
+// What answers a form would come of the form being sent once more: an order made twice.
+void LinkPage::LoadWithScripts() {
+  LetScripts(true);
+  if (!isFormAnswer_) triggerAction(Reload);
 }
 
 void LinkPage::LetScripts(bool run) {

@@ -25,6 +25,9 @@ class LinkPage : public QWebEnginePage {
   }
   /// Once a loading has ended, the scripts of the page that is there now run or not.
   void SettleScripts();
+  /// Lets this page's scripts run, which takes loading it anew; those of a page that answers a form
+  /// run from the next page on.
+  void LoadWithScripts();
   /// This is the page of a new window: its first navigation is not made but told.
   void HoldFirstNavigation() { holding_ = true; }
 
@@ -53,6 +56,7 @@ class LinkPage : public QWebEnginePage {
   std::function<QWebEnginePage*()> makeWindow_;
   std::function<bool(const QUrl&)> mayRunScripts_;
   QUrl arriving_;
+  bool isFormAnswer_ = false;
   QElapsedTimer sinceWindow_;
   bool holding_ = false;
   LinkCommand followed_;

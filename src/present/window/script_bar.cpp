@@ -75,7 +75,7 @@ void ScriptBar::Allow() {
   if (page_ == nullptr) return;
   sites_.Allow(page_->url());
   hide();
-  page_->triggerAction(QWebEnginePage::Reload);
+  page_->LoadWithScripts();
 }
 
 }  // namespace vorn
