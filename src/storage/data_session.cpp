@@ -5,6 +5,7 @@
 #include <QThread>
 #include <utility>
 
+#include "storage/group_size.h"
 #include "storage/private_files.h"
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
@@ -198,9 +199,15 @@ bool DataSession::FlushGroup() {
   const std::shared_ptr<Connection> group = std::move(group_);
   group_.reset();
   const bool written = group->Commit() || FailWith(group->LastError());
-  // Whoever waits for the file would hardly ever hit the gap before the next group.
-  QThread::msleep(kLetOthersMs);
+  LetOthersWrite();
   return written;
+}
+
+// Whoever waits for the file would hardly ever hit the gap before the next group.
+void DataSession::LetOthersWrite() {
+  if (sincePause_.isValid() && !sincePause_.hasExpired(GroupSize::kMs)) return;
+  QThread::msleep(kLetOthersMs);
+  sincePause_.start();
 }
 
 bool DataSession::FlushForReading() {
@@ -279,10 +286,11 @@ std::optional<QString> DataSession::ReceivedAs(qint64 identity) {
 }
 
 bool DataSession::NoteReceived(qint64 identity, const QString& serialId) {
-  return connection_ != nullptr &&
-         (connection_->Run("INSERT OR REPLACE INTO received_identity VALUES (?1, ?2)",
-                           {identity, serialId}) ||
-          FailFromConnection());
+  return Run("INSERT OR REPLACE INTO received_identity VALUES (?1, ?2)", {identity, serialId});
+}
+
+bool DataSession::Run(const QByteArray& statement, const QVariantList& values) {
+  return connection_ != nullptr && (connection_->Run(statement, values) || FailFromConnection());
 }
 
 std::optional<QString> DataSession::MessageIdOf(qint64 row) {

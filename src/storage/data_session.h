@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -124,6 +125,11 @@ class DataSession {
   /// The identifier (`FIELD_ID`) of a row of `mail` in the open file; empty when there is none.
   std::optional<QString> MessageIdOf(qint64 row);
 
+  /// Runs a statement of this program's own, in the engine's dialect, with values for "?1" and so
+  /// on, inside the transaction that is open. It is prepared once for as long as the file stays
+  /// warm.
+  bool Run(const QByteArray& statement, const QVariantList& values);
+
   /// A mark of the open database's state; it differs once anything has been written to the file, by
   /// this program or another. Empty when none is open.
   QString ChangeMark();
@@ -147,6 +153,7 @@ class DataSession {
   bool IsOpenFurtherOut() const;
   bool FailFromConnection();
   void LeaveGroup();
+  void LetOthersWrite();
   // The first column of the first row that a statement with a value finds; empty when there is
   // none.
   std::optional<QString> TextOf(const QByteArray& select, const QVariant& value);
@@ -164,6 +171,7 @@ class DataSession {
   std::shared_ptr<Connection> group_;  // set while the group's transaction is open
   int groupDepth_ = 0;                 // of transactions inside it
   bool groupUndone_ = false;
+  QElapsedTimer sincePause_;  // for others, between two groups
   StorageError error_;
   QHash<QString, QSet<QString>> damage_;
 };

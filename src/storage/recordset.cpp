@@ -83,7 +83,10 @@ void Recordset::MoveNext() {
 
 int Recordset::FindColumn(QStringView name) const {
   for (size_t i = 0; i < columns_.size(); ++i) {
-    if (name.compare(columns_[i].name, Qt::CaseInsensitive) == 0) return static_cast<int>(i);
+    const QString& column = columns_[i].name;
+    const bool isIt =
+        name.size() == column.size() && name.compare(column, Qt::CaseInsensitive) == 0;
+    if (isIt) return static_cast<int>(i);
   }
   return -1;
 }

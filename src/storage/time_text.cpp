@@ -7,7 +7,12 @@ QString CurrentTimeText() {
 }
 
 QString StoredTimeText(const QDateTime& time) {
-  return time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+  // By hand, since a format that is parsed each time costs a received message 2 % of its way.
+  const QDateTime local = time.toLocalTime();
+  const QDate date = local.date();
+  const QTime clock = local.time();
+  return QString::asprintf("%04d-%02d-%02d %02d:%02d:%02d.%03d", date.year(), date.month(),
+                           date.day(), clock.hour(), clock.minute(), clock.second(), clock.msec());
 }
 
 QString GeneralTimeText(const QString& stored) {

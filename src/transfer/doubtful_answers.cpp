@@ -77,17 +77,13 @@ bool DoubtfulAnswers::Store() {
 
 bool DoubtfulAnswers::Write() {
   const bool removed = std::all_of(gone_.begin(), gone_.end(), [this](const QString& id) {
-    return context_.Data.Execute(QStringLiteral("DELETE FROM doubtful_answer WHERE MAILBOX = ") +
-                                 QuoteSql(mailbox_) + QStringLiteral(" AND FIELD_ID = ") +
-                                 QuoteSql(id));
+    return context_.Data.Run("DELETE FROM doubtful_answer WHERE MAILBOX = ?1 AND FIELD_ID = ?2",
+                             {mailbox_, id});
   });
   if (!removed) return false;
   return std::all_of(changed_.keyValueBegin(), changed_.keyValueEnd(), [this](const auto& entry) {
-    const QStringList values = {QuoteSql(mailbox_), QuoteSql(entry.first),
-                                QString::number(entry.second.size),
-                                QuoteSql(entry.second.storedAs)};
-    return context_.Data.Execute(QStringLiteral("INSERT OR REPLACE INTO doubtful_answer VALUES (") +
-                                 values.join(u',') + u')');
+    return context_.Data.Run("INSERT OR REPLACE INTO doubtful_answer VALUES (?1, ?2, ?3, ?4)",
+                             {mailbox_, entry.first, entry.second.size, entry.second.storedAs});
   });
 }
 

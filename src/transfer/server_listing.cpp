@@ -10,7 +10,6 @@
 namespace vorn {
 namespace {
 
-constexpr qsizetype kRowsPerStatement = 200;
 // Stands for a mailbox that was listed.
 const QString kMailboxItself = QStringLiteral("");
 // Stands for all mailboxes of which one was found to be another by another name.
@@ -240,40 +239,27 @@ bool ServerListing::Store() {
 }
 
 bool ServerListing::RemoveGone() {
-  const QStringList all(gone_.begin(), gone_.end());
-  for (qsizetype at = 0; at < all.size(); at += kRowsPerStatement) {
-    QStringList values;
-    for (const QString& id : all.sliced(at, qMin(kRowsPerStatement, all.size() - at))) {
-      values.append(QuoteSql(id));
-    }
-    if (!context_.Data.Execute(QStringLiteral("DELETE FROM on_server") + WhereMailbox(mailbox_) +
-                               QStringLiteral(" AND FIELD_ID IN (") + values.join(u',') + u')')) {
-      return false;
-    }
-  }
-  return true;
+  return std::all_of(gone_.begin(), gone_.end(), [this](const QString& id) {
+    return context_.Data.Run("DELETE FROM on_server WHERE MAILBOX = ?1 AND FIELD_ID = ?2",
+                             {mailbox_, id});
+  });
 }
 
 bool ServerListing::WriteChanges() {
-  QStringList values;
-  const auto flush = [&] {
-    const bool written =
-        values.isEmpty() ||
-        context_.Data.Execute(
-            QStringLiteral(
-                "INSERT OR REPLACE INTO on_server (MAILBOX, FIELD_ID, SIZE, STATE) VALUES ") +
-            values.join(u','));
-    values.clear();
-    return written;
+  const auto write = [this](const QString& mailbox, const QString& id, const Entry& entry) {
+    const QVariantList values = {mailbox, id, entry.size, static_cast<int>(entry.state)};
+    // Replacing in one statement makes the engine keep, and encrypt, a copy of the page each time.
+    return context_.Data.Run("INSERT OR IGNORE INTO on_server VALUES (?1, ?2, ?3, ?4)", values) &&
+           context_.Data.Run("UPDATE on_server SET SIZE = ?3, STATE = ?4 WHERE MAILBOX = ?1 AND "
+                             "FIELD_ID = ?2 AND (SIZE <> ?3 OR STATE <> ?4)",
+                             values);
   };
-  if (!elsewhere_.isEmpty()) values.append(u'(' + QuoteSql(kShared) + QStringLiteral(",'',0,0)"));
-  for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
-    values.append(u'(' + QuoteSql(mailbox_) + u',' + QuoteSql(entry.key()) + u',' +
-                  QString::number(entry->size) + u',' +
-                  QString::number(static_cast<int>(entry->state)) + u')');
-    if (values.size() == kRowsPerStatement && !flush()) return false;
-  }
-  return flush();
+  if (!elsewhere_.isEmpty() && !write(kShared, QStringLiteral(""), {})) return false;
+  // In the order of the table, so that its pages are filled one after the other.
+  QStringList ids = changed_.keys();
+  std::sort(ids.begin(), ids.end());
+  return std::all_of(ids.begin(), ids.end(),
+                     [&](const QString& id) { return write(mailbox_, id, changed_.value(id)); });
 }
 
 }  // namespace vorn
