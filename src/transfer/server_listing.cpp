@@ -250,9 +250,10 @@ bool ServerListing::WriteChanges() {
     const QVariantList values = {mailbox, id, entry.size, static_cast<int>(entry.state)};
     // Replacing in one statement makes the engine keep, and encrypt, a copy of the page each time.
     return context_.Data.Run("INSERT OR IGNORE INTO on_server VALUES (?1, ?2, ?3, ?4)", values) &&
-           context_.Data.Run("UPDATE on_server SET SIZE = ?3, STATE = ?4 WHERE MAILBOX = ?1 AND "
-                             "FIELD_ID = ?2 AND (SIZE <> ?3 OR STATE <> ?4)",
-                             values);
+           context_.Data.Run(
+               "UPDATE on_server SET SIZE = ?3, STATE = ?4 WHERE MAILBOX = ?1 AND "
+               "FIELD_ID = ?2 AND (SIZE <> ?3 OR STATE <> ?4)",
+               values);
   };
   if (!elsewhere_.isEmpty() && !write(kShared, QStringLiteral(""), {})) return false;
   // In the order of the table, so that its pages are filled one after the other.
