@@ -3136,5 +3136,41 @@ and erased ones are not received again.</translation>
         <source>予定への招待です。そのうち「%1」に返事をしますか？</source>
         <translation>An invitation. Answer &quot;%1&quot;, which is one of its appointments?</translation>
     </message>
+    <message>
+        <source>タブで表示(&amp;B)</source>
+        <translation>Show in Ta&amp;bs</translation>
+    </message>
+    <message>
+        <source>すべてのフォルダの表示形式(&amp;A)</source>
+        <translation>Layout of &amp;All Folders</translation>
+    </message>
+    <message>
+        <source>自分で作ったレイアウトのフォルダが%1個あります。それも変えますか？</source>
+        <translation>%1 folders have layouts of their own. Change them as well?</translation>
+    </message>
+    <message>
+        <source>前</source>
+        <translation>Previous</translation>
+    </message>
+    <message>
+        <source>次</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>日時はサーバーに届いた時刻にする(&amp;J)</source>
+        <translation>Use the &amp;time at which the server took a message in</translation>
+    </message>
+    <message>
+        <source>メッセージはありません。</source>
+        <translation>There are no messages.</translation>
+    </message>
+    <message>
+        <source>短い日時（きょうは時刻だけ）</source>
+        <translation>short date (today the time alone)</translation>
+    </message>
+    <message>
+        <source>届いた日時 %1 と1日以上違います</source>
+        <translation>more than a day from when it arrived (%1)</translation>
+    </message>
 </context>
 </TS>

@@ -11,7 +11,7 @@
 namespace vorn {
 namespace {
 
-// By the names of the shared MIME-info database. Documents that can hold macros are not among them,
+// By the names of the shared MIME-info database. Documents made for macros are not among them,
 // nor is anything that a browser would open.
 const QSet<QString>& HarmlessTypes() {
   static const QSet<QString> types = {

@@ -26,6 +26,7 @@ inline const QString kEventLog = QStringLiteral("EVENT_000000000000");
 inline const QString kSettings = QStringLiteral("logo");
 inline const QString kRules = QStringLiteral("rule");
 inline const QString kLayout = QStringLiteral("layout");
+inline const QString kMainPlacement = QStringLiteral("DATA_parent");
 }  // namespace fixed_serial
 
 /// Lines of a text value are separated by CR LF.

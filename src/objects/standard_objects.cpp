@@ -77,6 +77,21 @@ bool CreateFolders(Context& context) {
   return true;
 }
 
+// How a new profile looks: pages in tabs, in a window that leaves a quarter of the screen, and
+// messages in a table.
+bool CreateLook(Context& context) {
+  const auto make = [&context](const QString& serialId, Values values) {
+    if (LoadObject(context, serialId) != nullptr) return true;
+    const auto object = std::make_shared<Disk>(serialId);
+    SetAll(*object, values);
+    return SaveNew(context, object);
+  };
+  return make(fixed_serial::kMainPlacement,
+              {{QStringLiteral("arrange"), static_cast<int>(Arrangement::Tabs)},
+               {QStringLiteral("share"), 75}}) &&
+         make(fixed_serial::kLayout, {{QStringLiteral("_ready"), QStringLiteral("table")}});
+}
+
 // The first states of the settings. Where a user of today needs another behaviour than the one an
 // absent key stands for, the first state turns it on.
 bool CreateSettings(Context& context) {
@@ -99,6 +114,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("Careful"), true},
                      {QStringLiteral("WebOutside"), true},
                      {QStringLiteral("ScriptsAsked"), true},
+                     {QStringLiteral("ReceivedTime"), true},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},
@@ -109,7 +125,7 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("MemoIndent"), QStringLiteral("> ")},
                      {QStringLiteral("ToolbarIcon"), false},
                      {install, context.VersionText}});
-  return SaveNew(context, settings);
+  return SaveNew(context, settings) && CreateLook(context);
 }
 
 bool CreateBookmarks(Context& context) {

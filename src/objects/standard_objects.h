@@ -10,4 +10,7 @@ namespace vorn {
 /// False when something could not be saved.
 bool CreateStandardObjects(Context& context);
 
+/// How the main window shows its pages ("arrange" in the bag of its place).
+enum class Arrangement { Cascaded = 0, Tiled = 2, Tabs = 3 };
+
 }  // namespace vorn

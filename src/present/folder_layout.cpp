@@ -2,18 +2,73 @@
 
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
+#include "present/ready_layouts.h"
 
 namespace vorn {
+namespace {
+
+const QString kHtml = QStringLiteral("_html");
+
+// With no folder's name before it: that of all folders without a layout of their own.
+const QString kReady = QStringLiteral("_ready");
+
+// Not stored as text, so that folders have the form that the present version gives it.
+QString ReadyTemplate(const QString& id, const QString& folder, const QString& defaultTemplate) {
+  const QList<ReadyLayout> all = ReadyLayouts(folder);
+  for (const ReadyLayout& layout : all) {
+    if (layout.id == id && layout.id != all.first().id) return layout.html;
+  }
+  return defaultTemplate;
+}
+
+// The keys of the folders' own templates.
+QStringList OwnTemplates(const Disk& layouts) {
+  QStringList keys;
+  for (qint32 i = 1; i <= layouts.Size(); ++i) {
+    if (layouts.NameAt(i).endsWith(kHtml)) keys.append(layouts.NameAt(i));
+  }
+  return keys;
+}
+
+}  // namespace
 
 FolderLayout GetFolderLayout(Context& context, const QString& folder,
                              const QString& defaultTemplate) {
-  FolderLayout layout{defaultTemplate, context.TempFolder};
+  FolderLayout layout{SharedTemplate(context, folder, defaultTemplate), context.TempFolder};
   if (const DiskPtr own = LoadObject(context, fixed_serial::kLayout)) {
-    layout.html = own->Text(folder + QStringLiteral("_html"), layout.html);
+    layout.html = own->Text(folder + kHtml, layout.html);
     layout.path = PlatformPath(context, own->Text(folder + QStringLiteral("_path"), layout.path));
   }
   if (!layout.path.endsWith(u'/') && !layout.path.endsWith(u'\\')) layout.path += u'/';
   return layout;
+}
+
+QString SharedTemplate(Context& context, const QString& folder, const QString& defaultTemplate) {
+  return ReadyTemplate(SharedLayout(context), folder, defaultTemplate);
+}
+
+QString SharedLayout(Context& context) {
+  const DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
+  return layouts == nullptr ? QString() : layouts->Text(kReady);
+}
+
+qsizetype CountOwnLayouts(Context& context) {
+  const DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
+  return layouts == nullptr ? 0 : OwnTemplates(*layouts).size();
+}
+
+bool ShareLayout(Context& context, const QString& id, OwnLayouts own) {
+  DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
+  const bool isNew = layouts == nullptr;
+  if (isNew) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
+  layouts->Let(kReady, id);
+  if (own == OwnLayouts::Removed) {
+    for (const QString& key : OwnTemplates(*layouts)) layouts->Remove(key);
+  }
+  if (!SaveObject(context, DatabaseKind::Profile, *layouts)) return false;
+  if (isNew) context.Objects.Add(layouts);
+  return true;
 }
 
 }  // namespace vorn

@@ -35,6 +35,7 @@ PageContent ReadContent(Context& context, const QString& folder) {
   content.textTypes = TextTypes(context);
   content.escape = settings->Flag(u"PageEscape");
   content.rowsPerPage = RowsPerPage(*settings);
+  content.today = QDate::currentDate();
   for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
     content.doubtful.insert(message.serialId);
   }

@@ -13,6 +13,17 @@
 namespace vorn {
 namespace {
 
+const QString& NameOf(const AddressEntry& entry) {
+  return entry.displayName.isEmpty() ? entry.address : entry.displayName;
+}
+
+// A name that looks like another address does not hide the one that the message came from.
+QString ShownSender(const AddressEntry& entry) {
+  const QString& name = NameOf(entry);
+  const bool hides = name.contains(u'@') && !name.contains(entry.address, Qt::CaseInsensitive);
+  return hides ? name + QStringLiteral(" <") + entry.address + u'>' : name;
+}
+
 const QString kLineBreak = QStringLiteral("\r\n");
 const QString kUnreadable = QStringLiteral("【読み込めません】");
 constexpr qsizetype kPreviewBytes = 100;
@@ -202,8 +213,7 @@ void PageFiller::HandleMailAddress() {
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
-    const QString text = entry.displayName.isEmpty() ? entry.address : entry.displayName;
-    shown.append(content_.escape ? Isolated(text) : text);
+    shown.append(content_.escape ? Isolated(ShownSender(entry)) : NameOf(entry));
   }
   WriteText(shown.join(QStringLiteral("<BR>")));
 }
@@ -245,8 +255,11 @@ void PageFiller::WriteSubject() {
 }
 
 void PageFiller::WriteTimeStamp() {
+  const bool isShort = !TakeChildren(kTagTimeStamp).isEmpty();
   const QVariant time = rows_->Fields(u"FIELD_TIMESTAMP");
-  if (time.isValid()) WriteText(GeneralTimeText(time.toString()));
+  if (!time.isValid()) return;
+  WriteText(isShort ? ShortTimeText(time.toString(), content_.today)
+                    : GeneralTimeText(time.toString()));
 }
 
 void PageFiller::WriteSize() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDate>
 #include <QSet>
 #include <QStringList>
 #include <functional>
@@ -18,6 +19,7 @@ struct PageContent {
   QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
   bool escape = false;     ///< HTML-escape what mail contributes
   qint32 rowsPerPage = 0;  ///< 0: all
+  QDate today;             ///< of which short times show the clock alone
   /// The page's rows without the first `skipped` ones; null when none of them can be read.
   /// `skipped` grows by those that have to be passed over for that.
   std::function<RecordsetPtr(qint64& skipped)> rowsAfter;

@@ -48,7 +48,7 @@ PageTagTable CreatePageTagTable() {
       section(u"<+SUBJECT>"),
       section(u"<+DIALOG>", {child(u"<REPLAY>", u"REPLAY"), child(u"<REPLAYALL>", u"REPLAYALL"),
                              child(u"<FORWARD>", u"FORWARD")}),
-      section(u"<+TIMESTAMP>"),
+      section(u"<+TIMESTAMP>", {child(u"<SHORT>", u"SHORT")}),
       // Blind copies are stored under the kind "BC".
       section(u"<+MAILADDRESS>", {child(u"<FROM>", u"FROM"), child(u"<TO>", u"TO"),
                                   child(u"<CC>", u"CC"), child(u"<BCC>", u"BC")}),

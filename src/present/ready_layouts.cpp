@@ -1,11 +1,16 @@
 #include "present/ready_layouts.h"
 
+#include <utility>
+
+#include "objects/object_types.h"
 #include "present/page_template.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
+// A page without rows ends where the first one would begin, so what it says stands before.
+//
 // The marks of a message become classes of its row, so that a rule can show what is unopened.
 constexpr char kTable[] = R"html(<!DOCTYPE html>
 <html lang="ja">
@@ -19,6 +24,7 @@ constexpr char kTable[] = R"html(<!DOCTYPE html>
   :root { --text: #e6e8eb; --soft: #9aa3ad; --line: #33383f; --back: #1b1d21; --head: #24272c;
           --link: #8ab4f8; --mark: #8ab4f8; }
 }
+html { scroll-padding-top: 3em; } /* no row hides behind the head */
 body { margin: 0; background: var(--back); color: var(--text);
        font: 10pt/1.5 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif; }
 table { width: 100%; border-collapse: collapse; table-layout: fixed; }
@@ -28,26 +34,31 @@ td { padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowra
      overflow: hidden; text-overflow: ellipsis; }
 a { color: var(--text); text-decoration: none; }
 a:hover { color: var(--link); text-decoration: underline; }
-.m○ a.s, .m○ .from { font-weight: bold; }
+.m○ .subject a, .m○ .from { font-weight: bold; }
 .m○ .marks { color: var(--mark); }
-.marks { width: 4.5em; } .from { width: 22%; } .date { width: 11.5em; } .do { width: 6.5em; }
+.marks { width: 4.5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
+.do { width: 6.5em; }
 td.date, td.do, td.do a { color: var(--soft); }
 td.do a:hover { color: var(--link); }
 /* The subject is the last to go where there is little room. */
 @media (max-width: 46em) { .do { display: none; } }
-@media (max-width: 36em) { .date { display: none; } .from { width: 30%; } }
+@media (max-width: 30em) { .marks { width: 2em; } .from { width: 30vw; } td, th { padding: 6px; } }
+@media (max-width: 22em) { .date { display: none; } }
+.none td { color: var(--soft); text-align: center; padding: 3em 10px; border: 0; }
+.none:not(:last-child) { display: none; } /* rows follow */
 </style>
 </head>
 <body>
 <table>
-<tr><th class="marks"></th><th class="from">送信者</th><th>件名</th><th class="date">日時</th>
+<tr><th class="marks"></th><th class="from">{who}</th><th>{subject}</th><th class="date">{time}</th>
 <th class="do"></th></tr>
+<tr class="none"><td colspan="5">{none}</td></tr>
 <+MAIL>
-<tr class="m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY></td>
-<td class="from"><+MAILADDRESS><FROM></td>
-<td><+DIALOG><+SUBJECT><+DIALOG></td>
-<td class="date"><+TIMESTAMP></td>
-<td class="do"><+DIALOG><REPLAY>返信<+DIALOG> <+DIALOG><FORWARD>転送<+DIALOG></td></tr>
+<tr class="row m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY></td>
+<td class="from"><+MAILADDRESS><{tag}></td>
+<td class="subject"><+DIALOG><+SUBJECT><+DIALOG></td>
+<td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>
+<td class="do"><+DIALOG><REPLAY>{reply}<+DIALOG> <+DIALOG><FORWARD>{forward}<+DIALOG></td></tr>
 <+MAIL>
 </table>
 </body>
@@ -83,17 +94,20 @@ a { color: var(--text); text-decoration: none; }
 a:hover { color: var(--link); text-decoration: underline; }
 article p { color: var(--soft); margin: 4px 0; max-height: 4.8em; overflow: hidden;
             overflow-wrap: anywhere; }
+.none:not(:last-child) { display: none; }
+.none { color: var(--soft); }
 article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 </style>
 </head>
 <body>
 <h1><+FOLDER><NAME></h1>
+<p class="none">{none}</p>
 <+MAIL>
 <article class="m<+FLAG><NEW>">
-<header><span><+MAILADDRESS><FROM></span><span><+FLAG><CLIP><PRIORITY> <+TIMESTAMP></span></header>
+<header><span><+MAILADDRESS><{tag}></span><span><+FLAG><CLIP><PRIORITY> <+TIMESTAMP></span></header>
 <h2><+DIALOG><+SUBJECT><+DIALOG></h2>
 <p><+TEXT></p>
-<footer><+DIALOG><REPLAY>返信<+DIALOG><+DIALOG><REPLAYALL>全員に返信<+DIALOG><+DIALOG><FORWARD>転送<+DIALOG></footer>
+<footer><+DIALOG><REPLAY>{reply}<+DIALOG><+DIALOG><REPLAYALL>{replyall}<+DIALOG><+DIALOG><FORWARD>{forward}<+DIALOG></footer>
 </article>
 <+MAIL>
 </body>
@@ -104,12 +118,30 @@ QString Lines(const char* text) {
   return QString::fromUtf8(text).replace(u'\n', QStringLiteral("\r\n"));
 }
 
+// The words in the language of the interface, and the address column that tells something: in a
+// folder of one's own messages all have one sender.
+QString Worded(const char* text, const QString& folder) {
+  const bool isSent = folder == fixed_serial::kOutbox || folder == fixed_serial::kEditWait;
+  const std::pair<const char16_t*, QString> words[] = {
+      {u"{who}", isSent ? Ui::tr("宛先") : Ui::tr("送信者")},
+      {u"{tag}", isSent ? QStringLiteral("TO") : QStringLiteral("FROM")},
+      {u"{subject}", Ui::tr("件名")},
+      {u"{time}", Ui::tr("日時")},
+      {u"{reply}", Ui::tr("返信")},
+      {u"{replyall}", Ui::tr("全員に返信")},
+      {u"{forward}", Ui::tr("転送")},
+      {u"{none}", Ui::tr("メッセージはありません。")}};
+  QString html = Lines(text);
+  for (const auto& [mark, word] : words) html.replace(QString::fromUtf16(mark), word);
+  return html;
+}
+
 }  // namespace
 
-QList<ReadyLayout> ReadyLayouts() {
-  return {{Ui::tr("標準"), DefaultPageTemplate()},
-          {Ui::tr("表"), Lines(kTable)},
-          {Ui::tr("カード"), Lines(kCards)}};
+QList<ReadyLayout> ReadyLayouts(const QString& folder) {
+  return {{QStringLiteral("standard"), Ui::tr("標準"), DefaultPageTemplate()},
+          {QStringLiteral("table"), Ui::tr("表"), Worded(kTable, folder)},
+          {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder)}};
 }
 
 QList<LayoutTag> LayoutTags() {
@@ -117,6 +149,7 @@ QList<LayoutTag> LayoutTags() {
       {QStringLiteral("<+MAIL>"), Ui::tr("メッセージ1通分の始まりと終わり")},
       {QStringLiteral("<+SUBJECT>"), Ui::tr("件名")},
       {QStringLiteral("<+TIMESTAMP>"), Ui::tr("日時")},
+      {QStringLiteral("<+TIMESTAMP><SHORT>"), Ui::tr("短い日時（きょうは時刻だけ）")},
       {QStringLiteral("<+MAILADDRESS>"), Ui::tr("すべてのアドレス")},
       {QStringLiteral("<+MAILADDRESS><FROM>"), Ui::tr("送信者")},
       {QStringLiteral("<+MAILADDRESS><TO>"), Ui::tr("宛先")},

@@ -195,6 +195,7 @@ bool Connection::SetUp(const QString& password, StorageError* error) {
   Run("PRAGMA wal_autocheckpoint = 1000");
   Run("PRAGMA cache_size = -32768");
   RegisterDialectFunctions(handle_);
+  RegisterBoundedFunctions(handle_);
   sqlite3_set_authorizer(handle_, Authorize, this);
   return true;
 }

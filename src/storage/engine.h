@@ -16,5 +16,7 @@ StorageError EngineError(sqlite3* handle);
 
 /// Adds the dialect's functions: LIKE, NOW, DATEDIFF and LONG_BINARY.
 void RegisterDialectFunctions(sqlite3* handle);
+/// Functions of the engine in a form that keeps to bounds of time and memory.
+void RegisterBoundedFunctions(sqlite3* handle);
 
 }  // namespace vorn

@@ -15,14 +15,26 @@ QString StoredTimeText(const QDateTime& time) {
                            date.day(), clock.hour(), clock.minute(), clock.second(), clock.msec());
 }
 
+QDateTime StoredTime(const QString& stored) {
+  return QDateTime::fromString(stored.left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+// Only the digits are rearranged: the stored time is local, whatever zone this machine is in now.
 QString GeneralTimeText(const QString& stored) {
-  // Only the digits are rearranged: the stored time is local, whatever zone this machine is in now.
-  const QDateTime time =
-      QDateTime::fromString(stored.left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+  const QDateTime time = StoredTime(stored);
   // A local time that a zone's clock skips is invalid as a moment, yet its parts are right.
   return time.date().isValid() ? time.date().toString(QStringLiteral("yyyy/MM/dd")) + u' ' +
                                      time.time().toString(QStringLiteral("H:mm:ss"))
                                : QString();
+}
+
+QString ShortTimeText(const QString& stored, const QDate& today) {
+  const QDateTime time = StoredTime(stored);
+  const QDate date = time.date();
+  if (!date.isValid()) return {};
+  if (date == today) return time.time().toString(QStringLiteral("H:mm"));
+  return date.toString(date.year() == today.year() ? QStringLiteral("M/d")
+                                                   : QStringLiteral("yyyy/MM/dd"));
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "mail/codec/message_date.h"
 #include "mail/message_identity.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
@@ -13,6 +14,8 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/sql_text.h"
+#include "storage/time_text.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
@@ -21,6 +24,16 @@ namespace vorn {
 namespace {
 
 const QString kNewFlags = QStringLiteral("001");  // new and unopened
+const QDate kFirstMail(1982, 8, 13);              // of RFC 822
+constexpr qint64 kClockOffS = 600;
+
+// When the user's own server took the message in, which noted it above all others. Invalid where
+// that cannot be right.
+QDateTime ArrivalTime(const QByteArray& source) {
+  const QDateTime time = ReceivedDate(source);
+  const bool isPast = time < QDateTime::currentDateTimeUtc().addSecs(kClockOffS);
+  return isPast && time.date() >= kFirstMail ? time : QDateTime();
+}
 
 }  // namespace
 
@@ -64,6 +77,7 @@ void TransferEvents::SessionStarted() {
   tornOffInSession_ = 0;
   storedInSession_.clear();
   toldOfUnknown_ = false;
+  takesServersTime_ = Settings(context_)->Flag(u"ReceivedTime");
   deletes_ = DeletesOnServer();
   // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
   const auto damage = FindDamage(context_, MailDatabasePath(context_));
@@ -138,6 +152,10 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   message.Let(QStringLiteral("MessageID"), messageId);
   message.Let(QStringLiteral("Flag"), kNewFlags);
   message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+  if (takesServersTime_) {
+    const QDateTime arrival = ArrivalTime(data);
+    if (arrival.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(arrival));
+  }
   using Received = MailStore::Received;
   Received received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
@@ -170,7 +188,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     NoteStored(messageId, true, deleteOnServer);
   }
   if (received != Received::Stored) return true;
-  unflushed_.append(message.SerialID());
+  unflushed_.append({message.SerialID(), message.Text(u"MessageID")});
   group_.Add(data.size());
   return !group_.IsFull() || Flush();
 }
@@ -220,14 +238,16 @@ bool TransferEvents::MailboxListed(const QString& scope,
 
 bool TransferEvents::Flush() {
   group_.Clear();
-  const QStringList stored = std::exchange(unflushed_, {});
+  const QList<StoredMessage> stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
     flushFailed_ = true;
     StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
     return false;
   }
   if (!stored.isEmpty() && job_ != nullptr) {
-    Append(*job_, QStringLiteral("messages"), stored.join(kLineBreak));
+    QStringList serials;
+    for (const StoredMessage& message : stored) serials.append(message.serialId);
+    Append(*job_, QStringLiteral("messages"), serials.join(kLineBreak));
   }
   if (!flushFailed_ && !known_.Store())
     ListingFailed();  // costs fetching these once more, if all ends here
@@ -275,12 +295,18 @@ bool TransferEvents::MakeDurable() {
 
 // Programs that copy files about may put another one in the place of that which was written to.
 bool TransferEvents::IsStillThere() {
-  return std::all_of(storedInSession_.begin(), storedInSession_.end(), [this](const QString& id) {
+  const auto isKnown = [this](const StoredMessage& message) {
     const OpenedDatabase opened(context_, DatabaseKind::Mail);
     if (!opened) return false;
-    const bool found = MessageRows(context_.Data).Has(id);
-    return found;
-  });
+    if (MessageRows(context_.Data).Has(message.serialId)) return true;
+    // The user may have erased it meanwhile, which this file notes.
+    return context_.Data.OpenRecordset(
+               QStringLiteral("SELECT FIELD_ID FROM erased WHERE FIELD_ID = ") +
+                   QuoteSql(message.messageId),
+               CursorKind::ForwardOnly) &&
+           !context_.Data.Recordset()->Eof();
+  };
+  return std::all_of(storedInSession_.begin(), storedInSession_.end(), isKnown);
 }
 
 void TransferEvents::StoreFailed(const QString& sentence) {

@@ -78,6 +78,11 @@ class TransferEvents : public QObject, public PopEvents {
   int DeletedOnServer() const { return deleted_; }
 
  private:
+  struct StoredMessage {
+    QString serialId;
+    QString messageId;
+  };
+
   DiskPtr Account() const;
   DiskPtr Message() const;
   bool IsReceiving() const;
@@ -106,7 +111,7 @@ class TransferEvents : public QObject, public PopEvents {
   DiskPtr job_;  // that the running session serves
   ReceiveCounts counts_;
   int deleted_ = 0;
-  QStringList unflushed_;
+  QList<StoredMessage> unflushed_;
   GroupSize group_;
   bool flushFailed_ = false;
   bool toldOfUnknown_ = false;
@@ -114,9 +119,10 @@ class TransferEvents : public QObject, public PopEvents {
   int stoppedInSession_ = 0;
   int stopDeletesInSession_ = 0;
   int tornOffInSession_ = 0;
-  QStringList storedInSession_;  // the first and the last serial identifier
-  bool deletes_ = false;         // as the account was when the session began
-  bool deletesStored_ = false;   // also what was stored before
+  QList<StoredMessage> storedInSession_;  // the first and the last one
+  bool deletes_ = false;                  // as the account was when the session began
+  bool takesServersTime_ = false;         // when its server took a message in, in place of now
+  bool deletesStored_ = false;            // also what was stored before
   KnownMessages known_;
   QStringList doomed_;  // stored messages that the session will delete on the server
   int released_ = 0;    // how many it was told to

@@ -38,6 +38,10 @@ HTML = [
     '<iframe src="data:text/html,<img src={url}>"></iframe>',
     '<object type="text/html" data="{url}"></object>', '<portal src="{url}"></portal>',
     '<fencedframe src="{url}"></fencedframe>', '<iframe src="javascript:location=\'{url}\'"></iframe>',
+    # Out of a style sheet
+    '<style>p{{border</*x*//style><iframe srcdoc="<meta http-equiv=x-dns-prefetch-control content=on>'
+    '<a href=http&#58//{host}/>"></iframe><style>:red}}</style>',
+    '<style>p{{border<<!--/style><img src=http&#58//{host}/x><style>:red}}</style>',
     # Heads
     '<link rel="stylesheet" href="{url}">', '<link rel="dns-prefetch" href="//{host}">',
     '<link rel="preconnect" href="{url}">', '<link rel="prefetch" href="{url}">',

@@ -39,6 +39,11 @@ TEST(BrokenForms, TheTextIsFoundWhereTheHeaderHasNoProperEnd) {
   EXPECT_EQ(Text("one\r\n\r\ntwo\r\n"), text) << "no header";
   EXPECT_EQ(Text("Subject: s\r\r\n\r\r\none\r\r\n\r\r\ntwo\r\r\n"), text);
   EXPECT_EQ(Text("Subject: s\r\rone\r\rtwo\r"), text);
+  // A server completes the last line; one CR too many in front of a line break is no such mail.
+  EXPECT_EQ(Text("Subject: s\rTo: a@x\r\rone\r\rtwo\r\n"), text);
+  EXPECT_EQ(Text("Content-Type: multipart/mixed; boundary=b\r\r--b\r\rone\r--b\r\rtwo\r--b--\r\n"),
+            QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(MimeCodec::HeaderField("Subject: a\rFrom: b@x\r\nTo: c@x\r\n\r\nx", "To:"), "To: c@x");
   // A line in the midst of the header that lost its indentation is no text.
   const QByteArray torn = "Subject: a long\nsubject\nContent-Type: text/plain\n\nbody\n";
   EXPECT_EQ(Text(torn), QStringLiteral("body\r\n"));
@@ -59,6 +64,20 @@ TEST(BrokenForms, PartsAreFoundWhereBoundariesAreOff) {
                         "--b\r\n\r\ntwo\r\n--b--\r\n"),
             QStringLiteral("one\r\ntwo"))
       << "the inner one has no end";
+}
+
+TEST(BrokenForms, WordsBehindWhatEndsAreShown) {
+  const QByteArray mixed =
+      "Content-Type: multipart/mixed; boundary=b\r\n\r\nThis is "
+      "MIME.\r\n--b\r\n\r\none\r\n--b--\r\n";
+  EXPECT_EQ(Text(mixed + "\r\nThe list\r\n"), QStringLiteral("one\r\n\r\nThe list\r\n"));
+  EXPECT_EQ(Text(mixed + "\r\n \r\n"), QStringLiteral("one"));
+  EXPECT_EQ(Text(mixed + ".\r\n"), QStringLiteral("one")) << "the end mark of a stored message";
+  const QByteArray base64 = "Content-Transfer-Encoding: base64\r\n\r\nb25lIHR3byB0aHJlZSBmb3Vy\r\n";
+  const QByteArray footer = "____________\r\nTo unsubscribe, write to x.\r\n";
+  EXPECT_EQ(Text(base64 + footer),
+            QStringLiteral("one two three four\r\n") + QLatin1String(footer));
+  EXPECT_EQ(Text(base64 + base64.mid(37)), QStringLiteral("one two three fourone two three four"));
 }
 
 // Whom the delivered header names gets the message.
@@ -94,6 +113,22 @@ TEST(BrokenForms, EncodedWordsAreReadAsTheyCome) {
   EXPECT_EQ(list("=?UTF-8?B?" + QByteArray("A, B").toBase64() + "?= =?iso-2022-jp?B?" +
                  QByteArray("\x1B$BEDCf\x1B(B").toBase64() + "?= <t@x>"),
             QStringLiteral("FROM: t@x A, B田中"));
+}
+
+TEST(BrokenForms, WhatWasCutFromAnEncodingCostsNothing) {
+  const QByteArray quoted = "Content-Transfer-Encoding: quoted-printable\r\n\r\n";
+  for (const char* softBreak : {"=\r\n", "=\n", "=\r", "=\r\r\n", "= \t\r\n", "= \r"}) {
+    EXPECT_EQ(Text(quoted + "on" + softBreak + "e=3D=\r\ntwo"), QStringLiteral("one=two"));
+  }
+  EXPECT_EQ(Text(quoted + "a = b\rc"), QStringLiteral("a = b\r\nc"));
+  const QByteArray base64 = "Content-Transfer-Encoding: base64\r\n\r\n";
+  for (const char* text : {"one", "one2", "one23", "one234"}) {
+    const QByteArray coded = QByteArray(text).toBase64(QByteArray::OmitTrailingEquals);
+    EXPECT_EQ(Text(base64 + coded + "\r\n"), QLatin1String(text));
+    EXPECT_EQ(Subject("=?us-ascii?B?" + coded + "?="), QLatin1String(text));
+  }
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: T <t@example.jp")),
+            QStringLiteral("FROM: t@example.jp T"));
 }
 
 TEST(BrokenForms, EncodingsAreReadAsTheyCome) {

@@ -112,6 +112,23 @@ TEST(HtmlSanitizer, StylesSayHowItLooks) {
             QStringLiteral("p, .a > b:hover{color:red}@media (max-width: 600px){td{width:1px}}"));
 }
 
+// What is taken out of a sheet must not let the rest become the end of its element.
+TEST(HtmlSanitizer, NoStyleSheetEndsItsElement) {
+  for (const char* sheet :
+       {"p{border</*x*//style>MARK<style>:red}", "p{border<<!--/style>MARK:red}",
+        "p{border:<<!--/style>MARK}", "p</*x*//style>MARK{color:red}",
+        "@media a</*x*//style>MARK{p{color:red}}", "p{border<-->/style>MARK:red}",
+        "p{color:red</*/style>MARK*//style>MARK}"}) {
+    const QByteArray html =
+        SanitizeHtml(QStringLiteral("<style>%1</style><p>text").arg(QLatin1String(sheet)),
+                     RemoteImages::LeftOut)
+            .html;
+    EXPECT_EQ(html.count("</style"), 1) << sheet << '\n' << html.constData();
+  }
+  EXPECT_EQ(SafeDeclarations(QStringLiteral("border\"><b>:red; bor/**/der:0; font\\61:x")),
+            QString());
+}
+
 TEST(HtmlSanitizer, WhatNestsTooDeepGivesItsText) {
   for (const char* tag :
        {"<div>", "<b>", "<form><a><b>", "<table><td>", "<div></x>", "<x></y>", "<div></b>"}) {

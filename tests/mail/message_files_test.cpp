@@ -8,6 +8,7 @@
 #include "mail/codec/inline_images.h"
 #include "mail/codec/message_date.h"
 #include "mail/codec/message_index.h"
+#include "mail/date_line.h"
 #include "mail/file_kind.h"
 #include "mail/print_page.h"
 #include "storage/time_text.h"
@@ -113,6 +114,18 @@ TEST(InlineImagesTest, PicturesOfTheMessageAreShownAndOthersLeft) {
   EXPECT_EQ(WithInlineImages(QStringLiteral("<img src='CID:p%40x'> <img src=\"cid:s\"> cid:none."),
                              source, index),
             QStringLiteral("<img src='data:image/png;base64,AAEC'> <img src=\"cid:s\"> cid:none."));
+}
+
+TEST(DateLineTest, TheSendersClockIsShownAndWhatItIsOffBy) {
+  const QByteArray source = "Date: Tue, 24 Nov 2026 09:05:07 -0330\r\n\r\n";
+  const auto at = [&](int hours) {
+    return DateLine(source, StoredTimeText(SentDate(source).addSecs(hours * 3600)));
+  };
+  EXPECT_EQ(at(0), QStringLiteral("2026/11/24 9:05 (-0330)"));
+  EXPECT_EQ(at(-23), at(0));
+  EXPECT_TRUE(at(25).startsWith(at(0)) && at(25) != at(0));
+  EXPECT_TRUE(at(-25).startsWith(at(0)) && at(-25) != at(0));
+  EXPECT_EQ(DateLine("Subject: x\r\n\r\n", StoredTimeText(SentDate(source))), QString());
 }
 
 TEST(MessageDateTest, EveryFormOfDateIsRead) {

@@ -168,15 +168,14 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
 
 TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {
   TestProfile profile;
-  const auto placement = std::make_shared<Disk>(QStringLiteral("DATA_parent"));
+  const DiskPtr placement = profile.Get().Objects.Find(fixed_serial::kMainPlacement);
   placement->Let(QStringLiteral("save"), true);
   placement->Let(QStringLiteral("width"), 700);
   const auto other = MakeObject(QStringLiteral("x"), object_type::kBook, QStringLiteral("x"));
-  profile.Get().Objects.Add(placement);
   profile.Get().Objects.Add(other);
   ASSERT_TRUE(SaveMarkedObjects(profile.Get()));
   profile.Restart();
-  EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("DATA_parent"))->Number(u"width"), 700);
+  EXPECT_EQ(profile.Get().Objects.Find(fixed_serial::kMainPlacement)->Number(u"width"), 700);
   EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("x")), nullptr);
 }
 

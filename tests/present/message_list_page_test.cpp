@@ -9,6 +9,7 @@
 #include "mail/mail_store.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "present/folder_layout.h"
 #include "present/link_command.h"
 #include "present/neighbour_message.h"
 #include "present/page_tags.h"
@@ -25,7 +26,10 @@ using test::TestProfile;
 
 class MessageListPageTest : public testing::Test {
  protected:
-  MessageListPageTest() { Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false); }
+  MessageListPageTest() {
+    Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false);
+    EXPECT_TRUE(ShareLayout(profile_.Get(), QString(), OwnLayouts::Kept));
+  }
 
   // The page's bytes; the file is removed.
   QByteArray Page(qint32 page = 1) {
@@ -96,6 +100,30 @@ TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
   profile_.Get().Objects.Remove(fixed_serial::kLayout);
   EXPECT_EQ(Page(), ToCodePage932(page.arg(QString::fromLatin1(id), time)));
   EXPECT_FALSE(before_ || next_);
+}
+
+TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {
+  Context& context = profile_.Get();
+  const auto text = [this](const QString& folder) {
+    folder_ = folder;
+    return QString::fromLatin1(Page());
+  };
+  const QString nothing = QStringLiteral("class=\"none\"");
+  EXPECT_FALSE(text(fixed_serial::kInbox).contains(nothing));
+  ASSERT_TRUE(ShareLayout(context, QStringLiteral("table"), OwnLayouts::Kept));
+  EXPECT_TRUE(text(fixed_serial::kInbox).contains(nothing));  // an empty folder says so
+  Store("in");
+  Store("out", 3);
+  EXPECT_TRUE(text(fixed_serial::kInbox).contains(QStringLiteral("<td class=\"from\">Sato</td>")));
+  // Whom one's own messages went to, for all have one sender.
+  EXPECT_TRUE(text(fixed_serial::kOutbox).contains(QStringLiteral("<td class=\"from\">t@x</td>")));
+  // Whoever has made a layout keeps it until he says otherwise.
+  EXPECT_EQ(Filled("mine"), QByteArray("mine"));
+  EXPECT_EQ(CountOwnLayouts(context), 1);
+  ASSERT_TRUE(ShareLayout(context, QStringLiteral("cards"), OwnLayouts::Kept));
+  EXPECT_EQ(text(folder_), QStringLiteral("mine"));
+  ASSERT_TRUE(ShareLayout(context, QStringLiteral("cards"), OwnLayouts::Removed));
+  EXPECT_TRUE(text(folder_).contains(QStringLiteral("<article")));
 }
 
 TEST_F(MessageListPageTest, AnEmptyFolderEndsAtTheFirstDataTag) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -340,12 +341,48 @@ TEST_F(DataSessionTest, AConditionThatWouldTakeForEverIsGivenUp) {
       CursorKind::ForwardOnly, StatementTrust::UserCondition));
   EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::Refused);
   EXPECT_FALSE(context.Data.HasDamage());
+  // Nor does one step of it take for ever: the engine looks at the time between steps.
+  const QString ten = QStringLiteral("'aaaaaaaaaa'");
+  QString many = ten;
+  for (int i = 0; i < 5; ++i) many = QStringLiteral("replace(%1,'a',%2)").arg(many, ten);
+  QElapsedTimer clock;
+  clock.start();
+  for (const QString& slow :
+       {QStringLiteral("instr(%1, substr(%1,1,300000)||'b') > 0").arg(many),
+        QStringLiteral("length(trim(%1||'c', 'b'||%1)) > 0").arg(many),
+        QStringLiteral("length(replace(replace(%1,'a',%1),'a',%1)) > 0").arg(many)}) {
+    context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail WHERE ") + slow,
+                               CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  }
+  EXPECT_LT(clock.elapsed(), 30000);  // of hours
   // Nothing else is limited by it.
   EXPECT_TRUE(context.Data.OpenRecordset(
       QStringLiteral("SELECT COUNT(a.STATUS) AS V FROM mail a, mail b, mail c, mail d"),
       CursorKind::ForwardOnly));
   context.Data.Close();
   Connection::ConditionMs = limit;
+}
+
+// They take the place of the engine's own.
+TEST_F(DataSessionTest, BoundedFunctionsDoWhatTheEnginesDo) {
+  TestProfile profile;
+  profile.Store("Subject: s\r\n\r\n");
+  const auto value = [&](const char* expression) {
+    return profile
+        .Select(QStringLiteral("SELECT %1 AS V FROM mail").arg(QString::fromUtf8(expression)))
+        .value(0)
+        .toString();
+  };
+  EXPECT_EQ(value("instr('会議の資料','資料')"), QStringLiteral("4"));
+  EXPECT_EQ(value("instr('abc','d')"), QStringLiteral("0"));
+  EXPECT_EQ(value("instr('abc','')"), QStringLiteral("1"));
+  EXPECT_EQ(value("instr(NULL,'d')"), QString());
+  EXPECT_EQ(value("replace('a-b-c','-','＋')"), QStringLiteral("a＋b＋c"));
+  EXPECT_EQ(value("replace('abc','','x')"), QStringLiteral("abc"));
+  EXPECT_EQ(value("trim('ああxああ','あ')"), QStringLiteral("x"));
+  EXPECT_EQ(value("ltrim('xxay','x')"), QStringLiteral("ay"));
+  EXPECT_EQ(value("rtrim('ayxx','x')"), QStringLiteral("ay"));
+  EXPECT_EQ(value("trim('aaa','a')"), QString());
 }
 
 // What was worked out of the file is out of date after each change, however alike they are.
@@ -467,6 +504,17 @@ TEST(TimeText, OneMomentHasOneText) {
       QDateTime::fromString(QStringLiteral("2026-11-26T23:30:00Z"), Qt::ISODate);
   EXPECT_EQ(StoredTimeText(moment), StoredTimeText(moment.toOffsetFromUtc(5 * 3600)));
   EXPECT_EQ(StoredTimeText(moment), StoredTimeText(moment.toOffsetFromUtc(-9 * 3600)));
+}
+
+TEST(TimeText, ShortOnesSayWhatADayNeeds) {
+  const QDate today(2026, 3, 1);
+  const auto text = [&](const char16_t* stored) {
+    return ShortTimeText(QString::fromUtf16(stored), today);
+  };
+  EXPECT_EQ(text(u"2026-03-01 09:05:07.123"), QStringLiteral("9:05"));
+  EXPECT_EQ(text(u"2026-02-28 23:59:59"), QStringLiteral("2/28"));
+  EXPECT_EQ(text(u"2025-03-01 09:05:07"), QStringLiteral("2025/03/01"));
+  EXPECT_EQ(text(u"yesterday"), QString());
 }
 
 }  // namespace

@@ -102,8 +102,9 @@ QPoint PlaceOf(View& view, Item* item) {
 
 /// Clicks a row.
 template <typename View, typename Item>
-void ClickRow(View& view, Item* item, Qt::MouseButton button = Qt::LeftButton) {
-  QTest::mouseClick(view.viewport(), button, Qt::NoModifier, PlaceOf(view, item));
+void ClickRow(View& view, Item* item, Qt::MouseButton button = Qt::LeftButton,
+              Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QTest::mouseClick(view.viewport(), button, modifiers, PlaceOf(view, item));
 }
 
 inline void Press(QWidget& button) {

@@ -63,6 +63,39 @@ TEST_F(ReceiveTest, SamplesAreStoredByteForByteAndOnlyOnce) {
   EXPECT_EQ(host_.levels, (QList<int>{0, 0}));
 }
 
+// Three hundred that were fetched at once did not arrive in one minute.
+TEST_F(ReceiveTest, TheTimeIsTheOneAtWhichTheServerTookTheMessageIn) {
+  const QString year = QDate::currentDate().toString(QStringLiteral("yyyy"));
+  const auto add = [this](const QByteArray& uidl, const QByteArray& received) {
+    server_.AddMessage(uidl, "Received: from b by a; " + received +
+                                 "\r\nReceived: from c by b; Sat, 1 Jan 2000 00:00 +0900\r\n"
+                                 "Date: Sat, 1 Jan 2000 00:00 +0900\r\nSubject: " +
+                                 uidl + "\r\n\r\ntext\r\n");
+  };
+  add("noted", "Tue, 2 Jan 2024 03:04:05 +0900");
+  add("future", "Tue, 2 Jan 2124 03:04:05 +0900");
+  add("ancient", "Tue, 2 Jan 1970 03:04:05 +0900");
+  add("broken", "the day before yesterday");
+  profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 4);
+  const auto yearOf = [this](const char* subject) {
+    return profile_
+        .Select(QStringLiteral("SELECT FIELD_TIMESTAMP AS V FROM mail WHERE FIELD_SUBJECT = '%1'")
+                    .arg(QLatin1String(subject)))
+        .value(0)
+        .toString()
+        .left(4);
+  };
+  EXPECT_EQ(yearOf("noted"), QStringLiteral("2024"));
+  for (const char* subject : {"future", "ancient", "broken"}) {
+    EXPECT_GE(yearOf(subject), year) << subject;
+  }
+  Settings(profile_.Get())->Let(QStringLiteral("ReceivedTime"), false);
+  add("as documented", "Tue, 2 Jan 2024 03:04:05 +0900");
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_GE(yearOf("as documented"), year);
+}
+
 TEST_F(ReceiveTest, TwoAccountsDoNotHideEachOthersMail) {
   AddMessages(3);
   LoopbackPop3Server other;
@@ -507,6 +540,25 @@ TEST_F(ReceiveTest, WhatWasErasedForGoodStaysAway) {
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_TRUE(server_.Messages.isEmpty());
   EXPECT_EQ(Rows(), 3);
+}
+
+// Erasing the first one while the others come is no sign of a file that was replaced.
+TEST_F(ReceiveTest, WhatIsErasedDuringTheSessionKeepsNothingOnTheServer) {
+  AddMessages(4);
+  server_.Pipelining = false;
+  profile_.AddAccount(server_.Port())->Let(QStringLiteral("InMailServerDelete"), true);
+  bool erased = false;
+  server_.OnCommand = [&](const QByteArray& line) {
+    if (!line.startsWith("RETR 3")) return;
+    const QList<QVariant> first =
+        profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_SUBJECT = '0'"));
+    erased =
+        SetDust(profile_.Get(), {first.value(0).toString()}, true) && EmptyDust(profile_.Get());
+  };
+  EXPECT_EQ(Receive().stored, 4);
+  EXPECT_TRUE(erased);
+  EXPECT_EQ(Rows(), 3);
+  EXPECT_TRUE(server_.Messages.isEmpty()) << LastLog().toStdString();
 }
 
 // The server's copy may be the only one that can be read.

@@ -5,11 +5,13 @@
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPrintDialog>
+#include <QScreen>
 #include <QTableWidget>
 #include <QToolBar>
 #include <QWebEngineScript>
@@ -87,6 +89,42 @@ TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
   AwaitPainted(*View());
   EXPECT_TRUE(PageText().contains(u"xxx"));
   EXPECT_LE(width(), qMax(before, View()->width()));
+}
+
+// Ten folders that are looked into leave two tabs, and not ten; one that is wanted beside the
+// others gets its own.
+TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
+  Begin(2, 100);
+  ParentWindow* parent = program_->Parent();
+  EXPECT_EQ(parent->width(), QGuiApplication::primaryScreen()->availableSize().width() * 3 / 4);
+  const auto* area = parent->findChild<QMdiArea*>();
+  EXPECT_EQ(area->viewMode(), QMdiArea::TabbedView);
+  const auto active = [&] {
+    const auto* frame = area->currentSubWindow();
+    const auto* browser =
+        frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
+    return browser == nullptr ? QString() : browser->Tag();
+  };
+  auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
+  const auto shows = [&](const QString& folder, size_t tabs) {
+    return WaitFor([&] { return active() == folder && Browsers().size() == tabs; });
+  };
+  test::ClickRow(tree, Node(fixed_serial::kOutbox));
+  ASSERT_TRUE(shows(fixed_serial::kOutbox, 2));
+  // What it was searched for is not what the next folder is searched for.
+  auto* search = area->currentSubWindow()->findChild<QLineEdit*>(QStringLiteral("txSearch"));
+  QTest::keyClicks(search, QStringLiteral("nothing"));
+  QTest::keyClick(search, Qt::Key_Return);
+  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(shows(QString::fromUtf16(kShelf), 2));
+  EXPECT_EQ(search->text(), QString());
+  EXPECT_EQ(area->currentSubWindow()->windowTitle(), QStringLiteral("棚"));
+  test::ClickRow(tree, Node(fixed_serial::kInbox));
+  ASSERT_TRUE(shows(fixed_serial::kInbox, 2));
+  test::ClickRow(tree, Node(fixed_serial::kDust), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(shows(fixed_serial::kDust, 3));
+  test::ClickRow(tree, Node(fixed_serial::kOutbox));
+  ASSERT_TRUE(shows(fixed_serial::kOutbox, 3));
 }
 
 // The page that was in use stays so while a message is read and printed over it.
@@ -469,9 +507,9 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           end.movePosition(QTextCursor::End);
                           html.setTextCursor(end);
                           tags.setFocus();
-                          tags.setCurrentCell(13, 0);  // the link that opens
+                          tags.setCurrentCell(14, 0);  // the link that opens
                           QTest::keyClick(&tags, Qt::Key_Return);
-                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(13, 1)->text()))
+                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(14, 1)->text()))
                               << html.toPlainText().toStdString();
                           EXPECT_TRUE(window.isVisible()) << "Enter does not press OK as well";
                           test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));

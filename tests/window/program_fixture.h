@@ -21,6 +21,7 @@
 #include "frame/window/program.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
+#include "present/folder_layout.h"
 #include "present/window/browser_window.h"
 #include "support/loopback_pop3_server.h"
 #include "support/window_driving.h"
@@ -49,6 +50,8 @@ class ProgramTest : public testing::Test {
     settings->Let(QStringLiteral("Messages"), rowsPerPage);
     settings->Let(QStringLiteral("MessagesNewest"), false);
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+    // With all its links at any width.
+    EXPECT_TRUE(ShareLayout(profile.Get(), QString(), OwnLayouts::Kept));
     profile.Get().Data.CloseAll();
     CopyFolder(profile.Folder(), Folder());
   }

@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 
 #include "mail/codec/text_encoding.h"
 #include "objects/settings.h"
@@ -34,6 +35,44 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
   ASSERT_TRUE(Gone());
   Open(serial).close();
   EXPECT_TRUE(Gone());
+}
+
+// What a reader needs is in front of him, and one window does not hide another.
+TEST_F(MessageWindowTest, ReadersSeeTheDateAndWindowsStandBesideEachOther) {
+  const QString serial = Store("Date: Tue, 24 Nov 2020 09:05:07 -0330\r\n" + kPlain, 4);
+  MessageWindow& window = Open(serial);
+  const QString date = Child<QLabel>(window, u"lbDate").text();
+  EXPECT_TRUE(date.startsWith(QStringLiteral("2020/11/24 9:05 (-0330)"))) << date.toStdString();
+  EXPECT_TRUE(date.contains(QStringLiteral("1日以上違います")));
+  auto& reading = Child<QToolBar>(window, u"tbReading");
+  EXPECT_TRUE(reading.isVisible());
+  New();
+  MessageWindow* other = nullptr;
+  ASSERT_TRUE(WaitFor([&] {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      auto* message = qobject_cast<MessageWindow*>(widget);
+      if (message != nullptr && message != &window && message->isVisible()) other = message;
+    }
+    return other != nullptr;
+  }));
+  MessageWindow& draft = *other;
+  EXPECT_FALSE(Child<QToolBar>(draft, u"tbReading").isVisible());
+  EXPECT_FALSE(Child<QLabel>(draft, u"lbDate").isVisible());
+  EXPECT_NE(draft.pos(), window.pos());
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_TRUE(screen.contains(QRect(draft.pos(), draft.size())));
+  // It is where it was, and as large.
+  window.resize(600, 500);
+  window.move(20, 30);
+  for (QAction* action : reading.actions()) {
+    if (action->objectName() == u"dust") action->trigger();
+  }
+  EXPECT_TRUE(WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == -4; }));
+  draft.close();
+  ASSERT_TRUE(Gone());
+  MessageWindow& again = Open(serial);
+  EXPECT_EQ(again.size(), QSize(600, 500));
+  EXPECT_EQ(again.pos(), QPoint(20, 30));
 }
 
 // Also where nothing or something wrong says in which code it is.

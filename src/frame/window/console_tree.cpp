@@ -1,5 +1,6 @@
 #include "frame/window/console_tree.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -90,7 +91,8 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
 
 void ConsoleTree::Open(const QTreeWidgetItem& item) {
   const QString key = item.data(0, kKeyRole).toString();
-  if (!key.isEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString());
+  const bool inTabOfItsOwn = QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
+  if (!key.isEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString(), inTabOfItsOwn);
 }
 
 void ConsoleTree::Fill() {

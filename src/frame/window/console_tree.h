@@ -30,8 +30,8 @@ class ConsoleTree : public QTreeWidget {
   QStringList Folders() const;
 
  Q_SIGNALS:
-  /// The user wants to see what the node stands for.
-  void NodeOpened(const QString& key, const QString& tag);
+  /// The user wants to see what the node stands for, where it has a page in a tab of its own.
+  void NodeOpened(const QString& key, const QString& tag, bool inTabOfItsOwn);
   void NewWanted(const QString& type, const QString& parent);
   void PropertiesWanted(const QString& key, const QString& tag);
   /// The node bears the new name already.

@@ -1,6 +1,7 @@
 // The main window's menus.
 
 #include <QAction>
+#include <QActionGroup>
 #include <QDesktopServices>
 #include <QFile>
 #include <QMdiArea>
@@ -16,6 +17,8 @@
 #include "kit/window/second_click.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "present/folder_layout.h"
+#include "present/ready_layouts.h"
 #include "present/window/browser_window.h"
 #include "storage/ui.h"
 
@@ -43,8 +46,12 @@ void ParentWindow::BuildMenus() {
   BuildBookmarkMenu();
   QMenu* window = menuBar()->addMenu(Ui::tr("ウィンドウ(&W)"));
   window->setObjectName(QStringLiteral("menuWindows"));
-  window->addAction(Ui::tr("重ねて表示(&C)"), this, [this] { SetArrangement(kCascade); });
-  window->addAction(Ui::tr("並べて表示(&T)"), this, [this] { SetArrangement(kTile); });
+  const auto arrange = [this, window](const QString& text, Arrangement arrangement) {
+    window->addAction(text, this, [this, arrangement] { SetArrangement(arrangement); });
+  };
+  arrange(Ui::tr("重ねて表示(&C)"), Arrangement::Cascaded);
+  arrange(Ui::tr("並べて表示(&T)"), Arrangement::Tiled);
+  arrange(Ui::tr("タブで表示(&B)"), Arrangement::Tabs);
   window->addAction(Ui::tr("次のウィンドウ(&N)"), area_, &QMdiArea::activateNextSubWindow)
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
   // Windows in the area have this key themselves.
@@ -165,10 +172,49 @@ void ParentWindow::BuildDisplayMenu() {
       display->addAction(Ui::tr("イベントのクリア(&C).."), this, &ParentWindow::ClearEvents);
   QAction* layout =
       display->addAction(Ui::tr("フォルダのレイアウト(&L).."), this, &ParentWindow::EditLayout);
+  BuildLayoutMenu(*display);
   connect(display, &QMenu::aboutToShow, this, [this, clear, layout] {
     clear->setEnabled(tvConsole_->HasEvents());
     layout->setEnabled(!CurrentFolder().isEmpty());
   });
+}
+
+// What all folders look like that have no layout of their own.
+void ParentWindow::BuildLayoutMenu(QMenu& display) {
+  QMenu* menu = display.addMenu(Ui::tr("すべてのフォルダの表示形式(&A)"));
+  auto* group = new QActionGroup(menu);
+  for (const ReadyLayout& layout : ReadyLayouts({})) {
+    QAction* action =
+        menu->addAction(layout.name, this, [this, id = layout.id] { ChooseLayout(id); });
+    action->setCheckable(true);
+    action->setData(layout.id);
+    group->addAction(action);
+  }
+  connect(menu, &QMenu::aboutToShow, this, [this, group] {
+    const QString shared = SharedLayout(context_);
+    for (QAction* action : group->actions()) {
+      action->setChecked(action->data().toString() == shared);
+    }
+    if (group->checkedAction() == nullptr) group->actions().first()->setChecked(true);
+  });
+}
+
+void ParentWindow::ChooseLayout(const QString& id) {
+  OwnLayouts own = OwnLayouts::Kept;
+  if (const qsizetype count = CountOwnLayouts(context_); count > 0) {
+    const auto answer = ShowBox(
+        this, QMessageBox::Question,
+        Ui::tr("自分で作ったレイアウトのフォルダが%1個あります。それも変えますか？").arg(count),
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
+    if (answer == QMessageBox::Cancel) return;
+    if (answer == QMessageBox::Yes) own = OwnLayouts::Removed;
+  }
+  if (ShareLayout(context_, id, own)) {
+    MessageStored();
+  } else {
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("保存できませんでした。") + context_.Data.LastError().text);
+  }
 }
 
 // The bookmarks' places, read anew whenever the menu opens.

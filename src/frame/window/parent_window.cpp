@@ -7,6 +7,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QSplitter>
+#include <QTabBar>
 #include <QToolBar>
 
 #include "auxiliary/window/console_window.h"
@@ -72,6 +73,9 @@ ParentWindow::ParentWindow(Context& context)
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   area_->setObjectName(QStringLiteral("mdiArea"));
+  area_->setTabsClosable(true);
+  area_->setTabsMovable(true);
+  area_->setDocumentMode(true);
 
   splitter_->setObjectName(QStringLiteral("splitter"));
   splitter_->addWidget(tvConsole_);
@@ -153,6 +157,7 @@ void ParentWindow::LoadDefaultProperty() {
   ShowTitle();
   tvConsole_->Fill();
   ApplySettings();
+  ArrangeWindows();
   OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
   QTimer::singleShot(0, this, [this] {
@@ -266,7 +271,10 @@ RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
   const QString status = request.Text(u"status");
   if (status == u"browser") {
     // A page that is only printed is none of those that the user arranges and acts on.
-    return request.Text(u"exec") == u"print" ? NewUnseenBrowser() : NewBrowserWindow();
+    if (request.Text(u"exec") == u"print") return NewUnseenBrowser();
+    BrowserWindow* window = NewBrowserWindow();
+    if (std::exchange(previewed_, {}) == request.SerialID()) preview_ = window;
+    return window;
   }
   if (status == u"mail") {
     auto* window = new MessageWindow(context_, *this, events_);
@@ -318,16 +326,26 @@ void ParentWindow::Track(QObject* object, RequestWindow* window) {
   connect(object, &QObject::destroyed, &tracker_, [this, window] { std::erase(windows_, window); });
 }
 
-void ParentWindow::ArrangeWindows() {
-  if (PlacementBag(context_, objectName())->Number(kArrange, kTile) == kCascade) {
-    area_->cascadeSubWindows();
-  } else {
-    area_->tileSubWindows();
-  }
+Arrangement ParentWindow::CurrentArrangement() const {
+  const auto tiled = static_cast<int>(Arrangement::Tiled);
+  return static_cast<Arrangement>(PlacementBag(context_, objectName())->Number(kArrange, tiled));
 }
 
-void ParentWindow::SetArrangement(int arrangement) {
-  PlacementBag(context_, objectName())->Let(kArrange, arrangement);
+void ParentWindow::ArrangeWindows() {
+  const Arrangement arrangement = CurrentArrangement();
+  const auto mode =
+      arrangement == Arrangement::Tabs ? QMdiArea::TabbedView : QMdiArea::SubWindowView;
+  if (area_->viewMode() != mode) area_->setViewMode(mode);
+  if (auto* tabs = area_->findChild<QTabBar*>()) {
+    tabs->setExpanding(false);
+    tabs->setElideMode(Qt::ElideRight);
+  }
+  if (arrangement == Arrangement::Cascaded) area_->cascadeSubWindows();
+  if (arrangement == Arrangement::Tiled) area_->tileSubWindows();
+}
+
+void ParentWindow::SetArrangement(Arrangement arrangement) {
+  PlacementBag(context_, objectName())->Let(kArrange, static_cast<int>(arrangement));
   ArrangeWindows();
 }
 
@@ -503,9 +521,24 @@ void ParentWindow::BrowserClosed() {
   if (!closing_) QTimer::singleShot(0, this, &ParentWindow::ArrangeWindows);
 }
 
-void ParentWindow::OpenNode(const QString& key, const QString& tag) {
-  if (tag == object_type::kFolder) OpenFolder(key);
+void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") OpenEvent(key);
+  if (tag != object_type::kFolder) return;
+  if (!inTabOfItsOwn && CurrentArrangement() == Arrangement::Tabs) {
+    if (ShowInPreview(key)) return;
+    previewed_ = key;
+  }
+  OpenFolder(key);
+}
+
+// Folders that are only looked at share a tab, which the next one takes over.
+bool ParentWindow::ShowInPreview(const QString& folder) {
+  const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
+                                  [&](const RequestWindow* open) { return open->Tag() == folder; });
+  if (isOpen || preview_ == nullptr || preview_->Dust()) return false;
+  preview_->ShowFolder(folder);
+  preview_->Activate();
+  return true;
 }
 
 void ParentWindow::OpenFolder(const QString& serialId) {

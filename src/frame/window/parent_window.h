@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 #include "frame/dispatcher.h"
@@ -14,6 +15,7 @@
 #include "frame/window/status_bar.h"
 #include "frame/window/unread_counter.h"
 #include "mail/window/message_host.h"
+#include "objects/standard_objects.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
@@ -110,8 +112,6 @@ class ParentWindow : public QMainWindow,
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// Values of the main window's "arrange".
-  enum Arrangement { kCascade = 0, kTile = 2 };
   enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsRules, kToolsSettings, kToolsVersion };
 
   void BuildMenus();
@@ -123,7 +123,11 @@ class ParentWindow : public QMainWindow,
   void BuildHelpMenu();
   void ShowGuide();
   QAction* AddMessageButton(QToolBar& bar, const QString& text, const QString& command);
-  void SetArrangement(int arrangement);
+  void SetArrangement(Arrangement arrangement);
+  Arrangement CurrentArrangement() const;
+  bool ShowInPreview(const QString& folder);
+  void BuildLayoutMenu(QMenu& display);
+  void ChooseLayout(const QString& id);
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
@@ -140,7 +144,7 @@ class ParentWindow : public QMainWindow,
   Q_INVOKABLE void OfferDrafts();
   void OfferDoubtful();
   void ConnectTree();
-  void OpenNode(const QString& key, const QString& tag);
+  void OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn);
   void OpenFolder(const QString& serialId);
   void PostDialog(const QString& key, const QString& tag, int show, const QString& after,
                   const QString& event = {});
@@ -172,6 +176,8 @@ class ParentWindow : public QMainWindow,
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
+  QPointer<BrowserWindow> preview_;  // whose tab folders share that are only looked at
+  QString previewed_;                // the folder that is about to be shown in it
   UnreadCounter unread_;
   NewMessageNotice notice_;
   DamageQuestions damage_;

@@ -40,14 +40,18 @@ struct Mailbox {
 };
 
 // An address alone with a comment before or behind it, which is how names were written once
-// (RFC 5322 section 3.4, at its end).
-void TakeCommentAsName(Mailbox& mailbox) {
+// (RFC 5322 section 3.4, at its end), and one whose closing bracket was lost.
+void TakeUnbracketed(Mailbox& mailbox) {
   static const QRegularExpression kBehind(QStringLiteral("^(\\S+@\\S+) *\\(([^()]*)\\)$"));
+  // The closing bracket is missing.
+  static const QRegularExpression kOpen(QStringLiteral("^([^<]*)<([^<>\\s]+@[^<>\\s]+)$"));
   static const QRegularExpression kBefore(QStringLiteral("^\\(([^()]*)\\) *(\\S+@\\S+)$"));
   if (const auto behind = kBehind.match(mailbox.name); behind.hasMatch()) {
     mailbox = {behind.captured(1), behind.captured(2)};
   } else if (const auto before = kBefore.match(mailbox.name); before.hasMatch()) {
     mailbox = {before.captured(2), before.captured(1)};
+  } else if (const auto open = kOpen.match(mailbox.name); open.hasMatch()) {
+    mailbox = {open.captured(2), open.captured(1).trimmed()};
   }
 }
 
@@ -83,7 +87,7 @@ Mailbox ReadItem(const QString& item) {
     if (text == word) RemoveOuterQuotes(mailbox.name);
   }
   mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone
-  if (mailbox.address.isEmpty()) TakeCommentAsName(mailbox);
+  if (mailbox.address.isEmpty()) TakeUnbracketed(mailbox);
   if (mailbox.address.isEmpty()) std::swap(mailbox.address, mailbox.name);
   return mailbox;
 }
@@ -164,7 +168,7 @@ AddressEntry ReadWithoutBrackets(const QString& text) {
   QString usual = text;
   usual.replace(u'（', u'(').replace(u'）', u')').replace(u'＠', u'@');
   Mailbox mailbox{{}, usual};
-  TakeCommentAsName(mailbox);
+  TakeUnbracketed(mailbox);
   if (!IsMailAddress(Narrowed(mailbox.address))) mailbox = {text, {}};
   AddressEntry entry;
   entry.address = Narrowed(mailbox.address);

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <optional>
 
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/header_decoding.h"
@@ -35,18 +36,21 @@ QByteArray FieldValue(QByteArrayView source, QByteArrayView name, const ContentR
 class ContentReader {
  public:
   ContentReader(QByteArrayView source, qsizetype start, qsizetype end)
-      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))), at_(start) {}
+      : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))),
+        at_(start),
+        lineEnd_(LineEnd(source_)) {}
 
   std::vector<ContentRecord> Run() {
     BeginPart();
     for (qsizetype dashes = NextDashes(at_); dashes >= 0; dashes = NextDashes(at_)) {
-      const qsizetype found = source_.indexOf('\n', dashes);
+      const qsizetype found = source_.indexOf(lineEnd_, dashes);
       at_ = found < 0 ? source_.size() : found + 1;
       TakeDelimiter(dashes);
     }
     at_ = source_.size();
     EndLeaf(source_.size());
     while (!stack_.empty()) CloseMultipart(source_.size());
+    PushRest();
     return std::move(records_);
   }
 
@@ -64,7 +68,7 @@ class ContentReader {
   qsizetype NextDashes(qsizetype from) const {
     if (stack_.empty()) return -1;
     for (qsizetype at = source_.indexOf('-', from); at >= 0; at = source_.indexOf('-', at + 1)) {
-      const bool beginsLine = at == 0 || source_[at - 1] == '\n';
+      const bool beginsLine = at == 0 || source_[at - 1] == lineEnd_;
       if (beginsLine && at + 1 < source_.size() && source_[at + 1] == '-') return at;
     }
     return -1;
@@ -97,8 +101,8 @@ class ContentReader {
   // comes again with "--" behind it.
   QByteArray FirstDelimiter() const {
     const qsizetype start = source_.indexOf("--", at_);
-    if (start < 0 || (start > 0 && source_[start - 1] != '\n')) return {};
-    const qsizetype end = source_.indexOf('\n', start);
+    if (start < 0 || (start > 0 && source_[start - 1] != lineEnd_)) return {};
+    const qsizetype end = source_.indexOf(lineEnd_, start);
     const QByteArrayView line = source_.sliced(start, qMax(end - start, qsizetype{0})).trimmed();
     const bool isClosed = line.size() > 2 && source_.indexOf(line.toByteArray() + "--", end) >= 0;
     return isClosed ? line.sliced(2).toByteArray() : QByteArray();
@@ -107,7 +111,7 @@ class ContentReader {
   // A part whose headers run into the next delimiter has no body.
   qsizetype PartHeaderLimit() const {
     for (qsizetype at = at_; !stack_.empty() && at < source_.size();) {
-      const qsizetype found = source_.indexOf('\n', at);
+      const qsizetype found = source_.indexOf(lineEnd_, at);
       const qsizetype next = found < 0 ? source_.size() : found + 1;
       const QByteArrayView line = source_.sliced(at, next - at);
       if (line.trimmed().isEmpty()) break;
@@ -165,10 +169,12 @@ class ContentReader {
     while (static_cast<qsizetype>(stack_.size()) > level + 1) CloseMultipart(bodyEnd);
     if (closes && level == 0) {
       stack_.back().isClosed = true;
+      rest_ = at_;
     } else if (closes) {
       CloseMultipart(bodyEnd);
     } else if (records_.size() < kMaxParts) {
       stack_.back().hasParts = true;
+      rest_.reset();
       BeginPart();
     }
   }
@@ -216,6 +222,20 @@ class ContentReader {
     if (at < text.size() || !pushed) push(at, text.size() - 1, leaf_);
   }
 
+  // What a mailing list or a gateway put behind the end of a multipart, which has no part for it.
+  // The end mark of a stored message is none of that.
+  void PushRest() {
+    if (!rest_ || records_.size() >= kMaxParts) return;
+    const QByteArrayView text = source_.sliced(*rest_).trimmed();
+    if (text.isEmpty() || text == ".") return;
+    ContentRecord record;
+    record.headerFirst = record.first = *rest_;
+    record.headerLast = record.headerFirst - 1;
+    record.last = source_.size() - 1;
+    record.type = QStringLiteral("text/plain");
+    records_.push_back(record);
+  }
+
   void CloseMultipart(qsizetype end) {
     Multipart multipart = std::move(stack_.back());
     stack_.pop_back();
@@ -228,6 +248,8 @@ class ContentReader {
 
   QByteArrayView source_;
   qsizetype at_;
+  char lineEnd_;
+  std::optional<qsizetype> rest_;  // where the text behind the end of the message's parts begins
   std::vector<Multipart> stack_;
   std::vector<ContentRecord> records_;
   ContentRecord leaf_;

@@ -44,6 +44,21 @@ bool IsUsualField(QByteArrayView line) {
   return name.startsWith("content-") || name.startsWith("x-") || name.startsWith("list-");
 }
 
+}  // namespace
+
+// A CR that is followed by another and by text is an empty line; CR CR LF are one line break.
+char LineEnd(QByteArrayView source) {
+  constexpr qsizetype kWithin = 64 * 1024;
+  const QByteArrayView start = source.first(qMin(source.size(), kWithin));
+  const qsizetype found = start.indexOf('\n');
+  if (found < 0) return '\r';
+  QByteArrayView line = start.first(found);
+  while (line.endsWith('\r')) line.chop(1);
+  return line.contains("\r\r") ? '\r' : '\n';
+}
+
+namespace {
+
 // Walks the fields of a header block, each with its continuation lines. Programs forget the empty
 // line behind it, or put a blank into it; a line that is no field, with nothing but such lines up
 // to the next empty one, begins the text.
@@ -52,8 +67,7 @@ class FieldWalker {
   FieldWalker(QByteArrayView source, qsizetype start, qsizetype end)
       : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))),
         at_(qMin(start, source_.size())),
-        lineEnd_(source_.first(qMin(source_.size(), kLineEndWithin)).contains('\n') ? '\n' : '\r') {
-  }
+        lineEnd_(LineEnd(source_)) {}
 
   // The next field with its line breaks, without the last one; null at the end of the block.
   QByteArrayView Next() {
@@ -81,8 +95,6 @@ class FieldWalker {
   }
 
  private:
-  static constexpr qsizetype kLineEndWithin = 64 * 1024;
-
   qsizetype EndOfLine(qsizetype from) const {
     if (from >= source_.size()) return source_.size();
     const void* const found =

@@ -6,6 +6,10 @@
 
 namespace vorn::MimeCodec {
 
+/// What ends the lines of a message: LF, or with a few old programs a lone CR, also where the last
+/// line was completed on the way.
+char LineEnd(QByteArrayView source);
+
 /// Looks a header field up in the header block that begins at byte `start` of a source (RFC 5322
 /// section 2.2; a bare LF ends a line too). `name` is given with its colon and matched without
 /// regard to case. Returns the whole field: the name as written, the colon, and the body with its

@@ -116,7 +116,8 @@ class Sanitizer {
         "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><meta "
         "http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src data:" +
         QByteArray(images_ == RemoteImages::Kept ? " http: https:" : "") +
-        "; style-src 'unsafe-inline'\"><meta name=\"referrer\" content=\"no-referrer\"><meta "
+        "; style-src 'unsafe-inline'; form-action 'none'; base-uri 'none'\"><meta "
+        "name=\"referrer\" content=\"no-referrer\"><meta "
         "http-equiv=\"x-dns-prefetch-control\" content=\"off\"><style>" +
         styles_.toUtf8() + "</style></head><body" + bodyAttributes_ + '>' + body_ +
         "</body></html>";

@@ -56,19 +56,24 @@ QDateTime ParseMailDate(const QByteArray& text) {
   const QTime time(clock.value(0).toInt(), clock.value(1).toInt(),
                    qMin(clock.value(2, "0").toInt(), 59));
   if (clock.size() < 2 || !date.isValid() || !time.isValid()) return {};
-  return QDateTime(date, time, Qt::UTC).addSecs(-60 * ZoneMinutes(words.value(4, "+0000")));
+  return QDateTime(date, time, Qt::OffsetFromUTC, 60 * ZoneMinutes(words.value(4, "+0000")));
 }
 
-QDateTime MessageDate(QByteArrayView source) {
+QDateTime SentDate(QByteArrayView source) {
+  const QByteArrayView date = "Date:";
+  return ParseMailDate(MimeCodec::HeaderValue(MimeCodec::HeaderField(source, date), date.size()));
+}
+
+QDateTime ReceivedDate(QByteArrayView source) {
   const QByteArrayView received = "Received:";
   const QByteArray field = MimeCodec::HeaderField(source, received);
   const qsizetype semicolon = field.lastIndexOf(';');
-  if (semicolon >= 0) {
-    const QDateTime time = ParseMailDate(field.sliced(semicolon + 1));
-    if (time.isValid()) return time;
-  }
-  const QByteArrayView date = "Date:";
-  return ParseMailDate(MimeCodec::HeaderValue(MimeCodec::HeaderField(source, date), date.size()));
+  return semicolon < 0 ? QDateTime() : ParseMailDate(field.sliced(semicolon + 1));
+}
+
+QDateTime MessageDate(QByteArrayView source) {
+  const QDateTime received = ReceivedDate(source);
+  return received.isValid() ? received : SentDate(source);
 }
 
 }  // namespace vorn

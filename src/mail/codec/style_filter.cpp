@@ -46,9 +46,12 @@ const QSet<QString>& Functions() {
 }
 
 bool IsProperty(const QString& name) {
+  // A name is written as it stands, so nothing may hide behind the beginning of one.
+  const bool isName = std::all_of(name.begin(), name.end(),
+                                  [](QChar c) { return (c >= u'a' && c <= u'z') || c == u'-'; });
   return Properties().contains(name) ||
-         std::any_of(std::begin(kFamilies), std::end(kFamilies),
-                     [&name](QStringView family) { return name.startsWith(family); });
+         (isName && std::any_of(std::begin(kFamilies), std::end(kFamilies),
+                                [&name](QStringView family) { return name.startsWith(family); }));
 }
 
 bool IsSafeValue(const QString& value) {
@@ -63,6 +66,8 @@ bool IsSafeValue(const QString& value) {
   return true;
 }
 
+// A blank in the place of each: what stood on both sides of one would otherwise become a word that
+// no parser has seen.
 QString WithoutComments(const QString& text) {
   QString result;
   qsizetype at = 0;
@@ -70,6 +75,7 @@ QString WithoutComments(const QString& text) {
     const qsizetype start = text.indexOf(u"/*", at);
     if (start < 0) return result += QStringView(text).sliced(at);
     result += QStringView(text).sliced(at, start - at);
+    result += u' ';
     const qsizetype end = text.indexOf(u"*/", start + 2);
     if (end < 0) return result;
     at = end + 2;
@@ -132,8 +138,13 @@ QString SafeDeclarations(const QString& declarations) {
 
 QString SafeStyleSheet(const QString& sheet) {
   // The signs that hid a sheet from programs of long ago (CSS 2, section 4.4).
-  return Rules(WithoutComments(sheet).remove(QStringLiteral("<!--")).remove(QStringLiteral("-->")),
-               false);
+  const QString blank = QStringLiteral(" ");
+  QString safe = Rules(WithoutComments(sheet)
+                           .replace(QStringLiteral("<!--"), blank)
+                           .replace(QStringLiteral("-->"), blank),
+                       false);
+  // No rule needs the sign that could end the element which the sheet stands in.
+  return safe.contains(u'<') ? QString() : safe;
 }
 
 }  // namespace vorn

@@ -71,6 +71,15 @@ qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
   return end < 0 ? bytes.size() : end;
 }
 
+// A text's last bytes are lost where the padding that completes them is missing.
+QByteArray DecodeBase64Text(QByteArrayView bytes) {
+  const auto digits = std::count_if(bytes.begin(), bytes.end(), IsBase64Digit);
+  if (digits % 4 < 2 || bytes.contains('=')) {
+    return RunDecoder(bytes, GMIME_CONTENT_ENCODING_BASE64);
+  }
+  return RunDecoder(bytes.toByteArray().append(4 - digits % 4, '='), GMIME_CONTENT_ENCODING_BASE64);
+}
+
 // Several texts that were encoded one by one stand behind each other, each with its padding.
 QByteArray DecodeBase64(QByteArrayView bytes) {
   if (IsPlainText(bytes)) return bytes.toByteArray();
@@ -78,7 +87,7 @@ QByteArray DecodeBase64(QByteArrayView bytes) {
   QByteArray decoded;
   while (!bytes.isEmpty()) {
     const qsizetype end = PaddingEnd(bytes, 0);
-    const QByteArray text = RunDecoder(bytes.first(end), GMIME_CONTENT_ENCODING_BASE64);
+    const QByteArray text = DecodeBase64Text(bytes.first(end));
     decoded = decoded.isEmpty() ? text : decoded + text;
     bytes = bytes.sliced(end);
   }
@@ -92,31 +101,61 @@ QByteArrayView CutCharacter(QByteArrayView bytes) {
              : QByteArrayView();
 }
 
-// Where the blanks begin that stand between a "=" and the line break at `lineEnd`; there if none
-// do.
-qsizetype BlanksBefore(QByteArrayView bytes, qsizetype lineEnd) {
-  qsizetype begin = lineEnd > 0 && bytes[lineEnd - 1] == '\r' ? lineEnd - 1 : lineEnd;
-  const qsizetype end = begin;
-  while (begin > 0 && (bytes[begin - 1] == ' ' || bytes[begin - 1] == '\t')) --begin;
-  return begin > 0 && bytes[begin - 1] == '=' ? begin : end;
+// Where a soft line break ends that begins with the "=" at `at`; -1 when it is none. Blanks that
+// came to it on the way are no text (RFC 2045 section 6.7, rule 3), and line breaks may have become
+// a lone CR or CR CR LF.
+qsizetype SoftBreakEnd(QByteArrayView bytes, qsizetype at) {
+  qsizetype end = at + 1;
+  while (end < bytes.size() && (bytes[end] == ' ' || bytes[end] == '\t')) ++end;
+  const qsizetype breakStart = end;
+  while (end < bytes.size() && bytes[end] == '\r') ++end;
+  if (end < bytes.size() && bytes[end] == '\n') return end + 1;
+  return end > breakStart ? breakStart + 1 : -1;
 }
 
-// Blanks that came to a soft line break on the way are no text (RFC 2045 section 6.7, rule 3).
 QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
   const QByteArrayView rest = CutCharacter(bytes);
   bytes.chop(rest.size());
-  QByteArray tight;
+  QByteArray usual;
   qsizetype taken = 0;
-  for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', at + 1)) {
-    const qsizetype blanks = BlanksBefore(bytes, at);
-    const bool hasBlanks = blanks < at && (bytes[blanks] == ' ' || bytes[blanks] == '\t');
-    if (!hasBlanks) continue;
-    tight.append(bytes.sliced(taken, blanks - taken));
-    taken = at;
+  for (qsizetype at = bytes.indexOf('='); at >= 0; at = bytes.indexOf('=', at + 1)) {
+    const QByteArrayView after = bytes.sliced(at + 1);
+    if (after.startsWith("\r\n") || after.startsWith('\n')) continue;
+    const qsizetype end = SoftBreakEnd(bytes, at);
+    if (end < 0) continue;
+    usual.append(bytes.sliced(taken, at - taken)).append("=\n");
+    taken = end;
   }
-  if (taken > 0) tight.append(bytes.sliced(taken));
-  const QByteArrayView whole = taken > 0 ? QByteArrayView(tight) : bytes;
+  if (taken > 0) usual.append(bytes.sliced(taken));
+  const QByteArrayView whole = taken > 0 ? QByteArrayView(usual) : bytes;
   return RunDecoder(whole, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE).append(rest);
+}
+
+}  // namespace
+
+namespace {
+
+// Words with blanks between them, or a line drawn above some; damage looks otherwise.
+bool IsWords(QByteArrayView line) {
+  const QByteArrayView text = line.trimmed();
+  const auto sameAsFirst = [&](char c) { return c == text.front(); };
+  const bool isRule = text.size() > 1 && !IsBase64Digit(text.front()) &&
+                      std::all_of(text.begin(), text.end(), sameAsFirst);
+  return isRule || text.contains(' ');
+}
+
+// Where the words begin that stand at the end behind base64 without padding; the end when none do.
+qsizetype FooterStart(QByteArrayView bytes) {
+  constexpr qsizetype kLongestFooter = 2048;
+  qsizetype at = bytes.lastIndexOf('\n', qMax(qsizetype{0}, bytes.size() - kLongestFooter)) + 1;
+  while (at < bytes.size()) {
+    const qsizetype found = bytes.indexOf('\n', at);
+    const qsizetype next = found < 0 ? bytes.size() : found + 1;
+    const QByteArrayView line = bytes.sliced(at, next - at);
+    if (IsWords(line) && IsPlainText(line)) return at;
+    at = next;
+  }
+  return bytes.size();
 }
 
 }  // namespace
@@ -127,7 +166,7 @@ qsizetype Base64End(QByteArrayView bytes) {
     qsizetype length = 0;
     if (ForeignInLine(bytes.sliced(end), &length) > 0) return end;
   }
-  return bytes.size();
+  return FooterStart(bytes);
 }
 
 QByteArray DecodeTransfer(QByteArrayView bytes, TransferEncoding encoding) {

@@ -51,6 +51,33 @@ void MessageWindow::BuildMenus() {
   QMenu* edit = BuildEditMenu();
   BuildViewMenu();
   BuildToolbar(file, edit);
+  BuildReadingToolbar();
+}
+
+// What a reader does next with a message.
+void MessageWindow::BuildReadingToolbar() {
+  tbReading_ = addToolBar(Ui::tr("読む"));
+  tbReading_->setObjectName(QStringLiteral("tbReading"));
+  tbReading_->setMovable(false);
+  const auto add = [this](const QString& key, const QIcon& icon, const QString& text,
+                          const auto& command) {
+    tbReading_->addAction(icon, text, this, command)->setObjectName(key);
+  };
+  const QString all = QStringLiteral("replayall");
+  const QString forward = QStringLiteral("forward");
+  const QString dust = QStringLiteral("dust");
+  add(all, Icon(all), Ui::tr("全員に返信"), [this] { TurnInto(OpenMode::ReplyAll); });
+  add(forward, Icon(forward), Ui::tr("転送"), [this] { TurnInto(OpenMode::Forward); });
+  tbReading_->addSeparator();
+  add(QStringLiteral("before"), style()->standardIcon(QStyle::SP_ArrowBack), Ui::tr("前"),
+      [this] { ShowNeighbour(-1); });
+  add(QStringLiteral("next"), style()->standardIcon(QStyle::SP_ArrowForward), Ui::tr("次"),
+      [this] { ShowNeighbour(1); });
+  tbReading_->addSeparator();
+  add(dust, Icon(dust), Ui::tr("くずかご"), [this] {
+    ToggleDust();
+    close();
+  });
 }
 
 QMenu* MessageWindow::BuildFileMenu() {
@@ -251,13 +278,16 @@ void MessageWindow::ControlToolbarUpdate() {
   toolbarSend_[0]->setVisible(!unreadable_ && (status == kStatusEdit || status == kStatusSent));
   toolbarSend_[0]->setText(status == kStatusSent ? Ui::tr("再送") : Ui::tr("送信"));
   toolbarSend_[1]->setVisible(status == kStatusWaiting);
-  toolbarReply_->setVisible(!unreadable_ && status == kStatusReceived);
+  const bool isReading = !unreadable_ && status == kStatusReceived;
+  toolbarReply_->setVisible(isReading);
+  tbReading_->setVisible(isReading);
   toolbarClip_->setVisible(status == kStatusEdit || status == kStatusWaiting);
   toolbarClip_->setEnabled(IsEditable());
   toolbarEdit_->setVisible(status == kStatusEdit || status == kStatusWaiting);
   tbMenu_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
                                   ? Qt::ToolButtonIconOnly
                                   : Qt::ToolButtonTextBesideIcon);
+  tbReading_->setToolButtonStyle(tbMenu_->toolButtonStyle());
   CheckMenus();
 }
 

@@ -12,6 +12,7 @@
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "kit/window/tool_letter.h"
+#include "mail/date_line.h"
 #include "mail/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
@@ -27,6 +28,7 @@ namespace vorn {
 namespace {
 
 constexpr int kAddressRows = 4;
+constexpr int kReadRows = 3;
 constexpr int kClipRows = 3;
 constexpr int kReferenceRows = 3;
 
@@ -107,7 +109,6 @@ QWidget* MessageWindow::BuildMailPage() {
   AddRow(grid, 0, PlainLabel(Ui::tr("件名(&J)")), txSubject_);
 
   lvMailaddress_ = new AddressList([this] { return KnownAddresses(context_); });
-  lvMailaddress_->setFixedHeight(lvMailaddress_->fontMetrics().lineSpacing() * 2 * kAddressRows);
   tbMailaddress_ = new QToolBar;
   tbMailaddress_->setObjectName(QStringLiteral("tbMailaddress"));
   ObeyLetter(tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses))
@@ -121,18 +122,38 @@ QWidget* MessageWindow::BuildMailPage() {
   grid->addLayout(beside, 1, 0);
   grid->addWidget(lvMailaddress_, 1, 1);
 
+  lbDate_ = PlainLabel(QString());
+  lbDate_->setObjectName(QStringLiteral("lbDate"));
+  lbDate_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  lbDateName_ = PlainLabel(Ui::tr("日時"));
+  grid->addWidget(lbDateName_, 2, 0, Qt::AlignTop);
+  grid->addWidget(lbDate_, 2, 1);
+
   lvClip_ = new AttachmentList(context_);
   connect(lvClip_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
   lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
-  AddRow(grid, 2, lbClip_, lvClip_);
+  AddRow(grid, 3, lbClip_, lvClip_);
   body_ = new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
-  grid->addWidget(body_, 3, 0, 1, 2);
-  grid->setRowStretch(3, 1);
+  grid->addWidget(body_, 4, 0, 1, 2);
+  grid->setRowStretch(4, 1);
   return page;
+}
+
+// Who reads needs room for the text; more addresses than a few are scrolled to.
+void MessageWindow::FitHead(bool editable) {
+  const int line = lvMailaddress_->fontMetrics().lineSpacing();
+  int height = editable ? 2 * line * kAddressRows : 2 * lvMailaddress_->frameWidth();
+  const int shown = editable ? 0 : qMin(lvMailaddress_->rowCount(), kReadRows);
+  for (int row = 0; row < shown; ++row) height += lvMailaddress_->rowHeight(row);
+  lvMailaddress_->setFixedHeight(qMax(height, 2 * line));
+  const QString date = editable ? QString() : DateLine(source_, request_->Text(u"work_timestamp"));
+  lbDate_->setText(date);
+  lbDate_->setVisible(!date.isEmpty());
+  lbDateName_->setVisible(!date.isEmpty());
 }
 
 QWidget* MessageWindow::BuildOptionPage() {

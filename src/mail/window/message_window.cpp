@@ -1,5 +1,6 @@
 #include "mail/window/message_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -9,9 +10,11 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QToolBar>
 
+#include "kit/window/cascade.h"
 #include "kit/window/icons.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
@@ -31,6 +34,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
+#include "storage/window/control_state.h"
 
 namespace vorn {
 namespace {
@@ -114,6 +118,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);
   tbMailaddress_->setVisible(editable);
+  FitHead(editable);
   if (model_.calendarReply) {
     calendar_->ShowAnswer(*model_.calendarReply, editable);
   } else {
@@ -289,6 +294,7 @@ bool MessageWindow::StoreForClosing() {
 
 void MessageWindow::closeEvent(QCloseEvent* event) {
   if (!closed_) closed_ = StoreForClosing();
+  if (closed_ && isVisible()) KeepWindowPlacement(context_, *this, objectName());
   event->setAccepted(closed_);
 }
 
@@ -324,13 +330,34 @@ void MessageWindow::KeepDraft() {
   draftDue_ = !Drafts::Keep(context_, tag_, source);
 }
 
+// Where the last one was, or beside those that are there.
+void MessageWindow::TakePlace() {
+  if (PlacementBag(context_, objectName())->Get(u"width").isValid()) {
+    RestoreWindowPlacement(context_, *this, objectName());
+  }
+  QList<QPoint> taken;
+  for (const QWidget* other : QApplication::topLevelWidgets()) {
+    if (other != this && other->isVisible() && other->objectName() == objectName()) {
+      taken.append(other->pos());
+    }
+  }
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  const bool isPlaced = PlacementBag(context_, objectName())->Get(u"left").isValid();
+  const QRect centred(screen.center() - QPoint(width() / 2, height() / 2), size());
+  const QRect place = CascadedPlace(isPlaced ? QRect(pos(), size()) : centred, taken, screen);
+  resize(place.size());
+  move(place.topLeft());
+}
+
 void MessageWindow::ShowModeless() {
+  if (!isVisible()) TakePlace();
   show();
   Activate();
 }
 
 void MessageWindow::ShowModal() {
   setWindowModality(Qt::ApplicationModal);
+  TakePlace();
   show();
   QEventLoop loop;
   connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);

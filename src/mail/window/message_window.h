@@ -67,6 +67,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void BuildControls();
   QWidget* BuildMailPage();
   QWidget* BuildOptionPage();
+  void FitHead(bool editable);
   void ShowEventPage();
 
   // Menus and toolbar, in message_menus.cpp.
@@ -78,6 +79,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void BuildCharsetMenu(QMenu* menu);
   void BuildPriorityMenu(QMenu* menu);
   void BuildToolbar(QMenu* file, QMenu* edit);
+  void BuildReadingToolbar();
   void CheckMenus();
   void InFocusedBox(const char* slot);
 
@@ -117,6 +119,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void Fill(const OpenedMessage& opened);
   QString TextOf(const OpenedMessage& opened) const;
   void ShowCaption();
+  void TakePlace();
   bool IsEditable() const { return AbsoluteStatus() == kStatusEdit && !unreadable_; }
   /// The HTML part with the message's own pictures in it.
   QString ShownHtml() const;
@@ -161,6 +164,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   ReceiptQuestion receipt_;
 
   QToolBar* tbMenu_ = nullptr;
+  QToolBar* tbReading_ = nullptr;
   DoubtBar* doubt_ = nullptr;
   CalendarBar* calendar_ = nullptr;
   NoticeBar* signed_ = nullptr;
@@ -169,6 +173,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QLineEdit* txSubject_ = nullptr;
   AddressList* lvMailaddress_ = nullptr;
   QToolBar* tbMailaddress_ = nullptr;
+  QLabel* lbDateName_ = nullptr;
+  QLabel* lbDate_ = nullptr;
   QLabel* lbClip_ = nullptr;
   AttachmentList* lvClip_ = nullptr;
   MessageBody* body_ = nullptr;

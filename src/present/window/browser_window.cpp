@@ -192,6 +192,15 @@ bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   return true;
 }
 
+void BrowserWindow::ShowFolder(const QString& folder) {
+  DeletePageFile();
+  const auto bag = std::make_shared<Disk>(folder);
+  bag->Let(QStringLiteral("local"), true);
+  bag_->Let(kSearch, QString());  // so that emptying the box searches nothing
+  txSearch_->clear();
+  LoadDefaultProperty(bag, true);
+}
+
 // A folder opens at its oldest messages, or where the setting says so at its newest.
 void BrowserWindow::ChooseFirstPage() {
   const bool newest = Settings(context_)->Flag(u"MessagesNewest");

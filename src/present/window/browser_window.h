@@ -50,6 +50,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
 
   /// Whether the window shows a folder.
   bool IsLocal() const { return bag_->Flag(u"local"); }
+  /// Shows another folder in the place of this one, as if it had just been opened.
+  void ShowFolder(const QString& folder);
   /// Makes the folder's page anew and shows it.
   void Refresh();
   void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }

@@ -27,6 +27,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "present/folder_layout.h"
+#include "present/page_template.h"
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
@@ -118,7 +119,7 @@ LayoutWindow::~LayoutWindow() {
 }
 
 QWidget* LayoutWindow::BuildEditor() {
-  for (const ReadyLayout& ready : ReadyLayouts()) cbLayout_->addItem(ready.name);
+  for (const ReadyLayout& ready : ReadyLayouts(folder_)) cbLayout_->addItem(ready.name);
   cbLayout_->addItem(Ui::tr("このフォルダのレイアウト"));
   connect(cbLayout_, &QComboBox::activated, this, &LayoutWindow::TakeReady);
   txHtml_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -168,7 +169,7 @@ void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
   const QString name = folder == nullptr ? folder_ : folder->Text(u"Object");
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
-  const QList<ReadyLayout> ready = ReadyLayouts();
+  const QList<ReadyLayout> ready = ReadyLayouts(folder_);
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;
   int index = 0;
   while (index < ready.size() && ready[index].html != stored_) ++index;
@@ -183,7 +184,7 @@ void LayoutWindow::Fill() {
 }
 
 void LayoutWindow::TakeReady(int index) {
-  const QList<ReadyLayout> ready = ReadyLayouts();
+  const QList<ReadyLayout> ready = ReadyLayouts(folder_);
   // One's own comes back with the last choice.
   const QString now = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
   if (std::none_of(ready.begin(), ready.end(),
@@ -233,7 +234,7 @@ bool LayoutWindow::Save(QString* error) {
   const QString html = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
   DiskPtr layouts = LoadObject(context_, fixed_serial::kLayout);
   if (layouts == nullptr) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
-  if (html.isEmpty() || html == ReadyLayouts().first().html) {
+  if (html.isEmpty() || html == SharedTemplate(context_, folder_, DefaultPageTemplate())) {
     layouts->Remove(HtmlKey(folder_));
   } else {
     layouts->Let(HtmlKey(folder_), html);

@@ -43,6 +43,7 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     const bool mayRun = mayRunScripts_ && mayRunScripts_(url);
     LetScripts(mayRun && (this->url().isEmpty() || mayRunScripts_(this->url())));
     arriving_ = url;
+    isUnderWay_ = true;
     const bool isSame = type == NavigationTypeRedirect || type == NavigationTypeReload;
     if (!isSame) isFormAnswer_ = type == NavigationTypeFormSubmitted;
   }
@@ -56,9 +57,16 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
   return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
 }
 
+LinkPage::LinkPage(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage(profile, parent) {
+  connect(this, &QWebEnginePage::loadStarted, this, [this] { isUnderWay_ = false; });
+}
+
 void LinkPage::SettleScripts() {
   const bool mayRun = mayRunScripts_ && mayRunScripts_(url());
   if (mayRun == settings()->testAttribute(QWebEngineSettings::JavascriptEnabled)) return;
+  // The end of the loading before: the scripts of the next page would run with this one's.
+  const bool isStopped = mayRunScripts_ && !mayRunScripts_(arriving_);
+  if (mayRun && isStopped && (isUnderWay_ || isLoading())) return;
   LetScripts(mayRun);
   if (mayRun && url() == arriving_) LoadWithScripts();  // it came without them
 }

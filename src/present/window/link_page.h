@@ -13,7 +13,7 @@ class LinkPage : public QWebEnginePage {
   Q_OBJECT
 
  public:
-  using QWebEnginePage::QWebEnginePage;
+  explicit LinkPage(QWebEngineProfile* profile, QObject* parent = nullptr);
 
   /// On a local page only link commands act, and the one page that the window itself loads.
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
@@ -56,6 +56,7 @@ class LinkPage : public QWebEnginePage {
   std::function<QWebEnginePage*()> makeWindow_;
   std::function<bool(const QUrl&)> mayRunScripts_;
   QUrl arriving_;
+  bool isUnderWay_ = false;  // it was asked for, and its loading has not begun
   bool isFormAnswer_ = false;
   QElapsedTimer sinceWindow_;
   bool holding_ = false;

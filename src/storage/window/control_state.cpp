@@ -175,9 +175,11 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const QSize size = QSize(bag->Number(u"width", kDefaultSize.width()),
-                           bag->Number(u"height", kDefaultSize.height()))
-                         .boundedTo(screen.size());  // which may have shrunk, or be scaled
+  const qint32 share = bag->Number(u"share");
+  const QSize first = share > 0 ? screen.size() * share / 100 : kDefaultSize;
+  const QSize size =
+      QSize(bag->Number(u"width", first.width()), bag->Number(u"height", first.height()))
+          .boundedTo(screen.size());  // which may have shrunk, or be scaled
   const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
   const QRect place(QPoint(bag->Number(u"left", centred.x()), bag->Number(u"top", centred.y())),
                     size);

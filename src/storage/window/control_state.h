@@ -40,7 +40,8 @@ void DiskToForm(FormWindow& window, const Disk& object);
 bool HasControlFor(FormWindow& window, const QString& key);
 
 /// Moves a window to where it was when it was last closed; 600 by 400 pixels in the middle of the
-/// screen the first time. The place is kept in the bag "DATA_" + name.
+/// screen the first time, or the "share" of the screen, in percent. The place is kept in the bag
+/// "DATA_" + name.
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
 /// The bag "DATA_" + name of the window's place, which may hold more of its arrangement; made when
 /// it is not there, and saved with the loaded objects.

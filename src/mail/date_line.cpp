@@ -1,0 +1,30 @@
+#include "mail/date_line.h"
+
+#include "mail/codec/message_date.h"
+#include "storage/time_text.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr qint64 kDayS = 86400;
+
+QString ZoneText(int seconds) {
+  const int minutes = qAbs(seconds) / 60;
+  return QString::asprintf("%c%02d%02d", seconds < 0 ? '-' : '+', minutes / 60, minutes % 60);
+}
+
+}  // namespace
+
+QString DateLine(QByteArrayView source, const QString& stored) {
+  const QDateTime sent = SentDate(source);
+  if (!sent.isValid()) return {};
+  const QString line = sent.toString(QStringLiteral("yyyy/MM/dd H:mm")) + QStringLiteral(" (") +
+                       ZoneText(sent.offsetFromUtc()) + u')';
+  const QDateTime arrived = StoredTime(stored);
+  if (!arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return line;
+  return line + QStringLiteral("  ") +
+         Ui::tr("届いた日時 %1 と1日以上違います").arg(GeneralTimeText(stored));
+}
+
+}  // namespace vorn
