@@ -3172,5 +3172,165 @@ and erased ones are not received again.</translation>
         <source>届いた日時 %1 と1日以上違います</source>
         <translation>more than a day from when it arrived (%1)</translation>
     </message>
+    <message>
+        <source>%1通を「%2」に入れました。</source>
+        <translation>Put %1 into “%2”.</translation>
+    </message>
+    <message>
+        <source>%1通をくずかごに入れました。</source>
+        <translation>Moved %1 to the dust bin.</translation>
+    </message>
+    <message>
+        <source>%1通をくずかごから出しました。</source>
+        <translation>Took %1 out of the dust bin.</translation>
+    </message>
+    <message>
+        <source>選んだメッセージの表示(&amp;P)</source>
+        <translation>Reading &amp;Pane</translation>
+    </message>
+    <message>
+        <source>しない(&amp;N)</source>
+        <translation>&amp;None</translation>
+    </message>
+    <message>
+        <source>一覧の下(&amp;B)</source>
+        <translation>&amp;Below the List</translation>
+    </message>
+    <message>
+        <source>一覧の右(&amp;R)</source>
+        <translation>To the &amp;Right of the List</translation>
+    </message>
+    <message>
+        <source>設定を保存できません。</source>
+        <translation>The settings cannot be saved. </translation>
+    </message>
+    <message>
+        <source>元に戻す</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Caps Lock がオンになっています。</source>
+        <translation>Caps Lock is on.</translation>
+    </message>
+    <message>
+        <source>ブラウザーを起動できません。アドレスをコピーして使ってください。
+
+</source>
+        <translation>No browser can be started. Please copy the address.
+
+</translation>
+    </message>
+    <message>
+        <source> 他%1件</source>
+        <translation> and %1 more</translation>
+    </message>
+    <message>
+        <source>メッセージを選ぶと、ここに表示します。</source>
+        <translation>The message that you choose is shown here.</translation>
+    </message>
+    <message>
+        <source>ウィンドウで開く</source>
+        <translation>Open in a Window</translation>
+    </message>
+    <message>
+        <source>差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。</source>
+        <translation>The sender asks for a receipt. Open the message in a window to choose whether one is sent.</translation>
+    </message>
+    <message>
+        <source>日時：</source>
+        <translation>Date: </translation>
+    </message>
+    <message>
+        <source>%d、%n さんは書きました：</source>
+        <translation>On %d, %n wrote:</translation>
+    </message>
+    <message>
+        <source>新しいメッセージと返信の本文に入ります。空なら入れません。</source>
+        <translation>Stands in the text of new messages and replies. None when empty.</translation>
+    </message>
+    <message>
+        <source>署名(&amp;B)</source>
+        <translation>Signature(&amp;B)</translation>
+    </message>
+    <message>
+        <source>設定を探す</source>
+        <translation>Find a setting</translation>
+    </message>
+    <message>
+        <source>設定を探す（Ctrl+F）</source>
+        <translation>Find a setting (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>いまのパスワード(&amp;T)</source>
+        <translation>Presen&amp;t password</translation>
+    </message>
+    <message>
+        <source>ありません</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>いまのパスワードが違います。</source>
+        <translation>The present password is not correct.</translation>
+    </message>
+    <message>
+        <source>選んだメッセージの表示(&amp;R)</source>
+        <translation>&amp;Reading pane</translation>
+    </message>
+    <message>
+        <source>しない</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>一覧の下</source>
+        <translation>Below the list</translation>
+    </message>
+    <message>
+        <source>一覧の右</source>
+        <translation>To the right of the list</translation>
+    </message>
+    <message>
+        <source>HTMLだけのメッセージはHTMLで開く(&amp;G)</source>
+        <translation>Open messages that are HTML only as HTML(&amp;G)</translation>
+    </message>
+    <message>
+        <source>引用の前の行(&amp;D)</source>
+        <translation>Line above the quotation(&amp;D)</translation>
+    </message>
+    <message>
+        <source>%dは日時、%nは書いた人の名前、%aはアドレスになります。空なら入れません。</source>
+        <translation>%d becomes the date, %n the writer’s name and %a the address. No line when empty.</translation>
+    </message>
+    <message>
+        <source>署名を引用の上に入れる(&amp;G)</source>
+        <translation>Put the si&amp;gnature above the quotation</translation>
+    </message>
+    <message>
+        <source>スター ★、返信済み ↩、転送済み →の印</source>
+        <translation>Marks: star ★, answered ↩, forwarded →</translation>
+    </message>
+    <message>
+        <source>未開封に戻す(&amp;N)</source>
+        <translation>Mark as U&amp;nopened</translation>
+    </message>
+    <message>
+        <source>開封済みにする(&amp;E)</source>
+        <translation>Mark as Op&amp;ened</translation>
+    </message>
+    <message>
+        <source>スターを付ける、外す(&amp;S)</source>
+        <translation>Add or Remove a &amp;Star</translation>
+    </message>
+    <message>
+        <source>ほかのボタン</source>
+        <translation>More Buttons</translation>
+    </message>
+    <message>
+        <source>パスワードを表示</source>
+        <translation>Show the password</translation>
+    </message>
+    <message>
+        <source>条件</source>
+        <translation>Conditions</translation>
+    </message>
 </context>
 </TS>

@@ -1,5 +1,6 @@
 #include "mail/mail_store.h"
 
+#include "mail/codec/flag_string.h"
 #include "mail/codec/message_index.h"
 #include "mail/message_identity.h"
 #include "objects/settings.h"
@@ -17,6 +18,14 @@ QString Where(const Disk& request) {
 
 QString SelectRow(const Disk& request) {
   return QStringLiteral("SELECT * FROM mail") + Where(request);
+}
+
+// What the user did with the message meanwhile, in another window, stays in the row.
+QString FlagsValue(const Disk& request) {
+  const QString flags = request.Text(u"flag");
+  if (flags.size() < kFlagAttachment) return QuoteSql(flags);
+  return QuoteSql(flags.left(kFlagAttachment)) +
+         QStringLiteral(" & SUBSTR(FIELD_FLAG, %1)").arg(kFlagAttachment + 1);
 }
 
 }  // namespace
@@ -190,8 +199,8 @@ bool MailStore::WriteState(int mask, const Disk& request) {
     return false;
   }
   if ((mask == 0 || (mask & kStateFlag) != 0) &&
-      !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
-                    QuoteSql(request.Text(u"flag")) + Where(request))) {
+      !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") + FlagsValue(request) +
+                    Where(request))) {
     return false;
   }
   return (mask != 0 && (mask & kStateFolders) == 0) || WriteFolders(request);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
@@ -48,6 +49,16 @@ bool RunAll(Context& context, const QStringList& statements, const QStringList& 
   return done;
 }
 
+// A stored string may be shorter than where the mark stands.
+QString WithMark(FlagPosition mark, const QString& value) {
+  return QStringLiteral(
+             "UPDATE mail SET FIELD_FLAG = SUBSTR(FIELD_FLAG & '0000000', 1, %1) & %2 & "
+             "SUBSTR(FIELD_FLAG, %3) WHERE")
+      .arg(mark - 1)
+      .arg(value)
+      .arg(mark + 1);
+}
+
 }  // namespace
 
 QString NoFolderWords() {
@@ -77,6 +88,35 @@ bool FileMessages(Context& context, const QStringList& messages, const QString& 
                       QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages));
   }
   return RunAll(context, statements);
+}
+
+std::optional<QStringList> Members(Context& context, const QStringList& messages,
+                                   const QString& folder) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened ||
+      !context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
+                                      QuoteSql(folder) + QStringLiteral(" AND") + Among(messages),
+                                  CursorKind::ForwardOnly)) {
+    return std::nullopt;
+  }
+  QStringList members;
+  const RecordsetPtr rows = context.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) members.append(rows->Fields(u"SERIALID").toString());
+  if (rows->Failed()) return std::nullopt;
+  return members;
+}
+
+bool SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {
+  const QString value = isSet ? QStringLiteral("'1'") : QStringLiteral("'0'");
+  const QString received =
+      mark == kFlagNew ? QStringLiteral(" AND ABS(STATUS) = %1").arg(kStatusReceived) : QString();
+  return RunAll(context, {WithMark(mark, value) + Among(messages) + received});
+}
+
+bool ToggleStar(Context& context, const QStringList& messages) {
+  const QString other = QStringLiteral("(1 - SUBSTR(FIELD_FLAG & '0000000', %1, 1))")
+                            .arg(static_cast<int>(kFlagStar));
+  return RunAll(context, {WithMark(kFlagStar, other) + Among(messages)});
 }
 
 bool DeleteMessages(Context& context, const QStringList& messages, QStringList* underWay) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QStringList>
+#include <optional>
 
+#include "mail/codec/flag_string.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -20,6 +22,14 @@ bool SetDust(Context& context, const QStringList& messages, bool dust,
 /// either may be empty.
 bool FileMessages(Context& context, const QStringList& messages, const QString& into,
                   const QString& from = {});
+/// Those of the messages that are in a hand-filled folder; nothing when that cannot be read.
+std::optional<QStringList> Members(Context& context, const QStringList& messages,
+                                   const QString& folder);
+/// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
+/// What was not received is never unopened.
+bool SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
+/// Stars the messages that have no star, and takes it from the others.
+bool ToggleStar(Context& context, const QStringList& messages);
 /// Deletes messages, and what is filed of them, for good.
 bool DeleteMessages(Context& context, const QStringList& messages, QStringList* underWay = nullptr);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot

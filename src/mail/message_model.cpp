@@ -5,6 +5,7 @@
 
 #include "mail/attachment_files.h"
 #include "mail/codec/attachments.h"
+#include "mail/codec/message_date.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
@@ -225,7 +226,7 @@ void RemoveComposedEnd(const StoredMessage& message, QString& text) {
 }
 
 QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
-               const EditSettings& settings) {
+               const EditSettings& settings, bool& isOfHtml) {
   if (mode == OpenMode::Receipt) {
     return Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") + subject +
            Ui::tr("\r\n日時： ") + message.timestamp;
@@ -236,7 +237,9 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   request.withReports = !message.isWritten && mode != OpenMode::Resend;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
-  QString text = GetMessageText(message.source, message.contentIndex, request).text;
+  const MessageText read = GetMessageText(message.source, message.contentIndex, request);
+  isOfHtml = read.isOfHtml;
+  QString text = read.text;
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
   if (quotes && settings.usualReplies && !text.isEmpty()) text.prepend(settings.memoIndent);
@@ -326,6 +329,8 @@ EditSettings EditSettings::From(const Disk& settings) {
   edit.usualReplies = settings.Flag(u"UsualReplies");
   edit.mimeEncode = settings.Number(u"MimeEncode");
   edit.mimeText = settings.Flag(u"MimeText");
+  edit.replyLine = settings.Text(u"ReplyLine");
+  if (settings.Flag(u"SignatureAbove")) edit.signaturePlace = SignaturePlace::AboveQuote;
   return edit;
 }
 
@@ -341,6 +346,35 @@ EditSettings EditSettings::Defaults() {
   return edit;
 }
 
+namespace {
+
+AddressEntry FirstFrom(const QList<AddressEntry>& addresses) {
+  const auto found = std::find_if(addresses.begin(), addresses.end(), [](const auto& entry) {
+    return entry.kind.compare(u"FROM", Qt::CaseInsensitive) == 0;
+  });
+  return found == addresses.end() ? AddressEntry() : *found;
+}
+
+// The line above the quotation and the sender's signature.
+void TakeForm(const StoredMessage& message, OpenMode mode, const EditSettings& settings,
+              const Sender& sender, MessageModel& model) {
+  QString line;
+  if (IsReply(mode) && settings.editMode && !model.text.isEmpty()) {
+    QList<AddressEntry> written;
+    for (const QString& text : message.addressLines.split(QStringLiteral("\r\n"))) {
+      written.append(ParseAddressEntry(text));
+    }
+    const QDateTime sent = SentDate(message.source);
+    line = AttributionLine(settings.replyLine, FirstFrom(written),
+                           sent.isValid() ? sent.toString(QStringLiteral("yyyy/MM/dd H:mm"))
+                                          : message.timestamp.section(u':', 0, 1));
+  }
+  model.signature = sender.SignatureOf(FirstFrom(model.addresses).address);
+  model.text = FormText(line, model.text, model.signature, settings.signaturePlace);
+}
+
+}  // namespace
+
 MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
                         const EditSettings& settings, const Sender& sender,
                         const QString& programLine) {
@@ -354,7 +388,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   FillReferences(message, mode, settings, model);
   model.subject = SubjectIn(mode, subject, CountIdentifiers(model.references), settings);
   model.addresses = Recipients(message, mode, settings, sender);
-  model.text = TextIn(message, mode, subject, settings);
+  model.text = TextIn(message, mode, subject, settings, model.isTextOfHtml);
   if (!isNew) model.headerRows = ExtensionHeaders(message.source, code);
   const bool carriesAttachments =
       mode == OpenMode::Show || mode == OpenMode::Resend || IsForward(mode);
@@ -379,6 +413,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
       model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
     }
   }
+  if (IsReply(mode) || mode == OpenMode::Forward) TakeForm(message, mode, settings, sender, model);
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) {
     TakeReport(message, model);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -9,6 +10,7 @@
 
 #include "mail/codec/address.h"
 #include "mail/codec/content_index.h"
+#include "mail/reply_form.h"
 #include "storage/disk.h"
 
 namespace vorn {
@@ -50,7 +52,9 @@ struct MessageModel {
   QString references;             ///< identifiers separated by blanks
   QString inReplyTo;
   QString text;
-  QStringList headerRows;  ///< extension headers such as "X-Priority: 3"
+  bool isTextOfHtml = false;  ///< the text is that of the HTML part, for want of another
+  QString signature;          ///< of the sender of a new message, as it stands in the text
+  QStringList headerRows;     ///< extension headers such as "X-Priority: 3"
   std::vector<ModelAttachment> attachments;
   /// Of a read receipt: the identifier of the message that was read and whose address got it.
   std::optional<ReceiptReport> report;
@@ -69,6 +73,8 @@ struct EditSettings {
   /// Replies as people are used to: to all means to the other recipients too, the first quoted line
   /// is marked, and only the usual words are taken for reply marks.
   bool usualReplies = false;
+  QString replyLine;  ///< above what a reply quotes; see `AttributionLine`
+  SignaturePlace signaturePlace = SignaturePlace::UnderQuote;
   int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
   bool mimeText = false;
 
@@ -82,7 +88,9 @@ struct Sender {
   QString address;
   QString display;
   QStringList own;
+  QHash<QString, QString> signatures;  ///< by the account's address, in small letters
 
+  QString SignatureOf(const QString& from) const { return signatures.value(from.toLower()); }
   bool IsOwn(const QString& other) const { return own.contains(other, Qt::CaseInsensitive); }
 };
 

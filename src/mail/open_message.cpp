@@ -48,13 +48,8 @@ Reading ReadFolders(DataSession& data, Disk& request) {
   return folders ? Reading::Done : Reading::Failed;
 }
 
-// Whether this was the first opening.
-bool MarkOpened(Context& context, Disk& request) {
-  const QString flags = request.Text(u"flag");
-  if (GetFlagChar(flags, kFlagNew, QStringLiteral("0")) == u"0") return false;
-  request.Let(QStringLiteral("flag"), SetFlagChar(flags, kFlagNew, QStringLiteral("0")));
-  MailStore(context).UpdateMessageState(kStateFlag, request, false);
-  return true;
+bool IsUnopened(const Disk& request) {
+  return GetFlagChar(request.Text(u"flag"), kFlagNew, QStringLiteral("0")) != u"0";
 }
 
 Sender DefaultSender(Context& context) {
@@ -69,7 +64,11 @@ Sender DefaultSender(Context& context) {
   if (first->IsEmpty()) return sender;
   sender.address = first->First()->Text(u"Mailaddress");
   sender.display = first->First()->Text(u"Display");
-  for (const DiskPtr& account : *enabled) sender.own.append(account->Text(u"Mailaddress"));
+  for (const DiskPtr& account : *enabled) {
+    const QString address = account->Text(u"Mailaddress");
+    sender.own.append(address);
+    sender.signatures.insert(address.toLower(), account->Text(u"Signature"));
+  }
   return sender;
 }
 
@@ -86,10 +85,8 @@ void BecomeNew(Context& context, Disk& request) {
   request.LetSerialID(NewMessageSerialID(context));
 }
 
-}  // namespace
-
-OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
-                          const ReadingCode& code, const QByteArray& shown) {
+OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStoredCharset = true,
+                   const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
   const EditSettings settings = EditSettings::From(*Settings(context));
   if (!request.Get(u"process").isValid()) {
@@ -106,7 +103,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
     if (reading == Reading::Done) reading = ReadFolders(context.Data, request);
     opened.found = reading == Reading::Done;
     if (opened.found) {
-      opened.first = MarkOpened(context, request);
+      opened.first = IsUnopened(request);
+      if (opened.first && marks) MarkOpened(context, request);
       request.Let(QStringLiteral("notice"),
                   opened.first && AsksForReceipt(request.Text(u"mailaddress")));
     }
@@ -126,10 +124,14 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
   message.isWritten = qAbs(request.Number(u"process")) < kStatusReceived;
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
-  opened.model =
-      OpenSource(message, mode, request.Flag(u"new"), settings, DefaultSender(context), program);
+  const Sender sender = DefaultSender(context);
+  opened.model = OpenSource(message, mode, request.Flag(u"new"), settings, sender, program);
   if (mode == OpenMode::Show && request.Flag(u"new") && !opened.found) {
-    ApplyMailto(request.Text(u"mailto"), opened.model);
+    MessageModel& model = opened.model;
+    ApplyMailto(request.Text(u"mailto"), model);
+    model.signature = sender.SignatureOf(sender.address);
+    const QString begun = model.text;
+    model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   if (mode == OpenMode::Show && !message.isWritten) {
@@ -147,6 +149,34 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
   }
   if (mode != OpenMode::Show) BecomeNew(context, request);
   return opened;
+}
+
+}  // namespace
+
+OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset,
+                          const ReadingCode& code, const QByteArray& shown) {
+  return Open(context, request, true, applyStoredCharset, code, shown);
+}
+
+OpenedMessage LookAtMessage(Context& context, Disk& request) {
+  return Open(context, request, false);
+}
+
+bool MarkOpened(Context& context, Disk& request) {
+  if (!IsUnopened(request)) return false;
+  const OpenedDatabase mail(context, DatabaseKind::MailByPath,
+                            request.Text(u"file", MailDatabasePath(context)));
+  const QString opened = SetFlagChar(request.Text(u"flag"), kFlagNew, QStringLiteral("0"));
+  request.Let(QStringLiteral("flag"), opened);
+  return mail && MailStore(context).UpdateMessageState(kStateFlag, request, false);
+}
+
+bool IsHtmlFirst(Context& context, const MessageModel& model) {
+  return model.isTextOfHtml && Settings(context)->Flag(u"HtmlFirst");
+}
+
+QString SignatureOf(Context& context, const QString& address) {
+  return DefaultSender(context).SignatureOf(address);
 }
 
 QString OwnAddress(Context& context, const QStringList& addresses) {

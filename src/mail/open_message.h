@@ -39,6 +39,20 @@ struct OpenedMessage {
 OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredCharset = true,
                           const ReadingCode& code = {}, const QByteArray& shown = {});
 
+/// The same for somebody who looks at a message without opening it: it keeps its mark.
+OpenedMessage LookAtMessage(Context& context, Disk& request);
+
+/// Marks the message that a request was read for as opened; false when it was so already or that
+/// cannot be stored.
+bool MarkOpened(Context& context, Disk& request);
+
+/// Whether a message's HTML part comes to the front when it is read: where there is no other text,
+/// and the setting "HtmlFirst" says so.
+bool IsHtmlFirst(Context& context, const MessageModel& model);
+
+/// The signature of the account with that address.
+QString SignatureOf(Context& context, const QString& address);
+
 /// The first of these addresses that is one of the user's accounts; empty when none is.
 QString OwnAddress(Context& context, const QStringList& addresses);
 

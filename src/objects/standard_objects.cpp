@@ -7,6 +7,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/version_serial.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -115,6 +116,8 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("WebOutside"), true},
                      {QStringLiteral("ScriptsAsked"), true},
                      {QStringLiteral("ReceivedTime"), true},
+                     {QStringLiteral("HtmlFirst"), true},
+                     {QStringLiteral("ReadingPane"), 1},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},
@@ -123,6 +126,8 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("SubjectReplay"), QStringLiteral("Re")},
                      {QStringLiteral("SubjectForward"), QStringLiteral("Fw")},
                      {QStringLiteral("MemoIndent"), QStringLiteral("> ")},
+                     {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
+                     {QStringLiteral("SignatureAbove"), true},
                      {QStringLiteral("ToolbarIcon"), false},
                      {install, context.VersionText}});
   return SaveNew(context, settings) && CreateLook(context);

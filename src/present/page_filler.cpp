@@ -219,7 +219,7 @@ void PageFiller::HandleMailAddress() {
 }
 
 void PageFiller::HandleFlag() {
-  enum Child { kNew = 0, kClip, kPriority };
+  enum Child { kNew = 0, kClip, kPriority, kState };
   const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
   const auto isSet = [&flags](int position, QStringView value) {
     return GetFlagChar(flags, position, QString()) == value;
@@ -232,9 +232,17 @@ void PageFiller::HandleFlag() {
       case kClip:
         if (isSet(kFlagAttachment, u"1")) WriteText(QStringLiteral("＠"));
         break;
-      default:
+      case kPriority:
         if (isSet(kFlagPriority, u"1")) WriteText(QStringLiteral("↑"));
         if (isSet(kFlagPriority, u"3")) WriteText(QStringLiteral("↓"));
+        break;
+      case kState:
+        if (isSet(kFlagStar, u"1")) WriteText(QStringLiteral("★"));
+        if (isSet(kFlagAnswered, u"1")) WriteText(QStringLiteral("↩"));
+        if (isSet(kFlagForwarded, u"1")) WriteText(QStringLiteral("→"));
+        break;
+      default:
+        break;
     }
   }
 }

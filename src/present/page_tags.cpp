@@ -52,7 +52,8 @@ PageTagTable CreatePageTagTable() {
       // Blind copies are stored under the kind "BC".
       section(u"<+MAILADDRESS>", {child(u"<FROM>", u"FROM"), child(u"<TO>", u"TO"),
                                   child(u"<CC>", u"CC"), child(u"<BCC>", u"BC")}),
-      section(u"<+FLAG>", {child(u"<NEW>", u""), child(u"<CLIP>", u""), child(u"<PRIORITY>", u"")}),
+      section(u"<+FLAG>", {child(u"<NEW>", u""), child(u"<CLIP>", u""), child(u"<PRIORITY>", u""),
+                           child(u"<STATE>", u"")}),
       section(u"<+SIZE>"), section(u"<+TEXT>"),
       section(u"<+FOLDER>", {child(u"<NAME>", u"NAME"), child(u"<TOOLTIPTEXT>", u"TOOLTIPTEXT")}),
       section(u"<+MAIL>")};

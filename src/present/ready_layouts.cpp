@@ -36,7 +36,7 @@ a { color: var(--text); text-decoration: none; }
 a:hover { color: var(--link); text-decoration: underline; }
 .m○ .subject a, .m○ .from { font-weight: bold; }
 .m○ .marks { color: var(--mark); }
-.marks { width: 4.5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
+.marks { width: 5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
 .do { width: 6.5em; }
 td.date, td.do, td.do a { color: var(--soft); }
 td.do a:hover { color: var(--link); }
@@ -54,7 +54,7 @@ td.do a:hover { color: var(--link); }
 <th class="do"></th></tr>
 <tr class="none"><td colspan="5">{none}</td></tr>
 <+MAIL>
-<tr class="row m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY></td>
+<tr class="row m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY><STATE></td>
 <td class="from"><+MAILADDRESS><{tag}></td>
 <td class="subject"><+DIALOG><+SUBJECT><+DIALOG></td>
 <td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>
@@ -104,7 +104,7 @@ article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 <p class="none">{none}</p>
 <+MAIL>
 <article class="m<+FLAG><NEW>">
-<header><span><+MAILADDRESS><{tag}></span><span><+FLAG><CLIP><PRIORITY> <+TIMESTAMP></span></header>
+<header><span><+MAILADDRESS><{tag}></span><span><+FLAG><CLIP><PRIORITY><STATE> <+TIMESTAMP></span></header>
 <h2><+DIALOG><+SUBJECT><+DIALOG></h2>
 <p><+TEXT></p>
 <footer><+DIALOG><REPLAY>{reply}<+DIALOG><+DIALOG><REPLAYALL>{replyall}<+DIALOG><+DIALOG><FORWARD>{forward}<+DIALOG></footer>
@@ -158,6 +158,7 @@ QList<LayoutTag> LayoutTags() {
       {QStringLiteral("<+FLAG><NEW>"), Ui::tr("未開封の印 ○")},
       {QStringLiteral("<+FLAG><CLIP>"), Ui::tr("添付ファイルの印 ＠")},
       {QStringLiteral("<+FLAG><PRIORITY>"), Ui::tr("優先度の印 ↑ ↓")},
+      {QStringLiteral("<+FLAG><STATE>"), Ui::tr("スター ★、返信済み ↩、転送済み →の印")},
       {QStringLiteral("<+SIZE>"), Ui::tr("大きさ（キロバイト）")},
       {QStringLiteral("<+TEXT>"), Ui::tr("本文の始め")},
       {Ui::tr("<+DIALOG>開く<+DIALOG>"), Ui::tr("メッセージを開くリンク")},

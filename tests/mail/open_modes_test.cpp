@@ -8,6 +8,7 @@
 #include "mail/message_model.h"
 #include "mail/open_message.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -84,7 +85,7 @@ TEST_F(OpenModes, AddressesFollowTheTable) {
   EXPECT_EQ(Kinds(Open(ForwardKeepFrom, headers)),
             QStringLiteral("FROM=f@x TO=t@x CC=c@x CC=b@x NO=n@x"));
   EXPECT_EQ(Kinds(Open(Reply, headers + "Replay-To: r@x\r\n")), QStringLiteral("TO=r@x"));
-  sender_ = {QStringLiteral("me@x"), QStringLiteral("Me"), {}};
+  sender_ = {QStringLiteral("me@x"), QStringLiteral("Me"), {}, {}};
   EXPECT_EQ(Kinds(Open(Reply, headers)), QStringLiteral("TO=f@x FROM=me@x"));
   EXPECT_EQ(Kinds(Open(Resend, headers)), QStringLiteral("FROM=f@x TO=t@x CC=c@x BC=b@x NO=n@x"));
 }
@@ -129,7 +130,7 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
 TEST_F(OpenModes, RepliesAsPeopleAreUsedToThem) {
   using enum OpenMode;
   LetUsual(true);
-  sender_ = {QStringLiteral("me@x"), {}, {QStringLiteral("me@x"), QStringLiteral("Also@Me.x")}};
+  sender_ = {QStringLiteral("me@x"), {}, {QStringLiteral("me@x"), QStringLiteral("Also@Me.x")}, {}};
   const QByteArray headers =
       "From: Boss <Boss@X.jp>\r\nTo: me@x, other@x, OTHER@x\r\n"
       "Cc: team: a@x, boss@x.jp;, also@me.x\r\nBcc: b@x\r\n";
@@ -252,6 +253,7 @@ TEST_F(OpenModes, ADraftKeepsTheCodeThatWasChosen) {
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   TestProfile profile;
+  Settings(profile.Get())->Let(QStringLiteral("ReplyLine"), QString());
   const QString serialId =
       profile.Store("From: f@x\r\nDisposition-Notification-To: f@x\r\nSubject: s\r\n\r\nbody\r\n");
   Disk show(serialId);
@@ -267,6 +269,32 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
+}
+
+// Who writes begins on an empty line above; the form of the message is his own.
+TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
+  const QByteArray headers =
+      "From: =?utf-8?B?5L2Q6Jek?= <f@x>\r\nTo: own@x\r\nDate: Tue, 24 Nov 2026 9:05:00 +0900\r\n";
+  settings_.usualReplies = true;
+  settings_.replyLine = QStringLiteral("%d、%n <%a> 100%:");
+  sender_ = {QStringLiteral("own@x"), {}, {QStringLiteral("own@x")}, {}};
+  const QString line = QStringLiteral("2026/11/24 9:05、佐藤 <f@x> 100%:\r\n");
+  const QString quote = QStringLiteral("> one\r\n> two");
+  EXPECT_EQ(Open(OpenMode::Reply, headers).text, QStringLiteral("\r\n\r\n") + line + quote);
+  EXPECT_EQ(Open(OpenMode::Forward, headers).text, quote);
+
+  sender_.signatures.insert(QStringLiteral("own@x"), QStringLiteral("山田\n"));
+  const QString signature = QStringLiteral("-- \r\n山田");
+  EXPECT_EQ(Open(OpenMode::ReplyAll, headers).text,
+            QStringLiteral("\r\n\r\n") + line + quote + QStringLiteral("\r\n\r\n") + signature);
+  settings_.signaturePlace = SignaturePlace::AboveQuote;
+  EXPECT_EQ(Open(OpenMode::Reply, headers).text,
+            QStringLiteral("\r\n\r\n") + signature + QStringLiteral("\r\n\r\n") + line + quote);
+  EXPECT_EQ(Open(OpenMode::Show, headers).text, QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Open(OpenMode::Resend, headers).text, QStringLiteral("one\r\ntwo"));
+  // One with a rule of its own needs no other.
+  EXPECT_EQ(SignatureBlock(QStringLiteral("----\r\n山田")), QStringLiteral("----\r\n山田"));
+  EXPECT_EQ(SignatureBlock(QStringLiteral(" \r\n")), QString());
 }
 
 }  // namespace

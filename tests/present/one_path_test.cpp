@@ -208,6 +208,7 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
   const DiskPtr settings = Settings(TheContext());
   settings->Let(QStringLiteral("EditMode"), true);
   settings->Let(QStringLiteral("MemoIndent"), QStringLiteral("> "));
+  settings->Let(QStringLiteral("ReplyLine"), QString());
   const QStringList types = EditSettings::From(*settings).textTypes;
   Generator generator;
   int failures = 0;

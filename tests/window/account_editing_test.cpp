@@ -47,7 +47,7 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
                            "InMailServerSecurity InMailServerUser Mailaddress Object OutMailServer "
                            "OutMailServerAuth OutMailServerCertificates OutMailServerPassword "
                            "OutMailServerPort OutMailServerProtocol OutMailServerSecurity "
-                           "OutMailServerUser Parent System ToolTipText"));
+                           "OutMailServerUser Parent Signature System ToolTipText"));
   EXPECT_EQ(account->Get(u"InMailServerPort"), QVariant(QStringLiteral("110")));
   EXPECT_EQ(account->Text(u"Mailaddress"), QStringLiteral("a@example.org"));
   EXPECT_EQ(account->Text(u"InMailServer"), QStringLiteral("pop.example.org"));

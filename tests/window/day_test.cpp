@@ -19,6 +19,7 @@
 #include "frame/window/console_tree.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_window.h"
+#include "mail/window/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/condition_editor.h"
 #include "objects/window/objects_window.h"
@@ -155,7 +156,11 @@ void DayTest::SetUpAccount() {
 
 void DayTest::ReadAndAnswer() {
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("m001")); }));
+  // A click reads at the side, and a key opens.
   ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
+  const auto* pane = Browser()->findChild<ReadingPane*>();
+  ASSERT_TRUE(WaitFor([pane] { return pane != nullptr && !pane->Shown().isEmpty(); }));
+  QTest::keyClick(View()->focusProxy(), Qt::Key_Return);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow& answer = *TopLevel<MessageWindow>();
   EXPECT_TRUE(Child<QPlainTextEdit>(answer, u"txMemo")

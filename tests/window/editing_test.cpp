@@ -150,6 +150,21 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
   EXPECT_FALSE(QFile::exists(path));
   profile_.Restart(QStringLiteral("new"));
+  // From now on only who knows it changes it, or takes it away.
+  ObjectsWindow& again = Open(object_type::kProfile, context().Session->SerialID());
+  Child<QLineEdit>(again, u"txPassword").setText(QStringLiteral("newer"));
+  Child<QLineEdit>(again, u"txPasswordAgain").setText(QStringLiteral("newer"));
+  for (const char16_t* now : {u"", u"wrong"}) {
+    Child<QLineEdit>(again, u"txPasswordNow").setText(QString::fromUtf16(now));
+    PressOk();
+    EXPECT_EQ(Error(), QStringLiteral("いまのパスワードが違います。"));
+    EXPECT_TRUE(again.isVisible());
+  }
+  EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
+  Child<QLineEdit>(again, u"txPasswordNow").setText(QStringLiteral("new"));
+  PressOk();
+  EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("newer"));
+  profile_.Restart(QStringLiteral("newer"));
 }
 
 // A file that was taken from the list and kept has the password that the profile had then.
@@ -227,8 +242,30 @@ TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   EXPECT_FALSE(none.isChecked());
   EXPECT_TRUE(answer(QMessageBox::Yes));
   PressOk();
+  EXPECT_EQ(Error(), QStringLiteral("いまのパスワードが違います。"));
+  Child<QLineEdit>(window, u"txPasswordNow").setText(QStringLiteral("secret"));
+  PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
   profile_.Restart();
+}
+
+TEST_F(EditingTest, SettingsAreFoundByTheirWords) {
+  SettingsWindow window(context());
+  auto& find = Child<QLineEdit>(window, u"txFindSetting");
+  auto& tabs = Child<QTabWidget>(window, u"tsPage");
+  window.show();
+  Type(find, QStringLiteral("間隔"));
+  EXPECT_EQ(tabs.currentIndex(), 1);
+  Type(find, QStringLiteral("引用"));
+  EXPECT_EQ(tabs.currentIndex(), 2);
+  QTest::keyClick(&find, Qt::Key_Return);
+  EXPECT_EQ(window.focusWidget(), &Child<QLineEdit>(window, u"txMemoIndent"));
+  EXPECT_TRUE(window.isVisible());
+  Type(find, QStringLiteral("nowhere"));
+  EXPECT_EQ(tabs.currentIndex(), 2);
+  QTest::keyClick(&find, Qt::Key_Escape);
+  EXPECT_TRUE(find.text().isEmpty());
+  EXPECT_TRUE(window.isVisible());
 }
 
 // Of two entries with one letter the key chooses neither.

@@ -73,7 +73,7 @@ class FolderPageTest : public ProgramTest {
                                                     "\r\nbody\r\n")
                          .isEmpty());
       }
-      EXPECT_TRUE(ShareLayout(profile.Get(), QString(), OwnLayouts::Kept));
+      TakePlainLook(profile.Get());
       profile.Get().Data.CloseAll();
       CopyFolder(profile.Folder(), Folder());
     }

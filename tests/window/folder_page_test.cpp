@@ -507,9 +507,9 @@ TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                           end.movePosition(QTextCursor::End);
                           html.setTextCursor(end);
                           tags.setFocus();
-                          tags.setCurrentCell(14, 0);  // the link that opens
+                          tags.setCurrentCell(15, 0);  // the link that opens
                           QTest::keyClick(&tags, Qt::Key_Return);
-                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(14, 1)->text()))
+                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(15, 1)->text()))
                               << html.toPlainText().toStdString();
                           EXPECT_TRUE(window.isVisible()) << "Enter does not press OK as well";
                           test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));

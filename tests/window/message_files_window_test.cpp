@@ -1,11 +1,13 @@
 // What enters and leaves a message window as files, pages and pictures.
 
 #include <QAction>
+#include <QBuffer>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QImage>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPrintDialog>
@@ -13,6 +15,7 @@
 #include <QPushButton>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/window/attachment_list.h"
@@ -279,8 +282,20 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   ASSERT_TRUE(WaitFor([&remote] { return remote.hasPendingConnections(); }));
   QByteArray asked;
   QTcpSocket* socket = remote.nextPendingConnection();
-  ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n"); }));
+  ASSERT_TRUE(WaitFor([&] { return (asked += socket->readAll()).contains("\r\n\r\n"); }));
   EXPECT_TRUE(asked.startsWith("GET /pixel.png")) << asked.toStdString();
+  QBuffer png;
+  QImage(7, 5, QImage::Format_RGB32).save(&png, "PNG");
+  socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n" +
+                png.data());
+  socket->disconnectFromHost();
+  int width = 0;
+  ASSERT_TRUE(WaitFor([&] {
+    view->View()->page()->runJavaScript(QStringLiteral("document.images[0].naturalWidth"),
+                                        QWebEngineScript::ApplicationWorld,
+                                        [&width](const QVariant& shown) { width = shown.toInt(); });
+    return width == 7;
+  }));
   EXPECT_FALSE(remote.hasPendingConnections());  // nor has one come before it
   window.close();
   EXPECT_TRUE(Gone());

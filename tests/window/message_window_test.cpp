@@ -492,5 +492,31 @@ TEST_F(MessageWindowTest, AMessageBeingWrittenKeepsTheProgramOpenWhenItCannotBeS
   EXPECT_TRUE(Gone());
 }
 
+// What stands in the text is clicked like a link of a page, and seen whole before it opens.
+TEST_F(MessageWindowTest, AddressesInTheTextAreLinks) {
+  MessageWindow& window =
+      OpenStored("From: a@b\r\nSubject: s\r\n\r\nhttps://real.example/x?y\r\n\r\n> quoted\r\n", 4);
+  auto& text = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_EQ(text.extraSelections().size(), 2);  // the link and the quotation
+  const auto clickBehind = [&](int position, int pixels) {
+    QTextCursor cursor(text.document());
+    cursor.setPosition(position);
+    const QPoint place = text.cursorRect(cursor).center() + QPoint(pixels, 0);
+    return InModal<QMessageBox>(
+        [&] { QTest::mouseClick(text.viewport(), Qt::LeftButton, {}, place); },
+        [&](QMessageBox& box) {
+          EXPECT_TRUE(box.text().endsWith(QStringLiteral("https://real.example/x?y")));
+          box.button(QMessageBox::No)->click();
+        });
+  };
+  EXPECT_TRUE(clickBehind(3, 2));
+  EXPECT_TRUE(clickBehind(22, 2));
+  QTest::mouseClick(text.viewport(), Qt::LeftButton, {},
+                    text.cursorRect(QTextCursor(text.document()->lastBlock())).center());
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  window.close();
+  EXPECT_TRUE(Gone());
+}
+
 }  // namespace
 }  // namespace vorn

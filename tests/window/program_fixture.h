@@ -37,6 +37,14 @@ using test::WaitFor;
 
 /// The whole program on a data folder of the test's own: real windows, real clicks and keys, the
 /// real browser engine and a POP3 server on loopback.
+// The folder page as it is without settings: with all its links at any width, which open messages.
+inline void TakePlainLook(Context& context) {
+  EXPECT_TRUE(ShareLayout(context, QString(), OwnLayouts::Kept));
+  const DiskPtr settings = Settings(context);
+  settings->Let(QStringLiteral("ReadingPane"), 0);
+  EXPECT_TRUE(SaveObject(context, DatabaseKind::Profile, *settings));
+}
+
 class ProgramTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(server_.Listen()); }
@@ -50,8 +58,7 @@ class ProgramTest : public testing::Test {
     settings->Let(QStringLiteral("Messages"), rowsPerPage);
     settings->Let(QStringLiteral("MessagesNewest"), false);
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
-    // With all its links at any width.
-    EXPECT_TRUE(ShareLayout(profile.Get(), QString(), OwnLayouts::Kept));
+    TakePlainLook(profile.Get());
     profile.Get().Data.CloseAll();
     CopyFolder(profile.Folder(), Folder());
   }
@@ -65,6 +72,7 @@ class ProgramTest : public testing::Test {
     account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
     account->Let(QStringLiteral("OutMailServerPort"), QString::number(smtpPort));
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *account));
+    TakePlainLook(profile.Get());
     profile.Get().Data.CloseAll();
     CopyFolder(profile.Folder(), Folder());
   }
@@ -117,7 +125,9 @@ class ProgramTest : public testing::Test {
     return parent == nullptr ? nullptr
                              : parent->findChild<QMdiArea*>()->findChild<BrowserWindow*>();
   }
-  QWebEngineView* View() const { return Browser()->findChild<QWebEngineView*>(); }
+  QWebEngineView* View() const {
+    return Browser()->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+  }
   // What the engine answers to a question. It forgets a question when the page goes, so that it is
   // asked again.
   template <typename Answer>

@@ -24,7 +24,9 @@
 #include <algorithm>
 
 #include "frame/window/console_tree.h"
+#include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
+#include "mail/message_rows.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -126,6 +128,14 @@ TEST_F(ProgramTest, AReplyIsWrittenAndSent) {
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
   EXPECT_TRUE(
       WaitFor([this] { return program_->Parent()->Traffic().Events().Counts().sent == 1; }));
+  // What was answered bears its mark, and only that.
+  Context& context = program_->GetContext();
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  for (const RecordsetPtr rows = MessageRows(context.Data).All(); !rows->Eof(); rows->MoveNext()) {
+    const bool isAnswered =
+        GetFlagChar(rows->Fields(u"FIELD_FLAG").toString(), kFlagAnswered, {}) == u"1";
+    EXPECT_EQ(isAnswered, rows->Fields(u"STATUS").toInt() == kStatusReceived);
+  }
 }
 
 TEST_F(ProgramTest, ANewMessageAsksBeforeItIsLost) {

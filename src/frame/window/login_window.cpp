@@ -12,6 +12,7 @@
 #include <QPushButton>
 
 #include "frame/profile_login.h"
+#include "kit/window/caps_lock_hint.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/lost_files.h"
@@ -55,6 +56,7 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
   form->addRow(picture, product);
   form->addRow(Ui::tr("プロファイル(&L)"), cbProfile_);
   form->addRow(Ui::tr("パスワード(&P)"), txPassword_);
+  form->addRow(QString(), new CapsLockHint(*txPassword_));
   form->addRow(buttons);
   txPassword_->setFocus();
 }

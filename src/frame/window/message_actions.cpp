@@ -12,15 +12,25 @@
 namespace vorn {
 
 void MessageActions::Act(MessageAction action, const QStringList& messages, const QString& folder) {
-  if (action == MessageAction::OutOfDust) {
-    ChangeDust(messages, false);
-  } else if (action == MessageAction::File) {
-    ChooseFolder(messages, folder);
-  } else if (folder != fixed_serial::kDust) {
-    ChangeDust(messages, true);
-  } else {
-    Delete(messages);
+  switch (action) {
+    case MessageAction::OutOfDust:
+      return ChangeDust(messages, false);
+    case MessageAction::File:
+      return ChooseFolder(messages, folder);
+    case MessageAction::MarkUnopened:
+    case MessageAction::MarkOpened:
+      return End(SetMark(context_, messages, kFlagNew, action == MessageAction::MarkUnopened));
+    case MessageAction::ToggleStar:
+      return End(vorn::ToggleStar(context_, messages));
+    case MessageAction::ToDust:
+      if (folder != fixed_serial::kDust) return ChangeDust(messages, true);
+      return Delete(messages);
   }
+}
+
+QString MessageActions::NameOf(const QString& folder) const {
+  const DiskPtr object = context_.Objects.Find(folder);
+  return object == nullptr ? folder : object->Text(u"Object");
 }
 
 void MessageActions::Drop(const QStringList& messages, const QString& folder, const QString& from) {
@@ -28,7 +38,7 @@ void MessageActions::Drop(const QStringList& messages, const QString& folder, co
     ChangeDust(messages, folder == fixed_serial::kDust);
   } else {
     const bool moves = from != folder && IsFilledByHand(from);
-    End(FileMessages(context_, messages, folder, moves ? from : QString()));
+    File(messages, folder, moves ? from : QString());
   }
 }
 
@@ -45,13 +55,38 @@ void MessageActions::ChooseFolder(const QStringList& messages, const QString& fo
   }
   if (into.isEmpty() || !IsFilledByHand(into)) return;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  End(FileMessages(context_, messages, into, from));
+  File(messages, into, from);
+}
+
+// Taking it back leaves what was in the folders before.
+void MessageActions::File(const QStringList& messages, const QString& into, const QString& from) {
+  const auto before = Members(context_, messages, into);
+  const auto left = from.isEmpty() ? QStringList() : Members(context_, messages, from);
+  const bool done = before && left && FileMessages(context_, messages, into, from);
+  End(done);
+  if (!done || !told_) return;
+  QStringList added = messages;
+  added.removeIf([&before](const QString& message) { return before->contains(message); });
+  told_(Ui::tr("%1通を「%2」に入れました。").arg(messages.size()).arg(NameOf(into)),
+        [this, added, into, left = *left, from] { Unfile(added, into, left, from); });
+}
+
+void MessageActions::Unfile(const QStringList& added, const QString& into,
+                            const QStringList& removed, const QString& from) {
+  const bool done = (added.isEmpty() || FileMessages(context_, added, QString(), into)) &&
+                    (removed.isEmpty() || FileMessages(context_, removed, from));
+  End(done);
 }
 
 void MessageActions::ChangeDust(const QStringList& messages, bool dust) {
   QStringList underWay;
   const bool done = SetDust(context_, messages, dust, &underWay);
   End(done, underWay);
+  const qsizetype count = messages.size() - underWay.size();
+  if (!done || count == 0 || !told_) return;
+  told_(dust ? Ui::tr("%1通をくずかごに入れました。").arg(count)
+             : Ui::tr("%1通をくずかごから出しました。").arg(count),
+        [this, messages, dust] { End(SetDust(context_, messages, !dust)); });
 }
 
 void MessageActions::Delete(const QStringList& messages) {

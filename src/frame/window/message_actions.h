@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <functional>
 
 #include "mail/window/message_host.h"
 #include "present/window/browser_host.h"
@@ -18,6 +19,10 @@ class MessageActions {
   MessageActions(Context& context, QWidget& window, MessageHost& host)
       : context_(context), window_(window), host_(host) {}
 
+  /// Gets what was done and how it is taken back, where it can be.
+  using Undoable = std::function<void(const QString& done, std::function<void()> undo)>;
+  void OnDone(Undoable told) { told_ = std::move(told); }
+
   /// On messages that are shown in `folder`.
   void Act(MessageAction action, const QStringList& messages, const QString& folder);
   /// Messages of the page of `from` were dropped on a folder of the tree.
@@ -27,7 +32,11 @@ class MessageActions {
 
  private:
   void ChooseFolder(const QStringList& messages, const QString& folder);
+  void File(const QStringList& messages, const QString& into, const QString& from);
+  void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
+              const QString& from);
   void ChangeDust(const QStringList& messages, bool dust);
+  QString NameOf(const QString& folder) const;
   void Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;
   void End(bool done, const QStringList& underWay = {});
@@ -35,6 +44,7 @@ class MessageActions {
   Context& context_;
   QWidget& window_;
   MessageHost& host_;
+  Undoable told_;
 };
 
 }  // namespace vorn

@@ -12,10 +12,12 @@
 #include <QUrl>
 
 #include "frame/window/parent_window.h"
+#include "kit/window/access_names.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/ready_layouts.h"
@@ -103,6 +105,7 @@ QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
 
 void ParentWindow::BuildToolbar() {
   tbMain_ = addToolBar(Ui::tr("ツールバー"));
+  NameMoreButton(*tbMain_);
   tbMain_->setObjectName(QStringLiteral("tbMain"));
   tbMain_->setMovable(false);
   connect(tbMain_, &QToolBar::actionTriggered, this, [] { new SecondClick; });
@@ -173,6 +176,7 @@ void ParentWindow::BuildDisplayMenu() {
   QAction* layout =
       display->addAction(Ui::tr("フォルダのレイアウト(&L).."), this, &ParentWindow::EditLayout);
   BuildLayoutMenu(*display);
+  BuildPaneMenu(*display);
   connect(display, &QMenu::aboutToShow, this, [this, clear, layout] {
     clear->setEnabled(tvConsole_->HasEvents());
     layout->setEnabled(!CurrentFolder().isEmpty());
@@ -197,6 +201,35 @@ void ParentWindow::BuildLayoutMenu(QMenu& display) {
     }
     if (group->checkedAction() == nullptr) group->actions().first()->setChecked(true);
   });
+}
+
+// Where the message that is current on a page is read.
+void ParentWindow::BuildPaneMenu(QMenu& display) {
+  QMenu* menu = display.addMenu(Ui::tr("選んだメッセージの表示(&P)"));
+  menu->setObjectName(QStringLiteral("menuPane"));
+  auto* group = new QActionGroup(menu);
+  int place = 0;
+  for (const QString& text :
+       {Ui::tr("しない(&N)"), Ui::tr("一覧の下(&B)"), Ui::tr("一覧の右(&R)")}) {
+    QAction* action = menu->addAction(text, this, [this, place] { PlacePane(place); });
+    action->setCheckable(true);
+    group->addAction(action);
+    ++place;
+  }
+  connect(menu, &QMenu::aboutToShow, this, [this, group] {
+    const int shown = qBound(0, Settings(context_)->Number(u"ReadingPane"), 2);
+    group->actions()[shown]->setChecked(true);
+  });
+}
+
+void ParentWindow::PlacePane(int place) {
+  const DiskPtr settings = Settings(context_);
+  settings->Let(QStringLiteral("ReadingPane"), place);
+  if (!SaveObject(context_, DatabaseKind::Profile, *settings)) {
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
+  }
+  ApplySettings();
 }
 
 void ParentWindow::ChooseLayout(const QString& id) {

@@ -94,6 +94,9 @@ ParentWindow::ParentWindow(Context& context)
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     if (now != nullptr && area_->isAncestorOf(now)) FollowActivePage();
   });
+  actions_.OnDone([this](const QString& done, std::function<void()> undo) {
+    sbStatus_->OfferUndo(done, std::move(undo));
+  });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });

@@ -93,6 +93,7 @@ class ParentWindow : public QMainWindow,
   void BrowserOpened() override { ArrangeWindows(); }
   void BrowserClosed() override;
   bool ChoosePrinter(QPrinter& printer) override;
+  MessageHost& Messages() override { return *this; }
 
   // MessageHost
   void SendMessage(const QString& serialId) override;
@@ -117,6 +118,8 @@ class ParentWindow : public QMainWindow,
   void BuildMenus();
   void BuildFileMenu();
   void BuildDisplayMenu();
+  void BuildPaneMenu(QMenu& display);
+  void PlacePane(int place);
   void BuildBookmarkMenu();
   void FillBookmarkMenu(QMenu* menu);
   void BuildToolbar();

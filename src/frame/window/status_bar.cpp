@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
+#include <utility>
 
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
@@ -12,11 +13,17 @@ namespace vorn {
 namespace {
 
 constexpr int kPanelWidth = 220;
+constexpr int kOfferMs = 20000;
 
 }  // namespace
 
 MainStatusBar::MainStatusBar(QWidget* parent)
-    : QStatusBar(parent), icon_(PlainLabel()), text_(PlainLabel()), cancel_(new QToolButton) {
+    : QStatusBar(parent),
+      icon_(PlainLabel()),
+      text_(PlainLabel()),
+      cancel_(new QToolButton),
+      offer_(new QWidget),
+      done_(PlainLabel()) {
   setObjectName(QStringLiteral("sbStatus"));
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(Ui::tr("中止"));
@@ -34,6 +41,39 @@ MainStatusBar::MainStatusBar(QWidget* parent)
   layout->addWidget(cancel_);
   addPermanentWidget(panel);
   panel->hide();
+  BuildOffer();
+}
+
+void MainStatusBar::BuildOffer() {
+  done_->setObjectName(QStringLiteral("lbDone"));
+  auto* undo = new QToolButton;
+  undo->setObjectName(QStringLiteral("cmUndo"));
+  undo->setText(Ui::tr("元に戻す"));
+  undo->setShortcut(QKeySequence::Undo);
+  undo->setToolTip(undo->shortcut().toString(QKeySequence::NativeText));
+  undo->setAutoRaise(true);
+  connect(undo, &QToolButton::clicked, this, [this] {
+    const auto run = std::exchange(undo_, {});
+    offer_->hide();
+    if (run) run();
+  });
+  auto* layout = new QHBoxLayout(offer_);
+  layout->setContentsMargins(4, 0, 4, 0);
+  layout->addWidget(done_);
+  layout->addWidget(undo);
+  layout->addStretch();
+  addWidget(offer_, 1);
+  offer_->hide();
+  offered_.setSingleShot(true);
+  connect(&offered_, &QTimer::timeout, offer_, &QWidget::hide);
+}
+
+void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {
+  undo_ = std::move(undo);
+  clearMessage();  // it would stand before the offer
+  done_->setText(ShownText(done, kMostInTitle));
+  offer_->show();
+  offered_.start(kOfferMs);
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {

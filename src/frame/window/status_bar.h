@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QStatusBar>
+#include <QTimer>
+#include <functional>
 
 #include "transfer/transfer_events.h"
 
@@ -18,14 +20,22 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
+  /// Says for a while what was done, with a button (Ctrl+Z) that takes it back.
+  void OfferUndo(const QString& done, std::function<void()> undo);
 
  Q_SIGNALS:
   void CancelClicked();
 
  private:
+  void BuildOffer();
+
   QLabel* icon_;
   QLabel* text_;
   QToolButton* cancel_;
+  QWidget* offer_;
+  QLabel* done_;
+  std::function<void()> undo_;
+  QTimer offered_;
 };
 
 }  // namespace vorn

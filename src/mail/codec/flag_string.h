@@ -4,8 +4,17 @@
 
 namespace vorn {
 
-/// Positions of a message's flag string, counted from 1.
-enum FlagPosition { kFlagCode = 1, kFlagPriority = 2, kFlagNew = 3, kFlagAttachment = 4 };
+/// Positions of a message's flag string, counted from 1. What the message itself says ends with the
+/// attachments; behind that stands what the user did with it.
+enum FlagPosition {
+  kFlagCode = 1,
+  kFlagPriority,
+  kFlagNew,
+  kFlagAttachment,
+  kFlagAnswered,
+  kFlagForwarded,
+  kFlagStar
+};
 
 /// The character at a position, or `fallback` when the string is shorter.
 QString GetFlagChar(const QString& flags, int position, const QString& fallback);

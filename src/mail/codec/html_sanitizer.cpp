@@ -115,7 +115,7 @@ class Sanitizer {
     safe_.html =
         "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><meta "
         "http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src data:" +
-        QByteArray(images_ == RemoteImages::Kept ? " http: https:" : "") +
+        QByteArray(images_ == RemoteImages::Kept ? " vorn-mail:" : "") +
         "; style-src 'unsafe-inline'; form-action 'none'; base-uri 'none'\"><meta "
         "name=\"referrer\" content=\"no-referrer\"><meta "
         "http-equiv=\"x-dns-prefetch-control\" content=\"off\"><style>" +
@@ -212,16 +212,20 @@ class Sanitizer {
     }
     if ((name == "src" && owner == GUMBO_TAG_IMG) || name == "background") {
       const QString address = CleanAddress(QString::fromUtf8(value));
-      safe = address.toUtf8();
-      return IsInlineImage(address) || IsWantedImage(address);
+      if (IsInlineImage(address)) {
+        safe = address.toUtf8();
+        return true;
+      }
+      return TakeRemoteImage(address, safe);
     }
     return false;
   }
 
-  bool IsWantedImage(const QString& address) {
+  bool TakeRemoteImage(const QString& address, QByteArray& safe) {
     const QString scheme = Scheme(address);
     if (scheme != u"http" && scheme != u"https") return false;
     safe_.hasRemoteImages = true;
+    safe = kRemoteImage + address.toUtf8().toPercentEncoding();
     return images_ == RemoteImages::Kept;
   }
 

@@ -11,8 +11,10 @@ struct SafeHtml {
   bool hasRemoteImages = false;  ///< whether it names images of the network
 };
 
-/// Whether images of the network stay in the document, which loads them when it is shown.
+/// Whether images of the network stay in the document, which then asks its viewer for them: their
+/// addresses, percent-encoded, follow `kRemoteImage`.
 enum class RemoteImages { LeftOut, Kept };
+inline constexpr const char* kRemoteImage = "vorn-mail:image?";
 
 /// Keeps of a mail's HTML what is known to be harmless, read as browsers read it (HTML standard,
 /// section 13.2): text, its marks, tables, lists, links to be clicked and images, with styles that

@@ -178,6 +178,7 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
       html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
     const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
     result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
+    result.isOfHtml = true;
   }
   if (QStringView(result.text).trimmed().isEmpty()) {
     const QString inner = InnerText(source, records, request);

@@ -23,6 +23,7 @@ struct TextRequest {
 struct MessageText {
   QString text;
   bool produced = false;  ///< whether there was any
+  bool isOfHtml = false;  ///< whether it is that of the HTML part
 };
 
 /// The readable text of a message: its text parts without a file name, decoded, one after the

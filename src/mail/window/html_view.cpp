@@ -1,10 +1,8 @@
 #include "mail/window/html_view.h"
 
 #include <QBuffer>
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QUuid>
 #include <QVBoxLayout>
@@ -19,7 +17,9 @@
 #include <QWebEngineUrlSchemeHandler>
 #include <QWebEngineView>
 
+#include "kit/window/open_outside.h"
 #include "kit/window/plain_text.h"
+#include "mail/window/remote_images.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -27,9 +27,14 @@ namespace {
 
 constexpr const char* kScheme = "vorn-mail";
 
+bool IsRemoteImage(const QUrl& url) {
+  return url.toString(QUrl::FullyEncoded).startsWith(QLatin1String(kRemoteImage));
+}
+
 }  // namespace
 
-// Lets the page itself and images inside it through, and remote images when they are wanted.
+// Lets the page itself and images inside it through, and what stands for a remote image when those
+// are wanted. Nothing goes to the network.
 class MailGuard : public QWebEngineUrlRequestInterceptor {
  public:
   using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
@@ -41,10 +46,9 @@ class MailGuard : public QWebEngineUrlRequestInterceptor {
     using Info = QWebEngineUrlRequestInfo;
     const QUrl url = info.requestUrl();
     const bool isImage = info.resourceType() == Info::ResourceTypeImage;
-    const bool isRemote = url.scheme() == u"http" || url.scheme() == u"https";
     if (info.resourceType() == Info::ResourceTypeMainFrame && url == page_) return;
     if (isImage && url.scheme() == u"data") return;
-    if (isImage && isRemote && remoteImages_) return;
+    if (isImage && remoteImages_ && IsRemoteImage(url)) return;
     info.block(true);
   }
 
@@ -57,7 +61,7 @@ class MailGuard : public QWebEngineUrlRequestInterceptor {
 // page given as text may not be larger than two megabytes.
 class MailSource : public QWebEngineUrlSchemeHandler {
  public:
-  using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
+  explicit MailSource(QObject* parent) : QWebEngineUrlSchemeHandler(parent), images_(this) {}
 
   void Give(const QUrl& url, const QByteArray& html) {
     url_ = url;
@@ -65,6 +69,10 @@ class MailSource : public QWebEngineUrlSchemeHandler {
   }
 
   void requestStarted(QWebEngineUrlRequestJob* job) override {
+    if (IsRemoteImage(job->requestUrl())) {
+      images_.Load(job);
+      return;
+    }
     if (job->requestUrl() != url_) {
       job->fail(QWebEngineUrlRequestJob::UrlNotFound);
       return;
@@ -78,6 +86,7 @@ class MailSource : public QWebEngineUrlSchemeHandler {
  private:
   QUrl url_;
   QByteArray html_;
+  RemoteImageLoader images_;
 };
 
 // Stays on its page; links are handed on.
@@ -111,9 +120,8 @@ void HtmlView::RegisterScheme() {
   QWebEngineUrlScheme::registerScheme(scheme);
 }
 
-HtmlView::HtmlView(QWidget* parent)
-    : QWidget(parent),
-      profile_(std::make_unique<QWebEngineProfile>()),
+HtmlView::HtmlView(const QString& viewName)
+    : profile_(std::make_unique<QWebEngineProfile>()),
       guard_(new MailGuard(this)),
       source_(new MailSource(this)),
       view_(new QWebEngineView(this)),
@@ -121,25 +129,23 @@ HtmlView::HtmlView(QWidget* parent)
   profile_->setUrlRequestInterceptor(guard_);
   profile_->installUrlSchemeHandler(kScheme, source_);
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
-  profile_->setHttpUserAgent(QStringLiteral("Mozilla/5.0"));  // no word of the engine or the system
   page_ = new MailPage(profile_.get(), view_);
   view_->setPage(page_);
-  view_->setObjectName(QStringLiteral("wbHtml"));
+  view_->setObjectName(viewName);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   QWebEngineSettings* settings = page_->settings();
   using Attribute = QWebEngineSettings::WebAttribute;
   for (const Attribute attribute :
        {Attribute::JavascriptEnabled, Attribute::JavascriptCanOpenWindows,
         Attribute::PluginsEnabled, Attribute::LocalStorageEnabled, Attribute::AutoLoadIconsForPage,
-        Attribute::LocalContentCanAccessFileUrls, Attribute::WebGLEnabled,
-        Attribute::FullScreenSupportEnabled}) {
+        Attribute::LocalContentCanAccessFileUrls, Attribute::LocalContentCanAccessRemoteUrls,
+        Attribute::WebGLEnabled, Attribute::FullScreenSupportEnabled,
+        Attribute::FocusOnNavigationEnabled}) {
     settings->setAttribute(attribute, false);
   }
   // The engine makes its surface when it is first asked for anything; in a window that is shown
   // already the system's window would be made anew for it, and move.
   page_->runJavaScript(QStringLiteral("0"));
-  // What of the network may be loaded is decided by the guard.
-  settings->setAttribute(Attribute::LocalContentCanAccessRemoteUrls, true);
 
   auto* button = new QPushButton(Ui::tr("リモート画像を表示(&R)"));
   button->setObjectName(QStringLiteral("cmRemoteImages"));
@@ -196,17 +202,11 @@ void HtmlView::Zoom(double factor) {
 }
 
 void HtmlView::AskToOpen(const QUrl& url) {
-  const QString scheme = url.scheme();
-  if (scheme == u"mailto") {  // nothing leaves before the user sends it
+  if (url.scheme() == u"mailto") {  // nothing leaves before the user sends it
     Q_EMIT MessageWanted(url.toString(QUrl::FullyEncoded));
     return;
   }
-  if (scheme != u"http" && scheme != u"https") return;
-  const auto answer = ShowBox(
-      this, QMessageBox::Question,
-      Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + url.toString(QUrl::FullyEncoded),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  if (answer == QMessageBox::Yes) QDesktopServices::openUrl(url);
+  AskToOpenOutside(this, url);
 }
 
 }  // namespace vorn

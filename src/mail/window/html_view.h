@@ -19,7 +19,7 @@ class MailSource;
 
 /// Shows a message's HTML in a locked browser view: no scripts, no network, no forms, no frames. A
 /// link asks before it opens and shows where it really leads. Remote images are loaded when the
-/// user asks for them, for this message only.
+/// user asks for them, for this message only, and fetched outside the engine.
 class HtmlView : public QWidget {
   Q_OBJECT
 
@@ -28,7 +28,7 @@ class HtmlView : public QWidget {
   /// that pages come from memory.
   static void RegisterScheme();
 
-  explicit HtmlView(QWidget* parent = nullptr);
+  explicit HtmlView(const QString& viewName);
   ~HtmlView() override;
 
   /// Shows a page; remote images are off again.

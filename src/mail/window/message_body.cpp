@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
+#include "kit/window/open_outside.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/html_view.h"
 #include "storage/ui.h"
@@ -19,8 +20,9 @@ constexpr int kHtmlTab = 1;
 
 }  // namespace
 
-MessageBody::MessageBody(MemoBox::Taker taker)
-    : tsBody_(new QTabWidget),
+MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
+    : htmlName_(std::move(htmlName)),
+      tsBody_(new QTabWidget),
       txMemo_(new MemoBox(std::move(taker))),
       htmlPage_(new QWidget),
       find_(new FindBar) {
@@ -29,6 +31,13 @@ MessageBody::MessageBody(MemoBox::Taker taker)
   txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   auto* htmlLayout = new QVBoxLayout(htmlPage_);
   htmlLayout->setContentsMargins(0, 0, 0, 0);
+  connect(txMemo_, &MemoBox::LinkClicked, this, [this](const QUrl& url) {
+    if (url.scheme() == u"mailto") {  // nothing leaves before the user sends it
+      Q_EMIT MessageWanted(url.toString(QUrl::FullyEncoded));
+    } else {
+      AskToOpenOutside(this, url);
+    }
+  });
   tsBody_->setObjectName(QStringLiteral("tsBody"));
   tsBody_->setDocumentMode(true);
   tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
@@ -44,7 +53,8 @@ MessageBody::MessageBody(MemoBox::Taker taker)
   layout->addWidget(find_);
 }
 
-void MessageBody::Show(const QString& text, bool editable, std::function<QString()> html) {
+void MessageBody::Show(const QString& text, bool editable, std::function<QString()> html,
+                       Front front) {
   html_ = std::move(html);
   txMemo_->setReadOnly(!editable);
   txMemo_->setTextInteractionFlags(editable
@@ -58,6 +68,7 @@ void MessageBody::Show(const QString& text, bool editable, std::function<QString
   tsBody_->setTabVisible(kHtmlTab, hasHtml);
   tsBody_->setTabEnabled(kHtmlTab, hasHtml);  // else the keys reach it
   tsBody_->tabBar()->setVisible(hasHtml);
+  if (hasHtml && front == Front::Html) tsBody_->setCurrentIndex(kHtmlTab);
 }
 
 QWidget* MessageBody::InFront() const {
@@ -74,7 +85,7 @@ void MessageBody::OpenFind() {
 
 void MessageBody::MakeHtmlView() {
   if (wbHtml_ != nullptr) return;
-  wbHtml_ = new HtmlView;
+  wbHtml_ = new HtmlView(htmlName_);
   htmlPage_->layout()->addWidget(wbHtml_);
   connect(wbHtml_, &HtmlView::MessageWanted, this, &MessageBody::MessageWanted);
   wbHtml_->Zoom(std::pow(kZoomStep, zoom_));

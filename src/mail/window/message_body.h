@@ -19,11 +19,15 @@ class MessageBody : public QWidget {
 
  public:
   /// `taker` gets what is pasted and dropped.
-  explicit MessageBody(MemoBox::Taker taker);
+  /// The HTML part's view goes by `htmlName`.
+  explicit MessageBody(MemoBox::Taker taker, QString htmlName = QStringLiteral("wbHtml"));
 
-  /// Shows a message with its text in front. `html` gives the HTML part each time that its tab
-  /// comes to the front; without it there is no such tab.
-  void Show(const QString& text, bool editable, std::function<QString()> html);
+  enum class Front { Text, Html };
+
+  /// Shows a message. `html` gives the HTML part each time that its tab comes to the front; without
+  /// it there is no such tab, and the text is in front.
+  void Show(const QString& text, bool editable, std::function<QString()> html,
+            Front front = Front::Text);
   MemoBox* Text() const { return txMemo_; }
   /// What is in front: the text's box or the HTML part.
   QWidget* InFront() const;
@@ -45,6 +49,7 @@ class MessageBody : public QWidget {
   bool FindInText(const QString& text, bool backward);
 
   std::function<QString()> html_;
+  QString htmlName_;
   QTabWidget* tsBody_;
   MemoBox* txMemo_;
   QWidget* htmlPage_;

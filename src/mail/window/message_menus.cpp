@@ -12,6 +12,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "kit/window/access_names.h"
 #include "kit/window/icons.h"
 #include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
@@ -45,6 +46,7 @@ const QList<Choice>& CharsetChoices() {
 
 void MessageWindow::BuildMenus() {
   tbMenu_ = addToolBar(Ui::tr("コマンド"));
+  NameMoreButton(*tbMenu_);
   tbMenu_->setObjectName(QStringLiteral("tbMenu"));
   tbMenu_->setMovable(false);
   QMenu* file = BuildFileMenu();
@@ -57,6 +59,7 @@ void MessageWindow::BuildMenus() {
 // What a reader does next with a message.
 void MessageWindow::BuildReadingToolbar() {
   tbReading_ = addToolBar(Ui::tr("読む"));
+  NameMoreButton(*tbReading_);
   tbReading_->setObjectName(QStringLiteral("tbReading"));
   tbReading_->setMovable(false);
   const auto add = [this](const QString& key, const QIcon& icon, const QString& text,

@@ -8,6 +8,7 @@
 #include <QToolBar>
 
 #include "frame/event_log.h"
+#include "kit/window/access_names.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
@@ -82,7 +83,10 @@ void MessageWindow::BuildControls() {
   const auto edited = [this] { MarkEdited(); };
   connect(txSubject_, &QLineEdit::textEdited, this, edited);
   connect(txSubject_, &QLineEdit::textChanged, this, &MessageWindow::ShowCaption);
-  connect(lvMailaddress_, &AddressList::Edited, this, edited);
+  connect(lvMailaddress_, &AddressList::Edited, this, [this] {
+    MarkEdited();
+    FollowSender();
+  });
   connect(lvClip_, &AttachmentList::Edited, this, [this] {
     MarkEdited();
     lvClip_->setVisible(true);
@@ -111,11 +115,13 @@ QWidget* MessageWindow::BuildMailPage() {
   lvMailaddress_ = new AddressList([this] { return KnownAddresses(context_); });
   tbMailaddress_ = new QToolBar;
   tbMailaddress_->setObjectName(QStringLiteral("tbMailaddress"));
+  NameMoreButton(*tbMailaddress_);
   ObeyLetter(tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageWindow::ChooseAddresses))
       ->setToolTip(Ui::tr("アドレスブックから選びます。"));
   auto* beside = new QVBoxLayout;
   auto* label = PlainLabel(Ui::tr("アドレス(&D)"));
   label->setBuddy(lvMailaddress_);
+  lvMailaddress_->setAccessibleName(Ui::tr("アドレス"));
   beside->addWidget(label);
   beside->addWidget(tbMailaddress_);
   beside->addStretch();

@@ -23,6 +23,7 @@
 #include "mail/compose_message.h"
 #include "mail/drafts.h"
 #include "mail/mail_store.h"
+#include "mail/message_filing.h"
 #include "mail/outbox.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
@@ -44,6 +45,11 @@ constexpr int kDraftMs = 30000;
 // Attachments above this together are left out of drafts: writing them would hold the window up.
 constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
 const QString kProcess = QStringLiteral("process");
+
+// A signature as it stands in the box.
+QString ShownBlock(const QString& signature) {
+  return SignatureBlock(signature).replace(kLineBreak, QStringLiteral("\n"));
+}
 
 qint64 SizeOf(const ModelAttachment& attachment) {
   return attachment.isNew ? QFileInfo(attachment.path).size()
@@ -131,7 +137,8 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   lbClip_->setVisible(!model_.attachments.empty());
   const bool hasHtml = !editable && !html_.isEmpty();
   body_->Show(TextOf(opened), editable,
-              hasHtml ? [this] { return ShownHtml(); } : std::function<QString()>());
+              hasHtml ? [this] { return ShownHtml(); } : std::function<QString()>(),
+              IsHtmlFirst(context_, model_) ? MessageBody::Front::Html : MessageBody::Front::Text);
   lvHeader_->Show(model_.headerRows, editable);
   txReference_->setPlainText(model_.references);
   txReference_->setReadOnly(!editable);
@@ -144,7 +151,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
     lvMailaddress_->setCurrentCell(lvMailaddress_->rowCount() - 1, 1);
     lvMailaddress_->setFocus();
   } else {
-    body_->Text()->setFocus();
+    body_->InFront()->setFocus();
   }
   edited_ = draftDue_ = answerChanged_ = false;
   changedState_ = 0;
@@ -169,6 +176,25 @@ QString MessageWindow::GetMessageSubject() const {
 
 void MessageWindow::ShowCaption() {
   setWindowTitle(ShownText(GetMessageSubject(), kMostInTitle) + Ui::tr(" プロパティ"));
+}
+
+// Another sender signs otherwise; what the user has made of the signature stays.
+void MessageWindow::FollowSender() {
+  if (!IsEditable()) return;
+  for (const AddressEntry& entry : lvMailaddress_->Addresses()) {
+    if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) continue;
+    const QString signature = SignatureOf(context_, entry.address);
+    const QString before = ShownBlock(model_.signature);
+    if (signature == model_.signature || before.isEmpty()) return;
+    const qsizetype at = body_->Text()->toPlainText().indexOf(before);
+    if (at < 0) return;
+    QTextCursor cursor(body_->Text()->document());
+    cursor.setPosition(static_cast<int>(at));
+    cursor.setPosition(static_cast<int>(at + before.size()), QTextCursor::KeepAnchor);
+    cursor.insertText(ShownBlock(signature));
+    model_.signature = signature;
+    return;
+  }
 }
 
 void MessageWindow::FinishEditing() {
@@ -282,7 +308,10 @@ bool MessageWindow::StoreForClosing() {
       return false;
     }
     if (!StoreEdited()) return false;  // the text stays
-    if (sends) host_.SendMessage(tag_);
+    if (sends) {
+      NoteAnswer();
+      host_.SendMessage(tag_);
+    }
     return true;
   }
   if (changedState_ != 0) {
@@ -290,6 +319,17 @@ bool MessageWindow::StoreForClosing() {
     host_.MessageStored();
   }
   return true;
+}
+
+// On the message that this one answers or forwards.
+void MessageWindow::NoteAnswer() {
+  const auto mode = static_cast<OpenMode>(request_->Number(u"open"));
+  const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
+  const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
+  const QString original = request_->Text(u"original");
+  if (original.isEmpty() || (!forwards && !answers)) return;
+  SetMark(context_, {original}, forwards ? kFlagForwarded : kFlagAnswered, true);
+  host_.MessageStored();
 }
 
 void MessageWindow::closeEvent(QCloseEvent* event) {

@@ -137,6 +137,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   bool HasSender();
   /// Stores what closing keeps; false when the window has to stay open.
   bool StoreForClosing();
+  void NoteAnswer();
+  void FollowSender();
   bool AskToSave(bool* cancelled);
   /// Composes and stores the message as it stands; false, with the reason told, when it cannot be.
   bool StoreEdited();

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "kit/window/plain_text.h"
+#include "kit/window/text_box.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
@@ -20,6 +21,7 @@ const QList<int> kPop3Ports = {110, 110, 995};
 const QList<int> kSmtpPorts = {25, 587, 465};
 
 constexpr int kResultLines = 3;
+constexpr int kSignatureLines = 5;
 constexpr qsizetype kShownDigits = 16;
 
 bool HasControlCharacter(const QString& text) {
@@ -39,6 +41,12 @@ void Narrow(QLineEdit& box) {
 AccountPage::AccountPage() : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")) {
   txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
   txDisplay_ = AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
+  auto* signature = new TextBox(this);
+  signature->setObjectName(QStringLiteral("txSignature"));
+  signature->setTabChangesFocus(true);
+  signature->setFixedHeight(signature->fontMetrics().lineSpacing() * (kSignatureLines + 1));
+  signature->setToolTip(Ui::tr("新しいメッセージと返信の本文に入ります。空なら入れません。"));
+  Layout().addRow(Ui::tr("署名(&B)"), signature);
   AddCheck(QStringLiteral("ckEventLog"), Ui::tr("送受信の結果をイベントに記録する(&L)"))
       ->setChecked(true);
 }

@@ -59,6 +59,7 @@ Editor* CellEditor(const QTableWidget& table, int row, int column) {
 ConditionEditor::ConditionEditor(const Context& context, QWidget* parent)
     : QTableWidget(0, kColumns, parent), context_(context) {
   setObjectName(QStringLiteral("lvCondition"));
+  setAccessibleName(Ui::tr("条件"));
   setProperty("tag", QStringLiteral("text"));
   setHorizontalHeaderLabels({Ui::tr("結合"), Ui::tr("種類"), Ui::tr("否定"), Ui::tr("値")});
   horizontalHeader()->setStretchLastSection(true);

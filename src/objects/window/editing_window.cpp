@@ -12,6 +12,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "kit/window/access_names.h"
 #include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -71,6 +72,7 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
 void EditingWindow::AddPage(FormPage* page) {
   pages_.push_back(page);
   tsPage_->addTab(new PageArea(page), page->Title());
+  NameLists(*page);
   // What was wrong is not told beyond the next change.
   for (auto* line : page->findChildren<QLineEdit*>()) {
     connect(line, &QLineEdit::textEdited, lbError_, &QLabel::hide);

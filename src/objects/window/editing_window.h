@@ -42,6 +42,7 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
  protected:
   void AddPage(FormPage* page);
   void ShowPage(const FormPage* page);
+  QTabWidget& Pages() { return *tsPage_; }
   const DiskPtr& Request() const { return request_; }
   void TakeRequest(const DiskPtr& request) { request_ = request; }
   /// Takes over what another program has stored meanwhile.

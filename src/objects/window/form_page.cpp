@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QStyle>
+#include <QToolButton>
 
 namespace vorn {
 namespace {}  // namespace
@@ -39,6 +40,9 @@ QLineEdit* FormPage::AddPassword(const QString& name, const QString& label) {
                                    QLineEdit::TrailingPosition);
   reveal->setCheckable(true);
   reveal->setToolTip(Ui::tr("パスワードを表示します。"));
+  for (auto* button : box->findChildren<QToolButton*>()) {
+    button->setAccessibleName(Ui::tr("パスワードを表示"));
+  }
   connect(reveal, &QAction::toggled, box,
           [box](bool shown) { box->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password); });
   return box;

@@ -10,6 +10,7 @@
 #include <QTableWidget>
 #include <QUrl>
 
+#include "kit/window/access_names.h"
 #include "mail/codec/address.h"
 #include "mail/codec/list_splitting.h"
 #include "objects/object_types.h"
@@ -71,6 +72,7 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
                    const QStringList& columns)
     : FormPage(page, title), list_(new EntryTable(0, static_cast<int>(columns.size()), this)) {
   list_->setObjectName(listName);
+  list_->setAccessibleName(WithoutKey(title));
   list_->setProperty("tag", QStringLiteral("text"));
   list_->setHorizontalHeaderLabels(columns);
   list_->horizontalHeader()->setStretchLastSection(true);

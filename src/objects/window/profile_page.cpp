@@ -78,6 +78,11 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   buttons->addStretch();
   Layout().addRow(QString(), buttons);
 
+  // Whoever finds the program open does not shut its user out.
+  txPasswordNow_ = AddPassword(QStringLiteral("txPasswordNow"), Ui::tr("いまのパスワード(&T)"));
+  txPasswordNow_->setProperty("tag", QStringLiteral("nosave"));
+  txPasswordNow_->setEnabled(HasPassword());
+  if (IsLoggedIn() && !HasPassword()) txPasswordNow_->setPlaceholderText(Ui::tr("ありません"));
   txPassword_ = AddPassword(QStringLiteral("txPassword"), Ui::tr("新しいパスワード(&W)"));
   txPasswordAgain_ = AddPassword(QStringLiteral("txPasswordAgain"), Ui::tr("もう一度入力(&I)"));
   for (QLineEdit* box : {txPassword_, txPasswordAgain_}) {
@@ -90,7 +95,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   ckNoPassword_ = new QCheckBox(Ui::tr("パスワードをなくす(&N)"), this);
   ckNoPassword_->setObjectName(QStringLiteral("ckNoPassword"));
   ckNoPassword_->setProperty("tag", QStringLiteral("nosave"));
-  ckNoPassword_->setEnabled(IsLoggedIn() && !context_.Session->Text(u"password").isEmpty());
+  ckNoPassword_->setEnabled(HasPassword());
   Layout().addRow(QString(), ckNoPassword_);
   connect(ckNoPassword_, &QCheckBox::toggled, this, &ProfilePage::WarnOfNoPassword);
   if (IsLoggedIn()) AddProtection();
@@ -136,6 +141,10 @@ bool ProfilePage::IsLoggedIn() const {
   return context_.Session->SerialID() == serialId_;
 }
 
+bool ProfilePage::HasPassword() const {
+  return IsLoggedIn() && !context_.Session->Text(u"password").isEmpty();
+}
+
 QString ProfilePage::SelectedFile() const {
   const QTableWidgetItem* item = lvHistory_->item(lvHistory_->currentRow(), 0);
   return item == nullptr ? QString() : item->data(Qt::UserRole).toString();
@@ -143,7 +152,7 @@ QString ProfilePage::SelectedFile() const {
 
 void ProfilePage::Loaded(const Disk&) {
   // The object in use holds the password of the login under the boxes' key.
-  for (QLineEdit* box : {txPassword_, txPasswordAgain_}) box->clear();
+  for (QLineEdit* box : {txPasswordNow_, txPassword_, txPasswordAgain_}) box->clear();
   if (lvHistory_->rowCount() == 0) cmDefaultDatabase_Click();
   MarkUsed();
 }
@@ -273,8 +282,13 @@ void ProfilePage::MarkUsed() {
 }
 
 PageFault ProfilePage::Check() {
-  if (txPassword_->text() == txPasswordAgain_->text()) return {};
-  return {Ui::tr("二つのパスワードが一致しません。"), txPasswordAgain_};
+  if (txPassword_->text() != txPasswordAgain_->text()) {
+    return {Ui::tr("二つのパスワードが一致しません。"), txPasswordAgain_};
+  }
+  const bool changes = !txPassword_->text().isEmpty() || ckNoPassword_->isChecked();
+  if (!changes || !HasPassword()) return {};
+  if (txPasswordNow_->text() == context_.Session->Text(u"password")) return {};
+  return {Ui::tr("いまのパスワードが違います。"), txPasswordNow_};
 }
 
 bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {

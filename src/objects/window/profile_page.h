@@ -43,6 +43,7 @@ class ProfilePage : public FormPage {
   bool IsNew() const;
   void MarkUsed();
   bool IsLoggedIn() const;
+  bool HasPassword() const;
   QString SelectedFile() const;
 
   Context& context_;
@@ -50,6 +51,7 @@ class ProfilePage : public FormPage {
   QLineEdit* txProfile_;
   QLineEdit* txMail_;
   QTableWidget* lvHistory_;
+  QLineEdit* txPasswordNow_;
   QLineEdit* txPassword_;
   QLineEdit* txPasswordAgain_;
   QCheckBox* ckNoPassword_;

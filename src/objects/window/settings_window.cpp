@@ -1,6 +1,7 @@
 #include "objects/window/settings_window.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/window/page_search.h"
 #include "storage/ui.h"
 
 #include <QCheckBox>
@@ -10,7 +11,9 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSpinBox>
+#include <QVBoxLayout>
 
 namespace vorn {
 namespace {
@@ -44,6 +47,10 @@ class ViewPage : public FormPage {
     AddCheck(QStringLiteral("ckMessagesNewest"), Ui::tr("フォルダを最新のページで開く(&W)"));
     AddCheck(QStringLiteral("ckPageEscape"),
              Ui::tr("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
+    AddChoice(QStringLiteral("cbReadingPane"), Ui::tr("選んだメッセージの表示(&R)"),
+              {Ui::tr("しない"), Ui::tr("一覧の下"), Ui::tr("一覧の右")})
+        ->setCurrentIndex(0);
+    AddCheck(QStringLiteral("ckHtmlFirst"), Ui::tr("HTMLだけのメッセージはHTMLで開く(&G)"));
     AddCheck(QStringLiteral("ckToolbarIcon"), Ui::tr("ツールバーをアイコンだけにする(&I)"));
     AddCheck(QStringLiteral("ckStatusbar"), Ui::tr("ステータスバーを表示する(&S)"))
         ->setChecked(true);
@@ -111,6 +118,10 @@ class EditPage : public FormPage {
     AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
     AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
+    AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"))
+        ->setToolTip(
+            Ui::tr("%dは日時、%nは書いた人の名前、%aはアドレスになります。空なら入れません。"));
+    AddCheck(QStringLiteral("ckSignatureAbove"), Ui::tr("署名を引用の上に入れる(&G)"));
     AddChoice(
         QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
@@ -157,6 +168,12 @@ SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
   AddPage(new CheckingPage);
   AddPage(new EditPage);
   AddPage(new ReadPage);
+  auto* search = new PageSearch(Pages());
+  static_cast<QVBoxLayout*>(layout())->insertWidget(0, search);
+  auto* find = new QShortcut(QKeySequence::Find, this);
+  connect(find, &QShortcut::activated, search, qOverload<>(&QWidget::setFocus));
+  setTabOrder(search, &Pages());
+  Pages().setFocus();
   resize(kSize.expandedTo(sizeHint()));
 }
 

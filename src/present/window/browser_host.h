@@ -8,9 +8,10 @@ class QPrinter;
 namespace vorn {
 
 class BrowserWindow;
+class MessageHost;
 
 /// What a user does with messages on a folder's page besides opening and answering them.
-enum class MessageAction { ToDust, OutOfDust, File };
+enum class MessageAction { ToDust, OutOfDust, File, MarkUnopened, MarkOpened, ToggleStar };
 
 /// What a browser window asks of the program around it.
 class BrowserHost {
@@ -30,6 +31,8 @@ class BrowserHost {
   virtual BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) = 0;
   /// Lets the user choose a printer and how to print; false when he declines.
   virtual bool ChoosePrinter(QPrinter& printer) = 0;
+  /// What a message that is read beside its folder's page asks for.
+  virtual MessageHost& Messages() = 0;
   /// A new browser window shows itself.
   virtual void BrowserOpened() = 0;
   /// A browser window has closed.

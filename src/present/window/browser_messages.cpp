@@ -9,6 +9,7 @@
 #include "mail/message_model.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
+#include "present/window/page_split.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -61,6 +62,13 @@ void BrowserWindow::BuildMessageCommands() {
              [this] { Act(MessageAction::ToDust); });
   outOfDust_ = AddCommand(QStringLiteral("outofdust"), Ui::tr("くずかごから出す(&U)"), {Qt::Key_U},
                           [this] { Act(MessageAction::OutOfDust); });
+  messageMenu_->addSeparator();
+  AddCommand(QStringLiteral("unopened"), Ui::tr("未開封に戻す(&N)"), {Qt::Key_N},
+             [this] { Act(MessageAction::MarkUnopened); });
+  AddCommand(QStringLiteral("opened"), Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_N},
+             [this] { Act(MessageAction::MarkOpened); });
+  AddCommand(QStringLiteral("star"), Ui::tr("スターを付ける、外す(&S)"), {Qt::Key_S},
+             [this] { Act(MessageAction::ToggleStar); });
   messageMenu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
@@ -118,6 +126,7 @@ bool BrowserWindow::AgreesToOpen(qsizetype windows) {
 void BrowserWindow::Act(MessageAction action) {
   rows_.Chosen([this, action](const QStringList& messages) {
     if (messages.isEmpty()) return;
+    split_->StopMarking();  // whatever is done, it is the user's word now
     QTimer::singleShot(0, this, [this, action, messages] {
       host_.ActOnMessages(action, messages, bag_->SerialID());
     });

@@ -13,11 +13,13 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
+#include "kit/window/access_names.h"
 #include "kit/window/plain_text.h"
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
+#include "present/window/page_split.h"
 #include "present/window/script_bar.h"
 #include "storage/ui.h"
 
@@ -38,6 +40,7 @@ constexpr qsizetype kMenuTextLength = 60;
 void BrowserWindow::BuildControls() {
   tbLocation_ = new QToolBar(this);
   tbLocation_->setObjectName(QStringLiteral("tbLocation"));
+  NameMoreButton(*tbLocation_);
   before_ = AddButton(kBefore, &BrowserWindow::ShowBefore);
   seek_ = AddButton(QStringLiteral("seek"), &BrowserWindow::SeekClicked);
   next_ = AddButton(kNext, &BrowserWindow::ShowNext);
@@ -65,7 +68,11 @@ void BrowserWindow::BuildControls() {
   layout->addLayout(bar);
   scripts_ = new ScriptBar(context_, profiles_.Sites());
   layout->addWidget(scripts_);
-  layout->addWidget(wbUrl_, 1);
+  split_ = new PageSplit(context_, wbUrl_, host_.Messages());
+  connect(split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& serialId) {
+    host_.OpenMessage(static_cast<int>(mode), serialId, mode != OpenMode::Show);
+  });
+  layout->addWidget(split_, 1);
 }
 
 void BrowserWindow::BuildLocationBox() {
@@ -203,6 +210,7 @@ void BrowserWindow::ControlToolbarUpdate() {
     txPage_->setText(QString::number(bag_->Number(kPage, 1)));
   }
   txSearch_->setVisible(IsLocal());
+  split_->Arrange(IsLocal() && !IsForPrinting() && !bag_->Text(kUrl).isEmpty());
   tbLocation_->setToolButtonStyle(iconsOnly ? Qt::ToolButtonIconOnly
                                             : Qt::ToolButtonTextBesideIcon);
 }
@@ -223,6 +231,7 @@ void BrowserWindow::TurnPage(int step) {
 void BrowserWindow::GoToPage(int page) {
   if (!IsLocal()) return;
   txPage_->setModified(false);
+  split_->ShowNothing();
   rows_.BeginAtEnd(false);
   bag_->Let(kPage, page);
   LoadDefaultProperty(bag_, true);

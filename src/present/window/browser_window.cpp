@@ -24,6 +24,7 @@
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/link_page.h"
+#include "present/window/page_split.h"
 #include "present/window/script_bar.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
@@ -121,9 +122,12 @@ void BrowserWindow::UsePage(bool local) {
   }
   wbUrl_->setPage(page_);
   connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
-    host_.OpenMessage(command.openMode, command.serialId, command.isNew);
-    new SecondClick;
+    // Where messages are read at the side, one click reads there, and a second one opens.
+    if (command.openMode != static_cast<int>(OpenMode::Show) || !split_->HasPane()) {
+      OpenMessage(command);
+    }
   });
+  connect(page_, &LinkPage::RowTold, this, &BrowserWindow::RowTold);
   connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
     if (bag_->Flag(kInit)) bag_->Let(QStringLiteral("dust"), true);
@@ -140,6 +144,17 @@ void BrowserWindow::UsePage(bool local) {
             PrintFinished();
           });
   page_->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
+}
+
+void BrowserWindow::OpenMessage(const LinkCommand& command) {
+  host_.OpenMessage(command.openMode, command.serialId, command.isNew);
+  new SecondClick;
+}
+
+void BrowserWindow::RowTold(const QString& what, const QString& serialId) {
+  if (what == u"row") split_->ShowRow(serialId);
+  if (what == u"kept") split_->RowKept(serialId);
+  if (what == u"twice" && split_->HasPane()) OpenMessage({0, false, serialId});
 }
 
 LinkPage* BrowserWindow::BecomeNewWindow() {
@@ -196,6 +211,7 @@ void BrowserWindow::ShowFolder(const QString& folder) {
   DeletePageFile();
   const auto bag = std::make_shared<Disk>(folder);
   bag->Let(QStringLiteral("local"), true);
+  split_->ShowNothing();
   bag_->Let(kSearch, QString());  // so that emptying the box searches nothing
   txSearch_->clear();
   LoadDefaultProperty(bag, true);

@@ -25,6 +25,7 @@ class QWebEngineView;
 namespace vorn {
 
 class LinkPage;
+class PageSplit;
 class ScriptBar;
 enum class OpenMode;
 
@@ -109,6 +110,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void FirstNavigation(const QUrl& url);
   void TakeName(const QString& name, const QUrl& url);
   void UsePage(bool local);
+  void OpenMessage(const LinkCommand& command);
+  void RowTold(const QString& what, const QString& serialId);
   void ChooseFirstPage();
   bool CreatePage();
   void ShowText(const QString& html);
@@ -145,6 +148,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QLineEdit* txSearch_ = nullptr;
   QWebEngineView* wbUrl_ = nullptr;
   LinkPage* page_ = nullptr;
+  PageSplit* split_ = nullptr;
   ScriptBar* scripts_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder

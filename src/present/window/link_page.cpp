@@ -99,6 +99,16 @@ QWebEnginePage* LinkPage::createWindow(WebWindowType) {
   return makeWindow_();
 }
 
+// A folder's page runs the program's script alone, which speaks in this way.
+void LinkPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int,
+                                        const QString&) {
+  static const QString kSign = QStringLiteral("vorn-");
+  if (localPage_.isEmpty() || !message.startsWith(kSign)) return;
+  const qsizetype blank = message.indexOf(u' ');
+  if (blank > 0)
+    Q_EMIT RowTold(message.sliced(kSign.size(), blank - kSign.size()), message.mid(blank + 1));
+}
+
 // Whether the keys that the user presses now are this page's.
 bool LinkPage::HasUser() const {
   const QWebEngineView* view = QWebEngineView::forPage(this);

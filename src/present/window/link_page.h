@@ -34,12 +34,17 @@ class LinkPage : public QWebEnginePage {
  Q_SIGNALS:
   void CommandFollowed(const vorn::LinkCommand& command);
   void FirstNavigation(const QUrl& url);
+  /// On a folder's page a message became current by the user ("row") or when the page was made anew
+  /// ("kept", possibly none), or was clicked twice ("twice").
+  void RowTold(const QString& what, const QString& serialId);
   /// A link to an address was clicked on a web page.
   void MailtoFollowed(const QString& url);
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
   QWebEnginePage* createWindow(WebWindowType type) override;
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
+                                int line, const QString& source) override;
   // A page's own boxes come up only while the user is at the page: over another window they would
   // take the keys that are meant for that one.
   void javaScriptAlert(const QUrl& origin, const QString& text) override;

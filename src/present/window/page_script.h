@@ -47,6 +47,8 @@ inline constexpr char kPageScript[] = R"js(
     const [from, to] = anchor < current ? [anchor, current] : [current, anchor];
     chosen = new Set(rows.slice(from, to + 1).map(row => row.id));
   };
+  // The program hears what became current, and how, or what was clicked twice.
+  const tell = (what, index) => console.info('vorn-' + what + ' ' + (index < 0 ? '' : rows[index].id));
   const goTo = (index, extend) => {
     if (rows.length === 0) return;
     if (extend && anchor < 0) anchor = Math.max(0, current);
@@ -59,6 +61,7 @@ inline constexpr char kPageScript[] = R"js(
     }
     show();
     rows[current].element.scrollIntoView({block: 'nearest'});
+    tell('row', current);
   };
   const toggle = index => {
     if (index < 0) return;
@@ -66,6 +69,7 @@ inline constexpr char kPageScript[] = R"js(
     const id = rows[index].id;
     if (!chosen.delete(id)) chosen.add(id);
     show();
+    tell('row', current);
   };
   const rowAt = target => rows.findIndex(row => row.element.contains(target));
 
@@ -82,6 +86,7 @@ inline constexpr char kPageScript[] = R"js(
     } else {
       current = index;  // several may be about to be dragged
       show();
+      tell('row', current);
     }
   });
   // A row is taken by any of its places, where the engine itself only moves links.
@@ -90,6 +95,9 @@ inline constexpr char kPageScript[] = R"js(
     const index = rowAt(event.target);
     if (index < 0 || event.dataTransfer.types.includes('text/uri-list')) return;
     event.dataTransfer.setData('text/uri-list', 'preview:' + encodeURIComponent(rows[index].id));
+  });
+  listen('dblclick', event => {
+    if (event.button === 0 && rowAt(event.target) >= 0) tell('twice', rowAt(event.target));
   });
   listen('click', event => {
     if ((event.ctrlKey || event.shiftKey) && rowAt(event.target) >= 0) event.preventDefault();
@@ -125,6 +133,7 @@ inline constexpr char kPageScript[] = R"js(
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
       show();
       scrollTo(state.x, state.y);
+      tell('kept', current);
     },
   };
 

@@ -1,0 +1,50 @@
+#include "mail/reply_form.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
+namespace vorn {
+namespace {
+
+const QString kBreak = QStringLiteral("\r\n");
+
+}  // namespace
+
+QString AttributionLine(const QString& pattern, const AddressEntry& writer, const QString& date) {
+  QString line;
+  for (qsizetype i = 0; i < pattern.size(); ++i) {
+    const QChar letter = pattern[i] == u'%' && i + 1 < pattern.size() ? pattern[i + 1] : QChar();
+    if (letter == u'd') line += date;
+    if (letter == u'n') line += writer.displayName.isEmpty() ? writer.address : writer.displayName;
+    if (letter == u'a') line += writer.address;
+    const bool isMark = !letter.isNull() && QStringView(u"dna").contains(letter);
+    if (isMark) ++i;
+    if (!isMark) line += pattern[i];
+  }
+  return line;
+}
+
+QString SignatureBlock(const QString& signature) {
+  static const QRegularExpression kRule(QStringLiteral("^[-_=*~#─━＿－―☆★◇◆□■+|/\\\\ ]{2,}$"));
+  QString text = signature;
+  text.replace(kBreak, QStringLiteral("\n"));
+  if (text.trimmed().isEmpty()) return {};
+  while (text.endsWith(u'\n')) text.chop(1);
+  const bool isSetOff = kRule.match(text.section(u'\n', 0, 0)).hasMatch();
+  if (!isSetOff) text.prepend(QStringLiteral("-- \n"));
+  return text.replace(u'\n', kBreak);
+}
+
+QString FormText(const QString& attribution, const QString& quoted, const QString& signature,
+                 SignaturePlace place) {
+  const QString block = SignatureBlock(signature);
+  if (attribution.isEmpty() && block.isEmpty()) return quoted;
+  QStringList pieces;
+  if (place == SignaturePlace::AboveQuote) pieces.append(block);
+  pieces.append(attribution.isEmpty() ? quoted : attribution + kBreak + quoted);
+  if (place == SignaturePlace::UnderQuote) pieces.append(block);
+  pieces.removeAll(QString());
+  return kBreak + kBreak + pieces.join(kBreak + kBreak);
+}
+
+}  // namespace vorn

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include "mail/open_message.h"
+#include "mail/window/message_host.h"
+
+class QLabel;
+
+namespace vorn {
+
+class AttachmentList;
+class ElidingLabel;
+class MessageBody;
+class NoticeBar;
+
+/// Shows the message that is current on a folder's page, to be read without a window of its own. It
+/// stands in the same locked view as there.
+class ReadingPane : public QWidget {
+  Q_OBJECT
+
+ public:
+  ReadingPane(Context& context, MessageHost& host);
+
+  /// Shows a message, or none for an empty identifier. With `marks` it counts as opened once it has
+  /// been in sight for two seconds, unless its sender asks for a receipt: that is asked of the user
+  /// in the message's window.
+  void Show(const QString& serialId, bool marks);
+  /// The message that is shown; empty when none is.
+  QString Shown() const { return serialId_; }
+
+ Q_SIGNALS:
+  /// The shown message is to be opened in a window.
+  void OpenWanted(OpenMode mode);
+  /// It has been marked as opened.
+  void Marked();
+
+ private:
+  QWidget* BuildHead();
+  void Fill(const OpenedMessage& opened);
+  void ShowHead();
+  void Mark();
+
+  Context& context_;
+  MessageHost& host_;
+  QString serialId_;
+  DiskPtr request_;
+  MessageModel model_;
+  QByteArray source_;
+  QString html_;
+  QTimer inSight_;
+  QLabel* nothing_;
+  QWidget* message_;
+  ElidingLabel* subject_;
+  ElidingLabel* from_;
+  ElidingLabel* to_;
+  ElidingLabel* date_;
+  NoticeBar* receipt_;
+  AttachmentList* clips_;
+  MessageBody* body_;
+};
+
+}  // namespace vorn

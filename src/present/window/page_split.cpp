@@ -1,0 +1,89 @@
+#include "present/window/page_split.h"
+
+#include <QWebEngineView>
+
+#include "mail/window/message_host.h"
+#include "mail/window/reading_pane.h"
+#include "objects/settings.h"
+#include "storage/window/control_state.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kPageShare = 45;  // percent
+constexpr int kSmallestShare = 10;
+constexpr int kWhole = 100;
+const QString kBag = QStringLiteral("parent");
+
+QString ShareKey(Qt::Orientation orientation) {
+  return orientation == Qt::Vertical ? QStringLiteral("pageheight") : QStringLiteral("pagewidth");
+}
+
+}  // namespace
+
+PageSplit::PageSplit(Context& context, QWebEngineView* page, MessageHost& host)
+    : context_(context), host_(host) {
+  setObjectName(QStringLiteral("spPage"));
+  setChildrenCollapsible(false);
+  addWidget(page);
+  connect(this, &QSplitter::splitterMoved, this, &PageSplit::KeepShare);
+}
+
+void PageSplit::Arrange(bool isFolder) {
+  const int place = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
+  const Qt::Orientation wanted = place == 2 ? Qt::Horizontal : Qt::Vertical;
+  const bool isWanted = place == 1 || place == 2;
+  if (isWanted && pane_ == nullptr) MakePane();
+  if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
+  setOrientation(wanted);
+  pane_->setVisible(isWanted);
+  if (isWanted) TakeShare();
+}
+
+void PageSplit::MakePane() {
+  pane_ = new ReadingPane(context_, host_);
+  pane_->hide();
+  addWidget(pane_);
+  connect(pane_, &ReadingPane::OpenWanted, this,
+          [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
+  connect(pane_, &ReadingPane::Marked, this, [this] {
+    hasMarked_ = true;
+    host_.MessageStored();
+  });
+}
+
+bool PageSplit::HasPane() const {
+  return pane_ != nullptr && !pane_->isHidden();
+}
+
+void PageSplit::ShowRow(const QString& serialId) {
+  hasMarked_ = false;
+  if (HasPane()) pane_->Show(serialId, true);
+}
+
+void PageSplit::RowKept(const QString& serialId) {
+  if (!HasPane() || serialId == pane_->Shown() || hasMarked_) return;
+  pane_->Show(serialId, false);
+}
+
+void PageSplit::StopMarking() {
+  if (HasPane()) pane_->Show(pane_->Shown(), false);
+}
+
+void PageSplit::KeepShare() {
+  const QList<int> shown = sizes();
+  const int whole = qMax(1, shown.value(0) + shown.value(1));
+  PlacementBag(context_, kBag)->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
+}
+
+void PageSplit::TakeShare() {
+  const int kept = PlacementBag(context_, kBag)->Number(ShareKey(orientation()), kPageShare);
+  const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
+  // In parts of whatever there is.
+  constexpr int kParts = 100;
+  setSizes({share * kParts, (kWhole - share) * kParts});
+  setStretchFactor(0, share);
+  setStretchFactor(1, kWhole - share);
+}
+
+}  // namespace vorn

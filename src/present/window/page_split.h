@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QSplitter>
+
+#include "mail/open_message.h"
+
+class QWebEngineView;
+
+namespace vorn {
+
+class MessageHost;
+class ReadingPane;
+
+/// A folder's page and, where the setting "ReadingPane" says so (1 below it, 2 at its side), the
+/// message that is current on it.
+class PageSplit : public QSplitter {
+  Q_OBJECT
+
+ public:
+  PageSplit(Context& context, QWebEngineView* page, MessageHost& host);
+
+  /// Brings the pane in line with the setting; only a folder has one.
+  void Arrange(bool isFolder);
+  bool HasPane() const;
+  /// The user has made a message the current one.
+  void ShowRow(const QString& serialId);
+  /// The page was made anew, and this message, or none, is the current one of it.
+  void RowKept(const QString& serialId);
+  /// What is shown is not marked by and by, because the user marks it himself.
+  void StopMarking();
+  /// Another page comes.
+  void ShowNothing() { ShowRow(QString()); }
+
+ Q_SIGNALS:
+  void OpenWanted(vorn::OpenMode mode, const QString& serialId);
+
+ private:
+  void MakePane();
+  void KeepShare();
+  void TakeShare();
+
+  Context& context_;
+  MessageHost& host_;
+  ReadingPane* pane_ = nullptr;
+  // The page is made anew because the message was marked, which may have taken it off the page:
+  // the next one must not be marked in its turn.
+  bool hasMarked_ = false;
+};
+
+}  // namespace vorn

@@ -1,0 +1,171 @@
+// Messages that are read at the side of their folder's page, and the marks that users give them.
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QToolButton>
+
+#include "mail/codec/flag_string.h"
+#include "mail/message_rows.h"
+#include "mail/window/message_window.h"
+#include "mail/window/reading_pane.h"
+#include "objects/object_loader.h"
+#include "storage/databases.h"
+#include "window/folder_page_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+class ReadingPaneTest : public FolderPageTest {
+ protected:
+  static constexpr int kBelow = 1;
+
+  void BeginReading(int messages, const QByteArray& more = {}) {
+    Begin(messages, 100, false, true, more);
+    auto& menu = Child<QMenu>(*program_->Parent(), u"menuPane");
+    menu.actions().at(kBelow)->trigger();
+    ASSERT_TRUE(WaitFor([this] { return Pane() != nullptr && Pane()->isVisible(); }));
+    FocusPage();
+  }
+  ReadingPane* Pane() const { return Browser()->findChild<ReadingPane*>(); }
+  bool AwaitShown(int number) const {
+    return WaitFor([&] { return Pane()->Shown() == Ids({number}).first(); });
+  }
+  // What a message's row says at a place of its flags.
+  QString Mark(int number, FlagPosition place) const {
+    Context& context = program_->GetContext();
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    const RecordsetPtr row = MessageRows(context.Data).Of(Ids({number}).first());
+    return GetFlagChar(row->Fields(u"FIELD_FLAG").toString(), place, QStringLiteral("0"));
+  }
+  bool AwaitMark(int number, FlagPosition place, const char* value) const {
+    return WaitFor([&] { return Mark(number, place) == QLatin1String(value); });
+  }
+};
+
+TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
+  BeginReading(4);
+  EXPECT_EQ(Pane()->Shown(), QString());
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  EXPECT_EQ(Child<QPlainTextEdit>(*Pane(), u"txMemo").toPlainText().trimmed(),
+            QStringLiteral("body"));
+  EXPECT_EQ(Child<QLabel>(*Pane(), u"lbPaneSubject").text(), QStringLiteral("No1."));
+  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
+  // Passing over a message does not open it.
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(3));
+  EXPECT_TRUE(AwaitMark(3, kFlagNew, "0"));
+  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
+  EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
+  // The page that shows it now has kept its place, and the keys go on from there.
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_3'")));
+  Press(Qt::Key_Down);
+  EXPECT_TRUE(AwaitShown(4));
+  // One key takes it back, also before the while is over.
+  Press(Qt::Key_N);
+  test::RunFor(2500);
+  EXPECT_EQ(Mark(4, kFlagNew), QStringLiteral("1"));
+  // Another page shows another choice.
+  Child<QAction>(*Browser(), u"seek").trigger();
+  Browser()->ShowFolder(QString::fromUtf16(kShelf));
+  EXPECT_EQ(Pane()->Shown(), QString());
+}
+
+TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
+  BeginReading(2);
+  ClickLink(QStringLiteral("a[href*=mail_2]"));
+  ASSERT_TRUE(AwaitShown(2));
+  test::RunFor(QApplication::doubleClickInterval() + 100);
+  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+  const QVariantList at = Script(QStringLiteral("(() => { const r = document.querySelector("
+                                                "'a[href*=mail_1]').getClientRects()[0];"
+                                                "  return [r.x + 3, r.y + 3]; })()"))
+                              .toList();
+  ASSERT_EQ(at.size(), 2);
+  QWidget* target = View()->focusProxy();
+  const QPoint place(at[0].toInt(), at[1].toInt());
+  // Qt's own double click comes too slowly for the engine.
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                          QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+    const bool isUp = type == QEvent::MouseButtonRelease;
+    QMouseEvent event(type, place, target->mapToGlobal(place), Qt::LeftButton,
+                      isUp ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &event);
+  }
+  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  test::RunFor(300);
+  int windows = 0;
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    windows += qobject_cast<MessageWindow*>(top) != nullptr && top->isVisible() ? 1 : 0;
+  }
+  EXPECT_EQ(windows, 1);
+}
+
+// In a folder of what is unopened each message that is opened leaves the page. The next one takes
+// its place there and must not be opened in its turn, unseen.
+TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
+  BeginReading(3);
+  Context& context = program_->GetContext();
+  const DiskPtr shelf = LoadObject(context, QString::fromUtf16(kShelf));
+  shelf->Let(QStringLiteral("SqlUse"), true);
+  shelf->Let(QStringLiteral("Sql"), QStringLiteral("SUBSTR(FIELD_FLAG, 3, 1) = '1'"));
+  MadeAnewBy([&] { Browser()->ShowFolder(shelf->SerialID()); });
+  FocusPage();
+  Press(Qt::Key_Home);
+  ASSERT_TRUE(AwaitShown(1));
+  ASSERT_TRUE(AwaitGone("No1."));
+  test::RunFor(2500);
+  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_1"));
+  EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
+}
+
+TEST_F(ReadingPaneTest, WhoAsksForAReceiptIsAnsweredInAWindow) {
+  BeginReading(1, "Disposition-Notification-To: a@example.jp\r\n");
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  EXPECT_TRUE(Child<QWidget>(*Pane(), u"frReceipt").isVisible());
+  test::RunFor(2500);
+  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
+}
+
+TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
+  BeginReading(3);
+  auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_S);
+  EXPECT_TRUE(AwaitMark(1, kFlagStar, "1"));
+  EXPECT_EQ(Mark(2, kFlagStar), QStringLiteral("1"));
+  EXPECT_EQ(Mark(3, kFlagStar), QStringLiteral("0"));
+  Press(Qt::Key_N, Qt::ShiftModifier);
+  EXPECT_TRUE(AwaitMark(2, kFlagNew, "0"));
+  Press(Qt::Key_S);
+  EXPECT_TRUE(AwaitMark(2, kFlagStar, "0"));
+  EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("0"));
+  // Into the dust and out again.
+  MadeAnewBy([this] { Press(Qt::Key_Delete); });
+  EXPECT_TRUE(AwaitGone("No2."));
+  ASSERT_TRUE(undo.isVisible());
+  MadeAnewBy([&undo] { test::Press(undo); });
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
+  EXPECT_FALSE(undo.isVisible());
+  // Into a folder and out again.
+  Drop(QStringLiteral("mail_3"), QString::fromUtf16(kShelf));
+  ASSERT_TRUE(WaitFor([&undo] { return undo.isVisible(); }));
+  const auto isFiled = [this] {
+    Context& context = program_->GetContext();
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).value_or(QString());
+  };
+  EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
+  test::Press(undo);
+  EXPECT_EQ(isFiled(), QString());
+}
+
+}  // namespace
+}  // namespace vorn
