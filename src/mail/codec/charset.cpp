@@ -7,6 +7,7 @@
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/japanese_decoders.h"
+#include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
@@ -121,7 +122,8 @@ qsizetype WholeUtf8Length(QByteArrayView bytes) {
 DecodedText DecodeUtf8(QByteArrayView bytes, bool atCut) {
   if (bytes.startsWith("\xEF\xBB\xBF")) bytes = bytes.sliced(3);
   if (atCut) bytes = bytes.first(WholeUtf8Length(bytes));
-  QStringDecoder decoder(QStringConverter::Utf8);
+  // Stateless, so that a character that the end cuts off is an error.
+  QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
   DecodedText decoded{decoder(bytes), true};
   decoded.clean =
       !decoder.hasError() && (IsCleanUtf8Prefix(decoded.text) || bytes.contains("\xEF\xBF\xBD"));
@@ -311,15 +313,17 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
 }
 
 // Programs that know of no other code declare a Western one for whatever they are given. In it
-// every byte has a meaning.
+// every byte has a meaning, mostly a strange one.
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
+  constexpr int kSure = 8;
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
   const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
-  const Charset recognized = RecognizeCharset(sample);
-  if (recognized.family <= Family::Ascii) return {};
-  if (recognized.family == Family::Utf8) return recognized;
-  const bool isSure = IsMostlyEightBit(sample) &&
-                      Likelihood(Decode(recognized, sample, true).text) >= kSureOfJapanese;
+  const Charset recognized = RecognizeCharset(sample, sample.size() < bytes.size());
+  if (recognized.family <= Family::Ascii || recognized.family == Family::Other) return {};
+  const DecodedText reading = Decode(recognized, sample, true);
+  const bool isSure =
+      recognized.family == Family::Jis || (recognized.family == Family::Utf8 && reading.clean) ||
+      JapaneseCost(reading.text) + kSure <= WesternCost(Decode(declared, sample).text);
   return isSure ? recognized : Charset();
 }
 
@@ -335,10 +339,8 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
                : asDeclared.text;
   }
   if (declared.family <= Family::Ascii) {
-    const DecodedText recognized = Decode(RecognizeCharset(bytes), bytes, atCut);
-    const bool isUsual = Likelihood(recognized.text) >= 0 ||
-                         (IsMostlyEightBit(bytes) && AreHalfKanaWords(recognized.text));
-    if (recognized.clean && isUsual) return recognized.text;
+    const Charset recognized = RecognizeCharset(bytes, atCut);
+    if (recognized.family > Family::Ascii) return Decode(recognized, bytes, atCut).text;
   }
   return MostUsual(bytes, declared, asDeclared, atCut);
 }
@@ -377,10 +379,8 @@ QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
   const Family family = RecognizeCharset(bytes).family;
   if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
   const DecodedText asBody = Decode(code.body, bytes);
-  const bool isJapanese =
-      HasKana(recognized) ||
-      (IsWestern(code.body) && !recognized.contains(QChar::ReplacementCharacter) &&
-       IsMostlyEightBit(bytes) && LooksJapanese(recognized));
+  const bool isJapanese = IsWestern(code.body) ? family == Family::Euc || family == Family::ShiftJis
+                                               : HasKana(recognized);
   return asBody.clean && !isJapanese ? asBody.text : recognized;
 }
 

@@ -7,9 +7,10 @@
 namespace vorn {
 
 /// The likeliest character set of text that says nothing of its own: JIS by its escape sequences,
-/// else whichever of UTF-8, EUC and Shift-JIS decodes it without error, and of several the one that
-/// gives the more usual Japanese. Plain ASCII is `Ascii`; bytes that fit nothing are `Unknown`.
-Charset RecognizeCharset(QByteArrayView bytes);
+/// else whichever of UTF-8, EUC and Shift-JIS decodes it without error to usual Japanese, else the
+/// one of these and windows-1252 that explains most of it, errors counted. Plain ASCII is `Ascii`;
+/// bytes that fit nothing are `Unknown`. With `atCut` the end may cut a character off.
+Charset RecognizeCharset(QByteArrayView bytes, bool atCut = false);
 
 /// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
 bool HasJisEscape(QByteArrayView bytes);

@@ -1,0 +1,151 @@
+#include "mail/codec/reading_cost.h"
+
+#include <array>
+#include <vector>
+
+#include "mail/codec/charset_recognition.h"
+#include "mail/codec/code_page_932.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kError = 20;
+constexpr int kPrivate = 40;
+constexpr int kControl = 20;
+constexpr int kChange = 3;  // between Latin letters and Japanese, without a blank
+constexpr int kVoicing = 3;
+
+bool IsAsciiLetter(char16_t c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+int AsciiCost(char16_t c) {
+  if (c == ' ' || c == '\r' || c == '\n' || c == '\t') return 3;
+  return c < 0x20 || c == 0x7F ? kControl : 5;
+}
+
+int CostOf(char16_t c) {
+  if (c < 0x80) return AsciiCost(c);
+  if (c < 0xA0) return kControl;
+  if (c >= 0x3041 && c <= 0x3096) return 6;                 // hiragana
+  if (c >= 0x30A1 && c <= 0x30FC) return 8;                 // katakana
+  if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 6;  // 、。 and the wide blank
+  if (c >= 0x300C && c <= 0x3011) return 8;                 // brackets
+  if (c >= 0xFF01 && c <= 0xFF5E) return 8;                 // wide ASCII
+  if (c >= 0xFF61 && c <= 0xFF9F) return 7;                 // half-width kana
+  if (c >= 0xE000 && c <= 0xF8FF) return kPrivate;
+  if (c == QChar::ReplacementCharacter) return kError;
+  if (c >= 0x0370 && c <= 0x052F) return 15;  // Greek and Cyrillic
+  if (c >= 0x2500 && c <= 0x257F) return 12;  // ruled lines
+  if (c >= 0x4E00 && c <= 0x9FFF) return 18;
+  return c >= 0x2000 ? 11 : 14;
+}
+
+// By character. Ideographs of level 1 (JIS X 0208) are what nearly all texts are written with.
+const std::vector<quint8>& Costs() {
+  static const std::vector<quint8> costs = [] {
+    constexpr int kFirstRow = 16;
+    constexpr int kFirstRareRow = 48;
+    std::vector<quint8> table(0x10000);
+    for (unsigned c = 0; c < 0x10000; ++c) {
+      table[c] = static_cast<quint8>(CostOf(static_cast<char16_t>(c)));
+    }
+    const char16_t* const plane = CodePage932::Instance().Plane();
+    for (int at = (kFirstRow - 1) * 94; at < (kFirstRareRow - 1) * 94; ++at) table[plane[at]] = 10;
+    return table;
+  }();
+  return costs;
+}
+
+bool IsHalfKana(char16_t c) {
+  return c >= 0xFF61 && c <= 0xFF9F;
+}
+
+// The letters and signs over ASCII that Western texts have (windows-1252), by how usual they are.
+enum class Kind { Ascii, Letter, RareLetter, Capital, Sign, RareSign, Strange };
+
+Kind KindOf(char16_t c) {
+  if (c < 0x80) return Kind::Ascii;
+  if (QStringView(u"ðþýÿšžœ").contains(QChar(c))) return Kind::RareLetter;
+  if (QStringView(u"«»¿¡°§£©®²³·ªº\u00A0‘’“”„–—…•€™").contains(QChar(c))) return Kind::Sign;
+  if (c >= 0xDF && c <= 0xFF && c != 0xF7) return Kind::Letter;
+  if (c >= 0xC0 && c < 0xDF && c != 0xD7) return Kind::Capital;
+  if (c < 0xA0 || c == QChar::ReplacementCharacter) return Kind::Strange;
+  return c < 0xC0 ? Kind::RareSign : QChar(c).isUpper() ? Kind::Capital : Kind::RareSign;
+}
+
+int WesternCostAt(const QString& text, qsizetype at) {
+  const auto kindAt = [&text](qsizetype place) {
+    return place >= 0 && place < text.size() ? KindOf(text[place].unicode()) : Kind::Ascii;
+  };
+  const auto isLetterAt = [&text](qsizetype place) {
+    return place >= 0 && place < text.size() && IsAsciiLetter(text[place].unicode());
+  };
+  const auto isHighLetter = [](Kind kind) {
+    return kind == Kind::Letter || kind == Kind::Capital || kind == Kind::RareLetter;
+  };
+  const Kind kind = kindAt(at);
+  const bool follows = isHighLetter(kindAt(at - 1));
+  const bool isCrowded = follows && isHighLetter(kindAt(at - 2));
+  const bool isAmong = isLetterAt(at - 1) || isLetterAt(at + 1);
+  switch (kind) {
+    case Kind::Letter:
+      return isCrowded ? 14 : follows ? 8 : isAmong ? 5 : 9;
+    case Kind::RareLetter:
+      return isAmong && !follows ? 9 : 14;
+    case Kind::Capital:
+      return isLetterAt(at + 1) && !follows ? 7 : isAmong && !isCrowded ? 9 : 14;
+    case Kind::Sign:
+      return 7;
+    case Kind::RareSign:
+      return 13;
+    default:
+      return text[at] == QChar::ReplacementCharacter ? kError : 25;
+  }
+}
+
+}  // namespace
+
+int JapaneseCost(const QString& text) {
+  const std::vector<quint8>& costs = Costs();
+  int cost = 0;
+  char16_t before = ' ';
+  for (const QChar character : text) {
+    const char16_t c = character.unicode();
+    const bool isVoicing = (c == 0xFF9E || c == 0xFF9F) && before >= 0xFF73 && before <= 0xFF8E;
+    cost += isVoicing ? kVoicing : costs[c];
+    if (IsHalfKana(c) && !IsHalfKana(before)) cost += kChange;
+    if ((c >= 0x80 && IsAsciiLetter(before)) || (before >= 0x80 && IsAsciiLetter(c))) {
+      cost += kChange;
+    }
+    before = c;
+  }
+  return cost;
+}
+
+int WesternCost(const QString& text) {
+  int cost = 0;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const char16_t c = text[at].unicode();
+    cost += c < 0x80 ? AsciiCost(c) : WesternCostAt(text, at);
+  }
+  return cost;
+}
+
+bool IsSurelyJapanese(const QString& text) {
+  constexpr int kUsual = 19;  // halves of a bit for a character
+  const std::vector<quint8>& costs = Costs();
+  qsizetype cost = 0;
+  qsizetype count = 0;
+  bool isUsual = true;
+  for (const QChar character : text) {
+    const char16_t c = character.unicode();
+    if (c < 0x80) continue;
+    ++count;
+    cost += costs[c];
+    isUsual = isUsual && !IsHalfKana(c) && costs[c] < kError;
+  }
+  return isUsual && count > 0 && cost * 2 <= count * kUsual;
+}
+
+}  // namespace vorn
