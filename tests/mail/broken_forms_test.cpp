@@ -153,6 +153,51 @@ TEST(BrokenForms, EncodingsAreReadAsTheyCome) {
       QStringList{QStringLiteral("申込書表")});
 }
 
+// The second bytes of these characters are a quotation mark, a backslash, a semicolon and a
+// bracket.
+TEST(BrokenForms, FileNamesInJisKeepTheBytesThatLookLikeQuotes) {
+  const QString both = QStringLiteral("帰移参示.txt");
+  const QByteArray jis = *MimeCodec::EncodeText(both, OutputCharset::Jis);
+  ASSERT_TRUE(jis.contains('"') && jis.contains('\\') && jis.contains(';') && jis.contains('('));
+  QByteArray escaped = jis;
+  escaped.replace('\\', "\\\\").replace('"', "\\\"");
+  QByteArray word = jis;
+  word.replace('\x1B', "=1B");
+  struct Case {
+    const char* what;
+    QByteArray value;
+  };
+  const Case cases[] = {
+      {"raw", '"' + jis + '"'},
+      {"raw without quotes", jis},
+      {"escaped", '"' + escaped + '"'},
+      {"Q word", "\"=?iso-2022-jp?Q?" + word + "?=\""},
+  };
+  for (const Case& c : cases) {
+    for (const char* form : {"Content-Disposition: attachment; filename=%; size=5",
+                             "Content-Type: application/pdf; name=%; x=y"}) {
+      EXPECT_EQ(Names(QByteArray(form).replace('%', c.value) + "\r\n\r\nx"), QStringList{both})
+          << c.what << ' ' << form;
+    }
+  }
+}
+
+TEST(BrokenForms, OfTwoFormsOfANameTheReadableOneCounts) {
+  const QByteArray extended = "filename*=utf-8''%E4%BC%9A%E8%AD%B0.txt";
+  const QByteArray broken = "filename*=utf-8''%E4%BC%E8%AD.txt";
+  const QByteArray plain = "filename=\"=?utf-8?B?5Lya6K2wLnR4dA==?=\"";
+  const QByteArray marks = "filename=\"??.txt\"";
+  const QByteArray type =
+      "\r\nContent-Type: application/pdf; name=\"\xE4\xBC\x9A\xE8\xAD\xB0.txt\"";
+  for (const QByteArray& forms :
+       {marks + "; " + extended, broken + "; " + plain, plain + "; " + broken, marks + type,
+        broken + type, broken + "; " + marks + type, extended + type}) {
+    EXPECT_EQ(Names("Content-Disposition: attachment; " + forms + "\r\n\r\nx"),
+              QStringList{QStringLiteral("会議.txt")})
+        << forms.constData();
+  }
+}
+
 TEST(BrokenForms, CodesAreReadByTheirOwnNames) {
   const auto read = [](const char* label, const QByteArray& bytes) {
     return DecodeAutomatically(bytes, Charset::FromLabel(label));
