@@ -198,6 +198,30 @@ TEST(BrokenForms, OfTwoFormsOfANameTheReadableOneCounts) {
   }
 }
 
+TEST(BrokenForms, FieldsAreReadWithCommentsQuotesAndWithoutNames) {
+  struct Case {
+    QByteArray fields;
+    const char* body;
+    const char16_t* text;
+  };
+  const Case cases[] = {
+      {"Content-Type: text/plain; charset=gb2312 (as usual)", "\xC4\xE3\xBA\xC3", u"你好"},
+      {"Content-Type: text/plain (x); charset=\"gb2312 (y)\"", "\xC4\xE3\xBA\xC3", u"你好"},
+      {"Content-Transfer-Encoding: \"base64\"", "5Lya6K2w", u"会議"},
+      {"Content-Transfer-Encoding: (see (RFC 2045)) base64", "5Lya6K2w", u"会議"},
+      {"Content-Transfer-Encoding: quoted-printable (x)", "=E4=BC=9A=E8=AD=B0", u"会議"},
+      {"Content-Type: text/plain; charset=x-SJIS_0213", "\x83\xE5\x82\xA0", u"☎あ"},
+      {"Content-Type: text/plain; charset=cp949", "\x8C\x63\x94\xEE", u"똠뷁"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Text(c.fields + "\r\n\r\n" + c.body + "\r\n").trimmed(), QString::fromUtf16(c.text))
+        << c.fields.constData();
+  }
+  EXPECT_EQ(Subject("=??B?5Lya6K2w?= =??Q?=E3=81=A7=E3=81=99?="), QStringLiteral("会議です"));
+  EXPECT_EQ(Subject("what =?? is =?x?="), QStringLiteral("what =?? is =?x?="));
+  EXPECT_EQ(DecodeAutomatically("\x8C\xFF", Charset::FromLabel("ibm-949")).count(QChar(0x1A)), 0);
+}
+
 TEST(BrokenForms, CodesAreReadByTheirOwnNames) {
   const auto read = [](const char* label, const QByteArray& bytes) {
     return DecodeAutomatically(bytes, Charset::FromLabel(label));

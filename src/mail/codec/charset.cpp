@@ -68,10 +68,14 @@ constexpr Label kLabels[] = {
 constexpr char kEucX0213[] = "EUC-JISX0213";
 constexpr char kShiftJisX0213[] = "SHIFT_JISX0213";
 
-QByteArray NameForIconv(const QByteArray& squeezed) {
-  if (squeezed == "eucjis2004" || squeezed == "eucjisx0213") return kEucX0213;
-  if (squeezed == "shiftjis2004" || squeezed == "shiftjisx0213" || squeezed == "sjis2004") {
-    return kShiftJisX0213;
+QByteArray NameForIconv(QByteArrayView squeezed) {
+  if (squeezed.startsWith('x')) squeezed = squeezed.sliced(1);
+  for (const QByteArrayView name : {"eucjis2004", "eucjisx0213", "eucjis0213"}) {
+    if (squeezed == name) return kEucX0213;
+  }
+  for (const QByteArrayView name :
+       {"shiftjis2004", "shiftjisx0213", "shiftjis0213", "sjis2004", "sjisx0213", "sjis0213"}) {
+    if (squeezed == name) return kShiftJisX0213;
   }
   return {};
 }
@@ -94,9 +98,9 @@ QByteArray Squeeze(QByteArrayView label) {
 QByteArray WiderName(const QByteArray& squeezed, QByteArrayView label) {
   if (squeezed == "iso88591" || squeezed == "latin1") return "windows-1252";
   if (squeezed == "iso88599") return "windows-1254";
-  if (squeezed == "ksc56011987" || squeezed == "ksc5601" || squeezed == "euckr" ||
-      squeezed == "uhc") {
-    return "windows-949";
+  for (const QByteArrayView korean : {"ksc56011987", "ksc5601", "ksc56011989", "euckr", "uhc",
+                                      "xuhc", "cp949", "xcp949", "949"}) {
+    if (squeezed == korean) return "windows-949";
   }
   if (squeezed == "gb2312" || squeezed == "gbk") return "gb18030";
   if (squeezed == "tis620") return "windows-874";
@@ -149,6 +153,9 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
     IcuConverter converter(icuName.constData());
     if (!converter.IsValid()) return DecodeAscii(bytes);
     text = converter.Decode(bytes);
+    // What some of its tables have for a character that they lack.
+    constexpr char16_t kSubstitute = 0x1A;
+    if (!bytes.contains(kSubstitute)) text.replace(kSubstitute, QChar::ReplacementCharacter);
   }
   if (atCut && text.endsWith(QChar::ReplacementCharacter)) text.chop(1);
   if (text.startsWith(QChar::ByteOrderMark)) text.remove(0, 1);
@@ -206,6 +213,7 @@ CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
 }
 
 Charset Charset::FromLabel(QByteArrayView label) {
+  if (const qsizetype comment = label.indexOf('('); comment >= 0) label = label.first(comment);
   const QByteArray squeezed = Squeeze(label.trimmed());
   if (squeezed.isEmpty()) return {};
   const auto known = std::find_if(std::begin(kLabels), std::end(kLabels), [&](const Label& entry) {

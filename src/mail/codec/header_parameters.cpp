@@ -61,9 +61,16 @@ qsizetype FindOutsideQuotes(QByteArrayView text, char mark, qsizetype from, bool
   return text.size();
 }
 
-QByteArray WithoutComment(QByteArrayView text) {
-  const qsizetype comment = text.indexOf('(');
-  return text.first(comment < 0 ? text.size() : comment).trimmed().toByteArray();
+// A word of which comments and quotation marks are no part.
+QByteArray BareWord(QByteArrayView text) {
+  QByteArray word;
+  int comments = 0;
+  for (const char c : text) {
+    comments += c == '(' ? 1 : 0;
+    if (comments == 0 && c != '"') word += c;
+    comments -= c == ')' && comments > 0 ? 1 : 0;
+  }
+  return word.trimmed();
 }
 
 // Some programs put a backslash before the bytes of a JIS character as if they were ASCII.
@@ -129,7 +136,7 @@ HeaderParameters::HeaderParameters(QByteArrayView value) {
   // "text/plain charset=..." lacks the semicolon.
   const qsizetype blank = value.first(end).trimmed().indexOf(' ');
   if (blank > 0 && value.first(end).indexOf('=') > blank) end = value.indexOf(' ');
-  main_ = WithoutComment(value.first(end)).toLower();
+  main_ = BareWord(value.first(end)).toLower();
   while (end < value.size()) {
     const qsizetype start = end + 1;
     end = FindOutsideQuotes(value, ';', start, isShiftJis);
