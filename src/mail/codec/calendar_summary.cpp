@@ -139,7 +139,7 @@ QString CalendarSummary(const QString& calendar, bool withDescription) {
   QStringList summaries;
   for (icalcomponent* event : events) {
     if (summaries.size() == kMostShown) break;
-    summaries.append(Summary(event).Run(icalcomponent_get_method(parsed.Whole()), withDescription));
+    summaries.append(Summary(event).Run(MethodOf(event), withDescription));
   }
   const auto rest = static_cast<qsizetype>(events.size()) - summaries.size();
   if (rest > 0) summaries.append(Ui::tr("（ほかに%1件の予定があります）").arg(rest) + kLineBreak);

@@ -1,7 +1,6 @@
 #include "mail/codec/text_extraction.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/code_page_932.h"
@@ -110,17 +109,35 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
   return nullptr;
 }
 
-// What the reports and the appointment in the message say, behind its text, or the text of a
+// The calendars of a message one behind the other, each of them once: many come again as a file,
+// which asks for no answer. What cannot be read stands in the way of none.
+QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  const ReadingCode& charset) {
+  constexpr qsizetype kMost = 20;
+  QStringList calendars;
+  QStringList said;
+  QString broken;
+  for (const ContentRecord& record : records) {
+    if (record.type != u"text/calendar" || record.first > record.last) continue;
+    if (calendars.size() == kMost) break;
+    const QString calendar = DecodeText(source, record, record.last, charset, false);
+    const QString summary = CalendarSummary(calendar, true);
+    const QString appointment = summary.section(QStringLiteral("\r\n"), 1);
+    if (summary.isEmpty() && broken.isEmpty()) broken = calendar;
+    if (summary.isEmpty() || said.contains(appointment)) continue;
+    said.append(appointment);
+    calendars.append(calendar.endsWith(u'\n') ? calendar : calendar + QStringLiteral("\r\n"));
+  }
+  return calendars.isEmpty() ? broken : calendars.join(QString());
+}
+
+// What the reports and the appointments in the message say, behind its text, or the text of a
 // package in the place of one.
 QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
                 const ReadingCode& charset, bool isBlank) {
-  QString text;
-  bool hasCalendar = false;  // the same once more as a file
+  QString text = CalendarSummary(Calendars(source, records, charset), isBlank);
   for (const ContentRecord& record : records) {
     if (record.first > record.last) continue;
-    if (record.type == u"text/calendar" && !std::exchange(hasCalendar, true)) {
-      text += CalendarSummary(DecodeText(source, record, record.last, charset, false), isBlank);
-    }
     const bool isPackage = isBlank && text.isEmpty() && IsTnef(record.type, record.name);
     if (!IsReport(record.type) && !isPackage) continue;
     const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
@@ -220,11 +237,7 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
 
 QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
                            const ReadingCode& charset) {
-  for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
-    if (record.type != u"text/calendar" || record.first > record.last) continue;
-    return DecodeText(source, record, record.last, charset, false);
-  }
-  return {};
+  return Calendars(source, MimeCodec::ParseContentIndex(contentIndex), charset);
 }
 
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,

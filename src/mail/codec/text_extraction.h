@@ -33,7 +33,8 @@ struct MessageText {
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
 
-/// The calendar (RFC 5545) that came with the message, decoded; a null string when it has none.
+/// The calendars (RFC 5545) that came with the message, decoded, one behind the other; empty when
+/// it has none.
 QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
                            const ReadingCode& charset);
 
