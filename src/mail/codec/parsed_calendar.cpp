@@ -1,5 +1,6 @@
 #include "mail/codec/parsed_calendar.h"
 
+#include <QByteArrayList>
 #include <algorithm>
 
 #include "mail/codec/list_splitting.h"
@@ -14,10 +15,28 @@ QMutex& LibraryMutex() {
   return mutex;
 }
 
+// With the ends of what the end of the text left open, and without the line that it cut.
+QByteArray Completed(const QByteArray& calendar) {
+  QByteArrayList open;
+  const qsizetype whole = calendar.lastIndexOf('\n') + 1;
+  for (const QByteArray& line : calendar.first(whole).split('\n')) {
+    const QByteArray entry = line.trimmed().toUpper();
+    if (entry.startsWith("BEGIN:")) open.append(entry.sliced(6));
+    if (entry.startsWith("END:") && !open.isEmpty() && open.last() == entry.sliced(4)) {
+      open.removeLast();
+    }
+  }
+  QByteArray completed = calendar.first(whole);
+  while (!open.isEmpty()) completed += "END:" + open.takeLast() + "\r\n";
+  return completed;
+}
+
 icalcomponent* Parse(const QString& calendar) {
   if (calendar.size() > kLargest) return nullptr;
   icalerror_set_errors_are_fatal(false);
-  return icalparser_parse_string(calendar.toUtf8().constData());
+  const QByteArray bytes = calendar.toUtf8();
+  icalcomponent* parsed = icalparser_parse_string(bytes.constData());
+  return parsed != nullptr ? parsed : icalparser_parse_string(Completed(bytes).constData());
 }
 
 }  // namespace
@@ -50,6 +69,12 @@ std::vector<icalcomponent*> ParsedCalendar::Events() const {
   std::vector<icalcomponent*> events;
   if (whole_ != nullptr) Collect(whole_.get(), ICAL_VEVENT_COMPONENT, 0, events);
   return events;
+}
+
+std::vector<icalcomponent*> ParsedCalendar::Todos() const {
+  std::vector<icalcomponent*> todos;
+  if (whole_ != nullptr) Collect(whole_.get(), ICAL_VTODO_COMPONENT, 0, todos);
+  return todos;
 }
 
 icalcomponent* ParsedCalendar::Event() const {

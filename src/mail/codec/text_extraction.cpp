@@ -135,7 +135,9 @@ QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& recor
 // package in the place of one.
 QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
                 const ReadingCode& charset, bool isBlank) {
-  QString text = CalendarSummary(Calendars(source, records, charset), isBlank);
+  const QString calendars = Calendars(source, records, charset);
+  QString text = CalendarSummary(calendars, isBlank);
+  if (isBlank && text.isEmpty()) text = calendars;  // which nobody can read in another way
   for (const ContentRecord& record : records) {
     if (record.first > record.last) continue;
     const bool isPackage = isBlank && text.isEmpty() && IsTnef(record.type, record.name);
