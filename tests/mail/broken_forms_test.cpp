@@ -222,6 +222,36 @@ TEST(BrokenForms, FieldsAreReadWithCommentsQuotesAndWithoutNames) {
   EXPECT_EQ(DecodeAutomatically("\x8C\xFF", Charset::FromLabel("ibm-949")).count(QChar(0x1A)), 0);
 }
 
+TEST(BrokenForms, WhatIsAMessagesOnlyTextIsShown) {
+  struct Case {
+    const char* source;
+    const char16_t* text;
+  };
+  const Case cases[] = {
+      {"Content-Type: text/markdown\r\n\r\n# 題\r\n", u"# 題"},
+      {"Content-Type: text/csv; charset=shift_jis\r\n\r\na,\x89\xEF\x8B\x63\r\n", u"a,会議"},
+      {"Content-Type: text/enriched\r\n\r\n<bold>Now</bold> is\r\nthe <param>x</param>time\r\n"
+       "\r\nto << go\r\n",
+       u"Now is the time\r\nto < go"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\nplain\r\n--b\r\n"
+       "Content-Type: text/markdown\r\n\r\n# x\r\n--b--\r\n",
+       u"plain"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\n前置き\r\n--b\r\n"
+       "Content-Type: image/png\r\n\r\nx\r\n--b--\r\n",
+       u"前置き"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\nThis is a multi-part message.\r\n--b\r\n"
+       "Content-Type: image/png\r\n\r\nx\r\n--b--\r\n",
+       u""},
+      {"Content-Transfer-Encoding: base64\r\n\r\n> 5Lya\r\n> 6K2w\r\n", u"会議"},
+      {"Content-Transfer-Encoding: base64\r\n\r\n>5Lya6K2w\r\n", u"会議"},
+      {"Content-Transfer-Encoding: base64\r\n\r\n> no\r\nbase64 at all\r\n",
+       u"> no\r\nbase64 at all"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Text(c.source).trimmed(), QString::fromUtf16(c.text)) << c.source;
+  }
+}
+
 TEST(BrokenForms, CodesAreReadByTheirOwnNames) {
   const auto read = [](const char* label, const QByteArray& bytes) {
     return DecodeAutomatically(bytes, Charset::FromLabel(label));

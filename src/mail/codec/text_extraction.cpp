@@ -4,7 +4,9 @@
 
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/code_page_932.h"
+#include "mail/codec/enriched_text.h"
 #include "mail/codec/flowed_text.h"
+#include "mail/codec/header_fields.h"
 #include "mail/codec/html_text.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/report_summary.h"
@@ -94,6 +96,9 @@ QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype
 // What a part shows: paragraphs of flowed text joined, HTML as text.
 QString ReadableText(QByteArrayView source, const ContentRecord& record, const QString& text) {
   if (record.type == u"text/html") return HtmlToText(text);
+  if (record.type == u"text/enriched" || record.type == u"text/richtext") {
+    return EnrichedToText(text);
+  }
   if (record.type != u"text/plain") return text;
   const MimeCodec::HeaderParameters type = MimeCodec::ContentType(source, record);
   if (type.Bytes("format").compare("flowed", Qt::CaseInsensitive) != 0) return text;
@@ -107,6 +112,32 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
     }
   }
   return nullptr;
+}
+
+// Text that is none of the types that are shown as text, but all that a message says.
+QString OtherText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  const ReadingCode& charset) {
+  for (const ContentRecord& record : records) {
+    const bool isOther = record.type.startsWith(u"text/") && record.type != u"text/html" &&
+                         record.type != u"text/calendar" && record.type != u"text/rtf";
+    if (!isOther || record.hasName || record.first > record.last) continue;
+    const QString text = DecodeText(source, record, record.last, charset, false);
+    if (!QStringView(text).trimmed().isEmpty()) return ReadableText(source, record, text);
+  }
+  return {};
+}
+
+// What stands before the first part, unless it only tells readers without MIME what they see.
+QString Preamble(QByteArrayView source, const std::vector<ContentRecord>& records,
+                 const ReadingCode& charset) {
+  const qsizetype start = MimeCodec::HeaderBlockEnd(source);
+  if (records.empty() || records.front().headerFirst <= start) return {};
+  const QByteArrayView before = source.sliced(start, records.front().headerFirst - start);
+  const qsizetype delimiter = before.startsWith("--") ? 0 : before.indexOf("\n--") + 1;
+  const QString text = DecodeWithChoice(before.first(delimiter), {}, charset);
+  const bool isForProgram = text.contains(QStringLiteral("MIME"), Qt::CaseInsensitive) ||
+                            text.contains(QStringLiteral("multi-part"), Qt::CaseInsensitive);
+  return isForProgram || QStringView(text).trimmed().isEmpty() ? QString() : text;
 }
 
 // The calendars of a message one behind the other, each of them once: many come again as a file,
@@ -198,11 +229,17 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
     const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
     result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
   }
-  if (QStringView(result.text).trimmed().isEmpty()) {
+  const auto fallBack = [&](const QString& text) {
+    if (!text.isEmpty()) result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
+  };
+  const auto saysNothing = [&] { return QStringView(result.text).trimmed().isEmpty(); };
+  if (saysNothing()) fallBack(OtherText(source, records, request.charset));
+  if (saysNothing()) {
     const QString inner = InnerText(source, records, request);
     if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
   }
-  const bool isBlank = QStringView(result.text).trimmed().isEmpty();
+  if (saysNothing() && !request.isInner) fallBack(Preamble(source, records, request.charset));
+  const bool isBlank = saysNothing();
   const QString reports = request.withReports && !truncated
                               ? Reports(source, records, request.charset, isBlank)
                               : QString();
@@ -224,6 +261,7 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
   QString text;
   if (--request.depth < 0) return text;
   request.maximum = 0;
+  request.isInner = true;
   for (const ContentRecord& record : records) {
     if (record.type != u"message/rfc822" || record.first > record.last ||
         MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
