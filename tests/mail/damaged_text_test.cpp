@@ -117,6 +117,10 @@ TEST(UnlabelledText, WesternWordsAndAFewJapaneseOnesAreWhatTheyAre) {
       {"\x93It\x92s\x94 5 \x80", u"“It’s” 5 €"},
       {"\xC5ngstr\xF6m", u"Ångström"},
       {"cr\xE9\xE9\x65", u"créée"},
+      {"\xC8 possibile", u"È possibile"},
+      {"OP\xC7\xC3O", u"OPÇÃO"},
+      {"\xC4\xE4nekoski", u"Äänekoski"},
+      {"7\xD7\x39", u"7×9"},
   };
   for (const Western& western : kWestern) {
     const QString text = QString::fromUtf16(western.text);
@@ -125,6 +129,9 @@ TEST(UnlabelledText, WesternWordsAndAFewJapaneseOnesAreWhatTheyAre) {
     }
     EXPECT_EQ(CodeNumber(RecognizeCharset(western.bytes)), -1) << text.toStdString();
   }
+  // The code is looked for where the text begins that is not ASCII.
+  const QByteArray late = QByteArray(100000, 'x') + " caf\xE9";
+  EXPECT_TRUE(DecodeAutomatically(late, {}).endsWith(QStringLiteral("café")));
   for (const Code& code : kCodes) {
     for (const char16_t* words : {u"会議室", u"田中様", u"サーバー", u"了解です", u"Re: 見積書"}) {
       const QString text = QString::fromUtf16(words);

@@ -240,11 +240,23 @@ Charset Charset::FromChoice(CharsetChoice choice) {
   }
 }
 
+namespace {
+
+// A byte that was lost behind an escape makes a foreign set of a Japanese one.
+DecodedText DecodeJis(QByteArrayView bytes, bool atCut) {
+  if (!HasForeignEscape(bytes)) return DecodeIso2022Jp(bytes, atCut);
+  DecodedText foreign = DecodeOther("ISO-2022-JP-2", bytes, atCut);
+  if (foreign.clean) return foreign;
+  DecodedText usual = DecodeIso2022Jp(bytes, atCut);
+  return JapaneseCost(usual.text) < JapaneseCost(foreign.text) ? usual : foreign;
+}
+
+}  // namespace
+
 DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
   switch (charset.family) {
     case Family::Jis:
-      return HasForeignEscape(bytes) ? DecodeOther("ISO-2022-JP-2", bytes, atCut)
-                                     : DecodeIso2022Jp(bytes, atCut);
+      return DecodeJis(bytes, atCut);
     case Family::Euc:
       return DecodeEucJp(bytes, atCut);
     case Family::ShiftJis:
@@ -323,7 +335,7 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
 // Programs that know of no other code declare a Western one for whatever they are given. In it
 // every byte has a meaning, mostly a strange one.
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
-  constexpr int kSure = 8;
+  constexpr int kSure = 6;
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
   const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
   const Charset recognized = RecognizeCharset(sample, sample.size() < bytes.size());
@@ -340,15 +352,15 @@ Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes)
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
   if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
-  DecodedText asDeclared = Decode(declared, bytes, atCut);
+  if (declared.family <= Family::Ascii) {
+    const Charset recognized = RecognizeCharset(bytes, atCut);
+    if (recognized.family > Family::Ascii) return Decode(recognized, bytes, atCut).text;
+  }
+  const DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
     return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
                ? Decode({Family::Euc, {}}, bytes, atCut).text
                : asDeclared.text;
-  }
-  if (declared.family <= Family::Ascii) {
-    const Charset recognized = RecognizeCharset(bytes, atCut);
-    if (recognized.family > Family::Ascii) return Decode(recognized, bytes, atCut).text;
   }
   return MostUsual(bytes, declared, asDeclared, atCut);
 }

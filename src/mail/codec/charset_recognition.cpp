@@ -124,13 +124,12 @@ std::optional<QString> ReadWithoutErrors(Family family, QByteArrayView bytes, bo
 }
 
 // As much of bytes as is needed to tell their code, with the letters before what is not ASCII.
-QByteArrayView Telling(QByteArrayView bytes) {
-  constexpr qsizetype kEnough = 4096;
+QByteArrayView Telling(QByteArrayView bytes, qsizetype enough) {
   constexpr qsizetype kBefore = 8;
-  const auto* const high =
-      std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
-  bytes = bytes.sliced(qMax(high - bytes.begin() - kBefore, qsizetype{0}));
-  return bytes.first(qMin(bytes.size(), kEnough));
+  const auto* const first = std::find_if(bytes.begin(), bytes.end(),
+                                         [](char c) { return (c & 0x80) != 0 || c == '\x1B'; });
+  bytes = bytes.sliced(qMax(first - bytes.begin() - kBefore, qsizetype{0}));
+  return bytes.first(qMin(bytes.size(), enough));
 }
 
 // Bytes that fit no code surely: whichever reading explains them best, errors counted. One in which
@@ -158,14 +157,16 @@ Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
   const auto high =
       std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
   const qsizetype plain = bytes.size() - high;
-  return bestCost - plain * 5 > high * kStrange ? Charset() : best;
+  const bool isStrange = bestCost - plain * 5 > high * kStrange;
+  return isStrange && best.family != Family::Jis ? Charset() : best;
 }
 
 }  // namespace
 
 Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
-  atCut = atCut || bytes.size() > kSampleBytes;
-  bytes = bytes.first(qMin(bytes.size(), kSampleBytes));
+  const QByteArrayView sample = Telling(bytes, kSampleBytes);
+  atCut = atCut || sample.end() != bytes.end();
+  bytes = sample;
   const bool hasHighBytes =
       std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
   const bool hasJisEscape = HasJisEscape(bytes);
@@ -183,7 +184,8 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   if (euc && shiftJis && AreHalfKanaWords(*shiftJis) && AreRareInEuc(bytes)) {
     return {Family::ShiftJis, {}};
   }
-  const QByteArrayView telling = hasJisEscape ? bytes : Telling(bytes);
+  constexpr qsizetype kEnough = 4096;
+  const QByteArrayView telling = hasJisEscape ? bytes : Telling(bytes, kEnough);
   return LikeliestCharset(telling, hasJisEscape, atCut || telling.end() != bytes.end());
 }
 

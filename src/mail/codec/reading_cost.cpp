@@ -12,7 +12,9 @@ namespace {
 constexpr int kError = 20;
 constexpr int kPrivate = 40;
 constexpr int kControl = 20;
-constexpr int kChange = 3;  // between Latin letters and Japanese, without a blank
+constexpr int kEscape = 40;         // which has a meaning in ISO-2022-JP alone
+constexpr int kChange = 3;          // between Latin letters and Japanese, without a blank
+constexpr int kHalfKanaBegins = 6;  // where they do, they are several
 constexpr int kVoicing = 3;
 
 bool IsAsciiLetter(char16_t c) {
@@ -21,6 +23,7 @@ bool IsAsciiLetter(char16_t c) {
 
 int AsciiCost(char16_t c) {
   if (c == ' ' || c == '\r' || c == '\n' || c == '\t') return 3;
+  if (c == 0x1B) return kEscape;
   return c < 0x20 || c == 0x7F ? kControl : 5;
 }
 
@@ -62,45 +65,63 @@ bool IsHalfKana(char16_t c) {
 }
 
 // The letters and signs over ASCII that Western texts have (windows-1252), by how usual they are.
-enum class Kind { Ascii, Letter, RareLetter, Capital, Sign, RareSign, Strange };
+enum class Kind { Ascii, Letter, RareLetter, Capital, Opening, Sign, RareSign, Strange };
 
 Kind KindOf(char16_t c) {
   if (c < 0x80) return Kind::Ascii;
   if (QStringView(u"ðþýÿšžœ").contains(QChar(c))) return Kind::RareLetter;
-  if (QStringView(u"«»¿¡°§£©®²³·ªº\u00A0‘’“”„–—…•€™").contains(QChar(c))) return Kind::Sign;
+  if (QStringView(u"¿¡\u00A0").contains(QChar(c))) return Kind::Opening;
+  if (QStringView(u"×«»°§£©®²³·ªºµ‘’“”„–—…•€™").contains(QChar(c))) return Kind::Sign;
   if (c >= 0xDF && c <= 0xFF && c != 0xF7) return Kind::Letter;
   if (c >= 0xC0 && c < 0xDF && c != 0xD7) return Kind::Capital;
+  if (QStringView(u"ŠŽŒ").contains(QChar(c))) return Kind::Capital;
   if (c < 0xA0 || c == QChar::ReplacementCharacter) return Kind::Strange;
-  return c < 0xC0 ? Kind::RareSign : QChar(c).isUpper() ? Kind::Capital : Kind::RareSign;
+  return Kind::RareSign;
+}
+
+bool IsHighLetter(Kind kind) {
+  return kind == Kind::Letter || kind == Kind::Capital || kind == Kind::RareLetter;
+}
+
+// A letter over ASCII among its neighbours, 0 where there are none. Two in a row are seldom, three
+// are no word, but for one that is doubled.
+int HighLetterCost(Kind kind, char16_t letter, char16_t before, char16_t beforeThat,
+                   char16_t after) {
+  const bool follows = IsHighLetter(KindOf(before));
+  const bool isCrowded = follows && IsHighLetter(KindOf(beforeThat));
+  const bool isAmong = IsAsciiLetter(before) || IsAsciiLetter(after);
+  if (follows && QChar(letter).toLower() == QChar(before).toLower()) return 5;
+  if (isCrowded) return 14;
+  if (kind == Kind::RareLetter) return isAmong && !follows ? 9 : 14;
+  if (kind == Kind::Letter) return follows ? 8 : isAmong ? 5 : 9;
+  const auto isCapital = [](char16_t c) { return c >= 'A' && c <= 'Z'; };
+  const bool begins = !IsAsciiLetter(before) && !follows;
+  const bool isWord = begins && (IsAsciiLetter(after) || KindOf(after) == Kind::Letter);
+  if (isWord || isCapital(before) || isCapital(after)) return 7;
+  return !follows && !IsHighLetter(KindOf(after)) ? 9 : 14;
 }
 
 int WesternCostAt(const QString& text, qsizetype at) {
-  const auto kindAt = [&text](qsizetype place) {
-    return place >= 0 && place < text.size() ? KindOf(text[place].unicode()) : Kind::Ascii;
+  const auto charAt = [&text](qsizetype place) {
+    return place >= 0 && place < text.size() ? text[place].unicode() : char16_t(0);
   };
-  const auto isLetterAt = [&text](qsizetype place) {
-    return place >= 0 && place < text.size() && IsAsciiLetter(text[place].unicode());
-  };
-  const auto isHighLetter = [](Kind kind) {
-    return kind == Kind::Letter || kind == Kind::Capital || kind == Kind::RareLetter;
-  };
-  const Kind kind = kindAt(at);
-  const bool follows = isHighLetter(kindAt(at - 1));
-  const bool isCrowded = follows && isHighLetter(kindAt(at - 2));
-  const bool isAmong = isLetterAt(at - 1) || isLetterAt(at + 1);
+  const char16_t c = text[at].unicode();
+  const Kind kind = KindOf(c);
   switch (kind) {
+    case Kind::Ascii:
+      return AsciiCost(c);
     case Kind::Letter:
-      return isCrowded ? 14 : follows ? 8 : isAmong ? 5 : 9;
     case Kind::RareLetter:
-      return isAmong && !follows ? 9 : 14;
     case Kind::Capital:
-      return isLetterAt(at + 1) && !follows ? 7 : isAmong && !isCrowded ? 9 : 14;
+      return HighLetterCost(kind, c, charAt(at - 1), charAt(at - 2), charAt(at + 1));
+    case Kind::Opening:
+      return 5;
     case Kind::Sign:
-      return 7;
+      return KindOf(charAt(at - 1)) == Kind::Sign ? 11 : 7;
     case Kind::RareSign:
       return 13;
     default:
-      return text[at] == QChar::ReplacementCharacter ? kError : 25;
+      return c == QChar::ReplacementCharacter ? kError : 25;
   }
 }
 
@@ -110,11 +131,13 @@ int JapaneseCost(const QString& text) {
   const std::vector<quint8>& costs = Costs();
   int cost = 0;
   char16_t before = ' ';
+  bool inHalfKana = false;  // words of them, with blanks between them
   for (const QChar character : text) {
     const char16_t c = character.unicode();
     const bool isVoicing = (c == 0xFF9E || c == 0xFF9F) && before >= 0xFF73 && before <= 0xFF8E;
     cost += isVoicing ? kVoicing : costs[c];
-    if (IsHalfKana(c) && !IsHalfKana(before)) cost += kChange;
+    if (IsHalfKana(c) && !inHalfKana) cost += kHalfKanaBegins;
+    if (c != ' ') inHalfKana = IsHalfKana(c);
     if ((c >= 0x80 && IsAsciiLetter(before)) || (before >= 0x80 && IsAsciiLetter(c))) {
       cost += kChange;
     }
@@ -125,10 +148,7 @@ int JapaneseCost(const QString& text) {
 
 int WesternCost(const QString& text) {
   int cost = 0;
-  for (qsizetype at = 0; at < text.size(); ++at) {
-    const char16_t c = text[at].unicode();
-    cost += c < 0x80 ? AsciiCost(c) : WesternCostAt(text, at);
-  }
+  for (qsizetype at = 0; at < text.size(); ++at) cost += WesternCostAt(text, at);
   return cost;
 }
 
