@@ -93,7 +93,7 @@ TEST_P(DamagedText, OneDamagedByteSpoilsAFewCharactersAlone) {
     }
     EXPECT_EQ(unreadable, 0) << code.label;
     // Where the text lies between rare characters nobody can tell which byte was too many.
-    EXPECT_LE(tooMany * 50, trials) << code.label;
+    EXPECT_LE(tooMany * (code.output == Output::ShiftJis ? 70 : 200), trials) << code.label;
   }
 }
 

@@ -72,6 +72,8 @@ bool AreHalfKanaWords(const QString& text) {
   return true;
 }
 
+namespace {
+
 // A code read as another one gives half-width kana, rare ideographs and private characters where
 // the right one gives kana and common ideographs.
 int CharacterWeight(char16_t c) {
@@ -87,6 +89,8 @@ int CharacterWeight(char16_t c) {
   if (c >= 0x4E00 && c <= 0x9FFF) return 5;
   return 0;
 }
+
+}  // namespace
 
 // Per character of the reading, so that a code with more characters does not win by their number.
 double Likelihood(const QString& text) {

@@ -22,10 +22,8 @@ bool HasForeignEscape(QByteArrayView bytes);
 /// Whether what is not ASCII in a text are half-width kana alone, as words have them.
 bool AreHalfKanaWords(const QString& text);
 
-/// How usual a character is in Japanese text, from -25 for U+FFFD to 12 for hiragana.
-int CharacterWeight(char16_t character);
-
-/// The mean weight of what is not ASCII in a text; 0 when all is.
+/// How usual on average what is not ASCII in a text is in Japanese, from -25 for U+FFFD to 12 for
+/// hiragana; 0 when all is ASCII.
 double Likelihood(const QString& text);
 
 /// Whether a text has more of what is usual in Japanese than of what a wrong code gives.

@@ -7,6 +7,7 @@
 #include "mail/codec/code_page_932.h"
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
+#include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
@@ -147,10 +148,7 @@ template <typename CharacterAt>
 qsizetype OddByte(QByteArrayView run, CharacterAt characterAt) {
   const auto weight = [&](qsizetype at) {
     const char16_t character = characterAt(run[at], run[at + 1]);
-    const int usual =
-        CharacterWeight(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
-    const int row = (run[at] & 0x7F) - 0x20;
-    return row >= kFirstRareRow ? qMin(usual, 0) : usual;
+    return -JapaneseCost(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
   };
   // At first the byte before all pairs; each step takes one pair from behind it to before it.
   int score = 0;

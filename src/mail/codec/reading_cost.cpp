@@ -30,12 +30,14 @@ int AsciiCost(char16_t c) {
 int CostOf(char16_t c) {
   if (c < 0x80) return AsciiCost(c);
   if (c < 0xA0) return kControl;
-  if (c >= 0x3041 && c <= 0x3096) return 6;                 // hiragana
-  if (c >= 0x30A1 && c <= 0x30FC) return 8;                 // katakana
-  if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 6;  // 、。 and the wide blank
-  if (c >= 0x300C && c <= 0x3011) return 8;                 // brackets
-  if (c >= 0xFF01 && c <= 0xFF5E) return 8;                 // wide ASCII
-  if (c >= 0xFF61 && c <= 0xFF9F) return 7;                 // half-width kana
+  if (c >= 0x3041 && c <= 0x3049 && (c & 1) != 0) return 11;  // small vowels
+  if (c >= 0x3041 && c <= 0x3096) return 6;                   // hiragana
+  if (c >= 0x30A1 && c <= 0x30FC) return 8;                   // katakana
+  if (c == 0x3001 || c == 0x3002 || c == 0x3000) return 6;    // 、。 and the wide blank
+  if (c >= 0x300C && c <= 0x3011) return 8;                   // brackets
+  if ((c >= 0xFF21 && c <= 0xFF3A) || (c >= 0xFF41 && c <= 0xFF5A)) return 10;  // wide letters
+  if (c >= 0xFF01 && c <= 0xFF5E) return 8;                                     // wide ASCII
+  if (c >= 0xFF61 && c <= 0xFF9F) return 7;                                     // half-width kana
   if (c >= 0xE000 && c <= 0xF8FF) return kPrivate;
   if (c == QChar::ReplacementCharacter) return kError;
   if (c >= 0x0370 && c <= 0x052F) return 15;  // Greek and Cyrillic
@@ -65,9 +67,9 @@ bool IsHalfKana(char16_t c) {
 }
 
 // The letters and signs over ASCII that Western texts have (windows-1252), by how usual they are.
-enum class Kind { Ascii, Letter, RareLetter, Capital, Opening, Sign, RareSign, Strange };
+enum class Kind : quint8 { Ascii, Letter, RareLetter, Capital, Opening, Sign, RareSign, Strange };
 
-Kind KindOf(char16_t c) {
+Kind ReadKind(char16_t c) {
   if (c < 0x80) return Kind::Ascii;
   if (QStringView(u"ðþýÿšžœ").contains(QChar(c))) return Kind::RareLetter;
   if (QStringView(u"¿¡\u00A0").contains(QChar(c))) return Kind::Opening;
@@ -77,6 +79,15 @@ Kind KindOf(char16_t c) {
   if (QStringView(u"ŠŽŒ").contains(QChar(c))) return Kind::Capital;
   if (c < 0xA0 || c == QChar::ReplacementCharacter) return Kind::Strange;
   return Kind::RareSign;
+}
+
+Kind KindOf(char16_t c) {
+  static const std::vector<Kind> kinds = [] {
+    std::vector<Kind> table(0x10000);
+    for (unsigned i = 0; i < 0x10000; ++i) table[i] = ReadKind(static_cast<char16_t>(i));
+    return table;
+  }();
+  return kinds[c];
 }
 
 bool IsHighLetter(Kind kind) {
@@ -144,6 +155,10 @@ int JapaneseCost(const QString& text) {
     before = c;
   }
   return cost;
+}
+
+int JapaneseCost(char16_t character) {
+  return Costs()[character];
 }
 
 int WesternCost(const QString& text) {

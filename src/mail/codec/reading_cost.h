@@ -9,6 +9,9 @@ namespace vorn {
 /// reading, so that readings of the same bytes compare by their cost.
 int JapaneseCost(const QString& text);
 
+/// That of one character, whatever stands around it.
+int JapaneseCost(char16_t character);
+
 /// The same as text in a Western language, where letters over ASCII stand among others.
 int WesternCost(const QString& text);
 
