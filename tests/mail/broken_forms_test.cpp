@@ -242,6 +242,9 @@ TEST(BrokenForms, WhatIsAMessagesOnlyTextIsShown) {
       {"Content-Type: multipart/mixed; boundary=b\r\n\r\nThis is a multi-part message.\r\n--b\r\n"
        "Content-Type: image/png\r\n\r\nx\r\n--b--\r\n",
        u""},
+      {"Content-Type: multipart/report; boundary=b\r\n\r\n--b\r\n"
+       "Content-Type: text/rfc822-headers\r\n\r\nSubject: x\r\n--b--\r\n",
+       u""},
       {"Content-Transfer-Encoding: base64\r\n\r\n> 5Lya\r\n> 6K2w\r\n", u"会議"},
       {"Content-Transfer-Encoding: base64\r\n\r\n>5Lya6K2w\r\n", u"会議"},
       {"Content-Transfer-Encoding: base64\r\n\r\n> no\r\nbase64 at all\r\n",

@@ -118,9 +118,11 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
 QString OtherText(QByteArrayView source, const std::vector<ContentRecord>& records,
                   const ReadingCode& charset) {
   for (const ContentRecord& record : records) {
-    const bool isOther = record.type.startsWith(u"text/") && record.type != u"text/html" &&
-                         record.type != u"text/calendar" && record.type != u"text/rtf";
-    if (!isOther || record.hasName || record.first > record.last) continue;
+    // These are shown in another way, or are no words.
+    const bool isElse = record.type == u"text/html" || record.type == u"text/calendar" ||
+                        record.type == u"text/rtf" || record.type == u"text/rfc822-headers";
+    if (!record.type.startsWith(u"text/") || isElse || record.hasName || record.first > record.last)
+      continue;
     const QString text = DecodeText(source, record, record.last, charset, false);
     if (!QStringView(text).trimmed().isEmpty()) return ReadableText(source, record, text);
   }
@@ -145,18 +147,21 @@ QString Preamble(QByteArrayView source, const std::vector<ContentRecord>& record
 QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& records,
                   const ReadingCode& charset) {
   constexpr qsizetype kMost = 20;
+  constexpr qsizetype kLongest = 2 * 1024 * 1024;
   QStringList calendars;
   QStringList said;
+  qsizetype length = 0;
   QString broken;
   for (const ContentRecord& record : records) {
     if (record.type != u"text/calendar" || record.first > record.last) continue;
-    if (calendars.size() == kMost) break;
+    if (calendars.size() == kMost || length > kLongest) break;
     const QString calendar = DecodeText(source, record, record.last, charset, false);
     const QString summary = CalendarSummary(calendar, true);
     const QString appointment = summary.section(QStringLiteral("\r\n"), 1);
     if (summary.isEmpty() && broken.isEmpty()) broken = calendar;
     if (summary.isEmpty() || said.contains(appointment)) continue;
     said.append(appointment);
+    length += calendar.size();
     calendars.append(calendar.endsWith(u'\n') ? calendar : calendar + QStringLiteral("\r\n"));
   }
   return calendars.isEmpty() ? broken : calendars.join(QString());
