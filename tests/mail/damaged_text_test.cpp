@@ -131,7 +131,7 @@ TEST(UnlabelledText, WesternWordsAndAFewJapaneseOnesAreWhatTheyAre) {
   }
   // The code is looked for where the text begins that is not ASCII.
   const QByteArray late = QByteArray(100000, 'x') + " caf\xE9";
-  EXPECT_TRUE(DecodeAutomatically(late, {}).endsWith(QStringLiteral("café")));
+  EXPECT_EQ(RecognizeCharset(late).family, Family::Other);
   for (const Code& code : kCodes) {
     for (const char16_t* words : {u"会議室", u"田中様", u"サーバー", u"了解です", u"Re: 見積書"}) {
       const QString text = QString::fromUtf16(words);

@@ -139,9 +139,6 @@ bool InRange(int byte, int first, int last) {
   return byte >= first && byte <= last;
 }
 
-// Behind it lie the ideographs of level 2, which are seldom used (JIS X 0208).
-constexpr int kFirstRareRow = 48;
-
 // Which byte of a run of pairs that has one too many is the odd one: where leaving it out gives the
 // most usual text. A byte that was lost leaves one behind that is as good as odd.
 template <typename CharacterAt>
