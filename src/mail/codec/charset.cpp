@@ -336,14 +336,18 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
 // every byte has a meaning, mostly a strange one.
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
   constexpr int kSure = 6;
+  constexpr int kProof = 3;  // characters; a shorter word proves nothing against a label
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
   const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
   const Charset recognized = RecognizeCharset(sample, sample.size() < bytes.size());
   if (recognized.family <= Family::Ascii || recognized.family == Family::Other) return {};
   const DecodedText reading = Decode(recognized, sample, true);
-  const bool isSure =
-      recognized.family == Family::Jis || (recognized.family == Family::Utf8 && reading.clean) ||
-      JapaneseCost(reading.text) + kSure <= WesternCost(Decode(declared, sample).text);
+  const auto characters = std::count_if(reading.text.begin(), reading.text.end(),
+                                        [](QChar c) { return c.unicode() >= 0x80; });
+  const bool isSure = recognized.family == Family::Jis ||
+                      (recognized.family == Family::Utf8 && reading.clean) ||
+                      (characters >= kProof && JapaneseCost(reading.text) + kSure <=
+                                                   WesternCost(Decode(declared, sample).text));
   return isSure ? recognized : Charset();
 }
 
