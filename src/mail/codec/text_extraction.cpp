@@ -196,6 +196,29 @@ QString Shortened(const QString& text, qsizetype maximum) {
   return text.left(length) + QStringLiteral("...");
 }
 
+bool IsBlank(const QString& text) {
+  return QStringView(text).trimmed().isEmpty();
+}
+
+// What a message shows whose text is blank.
+QString InPlaceOfText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                      const TextRequest& request, const QString& blank, const QString& lineBreak) {
+  QString text = blank;
+  const auto take = [&text](const QString& other) {
+    if (!other.isEmpty()) text = other;
+  };
+  if (const ContentRecord* html = FindHtml(records)) {
+    const QString page = DecodeText(source, *html, html->last, request.charset, false);
+    text = WithLineBreaks(HtmlToText(page), lineBreak);
+  }
+  if (IsBlank(text)) take(WithLineBreaks(OtherText(source, records, request.charset), lineBreak));
+  if (IsBlank(text)) take(InnerText(source, records, request));
+  if (IsBlank(text) && !request.isInner) {
+    take(WithLineBreaks(Preamble(source, records, request.charset), lineBreak));
+  }
+  return text;
+}
+
 }  // namespace
 
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
@@ -229,22 +252,11 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
     }
   }
   if (truncated) result.text += QStringLiteral("...");
-  if (const ContentRecord* html = FindHtml(records);
-      html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
-    const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
-    result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
+  if (IsBlank(result.text)) {
+    const QString instead = InPlaceOfText(source, records, request, result.text, lineBreak);
+    result.text = Shortened(instead, request.maximum);
   }
-  const auto fallBack = [&](const QString& text) {
-    if (!text.isEmpty()) result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
-  };
-  const auto saysNothing = [&] { return QStringView(result.text).trimmed().isEmpty(); };
-  if (saysNothing()) fallBack(OtherText(source, records, request.charset));
-  if (saysNothing()) {
-    const QString inner = InnerText(source, records, request);
-    if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
-  }
-  if (saysNothing() && !request.isInner) fallBack(Preamble(source, records, request.charset));
-  const bool isBlank = saysNothing();
+  const bool isBlank = IsBlank(result.text);
   const QString reports = request.withReports && !truncated
                               ? Reports(source, records, request.charset, isBlank)
                               : QString();
