@@ -17,6 +17,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz::Require(line.startsWith(QStringLiteral("TO: ")) && fuzz::IsOneLine(line));
     fuzz::Require(!ParseAddressEntry(line).address.isEmpty());
   }
-  ParseAddressEntry(QString::fromUtf8(fuzz::Bytes(data, size)));
+  const AddressEntry entry = ParseAddressEntry(QString::fromUtf8(fuzz::Bytes(data, size)));
+  fuzz::Require(entry.address.isEmpty() == WithWholeAddress(entry).address.isEmpty());
   return 0;
 }

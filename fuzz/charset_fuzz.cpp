@@ -15,9 +15,11 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Decode(charset, bytes, true);
   DecodeAutomatically(bytes, charset);
   const Charset recognized = RecognizeCharset(bytes);
-  // JIS is known by its escape sequences, whatever stands between them.
-  if (recognized.family != Charset::Family::Unknown && recognized.family != Charset::Family::Jis) {
+  const bool isUtf8 = Decode({Charset::Family::Utf8, {}}, bytes).clean;
+  if (recognized.family == Charset::Family::Ascii) {
     fuzz::Require(Decode(recognized, bytes).clean);
+  } else if (isUtf8 && !HasJisEscape(bytes)) {
+    fuzz::Require(recognized.family == Charset::Family::Utf8);
   }
   fuzz::Require(CodePage932Length(text) == ToCodePage932(text).size());
   return 0;

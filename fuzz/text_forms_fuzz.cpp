@@ -1,5 +1,6 @@
 #include "fuzz_input.h"
 #include "mail/codec/calendar_summary.h"
+#include "mail/codec/enriched_text.h"
 #include "mail/codec/flowed_text.h"
 #include "mail/codec/html_text.h"
 #include "mail/codec/mime_codec.h"
@@ -22,6 +23,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     MimeCodec::YencDecode(bytes.sliced(block->first, block->last - block->first + 1));
   }
   CalendarSummary(text, true);
+  fuzz::Require(EnrichedToText(text).size() <= 2 * text.size());
   ReportSummary(QStringLiteral("message/delivery-status"), bytes);
   ReportSummary(QStringLiteral("message/disposition-notification"), bytes);
   const QByteArray raw = bytes.toByteArray();

@@ -2903,10 +2903,6 @@ Open it?</translation>
         <translation>When: </translation>
     </message>
     <message>
-        <source>（繰り返しの予定です）</source>
-        <translation>(a recurring appointment)</translation>
-    </message>
-    <message>
         <source>場所: </source>
         <translation>Where: </translation>
     </message>
@@ -3331,6 +3327,146 @@ and erased ones are not received again.</translation>
     <message>
         <source>条件</source>
         <translation>Conditions</translation>
+    </message>
+    <message>
+        <source>（現地の時間: %1）</source>
+        <translation> (local time of %1)</translation>
+    </message>
+    <message>
+        <source>用件</source>
+        <translation>To do</translation>
+    </message>
+    <message>
+        <source>期限: </source>
+        <translation>Due: </translation>
+    </message>
+    <message>
+        <source>繰り返し: </source>
+        <translation>Repeats: </translation>
+    </message>
+    <message>
+        <source>毎時</source>
+        <translation>every hour</translation>
+    </message>
+    <message>
+        <source>%1時間ごと</source>
+        <translation>every %1 hours</translation>
+    </message>
+    <message>
+        <source>毎日</source>
+        <translation>every day</translation>
+    </message>
+    <message>
+        <source>%1日ごと</source>
+        <translation>every %1 days</translation>
+    </message>
+    <message>
+        <source>毎週</source>
+        <translation>every week</translation>
+    </message>
+    <message>
+        <source>%1週間ごと</source>
+        <translation>every %1 weeks</translation>
+    </message>
+    <message>
+        <source>毎月</source>
+        <translation>every month</translation>
+    </message>
+    <message>
+        <source>%1か月ごと</source>
+        <translation>every %1 months</translation>
+    </message>
+    <message>
+        <source>毎年</source>
+        <translation>every year</translation>
+    </message>
+    <message>
+        <source>%1年ごと</source>
+        <translation>every %1 years</translation>
+    </message>
+    <message>
+        <source>日</source>
+        <translation>Sun</translation>
+    </message>
+    <message>
+        <source>月</source>
+        <translation>Mon</translation>
+    </message>
+    <message>
+        <source>火</source>
+        <translation>Tue</translation>
+    </message>
+    <message>
+        <source>水</source>
+        <translation>Wed</translation>
+    </message>
+    <message>
+        <source>木</source>
+        <translation>Thu</translation>
+    </message>
+    <message>
+        <source>金</source>
+        <translation>Fri</translation>
+    </message>
+    <message>
+        <source>土</source>
+        <translation>Sat</translation>
+    </message>
+    <message>
+        <source>最後の</source>
+        <translation>last </translation>
+    </message>
+    <message>
+        <source>最後から%1番目の</source>
+        <translation>%1. last </translation>
+    </message>
+    <message>
+        <source>第%1</source>
+        <translation>%1. </translation>
+    </message>
+    <message>
+        <source>%1曜日</source>
+        <translation>%1</translation>
+    </message>
+    <message>
+        <source>のうち最後の日</source>
+        <translation>, the last of them</translation>
+    </message>
+    <message>
+        <source>のうち%1番目の日</source>
+        <translation>, the %1. of them</translation>
+    </message>
+    <message>
+        <source>末日</source>
+        <translation>last day</translation>
+    </message>
+    <message>
+        <source>末日の%1日前</source>
+        <translation>%1 days before the last</translation>
+    </message>
+    <message>
+        <source>%1日</source>
+        <translation>day %1</translation>
+    </message>
+    <message>
+        <source>%1月</source>
+        <translation>month %1</translation>
+    </message>
+    <message>
+        <source>、全%1回</source>
+        <translation>, %1 times</translation>
+    </message>
+    <message>
+        <source>、%1まで</source>
+        <translation>, until %1</translation>
+    </message>
+    <message>
+        <source>新しい表示を使いますか？
+
+メッセージを表で並べ、選んだものをその下に表示し、フォルダをタブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。</source>
+        <translation>Do you want the new look?
+
+Messages stand in a table, what you choose is shown below it, and folders open in tabs. The menus “View” and “Window” and the settings change it at any time.</translation>
     </message>
 </context>
 </TS>

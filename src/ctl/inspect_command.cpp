@@ -20,7 +20,7 @@ namespace {
 QJsonArray Addresses(const QString& lines) {
   QJsonArray array;
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
-    const AddressEntry entry = ParseAddressEntry(line);
+    const AddressEntry entry = WithWholeAddress(ParseAddressEntry(line));
     array.append(QJsonObject{{QStringLiteral("kind"), entry.kind},
                              {QStringLiteral("address"), entry.address},
                              {QStringLiteral("name"), entry.displayName}});

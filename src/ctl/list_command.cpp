@@ -16,7 +16,7 @@ namespace {
 
 QString Sender(const QString& addressLines) {
   for (const QString& line : addressLines.split(kLineBreak)) {
-    const AddressEntry entry = ParseAddressEntry(line);
+    const AddressEntry entry = WithWholeAddress(ParseAddressEntry(line));
     if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) == 0) return entry.presentable;
   }
   return {};

@@ -142,10 +142,11 @@ bool IsWritable(const AddressEntry& entry) {
          !entry.address.contains(u';');
 }
 
-QList<AddressEntry> StoredAddresses(const QString& lines, bool keepsCase) {
+QList<AddressEntry> StoredAddresses(const StoredMessage& message, bool isStandard) {
   QList<AddressEntry> stored;
-  for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
-    stored.append(ParseAddressEntry(line, keepsCase));
+  for (const QString& line : message.addressLines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    const AddressEntry entry = ParseAddressEntry(line, isStandard);
+    stored.append(isStandard && !message.isWritten ? WithWholeAddress(entry) : entry);
   }
   return stored;
 }
@@ -210,8 +211,7 @@ QList<AddressEntry> ForReceipt(const QList<AddressEntry>& stored, const Sender& 
 
 QList<AddressEntry> Recipients(const StoredMessage& message, OpenMode mode,
                                const EditSettings& settings, const Sender& sender) {
-  const QList<AddressEntry> stored =
-      StoredAddresses(message.addressLines, settings.standardHeaders);
+  const QList<AddressEntry> stored = StoredAddresses(message, settings.standardHeaders);
   if (mode == OpenMode::ReplyAll && settings.usualReplies) return ForAll(stored, sender);
   if (mode == OpenMode::Receipt && settings.standardHeaders) return ForReceipt(stored, sender);
   return AddressesIn(mode, stored);

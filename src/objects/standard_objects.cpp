@@ -93,6 +93,15 @@ bool CreateLook(Context& context) {
          make(fixed_serial::kLayout, {{QStringLiteral("_ready"), QStringLiteral("table")}});
 }
 
+// The look of new profiles that an earlier one has not: keys of the settings.
+QList<std::pair<QString, QVariant>> LookSettings() {
+  return {{QStringLiteral("ReadingPane"), 1},
+          {QStringLiteral("HtmlFirst"), true},
+          {QStringLiteral("ReceivedTime"), true},
+          {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
+          {QStringLiteral("SignatureAbove"), true}};
+}
+
 // The first states of the settings. Where a user of today needs another behaviour than the one an
 // absent key stands for, the first state turns it on.
 bool CreateSettings(Context& context) {
@@ -115,9 +124,6 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("Careful"), true},
                      {QStringLiteral("WebOutside"), true},
                      {QStringLiteral("ScriptsAsked"), true},
-                     {QStringLiteral("ReceivedTime"), true},
-                     {QStringLiteral("HtmlFirst"), true},
-                     {QStringLiteral("ReadingPane"), 1},
                      {QStringLiteral("MessageCheck"), false},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},
@@ -126,10 +132,9 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("SubjectReplay"), QStringLiteral("Re")},
                      {QStringLiteral("SubjectForward"), QStringLiteral("Fw")},
                      {QStringLiteral("MemoIndent"), QStringLiteral("> ")},
-                     {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
-                     {QStringLiteral("SignatureAbove"), true},
                      {QStringLiteral("ToolbarIcon"), false},
                      {install, context.VersionText}});
+  for (const auto& [key, value] : LookSettings()) settings->Let(key, value);
   return SaveNew(context, settings) && CreateLook(context);
 }
 
@@ -160,6 +165,21 @@ bool CreateStandardObjects(Context& context) {
   return CreateFolders(context) && CreateSettings(context) &&
          (installed != 0 || CreateBookmarks(context)) &&
          (installed >= kEventLogVersion || CreateEventLog(context));
+}
+
+bool HasFormerLook(Context& context) {
+  const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
+  return settings != nullptr && !settings->Get(LookSettings().first().first).isValid();
+}
+
+bool SettleLook(Context& context, bool isNew) {
+  const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
+  if (settings == nullptr) return false;
+  for (const auto& [key, value] : LookSettings()) {
+    if (isNew && !settings->Get(key).isValid()) settings->Let(key, value);
+  }
+  if (!isNew) settings->Let(LookSettings().first().first, 0);
+  return SaveObject(context, DatabaseKind::Profile, *settings);
 }
 
 }  // namespace vorn

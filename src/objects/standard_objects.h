@@ -10,6 +10,13 @@ namespace vorn {
 /// False when something could not be saved.
 bool CreateStandardObjects(Context& context);
 
+/// Whether the profile is of an earlier version and its user was never asked whether it is to look
+/// like a new one.
+bool HasFormerLook(Context& context);
+/// Gives it the settings of a new profile's look, where nothing else was chosen, or keeps what it
+/// has; in either case its user has been asked. False when that could not be saved.
+bool SettleLook(Context& context, bool isNew);
+
 /// How the main window shows its pages ("arrange" in the bag of its place).
 enum class Arrangement { Cascaded = 0, Tiled = 2, Tabs = 3 };
 

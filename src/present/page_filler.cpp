@@ -213,7 +213,7 @@ void PageFiller::HandleMailAddress() {
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
-    shown.append(content_.escape ? Isolated(ShownSender(entry)) : NameOf(entry));
+    shown.append(content_.escape ? Isolated(ShownSender(WithWholeAddress(entry))) : NameOf(entry));
   }
   WriteText(shown.join(QStringLiteral("<BR>")));
 }

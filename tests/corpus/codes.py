@@ -54,6 +54,9 @@ def damaged():
                     "cut": raw[:-4] if codec == "iso2022_jp" else raw[:-1]}.items():
                 yield Case(f"{label}-{kind}-{number}", body(bad, label, subject=word_of(bad, label)),
                            text, SENDER, text=text, lost=3)
+                for other in (None, "iso-8859-1"):
+                    yield Case(f"{label}-as-{other}-{kind}-{number}", body(bad, other), text=text,
+                               lost=3)
 
 
 def mislabelled():
@@ -134,7 +137,9 @@ def unlabelled():
             yield Case(f"{codec}-{number}", body(raw, None, subject=raw), text, SENDER, text=text)
     for number, text in enumerate(("Müller & Söhne, Straße 5", "Café à la crème, s'il vous plaît",
                                    "Señor Muñoz, mañana a las 5", "Grüße aus Köln",
-                                   "Jürgen schickt die Übersicht über Länder")):
+                                   "Jürgen schickt die Übersicht über Länder", "São Paulo, amanhã",
+                                   "Kære alle, vi mødes på søndag", "ações da empresa", "café",
+                                   "¿Qué pasó ayer?", "Går det bra på lördag?")):
         yield Case(f"latin1-{number}", body(text.encode("latin-1"), None, subject=text.encode(
             "latin-1")), text, SENDER, text=text)
     for number, text in enumerate(("It’s “fine” – really", "Price: 50 € – don’t wait")):

@@ -139,7 +139,8 @@ def inner():
     yield Case("invitation-alone", header() + invitation, SUBJECT, SENDER,
                text=details + "\n\n資料は\n別送します。")
     yield Case("invitation-broken", header() + multipart([text_part("案内です。"), text_part(
-        calendar[:150], "text/calendar; charset=utf-8")]), text="案内です。")
+        calendar[:150], "text/calendar; charset=utf-8")]),
+               text="案内です。\n\n" + details[:details.index("\n主催者")])
     opened = (b"Reporting-UA: a\r\nFinal-Recipient: rfc822;suzuki@example.jp\r\nOriginal-Message-ID: "
               b"<1@x>\r\nDisposition: manual-action/MDN-sent-manually; displayed\r\n")
     yield Case("receipt", header() + multipart([text_part("開きました。"), part(

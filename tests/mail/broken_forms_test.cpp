@@ -153,6 +153,108 @@ TEST(BrokenForms, EncodingsAreReadAsTheyCome) {
       QStringList{QStringLiteral("申込書表")});
 }
 
+// The second bytes of these characters are a quotation mark, a backslash, a semicolon and a
+// bracket.
+TEST(BrokenForms, FileNamesInJisKeepTheBytesThatLookLikeQuotes) {
+  const QString both = QStringLiteral("帰移参示.txt");
+  const QByteArray jis = *MimeCodec::EncodeText(both, OutputCharset::Jis);
+  ASSERT_TRUE(jis.contains('"') && jis.contains('\\') && jis.contains(';') && jis.contains('('));
+  QByteArray escaped = jis;
+  escaped.replace('\\', "\\\\").replace('"', "\\\"");
+  QByteArray word = jis;
+  word.replace('\x1B', "=1B");
+  struct Case {
+    const char* what;
+    QByteArray value;
+  };
+  const Case cases[] = {
+      {"raw", '"' + jis + '"'},
+      {"raw without quotes", jis},
+      {"escaped", '"' + escaped + '"'},
+      {"Q word", "\"=?iso-2022-jp?Q?" + word + "?=\""},
+  };
+  for (const Case& c : cases) {
+    for (const char* form : {"Content-Disposition: attachment; filename=%; size=5",
+                             "Content-Type: application/pdf; name=%; x=y"}) {
+      EXPECT_EQ(Names(QByteArray(form).replace('%', c.value) + "\r\n\r\nx"), QStringList{both})
+          << c.what << ' ' << form;
+    }
+  }
+}
+
+TEST(BrokenForms, OfTwoFormsOfANameTheReadableOneCounts) {
+  const QByteArray extended = "filename*=utf-8''%E4%BC%9A%E8%AD%B0.txt";
+  const QByteArray broken = "filename*=utf-8''%E4%BC%E8%AD.txt";
+  const QByteArray plain = "filename=\"=?utf-8?B?5Lya6K2wLnR4dA==?=\"";
+  const QByteArray marks = "filename=\"??.txt\"";
+  const QByteArray type =
+      "\r\nContent-Type: application/pdf; name=\"\xE4\xBC\x9A\xE8\xAD\xB0.txt\"";
+  for (const QByteArray& forms :
+       {marks + "; " + extended, broken + "; " + plain, plain + "; " + broken, marks + type,
+        broken + type, broken + "; " + marks + type, extended + type}) {
+    EXPECT_EQ(Names("Content-Disposition: attachment; " + forms + "\r\n\r\nx"),
+              QStringList{QStringLiteral("会議.txt")})
+        << forms.constData();
+  }
+}
+
+TEST(BrokenForms, FieldsAreReadWithCommentsQuotesAndWithoutNames) {
+  struct Case {
+    QByteArray fields;
+    const char* body;
+    const char16_t* text;
+  };
+  const Case cases[] = {
+      {"Content-Type: text/plain; charset=gb2312 (as usual)", "\xC4\xE3\xBA\xC3", u"你好"},
+      {"Content-Type: text/plain (x); charset=\"gb2312 (y)\"", "\xC4\xE3\xBA\xC3", u"你好"},
+      {"Content-Transfer-Encoding: \"base64\"", "5Lya6K2w", u"会議"},
+      {"Content-Transfer-Encoding: (see (RFC 2045)) base64", "5Lya6K2w", u"会議"},
+      {"Content-Transfer-Encoding: quoted-printable (x)", "=E4=BC=9A=E8=AD=B0", u"会議"},
+      {"Content-Type: text/plain; charset=x-SJIS_0213", "\x83\xE5\x82\xA0", u"☎あ"},
+      {"Content-Type: text/plain; charset=cp949", "\x8C\x63\x94\xEE", u"똠뷁"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Text(c.fields + "\r\n\r\n" + c.body + "\r\n").trimmed(), QString::fromUtf16(c.text))
+        << c.fields.constData();
+  }
+  EXPECT_EQ(Subject("=??B?5Lya6K2w?= =??Q?=E3=81=A7=E3=81=99?="), QStringLiteral("会議です"));
+  EXPECT_EQ(Subject("what =?? is =?x?="), QStringLiteral("what =?? is =?x?="));
+  EXPECT_EQ(DecodeAutomatically("\x8C\xFF", Charset::FromLabel("ibm-949")).count(QChar(0x1A)), 0);
+}
+
+TEST(BrokenForms, WhatIsAMessagesOnlyTextIsShown) {
+  struct Case {
+    const char* source;
+    const char16_t* text;
+  };
+  const Case cases[] = {
+      {"Content-Type: text/markdown\r\n\r\n# 題\r\n", u"# 題"},
+      {"Content-Type: text/csv; charset=shift_jis\r\n\r\na,\x89\xEF\x8B\x63\r\n", u"a,会議"},
+      {"Content-Type: text/enriched\r\n\r\n<bold>Now</bold> is\r\nthe <param>x</param>time\r\n"
+       "\r\nto << go\r\n",
+       u"Now is the time\r\nto < go"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\nplain\r\n--b\r\n"
+       "Content-Type: text/markdown\r\n\r\n# x\r\n--b--\r\n",
+       u"plain"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\n前置き\r\n--b\r\n"
+       "Content-Type: image/png\r\n\r\nx\r\n--b--\r\n",
+       u"前置き"},
+      {"Content-Type: multipart/mixed; boundary=b\r\n\r\nThis is a multi-part message.\r\n--b\r\n"
+       "Content-Type: image/png\r\n\r\nx\r\n--b--\r\n",
+       u""},
+      {"Content-Type: multipart/report; boundary=b\r\n\r\n--b\r\n"
+       "Content-Type: text/rfc822-headers\r\n\r\nSubject: x\r\n--b--\r\n",
+       u""},
+      {"Content-Transfer-Encoding: base64\r\n\r\n> 5Lya\r\n> 6K2w\r\n", u"会議"},
+      {"Content-Transfer-Encoding: base64\r\n\r\n>5Lya6K2w\r\n", u"会議"},
+      {"Content-Transfer-Encoding: base64\r\n\r\n> no\r\nbase64 at all\r\n",
+       u"> no\r\nbase64 at all"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Text(c.source).trimmed(), QString::fromUtf16(c.text)) << c.source;
+  }
+}
+
 TEST(BrokenForms, CodesAreReadByTheirOwnNames) {
   const auto read = [](const char* label, const QByteArray& bytes) {
     return DecodeAutomatically(bytes, Charset::FromLabel(label));

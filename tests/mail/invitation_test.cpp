@@ -7,6 +7,7 @@
 #include "mail/attachment_files.h"
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/mime_codec.h"
+#include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
 #include "mail/message_model.h"
 #include "objects/settings.h"
@@ -103,6 +104,50 @@ TEST(InvitationTest, ASeriesIsShownAndAnsweredWhole) {
   many.replace(QStringLiteral("END:VCALENDAR"),
                other.repeated(500) + QStringLiteral("END:VCALENDAR"));
   EXPECT_EQ(CalendarSummary(many, false).count(u"別の件"), 19);
+}
+
+// Two invitations in one message are both shown; the first one is answered, and the question says
+// which.
+TEST(InvitationTest, SeveralCalendarsOfAMessageAreShownAndTheFirstIsAnswered) {
+  QString other = kCalendar;
+  other.replace(QStringLiteral("42@"), QStringLiteral("43@"))
+      .replace(QStringLiteral("定例会議"), QStringLiteral("別の件"));
+  QString plain = other;
+  plain.remove(QStringLiteral("METHOD:REQUEST\r\n"));
+  const QString broken = QStringLiteral("BEGIN:VCALENDAR\r\nBEGIN:VEV");
+  struct Case {
+    QStringList parts;
+    bool hasFirst;
+    const char16_t* answered;
+  };
+  const Case cases[] = {
+      {{kCalendar, other}, true, u"定例会議"},      {{kCalendar + other}, true, u"定例会議"},
+      {{other, kCalendar, other}, true, u"別の件"}, {{broken, other, plain}, false, u"別の件"},
+      {{plain, kCalendar}, true, u"定例会議"},
+  };
+  for (const Case& c : cases) {
+    QByteArray source = "Content-Type: multipart/mixed; boundary=b\r\n\r\n";
+    for (const QString& part : c.parts) {
+      source +=
+          "--b\r\nContent-Type: text/calendar; charset=utf-8\r\n\r\n" + part.toUtf8() + "\r\n";
+    }
+    source += "--b--\r\n";
+    TextRequest request;
+    request.textTypes = DefaultTextTypes();
+    request.withReports = true;
+    const QString index = MimeCodec::ContentIndex(source);
+    const QString text = GetMessageText(source, index, request).text;
+    EXPECT_EQ(text.count(QStringLiteral("定例会議")), c.hasFirst ? 1 : 0) << text.toStdString();
+    EXPECT_EQ(text.count(QStringLiteral("別の件")), 1) << text.toStdString();
+    const auto invitation = ReadInvitation(GetMessageCalendar(source, index, {}));
+    ASSERT_TRUE(invitation.has_value());
+    EXPECT_EQ(invitation->summary, QString::fromUtf16(c.answered));
+    EXPECT_EQ(invitation->isOneOfSeveral, c.hasFirst);
+    const QByteArray reply =
+        ReplyCalendar(*invitation, QStringLiteral("sato@example.jp"), InvitationAnswer::Accepted);
+    EXPECT_EQ(reply.count("BEGIN:VEVENT"), 1) << reply.toStdString();
+    EXPECT_EQ(reply.count("BEGIN:VTIMEZONE"), 1) << reply.toStdString();
+  }
 }
 
 // Kept, opened and edited, the answer stays what it is, and files go beside it.

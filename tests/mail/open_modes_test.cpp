@@ -72,6 +72,34 @@ TEST_F(OpenModes, SubjectsOfRepliesAndForwards) {
   EXPECT_EQ(Subject(Reply, "Subject: hello\r\n"), QStringLiteral("hello"));
 }
 
+// The stored line is taken apart at its first blank, which makes "Mail" of the sender of bounces.
+TEST_F(OpenModes, ASenderWithoutAnAddressIsShownAsWhatItIs) {
+  struct Case {
+    const char* from;
+    const char16_t* address;
+    const char16_t* name;
+  };
+  const Case cases[] = {
+      {"Mail Delivery Subsystem <MAILER-DAEMON>", u"MAILER-DAEMON", u"Mail Delivery Subsystem"},
+      {"MAILER-DAEMON (Mail Delivery System)", u"MAILER-DAEMON", u"Mail Delivery System"},
+      {"Mail Delivery Subsystem", u"Mail Delivery Subsystem", u""},
+      {"<>", u"<>", u""},
+      {"A B <a@x>", u"a@x", u"A B"},
+  };
+  for (const Case& c : cases) {
+    LetUsual(true);
+    const QByteArray from = QByteArray("From: ") + c.from + "\r\n";
+    const AddressEntry entry = Open(OpenMode::Show, from).addresses.value(0);
+    EXPECT_EQ(entry.address, QString::fromUtf16(c.address));
+    EXPECT_EQ(entry.displayName, QString::fromUtf16(c.name));
+    EXPECT_EQ(entry.canonical.section(u' ', 1),
+              (QString::fromUtf16(c.address) + u' ' + QString::fromUtf16(c.name)).trimmed());
+  }
+  LetUsual(false);
+  EXPECT_EQ(Kinds(Open(OpenMode::Show, QByteArray("From: ") + cases[0].from + "\r\n")),
+            QStringLiteral("FROM=Mail"));
+}
+
 TEST_F(OpenModes, AddressesFollowTheTable) {
   using enum OpenMode;
   const QByteArray headers =

@@ -67,10 +67,66 @@ TEST(Appointments, AreShownInTheUsersOwnTimeWithWhoAnsweredHow) {
   EXPECT_EQ(summary("CANCEL",
                     "DTSTART;VALUE=DATE:20260203\r\nDTEND;VALUE=DATE:20260205\r\n"
                     "RRULE:FREQ=DAILY\r\n"),
-            "【予定の取り消し】\r\n日時: 2026/02/03～2026/02/04\r\n（繰り返しの予定です）\r\n");
+            "【予定の取り消し】\r\n日時: 2026/02/03～2026/02/04\r\n繰り返し: 毎日\r\n");
   EXPECT_EQ(summary("REPLY", "ATTENDEE;PARTSTAT=DECLINED;CN=Taro:mailto:t@x\r\n"),
             "【招待への返事】\r\nTaro <t@x>: 欠席します\r\n");
   EXPECT_EQ(CalendarSummary(QStringLiteral("BEGIN:VCALENDAR\r\nBEGIN:VEVENT"), true), QString());
+}
+
+QString WithoutTitle(const QByteArray& components) {
+  return CalendarSummary(QString::fromUtf8("BEGIN:VCALENDAR\r\n" + components), true)
+      .section(QStringLiteral("\r\n"), 1)
+      .trimmed();
+}
+
+TEST(Appointments, TellHowTheyRepeatAndWhichZoneNobodyKnows) {
+  struct Case {
+    const char* lines;
+    const char16_t* words;
+  };
+  const Case cases[] = {
+      {"RRULE:FREQ=DAILY;COUNT=5", u"繰り返し: 毎日、全5回"},
+      {"RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=MO,WE", u"繰り返し: 2週間ごと 月・水曜日"},
+      {"RRULE:FREQ=WEEKLY;BYDAY=TU;UNTIL=20260401", u"繰り返し: 毎週 火曜日、2026/04/01まで"},
+      {"RRULE:FREQ=MONTHLY;BYDAY=2TU,-1FR", u"繰り返し: 毎月 第2火曜日・最後の金曜日"},
+      {"RRULE:FREQ=MONTHLY;BYMONTHDAY=15,-1", u"繰り返し: 毎月 15日・末日"},
+      {"RRULE:FREQ=MONTHLY;INTERVAL=3;BYDAY=MO,TU;BYSETPOS=-1",
+       u"繰り返し: 3か月ごと 月・火曜日のうち最後の日"},
+      {"RRULE:FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=31", u"繰り返し: 毎年 3月 31日"},
+      {"RRULE:FREQ=YEARLY;BYWEEKNO=20", u"繰り返し: FREQ=YEARLY;BYWEEKNO=20"},
+      {"DTSTART;TZID=Nowhere/Else:20260203T100000",
+       u"日時: 2026/02/03 10:00（現地の時間: Nowhere/Else）"},
+      {"DTSTART;TZID=Nowhere:20260203T100000\r\nDURATION:PT1H",
+       u"日時: 2026/02/03 10:00～11:00（現地の時間: Nowhere）"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(WithoutTitle(QByteArray("BEGIN:VEVENT\r\n") + c.lines +
+                           "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"),
+              QString::fromUtf16(c.words));
+  }
+  const QDateTime tokyo(QDate(2026, 2, 3), QTime(1, 0), Qt::UTC);
+  for (const char* zone : {"Tokyo Standard Time", "Asia/Tokyo"}) {
+    EXPECT_EQ(WithoutTitle(QByteArray("BEGIN:VEVENT\r\nDTSTART;TZID=") + zone +
+                           ":20260203T100000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"),
+              QStringLiteral("日時: ") +
+                  tokyo.toLocalTime().toString(QStringLiteral("yyyy/MM/dd HH:mm")));
+  }
+}
+
+TEST(Appointments, OfOneThatIsCutOffOrAToDoThereIsWhatItSays) {
+  EXPECT_EQ(CalendarSummary(QStringLiteral("BEGIN:VCALENDAR\r\nBEGIN:VTODO\r\nSUMMARY:提出\r\n"
+                                           "DUE;VALUE=DATE:20260210\r\nEND:VTODO\r\n"
+                                           "END:VCALENDAR\r\n"),
+                            false),
+            QStringLiteral("【用件】\r\n件名: 提出\r\n期限: 2026/02/10\r\n"));
+  EXPECT_EQ(WithoutTitle("BEGIN:VEVENT\r\nSUMMARY:会議\r\nLOCATION:第三"),
+            QStringLiteral("件名: 会議"));
+  TextRequest request;
+  request.textTypes = {QStringLiteral("text/plain")};
+  request.withReports = true;
+  const QByteArray source = "Content-Type: text/calendar\r\n\r\nwhat nobody knows\r\n";
+  EXPECT_EQ(GetMessageText(source, MimeCodec::ContentIndex(source), request).text,
+            QStringLiteral("what nobody knows\r\n"));
 }
 
 TEST(InnerMessages, ADigestShowsTheTextsOfItsMessages) {

@@ -177,6 +177,38 @@ TEST_F(OpeningTest, AWindowComesBackWholeOnToTheScreen) {
   }
 }
 
+TEST_F(OpeningTest, AFormerProfileIsOfferedTheNewLookOnce) {
+  for (const bool wanted : {true, false}) {
+    {
+      TestProfile profile;
+      const DiskPtr settings = Settings(profile.Get());
+      for (const char16_t* key : {u"ReadingPane", u"HtmlFirst", u"ReplyLine"})
+        settings->Remove(key);
+      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+      EXPECT_TRUE(ShareLayout(profile.Get(), QString(), OwnLayouts::Kept));
+      profile.Get().Data.CloseAll();
+      QDir(Folder()).removeRecursively();
+      CopyFolder(profile.Folder(), Folder());
+    }
+    EXPECT_TRUE(
+        InModal<QMessageBox>([this] { StartWith({}); },
+                             [&](QMessageBox& box) {
+                               EXPECT_TRUE(box.text().contains(QStringLiteral("新しい表示")));
+                               box.button(wanted ? QMessageBox::Yes : QMessageBox::No)->click();
+                             }));
+    const auto look = [this] {
+      return Settings(program_->GetContext())->Number(u"ReadingPane", -1);
+    };
+    EXPECT_EQ(look(), wanted ? 1 : 0);
+    EXPECT_EQ(SharedLayout(program_->GetContext()), wanted ? QStringLiteral("table") : QString());
+    EndProgram();
+    StartWith({});
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(look(), wanted ? 1 : 0);
+    EndProgram();
+  }
+}
+
 TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
   Prepare(QString());
   KeepUiLanguage(QStringLiteral("en"));

@@ -24,8 +24,10 @@
 #include "objects/save_object.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/standard_objects.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
+#include "present/folder_layout.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
@@ -167,6 +169,7 @@ void ParentWindow::LoadDefaultProperty() {
     OfferDoubtful();
     OfferDrafts();
     damage_.Ask();
+    OfferLook();
     watch_.Start();
   });
 }
@@ -198,6 +201,27 @@ void ParentWindow::OfferDrafts() {
   for (const QString& serialId : drafts) {
     if (Drafts::Restore(context_, serialId)) OpenMessage(0, serialId, false);
   }
+  MessageStored();
+}
+
+// Once, to the user of a profile that an earlier version made.
+void ParentWindow::OfferLook() {
+  if (!HasFormerLook(context_)) return;
+  const auto answer = ShowBox(
+      this, QMessageBox::Question,
+      Ui::tr(
+          "新しい表示を使いますか？\n\nメッセージを表で並べ、選んだものをその下に表示し、フォルダを"
+          "タブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。"),
+      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+  const bool isWanted = answer == QMessageBox::Yes;
+  if (!SettleLook(context_, isWanted)) {
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
+  }
+  if (!isWanted) return;
+  ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
+  SetArrangement(Arrangement::Tabs);
+  ApplySettings();
   MessageStored();
 }
 

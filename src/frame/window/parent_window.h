@@ -145,6 +145,7 @@ class ParentWindow : public QMainWindow,
   void ClearEvents();
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
+  void OfferLook();
   void OfferDoubtful();
   void ConnectTree();
   void OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn);

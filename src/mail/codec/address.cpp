@@ -265,6 +265,35 @@ QString ParseAddressList(const QString& header) {
   return lines;
 }
 
+namespace {
+
+void FillForms(AddressEntry& entry) {
+  entry.canonical = entry.kind.toUpper() + QStringLiteral(": ") + entry.address;
+  entry.presentable = entry.address;
+  if (!entry.displayName.isEmpty()) {
+    entry.canonical += u' ' + entry.displayName;
+    entry.presentable = entry.displayName + QStringLiteral(" <") + entry.address + u'>';
+  }
+}
+
+}  // namespace
+
+AddressEntry WithWholeAddress(const AddressEntry& entry) {
+  if (entry.address.contains(u'@') || entry.displayName.isEmpty()) return entry;
+  static const QRegularExpression kBracketed(QStringLiteral("^([^<]+) <([^<>]+)>$"));
+  static const QRegularExpression kCommented(QStringLiteral("^(\\S+) \\(([^()]+)\\)$"));
+  AddressEntry whole{entry.kind, entry.address + u' ' + entry.displayName, {}, {}, {}};
+  if (const auto bracketed = kBracketed.match(whole.address); bracketed.hasMatch()) {
+    whole.displayName = bracketed.captured(1);
+    whole.address = bracketed.captured(2);
+  } else if (const auto commented = kCommented.match(whole.address); commented.hasMatch()) {
+    whole.displayName = commented.captured(2);
+    whole.address = commented.captured(1);
+  }
+  FillForms(whole);
+  return whole;
+}
+
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   AddressEntry entry;
   entry.kind = QStringLiteral("TO");
@@ -284,12 +313,7 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   entry.address = blank < 0 ? rest : rest.left(blank);
   if (blank >= 0) entry.displayName = rest.mid(blank + 1);
   if (entry.displayName.startsWith(u' ')) entry.displayName.remove(0, 1);
-  entry.canonical = entry.kind.toUpper() + QStringLiteral(": ") + entry.address;
-  entry.presentable = entry.address;
-  if (!entry.displayName.isEmpty()) {
-    entry.canonical += u' ' + entry.displayName;
-    entry.presentable = entry.displayName + QStringLiteral(" <") + entry.address + u'>';
-  }
+  FillForms(entry);
   return entry;
 }
 

@@ -30,6 +30,11 @@ QString ParseAddressList(const QString& header);
 /// and notification addresses become lower-case unless `keepsCase`.
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
 
+/// What an entry without an "@" really says, whose line is taken apart at its first blank: the name
+/// before something in brackets ("Mail Delivery Subsystem <MAILER-DAEMON>"), a comment behind one
+/// word, else all of it.
+AddressEntry WithWholeAddress(const AddressEntry& entry);
+
 /// Whether a text can be the address of a mailbox: something on both sides of an "@", without
 /// blanks, controls and the marks that separate addresses, which can be sent to (`ToEnvelope`).
 bool IsMailAddress(const QString& text);

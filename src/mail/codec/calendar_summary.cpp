@@ -2,9 +2,11 @@
 
 #include <QDateTime>
 #include <QStringList>
+#include <QTimeZone>
 
 #include "mail/codec/list_splitting.h"
 #include "mail/codec/parsed_calendar.h"
+#include "mail/codec/recurrence_words.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -56,48 +58,77 @@ QString Person(icalproperty* property, const char* value) {
   return shown.isEmpty() ? address : shown + QStringLiteral(" <") + address + u'>';
 }
 
+// A point in time as it is shown, and the zone that it names where nobody knows that one.
+struct ShownTime {
+  QDateTime local;
+  QString unknownZone;
+};
+
+// By the name of a zone that the calendar does not bring along, as Windows or the system has it.
+QTimeZone ZoneByName(const QByteArray& name) {
+  const QByteArray usual = QTimeZone::windowsIdToDefaultIanaId(name);
+  if (!usual.isEmpty()) return QTimeZone(usual);
+  return QTimeZone::isTimeZoneIdAvailable(name) ? QTimeZone(name) : QTimeZone();
+}
+
 // A time without a zone is meant at the place where it is read.
-QDateTime LocalTime(const icaltimetype& time) {
+ShownTime TimeOf(icalcomponent* event, icalproperty_kind kind, const icaltimetype& time) {
   const icaltimezone* zone = icaltime_get_timezone(time);
   if (zone != nullptr && !time.is_date) {
-    return QDateTime::fromSecsSinceEpoch(
-        icaltime_as_timet_with_zone(time, const_cast<icaltimezone*>(zone)));
+    const auto seconds = icaltime_as_timet_with_zone(time, const_cast<icaltimezone*>(zone));
+    return {QDateTime::fromSecsSinceEpoch(seconds), {}};
   }
-  return QDateTime(QDate(time.year, time.month, time.day),
-                   QTime(time.hour, time.minute, time.second));
+  const QDate day(time.year, time.month, time.day);
+  const QTime clock(time.hour, time.minute, time.second);
+  icalproperty* property = icalcomponent_get_first_property(event, kind);
+  icalparameter* named = property == nullptr
+                             ? nullptr
+                             : icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER);
+  if (named == nullptr || time.is_date) return {QDateTime(day, clock), {}};
+  const QTimeZone known = ZoneByName(icalparameter_get_tzid(named));
+  if (known.isValid()) return {QDateTime(day, clock, known).toLocalTime(), {}};
+  return {QDateTime(day, clock), OneLine(icalparameter_get_tzid(named))};
+}
+
+QString WithZone(const QString& period, const QString& zone) {
+  return zone.isEmpty() ? period : period + Ui::tr("（現地の時間: %1）").arg(zone);
+}
+
+QString Format(bool isDate) {
+  return isDate ? QStringLiteral("yyyy/MM/dd") : QStringLiteral("yyyy/MM/dd HH:mm");
 }
 
 QString Period(icalcomponent* event) {
   const icaltimetype start = icalcomponent_get_dtstart(event);
   if (icaltime_is_null_time(start)) return {};
   icaltimetype end = icalcomponent_get_dtend(event);
-  const QString day = QStringLiteral("yyyy/MM/dd");
-  const QString time = QStringLiteral("HH:mm");
-  const QDateTime from = LocalTime(start);
-  const QString begin = from.toString(start.is_date ? day : day + u' ' + time);
-  if (icaltime_is_null_time(end)) return begin;
+  const auto [from, zone] = TimeOf(event, ICAL_DTSTART_PROPERTY, start);
+  const QString begin = from.toString(Format(start.is_date));
+  if (icaltime_is_null_time(end)) return WithZone(begin, zone);
   if (end.is_date) icaltime_adjust(&end, -1, 0, 0, 0);  // the day after the last
-  const QDateTime to = LocalTime(end);
-  if (to <= from) return begin;
-  const bool isSameDay = to.date() == from.date();
-  return begin + Ui::tr("～") +
-         to.toString(end.is_date ? day : (isSameDay ? time : day + u' ' + time));
+  const bool hasEnd = icalcomponent_get_first_property(event, ICAL_DTEND_PROPERTY) != nullptr;
+  const QDateTime to =
+      TimeOf(event, hasEnd ? ICAL_DTEND_PROPERTY : ICAL_DTSTART_PROPERTY, end).local;
+  if (to <= from) return WithZone(begin, zone);
+  const bool isClock = !end.is_date && to.date() == from.date();
+  const QString until = to.toString(isClock ? QStringLiteral("HH:mm") : Format(end.is_date));
+  return WithZone(begin + Ui::tr("～") + until, zone);
+}
+
+QString Due(icalcomponent* todo) {
+  const icaltimetype due = icalcomponent_get_due(todo);
+  if (icaltime_is_null_time(due)) return {};
+  const auto [time, zone] = TimeOf(todo, ICAL_DUE_PROPERTY, due);
+  return WithZone(time.toString(Format(due.is_date)), zone);
 }
 
 class Summary {
  public:
   explicit Summary(icalcomponent* event) : event_(event) {}
 
+  // Empty when it says nothing.
   QString Run(icalproperty_method method, bool withDescription) {
-    lines_ = Ui::tr("【%1】").arg(Title(method)) + kLineBreak;
-    Add(Ui::tr("件名: "), OneLine(icalcomponent_get_summary(event_)));
-    Add(Ui::tr("日時: "), Period(event_));
-    if (icalcomponent_get_first_property(event_, ICAL_RRULE_PROPERTY) != nullptr) {
-      lines_ += Ui::tr("（繰り返しの予定です）") + kLineBreak;
-    }
-    if (icalcomponent_get_first_property(event_, ICAL_RECURRENCEID_PROPERTY) != nullptr) {
-      lines_ += Ui::tr("（繰り返しのうちの1回です）") + kLineBreak;
-    }
+    AddTimes();
     Add(Ui::tr("場所: "), OneLine(icalcomponent_get_location(event_)));
     if (icalproperty* organizer =
             icalcomponent_get_first_property(event_, ICAL_ORGANIZER_PROPERTY)) {
@@ -108,10 +139,28 @@ class Summary {
     if (withDescription && !description.trimmed().isEmpty()) {
       lines_ += kLineBreak + description + kLineBreak;
     }
-    return lines_;
+    if (lines_.isEmpty()) return {};
+    return Ui::tr("【%1】").arg(IsTodo() ? Ui::tr("用件") : Title(method)) + kLineBreak + lines_;
   }
 
  private:
+  bool IsTodo() const { return icalcomponent_isa(event_) == ICAL_VTODO_COMPONENT; }
+
+  void AddTimes() {
+    Add(Ui::tr("件名: "), OneLine(icalcomponent_get_summary(event_)));
+    if (IsTodo()) {
+      Add(Ui::tr("期限: "), Due(event_));
+    } else {
+      Add(Ui::tr("日時: "), Period(event_));
+    }
+    if (icalproperty* rule = icalcomponent_get_first_property(event_, ICAL_RRULE_PROPERTY)) {
+      Add(Ui::tr("繰り返し: "), RecurrenceWords(rule));
+    }
+    if (icalcomponent_get_first_property(event_, ICAL_RECURRENCEID_PROPERTY) != nullptr) {
+      lines_ += Ui::tr("（繰り返しのうちの1回です）") + kLineBreak;
+    }
+  }
+
   void Add(const QString& name, const QString& value) {
     if (!value.isEmpty()) lines_ += name + value + kLineBreak;
   }
@@ -135,13 +184,16 @@ class Summary {
 
 QString CalendarSummary(const QString& calendar, bool withDescription) {
   const ParsedCalendar parsed(calendar);
-  const std::vector<icalcomponent*> events = parsed.Events();
+  std::vector<icalcomponent*> events = parsed.Events();
+  const std::vector<icalcomponent*> todos = parsed.Todos();
+  events.insert(events.end(), todos.begin(), todos.end());
   QStringList summaries;
   for (icalcomponent* event : events) {
     if (summaries.size() == kMostShown) break;
-    summaries.append(Summary(event).Run(icalcomponent_get_method(parsed.Whole()), withDescription));
+    summaries.append(Summary(event).Run(MethodOf(event), withDescription));
   }
   const auto rest = static_cast<qsizetype>(events.size()) - summaries.size();
+  summaries.removeAll(QString());
   if (rest > 0) summaries.append(Ui::tr("（ほかに%1件の予定があります）").arg(rest) + kLineBreak);
   return summaries.join(kLineBreak);
 }

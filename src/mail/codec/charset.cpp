@@ -7,6 +7,7 @@
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/japanese_decoders.h"
+#include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
@@ -67,10 +68,14 @@ constexpr Label kLabels[] = {
 constexpr char kEucX0213[] = "EUC-JISX0213";
 constexpr char kShiftJisX0213[] = "SHIFT_JISX0213";
 
-QByteArray NameForIconv(const QByteArray& squeezed) {
-  if (squeezed == "eucjis2004" || squeezed == "eucjisx0213") return kEucX0213;
-  if (squeezed == "shiftjis2004" || squeezed == "shiftjisx0213" || squeezed == "sjis2004") {
-    return kShiftJisX0213;
+QByteArray NameForIconv(QByteArrayView squeezed) {
+  if (squeezed.startsWith('x')) squeezed = squeezed.sliced(1);
+  for (const QByteArrayView name : {"eucjis2004", "eucjisx0213", "eucjis0213"}) {
+    if (squeezed == name) return kEucX0213;
+  }
+  for (const QByteArrayView name :
+       {"shiftjis2004", "shiftjisx0213", "shiftjis0213", "sjis2004", "sjisx0213", "sjis0213"}) {
+    if (squeezed == name) return kShiftJisX0213;
   }
   return {};
 }
@@ -93,9 +98,9 @@ QByteArray Squeeze(QByteArrayView label) {
 QByteArray WiderName(const QByteArray& squeezed, QByteArrayView label) {
   if (squeezed == "iso88591" || squeezed == "latin1") return "windows-1252";
   if (squeezed == "iso88599") return "windows-1254";
-  if (squeezed == "ksc56011987" || squeezed == "ksc5601" || squeezed == "euckr" ||
-      squeezed == "uhc") {
-    return "windows-949";
+  for (const QByteArrayView korean : {"ksc56011987", "ksc5601", "ksc56011989", "euckr", "uhc",
+                                      "xuhc", "cp949", "xcp949", "949"}) {
+    if (squeezed == korean) return "windows-949";
   }
   if (squeezed == "gb2312" || squeezed == "gbk") return "gb18030";
   if (squeezed == "tis620") return "windows-874";
@@ -121,7 +126,8 @@ qsizetype WholeUtf8Length(QByteArrayView bytes) {
 DecodedText DecodeUtf8(QByteArrayView bytes, bool atCut) {
   if (bytes.startsWith("\xEF\xBB\xBF")) bytes = bytes.sliced(3);
   if (atCut) bytes = bytes.first(WholeUtf8Length(bytes));
-  QStringDecoder decoder(QStringConverter::Utf8);
+  // Stateless, so that a character that the end cuts off is an error.
+  QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
   DecodedText decoded{decoder(bytes), true};
   decoded.clean =
       !decoder.hasError() && (IsCleanUtf8Prefix(decoded.text) || bytes.contains("\xEF\xBF\xBD"));
@@ -147,6 +153,9 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
     IcuConverter converter(icuName.constData());
     if (!converter.IsValid()) return DecodeAscii(bytes);
     text = converter.Decode(bytes);
+    // What some of its tables have for a character that they lack.
+    constexpr char16_t kSubstitute = 0x1A;
+    if (!bytes.contains(kSubstitute)) text.replace(kSubstitute, QChar::ReplacementCharacter);
   }
   if (atCut && text.endsWith(QChar::ReplacementCharacter)) text.chop(1);
   if (text.startsWith(QChar::ByteOrderMark)) text.remove(0, 1);
@@ -204,6 +213,7 @@ CharsetChoice CharsetChoiceOf(const QString& flagCharacter) {
 }
 
 Charset Charset::FromLabel(QByteArrayView label) {
+  if (const qsizetype comment = label.indexOf('('); comment >= 0) label = label.first(comment);
   const QByteArray squeezed = Squeeze(label.trimmed());
   if (squeezed.isEmpty()) return {};
   const auto known = std::find_if(std::begin(kLabels), std::end(kLabels), [&](const Label& entry) {
@@ -230,11 +240,23 @@ Charset Charset::FromChoice(CharsetChoice choice) {
   }
 }
 
+namespace {
+
+// A byte that was lost behind an escape makes a foreign set of a Japanese one.
+DecodedText DecodeJis(QByteArrayView bytes, bool atCut) {
+  if (!HasForeignEscape(bytes)) return DecodeIso2022Jp(bytes, atCut);
+  DecodedText foreign = DecodeOther("ISO-2022-JP-2", bytes, atCut);
+  if (foreign.clean) return foreign;
+  DecodedText usual = DecodeIso2022Jp(bytes, atCut);
+  return JapaneseCost(usual.text) < JapaneseCost(foreign.text) ? usual : foreign;
+}
+
+}  // namespace
+
 DecodedText Decode(const Charset& charset, QByteArrayView bytes, bool atCut) {
   switch (charset.family) {
     case Family::Jis:
-      return HasForeignEscape(bytes) ? DecodeOther("ISO-2022-JP-2", bytes, atCut)
-                                     : DecodeIso2022Jp(bytes, atCut);
+      return DecodeJis(bytes, atCut);
     case Family::Euc:
       return DecodeEucJp(bytes, atCut);
     case Family::ShiftJis:
@@ -311,15 +333,21 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
 }
 
 // Programs that know of no other code declare a Western one for whatever they are given. In it
-// every byte has a meaning.
+// every byte has a meaning, mostly a strange one.
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
+  constexpr int kSure = 6;
+  constexpr int kProof = 3;  // characters; a shorter word proves nothing against a label
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
   const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
-  const Charset recognized = RecognizeCharset(sample);
-  if (recognized.family <= Family::Ascii) return {};
-  if (recognized.family == Family::Utf8) return recognized;
-  const bool isSure = IsMostlyEightBit(sample) &&
-                      Likelihood(Decode(recognized, sample, true).text) >= kSureOfJapanese;
+  const Charset recognized = RecognizeCharset(sample, sample.size() < bytes.size());
+  if (recognized.family <= Family::Ascii || recognized.family == Family::Other) return {};
+  const DecodedText reading = Decode(recognized, sample, true);
+  const auto characters = std::count_if(reading.text.begin(), reading.text.end(),
+                                        [](QChar c) { return c.unicode() >= 0x80; });
+  const bool isSure = recognized.family == Family::Jis ||
+                      (recognized.family == Family::Utf8 && reading.clean) ||
+                      (characters >= kProof && JapaneseCost(reading.text) + kSure <=
+                                                   WesternCost(Decode(declared, sample).text));
   return isSure ? recognized : Charset();
 }
 
@@ -328,17 +356,15 @@ Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes)
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
   if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
-  DecodedText asDeclared = Decode(declared, bytes, atCut);
+  if (declared.family <= Family::Ascii) {
+    const Charset recognized = RecognizeCharset(bytes, atCut);
+    if (recognized.family > Family::Ascii) return Decode(recognized, bytes, atCut).text;
+  }
+  const DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
     return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
                ? Decode({Family::Euc, {}}, bytes, atCut).text
                : asDeclared.text;
-  }
-  if (declared.family <= Family::Ascii) {
-    const DecodedText recognized = Decode(RecognizeCharset(bytes), bytes, atCut);
-    const bool isUsual = Likelihood(recognized.text) >= 0 ||
-                         (IsMostlyEightBit(bytes) && AreHalfKanaWords(recognized.text));
-    if (recognized.clean && isUsual) return recognized.text;
   }
   return MostUsual(bytes, declared, asDeclared, atCut);
 }
@@ -377,10 +403,8 @@ QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
   const Family family = RecognizeCharset(bytes).family;
   if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
   const DecodedText asBody = Decode(code.body, bytes);
-  const bool isJapanese =
-      HasKana(recognized) ||
-      (IsWestern(code.body) && !recognized.contains(QChar::ReplacementCharacter) &&
-       IsMostlyEightBit(bytes) && LooksJapanese(recognized));
+  const bool isJapanese = IsWestern(code.body) ? family == Family::Euc || family == Family::ShiftJis
+                                               : HasKana(recognized);
   return asBody.clean && !isJapanese ? asBody.text : recognized;
 }
 

@@ -1,7 +1,10 @@
 #include "mail/codec/charset_recognition.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
+
+#include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
@@ -10,6 +13,8 @@ using Family = Charset::Family;
 
 // Enough to tell; a long text is not decoded three times over.
 constexpr qsizetype kSampleBytes = 64 * 1024;
+
+constexpr char kWesternCode[] = "windows-1252";
 
 // Whether any escape is followed by bytes that `isWanted` says yes to; beyond the end they are 0.
 template <typename IsWanted>
@@ -67,6 +72,8 @@ bool AreHalfKanaWords(const QString& text) {
   return true;
 }
 
+namespace {
+
 // A code read as another one gives half-width kana, rare ideographs and private characters where
 // the right one gives kana and common ideographs.
 int CharacterWeight(char16_t c) {
@@ -82,6 +89,8 @@ int CharacterWeight(char16_t c) {
   if (c >= 0x4E00 && c <= 0x9FFF) return 5;
   return 0;
 }
+
+}  // namespace
 
 // Per character of the reading, so that a code with more characters does not win by their number.
 double Likelihood(const QString& text) {
@@ -108,28 +117,80 @@ bool HasForeignEscape(QByteArrayView bytes) {
   });
 }
 
-Charset RecognizeCharset(QByteArrayView bytes) {
-  const bool isSample = bytes.size() > kSampleBytes;
-  if (isSample) bytes = bytes.first(kSampleBytes);
+namespace {
+
+// Whether bytes have no errors in a code. A start is tried first, as most other codes fail there.
+std::optional<QString> ReadWithoutErrors(Family family, QByteArrayView bytes, bool atCut) {
+  constexpr qsizetype kStart = 256;
+  if (!Decode({family, {}}, bytes.first(qMin(bytes.size(), kStart)), true).clean) return {};
+  DecodedText decoded = Decode({family, {}}, bytes, atCut);
+  return decoded.clean ? std::optional(std::move(decoded.text)) : std::nullopt;
+}
+
+// As much of bytes as is needed to tell their code, with the letters before what is not ASCII.
+QByteArrayView Telling(QByteArrayView bytes, qsizetype enough) {
+  constexpr qsizetype kBefore = 8;
+  const auto* const first = std::find_if(bytes.begin(), bytes.end(),
+                                         [](char c) { return (c & 0x80) != 0 || c == '\x1B'; });
+  bytes = bytes.sliced(qMax(first - bytes.begin() - kBefore, qsizetype{0}));
+  return bytes.first(qMin(bytes.size(), enough));
+}
+
+// Bytes that fit no code surely: whichever reading explains them best, errors counted. One in which
+// most is strange explains nothing.
+Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
+  Charset best;
+  int bestCost = 0;
+  const auto consider = [&](const Charset& charset, int cost) {
+    if (best.family != Family::Unknown && cost >= bestCost) return;
+    best = charset;
+    bestCost = cost;
+  };
+  if (hasJisEscape) {
+    consider({Family::Jis, {}}, JapaneseCost(Decode({Family::Jis, {}}, bytes, atCut).text));
+  }
+  const QString utf8 = Decode({Family::Utf8, {}}, bytes, atCut).text;
+  consider({Family::Utf8, {}}, qMin(JapaneseCost(utf8), WesternCost(utf8)));
+  for (const Family family : {Family::Euc, Family::ShiftJis}) {
+    consider({family, {}}, JapaneseCost(Decode({family, {}}, bytes, atCut).text));
+  }
+  const Charset western{Family::Other, kWesternCode};
+  consider(western, WesternCost(Decode(western, bytes).text));
+
+  constexpr int kStrange = 11;
+  const auto high =
+      std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  const qsizetype plain = bytes.size() - high;
+  const bool isStrange = bestCost - plain * 5 > high * kStrange;
+  return isStrange && best.family != Family::Jis ? Charset() : best;
+}
+
+}  // namespace
+
+Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
+  const QByteArrayView sample = Telling(bytes, kSampleBytes);
+  atCut = atCut || sample.end() != bytes.end();
+  bytes = sample;
   const bool hasHighBytes =
       std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
-  if (HasJisEscape(bytes) && (!hasHighBytes || Decode({Family::Jis, {}}, bytes, isSample).clean)) {
+  const bool hasJisEscape = HasJisEscape(bytes);
+  if (hasJisEscape && (!hasHighBytes || Decode({Family::Jis, {}}, bytes, atCut).clean)) {
     return {Family::Jis, {}};
   }
   if (!hasHighBytes) return {Family::Ascii, {}};
   // Other codes hardly ever happen to be well-formed UTF-8.
-  if (Decode({Family::Utf8, {}}, bytes, isSample).clean) return {Family::Utf8, {}};
+  if (ReadWithoutErrors(Family::Utf8, bytes, atCut)) return {Family::Utf8, {}};
 
-  const DecodedText euc = Decode({Family::Euc, {}}, bytes, isSample);
-  const DecodedText shiftJis = Decode({Family::ShiftJis, {}}, bytes, isSample);
-  if (euc.clean && shiftJis.clean) {
-    if (AreHalfKanaWords(shiftJis.text) && AreRareInEuc(bytes)) return {Family::ShiftJis, {}};
-    const bool isEuc = Likelihood(euc.text) >= Likelihood(shiftJis.text);
-    return {isEuc ? Family::Euc : Family::ShiftJis, {}};
+  const auto euc = ReadWithoutErrors(Family::Euc, bytes, atCut);
+  if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
+  const auto shiftJis = ReadWithoutErrors(Family::ShiftJis, bytes, atCut);
+  if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
+  if (euc && shiftJis && AreHalfKanaWords(*shiftJis) && AreRareInEuc(bytes)) {
+    return {Family::ShiftJis, {}};
   }
-  if (euc.clean) return {Family::Euc, {}};
-  if (shiftJis.clean) return {Family::ShiftJis, {}};
-  return {};
+  constexpr qsizetype kEnough = 4096;
+  const QByteArrayView telling = hasJisEscape ? bytes : Telling(bytes, kEnough);
+  return LikeliestCharset(telling, hasJisEscape, atCut || telling.end() != bytes.end());
 }
 
 bool LooksJapanese(const QString& text) {

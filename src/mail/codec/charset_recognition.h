@@ -7,9 +7,10 @@
 namespace vorn {
 
 /// The likeliest character set of text that says nothing of its own: JIS by its escape sequences,
-/// else whichever of UTF-8, EUC and Shift-JIS decodes it without error, and of several the one that
-/// gives the more usual Japanese. Plain ASCII is `Ascii`; bytes that fit nothing are `Unknown`.
-Charset RecognizeCharset(QByteArrayView bytes);
+/// else whichever of UTF-8, EUC and Shift-JIS decodes it without error to usual Japanese, else the
+/// one of these and windows-1252 that explains most of it, errors counted. Plain ASCII is `Ascii`;
+/// bytes that fit nothing are `Unknown`. With `atCut` the end may cut a character off.
+Charset RecognizeCharset(QByteArrayView bytes, bool atCut = false);
 
 /// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
 bool HasJisEscape(QByteArrayView bytes);
@@ -21,10 +22,8 @@ bool HasForeignEscape(QByteArrayView bytes);
 /// Whether what is not ASCII in a text are half-width kana alone, as words have them.
 bool AreHalfKanaWords(const QString& text);
 
-/// How usual a character is in Japanese text, from -25 for U+FFFD to 12 for hiragana.
-int CharacterWeight(char16_t character);
-
-/// The mean weight of what is not ASCII in a text; 0 when all is.
+/// How usual on average what is not ASCII in a text is in Japanese, from -25 for U+FFFD to 12 for
+/// hiragana; 0 when all is ASCII.
 double Likelihood(const QString& text);
 
 /// Whether a text has more of what is usual in Japanese than of what a wrong code gives.

@@ -133,9 +133,8 @@ class ContentReader {
     const HeaderParameters encoding(FieldValue(source_, "Content-Transfer-Encoding:", record));
     record.encoding = Sanitized(QString::fromLatin1(encoding.Main()));
     const HeaderParameters disposition(FieldValue(source_, "Content-Disposition:", record));
-    record.name = disposition.Text("filename");
-    if (record.name.isEmpty()) record.name = type.Text("name");
-    record.name = Sanitized(record.name);
+    const auto typeName = [&type] { return type.Reading("name"); };
+    record.name = Sanitized(MoreReadable(disposition.Reading("filename"), typeName).text);
     record.hasName = !record.name.isEmpty();
     record.isAlternative = std::any_of(stack_.begin(), stack_.end(), [](const Multipart& open) {
       return open.whole.type == u"multipart/alternative";

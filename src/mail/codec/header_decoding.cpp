@@ -20,6 +20,8 @@ struct Run {
   bool IsEncoded() const { return !charset.isNull(); }
 };
 
+constexpr char kNoCharset[] = "unknown";
+
 struct EncodedWord {
   QByteArray charset;
   QByteArray text;
@@ -32,7 +34,7 @@ struct EncodedWord {
 std::optional<EncodedWord> ReadEncodedWord(QByteArrayView text) {
   if (!text.startsWith("=?")) return std::nullopt;
   const qsizetype charsetEnd = text.indexOf('?', 2);
-  if (charsetEnd <= 2 || charsetEnd + 3 >= text.size() || text[charsetEnd + 2] != '?') {
+  if (charsetEnd < 2 || charsetEnd + 3 >= text.size() || text[charsetEnd + 2] != '?') {
     return std::nullopt;
   }
   const char encoding = text[charsetEnd + 1];
@@ -49,6 +51,7 @@ std::optional<EncodedWord> ReadEncodedWord(QByteArrayView text) {
   }
   QByteArray charset = text.sliced(2, charsetEnd - 2).toByteArray();
   if (charset.contains(' ')) return std::nullopt;
+  if (charset.isEmpty()) charset = kNoCharset;
   if (const qsizetype language = charset.indexOf('*'); language > 0) {
     charset.truncate(language);  // RFC 2231 section 5
   }

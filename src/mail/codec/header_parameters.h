@@ -3,7 +3,10 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <functional>
 #include <vector>
+
+#include "mail/codec/charset.h"
 
 namespace vorn::MimeCodec {
 
@@ -19,8 +22,10 @@ class HeaderParameters {
   /// A parameter's bytes, unquoted; empty when absent. Case of the name does not matter.
   QByteArray Bytes(QByteArrayView name) const;
   /// A parameter as text: continuations joined, RFC 2231 charset applied, and the encoded words
-  /// that much Japanese mail has there instead decoded.
+  /// that much Japanese mail has there instead decoded. Of two forms the readable one counts.
   QString Text(QByteArrayView name) const;
+  /// The same, and whether it can be read: `clean` is false where characters are wrong or lost.
+  DecodedText Reading(QByteArrayView name) const;
 
  private:
   struct Parameter {
@@ -30,12 +35,18 @@ class HeaderParameters {
     QByteArray value;
   };
 
+  enum class Form { Best, Plain };
+
   void ReadParameter(QByteArrayView text);
   /// Joins a parameter's sections; sets the charset when one is given.
-  QByteArray Join(QByteArrayView name, QByteArray* charset, bool* extended) const;
+  QByteArray Join(QByteArrayView name, Form form, QByteArray* charset, bool* extended) const;
+  DecodedText ReadForm(QByteArrayView name, Form form) const;
 
   QByteArray main_;
   std::vector<Parameter> parameters_;
 };
+
+/// The preferred of two forms of a name, unless only the other one can be read.
+DecodedText MoreReadable(const DecodedText& preferred, const std::function<DecodedText()>& other);
 
 }  // namespace vorn::MimeCodec

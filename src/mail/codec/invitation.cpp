@@ -100,7 +100,7 @@ void CopyZones(icalcomponent* from, icalcomponent* to) {
 std::optional<Invitation> ReadInvitation(const QString& calendar) {
   const ParsedCalendar parsed(calendar);
   icalcomponent* event = parsed.Event();
-  if (event == nullptr || icalcomponent_get_method(parsed.Whole()) != ICAL_METHOD_REQUEST) {
+  if (event == nullptr || MethodOf(event) != ICAL_METHOD_REQUEST) {
     return std::nullopt;
   }
   icalproperty* organizer = icalcomponent_get_first_property(event, ICAL_ORGANIZER_PROPERTY);
@@ -133,7 +133,9 @@ QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
   CopyZones(parsed.Whole(), whole);
   // A series and those of its times that were moved are one appointment.
   for (icalcomponent* asked : parsed.Events()) {
-    if (qstrcmp(icalcomponent_get_uid(asked), icalcomponent_get_uid(event)) != 0) continue;
+    const bool isOther = icalcomponent_get_parent(asked) != icalcomponent_get_parent(event) ||
+                         qstrcmp(icalcomponent_get_uid(asked), icalcomponent_get_uid(event)) != 0;
+    if (isOther) continue;
     icalcomponent_add_component(whole, AnsweredEvent(asked, address, answer));
   }
   const QByteArray bytes = TextOf(whole);
@@ -144,7 +146,7 @@ QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
 std::optional<InvitationReply> ReadReply(const QByteArray& calendar) {
   const ParsedCalendar parsed(QString::fromUtf8(calendar));
   icalcomponent* event = parsed.Event();
-  if (event == nullptr || icalcomponent_get_method(parsed.Whole()) != ICAL_METHOD_REPLY) {
+  if (event == nullptr || MethodOf(event) != ICAL_METHOD_REPLY) {
     return std::nullopt;
   }
   icalproperty* attendee = icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY);

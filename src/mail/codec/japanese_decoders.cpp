@@ -7,6 +7,7 @@
 #include "mail/codec/code_page_932.h"
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
+#include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
@@ -138,19 +139,13 @@ bool InRange(int byte, int first, int last) {
   return byte >= first && byte <= last;
 }
 
-// Behind it lie the ideographs of level 2, which are seldom used (JIS X 0208).
-constexpr int kFirstRareRow = 48;
-
 // Which byte of a run of pairs that has one too many is the odd one: where leaving it out gives the
 // most usual text. A byte that was lost leaves one behind that is as good as odd.
 template <typename CharacterAt>
 qsizetype OddByte(QByteArrayView run, CharacterAt characterAt) {
   const auto weight = [&](qsizetype at) {
     const char16_t character = characterAt(run[at], run[at + 1]);
-    const int usual =
-        CharacterWeight(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
-    const int row = (run[at] & 0x7F) - 0x20;
-    return row >= kFirstRareRow ? qMin(usual, 0) : usual;
+    return -JapaneseCost(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
   };
   // At first the byte before all pairs; each step takes one pair from behind it to before it.
   int score = 0;

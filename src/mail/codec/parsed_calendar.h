@@ -13,20 +13,26 @@ namespace vorn {
 /// the library, which keeps what it knows of time zones in one place.
 class ParsedCalendar {
  public:
-  /// One that cannot be read, or is far larger than appointments are, has no event.
+  /// One that cannot be read, or is far larger than appointments are, has no event; of one that was
+  /// cut off there is what came.
   explicit ParsedCalendar(const QString& calendar);
 
-  icalcomponent* Whole() const { return whole_.get(); }
-  /// Its appointments, as they stand in it.
+  /// The calendar that holds `Event`. Several may stand one behind the other.
+  icalcomponent* Whole() const;
+  /// All appointments, as they stand in it.
   std::vector<icalcomponent*> Events() const;
-  /// What it is about: the first that is not a single time of a series, else the first; null when
-  /// there is none.
+  std::vector<icalcomponent*> Todos() const;
+  /// What it is about: the first that is not a single time of a series, else the first; those that
+  /// ask for an answer before others. Null when there is none.
   icalcomponent* Event() const;
 
  private:
   QMutexLocker<QMutex> lock_;
   std::unique_ptr<icalcomponent, decltype(&icalcomponent_free)> whole_;
 };
+
+/// What is asked about an appointment (RFC 5546).
+icalproperty_method MethodOf(icalcomponent* event);
 
 /// The address of an organizer or attendee, whose value is a URI.
 QString CalendarAddress(const char* uri);

@@ -1,11 +1,12 @@
 #include "mail/codec/text_extraction.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/code_page_932.h"
+#include "mail/codec/enriched_text.h"
 #include "mail/codec/flowed_text.h"
+#include "mail/codec/header_fields.h"
 #include "mail/codec/html_text.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/report_summary.h"
@@ -95,6 +96,9 @@ QString DecodeText(QByteArrayView source, const ContentRecord& record, qsizetype
 // What a part shows: paragraphs of flowed text joined, HTML as text.
 QString ReadableText(QByteArrayView source, const ContentRecord& record, const QString& text) {
   if (record.type == u"text/html") return HtmlToText(text);
+  if (record.type == u"text/enriched" || record.type == u"text/richtext") {
+    return EnrichedToText(text);
+  }
   if (record.type != u"text/plain") return text;
   const MimeCodec::HeaderParameters type = MimeCodec::ContentType(source, record);
   if (type.Bytes("format").compare("flowed", Qt::CaseInsensitive) != 0) return text;
@@ -110,17 +114,68 @@ const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
   return nullptr;
 }
 
-// What the reports and the appointment in the message say, behind its text, or the text of a
+// Text that is none of the types that are shown as text, but all that a message says.
+QString OtherText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  const ReadingCode& charset) {
+  for (const ContentRecord& record : records) {
+    // These are shown in another way, or are no words.
+    const bool isElse = record.type == u"text/html" || record.type == u"text/calendar" ||
+                        record.type == u"text/rtf" || record.type == u"text/rfc822-headers";
+    if (!record.type.startsWith(u"text/") || isElse || record.hasName || record.first > record.last)
+      continue;
+    const QString text = DecodeText(source, record, record.last, charset, false);
+    if (!QStringView(text).trimmed().isEmpty()) return ReadableText(source, record, text);
+  }
+  return {};
+}
+
+// What stands before the first part, unless it only tells readers without MIME what they see.
+QString Preamble(QByteArrayView source, const std::vector<ContentRecord>& records,
+                 const ReadingCode& charset) {
+  const qsizetype start = MimeCodec::HeaderBlockEnd(source);
+  if (records.empty() || records.front().headerFirst <= start) return {};
+  const QByteArrayView before = source.sliced(start, records.front().headerFirst - start);
+  const qsizetype delimiter = before.startsWith("--") ? 0 : before.indexOf("\n--") + 1;
+  const QString text = DecodeWithChoice(before.first(delimiter), {}, charset);
+  const bool isForProgram = text.contains(QStringLiteral("MIME"), Qt::CaseInsensitive) ||
+                            text.contains(QStringLiteral("multi-part"), Qt::CaseInsensitive);
+  return isForProgram || QStringView(text).trimmed().isEmpty() ? QString() : text;
+}
+
+// The calendars of a message one behind the other, each of them once: many come again as a file,
+// which asks for no answer. What cannot be read stands in the way of none.
+QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& records,
+                  const ReadingCode& charset) {
+  constexpr qsizetype kMost = 20;
+  constexpr qsizetype kLongest = 2 * 1024 * 1024;
+  QStringList calendars;
+  QStringList said;
+  qsizetype length = 0;
+  QString broken;
+  for (const ContentRecord& record : records) {
+    if (record.type != u"text/calendar" || record.first > record.last) continue;
+    if (calendars.size() == kMost || length > kLongest) break;
+    const QString calendar = DecodeText(source, record, record.last, charset, false);
+    const QString summary = CalendarSummary(calendar, true);
+    const QString appointment = summary.section(QStringLiteral("\r\n"), 1);
+    if (summary.isEmpty() && broken.isEmpty()) broken = calendar;
+    if (summary.isEmpty() || said.contains(appointment)) continue;
+    said.append(appointment);
+    length += calendar.size();
+    calendars.append(calendar.endsWith(u'\n') ? calendar : calendar + QStringLiteral("\r\n"));
+  }
+  return calendars.isEmpty() ? broken : calendars.join(QString());
+}
+
+// What the reports and the appointments in the message say, behind its text, or the text of a
 // package in the place of one.
 QString Reports(QByteArrayView source, const std::vector<ContentRecord>& records,
                 const ReadingCode& charset, bool isBlank) {
-  QString text;
-  bool hasCalendar = false;  // the same once more as a file
+  const QString calendars = Calendars(source, records, charset);
+  QString text = CalendarSummary(calendars, isBlank);
+  if (isBlank && text.isEmpty()) text = calendars;  // which nobody can read in another way
   for (const ContentRecord& record : records) {
     if (record.first > record.last) continue;
-    if (record.type == u"text/calendar" && !std::exchange(hasCalendar, true)) {
-      text += CalendarSummary(DecodeText(source, record, record.last, charset, false), isBlank);
-    }
     const bool isPackage = isBlank && text.isEmpty() && IsTnef(record.type, record.name);
     if (!IsReport(record.type) && !isPackage) continue;
     const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
@@ -139,6 +194,29 @@ QString Shortened(const QString& text, qsizetype maximum) {
   qsizetype length = qMin(text.size(), maximum);
   while (length > 0 && CodePage932Length(QStringView(text).first(length)) > maximum) --length;
   return text.left(length) + QStringLiteral("...");
+}
+
+bool IsBlank(const QString& text) {
+  return QStringView(text).trimmed().isEmpty();
+}
+
+// What a message shows whose text is blank.
+QString InPlaceOfText(QByteArrayView source, const std::vector<ContentRecord>& records,
+                      const TextRequest& request, const QString& blank, const QString& lineBreak) {
+  QString text = blank;
+  const auto take = [&text](const QString& other) {
+    if (!other.isEmpty()) text = other;
+  };
+  if (const ContentRecord* html = FindHtml(records)) {
+    const QString page = DecodeText(source, *html, html->last, request.charset, false);
+    text = WithLineBreaks(HtmlToText(page), lineBreak);
+  }
+  if (IsBlank(text)) take(WithLineBreaks(OtherText(source, records, request.charset), lineBreak));
+  if (IsBlank(text)) take(InnerText(source, records, request));
+  if (IsBlank(text) && !request.isInner) {
+    take(WithLineBreaks(Preamble(source, records, request.charset), lineBreak));
+  }
+  return text;
 }
 
 }  // namespace
@@ -174,17 +252,12 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
     }
   }
   if (truncated) result.text += QStringLiteral("...");
-  if (const ContentRecord* html = FindHtml(records);
-      html != nullptr && QStringView(result.text).trimmed().isEmpty()) {
-    const QString text = HtmlToText(DecodeText(source, *html, html->last, request.charset, false));
-    result.text = Shortened(WithLineBreaks(text, lineBreak), request.maximum);
-    result.isOfHtml = true;
+  if (IsBlank(result.text)) {
+    const QString instead = InPlaceOfText(source, records, request, result.text, lineBreak);
+    result.text = Shortened(instead, request.maximum);
+    result.isOfHtml = FindHtml(records) != nullptr;
   }
-  if (QStringView(result.text).trimmed().isEmpty()) {
-    const QString inner = InnerText(source, records, request);
-    if (!inner.isEmpty()) result.text = Shortened(inner, request.maximum);
-  }
-  const bool isBlank = QStringView(result.text).trimmed().isEmpty();
+  const bool isBlank = IsBlank(result.text);
   const QString reports = request.withReports && !truncated
                               ? Reports(source, records, request.charset, isBlank)
                               : QString();
@@ -206,6 +279,7 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
   QString text;
   if (--request.depth < 0) return text;
   request.maximum = 0;
+  request.isInner = true;
   for (const ContentRecord& record : records) {
     if (record.type != u"message/rfc822" || record.first > record.last ||
         MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
@@ -221,11 +295,7 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
 
 QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
                            const ReadingCode& charset) {
-  for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
-    if (record.type != u"text/calendar" || record.first > record.last) continue;
-    return DecodeText(source, record, record.last, charset, false);
-  }
-  return {};
+  return Calendars(source, MimeCodec::ParseContentIndex(contentIndex), charset);
 }
 
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,

@@ -18,6 +18,7 @@ struct TextRequest {
   /// Whether what reports of programs and appointments say stands behind the text, as in received
   /// messages.
   bool withReports = false;
+  bool isInner = false;  ///< a message within another one
 };
 
 struct MessageText {
@@ -28,13 +29,15 @@ struct MessageText {
 
 /// The readable text of a message: its text parts without a file name, decoded, one after the
 /// other. Flowed text is joined to paragraphs. A message whose text is blank gives the text of its
-/// HTML part, or that of the messages inside it. Every line break becomes CR LF and the prefix. A
+/// HTML part, of another kind of text, of the messages inside it, or what stands before its parts.
+/// Every line break becomes CR LF and the prefix. A
 /// text that the maximum cuts ends with
 /// "...".
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
 
-/// The calendar (RFC 5545) that came with the message, decoded; a null string when it has none.
+/// The calendars (RFC 5545) that came with the message, decoded, one behind the other; empty when
+/// it has none.
 QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
                            const ReadingCode& charset);
 

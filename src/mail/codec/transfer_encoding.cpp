@@ -64,6 +64,17 @@ bool IsPlainText(QByteArrayView bytes) {
   return ForeignInLine(bytes, &length) * kShareOfText > length;
 }
 
+// Whether each line was quoted as an answer quotes text.
+bool IsQuoted(QByteArrayView bytes) {
+  const QByteArrayView text = bytes.trimmed();
+  if (!text.startsWith('>')) return false;
+  for (qsizetype end = text.indexOf('\n'); end >= 0; end = text.indexOf('\n', end + 1)) {
+    const QByteArrayView line = text.sliced(end + 1);
+    if (!line.startsWith('>') && !line.startsWith('\r') && !line.startsWith('\n')) return false;
+  }
+  return true;
+}
+
 // Behind the padding any line that is no base64 is another's.
 qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
   qsizetype end = bytes.indexOf('=', from);
@@ -82,6 +93,7 @@ QByteArray DecodeBase64Text(QByteArrayView bytes) {
 
 // Several texts that were encoded one by one stand behind each other, each with its padding.
 QByteArray DecodeBase64(QByteArrayView bytes) {
+  if (IsQuoted(bytes)) return DecodeBase64(bytes.toByteArray().replace(">", ""));
   if (IsPlainText(bytes)) return bytes.toByteArray();
   bytes = bytes.first(Base64End(bytes));
   QByteArray decoded;
@@ -161,6 +173,7 @@ qsizetype FooterStart(QByteArrayView bytes) {
 }  // namespace
 
 qsizetype Base64End(QByteArrayView bytes) {
+  if (IsQuoted(bytes)) return bytes.size();
   if (IsPlainText(bytes)) return 0;
   for (qsizetype end = PaddingEnd(bytes, 0); end < bytes.size(); end = PaddingEnd(bytes, end)) {
     qsizetype length = 0;
