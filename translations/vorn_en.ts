@@ -3293,10 +3293,6 @@ and erased ones are not received again.</translation>
         <translation>Line above the quotation(&amp;D)</translation>
     </message>
     <message>
-        <source>%dは日時、%nは書いた人の名前、%aはアドレスになります。空なら入れません。</source>
-        <translation>%d becomes the date, %n the writer’s name and %a the address. No line when empty.</translation>
-    </message>
-    <message>
         <source>署名を引用の上に入れる(&amp;G)</source>
         <translation>Put the si&amp;gnature above the quotation</translation>
     </message>
@@ -3467,6 +3463,14 @@ and erased ones are not received again.</translation>
         <translation>Do you want the new look?
 
 Messages stand in a table, what you choose is shown below it, and folders open in tabs. The menus “View” and “Window” and the settings change it at any time.</translation>
+    </message>
+    <message>
+        <source>いまの操作を元に戻します（Ctrl+Z）。</source>
+        <translation>Takes back what was just done (Ctrl+Z).</translation>
+    </message>
+    <message>
+        <source>%dは日時、%nは名前、%aはアドレスです。</source>
+        <translation>%d is the date, %n the name, %a the address.</translation>
     </message>
 </context>
 </TS>

@@ -50,7 +50,7 @@ void MainStatusBar::BuildOffer() {
   undo->setObjectName(QStringLiteral("cmUndo"));
   undo->setText(Ui::tr("元に戻す"));
   undo->setShortcut(QKeySequence::Undo);
-  undo->setToolTip(undo->shortcut().toString(QKeySequence::NativeText));
+  undo->setToolTip(Ui::tr("いまの操作を元に戻します（Ctrl+Z）。"));
   undo->setAutoRaise(true);
   connect(undo, &QToolButton::clicked, this, [this] {
     const auto run = std::exchange(undo_, {});

@@ -118,9 +118,8 @@ class EditPage : public FormPage {
     AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
     AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
-    AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"))
-        ->setToolTip(
-            Ui::tr("%dは日時、%nは書いた人の名前、%aはアドレスになります。空なら入れません。"));
+    QLineEdit* line = AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"));
+    line->setToolTip(Ui::tr("%dは日時、%nは名前、%aはアドレスです。"));
     AddCheck(QStringLiteral("ckSignatureAbove"), Ui::tr("署名を引用の上に入れる(&G)"));
     AddChoice(
         QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
