@@ -3472,5 +3472,13 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>%dは日時、%nは名前、%aはアドレスです。</source>
         <translation>%d is the date, %n the name, %a the address.</translation>
     </message>
+    <message>
+        <source>新しいメッセージを上に表示する(&amp;U)</source>
+        <translation>Show new messages at the top(&amp;U)</translation>
+    </message>
+    <message>
+        <source>最も古いページ</source>
+        <translation>Oldest Page</translation>
+    </message>
 </context>
 </TS>

@@ -14,7 +14,7 @@ constexpr qint64 kExploreMs = 8;
 void FolderRows::Refresh(DataSession& session) {
   const QString mark = session.ChangeMark();
   if (mark == mark_) return;
-  *this = FolderRows(query_);
+  *this = FolderRows(query_, order_);
   mark_ = mark;
 }
 
@@ -48,14 +48,17 @@ bool FolderRows::IsFew(DataSession& session) {
 bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   Refresh(session);
   const bool few = IsFew(session);
-  if (!few && !index_.IsComplete() && first > count_ / 2 && first < count_) {
+  // From the newest on the near pages are near without notes.
+  const bool isNoted = !few && order_ == RowOrder::OldestFirst;
+  if (isNoted && !index_.IsComplete() && first > count_ / 2 && first < count_) {
     index_.NoteFromEnd(session, count_, first);
   }
-  const RowIndex::Place place = few ? RowIndex::Place{QString(), first} : index_.Find(first);
+  const RowIndex::Place place = isNoted ? index_.Find(first) : RowIndex::Place{QString(), first};
   // The sign keeps the engine from reading all messages in the order of their times.
   QString sql = QStringLiteral("SELECT * FROM ") + index_.Since(place.since) +
-                (few ? QStringLiteral(" ORDER BY +FIELD_TIMESTAMP ASC")
-                     : QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"));
+                (few ? QStringLiteral(" ORDER BY +FIELD_TIMESTAMP ")
+                     : QStringLiteral(" ORDER BY FIELD_TIMESTAMP ")) +
+                (order_ == RowOrder::OldestFirst ? QStringLiteral("ASC") : QStringLiteral("DESC"));
   if (limit > 0 || place.skip > 0) {
     sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(limit > 0 ? limit : -1).arg(place.skip);
   }
@@ -87,6 +90,10 @@ bool FolderRows::Explore(DataSession& session) {
   // day does not stay where it was.
   const bool isMoving = query_.Listing().contains(u"NOW", Qt::CaseInsensitive);
   if (IsFew(session) || !indexed_ || isMoving) return false;
+  if (order_ == RowOrder::NewestFirst) {
+    Count(session);
+    return false;
+  }
   QElapsedTimer clock;
   clock.start();
   while (index_.Extend(session)) {

@@ -8,11 +8,15 @@
 
 namespace vorn {
 
-/// The messages of a folder in the order of its pages, oldest first. It remembers what it has found
+/// How a folder's messages follow each other.
+enum class RowOrder { OldestFirst, NewestFirst };
+
+/// The messages of a folder in the order of its pages. It remembers what it has found
 /// out about them as long as the database stays as it is.
 class FolderRows {
  public:
-  explicit FolderRows(const FolderQuery& query = {}) : query_(query), index_(query.Listing()) {}
+  explicit FolderRows(const FolderQuery& query = {}, RowOrder order = RowOrder::OldestFirst)
+      : query_(query), order_(order), index_(query.Listing()) {}
 
   // Each works on the open database.
 
@@ -32,6 +36,7 @@ class FolderRows {
   bool IsFew(DataSession& session);
 
   FolderQuery query_;
+  RowOrder order_;
   RowIndex index_;
   QString mark_;  // the state of the database that everything below is about
   qint64 count_ = -1;

@@ -104,11 +104,13 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
   if (query.IsEmpty()) return nullptr;
-  const QString listing = query.Listing();
-  auto known = rows_.find(listing);
+  const bool newestFirst = Settings(context_)->Flag(u"NewestFirst");
+  const RowOrder order = newestFirst ? RowOrder::NewestFirst : RowOrder::OldestFirst;
+  const QString key = query.Listing() + (newestFirst ? u'-' : u'+');
+  auto known = rows_.find(key);
   if (known == rows_.end()) {
     if (rows_.size() >= kKnownFolders) rows_.clear();
-    known = rows_.insert(listing, FolderRows(query));
+    known = rows_.insert(key, FolderRows(query, order));
   }
   return &*known;
 }

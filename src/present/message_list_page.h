@@ -17,7 +17,8 @@ class MessageListPages {
   explicit MessageListPages(Context& context);
 
   /// Runs a folder's query, fills its template one message at a time and writes the page, bytes of
-  /// code page 932, to a new ".html" file. `page` counts from 1. `before` and `next` tell whether
+  /// code page 932, to a new ".html" file. The oldest message comes first, or with the setting
+  /// "NewestFirst" the newest. `page` counts from 1. `before` and `next` tell whether
   /// messages were skipped for earlier pages and whether more follow. With `search` only messages
   /// whose subject or addresses hold that text are shown. Returns the file's path, or
   /// an empty string when nothing was written; the session's `LastError` may say why.
@@ -45,7 +46,7 @@ class MessageListPages {
   Context& context_;
   PageTagTable tags_;
   QString template_;
-  QHash<QString, FolderRows> rows_;  // by the folder's statement
+  QHash<QString, FolderRows> rows_;  // by the folder's statement and order
 };
 
 }  // namespace vorn

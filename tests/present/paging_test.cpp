@@ -100,6 +100,21 @@ class PagingTest : public testing::Test {
   bool next_ = false;
 };
 
+TEST_F(PagingTest, TheNewestCanComeFirst) {
+  FillUnevenly(12000);
+  QStringList expected;
+  for (const QVariant& id :
+       profile_.Select(kInboxSelect + QStringLiteral("ORDER BY FIELD_TIMESTAMP DESC"))) {
+    expected.append(id.toString());
+  }
+  MessageListPages pages(profile_.Get());
+  EXPECT_EQ(Page(pages, 1), Expected().mid(0, kRowsPerPage));
+  Settings(profile_.Get())->Let(QStringLiteral("NewestFirst"), true);
+  ExpectPagesOf(pages, expected);
+  EXPECT_FALSE(pages.Explore(fixed_serial::kInbox));
+  ExpectPagesOf(pages, expected);
+}
+
 TEST_F(PagingTest, ExploredPagesAreThoseOfTheWholeList) {
   FillUnevenly(12000);
   const QStringList expected = Expected();

@@ -5,6 +5,7 @@
 
 #include "frame/window/parent_window.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
@@ -52,7 +53,8 @@ QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = ActiveBrowser();
   if (browser == nullptr) return {};
   const QString neighbour =
-      vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId, step);
+      vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId,
+                             Settings(context_)->Flag(u"NewestFirst") ? -step : step);
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
   return neighbour;

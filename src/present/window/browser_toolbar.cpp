@@ -104,7 +104,7 @@ QAction* BrowserWindow::AddButton(const QString& key, void (BrowserWindow::*clic
   return action;
 }
 
-// The oldest page, a page by its number, the newest page.
+// The first page (the oldest unless the newest come first), a page by its number, the last page.
 void BrowserWindow::BuildPageBox() {
   pageBox_ = new QWidget(this);
   auto* box = new QHBoxLayout(pageBox_);
@@ -201,6 +201,11 @@ void BrowserWindow::ControlToolbarUpdate() {
   set(seek_, loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
       loading ? Ui::tr("中止") : Ui::tr("更新"));
   set(next_, QStyle::SP_ArrowForward, Ui::tr("次へ"));
+  const bool newestFirst = Settings(context_)->Flag(u"NewestFirst");
+  set(oldest_, QStyle::SP_MediaSkipBackward,
+      newestFirst ? Ui::tr("最新のページ") : Ui::tr("最初のページ"));
+  set(newest_, QStyle::SP_MediaSkipForward,
+      newestFirst ? Ui::tr("最も古いページ") : Ui::tr("最新のページ"));
   before_->setEnabled(bag_->Flag(kBefore));
   next_->setEnabled(bag_->Flag(kNext));
   oldest_->setEnabled(bag_->Flag(kBefore));
@@ -246,7 +251,7 @@ void BrowserWindow::GoToTypedPage() {
 void BrowserWindow::ShowNewest() {
   if (!IsLocal()) return;
   GoToPage(qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch))));
-  rows_.BeginAtEnd(true);
+  rows_.BeginAtEnd(!Settings(context_)->Flag(u"NewestFirst"));
 }
 
 // What is found is a page of the folder like any other.

@@ -217,9 +217,10 @@ void BrowserWindow::ShowFolder(const QString& folder) {
   LoadDefaultProperty(bag, true);
 }
 
-// A folder opens at its oldest messages, or where the setting says so at its newest.
+// A folder opens at its first messages, or where the setting says so at its newest.
 void BrowserWindow::ChooseFirstPage() {
-  const bool newest = Settings(context_)->Flag(u"MessagesNewest");
+  const DiskPtr settings = Settings(context_);
+  const bool newest = settings->Flag(u"MessagesNewest") && !settings->Flag(u"NewestFirst");
   bag_->Let(kPage, newest ? qMax(1, pages_.CountPages(bag_->SerialID())) : 1);
   rows_.BeginAtEnd(newest);
 }
