@@ -1666,6 +1666,10 @@ Date: </translation>
         <translation>The change of the password cannot be completed. End the program that uses the file and log in again.</translation>
     </message>
     <message>
+        <source>条件にWITHは使えません。</source>
+        <translation>A condition cannot use WITH.</translation>
+    </message>
+    <message>
         <source>条件に使える文は一つだけです。</source>
         <translation>A condition is one statement only.</translation>
     </message>

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSet>
+#include <QRegularExpression>
 
 #include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
@@ -13,19 +13,35 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kMaxNameBytes = 240;  // of the 255 that file systems take
-constexpr qsizetype kMaxEnding = 16;
+constexpr qsizetype kMaxEndingBytes = 48;
 
-const QSet<QString>& ReservedNames() {
-  static const QSet<QString> names = {QStringLiteral("con"),  QStringLiteral("prn"),
-                                      QStringLiteral("aux"),  QStringLiteral("nul"),
-                                      QStringLiteral("com1"), QStringLiteral("lpt1")};
-  return names;
+// Whether Windows takes the name for a device's, whatever its ending.
+bool IsReserved(const QString& name) {
+  static const QRegularExpression device(
+      QStringLiteral("^(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[0-9¹²³])$"),
+      QRegularExpression::CaseInsensitiveOption);
+  return device.match(name.section(u'.', 0, 0).trimmed()).hasMatch();
 }
 
-bool IsUnsafe(QChar c) {
-  // Direction marks make "gpj.exe" read as "exe.jpg".
-  return c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
-         QStringView(u"/\\:*?\"<>|").contains(c);
+bool IsUnsafe(char32_t c) {
+  switch (QChar::category(c)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:  // direction marks make "gpj.exe" read as "exe.jpg"
+    case QChar::Other_Surrogate:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+      return true;
+    default:
+      return c < 0x80 && QStringView(u"/\\:*?\"<>|").contains(QChar(char16_t(c)));
+  }
+}
+
+// A blank or a dot at its beginning hides a name, at its end it is lost on some platforms.
+QString WithoutHiddenEnds(QStringView name) {
+  const auto hides = [](QChar c) { return c == u'.' || c.isSpace(); };
+  while (!name.isEmpty() && hides(name.front())) name = name.sliced(1);
+  while (!name.isEmpty() && hides(name.back())) name.chop(1);
+  return name.toString();
 }
 
 // As many whole characters from the beginning as fit into so many bytes of UTF-8.
@@ -65,16 +81,17 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
 
 QString SafeFileName(const QString& name) {
   QString safe;
-  for (const QChar c : name) safe += IsUnsafe(c) ? QChar(u'_') : c;
-  safe = safe.trimmed();
-  while (safe.startsWith(u'.')) safe.remove(0, 1);
-  while (safe.endsWith(u'.') || safe.endsWith(u' ')) safe.chop(1);
+  for (const char32_t c : name.toUcs4()) safe += QChar::fromUcs4(IsUnsafe(c) ? U'_' : c);
+  safe = WithoutHiddenEnds(safe);
+  // Commands take the one for an option, file dialogs the other for somebody's home.
+  if (safe.startsWith(u'-') || safe.startsWith(u'~')) safe[0] = u'_';
   if (safe.toUtf8().size() > kMaxNameBytes) {
-    const QString ending = QFileInfo(safe).suffix().left(kMaxEnding);
+    const QString ending = CutToBytes(QFileInfo(safe).suffix(), kMaxEndingBytes);
     safe = CutToBytes(safe, kMaxNameBytes - ending.toUtf8().size() - 1);
     if (!ending.isEmpty()) safe += u'.' + ending;
+    safe = WithoutHiddenEnds(safe);
   }
-  if (safe.isEmpty() || ReservedNames().contains(safe.section(u'.', 0, 0).toLower())) {
+  if (safe.isEmpty() || IsReserved(safe)) {
     safe.prepend(QStringLiteral("file_"));
   }
   return safe;

@@ -3,16 +3,17 @@
 // only looked at between the engine's steps. These do the same in bounds.
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "storage/engine.h"
+#include "storage/find_bytes.h"
 
 namespace vorn {
 namespace {
 
 constexpr size_t kLongestMade = 16 * 1024 * 1024;  // bytes, or what the text had before
 constexpr int kMostTrimmed = 64;                   // bytes that say what is trimmed off
+constexpr size_t kShort = 512;                     // bytes that cost less than a look at the clock
 
 std::string_view Bytes(sqlite3_value* value) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -29,24 +30,14 @@ void Give(sqlite3_context* context, std::string_view text) {
   sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
-// Where `part` begins in `text` from `at` on, in a time that grows with their sum.
-size_t Find(std::string_view text, std::string_view part, size_t at) {
-#ifdef _WIN32
-  return text.find(part, at);
-#else
-  const void* const found = memmem(text.data() + at, text.size() - at, part.data(), part.size());
-  return found == nullptr ? std::string_view::npos
-                          : static_cast<size_t>(static_cast<const char*>(found) - text.data());
-#endif
-}
-
 // INSTR(text, part): the place of the first one, counted in characters from 1; 0 when there is
 // none.
 void InStr(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (AnyIsNull(count, arguments)) return sqlite3_result_null(context);
   const std::string_view text = Bytes(arguments[0]);
   const std::string_view part = Bytes(arguments[1]);
-  const size_t before = Find(text, part, 0);
+  if (GaveUp(context, text.size())) return;
+  const size_t before = FindBytes(text, part);
   if (before == std::string_view::npos) return sqlite3_result_int(context, 0);
   const auto characters =
       std::count_if(text.begin(), text.begin() + static_cast<ptrdiff_t>(before),
@@ -60,11 +51,12 @@ void Replace(sqlite3_context* context, int count, sqlite3_value** arguments) {
   const std::string_view text = Bytes(arguments[0]);
   const std::string_view part = Bytes(arguments[1]);
   const std::string_view other = Bytes(arguments[2]);
+  if (GaveUp(context, text.size())) return;
   if (part.empty()) return Give(context, text);
   std::string made;
   size_t at = 0;
   while (at < text.size()) {
-    const size_t place = Find(text, part, at);
+    const size_t place = FindBytes(text, part, at);
     if (place == std::string_view::npos) break;
     made.append(text.substr(at, place - at)).append(other);
     at = place + part.size();
@@ -101,6 +93,7 @@ void Trim(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (AnyIsNull(count, arguments)) return sqlite3_result_null(context);
   std::string_view text = Bytes(arguments[0]);
   const std::string_view set = Bytes(arguments[1]);
+  if (GaveUp(context, text.size())) return;
   if (set.size() > kMostTrimmed) return sqlite3_result_error_toobig(context);
   while (kLeft && !text.empty() && HoldsCharacter(set, text.substr(0, FirstLength(text)))) {
     text.remove_prefix(FirstLength(text));
@@ -114,10 +107,17 @@ void Trim(sqlite3_context* context, int count, sqlite3_value** arguments) {
 
 }  // namespace
 
-void RegisterBoundedFunctions(sqlite3* handle) {
-  const auto add = [handle](const char* name, int count,
-                            void (*function)(sqlite3_context*, int, sqlite3_value**)) {
-    sqlite3_create_function_v2(handle, name, count, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+bool GaveUp(sqlite3_context* context, size_t bytes) {
+  const auto* deadline = static_cast<const QDeadlineTimer*>(sqlite3_user_data(context));
+  if (bytes < kShort || !deadline->hasExpired()) return false;
+  sqlite3_result_error_code(context, SQLITE_INTERRUPT);
+  return true;
+}
+
+void RegisterBoundedFunctions(sqlite3* handle, QDeadlineTimer* deadline) {
+  const auto add = [handle, deadline](const char* name, int count,
+                                      void (*function)(sqlite3_context*, int, sqlite3_value**)) {
+    sqlite3_create_function_v2(handle, name, count, SQLITE_UTF8 | SQLITE_DETERMINISTIC, deadline,
                                function, nullptr, nullptr, nullptr);
   };
   add("instr", 2, InStr);

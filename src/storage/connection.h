@@ -108,6 +108,7 @@ class Connection {
   static int IsOverdue(void* self);
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger);
+  bool ReadsMessagesOnly(sqlite3_stmt* handle, const QByteArray& sql);
   void GiveBack(const QByteArray& cacheKey, sqlite3_stmt* handle);
 
   sqlite3* handle_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "storage/engine.h"
@@ -33,17 +34,29 @@ void Compare(sqlite3_context* context, sqlite3_value** arguments, int patternAt,
                                         wildcards);
     pattern = own.get();
   }
-  const bool matches = pattern->Matches(TextView(arguments[textAt]));
+  const auto* deadline = static_cast<const QDeadlineTimer*>(sqlite3_user_data(context));
+  const std::string_view text = TextView(arguments[textAt]);
+  if (GaveUp(context, text.size())) return;
+  const std::optional<bool> matches = pattern->MatchesBy(*deadline, text);
   if (own) {
     sqlite3_set_auxdata(context, patternAt, own.release(),
                         [](void* kept) { delete static_cast<LikePattern*>(kept); });
   }
-  sqlite3_result_int(context, matches ? 1 : 0);
+  if (matches) {
+    sqlite3_result_int(context, *matches ? 1 : 0);
+  } else {
+    sqlite3_result_error_code(context, SQLITE_INTERRUPT);
+  }
 }
 
 // "text LIKE pattern" arrives as like(pattern, text).
 void Like(sqlite3_context* context, int, sqlite3_value** arguments) {
   Compare(context, arguments, 0, 1, Wildcards::Asterisk);
+}
+
+// The dialect has no ESCAPE, and the engine's own comparison knows no deadline.
+void LikeWithEscape(sqlite3_context* context, int, sqlite3_value**) {
+  sqlite3_result_error(context, "LIKE: no ESCAPE", -1);
 }
 
 // CONTAINS(text, part): for what a user types, in which nothing is a wildcard.
@@ -115,13 +128,14 @@ void LongBinary(sqlite3_context* context, int, sqlite3_value** arguments) {
 
 }  // namespace
 
-void RegisterDialectFunctions(sqlite3* handle) {
-  const auto add = [handle](const char* name, int count, int flags,
-                            void (*function)(sqlite3_context*, int, sqlite3_value**)) {
-    sqlite3_create_function_v2(handle, name, count, SQLITE_UTF8 | flags, nullptr, function, nullptr,
-                               nullptr, nullptr);
+void RegisterDialectFunctions(sqlite3* handle, QDeadlineTimer* deadline) {
+  const auto add = [handle, deadline](const char* name, int count, int flags,
+                                      void (*function)(sqlite3_context*, int, sqlite3_value**)) {
+    sqlite3_create_function_v2(handle, name, count, SQLITE_UTF8 | flags, deadline, function,
+                               nullptr, nullptr, nullptr);
   };
   add("like", 2, SQLITE_DETERMINISTIC, Like);
+  add("like", 3, SQLITE_DETERMINISTIC, LikeWithEscape);
   add("contains", 2, SQLITE_DETERMINISTIC, Contains);
   add("addresses", 1, SQLITE_DETERMINISTIC, Addresses);
   add("now", 0, 0, Now);

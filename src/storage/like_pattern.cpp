@@ -3,10 +3,13 @@
 #include <QChar>
 #include <algorithm>
 
+#include "storage/find_bytes.h"
+
 namespace vorn {
 namespace {
 
 constexpr char32_t kMalformed = 0xFFFD;
+constexpr size_t kWorkBetweenLooks = 1 << 20;  // comparisons
 
 // The code point at `at`, which moves past it.
 char32_t NextCodePoint(std::string_view text, size_t& at) {
@@ -133,11 +136,18 @@ bool LikePattern::Element::Accepts(char32_t code) const {
 }
 
 bool LikePattern::Matches(std::string_view utf8Text) const {
-  if (!bytes_.empty()) return utf8Text.find(bytes_) != std::string_view::npos;
-  return isNeedle_ ? ContainsNeedle(utf8Text) : MatchesElements(utf8Text);
+  return MatchesBy(QDeadlineTimer(QDeadlineTimer::Forever), utf8Text).value_or(false);
 }
 
-bool LikePattern::ContainsNeedle(std::string_view text) const {
+std::optional<bool> LikePattern::MatchesBy(const QDeadlineTimer& deadline,
+                                           std::string_view utf8Text) const {
+  if (!bytes_.empty()) return FindBytes(utf8Text, bytes_) != std::string_view::npos;
+  return isNeedle_ ? ContainsNeedle(deadline, utf8Text) : MatchesElements(deadline, utf8Text);
+}
+
+std::optional<bool> LikePattern::ContainsNeedle(const QDeadlineTimer& deadline,
+                                                std::string_view text) const {
+  size_t work = 0;
   for (size_t start = 0; start < text.size();) {
     size_t at = start;
     const char32_t first = Next(text, at);
@@ -148,17 +158,24 @@ bool LikePattern::ContainsNeedle(std::string_view text) const {
       ++matched;
     }
     if (matched == needle_.size()) return true;
+    work += matched;
+    if (work >= kWorkBetweenLooks) {
+      if (deadline.hasExpired()) return std::nullopt;
+      work = 0;
+    }
   }
   return false;
 }
 
 // Greedy with one point to go back to, the last `*`: linear in practice and never exponential.
-bool LikePattern::MatchesElements(std::string_view text) const {
+std::optional<bool> LikePattern::MatchesElements(const QDeadlineTimer& deadline,
+                                                 std::string_view text) const {
   size_t at = 0;
   size_t element = 0;
   size_t retryElement = elements_.size() + 1;
   size_t retryText = 0;
-  for (;;) {
+  for (size_t work = 1;; ++work) {
+    if (work % kWorkBetweenLooks == 0 && deadline.hasExpired()) return std::nullopt;
     if (element < elements_.size() && elements_[element].kind == Element::Kind::AnyRun) {
       retryElement = ++element;
       retryText = at;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QString>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +30,8 @@ class LikePattern {
 
   /// Whether the whole of `utf8Text` matches. Malformed UTF-8 matches nothing but wildcards.
   bool Matches(std::string_view utf8Text) const;
+  /// The same; nothing when it is not known at the deadline.
+  std::optional<bool> MatchesBy(const QDeadlineTimer& deadline, std::string_view utf8Text) const;
 
   /// The same for text that is not UTF-8 already.
   explicit LikePattern(const QString& pattern, LetterCase letterCase = LetterCase::Ignored)
@@ -46,8 +50,8 @@ class LikePattern {
   };
 
   char32_t Next(std::string_view text, size_t& at) const;
-  bool ContainsNeedle(std::string_view utf8Text) const;
-  bool MatchesElements(std::string_view utf8Text) const;
+  std::optional<bool> ContainsNeedle(const QDeadlineTimer& deadline, std::string_view text) const;
+  std::optional<bool> MatchesElements(const QDeadlineTimer& deadline, std::string_view text) const;
   void Parse(std::u32string_view pattern, Wildcards wildcards);
   void AddAnyRun();
   void ParseSet(std::u32string_view pattern, size_t& at);

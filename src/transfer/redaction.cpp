@@ -9,8 +9,10 @@
 namespace vorn {
 namespace {
 
-// What is looked at; far more than what is shown.
+// What is looked at, and what of it may be shown: a secret that begins in the one is whole in the
+// other.
 constexpr qsizetype kMaxReply = 4096;
+constexpr qsizetype kMaxShown = 1024;
 // A secret is also recognised by a part of this length.
 constexpr qsizetype kPart = 6;
 // Hiding so short a secret would show it by the gaps it leaves in ordinary words.
@@ -129,7 +131,7 @@ QByteArray Redaction::Cleaned(const QByteArray& whole) const {
     }
   }
   QByteArray clean;
-  for (qsizetype at = 0; at < reply.size(); ++at) {
+  for (qsizetype at = 0; at < qMin(reply.size(), kMaxShown); ++at) {
     if (!hidden[static_cast<size_t>(at)]) {
       clean += reply[at];
     } else if (at == 0 || !hidden[static_cast<size_t>(at - 1)]) {
@@ -144,7 +146,9 @@ QString Redaction::Words(const QByteArray& reply) const {
 }
 
 QString Redaction::WithReply(const QString& sentence, const QByteArray& reply) const {
-  return sentence + Ui::tr("（サーバーの応答: ") + Words(reply) + u'）';
+  // A bracket of the server's must not end ours, or it goes on in the program's voice.
+  const QString words = Words(reply).replace(u'（', u'(').replace(u'）', u')');
+  return sentence + Ui::tr("（サーバーの応答: ") + words + u'）';
 }
 
 }  // namespace vorn

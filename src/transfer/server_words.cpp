@@ -10,7 +10,7 @@ constexpr qsizetype kMaxWords = 200;
 }  // namespace
 
 QString ServerWords(const QByteArray& reply) {
-  QString words = QString::fromUtf8(reply.left(kMaxWords)).simplified();
+  QString words = QString::fromUtf8(reply).simplified().left(kMaxWords);
   for (QChar& c : words) {
     if (!c.isPrint()) c = u'?';
   }

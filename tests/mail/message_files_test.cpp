@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
 #include "mail/attachment_files.h"
 #include "mail/codec/content_index.h"
 #include "mail/codec/flag_string.h"
@@ -17,22 +21,91 @@
 namespace vorn {
 namespace {
 
+// What a sender calls a file, and what it is called here.
 TEST(SafeFileNameTest, NoNameLeavesItsFolderOrHidesItsEnding) {
-  EXPECT_EQ(SafeFileName(QStringLiteral("見積 ①.pdf")), QStringLiteral("見積 ①.pdf"));
-  EXPECT_FALSE(SafeFileName(QStringLiteral("../../etc/passwd")).contains(u'/'));
-  EXPECT_FALSE(SafeFileName(QStringLiteral("a\\b:c*.txt")).contains(u'\\'));
-  EXPECT_EQ(SafeFileName(QStringLiteral(".bashrc")), QStringLiteral("bashrc"));
-  EXPECT_FALSE(SafeFileName(QStringLiteral("\u202Egpj.exe")).contains(QChar(0x202E)));
-  EXPECT_NE(SafeFileName(QString()), QString());
-  EXPECT_NE(SafeFileName(QStringLiteral("CON.txt")), QStringLiteral("CON.txt"));
-  const QString shortened = SafeFileName(QString(500, u'a') + QStringLiteral(".pdf"));
-  EXPECT_LT(shortened.size(), 250);
-  EXPECT_TRUE(shortened.endsWith(QStringLiteral(".pdf")));
-  for (const QString& letter : {QStringLiteral("会"), QStringLiteral("🍣"), QStringLiteral("é")}) {
-    const QString name = SafeFileName(letter.repeated(200) + QStringLiteral(".xlsx"));
-    EXPECT_LE(name.toUtf8().size(), 250);
-    EXPECT_TRUE(name.endsWith(letter + QStringLiteral(".xlsx"))) << name.toStdString();
+  const std::pair<const char16_t*, const char16_t*> names[] = {
+      {u"見積 ①.pdf", u"見積 ①.pdf"},
+      {u"a.tar.gz", u"a.tar.gz"},
+      {u"report．exe", u"report．exe"},  // a full-width dot ends no name
+      {u"..．．a", u"．．a"},
+      // Paths
+      {u"../../etc/passwd", u"_.._etc_passwd"},
+      {u"..\\..\\boot.ini", u"_.._boot.ini"},
+      {u"/dev/zero", u"_dev_zero"},
+      {u"C:\\a.exe", u"C__a.exe"},
+      {u"\\\\host\\share\\a", u"__host_share_a"},
+      {u"file:///etc/passwd", u"file____etc_passwd"},
+      {u"a.txt:b.exe", u"a.txt_b.exe"},
+      {u"a.txt::$DATA", u"a.txt__$DATA"},
+      {u".", u"file_"},
+      {u"..", u"file_"},
+      {u"", u"file_"},
+      {u" . . ", u"file_"},
+      {u"/", u"_"},
+      // What is hidden, or taken for something else by who reads the name
+      {u".bashrc", u"bashrc"},
+      {u". .bashrc", u"bashrc"},
+      {u"~", u"_"},
+      {u"~root", u"_root"},
+      {u"~/.ssh/id", u"__.ssh_id"},
+      {u"-rf", u"_rf"},
+      {u"--help", u"_-help"},
+      // Devices
+      {u"CON", u"file_CON"},
+      {u"con.txt", u"file_con.txt"},
+      {u"Nul.tar.gz", u"file_Nul.tar.gz"},
+      {u"COM7", u"file_COM7"},
+      {u"lpt9.log", u"file_lpt9.log"},
+      {u"COM¹.txt", u"file_COM¹.txt"},
+      {u"AUX .txt", u"file_AUX .txt"},
+      {u"CONIN$", u"file_CONIN$"},
+      {u"console.txt", u"console.txt"},
+      // Ends
+      {u"a.exe.", u"a.exe"},
+      {u"a.exe . .", u"a.exe"},
+      {u"a.exe.\u3000.", u"a.exe"},
+      {u"a.pdf\u00A0", u"a.pdf"},
+      // Marks and controls
+      {u"x\u202Egpj.exe", u"x_gpj.exe"},
+      {u"x\u2066a\u2069.exe", u"x_a_.exe"},
+      {u"a\u200B.txt", u"a_.txt"},
+      {u"a.txt\u2028.exe", u"a.txt_.exe"},
+      {u"a\U000E0061.exe", u"a_.exe"},  // a tag, which nothing shows
+      {u"a\r\nb\x1B[2J\x7F", u"a__b_[2J_"},
+      // Markup and what shells read
+      {u"<img src=\"/dev/zero\">", u"_img src=__dev_zero__"},
+      {u"<h1>安全</h1>.exe", u"_h1_安全__h1_.exe"},
+      {u"a|b>c*d?.txt", u"a_b_c_d_.txt"}};
+  QTemporaryDir folder;
+  for (const auto& [name, expected] : names) {
+    const QString about = QString::fromUtf16(name);
+    EXPECT_EQ(SafeFileName(about), QString::fromUtf16(expected)) << about.toStdString();
+    QFile file(FreePath(folder.path(), about));
+    EXPECT_EQ(QFileInfo(file.fileName()).absolutePath(), folder.path()) << about.toStdString();
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) << about.toStdString();
   }
+  EXPECT_EQ(SafeFileName(QStringLiteral("a") + QChar(u'\0') + QStringLiteral(".exe")),
+            QStringLiteral("a_.exe"));
+}
+
+TEST(SafeFileNameTest, LongNamesKeepTheirEndingAndWholeLetters) {
+  const QString sushi = QStringLiteral("🍣");
+  const auto made = [](const QString& name) {
+    const QString safe = SafeFileName(name);
+    EXPECT_LE(safe.toUtf8().size(), 245) << name.toStdString();
+    EXPECT_EQ(QString::fromUtf8(safe.toUtf8()), safe) << "half a letter: " << name.toStdString();
+    return safe;
+  };
+  for (const QString& letter : {QStringLiteral("a"), QStringLiteral("会"), sushi,
+                                QStringLiteral("é"), QStringLiteral("か\u3099")}) {
+    const QString name = made(letter.repeated(500) + QStringLiteral(".xlsx"));
+    EXPECT_TRUE(name.endsWith(letter.last(1) + QStringLiteral(".xlsx"))) << name.toStdString();
+  }
+  EXPECT_TRUE(made(QString(500, u'a') + QStringLiteral(".pdf.exe")).endsWith(u".exe"));
+  EXPECT_TRUE(
+      made(u'x' + sushi.repeated(90) + QStringLiteral(".a") + sushi.repeated(20)).endsWith(sushi));
+  EXPECT_TRUE(made(QString(238, u'a') + u' ' + QString(99, u'b')).endsWith(u'a'));
+  EXPECT_TRUE(made(QStringLiteral("CON.") + QString(500, u'a')).startsWith(u"file_CON"));
 }
 
 // Only what is known to do nothing opens without a question, and only when the content agrees.
@@ -80,6 +153,23 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   const FileKind kind = KindOfFile(QStringLiteral("a.pdf"), page);
   EXPECT_EQ(kind.byContent, QStringLiteral("HTML文書"));
   EXPECT_TRUE(kind.byName.contains(QStringLiteral("application/pdf")));
+}
+
+// Names that look like a document's, or are taken for one, over content that confirms it.
+TEST(FileKindTest, ADisguisedNameIsAskedAbout) {
+  const auto isHarmless = [](const char16_t* name) {
+    return KindOfFile(QString::fromUtf16(name), "%PDF-1.4\n").isHarmless;
+  };
+  for (const char16_t* name :
+       {u"a.pdf．exe", u"a．pdf", u"a.pdf:b.exe", u"a.exe:.pdf:$DATA", u"a.pdf\\b",
+        u"a.pdf/b.desktop", u"a.pdf.exe.", u"a.pdf.exe\u3000", u"a.pdf\U000E0020.exe",
+        u"a.pdf\n.exe", u"exe.\u202Efdp.a", u"<b>a.pdf</b>", u"a.pdf?.sh", u".pdf", u"pdf", u"CON",
+        u"/dev/zero"}) {
+    EXPECT_FALSE(isHarmless(name)) << QString::fromUtf16(name).toStdString();
+  }
+  for (const char16_t* name : {u"a.pdf.", u"a.pdf\u3000.", u"../a.pdf", u"~.pdf", u"CON.pdf"}) {
+    EXPECT_TRUE(isHarmless(name)) << QString::fromUtf16(name).toStdString();
+  }
 }
 
 TEST(PrintPageTest, WhatMailContributesIsText) {

@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 
-#include "storage/connection.h"
 #include "storage/databases.h"
 #include "storage/time_text.h"
 #include "support/test_profile.h"
@@ -287,80 +285,6 @@ TEST_F(DataSessionTest, ARollbackUndoesTheWholeGroupAndTheFlushTellsIt) {
   ASSERT_TRUE(data_.Commit());
   EXPECT_TRUE(data_.EndGroup());
   EXPECT_EQ(Values(), QStringList{QStringLiteral("next group")});
-}
-
-// Each of these runs when the program itself asks for it, so that nothing but the trust refuses it.
-TEST_F(DataSessionTest, UserConditionsCanReadMessagesAndNothingElse) {
-  TestProfile profile;
-  Context& context = profile.Get();
-  profile.Store("Subject: found\r\n\r\nbody words\r\n");
-  const auto rows = [&context](const QString& select, StatementTrust trust) {
-    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
-    int count = -1;
-    if (context.Data.OpenRecordset(select, CursorKind::ForwardOnly, trust)) {
-      count = context.Data.Recordset()->Eof() ? 0 : 1;
-    }
-    context.Data.Close();
-    return count;
-  };
-  const QString all = QStringLiteral("SELECT * FROM mail WHERE ");
-  for (const char16_t* condition :
-       {u"FIELD_SUBJECT LIKE 'F*' AND MAIL LIKE '*words*'",
-        u"DATEDIFF(\"d\", NOW, FIELD_TIMESTAMP) >= 0",
-        u"SERIALID NOT IN (SELECT SERIALID FROM folder) AND LENGTH(FIELD_SUBJECT) = 5"}) {
-    EXPECT_EQ(rows(all + QString::fromUtf16(condition), StatementTrust::UserCondition), 1)
-        << QString::fromUtf16(condition).toStdString();
-  }
-  for (const char16_t* hostile :
-       {u"0 < (SELECT COUNT(name) FROM sqlite_master)",
-        u"0 < (SELECT COUNT(DATA) FROM long_binary)",
-        u"0 = (SELECT COUNT(STATE) FROM send_attempt)", u"HEX('a') = '61'",
-        u"LENGTH(RANDOMBLOB(1)) = 1", u"TYPEOF(1) = 'integer'"}) {
-    const QString select = all + QString::fromUtf16(hostile);
-    EXPECT_EQ(rows(select, StatementTrust::System), 1) << select.toStdString();
-    EXPECT_EQ(rows(select, StatementTrust::UserCondition), -1) << select.toStdString();
-  }
-  for (const char16_t* writing :
-       {u"DELETE FROM mail", u"UPDATE mail SET STATUS = 1", u"PRAGMA user_version = 9"}) {
-    EXPECT_EQ(rows(QString::fromUtf16(writing), StatementTrust::UserCondition), -1);
-  }
-  EXPECT_EQ(rows(all + QStringLiteral("1 = 1; DELETE FROM mail"), StatementTrust::UserCondition),
-            -1);
-  EXPECT_EQ(rows(all + QStringLiteral("STATUS = 4"), StatementTrust::System), 1);
-}
-
-TEST_F(DataSessionTest, AConditionThatWouldTakeForEverIsGivenUp) {
-  TestProfile profile;
-  Context& context = profile.Get();
-  for (int i = 0; i < 40; ++i) profile.Store("Subject: s\r\n\r\n");
-  const int limit = std::exchange(Connection::ConditionMs, 300);
-  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
-  EXPECT_FALSE(context.Data.OpenRecordset(
-      QStringLiteral("SELECT * FROM mail WHERE 0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, "
-                     "mail c, mail d, mail e, mail f, mail g)"),
-      CursorKind::ForwardOnly, StatementTrust::UserCondition));
-  EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::Refused);
-  EXPECT_FALSE(context.Data.HasDamage());
-  // Nor does one step of it take for ever: the engine looks at the time between steps.
-  const QString ten = QStringLiteral("'aaaaaaaaaa'");
-  QString many = ten;
-  for (int i = 0; i < 5; ++i) many = QStringLiteral("replace(%1,'a',%2)").arg(many, ten);
-  QElapsedTimer clock;
-  clock.start();
-  for (const QString& slow :
-       {QStringLiteral("instr(%1, substr(%1,1,300000)||'b') > 0").arg(many),
-        QStringLiteral("length(trim(%1||'c', 'b'||%1)) > 0").arg(many),
-        QStringLiteral("length(replace(replace(%1,'a',%1),'a',%1)) > 0").arg(many)}) {
-    context.Data.OpenRecordset(QStringLiteral("SELECT * FROM mail WHERE ") + slow,
-                               CursorKind::ForwardOnly, StatementTrust::UserCondition);
-  }
-  EXPECT_LT(clock.elapsed(), 30000);  // of hours
-  // Nothing else is limited by it.
-  EXPECT_TRUE(context.Data.OpenRecordset(
-      QStringLiteral("SELECT COUNT(a.STATUS) AS V FROM mail a, mail b, mail c, mail d"),
-      CursorKind::ForwardOnly));
-  context.Data.Close();
-  Connection::ConditionMs = limit;
 }
 
 // They take the place of the engine's own.

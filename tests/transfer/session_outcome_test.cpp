@@ -231,6 +231,105 @@ TEST(RedactionTest, NoFormOfASecretIsShown) {
   EXPECT_EQ(redaction.Words("550 no such user"), QStringLiteral("550 no such user"));
 }
 
+// What servers answered, and what of it may be shown. `%` stands for the login's blob in base64.
+const std::pair<QByteArray, const char16_t*> kAnswers[] = {
+    {"no such user", u"no such user"},
+    {"", u""},
+    {"\xE6\xB8\x88\xE3\x81\xBF\xE3\x81\xBE\xE3\x81\x9B\xE3\x82\x93", u"済みません"},
+    // Markup stays the text that it is
+    {"<h1>Welcome</h1><img src=\"/dev/zero\">", u"<h1>Welcome</h1><img src=\"/dev/zero\">"},
+    {"&lt;b&gt; <a href=x>y</a>", u"&lt;b&gt; <a href=x>y</a>"},
+    // Controls, escape sequences of terminals, marks of direction and what nothing shows
+    {"\x1B[2J\x1B]0;owned\x07", u"?[2J?]0;owned?"},
+    {"\xC2\x9B\x33\x31m", u"?31m"},
+    {"\x9B\x33\x31m", u"\uFFFD31m"},
+    {"a\bb\x7F", u"a?b?"},
+    {QByteArray("a\0b", 3), u"a?b"},
+    {"a\rb\tc\x0B\x0C", u"a b c"},
+    {"\xE2\x80\xAE"
+     "drowssap",
+     u"?drowssap"},
+    {"\xE2\x81\xA6x\xE2\x81\xA9", u"?x?"},
+    {"a\xE2\x80\x8B"
+     "b\xC2\xAD",
+     u"a?b?"},
+    {"a\xE2\x80\xA8"
+     "b\xE2\x80\xA9"
+     "c",
+     u"a b c"},
+    {"\xEE\x80\x80\xEF\xBF\xBE", u"??"},
+    // Other codes, and what is none
+    {"\x83\x41\x83\x42", u"\uFFFDA\uFFFDB"},
+    {"\x1B$B$\"\x1B(B", u"?$B$\"?(B"},
+    {"\xFF\xFE"
+     "A",
+     u"\uFFFD\uFFFDA"},
+    {"\xC0\xAF\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+    // The program's own voice
+    {"\xEF\xBC\x89\xE6\x8E\xA5\xE7\xB6\x9A\xE6\xB8\x88\xEF\xBC\x88", u")接続済("},
+    {"+OK logged in", u"+OK logged in"},
+    {"250 queued", u"250 queued"},
+    // Secrets
+    {"bad PASS Kyoto-2026", u"bad PASS ***"},
+    {"bad kYOTO-2026!", u"bad ***!"},
+    {"half of it: oto-20", u"half of it: ***"},
+    {"K y o t o - 2 0 2 6", u"***"},
+    {"\"Kyoto\"-'2026'", u"\"***'"},
+    {"Kyoto%2D2026 =4Byoto-2026", u"***"},
+    {"4b796f746f2d32303236", u"***"},
+    {"AUTH PLAIN %", u"AUTH PLAIN ***"},
+    {"S3lvdG8tMjAyNg==", u"***=="},
+    {"user dXNlcg==", u"user ***=="},
+    {"a Kyoto-2026 b Kyoto-2026", u"a *** b ***"}};
+
+// All that is told of a server that refuses with these words, wherever in a conversation it does.
+QStringList SentencesOf(const QByteArray& answer, const SmtpJob& job) {
+  QStringList all;
+  for (const char* before : {"", "+OK\r\n-ERR\r\n+OK\r\n", "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n"}) {
+    SessionRecorder pop3;
+    PlayPop3(pop3, before + ("-ERR " + answer) + "\r\n", job.password);
+    all += pop3.errors;
+  }
+  const QByteArray login = "220\r\n250-x\r\n250 AUTH PLAIN\r\n";
+  const QByteArray sender = login + "235\r\n250\r\n";
+  for (const QByteArray& before : {QByteArray(), login, sender, sender + "250\r\n250\r\n"}) {
+    SessionRecorder smtp;
+    Play(job, smtp, before + "554 " + answer + "\r\n250\r\n221\r\n");
+    all += smtp.errors;
+  }
+  EXPECT_EQ(all.size(), 7) << answer.toStdString();
+  return all;
+}
+
+TEST(RedactionTest, WhatAServerSaysIsShownPlainAndBounded) {
+  SmtpJob job = Job();
+  job.authenticate = true;
+  job.user = QStringLiteral("user");
+  job.password = QStringLiteral("Kyoto-2026");
+  const QByteArray secret = job.password.toUtf8();
+  const QByteArray blob = (QByteArray("\0user\0", 6) + secret).toBase64();
+  for (const auto& [text, words] : kAnswers) {
+    const QByteArray answer = QByteArray(text).replace("PLAIN %", "PLAIN " + blob);
+    for (const QString& sentence : SentencesOf(answer, job)) {
+      EXPECT_TRUE(sentence.contains(QString::fromUtf16(words))) << sentence.toStdString();
+      EXPECT_FALSE(sentence.contains(u'\n')) << sentence.toStdString();
+      EXPECT_EQ(sentence.count(u'）'), sentence.count(QStringLiteral("（サーバーの応答")))
+          << sentence.toStdString();
+    }
+  }
+  const QByteArray kana = "\xE3\x81\x82";
+  for (const QByteArray& answer : {QByteArray(5000, 'x'), QByteArray(8, 'x') + secret.repeated(900),
+                                   QByteArray(4088, ' ') + secret, 'x' + kana.repeated(2000),
+                                   QByteArray("<b>").repeated(1500)}) {
+    for (const QString& sentence : SentencesOf(answer, job)) {
+      EXPECT_LE(sentence.size(), 300) << sentence.toStdString();
+      EXPECT_FALSE(sentence.contains(QStringLiteral("Kyo"), Qt::CaseInsensitive) ||
+                   sentence.contains(QChar::ReplacementCharacter))
+          << sentence.toStdString();
+    }
+  }
+}
+
 TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   SmtpJob job = Job();
   job.authenticate = true;
