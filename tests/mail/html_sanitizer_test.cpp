@@ -93,6 +93,15 @@ TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
           .hasRemoteImages);
 }
 
+// The depth is hidden from whoever counts tags.
+TEST(HtmlSanitizer, ManyLevelsInDisguiseGiveTheirText) {
+  for (const char* piece : {"<div><!--</div>-->", "<div a='</div>'>", "<div></div-x>", "<p-x>",
+                            "<svg><td><td>", "<div>"}) {
+    const QString html = QString::fromLatin1(piece).repeated(20000) + QStringLiteral("words");
+    EXPECT_TRUE(SanitizeHtml(html, RemoteImages::LeftOut).html.contains("words")) << piece;
+  }
+}
+
 TEST(HtmlSanitizer, StylesSayHowItLooks) {
   EXPECT_EQ(SafeDeclarations(QStringLiteral("COLOR: red; position:fixed; margin:0 auto !important;"
                                             "width:calc(100% - 2px); color:#fff/*x*/; top:0;"

@@ -122,6 +122,7 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   test::RunFor(2500);
   EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_1"));
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
+  EXPECT_EQ(Chosen(), QStringList()) << "a command would meet a message that is not in sight";
 }
 
 TEST_F(ReadingPaneTest, WhoAsksForAReceiptIsAnsweredInAWindow) {

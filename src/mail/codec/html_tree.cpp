@@ -14,6 +14,7 @@ namespace {
 
 // The parser's time grows with the square of the depth.
 constexpr int kMaxDepth = 2000;
+constexpr int kOwnLevels = 10;  // that the parser adds: html, body, tbody ...
 
 // An end tag is not needed for these, so that they do not nest.
 bool IsFlat(GumboTag tag) {
@@ -31,20 +32,50 @@ bool IsFlat(GumboTag tag) {
   return tags.contains(tag);
 }
 
+// Where the tag ends that begins before `at`: its values may hold anything.
+qsizetype EndOfTag(const QByteArray& html, qsizetype at) {
+  char quote = 0;
+  for (; at < html.size(); ++at) {
+    const char c = html[at];
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (c == '>') {
+      return at;
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    }
+  }
+  return html.size();
+}
+
+bool EndsName(char c) {
+  return c == '>' || c == '/' || std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
 // About how deep the elements nest at most, without reading the document as a tree. An end tag
-// counts only where its element is open: of others the parser takes no notice.
+// counts only where its element is open and outside of comments and values: of others the parser
+// takes no notice. In drawings nothing is flat.
 int DepthOf(const QByteArray& html) {
+  const QByteArray small = html.toLower();
+  const bool hasDrawings = small.contains("<svg") || small.contains("<math");
   std::array<int, GUMBO_TAG_LAST + 1> open{};
   int depth = 0;
   int deepest = 0;
   for (qsizetype at = html.indexOf('<'); at >= 0; at = html.indexOf('<', at + 1)) {
+    if (QByteArrayView(html).sliced(at).startsWith("<!--")) {
+      const qsizetype close = html.indexOf("-->", at + 4);
+      if (close >= 0) at = close;
+      continue;
+    }
     const bool ends = at + 1 < html.size() && html[at + 1] == '/';
     qsizetype end = at + (ends ? 2 : 1);
     const qsizetype start = end;
-    while (end < html.size() && std::isalnum(static_cast<unsigned char>(html[end])) != 0) ++end;
+    while (end < html.size() && !EndsName(html[end])) ++end;
     const auto length = static_cast<unsigned>(end - start);
+    if (length == 0 || std::isalpha(static_cast<unsigned char>(html[start])) == 0) continue;
     const GumboTag tag = gumbo_tagn_enum(html.constData() + start, length);
-    if (length == 0 || IsFlat(tag)) continue;
+    if (!ends) at = EndOfTag(html, end) - 1;
+    if (!hasDrawings && IsFlat(tag)) continue;
     if (!ends) {
       ++open[tag];
       deepest = std::max(deepest, ++depth);
@@ -54,6 +85,22 @@ int DepthOf(const QByteArray& html) {
     }
   }
   return deepest;
+}
+
+// Whether the tree as it was read is deeper: whoever walks it goes down by one call a level.
+bool IsDeeper(const GumboNode* root, int most) {
+  std::vector<std::pair<const GumboNode*, int>> waiting{{root, 1}};
+  while (!waiting.empty()) {
+    const auto [node, depth] = waiting.back();
+    waiting.pop_back();
+    if (node->type != GUMBO_NODE_ELEMENT && node->type != GUMBO_NODE_TEMPLATE) continue;
+    if (depth > most) return true;
+    const GumboVector& children = node->v.element.children;
+    for (unsigned i = 0; i < children.length; ++i) {
+      waiting.emplace_back(static_cast<const GumboNode*>(children.data[i]), depth + 1);
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -92,9 +139,11 @@ std::unique_ptr<HtmlTree> HtmlTree::Parse(const QByteArray& html) {
     return static_cast<Arena*>(memory)->Take(bytes);
   };
   options.deallocator = [](void*, void*) {};
+  options.max_errors = 0;  // each would bring a copy of all that is open
   options.userdata = tree->arena_.get();
   const GumboOutput* parsed =
       gumbo_parse_with_options(&options, html.constData(), static_cast<size_t>(html.size()));
+  if (IsDeeper(parsed->root, kMaxDepth + kOwnLevels)) return nullptr;
   tree->root_ = &parsed->root->v.element;
   return tree;
 }

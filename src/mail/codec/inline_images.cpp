@@ -9,6 +9,8 @@
 namespace vorn {
 namespace {
 
+constexpr qsizetype kMostCharacters = 48 << 20;
+
 // The image parts by their Content-ID, without its brackets.
 QHash<QString, MimeCodec::ContentRecord> ImagesById(const QByteArray& source,
                                                     const QString& contentIndex) {
@@ -40,6 +42,8 @@ QString WithInlineImages(const QString& html, const QByteArray& source,
     const QRegularExpressionMatch found = match.next();
     const auto image = images.find(QUrl::fromPercentEncoding(found.captured(1).toUtf8()));
     if (image == images.end()) continue;
+    // One image may be named in thousands of places.
+    if (result.size() + image->Size() > kMostCharacters) continue;
     result += QStringView(html).mid(copied, found.capturedStart() - copied);
     const QByteArray data =
         MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(image->encoding.toLatin1()),

@@ -183,6 +183,8 @@ void MessageWindow::FollowSender() {
   if (!IsEditable()) return;
   for (const AddressEntry& entry : lvMailaddress_->Addresses()) {
     if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) continue;
+    // While another address is being typed the row is nobody's.
+    if (OwnAddress(context_, {entry.address}).isEmpty()) return;
     const QString signature = SignatureOf(context_, entry.address);
     const QString before = ShownBlock(model_.signature);
     if (signature == model_.signature || before.isEmpty()) return;

@@ -153,7 +153,7 @@ void BrowserWindow::OpenMessage(const LinkCommand& command) {
 
 void BrowserWindow::RowTold(const QString& what, const QString& serialId) {
   if (what == u"row") split_->ShowRow(serialId);
-  if (what == u"kept") split_->RowKept(serialId);
+  if (what == u"kept" && !split_->RowKept(serialId)) rows_.Leave();
   if (what == u"twice" && split_->HasPane()) OpenMessage({0, false, serialId});
 }
 

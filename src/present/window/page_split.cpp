@@ -61,9 +61,11 @@ void PageSplit::ShowRow(const QString& serialId) {
   if (HasPane()) pane_->Show(serialId, true);
 }
 
-void PageSplit::RowKept(const QString& serialId) {
-  if (!HasPane() || serialId == pane_->Shown() || hasMarked_) return;
-  pane_->Show(serialId, false);
+bool PageSplit::RowKept(const QString& serialId) {
+  if (!HasPane() || serialId == pane_->Shown()) return true;
+  if (hasMarked_) return false;
+  pane_->Show(serialId, true);
+  return true;
 }
 
 void PageSplit::StopMarking() {

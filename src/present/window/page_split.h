@@ -24,8 +24,10 @@ class PageSplit : public QSplitter {
   bool HasPane() const;
   /// The user has made a message the current one.
   void ShowRow(const QString& serialId);
-  /// The page was made anew, and this message, or none, is the current one of it.
-  void RowKept(const QString& serialId);
+  /// The page was made anew, and this message, or none, is the current one of it. False when
+  /// another one stays in sight, which is no longer on the page: the row is not what the user
+  /// means.
+  bool RowKept(const QString& serialId);
   /// What is shown is not marked by and by, because the user marks it himself.
   void StopMarking();
   /// Another page comes.
