@@ -17,6 +17,8 @@ class InstanceMessages : public QObject {
   /// Begins to listen. A sentence for the user when somebody else stands in the place where this
   /// user's programs meet, else empty; without success nothing is handed over, and that is all.
   QString Listen();
+  /// Ends that and removes the place.
+  void StopListening() { server_.close(); }
   /// Says it to the running program. False when that did not hear it in time, or is another user's.
   bool Send(const QStringList& arguments) const;
 

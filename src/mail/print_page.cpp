@@ -38,12 +38,47 @@ const QString kStyle = QStringLiteral(
     "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
     "</style>\r\n");
 
-// What the mail says of its cells and its edge is its own.
+// A mail's style sheets reach every element. What is important at the element itself they do not
+// reach, so that the mail can neither hide the table nor lay one of its own over it.
+QByteArray Important(const char* declarations) {
+  return " style=\"" + QByteArray(declarations).replace(';', "!important;") + '"';
+}
+
+QByteArray Shielded(QByteArray table) {
+  table.replace("</TD><TD>", "</TD><TD" +
+                                 Important("all:initial;display:table-cell;width:100%;"
+                                           "overflow-wrap:anywhere;") +
+                                 '>');
+  table.replace("<TD>", "<TD" +
+                            Important("all:initial;display:table-cell;white-space:nowrap;"
+                                      "vertical-align:top;padding-right:1em;") +
+                            '>');
+  table.replace("<TR>", "<TR" + Important("all:initial;display:table-row;") + '>');
+  return table.replace("<TABLE", "<TABLE" + Important("all:initial;display:table;width:100%;"));
+}
+
+// Behind what the mail says at its body, or in its place.
+void ShieldBody(QByteArray& document, qsizetype body) {
+  const QByteArray rest = Important("margin:0;");
+  const QByteArray begin = " style=\"";
+  const qsizetype own = document.indexOf(begin, body);
+  if (own < 0 || own > document.indexOf('>', body)) {
+    document.insert(body + qstrlen("<body"), rest);
+  } else {
+    document.insert(document.indexOf('"', own + begin.size()),
+                    ';' + rest.sliced(begin.size()).chopped(1));
+  }
+}
+
 QByteArray WithHead(QByteArray document, const QByteArray& table) {
-  const QByteArray style = "<style>html { margin: 0 15mm; overflow-wrap: anywhere }</style>";
-  const qsizetype body = document.indexOf("</head><body");
-  const qsizetype begin = document.indexOf('>', document.indexOf("<body", body)) + 1;
-  return document.insert(begin, table).insert(body, style);
+  ShieldBody(document, document.indexOf("<body", document.indexOf("</head>")));
+  const qsizetype body = document.indexOf("<body", document.indexOf("</head>"));
+  document.insert(document.lastIndexOf("</body>"), "</div>");
+  document.insert(
+      document.indexOf('>', body) + 1,
+      Shielded(table) + "<div" + Important("display:flow-root;overflow:clip;margin:0;") + '>');
+  return document.replace(document.indexOf("<html>"), qstrlen("<html>"),
+                          "<html" + Important("margin:0 15mm;overflow-wrap:anywhere;") + '>');
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ TEST(HtmlSanitizer, WhatLooksStays) {
   const QString text = QStringLiteral(
       "<p style=\"color:red;font-size:12px\">a &lt; b &amp; c<br><b>太</b> <font "
       "color=\"blue\">青</font></p><ul><li>一</li></ul><a href=\"https://x.example/?a=1&amp;b=2\">"
-      "行く</a><img src=\"data:image/png;base64,AA==\" alt=\"図\">");
+      "行く</a><img src=\"data:image/gif;base64,"
+      "R0lGODlhAQABAIAAAP///wAAACwAAAAAAQABAAACAkQBADs=\" alt=\"図\">");
   EXPECT_EQ(Body(text), text);
   // As browsers read what is not well-formed; unknown elements leave their text.
   EXPECT_EQ(Body(QStringLiteral("<b>x<i>y</b>z<o:p>w</o:p><center>v")),
@@ -91,6 +92,37 @@ TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
   EXPECT_FALSE(
       SanitizeHtml(QStringLiteral("<img src=data:image/gif;base64,AA>"), RemoteImages::LeftOut)
           .hasRemoteImages);
+}
+
+// By its bytes, whatever its label; and none that costs its reader's machine minutes.
+TEST(HtmlSanitizer, PicturesWithinTheMailAreOfTheCommonKindsAndOfASize) {
+  const QByteArray gif = QByteArray::fromBase64("R0lGODlhAQABAIAAAP///wAAACwAAAAAAQABAAACAkQBADs=");
+  const QString shown =
+      QString::fromLatin1("<img src=\"data:image/gif;base64," + gif.toBase64() + "\">");
+  const auto image = [](const QByteArray& address) {
+    return Body(QString::fromLatin1("<img src=\"" + address + "\">"));
+  };
+  EXPECT_EQ(image("data:image/png;base64," + gif.toBase64()), shown);
+  EXPECT_EQ(image("DATA:;x=y;BASE64,R0lG%4FDlhAQABAIAAAP///wAAACwAAAAA AQABAAACAkQBADs="), shown);
+  EXPECT_EQ(image("data:image/gif," + gif.toPercentEncoding()), shown);
+  const QString nothing = QStringLiteral("<img>");
+  EXPECT_EQ(image("data:image/png;base64," + QByteArray("\0\0\0\x1c"
+                                                        "ftypavif")
+                                                 .toBase64()),
+            nothing);
+  EXPECT_EQ(image("data:image/gif;base64"), nothing);
+  const auto png = [](int width, int height) {
+    QByteArray head = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452");
+    for (const int side : {width, height})
+      head += QByteArray::number(side, 16).rightJustified(8, '0');
+    return "data:image/png;base64," +
+           (head.first(16) + QByteArray::fromHex(head.sliced(16))).toBase64();
+  };
+  EXPECT_EQ(image(png(15000, 15000)), nothing);
+  EXPECT_EQ(
+      Body(QStringLiteral("<img src=\"%1\">").arg(QString::fromLatin1(png(5000, 8000))).repeated(9))
+          .count(u"src="),
+      5);
 }
 
 // The depth is hidden from whoever counts tags.

@@ -30,7 +30,7 @@ def main():
     with tempfile.TemporaryDirectory() as name:
         work = pathlib.Path(name)
         data = work / "data"
-        environment = dict(os.environ, HOME=name, XDG_CONFIG_HOME=name, QT_QPA_PLATFORM="offscreen",
+        environment = dict(os.environ, HOME=name, XDG_CONFIG_HOME=name, XDG_RUNTIME_DIR=name, QT_QPA_PLATFORM="offscreen",
                            QTWEBENGINE_CHROMIUM_FLAGS="--disable-gpu")
         if os.geteuid() == 0:
             environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
@@ -49,6 +49,8 @@ def main():
             killed = number == signal.SIGKILL
             assert program.returncode == (-number if killed else 0), (number, program.returncode)
             assert bool(clear_text(data)) == killed, (number, clear_text(data))
+            met = [path for path in work.rglob("*") if path.is_socket()]
+            assert bool(met) == killed, (number, met)
 
 
 main()

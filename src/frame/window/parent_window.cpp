@@ -454,15 +454,13 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
     endsAfterSending_ = false;  // the user would not learn of it
     // A long subject leaves room for what happened.
     const QString about = ShownText(title, kMostOfSubject);
-    sbStatus_->showMessage(ShownText((about.isEmpty() ? about : about + QStringLiteral(": ")) +
-                                         text.section(kLineBreak, -1),
-                                     kMostInTitle),
-                           0);
+    sbStatus_->Tell(
+        (about.isEmpty() ? about : about + QStringLiteral(": ")) + text.section(kLineBreak, -1),
+        true);
   } else {
     // What was received and what was not, for instance.
     QString all = text;
-    sbStatus_->showMessage(ShownText(all.replace(kLineBreak, QStringLiteral(" ")), kMostInTitle),
-                           kMessageMs);
+    sbStatus_->Tell(all.replace(kLineBreak, QStringLiteral(" ")), false);
   }
 }
 

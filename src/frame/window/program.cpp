@@ -83,6 +83,7 @@ void Program::CloseFiles() {
 void Program::EndAtOnce() {
   if (parent_ != nullptr) parent_->KeepEverything();
   CloseFiles();
+  messages_.StopListening();
   std::_Exit(0);
 }
 

@@ -14,6 +14,8 @@ namespace {
 
 constexpr int kPanelWidth = 220;
 constexpr int kOfferMs = 20000;
+constexpr int kResultMs = 10000;
+constexpr int kSameCheckMs = 60000;
 
 }  // namespace
 
@@ -74,6 +76,20 @@ void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {
   done_->setText(ShownText(done, kMostInTitle));
   offer_->show();
   offered_.start(kOfferMs);
+}
+
+void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
+  const bool goesOn =
+      currentMessage() == told_ && sinceTold_.isValid() && !sinceTold_.hasExpired(kSameCheckMs);
+  if (!goesOn) {
+    results_.clear();
+    failures_.clear();
+  }
+  QStringList& mine = isFailure ? failures_ : results_;
+  if (!mine.contains(sentence)) mine.append(sentence);
+  told_ = ShownText((results_ + failures_).join(QStringLiteral(" ／ ")), kMostInTitle);
+  sinceTold_.start();
+  showMessage(told_, failures_.isEmpty() ? kResultMs : 0);
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QStatusBar>
 #include <QTimer>
 #include <functional>
@@ -20,6 +21,9 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
+  /// Says what a session brought, beside what the others of the same check brought: a failure does
+  /// not hide what another one received. Failures stay until something else is said.
+  void Tell(const QString& sentence, bool isFailure);
   /// Says for a while what was done, with a button (Ctrl+Z) that takes it back.
   void OfferUndo(const QString& done, std::function<void()> undo);
 
@@ -29,6 +33,10 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
  private:
   void BuildOffer();
 
+  QStringList results_;
+  QStringList failures_;
+  QString told_;
+  QElapsedTimer sinceTold_;
   QLabel* icon_;
   QLabel* text_;
   QToolButton* cancel_;

@@ -7,7 +7,8 @@
 namespace vorn {
 
 /// Makes a window that comes up larger than its screen, as on a small one with large letters, as
-/// small as the screen is. For the application.
+/// small as the screen is, and one that is placed beyond its edge stand whole on it. For the
+/// application.
 class ScreenFit : public QObject {
  public:
   using QObject::QObject;
@@ -19,10 +20,17 @@ class ScreenFit : public QObject {
                        window->windowType() != Qt::ToolTip && !window->isMaximized() &&
                        !window->isFullScreen();
     if (!isOwn) return false;
-    const QSize room = window->screen()->availableSize() - QSize(kFrame, kTitle);
-    if (window->width() > room.width() || window->height() > room.height()) {
-      window->resize(window->size().boundedTo(room));
-    }
+    const QRect screen = window->screen()->availableGeometry();
+    const QSize room = screen.size() - QSize(kFrame, kTitle);
+    const QSize size = window->size().boundedTo(room);
+    if (size != window->size()) window->resize(size);
+    // Where it stood last may be beyond a screen that has become smaller.
+    if (!window->testAttribute(Qt::WA_Moved)) return false;
+    const QPoint most =
+        screen.bottomRight() - QPoint(size.width() + kFrame, size.height() + kTitle);
+    const QPoint place(qBound(screen.left(), window->x(), qMax(screen.left(), most.x())),
+                       qBound(screen.top(), window->y(), qMax(screen.top(), most.y())));
+    if (place != window->pos()) window->move(place);
     return false;
   }
 

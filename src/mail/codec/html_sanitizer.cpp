@@ -9,6 +9,7 @@
 
 #include "mail/codec/html_text.h"
 #include "mail/codec/html_tree.h"
+#include "mail/codec/picture_head.h"
 #include "mail/codec/style_filter.h"
 
 namespace vorn {
@@ -81,13 +82,19 @@ bool IsLink(const QString& address) {
   return address.startsWith(u'#') || scheme == u"http" || scheme == u"https" || scheme == u"mailto";
 }
 
-bool IsInlineImage(const QString& address) {
-  static constexpr QStringView kTypes[] = {u"png", u"gif", u"jpeg", u"jpg", u"webp", u"bmp"};
-  const QString head = address.left(32).toLower();
-  return std::any_of(std::begin(kTypes), std::end(kTypes), [&head](QStringView type) {
-    const QString start = QStringLiteral("data:image/") + type.toString();
-    return head.startsWith(start + u';') || head.startsWith(start + u',');
-  });
+// What is shown at most of pictures within a mail, in pixels: one, and all together. They cost a
+// sender hardly a byte and their reader's machine minutes.
+constexpr qint64 kMostPixels = 40'000'000;
+constexpr qint64 kMostPixelsInAll = 200'000'000;
+
+// The bytes of a data URI (RFC 2397).
+QByteArray DataOf(const QString& address) {
+  const qsizetype comma = address.indexOf(u',');
+  if (comma < 0) return {};
+  const QStringView head = QStringView(address).first(comma);
+  const QByteArray data = QByteArray::fromPercentEncoding(address.sliced(comma + 1).toUtf8());
+  return head.trimmed().endsWith(u";base64", Qt::CaseInsensitive) ? QByteArray::fromBase64(data)
+                                                                  : data;
 }
 
 void AppendEscaped(QByteArray& out, std::string_view text) {
@@ -212,13 +219,20 @@ class Sanitizer {
     }
     if ((name == "src" && owner == GUMBO_TAG_IMG) || name == "background") {
       const QString address = CleanAddress(QString::fromUtf8(value));
-      if (IsInlineImage(address)) {
-        safe = address.toUtf8();
-        return true;
-      }
-      return TakeRemoteImage(address, safe);
+      return Scheme(address) == u"data" ? TakeInlineImage(address, safe)
+                                        : TakeRemoteImage(address, safe);
     }
     return false;
+  }
+
+  // Written anew, so that what was looked at is what the browser sees.
+  bool TakeInlineImage(const QString& address, QByteArray& safe) {
+    const QByteArray data = DataOf(address);
+    const std::optional<PictureHead> head = ReadPictureHead(data);
+    if (!head || head->pixels > kMostPixels || head->pixels > pixelsLeft_) return false;
+    pixelsLeft_ -= head->pixels;
+    safe = QByteArray("data:") + head->type + ";base64," + data.toBase64();
+    return true;
   }
 
   bool TakeRemoteImage(const QString& address, QByteArray& safe) {
@@ -235,6 +249,7 @@ class Sanitizer {
   QByteArray bodyAttributes_;
   QString styles_;
   QHash<QByteArray, QByteArray> declarations_;
+  qint64 pixelsLeft_ = kMostPixelsInAll;
 };
 
 }  // namespace

@@ -66,6 +66,7 @@ class MailSource : public QWebEngineUrlSchemeHandler {
   void Give(const QUrl& url, const QByteArray& html) {
     url_ = url;
     html_ = html;
+    images_.BeginPage();
   }
 
   void requestStarted(QWebEngineUrlRequestJob* job) override {
