@@ -13,6 +13,7 @@ namespace {
 constexpr int kPageShare = 45;  // percent
 constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
+constexpr int kLeastForBoth = 280;  // pixels
 const QString kBag = QStringLiteral("parent");
 
 QString ShareKey(Qt::Orientation orientation) {
@@ -30,14 +31,28 @@ PageSplit::PageSplit(Context& context, QWebEngineView* page, MessageHost& host)
 }
 
 void PageSplit::Arrange(bool isFolder) {
-  const int place = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
-  const Qt::Orientation wanted = place == 2 ? Qt::Horizontal : Qt::Vertical;
-  const bool isWanted = place == 1 || place == 2;
+  place_ = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
+  Lay();
+}
+
+void PageSplit::Lay() {
+  const Qt::Orientation wanted = place_ == 2 ? Qt::Horizontal : Qt::Vertical;
+  const bool isWanted = (place_ == 1 || place_ == 2) && HasRoom(wanted);
   if (isWanted && pane_ == nullptr) MakePane();
   if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
   setOrientation(wanted);
   pane_->setVisible(isWanted);
   if (isWanted) TakeShare();
+}
+
+// Before it is shown nobody knows.
+bool PageSplit::HasRoom(Qt::Orientation orientation) const {
+  return !isVisible() || (orientation == Qt::Vertical ? height() : width()) >= kLeastForBoth;
+}
+
+void PageSplit::resizeEvent(QResizeEvent* event) {
+  QSplitter::resizeEvent(event);
+  Lay();
 }
 
 void PageSplit::MakePane() {

@@ -12,7 +12,7 @@ class MessageHost;
 class ReadingPane;
 
 /// A folder's page and, where the setting "ReadingPane" says so (1 below it, 2 at its side), the
-/// message that is current on it.
+/// message that is current on it. There is no pane while both would have no room.
 class PageSplit : public QSplitter {
   Q_OBJECT
 
@@ -36,7 +36,12 @@ class PageSplit : public QSplitter {
  Q_SIGNALS:
   void OpenWanted(vorn::OpenMode mode, const QString& serialId);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  void Lay();
+  bool HasRoom(Qt::Orientation orientation) const;
   void MakePane();
   void KeepShare();
   void TakeShare();
@@ -44,6 +49,7 @@ class PageSplit : public QSplitter {
   Context& context_;
   MessageHost& host_;
   ReadingPane* pane_ = nullptr;
+  int place_ = 0;  // as the setting's values
   // The page is made anew because the message was marked, which may have taken it off the page:
   // the next one must not be marked in its turn.
   bool hasMarked_ = false;

@@ -21,6 +21,7 @@ namespace {
 
 const QString kLineBreak = QStringLiteral("\r\n");
 constexpr int kPrefixLength = 2;
+constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
 constexpr QSize kDefaultSize(600, 400);
 
 QString TagOf(const QObject& object) {
@@ -176,7 +177,8 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
   const DiskPtr bag = PlacementBag(context, name);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   const qint32 share = bag->Number(u"share");
-  const QSize first = share > 0 ? screen.size() * share / 100 : kDefaultSize;
+  const QSize first =
+      share > 0 ? (screen.size() * share / 100).expandedTo(kLeastShare) : kDefaultSize;
   const QSize size =
       QSize(bag->Number(u"width", first.width()), bag->Number(u"height", first.height()))
           .boundedTo(screen.size());  // which may have shrunk, or be scaled
