@@ -178,6 +178,9 @@ TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   EXPECT_EQ(flags(named).at(3), u'0');
   EXPECT_EQ(IndexMessage(both, {}, {kTextTypes, false, true}).flags.at(3), u'0');
   EXPECT_EQ(IndexMessage(named, {}, {kTextTypes, false, true}).flags.at(3), u'1');
+  const QByteArray html = "Content-Type: text/html\r\n\r\n<p>x";
+  EXPECT_EQ(flags(html).at(3), u'1');
+  EXPECT_EQ(IndexMessage(html, {}, {kTextTypes, false, true}).flags.at(3), u'0');
   const MessageIndex index =
       IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, {kTextTypes});
   EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x\r\nREPLAY-TO: yes@x"));

@@ -87,20 +87,20 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
 TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
   auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
   book->Let(QStringLiteral("FormName"), object_type::kBook);
-  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木"));
+  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木\r\nTO: suzuno@example.jp 鈴野"));
   Context().Objects.Add(book);
   MessageWindow& window = New();
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
-  const auto row = [&](int key, bool highlight) {
+  const auto row = [&](int key, bool highlight, const QString& typed = QStringLiteral("suz")) {
     const int last = list.rowCount() - 1;
     list.setCurrentCell(last, 1);
     list.setFocus();
     list.editItem(list.item(last, 1));
     auto& box = *qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));
     box.setFocus();
-    QTest::keyClicks(&box, QStringLiteral("suz"));
+    QTest::keyClicks(&box, typed);
     QWidget* popup = box.completer()->popup();
     EXPECT_TRUE(WaitFor([popup] { return popup->isVisible(); }));
     if (highlight) QTest::keyClick(popup, Qt::Key_Down);
@@ -110,6 +110,9 @@ TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
   };
   EXPECT_EQ(row(Qt::Key_Return, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
   EXPECT_EQ(row(Qt::Key_Tab, true), QStringLiteral("鈴木 <suzuki@example.jp>"));
+  // The only one that can be meant.
+  EXPECT_EQ(row(Qt::Key_Return, false, QStringLiteral("suzun")),
+            QStringLiteral("鈴野 <suzuno@example.jp>"));
   EXPECT_EQ(row(Qt::Key_Return, false), QStringLiteral("suz"));
   // Which is no address: shown as such, and not sent to.
   const QTableWidgetItem* wrong = list.item(list.rowCount() - 2, 1);

@@ -60,6 +60,18 @@ QString CodeCharacter(int code) {
   return code < 0 ? QStringLiteral("*") : QString::number(code);
 }
 
+// HTML with no text beside it is the message, not a file.
+bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStringList& textTypes,
+              bool hasText) {
+  const std::vector<Attachment> attachments = ListAttachments(records, textTypes);
+  const bool isHtmlAlone = !hasText && std::any_of(attachments.begin(), attachments.end(),
+                                                   [](const Attachment& attachment) {
+                                                     return !attachment.record.hasName &&
+                                                            attachment.record.type == u"text/html";
+                                                   });
+  return attachments.size() > (isHtmlAlone ? 1 : 0);
+}
+
 }  // namespace
 
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
@@ -81,7 +93,7 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
                                      return options.textTypes.contains(record.type);
                                    });
   const bool hasAttachments = options.standardHeaders
-                                  ? !ListAttachments(records, options.textTypes).empty()
+                                  ? HasFiles(records, options.textTypes, texts > 0)
                                   : texts != static_cast<qsizetype>(records.size());
   index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
   if (texts > 0) {

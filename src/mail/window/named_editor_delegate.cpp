@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kRowMargin = 6;
 
-// In the list of offers Enter and Tab take what is highlighted, if anything is, and end the edit.
+// In the list of offers Enter and Tab take one and end the edit.
 // The toolkit's completer keeps both for itself.
 class OfferKeys : public QObject {
  public:
@@ -32,7 +32,8 @@ class OfferKeys : public QObject {
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Tab) return false;
     QAbstractItemView* popup = box_.completer()->popup();
-    if (popup->currentIndex().isValid()) box_.setText(popup->currentIndex().data().toString());
+    const QString taken = Taken();
+    if (!taken.isEmpty()) box_.setText(taken);
     popup->hide();
     done_(&box_, key == Qt::Key_Tab ? QAbstractItemDelegate::EditNextItem
                                     : QAbstractItemDelegate::SubmitModelCache);
@@ -40,6 +41,15 @@ class OfferKeys : public QObject {
   }
 
  private:
+  // What is highlighted, or the only offer when what was typed is no address by itself.
+  QString Taken() const {
+    const QCompleter& completer = *box_.completer();
+    const QModelIndex chosen = completer.popup()->currentIndex();
+    if (chosen.isValid()) return chosen.data().toString();
+    const bool isOnlyOne = completer.completionCount() == 1 && !box_.text().contains(u'@');
+    return isOnlyOne ? completer.completionModel()->index(0, 0).data().toString() : QString();
+  }
+
   // A click beside the list closes it and is for what lies there; the completer would swallow it,
   // and what is typed next would go on with the address.
   bool ClickBeside(const QMouseEvent& click) {
