@@ -83,6 +83,21 @@ bool IsText(const QByteArray& bytes) {
   });
 }
 
+// What acts inside a kind that is harmless otherwise: macros in the archive of a document, whose
+// names stand there as they are, and formulas in a table of text, which can start programs.
+bool CarriesCommands(const QString& type, const QByteArray& bytes) {
+  if (type == u"text/csv") {
+    char before = '\n';
+    return std::any_of(bytes.begin(), bytes.end(), [&before](char c) {
+      const bool isFirst = QByteArrayView("\n\r,;\t\" ").contains(before);
+      before = c;
+      return isFirst && (c == '=' || c == '@');
+    });
+  }
+  if (!type.contains(u"document")) return false;
+  return bytes.contains("Basic/") || bytes.contains("Scripts/") || bytes.contains("vbaProject.bin");
+}
+
 }  // namespace
 
 FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
@@ -93,8 +108,9 @@ FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
   if (byContent.isDefault() && byName.inherits(QStringLiteral("text/plain")) && IsText(bytes)) {
     byContent = database.mimeTypeForName(QStringLiteral("text/plain"));
   }
-  return {HarmlessTypes().contains(byName.name()) && Confirms(byContent, byName), Words(byName),
-          Words(byContent)};
+  const bool isHarmless = HarmlessTypes().contains(byName.name()) && Confirms(byContent, byName) &&
+                          !CarriesCommands(byName.name(), bytes);
+  return {isHarmless, Words(byName), Words(byContent)};
 }
 
 }  // namespace vorn

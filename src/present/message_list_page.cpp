@@ -51,22 +51,26 @@ bool HasRow(DataSession& session, FolderRows& rows) {
 MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
-QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 page, bool& before,
-                                                bool& next, const QString& search) {
+QByteArray MessageListPages::FolderPage(const QString& folder, qint32 page, bool& before,
+                                        bool& next, const QString& search) {
   before = next = false;
-  const PageContent content = ReadContent(context_, folder);
-  const FolderLayout layout = GetFolderLayout(context_, folder, template_);
-  const QByteArray bytes = Fill(layout.html, content, page, before, next, RowsOf(folder, search));
-  return bytes.isEmpty() ? QString() : Write(bytes, layout.path);
+  const QString html = GetFolderLayout(context_, folder, template_).html;
+  return Fill(html, ReadContent(context_, folder), page, before, next, RowsOf(folder, search));
 }
 
-QString MessageListPages::CreatePreview(const QString& folder, const QString& html) {
+QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 page, bool& before,
+                                                bool& next, const QString& search) {
+  const QByteArray bytes = FolderPage(folder, page, before, next, search);
+  return bytes.isEmpty() ? QString()
+                         : Write(bytes, GetFolderLayout(context_, folder, template_).path);
+}
+
+QByteArray MessageListPages::Preview(const QString& folder, const QString& html) {
   PageContent content = ReadContent(context_, folder);
   content.rowsPerPage = kPreviewRows;
   bool before = false;
   bool next = false;
-  const QByteArray bytes = Fill(html, content, 1, before, next, RowsOf(folder, {}));
-  return bytes.isEmpty() ? QString() : Write(bytes, context_.TempFolder);
+  return Fill(html, content, 1, before, next, RowsOf(folder, {}));
 }
 
 QByteArray MessageListPages::Fill(const QString& html, const PageContent& content, qint32 page,

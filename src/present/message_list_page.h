@@ -16,18 +16,20 @@ class MessageListPages {
  public:
   explicit MessageListPages(Context& context);
 
-  /// Runs a folder's query, fills its template one message at a time and writes the page, bytes of
-  /// code page 932, to a new ".html" file. The oldest message comes first, or with the setting
-  /// "NewestFirst" the newest. `page` counts from 1. `before` and `next` tell whether
-  /// messages were skipped for earlier pages and whether more follow. With `search` only messages
-  /// whose subject or addresses hold that text are shown. Returns the file's path, or
-  /// an empty string when nothing was written; the session's `LastError` may say why.
+  /// Runs a folder's query and fills its template one message at a time. The oldest message comes
+  /// first, or with the setting "NewestFirst" the newest. `page` counts from 1. `before` and `next`
+  /// tell whether messages were skipped for earlier pages and whether more follow. With `search`
+  /// only messages whose subject or addresses hold that text are shown. Returns the page, bytes of
+  /// code page 932, or nothing; the session's `LastError` may say why.
+  QByteArray FolderPage(const QString& folder, qint32 page, bool& before, bool& next,
+                        const QString& search = {});
+  /// Writes that page to a new ".html" file in the layout's page folder. Returns the file's path,
+  /// or an empty string when nothing was written.
   QString CreateMessageListPage(const QString& folder, qint32 page, bool& before, bool& next,
                                 const QString& search = {});
 
-  /// Writes the first page of a folder with another template than its own, in the default page
-  /// folder and not long. Returns the file's path, or an empty string when nothing was written.
-  QString CreatePreview(const QString& folder, const QString& html);
+  /// The first page of a folder, and not long, with another template than its own.
+  QByteArray Preview(const QString& folder, const QString& html);
 
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.

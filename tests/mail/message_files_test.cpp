@@ -123,6 +123,16 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   EXPECT_TRUE(harmless(u"jis.txt", "\x1B$B2q5D\x1B(B\r\n"));
   EXPECT_TRUE(harmless(u"sjis.csv", "\x89\xEF\x8B\x63,1\r\n"));
   EXPECT_FALSE(harmless(u"data.txt", QByteArray("\x01\0\x02", 3)));
+  // Formulas and macros in what is harmless otherwise.
+  EXPECT_TRUE(harmless(u"a.csv", "a@x.example,b=1\r\n-2,+3\r\n"));
+  EXPECT_FALSE(harmless(u"a.csv", "a,b\r\n1,=cmd|' /C calc'!A0\r\n"));
+  EXPECT_FALSE(harmless(u"a.csv", "\"@SUM(1)\",2\r\n"));
+  const QByteArray zip("PK\x03\x04\x14\0\0\0", 8);
+  for (const char16_t* name : {u"a.odt", u"a.ods", u"a.docx", u"a.xlsx"}) {
+    EXPECT_TRUE(harmless(name, zip + "content.xml"));
+    EXPECT_FALSE(harmless(name, zip + "Basic/Standard/Module1.xml"));
+    EXPECT_FALSE(harmless(name, zip + "xl/vbaProject.bin"));
+  }
   const QByteArray page = "<html><body><script>x</script></body></html>";
   for (const char16_t* name : {u"invoice",
                                u"run.xhtml",

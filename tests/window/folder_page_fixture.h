@@ -103,7 +103,11 @@ class FolderPageTest : public ProgramTest {
     return ids;
   }
   bool AwaitGone(const char* subject) const {
-    return WaitFor([&] { return !PageText().contains(QString::fromUtf8(subject)); });
+    // Of a page that is coming some rows may be there.
+    return WaitFor([&] {
+      return Script(QStringLiteral("document.readyState")).toString() == u"complete" &&
+             !PageText().contains(QString::fromUtf8(subject));
+    });
   }
   QTreeWidgetItem* Node(const QString& serialId) const {
     QTreeWidgetItemIterator item(&test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));

@@ -96,7 +96,9 @@ TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
 TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   Begin(2, 100);
   ParentWindow* parent = program_->Parent();
-  EXPECT_EQ(parent->width(), QGuiApplication::primaryScreen()->availableSize().width() * 3 / 4);
+  // Three quarters of the screen, or all that a small one has for a window with its frame.
+  const int screen = QGuiApplication::primaryScreen()->availableSize().width();
+  EXPECT_EQ(parent->width(), qMin(screen - 10, qMax(screen * 3 / 4, 800)));
   const auto* area = parent->findChild<QMdiArea*>();
   EXPECT_EQ(area->viewMode(), QMdiArea::TabbedView);
   const auto active = [&] {
@@ -337,12 +339,11 @@ TEST_F(FolderPageTest, APageMadeAnewWhileItIsLoadingIsShown) {
   Begin(60, 100);
   for (int i = 0; i < 25; ++i) {
     Browser()->LoadDefaultProperty(nullptr, true);
+    const QDir pages(Folder() + QStringLiteral("temp"));
+    EXPECT_EQ(pages.entryList(QDir::Files), QStringList()) << "what stands in it is in clear";
     test::RunFor(i % 5 * 7);
   }
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No60.")); }));
-  const QDir pages(Folder() + QStringLiteral("temp"));
-  EXPECT_TRUE(WaitFor([&pages] { return pages.entryList({QStringLiteral("*.html")}).isEmpty(); }))
-      << "each page is deleted once it was read";
 }
 
 TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
@@ -486,7 +487,7 @@ TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
     ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
     AwaitPainted(*View());
     EXPECT_NE(View()->title(), QStringLiteral("owned"));
-    EXPECT_TRUE(View()->url().isLocalFile() || View()->url().isEmpty());
+    EXPECT_EQ(View()->url().scheme(), QStringLiteral("vorn-page"));
     EXPECT_EQ(Browsers().size(), 1U);
     EXPECT_TRUE(PageText().contains(QStringLiteral("No1."))) << "the page is still there";
   }

@@ -19,6 +19,7 @@
 #include "mail/mailto.h"
 #include "mail/window/html_view.h"
 #include "objects/lost_files.h"
+#include "present/window/page_source.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 
@@ -43,6 +44,7 @@ void Program::PrepareEngine() {
   const char* options = "QTWEBENGINE_CHROMIUM_FLAGS";
   qputenv(options, qgetenv(options) + " --dns-prefetch-disable");
   HtmlView::RegisterScheme();
+  PageSource::RegisterScheme();
 }
 
 Program::Program(const QString& appFolder, const QStringList& arguments)

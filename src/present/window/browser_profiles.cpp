@@ -10,6 +10,7 @@
 #include <QWebEngineUrlRequestInterceptor>
 
 #include "present/window/page_script.h"
+#include "present/window/page_source.h"
 #include "present/window/script_bar.h"
 
 namespace vorn {
@@ -23,7 +24,8 @@ class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
   void interceptRequest(QWebEngineUrlRequestInfo& info) override {
     const bool isPage =
         info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
-        (info.requestUrl().isLocalFile() || info.requestUrl().scheme() == QStringLiteral("data"));
+        (info.requestUrl().isLocalFile() || info.requestUrl().scheme() == QStringLiteral("data") ||
+         info.requestUrl().scheme() == QLatin1String(PageSource::kScheme));
     if (!isPage) info.block(true);
   }
 };
@@ -44,10 +46,12 @@ bool FollowColorScheme() {
 
 BrowserProfiles::BrowserProfiles(const QString& formerFolder)
     : dark_(FollowColorScheme()),
+      pages_(std::make_unique<PageSource>()),
       local_(std::make_unique<QWebEngineProfile>()),
       web_(std::make_unique<QWebEngineProfile>()),
       sites_(std::make_unique<AllowedSites>()) {
   local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));
+  local_->installUrlSchemeHandler(PageSource::kScheme, pages_.get());
   local_->setHttpCacheType(QWebEngineProfile::NoCache);
   QWebEngineSettings* settings = local_->settings();
   using Attribute = QWebEngineSettings::WebAttribute;

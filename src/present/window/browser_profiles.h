@@ -8,6 +8,7 @@ class QWebEngineProfile;
 namespace vorn {
 
 class AllowedSites;
+class PageSource;
 
 /// The browser engine's two worlds. Folder pages are local and hold what strangers wrote: no
 /// scripts, nothing from the network, nothing kept. Web pages get an ordinary browser, of which
@@ -21,6 +22,9 @@ class BrowserProfiles {
   QWebEngineProfile* Local() const { return local_.get(); }
   QWebEngineProfile* Web() const { return web_.get(); }
 
+  /// What the local world shows.
+  PageSource& Pages() const { return *pages_; }
+
   AllowedSites& Sites() const { return *sites_; }
 
   /// Whether the program's windows are dark.
@@ -28,6 +32,7 @@ class BrowserProfiles {
 
  private:
   bool dark_;
+  std::unique_ptr<PageSource> pages_;
   std::unique_ptr<QWebEngineProfile> local_;
   std::unique_ptr<QWebEngineProfile> web_;
   std::unique_ptr<AllowedSites> sites_;

@@ -24,6 +24,7 @@
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/link_page.h"
+#include "present/window/page_source.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
 #include "storage/databases.h"
@@ -104,7 +105,7 @@ BrowserWindow::~BrowserWindow() {
   wbUrl_->disconnect(this);
   if (page_ != nullptr) page_->disconnect(this);
   delete wbUrl_;
-  DeletePageFile();
+  DropPage();
   if (!IsForPrinting()) host_.BrowserClosed();
 }
 
@@ -208,7 +209,7 @@ bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 }
 
 void BrowserWindow::ShowFolder(const QString& folder) {
-  DeletePageFile();
+  DropPage();
   const auto bag = std::make_shared<Disk>(folder);
   bag->Let(QStringLiteral("local"), true);
   split_->ShowNothing();
@@ -234,7 +235,7 @@ bool BrowserWindow::CreatePage() {
   const DiskPtr folder = LoadObject(context_, bag_->SerialID());
   if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
   setWindowTitle(folder->Text(u"Object"));
-  DeletePageFile();
+  DropPage();
   if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
     ShowText(FirstUseText());
     return false;
@@ -242,23 +243,23 @@ bool BrowserWindow::CreatePage() {
   bool before = false;
   bool next = false;
   const auto make = [&] {
-    return pages_.CreateMessageListPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
-                                        bag_->Text(kSearch));
+    return pages_.FolderPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
+                             bag_->Text(kSearch));
   };
-  QString path = make();
+  QByteArray page = make();
   // The last page may have lost all its messages.
   const int last = next || bag_->Number(kPage, 1) <= 1
                        ? 0
                        : qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch)));
   if (last > 0 && bag_->Number(kPage, 1) > last) {
     bag_->Let(kPage, last);
-    path = make();
+    page = make();
   }
-  bag_->Let(kUrl, path);
+  bag_->Let(kUrl, page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
   bag_->Let(kBefore, before);
   bag_->Let(kNext, next);
   ControlToolbarUpdate();
-  if (!path.isEmpty()) return true;
+  if (!page.isEmpty()) return true;
   ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
            context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
   return false;
@@ -289,7 +290,7 @@ void BrowserWindow::ShowText(const QString& html) {
 void BrowserWindow::UpdateBrowser() {
   const QString text = bag_->Text(kUrl);
   rows_.Detach();
-  const QUrl url = IsLocal() ? QUrl::fromLocalFile(text) : QUrl::fromUserInput(text);
+  const QUrl url = IsLocal() ? LocalUrl() : QUrl::fromUserInput(text);
   page_->SetLocalPage(IsLocal() ? url : QUrl());
   txLocation_->setReadOnly(IsLocal());
   txLocation_->setText(IsLocal() ? windowTitle() : text);
@@ -400,9 +401,24 @@ void BrowserWindow::UpdateHistoryState() {
   ControlToolbarUpdate();
 }
 
-void BrowserWindow::DeletePageFile() {
-  const QString path = bag_->Text(kUrl);
-  if (IsLocal() && !path.isEmpty()) QFile::remove(path);
+// A folder's page is kept in memory, one that is only printed in a file.
+QUrl BrowserWindow::LocalUrl() const {
+  const QString place = bag_->Text(kUrl);
+  return place.startsWith(QLatin1String(PageSource::kScheme)) ? QUrl(place)
+                                                              : QUrl::fromLocalFile(place);
+}
+
+bool BrowserWindow::HasPage() const {
+  const QUrl url = LocalUrl();
+  return url.isLocalFile() ? QFile::exists(url.toLocalFile())
+                           : profiles_.Pages().Has(url.toString());
+}
+
+void BrowserWindow::DropPage() {
+  if (!IsLocal() || bag_->Text(kUrl).isEmpty()) return;
+  const QUrl url = LocalUrl();
+  url.isLocalFile() ? static_cast<void>(QFile::remove(url.toLocalFile()))
+                    : profiles_.Pages().Forget(url.toString());
 }
 
 // Tells which page the document is, and whether it is the one that should be shown.
@@ -410,18 +426,17 @@ void BrowserWindow::AskForDocument(const std::function<void(bool isShown)>& then
   page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
                        [self = QPointer<BrowserWindow>(this), then](const QVariant& address) {
                          if (self == nullptr || self->closing_) return;
-                         const QString read = QUrl(address.toString()).toLocalFile();
-                         then(read == self->bag_->Text(kUrl));
+                         then(QUrl(address.toString()) == self->LocalUrl());
                        });
 }
 
 // Each page is read once. The end of a loading may be that of the page before this one, whose end
-// must not take away this one's file.
+// must not take away this one.
 void BrowserWindow::DeleteReadPage() {
   AskForDocument([this](bool isShown) {
     if (isShown) {
       attempts_ = 0;
-      DeletePageFile();
+      DropPage();
     } else {
       QTimer::singleShot(kLookAgainMs, this, &BrowserWindow::LookAgain);
     }
@@ -430,9 +445,7 @@ void BrowserWindow::DeleteReadPage() {
 
 // Usually the page is only under way; one that the engine gave up would never be seen.
 void BrowserWindow::LookAgain() {
-  const auto waits = [this] {
-    return IsLocal() && !page_->isLoading() && QFile::exists(bag_->Text(kUrl));
-  };
+  const auto waits = [this] { return IsLocal() && !page_->isLoading() && HasPage(); };
   if (closing_ || !waits()) return;
   AskForDocument([this, waits](bool isShown) {
     if (!isShown && waits() && attempts_++ < kMostAttempts) Refresh();

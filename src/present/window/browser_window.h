@@ -129,7 +129,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void SearchFolder();
   void SetLoading(bool loading);
   void DocumentComplete(bool ok);
-  void DeletePageFile();
+  QUrl LocalUrl() const;
+  bool HasPage() const;
+  void DropPage();
   void AskForDocument(const std::function<void(bool isShown)>& then);
   void DeleteReadPage();
   void LookAgain();

@@ -30,6 +30,7 @@
 #include "present/page_template.h"
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
+#include "present/window/page_source.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -73,6 +74,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       txPath_(new QLineEdit),
       lbError_(PlainLabel()),
       wbPreview_(new QWebEngineView),
+      source_(profiles.Pages()),
       page_(new LinkPage(profiles.Local(), wbPreview_)) {
   setObjectName(QStringLiteral("layout"));
   resize(kSize);
@@ -204,28 +206,27 @@ void LayoutWindow::InsertTag(int row) {
 
 void LayoutWindow::Preview() {
   RemovePage();
-  shownFile_ = pages_.CreatePreview(folder_, txHtml_->toPlainText());
-  lbError_->setText(shownFile_.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。")
-                                         : QString());
-  if (shownFile_.isEmpty()) return;
-  const QUrl url = QUrl::fromLocalFile(shownFile_);
+  const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText());
+  lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
+  if (page.isEmpty()) return;
+  shownPage_ = source_.Keep(page);
+  const QUrl url(shownPage_);
   page_->SetLocalPage(url);
   wbPreview_->load(url);
 }
 
 void LayoutWindow::RemovePage() {
-  if (!shownFile_.isEmpty()) QFile::remove(shownFile_);
-  shownFile_.clear();
+  source_.Forget(shownPage_);
+  shownPage_.clear();
 }
 
-// The end of a loading may be that of the page before this one, which must not take away this one's
-// file: the document itself says which it is.
+// The end of a loading may be that of the page before this one, which must not take away this
+// one: the document itself says which it is.
 void LayoutWindow::RemoveReadPage() {
   page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
                        [self = QPointer<LayoutWindow>(this)](const QVariant& address) {
                          if (self == nullptr) return;
-                         const QString read = QUrl(address.toString()).toLocalFile();
-                         if (read == self->shownFile_) self->RemovePage();
+                         if (address.toString() == self->shownPage_) self->RemovePage();
                        });
 }
 

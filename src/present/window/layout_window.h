@@ -17,6 +17,7 @@ class QWebEngineView;
 namespace vorn {
 
 class LinkPage;
+class PageSource;
 
 /// The window "layout": edits the template of one folder's pages beside a preview of the folder's
 /// own messages, which follows the typing. OK keeps the template in the object "layout", or takes
@@ -59,8 +60,9 @@ class LayoutWindow : public QDialog {
   QLineEdit* txPath_;
   QLabel* lbError_;
   QWebEngineView* wbPreview_;
+  PageSource& source_;
   LinkPage* page_;
-  QString shownFile_;
+  QString shownPage_;
   QTimer typing_;
 };
 
