@@ -336,17 +336,15 @@ Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes)
 namespace {
 
 // Each byte of a damaged character of UTF-8 is an error; up to three of them are shown as one.
-QString WithOneMark(const Charset& charset, const DecodedText& decoded) {
+QString WithOneMark(const Charset& charset, DecodedText decoded) {
   constexpr qsizetype kMost = 3;
-  if (charset.family != Family::Utf8 || decoded.clean) return decoded.text;
-  QString text;
-  text.reserve(decoded.text.size());
+  if (charset.family != Family::Utf8 || decoded.clean) return std::move(decoded.text);
   qsizetype marks = 0;
-  for (const QChar c : decoded.text) {
+  decoded.text.removeIf([&marks](QChar c) {
     marks = c == QChar::ReplacementCharacter ? marks + 1 : 0;
-    if (marks == 0 || marks % kMost == 1) text += c;
-  }
-  return text;
+    return marks > 0 && marks % kMost != 1;
+  });
+  return std::move(decoded.text);
 }
 
 }  // namespace
@@ -360,7 +358,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
       return WithOneMark(recognized, Decode(recognized, bytes, atCut));
     }
   }
-  const DecodedText asDeclared = Decode(declared, bytes, atCut);
+  DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
     return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
                ? Decode({Family::Euc, {}}, bytes, atCut).text
@@ -368,7 +366,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   }
   const Charset usual = MostUsual(bytes, declared);
   const bool isDeclared = usual.family == declared.family && usual.icuName == declared.icuName;
-  return WithOneMark(usual, isDeclared ? asDeclared : Decode(usual, bytes, atCut));
+  return WithOneMark(usual, isDeclared ? std::move(asDeclared) : Decode(usual, bytes, atCut));
 }
 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
