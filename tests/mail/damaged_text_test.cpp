@@ -117,6 +117,11 @@ TEST(DamagedCharacters, AreMarkedOnceAndTheRestIsRead) {
   // Every byte has a meaning here, but what it means is no text: 契約書の件 without its second.
   EXPECT_EQ(read("shift_jis", "\x8C\x96\xF1\x8F\x91\x82\xCC\x8C\x8F"),
             QStringLiteral("\uFFFD約書の件"));
+  // A byte that forms a character of another code among escapes.
+  EXPECT_EQ(read("",
+                 "\x1B$BK\\F|\x83"
+                 "2q5D$O\x1B(B"),
+            QStringLiteral("本日\uFFFD会議は"));
   // Half-width kana of EUC are pairs of Shift_JIS.
   QByteArray kana = *MimeCodec::EncodeText(QStringLiteral("ｶﾌﾞｼｷｶﾞｲｼｬ 御中"), Output::Euc);
   kana.chop(1);

@@ -181,9 +181,13 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   // Other codes hardly ever happen to be well-formed UTF-8.
   if (ReadWithoutErrors(Family::Utf8, bytes, atCut)) return {Family::Utf8, {}};
 
-  const auto euc = ReadWithoutErrors(Family::Euc, bytes, atCut);
+  // A stray byte among escapes may form a character of another code, which tells nothing.
+  const auto readAs = [&](Family family) {
+    return hasJisEscape ? std::nullopt : ReadWithoutErrors(family, bytes, atCut);
+  };
+  const auto euc = readAs(Family::Euc);
   if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
-  const auto shiftJis = ReadWithoutErrors(Family::ShiftJis, bytes, atCut);
+  const auto shiftJis = readAs(Family::ShiftJis);
   if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
   if (euc && shiftJis && AreHalfKanaWords(*shiftJis) && AreRareInEuc(bytes)) {
     return {Family::ShiftJis, {}};
