@@ -119,9 +119,9 @@ TEST(DamagedCharacters, AreMarkedOnceAndTheRestIsRead) {
             QStringLiteral("\uFFFD約書の件"));
   // A byte that forms a character of another code among escapes.
   EXPECT_EQ(read("",
-                 "\x1B$BK\\F|\x83"
-                 "2q5D$O\x1B(B"),
-            QStringLiteral("本日\uFFFD会議は"));
+                 "\x1B$BK\\\x83"
+                 "F|$N\x1B(B"),
+            QStringLiteral("本\uFFFD日の"));
   // Half-width kana of EUC are pairs of Shift_JIS.
   QByteArray kana = *MimeCodec::EncodeText(QStringLiteral("ｶﾌﾞｼｷｶﾞｲｼｬ 御中"), Output::Euc);
   kana.chop(1);
