@@ -31,6 +31,7 @@ def structure():
     yield case("no-blank-line", head + crlf(TEXT.encode()))
     yield Case("no-header", crlf(TEXT.encode()), text=TEXT)
     yield case("bom-before-header", b"\xef\xbb\xbf" + plain)
+    yield case("bom-before-sender", b"\xef\xbb\xbf" + plain.partition(b"\r\n")[2])
     yield case("mbox-line", b"From a@b Mon Feb  2 10:00:00 2026\r\n" + plain)
     yield case("quoted-mbox-line", b">From a@b Mon Feb  2 10:00:00 2026\r\n" + plain)
     yield case("blank-before-colon", plain.replace(b"Subject:", b"Subject :"))
@@ -62,6 +63,10 @@ def structure():
     yield case("multipart-lf", whole.replace(b"\r\n", b"\n"), both)
     yield case("boundary-blanks", whole.replace(b"--b\r\n", b"--b  \t\r\n"), both)
     yield case("boundary-quoted-blanks", whole.replace(b'"b"', b'"b  "'), both)
+    yield case("boundary-cut", header() + multipart(parts, boundary="long").replace(
+        b'"long"', b'"lo"', 1), both)
+    yield case("boundary-longer", header() + multipart(parts, boundary="long").replace(
+        b'"long"', b'"longer"', 1), both)
     yield case("boundary-unquoted", whole.replace(b'"b"', b"b"), both)
     yield case("boundary-odd", header() + multipart(parts, boundary="=_'()+_,-./:=?b"), both)
     yield case("boundary-prefix", header() + multipart([multipart(parts, boundary="b1")],

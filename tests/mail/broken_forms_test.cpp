@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+
 #include "mail/codec/address.h"
 #include "mail/codec/attachments.h"
 #include "mail/codec/message_index.h"
@@ -64,6 +66,21 @@ TEST(BrokenForms, PartsAreFoundWhereBoundariesAreOff) {
                         "--b\r\n\r\ntwo\r\n--b--\r\n"),
             QStringLiteral("one\r\ntwo"))
       << "the inner one has no end";
+}
+
+TEST(BrokenForms, TakeNoLongerThanTheyAreLong) {
+  QByteArray parts = "Content-Type: multipart/mixed; boundary=o\r\n\r\n";
+  for (int i = 0; i < 50000; ++i) {
+    parts += "--o\r\nContent-Type: multipart/mixed\r\n\r\n--x" + QByteArray::number(i) + "\r\n";
+  }
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_FALSE(MimeCodec::ReadContent(parts).empty());
+  const QByteArray words = "To: " + QByteArray("=?utf-8?B?").repeated(60000);
+  EXPECT_FALSE(
+      MimeCodec::DecodeHeader(words, 4, CharsetChoice::Automatic, MimeCodec::HeaderUse::AddressList)
+          .isEmpty());
+  EXPECT_LT(timer.elapsed(), 1500);
 }
 
 TEST(BrokenForms, WordsBehindWhatEndsAreShown) {

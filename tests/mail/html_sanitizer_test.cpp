@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 
+#include "mail/codec/html_text.h"
 #include "mail/codec/style_filter.h"
 #include "support/test_profile.h"
 
@@ -132,6 +134,23 @@ TEST(HtmlSanitizer, ManyLevelsInDisguiseGiveTheirText) {
     const QString html = QString::fromLatin1(piece).repeated(20000) + QStringLiteral("words");
     EXPECT_TRUE(SanitizeHtml(html, RemoteImages::LeftOut).html.contains("words")) << piece;
   }
+}
+
+TEST(HtmlSanitizer, PagesTakeNoLongerThanTheyAreLong) {
+  QString links;
+  for (int i = 0; i < 30000; ++i) links += QStringLiteral("<a href='http://x/%1'>y</a> ").arg(i);
+  const auto repeated = [](const char* piece, int times) {
+    return QString::fromLatin1(piece).repeated(times);
+  };
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_TRUE(HtmlToText(links).contains(QStringLiteral("[30000]")));
+  HtmlToText(repeated("<!--", 100000));
+  // What stands deep is not shown so deep.
+  const QString items = repeated("<ul>", 600) + repeated("<li>x", 10000);
+  const QString quotes = repeated("<blockquote>", 600) + repeated("x<br>", 10000);
+  EXPECT_LT(HtmlToText(items).size() + HtmlToText(quotes).size(), 3000000);
+  EXPECT_LT(timer.elapsed(), 5000);
 }
 
 TEST(HtmlSanitizer, StylesSayHowItLooks) {

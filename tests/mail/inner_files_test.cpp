@@ -10,6 +10,7 @@
 #include "mail/attachment_files.h"
 #include "mail/codec/attachments.h"
 #include "mail/codec/message_index.h"
+#include "mail/codec/rtf_text.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/codec/tnef.h"
 #include "mail/codec/zip_files.h"
@@ -98,6 +99,36 @@ TEST(TnefTest, FilesAndTextOfAPackageAreRead) {
   const TnefContents packed = body(Property(0x102, 0x1009, rich));
   ASSERT_EQ(packed.files.size(), 1U);
   EXPECT_EQ(packed.files[0].bytes, "{\\rtf1\\ansi\\ansicpg1252\\pard hello world}\r\n");
+  EXPECT_EQ(packed.text, QStringLiteral("hello world"));
+  // By the code page that the message names, the package itself, or none.
+  const QByteArray russian = Property(0x1E, 0x1000, "\xCF\xF0\xE8\xE2\xE5\xF2");
+  const QByteArray page = Number(quint16(0x0003)) + Number(quint16(0x3FFD)) + Number(quint32(1251));
+  EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069003, Properties({russian, page})))).text,
+            QStringLiteral("Привет"));
+  EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069007, Number(quint32(1251))) +
+                             Attribute(1, 0x00069003, Properties({russian}))))
+                .text,
+            QStringLiteral("Привет"));
+  EXPECT_EQ(body(Property(0x1E, 0x1000, "caf\xE9 cr\xE8me")).text, QStringLiteral("café crème"));
+}
+
+TEST(TnefTest, RichTextIsReadAsText) {
+  struct Case {
+    const char* rtf;
+    const char16_t* text;
+  };
+  for (const Case& c : std::initializer_list<Case>{
+           {"{\\rtf1 \\'96\\'7b\\'95\\'b6\\par\r\nx\\tab y}", u"本文\r\nx\ty"},
+           {"{\\rtf1\\ansicpg932{\\fonttbl{\\f1\\fcharset204 A;}}{\\f1 \\'cf\\'f0}\\'8b\\'e0}",
+            u"Пр金"},
+           {"{\\rtf1\\uc1\\u12354?\\u-10179?\\u-8704?\\uc0\\u65 B}", u"あ\U0001F600AB"},
+           {"{\\rtf1{\\*\\htmltag64 <p>}\\htmlrtf {\\htmlrtf0 a\\htmlrtf }\\htmlrtf0{\\pict "
+            "ffd8}\\{b\\}}",
+            u"a{b}"},
+           {"{\\rtf1 a\\bin3 }}}b\\emdash c", u"ab—c"},
+           {"no rich text", u""}}) {
+    EXPECT_EQ(RtfToText(c.rtf, 932), QString::fromUtf16(c.text)) << c.rtf;
+  }
 }
 
 // Whatever is missing or wrong, there is no more than what is there.

@@ -2,6 +2,7 @@
 
 #include <QStringDecoder>
 #include <algorithm>
+#include <climits>
 
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/iconv_decoder.h"
@@ -274,52 +275,31 @@ namespace {
 
 // What a code's own word is worth against the usualness of a reading.
 constexpr double kDeclared = 6;
-// Bytes of another code hardly ever form characters of UTF-8 or sequences of ISO-2022-JP.
-constexpr double kStructured = 6;
 constexpr double kSureOfJapanese = 7;
 constexpr qsizetype kLookedAt = 4096;
 
-// Letters over ASCII stand among others in Western words.
-double WesternLikelihood(const QString& text) {
-  int sum = 0;
-  int count = 0;
-  const auto isLetter = [&text](qsizetype at) {
-    return at >= 0 && at < text.size() && text[at].isLetter() && text[at].unicode() < 0x80;
-  };
-  for (qsizetype at = 0; at < text.size(); ++at) {
-    const char16_t c = text[at].unicode();
-    if (c < 0x80) continue;
-    ++count;
-    const bool isAmongLetters = isLetter(at - 1) || isLetter(at + 1);
-    const bool isTypographic = c >= 0x2013 && c <= 0x2122;  // dashes, quotation marks, the euro
-    sum += (text[at].isLetter() && isAmongLetters) || isTypographic ? 6 : -6;
-  }
-  return count == 0 ? 0 : static_cast<double>(sum) / count;
-}
-
-// Of all readings the one that gives the most usual text, errors counted, with the declared code
-// first among equals.
-QString MostUsual(QByteArrayView bytes, const Charset& declared, const DecodedText& asDeclared,
-                  bool atCut) {
-  const bool isDeclared = declared.family > Family::Ascii;
-  QString best = asDeclared.text;
-  double bestScore = isDeclared ? Likelihood(best) + kDeclared : -100;
-  const auto consider = [&](const Charset& charset, double bonus) {
-    if (charset.family == declared.family && charset.icuName == declared.icuName) {
-      bestScore += bonus;
-      return;
-    }
-    const QString text = Decode(charset, bytes, atCut).text;
+// The code in which bytes give the most usual text, errors counted, with the declared code first
+// among equals. Enough of them are looked at to tell.
+Charset MostUsual(QByteArrayView bytes, const Charset& declared) {
+  constexpr qsizetype kEnough = 64 * 1024;
+  constexpr int kWord = 30;  // what a code's own word is worth, in halves of a bit
+  const QByteArrayView sample = Telling(bytes, kEnough);
+  Charset best = declared;
+  int bestCost = INT_MAX;
+  const auto consider = [&](const Charset& charset, int bonus) {
+    const QString text = Decode(charset, sample, true).text;
     const bool isWestern = charset.family == Family::Other;
-    const double score = (isWestern ? WesternLikelihood(text) : Likelihood(text)) + bonus;
-    if (score <= bestScore) return;
-    best = text;
-    bestScore = score;
+    const int cost =
+        (isWestern ? qMin(WesternCost(text), JapaneseCost(text)) : JapaneseCost(text)) - bonus;
+    if (cost >= bestCost) return;
+    best = charset;
+    bestCost = cost;
   };
-  if (HasJisEscape(bytes)) consider({Family::Jis, {}}, kStructured);
-  consider({Family::Utf8, {}}, kStructured);
-  consider({Family::ShiftJis, {}}, 0);
-  consider({Family::Euc, {}}, 0);
+  if (declared.family > Family::Ascii) consider(declared, kWord);
+  if (HasJisEscape(bytes)) consider({Family::Jis, {}}, 0);
+  for (const Family family : {Family::Utf8, Family::ShiftJis, Family::Euc}) {
+    consider({family, {}}, 0);
+  }
   if (!IsMostlyEightBit(bytes)) consider({Family::Other, "windows-1252"}, 0);
   return best;
 }
@@ -353,20 +333,40 @@ Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes)
 
 }  // namespace
 
+namespace {
+
+// Each byte of a damaged character of UTF-8 is an error; up to three of them are shown as one.
+QString WithOneMark(const Charset& charset, DecodedText decoded) {
+  constexpr qsizetype kMost = 3;
+  if (charset.family != Family::Utf8 || decoded.clean) return std::move(decoded.text);
+  qsizetype marks = 0;
+  decoded.text.removeIf([&marks](QChar c) {
+    marks = c == QChar::ReplacementCharacter ? marks + 1 : 0;
+    return marks > 0 && marks % kMost != 1;
+  });
+  return std::move(decoded.text);
+}
+
+}  // namespace
+
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
   if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
   if (declared.family <= Family::Ascii) {
     const Charset recognized = RecognizeCharset(bytes, atCut);
-    if (recognized.family > Family::Ascii) return Decode(recognized, bytes, atCut).text;
+    if (recognized.family > Family::Ascii) {
+      return WithOneMark(recognized, Decode(recognized, bytes, atCut));
+    }
   }
-  const DecodedText asDeclared = Decode(declared, bytes, atCut);
+  DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
     return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
                ? Decode({Family::Euc, {}}, bytes, atCut).text
                : asDeclared.text;
   }
-  return MostUsual(bytes, declared, asDeclared, atCut);
+  const Charset usual = MostUsual(bytes, declared);
+  const bool isDeclared = usual.family == declared.family && usual.icuName == declared.icuName;
+  return WithOneMark(usual, isDeclared ? std::move(asDeclared) : Decode(usual, bytes, atCut));
 }
 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,

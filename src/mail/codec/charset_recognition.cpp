@@ -92,6 +92,15 @@ int CharacterWeight(char16_t c) {
 
 }  // namespace
 
+QByteArrayView Telling(QByteArrayView bytes, qsizetype enough) {
+  constexpr qsizetype kBefore = 8;
+  const auto* const first = std::find_if(bytes.begin(), bytes.end(),
+                                         [](char c) { return (c & 0x80) != 0 || c == '\x1B'; });
+  const qsizetype start = qMax(first - bytes.begin() - kBefore, qsizetype{0});
+  bytes = bytes.sliced(start - start % 4);  // in no midst of a character of any code
+  return bytes.first(qMin(bytes.size(), enough));
+}
+
 // Per character of the reading, so that a code with more characters does not win by their number.
 double Likelihood(const QString& text) {
   int sum = 0;
@@ -125,15 +134,6 @@ std::optional<QString> ReadWithoutErrors(Family family, QByteArrayView bytes, bo
   if (!Decode({family, {}}, bytes.first(qMin(bytes.size(), kStart)), true).clean) return {};
   DecodedText decoded = Decode({family, {}}, bytes, atCut);
   return decoded.clean ? std::optional(std::move(decoded.text)) : std::nullopt;
-}
-
-// As much of bytes as is needed to tell their code, with the letters before what is not ASCII.
-QByteArrayView Telling(QByteArrayView bytes, qsizetype enough) {
-  constexpr qsizetype kBefore = 8;
-  const auto* const first = std::find_if(bytes.begin(), bytes.end(),
-                                         [](char c) { return (c & 0x80) != 0 || c == '\x1B'; });
-  bytes = bytes.sliced(qMax(first - bytes.begin() - kBefore, qsizetype{0}));
-  return bytes.first(qMin(bytes.size(), enough));
 }
 
 // Bytes that fit no code surely: whichever reading explains them best, errors counted. One in which
@@ -181,9 +181,13 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   // Other codes hardly ever happen to be well-formed UTF-8.
   if (ReadWithoutErrors(Family::Utf8, bytes, atCut)) return {Family::Utf8, {}};
 
-  const auto euc = ReadWithoutErrors(Family::Euc, bytes, atCut);
+  // A stray byte among escapes may form a character of another code, which tells nothing.
+  const auto readAs = [&](Family family) {
+    return hasJisEscape ? std::nullopt : ReadWithoutErrors(family, bytes, atCut);
+  };
+  const auto euc = readAs(Family::Euc);
   if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
-  const auto shiftJis = ReadWithoutErrors(Family::ShiftJis, bytes, atCut);
+  const auto shiftJis = readAs(Family::ShiftJis);
   if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
   if (euc && shiftJis && AreHalfKanaWords(*shiftJis) && AreRareInEuc(bytes)) {
     return {Family::ShiftJis, {}};

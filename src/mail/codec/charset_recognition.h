@@ -12,6 +12,9 @@ namespace vorn {
 /// bytes that fit nothing are `Unknown`. With `atCut` the end may cut a character off.
 Charset RecognizeCharset(QByteArrayView bytes, bool atCut = false);
 
+/// As much of bytes as is needed to tell their code: from some letters before what is not ASCII.
+QByteArrayView Telling(QByteArrayView bytes, qsizetype enough);
+
 /// Whether bytes shift between the sets of ISO-2022-JP. To every other code they are ASCII.
 bool HasJisEscape(QByteArrayView bytes);
 

@@ -32,6 +32,10 @@ QByteArray FieldValue(QByteArrayView source, QByteArrayView name, const ContentR
   return HeaderValue(HeaderField(source, name, record.headerFirst, record.headerLast), name.size());
 }
 
+bool IsSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
 // Goes through a source once, line by line, with the boundaries of the open multiparts on a stack.
 class ContentReader {
  public:
@@ -85,7 +89,12 @@ class ContentReader {
     const HeaderParameters type(FieldValue(source_, "Content-Type:", record));
     ReadType(type, record);
     QByteArray boundary = type.Bytes("boundary").trimmed();
-    if (boundary.isEmpty() && record.type.startsWith(u"multipart/")) boundary = FirstDelimiter();
+    const bool isOutermost = stack_.empty();
+    if (record.type.startsWith(u"multipart/") &&
+        (boundary.isEmpty() || (isOutermost && !HasDelimiter(boundary)))) {
+      const QByteArray used = FirstDelimiter();
+      if (!used.isEmpty()) boundary = used;
+    }
     if (record.type.startsWith(u"multipart/")) {
       if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
         stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
@@ -97,9 +106,24 @@ class ContentReader {
     inLeaf_ = true;
   }
 
-  // The boundary of a multipart whose header names none: the first line that could be one and
-  // comes again with "--" behind it.
-  QByteArray FirstDelimiter() const {
+  bool HasDelimiter(const QByteArray& boundary) const {
+    const QByteArray delimiter = "--" + boundary;
+    for (qsizetype at = source_.indexOf(delimiter, at_); at >= 0;
+         at = source_.indexOf(delimiter, at + 1)) {
+      const qsizetype end = at + delimiter.size();
+      const bool beginsLine = at == 0 || source_[at - 1] == lineEnd_;
+      const QByteArrayView behind = source_.sliced(end, qMin(source_.size() - end, qsizetype{2}));
+      const bool isWhole = behind.isEmpty() || behind == "--" || IsSpace(behind.front());
+      if (beginsLine && isWhole) return true;
+    }
+    return false;
+  }
+
+  // The boundary of a multipart whose header names none or another one: the first line that could
+  // be one and comes again with "--" behind it.
+  QByteArray FirstDelimiter() {
+    constexpr int kMost = 100;  // each looks through all that follows
+    if (++guesses_ > kMost) return {};
     const qsizetype start = source_.indexOf("--", at_);
     if (start < 0 || (start > 0 && source_[start - 1] != lineEnd_)) return {};
     const qsizetype end = source_.indexOf(lineEnd_, start);
@@ -253,6 +277,7 @@ class ContentReader {
   std::vector<ContentRecord> records_;
   ContentRecord leaf_;
   bool inLeaf_ = false;
+  int guesses_ = 0;
 };
 
 }  // namespace

@@ -135,18 +135,24 @@ QString WithoutControls(QString text) {
   return text;
 }
 
-// Whether the text so far ends inside a quoted string, where no further quotes are put.
-bool EndsInsideQuotes(const QString& text) {
-  bool inside = false;
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    if (inside && text[i] == u'\\') {
-      ++i;
-    } else if (text[i] == u'"') {
-      inside = !inside;
+// Whether a text that grows ends inside a quoted string, where no further quotes are put.
+class Quotes {
+ public:
+  bool AreOpen(const QString& text) {
+    for (; at_ < text.size(); ++at_) {
+      if (areOpen_ && text[at_] == u'\\') {
+        ++at_;
+      } else if (text[at_] == u'"') {
+        areOpen_ = !areOpen_;
+      }
     }
+    return areOpen_;
   }
-  return inside;
-}
+
+ private:
+  qsizetype at_ = 0;
+  bool areOpen_ = false;
+};
 
 }  // namespace
 
@@ -156,8 +162,9 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
   const std::vector<Run> runs = SplitRuns(text);
   QString decoded;
   QString words;  // in several codes, but one name
+  Quotes quotes;
   const auto endWords = [&](bool isEnd) {
-    const bool mayQuote = use == HeaderUse::AddressList && !EndsInsideQuotes(decoded) &&
+    const bool mayQuote = use == HeaderUse::AddressList && !quotes.AreOpen(decoded) &&
                           !(isEnd && !decoded.contains(u'@') && IsWholeList(words));
     decoded += mayQuote ? QuoteForList(words) : words;
     words.clear();

@@ -67,7 +67,10 @@ class FieldWalker {
   FieldWalker(QByteArrayView source, qsizetype start, qsizetype end)
       : source_(source.first(end < 0 ? source.size() : qMin(end + 1, source.size()))),
         at_(qMin(start, source_.size())),
-        lineEnd_(LineEnd(source_)) {}
+        lineEnd_(LineEnd(source_)) {
+    constexpr QByteArrayView kByteOrderMark("\xEF\xBB\xBF");
+    if (source_.sliced(at_).startsWith(kByteOrderMark)) at_ += kByteOrderMark.size();
+  }
 
   // The next field with its line breaks, without the last one; null at the end of the block.
   QByteArrayView Next() {

@@ -1,6 +1,7 @@
 #include "mail/codec/html_text.h"
 
 #include <QByteArrayList>
+#include <QHash>
 #include <QScopedValueRollback>
 #include <QStringList>
 #include <algorithm>
@@ -216,7 +217,7 @@ class Writer {
   }
 
   QString MarkerOfItem() {
-    const QString indent(2 * std::max<qsizetype>(lists_.size() - 1, 0), u' ');
+    const QString indent(2 * qBound(qsizetype{0}, lists_.size() - 1, qsizetype{kDeepest}), u' ');
     if (lists_.isEmpty() || lists_.last() == kUnordered) return indent + Ui::tr("・");
     return indent + QString::number(lists_.last()++) + QStringLiteral(". ");
   }
@@ -227,9 +228,13 @@ class Writer {
     const QString target = TargetOf(element);
     const QString text = out_.mid(start).trimmed();
     if (target.isEmpty() || text.isEmpty() || Shows(text, target)) return;
-    if (!targets_.contains(target)) targets_.append(target);
+    const qsizetype number = numbers_.value(target, targets_.size() + 1);
+    if (number > targets_.size()) {
+      targets_.append(target);
+      numbers_.insert(target, number);
+    }
     isBlank_ = false;
-    Put(QStringLiteral("[%1]").arg(targets_.indexOf(target) + 1));
+    Put(QStringLiteral("[%1]").arg(number));
   }
 
   // At least so many line breaks before what comes.
@@ -274,23 +279,25 @@ class Writer {
     if (out_.isEmpty()) breaks_ = 0;  // a page does not begin with empty lines
     for (; breaks_ > 0; --breaks_) {
       out_ += kLineBreak;
-      if (breaks_ > 1) out_ += QString(std::min(depth_, lastDepth_), u'>');
+      if (breaks_ > 1) out_ += QString(std::min({depth_, lastDepth_, kDeepest}), u'>');
     }
-    if (depth_ > 0) out_ += QString(depth_, u'>') + u' ';
+    if (depth_ > 0) out_ += QString(std::min(depth_, kDeepest), u'>') + u' ';
     lastDepth_ = depth_;
     out_ += marker_;
     marker_.clear();
   }
 
   static constexpr int kUnordered = -1;
+  static constexpr int kDeepest = 50;  // which each line shows
 
   QString out_;
   QStringList targets_;  // of links, by their number
-  QList<int> lists_;     // the number of the next item of each open list
-  QString marker_;       // of the item that begins
-  int breaks_ = 0;       // line breaks before what comes
-  int depth_ = 0;        // of quotes
-  int lastDepth_ = 0;    // that the last line had
+  QHash<QString, qsizetype> numbers_;
+  QList<int> lists_;   // the number of the next item of each open list
+  QString marker_;     // of the item that begins
+  int breaks_ = 0;     // line breaks before what comes
+  int depth_ = 0;      // of quotes
+  int lastDepth_ = 0;  // that the last line had
   bool isBlank_ = false;
   bool isVerbatim_ = false;
   bool hasSize_ = true;      // of the text; without it nothing is seen

@@ -48,6 +48,16 @@ qsizetype EndOfTag(const QByteArray& html, qsizetype at) {
   return html.size();
 }
 
+// Where the comment ends that begins at `at`, or -1 where it takes up the rest.
+qsizetype EndOfComment(const QByteArray& html, qsizetype at) {
+  constexpr qsizetype kOpening = 4;
+  for (qsizetype end = html.indexOf("--", at + 2); end >= 0; end = html.indexOf("--", end + 1)) {
+    const QByteArrayView rest = QByteArrayView(html).sliced(end);
+    if (rest.startsWith("-->") || (end >= at + kOpening && rest.startsWith("--!>"))) return end;
+  }
+  return -1;
+}
+
 bool EndsName(char c) {
   return c == '>' || c == '/' || std::isspace(static_cast<unsigned char>(c)) != 0;
 }
@@ -63,8 +73,9 @@ int DepthOf(const QByteArray& html) {
   int deepest = 0;
   for (qsizetype at = html.indexOf('<'); at >= 0; at = html.indexOf('<', at + 1)) {
     if (QByteArrayView(html).sliced(at).startsWith("<!--")) {
-      const qsizetype close = html.indexOf("-->", at + 4);
-      if (close >= 0) at = close;
+      const qsizetype close = EndOfComment(html, at);
+      if (close < 0) break;  // all that follows is in it
+      at = close;
       continue;
     }
     const bool ends = at + 1 < html.size() && html[at + 1] == '/';

@@ -56,12 +56,19 @@ size_t Place(unsigned row, unsigned cell) {
   return (row - 1) * kCells + cell - 1;
 }
 
+// The dash of row 1, for which tables disagree, as the Japanese codes' own table has it.
+QString WithUsualDash(QString text) {
+  constexpr char16_t kEmDash = 0x2014;
+  constexpr char16_t kBar = 0x2015;
+  return text.replace(kEmDash, kBar);
+}
+
 std::vector<QString> ReadPlane(const char* code, bool threeBytes) {
   std::vector<QString> plane(size_t{kCells} * kCells);
   Iconv table(code);
   for (unsigned row = 1; table.IsValid() && row <= kCells; ++row) {
     for (unsigned cell = 1; cell <= kCells; ++cell) {
-      plane[Place(row, cell)] = DecodeOne(table, threeBytes, row, cell);
+      plane[Place(row, cell)] = WithUsualDash(DecodeOne(table, threeBytes, row, cell));
     }
   }
   return plane;
@@ -82,7 +89,7 @@ QString DecodeByIconv(const char* code, QByteArrayView bytes) {
     text += QChar(QChar::ReplacementCharacter);
     bytes = bytes.sliced(1);
   }
-  return text;
+  return WithUsualDash(text);
 }
 
 JisX0213Character FromJisX0213(int plane, unsigned row, unsigned cell) {

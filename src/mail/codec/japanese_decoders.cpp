@@ -8,6 +8,7 @@
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/reading_cost.h"
+#include "mail/codec/realigned_text.h"
 
 namespace vorn {
 namespace {
@@ -45,6 +46,28 @@ class JisX0212 {
   std::vector<char16_t> characters_;
 };
 
+// Where a byte comes next. It is asked again and again while a text is read, so that what was found
+// is kept.
+class Upcoming {
+ public:
+  explicit Upcoming(char byte) : byte_(byte) {}
+
+  // The end where it does not.
+  qsizetype From(QByteArrayView bytes, qsizetype from) {
+    if (from < asked_ || from > found_) {
+      found_ = bytes.indexOf(byte_, from);
+      if (found_ < 0) found_ = bytes.size();
+    }
+    asked_ = from;
+    return found_;
+  }
+
+ private:
+  char byte_;
+  qsizetype asked_ = 0;
+  qsizetype found_ = -1;
+};
+
 // Reads bytes one by one and collects the text.
 class Reader {
  public:
@@ -70,15 +93,15 @@ class Reader {
     return end - at_;
   }
   // Whether what was shifted out is shifted in again in this line.
-  bool HasShiftInAhead() const {
-    const QByteArrayView rest = bytes_.sliced(at_);
-    const qsizetype end = rest.indexOf('\x0F');
-    return end >= 0 && !rest.first(end).contains('\x1B') && !rest.first(end).contains('\n');
+  bool HasShiftInAhead() {
+    const qsizetype end = shiftIn_.From(bytes_, at_);
+    return end < bytes_.size() && end < escape_.From(bytes_, at_) &&
+           end < lineFeed_.From(bytes_, at_);
   }
   // Whether the next escape from there on returns to ASCII.
-  bool HasReturnAhead(qsizetype ahead) const {
-    const qsizetype escape = bytes_.indexOf('\x1B', at_ + ahead);
-    return escape >= 0 && bytes_.sliced(escape + 1).startsWith('(');
+  bool HasReturnAhead(qsizetype ahead) {
+    const qsizetype escape = escape_.From(bytes_, at_ + ahead);
+    return escape + 1 < bytes_.size() && bytes_[escape + 1] == '(';
   }
   qsizetype Position() const { return at_; }
   QByteArrayView Since(qsizetype begin) const { return bytes_.sliced(begin, at_ - begin); }
@@ -110,10 +133,24 @@ class Reader {
   QByteArrayView Next(qsizetype count) const { return bytes_.sliced(at_, count); }
   bool IsCutAfter(qsizetype count) const { return atCut_ && at_ + count == bytes_.size(); }
 
+  // What is put behind a place can be taken back.
+  struct Mark {
+    QChar* out;
+    qsizetype errors;
+  };
+  Mark Here() const { return {out_, errors_}; }
+  bool IsCleanSince(const Mark& mark) const { return errors_ == mark.errors; }
+  QStringView TextSince(const Mark& mark) const { return {mark.out, out_}; }
+  // A reading of the same bytes that has no more characters than they are.
+  void PutInstead(const Mark& mark, const QString& text) {
+    out_ = std::copy(text.begin(), text.end(), mark.out);
+    errors_ = mark.errors + text.count(QChar::ReplacementCharacter);
+  }
+
   void Put(char16_t character) { *out_++ = QChar(character); }
   void PutError() {
     Put(QChar::ReplacementCharacter);
-    clean_ = false;
+    ++errors_;
   }
   // A character of which the end of the bytes cut something off.
   void PutCutOff() {
@@ -123,7 +160,7 @@ class Reader {
 
   DecodedText Finish() {
     text_.truncate(out_ - text_.constData());
-    return {std::move(text_), clean_};
+    return {std::move(text_), errors_ == 0};
   }
 
  private:
@@ -132,7 +169,10 @@ class Reader {
   qsizetype at_ = 0;
   QString text_;
   QChar* out_;
-  bool clean_ = true;
+  qsizetype errors_ = 0;
+  Upcoming escape_{'\x1B'};
+  Upcoming shiftIn_{'\x0F'};
+  Upcoming lineFeed_{'\n'};
 };
 
 bool InRange(int byte, int first, int last) {
@@ -143,59 +183,47 @@ bool InRange(int byte, int first, int last) {
 // most usual text. A byte that was lost leaves one behind that is as good as odd.
 template <typename CharacterAt>
 qsizetype OddByte(QByteArrayView run, CharacterAt characterAt) {
-  const auto weight = [&](qsizetype at) {
+  const auto read = [&](qsizetype at) {
+    if (at < 0) return char16_t(0);
     const char16_t character = characterAt(run[at], run[at + 1]);
-    return -JapaneseCost(character == 0 ? char16_t(QChar::ReplacementCharacter) : character);
+    return character == 0 ? char16_t(QChar::ReplacementCharacter) : character;
   };
-  // At first the byte before all pairs; each step takes one pair from behind it to before it.
-  int score = 0;
-  for (qsizetype at = 1; at + 1 < run.size(); at += 2) score += weight(at);
-  int best = score;
+  const auto cost = [&](qsizetype at) { return JapaneseCost(read(at - 2), read(at)); };
+  // At first the byte before all pairs; each step takes one pair from behind it to before it. The
+  // first pair behind it follows nothing.
+  const auto opening = [&](qsizetype at) { return JapaneseCost(0, read(at)); };
+  int sum = 0;  // but for that first one
+  for (qsizetype at = 3; at + 1 < run.size(); at += 2) sum += cost(at);
+  int best = sum + (run.size() > 2 ? opening(1) : 0);
   qsizetype odd = 0;
   for (qsizetype at = 0; at + 2 < run.size(); at += 2) {
-    score += weight(at) - weight(at + 1);
-    if (score < best) continue;
-    best = score;
+    sum += cost(at);
+    const bool isLast = at + 4 >= run.size();
+    if (!isLast) sum -= cost(at + 3);
+    const int whole = sum + (isLast ? 0 : opening(at + 3));
+    if (whole > best) continue;
+    best = whole;
     odd = at + 2;
   }
   return odd;
 }
 
-// A run of pairs, with an error for the byte that makes it odd. Returns how much of it was taken:
-// it ends before a pair without a character that `ends` finds to be something else.
-template <typename CharacterAt, typename Ends>
-qsizetype TakePairs(Reader& reader, qsizetype length, CharacterAt characterAt, Ends ends) {
+// A run of pairs, with an error for the byte that makes it odd.
+template <typename CharacterAt>
+void TakePairs(Reader& reader, qsizetype length, CharacterAt characterAt) {
   const char* const run = reader.Next(length).data();
   qsizetype odd = length;
   if (length % 2 != 0) {
     odd = reader.IsCutAfter(length) ? length - 1 : OddByte(reader.Next(length), characterAt);
   }
-  qsizetype at = 0;
-  const auto takeUpTo = [&](qsizetype end) {
-    for (; at + 1 < end; at += 2) {
-      const char16_t character = characterAt(run[at], run[at + 1]);
-      if (character == 0 && ends(run[at], run[at + 1])) return false;
-      reader.PutOrError(character);
+  for (qsizetype at = 0; at < length; at += 2) {
+    if (at == odd) {
+      at == length - 1 && reader.IsCutAfter(length) ? reader.PutCutOff() : reader.PutError();
+      ++at;
     }
-    return true;
-  };
-  const bool isWhole = takeUpTo(odd);
-  if (isWhole && odd < length) {
-    reader.IsCutAfter(length) && odd == length - 1 ? reader.PutCutOff() : reader.PutError();
-    ++at;
-    takeUpTo(length);
+    if (at + 1 < length) reader.PutOrError(characterAt(run[at], run[at + 1]));
   }
-  reader.Skip(at);
-  return at;
-}
-
-bool NeverEnds(char, char) {
-  return false;
-}
-
-// A return to ASCII that lost its escape byte, "(B" or "(J", has no meaning as a pair.
-bool IsLostReturn(char lead, char trail) {
-  return lead == '(' && (trail == 'B' || trail == 'J');
+  reader.Skip(length);
 }
 
 // The character of two bytes of the plane that both codes share, which begins at a byte of its own
@@ -223,25 +251,79 @@ char16_t FromThreeBytes(unsigned row, unsigned cell) {
 
 }  // namespace
 
-DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
+namespace {
+
+bool IsHalfKana(QChar c) {
+  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
+}
+
+// Half-width kana come as words. One or two beside wide characters are what is left of those behind
+// a byte that was lost.
+bool HasStrayKana(QStringView text) {
+  const auto isWide = [&text](qsizetype at) {
+    return at >= 0 && at < text.size() && text[at].unicode() >= 0x3041;
+  };
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    if (!IsHalfKana(text[at])) continue;
+    const qsizetype begin = at;
+    while (at < text.size() && IsHalfKana(text[at])) ++at;
+    if (at - begin <= 2 && (isWide(begin - 1) || isWide(at))) return true;
+  }
+  return false;
+}
+
+// Bytes between two that are never the second of a pair: whatever is wrong ends there. Returns
+// whether they may be wrong.
+bool TakeShiftJisRun(Reader& reader, qsizetype length) {
   const CodePage932& page = CodePage932::Instance();
-  Reader reader(bytes, atCut);
-  while (!reader.AtEnd()) {
+  const bool isCut = reader.IsCutAfter(length);
+  const Reader::Mark begin = reader.Here();
+  bool hasKana = false;
+  for (const qsizetype end = reader.Position() + length; reader.Position() < end;) {
     const unsigned lead = reader.Take();
     if (lead <= 0x80) {
       reader.Put(static_cast<char16_t>(lead));
-    } else if (InRange(static_cast<int>(lead), 0xA1, 0xDF)) {
+    } else if (lead - 0xA1 <= 0xDF - 0xA1) {
+      hasKana = true;
       reader.Put(static_cast<char16_t>(kHalfKanaBase + lead));
-    } else if (lead == 0xA0 || lead > 0xFC) {
-      reader.PutError();
-    } else if (reader.AtEnd()) {
-      reader.PutCutOff();
+    } else if (reader.Position() == end) {
+      isCut&& lead != 0xA0 && lead <= 0xFC ? reader.PutCutOff() : reader.PutError();
     } else {
       const auto trail = static_cast<unsigned>(reader.Peek());
       const char16_t character = page.FromPair(lead, trail);
       // An ASCII byte after a stray lead byte is itself again.
-      if (character != 0 || trail >= 0x80) reader.Skip(1);
+      if (character != 0 || (trail >= 0x80 && lead != 0xA0 && lead <= 0xFC)) reader.Skip(1);
       reader.PutOrError(character);
+    }
+  }
+  return !reader.IsCleanSince(begin) || (hasKana && HasStrayKana(reader.TextSince(begin)));
+}
+
+void RealignShiftJisRun(Reader& reader, const Reader::Mark& begin, QByteArrayView run, bool isCut) {
+  constexpr int kError = 20;
+  constexpr int kErrorUnseen = 30;  // where every byte has a meaning
+  const bool isClean = reader.IsCleanSince(begin);
+  QString text = RealignShiftJis(run, isClean ? kErrorUnseen : kError);
+  if (isCut && text.endsWith(QChar::ReplacementCharacter)) text.chop(1);
+  reader.PutInstead(begin, text);
+}
+
+}  // namespace
+
+DecodedText DecodeShiftJis(QByteArrayView bytes, bool atCut) {
+  constexpr qsizetype kLongest = 16 * 1024;  // of what is read again
+  Reader reader(bytes, atCut);
+  while (!reader.AtEnd()) {
+    const qsizetype length = reader.RunLength(0x40, 0xFF);
+    if (length == 0) {
+      reader.Put(static_cast<char16_t>(reader.Take()));
+      continue;
+    }
+    const QByteArrayView run = reader.Next(length);
+    const bool isCut = reader.IsCutAfter(length);
+    const Reader::Mark begin = reader.Here();
+    if (TakeShiftJisRun(reader, length) && length <= kLongest) {
+      RealignShiftJisRun(reader, begin, run, isCut);
     }
   }
   return reader.Finish();
@@ -253,7 +335,7 @@ DecodedText DecodeEucJp(QByteArrayView bytes, bool atCut) {
   while (!reader.AtEnd()) {
     if (InRange(reader.Peek(), 0xA1, 0xFE)) {
       if (!reader.TakeSoundPairs(0xA1, 0xFE, fromPair)) {
-        TakePairs(reader, reader.RunLength(0xA1, 0xFE), fromPair, NeverEnds);
+        TakePairs(reader, reader.RunLength(0xA1, 0xFE), fromPair);
       }
       continue;
     }
@@ -355,7 +437,7 @@ void TakeRarePair(Reader& reader, JisSet set) {
 bool ArePairs(QByteArrayView run) {
   if (run.size() < 2) return false;
   Reader reader(run, false);
-  TakePairs(reader, run.size(), FromJisPair(), NeverEnds);
+  TakePairs(reader, run.size(), FromJisPair());
   return Likelihood(reader.Finish().text) > 0;
 }
 
@@ -377,6 +459,43 @@ bool TakeLostStart(Reader& reader, qsizetype line) {
   return false;
 }
 
+// Where the return to ASCII stands in a run that lost its escape byte: there nothing else returns.
+qsizetype LostReturn(Reader& reader, qsizetype length) {
+  const QByteArrayView run = reader.Next(length);
+  if (reader.HasReturnAhead(length)) return length;
+  for (qsizetype at = run.indexOf('('); at >= 0 && at + 1 < length; at = run.indexOf('(', at + 1)) {
+    if (run[at + 1] == 'B' || run[at + 1] == 'J') return at;
+  }
+  return length;
+}
+
+// A run of pairs that is odd, holds what is none or lost its end.
+void TakeDamagedRun(Reader& reader, JisSet& set) {
+  const qsizetype length = reader.RunLength(0x21, 0x7E);
+  const qsizetype end = LostReturn(reader, length);
+  TakePairs(reader, end, FromJisPair());
+  if (end == length) return;
+  reader.Skip(2);
+  if (end % 2 == 0) reader.PutError();  // where it is odd, one more byte has been marked
+  set = JisSet::Ascii;
+}
+
+// Whether pairs up to a return to ASCII begin there: what stands before them ended nothing. As
+// pairs the bytes are as usual as Latin letters would be, but for an odd one.
+bool ArePairsBeforeReturn(const Reader& reader, qsizetype ahead) {
+  constexpr int kLetter = 5;
+  constexpr int kOdd = 20;
+  qsizetype length = 0;
+  while (InRange(reader.Peek(ahead + length), 0x21, 0x7E)) ++length;
+  const bool returns =
+      reader.Peek(ahead + length) == 0x1B && reader.Peek(ahead + length + 1) == '(';
+  if (length < 2 || !returns) return false;
+  const QByteArrayView run = reader.Next(ahead + length).sliced(ahead);
+  Reader pairs(run, false);
+  TakePairs(pairs, length, FromJisPair());
+  return JapaneseCost(pairs.Finish().text) <= length * kLetter + kOdd;
+}
+
 // An escape sequence of which a byte was lost or changed.
 void TakeBrokenEscape(Reader& reader, JisSet& set, bool atCut) {
   reader.Skip(1);
@@ -388,6 +507,7 @@ void TakeBrokenEscape(Reader& reader, JisSet& set, bool atCut) {
     return reader.Peek(ahead) == 'B' || reader.Peek(ahead) == 'J' || reader.Peek(ahead) == '@';
   };
   if (IsDoubleByte(set)) {
+    if (ArePairsBeforeReturn(reader, 0)) return;
     const bool isOther = reader.Peek() != '(' && !isFinal(0) && isFinal(1);
     if (isOther || (reader.Peek() == '(' && !isFinal(1))) reader.Skip(1);
     skipAny("(");
@@ -398,11 +518,7 @@ void TakeBrokenEscape(Reader& reader, JisSet& set, bool atCut) {
   for (qsizetype length = 0; length <= 2; ++length) {
     const bool isStart = length == 0 || reader.Peek() == '$' || isFinal(length - 1);
     if (!isStart || reader.Peek(length - 1) < 0) continue;
-    qsizetype run = 0;
-    while (InRange(reader.Peek(length + run), 0x21, 0x7E)) ++run;
-    if (reader.Peek(length + run) != 0x1B || !ArePairs(reader.Next(length + run).sliced(length))) {
-      continue;
-    }
+    if (!ArePairsBeforeReturn(reader, length)) continue;
     reader.Skip(length);
     set = JisSet::X0208;
     return;
@@ -411,15 +527,17 @@ void TakeBrokenEscape(Reader& reader, JisSet& set, bool atCut) {
 
 // Whether a line that ends in a set of double bytes goes on in the next one: that holds pairs alone
 // and comes to an end of its own. Otherwise the return to ASCII was forgotten.
-bool GoesOnInNextLine(const Reader& reader) {
+bool GoesOnInNextLine(Reader& reader) {
+  constexpr qsizetype kLineEnds = 8;  // some blank lines
   qsizetype ahead = 0;
-  while (InRange(reader.Peek(ahead), '\n', '\r')) ++ahead;
+  while (ahead < kLineEnds && InRange(reader.Peek(ahead), '\n', '\r')) ++ahead;
   qsizetype run = 0;
   while (InRange(reader.Peek(ahead + run), 0x21, 0x7E)) ++run;
   const int after = reader.Peek(ahead + run);
-  return run > 0 && run % 2 == 0 &&
-         ((after == 0x1B && reader.Peek(ahead + run + 1) == '(') ||
-          (InRange(after, '\n', '\r') && reader.HasReturnAhead(ahead + run)));
+  const bool isWhole = run > 0 && run % 2 == 0;
+  return ArePairsBeforeReturn(reader, ahead) ||
+         (isWhole && ((after == 0x1B && reader.Peek(ahead + run + 1) == '(') ||
+                      (InRange(after, '\n', '\r') && reader.HasReturnAhead(ahead + run))));
 }
 
 }  // namespace
@@ -451,12 +569,7 @@ DecodedText DecodeIso2022Jp(QByteArrayView bytes, bool atCut) {
         continue;
       }
       if (set == JisSet::X0208) {
-        const qsizetype run = reader.RunLength(0x21, 0x7E);
-        if (TakePairs(reader, run, fromPair, IsLostReturn) < run) {
-          reader.Skip(2);
-          reader.PutError();
-          set = JisSet::Ascii;
-        }
+        TakeDamagedRun(reader, set);
         line = reader.Position();
       } else {
         TakeRarePair(reader, set);

@@ -15,7 +15,9 @@ constexpr int kControl = 20;
 constexpr int kEscape = 40;         // which has a meaning in ISO-2022-JP alone
 constexpr int kChange = 3;          // between Latin letters and Japanese, without a blank
 constexpr int kHalfKanaBegins = 6;  // where they do, they are several
+constexpr int kHalfKanaEnds = 4;
 constexpr int kVoicing = 3;
+constexpr int kRepeated = 3;
 
 bool IsAsciiLetter(char16_t c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -157,8 +159,18 @@ int JapaneseCost(const QString& text) {
   return cost;
 }
 
-int JapaneseCost(char16_t character) {
-  return Costs()[character];
+int JapaneseCost(char16_t before, char16_t character) {
+  const bool isKana = IsHalfKana(character);
+  const bool wasKana = IsHalfKana(before);
+  int cost = Costs()[character];
+  // Rules and dashes come in rows.
+  if (character == before && character >= 0x2000 && character < 0x3041) cost = kRepeated;
+  if (isKana != wasKana && before != 0) cost += isKana ? kHalfKanaBegins : kHalfKanaEnds;
+  if ((character >= 0x80 && IsAsciiLetter(before)) ||
+      (before >= 0x80 && IsAsciiLetter(character))) {
+    cost += kChange;
+  }
+  return cost;
 }
 
 int WesternCost(const QString& text) {

@@ -9,8 +9,8 @@ namespace vorn {
 /// reading, so that readings of the same bytes compare by their cost.
 int JapaneseCost(const QString& text);
 
-/// That of one character, whatever stands around it.
-int JapaneseCost(char16_t character);
+/// That of one character behind another, which is 0 where it is unknown.
+int JapaneseCost(char16_t before, char16_t character);
 
 /// The same as text in a Western language, where letters over ASCII stand among others.
 int WesternCost(const QString& text);

@@ -6,6 +6,7 @@
 
 #include "mail/codec/charset.h"
 #include "mail/codec/html_text.h"
+#include "mail/codec/rtf_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -32,6 +33,7 @@ constexpr quint16 kShortName = 0x3704;
 constexpr quint16 kLongName = 0x3707;
 constexpr quint16 kContents = 0x3701;
 constexpr quint16 kInternetCodePage = 0x3FDE;
+constexpr quint16 kMessageCodePage = 0x3FFD;
 
 // Kinds of values; other texts are bytes in a code page.
 constexpr quint16 kObject = 0x000D;
@@ -123,15 +125,6 @@ std::vector<Property> ReadProperties(QByteArrayView bytes) {
   return properties;
 }
 
-// The label of a code page by its number.
-QByteArray LabelOf(quint32 codePage) {
-  if (codePage == 65001) return "utf-8";
-  if (codePage >= 50220 && codePage <= 50222) return "iso-2022-jp";
-  if (codePage == 51932) return "euc-jp";
-  if (codePage == 20127) return "us-ascii";
-  return "cp" + QByteArray::number(codePage);
-}
-
 QString WithoutEnd(QString text) {
   const qsizetype end = text.indexOf(QChar(u'\0'));
   if (end >= 0) text.truncate(end);
@@ -203,6 +196,7 @@ class Package {
     }
     if (contents_.text.isEmpty()) contents_.text = HtmlToText(html_);
     if (contents_.text.trimmed().isEmpty() && !richText_.isEmpty()) {
+      contents_.text = RtfToText(richText_, codePage_);
       contents_.files.push_back({Ui::tr("本文.rtf"), richText_});
     }
     NameFiles();
@@ -211,12 +205,15 @@ class Package {
 
  private:
   QString Text(QByteArrayView bytes, quint32 codePage) const {
-    return WithoutEnd(DecodeAutomatically(bytes, Charset::FromLabel(LabelOf(codePage))));
+    return WithoutEnd(DecodeAutomatically(bytes, Charset::FromLabel(CodePageLabel(codePage))));
   }
 
-  QString Text(const Property& property) const {
-    return property.kind == kWideText ? WideText(property.value) : Text(property.value, codePage_);
+  QString Text(const Property& property, quint32 codePage) const {
+    return property.kind == kWideText ? WideText(property.value) : Text(property.value, codePage);
   }
+
+  // A name is too short to tell by itself.
+  quint32 NamePage() const { return codePage_ != 0 ? codePage_ : 932; }
 
   void OfMessage(quint32 attribute, QByteArrayView bytes) {
     if (attribute == kCodePage) codePage_ = Reader(bytes).Take<quint32>();
@@ -226,13 +223,15 @@ class Package {
     quint32 htmlPage = 0;  // without one the text is recognised
     for (const Property& property : properties) {
       if (property.number == kInternetCodePage) htmlPage = Reader(property.value).Take<quint32>();
+      if (property.number == kMessageCodePage && codePage_ == 0) {
+        codePage_ = Reader(property.value).Take<quint32>();
+      }
     }
     for (const Property& property : properties) {
-      if (property.number == kBodyText) contents_.text = Text(property);
+      if (property.number == kBodyText) contents_.text = Text(property, codePage_);
       if (property.number == kRichText) richText_ = UnpackRichText(property.value);
       if (property.number != kBodyHtml) continue;
-      html_ =
-          property.kind == kWideText ? WideText(property.value) : Text(property.value, htmlPage);
+      html_ = Text(property, htmlPage);
     }
   }
 
@@ -242,13 +241,13 @@ class Package {
     }
     if (contents_.files.empty()) return;
     InnerFile& file = contents_.files.back();
-    if (attribute == kFileName && file.name.isEmpty()) file.name = Text(bytes, codePage_);
+    if (attribute == kFileName && file.name.isEmpty()) file.name = Text(bytes, NamePage());
     if (attribute == kFileBytes) file.bytes = bytes.toByteArray();
     if (attribute != kFileProperties) return;
     QString name;
     for (const Property& property : ReadProperties(bytes)) {
-      if (property.number == kLongName) name = Text(property);
-      if (property.number == kShortName && name.isEmpty()) name = Text(property);
+      if (property.number == kLongName) name = Text(property, NamePage());
+      if (property.number == kShortName && name.isEmpty()) name = Text(property, NamePage());
       if (property.number == kContents && file.bytes.isEmpty()) Embedded(property, file);
     }
     if (!name.isEmpty()) file.name = name;
@@ -268,7 +267,7 @@ class Package {
   }
 
   TnefContents contents_;
-  quint32 codePage_ = 932;  // of a package that names none
+  quint32 codePage_ = 0;  // of a package that names none: its texts are recognised
   QString html_;
   QByteArray richText_;
 };

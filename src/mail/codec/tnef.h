@@ -14,7 +14,7 @@ struct InnerFile {
 
 /// What a sender's groupware packed into one file instead of sending it as MIME.
 struct TnefContents {
-  QString text;  ///< the message's text, where it is in there as plain text or HTML
+  QString text;  ///< the message's text, from plain text, HTML or rich text
   std::vector<InnerFile> files;
 };
 
@@ -23,7 +23,7 @@ bool IsTnef(const QString& type, const QString& name);
 
 /// Opens a package in the Transport Neutral Encapsulation Format (application/ms-tnef). Never
 /// fails: of a damaged one it gives what can be read. A text that is rich text alone is given as a
-/// file, since other programs can show it.
+/// file as well, since other programs can show its looks.
 TnefContents ReadTnef(QByteArrayView package);
 
 }  // namespace vorn
