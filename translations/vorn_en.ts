@@ -2477,10 +2477,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>&amp;No password</translation>
     </message>
     <message>
-        <source>パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。よろしいですか？</source>
-        <translation>Without a password anybody who can see the files of this computer can read the mail. Do you want that?</translation>
-    </message>
-    <message>
         <source>ファイルを削除できませんでした。</source>
         <translation>The file could not be deleted.</translation>
     </message>
@@ -3093,10 +3089,6 @@ and erased ones are not received again.</translation>
         <translation>The mail is encrypted with a key made from the password. Without the password it cannot be read.</translation>
     </message>
     <message>
-        <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、このパソコンのファイルを見られる人はメールを読めます。</source>
-        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until a password is set, whoever can see the files of this computer can read the mail.</translation>
-    </message>
-    <message>
         <source>別のプログラムが同じ作業をしています。</source>
         <translation>Another program does the same work.</translation>
     </message>
@@ -3483,6 +3475,62 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     <message>
         <source>最も古いページ</source>
         <translation>Oldest Page</translation>
+    </message>
+    <message>
+        <source>回復コードを入力したのなら、打ち間違いがあります。</source>
+        <translation>If you entered a recovery code, there is a typing mistake in it.</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「%1」は、このプロファイルのものではありません。</source>
+        <translation>The key file “%1” is not this profile's. </translation>
+    </message>
+    <message>
+        <source>鍵のファイル「%1」が壊れているか、読む権限がありません。</source>
+        <translation>The key file “%1” is damaged, or you may not read it. </translation>
+    </message>
+    <message>
+        <source>鍵のファイル「%1」がありません。</source>
+        <translation>The key file “%1” is missing. </translation>
+    </message>
+    <message>
+        <source>元のファイルを戻すか、パスワードの欄に回復コードを入力してください。</source>
+        <translation>Put the original file back, or enter the recovery code as the password.</translation>
+    </message>
+    <message>
+        <source>データフォルダ「%1」には、ほかの利用者も書き込めます。ほかの利用者が書き込めないフォルダに変えてください。</source>
+        <translation>Other users can write to the data folder “%1”. Please change it so that they cannot.</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「profile.key」を保存できません。ディスクの空き容量とフォルダの権限を確認してください。</source>
+        <translation>The key file “profile.key” cannot be saved. Please check the free space on the disk and the folder's permissions.</translation>
+    </message>
+    <message>
+        <source>回復コードと同じ形のものは、パスワードにできません。</source>
+        <translation>What looks like a recovery code cannot be a password.</translation>
+    </message>
+    <message>
+        <source>パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。よろしいですか？</source>
+        <translation>Without a password, anybody who gets hold of the profile's folder can read the mail. Remove the password?</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「profile.key」がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。</source>
+        <translation>If the key file “profile.key” is lost, enter this code as the password at login to read the mail. Whoever sees this code can read copies of the mail files. Keep it somewhere other than on this computer.</translation>
+    </message>
+    <message>
+        <source>回復コード</source>
+        <translation>Recovery Code</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
+        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until you set a password, whoever gets hold of the profile's folder can read the mail.</translation>
+    </message>
+    <message>
+        <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。</source>
+        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile's folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password.</translation>
+    </message>
+    <message>
+        <source>回復コードを表示(&amp;K)..</source>
+        <translation>Show Recovery Code (&amp;K)..</translation>
     </message>
 </context>
 </TS>

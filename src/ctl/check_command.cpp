@@ -7,6 +7,7 @@
 #include "objects/profile.h"
 #include "storage/file_key.h"
 #include "storage/known_damage.h"
+#include "storage/shown_text.h"
 
 namespace vorn::ctl {
 namespace {
@@ -27,7 +28,7 @@ void Report(const QString& path, const FileFindings& findings, bool asJson) {
   Print(name + QStringLiteral(": ") +
         (findings.IsSound() ? QStringLiteral("正常です。") : findings.problems.join(u' ')));
   for (const UnreadableMessage& message : findings.unreadable) {
-    Print(QStringLiteral("  読み込めません: ") + message.Name());
+    Print(QStringLiteral("  読み込めません: ") + ShownInLine(message.Name()));
   }
 }
 

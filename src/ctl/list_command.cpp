@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
+#include "storage/shown_text.h"
 #include "storage/time_text.h"
 
 namespace vorn::ctl {
@@ -28,7 +29,8 @@ void PrintRow(const Recordset& row, bool asJson) {
   const QString from = Sender(row.Fields(u"FIELD_MAILADDRESS").toString());
   const QString timestamp = row.Fields(u"FIELD_TIMESTAMP").toString();
   if (!asJson) {
-    Print(QStringList{serialId, GeneralTimeText(timestamp), from, subject}.join(u'\t'));
+    Print(QStringList{serialId, GeneralTimeText(timestamp), ShownInLine(from), ShownInLine(subject)}
+              .join(u'\t'));
     return;
   }
   const QJsonObject object{{QStringLiteral("serialId"), serialId},

@@ -16,10 +16,12 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/known_damage.h"
+#include "storage/shown_text.h"
 
 namespace vorn::ctl {
 namespace {
 
+constexpr qsizetype kMostInComplaint = 20000;  // may name many messages
 constexpr char16_t kUsage[] =
     u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]\n"
     u"      [--create] [--reconnect ファイル]... コマンド\n"
@@ -202,7 +204,8 @@ std::optional<QByteArray> ReadFile(const QString& name) {
 
 int Complain(const QString& sentence, int code) {
   QFile out;
-  if (out.open(stderr, QIODevice::WriteOnly)) out.write(sentence.toUtf8() + '\n');
+  if (out.open(stderr, QIODevice::WriteOnly))
+    out.write(ShownText(sentence, kMostInComplaint).toUtf8() + '\n');
   return code;
 }
 

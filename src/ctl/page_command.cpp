@@ -26,12 +26,13 @@ int WritePage(Context& context, const Arguments& arguments) {
     return Complain(QStringLiteral("ページを作成できません。") + context.Data.LastError().text,
                     kExitFailure);
   }
-  // Written anew: the page is private, what the user asked for has his own file mode.
+  // Written anew, as private as the page was.
   const auto bytes = ReadFile(written);
   QFile::remove(written);
   QSaveFile file(out);
-  if (bytes && file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() &&
-      file.commit()) {
+  if (bytes && file.open(QIODevice::WriteOnly) &&
+      file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
+      file.write(*bytes) == bytes->size() && file.commit()) {
     return kExitOk;
   }
   return Complain(QStringLiteral("「%1」に書き込めません。").arg(out), kExitFailure);

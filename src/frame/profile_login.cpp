@@ -1,5 +1,6 @@
 #include "frame/profile_login.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 
@@ -14,6 +15,7 @@
 #include "storage/databases.h"
 #include "storage/file_lock.h"
 #include "storage/known_damage.h"
+#include "storage/recovery_code.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -104,6 +106,28 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
   return context.Data.FailWith(reason);
 }
 
+// What a user can do who has no password and whose code is not remembered any more.
+void TellOfCode(Context& context, const Disk& profile, const QString& typed) {
+  if (context.Data.LastError().kind != StorageError::Kind::WrongPassword) return;
+  const CodeFile file = CodeFileOf(context, profile);
+  const QString name = QDir::toNativeSeparators(file.Path());
+  if (RecoveryCode::IsMistyped(typed)) {
+    context.Data.FailWith(
+        {StorageError::Kind::Other, Ui::tr("回復コードを入力したのなら、打ち間違いがあります。")});
+  } else if (typed.isEmpty() && HasFileUnderCode(context, profile)) {
+    const QString sentence =
+        !file.Code().isEmpty()
+            ? Ui::tr("鍵のファイル「%1」は、このプロファイルのものではありません。")
+        : QFileInfo::exists(file.Path())
+            ? Ui::tr("鍵のファイル「%1」が壊れているか、読む権限がありません。")
+            : Ui::tr("鍵のファイル「%1」がありません。");
+    context.Data.FailWith(
+        {StorageError::Kind::Other,
+         sentence.arg(name) +
+             Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。")});
+  }
+}
+
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
@@ -122,9 +146,11 @@ DiskPtr FindProfile(const Context& context, const QString& name) {
   return FindObjectByName(context, object_type::kProfile, name);
 }
 
-LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& password) {
+LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& typed) {
   if (!HoldProfile(context, *profile)) return LoginCheck::Refused;
+  const QString password = PasswordFor(context, *profile, typed);
   if (!PasswordFits(context, *profile, password)) {
+    TellOfCode(context, *profile, typed);
     // Who only tried must not keep others from their work.
     if (context.Session->SerialID() != profile->SerialID()) context.Lock.reset();
     return LoginCheck::Refused;
@@ -147,8 +173,10 @@ bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString
   return CheckLogin(context, profile, password) == LoginCheck::Opens;
 }
 
-bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& password,
+bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
                       const LostFileChoice& choice) {
+  QString password;
+  if (!SettlePassword(context, *profile, typed, &password)) return false;
   for (const LostFile& lost : LostFiles(context, *profile)) {
     bool resolved = false;
     for (const QString& file : choice.reconnect) {
@@ -168,7 +196,7 @@ void BeginLogin(Context& context, const Disk& profile, const QString& password) 
   context.Session->Let(QStringLiteral("mode"), QStringLiteral("login"));
 }
 
-bool RunLoginStep(Context& context, LoginStep step, const QString& password, QString* error) {
+bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QString* error) {
   switch (step) {
     case LoginStep::LoadProfiles:
       return LoadObjects(context, DatabaseKind::Navigator, context.Objects) ||
@@ -179,8 +207,11 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& password, QSt
       if (!HoldProfile(context, *profile)) {
         return Fail(context, Ui::tr("プロファイルを使えません。"), error);
       }
-      RenewFileKeys(context, *profile, password);
-      EnterProfile(context, profile, password);
+      QString password;
+      if (!SettlePassword(context, *profile, typed, &password)) {
+        return Fail(context, Ui::tr("プロファイルを使えません。"), error);
+      }
+      EnterProfile(context, profile, RenewFileKeys(context, *profile, password));
       return true;
     }
     case LoginStep::MarkDefault:

@@ -16,11 +16,12 @@ enum class LoginCheck {
   FilesLost,  ///< files that the profile had are not there, see `LostFiles`
 };
 
-/// Whether the profile can be entered with the password; else the reason is in the session's
+/// Whether the profile can be entered with what was typed: a password, a recovery code, or nothing,
+/// which stands for the remembered recovery code; else the reason is in the session's
 /// `LastError`. The profile is held from then on. One whose database never existed takes any
 /// password: the file is made with the typed one. Takes over what the profile's own database knows
 /// of the profile when the list of profiles had to be made anew.
-LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& password);
+LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& typed);
 
 /// What to tell a user whom `CheckLogin` has refused. Only after a wrong password are they asked to
 /// look at what they entered.
@@ -36,7 +37,7 @@ struct LostFileChoice {
 };
 
 /// Carries the choice out. On false the reason is in the session's `LastError`.
-bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& password,
+bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
                       const LostFileChoice& choice);
 
 /// Notes a login in the session bag: "password", "status" (the profile's serial identifier) and
@@ -48,9 +49,9 @@ void BeginLogin(Context& context, const Disk& profile, const QString& password);
 enum class LoginStep { LoadProfiles = 0, EnterProfile, MarkDefault, LoadObjects, StandardObjects };
 inline constexpr int kLoginSteps = 5;
 
-/// Runs one step; `password` is the typed one. On false the profile cannot be used and `error` says
+/// Runs one step. On false the profile cannot be used and `error` says
 /// why.
-bool RunLoginStep(Context& context, LoginStep step, const QString& password, QString* error);
+bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QString* error);
 
 /// The whole login without windows. `name` empty means the default profile, or the only one. With
 /// lost files it fails unless `choice` says what to do about them.

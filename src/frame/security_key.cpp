@@ -1,6 +1,6 @@
 #include "frame/security_key.h"
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <array>
@@ -38,7 +38,7 @@ QString SecurityKey() {
   if (const QString kept = KeptKey(store); !kept.isEmpty()) return kept;
   const QFileInfo file(store.fileName());
   if (!MakePrivateFolder(file.path())) return {};
-  FileLock lock(file.dir().filePath(QStringLiteral("vorn-key.lock")));
+  FileLock lock(UserStoreLock());
   if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return {};
   store.sync();
   if (const QString kept = KeptKey(store); !kept.isEmpty()) return kept;

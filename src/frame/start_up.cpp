@@ -55,6 +55,19 @@ void MakeDataPrivate(const Context& context) {
   }
 }
 
+// In a folder that stays open to others, with their files beside ours, what is ours is private; but
+// whoever can write there can take ours away and put other files in their place.
+void TellOfOtherWriters(Context& context) {
+#ifdef Q_OS_UNIX
+  if (!(QFileInfo(context.AppFolder).permissions() & (QFile::WriteGroup | QFile::WriteOther)))
+    return;
+  context.Notices.append(
+      Ui::tr("データフォルダ「%1」には、ほかの利用者も書き込めます。ほかの利用者が"
+             "書き込めないフォルダに変えてください。")
+          .arg(QDir::toNativeSeparators(context.AppFolder)));
+#endif
+}
+
 bool LoadProfiles(Context& context) {
   return CreateDatabase(context, DatabaseKind::Navigator) &&
          LoadObjects(context, DatabaseKind::Navigator, context.Objects);
@@ -157,6 +170,7 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
     return false;
   }
   MakeDataPrivate(context);
+  TellOfOtherWriters(context);
   const bool listed = QFileInfo(context.NaviDatabasePath).size() > 0 && LoadProfiles(context) &&
                       !context.Objects.IsEmpty();
   if (!listed && !RebuildList(context)) {

@@ -6,9 +6,9 @@
 namespace vorn {
 
 /// The per-user settings store, where what belongs to no data folder is kept.
-inline std::unique_ptr<QSettings> UserStore() {
-  return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                     QStringLiteral("Vorn"), QStringLiteral(".VORN"));
-}
+std::unique_ptr<QSettings> UserStore();
+
+/// The path of the lock under which it is first written.
+QString UserStoreLock();
 
 }  // namespace vorn

@@ -3,11 +3,17 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/databases.h"
+#include "storage/file_key.h"
+#include "storage/file_notes.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/raw_pages.h"
+#include "storage/recovery_code.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -19,12 +25,147 @@ constexpr int kFileNameCharacters = 8;  // of a serial identifier, enough to nam
 constexpr qint64 kRenewedBytes = 200 * 1024 * 1024;
 constexpr qint64 kRenewalPauseS = 24 * 3600;
 
+// In the profile's own database, under the password that took their place.
+const QString kFormerCodes = QStringLiteral("DATA_codes");
+const QString kCodes = QStringLiteral("Codes");
+
 PasswordChange ChangeOf(Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
   return {context.Data, files.first() + QStringLiteral(".decided"), files};
 }
 
+QStringList FilesThere(const Context& context, const Disk& profile) {
+  QStringList files = ProfileFiles(context, profile);
+  files.removeIf([](const QString& file) { return !HasContent(file); });
+  return files;
+}
+
+bool IsFileUnderCode(const QString& file) {
+  return FileKey::IsUnderCode(FileStart(file, FileKey::kSaltBytes));
+}
+
+// Files that the profile once had, and copies of them, stay under the code.
+bool NoteFormerCode(Context& context, const Disk& profile, const QString& password) {
+  const QString path = ProfileFiles(context, profile).first();
+  const QString code = FileKey::CodeIn(password);
+  if (code.isEmpty() || !HasContent(path)) return true;
+  Disk former(kFormerCodes);
+  bool noted = context.Data.Open(path, password) && former.DatabaseToDisk(context.Data);
+  const QString codes = former.Text(kCodes);
+  if (noted && !codes.contains(code)) {
+    former.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
+    noted = context.Data.Begin() && former.DiskToDatabase(context.Data) && context.Data.Commit();
+  }
+  const StorageError reason = context.Data.LastError();
+  context.Data.Close();
+  return noted || context.Data.FailWith(reason);
+}
+
+// A change that is not completed may still bring a file under it.
+bool IsCodeUsed(Context& context, const Disk& profile, const QString& code) {
+  if (ChangeOf(context, profile).IsUnfinished()) return true;
+  const QStringList files = FilesThere(context, profile);
+  return std::any_of(files.begin(), files.end(), [&](const QString& file) {
+    return IsFileUnderCode(file) && context.Data.TestPassword(file, FileKey::FromCode(code));
+  });
+}
+
+// One that stays is tried again at the next login.
+void ForgetUnusedCode(Context& context, const Disk& profile) {
+  const CodeFile file = CodeFileOf(context, profile);
+  const QString code = file.Code();
+  if (!code.isEmpty() && !IsCodeUsed(context, profile, code)) file.Forget();
+}
+
+StorageError CodeNotKept() {
+  return {StorageError::Kind::DiskFull,
+          Ui::tr("鍵のファイル「profile.key」を保存できません。ディスクの空き容量とフォルダの権限を"
+                 "確認してください。")};
+}
+
+// A code is on the disk before any file is under it, and goes when none is any more. An empty new
+// password becomes a code.
+PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const QString& from,
+                                    QString* to, StorageError* reason) {
+  using Outcome = PasswordChange::Outcome;
+  PasswordChange change = ChangeOf(context, profile);
+  if (!change.Finish()) {
+    *reason = change.Error();
+    return Outcome::Unchanged;
+  }
+  if (to->isEmpty()) {
+    *to = FileKey::CodeIn(from).isEmpty() ? FileKey::FromCode(RecoveryCode::Make()) : from;
+  }
+  const QString code = FileKey::CodeIn(*to);
+  if (!code.isEmpty() && !CodeFileOf(context, profile).Keep(code)) {
+    *reason = CodeNotKept();
+    return Outcome::Unchanged;
+  }
+  if (*to != from && !NoteFormerCode(context, profile, from)) {
+    *reason = context.Data.LastError();
+    return Outcome::Unchanged;
+  }
+  const Outcome outcome = change.Run(from, *to);
+  *reason = change.Error();
+  if (outcome != Outcome::Decided) ForgetUnusedCode(context, profile);
+  return outcome;
+}
+
 }  // namespace
+
+CodeFile CodeFileOf(const Context& context, const Disk& profile) {
+  return CodeFile(QFileInfo(ProfileFiles(context, profile).first()).path());
+}
+
+QString PasswordFor(const Context& context, const Disk& profile, const QString& typed) {
+  const QString code =
+      typed.isEmpty() ? CodeFileOf(context, profile).Code() : RecoveryCode::Read(typed);
+  return code.isEmpty() ? typed : FileKey::FromCode(code);
+}
+
+bool SettlePassword(Context& context, const Disk& profile, const QString& typed,
+                    QString* password) {
+  const CodeFile file = CodeFileOf(context, profile);
+  const bool isNew = FilesThere(context, profile).isEmpty();
+  *password = PasswordFor(context, profile, typed);
+  if (typed.isEmpty() && isNew) {
+    const QString code = file.CodeOrNew();
+    *password = FileKey::FromCode(code);
+    return !code.isEmpty() || context.Data.FailWith(CodeNotKept());
+  }
+  const QString code = FileKey::CodeIn(*password);
+  // Whoever typed the code has it; only new files must not come to depend on memory alone.
+  if (!typed.isEmpty() && !code.isEmpty()) {
+    return file.Keep(code) || !isNew || context.Data.FailWith(CodeNotKept());
+  }
+  if (code.isEmpty() && !isNew) ForgetUnusedCode(context, profile);
+  return true;
+}
+
+bool HasFileUnderCode(const Context& context, const Disk& profile) {
+  const QStringList files = FilesThere(context, profile);
+  return std::any_of(files.begin(), files.end(), IsFileUnderCode);
+}
+
+bool IsUnderCode(const Context& context, const Disk& profile) {
+  const QStringList files = FilesThere(context, profile);
+  return !files.isEmpty() && std::all_of(files.begin(), files.end(), IsFileUnderCode);
+}
+
+QStringList FormerPasswords(Context& context) {
+  QStringList passwords{QString()};
+  Disk former(kFormerCodes);
+  const OpenedDatabase profile(context, DatabaseKind::Profile);
+  if (profile && former.DatabaseToDisk(context.Data)) {
+    for (const QString& code : former.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts)) {
+      passwords.append(FileKey::FromCode(code));
+    }
+  }
+  for (const QString& code : CodeFileOf(context, *context.Session).Others()) {
+    passwords.append(FileKey::FromCode(code));
+  }
+  return passwords;
+}
 
 DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
   auto profile = std::make_shared<Disk>(serialId);
@@ -76,6 +217,10 @@ QStringList ProfileFiles(const Context& context, const Disk& profile) {
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error) {
   const QString unchanged = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。");
+  if (!RecoveryCode::Read(newPassword).isEmpty()) {
+    *error = unchanged + Ui::tr("回復コードと同じ形のものは、パスワードにできません。");
+    return false;
+  }
   if (!HoldProfile(context, profile)) {
     *error = unchanged + context.Data.LastError().text;
     return false;
@@ -84,22 +229,24 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
     *error = unchanged + context.Lock->Error().text;
     return false;
   }
-  PasswordChange change = ChangeOf(context, profile);
-  const PasswordChange::Outcome outcome = change.Run(oldPassword, newPassword);
+  const QString from = PasswordFor(context, profile, oldPassword);
+  QString to = newPassword;
+  StorageError reason;
+  const PasswordChange::Outcome outcome = ChangeAlone(context, profile, from, &to, &reason);
   context.Lock->ShareAgain();
   if (outcome == PasswordChange::Outcome::Unchanged) {
-    *error = unchanged + change.Error().text;
+    *error = unchanged + reason.text;
     return false;
   }
   if (outcome == PasswordChange::Outcome::Decided) {
     *error = Ui::tr(
                  "パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
                  "パスワードでログインしてください。") +
-             change.Error().text;
+             reason.text;
     return false;
   }
   if (context.Session->SerialID() == profile.SerialID()) {
-    context.Session->Let(QStringLiteral("password"), newPassword);
+    context.Session->Let(QStringLiteral("password"), to);
   }
   return true;
 }
@@ -112,28 +259,33 @@ bool AdoptMailFile(Context& context, const QString& path, const QString& itsPass
   if (change.IsUnfinished() && change.Finish() && context.Data.TestPassword(path, password)) {
     return true;
   }
-  const bool adopted = change.Run(itsPassword, password) == PasswordChange::Outcome::Changed;
+  const QString code = RecoveryCode::Read(itsPassword);
+  const QString from = code.isEmpty() ? itsPassword : FileKey::FromCode(code);
+  const bool adopted = change.Run(from, password) == PasswordChange::Outcome::Changed;
   if (!adopted) *error = change.Error().text;
   return adopted;
 }
 
-void RenewFileKeys(Context& context, const Disk& profile, const QString& password) {
+QString RenewFileKeys(Context& context, const Disk& profile, const QString& password) {
   qint64 bytes = 0;
   for (const QString& file : ProfileFiles(context, profile)) bytes += QFileInfo(file).size();
-  PasswordChange renewal = ChangeOf(context, profile);
-  if (bytes > kRenewedBytes || !renewal.AnyKeyIsOlder(password)) return;
+  if (bytes > kRenewedBytes || !ChangeOf(context, profile).AnyKeyIsOlder(password)) return password;
   // What could not be done is not tried at each login.
   const QString tried =
       QFileInfo(ProfileFiles(context, profile).first()).path() + QStringLiteral("/keys.tried");
   if (QFileInfo(tried).lastModified().secsTo(QDateTime::currentDateTime()) < kRenewalPauseS &&
       QFileInfo::exists(tried)) {
-    return;
+    return password;
   }
   QFile note(tried);
-  if (!OpenPrivate(note, QIODevice::WriteOnly) || !context.Lock->TakeAlone()) return;
-  const bool renewed = renewal.Run(password, password) == PasswordChange::Outcome::Changed;
-  if (renewed) note.remove();
+  if (!OpenPrivate(note, QIODevice::WriteOnly) || !context.Lock->TakeAlone()) return password;
+  QString renewed = password;
+  StorageError reason;
+  const PasswordChange::Outcome outcome =
+      ChangeAlone(context, profile, password, &renewed, &reason);
+  if (outcome == PasswordChange::Outcome::Changed) note.remove();
   context.Lock->ShareAgain();
+  return outcome == PasswordChange::Outcome::Unchanged ? password : renewed;
 }
 
 bool HoldProfile(Context& context, const Disk& profile) {

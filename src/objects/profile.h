@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/code_file.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -27,11 +28,29 @@ bool MarkDefaultProfile(Context& context);
 /// that it uses or has used.
 QStringList ProfileFiles(const Context& context, const Disk& profile);
 
+/// The file with the profile's recovery code, which is its password when it has none of its user's.
+CodeFile CodeFileOf(const Context& context, const Disk& profile);
+
+/// The password of a profile's files for what was typed: nothing stands for the remembered recovery
+/// code, where there is one.
+QString PasswordFor(const Context& context, const Disk& profile, const QString& typed);
+
+/// The same once the typed text is known to fit, before files are made with it: a profile that has
+/// no file yet gets a recovery code when nothing is typed, a typed code is remembered, and one that
+/// no file has any more is forgotten. On false the reason is in the session's `LastError`.
+bool SettlePassword(Context& context, const Disk& profile, const QString& typed, QString* password);
+
+/// Whether a file of the profile is under a recovery code.
+bool HasFileUnderCode(const Context& context, const Disk& profile);
+/// Whether all are.
+bool IsUnderCode(const Context& context, const Disk& profile);
+
 /// Gives the files of a profile whose password opens them keys of the present kind (`FileKey`) when
-/// they have those of an earlier version: all of them or none. Tried once a day, since it may fail,
-/// or another program may have the profile; where the files are so large that the user would wait,
-/// it is left for a change of the password.
-void RenewFileKeys(Context& context, const Disk& profile, const QString& password);
+/// they have those of an earlier version: all of them or none. Without a password they get a
+/// recovery code. Tried once a day, since it may fail, or another program may have the profile;
+/// where the files are so large that the user would wait, it is left for a change of the password.
+/// Returns the password that opens them afterwards.
+QString RenewFileKeys(Context& context, const Disk& profile, const QString& password);
 
 /// Shares the profile with whatever else is logged in to it, until another profile is held or the
 /// program ends; nobody can change its password meanwhile. Completes a password change that was
@@ -39,10 +58,15 @@ void RenewFileKeys(Context& context, const Disk& profile, const QString& passwor
 bool HoldProfile(Context& context, const Disk& profile);
 
 /// Changes the password of all files of a profile, all or none, and of the session when the profile
-/// is the logged-in one. Refused while another program is logged in to the profile. On false
-/// `error` is a sentence for the user that says which password holds.
+/// is the logged-in one. An empty new password means a new recovery code; one that no longer holds
+/// is forgotten. Refused while another program is logged in to the profile. On false `error` is a
+/// sentence for the user that says which password holds.
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error);
+
+/// The passwords without which a file that was once the logged-in profile's may be shut, and which
+/// its user cannot know: none at all, and recovery codes that it had.
+QStringList FormerPasswords(Context& context);
 
 /// Gives a mail file at `path` that opens with `itsPassword` the password of the logged-in profile,
 /// so that it can be one of its files. On false `error` says why.

@@ -20,6 +20,12 @@ constexpr quint32 kMemoryKib = 128 * 1024;
 constexpr quint32 kPasses = 3;
 constexpr quint32 kLanes = 1;
 const QByteArray kKind = "vorn argon2id 1";
+const QByteArray kCodeKind = "vorn code 1";
+
+// What nobody can type stands before a secret that nobody can guess: the program's own, and a
+// recovery code.
+constexpr QChar kUnguessable(u'\u0001');
+constexpr QChar kCode(u'\u0002');
 
 // Secrets that were derived in this run, by password and shared bytes. A wrong password leaves one
 // as well; they are few.
@@ -28,7 +34,11 @@ class Secrets {
   QByteArray Of(const QByteArray& password, const QByteArray& shared) {
     const QMutexLocker lock(&mutex_);
     QByteArray& secret = secrets_[{password, shared}];
-    if (secret.isEmpty()) secret = Derive(password, shared);
+    if (secret.isEmpty()) {
+      secret = password.startsWith(char(kCode.unicode()))
+                   ? QCryptographicHash::hash(password, QCryptographicHash::Sha256)
+                   : Derive(password, shared);
+    }
     shared_.insert(password, shared);
     return secret;
   }
@@ -67,24 +77,25 @@ QByteArray RandomBytes(qsizetype count) {
 }
 
 // The end of a salt of ours, which one of the engine's has once in four thousand million files.
-QByteArray EndOf(const QByteArray& begin) {
-  return QCryptographicHash::hash(kKind + begin, QCryptographicHash::Sha256)
+QByteArray EndOf(const QByteArray& kind, const QByteArray& begin) {
+  return QCryptographicHash::hash(kind + begin, QCryptographicHash::Sha256)
       .first(kSaltBytes - begin.size());
 }
 
-bool HasOurEnd(const QByteArray& salt) {
-  return salt.size() == kSaltBytes && salt.endsWith(EndOf(salt.first(kSharedBytes + kOwnBytes)));
+bool IsOfKind(const QByteArray& kind, const QByteArray& salt) {
+  return salt.size() == kSaltBytes &&
+         salt.endsWith(EndOf(kind, salt.first(kSharedBytes + kOwnBytes)));
 }
 
-// What nobody can type stands before a secret that nobody can guess.
-constexpr QChar kUnguessable(u'\u0001');
-
-bool NeedsArgon2(const QString& password) {
-  return !password.isEmpty() && !password.startsWith(kUnguessable);
+// The kind of key that a password gives; empty where the engine derives it.
+QByteArray KindFor(const QString& password) {
+  if (password.startsWith(kCode)) return kCodeKind;
+  return password.isEmpty() || password.startsWith(kUnguessable) ? QByteArray() : kKind;
 }
 
 QByteArray ForDerivation(QString password) {
   if (password.startsWith(kUnguessable)) password.remove(0, 1);
+  if (password.startsWith(kCode)) password.clear();
   return QByteArrayLiteral("vorn-file-key:") + password.toUtf8();
 }
 
@@ -94,20 +105,35 @@ QString Unguessable(const QString& secret) {
   return kUnguessable + secret;
 }
 
+QString FromCode(const QString& code) {
+  return kCode + code;
+}
+
+QString CodeIn(const QString& password) {
+  return password.startsWith(kCode) ? password.mid(1) : QString();
+}
+
+bool IsUnderCode(const QByteArray& salt) {
+  return IsOfKind(kCodeKind, salt);
+}
+
 QByteArray NewSalt(const QString& password, const QByteArray& old) {
-  if (!NeedsArgon2(password)) return {};
+  const QByteArray kind = KindFor(password);
+  if (kind.isEmpty()) return {};
   QByteArray begin = KnownSecrets().SharedBytes(password.toUtf8());
   if (begin.isEmpty()) begin = RandomBytes(kSharedBytes);
   begin += old.isEmpty() ? RandomBytes(kOwnBytes) : Identity(old);
-  return begin + EndOf(begin);
+  return begin + EndOf(kind, begin);
 }
 
 QByteArray Identity(const QByteArray& salt) {
-  return HasOurEnd(salt) ? salt.sliced(kSharedBytes, kOwnBytes) : salt.first(kOwnBytes);
+  const bool isOurs = IsOfKind(kKind, salt) || IsOfKind(kCodeKind, salt);
+  return isOurs ? salt.sliced(kSharedBytes, kOwnBytes) : salt.first(kOwnBytes);
 }
 
 bool IsOurs(const QString& password, const QByteArray& salt) {
-  return NeedsArgon2(password) && HasOurEnd(salt);
+  const QByteArray kind = KindFor(password);
+  return !kind.isEmpty() && IsOfKind(kind, salt);
 }
 
 QByteArray Raw(const QString& password, const QByteArray& salt) {

@@ -14,6 +14,11 @@ namespace vorn {
 /// the whole salt gives each file a key of its own. Its costs are constants, so that nobody can
 /// write smaller ones into a file.
 ///
+/// Under a recovery code, which is the password of a profile that has none of its user's, the
+/// secret is a hash of the code: nobody can guess it, so a costly derivation adds nothing. Another
+/// end of the salt tells such a file. A code opens files without any password too, so that a
+/// profile whose files are only partly re-keyed, and older copies of them, can be read.
+///
 /// Files of earlier versions, files without a password, and those under a secret of the program's
 /// own have the key that the engine derives (PBKDF2).
 namespace FileKey {
@@ -22,6 +27,13 @@ inline constexpr qsizetype kSaltBytes = 16;
 
 /// A secret that nobody can guess, to be used as a password: a costly derivation adds nothing.
 QString Unguessable(const QString& secret);
+
+/// A recovery code as a password, and the code of such a one; empty for another.
+QString FromCode(const QString& code);
+QString CodeIn(const QString& password);
+
+/// Whether a file with that salt is under a recovery code.
+bool IsUnderCode(const QByteArray& salt);
 
 /// A salt for a file that is made, or re-keyed from `old`; empty where the engine chooses its own
 /// or keeps the old one. What the files of one password share is the same while the program runs.

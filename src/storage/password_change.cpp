@@ -166,7 +166,6 @@ bool PasswordChange::ReadMarker(QList<Decision>* decisions) {
 }
 
 bool PasswordChange::AnyKeyIsOlder(const QString& password) const {
-  if (password.isEmpty()) return false;
   return std::any_of(files_.begin(), files_.end(), [&password](const QString& file) {
     const QByteArray salt = FileStart(file, FileKey::kSaltBytes);
     return !salt.isEmpty() && !FileKey::IsOurs(password, salt);

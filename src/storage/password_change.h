@@ -36,7 +36,8 @@ class PasswordChange {
 
   /// Other outcomes than `Changed` leave the reason in `Error`.
   Outcome Run(const QString& oldPassword, const QString& newPassword);
-  /// Whether some file has a key of an earlier kind under that password (see `FileKey`).
+  /// Whether some file has a key of an earlier kind under that password (see `FileKey`), as all
+  /// have that are under none.
   bool AnyKeyIsOlder(const QString& password) const;
   /// Whether an earlier run left something behind, to be finished before the files are opened.
   bool IsUnfinished() const;

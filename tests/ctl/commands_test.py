@@ -225,6 +225,14 @@ class Commands(unittest.TestCase):
         self.assertIn(b"\r\n\r\nFrom the start\r\ntext\r\n", self.sources("受信")[1])
         self.run_ctl("import", "/no/such/file", code=1)
 
+    def test_marks_in_a_list_are_seen_and_do_nothing(self):
+        mail = pathlib.Path(self.folder.name) / "marks.eml"
+        mail.write_bytes("Subject: a\u202egnp.exe\r\nFrom: \u2066y@z\r\n\r\n".encode())
+        self.run_ctl("import", str(mail))
+        line = self.run_ctl("list", "受信")
+        self.assertIn("a[U+202E]gnp.exe", line)
+        self.assertFalse({"\u202e", "\u2066"} & set(line), line)
+
     def test_check_tells_of_damage(self):
         self.add_account()
         self.receive()

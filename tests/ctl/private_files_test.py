@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Whatever the user's file mode mask, everything in the data folder is for its owner alone; what he
-has written elsewhere follows his mask.
+"""Whatever the user's file mode mask, everything in the data folder is for its owner alone, and so is a
+page that is written elsewhere; an export follows the mask.
 
 usage: private_files_test.py VORNCTL STORE_WORKER SAMPLES
 """
@@ -39,13 +39,14 @@ def run(work):
         done = subprocess.run([VORNCTL, "--data", str(data), *arguments], capture_output=True,
                               env=environment, timeout=120)
         assert done.returncode == 0, done.stderr.decode()
+        return done.stderr.decode()
 
     ctl("import", str(next(SAMPLES.glob("*.eml"))))
     assert_private(data)
     assert_private(work / "config")
     ctl("page", "受信", "--out", str(page))
     ctl("export", "受信", "--out", str(work / "box"))
-    assert mode(page) == 0o666 and mode(work / "box") == 0o666, (mode(page), mode(work / "box"))
+    assert mode(page) == 0o600 and mode(work / "box") == 0o666, (mode(page), mode(work / "box"))
 
     # While a program works: its logs, copies and locks.
     worker = subprocess.Popen([WORKER, str(data), ""], stdout=subprocess.PIPE, text=True,
@@ -76,6 +77,9 @@ def run(work):
     other.chmod(0o755)
     ctl("list", "受信")
     assert mode(other) == 0o755 and mode(other / "notes.txt") == 0o666
+    assert ctl("list", "受信") == ""
+    other.chmod(0o777)
+    assert "ほかの利用者も書き込めます" in ctl("list", "受信")
     print("everything is private")
 
 

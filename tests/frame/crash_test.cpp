@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSet>
+#include <QStorageInfo>
 #include <chrono>
 #include <thread>
 
@@ -16,6 +17,7 @@
 #include "mail/mail_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
+#include "storage/password_change.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -29,7 +31,7 @@ struct Report {
   QSet<QString> stored;
   QSet<QString> opened;
   QString password;
-  QString nextPassword;  // of a change under way
+  std::optional<QString> nextPassword;  // of a change under way
 
   void Read(const QByteArray& output) {
     for (const QByteArray& line : output.split('\n')) {
@@ -89,16 +91,16 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     ASSERT_TRUE(StartUp(context, data, &error)) << error.toStdString();
     // A change that was under way has happened whole or not at all.
     if (!LogIn(context, {}, report.password, &error)) {
-      ASSERT_FALSE(report.nextPassword.isEmpty()) << error.toStdString();
-      report.password = report.nextPassword;
+      ASSERT_TRUE(report.nextPassword) << error.toStdString();
+      report.password = *report.nextPassword;
       ASSERT_TRUE(LogIn(context, {}, report.password, &error)) << error.toStdString();
     }
     if (report.password != before) ++changes;
-    report.nextPassword.clear();
+    report.nextPassword.reset();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(
-          context.Data.CheckFile(file, report.password, ContentsOf(file)).problems.join(u'\n'),
-          QString())
+      EXPECT_EQ(context.Data.CheckFile(file, context.Session->Text(u"password"), ContentsOf(file))
+                    .problems.join(u'\n'),
+                QString())
           << kill;
     }
     ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
@@ -173,13 +175,74 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   context.Data.CloseAll();
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
-  EXPECT_EQ(context.Data.CheckFile(MailDatabasePath(context), {}, FileContents::Messages)
+  EXPECT_EQ(context.Data
+                .CheckFile(MailDatabasePath(context), context.Session->Text(u"password"),
+                           FileContents::Messages)
                 .problems.join(u'\n'),
             QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
     EXPECT_EQ(store.LoadMessageSource(Disk(message.key())), message.value());
   }
   context.Data.CloseAll();
+}
+
+// What cannot be kept is not used: neither a new profile's files nor those of an earlier version
+// come under a code that is in memory alone.
+TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
+  const SmallDisk disk;
+  if (!disk.IsMounted()) GTEST_SKIP() << "needs the right to mount a file system";
+  const QString data = disk.Path() + QStringLiteral("data");
+  QFile ballast(disk.Path() + QStringLiteral("ballast"));
+  const auto fill = [&ballast](qint64 left) {
+    ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    const qint64 free = QStorageInfo(ballast.fileName()).bytesFree() - left;
+    for (qint64 at = 0; at < free && ballast.write(QByteArray(4096, 'x')) == 4096; at += 4096) {
+    }
+    ballast.close();
+  };
+  QString error;
+  const auto logIn = [&](Context& context) {
+    return StartUp(context, data, &error) && LogIn(context, {}, {}, &error);
+  };
+  {
+    Context first;
+    ASSERT_TRUE(StartUp(first, data, &error)) << error.toStdString();
+    ASSERT_NE(CreateFirstProfile(first), nullptr);
+    const DiskPtr profile = FindProfile(first, QStringLiteral("Administrator"));
+    const CodeFile code = CodeFileOf(first, *profile);
+    ASSERT_TRUE(HoldProfile(first, *profile));
+    fill(0);
+    EXPECT_FALSE(LogIn(first, {}, {}, &error));
+    EXPECT_TRUE(error.contains(u"profile.key")) << error.toStdString();
+    EXPECT_TRUE(code.Code().isEmpty() && !HasFileUnderCode(first, *profile));
+    ASSERT_TRUE(ballast.remove());
+    ASSERT_TRUE(LogIn(first, {}, {}, &error)) << error.toStdString();
+    MailStore(first).StoreMessage(Disk(first.Data.NewSerialID(QStringLiteral("mail_"))),
+                                  QByteArray(250000, 'x'));
+    // As an earlier version left it.
+    const QStringList files = ProfileFiles(first, *profile);
+    PasswordChange change(first.Data, files.first() + QStringLiteral(".decided"), files);
+    const QString between = QStringLiteral("x");
+    ASSERT_EQ(change.Run(first.Session->Text(u"password"), between),
+              PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(between, {}), PasswordChange::Outcome::Changed);
+    ASSERT_TRUE(code.Forget());
+  }
+  fill(300000);
+  {
+    Context without;
+    EXPECT_TRUE(logIn(without)) << error.toStdString();
+    EXPECT_TRUE(CodeFileOf(without, *without.Session).Code().isEmpty());
+    EXPECT_FALSE(HasFileUnderCode(without, *without.Session));
+    const QString folder = QFileInfo(CodeFileOf(without, *without.Session).Path()).path();
+    ASSERT_TRUE(QFile::remove(folder + QStringLiteral("/keys.tried")));
+    without.Data.CloseAll();
+  }
+  ASSERT_TRUE(ballast.remove());
+  Context with;
+  EXPECT_TRUE(logIn(with)) << error.toStdString();
+  EXPECT_TRUE(IsUnderCode(with, *with.Session));
+  with.Data.CloseAll();
 }
 
 class PasswordChangeTest : public testing::Test {

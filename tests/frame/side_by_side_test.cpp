@@ -115,7 +115,8 @@ TEST(SideBySide, ALogInUseIsNotJudged) {
     file.write(QByteArray(header.size(), 'x'));
     file.flush();
     Context other;
-    EXPECT_TRUE(other.Data.TestPassword(path, {})) << other.Data.LastError().text.toStdString();
+    EXPECT_TRUE(other.Data.TestPassword(path, profile.Get().Session->Text(u"password")))
+        << other.Data.LastError().text.toStdString();
     other.Data.CloseAll();
     EXPECT_TRUE(QFile::exists(log));
     ASSERT_TRUE(file.seek(0));

@@ -98,7 +98,8 @@ TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
     }
     EXPECT_EQ(unreadable > 0, Context().Data.HasDamage()) << page;
     Context().Data.CloseAll();
-    const FileFindings findings = Context().Data.CheckFile(file_, {}, FileContents::Messages);
+    const FileFindings findings = Context().Data.CheckFile(
+        file_, Context().Session->Text(u"password"), FileContents::Messages);
     if (unreadable > 0) {
       EXPECT_FALSE(findings.IsSound()) << page;
       ++told;
@@ -197,7 +198,7 @@ TEST_F(DamageTest, AWalkGoesOnWhereItStopped) {
   qint64 bytes = 0;
   int stretches = 0;
   for (bool atEnd = false; !atEnd && stretches < 100; ++stretches) {
-    const WalkOutcome outcome = WalkSources(file_, {}, place, 0);
+    const WalkOutcome outcome = WalkSources(file_, Context().Session->Text(u"password"), place, 0);
     EXPECT_TRUE(outcome.parts.isEmpty());
     bytes += outcome.bytes;
     atEnd = outcome.atEnd;
@@ -215,7 +216,8 @@ TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
   int named = 0;
   for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
     Zero(page);
-    const FileFindings findings = Context().Data.CheckFile(file_, {}, FileContents::Messages);
+    const FileFindings findings = Context().Data.CheckFile(
+        file_, Context().Session->Text(u"password"), FileContents::Messages);
     for (const UnreadableMessage& message : findings.unreadable) {
       if (message.subject.isEmpty() && serials_.contains(message.serialId)) ++named;
     }

@@ -97,8 +97,9 @@ TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
   ASSERT_FALSE(
       store_.StoreMessage(*Request(QStringLiteral("m")), "Subject: x\r\n\r\ntext\r\n").isEmpty());
   StorageError error;
-  const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
-                                           Connection::Mode::Existing, &error);
+  const auto connection =
+      Connection::Open(MailDatabasePath(profile_.Get()), profile_.Get().Session->Text(u"password"),
+                       Connection::Mode::Existing, &error);
   ASSERT_NE(connection, nullptr);
   const auto lay = [&](const QByteArray& bytes) {
     ASSERT_TRUE(connection->Run("UPDATE long_binary SET DIGEST = NULL, DATA = ?", {bytes}));

@@ -417,7 +417,9 @@ TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
   folder->Let(QStringLiteral("Condition"), line + QChar(u'\0') + QChar(u'\0'));  // as it was stored
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
   const QString file = ProfileFiles(context, *context.Session).first();
-  EXPECT_TRUE(context.Data.CheckFile(file, {}, FileContents::Objects).IsSound());
+  EXPECT_TRUE(
+      context.Data.CheckFile(file, context.Session->Text(u"password"), FileContents::Objects)
+          .IsSound());
   profile_.Restart();
   EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);
 }

@@ -174,6 +174,14 @@ TEST(FileKeys, StayWhatTheyAre) {
   EXPECT_TRUE(FileKey::IsOurs(kOld, ours));
   EXPECT_FALSE(FileKey::IsOurs(kOld, engines));
   EXPECT_FALSE(FileKey::IsOurs({}, ours)) << "without a password there is nothing to derive from";
+  const QString code = FileKey::FromCode(QStringLiteral("ABCDE"));
+  const QByteArray coded = QByteArray::fromHex("000102030405060708090a0b4eedb02e");
+  EXPECT_TRUE(FileKey::IsOurs(code, coded) && FileKey::IsUnderCode(coded));
+  EXPECT_FALSE(FileKey::IsOurs(code, ours) || FileKey::IsUnderCode(ours));
+  EXPECT_EQ(FileKey::Raw(code, coded).toHex(),
+            "52c61d323938c8cde9285b6e9f1d9ec4ebe4d80dd7c7a64f1041eb0186e25593");
+  EXPECT_EQ(FileKey::Raw(code, engines), FileKey::Raw({}, engines)) << "older copies open too";
+  EXPECT_EQ(FileKey::Identity(coded), FileKey::Identity(ours));
   EXPECT_EQ(FileKey::Raw(kOld, ours).toHex(),
             "ea1e2eec79add0aa8a820bc95211e1ae4e28d08254c6e6eecc42308e581e324c");
   EXPECT_EQ(FileKey::Raw(kOld, engines).toHex(),
@@ -207,13 +215,19 @@ TEST_F(PasswordStepsTest, OlderFilesOpenAndGetAKeyOfTodayUnderTheSamePassword) {
   PasswordChange renewal = Change(data);
   EXPECT_TRUE(renewal.AnyKeyIsOlder(kOld));
   const QString mark = FileMark(files_[0]);
-  EXPECT_FALSE(renewal.AnyKeyIsOlder({}));
+  EXPECT_TRUE(renewal.AnyKeyIsOlder({}));
   EXPECT_EQ(renewal.Run(kOld, kOld), PasswordChange::Outcome::Changed);
   EXPECT_FALSE(renewal.AnyKeyIsOlder(kOld));
   EXPECT_EQ(FileMark(files_[0]), mark) << "a lost file is still told from another";
   EXPECT_EQ(renewal.Run(kOld, kNew), PasswordChange::Outcome::Changed);
   EXPECT_EQ(renewal.Run(kNew, {}), PasswordChange::Outcome::Changed);
-  EXPECT_EQ(renewal.Run({}, kOld), PasswordChange::Outcome::Changed);
+  const QString code = FileKey::FromCode(QStringLiteral("ABCDE"));
+  EXPECT_TRUE(renewal.AnyKeyIsOlder(code));
+  EXPECT_TRUE(data.TestPassword(files_[0], code));
+  EXPECT_EQ(renewal.Run(code, code), PasswordChange::Outcome::Changed);
+  EXPECT_FALSE(renewal.AnyKeyIsOlder(code));
+  EXPECT_FALSE(data.TestPassword(files_[0], {}));
+  EXPECT_EQ(renewal.Run(code, kOld), PasswordChange::Outcome::Changed);
   EXPECT_EQ(FileMark(files_[0]), mark);
   EXPECT_EQ(Password(), kOld);
   ASSERT_TRUE(data.Open(files_[0], kOld));

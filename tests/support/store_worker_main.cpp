@@ -54,7 +54,10 @@ int main(int argc, char** argv) {
     if (!store.UpdateMessageState(kStateFlag, request, true)) Die(context.Data.LastError().text);
     Say("opened", request.SerialID());
     if (round % 3 != 2) continue;
-    const QString next = QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
+    // Every third time to none, which is a recovery code.
+    const QString next = round % 9 == 5
+                             ? QString()
+                             : QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
     Say("changing", next);
     if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) {
       Say("refused", error);

@@ -94,7 +94,8 @@ class TrafficTest : public testing::Test {
   /// By a connection of its own, which takes any statement.
   bool Execute(const QByteArray& statement) {
     StorageError error;
-    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
+    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()),
+                                             profile_.Get().Session->Text(u"password"),
                                              Connection::Mode::Existing, &error);
     return connection != nullptr && connection->Run(statement);
   }

@@ -221,7 +221,8 @@ class Model : public testing::Test {
   }
   bool Run(const QByteArray& statement) {
     StorageError error;
-    const auto connection = Connection::Open(MailDatabasePath(programs_[0]->context), QString(),
+    const auto connection = Connection::Open(MailDatabasePath(programs_[0]->context),
+                                             programs_[0]->context.Session->Text(u"password"),
                                              Connection::Mode::Existing, &error);
     return connection != nullptr && connection->Run(statement);
   }

@@ -245,8 +245,9 @@ TEST_F(OnceTest, WhatTheServerSaidIsNotForgottenWhileTheFileIsInUse) {
   QObject::connect(&end, &QTimer::timeout, &end, [&other] { other.reset(); });
   smtp_.OnMessage = [&](const test::SentMessage&) {
     StorageError error;
-    other = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
-                             Connection::Mode::Existing, &error);
+    other = Connection::Open(MailDatabasePath(profile_.Get()),
+                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing,
+                             &error);
     ASSERT_TRUE(other != nullptr && other->Begin());
     end.start(2000);  // behind the first attempt, which takes five seconds
   };
@@ -267,8 +268,9 @@ TEST_F(OnceTest, AFileThatIsInUseAtTheHandoverKeepsNoMessageFromBeingSent) {
   smtp_.OnCommand = [&](const QByteArray& command) {
     if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > 0) return;
     StorageError error;
-    other = Connection::Open(MailDatabasePath(profile_.Get()), QString(),
-                             Connection::Mode::Existing, &error);
+    other = Connection::Open(MailDatabasePath(profile_.Get()),
+                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing,
+                             &error);
     ASSERT_TRUE(other != nullptr && other->Begin());
     end.start(2000);  // behind the first attempt
   };

@@ -27,6 +27,7 @@
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window/recovery_code_window.h"
 #include "objects/window/settings_window.h"
 #include "window/editing_fixture.h"
 
@@ -140,7 +141,15 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
       [](QMessageBox& question) { test::PressNamed(question, QStringLiteral("削除する")); }));
   EXPECT_EQ(history.rowCount(), 1);
   EXPECT_TRUE(QFile::exists(path));
-  EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(QStringLiteral("だれでも")));
+  EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(u"profile.key"));
+  const QString code = CodeFileOf(context(), *context().Session).Code();
+  EXPECT_FALSE(code.isEmpty());
+  EXPECT_TRUE(
+      InModal<RecoveryCodeWindow>([&] { Press(Child<QPushButton>(window, u"cmRecoveryCode")); },
+                                  [&code](RecoveryCodeWindow& shown) {
+                                    EXPECT_EQ(Child<QLabel>(shown, u"lbCode").text(), code);
+                                    shown.reject();
+                                  }));
   Type(Child<QLineEdit>(window, u"txPassword"), QStringLiteral("new"));
   PressOk();
   EXPECT_EQ(Error(), QStringLiteral("二つのパスワードが一致しません。"));
@@ -170,22 +179,29 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
 // A file that was taken from the list and kept has the password that the profile had then.
 TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
   const QString serialId = context().Session->SerialID();
-  const QString stored = QStringLiteral("/current/") + serialId + QStringLiteral("\\kept.mbx");
-  const QString path = PlatformPath(context(), stored);
-  ASSERT_TRUE(CreateDatabase(context(), DatabaseKind::MailByPath, stored));
-  ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, QString(),
-                                    QStringLiteral("secret"), &error_));
-  profile_.Restart(QStringLiteral("secret"));
+  QStringList paths;
+  QString password;
+  for (const QString& next : {QStringLiteral("former"), QStringLiteral("secret")}) {
+    const QString stored = QStringLiteral("/current/%1\\before %2.mbx").arg(serialId, next);
+    paths.append(PlatformPath(context(), stored));
+    {
+      const OpenedDatabase made(context(), DatabaseKind::MailByPath, stored);
+      ASSERT_TRUE(made);
+    }
+    ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, password, next, &error_));
+    profile_.Restart(next);
+    password = next;
+  }
   ObjectsWindow& window = Open(object_type::kProfile, serialId);
   auto& history = Child<QTableWidget>(window, u"lvHistory");
   const int rows = history.rowCount();
-  const auto choose = [&](const QString& password) {
+  const auto choose = [&](const QString& path, const QString& typed) {
     QString told;
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, [&] {
       QWidget* modal = QApplication::activeModalWidget();
       if (auto* question = qobject_cast<QInputDialog*>(modal)) {
-        question->setTextValue(password);
+        question->setTextValue(typed);
         question->accept();
       } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
         told = box->text();
@@ -200,15 +216,18 @@ TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
                                      }));
     return told;
   };
-  EXPECT_TRUE(
-      choose(QStringLiteral("wrong")).startsWith(QStringLiteral("メッセージのデータベース")));
+  const QString wrong = QStringLiteral("wrong");
+  EXPECT_TRUE(choose(paths[1], wrong).startsWith(QStringLiteral("メッセージのデータベース")));
   EXPECT_EQ(history.rowCount(), rows);
-  EXPECT_EQ(choose(QString()), QString());
-  EXPECT_EQ(history.rowCount(), rows + 1);
+  EXPECT_EQ(choose(paths[1], QStringLiteral("former")), QString());
+  EXPECT_EQ(choose(paths[0], wrong), QString()) << "under a code, which the profile remembers";
+  EXPECT_EQ(history.rowCount(), rows + 2);
   PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
   context().Data.CloseAll();
-  EXPECT_TRUE(context().Data.TestPassword(path, QStringLiteral("secret")));
+  for (const QString& path : paths) {
+    EXPECT_TRUE(context().Data.TestPassword(path, QStringLiteral("secret"))) << path.toStdString();
+  }
 }
 
 // With a password every change of the profile was refused, and the boxes showed the password.

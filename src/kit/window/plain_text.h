@@ -3,6 +3,8 @@
 #include <QMessageBox>
 #include <QString>
 
+#include "storage/shown_text.h"
+
 class QLabel;
 
 namespace vorn {
@@ -10,12 +12,8 @@ namespace vorn {
 /// How many characters of a subject or a name a title or a line shows.
 inline constexpr qsizetype kMostInTitle = 200;
 
-/// A text that may come from outside as it may be shown: control characters and the marks that turn
-/// the direction of others (Unicode bidirectional algorithm, UAX 9) are visible signs, line breaks
-/// and tabulators stay, and what is longer than `most` characters ends in "…".
-QString ShownText(const QString& text, qsizetype most = 4000);
-
-/// The same for a tooltip, which the toolkit would otherwise take for HTML where it looks like it.
+/// `ShownText` for a tooltip, which the toolkit would otherwise take for HTML where it looks like
+/// it.
 QString ShownToolTip(const QString& text);
 
 /// A label that never takes its text for HTML.

@@ -18,7 +18,9 @@
 #include "kit/window/plain_text.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
+#include "objects/window/recovery_code_window.h"
 #include "storage/databases.h"
+#include "storage/file_key.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -101,17 +103,42 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
   if (IsLoggedIn()) AddProtection();
 }
 
+QString ProfilePage::ProtectionText() const {
+  if (HasPassword()) {
+    return Ui::tr(
+        "メールは、パスワードから作った鍵で暗号化されています。パスワードを忘れると"
+        "読めません。");
+  }
+  if (!IsUnderCode(context_, *context_.Session)) {
+    return Ui::tr(
+        "パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを"
+        "読めます。");
+  }
+  return Ui::tr(
+      "パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル"
+      "「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めません"
+      "が、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めて"
+      "ください。");
+}
+
 // What keeps others from the mail now.
 void ProfilePage::AddProtection() {
-  auto* protection = PlainLabel(
-      context_.Session->Text(u"password").isEmpty()
-          ? Ui::tr("パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを"
-                   "読めます。")
-          : Ui::tr("メールは、パスワードから作った鍵で暗号化されています。パスワードを忘れると"
-                   "読めません。"));
+  auto* protection = PlainLabel(ProtectionText());
   protection->setObjectName(QStringLiteral("lbProtection"));
   protection->setWordWrap(true);
   Layout().addRow(QString(), protection);
+  const QString code = FileKey::CodeIn(context_.Session->Text(u"password"));
+  if (code.isEmpty()) return;
+  auto* show = new QPushButton(Ui::tr("回復コードを表示(&K).."), this);
+  show->setObjectName(QStringLiteral("cmRecoveryCode"));
+  show->setAutoDefault(false);
+  connect(show, &QPushButton::clicked, this, [this, code] {
+    RecoveryCodeWindow(context_.Session->Text(u"Object"), code, this).exec();
+  });
+  auto* row = new QHBoxLayout;
+  row->addWidget(show);
+  row->addStretch();
+  Layout().addRow(QString(), row);
 }
 
 void ProfilePage::WarnOfNoPassword(bool none) {
@@ -122,8 +149,9 @@ void ProfilePage::WarnOfNoPassword(bool none) {
   if (!none) return;
   const auto answer = ShowBox(
       this, QMessageBox::Warning,
-      Ui::tr("パスワードをなくすと、このパソコンのファイルを見られる人はだれでもメールを読めます。"
-             "よろしいですか？"),
+      Ui::tr(
+          "パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。"
+          "よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) ckNoPassword_->setChecked(false);
 }
@@ -141,8 +169,10 @@ bool ProfilePage::IsLoggedIn() const {
   return context_.Session->SerialID() == serialId_;
 }
 
+// One of the user's own.
 bool ProfilePage::HasPassword() const {
-  return IsLoggedIn() && !context_.Session->Text(u"password").isEmpty();
+  const QString password = context_.Session->Text(u"password");
+  return IsLoggedIn() && !password.isEmpty() && FileKey::CodeIn(password).isEmpty();
 }
 
 QString ProfilePage::SelectedFile() const {
@@ -218,15 +248,23 @@ QString ProfilePage::WhyNotOpened(const QString& stored) {
       context_.Data.LastError().kind != StorageError::Kind::WrongPassword) {
     return reason;
   }
+  for (const QString& former : FormerPasswords(context_)) {
+    if (context_.Data.TestPassword(path, former)) return WhyNotAdopted(stored, former);
+  }
   bool answered = false;
   const QString former = QInputDialog::getText(
       this, Ui::tr("既存のファイル"),
       Ui::tr("このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを"
              "入力してください。"),
       QLineEdit::Password, QString(), &answered);
-  if (!answered) return reason;
-  if (!AdoptMailFile(context_, path, former, &reason)) return reason;
-  return opens() ? QString() : context_.Data.LastError().text;
+  return answered ? WhyNotAdopted(stored, former) : reason;
+}
+
+QString ProfilePage::WhyNotAdopted(const QString& stored, const QString& former) {
+  QString reason;
+  if (!AdoptMailFile(context_, PlatformPath(context_, stored), former, &reason)) return reason;
+  const OpenedDatabase adopted(context_, DatabaseKind::MailByPath, stored);
+  return adopted ? QString() : context_.Data.LastError().text;
 }
 
 void ProfilePage::UseDatabase() {

@@ -39,6 +39,8 @@ class ProfilePage : public FormPage {
   /// A sentence; empty when the file can be added.
   QString WhyNotAdded(const QFileInfo& file, const QString& stored);
   QString WhyNotOpened(const QString& stored);
+  QString WhyNotAdopted(const QString& stored, const QString& former);
+  QString ProtectionText() const;
   QString Folder() const;
   bool IsNew() const;
   void MarkUsed();

@@ -1,0 +1,223 @@
+// Profiles without a password of their user's, whose recovery code is remembered.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
+
+#include "frame/profile_login.h"
+#include "frame/start_up.h"
+#include "mail/mail_store.h"
+#include "objects/profile.h"
+#include "storage/databases.h"
+#include "storage/file_key.h"
+#include "storage/password_change.h"
+#include "storage/recovery_code.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+using test::ReadFile;
+using test::TestProfile;
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+void CopyFolder(const QString& from, const QString& to) {
+  QDirIterator files(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString path = to + files.next().mid(from.size());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()) && QFile::copy(files.filePath(), path));
+  }
+}
+
+class RecoveryCodeLogin : public testing::Test {
+ protected:
+  void SetUp() override {
+    profile_.Store("Subject: kept\r\n\r\n");
+    Remember();
+  }
+  void Remember() {
+    files_ = ProfileFiles(profile_.Get(), *profile_.Get().Session);
+    codeFile_ = CodeFileOf(profile_.Get(), *profile_.Get().Session).Path();
+    code_ = FileKey::CodeIn(profile_.Get().Session->Text(u"password"));
+  }
+  // As another start with what was typed; the reason when it is refused.
+  QString LogInWith(const QString& typed, const QString& folder) {
+    Context context;
+    QString error;
+    if (!StartUp(context, folder, &error)) return error;
+    if (!LogIn(context, {}, typed, &error)) return error;
+    underCode_ = IsUnderCode(context, *context.Session);
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    if (!mail || !context.Data.OpenRecordset(QStringLiteral("SELECT FIELD_SUBJECT FROM mail"),
+                                             CursorKind::ForwardOnly)) {
+      return context.Data.LastError().text;
+    }
+    EXPECT_EQ(context.Data.Recordset()->Fields(u"FIELD_SUBJECT").toString(),
+              QStringLiteral("kept"));
+    context.Data.CloseAll();
+    return {};
+  }
+  QString LogInWith(const QString& typed) { return LogInWith(typed, profile_.Folder()); }
+  bool Opens(const QString& file, const QString& password) {
+    DataSession data;
+    const bool opens = data.TestPassword(file, password);
+    data.CloseAll();
+    return opens;
+  }
+  // The profile as an earlier version left it, without a code.
+  void MakeOlder() {
+    Context& context = profile_.Get();
+    context.Data.CloseAll();
+    PasswordChange change(context.Data, files_[0] + QStringLiteral(".decided"), files_);
+    const QString between = QStringLiteral("x");  // no program re-keys from a code to nothing
+    ASSERT_EQ(change.Run(FileKey::FromCode(code_), between), PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(between, {}), PasswordChange::Outcome::Changed);
+    context.Data.CloseAll();
+    context.Lock.reset();
+    ASSERT_TRUE(QFile::remove(codeFile_));
+  }
+
+  TestProfile profile_;
+  QStringList files_;
+  QString codeFile_;
+  QString code_;
+  QString error_;
+  bool underCode_ = false;
+};
+
+TEST_F(RecoveryCodeLogin, TheFirstStartMakesACodeThatTravelsWithTheFolder) {
+  EXPECT_EQ(RecoveryCode::Read(QString::fromLatin1(ReadFile(codeFile_))), code_);
+  EXPECT_FALSE(Opens(files_[0], {}) || Opens(files_[1], {})) << "a key that anybody can make";
+  EXPECT_NE(TestProfile().Get().Session->Text(u"password"), FileKey::FromCode(code_));
+  profile_.Get().Data.CloseAll();
+  QTemporaryDir elsewhere;
+  CopyFolder(profile_.Folder(), elsewhere.path() + u'/');
+  // There the list of profiles has another user's key.
+  ASSERT_TRUE(QFile::remove(elsewhere.filePath(QStringLiteral("navi.mbx"))));
+  EXPECT_EQ(LogInWith({}, elsewhere.path()), QString());
+  EXPECT_TRUE(underCode_);
+}
+
+TEST_F(RecoveryCodeLogin, WithoutTheFileTheTypedCodeOpensTheProfileAndIsRememberedAgain) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  const QByteArray mail = ReadFile(files_[1]);
+  QString mistyped = code_;
+  mistyped[0] = mistyped[0] == u'7' ? u'8' : u'7';
+  const QList<std::function<void()>> spoil = {
+      [&] {}, [&] { WriteFile(codeFile_, {}); },
+      [&] { WriteFile(codeFile_, mistyped.toLatin1() + '\n'); },
+      [&] { WriteFile(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
+      // What one that may not be read gives, for root as well.
+      [&] { QDir().mkpath(codeFile_); }};
+  for (const auto& spoilt : spoil) {
+    ASSERT_TRUE(QFile::remove(codeFile_));
+    spoilt();
+    EXPECT_TRUE(LogInWith({}).contains(u"回復コードを入力")) << LogInWith({}).toStdString();
+    EXPECT_TRUE(LogInWith(mistyped).contains(u"打ち間違い"));
+    EXPECT_TRUE(LogInWith(RecoveryCode::Make()).contains(u"確認してください"));
+    EXPECT_TRUE(LogInWith(QStringLiteral("secret")).contains(u"確認してください"));
+    EXPECT_EQ(ReadFile(files_[1]), mail);
+    EXPECT_EQ(LogInWith(code_.toLower().replace(u'-', u' ')), QString());
+    EXPECT_EQ(LogInWith({}), QString()) << "remembered";
+  }
+}
+
+TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
+  Context& context = profile_.Get();
+  const auto change = [&](const QString& from, const QString& to) {
+    return ChangeProfilePassword(context, *context.Session, from, to, &error_);
+  };
+  EXPECT_FALSE(change({}, RecoveryCode::Make())) << "would be taken for a code at the login";
+  ASSERT_TRUE(change({}, QStringLiteral("secret"))) << error_.toStdString();
+  EXPECT_FALSE(QFile::exists(codeFile_));
+  EXPECT_FALSE(Opens(files_[1], FileKey::FromCode(code_)));
+  EXPECT_EQ(FormerPasswords(context), (QStringList{QString(), FileKey::FromCode(code_)}));
+  EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
+  // A program that died before it forgot the code.
+  WriteFile(codeFile_, code_.toLatin1() + '\n');
+  EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
+  EXPECT_EQ(LogInWith(QStringLiteral("secret")), QString());
+  EXPECT_FALSE(QFile::exists(codeFile_));
+  // What was copied away before is still its user's.
+  context.Lock.reset();
+  ASSERT_TRUE(HoldProfile(context, *context.Session));
+  ASSERT_TRUE(change(QStringLiteral("secret"), {})) << error_.toStdString();
+  const QString first = code_;
+  Remember();
+  EXPECT_NE(code_, first);
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_TRUE(underCode_ && FormerPasswords(context).contains(FileKey::FromCode(first)));
+}
+
+TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  const QString kept = QFileInfo(files_[0]).path() + QStringLiteral("/kept.mbx");
+  ASSERT_TRUE(QFile::copy(files_[1], kept));
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("x"), &error_));
+  EXPECT_FALSE(AdoptMailFile(context, kept, RecoveryCode::Make(), &error_));
+  EXPECT_TRUE(AdoptMailFile(context, kept, code_.toLower(), &error_)) << error_.toStdString();
+  EXPECT_TRUE(Opens(kept, QStringLiteral("x")));
+}
+
+TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
+  MakeOlder();
+  const QByteArray older = ReadFile(files_[1]);
+  {
+    Context other;  // has the profile, so that nothing can change
+    ASSERT_TRUE(StartUp(other, profile_.Folder(), &error_));
+    const DiskPtr held = FindProfile(other, QStringLiteral("Administrator"));
+    ASSERT_TRUE(held != nullptr && HoldProfile(other, *held));
+    EXPECT_EQ(LogInWith({}), QString());
+    EXPECT_FALSE(underCode_ || QFile::exists(codeFile_));
+  }
+  const QString tried = QFileInfo(files_[0]).path() + QStringLiteral("/keys.tried");
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_FALSE(underCode_) << "tried once a day";
+  ASSERT_TRUE(QFile::remove(tried));
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_TRUE(underCode_ && QFile::exists(codeFile_) && !QFile::exists(tried));
+  EXPECT_FALSE(Opens(files_[1], {}));
+  // A copy from before is read all the same, and gets the code.
+  WriteFile(files_[1], older);
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_TRUE(underCode_);
+}
+
+TEST_F(RecoveryCodeLogin, AKillAtAnyMomentLeavesAProfileThatOpens) {
+  for (int i = 0; i < 20; ++i) profile_.Store(QByteArray(200000, 'x'));
+  MakeOlder();
+  int between = 0;
+  for (int kill = 0; kill < test::Rounds(20, 100); ++kill) {
+    QTemporaryDir copy;
+    CopyFolder(profile_.Folder(), copy.path() + u'/');
+    QProcess worker;
+    worker.start(QStringLiteral(VORN_STORE_WORKER), {copy.path(), QString()});
+    worker.waitForStarted(-1);
+    worker.waitForFinished(QRandomGenerator::global()->bounded(1, 400));
+    worker.kill();
+    worker.waitForFinished(-1);
+    const QStringList left = QDir(copy.path()).entryList({QStringLiteral("_profile*")}, QDir::Dirs);
+    const QDir folder(copy.filePath(left.first()));
+    if (!folder.entryList({QStringLiteral("*.rekeyed")}, QDir::Files).isEmpty() ||
+        folder.exists(QStringLiteral("profile.key"))) {
+      ++between;
+    }
+    QFile::remove(folder.filePath(QStringLiteral("keys.tried")));
+    EXPECT_EQ(LogInWith({}, copy.path()), QString()) << kill;
+    EXPECT_TRUE(underCode_) << kill;
+  }
+  EXPECT_GT(between, 0) << "no kill met a change";
+}
+
+}  // namespace
+}  // namespace vorn
