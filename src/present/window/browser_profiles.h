@@ -21,6 +21,10 @@ class BrowserProfiles {
   QWebEngineProfile* Local() const { return local_.get(); }
   QWebEngineProfile* Web() const { return web_.get(); }
 
+  /// Shows folder pages in a font whatever their layout says, from the next page on. An empty
+  /// family and a size of 0 points leave it to the layout.
+  void UseFont(const QString& family, int points);
+
   AllowedSites& Sites() const { return *sites_; }
 
   /// Whether the program's windows are dark.
