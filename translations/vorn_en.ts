@@ -3482,7 +3482,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>鍵のファイル「%1」は、このプロファイルのものではありません。</source>
-        <translation>The key file “%1” is not this profile's. </translation>
+        <translation>The key file “%1” is not this profile&apos;s. </translation>
     </message>
     <message>
         <source>鍵のファイル「%1」が壊れているか、読む権限がありません。</source>
@@ -3502,7 +3502,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>鍵のファイル「profile.key」を保存できません。ディスクの空き容量とフォルダの権限を確認してください。</source>
-        <translation>The key file “profile.key” cannot be saved. Please check the free space on the disk and the folder's permissions.</translation>
+        <translation>The key file “profile.key” cannot be saved. Please check the free space on the disk and the folder&apos;s permissions.</translation>
     </message>
     <message>
         <source>回復コードと同じ形のものは、パスワードにできません。</source>
@@ -3510,7 +3510,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。よろしいですか？</source>
-        <translation>Without a password, anybody who gets hold of the profile's folder can read the mail. Remove the password?</translation>
+        <translation>Without a password, anybody who gets hold of the profile&apos;s folder can read the mail. Remove the password?</translation>
     </message>
     <message>
         <source>鍵のファイル「profile.key」がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。</source>
@@ -3522,11 +3522,123 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
-        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until you set a password, whoever gets hold of the profile's folder can read the mail.</translation>
+        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until you set a password, whoever gets hold of the profile&apos;s folder can read the mail.</translation>
     </message>
     <message>
         <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。</source>
-        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile's folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password.</translation>
+        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password.</translation>
+    </message>
+    <message>
+        <source>開く</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>開封済みにする</source>
+        <translation>Mark as Opened</translation>
+    </message>
+    <message>
+        <source>新着メッセージ %1通</source>
+        <translation>New messages: %1</translation>
+    </message>
+    <message>
+        <source>ほか%1通</source>
+        <translation>and %1 more</translation>
+    </message>
+    <message>
+        <source>メッセージを読み込めません。</source>
+        <translation>The message cannot be read. </translation>
+    </message>
+    <message>
+        <source>送信者のメールアドレスがありません。</source>
+        <translation>The sender&apos;s mail address is missing.</translation>
+    </message>
+    <message>
+        <source>この行は%1文字、%2桁</source>
+        <translation>This line: %1 characters, %2 columns</translation>
+    </message>
+    <message>
+        <source>このようなメールをフォルダに集める(&amp;G)..</source>
+        <translation>&amp;Gather Messages Like This in a Folder..</translation>
+    </message>
+    <message>
+        <source>このようなメールを受信しない(&amp;X)..</source>
+        <translation>Receive No Messages Like This (&amp;X)..</translation>
+    </message>
+    <message>
+        <source>サーバーを探す(&amp;F)</source>
+        <translation>&amp;Find Servers</translation>
+    </message>
+    <message>
+        <source>メールアドレスのドメインに、受信と送信のサーバーを問い合わせます。</source>
+        <translation>Asks the domain of the mail address for its servers of receiving and sending.</translation>
+    </message>
+    <message>
+        <source>サーバーを入れました: 受信 %1、送信 %2</source>
+        <translation>Servers filled in: receiving %1, sending %2</translation>
+    </message>
+    <message>
+        <source>中止(&amp;F)</source>
+        <translation>Cancel (&amp;F)</translation>
+    </message>
+    <message>
+        <source>問い合わせています…</source>
+        <translation>Asking…</translation>
+    </message>
+    <message>
+        <source>見つかりませんでした。プロバイダーの案内を見て入力してください。</source>
+        <translation>Nothing was found. Please take the servers from your provider&apos;s instructions.</translation>
+    </message>
+    <message>
+        <source>見つかったサーバーは受信 %1、送信 %2 です。入力されているものはそのままにしました。</source>
+        <translation>The servers found are %1 for receiving and %2 for sending. What was filled in is left as it is.</translation>
+    </message>
+    <message>
+        <source>尋ねないときも鳴らす(&amp;P)</source>
+        <translation>&amp;Play it also when nothing is asked</translation>
+    </message>
+    <message>
+        <source>本文を72桁で折り返して送信する(&amp;W)</source>
+        <translation>&amp;Wrap the text at 72 columns when it is sent</translation>
+    </message>
+    <message>
+        <source>全角の文字は2桁です。引用した行とアドレスは折り返しません。</source>
+        <translation>Wide letters have 2 columns. Quoted lines and addresses are not wrapped.</translation>
+    </message>
+    <message>
+        <source>フォント(&amp;Z)</source>
+        <translation>Fonts (&amp;Z)</translation>
+    </message>
+    <message>
+        <source>一覧(&amp;L)</source>
+        <translation>&amp;List</translation>
+    </message>
+    <message>
+        <source>一覧の大きさ(&amp;I)</source>
+        <translation>S&amp;ize in the list</translation>
+    </message>
+    <message>
+        <source>メッセージ(&amp;M)</source>
+        <translation>&amp;Message</translation>
+    </message>
+    <message>
+        <source>メッセージの大きさ(&amp;E)</source>
+        <translation>Siz&amp;e of the message</translation>
+    </message>
+    <message>
+        <source>作成中の大きさ(&amp;N)</source>
+        <translation>Size while writi&amp;ng</translation>
+    </message>
+    <message>
+        <source> ポイント</source>
+        <translation> points</translation>
+    </message>
+    <message>
+        <source>デスクトップの通知に出す(&amp;G)</source>
+        <translation>Show a notification of the desktop (&amp;G)</translation>
+    </message>
+    <message>
+        <source>作成中の本文(&amp;W)</source>
+        <translation>Text being &amp;written</translation>
     </message>
     <message>
         <source>回復コードを表示(&amp;K)..</source>

@@ -40,7 +40,9 @@ bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
                               {u"after", request.after},
                               {u"parent", request.parent},
                               {u"new", request.isNew},
-                              {u"event", request.event}}));
+                              {u"event", request.event},
+                              {u"name", request.name},
+                              {u"condition", request.condition}}));
   return true;
 }
 

@@ -36,6 +36,8 @@ struct DialogRequest {
   QString after;
   QString parent;
   QString event;
+  QString name;       ///< of a new object
+  QString condition;  ///< a line that the window's list begins with
 };
 
 struct BrowserRequest {

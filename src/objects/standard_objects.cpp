@@ -128,6 +128,8 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},
                      {QStringLiteral("MessageNoticeDialog"), false},
+                     {QStringLiteral("MessageNoticeDesktop"), true},
+                     {QStringLiteral("MessageNoticeSoundAlone"), true},
                      {QStringLiteral("EditMode"), true},
                      {QStringLiteral("SubjectReplay"), QStringLiteral("Re")},
                      {QStringLiteral("SubjectForward"), QStringLiteral("Fw")},

@@ -44,6 +44,12 @@ qint64 MinuteBoundaries(const QDateTime& from, const QDateTime& to) {
          from.toMSecsSinceEpoch() / kMillisecondsPerMinute;
 }
 
+bool TellsOfNewMail(const Disk& settings) {
+  return settings.Flag(u"MessageNotice") &&
+         (settings.Flag(u"MessageNoticeDialog") || settings.Flag(u"MessageNoticeDesktop") ||
+          (settings.Flag(u"MessageNoticeSound") && settings.Flag(u"MessageNoticeSoundAlone")));
+}
+
 }  // namespace
 
 void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind db,
@@ -334,8 +340,7 @@ void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
   works_.erase(job.Text(kReceivingWork));
   const DiskPtr settings = Settings(context_);
   const QString messages = job.Text(u"messages");
-  if (!messages.isEmpty() && settings->Flag(u"MessageNotice") &&
-      settings->Flag(u"MessageNoticeDialog")) {
+  if (!messages.isEmpty() && TellsOfNewMail(*settings)) {
     auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
     request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
     request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));

@@ -60,6 +60,14 @@ std::optional<QString> ReceiveStopRules::FirstMatch(QByteArrayView header) const
   return std::nullopt;
 }
 
+QString SenderRule(const QString& address) {
+  QString pattern = kSenderHeader;
+  for (const QChar c : address) {
+    pattern += QStringLiteral("*?#[").contains(c) ? u'[' + QString(c) + u']' : QString(c);
+  }
+  return pattern;
+}
+
 bool StopsEverything(const QString& line) {
   const QString pattern = line.mid(line.indexOf(u':') + 1).trimmed();
   return pattern.contains(u'*') && pattern.count(u'*') + pattern.count(u'?') == pattern.size();

@@ -37,6 +37,9 @@ class ReceiveStopRules {
   std::vector<Rule> rules_;
 };
 
+/// The line of a rule that stops what one address sends.
+QString SenderRule(const QString& address);
+
 /// Whether a rule's line stops every message that has the header: its pattern is wildcards alone.
 bool StopsEverything(const QString& line);
 

@@ -29,7 +29,7 @@ PrivateUser::PrivateUser() {
     qputenv(folder, folder_.path().toUtf8());
   }
   for (const char* variable : {"LC_ALL", "LANG"}) qputenv(variable, "C.UTF-8");
-  qunsetenv("LANGUAGE");
+  for (const char* variable : {"LANGUAGE", "DBUS_SESSION_BUS_ADDRESS"}) qunsetenv(variable);
 }
 
 TestProfile::TestProfile(const QString& password) {

@@ -623,19 +623,29 @@ TEST_F(ReceiveTest, NewMailPostsANoticeWhenAskedTo) {
   AddMessages(2);
   profile_.AddAccount(server_.Port());
   const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
-  settings->Let(QStringLiteral("MessageNotice"), true);
-  settings->Let(QStringLiteral("MessageNoticeDialog"), true);
+  const auto set = [&](const QStringList& on) {
+    for (const char* key : {"", "Dialog", "Desktop", "Sound", "SoundAlone"}) {
+      settings->Let(QStringLiteral("MessageNotice") + QLatin1String(key),
+                    on.contains(QLatin1String(key)));
+    }
+  };
+  set({QString(), QStringLiteral("Dialog")});
   Receive();
   Receive();
   ASSERT_EQ(host_.requests.size(), 1);
   EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
-  for (const QString& key :
-       {QStringLiteral("MessageNotice"), QStringLiteral("MessageNoticeDialog")}) {
-    settings->Let(key, false);
-    server_.AddMessage(key.toLatin1(), "Subject: unannounced\r\n\r\n\r\n");
+  const std::pair<const char*, bool> cases[] = {{"Dialog,Desktop,Sound,SoundAlone", false},
+                                                {",Sound", false},
+                                                {",SoundAlone", false},
+                                                {",Desktop", true},
+                                                {",Sound,SoundAlone", true},
+                                                {",", false}};
+  for (const auto& [on, isTold] : cases) {
+    set(QString::fromLatin1(on).split(u','));
+    server_.AddMessage(on, "Subject: another\r\n\r\n\r\n");
+    host_.requests.clear();
     EXPECT_EQ(Receive().stored, 1);
-    EXPECT_EQ(host_.requests.size(), 1);
-    settings->Let(key, true);
+    EXPECT_EQ(host_.requests.size(), isTold ? 1 : 0) << on;
   }
 }
 

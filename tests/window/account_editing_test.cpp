@@ -8,11 +8,15 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTcpServer>
+#include <QTcpSocket>
 
+#include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
 #include "support/real_servers.h"
+#include "transfer/server_lookup.h"
 #include "window/editing_fixture.h"
 
 namespace vorn {
@@ -54,6 +58,123 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   EXPECT_EQ(account->Get(u"InMailServerProtocol"), QVariant(0));
   EXPECT_EQ(account->Get(u"Enabled"), QVariant(true));
   EXPECT_EQ(account->Text(u"Draw"), QStringLiteral("account"));
+}
+
+TEST_F(EditingTest, ServersAreProposedFromTheAddressAndNeverOverWhatWasTyped) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  const auto text = [&](const char16_t* name) { return Child<QLineEdit>(window, name).text(); };
+  auto& address = Child<QLineEdit>(window, u"txMailaddress");
+  auto& pages = Child<QTabWidget>(window, u"tsPage");
+  window.activateWindow();
+  ASSERT_TRUE(WaitFor([&] { return window.isActiveWindow(); }));
+  const auto type = [&](const char* typed) {
+    pages.setCurrentIndex(1);
+    address.setFocus();
+    address.clear();
+    Type(address, QString::fromLatin1(typed));
+    QTest::keyClick(&address, Qt::Key_Tab);
+  };
+  type("me@gmail.com");
+  EXPECT_EQ(text(u"txInMailServer"), QStringLiteral("pop.gmail.com"));
+  EXPECT_EQ(text(u"txInMailServerPort"), QStringLiteral("995"));
+  EXPECT_EQ(Child<QComboBox>(window, u"cbOutMailServerSecurity").currentIndex(), 2);
+  EXPECT_TRUE(Child<QCheckBox>(window, u"ckOutMailServerAuth").isChecked());
+  type("me@yahoo.co.jp");
+  EXPECT_EQ(text(u"txInMailServerUser"), QStringLiteral("me"));
+  type("me@example.org");  // of whose servers nothing is known
+  EXPECT_EQ(text(u"txInMailServer"), QString());
+  EXPECT_EQ(text(u"txInMailServerPort"), QStringLiteral("110"));
+  EXPECT_FALSE(Child<QCheckBox>(window, u"ckOutMailServerAuth").isChecked());
+
+  // The login of sending is the one of receiving, until it is another.
+  type("me@ocn.ne.jp");
+  auto& password = Child<QLineEdit>(window, u"txInMailServerPassword");
+  const auto look = [&] {
+    pages.setCurrentIndex(2);
+    pages.setCurrentIndex(3);
+  };
+  Type(password, QStringLiteral("first"));
+  look();
+  EXPECT_EQ(text(u"txOutMailServerUser"), QStringLiteral("me@ocn.ne.jp"));
+  EXPECT_EQ(text(u"txOutMailServerPassword"), QStringLiteral("first"));
+  password.setText(QStringLiteral("second"));
+  look();
+  EXPECT_EQ(text(u"txOutMailServerPassword"), QStringLiteral("second"));
+  Child<QLineEdit>(window, u"txOutMailServerPassword").setText(QStringLiteral("own"));
+  look();
+  EXPECT_EQ(text(u"txOutMailServerPassword"), QStringLiteral("own"));
+
+  pages.setCurrentIndex(2);
+  auto& server = Child<QLineEdit>(window, u"txInMailServer");
+  server.clear();
+  Type(server, QStringLiteral("mine.example"));
+  type("me@gmail.com");
+  EXPECT_EQ(text(u"txInMailServer"), QStringLiteral("mine.example"));
+  EXPECT_EQ(text(u"txOutMailServer"), QStringLiteral("smtp.ocn.ne.jp"));
+
+  // A stored account is left as it is.
+  Child<QLineEdit>(window, u"txObject").setText(QStringLiteral("a"));
+  PressOk();
+  ASSERT_EQ(Error(), QString());
+  const QString serialId = window.Tag();
+  for (const QString& key :
+       {QStringLiteral("InMailServer"), QStringLiteral("InMailServerUser"),
+        QStringLiteral("OutMailServer"), QStringLiteral("OutMailServerUser")}) {
+    LoadObject(context(), serialId)->Let(key, QString());
+  }
+  ObjectsWindow& again = Open(object_type::kAccount, serialId);
+  Child<QTabWidget>(again, u"tsPage").setCurrentIndex(1);
+  again.activateWindow();
+  ASSERT_TRUE(WaitFor([&] { return again.isActiveWindow(); }));
+  Child<QLineEdit>(again, u"txMailaddress").setFocus();
+  QTest::keyClick(&Child<QLineEdit>(again, u"txMailaddress"), Qt::Key_Tab);
+  EXPECT_EQ(Child<QLineEdit>(again, u"txInMailServer").text(), QString());
+}
+
+TEST_F(EditingTest, ServersAreAskedForByTheButtonAloneWhichCancelsToo) {
+  QTcpServer web;
+  ASSERT_TRUE(web.listen(QHostAddress::LocalHost));
+  int asked = 0;
+  QByteArray answer = "HTTP/1.0 404 No\r\n\r\n";
+  QObject::connect(&web, &QTcpServer::newConnection, &web, [&] {
+    QTcpSocket* socket = web.nextPendingConnection();
+    QObject::connect(socket, &QTcpSocket::readyRead, socket, [&asked, &answer, socket] {
+      ++asked;
+      socket->write(answer);
+      if (!answer.isEmpty()) socket->disconnectFromHost();
+    });
+  });
+  ObjectsWindow& window = Open(object_type::kAccount);
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
+  window.findChild<ServerLookup*>()->AskOnly(
+      {QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(web.serverPort()))});
+  Child<QLineEdit>(window, u"txMailaddress").setText(QStringLiteral("me@example.org"));
+  auto& find = Child<QPushButton>(window, u"cmFindServers");
+  const auto& result = Child<QLabel>(window, u"lbFindServers");
+  const QString caption = find.text();
+  test::RunFor(100);
+  EXPECT_EQ(asked, 0);
+  Press(find);
+  EXPECT_NE(find.text(), caption);
+  ASSERT_TRUE(WaitFor([&] { return find.text() == caption; }));
+  EXPECT_TRUE(result.text().contains(QStringLiteral("見つかりません")));
+
+  answer.clear();  // it says nothing
+  Press(find);
+  ASSERT_TRUE(WaitFor([&] { return asked == 2; }));
+  Press(find);
+  EXPECT_EQ(find.text(), caption);
+  EXPECT_EQ(result.text(), QString());
+
+  answer =
+      "HTTP/1.0 200 OK\r\n\r\n<c><incomingServer type=\"pop3\"><hostname>p.example.org</hostname>"
+      "<port>995</port><socketType>SSL</socketType><username>%EMAILADDRESS%</username>"
+      "<authentication>plain</authentication></incomingServer></c>";
+  Press(find);
+  ASSERT_TRUE(WaitFor([&] { return find.text() == caption; }));
+  EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServer").text(), QStringLiteral("p.example.org"));
+  EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerUser").text(),
+            QStringLiteral("me@example.org"));
 }
 
 TEST_F(EditingTest, AnAccountMayOnlySend) {

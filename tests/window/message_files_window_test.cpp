@@ -129,6 +129,45 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
   EXPECT_TRUE(Gone());
 }
 
+// A single one is asked about once, and each kind of dialog begins where it ended last.
+TEST_F(MessageWindowTest, FileDialogsRememberTheirFolder) {
+  const QString out = folder_.filePath(QStringLiteral("out"));
+  const QString away = folder_.filePath(QStringLiteral("away"));
+  const QString last = folder_.filePath(QStringLiteral("last"));
+  for (const QString& folder : {out, away, last}) QDir().mkpath(folder);
+  QStringList begun;
+  const auto save = [&](const QString& into) {
+    MessageWindow& window = OpenStored(
+        "From: a@example.jp\r\nSubject: s\r\nContent-Type: text/x-note; name=\"n.txt\"\r\n"
+        "Content-Disposition: attachment\r\n\r\nnote\r\n",
+        4);
+    const auto choose = [&](const QString& suffix) {
+      return [&begun, into, suffix](QFileDialog& dialog) {
+        begun.append(dialog.directory().dirName() + suffix);
+        dialog.setDirectory(into);
+        QMetaObject::invokeMethod(&dialog, "accept");
+      };
+    };
+    EXPECT_TRUE(InModal<QFileDialog>(
+        [&] { Menu(window, u"menuEditsAttachments").actions()[0]->trigger(); }, choose({})));
+    if (into != away) {
+      EXPECT_TRUE(InModal<QFileDialog>([&] { Menu(window, u"menuFiles").actions()[4]->trigger(); },
+                                       choose(QStringLiteral(" eml"))));
+    }
+    window.close();
+    EXPECT_TRUE(Gone());
+  };
+  const QString cwd = QDir::current().dirName();
+  save(out);
+  save(away);
+  EXPECT_TRUE(QFile::exists(out + QStringLiteral("/n.txt")));
+  EXPECT_TRUE(QFile::exists(away + QStringLiteral("/n.txt")));
+  EXPECT_TRUE(QDir(away).removeRecursively());
+  save(last);  // the remembered one is gone
+  EXPECT_EQ(begun, (QStringList{cwd, cwd + QStringLiteral(" eml"), QStringLiteral("out"), cwd,
+                                QStringLiteral("out eml")}));
+}
+
 TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndByDropping) {
   MessageWindow& window = New();
   auto& list = Child<AttachmentList>(window, u"lvClip");

@@ -255,7 +255,8 @@ TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {
   press(u"tb_dust");
   ASSERT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("会議 1")); }));
 
-  Entry(u"menuHelps", QStringLiteral("使い方"))->trigger();
+  EXPECT_EQ(Entry(u"menuHelps", QStringLiteral("使い方"))->shortcut(), QKeySequence(Qt::Key_F1));
+  QTest::keyClick(program_->Parent(), Qt::Key_Slash, Qt::ControlModifier);
   EXPECT_TRUE(WaitFor([this] {
     for (auto* browser : program_->Parent()->findChildren<BrowserWindow*>()) {
       if (browser->windowTitle() == u"使い方") return browser->isVisible();

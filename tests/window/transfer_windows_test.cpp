@@ -13,10 +13,16 @@
 #include <QTreeWidget>
 #include <algorithm>
 
+#include "mail/codec/flag_string.h"
+#include "mail/message_rows.h"
 #include "mail/window/message_window.h"
+#include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/window/condition_editor.h"
+#include "objects/window/objects_window.h"
 #include "storage/databases.h"
+#include "support/fake_notifications.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
 #include "window/program_fixture.h"
@@ -217,17 +223,135 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
   // Many at once are opened after another word.
-  for (int i = 0; i < 11; ++i) {
+  for (int i = 0; i < 6; ++i) {
     server_.AddMessage("many" + QByteArray::number(i), "Subject: many\r\n\r\n\r\n");
   }
   box = question();
   ASSERT_NE(box, nullptr);
   EXPECT_TRUE(InModal<QMessageBox>([box] { box->button(QMessageBox::Ok)->click(); },
                                    [](QMessageBox& many) {
-                                     EXPECT_TRUE(many.text().contains(u"11"));
+                                     EXPECT_TRUE(many.text().contains(u"6"));
                                      many.button(QMessageBox::Cancel)->click();
                                    }));
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
+}
+
+TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
+  test::FakeNotifications desktop;
+  QFile sound(folder_.filePath(QStringLiteral("notice.wav")));
+  ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
+  sound.close();
+  Begin({{u"MessageNoticeSound", true},
+         {u"MessageNoticeSoundAlone", false},
+         {u"MessageNoticeSoundFile", sound.fileName()}});
+  const auto& player = *program_->Parent()->findChild<QSoundEffect*>(QStringLiteral("mmSound"));
+  const auto told = [&](const QByteArray& name, const QByteArray& header) {
+    server_.AddMessage(name, header + "\r\n\r\n\r\n");
+    const qsizetype before = desktop.Told.size();
+    Receive();
+    EXPECT_TRUE(WaitFor([&] { return desktop.Told.size() > before; }));
+    test::RunFor(100);  // its answer
+    return desktop.Told.isEmpty() ? test::FakeNotifications::Shown() : desktop.Told.last();
+  };
+  const auto count = [this](const std::function<bool(const Recordset&)>& counts) {
+    const OpenedDatabase mail(Context(), DatabaseKind::Mail);
+    int number = 0;
+    for (const RecordsetPtr rows = MessageRows(Context().Data).All(); !rows->Eof();
+         rows->MoveNext()) {
+      if (counts(*rows)) ++number;
+    }
+    return number;
+  };
+  const auto isOpened = [](const Recordset& row) {
+    return GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QString()) == u"0";
+  };
+  const auto isDust = [](const Recordset& row) { return row.Fields(u"STATUS").toInt() < 0; };
+  const auto first = told("one", "From: A & B <a@x.example>\r\nSubject: <i>one</i>");
+  EXPECT_EQ(first.summary, QStringLiteral("A & B"));
+  EXPECT_EQ(first.body, QStringLiteral("&lt;i&gt;one&lt;/i&gt;"));
+  EXPECT_EQ(TopLevel<QMessageBox>(), nullptr);
+  EXPECT_TRUE(player.source().isEmpty());
+
+  Settings(Context())->Let(QStringLiteral("MessageNoticeSoundAlone"), true);
+  const auto second = told("two", "From: c@x.example\r\nSubject: two");
+  EXPECT_EQ(second.replaces, first.id);
+  EXPECT_TRUE(second.summary.contains(u'2'));
+  EXPECT_EQ(second.body, QStringLiteral("A &amp; B\nc@x.example"));
+  EXPECT_EQ(player.source().toLocalFile(), sound.fileName());
+  desktop.Choose(second.id, QStringLiteral("read"));
+  EXPECT_TRUE(WaitFor([&] { return count(isOpened) == 2; }));
+
+  // What was dealt with is not told of again.
+  const auto third = told("three", "From: d@x.example\r\nSubject: three");
+  EXPECT_EQ(third.body, QStringLiteral("three"));
+  desktop.Choose(third.id, QStringLiteral("dust"));
+  EXPECT_TRUE(WaitFor([&] { return count(isDust) == 1; }));
+
+  const auto fourth = told("four", "From: e@x.example\r\nSubject: four");
+  desktop.Choose(fourth.id, QStringLiteral("default"));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(Child<QLineEdit>(*TopLevel<MessageWindow>(), u"txSubject").text(),
+            QStringLiteral("four"));
+  TopLevel<MessageWindow>()->close();
+
+  Settings(Context())->Let(QStringLiteral("MessageNoticeDesktop"), false);
+  server_.AddMessage("five", "Subject: five\r\n\r\n\r\n");
+  Receive();
+  test::RunFor(300);
+  EXPECT_EQ(desktop.Told.size(), 4);
+}
+
+TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
+  server_.AddMessage(
+      "u1",
+      "From: =?UTF-8?B?5L2Q6Jek?= <a#b@x.example>\r\nTo: All@list.example\r\nSubject: s\r\n"
+      "List-Post: <mailto:all@list.example>\r\n\r\n\r\n");
+  Begin({});
+  Receive();
+  FocusPage();
+  QTest::keyClick(View()->focusProxy(), Qt::Key_Down);
+  ASSERT_TRUE(WaitFor([this] { return !Chosen().isEmpty(); }));
+  const auto run = [this](const char* command) {
+    return [this, command] {
+      Browser()->findChild<QAction*>(QLatin1String("cmd_") + QLatin1String(command))->trigger();
+    };
+  };
+  const auto rules = [this] {
+    const DiskPtr bag = LoadObject(Context(), fixed_serial::kRules);
+    return bag == nullptr ? QString() : bag->Text(u"ReceiveStop");
+  };
+  for (const char16_t* end : {u"cmCancel", u"cmOk"}) {
+    EXPECT_TRUE(InModal<RuleWindow>(run("stop"), [end](RuleWindow& window) {
+      auto& list = Child<QTableWidget>(window, u"lvReceiveStop");
+      EXPECT_EQ(Lines(list),
+                (QStringList{QStringLiteral("from:a[#]b@x.example"), QStringLiteral("($追加)")}));
+      EXPECT_EQ(list.currentRow(), 0);
+      test::Press(Child<QPushButton>(window, end));
+    }));
+    EXPECT_EQ(rules().isEmpty(), QStringView(end) == u"cmCancel");
+  }
+  const qsizetype objects = Context().Objects.Count();
+  EXPECT_TRUE(InModal<ObjectsWindow>(run("gather"), [](ObjectsWindow& window) {
+    EXPECT_EQ(Child<QLineEdit>(window, u"txObject").text(), QStringLiteral("all@list.example"));
+    auto& list = Child<ConditionEditor>(window, u"lvCondition");
+    EXPECT_TRUE(list.Line(0).endsWith(QStringLiteral("all@list.example")));
+    test::Press(Child<QPushButton>(window, u"cmCancel"));
+  }));
+  EXPECT_EQ(Context().Objects.Count(), objects);
+
+  // The message's own window offers the same.
+  run("open")();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  QAction* entry =
+      Entry(TopLevel<MessageWindow>()->findChild<QMenu*>(QStringLiteral("menuFilesMessages")),
+            QStringLiteral("このようなメールを受信しない"));
+  EXPECT_TRUE(InModal<RuleWindow>(
+      [entry] { entry->trigger(); },
+      [](RuleWindow& window) {
+        EXPECT_EQ(Child<QTableWidget>(window, u"lvReceiveStop").rowCount(), 2) << "it is there";
+        test::Press(Child<QPushButton>(window, u"cmCancel"));
+      }));
+  TopLevel<MessageWindow>()->close();
 }
 
 TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgram) {

@@ -1,7 +1,6 @@
 #include "auxiliary/window/console_window.h"
 
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
@@ -18,6 +17,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
@@ -179,9 +179,9 @@ QVariant ConsoleWindow::Answer() const {
 void ConsoleWindow::cmOk_Click() {
   QVariant answer = Answer();
   if (!request_->Text(u"Folder").isEmpty() && !answer.toString().isEmpty()) {
-    const QString folder =
-        QFileDialog::getExistingDirectory(this, Ui::tr("フォルダの選択") + QStringLiteral(" - ") +
-                                                    Ui::tr("フォルダを選択してください。"));
+    const QString folder = AskFolder(
+        context_, this, FileTask::SaveAttachment,
+        Ui::tr("フォルダの選択") + QStringLiteral(" - ") + Ui::tr("フォルダを選択してください。"));
     if (!folder.isEmpty()) answer = QString(answer.toString() + kLineBreak + folder);
   }
   context_.Session->Let(kStatus, answer);

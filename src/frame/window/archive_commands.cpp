@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
@@ -14,6 +13,7 @@
 #include "mail/archive/import_messages.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 #include "transfer/mail_traffic.h"
 
 namespace vorn {
@@ -80,14 +80,13 @@ QList<FormatChoice> Formats() {
 }  // namespace
 
 void ArchiveCommands::ImportFiles() {
-  Import(QFileDialog::getOpenFileNames(
-      &window_, Ui::tr("メッセージの取り込み"), QString(),
-      Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")));
+  Import(AskFilesToOpen(context_, &window_, FileTask::Import, Ui::tr("メッセージの取り込み"),
+                        Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")));
 }
 
 void ArchiveCommands::ImportFolder() {
-  const QString folder = QFileDialog::getExistingDirectory(
-      &window_, Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
+  const QString folder = AskFolder(context_, &window_, FileTask::Import,
+                                   Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
   if (!folder.isEmpty()) Import({folder});
 }
 
@@ -133,9 +132,9 @@ void ArchiveCommands::Export(const QString& folder, const QString& name) {
   QStringList filters;
   for (const FormatChoice& choice : Formats()) filters.append(choice.filter);
   QString filter;
-  QString path =
-      QFileDialog::getSaveFileName(&window_, Ui::tr("フォルダ「%1」の書き出し").arg(name), name,
-                                   filters.join(QStringLiteral(";;")), &filter);
+  QString path = AskFileToSave(context_, &window_, FileTask::Export,
+                               Ui::tr("フォルダ「%1」の書き出し").arg(name), name,
+                               filters.join(QStringLiteral(";;")), &filter);
   if (path.isEmpty()) return;
   const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
   // The dialog asked about the name as it was typed.

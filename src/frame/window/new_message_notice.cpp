@@ -1,34 +1,151 @@
 #include "frame/window/new_message_notice.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSoundEffect>
+#include <QTimer>
 #include <QUrl>
 
 #include "kit/window/plain_text.h"
+#include "mail/codec/address.h"
+#include "mail/codec/flag_string.h"
+#include "mail/message_rows.h"
+#include "objects/object_types.h"
 #include "objects/settings.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr const char* kMessages = "messages";
-constexpr qsizetype kMostUnasked = 10;
+const QString kOpen = QStringLiteral("open");
+const QString kDust = QStringLiteral("dust");
+const QString kRead = QStringLiteral("read");
+constexpr qsizetype kMostUnasked = 5;
+constexpr qsizetype kMostNamed = 3;
+constexpr qsizetype kMostRemembered = 100;
+constexpr int kFreeMs = 200;
+
+struct Letter {
+  QString sender;
+  QString subject;
+};
+
+QString SenderIn(const QString& addressLines) {
+  for (const QString& line : addressLines.split(kLineBreak)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
+    return entry.displayName.isEmpty() ? entry.address : entry.displayName;
+  }
+  return kUnknownAddress;
+}
+
+// Of one that cannot be read nothing is said.
+QList<Letter> ReadLetters(Context& context, const QStringList& messages) {
+  QList<Letter> letters;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return letters;
+  for (const QString& message : messages) {
+    const RecordsetPtr row = MessageRows(context.Data).Of(message);
+    if (row == nullptr || row->Eof()) continue;
+    letters.append({ShownText(SenderIn(row->Fields(u"FIELD_MAILADDRESS").toString()), kMostInTitle),
+                    ShownText(row->Fields(u"FIELD_SUBJECT").toString(), kMostInTitle)});
+  }
+  return letters;
+}
+
+QStringList Unopened(Context& context, const QStringList& messages) {
+  QStringList unopened;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  for (const QString& message : messages) {
+    const RecordsetPtr row = mail ? MessageRows(context.Data).Of(message) : nullptr;
+    if (row == nullptr || row->Eof()) continue;
+    const bool isThere = row->Fields(u"STATUS").toInt() > 0;  // and not in the dust bin
+    const QString flags = row->Fields(u"FIELD_FLAG").toString();
+    if (isThere && GetFlagChar(flags, kFlagNew, QStringLiteral("0")) != u"0") {
+      unopened.append(message);
+    }
+  }
+  return unopened;
+}
+
+Notification NotificationOf(Context& context, const QStringList& messages) {
+  const QList<Letter> letters =
+      ReadLetters(context, messages.first(qMin(messages.size(), kMostNamed)));
+  Notification notification;
+  notification.about = messages;
+  notification.actions = {QStringLiteral("default"),
+                          Ui::tr("開く"),
+                          kOpen,
+                          Ui::tr("開く"),
+                          kDust,
+                          Ui::tr("くずかご"),
+                          kRead,
+                          Ui::tr("開封済みにする")};
+  if (messages.size() == 1 && letters.size() == 1) {
+    notification.summary = letters[0].sender;
+    notification.body = letters[0].subject;
+    return notification;
+  }
+  notification.summary = Ui::tr("新着メッセージ %1通").arg(messages.size());
+  QStringList senders;
+  for (const Letter& letter : letters) senders.append(letter.sender);
+  senders.removeDuplicates();
+  notification.body = senders.join(QStringLiteral("\n"));
+  if (messages.size() > kMostNamed) {
+    notification.body +=
+        QStringLiteral("\n") + Ui::tr("ほか%1通").arg(messages.size() - kMostNamed);
+  }
+  return notification;
+}
 
 }  // namespace
 
 NewMessageNotice::NewMessageNotice(Context& context, QWidget& window,
-                                   std::function<void(const QString&)> open)
+                                   std::function<void(const QString&)> open,
+                                   std::function<void(MessageAction, const QStringList&)> act)
     : context_(context),
       window_(window),
       open_(std::move(open)),
-      mmSound_(new QSoundEffect(&window)) {
+      act_(std::move(act)),
+      mmSound_(new QSoundEffect(&window)),
+      desktop_(QStringLiteral("vorn")) {
   mmSound_->setObjectName(QStringLiteral("mmSound"));
+  connect(&desktop_, &NotificationService::Chosen, this, &NewMessageNotice::Chosen);
+  connect(&desktop_, &NotificationService::Gone, this, [this](const QStringList& about) {
+    notified_.removeIf([&](const QString& message) { return about.contains(message); });
+  });
 }
 
 void NewMessageNotice::Tell(const QStringList& messages) {
-  if (Settings(context_)->Flag(u"MessageNoticeDialog")) Ask(messages);
-  PlaySound();
+  const DiskPtr settings = Settings(context_);
+  const bool asks = settings->Flag(u"MessageNoticeDialog");
+  if (asks) Ask(messages);
+  if (settings->Flag(u"MessageNoticeDesktop")) Notify(messages);
+  if (asks || settings->Flag(u"MessageNoticeSoundAlone")) PlaySound();
+}
+
+// What the user has not dealt with is told of once more beside what came now.
+void NewMessageNotice::Notify(const QStringList& messages) {
+  if (notified_.size() > kMostRemembered) notified_.clear();
+  notified_ = Unopened(context_, notified_) + messages;
+  desktop_.Show(NotificationOf(context_, notified_));
+}
+
+// A choice is not lost while a question of the program waits for its answer.
+void NewMessageNotice::Chosen(const QString& action, const QStringList& messages) {
+  notified_.removeIf([&](const QString& message) { return messages.contains(message); });
+  if (QApplication::activeModalWidget() != nullptr) {
+    QTimer::singleShot(kFreeMs, this, [this, action, messages] { Chosen(action, messages); });
+  } else if (action == kDust) {
+    act_(MessageAction::ToDust, messages);
+  } else if (action == kRead) {
+    act_(MessageAction::MarkOpened, messages);
+  } else {
+    Open(messages);
+  }
 }
 
 // The question waits beside what the user is doing: keys that are being typed are not its answer.

@@ -75,7 +75,8 @@ void ParentWindow::BuildHelpMenu() {
   QMenu* help = menuBar()->addMenu(Ui::tr("ヘルプ(&H)"));
   help->setObjectName(QStringLiteral("menuHelps"));
   help->addAction(Ui::tr("使い方(&G)"), this, &ParentWindow::ShowGuide)
-      ->setShortcut(QKeySequence::HelpContents);
+      ->setShortcuts(
+          {QKeySequence(QKeySequence::HelpContents), QKeySequence(Qt::CTRL | Qt::Key_Slash)});
   help->addSeparator();
   help->addAction(version_);
 }

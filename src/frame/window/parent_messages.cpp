@@ -2,13 +2,21 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMessageBox>
 
 #include "frame/window/parent_window.h"
+#include "kit/window/plain_text.h"
+#include "mail/message_likeness.h"
+#include "mail/message_rows.h"
 #include "objects/object_types.h"
+#include "objects/search_condition.h"
 #include "objects/settings.h"
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+#include "transfer/receive_stop_rules.h"
 
 namespace vorn {
 
@@ -58,6 +66,35 @@ QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
   return neighbour;
+}
+
+void ParentWindow::MakeRule(const QString& serialId, bool stops) {
+  MessageLikeness likeness;
+  {
+    const OpenedDatabase mail(context_, DatabaseKind::Mail);
+    const RecordsetPtr row = mail ? MessageRows(context_.Data).Of(serialId) : nullptr;
+    if (row == nullptr || row->Eof()) {
+      ShowBox(this, QMessageBox::Critical,
+              Ui::tr("メッセージを読み込めません。") + context_.Data.LastError().text);
+      return;
+    }
+    likeness = LikenessOf(row->Fields(u"FIELD_MAILADDRESS").toString(),
+                          row->Fields(u"MAIL").toByteArray());
+  }
+  if ((stops ? likeness.sender : likeness.gathering).isEmpty()) {
+    ShowBox(this, QMessageBox::Information, Ui::tr("送信者のメールアドレスがありません。"));
+    return;
+  }
+  DialogRequest request;
+  request.status = stops ? fixed_serial::kRules : object_type::kFolder;
+  request.serialId = stops ? fixed_serial::kRules : QString();
+  request.isNew = !stops;
+  request.name = likeness.name;
+  request.condition =
+      stops ? SenderRule(likeness.sender)
+            : FormatConditionLine(
+                  {ConditionLine::Kind::MailAddress, false, false, {likeness.gathering}});
+  queue_.PostDialogRequest(request);
 }
 
 BrowserWindow* ParentWindow::NamedWindow(const QString& name, const BrowserWindow* asking) {

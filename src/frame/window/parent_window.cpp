@@ -64,7 +64,11 @@ ParentWindow::ParentWindow(Context& context)
       unseen_(new QWidget(this)),
       splitter_(new QSplitter),
       unread_(context, *tvConsole_, [this] { return traffic_.Control().Busy(); }),
-      notice_(context, *this, [this](const QString& serialId) { OpenMessage(0, serialId, false); }),
+      notice_(
+          context, *this, [this](const QString& serialId) { OpenMessage(0, serialId, false); },
+          [this](MessageAction action, const QStringList& messages) {
+            actions_.Act(action, messages, QString());
+          }),
       damage_(context, *this,
               [this](const QString& sentence) {
                 AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
@@ -390,6 +394,8 @@ void ParentWindow::ApplySettings() {
   tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
                                   ? Qt::ToolButtonIconOnly
                                   : Qt::ToolButtonTextBesideIcon);
+  profiles_.UseFont(Settings(context_)->Text(u"ListFont"),
+                    Settings(context_)->Number(u"ListFontSize"));
   for (auto* browser : area_->findChildren<BrowserWindow*>()) {
     browser->ControlToolbarUpdate();
     if (browser->IsLocal()) browser->Refresh();  // how many rows a page has, and how they are shown

@@ -105,6 +105,7 @@ class ParentWindow : public QMainWindow,
   void PostMail(const MailRequest& request) override { queue_.PostMailRequest(request); }
   void PrintPageFile(const QString& path) override;
   QString NeighbourMessage(const QString& serialId, int step) override;
+  void MakeRule(const QString& serialId, bool stops) override;
   bool IsClosing() const override { return closing_; }
   void MessageStored() override { foldersChanged_ = true; }
 

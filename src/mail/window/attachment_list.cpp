@@ -5,7 +5,6 @@
 #include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileIconProvider>
 #include <QImage>
 #include <QMenu>
@@ -25,6 +24,7 @@
 #include "storage/file_origin.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
@@ -191,19 +191,20 @@ QString AttachmentList::WorkingPath(const QString& name) {
 }
 
 void AttachmentList::AddByDialog() {
-  const QStringList paths = QFileDialog::getOpenFileNames(this, Ui::tr("添付ファイルの選択"),
-                                                          QString(), Ui::tr("全てのファイル (*)"));
+  const QStringList paths = AskFilesToOpen(
+      context_, this, FileTask::Attach, Ui::tr("添付ファイルの選択"), Ui::tr("全てのファイル (*)"));
   if (!paths.isEmpty()) AddFiles(paths);
 }
 
 void AttachmentList::SaveByDialog() {
   if (attachments_.empty()) return;
+  if (attachments_.size() == 1) return SaveOne(attachments_.front());
   QStringList entries;
   QStringList highlighted;
   for (size_t i = 0; i < attachments_.size(); ++i) {
     const QListWidgetItem* shown = item(static_cast<int>(i));
     const bool isChosen = shown != nullptr && shown->isSelected();
-    if (isChosen || attachments_.size() == 1) highlighted.append(QString::number(i));
+    if (isChosen) highlighted.append(QString::number(i));
     // "@" separates the fields of an entry.
     QString name = attachments_[i].name;
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
@@ -218,15 +219,15 @@ void AttachmentList::SaveByDialog() {
   if (chosen.size() == 1) {
     SaveOne(attachments_[static_cast<size_t>(chosen[0])]);
   } else if (chosen.size() > 1) {
-    const QString folder =
-        QFileDialog::getExistingDirectory(this, Ui::tr("添付ファイルを保存するフォルダ"));
+    const QString folder = AskFolder(context_, this, FileTask::SaveAttachment,
+                                     Ui::tr("添付ファイルを保存するフォルダ"));
     if (!folder.isEmpty()) SaveInto(folder, chosen);
   }
 }
 
 void AttachmentList::SaveOne(const ModelAttachment& attachment) {
-  const QString path = QFileDialog::getSaveFileName(this, Ui::tr("添付ファイルの保存"),
-                                                    SafeFileName(attachment.name));
+  const QString path = AskFileToSave(context_, this, FileTask::SaveAttachment,
+                                     Ui::tr("添付ファイルの保存"), SafeFileName(attachment.name));
   if (!path.isEmpty()) WriteTo(path, attachment);
 }
 

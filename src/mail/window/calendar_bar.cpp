@@ -1,6 +1,5 @@
 #include "mail/window/calendar_bar.h"
 
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
@@ -11,6 +10,7 @@
 #include "mail/attachment_files.h"
 #include "mail/codec/calendar_summary.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 
@@ -33,7 +33,8 @@ QString AnswerText(InvitationAnswer answer) {
   return AnswerWords(answer) + Ui::tr("。") + u'\n';
 }
 
-CalendarBar::CalendarBar(QWidget* parent) : QFrame(parent), label_(PlainLabel()) {
+CalendarBar::CalendarBar(Context& context, QWidget* parent)
+    : QFrame(parent), context_(context), label_(PlainLabel()) {
   setObjectName(QStringLiteral("frCalendar"));
   setFrameShape(QFrame::StyledPanel);
   new QHBoxLayout(this);
@@ -117,10 +118,10 @@ void CalendarBar::Check(InvitationAnswer answer) {
 
 void CalendarBar::Save() {
   const QString name = invitation_ ? invitation_->summary : QString();
-  const QString path = QFileDialog::getSaveFileName(
-      this, Ui::tr("カレンダー用に保存"),
-      SafeFileName(name.isEmpty() ? Ui::tr("予定") : name) + QStringLiteral(".ics"),
-      Ui::tr("予定のファイル (*.ics)"));
+  const QString path =
+      AskFileToSave(context_, this, FileTask::SaveCalendar, Ui::tr("カレンダー用に保存"),
+                    SafeFileName(name.isEmpty() ? Ui::tr("予定") : name) + QStringLiteral(".ics"),
+                    Ui::tr("予定のファイル (*.ics)"));
   if (path.isEmpty()) return;
   const QByteArray bytes = calendar_.toUtf8();
   QSaveFile file(path);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "mail/codec/invitation.h"
+#include "storage/context.h"
 
 class QLabel;
 
@@ -16,7 +17,7 @@ class CalendarBar : public QFrame {
   Q_OBJECT
 
  public:
-  explicit CalendarBar(QWidget* parent = nullptr);
+  explicit CalendarBar(Context& context, QWidget* parent = nullptr);
   /// Of a received message. Hidden when `calendar` is empty or holds no appointment.
   void Show(const QString& calendar);
   /// Of a message that answers an invitation: the answer that goes along, which can be changed
@@ -35,6 +36,7 @@ class CalendarBar : public QFrame {
   void Check(InvitationAnswer answer);
   void Save();
 
+  Context& context_;
   QLabel* label_;
   QList<QPushButton*> answers_;  // in the order of `InvitationAnswer`
   QPushButton* save_;

@@ -1,13 +1,17 @@
 #include "mail/window/message_body.h"
 
 #include <QFontDatabase>
+#include <QLabel>
 #include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTextBlock>
 #include <QVBoxLayout>
 #include <cmath>
 
 #include "kit/window/open_outside.h"
+#include "kit/window/plain_text.h"
+#include "mail/codec/line_wrapping.h"
 #include "mail/window/find_bar.h"
 #include "mail/window/html_view.h"
 #include "storage/ui.h"
@@ -17,6 +21,8 @@ namespace {
 
 constexpr double kZoomStep = 1.1;
 constexpr int kHtmlTab = 1;
+constexpr int kLineMargin = 6;
+constexpr int kLongestLine = 4000;  // what is longer is no line that anybody reads
 
 }  // namespace
 
@@ -24,11 +30,18 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
     : htmlName_(std::move(htmlName)),
       tsBody_(new QTabWidget),
       txMemo_(new MemoBox(std::move(taker))),
+      lbLine_(PlainLabel()),
       htmlPage_(new QWidget),
       find_(new FindBar) {
   txMemo_->setObjectName(QStringLiteral("txMemo"));
   txMemo_->setAccessibleName(Ui::tr("本文"));
-  txMemo_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  UseFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  lbLine_->setObjectName(QStringLiteral("lbLine"));
+  lbLine_->setAlignment(Qt::AlignRight);
+  lbLine_->setContentsMargins(kLineMargin, 0, kLineMargin, 0);
+  lbLine_->hide();
+  connect(txMemo_, &QPlainTextEdit::cursorPositionChanged, this, &MessageBody::ShowLine);
+  connect(txMemo_, &QPlainTextEdit::textChanged, this, &MessageBody::ShowLine);
   auto* htmlLayout = new QVBoxLayout(htmlPage_);
   htmlLayout->setContentsMargins(0, 0, 0, 0);
   connect(txMemo_, &MemoBox::LinkClicked, this, [this](const QUrl& url) {
@@ -50,6 +63,7 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(tsBody_, 1);
+  layout->addWidget(lbLine_);
   layout->addWidget(find_);
 }
 
@@ -61,6 +75,7 @@ void MessageBody::Show(const QString& text, bool editable, std::function<QString
                                        ? Qt::TextEditorInteraction
                                        : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   txMemo_->setPlainText(text);
+  lbLine_->setVisible(editable);
   tsBody_->setCurrentIndex(0);
   const bool hasHtml = static_cast<bool>(html_);
   // Made before the window is shown: the first one would make the system's window anew.
@@ -94,6 +109,22 @@ void MessageBody::MakeHtmlView() {
 void MessageBody::ShowHtml() {
   MakeHtmlView();
   if (html_) wbHtml_->Show(html_());
+}
+
+void MessageBody::ShowLine() {
+  if (txMemo_->isReadOnly()) return;
+  const QTextBlock block = txMemo_->textCursor().block();
+  if (block.length() > kLongestLine) return lbLine_->clear();
+  const QString line = block.text();
+  const auto letters = line.toUcs4().size();
+  lbLine_->setText(Ui::tr("この行は%1文字、%2桁").arg(letters).arg(ColumnsOf(line)));
+}
+
+void MessageBody::UseFont(const QFont& font) {
+  if (font == font_) return;
+  font_ = font;
+  txMemo_->setFont(font);
+  txMemo_->zoomIn(zoom_);
 }
 
 void MessageBody::ZoomBy(int steps) {

@@ -5,6 +5,7 @@
 
 #include "mail/window/memo_box.h"
 
+class QLabel;
 class QTabWidget;
 
 namespace vorn {
@@ -13,7 +14,8 @@ class FindBar;
 class HtmlView;
 
 /// The body of a message in its window: the text, the HTML part in a tab beside it, and the line
-/// that finds in whichever is in front.
+/// that finds in whichever is in front. While it is written, the length of the line with the
+/// cursor stands below.
 class MessageBody : public QWidget {
   Q_OBJECT
 
@@ -37,6 +39,8 @@ class MessageBody : public QWidget {
   void OpenFind();
   void ZoomBy(int steps);
   void ZoomBack() { ZoomBy(-zoom_); }
+  /// Shows the text in a font, to which the zoom is added.
+  void UseFont(const QFont& font);
 
  Q_SIGNALS:
   /// A message to a "mailto:" address is wanted.
@@ -44,6 +48,7 @@ class MessageBody : public QWidget {
 
  private:
   void MakeHtmlView();
+  void ShowLine();
   void ShowHtml();
   void Find(const QString& text, bool backward);
   bool FindInText(const QString& text, bool backward);
@@ -52,9 +57,11 @@ class MessageBody : public QWidget {
   QString htmlName_;
   QTabWidget* tsBody_;
   MemoBox* txMemo_;
+  QLabel* lbLine_;
   QWidget* htmlPage_;
   HtmlView* wbHtml_ = nullptr;  // made for the first message that has a part for it
   FindBar* find_;
+  QFont font_;
   int zoom_ = 0;
 };
 

@@ -1,7 +1,6 @@
 // The message window's commands.
 
 #include <QDialog>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -37,6 +36,7 @@
 #include "storage/databases.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
@@ -268,9 +268,10 @@ void MessageWindow::SaveToFile() {
   if (Settings(context_)->Flag(u"StandardHeaders") && !isReceived) {
     source = MimeCodec::WithoutEndMark(source);
   }
-  const QString path = QFileDialog::getSaveFileName(
-      this, Ui::tr("ファイルに保存"), SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
-      Ui::tr("メッセージファイル (*.eml)"));
+  const QString path =
+      AskFileToSave(context_, this, FileTask::SaveMessage, Ui::tr("ファイルに保存"),
+                    SafeFileName(GetMessageSubject()) + QStringLiteral(".eml"),
+                    Ui::tr("メッセージファイル (*.eml)"));
   if (path.isEmpty()) return;
   QSaveFile file(path);
   if (file.open(QIODevice::WriteOnly) && file.write(source) == source.size() && file.commit()) {

@@ -20,6 +20,7 @@
 #include "mail/window/doubt_bar.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_window.h"
+#include "mail/window/text_font.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
 
@@ -125,6 +126,14 @@ QMenu* MessageWindow::BuildMessagesMenu() {
   menuStored_.append(menu->addAction(Ui::tr("削除(&D)"), this, &MessageWindow::DeleteClicked));
   menu->addSeparator();
   menu->addAction(Ui::tr("保存フォルダ(&F).."), this, &MessageWindow::ChooseFolders);
+  menu->addSeparator();
+  const auto rule = [&](const QString& text, bool stops) {
+    QAction* action =
+        menu->addAction(text, this, [this, stops] { host_.MakeRule(request_->SerialID(), stops); });
+    menuRules_.append(action);
+  };
+  rule(Ui::tr("このようなメールをフォルダに集める(&G).."), false);
+  rule(Ui::tr("このようなメールを受信しない(&X).."), true);
   return menu;
 }
 
@@ -291,6 +300,7 @@ void MessageWindow::ControlToolbarUpdate() {
                                   ? Qt::ToolButtonIconOnly
                                   : Qt::ToolButtonTextBesideIcon);
   tbReading_->setToolButtonStyle(tbMenu_->toolButtonStyle());
+  body_->UseFont(TextFont(context_, IsEditable() ? TextUse::Written : TextUse::Read));
   CheckMenus();
 }
 
@@ -305,6 +315,9 @@ void MessageWindow::CheckMenus() {
   menuSend_->setText(IsWaiting() ? Ui::tr("送信をキャンセル(&S)") : Ui::tr("送信(&S)"));
   for (QAction* action : std::as_const(menuAnswers_)) {
     action->setEnabled(!editable && !unreadable_);
+  }
+  for (QAction* action : std::as_const(menuRules_)) {
+    action->setEnabled(AbsoluteStatus() == kStatusReceived && !unreadable_);
   }
   for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
   menuDust_->setChecked(request_->Number(u"process") < 0);

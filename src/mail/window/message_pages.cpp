@@ -57,7 +57,7 @@ void MessageWindow::BuildControls() {
   doubt_ = new DoubtBar;
   connect(doubt_, &DoubtBar::SendAgainWanted, this, &MessageWindow::SendAgain);
   connect(doubt_, &DoubtBar::KeepAsSentWanted, this, &MessageWindow::KeepAsSent);
-  calendar_ = new CalendarBar;
+  calendar_ = new CalendarBar(context_);
   connect(calendar_, &CalendarBar::Answered, this, &MessageWindow::AnswerInvitation);
   connect(calendar_, &CalendarBar::AnswerChanged, this, &MessageWindow::ChangeAnswer);
   signed_ = new NoticeBar(QStringLiteral("frSigned"));

@@ -20,6 +20,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/flag_string.h"
+#include "mail/codec/line_wrapping.h"
 #include "mail/compose_message.h"
 #include "mail/drafts.h"
 #include "mail/mail_store.h"
@@ -42,6 +43,7 @@ namespace {
 
 constexpr QSize kSize(760, 620);
 constexpr int kDraftMs = 30000;
+constexpr int kMostColumns = 72;  // of a line that is sent
 // Attachments above this together are left out of drafts: writing them would hold the window up.
 constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
 const QString kProcess = QStringLiteral("process");
@@ -260,7 +262,12 @@ bool MessageWindow::AskToSave(bool* cancelled) {
 
 bool MessageWindow::StoreEdited() {
   QString error;
-  const QByteArray source = Compose(&error);
+  MessageModel model = CurrentModel();
+  const DiskPtr settings = Settings(context_);
+  if (request_->Flag(u"send") && settings->Flag(u"WrapLines")) {
+    model.text = WrapLines(model.text, kMostColumns, settings->Text(u"MemoIndent"));
+  }
+  const QByteArray source = Compose(model, &error);
   if (source.isNull()) {
     ShowBox(this, QMessageBox::Critical, error);
     return false;

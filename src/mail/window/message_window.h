@@ -190,6 +190,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QAction* toolbarEdit_ = nullptr;
   QAction* menuSend_ = nullptr;
   QList<QAction*> menuAnswers_;
+  QList<QAction*> menuRules_;
   QList<QAction*> menuStored_;  // what needs a message that is in the store
   QAction* menuDust_ = nullptr;
   QActionGroup* charsets_ = nullptr;

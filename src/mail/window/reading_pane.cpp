@@ -14,6 +14,7 @@
 #include "mail/date_line.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
+#include "mail/window/text_font.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -138,6 +139,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
   } else if (!opened.found) {
     text = Ui::tr("メッセージがありません。");
   }
+  body_->UseFont(TextFont(context_, TextUse::Read));
   const auto html = [this] { return WithInlineImages(html_, source_, request_->Text(u"content")); };
   body_->Show(text, false, html_.isEmpty() ? std::function<QString()>() : html,
               IsHtmlFirst(context_, model_) ? MessageBody::Front::Html : MessageBody::Front::Text);

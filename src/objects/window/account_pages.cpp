@@ -11,6 +11,7 @@
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
+#include "transfer/known_providers.h"
 #include "transfer/trusted_certificates.h"
 
 namespace vorn {
@@ -21,6 +22,7 @@ const QList<int> kPop3Ports = {110, 110, 995};
 const QList<int> kSmtpPorts = {25, 587, 465};
 
 constexpr int kResultLines = 3;
+constexpr int kFoundLines = 2;
 constexpr int kSignatureLines = 5;
 constexpr qsizetype kShownDigits = 16;
 
@@ -38,9 +40,11 @@ void Narrow(QLineEdit& box) {
 
 // --- account -----------------------------------------------------------------------------------
 
-AccountPage::AccountPage() : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")) {
+AccountPage::AccountPage()
+    : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")), lookup_(new ServerLookup(this)) {
   txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
   txDisplay_ = AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
+  AddLookup();
   auto* signature = new TextBox(this);
   signature->setObjectName(QStringLiteral("txSignature"));
   signature->setTabChangesFocus(true);
@@ -49,6 +53,83 @@ AccountPage::AccountPage() : FormPage(object_type::kAccount, Ui::tr("アカウ�
   Layout().addRow(Ui::tr("署名(&B)"), signature);
   AddCheck(QStringLiteral("ckEventLog"), Ui::tr("送受信の結果をイベントに記録する(&L)"))
       ->setChecked(true);
+}
+
+void AccountPage::AddLookup() {
+  find_ = new QPushButton(Ui::tr("サーバーを探す(&F)"), this);
+  find_->setObjectName(QStringLiteral("cmFindServers"));
+  find_->setToolTip(Ui::tr("メールアドレスのドメインに、受信と送信のサーバーを問い合わせます。"));
+  find_->setAutoDefault(false);
+  result_ = PlainLabel({}, this);
+  result_->setObjectName(QStringLiteral("lbFindServers"));
+  result_->setWordWrap(true);
+  result_->setMinimumHeight(result_->fontMetrics().lineSpacing() * kFoundLines);
+  result_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  Layout().addRow(QString(), find_);
+  Layout().addRow(QString(), result_);
+  connect(txMailaddress_, &QLineEdit::editingFinished, this, &AccountPage::ProposeKnown);
+  connect(find_, &QPushButton::clicked, this, &AccountPage::LookUp);
+  connect(lookup_, &ServerLookup::Found, this, &AccountPage::TakeFound);
+}
+
+// The address of a stored account proposes nothing.
+void AccountPage::Loaded(const Disk&) {
+  answered_ = txMailaddress_->text();
+}
+
+void AccountPage::ProposeKnown() {
+  const QString address = txMailaddress_->text().trimmed();
+  if (address == answered_) return;
+  answered_ = address;
+  const std::optional<MailServers> known = KnownServers(address);
+  if (!Propose(known.value_or(MailServers()))) return;
+  result_->setText(known ? Ui::tr("サーバーを入れました: 受信 %1、送信 %2")
+                               .arg(known->receiving.host, known->sending.host)
+                         : QString());
+}
+
+// False when the user has named servers of his own.
+bool AccountPage::Propose(const MailServers& servers) {
+  auto* receiving = window()->findChild<ReceivePage*>();
+  auto* sending = window()->findChild<SendPage*>();
+  if (receiving == nullptr || sending == nullptr) return false;
+  if (!receiving->IsUntouched() || !sending->IsUntouched()) return false;
+  receiving->Propose(servers.receiving);
+  sending->Propose(servers.sending);
+  return true;
+}
+
+void AccountPage::LookUp() {
+  const bool isStopped = lookup_->IsRunning();
+  lookup_->Stop();
+  find_->setText(Ui::tr("サーバーを探す(&F)"));
+  result_->clear();
+  if (isStopped) return;
+  if (const PageFault fault = Check()) {
+    result_->setText(fault.text);
+    return fault.field->setFocus();
+  }
+  find_->setText(Ui::tr("中止(&F)"));
+  result_->setText(Ui::tr("問い合わせています…"));
+  lookup_->Start(txMailaddress_->text());
+}
+
+void AccountPage::TakeFound(const MailServers& servers) {
+  find_->setText(Ui::tr("サーバーを探す(&F)"));
+  if (servers.IsEmpty()) {
+    result_->setText(Ui::tr("見つかりませんでした。プロバイダーの案内を見て入力してください。"));
+    return;
+  }
+  const QString none = Ui::tr("なし");
+  const auto name = [&none](const MailServer& server) {
+    return server.host.isEmpty() ? none : server.host;
+  };
+  const QString text = Propose(servers)
+                           ? Ui::tr("サーバーを入れました: 受信 %1、送信 %2")
+                           : Ui::tr(
+                                 "見つかったサーバーは受信 %1、送信 %2 です。入力されているものは"
+                                 "そのままにしました。");
+  result_->setText(ShownText(text.arg(name(servers.receiving), name(servers.sending))));
 }
 
 PageFault AccountPage::Check() {
@@ -77,6 +158,25 @@ void ServerPage::AddSecurity() {
       AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"), Ui::tr("ポート番号(&P)"));
   port_->setText(QString::number(ports_[0]));
   connect(security_, &QComboBox::currentIndexChanged, this, &ServerPage::FollowSecurity);
+}
+
+QLineEdit* ServerPage::AddUser() {
+  user_ =
+      AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("User"), Ui::tr("ユーザー名(&U)"));
+  return user_;
+}
+
+bool ServerPage::IsUntouched() const {
+  return server_->text() == proposed_.host && user_->text() == proposed_.user;
+}
+
+void ServerPage::Propose(const MailServer& server) {
+  proposed_ = server;
+  const Security security = server.host.isEmpty() ? Security::None : server.security;
+  server_->setText(server.host);
+  security_->setCurrentIndex(static_cast<int>(security));
+  port_->setText(QString::number(server.host.isEmpty() ? ports_[0] : server.port));
+  user_->setText(server.user);
 }
 
 // The port follows the security unless the user gave another one.
@@ -192,7 +292,7 @@ ReceivePage::ReceivePage()
   protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), Ui::tr("種類(&T)"),
                         {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
-  user_ = AddText(QStringLiteral("txInMailServerUser"), Ui::tr("ユーザー名(&U)"));
+  user_ = AddUser();
   password_ = AddPassword(QStringLiteral("txInMailServerPassword"), Ui::tr("パスワード(&W)"));
   savePassword_ =
       AddCheck(QStringLiteral("ckInMailServerPasswordSave"), Ui::tr("パスワードを保存する(&V)"));
@@ -239,7 +339,7 @@ SendPage::SendPage()
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();
   authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
-  user_ = AddText(QStringLiteral("txOutMailServerUser"), Ui::tr("ユーザー名(&U)"));
+  user_ = AddUser();
   password_ = AddPassword(QStringLiteral("txOutMailServerPassword"), Ui::tr("パスワード(&W)"));
   const auto follow = [this](bool on) {
     user_->setEnabled(on);
@@ -247,7 +347,42 @@ SendPage::SendPage()
   };
   follow(false);
   connect(authenticate_, &QCheckBox::toggled, this, follow);
+  connect(authenticate_, &QCheckBox::clicked, this, [this] {
+    follows_ = true;
+    FollowReceiving();
+  });
   AddCheckButton();
+}
+
+void SendPage::Propose(const MailServer& server) {
+  ServerPage::Propose(server);
+  authenticate_->setChecked(!server.host.isEmpty());
+  givenUser_ = server.user;
+  follows_ = true;
+}
+
+void SendPage::showEvent(QShowEvent* event) {
+  FollowReceiving();
+  ServerPage::showEvent(event);
+}
+
+// Most providers have one login for both.
+void SendPage::FollowReceiving() {
+  const auto of = [this](const char* name) {
+    const auto* box = window()->findChild<QLineEdit*>(QLatin1String(name));
+    return box == nullptr ? QString() : box->text();
+  };
+  const auto follow = [](QLineEdit& box, QString& given, const QString& now) {
+    if (box.text() != given) return;
+    given = now;
+    box.setText(now);
+  };
+  if (!follows_ || !authenticate_->isChecked()) return;
+  follow(*user_, givenUser_, of("txInMailServerUser"));
+  // One that is not to be stored for receiving is not stored here either.
+  const auto* saves = window()->findChild<QCheckBox*>(QStringLiteral("ckInMailServerPasswordSave"));
+  if (saves == nullptr || !saves->isChecked() || user_->text() != of("txInMailServerUser")) return;
+  follow(*password_, givenPassword_, of("txInMailServerPassword"));
 }
 
 ConnectionTrial SendPage::Trial() const {
@@ -260,6 +395,7 @@ ConnectionTrial SendPage::Trial() const {
 }
 
 PageFault SendPage::Check() {
+  FollowReceiving();
   user_->setText(user_->text().trimmed());
   if (HasControlCharacter(user_->text())) {
     return {Ui::tr("送信サーバーのユーザー名に使えない文字があります。"), user_};

@@ -2,23 +2,36 @@
 
 #include "objects/window/form_page.h"
 #include "transfer/connection_check.h"
+#include "transfer/server_lookup.h"
 
 class QLabel;
 class QPushButton;
 
 namespace vorn {
 
-/// The page "account": who the user is.
+/// The page "account": who the user is. From the address follow the servers of a well-known
+/// provider, and by a button those that its domain names, unless the user has named others.
 class AccountPage : public FormPage {
   Q_OBJECT
 
  public:
   AccountPage();
   PageFault Check() override;
+  void Loaded(const Disk& object) override;
 
  private:
+  void AddLookup();
+  void ProposeKnown();
+  void LookUp();
+  void TakeFound(const MailServers& servers);
+  bool Propose(const MailServers& servers);
+
   QLineEdit* txMailaddress_;
   QLineEdit* txDisplay_;
+  QString answered_;  // the address for which servers were proposed
+  QPushButton* find_ = nullptr;
+  QLabel* result_ = nullptr;
+  ServerLookup* lookup_;
 };
 
 /// What the pages "receive" and "send" share: a server, its port that follows the security, and the
@@ -31,9 +44,14 @@ class ServerPage : public FormPage {
   PageFault Check() override;
   void Loaded(const Disk& object) override;
   void Finish(Disk& bag) override;
+  /// Whether nobody has named a server here but `Propose`.
+  bool IsUntouched() const;
+  /// Fills the page; with an empty server it is as in the beginning.
+  virtual void Propose(const MailServer& server);
 
  protected:
   void AddSecurity();
+  QLineEdit* AddUser();
   void AddCheckButton();
   void UsePorts(const QList<int>& ports) { ports_ = ports; }
   QLineEdit* Server() const { return server_; }
@@ -48,7 +66,9 @@ class ServerPage : public FormPage {
 
   QString prefix_;
   QList<int> ports_;  // by security
+  MailServer proposed_;
   QLineEdit* server_;
+  QLineEdit* user_ = nullptr;
   QLineEdit* port_ = nullptr;
   QComboBox* security_ = nullptr;
   QPushButton* try_ = nullptr;
@@ -83,11 +103,18 @@ class SendPage : public ServerPage {
  public:
   SendPage();
   PageFault Check() override;
+  void Propose(const MailServer& server) override;
 
  protected:
   ConnectionTrial Trial() const override;
+  void showEvent(QShowEvent* event) override;
 
  private:
+  void FollowReceiving();
+
+  bool follows_ = false;  // the login is the one of receiving until it is changed
+  QString givenUser_;     // by that
+  QString givenPassword_;
   QCheckBox* authenticate_;
   QLineEdit* user_;
   QLineEdit* password_;

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTableWidget>
 #include <QVBoxLayout>
 
 #include "frame/start_up.h"
@@ -68,6 +69,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   FillPages();
   if (const QString parent = request->Text(u"parent"); !parent.isEmpty()) file_->LetParent(parent);
   const QString name = file_->Name()->text();
+  TakeProposal(*request);
   setWindowTitle(name.isEmpty() ? Ui::tr("新しい") + TypeCaption(type_)
                                 : name + QStringLiteral(" - ") + TypeCaption(type_));
   if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
@@ -76,6 +78,14 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
     file_->Name()->setFocus();
   }
   return true;
+}
+
+// What a new object begins with.
+void ObjectsWindow::TakeProposal(const Disk& request) {
+  if (const QString name = request.Text(u"name"); !name.isEmpty()) file_->Name()->setText(name);
+  const QString condition = request.Text(u"condition");
+  auto* list = findChild<QTableWidget*>(QStringLiteral("lvCondition"));
+  if (!condition.isEmpty() && list != nullptr) ControlListViewItem(*list, condition);
 }
 
 // The text of an event about the object; shown, never saved.

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -22,6 +23,7 @@ constexpr QSize kSize(520, 420);
 constexpr int kMaxRows = 10000;
 constexpr int kMaxMinutes = 1440;
 constexpr int kTypesHeight = 90;
+constexpr int kMostPoints = 48;
 
 // A whole number; the control prefix "sl" stands for sliders and their kin.
 QSpinBox* AddNumber(FormPage& page, const QString& name, const QString& label, int first, int last,
@@ -85,7 +87,9 @@ class CheckingPage : public FormPage {
     AddCheck(QStringLiteral("ckReceivedTime"), Ui::tr("日時はサーバーに届いた時刻にする(&J)"));
     AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
     AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
+    AddCheck(QStringLiteral("ckMessageNoticeDesktop"), Ui::tr("デスクトップの通知に出す(&G)"));
     AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
+    AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
     file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
     auto* browse = new QPushButton(Ui::tr("参照(&B).."), this);
     browse->setAutoDefault(false);
@@ -122,6 +126,8 @@ class EditPage : public FormPage {
     QLineEdit* line = AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"));
     line->setToolTip(Ui::tr("%dは日時、%nは名前、%aはアドレスです。"));
     AddCheck(QStringLiteral("ckSignatureAbove"), Ui::tr("署名を引用の上に入れる(&G)"));
+    AddCheck(QStringLiteral("ckWrapLines"), Ui::tr("本文を72桁で折り返して送信する(&W)"))
+        ->setToolTip(Ui::tr("全角の文字は2桁です。引用した行とアドレスは折り返しません。"));
     AddChoice(
         QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
@@ -159,6 +165,36 @@ class ReadPage : public FormPage {
   QPlainTextEdit* types_;
 };
 
+class FontPage : public FormPage {
+ public:
+  FontPage() : FormPage(QStringLiteral("font"), Ui::tr("フォント(&Z)")) {
+    AddFont(QStringLiteral("ListFont"), Ui::tr("一覧(&L)"), Ui::tr("一覧の大きさ(&I)"));
+    AddFont(QStringLiteral("MessageFont"), Ui::tr("メッセージ(&M)"),
+            Ui::tr("メッセージの大きさ(&E)"));
+    AddFont(QStringLiteral("EditFont"), Ui::tr("作成中の本文(&W)"), Ui::tr("作成中の大きさ(&N)"));
+  }
+
+ private:
+  // The family is kept by its name, which a hidden box holds.
+  void AddFont(const QString& key, const QString& label, const QString& sizeLabel) {
+    QLineEdit* family = AddHidden(QStringLiteral("tx") + key);
+    QComboBox* families = AddChoice(QStringLiteral("cb") + key, label, {Ui::tr("標準")});
+    families->setProperty("tag", QStringLiteral("nosave"));
+    families->addItems(QFontDatabase::families());
+    families->setCurrentIndex(0);
+    connect(families, &QComboBox::activated, family, [family, families](int chosen) {
+      family->setText(chosen == 0 ? QString() : families->itemText(chosen));
+    });
+    connect(family, &QLineEdit::textChanged, families, [families](const QString& name) {
+      if (!name.isEmpty() && families->findText(name) < 0) families->addItem(name);
+      families->setCurrentIndex(qMax(0, name.isEmpty() ? 0 : families->findText(name)));
+    });
+    QSpinBox* size = AddNumber(*this, QStringLiteral("sl") + key + QStringLiteral("Size"),
+                               sizeLabel, 0, kMostPoints, Ui::tr(" ポイント"));
+    size->setSpecialValueText(Ui::tr("標準"));
+  }
+};
+
 }  // namespace
 
 SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
@@ -168,6 +204,7 @@ SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
   AddPage(new CheckingPage);
   AddPage(new EditPage);
   AddPage(new ReadPage);
+  AddPage(new FontPage);
   auto* search = new PageSearch(Pages());
   static_cast<QVBoxLayout*>(layout())->insertWidget(0, search);
   auto* find = new QShortcut(QKeySequence::Find, this);

@@ -7,6 +7,7 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/message_model.h"
+#include "mail/window/message_host.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "present/window/page_split.h"
@@ -70,6 +71,11 @@ void BrowserWindow::BuildMessageCommands() {
   AddCommand(QStringLiteral("star"), Ui::tr("スターを付ける、外す(&S)"), {Qt::Key_S},
              [this] { Act(MessageAction::ToggleStar); });
   messageMenu_->addSeparator();
+  AddCommand(QStringLiteral("gather"), Ui::tr("このようなメールをフォルダに集める(&G).."), {},
+             [this] { MakeRule(false); });
+  AddCommand(QStringLiteral("stop"), Ui::tr("このようなメールを受信しない(&X).."), {},
+             [this] { MakeRule(true); });
+  messageMenu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
   connect(messageMenu_, &QMenu::aboutToShow, this,
@@ -111,6 +117,15 @@ void BrowserWindow::OpenChosen(OpenMode mode) {
       for (const QString& serialId : messages) {
         host_.OpenMessage(static_cast<int>(mode), serialId, !reads);
       }
+    });
+  });
+}
+
+void BrowserWindow::MakeRule(bool stops) {
+  rows_.Chosen([this, stops](const QStringList& messages) {
+    if (messages.isEmpty()) return;
+    QTimer::singleShot(0, this, [this, stops, message = messages.first()] {
+      host_.Messages().MakeRule(message, stops);
     });
   });
 }

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPalette>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -15,6 +17,15 @@
 
 namespace vorn {
 namespace {
+
+constexpr int kDefaultLetter = 16;  // pixels of the engine
+constexpr int kLayoutPoints = 10;   // of the ready-made layouts
+const QString kFontScript = QStringLiteral("font");
+// An element's name hides what the document offers under that name, so it is asked the long way.
+constexpr char kFontCode[] =
+    "{ const style = Document.prototype.createElement.call(document, 'style');"
+    "  style.textContent = %1[0];"
+    "  Document.prototype.querySelector.call(document, 'html').appendChild(style); }";
 
 // Lets a folder page, or a page of the program's own that comes as data, load itself and nothing
 // else. No page can lead to another one: its links do not act.
@@ -76,5 +87,28 @@ BrowserProfiles::BrowserProfiles(const QString& formerFolder)
 }
 
 BrowserProfiles::~BrowserProfiles() = default;
+
+void BrowserProfiles::UseFont(const QString& family, int points) {
+  QWebEngineScriptCollection* scripts = local_->scripts();
+  for (const QWebEngineScript& former : scripts->find(kFontScript)) scripts->remove(former);
+  // The widths at which the ready-made layouts leave columns out grow along.
+  const int letter = points > 0 ? kDefaultLetter * points / kLayoutPoints : kDefaultLetter;
+  local_->settings()->setFontSize(QWebEngineSettings::DefaultFontSize, letter);
+  QString name = family;
+  name.remove(u'"').remove(u'\\');
+  QString style;
+  if (!name.isEmpty())
+    style += QStringLiteral("font-family:\"%1\",sans-serif !important;").arg(name);
+  if (points > 0) style += QStringLiteral("font-size:%1pt !important;").arg(points);
+  if (style.isEmpty()) return;
+  const QJsonArray sheet = {QStringLiteral("body{%1}").arg(style)};
+  QWebEngineScript script;
+  script.setName(kFontScript);
+  script.setSourceCode(
+      QString::fromUtf8(kFontCode).arg(QString::fromUtf8(QJsonDocument(sheet).toJson())));
+  script.setWorldId(QWebEngineScript::ApplicationWorld);
+  script.setInjectionPoint(QWebEngineScript::DocumentReady);
+  scripts->insert(script);
+}
 
 }  // namespace vorn

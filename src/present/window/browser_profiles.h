@@ -24,6 +24,9 @@ class BrowserProfiles {
 
   /// What the local world shows.
   PageSource& Pages() const { return *pages_; }
+  /// Shows folder pages in a font whatever their layout says, from the next page on. An empty
+  /// family and a size of 0 points leave it to the layout.
+  void UseFont(const QString& family, int points);
 
   AllowedSites& Sites() const { return *sites_; }
 

@@ -104,6 +104,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
                       const std::function<void()>& run);
   void EnableMessageCommands();
   void OpenChosen(OpenMode mode);
+  void MakeRule(bool stops);
   bool AgreesToOpen(qsizetype windows);
   void Act(MessageAction action);
 

@@ -107,6 +107,17 @@ void RulePage::Loaded(const Disk&) {
   lvReceiveStop_->setCurrentCell(0, 0);
 }
 
+void RulePage::Propose(const QString& line) {
+  if (line.isEmpty()) return;
+  const QList<QTableWidgetItem*> found = lvReceiveStop_->findItems(line, Qt::MatchFixedString);
+  const int row = found.isEmpty() ? lvReceiveStop_->rowCount() - 1 : found.first()->row();
+  if (found.isEmpty()) {
+    lvReceiveStop_->insertRow(row);
+    lvReceiveStop_->setItem(row, 0, new QTableWidgetItem(line));
+  }
+  lvReceiveStop_->setCurrentCell(row, 0);
+}
+
 // One that every message matches would stop all mail, and delete it where the user wants that.
 PageFault RulePage::Check() {
   for (int row = 0; !IsPlaceholder(row); ++row) {

@@ -14,6 +14,8 @@ class RulePage : public FormPage {
  public:
   RulePage();
 
+  /// Adds a rule and chooses it; an empty line or one that is there already is only chosen.
+  void Propose(const QString& line);
   void Loaded(const Disk& object) override;
   PageFault Check() override;
   QString Line(const QTableWidget& list, int row) const override;

@@ -27,7 +27,9 @@ bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   ReadAnew();
   shown_ = StoredRules();
   FillPages();
-  findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"))->setFocus();
+  auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
+  static_cast<RulePage*>(list->parentWidget())->Propose(request->Text(u"condition"));
+  list->setFocus();
   return true;
 }
 

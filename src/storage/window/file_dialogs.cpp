@@ -1,0 +1,67 @@
+#include "storage/window/file_dialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+#include "storage/window/control_state.h"
+
+namespace vorn {
+namespace {
+
+const QString kBag = QStringLiteral("files");
+
+QString KeyOf(FileTask task) {
+  switch (task) {
+    case FileTask::Attach:
+      return QStringLiteral("attach");
+    case FileTask::SaveAttachment:
+      return QStringLiteral("attachment");
+    case FileTask::SaveMessage:
+      return QStringLiteral("message");
+    case FileTask::SaveCalendar:
+      return QStringLiteral("calendar");
+    case FileTask::Import:
+      return QStringLiteral("import");
+    case FileTask::Export:
+      return QStringLiteral("export");
+  }
+  return {};
+}
+
+// Empty the first time, and when the folder is gone: the toolkit's own choice.
+QString Remembered(Context& context, FileTask task) {
+  const QString folder = PlacementBag(context, kBag)->Text(KeyOf(task));
+  return QFileInfo(folder).isDir() ? folder : QString();
+}
+
+void Remember(Context& context, FileTask task, const QString& folder) {
+  PlacementBag(context, kBag)->Let(KeyOf(task), folder);
+}
+
+}  // namespace
+
+QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, const QString& title,
+                           const QString& filter) {
+  const QStringList paths =
+      QFileDialog::getOpenFileNames(parent, title, Remembered(context, task), filter);
+  if (!paths.isEmpty()) Remember(context, task, QFileInfo(paths.first()).absolutePath());
+  return paths;
+}
+
+QString AskFileToSave(Context& context, QWidget* parent, FileTask task, const QString& title,
+                      const QString& name, const QString& filter, QString* chosenFilter) {
+  const QString folder = Remembered(context, task);
+  const QString path = QFileDialog::getSaveFileName(
+      parent, title, folder.isEmpty() ? name : QDir(folder).filePath(name), filter, chosenFilter);
+  if (!path.isEmpty()) Remember(context, task, QFileInfo(path).absolutePath());
+  return path;
+}
+
+QString AskFolder(Context& context, QWidget* parent, FileTask task, const QString& title) {
+  const QString folder =
+      QFileDialog::getExistingDirectory(parent, title, Remembered(context, task));
+  if (!folder.isEmpty()) Remember(context, task, folder);
+  return folder;
+}
+
+}  // namespace vorn
