@@ -3644,5 +3644,9 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>回復コードを表示(&amp;K)..</source>
         <translation>Show Recovery Code (&amp;K)..</translation>
     </message>
+    <message>
+        <source>その言葉のある設定は見つかりません。</source>
+        <translation>No setting has these words.</translation>
+    </message>
 </context>
 </TS>

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <QTabWidget>
+#include <QToolTip>
 
 #include "kit/window/access_names.h"
 #include "storage/ui.h"
@@ -51,6 +52,10 @@ void PageSearch::Find(const QString& text) {
   }
   for (QWidget* entry : found_) Mark(*entry, true);
   if (!found_.isEmpty()) Show(*found_.first());
+  const bool isInVain = found_.isEmpty() && !words.isEmpty();
+  const QString hint = isInVain ? Ui::tr("その言葉のある設定は見つかりません。") : QString();
+  setAccessibleDescription(hint);
+  QToolTip::showText(mapToGlobal(rect().bottomLeft()), hint, this);
 }
 
 void PageSearch::Show(QWidget& entry) {

@@ -50,9 +50,10 @@ void BrowserWindow::BuildMessageCommands() {
   messageMenu_->setObjectName(QStringLiteral("menuMessages"));
   AddCommand(QStringLiteral("open"), Ui::tr("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
              [this] { OpenChosen(OpenMode::Show); });
-  AddCommand(QStringLiteral("replay"), Ui::tr("返信(&R)"), {Qt::Key_R},
+  AddCommand(QStringLiteral("replay"), Ui::tr("返信(&R)"), {Qt::Key_R, Qt::CTRL | Qt::Key_R},
              [this] { OpenChosen(OpenMode::Reply); });
-  AddCommand(QStringLiteral("replayall"), Ui::tr("全員に返信(&A)"), {Qt::SHIFT | Qt::Key_R},
+  AddCommand(QStringLiteral("replayall"), Ui::tr("全員に返信(&A)"),
+             {Qt::SHIFT | Qt::Key_R, Qt::CTRL | Qt::SHIFT | Qt::Key_R},
              [this] { OpenChosen(OpenMode::ReplyAll); });
   AddCommand(QStringLiteral("forward"), Ui::tr("転送(&F)"), {Qt::Key_F},
              [this] { OpenChosen(OpenMode::Forward); });
