@@ -65,6 +65,9 @@ void AccountPage::AddLookup() {
   result_->setWordWrap(true);
   result_->setMinimumHeight(result_->fontMetrics().lineSpacing() * kFoundLines);
   result_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  QSizePolicy policy = result_->sizePolicy();
+  policy.setVerticalPolicy(QSizePolicy::Fixed);  // the room that is left is not its own
+  result_->setSizePolicy(policy);
   Layout().addRow(QString(), find_);
   Layout().addRow(QString(), result_);
   connect(txMailaddress_, &QLineEdit::editingFinished, this, &AccountPage::ProposeKnown);
