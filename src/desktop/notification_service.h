@@ -38,7 +38,7 @@ class NotificationService : public QObject {
   void ActionInvoked(uint id, const QString& action);
   void NotificationClosed(uint id, uint reason);
 
- private:
+ private:  // NOLINT(readability-redundant-access-specifiers): the slots end
   class Bus;
   void Next();
   void Connect();

@@ -43,7 +43,11 @@ QByteArray ProxyFor(const QUrl& url) {
 class HttpFetcher::Work {
  public:
   Work(HttpFetcher& owner, FetchLimits limits)
-      : limits_(limits), owner_(owner), multi_(curl_multi_init()), left_(limits.allBytes) {
+      : limits_(limits),
+        owner_(owner),
+        multi_(curl_multi_init()),
+        left_(limits.allBytes),
+        headers_(curl_slist_append(nullptr, (QByteArray("Accept: ") + limits.accept).constData())) {
     curl_multi_setopt(multi_, CURLMOPT_MAX_TOTAL_CONNECTIONS, static_cast<long>(limits.atOnce));
     curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, static_cast<long>(limits.atOnce));
   }
@@ -187,7 +191,7 @@ class HttpFetcher::Work {
   CURLM* multi_;
   qint64 left_;
   std::map<int, std::unique_ptr<Fetch>> fetches_;
-  curl_slist* headers_ = curl_slist_append(nullptr, "Accept: image/*");
+  curl_slist* headers_;
 };
 
 HttpFetcher::HttpFetcher(FetchLimits limits, QObject* parent) : QObject(parent) {
@@ -203,8 +207,10 @@ HttpFetcher::~HttpFetcher() {
 }
 
 int HttpFetcher::Fetch(const QUrl& url) {
-  work_->Ask(++last_, url);
-  return last_;
+  static std::atomic<int> last = 0;
+  const int number = ++last;
+  work_->Ask(number, url);
+  return number;
 }
 
 void HttpFetcher::Cancel(int number) {

@@ -11,10 +11,11 @@ namespace vorn {
 
 /// What the fetching for one page may cost.
 struct FetchLimits {
-  int atOnce = 4;               ///< connections
-  qint64 eachBytes = 32 << 20;  ///< of an answer's body
-  qint64 allBytes = 128 << 20;  ///< of all answers together
-  int eachMs = 30000;           ///< from the request, its waiting for others included
+  int atOnce = 4;                  ///< connections
+  qint64 eachBytes = 32 << 20;     ///< of an answer's body
+  qint64 allBytes = 128 << 20;     ///< of all answers together
+  int eachMs = 30000;              ///< from the request, its waiting for others included
+  const char* accept = "image/*";  ///< what the field "Accept" says (RFC 9110, 12.5.1)
 };
 
 /// Fetches files over HTTP and HTTPS (RFC 9110) that a stranger names, in a thread of its own. The
@@ -29,7 +30,8 @@ class HttpFetcher : public QObject {
   explicit HttpFetcher(FetchLimits limits, QObject* parent = nullptr);
   ~HttpFetcher() override;
 
-  /// Begins to fetch `url`, of the scheme http or https; gives its number for `Fetched`.
+  /// Begins to fetch `url`, of the scheme http or https; gives its number for `Fetched`, which no
+  /// other fetch of the process has: what another fetcher has told may still be on its way.
   int Fetch(const QUrl& url);
   /// A fetch that nobody waits for any longer.
   void Cancel(int number);
@@ -43,7 +45,6 @@ class HttpFetcher : public QObject {
 
   std::unique_ptr<Work> work_;
   std::unique_ptr<QThread> thread_;
-  int last_ = 0;
 };
 
 }  // namespace vorn

@@ -1,18 +1,16 @@
 #include "transfer/server_lookup.h"
 
 #include <QDnsLookup>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
+
+#include "transfer/http_fetcher.h"
 
 namespace vorn {
 namespace {
 
 constexpr qint64 kMostBytes = 65536;
-constexpr int kMostRedirects = 3;
 constexpr int kMostNameLength = 253;
-constexpr int kHttpOk = 200;
 
 struct Service {
   const char* name;
@@ -96,11 +94,7 @@ ServerLookup::ServerLookup(QObject* parent) : QObject(parent) {
   step_.setSingleShot(true);
   step_.setInterval(kStepMs);
   connect(&step_, &QTimer::timeout, this, [this] {
-    if (reply_ != nullptr) {
-      reply_->abort();
-    } else if (dns_ != nullptr) {
-      dns_->abort();
-    }
+    if (dns_ != nullptr) dns_->abort();
   });
 }
 
@@ -130,11 +124,8 @@ void ServerLookup::Start(const QString& address) {
 void ServerLookup::Stop() {
   isRunning_ = false;
   step_.stop();
-  if (QNetworkReply* reply = std::exchange(reply_, nullptr)) {
-    reply->disconnect(this);
-    reply->abort();
-    reply->deleteLater();
-  }
+  asked_ = 0;
+  fetcher_.reset();
   if (dns_ != nullptr) {
     dns_->disconnect(this);
     dns_->abort();
@@ -144,27 +135,18 @@ void ServerLookup::Stop() {
 
 void ServerLookup::AskNextDocument() {
   if (documents_.isEmpty()) return AskNextService();
-  QNetworkRequest request(documents_.takeFirst());
-  request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                       QNetworkRequest::NoLessSafeRedirectPolicy);
-  request.setMaximumRedirectsAllowed(kMostRedirects);
-  request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-  request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-  if (network_ == nullptr) network_ = std::make_unique<QNetworkAccessManager>();
-  reply_ = network_->get(request);
-  connect(reply_, &QNetworkReply::readyRead, this, [this] {
-    if (reply_->bytesAvailable() > kMostBytes) reply_->abort();
-  });
-  connect(reply_, &QNetworkReply::finished, this, &ServerLookup::TakeDocument);
-  step_.start();
+  FetchLimits limits;
+  limits.eachBytes = kMostBytes;
+  limits.eachMs = step_.interval();
+  limits.accept = "*/*";
+  fetcher_ = std::make_unique<HttpFetcher>(limits);
+  connect(fetcher_.get(), &HttpFetcher::Fetched, this, &ServerLookup::TakeDocument);
+  asked_ = fetcher_->Fetch(documents_.takeFirst());
 }
 
-void ServerLookup::TakeDocument() {
-  QNetworkReply* reply = std::exchange(reply_, nullptr);
-  reply->deleteLater();
-  const bool isRead = reply->error() == QNetworkReply::NoError &&
-                      reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == kHttpOk;
-  if (isRead) found_ = ReadConfiguration(reply->readAll(), address_);
+void ServerLookup::TakeDocument(int number, const QByteArray& document) {
+  if (number != asked_) return;
+  found_ = ReadConfiguration(document, address_);
   found_.receiving.host.isEmpty() ? AskNextDocument() : End();
 }
 

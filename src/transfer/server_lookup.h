@@ -9,10 +9,10 @@
 #include "transfer/mail_servers.h"
 
 class QDnsLookup;
-class QNetworkAccessManager;
-class QNetworkReply;
 
 namespace vorn {
+
+class HttpFetcher;
 
 /// What a provider's own configuration document says of POP3 and SMTP, for an address. Servers
 /// without encryption, and whatever is no host name, are left out.
@@ -49,7 +49,7 @@ class ServerLookup : public QObject {
 
  private:
   void AskNextDocument();
-  void TakeDocument();
+  void TakeDocument(int number, const QByteArray& document);
   void AskNextService();
   void TakeService();
   void End();
@@ -61,10 +61,10 @@ class ServerLookup : public QObject {
   int service_ = 0;
   bool asksNames_ = true;
   bool isRunning_ = false;
-  QTimer step_;  // the time of one answer
+  QTimer step_;  // the time of one answer of the name system
   MailServers found_;
-  std::unique_ptr<QNetworkAccessManager> network_;
-  QNetworkReply* reply_ = nullptr;
+  std::unique_ptr<HttpFetcher> fetcher_;
+  int asked_ = 0;  // the fetch whose document is awaited
   std::unique_ptr<QDnsLookup> dns_;
 };
 

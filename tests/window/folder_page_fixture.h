@@ -104,10 +104,10 @@ class FolderPageTest : public ProgramTest {
   }
   bool AwaitGone(const char* subject) const {
     // Of a page that is coming some rows may be there.
-    return WaitFor([&] {
-      return Script(QStringLiteral("document.readyState")).toString() == u"complete" &&
-             !PageText().contains(QString::fromUtf8(subject));
-    });
+    return AwaitScript(QStringLiteral("document.readyState === 'complete' && "
+                                      "document.body.innerText && "
+                                      "!document.body.innerText.includes('%1')")
+                           .arg(QString::fromUtf8(subject)));
   }
   QTreeWidgetItem* Node(const QString& serialId) const {
     QTreeWidgetItemIterator item(&test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));
