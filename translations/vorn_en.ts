@@ -3648,5 +3648,17 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>その言葉のある設定は見つかりません。</source>
         <translation>No setting has these words.</translation>
     </message>
+    <message>
+        <source>数式の入った表（プログラムを起動できます）</source>
+        <translation>a table with formulas (which can start programs)</translation>
+    </message>
+    <message>
+        <source>スクリプトの入ったPDF</source>
+        <translation>a PDF with scripts</translation>
+    </message>
+    <message>
+        <source>マクロやほかのファイルの入った文書</source>
+        <translation>a document with macros or other files in it</translation>
+    </message>
 </context>
 </TS>

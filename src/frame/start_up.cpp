@@ -10,6 +10,7 @@
 
 #include "frame/security_key.h"
 #include "objects/lost_files.h"
+#include "objects/profile.h"
 #include "storage/databases.h"
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
@@ -38,9 +39,10 @@ bool ReadDebugMode(const QString& appFolder) {
 // folder.
 void MakeDataPrivate(const Context& context) {
   const QDir folder(context.AppFolder);
-  const QStringList own{QStringLiteral("navi.*"),    QStringLiteral("*.lock"),
-                        QStringLiteral("_profile*"), QStringLiteral("temp"),
-                        QStringLiteral("layout"),    QStringLiteral("web")};
+  const QStringList own =
+      ProfileFolders() + QStringList{QStringLiteral("navi.*"), QStringLiteral("*.lock"),
+                                     QStringLiteral("temp"), QStringLiteral("layout"),
+                                     QStringLiteral("web")};
   const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
   const QFileInfoList entries = folder.entryInfoList(own, everything);
   const bool hasOthers = folder.entryList(everything).size() > entries.size();

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "mail/attachment_files.h"
+#include "mail/carried_commands.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -83,21 +84,6 @@ bool IsText(const QByteArray& bytes) {
   });
 }
 
-// What acts inside a kind that is harmless otherwise: macros in the archive of a document, whose
-// names stand there as they are, and formulas in a table of text, which can start programs.
-bool CarriesCommands(const QString& type, const QByteArray& bytes) {
-  if (type == u"text/csv") {
-    char before = '\n';
-    return std::any_of(bytes.begin(), bytes.end(), [&before](char c) {
-      const bool isFirst = QByteArrayView("\n\r,;\t\" ").contains(before);
-      before = c;
-      return isFirst && (c == '=' || c == '@');
-    });
-  }
-  if (!type.contains(u"document")) return false;
-  return bytes.contains("Basic/") || bytes.contains("Scripts/") || bytes.contains("vbaProject.bin");
-}
-
 }  // namespace
 
 FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
@@ -108,9 +94,11 @@ FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
   if (byContent.isDefault() && byName.inherits(QStringLiteral("text/plain")) && IsText(bytes)) {
     byContent = database.mimeTypeForName(QStringLiteral("text/plain"));
   }
-  const bool isHarmless = HarmlessTypes().contains(byName.name()) && Confirms(byContent, byName) &&
-                          !CarriesCommands(byName.name(), bytes);
-  return {isHarmless, Words(byName), Words(byContent)};
+  if (!HarmlessTypes().contains(byName.name()) || !Confirms(byContent, byName)) {
+    return {false, Words(byName), Words(byContent)};
+  }
+  const QString commands = CarriedCommands(byName.name(), bytes);
+  return {commands.isEmpty(), Words(byName), commands.isEmpty() ? Words(byContent) : commands};
 }
 
 }  // namespace vorn

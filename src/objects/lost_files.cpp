@@ -248,7 +248,7 @@ void RestoreProfile(Context& context, Disk& profile, const QString& password) {
 QList<DiskPtr> ProfilesFromFolders(const Context& context) {
   QList<DiskPtr> profiles;
   const QDir data(context.AppFolder);
-  for (const QString& serial : data.entryList({QStringLiteral("_profile*")}, QDir::Dirs)) {
+  for (const QString& serial : data.entryList(ProfileFolders(), QDir::Dirs)) {
     QFileInfoList files =
         QDir(data.filePath(serial)).entryInfoList({kDatabases}, QDir::Files, QDir::Size);
     files.removeIf([](const QFileInfo& file) { return file.size() == 0; });

@@ -44,6 +44,16 @@ bool IsFileUnderCode(const QString& file) {
   return FileKey::IsUnderCode(FileStart(file, FileKey::kSaltBytes));
 }
 
+// Whether the profile's database says that this code was once its files'.
+bool IsNoted(Context& context, const Disk& profile, const QString& password, const QString& code) {
+  const QString path = ProfileFiles(context, profile).first();
+  Disk former(kFormerCodes);
+  const bool read =
+      HasContent(path) && context.Data.Open(path, password) && former.DatabaseToDisk(context.Data);
+  context.Data.Close();
+  return read && former.Text(kCodes).contains(code);
+}
+
 // Files that the profile once had, and copies of them, stay under the code.
 bool NoteFormerCode(Context& context, const Disk& profile, const QString& password) {
   const QString path = ProfileFiles(context, profile).first();
@@ -75,6 +85,15 @@ void ForgetUnusedCode(Context& context, const Disk& profile) {
   const CodeFile file = CodeFileOf(context, profile);
   const QString code = file.Code();
   if (!code.isEmpty() && !IsCodeUsed(context, profile, code)) file.Forget();
+}
+
+// Files that are away for the moment may come back under a code that no file here needs; one that
+// the profile's database remembers is not lost with its file.
+void LayDownUnusedCode(Context& context, const Disk& profile, const QString& password) {
+  const CodeFile file = CodeFileOf(context, profile);
+  const QString code = file.Code();
+  if (code.isEmpty() || IsCodeUsed(context, profile, code)) return;
+  IsNoted(context, profile, password, code) ? file.Forget() : file.SetAside();
 }
 
 StorageError CodeNotKept() {
@@ -117,10 +136,24 @@ CodeFile CodeFileOf(const Context& context, const Disk& profile) {
   return CodeFile(QFileInfo(ProfileFiles(context, profile).first()).path());
 }
 
-QString PasswordFor(const Context& context, const Disk& profile, const QString& typed) {
-  const QString code =
-      typed.isEmpty() ? CodeFileOf(context, profile).Code() : RecoveryCode::Read(typed);
+QString PasswordFor(Context& context, const Disk& profile, const QString& typed) {
+  const CodeFile file = CodeFileOf(context, profile);
+  QString code = typed.isEmpty() ? file.Code() : RecoveryCode::Read(typed);
+  if (typed.isEmpty() && code.isEmpty() && HasFileUnderCode(context, profile)) {
+    const QStringList others = file.Others();
+    const auto fits = std::find_if(others.begin(), others.end(), [&](const QString& other) {
+      return IsCodeUsed(context, profile, other);
+    });
+    if (fits != others.end()) code = *fits;
+  }
   return code.isEmpty() ? typed : FileKey::FromCode(code);
+}
+
+void RememberCode(const Context& context) {
+  const QString code = FileKey::CodeIn(context.Session->Text(u"password"));
+  if (code.isEmpty()) return;
+  const CodeFile file = CodeFileOf(context, *context.Session);
+  if (file.Code() != code) file.Keep(code);
 }
 
 bool SettlePassword(Context& context, const Disk& profile, const QString& typed,
@@ -134,11 +167,13 @@ bool SettlePassword(Context& context, const Disk& profile, const QString& typed,
     return !code.isEmpty() || context.Data.FailWith(CodeNotKept());
   }
   const QString code = FileKey::CodeIn(*password);
+  // One that was put aside is the profile's own again.
+  if (typed.isEmpty() && !code.isEmpty() && file.Code() != code) file.Keep(code);
   // Whoever typed the code has it; only new files must not come to depend on memory alone.
   if (!typed.isEmpty() && !code.isEmpty()) {
     return file.Keep(code) || !isNew || context.Data.FailWith(CodeNotKept());
   }
-  if (code.isEmpty() && !isNew) ForgetUnusedCode(context, profile);
+  if (code.isEmpty() && !isNew) LayDownUnusedCode(context, profile, *password);
   return true;
 }
 
@@ -202,6 +237,10 @@ void EnterProfile(Context& context, const DiskPtr& profile, const QString& passw
 bool MarkDefaultProfile(Context& context) {
   context.Session->Let(QStringLiteral("Default"), true);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
+}
+
+QStringList ProfileFolders() {
+  return {QStringLiteral("_profile*"), QStringLiteral("profile_*")};
 }
 
 QStringList ProfileFiles(const Context& context, const Disk& profile) {

@@ -28,12 +28,19 @@ bool MarkDefaultProfile(Context& context);
 /// that it uses or has used.
 QStringList ProfileFiles(const Context& context, const Disk& profile);
 
+/// The forms of the names of profiles' folders in the data folder: the first profile's, and those
+/// that are made in a window.
+QStringList ProfileFolders();
+
 /// The file with the profile's recovery code, which is its password when it has none of its user's.
 CodeFile CodeFileOf(const Context& context, const Disk& profile);
 
 /// The password of a profile's files for what was typed: nothing stands for the remembered recovery
-/// code, where there is one.
-QString PasswordFor(const Context& context, const Disk& profile, const QString& typed);
+/// code, where there is one, or for one that was put aside and still opens them.
+QString PasswordFor(Context& context, const Disk& profile, const QString& typed);
+
+/// Remembers the code of the profile that is logged in, in case its file has gone meanwhile.
+void RememberCode(const Context& context);
 
 /// The same once the typed text is known to fit, before files are made with it: a profile that has
 /// no file yet gets a recovery code when nothing is typed, a typed code is remembered, and one that

@@ -8,6 +8,7 @@
 #include "mail/codec/message_code.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
+#include "storage/shown_text.h"
 #include "storage/time_text.h"
 
 namespace vorn {
@@ -27,6 +28,14 @@ QString ShownSender(const AddressEntry& entry) {
 const QString kLineBreak = QStringLiteral("\r\n");
 const QString kUnreadable = QStringLiteral("【読み込めません】");
 constexpr qsizetype kPreviewBytes = 100;
+
+// The marks that turn letters round, whichever they are, as visible signs.
+QString WithoutTurns(const QString& text) {
+  const bool turns = std::any_of(text.begin(), text.end(), [](QChar c) {
+    return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+  });
+  return turns ? ShownInLine(text) : text;
+}
 
 // Escaped, and where its letters or marks run from right to left for itself: nothing around it is
 // turned round with it.
@@ -115,7 +124,7 @@ void PageFiller::WriteText(const QString& text) {
 }
 
 void PageFiller::WriteMail(const QString& text) {
-  WriteText(content_.escape ? text.toHtmlEscaped() : text);
+  WriteText(content_.escape ? WithoutTurns(text).toHtmlEscaped() : text);
 }
 
 bool PageFiller::Handle(int tag) {
@@ -213,7 +222,8 @@ void PageFiller::HandleMailAddress() {
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
-    shown.append(content_.escape ? Isolated(ShownSender(WithWholeAddress(entry))) : NameOf(entry));
+    shown.append(content_.escape ? Isolated(WithoutTurns(ShownSender(WithWholeAddress(entry))))
+                                 : NameOf(entry));
   }
   WriteText(shown.join(QStringLiteral("<BR>")));
 }
@@ -258,7 +268,7 @@ void PageFiller::WriteSubject() {
   const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(QStringLiteral("【送信を確認】"));
   if (rows_->IsRowDamaged()) WriteText(kUnreadable);
-  if (content_.escape && !subject.isEmpty()) return WriteText(Isolated(subject));
+  if (content_.escape && !subject.isEmpty()) return WriteText(Isolated(WithoutTurns(subject)));
   WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
 }
 

@@ -25,10 +25,11 @@ class CodeFile {
   QStringList Others() const;
   /// False when the file is still there.
   bool Forget() const;
+  /// Gives the file another name: its code is one of the others from now on.
+  bool SetAside() const;
 
  private:
   bool Write(const QString& code) const;
-  bool SetAside() const;
 
   QString path_;
 };

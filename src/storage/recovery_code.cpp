@@ -32,10 +32,11 @@ QString InGroups(const QByteArray& letters) {
   return text;
 }
 
+// Whatever comes along when it is copied from a sentence.
 bool Separates(QChar c) {
   constexpr QChar kLongVowel(u'ー');  // what a Japanese keyboard gives for a dash
   return c.isSpace() || c == kLongVowel || c.category() == QChar::Punctuation_Dash ||
-         c == QChar(u'−');
+         c.category() == QChar::Other_Format || QStringView(u"−.,。、「」\"'_").contains(c);
 }
 
 // Empty where there is something that no code holds.

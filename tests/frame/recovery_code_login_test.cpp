@@ -158,6 +158,31 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   EXPECT_TRUE(underCode_ && FormerPasswords(context).contains(FileKey::FromCode(first)));
 }
 
+TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  QHash<QString, QByteArray> away;
+  for (const QString& file : files_) {
+    away[file] = ReadFile(file);
+    ASSERT_TRUE(QFile::remove(file));
+  }
+  LostFileChoice choice;
+  choice.create = true;
+  const QString typed = QStringLiteral("secret");
+  ASSERT_TRUE(ResolveLostFiles(context, context.Session, typed, choice));
+  ASSERT_EQ(CheckLogin(context, context.Session, typed), LoginCheck::Opens);
+  QString password;
+  ASSERT_TRUE(SettlePassword(context, *context.Session, typed, &password));
+  EXPECT_FALSE(QFile::exists(codeFile_));
+  context.Data.CloseAll();
+  for (const QString& file : files_) {
+    QFile::remove(file + QStringLiteral("-wal"));
+    WriteFile(file, away[file]);
+  }
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_TRUE(QFile::exists(codeFile_));
+}
+
 TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
   Context& context = profile_.Get();
   context.Data.CloseAll();

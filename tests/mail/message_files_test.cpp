@@ -126,12 +126,23 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   // Formulas and macros in what is harmless otherwise.
   EXPECT_TRUE(harmless(u"a.csv", "a@x.example,b=1\r\n-2,+3\r\n"));
   EXPECT_FALSE(harmless(u"a.csv", "a,b\r\n1,=cmd|' /C calc'!A0\r\n"));
-  EXPECT_FALSE(harmless(u"a.csv", "\"@SUM(1)\",2\r\n"));
+  const QString formula = QStringLiteral("=cmd|' /C calc'!A0");
+  const QByteArray utf16("\xFF\xFE");
+  for (const QByteArray& table :
+       {QByteArray("\"@SUM(1)\",2\r\n"), QByteArray("\xEF\xBB\xBF") + formula.toUtf8(),
+        utf16 + QByteArray(reinterpret_cast<const char*>(formula.utf16()), formula.size() * 2),
+        QByteArray("+cmd|' /C calc'!A0"), QByteArray("a;-2+3+cmd|' /C calc'!A0"),
+        QByteArray("a| =cmd"), QByteArray("＝1+1")}) {
+    EXPECT_FALSE(harmless(u"a.csv", table)) << table.toStdString();
+  }
+  EXPECT_TRUE(harmless(u"a.csv", "+81-3-1234-5678,-1.5%,\"- 品名\",x@y.example\r\n"));
+  EXPECT_FALSE(harmless(u"a.pdf", "%PDF-1.4\n<</OpenAction<</S/JavaScript/JS (x)>>>>"));
   const QByteArray zip("PK\x03\x04\x14\0\0\0", 8);
   for (const char16_t* name : {u"a.odt", u"a.ods", u"a.docx", u"a.xlsx"}) {
     EXPECT_TRUE(harmless(name, zip + "content.xml"));
     EXPECT_FALSE(harmless(name, zip + "Basic/Standard/Module1.xml"));
-    EXPECT_FALSE(harmless(name, zip + "xl/vbaProject.bin"));
+    EXPECT_FALSE(harmless(name, zip + "XL/VBAPROJECT.BIN"));
+    EXPECT_FALSE(harmless(name, zip + "word/embeddings/oleObject1.bin"));
   }
   const QByteArray page = "<html><body><script>x</script></body></html>";
   for (const char16_t* name : {u"invoice",

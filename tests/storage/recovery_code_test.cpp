@@ -33,7 +33,8 @@ TEST(RecoveryCode, IsReadHoweverItIsTypedAndChecksItself) {
   for (const QString& typed :
        {code, code.toLower(), QString(code).remove(u'-'), FullWidth(code),
         FullWidth(code.toLower()), QStringLiteral(" ") + QString(code).replace(u'-', u' ') + u'\n',
-        dashes.replace(u'-', u'ー'), QString(code).replace(u'0', u'o').replace(u'1', u'l')}) {
+        QStringLiteral("「") + code + QStringLiteral("」。\u200B"), dashes.replace(u'-', u'ー'),
+        QString(code).replace(u'0', u'o').replace(u'1', u'l')}) {
     EXPECT_EQ(RecoveryCode::Read(typed), code) << typed.toStdString();
     EXPECT_FALSE(RecoveryCode::IsMistyped(typed));
   }

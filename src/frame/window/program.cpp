@@ -19,6 +19,7 @@
 #include "mail/mailto.h"
 #include "mail/window/html_view.h"
 #include "objects/lost_files.h"
+#include "objects/profile.h"
 #include "present/window/page_source.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
@@ -75,7 +76,10 @@ Program::~Program() {
 }
 
 void Program::CloseFiles() {
-  if (context_.Session->Flag(u"login")) NoteFiles(context_);  // tried again at the next login
+  if (context_.Session->Flag(u"login")) {
+    RememberCode(context_);
+    NoteFiles(context_);  // tried again at the next login
+  }
   context_.Data.CloseAll();
   RemoveWorkingFiles();
 }

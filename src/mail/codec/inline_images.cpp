@@ -18,7 +18,9 @@ QHash<QString, MimeCodec::ContentRecord> ImagesById(const QByteArray& source,
   QHash<QString, MimeCodec::ContentRecord> images;
   for (const MimeCodec::ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
     // A drawing in SVG is a document with links of its own.
-    if (!record.type.startsWith(u"image/") || record.type.contains(u"svg")) continue;
+    const bool isImage = record.type.startsWith(u"image/") && !record.type.contains(u"svg");
+    if (!isImage && record.type != u"application/octet-stream")
+      continue;  // a label of those in doubt
     const QByteArray id = MimeCodec::HeaderValue(
         MimeCodec::HeaderField(source, name, record.headerFirst, record.headerLast), name.size());
     if (id.startsWith('<') && id.endsWith('>')) {

@@ -282,7 +282,11 @@ void AttachmentList::OpenCurrent() {
   if (!WriteTo(path, attachment) || !MakePrivate(path)) return;
   if (isMessage) {
     Q_EMIT MessageOpened(path);
-  } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+  } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+    return;
+  } else if (IsZip(attachment, ReadAttachment(attachment, source_))) {
+    UnpackCurrent();  // which needs no program
+  } else {
     Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(attachment.name));
   }
 }

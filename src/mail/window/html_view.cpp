@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QUuid>
 #include <QVBoxLayout>
 #include <QWebEngineFindTextResult>
@@ -26,6 +27,7 @@ namespace vorn {
 namespace {
 
 constexpr const char* kScheme = "vorn-mail";
+constexpr int kFirstPaintMs = 40;  // from the end of the loading
 
 bool IsRemoteImage(const QUrl& url) {
   return url.toString(QUrl::FullyEncoded).startsWith(QLatin1String(kRemoteImage));
@@ -126,7 +128,8 @@ HtmlView::HtmlView(const QString& viewName)
       guard_(new MailGuard(this)),
       source_(new MailSource(this)),
       view_(new QWebEngineView(this)),
-      notice_(new QWidget) {
+      notice_(new QWidget),
+      cover_(new QWidget(this)) {
   profile_->setUrlRequestInterceptor(guard_);
   profile_->installUrlSchemeHandler(kScheme, source_);
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
@@ -165,6 +168,11 @@ HtmlView::HtmlView(const QString& viewName)
   connect(button, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
   connect(view_, &QWebEngineView::loadFinished, this, &HtmlView::Loaded);
+  connect(view_, &QWebEngineView::loadFinished, this,
+          [this] { QTimer::singleShot(kFirstPaintMs, this, &HtmlView::Uncover); });
+  cover_->setAutoFillBackground(true);
+  cover_->setBackgroundRole(QPalette::Base);
+  cover_->hide();
 }
 
 HtmlView::~HtmlView() {
@@ -173,7 +181,20 @@ HtmlView::~HtmlView() {
 
 void HtmlView::Show(const QString& html) {
   html_ = html;
+  Cover();
   Load(RemoteImages::LeftOut);
+}
+
+// The engine leaves the page before in sight until the next one comes: another sender's words
+// would stand under this one's name.
+void HtmlView::Cover() {
+  cover_->setGeometry(view_->geometry());
+  cover_->raise();
+  cover_->show();
+}
+
+void HtmlView::Uncover() {
+  if (!page_->isLoading()) cover_->hide();
 }
 
 void HtmlView::LoadRemoteImages() {

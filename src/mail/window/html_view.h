@@ -45,6 +45,8 @@ class HtmlView : public QWidget {
 
  private:
   void Load(RemoteImages images);
+  void Cover();
+  void Uncover();
   void LoadRemoteImages();
   void AskToOpen(const QUrl& url);
 
@@ -55,6 +57,7 @@ class HtmlView : public QWidget {
   MailPage* page_;
   QWebEngineView* view_;
   QWidget* notice_;
+  QWidget* cover_;
 };
 
 }  // namespace vorn

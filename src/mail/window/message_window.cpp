@@ -121,7 +121,8 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   unreadable_ = opened.unreadable.has_value() || isGone;
   if (isGone) request_->Let(kProcess, static_cast<int>(kStatusEdit));  // it waits no longer
   const bool editable = IsEditable();
-  txSubject_->setText(opened.unreadable ? opened.unreadable->subject : model_.subject);
+  const QString subject = opened.unreadable ? opened.unreadable->subject : model_.subject;
+  txSubject_->setText(editable ? subject : ShownInLine(subject));
   txSubject_->setCursorPosition(0);
   txSubject_->setReadOnly(!editable);
   lvMailaddress_->Show(model_.addresses, editable);

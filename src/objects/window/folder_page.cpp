@@ -5,10 +5,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <utility>
 
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "objects/object_types.h"
+#include "storage/connection.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -16,6 +18,7 @@ namespace vorn {
 namespace {
 
 constexpr int kPreviewDelayMs = 300;
+constexpr int kPreviewMs = 2000;
 constexpr int kSqlHeight = 70;
 
 struct Matches {
@@ -107,7 +110,10 @@ void FolderPage::Loaded(const Disk&) {
 
 void FolderPage::ShowMatches() {
   delay_.stop();
+  // The window stands still meanwhile, and the user goes on writing.
+  const int usual = std::exchange(Connection::ConditionMs, kPreviewMs);
   const Matches matches = CountMatches(context_, *Edited());
+  Connection::ConditionMs = usual;
   matches_->setText(matches.error.isEmpty()
                         ? Ui::tr("今は%1通のメッセージが当てはまります。").arg(matches.count)
                         : matches.error);

@@ -133,6 +133,7 @@ void ProfilePage::AddProtection() {
   show->setObjectName(QStringLiteral("cmRecoveryCode"));
   show->setAutoDefault(false);
   connect(show, &QPushButton::clicked, this, [this, code] {
+    RememberCode(context_);
     RecoveryCodeWindow(context_.Session->Text(u"Object"), code, this).exec();
   });
   auto* row = new QHBoxLayout;

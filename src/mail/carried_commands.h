@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace vorn {
+
+/// What acts in a file whose kind is harmless otherwise, in words for the user: macros, embedded
+/// programs and scripts of a document, formulas of a table of text. Empty when nothing is seen;
+/// what is compressed is not looked into. `type` is the media type, `bytes` the whole content.
+QString CarriedCommands(const QString& type, const QByteArray& bytes);
+
+}  // namespace vorn
