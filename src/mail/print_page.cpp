@@ -57,13 +57,16 @@ QByteArray Shielded(QByteArray table) {
   return table.replace("<TABLE", "<TABLE" + Important("all:initial;display:table;width:100%;"));
 }
 
+const QByteArray kHtml = "<html>";
+const QByteArray kBody = "<body";
+
 // Behind what the mail says at its body, or in its place.
 void ShieldBody(QByteArray& document, qsizetype body) {
   const QByteArray rest = Important("margin:0;");
   const QByteArray begin = " style=\"";
   const qsizetype own = document.indexOf(begin, body);
   if (own < 0 || own > document.indexOf('>', body)) {
-    document.insert(body + qstrlen("<body"), rest);
+    document.insert(body + kBody.size(), rest);
   } else {
     document.insert(document.indexOf('"', own + begin.size()),
                     ';' + rest.sliced(begin.size()).chopped(1));
@@ -71,13 +74,13 @@ void ShieldBody(QByteArray& document, qsizetype body) {
 }
 
 QByteArray WithHead(QByteArray document, const QByteArray& table) {
-  ShieldBody(document, document.indexOf("<body", document.indexOf("</head>")));
-  const qsizetype body = document.indexOf("<body", document.indexOf("</head>"));
+  ShieldBody(document, document.indexOf(kBody, document.indexOf("</head>")));
+  const qsizetype body = document.indexOf(kBody, document.indexOf("</head>"));
   document.insert(document.lastIndexOf("</body>"), "</div>");
   document.insert(
       document.indexOf('>', body) + 1,
       Shielded(table) + "<div" + Important("display:flow-root;overflow:clip;margin:0;") + '>');
-  return document.replace(document.indexOf("<html>"), qstrlen("<html>"),
+  return document.replace(document.indexOf(kHtml), kHtml.size(),
                           "<html" + Important("margin:0 15mm;overflow-wrap:anywhere;") + '>');
 }
 

@@ -15,7 +15,7 @@ namespace {
 constexpr int kPanelWidth = 220;
 constexpr int kOfferMs = 20000;
 constexpr int kResultMs = 10000;
-constexpr int kSameCheckMs = 60000;
+constexpr int kSameCheckMs = 20000;
 
 }  // namespace
 
@@ -85,6 +85,7 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
     results_.clear();
     failures_.clear();
   }
+  if (sentence.trimmed().isEmpty()) return;
   QStringList& mine = isFailure ? failures_ : results_;
   if (!mine.contains(sentence)) mine.append(sentence);
   told_ = ShownText((results_ + failures_).join(QStringLiteral(" ／ ")), kMostInTitle);

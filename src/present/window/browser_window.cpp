@@ -224,6 +224,7 @@ void BrowserWindow::ChooseFirstPage() {
   const bool newest = settings->Flag(u"MessagesNewest") && !settings->Flag(u"NewestFirst");
   bag_->Let(kPage, newest ? qMax(1, pages_.CountPages(bag_->SerialID())) : 1);
   rows_.BeginAtEnd(newest);
+  rows_.StayAtEnd(newest);
 }
 
 // Whether there is a page to show. A folder that is not available leaves "url" as it was.
@@ -255,6 +256,8 @@ bool BrowserWindow::CreatePage() {
     bag_->Let(kPage, last);
     page = make();
   }
+  // The first page after the words that stood in its place.
+  if (bag_->Text(kUrl).isEmpty()) rows_.BeginAtEnd(rows_.StaysAtEnd());
   bag_->Let(kUrl, page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
   bag_->Let(kBefore, before);
   bag_->Let(kNext, next);

@@ -52,7 +52,9 @@ void PageRows::Attach(QWebEnginePage* page) {
 void PageRows::Restore(const QString& state) {
   // As an argument in quotes, which JSON is.
   const QByteArray quoted = QJsonDocument(QJsonArray{state}).toJson(QJsonDocument::Compact);
-  Run(QStringLiteral("(vorn.restore(%1[0]), true)").arg(QString::fromUtf8(quoted)),
+  Run(QStringLiteral("(vorn.restore(%1[0], %2), true)")
+          .arg(QString::fromUtf8(quoted),
+               staysAtEnd_ ? QStringLiteral("true") : QStringLiteral("false")),
       [this, state](const QVariant& done) {
         if (done.toBool() && kept_ == state) kept_.clear();
       });

@@ -55,6 +55,10 @@ class PageRows : public QObject {
   void Keep(const std::function<void()>& then);
   /// The next page begins at its last row, or at its top.
   void BeginAtEnd(bool atEnd);
+  /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
+  /// is what the user looks at.
+  void StayAtEnd(bool stays) { staysAtEnd_ = stays; }
+  bool StaysAtEnd() const { return staysAtEnd_; }
 
  private:
   void SetCount(int count);
@@ -73,6 +77,7 @@ class PageRows : public QObject {
   bool closed_ = false;
   std::function<void()> changed_;
   QString kept_;
+  bool staysAtEnd_ = false;
 };
 
 }  // namespace vorn

@@ -124,15 +124,16 @@ inline constexpr char kPageScript[] = R"js(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.
     state: () => JSON.stringify({next: current < 0 ? [] : rows.slice(current).map(row => row.id),
-                                 chosen: [...chosen], y: scrollY, x: scrollX}),
-    restore: text => {
+                                 chosen: [...chosen], y: scrollY, x: scrollX,
+                                 end: innerHeight + scrollY >= document.documentElement.scrollHeight - 2}),
+    restore: (text, staysAtEnd) => {
       const state = JSON.parse(text);
       const next = state.next.find(id => seen.has(id));
       current = rows.findIndex(row => row.id === next);
       if (current < 0 && state.next.length > 0) current = rows.length - 1;
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
       show();
-      scrollTo(state.x, state.y);
+      scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
       tell('kept', current);
     },
   };

@@ -29,7 +29,9 @@ bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   FillPages();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
   static_cast<RulePage*>(list->parentWidget())->Propose(request->Text(u"condition"));
-  list->setFocus();
+  // What is proposed is taken by Enter.
+  auto* ok = findChild<QWidget*>(QStringLiteral("cmOk"));
+  request->Text(u"condition").isEmpty() || ok == nullptr ? list->setFocus() : ok->setFocus();
   return true;
 }
 
