@@ -1,5 +1,7 @@
 #include "transfer/known_providers.h"
 
+#include <QStringList>
+
 namespace vorn {
 namespace {
 
