@@ -87,7 +87,8 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
 TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
   auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
   book->Let(QStringLiteral("FormName"), object_type::kBook);
-  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木\r\nTO: suzuno@example.jp 鈴野"));
+  book->Let(QStringLiteral("Addressbook"),
+            QStringLiteral("TO: suzuki@example.jp 鈴木\r\nTO: suzuno@example.jp 鈴野"));
   Context().Objects.Add(book);
   MessageWindow& window = New();
   window.activateWindow();

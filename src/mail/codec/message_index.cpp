@@ -64,11 +64,11 @@ QString CodeCharacter(int code) {
 bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStringList& textTypes,
               bool hasText) {
   const std::vector<Attachment> attachments = ListAttachments(records, textTypes);
-  const bool isHtmlAlone = !hasText && std::any_of(attachments.begin(), attachments.end(),
-                                                   [](const Attachment& attachment) {
-                                                     return !attachment.record.hasName &&
-                                                            attachment.record.type == u"text/html";
-                                                   });
+  const bool isHtmlAlone =
+      !hasText &&
+      std::any_of(attachments.begin(), attachments.end(), [](const Attachment& attachment) {
+        return !attachment.record.hasName && attachment.record.type == u"text/html";
+      });
   return attachments.size() > (isHtmlAlone ? 1 : 0);
 }
 

@@ -9,7 +9,8 @@ namespace vorn {
 
 void PageSource::RegisterScheme() {
   QWebEngineUrlScheme scheme(kScheme);
-  // With a host all pages are of one origin: the engine leaves one in sight until the next is drawn.
+  // With a host all pages are of one origin: the engine leaves one in sight until the next is
+  // drawn.
   scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
   QWebEngineUrlScheme::registerScheme(scheme);
 }
