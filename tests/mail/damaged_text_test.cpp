@@ -36,6 +36,10 @@ const QStringList kTexts = {
     QStringLiteral("添付資料をご確認のほど、よろしくお願い申し上げます。"),
 };
 
+CharsetChoice RecognizedChoice(const QByteArray& bytes) {
+  return static_cast<CharsetChoice>(CodeNumber(RecognizeCharset(bytes)));
+}
+
 enum class Damage { Lost, Changed, Inserted, Escape, LineEnd };
 
 QByteArray Damaged(QByteArray bytes, qsizetype at, Damage damage) {
@@ -126,6 +130,34 @@ TEST(DamagedCharacters, AreMarkedOnceAndTheRestIsRead) {
   QByteArray kana = *MimeCodec::EncodeText(QStringLiteral("ｶﾌﾞｼｷｶﾞｲｼｬ 御中"), Output::Euc);
   kana.chop(1);
   EXPECT_EQ(read("euc-jp", kana), QStringLiteral("ｶﾌﾞｼｷｶﾞｲｼｬ 御\uFFFD"));
+}
+
+// Mailing lists put words of their own behind or before a text without looking at its code.
+TEST(MixedText, WholeLinesInTwoCodesAreEachReadInTheirOwn) {
+  const QString text = QStringLiteral("本文は JIS です。\r\n二行目です。\r\n--\r\n");
+  const QString added = QStringLiteral("配信の停止はこちらからどうぞ。\r\n");
+  for (const Code& first : kCodes) {
+    for (const Code& last : kCodes) {
+      const bool areProven = first.output == Output::Jis || first.output == Output::Utf8 ||
+                             last.output == Output::Jis || last.output == Output::Utf8;
+      if (!areProven || first.output == last.output) continue;
+      const QByteArray bytes =
+          *MimeCodec::EncodeText(text, first.output) + *MimeCodec::EncodeText(added, last.output);
+      for (const char* label :
+           {"", "us-ascii", "iso-2022-jp", "utf-8", "iso-8859-1", first.label}) {
+        const Charset declared = Charset::FromLabel(label);
+        const auto what = [&] {
+          return std::string(first.label) + ' ' + last.label + " as " + label;
+        };
+        EXPECT_EQ(DecodeAutomatically(bytes, declared), text + added) << what();
+        EXPECT_EQ(DecodeWithChoice(bytes, declared, RecognizedChoice(bytes)), text + added)
+            << what();
+        EXPECT_EQ(DecodeAutomatically(bytes.chopped(5), declared, true).left(text.size() + 10),
+                  text + added.left(10))
+            << what() << ", cut";
+      }
+    }
+  }
 }
 
 TEST(DamagedCharacters, TakeNoLongerThanTheTextIsLong) {

@@ -9,6 +9,7 @@
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/japanese_decoders.h"
 #include "mail/codec/reading_cost.h"
+#include "mail/codec/text_runs.h"
 
 namespace vorn {
 namespace {
@@ -355,7 +356,10 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   if (declared.family <= Family::Ascii) {
     const Charset recognized = RecognizeCharset(bytes, atCut);
     if (recognized.family > Family::Ascii) {
-      return WithOneMark(recognized, Decode(recognized, bytes, atCut));
+      DecodedText reading = Decode(recognized, bytes, atCut);
+      const bool fits = Fits(recognized, bytes, reading);
+      if (const auto runs = fits ? std::nullopt : ReadInTwoRuns(bytes, atCut)) return *runs;
+      return WithOneMark(recognized, std::move(reading));
     }
   }
   DecodedText asDeclared = Decode(declared, bytes, atCut);
@@ -364,6 +368,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
                ? Decode({Family::Euc, {}}, bytes, atCut).text
                : asDeclared.text;
   }
+  if (const auto runs = ReadInTwoRuns(bytes, atCut)) return *runs;
   const Charset usual = MostUsual(bytes, declared);
   const bool isDeclared = usual.family == declared.family && usual.icuName == declared.icuName;
   return WithOneMark(usual, isDeclared ? std::move(asDeclared) : Decode(usual, bytes, atCut));
@@ -385,7 +390,7 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   }
   // Hardly anything but UTF-8 is well-formed UTF-8.
   const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
-  if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;
+  if (Fits({Family::Utf8, {}}, bytes, asUtf8) && LooksJapanese(asUtf8.text)) return asUtf8.text;
   const bool chosenFits = Fits(chosen, bytes, asChosen);
   // What was recognised when the message was stored may be a damaged code read as another one.
   const bool isDamaged = isDeclared && !declaredFits &&
