@@ -227,7 +227,8 @@ TEST(UnlabelledText, HalfWidthKanaAloneAreWordsOrElseEuc) {
     return RecognizeCharset(*MimeCodec::EncodeText(text, code)).family;
   };
   for (const char16_t* words :
-       {u"ｶﾌﾞｼｷｶﾞｲｼｬ", u"ﾔﾏﾀﾞﾀﾛｳﾔﾏﾀﾞ", u"ｼｽﾃﾑ ｴﾗｰ ﾉ ｵｼﾗｾ", u"ﾒﾝﾃﾅﾝｽ ﾚﾎﾟｰﾄ"}) {
+       {u"ｶﾌﾞｼｷｶﾞｲｼｬ", u"ﾔﾏﾀﾞﾀﾛｳﾔﾏﾀﾞ", u"ｼｽﾃﾑ ｴﾗｰ ﾉ ｵｼﾗｾ", u"ﾒﾝﾃﾅﾝｽ ﾚﾎﾟｰﾄ",
+        u"ｺﾞﾆｭｳｷﾝ ｱﾘｶﾞﾄｳｺﾞｻﾞｲﾏｽ", u"ｱｲｳｴｵ", u"ﾆｭｳｷﾝ 1,000 ｴﾝ", u"ｵﾌﾘｺﾐ ｱﾘｶﾞﾄｳ ｺﾞｻﾞｲﾏｼﾀ"}) {
     EXPECT_EQ(family(QString::fromUtf16(words), MimeCodec::OutputCharset::ShiftJis),
               Charset::Family::ShiftJis)
         << QString::fromUtf16(words).toStdString();
@@ -235,6 +236,28 @@ TEST(UnlabelledText, HalfWidthKanaAloneAreWordsOrElseEuc) {
   for (const char16_t* name : {u"廣瀬龍崎", u"齋藤渡邊", u"瀧澤彌生", u"會議室", u"國分寺驛"}) {
     EXPECT_EQ(family(QString::fromUtf16(name), MimeCodec::OutputCharset::Euc), Charset::Family::Euc)
         << QString::fromUtf16(name).toStdString();
+  }
+}
+
+TEST(WrongLabels, ShortTextsAreReadInTheirOwnCodeAndKanaInTheDeclaredOne) {
+  struct Case {
+    const char16_t* text;
+    Output code;
+    const char* label;
+  };
+  constexpr Case kCases[] = {
+      {u"株式会社山田", Output::Utf8, "shift_jis"},  {u"営業部", Output::Utf8, "shift_jis"},
+      {u"鈴木", Output::Utf8, "shift_jis"},          {u"お客様窓口", Output::Utf8, "shift_jis"},
+      {u"お客様窓口", Output::Utf8, "euc-jp"},       {u"山田 太郎", Output::Euc, "iso-2022-jp"},
+      {u"佐藤花子", Output::Euc, "iso-2022-jp"},     {u"営業部", Output::Euc, "shift_jis"},
+      {u"ｻｲﾄｳ ｺｳｲﾁ", Output::ShiftJis, "shift_jis"}, {u"ﾃｽﾄｱ", Output::ShiftJis, "shift_jis"},
+  };
+  for (const Case& c : kCases) {
+    const QString text = QString::fromUtf16(c.text);
+    const QByteArray bytes = *MimeCodec::EncodeText(text, c.code);
+    const Charset declared = Charset::FromLabel(c.label);
+    EXPECT_EQ(DecodeAutomatically(bytes, declared), text) << c.label;
+    EXPECT_EQ(DecodeWithChoice(bytes, declared, RecognizedChoice(bytes)), text) << c.label;
   }
 }
 
