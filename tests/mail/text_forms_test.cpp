@@ -57,7 +57,7 @@ QByteArray Multipart(const char* kind, const QByteArrayList& parts) {
 TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
   const QByteArray html = "Content-Type: text/html\r\n\r\n<p>html</p>";
   const QByteArray text = "\r\ntext";
-  const QByteArray blank = "\r\n ";
+  const QByteArray blank = "\r\n\r\n \r\n";
   const QByteArray footer = "\r\nfooter";
   const QByteArray file = "Content-Type: application/pdf; name=a.pdf\r\n\r\nx";
   const QByteArray both = Multipart("alternative", {text, html});
