@@ -3648,5 +3648,13 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>その言葉のある設定は見つかりません。</source>
         <translation>No setting has these words.</translation>
     </message>
+    <message>
+        <source>配送状況.txt</source>
+        <translation>delivery status.txt</translation>
+    </message>
+    <message>
+        <source>元のヘッダー.txt</source>
+        <translation>original header.txt</translation>
+    </message>
 </context>
 </TS>

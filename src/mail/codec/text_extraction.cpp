@@ -349,7 +349,8 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
   request.maximum = 0;
   request.isInner = true;
   for (const ContentRecord& record : records) {
-    if (record.type != u"message/rfc822" || record.first > record.last ||
+    const bool isMessage = record.type == u"message/rfc822" || record.type == u"message/global";
+    if (!isMessage || record.first > record.last ||
         MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
       continue;
     }
