@@ -3660,5 +3660,13 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>マクロやほかのファイルの入った文書</source>
         <translation>a document with macros or other files in it</translation>
     </message>
+    <message>
+        <source>配送状況.txt</source>
+        <translation>delivery status.txt</translation>
+    </message>
+    <message>
+        <source>元のヘッダー.txt</source>
+        <translation>original header.txt</translation>
+    </message>
 </context>
 </TS>

@@ -87,6 +87,7 @@ QString Text(const QByteArray& source, const MessageIndex& index) {
   TextRequest request;
   request.textTypes = DefaultTextTypes();
   request.withReports = true;
+  request.withHtml = true;
   return GetMessageText(source, index.content, request).text;
 }
 

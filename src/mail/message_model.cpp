@@ -235,6 +235,7 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   request.charset = message.charset;
   request.textTypes = settings.textTypes;
   request.withReports = !message.isWritten && mode != OpenMode::Resend;
+  request.withHtml = request.withReports && settings.standardHeaders;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
   const MessageText read = GetMessageText(message.source, message.contentIndex, request);

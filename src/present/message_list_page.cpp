@@ -33,6 +33,7 @@ PageContent ReadContent(Context& context, const QString& folder) {
   content.folder = LoadObject(context, folder);
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
   content.textTypes = TextTypes(context);
+  content.withHtml = settings->Flag(u"StandardHeaders");
   content.escape = settings->Flag(u"PageEscape");
   content.rowsPerPage = RowsPerPage(*settings);
   content.today = QDate::currentDate();

@@ -299,6 +299,7 @@ void PageFiller::WritePreview() {
   request.maximum = kPreviewBytes;
   request.textTypes = content_.textTypes;
   request.withReports = IsReceived();
+  request.withHtml = content_.withHtml && IsReceived();
   const QVariant source = rows_->Fields(u"MAIL");
   if (!source.isValid()) return WriteText(kUnreadable);
   const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);

@@ -19,6 +19,7 @@ struct PageContent {
   QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
   bool escape = false;     ///< HTML-escape what mail contributes
   qint32 rowsPerPage = 0;  ///< 0: all
+  bool withHtml = false;   ///< HTML stands among the texts
   QDate today;             ///< of which short times show the clock alone
   /// The page's rows without the first `skipped` ones; null when none of them can be read.
   /// `skipped` grows by those that have to be passed over for that.

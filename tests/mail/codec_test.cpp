@@ -122,6 +122,12 @@ TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
                            "TO: (不明なメールアドレス)"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("Cc: (note) z@x, y@x (Taro Yamada)")),
             QStringLiteral("CC: z@x note\r\nCC: y@x Taro Yamada"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("To: a@x (Yamada \\(Taro\\)), b@x (Sato (Sales (2))), "
+                                            "(c\\\\d) c@x, d@x (e) (f), e@x ()")),
+            QStringLiteral("TO: a@x Yamada (Taro)\r\nTO: b@x Sato (Sales (2))\r\nTO: c@x c\\d\r\n"
+                           "TO: d@x (e) (f)\r\nTO: e@x"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("To: <mailto:a@x.jp>, B <MailTo: b@x.jp>, <mailto@x>")),
+            QStringLiteral("TO: a@x.jp\r\nTO: b@x.jp B\r\nTO: mailto@x"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田 太郎 <y@x>")),
             QStringLiteral("FROM: y@x 山田 太郎"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: nobody")), QStringLiteral("FROM: nobody"));

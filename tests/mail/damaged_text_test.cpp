@@ -36,6 +36,10 @@ const QStringList kTexts = {
     QStringLiteral("添付資料をご確認のほど、よろしくお願い申し上げます。"),
 };
 
+CharsetChoice RecognizedChoice(const QByteArray& bytes) {
+  return static_cast<CharsetChoice>(CodeNumber(RecognizeCharset(bytes)));
+}
+
 enum class Damage { Lost, Changed, Inserted, Escape, LineEnd };
 
 QByteArray Damaged(QByteArray bytes, qsizetype at, Damage damage) {
@@ -128,6 +132,34 @@ TEST(DamagedCharacters, AreMarkedOnceAndTheRestIsRead) {
   EXPECT_EQ(read("euc-jp", kana), QStringLiteral("ｶﾌﾞｼｷｶﾞｲｼｬ 御\uFFFD"));
 }
 
+// Mailing lists put words of their own behind or before a text without looking at its code.
+TEST(MixedText, WholeLinesInTwoCodesAreEachReadInTheirOwn) {
+  const QString text = QStringLiteral("本文は JIS です。\r\n二行目です。\r\n--\r\n");
+  const QString added = QStringLiteral("配信の停止はこちらからどうぞ。\r\n");
+  for (const Code& first : kCodes) {
+    for (const Code& last : kCodes) {
+      const bool areProven = first.output == Output::Jis || first.output == Output::Utf8 ||
+                             last.output == Output::Jis || last.output == Output::Utf8;
+      if (!areProven || first.output == last.output) continue;
+      const QByteArray bytes =
+          *MimeCodec::EncodeText(text, first.output) + *MimeCodec::EncodeText(added, last.output);
+      for (const char* label :
+           {"", "us-ascii", "iso-2022-jp", "utf-8", "iso-8859-1", first.label}) {
+        const Charset declared = Charset::FromLabel(label);
+        const auto what = [&] {
+          return std::string(first.label) + ' ' + last.label + " as " + label;
+        };
+        EXPECT_EQ(DecodeAutomatically(bytes, declared), text + added) << what();
+        EXPECT_EQ(DecodeWithChoice(bytes, declared, RecognizedChoice(bytes)), text + added)
+            << what();
+        EXPECT_EQ(DecodeAutomatically(bytes.chopped(5), declared, true).left(text.size() + 10),
+                  text + added.left(10))
+            << what() << ", cut";
+      }
+    }
+  }
+}
+
 TEST(DamagedCharacters, TakeNoLongerThanTheTextIsLong) {
   constexpr qsizetype kTimes = 300000;
   qsizetype read = 0;
@@ -195,7 +227,8 @@ TEST(UnlabelledText, HalfWidthKanaAloneAreWordsOrElseEuc) {
     return RecognizeCharset(*MimeCodec::EncodeText(text, code)).family;
   };
   for (const char16_t* words :
-       {u"ｶﾌﾞｼｷｶﾞｲｼｬ", u"ﾔﾏﾀﾞﾀﾛｳﾔﾏﾀﾞ", u"ｼｽﾃﾑ ｴﾗｰ ﾉ ｵｼﾗｾ", u"ﾒﾝﾃﾅﾝｽ ﾚﾎﾟｰﾄ"}) {
+       {u"ｶﾌﾞｼｷｶﾞｲｼｬ", u"ﾔﾏﾀﾞﾀﾛｳﾔﾏﾀﾞ", u"ｼｽﾃﾑ ｴﾗｰ ﾉ ｵｼﾗｾ", u"ﾒﾝﾃﾅﾝｽ ﾚﾎﾟｰﾄ",
+        u"ｺﾞﾆｭｳｷﾝ ｱﾘｶﾞﾄｳｺﾞｻﾞｲﾏｽ", u"ｱｲｳｴｵ", u"ﾆｭｳｷﾝ 1,000 ｴﾝ", u"ｵﾌﾘｺﾐ ｱﾘｶﾞﾄｳ ｺﾞｻﾞｲﾏｼﾀ"}) {
     EXPECT_EQ(family(QString::fromUtf16(words), MimeCodec::OutputCharset::ShiftJis),
               Charset::Family::ShiftJis)
         << QString::fromUtf16(words).toStdString();
@@ -203,6 +236,28 @@ TEST(UnlabelledText, HalfWidthKanaAloneAreWordsOrElseEuc) {
   for (const char16_t* name : {u"廣瀬龍崎", u"齋藤渡邊", u"瀧澤彌生", u"會議室", u"國分寺驛"}) {
     EXPECT_EQ(family(QString::fromUtf16(name), MimeCodec::OutputCharset::Euc), Charset::Family::Euc)
         << QString::fromUtf16(name).toStdString();
+  }
+}
+
+TEST(WrongLabels, ShortTextsAreReadInTheirOwnCodeAndKanaInTheDeclaredOne) {
+  struct Case {
+    const char16_t* text;
+    Output code;
+    const char* label;
+  };
+  constexpr Case kCases[] = {
+      {u"株式会社山田", Output::Utf8, "shift_jis"},  {u"営業部", Output::Utf8, "shift_jis"},
+      {u"鈴木", Output::Utf8, "shift_jis"},          {u"お客様窓口", Output::Utf8, "shift_jis"},
+      {u"お客様窓口", Output::Utf8, "euc-jp"},       {u"山田 太郎", Output::Euc, "iso-2022-jp"},
+      {u"佐藤花子", Output::Euc, "iso-2022-jp"},     {u"営業部", Output::Euc, "shift_jis"},
+      {u"ｻｲﾄｳ ｺｳｲﾁ", Output::ShiftJis, "shift_jis"}, {u"ﾃｽﾄｱ", Output::ShiftJis, "shift_jis"},
+  };
+  for (const Case& c : kCases) {
+    const QString text = QString::fromUtf16(c.text);
+    const QByteArray bytes = *MimeCodec::EncodeText(text, c.code);
+    const Charset declared = Charset::FromLabel(c.label);
+    EXPECT_EQ(DecodeAutomatically(bytes, declared), text) << c.label;
+    EXPECT_EQ(DecodeWithChoice(bytes, declared, RecognizedChoice(bytes)), text) << c.label;
   }
 }
 

@@ -150,6 +150,15 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));
   settings_.standardHeaders = true;
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].pdf"));
+  for (const auto& [type, name] :
+       {std::pair("message/delivery-status", u"配送状況.txt"),
+        std::pair("message/global-delivery-status", u"配送状況.txt"),
+        std::pair("text/rfc822-headers", u"元のヘッダー.txt"),
+        std::pair("message/global-headers", u"元のヘッダー.txt"),
+        std::pair("message/global", u"件名.eml"), std::pair("message/rfc822", u"件名.eml")}) {
+    const QByteArray part = QByteArray("Content-Type: ") + type + "\r\n\r\nSubject: 件名\r\n\r\nx";
+    EXPECT_EQ(Open(Forward, part).attachments.at(0).name, QString::fromUtf16(name)) << type;
+  }
   settings_.standardHeaders = false;
   EXPECT_EQ(Open(Resend, file).attachments.size(), 1U);
   EXPECT_TRUE(Open(Reply, file).attachments.empty());

@@ -46,6 +46,63 @@ TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
             QStringLiteral("x\r\n"));
 }
 
+QByteArray Multipart(const char* kind, const QByteArrayList& parts) {
+  const QByteArray boundary = QByteArray("b") + kind[0];
+  return QByteArray("Content-Type: multipart/") + kind + "; boundary=" + boundary + "\r\n\r\n--" +
+         boundary + "\r\n" + parts.join("\r\n--" + boundary + "\r\n") + "\r\n--" + boundary +
+         "--\r\n";
+}
+
+// Footers and warnings are put beside a message whose HTML is the message.
+TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
+  const QByteArray html = "Content-Type: text/html\r\n\r\n<p>html</p>";
+  const QByteArray text = "\r\ntext";
+  const QByteArray blank = "\r\n\r\n \r\n";
+  const QByteArray footer = "\r\nfooter";
+  const QByteArray file = "Content-Type: application/pdf; name=a.pdf\r\n\r\nx";
+  const QByteArray both = Multipart("alternative", {text, html});
+  struct Case {
+    QByteArray source;
+    const char16_t* text;
+    bool isOfHtml = false;
+  };
+  const Case cases[] = {
+      {Multipart("mixed", {html, footer}), u"html\r\nfooter"},
+      {Multipart("mixed", {footer, html}), u"footer\r\nhtml\r\n"},
+      {Multipart("mixed", {text, file, html}), u"text\r\nhtml\r\n"},
+      {Multipart("mixed", {html, file, html}), u"html\r\nhtml\r\n", true},
+      {Multipart("mixed", {Multipart("related", {html, file}), footer}), u"html\r\nfooter"},
+      {Multipart("mixed", {Multipart("alternative", {blank, html}), footer}), u"html\r\nfooter"},
+      {Multipart("mixed", {both, footer}), u"text\r\nfooter"},
+      {Multipart("alternative", {html, text}), u"text"},
+      {Multipart("alternative", {text, Multipart("related", {html, file})}), u"text"},
+      {Multipart("alternative", {blank, html}), u"html\r\n", true},
+      {Multipart("digest", {"\r\n" + both}), u"text"},
+  };
+  TextRequest request;
+  request.textTypes = {QStringLiteral("text/plain")};
+  for (const Case& c : cases) {
+    request.withHtml = true;
+    const QString index = MimeCodec::ContentIndex(c.source);
+    const MessageText read = GetMessageText(c.source, index, request);
+    EXPECT_EQ(read.text, QString::fromUtf16(c.text)) << c.source.toStdString();
+    EXPECT_EQ(read.isOfHtml, c.isOfHtml) << c.source.toStdString();
+    for (const bool withHtml : {false, true}) {
+      TextRequest quoted = request;
+      quoted.withHtml = withHtml;
+      const QString plain = GetMessageText(c.source, index, quoted).text;
+      quoted.linePrefix = QStringLiteral("> ");
+      EXPECT_EQ(GetMessageText(c.source, index, quoted).text.remove(QStringLiteral("> ")), plain)
+          << "quoted: " << c.source.toStdString();
+    }
+  }
+  // A cut one ends with a mark, at most as long as is asked for.
+  request.maximum = 6;
+  const QByteArray longer = Multipart("mixed", {footer, html});
+  EXPECT_EQ(GetMessageText(longer, MimeCodec::ContentIndex(longer), request).text,
+            QStringLiteral("footer..."));
+}
+
 TEST(Appointments, AreShownInTheUsersOwnTimeWithWhoAnsweredHow) {
   const auto summary = [](const QByteArray& method, const QByteArray& event) {
     const QString text = CalendarSummary(

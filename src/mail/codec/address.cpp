@@ -39,25 +39,49 @@ struct Mailbox {
   QString name;
 };
 
+// What a comment says (RFC 5322 section 3.2.2), others within it included; null when the text is
+// not one comment as a whole.
+QString CommentText(const QString& comment) {
+  QString text = QStringLiteral("");
+  int depth = 0;
+  for (qsizetype at = 0; at < comment.size(); ++at) {
+    const QChar c = comment[at];
+    const bool isQuoted = c == u'\\' && at + 1 < comment.size();
+    if (isQuoted) {
+      text += comment[++at];
+      continue;
+    }
+    if (c == u'(') ++depth;
+    if (c == u')' && --depth == 0 && at + 1 < comment.size()) return {};
+    const bool isOuter = (c == u'(' && depth == 1) || (c == u')' && depth == 0);
+    if (!isOuter) text += c;
+  }
+  return depth == 0 ? text : QString();
+}
+
 // An address alone with a comment before or behind it, which is how names were written once
 // (RFC 5322 section 3.4, at its end), and one whose closing bracket was lost.
 void TakeUnbracketed(Mailbox& mailbox) {
-  static const QRegularExpression kBehind(QStringLiteral("^(\\S+@\\S+) *\\(([^()]*)\\)$"));
+  static const QRegularExpression kBehind(QStringLiteral("^([^\\s()]+@[^\\s()]+) *(\\(.*\\))$"));
   // The closing bracket is missing.
   static const QRegularExpression kOpen(QStringLiteral("^([^<]*)<([^<>\\s]+@[^<>\\s]+)$"));
-  static const QRegularExpression kBefore(QStringLiteral("^\\(([^()]*)\\) *(\\S+@\\S+)$"));
-  if (const auto behind = kBehind.match(mailbox.name); behind.hasMatch()) {
-    mailbox = {behind.captured(1), behind.captured(2)};
-  } else if (const auto before = kBefore.match(mailbox.name); before.hasMatch()) {
-    mailbox = {before.captured(2), before.captured(1)};
+  static const QRegularExpression kBefore(QStringLiteral("^(\\(.*\\)) *([^\\s()]+@[^\\s()]+)$"));
+  const auto behind = kBehind.match(mailbox.name);
+  const auto before = kBefore.match(mailbox.name);
+  const QString comment = CommentText(behind.hasMatch() ? behind.captured(2) : before.captured(1));
+  if (!comment.isNull() && (behind.hasMatch() || before.hasMatch())) {
+    mailbox = {behind.hasMatch() ? behind.captured(1) : before.captured(2), comment};
   } else if (const auto open = kOpen.match(mailbox.name); open.hasMatch()) {
     mailbox = {open.captured(2), open.captured(1).trimmed()};
   }
 }
 
-// What stands in brackets, without the route that it once could have (RFC 5322 section 4.4).
+// What stands in brackets, without the route that it once could have (RFC 5322 section 4.4) and
+// what an address has in links.
 QString AddressInBrackets(const QString& word) {
-  const QString address = word.sliced(1).chopped(1).trimmed();
+  const QString scheme = QStringLiteral("mailto:");
+  QString address = word.sliced(1).chopped(1).trimmed();
+  if (address.startsWith(scheme, Qt::CaseInsensitive)) address.remove(0, scheme.size());
   const qsizetype routeEnd = address.startsWith(u'@') ? address.indexOf(u':') : -1;
   return address.sliced(routeEnd + 1).trimmed();
 }

@@ -8,12 +8,31 @@
 namespace vorn {
 namespace {
 
+bool IsMessage(const QString& type) {
+  return type == u"message/rfc822" || type == u"message/global";
+}
+
+// What a server says about a message that it gave up (RFC 3462, 3464, 6533), in words.
+QString ReportName(const QString& type) {
+  if (type == u"message/delivery-status" || type == u"message/global-delivery-status") {
+    return Ui::tr("配送状況.txt");
+  }
+  const bool isHeader = type == u"text/rfc822-headers" || type == u"message/global-headers";
+  return isHeader ? Ui::tr("元のヘッダー.txt") : QString();
+}
+
+// The database of types prefers an older form of calendars, and knows no newer one of messages.
+QString EndingOf(const QString& type) {
+  if (type == u"text/calendar") return QStringLiteral("ics");
+  if (IsMessage(type)) return QStringLiteral("eml");
+  return QMimeDatabase().mimeTypeForName(type).preferredSuffix();
+}
+
 QString NameOf(const QString& type, int number, bool standard) {
+  const QString report = standard ? ReportName(type) : QString();
+  if (!report.isEmpty()) return report;
   const QString name = Ui::tr("添付ファイル[%1].dat").arg(number);
-  const bool isCalendar = type == u"text/calendar";  // whose older form the database prefers
-  const QString ending = !standard    ? QString()
-                         : isCalendar ? QStringLiteral("ics")
-                                      : QMimeDatabase().mimeTypeForName(type).preferredSuffix();
+  const QString ending = standard ? EndingOf(type) : QString();
   return ending.isEmpty() ? name : name.left(name.lastIndexOf(u'.') + 1) + ending;
 }
 
@@ -51,7 +70,7 @@ QByteArray BytesOf(const Attachment& attachment, const QByteArray& source) {
 
 QString ShownName(const Attachment& attachment, const QByteArray& source) {
   const MimeCodec::ContentRecord& record = attachment.record;
-  if (record.hasName || record.type != u"message/rfc822") return attachment.name;
+  if (record.hasName || !IsMessage(record.type)) return attachment.name;
   const QByteArray inner = BytesOf(attachment, source);
   const QByteArrayView name = "SUBJECT:";
   const QString subject =

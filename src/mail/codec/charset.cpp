@@ -9,6 +9,7 @@
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/japanese_decoders.h"
 #include "mail/codec/reading_cost.h"
+#include "mail/codec/text_runs.h"
 
 namespace vorn {
 namespace {
@@ -169,9 +170,16 @@ bool ShiftsByEscapes(const Charset& charset) {
          (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));
 }
 
+// Hardly anything but UTF-8 is well-formed UTF-8 with Japanese in it, whatever it is declared as.
+bool IsUtf8Instead(const Charset& charset, QByteArrayView bytes) {
+  const bool mayBe = charset.family == Family::ShiftJis || charset.family == Family::Euc;
+  return mayBe && bytes.isValidUtf8() && LooksJapanese(QString::fromUtf8(bytes));
+}
+
 // Whether a reading without errors is the right one: text in ISO-2022-JP has none in any code.
 bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& reading) {
-  return reading.clean && (ShiftsByEscapes(charset) || !HasJisEscape(bytes));
+  return reading.clean && (ShiftsByEscapes(charset) || !HasJisEscape(bytes)) &&
+         !IsUtf8Instead(charset, bytes);
 }
 
 // Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
@@ -280,14 +288,15 @@ constexpr qsizetype kLookedAt = 4096;
 
 // The code in which bytes give the most usual text, errors counted, with the declared code first
 // among equals. Enough of them are looked at to tell.
-Charset MostUsual(QByteArrayView bytes, const Charset& declared) {
+Charset MostUsual(QByteArrayView bytes, const Charset& declared, bool atCut) {
   constexpr qsizetype kEnough = 64 * 1024;
   constexpr int kWord = 30;  // what a code's own word is worth, in halves of a bit
   const QByteArrayView sample = Telling(bytes, kEnough);
+  atCut = atCut || sample.end() != bytes.end();
   Charset best = declared;
   int bestCost = INT_MAX;
   const auto consider = [&](const Charset& charset, int bonus) {
-    const QString text = Decode(charset, sample, true).text;
+    const QString text = Decode(charset, sample, atCut).text;
     const bool isWestern = charset.family == Family::Other;
     const int cost =
         (isWestern ? qMin(WesternCost(text), JapaneseCost(text)) : JapaneseCost(text)) - bonus;
@@ -304,12 +313,26 @@ Charset MostUsual(QByteArrayView bytes, const Charset& declared) {
   return best;
 }
 
-// The bytes of EUC have a meaning in Shift_JIS, of half-width kana mostly.
+// The bytes of EUC have a meaning in Shift_JIS, of half-width kana mostly, as those of eight bits
+// have in ISO-2022-JP, where nobody writes them. Words of kana are what is declared.
 bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const QString& reading) {
-  if (declared.family != Family::ShiftJis || Likelihood(reading.left(kLookedAt)) >= 0) return false;
+  constexpr int kSure = 16;
+  const bool isJis = declared.family == Family::Jis;
+  if (!isJis && declared.family != Family::ShiftJis) return false;
+  const QString begin = reading.left(kLookedAt);
+  if (Likelihood(begin) >= 0 || (isJis && HasJisEscape(bytes))) return false;
   const DecodedText euc =
       Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)), true);
-  return euc.clean && Likelihood(euc.text) >= kSureOfJapanese;
+  if (!euc.clean) return false;
+  return Likelihood(euc.text) >= kSureOfJapanese ||
+         ((isJis || !AreHalfKanaWords(begin)) &&
+          JapaneseCost(euc.text) + kSure <= JapaneseCost(begin));
+}
+
+QString AsDeclared(const Charset& declared, QByteArrayView bytes, QString reading, bool atCut) {
+  return IsEucUnderOtherLabel(declared, bytes, reading)
+             ? Decode({Family::Euc, {}}, bytes, atCut).text
+             : std::move(reading);
 }
 
 // Programs that know of no other code declare a Western one for whatever they are given. In it
@@ -355,16 +378,18 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   if (declared.family <= Family::Ascii) {
     const Charset recognized = RecognizeCharset(bytes, atCut);
     if (recognized.family > Family::Ascii) {
-      return WithOneMark(recognized, Decode(recognized, bytes, atCut));
+      DecodedText reading = Decode(recognized, bytes, atCut);
+      const bool fits = Fits(recognized, bytes, reading);
+      if (const auto runs = fits ? std::nullopt : ReadInTwoRuns(bytes, atCut)) return *runs;
+      return WithOneMark(recognized, std::move(reading));
     }
   }
   DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (Fits(declared, bytes, asDeclared)) {
-    return IsEucUnderOtherLabel(declared, bytes, asDeclared.text)
-               ? Decode({Family::Euc, {}}, bytes, atCut).text
-               : asDeclared.text;
+    return AsDeclared(declared, bytes, std::move(asDeclared.text), atCut);
   }
-  const Charset usual = MostUsual(bytes, declared);
+  if (const auto runs = ReadInTwoRuns(bytes, atCut)) return *runs;
+  const Charset usual = MostUsual(bytes, declared, atCut);
   const bool isDeclared = usual.family == declared.family && usual.icuName == declared.icuName;
   return WithOneMark(usual, isDeclared ? std::move(asDeclared) : Decode(usual, bytes, atCut));
 }
@@ -377,7 +402,9 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   const Charset chosen = Charset::FromChoice(code.choice);
   DecodedText asDeclared = isDeclared ? Decode(declared, bytes, atCut) : DecodedText{{}, false};
   const bool declaredFits = Fits(declared, bytes, asDeclared);
-  if (declaredFits && ProvesItself(declared)) return asDeclared.text;
+  if (declaredFits && ProvesItself(declared)) {
+    return AsDeclared(declared, bytes, std::move(asDeclared.text), atCut);
+  }
   DecodedText asChosen = Decode(chosen, bytes, atCut);
   if (code.isPicked) {
     const bool hasErrors = !Fits(chosen, bytes, asChosen) || !LooksJapanese(asChosen.text);
@@ -385,7 +412,7 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   }
   // Hardly anything but UTF-8 is well-formed UTF-8.
   const DecodedText asUtf8 = Decode({Family::Utf8, {}}, bytes, atCut);
-  if (asUtf8.clean && LooksJapanese(asUtf8.text)) return asUtf8.text;
+  if (Fits({Family::Utf8, {}}, bytes, asUtf8) && LooksJapanese(asUtf8.text)) return asUtf8.text;
   const bool chosenFits = Fits(chosen, bytes, asChosen);
   // What was recognised when the message was stored may be a damaged code read as another one.
   const bool isDamaged = isDeclared && !declaredFits &&

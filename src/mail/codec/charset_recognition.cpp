@@ -62,6 +62,14 @@ bool AreRareInEuc(QByteArrayView bytes) {
   return kana >= kSurelyWords && rare * kRareShare >= kana;
 }
 
+// Whether half-width kana are enough to be words, without the signs that symbols of EUC give.
+bool AreKanaAlone(const QString& text) {
+  constexpr qsizetype kWord = 4;
+  const auto isSign = [](QChar c) { return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF65; };
+  return std::count_if(text.begin(), text.end(), IsHalfKana) >= kWord &&
+         std::none_of(text.begin(), text.end(), isSign);
+}
+
 }  // namespace
 
 bool AreHalfKanaWords(const QString& text) {
@@ -189,7 +197,8 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
   const auto shiftJis = readAs(Family::ShiftJis);
   if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
-  if (euc && shiftJis && AreHalfKanaWords(*shiftJis) && AreRareInEuc(bytes)) {
+  const bool isKana = shiftJis && AreHalfKanaWords(*shiftJis);
+  if (isKana && (euc ? AreRareInEuc(bytes) : AreKanaAlone(*shiftJis))) {
     return {Family::ShiftJis, {}};
   }
   constexpr qsizetype kEnough = 4096;

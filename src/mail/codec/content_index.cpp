@@ -319,11 +319,14 @@ std::vector<ContentRecord> ParseContentIndex(const QString& index) {
 
 std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayView source) {
   std::vector<ContentRecord> records = ParseContentIndex(index);
-  const bool hasHtml = std::any_of(records.begin(), records.end(), [](const ContentRecord& record) {
-    return record.type == u"text/html";
-  });
-  if (!hasHtml) return records;
-  for (const ContentRecord& read : ReadContent(source)) {
+  qsizetype end = -1;  // behind it nothing is one of several forms of a text
+  bool hasHtml = false;
+  for (const ContentRecord& record : records) {
+    hasHtml = hasHtml || record.type == u"text/html";
+    if (record.type.startsWith(u"text/")) end = qMax(end, record.last);
+  }
+  if (!hasHtml || end < 0) return records;
+  for (const ContentRecord& read : ReadContent(source, 0, end)) {
     const auto same =
         std::find_if(records.begin(), records.end(),
                      [&read](const ContentRecord& record) { return record.first == read.first; });

@@ -200,65 +200,132 @@ bool IsBlank(const QString& text) {
   return QStringView(text).trimmed().isEmpty();
 }
 
-// What a message shows whose text is blank.
+// What a message shows whose text is blank; empty when that is as blank.
 QString InPlaceOfText(QByteArrayView source, const std::vector<ContentRecord>& records,
-                      const TextRequest& request, const QString& blank, const QString& lineBreak) {
-  QString text = blank;
-  const auto take = [&text](const QString& other) {
-    if (!other.isEmpty()) text = other;
-  };
+                      const TextRequest& request, const QString& lineBreak) {
   if (const ContentRecord* html = FindHtml(records)) {
     const QString page = DecodeText(source, *html, html->last, request.charset, false);
-    text = WithLineBreaks(HtmlToText(page), lineBreak);
+    const QString text = HtmlToText(page);
+    if (!IsBlank(text)) return WithLineBreaks(text, lineBreak);
   }
-  if (IsBlank(text)) take(WithLineBreaks(OtherText(source, records, request.charset), lineBreak));
-  if (IsBlank(text)) take(InnerText(source, records, request));
-  if (IsBlank(text) && !request.isInner) {
-    take(WithLineBreaks(Preamble(source, records, request.charset), lineBreak));
-  }
-  return text;
+  const QString other = OtherText(source, records, request.charset);
+  if (!IsBlank(other)) return WithLineBreaks(other, lineBreak);
+  const QString inner = InnerText(source, records, request);
+  if (!IsBlank(inner) || request.isInner) return inner;
+  return WithLineBreaks(Preamble(source, records, request.charset), lineBreak);
 }
+
+// Gathers the texts of a message in their order.
+class TextGatherer {
+ public:
+  TextGatherer(QByteArrayView source, const std::vector<ContentRecord>& records,
+               const TextRequest& request)
+      : source_(source),
+        records_(records),
+        request_(request),
+        lineBreak_(QStringLiteral("\r\n") + request.linePrefix) {}
+
+  void Run() {
+    for (const ContentRecord& record : records_) {
+      if (!record.isAlternative) hasForm_ = false;
+      const bool isText = IsText(record);
+      if (!isText && !IsHtmlOfItsOwn(record)) continue;
+      Take(record, isText);
+      if (request_.maximum > 0 && length_ > request_.maximum) break;
+    }
+    if (isTruncated_) text_ += kMore;
+  }
+
+  const QString& Text() const { return text_; }
+  bool HasWords() const { return hasWords_; }
+  bool HasTextWords() const { return hasTextWords_; }
+  bool IsTruncated() const { return isTruncated_; }
+
+ private:
+  inline static const QString kMore = QStringLiteral("...");
+
+  bool IsText(const ContentRecord& record) const {
+    return !record.hasName && record.first <= record.last &&
+           request_.textTypes.contains(record.type);
+  }
+
+  // Which is no other form of a text that has words, before it or behind it.
+  bool IsHtmlOfItsOwn(const ContentRecord& record) const {
+    const bool isHtml = record.type == u"text/html" && !record.hasName;
+    if (!request_.withHtml || !isHtml || record.first > record.last) return false;
+    if (!record.isAlternative) return true;
+    if (hasForm_) return false;
+    const ContentRecord* form = &record;
+    while (++form != records_.data() + records_.size() && form->isAlternative) {
+      if (IsText(*form) && !IsBlank(Read(*form, form->last, false))) return false;
+    }
+    return true;
+  }
+
+  QString Read(const ContentRecord& record, qsizetype last, bool cut) const {
+    return ReadableText(source_, record, DecodeText(source_, record, last, request_.charset, cut));
+  }
+
+  void Take(const ContentRecord& record, bool isText) {
+    qsizetype last = record.last;
+    bool cut = false;
+    if (request_.maximum > 0 && isText) {
+      const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+      const qsizetype room = EncodedRoom(qMax<qsizetype>(request_.maximum - length_, 0), encoding);
+      cut = record.Size() > room;
+      if (cut) last = record.first + room - 1;
+      isTruncated_ = isTruncated_ || cut;
+    }
+    const QString text = Read(record, last, cut);
+    const bool isBlank = IsBlank(text);
+    if (!isText && isBlank) return;
+    if (!isText && !hasWords_) text_.clear();  // which is blank
+    hasForm_ = hasForm_ || (record.isAlternative && !isBlank);
+    hasWords_ = hasWords_ || !isBlank;
+    hasTextWords_ = hasTextWords_ || (isText && !isBlank);
+    // A part may end right before its boundary, and one that was cut ends anywhere.
+    if (!text_.isEmpty() && !text_.endsWith(lineBreak_)) text_ += lineBreak_;
+    text_ += WithLineBreaks(text, lineBreak_);
+    if (request_.maximum <= 0) return;
+    length_ = CodePage932Length(text_);
+    if (isText || length_ <= request_.maximum) return;
+    // Its source has no place to cut it at.
+    text_ = Shortened(text_, request_.maximum).chopped(kMore.size());
+    isTruncated_ = true;
+  }
+
+  QByteArrayView source_;
+  const std::vector<ContentRecord>& records_;
+  const TextRequest& request_;
+  QString lineBreak_;
+  QString text_;
+  qsizetype length_ = 0;  // of the text so far, in bytes of code page 932
+  bool isTruncated_ = false;
+  bool hasWords_ = false;
+  bool hasTextWords_ = false;  // that are of no HTML
+  bool hasForm_ = false;       // whether a form of what has several was taken
+};
 
 }  // namespace
 
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request) {
-  MessageText result;
-  bool truncated = false;
-  qsizetype length = 0;  // of the text so far, in bytes of code page 932
   const QString lineBreak = QStringLiteral("\r\n") + request.linePrefix;
-  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
-  for (const ContentRecord& record : records) {
-    if (record.hasName || record.first > record.last || !request.textTypes.contains(record.type)) {
-      continue;
-    }
-    const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
-    qsizetype last = record.last;
-    bool cut = false;
-    if (request.maximum > 0) {
-      const qsizetype room = EncodedRoom(qMax<qsizetype>(request.maximum - length, 0), encoding);
-      cut = record.Size() > room;
-      if (cut) last = record.first + room - 1;
-      truncated = truncated || cut;
-    }
-    // A part may end right before its boundary, and one that was cut ends anywhere.
-    const bool endsLine = result.text.isEmpty() || result.text.endsWith(lineBreak);
-    if (!endsLine) result.text += lineBreak;
-    const QString text = DecodeText(source, record, last, request.charset, cut);
-    result.text += WithLineBreaks(ReadableText(source, record, text), lineBreak);
-    if (request.maximum > 0) {
-      length = CodePage932Length(result.text);
-      if (length > request.maximum) break;
-    }
+  const std::vector<ContentRecord> records =
+      request.withHtml ? MimeCodec::ParseContentIndex(contentIndex, source)
+                       : MimeCodec::ParseContentIndex(contentIndex);
+  TextGatherer gatherer(source, records, request);
+  gatherer.Run();
+  MessageText result;
+  result.text = gatherer.Text();
+  bool isBlank = !gatherer.HasWords();
+  result.isOfHtml = !gatherer.HasTextWords() && FindHtml(records) != nullptr;
+  if (isBlank) {
+    const QString instead = InPlaceOfText(source, records, request, lineBreak);
+    isBlank = IsBlank(instead);
+    if (!isBlank) result.text = Shortened(instead, request.maximum);
   }
-  if (truncated) result.text += QStringLiteral("...");
-  if (IsBlank(result.text)) {
-    const QString instead = InPlaceOfText(source, records, request, result.text, lineBreak);
-    result.text = Shortened(instead, request.maximum);
-    result.isOfHtml = FindHtml(records) != nullptr;
-  }
-  const bool isBlank = IsBlank(result.text);
-  const QString reports = request.withReports && !truncated
+  const QString reports = request.withReports && !gatherer.IsTruncated()
                               ? Reports(source, records, request.charset, isBlank)
                               : QString();
   if (!reports.isEmpty()) {
@@ -278,10 +345,12 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
                   TextRequest request) {
   QString text;
   if (--request.depth < 0) return text;
+  request.withHtml = false;
   request.maximum = 0;
   request.isInner = true;
   for (const ContentRecord& record : records) {
-    if (record.type != u"message/rfc822" || record.first > record.last ||
+    const bool isMessage = record.type == u"message/rfc822" || record.type == u"message/global";
+    if (!isMessage || record.first > record.last ||
         MimeCodec::TransferEncodingOf(record.encoding.toLatin1()) != TransferEncoding::None) {
       continue;
     }

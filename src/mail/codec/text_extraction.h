@@ -18,6 +18,8 @@ struct TextRequest {
   /// Whether what reports of programs and appointments say stands behind the text, as in received
   /// messages.
   bool withReports = false;
+  /// Whether HTML that is no other form of a text stands among the texts, in its place.
+  bool withHtml = false;
   bool isInner = false;  ///< a message within another one
 };
 
