@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QToolButton>
 
 #include "mail/codec/flag_string.h"
@@ -132,6 +133,22 @@ TEST_F(ReadingPaneTest, WhoAsksForAReceiptIsAnsweredInAWindow) {
   EXPECT_TRUE(Child<QWidget>(*Pane(), u"frReceipt").isVisible());
   test::RunFor(2500);
   EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
+}
+
+TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {
+  BeginReading(
+      1,
+      "Content-Type: multipart/signed; protocol=\"application/pgp-signature\"; boundary=b\r\n"
+      "\r\n--b\r\nContent-Type: text/calendar; method=REQUEST\r\n\r\n"
+      "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nMETHOD:REQUEST\r\nBEGIN:VEVENT\r\nUID:1\r\n"
+      "SUMMARY:x\r\nDTSTART:20261201T010000Z\r\nORGANIZER:mailto:a@example.jp\r\n"
+      "ATTENDEE:mailto:b@example.jp\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n--b\r\n"
+      "Content-Type: application/pgp-signature\r\n\r\nx\r\n--b--\r\n");
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  EXPECT_TRUE(Child<QWidget>(*Pane(), u"frPaneSigned").isVisible());
+  Child<QPushButton>(*Pane(), u"cmOpenAppointment").click();
+  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
 }
 
 TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {

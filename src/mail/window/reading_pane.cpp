@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QStackedLayout>
 #include <QToolBar>
 
@@ -10,6 +11,7 @@
 #include "kit/window/icons.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
+#include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/date_line.h"
 #include "mail/window/attachment_list.h"
@@ -49,6 +51,8 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
       to_(new ElidingLabel(QStringLiteral("lbPaneTo"))),
       date_(new ElidingLabel(QStringLiteral("lbPaneDate"))),
       receipt_(new NoticeBar(QStringLiteral("frReceipt"))),
+      appointment_(BuildAppointment()),
+      signed_(new NoticeBar(QStringLiteral("frPaneSigned"))),
       clips_(new AttachmentList(context)),
       body_(new MessageBody([](const QMimeData&) { return false; }, QStringLiteral("wbPaneHtml"))) {
   setObjectName(QStringLiteral("frReadingPane"));
@@ -60,6 +64,8 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
   column->setSpacing(0);
   column->addWidget(BuildHead());
   column->addWidget(receipt_);
+  column->addWidget(appointment_);
+  column->addWidget(signed_);
   column->addWidget(clips_);
   column->addWidget(body_, 1);
   auto* either = new QStackedLayout(this);
@@ -102,6 +108,14 @@ QWidget* ReadingPane::BuildHead() {
   return head;
 }
 
+// An answer is a message that is written, which is done in a window.
+NoticeBar* ReadingPane::BuildAppointment() {
+  auto* open = new QPushButton(Ui::tr("ウィンドウで開く"));
+  open->setObjectName(QStringLiteral("cmOpenAppointment"));
+  connect(open, &QPushButton::clicked, this, [this] { Q_EMIT OpenWanted(OpenMode::Show); });
+  return new NoticeBar(QStringLiteral("frAppointment"), open);
+}
+
 void ReadingPane::Show(const QString& serialId, bool marks) {
   inSight_.stop();
   if (serialId != serialId_) {
@@ -125,6 +139,11 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
       asks
           ? Ui::tr("差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。")
           : QString());
+  appointment_->Say(CalendarSummary(opened.calendar, false).isEmpty()
+                        ? QString()
+                        : Ui::tr("このメールには予定があります。ウィンドウで開くと、招待に"
+                                 "返事をしたり、カレンダー用に保存したりできます。"));
+  signed_->Say(opened.signature);
   // The HTML part stands below, in its tab.
   std::erase_if(model_.attachments, [this](const ModelAttachment& attachment) {
     return !html_.isEmpty() && !attachment.isNew && !attachment.record.hasName &&

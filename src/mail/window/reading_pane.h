@@ -38,6 +38,7 @@ class ReadingPane : public QWidget {
 
  private:
   QWidget* BuildHead();
+  NoticeBar* BuildAppointment();
   void Fill(const OpenedMessage& opened);
   void ShowHead();
   void Mark();
@@ -57,6 +58,8 @@ class ReadingPane : public QWidget {
   ElidingLabel* to_;
   ElidingLabel* date_;
   NoticeBar* receipt_;
+  NoticeBar* appointment_;
+  NoticeBar* signed_;
   AttachmentList* clips_;
   MessageBody* body_;
 };
