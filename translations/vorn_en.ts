@@ -3668,5 +3668,9 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>元のヘッダー.txt</source>
         <translation>original header.txt</translation>
     </message>
+    <message>
+        <source>このメールには予定があります。ウィンドウで開くと、招待に返事をしたり、カレンダー用に保存したりできます。</source>
+        <translation>This message holds an appointment. Open it in a window to answer an invitation or to save it for a calendar.</translation>
+    </message>
 </context>
 </TS>
