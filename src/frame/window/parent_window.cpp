@@ -12,13 +12,12 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
+#include "frame/window/start_questions.h"
 #include "frame/window/version_window.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "mail/archive/import_messages.h"
-#include "mail/drafts.h"
 #include "mail/mailto.h"
-#include "mail/outbox.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -178,51 +177,18 @@ void ParentWindow::LoadDefaultProperty() {
   });
 }
 
-// What was being sent when a program ended without warning.
 void ParentWindow::OfferDoubtful() {
-  Outbox outbox(context_, MailDatabasePath(context_));
-  outbox.SettleLeftOver();
-  const QList<DoubtfulMessage> messages = outbox.Doubtful();
-  if (messages.isEmpty()) return;
-  const auto answer = ShowBox(
-      this, QMessageBox::Question,
-      Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%1通あります。開いて確かめますか？")
-          .arg(messages.size()),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-  if (answer != QMessageBox::Yes) return;
-  for (const DoubtfulMessage& message : messages) OpenMessage(0, message.serialId, false);
+  for (const QString& serialId : AskOfDoubtful(context_, *this)) OpenMessage(0, serialId, false);
 }
 
-// What was being written when the program ended without warning.
 void ParentWindow::OfferDrafts() {
-  const QStringList drafts = Drafts::LeftBehind(context_);
-  if (drafts.isEmpty()) return;
-  const auto answer = ShowBox(
-      this, QMessageBox::Question,
-      Ui::tr("前回、編集中のまま終了したメッセージが%1通あります。開きますか？").arg(drafts.size()),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-  if (answer != QMessageBox::Yes) return;
-  for (const QString& serialId : drafts) {
-    if (Drafts::Restore(context_, serialId)) OpenMessage(0, serialId, false);
-  }
-  MessageStored();
+  const QStringList drafts = AskOfDrafts(context_, *this);
+  for (const QString& serialId : drafts) OpenMessage(0, serialId, false);
+  if (!drafts.isEmpty()) MessageStored();
 }
 
-// Once, to the user of a profile that an earlier version made.
 void ParentWindow::OfferLook() {
-  if (!HasFormerLook(context_)) return;
-  const auto answer = ShowBox(
-      this, QMessageBox::Question,
-      Ui::tr(
-          "新しい表示を使いますか？\n\nメッセージを表で並べ、選んだものをその下に表示し、フォルダを"
-          "タブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。"),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-  const bool isWanted = answer == QMessageBox::Yes;
-  if (!SettleLook(context_, isWanted)) {
-    ShowBox(this, QMessageBox::Critical,
-            Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
-  }
-  if (!isWanted) return;
+  if (!AskOfLook(context_, *this)) return;
   ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
   SetArrangement(Arrangement::Tabs);
   ApplySettings();

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "support/loopback_pop3_server.h"
+#include "support/traffic.h"
+
+namespace vorn {
+
+/// Receiving from a server that the test controls, into a real store.
+class ReceiveTest : public test::TrafficTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(server_.Listen()); }
+
+  void AddMessages(int count) {
+    for (int i = 0; i < count; ++i) {
+      server_.AddMessage("uid" + QByteArray::number(i),
+                         "Subject: " + QByteArray::number(i) + "\r\n\r\n.leading dot\r\ntext\r\n");
+    }
+  }
+
+  QStringList Serials() {
+    QStringList serials;
+    for (const QVariant& serial :
+         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
+      serials.append(serial.toString());
+    }
+    return serials;
+  }
+
+  test::LoopbackPop3Server server_;
+};
+
+}  // namespace vorn
