@@ -8,12 +8,6 @@
 #include "transfer/server_words.h"
 
 namespace vorn {
-namespace {
-
-constexpr int kMaxAuthSteps = 2;
-
-}  // namespace
-
 // Once the server's capabilities are known, before and again after encryption.
 void Pop3Session::GreetedAndAsked(const QByteArray& capabilities) {
   pipelining_ = IsCapability(capabilities, "PIPELINING");
@@ -60,23 +54,21 @@ void Pop3Session::ChooseLogin(const QByteArray& capabilities) {
   const SaslMechanism mechanism = ChooseMechanism(offered, encrypted_);
   const bool hidesPassword = !encrypted_ && mechanism == SaslMechanism::CramMd5;
   // Servers that list mechanisms without PLAIN refuse its equal, USER, also when they announce it.
-  if (!offersUser_ || hidesPassword || !offered.contains("PLAIN")) mechanism_ = mechanism;
-}
-
-void Pop3Session::BeginAuth() {
-  stage_ = Stage::Password;
-  authStep_ = 0;
-  Send("AUTH " + MechanismName(mechanism_), {Command::Auth});
+  if (!offersUser_ || hidesPassword || !offered.contains("PLAIN")) {
+    auth_ = SaslExchange(mechanism, login_.user, login_.password);
+  }
 }
 
 // Every step waits for the server's "+", so that no line is longer than old servers take.
+void Pop3Session::BeginAuth() {
+  stage_ = Stage::Password;
+  Send(auth_.Begin(false), {Command::Auth});
+}
+
 void Pop3Session::GoOnWithAuth(const QByteArray& line) {
-  if (authStep_ == kMaxAuthSteps) return LoginRefused(line);
-  const QByteArray challenge = QByteArray::fromBase64(line.mid(2));
-  const QByteArray response =
-      SaslResponse(mechanism_, authStep_++, challenge, login_.user, login_.password);
-  redaction_.Add(response.sliced(response.lastIndexOf(' ') + 1));
-  send_(response.toBase64() + "\r\n");
+  const auto answer = auth_.Answer(line.mid(2), redaction_);
+  if (!answer) return LoginRefused(line);
+  send_(*answer + "\r\n");
 }
 
 void Pop3Session::LoginRefused(const QByteArray& line) {
@@ -90,7 +82,7 @@ void Pop3Session::Login() {
     Fail(PopError::Login, Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。"));
     return;
   }
-  if (mechanism_ != SaslMechanism::None) {
+  if (auth_.Mechanism() != SaslMechanism::None) {
     BeginAuth();
     return;
   }

@@ -201,9 +201,9 @@ void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& l
     case Command::Auth:
       if (ok) {
         LoggedIn();
-      } else if (mechanism_ == SaslMechanism::CramMd5 && offersUser_) {
+      } else if (auth_.Mechanism() == SaslMechanism::CramMd5 && offersUser_) {
         // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
-        mechanism_ = SaslMechanism::None;
+        auth_ = {};
         Login();
       } else {
         LoginRefused(line);

@@ -113,8 +113,7 @@ class Pop3Session : public MailSession {
   Stage stage_ = Stage::Greeting;
   std::deque<Pending> pending_;
   bool inBody_ = false;
-  SaslMechanism mechanism_ = SaslMechanism::None;
-  int authStep_ = 0;
+  SaslExchange auth_;
   bool offersUser_ = true;
   bool pipelining_ = false;
   bool offersUidl_ = false;

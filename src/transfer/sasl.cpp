@@ -4,6 +4,11 @@
 #include <array>
 
 namespace vorn {
+namespace {
+
+constexpr int kMostSteps = 2;  // of any mechanism
+
+}  // namespace
 
 SaslMechanism ChooseMechanism(const QByteArrayList& offered, bool encrypted) {
   const auto offers = [&offered](SaslMechanism mechanism) {
@@ -31,16 +36,32 @@ QByteArray MechanismName(SaslMechanism mechanism) {
   }
 }
 
-QByteArray SaslResponse(SaslMechanism mechanism, int step, const QByteArray& challenge,
-                        const QString& user, const QString& password) {
-  switch (mechanism) {
-    case SaslMechanism::Plain:
-      return '\0' + user.toUtf8() + '\0' + password.toUtf8();
-    case SaslMechanism::Login:
-      return (step == 0 ? user : password).toUtf8();
-    case SaslMechanism::CramMd5:
-      return user.toUtf8() + ' ' +
-             QMessageAuthenticationCode::hash(challenge, password.toUtf8(), QCryptographicHash::Md5)
+QByteArray SaslExchange::Begin(bool saysFirst) {
+  const QByteArray command = "AUTH " + MechanismName(mechanism_);
+  if (!saysFirst || mechanism_ != SaslMechanism::Plain) return command;
+  ++step_;
+  return command + ' ' + Response({}).toBase64();
+}
+
+std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
+  if (step_ == kMostSteps) return std::nullopt;
+  const QByteArray response = Response(QByteArray::fromBase64(challenge));
+  ++step_;
+  redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
+  return response.toBase64();
+}
+
+QByteArray SaslExchange::Response(const QByteArray& challenge) const {
+  using enum SaslMechanism;
+  switch (mechanism_) {
+    case Plain:
+      return '\0' + user_.toUtf8() + '\0' + password_.toUtf8();
+    case Login:
+      return (step_ == 0 ? user_ : password_).toUtf8();
+    case CramMd5:
+      return user_.toUtf8() + ' ' +
+             QMessageAuthenticationCode::hash(challenge, password_.toUtf8(),
+                                              QCryptographicHash::Md5)
                  .toHex();
     default:
       return {};

@@ -1,13 +1,8 @@
 #include "transfer/smtp_session.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "mail/codec/address.h"
-#include "mail/codec/envelope_address.h"
-#include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
-#include "transfer/server_words.h"
 #include "transfer/wire_message.h"
 
 namespace vorn {
@@ -18,19 +13,6 @@ constexpr qsizetype kMaxReply = 64 * 1024;
 constexpr qsizetype kSliceBytes = 256 * 1024;
 constexpr qsizetype kEndMarkBytes = 5;
 constexpr int kClosing = 421;
-
-bool HasEightBit(const QByteArray& bytes) {
-  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
-}
-
-// A receipt has no sender that a report on it could go to (RFC 8098 section 3).
-bool IsReceipt(const QByteArray& source) {
-  const QByteArrayView name = "Content-Type:";
-  const MimeCodec::HeaderParameters type(
-      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()));
-  return type.Main() == "multipart/report" &&
-         type.Bytes("report-type").toLower() == "disposition-notification";
-}
 
 }  // namespace
 
@@ -140,14 +122,14 @@ void SmtpSession::TakeReply(int code) {
         Send("HELO localhost");
         return;
       }
-      TakeExtensions();
+      extensions_.Take(reply_);
       Greeted();
       return;
     case Stage::Helo:
       if (code != 250) {
         LeaveAfter(PopError::Refused, Ui::tr("サーバーに接続を断られました。"));
       } else {
-        extensions_.clear();
+        extensions_.Clear();
         Greeted();
       }
       return;
@@ -176,8 +158,8 @@ void SmtpSession::TakeReply(int code) {
       return;
     case Stage::Quit:
       // Answers to commands sent ahead of a refusal may come first.
-      if (awaited_ > 0) {
-        --awaited_;
+      if (envelope_.AwaitsReply()) {
+        envelope_.TakeReply();
       } else {
         stage_ = Stage::Finished;
       }
@@ -187,14 +169,9 @@ void SmtpSession::TakeReply(int code) {
   }
 }
 
-void SmtpSession::TakeExtensions() {
-  extensions_.clear();
-  for (const QByteArray& line : reply_.split('\n')) extensions_.append(line.mid(4).toUpper());
-}
-
 void SmtpSession::Greeted() {
   if (job_.security == Security::StartTls && !encrypted_) {
-    if (!extensions_.contains("STARTTLS")) {
+    if (!extensions_.Has("STARTTLS")) {
       Fail(PopError::Tls, Ui::tr("サーバーがSTARTTLSに対応していません。アカウントの送信の"
                                  "セキュリティを確認してください。"));
       return;
@@ -211,145 +188,57 @@ void SmtpSession::Greeted() {
 void SmtpSession::TlsEstablished() {
   if (stage_ != Stage::Handshake) return;
   encrypted_ = true;
-  extensions_.clear();  // what was learnt in clear may have been anyone's word
+  extensions_.Clear();  // what was learnt in clear may have been anyone's word
   stage_ = Stage::Ehlo;
   Send("EHLO [127.0.0.1]");
 }
 
 void SmtpSession::BeginAuth() {
-  QByteArrayList offered;
-  for (const QByteArray& extension : extensions_) {
-    if (extension.startsWith("AUTH ") || extension.startsWith("AUTH=")) {
-      offered += extension.mid(5).split(' ');
-    }
-  }
-  mechanism_ = ChooseMechanism(offered, encrypted_);
-  if (mechanism_ == SaslMechanism::None) {
+  const SaslMechanism mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
+  if (mechanism == SaslMechanism::None) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
     return;
   }
   stage_ = Stage::Auth;
-  authStep_ = 0;
-  if (mechanism_ == SaslMechanism::Plain) {
-    Send("AUTH PLAIN " + SaslResponse(mechanism_, 0, {}, job_.user, job_.password).toBase64());
-    ++authStep_;
-  } else {
-    Send("AUTH " + MechanismName(mechanism_));
-  }
+  auth_ = SaslExchange(mechanism, job_.user, job_.password);
+  Send(auth_.Begin(true));
 }
 
 void SmtpSession::GoOnWithAuth(int code) {
-  if (code == 235) {
-    BeginEnvelope();
-  } else if (code == 334 && authStep_ < 2) {
-    const QByteArray challenge = QByteArray::fromBase64(reply_.mid(4));
-    const QByteArray response =
-        SaslResponse(mechanism_, authStep_++, challenge, job_.user, job_.password);
-    redaction_.Add(response.sliced(response.lastIndexOf(' ') + 1));
-    Send(response.toBase64());
-  } else {
-    LeaveAfter(PopError::Login,
-               Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
+  if (code == 235) return BeginEnvelope();
+  if (code == 334) {
+    if (const auto answer = auth_.Answer(reply_.mid(4), redaction_)) return Send(*answer);
   }
+  LeaveAfter(PopError::Login,
+             Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
 }
 
 void SmtpSession::BeginEnvelope() {
-  if (job_.loginOnly) {
-    Leave();
-    return;
-  }
-  if (job_.recipients.isEmpty()) {
-    Fail(PopError::Refused, Ui::tr("宛先がありません。"));
-    return;
-  }
-  QByteArrayList paths;
-  bool needsUtf8 = false;
-  if (!TakeAddresses(paths, needsUtf8)) return;
+  if (job_.loginOnly) return Leave();
   wire_ = WireMessage(job_.source);
-  const QByteArray sender = paths.takeFirst();
-  QByteArray mail = "MAIL FROM:<" + (IsReceipt(job_.source) ? QByteArray() : sender) + '>';
-  for (const QByteArray& extension : extensions_) {
-    if (extension != "SIZE" && !extension.startsWith("SIZE ")) continue;
-    const qint64 limit = extension.mid(5).toLongLong();
-    if (limit > 0 && wire_.size() > limit) {
-      Fail(PopError::Refused,
-           Ui::tr("メッセージが大きすぎます。サーバーが受け付けるのは%1バイトまでです。")
-               .arg(limit));
-      return;
-    }
-    mail += " SIZE=" + QByteArray::number(wire_.size());
-  }
-  if (extensions_.contains("8BITMIME") && HasEightBit(wire_)) mail += " BODY=8BITMIME";
-  if (needsUtf8) mail += " SMTPUTF8";
-  envelope_.push_back(mail);
-  for (const QByteArray& path : paths) envelope_.push_back("RCPT TO:<" + path + '>');
+  const QString refusal = envelope_.Plan(job_.from, job_.recipients, wire_, extensions_);
+  if (!refusal.isEmpty()) return Fail(PopError::Refused, refusal);
   stage_ = Stage::Envelope;
-  SendEnvelope();
+  send_(envelope_.NextCommands());
 }
 
-// The sender's and the recipients' paths; false when one of them cannot be given to this server.
-bool SmtpSession::TakeAddresses(QByteArrayList& paths, bool& needsUtf8) {
-  for (const QString& address : QStringList{job_.from} + job_.recipients) {
-    const std::optional<EnvelopeAddress> path = ToEnvelope(address);
-    if (!path || address == kUnknownAddress) {
-      Fail(PopError::Refused, Ui::tr("送信できないアドレスです: ") + ServerWords(address.toUtf8()));
-      return false;
-    }
-    if (path->needsUtf8 && !extensions_.contains("SMTPUTF8")) {
-      Fail(PopError::Refused,
-           Ui::tr("アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に"
-                  "対応していません）。半角の英数字のアドレスを使ってください。")
-               .arg(address));
-      return false;
-    }
-    needsUtf8 = needsUtf8 || path->needsUtf8;
-    // Who stands in two rows gets one copy; the sender comes first and may be a recipient.
-    const bool isTwice = !paths.isEmpty() &&
-                         std::any_of(paths.begin() + 1, paths.end(), [&](const QByteArray& other) {
-                           return IsSameMailbox(other, path->path);
-                         });
-    if (!isTwice) paths.append(path->path);
-  }
-  return true;
-}
-
-// The message itself is never sent ahead: a recipient may still be refused.
-void SmtpSession::SendEnvelope() {
-  const bool pipelining = extensions_.contains("PIPELINING");
-  QByteArray lines;
-  do {
-    lines += envelope_.front() + "\r\n";
-    envelope_.pop_front();
-    ++awaited_;
-  } while (pipelining && !envelope_.empty());
-  send_(lines);
-}
-
-// Replies come in the order of the commands: the sender's, then each recipient's.
 void SmtpSession::TakeEnvelopeReply(int code) {
-  --awaited_;
-  const qsizetype command = answered_++;
+  const QString address = envelope_.TakeReply();
   if (code == kClosing) {
-    LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
-    return;
+    return LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
+  }
+  if (code / 100 != 2 && envelope_.WasSender()) {
+    return LeaveAfter(PopError::Refused,
+                      Ui::tr("差出人のアドレス「%1」をサーバーに断られました。").arg(address));
   }
   if (code / 100 != 2) {
-    if (command == 0) {
-      LeaveAfter(PopError::Refused,
-                 Ui::tr("差出人のアドレス「%1」をサーバーに断られました。").arg(job_.from));
-      return;
-    }
-    const QString& address = job_.recipients[command - 1];
     events_.RecipientRefused(address, redaction_.Words(reply_));
     refusals_.append(redaction_.WithReply(address, reply_));
   }
-  if (awaited_ > 0) return;
-  if (envelope_.empty()) {
-    EnvelopeDone();
-  } else {
-    SendEnvelope();
-  }
+  if (envelope_.AwaitsReply()) return;
+  if (envelope_.HasCommands()) return send_(envelope_.NextCommands());
+  EnvelopeDone();
 }
 
 void SmtpSession::EnvelopeDone() {

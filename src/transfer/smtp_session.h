@@ -3,13 +3,14 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
-#include <deque>
 #include <functional>
 
 #include "transfer/mail_session.h"
 #include "transfer/pop_events.h"
 #include "transfer/redaction.h"
 #include "transfer/sasl.h"
+#include "transfer/smtp_envelope.h"
+#include "transfer/smtp_extensions.h"
 
 namespace vorn {
 
@@ -61,13 +62,10 @@ class SmtpSession : public MailSession {
 
   bool ReadReply();
   void TakeReply(int code);
-  void TakeExtensions();
   void Greeted();
   void BeginAuth();
   void GoOnWithAuth(int code);
   void BeginEnvelope();
-  bool TakeAddresses(QByteArrayList& paths, bool& needsUtf8);
-  void SendEnvelope();
   void TakeEnvelopeReply(int code);
   void EnvelopeDone();
   void TakeDataReply(int code);
@@ -90,17 +88,14 @@ class SmtpSession : public MailSession {
   QByteArray reply_;        // the reply's lines, joined
   qsizetype replies_ = 0;   // whole replies so far
   qsizetype received_ = 0;  // bytes before the login is over
-  QByteArrayList extensions_;
+  SmtpExtensions extensions_;
   bool encrypted_ = false;
-  SaslMechanism mechanism_ = SaslMechanism::None;
-  int authStep_ = 0;
+  SaslExchange auth_;
+  SmtpEnvelope envelope_;
+  QStringList refusals_;  // "address: reply" of recipients
   QByteArray wire_;
-  qsizetype sent_ = 0;               // bytes of it given out
-  std::deque<QByteArray> envelope_;  // commands not sent yet
-  size_t awaited_ = 0;               // envelope replies
-  qsizetype answered_ = 0;           // envelope replies so far: the first is the sender's
-  QStringList refusals_;             // "address: reply" of recipients
-  bool handingOver_ = false;         // begun, and its outcome not told yet
+  qsizetype sent_ = 0;        // bytes of it given out
+  bool handingOver_ = false;  // begun, and its outcome not told yet
 };
 
 }  // namespace vorn

@@ -50,6 +50,13 @@ TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
   EXPECT_TRUE(events_.sent.isEmpty());
   ASSERT_EQ(events_.errors.size(), 1);
   EXPECT_TRUE(events_.errors[0].contains(QStringLiteral("no such user")));
+
+  // The one who was refused is named, also behind one who stands in two rows.
+  events_.errors.clear();
+  job_.recipients = {QStringLiteral("a@x"), QStringLiteral("a@X"), QStringLiteral("c@x")};
+  Play("220\r\n250 x\r\n250\r\n250\r\n550 no such user\r\n221\r\n");
+  ASSERT_EQ(events_.errors.size(), 1);
+  EXPECT_TRUE(events_.errors[0].contains(QStringLiteral("c@x"))) << events_.errors[0].toStdString();
 }
 
 TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
