@@ -1,48 +1,29 @@
 #include "transfer/pop3_session.h"
 
-#include <QCryptographicHash>
-#include <QElapsedTimer>
-#include <QList>
-#include <algorithm>
 #include <utility>
 
-#include "mail/codec/header_fields.h"
-#include "mail/message_identity.h"
 #include "storage/ui.h"
-#include "transfer/announced_size.h"
-#include "transfer/pop3_words.h"
 #include "transfer/server_words.h"
 
 namespace vorn {
 namespace {
 
-// What is asked ahead. On a distant server the window is what limits the speed.
-constexpr size_t kWindowCommands = 2048;
-constexpr qint64 kWindowBytes = 32 * 1024 * 1024;
-// How long one call may work through known messages before the windows get their turn.
-constexpr qint64 kWorkMs = 10;
-constexpr int kProgressSteps = 1000;
 constexpr qsizetype kMaxBeforeLogin = 64 * 1024;
 // Lists of some millions of messages.
 constexpr qsizetype kMaxList = 128 * 1024 * 1024;
 constexpr qsizetype kMaxUidl = 512 * 1024 * 1024;
 
-// The header block of a message with the empty line that ends it.
-QByteArray HeaderOf(const QByteArray& source) {
-  if (source.startsWith("\r\n") || source.startsWith('\n')) return {};
-  for (qsizetype end = source.indexOf('\n'); end >= 0; end = source.indexOf('\n', end + 1)) {
-    const QByteArrayView rest = QByteArrayView(source).sliced(end + 1);
-    if (rest.startsWith('\n')) return source.first(end + 2);
-    if (rest.startsWith("\r\n")) return source.first(end + 3);
+bool IsMultiLine(Pop3Command command) {
+  switch (command) {
+    case Pop3Command::Capa:
+    case Pop3Command::List:
+    case Pop3Command::Uidl:
+    case Pop3Command::Top:
+    case Pop3Command::Retr:
+      return true;
+    default:
+      return false;
   }
-  return source;
-}
-
-// Gateways write fields of their own, anew each time.
-bool IsSameAnswer(const QByteArray& first, const QByteArray& second) {
-  const QByteArrayView name = "MESSAGE-ID:";
-  const QByteArray id = MimeCodec::HeaderField(second, name);
-  return first == second || (id.contains('@') && MimeCodec::HeaderField(first, name) == id);
 }
 
 }  // namespace
@@ -52,32 +33,40 @@ Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(
     : login_(std::move(login)),
       redaction_(login_.user, login_.password),
       events_(events),
-      send_(std::move(send)),
-      startTls_(std::move(startTls)) {}
+      startTls_(std::move(startTls)),
+      pipeline_(std::move(send)),
+      authorization_(login_, redaction_, pipeline_),
+      retrieval_(login_, events, pipeline_) {}
 
 void Pop3Session::Fail(PopError code, const QString& text) {
   events_.Error(static_cast<int>(code), text);
   Finish();
 }
 
-void Pop3Session::Send(const QByteArray& line, Pending pending) {
-  pending_.push_back(pending);
-  send_(line + "\r\n");
+// What no server of this protocol says.
+void Pop3Session::FailStrangely(const QByteArray& line) {
+  const QString sentence =
+      Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認してください。");
+  Fail(PopError::Protocol, line.isNull() ? sentence : redaction_.WithReply(sentence, line));
+}
+
+void Pop3Session::TellRefusal(const QString& sentence, const QByteArray& line) {
+  events_.Error(static_cast<int>(PopError::Refused), redaction_.WithReply(sentence, line));
 }
 
 void Pop3Session::Receive(QByteArrayView bytes) {
-  if (!loggedIn_) {
-    received_ += bytes.size();
-    if (received_ > kMaxBeforeLogin) {
-      Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
-                                      "確認してください。"));
-      return;
-    }
-  }
+  if (stage_ < Stage::Listing) received_ += bytes.size();
+  if (received_ > kMaxBeforeLogin) return FailStrangely();
   reader_.Feed(bytes);
   while (!Finished() && ReadReply()) {
   }
-  if (stage_ == Stage::Transfer && inBody_) ReportProgress(reader_.Body().size());
+  if (stage_ == Stage::Transfer && inBody_) retrieval_.ReportProgress(reader_.Body().size());
+}
+
+void Pop3Session::TlsEstablished() {
+  if (stage_ != Stage::Handshake) return;
+  stage_ = Stage::Authorization;
+  authorization_.GoOnEncrypted();
 }
 
 void Pop3Session::ConnectionLost() {
@@ -94,451 +83,170 @@ void Pop3Session::ConnectionLost() {
            : Ui::tr("サーバーが接続を切りました。しばらくしてからもう一度受信してください。"));
 }
 
-bool Pop3Session::IsMultiLine(Command command) const {
-  switch (command) {
-    case Command::Capa:
-    case Command::List:
-    case Command::Uidl:
-    case Command::Top:
-    case Command::Retr:
-      return true;
-    default:
-      return false;
-  }
-}
-
 // Reads one status line or goes on in a body; false when more bytes are needed.
 bool Pop3Session::ReadReply() {
-  if (inBody_) {
-    switch (reader_.NextBody()) {
-      case Pop3ReplyReader::Event::Body: {
-        const Pending pending = pending_.front();
-        pending_.pop_front();
-        inBody_ = false;
-        ++replies_;
-        TakeBody(pending, reader_.TakeBody());
-        return true;
-      }
-      case Pop3ReplyReader::Event::TooLong:
-        Fail(PopError::Protocol, Ui::tr("大きすぎるメッセージなので受信できません。"));
-        return false;
-      default:
-        return false;
-    }
+  return inBody_ ? ReadBody() : ReadLine();
+}
+
+bool Pop3Session::ReadBody() {
+  const Pop3ReplyReader::Event event = reader_.NextBody();
+  if (event == Pop3ReplyReader::Event::TooLong) {
+    Fail(PopError::Protocol, Ui::tr("大きすぎるメッセージなので受信できません。"));
   }
-  QByteArray line;
-  switch (reader_.NextLine(line)) {
-    case Pop3ReplyReader::Event::Line:
-      break;
-    case Pop3ReplyReader::Event::TooLong:
-      Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
-                                      "確認してください。"));
-      return false;
-    default:
-      return false;
-  }
-  const bool ok = line.startsWith("+OK");
-  if (stage_ == Stage::Password && (line == "+" || line.startsWith("+ ")) && !pending_.empty() &&
-      pending_.front().command == Command::Auth) {
-    GoOnWithAuth(line);
-    return true;
-  }
-  if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pending_.empty())) {
-    Fail(PopError::Protocol,
-         redaction_.WithReply(
-             Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                    "ください。"),
-             line));
-    return false;
-  }
-  if (stage_ == Stage::Greeting) {
-    if (!ok) {
-      Fail(PopError::Refused,
-           redaction_.WithReply(
-               Ui::tr("サーバーに接続を断られました。しばらくしてからもう一度受信して"
-                      "ください。"),
-               line));
-      return false;
-    }
-    timestamp_ = TimestampOf(line);
-    stage_ = Stage::Capabilities;
-    Send("CAPA", {Command::Capa});
-    return true;
-  }
-  const Pending pending = pending_.front();
-  if (ok && IsMultiLine(pending.command)) {
-    inBody_ = true;
-    BeginBody(pending);
-    return true;
-  }
-  pending_.pop_front();
+  if (event != Pop3ReplyReader::Event::Body) return false;
+  inBody_ = false;
   ++replies_;
-  TakeReply(pending, ok, line);
+  const Pop3Pending pending = pipeline_.Take();
+  TakeBody(pending, reader_.TakeBody());
   return true;
 }
 
-void Pop3Session::BeginBody(const Pending& pending) {
+bool Pop3Session::ReadLine() {
+  QByteArray line;
+  const Pop3ReplyReader::Event event = reader_.NextLine(line);
+  if (event == Pop3ReplyReader::Event::TooLong) FailStrangely();
+  if (event != Pop3ReplyReader::Event::Line) return false;
+  if (pipeline_.Awaits(Pop3Command::Auth) && (line == "+" || line.startsWith("+ "))) {
+    GoOn(authorization_.TakeChallenge(line));
+    return true;
+  }
+  const bool ok = line.startsWith("+OK");
+  if ((!ok && !line.startsWith("-ERR")) || (stage_ != Stage::Greeting && pipeline_.IsEmpty())) {
+    FailStrangely(line);
+  } else if (stage_ == Stage::Greeting) {
+    TakeGreeting(ok, line);
+  } else if (ok && IsMultiLine(pipeline_.Next().command)) {
+    inBody_ = true;
+    BeginBody(pipeline_.Next());
+  } else {
+    ++replies_;
+    const Pop3Pending pending = pipeline_.Take();
+    TakeReply(pending, ok, line);
+  }
+  return true;
+}
+
+void Pop3Session::TakeGreeting(bool ok, const QByteArray& line) {
+  if (!ok) {
+    return Fail(PopError::Refused,
+                redaction_.WithReply(Ui::tr("サーバーに接続を断られました。しばらくしてからもう一度"
+                                            "受信してください。"),
+                                     line));
+  }
+  stage_ = Stage::Authorization;
+  authorization_.Begin(line);
+}
+
+void Pop3Session::GoOn(const std::optional<PopFailure>& failure) {
+  if (failure) return Fail(failure->code, failure->text);
+  switch (authorization_.GetState()) {
+    case Pop3Authorization::State::Handshake:
+      stage_ = Stage::Handshake;
+      return startTls_();
+    case Pop3Authorization::State::LoggedIn:
+      return login_.loginOnly ? Leave() : BeginListing();
+    default:
+      return;
+  }
+}
+
+void Pop3Session::BeginBody(const Pop3Pending& pending) {
   switch (pending.command) {
-    case Command::List:
+    case Pop3Command::List:
       return reader_.BeginBody(0, kMaxList);
-    case Command::Uidl:
+    case Pop3Command::Uidl:
       return reader_.BeginBody(0, kMaxUidl);
-    case Command::Retr:
-      return reader_.BeginBody(messages_[pending.message].size);
+    case Pop3Command::Retr:
+      return reader_.BeginBody(retrieval_.SizeOf(pending.message));
     default:
       return reader_.BeginBody(0);
   }
 }
 
-void Pop3Session::TakeReply(const Pending& pending, bool ok, const QByteArray& line) {
+void Pop3Session::TakeReply(const Pop3Pending& pending, bool ok, const QByteArray& line) {
+  const QString noList = Ui::tr("メッセージの一覧を取得できません。");
   switch (pending.command) {
-    case Command::Capa:
-      GreetedAndAsked(QByteArray());
-      break;
-    case Command::Stls:
-      StartTls(ok, line);
-      break;
-    case Command::Auth:
-      if (ok) {
-        LoggedIn();
-      } else if (auth_.Mechanism() == SaslMechanism::CramMd5 && offersUser_) {
-        // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
-        auth_ = {};
-        Login();
-      } else {
-        LoginRefused(line);
-      }
-      break;
-    case Command::User:
-    case Command::Pass:
-    case Command::Apop:
-      if (!ok) {
-        LoginRefused(line);
-      } else if (pending.command == Command::User) {
-        Send("PASS " + login_.password.toUtf8(), {Command::Pass});
-      } else {
-        LoggedIn();
-      }
-      break;
-    case Command::List:
-      Fail(PopError::Refused,
-           redaction_.WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
-      break;
-    case Command::Uidl:
-      if (offersUidl_) {
-        // Under other identifiers all that is stored would be received again.
-        Fail(PopError::Refused,
-             redaction_.WithReply(Ui::tr("メッセージの一覧を取得できません。"), line));
-      } else {
-        ListingDone();  // an old server: messages are told apart by their contents
-      }
-      break;
-    case Command::Top:
-      if (stops_.count(pending.message) != 0) {
-        EndStop(pending.message, {});
-        break;
-      }
-      if (!hasTop_) lacksTop_ = true;
-      FetchUntested(pending.message);
-      break;
-    case Command::Retr:
-      bytesAsked_ -= messages_[pending.message].size;
-      bytesDone_ += messages_[pending.message].size;
-      events_.Error(static_cast<int>(PopError::Refused),
-                    redaction_.WithReply(Ui::tr("メッセージを受信できません。"), line));
-      break;
-    case Command::Dele:
-      if (ok) {
-        ++marked_;
-      } else {
-        events_.Error(static_cast<int>(PopError::Refused),
-                      redaction_.WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
-      }
-      break;
-    case Command::Quit:
+    case Pop3Command::List:
+      return Fail(PopError::Refused, redaction_.WithReply(noList, line));
+    case Pop3Command::Uidl:
+      // An old server's messages are told apart by their contents. Under other identifiers than
+      // before all that is stored would be received again.
+      if (!authorization_.OffersUidl()) return ListingDone(std::nullopt);
+      return Fail(PopError::Refused, redaction_.WithReply(noList, line));
+    case Pop3Command::Top:
+      return retrieval_.HeaderRefused(pending.message);
+    case Pop3Command::Retr:
+      retrieval_.MessageRefused(pending.message);
+      return TellRefusal(Ui::tr("メッセージを受信できません。"), line);
+    case Pop3Command::Dele:
+      if (!ok) return TellRefusal(Ui::tr("サーバーのメッセージを削除できません。"), line);
+      ++marked_;
+      return;
+    case Pop3Command::Quit:
       if (ok) {
         deleted_ = marked_;
       } else if (marked_ > 0) {
-        events_.Error(static_cast<int>(PopError::Refused),
-                      redaction_.WithReply(Ui::tr("サーバーのメッセージを削除できません。"), line));
+        TellRefusal(Ui::tr("サーバーのメッセージを削除できません。"), line);
       }
-      Finish();
-      break;
-  }
-}
-
-void Pop3Session::TakeBody(const Pending& pending, QByteArray body) {
-  switch (pending.command) {
-    case Command::Capa:
-      GreetedAndAsked(body);
-      break;
-    case Command::List:
-      list_ = std::move(body);
-      if (!pipelining_) Send("UIDL", {Command::Uidl});
-      break;
-    case Command::Uidl:
-      uidl_ = std::move(body);
-      hasUidl_ = true;
-      ListingDone();
-      break;
-    case Command::Top:
-      hasTop_ = true;
-      if (stops_.count(pending.message) != 0) {
-        EndStop(pending.message, body);
-      } else if (IsWanted(pending.message, body)) {
-        Fetch(pending.message);
-      } else {
-        bytesDone_ += messages_[pending.message].size;
-      }
-      break;
-    case Command::Retr:
-      MessageDone(pending.message, body);
-      break;
+      return Finish();
     default:
-      break;
+      return GoOn(authorization_.TakeReply(pending.command, ok, line, reader_.HasUnread()));
   }
 }
 
-void Pop3Session::LoggedIn() {
-  loggedIn_ = true;
-  if (login_.loginOnly) {
-    stage_ = Stage::Quit;
-    Send("QUIT", {Command::Quit});
-    return;
+void Pop3Session::TakeBody(const Pop3Pending& pending, QByteArray body) {
+  switch (pending.command) {
+    case Pop3Command::Capa:
+      return GoOn(authorization_.TakeCapabilities(body));
+    case Pop3Command::List:
+      list_ = std::move(body);
+      if (!pipeline_.GoesAhead()) pipeline_.Send("UIDL", Pop3Command::Uidl);
+      return;
+    case Pop3Command::Uidl:
+      return ListingDone(body);
+    case Pop3Command::Top:
+      return retrieval_.TakeHeader(pending.message, body);
+    default:
+      if (retrieval_.TakeMessage(pending.message, body)) return;
+      Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
   }
+}
+
+void Pop3Session::BeginListing() {
   stage_ = Stage::Listing;
-  Send("LIST", {Command::List});
-  if (pipelining_) Send("UIDL", {Command::Uidl});
+  pipeline_.Send("LIST", Pop3Command::List);
+  if (pipeline_.GoesAhead()) pipeline_.Send("UIDL", Pop3Command::Uidl);
 }
 
-QString Pop3Session::MessageId(const QByteArray& uidl) const {
-  return ScopedMessageId(login_.user, login_.server, uidl);
-}
-
-void Pop3Session::ListingDone() {
-  messages_ = ReadMailbox(list_, uidl_);
-  list_.clear();
-  uidl_.clear();
-  for (const Pop3Message& message : messages_) bytesTotal_ += message.size;
-  if (!TellListing()) return Finish();
-  wantsHeaders_ = events_.WantsHeaders();
+void Pop3Session::ListingDone(const std::optional<QByteArray>& uidl) {
+  const QByteArray list = std::exchange(list_, {});
+  if (!retrieval_.Begin(list, uidl, authorization_.LacksTop())) return Finish();
   stage_ = Stage::Transfer;
-}
-
-bool Pop3Session::TellListing() {
-  if (!hasUidl_ && messages_.empty()) return true;  // there is nothing to refuse names for
-  if (!hasUidl_) return events_.MailboxListed(MessageId({}), std::nullopt);
-  QList<ListedMessage> listed;
-  for (const Pop3Message& message : messages_) {
-    if (!message.uidl.isEmpty()) listed.append({MessageId(message.uidl), message.size});
-  }
-  return events_.MailboxListed(MessageId({}), listed);
-}
-
-bool Pop3Session::WindowHasRoom() const {
-  if (!pipelining_) return pending_.empty();
-  return pending_.size() < kWindowCommands && bytesAsked_ < kWindowBytes;
 }
 
 bool Pop3Session::Work() {
   if (stage_ == Stage::Deletion) SendDeletions();
   if (stage_ != Stage::Transfer) return false;
-  QElapsedTimer timer;
-  timer.start();
-  while (next_ < messages_.size() && !stopped_ && WindowHasRoom()) {
-    if (timer.elapsed() > kWorkMs) return true;
-    ConsiderNext();
-  }
-  if (pending_.empty() && (stopped_ || next_ >= messages_.size())) FinishTransfer();
-  return false;
-}
-
-void Pop3Session::ConsiderNext() {
-  const size_t message = next_++;
-  const Pop3Message& entry = messages_[message];
-  bool wantsHeader = wantsHeaders_;
-  if (!entry.uidl.isEmpty()) {
-    bool exists = false;
-    bool deleteOnServer = false;
-    events_.AlreadyStored(MessageId(entry.uidl), exists, deleteOnServer);
-    if (exists) {
-      bytesDone_ += entry.size;
-      ReportProgress(0);
-      if (deleteOnServer) doomed_.push_back(message);
-      return;
-    }
-    wantsHeader = wantsHeader || events_.WantsHeader(MessageId(entry.uidl));
-  }
-  if (wantsHeader && lacksTop_) {
-    FetchUntested(message);
-  } else if (wantsHeader) {
-    asksForHeaders_ = true;
-    AskForHeader(message);
-  } else {
-    Fetch(message);
-  }
-}
-
-void Pop3Session::AskForHeader(size_t message) {
-  Send("TOP " + QByteArray::number(messages_[message].number) + " 0", {Command::Top, message});
-}
-
-void Pop3Session::Fetch(size_t message) {
-  bytesAsked_ += messages_[message].size;
-  Send("RETR " + QByteArray::number(messages_[message].number), {Command::Retr, message});
-}
-
-// A server that does not give the header alone: the rules see it once the message is here.
-void Pop3Session::FetchUntested(size_t message) {
-  if (wantsHeaders_ && !std::exchange(toldOfTop_, true)) {
-    events_.Log(0,
-                Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
-                       "メッセージを受信してから調べます。"));
-  }
-  untested_.resize(messages_.size(), false);
-  untested_[message] = wantsHeaders_;
-  Fetch(message);
-}
-
-// What a header tells: that the message is stored, or that a rule stops it.
-bool Pop3Session::IsWanted(size_t message, const QByteArray& header) {
-  const QByteArray& uidl = messages_[message].uidl;
-  bool deleteOnServer = false;
-  if (!uidl.isEmpty() && events_.WantsHeader(MessageId(uidl)) &&
-      events_.IsStored(MessageId(uidl), header, deleteOnServer)) {
-    if (deleteOnServer) doomed_.push_back(message);
-    return false;
-  }
-  if (!wantsHeaders_ || !IsStopped(header, false, deleteOnServer)) return true;
-  if (deleteOnServer) {
-    stops_.emplace(message, header);
-    AskForHeader(message);
-  }
-  return false;
-}
-
-bool Pop3Session::IsStopped(const QByteArray& header, bool isTornOff, bool& deleteOnServer) {
-  bool stop = false;
-  deleteOnServer = false;
-  events_.ReceiveStopTest(header, isTornOff, stop, deleteOnServer);
-  return stop;
-}
-
-// One answer is not enough to delete unseen: it may have been another message's.
-void Pop3Session::EndStop(size_t message, const QByteArray& header) {
-  if (stops_[message] == header) {
-    doomed_.push_back(message);
-  } else {
-    events_.StopTakenBack(StopDoubt::OtherHeader);
-  }
-  stops_.erase(message);
-}
-
-void Pop3Session::MessageDone(size_t message, const QByteArray& data) {
-  Pop3Message& entry = messages_[message];
-  bytesAsked_ -= entry.size;
-  bytesDone_ += entry.size;
-  ReportProgress(0);
-  if (stopped_) return;
-
-  const SizeFit fit = FitOf(data, entry.size);
-  if (IsExact(fit) && !std::exchange(hasExactSizes_, true)) KeepNear();
-  // A server whose sizes were exact so far is held to them, and so is one that was wrong before.
-  const bool isHeld =
-      hasExactSizes_ || (!entry.uidl.isEmpty() && events_.HasDoubt(MessageId(entry.uidl)));
-  const bool isTornOff = fit == SizeFit::Off || (fit == SizeFit::Near && isHeld) || HasHole(data);
-  // A header alone may be the late answer to another command.
-  const bool isLate = isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size();
-  if (isLate && !IsRepeated(message, data)) return;
-  bool deleteOnServer = false;
-  QByteArray uidl = entry.uidl;
-  if (uidl.isEmpty()) {
-    uidl = "sha256:" + QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
-  }
-  // Before anything comes of it, for whatever comes of it may have to be taken back.
-  const bool isNear = fit == SizeFit::Near && !isTornOff;
-  if (isNear) near_.push_back({message, MessageId(uidl)});
-  if (entry.uidl.isEmpty()) {
-    bool exists = false;
-    events_.AlreadyStored(MessageId(uidl), exists, deleteOnServer);
-    if (exists) {
-      // What is named by its contents is the same as another one that was torn off.
-      if (isTornOff) {
-        events_.TornOffAgain();
-      } else if (deleteOnServer) {
-        doomed_.push_back(message);
-      }
-      return;
-    }
-    deleteOnServer = false;
-  }
-  const bool isUntested = message < untested_.size() && untested_[message];
-  if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
-    if (deleteOnServer) doomed_.push_back(message);
-    if (isNear) near_.back().isStopped = true;
-    if (isTornOff) events_.Doubted(MessageId(uidl));
-    return;
-  }
-  stopped_ = !events_.MessageArrived(MessageId(uidl), data, isTornOff, deleteOnServer);
-  if (deleteOnServer && !stopped_) doomed_.push_back(message);
-}
-
-// Those that came before it was known that the server's sizes are exact.
-void Pop3Session::KeepNear() {
-  for (const NearMessage& near : std::exchange(near_, {})) {
-    const auto doomed = std::find(doomed_.begin(), doomed_.end(), near.message);
-    const bool wasDoomed = doomed != doomed_.end();
-    if (wasDoomed) doomed_.erase(doomed);
-    if (!near.isStopped) {
-      events_.TakeBack(near.id);
-      continue;
-    }
-    events_.Doubted(near.id);
-    if (wasDoomed) events_.StopTakenBack(StopDoubt::OtherSize);
-  }
-}
-
-// Asks once more. Where answers are out of step, another one comes.
-bool Pop3Session::IsRepeated(size_t message, const QByteArray& data) {
-  const auto [first, isFirst] = doubtful_.emplace(message, data);
-  if (isFirst) {
-    bytesDone_ -= messages_[message].size;
-    Fetch(message);
-    return false;
-  }
-  if (IsSameAnswer(first->second, data)) return true;
-  Fail(PopError::Protocol, Ui::tr("サーバーの応答の順序が乱れています。"));
-  return false;
-}
-
-// Nothing is marked before everything is durable: there are servers that delete what is marked
-// also when the connection breaks.
-void Pop3Session::FinishTransfer() {
+  if (retrieval_.AskForMore()) return true;
+  if (!retrieval_.IsDone()) return false;
+  // Nothing is marked before everything is durable: there are servers that delete what is marked
+  // also when the connection breaks.
   if (!events_.MakeDurable()) {
     Finish();
-    return;
+    return false;
   }
   stage_ = Stage::Deletion;
   SendDeletions();
+  return false;
 }
 
 void Pop3Session::SendDeletions() {
-  while (!doomed_.empty() && WindowHasRoom()) {
-    const size_t message = doomed_.front();
-    doomed_.pop_front();
-    Send("DELE " + QByteArray::number(messages_[message].number), {Command::Dele, message});
-  }
-  if (!pending_.empty()) return;
-  stage_ = Stage::Quit;
-  Send("QUIT", {Command::Quit});
+  if (!retrieval_.AskForDeletions()) Leave();
 }
 
-void Pop3Session::ReportProgress(qint64 inFlight) {
-  const qint64 done = bytesDone_ + inFlight;
-  const qint64 step = bytesTotal_ > 0 ? done * kProgressSteps / bytesTotal_ : 0;
-  if (step == lastProgress_) return;
-  lastProgress_ = step;
-  events_.Progress(0, bytesTotal_, qMin(done, bytesTotal_));
+void Pop3Session::Leave() {
+  stage_ = Stage::Quit;
+  pipeline_.Send("QUIT", Pop3Command::Quit);
 }
 
 }  // namespace vorn
