@@ -3672,5 +3672,9 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <source>このメールには予定があります。ウィンドウで開くと、招待に返事をしたり、カレンダー用に保存したりできます。</source>
         <translation>This message holds an appointment. Open it in a window to answer an invitation or to save it for a calendar.</translation>
     </message>
+    <message>
+        <source>開封通知.txt</source>
+        <translation>read receipt.txt</translation>
+    </message>
 </context>
 </TS>

@@ -91,6 +91,7 @@ TEST(Charsets, ARawSubjectIsReadInTheCodeOfTheText) {
   };
   for (const Case& c :
        {Case{"koi8-r", "\xF0\xD2\xC9\xD7\xC5\xD4\x20\xD7\xD3\xC5\xCD", u"Привет всем"},
+        {"iso-8859-16", "\xAA\xDE", u"ȘȚ"},
         {"windows-1251", "\xCE\xF2\xF7\xB8\xF2\x20\xE7\xE0\x20\xED\xEE\xFF\xE1\xF0\xFC",
          u"Отчёт за ноябрь"},
         {"iso-8859-1", "\x47\x72\xFC\xDF\x65\x20\x61\x75\x73\x20\x4B\xF6\x6C\x6E",
@@ -126,6 +127,8 @@ TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
                                             "(c\\\\d) c@x, d@x (e) (f), e@x ()")),
             QStringLiteral("TO: a@x Yamada (Taro)\r\nTO: b@x Sato (Sales (2))\r\nTO: c@x c\\d\r\n"
                            "TO: d@x (e) (f)\r\nTO: e@x"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: Joe (a \\(b\\) \\\"x\\\" c) <a@x>")),
+            QStringLiteral("FROM: a@x Joe (a (b) \"x\" c)"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("To: <mailto:a@x.jp>, B <MailTo: b@x.jp>, <mailto@x>")),
             QStringLiteral("TO: a@x.jp\r\nTO: b@x.jp B\r\nTO: mailto@x"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田 太郎 <y@x>")),

@@ -128,8 +128,11 @@ TEST(InvitationTest, SeveralCalendarsOfAMessageAreShownAndTheFirstIsAnswered) {
   for (const Case& c : cases) {
     QByteArray source = "Content-Type: multipart/mixed; boundary=b\r\n\r\n";
     for (const QString& part : c.parts) {
-      source +=
-          "--b\r\nContent-Type: text/calendar; charset=utf-8\r\n\r\n" + part.toUtf8() + "\r\n";
+      // As programs label it that know no calendars.
+      const QByteArray type = part == plain   ? "application/octet-stream; name=\"a.ICS\""
+                              : part == other ? "application/ics"
+                                              : "text/calendar; charset=utf-8";
+      source += "--b\r\nContent-Type: " + type + "\r\n\r\n" + part.toUtf8() + "\r\n";
     }
     source += "--b--\r\n";
     TextRequest request;

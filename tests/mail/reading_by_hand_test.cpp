@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "mail/codec/code_offers.h"
+#include "mail/codec/header_decoding.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/signature.h"
 #include "mail/codec/text_extraction.h"
@@ -75,6 +76,20 @@ TEST(CodeOffersTest, UsualJapaneseStandsFirstAndErrorsLast) {
                            [](const CodeOffer& offer) { return offer.isPlausible; }));
 }
 
+// The Japanese codes before others in which the bytes mean something as well; also in a subject
+// that says the same of itself.
+TEST(CodeOffersTest, WhatIsRecognisedStandsFirstAndIsReadInTheSubjectToo) {
+  const QByteArray name = "\x8E\x52\x93\x63\x97\x6C";  // 山田様
+  EXPECT_EQ(OffersFor(Message("utf-8", name)).front().name, QStringLiteral("Shift_JIS"));
+
+  const QByteArray word = "=?Shift_JIS?B?5piO5pel?= =?utf-8?B?5piO5pel?=";  // 明日 in UTF-8
+  const QByteArray field = "Subject: " + word;
+  ReadingCode code;
+  code.body = Charset::FromLabel("Shift_JIS");
+  code.forced = Charset::FromLabel("iso-8859-2");
+  EXPECT_EQ(MimeCodec::DecodeHeader(field, 8, code), QStringLiteral("ć\u0098\u008Eć\u0097Ľ明日"));
+}
+
 // A code that is chosen by hand counts also where what is declared fits.
 TEST(CodeOffersTest, AForcedCodeGoesBeforeWhatIsDeclared) {
   const QByteArray source = Message("utf-8", QStringLiteral("あ").toUtf8());
@@ -103,6 +118,9 @@ TEST(CodeOffersTest, LabelsThatDoNotHoldAreNamed) {
   EXPECT_EQ(wrong(Message("utf-8", "\x1B$B$\"\x1B(B")), QStringList{QStringLiteral("utf-8")});
   EXPECT_EQ(wrong(Message("", "\x82\xA0")), QStringList{QString()});
   EXPECT_EQ(wrong(Message("shift_jis", "\x82\xA0")), QStringList());
+  EXPECT_EQ(wrong(Message("shift_jis", QStringLiteral("これは日本語です").toUtf8())),
+            QStringList{QStringLiteral("shift_jis")})
+      << "it is read as UTF-8";
   EXPECT_EQ(wrong(Message("iso-2022-jp", "\x1B$B$\"\x1B(B")), QStringList());
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QStringEncoder>
 #include <cstdio>
 #include <random>
 
@@ -24,6 +25,17 @@ QString Text(const QByteArray& source) {
   TextRequest request;
   request.textTypes = {QStringLiteral("text/plain")};
   return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
+}
+
+TEST(TextParts, WideCharactersAreKnownByTheirMark) {
+  for (const char* code : {"UTF-16LE", "UTF-16BE"}) {
+    const QByteArray bytes =
+        QStringEncoder(code, QStringConverter::Flag::WriteBom)(QStringLiteral("日本語です"));
+    EXPECT_EQ(Text("Content-Type: text/plain\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
+                   bytes.toBase64()),
+              QStringLiteral("日本語です"))
+        << code;
+  }
 }
 
 TEST(HtmlText, BecomesReadableLines) {

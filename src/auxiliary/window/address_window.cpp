@@ -132,7 +132,7 @@ void AddressWindow::Seek() {
           !pattern.Matches(entry.displayName)) {
         continue;
       }
-      auto* item = new QListWidgetItem(entry.presentable, lvCandidacy_);
+      auto* item = new QListWidgetItem(ShownText(entry.presentable), lvCandidacy_);
       item->setData(Qt::UserRole, entry.canonical);
       item->setSelected(selects);
     }

@@ -153,7 +153,7 @@ void ConsoleWindow::FillList(const QString& entries, const QString& chosen) {
   const QStringList selected = chosen.split(kLineBreak, Qt::SkipEmptyParts);
   for (const QString& line : entries.split(kLineBreak, Qt::SkipEmptyParts)) {
     const QStringList fields = line.split(u'@');
-    auto* item = new QListWidgetItem(fields.value(1, fields[0]), list_);
+    auto* item = new QListWidgetItem(ShownText(fields.value(1, fields[0])), list_);
     item->setData(Qt::UserRole, fields[0]);
     if (fields.size() == 3) item->setIcon(Icon(fields[2]));
     item->setSelected(selected.contains(fields[0]));

@@ -110,6 +110,10 @@ Mailbox ReadItem(const QString& item) {
     mailbox.name += text;
     if (text == word) RemoveOuterQuotes(mailbox.name);
   }
+  // What is marked in a comment beside the name stands for itself (RFC 5322 section 3.2.1).
+  static const QRegularExpression kMarked(QStringLiteral("\\\\([()\"\\\\])"));
+  const bool isBeside = !mailbox.address.isEmpty() && mailbox.name.contains(u'(');
+  if (isBeside) mailbox.name.replace(kMarked, QStringLiteral("\\1"));
   mailbox.name = mailbox.name.trimmed();  // quotes may have held blanks alone
   if (mailbox.address.isEmpty()) TakeUnbracketed(mailbox);
   if (mailbox.address.isEmpty()) std::swap(mailbox.address, mailbox.name);

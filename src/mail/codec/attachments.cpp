@@ -17,6 +17,7 @@ QString ReportName(const QString& type) {
   if (type == u"message/delivery-status" || type == u"message/global-delivery-status") {
     return Ui::tr("配送状況.txt");
   }
+  if (type == u"message/disposition-notification") return Ui::tr("開封通知.txt");
   const bool isHeader = type == u"text/rfc822-headers" || type == u"message/global-headers";
   return isHeader ? Ui::tr("元のヘッダー.txt") : QString();
 }

@@ -66,12 +66,16 @@ constexpr Label kLabels[] = {
     {"utf8mb4", Family::Utf8},
 };
 
-// Codes of JIS X 0213, by the names that `iconv` gives them.
+// Codes that ICU has no table of, by the names that `iconv` gives them: JIS X 0213, and Latin-10.
+constexpr char kLatin10[] = "ISO-8859-16";
 constexpr char kEucX0213[] = "EUC-JISX0213";
 constexpr char kShiftJisX0213[] = "SHIFT_JISX0213";
 
 QByteArray NameForIconv(QByteArrayView squeezed) {
   if (squeezed.startsWith('x')) squeezed = squeezed.sliced(1);
+  for (const QByteArrayView name : {"iso885916", "latin10"}) {
+    if (squeezed == name) return kLatin10;
+  }
   for (const QByteArrayView name : {"eucjis2004", "eucjisx0213", "eucjis0213"}) {
     if (squeezed == name) return kEucX0213;
   }
@@ -83,7 +87,7 @@ QByteArray NameForIconv(QByteArrayView squeezed) {
 }
 
 bool IsForIconv(const QByteArray& name) {
-  return name == kEucX0213 || name == kShiftJisX0213;
+  return name == kEucX0213 || name == kShiftJisX0213 || name == kLatin10;
 }
 
 QByteArray Squeeze(QByteArrayView label) {
@@ -185,6 +189,7 @@ bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& readi
 // Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
 bool ProvesItself(const Charset& charset) {
   if (charset.family != Family::Other) return charset.family > Family::Ascii;
+  if (charset.icuName == kLatin10) return false;
   return IsForIconv(charset.icuName) || IcuConverter(charset.icuName.constData()).IsMultiByte();
 }
 

@@ -22,7 +22,7 @@ struct Charset {
   enum class Family { Unknown, Ascii, Jis, Euc, ShiftJis, Utf8, Other };
 
   Family family = Family::Unknown;
-  QByteArray icuName;  ///< for `Other`; two names are of `iconv`
+  QByteArray icuName;  ///< for `Other`; three names are of `iconv`
 
   /// The character set that a message declares, its common misspellings included.
   static Charset FromLabel(QByteArrayView label);

@@ -173,9 +173,15 @@ Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
   return isStrange && best.family != Family::Jis ? Charset() : best;
 }
 
+// Text of two bytes a character that says so at its beginning. Only there the two bytes mean that.
+bool HasWideMark(QByteArrayView bytes) {
+  return bytes.size() >= 4 && (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"));
+}
+
 }  // namespace
 
 Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
+  if (HasWideMark(bytes)) return {Family::Other, "UTF-16"};
   const QByteArrayView sample = Telling(bytes, kSampleBytes);
   atCut = atCut || sample.end() != bytes.end();
   bytes = sample;

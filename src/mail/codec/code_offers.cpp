@@ -103,13 +103,21 @@ double Wordliness(const QString& text) {
   return good + bad == 0 ? 0 : static_cast<double>(good - bad) / (good + bad);
 }
 
-// Plausible ones first, of these what mail is usually in, then what reads best.
-double Rank(const CodeOffer& offer) {
+bool IsSame(const Charset& a, const Charset& b) {
+  return a.family == b.family && a.icuName == b.icuName;
+}
+
+// Plausible ones first, of these the one that is recognised, what mail is usually in, then what
+// reads best.
+double Rank(const CodeOffer& offer, const Charset& recognized) {
   constexpr double kPlausible = 1000;
+  constexpr double kRecognized = 500;
   constexpr double kUsual = 20;
   const double reading = LooksJapanese(offer.preview) ? Likelihood(offer.preview) : 0;
-  return (offer.isPlausible ? kPlausible : 0) + (offer.isUsual ? kUsual : 0) + reading +
-         10 * Wordliness(offer.preview);
+  const bool isRecognized =
+      recognized.family > Charset::Family::Ascii && IsSame(offer.charset, recognized);
+  return (offer.isPlausible ? kPlausible : 0) + (isRecognized ? kRecognized : 0) +
+         (offer.isUsual ? kUsual : 0) + reading + 10 * Wordliness(offer.preview);
 }
 
 // Empty where MIME knows none.
@@ -151,9 +159,10 @@ std::vector<CodeOffer> OfferCodes(QByteArrayView source, const QString& contentI
     const bool isUsual = !MimeName(icuName).isEmpty() || name.startsWith(u"windows-12");
     add(name, {Charset::Family::Other, icuName}, isUsual);
   }
-  std::sort(offers.begin(), offers.end(), [](const CodeOffer& a, const CodeOffer& b) {
-    const double rankA = Rank(a);
-    const double rankB = Rank(b);
+  const Charset recognized = RecognizeCharset(sample, true);
+  std::sort(offers.begin(), offers.end(), [&](const CodeOffer& a, const CodeOffer& b) {
+    const double rankA = Rank(a, recognized);
+    const double rankB = Rank(b, recognized);
     return rankA != rankB ? rankA > rankB : a.name.compare(b.name, Qt::CaseInsensitive) < 0;
   });
   return offers;
@@ -164,10 +173,11 @@ QStringList WrongLabels(QByteArrayView source, const QString& contentIndex,
   QStringList labels;
   for (const TextPart& part : TextParts(source, contentIndex, textTypes)) {
     const Charset declared = Charset::FromLabel(part.label);
-    const bool isShifted = declared.family != Charset::Family::Jis && HasJisEscape(part.bytes);
     const QString label = QString::fromLatin1(part.label);
+    const DecodedText asDeclared = Decode(declared, part.bytes, true);
     const bool isRight =
-        !TellsCodesApart(part.bytes) || (!isShifted && Decode(declared, part.bytes, true).clean);
+        !TellsCodesApart(part.bytes) ||
+        (asDeclared.clean && asDeclared.text == DecodeAutomatically(part.bytes, declared, true));
     if (!isRight && !labels.contains(label)) labels.append(label);
   }
   return labels;

@@ -19,11 +19,11 @@ struct CodeOffer {
 };
 
 /// All codes that can be decoded, with what the message gives in each: the plausible ones first, of
-/// these what is usual in mail, then the better text, then by name.
+/// these the one that is recognised, what is usual in mail, then the better text, then by name.
 std::vector<CodeOffer> OfferCodes(QByteArrayView source, const QString& contentIndex,
                                   const QStringList& textTypes);
 
-/// The labels of text parts in which their bytes cannot be read, each once; "" for a part without
+/// The labels of text parts that are not read as they say, each once; "" for a part without
 /// one that is not ASCII either.
 QStringList WrongLabels(QByteArrayView source, const QString& contentIndex,
                         const QStringList& textTypes);

@@ -22,6 +22,10 @@ class Nesting {
       }
       return true;
     }
+    if (comments_ > 0 && c == u'\\' && at + 1 < text.size()) {
+      ++at;
+      return true;
+    }
     if (c == u'"') {
       quoted_ = lastQuote_ > at;  // a lone quote encloses nothing
     } else if (c == u'<' && !bracketed_) {

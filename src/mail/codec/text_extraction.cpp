@@ -142,6 +142,13 @@ QString Preamble(QByteArrayView source, const std::vector<ContentRecord>& record
   return isForProgram || QStringView(text).trimmed().isEmpty() ? QString() : text;
 }
 
+// Some programs label the file as one that says nothing.
+bool IsCalendar(const ContentRecord& record) {
+  const bool isVague = record.type == u"application/octet-stream";
+  return record.type == u"text/calendar" || record.type == u"application/ics" ||
+         (isVague && record.name.endsWith(u".ics", Qt::CaseInsensitive));
+}
+
 // The calendars of a message one behind the other, each of them once: many come again as a file,
 // which asks for no answer. What cannot be read stands in the way of none.
 QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& records,
@@ -153,7 +160,7 @@ QString Calendars(QByteArrayView source, const std::vector<ContentRecord>& recor
   qsizetype length = 0;
   QString broken;
   for (const ContentRecord& record : records) {
-    if (record.type != u"text/calendar" || record.first > record.last) continue;
+    if (!IsCalendar(record) || record.first > record.last) continue;
     if (calendars.size() == kMost || length > kLongest) break;
     const QString calendar = DecodeText(source, record, record.last, charset, false);
     const QString summary = CalendarSummary(calendar, true);

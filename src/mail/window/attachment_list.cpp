@@ -206,7 +206,7 @@ void AttachmentList::SaveByDialog() {
     const bool isChosen = shown != nullptr && shown->isSelected();
     if (isChosen) highlighted.append(QString::number(i));
     // "@" separates the fields of an entry.
-    QString name = attachments_[i].name;
+    QString name = ShownText(attachments_[i].name, kMostInTitle);
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
   }
   const QString answer = InputList(context_, this, Ui::tr("添付ファイルの保存"),
