@@ -27,6 +27,13 @@ QString Text(const QByteArray& source) {
   return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
 }
 
+TEST(TextParts, APieceOfAMessageIsNotBlank) {
+  const QString text = Text(
+      "Content-Type: message/partial; id=\"a\"; number=1; total=2\r\n\r\n"
+      "Subject: whole\r\n\r\nfirst half");
+  EXPECT_TRUE(text.contains(QStringLiteral("first half"))) << text.toStdString();
+}
+
 TEST(TextParts, WideCharactersAreKnownByTheirMark) {
   for (const char* code : {"UTF-16LE", "UTF-16BE"}) {
     const QByteArray bytes =

@@ -121,8 +121,10 @@ QString OtherText(QByteArrayView source, const std::vector<ContentRecord>& recor
     // These are shown in another way, or are no words.
     const bool isElse = record.type == u"text/html" || record.type == u"text/calendar" ||
                         record.type == u"text/rtf" || record.type == u"text/rfc822-headers";
-    if (!record.type.startsWith(u"text/") || isElse || record.hasName || record.first > record.last)
-      continue;
+    // A piece of a message that was sent in several (RFC 2046 section 5.2.2).
+    const bool isPiece = record.type == u"message/partial";
+    const bool isText = (record.type.startsWith(u"text/") && !isElse) || isPiece;
+    if (!isText || record.hasName || record.first > record.last) continue;
     const QString text = DecodeText(source, record, record.last, charset, false);
     if (!QStringView(text).trimmed().isEmpty()) return ReadableText(source, record, text);
   }
