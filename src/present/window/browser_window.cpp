@@ -239,11 +239,13 @@ bool BrowserWindow::CreatePage() {
   DropPage();
   if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
     ShowText(FirstUseText());
-    bag_->Let(kPage, 0);
+    bag_->Let(kPage, kFirstShown);
     return false;
   }
-  // How many pages there are was not known while words stood in their place.
-  if (bag_->Number(kPage, 1) == 0) ChooseFirstPage();
+  if (bag_->Number(kPage, 1) == kFirstShown) {
+    ChooseFirstPage();
+    ShowPageCount();
+  }
   bool before = false;
   bool next = false;
   const auto make = [&] {
