@@ -22,6 +22,7 @@
 #include "mail/window/reading_pane.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
+#include "present/window/page_source.h"
 #include "window_support.h"
 
 namespace {
@@ -186,7 +187,10 @@ int MeasureMemory(ParentWindow& parent, Pages& pages) {
   QStringList others = {fixed_serial::kOutbox, fixed_serial::kEditWait, fixed_serial::kDust};
   for (int i = 4; i < kTabs; ++i) others.append(AddedFolder(i));
   for (const QString& folder : others) {
-    pages.LoadedAfter([&] { Click(*tree, Node(*tree, folder), Qt::ControlModifier); });
+    pages.LoadedAfter([&] {
+      QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                        tree->visualItemRect(Node(*tree, folder)).center());
+    });
   }
   Require(parent.findChildren<BrowserWindow*>().size() == kTabs, QStringLiteral("not ten tabs"));
   Rest(kQuietMs);
@@ -212,6 +216,7 @@ void StartForMemory(const QString& folder) {
 
 int main(int argc, char** argv) {
   HtmlView::RegisterScheme();
+  PageSource::RegisterScheme();
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   const QStringList arguments = QApplication::arguments();

@@ -49,12 +49,13 @@ class PaintWatch : public QObject {
   double last_ = 0;
 };
 
-inline void Click(QTreeWidget& tree, QTreeWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
+inline void Click(QTreeWidget& tree, QTreeWidgetItem* item) {
   const QPointF place = tree.visualItemRect(item).center();
   const QPointF global = tree.viewport()->mapToGlobal(place);
   for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
     QMouseEvent event(type, place, global, Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, keys);
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::NoModifier);
     QApplication::sendEvent(tree.viewport(), &event);
   }
 }
