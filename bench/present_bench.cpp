@@ -11,13 +11,9 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QPushButton>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -36,6 +32,7 @@
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
+#include "window_support.h"
 
 namespace {
 
@@ -45,16 +42,6 @@ using namespace vorn::bench;
 constexpr int kRounds = 11;
 constexpr int kRowsPerPage = 100;
 constexpr qint64 kSecondsOfTwentyYears = 20LL * 365 * 24 * 3600;
-
-void Report(const QString& figure, std::vector<double> times) {
-  std::sort(times.begin(), times.end());
-  const QJsonObject object{{QStringLiteral("figure"), figure},
-                           {QStringLiteral("median_ms"), times[times.size() / 2]},
-                           {QStringLiteral("min_ms"), times.front()},
-                           {QStringLiteral("max_ms"), times.back()}};
-  std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
-  std::fflush(stdout);
-}
 
 void Measure(const QString& figure, const std::function<void()>& work) {
   std::vector<double> times;
@@ -143,47 +130,6 @@ void MeasurePages(Context& context, int messages) {
   Measure(QStringLiteral("last page, explored"), [&] { MakePage(context, pages, last); });
 }
 
-// When the browser's picture of a page was last painted.
-class PaintWatch : public QObject {
- public:
-  using QObject::QObject;
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Paint && watched->inherits("QWidget") && clock_.isValid()) {
-      const auto* widget = static_cast<QWidget*>(watched);
-      for (; widget != nullptr; widget = widget->parentWidget()) {
-        if (widget->objectName() == u"wbUrl") last_ = Milliseconds(clock_);
-      }
-    }
-    return false;
-  }
-  void Start() { clock_.start(); }
-  double Now() const { return Milliseconds(clock_); }
-  double Last() const { return last_; }
-
- private:
-  QElapsedTimer clock_;
-  double last_ = 0;
-};
-
-void Click(QTreeWidget& tree, QTreeWidgetItem* item) {
-  const QPointF place = tree.visualItemRect(item).center();
-  const QPointF global = tree.viewport()->mapToGlobal(place);
-  for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-    QMouseEvent event(type, place, global, Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(tree.viewport(), &event);
-  }
-}
-
-QTreeWidgetItem* Node(const QTreeWidget& tree, const QString& serialId) {
-  for (QTreeWidgetItemIterator item(const_cast<QTreeWidget*>(&tree)); *item != nullptr; ++item) {
-    if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
-  }
-  Require(false, QStringLiteral("no such node"));
-  return nullptr;
-}
-
 // From the click on a folder in the tree until its page stands painted in a new window.
 void MeasureClick(const QString& figure, ParentWindow& parent, const QString& folder) {
   auto* tree = parent.findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
@@ -192,8 +138,7 @@ void MeasureClick(const QString& figure, ParentWindow& parent, const QString& fo
     for (auto* browser : parent.findChildren<BrowserWindow*>()) browser->Unload();
     Require(WaitFor([&] { return parent.findChild<BrowserWindow*>() == nullptr; }),
             QStringLiteral("the window stays"));
-    PaintWatch paint;
-    qApp->installEventFilter(&paint);
+    PaintWatch paint(QStringLiteral("wbUrl"));
     paint.Start();
     Click(*tree, Node(*tree, folder));
     BrowserWindow* seen = nullptr;
@@ -213,7 +158,6 @@ void MeasureClick(const QString& figure, ParentWindow& parent, const QString& fo
     rest.start();
     Require(WaitFor([&] { return rest.elapsed() > 150; }), QString());
     times.push_back(std::max(loaded, paint.Last()));
-    qApp->removeEventFilter(&paint);
   }
   Report(figure, times);
 }

@@ -172,10 +172,11 @@ QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
   QList<DoubtfulMessage> messages;
   const OpenedDatabase opened = Open();
   if (!opened) return messages;
-  // Thrown away is decided enough.
+  // Thrown away is decided enough. CROSS has the few attempts looked up among all messages; the
+  // engine by itself reads all messages, at every page that is shown.
   if (context_.Data.OpenRecordset(
           QStringLiteral("SELECT send_attempt.SERIALID AS ID, FIELD_SUBJECT, STARTED, SERVER, "
-                         "REPLY FROM send_attempt INNER JOIN mail ON mail.SERIALID = "
+                         "REPLY FROM send_attempt CROSS JOIN mail ON mail.SERIALID = "
                          "send_attempt.SERIALID WHERE STATE = %1 AND STATUS > 0%2 ORDER BY STARTED")
               .arg(kDoubtful)
               .arg(condition),

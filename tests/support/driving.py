@@ -25,6 +25,11 @@ WINDOW_MANAGER = """<?xml version="1.0" encoding="UTF-8"?>
   <theme><name>Clearlooks</name><titleLayout>NLIMC</titleLayout></theme>
   <desktops><number>1</number><popupTime>0</popupTime></desktops>
   <keyboard></keyboard>
+  <mouse><context name="Titlebar">
+    <mousebind button="Left" action="DoubleClick"><action name="ToggleMaximize"/></mousebind>
+  </context><context name="Close">
+    <mousebind button="Left" action="Click"><action name="Close"/></mousebind>
+  </context></mouse>
   <applications>
     <application class="*"><focus>yes</focus></application>
     <application title="Administrator - *">
@@ -97,7 +102,9 @@ class Display:
         settings.write_text(WINDOW_MANAGER % main)
         self.manager = subprocess.Popen(
             ["openbox", "--config-file", str(settings), "--startup", "echo ready"],
-            env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+            # In a locale that is not installed it says so before anything else.
+            env=dict(environment, LANG="C.UTF-8"), stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL, text=True)
         if self.manager.stdout.readline().strip() != "ready":
             stop(self.server)
             raise DrivingError("openbox does not start (exit code %s)" % self.manager.wait())

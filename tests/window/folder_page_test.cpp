@@ -227,7 +227,10 @@ TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
   Press(Qt::Key_Down);
   EXPECT_TRUE(told([this] {
     InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
-                           [](ConsoleWindow& window) { window.cmOk_Click(); });
+                           [](ConsoleWindow& window) {
+                             Child<QTreeWidget>(window, u"TreeView1").clearSelection();
+                             window.cmOk_Click();
+                           });
   }));
 }
 
@@ -266,15 +269,9 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   FocusPage();
   Press(Qt::Key_Down);
   MadeAnewBy([this] {
-    InModal<ConsoleWindow>(
-        [this] { Press(Qt::Key_M); },
-        [](ConsoleWindow& window) {
-          auto& shelves = Child<QTreeWidget>(window, u"TreeView1");
-          shelves.setCurrentItem(
-              shelves.findItems(QStringLiteral("棚"), Qt::MatchExactly | Qt::MatchRecursive)
-                  .value(0));
-          window.cmOk_Click();
-        });
+    // The only folder is chosen already.
+    InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                           [](ConsoleWindow& window) { window.cmOk_Click(); });
   });
   for (int i = 0; i < 2; ++i) {
     MadeAnewBy([this] { Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf)); });
@@ -367,6 +364,13 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   QTest::keyClick(&box, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
   EXPECT_EQ(box.text(), QStringLiteral("6"));
+  auto& search = Child<QLineEdit>(*Browser(), u"txSearch");
+  test::Type(search, QStringLiteral("No21."));
+  QTest::keyClick(&search, Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No21.")); }));
+  search.clear();
+  QTest::keyClick(&search, Qt::Key_Return);
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
   // A page that is open follows the settings.
   Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 30);
   MadeAnewBy([this] { program_->Parent()->ApplySettings(); });

@@ -388,6 +388,7 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   }));
   EXPECT_TRUE(test::ReadFile(path).startsWith("%PDF"));
   EXPECT_TRUE(test::ReadFile(path).contains("/Font")) << "text, and no picture of it";
+  EXPECT_LT(QFileInfo(path).size(), 100'000) << "no more of a font than is needed";
   EXPECT_TRUE(WaitFor([this] {
     return QDir(Context().TempFolder).entryList({QStringLiteral("print_*")}).isEmpty() &&
            program_->Parent()->findChildren<BrowserWindow*>().size() == 1;

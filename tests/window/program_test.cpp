@@ -53,6 +53,17 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
 
   QMenu* tools = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuTools"));
   EXPECT_EQ(tools->actions().value(0)->text(), QStringLiteral("メッセージ送受信(&M)"));
+  // What comes first may be more than one page; the newest is shown.
+  Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 10);
+  for (int i = 1; i <= 25; ++i) {
+    Disk request(QStringLiteral("mail_%1").arg(i));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    ASSERT_FALSE(MailStore(program_->GetContext())
+                     .StoreMessage(request, "Subject: No" + QByteArray::number(i) + ".\r\n\r\n")
+                     .isEmpty());
+  }
+  parent->MessageStored();
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No25.")); }));
 }
 
 TEST_F(ProgramTest, ASecondInstanceIsRefused) {

@@ -43,17 +43,21 @@ void MessageActions::Drop(const QStringList& messages, const QString& folder, co
 }
 
 void MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
-  if (SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"))->IsEmpty()) {
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  if (folders->IsEmpty()) {
     ShowBox(&window_, QMessageBox::Information, NoFolderWords());
     return;
   }
-  const QString into =
-      InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
-                Ui::tr("メッセージを入れるフォルダを選択してください。"), QStringLiteral("static"));
+  // Enter takes the folder of last time, or the only one.
+  const QString likely = folders->Count() == 1 ? folders->First()->SerialID() : lastFolder_;
+  const QString into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
+                                 Ui::tr("メッセージを入れるフォルダを選択してください。"),
+                                 QStringLiteral("static"), likely);
   if (into.isEmpty() && !context_.Session->Flag(u"cancel")) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
   if (into.isEmpty() || !IsFilledByHand(into)) return;
+  lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
   File(messages, into, from);
 }

@@ -45,6 +45,7 @@ class MessageActions {
   QWidget& window_;
   MessageHost& host_;
   Undoable told_;
+  QString lastFolder_;  // into which messages were filed
 };
 
 }  // namespace vorn

@@ -263,7 +263,7 @@ void BrowserWindow::SearchFolder() {
   if (!IsLocal()) return;
   bag_->Let(kSearch, txSearch_->text().trimmed());
   lbPages_->clear();
-  GoToPage(1);
+  GoToPage(Search().isEmpty() ? kFirstShown : 1);
 }
 
 // The page is asked for its links when the user wants to see them.

@@ -239,7 +239,12 @@ bool BrowserWindow::CreatePage() {
   DropPage();
   if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
     ShowText(FirstUseText());
+    bag_->Let(kPage, kFirstShown);
     return false;
+  }
+  if (bag_->Number(kPage, 1) == kFirstShown) {
+    ChooseFirstPage();
+    ShowPageCount();
   }
   bool before = false;
   bool next = false;
