@@ -172,6 +172,11 @@ TEST_F(EditingTest, ServersAreAskedForByTheButtonAloneWhichCancelsToo) {
       "<authentication>plain</authentication></incomingServer></c>";
   Press(find);
   ASSERT_TRUE(WaitFor([&] { return find.text() == caption; }));
+  // Leaving the address leaves what was found.
+  const QString found = result.text();
+  Child<QLineEdit>(window, u"txMailaddress").setFocus();
+  QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(result.text(), found);
   EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServer").text(), QStringLiteral("p.example.org"));
   EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerUser").text(),
             QStringLiteral("me@example.org"));
