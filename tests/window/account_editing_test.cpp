@@ -216,7 +216,7 @@ TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
   Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("110"));
   fault(u"txObject", QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
   EXPECT_EQ(context().Objects.Find(window.Tag()), nullptr);
-  QTest::keyClick(&window, Qt::Key_Escape);
+  Press(Child<QPushButton>(window, u"cmCancel"));
   EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(context().Session->Text(u"status", QStringLiteral("x")), QString());
 }

@@ -33,10 +33,10 @@ struct Choice {
 constexpr Choice kKinds[] = {
     {static_cast<int>(Kind::Subject), QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む")},
     {static_cast<int>(Kind::MailAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む")},
-    {static_cast<int>(Kind::WholeAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが")},
     {static_cast<int>(Kind::Folder), QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある")},
     {static_cast<int>(Kind::Status), QT_TRANSLATE_NOOP("vorn::Ui", "状態")},
-    {static_cast<int>(Kind::TimeStamp), QT_TRANSLATE_NOOP("vorn::Ui", "日付")}};
+    {static_cast<int>(Kind::TimeStamp), QT_TRANSLATE_NOOP("vorn::Ui", "日付")},
+    {static_cast<int>(Kind::WholeAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが")}};
 
 // The states' names differ from the commands of the same word in other languages.
 constexpr struct {
