@@ -13,7 +13,6 @@
 #include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 
@@ -115,11 +114,8 @@ TEST_F(MessageWindowTest, EverythingIsReachedInALowWindow) {
   window.resize(502, 310);
   test::RunFor(50);
   EXPECT_LE(window.height(), 310);
-  auto* area = window.findChild<QScrollArea*>();
-  ASSERT_NE(area, nullptr);
   auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
-  area->ensureWidgetVisible(&memo);
-  EXPECT_GE(memo.visibleRegion().boundingRect().height(), 3 * memo.fontMetrics().height());
+  EXPECT_GE(memo.visibleRegion().boundingRect().height(), 2 * memo.fontMetrics().height());
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   ASSERT_TRUE(Gone());

@@ -30,7 +30,7 @@ namespace vorn {
 namespace {
 
 constexpr int kAddressRows = 4;
-constexpr int kLeastAddressRows = 2;  // in a low window
+constexpr int kLeastAddressRows = 1;  // in a low window
 constexpr int kReadRows = 3;
 constexpr int kClipRows = 3;
 constexpr int kReferenceRows = 3;
@@ -54,7 +54,7 @@ void MessageWindow::BuildControls() {
   tsPage_ = new QTabWidget;
   tsPage_->setObjectName(QStringLiteral("tsPage"));
   tsPage_->setDocumentMode(true);
-  tsPage_->addTab(new PageArea(BuildMailPage()), Ui::tr("メール"));
+  tsPage_->addTab(BuildMailPage(), Ui::tr("メール"));
   tsPage_->addTab(new PageArea(BuildOptionPage()), Ui::tr("オプション"));
   doubt_ = new DoubtBar;
   connect(doubt_, &DoubtBar::SendAgainWanted, this, &MessageWindow::SendAgain);
@@ -140,12 +140,15 @@ QWidget* MessageWindow::BuildMailPage() {
   lvClip_ = new AttachmentList(context_);
   connect(lvClip_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
-  lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
+  const int line = lvClip_->fontMetrics().lineSpacing();
+  lvClip_->setMinimumHeight(2 * line);
+  lvClip_->setMaximumHeight(line * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 3, lbClip_, lvClip_);
   body_ = new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
+  body_->Text()->setMinimumHeight(kClipRows * line);
   grid->addWidget(body_, 4, 0, 1, 2);
   grid->setRowStretch(4, 1);
   return page;
