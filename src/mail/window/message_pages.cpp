@@ -30,7 +30,7 @@ namespace vorn {
 namespace {
 
 constexpr int kAddressRows = 4;
-constexpr int kLeastAddressRows = 1;  // in a low window
+constexpr int kLeastAddressRows = 2;  // in a low window
 constexpr int kReadRows = 3;
 constexpr int kClipRows = 3;
 constexpr int kReferenceRows = 3;
@@ -141,14 +141,14 @@ QWidget* MessageWindow::BuildMailPage() {
   connect(lvClip_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
   const int line = lvClip_->fontMetrics().lineSpacing();
-  lvClip_->setMinimumHeight(2 * line);
+  lvClip_->setMinimumHeight(line + 2 * lvClip_->frameWidth());
   lvClip_->setMaximumHeight(line * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 3, lbClip_, lvClip_);
   body_ = new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
-  body_->Text()->setMinimumHeight(kClipRows * line);
+  body_->Text()->setMinimumHeight(2 * line);
   grid->addWidget(body_, 4, 0, 1, 2);
   grid->setRowStretch(4, 1);
   return page;
