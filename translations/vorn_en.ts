@@ -495,23 +495,23 @@ Date: </translation>
     </message>
     <message>
         <source>差出人：</source>
-        <translation>From:</translation>
+        <translation>From: </translation>
     </message>
     <message>
         <source>宛て先：</source>
-        <translation>To:</translation>
+        <translation>To: </translation>
     </message>
     <message>
         <source>参照先：</source>
-        <translation>Cc:</translation>
+        <translation>Cc: </translation>
     </message>
     <message>
         <source>添付：</source>
-        <translation>Attachments:</translation>
+        <translation>Attachments: </translation>
     </message>
     <message>
         <source>件名：</source>
-        <translation>Subject:</translation>
+        <translation>Subject: </translation>
     </message>
     <message>
         <source>宛先</source>
@@ -3509,24 +3509,12 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <translation>What looks like a recovery code cannot be a password.</translation>
     </message>
     <message>
-        <source>パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。よろしいですか？</source>
-        <translation>Without a password, anybody who gets hold of the profile&apos;s folder can read the mail. Remove the password?</translation>
-    </message>
-    <message>
-        <source>鍵のファイル「profile.key」がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。</source>
-        <translation>If the key file “profile.key” is lost, enter this code as the password at login to read the mail. Whoever sees this code can read copies of the mail files. Keep it somewhere other than on this computer.</translation>
-    </message>
-    <message>
         <source>回復コード</source>
         <translation>Recovery Code</translation>
     </message>
     <message>
         <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
         <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until you set a password, whoever gets hold of the profile&apos;s folder can read the mail.</translation>
-    </message>
-    <message>
-        <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。</source>
-        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password.</translation>
     </message>
     <message>
         <source>開く</source>
@@ -3675,6 +3663,125 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     <message>
         <source>開封通知.txt</source>
         <translation>read receipt.txt</translation>
+    </message>
+    <message>
+        <source>キーの一覧(&amp;K)</source>
+        <translation>&amp;Keys</translation>
+    </message>
+    <message>
+        <source>ページのキー</source>
+        <translation>Keys of the page</translation>
+    </message>
+    <message>
+        <source>:/guide/index.md</source>
+        <translation>:/guide/index.en.md</translation>
+    </message>
+    <message>
+        <source>「%1」に保存しました。</source>
+        <translation>Saved as “%1”.</translation>
+    </message>
+    <message>
+        <source>%1個のファイルを「%2」に保存しました。</source>
+        <translation>%1 files were saved in “%2”.</translation>
+    </message>
+    <message>
+        <source>受信</source>
+        <comment>folder</comment>
+        <translation>Inbox</translation>
+    </message>
+    <message>
+        <source>受信メッセージが保存されているフォルダです。</source>
+        <translation>Holds the messages that were received.</translation>
+    </message>
+    <message>
+        <source>送信</source>
+        <comment>folder</comment>
+        <translation>Sent</translation>
+    </message>
+    <message>
+        <source>送信済みメッセージが保存されているフォルダです。</source>
+        <translation>Holds the messages that were sent.</translation>
+    </message>
+    <message>
+        <source>待ち</source>
+        <comment>folder</comment>
+        <translation>Waiting</translation>
+    </message>
+    <message>
+        <source>編集中および送信待ちのメッセージが保存されているフォルダです。</source>
+        <translation>Holds the messages that are being written or wait to be sent.</translation>
+    </message>
+    <message>
+        <source>くずかご</source>
+        <comment>folder</comment>
+        <translation>Trash</translation>
+    </message>
+    <message>
+        <source>くずかごに入れられたメッセージが保存されているフォルダです。</source>
+        <translation>Holds the messages that were thrown away.</translation>
+    </message>
+    <message>
+        <source>お気に入り。</source>
+        <translation>Favorites</translation>
+    </message>
+    <message>
+        <source>ホームページ</source>
+        <translation>Home page</translation>
+    </message>
+    <message>
+        <source>掲示板</source>
+        <translation>Forum</translation>
+    </message>
+    <message>
+        <source>アドレスが</source>
+        <translation>address is</translation>
+    </message>
+    <message>
+        <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。決めると、今の回復コードは使えなくなります。</source>
+        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password. The present recovery code is void then.</translation>
+    </message>
+    <message>
+        <source>パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。
+
+よろしいですか？</source>
+        <translation>Without a password, anybody who gets hold of the profile&apos;s folder can read the mail. A new recovery code is made, and one that was printed earlier is void.
+
+Remove the password?</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「profile.key」がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。パスワードを決めたり、なくしたりすると、このコードは使えなくなります。</source>
+        <translation>If the key file “profile.key” is lost, enter this code as the password at login to read the mail. Whoever sees this code can read copies of the mail files. Keep it somewhere other than on this computer. The code is void once a password is set or removed.</translation>
+    </message>
+    <message>
+        <source>【読み込めません】</source>
+        <translation>[cannot be read]</translation>
+    </message>
+    <message>
+        <source>&lt;P&gt;読み込めないメッセージがあります（%1通以上）。データベースファイルが壊れています。&lt;/P&gt;</source>
+        <translation>&lt;P&gt;There are messages that cannot be read (%1 or more). The database file is damaged.&lt;/P&gt;</translation>
+    </message>
+    <message>
+        <source>【送信を確認】</source>
+        <translation>[check whether it was sent] </translation>
+    </message>
+    <message>
+        <source>(件名なし)</source>
+        <translation>(no subject)</translation>
+    </message>
+    <message>
+        <source>件名</source>
+        <comment>heading</comment>
+        <translation>Subject</translation>
+    </message>
+    <message>
+        <source>日時</source>
+        <comment>heading</comment>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>イベント</source>
+        <comment>log</comment>
+        <translation>Events</translation>
     </message>
 </context>
 </TS>

@@ -225,6 +225,17 @@ void RemoveComposedEnd(const StoredMessage& message, QString& text) {
   if (text.endsWith(end)) text.chop(end.size());
 }
 
+// What is quoted ends with words, and not in marks alone.
+void DropBlankEnd(QString& text, const QString& mark) {
+  while (!text.isEmpty()) {
+    const qsizetype at = text.lastIndexOf(kLineBreak);
+    QString last = at < 0 ? text : text.mid(at + kLineBreak.size());
+    if (at >= 0 && last.startsWith(mark)) last.remove(0, mark.size());
+    if (!last.trimmed().isEmpty()) return;
+    text.truncate(qMax(at, qsizetype(0)));
+  }
+}
+
 QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
                const EditSettings& settings, bool& isOfHtml) {
   if (mode == OpenMode::Receipt) {
@@ -243,6 +254,7 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   QString text = read.text;
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
+  if (quotes && settings.usualReplies) DropBlankEnd(text, settings.memoIndent);
   if (quotes && settings.usualReplies && !text.isEmpty()) text.prepend(settings.memoIndent);
   return text;
 }

@@ -24,6 +24,7 @@ constexpr KindWord kKindWords[] = {
     {ConditionLine::Kind::Folder, QLatin1String("folder")},
     {ConditionLine::Kind::Status, QLatin1String("status")},
     {ConditionLine::Kind::TimeStamp, QLatin1String("timestamp")},
+    {ConditionLine::Kind::WholeAddress, QLatin1String("wholeaddress")},
 };
 
 // Numbers stand in the statement unquoted, so that only a number may get there.
@@ -35,6 +36,16 @@ QString NumberOrNothing(const QString& text) {
 
 QString Contains(const QString& column, const QString& text) {
   return column + QStringLiteral(" LIKE ") + QuoteSql(u'*' + text + u'*');
+}
+
+// In the column a line is a kind, an address and perhaps a name.
+QString HasAddress(const QString& address) {
+  const QString column = QStringLiteral("mail.FIELD_MAILADDRESS LIKE ");
+  const QString begin = QStringLiteral("*: ") + address;
+  const QStringList ends{QStringLiteral(" *"), kLineBreak + u'*', QString()};
+  QStringList clauses;
+  for (const QString& end : ends) clauses.append(column + QuoteSql(begin + end));
+  return u'(' + clauses.join(QStringLiteral(" OR ")) + u')';
 }
 
 QString StatusClause(const QStringList& values) {
@@ -178,6 +189,8 @@ QString FolderSqlBuilder::Clause(const ConditionLine& line) {
       return Contains(QStringLiteral("mail.FIELD_SUBJECT"), value);
     case ConditionLine::Kind::MailAddress:
       return Contains(QStringLiteral("mail.FIELD_MAILADDRESS"), value);
+    case ConditionLine::Kind::WholeAddress:
+      return HasAddress(value.trimmed());
     case ConditionLine::Kind::Status:
       asksForState_ = true;
       return StatusClause(line.values);

@@ -11,7 +11,8 @@ namespace vorn {
 
 /// One line of a folder's condition list.
 struct ConditionLine {
-  enum class Kind { Subject, MailAddress, Folder, Status, TimeStamp };
+  /// `MailAddress` is part of an address or a name, `WholeAddress` is one address.
+  enum class Kind { Subject, MailAddress, Folder, Status, TimeStamp, WholeAddress };
 
   Kind kind = Kind::Subject;
   bool joinedByAnd = false;  ///< else joined to the lines before it by "or"

@@ -52,18 +52,16 @@ bool SaveNew(Context& context, const DiskPtr& object) {
 
 bool CreateFolders(Context& context) {
   const StandardFolder folders[] = {
-      {fixed_serial::kInbox, QStringLiteral("受信"), QStringLiteral("activedown"),
-       QStringLiteral("STATUS = 4"),
-       QStringLiteral("受信メッセージが保存されているフォルダです。")},
-      {fixed_serial::kOutbox, QStringLiteral("送信"), QStringLiteral("activeup"),
-       QStringLiteral("STATUS = 3"),
-       QStringLiteral("送信済みメッセージが保存されているフォルダです。")},
-      {fixed_serial::kEditWait, QStringLiteral("待ち"), QStringLiteral("activewait"),
+      {fixed_serial::kInbox, Ui::tr("受信", "folder"), QStringLiteral("activedown"),
+       QStringLiteral("STATUS = 4"), Ui::tr("受信メッセージが保存されているフォルダです。")},
+      {fixed_serial::kOutbox, Ui::tr("送信", "folder"), QStringLiteral("activeup"),
+       QStringLiteral("STATUS = 3"), Ui::tr("送信済みメッセージが保存されているフォルダです。")},
+      {fixed_serial::kEditWait, Ui::tr("待ち", "folder"), QStringLiteral("activewait"),
        QStringLiteral("STATUS = 1 OR STATUS = 2"),
-       QStringLiteral("編集中および送信待ちのメッセージが保存されているフォルダです。")},
-      {fixed_serial::kDust, QStringLiteral("くずかご"), QStringLiteral("dust"),
+       Ui::tr("編集中および送信待ちのメッセージが保存されているフォルダです。")},
+      {fixed_serial::kDust, Ui::tr("くずかご", "folder"), QStringLiteral("dust"),
        QStringLiteral("STATUS < 0"),
-       QStringLiteral("くずかごに入れられたメッセージが保存されているフォルダです。")},
+       Ui::tr("くずかごに入れられたメッセージが保存されているフォルダです。")},
   };
   for (const StandardFolder& folder : folders) {
     if (LoadObject(context, folder.serialId) != nullptr) continue;
@@ -143,18 +141,20 @@ bool CreateSettings(Context& context) {
 bool CreateBookmarks(Context& context) {
   const DiskPtr list =
       NewObject(context.Data.NewSerialID(QStringLiteral("_bookmark")), object_type::kBookmark,
-                QStringLiteral("お気に入り。"), QString(), QStringLiteral("bookmark"));
+                Ui::tr("お気に入り。"), QString(), QStringLiteral("bookmark"));
   // Places of the reserved example domain: the project has no site of its own yet.
-  SetAll(*list, {{QStringLiteral("Default"), true},
-                 {QStringLiteral("Url"), QStringLiteral("https://www.example.com/ ホームページ\r\n"
-                                                        "https://www.example.org/ 掲示板")}});
+  SetAll(*list,
+         {{QStringLiteral("Default"), true},
+          {QStringLiteral("Url"),
+           QStringLiteral("https://www.example.com/ ") + Ui::tr("ホームページ") + kLineBreak +
+               QStringLiteral("https://www.example.org/ ") + Ui::tr("掲示板")}});
   return SaveNew(context, list);
 }
 
 bool CreateEventLog(Context& context) {
   if (LoadObject(context, fixed_serial::kEventLog) != nullptr) return true;
   const DiskPtr log = NewObject(fixed_serial::kEventLog, object_type::kEvent,
-                                QStringLiteral("イベント"), QString(), QStringLiteral("event"));
+                                Ui::tr("イベント", "log"), QString(), QStringLiteral("event"));
   SetAll(*log, {{QStringLiteral("Enabled"), true}, {QStringLiteral("System"), true}});
   return SaveNew(context, log);
 }

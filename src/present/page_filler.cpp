@@ -10,6 +10,7 @@
 #include "mail/mail_store.h"
 #include "storage/shown_text.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -26,7 +27,9 @@ QString ShownSender(const AddressEntry& entry) {
 }
 
 const QString kLineBreak = QStringLiteral("\r\n");
-const QString kUnreadable = QStringLiteral("【読み込めません】");
+QString Unreadable() {
+  return Ui::tr("【読み込めません】");
+}
 constexpr qsizetype kPreviewBytes = 100;
 
 // The marks that turn letters round, whichever they are, as visible signs.
@@ -96,8 +99,8 @@ void PageFiller::NextRow() {
 
 void PageFiller::WriteLost() {
   if (lost_ == 0) return;
-  WriteText(QStringLiteral("<P>読み込めないメッセージがあります（%1通以上）。データベースファイルが"
-                           "壊れています。</P>")
+  WriteText(Ui::tr("<P>読み込めないメッセージがあります（%1通以上）。データベースファイルが"
+                   "壊れています。</P>")
                 .arg(lost_));
 }
 
@@ -266,10 +269,10 @@ void PageFiller::HandleFolder() {
 
 void PageFiller::WriteSubject() {
   const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
-  if (content_.doubtful.contains(rows_->SerialID())) WriteText(QStringLiteral("【送信を確認】"));
-  if (rows_->IsRowDamaged()) WriteText(kUnreadable);
+  if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
+  if (rows_->IsRowDamaged()) WriteText(Unreadable());
   if (content_.escape && !subject.isEmpty()) return WriteText(Isolated(WithoutTurns(subject)));
-  WriteMail(subject.isEmpty() ? QStringLiteral("(件名なし)") : subject);
+  WriteMail(subject.isEmpty() ? Ui::tr("(件名なし)") : subject);
 }
 
 void PageFiller::WriteTimeStamp() {
@@ -282,7 +285,7 @@ void PageFiller::WriteTimeStamp() {
 
 void PageFiller::WriteSize() {
   const qint64 bytes = rows_->ByteCount(u"MAIL");
-  if (bytes < 0) return WriteText(kUnreadable);
+  if (bytes < 0) return WriteText(Unreadable());
   const auto highestIndex = static_cast<double>(bytes - 1);
   WriteText(QString::number(highestIndex / 1024.0, 'f', 2));
 }
@@ -301,7 +304,7 @@ void PageFiller::WritePreview() {
   request.withReports = IsReceived();
   request.withHtml = content_.withHtml && IsReceived();
   const QVariant source = rows_->Fields(u"MAIL");
-  if (!source.isValid()) return WriteText(kUnreadable);
+  if (!source.isValid()) return WriteText(Unreadable());
   const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);
   if (preview.produced) WriteMail(preview.text);
 }

@@ -1,6 +1,9 @@
 #include "present/page_template.h"
 
 #include <QStringList>
+#include <utility>
+
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -68,7 +71,16 @@ QString DefaultPageTemplate() {
   for (const TemplateLine& line : kLines) {
     lines.append(QString(line.blanks, u' ') + QString::fromUtf16(line.text));
   }
-  return lines.join(QStringLiteral("\r\n"));
+  QString page = lines.join(QStringLiteral("\r\n"));
+  const std::pair<QStringView, QString> words[] = {{u">件名<", Ui::tr("件名", "heading")},
+                                                   {u">日時<", Ui::tr("日時", "heading")},
+                                                   {u">送信者<", Ui::tr("送信者")},
+                                                   {u">返信<", Ui::tr("返信")},
+                                                   {u">転送<", Ui::tr("転送")}};
+  for (const auto& [word, shown] : words) {
+    page.replace(word.toString(), u'>' + shown + u'<');
+  }
+  return page;
 }
 
 }  // namespace vorn

@@ -37,7 +37,7 @@ a:hover { color: var(--link); text-decoration: underline; }
 .m○ .subject a, .m○ .from { font-weight: bold; }
 .m○ .marks { color: var(--mark); }
 .marks { width: 5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
-.do { width: 6.5em; }
+.do { width: 8em; }
 td.date, td.do, td.do a { color: var(--soft); }
 td.do a:hover { color: var(--link); }
 /* The subject is the last to go where there is little room. */
@@ -125,8 +125,8 @@ QString Worded(const char* text, const QString& folder) {
   const std::pair<const char16_t*, QString> words[] = {
       {u"{who}", isSent ? Ui::tr("宛先") : Ui::tr("送信者")},
       {u"{tag}", isSent ? QStringLiteral("TO") : QStringLiteral("FROM")},
-      {u"{subject}", Ui::tr("件名")},
-      {u"{time}", Ui::tr("日時")},
+      {u"{subject}", Ui::tr("件名", "heading")},
+      {u"{time}", Ui::tr("日時", "heading")},
       {u"{reply}", Ui::tr("返信")},
       {u"{replyall}", Ui::tr("全員に返信")},
       {u"{forward}", Ui::tr("転送")},

@@ -302,7 +302,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_EQ(again.SerialID(), serialId);
   Disk reply(serialId);
   reply.Let(QStringLiteral("open"), 1);
-  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text, QStringLiteral("> body\r\n> "));
+  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text, QStringLiteral("> body"));
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
@@ -319,6 +319,9 @@ TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
   const QString quote = QStringLiteral("> one\r\n> two");
   EXPECT_EQ(Open(OpenMode::Reply, headers).text, QStringLiteral("\r\n\r\n") + line + quote);
   EXPECT_EQ(Open(OpenMode::Forward, headers).text, quote);
+  EXPECT_EQ(Open(OpenMode::Forward, headers, "one\r\n\r\ntwo\r\n \r\n\r\n").text,
+            QStringLiteral("> one\r\n> \r\n> two"));
+  EXPECT_EQ(Open(OpenMode::Forward, headers, "\r\n\r\n").text, QString());
 
   sender_.signatures.insert(QStringLiteral("own@x"), QStringLiteral("山田\n"));
   const QString signature = QStringLiteral("-- \r\n山田");

@@ -289,6 +289,11 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   store("week ABC", "\"o'x\" <o@example.com>", 4, 7);
   store("old", "x@example.com", 4, 40);
   store("mine abc", "me@example.com", 2, 8);
+  store("bare", "x@b.example", 3, 60);
+  store("named", "X <X@b.example>", 3, 60);
+  for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
+    store("other", other, 3, 60);
+  }
   ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
 
   const auto shown = [this](const QString& statement) {
@@ -319,6 +324,8 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(lines({Line(Kind::MailAddress, {QStringLiteral("o'x")}),
                    Line(Kind::Status, {QStringLiteral("2")})}),
             QStringLiteral("mine abc|week ABC"));
+  EXPECT_EQ(lines({Line(Kind::WholeAddress, {QStringLiteral("x@b.example")})}),
+            QStringLiteral("bare|named"));
   EXPECT_EQ(lines({Line(Kind::TimeStamp, {QStringLiteral("-7")})}),
             QStringLiteral("abc today|week ABC"));
   EXPECT_EQ(lines({subject, Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),

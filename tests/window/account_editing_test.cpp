@@ -172,6 +172,11 @@ TEST_F(EditingTest, ServersAreAskedForByTheButtonAloneWhichCancelsToo) {
       "<authentication>plain</authentication></incomingServer></c>";
   Press(find);
   ASSERT_TRUE(WaitFor([&] { return find.text() == caption; }));
+  // Leaving the address leaves what was found.
+  const QString found = result.text();
+  Child<QLineEdit>(window, u"txMailaddress").setFocus();
+  QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(result.text(), found);
   EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServer").text(), QStringLiteral("p.example.org"));
   EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerUser").text(),
             QStringLiteral("me@example.org"));
@@ -211,7 +216,7 @@ TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
   Type(Child<QLineEdit>(window, u"txInMailServerPort"), QStringLiteral("110"));
   fault(u"txObject", QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
   EXPECT_EQ(context().Objects.Find(window.Tag()), nullptr);
-  QTest::keyClick(&window, Qt::Key_Escape);
+  Press(Child<QPushButton>(window, u"cmCancel"));
   EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(context().Session->Text(u"status", QStringLiteral("x")), QString());
 }

@@ -99,6 +99,31 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   EXPECT_EQ(Stored(bookmark->SerialID())->Text(u"Url"), before);
 }
 
+TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
+  ObjectsWindow* window = &Open(object_type::kAccount);
+  QTest::keyClick(window, Qt::Key_Escape);  // nothing was
+  EXPECT_FALSE(window->isVisible());
+  window = &Open(object_type::kProfile, profile_.Get().Session->SerialID());
+  Type(Child<QLineEdit>(*window, u"txPassword"), QStringLiteral("secret"));  // in no bag
+  const QString question = QStringLiteral("変更を保存しますか？");
+  const auto escape = [&window] { QTest::keyClick(window, Qt::Key_Escape); };
+  EXPECT_EQ(NextMessageBox(escape, Qt::Key_Escape), question);
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(NextMessageBox([&window] { window->close(); }, Qt::Key_N), question);
+  EXPECT_FALSE(window->isVisible());
+  window = &Open(object_type::kBook);
+  Type(Child<QLineEdit>(*window, u"txObject"), QStringLiteral("友人"));
+  EXPECT_EQ(NextMessageBox(escape, Qt::Key_Y), question);
+  EXPECT_FALSE(window->isVisible());
+  const QString stored = window->Tag();
+  EXPECT_EQ(Stored(stored)->Text(u"Object"), QStringLiteral("友人"));
+  window = &Open(object_type::kBook, stored);
+  Type(Child<QLineEdit>(*window, u"txObject"), QStringLiteral("他人"));
+  Press(Child<QPushButton>(*window, u"cmCancel"));
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(Stored(stored)->Text(u"Object"), QStringLiteral("友人"));
+}
+
 TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   {
     ObjectsWindow& window = Open(object_type::kProfile);

@@ -13,6 +13,7 @@
 #include <QPrintDialog>
 #include <QProcess>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QWebEngineScript>
@@ -125,6 +126,10 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
               QByteArray("\0\1\2", 3));
   }
   EXPECT_FALSE(saved.join(u' ').contains(u'/'));
+  auto* told = window.findChild<QStatusBar*>();
+  ASSERT_NE(told, nullptr);
+  EXPECT_TRUE(told->isVisible());
+  EXPECT_TRUE(told->currentMessage().contains(folder_.filePath(QStringLiteral("out"))));
   window.close();
   EXPECT_TRUE(Gone());
 }

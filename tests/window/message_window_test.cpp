@@ -87,6 +87,40 @@ TEST_F(MessageWindowTest, ANewMessageIsAskedAboutAndStoredOnlyOnYes) {
   }
 }
 
+TEST_F(MessageWindowTest, AnAnswerThatNobodyTouchedIsNotAskedAbout) {
+  const int before = Count();
+  for (const auto touch : {false, true}) {
+    MessageWindow& window = OpenStored(kPlain, kStatusReceived);
+    window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
+    ASSERT_FALSE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
+    test::RunFor(50);
+    if (touch) {
+      Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("Re: 会議"));
+      EXPECT_TRUE(
+          InModal<QMessageBox>([&window] { window.close(); },
+                               [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+    } else {
+      window.close();
+    }
+    ASSERT_TRUE(Gone());
+  }
+  EXPECT_EQ(Count(), before + 2);  // the originals
+}
+
+// A screen of 1024 by 700 with everything twice as large.
+TEST_F(MessageWindowTest, EverythingIsReachedInALowWindow) {
+  MessageWindow& window = New();
+  Child<AttachmentList>(window, u"lvClip").AddFiles({File("a.txt", "a")});
+  window.resize(502, 310);
+  test::RunFor(50);
+  EXPECT_LE(window.height(), 310);
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_GE(memo.visibleRegion().boundingRect().height(), 2 * memo.fontMetrics().height());
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ASSERT_TRUE(Gone());
+}
+
 TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
   MessageWindow& window = New();
   QAction* send = Menu(window, u"menuFilesMessages").actions()[0];

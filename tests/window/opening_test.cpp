@@ -11,6 +11,8 @@
 #include <QSplitter>
 #include <QTableWidget>
 #include <QToolBar>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <atomic>
 #include <thread>
 
@@ -18,6 +20,7 @@
 #include "mail/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
+#include "present/ready_layouts.h"
 #include "window/program_fixture.h"
 
 namespace vorn {
@@ -38,6 +41,18 @@ class OpeningTest : public ProgramTest {
     ASSERT_TRUE(program_->Start());
     LogInWith(QString());
     AwaitInbox();
+  }
+  QWebEngineView* GuideView(const QString& title) const {
+    QWebEngineView* view = nullptr;
+    WaitFor([&] {
+      for (auto* browser : program_->Parent()->findChildren<BrowserWindow*>()) {
+        if (browser->windowTitle() == title && browser->isVisible()) {
+          view = browser->findChild<QWebEngineView*>();
+        }
+      }
+      return view != nullptr;
+    });
+    return view;
   }
   QAction* Entry(const char16_t* menu, const QString& text) const {
     for (QAction* action :
@@ -154,6 +169,17 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
       WaitFor([area] { return area->subWindowList()[0]->width() != area->viewport()->width(); }));
   Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
+  // A maximised one comes back so, and does not wander beneath.
+  const QPoint place = program_->Parent()->pos();
+  for (int start = 0; start < 2; ++start) {
+    program_->Parent()->showMaximized();
+    EndProgram();
+    StartWith({});
+    EXPECT_TRUE(WaitFor([this] { return program_->Parent()->isMaximized(); }));
+    const DiskPtr bag = program_->GetContext().Objects.Find(fixed_serial::kMainPlacement);
+    EXPECT_EQ(QPoint(bag->Number(u"left"), bag->Number(u"top")), place);
+    EXPECT_EQ(QSize(bag->Number(u"width"), bag->Number(u"height")), size);
+  }
 }
 
 // The screen that it was on may be gone or smaller by now.
@@ -210,9 +236,9 @@ TEST_F(OpeningTest, AFormerProfileIsOfferedTheNewLookOnce) {
 }
 
 TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
-  Prepare(QString());
   KeepUiLanguage(QStringLiteral("en"));
-  StartWith({});
+  StartProgram();  // its first profile is made in English too
+  AwaitInbox();
   static const QRegularExpression japanese(QStringLiteral("[\\p{Hiragana}\\p{Katakana}\\p{Han}]"));
   QStringList left;
   for (QAction* action : program_->Parent()->findChildren<QAction*>()) {
@@ -221,11 +247,23 @@ TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
   for (QLineEdit* box : program_->Parent()->findChildren<QLineEdit*>()) {
     if (box->placeholderText().contains(japanese)) left.append(box->placeholderText());
   }
-  // The bookmarks' titles are the user's own.
-  left.removeAll(QStringLiteral("お気に入り。"));
-  left.removeAll(QStringLiteral("ホームページ"));
-  left.removeAll(QStringLiteral("掲示板"));
+  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+  for (QTreeWidgetItemIterator item(&tree); *item != nullptr; ++item) {
+    if ((*item)->text(0).contains(japanese)) left.append((*item)->text(0));
+    if ((*item)->toolTip(0).contains(japanese)) left.append((*item)->toolTip(0));
+  }
+  for (const ReadyLayout& layout : ReadyLayouts(QString())) {
+    if (layout.html.contains(japanese)) left.append(layout.name);
+  }
   EXPECT_EQ(left, QStringList());
+  QTest::keyClick(program_->Parent(), Qt::Key_F1);
+  QWebEngineView* guide = GuideView(QStringLiteral("Guide"));
+  ASSERT_NE(guide, nullptr);
+  const auto text = [guide] {
+    return AnswerTo<QString>([guide](const auto& then) { guide->page()->toPlainText(then); });
+  };
+  EXPECT_TRUE(WaitFor([&text] { return text().contains(QStringLiteral("Using Vorn")); }));
+  EXPECT_FALSE(text().contains(japanese));
   EXPECT_NE(Entry(u"menuTools", QStringLiteral("Send and Receive")), nullptr);
   EndProgram();
   KeepUiLanguage(QString());
@@ -249,19 +287,20 @@ TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {
   press(u"tb_replay");
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Re: 会議 1"));
-  InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  TopLevel<MessageWindow>()->close();
   program_->Parent()->activateWindow();
   press(u"tb_dust");
   ASSERT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("会議 1")); }));
 
   EXPECT_EQ(Entry(u"menuHelps", QStringLiteral("使い方"))->shortcut(), QKeySequence(Qt::Key_F1));
   QTest::keyClick(program_->Parent(), Qt::Key_Slash, Qt::ControlModifier);
-  EXPECT_TRUE(WaitFor([this] {
-    for (auto* browser : program_->Parent()->findChildren<BrowserWindow*>()) {
-      if (browser->windowTitle() == u"使い方") return browser->isVisible();
-    }
-    return false;
+  QWebEngineView* guide = GuideView(QStringLiteral("使い方"));
+  ASSERT_NE(guide, nullptr);
+  const QString top = QStringLiteral("document.querySelector('h3').getBoundingClientRect().top");
+  EXPECT_TRUE(WaitFor([&] {
+    const double at = ScriptIn(*guide, top).toDouble();
+    return at > 0 && at < guide->height() &&
+           ScriptIn(*guide, QStringLiteral("scrollY")).toDouble() > 0;
   }));
 }
 

@@ -100,8 +100,7 @@ TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
       EXPECT_EQ(memo.toPlainText().trimmed().toStdString(), text.toStdString());
       window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
       EXPECT_TRUE(memo.toPlainText().contains(text)) << memo.toPlainText().toStdString();
-      InModal<QMessageBox>([&window] { window.close(); },
-                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+      window.close();
       ASSERT_TRUE(Gone());
     }
   }
@@ -135,8 +134,7 @@ TEST_F(MessageWindowTest, AMessageIsReadInACodeThatIsPickedFromAll) {
   window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
   EXPECT_TRUE(memo.toPlainText().contains(QStringLiteral("Привет")));
   EXPECT_FALSE(back.isVisible());
-  InModal<QMessageBox>([&window] { window.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  window.close();
   ASSERT_TRUE(Gone());
   EXPECT_EQ(Column(serial, QStringLiteral("FIELD_FLAG")).toString().left(1), flags.left(1));
 
@@ -168,8 +166,7 @@ TEST_F(MessageWindowTest, ASignedMessageSaysSo) {
   EXPECT_TRUE(bar.isVisible());
   window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
   EXPECT_FALSE(bar.isVisible()) << "the answer is not signed";
-  InModal<QMessageBox>([&window] { window.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  window.close();
   EXPECT_TRUE(Gone());
 }
 
@@ -224,9 +221,14 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
   EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
   const auto closeAll = [] {
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, &answer, [] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box != nullptr) box->button(QMessageBox::No)->click();
+    });
+    answer.start(20);
     while (MessageWindow* window = TopLevel<MessageWindow>()) {
-      InModal<QMessageBox>([window] { window->close(); },
-                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+      window->close();
       EXPECT_TRUE(WaitFor([gone = QPointer(window)] { return gone.isNull() || gone->isHidden(); }));
     }
   };
@@ -333,8 +335,7 @@ TEST_F(MessageWindowTest, AMessageThatWasErasedIsAnsweredAsItIsShown) {
   }));
   EXPECT_EQ(Child<QTableWidget>(window, u"lvMailaddress").item(0, 1)->text(),
             QStringLiteral("Sato <sato@example.jp>"));
-  InModal<QMessageBox>([&window] { window.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  window.close();
   EXPECT_TRUE(Gone());
 }
 

@@ -75,19 +75,36 @@ void ParentWindow::BuildHelpMenu() {
   QMenu* help = menuBar()->addMenu(Ui::tr("ヘルプ(&H)"));
   help->setObjectName(QStringLiteral("menuHelps"));
   help->addAction(Ui::tr("使い方(&G)"), this, &ParentWindow::ShowGuide)
-      ->setShortcuts(
-          {QKeySequence(QKeySequence::HelpContents), QKeySequence(Qt::CTRL | Qt::Key_Slash)});
+      ->setShortcut(QKeySequence::HelpContents);
+  QAction* keys = help->addAction(Ui::tr("キーの一覧(&K)"), this, &ParentWindow::ShowGuide);
+  keys->setData(Ui::tr("ページのキー"));
+  keys->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Slash));
   help->addSeparator();
   help->addAction(version_);
 }
 
+namespace {
+
+// Pages have no scripts; the engine shows what it gives the focus to.
+QString OpenedAt(QString html, const QString& heading) {
+  const qsizetype text = heading.isEmpty() ? -1 : html.indexOf(u'>' + heading + u'<');
+  const qsizetype at = text < 0 ? -1 : html.lastIndexOf(QStringLiteral("<h"), text);
+  if (at < 0) return html;
+  return html.insert(at + 3, QStringLiteral(" tabindex=\"-1\" autofocus"));
+}
+
+}  // namespace
+
+// At the section that the menu's entry names.
 void ParentWindow::ShowGuide() {
-  QFile guide(QStringLiteral(":/guide/index.md"));
+  const auto* entry = qobject_cast<const QAction*>(sender());
+  const QString heading = entry == nullptr ? QString() : entry->data().toString();
+  QFile guide(Ui::tr(":/guide/index.md"));
   if (!guide.open(QIODevice::ReadOnly)) return;
   QTextDocument text;
   text.setMarkdown(QString::fromUtf8(guide.readAll()));
   BrowserWindow* window = NewBrowserWindow();
-  window->ShowOwnPage(Ui::tr("使い方"), text.toHtml());
+  window->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
   window->ShowModeless();
   ArrangeWindows();
 }

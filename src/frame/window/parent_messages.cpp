@@ -93,7 +93,7 @@ void ParentWindow::MakeRule(const QString& serialId, bool stops) {
   request.condition =
       stops ? SenderRule(likeness.sender)
             : FormatConditionLine(
-                  {ConditionLine::Kind::MailAddress, false, false, {likeness.gathering}});
+                  {ConditionLine::Kind::WholeAddress, false, false, {likeness.gathering}});
   queue_.PostDialogRequest(request);
 }
 

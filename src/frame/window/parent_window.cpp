@@ -168,7 +168,10 @@ void ParentWindow::LoadDefaultProperty() {
   ArrangeWindows();
   OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
-  QTimer::singleShot(0, this, [this] {
+  const bool isMaximized = PlacementBag(context_, objectName())->Flag(u"maximized");
+  QTimer::singleShot(0, this, [this, isMaximized] {
+    // Earlier the first page, which makes the native window anew, would undo it.
+    if (isMaximized) setWindowState(windowState() | Qt::WindowMaximized);
     OfferDoubtful();
     OfferDrafts();
     damage_.Ask();

@@ -13,6 +13,9 @@ class ScreenFit : public QObject {
  public:
   using QObject::QObject;
 
+  /// What of a screen can be the inside of a window.
+  static QRect Room(const QRect& screen) { return screen.adjusted(0, 0, -kFrame, -kTitle); }
+
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() != QEvent::Show || !watched->isWidgetType()) return false;
     auto* window = static_cast<QWidget*>(watched);
@@ -21,8 +24,7 @@ class ScreenFit : public QObject {
                        !window->isFullScreen();
     if (!isOwn) return false;
     const QRect screen = window->screen()->availableGeometry();
-    const QSize room = screen.size() - QSize(kFrame, kTitle);
-    const QSize size = window->size().boundedTo(room);
+    const QSize size = window->size().boundedTo(Room(screen).size());
     if (size != window->size()) window->resize(size);
     // Where it stood last may be beyond a screen that has become smaller.
     if (!window->testAttribute(Qt::WA_Moved)) return false;

@@ -7,9 +7,11 @@
 #include <QDir>
 #include <QFileIconProvider>
 #include <QImage>
+#include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QSaveFile>
+#include <QStatusBar>
 #include <QUrl>
 
 #include "auxiliary/window/console_window.h"
@@ -28,6 +30,23 @@
 
 namespace vorn {
 namespace {
+
+constexpr int kToldMs = 10000;
+
+// In the window's status bar, which is there as long as it says something where the window has none
+// of its own.
+void TellDone(const QWidget& asked, const QString& sentence) {
+  auto* window = qobject_cast<QMainWindow*>(asked.window());
+  if (window == nullptr) return;
+  const bool isOwn = window->findChild<QStatusBar*>() != nullptr;
+  QStatusBar* bar = window->statusBar();
+  if (!isOwn) {
+    bar->setSizeGripEnabled(false);
+    QObject::connect(bar, &QStatusBar::messageChanged, bar,
+                     [bar](const QString& shown) { bar->setVisible(!shown.isEmpty()); });
+  }
+  bar->showMessage(ShownText(sentence), kToldMs);
+}
 
 QStringList LocalFiles(const QMimeData& data) {
   QStringList paths;
@@ -228,7 +247,8 @@ void AttachmentList::SaveByDialog() {
 void AttachmentList::SaveOne(const ModelAttachment& attachment) {
   const QString path = AskFileToSave(context_, this, FileTask::SaveAttachment,
                                      Ui::tr("添付ファイルの保存"), SafeFileName(attachment.name));
-  if (!path.isEmpty()) WriteTo(path, attachment);
+  if (path.isEmpty() || !WriteTo(path, attachment)) return;
+  TellDone(*this, Ui::tr("「%1」に保存しました。").arg(QDir::toNativeSeparators(path)));
 }
 
 void AttachmentList::SaveInto(const QString& folder, const QList<qsizetype>& chosen) {
@@ -236,6 +256,9 @@ void AttachmentList::SaveInto(const QString& folder, const QList<qsizetype>& cho
     const ModelAttachment& attachment = attachments_[static_cast<size_t>(index)];
     if (!WriteTo(FreePath(folder, attachment.name), attachment)) return;
   }
+  TellDone(*this, Ui::tr("%1個のファイルを「%2」に保存しました。")
+                      .arg(chosen.size())
+                      .arg(QDir::toNativeSeparators(folder)));
 }
 
 // The file appears whole or not at all.

@@ -201,7 +201,6 @@ void MessageWindow::TurnInto(OpenMode mode) {
   // In the code in which it is read; a message that was erased meanwhile is answered as it is
   // shown.
   Open(false, source_);
-  MarkEdited();
   new SecondClick(SecondClick::Lasts::UntilMoved);  // the button that sends stands there now
 }
 
@@ -401,6 +400,7 @@ void MessageWindow::AnswerInvitation(const Invitation& invitation, InvitationAns
   txSubject_->setCursorPosition(0);
   body_->Text()->setPlainText(AnswerText(answer));
   calendar_->ShowAnswer(*model_.calendarReply, true);
+  MarkEdited();
 }
 
 // The words that were written for the answer before follow, where they still stand. Where they were

@@ -10,6 +10,7 @@
 #include "frame/event_log.h"
 #include "kit/window/access_names.h"
 #include "kit/window/notice_bar.h"
+#include "kit/window/page_area.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "kit/window/tool_letter.h"
@@ -29,6 +30,7 @@ namespace vorn {
 namespace {
 
 constexpr int kAddressRows = 4;
+constexpr int kLeastAddressRows = 2;  // in a low window
 constexpr int kReadRows = 3;
 constexpr int kClipRows = 3;
 constexpr int kReferenceRows = 3;
@@ -53,7 +55,7 @@ void MessageWindow::BuildControls() {
   tsPage_->setObjectName(QStringLiteral("tsPage"));
   tsPage_->setDocumentMode(true);
   tsPage_->addTab(BuildMailPage(), Ui::tr("メール"));
-  tsPage_->addTab(BuildOptionPage(), Ui::tr("オプション"));
+  tsPage_->addTab(new PageArea(BuildOptionPage()), Ui::tr("オプション"));
   doubt_ = new DoubtBar;
   connect(doubt_, &DoubtBar::SendAgainWanted, this, &MessageWindow::SendAgain);
   connect(doubt_, &DoubtBar::KeepAsSentWanted, this, &MessageWindow::KeepAsSent);
@@ -131,19 +133,22 @@ QWidget* MessageWindow::BuildMailPage() {
   lbDate_ = PlainLabel(QString());
   lbDate_->setObjectName(QStringLiteral("lbDate"));
   lbDate_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  lbDateName_ = PlainLabel(Ui::tr("日時"));
+  lbDateName_ = PlainLabel(Ui::tr("日時", "heading"));
   grid->addWidget(lbDateName_, 2, 0, Qt::AlignTop);
   grid->addWidget(lbDate_, 2, 1);
 
   lvClip_ = new AttachmentList(context_);
   connect(lvClip_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
-  lvClip_->setFixedHeight(lvClip_->fontMetrics().lineSpacing() * kClipRows);
+  const int line = lvClip_->fontMetrics().lineSpacing();
+  lvClip_->setMinimumHeight(line + 2 * lvClip_->frameWidth());
+  lvClip_->setMaximumHeight(line * kClipRows);
   lbClip_ = PlainLabel(Ui::tr("添付(&T)"));
   AddRow(grid, 3, lbClip_, lvClip_);
   body_ = new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
+  body_->Text()->setMinimumHeight(2 * line);
   grid->addWidget(body_, 4, 0, 1, 2);
   grid->setRowStretch(4, 1);
   return page;
@@ -155,7 +160,9 @@ void MessageWindow::FitHead(bool editable) {
   int height = editable ? 2 * line * kAddressRows : 2 * lvMailaddress_->frameWidth();
   const int shown = editable ? 0 : qMin(lvMailaddress_->rowCount(), kReadRows);
   for (int row = 0; row < shown; ++row) height += lvMailaddress_->rowHeight(row);
-  lvMailaddress_->setFixedHeight(qMax(height, 2 * line));
+  height = qMax(height, 2 * line);
+  lvMailaddress_->setMinimumHeight(editable ? 2 * line * kLeastAddressRows : height);
+  lvMailaddress_->setMaximumHeight(height);
   const QString date = editable ? QString() : DateLine(source_, request_->Text(u"work_timestamp"));
   lbDate_->setText(date);
   lbDate_->setVisible(!date.isEmpty());

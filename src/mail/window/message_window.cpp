@@ -18,6 +18,7 @@
 #include "kit/window/icons.h"
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
+#include "kit/window/screen_fit.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/flag_string.h"
 #include "mail/codec/line_wrapping.h"
@@ -94,6 +95,7 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   }
   request_->Let(QStringLiteral("show"),
                 static_cast<int>(kShowModeless));  // for the user to see why
+  MarkEdited();                                    // it was to go out
   return true;
 }
 
@@ -302,6 +304,8 @@ bool MessageWindow::StoreForClosing() {
   if (!host_.IsClosing()) receipt_.AskIfDue();
   const bool isNew = request_->Flag(u"new");
   const bool sends = request_->Flag(u"send");
+  const bool isAnswer = request_->Number(u"open") != static_cast<int>(OpenMode::Show);
+  if (isNew && isAnswer && !sends && !edited_) return true;  // it can be made again
   if (isNew && !sends) {
     bool cancelled = false;
     const bool save = AskToSave(&cancelled);
@@ -391,7 +395,7 @@ void MessageWindow::TakePlace() {
       taken.append(other->pos());
     }
   }
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  const QRect screen = ScreenFit::Room(QGuiApplication::primaryScreen()->availableGeometry());
   const bool isPlaced = PlacementBag(context_, objectName())->Get(u"left").isValid();
   const QRect centred(screen.center() - QPoint(width() / 2, height() / 2), size());
   const QRect place = CascadedPlace(isPlaced ? QRect(pos(), size()) : centred, taken, screen);

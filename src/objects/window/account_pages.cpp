@@ -60,12 +60,14 @@ void AccountPage::AddLookup() {
   find_->setObjectName(QStringLiteral("cmFindServers"));
   find_->setToolTip(Ui::tr("メールアドレスのドメインに、受信と送信のサーバーを問い合わせます。"));
   find_->setAutoDefault(false);
+  find_->setMinimumWidth(find_->sizeHint().width());  // also with the shorter text
   result_ = PlainLabel({}, this);
   result_->setObjectName(QStringLiteral("lbFindServers"));
   result_->setWordWrap(true);
   result_->setMinimumHeight(result_->fontMetrics().lineSpacing() * kFoundLines);
   result_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   QSizePolicy policy = result_->sizePolicy();
+  policy.setHorizontalPolicy(QSizePolicy::Expanding);
   policy.setVerticalPolicy(QSizePolicy::Fixed);  // the room that is left is not its own
   result_->setSizePolicy(policy);
   Layout().addRow(QString(), find_);
@@ -84,6 +86,8 @@ void AccountPage::ProposeKnown() {
   const QString address = txMailaddress_->text().trimmed();
   if (address == answered_) return;
   answered_ = address;
+  lookup_->Stop();  // of another address
+  find_->setText(Ui::tr("サーバーを探す(&F)"));
   const std::optional<MailServers> known = KnownServers(address);
   if (!Propose(known.value_or(MailServers()))) return;
   result_->setText(known ? Ui::tr("サーバーを入れました: 受信 %1、送信 %2")
@@ -112,12 +116,14 @@ void AccountPage::LookUp() {
     result_->setText(fault.text);
     return fault.field->setFocus();
   }
+  answered_ = txMailaddress_->text();  // what is found stays when the box is left
   find_->setText(Ui::tr("中止(&F)"));
   result_->setText(Ui::tr("問い合わせています…"));
   lookup_->Start(txMailaddress_->text());
 }
 
-void AccountPage::TakeFound(const MailServers& servers) {
+void AccountPage::TakeFound(const MailServers& found) {
+  const MailServers servers = found.IsEmpty() ? KnownServers(answered_).value_or(found) : found;
   find_->setText(Ui::tr("サーバーを探す(&F)"));
   if (servers.IsEmpty()) {
     result_->setText(Ui::tr("見つかりませんでした。プロバイダーの案内を見て入力してください。"));

@@ -35,7 +35,8 @@ constexpr Choice kKinds[] = {
     {static_cast<int>(Kind::MailAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む")},
     {static_cast<int>(Kind::Folder), QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある")},
     {static_cast<int>(Kind::Status), QT_TRANSLATE_NOOP("vorn::Ui", "状態")},
-    {static_cast<int>(Kind::TimeStamp), QT_TRANSLATE_NOOP("vorn::Ui", "日付")}};
+    {static_cast<int>(Kind::TimeStamp), QT_TRANSLATE_NOOP("vorn::Ui", "日付")},
+    {static_cast<int>(Kind::WholeAddress), QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが")}};
 
 // The states' names differ from the commands of the same word in other languages.
 constexpr struct {
@@ -157,7 +158,8 @@ void ConditionEditor::KindChosen(int row) {
   if (const auto* text = CellEditor<QLineEdit>(*this, row, kValue)) {
     kinds->setProperty(kText, text->text());
   }
-  const bool isText = kind == Kind::Subject || kind == Kind::MailAddress;
+  const bool isText =
+      kind == Kind::Subject || kind == Kind::MailAddress || kind == Kind::WholeAddress;
   setCellWidget(row, kValue,
                 MakeValueEditor(
                     kind, isText ? QStringList(kinds->property(kText).toString()) : QStringList()));

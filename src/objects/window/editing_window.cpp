@@ -1,18 +1,19 @@
 #include "objects/window/editing_window.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
 #include "kit/window/access_names.h"
+#include "kit/window/page_area.h"
 #include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -21,25 +22,6 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-// A page that can be smaller than its controls need, on a small screen with large letters, but has
-// room for all of them where there is some.
-class PageArea : public QScrollArea {
- public:
-  explicit PageArea(QWidget* page) {
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus);
-    setWidget(page);
-  }
-  QSize sizeHint() const override {
-    const QSize page = widget()->sizeHint().expandedTo(widget()->minimumSizeHint());
-    return page + QSize(verticalScrollBar()->sizeHint().width(), 0);
-  }
-};
-
-}  // namespace
 
 EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* parent)
     : QDialog(parent), context_(context), tsPage_(new QTabWidget), lbError_(PlainLabel()) {
@@ -62,7 +44,7 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
   caption(QDialogButtonBox::Ok, QStringLiteral("cmOk"), QStringLiteral("OK"));
   caption(QDialogButtonBox::Cancel, QStringLiteral("cmCancel"), Ui::tr("キャンセル"));
   connect(buttons, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
-  connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::reject);
+  connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::Leave);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(tsPage_, 1);
   layout->addWidget(lbError_);
@@ -216,7 +198,43 @@ void EditingWindow::ConfirmObject() {
   }
 }
 
+void EditingWindow::showEvent(QShowEvent* event) {
+  if (!event->spontaneous() && entries_.isEmpty()) entries_ = Entries();
+  QDialog::showEvent(event);
+}
+
+QStringList EditingWindow::Entries() {
+  QStringList entries;
+  const DiskPtr bag = FormToDisk(*this, Tag());
+  for (qint32 i = 1; i <= bag->Size(); ++i) {
+    const QString& key = bag->NameAt(i);
+    if (key != u"DayTime") entries.append(key + u'=' + bag->Text(key));
+  }
+  // A new password is typed in boxes that are not saved.
+  for (const FormPage* page : pages_) {
+    const auto direct = Qt::FindDirectChildrenOnly;
+    for (const auto* box : page->findChildren<QLineEdit*>(QString(), direct)) {
+      entries.append(box->text());
+    }
+    for (const auto* check : page->findChildren<QCheckBox*>(QString(), direct)) {
+      entries.append(QString::number(static_cast<int>(check->isChecked())));
+    }
+  }
+  return entries;
+}
+
 void EditingWindow::reject() {
+  if (isVisible() && Entries() != entries_) {
+    const auto answer =
+        ShowBox(this, QMessageBox::Question, Ui::tr("変更を保存しますか？"),
+                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+    if (answer == QMessageBox::Cancel) return;
+    if (answer == QMessageBox::Yes) return cmOk_Click();
+  }
+  Leave();
+}
+
+void EditingWindow::Leave() {
   context_.Session->Let(QStringLiteral("status"), QString());
   QDialog::reject();
 }

@@ -13,7 +13,8 @@ namespace vorn {
 
 /// A modal window with pages that edits one object: the object property window and the settings
 /// window are such. OK checks every page, saves and closes; what is wrong is told below the pages,
-/// with the focus in its field.
+/// with the focus in its field. "Cancel" gives up what was changed; who leaves by Escape or the
+/// title bar is asked.
 class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   Q_OBJECT
 
@@ -62,11 +63,17 @@ class EditingWindow : public QDialog, public RequestWindow, public FormWindow {
   void TakeOver(const Disk& saved);
   Context& GetContext() { return context_; }
   void reject() override;
+  void showEvent(QShowEvent* event) override;
 
  private:
+  void Leave();
+  /// What stands in the controls.
+  QStringList Entries();
+
   Context& context_;
   DiskPtr request_;
   std::vector<FormPage*> pages_;
+  QStringList entries_;  // when the window opened
   QTabWidget* tsPage_;
   QLabel* lbError_;
 };

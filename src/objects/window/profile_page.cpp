@@ -118,7 +118,7 @@ QString ProfilePage::ProtectionText() const {
       "パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル"
       "「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めません"
       "が、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めて"
-      "ください。");
+      "ください。決めると、今の回復コードは使えなくなります。");
 }
 
 // What keeps others from the mail now.
@@ -152,6 +152,7 @@ void ProfilePage::WarnOfNoPassword(bool none) {
       this, QMessageBox::Warning,
       Ui::tr(
           "パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。"
+          "新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。\n\n"
           "よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) ckNoPassword_->setChecked(false);

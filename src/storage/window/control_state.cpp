@@ -194,9 +194,18 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
 
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
-  const QRect place = window.isMaximized() ? window.normalGeometry() : window.geometry();
-  bag->Let(QStringLiteral("left"), window.isMaximized() ? place.x() : window.x());
-  bag->Let(QStringLiteral("top"), window.isMaximized() ? place.y() : window.y());
+  bag->Let(QStringLiteral("maximized"), window.isMaximized());
+  QRect place(window.pos(), window.size());
+  if (window.isMaximized()) {
+    place = window.normalGeometry();
+    const QRect kept(bag->Number(u"left"), bag->Number(u"top"), bag->Number(u"width"),
+                     bag->Number(u"height"));
+    if (place == kept) return;  // it has been maximised from the start
+    // Windows are placed by their frame, which that geometry leaves out.
+    place.translate(window.pos() - window.geometry().topLeft());
+  }
+  bag->Let(QStringLiteral("left"), place.x());
+  bag->Let(QStringLiteral("top"), place.y());
   bag->Let(QStringLiteral("width"), place.width());
   bag->Let(QStringLiteral("height"), place.height());
 }
