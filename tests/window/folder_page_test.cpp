@@ -233,6 +233,17 @@ TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
   }));
 }
 
+// Messages are thrown away and filed by it.
+TEST_F(FolderPageTest, ARangeBeginsAtItsFirstRowAndGoesOnInAPageThatIsMadeAnew) {
+  Begin(6, 100);
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({6}));
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({4, 5, 6}));
+}
+
 TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   Begin(5, 100);
   const auto dusted = [this](const QStringList& expected) {

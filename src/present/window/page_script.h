@@ -51,7 +51,7 @@ inline constexpr char kPageScript[] = R"js(
   const tell = (what, index) => console.info('vorn-' + what + ' ' + (index < 0 ? '' : rows[index].id));
   const goTo = (index, extend) => {
     if (rows.length === 0) return;
-    if (extend && anchor < 0) anchor = Math.max(0, current);
+    if (extend && anchor < 0) anchor = current < 0 ? inPage(index) : current;
     current = inPage(index);
     if (extend) {
       chooseRange();
@@ -124,6 +124,7 @@ inline constexpr char kPageScript[] = R"js(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.
     state: () => JSON.stringify({next: current < 0 ? [] : rows.slice(current).map(row => row.id),
+                                 anchor: anchor < 0 ? '' : rows[anchor].id,
                                  chosen: [...chosen], y: scrollY, x: scrollX,
                                  end: innerHeight + scrollY >= document.documentElement.scrollHeight - 2}),
     restore: (text, staysAtEnd) => {
@@ -131,6 +132,7 @@ inline constexpr char kPageScript[] = R"js(
       const next = state.next.find(id => seen.has(id));
       current = rows.findIndex(row => row.id === next);
       if (current < 0 && state.next.length > 0) current = rows.length - 1;
+      anchor = rows.findIndex(row => row.id === state.anchor);
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
       show();
       scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
