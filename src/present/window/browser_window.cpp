@@ -243,7 +243,10 @@ bool BrowserWindow::CreatePage() {
   const DiskPtr folder = LoadObject(context_, bag_->SerialID());
   if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
   setWindowTitle(folder->Text(u"Object"));
-  if (wait_->IsAsking(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)))) return false;
+  if (wait_->IsAsking(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)))) {
+    if (!bag_->Text(kUrl).isEmpty()) rows_.Attach(page_);  // no other page comes now
+    return false;
+  }
   wait_->Stop();
   DropPage();
   if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
@@ -284,7 +287,11 @@ bool BrowserWindow::CreatePage() {
 
 // What takes long is asked on a thread of its own. A page of the folder that is in sight stays.
 void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
-  if (bag_->Text(kUrl).isEmpty() && !IsForPrinting()) ShowText(Ui::tr("<p>読み込み中です。</p>"));
+  if (!bag_->Text(kUrl).isEmpty()) {
+    rows_.Attach(page_);  // its rows would wait for another page
+  } else if (!IsForPrinting()) {
+    ShowText(Ui::tr("<p>読み込み中です。</p>"));
+  }
   wait_->Ask(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)),
              [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
 }
