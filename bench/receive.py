@@ -110,7 +110,8 @@ def mu(work):
 def vorn(program, port, work, count):
     data = work / "vorn"
     shutil.rmtree(data, ignore_errors=True)
-    subprocess.run([program, "--data", str(data), "account", "add", "--name", "bench", "--address",
+    subprocess.run([program, "--data", str(data), "account", "add", "--in-security", "none",
+                    "--out-security", "none", "--name", "bench", "--address",
                     "y@example.org", "--in-server", "127.0.0.1", "--in-port", str(port),
                     "--in-user", "u", "--in-password-fd", "0"],
                    input=b"secret\n", check=True, stdout=subprocess.DEVNULL)

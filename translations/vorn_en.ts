@@ -3783,5 +3783,41 @@ Remove the password?</translation>
         <comment>log</comment>
         <translation>Events</translation>
     </message>
+    <message>
+        <source>大きすぎる画像%1個は表示していません。</source>
+        <translation>%1 image(s) are not shown because they are too large.</translation>
+    </message>
+    <message>
+        <source>画像が多すぎるため、%1個は表示していません。</source>
+        <translation>%1 image(s) are not shown because there are too many.</translation>
+    </message>
+    <message>
+        <source>このコンピューターやその近くのネットワークにある画像%1個は、安全のため読み込んでいません。</source>
+        <translation>%1 image(s) on this computer or its own network were not loaded, for safety.</translation>
+    </message>
+    <message>
+        <source>中止(&amp;C)</source>
+        <translation>S&amp;top</translation>
+    </message>
+    <message>
+        <source>条件に合うメッセージを数えています…</source>
+        <translation>Counting the messages that match…</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;読み込み中です。&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Loading…&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;中止しました。もう一度探すには「更新」を押してください。&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Stopped. Press “Refresh” to look again.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>条件に合うメッセージを探しています…</source>
+        <translation>Looking for the messages that match…</translation>
+    </message>
+    <message>
+        <source>このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動してください。ファイルは何も変えていません。</source>
+        <translation>Another program is using this data folder, so the list is not made anew. End that program, or start as the same user (with the same home folder). No file has been changed.</translation>
+    </message>
 </context>
 </TS>

@@ -1,4 +1,3 @@
-#include <QHostAddress>
 #include <array>
 
 #include "ctl/command.h"
@@ -11,17 +10,11 @@ namespace {
 constexpr std::array kPop3Ports = {110, 110, 995};
 constexpr std::array kSmtpPorts = {25, 587, 465};
 
-bool IsThisMachine(const QString& server) {
-  return server == u"localhost" || QHostAddress(server).isLoopback();
-}
-
-// Clear text only where it is asked for, or where nothing leaves the machine.
-bool ReadSecurity(const Arguments& arguments, const QString& name, const QString& server,
-                  int& security) {
+// Clear text only where it is asked for: what listens on this machine need not be the user's.
+bool ReadSecurity(const Arguments& arguments, const QString& name, int& security) {
   const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
                             QStringLiteral("tls")};
-  const QString& usual = choices[IsThisMachine(server) ? 0 : 2];
-  security = static_cast<int>(choices.indexOf(arguments.Text(name, usual).toLower()));
+  security = static_cast<int>(choices.indexOf(arguments.Text(name, choices.last()).toLower()));
   return security >= 0;
 }
 
@@ -38,9 +31,8 @@ QString ReadValues(const Arguments& arguments, AccountValues& values) {
   values.display = arguments.Text(QStringLiteral("display"));
   values.inServer = arguments.Text(QStringLiteral("in-server"));
   values.outServer = arguments.Text(QStringLiteral("out-server"));
-  const QString outServer = values.outServer.isEmpty() ? values.inServer : values.outServer;
-  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inServer, values.inSecurity) ||
-      !ReadSecurity(arguments, QStringLiteral("out-security"), outServer, values.outSecurity)) {
+  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inSecurity) ||
+      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outSecurity)) {
     return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
   }
   values.inPort = arguments.Number(QStringLiteral("in-port"),

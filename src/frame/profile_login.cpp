@@ -177,10 +177,12 @@ bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& t
                       const LostFileChoice& choice) {
   QString password;
   if (!SettlePassword(context, *profile, typed, &password)) return false;
+  const QStringList former =
+      choice.reconnect.isEmpty() ? QStringList() : FormerPasswords(context, *profile, password);
   for (const LostFile& lost : LostFiles(context, *profile)) {
     bool resolved = false;
     for (const QString& file : choice.reconnect) {
-      resolved = resolved || ReconnectFile(context, lost, file, password);
+      resolved = resolved || ReconnectFile(context, lost, file, password, former);
     }
     if (!resolved && choice.create) {
       resolved = ReplaceLostFile(context, *profile, lost, password);

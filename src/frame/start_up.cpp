@@ -14,6 +14,7 @@
 #include "storage/databases.h"
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
+#include "storage/sole_use.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -75,11 +76,31 @@ bool LoadProfiles(Context& context) {
          LoadObjects(context, DatabaseKind::Navigator, context.Objects);
 }
 
+// Whether another program has the list open, or a profile; it may have another key, as one of
+// another user or with another home folder.
+bool IsInUse(const QString& list, const QList<DiskPtr>& profiles) {
+  const QDir folder = QFileInfo(list).dir();
+  for (const DiskPtr& profile : profiles) {
+    const QString path = folder.filePath(profile->SerialID() + QStringLiteral("/profile.lock"));
+    const bool isHeld = QFileInfo::exists(path) &&
+                        FileLock(path).Take(FileLock::Kind::Exclusive, 0) == FileLock::Result::Held;
+    if (isHeld) return true;
+  }
+  return !SoleUse(list).IsTaken();
+}
+
 // An unreadable list of profiles holds nothing that the profiles do not know themselves; it is kept
-// all the same.
-bool SetListAside(Context& context) {
+// all the same. A program that has it open would go on writing to it under its new name.
+bool SetListAside(Context& context, const QList<DiskPtr>& profiles) {
   const QString path = context.NaviDatabasePath;
   context.Data.CloseFile(path);  // one that is damaged further on was opened
+  if (IsInUse(path, profiles)) {
+    return context.Data.FailWith(
+        {StorageError::Kind::Busy,
+         Ui::tr("このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。"
+                "そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動"
+                "してください。ファイルは何も変えていません。")});
+  }
   const QString kept = path + QStringLiteral(".unreadable-") +
                        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmsszzz"));
   QFile::rename(path + QStringLiteral("-wal"), kept + QStringLiteral("-wal"));
@@ -132,7 +153,8 @@ bool RebuildList(Context& context) {
     const Kind kind = context.Data.LastError().kind;
     const bool unreadable =
         damaged || kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
-    if (!unreadable || profiles.isEmpty() || !SetListAside(context) || !LoadProfiles(context)) {
+    if (!unreadable || profiles.isEmpty() || !SetListAside(context, profiles) ||
+        !LoadProfiles(context)) {
       return false;
     }
   }

@@ -40,8 +40,8 @@ const QString kStyle = QStringLiteral(
 
 // A mail's style sheets reach every element. What is important at the element itself they do not
 // reach, so that the mail can neither hide the table nor lay one of its own over it.
-QByteArray Important(const char* declarations) {
-  return " style=\"" + QByteArray(declarations).replace(';', "!important;") + '"';
+QByteArray Important(QByteArray declarations) {
+  return " style=\"" + declarations.replace(';', "!important;") + '"';
 }
 
 QByteArray Shielded(QByteArray table) {
@@ -54,15 +54,23 @@ QByteArray Shielded(QByteArray table) {
                                       "vertical-align:top;padding-right:1em;") +
                             '>');
   table.replace("<TR>", "<TR" + Important("all:initial;display:table-row;") + '>');
-  return table.replace("<TABLE", "<TABLE" + Important("all:initial;display:table;width:100%;"));
+  const qsizetype rows = table.indexOf('>', table.indexOf("<TABLE")) + 1;
+  table.insert(rows, "<TBODY" + Important("all:initial;display:table-row-group;") + '>');
+  return table.replace("<TABLE", "<TABLE" + Important("all:initial;display:table;width:100%;"
+                                                      "background:white;color:black;"));
 }
 
 const QByteArray kHtml = "<html>";
+const QByteArray kHead = "<head>";
 const QByteArray kBody = "<body";
+// What of the elements around the table could hide it.
+constexpr const char* kInSight =
+    "display:block;visibility:visible;opacity:1;float:none;width:auto;min-width:0;max-width:none;"
+    "height:auto;max-height:none;overflow:visible;padding:0;border:0;text-indent:0;";
 
 // Behind what the mail says at its body, or in its place.
 void ShieldBody(QByteArray& document, qsizetype body) {
-  const QByteArray rest = Important("margin:0;");
+  const QByteArray rest = Important(kInSight + QByteArrayLiteral("margin:0;"));
   const QByteArray begin = " style=\"";
   const qsizetype own = document.indexOf(begin, body);
   if (own < 0 || own > document.indexOf('>', body)) {
@@ -80,8 +88,13 @@ QByteArray WithHead(QByteArray document, const QByteArray& table) {
   document.insert(
       document.indexOf('>', body) + 1,
       Shielded(table) + "<div" + Important("display:flow-root;overflow:clip;margin:0;") + '>');
-  return document.replace(document.indexOf(kHtml), kHtml.size(),
-                          "<html" + Important("margin:0 15mm;overflow-wrap:anywhere;") + '>');
+  // A style sheet that is shown is text of the mail's, above the table.
+  document.replace(document.indexOf(kHead), kHead.size(),
+                   "<head" + Important("display:none;") + '>');
+  return document.replace(
+      document.indexOf(kHtml), kHtml.size(),
+      "<html" + Important(kInSight + QByteArrayLiteral("margin:0 15mm;overflow-wrap:anywhere;")) +
+          '>');
 }
 
 }  // namespace

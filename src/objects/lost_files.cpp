@@ -5,12 +5,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <optional>
 
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
+#include "storage/code_file.h"
 #include "storage/databases.h"
+#include "storage/file_key.h"
 #include "storage/file_replace.h"
+#include "storage/password_change.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 
@@ -110,6 +114,35 @@ QStringList FilesWithMark(const QDir& folder, const QString& mark) {
   return found;
 }
 
+// The first of the passwords that opens a file of that kind; else the reason why the first one of
+// them does not is in the session's `LastError`.
+std::optional<QString> OpeningPassword(Context& context, const QString& file,
+                                       const QStringList& passwords, bool isMail) {
+  const QString select = isMail ? QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ''")
+                                : QStringLiteral("SELECT SERIALID FROM object WHERE SERIALID = ''");
+  StorageError reason;
+  for (const QString& password : passwords) {
+    const bool opens = context.Data.Open(file, password) &&
+                       context.Data.OpenRecordset(select, CursorKind::ForwardOnly);
+    if (!opens && !reason) reason = context.Data.LastError();
+    context.Data.CloseFile(file);  // which takes everything out of its log
+    if (opens) return password;
+    if (reason.kind != StorageError::Kind::WrongPassword) break;
+  }
+  context.Data.FailWith(reason);
+  return std::nullopt;
+}
+
+// A copy of a profile's folder has the code that its files are under.
+QStringList CodesBeside(const QString& file) {
+  const CodeFile codes(QFileInfo(file).path());
+  QStringList passwords;
+  for (const QString& code : QStringList{codes.Code()} + codes.Others()) {
+    if (!code.isEmpty()) passwords.append(FileKey::FromCode(code));
+  }
+  return passwords;
+}
+
 }  // namespace
 
 bool NoteFiles(Context& context) {
@@ -184,7 +217,7 @@ QString LostFilesText(const QList<LostFile>& lost) {
 }
 
 bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                   const QString& password) {
+                   const QString& password, const QStringList& former) {
   using Kind = StorageError::Kind;
   const bool isMail = Name(lost.path) != u"profile.mbx";
   const QString mark = FileMark(file);
@@ -192,23 +225,27 @@ bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
     return Fail(context, Kind::Foreign,
                 Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
   }
-  const QString select = isMail ? QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ''")
-                                : QStringLiteral("SELECT SERIALID FROM object WHERE SERIALID = ''");
-  const bool opens = context.Data.Open(file, password) &&
-                     context.Data.OpenRecordset(select, CursorKind::ForwardOnly);
-  context.Data.CloseFile(file);  // which takes everything out of its log
-  if (!opens) return false;
+  const std::optional<QString> opening =
+      OpeningPassword(context, file, QStringList{password} + former + CodesBeside(file), isMail);
+  if (!opening) return false;
   if (QFile::exists(file + QStringLiteral("-wal"))) {
     return Fail(context, Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(file)));
   }
   QString ready = file;
-  if (QFileInfo(file).absolutePath() != QFileInfo(lost.path).absolutePath()) {
+  const bool isUnderOther = *opening != password;
+  if (isUnderOther || QFileInfo(file).absolutePath() != QFileInfo(lost.path).absolutePath()) {
     ready = lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
     QFile::remove(ready);
     if (!QFile::copy(file, ready) || !MakePrivate(ready) || !SyncFile(ready)) {
       QFile::remove(ready);
       return Fail(context, Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
     }
+    PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
+    if (isUnderOther && change.Run(*opening, password) != PasswordChange::Outcome::Changed) {
+      QFile::remove(ready);
+      return context.Data.FailWith(change.Error());
+    }
+    context.Data.CloseFile(ready);
   }
   context.Data.CloseFile(lost.path);
   return (MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done) ||

@@ -29,9 +29,11 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile);
 QString LostFilesText(const QList<LostFile>& lost);
 
 /// Gives a file that carries the mark of the lost one its place back: moves it when it lies in the
-/// profile's folder, else copies it. On false the reason is in the session's `LastError`.
+/// profile's folder, else copies it. One that was away when the password changed opens with one of
+/// the `former` ones, or the recovery code beside it; a copy under the password takes the place
+/// then. On false the reason is in the session's `LastError`.
 bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                   const QString& password);
+                   const QString& password, const QStringList& former = {});
 
 /// Makes an empty file in the place of a lost one, on the user's word. On false the reason is in
 /// the session's `LastError`.

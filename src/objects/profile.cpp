@@ -130,6 +130,14 @@ PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const
   return outcome;
 }
 
+// None at all, what the profile's database remembers, and what lies beside its code's file.
+QStringList PasswordsOf(const Disk& former, const CodeFile& file) {
+  QStringList passwords{QString()};
+  const QStringList noted = former.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts);
+  for (const QString& code : noted + file.Others()) passwords.append(FileKey::FromCode(code));
+  return passwords;
+}
+
 }  // namespace
 
 CodeFile CodeFileOf(const Context& context, const Disk& profile) {
@@ -188,18 +196,18 @@ bool IsUnderCode(const Context& context, const Disk& profile) {
 }
 
 QStringList FormerPasswords(Context& context) {
-  QStringList passwords{QString()};
   Disk former(kFormerCodes);
   const OpenedDatabase profile(context, DatabaseKind::Profile);
-  if (profile && former.DatabaseToDisk(context.Data)) {
-    for (const QString& code : former.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts)) {
-      passwords.append(FileKey::FromCode(code));
-    }
-  }
-  for (const QString& code : CodeFileOf(context, *context.Session).Others()) {
-    passwords.append(FileKey::FromCode(code));
-  }
-  return passwords;
+  if (profile) former.DatabaseToDisk(context.Data);
+  return PasswordsOf(former, CodeFileOf(context, *context.Session));
+}
+
+QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password) {
+  Disk former(kFormerCodes);
+  const QString path = ProfileFiles(context, profile).first();
+  if (HasContent(path) && context.Data.Open(path, password)) former.DatabaseToDisk(context.Data);
+  context.Data.Close();
+  return PasswordsOf(former, CodeFileOf(context, profile));
 }
 
 DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {

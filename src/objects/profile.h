@@ -74,6 +74,8 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
 /// The passwords without which a file that was once the logged-in profile's may be shut, and which
 /// its user cannot know: none at all, and recovery codes that it had.
 QStringList FormerPasswords(Context& context);
+/// The same of a profile whose files `password` opens, before its login.
+QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password);
 
 /// Gives a mail file at `path` that opens with `itsPassword` the password of the logged-in profile,
 /// so that it can be one of its files. On false `error` says why.

@@ -2,19 +2,24 @@
 
 #include <QElapsedTimer>
 
+#include "storage/sql_text.h"
+
 namespace vorn {
 namespace {
 
 // So many rows are sorted faster than an index over all messages is read.
 constexpr qint64 kFewRows = 5000;
 constexpr qint64 kExploreMs = 8;
+// Each piece is copied once for every identifier in it.
+constexpr qsizetype kFewestInPiece = 400;
+constexpr qsizetype kMostPieces = 400;
 
 }  // namespace
 
 void FolderRows::Refresh(DataSession& session) {
   const QString mark = session.ChangeMark();
   if (mark == mark_) return;
-  *this = FolderRows(query_, order_);
+  Forget();
   mark_ = mark;
 }
 
@@ -47,6 +52,7 @@ bool FolderRows::IsFew(DataSession& session) {
 
 bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   Refresh(session);
+  if (found_) return OpenFound(session, first, limit);
   const bool few = IsFew(session);
   // From the newest on the near pages are near without notes.
   const bool isNoted = !few && order_ == RowOrder::OldestFirst;
@@ -63,6 +69,38 @@ bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
     sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(limit > 0 ? limit : -1).arg(place.skip);
   }
   return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+}
+
+QString FolderRows::Question() const {
+  return QStringLiteral("SELECT SERIALID FROM (") + query_.Listing() +
+         (order_ == RowOrder::OldestFirst ? QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC")
+                                          : QStringLiteral(") ORDER BY FIELD_TIMESTAMP DESC"));
+}
+
+void FolderRows::Take(DataSession& session, const QStringList& serialIds) {
+  Refresh(session);
+  found_ = serialIds;
+  count_ = serialIds.size();
+}
+
+// The identifiers come in pieces of text that the engine takes apart, since it takes only so many
+// values one by one.
+bool FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) const {
+  const QStringList shown = found_->mid(first, limit > 0 ? limit : -1);
+  const qsizetype size = qMax(kFewestInPiece, shown.size() / kMostPieces + 1);
+  QStringList pieces;
+  for (qsizetype at = 0; at < qMax(qsizetype{1}, shown.size()); at += size) {
+    pieces.append(QStringLiteral("SELECT %1, '', %2")
+                      .arg(at)
+                      .arg(QuoteSql(shown.mid(at, size).join(u' ') + u' ')));
+  }
+  return session.OpenRecordset(
+      QStringLiteral("WITH RECURSIVE found(place, one, rest) AS (%1 UNION ALL SELECT place + 1, "
+                     "SUBSTR(rest, 1, INSTR(rest, ' ') - 1), SUBSTR(rest, INSTR(rest, ' ') + 1) "
+                     "FROM found WHERE rest <> '') SELECT mail.* FROM found CROSS JOIN mail ON "
+                     "mail.SERIALID = found.one ORDER BY found.place")
+          .arg(pieces.join(QStringLiteral(" UNION ALL "))),
+      CursorKind::ForwardOnly);
 }
 
 qint64 FolderRows::KnownCount(DataSession& session) {
@@ -86,6 +124,7 @@ bool FolderRows::Explore(DataSession& session) {
   Refresh(session);
   if (begun) return false;
   exploring_ = true;
+  if (found_) return false;
   // Where no index finds the rows, every step would read all messages. What depends on the time of
   // day does not stay where it was.
   const bool isMoving = query_.Listing().contains(u"NOW", Qt::CaseInsensitive);

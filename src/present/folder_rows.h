@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
+#include <optional>
 
 #include "objects/folder_query.h"
 #include "present/row_index.h"
@@ -27,12 +28,20 @@ class FolderRows {
   qint64 Count(DataSession& session);
   /// How many there are, as far as that is known without counting; else -1.
   qint64 KnownCount(DataSession& session);
+  /// The question for the identifiers of all of them in their order, to be asked elsewhere where it
+  /// takes long, and its answer: with it nothing more is asked as long as the database stays as it
+  /// is.
+  QString Question() const;
+  void Take(DataSession& session, const QStringList& serialIds);
+  /// Forgets everything.
+  void Forget() { *this = FolderRows(query_, order_); }
   /// Finds out more about where the rows stand, for some milliseconds; false when there is nothing
   /// more to find out.
   bool Explore(DataSession& session);
 
  private:
   void Refresh(DataSession& session);
+  bool OpenFound(DataSession& session, qint64 first, qint64 limit) const;
   bool IsFew(DataSession& session);
 
   FolderQuery query_;
@@ -44,6 +53,7 @@ class FolderRows {
   bool few_ = false;
   bool indexed_ = false;  // an index alone finds the rows
   bool exploring_ = false;
+  std::optional<QStringList> found_;  // all of them, where they were asked for elsewhere
 };
 
 }  // namespace vorn

@@ -131,6 +131,22 @@ qint32 MessageListPages::CountPages(const QString& folder, const QString& search
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
+QString MessageListPages::Question(const QString& folder, const QString& search) {
+  const FolderRows* rows = RowsOf(folder, search);
+  return rows == nullptr ? QString() : rows->Question();
+}
+
+void MessageListPages::TakeAnswer(const QString& folder, const QString& search,
+                                  const QStringList& serialIds) {
+  FolderRows* rows = RowsOf(folder, search);
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (rows != nullptr && mail) rows->Take(context_.Data, serialIds);
+}
+
+void MessageListPages::Forget(const QString& folder, const QString& search) {
+  if (FolderRows* rows = RowsOf(folder, search)) rows->Forget();
+}
+
 bool MessageListPages::Explore(const QString& folder, const QString& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);

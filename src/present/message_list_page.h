@@ -34,6 +34,12 @@ class MessageListPages {
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
   qint32 CountPages(const QString& folder, const QString& search = {}, bool count = true);
+  /// See `FolderRows::Question`; empty when there is no such folder.
+  QString Question(const QString& folder, const QString& search);
+  /// Takes the answer, as serial identifiers.
+  void TakeAnswer(const QString& folder, const QString& search, const QStringList& serialIds);
+  /// Forgets what is known of a folder's rows, as when it was asked for before a change.
+  void Forget(const QString& folder, const QString& search);
   /// Finds out, for some milliseconds, where the pages of a long folder begin, so that each of them
   /// is made without delay. False when there is nothing more to find out. For idle moments.
   bool Explore(const QString& folder, const QString& search = {});

@@ -14,4 +14,8 @@ qint64 CountUnread(Context& context, const QString& folder) {
   return counted ? context.Data.Recordset()->Fields(u"N").toLongLong() : -1;
 }
 
+QString UnreadQuestion(Context& context, const QString& folder) {
+  return FolderSqlBuilder(context).Query(folder).Unread();
+}
+
 }  // namespace vorn

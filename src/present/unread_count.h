@@ -8,5 +8,7 @@ namespace vorn {
 
 /// How many messages of a folder are not yet opened; -1 when the folder cannot be read.
 qint64 CountUnread(Context& context, const QString& folder);
+/// The statement that tells it; empty when there is no such folder.
+QString UnreadQuestion(Context& context, const QString& folder);
 
 }  // namespace vorn

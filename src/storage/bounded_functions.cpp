@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "storage/condition_limit.h"
 #include "storage/engine.h"
 #include "storage/find_bytes.h"
 
@@ -109,7 +110,8 @@ void Trim(sqlite3_context* context, int count, sqlite3_value** arguments) {
 
 bool GaveUp(sqlite3_context* context, size_t bytes) {
   const auto* deadline = static_cast<const QDeadlineTimer*>(sqlite3_user_data(context));
-  if (bytes < kShort || !deadline->hasExpired()) return false;
+  if (bytes < kShort || !(deadline->hasExpired() || ConditionLimit::IsStopped())) return false;
+  ConditionLimit::NoteReached();
   sqlite3_result_error_code(context, SQLITE_INTERRUPT);
   return true;
 }

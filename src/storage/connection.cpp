@@ -9,6 +9,7 @@
 #include <array>
 
 #include "storage/change_count.h"
+#include "storage/condition_limit.h"
 #include "storage/engine.h"
 #include "storage/engine_locks.h"
 #include "storage/file_key.h"
@@ -173,7 +174,10 @@ int Connection::WaitWhileBusy(void* self, int attempts) {
 }
 
 int Connection::IsOverdue(void* self) {
-  return static_cast<Connection*>(self)->deadline_.hasExpired() ? 1 : 0;
+  const bool ends =
+      static_cast<Connection*>(self)->deadline_.hasExpired() || ConditionLimit::IsStopped();
+  if (ends) ConditionLimit::NoteReached();
+  return ends ? 1 : 0;
 }
 
 bool Connection::SetUp(const QString& password, StorageError* error) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "storage/condition_limit.h"
 #include "storage/engine.h"
 #include "storage/like_pattern.h"
 #include "storage/time_text.h"
@@ -45,6 +46,7 @@ void Compare(sqlite3_context* context, sqlite3_value** arguments, int patternAt,
   if (matches) {
     sqlite3_result_int(context, *matches ? 1 : 0);
   } else {
+    ConditionLimit::NoteReached();
     sqlite3_result_error_code(context, SQLITE_INTERRUPT);
   }
 }

@@ -3,6 +3,7 @@
 #include <QChar>
 #include <algorithm>
 
+#include "storage/condition_limit.h"
 #include "storage/find_bytes.h"
 
 namespace vorn {
@@ -10,6 +11,10 @@ namespace {
 
 constexpr char32_t kMalformed = 0xFFFD;
 constexpr size_t kWorkBetweenLooks = 1 << 20;  // comparisons
+
+bool IsOver(const QDeadlineTimer& deadline) {
+  return deadline.hasExpired() || ConditionLimit::IsStopped();
+}
 
 // The code point at `at`, which moves past it.
 char32_t NextCodePoint(std::string_view text, size_t& at) {
@@ -160,7 +165,7 @@ std::optional<bool> LikePattern::ContainsNeedle(const QDeadlineTimer& deadline,
     if (matched == needle_.size()) return true;
     work += matched;
     if (work >= kWorkBetweenLooks) {
-      if (deadline.hasExpired()) return std::nullopt;
+      if (IsOver(deadline)) return std::nullopt;
       work = 0;
     }
   }
@@ -175,7 +180,7 @@ std::optional<bool> LikePattern::MatchesElements(const QDeadlineTimer& deadline,
   size_t retryElement = elements_.size() + 1;
   size_t retryText = 0;
   for (size_t work = 1;; ++work) {
-    if (work % kWorkBetweenLooks == 0 && deadline.hasExpired()) return std::nullopt;
+    if (work % kWorkBetweenLooks == 0 && IsOver(deadline)) return std::nullopt;
     if (element < elements_.size() && elements_[element].kind == Element::Kind::AnyRun) {
       retryElement = ++element;
       retryText = at;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "storage/condition_limit.h"
 #include "storage/connection.h"
 #include "storage/engine.h"
 #include "storage/schema.h"
@@ -59,7 +60,7 @@ Statement::Step Statement::Next() {
   QElapsedTimer clock;
   clock.start();
   if (isLimited)
-    connection_.deadline_ = QDeadlineTimer(qMax<qint64>(0, Connection::ConditionMs - spentMs_));
+    connection_.deadline_ = QDeadlineTimer(qMax<qint64>(0, ConditionLimit::Ms() - spentMs_));
   const int result = sqlite3_step(handle_);
   if (isLimited) connection_.deadline_ = QDeadlineTimer(QDeadlineTimer::Forever);
   spentMs_ += clock.elapsed();

@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <QHostAddress>
 #include <QNetworkProxyFactory>
 
 #include <atomic>
@@ -81,10 +82,12 @@ class HttpFetcher::Work {
 
  private:
   struct Fetch {
-    Work* work;
+    Work* work = nullptr;
     std::unique_ptr<CURL, EasyEnd> easy;
+    bool byProxy = false;
     QByteArray body;
     qint64 headerBytes = 0;
+    FetchEnd end = FetchEnd::Failed;  // unless it ends well
   };
 
   template <typename Order>
@@ -111,9 +114,17 @@ class HttpFetcher::Work {
   }
 
   void Begin(int number, const QUrl& url) {
-    auto fetch = std::make_unique<Fetch>(Fetch{this, {}, {}});
+    const QByteArray proxy = ProxyFor(url);
+    if (!proxy.isEmpty() && !MayName(url)) {
+      Q_EMIT owner_.Fetched(number, {}, FetchEnd::Forbidden);
+      return;
+    }
+    auto fetch = std::make_unique<Fetch>();
+    fetch->work = this;
+    fetch->byProxy = !proxy.isEmpty();
     fetch->easy.reset(curl_easy_init());
     SetOptions(fetch->easy.get(), url);
+    curl_easy_setopt(fetch->easy.get(), CURLOPT_PROXY, proxy.constData());
     SetCallbacks(*fetch);
     curl_easy_setopt(fetch->easy.get(), CURLOPT_PRIVATE, reinterpret_cast<char*>(qintptr{number}));
     curl_multi_add_handle(multi_, fetch->easy.get());
@@ -131,7 +142,6 @@ class HttpFetcher::Work {
     curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Mozilla/5.0");
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers_);
-    curl_easy_setopt(easy, CURLOPT_PROXY, ProxyFor(url).constData());
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(limits_.eachMs));
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // a look-up of a name is not waited for
@@ -143,6 +153,47 @@ class HttpFetcher::Work {
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &fetch);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Work::TakeHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, &fetch);
+    if (fetch.byProxy || fetch.work->limits_.mayReach == nullptr) return;
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Work::OpenSocket);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &fetch);
+  }
+
+  // By the address that a name turned out to have.
+  static curl_socket_t OpenSocket(void* data, curlsocktype, curl_sockaddr* address) {
+    auto& fetch = *static_cast<Fetch*>(data);
+    if (!fetch.work->limits_.mayReach(QHostAddress(&address->addr))) {
+      fetch.end = FetchEnd::Forbidden;
+      return CURL_SOCKET_BAD;
+    }
+    int type = address->socktype;
+#ifdef SOCK_CLOEXEC
+    type |= SOCK_CLOEXEC;
+#endif
+    return socket(address->family, type, address->protocol);
+  }
+
+  // A proxy looks up names itself.
+  bool MayName(const QUrl& url) const {
+    if (limits_.mayReach == nullptr) return true;
+    const QString host = url.host();
+    const QHostAddress address(host);
+    if (!address.isNull()) return limits_.mayReach(address);
+    const bool isThisMachine =
+        host == u"localhost" || host.endsWith(u".localhost") || !host.contains(u'.');
+    return !isThisMachine || limits_.mayReach(QHostAddress(QHostAddress::LocalHost));
+  }
+
+  bool MayFollow(Fetch& fetch, QByteArrayView line) const {
+    constexpr QByteArrayView kField = "location:";
+    if (line.first(qMin(line.size(), kField.size())).compare(kField, Qt::CaseInsensitive) != 0) {
+      return true;
+    }
+    char* current = nullptr;
+    curl_easy_getinfo(fetch.easy.get(), CURLINFO_EFFECTIVE_URL, &current);
+    const QUrl next(QString::fromUtf8(line.sliced(kField.size()).trimmed()));
+    if (MayName(QUrl(QString::fromUtf8(current)).resolved(next))) return true;
+    fetch.end = FetchEnd::Forbidden;
+    return false;
   }
 
   // Anything but the count of bytes ends the fetch.
@@ -150,14 +201,19 @@ class HttpFetcher::Work {
     auto& fetch = *static_cast<Fetch*>(data);
     Work& work = *fetch.work;
     const auto size = static_cast<qint64>(count);
-    if (fetch.body.size() + size > work.limits_.eachBytes || size > work.left_) return 0;
+    if (fetch.body.size() + size > work.limits_.eachBytes || size > work.left_) {
+      fetch.end = FetchEnd::TooLarge;
+      return 0;
+    }
     work.left_ -= size;
     fetch.body.append(bytes, size);
     return count;
   }
 
-  static size_t TakeHeader(char*, size_t, size_t count, void* data) {
+  static size_t TakeHeader(char* bytes, size_t, size_t count, void* data) {
     auto& fetch = *static_cast<Fetch*>(data);
+    const QByteArrayView line(bytes, static_cast<qsizetype>(count));
+    if (fetch.byProxy && !fetch.work->MayFollow(fetch, line)) return 0;
     fetch.headerBytes += static_cast<qint64>(count);
     return fetch.headerBytes > kMostHeaderBytes ? 0 : count;
   }
@@ -170,7 +226,8 @@ class HttpFetcher::Work {
       curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &number);
       const auto found = fetches_.find(static_cast<int>(reinterpret_cast<qintptr>(number)));
       const bool isWhole = message->data.result == CURLE_OK;
-      Q_EMIT owner_.Fetched(found->first, isWhole ? found->second->body : QByteArray());
+      Q_EMIT owner_.Fetched(found->first, isWhole ? found->second->body : QByteArray(),
+                            isWhole ? FetchEnd::Whole : found->second->end);
       Drop(found->first);
     }
   }

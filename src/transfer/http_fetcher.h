@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QHostAddress;
+
 namespace vorn {
 
 /// What the fetching for one page may cost.
@@ -16,6 +18,17 @@ struct FetchLimits {
   qint64 allBytes = 128 << 20;     ///< of all answers together
   int eachMs = 30000;              ///< from the request, its waiting for others included
   const char* accept = "image/*";  ///< what the field "Accept" says (RFC 9110, 12.5.1)
+  /// Which addresses may be connected to, also by a redirection and whatever name has them; null
+  /// for all. A proxy may be anywhere; what it is asked for is judged by its name.
+  bool (*mayReach)(const QHostAddress&) = nullptr;
+};
+
+/// How a fetch ended.
+enum class FetchEnd {
+  Whole,
+  TooLarge,   ///< for `FetchLimits`
+  Forbidden,  ///< by `FetchLimits::mayReach`
+  Failed
 };
 
 /// Fetches files over HTTP and HTTPS (RFC 9110) that a stranger names, in a thread of its own. The
@@ -38,7 +51,7 @@ class HttpFetcher : public QObject {
 
  Q_SIGNALS:
   /// The body of a successful answer; empty for everything else. Not told of what was cancelled.
-  void Fetched(int number, const QByteArray& body);
+  void Fetched(int number, const QByteArray& body, FetchEnd end);
 
  private:
   class Work;

@@ -39,10 +39,11 @@ class Commands(unittest.TestCase):
         self.errors = done.stderr.decode()
         return done.stdout.decode()
 
-    def add_account(self, *more, code=0, name="仕事"):
+    def add_account(self, *more, code=0, name="仕事", security=("--in-security", "none",
+                                                            "--out-security", "none")):
         return self.run_ctl("account", "add", "--name", name, "--address", "y@example.org",
                             "--in-server", "127.0.0.1", "--in-port", self.pop3, "--in-user",
-                            "demo", "--in-password-fd", "0", *more, code=code)
+                            "demo", "--in-password-fd", "0", *security, *more, code=code)
 
     def receive(self, *more, code=0):
         return json.loads(self.run_ctl("receive", "--json", *more, code=code).splitlines()[-1])
@@ -67,6 +68,11 @@ class Commands(unittest.TestCase):
         page = pathlib.Path(out).read_bytes().decode("cp932")
         self.assertEqual(page.count("preview:"), self.messages)
         self.assertIn("寿司&#127843;の日", page)
+
+    def test_clear_text_is_spoken_only_when_told(self):
+        self.add_account(security=())
+        result = self.receive(code=1)
+        self.assertEqual((result["stored"], result["errors"]), (0, 1))
 
     def test_deletes_on_the_server_when_told(self):
         self.add_account("--in-protocol", "apop", "--delete-on-server")

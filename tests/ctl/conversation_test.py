@@ -41,7 +41,8 @@ class Conversation(unittest.TestCase):
         self.addCleanup(smtp.wait)
         self.addCleanup(smtp.terminate)
         await_port(self.smtp_port, smtp)
-        self.ctl("account", "add", "--name", "work", "--address", "a@example.jp", "--display",
+        self.ctl("account", "add", "--in-security", "none",
+                 "--out-security", "none", "--name", "work", "--address", "a@example.jp", "--display",
                  "山田", "--in-server", "127.0.0.1", "--in-port", str(self.dovecot.port),
                  "--in-user", "a", "--in-password-fd", "0", "--out-server", "127.0.0.1",
                  "--out-port", str(self.smtp_port), "--default", stdin=b"secret\n")

@@ -100,7 +100,8 @@ def prepare(store):
     log alone."""
     store.serve(range(STORED))
     for name, more in (("keep", []), ("delete", ["--delete-on-server"])):
-        done = store.ctl("account", "add", "--name", name, "--address", "b@example.jp",
+        done = store.ctl("account", "add", "--in-security", "none",
+                         "--out-security", "none", "--name", name, "--address", "b@example.jp",
                          "--in-server", "127.0.0.1", "--in-port", str(store.port), "--in-user",
                          "demo", "--in-password-fd", "0", *more, stdin=b"demo\n")
         assert done.returncode == 0, done.stderr

@@ -55,7 +55,8 @@ def run(work):
         box.close()  # without QUIT
         return subjects
 
-    ctl("account", "add", "--name", "a", "--address", "a@example.jp", "--in-server", "127.0.0.1",
+    ctl("account", "add", "--in-security", "none",
+        "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server", "127.0.0.1",
         "--in-port", str(pop3_port), "--in-user", "demo", "--in-password-fd", "0",
         "--delete-on-server", stdin=b"demo\n")
     chance = random.Random(20261124)

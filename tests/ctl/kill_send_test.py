@@ -96,7 +96,8 @@ def run(work):
     server = subprocess.Popen(["/usr/bin/python3", str(SINK), str(sink), "--delay", "0.1"], stdout=subprocess.PIPE,
                               text=True)
     port = server.stdout.readline().strip()
-    store.ctl("account", "add", "--name", "a", "--address", "a@example.jp", "--in-server",
+    store.ctl("account", "add", "--in-security", "none",
+              "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server",
               "127.0.0.1", "--in-user", "a", "--in-password-fd", "0", "--out-server", "127.0.0.1",
               "--out-port", port, "--default", stdin=b"x\n")
     chance = random.Random(20261125)

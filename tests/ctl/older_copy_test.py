@@ -29,7 +29,8 @@ class Store:
         self.ports = ("0", "0")
         self.serve()
         self.stop()
-        self.ctl("account", "add", "--name", "a", "--address", "a@example.jp", "--in-server",
+        self.ctl("account", "add", "--in-security", "none",
+                 "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server",
                  "127.0.0.1", "--in-port", self.ports[0], "--in-user", "demo", "--in-password-fd",
                  "0", "--out-server", "127.0.0.1", "--out-port", self.ports[1],
                  "--delete-on-server", "--default", stdin=b"demo\n")

@@ -176,6 +176,47 @@ TEST_F(MissedFilesTest, TheTrueNameAndMailFileReplaceWhatWasGuessedFromTheFolder
             1);
 }
 
+// Another user, or a command with another home folder, has another key.
+TEST_F(MissedFilesTest, AListThatALiveProgramHoldsStaysWhereItIs) {
+  const auto leaves = [this](const QString& who) {
+    const QByteArray list = ReadFile(profile_.Get().NaviDatabasePath);
+    EXPECT_FALSE(LogInAgain()) << qPrintable(who);
+    EXPECT_TRUE(error_.contains(QStringLiteral("ほかのプログラム"))) << qPrintable(error_);
+    EXPECT_EQ(ReadFile(profile_.Get().NaviDatabasePath), list) << qPrintable(who);
+    EXPECT_EQ(QDir(profile_.Folder()).entryList({QStringLiteral("navi.mbx.unreadable-*")}).size(),
+              0);
+  };
+  UserStore()->clear();
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Navigator));
+  leaves(QStringLiteral("before its login"));
+  profile_.Get().Data.CloseAll();
+  ASSERT_TRUE(HoldProfile(profile_.Get(), *profile_.Get().Session));
+  profile_.Get().Data.CloseAll();
+  leaves(QStringLiteral("logged in"));
+  profile_.Get().Lock.reset();
+  EXPECT_TRUE(LogInAgain()) << qPrintable(error_);
+  EXPECT_EQ(Messages(), 3);
+}
+
+TEST_F(MissedFilesTest, EveryProfilesFolderIsFoundForANewList) {
+  const QDir data(profile_.Folder());
+  const QString first = profile_.Get().Session->SerialID();
+  QStringList folders{first};
+  for (const QString& made : {QStringLiteral("_profile_9_X"), QStringLiteral("profile_9_X")}) {
+    ASSERT_TRUE(data.mkpath(made));
+    const QString copy = data.filePath(made) + QStringLiteral("/profile.mbx");
+    ASSERT_TRUE(QFile::copy(own_, copy));
+    folders.append(made);
+  }
+  QFile::remove(profile_.Get().NaviDatabasePath);
+  next_ = std::make_unique<Context>();
+  ASSERT_TRUE(StartUp(*next_, profile_.Folder(), &error_)) << qPrintable(error_);
+  for (const QString& folder : folders) {
+    EXPECT_TRUE(next_->Objects.Contains(folder)) << qPrintable(folder);
+  }
+  next_->Data.CloseAll();
+}
+
 TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
   struct Case {
     QString path;

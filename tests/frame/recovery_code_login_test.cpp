@@ -159,6 +159,38 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   EXPECT_TRUE(underCode_ && FormerPasswords(context).contains(FileKey::FromCode(first)));
 }
 
+TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt) {
+  Context& context = profile_.Get();
+  context.Data.CloseAll();
+  QTemporaryDir away;
+  const auto copyOf = [&away](const QString& file) {
+    return away.filePath(QFileInfo(file).fileName());
+  };
+  for (const QString& file : files_) ASSERT_TRUE(QFile::copy(file, copyOf(file)));
+  const QByteArray mail = ReadFile(files_[1]);
+  const QString typed = QStringLiteral("secret");
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, typed, &error_));
+  context.Data.CloseAll();
+  context.Lock.reset();
+  // The profile's database remembers the code; when it is lost as well, what lies beside the files.
+  for (const bool all : {false, true}) {
+    LostFileChoice choice;
+    for (const QString& file : all ? files_ : files_.mid(1)) {
+      ASSERT_TRUE(QFile::remove(file));
+      choice.reconnect.append(copyOf(file));
+    }
+    if (all) WriteFile(copyOf(codeFile_), code_.toLatin1());
+    Context next;
+    ASSERT_TRUE(StartUp(next, profile_.Folder(), &error_));
+    ASSERT_TRUE(LogIn(next, {}, typed, &error_, choice)) << qPrintable(error_);
+    next.Data.CloseAll();
+    EXPECT_EQ(LogInWith(typed), QString());
+    EXPECT_FALSE(underCode_);
+    EXPECT_TRUE(Opens(files_[0], typed) && Opens(files_[1], typed));
+    EXPECT_EQ(ReadFile(copyOf(files_[1])), mail);
+  }
+}
+
 TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   Context& context = profile_.Get();
   context.Data.CloseAll();

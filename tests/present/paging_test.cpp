@@ -149,6 +149,26 @@ TEST_F(PagingTest, ExploredPagesAreThoseOfTheWholeList) {
   ExpectPagesOf(pages, changed);
 }
 
+TEST_F(PagingTest, RowsThatWereFoundElsewhereMakeThePagesUntilSomethingChanges) {
+  FillUnevenly(3000);
+  MessageListPages pages(profile_.Get());
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+  ASSERT_TRUE(profile_.Get().Data.OpenRecordset(pages.Question(fixed_serial::kInbox, {}),
+                                                CursorKind::ForwardOnly));
+  QStringList found;
+  for (const RecordsetPtr rows = profile_.Get().Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
+    found.append(rows->SerialID());
+  }
+  EXPECT_EQ(found, Expected());
+  // Others than the truth show where they come from.
+  found.removeAt(1500);
+  pages.TakeAnswer(fixed_serial::kInbox, {}, found);
+  ExpectPagesOf(pages, found);
+  EXPECT_EQ(pages.CountPages(fixed_serial::kInbox, QStringLiteral("s"), false), 0);
+  Run([](DataSession& data) { Insert(data, 9001, QStringLiteral("'2021-03-01 00:00:00'")); });
+  ExpectPagesOf(pages, Expected());
+}
+
 TEST_F(PagingTest, AFewMessagesAmongManyAndAnEmptyFolder) {
   FillUnevenly(6000);
   MessageListPages pages(profile_.Get());

@@ -18,9 +18,10 @@ namespace {
 // that is a single byte; keeps what was asked and how many asked at the same time.
 class Server : public QTcpServer {
  public:
-  explicit Server(QByteArray first, QByteArray more = {})
+  explicit Server(QByteArray first, QByteArray more = {},
+                  const QHostAddress& at = QHostAddress::LocalHost)
       : first_(std::move(first)), more_(std::move(more)) {
-    listen(QHostAddress::LocalHost);
+    listen(at);
     connect(this, &QTcpServer::newConnection, this, [this] {
       while (QTcpSocket* socket = nextPendingConnection()) Serve(socket);
     });
@@ -117,6 +118,58 @@ TEST(HttpFetcherTest, WhateverAServerAnswersEnds) {
     EXPECT_GE(server.requests.size(), 1) << tried.what;
     EXPECT_LE(server.requests.size(), 6) << tried.what;
   }
+}
+
+FetchEnd End(const QUrl& url, FetchLimits limits) {
+  HttpFetcher fetcher(limits);
+  QEventLoop loop;
+  FetchEnd how = FetchEnd::Failed;
+  QObject::connect(&fetcher, &HttpFetcher::Fetched, &loop,
+                   [&](int, const QByteArray&, FetchEnd end) {
+                     how = end;
+                     loop.quit();
+                   });
+  fetcher.Fetch(url);
+  loop.exec();
+  return how;
+}
+
+TEST(HttpFetcherTest, WhatMayNotBeReachedIsNotEvenConnectedTo) {
+  const QByteArray picture = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
+  Server neighbour(picture, {}, QHostAddress(QStringLiteral("127.0.0.2")));
+  const QByteArray port = QByteArray::number(neighbour.serverPort());
+  FetchLimits limits;
+  limits.mayReach = [](const QHostAddress& address) {
+    return address == QHostAddress(QHostAddress::LocalHost);
+  };
+  limits.eachBytes = 1;
+  Server whole(picture);
+  EXPECT_EQ(End(whole.Url(), limits), FetchEnd::TooLarge);
+  limits.eachBytes = 2;
+  EXPECT_EQ(End(whole.Url(), limits), FetchEnd::Whole);
+  const QByteArray forms[] = {"127.0.0.2", "0x7f.2", "2130706434", "[::ffff:127.0.0.2]"};
+  for (const bool byProxy : {false, true}) {
+    // A proxy that passes on whatever it is asked for.
+    Server proxy(picture);
+    if (byProxy) qputenv("http_proxy", proxy.Url().toEncoded(QUrl::RemoveUserInfo));
+    for (const QByteArray& form : forms) {
+      const QByteArray address = "http://" + form + ':' + port + "/x";
+      EXPECT_EQ(End(QUrl(QString::fromUtf8(address)), limits), FetchEnd::Forbidden)
+          << address.constData();
+      EXPECT_EQ(proxy.requests.size(), 0) << address.constData();
+      Server from("HTTP/1.1 302 Go\r\nlocation: " + address + "\r\nContent-Length: 0\r\n\r\n");
+      if (byProxy) qputenv("http_proxy", from.Url().toEncoded(QUrl::RemoveUserInfo));
+      EXPECT_EQ(End(QUrl(QString::fromUtf8(
+                        "http://127.0.0.1:" + QByteArray::number(from.serverPort()) + "/a")),
+                    limits),
+                FetchEnd::Forbidden)
+          << address.constData();
+      EXPECT_EQ(from.requests.size(), 1) << address.constData();
+      if (byProxy) qputenv("http_proxy", proxy.Url().toEncoded(QUrl::RemoveUserInfo));
+    }
+  }
+  qunsetenv("http_proxy");
+  EXPECT_EQ(neighbour.requests.size(), 0);
 }
 
 TEST(HttpFetcherTest, ManyFetchesShareConnectionsAndALimit) {

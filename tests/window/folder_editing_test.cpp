@@ -125,6 +125,34 @@ TEST_F(EditingTest, ConditionsThatCannotBeShownStayAsTheyAre) {
   EXPECT_EQ(changed.mid(2), lines.mid(2));
 }
 
+TEST_F(EditingTest, AConditionThatTakesLongIsCountedWhileTheWindowLives) {
+  for (int i = 0; i < 40; ++i) profile_.Store("Subject: s\r\n\r\n");
+  ObjectsWindow& window = Open(object_type::kFolder);
+  Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("SQL"));
+  Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
+  Child<QCheckBox>(window, u"ckSqlUse").setChecked(true);
+  auto& sql = Child<QPlainTextEdit>(window, u"txSql");
+  auto& stop = Child<QPushButton>(window, u"cmStopMatches");
+  auto& matches = Child<QLabel>(window, u"lbMatches");
+  const QString endless = QStringLiteral(
+      "0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, mail c, mail d, mail e, mail f, mail g)");
+  sql.setPlainText(endless);
+  ASSERT_TRUE(WaitFor([&] { return stop.isVisible(); }));
+  Press(stop);
+  EXPECT_FALSE(stop.isVisible());
+  EXPECT_EQ(matches.text(), QStringLiteral("中止しました。"));
+  sql.appendPlainText(QStringLiteral(" "));
+  ASSERT_TRUE(WaitFor([&] { return stop.isVisible(); }));
+  // Writing on stops it as well.
+  sql.setPlainText(QStringLiteral("mail.STATUS = 4"));
+  EXPECT_FALSE(stop.isVisible());
+  EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("40通")); }));
+  sql.setPlainText(endless);
+  ASSERT_TRUE(WaitFor([&] { return stop.isVisible(); }));
+  PressOk();
+  EXPECT_FALSE(window.isVisible()) << "what takes long is no fault";
+}
+
 TEST_F(EditingTest, ASqlConditionShowsTheEnginesErrorBeforeItIsSaved) {
   ObjectsWindow& window = Open(object_type::kFolder);
   Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("SQL"));

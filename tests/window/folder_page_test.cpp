@@ -316,6 +316,35 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   EXPECT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
 }
 
+TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
+  Begin(60, 100, true);
+  const QString atEnd =
+      QStringLiteral("innerHeight + scrollY >= document.documentElement.scrollHeight - 2");
+  const auto grow = [this](int number) {
+    Disk request(QStringLiteral("mail_%1").arg(number));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Timestamp"),
+                QStringLiteral("2021-01-01 00:%1:00").arg(number - 60));
+    MailStore(program_->GetContext())
+        .StoreMessage(request, "Subject: No" + QByteArray::number(number) + ".\r\n\r\n");
+    MadeAnewBy([this] { program_->Parent()->MessageStored(); });
+    EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(number)));
+  };
+  ASSERT_TRUE(AwaitScript(atEnd));
+  grow(61);
+  EXPECT_TRUE(WaitFor([&] { return Script(atEnd).toBool(); }, 5000));
+  Settings(program_->GetContext())->Let(QStringLiteral("MessagesNewest"), false);
+  OpenFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 61 && scrollY === 0")));
+  const double place = Script(QStringLiteral("scrollTo(0, 1e9), scrollY")).toDouble();
+  ASSERT_GT(place, 100);
+  grow(62);
+  EXPECT_TRUE(WaitFor(
+      [&] { return Script(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)).toBool(); },
+      5000));
+  EXPECT_FALSE(Script(atEnd).toBool());
+}
+
 TEST_F(FolderPageTest, KeysPressedWhileThePageIsMadeAnewActOnIt) {
   Begin(4, 100);
   Press(Qt::Key_Down);

@@ -8,17 +8,20 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QImage>
+#include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPrintDialog>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
+#include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/html_view.h"
 #include "window/message_window_fixture.h"
@@ -322,6 +325,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   EXPECT_EQ(Child<QTableWidget>(*written(), u"lvMailaddress").item(1, 1)->text(),
             QStringLiteral("sato@example.jp"));
   NextMessageBox([&] { written()->close(); }, Qt::Key_N);
+  const auto mayReach = std::exchange(RemoteImageLoader::MayReach, nullptr);
   Press(images);
   ASSERT_TRUE(WaitFor([&remote] { return remote.hasPendingConnections(); }));
   QByteArray asked;
@@ -341,8 +345,119 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
     return width == 7;
   }));
   EXPECT_FALSE(remote.hasPendingConnections());  // nor has one come before it
+  RemoteImageLoader::MayReach = mayReach;
   window.close();
   EXPECT_TRUE(Gone());
+}
+
+TEST_F(MessageWindowTest, TheFormerMailIsCoveredUntilTheNextIsThere) {
+  HtmlView view(QStringLiteral("wbTried"));
+  view.resize(400, 300);
+  view.show();
+  const auto inSight = [&view] {
+    QWidget* top = view.childAt(view.View()->geometry().center());
+    return top == view.View() || view.View()->isAncestorOf(top);
+  };
+  view.Show(QStringLiteral("<p>first"));
+  ASSERT_TRUE(WaitFor(inSight));
+  view.Show(QStringLiteral("<p>second"));
+  EXPECT_FALSE(inSight());
+  view.resize(1200, 900);  // nor is it seen beside the cover
+  QCoreApplication::sendPostedEvents();
+  EXPECT_FALSE(inSight());
+  ASSERT_TRUE(WaitFor(inSight));
+  QString text;
+  view.View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
+  EXPECT_TRUE(WaitFor([&text] { return !text.isEmpty(); }));
+  EXPECT_EQ(text.trimmed(), QStringLiteral("second"));
+}
+
+// The head of a printed mail is the program's word for who sent it.
+TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
+  MessageModel model;
+  model.subject = QStringLiteral("subject");
+  model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), {}, {}, {}}};
+  const QString whole = QStringLiteral(
+      "display:none!important;opacity:0!important;visibility:"
+      "hidden!important;font-size:0!important;color:white!important"
+      ";height:0!important;max-height:0!important;overflow:hidden"
+      "!important;margin:-500px!important;float:right!important");
+  QStringList mails;
+  for (const char* element : {"html", "body", "table", "tbody", "tr", "td", "*", "body *",
+                              "td:first-child", ":root", "body>:first-child"}) {
+    mails.append(QStringLiteral("<style>%1{%2}</style>x").arg(QString::fromLatin1(element), whole));
+  }
+  mails += {QStringLiteral("<body style='%1'>x").arg(whole),
+            QStringLiteral("<style>body{background:black!important}</style>x"),
+            QStringLiteral("<style>head,style{display:block!important} forged{color:red}</style>x"),
+            QStringLiteral("</div></div></body></html><table><tr><td>forged</table>"),
+            QStringLiteral("<div style='margin-top:-900px;position:fixed;top:0'>forged<p "
+                           "style='margin-top:-900px;float:left'>forged</div>"),
+            QStringLiteral("<b>").repeated(5000) + u'x'};
+  QWebEngineView view;
+  view.resize(800, 600);
+  view.show();
+  const QString script = QStringLiteral(
+      "(() => { const table = document.querySelector('table');"
+      "const below = table.getBoundingClientRect().bottom - 1;"
+      "const plain = e => { const s = getComputedStyle(e); return s.opacity === '1' &&"
+      "  s.visibility === 'visible'; };"
+      "for (let e = table; e; e = e.parentElement) if (!plain(e)) return 'hidden ' + e.tagName;"
+      "const cells = [...table.querySelectorAll('td')];"
+      "for (const cell of cells) {"
+      "  const r = cell.getBoundingClientRect(), s = getComputedStyle(cell);"
+      "  const top = document.elementFromPoint(r.x + 9, r.y + r.height / 2);"
+      "  if (top !== cell || !plain(cell) || r.y < 0 || s.color !== 'rgb(0, 0, 0)' ||"
+      "      parseFloat(s.fontSize) < 9) return 'cell ' + s.color + s.fontSize + r.y; }"
+      "if (getComputedStyle(table).backgroundColor !== 'rgb(255, 255, 255)') return 'dark';"
+      "if (!document.body.innerText.trimStart().startsWith('差出人')) return 'text above';"
+      "for (let x = 5; x < innerWidth; x += 20) for (let y = 1; y < below; y += 4)"
+      "  if (document.elementFromPoint(x, y)?.closest('div')) return 'covered';"
+      "return 'seen ' + cells.length; })()");
+  for (const QString& mail : mails) {
+    QSignalSpy loaded(&view, &QWebEngineView::loadFinished);
+    view.setHtml(QString::fromUtf8(PrintPage(model, mail)));
+    ASSERT_TRUE(WaitFor([&] { return loaded.count() > 0; }));
+    EXPECT_EQ(ScriptIn(view, script).toString(), QStringLiteral("seen 4"))
+        << qPrintable(mail.left(200));
+  }
+}
+
+TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {
+  QTcpServer neighbour;
+  ASSERT_TRUE(neighbour.listen(QHostAddress::LocalHost));
+  QBuffer png;
+  QImage(7000, 7000, QImage::Format_Mono).save(&png, "PNG");
+  HtmlView view(QStringLiteral("wbTried"));
+  view.show();
+  const QString mail = QStringLiteral(
+                           "<p>a</p><img src='http://127.0.0.1:%1/a.png'>"
+                           "<img src='data:image/png;base64,%2'>")
+                           .arg(neighbour.serverPort())
+                           .arg(QString::fromLatin1(png.data().toBase64()));
+  auto& button = Child<QPushButton>(view, u"cmRemoteImages");
+  auto& words = Child<QLabel>(view, u"lbImages");
+  view.Show(mail);
+  EXPECT_TRUE(button.isVisible());
+  EXPECT_TRUE(words.text().contains(QStringLiteral("大きすぎる画像1個")))
+      << qPrintable(words.text());
+  Press(button);
+  EXPECT_TRUE(WaitFor([&] { return words.text().contains(QStringLiteral("にある画像1個")); }));
+  EXPECT_FALSE(neighbour.hasPendingConnections());
+  EXPECT_FALSE(button.isVisible());
+  const auto mayReach = std::exchange(RemoteImageLoader::MayReach, nullptr);
+  view.Show(mail);
+  EXPECT_FALSE(words.text().contains(QStringLiteral("にある画像"))) << "of the page before";
+  Press(button);
+  ASSERT_TRUE(WaitFor([&] { return neighbour.hasPendingConnections(); }));
+  neighbour.nextPendingConnection()->write(
+      "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(png.size()) + "\r\n\r\n" +
+      png.data());
+  EXPECT_TRUE(WaitFor([&] { return words.text().contains(QStringLiteral("大きすぎる画像2個")); }))
+      << qPrintable(words.text());
+  view.Show(QStringLiteral("<p>b</p>"));
+  EXPECT_FALSE(words.isVisible());
+  RemoteImageLoader::MayReach = mayReach;
 }
 
 // As a clipboard is whose owner has ended.

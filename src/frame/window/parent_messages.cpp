@@ -14,11 +14,17 @@
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
+#include "storage/condition_limit.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
+
+}  // namespace
 
 // A message that belongs to a choice of several brings the others along.
 void ParentWindow::DropMessage(const QString& message, const QString& folder) {
@@ -60,9 +66,13 @@ void ParentWindow::EditLayout() {
 QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = ActiveBrowser();
   if (browser == nullptr) return {};
+  const ConditionLimit brief(kNeighbourMs);
   const QString neighbour =
       vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId,
                              Settings(context_)->Flag(u"NewestFirst") ? -step : step);
+  if (neighbour.isEmpty() && brief.IsReached()) {
+    sbStatus_->showMessage(context_.Data.LastError().text);
+  }
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
   return neighbour;

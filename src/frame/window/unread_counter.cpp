@@ -5,6 +5,7 @@
 #include "frame/window/console_tree.h"
 #include "objects/object_types.h"
 #include "present/unread_count.h"
+#include "storage/condition_limit.h"
 
 namespace vorn {
 namespace {
@@ -14,6 +15,9 @@ constexpr int kPauseMs = 30;
 constexpr int kLaterMs = 1000;
 // A folder whose counting is slow is left alone for so many times as long.
 constexpr qint64 kShare = 50;
+// The windows stand still for so long at most, and a folder is given up after the longer one.
+constexpr int kBriefMs = 200;
+constexpr int kLimitMs = 15000;
 
 }  // namespace
 
@@ -28,6 +32,7 @@ void UnreadCounter::CountSoon() {
 }
 
 void UnreadCounter::CountNext() {
+  if (run_ != nullptr && run_->IsRunning()) return;
   if (isBusy_()) return;  // what arrives is counted once, at the end
   if (folders_.isEmpty()) {
     timer_.stop();
@@ -43,8 +48,21 @@ void UnreadCounter::CountNext() {
   }
   QElapsedTimer clock;
   clock.start();
-  tree_.SetUnread(folder, CountUnread(context_, folder));
+  const ConditionLimit brief(kBriefMs);
+  const qint64 count = CountUnread(context_, folder);
+  if (brief.IsReached()) return CountElsewhere(folder);
+  tree_.SetUnread(folder, count);
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
+}
+
+void UnreadCounter::CountElsewhere(const QString& folder) {
+  run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLimitMs,
+                              [this, folder](const ConditionRun::Answer& answer) {
+                                const bool isKnown = !answer.values.isEmpty();
+                                tree_.SetUnread(folder,
+                                                isKnown ? answer.values.first().toLongLong() : -1);
+                                rests_[folder].setRemainingTime(kShare * answer.ms);
+                              }));
 }
 
 }  // namespace vorn

@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <functional>
 
-#include "storage/context.h"
+#include "storage/condition_run.h"
 
 namespace vorn {
 
@@ -23,15 +23,20 @@ class UnreadCounter : public QObject {
   UnreadCounter(Context& context, ConsoleTree& tree, std::function<bool()> isBusy);
   /// Begins anew with all folders.
   void CountSoon();
-  void Stop() { timer_.stop(); }
+  void Stop() {
+    timer_.stop();
+    run_.reset();
+  }
 
  private:
   void CountNext();
+  void CountElsewhere(const QString& folder);
 
   Context& context_;
   ConsoleTree& tree_;
   std::function<bool()> isBusy_;
   QTimer timer_;
+  ConditionRunPtr run_;                   // of a folder whose counting takes long
   QStringList folders_;                   // that are still to be counted
   QHash<QString, QDeadlineTimer> rests_;  // how long each is not counted again
 };

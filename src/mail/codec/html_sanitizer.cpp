@@ -229,7 +229,11 @@ class Sanitizer {
   bool TakeInlineImage(const QString& address, QByteArray& safe) {
     const QByteArray data = DataOf(address);
     const std::optional<PictureHead> head = ReadPictureHead(data);
-    if (!head || head->pixels > kMostPixels || head->pixels > pixelsLeft_) return false;
+    if (!head) return false;
+    if (head->pixels > kMostPixels || head->pixels > pixelsLeft_) {
+      ++safe_.largeImages;
+      return false;
+    }
     pixelsLeft_ -= head->pixels;
     safe = QByteArray("data:") + head->type + ";base64," + data.toBase64();
     return true;
@@ -258,9 +262,9 @@ SafeHtml SanitizeHtml(const QString& html, RemoteImages images) {
   const QByteArray bytes = html.toUtf8();
   const auto tree = HtmlTree::Parse(bytes);
   if (tree != nullptr) return Sanitizer(images).Run(*tree, bytes.size());
-  return {"<!DOCTYPE html><meta charset=\"utf-8\"><pre>\n" +
-              HtmlToText(html).toHtmlEscaped().toUtf8() + "</pre>",
-          false};
+  return {"<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body><pre>\n" +
+              HtmlToText(html).toHtmlEscaped().toUtf8() + "</pre></body></html>",
+          false, 0};
 }
 
 }  // namespace vorn

@@ -9,6 +9,7 @@ namespace vorn {
 struct SafeHtml {
   QByteArray html;               ///< a whole document in UTF-8
   bool hasRemoteImages = false;  ///< whether it names images of the network
+  int largeImages = 0;           ///< how many images inside it were left out for their size
 };
 
 /// Whether images of the network stay in the document, which then asks its viewer for them: their

@@ -65,6 +65,8 @@ class MailSource : public QWebEngineUrlSchemeHandler {
  public:
   explicit MailSource(QObject* parent) : QWebEngineUrlSchemeHandler(parent), images_(this) {}
 
+  const RemoteImageLoader& Images() const { return images_; }
+
   void Give(const QUrl& url, const QByteArray& html) {
     url_ = url;
     html_ = html;
@@ -151,13 +153,15 @@ HtmlView::HtmlView(const QString& viewName)
   // already the system's window would be made anew for it, and move.
   page_->runJavaScript(QStringLiteral("0"));
 
-  auto* button = new QPushButton(Ui::tr("リモート画像を表示(&R)"));
-  button->setObjectName(QStringLiteral("cmRemoteImages"));
-  auto* text = PlainLabel(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
+  button_ = new QPushButton(Ui::tr("リモート画像を表示(&R)"));
+  button_->setObjectName(QStringLiteral("cmRemoteImages"));
+  words_ = PlainLabel();
+  words_->setObjectName(QStringLiteral("lbImages"));
+  words_->setWordWrap(true);
   auto* bar = new QHBoxLayout(notice_);
   bar->setContentsMargins(6, 2, 6, 2);
-  bar->addWidget(text, 1);
-  bar->addWidget(button);
+  bar->addWidget(words_, 1);
+  bar->addWidget(button_);
   notice_->hide();
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -165,11 +169,13 @@ HtmlView::HtmlView(const QString& viewName)
   layout->addWidget(notice_);
   layout->addWidget(view_, 1);
 
-  connect(button, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
+  connect(button_, &QPushButton::clicked, this, &HtmlView::LoadRemoteImages);
+  connect(&source_->Images(), &RemoteImageLoader::LeftOut, this, &HtmlView::TellOfImages);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
   connect(view_, &QWebEngineView::loadFinished, this, &HtmlView::Loaded);
   connect(view_, &QWebEngineView::loadFinished, this,
           [this] { QTimer::singleShot(kFirstPaintMs, this, &HtmlView::Uncover); });
+  view_->installEventFilter(this);
   cover_->setAutoFillBackground(true);
   cover_->setBackgroundRole(QPalette::Base);
   cover_->hide();
@@ -188,9 +194,16 @@ void HtmlView::Show(const QString& html) {
 // The engine leaves the page before in sight until the next one comes: another sender's words
 // would stand under this one's name.
 void HtmlView::Cover() {
-  cover_->setGeometry(view_->geometry());
   cover_->raise();
   cover_->show();
+}
+
+// Bars come and go above the view.
+bool HtmlView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize || event->type() == QEvent::Move) {
+    cover_->setGeometry(view_->geometry());
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void HtmlView::Uncover() {
@@ -205,12 +218,32 @@ void HtmlView::LoadRemoteImages() {
 void HtmlView::Load(RemoteImages images) {
   const SafeHtml safe = SanitizeHtml(html_, images);
   guard_->AllowRemoteImages(images == RemoteImages::Kept);
-  notice_->setVisible(safe.hasRemoteImages && images == RemoteImages::LeftOut);
+  offers_ = safe.hasRemoteImages && images == RemoteImages::LeftOut;
+  largeInside_ = safe.largeImages;
+  TellOfImages({});
   const QUrl url(QString::fromLatin1(kScheme) + u':' + QUuid::createUuid().toString(QUuid::Id128));
   source_->Give(url, safe.html);
   guard_->Allow(url);
   page_->Allow(url);
   view_->load(url);
+}
+
+// What is not shown, and why.
+void HtmlView::TellOfImages(const ImagesLeftOut& leftOut) {
+  QStringList words;
+  if (offers_) {
+    words.append(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
+  }
+  const auto count = [&words](int images, const QString& text) {
+    if (images > 0) words.append(text.arg(images));
+  };
+  count(largeInside_ + leftOut.tooLarge, Ui::tr("大きすぎる画像%1個は表示していません。"));
+  count(leftOut.tooMany, Ui::tr("画像が多すぎるため、%1個は表示していません。"));
+  count(leftOut.nearby, Ui::tr("このコンピューターやその近くのネットワークにある画像%1個は、安全の"
+                               "ため読み込んでいません。"));
+  words_->setText(words.join(u'\n'));
+  button_->setVisible(offers_);
+  notice_->setVisible(!words.isEmpty());
 }
 
 void HtmlView::Find(const QString& text, bool backward, const std::function<void(bool)>& then) {

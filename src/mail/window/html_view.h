@@ -6,8 +6,10 @@
 #include <memory>
 
 #include "mail/codec/html_sanitizer.h"
+#include "mail/window/remote_images.h"
 
 class QLabel;
+class QPushButton;
 class QWebEngineProfile;
 class QWebEngineView;
 
@@ -43,8 +45,12 @@ class HtmlView : public QWidget {
   /// A message to a "mailto:" address is wanted.
   void MessageWanted(const QString& mailto);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void Load(RemoteImages images);
+  void TellOfImages(const ImagesLeftOut& leftOut);
   void Cover();
   void Uncover();
   void LoadRemoteImages();
@@ -57,6 +63,10 @@ class HtmlView : public QWidget {
   MailPage* page_;
   QWebEngineView* view_;
   QWidget* notice_;
+  QLabel* words_;        // of the notice
+  QPushButton* button_;  // shows remote images
+  int largeInside_ = 0;  // images inside the page that are not shown
+  bool offers_ = false;  // to show remote images
   QWidget* cover_;
 };
 

@@ -6,6 +6,7 @@
 
 #include "mail/codec/picture_head.h"
 #include "transfer/http_fetcher.h"
+#include "transfer/public_address.h"
 
 namespace vorn {
 namespace {
@@ -15,6 +16,8 @@ constexpr int kMostImages = 1000;  // of a page
 
 }  // namespace
 
+bool (*RemoteImageLoader::MayReach)(const QHostAddress&) = IsPublicAddress;
+
 RemoteImageLoader::RemoteImageLoader(QObject* parent) : QObject(parent) {}
 
 RemoteImageLoader::~RemoteImageLoader() = default;
@@ -23,16 +26,20 @@ void RemoteImageLoader::BeginPage() {
   waiting_.clear();
   fetcher_.reset();
   images_ = 0;
+  leftOut_ = {};
 }
 
 void RemoteImageLoader::Load(QWebEngineUrlRequestJob* job) {
   const QUrl url(QUrl::fromPercentEncoding(job->requestUrl().query(QUrl::FullyEncoded).toLatin1()));
-  if (++images_ > kMostImages || (url.scheme() != u"http" && url.scheme() != u"https")) {
+  if (++images_ > kMostImages) LeaveOut(&ImagesLeftOut::tooMany);
+  if (images_ > kMostImages || (url.scheme() != u"http" && url.scheme() != u"https")) {
     job->fail(QWebEngineUrlRequestJob::UrlInvalid);
     return;
   }
   if (fetcher_ == nullptr) {
-    fetcher_ = std::make_unique<HttpFetcher>(FetchLimits());
+    FetchLimits limits;
+    limits.mayReach = MayReach;
+    fetcher_ = std::make_unique<HttpFetcher>(limits);
     connect(fetcher_.get(), &HttpFetcher::Fetched, this, &RemoteImageLoader::Answer);
   }
   const int number = fetcher_->Fetch(url);
@@ -41,11 +48,19 @@ void RemoteImageLoader::Load(QWebEngineUrlRequestJob* job) {
           [fetcher = fetcher_.get(), number] { fetcher->Cancel(number); });
 }
 
-void RemoteImageLoader::Answer(int number, const QByteArray& image) {
+void RemoteImageLoader::LeaveOut(int ImagesLeftOut::*reason) {
+  ++(leftOut_.*reason);
+  Q_EMIT LeftOut(leftOut_);
+}
+
+void RemoteImageLoader::Answer(int number, const QByteArray& image, FetchEnd end) {
   const QPointer<QWebEngineUrlRequestJob> job = waiting_.take(number);
   if (job == nullptr) return;
   const std::optional<PictureHead> head = ReadPictureHead(image);
-  if (!head || head->pixels > kMostPixels) {
+  const bool isTooLarge = end == FetchEnd::TooLarge || (head && head->pixels > kMostPixels);
+  if (isTooLarge) LeaveOut(&ImagesLeftOut::tooLarge);
+  if (end == FetchEnd::Forbidden) LeaveOut(&ImagesLeftOut::nearby);
+  if (!head || isTooLarge) {
     job->fail(QWebEngineUrlRequestJob::RequestFailed);
     return;
   }

@@ -10,7 +10,7 @@
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "objects/object_types.h"
-#include "storage/connection.h"
+#include "storage/condition_limit.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -18,16 +18,24 @@ namespace vorn {
 namespace {
 
 constexpr int kPreviewDelayMs = 300;
-constexpr int kPreviewMs = 2000;
-constexpr int kSqlHeight = 70;
+constexpr int kBriefMs = 200;  // the window stands still meanwhile
+constexpr int kTrialMs = 500;
+constexpr int kPreviewMs = 15000;
+constexpr int kSqlHeight = 60;
 
 struct Matches {
   int count = 0;
   QString error;
+  bool tookLong = false;
 };
 
-Matches CountMatches(Context& context, const Disk& folder) {
+QString MatchesText(int count) {
+  return Ui::tr("今は%1通のメッセージが当てはまります。").arg(count);
+}
+
+Matches CountMatches(Context& context, const Disk& folder, int limitMs) {
   Matches matches;
+  const ConditionLimit limit(limitMs);
   const QString counting = FolderSqlBuilder(context).Query(folder).Counting();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   const bool opened = mail && context.Data.OpenRecordset(counting, CursorKind::ForwardOnly,
@@ -36,6 +44,7 @@ Matches CountMatches(Context& context, const Disk& folder) {
     matches.count = context.Data.Recordset()->Fields(u"N").toInt();
   } else {
     matches.error = context.Data.LastError().text;
+    matches.tookLong = limit.IsReached();
   }
   return matches;
 }
@@ -75,12 +84,26 @@ FolderPage::FolderPage(Context& context, const QString& serialId)
   matches_ = PlainLabel({}, this);
   matches_->setObjectName(QStringLiteral("lbMatches"));
   matches_->setWordWrap(true);
-  Layout().addRow(matches_);
+  stop_ = new QPushButton(Ui::tr("中止(&C)"));
+  stop_->setObjectName(QStringLiteral("cmStopMatches"));
+  stop_->setAutoDefault(false);
+  QSizePolicy place = stop_->sizePolicy();
+  place.setRetainSizeWhenHidden(true);
+  stop_->setSizePolicy(place);
+  stop_->hide();
+  connect(stop_, &QPushButton::clicked, this, [this] { StopCounting(Ui::tr("中止しました。")); });
+  auto* counted = new QHBoxLayout;
+  counted->addWidget(matches_, 1);
+  counted->addWidget(stop_);
+  Layout().addRow(counted);
 
   delay_.setSingleShot(true);
   delay_.setInterval(kPreviewDelayMs);
   connect(&delay_, &QTimer::timeout, this, &FolderPage::ShowMatches);
-  const auto later = [this] { delay_.start(); };
+  const auto later = [this] {
+    StopCounting({});
+    delay_.start();
+  };
   connect(lvCondition_, &ConditionEditor::Changed, this, later);
   connect(txSql_, &QPlainTextEdit::textChanged, this, later);
   connect(ckSqlUse_, &QCheckBox::toggled, this, &FolderPage::FollowSqlUse);
@@ -110,13 +133,28 @@ void FolderPage::Loaded(const Disk&) {
 
 void FolderPage::ShowMatches() {
   delay_.stop();
-  // The window stands still meanwhile, and the user goes on writing.
-  const int usual = std::exchange(Connection::ConditionMs, kPreviewMs);
-  const Matches matches = CountMatches(context_, *Edited());
-  Connection::ConditionMs = usual;
-  matches_->setText(matches.error.isEmpty()
-                        ? Ui::tr("今は%1通のメッセージが当てはまります。").arg(matches.count)
-                        : matches.error);
+  const Matches matches = CountMatches(context_, *Edited(), kBriefMs);
+  if (matches.tookLong) return CountElsewhere();
+  StopCounting(matches.error.isEmpty() ? MatchesText(matches.count) : matches.error);
+}
+
+void FolderPage::CountElsewhere() {
+  stop_->show();
+  matches_->setText(Ui::tr("条件に合うメッセージを数えています…"));
+  run_.reset(new ConditionRun(context_, FolderSqlBuilder(context_).Query(*Edited()).Counting(),
+                              kPreviewMs, [this](const ConditionRun::Answer& answer) {
+                                StopCounting(answer.error
+                                                 ? answer.error.text
+                                                 : MatchesText(answer.values.value(0).toInt()));
+                              }));
+}
+
+void FolderPage::StopCounting(const QString& says) {
+  run_.reset();
+  // The keys stay where they can be seen.
+  if (stop_->hasFocus()) ckSqlUse_->setFocus();
+  stop_->hide();
+  matches_->setText(says);
 }
 
 PageFault FolderPage::Check() {
@@ -126,8 +164,9 @@ PageFault FolderPage::Check() {
   if (RefersToItself(context_, *Edited())) {
     return {Ui::tr("条件のフォルダをたどると、このフォルダ自身に戻ります。"), lvCondition_};
   }
-  const Matches matches = CountMatches(context_, *Edited());
-  if (matches.error.isEmpty()) return {};
+  // One that takes long is no fault: whoever opens its folder can stop it.
+  const Matches matches = CountMatches(context_, *Edited(), kTrialMs);
+  if (matches.error.isEmpty() || matches.tookLong) return {};
   return {matches.error, ckSqlUse_->isChecked() ? static_cast<QWidget*>(txSql_) : lvCondition_};
 }
 

@@ -4,9 +4,11 @@
 
 #include "objects/window/condition_editor.h"
 #include "objects/window/form_page.h"
+#include "storage/condition_run.h"
 
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace vorn {
 
@@ -28,6 +30,8 @@ class FolderPage : public FormPage {
   /// The folder as the controls say.
   DiskPtr Edited() const;
   void ShowMatches();
+  void CountElsewhere();
+  void StopCounting(const QString& says);
   void FollowSqlUse(bool useSql);
 
   Context& context_;
@@ -37,6 +41,8 @@ class FolderPage : public FormPage {
   ConditionEditor* lvCondition_;
   QWidget* buttons_;
   QLabel* matches_;
+  QPushButton* stop_;
+  ConditionRunPtr run_;  // counts what takes long
   QTimer delay_;
 };
 

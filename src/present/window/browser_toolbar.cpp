@@ -18,9 +18,11 @@
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
+#include "present/window/condition_wait.h"
 #include "present/window/link_page.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
+#include "storage/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -68,6 +70,8 @@ void BrowserWindow::BuildControls() {
   layout->addLayout(bar);
   scripts_ = new ScriptBar(context_, profiles_.Sites());
   layout->addWidget(scripts_);
+  wait_ = new ConditionWait(context_, [this] { AskingStopped(); });
+  layout->addWidget(wait_);
   split_ = new PageSplit(context_, wbUrl_, host_.Messages());
   connect(split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& serialId) {
     host_.OpenMessage(static_cast<int>(mode), serialId, mode != OpenMode::Show);
@@ -243,14 +247,19 @@ void BrowserWindow::GoToPage(int page) {
 }
 
 void BrowserWindow::GoToTypedPage() {
+  const ConditionLimit brief(kBriefMs);
   const int last = pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch));
+  if (brief.IsReached()) return AskElsewhere([this] { GoToTypedPage(); });
   GoToPage(qBound(1, txPage_->text().toInt(), qMax(1, last)));
   wbUrl_->setFocus();
 }
 
 void BrowserWindow::ShowNewest() {
   if (!IsLocal()) return;
-  GoToPage(qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch))));
+  const ConditionLimit brief(kBriefMs);
+  const int last = pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch));
+  if (brief.IsReached()) return AskElsewhere([this] { ShowNewest(); });
+  GoToPage(qMax(1, last));
   rows_.BeginAtEnd(!Settings(context_)->Flag(u"NewestFirst"));
 }
 

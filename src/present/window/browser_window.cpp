@@ -23,10 +23,12 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "present/window/browser_keys.h"
+#include "present/window/condition_wait.h"
 #include "present/window/link_page.h"
 #include "present/window/page_source.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
+#include "storage/condition_limit.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -100,6 +102,7 @@ BrowserWindow::~BrowserWindow() {
   // The engine may report the end of its page as the end of a loading, and answer what it was
   // asked.
   closing_ = true;
+  wait_->Stop();
   rows_.OnRows({});
   rows_.Close();
   wbUrl_->disconnect(this);
@@ -202,7 +205,8 @@ void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   if (request != nullptr) bag_ = request;
   UsePage(IsLocal());
-  if (IsLocal() && !bag_->Get(kPage).isValid()) ChooseFirstPage();
+  if (!IsLocal()) wait_->Stop();
+  if (IsLocal() && !bag_->Get(kPage).isValid()) bag_->Let(kPage, kFirstShown);
   if (!IsLocal() || CreatePage()) UpdateBrowser();
   tag_ = bag_->SerialID();
   return true;
@@ -222,7 +226,10 @@ void BrowserWindow::ShowFolder(const QString& folder) {
 void BrowserWindow::ChooseFirstPage() {
   const DiskPtr settings = Settings(context_);
   const bool newest = settings->Flag(u"MessagesNewest") && !settings->Flag(u"NewestFirst");
-  bag_->Let(kPage, newest ? qMax(1, pages_.CountPages(bag_->SerialID())) : 1);
+  const ConditionLimit brief(kBriefMs);
+  const int pages = newest ? pages_.CountPages(bag_->SerialID()) : 1;
+  bag_->Let(kPage, brief.IsReached() ? kFirstShown : qMax(1, pages));
+  if (brief.IsReached()) return;
   rows_.BeginAtEnd(newest);
   rows_.StayAtEnd(newest);
 }
@@ -236,6 +243,11 @@ bool BrowserWindow::CreatePage() {
   const DiskPtr folder = LoadObject(context_, bag_->SerialID());
   if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
   setWindowTitle(folder->Text(u"Object"));
+  if (wait_->IsAsking(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)))) {
+    if (!bag_->Text(kUrl).isEmpty()) rows_.Attach(page_);  // no other page comes now
+    return false;
+  }
+  wait_->Stop();
   DropPage();
   if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
     ShowText(FirstUseText());
@@ -246,13 +258,18 @@ bool BrowserWindow::CreatePage() {
     ChooseFirstPage();
     ShowPageCount();
   }
+  const auto anew = [this] { Refresh(); };
+  const ConditionLimit brief(kBriefMs);
   bool before = false;
   bool next = false;
   const auto make = [&] {
     return pages_.FolderPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
                              bag_->Text(kSearch));
   };
-  QByteArray page = make();
+  // The number of a first page that could not be counted is still to be chosen.
+  const bool isChosen = bag_->Number(kPage, 1) != kFirstShown;
+  QByteArray page = isChosen ? make() : QByteArray();
+  if (brief.IsReached() || !isChosen) return AskElsewhere(anew), false;
   // The last page may have lost all its messages.
   const int last = next || bag_->Number(kPage, 1) <= 1
                        ? 0
@@ -261,6 +278,7 @@ bool BrowserWindow::CreatePage() {
     bag_->Let(kPage, last);
     page = make();
   }
+  if (brief.IsReached()) return AskElsewhere(anew), false;
   // The first page after the words that stood in its place.
   if (bag_->Text(kUrl).isEmpty()) rows_.BeginAtEnd(rows_.StaysAtEnd());
   bag_->Let(kUrl, page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
@@ -271,6 +289,44 @@ bool BrowserWindow::CreatePage() {
   ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
            context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
   return false;
+}
+
+// What takes long is asked on a thread of its own. A page of the folder that is in sight stays.
+void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
+  if (!bag_->Text(kUrl).isEmpty()) {
+    rows_.Attach(page_);  // its rows would wait for another page
+  } else if (!IsForPrinting()) {
+    ShowText(Ui::tr("<p>読み込み中です。</p>"));
+  }
+  wait_->Ask(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)),
+             [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
+}
+
+void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
+                               const std::function<void()>& then) {
+  if (answer.error) {
+    return ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
+                    answer.error.text.toHtmlEscaped() + QStringLiteral("</p>"));
+  }
+  const QString folder = bag_->SerialID();
+  const QString search = bag_->Text(kSearch);
+  QStringList serialIds;
+  for (const QVariant& value : answer.values) serialIds.append(value.toString());
+  pages_.TakeAnswer(folder, search, serialIds);
+  // What has changed meanwhile may not be in it.
+  if (wait_->TakeAgain()) {
+    QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
+      if (!IsLocal() || bag_->SerialID() != folder || bag_->Text(kSearch) != search) return;
+      pages_.Forget(folder, search);
+      Refresh();
+    });
+  }
+  then();
+}
+
+void BrowserWindow::AskingStopped() {
+  if (!bag_->Text(kUrl).isEmpty()) return;
+  ShowText(Ui::tr("<p>中止しました。もう一度探すには「更新」を押してください。</p>"));
 }
 
 void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
@@ -339,6 +395,7 @@ void BrowserWindow::Refresh() {
 // Idle moments are used to find out where the pages of a long folder begin.
 void BrowserWindow::Explore() {
   if (!IsLocal() || bag_->Flag(kOnLoad)) return;
+  const ConditionLimit brief(kBriefMs);
   const bool hasPages = bag_->Flag(kBefore) || bag_->Flag(kNext);
   if (hasPages && pages_.Explore(bag_->SerialID(), bag_->Text(kSearch))) {
     explore_.start(kExplorePauseMs);

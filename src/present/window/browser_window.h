@@ -11,7 +11,7 @@
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/page_rows.h"
-#include "storage/context.h"
+#include "storage/condition_run.h"
 
 class QAction;
 class QLabel;
@@ -24,6 +24,7 @@ class QWebEngineView;
 
 namespace vorn {
 
+class ConditionWait;
 class LinkPage;
 class PageSplit;
 class ScriptBar;
@@ -115,6 +116,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void RowTold(const QString& what, const QString& serialId);
   void ChooseFirstPage();
   bool CreatePage();
+  void AskElsewhere(const std::function<void()>& then);
+  void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
+  void AskingStopped();
   void ShowText(const QString& html);
   void ShowBefore() { TurnPage(-1); }
   void ShowNext() { TurnPage(1); }
@@ -153,6 +157,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   LinkPage* page_ = nullptr;
   PageSplit* split_ = nullptr;
   ScriptBar* scripts_ = nullptr;
+  ConditionWait* wait_ = nullptr;
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;

@@ -31,6 +31,7 @@
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"
 #include "present/window/page_source.h"
+#include "storage/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -38,6 +39,7 @@ namespace {
 
 constexpr QSize kSize(1000, 680);
 constexpr int kTypingPauseMs = 300;
+constexpr int kPreviewMs = 1000;  // the window stands still meanwhile
 
 QString HtmlKey(const QString& folder) {
   return folder + QStringLiteral("_html");
@@ -206,6 +208,7 @@ void LayoutWindow::InsertTag(int row) {
 
 void LayoutWindow::Preview() {
   RemovePage();
+  const ConditionLimit brief(kPreviewMs);
   const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText());
   lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
   if (page.isEmpty()) return;

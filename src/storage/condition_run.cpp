@@ -1,0 +1,89 @@
+#include "storage/condition_run.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+#include <utility>
+
+#include "storage/condition_limit.h"
+#include "storage/databases.h"
+#include "storage/sql_dialect.h"
+
+namespace vorn {
+namespace {
+
+ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
+                         const QVariantList& parameters) {
+  ConditionRun::Answer answer;
+  QElapsedTimer clock;
+  clock.start();
+  const auto statement = connection.Prepare(sql, StatementTrust::UserCondition);
+  Statement::Step step = Statement::Step::Failed;
+  if (statement != nullptr) {
+    statement->Bind(parameters);
+    while ((step = statement->Next()) == Statement::Step::Row) {
+      answer.values.append(statement->Value(0));
+    }
+  }
+  if (step == Statement::Step::Failed) answer.error = connection.LastError();
+  answer.ms = clock.elapsed();
+  return answer;
+}
+
+}  // namespace
+
+ConditionRun::ConditionRun(Context& context, const QString& select, int limitMs, Then then)
+    : context_(context), path_(MailDatabasePath(context)), then_(std::move(then)) {
+  Answer failed;
+  QString reason;
+  const auto translated = TranslateSql(select, &reason);
+  if (translated) {
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    // What is only gathered cannot be seen by another connection.
+    if (mail) context.Data.FlushForReading();
+    connection_ = mail ? Connection::Open(path_, context.Session->Text(u"Password"),
+                                          Connection::Mode::ReadOnly, &failed.error)
+                       : nullptr;
+    if (!mail) failed.error = context.Data.LastError();
+  } else {
+    failed.error = {StorageError::Kind::BadStatement, reason};
+  }
+  if (connection_ != nullptr) {
+    Begin(translated->sql, translated->parameters, limitMs);
+  } else {
+    QMetaObject::invokeMethod(
+        this, [this, failed] { End(failed); }, Qt::QueuedConnection);
+  }
+}
+
+ConditionRun::~ConditionRun() {
+  Stop();
+}
+
+void ConditionRun::Begin(const QByteArray& sql, const QVariantList& parameters, int limitMs) {
+  thread_.reset(QThread::create([this, sql, parameters, limitMs] {
+    const ConditionLimit limit(limitMs, &stop_);
+    const Answer answer = Ask(*connection_, sql, parameters);
+    QMetaObject::invokeMethod(
+        this, [this, answer] { End(answer); }, Qt::QueuedConnection);
+  }));
+  thread_->start();
+}
+
+void ConditionRun::Stop() {
+  stop_ = true;
+  then_ = {};
+  if (thread_ != nullptr) thread_->wait();
+  thread_.reset();
+  connection_.reset();
+}
+
+// `then` may let go of this.
+void ConditionRun::End(const Answer& answer) {
+  const Then then = std::move(then_);
+  const QSet<QString> damage = connection_ != nullptr ? connection_->TakeDamage() : QSet<QString>();
+  if (!damage.isEmpty()) context_.Data.PutDamage(path_, damage);
+  Stop();
+  if (then) then(answer);
+}
+
+}  // namespace vorn
