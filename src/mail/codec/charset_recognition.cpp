@@ -34,13 +34,16 @@ bool IsHalfKana(QChar c) {
   return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
 }
 
-// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, and none
-// that no word begins with (small ones, ｰ and ﾝ) at the begin of one.
+// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, ｬ, ｭ and ｮ
+// behind those that they go with, and none that no word begins with (small ones, ｰ and ﾝ) at the
+// begin of one.
 bool StandsWell(const QString& text, qsizetype at) {
   const char16_t kana = text[at].unicode();
   const char16_t before = at > 0 ? text[at - 1].unicode() : 0;
   const bool isHa = before >= 0xFF8A && before <= 0xFF8E;
   if (kana == 0xFF9F) return isHa;
+  const bool isSmallY = kana >= 0xFF6C && kana <= 0xFF6E;
+  if (isSmallY) return QStringView(u"ｷｼﾁﾆﾋﾐﾘﾞﾟ").contains(QChar(before));
   if (kana == 0xFF9E) return isHa || before == 0xFF73 || (before >= 0xFF76 && before <= 0xFF84);
   const bool endsWord = (kana >= 0xFF67 && kana <= 0xFF70) || kana == 0xFF9D;
   return before >= 0x80 || !endsWord;

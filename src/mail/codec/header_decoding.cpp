@@ -171,7 +171,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
   };
   for (const Run& run : runs) {
     if (run.IsEncoded()) {
-      words += WithoutControls(DecodeAutomatically(run.bytes, Charset::FromLabel(run.charset)));
+      words += WithoutControls(DecodeWord(run.bytes, Charset::FromLabel(run.charset), charset));
       continue;
     }
     endWords(false);
