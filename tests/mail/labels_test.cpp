@@ -165,6 +165,7 @@ TEST(WrongLabels, ShortTextsAreReadInTheirOwnCodeAndKanaInTheDeclaredOne) {
       {u"小林", Output::Euc, "shift_jis"},
       {u"承知", Output::ShiftJis, "euc-jp"},
       {u"林", Output::ShiftJis, "euc-jp"},
+      {u"表", Output::Euc, ""},
       {u"高橋", Output::Euc, "utf-8"},
       {u"林", Output::ShiftJis, "utf-8"},
       {u"会議", Output::Euc, "iso-8859-1"},

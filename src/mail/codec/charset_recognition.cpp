@@ -147,6 +147,14 @@ std::optional<QString> ReadWithoutErrors(Family family, QByteArrayView bytes, bo
   return decoded.clean ? std::optional(std::move(decoded.text)) : std::nullopt;
 }
 
+// Letters that hardly any mail has, but single ideographs of EUC may form.
+bool AreStrangeLetters(const QString& utf8) {
+  return std::all_of(utf8.begin(), utf8.end(), [](QChar character) {
+    const char16_t c = character.unicode();
+    return c < 0x80 || (c >= 0x0250 && c < 0x0370) || (c >= 0x0700 && c < 0x0800);
+  });
+}
+
 // Bytes that fit no code surely: whichever reading explains them best, errors counted. One in which
 // most is strange explains nothing.
 Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
@@ -190,7 +198,8 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   }
   if (!hasHighBytes) return {Family::Ascii, {}};
   // Other codes hardly ever happen to be well-formed UTF-8.
-  if (ReadWithoutErrors(Family::Utf8, bytes, atCut)) return {Family::Utf8, {}};
+  const auto utf8 = ReadWithoutErrors(Family::Utf8, bytes, atCut);
+  if (utf8 && !AreStrangeLetters(*utf8)) return {Family::Utf8, {}};
 
   // A stray byte among escapes may form a character of another code, which tells nothing.
   const auto readAs = [&](Family family) {
@@ -198,6 +207,10 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   };
   const auto euc = readAs(Family::Euc);
   if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
+  if (utf8) {
+    const bool isEuc = euc && JapaneseCost(*euc) < JapaneseCost(*utf8);
+    return {isEuc ? Family::Euc : Family::Utf8, {}};
+  }
   const auto shiftJis = readAs(Family::ShiftJis);
   if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
   const bool isKana = shiftJis && AreHalfKanaWords(*shiftJis);
