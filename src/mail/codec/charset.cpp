@@ -184,11 +184,15 @@ bool IsUtf8Instead(const Charset& charset, QByteArrayView bytes) {
   return mayBe && bytes.isValidUtf8() && LooksJapanese(QString::fromUtf8(bytes));
 }
 
-// What the lead bytes of kana in UTF-8 are in Shift_JIS; a footer in the other code may give no
-// errors there.
+// What the lead bytes of kana in UTF-8 are in Shift_JIS; words in the other code before or behind
+// a text may give no errors there.
 bool HoldsUtf8Kana(const Charset& charset, const QString& text) {
+  constexpr qsizetype kLookedAt = 4096;
+  const auto isLead = [](QChar c) { return c == u'縺' || c == u'繧' || c == u'繝'; };
+  const qsizetype length = qMin(text.size(), kLookedAt);
   return charset.family == Family::ShiftJis &&
-         (text.contains(u'縺') || text.contains(u'繧') || text.contains(u'繝'));
+         (std::any_of(text.begin(), text.begin() + length, isLead) ||
+          std::any_of(text.end() - length, text.end(), isLead));
 }
 
 // Whether a reading without errors is the right one: text in ISO-2022-JP has none in any code.
