@@ -176,11 +176,17 @@ bool IsHigh(char byte) {
   return (byte & 0x80) != 0;
 }
 
+// Without a branch for each byte, as long texts have none as a rule.
+bool HasHighBytes(QByteArrayView bytes) {
+  char bits = 0;
+  for (const char byte : bytes) bits = static_cast<char>(bits | byte);
+  return IsHigh(bits);
+}
+
 // Hardly anything but UTF-8 is well-formed UTF-8 with Japanese in it, whatever it is declared as.
 bool IsUtf8Instead(const Charset& charset, QByteArrayView bytes) {
-  const bool mayBe =
-      charset.family == Family::ShiftJis || charset.family == Family::Euc ||
-      (charset.family == Family::Jis && std::any_of(bytes.begin(), bytes.end(), IsHigh));
+  const bool mayBe = charset.family == Family::ShiftJis || charset.family == Family::Euc ||
+                     (charset.family == Family::Jis && HasHighBytes(bytes));
   return mayBe && bytes.isValidUtf8() && LooksJapanese(QString::fromUtf8(bytes));
 }
 
@@ -458,7 +464,9 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
 }
 
 QString DecodeWord(QByteArrayView bytes, const Charset& declared, const ReadingCode& code) {
-  const Charset meant = CodeOfShortText(bytes, declared, false, Around(code));
+  const Surroundings around = Around(code);
+  if (around.code.family == Family::Unknown) return DecodeAutomatically(bytes, declared);
+  const Charset meant = CodeOfShortText(bytes, declared, false, around);
   return meant.family == declared.family ? DecodeAutomatically(bytes, declared)
                                          : Decode(meant, bytes).text;
 }

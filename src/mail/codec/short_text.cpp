@@ -83,6 +83,7 @@ Charset CodeOfShortText(QByteArrayView bytes, const Charset& declared, bool atCu
   constexpr int kError = 12;  // beyond what it costs in a longer text
   const bool isJapanese = declared.family > Family::Ascii && declared.family < Family::Other;
   if (!isJapanese || !IsShort(bytes) || HasJisEscape(bytes)) return declared;
+  if (declared.family == Family::Utf8 && bytes.isValidUtf8()) return declared;
   const DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (IsBelieved(declared, asDeclared, around)) return declared;
   Charset best = declared;
