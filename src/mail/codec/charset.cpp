@@ -9,7 +9,9 @@
 #include "mail/codec/icu_converter.h"
 #include "mail/codec/japanese_decoders.h"
 #include "mail/codec/reading_cost.h"
+#include "mail/codec/short_text.h"
 #include "mail/codec/text_runs.h"
+#include "mail/codec/western_label.h"
 
 namespace vorn {
 namespace {
@@ -174,16 +176,39 @@ bool ShiftsByEscapes(const Charset& charset) {
          (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));
 }
 
+bool IsHigh(char byte) {
+  return (byte & 0x80) != 0;
+}
+
+// Without a branch for each byte, as long texts have none as a rule.
+bool HasHighBytes(QByteArrayView bytes) {
+  char bits = 0;
+  for (const char byte : bytes) bits = static_cast<char>(bits | byte);
+  return IsHigh(bits);
+}
+
 // Hardly anything but UTF-8 is well-formed UTF-8 with Japanese in it, whatever it is declared as.
 bool IsUtf8Instead(const Charset& charset, QByteArrayView bytes) {
-  const bool mayBe = charset.family == Family::ShiftJis || charset.family == Family::Euc;
+  const bool mayBe = charset.family == Family::ShiftJis || charset.family == Family::Euc ||
+                     (charset.family == Family::Jis && HasHighBytes(bytes));
   return mayBe && bytes.isValidUtf8() && LooksJapanese(QString::fromUtf8(bytes));
+}
+
+// What the lead bytes of kana in UTF-8 are in Shift_JIS; words in the other code before or behind
+// a text may give no errors there.
+bool HoldsUtf8Kana(const Charset& charset, const QString& text) {
+  constexpr qsizetype kLookedAt = 4096;
+  const auto isLead = [](QChar c) { return c == u'縺' || c == u'繧' || c == u'繝'; };
+  const qsizetype length = qMin(text.size(), kLookedAt);
+  return charset.family == Family::ShiftJis &&
+         (std::any_of(text.begin(), text.begin() + length, isLead) ||
+          std::any_of(text.end() - length, text.end(), isLead));
 }
 
 // Whether a reading without errors is the right one: text in ISO-2022-JP has none in any code.
 bool Fits(const Charset& charset, QByteArrayView bytes, const DecodedText& reading) {
   return reading.clean && (ShiftsByEscapes(charset) || !HasJisEscape(bytes)) &&
-         !IsUtf8Instead(charset, bytes);
+         !IsUtf8Instead(charset, bytes) && !HoldsUtf8Kana(charset, reading.text);
 }
 
 // Codes in which nearly any sequence of bytes has a meaning prove nothing by it.
@@ -205,9 +230,8 @@ bool HasKana(const QString& text) {
 
 // Western words have a few letters over ASCII each; Japanese text has little else.
 bool IsMostlyEightBit(QByteArrayView bytes) {
-  const auto isHigh = [](char c) { return (c & 0x80) != 0; };
   const auto letters = std::count_if(bytes.begin(), bytes.end(), [](char c) { return c != ' '; });
-  return std::count_if(bytes.begin(), bytes.end(), isHigh) * 5 >= letters * 3;
+  return std::count_if(bytes.begin(), bytes.end(), IsHigh) * 5 >= letters * 3;
 }
 
 // The codes that programs declare which know of no other.
@@ -326,8 +350,8 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
   if (!isJis && declared.family != Family::ShiftJis) return false;
   const QString begin = reading.left(kLookedAt);
   if (Likelihood(begin) >= 0 || (isJis && HasJisEscape(bytes))) return false;
-  const DecodedText euc =
-      Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)), true);
+  const DecodedText euc = Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)),
+                                 bytes.size() > kLookedAt);
   if (!euc.clean) return false;
   return Likelihood(euc.text) >= kSureOfJapanese ||
          ((isJis || !AreHalfKanaWords(begin)) &&
@@ -340,22 +364,21 @@ QString AsDeclared(const Charset& declared, QByteArrayView bytes, QString readin
              : std::move(reading);
 }
 
-// Programs that know of no other code declare a Western one for whatever they are given. In it
-// every byte has a meaning, mostly a strange one.
+// Programs that know of no other code declare a Western one for whatever they are given.
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
   constexpr int kSure = 6;
-  constexpr int kProof = 3;  // characters; a shorter word proves nothing against a label
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
-  const QByteArrayView sample = bytes.first(qMin(bytes.size(), kLookedAt));
-  const Charset recognized = RecognizeCharset(sample, sample.size() < bytes.size());
+  const QByteArrayView sample = Telling(bytes, kLookedAt);
+  const bool isCut = sample.end() != bytes.end();
+  const Charset recognized = RecognizeCharset(sample, isCut);
   if (recognized.family <= Family::Ascii || recognized.family == Family::Other) return {};
-  const DecodedText reading = Decode(recognized, sample, true);
-  const auto characters = std::count_if(reading.text.begin(), reading.text.end(),
-                                        [](QChar c) { return c.unicode() >= 0x80; });
-  const bool isSure = recognized.family == Family::Jis ||
-                      (recognized.family == Family::Utf8 && reading.clean) ||
-                      (characters >= kProof && JapaneseCost(reading.text) + kSure <=
-                                                   WesternCost(Decode(declared, sample).text));
+  if (recognized.family == Family::Jis) return recognized;
+  const DecodedText reading = Decode(recognized, sample, isCut);
+  const QString asDeclared = Decode(declared, sample).text;
+  const bool isUtf8 =
+      recognized.family == Family::Utf8 &&
+      (reading.clean || JapaneseCost(reading.text) + kSure <= WesternCost(asDeclared));
+  const bool isSure = isUtf8 || IsPlainlyJapanese(reading.text, asDeclared);
   return isSure ? recognized : Charset();
 }
 
@@ -375,17 +398,31 @@ QString WithOneMark(const Charset& charset, DecodedText decoded) {
   return std::move(decoded.text);
 }
 
+// A part that is not declared at all says nothing about the labels of others.
+Surroundings Around(const ReadingCode& code) {
+  const Charset text = Charset::FromChoice(code.choice);
+  const bool isDeclared = code.body.family > Family::Ascii && code.body.family < Family::Other;
+  return {text, isDeclared && text.family != Family::Unknown && text.family != code.body.family};
+}
+
 }  // namespace
 
 QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool atCut) {
   const Charset meant = JapaneseUnderWesternLabel(declared, bytes);
   if (meant.family != Family::Unknown) return DecodeAutomatically(bytes, meant, atCut);
+  if (declared.family == Family::Other && IsWestern(declared)) {
+    if (const auto runs = ReadInRuns(bytes, atCut)) return *runs;
+  }
+  if (const Charset code = CodeOfShortText(bytes, declared, atCut);
+      code.family != declared.family) {
+    return Decode(code, bytes, atCut).text;
+  }
   if (declared.family <= Family::Ascii) {
     const Charset recognized = RecognizeCharset(bytes, atCut);
     if (recognized.family > Family::Ascii) {
       DecodedText reading = Decode(recognized, bytes, atCut);
       const bool fits = Fits(recognized, bytes, reading);
-      if (const auto runs = fits ? std::nullopt : ReadInTwoRuns(bytes, atCut)) return *runs;
+      if (const auto runs = fits ? std::nullopt : ReadInRuns(bytes, atCut)) return *runs;
       return WithOneMark(recognized, std::move(reading));
     }
   }
@@ -393,7 +430,7 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
   if (Fits(declared, bytes, asDeclared)) {
     return AsDeclared(declared, bytes, std::move(asDeclared.text), atCut);
   }
-  if (const auto runs = ReadInTwoRuns(bytes, atCut)) return *runs;
+  if (const auto runs = ReadInRuns(bytes, atCut)) return *runs;
   const Charset usual = MostUsual(bytes, declared, atCut);
   const bool isDeclared = usual.family == declared.family && usual.icuName == declared.icuName;
   return WithOneMark(usual, isDeclared ? std::move(asDeclared) : Decode(usual, bytes, atCut));
@@ -403,8 +440,12 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
                          bool atCut) {
   if (code.forced) return Decode(*code.forced, bytes, atCut).text;
   if (code.choice == CharsetChoice::Automatic) return DecodeAutomatically(bytes, declared, atCut);
-  const bool isDeclared = declared.family > Family::Ascii;
   const Charset chosen = Charset::FromChoice(code.choice);
+  if (!code.isPicked) {
+    const Charset meant = CodeOfShortText(bytes, declared, atCut);
+    if (meant.family != declared.family) return Decode(meant, bytes, atCut).text;
+  }
+  const bool isDeclared = declared.family > Family::Ascii;
   DecodedText asDeclared = isDeclared ? Decode(declared, bytes, atCut) : DecodedText{{}, false};
   const bool declaredFits = Fits(declared, bytes, asDeclared);
   if (declaredFits && ProvesItself(declared)) {
@@ -427,17 +468,31 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
   return DecodeAutomatically(bytes, isDeclared ? declared : chosen, atCut);
 }
 
+QString DecodeWord(QByteArrayView bytes, const Charset& declared, const ReadingCode& code) {
+  const bool saysTheSame =
+      code.body.family <= Family::Ascii ||
+      (code.body.family == declared.family && code.body.icuName == declared.icuName);
+  if (code.forced && saysTheSame) return Decode(*code.forced, bytes).text;
+  const Surroundings around = Around(code);
+  if (around.code.family == Family::Unknown) return DecodeAutomatically(bytes, declared);
+  const Charset meant = CodeOfShortText(bytes, declared, false, around);
+  return meant.family == declared.family ? DecodeAutomatically(bytes, declared)
+                                         : Decode(meant, bytes).text;
+}
+
 QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
   const QString recognized = DecodeWithChoice(bytes, {}, code);
   if (code.forced || code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
     return recognized;
   }
+  if (IsWestern(code.body)) {
+    const Charset japanese = JapaneseUnderWesternLabel(code.body, bytes);
+    return japanese.family == Family::Unknown ? Decode(code.body, bytes).text : recognized;
+  }
   const Family family = RecognizeCharset(bytes).family;
   if (family == Family::Ascii || family == Family::Jis || family == Family::Utf8) return recognized;
   const DecodedText asBody = Decode(code.body, bytes);
-  const bool isJapanese = IsWestern(code.body) ? family == Family::Euc || family == Family::ShiftJis
-                                               : HasKana(recognized);
-  return asBody.clean && !isJapanese ? asBody.text : recognized;
+  return asBody.clean && !HasKana(recognized) ? asBody.text : recognized;
 }
 
 }  // namespace vorn

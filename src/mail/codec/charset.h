@@ -63,6 +63,11 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
                          bool atCut = false);
 
+/// Decodes what an encoded word in the header holds, for which the message's text is a hint where
+/// the word is not what it declares. One that declares what the text does, or the only one that
+/// declares anything, is read with the text in a code that is forced.
+QString DecodeWord(QByteArrayView bytes, const Charset& declared, const ReadingCode& code);
+
 /// Decodes the raw bytes of a header field. They are in the code of the message's text as a rule,
 /// which counts where they do not read as Japanese: a code is often declared by habit.
 QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code);

@@ -34,13 +34,16 @@ bool IsHalfKana(QChar c) {
   return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
 }
 
-// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, and none
-// that no word begins with (small ones, ｰ and ﾝ) at the begin of one.
+// Whether a kana stands where it may: a voicing mark behind one that has a voiced form, ｬ, ｭ and ｮ
+// behind those that they go with, and none that no word begins with (small ones, ｰ and ﾝ) at the
+// begin of one.
 bool StandsWell(const QString& text, qsizetype at) {
   const char16_t kana = text[at].unicode();
   const char16_t before = at > 0 ? text[at - 1].unicode() : 0;
   const bool isHa = before >= 0xFF8A && before <= 0xFF8E;
   if (kana == 0xFF9F) return isHa;
+  const bool isSmallY = kana >= 0xFF6C && kana <= 0xFF6E;
+  if (isSmallY) return QStringView(u"ｷｼﾁﾆﾋﾐﾘﾞﾟ").contains(QChar(before));
   if (kana == 0xFF9E) return isHa || before == 0xFF73 || (before >= 0xFF76 && before <= 0xFF84);
   const bool endsWord = (kana >= 0xFF67 && kana <= 0xFF70) || kana == 0xFF9D;
   return before >= 0x80 || !endsWord;
@@ -144,6 +147,14 @@ std::optional<QString> ReadWithoutErrors(Family family, QByteArrayView bytes, bo
   return decoded.clean ? std::optional(std::move(decoded.text)) : std::nullopt;
 }
 
+// Letters that hardly any mail has, but single ideographs of EUC may form.
+bool AreStrangeLetters(const QString& utf8) {
+  return std::all_of(utf8.begin(), utf8.end(), [](QChar character) {
+    const char16_t c = character.unicode();
+    return c < 0x80 || (c >= 0x0250 && c < 0x0370) || (c >= 0x0700 && c < 0x0800);
+  });
+}
+
 // Bytes that fit no code surely: whichever reading explains them best, errors counted. One in which
 // most is strange explains nothing.
 Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
@@ -193,7 +204,8 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   }
   if (!hasHighBytes) return {Family::Ascii, {}};
   // Other codes hardly ever happen to be well-formed UTF-8.
-  if (ReadWithoutErrors(Family::Utf8, bytes, atCut)) return {Family::Utf8, {}};
+  const auto utf8 = ReadWithoutErrors(Family::Utf8, bytes, atCut);
+  if (utf8 && !AreStrangeLetters(*utf8)) return {Family::Utf8, {}};
 
   // A stray byte among escapes may form a character of another code, which tells nothing.
   const auto readAs = [&](Family family) {
@@ -201,6 +213,10 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   };
   const auto euc = readAs(Family::Euc);
   if (euc && IsSurelyJapanese(*euc)) return {Family::Euc, {}};
+  if (utf8) {
+    const bool isEuc = euc && JapaneseCost(*euc) < JapaneseCost(*utf8);
+    return {isEuc ? Family::Euc : Family::Utf8, {}};
+  }
   const auto shiftJis = readAs(Family::ShiftJis);
   if (shiftJis && IsSurelyJapanese(*shiftJis)) return {Family::ShiftJis, {}};
   const bool isKana = shiftJis && AreHalfKanaWords(*shiftJis);

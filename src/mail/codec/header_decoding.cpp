@@ -154,17 +154,6 @@ class Quotes {
   bool areOpen_ = false;
 };
 
-// A word that says of itself what the text says, or that alone says anything, is read with the text
-// in the code that the user picks.
-QString DecodeWord(const Run& run, const ReadingCode& code) {
-  const Charset declared = Charset::FromLabel(run.charset);
-  const bool isPicked =
-      code.forced &&
-      (code.body.family <= Charset::Family::Ascii ||
-       (code.body.family == declared.family && code.body.icuName == declared.icuName));
-  return isPicked ? Decode(*code.forced, run.bytes).text : DecodeAutomatically(run.bytes, declared);
-}
-
 }  // namespace
 
 QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& charset,
@@ -182,7 +171,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
   };
   for (const Run& run : runs) {
     if (run.IsEncoded()) {
-      words += WithoutControls(DecodeWord(run, charset));
+      words += WithoutControls(DecodeWord(run.bytes, Charset::FromLabel(run.charset), charset));
       continue;
     }
     endWords(false);

@@ -82,23 +82,23 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   MessageIndex index;
   index.content = MimeCodec::FormatContentIndex(records);
   const QByteArrayView subject = "SUBJECT:";
-  ReadingCode code;
+  const auto texts = std::count_if(records.begin(), records.end(),
+                                   [&options](const MimeCodec::ContentRecord& record) {
+                                     return options.textTypes.contains(record.type);
+                                   });
+  const int number = texts > 0 ? RecognizeCode(source, records, options.textTypes) : -1;
+  ReadingCode code(static_cast<CharsetChoice>(number));
   code.body = MimeCodec::TextCharset(source, records);
   index.subject =
       MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size(), code);
   index.addressLines = AddressLines(source, code, options.standardHeaders);
 
-  const auto texts = std::count_if(records.begin(), records.end(),
-                                   [&options](const MimeCodec::ContentRecord& record) {
-                                     return options.textTypes.contains(record.type);
-                                   });
   const bool hasAttachments = options.standardHeaders
                                   ? HasFiles(records, options.textTypes, texts > 0)
                                   : texts != static_cast<qsizetype>(records.size());
   index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
   if (texts > 0) {
-    index.flags = SetFlagChar(index.flags, kFlagCode,
-                              CodeCharacter(RecognizeCode(source, records, options.textTypes)));
+    index.flags = SetFlagChar(index.flags, kFlagCode, CodeCharacter(number));
   }
   index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
   return index;

@@ -104,13 +104,15 @@ int HighLetterCost(Kind kind, char16_t letter, char16_t before, char16_t beforeT
   const bool isCrowded = follows && IsHighLetter(KindOf(beforeThat));
   const bool isAmong = IsAsciiLetter(before) || IsAsciiLetter(after);
   if (follows && QChar(letter).toLower() == QChar(before).toLower()) return 5;
-  if (isCrowded) return 14;
+  const bool isAmongCapitals = KindOf(before) == Kind::Capital || KindOf(after) == Kind::Capital;
+  if (isCrowded && !(kind == Kind::Capital && isAmongCapitals)) return 14;
   if (kind == Kind::RareLetter) return isAmong && !follows ? 9 : 14;
   if (kind == Kind::Letter) return follows ? 8 : isAmong ? 5 : 9;
   const auto isCapital = [](char16_t c) { return c >= 'A' && c <= 'Z'; };
   const bool begins = !IsAsciiLetter(before) && !follows;
   const bool isWord = begins && (IsAsciiLetter(after) || KindOf(after) == Kind::Letter);
   if (isWord || isCapital(before) || isCapital(after)) return 7;
+  if (isAmongCapitals) return 8;
   return !follows && !IsHighLetter(KindOf(after)) ? 9 : 14;
 }
 
@@ -120,6 +122,8 @@ int WesternCostAt(const QString& text, qsizetype at) {
   };
   const char16_t c = text[at].unicode();
   const Kind kind = KindOf(c);
+  const bool isSign = kind == Kind::Opening || kind == Kind::Sign || kind == Kind::RareSign;
+  if (isSign && c == charAt(at - 1)) return kRepeated;
   switch (kind) {
     case Kind::Ascii:
       return AsciiCost(c);

@@ -15,38 +15,6 @@ bool HasHighBytes(QByteArrayView bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
 }
 
-bool HoldsIn(Family family, QByteArrayView line) {
-  if (family == Family::Utf8) return !HasJisEscape(line) && line.isValidUtf8();
-  return !HasHighBytes(line) && (!HasJisEscape(line) || Decode({Family::Jis, {}}, line).clean);
-}
-
-qsizetype LineEnd(QByteArrayView bytes, qsizetype from) {
-  const qsizetype lineFeed = bytes.indexOf('\n', from);
-  return lineFeed < 0 ? bytes.size() : lineFeed + 1;
-}
-
-// The length of the first lines, as many as hold in a code.
-qsizetype HeldFirst(Family family, QByteArrayView bytes) {
-  qsizetype held = 0;
-  while (held < bytes.size()) {
-    const qsizetype end = LineEnd(bytes, held);
-    if (!HoldsIn(family, bytes.sliced(held, end - held))) break;
-    held = end;
-  }
-  return held;
-}
-
-// Where the last lines begin, as many as hold in a code.
-qsizetype HeldLast(Family family, QByteArrayView bytes) {
-  qsizetype begin = bytes.size();
-  while (begin > 0) {
-    const qsizetype before = begin > 1 ? bytes.first(begin - 1).lastIndexOf('\n') + 1 : 0;
-    if (!HoldsIn(family, bytes.sliced(before, begin - before))) break;
-    begin = before;
-  }
-  return begin;
-}
-
 // A run in whichever code it is surely in.
 std::optional<QString> ReadRun(QByteArrayView run, bool atCut) {
   const Charset charset = RecognizeCharset(run, atCut);
@@ -59,21 +27,126 @@ std::optional<QString> ReadRun(QByteArrayView run, bool atCut) {
   return std::move(reading.text);
 }
 
+// The end of what an escape begins: behind the one that returns to ASCII.
+qsizetype EndOfShifted(QByteArrayView bytes, qsizetype escape) {
+  constexpr qsizetype kEscape = 3;
+  for (qsizetype at = escape; at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
+    const QByteArrayView next = bytes.sliced(at, qMin(kEscape, bytes.size() - at));
+    if (next == "\x1B(B" || next == "\x1B(J") return at + kEscape;
+  }
+  return bytes.size();
+}
+
+// Calls `use` with each piece, and whether it is shifted by escapes, until it says no.
+template <typename Use>
+bool ForEachPiece(QByteArrayView bytes, Use use) {
+  for (qsizetype at = 0; at < bytes.size();) {
+    const qsizetype found = bytes.indexOf('\x1B', at);
+    const qsizetype escape = found < 0 ? bytes.size() : found;
+    if (escape > at && !use(bytes.sliced(at, escape - at), false)) return false;
+    if (escape == bytes.size()) break;
+    at = EndOfShifted(bytes, escape);
+    if (!use(bytes.sliced(escape, at - escape), true)) return false;
+  }
+  return true;
+}
+
+// ISO-2022-JP proves itself by its escapes; what is outside of them may be in one other code.
+std::optional<QString> ReadBesideJis(QByteArrayView bytes, bool atCut) {
+  if (!HasJisEscape(bytes)) return {};
+  QByteArray outside;
+  const bool isJis = ForEachPiece(bytes, [&](QByteArrayView piece, bool isShifted) {
+    if (!isShifted) outside += piece;
+    return !isShifted || !HasHighBytes(piece);
+  });
+  if (!isJis || !ReadRun(outside, atCut)) return {};
+  const Charset other = RecognizeCharset(outside, atCut);
+  QString text;
+  const bool isWhole = ForEachPiece(bytes, [&](QByteArrayView piece, bool isShifted) {
+    const bool isCut = atCut && piece.end() == bytes.end();
+    const DecodedText reading = Decode(isShifted ? Charset{Family::Jis, {}} : other, piece, isCut);
+    text += reading.text;
+    return reading.clean;
+  });
+  return isWhole ? std::optional(std::move(text)) : std::nullopt;
+}
+
+// Where the bytes that are not UTF-8 lie, cut beside ASCII bytes.
+class ForeignPlace {
+ public:
+  ForeignPlace(QByteArrayView bytes, bool atCut) {
+    const auto isHigh = [](char c) { return (c & 0x80) != 0; };
+    for (auto at = std::find_if(bytes.begin(), bytes.end(), isHigh); at != bytes.end();) {
+      const auto end = std::find_if_not(at, bytes.end(), isHigh);
+      const auto next = std::find_if(end, bytes.end(), isHigh);
+      const QByteArrayView run(at, end);
+      const bool isUtf8 = atCut && end == bytes.end() ? Decode({Family::Utf8, {}}, run, true).clean
+                                                      : run.isValidUtf8();
+      Add(at - bytes.begin(), next - bytes.begin(), isUtf8 ? KindOf(run) : Kind::Foreign);
+      at = next;
+    }
+  }
+
+  // Whether there is Japanese in UTF-8 beside it.
+  bool IsBesideUtf8() const { return begin_ >= 0 && (hasUtf8Before_ || lastUtf8_ >= end_); }
+  qsizetype Begin() const { return begin_; }
+  qsizetype End() const { return end_; }
+
+ private:
+  // Two bytes that may be a letter of UTF-8 may also be a character of the code beside them; those
+  // of Western letters and signs are taken for what they are.
+  enum class Kind { Foreign, Doubtful, Letters, Japanese };
+  static Kind KindOf(QByteArrayView run) {
+    Kind kind = Kind::Letters;
+    for (const char c : run) {
+      const auto byte = static_cast<unsigned char>(c);
+      if (byte >= 0xE0) return Kind::Japanese;
+      if (byte >= 0xC4) kind = Kind::Doubtful;
+    }
+    return kind;
+  }
+
+  void Add(qsizetype at, qsizetype next, Kind kind) {
+    if (kind == Kind::Foreign || (kind == Kind::Doubtful && goesOn_)) {
+      if (begin_ < 0) begin_ = doubtful_ >= 0 ? doubtful_ : at;
+      end_ = next;
+    }
+    goesOn_ = kind == Kind::Foreign || (kind == Kind::Doubtful && goesOn_);
+    if (kind != Kind::Doubtful) {
+      doubtful_ = -1;
+    } else if (doubtful_ < 0) {
+      doubtful_ = at;
+    }
+    if (kind != Kind::Japanese) return;
+    hasUtf8Before_ = hasUtf8Before_ || begin_ < 0;
+    lastUtf8_ = at;
+  }
+
+  qsizetype begin_ = -1;
+  qsizetype end_ = 0;
+  qsizetype doubtful_ = -1;
+  bool goesOn_ = false;
+  bool hasUtf8Before_ = false;
+  qsizetype lastUtf8_ = -1;
+};
+
+std::optional<QString> ReadBesideUtf8(QByteArrayView bytes, bool atCut) {
+  const ForeignPlace foreign(bytes, atCut);
+  if (!foreign.IsBesideUtf8()) return {};
+  const QByteArrayView last = bytes.sliced(foreign.End());
+  const auto between =
+      ReadRun(bytes.first(foreign.End()).sliced(foreign.Begin()), atCut && last.isEmpty());
+  if (!between) return {};
+  return Decode({Family::Utf8, {}}, bytes.first(foreign.Begin())).text + *between +
+         Decode({Family::Utf8, {}}, last, atCut).text;
+}
+
 }  // namespace
 
-std::optional<QString> ReadInTwoRuns(QByteArrayView bytes, bool atCut) {
-  if (!HasHighBytes(bytes) || LineEnd(bytes, 0) == bytes.size()) return {};
-  const auto readAt = [&](qsizetype cut) -> std::optional<QString> {
-    if (cut <= 0 || cut >= bytes.size()) return {};
-    const auto first = ReadRun(bytes.first(cut), false);
-    const auto last = first ? ReadRun(bytes.sliced(cut), atCut) : std::nullopt;
-    return last ? std::optional(*first + *last) : std::nullopt;
-  };
-  for (const Family family : {Family::Jis, Family::Utf8}) {
-    if (auto text = readAt(HeldFirst(family, bytes))) return text;
-    if (auto text = readAt(HeldLast(family, bytes))) return text;
-  }
-  return {};
+std::optional<QString> ReadInRuns(QByteArrayView bytes, bool atCut) {
+  if (!HasHighBytes(bytes)) return {};
+  auto text = ReadBesideJis(bytes, atCut);
+  return text ? text : ReadBesideUtf8(bytes, atCut);
 }
 
 }  // namespace vorn

@@ -6,9 +6,9 @@
 
 namespace vorn {
 
-/// The reading of bytes whose first lines are in one code and whose others are in another one, as
-/// mailing lists make by putting words of their own behind a text. One of the two is ISO-2022-JP or
-/// UTF-8, which prove themselves; both are without errors.
-std::optional<QString> ReadInTwoRuns(QByteArrayView bytes, bool atCut);
+/// The reading of bytes in two codes, as those make who put words of their own before or behind a
+/// text. One of the two is ISO-2022-JP or UTF-8, which prove themselves; both are without errors.
+/// Where the other one is UTF-8 they meet at an ASCII byte.
+std::optional<QString> ReadInRuns(QByteArrayView bytes, bool atCut);
 
 }  // namespace vorn
