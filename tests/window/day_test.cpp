@@ -155,7 +155,7 @@ void DayTest::SetUpAccount() {
 }
 
 void DayTest::ReadAndAnswer() {
-  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("m001")); }));
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("m305")); }));
   // A click reads at the side, and a key opens.
   ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
   const auto* pane = Browser()->findChild<ReadingPane*>();
