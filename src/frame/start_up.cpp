@@ -89,6 +89,19 @@ bool IsInUse(const QString& list, const QList<DiskPtr>& profiles) {
   return !SoleUse(list).IsTaken();
 }
 
+// Somebody who starts now and then with another home folder leaves one each time.
+void DropOldLists(const QString& path) {
+  constexpr qsizetype kKept = 10;
+  QDir folder = QFileInfo(path).dir();
+  const QString mark = QFileInfo(path).fileName() + QStringLiteral(".unreadable-");
+  QStringList lists = folder.entryList({mark + u'*'}, QDir::Files, QDir::Name);
+  lists.removeIf([](const QString& name) { return name.endsWith(u"-wal"); });
+  for (const QString& name : lists.mid(0, qMax(qsizetype{0}, lists.size() - kKept))) {
+    folder.remove(name);
+    folder.remove(name + QStringLiteral("-wal"));
+  }
+}
+
 // An unreadable list of profiles holds nothing that the profiles do not know themselves; it is kept
 // all the same. A program that has it open would go on writing to it under its new name.
 bool SetListAside(Context& context, const QList<DiskPtr>& profiles) {
@@ -106,6 +119,7 @@ bool SetListAside(Context& context, const QList<DiskPtr>& profiles) {
   QFile::rename(path + QStringLiteral("-wal"), kept + QStringLiteral("-wal"));
   QFile::remove(path + QStringLiteral("-shm"));
   if (!QFile::rename(path, kept)) return false;
+  DropOldLists(path);
   context.Notices.append(Ui::tr("プロファイル一覧のファイルを読めないため、「%1」という名前で残し"
                                 "ました。")
                              .arg(QFileInfo(kept).fileName()));

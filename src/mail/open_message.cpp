@@ -2,6 +2,7 @@
 
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"
+#include "mail/codec/message_index.h"
 #include "mail/codec/signature.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
@@ -123,6 +124,12 @@ OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStored
   message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag"))) : code;
   const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
   message.isWritten = qAbs(request.Number(u"process")) < kStatusReceived;
+  if (message.charset.forced && !message.isWritten) {
+    ReadingCode names = message.charset;
+    names.body = MimeCodec::TextCharset(
+        message.source, MimeCodec::ParseContentIndex(message.contentIndex, message.source));
+    message.addressLines = AddressLines(message.source, names, settings.standardHeaders);
+  }
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   const Sender sender = DefaultSender(context);
   opened.model = OpenSource(message, mode, request.Flag(u"new"), settings, sender, program);

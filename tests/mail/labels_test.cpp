@@ -206,6 +206,36 @@ TEST(WrongLabels, EncodedWordsFollowATextWhoseLabelIsWrongToo) {
     EXPECT_EQ(subject(euc, "Shift_JIS", body.output, body.label), QStringLiteral("ｻｳﾅﾄ"))
         << body.label;
   }
+  // Programs that know of no other code label all of a message so.
+  const QByteArray other = *MimeCodec::EncodeText(QStringLiteral("鈴木"), Output::Euc);
+  EXPECT_EQ(subject(other, "iso-8859-1", Output::Euc, "iso-8859-1"), QStringLiteral("鈴木"));
+  EXPECT_EQ(subject("A\xC7\xC3O", "iso-8859-1", Output::Euc, "iso-8859-1"), QStringLiteral("AÇÃO"));
+  EXPECT_EQ(subject(*MimeCodec::EncodeText(QStringLiteral("邉"), Output::ShiftJis), "Shift_JIS",
+                    Output::Euc, "euc-jp"),
+            QStringLiteral("邉"))
+      << "a right label bears the text beside it";
+}
+
+// What is written into a header as it is, is in the code of the text.
+TEST(RawHeaders, NamesAreInTheCodeOfTheText) {
+  const QString text = QStringLiteral("いつもお世話になっております。明日の会議の件です。\r\n");
+  for (const char* name : {"渡邉", "齋藤", "澤田", "鄭", "劉", "崔", "澁谷", "ｻﾄｳ"}) {
+    for (const auto& [output, label] : {std::pair{Output::ShiftJis, "Shift_JIS"},
+                                        {Output::Euc, "euc-jp"},
+                                        {Output::ShiftJis, ""}}) {
+      const QByteArray declared = *label == 0 ? QByteArray() : QByteArray("; charset=") + label;
+      const QByteArray rest = " <a@x>\r\nContent-Type: text/plain" + declared + "\r\n\r\n";
+      const QString wanted = QString::fromUtf8(name);
+      const auto from = [&](const QByteArray& bytes) {
+        return IndexMessage("From: " + bytes + rest + *MimeCodec::EncodeText(text, output), {},
+                            {{QStringLiteral("text/plain")}})
+            .addressLines;
+      };
+      EXPECT_EQ(from(*MimeCodec::EncodeText(wanted, output)), QStringLiteral("FROM: a@x ") + wanted)
+          << label;
+      EXPECT_EQ(from(QStringLiteral("渡辺太郎").toUtf8()), QStringLiteral("FROM: a@x 渡辺太郎"));
+    }
+  }
 }
 
 }  // namespace

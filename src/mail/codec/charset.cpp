@@ -364,7 +364,8 @@ QString AsDeclared(const Charset& declared, QByteArrayView bytes, QString readin
              : std::move(reading);
 }
 
-// Programs that know of no other code declare a Western one for whatever they are given.
+}  // namespace
+
 Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes) {
   constexpr int kSure = 6;
   if (declared.family != Family::Other || !IsWestern(declared)) return {};
@@ -381,8 +382,6 @@ Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes)
   const bool isSure = isUtf8 || IsPlainlyJapanese(reading.text, asDeclared);
   return isSure ? recognized : Charset();
 }
-
-}  // namespace
 
 namespace {
 
@@ -469,18 +468,28 @@ QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const Re
 }
 
 QString DecodeWord(QByteArrayView bytes, const Charset& declared, const ReadingCode& code) {
-  const bool saysTheSame =
-      code.body.family <= Family::Ascii ||
-      (code.body.family == declared.family && code.body.icuName == declared.icuName);
-  if (code.forced && saysTheSame) return Decode(*code.forced, bytes).text;
+  const bool saysWhatTheTextSays =
+      code.body.family == declared.family && code.body.icuName == declared.icuName;
+  if (code.forced && (saysWhatTheTextSays || code.body.family <= Family::Ascii)) {
+    return Decode(*code.forced, bytes).text;
+  }
   const Surroundings around = Around(code);
   if (around.code.family == Family::Unknown) return DecodeAutomatically(bytes, declared);
+  // The text is Japanese under the same Western label.
+  if (saysWhatTheTextSays && IsWestern(declared)) {
+    const DecodedText reading = Decode(around.code, bytes);
+    if (reading.clean && IsUsualJapanese(reading.text)) return reading.text;
+  }
   const Charset meant = CodeOfShortText(bytes, declared, false, around);
   return meant.family == declared.family ? DecodeAutomatically(bytes, declared)
                                          : Decode(meant, bytes).text;
 }
 
 QString DecodeRawHeader(QByteArrayView bytes, const ReadingCode& code) {
+  const bool isLikeText = code.body.family == Family::ShiftJis || code.body.family == Family::Euc;
+  if (isLikeText && !code.forced && code.choice == CharsetChoice::Automatic) {
+    return DecodeAutomatically(bytes, code.body);
+  }
   const QString recognized = DecodeWithChoice(bytes, {}, code);
   if (code.forced || code.body.family != Family::Other || code.choice != CharsetChoice::Automatic) {
     return recognized;

@@ -63,6 +63,10 @@ QString DecodeAutomatically(QByteArrayView bytes, const Charset& declared, bool 
 QString DecodeWithChoice(QByteArrayView bytes, const Charset& declared, const ReadingCode& code,
                          bool atCut = false);
 
+/// The Japanese code of bytes under a Western label, or none: programs that know of no other code
+/// declare a Western one for whatever they are given.
+Charset JapaneseUnderWesternLabel(const Charset& declared, QByteArrayView bytes);
+
 /// Decodes what an encoded word in the header holds, for which the message's text is a hint where
 /// the word is not what it declares. One that declares what the text does, or the only one that
 /// declares anything, is read with the text in a code that is forced.

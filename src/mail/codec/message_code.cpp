@@ -26,6 +26,10 @@ int PartCode(const QByteArray& bytes, const Charset& declared) {
   const bool isPlain = !HasJisEscape(bytes) && std::all_of(bytes.begin(), bytes.end(),
                                                            [](char c) { return (c & 0x80) == 0; });
   if (isPlain) return -1;
+  if (const Charset japanese = JapaneseUnderWesternLabel(declared, bytes);
+      japanese.family != Charset::Family::Unknown) {
+    return CodeNumber(japanese);
+  }
   const bool isShifted = declared.family != Charset::Family::Jis && HasJisEscape(bytes);
   if (isDeclared && !isShifted && Decode(declared, bytes, true).clean) return CodeNumber(declared);
   return CodeNumber(RecognizeCharset(bytes));
@@ -43,11 +47,13 @@ bool IsRaw(QByteArrayView text) {
                      [](char c) { return (c & 0x80) != 0 || c == '\x1B'; });
 }
 
+// Raw words of a header are in the code of the text unless they show that they are not.
 bool HeadersReadAlike(int code, QByteArrayView source) {
   if (!IsRaw(source.first(MimeCodec::HeaderBlockEnd(source)))) return true;
   const QByteArrayList fields = MimeCodec::AllHeaders(source);
-  return std::all_of(fields.begin(), fields.end(), [code](const QByteArray& field) {
-    return !IsRaw(field) || ReadsAlike(code, field, {});
+  const Charset text = Charset::FromChoice(static_cast<CharsetChoice>(code));
+  return std::all_of(fields.begin(), fields.end(), [&](const QByteArray& field) {
+    return !IsRaw(field) || ReadsAlike(code, field, text);
   });
 }
 

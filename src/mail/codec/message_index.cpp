@@ -27,25 +27,6 @@ QByteArray StandardReplyTo(QByteArrayView source) {
   return field.isNull() ? field : "Replay-To:" + field.sliced(name.size());
 }
 
-QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
-  QStringList pieces;
-  for (const QByteArrayView name : kAddressHeaders) {
-    QByteArrayList fields = MimeCodec::HeaderFields(source, name);
-    if (fields.isEmpty() && standardHeaders && name == QByteArrayView("Replay-To:")) {
-      fields = {StandardReplyTo(source)};
-    }
-    // The first one says who wrote it; what else is repeated, as programs do, names more of them.
-    if (name == QByteArrayView("FROM:")) fields = fields.first(qMin(fields.size(), qsizetype{1}));
-    for (const QByteArray& field : std::as_const(fields)) {
-      if (field.isNull()) continue;
-      const QString lines = ParseAddressList(
-          MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
-      if (!lines.isEmpty()) pieces.append(lines);
-    }
-  }
-  return pieces.join(kLineBreak);
-}
-
 // A number with a comment behind it is no number here and gives normal priority.
 QString Priority(QByteArrayView source) {
   const QByteArrayView name = "X-Priority:";
@@ -73,6 +54,25 @@ bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStrin
 }
 
 }  // namespace
+
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
+  QStringList pieces;
+  for (const QByteArrayView name : kAddressHeaders) {
+    QByteArrayList fields = MimeCodec::HeaderFields(source, name);
+    if (fields.isEmpty() && standardHeaders && name == QByteArrayView("Replay-To:")) {
+      fields = {StandardReplyTo(source)};
+    }
+    // The first one says who wrote it; what else is repeated, as programs do, names more of them.
+    if (name == QByteArrayView("FROM:")) fields = fields.first(qMin(fields.size(), qsizetype{1}));
+    for (const QByteArray& field : std::as_const(fields)) {
+      if (field.isNull()) continue;
+      const QString lines = ParseAddressList(
+          MimeCodec::DecodeHeader(field, 0, code, MimeCodec::HeaderUse::AddressList));
+      if (!lines.isEmpty()) pieces.append(lines);
+    }
+  }
+  return pieces.join(kLineBreak);
+}
 
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
                           const IndexOptions& options) {

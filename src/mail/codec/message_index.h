@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "mail/codec/charset.h"
+
 namespace vorn {
 
 /// The index columns of a message, worked out once when it is stored.
@@ -22,6 +24,9 @@ struct IndexOptions {
   /// window shows some, rather than where a part is not of a text type.
   bool standardHeaders = false;
 };
+
+/// The lines of `FIELD_MAILADDRESS`, with the names as they read in that code.
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders);
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
 MessageIndex IndexMessage(QByteArrayView source, const QString& flags, const IndexOptions& options);

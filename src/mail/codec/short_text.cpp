@@ -36,6 +36,15 @@ bool HasRare(const QString& text) {
   });
 }
 
+}  // namespace
+
+bool IsUsualJapanese(const QString& text) {
+  const auto isLetter = [](QChar c) { return c.unicode() < 0x80 && c.isLetter(); };
+  return !HasHalfKana(text) && !HasRare(text) && std::none_of(text.begin(), text.end(), isLetter);
+}
+
+namespace {
+
 // A label is believed unless what it gives is strange.
 bool IsBelieved(const Charset& declared, const DecodedText& reading, const Surroundings& around) {
   if (!reading.clean) return false;
@@ -86,12 +95,15 @@ Charset CodeOfShortText(QByteArrayView bytes, const Charset& declared, bool atCu
   if (declared.family == Family::Utf8 && bytes.isValidUtf8()) return declared;
   const DecodedText asDeclared = Decode(declared, bytes, atCut);
   if (IsBelieved(declared, asDeclared, around)) return declared;
+  // A rare name under a right label is no reason to look at what stands around it.
+  const bool isDoubtful = !asDeclared.clean || around.areLabelsWrong;
+  const Surroundings counted = isDoubtful ? around : Surroundings();
   Charset best = declared;
   int bestCost = INT_MAX;
   const auto consider = [&](const Charset& charset, const DecodedText& reading) {
     const auto errors = static_cast<int>(reading.text.count(QChar::ReplacementCharacter));
     const int cost = JapaneseCost(reading.text) + errors * kError -
-                     Bonus(charset.family, reading.text, declared, around);
+                     Bonus(charset.family, reading.text, declared, counted);
     if (cost >= bestCost) return;
     best = charset;
     bestCost = cost;

@@ -10,6 +10,10 @@ struct Surroundings {
   bool areLabelsWrong = false;  ///< as that of its text is
 };
 
+/// Whether a text has neither half-width kana nor Latin letters nor characters that are rare in
+/// Japanese.
+bool IsUsualJapanese(const QString& text);
+
 /// The code of a text of a few characters under a Japanese label: the declared one as a rule. In so
 /// few a wrong label is more usual than damage, so that errors and rare characters count against it
 /// where another code reads all of the bytes.
