@@ -33,6 +33,8 @@ ANSWER = (b"HTTP/1.1 200 OK\r\nContent-Type: image/svg+xml\r\nSet-Cookie: reader
           b"Link: <http://preload.spy.test/x.gif>; rel=preload; as=image\r\n"
           b"Link: <http://connect.spy.test>; rel=preconnect\r\nConnection: close\r\n\r\n"
           b'<svg xmlns="http://www.w3.org/2000/svg"><image href="http://drawn.spy.test/"/></svg>')
+# Where all hosts are: pictures come from public addresses alone (this one is of RFC 5737).
+ELSEWHERE = "203.0.113.1"
 MARKER = "xyzzy-ひみつの言葉"
 
 
@@ -49,12 +51,14 @@ def enter_own_network(work):
     if libc.mount(str(resolver).encode(), target, None, bind, None) != 0:
         raise OSError(ctypes.get_errno(), "the resolver cannot be replaced")
     with socket.socket() as probe:
-        up, set_flags = 1, 0x8914
+        up, set_flags, set_address = 1, 0x8914, 0x8916
         fcntl.ioctl(probe, set_flags, struct.pack("16sh", b"lo", up))
+        address = struct.pack("16sHH4s8x", b"lo:1", socket.AF_INET, 0, socket.inet_aton(ELSEWHERE))
+        fcntl.ioctl(probe, set_address, address)
 
 
 class Listeners:
-    """Whoever is asked for a name, or connected to, says so; every name is this machine's."""
+    """Whoever is asked for a name, or connected to, says so; every name is of the one host elsewhere."""
 
     def __init__(self):
         self.heard = []
@@ -62,7 +66,7 @@ class Listeners:
         self.names.bind(("127.0.0.1", 53))
         threading.Thread(target=self.answer_names, daemon=True).start()
         for port in (21, 80, 81, 443, 445):
-            listener = socket.create_server(("127.0.0.1", port))
+            listener = socket.create_server(("", port))
             threading.Thread(target=self.accept, args=(listener, port), daemon=True).start()
 
     def answer_names(self):
@@ -77,7 +81,8 @@ class Listeners:
             question = query[12:at + 5]
             found = kind == b"\0\1"
             header = query[:2] + b"\x81\x80\0\1" + (b"\0\1" if found else b"\0\0") + b"\0\0\0\0"
-            answer = b"\xc0\x0c\0\1\0\1\0\0\0\x3c\0\4\x7f\0\0\1" if found else b""
+            address = b"\xc0\x0c\0\1\0\1\0\0\0\x3c\0\4" + socket.inet_aton(ELSEWHERE)
+            answer = address if found else b""
             self.names.sendto(header + question + answer, sender)
 
     def accept(self, listener, port):
