@@ -37,7 +37,7 @@ class Server : public QTcpServer {
  private:
   void Serve(QTcpSocket* socket) {
     most = std::max(most, ++open_);
-    connect(socket, &QTcpSocket::disconnected, socket, [this, socket] {
+    connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
       --open_;
       socket->deleteLater();
     });
