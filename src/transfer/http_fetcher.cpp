@@ -4,7 +4,8 @@
 
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
-
+#include <QStringList>
+#include <algorithm>
 #include <atomic>
 #include <map>
 #include <utility>
@@ -175,12 +176,18 @@ class HttpFetcher::Work {
   // A proxy looks up names itself.
   bool MayName(const QUrl& url) const {
     if (limits_.mayReach == nullptr) return true;
-    const QString host = url.host();
+    QString host = url.host();
+    while (host.endsWith(u'.')) host.chop(1);  // of a name that is whole
     const QHostAddress address(host);
     if (!address.isNull()) return limits_.mayReach(address);
-    const bool isThisMachine =
-        host == u"localhost" || host.endsWith(u".localhost") || !host.contains(u'.');
-    return !isThisMachine || limits_.mayReach(QHostAddress(QHostAddress::LocalHost));
+    // Of this machine and its network by RFC 6761, 6762 and 8375, and by what routers give.
+    static const QStringList kNear{QStringLiteral(".localhost"), QStringLiteral(".local"),
+                                   QStringLiteral(".home.arpa"), QStringLiteral(".internal"),
+                                   QStringLiteral(".lan")};
+    const bool isNear = !host.contains(u'.') ||
+                        std::any_of(kNear.begin(), kNear.end(),
+                                    [&host](const QString& end) { return host.endsWith(end); });
+    return !isNear || limits_.mayReach(QHostAddress(QHostAddress::LocalHost));
   }
 
   bool MayFollow(Fetch& fetch, QByteArrayView line) const {

@@ -168,6 +168,17 @@ TEST(HttpFetcherTest, WhatMayNotBeReachedIsNotEvenConnectedTo) {
       if (byProxy) qputenv("http_proxy", proxy.Url().toEncoded(QUrl::RemoveUserInfo));
     }
   }
+  // Names that the proxy would look up in its own network.
+  limits.mayReach = [](const QHostAddress& address) { return !address.isLoopback(); };
+  Server proxy(picture);
+  qputenv("http_proxy", proxy.Url().toEncoded(QUrl::RemoveUserInfo));
+  for (const char* name : {"localhost.", "a.localhost", "printer.local", "router.lan.", "nas",
+                           "x.home.arpa", "meta.internal"}) {
+    EXPECT_EQ(End(QUrl(QStringLiteral("http://%1/x").arg(QLatin1String(name))), limits),
+              FetchEnd::Forbidden)
+        << name;
+  }
+  EXPECT_EQ(proxy.requests.size(), 0);
   qunsetenv("http_proxy");
   EXPECT_EQ(neighbour.requests.size(), 0);
 }
