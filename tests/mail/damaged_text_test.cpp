@@ -8,23 +8,12 @@
 #include "mail/codec/charset.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/mime_codec.h"
-#include "mail/codec/text_encoding.h"
+#include "mail/codes.h"
 
 namespace vorn {
 namespace {
 
 using Family = Charset::Family;
-using Output = MimeCodec::OutputCharset;
-
-struct Code {
-  const char* label;
-  Output output;
-};
-constexpr Code kCodes[] = {{"iso-2022-jp", Output::Jis},
-                           {"euc-jp", Output::Euc},
-                           {"shift_jis", Output::ShiftJis},
-                           {"utf-8", Output::Utf8}};
-
 const QStringList kTexts = {
     QStringLiteral("お世話になっております。田中です。"),
     QStringLiteral("ソフトウェアの更新についてお知らせします。"),

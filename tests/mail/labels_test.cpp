@@ -9,21 +9,10 @@
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/message_index.h"
 #include "mail/codec/mime_codec.h"
-#include "mail/codec/text_encoding.h"
+#include "mail/codes.h"
 
 namespace vorn {
 namespace {
-
-using Output = MimeCodec::OutputCharset;
-
-struct Code {
-  const char* label;
-  Output output;
-};
-constexpr Code kCodes[] = {{"iso-2022-jp", Output::Jis},
-                           {"euc-jp", Output::Euc},
-                           {"shift_jis", Output::ShiftJis},
-                           {"utf-8", Output::Utf8}};
 
 // As windows-1252; null where it lacks a character.
 QByteArray Western(const QString& text) {

@@ -1,5 +1,4 @@
-// A folder's page in use: moving and choosing by keys, acting on messages, pages, links, and mail
-// that means harm.
+// A folder's page in use: moving and choosing by keys, acting on messages, pages.
 
 #include <QAbstractButton>
 #include <QAction>
@@ -242,6 +241,46 @@ TEST_F(FolderPageTest, ARangeBeginsAtItsFirstRowAndGoesOnInAPageThatIsMadeAnew) 
   MadeAnewBy([this] { Browser()->Refresh(); });
   Press(Qt::Key_Up, Qt::ShiftModifier);
   EXPECT_EQ(Chosen(), Ids({4, 5, 6}));
+  // An answer goes to the message that is read, which is the one reached last.
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({1, 2}));
+  Press(Qt::Key_R);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Re: No2."));
+  TopLevel<MessageWindow>()->close();
+}
+
+// Also in an inbox that was empty, and while mail comes in pieces.
+TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
+  Begin(1, 10, true);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitGone("No1."));
+  int stored = 1;
+  const auto come = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      Disk request(QStringLiteral("mail_%1").arg(++stored));
+      request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+      request.Let(QStringLiteral("Timestamp"),
+                  QStringLiteral("2021-01-01 00:%1:00").arg(stored, 2, 10, QChar(u'0')));
+      MailStore(program_->GetContext())
+          .StoreMessage(request, "Subject: No" + QByteArray::number(stored) + ".\r\n\r\n");
+    }
+    MadeAnewBy([this] { program_->Parent()->MessageStored(); });
+  };
+  const auto shows = [this](int number) {
+    return WaitFor([&] { return PageText().contains(QStringLiteral("No%1.").arg(number)); }, 5000);
+  };
+  come(6);
+  come(17);
+  EXPECT_TRUE(shows(24)) << PageText().toStdString();
+  come(9);
+  EXPECT_TRUE(shows(33));
+  FocusPage();
+  Press(Qt::Key_End);
+  come(11);
+  EXPECT_TRUE(shows(33)) << "the page that is read goes away";
 }
 
 TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
@@ -477,164 +516,6 @@ TEST_F(FolderPageTest, UnopenedMessagesAreCountedInTheTree) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"2"; }));
-}
-
-TEST_F(FolderPageTest, WhatHostileMailAsksForDoesNotHappen) {
-  WebSite site;
-  const QByteArray url = site.Url();
-  const QByteArray hostile =
-      "<script>document.title='owned';location='URL/script'</script>"
-      "<img src=URL/img onerror=\"document.title='owned'\">"
-      "<meta http-equiv=refresh content=\"0;url=URL/refresh\">"
-      "<link rel=stylesheet href=URL/style><link rel=prefetch href=URL/prefetch>"
-      "<style>@import url(URL/import);body{background:url(URL/background)}</style>"
-      "<iframe src=URL/frame></iframe><iframe src=file:///etc/passwd></iframe>"
-      "<object data=URL/object></object><embed src=URL/embed><video src=URL/video></video>"
-      "<base href=URL/base/><svg onload=\"document.title='owned'\"></svg>"
-      "<form action=URL/form><input type=submit id=f value=send></form>"
-      "<a id=j href=\"javascript:document.title='owned'\">j</a> "
-      "<a id=l href=file:///etc/passwd>l</a> <a id=w href=URL/link target=_blank>w</a> "
-      "<a id=p href=URL/ping ping=URL/ping2>p</a>"
-      "<a href=preview:%zz>z</a><img name=querySelectorAll><img name=createElement><img "
-      "name=addEventListener>";
-  QByteArray field = hostile;
-  field.replace("URL", url);
-  // In clear, as the documented page has it: everything above becomes part of the page.
-  Begin(1, 100, false, false,
-        "To: =?utf-8?B?" + field.toBase64() + "?= <x@example.jp>\r\nCc: \"" +
-            QByteArray("<img src=URL/cc>").replace("URL", url) + "\" <c@example.jp>\r\n");
-  // The default layout shows subject and sender; this message is hostile in both.
-  {
-    Context& context = program_->GetContext();
-    Disk request(QStringLiteral("mail_hostile"));
-    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    ASSERT_FALSE(MailStore(context)
-                     .StoreMessage(request, "From: =?utf-8?B?" + field.toBase64() +
-                                                "?= <x@example.jp>\r\nSubject: =?utf-8?B?" +
-                                                field.toBase64() + "?=\r\n\r\n" + field + "\r\n")
-                     .isEmpty());
-    program_->Parent()->MessageStored();
-  }
-  ASSERT_TRUE(AwaitScript(QStringLiteral("document.getElementById('p') !== null")))
-      << "the message is on the page";
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "keys still act";
-  for (const char* id : {"f", "j", "l", "w", "p"}) {
-    SCOPED_TRACE(id);
-    const QString place = QStringLiteral(
-        "(() => { const e = document.getElementById('%1'); e.scrollIntoView();"
-        " const r = e.getBoundingClientRect(); return [r.x + r.width / 2, r.y + r.height / 2]; "
-        "})()");
-    const QVariantList at = Script(place.arg(QString::fromLatin1(id))).toList();
-    ASSERT_EQ(at.size(), 2);
-    ClickPage(QPoint(at[0].toInt(), at[1].toInt()));
-    AwaitPainted(*View());
-    EXPECT_NE(View()->title(), QStringLiteral("owned"));
-    EXPECT_EQ(View()->url().scheme(), QStringLiteral("vorn-page"));
-    EXPECT_EQ(Browsers().size(), 1U);
-    EXPECT_TRUE(PageText().contains(QStringLiteral("No1."))) << "the page is still there";
-  }
-  EXPECT_EQ(site.asked, QList<QByteArray>()) << "the network was asked";
-  EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
-}
-
-TEST_F(FolderPageTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
-  Begin(3, 100);
-  auto* edit = program_->Parent()->findChild<QMenu*>(QStringLiteral("menuDisplays"))->actions()[1];
-  InModal<LayoutWindow>([edit] { edit->trigger(); },
-                        [](LayoutWindow& window) {
-                          auto& html = Child<QPlainTextEdit>(window, u"txHtml");
-                          EXPECT_TRUE(html.toPlainText().startsWith(QStringLiteral("<HTML lang")));
-                          html.setPlainText(QStringLiteral("<p>mine</p><+mail>"));
-                          auto& tags = Child<QTableWidget>(window, u"lvTag");
-                          QTextCursor end = html.textCursor();
-                          end.movePosition(QTextCursor::End);
-                          html.setTextCursor(end);
-                          tags.setFocus();
-                          tags.setCurrentCell(15, 0);  // the link that opens
-                          QTest::keyClick(&tags, Qt::Key_Return);
-                          EXPECT_TRUE(html.toPlainText().endsWith(tags.item(15, 1)->text()))
-                              << html.toPlainText().toStdString();
-                          EXPECT_TRUE(window.isVisible()) << "Enter does not press OK as well";
-                          test::TypeText(html, QStringLiteral("[<+SUBJECT>]<+MAIL>"));
-                          // An answer may come as late as with the end of the page. One question
-                          // at a time: many would keep a slow machine from drawing.
-                          const auto text = std::make_shared<QString>();
-                          const auto isAsked = std::make_shared<bool>(false);
-                          EXPECT_TRUE(WaitFor([&] {
-                            auto& page = *Child<QWebEngineView>(window, u"wbPreview").page();
-                            if (!std::exchange(*isAsked, true)) {
-                              page.toPlainText([text, isAsked](const QString& seen) {
-                                *text = seen;
-                                *isAsked = false;
-                              });
-                            }
-                            return text->contains(QStringLiteral("[No3.]"));
-                          })) << text->toStdString();
-                          EXPECT_TRUE(text->contains(QStringLiteral("mine")));
-                          window.cmOk_Click();
-                        });
-  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }))
-      << PageText().toStdString();
-  // The ready-made ones, then the default one again, which leaves nothing stored.
-  for (const int ready : {1, 2, 0}) {
-    InModal<LayoutWindow>([edit] { edit->trigger(); },
-                          [ready](LayoutWindow& window) {
-                            auto& box = Child<QComboBox>(window, u"cbLayout");
-                            EXPECT_EQ(box.currentIndex(), ready == 1 ? 3 : ready == 2 ? 1 : 2);
-                            auto& html = Child<QPlainTextEdit>(window, u"txHtml");
-                            const QString before = html.toPlainText();
-                            box.setFocus();
-                            QTest::keyClick(&box, Qt::Key_Home);
-                            for (int i = 0; i < ready; ++i) QTest::keyClick(&box, Qt::Key_Down);
-                            const QString after = html.toPlainText();
-                            while (html.document()->isUndoAvailable()) html.undo();
-                            EXPECT_EQ(html.toPlainText(), before);
-                            while (html.document()->isRedoAvailable()) html.redo();
-                            EXPECT_EQ(html.toPlainText(), after);
-                            window.cmOk_Click();
-                          });
-    ASSERT_TRUE(WaitFor([&] {
-      const QString text = PageText();
-      return text.contains(ready == 2 ? QStringLiteral("body") : QStringLiteral("件名")) &&
-             !text.contains(QStringLiteral("開く"));
-    }));
-    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
-  }
-  const DiskPtr layouts = program_->GetContext().Objects.Find(fixed_serial::kLayout);
-  ASSERT_NE(layouts, nullptr);
-  EXPECT_FALSE(layouts->Get(fixed_serial::kInbox + QStringLiteral("_html")).isValid());
-}
-
-TEST_F(FolderPageTest, LinksOfAPageAreListed) {
-  Begin(2, 100);
-  auto& button = Child<QWidget>(*Browser(), u"url");
-  const auto list = [&]() -> QMenu* {
-    test::Press(button);
-    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  };
-  QMenu* menu = list();
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 6);
-  EXPECT_EQ(menu->actions()[3]->text(), QStringLiteral("No2."));
-  menu->actions()[3]->trigger();
-  menu->close();
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  EXPECT_EQ(TopLevel<MessageWindow>()->Tag(), QStringLiteral("mail_2"));
-  TopLevel<MessageWindow>()->close();
-  OpenFolder(fixed_serial::kOutbox);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("window.vorn !== undefined")));
-  menu = [&] {
-    test::Press(Child<QWidget>(*Browser(), u"url"));
-    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  }();
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 1);
-  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("nothing.."));
-  EXPECT_FALSE(menu->actions()[0]->isEnabled());
-  menu->close();
 }
 
 }  // namespace

@@ -109,25 +109,31 @@ void BrowserWindow::RunCommand(const QString& command) {
 
 // All chosen messages are read, one is answered.
 void BrowserWindow::OpenChosen(OpenMode mode) {
-  rows_.Chosen([this, mode](const QStringList& chosen) {
-    const bool reads = mode == OpenMode::Show;
-    const QStringList messages = reads ? chosen : chosen.mid(0, 1);
-    // The user may be asked, which must not happen inside the engine's answer.
-    QTimer::singleShot(0, this, [this, mode, reads, messages] {
+  // The user may be asked, which must not happen inside the engine's answer.
+  if (mode != OpenMode::Show) {
+    rows_.Current([this, mode](const QString& message) {
+      if (message.isEmpty()) return;
+      QTimer::singleShot(0, this, [this, mode, message] {
+        host_.OpenMessage(static_cast<int>(mode), message, true);
+      });
+    });
+    return;
+  }
+  rows_.Chosen([this](const QStringList& messages) {
+    QTimer::singleShot(0, this, [this, messages] {
       if (messages.size() > kManyWindows && !AgreesToOpen(messages.size())) return;
       for (const QString& serialId : messages) {
-        host_.OpenMessage(static_cast<int>(mode), serialId, !reads);
+        host_.OpenMessage(static_cast<int>(OpenMode::Show), serialId, false);
       }
     });
   });
 }
 
 void BrowserWindow::MakeRule(bool stops) {
-  rows_.Chosen([this, stops](const QStringList& messages) {
-    if (messages.isEmpty()) return;
-    QTimer::singleShot(0, this, [this, stops, message = messages.first()] {
-      host_.Messages().MakeRule(message, stops);
-    });
+  rows_.Current([this, stops](const QString& message) {
+    if (message.isEmpty()) return;
+    QTimer::singleShot(0, this,
+                       [this, stops, message] { host_.Messages().MakeRule(message, stops); });
   });
 }
 

@@ -14,6 +14,7 @@
 #include <QWebEngineHistory>
 #include <QWebEngineScript>
 #include <QWebEngineView>
+#include <utility>
 
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
@@ -234,6 +235,11 @@ void BrowserWindow::ChooseFirstPage() {
   rows_.StayAtEnd(newest);
 }
 
+// Whether the user looks at what came last and at nothing in particular.
+bool BrowserWindow::IsAtNewest() const {
+  return rows_.StaysAtEnd() && rows_.WasAtEnd() && Search().isEmpty() && !bag_->Flag(kNext);
+}
+
 // Whether there is a page to show. A folder that is not available leaves "url" as it was.
 bool BrowserWindow::CreatePage() {
   if (!ownPage_.isEmpty()) {
@@ -270,6 +276,13 @@ bool BrowserWindow::CreatePage() {
   const bool isChosen = bag_->Number(kPage, 1) != kFirstShown;
   QByteArray page = isChosen ? make() : QByteArray();
   if (brief.IsReached() || !isChosen) return AskElsewhere(anew), false;
+  // What has come begins a further page.
+  if (next && std::exchange(follows_, false)) {
+    ChooseFirstPage();
+    ShowPageCount();
+    if (bag_->Number(kPage) == kFirstShown) return AskElsewhere(anew), false;
+    page = make();
+  }
   // The last page may have lost all its messages.
   const int last = next || bag_->Number(kPage, 1) <= 1
                        ? 0
@@ -386,7 +399,11 @@ void BrowserWindow::SeekClicked() {
 
 void BrowserWindow::Refresh() {
   if (IsLocal()) {
-    rows_.Keep([this] { LoadDefaultProperty(nullptr, true); });
+    rows_.Keep([this] {
+      follows_ = IsAtNewest();
+      LoadDefaultProperty(nullptr, true);
+      follows_ = false;
+    });
   } else {
     wbUrl_->reload();
   }

@@ -115,6 +115,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void OpenMessage(const LinkCommand& command);
   void RowTold(const QString& what, const QString& serialId);
   void ChooseFirstPage();
+  bool IsAtNewest() const;
   bool CreatePage();
   void AskElsewhere(const std::function<void()>& then);
   void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
@@ -161,7 +162,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
-  int attempts_ = 0;  // to load a page that the engine gave up
+  bool follows_ = false;  // the newest page, as it is made anew
+  int attempts_ = 0;      // to load a page that the engine gave up
   bool closing_ = false;
   QTimer explore_;
   QTimer checkRows_;

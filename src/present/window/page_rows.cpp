@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTimer>
 #include <QUrl>
 #include <QWebEnginePage>
@@ -107,6 +108,11 @@ void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
       [then](const QVariant& answer) { then(answer.toStringList()); });
 }
 
+void PageRows::Current(const std::function<void(const QString&)>& then) {
+  Run(QStringLiteral("vorn.current()"),
+      [then](const QVariant& answer) { then(answer.toString()); });
+}
+
 void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
   Run(QStringLiteral("vorn.links()"), [then](const QVariant& answer) {
     QList<Link> links;
@@ -119,7 +125,13 @@ void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
 }
 
 void PageRows::BeginAtEnd(bool atEnd) {
-  kept_ = atEnd ? QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9})") : QString();
+  kept_ = atEnd ? QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})") : QString();
+}
+
+bool PageRows::WasAtEnd() const {
+  if (kept_.isEmpty()) return count_ == 0;
+  const QJsonObject state = QJsonDocument::fromJson(kept_.toUtf8()).object();
+  return state[u"end"].toBool() && state[u"next"].toArray().isEmpty();
 }
 
 void PageRows::Keep(const std::function<void()>& then) {

@@ -42,6 +42,9 @@ class PageRows : public QObject {
   void Leave();
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
+  /// Gives the identifier of the current message, whichever others are chosen; none when the page
+  /// goes.
+  void Current(const std::function<void(const QString&)>& then);
 
   /// A link of the page.
   struct Link {
@@ -59,6 +62,9 @@ class PageRows : public QObject {
   /// is what the user looks at.
   void StayAtEnd(bool stays) { staysAtEnd_ = stays; }
   bool StaysAtEnd() const { return staysAtEnd_; }
+  /// Whether the page whose place was kept is at its end, and no row of it is current. One without
+  /// rows is.
+  bool WasAtEnd() const;
 
  private:
   void SetCount(int count);

@@ -120,6 +120,8 @@ inline constexpr char kPageScript[] = R"js(
     // The chosen messages, or else the current one, in the page's order.
     chosen: () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                   : current < 0 ? [] : [rows[current].id],
+    // The message that is read, though others may be chosen besides.
+    current: () => current < 0 ? [...chosen][0] || '' : rows[current].id,
     links: () => all('a[href], area[href]').map(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.
