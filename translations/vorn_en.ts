@@ -3819,5 +3819,21 @@ Remove the password?</translation>
         <source>このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動してください。ファイルは何も変えていません。</source>
         <translation>Another program is using this data folder, so the list is not made anew. End that program, or start as the same user (with the same home folder). No file has been changed.</translation>
     </message>
+    <message>
+        <source>新しいフォルダの名前を入力してください。</source>
+        <translation>Please enter the name of the new folder.</translation>
+    </message>
+    <message>
+        <source>新しいフォルダ(&amp;N)..</source>
+        <translation>&amp;New Folder..</translation>
+    </message>
+    <message>
+        <source>新しいフォルダ</source>
+        <translation>New Folder</translation>
+    </message>
+    <message>
+        <source>元に戻しました: %1</source>
+        <translation>Taken back: %1</translation>
+    </message>
 </context>
 </TS>

@@ -396,7 +396,10 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
       [&] { answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, {}); },
       [](ConsoleWindow& window) {
         window.activateWindow();
-        Child<QTreeWidget>(window, u"TreeView1").setFocus();
+        auto& tree = Child<QTreeWidget>(window, u"TreeView1");
+        tree.setFocus();
+        EXPECT_TRUE(test::WaitFor([&] { return tree.hasFocus() && tree.currentItem() == nullptr; }))
+            << "it would look chosen";
         QTest::keyClick(&window, Qt::Key_Return);
       }));
   EXPECT_EQ(answer, QString());

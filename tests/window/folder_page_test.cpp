@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPrintDialog>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableWidget>
 #include <QToolBar>
@@ -18,6 +19,7 @@
 #include "auxiliary/window/console_window.h"
 #include "mail/message_filing.h"
 #include "mail/window/message_window.h"
+#include "objects/object_loader.h"
 #include "objects/standard_objects.h"
 #include "present/window/layout_window.h"
 #include "storage/databases.h"
@@ -232,7 +234,6 @@ TEST_F(FolderPageTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
   }));
 }
 
-// Messages are thrown away and filed by it.
 TEST_F(FolderPageTest, ARangeBeginsAtItsFirstRowAndGoesOnInAPageThatIsMadeAnew) {
   Begin(6, 100);
   Press(Qt::Key_Up, Qt::ShiftModifier);
@@ -281,6 +282,20 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   Press(Qt::Key_End);
   come(11);
   EXPECT_TRUE(shows(33)) << "the page that is read goes away";
+}
+
+// Answers the next window that asks for a text, which follows another one at once.
+void AnswerText(const QString& text) {
+  auto* watch = new QTimer(qApp);
+  QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
+    auto* asks = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget());
+    if (asks == nullptr || !Child<QLineEdit>(*asks, u"Text1").isVisible()) return;
+    watch->stop();
+    watch->deleteLater();
+    Child<QLineEdit>(*asks, u"Text1").setText(text);
+    asks->cmOk_Click();
+  });
+  watch->start(20);
 }
 
 TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
@@ -333,6 +348,24 @@ TEST_F(FolderPageTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_TRUE(dusted(Ids({1, 4})));
   MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
   EXPECT_TRUE(dusted({})) << "with the others that are chosen";
+  // Into a folder that is made for them.
+  OpenFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  FocusPage();
+  Press(Qt::Key_Down);
+  InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                         [](ConsoleWindow& window) {
+                           AnswerText(QStringLiteral(" 済み "));
+                           test::Press(Child<QPushButton>(window, u"cmAnother"));
+                         });
+  const auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  ASSERT_TRUE(WaitFor(
+      [tree] { return !tree->findItems(QStringLiteral("済み"), Qt::MatchRecursive).isEmpty(); }));
+  const DiskPtr made =
+      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("済み"));
+  ASSERT_NE(made, nullptr);
+  OpenFolder(made->SerialID());
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
 }
 
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {

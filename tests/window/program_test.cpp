@@ -163,6 +163,9 @@ TEST_F(ProgramTest, ANewMessageAsksBeforeItIsLost) {
   EXPECT_EQ(NextMessageBox(close, Qt::Key_Escape),
             QStringLiteral("このメッセージを保存します。よろしいですか？"));
   EXPECT_TRUE(message->isVisible());
+  // Also when all of the program was to end, by mistake.
+  NextMessageBox([this] { program_->Parent()->close(); }, Qt::Key_Escape);
+  EXPECT_TRUE(message->isVisible() && program_->Parent()->isVisible());
   InModal<QMessageBox>(close, [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
 }
@@ -424,6 +427,12 @@ TEST_F(ProgramTest, FoldersOpenFromTheTreeAndAreReused) {
   // The tree says what the commands act on.
   parent->findChild<QMdiArea*>()->activateNextSubWindow();
   EXPECT_TRUE(WaitFor([tree] { return tree->currentItem()->text(0) == u"送信"; }));
+  // Its keys close the page that it shows.
+  parent->activateWindow();
+  tree->setFocus();
+  ASSERT_TRUE(WaitFor([tree] { return tree->hasFocus(); }));
+  QTest::keyClick(tree, Qt::Key_W, Qt::ControlModifier);
+  EXPECT_TRUE(WaitFor([parent] { return parent->findChildren<BrowserWindow*>().size() == 1; }));
 }
 
 TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {

@@ -181,8 +181,18 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
     return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).value_or(QString());
   };
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
+  // And one thrown away besides; both are taken back, the last one first.
+  MadeAnewBy([this] { Drop(QStringLiteral("mail_2"), fixed_serial::kDust); });
+  EXPECT_TRUE(AwaitGone("No2."));
+  MadeAnewBy([&undo] { test::Press(undo); });
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
+  EXPECT_TRUE(Child<QLabel>(*program_->Parent(), u"lbDone")
+                  .text()
+                  .contains(QStringLiteral("くずかごに入れました")));
+  EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   test::Press(undo);
   EXPECT_EQ(isFiled(), QString());
+  EXPECT_FALSE(undo.isVisible());
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 
 #include <QDialogButtonBox>
 #include <QHash>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -65,6 +65,9 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
   buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
+  another_ = buttons->addButton(QString(), QDialogButtonBox::ActionRole);
+  another_->setObjectName(QStringLiteral("cmAnother"));
+  connect(another_, &QPushButton::clicked, this, [this] { End(kAnotherWanted); });
   connect(buttons, &QDialogButtonBox::accepted, this, &ConsoleWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &ConsoleWindow::reject);
 
@@ -77,15 +80,15 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   layout->addWidget(buttons);
 }
 
-// The first key that moves chooses where the keyboard is, which may be the only place.
+// The toolkit gives a tree that gets the keyboard a current entry, which looks chosen and is not.
+// Without one the first key that moves chooses the first.
 bool ConsoleWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != tree_ || event->type() != QEvent::KeyPress) return false;
-  static const QList<int> moves = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
-  QTreeWidgetItem* here = tree_->currentItem();
-  const bool chooses = here != nullptr && tree_->selectedItems().isEmpty() &&
-                       moves.contains(static_cast<QKeyEvent*>(event)->key());
-  if (chooses) here->setSelected(true);
-  return chooses;
+  if (watched == tree_ && event->type() == QEvent::FocusIn && tree_->selectedItems().isEmpty()) {
+    QTimer::singleShot(0, tree_, [this] {
+      if (tree_->selectedItems().isEmpty()) tree_->setCurrentItem(nullptr);
+    });
+  }
+  return false;
 }
 
 void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
@@ -97,6 +100,8 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
   sliderFrame_->setVisible(mode_ == u"slider");
   tree_->setVisible(mode_ == u"treeview");
   list_->setVisible(mode_ == u"listview");
+  another_->setText(request->Text(u"Another"));
+  another_->setVisible(!another_->text().isEmpty());
   const QString initial = request->Text(u"Default");
   if (mode_ == u"text") {
     const QString mask = request->Text(u"PasswordChar");
@@ -184,6 +189,10 @@ void ConsoleWindow::cmOk_Click() {
         Ui::tr("フォルダの選択") + QStringLiteral(" - ") + Ui::tr("フォルダを選択してください。"));
     if (!folder.isEmpty()) answer = QString(answer.toString() + kLineBreak + folder);
   }
+  End(answer);
+}
+
+void ConsoleWindow::End(const QVariant& answer) {
   context_.Session->Let(kStatus, answer);
   context_.Session->Let(kCancel, false);
   accept();
@@ -233,8 +242,9 @@ QString InputSlider(Context& context, QWidget* parent, const QString& title, con
 }
 
 QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& draw, const QString& key) {
-  return Ask(context, parent, u"treeview", title, caption, {{u"draw", draw}, {u"Default", key}});
+                  const QString& draw, const QString& key, const QString& another) {
+  return Ask(context, parent, u"treeview", title, caption,
+             {{u"draw", draw}, {u"Default", key}, {u"Another", another}});
 }
 
 QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,

@@ -7,6 +7,7 @@
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QPushButton;
 class QSlider;
 class QTreeWidget;
 
@@ -33,6 +34,7 @@ class ConsoleWindow : public QDialog {
   void FillTree(const QString& draw, const QString& key);
   void FillList(const QString& entries, const QString& chosen);
   QVariant Answer() const;
+  void End(const QVariant& answer);
 
   Context& context_;
   DiskPtr request_;
@@ -43,6 +45,7 @@ class ConsoleWindow : public QDialog {
   QSlider* slider_;
   QTreeWidget* tree_;
   QListWidget* list_;
+  QPushButton* another_;
 };
 
 // Each asks modally and returns the answer; an empty text means cancelled or nothing chosen.
@@ -54,9 +57,11 @@ QString InputPassword(Context& context, QWidget* parent, const QString& title,
                       const QString& caption, bool takesKeys);
 QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
                     qint32 position, qint32 step, qint32 minimum, qint32 maximum);
-/// `draw` filters the objects of the tree (see `SelectObjects`).
+/// `draw` filters the objects of the tree (see `SelectObjects`). With a text for it there is a
+/// button that asks for an object not yet in the tree, for which the answer is `kAnotherWanted`.
+inline const QString kAnotherWanted = QStringLiteral("+");
 QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& draw, const QString& key = {});
+                  const QString& draw, const QString& key = {}, const QString& another = {});
 /// `entries` are lines of first field, "@", text, and optionally "@" and an icon key; the answer
 /// holds the first fields. With `folder` the user also picks a folder of the file system, which
 /// follows the answer on a line of its own.

@@ -5,6 +5,7 @@
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_filing.h"
+#include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
@@ -42,20 +43,40 @@ void MessageActions::Drop(const QStringList& messages, const QString& folder, co
   }
 }
 
-void MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
+QString MessageActions::AskFolder() {
   const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
-  if (folders->IsEmpty()) {
-    ShowBox(&window_, QMessageBox::Information, NoFolderWords());
-    return;
-  }
+  const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
+  if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
   // Enter takes the folder of last time, or the only one.
   const QString likely = folders->Count() == 1 ? folders->First()->SerialID() : lastFolder_;
   const QString into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                                  Ui::tr("メッセージを入れるフォルダを選択してください。"),
-                                 QStringLiteral("static"), likely);
+                                 QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
+  if (into == kAnotherWanted) return MakeFolder(ask);
   if (into.isEmpty() && !context_.Session->Flag(u"cancel")) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
+  return into;
+}
+
+QString MessageActions::MakeFolder(const QString& caption) {
+  QString name;
+  while (true) {
+    name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name).trimmed();
+    if (name.isEmpty()) return {};
+    QString error;
+    const QString made = MakeManualFolder(context_, name, &error);
+    if (made.isEmpty()) {
+      ShowBox(&window_, QMessageBox::Critical, error);
+      continue;
+    }
+    if (folderMade_) folderMade_(made);
+    return made;
+  }
+}
+
+void MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
+  const QString into = AskFolder();
   if (into.isEmpty() || !IsFilledByHand(into)) return;
   lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();

@@ -23,6 +23,9 @@ class MessageActions {
   using Undoable = std::function<void(const QString& done, std::function<void()> undo)>;
   void OnDone(Undoable told) { told_ = std::move(told); }
 
+  /// Gets the serial identifier of a folder that the user made on the way.
+  void OnFolderMade(std::function<void(const QString&)> told) { folderMade_ = std::move(told); }
+
   /// On messages that are shown in `folder`.
   void Act(MessageAction action, const QStringList& messages, const QString& folder);
   /// Messages of the page of `from` were dropped on a folder of the tree.
@@ -32,6 +35,8 @@ class MessageActions {
 
  private:
   void ChooseFolder(const QStringList& messages, const QString& folder);
+  QString AskFolder();
+  QString MakeFolder(const QString& caption);
   void File(const QStringList& messages, const QString& into, const QString& from);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
@@ -45,6 +50,7 @@ class MessageActions {
   QWidget& window_;
   MessageHost& host_;
   Undoable told_;
+  std::function<void(const QString&)> folderMade_;
   QString lastFolder_;  // into which messages were filed
 };
 

@@ -7,6 +7,7 @@
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QTextDocument>
 #include <QToolBar>
 #include <QUrl>
@@ -59,6 +60,8 @@ void ParentWindow::BuildMenus() {
   // Windows in the area have this key themselves.
   window->addAction(Ui::tr("ウィンドウを閉じる(&L)") + QStringLiteral("\tCtrl+W"), area_,
                     &QMdiArea::closeActiveSubWindow);
+  new QShortcut(QKeySequence::Close, tvConsole_, area_, &QMdiArea::closeActiveSubWindow,
+                Qt::WidgetShortcut);
   window->addSeparator();
   window->addAction(Ui::tr("ツリーに移動(&F)"), tvConsole_, [this] { tvConsole_->setFocus(); })
       ->setShortcut(QKeySequence(Qt::Key_F6));

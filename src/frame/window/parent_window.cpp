@@ -102,6 +102,7 @@ ParentWindow::ParentWindow(Context& context)
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });
+  actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });

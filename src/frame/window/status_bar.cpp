@@ -13,7 +13,8 @@ namespace vorn {
 namespace {
 
 constexpr int kPanelWidth = 220;
-constexpr int kOfferMs = 20000;
+constexpr int kOfferMs = 60000;
+constexpr size_t kMostSteps = 20;
 constexpr int kResultMs = 10000;
 constexpr int kSameCheckMs = 20000;
 
@@ -25,7 +26,8 @@ MainStatusBar::MainStatusBar(QWidget* parent)
       text_(PlainLabel()),
       cancel_(new QToolButton),
       offer_(new QWidget),
-      done_(PlainLabel()) {
+      done_(PlainLabel()),
+      takeBack_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(Ui::tr("中止"));
@@ -48,34 +50,46 @@ MainStatusBar::MainStatusBar(QWidget* parent)
 
 void MainStatusBar::BuildOffer() {
   done_->setObjectName(QStringLiteral("lbDone"));
-  auto* undo = new QToolButton;
-  undo->setObjectName(QStringLiteral("cmUndo"));
-  undo->setText(Ui::tr("元に戻す"));
-  undo->setShortcut(QKeySequence::Undo);
-  undo->setToolTip(Ui::tr("いまの操作を元に戻します（Ctrl+Z）。"));
-  undo->setAutoRaise(true);
-  connect(undo, &QToolButton::clicked, this, [this] {
-    const auto run = std::exchange(undo_, {});
-    offer_->hide();
-    if (run) run();
-  });
+  takeBack_->setObjectName(QStringLiteral("cmUndo"));
+  takeBack_->setText(Ui::tr("元に戻す"));
+  takeBack_->setShortcut(QKeySequence::Undo);
+  takeBack_->setToolTip(Ui::tr("いまの操作を元に戻します（Ctrl+Z）。"));
+  takeBack_->setAutoRaise(true);
+  connect(takeBack_, &QToolButton::clicked, this, &MainStatusBar::TakeBack);
   auto* layout = new QHBoxLayout(offer_);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(done_);
-  layout->addWidget(undo);
+  layout->addWidget(takeBack_);
   layout->addStretch();
   addWidget(offer_, 1);
   offer_->hide();
   offered_.setSingleShot(true);
-  connect(&offered_, &QTimer::timeout, offer_, &QWidget::hide);
+  connect(&offered_, &QTimer::timeout, offer_, [this] {
+    steps_.clear();
+    offer_->hide();
+  });
+}
+
+void MainStatusBar::ShowOffer(const QString& sentence) {
+  clearMessage();  // it would stand before the offer
+  done_->setText(ShownText(sentence, kMostInTitle));
+  takeBack_->setVisible(!steps_.empty());
+  offer_->show();
+  offered_.start(kOfferMs);
 }
 
 void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {
-  undo_ = std::move(undo);
-  clearMessage();  // it would stand before the offer
-  done_->setText(ShownText(done, kMostInTitle));
-  offer_->show();
-  offered_.start(kOfferMs);
+  if (steps_.size() == kMostSteps) steps_.erase(steps_.begin());
+  steps_.push_back({done, std::move(undo)});
+  ShowOffer(done);
+}
+
+void MainStatusBar::TakeBack() {
+  if (steps_.empty()) return;
+  const Step step = std::move(steps_.back());
+  steps_.pop_back();
+  ShowOffer(Ui::tr("元に戻しました: %1").arg(step.done));
+  step.undo();
 }
 
 void MainStatusBar::Tell(const QString& sentence, bool isFailure) {

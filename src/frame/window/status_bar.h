@@ -4,6 +4,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <functional>
+#include <vector>
 
 #include "transfer/transfer_events.h"
 
@@ -24,14 +25,22 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said.
   void Tell(const QString& sentence, bool isFailure);
-  /// Says for a while what was done, with a button (Ctrl+Z) that takes it back.
+  /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done
+  /// before it.
   void OfferUndo(const QString& done, std::function<void()> undo);
 
  Q_SIGNALS:
   void CancelClicked();
 
  private:
+  struct Step {
+    QString done;
+    std::function<void()> undo;
+  };
+
   void BuildOffer();
+  void ShowOffer(const QString& sentence);
+  void TakeBack();
 
   QStringList results_;
   QStringList failures_;
@@ -42,7 +51,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   QToolButton* cancel_;
   QWidget* offer_;
   QLabel* done_;
-  std::function<void()> undo_;
+  QToolButton* takeBack_;
+  std::vector<Step> steps_;  // the last one first to be taken back
   QTimer offered_;
 };
 

@@ -359,7 +359,13 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu;
   const bool any = currentRow() >= 0;
   menu.addAction(Ui::tr("開く(&O)"), this, &AttachmentList::OpenCurrent)->setEnabled(any);
-  menu.addAction(Ui::tr("保存(&S).."), this, &AttachmentList::SaveByDialog)->setEnabled(any);
+  const QList<QListWidgetItem*> meant = selectedItems();
+  menu.addAction(Ui::tr("保存(&S).."), this,
+                 [this, meant] {
+                   if (meant.size() != 1) return SaveByDialog();
+                   SaveOne(attachments_[static_cast<size_t>(row(meant.first()))]);
+                 })
+      ->setEnabled(any);
   if (HasArchive()) {
     menu.addAction(Ui::tr("中のファイルを取り出す(&X).."), this, &AttachmentList::UnpackCurrent);
   }

@@ -252,13 +252,16 @@ QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) con
 }
 
 bool MessageWindow::AskToSave(bool* cancelled) {
+  // Who ends the program by mistake may want to stay.
+  const bool mayStay =
+      !host_.IsClosing() || (Settings(context_)->Flag(u"Careful") && !qApp->isSavingSession());
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
-  if (!host_.IsClosing()) buttons |= QMessageBox::Cancel;
+  if (mayStay) buttons |= QMessageBox::Cancel;
   const auto answer =
       ShowBox(this, QMessageBox::Question, Ui::tr("このメッセージを保存します。よろしいですか？"),
               buttons, QMessageBox::Yes,
               // Without "Cancel" Escape keeps what was written, rather than the contrary.
-              host_.IsClosing() ? QMessageBox::Yes : QMessageBox::NoButton);
+              mayStay ? QMessageBox::NoButton : QMessageBox::Yes);
   *cancelled = answer == QMessageBox::Cancel;
   return answer == QMessageBox::Yes;
 }

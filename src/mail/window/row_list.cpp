@@ -86,6 +86,9 @@ bool RowList::focusNextPrevChild(bool next) {
 }
 
 void RowList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  // Escape brings back what stood in the row; what was typed into an empty one would be lost.
+  const bool isNew = currentItem() != nullptr && currentItem()->text().isEmpty();
+  if (hint == QAbstractItemDelegate::RevertModelCache && isNew) commitData(editor);
   const int last = rowCount() - 1;
   const bool wasEmpty = RowText(currentRow()).trimmed().isEmpty();
   QTableWidget::closeEditor(editor, QAbstractItemDelegate::NoHint);

@@ -218,7 +218,7 @@ void BrowserWindow::ControlToolbarUpdate() {
   if (!txPage_->hasFocus() || !txPage_->isModified()) {
     txPage_->setText(QString::number(bag_->Number(kPage, 1)));
   }
-  txSearch_->setVisible(IsLocal());
+  txSearch_->setVisible(IsLocal() && ownPage_.isEmpty());
   split_->Arrange(IsLocal() && !IsForPrinting() && !bag_->Text(kUrl).isEmpty());
   tbLocation_->setToolButtonStyle(iconsOnly ? Qt::ToolButtonIconOnly
                                             : Qt::ToolButtonTextBesideIcon);
