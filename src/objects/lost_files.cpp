@@ -16,6 +16,7 @@
 #include "storage/file_replace.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/sole_use.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -88,6 +89,36 @@ bool IsAnother(const QString& path, const QString& mark) {
   return !mark.isEmpty() && !there.isEmpty() && there != mark;
 }
 
+// Whether the file itself, as it was before the password changed.
+bool IsUnderOtherKey(Context& context, const FileNote& note, const QString& password) {
+  const QString path = PlatformPath(context, note.path);
+  return !note.mark.isEmpty() && FileMark(path) == note.mark &&
+         !context.Data.TestPassword(path, password) &&
+         context.Data.LastError().kind == StorageError::Kind::WrongPassword;
+}
+
+const QString kLog = QStringLiteral("-wal");
+
+void RemoveDatabase(const QString& path) {
+  for (const QString& part : {QString(), kLog, QStringLiteral("-shm")}) QFile::remove(path + part);
+}
+
+// A database with its log. What another program writes to meanwhile would not be whole.
+bool CopyDatabase(Context& context, const QString& from, const QString& to) {
+  context.Data.CloseFile(from);
+  const SoleUse alone(from);
+  if (!alone.IsTaken()) {
+    return Fail(context, StorageError::Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(from)));
+  }
+  RemoveDatabase(to);
+  const auto copy = [&](const QString& part) {
+    return QFile::copy(from + part, to + part) && MakePrivate(to + part) && SyncFile(to + part);
+  };
+  if (copy({}) && (!QFile::exists(from + kLog) || copy(kLog))) return true;
+  RemoveDatabase(to);
+  return Fail(context, StorageError::Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
+}
+
 // What stands in the place of a lost file is kept under another name, with its log.
 bool MakeRoom(const QString& path) {
   if (!QFileInfo::exists(path)) return true;
@@ -97,8 +128,7 @@ bool MakeRoom(const QString& path) {
     aside = path + QStringLiteral(".other%1").arg(number);
   }
   QFile::remove(path + QStringLiteral("-shm"));
-  const QString log = QStringLiteral("-wal");
-  return (!QFileInfo::exists(path + log) || QFile::rename(path + log, aside + log)) &&
+  return (!QFileInfo::exists(path + kLog) || QFile::rename(path + kLog, aside + kLog)) &&
          QFile::rename(path, aside);
 }
 
@@ -187,13 +217,28 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   return lost;
 }
 
+QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password) {
+  QList<LostFile> lost = LostFiles(context, profile);
+  const QStringList used = StoredPaths(profile);
+  for (const FileNote& note : FileNotes(profile)) {
+    if (!used.contains(note.path) || !IsUnderOtherKey(context, note, password)) continue;
+    const QString path = PlatformPath(context, note.path);
+    lost.append({path, note, {path}});
+  }
+  return lost;
+}
+
 QString LostFilesText(const QList<LostFile>& lost) {
   QStringList lines;
   for (const LostFile& file : lost) {
     const QString held =
         file.note.messages < 0 ? QString() : Ui::tr("（メッセージ%1通）").arg(file.note.messages);
     QString sentence = Ui::tr("ファイル「%1」%2がありません。");
-    if (HasContent(file.path)) {
+    if (file.found.contains(file.path)) {
+      sentence = Ui::tr(
+          "ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今の"
+          "パスワードに合わせた複製に替わり、このファイルは別の名前で残ります。");
+    } else if (HasContent(file.path)) {
       sentence = Ui::tr(
           "ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。");
     } else if (QFileInfo::exists(file.path)) {
@@ -201,7 +246,7 @@ QString LostFilesText(const QList<LostFile>& lost) {
     }
     lines.append(sentence.arg(QDir::toNativeSeparators(file.path), held));
     for (const QString& found : file.found) {
-      lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
+      if (found != file.path) lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
     }
   }
   if (lost.isEmpty()) return {};
@@ -225,31 +270,28 @@ bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
     return Fail(context, Kind::Foreign,
                 Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
   }
+  const QString ready =
+      lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
+  if (!CopyDatabase(context, file, ready)) return false;
   const std::optional<QString> opening =
-      OpeningPassword(context, file, QStringList{password} + former + CodesBeside(file), isMail);
-  if (!opening) return false;
-  if (QFile::exists(file + QStringLiteral("-wal"))) {
-    return Fail(context, Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(file)));
-  }
-  QString ready = file;
-  const bool isUnderOther = *opening != password;
-  if (isUnderOther || QFileInfo(file).absolutePath() != QFileInfo(lost.path).absolutePath()) {
-    ready = lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
-    QFile::remove(ready);
-    if (!QFile::copy(file, ready) || !MakePrivate(ready) || !SyncFile(ready)) {
-      QFile::remove(ready);
-      return Fail(context, Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
-    }
+      OpeningPassword(context, ready, QStringList{password} + former + CodesBeside(file), isMail);
+  StorageError reason = context.Data.LastError();
+  reason.text.replace(Name(ready), Name(file));
+  bool isReady = opening.has_value();
+  if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
-    if (isUnderOther && change.Run(*opening, password) != PasswordChange::Outcome::Changed) {
-      QFile::remove(ready);
-      return context.Data.FailWith(change.Error());
-    }
+    isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
+    reason = change.Error();
     context.Data.CloseFile(ready);
   }
   context.Data.CloseFile(lost.path);
-  return (MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done) ||
-         Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
+  const bool isPlaced =
+      isReady && MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done;
+  if (isPlaced) return true;
+  RemoveDatabase(ready);
+  return isReady
+             ? Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)))
+             : context.Data.FailWith(reason);
 }
 
 bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
