@@ -98,11 +98,6 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
   if (context.Data.TestPassword(path, password)) return true;
   const StorageError reason = context.Data.LastError();
   if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
-    const QList<LostFile> lost = LostFiles(context, profile, password);
-    if (std::any_of(lost.begin(), lost.end(),
-                    [&path](const LostFile& file) { return file.path == path; })) {
-      return true;
-    }
     return context.Data.FailWith(
         {StorageError::Kind::Damaged, Ui::tr("「%1」: ファイルの先頭が壊れています。パスワードは"
                                              "正しく、メッセージのファイルは開けます。")
@@ -161,7 +156,7 @@ LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& t
     return LoginCheck::Refused;
   }
   RestoreProfile(context, *profile, password);
-  const QList<LostFile> lost = LostFiles(context, *profile, password);
+  const QList<LostFile> lost = LostFiles(context, *profile);
   if (lost.isEmpty()) return LoginCheck::Opens;
   context.Data.FailWith({StorageError::Kind::NotFound, LostFilesText(lost)});
   return LoginCheck::FilesLost;
@@ -184,7 +179,7 @@ bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& t
   if (!SettlePassword(context, *profile, typed, &password)) return false;
   const QStringList former =
       choice.reconnect.isEmpty() ? QStringList() : FormerPasswords(context, *profile, password);
-  for (const LostFile& lost : LostFiles(context, *profile, password)) {
+  for (const LostFile& lost : LostFiles(context, *profile)) {
     bool resolved = false;
     for (const QString& file : choice.reconnect) {
       resolved = resolved || ReconnectFile(context, lost, file, password, former);

@@ -89,14 +89,6 @@ bool IsAnother(const QString& path, const QString& mark) {
   return !mark.isEmpty() && !there.isEmpty() && there != mark;
 }
 
-// Whether the file itself, as it was before the password changed.
-bool IsUnderOtherKey(Context& context, const FileNote& note, const QString& password) {
-  const QString path = PlatformPath(context, note.path);
-  return !note.mark.isEmpty() && FileMark(path) == note.mark &&
-         !context.Data.TestPassword(path, password) &&
-         context.Data.LastError().kind == StorageError::Kind::WrongPassword;
-}
-
 const QString kLog = QStringLiteral("-wal");
 
 void RemoveDatabase(const QString& path) {
@@ -217,28 +209,13 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   return lost;
 }
 
-QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password) {
-  QList<LostFile> lost = LostFiles(context, profile);
-  const QStringList used = StoredPaths(profile);
-  for (const FileNote& note : FileNotes(profile)) {
-    if (!used.contains(note.path) || !IsUnderOtherKey(context, note, password)) continue;
-    const QString path = PlatformPath(context, note.path);
-    lost.append({path, note, {path}});
-  }
-  return lost;
-}
-
 QString LostFilesText(const QList<LostFile>& lost) {
   QStringList lines;
   for (const LostFile& file : lost) {
     const QString held =
         file.note.messages < 0 ? QString() : Ui::tr("（メッセージ%1通）").arg(file.note.messages);
     QString sentence = Ui::tr("ファイル「%1」%2がありません。");
-    if (file.found.contains(file.path)) {
-      sentence = Ui::tr(
-          "ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今の"
-          "パスワードに合わせた複製に替わり、このファイルは別の名前で残ります。");
-    } else if (HasContent(file.path)) {
+    if (HasContent(file.path)) {
       sentence = Ui::tr(
           "ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。");
     } else if (QFileInfo::exists(file.path)) {
@@ -246,7 +223,7 @@ QString LostFilesText(const QList<LostFile>& lost) {
     }
     lines.append(sentence.arg(QDir::toNativeSeparators(file.path), held));
     for (const QString& found : file.found) {
-      if (found != file.path) lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
+      lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
     }
   }
   if (lost.isEmpty()) return {};

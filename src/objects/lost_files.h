@@ -24,9 +24,6 @@ bool NoteFiles(Context& context);
 
 /// What of a profile is lost. A profile that never had a file does not miss it.
 QList<LostFile> LostFiles(const Context& context, const Disk& profile);
-/// The same, and the files of which older copies stand there, from before the password changed:
-/// `password` opens others of the profile, but not them.
-QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password);
 
 /// The loss as sentences for the user: what is missing, how many messages it held, and what lies in
 /// the folder.

@@ -189,20 +189,6 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
     EXPECT_TRUE(Opens(files_[0], typed) && Opens(files_[1], typed));
     EXPECT_EQ(ReadFile(copyOf(files_[1])), mail);
   }
-  // A copy of then that is put in the place of the file is told of, and taken as it is.
-  ASSERT_TRUE(QFile::remove(files_[1]) && QFile::copy(copyOf(files_[1]), files_[1]));
-  for (const bool reconnects : {false, true}) {
-    Context next;
-    ASSERT_TRUE(StartUp(next, profile_.Folder(), &error_));
-    LostFileChoice choice;
-    if (reconnects) choice.reconnect.append(files_[1]);
-    EXPECT_EQ(LogIn(next, {}, typed, &error_, choice), reconnects) << qPrintable(error_);
-    EXPECT_EQ(error_.contains(QStringLiteral("古い複製")), !reconnects) << qPrintable(error_);
-    next.Data.CloseAll();
-    error_.clear();
-  }
-  EXPECT_TRUE(Opens(files_[1], typed));
-  EXPECT_EQ(ReadFile(files_[1] + QStringLiteral(".other1")), mail);
 }
 
 TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {

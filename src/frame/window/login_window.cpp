@@ -17,7 +17,6 @@
 #include "kit/window/plain_text.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
 
@@ -117,8 +116,7 @@ bool LoginWindow::ConfirmFirst(const Disk& profile, const QString& password) {
 
 // What becomes of the files that are missing is for the user alone to say.
 bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& password) {
-  const QList<LostFile> lost =
-      LostFiles(context_, *profile, PasswordFor(context_, *profile, password));
+  const QList<LostFile> lost = LostFiles(context_, *profile);
   LostFileChoice choice;
   for (const LostFile& file : lost) choice.reconnect += file.found;
   QMessageBox question(QMessageBox::Warning, kApplicationTitle, LostFilesText(lost),
