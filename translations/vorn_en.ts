@@ -3835,5 +3835,9 @@ Remove the password?</translation>
         <source>元に戻しました: %1</source>
         <translation>Taken back: %1</translation>
     </message>
+    <message>
+        <source>背景など、ほかの形で書かれたリモート画像%1個は表示しません。</source>
+        <translation>%1 remote images that are written in other forms, such as backgrounds, are not shown.</translation>
+    </message>
 </context>
 </TS>

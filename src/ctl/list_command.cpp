@@ -52,7 +52,7 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
         QStringLiteral("一覧を最後まで読み込めません。") + context.Data.LastError().text,
         kExitFailure);
   }
-  for (const ListedMessage& message : listing.messages) {
+  for (const FolderMessage& message : listing.messages) {
     if (printed.contains(message.serialId)) continue;
     const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
     if (row != nullptr && !row->Eof()) PrintRow(*row, asJson);
@@ -76,6 +76,7 @@ int ListFolder(Context& context, const Arguments& arguments) {
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
   bool complete = false;
+  StorageError error;
   {
     const OpenedDatabase mail(context, DatabaseKind::Mail);
     if (mail && context.Data.OpenRecordset(select, CursorKind::ForwardOnly,
@@ -88,6 +89,13 @@ int ListFolder(Context& context, const Arguments& arguments) {
       }
       complete = !rows->Failed();
     }
+    if (!complete) error = context.Data.LastError();
+  }
+  if (!complete && error.kind == StorageError::Kind::Refused) {
+    return Complain(
+        QStringLiteral("一覧を最後まで読み込めません。") + error.text +
+            QStringLiteral("フォルダ「%1」のプロパティで条件を見直してください。").arg(name),
+        kExitFailure);
   }
   return complete ? kExitOk : ListTheRest(context, folder, printed, asJson);
 }

@@ -117,7 +117,8 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
   if (context.Data.LastError().kind == StorageError::Kind::NotFound) {
     *error += QStringLiteral(
         "\nファイルをつなぎ直すときは --reconnect ファイル を、新しい空の"
-        "ファイルを作るときは --create を付けてください。");
+        "ファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今の"
+        "パスワードに合わせて元の場所に置き、指定したファイルは変えません。");
   }
   return false;
 }

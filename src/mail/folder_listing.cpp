@@ -13,7 +13,9 @@
 namespace vorn {
 namespace {
 
-ListedMessage Read(const Recordset& row) {
+constexpr qsizetype kAtOnce = 500;  // messages that one statement asks for
+
+FolderMessage Read(const Recordset& row) {
   return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
           row.Fields(u"FIELD_TIMESTAMP").toString(),
           GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0",
@@ -21,7 +23,7 @@ ListedMessage Read(const Recordset& row) {
 }
 
 // Lists what a statement finds. False when it could not be read to its end.
-bool List(DataSession& data, const QString& select, std::vector<ListedMessage>& messages) {
+bool List(DataSession& data, const QString& select, std::vector<FolderMessage>& messages) {
   if (!data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
     return false;
   }
@@ -46,7 +48,7 @@ class MessageSearch {
     for (const UnreadableMessage& message : std::as_const(known_)) LookFor(message, listing);
     std::sort(
         listing.messages.begin(), listing.messages.end(),
-        [](const ListedMessage& a, const ListedMessage& b) { return a.timestamp < b.timestamp; });
+        [](const FolderMessage& a, const FolderMessage& b) { return a.timestamp < b.timestamp; });
   }
 
  private:
@@ -73,7 +75,7 @@ class MessageSearch {
 
   bool CollectFromTable() {
     return Walk(QStringLiteral("SELECT * FROM mail"), [this](const Recordset& row) {
-      const ListedMessage message = Read(row);
+      const FolderMessage message = Read(row);
       known_.insert(message.serialId, {message.serialId, message.subject, message.timestamp});
     });
   }
@@ -81,7 +83,7 @@ class MessageSearch {
   // The condition sees this message alone. The limit keeps the engine from going through others by
   // an index over what the condition asks for.
   void LookFor(const UnreadableMessage& message, FolderListing& listing) {
-    std::vector<ListedMessage> found;
+    std::vector<FolderMessage> found;
     if (List(data_,
              QStringLiteral("WITH mail AS (SELECT * FROM main.mail WHERE SERIALID = %1 LIMIT 1) ")
                      .arg(QuoteSql(message.serialId)) +
@@ -113,6 +115,44 @@ FolderListing ListFolderMessages(Context& context, const QString& folder) {
                               context.Data.LastError().kind != StorageError::Kind::Refused;
     if (mayBeDamaged) MessageSearch(context.Data, select).Run(listing);
   }
+  return listing;
+}
+
+QString FolderQuestion(Context& context, const QString& folder) {
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
+  return select.isEmpty() ? QString()
+                          : QStringLiteral("SELECT SERIALID FROM (") + select +
+                                QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC");
+}
+
+FolderListing ListMessages(Context& context, const QStringList& serialIds) {
+  FolderListing listing;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return listing;
+  const auto rowsOf = [&](const QStringList& wanted, std::vector<FolderMessage>& found) {
+    QStringList quoted;
+    for (const QString& serialId : wanted) quoted.append(QuoteSql(serialId));
+    return List(context.Data,
+                QStringLiteral("SELECT * FROM mail WHERE SERIALID IN (%1)").arg(quoted.join(u',')),
+                found);
+  };
+  QHash<QString, FolderMessage> known;
+  for (qsizetype at = 0; at < serialIds.size(); at += kAtOnce) {
+    const QStringList wanted = serialIds.mid(at, kAtOnce);
+    std::vector<FolderMessage> found;
+    if (!rowsOf(wanted, found)) {
+      found.clear();
+      for (const QString& serialId : wanted) {
+        if (!rowsOf({serialId}, found)) listing.unreadable.append({serialId, {}, {}});
+      }
+    }
+    for (const FolderMessage& message : found) known.insert(message.serialId, message);
+  }
+  for (const QString& serialId : serialIds) {
+    const auto message = known.constFind(serialId);
+    if (message != known.constEnd()) listing.messages.push_back(*message);
+  }
+  listing.read = true;
   return listing;
 }
 

@@ -21,24 +21,25 @@ QString Among(const QStringList& messages) {
 const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
 
-// The subjects of those among the messages that are being handed over.
-bool ReadUnderWay(DataSession& session, const QStringList& messages, QStringList* underWay) {
+// Those among the messages that are being handed over.
+bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* underWay) {
   if (!session.OpenRecordset(
-          QStringLiteral("SELECT FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
-                         "FROM send_attempt WHERE STATE = 1)")
+          QStringLiteral(
+              "SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
+              "FROM send_attempt WHERE STATE = 1)")
               .arg(Among(messages)),
           CursorKind::ForwardOnly)) {
     return false;
   }
   const RecordsetPtr rows = session.Recordset();
   for (; !rows->Eof(); rows->MoveNext()) {
-    underWay->append(rows->Fields(u"FIELD_SUBJECT").toString());
+    underWay->insert(rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString());
   }
   return !rows->Failed();
 }
 
 bool RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
-            QStringList* underWay = nullptr) {
+            UnderWay* underWay = nullptr) {
   DataSession& session = context.Data;
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return false;
@@ -67,7 +68,7 @@ QString NoFolderWords() {
       "そこに入れられます。");
 }
 
-bool SetDust(Context& context, const QStringList& messages, bool dust, QStringList* underWay) {
+bool SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
   return RunAll(context,
                 {QStringLiteral("UPDATE mail SET STATUS = ") +
                  (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
@@ -119,7 +120,7 @@ bool ToggleStar(Context& context, const QStringList& messages) {
   return RunAll(context, {WithMark(kFlagStar, other) + Among(messages)});
 }
 
-bool DeleteMessages(Context& context, const QStringList& messages, QStringList* underWay) {
+bool DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay) {
   return RunAll(context,
                 {QStringLiteral("DELETE FROM folder WHERE") + Among(messages) + kMayChange,
                  QStringLiteral("DELETE * FROM mail WHERE") + Among(messages) + kMayChange},

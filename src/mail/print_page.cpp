@@ -61,7 +61,6 @@ QByteArray Shielded(QByteArray table) {
 }
 
 const QByteArray kHtml = "<html>";
-const QByteArray kHead = "<head>";
 const QByteArray kBody = "<body";
 // What of the elements around the table could hide it.
 constexpr const char* kInSight =
@@ -88,9 +87,6 @@ QByteArray WithHead(QByteArray document, const QByteArray& table) {
   document.insert(
       document.indexOf('>', body) + 1,
       Shielded(table) + "<div" + Important("display:flow-root;overflow:clip;margin:0;") + '>');
-  // A style sheet that is shown is text of the mail's, above the table.
-  document.replace(document.indexOf(kHead), kHead.size(),
-                   "<head" + Important("display:none;") + '>');
   return document.replace(
       document.indexOf(kHtml), kHtml.size(),
       "<html" + Important(kInSight + QByteArrayLiteral("margin:0 15mm;overflow-wrap:anywhere;")) +

@@ -16,6 +16,7 @@
 #include "storage/file_replace.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/sole_use.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -88,6 +89,28 @@ bool IsAnother(const QString& path, const QString& mark) {
   return !mark.isEmpty() && !there.isEmpty() && there != mark;
 }
 
+const QString kLog = QStringLiteral("-wal");
+
+void RemoveDatabase(const QString& path) {
+  for (const QString& part : {QString(), kLog, QStringLiteral("-shm")}) QFile::remove(path + part);
+}
+
+// A database with its log. What another program writes to meanwhile would not be whole.
+bool CopyDatabase(Context& context, const QString& from, const QString& to) {
+  context.Data.CloseFile(from);
+  const SoleUse alone(from);
+  if (!alone.IsTaken()) {
+    return Fail(context, StorageError::Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(from)));
+  }
+  RemoveDatabase(to);
+  const auto copy = [&](const QString& part) {
+    return QFile::copy(from + part, to + part) && MakePrivate(to + part) && SyncFile(to + part);
+  };
+  if (copy({}) && (!QFile::exists(from + kLog) || copy(kLog))) return true;
+  RemoveDatabase(to);
+  return Fail(context, StorageError::Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
+}
+
 // What stands in the place of a lost file is kept under another name, with its log.
 bool MakeRoom(const QString& path) {
   if (!QFileInfo::exists(path)) return true;
@@ -97,8 +120,7 @@ bool MakeRoom(const QString& path) {
     aside = path + QStringLiteral(".other%1").arg(number);
   }
   QFile::remove(path + QStringLiteral("-shm"));
-  const QString log = QStringLiteral("-wal");
-  return (!QFileInfo::exists(path + log) || QFile::rename(path + log, aside + log)) &&
+  return (!QFileInfo::exists(path + kLog) || QFile::rename(path + kLog, aside + kLog)) &&
          QFile::rename(path, aside);
 }
 
@@ -225,31 +247,28 @@ bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
     return Fail(context, Kind::Foreign,
                 Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
   }
+  const QString ready =
+      lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
+  if (!CopyDatabase(context, file, ready)) return false;
   const std::optional<QString> opening =
-      OpeningPassword(context, file, QStringList{password} + former + CodesBeside(file), isMail);
-  if (!opening) return false;
-  if (QFile::exists(file + QStringLiteral("-wal"))) {
-    return Fail(context, Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(file)));
-  }
-  QString ready = file;
-  const bool isUnderOther = *opening != password;
-  if (isUnderOther || QFileInfo(file).absolutePath() != QFileInfo(lost.path).absolutePath()) {
-    ready = lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
-    QFile::remove(ready);
-    if (!QFile::copy(file, ready) || !MakePrivate(ready) || !SyncFile(ready)) {
-      QFile::remove(ready);
-      return Fail(context, Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
-    }
+      OpeningPassword(context, ready, QStringList{password} + former + CodesBeside(file), isMail);
+  StorageError reason = context.Data.LastError();
+  reason.text.replace(Name(ready), Name(file));
+  bool isReady = opening.has_value();
+  if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
-    if (isUnderOther && change.Run(*opening, password) != PasswordChange::Outcome::Changed) {
-      QFile::remove(ready);
-      return context.Data.FailWith(change.Error());
-    }
+    isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
+    reason = change.Error();
     context.Data.CloseFile(ready);
   }
   context.Data.CloseFile(lost.path);
-  return (MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done) ||
-         Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
+  const bool isPlaced =
+      isReady && MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done;
+  if (isPlaced) return true;
+  RemoveDatabase(ready);
+  return isReady
+             ? Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)))
+             : context.Data.FailWith(reason);
 }
 
 bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,

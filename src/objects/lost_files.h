@@ -8,7 +8,8 @@
 
 namespace vorn {
 
-/// A database file that a profile had and that is not there any more, or is empty.
+/// A database file that a profile had and that is not there any more, or is empty, or in whose
+/// place something else stands.
 struct LostFile {
   QString path;  ///< platform path
   FileNote note;
@@ -28,9 +29,9 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile);
 /// the folder.
 QString LostFilesText(const QList<LostFile>& lost);
 
-/// Gives a file that carries the mark of the lost one its place back: moves it when it lies in the
-/// profile's folder, else copies it. One that was away when the password changed opens with one of
-/// the `former` ones, or the recovery code beside it; a copy under the password takes the place
+/// Puts a copy of a file that carries the mark of the lost one into its place, with what its log
+/// holds; the file and its log stay as they are. One that was away when the password changed opens
+/// with one of the `former` ones, or the recovery code beside it; its copy is under the password
 /// then. On false the reason is in the session's `LastError`.
 bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
                    const QString& password, const QStringList& former = {});

@@ -39,6 +39,38 @@ QByteArray ProxyFor(const QUrl& url) {
   return {};
 }
 
+struct UrlEnd {
+  void operator()(CURLU* url) const { curl_url_cleanup(url); }
+};
+
+// The host that the library goes to for an address, which may be relative to `base`; empty when it
+// goes nowhere. Another reader of addresses could take them for something else.
+QString HostOf(const char* address, const char* base = nullptr) {
+  const std::unique_ptr<CURLU, UrlEnd> url(curl_url());
+  const auto take = [&url](const char* text) {
+    return curl_url_set(url.get(), CURLUPART_URL, text, CURLU_URLENCODE) == CURLUE_OK;
+  };
+  if ((base != nullptr && !take(base)) || !take(address)) return {};
+  char* host = nullptr;
+  if (curl_url_get(url.get(), CURLUPART_HOST, &host, CURLU_URLDECODE) != CURLUE_OK) return {};
+  QUrl whole;  // writes names of other scripts and their dots as they are looked up
+  whole.setHost(QString::fromUtf8(host));
+  curl_free(host);
+  return whole.host(QUrl::FullyEncoded);
+}
+
+// Of this machine and its network by RFC 6761, 6762 (also its appendix G) and 8375.
+bool IsNearName(const QString& host) {
+  static const QStringList kNear{QStringLiteral(".localhost"), QStringLiteral(".local"),
+                                 QStringLiteral(".home.arpa"), QStringLiteral(".internal"),
+                                 QStringLiteral(".lan"),       QStringLiteral(".localdomain"),
+                                 QStringLiteral(".intranet"),  QStringLiteral(".private"),
+                                 QStringLiteral(".corp"),      QStringLiteral(".home")};
+  return !host.contains(u'.') ||
+         std::any_of(kNear.begin(), kNear.end(),
+                     [&host](const QString& end) { return host.endsWith(end); });
+}
+
 }  // namespace
 
 // The thread's side. Only what stands above `multi_` is reached from both.
@@ -116,8 +148,9 @@ class HttpFetcher::Work {
 
   void Begin(int number, const QUrl& url) {
     const QByteArray proxy = ProxyFor(url);
-    if (!proxy.isEmpty() && !MayName(url)) {
-      Q_EMIT owner_.Fetched(number, {}, FetchEnd::Forbidden);
+    const QString host = HostOf(url.toEncoded(QUrl::RemoveUserInfo).constData());
+    if (!MayName(host)) {
+      Q_EMIT owner_.Fetched(number, {}, host.isEmpty() ? FetchEnd::Failed : FetchEnd::Forbidden);
       return;
     }
     auto fetch = std::make_unique<Fetch>();
@@ -173,21 +206,13 @@ class HttpFetcher::Work {
     return socket(address->family, type, address->protocol);
   }
 
-  // A proxy looks up names itself.
-  bool MayName(const QUrl& url) const {
+  // A proxy looks up names itself, and a look-up in the near network tells those who are there.
+  bool MayName(QString host) const {
     if (limits_.mayReach == nullptr) return true;
-    QString host = url.host();
     while (host.endsWith(u'.')) host.chop(1);  // of a name that is whole
     const QHostAddress address(host);
     if (!address.isNull()) return limits_.mayReach(address);
-    // Of this machine and its network by RFC 6761, 6762 and 8375, and by what routers give.
-    static const QStringList kNear{QStringLiteral(".localhost"), QStringLiteral(".local"),
-                                   QStringLiteral(".home.arpa"), QStringLiteral(".internal"),
-                                   QStringLiteral(".lan")};
-    const bool isNear = !host.contains(u'.') ||
-                        std::any_of(kNear.begin(), kNear.end(),
-                                    [&host](const QString& end) { return host.endsWith(end); });
-    return !isNear || limits_.mayReach(QHostAddress(QHostAddress::LocalHost));
+    return !IsNearName(host) || limits_.mayReach(QHostAddress(QHostAddress::LocalHost));
   }
 
   bool MayFollow(Fetch& fetch, QByteArrayView line) const {
@@ -197,8 +222,8 @@ class HttpFetcher::Work {
     }
     char* current = nullptr;
     curl_easy_getinfo(fetch.easy.get(), CURLINFO_EFFECTIVE_URL, &current);
-    const QUrl next(QString::fromUtf8(line.sliced(kField.size()).trimmed()));
-    if (MayName(QUrl(QString::fromUtf8(current)).resolved(next))) return true;
+    const QByteArray next = line.sliced(kField.size()).trimmed().toByteArray();
+    if (MayName(HostOf(next.constData(), current))) return true;
     fetch.end = FetchEnd::Forbidden;
     return false;
   }
@@ -220,7 +245,7 @@ class HttpFetcher::Work {
   static size_t TakeHeader(char* bytes, size_t, size_t count, void* data) {
     auto& fetch = *static_cast<Fetch*>(data);
     const QByteArrayView line(bytes, static_cast<qsizetype>(count));
-    if (fetch.byProxy && !fetch.work->MayFollow(fetch, line)) return 0;
+    if (!fetch.work->MayFollow(fetch, line)) return 0;
     fetch.headerBytes += static_cast<qint64>(count);
     return fetch.headerBytes > kMostHeaderBytes ? 0 : count;
   }

@@ -74,12 +74,32 @@ TEST_F(MissedFilesTest, AFileLostWhileTheProgramRunsIsNotMadeAnewEither) {
   EXPECT_FALSE(QFile::exists(mail_));
 }
 
-TEST_F(MissedFilesTest, AFileFromElsewhereIsCopiedAndStaysThere) {
-  const QString outside = profile_.Folder() + QStringLiteral("backup");
-  ASSERT_TRUE(QFile::rename(mail_, outside));
-  ASSERT_TRUE(LogInAgain(kRight, {false, {outside}})) << error_.toStdString();
-  EXPECT_EQ(Messages(), 3);
-  EXPECT_TRUE(QFile::exists(outside));
+// With what only its log holds, as a backup of a running program has it.
+TEST_F(MissedFilesTest, AFileFromElsewhereIsCopiedAndStaysAsItIs) {
+  const QString log = QStringLiteral("-wal");
+  profile_.Store("Subject: in the log\r\n\r\n");
+  for (const QString& place : {profile_.Folder() + QStringLiteral("backup"),
+                               QFileInfo(mail_).path() + QStringLiteral("/backup.mbx")}) {
+    ASSERT_TRUE(QFile::copy(mail_, place));
+    ASSERT_TRUE(QFile::copy(mail_ + log, place + log));
+    const QByteArray held = ReadFile(place);
+    const QByteArray heldLog = ReadFile(place + log);
+    EXPECT_FALSE(heldLog.isEmpty());
+    profile_.Get().Data.CloseAll();
+    profile_.Get().Lock.reset();
+    QFile::remove(mail_);
+    ASSERT_TRUE(LogInAgain(kRight, {false, {place}})) << error_.toStdString();
+    EXPECT_EQ(Messages(), 4);
+    EXPECT_EQ(ReadFile(place), held);
+    EXPECT_EQ(ReadFile(place + log), heldLog);
+    EXPECT_EQ(QDir(QFileInfo(mail_).path()).entryList({QStringLiteral("*.new-*")}).size(), 0);
+    // Once more, from a log as it was.
+    next_->Data.CloseAll();
+    next_->Lock.reset();
+    QFile::remove(mail_);
+    ASSERT_TRUE(QFile::copy(place, mail_));
+    ASSERT_TRUE(QFile::copy(place + log, mail_ + log));
+  }
 }
 
 TEST_F(MissedFilesTest, AnEarlierVersionsProfileWithoutNotesMissesItsDatabaseToo) {

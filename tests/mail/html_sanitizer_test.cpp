@@ -81,7 +81,7 @@ TEST(HtmlSanitizer, NothingThatActsStays) {
 
 TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
   const QString html = QStringLiteral(
-      "<body background=http://a/1><img width=1 src=' HTTPS://a/2 '><td background=http://a/3>");
+      "<body background=http://a/1><img width=1 src=' HTTPS://a/2 '><table background=//a/3>");
   const SafeHtml before = SanitizeHtml(html, RemoteImages::LeftOut);
   EXPECT_TRUE(before.hasRemoteImages);
   EXPECT_FALSE(before.html.contains("//a/"));
@@ -90,10 +90,32 @@ TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
   EXPECT_TRUE(after.contains("<img width=\"1\" src=\"vorn-mail:image?HTTPS%3A%2F%2Fa%2F2\">"))
       << after.toStdString();
   EXPECT_TRUE(after.contains("background=\"vorn-mail:image?http%3A%2F%2Fa%2F1\""));
+  EXPECT_TRUE(after.contains("background=\"vorn-mail:image?https%3A%2F%2Fa%2F3\""));
   EXPECT_FALSE(after.contains("//a/"));
   EXPECT_FALSE(
       SanitizeHtml(QStringLiteral("<img src=data:image/gif;base64,AA>"), RemoteImages::LeftOut)
           .hasRemoteImages);
+}
+
+// Those that are never shown are counted, whatever names them.
+TEST(HtmlSanitizer, ImagesOfOtherFormsAreCounted) {
+  const std::pair<const char*, int> cases[] = {
+      {"<p style='background:#fff url( http://a/1 )'>", 1},
+      {"<p style=\"border-image:url('//a/1');list-style-image:URL(https://a/2)\">", 2},
+      {"<p style=\"background-image:image-set('http://a/1' 1x, 'http://a/2' 2x)\">", 2},
+      {"<style>p{cursor:url(http://a/1),auto} /* url(http://a/c) */</style>", 1},
+      {"<style>@import 'http://a/1';@font-face{src:url(http://a/2)} p{color:red}</style>", 0},
+      {"<img srcset='http://a/1 2x'><img src=http://a/1 srcset='http://a/2 2x'>", 1},
+      {"<video poster=http://a/1></video><input type=IMAGE src=http://a/2>", 2},
+      {"<object type=image/png data=http://a/1></object><embed type=image/gif src=http://a/2>", 2},
+      {"<svg><g><image xlink:href=http://a/1 /></g><image href='//a/2'/></svg>", 2},
+      {"<a href=http://b/1>x</a><p style='background:url(data:image/gif;base64,AA)'>", 0},
+  };
+  for (const auto& [html, count] : cases) {
+    const SafeHtml safe = SanitizeHtml(QString::fromLatin1(html), RemoteImages::Kept);
+    EXPECT_EQ(safe.otherImages, count) << html;
+    EXPECT_FALSE(safe.html.contains("//a/")) << html;
+  }
 }
 
 // By its bytes, whatever its label; and none that costs its reader's machine minutes.
@@ -197,6 +219,15 @@ TEST(HtmlSanitizer, WhatNestsTooDeepGivesItsText) {
     const QString deep = QString::fromLatin1(tag).repeated(100000) + QStringLiteral("words");
     EXPECT_TRUE(SanitizeHtml(deep, RemoteImages::LeftOut).html.contains("words")) << tag;
   }
+  const QString page =
+      QStringLiteral(
+          "<head><style>p{color:red}</style><title>t</title></head><script>x<b>y</script>") +
+      QStringLiteral("<div>").repeated(3000) +
+      QStringLiteral("one\n 1</div><p title='>'>two &amp; <b>2</b> &lt; <td>3 <4<!-- 5 --></p>6");
+  EXPECT_EQ(HtmlToText(page), QStringLiteral("one 1\r\ntwo & 2 < 3 <4\r\n6\r\n"));
+  EXPECT_TRUE(Body(page).contains(QStringLiteral("one 1\r\ntwo &amp; 2")));
+  const QString open = QStringLiteral("<div><select>").repeated(100000) + QStringLiteral("words");
+  EXPECT_TRUE(HtmlToText(open).contains(QStringLiteral("words")));
   const QString flat = QStringLiteral("<p>one<br>two</p>").repeated(50000);
   EXPECT_EQ(Body(flat), flat);
 }

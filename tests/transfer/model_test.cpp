@@ -150,7 +150,7 @@ class Model : public testing::Test {
     Context& context = AnyProgram().context;
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
-    QStringList underWay;
+    UnderWay underWay;
     const bool done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
                                    : DeleteMessages(context, {serial}, &underWay);
     const bool gone = done && underWay.isEmpty();

@@ -186,8 +186,8 @@ TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
   const QString thrown = StoreWaiting("thrown away");
   const QString deleted = StoreWaiting("deleted");
   bool cancelled = true;
-  QStringList underWay;
-  QStringList kept;
+  UnderWay underWay;
+  UnderWay kept;
   Arrives([&] {
     cancelled = MailStore(profile_.Get()).CancelWaiting(Disk(serial));
     EXPECT_TRUE(SetDust(profile_.Get(), {serial, thrown}, true, &underWay));
@@ -195,9 +195,9 @@ TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
   });
   EXPECT_EQ(Send().sent, 1);
   EXPECT_FALSE(cancelled);
-  EXPECT_EQ(underWay, QStringList{QStringLiteral("under way")});
+  EXPECT_EQ(underWay, (UnderWay{{serial, QStringLiteral("under way")}}));
   EXPECT_EQ(kept, underWay);
-  EXPECT_EQ(Subjects(3), underWay);
+  EXPECT_EQ(Subjects(3), underWay.values());
   EXPECT_EQ(smtp_.Messages().size(), 1);
   EXPECT_EQ(Subjects(-2), QStringList{QStringLiteral("thrown away")});
   // Nor once it was sent, from a window that was opened before.

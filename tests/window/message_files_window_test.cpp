@@ -457,6 +457,15 @@ TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {
       << qPrintable(words.text());
   view.Show(QStringLiteral("<p>b</p>"));
   EXPECT_FALSE(words.isVisible());
+  // Nor is a style sheet text, whatever it says of itself.
+  view.Show(
+      QStringLiteral("<style>html head,html head style{display:block!important}</style>"
+                     "<p style='background:url(http://127.0.0.1/)'>c"));
+  EXPECT_TRUE(words.text().contains(QStringLiteral("リモート画像1個"))) << qPrintable(words.text());
+  auto& page = *view.findChild<QWebEngineView*>();
+  const QString text = QStringLiteral("document.documentElement.innerText.trim()");
+  ASSERT_TRUE(WaitFor([&] { return ScriptIn(page, text).toString().endsWith(u'c'); }));
+  EXPECT_EQ(ScriptIn(page, text).toString(), QStringLiteral("c"));
   RemoteImageLoader::MayReach = mayReach;
 }
 

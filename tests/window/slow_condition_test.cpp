@@ -1,7 +1,11 @@
 // Folders whose condition takes long: the windows live meanwhile, and the user can stop it.
 
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 
 #include "objects/object_loader.h"
@@ -19,6 +23,7 @@ const QString kLong = QStringLiteral(
 const QString kEndless = QStringLiteral(
     "0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, mail c, mail d, mail e, mail f, mail g)");
 constexpr int kAtOnceMs = 10000;  // of minutes
+constexpr int kMarkedMs = 2000;   // of the time that the page takes
 
 class SlowConditionTest : public FolderPageTest {
  protected:
@@ -81,6 +86,108 @@ TEST_F(SlowConditionTest, ItIsStoppedByItsButtonByAnotherFolderAndByTheEnd) {
   clock.start();
   EndProgram();
   EXPECT_LT(clock.elapsed(), kAtOnceMs);
+}
+
+// Keys that come at once, a range, and rows that the mouse chose; a second Delete means the next.
+TEST_F(SlowConditionTest, WhatIsThrownAwayIsMetOnceWhileThePageIsMadeAnew) {
+  Begin(100, 30);
+  Ask(kLong + QStringLiteral(" AND STATUS > 0"));
+  ASSERT_TRUE(WaitFor([this] { return !Bar().isVisible(); }));
+  ASSERT_TRUE(AwaitText("No1."));
+  const auto press = [this](int row) {
+    Script(QStringLiteral("[...document.querySelectorAll('a')].find(a => "
+                          "a.getAttribute('href') === 'preview:mail_%1').dispatchEvent(new "
+                          "MouseEvent('mousedown', {bubbles: true, ctrlKey: true}))")
+               .arg(row));
+  };
+  const auto areMarked = [this](int count) {
+    return WaitFor(
+        [&] {
+          return Script(QStringLiteral("document.querySelectorAll('.vorn-gone').length")).toInt() ==
+                 count;
+        },
+        kMarkedMs);
+  };
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(areMarked(2));
+  EXPECT_EQ(Chosen(), Ids({3}));
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(areMarked(4));
+  ASSERT_TRUE(WaitFor([this] { return Bar().isVisible(); }));
+  press(7);
+  press(9);
+  press(1);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(areMarked(6));
+  Press(Qt::Key_Up);
+  EXPECT_EQ(Chosen(), Ids({8}));
+  Press(Qt::Key_Home, Qt::ShiftModifier);
+  EXPECT_EQ(Chosen(), Ids({5, 6, 8}));
+  ASSERT_TRUE(WaitFor([this] { return !Bar().isVisible(); }));
+  EXPECT_TRUE(AwaitGone("No9."));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("No1.")));
+  EXPECT_EQ(Chosen(), Ids({5, 6, 8}));
+  Context& context = program_->GetContext();
+  // What stays is meant again; what could be thrown away is gone.
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  ASSERT_TRUE(context.Data.Execute(
+      QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) VALUES "
+                     "('mail_6', 1, '', '', ''), ('mail_8', 1, '', '', '')")));
+  EXPECT_TRUE(NextMessageBox([this] { Press(Qt::Key_Delete); }).contains(QStringLiteral("No6.")));
+  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({6, 8}); }));
+  EXPECT_TRUE(areMarked(1));
+  EXPECT_TRUE(context.Data.OpenRecordset(
+      QStringLiteral("SELECT SERIALID FROM mail WHERE STATUS < 0 ORDER BY FIELD_TIMESTAMP"),
+      CursorKind::ForwardOnly));
+  QStringList thrown;
+  for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
+    thrown.append(rows->SerialID());
+  }
+  EXPECT_EQ(thrown, Ids({1, 2, 3, 4, 5, 7, 9}));
+}
+
+TEST_F(SlowConditionTest, AnExportWaitsForTheMessagesAndCanBeStoppedMeanwhile) {
+  Begin(100, 30);
+  const QString out = Folder() + QStringLiteral("out.mbox");
+  QString told;
+  int stopped = 0;
+  const auto run = [&](const QString& condition, bool stops) {
+    Ask(condition);
+    told.clear();
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+      QWidget* modal = QApplication::activeModalWidget();
+      if (auto* file = qobject_cast<QFileDialog*>(modal)) {
+        file->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(out);
+        QMetaObject::invokeMethod(file, "accept");
+      } else if (auto* progress = qobject_cast<QProgressDialog*>(modal); progress && stops) {
+        ++stopped;
+        progress->cancel();
+      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        told = box->text();
+        box->button(QMessageBox::Ok)->click();
+      }
+    });
+    answer.start(20);
+    QElapsedTimer clock;
+    clock.start();
+    for (QAction* entry : Child<QMenu>(*program_->Parent(), u"menuFiles").actions()) {
+      if (entry->text().startsWith(QStringLiteral("フォルダの書き出し"))) entry->trigger();
+    }
+    EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+    return clock.elapsed();
+  };
+  EXPECT_LT(run(kEndless, true), kAtOnceMs);
+  EXPECT_EQ(told, QStringLiteral("中止しました。"));
+  EXPECT_GT(stopped, 0);
+  EXPECT_FALSE(QFile::exists(out));
+  run(kLong, false);
+  EXPECT_EQ(told, QStringLiteral("100通を書き出しました。"));
+  EXPECT_EQ(test::ReadFile(out).count("\nSubject: No"), 100);
 }
 
 }  // namespace

@@ -7,11 +7,17 @@
 #include <QProgressDialog>
 #include <QSignalBlocker>
 #include <QTimer>
+#include <functional>
+#include <optional>
 
 #include "kit/window/plain_text.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
+#include "mail/folder_listing.h"
 #include "objects/object_types.h"
+#include "present/window/condition_wait.h"
+#include "storage/condition_limit.h"
+#include "storage/condition_run.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 #include "transfer/mail_traffic.h"
@@ -21,7 +27,8 @@ namespace {
 
 constexpr int kShowAfterMs = 300;
 constexpr qsizetype kNamedMessages = 20;
-constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
+constexpr qint64 kTurnMs = 40;      // how often the windows get their turn
+constexpr int kLongestMs = 120000;  // to look for a folder's messages
 
 // Shows how many messages are done, and lets the user end it.
 class ProgressWindow {
@@ -40,17 +47,53 @@ class ProgressWindow {
     if (clock_.elapsed() < kTurnMs) return true;
     clock_.restart();
     dialog_.setLabelText(title_ + Ui::tr(".. %1通").arg(done));
-    // The dialog shows itself once its time has come. Before that nobody has seen what to click.
-    QCoreApplication::processEvents(dialog_.isVisible() ? QEventLoop::AllEvents
-                                                        : QEventLoop::ExcludeUserInputEvents);
+    TakeTurn({});
+    return !dialog_.wasCanceled();
+  }
+  /// Waits for something that the event loop brings; false when the user ends that.
+  bool Wait(const std::function<bool()>& isThere) {
+    dialog_.setLabelText(Ui::tr("条件に合うメッセージを探しています…"));
+    while (!isThere() && !dialog_.wasCanceled()) TakeTurn(QEventLoop::WaitForMoreEvents);
     return !dialog_.wasCanceled();
   }
 
  private:
+  // The dialog shows itself once its time has come. Before that nobody has seen what to click.
+  void TakeTurn(QEventLoop::ProcessEventsFlags flags) {
+    QCoreApplication::processEvents(
+        flags | (dialog_.isVisible() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents));
+  }
+
   QProgressDialog dialog_;
   QString title_;
   QElapsedTimer clock_;
 };
+
+// Lists a folder; what takes long is asked elsewhere, where the user can stop it. Nothing when that
+// did not work, of which `error` tells.
+std::optional<FolderListing> ListFolder(Context& context, const QString& folder,
+                                        ProgressWindow& progress, QString* error) {
+  {
+    const ConditionLimit brief(kBriefMs);
+    const FolderListing listing = ListFolderMessages(context, folder);
+    if (listing.read || !brief.IsReached()) return listing;
+  }
+  std::optional<ConditionRun::Answer> found;
+  const ConditionRunPtr run(
+      new ConditionRun(context, FolderQuestion(context, folder), kLongestMs,
+                       [&found](const ConditionRun::Answer& answer) { found = answer; }));
+  if (!progress.Wait([&found] { return found.has_value(); })) {
+    *error = Ui::tr("中止しました。");
+    return std::nullopt;
+  }
+  if (found->error) {
+    *error = Ui::tr("フォルダを読み込めません。") + found->error.text;
+    return std::nullopt;
+  }
+  QStringList serialIds;
+  for (const QVariant& value : found->values) serialIds.append(value.toString());
+  return ListMessages(context, serialIds);
+}
 
 void WarnOf(QWidget* parent, const QString& text, const QString& which,
             const QList<UnreadableMessage>& messages) {
@@ -150,8 +193,11 @@ void ArchiveCommands::Export(const QString& folder, const QString& name) {
   ExportOutcome outcome;
   {
     ProgressWindow progress(&window_, Ui::tr("メッセージの書き出し"));
-    outcome = ExportMessages(context_, {folder, choice.format, path, true},
-                             [&progress](int written) { return progress.Show(written); });
+    const auto listing = ListFolder(context_, folder, progress, &outcome.error);
+    if (listing) {
+      outcome = ExportMessages(context_, {folder, choice.format, path, true, listing},
+                               [&progress](int written) { return progress.Show(written); });
+    }
   }
   TellExported(outcome);
 }

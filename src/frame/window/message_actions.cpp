@@ -4,7 +4,6 @@
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
-#include "mail/message_filing.h"
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -12,21 +11,27 @@
 
 namespace vorn {
 
-void MessageActions::Act(MessageAction action, const QStringList& messages, const QString& folder) {
+QStringList MessageActions::Act(MessageAction action, const QStringList& messages,
+                                const QString& folder) {
+  const bool isDust = folder == fixed_serial::kDust;
   switch (action) {
-    case MessageAction::OutOfDust:
-      return ChangeDust(messages, false);
+    case MessageAction::OutOfDust: {
+      const QStringList changed = ChangeDust(messages, false);
+      return isDust ? changed : QStringList();
+    }
     case MessageAction::File:
       return ChooseFolder(messages, folder);
     case MessageAction::MarkUnopened:
     case MessageAction::MarkOpened:
-      return End(SetMark(context_, messages, kFlagNew, action == MessageAction::MarkUnopened));
+      End(SetMark(context_, messages, kFlagNew, action == MessageAction::MarkUnopened), messages);
+      return {};
     case MessageAction::ToggleStar:
-      return End(vorn::ToggleStar(context_, messages));
+      End(vorn::ToggleStar(context_, messages), messages);
+      return {};
     case MessageAction::ToDust:
-      if (folder != fixed_serial::kDust) return ChangeDust(messages, true);
-      return Delete(messages);
+      return isDust ? Delete(messages) : ChangeDust(messages, true);
   }
+  return {};
 }
 
 QString MessageActions::NameOf(const QString& folder) const {
@@ -34,13 +39,15 @@ QString MessageActions::NameOf(const QString& folder) const {
   return object == nullptr ? folder : object->Text(u"Object");
 }
 
-void MessageActions::Drop(const QStringList& messages, const QString& folder, const QString& from) {
-  if (folder == fixed_serial::kDust || folder == fixed_serial::kInbox) {
-    ChangeDust(messages, folder == fixed_serial::kDust);
-  } else {
-    const bool moves = from != folder && IsFilledByHand(from);
-    File(messages, folder, moves ? from : QString());
+QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
+                                 const QString& from) {
+  const bool isDust = folder == fixed_serial::kDust;
+  if (isDust || folder == fixed_serial::kInbox) {
+    const QStringList changed = ChangeDust(messages, isDust);
+    return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
   }
+  const bool moves = from != folder && IsFilledByHand(from);
+  return File(messages, folder, moves ? from : QString());
 }
 
 QString MessageActions::AskFolder() {
@@ -75,54 +82,58 @@ QString MessageActions::MakeFolder(const QString& caption) {
   }
 }
 
-void MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
+QStringList MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
   const QString into = AskFolder();
-  if (into.isEmpty() || !IsFilledByHand(into)) return;
+  if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  File(messages, into, from);
+  return File(messages, into, from);
 }
 
 // Taking it back leaves what was in the folders before.
-void MessageActions::File(const QStringList& messages, const QString& into, const QString& from) {
+QStringList MessageActions::File(const QStringList& messages, const QString& into,
+                                 const QString& from) {
   const auto before = Members(context_, messages, into);
   const auto left = from.isEmpty() ? QStringList() : Members(context_, messages, from);
   const bool done = before && left && FileMessages(context_, messages, into, from);
-  End(done);
-  if (!done || !told_) return;
+  const QStringList filed = End(done, messages);
+  const QStringList gone = from.isEmpty() ? QStringList() : filed;
+  if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });
   told_(Ui::tr("%1通を「%2」に入れました。").arg(messages.size()).arg(NameOf(into)),
         [this, added, into, left = *left, from] { Unfile(added, into, left, from); });
+  return gone;
 }
 
 void MessageActions::Unfile(const QStringList& added, const QString& into,
                             const QStringList& removed, const QString& from) {
   const bool done = (added.isEmpty() || FileMessages(context_, added, QString(), into)) &&
                     (removed.isEmpty() || FileMessages(context_, removed, from));
-  End(done);
+  End(done, added + removed);
 }
 
-void MessageActions::ChangeDust(const QStringList& messages, bool dust) {
-  QStringList underWay;
+QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
+  UnderWay underWay;
   const bool done = SetDust(context_, messages, dust, &underWay);
-  End(done, underWay);
-  const qsizetype count = messages.size() - underWay.size();
-  if (!done || count == 0 || !told_) return;
+  const QStringList changed = End(done, messages, underWay);
+  const qsizetype count = changed.size();
+  if (count == 0 || !told_) return changed;
   told_(dust ? Ui::tr("%1通をくずかごに入れました。").arg(count)
              : Ui::tr("%1通をくずかごから出しました。").arg(count),
-        [this, messages, dust] { End(SetDust(context_, messages, !dust)); });
+        [this, messages, dust] { End(SetDust(context_, messages, !dust), messages); });
+  return changed;
 }
 
-void MessageActions::Delete(const QStringList& messages) {
+QStringList MessageActions::Delete(const QStringList& messages) {
   const auto answer = ShowBox(
       &window_, QMessageBox::Question,
       Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer != QMessageBox::Ok) return;
-  QStringList underWay;
+  if (answer != QMessageBox::Ok) return {};
+  UnderWay underWay;
   const bool done = DeleteMessages(context_, messages, &underWay);
-  End(done, underWay);
+  return End(done, messages, underWay);
 }
 
 void MessageActions::EmptyDust() {
@@ -143,18 +154,21 @@ bool MessageActions::IsFilledByHand(const QString& folder) const {
   return object != nullptr && vorn::IsFilledByHand(*object);
 }
 
-// Of a change to messages, of which a failure is told.
-void MessageActions::End(bool done, const QStringList& underWay) {
+// Of a change to messages, of which a failure is told. Returns those that were changed.
+QStringList MessageActions::End(bool done, const QStringList& messages, const UnderWay& underWay) {
   if (!done) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
   } else if (!underWay.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("送信中なので、そのままにしました: %1")
-                .arg(QStringLiteral("「") + underWay.join(QStringLiteral("」「")) +
+                .arg(QStringLiteral("「") + underWay.values().join(QStringLiteral("」「")) +
                      QStringLiteral("」")));
   }
   host_.MessageStored();
+  QStringList changed = done ? messages : QStringList();
+  changed.removeIf([&underWay](const QString& message) { return underWay.contains(message); });
+  return changed;
 }
 
 }  // namespace vorn

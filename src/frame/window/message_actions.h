@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <functional>
 
+#include "mail/message_filing.h"
 #include "mail/window/message_host.h"
 #include "present/window/browser_host.h"
 #include "storage/context.h"
@@ -26,25 +27,26 @@ class MessageActions {
   /// Gets the serial identifier of a folder that the user made on the way.
   void OnFolderMade(std::function<void(const QString&)> told) { folderMade_ = std::move(told); }
 
-  /// On messages that are shown in `folder`.
-  void Act(MessageAction action, const QStringList& messages, const QString& folder);
-  /// Messages of the page of `from` were dropped on a folder of the tree.
-  void Drop(const QStringList& messages, const QString& folder, const QString& from);
+  /// On messages that are shown in `folder`; returns those that have left it.
+  QStringList Act(MessageAction action, const QStringList& messages, const QString& folder);
+  /// Messages of the page of `from` were dropped on a folder of the tree; returns those that have
+  /// left that page.
+  QStringList Drop(const QStringList& messages, const QString& folder, const QString& from);
   /// Deletes all that was thrown away, after a question.
   void EmptyDust();
 
  private:
-  void ChooseFolder(const QStringList& messages, const QString& folder);
+  QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
   QString MakeFolder(const QString& caption);
-  void File(const QStringList& messages, const QString& into, const QString& from);
+  QStringList File(const QStringList& messages, const QString& into, const QString& from);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
-  void ChangeDust(const QStringList& messages, bool dust);
+  QStringList ChangeDust(const QStringList& messages, bool dust);
   QString NameOf(const QString& folder) const;
-  void Delete(const QStringList& messages);
+  QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;
-  void End(bool done, const QStringList& underWay = {});
+  QStringList End(bool done, const QStringList& messages, const UnderWay& underWay = {});
 
   Context& context_;
   QWidget& window_;

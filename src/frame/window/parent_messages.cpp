@@ -31,11 +31,14 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
   BrowserWindow* browser = ActiveBrowser();
   if (browser == nullptr) return;
   const QString from = browser->Tag();
-  browser->ChosenMessages([this, message, folder, from](const QStringList& chosen) {
+  const QPointer<BrowserWindow> shown(browser);
+  browser->ChosenMessages([this, message, folder, from, shown](const QStringList& chosen) {
     const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
     // A failure is told to the user, which must not happen inside the engine's answer.
-    QTimer::singleShot(0, this,
-                       [this, messages, folder, from] { actions_.Drop(messages, folder, from); });
+    QTimer::singleShot(0, this, [this, messages, folder, from, shown] {
+      const QStringList gone = actions_.Drop(messages, folder, from);
+      if (shown != nullptr && shown->Tag() == from) shown->MessagesGone(gone);
+    });
   });
 }
 

@@ -84,9 +84,9 @@ class ParentWindow : public QMainWindow,
   // BrowserHost
   void OpenMessage(int open, const QString& serialId, bool isNew) override;
   void WriteTo(const QString& mailto) override { queue_.PostMailRequest(MailRequest::New(mailto)); }
-  void ActOnMessages(MessageAction action, const QStringList& messages,
-                     const QString& folder) override {
-    actions_.Act(action, messages, folder);
+  QStringList ActOnMessages(MessageAction action, const QStringList& messages,
+                            const QString& folder) override {
+    return actions_.Act(action, messages, folder);
   }
   BrowserWindow* NewBrowserWindow() override;
   BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) override;

@@ -1,7 +1,6 @@
 #include "mail/archive/export_messages.h"
 
 #include "mail/codec/content_index.h"
-#include "mail/folder_listing.h"
 #include "mail/mail_store.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
@@ -12,7 +11,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
                              const WorkProgress& progress) {
   ExportOutcome outcome;
   // Read to its end before anything is written, since other work may open the database meanwhile.
-  FolderListing listing = ListFolderMessages(context, order.folder);
+  FolderListing listing =
+      order.listing ? *order.listing : ListFolderMessages(context, order.folder);
   if (!listing.read) {
     outcome.error = Ui::tr("フォルダを読み込めません。") + context.Data.LastError().text;
     return outcome;
@@ -22,7 +22,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   bool goesOn = writer.Open();
   MailStore store(context);
   const bool leavesMarks = Settings(context)->Flag(u"StandardHeaders");
-  for (const ListedMessage& message : listing.messages) {
+  for (const FolderMessage& message : listing.messages) {
     if (!goesOn) break;
     const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
     if (!source) {

@@ -3,8 +3,10 @@
 #include <QList>
 #include <QString>
 #include <functional>
+#include <optional>
 
 #include "mail/archive/mail_archive.h"
+#include "mail/folder_listing.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -17,6 +19,7 @@ struct ExportOrder {
   ArchiveFormat format = ArchiveFormat::Mbox;
   QString path;            ///< of the file or folder to write
   bool overwrite = false;  ///< also when there is one already (see `ArchiveWriter`)
+  std::optional<FolderListing> listing = {};  ///< of the folder, where it is known already
 };
 
 struct ExportOutcome {

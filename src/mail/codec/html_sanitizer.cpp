@@ -1,6 +1,7 @@
 #include "mail/codec/html_sanitizer.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -87,6 +88,31 @@ bool IsLink(const QString& address) {
 constexpr qint64 kMostPixels = 40'000'000;
 constexpr qint64 kMostPixelsInAll = 200'000'000;
 
+// Addresses without a scheme are read as browsers do on the web, but never as a file's.
+QString WithScheme(const QString& address) {
+  return address.startsWith(u"//") ? QStringLiteral("https:") + address : address;
+}
+
+bool IsRemote(const QString& address) {
+  const QString scheme = Scheme(WithScheme(CleanAddress(address)));
+  return scheme == u"http" || scheme == u"https";
+}
+
+// The images of the network that styles name.
+int ImagesIn(const QString& styles) {
+  if (!styles.contains(u"//")) return 0;
+  static const QRegularExpression none(
+      QStringLiteral("/\\*.*?(?:\\*/|$)|@(?:import|namespace)[^;]*;?|@font-face\\s*\\{[^}]*\\}"),
+      QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+  static const QRegularExpression image(
+      QStringLiteral("(?:url\\(\\s*[\"']?|[\"'])\\s*(?:https?:)?//"),
+      QRegularExpression::CaseInsensitiveOption);
+  int count = 0;
+  const QString shown = QString(styles).remove(none);
+  for (auto found = image.globalMatch(shown); found.hasNext(); found.next()) ++count;
+  return count;
+}
+
 // The bytes of a data URI (RFC 2397).
 QByteArray DataOf(const QString& address) {
   const qsizetype comma = address.indexOf(u',');
@@ -120,7 +146,8 @@ class Sanitizer {
     WriteChildren(tree.Root());
     // What of the network may be loaded is said once more to the browser.
     safe_.html =
-        "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><meta "
+        // No rule of the mail's shows what is no part of its text.
+        "<!DOCTYPE html><html><head style=\"display:none!important\"><meta charset=\"utf-8\"><meta "
         "http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src data:" +
         QByteArray(images_ == RemoteImages::Kept ? " vorn-mail:" : "") +
         "; style-src 'unsafe-inline'; form-action 'none'; base-uri 'none'\"><meta "
@@ -147,6 +174,7 @@ class Sanitizer {
   void WriteElement(const GumboElement& element) {
     // Drawings and mathematics have names of their own.
     const bool isHtml = element.tag_namespace == GUMBO_NAMESPACE_HTML;
+    isHtml ? CountOther(element) : CountDrawn(element);
     const Fate fate = isHtml ? FatesOfElements()[element.tag] : Fate::Dropped;
     const char* name = gumbo_normalized_tagname(element.tag);
     switch (fate) {
@@ -177,11 +205,42 @@ class Sanitizer {
     }
   }
 
+  void CountOther(const GumboElement& element) {
+    const auto names = [&element](const char* name) {
+      const GumboAttribute* attribute = gumbo_get_attribute(&element.attributes, name);
+      return attribute != nullptr && IsRemote(QString::fromUtf8(attribute->value));
+    };
+    const GumboAttribute* type = gumbo_get_attribute(&element.attributes, "type");
+    const QByteArray kind = type == nullptr ? QByteArray() : QByteArray(type->value).toLower();
+    const bool isOther =
+        (element.tag == GUMBO_TAG_IMG && !names("src") && names("srcset")) ||
+        (element.tag == GUMBO_TAG_VIDEO && names("poster")) ||
+        (element.tag == GUMBO_TAG_INPUT && kind == "image" && names("src")) ||
+        (element.tag == GUMBO_TAG_OBJECT && kind.startsWith("image/") && names("data")) ||
+        (element.tag == GUMBO_TAG_EMBED && kind.startsWith("image/") && names("src"));
+    if (isOther) ++safe_.otherImages;
+  }
+
+  void CountDrawn(const GumboElement& element) {
+    const GumboAttribute* address = gumbo_get_attribute(&element.attributes, "href");
+    const bool isImage =
+        element.tag_namespace == GUMBO_NAMESPACE_SVG && element.tag == GUMBO_TAG_IMAGE;
+    if (isImage && address != nullptr && IsRemote(QString::fromUtf8(address->value))) {
+      ++safe_.otherImages;
+    }
+    for (unsigned i = 0; i < element.children.length; ++i) {
+      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+      if (child.type == GUMBO_NODE_ELEMENT) CountDrawn(child.v.element);
+    }
+  }
+
   void TakeStyles(const GumboElement& element) {
     for (unsigned i = 0; i < element.children.length; ++i) {
       const auto& text = *static_cast<const GumboNode*>(element.children.data[i]);
       if (text.type != GUMBO_NODE_ELEMENT) {
-        styles_ += SafeStyleSheet(QString::fromUtf8(text.v.text.text));
+        const QString sheet = QString::fromUtf8(text.v.text.text);
+        safe_.otherImages += ImagesIn(sheet);
+        styles_ += SafeStyleSheet(sheet);
       }
     }
   }
@@ -205,11 +264,13 @@ class Sanitizer {
   // Of an attribute with rules of its own; false when it is left out.
   bool TakeOwn(GumboTag owner, std::string_view name, const char* value, QByteArray& safe) {
     if (name == "style") {
-      const auto known = declarations_.constFind(value);  // newsletters repeat them by thousands
-      safe =
-          known != declarations_.constEnd()
-              ? *known
-              : *declarations_.insert(value, SafeDeclarations(QString::fromUtf8(value)).toUtf8());
+      auto known = declarations_.constFind(value);  // newsletters repeat them by thousands
+      if (known == declarations_.constEnd()) {
+        const QString style = QString::fromUtf8(value);
+        known = declarations_.insert(value, {SafeDeclarations(style).toUtf8(), ImagesIn(style)});
+      }
+      safe = known->safe;
+      safe_.otherImages += known->images;
       return true;
     }
     if (name == "href" && owner == GUMBO_TAG_A) {
@@ -218,7 +279,7 @@ class Sanitizer {
       return IsLink(address);
     }
     if ((name == "src" && owner == GUMBO_TAG_IMG) || name == "background") {
-      const QString address = CleanAddress(QString::fromUtf8(value));
+      const QString address = WithScheme(CleanAddress(QString::fromUtf8(value)));
       return Scheme(address) == u"data" ? TakeInlineImage(address, safe)
                                         : TakeRemoteImage(address, safe);
     }
@@ -252,7 +313,11 @@ class Sanitizer {
   QByteArray body_;
   QByteArray bodyAttributes_;
   QString styles_;
-  QHash<QByteArray, QByteArray> declarations_;
+  struct Declarations {
+    QByteArray safe;
+    int images = 0;
+  };
+  QHash<QByteArray, Declarations> declarations_;
   qint64 pixelsLeft_ = kMostPixelsInAll;
 };
 

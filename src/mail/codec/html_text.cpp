@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -305,24 +307,93 @@ class Writer {
   bool beginsCell_ = false;  // and whether it is still to come
 };
 
-// Of a document that is no page but an attack.
-QString WithoutTags(const QString& html) {
-  QString text;
-  bool isTag = false;
-  for (const QChar c : html) {
-    if (c == u'<') isTag = true;
-    if (!isTag) text += c;
-    if (c == u'>') isTag = false;
+// Makes of a document that nests too deep one without levels, whose lines end where a block begins
+// or ends.
+class Flattener {
+ public:
+  explicit Flattener(const QByteArray& html) : html_(html), small_(html.toLower()) {}
+
+  QByteArray Run() {
+    for (qsizetype at = 0; at < html_.size();) {
+      const qsizetype open = html_.indexOf('<', at);
+      Take(at, open < 0 ? html_.size() : open);
+      at = open < 0 ? html_.size() : Behind(open);
+    }
+    return std::move(flat_);
   }
-  return text;
-}
+
+ private:
+  void Take(qsizetype from, qsizetype to) {
+    const QByteArrayView text = QByteArrayView(html_).sliced(from, to - from);
+    hasText_ |= !text.trimmed().isEmpty();
+    flat_ += text;
+  }
+
+  // Where it goes on after the markup at `open`.
+  qsizetype Behind(qsizetype open) {
+    if (QByteArrayView(html_).sliced(open).startsWith("<!--")) return After("-->", open + 2);
+    const bool ends = QByteArrayView(html_).sliced(open + 1).startsWith('/');
+    const qsizetype start = open + (ends ? 2 : 1);
+    qsizetype end = start;
+    while (end < html_.size() && std::isalnum(static_cast<unsigned char>(html_[end])) != 0) ++end;
+    if (end == start || std::isdigit(static_cast<unsigned char>(html_[start])) != 0) {
+      const bool isText =
+          !ends && start < html_.size() && html_[start] != '!' && html_[start] != '?';
+      if (isText) flat_ += "&lt;";
+      return isText ? start : After(">", start);
+    }
+    const QByteArray name = small_.sliced(start, end - start);
+    const Role role = RolesOfElements()[gumbo_tag_enum(name.constData())];
+    if (role == Role::Cell) flat_ += ' ';
+    const bool isInline = role == Role::Inline || role == Role::Cell || role == Role::Link ||
+                          role == Role::Image || role == Role::Reading || role == Role::Hidden;
+    if (!isInline && std::exchange(hasText_, false)) flat_ += "<br>";
+    const qsizetype after = AfterTag(end);
+    return role == Role::Hidden && !ends && name != "head" ? AfterHidden(name, after) : after;
+  }
+
+  qsizetype After(const char* sign, qsizetype at) const {
+    const qsizetype found = html_.indexOf(sign, at);
+    return found < 0 ? html_.size() : found + static_cast<qsizetype>(std::strlen(sign));
+  }
+
+  qsizetype AfterTag(qsizetype at) const {
+    for (char quote = 0; at < html_.size(); ++at) {
+      const char c = html_[at];
+      if (quote == 0 && c == '>') return at + 1;
+      if (quote == 0 && (c == '"' || c == '\'')) {
+        quote = c;
+      } else if (c == quote) {
+        quote = 0;
+      }
+    }
+    return at;
+  }
+
+  // What never ends is taken for no such element, and not looked for again.
+  qsizetype AfterHidden(const QByteArray& name, qsizetype at) {
+    if (endless_.contains(name)) return at;
+    const qsizetype end = small_.indexOf("</" + name, at);
+    if (end < 0) endless_.append(name);
+    return end < 0 ? at : end;
+  }
+
+  const QByteArray& html_;
+  const QByteArray small_;
+  QByteArray flat_;
+  QByteArrayList endless_;
+  bool hasText_ = false;  // since the last line ended
+};
 
 }  // namespace
 
 QString HtmlToText(const QString& html) {
   const QByteArray bytes = html.toUtf8();
   const auto tree = HtmlTree::Parse(bytes);
-  return tree == nullptr ? WithoutTags(html) : Writer().Run(tree->Root());
+  if (tree != nullptr) return Writer().Run(tree->Root());
+  const QByteArray flat = Flattener(bytes).Run();
+  const auto text = HtmlTree::Parse(flat);
+  return text == nullptr ? QString() : Writer().Run(text->Root());
 }
 
 }  // namespace vorn

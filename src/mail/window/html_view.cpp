@@ -220,6 +220,7 @@ void HtmlView::Load(RemoteImages images) {
   guard_->AllowRemoteImages(images == RemoteImages::Kept);
   offers_ = safe.hasRemoteImages && images == RemoteImages::LeftOut;
   largeInside_ = safe.largeImages;
+  otherImages_ = safe.otherImages;
   TellOfImages({});
   const QUrl url(QString::fromLatin1(kScheme) + u':' + QUuid::createUuid().toString(QUuid::Id128));
   source_->Give(url, safe.html);
@@ -241,6 +242,7 @@ void HtmlView::TellOfImages(const ImagesLeftOut& leftOut) {
   count(leftOut.tooMany, Ui::tr("画像が多すぎるため、%1個は表示していません。"));
   count(leftOut.nearby, Ui::tr("このコンピューターやその近くのネットワークにある画像%1個は、安全の"
                                "ため読み込んでいません。"));
+  count(otherImages_, Ui::tr("背景など、ほかの形で書かれたリモート画像%1個は表示しません。"));
   words_->setText(words.join(u'\n'));
   button_->setVisible(offers_);
   notice_->setVisible(!words.isEmpty());

@@ -66,6 +66,7 @@ class HtmlView : public QWidget {
   QLabel* words_;        // of the notice
   QPushButton* button_;  // shows remote images
   int largeInside_ = 0;  // images inside the page that are not shown
+  int otherImages_ = 0;  // of the network, in forms that are never shown
   bool offers_ = false;  // to show remote images
   QWidget* cover_;
 };

@@ -22,9 +22,10 @@ class BrowserHost {
   virtual void OpenMessage(int open, const QString& serialId, bool isNew) = 0;
   /// Asks for a new message as a "mailto:" address says (RFC 6068).
   virtual void WriteTo(const QString& mailto) = 0;
-  /// Acts on messages of a folder, after asking the user where that is due.
-  virtual void ActOnMessages(MessageAction action, const QStringList& messages,
-                             const QString& folder) = 0;
+  /// Acts on messages of a folder, after asking the user where that is due. Returns those that have
+  /// left the folder.
+  virtual QStringList ActOnMessages(MessageAction action, const QStringList& messages,
+                                    const QString& folder) = 0;
   /// A new browser window, not yet shown.
   virtual BrowserWindow* NewBrowserWindow() = 0;
   /// The other browser window that answers to a target name; null when there is none.

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QWebEngineView>
 
 #include "kit/window/plain_text.h"
@@ -145,14 +146,34 @@ bool BrowserWindow::AgreesToOpen(qsizetype windows) {
   return answer == QMessageBox::Ok;
 }
 
+// Whether the messages are gone from the folder without a question.
+bool BrowserWindow::TakesAway(MessageAction action) const {
+  return action == (bag_->SerialID() == fixed_serial::kDust ? MessageAction::OutOfDust
+                                                            : MessageAction::ToDust);
+}
+
 void BrowserWindow::Act(MessageAction action) {
-  rows_.Chosen([this, action](const QStringList& messages) {
+  const QString folder = bag_->SerialID();
+  const bool takes = TakesAway(action);
+  const auto act = [this, action, folder, takes](const QStringList& messages) {
     if (messages.isEmpty()) return;
-    split_->StopMarking();  // whatever is done, it is the user's word now
-    QTimer::singleShot(0, this, [this, action, messages] {
-      host_.ActOnMessages(action, messages, bag_->SerialID());
-    });
-  });
+    QTimer::singleShot(
+        0, this, [self = QPointer<BrowserWindow>(this), action, folder, takes, messages] {
+          const QStringList gone = self->host_.ActOnMessages(action, messages, folder);
+          if (self == nullptr || self->bag_->SerialID() != folder) return;
+          self->MessagesGone(gone);
+          QStringList stayed = takes ? messages : QStringList();
+          stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });
+          self->rows_.GiveBack(stayed);
+        });
+  };
+  split_->StopMarking();  // whatever is done, it is the user's word now
+  takes ? rows_.Take(act) : rows_.Chosen(act);
+}
+
+void BrowserWindow::MessagesGone(const QStringList& messages) {
+  gone_ += messages;
+  rows_.LeaveFolder(messages);
 }
 
 }  // namespace vorn

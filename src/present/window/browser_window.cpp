@@ -313,6 +313,7 @@ void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
   }
   wait_->Ask(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)),
              [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
+  gone_.clear();
 }
 
 void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
@@ -325,6 +326,9 @@ void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
   const QString search = bag_->Text(kSearch);
   QStringList serialIds;
   for (const QVariant& value : answer.values) serialIds.append(value.toString());
+  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
+    return gone.contains(message);
+  });
   pages_.TakeAnswer(folder, search, serialIds);
   // What has changed meanwhile may not be in it.
   if (wait_->TakeAgain()) {

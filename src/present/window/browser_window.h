@@ -70,6 +70,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
+  /// Messages of the folder have left it; the page is yet to be made anew.
+  void MessagesGone(const QStringList& messages);
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
   /// "dust" or "outofdust".
   void RunCommand(const QString& command);
@@ -108,6 +110,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void MakeRule(bool stops);
   bool AgreesToOpen(qsizetype windows);
   void Act(MessageAction action);
+  bool TakesAway(MessageAction action) const;
 
   void FirstNavigation(const QUrl& url);
   void TakeName(const QString& name, const QUrl& url);
@@ -162,6 +165,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
+  QStringList gone_;      // since the folder's messages have been looked for elsewhere
   bool follows_ = false;  // the newest page, as it is made anew
   int attempts_ = 0;      // to load a page that the engine gave up
   bool closing_ = false;

@@ -86,6 +86,13 @@ void PageRows::Call(const QString& function, int number, bool flag) {
           .arg(flag ? QStringLiteral("true") : QStringLiteral("false")));
 }
 
+void PageRows::Call(const QString& function, const QStringList& messages) {
+  if (messages.isEmpty()) return;
+  const QByteArray ids =
+      QJsonDocument(QJsonArray::fromStringList(messages)).toJson(QJsonDocument::Compact);
+  Run(QStringLiteral("vorn.%1(%2)").arg(function, QString::fromUtf8(ids)));
+}
+
 void PageRows::GoToMessage(const QString& serialId) {
   Run(QStringLiteral("vorn.goToMessage(decodeURIComponent('%1'))")
           .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))));
@@ -105,6 +112,11 @@ void PageRows::Leave() {
 
 void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
   Run(QStringLiteral("vorn.chosen()"),
+      [then](const QVariant& answer) { then(answer.toStringList()); });
+}
+
+void PageRows::Take(const std::function<void(const QStringList&)>& then) {
+  Run(QStringLiteral("vorn.take()"),
       [then](const QVariant& answer) { then(answer.toStringList()); });
 }
 

@@ -42,6 +42,14 @@ class PageRows : public QObject {
   void Leave();
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
+  /// The same of messages that are about to leave the folder: their rows are marked at once, and
+  /// the next one becomes current, so that nothing meets a message twice while the page is made
+  /// anew.
+  void Take(const std::function<void(const QStringList&)>& then);
+  /// Messages that were taken stay.
+  void GiveBack(const QStringList& messages) { Call(QStringLiteral("giveBack"), messages); }
+  /// Messages have left the folder.
+  void LeaveFolder(const QStringList& messages) { Call(QStringLiteral("leaveFolder"), messages); }
   /// Gives the identifier of the current message, whichever others are chosen; none when the page
   /// goes.
   void Current(const std::function<void(const QString&)>& then);
@@ -69,6 +77,7 @@ class PageRows : public QObject {
  private:
   void SetCount(int count);
   void Call(const QString& function, int number, bool flag);
+  void Call(const QString& function, const QStringList& messages);
   void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
   void Restore(const QString& state);
   void Make();

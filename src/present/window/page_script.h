@@ -30,6 +30,9 @@ inline constexpr char kPageScript[] = R"js(
   const style = Document.prototype.createElement.call(document, 'style');
   style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
       ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; }' +
+      // What has left the folder, until the page is made anew.
+      ' .vorn-gone { opacity: .4 !important; text-decoration: line-through !important;' +
+      ' pointer-events: none !important; }' +
       // One long subject that may not be broken pushes nothing out of the window.
       ' nobr a[href^="preview:" i] { display: inline-block; overflow: hidden; vertical-align: bottom;' +
       ' text-overflow: ellipsis; max-width: max(20em, calc(100vw - 36em)); } }';
@@ -38,21 +41,25 @@ inline constexpr char kPageScript[] = R"js(
   let current = -1;
   let anchor = -1;  // where a range begins
   let chosen = new Set();
-  const inPage = index => Math.max(0, Math.min(rows.length - 1, index));
+  const gone = new Set();
+  // The rows that are still meant, by their places.
+  const there = () => [...rows.keys()].filter(index => !gone.has(rows[index].id));
+  const lastThere = () => there().pop() ?? -1;
   const show = () => rows.forEach((row, index) => {
     row.element.classList.toggle('vorn-current', index === current);
     row.element.classList.toggle('vorn-chosen', chosen.has(row.id));
+    row.element.classList.toggle('vorn-gone', gone.has(row.id));
   });
   const chooseRange = () => {
     const [from, to] = anchor < current ? [anchor, current] : [current, anchor];
-    chosen = new Set(rows.slice(from, to + 1).map(row => row.id));
+    chosen = new Set(there().filter(index => index >= from && index <= to).map(index => rows[index].id));
   };
   // The program hears what became current, and how, or what was clicked twice.
   const tell = (what, index) => console.info('vorn-' + what + ' ' + (index < 0 ? '' : rows[index].id));
   const goTo = (index, extend) => {
-    if (rows.length === 0) return;
-    if (extend && anchor < 0) anchor = current < 0 ? inPage(index) : current;
-    current = inPage(index);
+    if (index === undefined) return;
+    if (extend && anchor < 0) anchor = current < 0 ? index : current;
+    current = index;
     if (extend) {
       chooseRange();
     } else {
@@ -71,7 +78,23 @@ inline constexpr char kPageScript[] = R"js(
     show();
     tell('row', current);
   };
-  const rowAt = target => rows.findIndex(row => row.element.contains(target));
+  const rowAt = target => rows.findIndex(row => row.element.contains(target) && !gone.has(row.id));
+  const chosenIds = () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
+                                          : current < 0 ? [] : [rows[current].id];
+  // The next row, or else the last one, takes the place of a current one that goes.
+  const leave = ids => {
+    for (const id of ids) {
+      if (!seen.has(id)) continue;
+      gone.add(id);
+      chosen.delete(id);
+    }
+    if (anchor >= 0 && gone.has(rows[anchor].id)) anchor = -1;
+    if (current < 0 || !gone.has(rows[current].id)) return show();
+    current = there().find(index => index > current) ?? lastThere();
+    show();
+    if (current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
+    tell('row', current);
+  };
 
   listen('mousedown', event => {
     const index = rowAt(event.target);
@@ -105,10 +128,15 @@ inline constexpr char kPageScript[] = R"js(
 
   window.vorn = {
     count: () => rows.length,
-    step: (by, extend) => goTo(current < 0 ? (by > 0 ? 0 : rows.length - 1) : current + by, extend),
-    goTo: (index, extend) => goTo(index < 0 ? rows.length + index : index, extend),
+    step: (by, extend) => {
+      const places = there();
+      const from = places.indexOf(current);
+      const to = from < 0 ? (by > 0 ? 0 : places.length - 1) : from + by;
+      goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
+    },
+    goTo: (index, extend) => goTo(there().at(index), extend),
     goToMessage: id => {
-      const index = rows.findIndex(row => row.id === id);
+      const index = rows.findIndex(row => row.id === id && !gone.has(id));
       if (index >= 0) return goTo(index, false);
       current = anchor = -1;  // on another page: no row of this one is meant
       chosen.clear();
@@ -116,16 +144,32 @@ inline constexpr char kPageScript[] = R"js(
     },
     toggle: () => toggle(current),
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
-    all: () => { chosen = new Set(rows.map(row => row.id)); show(); },
+    all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
-    chosen: () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
-                                  : current < 0 ? [] : [rows[current].id],
+    chosen: chosenIds,
+    // The same, which leave the folder with this: what is asked next is not told them again.
+    take: () => {
+      const ids = chosenIds();
+      leave(ids);
+      return ids;
+    },
+    leaveFolder: leave,
+    // What was taken stays after all.
+    giveBack: ids => {
+      const back = ids.filter(id => seen.has(id));
+      if (back.length === 0) return;
+      back.forEach(id => gone.delete(id));
+      goTo(rows.findIndex(row => row.id === back[0]), false);
+      if (back.length > 1) chosen = new Set(back);
+      show();
+    },
     // The message that is read, though others may be chosen besides.
     current: () => current < 0 ? [...chosen][0] || '' : rows[current].id,
     links: () => all('a[href], area[href]').map(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.
-    state: () => JSON.stringify({next: current < 0 ? [] : rows.slice(current).map(row => row.id),
+    state: () => JSON.stringify({next: there().filter(index => current >= 0 && index >= current)
+                                     .map(index => rows[index].id),
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
                                  chosen: [...chosen], y: scrollY, x: scrollX,
                                  end: innerHeight + scrollY >= document.documentElement.scrollHeight - 2}),
@@ -133,7 +177,7 @@ inline constexpr char kPageScript[] = R"js(
       const state = JSON.parse(text);
       const next = state.next.find(id => seen.has(id));
       current = rows.findIndex(row => row.id === next);
-      if (current < 0 && state.next.length > 0) current = rows.length - 1;
+      if (current < 0 && state.next.length > 0) current = lastThere();
       anchor = rows.findIndex(row => row.id === state.anchor);
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
       show();
