@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMdiArea>
 #include <QProcess>
 #include <QTest>
 #include <QWebEngineView>
@@ -17,12 +18,11 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
+#include "frame/window/program.h"
 #include "mail/mail_store.h"
-#include "mail/window/html_view.h"
 #include "mail/window/reading_pane.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
-#include "present/window/page_source.h"
 #include "window_support.h"
 
 namespace {
@@ -180,6 +180,21 @@ qint64 MemoryOfAll() {
   return sum;
 }
 
+// Each tab in turn is the one that was used longest ago.
+void MeasureReturns(ParentWindow& parent, Pages& pages) {
+  auto* area = parent.findChild<QMdiArea*>();
+  std::vector<double> times;
+  for (int round = 0; round < kRounds; ++round) {
+    PaintWatch paint(QStringLiteral("wbUrl"));
+    double loaded = 0;
+    paint.Start();
+    pages.LoadedAfter([&] { area->activateNextSubWindow(); }, [&] { loaded = paint.Now(); });
+    Rest(kRestMs);
+    times.push_back(std::max(loaded, paint.Last()));
+  }
+  Report(QStringLiteral("back to a tab that rests, painted"), times);
+}
+
 int MeasureMemory(ParentWindow& parent, Pages& pages) {
   auto* tree = parent.findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   Rest(kQuietMs);
@@ -195,6 +210,7 @@ int MeasureMemory(ParentWindow& parent, Pages& pages) {
   Require(parent.findChildren<BrowserWindow*>().size() == kTabs, QStringLiteral("not ten tabs"));
   Rest(kQuietMs);
   const qint64 ten = MemoryOfAll();
+  MeasureReturns(parent, pages);
   std::printf(
       "{\"figure\": \"memory\", \"one_tab_mb\": %lld, \"ten_tabs_mb\": %lld, "
       "\"ratio\": %.2f}\n",
@@ -215,8 +231,7 @@ void StartForMemory(const QString& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  HtmlView::RegisterScheme();
-  PageSource::RegisterScheme();
+  Program::PrepareEngine();
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   const QStringList arguments = QApplication::arguments();

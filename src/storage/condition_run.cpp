@@ -3,6 +3,9 @@
 #include <QElapsedTimer>
 #include <QThread>
 #include <utility>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
@@ -27,6 +30,14 @@ ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
   if (step == Statement::Step::Failed) answer.error = connection.LastError();
   answer.ms = clock.elapsed();
   return answer;
+}
+
+// The allocator has a pool for each thread and keeps what was freed in it, which after a search of
+// a large file is tens of megabytes.
+void GiveMemoryBack() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
 }
 
 }  // namespace
@@ -83,6 +94,7 @@ void ConditionRun::End(const Answer& answer) {
   const QSet<QString> damage = connection_ != nullptr ? connection_->TakeDamage() : QSet<QString>();
   if (!damage.isEmpty()) context_.Data.PutDamage(path_, damage);
   Stop();
+  GiveMemoryBack();
   if (then) then(answer);
 }
 

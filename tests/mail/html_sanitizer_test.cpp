@@ -87,10 +87,11 @@ TEST(HtmlSanitizer, ImagesOfTheNetworkAreLeftOutUntilTheyAreWanted) {
   EXPECT_FALSE(before.html.contains("//a/"));
   EXPECT_FALSE(before.html.contains("http:"));
   const QByteArray after = SanitizeHtml(html, RemoteImages::Kept).html;
-  EXPECT_TRUE(after.contains("<img width=\"1\" src=\"vorn-mail:image?HTTPS%3A%2F%2Fa%2F2\">"))
+  EXPECT_TRUE(
+      after.contains("<img width=\"1\" src=\"vorn-mail://mail/image?HTTPS%3A%2F%2Fa%2F2\">"))
       << after.toStdString();
-  EXPECT_TRUE(after.contains("background=\"vorn-mail:image?http%3A%2F%2Fa%2F1\""));
-  EXPECT_TRUE(after.contains("background=\"vorn-mail:image?https%3A%2F%2Fa%2F3\""));
+  EXPECT_TRUE(after.contains("background=\"vorn-mail://mail/image?http%3A%2F%2Fa%2F1\""));
+  EXPECT_TRUE(after.contains("background=\"vorn-mail://mail/image?https%3A%2F%2Fa%2F3\""));
   EXPECT_FALSE(after.contains("//a/"));
   EXPECT_FALSE(
       SanitizeHtml(QStringLiteral("<img src=data:image/gif;base64,AA>"), RemoteImages::LeftOut)

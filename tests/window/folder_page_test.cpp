@@ -12,6 +12,7 @@
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QScreen>
+#include <QTabBar>
 #include <QTableWidget>
 #include <QToolBar>
 #include <QWebEngineScript>
@@ -127,6 +128,66 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   ASSERT_TRUE(shows(fixed_serial::kDust, 3));
   test::ClickRow(tree, Node(fixed_serial::kOutbox));
   ASSERT_TRUE(shows(fixed_serial::kOutbox, 3));
+}
+
+// Of many tabs those that were used last have a page. The others have none, and are as they were
+// left when somebody comes back, but for what has come meanwhile.
+TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
+  Begin(60, 100);
+  ParentWindow* parent = program_->Parent();
+  parent->resize(1000, 500);
+  BrowserWindow* inbox = Browser();
+  Press(Qt::Key_End);
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen().length === 2 && scrollY > 100")));
+  const double place = Script(QStringLiteral("scrollY")).toDouble();
+  auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
+  const auto look = [&](const QString& folder) {
+    const size_t before = Browsers().size();
+    test::ClickRow(tree, Node(folder), Qt::LeftButton, Qt::ControlModifier);
+    ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+    BrowserWindow* browser = Browsers().back();
+    ASSERT_TRUE(WaitFor([&] { return browser->Tag() == folder && browser->isVisible(); }));
+  };
+  look(QString::fromUtf16(kShelf));
+  test::RunFor(500);
+  const auto view = [&] { return inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl")); };
+  EXPECT_NE(view(), nullptr);
+  look(fixed_serial::kDust);
+  const auto rests = [&] { return view() == nullptr; };
+  ASSERT_TRUE(WaitFor(rests));
+  Disk request(QStringLiteral("mail_new"));
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+  request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+  MailStore(program_->GetContext())
+      .StoreMessage(request, "From: a@example.jp\r\nSubject: Came.\r\n\r\nbody\r\n");
+  parent->MessageStored();
+  parent->ApplySettings();
+  test::RunFor(500);
+  EXPECT_TRUE(rests());
+  auto* area = parent->findChild<QMdiArea*>();
+  QSignalSpy loaded(inbox, &BrowserWindow::Loaded);
+  area->findChild<QTabBar*>()->setCurrentIndex(0);
+  ASSERT_TRUE(WaitFor([&] { return loaded.count() > 0; }));
+  const auto await = [&](const QString& condition) {
+    return WaitFor([&] { return ScriptIn(*view(), condition).toBool(); });
+  };
+  ASSERT_TRUE(await(QStringLiteral("vorn.chosen().join() === 'mail_59,mail_60'")));
+  EXPECT_TRUE(await(QStringLiteral("document.body.innerText.includes('Came.')")));
+  EXPECT_NEAR(ScriptIn(*view(), QStringLiteral("scrollY")).toDouble(), place, 5);
+  EXPECT_TRUE(view()->isAncestorOf(QApplication::focusWidget()));
+  QTest::keyClick(view()->focusProxy(), Qt::Key_Up);
+  EXPECT_TRUE(await(QStringLiteral("vorn.chosen().join() === 'mail_58'")));
+  // Beside one another all are seen.
+  const auto waitAll = [&] {
+    const auto all = Browsers();
+    return std::all_of(all.begin(), all.end(), [](const BrowserWindow* browser) {
+      return browser->findChild<QWebEngineView*>(QStringLiteral("wbUrl")) != nullptr;
+    });
+  };
+  EXPECT_FALSE(waitAll());
+  Child<QMenu>(*parent, u"menuWindows").actions().at(1)->trigger();
+  EXPECT_TRUE(WaitFor(waitAll));
 }
 
 // The page that was in use stays so while a message is read and printed over it.

@@ -370,6 +370,12 @@ TEST_F(MessageWindowTest, TheFormerMailIsCoveredUntilTheNextIsThere) {
   view.View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
   EXPECT_TRUE(WaitFor([&text] { return !text.isEmpty(); }));
   EXPECT_EQ(text.trimmed(), QStringLiteral("second"));
+  for (const char* colour : {"red", "blue", "lime", "red", "lime", "blue", "red", "blue"}) {
+    view.Show(QStringLiteral("<body bgcolor=%1>").arg(QLatin1String(colour)));
+    ASSERT_TRUE(WaitFor(inSight));
+    const QImage seen = view.grab().toImage();
+    EXPECT_EQ(seen.pixelColor(seen.rect().center()), QColor(QLatin1String(colour)));
+  }
 }
 
 // The head of a printed mail is the program's word for who sent it.

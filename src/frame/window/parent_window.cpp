@@ -39,6 +39,7 @@ namespace {
 
 constexpr int kMostOfSubject = 20;  // characters in the status bar
 constexpr int kTickMs = 100;
+constexpr qsizetype kAwakePages = 2;
 constexpr int kTreeWidth = 210;
 constexpr int kLeastTreeWidth = 140;
 constexpr int kMessageMs = 10000;
@@ -94,7 +95,10 @@ ParentWindow::ParentWindow(Context& context)
   BuildToolbar();
 
   ConnectTree();
-  connect(area_, &QMdiArea::subWindowActivated, this, &ParentWindow::FollowActivePage);
+  connect(area_, &QMdiArea::subWindowActivated, this, [this] {
+    RestHiddenPages();
+    FollowActivePage();
+  });
   // A click into the page that is active already activates nothing.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     if (now != nullptr && area_->isAncestorOf(now)) FollowActivePage();
@@ -343,6 +347,20 @@ void ParentWindow::ArrangeWindows() {
   }
   if (arrangement == Arrangement::Cascaded) area_->cascadeSubWindows();
   if (arrangement == Arrangement::Tiled) area_->tileSubWindows();
+  RestHiddenPages();
+}
+
+// Of the pages in tabs those that were used last stay as they are.
+void ParentWindow::RestHiddenPages() {
+  if (closing_) return;
+  const QList<QMdiSubWindow*> frames = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+  const qsizetype resting =
+      area_->viewMode() == QMdiArea::TabbedView ? frames.size() - kAwakePages : 0;
+  for (qsizetype i = 0; i < frames.size(); ++i) {
+    auto* browser = qobject_cast<BrowserWindow*>(frames[i]->widget());
+    if (browser == nullptr) continue;
+    i < resting ? browser->Rest() : browser->Wake();
+  }
 }
 
 void ParentWindow::SetArrangement(Arrangement arrangement) {

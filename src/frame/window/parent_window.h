@@ -139,6 +139,7 @@ class ParentWindow : public QMainWindow,
   void EndAfterSending();
   void KeepPlacement();
   void FollowActivePage();
+  void RestHiddenPages();
   void ShowTitle();
   BrowserWindow* NewUnseenBrowser();
   QWidget* FrontWindow();

@@ -16,7 +16,7 @@ struct SafeHtml {
 /// Whether images of the network stay in the document, which then asks its viewer for them: their
 /// addresses, percent-encoded, follow `kRemoteImage`.
 enum class RemoteImages { LeftOut, Kept };
-inline constexpr const char* kRemoteImage = "vorn-mail:image?";
+inline constexpr const char* kRemoteImage = "vorn-mail://mail/image?";
 
 /// Keeps of a mail's HTML what is known to be harmless, read as browsers read it (HTML standard,
 /// section 13.2): text, its marks, tables, lists, links to be clicked and images, with styles that

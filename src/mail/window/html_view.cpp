@@ -11,6 +11,7 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlRequestJob>
@@ -27,7 +28,13 @@ namespace vorn {
 namespace {
 
 constexpr const char* kScheme = "vorn-mail";
-constexpr int kFirstPaintMs = 40;  // from the end of the loading
+constexpr int kFrameMs = 16;        // from what the page draws to what is seen
+constexpr int kFirstPaintMs = 300;  // from the end of the loading
+const QString kPaintedSign = QStringLiteral("vorn-painted ");
+// The program's own, in a world apart: when the second frame begins, the first one is drawn.
+constexpr char kPaintedCode[] =
+    "requestAnimationFrame(() => requestAnimationFrame("
+    "    () => console.info('vorn-painted ' + location.href)));";
 
 bool IsRemoteImage(const QUrl& url) {
   return url.toString(QUrl::FullyEncoded).startsWith(QLatin1String(kRemoteImage));
@@ -101,9 +108,12 @@ class MailPage : public QWebEnginePage {
  public:
   using QWebEnginePage::QWebEnginePage;
   void Allow(const QUrl& page) { allowed_ = page; }
+  QUrl Allowed() const { return allowed_; }
 
  Q_SIGNALS:
   void LinkClicked(const QUrl& url);
+  /// The page that is allowed is drawn.
+  void Painted();
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
@@ -114,6 +124,11 @@ class MailPage : public QWebEnginePage {
     return isMainFrame && url == allowed_ && type != NavigationTypeFormSubmitted;
   }
   QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
+  // The address, which is another one each time, is nothing that a mail could have said.
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int,
+                                const QString&) override {
+    if (message == kPaintedSign + allowed_.toString()) Q_EMIT Painted();
+  }
 
  private:
   QUrl allowed_;
@@ -121,7 +136,9 @@ class MailPage : public QWebEnginePage {
 
 void HtmlView::RegisterScheme() {
   QWebEngineUrlScheme scheme(kScheme);
-  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  // With a host all mails of a view are of one origin: without, the engine starts a process for
+  // each of them. They have no scripts that could reach one another.
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
   QWebEngineUrlScheme::registerScheme(scheme);
 }
 
@@ -149,6 +166,11 @@ HtmlView::HtmlView(const QString& viewName)
         Attribute::FocusOnNavigationEnabled}) {
     settings->setAttribute(attribute, false);
   }
+  QWebEngineScript script;
+  script.setSourceCode(QString::fromLatin1(kPaintedCode));
+  script.setWorldId(QWebEngineScript::ApplicationWorld);
+  script.setInjectionPoint(QWebEngineScript::DocumentReady);
+  page_->scripts().insert(script);
   // The engine makes its surface when it is first asked for anything; in a window that is shown
   // already the system's window would be made anew for it, and move.
   page_->runJavaScript(QStringLiteral("0"));
@@ -173,8 +195,10 @@ HtmlView::HtmlView(const QString& viewName)
   connect(&source_->Images(), &RemoteImageLoader::LeftOut, this, &HtmlView::TellOfImages);
   connect(page_, &MailPage::LinkClicked, this, &HtmlView::AskToOpen, Qt::QueuedConnection);
   connect(view_, &QWebEngineView::loadFinished, this, &HtmlView::Loaded);
+  // Where nothing tells what is drawn, the end of the loading has to do.
   connect(view_, &QWebEngineView::loadFinished, this,
-          [this] { QTimer::singleShot(kFirstPaintMs, this, &HtmlView::Uncover); });
+          [this] { UncoverAfter(kFirstPaintMs, false); });
+  connect(page_, &MailPage::Painted, this, [this] { UncoverAfter(kFrameMs, true); });
   view_->installEventFilter(this);
   cover_->setAutoFillBackground(true);
   cover_->setBackgroundRole(QPalette::Base);
@@ -206,8 +230,11 @@ bool HtmlView::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
-void HtmlView::Uncover() {
-  if (!page_->isLoading()) cover_->hide();
+// Unless another page is wanted by then.
+void HtmlView::UncoverAfter(int milliseconds, bool isDrawn) {
+  QTimer::singleShot(milliseconds, this, [this, isDrawn, page = page_->Allowed()] {
+    if (page == page_->Allowed() && (isDrawn || !page_->isLoading())) cover_->hide();
+  });
 }
 
 void HtmlView::LoadRemoteImages() {
@@ -222,7 +249,8 @@ void HtmlView::Load(RemoteImages images) {
   largeInside_ = safe.largeImages;
   otherImages_ = safe.otherImages;
   TellOfImages({});
-  const QUrl url(QString::fromLatin1(kScheme) + u':' + QUuid::createUuid().toString(QUuid::Id128));
+  const QUrl url(QLatin1String(kScheme) + QStringLiteral("://mail/") +
+                 QUuid::createUuid().toString(QUuid::Id128));
   source_->Give(url, safe.html);
   guard_->Allow(url);
   page_->Allow(url);

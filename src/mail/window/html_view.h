@@ -52,7 +52,7 @@ class HtmlView : public QWidget {
   void Load(RemoteImages images);
   void TellOfImages(const ImagesLeftOut& leftOut);
   void Cover();
-  void Uncover();
+  void UncoverAfter(int milliseconds, bool isDrawn);
   void LoadRemoteImages();
   void AskToOpen(const QUrl& url);
 

@@ -28,6 +28,7 @@ QAction* BrowserWindow::AddKeys(const QList<QKeySequence>& keys, const std::func
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(action, &QAction::triggered, this, run);
   wbUrl_->addAction(action);
+  commands_.append(action);
   return action;
 }
 
@@ -43,7 +44,7 @@ QAction* BrowserWindow::AddCommand(const QString& name, const QString& text,
 
 // Without messages the keys are the page's own.
 void BrowserWindow::EnableMessageCommands() {
-  for (QAction* action : wbUrl_->actions()) action->setEnabled(rows_.HasRows());
+  for (QAction* action : commands_) action->setEnabled(rows_.HasRows());
 }
 
 void BrowserWindow::BuildMessageCommands() {

@@ -181,6 +181,7 @@ void BrowserWindow::BuildView() {
   connect(wbUrl_, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
     if (IsLocal() && rows_.HasRows()) messageMenu_->popup(wbUrl_->mapToGlobal(at));
   });
+  wbUrl_->addActions(commands_);
   setFocusProxy(wbUrl_);
 }
 

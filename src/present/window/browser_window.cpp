@@ -106,7 +106,7 @@ BrowserWindow::~BrowserWindow() {
   wait_->Stop();
   rows_.OnRows({});
   rows_.Close();
-  wbUrl_->disconnect(this);
+  if (wbUrl_ != nullptr) wbUrl_->disconnect(this);
   if (page_ != nullptr) page_->disconnect(this);
   delete wbUrl_;
   DropPage();
@@ -116,6 +116,10 @@ BrowserWindow::~BrowserWindow() {
 // A page belongs to one engine profile for life, so a window that changes between a folder and the
 // web changes its page.
 void BrowserWindow::UsePage(bool local) {
+  if (wbUrl_ == nullptr) {
+    BuildView();
+    split_->SetPage(wbUrl_);
+  }
   QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
   if (page_ != nullptr && page_->profile() == profile) return;
   delete page_;
@@ -204,6 +208,7 @@ void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
 }
 
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
+  rests_ = false;
   if (request != nullptr) bag_ = request;
   UsePage(IsLocal());
   if (!IsLocal()) wait_->Stop();
@@ -318,6 +323,7 @@ void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
 
 void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
                                const std::function<void()>& then) {
+  if (answer.error && rests_) return;  // asked once more when somebody sees it
   if (answer.error) {
     return ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
                     answer.error.text.toHtmlEscaped() + QStringLiteral("</p>"));
@@ -382,7 +388,7 @@ void BrowserWindow::UpdateBrowser() {
 // Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
 // for in between is lost with the former page: without its rows the keys would stay dead.
 void BrowserWindow::CheckRows() {
-  if (!IsLocal() || closing_ || rows_.IsReady()) return;
+  if (!IsLocal() || closing_ || rests_ || rows_.IsReady()) return;
   if (page_->isLoading()) {
     checkRows_.start(kCheckRowsMs);
   } else {
@@ -402,15 +408,46 @@ void BrowserWindow::SeekClicked() {
 }
 
 void BrowserWindow::Refresh() {
+  if (rests_) return;
   if (IsLocal()) {
-    rows_.Keep([this] {
-      follows_ = IsAtNewest();
-      LoadDefaultProperty(nullptr, true);
-      follows_ = false;
-    });
+    rows_.Keep([this] { MakeAnew(); });
   } else {
     wbUrl_->reload();
   }
+}
+
+void BrowserWindow::MakeAnew() {
+  follows_ = IsAtNewest();
+  LoadDefaultProperty(nullptr, true);
+  follows_ = false;
+}
+
+// What is under way stays, and so do pages of the program's own.
+void BrowserWindow::Rest() {
+  const bool isShown = IsLocal() && !bag_->Text(kUrl).isEmpty() && !HasPage();
+  if (!isShown || rests_ || bag_->Flag(kOnLoad) || IsForPrinting() || printer_ != nullptr) return;
+  rests_ = true;
+  rows_.Keep([this] { QTimer::singleShot(0, this, &BrowserWindow::LetViewGo); });
+}
+
+// The user may be back before the page has told its place.
+void BrowserWindow::LetViewGo() {
+  if (wbUrl_ == nullptr) return;
+  if (!rests_) return Refresh();
+  explore_.stop();
+  wbUrl_->disconnect(this);
+  page_->disconnect(this);
+  delete std::exchange(wbUrl_, nullptr);
+  page_ = nullptr;
+  DropPage();
+}
+
+void BrowserWindow::Wake() {
+  if (!std::exchange(rests_, false) || wbUrl_ != nullptr) return;
+  const QWidget* focus = QApplication::focusWidget();
+  const bool hasFocus = focus != nullptr && (focus == parentWidget() || isAncestorOf(focus));
+  Refresh();
+  if (hasFocus && wbUrl_ != nullptr) wbUrl_->setFocus();  // the keys are the page's, as they were
 }
 
 // Idle moments are used to find out where the pages of a long folder begin.
@@ -531,7 +568,9 @@ void BrowserWindow::DeleteReadPage() {
 
 // Usually the page is only under way; one that the engine gave up would never be seen.
 void BrowserWindow::LookAgain() {
-  const auto waits = [this] { return IsLocal() && !page_->isLoading() && HasPage(); };
+  const auto waits = [this] {
+    return IsLocal() && page_ != nullptr && !page_->isLoading() && HasPage();
+  };
   if (closing_ || !waits()) return;
   AskForDocument([this, waits](bool isShown) {
     if (!isShown && waits() && attempts_++ < kMostAttempts) Refresh();
@@ -545,6 +584,7 @@ void BrowserWindow::ShowModeless() {
 
 void BrowserWindow::Activate() {
   QWidget* frame = parentWidget() != nullptr ? parentWidget() : this;
+  Wake();
   frame->show();
   frame->raise();
   frame->setFocus();

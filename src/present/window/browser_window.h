@@ -56,6 +56,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowFolder(const QString& folder);
   /// Makes the folder's page anew and shows it.
   void Refresh();
+  /// Nobody sees the window for now: its folder's page is let go, with the memory that it takes in
+  /// the engine. Its place and its choice are kept.
+  void Rest();
+  /// Makes the page anew that was let go.
+  void Wake();
   void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
@@ -115,6 +120,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void FirstNavigation(const QUrl& url);
   void TakeName(const QString& name, const QUrl& url);
   void UsePage(bool local);
+  void MakeAnew();
+  void LetViewGo();
   void OpenMessage(const LinkCommand& command);
   void RowTold(const QString& what, const QString& serialId);
   void ChooseFirstPage();
@@ -157,7 +164,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QToolBar* tbLocation_ = nullptr;
   QLineEdit* txLocation_ = nullptr;
   QLineEdit* txSearch_ = nullptr;
-  QWebEngineView* wbUrl_ = nullptr;
+  QWebEngineView* wbUrl_ = nullptr;  // there is none while the window rests
   LinkPage* page_ = nullptr;
   PageSplit* split_ = nullptr;
   ScriptBar* scripts_ = nullptr;
@@ -165,9 +172,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
-  QStringList gone_;      // since the folder's messages have been looked for elsewhere
+  QStringList gone_;  // since the folder's messages have been looked for elsewhere
+  QList<QAction*> commands_;
   bool follows_ = false;  // the newest page, as it is made anew
-  int attempts_ = 0;      // to load a page that the engine gave up
+  bool rests_ = false;
+  int attempts_ = 0;  // to load a page that the engine gave up
   bool closing_ = false;
   QTimer explore_;
   QTimer checkRows_;

@@ -30,6 +30,11 @@ PageSplit::PageSplit(Context& context, QWebEngineView* page, MessageHost& host)
   connect(this, &QSplitter::splitterMoved, this, &PageSplit::KeepShare);
 }
 
+void PageSplit::SetPage(QWebEngineView* page) {
+  insertWidget(0, page);
+  if (HasPane()) TakeShare();
+}
+
 void PageSplit::Arrange(bool isFolder) {
   place_ = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
   Lay();

@@ -19,6 +19,8 @@ class PageSplit : public QSplitter {
  public:
   PageSplit(Context& context, QWebEngineView* page, MessageHost& host);
 
+  /// Another view takes the place of the page's, which has gone.
+  void SetPage(QWebEngineView* page);
   /// Brings the pane in line with the setting; only a folder has one.
   void Arrange(bool isFolder);
   bool HasPane() const;
