@@ -10,6 +10,7 @@
 #include <QPageLayout>
 #include <QPointer>
 #include <QPrinter>
+#include <QTabBar>
 #include <QTimer>
 #include <QWebEngineHistory>
 #include <QWebEngineScript>
@@ -445,7 +446,9 @@ void BrowserWindow::LetViewGo() {
 void BrowserWindow::Wake() {
   if (!std::exchange(rests_, false) || wbUrl_ != nullptr) return;
   const QWidget* focus = QApplication::focusWidget();
-  const bool hasFocus = focus != nullptr && (focus == parentWidget() || isAncestorOf(focus));
+  // Also what is around it, where the keyboard is left once the view is gone.
+  const bool hasFocus = focus == nullptr || isAncestorOf(focus) || focus->isAncestorOf(this) ||
+                        qobject_cast<const QTabBar*>(focus) != nullptr;
   Refresh();
   if (hasFocus && wbUrl_ != nullptr) wbUrl_->setFocus();  // the keys are the page's, as they were
 }
