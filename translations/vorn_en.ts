@@ -3839,5 +3839,13 @@ Remove the password?</translation>
         <source>背景など、ほかの形で書かれたリモート画像%1個は表示しません。</source>
         <translation>%1 remote images that are written in other forms, such as backgrounds, are not shown.</translation>
     </message>
+    <message>
+        <source>ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今のパスワードに合わせた複製に替わり、このファイルは別の名前で残ります。</source>
+        <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the present password takes its place, and this file is kept under another name.</translation>
+    </message>
+    <message>
+        <source>このファイルのときのパスワード、または回復コードを入力してください。</source>
+        <translation>Enter the password that this file was under, or its recovery code.</translation>
+    </message>
 </context>
 </TS>

@@ -24,7 +24,7 @@ namespace {
 constexpr qsizetype kMostInComplaint = 20000;  // may name many messages
 constexpr char16_t kUsage[] =
     u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]\n"
-    u"      [--create] [--reconnect ファイル]... コマンド\n"
+    u"      [--create] [--reconnect ファイル]... [--former-password-fd 番号] コマンド\n"
     u"\n"
     u"  account add --name 名前 --address アドレス [--display 表示名]\n"
     u"      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号\n"
@@ -89,17 +89,24 @@ const QList<Command>& Commands() {
   return commands;
 }
 
+// The password that the descriptor of that option gives; left as it is without the option.
+bool TakePassword(const Arguments& arguments, const QString& option, QString* password,
+                  QString* error) {
+  if (!arguments.Has(option)) return true;
+  bool ok = true;
+  const int descriptor = arguments.Number(option, -1, &ok);
+  if (ok) *password = ReadSecret(descriptor, &ok);
+  if (!ok) *error = QStringLiteral("--%1 を読み込めません。").arg(option);
+  return ok;
+}
+
 // Opens the data folder, making a first profile when there is none, and logs in.
 bool LogInToProfile(Context& context, const Arguments& arguments, QString* error) {
   QString password;
-  if (arguments.Has(QStringLiteral("password-fd"))) {
-    bool ok = true;
-    const int descriptor = arguments.Number(QStringLiteral("password-fd"), -1, &ok);
-    if (ok) password = ReadSecret(descriptor, &ok);
-    if (!ok) {
-      *error = QStringLiteral("--password-fd を読み込めません。");
-      return false;
-    }
+  QString former;
+  if (!TakePassword(arguments, QStringLiteral("password-fd"), &password, error) ||
+      !TakePassword(arguments, QStringLiteral("former-password-fd"), &former, error)) {
+    return false;
   }
   const QString folder = ChooseAppFolder(arguments.Text(QStringLiteral("data")),
                                          QCoreApplication::applicationDirPath());
@@ -110,7 +117,8 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
   }
   for (const QString& notice : context.Notices) Complain(notice, 0);
   const LostFileChoice choice{arguments.Has(QStringLiteral("create")),
-                              arguments.All(QStringLiteral("reconnect"))};
+                              arguments.All(QStringLiteral("reconnect")),
+                              former.isEmpty() ? QStringList() : QStringList{former}};
   if (LogIn(context, arguments.Text(QStringLiteral("profile")), password, error, choice)) {
     return true;
   }
@@ -119,6 +127,11 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
         "\nファイルをつなぎ直すときは --reconnect ファイル を、新しい空の"
         "ファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今の"
         "パスワードに合わせて元の場所に置き、指定したファイルは変えません。");
+  }
+  if (!choice.reconnect.isEmpty() && choice.former.isEmpty() &&
+      context.Data.LastError().kind == StorageError::Kind::WrongPassword) {
+    *error += QStringLiteral(
+        "\nそのファイルのときのパスワードか回復コードを --former-password-fd で渡してください。");
   }
   return false;
 }
@@ -138,9 +151,9 @@ bool TellDamage(Context& context) {
 }
 
 int RunCommand(const Command& command, const Arguments& arguments) {
-  const QSet<QString> everywhere = {QStringLiteral("data"), QStringLiteral("profile"),
-                                    QStringLiteral("password-fd"), QStringLiteral("create"),
-                                    QStringLiteral("reconnect")};
+  const QSet<QString> everywhere = {
+      QStringLiteral("data"),   QStringLiteral("profile"),   QStringLiteral("password-fd"),
+      QStringLiteral("create"), QStringLiteral("reconnect"), QStringLiteral("former-password-fd")};
   const QStringList unknown = arguments.Unknown(command.options + everywhere);
   if (!unknown.isEmpty()) {
     return Complain(QStringLiteral("--%1 は使えません。").arg(unknown.first()), kExitUsage);

@@ -13,6 +13,7 @@
 #include "objects/select_objects.h"
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
+#include "storage/file_key.h"
 #include "storage/file_lock.h"
 #include "storage/known_damage.h"
 #include "storage/recovery_code.h"
@@ -98,6 +99,11 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
   if (context.Data.TestPassword(path, password)) return true;
   const StorageError reason = context.Data.LastError();
   if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
+    const QList<LostFile> lost = LostFiles(context, profile, password);
+    if (std::any_of(lost.begin(), lost.end(),
+                    [&path](const LostFile& file) { return file.path == path; })) {
+      return true;
+    }
     return context.Data.FailWith(
         {StorageError::Kind::Damaged, Ui::tr("「%1」: ファイルの先頭が壊れています。パスワードは"
                                              "正しく、メッセージのファイルは開けます。")
@@ -140,6 +146,15 @@ DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString&
   return nullptr;
 }
 
+QStringList AsPasswords(const QStringList& typed) {
+  QStringList passwords;
+  for (const QString& text : typed) {
+    const QString code = RecoveryCode::Read(text);
+    passwords.append(code.isEmpty() ? text : FileKey::FromCode(code));
+  }
+  return passwords;
+}
+
 }  // namespace
 
 DiskPtr FindProfile(const Context& context, const QString& name) {
@@ -156,7 +171,7 @@ LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& t
     return LoginCheck::Refused;
   }
   RestoreProfile(context, *profile, password);
-  const QList<LostFile> lost = LostFiles(context, *profile);
+  const QList<LostFile> lost = LostFiles(context, *profile, password);
   if (lost.isEmpty()) return LoginCheck::Opens;
   context.Data.FailWith({StorageError::Kind::NotFound, LostFilesText(lost)});
   return LoginCheck::FilesLost;
@@ -178,18 +193,27 @@ bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& t
   QString password;
   if (!SettlePassword(context, *profile, typed, &password)) return false;
   const QStringList former =
-      choice.reconnect.isEmpty() ? QStringList() : FormerPasswords(context, *profile, password);
-  for (const LostFile& lost : LostFiles(context, *profile)) {
+      choice.reconnect.isEmpty()
+          ? QStringList()
+          : AsPasswords(choice.former) + FormerPasswords(context, *profile, password);
+  QStringList opened;
+  for (const LostFile& lost : LostFiles(context, *profile, password)) {
     bool resolved = false;
     for (const QString& file : choice.reconnect) {
-      resolved = resolved || ReconnectFile(context, lost, file, password, former);
+      if (resolved) break;
+      const auto opening = ReconnectFile(context, lost, file, password, former);
+      resolved = opening.has_value();
+      if (resolved) opened.append(*opening);
     }
     if (!resolved && choice.create) {
       resolved = ReplaceLostFile(context, *profile, lost, password);
     }
     if (!resolved) return false;
   }
-  return true;
+  // Other copies may be under them.
+  return std::all_of(opened.begin(), opened.end(), [&](const QString& before) {
+    return NoteFormerCode(context, *profile, password, before);
+  });
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {

@@ -32,8 +32,9 @@ bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString
 
 /// What the user wants done about lost files.
 struct LostFileChoice {
-  bool create = false;    ///< new, empty ones in their place
-  QStringList reconnect;  ///< files that are the lost ones
+  bool create = false;      ///< new, empty ones in their place
+  QStringList reconnect;    ///< files that are the lost ones
+  QStringList former = {};  ///< passwords or codes, typed, that they may be under
 };
 
 /// Carries the choice out. On false the reason is in the session's `LastError`.

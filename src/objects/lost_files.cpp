@@ -89,6 +89,14 @@ bool IsAnother(const QString& path, const QString& mark) {
   return !mark.isEmpty() && !there.isEmpty() && there != mark;
 }
 
+// Whether the file itself, as it was before the password changed.
+bool IsUnderOtherKey(Context& context, const FileNote& note, const QString& password) {
+  const QString path = PlatformPath(context, note.path);
+  return !note.mark.isEmpty() && FileMark(path) == note.mark &&
+         !context.Data.TestPassword(path, password) &&
+         context.Data.LastError().kind == StorageError::Kind::WrongPassword;
+}
+
 const QString kLog = QStringLiteral("-wal");
 
 void RemoveDatabase(const QString& path) {
@@ -209,13 +217,28 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   return lost;
 }
 
+QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password) {
+  QList<LostFile> lost = LostFiles(context, profile);
+  const QStringList used = StoredPaths(profile);
+  for (const FileNote& note : FileNotes(profile)) {
+    if (!used.contains(note.path) || !IsUnderOtherKey(context, note, password)) continue;
+    const QString path = PlatformPath(context, note.path);
+    lost.append({path, note, {path}});
+  }
+  return lost;
+}
+
 QString LostFilesText(const QList<LostFile>& lost) {
   QStringList lines;
   for (const LostFile& file : lost) {
     const QString held =
         file.note.messages < 0 ? QString() : Ui::tr("（メッセージ%1通）").arg(file.note.messages);
     QString sentence = Ui::tr("ファイル「%1」%2がありません。");
-    if (HasContent(file.path)) {
+    if (file.found.contains(file.path)) {
+      sentence = Ui::tr(
+          "ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今の"
+          "パスワードに合わせた複製に替わり、このファイルは別の名前で残ります。");
+    } else if (HasContent(file.path)) {
       sentence = Ui::tr(
           "ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。");
     } else if (QFileInfo::exists(file.path)) {
@@ -223,7 +246,7 @@ QString LostFilesText(const QList<LostFile>& lost) {
     }
     lines.append(sentence.arg(QDir::toNativeSeparators(file.path), held));
     for (const QString& found : file.found) {
-      lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
+      if (found != file.path) lines.append(Ui::tr("「%1」がそのファイルです。").arg(Name(found)));
     }
   }
   if (lost.isEmpty()) return {};
@@ -238,18 +261,19 @@ QString LostFilesText(const QList<LostFile>& lost) {
   return lines.join(u'\n');
 }
 
-bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                   const QString& password, const QStringList& former) {
+std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                                     const QString& password, const QStringList& former) {
   using Kind = StorageError::Kind;
   const bool isMail = Name(lost.path) != u"profile.mbx";
   const QString mark = FileMark(file);
   if (mark.isEmpty() || (!lost.note.mark.isEmpty() && mark != lost.note.mark)) {
-    return Fail(context, Kind::Foreign,
-                Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
+    Fail(context, Kind::Foreign,
+         Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
+    return std::nullopt;
   }
   const QString ready =
       lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
-  if (!CopyDatabase(context, file, ready)) return false;
+  if (!CopyDatabase(context, file, ready)) return std::nullopt;
   const std::optional<QString> opening =
       OpeningPassword(context, ready, QStringList{password} + former + CodesBeside(file), isMail);
   StorageError reason = context.Data.LastError();
@@ -264,11 +288,13 @@ bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
   context.Data.CloseFile(lost.path);
   const bool isPlaced =
       isReady && MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done;
-  if (isPlaced) return true;
+  if (isPlaced) return opening;
   RemoveDatabase(ready);
-  return isReady
-             ? Fail(context, Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)))
-             : context.Data.FailWith(reason);
+  if (isReady) {
+    reason = {Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
+  }
+  context.Data.FailWith(reason);
+  return std::nullopt;
 }
 
 bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,

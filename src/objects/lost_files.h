@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "storage/file_notes.h"
 
@@ -24,6 +25,9 @@ bool NoteFiles(Context& context);
 
 /// What of a profile is lost. A profile that never had a file does not miss it.
 QList<LostFile> LostFiles(const Context& context, const Disk& profile);
+/// The same, and the files of which older copies stand there, from before the password changed:
+/// `password` opens others of the profile, but not them.
+QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password);
 
 /// The loss as sentences for the user: what is missing, how many messages it held, and what lies in
 /// the folder.
@@ -32,9 +36,10 @@ QString LostFilesText(const QList<LostFile>& lost);
 /// Puts a copy of a file that carries the mark of the lost one into its place, with what its log
 /// holds; the file and its log stay as they are. One that was away when the password changed opens
 /// with one of the `former` ones, or the recovery code beside it; its copy is under the password
-/// then. On false the reason is in the session's `LastError`.
-bool ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                   const QString& password, const QStringList& former = {});
+/// then. Gives the password that the file opened with; without one the reason is in the session's
+/// `LastError`.
+std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                                     const QString& password, const QStringList& former = {});
 
 /// Makes an empty file in the place of a lost one, on the user's word. On false the reason is in
 /// the session's `LastError`.

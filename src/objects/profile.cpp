@@ -54,23 +54,6 @@ bool IsNoted(Context& context, const Disk& profile, const QString& password, con
   return read && former.Text(kCodes).contains(code);
 }
 
-// Files that the profile once had, and copies of them, stay under the code.
-bool NoteFormerCode(Context& context, const Disk& profile, const QString& password) {
-  const QString path = ProfileFiles(context, profile).first();
-  const QString code = FileKey::CodeIn(password);
-  if (code.isEmpty() || !HasContent(path)) return true;
-  Disk former(kFormerCodes);
-  bool noted = context.Data.Open(path, password) && former.DatabaseToDisk(context.Data);
-  const QString codes = former.Text(kCodes);
-  if (noted && !codes.contains(code)) {
-    former.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
-    noted = context.Data.Begin() && former.DiskToDatabase(context.Data) && context.Data.Commit();
-  }
-  const StorageError reason = context.Data.LastError();
-  context.Data.Close();
-  return noted || context.Data.FailWith(reason);
-}
-
 // A change that is not completed may still bring a file under it.
 bool IsCodeUsed(Context& context, const Disk& profile, const QString& code) {
   if (ChangeOf(context, profile).IsUnfinished()) return true;
@@ -120,7 +103,7 @@ PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const
     *reason = CodeNotKept();
     return Outcome::Unchanged;
   }
-  if (*to != from && !NoteFormerCode(context, profile, from)) {
+  if (*to != from && !NoteFormerCode(context, profile, from, from)) {
     *reason = context.Data.LastError();
     return Outcome::Unchanged;
   }
@@ -193,6 +176,23 @@ bool HasFileUnderCode(const Context& context, const Disk& profile) {
 bool IsUnderCode(const Context& context, const Disk& profile) {
   const QStringList files = FilesThere(context, profile);
   return !files.isEmpty() && std::all_of(files.begin(), files.end(), IsFileUnderCode);
+}
+
+bool NoteFormerCode(Context& context, const Disk& profile, const QString& password,
+                    const QString& former) {
+  const QString path = ProfileFiles(context, profile).first();
+  const QString code = FileKey::CodeIn(former);
+  if (code.isEmpty() || !HasContent(path)) return true;
+  Disk known(kFormerCodes);
+  bool noted = context.Data.Open(path, password) && known.DatabaseToDisk(context.Data);
+  const QString codes = known.Text(kCodes);
+  if (noted && !codes.contains(code)) {
+    known.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
+    noted = context.Data.Begin() && known.DiskToDatabase(context.Data) && context.Data.Commit();
+  }
+  const StorageError reason = context.Data.LastError();
+  context.Data.Close();
+  return noted || context.Data.FailWith(reason);
 }
 
 QStringList FormerPasswords(Context& context) {

@@ -71,6 +71,12 @@ bool HoldProfile(Context& context, const Disk& profile);
 bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                            const QString& newPassword, QString* error);
 
+/// Remembers in the profile's own database, which `password` opens, a code that files it once had
+/// and copies of them stay under. Another former password is not remembered. On false the reason is
+/// in the session's `LastError`.
+bool NoteFormerCode(Context& context, const Disk& profile, const QString& password,
+                    const QString& former);
+
 /// The passwords without which a file that was once the logged-in profile's may be shut, and which
 /// its user cannot know: none at all, and recovery codes that it had.
 QStringList FormerPasswords(Context& context);

@@ -191,6 +191,46 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
   }
 }
 
+// Under the code of then, which the profile remembers, or under a password that was typed, which
+// only its user knows.
+TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePassword) {
+  Context& context = profile_.Get();
+  const auto logsIn = [&](const QString& typed, const LostFileChoice& choice) {
+    Context next;
+    error_.clear();
+    const bool opens =
+        StartUp(next, profile_.Folder(), &error_) && LogIn(next, {}, typed, &error_, choice);
+    next.Data.CloseAll();
+    return opens;
+  };
+  QString before;
+  for (const QString& typed : {QStringLiteral("secret"), QStringLiteral("other")}) {
+    context.Data.CloseAll();
+    const QList<QByteArray> older{ReadFile(files_[0]), ReadFile(files_[1])};
+    ASSERT_TRUE(HoldProfile(context, *context.Session));
+    ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, before, typed, &error_));
+    context.Data.CloseAll();
+    context.Lock.reset();
+    for (int i : {0, 1}) {
+      const QString& file = files_[i];
+      WriteFile(file, older[i]);
+      EXPECT_FALSE(logsIn(typed, {}));
+      EXPECT_TRUE(error_.contains(u"古い複製")) << qPrintable(error_);
+      EXPECT_EQ(ReadFile(file), older[i]);
+      // What came back with the profile's own database is remembered.
+      LostFileChoice choice{false, {file}};
+      EXPECT_EQ(logsIn(typed, choice), before.isEmpty() && i == 1) << qPrintable(error_);
+      choice.former = {QStringLiteral("wrong"), before.isEmpty() ? code_ : before};
+      EXPECT_TRUE(Opens(file, typed) || logsIn(typed, choice)) << qPrintable(error_);
+      EXPECT_TRUE(logsIn(typed, {})) << qPrintable(error_);
+      EXPECT_TRUE(Opens(file, typed));
+      EXPECT_EQ(ReadFile(file + QStringLiteral(".other1")), older[i]);
+      ASSERT_TRUE(QFile::remove(file + QStringLiteral(".other1")));
+    }
+    before = typed;
+  }
+}
+
 TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   Context& context = profile_.Get();
   context.Data.CloseAll();

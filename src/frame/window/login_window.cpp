@@ -17,6 +17,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
 
@@ -116,7 +117,8 @@ bool LoginWindow::ConfirmFirst(const Disk& profile, const QString& password) {
 
 // What becomes of the files that are missing is for the user alone to say.
 bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& password) {
-  const QList<LostFile> lost = LostFiles(context_, *profile);
+  const QList<LostFile> lost =
+      LostFiles(context_, *profile, PasswordFor(context_, *profile, password));
   LostFileChoice choice;
   for (const LostFile& file : lost) choice.reconnect += file.found;
   QMessageBox question(QMessageBox::Warning, kApplicationTitle, LostFilesText(lost),
@@ -147,9 +149,26 @@ bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& passw
     context_.Lock.reset();
     return false;
   }
-  if (!ResolveLostFiles(context_, profile, password, choice)) {
-    ShowBox(this, QMessageBox::Warning, context_.Data.LastError().text);
+  while (!ResolveLostFiles(context_, profile, password, choice)) {
+    const StorageError reason = context_.Data.LastError();
+    const bool isShut =
+        !choice.reconnect.isEmpty() && reason.kind == StorageError::Kind::WrongPassword;
+    if (!isShut) ShowBox(this, QMessageBox::Warning, reason.text);
+    if (!isShut || !AskFormerPassword(reason.text, choice)) break;
   }
+  return true;
+}
+
+// A password that the user typed is remembered nowhere; only they can say what it was.
+bool LoginWindow::AskFormerPassword(const QString& reason, LostFileChoice& choice) {
+  bool given = false;
+  const QString former = QInputDialog::getText(
+      this, kApplicationTitle,
+      reason + u'\n' +
+          Ui::tr("このファイルのときのパスワード、または回復コードを入力してください。"),
+      QLineEdit::Password, {}, &given);
+  if (!given) return false;
+  choice.former = {former};
   return true;
 }
 

@@ -9,6 +9,8 @@ class QLineEdit;
 
 namespace vorn {
 
+struct LostFileChoice;
+
 /// The window "login": choosing a profile and typing its password.
 class LoginWindow : public QDialog {
   Q_OBJECT
@@ -32,6 +34,8 @@ class LoginWindow : public QDialog {
   /// False when the login is given up.
   bool ConfirmFirst(const Disk& profile, const QString& password);
   bool AskAboutLostFiles(const DiskPtr& profile, const QString& password);
+  /// False when it is not given.
+  bool AskFormerPassword(const QString& reason, LostFileChoice& choice);
 
   Context& context_;
   QComboBox* cbProfile_;
