@@ -3297,10 +3297,6 @@ and erased ones are not received again.</translation>
         <translation>Marks: star ★, answered ↩, forwarded →</translation>
     </message>
     <message>
-        <source>未開封に戻す(&amp;N)</source>
-        <translation>Mark as U&amp;nopened</translation>
-    </message>
-    <message>
         <source>開封済みにする(&amp;E)</source>
         <translation>Mark as Op&amp;ened</translation>
     </message>
@@ -3846,6 +3842,46 @@ Remove the password?</translation>
     <message>
         <source>このファイルのときのパスワード、または回復コードを入力してください。</source>
         <translation>Enter the password that this file was under, or its recovery code.</translation>
+    </message>
+    <message>
+        <source>登録するアドレスブック：</source>
+        <translation>Address book to add to:</translation>
+    </message>
+    <message>
+        <source>「%1」には、もう登録されています。</source>
+        <translation>Already in “%1”.</translation>
+    </message>
+    <message>
+        <source>%1を「%2」に登録しました。</source>
+        <translation>%1 was added to “%2”.</translation>
+    </message>
+    <message>
+        <source>%1件のアドレスを「%2」に登録しました。</source>
+        <translation>%1 addresses were added to “%2”.</translation>
+    </message>
+    <message>
+        <source>登録できるメールアドレスがありません。</source>
+        <translation>There is no mail address that can be added.</translation>
+    </message>
+    <message>
+        <source>このアドレスブックは編集中です。そのウィンドウを閉じてから登録してください。</source>
+        <translation>This address book is being edited. Close its window, then add the address.</translation>
+    </message>
+    <message>
+        <source>アドレスブックに登録(&amp;B)</source>
+        <translation>Add to Address &amp;Book</translation>
+    </message>
+    <message>
+        <source>次の未開封へ(&amp;N)</source>
+        <translation>&amp;Next Unopened</translation>
+    </message>
+    <message>
+        <source>未開封に戻す(&amp;T)</source>
+        <translation>Mark as Unopened(&amp;T)</translation>
+    </message>
+    <message>
+        <source>ほかに未開封のメッセージはありません。</source>
+        <translation>There are no other unopened messages.</translation>
     </message>
 </context>
 </TS>

@@ -36,13 +36,21 @@ QString FolderQuery::Counting() const {
   return QStringLiteral("SELECT COUNT(*) AS N FROM (") + Listing() + u')';
 }
 
-// The engine takes the index over the unopened only where no other columns are in sight.
 QString FolderQuery::Unread() const {
+  return UnreadRows(QStringLiteral("COUNT(*) AS N"));
+}
+
+QString FolderQuery::UnreadListing() const {
+  return UnreadRows(QStringLiteral("SERIALID, FIELD_TIMESTAMP"));
+}
+
+// The engine takes the index over the unopened only where no other columns are in sight.
+QString FolderQuery::UnreadRows(const QString& columns) const {
   if (IsEmpty()) return {};
   const QString rows = IsPlain()
                            ? QStringLiteral("mail WHERE (") + condition_ + QStringLiteral(") AND ")
                            : u'(' + Listing() + QStringLiteral(") WHERE ");
-  return QStringLiteral("SELECT COUNT(*) AS N FROM ") + rows + kUnopened;
+  return QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + rows + kUnopened;
 }
 
 std::optional<QString> FolderQuery::Column(const QString& name) const {

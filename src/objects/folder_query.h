@@ -28,11 +28,14 @@ class FolderQuery {
   QString Counting() const;
   /// The same of those that are not yet opened.
   QString Unread() const;
+  /// Those themselves, with their identifiers and times.
+  QString UnreadListing() const;
   /// The messages with one column, where an index alone may tell it; nothing where other columns or
   /// another table are needed.
   std::optional<QString> Column(const QString& name) const;
 
  private:
+  QString UnreadRows(const QString& columns) const;
   bool IsPlain() const { return !joinsFolders_ && search_.isEmpty(); }
 
   QString condition_;

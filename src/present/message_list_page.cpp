@@ -131,6 +131,11 @@ qint32 MessageListPages::CountPages(const QString& folder, const QString& search
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
+qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
+  const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
+  return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;
+}
+
 QString MessageListPages::Question(const QString& folder, const QString& search) {
   const FolderRows* rows = RowsOf(folder, search);
   return rows == nullptr ? QString() : rows->Question();

@@ -1,18 +1,54 @@
 #include "present/neighbour_message.h"
 
+#include <optional>
+
 #include "mail/message_rows.h"
 #include "objects/search_condition.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
 namespace {
 
-QString FirstSerial(DataSession& data, const QString& select) {
-  if (!data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition))
-    return {};
-  const RecordsetPtr rows = data.Recordset();
-  return rows->Eof() ? QString() : rows->SerialID();
+// Messages of one moment are told apart by their identifiers.
+struct Moment {
+  QString time;
+  QString serialId;
+
+  QString Condition(QStringView compare) const {
+    return QStringLiteral("(FIELD_TIMESTAMP %1 %2 OR (FIELD_TIMESTAMP = %2 AND SERIALID %1 %3))")
+        .arg(compare, QuoteSql(time), QuoteSql(serialId));
+  }
+};
+
+std::optional<Moment> MomentOf(DataSession& data, const QString& serialId) {
+  const RecordsetPtr row = MessageRows(data).Of(serialId);
+  if (row == nullptr || row->Eof()) return std::nullopt;
+  return Moment{row->Fields(u"FIELD_TIMESTAMP").toString(), serialId};
+}
+
+RecordsetPtr Ask(DataSession& data, const QString& select) {
+  const bool told =
+      data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  return told ? data.Recordset() : nullptr;
+}
+
+// The first of the rows that the condition leaves.
+QString FirstSerial(DataSession& data, const QString& rows, const QString& condition, int step) {
+  const QString select =
+      QStringLiteral("SELECT * FROM (%1) WHERE %2 ORDER BY FIELD_TIMESTAMP %3, SERIALID %3")
+          .arg(rows, condition, step < 0 ? QStringLiteral("DESC") : QStringLiteral("ASC"));
+  const RecordsetPtr found = Ask(data, select);
+  return found == nullptr || found->Eof() ? QString() : found->SerialID();
+}
+
+QStringView Beyond(int step) {
+  return step < 0 ? u"<" : u">";
+}
+
+int PageStep(Context& context) {
+  return Settings(context)->Flag(u"NewestFirst") ? -1 : 1;
 }
 
 }  // namespace
@@ -22,20 +58,37 @@ QString NeighbourMessage(Context& context, const QString& folder, const QString&
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (query.IsEmpty() || !mail) return {};
-  DataSession& data = context.Data;
-  QString neighbour;
-  const RecordsetPtr row = MessageRows(data).Of(serialId);
-  if (row != nullptr && !row->Eof()) {
-    const QString time = QuoteSql(row->Fields(u"FIELD_TIMESTAMP").toString());
-    const QString order = step < 0 ? QStringLiteral("DESC") : QStringLiteral("ASC");
-    const QString beyond = step < 0 ? QStringLiteral("<") : QStringLiteral(">");
-    // Messages of one moment are told apart by their identifiers.
-    neighbour = FirstSerial(
-        data, QStringLiteral("SELECT * FROM (%1) WHERE FIELD_TIMESTAMP %2 %3 OR (FIELD_TIMESTAMP = "
-                             "%3 AND SERIALID %2 %4) ORDER BY FIELD_TIMESTAMP %5, SERIALID %5")
-                  .arg(query.Listing(), beyond, time, QuoteSql(serialId), order));
+  const auto from = MomentOf(context.Data, serialId);
+  return from ? FirstSerial(context.Data, query.Listing(), from->Condition(Beyond(step)), step)
+              : QString();
+}
+
+QString NextUnopened(Context& context, const QString& folder, const QString& search,
+                     const QString& serialId) {
+  const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (query.IsEmpty() || !mail) return {};
+  const int step = PageStep(context);
+  const QString rows = query.UnreadListing();
+  if (const auto from = MomentOf(context.Data, serialId)) {
+    const QString next = FirstSerial(context.Data, rows, from->Condition(Beyond(step)), step);
+    if (!next.isEmpty()) return next;
   }
-  return neighbour;
+  const QString another = QStringLiteral("SERIALID <> ") + QuoteSql(serialId);
+  return FirstSerial(context.Data, rows, another, step);
+}
+
+qint64 RowsBefore(Context& context, const QString& folder, const QString& search,
+                  const QString& serialId) {
+  const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (query.IsEmpty() || !mail) return -1;
+  const auto to = MomentOf(context.Data, serialId);
+  if (!to) return -1;
+  const RecordsetPtr before =
+      Ask(context.Data, QStringLiteral("SELECT COUNT(*) AS N FROM (%1) WHERE %2")
+                            .arg(query.Listing(), to->Condition(Beyond(-PageStep(context)))));
+  return before == nullptr || before->Eof() ? -1 : before->Fields(u"N").toLongLong();
 }
 
 }  // namespace vorn

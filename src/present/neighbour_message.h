@@ -11,4 +11,15 @@ namespace vorn {
 QString NeighbourMessage(Context& context, const QString& folder, const QString& search,
                          const QString& serialId, int step);
 
+/// The message that is not opened yet and comes next after another one, in the order of the
+/// folder's pages and from their begin when none follows. Without another one it is the first.
+/// Empty when there is none or the folder cannot be read.
+QString NextUnopened(Context& context, const QString& folder, const QString& search,
+                     const QString& serialId);
+
+/// How many messages stand before one in the order of the folder's pages; -1 when the folder cannot
+/// be read or does not hold it.
+qint64 RowsBefore(Context& context, const QString& folder, const QString& search,
+                  const QString& serialId);
+
 }  // namespace vorn

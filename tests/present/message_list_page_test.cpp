@@ -7,6 +7,7 @@
 
 #include "mail/codec/code_page_932.h"
 #include "mail/mail_store.h"
+#include "mail/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
@@ -179,6 +180,40 @@ TEST_F(MessageListPageTest, TheNextAndTheEarlierOneOfOneMoment) {
   search_ = QStringLiteral("Be");
   EXPECT_EQ(neighbour(serials[0], 1), found);
   EXPECT_EQ(neighbour(found, -1), QString());
+}
+
+TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
+  QStringList serials;
+  for (int i = 0; i < 4; ++i) serials.append(Store(i == 2 ? "Bee" : "A"));
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+  for (int i = 0; i < 4; ++i) {
+    ASSERT_TRUE(profile_.Get().Data.Execute(
+        QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '2026-01-0%1 00:00:00.000' "
+                       "WHERE SERIALID = '%2'")
+            .arg(i + 1)
+            .arg(serials[i])));
+  }
+  profile_.Get().Data.Close();
+  ASSERT_TRUE(SetMark(profile_.Get(), {serials[1]}, kFlagNew, false));
+  const auto next = [this](const QString& from) {
+    return NextUnopened(profile_.Get(), folder_, search_, from);
+  };
+  const auto before = [this](const QString& message) {
+    return RowsBefore(profile_.Get(), folder_, search_, message);
+  };
+  EXPECT_EQ(next({}), serials[0]);
+  EXPECT_EQ(next(serials[0]), serials[2]) << "the opened one is passed over";
+  EXPECT_EQ(next(serials[3]), serials[0]) << "from the begin again";
+  EXPECT_EQ(before(serials[3]), 3);
+  Settings(profile_.Get())->Let(QStringLiteral("NewestFirst"), true);
+  EXPECT_EQ(next(serials[2]), serials[0]);
+  EXPECT_EQ(next({}), serials[3]);
+  EXPECT_EQ(before(serials[3]), 0);
+  EXPECT_EQ(before(QStringLiteral("none")), -1);
+  search_ = QStringLiteral("Be");
+  EXPECT_EQ(next(serials[3]), serials[2]);
+  EXPECT_EQ(next(serials[2]), QString()) << "itself is not the next";
+  EXPECT_EQ(before(serials[2]), 0);
 }
 
 TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {

@@ -68,7 +68,7 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   Press(Qt::Key_Down);
   EXPECT_TRUE(AwaitShown(4));
   // One key takes it back, also before the while is over.
-  Press(Qt::Key_N);
+  Press(Qt::Key_U);
   test::RunFor(2500);
   EXPECT_EQ(Mark(4, kFlagNew), QStringLiteral("1"));
   // Another page shows another choice.
@@ -160,7 +160,7 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   EXPECT_TRUE(AwaitMark(1, kFlagStar, "1"));
   EXPECT_EQ(Mark(2, kFlagStar), QStringLiteral("1"));
   EXPECT_EQ(Mark(3, kFlagStar), QStringLiteral("0"));
-  Press(Qt::Key_N, Qt::ShiftModifier);
+  Press(Qt::Key_U, Qt::ShiftModifier);
   EXPECT_TRUE(AwaitMark(2, kFlagNew, "0"));
   Press(Qt::Key_S);
   EXPECT_TRUE(AwaitMark(2, kFlagStar, "0"));

@@ -2,27 +2,23 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMessageBox>
+#include <algorithm>
 
+#include "frame/window/from_message.h"
 #include "frame/window/parent_window.h"
-#include "kit/window/plain_text.h"
-#include "mail/message_likeness.h"
-#include "mail/message_rows.h"
 #include "objects/object_types.h"
-#include "objects/search_condition.h"
 #include "objects/settings.h"
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
 #include "storage/condition_limit.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
-#include "transfer/receive_stop_rules.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
+constexpr int kToldMs = 10000;
 
 }  // namespace
 
@@ -82,32 +78,22 @@ QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
 }
 
 void ParentWindow::MakeRule(const QString& serialId, bool stops) {
-  MessageLikeness likeness;
-  {
-    const OpenedDatabase mail(context_, DatabaseKind::Mail);
-    const RecordsetPtr row = mail ? MessageRows(context_.Data).Of(serialId) : nullptr;
-    if (row == nullptr || row->Eof()) {
-      ShowBox(this, QMessageBox::Critical,
-              Ui::tr("メッセージを読み込めません。") + context_.Data.LastError().text);
-      return;
-    }
-    likeness = LikenessOf(row->Fields(u"FIELD_MAILADDRESS").toString(),
-                          row->Fields(u"MAIL").toByteArray());
-  }
-  if ((stops ? likeness.sender : likeness.gathering).isEmpty()) {
-    ShowBox(this, QMessageBox::Information, Ui::tr("送信者のメールアドレスがありません。"));
-    return;
-  }
-  DialogRequest request;
-  request.status = stops ? fixed_serial::kRules : object_type::kFolder;
-  request.serialId = stops ? fixed_serial::kRules : QString();
-  request.isNew = !stops;
-  request.name = likeness.name;
-  request.condition =
-      stops ? SenderRule(likeness.sender)
-            : FormatConditionLine(
-                  {ConditionLine::Kind::WholeAddress, false, false, {likeness.gathering}});
-  queue_.PostDialogRequest(request);
+  const auto request = RuleLikeMessage(context_, *this, serialId, stops);
+  if (request) queue_.PostDialogRequest(*request);
+}
+
+void ParentWindow::AddToBook(const QString& serialId) {
+  const auto addition = AddCorrespondents(context_, *this, serialId, [this](const QString& book) {
+    return std::any_of(windows_.begin(), windows_.end(),
+                       [&](const RequestWindow* window) { return window->Tag() == book; });
+  });
+  if (!addition) return;
+  tvConsole_->RefreshNode(addition->book);
+  Tell(addition->told);
+}
+
+void ParentWindow::Tell(const QString& sentence) {
+  sbStatus_->showMessage(sentence, kToldMs);
 }
 
 BrowserWindow* ParentWindow::NamedWindow(const QString& name, const BrowserWindow* asking) {

@@ -92,6 +92,7 @@ class ParentWindow : public QMainWindow,
   BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) override;
   void BrowserOpened() override { ArrangeWindows(); }
   void BrowserClosed() override;
+  void Tell(const QString& sentence) override;
   bool ChoosePrinter(QPrinter& printer) override;
   MessageHost& Messages() override { return *this; }
 
@@ -105,7 +106,9 @@ class ParentWindow : public QMainWindow,
   void PostMail(const MailRequest& request) override { queue_.PostMailRequest(request); }
   void PrintPageFile(const QString& path) override;
   QString NeighbourMessage(const QString& serialId, int step) override;
-  void MakeRule(const QString& serialId, bool stops) override;
+  void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
+  void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
+  void AddToBook(const QString& serialId) override;
   bool IsClosing() const override { return closing_; }
   void MessageStored() override { foldersChanged_ = true; }
 
@@ -135,6 +138,7 @@ class ParentWindow : public QMainWindow,
   QString CurrentFolder() const;
   void EditLayout();
   void DropMessage(const QString& message, const QString& folder);
+  void MakeRule(const QString& serialId, bool stops);
   bool MayEndSending();
   void EndAfterSending();
   void KeepPlacement();

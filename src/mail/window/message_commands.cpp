@@ -29,6 +29,7 @@
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/message_body.h"
+#include "mail/window/message_printing.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -288,20 +289,8 @@ QString MessageWindow::ShownHtml() const {
 void MessageWindow::PrintClicked() {
   if (TellUnreadable()) return;
   FinishEditing();
-  const QString path = context_.TempFolder + QStringLiteral("print_") +
-                       context_.Data.NewSerialID() + QStringLiteral(".html");
-  QFile file(path);
   // What is in front is what is printed.
-  const QByteArray page = PrintPage(CurrentModel(), body_->HtmlInFront());
-  if (MakePrivateFolder(context_.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
-      file.write(page) == page.size() && file.flush()) {
-    host_.PrintPageFile(path);
-    return;
-  }
-  file.remove();
-  ShowBox(this, QMessageBox::Critical,
-          Ui::tr("印刷するページを書き込めません。ディスクの空き容量を確認して"
-                 "ください。"));
+  PrintMessagePage(context_, this, host_, PrintPage(CurrentModel(), body_->HtmlInFront()));
 }
 
 void MessageWindow::ShowSource() {

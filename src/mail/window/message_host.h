@@ -27,9 +27,13 @@ class MessageHost {
   /// The message before (`step` -1) or after (1) another one in the folder that is being looked
   /// at; empty when there is none.
   virtual QString NeighbourMessage(const QString& serialId, int step) = 0;
-  /// Opens the window of a new folder, or with `stops` that of the receive-stop rules, with a
-  /// condition that finds messages like this one. Nothing is stored before the user agrees.
-  virtual void MakeRule(const QString& serialId, bool stops) = 0;
+  /// Opens the window of a new folder with a condition that finds messages like this one. Nothing
+  /// is stored before the user agrees.
+  virtual void GatherAlike(const QString& serialId) = 0;
+  /// The same with the window of the receive-stop rules.
+  virtual void StopAlike(const QString& serialId) = 0;
+  /// Puts those with whom the message was exchanged into an address book.
+  virtual void AddToBook(const QString& serialId) = 0;
   /// Whether the program is about to end, so that a question must not keep a window open.
   virtual bool IsClosing() const = 0;
 };

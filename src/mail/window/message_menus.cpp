@@ -127,13 +127,13 @@ QMenu* MessageWindow::BuildMessagesMenu() {
   menu->addSeparator();
   menu->addAction(Ui::tr("保存フォルダ(&F).."), this, &MessageWindow::ChooseFolders);
   menu->addSeparator();
-  const auto rule = [&](const QString& text, bool stops) {
-    QAction* action =
-        menu->addAction(text, this, [this, stops] { host_.MakeRule(request_->SerialID(), stops); });
-    menuRules_.append(action);
+  const auto ofMessage = [&](const QString& text, void (MessageHost::*command)(const QString&)) {
+    menuRules_.append(
+        menu->addAction(text, this, [this, command] { (host_.*command)(request_->SerialID()); }));
   };
-  rule(Ui::tr("このようなメールをフォルダに集める(&G).."), false);
-  rule(Ui::tr("このようなメールを受信しない(&X).."), true);
+  ofMessage(Ui::tr("このようなメールをフォルダに集める(&G).."), &MessageHost::GatherAlike);
+  ofMessage(Ui::tr("このようなメールを受信しない(&X).."), &MessageHost::StopAlike);
+  ofMessage(Ui::tr("アドレスブックに登録(&B)"), &MessageHost::AddToBook);
   return menu;
 }
 

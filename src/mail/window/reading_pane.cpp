@@ -14,8 +14,10 @@
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/date_line.h"
+#include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
+#include "mail/window/message_printing.h"
 #include "mail/window/text_font.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
@@ -172,6 +174,10 @@ void ReadingPane::ShowHead() {
            Addresses(model_, u"TO") +
                (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
   date_->Say(Ui::tr("日時："), DateLine(source_, request_->Text(u"work_timestamp")));
+}
+
+void ReadingPane::Print() {
+  PrintMessagePage(context_, window(), host_, PrintPage(model_, body_->HtmlInFront()));
 }
 
 void ReadingPane::Mark() {

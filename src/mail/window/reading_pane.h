@@ -27,6 +27,8 @@ class ReadingPane : public QWidget {
   /// been in sight for two seconds, unless its sender asks for a receipt: that is asked of the user
   /// in the message's window.
   void Show(const QString& serialId, bool marks);
+  /// Prints the message that is shown, with what is in front.
+  void Print();
   /// The message that is shown; empty when none is.
   QString Shown() const { return serialId_; }
 

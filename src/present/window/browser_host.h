@@ -34,6 +34,8 @@ class BrowserHost {
   virtual bool ChoosePrinter(QPrinter& printer) = 0;
   /// What a message that is read beside its folder's page asks for.
   virtual MessageHost& Messages() = 0;
+  /// Tells the user in passing, without a question.
+  virtual void Tell(const QString& sentence) = 0;
   /// A new browser window shows itself.
   virtual void BrowserOpened() = 0;
   /// A browser window has closed.

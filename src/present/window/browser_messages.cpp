@@ -10,14 +10,17 @@
 #include "mail/message_model.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
+#include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/page_split.h"
+#include "storage/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr qsizetype kManyWindows = 5;
+constexpr int kSearchMs = 2000;  // the window stands still meanwhile
 
 }  // namespace
 
@@ -64,20 +67,37 @@ void BrowserWindow::BuildMessageCommands() {
              [this] { Act(MessageAction::File); });
   AddCommand(QStringLiteral("dust"), Ui::tr("くずかごに入れる(&D)"), {Qt::Key_Delete},
              [this] { Act(MessageAction::ToDust); });
-  outOfDust_ = AddCommand(QStringLiteral("outofdust"), Ui::tr("くずかごから出す(&U)"), {Qt::Key_U},
-                          [this] { Act(MessageAction::OutOfDust); });
+  outOfDust_ = AddCommand(QStringLiteral("outofdust"), Ui::tr("くずかごから出す(&U)"),
+                          {Qt::CTRL | Qt::Key_Delete}, [this] { Act(MessageAction::OutOfDust); });
   messageMenu_->addSeparator();
-  AddCommand(QStringLiteral("unopened"), Ui::tr("未開封に戻す(&N)"), {Qt::Key_N},
+  AddCommand(QStringLiteral("nextunopened"), Ui::tr("次の未開封へ(&N)"), {Qt::Key_N},
+             [this] { OnCurrent([this](const QString& from) { GoToUnopened(from); }); });
+  AddCommand(QStringLiteral("unopened"), Ui::tr("未開封に戻す(&T)"), {Qt::Key_U},
              [this] { Act(MessageAction::MarkUnopened); });
-  AddCommand(QStringLiteral("opened"), Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_N},
+  AddCommand(QStringLiteral("opened"), Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_U},
              [this] { Act(MessageAction::MarkOpened); });
   AddCommand(QStringLiteral("star"), Ui::tr("スターを付ける、外す(&S)"), {Qt::Key_S},
              [this] { Act(MessageAction::ToggleStar); });
   messageMenu_->addSeparator();
+  const auto ofCurrent = [this](void (MessageHost::*command)(const QString&)) {
+    return [this, command] {
+      OnCurrent([this, command](const QString& message) {
+        if (!message.isEmpty()) (host_.Messages().*command)(message);
+      });
+    };
+  };
   AddCommand(QStringLiteral("gather"), Ui::tr("このようなメールをフォルダに集める(&G).."), {},
-             [this] { MakeRule(false); });
+             ofCurrent(&MessageHost::GatherAlike));
   AddCommand(QStringLiteral("stop"), Ui::tr("このようなメールを受信しない(&X).."), {},
-             [this] { MakeRule(true); });
+             ofCurrent(&MessageHost::StopAlike));
+  AddCommand(QStringLiteral("book"), Ui::tr("アドレスブックに登録(&B)"), {Qt::Key_B},
+             ofCurrent(&MessageHost::AddToBook));
+  messageMenu_->addSeparator();
+  AddCommand(QStringLiteral("print"), Ui::tr("印刷(&P).."), {QKeySequence::Print}, [this] {
+    OnCurrent([this](const QString& message) {
+      if (!message.isEmpty()) split_->Print(message);
+    });
+  });
   messageMenu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
@@ -111,13 +131,9 @@ void BrowserWindow::RunCommand(const QString& command) {
 
 // All chosen messages are read, one is answered.
 void BrowserWindow::OpenChosen(OpenMode mode) {
-  // The user may be asked, which must not happen inside the engine's answer.
   if (mode != OpenMode::Show) {
-    rows_.Current([this, mode](const QString& message) {
-      if (message.isEmpty()) return;
-      QTimer::singleShot(0, this, [this, mode, message] {
-        host_.OpenMessage(static_cast<int>(mode), message, true);
-      });
+    OnCurrent([this, mode](const QString& message) {
+      if (!message.isEmpty()) host_.OpenMessage(static_cast<int>(mode), message, true);
     });
     return;
   }
@@ -131,12 +147,32 @@ void BrowserWindow::OpenChosen(OpenMode mode) {
   });
 }
 
-void BrowserWindow::MakeRule(bool stops) {
-  rows_.Current([this, stops](const QString& message) {
-    if (message.isEmpty()) return;
-    QTimer::singleShot(0, this,
-                       [this, stops, message] { host_.Messages().MakeRule(message, stops); });
+// The user may be asked, which must not happen inside the engine's answer.
+void BrowserWindow::OnCurrent(const std::function<void(const QString&)>& act) {
+  rows_.Current([this, act](const QString& message) {
+    QTimer::singleShot(0, this, [act, message] { act(message); });
   });
+}
+
+void BrowserWindow::GoToUnopened(const QString& from) {
+  const ConditionLimit brief(kSearchMs);
+  const QString next = NextUnopened(context_, bag_->SerialID(), Search(), from);
+  if (next.isEmpty()) {
+    host_.Tell(brief.IsReached() ? context_.Data.LastError().text
+                                 : Ui::tr("ほかに未開封のメッセージはありません。"));
+    return;
+  }
+  rows_.GoToMessage(next, [this, next] {
+    QTimer::singleShot(0, this, [this, next] { ShowMessageOfAnotherPage(next); });
+  });
+}
+
+void BrowserWindow::ShowMessageOfAnotherPage(const QString& message) {
+  const ConditionLimit brief(kSearchMs);
+  const qint64 before = RowsBefore(context_, bag_->SerialID(), Search(), message);
+  if (before < 0) return host_.Tell(context_.Data.LastError().text);
+  GoToPage(pages_.PageOf(before));
+  rows_.BeginAtMessage(message);
 }
 
 bool BrowserWindow::AgreesToOpen(qsizetype windows) {

@@ -112,7 +112,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
                       const std::function<void()>& run);
   void EnableMessageCommands();
   void OpenChosen(OpenMode mode);
-  void MakeRule(bool stops);
+  void OnCurrent(const std::function<void(const QString&)>& act);
+  void GoToUnopened(const QString& from);
+  void ShowMessageOfAnotherPage(const QString& message);
   bool AgreesToOpen(qsizetype windows);
   void Act(MessageAction action);
   bool TakesAway(MessageAction action) const;

@@ -93,9 +93,12 @@ void PageRows::Call(const QString& function, const QStringList& messages) {
   Run(QStringLiteral("vorn.%1(%2)").arg(function, QString::fromUtf8(ids)));
 }
 
-void PageRows::GoToMessage(const QString& serialId) {
+void PageRows::GoToMessage(const QString& serialId, const std::function<void()>& notHere) {
   Run(QStringLiteral("vorn.goToMessage(decodeURIComponent('%1'))")
-          .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))));
+          .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))),
+      [notHere](const QVariant& here) {
+        if (notHere && !here.toBool()) notHere();
+      });
 }
 
 void PageRows::Toggle() {
@@ -138,6 +141,13 @@ void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
 
 void PageRows::BeginAtEnd(bool atEnd) {
   kept_ = atEnd ? QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})") : QString();
+}
+
+void PageRows::BeginAtMessage(const QString& serialId) {
+  const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId}},
+                          {QStringLiteral("chosen"), QJsonArray()},
+                          {QStringLiteral("seen"), true}};
+  kept_ = QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact));
 }
 
 bool PageRows::WasAtEnd() const {

@@ -34,8 +34,8 @@ class PageRows : public QObject {
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
   /// Goes to a row counted from 0, or from the last one, -1.
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
-  /// Goes to a message's row; where the page has none, no row is current.
-  void GoToMessage(const QString& serialId);
+  /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.
+  void GoToMessage(const QString& serialId, const std::function<void()>& notHere = {});
   void Toggle();
   void ChooseAll();
   /// No row is current or chosen any more.
@@ -66,6 +66,8 @@ class PageRows : public QObject {
   void Keep(const std::function<void()>& then);
   /// The next page begins at its last row, or at its top.
   void BeginAtEnd(bool atEnd);
+  /// The next page begins with that message as the current one.
+  void BeginAtMessage(const QString& serialId);
   /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
   /// is what the user looks at.
   void StayAtEnd(bool stays) { staysAtEnd_ = stays; }

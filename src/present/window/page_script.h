@@ -137,10 +137,14 @@ inline constexpr char kPageScript[] = R"js(
     goTo: (index, extend) => goTo(there().at(index), extend),
     goToMessage: id => {
       const index = rows.findIndex(row => row.id === id && !gone.has(id));
-      if (index >= 0) return goTo(index, false);
+      if (index >= 0) {
+        goTo(index, false);
+        return true;
+      }
       current = anchor = -1;  // on another page: no row of this one is meant
       chosen.clear();
       show();
+      return false;
     },
     toggle: () => toggle(current),
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
@@ -181,7 +185,11 @@ inline constexpr char kPageScript[] = R"js(
       anchor = rows.findIndex(row => row.id === state.anchor);
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
       show();
-      scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
+      if (!state.seen) {
+        scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
+      } else if (current >= 0) {
+        rows[current].element.scrollIntoView({block: 'center'});
+      }
       tell('kept', current);
     },
   };

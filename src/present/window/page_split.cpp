@@ -3,6 +3,7 @@
 #include <QWebEngineView>
 
 #include "mail/window/message_host.h"
+#include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
 #include "objects/settings.h"
 #include "storage/window/control_state.h"
@@ -90,6 +91,14 @@ bool PageSplit::RowKept(const QString& serialId) {
 
 void PageSplit::StopMarking() {
   if (HasPane()) pane_->Show(pane_->Shown(), false);
+}
+
+void PageSplit::Print(const QString& serialId) {
+  if (HasPane() && pane_->Shown() == serialId) {
+    pane_->Print();
+  } else {
+    PrintStoredMessage(context_, window(), host_, serialId);
+  }
 }
 
 void PageSplit::KeepShare() {

@@ -32,6 +32,8 @@ class PageSplit : public QSplitter {
   bool RowKept(const QString& serialId);
   /// What is shown is not marked by and by, because the user marks it himself.
   void StopMarking();
+  /// Prints a message of the page, as the pane has it where it shows that.
+  void Print(const QString& serialId);
   /// Another page comes.
   void ShowNothing() { ShowRow(QString()); }
 

@@ -1,0 +1,113 @@
+#include "frame/window/from_message.h"
+
+#include <QInputDialog>
+
+#include "kit/window/plain_text.h"
+#include "mail/address_book.h"
+#include "mail/message_likeness.h"
+#include "mail/message_rows.h"
+#include "objects/object_types.h"
+#include "objects/search_condition.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+#include "transfer/receive_stop_rules.h"
+
+namespace vorn {
+namespace {
+
+struct StoredText {
+  QString addressLines;
+  QByteArray source;
+};
+
+std::optional<StoredText> ReadMessage(Context& context, QWidget& window, const QString& serialId) {
+  {
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    const RecordsetPtr row = mail ? MessageRows(context.Data).Of(serialId) : nullptr;
+    if (row != nullptr && !row->Eof()) {
+      return StoredText{row->Fields(u"FIELD_MAILADDRESS").toString(),
+                        row->Fields(u"MAIL").toByteArray()};
+    }
+  }
+  ShowBox(&window, QMessageBox::Critical,
+          Ui::tr("メッセージを読み込めません。") + context.Data.LastError().text);
+  return std::nullopt;
+}
+
+// Null when the user declines, or there is none and none can be made, which is told.
+DiskPtr ChooseBook(Context& context, QWidget& window) {
+  const QList<DiskPtr> books = AddressBooks(context);
+  if (books.size() == 1) return books.first();
+  if (books.isEmpty()) {
+    const DiskPtr made = MakeAddressBook(context);
+    if (made == nullptr) {
+      ShowBox(&window, QMessageBox::Critical,
+              Ui::tr("保存できませんでした。") + context.Data.LastError().text);
+    }
+    return made;
+  }
+  QStringList names;
+  for (const DiskPtr& book : books) names.append(ShownText(book->Text(u"Object"), kMostInTitle));
+  bool given = false;
+  const QString name = QInputDialog::getItem(
+      &window, kApplicationTitle, Ui::tr("登録するアドレスブック："), names, 0, false, &given);
+  return given ? books.value(names.indexOf(name)) : nullptr;
+}
+
+QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added) {
+  const QString name = ShownText(book.Text(u"Object"), kMostInTitle);
+  const QString who = ShownText(people.first().presentable, kMostInTitle);
+  if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
+  return added == 1 && people.size() == 1
+             ? Ui::tr("%1を「%2」に登録しました。").arg(who, name)
+             : Ui::tr("%1件のアドレスを「%2」に登録しました。").arg(added).arg(name);
+}
+
+}  // namespace
+
+std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
+                                             const QString& serialId, bool stops) {
+  const auto message = ReadMessage(context, window, serialId);
+  if (!message) return std::nullopt;
+  const MessageLikeness likeness = LikenessOf(message->addressLines, message->source);
+  if ((stops ? likeness.sender : likeness.gathering).isEmpty()) {
+    ShowBox(&window, QMessageBox::Information, Ui::tr("送信者のメールアドレスがありません。"));
+    return std::nullopt;
+  }
+  DialogRequest request;
+  request.status = stops ? fixed_serial::kRules : object_type::kFolder;
+  request.serialId = stops ? fixed_serial::kRules : QString();
+  request.isNew = !stops;
+  request.name = likeness.name;
+  request.condition =
+      stops ? SenderRule(likeness.sender)
+            : FormatConditionLine(
+                  {ConditionLine::Kind::WholeAddress, false, false, {likeness.gathering}});
+  return request;
+}
+
+std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
+                                              const QString& serialId,
+                                              const std::function<bool(const QString&)>& isEdited) {
+  const auto message = ReadMessage(context, window, serialId);
+  if (!message) return std::nullopt;
+  const QList<AddressEntry> people = Correspondents(context, message->addressLines);
+  if (people.isEmpty()) {
+    ShowBox(&window, QMessageBox::Information, Ui::tr("登録できるメールアドレスがありません。"));
+    return std::nullopt;
+  }
+  const DiskPtr book = ChooseBook(context, window);
+  if (book == nullptr) return std::nullopt;
+  if (isEdited(book->SerialID())) {
+    ShowBox(&window, QMessageBox::Information,
+            Ui::tr("このアドレスブックは編集中です。そのウィンドウを閉じてから登録してください。"));
+    return std::nullopt;
+  }
+  const int added = AddToBook(context, book, people);
+  if (added >= 0) return BookAddition{book->SerialID(), Sentence(*book, people, added)};
+  ShowBox(&window, QMessageBox::Critical,
+          Ui::tr("保存できませんでした。") + context.Data.LastError().text);
+  return std::nullopt;
+}
+
+}  // namespace vorn

@@ -1,0 +1,48 @@
+#include "mail/window/message_printing.h"
+
+#include <QFile>
+
+#include "kit/window/plain_text.h"
+#include "mail/codec/inline_images.h"
+#include "mail/open_message.h"
+#include "mail/print_page.h"
+#include "mail/window/message_host.h"
+#include "storage/databases.h"
+#include "storage/private_files.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
+                      const QByteArray& page) {
+  const QString path = context.TempFolder + QStringLiteral("print_") + context.Data.NewSerialID() +
+                       QStringLiteral(".html");
+  QFile file(path);
+  if (MakePrivateFolder(context.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
+      file.write(page) == page.size() && file.flush()) {
+    host.PrintPageFile(path);
+    return;
+  }
+  file.remove();
+  ShowBox(window, QMessageBox::Critical,
+          Ui::tr("印刷するページを書き込めません。ディスクの空き容量を確認して"
+                 "ください。"));
+}
+
+void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
+                        const QString& serialId) {
+  Disk request(serialId);
+  request.Let(QStringLiteral("file"), MailDatabasePath(context));
+  const OpenedMessage opened = LookAtMessage(context, request);
+  if (!opened.found || opened.unreadable) {
+    ShowBox(window, QMessageBox::Critical,
+            Ui::tr("メッセージを読み込めません。") + context.Data.LastError().text);
+    return;
+  }
+  const QString html = opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
+                           ? QString()
+                           : WithInlineImages(opened.html, opened.source, request.Text(u"content"));
+  PrintMessagePage(context, window, host, PrintPage(opened.model, html));
+}
+
+}  // namespace vorn

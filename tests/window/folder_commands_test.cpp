@@ -1,0 +1,311 @@
+// What is done with the messages of a folder's page: by its keys, its menu and the buttons.
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPrintDialog>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTableWidget>
+
+#include "auxiliary/window/console_window.h"
+#include "mail/address_book.h"
+#include "mail/message_filing.h"
+#include "mail/message_rows.h"
+#include "mail/window/message_window.h"
+#include "objects/object_loader.h"
+#include "objects/window/objects_window.h"
+#include "storage/databases.h"
+#include "window/folder_page_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+// Answers the next window that asks for a text, which follows another one at once.
+void AnswerText(const QString& text) {
+  auto* watch = new QTimer(qApp);
+  QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
+    auto* asks = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget());
+    if (asks == nullptr || !Child<QLineEdit>(*asks, u"Text1").isVisible()) return;
+    watch->stop();
+    watch->deleteLater();
+    Child<QLineEdit>(*asks, u"Text1").setText(text);
+    asks->cmOk_Click();
+  });
+  watch->start(20);
+}
+
+class FolderCommandsTest : public FolderPageTest {
+ protected:
+  // Whether a message counts as not yet opened.
+  QString Mark(int number) const {
+    const OpenedDatabase mail(program_->GetContext(), DatabaseKind::Mail);
+    const RecordsetPtr row = MessageRows(program_->GetContext().Data).Of(Ids({number}).first());
+    return GetFlagChar(row->Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0"));
+  }
+};
+
+TEST_F(FolderCommandsTest, PrintingAMessageLeavesTheActivePage) {
+  Begin(2, 100);
+  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({2}), QString::fromUtf16(kShelf), {}));
+  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+  for (const QString& folder : {QString::fromUtf16(kShelf), fixed_serial::kInbox}) {
+    test::ClickRow(tree, Node(folder));
+    ASSERT_TRUE(WaitFor([&] {
+      const auto* frame = program_->Parent()->findChild<QMdiArea*>()->currentSubWindow();
+      const auto* browser = qobject_cast<BrowserWindow*>(frame->widget());
+      return Browsers().size() == 2 && browser != nullptr && browser->Tag() == folder;
+    }));
+  }
+  BrowserWindow* inbox = nullptr;
+  for (BrowserWindow* browser : Browsers()) {
+    if (browser->Tag() == fixed_serial::kInbox) inbox = browser;
+  }
+  ASSERT_NE(inbox, nullptr);
+  inbox->GoToMessage(QStringLiteral("mail_1"));
+  program_->Parent()->OpenMessage(0, QStringLiteral("mail_1"), false);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow& window = *TopLevel<MessageWindow>();
+  window.activateWindow();
+  const QString path = folder_.filePath(QStringLiteral("page.pdf"));
+  EXPECT_TRUE(
+      InModal<QPrintDialog>([&] { Child<QMenu>(window, u"menuFiles").actions()[6]->trigger(); },
+                            [&](QPrintDialog& dialog) {
+                              Child<QLineEdit>(dialog, u"filename").setText(path);
+                              QMetaObject::invokeMethod(&dialog, "accept");
+                            }));
+  ASSERT_TRUE(WaitFor([&] { return QFileInfo::exists(path) && Browsers().size() == 2; }));
+  window.close();
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
+  const auto status = [this](const char* serial) {
+    Context& context = program_->GetContext();
+    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+    context.Data.OpenRecordset(
+        QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = '%1'").arg(QLatin1String(serial)),
+        CursorKind::ForwardOnly);
+    const int value = context.Data.Recordset()->Fields(u"STATUS").toInt();
+    context.Data.Close();
+    return value;
+  };
+  EXPECT_TRUE(WaitFor([&] { return status("mail_1") == -4; }));
+  EXPECT_EQ(status("mail_2"), 4);
+}
+
+TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
+  Begin(3, 100);
+  auto& toolbar = Child<QToolBar>(*program_->Parent(), u"tbMain");
+  QAction* dust = program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"));
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen().size(), 1);
+  QWidget* button = toolbar.widgetForAction(dust);
+  QCursor::setPos(button->mapToGlobal(button->rect().center()));
+  MadeAnewBy([button] {
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTest::mouseDClick(button, Qt::LeftButton);
+  });
+  test::RunFor(200);
+  EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 2);
+  // A link of a row as well.
+  test::RunFor(QApplication::doubleClickInterval());
+  ClickLink(QStringLiteral("a[href^=\"replay:\" i]"));
+  QWidget* page = View()->focusProxy();
+  const auto again = [page] {
+    QTest::mouseClick(page, Qt::LeftButton, Qt::NoModifier, page->mapFromGlobal(QCursor::pos()));
+  };
+  again();  // before the engine has told of the first
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  again();
+  test::RunFor(200);
+  int windows = 0;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    windows += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
+  }
+  EXPECT_EQ(windows, 1);
+}
+
+TEST_F(FolderCommandsTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
+  Begin(2, 100);
+  const auto told = [](const std::function<void()>& cause) {
+    QString text;
+    EXPECT_TRUE(InModal<QMessageBox>(cause, [&text](QMessageBox& box) {
+      text = box.text();
+      box.accept();
+    }));
+    return text.contains(QStringLiteral("選択されていません"));
+  };
+  for (const char16_t* name : {u"tb_replayall", u"tb_dust"}) {
+    auto* button = program_->Parent()->findChild<QAction*>(QString::fromUtf16(name));
+    EXPECT_TRUE(told([button] { button->trigger(); }));
+  }
+  FocusPage();
+  Press(Qt::Key_Down);
+  EXPECT_TRUE(told([this] {
+    InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                           [](ConsoleWindow& window) {
+                             Child<QTreeWidget>(window, u"TreeView1").clearSelection();
+                             window.cmOk_Click();
+                           });
+  }));
+}
+
+TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
+  Begin(5, 100);
+  const auto dusted = [this](const QStringList& expected) {
+    OpenFolder(fixed_serial::kDust);
+    return AwaitScript(
+        QStringLiteral("vorn.all(), vorn.chosen().join() === '%1'").arg(expected.join(u',')));
+  };
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitGone("No2."));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No3.")));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_3'")))
+      << "the next is current";
+  EXPECT_TRUE(dusted(Ids({1, 2})));
+
+  // In the dust bin one is taken back, the other goes for good.
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete, Qt::ControlModifier);
+  ASSERT_TRUE(AwaitGone("No1."));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  FocusPage();
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen(), Ids({2}));
+  InModal<QMessageBox>([this] { Press(Qt::Key_Delete); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  ASSERT_TRUE(AwaitGone("No2."));
+
+  // Filing leaves the message in the inbox, and takes it out of another folder filled by hand.
+  OpenFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  FocusPage();
+  Press(Qt::Key_Down);
+  MadeAnewBy([this] {
+    // The only folder is chosen already.
+    InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                           [](ConsoleWindow& window) { window.cmOk_Click(); });
+  });
+  for (int i = 0; i < 2; ++i) {
+    MadeAnewBy([this] { Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf)); });
+  }
+  OpenFolder(QString::fromUtf16(kShelf));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
+  EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
+  // The whole choice is dragged by one of its messages.
+  Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
+  EXPECT_TRUE(dusted(Ids({1, 4})));
+  MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
+  EXPECT_TRUE(dusted({})) << "with the others that are chosen";
+  // Into a folder that is made for them.
+  OpenFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  FocusPage();
+  Press(Qt::Key_Down);
+  InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                         [](ConsoleWindow& window) {
+                           AnswerText(QStringLiteral(" 済み "));
+                           test::Press(Child<QPushButton>(window, u"cmAnother"));
+                         });
+  const auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  ASSERT_TRUE(WaitFor(
+      [tree] { return !tree->findItems(QStringLiteral("済み"), Qt::MatchRecursive).isEmpty(); }));
+  const DiskPtr made =
+      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("済み"));
+  ASSERT_NE(made, nullptr);
+  OpenFolder(made->SerialID());
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+}
+
+// By what moves among messages that wait to be read, also over several pages.
+TEST_F(FolderCommandsTest, TheNextUnopenedMessageIsOneKeyAway) {
+  Begin(7, 3);
+  Context& context = program_->GetContext();
+  ASSERT_TRUE(SetMark(context, Ids({1, 3, 4, 5, 7}), kFlagNew, false));
+  Press(Qt::Key_N);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+  MadeAnewBy([this] { Press(Qt::Key_N); });
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_6'"))) << "on the last page";
+  EXPECT_EQ(Child<QLineEdit>(*Browser(), u"txPage").text(), QStringLiteral("2"));
+  // Pressed again before the page of the first one is there, it is passed.
+  MadeAnewBy([this] { Press(Qt::Key_N); });
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'"))) << "from the begin";
+  ASSERT_TRUE(SetMark(context, Ids({2, 6}), kFlagNew, false));
+  Press(Qt::Key_N);
+  const auto* status = program_->Parent()->findChild<QStatusBar*>();
+  EXPECT_TRUE(WaitFor([status] { return status->currentMessage().contains(u"未開封"); }));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+}
+
+TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
+  Begin(3, 100);
+  Context& context = program_->GetContext();
+  const auto* status = program_->Parent()->findChild<QStatusBar*>();
+  const auto told = [status](QStringView words) {
+    return WaitFor([&] { return status->currentMessage().contains(words); });
+  };
+  Press(Qt::Key_Down);
+  Press(Qt::Key_B);
+  EXPECT_TRUE(told(u"a@example.jpを「アドレスブック」に登録"));
+  ASSERT_EQ(AddressBooks(context).size(), 1);
+  const DiskPtr book = AddressBooks(context).first();
+  EXPECT_EQ(book->Text(u"Addressbook"), QStringLiteral("TO: a@example.jp"));
+  Press(Qt::Key_Down);
+  Press(Qt::Key_B);
+  EXPECT_TRUE(told(u"もう登録されています"));
+  // While its window is open nothing is added behind its back.
+  DialogRequest request;
+  request.serialId = book->SerialID();
+  request.status = object_type::kBook;
+  request.show = kShowModeless;
+  RequestQueue queue(context);
+  ASSERT_TRUE(queue.PostDialogRequest(request));
+  program_->Parent()->PostRequest(queue.Front());
+  ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
+  EXPECT_TRUE(InModal<QMessageBox>([&] { program_->Parent()->AddToBook(QStringLiteral("mail_1")); },
+                                   [](QMessageBox& box) {
+                                     EXPECT_TRUE(box.text().contains(u"編集中"));
+                                     box.button(QMessageBox::Ok)->click();
+                                   }));
+  // What was sent gives its recipients; the user is asked where there are several books.
+  TopLevel<ObjectsWindow>()->close();
+  const DiskPtr second = MakeAddressBook(context);
+  second->Let(QStringLiteral("Object"), QStringLiteral("社外"));
+  const QList<AddressEntry> people = Correspondents(
+      context, QStringLiteral("FROM: b@example.jp\r\nTO: C@example.jp 長\r\nTO: c@example.jp"));
+  ASSERT_EQ(people.size(), 1) << "who is no user of the profile is the sender";
+  EXPECT_EQ(AddToBook(context, second, people), 1);
+  EXPECT_TRUE(
+      InModal<QInputDialog>([&] { program_->Parent()->AddToBook(QStringLiteral("mail_1")); },
+                            [](QInputDialog& dialog) {
+                              dialog.setTextValue(QStringLiteral("社外"));
+                              dialog.accept();
+                            }));
+  EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: b@example.jp\r\nTO: a@example.jp"));
+}
+
+TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {
+  Begin(2, 100);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  const QString path = folder_.filePath(QStringLiteral("page.pdf"));
+  EXPECT_TRUE(InModal<QPrintDialog>([this] { Press(Qt::Key_P, Qt::ControlModifier); },
+                                    [&](QPrintDialog& dialog) {
+                                      Child<QLineEdit>(dialog, u"filename").setText(path);
+                                      QMetaObject::invokeMethod(&dialog, "accept");
+                                    }));
+  ASSERT_TRUE(WaitFor([&] { return QFileInfo(path).size() > 0; }));
+  EXPECT_EQ(Mark(2), QStringLiteral("1")) << "it has not been opened";
+}
+
+}  // namespace
+}  // namespace vorn
