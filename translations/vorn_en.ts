@@ -3828,7 +3828,7 @@ Remove the password?</translation>
         <translation>New Folder</translation>
     </message>
     <message>
-        <source>元に戻しました: %1</source>
+        <source>取り消しました：%1</source>
         <translation>Taken back: %1</translation>
     </message>
     <message>

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -47,6 +48,12 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   EXPECT_EQ(Chosen(), Ids({2, 3}));
   Press(Qt::Key_End);
   EXPECT_EQ(Chosen(), Ids({6}));
+  // The row that was clicked before belongs to what is clicked with Ctrl.
+  Script(QStringLiteral(
+      "document.querySelector('a[href*=\"mail_4\"]').dispatchEvent(new MouseEvent('mousedown', "
+      "{ctrlKey: true, bubbles: true}))"));
+  EXPECT_EQ(Chosen(), Ids({4, 6}));
+  Press(Qt::Key_End);
   Press(Qt::Key_Space);
   EXPECT_EQ(Chosen(), Ids({6}));
   Press(Qt::Key_A, Qt::ControlModifier);
@@ -190,7 +197,57 @@ TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
   EXPECT_TRUE(WaitFor(waitAll));
 }
 
-// The page that was in use stays so while a message is read and printed over it.
+// Tabs that are both awake; the area itself gives the keyboard to a control of the toolbar.
+TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
+  Begin(4, 100);
+  ParentWindow* parent = program_->Parent();
+  BrowserWindow* inbox = Browser();
+  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({1, 2}), QString::fromUtf16(kShelf)));
+  auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
+  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
+  BrowserWindow* shelf = Browsers().front() == inbox ? Browsers().back() : Browsers().front();
+  auto* tabs = parent->findChild<QMdiArea*>()->findChild<QTabBar*>();
+  const auto hasKeys = [](const BrowserWindow* browser) {
+    const auto* view = browser->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+    return WaitFor([view] {
+      const QWidget* focus = QApplication::focusWidget();
+      return focus != nullptr && (view == focus || view->isAncestorOf(focus));
+    });
+  };
+  for (int i = 0; i < 6; ++i) {
+    tabs->setCurrentIndex(i % 2);
+    EXPECT_TRUE(hasKeys(i % 2 == 0 ? inbox : shelf)) << i;
+  }
+  // Who types into a box and comes back from elsewhere goes on typing.
+  auto* search = shelf->findChild<QLineEdit*>(QStringLiteral("txSearch"));
+  search->setFocus();
+  auto* area = parent->findChild<QMdiArea*>();
+  QMdiSubWindow* frame = area->activeSubWindow();
+  Q_EMIT area->subWindowActivated(nullptr);
+  Q_EMIT area->subWindowActivated(frame);
+  test::RunFor(100);
+  EXPECT_EQ(QApplication::focusWidget(), search);
+}
+
+// A page may be too busy to tell its place for a while, and be made anew several times meanwhile.
+TEST_F(FolderPageTest, APlaceIsWaitedForEachTime) {
+  Begin(5, 100);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+  QElapsedTimer clock;
+  clock.start();
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+  test::RunFor(static_cast<int>(qMax(qint64{0}, 1900 - clock.elapsed())));
+  View()->page()->runJavaScript(
+      QStringLiteral("for (const end = Date.now() + 700; Date.now() < end;);"),
+      QWebEngineScript::ApplicationWorld, [](const QVariant&) {});
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+}
+
 TEST_F(FolderPageTest, ARangeBeginsAtItsFirstRowAndGoesOnInAPageThatIsMadeAnew) {
   Begin(6, 100);
   Press(Qt::Key_Up, Qt::ShiftModifier);

@@ -2,9 +2,11 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTabBar>
 #include <QToolButton>
 
 #include "mail/codec/flag_string.h"
@@ -75,6 +77,26 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   Child<QAction>(*Browser(), u"seek").trigger();
   Browser()->ShowFolder(QString::fromUtf16(kShelf));
   EXPECT_EQ(Pane()->Shown(), QString());
+}
+
+TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
+  BeginReading(3);
+  BrowserWindow* inbox = Browser();
+  auto* tabs = program_->Parent()->findChild<QMdiArea*>()->findChild<QTabBar*>();
+  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"),
+                 Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
+  tabs->setCurrentIndex(0);
+  auto* pane = inbox->findChild<ReadingPane*>();
+  inbox->GoToMessage(Ids({1}).first());
+  ASSERT_TRUE(WaitFor([&] { return pane->Shown() == Ids({1}).first(); }));
+  tabs->setCurrentIndex(1);
+  test::RunFor(500);
+  inbox->Refresh();  // as when mail comes
+  test::RunFor(2500);
+  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
+  tabs->setCurrentIndex(0);
+  EXPECT_TRUE(AwaitMark(1, kFlagNew, "0"));
 }
 
 TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {

@@ -98,6 +98,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(area_, &QMdiArea::subWindowActivated, this, [this] {
     RestHiddenPages();
     FollowActivePage();
+    GiveKeysToPage();
   });
   // A click into the page that is active already activates nothing.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -360,7 +361,21 @@ void ParentWindow::RestHiddenPages() {
     auto* browser = qobject_cast<BrowserWindow*>(frames[i]->widget());
     if (browser == nullptr) continue;
     i < resting ? browser->Rest() : browser->Wake();
+    browser->Cover(area_->viewMode() == QMdiArea::TabbedView && i + 1 < frames.size());
   }
+}
+
+// Who goes to another tab goes on in its page. Who comes back from another program goes on where he
+// was, which may be a text box.
+void ParentWindow::GiveKeysToPage() {
+  const QMdiSubWindow* frame = area_->activeSubWindow();
+  if (closing_ || frame == nullptr || area_->viewMode() != QMdiArea::TabbedView) return;
+  const QPointer<BrowserWindow> browser = qobject_cast<BrowserWindow*>(frame->widget());
+  if (std::exchange(front_, browser) == browser || browser == nullptr) return;
+  // Once the area has given the keyboard to whichever control comes first.
+  QTimer::singleShot(0, this, [browser] {
+    if (browser != nullptr) browser->TakeKeys();
+  });
 }
 
 void ParentWindow::SetArrangement(Arrangement arrangement) {

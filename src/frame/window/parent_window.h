@@ -144,6 +144,7 @@ class ParentWindow : public QMainWindow,
   void KeepPlacement();
   void FollowActivePage();
   void RestHiddenPages();
+  void GiveKeysToPage();
   void ShowTitle();
   BrowserWindow* NewUnseenBrowser();
   QWidget* FrontWindow();
@@ -186,6 +187,7 @@ class ParentWindow : public QMainWindow,
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
+  QPointer<BrowserWindow> front_;    // the tab that was used last
   QPointer<BrowserWindow> preview_;  // whose tab folders share that are only looked at
   QString previewed_;                // the folder that is about to be shown in it
   UnreadCounter unread_;

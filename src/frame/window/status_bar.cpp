@@ -88,7 +88,7 @@ void MainStatusBar::TakeBack() {
   if (steps_.empty()) return;
   const Step step = std::move(steps_.back());
   steps_.pop_back();
-  ShowOffer(Ui::tr("元に戻しました: %1").arg(step.done));
+  ShowOffer(Ui::tr("取り消しました：%1").arg(step.done));
   step.undo();
 }
 

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QStackedLayout>
 #include <QToolBar>
+#include <utility>
 
 #include "kit/window/access_names.h"
 #include "kit/window/eliding_label.h"
@@ -128,7 +129,14 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
     auto& either = static_cast<QStackedLayout&>(*layout());
     either.setCurrentWidget(serialId.isEmpty() ? nothing_ : message_);
   }
-  if (marks && !serialId_.isEmpty() && receipt_->isHidden()) inSight_.start(kInSightMs);
+  marks_ = marks && !serialId_.isEmpty() && receipt_->isHidden();
+  if (marks_ && !isCovered_) inSight_.start(kInSightMs);
+}
+
+void ReadingPane::Cover(bool covered) {
+  if (std::exchange(isCovered_, covered) == covered) return;
+  if (covered) inSight_.stop();
+  if (!covered && marks_) inSight_.start(kInSightMs);
 }
 
 void ReadingPane::Fill(const OpenedMessage& opened) {
@@ -181,6 +189,7 @@ void ReadingPane::Print() {
 }
 
 void ReadingPane::Mark() {
+  marks_ = false;
   if (!isVisible() || window()->isMinimized()) return;
   if (MarkOpened(context_, *request_)) Q_EMIT Marked();
 }

@@ -27,6 +27,8 @@ class ReadingPane : public QWidget {
   /// been in sight for two seconds, unless its sender asks for a receipt: that is asked of the user
   /// in the message's window.
   void Show(const QString& serialId, bool marks);
+  /// The pane is out of sight, behind another window of its area, or no longer.
+  void Cover(bool covered);
   /// Prints the message that is shown, with what is in front.
   void Print();
   /// The message that is shown; empty when none is.
@@ -53,6 +55,8 @@ class ReadingPane : public QWidget {
   QByteArray source_;
   QString html_;
   QTimer inSight_;
+  bool marks_ = false;  // once it has been in sight for long enough
+  bool isCovered_ = false;
   QLabel* nothing_;
   QWidget* message_;
   ElidingLabel* subject_;

@@ -10,6 +10,7 @@
 #include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
+#include "present/window/page_split.h"
 
 namespace vorn {
 
@@ -37,12 +38,26 @@ void BrowserWindow::LetViewGo() {
 
 void BrowserWindow::Wake() {
   if (!std::exchange(rests_, false) || wbUrl_ != nullptr) return;
-  const QWidget* focus = QApplication::focusWidget();
-  // Also what is around it, where the keyboard is left once the view is gone.
-  const bool hasFocus = focus == nullptr || isAncestorOf(focus) || focus->isAncestorOf(this) ||
-                        qobject_cast<const QTabBar*>(focus) != nullptr;
+  const bool hadFocus = HasKeysNear();
   Refresh();
-  if (hasFocus && wbUrl_ != nullptr) wbUrl_->setFocus();  // the keys are the page's, as they were
+  if (hadFocus && wbUrl_ != nullptr) wbUrl_->setFocus();  // the keys are the page's, as they were
+}
+
+void BrowserWindow::Cover(bool covered) {
+  split_->Cover(covered);
+}
+
+// What is around the view has the keyboard too, as when the view was let go or another tab chosen.
+bool BrowserWindow::HasKeysNear() const {
+  const QWidget* focus = QApplication::focusWidget();
+  return focus == nullptr || isAncestorOf(focus) || focus->isAncestorOf(this) ||
+         qobject_cast<const QTabBar*>(focus) != nullptr;
+}
+
+void BrowserWindow::TakeKeys() {
+  const QWidget* focus = QApplication::focusWidget();
+  const bool isInPage = focus != nullptr && split_->isAncestorOf(focus);
+  if (wbUrl_ != nullptr && !isInPage && HasKeysNear()) wbUrl_->setFocus();
 }
 
 }  // namespace vorn

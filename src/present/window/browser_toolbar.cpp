@@ -225,8 +225,8 @@ void BrowserWindow::ControlToolbarUpdate() {
                                             : Qt::ToolButtonTextBesideIcon);
 }
 
-void BrowserWindow::ShowPageCount() {
-  const int pages = pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch), false);
+void BrowserWindow::ShowPageCount(bool count) {
+  const int pages = pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch), count);
   lbPages_->setText(pages > 0 ? QStringLiteral(" / %1 ").arg(pages) : QString());
 }
 

@@ -42,6 +42,7 @@ namespace {
 
 const QString kInit = QStringLiteral("init");
 constexpr int kExploreAfterMs = 1000;
+constexpr int kCountMs = 100;  // for the number of pages, while the user does nothing
 constexpr int kCheckRowsMs = 1000;
 constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
@@ -430,9 +431,10 @@ void BrowserWindow::Explore() {
   const bool hasPages = bag_->Flag(kBefore) || bag_->Flag(kNext);
   if (hasPages && pages_.Explore(bag_->SerialID(), bag_->Text(kSearch))) {
     explore_.start(kExplorePauseMs);
-  } else {
-    ShowPageCount();
+    return;
   }
+  const ConditionLimit briefer(kCountMs);
+  ShowPageCount(hasPages);
 }
 
 void BrowserWindow::SetLoading(bool loading) {

@@ -61,6 +61,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void Rest();
   /// Makes the page anew that was let go.
   void Wake();
+  /// The window is behind another one, or no longer: nobody reads what its pane shows.
+  void Cover(bool covered);
+  /// Gives the keyboard to the page, unless something else in another part of the program has it.
+  void TakeKeys();
   void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
@@ -124,6 +128,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void UsePage(bool local);
   void MakeAnew();
   void LetViewGo();
+  bool HasKeysNear() const;
   void OpenMessage(const LinkCommand& command);
   void RowTold(const QString& what, const QString& serialId);
   void ChooseFirstPage();
@@ -142,7 +147,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowNewest();
   void Explore();
   void CheckRows();
-  void ShowPageCount();
+  void ShowPageCount(bool count = false);
   void SeekClicked();
   void SearchFolder();
   void SetLoading(bool loading);

@@ -3,7 +3,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimer>
 #include <QUrl>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
@@ -15,6 +14,11 @@ namespace {
 constexpr int kAnswerMs = 2000;  // after so long a page will not tell its place any more
 
 }  // namespace
+
+PageRows::PageRows(QObject* parent) : QObject(parent) {
+  giveUp_.setSingleShot(true);
+  connect(&giveUp_, &QTimer::timeout, this, &PageRows::Make);
+}
 
 // What waits for an answer goes on without one when the page goes for good: a message that was
 // dropped onto a folder must not be forgotten because another page was opened.
@@ -168,11 +172,12 @@ void PageRows::Keep(const std::function<void()>& then) {
     Make();
   });
   // A page that goes at this very moment takes the question with it.
-  QTimer::singleShot(kAnswerMs, this, &PageRows::Make);
+  giveUp_.start(kAnswerMs);
   comes_ = true;
 }
 
 void PageRows::Make() {
+  giveUp_.stop();
   if (!make_) return;
   making_ = true;
   std::exchange(make_, {})();

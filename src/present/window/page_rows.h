@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 
 class QWebEnginePage;
@@ -15,7 +16,7 @@ namespace vorn {
 /// is done on the new one.
 class PageRows : public QObject {
  public:
-  using QObject::QObject;
+  explicit PageRows(QObject* parent = nullptr);
 
   /// Takes a page that has been loaded, at the place that was last kept.
   void Attach(QWebEnginePage* page);
@@ -89,6 +90,7 @@ class PageRows : public QObject {
   bool comes_ = false;                    // the page is being made anew
   bool making_ = false;                   // just now
   std::function<void()> make_;            // when its state is known
+  QTimer giveUp_;                         // knowing it
   QList<std::function<void()>> waiting_;  // until it is there
   int count_ = 0;
   bool closed_ = false;

@@ -70,8 +70,9 @@ inline constexpr char kPageScript[] = R"js(
     rows[current].element.scrollIntoView({block: 'nearest'});
     tell('row', current);
   };
-  const toggle = index => {
+  const toggle = (index, addsCurrent) => {
     if (index < 0) return;
+    if (addsCurrent && chosen.size === 0 && current >= 0 && current !== index) chosen.add(rows[current].id);
     current = anchor = index;
     const id = rows[index].id;
     if (!chosen.delete(id)) chosen.add(id);
@@ -100,7 +101,7 @@ inline constexpr char kPageScript[] = R"js(
     const index = rowAt(event.target);
     if (index < 0) return;
     if (event.button === 0 && event.ctrlKey) {
-      toggle(index);
+      toggle(index, true);  // the row that was clicked before is meant as well
     } else if (event.button === 0 && event.shiftKey) {
       goTo(index, true);
       event.preventDefault();

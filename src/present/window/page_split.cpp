@@ -64,6 +64,7 @@ void PageSplit::resizeEvent(QResizeEvent* event) {
 void PageSplit::MakePane() {
   pane_ = new ReadingPane(context_, host_);
   pane_->hide();
+  pane_->Cover(isCovered_);
   addWidget(pane_);
   connect(pane_, &ReadingPane::OpenWanted, this,
           [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
@@ -91,6 +92,11 @@ bool PageSplit::RowKept(const QString& serialId) {
 
 void PageSplit::StopMarking() {
   if (HasPane()) pane_->Show(pane_->Shown(), false);
+}
+
+void PageSplit::Cover(bool covered) {
+  isCovered_ = covered;
+  if (pane_ != nullptr) pane_->Cover(covered);
 }
 
 void PageSplit::Print(const QString& serialId) {

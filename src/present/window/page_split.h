@@ -32,6 +32,8 @@ class PageSplit : public QSplitter {
   bool RowKept(const QString& serialId);
   /// What is shown is not marked by and by, because the user marks it himself.
   void StopMarking();
+  /// See `ReadingPane::Cover`.
+  void Cover(bool covered);
   /// Prints a message of the page, as the pane has it where it shows that.
   void Print(const QString& serialId);
   /// Another page comes.
@@ -54,6 +56,7 @@ class PageSplit : public QSplitter {
   MessageHost& host_;
   ReadingPane* pane_ = nullptr;
   int place_ = 0;  // as the setting's values
+  bool isCovered_ = false;
   // The page is made anew because the message was marked, which may have taken it off the page:
   // the next one must not be marked in its turn.
   bool hasMarked_ = false;
