@@ -2369,10 +2369,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>“%1” is in use.</translation>
     </message>
     <message>
-        <source>ファイルを複製できません。</source>
-        <translation>The file cannot be copied.</translation>
-    </message>
-    <message>
         <source>「%1」を元に戻せません。</source>
         <translation>“%1” cannot be brought back.</translation>
     </message>
@@ -3882,6 +3878,18 @@ Remove the password?</translation>
     <message>
         <source>ほかに未開封のメッセージはありません。</source>
         <translation>There are no other unopened messages.</translation>
+    </message>
+    <message>
+        <source>入力したのは変える前のパスワードです。今のパスワードを入力してください。</source>
+        <translation>This is the password from before the change. Enter the present one.</translation>
+    </message>
+    <message>
+        <source>ディスクの空き容量が足りないので、「%1」を今のパスワードに合わせられません。</source>
+        <translation>There is not enough room on the disk to bring “%1” under the present password.</translation>
+    </message>
+    <message>
+        <source>「%1」は壊れているので、今のパスワードに合わせられません。</source>
+        <translation>“%1” is damaged and cannot be brought under the present password.</translation>
     </message>
 </context>
 </TS>

@@ -90,6 +90,13 @@ bool OpensAny(Context& context, const QStringList& files, const QString& passwor
   });
 }
 
+// Without older copies: these open with a password that was given up.
+QStringList CurrentFiles(const Context& context, const Disk& profile, QStringList files) {
+  files.removeIf(
+      [&](const QString& file) { return IsUnderOtherKeyThanNoted(context, profile, file); });
+  return files;
+}
+
 // All files of a profile have one password, so each of them tells of the others: whether it was the
 // right one when the profile's own database is damaged or lost.
 bool PasswordFits(Context& context, const Disk& profile, const QString& password) {
@@ -99,6 +106,11 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
   if (context.Data.TestPassword(path, password)) return true;
   const StorageError reason = context.Data.LastError();
   if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
+    if (!OpensAny(context, CurrentFiles(context, profile, mail), password)) {
+      return context.Data.FailWith(
+          {StorageError::Kind::Other,
+           Ui::tr("入力したのは変える前のパスワードです。今のパスワードを入力してください。")});
+    }
     const QList<LostFile> lost = LostFiles(context, profile, password);
     if (std::any_of(lost.begin(), lost.end(),
                     [&path](const LostFile& file) { return file.path == path; })) {

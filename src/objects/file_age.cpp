@@ -10,21 +10,32 @@
 namespace vorn {
 namespace {
 
-// Of the file that is open; nothing when it cannot be read. A file that never counted has no table.
-std::optional<qint64> ReadCount(DataSession& data) {
-  if (!data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = "
-                                         "'work_count'"),
-                          CursorKind::ForwardOnly) ||
-      data.Recordset()->Failed()) {
-    return std::nullopt;
-  }
-  if (data.Recordset()->Fields(u"N").toInt() == 0) return 0;
-  if (!data.OpenRecordset(QStringLiteral("SELECT MAX(NUMBER) AS N FROM work_count"),
-                          CursorKind::ForwardOnly) ||
-      data.Recordset()->Failed()) {
+const QString kWorks = QStringLiteral("work_count");
+const QString kChanges = QStringLiteral("change_mark");
+
+std::optional<qint64> Ask(DataSession& data, const QString& select) {
+  if (!data.OpenRecordset(select, CursorKind::ForwardOnly) || data.Recordset()->Failed()) {
     return std::nullopt;
   }
   return data.Recordset()->Fields(u"N").toLongLong();
+}
+
+// Of the file that is open; nothing when it cannot be read. A file that never counted has no table.
+std::optional<qint64> ReadCount(DataSession& data, const QString& table) {
+  const auto tables = Ask(
+      data, QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = '%1'").arg(table));
+  if (!tables || *tables == 0) return tables;
+  return Ask(data, QStringLiteral("SELECT MAX(NUMBER) AS N FROM ") + table);
+}
+
+// Whether the open file is older than its note. Messages alone tell nothing: they are deleted, too.
+bool IsOlder(DataSession& data, const FileNote& note) {
+  const std::optional<qint64> works = ReadCount(data, kWorks);
+  if (works && *works < note.works) return true;
+  const std::optional<qint64> changes = note.changes > 0 ? ReadCount(data, kChanges) : std::nullopt;
+  if (!changes || *changes >= note.changes) return false;
+  const auto messages = Ask(data, QStringLiteral("SELECT COUNT(0) AS N FROM mail"));
+  return messages && *messages < note.messages;
 }
 
 // At least `least`. The new count, 0 when it could not be stored.
@@ -34,7 +45,7 @@ qint64 WriteCount(Context& context, const QString& file, qint64 least) {
   DataSession& data = context.Data;
   qint64 count = 0;
   if (data.Begin()) {
-    const std::optional<qint64> before = ReadCount(data);
+    const std::optional<qint64> before = ReadCount(data, kWorks);
     const qint64 next = std::max(before.value_or(0) + 1, least);
     const bool written =
         before &&
@@ -74,20 +85,28 @@ bool CountWork(Context& context) {
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
 }
 
+qint64 ChangesOf(Context& context, const QString& file) {
+  const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
+  return opened ? ReadCount(context.Data, kChanges).value_or(0) : 0;
+}
+
 QStringList OlderFiles(Context& context) {
   QStringList older;
   for (const FileNote& note : FileNotes(*context.Session)) {
     const QString path = PlatformPath(context, note.path);
-    if (note.works == 0 || note.mark != FileMark(path)) continue;
+    if ((note.works == 0 && note.changes == 0) || note.mark != FileMark(path)) continue;
     const OpenedDatabase opened(context, DatabaseKind::MailByPath, note.path);
-    if (!opened) continue;
-    const std::optional<qint64> count = ReadCount(context.Data);
-    if (count && *count < note.works) older.append(path);
+    if (opened && IsOlder(context.Data, note)) older.append(path);
   }
   return older;
 }
 
 bool AcceptAge(Context& context, const QString& file) {
+  QList<FileNote> notes = FileNotes(*context.Session);
+  for (FileNote& note : notes) {
+    if (PlatformPath(context, note.path) == file) note.bytes = note.changes = 0;  // counted anew
+  }
+  LetFileNotes(*context.Session, notes);
   return WriteCount(context, file, Remembered(context, file)) > 0;
 }
 

@@ -6,7 +6,10 @@
 
 namespace vorn {
 
-// A mail file counts the times in which messages were received or sent, and the profile remembers
+// A mail file that holds fewer messages than its profile remembers, and was written to less often,
+// is an older copy.
+//
+// It also counts the times in which messages were received or sent, and the profile remembers
 // the count. A file that has a smaller one than remembered is an older copy, or has lost its log:
 // what was received since is not in it, and what was sent since seems to wait.
 
@@ -14,6 +17,9 @@ namespace vorn {
 /// and again before the server's copies of what was received are given up; false when it cannot be
 /// stored.
 bool CountWork(Context& context);
+
+/// How often the mail file at a path was written to; 0 where that cannot be told.
+qint64 ChangesOf(Context& context, const QString& file);
 
 /// The profile's mail files, by their paths, that are older than remembered.
 QStringList OlderFiles(Context& context);

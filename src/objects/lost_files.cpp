@@ -4,9 +4,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 #include <algorithm>
 #include <optional>
 
+#include "objects/file_age.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
@@ -59,12 +61,15 @@ qint64 CountMessages(Context& context, const QString& path) {
 // The note of a file as it is now; the old one when the file is not there.
 FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
   const QString path = PlatformPath(context, stored);
-  FileNote note{stored, FileMark(path), -1, 0, 0};
+  FileNote note{stored, FileMark(path)};
   if (note.mark.isEmpty()) return old;
   if (note.mark == old.mark) note = old;
+  note.salt = FileSaltText(path);
   const bool holdsMail = stored != context.Session->Text(u"Profile");
   if (holdsMail && context.Data.IsWarm(path) &&
       (note.messages < 0 || note.bytes != BytesOf(path))) {
+    // First, so that what comes in between is not taken for lost.
+    note.changes = ChangesOf(context, path);
     note.messages = CountMessages(context, path);
     note.bytes = BytesOf(path);
   }
@@ -92,7 +97,7 @@ bool IsAnother(const QString& path, const QString& mark) {
 // Whether the file itself, as it was before the password changed.
 bool IsUnderOtherKey(Context& context, const FileNote& note, const QString& password) {
   const QString path = PlatformPath(context, note.path);
-  return !note.mark.isEmpty() && FileMark(path) == note.mark &&
+  return !note.mark.isEmpty() && FileMark(path) == note.mark && note.salt != FileSaltText(path) &&
          !context.Data.TestPassword(path, password) &&
          context.Data.LastError().kind == StorageError::Kind::WrongPassword;
 }
@@ -116,7 +121,8 @@ bool CopyDatabase(Context& context, const QString& from, const QString& to) {
   };
   if (copy({}) && (!QFile::exists(from + kLog) || copy(kLog))) return true;
   RemoveDatabase(to);
-  return Fail(context, StorageError::Kind::DiskFull, Ui::tr("ファイルを複製できません。"));
+  return Fail(context, StorageError::Kind::DiskFull,
+              Ui::tr("ファイルを複製できません。ディスクの空き容量を確認してください。"));
 }
 
 // What stands in the place of a lost file is kept under another name, with its log.
@@ -161,6 +167,20 @@ std::optional<QString> OpeningPassword(Context& context, const QString& file,
   }
   context.Data.FailWith(reason);
   return std::nullopt;
+}
+
+// The password was right: it has opened the file. What the engine says of a copy that was only half
+// written would be no help.
+StorageError NotRekeyed(const QString& file, const QString& place) {
+  const bool isFull =
+      QStorageInfo(QFileInfo(place).path()).bytesAvailable() < 2 * QFileInfo(file).size();
+  return isFull ? StorageError{StorageError::Kind::DiskFull,
+                               Ui::tr("ディスクの空き容量が足りないので、「%1」を今のパスワードに"
+                                      "合わせられません。")
+                                   .arg(Name(file))}
+                : StorageError{StorageError::Kind::Damaged,
+                               Ui::tr("「%1」は壊れているので、今のパスワードに合わせられません。")
+                                   .arg(Name(file))};
 }
 
 // A copy of a profile's folder has the code that its files are under.
@@ -215,6 +235,14 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   if (hasOthers && !HasContent(own))
     lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0, 0}, {}});
   return lost;
+}
+
+bool IsUnderOtherKeyThanNoted(const Context& context, const Disk& profile, const QString& path) {
+  const QList<FileNote> notes = FileNotes(profile);
+  return std::any_of(notes.begin(), notes.end(), [&](const FileNote& note) {
+    return PlatformPath(context, note.path) == path && !note.salt.isEmpty() &&
+           note.salt != FileSaltText(path);
+  });
 }
 
 QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password) {
@@ -282,7 +310,7 @@ std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, con
   if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
     isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
-    reason = change.Error();
+    if (!isReady) reason = NotRekeyed(file, lost.path);
     context.Data.CloseFile(ready);
   }
   context.Data.CloseFile(lost.path);
@@ -311,7 +339,7 @@ bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   }
   QList<FileNote> notes = FileNotes(profile);
   notes.removeIf([&](const FileNote& note) { return note.path == lost.note.path; });
-  notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0, 0, 0});
+  notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0});
   LetFileNotes(profile, notes);
   return true;
 }

@@ -29,6 +29,10 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile);
 /// `password` opens others of the profile, but not them.
 QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password);
 
+/// Whether a file, given by its path, has had another key when the profile last noted it: it is an
+/// older copy. False for notes of earlier versions, which do not tell.
+bool IsUnderOtherKeyThanNoted(const Context& context, const Disk& profile, const QString& path);
+
 /// The loss as sentences for the user: what is missing, how many messages it held, and what lies in
 /// the folder.
 QString LostFilesText(const QList<LostFile>& lost);

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
@@ -294,6 +295,7 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
   }
   if (context.Session->SerialID() == profile.SerialID()) {
     context.Session->Let(QStringLiteral("password"), to);
+    NoteFiles(context);  // which keys are the present ones; tried again at the end
   }
   return true;
 }

@@ -15,26 +15,33 @@ constexpr qsizetype kMarkCharacters = 8;
 const QString kNotes = QStringLiteral("FileNotes");
 const QString kLineEnd = QStringLiteral("\r\n");
 
+QByteArray Salt(const QString& path) {
+  return QFileInfo(path).size() < kPageBytes ? QByteArray() : FileStart(path, FileKey::kSaltBytes);
+}
+
 }  // namespace
 
 QString FileMark(const QString& path) {
-  if (QFileInfo(path).size() < kPageBytes) return {};
-  const QByteArray salt = FileStart(path, FileKey::kSaltBytes);
+  const QByteArray salt = Salt(path);
   return salt.isEmpty() ? QString() : QString::fromLatin1(FileKey::Identity(salt).toHex());
+}
+
+QString FileSaltText(const QString& path) {
+  return QString::fromLatin1(Salt(path).toHex());
 }
 
 bool HasContent(const QString& path) {
   return QFileInfo(path).size() > 0;
 }
 
-// One a line: mark, messages, bytes and works with "/" between them, path.
+// One a line: mark, messages, the others with "/" between them, path.
 QList<FileNote> FileNotes(const Disk& profile) {
   QList<FileNote> notes;
   for (const QString& line : profile.Text(kNotes).split(kLineEnd, Qt::SkipEmptyParts)) {
-    const QString numbers = line.section(u' ', 2, 2);
+    const QStringList others = line.section(u' ', 2, 2).split(u'/');
     notes.append({line.section(u' ', 3), line.section(u' ', 0, 0).left(kMarkCharacters),
-                  line.section(u' ', 1, 1).toLongLong(), numbers.section(u'/', 0, 0).toLongLong(),
-                  numbers.section(u'/', 1, 1).toLongLong()});
+                  line.section(u' ', 1, 1).toLongLong(), others.value(0).toLongLong(),
+                  others.value(1).toLongLong(), others.value(2).toLongLong(), others.value(3)});
   }
   return notes;
 }
@@ -42,11 +49,13 @@ QList<FileNote> FileNotes(const Disk& profile) {
 void LetFileNotes(Disk& profile, const QList<FileNote>& notes) {
   QStringList lines;
   for (const FileNote& note : notes) {
-    lines.append(QStringLiteral("%1 %2 %3/%4 ")
+    lines.append(QStringLiteral("%1 %2 %3/%4/%5/%6 ")
                      .arg(note.mark)
                      .arg(note.messages)
                      .arg(note.bytes)
-                     .arg(note.works) +
+                     .arg(note.works)
+                     .arg(note.changes)
+                     .arg(note.salt) +
                  note.path);
   }
   profile.Let(kNotes, lines.join(kLineEnd));

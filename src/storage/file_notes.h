@@ -14,6 +14,8 @@ struct FileNote {
   qint64 messages = -1;  ///< how many there were last; -1 where nobody has counted
   qint64 bytes = 0;      ///< the file's size when they were counted
   qint64 works = 0;      ///< how often messages were received or sent (see `CountWork`)
+  qint64 changes = 0;    ///< how often the file was written to when messages were counted
+  QString salt = {};     ///< see `FileSaltText`; empty in notes of earlier versions
 
   bool operator==(const FileNote&) const = default;
 };
@@ -22,6 +24,10 @@ struct FileNote {
 /// through password changes and can be read without a password (see `FileKey::Identity`). Empty
 /// when there is no such file or it holds not even a page.
 QString FileMark(const QString& path);
+
+/// The bytes as text from which a file's key is derived: others after every change of its password.
+/// Empty as above.
+QString FileSaltText(const QString& path);
 
 /// Whether there is a file with something in it: one of 0 bytes is as lost as a missing one.
 bool HasContent(const QString& path);

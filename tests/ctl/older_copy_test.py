@@ -115,6 +115,21 @@ def older_copy(store):
     assert "正常" in store.ctl("check")
 
 
+def older_copy_before_an_import(store):
+    """Nothing was sent or received in between. Deleting messages makes no file older."""
+    store.ctl("import", store.archive(2))
+    copy = store.work / "copy.mbx"
+    shutil.copyfile(store.mail_file(), copy)
+    more = store.work / "more.eml"
+    more.write_bytes(b"Subject: more\r\n\r\ntext\r\n")
+    store.ctl("import", more)
+    assert "正常" in store.ctl("check")
+    shutil.copyfile(copy, store.mail_file())
+    assert "古い状態" in store.ctl("check", code=1)
+    store.ctl("check", "--accept-damage", code=1)
+    assert "正常" in store.ctl("check")
+
+
 def leave_log(store, *commands):
     """Runs commands; the log that they leave. With a lock of ours on the file (the engine's shared
     bytes) nobody is alone with it when it is closed, and the log stays as a killed program leaves
@@ -186,12 +201,14 @@ def log_of_another_history(store):
     store.queue(2)
     store.serve()
     store.ctl("send")
-    common = store.mail_file().read_bytes()
+    here, elsewhere = store.data, store.work / "elsewhere"
+    shutil.copytree(here, elsewhere)
     store.ctl("import", store.archive(1))
-    elsewhere = store.mail_file().read_bytes()
-    store.mail_file().write_bytes(common)
-    log = leave_log(store, "receive")
-    store.mail_file().write_bytes(elsewhere)
+    store.data = elsewhere
+    theirs = leave_log(store, "receive")
+    store.data = here
+    log = pathlib.Path(f"{store.mail_file()}-wal")
+    shutil.copyfile(theirs, log)
     expect_set_aside(store, log, 1)
 
 
@@ -224,7 +241,7 @@ def lost_log_of_a_long_run(store):
 
 
 def main():
-    for test in (older_copy, older_copy_beside_a_log, older_log_beside_the_file,
+    for test in (older_copy, older_copy_before_an_import, older_copy_beside_a_log, older_log_beside_the_file,
                  older_log_beside_a_file_that_has_grown, log_of_another_history, lost_log,
                  lost_log_of_a_long_run):
         with tempfile.TemporaryDirectory() as folder:

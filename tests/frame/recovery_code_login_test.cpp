@@ -216,6 +216,10 @@ TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePa
       WriteFile(file, older[i]);
       EXPECT_FALSE(logsIn(typed, {}));
       EXPECT_TRUE(error_.contains(u"古い複製")) << qPrintable(error_);
+      // A password that was given up does not come back by way of a copy.
+      EXPECT_FALSE(logsIn(before, {false, {file}, {typed}}));
+      EXPECT_TRUE(i == 0 || before.isEmpty() || error_.contains(u"変える前のパスワード"))
+          << qPrintable(error_);
       EXPECT_EQ(ReadFile(file), older[i]);
       // What came back with the profile's own database is remembered.
       LostFileChoice choice{false, {file}};
