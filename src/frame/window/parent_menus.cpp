@@ -4,7 +4,6 @@
 #include <QActionGroup>
 #include <QDesktopServices>
 #include <QFile>
-#include <QMdiArea>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QShortcut>
@@ -12,6 +11,7 @@
 #include <QToolBar>
 #include <QUrl>
 
+#include "frame/window/browser_area.h"
 #include "frame/window/parent_window.h"
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
@@ -50,7 +50,7 @@ void ParentWindow::BuildMenus() {
   QMenu* window = menuBar()->addMenu(Ui::tr("ウィンドウ(&W)"));
   window->setObjectName(QStringLiteral("menuWindows"));
   const auto arrange = [this, window](const QString& text, Arrangement arrangement) {
-    window->addAction(text, this, [this, arrangement] { SetArrangement(arrangement); });
+    window->addAction(text, this, [this, arrangement] { area_->Arrange(arrangement); });
   };
   arrange(Ui::tr("重ねて表示(&C)"), Arrangement::Cascaded);
   arrange(Ui::tr("並べて表示(&T)"), Arrangement::Tiled);
@@ -68,7 +68,7 @@ void ParentWindow::BuildMenus() {
   window
       ->addAction(Ui::tr("ページに移動(&P)"), this,
                   [this] {
-                    if (BrowserWindow* browser = ActiveBrowser()) browser->setFocus();
+                    if (BrowserWindow* browser = area_->Active()) browser->setFocus();
                   })
       ->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6));
   BuildHelpMenu();
@@ -109,14 +109,14 @@ void ParentWindow::ShowGuide() {
   BrowserWindow* window = NewBrowserWindow();
   window->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
   window->ShowModeless();
-  ArrangeWindows();
+  area_->ArrangeAsKept();
 }
 
 // The commands of the page that was used last.
 QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
                                         const QString& command) {
   QAction* action = bar.addAction(text, this, [this, command] {
-    BrowserWindow* browser = ActiveBrowser();
+    BrowserWindow* browser = area_->Active();
     if (browser != nullptr) browser->RunCommand(command);
   });
   action->setObjectName(QStringLiteral("tb_") + command);

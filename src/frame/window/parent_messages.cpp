@@ -1,9 +1,8 @@
 // What the main window does with messages on the folders' pages.
 
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <algorithm>
 
+#include "frame/window/browser_area.h"
 #include "frame/window/from_message.h"
 #include "frame/window/parent_window.h"
 #include "objects/object_types.h"
@@ -24,7 +23,7 @@ constexpr int kToldMs = 10000;
 
 // A message that belongs to a choice of several brings the others along.
 void ParentWindow::DropMessage(const QString& message, const QString& folder) {
-  BrowserWindow* browser = ActiveBrowser();
+  BrowserWindow* browser = area_->Active();
   if (browser == nullptr) return;
   const QString from = browser->Tag();
   const QPointer<BrowserWindow> shown(browser);
@@ -38,20 +37,12 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
   });
 }
 
-// The one that was used last.
-BrowserWindow* ParentWindow::ActiveBrowser() const {
-  const QMdiSubWindow* frame = area_->currentSubWindow();  // also while another window is in front
-  if (frame == nullptr) frame = area_->subWindowList(QMdiArea::ActivationHistoryOrder).value(0);
-  auto* browser = frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
-  return browser != nullptr && browser->IsLocal() ? browser : nullptr;
-}
-
 // The folder whose node is chosen in the tree, or else the one whose page was used last.
 QString ParentWindow::CurrentFolder() const {
   if (tvConsole_->hasFocus() && tvConsole_->CurrentTag() == object_type::kFolder) {
     return tvConsole_->CurrentKey();
   }
-  const BrowserWindow* browser = ActiveBrowser();
+  const BrowserWindow* browser = area_->Active();
   return browser == nullptr ? QString() : browser->Tag();
 }
 
@@ -63,7 +54,7 @@ void ParentWindow::EditLayout() {
 }
 
 QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
-  BrowserWindow* browser = ActiveBrowser();
+  BrowserWindow* browser = area_->Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
   const QString neighbour =
@@ -97,10 +88,7 @@ void ParentWindow::Tell(const QString& sentence) {
 }
 
 BrowserWindow* ParentWindow::NamedWindow(const QString& name, const BrowserWindow* asking) {
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    if (browser != asking && !browser->Dust() && browser->WindowName() == name) return browser;
-  }
-  return nullptr;
+  return area_->Named(name, asking);
 }
 
 }  // namespace vorn

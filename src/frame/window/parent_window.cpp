@@ -1,17 +1,16 @@
 #include "frame/window/parent_window.h"
 
 #include <QApplication>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QSplitter>
-#include <QTabBar>
 #include <QToolBar>
+#include <algorithm>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
+#include "frame/window/browser_area.h"
 #include "frame/window/start_questions.h"
 #include "frame/window/version_window.h"
 #include "kit/window/icons.h"
@@ -39,12 +38,10 @@ namespace {
 
 constexpr int kMostOfSubject = 20;  // characters in the status bar
 constexpr int kTickMs = 100;
-constexpr qsizetype kAwakePages = 2;
 constexpr int kTreeWidth = 210;
 constexpr int kLeastTreeWidth = 140;
 constexpr int kMessageMs = 10000;
 
-const QString kArrange = QStringLiteral("arrange");
 const QString kTree = QStringLiteral("tree");
 
 }  // namespace
@@ -60,8 +57,7 @@ ParentWindow::ParentWindow(Context& context)
       traffic_(context, *this, *sbStatus_),
       watch_(context, [this] { return IsEnabled() && !traffic_.Control().Busy(); }),
       tvConsole_(new ConsoleTree(context)),
-      area_(new QMdiArea),
-      unseen_(new QWidget(this)),
+      area_(new BrowserArea(context)),
       splitter_(new QSplitter),
       unread_(context, *tvConsole_, [this] { return traffic_.Control().Busy(); }),
       notice_(
@@ -78,10 +74,6 @@ ParentWindow::ParentWindow(Context& context)
       archive_(context, *this, *this, traffic_, tmPlan_) {
   setObjectName(QStringLiteral("parent"));
   setWindowIcon(Icon(QStringLiteral("mail")));
-  area_->setObjectName(QStringLiteral("mdiArea"));
-  area_->setTabsClosable(true);
-  area_->setTabsMovable(true);
-  area_->setDocumentMode(true);
 
   splitter_->setObjectName(QStringLiteral("splitter"));
   splitter_->addWidget(tvConsole_);
@@ -95,15 +87,7 @@ ParentWindow::ParentWindow(Context& context)
   BuildToolbar();
 
   ConnectTree();
-  connect(area_, &QMdiArea::subWindowActivated, this, [this] {
-    RestHiddenPages();
-    FollowActivePage();
-    GiveKeysToPage();
-  });
-  // A click into the page that is active already activates nothing.
-  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    if (now != nullptr && area_->isAncestorOf(now)) FollowActivePage();
-  });
+  connect(area_, &BrowserArea::ActiveChanged, this, &ParentWindow::FollowActivePage);
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });
@@ -122,8 +106,7 @@ ParentWindow::ParentWindow(Context& context)
 ParentWindow::~ParentWindow() {
   closing_ = true;
   // The browser windows hold pages of profiles that this window owns.
-  for (QMdiSubWindow* child : area_->subWindowList()) delete child;
-  delete unseen_;
+  delete area_;
 }
 
 void ParentWindow::ConnectTree() {
@@ -199,7 +182,7 @@ void ParentWindow::OfferDrafts() {
 void ParentWindow::OfferLook() {
   if (!AskOfLook(context_, *this)) return;
   ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
-  SetArrangement(Arrangement::Tabs);
+  area_->Arrange(Arrangement::Tabs);
   ApplySettings();
   MessageStored();
 }
@@ -259,9 +242,7 @@ void ParentWindow::RefreshFolders() {
   storedSeen_ = stored;
   foldersChanged_ = false;
   unread_.CountSoon();
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    if (browser->IsLocal()) browser->Refresh();
-  }
+  area_->RefreshFolders();
   for (RequestWindow* window : OpenWindows()) window->MessagesChanged();
 }
 
@@ -279,7 +260,7 @@ RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
     // A page that is only printed is none of those that the user arranges and acts on.
     if (request.Text(u"exec") == u"print") return NewUnseenBrowser();
     BrowserWindow* window = NewBrowserWindow();
-    if (std::exchange(previewed_, {}) == request.SerialID()) preview_ = window;
+    area_->Opened(request.SerialID(), window);
     return window;
   }
   if (status == u"mail") {
@@ -302,27 +283,20 @@ RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
 BrowserWindow* ParentWindow::NewBrowserWindow() {
   auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
   Track(window, window);
-  // Not at each reload: what the user has selected in the tree meanwhile stays selected.
-  connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
-    if (shown != window->Tag()) FollowActivePage();
-    shown = window->Tag();
-  });
-  QMdiSubWindow* frame = area_->addSubWindow(window);
-  frame->setAttribute(Qt::WA_DeleteOnClose);
-  frame->setWindowIcon(Icon(QStringLiteral("folder")));
+  area_->Add(window);
   return window;
 }
 
 BrowserWindow* ParentWindow::NewUnseenBrowser() {
   auto* window = new BrowserWindow(context_, pages_, profiles_, *this);
-  window->setParent(unseen_);
+  area_->AddUnseen(window);
   Track(window, window);
   return window;
 }
 
 // The tree shows the folder whose page is in use, which commands act on.
 void ParentWindow::FollowActivePage() {
-  const BrowserWindow* browser = closing_ ? nullptr : ActiveBrowser();
+  const BrowserWindow* browser = area_->Active();
   const QString folder = browser == nullptr ? QString() : browser->Tag();
   if (!folder.isEmpty()) tvConsole_->SelectNode(folder);
 }
@@ -332,55 +306,8 @@ void ParentWindow::Track(QObject* object, RequestWindow* window) {
   connect(object, &QObject::destroyed, &tracker_, [this, window] { std::erase(windows_, window); });
 }
 
-Arrangement ParentWindow::CurrentArrangement() const {
-  const auto tiled = static_cast<int>(Arrangement::Tiled);
-  return static_cast<Arrangement>(PlacementBag(context_, objectName())->Number(kArrange, tiled));
-}
-
 void ParentWindow::ArrangeWindows() {
-  const Arrangement arrangement = CurrentArrangement();
-  const auto mode =
-      arrangement == Arrangement::Tabs ? QMdiArea::TabbedView : QMdiArea::SubWindowView;
-  if (area_->viewMode() != mode) area_->setViewMode(mode);
-  if (auto* tabs = area_->findChild<QTabBar*>()) {
-    tabs->setExpanding(false);
-    tabs->setElideMode(Qt::ElideRight);
-  }
-  if (arrangement == Arrangement::Cascaded) area_->cascadeSubWindows();
-  if (arrangement == Arrangement::Tiled) area_->tileSubWindows();
-  RestHiddenPages();
-}
-
-// Of the pages in tabs those that were used last stay as they are.
-void ParentWindow::RestHiddenPages() {
-  if (closing_) return;
-  const QList<QMdiSubWindow*> frames = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
-  const qsizetype resting =
-      area_->viewMode() == QMdiArea::TabbedView ? frames.size() - kAwakePages : 0;
-  for (qsizetype i = 0; i < frames.size(); ++i) {
-    auto* browser = qobject_cast<BrowserWindow*>(frames[i]->widget());
-    if (browser == nullptr) continue;
-    i < resting ? browser->Rest() : browser->Wake();
-    browser->Cover(area_->viewMode() == QMdiArea::TabbedView && i + 1 < frames.size());
-  }
-}
-
-// Who goes to another tab goes on in its page. Who comes back from another program goes on where he
-// was, which may be a text box.
-void ParentWindow::GiveKeysToPage() {
-  const QMdiSubWindow* frame = area_->activeSubWindow();
-  if (closing_ || frame == nullptr || area_->viewMode() != QMdiArea::TabbedView) return;
-  const QPointer<BrowserWindow> browser = qobject_cast<BrowserWindow*>(frame->widget());
-  if (std::exchange(front_, browser) == browser || browser == nullptr) return;
-  // Once the area has given the keyboard to whichever control comes first.
-  QTimer::singleShot(0, this, [browser] {
-    if (browser != nullptr) browser->TakeKeys();
-  });
-}
-
-void ParentWindow::SetArrangement(Arrangement arrangement) {
-  PlacementBag(context_, objectName())->Let(kArrange, static_cast<int>(arrangement));
-  ArrangeWindows();
+  area_->ArrangeAsKept();
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
@@ -399,10 +326,8 @@ void ParentWindow::ApplySettings() {
                                   : Qt::ToolButtonTextBesideIcon);
   profiles_.UseFont(Settings(context_)->Text(u"ListFont"),
                     Settings(context_)->Number(u"ListFontSize"));
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    browser->ControlToolbarUpdate();
-    if (browser->IsLocal()) browser->Refresh();  // how many rows a page has, and how they are shown
-  }
+  for (BrowserWindow* browser : area_->Browsers()) browser->ControlToolbarUpdate();
+  area_->RefreshFolders();  // how many rows a page has, and how they are shown
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (auto* message = qobject_cast<MessageWindow*>(window)) message->ControlToolbarUpdate();
   }
@@ -430,26 +355,11 @@ void ParentWindow::RefreshNode(const QString& serialId) {
   tvConsole_->RefreshNode(serialId);
   // Other conditions have other messages, and without its folder a page has none.
   const bool isGone = wasThere && context_.Objects.Find(serialId) == nullptr;
-  bool anyCloses = false;
-  bool anyStays = false;
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    const bool isItsPage = browser->IsLocal() && browser->Tag() == serialId;
-    if (isItsPage && isGone) {
-      browser->parentWidget()->close();
-      anyCloses = true;
-    } else if (isItsPage) {
-      browser->Refresh();
-    }
-    anyStays = anyStays || !(isItsPage && isGone);
-  }
-  if (anyCloses && !anyStays) OpenFolder(fixed_serial::kInbox);
+  if (!area_->RefreshFolder(serialId, isGone)) OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
-  // It may have another mail file now.
-  for (auto* browser : area_->findChildren<BrowserWindow*>()) {
-    if (browser->IsLocal()) browser->Refresh();
-  }
+  area_->RefreshFolders();  // it may have another mail file now
 }
 
 void ParentWindow::ShowTitle() {
@@ -552,27 +462,19 @@ bool ParentWindow::ChoosePrinter(QPrinter& printer) {
 }
 
 void ParentWindow::BrowserClosed() {
-  if (!closing_) QTimer::singleShot(0, this, &ParentWindow::ArrangeWindows);
+  if (!closing_) QTimer::singleShot(0, area_, &BrowserArea::ArrangeAsKept);
 }
 
 void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") OpenEvent(key);
   if (tag != object_type::kFolder) return;
-  if (!inTabOfItsOwn && CurrentArrangement() == Arrangement::Tabs) {
-    if (ShowInPreview(key)) return;
-    previewed_ = key;
+  if (!inTabOfItsOwn && area_->Current() == Arrangement::Tabs) {
+    const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
+                                    [&](const RequestWindow* open) { return open->Tag() == key; });
+    if (!isOpen && area_->ShowInPreview(key)) return;
+    area_->ExpectPreview(key);
   }
   OpenFolder(key);
-}
-
-// Folders that are only looked at share a tab, which the next one takes over.
-bool ParentWindow::ShowInPreview(const QString& folder) {
-  const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
-                                  [&](const RequestWindow* open) { return open->Tag() == folder; });
-  if (isOpen || preview_ == nullptr || preview_->Dust()) return false;
-  preview_->ShowFolder(folder);
-  preview_->Activate();
-  return true;
 }
 
 void ParentWindow::OpenFolder(const QString& serialId) {

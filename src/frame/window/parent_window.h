@@ -15,20 +15,19 @@
 #include "frame/window/status_bar.h"
 #include "frame/window/unread_counter.h"
 #include "mail/window/message_host.h"
-#include "objects/standard_objects.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
 #include "transfer/mail_traffic.h"
 
 class QAction;
-class QMdiArea;
 class QMenu;
 class QSplitter;
 class QToolBar;
 
 namespace vorn {
 
+class BrowserArea;
 class BrowserWindow;
 class TaskTray;
 
@@ -130,9 +129,6 @@ class ParentWindow : public QMainWindow,
   void BuildHelpMenu();
   void ShowGuide();
   QAction* AddMessageButton(QToolBar& bar, const QString& text, const QString& command);
-  void SetArrangement(Arrangement arrangement);
-  Arrangement CurrentArrangement() const;
-  bool ShowInPreview(const QString& folder);
   void BuildLayoutMenu(QMenu& display);
   void ChooseLayout(const QString& id);
   QString CurrentFolder() const;
@@ -143,12 +139,9 @@ class ParentWindow : public QMainWindow,
   void EndAfterSending();
   void KeepPlacement();
   void FollowActivePage();
-  void RestHiddenPages();
-  void GiveKeysToPage();
   void ShowTitle();
   BrowserWindow* NewUnseenBrowser();
   QWidget* FrontWindow();
-  BrowserWindow* ActiveBrowser() const;
   void ClearEvents();
   void ShowTaskTray(bool shown);
   Q_INVOKABLE void OfferDrafts();
@@ -178,8 +171,7 @@ class ParentWindow : public QMainWindow,
   MailTraffic traffic_;
   SourceWatch watch_;
   ConsoleTree* tvConsole_;
-  QMdiArea* area_;
-  QWidget* unseen_;  // holds pages that are only printed
+  BrowserArea* area_;
   QSplitter* splitter_;
   QToolBar* tbMain_ = nullptr;
   std::unique_ptr<TaskTray> tasktray_;
@@ -187,9 +179,6 @@ class ParentWindow : public QMainWindow,
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
-  QPointer<BrowserWindow> front_;    // the tab that was used last
-  QPointer<BrowserWindow> preview_;  // whose tab folders share that are only looked at
-  QString previewed_;                // the folder that is about to be shown in it
   UnreadCounter unread_;
   NewMessageNotice notice_;
   DamageQuestions damage_;

@@ -1,0 +1,164 @@
+#include "frame/window/browser_area.h"
+
+#include <QApplication>
+#include <QMdiSubWindow>
+#include <QTabBar>
+#include <QTimer>
+#include <utility>
+
+#include "kit/window/icons.h"
+#include "present/window/browser_window.h"
+#include "storage/window/control_state.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kAwakePages = 2;
+const QString kBag = QStringLiteral("parent");
+const QString kArrange = QStringLiteral("arrange");
+
+BrowserWindow* In(const QMdiSubWindow* frame) {
+  return frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
+}
+
+}  // namespace
+
+BrowserArea::BrowserArea(Context& context) : context_(context), unseen_(new QWidget(this)) {
+  setObjectName(QStringLiteral("mdiArea"));
+  setTabsClosable(true);
+  setTabsMovable(true);
+  setDocumentMode(true);
+  unseen_->hide();
+  connect(this, &QMdiArea::subWindowActivated, this, [this] {
+    RestHidden();
+    Q_EMIT ActiveChanged();
+    GiveKeysToPage();
+  });
+  // A click into the page that is active already activates nothing.
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    if (now != nullptr && isAncestorOf(now)) Q_EMIT ActiveChanged();
+  });
+}
+
+BrowserArea::~BrowserArea() {
+  ends_ = true;
+  for (QMdiSubWindow* child : subWindowList()) delete child;
+  delete unseen_;
+}
+
+void BrowserArea::Add(BrowserWindow* window) {
+  // Not at each reload: what the user has selected in the tree meanwhile stays selected.
+  connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
+    if (std::exchange(shown, window->Tag()) != window->Tag()) Q_EMIT ActiveChanged();
+  });
+  QMdiSubWindow* frame = addSubWindow(window);
+  frame->setAttribute(Qt::WA_DeleteOnClose);
+  frame->setWindowIcon(Icon(QStringLiteral("folder")));
+}
+
+void BrowserArea::AddUnseen(BrowserWindow* window) const {
+  window->setParent(unseen_);
+}
+
+QList<BrowserWindow*> BrowserArea::Browsers() const {
+  QList<BrowserWindow*> browsers;
+  for (const QMdiSubWindow* frame : subWindowList()) {
+    if (BrowserWindow* browser = In(frame)) browsers.append(browser);
+  }
+  return browsers;
+}
+
+BrowserWindow* BrowserArea::Active() const {
+  if (ends_) return nullptr;
+  const QMdiSubWindow* frame = currentSubWindow();  // also while another window is in front
+  if (frame == nullptr) frame = subWindowList(ActivationHistoryOrder).value(0);
+  BrowserWindow* browser = In(frame);
+  return browser != nullptr && browser->IsLocal() ? browser : nullptr;
+}
+
+BrowserWindow* BrowserArea::Named(const QString& name, const BrowserWindow* asking) const {
+  for (BrowserWindow* browser : Browsers()) {
+    if (browser != asking && !browser->Dust() && browser->WindowName() == name) return browser;
+  }
+  return nullptr;
+}
+
+Arrangement BrowserArea::Current() const {
+  const auto tiled = static_cast<int>(Arrangement::Tiled);
+  return static_cast<Arrangement>(PlacementBag(context_, kBag)->Number(kArrange, tiled));
+}
+
+void BrowserArea::Arrange(Arrangement arrangement) {
+  PlacementBag(context_, kBag)->Let(kArrange, static_cast<int>(arrangement));
+  ArrangeAsKept();
+}
+
+void BrowserArea::ArrangeAsKept() {
+  const Arrangement arrangement = Current();
+  const auto mode = arrangement == Arrangement::Tabs ? TabbedView : SubWindowView;
+  if (viewMode() != mode) setViewMode(mode);
+  if (auto* tabs = findChild<QTabBar*>()) {
+    tabs->setExpanding(false);
+    tabs->setElideMode(Qt::ElideRight);
+  }
+  if (arrangement == Arrangement::Cascaded) cascadeSubWindows();
+  if (arrangement == Arrangement::Tiled) tileSubWindows();
+  RestHidden();
+}
+
+void BrowserArea::RestHidden() {
+  if (ends_) return;
+  const QList<QMdiSubWindow*> frames = subWindowList(ActivationHistoryOrder);
+  const qsizetype resting = HasTabs() ? frames.size() - kAwakePages : 0;
+  for (qsizetype i = 0; i < frames.size(); ++i) {
+    BrowserWindow* browser = In(frames[i]);
+    if (browser == nullptr) continue;
+    i < resting ? browser->Rest() : browser->Wake();
+    browser->Cover(HasTabs() && i + 1 < frames.size());
+  }
+}
+
+// Who goes to another tab goes on in its page. Who comes back from another program goes on where he
+// was, which may be a text box.
+void BrowserArea::GiveKeysToPage() {
+  const QMdiSubWindow* frame = activeSubWindow();
+  if (ends_ || frame == nullptr || !HasTabs()) return;
+  const QPointer<BrowserWindow> browser = In(frame);
+  if (std::exchange(front_, browser) == browser || browser == nullptr) return;
+  // Once the area has given the keyboard to whichever control comes first.
+  QTimer::singleShot(0, this, [browser] {
+    if (browser != nullptr) browser->TakeKeys();
+  });
+}
+
+void BrowserArea::Opened(const QString& folder, BrowserWindow* window) {
+  if (std::exchange(expected_, {}) == folder) preview_ = window;
+}
+
+bool BrowserArea::ShowInPreview(const QString& folder) {
+  if (preview_ == nullptr || preview_->Dust()) return false;
+  preview_->ShowFolder(folder);
+  preview_->Activate();
+  return true;
+}
+
+void BrowserArea::RefreshFolders() {
+  for (BrowserWindow* browser : Browsers()) {
+    if (browser->IsLocal()) browser->Refresh();
+  }
+}
+
+bool BrowserArea::RefreshFolder(const QString& folder, bool isGone) {
+  bool anyStays = false;
+  bool anyCloses = false;
+  for (BrowserWindow* browser : Browsers()) {
+    const bool isItsPage = browser->IsLocal() && browser->Tag() == folder;
+    anyStays = anyStays || !isItsPage || !isGone;
+    anyCloses = anyCloses || (isItsPage && isGone);
+    if (isItsPage)
+      isGone ? static_cast<void>(browser->parentWidget()->close()) : browser->Refresh();
+  }
+  return anyStays || !anyCloses;
+}
+
+}  // namespace vorn
