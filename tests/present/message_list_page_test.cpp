@@ -214,6 +214,8 @@ TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
   EXPECT_EQ(next(serials[3]), serials[2]);
   EXPECT_EQ(next(serials[2]), QString()) << "itself is not the next";
   EXPECT_EQ(before(serials[2]), 0);
+  search_ = QStringLiteral("from");
+  EXPECT_EQ(next({}), QString()) << "what stands before each address is not searched";
 }
 
 TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {
