@@ -3891,5 +3891,9 @@ Remove the password?</translation>
         <source>「%1」は壊れているので、今のパスワードに合わせられません。</source>
         <translation>“%1” is damaged and cannot be brought under the present password.</translation>
     </message>
+    <message>
+        <source>%1通を選択</source>
+        <translation>%1 selected</translation>
+    </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -224,6 +225,25 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   ASSERT_NE(made, nullptr);
   OpenFolder(made->SerialID());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+}
+
+TEST_F(FolderCommandsTest, HowManyAreChosenIsTold) {
+  Begin(6, 100);
+  const auto& chosen = Child<QLabel>(*program_->Parent(), u"lbChosen");
+  const auto tells = [&](const QString& words) {
+    return WaitFor([&] { return (chosen.isVisible() ? chosen.text() : QString()) == words; });
+  };
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_TRUE(tells(QStringLiteral("2通を選択")));
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_TRUE(tells(QStringLiteral("2通を選択")));
+  MadeAnewBy([this] { Press(Qt::Key_Delete); });
+  EXPECT_TRUE(tells(QString()));
+  Press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
+  Press(Qt::Key_Home);
+  EXPECT_TRUE(tells(QString()));
 }
 
 // By what moves among messages that wait to be read, also over several pages.

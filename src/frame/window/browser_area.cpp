@@ -51,6 +51,7 @@ void BrowserArea::Add(BrowserWindow* window) {
   connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
     if (std::exchange(shown, window->Tag()) != window->Tag()) Q_EMIT ActiveChanged();
   });
+  connect(window, &BrowserWindow::ChosenChanged, this, &BrowserArea::ChosenChanged);
   QMdiSubWindow* frame = addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   frame->setWindowIcon(Icon(QStringLiteral("folder")));

@@ -51,6 +51,8 @@ class BrowserArea : public QMdiArea {
  Q_SIGNALS:
   /// Another window is used now, or another folder is shown in it.
   void ActiveChanged();
+  /// More or fewer messages are chosen in a window.
+  void ChosenChanged();
 
  private:
   void RestHidden();

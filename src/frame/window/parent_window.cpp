@@ -88,6 +88,12 @@ ParentWindow::ParentWindow(Context& context)
 
   ConnectTree();
   connect(area_, &BrowserArea::ActiveChanged, this, &ParentWindow::FollowActivePage);
+  const auto showChosen = [this] {
+    const BrowserWindow* browser = area_->Active();
+    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->CountChosen());
+  };
+  connect(area_, &BrowserArea::ActiveChanged, this, showChosen);
+  connect(area_, &BrowserArea::ChosenChanged, this, showChosen);
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });

@@ -25,6 +25,7 @@ MainStatusBar::MainStatusBar(QWidget* parent)
       icon_(PlainLabel()),
       text_(PlainLabel()),
       cancel_(new QToolButton),
+      chosen_(PlainLabel()),
       offer_(new QWidget),
       done_(PlainLabel()),
       takeBack_(new QToolButton) {
@@ -43,9 +44,17 @@ MainStatusBar::MainStatusBar(QWidget* parent)
   layout->addWidget(icon_);
   layout->addWidget(text_, 1);
   layout->addWidget(cancel_);
+  chosen_->setObjectName(QStringLiteral("lbChosen"));
+  addPermanentWidget(chosen_);
+  chosen_->hide();
   addPermanentWidget(panel);
   panel->hide();
   BuildOffer();
+}
+
+void MainStatusBar::ShowChosen(int count) {
+  chosen_->setText(Ui::tr("%1通を選択").arg(count));
+  chosen_->setVisible(count > 1);
 }
 
 void MainStatusBar::BuildOffer() {

@@ -25,6 +25,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said.
   void Tell(const QString& sentence, bool isFailure);
+  /// Says how many messages are chosen on the page in use; nothing for one or none.
+  void ShowChosen(int count);
   /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done
   /// before it.
   void OfferUndo(const QString& done, std::function<void()> undo);
@@ -49,6 +51,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   QLabel* icon_;
   QLabel* text_;
   QToolButton* cancel_;
+  QLabel* chosen_;
   QWidget* offer_;
   QLabel* done_;
   QToolButton* takeBack_;

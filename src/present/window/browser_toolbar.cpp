@@ -242,6 +242,7 @@ void BrowserWindow::GoToPage(int page) {
   if (!IsLocal()) return;
   txPage_->setModified(false);
   split_->ShowNothing();
+  ShowChosen(0);
   rows_.BeginAtEnd(false);
   bag_->Let(kPage, page);
   LoadDefaultProperty(bag_, true);

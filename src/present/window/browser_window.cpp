@@ -163,9 +163,14 @@ void BrowserWindow::OpenMessage(const LinkCommand& command) {
 }
 
 void BrowserWindow::RowTold(const QString& what, const QString& serialId) {
+  if (what == u"chosen") ShowChosen(serialId.toInt());
   if (what == u"row") split_->ShowRow(serialId);
   if (what == u"kept" && !split_->RowKept(serialId)) rows_.Leave();
   if (what == u"twice" && split_->HasPane()) OpenMessage({0, false, serialId});
+}
+
+void BrowserWindow::ShowChosen(int count) {
+  if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
 }
 
 LinkPage* BrowserWindow::BecomeNewWindow() {
@@ -365,6 +370,7 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 // A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
   bag_->Let(kUrl, QString());
+  ShowChosen(0);
   rows_.BeginAtEnd(false);
   rows_.Detach();
   page_->SetLocalPage(QUrl());

@@ -77,6 +77,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QString Search() const;
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
+  /// How many messages the user has chosen one by one.
+  int CountChosen() const { return chosen_; }
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
@@ -95,6 +97,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
  Q_SIGNALS:
   /// A page has been loaded; false when it could not be.
   void Loaded(bool ok);
+  /// More or fewer messages are chosen.
+  void ChosenChanged();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -131,6 +135,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   bool HasKeysNear() const;
   void OpenMessage(const LinkCommand& command);
   void RowTold(const QString& what, const QString& serialId);
+  void ShowChosen(int count);
   void ChooseFirstPage();
   bool IsAtNewest() const;
   bool CreatePage();
@@ -181,6 +186,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   PageRows rows_;
   QStringList gone_;  // since the folder's messages have been looked for elsewhere
   QList<QAction*> commands_;
+  int chosen_ = 0;
   bool follows_ = false;  // the newest page, as it is made anew
   bool rests_ = false;
   int attempts_ = 0;  // to load a page that the engine gave up

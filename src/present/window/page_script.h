@@ -45,11 +45,15 @@ inline constexpr char kPageScript[] = R"js(
   // The rows that are still meant, by their places.
   const there = () => [...rows.keys()].filter(index => !gone.has(rows[index].id));
   const lastThere = () => there().pop() ?? -1;
-  const show = () => rows.forEach((row, index) => {
-    row.element.classList.toggle('vorn-current', index === current);
-    row.element.classList.toggle('vorn-chosen', chosen.has(row.id));
-    row.element.classList.toggle('vorn-gone', gone.has(row.id));
-  });
+  let toldChosen = 0;
+  const show = () => {
+    rows.forEach((row, index) => {
+      row.element.classList.toggle('vorn-current', index === current);
+      row.element.classList.toggle('vorn-chosen', chosen.has(row.id));
+      row.element.classList.toggle('vorn-gone', gone.has(row.id));
+    });
+    if (chosen.size !== toldChosen) console.info('vorn-chosen ' + (toldChosen = chosen.size));
+  };
   const chooseRange = () => {
     const [from, to] = anchor < current ? [anchor, current] : [current, anchor];
     chosen = new Set(there().filter(index => index >= from && index <= to).map(index => rows[index].id));
@@ -185,6 +189,7 @@ inline constexpr char kPageScript[] = R"js(
       if (current < 0 && state.next.length > 0) current = lastThere();
       anchor = rows.findIndex(row => row.id === state.anchor);
       chosen = new Set(state.chosen.filter(id => seen.has(id)));
+      toldChosen = -1;  // the page before this one may have had others
       show();
       if (!state.seen) {
         scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
