@@ -198,6 +198,15 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndByDropping) {
   QApplication::sendEvent(list.viewport(), &drop);
   ASSERT_EQ(list.count(), 2);
   EXPECT_EQ(list.Attachments()[1].name, QStringLiteral("二.txt"));
+  files.setUrls({QUrl::fromLocalFile(File("三.txt", "333"))});
+  QDropEvent more(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &more);
+  ASSERT_EQ(list.count(), 3);
+  list.item(0)->setSelected(true);
+  list.item(1)->setSelected(true);
+  QTest::keyClick(&list, Qt::Key_Delete);
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_EQ(list.Attachments()[0].name, QStringLiteral("三.txt"));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   EXPECT_TRUE(Gone());
