@@ -199,6 +199,8 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndByDropping) {
   ASSERT_EQ(list.count(), 2);
   EXPECT_EQ(list.Attachments()[1].name, QStringLiteral("二.txt"));
   files.setUrls({QUrl::fromLocalFile(File("三.txt", "333"))});
+  QDragEnterEvent again({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(list.viewport(), &again);
   QDropEvent more(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(list.viewport(), &more);
   ASSERT_EQ(list.count(), 3);
