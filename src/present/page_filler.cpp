@@ -32,12 +32,12 @@ QString Unreadable() {
 }
 constexpr qsizetype kPreviewBytes = 100;
 
-// The marks that turn letters round, whichever they are, as visible signs.
+// The marks that turn letters round, whichever they are, and what nobody sees as visible signs.
 QString WithoutTurns(const QString& text) {
   const bool turns = std::any_of(text.begin(), text.end(), [](QChar c) {
     return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
   });
-  return turns ? ShownInLine(text) : text;
+  return turns || HidesCharacters(text) ? ShownInLine(text) : text;
 }
 
 // Escaped, and where its letters or marks run from right to left for itself: nothing around it is
