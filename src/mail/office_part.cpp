@@ -12,6 +12,8 @@ namespace {
 
 using Attributes = QXmlStreamAttributes;
 
+constexpr int kTokensBetweenLooks = 1000;  // at the clock
+
 bool IsOneOf(QStringView name, std::initializer_list<QStringView> names) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
@@ -125,12 +127,13 @@ OfficeHolds HoldsOfText(QXmlStreamReader& xml, WordFields& fields) {
 
 }  // namespace
 
-OfficeHolds HoldsOfPart(const QByteArray& part) {
+OfficeHolds HoldsOfPart(const QByteArray& part, const QDeadlineTimer& deadline) {
   QXmlStreamReader xml(part);
   WordFields fields;
-  while (!xml.atEnd()) {
+  for (int tokens = 1; !xml.atEnd(); ++tokens) {
     xml.readNext();
-    if (xml.tokenType() == QXmlStreamReader::DTD) return OfficeHolds::Unreadable;
+    const bool isLate = tokens % kTokensBetweenLooks == 0 && deadline.hasExpired();
+    if (isLate || xml.tokenType() == QXmlStreamReader::DTD) return OfficeHolds::Unreadable;
     if (xml.tokenType() != QXmlStreamReader::StartElement) continue;
     OfficeHolds holds = HoldsOfElement(xml);
     if (holds == OfficeHolds::Nothing) holds = HoldsOfText(xml, fields);

@@ -10,7 +10,7 @@ namespace vorn {
 namespace {
 
 constexpr qint64 kMostBytes = 256 * 1024 * 1024;
-constexpr qint64 kLargestPart = 64 * 1024 * 1024;
+constexpr qint64 kLargestPart = 32 * 1024 * 1024;
 constexpr qint64 kMostMs = 5000;
 
 bool LooksLikeXml(const QByteArray& head) {
@@ -39,7 +39,8 @@ class PartReader : public QIODevice {
   // What is called XML and is none is encrypted.
   OfficeHolds Look() const {
     if (deadline_.hasExpired()) return OfficeHolds::Unreadable;
-    if (isKept_ && LooksLikeXml(part_.first(qMin(part_.size(), kHead)))) return HoldsOfPart(part_);
+    if (isKept_ && LooksLikeXml(part_.first(qMin(part_.size(), kHead))))
+      return HoldsOfPart(part_, deadline_);
     const bool isCalledXml = name_.endsWith(u".xml") || name_.endsWith(u".rels");
     return isCalledXml && !part_.isEmpty() ? OfficeHolds::Unreadable : OfficeHolds::Nothing;
   }

@@ -17,8 +17,8 @@ constexpr qsizetype kFarthestValue = 4 * 1024;
 
 // What the actions that a file performs by itself may lead to (ISO 32000-1, 12.6.4).
 bool IsContact(const QByteArray& action) {
-  static const QSet<QByteArray> actions = {"URI",        "GoToR",     "GoToE",  "SubmitForm",
-                                           "ImportData", "Rendition", "Thread", "Launch"};
+  static const QSet<QByteArray> actions = {"URI",        "GoToR",     "GoToE", "SubmitForm",
+                                           "ImportData", "Rendition", "Thread"};
   return actions.contains(action);
 }
 

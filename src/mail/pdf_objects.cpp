@@ -15,7 +15,7 @@ using Kind = PdfToken::Kind;
 // The library unpacks a stream whole, to a thousand times its size at most.
 constexpr qsizetype kLargestStream = 64 * 1024;
 constexpr qsizetype kMostUnpacked = 32 * 1024 * 1024;
-constexpr qsizetype kLargestHead = 4 * 1024;
+constexpr qsizetype kLargestHead = 1024;
 
 // The number of the object whose "obj" stands at a place: "5 0 obj", without a comment in its line.
 std::optional<int> NumberBefore(QByteArrayView file, qsizetype at) {

@@ -7,14 +7,10 @@ namespace {
 
 // Spreadsheets take the first line "sep=X" as the delimiter of the rest.
 QString Delimiters(const QString& table) {
-  static const QRegularExpression named(QStringLiteral("^\\x{FEFF}?\\s*\"?\\s*sep\\s*=\\s*(.)"),
-                                        QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression blank(QStringLiteral("^\\x{FEFF}?\\s*\"?\\s*sep\\s*=\\s"),
+  static const QRegularExpression named(QStringLiteral("^[\\x{FEFF}\\s\"]*sep\\s*=(\\s*.)"),
                                         QRegularExpression::CaseInsensitiveOption);
   const QString first = table.section(u'\n', 0, 0);
-  QString delimiters = QStringLiteral("\n\r,;\t|") + named.match(first).captured(1);
-  if (blank.match(first).hasMatch()) delimiters += u' ';
-  return delimiters;
+  return QStringLiteral("\n\r,;\t|") + named.match(first).captured(1);
 }
 
 }  // namespace

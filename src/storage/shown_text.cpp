@@ -79,7 +79,11 @@ QString ShownText(const QString& text, qsizetype most) {
     const char32_t c = characters[i];
     const bool isControl = QChar::category(c) == QChar::Other_Control && c != '\n' && c != '\t';
     const bool isHidden = IsHidden(characters.value(i - 1), c, characters.value(i + 1));
-    shown += isControl || TurnsDirection(c) || isHidden ? SignOf(c) : QString::fromUcs4(&c, 1);
+    if (isControl || TurnsDirection(c) || isHidden) {
+      shown += SignOf(c);
+    } else {
+      shown.append(QStringView(QChar::fromUcs4(c)));
+    }
   }
   return shown;
 }

@@ -9,7 +9,7 @@ TEST(ShownText, WhatNobodySeesIsVisible) {
   for (const char32_t c :
        {0x3164u, 0x115Fu, 0x1160u, 0xFFA0u, 0x200Bu, 0x2060u, 0xFEFFu, 0xADu, 0x34Fu, 0x180Eu,
         0x2800u, 0xE0001u, 0xE0020u, 0xE007Fu, 0x200Cu, 0x200Du, 0xFE0Fu, 0xE0100u}) {
-    const QString mark = QString::fromUcs4(&c, 1);
+    const QString mark = QStringView(QChar::fromUcs4(c)).toString();
     const QString sign = QStringLiteral("[U+%1]").arg(uint(c), 4, 16, QLatin1Char('0')).toUpper();
     for (const QString& name : {QStringLiteral("a%1.exe"), QStringLiteral("%1pdf")}) {
       EXPECT_EQ(ShownText(name.arg(mark)), name.arg(sign));
