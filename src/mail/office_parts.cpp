@@ -11,7 +11,7 @@ namespace {
 
 constexpr qint64 kMostBytes = 256 * 1024 * 1024;
 constexpr qint64 kLargestPart = 32 * 1024 * 1024;
-constexpr qint64 kMostMs = 5000;
+constexpr qint64 kMostMs = 3000;
 
 bool LooksLikeXml(const QByteArray& head) {
   static const QByteArray kMarks[] = {"\xEF\xBB\xBF",
