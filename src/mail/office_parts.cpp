@@ -23,7 +23,8 @@ bool LooksLikeXml(const QByteArray& head) {
   for (const QByteArray& mark : kMarks) {
     if (head.startsWith(mark)) return true;
   }
-  return head.trimmed().startsWith('<');
+  const QByteArray begin = head.trimmed();
+  return begin.startsWith('<') || (begin.isEmpty() && !head.isEmpty());
 }
 
 // Keeps a part when it is XML, and counts what it does not keep.
@@ -83,7 +84,9 @@ bool IsCommands(const QString& name) {
 
 OfficeHolds PartsOfOffice(const QByteArray& file) {
   const std::vector<ZipEntry> entries = ListZip(file);
-  if (entries.empty() || entries.size() >= kMostZipFiles) return OfficeHolds::Unreadable;
+  if (entries.empty() || entries.size() >= kMostZipFiles || HasHiddenFiles(file)) {
+    return OfficeHolds::Unreadable;
+  }
   for (const ZipEntry& entry : entries) {
     if (IsCommands(entry.name)) return OfficeHolds::Commands;
   }

@@ -44,6 +44,7 @@ quint32 Crc(const QByteArray& bytes) {
 struct Part {
   QByteArray name;
   QByteArray content;
+  quint32 mode = 0;
 };
 
 QByteArray Zip(const QList<Part>& parts) {
@@ -55,8 +56,8 @@ QByteArray Zip(const QList<Part>& parts) {
                             Number(quint32(0)) + Number(Crc(part.content)) +
                             Number(quint32(packed.size())) + Number(quint32(part.content.size())) +
                             Number(quint16(part.name.size())) + Number(quint16(0));
-    directory += "PK\1\2" + Number(quint16(20)) + head + QByteArray(10, '\0') +
-                 Number(quint32(files.size())) + part.name;
+    directory += "PK\1\2" + Number(quint16(0x314)) + head + QByteArray(6, '\0') +
+                 Number(part.mode << 16) + Number(quint32(files.size())) + part.name;
     files += "PK\3\4" + head + part.name + packed;
   }
   const auto count = quint16(parts.size());
@@ -220,7 +221,8 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
       "ftypmp42",
       12);
   for (const char16_t* name : {u"a.docx", u"a.xlsx", u"a.pptx", u"a.odt", u"a.ods"}) {
-    EXPECT_TRUE(IsHarmless(name, Zip({{"x.xml", ordinary}, {"m.mp4", movie}, {"e.xml", ""}})));
+    EXPECT_TRUE(IsHarmless(
+        name, Zip({{"x.xml", ordinary}, {"m.mp4", movie}, {"e.xml", ""}, {"f/", "", 0040755}})));
   }
 }
 
@@ -236,8 +238,11 @@ TEST(CarriedCommandsTest, WhatCannotBeLookedIntoIsAskedAbout) {
   for (int i = 0; i < 2001; ++i) many.append({QByteArray::number(i), "x"});
   for (const QByteArray& file :
        {damaged, QByteArray("PK\3\4\24\0\0\0", 8), Zip({{"x.xml", "encrypted"}}),
-        Zip({{"x.xml", "<open>"}}), Zip({{"x.xml", "<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>"}}),
-        Zip(many), Zip({{"x.xml", "<a>" + QByteArray(33 << 20, ' ') + "</a>"}})}) {
+        Zip({{"x.xml", "<open>"}}), Zip({{"a", "x"}, {"x.xml", Xml(""), 0040755}}),
+        Zip({{"a", "x"}, {"x.xml", Xml(""), 0120777}}),
+        Zip({{"x.xml", "<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>"}}), Zip(many),
+        Zip({{"x.dat", QByteArray(99, ' ') + Xml("<ddeLink/>")}}),
+        Zip({{"x.xml", "<a>" + QByteArray(33 << 20, ' ') + "</a>"}})}) {
     EXPECT_EQ(PartsOfOffice(file), OfficeHolds::Unreadable) << file.size();
   }
   for (const char* name :
