@@ -3895,5 +3895,25 @@ Remove the password?</translation>
         <source>%1通を選択</source>
         <translation>%1 selected</translation>
     </message>
+    <message>
+        <source>開くだけでほかの場所に接続するPDF</source>
+        <translation>PDF that contacts another place as soon as it is opened</translation>
+    </message>
+    <message>
+        <source>中身を確かめられないPDF</source>
+        <translation>PDF whose content cannot be checked</translation>
+    </message>
+    <message>
+        <source>開くだけでほかの場所に接続する文書</source>
+        <translation>document that contacts another place as soon as it is opened</translation>
+    </message>
+    <message>
+        <source>中身を確かめられない文書</source>
+        <translation>document whose content cannot be checked</translation>
+    </message>
+    <message>
+        <source>プログラムを起動できる予定</source>
+        <translation>appointment that can start programs</translation>
+    </message>
 </context>
 </TS>

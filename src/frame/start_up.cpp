@@ -58,6 +58,14 @@ void MakeDataPrivate(const Context& context) {
   }
 }
 
+// A link in the place of the folder for what is opened would lead that, and its removal, elsewhere.
+void RemoveLink(const QString& folder) {
+  const QFileInfo entry(QDir::cleanPath(folder));
+  if (entry.isSymLink() || entry.isJunction()) {
+    QFile::remove(entry.filePath()) || QDir().rmdir(entry.filePath());
+  }
+}
+
 // In a folder that stays open to others, with their files beside ours, what is ours is private; but
 // whoever can write there can take ours away and put other files in their place.
 void TellOfOtherWriters(Context& context) {
@@ -207,6 +215,7 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
                  .arg(QDir::toNativeSeparators(context.AppFolder));
     return false;
   }
+  RemoveLink(context.TempFolder);
   MakeDataPrivate(context);
   TellOfOtherWriters(context);
   const bool listed = QFileInfo(context.NaviDatabasePath).size() > 0 && LoadProfiles(context) &&

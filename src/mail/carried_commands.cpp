@@ -1,8 +1,11 @@
 #include "mail/carried_commands.h"
 
 #include <QStringDecoder>
-#include <algorithm>
 
+#include "mail/calendar_actions.h"
+#include "mail/office_parts.h"
+#include "mail/pdf_actions.h"
+#include "mail/table_formulas.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -15,27 +18,33 @@ QString TextOf(const QByteArray& bytes) {
   return utf8.hasError() ? QString::fromLatin1(bytes) : text;
 }
 
-// Spreadsheets take a cell that begins so for a formula. Behind a sign a number is none.
-bool HasFormula(const QString& text) {
-  enum class In { Start, Signed, Rest } state = In::Start;
-  const auto isOneOf = [](QStringView set, QChar c) { return set.contains(c); };
-  for (const QChar c : text) {
-    if (isOneOf(u"\n\r,;\t|", c)) {
-      state = In::Start;
-    } else if (state == In::Signed && c.unicode() < 0x80 && c.isLetter()) {
-      return true;
-    } else if (state == In::Start && !c.isSpace() && !isOneOf(u"\"'\uFEFF", c)) {
-      if (isOneOf(u"=＝@＠", c)) return true;
-      state = isOneOf(u"+＋-－−", c) ? In::Signed : In::Rest;
-    }
+QString CommandsOfPdf(const QByteArray& bytes) {
+  switch (ActsOfPdf(bytes)) {
+    case PdfActs::Script:
+      return Ui::tr("スクリプトの入ったPDF");
+    case PdfActs::Contact:
+      return Ui::tr("開くだけでほかの場所に接続するPDF");
+    case PdfActs::Unreadable:
+      return Ui::tr("中身を確かめられないPDF");
+    case PdfActs::Nothing:
+      break;
   }
-  return false;
+  return {};
 }
 
-// The names in a zip archive stand there as they are.
-bool HoldsOneOf(const QByteArray& bytes, std::initializer_list<const char*> names) {
-  return std::any_of(names.begin(), names.end(),
-                     [&bytes](const char* name) { return bytes.contains(name); });
+QString CommandsOfOffice(const QByteArray& bytes) {
+  if (bytes.isEmpty()) return {};
+  switch (PartsOfOffice(bytes)) {
+    case OfficeHolds::Commands:
+      return Ui::tr("マクロやほかのファイルの入った文書");
+    case OfficeHolds::Contact:
+      return Ui::tr("開くだけでほかの場所に接続する文書");
+    case OfficeHolds::Unreadable:
+      return Ui::tr("中身を確かめられない文書");
+    case OfficeHolds::Nothing:
+      break;
+  }
+  return {};
 }
 
 }  // namespace
@@ -45,15 +54,11 @@ QString CarriedCommands(const QString& type, const QByteArray& bytes) {
     return HasFormula(TextOf(bytes)) ? Ui::tr("数式の入った表（プログラムを起動できます）")
                                      : QString();
   }
-  if (type == u"application/pdf") {
-    return HoldsOneOf(bytes, {"/Launch", "/JavaScript", "/JS "}) ? Ui::tr("スクリプトの入ったPDF")
-                                                                 : QString();
+  if (type == u"text/calendar") {
+    return StartsPrograms(TextOf(bytes)) ? Ui::tr("プログラムを起動できる予定") : QString();
   }
-  if (!type.contains(u"document")) return {};
-  return HoldsOneOf(bytes.toLower(), {"basic/", "scripts/", "vbaproject", "/embeddings/",
-                                      "/activex/", "/externallinks/", "object 1/"})
-             ? Ui::tr("マクロやほかのファイルの入った文書")
-             : QString();
+  if (type == u"application/pdf") return CommandsOfPdf(bytes);
+  return type.contains(u"document") ? CommandsOfOffice(bytes) : QString();
 }
 
 }  // namespace vorn

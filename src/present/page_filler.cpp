@@ -271,7 +271,8 @@ void PageFiller::WriteSubject() {
   const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
   if (rows_->IsRowDamaged()) WriteText(Unreadable());
-  if (content_.escape && !subject.isEmpty()) return WriteText(Isolated(WithoutTurns(subject)));
+  if (content_.escape && !subject.isEmpty())
+    return WriteText(Isolated(WithoutTurns(WithoutHidden(subject))));
   WriteMail(subject.isEmpty() ? Ui::tr("(件名なし)") : subject);
 }
 

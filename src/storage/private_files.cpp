@@ -12,8 +12,12 @@ constexpr QFile::Permissions kFolder = kFile | QFile::ExeOwner;
 constexpr QFile::Permissions kOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                        QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
 
+bool IsLink(const QFileInfo& entry) {
+  return entry.isSymLink() || entry.isJunction();
+}
+
 bool Tighten(const QFileInfo& entry) {
-  if (entry.isSymLink() || !(entry.permissions() & kOthers)) return true;
+  if (IsLink(entry) || !(entry.permissions() & kOthers)) return true;
   return QFile::setPermissions(entry.filePath(), entry.isDir() ? kFolder : kFile);
 }
 
@@ -36,6 +40,7 @@ bool MakePrivate(const QString& path) {
 }
 
 void MakeTreePrivate(const QString& folder) {
+  if (IsLink(QFileInfo(QDir::cleanPath(folder)))) return;
   MakePrivate(folder);
   QDirIterator entries(folder,
                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,

@@ -15,10 +15,10 @@ bool MakePrivateFolder(const QString& folder);
 /// so.
 bool OpenPrivate(QFile& file, QIODevice::OpenMode mode);
 
-/// Makes an existing file or folder private.
+/// Makes an existing file or folder private. What a link leads to stays as it is.
 bool MakePrivate(const QString& path);
 
-/// Makes a folder and everything in it private.
+/// Makes a folder and everything in it private; nothing where the folder is a link.
 void MakeTreePrivate(const QString& folder);
 
 }  // namespace vorn

@@ -4,12 +4,17 @@
 
 namespace vorn {
 
-/// A text that may come from outside as it may be shown: control characters and the marks that turn
-/// the direction of others (Unicode bidirectional algorithm, UAX 9) are visible signs, line breaks
-/// and tabulators stay, and what is longer than `most` characters ends in "…".
+/// A text that may come from outside as it may be shown: control characters, the marks that turn
+/// the direction of others (Unicode bidirectional algorithm, UAX 9) and characters that nobody sees
+/// are visible signs, line breaks and tabulators stay, and what is longer than `most` characters
+/// ends in "…". Joiners and variation selectors stay where they shape letters or emoji.
 QString ShownText(const QString& text, qsizetype most = 4000);
 
 /// The same, whole, for a line of a list: line breaks and tabulators are blanks.
 QString ShownInLine(const QString& text);
+
+/// A text without the characters that nobody sees, marks of direction aside: for subjects, which
+/// newsletters fill with them.
+QString WithoutHidden(const QString& text);
 
 }  // namespace vorn

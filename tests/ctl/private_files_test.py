@@ -70,6 +70,26 @@ def run(work):
     (other / "temp" / "page.html").write_text("x")
     for path in [other, *other.rglob("*")]:
         path.chmod(0o777)
+    # A link leads out of it: what lies there keeps its mode, and nothing is opened or emptied there.
+    outside = work / "outside"
+    outside.mkdir()
+    (outside / "clip_1.html").write_text("x")
+    profile = next(path for path in other.iterdir() if (path / "profile.lock").exists())
+    for link in [other / "layout", profile / "link", profile.with_name("navi.link")]:
+        assert not link.exists(), link
+        link.symlink_to(outside)
+    (other / "temp" / "page.html").unlink()
+    (other / "temp").rmdir()
+    (other / "temp").symlink_to(outside)
+    for path in [outside, outside / "clip_1.html"]:
+        path.chmod(0o777)
+    ctl("list", "受信")
+    assert [mode(path) for path in [outside, outside / "clip_1.html"]] == [0o777, 0o777]
+    assert not (other / "temp").is_symlink() and (other / "layout").is_symlink()
+    for link in [other / "layout", profile / "link", profile.with_name("navi.link")]:
+        link.unlink()
+    (other / "temp").mkdir(mode=0o777, exist_ok=True)
+    (other / "temp").chmod(0o777)
     ctl("list", "受信")
     assert_private(other)
     # A folder with things of other programs keeps its own mode.

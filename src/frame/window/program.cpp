@@ -140,6 +140,7 @@ bool Program::Start() {
 void Program::RemoveWorkingFiles() const {
   if (context_.TempFolder.isEmpty()) return;  // it never came to that
   const QDir folder(context_.TempFolder);
+  if (QFileInfo(folder.path()).isSymLink()) return;  // put there since the start
   for (const QFileInfo& entry :
        folder.entryInfoList({QStringLiteral("*.html"), QStringLiteral("clip_*")},
                             QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)) {

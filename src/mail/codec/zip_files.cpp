@@ -69,6 +69,20 @@ std::vector<ZipEntry> ListZip(const QByteArray& bytes) {
   return files;
 }
 
+bool HasHiddenFiles(const QByteArray& bytes) {
+  const Utf8Locale locale;
+  const Archive opened = Open(bytes);
+  archive_entry* entry = nullptr;
+  while (opened != nullptr) {
+    const int result = archive_read_next_header(opened.get(), &entry);
+    if (result == ARCHIVE_EOF || result < ARCHIVE_WARN) break;
+    const bool isFolder =
+        archive_entry_filetype(entry) == AE_IFDIR && archive_entry_size(entry) == 0;
+    if (!IsFile(entry) && !isFolder) return true;
+  }
+  return false;
+}
+
 ZipResult UnpackZip(const QByteArray& bytes, const QString& password,
                     const std::function<QIODevice*(size_t index)>& target,
                     const std::function<bool()>& done) {

@@ -29,6 +29,10 @@ inline constexpr size_t kMostZipFiles = 2000;
 /// Names without a mark of their code are read in the code that fits them.
 std::vector<ZipEntry> ListZip(const QByteArray& archive);
 
+/// Whether something in an archive has a content and is yet no file by its mode, as programs that
+/// do not know modes would take it for.
+bool HasHiddenFiles(const QByteArray& archive);
+
 /// Unpacks the files that `target` gives a device for, which it is asked for each file in order; a
 /// null device leaves the file out. Stops at the first fault. `done` is called when a file is
 /// whole, and its answer of false stops as well.

@@ -176,7 +176,8 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
 
 void ReadingPane::ShowHead() {
   const QString copies = Addresses(model_, u"CC");
-  subject_->Say({}, model_.subject.isEmpty() ? Ui::tr("（件名なし）") : model_.subject);
+  subject_->Say({},
+                model_.subject.isEmpty() ? Ui::tr("（件名なし）") : WithoutHidden(model_.subject));
   from_->Say(Ui::tr("差出人："), Addresses(model_, u"FROM"));
   to_->Say(Ui::tr("宛て先："),
            Addresses(model_, u"TO") +

@@ -1,0 +1,19 @@
+#include "fuzz_input.h"
+#include "mail/calendar_actions.h"
+#include "mail/office_part.h"
+#include "mail/pdf_actions.h"
+#include "mail/table_formulas.h"
+
+using namespace vorn;
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const QByteArray bytes = fuzz::Bytes(data, size).toByteArray();
+  const QDeadlineTimer never(QDeadlineTimer::Forever);
+  ActsOfPdf(bytes);
+  HoldsOfPart(bytes, never);
+  HasFormula(QString::fromUtf8(bytes));
+  StartsPrograms(QString::fromUtf8(bytes));
+  // A script is found whatever stands before it, unless that is found first.
+  fuzz::Require(ActsOfPdf(bytes + "\n/S/J#61vaScript ") != PdfActs::Nothing);
+  return 0;
+}

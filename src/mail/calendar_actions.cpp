@@ -1,0 +1,42 @@
+#include "mail/calendar_actions.h"
+
+#include <QRegularExpression>
+
+namespace vorn {
+namespace {
+
+// The value of a content line, behind the parameters, which may quote a colon.
+QStringView ValueOf(QStringView line) {
+  bool isQuoted = false;
+  for (qsizetype i = 0; i < line.size(); ++i) {
+    if (line[i] == u'"') isQuoted = !isQuoted;
+    if (line[i] == u':' && !isQuoted) return line.sliced(i + 1).trimmed();
+  }
+  return {};
+}
+
+bool Acts(QStringView line) {
+  const auto starts = [](QStringView text, QStringView with) {
+    return text.startsWith(with, Qt::CaseInsensitive);
+  };
+  if (starts(line, u"PALARM")) return true;  // of the form before (vCalendar)
+  if (starts(line, u"ACTION")) return starts(ValueOf(line), u"PROCEDURE");
+  if (!starts(line, u"ATTACH")) return false;
+  const QStringView value = ValueOf(line);
+  return starts(value, u"file:") || starts(value, u"\\\\") || starts(value, u"//");
+}
+
+}  // namespace
+
+bool StartsPrograms(const QString& calendar) {
+  static const QRegularExpression fold(QStringLiteral("(\\r\\n|\\r|\\n)[ \\t]"));
+  static const QRegularExpression end(QStringLiteral("[\\r\\n]+"));
+  QString unfolded = calendar;
+  unfolded.remove(fold);
+  for (const QStringView line : QStringView(unfolded).split(end)) {
+    if (Acts(line.trimmed())) return true;
+  }
+  return false;
+}
+
+}  // namespace vorn
