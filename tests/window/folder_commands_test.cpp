@@ -244,6 +244,19 @@ TEST_F(FolderCommandsTest, HowManyAreChosenIsTold) {
   EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
   Press(Qt::Key_Home);
   EXPECT_TRUE(tells(QString()));
+  // A click into the choice means one row, and Escape none.
+  Press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
+  Script(QStringLiteral(
+      "const row = document.querySelector('a[href*=\"mail_4\"]'); for (const kind of "
+      "['mousedown', 'click']) row.closest('tr, li').dispatchEvent(new "
+      "MouseEvent(kind, {bubbles: true}))"));
+  EXPECT_TRUE(tells(QString()));
+  EXPECT_EQ(Chosen(), Ids({4}));
+  Press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
+  Press(Qt::Key_Escape);
+  EXPECT_TRUE(tells(QString()));
 }
 
 // By what moves among messages that wait to be read, also over several pages.
@@ -291,11 +304,12 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   ASSERT_TRUE(queue.PostDialogRequest(request));
   program_->Parent()->PostRequest(queue.Front());
   ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
-  EXPECT_TRUE(InModal<QMessageBox>([&] { program_->Parent()->AddToBook(QStringLiteral("mail_1")); },
-                                   [](QMessageBox& box) {
-                                     EXPECT_TRUE(box.text().contains(u"編集中"));
-                                     box.button(QMessageBox::Ok)->click();
-                                   }));
+  EXPECT_TRUE(
+      InModal<QMessageBox>([&] { program_->Parent()->AddToBook({QStringLiteral("mail_1")}); },
+                           [](QMessageBox& box) {
+                             EXPECT_TRUE(box.text().contains(u"編集中"));
+                             box.button(QMessageBox::Ok)->click();
+                           }));
   // What was sent gives its recipients; the user is asked where there are several books.
   TopLevel<ObjectsWindow>()->close();
   const DiskPtr second = MakeAddressBook(context);
@@ -305,7 +319,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   ASSERT_EQ(people.size(), 1) << "who is no user of the profile is the sender";
   EXPECT_EQ(AddToBook(context, second, people), 1);
   EXPECT_TRUE(
-      InModal<QInputDialog>([&] { program_->Parent()->AddToBook(QStringLiteral("mail_1")); },
+      InModal<QInputDialog>([&] { program_->Parent()->AddToBook({QStringLiteral("mail_1")}); },
                             [](QInputDialog& dialog) {
                               dialog.setTextValue(QStringLiteral("社外"));
                               dialog.accept();

@@ -49,10 +49,17 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   Press(Qt::Key_End);
   EXPECT_EQ(Chosen(), Ids({6}));
   // The row that was clicked before belongs to what is clicked with Ctrl.
-  Script(QStringLiteral(
-      "document.querySelector('a[href*=\"mail_4\"]').dispatchEvent(new MouseEvent('mousedown', "
-      "{ctrlKey: true, bubbles: true}))"));
-  EXPECT_EQ(Chosen(), Ids({4, 6}));
+  const auto click = [this](int row, const char* key) {
+    Script(QStringLiteral("document.querySelector('a[href*=\"mail_%1\"]').dispatchEvent(new "
+                          "MouseEvent('mousedown', {%2 bubbles: true}))")
+               .arg(row)
+               .arg(QLatin1String(key)));
+  };
+  click(4, "ctrlKey: true,");
+  EXPECT_EQ(Chosen(), Ids({4})) << "a row that the keys came to was not clicked";
+  click(5, "");
+  click(2, "ctrlKey: true,");
+  EXPECT_EQ(Chosen(), Ids({2, 5}));
   Press(Qt::Key_End);
   Press(Qt::Key_Space);
   EXPECT_EQ(Chosen(), Ids({6}));

@@ -87,11 +87,14 @@ std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
 }
 
 std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
-                                              const QString& serialId,
+                                              const QStringList& serialIds,
                                               const std::function<bool(const QString&)>& isEdited) {
-  const auto message = ReadMessage(context, window, serialId);
-  if (!message) return std::nullopt;
-  const QList<AddressEntry> people = Correspondents(context, message->addressLines);
+  QList<AddressEntry> people;
+  for (const QString& serialId : serialIds) {
+    const auto message = ReadMessage(context, window, serialId);
+    if (!message) return std::nullopt;
+    people += Correspondents(context, message->addressLines);
+  }
   if (people.isEmpty()) {
     ShowBox(&window, QMessageBox::Information, Ui::tr("登録できるメールアドレスがありません。"));
     return std::nullopt;

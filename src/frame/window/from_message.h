@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -24,11 +24,11 @@ struct BookAddition {
   QString told;  ///< what was done, for the user
 };
 
-/// Puts those with whom a message was exchanged into the address book, which is made where there is
+/// Puts those with whom messages were exchanged into the address book, which is made where there is
 /// none, and chosen by the user where there are several. `isEdited` tells whether a book is just
 /// being edited: what is added then would be lost.
 std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
-                                              const QString& serialId,
+                                              const QStringList& serialIds,
                                               const std::function<bool(const QString&)>& isEdited);
 
 }  // namespace vorn

@@ -73,8 +73,8 @@ void ParentWindow::MakeRule(const QString& serialId, bool stops) {
   if (request) queue_.PostDialogRequest(*request);
 }
 
-void ParentWindow::AddToBook(const QString& serialId) {
-  const auto addition = AddCorrespondents(context_, *this, serialId, [this](const QString& book) {
+void ParentWindow::AddToBook(const QStringList& serialIds) {
+  const auto addition = AddCorrespondents(context_, *this, serialIds, [this](const QString& book) {
     return std::any_of(windows_.begin(), windows_.end(),
                        [&](const RequestWindow* window) { return window->Tag() == book; });
   });

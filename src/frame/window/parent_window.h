@@ -107,7 +107,7 @@ class ParentWindow : public QMainWindow,
   QString NeighbourMessage(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
-  void AddToBook(const QString& serialId) override;
+  void AddToBook(const QStringList& serialIds) override;
   bool IsClosing() const override { return closing_; }
   void MessageStored() override { foldersChanged_ = true; }
 

@@ -133,7 +133,8 @@ QMenu* MessageWindow::BuildMessagesMenu() {
   };
   ofMessage(Ui::tr("このようなメールをフォルダに集める(&G).."), &MessageHost::GatherAlike);
   ofMessage(Ui::tr("このようなメールを受信しない(&X).."), &MessageHost::StopAlike);
-  ofMessage(Ui::tr("アドレスブックに登録(&B)"), &MessageHost::AddToBook);
+  menuRules_.append(menu->addAction(Ui::tr("アドレスブックに登録(&B)"), this,
+                                    [this] { host_.AddToBook({request_->SerialID()}); }));
   return menu;
 }
 

@@ -220,6 +220,7 @@ QStringList EditingWindow::Entries() {
       entries.append(QString::number(static_cast<int>(check->isChecked())));
     }
   }
+  entries.sort();  // a page that is looked at becomes the last of its siblings
   return entries;
 }
 

@@ -90,14 +90,20 @@ void BrowserWindow::BuildMessageCommands() {
              ofCurrent(&MessageHost::GatherAlike));
   AddCommand(QStringLiteral("stop"), Ui::tr("このようなメールを受信しない(&X).."), {},
              ofCurrent(&MessageHost::StopAlike));
-  AddCommand(QStringLiteral("book"), Ui::tr("アドレスブックに登録(&B)"), {Qt::Key_B},
-             ofCurrent(&MessageHost::AddToBook));
-  messageMenu_->addSeparator();
-  AddCommand(QStringLiteral("print"), Ui::tr("印刷(&P).."), {QKeySequence::Print}, [this] {
-    OnCurrent([this](const QString& message) {
-      if (!message.isEmpty()) split_->Print(message);
+  AddCommand(QStringLiteral("book"), Ui::tr("アドレスブックに登録(&B)"), {Qt::Key_B}, [this] {
+    rows_.Chosen([this](const QStringList& messages) {
+      if (messages.isEmpty()) return;
+      QTimer::singleShot(0, this, [this, messages] { host_.Messages().AddToBook(messages); });
     });
   });
+  messageMenu_->addSeparator();
+  QAction* print =
+      AddCommand(QStringLiteral("print"), Ui::tr("印刷(&P).."), {QKeySequence::Print}, [this] {
+        OnCurrent([this](const QString& message) {
+          if (!message.isEmpty()) split_->Print(message);
+        });
+      });
+  addAction(print);  // also while the pane or a box has the keyboard: it types nothing there
   messageMenu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
@@ -114,6 +120,7 @@ void BrowserWindow::BuildMessageCommands() {
     AddKeys({key(Qt::Key_End)}, [this, extend] { rows_.GoTo(-1, extend); });
   }
   AddKeys({Qt::Key_Space}, [this] { rows_.Toggle(); });
+  AddKeys({Qt::Key_Escape}, [this] { GiveUpChoice(); });
   rows_.OnRows([this] { EnableMessageCommands(); });
   EnableMessageCommands();
 }
@@ -151,6 +158,17 @@ void BrowserWindow::OpenChosen(OpenMode mode) {
 void BrowserWindow::OnCurrent(const std::function<void(const QString&)>& act) {
   rows_.Current([this, act](const QString& message) {
     QTimer::singleShot(0, this, [act, message] { act(message); });
+  });
+}
+
+// First the choice, then what the folder is searched for.
+void BrowserWindow::GiveUpChoice() {
+  rows_.Unchoose([this](bool had) {
+    if (had || Search().isEmpty()) return;
+    QTimer::singleShot(0, this, [this] {
+      txSearch_->clear();
+      SearchFolder();
+    });
   });
 }
 

@@ -121,6 +121,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void EnableMessageCommands();
   void OpenChosen(OpenMode mode);
   void OnCurrent(const std::function<void(const QString&)>& act);
+  void GiveUpChoice();
   void GoToUnopened(const QString& from);
   void ShowMessageOfAnotherPage(const QString& message);
   bool AgreesToOpen(qsizetype windows);

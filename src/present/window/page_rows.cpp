@@ -109,6 +109,10 @@ void PageRows::Toggle() {
   Run(QStringLiteral("vorn.toggle()"));
 }
 
+void PageRows::Unchoose(const std::function<void(bool)>& then) {
+  Run(QStringLiteral("vorn.unchoose()"), [then](const QVariant& had) { then(had.toBool()); });
+}
+
 void PageRows::ChooseAll() {
   Run(QStringLiteral("vorn.all()"));
 }

@@ -38,6 +38,8 @@ class PageRows : public QObject {
   /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.
   void GoToMessage(const QString& serialId, const std::function<void()>& notHere = {});
   void Toggle();
+  /// No row is chosen any more; gives whether any was.
+  void Unchoose(const std::function<void(bool)>& then);
   void ChooseAll();
   /// No row is current or chosen any more.
   void Leave();

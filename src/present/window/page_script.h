@@ -40,6 +40,7 @@ inline constexpr char kPageScript[] = R"js(
 
   let current = -1;
   let anchor = -1;  // where a range begins
+  let clicked = -1;  // the row that was clicked last, without a key
   let chosen = new Set();
   const gone = new Set();
   // The rows that are still meant, by their places.
@@ -76,7 +77,9 @@ inline constexpr char kPageScript[] = R"js(
   };
   const toggle = (index, addsCurrent) => {
     if (index < 0) return;
-    if (addsCurrent && chosen.size === 0 && current >= 0 && current !== index) chosen.add(rows[current].id);
+    if (addsCurrent && chosen.size === 0 && clicked >= 0 && clicked === current && current !== index) {
+      chosen.add(rows[current].id);
+    }
     current = anchor = index;
     const id = rows[index].id;
     if (!chosen.delete(id)) chosen.add(id);
@@ -86,6 +89,7 @@ inline constexpr char kPageScript[] = R"js(
   const rowAt = target => rows.findIndex(row => row.element.contains(target) && !gone.has(row.id));
   const chosenIds = () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                           : current < 0 ? [] : [rows[current].id];
+  const isAtEnd = () => innerHeight + scrollY >= document.documentElement.scrollHeight - 2;
   // The next row, or else the last one, takes the place of a current one that goes.
   const leave = ids => {
     for (const id of ids) {
@@ -111,6 +115,7 @@ inline constexpr char kPageScript[] = R"js(
       event.preventDefault();
     } else if (!chosen.has(rows[index].id)) {
       goTo(index, false);
+      clicked = index;
     } else {
       current = index;  // several may be about to be dragged
       show();
@@ -128,15 +133,25 @@ inline constexpr char kPageScript[] = R"js(
     if (event.button === 0 && rowAt(event.target) >= 0) tell('twice', rowAt(event.target));
   });
   listen('click', event => {
-    if ((event.ctrlKey || event.shiftKey) && rowAt(event.target) >= 0) event.preventDefault();
+    const index = rowAt(event.target);
+    if (index < 0) return;
+    if (event.ctrlKey || event.shiftKey) {
+      event.preventDefault();
+    } else if (event.button === 0 && chosen.size > 0) {
+      goTo(index, false);  // they were not dragged
+      clicked = index;
+    }
   });
 
   window.vorn = {
     count: () => rows.length,
+    // From no row at all to one that is in sight: at the end of a page the last one.
     step: (by, extend) => {
       const places = there();
       const from = places.indexOf(current);
-      const to = from < 0 ? (by > 0 ? 0 : places.length - 1) : from + by;
+      const inSight = places.findIndex(index => rows[index].element.getBoundingClientRect().top >= 0);
+      const first = scrollY > 0 && isAtEnd() ? places.length - 1 : Math.max(0, inSight);
+      const to = from < 0 ? (by > 0 ? first : places.length - 1) : from + by;
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
@@ -152,6 +167,8 @@ inline constexpr char kPageScript[] = R"js(
       return false;
     },
     toggle: () => toggle(current),
+    // Whether there was a choice to be given up.
+    unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
@@ -180,8 +197,7 @@ inline constexpr char kPageScript[] = R"js(
     state: () => JSON.stringify({next: there().filter(index => current >= 0 && index >= current)
                                      .map(index => rows[index].id),
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
-                                 chosen: [...chosen], y: scrollY, x: scrollX,
-                                 end: innerHeight + scrollY >= document.documentElement.scrollHeight - 2}),
+                                 chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd()}),
     restore: (text, staysAtEnd) => {
       const state = JSON.parse(text);
       const next = state.next.find(id => seen.has(id));
