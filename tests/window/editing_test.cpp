@@ -101,6 +101,7 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
 
 TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
   ObjectsWindow* window = &Open(object_type::kAccount);
+  Child<QTabWidget>(*window, u"tsPage").setCurrentIndex(1);
   QTest::keyClick(window, Qt::Key_Escape);  // nothing was
   EXPECT_FALSE(window->isVisible());
   window = &Open(object_type::kProfile, profile_.Get().Session->SerialID());
