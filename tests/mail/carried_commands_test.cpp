@@ -51,7 +51,9 @@ QByteArray Zip(const QList<Part>& parts) {
   QByteArray files;
   QByteArray directory;
   for (const Part& part : parts) {
-    const QByteArray packed = qCompress(part.content).sliced(6).chopped(4);
+    const QByteArray packed = part.content.isEmpty()
+                                  ? QByteArray("\3\0", 2)  // which qCompress leaves out
+                                  : qCompress(part.content).sliced(6).chopped(4);
     const QByteArray head = Number(quint16(20)) + Number(quint16(0)) + Number(quint16(8)) +
                             Number(quint32(0)) + Number(Crc(part.content)) +
                             Number(quint32(packed.size())) + Number(quint32(part.content.size())) +
