@@ -1,5 +1,6 @@
 #include "storage/shown_text.h"
 
+#include <QList>
 #include <algorithm>
 #include <iterator>
 #include <limits>
