@@ -9,7 +9,7 @@ namespace vorn {
 
 class BrowserWindow;
 
-/// The part of the main window that holds its browser windows: overlapping, side by side or in
+/// The area of the main window that holds its browser windows: overlapping, side by side or in
 /// tabs. Of many tabs those that were used last have a page; the others rest.
 class BrowserArea : public QMdiArea {
   Q_OBJECT
