@@ -24,10 +24,16 @@
 #include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/html_view.h"
+#include "support/engine_answer.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
 namespace {
+
+QString TextIn(const HtmlView& view) {
+  return test::AnswerTo<QString>(
+      [&view](const auto& then) { view.View()->page()->toPlainText(then); });
+}
 
 // Saves the window's message by its dialog.
 bool SaveAs(MessageWindow& window, const QString& path) {
@@ -300,10 +306,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   auto& images = Child<QPushButton>(*view, u"cmRemoteImages");
   ASSERT_TRUE(WaitFor([&images] { return images.isVisible(); }));
   QString text;
-  ASSERT_TRUE(WaitFor([&] {
-    view->View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
-    return !text.isEmpty();
-  }));
+  ASSERT_TRUE(WaitFor([&] { return !(text = TextIn(*view)).isEmpty(); }));
   EXPECT_FALSE(remote.hasPendingConnections());
   // Nothing of it is on the disk.
   EXPECT_FALSE(view->View()->url().isLocalFile());
@@ -348,13 +351,13 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n" +
                 png.data());
   socket->disconnectFromHost();
-  int width = 0;
-  ASSERT_TRUE(WaitFor([&] {
-    view->View()->page()->runJavaScript(QStringLiteral("document.images[0].naturalWidth"),
-                                        QWebEngineScript::ApplicationWorld,
-                                        [&width](const QVariant& shown) { width = shown.toInt(); });
-    return width == 7;
-  }));
+  const auto width = [view] {
+    return test::AnswerTo<QVariant>([view](const auto& then) {
+      view->View()->page()->runJavaScript(QStringLiteral("document.images[0].naturalWidth"),
+                                          QWebEngineScript::ApplicationWorld, then);
+    });
+  };
+  ASSERT_TRUE(WaitFor([&width] { return width().toInt() == 7; }));
   EXPECT_FALSE(remote.hasPendingConnections());  // nor has one come before it
   RemoteImageLoader::MayReach = mayReach;
   window.close();
@@ -377,10 +380,7 @@ TEST_F(MessageWindowTest, TheFormerMailIsCoveredUntilTheNextIsThere) {
   QCoreApplication::sendPostedEvents();
   EXPECT_FALSE(inSight());
   ASSERT_TRUE(WaitFor(inSight));
-  QString text;
-  view.View()->page()->toPlainText([&text](const QString& shown) { text = shown; });
-  EXPECT_TRUE(WaitFor([&text] { return !text.isEmpty(); }));
-  EXPECT_EQ(text.trimmed(), QStringLiteral("second"));
+  EXPECT_EQ(TextIn(view).trimmed(), QStringLiteral("second"));
   for (const char* colour : {"red", "blue", "lime", "red", "lime", "blue", "red", "blue"}) {
     view.Show(QStringLiteral("<body bgcolor=%1>").arg(QLatin1String(colour)));
     ASSERT_TRUE(WaitFor(inSight));

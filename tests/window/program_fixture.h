@@ -5,7 +5,6 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QRandomGenerator>
@@ -14,7 +13,6 @@
 #include <QWebEngineView>
 #include <functional>
 #include <memory>
-#include <optional>
 
 #include "frame/window/login_window.h"
 #include "frame/window/parent_window.h"
@@ -23,11 +21,13 @@
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "support/engine_answer.h"
 #include "support/loopback_pop3_server.h"
 #include "support/window_driving.h"
 
 namespace vorn {
 
+using test::AnswerTo;
 using test::InModal;
 using test::LoopbackPop3Server;
 using test::NextMessageBox;
@@ -128,22 +128,6 @@ class ProgramTest : public testing::Test {
   QWebEngineView* View() const {
     return Browser()->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
   }
-  // What the engine answers to a question. It forgets a question when the page goes, so that it is
-  // asked again.
-  template <typename Answer>
-  static Answer AnswerTo(
-      const std::function<void(const std::function<void(const Answer&)>&)>& ask) {
-    const auto answer = std::make_shared<std::optional<Answer>>();
-    QElapsedTimer asked;
-    EXPECT_TRUE(WaitFor([&] {
-      if (!asked.isValid() || asked.hasExpired(kAskAgainMs)) {
-        asked.start();
-        ask([answer](const Answer& given) { *answer = given; });
-      }
-      return answer->has_value();
-    }));
-    return answer->value_or(Answer());
-  }
   QString PageText() const {
     return AnswerTo<QString>([this](const auto& then) { View()->page()->toPlainText(then); });
   }
@@ -233,7 +217,6 @@ class ProgramTest : public testing::Test {
     QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, at);
   }
 
-  static constexpr qint64 kAskAgainMs = 1000;
   static constexpr int kAnswerMs = 100;
 
   QTemporaryDir folder_;

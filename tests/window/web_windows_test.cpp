@@ -147,11 +147,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   EXPECT_FALSE(page.settings()->testAttribute(QWebEngineSettings::JavascriptEnabled));
   // Where no script is missing nothing is said; the page has answered by now.
   BrowserWindow& calm = open(plain);
-  bool answered = false;
-  Child<QWebEngineView>(calm, u"wbUrl")
-      .page()
-      ->runJavaScript(QStringLiteral("1"), [&answered](const QVariant&) { answered = true; });
-  EXPECT_TRUE(WaitFor([&answered] { return answered; }));
+  ScriptIn(Child<QWebEngineView>(calm, u"wbUrl"), QStringLiteral("1"));
   EXPECT_FALSE(bar(calm).isVisible());
   settings->Let(QStringLiteral("ScriptsAsked"), false);
   open(other);
@@ -176,10 +172,8 @@ TEST_F(FolderPageTest, AllowingScriptsSendsNoFormAgain) {
   ASSERT_TRUE(WaitFor([&] { return site.asked.contains("/order"); }));
   EXPECT_TRUE(WaitFor([&] { return view.url().path() == u"/order" && bar.isVisible(); }));
   test::Press(Child<QWidget>(window, u"cmAllowScripts"));
-  bool answered = false;
-  view.page()->runJavaScript(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
-                             [&answered](const QVariant&) { answered = true; });
-  EXPECT_TRUE(WaitFor([&] { return answered && !view.page()->isLoading(); }));
+  ScriptIn(view, QStringLiteral("1"));
+  EXPECT_TRUE(WaitFor([&] { return !view.page()->isLoading(); }));
   // The next page runs them.
   auto& address = Child<QLineEdit>(window, u"txLocation");
   test::Type(address, QString::fromLatin1(site.Url() + "/next"));
@@ -203,10 +197,7 @@ TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
     QTest::mouseClick(view.focusProxy(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
   }
   EXPECT_TRUE(WaitFor([&] { return other.asked.contains("/new"); }));
-  bool answered = false;
-  view.page()->runJavaScript(QStringLiteral("1"),
-                             [&answered](const QVariant&) { answered = true; });
-  EXPECT_TRUE(WaitFor([&answered] { return answered; }));
+  ScriptIn(view, QStringLiteral("1"));
   EXPECT_EQ(Browsers().size(), 3);
 }
 

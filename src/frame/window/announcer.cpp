@@ -154,8 +154,10 @@ void Announcer::PageLoaded(BrowserWindow& browser) {
   WhenPainted(page, [this, page, folder] {
     if (page == nullptr) return;
     page->runJavaScript(QStringLiteral("window.vorn ? vorn.count() : 0"),
-                        QWebEngineScript::ApplicationWorld, [this, folder](const QVariant& rows) {
-                          say_(QStringLiteral("page %1 %2").arg(folder).arg(rows.toInt()));
+                        QWebEngineScript::ApplicationWorld,
+                        [self = QPointer<Announcer>(this), folder](const QVariant& rows) {
+                          if (self == nullptr) return;
+                          self->say_(QStringLiteral("page %1 %2").arg(folder).arg(rows.toInt()));
                         });
   });
 }
@@ -221,7 +223,8 @@ void Announcer::Look(const QPointer<QWebEnginePage>& page, const QString& script
     }
   };
   page->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                      [goOn, page](const QVariant& painted) {
+                      [self = QPointer<Announcer>(this), goOn, page](const QVariant& painted) {
+                        if (self == nullptr) return;
                         goOn(painted.toBool() && page != nullptr && !page->isLoading());
                       });
   // The engine forgets what it was asked when the document goes.
