@@ -83,7 +83,7 @@ TEST_F(EditingTest, ServersAreProposedFromTheAddressAndNeverOverWhatWasTyped) {
   EXPECT_EQ(text(u"txInMailServerUser"), QStringLiteral("me"));
   type("me@example.org");  // of whose servers nothing is known
   EXPECT_EQ(text(u"txInMailServer"), QString());
-  EXPECT_EQ(text(u"txInMailServerPort"), QStringLiteral("110"));
+  EXPECT_EQ(text(u"txInMailServerPort"), QStringLiteral("995"));
   EXPECT_FALSE(Child<QCheckBox>(window, u"ckOutMailServerAuth").isChecked());
 
   // The login of sending is the one of receiving, until it is another.
@@ -221,18 +221,21 @@ TEST_F(EditingTest, FaultsAreToldAtTheirFieldsAndNothingIsSaved) {
   EXPECT_EQ(context().Session->Text(u"status", QStringLiteral("x")), QString());
 }
 
-TEST_F(EditingTest, PortsFollowTheSecurityUnlessGiven) {
+TEST_F(EditingTest, ANewAccountBeginsEncryptedAndPortsFollowTheSecurityUnlessGiven) {
   ObjectsWindow& window = Open(object_type::kAccount);
   auto& port = Child<QLineEdit>(window, u"txInMailServerPort");
   auto& security = Child<QComboBox>(window, u"cbInMailServerSecurity");
-  security.setCurrentIndex(2);
+  EXPECT_EQ(security.currentText(), QStringLiteral("TLS"));
   EXPECT_EQ(port.text(), QStringLiteral("995"));
   security.setCurrentIndex(1);
   EXPECT_EQ(port.text(), QStringLiteral("110"));
   port.setText(QStringLiteral("2110"));
   security.setCurrentIndex(2);
   EXPECT_EQ(port.text(), QStringLiteral("2110"));
-  Child<QComboBox>(window, u"cbOutMailServerSecurity").setCurrentIndex(1);
+  auto& sendSecurity = Child<QComboBox>(window, u"cbOutMailServerSecurity");
+  EXPECT_EQ(sendSecurity.currentText(), QStringLiteral("TLS"));
+  EXPECT_EQ(Child<QLineEdit>(window, u"txOutMailServerPort").text(), QStringLiteral("465"));
+  sendSecurity.setCurrentIndex(1);
   EXPECT_EQ(Child<QLineEdit>(window, u"txOutMailServerPort").text(), QStringLiteral("587"));
 }
 
@@ -242,6 +245,8 @@ TEST_F(EditingTest, TheConnectionIsReallyTried) {
   ASSERT_TRUE(pop3.Listen() && smtp.Listen());
   ObjectsWindow& window = Open(object_type::kAccount);
   Child<QTabWidget>(window, u"tsPage").setCurrentIndex(2);
+  Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(0);
+  Child<QComboBox>(window, u"cbOutMailServerSecurity").setCurrentIndex(0);
   Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("127.0.0.1"));
   Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(pop3.Port()));
   Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("user"));

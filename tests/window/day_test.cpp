@@ -142,6 +142,8 @@ void DayTest::SetUpAccount() {
     Press(Child<QCheckBox>(window, u"ckDefault"));
     Type(Child<QLineEdit>(window, u"txMailaddress"), QStringLiteral("me@example.org"));
     Type(Child<QLineEdit>(window, u"txInMailServer"), QStringLiteral("127.0.0.1"));
+    Child<QComboBox>(window, u"cbInMailServerSecurity").setCurrentIndex(0);
+    Child<QComboBox>(window, u"cbOutMailServerSecurity").setCurrentIndex(0);
     Type(Child<QLineEdit>(window, u"txInMailServerPort"), QString::number(dovecot_.Port()));
     Type(Child<QLineEdit>(window, u"txInMailServerUser"), QStringLiteral("me"));
     Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("secret"));

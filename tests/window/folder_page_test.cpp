@@ -226,10 +226,23 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
     tabs->setCurrentIndex(i % 2);
     EXPECT_TRUE(hasKeys(i % 2 == 0 ? inbox : shelf)) << i;
   }
+  // Who closes a tab is back where he came from.
+  auto* area = parent->findChild<QMdiArea*>();
+  test::ClickRow(tree, Node(fixed_serial::kDust), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3; }));
+  for (const int from : {0, 1}) {
+    tabs->setCurrentIndex(from);
+    EXPECT_TRUE(hasKeys(from == 0 ? inbox : shelf));
+    QTest::keyClick(parent, Qt::Key_F1);
+    ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 4; }));
+    area->activeSubWindow()->close();
+    ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 3; }));
+    EXPECT_EQ(tabs->currentIndex(), from);
+  }
+  EXPECT_TRUE(hasKeys(shelf));
   // Who types into a box and comes back from elsewhere goes on typing.
   auto* search = shelf->findChild<QLineEdit*>(QStringLiteral("txSearch"));
   search->setFocus();
-  auto* area = parent->findChild<QMdiArea*>();
   QMdiSubWindow* frame = area->activeSubWindow();
   Q_EMIT area->subWindowActivated(nullptr);
   Q_EMIT area->subWindowActivated(frame);

@@ -233,8 +233,7 @@ TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
         if (question.isVisible()) question.close();
       }));
   EXPECT_EQ(answer, QString());
-  InModal<QMessageBox>([&window] { window.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  window.close();  // nothing has been written, so that nothing is asked
   EXPECT_TRUE(Gone());
 }
 

@@ -28,6 +28,7 @@ BrowserArea::BrowserArea(Context& context) : context_(context), unseen_(new QWid
   setTabsClosable(true);
   setTabsMovable(true);
   setDocumentMode(true);
+  setActivationOrder(ActivationHistoryOrder);  // who closes a tab is back where he came from
   unseen_->hide();
   connect(this, &QMdiArea::subWindowActivated, this, [this] {
     RestHidden();

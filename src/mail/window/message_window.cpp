@@ -228,7 +228,6 @@ void AnswerAsSender(MessageModel& model) {
 MessageModel MessageWindow::CurrentModel() const {
   MessageModel model = model_;
   model.subject = txSubject_->text();
-  model.report = model_.report;
   model.addresses = lvMailaddress_->Addresses();
   model.text = body_->Text()->toPlainText();
   model.attachments = lvClip_->Attachments();
@@ -297,6 +296,15 @@ bool MessageWindow::HasSender() {
   return host_.ChooseSender(tag_, lines.join(kLineBreak), txSubject_->text());
 }
 
+// Whether it holds nothing but what the program wrote into it.
+bool MessageWindow::IsBlank() const {
+  if (edited_ || lvMailaddress_->HasRecipient()) return false;
+  const MessageModel model = CurrentModel();
+  QString text = model.text;
+  if (!model.signature.isEmpty()) text.remove(ShownBlock(model.signature));
+  return model.subject.isEmpty() && model.attachments.empty() && text.trimmed().isEmpty();
+}
+
 bool MessageWindow::StoreForClosing() {
   if (request_ == nullptr || request_->Flag(u"messagedelete")) return true;
   if (unreadable_) {
@@ -309,6 +317,7 @@ bool MessageWindow::StoreForClosing() {
   const bool sends = request_->Flag(u"send");
   const bool isAnswer = request_->Number(u"open") != static_cast<int>(OpenMode::Show);
   if (isNew && isAnswer && !sends && !edited_) return true;  // it can be made again
+  if (isNew && !sends && IsBlank() && Settings(context_)->Flag(u"Careful")) return true;
   if (isNew && !sends) {
     bool cancelled = false;
     const bool save = AskToSave(&cancelled);

@@ -136,6 +136,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   QByteArray Compose(const MessageModel& model, QString* error) const;
   bool HasSender();
   /// Stores what closing keeps; false when the window has to stay open.
+  bool IsBlank() const;
   bool StoreForClosing();
   void NoteAnswer();
   void FollowSender();

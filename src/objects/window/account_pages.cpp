@@ -21,6 +21,9 @@ namespace {
 const QList<int> kPop3Ports = {110, 110, 995};
 const QList<int> kSmtpPorts = {25, 587, 465};
 
+// A new account sends no password in clear text until the user says so (RFC 8314, 3).
+constexpr int kFirstSecurity = static_cast<int>(Security::Tls);
+
 constexpr int kResultLines = 3;
 constexpr int kFoundLines = 2;
 constexpr int kSignatureLines = 5;
@@ -165,8 +168,8 @@ void ServerPage::AddSecurity() {
                         {Ui::tr("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
   port_ =
       AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"), Ui::tr("ポート番号(&P)"));
-  port_->setText(QString::number(ports_[0]));
   connect(security_, &QComboBox::currentIndexChanged, this, &ServerPage::FollowSecurity);
+  security_->setCurrentIndex(kFirstSecurity);
 }
 
 QLineEdit* ServerPage::AddUser() {
@@ -181,10 +184,11 @@ bool ServerPage::IsUntouched() const {
 
 void ServerPage::Propose(const MailServer& server) {
   proposed_ = server;
-  const Security security = server.host.isEmpty() ? Security::None : server.security;
+  const bool isNone = server.host.isEmpty();
+  const int security = isNone ? kFirstSecurity : static_cast<int>(server.security);
   server_->setText(server.host);
-  security_->setCurrentIndex(static_cast<int>(security));
-  port_->setText(QString::number(server.host.isEmpty() ? ports_[0] : server.port));
+  security_->setCurrentIndex(security);
+  port_->setText(QString::number(isNone ? ports_[security] : server.port));
   user_->setText(server.user);
 }
 
@@ -195,7 +199,12 @@ void ServerPage::FollowSecurity() {
   }
 }
 
-void ServerPage::Loaded(const Disk&) {
+void ServerPage::Loaded(const Disk& object) {
+  // An account that says nothing of it is used without.
+  const bool isKept = !object.Text(prefix_).isEmpty();
+  if (isKept && object.Text(prefix_ + QStringLiteral("Security")).isEmpty()) {
+    security_->setCurrentIndex(static_cast<int>(Security::None));
+  }
   trust_->hide();
   result_->clear();
 }

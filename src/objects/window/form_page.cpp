@@ -10,7 +10,6 @@
 #include <QToolButton>
 
 namespace vorn {
-namespace {}  // namespace
 
 FormPage::FormPage(const QString& page, const QString& title)
     : title_(title), layout_(new QFormLayout(this)) {
