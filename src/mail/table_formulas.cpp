@@ -15,19 +15,27 @@ QString Delimiters(const QString& table) {
 
 }  // namespace
 
-// Behind a sign a number is none.
+// A cell is taken for a formula when it begins with one of these signs, and behind the last four
+// when it is no number. It acts only by a function, or by a cell of elsewhere: another program
+// (DDE), another file. `="0123"` and "@name" do nothing.
 bool HasFormula(const QString& table) {
-  enum class In { Start, Signed, Rest } state = In::Start;
+  enum class In { Start, Signed, Formula, Text } state = In::Start;
   const auto isOneOf = [](QStringView set, QChar c) { return set.contains(c); };
   const QString delimiters = Delimiters(table);
+  int quotes = 0;  // in this cell; inside of them a delimiter ends no formula
   for (const QChar c : table) {
-    if (state == In::Start && isOneOf(u"=＝@＠", c)) return true;
+    if (c == u'"') ++quotes;
+    if (state == In::Formula && isOneOf(u"(（|｜!！#", c)) return true;
     if (delimiters.contains(c)) {
+      if (state == In::Formula && quotes % 2 != 0) continue;
       state = In::Start;
+      quotes = 0;
     } else if (state == In::Signed && c.unicode() < 0x80 && c.isLetter()) {
-      return true;
+      state = In::Formula;
+    } else if (state == In::Start && isOneOf(u"=＝@＠", c)) {
+      state = In::Formula;
     } else if (state == In::Start && !c.isSpace() && !isOneOf(u"\"'\uFEFF", c)) {
-      state = isOneOf(u"+＋-－−", c) ? In::Signed : In::Rest;
+      state = isOneOf(u"+＋-－−", c) ? In::Signed : In::Text;
     }
   }
   return false;

@@ -69,11 +69,20 @@ QByteArray Zip(const QList<Part>& parts) {
 
 TEST(CarriedCommandsTest, ATableMayNameItsDelimiter) {
   for (const char* table : {"sep=^\r\n1^=cmd|' /C calc'!A0", "\xEF\xBB\xBFSEP=x\n1x@SUM(1)",
-                            "\"sep=^\"\n1^+cmd|' /C calc'!A0", "sep= \n1 =cmd"}) {
+                            "\"sep=^\"\n1^+cmd|' /C calc'!A0", "sep= \n1 =cmd|x"}) {
     EXPECT_FALSE(IsHarmless(u"a.csv", table)) << table;
   }
   EXPECT_TRUE(IsHarmless(u"a.csv", "sep=;\r\n1;a^=b\r\nx=1;x =1\r\n"));
-  EXPECT_TRUE(IsHarmless(u"a.csv", "a,1^=b\r\n"));
+  for (const char* table :
+       {"1,\"=\n1+cmd|' /C calc'!A0\"", "a,-1+cmd|' /C calc'!A0", "=HYPERLINK(\"http://h\")",
+        "\"='\\\\h\\s\\[b.xls]T'!A1\"", "a\n='file:///h/b.ods'#$T.A1", "@SUM(1)", "+A1*cmd|x"}) {
+    EXPECT_FALSE(IsHarmless(u"a.csv", table)) << table;
+  }
+  // What offices send: leading zeros kept, accounts, amounts, telephone numbers.
+  for (const char* table : {"a,1^=b\r\n", "=\"0123\",=\"03-1\"\r\n", "1,@taro,(x)\n",
+                            "-5kg,+1h,=\n(y)", "-,- x,+1 (555) 010\n", "=10,-1200,(-5)\n"}) {
+    EXPECT_TRUE(IsHarmless(u"a.csv", table)) << table;
+  }
 }
 
 TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {

@@ -131,7 +131,7 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
        {QByteArray("\"@SUM(1)\",2\r\n"), QByteArray("\xEF\xBB\xBF") + formula.toUtf8(),
         utf16 + QByteArray(reinterpret_cast<const char*>(formula.utf16()), formula.size() * 2),
         QByteArray("+cmd|' /C calc'!A0"), QByteArray("a;-2+3+cmd|' /C calc'!A0"),
-        QByteArray("a| =cmd"), QByteArray("＝1+1")}) {
+        QByteArray("a| =cmd!A1"), QByteArray("＝SUM（1）")}) {
     EXPECT_FALSE(harmless(u"a.csv", table)) << table.toStdString();
   }
   EXPECT_TRUE(harmless(u"a.csv", "+81-3-1234-5678,-1.5%,\"- 品名\",x@y.example\r\n"));
