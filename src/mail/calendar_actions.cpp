@@ -15,7 +15,8 @@ QStringView ValueOf(QStringView line) {
   return {};
 }
 
-bool Acts(QStringView line) {
+// An alarm fetches its sound when it rings; an appointment's own attachment waits for a click.
+bool Acts(QStringView line, bool isInAlarm) {
   const auto starts = [](QStringView text, QStringView with) {
     return text.startsWith(with, Qt::CaseInsensitive);
   };
@@ -23,7 +24,8 @@ bool Acts(QStringView line) {
   if (starts(line, u"ACTION")) return starts(ValueOf(line), u"PROCEDURE");
   if (!starts(line, u"ATTACH")) return false;
   const QStringView value = ValueOf(line);
-  return starts(value, u"file:") || starts(value, u"\\\\") || starts(value, u"//");
+  return starts(value, u"file:") || starts(value, u"\\\\") || starts(value, u"//") ||
+         (isInAlarm && value.contains(u"://"));
 }
 
 }  // namespace
@@ -33,8 +35,12 @@ bool StartsPrograms(const QString& calendar) {
   static const QRegularExpression end(QStringLiteral("[\\r\\n]+"));
   QString unfolded = calendar;
   unfolded.remove(fold);
-  for (const QStringView line : QStringView(unfolded).split(end)) {
-    if (Acts(line.trimmed())) return true;
+  bool isInAlarm = false;
+  for (const QStringView whole : QStringView(unfolded).split(end)) {
+    const QStringView line = whole.trimmed();
+    if (line.compare(u"BEGIN:VALARM", Qt::CaseInsensitive) == 0) isInAlarm = true;
+    if (line.compare(u"END:VALARM", Qt::CaseInsensitive) == 0) isInAlarm = false;
+    if (Acts(line, isInAlarm)) return true;
   }
   return false;
 }

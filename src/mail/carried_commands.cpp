@@ -50,7 +50,7 @@ QString CommandsOfOffice(const QByteArray& bytes) {
 }  // namespace
 
 QString CarriedCommands(const QString& type, const QByteArray& bytes) {
-  if (type == u"text/csv") {
+  if (type == u"text/csv" || type == u"text/tab-separated-values") {
     return HasFormula(TextOf(bytes)) ? Ui::tr("数式の入った表（プログラムを起動できます）")
                                      : QString();
   }

@@ -16,6 +16,7 @@ namespace {
 // nor is anything that a browser would open.
 const QSet<QString>& HarmlessTypes() {
   static const QSet<QString> types = {
+      QStringLiteral("application/json"),
       QStringLiteral("application/pdf"),
       QStringLiteral("application/vnd.oasis.opendocument.presentation"),
       QStringLiteral("application/vnd.oasis.opendocument.spreadsheet"),
@@ -35,7 +36,11 @@ const QSet<QString>& HarmlessTypes() {
       QStringLiteral("image/webp"),
       QStringLiteral("text/calendar"),
       QStringLiteral("text/csv"),
+      QStringLiteral("text/markdown"),
       QStringLiteral("text/plain"),
+      QStringLiteral("text/tab-separated-values"),
+      QStringLiteral("text/vcard"),
+      QStringLiteral("text/x-log"),
       QStringLiteral("video/mp4")};
   return types;
 }

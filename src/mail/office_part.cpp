@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "mail/table_formulas.h"
 #include "mail/word_fields.h"
 
 namespace vorn {
@@ -64,6 +65,12 @@ OfficeHolds HoldsOfRelationship(const Attributes& attributes) {
              : OfficeHolds::Nothing;
 }
 
+// Data of elsewhere that is fetched when the document opens, or every so many minutes.
+bool RefreshesItself(const Attributes& attributes) {
+  return IsOneOf(ValueOf(attributes, u"refreshOnLoad"), {u"1", u"true"}) ||
+         ValueOf(attributes, u"interval").toInt() > 0;
+}
+
 bool IsCommand(QStringView name, QStringView space, const Attributes& attributes) {
   if (IsOneOf(name, {u"ddeLink", u"oleLink", u"dde-connection-decl", u"dde-source", u"dde-link",
                      u"object-ole", u"applet"})) {
@@ -74,7 +81,7 @@ bool IsCommand(QStringView name, QStringView space, const Attributes& attributes
     return HasOneOf(ValueOf(attributes, u"ContentType"),
                     {u"vbaProject", u"macroEnabled", u"activeX", u"oleObject"});
   }
-  if (name == u"connection") return IsOneOf(ValueOf(attributes, u"refreshOnLoad"), {u"1", u"true"});
+  if (IsOneOf(name, {u"connection", u"queryTable"})) return RefreshesItself(attributes);
   if (name == u"script") return space.contains(u":office:");
   if (name != u"event-listener") return false;
   return space.contains(u":script:") ||
@@ -84,6 +91,10 @@ bool IsCommand(QStringView name, QStringView space, const Attributes& attributes
 // What is loaded with the document and lies outside of it. Links wait for a click; the template is
 // looked for when the user asks for its styles.
 bool LoadsFromOutside(QStringView name, QStringView space, const Attributes& attributes) {
+  if (name == u"cacheSource") return ValueOf(attributes, u"type") == u"external";
+  if (IsOneOf(name, {u"database-source-sql", u"database-source-query", u"database-source-table"})) {
+    return true;
+  }
   if (IsOneOf(name, {u"a", u"template", u"area-rectangle", u"area-circle", u"area-polygon"}) ||
       (space.contains(u":form:") && IsOneOf(name, {u"form", u"button"}))) {
     return false;
@@ -99,11 +110,6 @@ bool LoadsFromOutside(QStringView name, QStringView space, const Attributes& att
   return false;
 }
 
-bool IsCallingFormula(QStringView formula) {
-  return HasOneOf(formula,
-                  {u"WEBSERVICE(", u"IMAGE(", u"RTD(", u"DDE(", u"CALL(", u"REGISTER(", u"|'"});
-}
-
 OfficeHolds HoldsOfElement(const QXmlStreamReader& xml) {
   const Attributes attributes = xml.attributes();
   if (xml.name() == u"Relationship") return HoldsOfRelationship(attributes);
@@ -111,7 +117,7 @@ OfficeHolds HoldsOfElement(const QXmlStreamReader& xml) {
   for (const QXmlStreamAttribute& attribute : attributes) {
     if ((attribute.name() == u"action" &&
          HasOneOf(attribute.value(), {u"ppaction://program", u"ppaction://macro"})) ||
-        (attribute.name() == u"formula" && IsCallingFormula(attribute.value()))) {
+        (attribute.name() == u"formula" && ActsAsFormula(attribute.value().toString()))) {
       return OfficeHolds::Commands;
     }
   }
@@ -126,7 +132,7 @@ OfficeHolds HoldsOfText(QXmlStreamReader& xml, WordFields& fields) {
   if (IsOneOf(xml.name(), {u"instrText", u"delInstrText"})) {
     fields.Add(xml.readElementText(kWhole));
   } else if (IsOneOf(xml.name(), {u"f", u"definedName"})) {
-    acts = IsCallingFormula(xml.readElementText(kWhole));
+    acts = ActsAsFormula(xml.readElementText(kWhole));
   } else if (xml.name() == u"fldChar") {
     const QXmlStreamAttributes attributes = xml.attributes();
     const QStringView type = ValueOf(attributes, u"fldCharType");

@@ -41,4 +41,21 @@ bool HasFormula(const QString& table) {
   return false;
 }
 
+// What is quoted twice is text; what is quoted once names a table or a file. A bar stands between a
+// program and its topic, and nowhere else.
+bool ActsAsFormula(const QString& formula) {
+  static const QRegularExpression text(QStringLiteral("\"[^\"]*\""));
+  static const QRegularExpression name(QStringLiteral("'[^']*'"));
+  static const QRegularExpression elsewhere(
+      QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///[a-z]:)"),
+      QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression call(
+      QStringLiteral("(?<!\\w)(\\w+\\.)*(WEBSERVICE|IMAGE|RTD|DDE|CALL|REGISTER)\\s*\\("),
+      QRegularExpression::CaseInsensitiveOption);
+  QString rest = formula;
+  rest.remove(text);
+  if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch()) return true;
+  return rest.remove(name).contains(u'|');
+}
+
 }  // namespace vorn

@@ -8,4 +8,8 @@ namespace vorn {
 /// program or reach for another file or a server.
 bool HasFormula(const QString& table);
 
+/// Whether a formula of a spreadsheet document starts a program (DDE) or reaches for another
+/// computer.
+bool ActsAsFormula(const QString& formula);
+
 }  // namespace vorn

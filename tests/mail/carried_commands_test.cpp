@@ -94,7 +94,8 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
        {"BEGIN:VALARM\r\nACTION:PROCEDURE", "action;x=\"a:b\": procedure",
         "ACT\r\n ION:PROC\r\n\tEDURE", "ATTACH:file:///C:/windows/system32/calc.exe",
         "Attach;FMTTYPE=a/b:FI\n LE:///bin/sh", "ATTACH:\\\\server\\share\\x.exe",
-        "PALARM:20260101T000000Z;;;calc.exe"}) {
+        "PALARM:20260101T000000Z;;;calc.exe",
+        "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM"}) {
     EXPECT_FALSE(IsHarmless(u"a.ics", event(lines))) << lines;
   }
   EXPECT_TRUE(IsHarmless(
@@ -198,15 +199,22 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<ddeLink/>",
                              "<Override ContentType='application/vnd.ms-office.vbaProject'/>",
                              "<f>cmd|'/c calc'!A0</f>",
-                             "<f>_xlfn.WEBSERVICE(\"http://x\")</f>",
+                             "<f>cmd|x!A0</f>",
+                             "<f>\"a\"&amp;cmd| '/c'!A0</f>",
+                             "<f>_xlfn.WEBSERVICE (\"http://x\")</f>",
+                             "<c formula=\"of:=['http://x/a.ods'#$T.A1]\"/>",
+                             "<f>'\\\\h\\s\\[b.xls]T'!A1</f>",
+                             "<queryTable refreshOnLoad='true'/>",
+                             "<connection interval='5'/>",
                              "<a action='ppaction://program'/>",
                              "<connection refreshOnLoad='1'/>",
                              "<o:dde-connection-decl/>",
                              "<o:event-listeners><s:event-listener/></o:event-listeners>",
                              "<o:script/>"};
-  QByteArrayList contacts = {"<v:imagedata src='http://x/y.png'/>",
-                             "<o:i x:href='http://x/y.png'/>", "<o:i x:href='//x/y.png'/>",
-                             "<o:i x:href='../y.odt'/>"};
+  QByteArrayList contacts = {
+      "<v:imagedata src='http://x/y.png'/>", "<o:i x:href='http://x/y.png'/>",
+      "<o:i x:href='//x/y.png'/>",           "<o:i x:href='../y.odt'/>",
+      "<cacheSource type='external'/>",      "<database-source-sql/>"};
   for (const char* type :
        {"attachedTemplate", "frame", "subDocument", "image", "externalLinkPath"}) {
     contacts.append(Relation(type, true));
@@ -233,7 +241,10 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
           Relation("externalLinkPath", true, R"(D:\2026\Book3.xlsx)") + Field(code + "PAGE" + end) +
           Field(code + "IF " + Field(code + "MERGEFIELD x" + end))
               .replace("IF <", "IF </w:instrText><") +
-          "<f>SUM(A1:A2)&amp;\"|\"</f><o:a x:href='http://x'/><o:i x:href='Pictures/a.png'/>"
+          "<f>SUM(A1:A2)&amp;\"|\"</f><f>\"|'\"&amp;CALLS(1)+_IMAGE(2)+'a|b'!A1</f>"
+          "<f>'C:\\t\\[b.xlsx]T'!A1+'file:///C:/t/b.ods'#$T.A1</f><connection interval='0'/>"
+          "<queryTable refreshOnLoad='0'/><cacheSource type='worksheet'/>"
+          "<o:a x:href='http://x'/><o:i x:href='Pictures/a.png'/>"
           "<o:i x:href='..'/><o:i x:href='data:image/png;base64,'/><o:scripts/>"
           "<Default ContentType='application/xml'/><w:fldSimple w:instr='LINKED'/>");
   const QByteArray movie(

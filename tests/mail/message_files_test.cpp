@@ -119,6 +119,10 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   EXPECT_TRUE(harmless(u"a.txt", "会議の資料です。\r\n"));
   EXPECT_TRUE(harmless(u"a.csv", "a,b\r\n1,2\r\n"));
   EXPECT_TRUE(harmless(u"empty.txt", ""));
+  EXPECT_TRUE(harmless(u"a.tsv", "a\t-1\r\n") && harmless(u"a.json", "{\"a\": 1}\n"));
+  EXPECT_TRUE(harmless(u"a.md", "# 議事録\n") && harmless(u"a.log", "12:00 ok\n"));
+  EXPECT_TRUE(harmless(u"a.vcf", "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:a\r\nEND:VCARD\r\n"));
+  EXPECT_FALSE(harmless(u"a.tsv", "a\t=cmd|x!A1") || harmless(u"a.json", "<html><script>x"));
   EXPECT_TRUE(harmless(u"jis.txt", "\x1B$B2q5D\x1B(B\r\n"));
   EXPECT_TRUE(harmless(u"sjis.csv", "\x89\xEF\x8B\x63,1\r\n"));
   EXPECT_FALSE(harmless(u"data.txt", QByteArray("\x01\0\x02", 3)));
