@@ -3915,5 +3915,9 @@ Remove the password?</translation>
         <source>プログラムを起動できる予定</source>
         <translation>appointment that can start programs</translation>
     </message>
+    <message>
+        <source>「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、パスワードが変わる前の古い複製です。今のパスワードを入力してください。</source>
+        <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
+    </message>
 </context>
 </TS>

@@ -139,12 +139,14 @@ bool LogInToProfile(Context& context, const Arguments& arguments, QString* error
 // What the command met on its way and may not have shown.
 bool TellDamage(Context& context) {
   const QStringList files = context.Data.DamagedFiles();
+  const bool isKept = KeepDamage(context);
   for (const QString& file : files) {
-    Complain(QStringLiteral("「%1」は壊れています。vornctl check で調べてください。")
-                 .arg(QDir::toNativeSeparators(file)),
+    const auto damage = FindDamage(context, file);
+    Complain(DamageWords(damage.value_or(KnownDamage{QFileInfo(file).fileName(), {}, {}, false})) +
+                 QStringLiteral("vornctl check で調べてください。"),
              0);
   }
-  if (!KeepDamage(context)) {
+  if (!isKept) {
     Complain(QStringLiteral("壊れていることを記録できません。") + context.Data.LastError().text, 0);
   }
   return !files.isEmpty();

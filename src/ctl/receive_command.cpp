@@ -60,10 +60,10 @@ int Receive(Context& context, const Arguments& arguments) {
   }
   const QString damaged = FirstDamaged(context, ProfileFiles(context, *context.Session));
   if (!damaged.isEmpty()) {
-    return Complain(QStringLiteral("「%1」が壊れているため受信しません。vornctl check で調べ、"
-                                   "そのまま受信するなら vornctl check --accept-damage "
-                                   "を実行してください。")
-                        .arg(QDir::toNativeSeparators(damaged)),
+    const auto damage = FindDamage(context, damaged);
+    return Complain((damage ? DamageWords(*damage) : damaged) +
+                        QStringLiteral("受信しません。vornctl check で調べ、そのまま受信するなら "
+                                       "vornctl check --accept-damage を実行してください。"),
                     kExitFailure);
   }
   ConsoleHost console;

@@ -69,7 +69,14 @@ bool OpensMail(Context& context) {
 // What waits in an older copy of a mail file may have been sent, and what was received since, and
 // deleted on the server, is not in it. The file counts as damaged until the user decides.
 void SettleOlderFiles(Context& context) {
-  for (const QString& file : OlderFiles(context)) {
+  const QStringList older = OlderFiles(context);
+  // The right file may have come back in the place of an older one.
+  for (const QString& file : ProfileFiles(context, *context.Session).mid(1)) {
+    if (!older.contains(file) && IsNoted(file, kOlderFile) && !WasOlder(context, file)) {
+      ForgetDamage(file, kOlderFile);
+    }
+  }
+  for (const QString& file : older) {
     context.Data.PutDamage(file, {kOlderFile});
     if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, kOlderFile)) {
       AcceptAge(context, file);
@@ -97,13 +104,34 @@ QStringList CurrentFiles(const Context& context, const Disk& profile, QStringLis
   return files;
 }
 
+// A profile's own database that was copied back from before the password changed opens with the
+// password of then, and with no other. Who worked with it would have everything else taken for
+// damaged.
+bool IsOlderThanTheOthers(Context& context, const Disk& profile, const QString& password,
+                          const QStringList& mail) {
+  const QString path = ProfilePath(context, profile);
+  const QStringList current = CurrentFiles(context, profile, mail);
+  if (!IsUnderOtherKeyThanNoted(context, profile, path) || current.isEmpty() ||
+      OpensAny(context, current, password)) {
+    return false;
+  }
+  context.Data.FailWith(
+      {StorageError::Kind::Other,
+       Ui::tr("「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、"
+              "パスワードが変わる前の古い複製です。今のパスワードを入力してください。")
+           .arg(QFileInfo(path).fileName())});
+  return true;
+}
+
 // All files of a profile have one password, so each of them tells of the others: whether it was the
 // right one when the profile's own database is damaged or lost.
 bool PasswordFits(Context& context, const Disk& profile, const QString& password) {
   const QString path = ProfilePath(context, profile);
   const QStringList mail = MailFiles(context, profile);
   if (!HasContent(path)) return mail.isEmpty() || OpensAny(context, mail, password);
-  if (context.Data.TestPassword(path, password)) return true;
+  if (context.Data.TestPassword(path, password)) {
+    return !IsOlderThanTheOthers(context, profile, password, mail);
+  }
   const StorageError reason = context.Data.LastError();
   if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
     if (!OpensAny(context, CurrentFiles(context, profile, mail), password)) {

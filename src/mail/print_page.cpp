@@ -1,5 +1,6 @@
 #include "mail/print_page.h"
 #include "mail/codec/html_sanitizer.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -16,8 +17,8 @@ QString Escaped(QString text) {
 
 QString Row(const QString& label, const QString& value) {
   if (value.isEmpty()) return {};
-  return QStringLiteral("<TR><TD>") + label + QStringLiteral("</TD><TD>") + Escaped(value) +
-         QStringLiteral("</TD></TR>\r\n");
+  return QStringLiteral("<TR><TD>") + label + QStringLiteral("</TD><TD>") +
+         Escaped(ShownInLine(value)) + QStringLiteral("</TD></TR>\r\n");
 }
 
 QString Addresses(const MessageModel& model, QStringView kind) {
@@ -33,31 +34,26 @@ QString Addresses(const MessageModel& model, QStringView kind) {
 
 // The paper has an edge: what is longer than a line goes on in the next one, whatever it is.
 const QString kStyle = QStringLiteral(
-    "<style>body { margin: 0 15mm; overflow-wrap: anywhere } td { "
-    "vertical-align: "
+    "<style>body { margin: 0 15mm } table, body { overflow-wrap: anywhere } td { vertical-align: "
     "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
     "</style>\r\n");
 
-// A mail's style sheets reach every element. What is important at the element itself they do not
-// reach, so that the mail can neither hide the table nor lay one of its own over it.
+// What is important at an element itself a mail's style sheets do not change.
 QByteArray Important(QByteArray declarations) {
   return " style=\"" + declarations.replace(';', "!important;") + '"';
 }
 
-QByteArray Shielded(QByteArray table) {
-  table.replace("</TD><TD>", "</TD><TD" +
-                                 Important("all:initial;display:table-cell;width:100%;"
-                                           "overflow-wrap:anywhere;") +
-                                 '>');
-  table.replace("<TD>", "<TD" +
-                            Important("all:initial;display:table-cell;white-space:nowrap;"
-                                      "vertical-align:top;padding-right:1em;") +
-                            '>');
-  table.replace("<TR>", "<TR" + Important("all:initial;display:table-row;") + '>');
-  const qsizetype rows = table.indexOf('>', table.indexOf("<TABLE")) + 1;
-  table.insert(rows, "<TBODY" + Important("all:initial;display:table-row-group;") + '>');
-  return table.replace("<TABLE", "<TABLE" + Important("all:initial;display:table;width:100%;"
-                                                      "background:white;color:black;"));
+// A mail's style sheets reach every element of the page and the lines in it, so that the mail could
+// hide the table, turn its words around or lay a table of its own over it. Into a tree of its own
+// (DOM, shadow tree) they do not reach, and what is laid out in a row of its own (flex) has no
+// first letter for what is around it. The attribute has another name in later engines.
+QByteArray Shielded(const QByteArray& table) {
+  return "<section" +
+         Important(
+             "all:initial;direction:ltr;unicode-bidi:isolate;display:flex;width:100%;"
+             "background:white;color:black;") +
+         "><template shadowroot=\"open\" shadowrootmode=\"open\">" + kStyle.toUtf8() + table +
+         "</template></section>";
 }
 
 const QByteArray kHtml = "<html>";

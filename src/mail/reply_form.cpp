@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "storage/shown_text.h"
+
 namespace vorn {
 namespace {
 
@@ -15,7 +17,10 @@ QString AttributionLine(const QString& pattern, const AddressEntry& writer, cons
   for (qsizetype i = 0; i < pattern.size(); ++i) {
     const QChar letter = pattern[i] == u'%' && i + 1 < pattern.size() ? pattern[i + 1] : QChar();
     if (letter == u'd') line += date;
-    if (letter == u'n') line += writer.displayName.isEmpty() ? writer.address : writer.displayName;
+    if (letter == u'n') {
+      line +=
+          WithoutDirectionMarks(writer.displayName.isEmpty() ? writer.address : writer.displayName);
+    }
     if (letter == u'a') line += writer.address;
     const bool isMark = !letter.isNull() && QStringView(u"dna").contains(letter);
     if (isMark) ++i;

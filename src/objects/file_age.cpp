@@ -12,6 +12,7 @@ namespace {
 
 const QString kWorks = QStringLiteral("work_count");
 const QString kChanges = QStringLiteral("change_mark");
+const QString kOlder = QStringLiteral("older_copy");  // in a file that was found to be one
 
 std::optional<qint64> Ask(DataSession& data, const QString& select) {
   if (!data.OpenRecordset(select, CursorKind::ForwardOnly) || data.Recordset()->Failed()) {
@@ -38,8 +39,9 @@ bool IsOlder(DataSession& data, const FileNote& note) {
   return messages && *messages < note.messages;
 }
 
-// At least `least`. The new count, 0 when it could not be stored.
-qint64 WriteCount(Context& context, const QString& file, qint64 least) {
+// At least `least`; the older copy is told from the file that may come back in its place. The new
+// count, 0 when it could not be stored.
+qint64 WriteCount(Context& context, const QString& file, qint64 least, bool isOlder) {
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
   if (!opened) return 0;
   DataSession& data = context.Data;
@@ -54,6 +56,8 @@ qint64 WriteCount(Context& context, const QString& file, qint64 least) {
         data.Execute(QStringLiteral("DELETE FROM work_count")) &&
         data.Execute(
             QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
+        (!isOlder || data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS ") + kOlder +
+                                  QStringLiteral(" (ID INTEGER PRIMARY KEY)"))) &&
         data.Commit() &&
         // On the disk before it is remembered: a machine that stops in between must not leave a
         // file that looks older.
@@ -75,7 +79,7 @@ qint64 Remembered(const Context& context, const QString& file) {
 
 bool CountWork(Context& context) {
   const QString file = MailDatabasePath(context);
-  const qint64 count = WriteCount(context, file, Remembered(context, file));
+  const qint64 count = WriteCount(context, file, Remembered(context, file), false);
   if (count == 0) return false;
   QList<FileNote> notes = FileNotes(*context.Session);
   for (FileNote& note : notes) {
@@ -101,13 +105,22 @@ QStringList OlderFiles(Context& context) {
   return older;
 }
 
+bool WasOlder(Context& context, const QString& file) {
+  const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
+  if (!opened) return true;
+  const auto tables =
+      Ask(context.Data,
+          QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = '%1'").arg(kOlder));
+  return !tables || *tables > 0;
+}
+
 bool AcceptAge(Context& context, const QString& file) {
   QList<FileNote> notes = FileNotes(*context.Session);
   for (FileNote& note : notes) {
     if (PlatformPath(context, note.path) == file) note.bytes = note.changes = 0;  // counted anew
   }
   LetFileNotes(*context.Session, notes);
-  return WriteCount(context, file, Remembered(context, file)) > 0;
+  return WriteCount(context, file, Remembered(context, file), true) > 0;
 }
 
 }  // namespace vorn

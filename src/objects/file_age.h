@@ -24,6 +24,10 @@ qint64 ChangesOf(Context& context, const QString& file);
 /// The profile's mail files, by their paths, that are older than remembered.
 QStringList OlderFiles(Context& context);
 
+/// Whether a file is one that was taken for what it is, or cannot be read: not so the right one
+/// that came back in its place.
+bool WasOlder(Context& context, const QString& file);
+
 /// Takes a file for what it is: it is no longer older than remembered.
 bool AcceptAge(Context& context, const QString& file);
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -118,6 +119,29 @@ bool AcceptDamage(Context& context, const QString& file) {
   if (!damage) return false;
   damage->decided = true;
   return damage->parts.isEmpty() || Write(file, *damage);
+}
+
+bool IsNoted(const QString& file, const QString& part) {
+  const std::optional<KnownDamage> damage = Read(file);
+  return damage && damage->WaitsForDecision() && damage->parts.contains(part);
+}
+
+bool ForgetDamage(const QString& file, const QString& part) {
+  std::optional<KnownDamage> damage = Read(file);
+  if (!damage) return false;
+  damage->parts.removeAll(part);
+  return damage->parts.isEmpty() ? ForgetDamage(file) : Write(file, *damage);
+}
+
+QString DamageWords(const KnownDamage& damage) {
+  if (damage.parts != QStringList{kOlderFile}) {
+    return Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
+  }
+  return Ui::tr(
+             "データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、"
+             "記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを"
+             "確かめてください。")
+      .arg(damage.file);
 }
 
 bool ForgetDamage(const QString& file) {

@@ -104,6 +104,12 @@ QString WithoutHidden(const QString& text) {
   return seen;
 }
 
+QString WithoutDirectionMarks(const QString& text) {
+  QString plain = text;
+  plain.removeIf([](QChar c) { return TurnsDirection(c.unicode()); });
+  return plain;
+}
+
 QString ShownInLine(const QString& text) {
   QString line = ShownText(text, std::numeric_limits<qsizetype>::max());
   return line.replace(u'\n', u' ').replace(u'\t', u' ');

@@ -13,6 +13,10 @@ QString ShownText(const QString& text, qsizetype most = 4000);
 /// The same, whole, for a line of a list: line breaks and tabulators are blanks.
 QString ShownInLine(const QString& text);
 
+/// A text without the marks that turn the direction of others: for names that go on into messages,
+/// where they would turn the address behind them.
+QString WithoutDirectionMarks(const QString& text);
+
 /// A text without the characters that nobody sees, marks of direction aside: for subjects, which
 /// newsletters fill with them.
 QString WithoutHidden(const QString& text);

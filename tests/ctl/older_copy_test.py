@@ -99,11 +99,22 @@ def older_copy(store):
     store.ctl("receive")
     assert len(store.rows("list", "受信")) == 3
     assert store.stop() == 3
+    right = store.work / "right.mbx"
+    shutil.copyfile(store.mail_file(), right)
     shutil.copyfile(copy, store.mail_file())
     store.serve()
-    assert "壊れています" in store.ctl("list", "受信", code=4)
+    assert "古い状態" in store.ctl("list", "受信", code=4)
     doubtful = expect_older(store, 3)
     assert store.stop() == 0, "sent again"
+    # The right file comes back: nothing is left of the other one.
+    shutil.copyfile(store.mail_file(), copy)
+    shutil.copyfile(right, store.mail_file())
+    assert "正常" in store.ctl("check")
+    store.serve()
+    assert "受信 0通" in store.ctl("receive")
+    assert store.stop() == 0
+    shutil.copyfile(copy, store.mail_file())
+    assert len(expect_older(store, 3)) == 3
     # The user decides: one again, and to work with the file as it is.
     store.serve()
     store.ctl("doubtful", "again", doubtful[0]["serialId"])
@@ -218,7 +229,7 @@ def lost_log(store):
     leave_log(store, "send", "receive").unlink()
     assert store.stop() == 2
     store.serve()
-    assert "壊れています" in store.ctl("list", "受信", code=4)
+    assert "古い状態" in store.ctl("list", "受信", code=4)
     expect_older(store, 2)
     assert store.stop() == 0, "sent again"
 

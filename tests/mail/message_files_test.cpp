@@ -195,8 +195,9 @@ TEST(PrintPageTest, WhatMailContributesIsText) {
   model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("A"), {}, {}},
                      {QStringLiteral("TO"), QStringLiteral("c@d"), {}, {}, {}}};
   model.text = QStringLiteral("1 < 2\r\n<script>");
+  model.addresses[0].displayName += QChar(0x202E);
   const QString page = QString::fromUtf8(PrintPage(model));
-  EXPECT_TRUE(page.contains(QStringLiteral("<TD>差出人：</TD><TD>A &lt;a@b&gt;</TD>")));
+  EXPECT_TRUE(page.contains(QStringLiteral("<TD>差出人：</TD><TD>A[U+202E] &lt;a@b&gt;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>件名：</TD><TD>&lt;b&gt;&amp;amp;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("1 &lt; 2<BR>&lt;script&gt;</html>")));
   EXPECT_FALSE(page.contains(QStringLiteral("参照先")));
@@ -205,7 +206,8 @@ TEST(PrintPageTest, WhatMailContributesIsText) {
       QStringLiteral("<body bgcolor=red><b>bold</b><script>x</script><img src='http://x/y'>")));
   const qsizetype body = html.indexOf(QStringLiteral("<body"));
   EXPECT_LT(body, html.indexOf(QStringLiteral("<TABLE")));
-  EXPECT_LT(html.indexOf(QStringLiteral(">件名：</TD>")), html.indexOf(QStringLiteral("<b>bold")));
+  EXPECT_LT(html.indexOf(QStringLiteral("<TD>件名：</TD>")),
+            html.indexOf(QStringLiteral("<b>bold")));
   EXPECT_FALSE(html.contains(QStringLiteral("<script")) || html.contains(QStringLiteral("http:")));
   EXPECT_FALSE(html.contains(QStringLiteral("1 &lt; 2"))) << "the half that is not shown";
 }

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QListWidget>
+#include <QTableWidget>
 
 #include "window/message_window_fixture.h"
 
@@ -50,6 +51,22 @@ TEST_F(MessageWindowTest, AFilesNameCannotSpeakForTheProgram) {
   EXPECT_TRUE(text.contains(QStringLiteral("[U+202E]gnp.exe")));
   window.close();
   EXPECT_TRUE(Gone());
+}
+
+// It turned the address behind it round: the sender named himself somebody else.
+TEST_F(MessageWindowTest, ANameCannotTurnTheAddressRound) {
+  const QByteArray from =
+      "From: =?UTF-8?B?" + QByteArray("info@bank.com \xE2\x80\xAE").toBase64() +
+      "?= <evil@attacker.example>\r\nTo: a@example.jp\r\nSubject: s\r\n\r\nx\r\n";
+  for (const int status : {4, 1}) {  // read, and as a draft
+    MessageWindow& window = OpenStored(from, status);
+    const QString row = Child<QTableWidget>(window, u"lvMailaddress").item(0, 1)->text();
+    EXPECT_EQ(row.contains(QStringLiteral("[U+202E]")), status == 4) << qPrintable(row);
+    EXPECT_FALSE(row.contains(QChar(0x202E)));
+    EXPECT_TRUE(row.contains(QStringLiteral("evil@attacker.example")));
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
 }
 
 }  // namespace

@@ -12,17 +12,6 @@ namespace {
 
 constexpr int kRestMs = 10000;  // between two attempts to keep what cannot be kept
 
-QString WhatIsDamaged(const KnownDamage& damage) {
-  if (damage.parts != QStringList{kOlderFile}) {
-    return Ui::tr("データベースファイル「%1」が壊れています。").arg(damage.file);
-  }
-  return Ui::tr(
-             "データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、"
-             "記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを"
-             "確かめてください。")
-      .arg(damage.file);
-}
-
 }  // namespace
 
 bool DamageQuestions::IsDue() const {
@@ -40,7 +29,7 @@ void DamageQuestions::Ask() {
 }
 
 void DamageQuestions::AskAbout(const KnownDamage& damage) {
-  const QString what = WhatIsDamaged(damage);
+  const QString what = DamageWords(damage);
   record_(what);
   QMessageBox box(
       QMessageBox::Warning, kApplicationTitle,

@@ -10,6 +10,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/codec/list_splitting.h"
 #include "mail/window/kind_box.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -117,7 +118,9 @@ void AddressList::AddRow(const AddressEntry& entry) {
   } else {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
   }
-  setItem(row, kAddress, new QTableWidgetItem(editable_ ? TypedForm(entry) : entry.presentable));
+  setItem(row, kAddress,
+          new QTableWidgetItem(editable_ ? WithoutDirectionMarks(TypedForm(entry))
+                                         : ShownInLine(entry.presentable)));
   filling_ = false;
   MarkFault(row);
 }
