@@ -12,6 +12,7 @@
 #include "objects/object_types.h"
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
+#include "present/window/folder_toolbar.h"
 #include "present/window/page_split.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
@@ -108,7 +109,7 @@ void BrowserWindow::BuildMessageCommands() {
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
   connect(messageMenu_, &QMenu::aboutToShow, this,
-          [this] { outOfDust_->setEnabled(bag_->SerialID() == fixed_serial::kDust); });
+          [this] { outOfDust_->setEnabled(request_.Folder() == fixed_serial::kDust); });
   connect(messageMenu_, &QMenu::aboutToHide, this, &BrowserWindow::EnableMessageCommands);
 
   for (const int shift : {0, static_cast<int>(Qt::SHIFT)}) {
@@ -166,7 +167,7 @@ void BrowserWindow::GiveUpChoice() {
   rows_.Unchoose([this](bool had) {
     if (had || Search().isEmpty()) return;
     QTimer::singleShot(0, this, [this] {
-      txSearch_->clear();
+      toolbar_->ClearSearch();
       SearchFolder();
     });
   });
@@ -174,7 +175,7 @@ void BrowserWindow::GiveUpChoice() {
 
 void BrowserWindow::GoToUnopened(const QString& from) {
   const ConditionLimit brief(kSearchMs);
-  const QString next = NextUnopened(context_, bag_->SerialID(), Search(), from);
+  const QString next = NextUnopened(context_, request_.Folder(), Search(), from);
   if (next.isEmpty()) {
     host_.Tell(brief.IsReached() ? context_.Data.LastError().text
                                  : Ui::tr("ほかに未開封のメッセージはありません。"));
@@ -187,7 +188,7 @@ void BrowserWindow::GoToUnopened(const QString& from) {
 
 void BrowserWindow::ShowMessageOfAnotherPage(const QString& message) {
   const ConditionLimit brief(kSearchMs);
-  const qint64 before = RowsBefore(context_, bag_->SerialID(), Search(), message);
+  const qint64 before = RowsBefore(context_, request_.Folder(), Search(), message);
   if (before < 0) return host_.Tell(context_.Data.LastError().text);
   GoToPage(pages_.PageOf(before));
   rows_.BeginAtMessage(message);
@@ -203,19 +204,19 @@ bool BrowserWindow::AgreesToOpen(qsizetype windows) {
 
 // Whether the messages are gone from the folder without a question.
 bool BrowserWindow::TakesAway(MessageAction action) const {
-  return action == (bag_->SerialID() == fixed_serial::kDust ? MessageAction::OutOfDust
-                                                            : MessageAction::ToDust);
+  return action == (request_.Folder() == fixed_serial::kDust ? MessageAction::OutOfDust
+                                                             : MessageAction::ToDust);
 }
 
 void BrowserWindow::Act(MessageAction action) {
-  const QString folder = bag_->SerialID();
+  const QString folder = request_.Folder();
   const bool takes = TakesAway(action);
   const auto act = [this, action, folder, takes](const QStringList& messages) {
     if (messages.isEmpty()) return;
     QTimer::singleShot(
         0, this, [self = QPointer<BrowserWindow>(this), action, folder, takes, messages] {
           const QStringList gone = self->host_.ActOnMessages(action, messages, folder);
-          if (self == nullptr || self->bag_->SerialID() != folder) return;
+          if (self == nullptr || self->request_.Folder() != folder) return;
           self->MessagesGone(gone);
           QStringList stayed = takes ? messages : QStringList();
           stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });

@@ -7,19 +7,16 @@
 #include <QWebEngineView>
 #include <utility>
 
-#include "present/window/browser_keys.h"
 #include "present/window/browser_window.h"
 #include "present/window/link_page.h"
 #include "present/window/page_split.h"
 
 namespace vorn {
 
-using namespace browser_key;
-
 // What is under way stays, and so do pages of the program's own.
 void BrowserWindow::Rest() {
-  const bool isShown = IsLocal() && !bag_->Text(kUrl).isEmpty() && !HasPage();
-  if (!isShown || rests_ || bag_->Flag(kOnLoad) || IsForPrinting() || printer_ != nullptr) return;
+  const bool isShown = IsLocal() && request_.HasUrl() && !HasPage();
+  if (!isShown || rests_ || request_.IsLoading() || IsForPrinting() || printer_ != nullptr) return;
   rests_ = true;
   rows_.Keep([this] { QTimer::singleShot(0, this, &BrowserWindow::LetViewGo); });
 }

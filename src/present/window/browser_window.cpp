@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPageLayout>
@@ -12,6 +11,7 @@
 #include <QPrinter>
 #include <QTabBar>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <QWebEngineHistory>
 #include <QWebEngineScript>
 #include <QWebEngineView>
@@ -24,8 +24,8 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
-#include "present/window/browser_keys.h"
 #include "present/window/condition_wait.h"
+#include "present/window/folder_toolbar.h"
 #include "present/window/link_page.h"
 #include "present/window/page_source.h"
 #include "present/window/page_split.h"
@@ -36,11 +36,8 @@
 
 namespace vorn {
 
-using namespace browser_key;
-
 namespace {
 
-const QString kInit = QStringLiteral("init");
 constexpr int kExploreAfterMs = 1000;
 constexpr int kCountMs = 100;  // for the number of pages, while the user does nothing
 constexpr int kCheckRowsMs = 1000;
@@ -86,7 +83,7 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
       pages_(pages),
       profiles_(profiles),
       host_(host),
-      bag_(std::make_shared<Disk>(context.Data.NewSerialID())) {
+      request_(std::make_shared<Disk>(context.Data.NewSerialID())) {
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
   BuildControls();
@@ -115,6 +112,78 @@ BrowserWindow::~BrowserWindow() {
   if (!IsForPrinting()) host_.BrowserClosed();
 }
 
+void BrowserWindow::BuildControls() {
+  toolbar_ = new FolderToolbar(context_, this);
+  ConnectToolbar();
+  BuildView();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(toolbar_);
+  scripts_ = new ScriptBar(context_, profiles_.Sites());
+  layout->addWidget(scripts_);
+  wait_ = new ConditionWait(context_, [this] { AskingStopped(); });
+  layout->addWidget(wait_);
+  split_ = new PageSplit(context_, wbUrl_, host_.Messages());
+  connect(split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& serialId) {
+    host_.OpenMessage(static_cast<int>(mode), serialId, mode != OpenMode::Show);
+  });
+  layout->addWidget(split_, 1);
+}
+
+void BrowserWindow::ConnectToolbar() {
+  using Bar = FolderToolbar;
+  connect(toolbar_, &Bar::BeforeWanted, this, [this] { TurnPage(-1); });
+  connect(toolbar_, &Bar::NextWanted, this, [this] { TurnPage(1); });
+  connect(toolbar_, &Bar::FirstWanted, this, [this] { GoToPage(1); });
+  connect(toolbar_, &Bar::LastWanted, this, &BrowserWindow::ShowNewest);
+  connect(toolbar_, &Bar::TypedPageWanted, this, &BrowserWindow::GoToTypedPage);
+  connect(toolbar_, &Bar::SeekWanted, this, &BrowserWindow::SeekClicked);
+  connect(toolbar_, &Bar::SearchWanted, this, &BrowserWindow::SearchFolder);
+  // The button that empties the box shows the whole folder again.
+  connect(toolbar_, &Bar::SearchEmptied, this, [this] {
+    if (!Search().isEmpty()) SearchFolder();
+  });
+  // The page is asked for its links when the user wants to see them.
+  connect(toolbar_, &Bar::LinksWanted, this, [this] {
+    rows_.Links([this](const QList<PageRows::Link>& links) { toolbar_->ListLinks(links); });
+  });
+  connect(toolbar_, &Bar::LinkFollowed, this, &BrowserWindow::FollowLink);
+  connect(toolbar_, &Bar::AddressTyped, this, [this](const QString& address) {
+    if (!IsLocal()) GoToAddress(QUrl::fromUserInput(address).toString());
+  });
+}
+
+void BrowserWindow::BuildView() {
+  wbUrl_ = new QWebEngineView(this);
+  wbUrl_->setObjectName(QStringLiteral("wbUrl"));
+  wbUrl_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(wbUrl_, &QWebEngineView::loadStarted, this, [this] { SetLoading(true); });
+  connect(wbUrl_, &QWebEngineView::printFinished, this, &BrowserWindow::PrintFinished);
+  connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
+  connect(wbUrl_, &QWebEngineView::urlChanged, this, &BrowserWindow::ShowPlace);
+  connect(wbUrl_, &QWebEngineView::titleChanged, this, &BrowserWindow::ShowPlace);
+  connect(wbUrl_, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
+    if (IsLocal() && rows_.HasRows()) messageMenu_->popup(wbUrl_->mapToGlobal(at));
+  });
+  wbUrl_->addActions(commands_);
+  setFocusProxy(wbUrl_);
+}
+
+void BrowserWindow::ControlToolbarUpdate() {
+  toolbar_->Show({.isFolder = IsLocal(),
+                  .canSearch = IsLocal() && ownPage_.isEmpty(),
+                  .isLoading = request_.IsLoading(),
+                  .hasBefore = request_.HasBefore(),
+                  .hasNext = request_.HasNext(),
+                  .page = request_.Page()});
+  split_->Arrange(IsLocal() && !IsForPrinting() && request_.HasUrl());
+}
+
+void BrowserWindow::ShowPageCount(bool count) {
+  toolbar_->ShowPageCount(pages_.CountPages(request_.Folder(), request_.Search(), count));
+}
+
 // A page belongs to one engine profile for life, so a window that changes between a folder and the
 // web changes its page.
 void BrowserWindow::UsePage(bool local) {
@@ -141,7 +210,7 @@ void BrowserWindow::UsePage(bool local) {
   connect(page_, &LinkPage::RowTold, this, &BrowserWindow::RowTold);
   connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
-    if (bag_->Flag(kInit)) bag_->Let(QStringLiteral("dust"), true);
+    if (request_.IsNew()) request_.BeDust();
   });
   connect(page_, &LinkPage::FirstNavigation, this, &BrowserWindow::FirstNavigation,
           Qt::QueuedConnection);
@@ -174,12 +243,12 @@ void BrowserWindow::ShowChosen(int count) {
 }
 
 LinkPage* BrowserWindow::BecomeNewWindow() {
-  bag_->Let(kInit, true);
+  request_.SetNew(true);
   UsePage(false);
   page_->HoldFirstNavigation();
   // One that is filled without going anywhere is shown as well.
   QTimer::singleShot(kHoldMs, this, [this] {
-    if (bag_->Flag(kInit) && !Dust()) TakeName(QString(), QUrl());
+    if (request_.IsNew() && !Dust()) TakeName(QString(), QUrl());
   });
   return page_;
 }
@@ -195,20 +264,18 @@ void BrowserWindow::FirstNavigation(const QUrl& url) {
 
 // What belongs to a window that is there already goes to it; else this one keeps the name.
 void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
-  if (!name.isEmpty() && bag_->Flag(kInit) && !url.isEmpty()) {
+  if (!name.isEmpty() && request_.IsNew() && !url.isEmpty()) {
     if (BrowserWindow* named = host_.NamedWindow(name, this)) {
-      named->LocationUrl(url.toString());
-      named->UpdateBrowser();
+      named->GoToAddress(url.toString());
       named->Activate();
-      bag_->Let(QStringLiteral("dust"), true);
+      request_.BeDust();
       return;
     }
   }
-  if (!name.isEmpty()) bag_->Let(QStringLiteral("windowname"), name);
-  bag_->Let(kInit, false);
+  if (!name.isEmpty()) request_.SetWindowName(name);
+  request_.SetNew(false);
   if (!url.isEmpty()) {
-    LocationUrl(url.toString());
-    UpdateBrowser();
+    GoToAddress(url.toString());
   }
   ShowModeless();
   host_.BrowserOpened();
@@ -216,23 +283,22 @@ void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
 
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   rests_ = false;
-  if (request != nullptr) bag_ = request;
+  if (request != nullptr) request_.Take(request);
   UsePage(IsLocal());
   if (!IsLocal()) wait_->Stop();
-  if (IsLocal() && !bag_->Get(kPage).isValid()) bag_->Let(kPage, kFirstShown);
+  if (IsLocal() && !request_.HasPage()) request_.SetPage(PageRequest::kFirstShown);
   if (!IsLocal() || CreatePage()) UpdateBrowser();
-  tag_ = bag_->SerialID();
+  tag_ = request_.Folder();
   return true;
 }
 
 void BrowserWindow::ShowFolder(const QString& folder) {
   DropPage();
-  const auto bag = std::make_shared<Disk>(folder);
-  bag->Let(QStringLiteral("local"), true);
   split_->ShowNothing();
-  bag_->Let(kSearch, QString());  // so that emptying the box searches nothing
-  txSearch_->clear();
-  LoadDefaultProperty(bag, true);
+  request_.SetSearch({});  // so that emptying the box searches nothing
+  toolbar_->ClearSearch();
+  request_.TakeFolder(folder);
+  LoadDefaultProperty(nullptr, true);
 }
 
 // A folder opens at its first messages, or where the setting says so at its newest.
@@ -240,8 +306,8 @@ void BrowserWindow::ChooseFirstPage() {
   const DiskPtr settings = Settings(context_);
   const bool newest = settings->Flag(u"MessagesNewest") && !settings->Flag(u"NewestFirst");
   const ConditionLimit brief(kBriefMs);
-  const int pages = newest ? pages_.CountPages(bag_->SerialID()) : 1;
-  bag_->Let(kPage, brief.IsReached() ? kFirstShown : qMax(1, pages));
+  const int pages = newest ? pages_.CountPages(request_.Folder()) : 1;
+  request_.SetPage(brief.IsReached() ? PageRequest::kFirstShown : qMax(1, pages));
   if (brief.IsReached()) return;
   rows_.BeginAtEnd(newest);
   rows_.StayAtEnd(newest);
@@ -249,7 +315,7 @@ void BrowserWindow::ChooseFirstPage() {
 
 // Whether the user looks at what came last and at nothing in particular.
 bool BrowserWindow::IsAtNewest() const {
-  return rows_.StaysAtEnd() && rows_.WasAtEnd() && Search().isEmpty() && !bag_->Flag(kNext);
+  return rows_.StaysAtEnd() && rows_.WasAtEnd() && Search().isEmpty() && !request_.HasNext();
 }
 
 // Whether there is a page to show. A folder that is not available leaves "url" as it was.
@@ -258,21 +324,21 @@ bool BrowserWindow::CreatePage() {
     ShowText(ownPage_);
     return false;
   }
-  const DiskPtr folder = LoadObject(context_, bag_->SerialID());
-  if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
+  const DiskPtr folder = LoadObject(context_, request_.Folder());
+  if (folder == nullptr) return request_.HasUrl();
   setWindowTitle(folder->Text(u"Object"));
-  if (wait_->IsAsking(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)))) {
-    if (!bag_->Text(kUrl).isEmpty()) rows_.Attach(page_);  // no other page comes now
+  if (wait_->IsAsking(pages_.Question(request_.Folder(), request_.Search()))) {
+    if (request_.HasUrl()) rows_.Attach(page_);  // no other page comes now
     return false;
   }
   wait_->Stop();
   DropPage();
-  if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
+  if (request_.Folder() == fixed_serial::kInbox && IsFirstUse(context_)) {
     ShowText(FirstUseText());
-    bag_->Let(kPage, kFirstShown);
+    request_.SetPage(PageRequest::kFirstShown);
     return false;
   }
-  if (bag_->Number(kPage, 1) == kFirstShown) {
+  if (request_.Page() == PageRequest::kFirstShown) {
     ChooseFirstPage();
     ShowPageCount();
   }
@@ -281,34 +347,32 @@ bool BrowserWindow::CreatePage() {
   bool before = false;
   bool next = false;
   const auto make = [&] {
-    return pages_.FolderPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
-                             bag_->Text(kSearch));
+    return pages_.FolderPage(request_.Folder(), request_.Page(), before, next, request_.Search());
   };
   // The number of a first page that could not be counted is still to be chosen.
-  const bool isChosen = bag_->Number(kPage, 1) != kFirstShown;
+  const bool isChosen = request_.Page() != PageRequest::kFirstShown;
   QByteArray page = isChosen ? make() : QByteArray();
   if (brief.IsReached() || !isChosen) return AskElsewhere(anew), false;
   // What has come begins a further page.
   if (next && std::exchange(follows_, false)) {
     ChooseFirstPage();
     ShowPageCount();
-    if (bag_->Number(kPage) == kFirstShown) return AskElsewhere(anew), false;
+    if (request_.Page() == PageRequest::kFirstShown) return AskElsewhere(anew), false;
     page = make();
   }
   // The last page may have lost all its messages.
-  const int last = next || bag_->Number(kPage, 1) <= 1
+  const int last = next || request_.Page() <= 1
                        ? 0
-                       : qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch)));
-  if (last > 0 && bag_->Number(kPage, 1) > last) {
-    bag_->Let(kPage, last);
+                       : qMax(1, pages_.CountPages(request_.Folder(), request_.Search()));
+  if (last > 0 && request_.Page() > last) {
+    request_.SetPage(last);
     page = make();
   }
   if (brief.IsReached()) return AskElsewhere(anew), false;
   // The first page after the words that stood in its place.
-  if (bag_->Text(kUrl).isEmpty()) rows_.BeginAtEnd(rows_.StaysAtEnd());
-  bag_->Let(kUrl, page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
-  bag_->Let(kBefore, before);
-  bag_->Let(kNext, next);
+  if (!request_.HasUrl()) rows_.BeginAtEnd(rows_.StaysAtEnd());
+  request_.SetUrl(page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
+  request_.SetNeighbours(before, next);
   ControlToolbarUpdate();
   if (!page.isEmpty()) return true;
   ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
@@ -318,12 +382,12 @@ bool BrowserWindow::CreatePage() {
 
 // What takes long is asked on a thread of its own. A page of the folder that is in sight stays.
 void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
-  if (!bag_->Text(kUrl).isEmpty()) {
+  if (request_.HasUrl()) {
     rows_.Attach(page_);  // its rows would wait for another page
   } else if (!IsForPrinting()) {
     ShowText(Ui::tr("<p>読み込み中です。</p>"));
   }
-  wait_->Ask(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)),
+  wait_->Ask(pages_.Question(request_.Folder(), request_.Search()),
              [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
   gone_.clear();
 }
@@ -335,8 +399,8 @@ void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
     return ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
                     answer.error.text.toHtmlEscaped() + QStringLiteral("</p>"));
   }
-  const QString folder = bag_->SerialID();
-  const QString search = bag_->Text(kSearch);
+  const QString folder = request_.Folder();
+  const QString search = request_.Search();
   QStringList serialIds;
   for (const QVariant& value : answer.values) serialIds.append(value.toString());
   serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
@@ -346,7 +410,7 @@ void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
   // What has changed meanwhile may not be in it.
   if (wait_->TakeAgain()) {
     QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
-      if (!IsLocal() || bag_->SerialID() != folder || bag_->Text(kSearch) != search) return;
+      if (!IsLocal() || request_.Folder() != folder || request_.Search() != search) return;
       pages_.Forget(folder, search);
       Refresh();
     });
@@ -355,13 +419,13 @@ void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
 }
 
 void BrowserWindow::AskingStopped() {
-  if (!bag_->Text(kUrl).isEmpty()) return;
+  if (request_.HasUrl()) return;
   ShowText(Ui::tr("<p>中止しました。もう一度探すには「更新」を押してください。</p>"));
 }
 
 void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
   UsePage(true);
-  bag_->Let(QStringLiteral("local"), true);
+  request_.BeLocal();
   setWindowTitle(ShownText(title, kMostInTitle));
   ownPage_ = html;
   ShowText(html);
@@ -369,13 +433,12 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 
 // A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
-  bag_->Let(kUrl, QString());
+  request_.SetUrl({});
   ShowChosen(0);
   rows_.BeginAtEnd(false);
   rows_.Detach();
   page_->SetLocalPage(QUrl());
-  txLocation_->setReadOnly(true);
-  txLocation_->setText(windowTitle());
+  toolbar_->ShowAddress(windowTitle(), false);
   wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
                                  "content=\"light dark\"><body style=\"font-family:sans-serif;"
                                  "margin:2em;line-height:1.7\">") +
@@ -383,12 +446,11 @@ void BrowserWindow::ShowText(const QString& html) {
 }
 
 void BrowserWindow::UpdateBrowser() {
-  const QString text = bag_->Text(kUrl);
+  const QString text = request_.Url();
   rows_.Detach();
   const QUrl url = IsLocal() ? LocalUrl() : QUrl::fromUserInput(text);
   page_->SetLocalPage(IsLocal() ? url : QUrl());
-  txLocation_->setReadOnly(IsLocal());
-  txLocation_->setText(IsLocal() ? windowTitle() : text);
+  toolbar_->ShowAddress(IsLocal() ? windowTitle() : text, !IsLocal());
   wbUrl_->load(url);
   checkRows_.start(kCheckRowsMs);
 }
@@ -405,8 +467,8 @@ void BrowserWindow::CheckRows() {
 }
 
 void BrowserWindow::SeekClicked() {
-  const bool hasTyped = txSearch_->text().trimmed() != bag_->Text(kSearch);
-  if (bag_->Flag(kOnLoad)) {
+  const bool hasTyped = toolbar_->TypedSearch() != request_.Search();
+  if (request_.IsLoading()) {
     wbUrl_->stop();
   } else if (IsLocal() && hasTyped) {
     SearchFolder();  // with what the box says, rather than what it said
@@ -430,12 +492,72 @@ void BrowserWindow::MakeAnew() {
   follows_ = false;
 }
 
+void BrowserWindow::TurnPage(int step) {
+  if (IsLocal()) {
+    GoToPage(request_.Page() + step);
+  } else {
+    wbUrl_->triggerPageAction(step < 0 ? QWebEnginePage::Back : QWebEnginePage::Forward);
+  }
+}
+
+void BrowserWindow::GoToPage(int page) {
+  if (!IsLocal()) return;
+  toolbar_->ForgetTypedPage();
+  split_->ShowNothing();
+  ShowChosen(0);
+  rows_.BeginAtEnd(false);
+  request_.SetPage(page);
+  LoadDefaultProperty(nullptr, true);
+}
+
+void BrowserWindow::GoToTypedPage() {
+  const ConditionLimit brief(kBriefMs);
+  const int last = pages_.CountPages(request_.Folder(), request_.Search());
+  if (brief.IsReached()) return AskElsewhere([this] { GoToTypedPage(); });
+  GoToPage(qBound(1, toolbar_->TypedPage(), qMax(1, last)));
+  wbUrl_->setFocus();
+}
+
+void BrowserWindow::ShowNewest() {
+  if (!IsLocal()) return;
+  const ConditionLimit brief(kBriefMs);
+  const int last = pages_.CountPages(request_.Folder(), request_.Search());
+  if (brief.IsReached()) return AskElsewhere([this] { ShowNewest(); });
+  GoToPage(qMax(1, last));
+  rows_.BeginAtEnd(!Settings(context_)->Flag(u"NewestFirst"));
+}
+
+// What is found is a page of the folder like any other.
+QString BrowserWindow::Search() const {
+  return request_.Search();
+}
+
+void BrowserWindow::SearchFolder() {
+  if (!IsLocal()) return;
+  request_.SetSearch(toolbar_->TypedSearch());
+  toolbar_->ShowPageCount(0);
+  GoToPage(Search().isEmpty() ? PageRequest::kFirstShown : 1);
+}
+
+void BrowserWindow::FollowLink(const QString& address) {
+  if (const auto command = ReadLinkCommand(address)) {
+    host_.OpenMessage(command->openMode, command->serialId, command->isNew);
+  } else if (!IsLocal()) {
+    GoToAddress(address);
+  }
+}
+
+void BrowserWindow::GoToAddress(const QString& address) {
+  request_.SetUrl(address);
+  UpdateBrowser();
+}
+
 // Idle moments are used to find out where the pages of a long folder begin.
 void BrowserWindow::Explore() {
-  if (!IsLocal() || bag_->Flag(kOnLoad)) return;
+  if (!IsLocal() || request_.IsLoading()) return;
   const ConditionLimit brief(kBriefMs);
-  const bool hasPages = bag_->Flag(kBefore) || bag_->Flag(kNext);
-  if (hasPages && pages_.Explore(bag_->SerialID(), bag_->Text(kSearch))) {
+  const bool hasPages = request_.HasBefore() || request_.HasNext();
+  if (hasPages && pages_.Explore(request_.Folder(), request_.Search())) {
     explore_.start(kExplorePauseMs);
     return;
   }
@@ -444,7 +566,7 @@ void BrowserWindow::Explore() {
 }
 
 void BrowserWindow::SetLoading(bool loading) {
-  bag_->Let(kOnLoad, loading);
+  request_.SetLoading(loading);
   ControlToolbarUpdate();
 }
 
@@ -464,13 +586,13 @@ void BrowserWindow::DocumentComplete(bool ok) {
 // Where a web page is; it may go on without being loaded anew.
 void BrowserWindow::ShowPlace() {
   if (IsLocal() || closing_) return;
-  if (!txLocation_->hasFocus()) txLocation_->setText(wbUrl_->url().toString());
+  toolbar_->FollowAddress(wbUrl_->url().toString());
   setWindowTitle(ShownText(wbUrl_->title(), kMostInTitle));
   UpdateHistoryState();
 }
 
 bool BrowserWindow::IsForPrinting() const {
-  return bag_->Text(u"exec") == u"print";
+  return request_.IsForPrinting();
 }
 
 // A window that was opened to print goes when that is done.
@@ -496,18 +618,17 @@ void BrowserWindow::PrintFinished() {
   // it.
   const std::shared_ptr<QPrinter> printer(std::move(printer_));
   QTimer::singleShot(kPrinterRestMs, qApp, [printer] {});
-  if (IsForPrinting()) bag_->Let(QStringLiteral("dust"), true);
+  if (IsForPrinting()) request_.BeDust();
 }
 
 void BrowserWindow::UpdateHistoryState() {
-  bag_->Let(kBefore, wbUrl_->history()->canGoBack());
-  bag_->Let(kNext, wbUrl_->history()->canGoForward());
+  request_.SetNeighbours(wbUrl_->history()->canGoBack(), wbUrl_->history()->canGoForward());
   ControlToolbarUpdate();
 }
 
 // A folder's page is kept in memory, one that is only printed in a file.
 QUrl BrowserWindow::LocalUrl() const {
-  const QString place = bag_->Text(kUrl);
+  const QString place = request_.Url();
   return place.startsWith(QLatin1String(PageSource::kScheme)) ? QUrl(place)
                                                               : QUrl::fromLocalFile(place);
 }
@@ -519,7 +640,7 @@ bool BrowserWindow::HasPage() const {
 }
 
 void BrowserWindow::DropPage() {
-  if (!IsLocal() || bag_->Text(kUrl).isEmpty()) return;
+  if (!IsLocal() || !request_.HasUrl()) return;
   const QUrl url = LocalUrl();
   url.isLocalFile() ? static_cast<void>(QFile::remove(url.toLocalFile()))
                     : profiles_.Pages().Forget(url.toString());

@@ -10,21 +10,19 @@
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
+#include "present/window/page_request.h"
 #include "present/window/page_rows.h"
 #include "storage/condition_run.h"
 
 class QAction;
-class QLabel;
-class QLineEdit;
 class QMenu;
 class QPrinter;
-class QToolBar;
-class QToolButton;
 class QWebEngineView;
 
 namespace vorn {
 
 class ConditionWait;
+class FolderToolbar;
 class LinkPage;
 class PageSplit;
 class ScriptBar;
@@ -47,11 +45,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowModeless() override;
   void ShowModal() override { ShowModeless(); }
   void Activate() override;
-  bool Dust() const override { return bag_->Flag(u"dust"); }
+  bool Dust() const override { return request_.IsDust(); }
   void Unload() override;
 
   /// Whether the window shows a folder.
-  bool IsLocal() const { return bag_->Flag(u"local"); }
+  bool IsLocal() const { return request_.IsLocal(); }
   /// Shows another folder in the place of this one, as if it had just been opened.
   void ShowFolder(const QString& folder);
   /// Makes the folder's page anew and shows it.
@@ -65,11 +63,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void Cover(bool covered);
   /// Gives the keyboard to the page, unless something else in another part of the program has it.
   void TakeKeys();
-  void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
   /// The target name this window answers to.
-  QString WindowName() const { return bag_->Text(u"windowname"); }
+  QString WindowName() const { return request_.WindowName(); }
   /// Makes this the window of a new web page that another page asked for, shown once that page
   /// navigates here and not to a window of its target's name.
   LinkPage* BecomeNewWindow();
@@ -100,19 +97,12 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// More or fewer messages are chosen.
   void ChosenChanged();
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   void BuildControls();
-  void BuildLinkButton();
-  void BuildPageBox();
-  void BuildLocationBox();
-  void BuildSearchBox();
+  void ConnectToolbar();
   void BuildView();
-  QAction* AddButton(const QString& key, void (BrowserWindow::*clicked)());
-  void ShowLinkList();
   void FollowLink(const QString& address);
+  void GoToAddress(const QString& address);
 
   void BuildMessageCommands();
   QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
@@ -144,12 +134,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
   void AskingStopped();
   void ShowText(const QString& html);
-  void ShowBefore() { TurnPage(-1); }
-  void ShowNext() { TurnPage(1); }
   void TurnPage(int step);
   void GoToPage(int page);
   void GoToTypedPage();
-  void ShowOldest() { GoToPage(1); }
   void ShowNewest();
   void Explore();
   void CheckRows();
@@ -172,11 +159,9 @@ class BrowserWindow : public QWidget, public RequestWindow {
   MessageListPages& pages_;
   const BrowserProfiles& profiles_;
   BrowserHost& host_;
-  DiskPtr bag_;
+  PageRequest request_;
   QString tag_;
-  QToolBar* tbLocation_ = nullptr;
-  QLineEdit* txLocation_ = nullptr;
-  QLineEdit* txSearch_ = nullptr;
+  FolderToolbar* toolbar_ = nullptr;
   QWebEngineView* wbUrl_ = nullptr;  // there is none while the window rests
   LinkPage* page_ = nullptr;
   PageSplit* split_ = nullptr;
@@ -194,17 +179,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   bool closing_ = false;
   QTimer explore_;
   QTimer checkRows_;
-  QToolButton* url_ = nullptr;
-  QLineEdit* txPage_ = nullptr;
-  QLabel* lbPages_ = nullptr;
-  QWidget* pageBox_ = nullptr;
-  QAction* oldest_ = nullptr;
-  QAction* newest_ = nullptr;
   QMenu* messageMenu_ = nullptr;
   QAction* outOfDust_ = nullptr;
-  QAction* before_ = nullptr;
-  QAction* seek_ = nullptr;
-  QAction* next_ = nullptr;
 };
 
 }  // namespace vorn
