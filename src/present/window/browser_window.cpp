@@ -18,7 +18,6 @@
 #include <utility>
 
 #include "kit/window/plain_text.h"
-#include "kit/window/second_click.h"
 #include "mail/message_rows.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -27,6 +26,8 @@
 #include "present/window/condition_wait.h"
 #include "present/window/folder_toolbar.h"
 #include "present/window/link_page.h"
+#include "present/window/page_commands.h"
+#include "present/window/page_messages.h"
 #include "present/window/page_source.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
@@ -87,7 +88,6 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
   BuildControls();
-  BuildMessageCommands();
   explore_.setSingleShot(true);
   connect(&explore_, &QTimer::timeout, this, &BrowserWindow::Explore);
   checkRows_.setSingleShot(true);
@@ -103,7 +103,6 @@ BrowserWindow::~BrowserWindow() {
   // asked.
   closing_ = true;
   wait_->Stop();
-  rows_.OnRows({});
   rows_.Close();
   if (wbUrl_ != nullptr) wbUrl_->disconnect(this);
   if (page_ != nullptr) page_->disconnect(this);
@@ -125,10 +124,24 @@ void BrowserWindow::BuildControls() {
   wait_ = new ConditionWait(context_, [this] { AskingStopped(); });
   layout->addWidget(wait_);
   split_ = new PageSplit(context_, wbUrl_, host_.Messages());
-  connect(split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& serialId) {
-    host_.OpenMessage(static_cast<int>(mode), serialId, mode != OpenMode::Show);
-  });
   layout->addWidget(split_, 1);
+  BuildCommands();
+}
+
+void BrowserWindow::BuildCommands() {
+  messages_ =
+      std::make_unique<PageMessages>(context_, pages_, request_, rows_, *split_, host_, *this);
+  connect(messages_.get(), &PageMessages::ChosenChanged, this, &BrowserWindow::ChosenChanged);
+  connect(messages_.get(), &PageMessages::Gone, this, &BrowserWindow::MessagesGone);
+  connect(messages_.get(), &PageMessages::PageWanted, this, &BrowserWindow::GoToPage);
+  commands_ = std::make_unique<PageCommands>(*messages_, rows_, request_, *this);
+  commands_->AddTo(*wbUrl_);
+  // First the choice, then what the folder is searched for.
+  connect(commands_.get(), &PageCommands::NothingToGiveUp, this, [this] {
+    if (Search().isEmpty()) return;
+    toolbar_->ClearSearch();
+    SearchFolder();
+  });
 }
 
 void BrowserWindow::ConnectToolbar() {
@@ -163,10 +176,8 @@ void BrowserWindow::BuildView() {
   connect(wbUrl_, &QWebEngineView::loadFinished, this, &BrowserWindow::DocumentComplete);
   connect(wbUrl_, &QWebEngineView::urlChanged, this, &BrowserWindow::ShowPlace);
   connect(wbUrl_, &QWebEngineView::titleChanged, this, &BrowserWindow::ShowPlace);
-  connect(wbUrl_, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
-    if (IsLocal() && rows_.HasRows()) messageMenu_->popup(wbUrl_->mapToGlobal(at));
-  });
-  wbUrl_->addActions(commands_);
+  connect(wbUrl_, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& at) { commands_->PopUp(wbUrl_->mapToGlobal(at)); });
   setFocusProxy(wbUrl_);
 }
 
@@ -189,6 +200,7 @@ void BrowserWindow::ShowPageCount(bool count) {
 void BrowserWindow::UsePage(bool local) {
   if (wbUrl_ == nullptr) {
     BuildView();
+    commands_->AddTo(*wbUrl_);
     split_->SetPage(wbUrl_);
   }
   QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
@@ -201,13 +213,10 @@ void BrowserWindow::UsePage(bool local) {
     scripts_->Attach(*page_);
   }
   wbUrl_->setPage(page_);
-  connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
-    // Where messages are read at the side, one click reads there, and a second one opens.
-    if (command.openMode != static_cast<int>(OpenMode::Show) || !split_->HasPane()) {
-      OpenMessage(command);
-    }
-  });
-  connect(page_, &LinkPage::RowTold, this, &BrowserWindow::RowTold);
+  connect(page_, &LinkPage::CommandFollowed, this,
+          [this](const LinkCommand& command) { messages_->Follow(command); });
+  connect(page_, &LinkPage::RowTold, this,
+          [this](const QString& what, const QString& message) { messages_->Told(what, message); });
   connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
     if (request_.IsNew()) request_.BeDust();
@@ -224,22 +233,6 @@ void BrowserWindow::UsePage(bool local) {
             PrintFinished();
           });
   page_->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
-}
-
-void BrowserWindow::OpenMessage(const LinkCommand& command) {
-  host_.OpenMessage(command.openMode, command.serialId, command.isNew);
-  new SecondClick;
-}
-
-void BrowserWindow::RowTold(const QString& what, const QString& serialId) {
-  if (what == u"chosen") ShowChosen(serialId.toInt());
-  if (what == u"row") split_->ShowRow(serialId);
-  if (what == u"kept" && !split_->RowKept(serialId)) rows_.Leave();
-  if (what == u"twice" && split_->HasPane()) OpenMessage({0, false, serialId});
-}
-
-void BrowserWindow::ShowChosen(int count) {
-  if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
 }
 
 LinkPage* BrowserWindow::BecomeNewWindow() {
@@ -434,7 +427,7 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 // A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
   request_.SetUrl({});
-  ShowChosen(0);
+  messages_->SetChosen(0);
   rows_.BeginAtEnd(false);
   rows_.Detach();
   page_->SetLocalPage(QUrl());
@@ -504,7 +497,7 @@ void BrowserWindow::GoToPage(int page) {
   if (!IsLocal()) return;
   toolbar_->ForgetTypedPage();
   split_->ShowNothing();
-  ShowChosen(0);
+  messages_->SetChosen(0);
   rows_.BeginAtEnd(false);
   request_.SetPage(page);
   LoadDefaultProperty(nullptr, true);
@@ -702,6 +695,19 @@ void BrowserWindow::Unload() {
   } else {
     deleteLater();
   }
+}
+
+int BrowserWindow::CountChosen() const {
+  return messages_->CountChosen();
+}
+
+void BrowserWindow::RunCommand(const QString& command) {
+  commands_->Run(command);
+}
+
+void BrowserWindow::MessagesGone(const QStringList& messages) {
+  gone_ += messages;
+  rows_.LeaveFolder(messages);
 }
 
 }  // namespace vorn

@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "frame/request_window.h"
-#include "present/link_command.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
@@ -14,8 +13,6 @@
 #include "present/window/page_rows.h"
 #include "storage/condition_run.h"
 
-class QAction;
-class QMenu;
 class QPrinter;
 class QWebEngineView;
 
@@ -24,9 +21,10 @@ namespace vorn {
 class ConditionWait;
 class FolderToolbar;
 class LinkPage;
+class PageCommands;
+class PageMessages;
 class PageSplit;
 class ScriptBar;
-enum class OpenMode;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
 /// It keeps its request and reads from it "local", "url" and "Page", and writes back "before",
@@ -75,7 +73,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   /// How many messages the user has chosen one by one.
-  int CountChosen() const { return chosen_; }
+  int CountChosen() const;
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
@@ -100,23 +98,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
  private:
   void BuildControls();
   void ConnectToolbar();
+  void BuildCommands();
   void BuildView();
   void FollowLink(const QString& address);
   void GoToAddress(const QString& address);
-
-  void BuildMessageCommands();
-  QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
-  QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
-                      const std::function<void()>& run);
-  void EnableMessageCommands();
-  void OpenChosen(OpenMode mode);
-  void OnCurrent(const std::function<void(const QString&)>& act);
-  void GiveUpChoice();
-  void GoToUnopened(const QString& from);
-  void ShowMessageOfAnotherPage(const QString& message);
-  bool AgreesToOpen(qsizetype windows);
-  void Act(MessageAction action);
-  bool TakesAway(MessageAction action) const;
 
   void FirstNavigation(const QUrl& url);
   void TakeName(const QString& name, const QUrl& url);
@@ -124,9 +109,6 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void MakeAnew();
   void LetViewGo();
   bool HasKeysNear() const;
-  void OpenMessage(const LinkCommand& command);
-  void RowTold(const QString& what, const QString& serialId);
-  void ShowChosen(int count);
   void ChooseFirstPage();
   bool IsAtNewest() const;
   bool CreatePage();
@@ -170,17 +152,15 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<QPrinter> printer_;  // while a page is being printed
   QString ownPage_;                    // instead of a folder
   PageRows rows_;
-  QStringList gone_;  // since the folder's messages have been looked for elsewhere
-  QList<QAction*> commands_;
-  int chosen_ = 0;
+  QStringList gone_;      // since the folder's messages have been looked for elsewhere
   bool follows_ = false;  // the newest page, as it is made anew
   bool rests_ = false;
   int attempts_ = 0;  // to load a page that the engine gave up
   bool closing_ = false;
   QTimer explore_;
   QTimer checkRows_;
-  QMenu* messageMenu_ = nullptr;
-  QAction* outOfDust_ = nullptr;
+  std::unique_ptr<PageMessages> messages_;
+  std::unique_ptr<PageCommands> commands_;
 };
 
 }  // namespace vorn
