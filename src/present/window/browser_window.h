@@ -1,30 +1,30 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <memory>
 
 #include "frame/request_window.h"
-#include "present/message_list_page.h"
-#include "present/window/browser_host.h"
-#include "present/window/browser_profiles.h"
 #include "present/window/page_request.h"
 #include "present/window/page_rows.h"
-#include "storage/condition_run.h"
-
-class QPrinter;
-class QWebEngineView;
+#include "storage/context.h"
 
 namespace vorn {
 
-class ConditionWait;
+class BrowserHost;
+class BrowserProfiles;
+class EngineView;
+class FolderPaging;
 class FolderToolbar;
 class LinkPage;
+class MessageListPages;
 class PageCommands;
+class PageMaker;
 class PageMessages;
+class PagePrinting;
+class PageReading;
+class PageRest;
 class PageSplit;
-class ScriptBar;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
 /// It keeps its request and reads from it "local", "url" and "Page", and writes back "before",
@@ -69,7 +69,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// navigates here and not to a window of its target's name.
   LinkPage* BecomeNewWindow();
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const;
+  QString Search() const { return request_.Search(); }
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   /// How many messages the user has chosen one by one.
@@ -78,14 +78,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
   void MessagesGone(const QStringList& messages);
-  /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
-  /// "dust" or "outofdust".
+  /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.
   void ShowOwnPage(const QString& title, const QString& html);
-  /// Prints what is shown.
-  bool IsForPrinting() const;
-  void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
   void ControlToolbarUpdate();
 
@@ -96,71 +92,36 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ChosenChanged();
 
  private:
-  void BuildControls();
+  void Lay();
+  void TakeView();
+  void ConnectEngine();
   void ConnectToolbar();
-  void BuildCommands();
-  void BuildView();
-  void FollowLink(const QString& address);
+  void ConnectFolder();
+  void Turn(int step);
+  void Seek();
   void GoToAddress(const QString& address);
-
-  void FirstNavigation(const QUrl& url);
   void TakeName(const QString& name, const QUrl& url);
-  void UsePage(bool local);
-  void MakeAnew();
-  void LetViewGo();
-  bool HasKeysNear() const;
-  void ChooseFirstPage();
-  bool IsAtNewest() const;
   bool CreatePage();
-  void AskElsewhere(const std::function<void()>& then);
-  void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
-  void AskingStopped();
   void ShowText(const QString& html);
-  void TurnPage(int step);
-  void GoToPage(int page);
-  void GoToTypedPage();
-  void ShowNewest();
-  void Explore();
-  void CheckRows();
-  void ShowPageCount(bool count = false);
-  void SeekClicked();
-  void SearchFolder();
   void SetLoading(bool loading);
-  void DocumentComplete(bool ok);
-  QUrl LocalUrl() const;
-  bool HasPage() const;
-  void DropPage();
-  void AskForDocument(const std::function<void(bool isShown)>& then);
-  void DeleteReadPage();
-  void LookAgain();
-  void PrintFinished();
+  void LoadEnded(bool ok);
   void ShowPlace();
-  void UpdateHistoryState();
 
-  Context& context_;
-  MessageListPages& pages_;
-  const BrowserProfiles& profiles_;
   BrowserHost& host_;
   PageRequest request_;
   QString tag_;
-  FolderToolbar* toolbar_ = nullptr;
-  QWebEngineView* wbUrl_ = nullptr;  // there is none while the window rests
-  LinkPage* page_ = nullptr;
-  PageSplit* split_ = nullptr;
-  ScriptBar* scripts_ = nullptr;
-  ConditionWait* wait_ = nullptr;
-  std::unique_ptr<QPrinter> printer_;  // while a page is being printed
-  QString ownPage_;                    // instead of a folder
+  QString ownPage_;  // instead of a folder
+  FolderToolbar* toolbar_;
   PageRows rows_;
-  QStringList gone_;      // since the folder's messages have been looked for elsewhere
-  bool follows_ = false;  // the newest page, as it is made anew
-  bool rests_ = false;
-  int attempts_ = 0;  // to load a page that the engine gave up
-  bool closing_ = false;
-  QTimer explore_;
-  QTimer checkRows_;
+  std::unique_ptr<EngineView> engine_;
+  PageSplit* split_;
+  std::unique_ptr<PageReading> reading_;
+  std::unique_ptr<PageMaker> maker_;
+  std::unique_ptr<FolderPaging> paging_;
   std::unique_ptr<PageMessages> messages_;
   std::unique_ptr<PageCommands> commands_;
+  std::unique_ptr<PagePrinting> printing_;
+  std::unique_ptr<PageRest> rest_;
 };
 
 }  // namespace vorn

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <memory>
 #include <utility>
 
 #include "storage/disk.h"
@@ -19,11 +18,6 @@ class PageRequest {
   explicit PageRequest(DiskPtr bag) : bag_(std::move(bag)) {}
   /// Another request takes the place of this one.
   void Take(DiskPtr bag) { bag_ = std::move(bag); }
-  /// So does one for a folder's page.
-  void TakeFolder(const QString& folder) {
-    Take(std::make_shared<Disk>(folder));
-    BeLocal();
-  }
 
   /// The folder's serial identifier, or that of the request itself.
   QString Folder() const { return bag_->SerialID(); }
