@@ -1,561 +1,345 @@
 #include "present/window/browser_window.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QFile>
-#include <QFileInfo>
-#include <QLineEdit>
 #include <QMdiSubWindow>
-#include <QMessageBox>
-#include <QPageLayout>
-#include <QPointer>
-#include <QPrinter>
-#include <QTabBar>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <QWebEngineHistory>
-#include <QWebEngineScript>
 #include <QWebEngineView>
-#include <utility>
 
 #include "kit/window/plain_text.h"
-#include "kit/window/second_click.h"
-#include "mail/message_rows.h"
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
-#include "objects/select_objects.h"
-#include "objects/settings.h"
-#include "present/window/browser_keys.h"
-#include "present/window/condition_wait.h"
+#include "present/window/browser_host.h"
+#include "present/window/browser_profiles.h"
+#include "present/window/engine_view.h"
+#include "present/window/folder_paging.h"
+#include "present/window/folder_toolbar.h"
 #include "present/window/link_page.h"
-#include "present/window/page_source.h"
+#include "present/window/page_commands.h"
+#include "present/window/page_maker.h"
+#include "present/window/page_messages.h"
+#include "present/window/page_printing.h"
+#include "present/window/page_reading.h"
+#include "present/window/page_rest.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
-#include "storage/condition_limit.h"
-#include "storage/databases.h"
-#include "storage/ui.h"
 
 namespace vorn {
-
-using namespace browser_key;
-
 namespace {
 
-const QString kInit = QStringLiteral("init");
-constexpr int kExploreAfterMs = 1000;
-constexpr int kCountMs = 100;  // for the number of pages, while the user does nothing
-constexpr int kCheckRowsMs = 1000;
-constexpr int kExplorePauseMs = 20;
 constexpr int kHoldMs = 1000;
-constexpr int kLookAgainMs = 2000;
-constexpr int kMostAttempts = 3;
-constexpr int kPrinterRestMs = 10000;
-constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps away from the sides
-
-// Whether there is neither an account nor a message yet.
-bool IsFirstUse(Context& context) {
-  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty()) {
-    return false;
-  }
-  const OpenedDatabase mail(context, DatabaseKind::Mail);
-  const RecordsetPtr rows = mail ? MessageRows(context.Data).All() : nullptr;
-  return rows != nullptr && rows->Eof();
-}
-
-QString FirstUseText() {
-  const QString steps[] = {
-      Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
-             "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。"),
-      Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
-      Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
-             "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
-      Ui::tr("<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
-             "パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。"),
-      Ui::tr("<b>使い方</b>: F1キー。")};
-  QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
-                 Ui::tr("メールを受信するには、アカウントを追加してください。") +
-                 QStringLiteral("</p><ul>");
-  for (const QString& step : steps) text += QStringLiteral("<li>") + step + QStringLiteral("</li>");
-  return text + QStringLiteral("</ul>");
-}
 
 }  // namespace
 
 BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
                              const BrowserProfiles& profiles, BrowserHost& host)
-    : context_(context),
-      pages_(pages),
-      profiles_(profiles),
-      host_(host),
-      bag_(std::make_shared<Disk>(context.Data.NewSerialID())) {
+    : host_(host),
+      request_(std::make_shared<Disk>(context.Data.NewSerialID())),
+      toolbar_(new FolderToolbar(context, this)),
+      engine_(std::make_unique<EngineView>(context, profiles, *this)),
+      split_(new PageSplit(context, engine_->View(), host.Messages())),
+      reading_(std::make_unique<PageReading>(*engine_, profiles.Pages(), request_, rows_)),
+      maker_(std::make_unique<PageMaker>(context, pages, *reading_, request_, rows_)),
+      paging_(std::make_unique<FolderPaging>(request_, rows_, *maker_, *toolbar_)),
+      messages_(
+          std::make_unique<PageMessages>(context, pages, request_, rows_, *split_, host, *this)),
+      commands_(std::make_unique<PageCommands>(*messages_, rows_, request_, *this)),
+      printing_(std::make_unique<PagePrinting>(*engine_, host, *this)),
+      rest_(std::make_unique<PageRest>(*engine_, rows_, *this, *split_)) {
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
-  BuildControls();
-  BuildMessageCommands();
-  explore_.setSingleShot(true);
-  connect(&explore_, &QTimer::timeout, this, &BrowserWindow::Explore);
-  checkRows_.setSingleShot(true);
-  connect(&checkRows_, &QTimer::timeout, this, &BrowserWindow::CheckRows);
+  Lay();
+  TakeView();
+  ConnectEngine();
+  ConnectToolbar();
+  ConnectFolder();
   ControlToolbarUpdate();
 }
 
 BrowserWindow::~BrowserWindow() {
-  // Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
-  // it is done, so the printer is left to it.
-  static_cast<void>(printer_.release());
-  // The engine may report the end of its page as the end of a loading, and answer what it was
-  // asked.
-  closing_ = true;
-  wait_->Stop();
-  rows_.OnRows({});
+  maker_->StopAsking();
   rows_.Close();
-  if (wbUrl_ != nullptr) wbUrl_->disconnect(this);
-  if (page_ != nullptr) page_->disconnect(this);
-  delete wbUrl_;
-  DropPage();
-  if (!IsForPrinting()) host_.BrowserClosed();
+  engine_->Close();
+  reading_->Drop();
+  if (!request_.IsForPrinting()) host_.BrowserClosed();
 }
 
-// A page belongs to one engine profile for life, so a window that changes between a folder and the
-// web changes its page.
-void BrowserWindow::UsePage(bool local) {
-  if (wbUrl_ == nullptr) {
-    BuildView();
-    split_->SetPage(wbUrl_);
-  }
-  QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
-  if (page_ != nullptr && page_->profile() == profile) return;
-  delete page_;
-  page_ = new LinkPage(profile, wbUrl_);
-  if (local) {
-    scripts_->hide();
-  } else {
-    scripts_->Attach(*page_);
-  }
-  wbUrl_->setPage(page_);
-  connect(page_, &LinkPage::CommandFollowed, this, [this](const LinkCommand& command) {
-    // Where messages are read at the side, one click reads there, and a second one opens.
-    if (command.openMode != static_cast<int>(OpenMode::Show) || !split_->HasPane()) {
-      OpenMessage(command);
+void BrowserWindow::Lay() {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(toolbar_);
+  layout->addWidget(engine_->Scripts());
+  layout->addWidget(maker_->Bar());
+  layout->addWidget(split_, 1);
+}
+
+void BrowserWindow::TakeView() {
+  commands_->AddTo(*engine_->View());
+  setFocusProxy(engine_->View());
+}
+
+void BrowserWindow::ConnectEngine() {
+  EngineView* engine = engine_.get();
+  connect(engine, &EngineView::Remade, this, [this] {
+    TakeView();
+    split_->SetPage(engine_->View());
+  });
+  connect(engine, &EngineView::LoadBegan, this, [this] { SetLoading(true); });
+  connect(engine, &EngineView::LoadEnded, this, &BrowserWindow::LoadEnded);
+  connect(engine, &EngineView::PlaceChanged, this, &BrowserWindow::ShowPlace);
+  connect(engine, &EngineView::Crashed, this, [this] { rows_.Detach(); });
+  connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
+    host_.WriteTo(url);
+    if (request_.IsNew()) request_.BeDust();
+  });
+  // The window is told its target's name by the engine, and only by asking.
+  connect(engine, &EngineView::FirstNavigation, this, [this](const QUrl& url) {
+    engine_->Ask(QStringLiteral("window.name"),
+                 [this, url](const QVariant& name) { TakeName(name.toString(), url); });
+  });
+  engine->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
+  // A window that was opened to print goes when that is done.
+  connect(printing_.get(), &PagePrinting::Ended, this, [this] {
+    if (request_.IsForPrinting()) request_.BeDust();
+  });
+  connect(rest_.get(), &PageRest::AnewWanted, this, &BrowserWindow::Refresh);
+  connect(rest_.get(), &PageRest::Gone, this, [this] {
+    maker_->Counter().Stop();
+    reading_->Drop();
+  });
+}
+
+void BrowserWindow::ConnectToolbar() {
+  connect(toolbar_, &FolderToolbar::BeforeWanted, this, [this] { Turn(-1); });
+  connect(toolbar_, &FolderToolbar::NextWanted, this, [this] { Turn(1); });
+  connect(toolbar_, &FolderToolbar::SeekWanted, this, &BrowserWindow::Seek);
+  connect(toolbar_, &FolderToolbar::AddressTyped, this, [this](const QString& address) {
+    if (!IsLocal()) GoToAddress(QUrl::fromUserInput(address).toString());
+  });
+  // The page is asked for its links when the user wants to see them.
+  connect(toolbar_, &FolderToolbar::LinksWanted, this, [this] {
+    rows_.Links([this](const QList<PageRows::Link>& links) { toolbar_->ListLinks(links); });
+  });
+  connect(toolbar_, &FolderToolbar::LinkFollowed, this, [this](const QString& address) {
+    if (const auto command = ReadLinkCommand(address)) {
+      host_.OpenMessage(command->openMode, command->serialId, command->isNew);
+    } else if (!IsLocal()) {
+      GoToAddress(address);
     }
   });
-  connect(page_, &LinkPage::RowTold, this, &BrowserWindow::RowTold);
-  connect(page_, &LinkPage::MailtoFollowed, this, [this](const QString& url) {
-    host_.WriteTo(url);
-    if (bag_->Flag(kInit)) bag_->Let(QStringLiteral("dust"), true);
+}
+
+void BrowserWindow::ConnectFolder() {
+  connect(paging_.get(), &FolderPaging::PageWanted, this, [this] {
+    split_->ShowNothing();
+    messages_->SetChosen(0);
+    LoadDefaultProperty(nullptr, true);
   });
-  connect(page_, &LinkPage::FirstNavigation, this, &BrowserWindow::FirstNavigation,
-          Qt::QueuedConnection);
-  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { rows_.Detach(); });
-  connect(page_, &QWebEnginePage::pdfPrintingFinished, this,
-          [this](const QString& path, bool written) {
-            if (!written) {
-              ShowBox(this, QMessageBox::Critical,
-                      Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
-            }
-            PrintFinished();
-          });
-  page_->OnNewWindow([this] { return host_.NewBrowserWindow()->BecomeNewWindow(); });
+  connect(paging_.get(), &FolderPaging::KeysWanted, this, [this] { engine_->View()->setFocus(); });
+  const PageMaker* maker = maker_.get();
+  connect(maker, &PageMaker::Named, this, &QWidget::setWindowTitle);
+  connect(maker, &PageMaker::Made, this, &BrowserWindow::ControlToolbarUpdate);
+  connect(maker, &PageMaker::AnewWanted, this, &BrowserWindow::Refresh);
+  connect(reading_.get(), &PageReading::AnewWanted, this, &BrowserWindow::Refresh);
+  // Its rows would wait for another page.
+  connect(maker, &PageMaker::PageStays, this, [this] { rows_.Attach(engine_->Page()); });
+  connect(maker, &PageMaker::TextWanted, this, [this](const QString& html) {
+    if (!rest_->IsResting()) ShowText(html);  // else it comes once more when somebody sees it
+  });
+  const PageMessages* messages = messages_.get();
+  connect(engine_.get(), &EngineView::CommandFollowed, messages, &PageMessages::Follow);
+  connect(engine_.get(), &EngineView::RowTold, messages, &PageMessages::Told);
+  connect(engine_.get(), &EngineView::MenuWanted, commands_.get(), &PageCommands::PopUp);
+  connect(messages, &PageMessages::ChosenChanged, this, &BrowserWindow::ChosenChanged);
+  connect(messages, &PageMessages::Gone, this, &BrowserWindow::MessagesGone);
+  connect(messages, &PageMessages::PageWanted, paging_.get(), &FolderPaging::GoTo);
+  // First the choice, then what the folder is searched for.
+  connect(commands_.get(), &PageCommands::NothingToGiveUp, paging_.get(),
+          &FolderPaging::GiveUpSearch);
 }
 
-void BrowserWindow::OpenMessage(const LinkCommand& command) {
-  host_.OpenMessage(command.openMode, command.serialId, command.isNew);
-  new SecondClick;
-}
-
-void BrowserWindow::RowTold(const QString& what, const QString& serialId) {
-  if (what == u"chosen") ShowChosen(serialId.toInt());
-  if (what == u"row") split_->ShowRow(serialId);
-  if (what == u"kept" && !split_->RowKept(serialId)) rows_.Leave();
-  if (what == u"twice" && split_->HasPane()) OpenMessage({0, false, serialId});
-}
-
-void BrowserWindow::ShowChosen(int count) {
-  if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
+void BrowserWindow::ControlToolbarUpdate() {
+  toolbar_->Show({.isFolder = IsLocal(),
+                  .canSearch = IsLocal() && ownPage_.isEmpty(),
+                  .isLoading = request_.IsLoading(),
+                  .hasBefore = request_.HasBefore(),
+                  .hasNext = request_.HasNext(),
+                  .page = request_.Page()});
+  split_->Arrange(IsLocal() && !request_.IsForPrinting() && request_.HasUrl());
 }
 
 LinkPage* BrowserWindow::BecomeNewWindow() {
-  bag_->Let(kInit, true);
-  UsePage(false);
-  page_->HoldFirstNavigation();
+  request_.SetNew(true);
+  engine_->Use(false);
+  engine_->Page()->HoldFirstNavigation();
   // One that is filled without going anywhere is shown as well.
   QTimer::singleShot(kHoldMs, this, [this] {
-    if (bag_->Flag(kInit) && !Dust()) TakeName(QString(), QUrl());
+    if (request_.IsNew() && !Dust()) TakeName(QString(), QUrl());
   });
-  return page_;
-}
-
-// The window is told its target's name by the engine, and only by asking.
-void BrowserWindow::FirstNavigation(const QUrl& url) {
-  page_->runJavaScript(QStringLiteral("window.name"), QWebEngineScript::ApplicationWorld,
-                       [self = QPointer<BrowserWindow>(this), url](const QVariant& name) {
-                         if (self != nullptr && !self->closing_)
-                           self->TakeName(name.toString(), url);
-                       });
+  return engine_->Page();
 }
 
 // What belongs to a window that is there already goes to it; else this one keeps the name.
 void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
-  if (!name.isEmpty() && bag_->Flag(kInit) && !url.isEmpty()) {
+  if (!name.isEmpty() && request_.IsNew() && !url.isEmpty()) {
     if (BrowserWindow* named = host_.NamedWindow(name, this)) {
-      named->LocationUrl(url.toString());
-      named->UpdateBrowser();
+      named->GoToAddress(url.toString());
       named->Activate();
-      bag_->Let(QStringLiteral("dust"), true);
+      request_.BeDust();
       return;
     }
   }
-  if (!name.isEmpty()) bag_->Let(QStringLiteral("windowname"), name);
-  bag_->Let(kInit, false);
-  if (!url.isEmpty()) {
-    LocationUrl(url.toString());
-    UpdateBrowser();
-  }
+  if (!name.isEmpty()) request_.SetWindowName(name);
+  request_.SetNew(false);
+  if (!url.isEmpty()) GoToAddress(url.toString());
   ShowModeless();
   host_.BrowserOpened();
 }
 
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
-  rests_ = false;
-  if (request != nullptr) bag_ = request;
-  UsePage(IsLocal());
-  if (!IsLocal()) wait_->Stop();
-  if (IsLocal() && !bag_->Get(kPage).isValid()) bag_->Let(kPage, kFirstShown);
+  rest_->End();
+  if (request != nullptr) request_.Take(request);
+  engine_->Use(IsLocal());
+  if (!IsLocal()) maker_->StopAsking();
+  if (IsLocal() && !request_.HasPage()) request_.SetPage(PageRequest::kFirstShown);
   if (!IsLocal() || CreatePage()) UpdateBrowser();
-  tag_ = bag_->SerialID();
+  tag_ = request_.Folder();
   return true;
 }
 
-void BrowserWindow::ShowFolder(const QString& folder) {
-  DropPage();
-  const auto bag = std::make_shared<Disk>(folder);
-  bag->Let(QStringLiteral("local"), true);
-  split_->ShowNothing();
-  bag_->Let(kSearch, QString());  // so that emptying the box searches nothing
-  txSearch_->clear();
-  LoadDefaultProperty(bag, true);
-}
-
-// A folder opens at its first messages, or where the setting says so at its newest.
-void BrowserWindow::ChooseFirstPage() {
-  const DiskPtr settings = Settings(context_);
-  const bool newest = settings->Flag(u"MessagesNewest") && !settings->Flag(u"NewestFirst");
-  const ConditionLimit brief(kBriefMs);
-  const int pages = newest ? pages_.CountPages(bag_->SerialID()) : 1;
-  bag_->Let(kPage, brief.IsReached() ? kFirstShown : qMax(1, pages));
-  if (brief.IsReached()) return;
-  rows_.BeginAtEnd(newest);
-  rows_.StayAtEnd(newest);
-}
-
-// Whether the user looks at what came last and at nothing in particular.
-bool BrowserWindow::IsAtNewest() const {
-  return rows_.StaysAtEnd() && rows_.WasAtEnd() && Search().isEmpty() && !bag_->Flag(kNext);
-}
-
-// Whether there is a page to show. A folder that is not available leaves "url" as it was.
+// Whether there is a page to load.
 bool BrowserWindow::CreatePage() {
-  if (!ownPage_.isEmpty()) {
-    ShowText(ownPage_);
-    return false;
-  }
-  const DiskPtr folder = LoadObject(context_, bag_->SerialID());
-  if (folder == nullptr) return !bag_->Text(kUrl).isEmpty();
-  setWindowTitle(folder->Text(u"Object"));
-  if (wait_->IsAsking(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)))) {
-    if (!bag_->Text(kUrl).isEmpty()) rows_.Attach(page_);  // no other page comes now
-    return false;
-  }
-  wait_->Stop();
-  DropPage();
-  if (bag_->SerialID() == fixed_serial::kInbox && IsFirstUse(context_)) {
-    ShowText(FirstUseText());
-    bag_->Let(kPage, kFirstShown);
-    return false;
-  }
-  if (bag_->Number(kPage, 1) == kFirstShown) {
-    ChooseFirstPage();
-    ShowPageCount();
-  }
-  const auto anew = [this] { Refresh(); };
-  const ConditionLimit brief(kBriefMs);
-  bool before = false;
-  bool next = false;
-  const auto make = [&] {
-    return pages_.FolderPage(bag_->SerialID(), bag_->Number(kPage, 1), before, next,
-                             bag_->Text(kSearch));
-  };
-  // The number of a first page that could not be counted is still to be chosen.
-  const bool isChosen = bag_->Number(kPage, 1) != kFirstShown;
-  QByteArray page = isChosen ? make() : QByteArray();
-  if (brief.IsReached() || !isChosen) return AskElsewhere(anew), false;
-  // What has come begins a further page.
-  if (next && std::exchange(follows_, false)) {
-    ChooseFirstPage();
-    ShowPageCount();
-    if (bag_->Number(kPage) == kFirstShown) return AskElsewhere(anew), false;
-    page = make();
-  }
-  // The last page may have lost all its messages.
-  const int last = next || bag_->Number(kPage, 1) <= 1
-                       ? 0
-                       : qMax(1, pages_.CountPages(bag_->SerialID(), bag_->Text(kSearch)));
-  if (last > 0 && bag_->Number(kPage, 1) > last) {
-    bag_->Let(kPage, last);
-    page = make();
-  }
-  if (brief.IsReached()) return AskElsewhere(anew), false;
-  // The first page after the words that stood in its place.
-  if (bag_->Text(kUrl).isEmpty()) rows_.BeginAtEnd(rows_.StaysAtEnd());
-  bag_->Let(kUrl, page.isEmpty() ? QString() : profiles_.Pages().Keep(page));
-  bag_->Let(kBefore, before);
-  bag_->Let(kNext, next);
-  ControlToolbarUpdate();
-  if (!page.isEmpty()) return true;
-  ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
-           context_.Data.LastError().text.toHtmlEscaped() + QStringLiteral("</p>"));
+  if (ownPage_.isEmpty()) return maker_->Make();
+  ShowText(ownPage_);
   return false;
 }
 
-// What takes long is asked on a thread of its own. A page of the folder that is in sight stays.
-void BrowserWindow::AskElsewhere(const std::function<void()>& then) {
-  if (!bag_->Text(kUrl).isEmpty()) {
-    rows_.Attach(page_);  // its rows would wait for another page
-  } else if (!IsForPrinting()) {
-    ShowText(Ui::tr("<p>読み込み中です。</p>"));
-  }
-  wait_->Ask(pages_.Question(bag_->SerialID(), bag_->Text(kSearch)),
-             [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
-  gone_.clear();
-}
-
-void BrowserWindow::TakeAnswer(const ConditionRun::Answer& answer,
-                               const std::function<void()>& then) {
-  if (answer.error && rests_) return;  // asked once more when somebody sees it
-  if (answer.error) {
-    return ShowText(Ui::tr("<p>フォルダを表示できません。</p><p>") +
-                    answer.error.text.toHtmlEscaped() + QStringLiteral("</p>"));
-  }
-  const QString folder = bag_->SerialID();
-  const QString search = bag_->Text(kSearch);
-  QStringList serialIds;
-  for (const QVariant& value : answer.values) serialIds.append(value.toString());
-  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
-    return gone.contains(message);
-  });
-  pages_.TakeAnswer(folder, search, serialIds);
-  // What has changed meanwhile may not be in it.
-  if (wait_->TakeAgain()) {
-    QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
-      if (!IsLocal() || bag_->SerialID() != folder || bag_->Text(kSearch) != search) return;
-      pages_.Forget(folder, search);
-      Refresh();
-    });
-  }
-  then();
-}
-
-void BrowserWindow::AskingStopped() {
-  if (!bag_->Text(kUrl).isEmpty()) return;
-  ShowText(Ui::tr("<p>中止しました。もう一度探すには「更新」を押してください。</p>"));
+void BrowserWindow::ShowFolder(const QString& folder) {
+  reading_->Drop();
+  split_->ShowNothing();
+  request_.SetSearch({});  // so that emptying the box searches nothing
+  toolbar_->ClearSearch();
+  request_.Take(std::make_shared<Disk>(folder));
+  request_.BeLocal();
+  LoadDefaultProperty(nullptr, true);
 }
 
 void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
-  UsePage(true);
-  bag_->Let(QStringLiteral("local"), true);
+  engine_->Use(true);
+  request_.BeLocal();
   setWindowTitle(ShownText(title, kMostInTitle));
   ownPage_ = html;
   ShowText(html);
 }
 
-// A page of the program's own.
 void BrowserWindow::ShowText(const QString& html) {
-  bag_->Let(kUrl, QString());
-  ShowChosen(0);
+  request_.SetUrl({});
+  messages_->SetChosen(0);
   rows_.BeginAtEnd(false);
   rows_.Detach();
-  page_->SetLocalPage(QUrl());
-  txLocation_->setReadOnly(true);
-  txLocation_->setText(windowTitle());
-  wbUrl_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
-                                 "content=\"light dark\"><body style=\"font-family:sans-serif;"
-                                 "margin:2em;line-height:1.7\">") +
-                  html);
+  toolbar_->ShowAddress(windowTitle(), false);
+  engine_->ShowHtml(html);
 }
 
 void BrowserWindow::UpdateBrowser() {
-  const QString text = bag_->Text(kUrl);
   rows_.Detach();
-  const QUrl url = IsLocal() ? LocalUrl() : QUrl::fromUserInput(text);
-  page_->SetLocalPage(IsLocal() ? url : QUrl());
-  txLocation_->setReadOnly(IsLocal());
-  txLocation_->setText(IsLocal() ? windowTitle() : text);
-  wbUrl_->load(url);
-  checkRows_.start(kCheckRowsMs);
+  toolbar_->ShowAddress(IsLocal() ? windowTitle() : request_.Url(), !IsLocal());
+  engine_->Load(IsLocal() ? reading_->Url() : QUrl::fromUserInput(request_.Url()), IsLocal());
+  reading_->Begin();
 }
 
-// Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
-// for in between is lost with the former page: without its rows the keys would stay dead.
-void BrowserWindow::CheckRows() {
-  if (!IsLocal() || closing_ || rests_ || rows_.IsReady()) return;
-  if (page_->isLoading()) {
-    checkRows_.start(kCheckRowsMs);
+void BrowserWindow::GoToAddress(const QString& address) {
+  request_.SetUrl(address);
+  UpdateBrowser();
+}
+
+void BrowserWindow::Turn(int step) {
+  if (IsLocal()) {
+    paging_->Turn(step);
   } else {
-    rows_.Attach(page_);
+    engine_->View()->triggerPageAction(step < 0 ? QWebEnginePage::Back : QWebEnginePage::Forward);
   }
 }
 
-void BrowserWindow::SeekClicked() {
-  const bool hasTyped = txSearch_->text().trimmed() != bag_->Text(kSearch);
-  if (bag_->Flag(kOnLoad)) {
-    wbUrl_->stop();
-  } else if (IsLocal() && hasTyped) {
-    SearchFolder();  // with what the box says, rather than what it said
+void BrowserWindow::Seek() {
+  if (request_.IsLoading()) {
+    engine_->View()->stop();
+  } else if (IsLocal() && paging_->HasTypedSearch()) {
+    paging_->Search();  // with what the box says, rather than what it said
   } else {
     Refresh();
   }
 }
 
 void BrowserWindow::Refresh() {
-  if (rests_) return;
+  if (rest_->IsResting()) return;
   if (IsLocal()) {
-    rows_.Keep([this] { MakeAnew(); });
+    rows_.Keep([this] { maker_->MakeAnew([this] { LoadDefaultProperty(nullptr, true); }); });
   } else {
-    wbUrl_->reload();
+    engine_->View()->reload();
   }
-}
-
-void BrowserWindow::MakeAnew() {
-  follows_ = IsAtNewest();
-  LoadDefaultProperty(nullptr, true);
-  follows_ = false;
-}
-
-// Idle moments are used to find out where the pages of a long folder begin.
-void BrowserWindow::Explore() {
-  if (!IsLocal() || bag_->Flag(kOnLoad)) return;
-  const ConditionLimit brief(kBriefMs);
-  const bool hasPages = bag_->Flag(kBefore) || bag_->Flag(kNext);
-  if (hasPages && pages_.Explore(bag_->SerialID(), bag_->Text(kSearch))) {
-    explore_.start(kExplorePauseMs);
-    return;
-  }
-  const ConditionLimit briefer(kCountMs);
-  ShowPageCount(hasPages);
 }
 
 void BrowserWindow::SetLoading(bool loading) {
-  bag_->Let(kOnLoad, loading);
+  request_.SetLoading(loading);
   ControlToolbarUpdate();
 }
 
-void BrowserWindow::DocumentComplete(bool ok) {
+void BrowserWindow::LoadEnded(bool ok) {
   SetLoading(false);
   if (IsLocal()) {
-    DeleteReadPage();
-    explore_.start(kExploreAfterMs);
+    reading_->End();
+    maker_->Counter().BeginSoon();
   } else {
     ShowPlace();
   }
-  rows_.Attach(page_);
-  if (IsForPrinting()) DoPrint();
+  rows_.Attach(engine_->Page());
+  if (request_.IsForPrinting()) printing_->Print();
   Q_EMIT Loaded(ok);
 }
 
 // Where a web page is; it may go on without being loaded anew.
 void BrowserWindow::ShowPlace() {
-  if (IsLocal() || closing_) return;
-  if (!txLocation_->hasFocus()) txLocation_->setText(wbUrl_->url().toString());
-  setWindowTitle(ShownText(wbUrl_->title(), kMostInTitle));
-  UpdateHistoryState();
-}
-
-bool BrowserWindow::IsForPrinting() const {
-  return bag_->Text(u"exec") == u"print";
-}
-
-// A window that was opened to print goes when that is done.
-void BrowserWindow::DoPrint() {
-  if (printer_ != nullptr) return;
-  printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
-  if (!host_.ChoosePrinter(*printer_)) return PrintFinished();
-  if (printer_->outputFormat() == QPrinter::PdfFormat) {
-    // As text, which can be searched; through a printer the engine gives pictures.
-    QPageLayout layout = printer_->pageLayout();
-    layout.setUnits(QPageLayout::Millimeter);
-    layout.setMargins(QMarginsF(0, kPrintMarginMm, 0, kPrintMarginMm));
-    page_->printToPdf(printer_->outputFileName(), layout);
-    return;
-  }
-  // The engine paints whole sheets: with margins of the printer's they would lose their ends.
-  printer_->setFullPage(true);
-  wbUrl_->print(printer_.get());
-}
-
-void BrowserWindow::PrintFinished() {
-  // The engine tells this from a thread that has still to end its painting: the printer outlives
-  // it.
-  const std::shared_ptr<QPrinter> printer(std::move(printer_));
-  QTimer::singleShot(kPrinterRestMs, qApp, [printer] {});
-  if (IsForPrinting()) bag_->Let(QStringLiteral("dust"), true);
-}
-
-void BrowserWindow::UpdateHistoryState() {
-  bag_->Let(kBefore, wbUrl_->history()->canGoBack());
-  bag_->Let(kNext, wbUrl_->history()->canGoForward());
+  if (IsLocal()) return;
+  const QWebEngineView* view = engine_->View();
+  toolbar_->FollowAddress(view->url().toString());
+  setWindowTitle(ShownText(view->title(), kMostInTitle));
+  request_.SetNeighbours(view->history()->canGoBack(), view->history()->canGoForward());
   ControlToolbarUpdate();
 }
 
-// A folder's page is kept in memory, one that is only printed in a file.
-QUrl BrowserWindow::LocalUrl() const {
-  const QString place = bag_->Text(kUrl);
-  return place.startsWith(QLatin1String(PageSource::kScheme)) ? QUrl(place)
-                                                              : QUrl::fromLocalFile(place);
+// What is under way stays, and so do pages of the program's own.
+void BrowserWindow::Rest() {
+  const bool isRead = IsLocal() && request_.HasUrl() && !reading_->IsKept();
+  if (!isRead || request_.IsLoading() || request_.IsForPrinting() || printing_->IsUnderWay()) {
+    return;
+  }
+  reading_->Stop();
+  rest_->Begin();
 }
 
-bool BrowserWindow::HasPage() const {
-  const QUrl url = LocalUrl();
-  return url.isLocalFile() ? QFile::exists(url.toLocalFile())
-                           : profiles_.Pages().Has(url.toString());
+void BrowserWindow::Wake() {
+  rest_->Wake();
 }
 
-void BrowserWindow::DropPage() {
-  if (!IsLocal() || bag_->Text(kUrl).isEmpty()) return;
-  const QUrl url = LocalUrl();
-  url.isLocalFile() ? static_cast<void>(QFile::remove(url.toLocalFile()))
-                    : profiles_.Pages().Forget(url.toString());
+void BrowserWindow::Cover(bool covered) {
+  split_->Cover(covered);
 }
 
-// Tells which page the document is, and whether it is the one that should be shown.
-void BrowserWindow::AskForDocument(const std::function<void(bool isShown)>& then) {
-  page_->runJavaScript(QStringLiteral("location.href"), QWebEngineScript::ApplicationWorld,
-                       [self = QPointer<BrowserWindow>(this), then](const QVariant& address) {
-                         if (self == nullptr || self->closing_) return;
-                         then(QUrl(address.toString()) == self->LocalUrl());
-                       });
+void BrowserWindow::TakeKeys() {
+  rest_->TakeKeys();
 }
 
-// Each page is read once. The end of a loading may be that of the page before this one, whose end
-// must not take away this one.
-void BrowserWindow::DeleteReadPage() {
-  AskForDocument([this](bool isShown) {
-    if (isShown) {
-      attempts_ = 0;
-      DropPage();
-    } else {
-      QTimer::singleShot(kLookAgainMs, this, &BrowserWindow::LookAgain);
-    }
-  });
+int BrowserWindow::CountChosen() const {
+  return messages_->CountChosen();
 }
 
-// Usually the page is only under way; one that the engine gave up would never be seen.
-void BrowserWindow::LookAgain() {
-  const auto waits = [this] {
-    return IsLocal() && page_ != nullptr && !page_->isLoading() && HasPage();
-  };
-  if (closing_ || !waits()) return;
-  AskForDocument([this, waits](bool isShown) {
-    if (!isShown && waits() && attempts_++ < kMostAttempts) Refresh();
-  });
+void BrowserWindow::RunCommand(const QString& command) {
+  commands_->Run(command);
+}
+
+void BrowserWindow::MessagesGone(const QStringList& messages) {
+  maker_->LeaveOut(messages);
+  rows_.LeaveFolder(messages);
 }
 
 void BrowserWindow::ShowModeless() {
@@ -569,7 +353,7 @@ void BrowserWindow::Activate() {
   frame->show();
   frame->raise();
   frame->setFocus();
-  wbUrl_->setFocus();
+  engine_->View()->setFocus();
   // Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
   // with what was chosen then.
   if (rows_.HasRows()) rows_.Leave();

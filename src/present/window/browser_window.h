@@ -1,34 +1,30 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <memory>
 
 #include "frame/request_window.h"
-#include "present/link_command.h"
-#include "present/message_list_page.h"
-#include "present/window/browser_host.h"
-#include "present/window/browser_profiles.h"
+#include "present/window/page_request.h"
 #include "present/window/page_rows.h"
-#include "storage/condition_run.h"
-
-class QAction;
-class QLabel;
-class QLineEdit;
-class QMenu;
-class QPrinter;
-class QToolBar;
-class QToolButton;
-class QWebEngineView;
+#include "storage/context.h"
 
 namespace vorn {
 
-class ConditionWait;
+class BrowserHost;
+class BrowserProfiles;
+class EngineView;
+class FolderPaging;
+class FolderToolbar;
 class LinkPage;
+class MessageListPages;
+class PageCommands;
+class PageMaker;
+class PageMessages;
+class PagePrinting;
+class PageReading;
+class PageRest;
 class PageSplit;
-class ScriptBar;
-enum class OpenMode;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
 /// It keeps its request and reads from it "local", "url" and "Page", and writes back "before",
@@ -47,11 +43,11 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowModeless() override;
   void ShowModal() override { ShowModeless(); }
   void Activate() override;
-  bool Dust() const override { return bag_->Flag(u"dust"); }
+  bool Dust() const override { return request_.IsDust(); }
   void Unload() override;
 
   /// Whether the window shows a folder.
-  bool IsLocal() const { return bag_->Flag(u"local"); }
+  bool IsLocal() const { return request_.IsLocal(); }
   /// Shows another folder in the place of this one, as if it had just been opened.
   void ShowFolder(const QString& folder);
   /// Makes the folder's page anew and shows it.
@@ -65,32 +61,27 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void Cover(bool covered);
   /// Gives the keyboard to the page, unless something else in another part of the program has it.
   void TakeKeys();
-  void LocationUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
   /// Loads "url".
   void UpdateBrowser();
   /// The target name this window answers to.
-  QString WindowName() const { return bag_->Text(u"windowname"); }
+  QString WindowName() const { return request_.WindowName(); }
   /// Makes this the window of a new web page that another page asked for, shown once that page
   /// navigates here and not to a window of its target's name.
   LinkPage* BecomeNewWindow();
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const;
+  QString Search() const { return request_.Search(); }
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   /// How many messages the user has chosen one by one.
-  int CountChosen() const { return chosen_; }
+  int CountChosen() const;
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
   void MessagesGone(const QStringList& messages);
-  /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
-  /// "dust" or "outofdust".
+  /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.
   void ShowOwnPage(const QString& title, const QString& html);
-  /// Prints what is shown.
-  bool IsForPrinting() const;
-  void DoPrint();
   /// Brings the toolbar in line with "before", "next" and "onLoad".
   void ControlToolbarUpdate();
 
@@ -100,111 +91,37 @@ class BrowserWindow : public QWidget, public RequestWindow {
   /// More or fewer messages are chosen.
   void ChosenChanged();
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
-  void BuildControls();
-  void BuildLinkButton();
-  void BuildPageBox();
-  void BuildLocationBox();
-  void BuildSearchBox();
-  void BuildView();
-  QAction* AddButton(const QString& key, void (BrowserWindow::*clicked)());
-  void ShowLinkList();
-  void FollowLink(const QString& address);
-
-  void BuildMessageCommands();
-  QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
-  QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
-                      const std::function<void()>& run);
-  void EnableMessageCommands();
-  void OpenChosen(OpenMode mode);
-  void OnCurrent(const std::function<void(const QString&)>& act);
-  void GiveUpChoice();
-  void GoToUnopened(const QString& from);
-  void ShowMessageOfAnotherPage(const QString& message);
-  bool AgreesToOpen(qsizetype windows);
-  void Act(MessageAction action);
-  bool TakesAway(MessageAction action) const;
-
-  void FirstNavigation(const QUrl& url);
+  void Lay();
+  void TakeView();
+  void ConnectEngine();
+  void ConnectToolbar();
+  void ConnectFolder();
+  void Turn(int step);
+  void Seek();
+  void GoToAddress(const QString& address);
   void TakeName(const QString& name, const QUrl& url);
-  void UsePage(bool local);
-  void MakeAnew();
-  void LetViewGo();
-  bool HasKeysNear() const;
-  void OpenMessage(const LinkCommand& command);
-  void RowTold(const QString& what, const QString& serialId);
-  void ShowChosen(int count);
-  void ChooseFirstPage();
-  bool IsAtNewest() const;
   bool CreatePage();
-  void AskElsewhere(const std::function<void()>& then);
-  void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
-  void AskingStopped();
   void ShowText(const QString& html);
-  void ShowBefore() { TurnPage(-1); }
-  void ShowNext() { TurnPage(1); }
-  void TurnPage(int step);
-  void GoToPage(int page);
-  void GoToTypedPage();
-  void ShowOldest() { GoToPage(1); }
-  void ShowNewest();
-  void Explore();
-  void CheckRows();
-  void ShowPageCount(bool count = false);
-  void SeekClicked();
-  void SearchFolder();
   void SetLoading(bool loading);
-  void DocumentComplete(bool ok);
-  QUrl LocalUrl() const;
-  bool HasPage() const;
-  void DropPage();
-  void AskForDocument(const std::function<void(bool isShown)>& then);
-  void DeleteReadPage();
-  void LookAgain();
-  void PrintFinished();
+  void LoadEnded(bool ok);
   void ShowPlace();
-  void UpdateHistoryState();
 
-  Context& context_;
-  MessageListPages& pages_;
-  const BrowserProfiles& profiles_;
   BrowserHost& host_;
-  DiskPtr bag_;
+  PageRequest request_;
   QString tag_;
-  QToolBar* tbLocation_ = nullptr;
-  QLineEdit* txLocation_ = nullptr;
-  QLineEdit* txSearch_ = nullptr;
-  QWebEngineView* wbUrl_ = nullptr;  // there is none while the window rests
-  LinkPage* page_ = nullptr;
-  PageSplit* split_ = nullptr;
-  ScriptBar* scripts_ = nullptr;
-  ConditionWait* wait_ = nullptr;
-  std::unique_ptr<QPrinter> printer_;  // while a page is being printed
-  QString ownPage_;                    // instead of a folder
+  QString ownPage_;  // instead of a folder
+  FolderToolbar* toolbar_;
   PageRows rows_;
-  QStringList gone_;  // since the folder's messages have been looked for elsewhere
-  QList<QAction*> commands_;
-  int chosen_ = 0;
-  bool follows_ = false;  // the newest page, as it is made anew
-  bool rests_ = false;
-  int attempts_ = 0;  // to load a page that the engine gave up
-  bool closing_ = false;
-  QTimer explore_;
-  QTimer checkRows_;
-  QToolButton* url_ = nullptr;
-  QLineEdit* txPage_ = nullptr;
-  QLabel* lbPages_ = nullptr;
-  QWidget* pageBox_ = nullptr;
-  QAction* oldest_ = nullptr;
-  QAction* newest_ = nullptr;
-  QMenu* messageMenu_ = nullptr;
-  QAction* outOfDust_ = nullptr;
-  QAction* before_ = nullptr;
-  QAction* seek_ = nullptr;
-  QAction* next_ = nullptr;
+  std::unique_ptr<EngineView> engine_;
+  PageSplit* split_;
+  std::unique_ptr<PageReading> reading_;
+  std::unique_ptr<PageMaker> maker_;
+  std::unique_ptr<FolderPaging> paging_;
+  std::unique_ptr<PageMessages> messages_;
+  std::unique_ptr<PageCommands> commands_;
+  std::unique_ptr<PagePrinting> printing_;
+  std::unique_ptr<PageRest> rest_;
 };
 
 }  // namespace vorn

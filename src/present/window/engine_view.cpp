@@ -1,0 +1,97 @@
+#include "present/window/engine_view.h"
+
+#include <QPointer>
+#include <QWebEngineScript>
+#include <QWebEngineView>
+#include <utility>
+
+#include "present/window/browser_profiles.h"
+#include "present/window/link_page.h"
+#include "present/window/script_bar.h"
+
+namespace vorn {
+
+EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
+    : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
+  MakeView();
+}
+
+void EngineView::MakeView() {
+  view_ = new QWebEngineView(&window_);
+  view_->setObjectName(QStringLiteral("wbUrl"));
+  view_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(view_, &QWebEngineView::loadStarted, this, &EngineView::LoadBegan);
+  connect(view_, &QWebEngineView::printFinished, this, &EngineView::PrintEnded);
+  connect(view_, &QWebEngineView::loadFinished, this, &EngineView::LoadEnded);
+  connect(view_, &QWebEngineView::urlChanged, this, &EngineView::PlaceChanged);
+  connect(view_, &QWebEngineView::titleChanged, this, &EngineView::PlaceChanged);
+  connect(view_, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& at) { Q_EMIT MenuWanted(view_->mapToGlobal(at)); });
+}
+
+// A page belongs to one engine profile for life, so a window that changes between a folder and the
+// web changes its page.
+void EngineView::Use(bool local) {
+  if (view_ == nullptr) {
+    MakeView();
+    Q_EMIT Remade();
+  }
+  QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
+  if (page_ != nullptr && page_->profile() == profile) return;
+  delete page_;
+  page_ = new LinkPage(profile, view_);
+  if (local) {
+    scripts_->hide();
+  } else {
+    scripts_->Attach(*page_);
+  }
+  view_->setPage(page_);
+  ConnectPage();
+}
+
+void EngineView::ConnectPage() {
+  connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
+  connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
+  connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
+  connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
+          Qt::QueuedConnection);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &EngineView::Crashed);
+  connect(page_, &QWebEnginePage::pdfPrintingFinished, this, &EngineView::PdfEnded);
+  page_->OnNewWindow(makeWindow_);
+}
+
+void EngineView::LetGo() {
+  if (view_ == nullptr) return;
+  view_->disconnect(this);
+  if (page_ != nullptr) page_->disconnect(this);
+  delete std::exchange(view_, nullptr);
+  page_ = nullptr;
+}
+
+// The engine may report the end of its page as the end of a loading, and answer what it was asked.
+void EngineView::Close() {
+  closed_ = true;
+  LetGo();
+}
+
+void EngineView::Load(const QUrl& url, bool local) {
+  page_->SetLocalPage(local ? url : QUrl());
+  view_->load(url);
+}
+
+void EngineView::ShowHtml(const QString& html) {
+  page_->SetLocalPage(QUrl());
+  view_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
+                                "content=\"light dark\"><body style=\"font-family:sans-serif;"
+                                "margin:2em;line-height:1.7\">") +
+                 html);
+}
+
+void EngineView::Ask(const QString& script, const std::function<void(const QVariant&)>& then) {
+  page_->runJavaScript(script, QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<EngineView>(this), then](const QVariant& answer) {
+                         if (self != nullptr && !self->closed_) then(answer);
+                       });
+}
+
+}  // namespace vorn

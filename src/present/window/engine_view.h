@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+#include "present/link_command.h"
+#include "storage/context.h"
+
+class QPoint;
+class QUrl;
+class QVariant;
+class QWebEnginePage;
+class QWebEngineView;
+class QWidget;
+
+namespace vorn {
+
+class BrowserProfiles;
+class LinkPage;
+class ScriptBar;
+
+/// The engine's view in a browser window, with the page in it. Both may go and come; what they tell
+/// is passed on here until they are let go.
+class EngineView : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Makes a view in `window`, as yet without a page.
+  EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window);
+  ~EngineView() override { Close(); }
+
+  /// Has a page for the local world or for the web, and a view if there is none.
+  void Use(bool local);
+  /// Lets view and page go, with the memory that they take.
+  void LetGo();
+  /// Lets them go for good: what the page was asked is not answered any more.
+  void Close();
+  /// There is none after they were let go.
+  QWebEngineView* View() const { return view_; }
+  LinkPage* Page() const { return page_; }
+  /// The line above a web page whose scripts do not run.
+  ScriptBar* Scripts() const { return scripts_; }
+  /// Makes the page of a new window that a web page asks for.
+  void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
+
+  /// Loads a local page or one of the web; the page is one for that.
+  void Load(const QUrl& url, bool local);
+  /// Shows words of the program's own, on a local page.
+  void ShowHtml(const QString& html);
+  /// Asks the page by a script of the program's. The answer is empty when the page goes.
+  void Ask(const QString& script, const std::function<void(const QVariant&)>& then);
+
+ Q_SIGNALS:
+  /// There is another view than before.
+  void Remade();
+  void LoadBegan();
+  void LoadEnded(bool ok);
+  /// The page has another address or title.
+  void PlaceChanged();
+  /// The menu is wanted at a place of the screen.
+  void MenuWanted(const QPoint& at);
+  void PrintEnded();
+  void PdfEnded(const QString& path, bool written);
+  /// The page's process has ended.
+  void Crashed();
+  // See `LinkPage`.
+  void CommandFollowed(const vorn::LinkCommand& command);
+  void RowTold(const QString& what, const QString& serialId);
+  void MailtoFollowed(const QString& url);
+  void FirstNavigation(const QUrl& url);
+
+ private:
+  void MakeView();
+  void ConnectPage();
+
+  const BrowserProfiles& profiles_;
+  QWidget& window_;
+  ScriptBar* scripts_;
+  QWebEngineView* view_ = nullptr;
+  LinkPage* page_ = nullptr;
+  std::function<QWebEnginePage*()> makeWindow_;
+  bool closed_ = false;
+};
+
+}  // namespace vorn

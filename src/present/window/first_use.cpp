@@ -1,0 +1,37 @@
+#include "present/window/first_use.h"
+
+#include "mail/message_rows.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+bool IsFirstUse(Context& context) {
+  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty()) {
+    return false;
+  }
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  const RecordsetPtr rows = mail ? MessageRows(context.Data).All() : nullptr;
+  return rows != nullptr && rows->Eof();
+}
+
+QString FirstUseText() {
+  const QString steps[] = {
+      Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
+             "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。"),
+      Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
+      Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
+             "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
+      Ui::tr("<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
+             "パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。"),
+      Ui::tr("<b>使い方</b>: F1キー。")};
+  QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
+                 Ui::tr("メールを受信するには、アカウントを追加してください。") +
+                 QStringLiteral("</p><ul>");
+  for (const QString& step : steps) text += QStringLiteral("<li>") + step + QStringLiteral("</li>");
+  return text + QStringLiteral("</ul>");
+}
+
+}  // namespace vorn

@@ -1,0 +1,69 @@
+#include "present/window/folder_paging.h"
+
+#include "present/window/folder_toolbar.h"
+#include "present/window/page_maker.h"
+#include "present/window/page_request.h"
+#include "present/window/page_rows.h"
+
+namespace vorn {
+
+FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& maker,
+                           FolderToolbar& toolbar)
+    : request_(request), rows_(rows), maker_(maker), toolbar_(toolbar) {
+  connect(&toolbar_, &FolderToolbar::FirstWanted, this, [this] { GoTo(1); });
+  connect(&toolbar_, &FolderToolbar::LastWanted, this, &FolderPaging::GoToLast);
+  connect(&toolbar_, &FolderToolbar::TypedPageWanted, this, &FolderPaging::GoToTyped);
+  connect(&toolbar_, &FolderToolbar::SearchWanted, this, &FolderPaging::Search);
+  // The button that empties the box shows the whole folder again.
+  connect(&toolbar_, &FolderToolbar::SearchEmptied, this, [this] {
+    if (!request_.Search().isEmpty()) Search();
+  });
+  connect(&maker_.Counter(), &PageCounter::Counted, &toolbar_, &FolderToolbar::ShowPageCount);
+}
+
+void FolderPaging::GoTo(int page) {
+  if (!request_.IsLocal()) return;
+  toolbar_.ForgetTypedPage();
+  rows_.BeginAtEnd(false);
+  request_.SetPage(page);
+  Q_EMIT PageWanted();
+}
+
+void FolderPaging::Turn(int step) {
+  GoTo(request_.Page() + step);
+}
+
+void FolderPaging::GoToTyped() {
+  maker_.LastPage([this](int last) {
+    GoTo(qBound(1, toolbar_.TypedPage(), last));
+    Q_EMIT KeysWanted();
+  });
+}
+
+void FolderPaging::GoToLast() {
+  if (!request_.IsLocal()) return;
+  maker_.LastPage([this](int last) {
+    GoTo(last);
+    maker_.BeginAtNewest();
+  });
+}
+
+// What is found is a page of the folder like any other.
+void FolderPaging::Search() {
+  if (!request_.IsLocal()) return;
+  request_.SetSearch(toolbar_.TypedSearch());
+  toolbar_.ShowPageCount(0);
+  GoTo(request_.Search().isEmpty() ? PageRequest::kFirstShown : 1);
+}
+
+bool FolderPaging::HasTypedSearch() const {
+  return toolbar_.TypedSearch() != request_.Search();
+}
+
+void FolderPaging::GiveUpSearch() {
+  if (request_.Search().isEmpty()) return;
+  toolbar_.ClearSearch();
+  Search();
+}
+
+}  // namespace vorn

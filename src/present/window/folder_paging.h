@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+
+namespace vorn {
+
+class FolderToolbar;
+class PageMaker;
+class PageRequest;
+class PageRows;
+
+/// Goes to the pages of a folder that the toolbar asks for, and searches the folder. On a web page
+/// it does nothing.
+class FolderPaging : public QObject {
+  Q_OBJECT
+
+ public:
+  FolderPaging(PageRequest& request, PageRows& rows, PageMaker& maker, FolderToolbar& toolbar);
+
+  void GoTo(int page);
+  void Turn(int step);
+  /// Searches for what is typed, or shows all messages when that is nothing.
+  void Search();
+  /// Whether something else is typed than what is searched for.
+  bool HasTypedSearch() const;
+  /// Shows all messages again.
+  void GiveUpSearch();
+
+ Q_SIGNALS:
+  /// The request asks for another page than before.
+  void PageWanted();
+  /// The user has typed where to go and goes on there.
+  void KeysWanted();
+
+ private:
+  void GoToTyped();
+  void GoToLast();
+
+  PageRequest& request_;
+  PageRows& rows_;
+  PageMaker& maker_;
+  FolderToolbar& toolbar_;
+};
+
+}  // namespace vorn

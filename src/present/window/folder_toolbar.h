@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QWidget>
+
+#include "present/window/page_rows.h"
+#include "storage/context.h"
+
+class QAction;
+class QLineEdit;
+class QToolBar;
+
+namespace vorn {
+
+class LinkButton;
+class PageBox;
+
+/// The line above a browser window's page: turning pages, loading anew, the links, the address, the
+/// search of the folder.
+class FolderToolbar : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// Its keys act in all of `window`.
+  FolderToolbar(Context& context, QWidget* window);
+
+  struct State {
+    bool isFolder = false;
+    bool canSearch = false;
+    bool isLoading = false;
+    bool hasBefore = false;
+    bool hasNext = false;
+    int page = 1;
+  };
+  /// Shows how it stands with the page.
+  void Show(const State& state);
+  /// How many pages the folder has; 0 when that is not known.
+  void ShowPageCount(int pages);
+  /// Shows an address that the user may replace, or a title.
+  void ShowAddress(const QString& text, bool isEditable);
+  /// The page has gone to another address by itself: shows that unless the user is typing one.
+  void FollowAddress(const QString& address);
+  /// Lists the links of the page.
+  void ListLinks(const QList<PageRows::Link>& links);
+  /// The number of the page that the user has typed; 0 when it is no number.
+  int TypedPage() const;
+  /// The user goes elsewhere: the page's number is shown again.
+  void ForgetTypedPage();
+  /// What is typed to search for.
+  QString TypedSearch() const;
+  void ClearSearch();
+
+ Q_SIGNALS:
+  void BeforeWanted();
+  void NextWanted();
+  void FirstWanted();
+  void LastWanted();
+  void TypedPageWanted();
+  /// The page is to be loaded anew, or its loading to be stopped.
+  void SeekWanted();
+  void LinksWanted();
+  void LinkFollowed(const QString& address);
+  void AddressTyped(const QString& address);
+  /// What is typed is to be searched for.
+  void SearchWanted();
+  /// The box has been emptied.
+  void SearchEmptied();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void BuildButtons();
+  void BuildPageBox();
+  void BuildAddress();
+  void BuildSearch();
+  QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
+
+  Context& context_;
+  QToolBar* tbLocation_;
+  QLineEdit* txLocation_ = nullptr;
+  QLineEdit* txSearch_ = nullptr;
+  LinkButton* links_ = nullptr;
+  PageBox* pages_ = nullptr;
+  QAction* before_ = nullptr;
+  QAction* seek_ = nullptr;
+  QAction* next_ = nullptr;
+};
+
+}  // namespace vorn

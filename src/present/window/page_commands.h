@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QList>
+#include <QObject>
+#include <functional>
+
+#include "present/window/browser_host.h"
+
+class QAction;
+class QMenu;
+class QWidget;
+
+namespace vorn {
+
+class PageMessages;
+class PageRequest;
+class PageRows;
+enum class OpenMode;
+
+/// The keys of a folder's page and the menu of its messages. They act while the page has the
+/// keyboard; in the boxes of the toolbar they type.
+class PageCommands : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The actions belong to `window`, where they are found by their names.
+  PageCommands(PageMessages& messages, PageRows& rows, const PageRequest& request, QWidget& window);
+  ~PageCommands() override;
+
+  /// A view takes the keys.
+  void AddTo(QWidget& view);
+  /// Shows the menu if there are messages.
+  void PopUp(const QPoint& at);
+  /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
+  /// "dust" or "outofdust". The user is told when none is chosen.
+  void Run(const QString& command);
+
+ Q_SIGNALS:
+  /// The choice is given up while there is none.
+  void NothingToGiveUp();
+
+ private:
+  QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
+  QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
+                      const std::function<void()>& run);
+  void BuildMenu();
+  void BuildOpening();
+  void BuildActions();
+  void BuildFromMessage();
+  void BuildMoves();
+  void Enable();
+  void GiveUpChoice();
+
+  PageMessages& messages_;
+  PageRows& rows_;
+  const PageRequest& request_;
+  QWidget& window_;
+  QMenu* menu_;
+  QList<QAction*> actions_;
+  QAction* outOfDust_ = nullptr;
+};
+
+}  // namespace vorn

@@ -1,0 +1,43 @@
+#include "present/window/page_counter.h"
+
+#include "present/message_list_page.h"
+#include "present/window/condition_wait.h"
+#include "present/window/page_request.h"
+#include "storage/condition_limit.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kExploreAfterMs = 1000;
+constexpr int kExplorePauseMs = 20;
+constexpr int kCountMs = 100;  // for the number of pages
+
+}  // namespace
+
+PageCounter::PageCounter(MessageListPages& pages, const PageRequest& request)
+    : pages_(pages), request_(request) {
+  pause_.setSingleShot(true);
+  connect(&pause_, &QTimer::timeout, this, &PageCounter::Explore);
+}
+
+void PageCounter::BeginSoon() {
+  pause_.start(kExploreAfterMs);
+}
+
+void PageCounter::Explore() {
+  if (!request_.IsLocal() || request_.IsLoading()) return;
+  const ConditionLimit brief(kBriefMs);
+  const bool hasPages = request_.HasBefore() || request_.HasNext();
+  if (hasPages && pages_.Explore(request_.Folder(), request_.Search())) {
+    pause_.start(kExplorePauseMs);
+    return;
+  }
+  const ConditionLimit briefer(kCountMs);
+  Tell(hasPages);
+}
+
+void PageCounter::Tell(bool count) {
+  Q_EMIT Counted(pages_.CountPages(request_.Folder(), request_.Search(), count));
+}
+
+}  // namespace vorn

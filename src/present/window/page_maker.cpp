@@ -1,0 +1,199 @@
+#include "present/window/page_maker.h"
+
+#include <QSet>
+#include <QTimer>
+#include <utility>
+
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "present/message_list_page.h"
+#include "present/window/condition_wait.h"
+#include "present/window/first_use.h"
+#include "present/window/page_reading.h"
+#include "present/window/page_request.h"
+#include "present/window/page_rows.h"
+#include "storage/condition_limit.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kLookAgainMs = 2000;
+
+}  // namespace
+
+PageMaker::PageMaker(Context& context, MessageListPages& pages, PageReading& reading,
+                     PageRequest& request, PageRows& rows)
+    : context_(context),
+      pages_(pages),
+      reading_(reading),
+      request_(request),
+      rows_(rows),
+      counter_(pages, request),
+      wait_(new ConditionWait(context, [this] { TellStopped(); })) {}
+
+QWidget* PageMaker::Bar() const {
+  return wait_;
+}
+
+QString PageMaker::Question() const {
+  return pages_.Question(request_.Folder(), request_.Search());
+}
+
+bool PageMaker::Make() {
+  const DiskPtr folder = LoadObject(context_, request_.Folder());
+  if (folder == nullptr) return request_.HasUrl();
+  Q_EMIT Named(folder->Text(u"Object"));
+  if (wait_->IsAsking(Question())) {
+    if (request_.HasUrl()) Q_EMIT PageStays();
+    return false;
+  }
+  wait_->Stop();
+  reading_.Drop();
+  if (request_.Folder() == fixed_serial::kInbox && IsFirstUse(context_)) {
+    Q_EMIT TextWanted(FirstUseText());
+    request_.SetPage(PageRequest::kFirstShown);
+    return false;
+  }
+  if (request_.Page() == PageRequest::kFirstShown) ChooseFirstPage();
+  if (const auto page = WriteInTime()) return Keep(*page);
+  AskElsewhere([this] { Q_EMIT AnewWanted(); });
+  return false;
+}
+
+void PageMaker::MakeAnew(const std::function<void()>& make) {
+  follows_ = IsAtNewest();
+  make();
+  follows_ = false;
+}
+
+PageMaker::Written PageMaker::Write() {
+  Written page;
+  page.bytes = pages_.FolderPage(request_.Folder(), request_.Page(), page.before, page.next,
+                                 request_.Search());
+  return page;
+}
+
+// Nothing when it takes too long to find the folder's messages here.
+std::optional<PageMaker::Written> PageMaker::WriteInTime() {
+  const ConditionLimit brief(kBriefMs);
+  // The number of a first page that could not be counted is still to be chosen.
+  if (request_.Page() == PageRequest::kFirstShown) return {};
+  Written page = Write();
+  if (brief.IsReached()) return {};
+  // What has come begins a further page.
+  if (page.next && std::exchange(follows_, false)) {
+    ChooseFirstPage();
+    if (request_.Page() == PageRequest::kFirstShown) return {};
+    page = Write();
+  }
+  // The last page may have lost all its messages.
+  if (!page.next && request_.Page() > 1) {
+    const int last = qMax(1, pages_.CountPages(request_.Folder(), request_.Search()));
+    if (request_.Page() > last) {
+      request_.SetPage(last);
+      page = Write();
+    }
+  }
+  if (brief.IsReached()) return {};
+  return page;
+}
+
+bool PageMaker::Keep(const Written& page) {
+  // The first page after the words that stood in its place.
+  if (!request_.HasUrl()) rows_.BeginAtEnd(rows_.StaysAtEnd());
+  reading_.Keep(page.bytes);
+  request_.SetNeighbours(page.before, page.next);
+  Q_EMIT Made();
+  if (!page.bytes.isEmpty()) return true;
+  TellFailure(context_.Data.LastError().text);
+  return false;
+}
+
+void PageMaker::TellFailure(const QString& reason) {
+  Q_EMIT TextWanted(Ui::tr("<p>フォルダを表示できません。</p><p>") + reason.toHtmlEscaped() +
+                    QStringLiteral("</p>"));
+}
+
+bool PageMaker::IsNewestFirst() const {
+  return Settings(context_)->Flag(u"NewestFirst");
+}
+
+// A folder opens at its first messages, or where the setting says so at its newest.
+void PageMaker::ChooseFirstPage() {
+  const bool newest = Settings(context_)->Flag(u"MessagesNewest") && !IsNewestFirst();
+  {
+    const ConditionLimit brief(kBriefMs);
+    const int pages = newest ? pages_.CountPages(request_.Folder()) : 1;
+    request_.SetPage(brief.IsReached() ? PageRequest::kFirstShown : qMax(1, pages));
+  }
+  if (request_.Page() != PageRequest::kFirstShown) {
+    rows_.BeginAtEnd(newest);
+    rows_.StayAtEnd(newest);
+  }
+  counter_.Tell();
+}
+
+// Whether the user looks at what came last and at nothing in particular.
+bool PageMaker::IsAtNewest() const {
+  return rows_.StaysAtEnd() && rows_.WasAtEnd() && request_.Search().isEmpty() &&
+         !request_.HasNext();
+}
+
+void PageMaker::BeginAtNewest() {
+  rows_.BeginAtEnd(!IsNewestFirst());
+}
+
+void PageMaker::LastPage(const std::function<void(int)>& then) {
+  const ConditionLimit brief(kBriefMs);
+  const int last = pages_.CountPages(request_.Folder(), request_.Search());
+  if (brief.IsReached()) return AskElsewhere([this, then] { LastPage(then); });
+  then(qMax(1, last));
+}
+
+// A page of the folder that is in sight stays.
+void PageMaker::AskElsewhere(const std::function<void()>& then) {
+  if (request_.HasUrl()) {
+    Q_EMIT PageStays();
+  } else if (!request_.IsForPrinting()) {
+    Q_EMIT TextWanted(Ui::tr("<p>読み込み中です。</p>"));
+  }
+  wait_->Ask(Question(),
+             [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
+  gone_.clear();
+}
+
+void PageMaker::TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then) {
+  if (answer.error) return TellFailure(answer.error.text);
+  QStringList serialIds;
+  for (const QVariant& value : answer.values) serialIds.append(value.toString());
+  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
+    return gone.contains(message);
+  });
+  pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
+  if (wait_->TakeAgain()) LookAgain();
+  then();
+}
+
+// What has changed while the messages were looked for may not be in the answer.
+void PageMaker::LookAgain() {
+  const QString folder = request_.Folder();
+  const QString search = request_.Search();
+  QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
+    if (!request_.IsLocal() || request_.Folder() != folder || request_.Search() != search) return;
+    pages_.Forget(folder, search);
+    Q_EMIT AnewWanted();
+  });
+}
+
+void PageMaker::StopAsking() {
+  wait_->Stop();
+}
+
+void PageMaker::TellStopped() {
+  if (request_.HasUrl()) return;
+  Q_EMIT TextWanted(Ui::tr("<p>中止しました。もう一度探すには「更新」を押してください。</p>"));
+}
+
+}  // namespace vorn

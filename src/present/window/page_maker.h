@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+#include "present/window/page_counter.h"
+#include "storage/condition_run.h"
+
+class QWidget;
+
+namespace vorn {
+
+class ConditionWait;
+class PageReading;
+class PageRequest;
+class PageRows;
+
+/// Makes the page of a request's folder. What takes long is asked on a thread of its own, with a
+/// bar above the page meanwhile.
+class PageMaker : public QObject {
+  Q_OBJECT
+
+ public:
+  PageMaker(Context& context, MessageListPages& pages, PageReading& reading, PageRequest& request,
+            PageRows& rows);
+
+  /// Makes the page that the request asks for and writes into the request which it is and what is
+  /// before and after it. Whether there is a page to load; else it has told what to show, or will.
+  /// A folder that is not available leaves the request as it was.
+  bool Make();
+  /// Has `make` call that for a page that is in sight. Who looks at what came last sees what comes
+  /// next.
+  void MakeAnew(const std::function<void()>& make);
+  /// Gives the number of the last page, now or when the folder's messages have been found.
+  void LastPage(const std::function<void(int)>& then);
+  /// The page that comes begins with the newest message in sight.
+  void BeginAtNewest();
+
+  /// Messages have left the folder: they are none of those that are being looked for.
+  void LeaveOut(const QStringList& messages) { gone_ += messages; }
+  void StopAsking();
+  /// The bar.
+  QWidget* Bar() const;
+  /// What counts the folder's pages.
+  PageCounter& Counter() { return counter_; }
+
+ Q_SIGNALS:
+  /// The folder is called so.
+  void Named(const QString& name);
+  /// The request has been brought in line with a new page.
+  void Made();
+  /// Words are to be shown in the place of a page, as HTML.
+  void TextWanted(const QString& html);
+  /// The page in sight stays, since none comes in its place for now.
+  void PageStays();
+  /// The page can be made now and is to be made anew.
+  void AnewWanted();
+
+ private:
+  struct Written {
+    QByteArray bytes;
+    bool before = false;
+    bool next = false;
+  };
+  Written Write();
+  std::optional<Written> WriteInTime();
+  bool Keep(const Written& page);
+  void ChooseFirstPage();
+  bool IsAtNewest() const;
+  bool IsNewestFirst() const;
+  QString Question() const;
+  void AskElsewhere(const std::function<void()>& then);
+  void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
+  void LookAgain();
+  void TellStopped();
+  void TellFailure(const QString& reason);
+
+  Context& context_;
+  MessageListPages& pages_;
+  PageReading& reading_;
+  PageRequest& request_;
+  PageRows& rows_;
+  PageCounter counter_;
+  ConditionWait* wait_;
+  QStringList gone_;      // since the folder's messages have been looked for elsewhere
+  bool follows_ = false;  // the newest page, as it is made anew
+};
+
+}  // namespace vorn

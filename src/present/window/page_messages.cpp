@@ -1,0 +1,170 @@
+#include "present/window/page_messages.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <utility>
+
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
+#include "mail/message_model.h"
+#include "mail/window/message_host.h"
+#include "objects/object_types.h"
+#include "present/message_list_page.h"
+#include "present/neighbour_message.h"
+#include "present/window/page_request.h"
+#include "present/window/page_rows.h"
+#include "present/window/page_split.h"
+#include "storage/condition_limit.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kManyWindows = 5;
+constexpr int kSearchMs = 2000;  // the window stands still meanwhile
+
+bool AgreesToOpen(QWidget& window, qsizetype windows) {
+  const auto answer = ShowBox(
+      &window, QMessageBox::Question,
+      Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？").arg(windows),
+      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  return answer == QMessageBox::Ok;
+}
+
+}  // namespace
+
+PageMessages::PageMessages(Context& context, MessageListPages& pages, const PageRequest& request,
+                           PageRows& rows, PageSplit& split, BrowserHost& host, QWidget& window)
+    : context_(context),
+      pages_(pages),
+      request_(request),
+      rows_(rows),
+      split_(split),
+      host_(host),
+      window_(window) {
+  connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& message) {
+    host_.OpenMessage(static_cast<int>(mode), message, mode != OpenMode::Show);
+  });
+}
+
+// The user may be asked, which must not happen inside the engine's answer.
+void PageMessages::WithCurrent(const std::function<void(const QString&)>& act) {
+  rows_.Current([this, act](const QString& message) {
+    QTimer::singleShot(0, this, [act, message] { act(message); });
+  });
+}
+
+// All chosen messages are read, one is answered.
+void PageMessages::Open(OpenMode mode) {
+  if (mode == OpenMode::Show) {
+    rows_.Chosen([this](const QStringList& messages) {
+      QTimer::singleShot(0, this, [this, messages] { OpenEach(messages); });
+    });
+    return;
+  }
+  WithCurrent([this, mode](const QString& message) {
+    if (!message.isEmpty()) host_.OpenMessage(static_cast<int>(mode), message, true);
+  });
+}
+
+void PageMessages::OpenEach(const QStringList& messages) {
+  if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
+  for (const QString& message : messages) {
+    host_.OpenMessage(static_cast<int>(OpenMode::Show), message, false);
+  }
+}
+
+void PageMessages::OpenInWindow(const LinkCommand& command) {
+  host_.OpenMessage(command.openMode, command.serialId, command.isNew);
+  new SecondClick;
+}
+
+// Where messages are read at the side, one click reads there, and a second one opens.
+void PageMessages::Follow(const LinkCommand& command) {
+  if (command.openMode != static_cast<int>(OpenMode::Show) || !split_.HasPane()) {
+    OpenInWindow(command);
+  }
+}
+
+void PageMessages::Told(const QString& what, const QString& message) {
+  if (what == u"chosen") SetChosen(message.toInt());
+  if (what == u"row") split_.ShowRow(message);
+  if (what == u"kept" && !split_.RowKept(message)) rows_.Leave();
+  if (what == u"twice" && split_.HasPane()) OpenInWindow({0, false, message});
+}
+
+void PageMessages::SetChosen(int count) {
+  if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
+}
+
+void PageMessages::AddToBook() {
+  rows_.Chosen([this](const QStringList& messages) {
+    if (messages.isEmpty()) return;
+    QTimer::singleShot(0, this, [this, messages] { host_.Messages().AddToBook(messages); });
+  });
+}
+
+void PageMessages::Print() {
+  WithCurrent([this](const QString& message) {
+    if (!message.isEmpty()) split_.Print(message);
+  });
+}
+
+void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
+  WithCurrent([this, command](const QString& message) {
+    if (!message.isEmpty()) (host_.Messages().*command)(message);
+  });
+}
+
+void PageMessages::GoToUnopened() {
+  WithCurrent([this](const QString& message) { GoToUnopenedAfter(message); });
+}
+
+void PageMessages::GoToUnopenedAfter(const QString& message) {
+  const ConditionLimit brief(kSearchMs);
+  const QString next = NextUnopened(context_, request_.Folder(), request_.Search(), message);
+  if (next.isEmpty()) {
+    host_.Tell(brief.IsReached() ? context_.Data.LastError().text
+                                 : Ui::tr("ほかに未開封のメッセージはありません。"));
+    return;
+  }
+  rows_.GoToMessage(
+      next, [this, next] { QTimer::singleShot(0, this, [this, next] { GoToPageOf(next); }); });
+}
+
+void PageMessages::GoToPageOf(const QString& message) {
+  const ConditionLimit brief(kSearchMs);
+  const qint64 before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
+  if (before < 0) return host_.Tell(context_.Data.LastError().text);
+  Q_EMIT PageWanted(pages_.PageOf(before));
+  rows_.BeginAtMessage(message);
+}
+
+// Whether the messages are gone from the folder without a question.
+bool PageMessages::TakesAway(MessageAction action) const {
+  return action == (request_.Folder() == fixed_serial::kDust ? MessageAction::OutOfDust
+                                                             : MessageAction::ToDust);
+}
+
+void PageMessages::Act(MessageAction action) {
+  const auto act = [this, action, folder = request_.Folder()](const QStringList& messages) {
+    if (messages.isEmpty()) return;
+    QTimer::singleShot(0, this,
+                       [this, messages, action, folder] { ActOn(messages, action, folder); });
+  };
+  split_.StopMarking();  // whatever is done, it is the user's word now
+  TakesAway(action) ? rows_.Take(act) : rows_.Chosen(act);
+}
+
+// The window may close or show another folder while the user is asked.
+void PageMessages::ActOn(const QStringList& messages, MessageAction action, const QString& folder) {
+  const QPointer<PageMessages> self(this);
+  const QStringList gone = host_.ActOnMessages(action, messages, folder);
+  if (self == nullptr || request_.Folder() != folder) return;
+  Q_EMIT Gone(gone);
+  QStringList stayed = TakesAway(action) ? messages : QStringList();
+  stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });
+  rows_.GiveBack(stayed);
+}
+
+}  // namespace vorn

@@ -1,0 +1,69 @@
+#include "present/window/page_printing.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QPageLayout>
+#include <QPrinter>
+#include <QTimer>
+#include <QWebEngineView>
+#include <utility>
+
+#include "kit/window/plain_text.h"
+#include "present/window/browser_host.h"
+#include "present/window/engine_view.h"
+#include "present/window/link_page.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kPrinterRestMs = 10000;
+constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps away from the sides
+
+}  // namespace
+
+PagePrinting::PagePrinting(EngineView& engine, BrowserHost& host, QWidget& window)
+    : engine_(engine), host_(host), window_(window) {
+  connect(&engine_, &EngineView::PrintEnded, this, &PagePrinting::End);
+  connect(&engine_, &EngineView::PdfEnded, this, &PagePrinting::EndPdf);
+}
+
+// Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
+// it is done, so the printer is left to it.
+PagePrinting::~PagePrinting() {
+  static_cast<void>(printer_.release());
+}
+
+void PagePrinting::Print() {
+  if (IsUnderWay()) return;
+  printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+  if (!host_.ChoosePrinter(*printer_)) return End();
+  if (printer_->outputFormat() == QPrinter::PdfFormat) {
+    // As text, which can be searched; through a printer the engine gives pictures.
+    QPageLayout layout = printer_->pageLayout();
+    layout.setUnits(QPageLayout::Millimeter);
+    layout.setMargins(QMarginsF(0, kPrintMarginMm, 0, kPrintMarginMm));
+    engine_.Page()->printToPdf(printer_->outputFileName(), layout);
+    return;
+  }
+  // The engine paints whole sheets: with margins of the printer's they would lose their ends.
+  printer_->setFullPage(true);
+  engine_.View()->print(printer_.get());
+}
+
+void PagePrinting::EndPdf(const QString& path, bool written) {
+  if (!written) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
+  }
+  End();
+}
+
+// The engine tells this from a thread that has still to end its painting: the printer outlives it.
+void PagePrinting::End() {
+  const std::shared_ptr<QPrinter> printer(std::move(printer_));
+  QTimer::singleShot(kPrinterRestMs, qApp, [printer] {});
+  Q_EMIT Ended();
+}
+
+}  // namespace vorn

@@ -1,0 +1,54 @@
+#include "present/window/page_rest.h"
+
+#include <QApplication>
+#include <QTabBar>
+#include <QTimer>
+#include <QWebEngineView>
+#include <utility>
+
+#include "present/window/engine_view.h"
+#include "present/window/page_rows.h"
+
+namespace vorn {
+
+PageRest::PageRest(EngineView& engine, PageRows& rows, QWidget& window, QWidget& around)
+    : engine_(engine), rows_(rows), window_(window), around_(around) {}
+
+void PageRest::Begin() {
+  if (std::exchange(rests_, true)) return;
+  rows_.Keep([this] { QTimer::singleShot(0, this, &PageRest::LetGo); });
+}
+
+// The user may be back before the page has told its place.
+void PageRest::LetGo() {
+  if (engine_.View() == nullptr) return;
+  if (!rests_) {
+    Q_EMIT AnewWanted();
+    return;
+  }
+  engine_.LetGo();
+  Q_EMIT Gone();
+}
+
+void PageRest::Wake() {
+  if (!std::exchange(rests_, false) || engine_.View() != nullptr) return;
+  const bool hadFocus = HasKeysNear();
+  Q_EMIT AnewWanted();
+  // The keys are the page's, as they were.
+  if (hadFocus && engine_.View() != nullptr) engine_.View()->setFocus();
+}
+
+// What is around the view has the keyboard too, as when the view was let go or another tab chosen.
+bool PageRest::HasKeysNear() const {
+  const QWidget* focus = QApplication::focusWidget();
+  return focus == nullptr || window_.isAncestorOf(focus) || focus->isAncestorOf(&window_) ||
+         qobject_cast<const QTabBar*>(focus) != nullptr;
+}
+
+void PageRest::TakeKeys() {
+  const QWidget* focus = QApplication::focusWidget();
+  const bool isInPage = focus != nullptr && around_.isAncestorOf(focus);
+  if (engine_.View() != nullptr && !isInPage && HasKeysNear()) engine_.View()->setFocus();
+}
+
+}  // namespace vorn
