@@ -1,6 +1,7 @@
 #include "mail/table_formulas.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace vorn {
 namespace {
@@ -52,6 +53,8 @@ bool ActsAsFormula(const QString& formula) {
   static const QRegularExpression call(
       QStringLiteral("(?<!\\w)(\\w+\\.)*(WEBSERVICE|IMAGE|RTD|DDE|CALL|REGISTER)\\s*\\("),
       QRegularExpression::CaseInsensitiveOption);
+  const auto isSign = [](QChar c) { return c == u'|' || c == u'\'' || c == u'('; };
+  if (std::none_of(formula.begin(), formula.end(), isSign)) return false;
   QString rest = formula;
   rest.remove(text);
   if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch()) return true;
