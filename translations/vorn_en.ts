@@ -3880,10 +3880,6 @@ Remove the password?</translation>
         <translation>There are no other unopened messages.</translation>
     </message>
     <message>
-        <source>入力したのは変える前のパスワードです。今のパスワードを入力してください。</source>
-        <translation>This is the password from before the change. Enter the present one.</translation>
-    </message>
-    <message>
         <source>ディスクの空き容量が足りないので、「%1」を今のパスワードに合わせられません。</source>
         <translation>There is not enough room on the disk to bring “%1” under the present password.</translation>
     </message>
@@ -3918,6 +3914,14 @@ Remove the password?</translation>
     <message>
         <source>「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、パスワードが変わる前の古い複製です。今のパスワードを入力してください。</source>
         <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
+    </message>
+    <message>
+        <source>このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力したのが変える前のパスワードなら、今のパスワードを入力してください。</source>
+        <translation>With this password only files open that are not those of the last use. If it is the password from before you changed it, enter the present one.</translation>
+    </message>
+    <message>
+        <source>プロファイルのファイルは、どれも最後に使ったときのものではありません（古い複製です）。そのときのパスワードで開けます。</source>
+        <translation>None of the profile’s files is the one of the last use (they are older copies). They open with the password of that time.</translation>
     </message>
 </context>
 </TS>

@@ -137,7 +137,9 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
     if (!OpensAny(context, CurrentFiles(context, profile, mail), password)) {
       return context.Data.FailWith(
           {StorageError::Kind::Other,
-           Ui::tr("入力したのは変える前のパスワードです。今のパスワードを入力してください。")});
+           Ui::tr("このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力"
+                  "した"
+                  "のが変える前のパスワードなら、今のパスワードを入力してください。")});
     }
     const QList<LostFile> lost = LostFiles(context, profile, password);
     if (std::any_of(lost.begin(), lost.end(),
@@ -152,8 +154,17 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
   return context.Data.FailWith(reason);
 }
 
+// A whole folder that was copied back from before the password changed opens with the password of
+// then.
+bool AllAreOlder(const Context& context, const Disk& profile) {
+  const QStringList files = ProfileFiles(context, profile);
+  return std::all_of(files.begin(), files.end(), [&](const QString& file) {
+    return !HasContent(file) || IsUnderOtherKeyThanNoted(context, profile, file);
+  });
+}
+
 // What a user can do who has no password and whose code is not remembered any more.
-void TellOfCode(Context& context, const Disk& profile, const QString& typed) {
+void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
   if (context.Data.LastError().kind != StorageError::Kind::WrongPassword) return;
   const CodeFile file = CodeFileOf(context, profile);
   const QString name = QDir::toNativeSeparators(file.Path());
@@ -171,6 +182,12 @@ void TellOfCode(Context& context, const Disk& profile, const QString& typed) {
         {StorageError::Kind::Other,
          sentence.arg(name) +
              Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。")});
+  } else if (AllAreOlder(context, profile)) {
+    context.Data.FailWith(
+        {StorageError::Kind::Other,
+         Ui::tr(
+             "プロファイルのファイルは、どれも最後に使ったときのものではありません（古い複製です）"
+             "。そのときのパスワードで開けます。")});
   }
 }
 
@@ -205,7 +222,7 @@ LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& t
   if (!HoldProfile(context, *profile)) return LoginCheck::Refused;
   const QString password = PasswordFor(context, *profile, typed);
   if (!PasswordFits(context, *profile, password)) {
-    TellOfCode(context, *profile, typed);
+    TellOfFiles(context, *profile, typed);
     // Who only tried must not keep others from their work.
     if (context.Session->SerialID() != profile->SerialID()) context.Lock.reset();
     return LoginCheck::Refused;

@@ -119,10 +119,12 @@ TEST_F(EditingTest, ConditionsThatCannotBeShownStayAsTheyAre) {
   ObjectsWindow& window = Open(object_type::kFolder, folder->SerialID());
   auto& list = Child<ConditionEditor>(window, u"lvCondition");
   list.cellWidget(1, 3)->findChildren<QCheckBox*>()[1]->setChecked(true);
+  qobject_cast<QComboBox*>(list.cellWidget(4, 0))->setCurrentIndex(1);
   PressOk();
   const QStringList changed = Stored(folder->SerialID())->Text(u"Condition").split(kLineBreak);
   EXPECT_EQ(ParseConditionLine(changed.value(1))->values.join(u','), QStringLiteral("2,4,9"));
-  EXPECT_EQ(changed.mid(2), lines.mid(2));
+  EXPECT_EQ(changed.mid(2, 2), lines.mid(2, 2));
+  EXPECT_TRUE(ParseConditionLine(changed.value(4))->joinedByAnd) << "another connector alone";
 }
 
 TEST_F(EditingTest, AConditionThatTakesLongIsCountedWhileTheWindowLives) {
