@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QList>
 #include <QtEndian>
 #include <array>
 
