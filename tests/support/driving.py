@@ -136,6 +136,7 @@ class Vorn:
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([str(program), "--data", str(data), "--announce"],
                                             env=display.environment, stdin=subprocess.DEVNULL,
+                                            cwd=pathlib.Path(data).parent,
                                             stdout=subprocess.PIPE, stderr=log, text=True)
         self.reader = threading.Thread(target=self.read, daemon=True)
         self.reader.start()
