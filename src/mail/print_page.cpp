@@ -61,14 +61,30 @@ const QByteArray kBody = "<body";
 // What of the elements around the table could hide it.
 constexpr const char* kInSight =
     "display:block;visibility:visible;opacity:1;float:none;width:auto;min-width:0;max-width:none;"
-    "height:auto;max-height:none;overflow:visible;padding:0;border:0;text-indent:0;";
+    "height:auto;max-height:none;overflow:visible;padding:0;border:0;text-indent:0;"
+    "outline:0;border-image:none;box-shadow:none;";
+// What of the element around the mail could be drawn over it.
+const QByteArray kInItsPlace =
+    "display:flow-root;overflow:clip;margin:0;padding:0;border:0;border-image:none;outline:0;"
+    "box-shadow:none;width:auto;min-width:0;max-width:none;";
+
+// Where a text begins in a tag, not in the value of an attribute; -1 when the tag ends before.
+qsizetype FindInTag(const QByteArray& document, QByteArrayView text, qsizetype from) {
+  bool isQuoted = false;
+  for (qsizetype at = from; at < document.size(); ++at) {
+    if (!isQuoted && QByteArrayView(document).sliced(at).startsWith(text)) return at;
+    if (!isQuoted && document[at] == '>') return -1;
+    if (document[at] == '"') isQuoted = !isQuoted;
+  }
+  return -1;
+}
 
 // Behind what the mail says at its body, or in its place.
 void ShieldBody(QByteArray& document, qsizetype body) {
   const QByteArray rest = Important(kInSight + QByteArrayLiteral("margin:0;"));
   const QByteArray begin = " style=\"";
-  const qsizetype own = document.indexOf(begin, body);
-  if (own < 0 || own > document.indexOf('>', body)) {
+  const qsizetype own = FindInTag(document, begin, body);
+  if (own < 0) {
     document.insert(body + kBody.size(), rest);
   } else {
     document.insert(document.indexOf('"', own + begin.size()),
@@ -80,9 +96,8 @@ QByteArray WithHead(QByteArray document, const QByteArray& table) {
   ShieldBody(document, document.indexOf(kBody, document.indexOf("</head>")));
   const qsizetype body = document.indexOf(kBody, document.indexOf("</head>"));
   document.insert(document.lastIndexOf("</body>"), "</div>");
-  document.insert(
-      document.indexOf('>', body) + 1,
-      Shielded(table) + "<div" + Important("display:flow-root;overflow:clip;margin:0;") + '>');
+  document.insert(FindInTag(document, ">", body) + 1,
+                  Shielded(table) + "<div" + Important(kInItsPlace) + '>');
   return document.replace(
       document.indexOf(kHtml), kHtml.size(),
       "<html" + Important(kInSight + QByteArrayLiteral("margin:0 15mm;overflow-wrap:anywhere;")) +

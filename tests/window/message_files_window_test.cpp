@@ -425,6 +425,12 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
                       "margin-left:-900px}</style>x"),
        QStringLiteral("<style>*{direction:rtl!important;unicode-bidi:bidi-override!important}"
                       "</style>x"),
+       QStringLiteral("<style>html,body,body>div{outline:900px solid white!important;"
+                      "outline-offset:-900px!important}</style>x"),
+       QStringLiteral("<style>body>div{border-image:linear-gradient(white,white) 0 fill/0/500px"
+                      "!important;border-image-outset:500px!important}</style>x"),
+       QStringLiteral("<style>body{margin-top:-400px!important;display:none!important}</style>"
+                      "<body title=' style=\">' class='x>'>x"),
        QStringLiteral("<b>").repeated(5000) + u'x'};
   QWebEngineView view;
   view.resize(800, 600);
