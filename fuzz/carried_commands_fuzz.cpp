@@ -8,9 +8,12 @@ using namespace vorn;
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const QByteArray bytes = fuzz::Bytes(data, size).toByteArray();
-  const QDeadlineTimer never(QDeadlineTimer::Forever);
+  const LookBound bound(nullptr);
   ActsOfPdf(bytes);
-  HoldsOfPart(bytes, never);
+  OfficePart part(bound);
+  part.Add(bytes.first(bytes.size() / 3));
+  part.Add(bytes.sliced(bytes.size() / 3));
+  part.Holds();
   HasFormula(QString::fromUtf8(bytes));
   StartsPrograms(QString::fromUtf8(bytes));
   // A script is found whatever stands before it, unless that is found first.

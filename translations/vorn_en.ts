@@ -3923,5 +3923,37 @@ Remove the password?</translation>
         <source>プロファイルのファイルは、どれも最後に使ったときのものではありません（古い複製です）。そのときのパスワードで開けます。</source>
         <translation>None of the profile’s files is the one of the last use (they are older copies). They open with the password of that time.</translation>
     </message>
+    <message>
+        <source>開くだけでほかの場所に接続する連絡先</source>
+        <translation>a contact card that connects to another place when it is opened</translation>
+    </message>
+    <message>
+        <source>パスワード付きの文書</source>
+        <translation>a document with a password</translation>
+    </message>
+    <message>
+        <source>古い形式の文書</source>
+        <translation>a document of an old format</translation>
+    </message>
+    <message>
+        <source>添付ファイルを開く</source>
+        <translation>Open attachment</translation>
+    </message>
+    <message>
+        <source>添付ファイルの中身を調べています…</source>
+        <translation>Looking into the attachment…</translation>
+    </message>
+    <message>
+        <source>「%1」の中身は確かめられません（%2）。マクロなどのプログラムが入っていることもあります。知っている人から送られてくるはずのファイルのときだけ開いてください。
+
+名前が示す種類: %3
+
+開きますか？</source>
+        <translation>What &quot;%1&quot; holds cannot be checked (%2). There may be macros or other programs in it. Open it only if it comes from somebody you know and you expected it.
+
+Kind by its name: %3
+
+Open it?</translation>
+    </message>
 </context>
 </TS>

@@ -28,13 +28,24 @@ bool Acts(QStringView line, bool isInAlarm) {
          (isInAlarm && value.contains(u"://"));
 }
 
+QString Unfolded(QString lines) {
+  static const QRegularExpression fold(QStringLiteral("(\\r\\n|\\r|\\n)[ \\t]"));
+  return lines.remove(fold);
+}
+
 }  // namespace
 
+bool LoadsPictures(const QString& card) {
+  static const QRegularExpression picture(
+      QStringLiteral("^\\s*([\\w-]+\\.)?(PHOTO|LOGO|SOUND)[;:][^\\r\\n]*(://|\\\\\\\\)"),
+      QRegularExpression::CaseInsensitiveOption | QRegularExpression::MultilineOption);
+  QString lines = Unfolded(card);
+  return picture.match(lines.replace(u'\r', u'\n')).hasMatch();
+}
+
 bool StartsPrograms(const QString& calendar) {
-  static const QRegularExpression fold(QStringLiteral("(\\r\\n|\\r|\\n)[ \\t]"));
   static const QRegularExpression end(QStringLiteral("[\\r\\n]+"));
-  QString unfolded = calendar;
-  unfolded.remove(fold);
+  const QString unfolded = Unfolded(calendar);
   bool isInAlarm = false;
   for (const QStringView whole : QStringView(unfolded).split(end)) {
     const QStringView line = whole.trimmed();

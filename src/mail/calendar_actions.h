@@ -8,4 +8,8 @@ namespace vorn {
 /// computer.
 bool StartsPrograms(const QString& calendar);
 
+/// Whether a card (vCard, RFC 6350) has a picture, a logo or a sound that lies on another computer,
+/// which is fetched to show it.
+bool LoadsPictures(const QString& card);
+
 }  // namespace vorn

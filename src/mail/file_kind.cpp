@@ -89,9 +89,42 @@ bool IsText(const QByteArray& bytes) {
   });
 }
 
+bool HasStream(const QByteArray& bytes, QStringView name) {
+  QByteArray utf16;
+  for (const QChar c : name) utf16.append(char(c.unicode() & 0xFF)).append(char(c.unicode() >> 8));
+  return bytes.contains(utf16);
+}
+
+// Documents in compound files (MS-CFB), and in RTF: macros of a kind are seen by the names of their
+// streams, others not.
+FileKind KindOfOldDocument(const QMimeType& name, const QByteArray& bytes) {
+  const bool isOpen = HasStream(bytes, u"_VBA_PROJECT") || HasStream(bytes, u"ObjectPool") ||
+                      HasStream(bytes, u"Ole10Native") || bytes.contains("\\obj");
+  if (isOpen) {
+    return {FileKind::Danger::MayAct, Words(name), Ui::tr("マクロやほかのファイルの入った文書")};
+  }
+  return {FileKind::Danger::Unknown, Words(name),
+          HasStream(bytes, u"EncryptedPackage") ? Ui::tr("パスワード付きの文書")
+                                                : Ui::tr("古い形式の文書")};
+}
+
+bool IsOldDocument(const QMimeType& name, const QMimeType& content) {
+  static const QSet<QString> inCompoundFiles = {QStringLiteral("application/msword"),
+                                                QStringLiteral("application/vnd.ms-excel"),
+                                                QStringLiteral("application/vnd.ms-powerpoint")};
+  if (name.name() == u"application/rtf") return content == name;
+  // What is encrypted stands in such a file under the new names.
+  const bool isNamed =
+      inCompoundFiles.contains(name.name()) ||
+      (HarmlessTypes().contains(name.name()) && name.name().contains(u"officedocument"));
+  return isNamed && (content.name() == u"application/x-ole-storage" ||
+                     inCompoundFiles.contains(content.name()));
+}
+
 }  // namespace
 
-FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
+FileKind KindOfFile(const QString& name, const QByteArray& bytes, const std::atomic<bool>* stop) {
+  using Danger = FileKind::Danger;
   const QMimeDatabase database;
   const QMimeType byName =
       database.mimeTypeForFile(SafeFileName(name).toLower(), QMimeDatabase::MatchExtension);
@@ -99,11 +132,13 @@ FileKind KindOfFile(const QString& name, const QByteArray& bytes) {
   if (byContent.isDefault() && byName.inherits(QStringLiteral("text/plain")) && IsText(bytes)) {
     byContent = database.mimeTypeForName(QStringLiteral("text/plain"));
   }
+  if (IsOldDocument(byName, byContent)) return KindOfOldDocument(byName, bytes);
   if (!HarmlessTypes().contains(byName.name()) || !Confirms(byContent, byName)) {
-    return {false, Words(byName), Words(byContent)};
+    return {Danger::MayAct, Words(byName), Words(byContent)};
   }
-  const QString commands = CarriedCommands(byName.name(), bytes);
-  return {commands.isEmpty(), Words(byName), commands.isEmpty() ? Words(byContent) : commands};
+  const CarriedCommands carried = FindCommands(byName.name(), bytes, LookBound(stop));
+  if (carried.words.isEmpty()) return {Danger::None, Words(byName), Words(byContent)};
+  return {carried.isSeen ? Danger::MayAct : Danger::Unknown, Words(byName), carried.words};
 }
 
 }  // namespace vorn

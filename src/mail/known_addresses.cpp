@@ -7,6 +7,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
+#include "storage/shown_text.h"
 
 namespace vorn {
 namespace {
@@ -19,7 +20,9 @@ class AddressCollector {
     const QString key = entry.address.toLower();
     if (key.isEmpty() || seen_.contains(key)) return;
     seen_.insert(key);
-    texts_.append(TypedForm(entry));
+    AddressEntry plain = entry;
+    plain.displayName = WithoutDirectionMarks(entry.displayName);
+    texts_.append(TypedForm(plain));
   }
   void AddLines(const QString& lines) {
     for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {

@@ -11,6 +11,7 @@
 #include "mail/compose_message.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -109,8 +110,12 @@ QString WithPrefix(const QString& prefix, qsizetype number, const QString& subje
   return prefix + count + QStringLiteral(": ") + subject;
 }
 
-QString SubjectIn(OpenMode mode, const QString& subject, qsizetype identifiers,
+// The words behind "Re: " are the sender's, who shall not turn round what the user writes before
+// them.
+QString SubjectIn(OpenMode mode, const QString& original, qsizetype identifiers,
                   const EditSettings& settings) {
+  const bool goesOn = IsReply(mode) || IsForward(mode);
+  const QString subject = goesOn ? WithoutDirectionMarks(original) : original;
   if (!settings.editMode) return subject;
   if (IsReply(mode)) {
     const QString bare =

@@ -1,9 +1,12 @@
 #include "mail/office_part.h"
 
+#include <expat.h>
+
 #include <QRegularExpression>
-#include <QXmlStreamReader>
 #include <algorithm>
 #include <initializer_list>
+#include <memory>
+#include <vector>
 
 #include "mail/table_formulas.h"
 #include "mail/word_fields.h"
@@ -11,154 +14,266 @@
 namespace vorn {
 namespace {
 
-using Attributes = QXmlStreamAttributes;
+constexpr int kElementsBetweenLooks = 1000;  // at the clock
+constexpr char kBehindNamespace = '\n';
 
-constexpr int kTokensBetweenLooks = 1000;  // at the clock
+using View = QByteArrayView;  // of UTF-8, as the parser gives it
 
-bool IsOneOf(QStringView name, std::initializer_list<QStringView> names) {
+bool IsOneOf(View name, std::initializer_list<View> names) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool HasOneOf(QStringView text, std::initializer_list<QStringView> parts) {
-  return std::any_of(parts.begin(), parts.end(),
-                     [text](QStringView part) { return text.contains(part, Qt::CaseInsensitive); });
+bool HasOneOf(View text, std::initializer_list<const char*> parts) {
+  const QString whole = QString::fromUtf8(text);
+  return std::any_of(parts.begin(), parts.end(), [&whole](const char* part) {
+    return whole.contains(QLatin1StringView(part), Qt::CaseInsensitive);
+  });
 }
 
+struct Name {
+  View space;  // the namespace
+  View local;
+
+  explicit Name(View whole) {
+    const qsizetype end = whole.lastIndexOf(kBehindNamespace);
+    local = whole.sliced(end + 1);
+    if (end > 0) space = whole.first(end);
+  }
+};
+
+struct Attribute {
+  Name name;
+  View value;
+};
+
+using Attributes = std::vector<Attribute>;
+
 // By the local name, whichever its namespace.
-QStringView ValueOf(const Attributes& attributes, QStringView name) {
-  for (const QXmlStreamAttribute& attribute : attributes) {
-    if (attribute.name() == name) return attribute.value();
+View ValueOf(const Attributes& attributes, View name) {
+  for (const Attribute& attribute : attributes) {
+    if (attribute.name.local == name) return attribute.value;
   }
   return {};
 }
 
-bool IsOutside(QStringView address) {
+bool IsOutside(View address) {
   static const QRegularExpression outside(
       QStringLiteral("^\\s*(?!data:)([a-z][a-z0-9+.-]*:|//|\\\\\\\\|/|\\.\\./)"),
       QRegularExpression::CaseInsensitiveOption);
-  return !address.isEmpty() && outside.match(address.toString()).hasMatch();
+  return !address.isEmpty() && outside.match(QString::fromUtf8(address)).hasMatch();
 }
 
 // On another computer. Templates and tables beside a document are named by their paths, which are
 // found on the computer of who wrote it.
-bool IsElsewhere(QStringView address) {
+bool IsElsewhere(View address) {
   static const QRegularExpression local(
       QStringLiteral("^\\s*+(file:///[a-z]:|[a-z]:[\\\\/]|(?![a-z][a-z0-9+.-]+:|//|\\\\\\\\))"),
       QRegularExpression::CaseInsensitiveOption);
-  return !local.match(address.toString()).hasMatch();
+  return !local.match(QString::fromUtf8(address)).hasMatch();
 }
 
 // Relationships (Open Packaging Conventions); a hyperlink waits for a click, and a table in a
 // document (`package`) is what a chart is drawn from.
 OfficeHolds HoldsOfRelationship(const Attributes& attributes) {
-  const QStringView type = ValueOf(attributes, u"Type");
-  const QStringView kind = type.sliced(type.lastIndexOf(u'/') + 1);
-  if (IsOneOf(kind,
-              {u"vbaProject", u"wordVbaData", u"oleObject", u"control", u"activeXControlBinary",
-               u"aFChunk", u"xlMacrosheet", u"xlIntlMacrosheet", u"webextension"})) {
+  const View type = ValueOf(attributes, "Type");
+  const View kind = type.sliced(type.lastIndexOf('/') + 1);
+  if (IsOneOf(kind, {"vbaProject", "wordVbaData", "oleObject", "control", "activeXControlBinary",
+                     "aFChunk", "xlMacrosheet", "xlIntlMacrosheet", "webextension"})) {
     return OfficeHolds::Commands;
   }
   const bool isExternal =
-      ValueOf(attributes, u"TargetMode").compare(u"External", Qt::CaseInsensitive) == 0;
-  return isExternal && kind != u"hyperlink" && IsElsewhere(ValueOf(attributes, u"Target"))
+      ValueOf(attributes, "TargetMode").compare("External", Qt::CaseInsensitive) == 0;
+  return isExternal && kind != "hyperlink" && IsElsewhere(ValueOf(attributes, "Target"))
              ? OfficeHolds::Contact
              : OfficeHolds::Nothing;
 }
 
 // Data of elsewhere that is fetched when the document opens, or every so many minutes.
 bool RefreshesItself(const Attributes& attributes) {
-  return IsOneOf(ValueOf(attributes, u"refreshOnLoad"), {u"1", u"true"}) ||
-         ValueOf(attributes, u"interval").toInt() > 0;
+  return IsOneOf(ValueOf(attributes, "refreshOnLoad"), {"1", "true"}) ||
+         ValueOf(attributes, "interval").toInt() > 0;
 }
 
-bool IsCommand(QStringView name, QStringView space, const Attributes& attributes) {
-  if (IsOneOf(name, {u"ddeLink", u"oleLink", u"dde-connection-decl", u"dde-source", u"dde-link",
-                     u"object-ole", u"applet"})) {
+bool IsCommand(const Name& name, const Attributes& attributes) {
+  if (IsOneOf(name.local, {"ddeLink", "oleLink", "dde-connection-decl", "dde-source", "dde-link",
+                           "object-ole", "applet"})) {
     return true;
   }
-  if (name == u"fldSimple") return ActsAsField(ValueOf(attributes, u"instr").toString());
-  if (IsOneOf(name, {u"Override", u"Default"})) {
-    return HasOneOf(ValueOf(attributes, u"ContentType"),
-                    {u"vbaProject", u"macroEnabled", u"activeX", u"oleObject"});
+  if (name.local == "fldSimple")
+    return ActsAsField(QString::fromUtf8(ValueOf(attributes, "instr")));
+  if (IsOneOf(name.local, {"Override", "Default"})) {
+    return HasOneOf(ValueOf(attributes, "ContentType"),
+                    {"vbaProject", "macroEnabled", "activeX", "oleObject"});
   }
-  if (IsOneOf(name, {u"connection", u"queryTable"})) return RefreshesItself(attributes);
-  if (name == u"script") return space.contains(u":office:");
-  if (name != u"event-listener") return false;
-  return space.contains(u":script:") ||
-         IsOneOf(ValueOf(attributes, u"action"), {u"execute", u"macro", u"verb"});
+  if (IsOneOf(name.local, {"connection", "queryTable"})) return RefreshesItself(attributes);
+  if (name.local == "script") return name.space.contains(":office:");
+  if (name.local != "event-listener") return false;
+  return name.space.contains(":script:") ||
+         IsOneOf(ValueOf(attributes, "action"), {"execute", "macro", "verb"});
 }
 
 // What is loaded with the document and lies outside of it. Links wait for a click; the template is
 // looked for when the user asks for its styles.
-bool LoadsFromOutside(QStringView name, QStringView space, const Attributes& attributes) {
-  if (name == u"cacheSource") return ValueOf(attributes, u"type") == u"external";
-  if (IsOneOf(name, {u"database-source-sql", u"database-source-query", u"database-source-table"})) {
+bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
+  if (name.local == "cacheSource") return ValueOf(attributes, "type") == "external";
+  if (IsOneOf(name.local,
+              {"database-source-sql", "database-source-query", "database-source-table"})) {
     return true;
   }
-  if (IsOneOf(name, {u"a", u"template", u"area-rectangle", u"area-circle", u"area-polygon"}) ||
-      (space.contains(u":form:") && IsOneOf(name, {u"form", u"button"}))) {
+  if (IsOneOf(name.local, {"a", "template", "area-rectangle", "area-circle", "area-polygon"}) ||
+      (name.space.contains(":form:") && IsOneOf(name.local, {"form", "button"}))) {
     return false;
   }
-  const bool isPicture = space == u"http://www.w3.org/2000/svg" || space.contains(u":vml");
-  for (const QXmlStreamAttribute& attribute : attributes) {
-    const bool isLink = attribute.name() == u"href" || attribute.name() == u"src";
-    if (isLink && (isPicture || attribute.namespaceUri() == u"http://www.w3.org/1999/xlink") &&
-        IsOutside(attribute.value())) {
-      return attribute.name() == u"src" || !space.contains(u":vml");  // a shape's own hyperlink
+  const bool isVml = name.space.contains(":vml");
+  const bool isPicture = isVml || name.space == "http://www.w3.org/2000/svg";
+  for (const Attribute& attribute : attributes) {
+    const bool isLink = attribute.name.local == "href" || attribute.name.local == "src";
+    if (isLink && (isPicture || attribute.name.space == "http://www.w3.org/1999/xlink") &&
+        IsOutside(attribute.value)) {
+      return attribute.name.local == "src" || !isVml;  // a shape's own hyperlink
     }
   }
   return false;
 }
 
-OfficeHolds HoldsOfElement(const QXmlStreamReader& xml) {
-  const Attributes attributes = xml.attributes();
-  if (xml.name() == u"Relationship") return HoldsOfRelationship(attributes);
-  if (IsCommand(xml.name(), xml.namespaceUri(), attributes)) return OfficeHolds::Commands;
-  for (const QXmlStreamAttribute& attribute : attributes) {
-    if ((attribute.name() == u"action" &&
-         HasOneOf(attribute.value(), {u"ppaction://program", u"ppaction://macro"})) ||
-        (attribute.name() == u"formula" && ActsAsFormula(attribute.value().toString()))) {
+OfficeHolds HoldsOfElement(const Name& name, const Attributes& attributes) {
+  if (name.local == "Relationship") return HoldsOfRelationship(attributes);
+  if (IsCommand(name, attributes)) return OfficeHolds::Commands;
+  for (const Attribute& attribute : attributes) {
+    if ((attribute.name.local == "action" &&
+         HasOneOf(attribute.value, {"ppaction://program", "ppaction://macro"})) ||
+        (attribute.name.local == "formula" && ActsAsFormula(QString::fromUtf8(attribute.value)))) {
       return OfficeHolds::Commands;
     }
   }
-  return LoadsFromOutside(xml.name(), xml.namespaceUri(), attributes) ? OfficeHolds::Contact
-                                                                      : OfficeHolds::Nothing;
-}
-
-// Field codes and formulas, which are the text of elements.
-OfficeHolds HoldsOfText(QXmlStreamReader& xml, WordFields& fields) {
-  constexpr auto kWhole = QXmlStreamReader::IncludeChildElements;
-  bool acts = false;
-  if (IsOneOf(xml.name(), {u"instrText", u"delInstrText"})) {
-    fields.Add(xml.readElementText(kWhole));
-  } else if (IsOneOf(xml.name(), {u"f", u"definedName"})) {
-    acts = ActsAsFormula(xml.readElementText(kWhole));
-  } else if (xml.name() == u"fldChar") {
-    const QXmlStreamAttributes attributes = xml.attributes();
-    const QStringView type = ValueOf(attributes, u"fldCharType");
-    if (type == u"begin") fields.Begin();
-    if (type == u"separate") fields.Separate();
-    if (type == u"end") fields.End();
-  }
-  return acts ? OfficeHolds::Commands : OfficeHolds::Nothing;
+  return LoadsFromOutside(name, attributes) ? OfficeHolds::Contact : OfficeHolds::Nothing;
 }
 
 }  // namespace
 
-OfficeHolds HoldsOfPart(const QByteArray& part, const QDeadlineTimer& deadline) {
-  QXmlStreamReader xml(part);
-  WordFields fields;
-  for (int tokens = 1; !xml.atEnd(); ++tokens) {
-    xml.readNext();
-    const bool isLate = tokens % kTokensBetweenLooks == 0 && deadline.hasExpired();
-    if (isLate || xml.tokenType() == QXmlStreamReader::DTD) return OfficeHolds::Unreadable;
-    if (xml.tokenType() != QXmlStreamReader::StartElement) continue;
-    OfficeHolds holds = HoldsOfElement(xml);
-    if (holds == OfficeHolds::Nothing) holds = HoldsOfText(xml, fields);
-    if (holds != OfficeHolds::Nothing) return holds;
+// Stops at the first thing that acts.
+class OfficePart::Look {
+ public:
+  explicit Look(const LookBound& bound)
+      : bound_(bound), parser_(XML_ParserCreateNS(nullptr, kBehindNamespace)) {
+    XML_Parser parser = parser_.get();
+    XML_SetUserData(parser, this);
+    XML_SetElementHandler(
+        parser,
+        [](void* look, const XML_Char* name, const XML_Char** attributes) {
+          static_cast<Look*>(look)->Begin(Name(name), attributes);
+        },
+        [](void* look, const XML_Char* /*name*/) { static_cast<Look*>(look)->End(); });
+    XML_SetCharacterDataHandler(parser, [](void* look, const XML_Char* text, int size) {
+      static_cast<Look*>(look)->Text(View(text, size));
+    });
+    // Entities of the sender's own; no document has them.
+    XML_SetStartDoctypeDeclHandler(
+        parser, [](void* look, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+          static_cast<Look*>(look)->Stop(OfficeHolds::Unreadable);
+        });
   }
-  if (fields.Act()) return OfficeHolds::Commands;
-  return xml.hasError() ? OfficeHolds::Unreadable : OfficeHolds::Nothing;
+
+  void Parse(View bytes, bool isLast) {
+    // The parser counts in int.
+    for (; isRead_ && bytes.size() > kMostAtOnce; bytes = bytes.sliced(kMostAtOnce)) {
+      ParseOnce(bytes.first(kMostAtOnce), false);
+    }
+    ParseOnce(bytes, isLast);
+  }
+
+  OfficeHolds Holds() const {
+    if (holds_ != OfficeHolds::Nothing) return holds_;
+    if (fields_.Act()) return OfficeHolds::Commands;
+    return isRead_ ? OfficeHolds::Nothing : OfficeHolds::Unreadable;
+  }
+
+ private:
+  static constexpr qsizetype kMostAtOnce = 1 << 20;
+
+  enum class Kept { Nothing, FieldCode, Formula };
+
+  struct Free {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+  };
+
+  void ParseOnce(View bytes, bool isLast) {
+    isRead_ = isRead_ && XML_Parse(parser_.get(), bytes.data(), static_cast<int>(bytes.size()),
+                                   isLast ? XML_TRUE : XML_FALSE) == XML_STATUS_OK;
+  }
+
+  void Stop(OfficeHolds holds) {
+    // The parser may still tell of the end of an element that has none of its own.
+    if (holds_ == OfficeHolds::Nothing) holds_ = holds;
+    XML_StopParser(parser_.get(), XML_FALSE);
+  }
+
+  void Begin(const Name& name, const XML_Char** pairs) {
+    ++depth_;
+    attributes_.clear();
+    for (; *pairs != nullptr; pairs += 2) attributes_.push_back({Name(pairs[0]), View(pairs[1])});
+    const OfficeHolds holds = HoldsOfElement(name, attributes_);
+    if (holds != OfficeHolds::Nothing) return Stop(holds);
+    if (++elements_ % kElementsBetweenLooks == 0 && bound_.IsReached()) {
+      return Stop(OfficeHolds::Unreadable);
+    }
+    if (kept_ != Kept::Nothing) return;
+    if (IsOneOf(name.local, {"instrText", "delInstrText"})) Keep(Kept::FieldCode);
+    if (IsOneOf(name.local, {"f", "definedName"})) Keep(Kept::Formula);
+    if (name.local == "fldChar") PassFieldMark(ValueOf(attributes_, "fldCharType"));
+  }
+
+  void PassFieldMark(View type) {
+    if (type == "begin") fields_.Begin();
+    if (type == "separate") fields_.Separate();
+    if (type == "end") fields_.End();
+  }
+
+  // From here to the end of this element, with what stands within.
+  void Keep(Kept kept) {
+    kept_ = kept;
+    keptDepth_ = depth_;
+    text_.clear();
+  }
+
+  void Text(View text) {
+    if (kept_ != Kept::Nothing) text_.append(text);
+  }
+
+  void End() {
+    const bool isWhole = kept_ != Kept::Nothing && depth_ == keptDepth_;
+    --depth_;
+    if (!isWhole) return;
+    const QString text = QString::fromUtf8(text_);
+    if (kept_ == Kept::FieldCode) fields_.Add(text);
+    if (kept_ == Kept::Formula && ActsAsFormula(text)) Stop(OfficeHolds::Commands);
+    kept_ = Kept::Nothing;
+  }
+
+  const LookBound& bound_;
+  std::unique_ptr<XML_ParserStruct, Free> parser_;
+  WordFields fields_;
+  Attributes attributes_;  // of the element at hand
+  OfficeHolds holds_ = OfficeHolds::Nothing;
+  Kept kept_ = Kept::Nothing;
+  QByteArray text_;     // field code or formula
+  bool isRead_ = true;  // well-formed so far
+  int depth_ = 0;
+  int keptDepth_ = 0;
+  int elements_ = 0;
+};
+
+OfficePart::OfficePart(const LookBound& bound) : look_(std::make_unique<Look>(bound)) {}
+
+OfficePart::~OfficePart() = default;
+
+void OfficePart::Add(QByteArrayView bytes) {
+  look_->Parse(bytes, false);
+}
+
+OfficeHolds OfficePart::Holds() {
+  look_->Parse({}, true);
+  return look_->Holds();
 }
 
 }  // namespace vorn

@@ -1,14 +1,29 @@
 #pragma once
 
-#include <QByteArray>
-#include <QDeadlineTimer>
+#include <QByteArrayView>
+#include <memory>
 
+#include "mail/look_bound.h"
 #include "mail/office_parts.h"
 
 namespace vorn {
 
-/// What a part of an office document, in XML, holds. Which element means what is told by its name
-/// alone: a document has no use for another meaning. What takes longer is not readable.
-OfficeHolds HoldsOfPart(const QByteArray& part, const QDeadlineTimer& deadline);
+/// A part of an office document, in XML, that is looked into while it is unpacked. Which element
+/// means what is told by its name alone: a document has no use for another meaning.
+class OfficePart {
+ public:
+  /// What takes longer than `bound`, which must outlive it, is not readable.
+  explicit OfficePart(const LookBound& bound);
+  ~OfficePart();
+
+  void Add(QByteArrayView bytes);
+  /// At its end.
+  OfficeHolds Holds();
+
+ private:
+  class Look;
+
+  std::unique_ptr<Look> look_;
+};
 
 }  // namespace vorn

@@ -1,7 +1,7 @@
 #include "mail/office_parts.h"
 
-#include <QDeadlineTimer>
 #include <QIODevice>
+#include <optional>
 
 #include "mail/codec/zip_files.h"
 #include "mail/office_part.h"
@@ -9,9 +9,8 @@
 namespace vorn {
 namespace {
 
-constexpr qint64 kMostBytes = 256 * 1024 * 1024;
-constexpr qint64 kLargestPart = 32 * 1024 * 1024;
-constexpr qint64 kMostMs = 3000;
+constexpr qint64 kMostBytes = 1024 * 1024 * 1024;
+constexpr qsizetype kLargestDrawing = 32 * 1024 * 1024;
 
 bool LooksLikeXml(const QByteArray& head) {
   static const QByteArray kMarks[] = {"\xEF\xBB\xBF",
@@ -27,49 +26,70 @@ bool LooksLikeXml(const QByteArray& head) {
   return begin.startsWith('<') || (begin.isEmpty() && !head.isEmpty());
 }
 
-// Keeps a part when it is XML, and counts what it does not keep.
+// Looks into a part when it is XML, and counts what it is not.
 class PartReader : public QIODevice {
  public:
-  PartReader() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+  explicit PartReader(const LookBound& bound) : bound_(bound) {
+    open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+  }
 
   void Begin(const QString& name) {
     name_ = name.toLower();
-    part_.clear();
-    isKept_ = true;
+    head_.clear();
+    drawing_.clear();
+    part_.reset();
+    isEmpty_ = true;
   }
   // What is called XML and is none is encrypted.
-  OfficeHolds Look() const {
-    if (deadline_.hasExpired()) return OfficeHolds::Unreadable;
-    if (isKept_ && LooksLikeXml(part_.first(qMin(part_.size(), kHead)))) {
-      const OfficeHolds holds = HoldsOfPart(part_, deadline_);
+  OfficeHolds Look() {
+    if (bound_.IsReached()) return OfficeHolds::Unreadable;
+    if (head_.size() < kHead) Recognise();
+    if (part_) {
+      const OfficeHolds holds = part_->Holds();
       // Notes of spreadsheets are drawn in a form that is not always well-formed.
-      const bool isDrawing = name_.endsWith(u".vml") && !part_.contains("http");
+      const bool isDrawing = IsDrawing() && !drawing_.contains("http");
       return isDrawing && holds == OfficeHolds::Unreadable ? OfficeHolds::Nothing : holds;
     }
     const bool isCalledXml = name_.endsWith(u".xml") || name_.endsWith(u".rels");
-    return isCalledXml && !part_.isEmpty() ? OfficeHolds::Unreadable : OfficeHolds::Nothing;
+    return isCalledXml && !isEmpty_ ? OfficeHolds::Unreadable : OfficeHolds::Nothing;
   }
 
  protected:
   qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
   qint64 writeData(const char* data, qint64 size) override {
     total_ += size;
-    if (total_ > kMostBytes || deadline_.hasExpired()) return -1;
-    if (!isKept_) return size;
-    part_.append(data, size);
-    if (part_.size() > kLargestPart) return -1;
-    isKept_ = part_.size() < kHead || LooksLikeXml(part_.first(kHead));
+    isEmpty_ = isEmpty_ && size == 0;
+    if (total_ > kMostBytes || bound_.IsReached()) return -1;
+    if (IsDrawing()) drawing_.append(data, size);
+    if (drawing_.size() > kLargestDrawing) return -1;
+    const QByteArrayView bytes(data, size);
+    if (head_.size() < kHead) {
+      head_.append(bytes);
+      if (head_.size() < kHead) return size;
+      Recognise();
+    } else if (part_) {
+      part_->Add(bytes);
+    }
     return size;
   }
 
  private:
   static constexpr qsizetype kHead = 64;
 
+  bool IsDrawing() const { return name_.endsWith(u".vml"); }
+  void Recognise() {
+    if (!LooksLikeXml(head_)) return;
+    part_.emplace(bound_);
+    part_->Add(head_);
+  }
+
+  const LookBound& bound_;
   QString name_;
-  QByteArray part_;
-  bool isKept_ = true;
+  QByteArray head_;  // until it tells whether the part is XML
+  QByteArray drawing_;
+  std::optional<OfficePart> part_;
+  bool isEmpty_ = true;
   qint64 total_ = 0;
-  QDeadlineTimer deadline_{kMostMs};
 };
 
 bool IsCommands(const QString& name) {
@@ -87,7 +107,7 @@ bool IsCommands(const QString& name) {
 
 }  // namespace
 
-OfficeHolds PartsOfOffice(const QByteArray& file) {
+OfficeHolds PartsOfOffice(const QByteArray& file, const LookBound& bound) {
   const std::vector<ZipEntry> entries = ListZip(file);
   if (entries.empty() || entries.size() >= kMostZipFiles || HasHiddenFiles(file)) {
     return OfficeHolds::Unreadable;
@@ -95,7 +115,7 @@ OfficeHolds PartsOfOffice(const QByteArray& file) {
   for (const ZipEntry& entry : entries) {
     if (IsCommands(entry.name)) return OfficeHolds::Commands;
   }
-  PartReader reader;
+  PartReader reader(bound);
   OfficeHolds holds = OfficeHolds::Nothing;
   const auto begin = [&reader, &entries](size_t index) -> QIODevice* {
     if (index >= entries.size()) return nullptr;

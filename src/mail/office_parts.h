@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+#include "mail/look_bound.h"
+
 namespace vorn {
 
 /// What an office document (OOXML, OpenDocument) holds beside what is read.
@@ -12,7 +14,7 @@ enum class OfficeHolds {
   Unreadable,  ///< parts that could do so cannot be looked into
 };
 
-/// Looks into its parts, with a bound.
-OfficeHolds PartsOfOffice(const QByteArray& file);
+/// Looks into its parts; more than the bound allows, or than 1 GiB, is not readable.
+OfficeHolds PartsOfOffice(const QByteArray& file, const LookBound& bound);
 
 }  // namespace vorn

@@ -15,19 +15,20 @@ QString Escaped(QString text) {
   return text;
 }
 
-QString Row(const QString& label, const QString& value) {
-  if (value.isEmpty()) return {};
-  return QStringLiteral("<TR><TD>") + label + QStringLiteral("</TD><TD>") +
-         Escaped(ShownInLine(value)) + QStringLiteral("</TD></TR>\r\n");
+QString Row(const QString& label, const QString& shown) {
+  if (shown.isEmpty()) return {};
+  return QStringLiteral("<TR><TD>") + label + QStringLiteral("</TD><TD>") + Escaped(shown) +
+         QStringLiteral("</TD></TR>\r\n");
 }
 
 QString Addresses(const MessageModel& model, QStringView kind) {
   QStringList texts;
   for (const AddressEntry& entry : model.addresses) {
     if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    texts.append(entry.displayName.isEmpty()
-                     ? entry.address
-                     : entry.displayName + QStringLiteral(" <") + entry.address + u'>');
+    const QString text = entry.displayName.isEmpty()
+                             ? entry.address
+                             : entry.displayName + QStringLiteral(" <") + entry.address + u'>';
+    texts.append(IsolatedAddress(ShownInLine(text)));
   }
   return texts.join(QStringLiteral(", "));
 }
@@ -113,8 +114,9 @@ QByteArray PrintPage(const MessageModel& model, const QString& html) {
                         Row(Ui::tr("差出人："), Addresses(model, u"FROM")) +
                         Row(Ui::tr("宛て先："), Addresses(model, u"TO")) +
                         Row(Ui::tr("参照先："), Addresses(model, u"CC")) +
-                        Row(Ui::tr("添付："), attachments.join(QStringLiteral(", "))) +
-                        Row(Ui::tr("件名："), model.subject) + QStringLiteral("</TABLE>\r\n");
+                        Row(Ui::tr("添付："), ShownInLine(attachments.join(QStringLiteral(", ")))) +
+                        Row(Ui::tr("件名："), ShownInLine(model.subject)) +
+                        QStringLiteral("</TABLE>\r\n");
   if (!html.isNull())
     return WithHead(SanitizeHtml(html, RemoteImages::LeftOut).html, table.toUtf8());
   const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle + table +

@@ -51,7 +51,7 @@ bool ActsAsFormula(const QString& formula) {
       QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///[a-z]:)"),
       QRegularExpression::CaseInsensitiveOption);
   static const QRegularExpression call(
-      QStringLiteral("(?<!\\w)(\\w+\\.)*(WEBSERVICE|IMAGE|RTD|DDE|CALL|REGISTER)\\s*\\("),
+      QStringLiteral("(?<!\\w)(\\w+\\.)*(WEBSERVICE|IMAGE|RTD|DDE|CALL|REGISTER|CUBE\\w+)\\s*\\("),
       QRegularExpression::CaseInsensitiveOption);
   const auto isSign = [](QChar c) { return c == u'|' || c == u'\'' || c == u'('; };
   if (std::none_of(formula.begin(), formula.end(), isSign)) return false;

@@ -110,6 +110,24 @@ QString WithoutDirectionMarks(const QString& text) {
   return plain;
 }
 
+QString IsolatedAddress(const QString& address) {
+  const QChar ltr(0x2066);
+  const QChar own(0x2068);
+  const QChar end(0x2069);
+  const auto runsBack = [](char32_t c) {
+    const QChar::Direction direction = QChar::direction(c);
+    return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
+  };
+  const QList<uint> letters = address.toUcs4();
+  if (std::none_of(letters.begin(), letters.end(), runsBack)) return address;
+  const qsizetype bracket = address.lastIndexOf(QStringLiteral(" <"));
+  if (bracket > 0 && address.endsWith(u'>')) {
+    return own + address.first(bracket) + end + QStringLiteral(" <") + ltr +
+           address.sliced(bracket + 2).chopped(1) + end + u'>';
+  }
+  return (address.contains(u'@') ? ltr : own) + address + end;
+}
+
 QString ShownInLine(const QString& text) {
   QString line = ShownText(text, std::numeric_limits<qsizetype>::max());
   return line.replace(u'\n', u' ').replace(u'\t', u' ');

@@ -17,6 +17,11 @@ QString ShownInLine(const QString& text);
 /// where they would turn the address behind them.
 QString WithoutDirectionMarks(const QString& text);
 
+/// "name <address>", or one of both, as `ShownInLine` gave it, with the marks that keep name and
+/// address each in its own direction (isolates, UAX 9): letters from right to left in a name would
+/// else change the places of what stands around an "@". Only to be drawn.
+QString IsolatedAddress(const QString& address);
+
 /// A text without the characters that nobody sees, marks of direction aside: for subjects, which
 /// newsletters fill with them.
 QString WithoutHidden(const QString& text);

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QtEndian>
 #include <array>
+#include <atomic>
 
 #include "mail/file_kind.h"
 #include "mail/office_parts.h"
@@ -16,7 +17,7 @@ namespace vorn {
 namespace {
 
 bool IsHarmless(const char16_t* name, const QByteArray& bytes) {
-  return KindOfFile(QString::fromUtf16(name), bytes).isHarmless;
+  return KindOfFile(QString::fromUtf16(name), bytes).IsHarmless();
 }
 
 template <typename Integer>
@@ -103,6 +104,43 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
       u"a.ics", event("SUMMARY:ACTION:PROCEDURE\r\nATTACH:https://x.example/file:a\r\n"
                       "DESCRIPTION:a\r\n ATTACH:file:b\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\n"
                       "END:VALARM")));
+}
+
+TEST(CarriedCommandsTest, ACardMayFetchItsPicture) {
+  const auto card = [](const QByteArray& line) {
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:a\r\n" + line + "\r\nEND:VCARD\r\n";
+  };
+  for (const char* line : {"PHOTO;VALUE=uri:http://h/a.png", "item1.logo:ht\r\n tp://h/a.png",
+                           "SOUND:file:///a.wav", "Photo;TYPE=PNG:\\\\h\\a.png"}) {
+    EXPECT_FALSE(IsHarmless(u"a.vcf", card(line))) << line;
+  }
+  EXPECT_TRUE(IsHarmless(u"a.vcf", card("URL:http://h/\r\nPHOTO;ENCODING=b;TYPE=JPEG:/9j/4AAQ\r\n "
+                                        "//Zz\r\nNOTE:PHOTO:http://h/a.png")));
+}
+
+// Documents that programs of offices opened for decades, and what they lock with a password.
+TEST(CarriedCommandsTest, WhatNobodyCanSeeIntoIsNotCalledAProgram) {
+  using Danger = FileKind::Danger;
+  const auto compound = [](const char* stream) {
+    QByteArray name;
+    for (const char* c = stream; *c != '\0'; ++c) name.append(*c).append('\0');
+    return QByteArray("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + QByteArray(504, '\0') + name +
+           QByteArray(512, '\0');
+  };
+  const auto danger = [](const char16_t* name, const QByteArray& bytes) {
+    return KindOfFile(QString::fromUtf16(name), bytes).danger;
+  };
+  for (const char16_t* name : {u"a.doc", u"a.xls", u"a.ppt"}) {
+    EXPECT_EQ(danger(name, compound("WordDocument")), Danger::Unknown);
+    EXPECT_EQ(danger(name, compound("_VBA_PROJECT")), Danger::MayAct);
+    EXPECT_EQ(danger(name, compound("\1Ole10Native")), Danger::MayAct);
+    EXPECT_EQ(danger(name, "MZ\x90"), Danger::MayAct);
+  }
+  EXPECT_EQ(danger(u"a.xlsx", compound("EncryptedPackage")), Danger::Unknown);
+  EXPECT_EQ(danger(u"a.xlsx", compound("_VBA_PROJECT_CUR")), Danger::MayAct);
+  EXPECT_EQ(danger(u"a.pdf", compound("WordDocument")), Danger::MayAct);
+  EXPECT_EQ(danger(u"a.rtf", "{\\rtf1\\ansi a}"), Danger::Unknown);
+  EXPECT_EQ(danger(u"a.rtf", "{\\rtf1{\\object\\objdata 00}}"), Danger::MayAct);
 }
 
 QByteArray PackedObjects(const QByteArray& head, const QByteArray& content) {
@@ -232,7 +270,7 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
     for (const QByteArray& inner : list) {
       const QByteArray file = Zip({{"a.png", "\x89PNG"}, {"x.xml", Xml(inner)}});
       EXPECT_FALSE(IsHarmless(u"a.docx", file) || IsHarmless(u"a.odt", file));
-      EXPECT_EQ(PartsOfOffice(file), holds) << inner.toStdString();
+      EXPECT_EQ(PartsOfOffice(file, LookBound(nullptr)), holds) << inner.toStdString();
     }
   }
   const QByteArray ordinary =
@@ -279,10 +317,14 @@ TEST(CarriedCommandsTest, WhatCannotBeLookedIntoIsAskedAbout) {
         Zip({{"x.xml", "<open>"}}), Zip({{"a", "x"}, {"x.xml", Xml(""), 0040755}}),
         Zip({{"a", "x"}, {"x.xml", Xml(""), 0120777}}),
         Zip({{"x.xml", "<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>"}}), Zip(many),
-        Zip({{"x.dat", QByteArray(99, ' ') + Xml("<ddeLink/>")}}),
-        Zip({{"x.xml", "<a>" + QByteArray(33 << 20, ' ') + "</a>"}})}) {
-    EXPECT_EQ(PartsOfOffice(file), OfficeHolds::Unreadable) << file.size();
+        Zip({{"x.dat", QByteArray(99, ' ') + Xml("<ddeLink/>")}})}) {
+    EXPECT_EQ(PartsOfOffice(file, LookBound(nullptr)), OfficeHolds::Unreadable) << file.size();
   }
+  // However large it is.
+  const QByteArray far = Zip({{"x.xml", "<a>" + QByteArray(33 << 20, ' ') + "<ddeLink/></a>"}});
+  EXPECT_EQ(PartsOfOffice(far, LookBound(nullptr)), OfficeHolds::Commands);
+  const std::atomic<bool> stop = true;
+  EXPECT_EQ(PartsOfOffice(whole, LookBound(&stop)), OfficeHolds::Unreadable);
   for (const char* name :
        {"Basic/Standard/Module1.xml", "XL/VBAPROJECT.BIN", "word/embeddings/oleObject1.bin"}) {
     EXPECT_FALSE(IsHarmless(u"a.xlsx", Zip({{"x.xml", Xml("")}, {name, "<a/>"}}))) << name;

@@ -235,8 +235,9 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
     EXPECT_FALSE(IsMailAddress(entries[0].address)) << QString::fromUtf16(lost).toStdString();
   }
   EXPECT_EQ(read(u" , "), QString());
-  for (const char16_t* wrong : {u"a@x, suzuki", u"suzuki", u"a b@x", u"@x", u"a@", u"a@b@c",
-                                u"a@x.", u"a@b..c", u"(不明なメールアドレス)", u"Team:", u"c@d;"}) {
+  for (const char16_t* wrong :
+       {u"a@x, suzuki", u"suzuki", u"a b@x", u"@x", u"a@", u"a@b@c", u"a@x.", u"a@b..c",
+        u"(不明なメールアドレス)", u"Team:", u"c@d;", u"b\u202Ea@x", u"\u200Ba@x"}) {
     EXPECT_FALSE(IsMailAddress(QString::fromUtf16(wrong)))
         << QString::fromUtf16(wrong).toStdString();
   }

@@ -111,7 +111,7 @@ TEST(SafeFileNameTest, LongNamesKeepTheirEndingAndWholeLetters) {
 // Only what is known to do nothing opens without a question, and only when the content agrees.
 TEST(FileKindTest, WhatMayActIsAskedAbout) {
   const auto harmless = [](const char16_t* name, const QByteArray& bytes) {
-    return KindOfFile(QString::fromUtf16(name), bytes).isHarmless;
+    return KindOfFile(QString::fromUtf16(name), bytes).IsHarmless();
   };
   EXPECT_TRUE(harmless(u"a.pdf", "%PDF-1.4\n%\xE2\xE3"));
   EXPECT_TRUE(harmless(u"写真.JPG", "\xFF\xD8\xFF\xE0 JFIF"));
@@ -175,7 +175,7 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
 // Names that look like a document's, or are taken for one, over content that confirms it.
 TEST(FileKindTest, ADisguisedNameIsAskedAbout) {
   const auto isHarmless = [](const char16_t* name) {
-    return KindOfFile(QString::fromUtf16(name), "%PDF-1.4\n").isHarmless;
+    return KindOfFile(QString::fromUtf16(name), "%PDF-1.4\n").IsHarmless();
   };
   for (const char16_t* name :
        {u"a.pdf．exe", u"a．pdf", u"a.pdf:b.exe", u"a.exe:.pdf:$DATA", u"a.pdf\\b",
@@ -196,8 +196,11 @@ TEST(PrintPageTest, WhatMailContributesIsText) {
                      {QStringLiteral("TO"), QStringLiteral("c@d"), {}, {}, {}}};
   model.text = QStringLiteral("1 < 2\r\n<script>");
   model.addresses[0].displayName += QChar(0x202E);
+  model.addresses[1].displayName = QStringLiteral("\u05D0\u05D1");
   const QString page = QString::fromUtf8(PrintPage(model));
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>差出人：</TD><TD>A[U+202E] &lt;a@b&gt;</TD>")));
+  EXPECT_TRUE(
+      page.contains(QStringLiteral("<TD>\u2068\u05D0\u05D1\u2069 &lt;\u2066c@d\u2069&gt;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>件名：</TD><TD>&lt;b&gt;&amp;amp;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("1 &lt; 2<BR>&lt;script&gt;</html>")));
   EXPECT_FALSE(page.contains(QStringLiteral("参照先")));

@@ -58,6 +58,8 @@ TEST_F(OpenModes, SubjectsOfRepliesAndForwards) {
   EXPECT_EQ(Subject(ReplyAll, "Subject: Re: hello\r\n"), QStringLiteral("RE: hello"));
   EXPECT_EQ(Subject(Reply, "Subject: Re[2]: hello\r\n"), QStringLiteral("RE: hello"));
   EXPECT_EQ(Subject(Reply, "Subject: a: b\r\n"), QStringLiteral("RE: a: b"));
+  EXPECT_EQ(Subject(Reply, "Subject: =?utf-8?Q?gnp=E2=80=AE.exe?=\r\n"),
+            QStringLiteral("RE: gnp.exe"));
   EXPECT_EQ(Subject(Reply,
                     "Subject: Re: hello\r\nReferences: <1@x>\r\n <2@x>\r\n"
                     "Message-ID: <3@x>\r\n"),

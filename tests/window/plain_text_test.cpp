@@ -4,8 +4,10 @@
 
 #include <QLabel>
 #include <QListWidget>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 
+#include "mail/window/address_list.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -67,6 +69,38 @@ TEST_F(MessageWindowTest, ANameCannotTurnTheAddressRound) {
     window.close();
     EXPECT_TRUE(Gone());
   }
+}
+
+// Letters from right to left are no marks, and change the places of digits around them.
+TEST_F(MessageWindowTest, AnAddressKeepsItsOrderBesideAnyName) {
+  for (const int status : {4, 1}) {
+    MessageWindow& window =
+        OpenStored("From: =?UTF-8?B?" + QByteArray("\xD7\x90\xD7\x91").toBase64() +
+                       "?= <12@34.example>\r\nTo: a@example.jp\r\nSubject: s\r\n\r\nx\r\n",
+                   status);
+    auto& rows = Child<QTableWidget>(window, u"lvMailaddress");
+    const auto* delegate = qobject_cast<QStyledItemDelegate*>(rows.itemDelegateForColumn(1));
+    ASSERT_NE(delegate, nullptr);
+    EXPECT_EQ(delegate->displayText(rows.item(0, 1)->text(), QLocale()),
+              QStringLiteral("\u2068\u05D0\u05D1\u2069 <\u206612@34.example\u2069>"));
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
+}
+
+// Without its mark it would be the address of somebody else.
+TEST_F(MessageWindowTest, AMarkWithinAnAddressIsItsFault) {
+  MessageWindow& window = OpenStored(
+      "From: A <=?UTF-8?B?" + QByteArray("live\xE2\x80\xAE").toBase64() +
+          "?=@x.example>\r\nTo: =?UTF-8?Q?evil=E2=80=AE@x.example?=\r\nSubject: s\r\n\r\nx\r\n",
+      1);
+  auto& rows = Child<AddressList>(window, u"lvMailaddress");
+  QString all;
+  for (int row = 0; row < rows.rowCount(); ++row) all += rows.item(row, 1)->text() + u'\n';
+  EXPECT_TRUE(all.contains(QChar(0x202E))) << qPrintable(all);
+  EXPECT_TRUE(rows.FirstFault().contains(QChar(0x202E))) << qPrintable(rows.FirstFault());
+  window.close();
+  EXPECT_TRUE(Gone());
 }
 
 }  // namespace

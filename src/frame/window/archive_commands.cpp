@@ -1,16 +1,15 @@
 #include "frame/window/archive_commands.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QProgressDialog>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <functional>
 #include <optional>
 
 #include "kit/window/plain_text.h"
+#include "kit/window/progress_window.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
 #include "mail/folder_listing.h"
@@ -25,49 +24,8 @@
 namespace vorn {
 namespace {
 
-constexpr int kShowAfterMs = 300;
 constexpr qsizetype kNamedMessages = 20;
-constexpr qint64 kTurnMs = 40;      // how often the windows get their turn
 constexpr int kLongestMs = 120000;  // to look for a folder's messages
-
-// Shows how many messages are done, and lets the user end it.
-class ProgressWindow {
- public:
-  ProgressWindow(QWidget* parent, const QString& title) : dialog_(parent), title_(title) {
-    dialog_.setWindowTitle(title);
-    dialog_.setLabelText(title + QStringLiteral(".."));
-    dialog_.setCancelButtonText(Ui::tr("中止"));
-    dialog_.setRange(0, 0);
-    dialog_.setWindowModality(Qt::ApplicationModal);
-    dialog_.setMinimumDuration(kShowAfterMs);
-    dialog_.setMinimumWidth(320);
-    clock_.start();
-  }
-  bool Show(int done) {
-    if (clock_.elapsed() < kTurnMs) return true;
-    clock_.restart();
-    dialog_.setLabelText(title_ + Ui::tr(".. %1通").arg(done));
-    TakeTurn({});
-    return !dialog_.wasCanceled();
-  }
-  /// Waits for something that the event loop brings; false when the user ends that.
-  bool Wait(const std::function<bool()>& isThere) {
-    dialog_.setLabelText(Ui::tr("条件に合うメッセージを探しています…"));
-    while (!isThere() && !dialog_.wasCanceled()) TakeTurn(QEventLoop::WaitForMoreEvents);
-    return !dialog_.wasCanceled();
-  }
-
- private:
-  // The dialog shows itself once its time has come. Before that nobody has seen what to click.
-  void TakeTurn(QEventLoop::ProcessEventsFlags flags) {
-    QCoreApplication::processEvents(
-        flags | (dialog_.isVisible() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents));
-  }
-
-  QProgressDialog dialog_;
-  QString title_;
-  QElapsedTimer clock_;
-};
 
 // Lists a folder; what takes long is asked elsewhere, where the user can stop it. Nothing when that
 // did not work, of which `error` tells.
@@ -82,7 +40,8 @@ std::optional<FolderListing> ListFolder(Context& context, const QString& folder,
   const ConditionRunPtr run(
       new ConditionRun(context, FolderQuestion(context, folder), kLongestMs,
                        [&found](const ConditionRun::Answer& answer) { found = answer; }));
-  if (!progress.Wait([&found] { return found.has_value(); })) {
+  if (!progress.Wait(Ui::tr("条件に合うメッセージを探しています…"),
+                     [&found] { return found.has_value(); })) {
     *error = Ui::tr("中止しました。");
     return std::nullopt;
   }

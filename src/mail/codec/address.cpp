@@ -184,10 +184,14 @@ QString WithoutGroups(const QString& text, qsizetype start) {
 }
 
 // An address that an input method wrote in wide forms ("ａ＠ｘ") in the usual ones, without the
-// invisible marks that come along from web pages.
+// invisible marks that come along from web pages. Behind one that turns letters round the user saw
+// another address than it would be without it.
 QString Narrowed(const QString& address) {
+  const auto turns = [](QChar c) {
+    return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+  };
   QString narrow = address.normalized(QString::NormalizationForm_KC);
-  narrow.removeIf([](QChar c) { return c.category() == QChar::Other_Format; });
+  narrow.removeIf([&turns](QChar c) { return c.category() == QChar::Other_Format && !turns(c); });
   return IsMailAddress(narrow) ? narrow : address;
 }
 
@@ -242,7 +246,10 @@ bool IsMailAddress(const QString& text) {
   const QStringView local = QStringView(text).first(at);
   const bool isQuoted = local.size() > 2 && local.startsWith(u'"') && local.endsWith(u'"');
   const auto isOdd = [](QChar c) {
-    return c.isSpace() || c.category() == QChar::Other_Control ||
+    // What nobody sees makes another address of one that looks like it; joiners shape letters.
+    const bool isHidden =
+        c.category() == QChar::Other_Format && c != QChar(0x200C) && c != QChar(0x200D);
+    return c.isSpace() || isHidden || c.category() == QChar::Other_Control ||
            QStringView(u"<>()[],;:\\\"@").contains(c);
   };
   const QStringView domain = QStringView(text).sliced(at + 1);

@@ -39,6 +39,12 @@ QString TextOf(const QString& kind) {
   return kind;
 }
 
+// Marks within an address stay, to be seen as its fault: without them it would be another one.
+AddressEntry WithPlainName(AddressEntry entry) {
+  entry.displayName = WithoutDirectionMarks(entry.displayName);
+  return entry;
+}
+
 // What keeps a row's text from being sent to; empty when nothing does.
 QString FaultOf(const QString& text) {
   for (const AddressEntry& entry : ReadTypedAddresses(text)) {
@@ -119,7 +125,7 @@ void AddressList::AddRow(const AddressEntry& entry) {
     setItem(row, kKind, new QTableWidgetItem(TextOf(entry.kind)));
   }
   setItem(row, kAddress,
-          new QTableWidgetItem(editable_ ? WithoutDirectionMarks(TypedForm(entry))
+          new QTableWidgetItem(editable_ ? TypedForm(WithPlainName(entry))
                                          : ShownInLine(entry.presentable)));
   filling_ = false;
   MarkFault(row);

@@ -10,12 +10,14 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSaveFile>
 #include <QStatusBar>
 #include <QUrl>
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
+#include "kit/window/progress_window.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/zip_files.h"
@@ -282,25 +284,47 @@ bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachm
 // Asks before anything that may act.
 bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
   QString error;
-  const FileKind kind = KindOfFile(attachment.name, ReadAttachment(attachment, source_, &error));
-  if (kind.isHarmless || !error.isEmpty()) return true;
-  const auto answer = ShowBox(
-      this, QMessageBox::Warning,
-      Ui::tr("「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを含む"
-             "ファイルかもしれません。\n\n名前が示す種類: %2\n実際の中身: %3\n\n開きますか？")
-          .arg(attachment.name, kind.byName, kind.byContent),
-      QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-  return answer == QMessageBox::Yes;
+  const QByteArray bytes = ReadAttachment(attachment, source_, &error);
+  if (!error.isEmpty()) return true;  // which is told where it is written
+  FileKind kind;
+  const QPointer<AttachmentList> self(this);
+  ProgressWindow progress(this, Ui::tr("添付ファイルを開く"));
+  if (!progress.Run(Ui::tr("添付ファイルの中身を調べています…"),
+                    [&](const std::atomic<bool>& stop) {
+                      kind = KindOfFile(attachment.name, bytes, &stop);
+                    })) {
+    return false;
+  }
+  if (self == nullptr) return false;
+  if (kind.IsHarmless()) return true;
+  const QString question =
+      kind.danger == FileKind::Danger::Unknown
+          ? Ui::tr(
+                "「%1」の中身は確かめられません（%2）。マクロなどのプログラムが入っていることも"
+                "あります。知っている人から送られてくるはずのファイルのときだけ開いてください。\n\n"
+                "名前が示す種類: %3\n\n開きますか？")
+                .arg(attachment.name, kind.byContent, kind.byName)
+          : Ui::tr(
+                "「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを"
+                "含むファイルかもしれません。\n\n名前が示す種類: %2\n実際の中身: %3\n\n"
+                "開きますか？")
+                .arg(attachment.name, kind.byName, kind.byContent);
+  return ShowBox(this, QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No,
+                 QMessageBox::No) == QMessageBox::Yes;
 }
 
 void AttachmentList::OpenCurrent() {
   const int row = currentRow();
   if (row < 0) return;
-  const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
+  // While it is looked into and asked about, the list may show another message, or go.
+  const ModelAttachment attachment = attachments_[static_cast<size_t>(row)];
+  const QByteArray source = source_;
+  const QPointer<AttachmentList> self(this);
   // A message is shown by the program itself, and does nothing.
   const bool isMessage = attachment.type.compare(u"message/rfc822", Qt::CaseInsensitive) == 0 ||
                          attachment.name.endsWith(u".eml", Qt::CaseInsensitive);
   if (!isMessage && !MayOpen(attachment)) return;
+  if (self == nullptr || source_ != source) return;
   const QString path = WorkingPath(attachment.name);
   if (!WriteTo(path, attachment) || !MakePrivate(path)) return;
   if (isMessage) {

@@ -7,12 +7,23 @@
 #include <QMouseEvent>
 #include <functional>
 
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr int kRowMargin = 6;
+
+// Draws an offer as the row will that takes it.
+class OfferDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QString displayText(const QVariant& value, const QLocale& locale) const override {
+    return IsolatedAddress(ShownInLine(QStyledItemDelegate::displayText(value, locale)));
+  }
+};
 
 // In the list of offers Enter and Tab take one and end the edit.
 // The toolkit's completer keeps both for itself.
@@ -101,6 +112,7 @@ QWidget* NamedEditorDelegate::createEditor(QWidget* parent, const QStyleOptionVi
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setFilterMode(Qt::MatchContains);
     box->setCompleter(completer);
+    completer->popup()->setItemDelegate(new OfferDelegate(completer->popup()));
     // The signals belong to the list that asked for the box, which may change nothing here.
     auto* self = const_cast<NamedEditorDelegate*>(this);
     const auto done = [self](QLineEdit* edited, EndEditHint hint) {
@@ -115,6 +127,10 @@ QWidget* NamedEditorDelegate::createEditor(QWidget* parent, const QStyleOptionVi
             });
   }
   return box;
+}
+
+QString NamedEditorDelegate::displayText(const QVariant& value, const QLocale& locale) const {
+  return IsolatedAddress(ShownInLine(QStyledItemDelegate::displayText(value, locale)));
 }
 
 QSize NamedEditorDelegate::sizeHint(const QStyleOptionViewItem& option,

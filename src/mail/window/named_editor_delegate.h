@@ -18,6 +18,7 @@ class NamedEditorDelegate : public QStyledItemDelegate {
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;
+  QString displayText(const QVariant& value, const QLocale& locale) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
  Q_SIGNALS:

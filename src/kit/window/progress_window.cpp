@@ -1,0 +1,71 @@
+#include "kit/window/progress_window.h"
+
+#include <QCoreApplication>
+#include <QThread>
+#include <memory>
+
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kShowAfterMs = 300;
+constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
+
+}  // namespace
+
+ProgressWindow::ProgressWindow(QWidget* parent, const QString& title)
+    : dialog_(new QProgressDialog(parent)), title_(title) {
+  dialog_->setWindowTitle(title);
+  dialog_->setLabelText(title + QStringLiteral(".."));
+  dialog_->setCancelButtonText(Ui::tr("中止"));
+  dialog_->setRange(0, 0);
+  dialog_->setWindowModality(Qt::ApplicationModal);
+  dialog_->setMinimumDuration(kShowAfterMs);
+  dialog_->setMinimumWidth(320);
+  clock_.start();
+}
+
+ProgressWindow::~ProgressWindow() {
+  delete dialog_.data();
+}
+
+bool ProgressWindow::Show(int done) {
+  if (clock_.elapsed() < kTurnMs) return true;
+  clock_.restart();
+  if (dialog_ != nullptr) dialog_->setLabelText(title_ + Ui::tr(".. %1通").arg(done));
+  TakeTurn({});
+  return !IsEnded();
+}
+
+bool ProgressWindow::Wait(const QString& sentence, const std::function<bool()>& isThere) {
+  dialog_->setLabelText(sentence);
+  while (!isThere() && !IsEnded()) TakeTurn(QEventLoop::WaitForMoreEvents);
+  return !IsEnded();
+}
+
+bool ProgressWindow::Run(const QString& sentence,
+                         const std::function<void(const std::atomic<bool>& stop)>& work) {
+  std::atomic<bool> stop = false;
+  std::atomic<bool> isDone = false;
+  const std::unique_ptr<QThread> thread(QThread::create([&] {
+    work(stop);
+    isDone = true;
+  }));
+  // Wakes the event loop; nothing else is to be done.
+  QObject::connect(thread.get(), &QThread::finished, dialog_, [] {});
+  thread->start();
+  const bool isWanted = Wait(sentence, [&isDone] { return isDone.load(); });
+  stop = true;
+  thread->wait();
+  return isWanted;
+}
+
+// The dialog shows itself once its time has come. Before that nobody has seen what to click.
+void ProgressWindow::TakeTurn(QEventLoop::ProcessEventsFlags flags) {
+  const bool isSeen = dialog_ != nullptr && dialog_->isVisible();
+  QCoreApplication::processEvents(
+      flags | (isSeen ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents));
+}
+
+}  // namespace vorn

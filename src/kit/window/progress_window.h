@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPointer>
+#include <QProgressDialog>
+#include <atomic>
+#include <functional>
+
+namespace vorn {
+
+/// Shows what takes long, and lets the user end it. It appears after a moment; until then the
+/// windows take no clicks and keys, which wait.
+class ProgressWindow {
+ public:
+  /// What is shown goes with `parent`, which counts as ended by the user.
+  ProgressWindow(QWidget* parent, const QString& title);
+  ~ProgressWindow();
+
+  /// How many messages are done; false when the user ended it.
+  bool Show(int done);
+  /// Waits for something that the event loop brings; false when the user ended that.
+  bool Wait(const QString& sentence, const std::function<bool()>& isThere);
+  /// Does the work on another thread, while the windows go on, and waits for its end; false when
+  /// the user ended it. Work that sees `stop` set ends soon.
+  bool Run(const QString& sentence, const std::function<void(const std::atomic<bool>& stop)>& work);
+
+ private:
+  bool IsEnded() const { return dialog_ == nullptr || dialog_->wasCanceled(); }
+  void TakeTurn(QEventLoop::ProcessEventsFlags flags);
+
+  QPointer<QProgressDialog> dialog_;
+  QString title_;
+  QElapsedTimer clock_;
+};
+
+}  // namespace vorn
