@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QThread>
+#include <QTimer>
 #include <memory>
 
 #include "storage/ui.h"
@@ -21,8 +22,9 @@ ProgressWindow::ProgressWindow(QWidget* parent, const QString& title)
   dialog_->setCancelButtonText(Ui::tr("中止"));
   dialog_->setRange(0, 0);
   dialog_->setWindowModality(Qt::ApplicationModal);
-  dialog_->setMinimumDuration(kShowAfterMs);
   dialog_->setMinimumWidth(320);
+  // Its own minimum duration counts from the first value, of which there is none.
+  QTimer::singleShot(kShowAfterMs, dialog_, &QWidget::show);
   clock_.start();
 }
 
@@ -61,7 +63,7 @@ bool ProgressWindow::Run(const QString& sentence,
   return isWanted;
 }
 
-// The dialog shows itself once its time has come. Before that nobody has seen what to click.
+// Before the dialog is there nobody has seen what to click.
 void ProgressWindow::TakeTurn(QEventLoop::ProcessEventsFlags flags) {
   const bool isSeen = dialog_ != nullptr && dialog_->isVisible();
   QCoreApplication::processEvents(
