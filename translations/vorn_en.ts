@@ -3955,5 +3955,13 @@ Kind by its name: %3
 
 Open it?</translation>
     </message>
+    <message>
+        <source>左の一覧からフォルダを選ぶと、ここに表示します。</source>
+        <translation>Choose a folder in the list at the left to show it here.</translation>
+    </message>
+    <message>
+        <source>フォルダが開いていません。左の一覧から選んでください。</source>
+        <translation>No folder is open. Choose one in the list at the left.</translation>
+    </message>
 </context>
 </TS>

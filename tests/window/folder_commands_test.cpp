@@ -134,6 +134,10 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
 
 TEST_F(FolderCommandsTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
   Begin(2, 100);
+  const QStatusBar* bar = program_->Parent()->statusBar();
+  const auto says = [bar](const char16_t* words) {
+    return WaitFor([&] { return bar->currentMessage().contains(QString::fromUtf16(words)); });
+  };
   const auto told = [](const std::function<void()>& cause) {
     QString text;
     EXPECT_TRUE(InModal<QMessageBox>(cause, [&text](QMessageBox& box) {
@@ -155,6 +159,33 @@ TEST_F(FolderCommandsTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
                              window.cmOk_Click();
                            });
   }));
+  // Keys in a folder without messages.
+  OpenFolder(QString::fromUtf16(kShelf));
+  FocusPage();
+  Press(Qt::Key_B);
+  EXPECT_TRUE(says(u"選択されていません"));
+  Press(Qt::Key_N);
+  EXPECT_TRUE(says(u"ほかに未開封の"));
+  // What stands there is no word that a menu would take away.
+  QStatusTipEvent none{QString()};
+  QApplication::sendEvent(program_->Parent()->menuBar(), &none);
+  EXPECT_TRUE(bar->currentMessage().contains(QStringLiteral("ほかに未開封の")));
+  Browser()->Unload();
+  ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
+  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
+  EXPECT_TRUE(says(u"フォルダが開いていません"));
+}
+
+// The page answers later than the status bar does.
+TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
+  Begin(4, 100);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  test::Child<QToolButton>(*program_->Parent(), u"cmUndo").click();
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
+  EXPECT_TRUE(AwaitGone("No2."));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No1.")));
 }
 
 TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {

@@ -142,6 +142,30 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   ASSERT_TRUE(shows(fixed_serial::kDust, 3));
   test::ClickRow(tree, Node(fixed_serial::kOutbox));
   ASSERT_TRUE(shows(fixed_serial::kOutbox, 3));
+  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::MiddleButton);
+  ASSERT_TRUE(shows(QString::fromUtf16(kShelf), 4));
+  EXPECT_EQ(tree.currentItem(), Node(QString::fromUtf16(kShelf)));
+}
+
+TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
+  Begin(25, 10, true);
+  auto& box = Child<QLineEdit>(*Browser(), u"txSearch");
+  const auto search = [&](const QString& text) {
+    MadeAnewBy([&] {
+      test::Type(box, text);
+      QTest::keyClick(&box, Qt::Key_Return);
+    });
+    FocusPage();
+  };
+  search(QStringLiteral("No"));
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No25.")));
+  search(QStringLiteral("nothing"));
+  EXPECT_TRUE(AwaitGone("No25."));
+  Press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(Script(QStringLiteral("getSelection().toString()")).toString(), QString());
+  MadeAnewBy([this] { Press(Qt::Key_Escape); });
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No25.")); }));
+  EXPECT_EQ(box.text(), QString());
 }
 
 // Of many tabs those that were used last have a page. The others have none, and are as they were
@@ -329,13 +353,37 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   ASSERT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
   ASSERT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
   EXPECT_EQ(Chosen(), Ids({3}));
+  // What comes above moves nothing that is in sight.
+  const QString topmost = QStringLiteral(
+      "[...document.querySelectorAll('a[href^=\"preview:\"]')].find(link => "
+      "link.getBoundingClientRect().top >= 0).href");
+  const QString before = Script(topmost).toString();
+  MadeAnewBy([this] {
+    for (int i = 0; i < 10; ++i) {
+      Disk request(QStringLiteral("mail_early_%1").arg(i));
+      request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+      request.Let(QStringLiteral("Timestamp"), QStringLiteral("2019-01-01 00:00:00"));
+      MailStore(program_->GetContext()).StoreMessage(request, "Subject: early\r\n\r\n");
+    }
+    program_->Parent()->MessageStored();
+  });
+  EXPECT_TRUE(WaitFor([&] { return Script(topmost).toString() == before; }));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY > %1 + 50").arg(place)));
+  const double now = Script(QStringLiteral("scrollY")).toDouble();
   // Who comes back by the tree and presses a key does nothing to what he chose before.
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   test::ClickRow(
       *tree,
       tree->findItems(QStringLiteral("受信"), Qt::MatchContains | Qt::MatchRecursive).value(0));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen().length === 0")));
-  EXPECT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(now)));
+  // What he sees and did not leave stays.
+  Press(Qt::Key_Home);
+  ASSERT_EQ(Chosen().size(), 1);
+  test::ClickRow(
+      *tree,
+      tree->findItems(QStringLiteral("受信"), Qt::MatchContains | Qt::MatchRecursive).value(0));
+  EXPECT_EQ(Chosen().size(), 1);
 }
 
 TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {

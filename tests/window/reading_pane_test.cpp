@@ -213,8 +213,61 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
                   .contains(QStringLiteral("くずかごに入れました")));
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   test::Press(undo);
-  EXPECT_EQ(isFiled(), QString());
+  EXPECT_TRUE(WaitFor([&] { return isFiled().isEmpty(); }));
   EXPECT_FALSE(undo.isVisible());
+}
+
+// The message that is read is the one that keys act on, wherever the keyboard is.
+TEST_F(ReadingPaneTest, KeysActOnItThereToo) {
+  BeginReading(3);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  auto& text = Child<QPlainTextEdit>(*Pane(), u"txMemo");
+  text.setFocus();
+  ASSERT_TRUE(WaitFor([&text] { return text.hasFocus(); }));
+  QTest::keyClick(&text, Qt::Key_S);
+  EXPECT_TRUE(AwaitMark(1, kFlagStar, "1"));
+  MadeAnewBy([&text] { QTest::keyClick(&text, Qt::Key_Delete); });
+  EXPECT_TRUE(AwaitGone("No1."));
+  EXPECT_TRUE(AwaitShown(2));
+  // Text stays text.
+  text.setFocus();
+  QTest::keyClick(&text, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(text.textCursor().selectedText().trimmed(), QStringLiteral("body"));
+  EXPECT_EQ(Browser()->CountChosen(), 0);
+}
+
+// The button that has the keyboard goes with its click.
+TEST_F(ReadingPaneTest, TheListStaysWhereItIsWhenPicturesAreWanted) {
+  BeginReading(60);
+  Context& context = program_->GetContext();
+  Disk request(QStringLiteral("mail_html"));
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+  request.Let(QStringLiteral("Timestamp"), QStringLiteral("2020-02-01 00:00:00"));
+  MailStore(context).StoreMessage(request,
+                                  "Subject: html\r\nContent-Type: text/html\r\n\r\n<p>x<img "
+                                  "src=http://127.0.0.1:9/a.png>");
+  MadeAnewBy([this] { program_->Parent()->MessageStored(); });
+  Press(Qt::Key_End);
+  ASSERT_TRUE(WaitFor([this] { return Pane()->Shown() == u"mail_html"; }));
+  auto* button = Pane()->findChild<QPushButton*>(QStringLiteral("cmRemoteImages"));
+  ASSERT_TRUE(WaitFor([&button, this] {
+    button = Pane()->findChild<QPushButton*>(QStringLiteral("cmRemoteImages"));
+    return button != nullptr && button->isVisible();
+  }));
+  const double place = Script(QStringLiteral("scrollY")).toDouble();
+  EXPECT_GT(place, 100);
+  button->setFocus();
+  ASSERT_TRUE(WaitFor([&button] { return button->hasFocus(); }));
+  QTest::keyClick(button, Qt::Key_Space);
+  ASSERT_TRUE(WaitFor([&button] { return !button->isVisible(); }));
+  EXPECT_TRUE(Pane()->isAncestorOf(QApplication::focusWidget()));
+  // Nor does the key that goes from control to control.
+  View()->setFocus(Qt::TabFocusReason);
+  test::RunFor(100);
+  EXPECT_EQ(Script(QStringLiteral("scrollY")).toDouble(), place);
+  EXPECT_EQ(Script(QStringLiteral("document.activeElement.tagName")).toString(),
+            QStringLiteral("BODY"));
 }
 
 }  // namespace

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QMdiSubWindow>
+#include <QPainter>
 #include <QTabBar>
 #include <QTimer>
 #include <utility>
 
 #include "kit/window/icons.h"
 #include "present/window/browser_window.h"
+#include "storage/ui.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -106,6 +108,17 @@ void BrowserArea::ArrangeAsKept() {
   if (arrangement == Arrangement::Cascaded) cascadeSubWindows();
   if (arrangement == Arrangement::Tiled) tileSubWindows();
   RestHidden();
+}
+
+// Without a page it says what to do.
+void BrowserArea::paintEvent(QPaintEvent* event) {
+  QMdiArea::paintEvent(event);
+  if (!subWindowList().isEmpty()) return;
+  QPainter painter(viewport());
+  painter.fillRect(viewport()->rect(), palette().window());
+  painter.setPen(palette().color(QPalette::WindowText));
+  painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                   Ui::tr("左の一覧からフォルダを選ぶと、ここに表示します。"));
 }
 
 void BrowserArea::RestHidden() {

@@ -54,6 +54,9 @@ class BrowserArea : public QMdiArea {
   /// More or fewer messages are chosen in a window.
   void ChosenChanged();
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   void RestHidden();
   void GiveKeysToPage();

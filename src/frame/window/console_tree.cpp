@@ -50,6 +50,10 @@ bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
   return false;
 }
 
+bool IsControlHeld() {
+  return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
+}
+
 QList<GroupText> GroupTexts() {
   return {{object_type::kProfile, Ui::tr("プロファイル", "group")},
           {object_type::kFolder, Ui::tr("フォルダ", "group")},
@@ -76,11 +80,12 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemPressed, this,
           [this](QTreeWidgetItem* item) { pressed_ = item->data(0, kKeyRole).toString(); });
-  connect(this, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { Open(*item); });
+  connect(this, &QTreeWidget::itemClicked, this,
+          [this](QTreeWidgetItem* item) { Open(*item, IsControlHeld()); });
   connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
     const QString tag = item->data(0, kTagRole).toString();
     if (tag == object_type::kFolder || tag == kLogTag) {
-      Open(*item);
+      Open(*item, IsControlHeld());
     } else {
       ShowProperties();
     }
@@ -89,9 +94,8 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through keyPressEvent
 }
 
-void ConsoleTree::Open(const QTreeWidgetItem& item) {
+void ConsoleTree::Open(const QTreeWidgetItem& item, bool inTabOfItsOwn) {
   const QString key = item.data(0, kKeyRole).toString();
-  const bool inTabOfItsOwn = QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
   if (!key.isEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString(), inTabOfItsOwn);
 }
 
@@ -312,13 +316,25 @@ void ConsoleTree::mouseMoveEvent(QMouseEvent* event) {
   if (event->buttons() == Qt::NoButton) QTreeWidget::mouseMoveEvent(event);
 }
 
+// The middle button opens a tab and selects nothing.
+void ConsoleTree::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::MiddleButton) return QTreeWidget::mousePressEvent(event);
+  const QTreeWidgetItem* item = itemAt(event->position().toPoint());
+  pressed_ = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
+}
+
 void ConsoleTree::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::MiddleButton) {
+    const QTreeWidgetItem* item = itemAt(event->position().toPoint());
+    if (item != nullptr && item == nodes_.value(pressed_)) Open(*item, true);
+    return;
+  }
   const QTreeWidgetItem* slid = itemAt(event->position().toPoint()) == nodes_.value(pressed_)
                                     ? nullptr
                                     : nodes_.value(pressed_);
   pressed_.clear();
   QTreeWidget::mouseReleaseEvent(event);
-  if (slid != nullptr && event->button() == Qt::LeftButton) Open(*slid);
+  if (slid != nullptr && event->button() == Qt::LeftButton) Open(*slid, IsControlHeld());
 }
 
 void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {

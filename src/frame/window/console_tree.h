@@ -55,13 +55,14 @@ class ConsoleTree : public QTreeWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void Open(const QTreeWidgetItem& item);
+  void Open(const QTreeWidgetItem& item, bool inTabOfItsOwn);
   void TakeName(QTreeWidgetItem* item);
   QString TakingFolderAt(const QPoint& at) const;
   QTreeWidgetItem* Group(const QString& type) const;

@@ -117,7 +117,8 @@ QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
                                         const QString& command) {
   QAction* action = bar.addAction(text, this, [this, command] {
     BrowserWindow* browser = area_->Active();
-    if (browser != nullptr) browser->RunCommand(command);
+    if (browser != nullptr) return browser->RunCommand(command);
+    Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
   action->setObjectName(QStringLiteral("tb_") + command);
   action->setIcon(Icon(command));

@@ -98,6 +98,14 @@ ParentWindow::ParentWindow(Context& context)
     sbStatus_->OfferUndo(done, std::move(undo));
   });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
+  // After what was asked of the page before, whose answer comes later.
+  connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
+    const auto takeBack = [bar = QPointer<MainStatusBar>(sbStatus_)] {
+      QTimer::singleShot(0, bar, &MainStatusBar::TakeBack);
+    };
+    BrowserWindow* browser = area_->Active();
+    browser == nullptr ? takeBack() : browser->AfterCommands(takeBack);
+  });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&tmDialog_, &QTimer::timeout, this, [this] { dispatcher_.Tick(); });

@@ -30,6 +30,7 @@ MainStatusBar::MainStatusBar(QWidget* parent)
       done_(PlainLabel()),
       takeBack_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
+  if (parent != nullptr) parent->installEventFilter(this);
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(Ui::tr("中止"));
   cancel_->setToolTip(Ui::tr("送受信を中止します。"));
@@ -64,7 +65,7 @@ void MainStatusBar::BuildOffer() {
   takeBack_->setShortcut(QKeySequence::Undo);
   takeBack_->setToolTip(Ui::tr("いまの操作を元に戻します（Ctrl+Z）。"));
   takeBack_->setAutoRaise(true);
-  connect(takeBack_, &QToolButton::clicked, this, &MainStatusBar::TakeBack);
+  connect(takeBack_, &QToolButton::clicked, this, &MainStatusBar::UndoWanted);
   auto* layout = new QHBoxLayout(offer_);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(done_);

@@ -30,9 +30,19 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done
   /// before it.
   void OfferUndo(const QString& done, std::function<void()> undo);
+  /// Takes the last step back.
+  void TakeBack();
 
  Q_SIGNALS:
   void CancelClicked();
+  /// The user wants the last step taken back.
+  void UndoWanted();
+
+ protected:
+  /// A menu that is opened has no word for the bar, and must not take away what stands there.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    return event->type() == QEvent::StatusTip || QStatusBar::eventFilter(watched, event);
+  }
 
  private:
   struct Step {
@@ -42,7 +52,6 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
 
   void BuildOffer();
   void ShowOffer(const QString& sentence);
-  void TakeBack();
 
   QStringList results_;
   QStringList failures_;

@@ -237,7 +237,9 @@ void HtmlView::UncoverAfter(int milliseconds, bool isDrawn) {
   });
 }
 
+// The button goes, and would hand the keyboard to whatever comes next in the window.
 void HtmlView::LoadRemoteImages() {
+  if (button_->hasFocus()) view_->setFocus();
   Load(RemoteImages::Kept);
 }
 

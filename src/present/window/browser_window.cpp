@@ -1,5 +1,6 @@
 #include "present/window/browser_window.h"
 
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -152,6 +153,8 @@ void BrowserWindow::ConnectFolder() {
   connect(messages, &PageMessages::ChosenChanged, this, &BrowserWindow::ChosenChanged);
   connect(messages, &PageMessages::Gone, this, &BrowserWindow::MessagesGone);
   connect(messages, &PageMessages::PageWanted, paging_.get(), &FolderPaging::GoTo);
+  connect(split_, &PageSplit::PaneMade, this,
+          [this](QWidget* pane) { commands_->AddToPane(*pane); });
   // First the choice, then what the folder is searched for.
   connect(commands_.get(), &PageCommands::NothingToGiveUp, paging_.get(),
           &FolderPaging::GiveUpSearch);
@@ -349,6 +352,8 @@ void BrowserWindow::ShowModeless() {
 
 void BrowserWindow::Activate() {
   QWidget* frame = parentWidget() != nullptr ? parentWidget() : this;
+  const auto* child = qobject_cast<QMdiSubWindow*>(frame);
+  const bool wasInUse = child != nullptr && child->mdiArea()->currentSubWindow() == child;
   Wake();
   frame->show();
   frame->raise();
@@ -356,7 +361,7 @@ void BrowserWindow::Activate() {
   engine_->View()->setFocus();
   // Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
   // with what was chosen then.
-  if (rows_.HasRows()) rows_.Leave();
+  if (rows_.HasRows()) rows_.Leave(wasInUse);
 }
 
 void BrowserWindow::Unload() {

@@ -78,6 +78,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
   void MessagesGone(const QStringList& messages);
+  /// Calls `then` once what the page was asked before has been answered.
+  void AfterCommands(const std::function<void()>& then) {
+    rows_.Current([then](const QString&) { then(); });
+  }
   /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.

@@ -1,5 +1,8 @@
 #include "present/window/engine_view.h"
 
+#include <QChildEvent>
+#include <QCoreApplication>
+#include <QFocusEvent>
 #include <QPointer>
 #include <QWebEngineScript>
 #include <QWebEngineView>
@@ -20,6 +23,8 @@ void EngineView::MakeView() {
   view_ = new QWebEngineView(&window_);
   view_->setObjectName(QStringLiteral("wbUrl"));
   view_->setContextMenuPolicy(Qt::CustomContextMenu);
+  view_->installEventFilter(this);
+  for (QObject* child : view_->children()) child->installEventFilter(this);
   connect(view_, &QWebEngineView::loadStarted, this, &EngineView::LoadBegan);
   connect(view_, &QWebEngineView::printFinished, this, &EngineView::PrintEnded);
   connect(view_, &QWebEngineView::loadFinished, this, &EngineView::LoadEnded);
@@ -29,6 +34,21 @@ void EngineView::MakeView() {
           [this](const QPoint& at) { Q_EMIT MenuWanted(view_->mapToGlobal(at)); });
 }
 
+// Who comes to a folder's page by Tab is in its current row. The engine would give the keyboard to
+// the first link and scroll there.
+bool EngineView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ChildAdded && watched == view_) {
+    // What the engine draws on, which has the view's keys.
+    static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
+  }
+  if (event->type() != QEvent::FocusIn || page_ == nullptr || !isLocal_) return false;
+  const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+  if (reason != Qt::TabFocusReason && reason != Qt::BacktabFocusReason) return false;
+  QFocusEvent plain(QEvent::FocusIn, Qt::OtherFocusReason);
+  QCoreApplication::sendEvent(watched, &plain);
+  return true;
+}
+
 // A page belongs to one engine profile for life, so a window that changes between a folder and the
 // web changes its page.
 void EngineView::Use(bool local) {
@@ -36,6 +56,7 @@ void EngineView::Use(bool local) {
     MakeView();
     Q_EMIT Remade();
   }
+  isLocal_ = local;
   QWebEngineProfile* profile = local ? profiles_.Local() : profiles_.Web();
   if (page_ != nullptr && page_->profile() == profile) return;
   delete page_;

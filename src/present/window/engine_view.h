@@ -69,6 +69,9 @@ class EngineView : public QObject {
   void MailtoFollowed(const QString& url);
   void FirstNavigation(const QUrl& url);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void MakeView();
   void ConnectPage();
@@ -79,6 +82,7 @@ class EngineView : public QObject {
   QWebEngineView* view_ = nullptr;
   LinkPage* page_ = nullptr;
   std::function<QWebEnginePage*()> makeWindow_;
+  bool isLocal_ = false;
   bool closed_ = false;
 };
 

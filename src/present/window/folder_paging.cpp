@@ -53,7 +53,7 @@ void FolderPaging::Search() {
   if (!request_.IsLocal()) return;
   request_.SetSearch(toolbar_.TypedSearch());
   toolbar_.ShowPageCount(0);
-  GoTo(request_.Search().isEmpty() ? PageRequest::kFirstShown : 1);
+  GoTo(PageRequest::kFirstShown);
 }
 
 bool FolderPaging::HasTypedSearch() const {

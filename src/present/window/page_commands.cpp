@@ -14,6 +14,11 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+constexpr char kAlsoInPane[] = "alsoInPane";
+
+}  // namespace
 
 PageCommands::PageCommands(PageMessages& messages, PageRows& rows, const PageRequest& request,
                            QWidget& window)
@@ -49,6 +54,8 @@ QAction* PageCommands::AddCommand(const QString& name, const QString& text,
   action->setObjectName(QStringLiteral("cmd_") + name);
   action->setText(text);
   menu_->addAction(action);
+  // There Enter opens an attachment, and all that is chosen is text.
+  action->setProperty(kAlsoInPane, name != u"open" && name != u"all" && name != u"print");
   return action;
 }
 
@@ -125,13 +132,21 @@ void PageCommands::BuildMoves() {
   AddKeys({Qt::Key_Escape}, [this] { GiveUpChoice(); });
 }
 
-// Without messages the keys are the page's own.
+// On a web page the keys are the page's own. A folder without messages says so, and a search
+// without hits can be given up.
 void PageCommands::Enable() {
-  for (QAction* action : actions_) action->setEnabled(rows_.HasRows());
+  const bool isFolder = rows_.HasRows() || (request_.IsLocal() && request_.HasUrl());
+  for (QAction* action : actions_) action->setEnabled(isFolder);
 }
 
 void PageCommands::AddTo(QWidget& view) {
   view.addActions(actions_);
+}
+
+void PageCommands::AddToPane(QWidget& pane) {
+  for (QAction* action : actions_) {
+    if (action->property(kAlsoInPane).toBool()) pane.addAction(action);
+  }
 }
 
 void PageCommands::PopUp(const QPoint& at) {

@@ -30,6 +30,8 @@ class PageCommands : public QObject {
 
   /// A view takes the keys.
   void AddTo(QWidget& view);
+  /// What is done with messages can also be done where one of them is read.
+  void AddToPane(QWidget& pane);
   /// Shows the menu if there are messages.
   void PopUp(const QPoint& at);
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",

@@ -125,7 +125,7 @@ void PageMaker::ChooseFirstPage() {
   const bool newest = Settings(context_)->Flag(u"MessagesNewest") && !IsNewestFirst();
   {
     const ConditionLimit brief(kBriefMs);
-    const int pages = newest ? pages_.CountPages(request_.Folder()) : 1;
+    const int pages = newest ? pages_.CountPages(request_.Folder(), request_.Search()) : 1;
     request_.SetPage(brief.IsReached() ? PageRequest::kFirstShown : qMax(1, pages));
   }
   if (request_.Page() != PageRequest::kFirstShown) {

@@ -54,6 +54,12 @@ void PageMessages::WithCurrent(const std::function<void(const QString&)>& act) {
   });
 }
 
+// What a key does not do without a word: the user would press it again.
+bool PageMessages::HasAny(bool any) {
+  if (!any) host_.Tell(Ui::tr("メッセージが選択されていません。"));
+  return any;
+}
+
 // All chosen messages are read, one is answered.
 void PageMessages::Open(OpenMode mode) {
   if (mode == OpenMode::Show) {
@@ -63,11 +69,12 @@ void PageMessages::Open(OpenMode mode) {
     return;
   }
   WithCurrent([this, mode](const QString& message) {
-    if (!message.isEmpty()) host_.OpenMessage(static_cast<int>(mode), message, true);
+    if (HasAny(!message.isEmpty())) host_.OpenMessage(static_cast<int>(mode), message, true);
   });
 }
 
 void PageMessages::OpenEach(const QStringList& messages) {
+  if (!HasAny(!messages.isEmpty())) return;
   if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
   for (const QString& message : messages) {
     host_.OpenMessage(static_cast<int>(OpenMode::Show), message, false);
@@ -99,20 +106,21 @@ void PageMessages::SetChosen(int count) {
 
 void PageMessages::AddToBook() {
   rows_.Chosen([this](const QStringList& messages) {
-    if (messages.isEmpty()) return;
-    QTimer::singleShot(0, this, [this, messages] { host_.Messages().AddToBook(messages); });
+    QTimer::singleShot(0, this, [this, messages] {
+      if (HasAny(!messages.isEmpty())) host_.Messages().AddToBook(messages);
+    });
   });
 }
 
 void PageMessages::Print() {
   WithCurrent([this](const QString& message) {
-    if (!message.isEmpty()) split_.Print(message);
+    if (HasAny(!message.isEmpty())) split_.Print(message);
   });
 }
 
 void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
   WithCurrent([this, command](const QString& message) {
-    if (!message.isEmpty()) (host_.Messages().*command)(message);
+    if (HasAny(!message.isEmpty())) (host_.Messages().*command)(message);
   });
 }
 
@@ -148,9 +156,9 @@ bool PageMessages::TakesAway(MessageAction action) const {
 
 void PageMessages::Act(MessageAction action) {
   const auto act = [this, action, folder = request_.Folder()](const QStringList& messages) {
-    if (messages.isEmpty()) return;
-    QTimer::singleShot(0, this,
-                       [this, messages, action, folder] { ActOn(messages, action, folder); });
+    QTimer::singleShot(0, this, [this, messages, action, folder] {
+      if (HasAny(!messages.isEmpty())) ActOn(messages, action, folder);
+    });
   };
   split_.StopMarking();  // whatever is done, it is the user's word now
   TakesAway(action) ? rows_.Take(act) : rows_.Chosen(act);

@@ -58,6 +58,7 @@ class PageMessages : public QObject {
   void PageWanted(int page);
 
  private:
+  bool HasAny(bool any);
   void WithCurrent(const std::function<void(const QString&)>& act);
   void OpenInWindow(const LinkCommand& command);
   void OpenEach(const QStringList& messages);

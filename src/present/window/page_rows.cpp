@@ -117,8 +117,8 @@ void PageRows::ChooseAll() {
   Run(QStringLiteral("vorn.all()"));
 }
 
-void PageRows::Leave() {
-  Run(QStringLiteral("vorn.leave()"));
+void PageRows::Leave(bool unlessSeen) {
+  Run(unlessSeen ? QStringLiteral("vorn.leaveUnseen()") : QStringLiteral("vorn.leave()"));
 }
 
 void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {

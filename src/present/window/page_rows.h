@@ -41,8 +41,8 @@ class PageRows : public QObject {
   /// No row is chosen any more; gives whether any was.
   void Unchoose(const std::function<void(bool)>& then);
   void ChooseAll();
-  /// No row is current or chosen any more.
-  void Leave();
+  /// No row is current or chosen any more, or only where the user does not see the current one.
+  void Leave(bool unlessSeen = false);
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
   /// The same of messages that are about to leave the folder: their rows are marked at once, and

@@ -90,6 +90,18 @@ inline constexpr char kPageScript[] = R"js(
   const chosenIds = () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                           : current < 0 ? [] : [rows[current].id];
   const isAtEnd = () => innerHeight + scrollY >= document.documentElement.scrollHeight - 2;
+  const topOf = row => row.element.getBoundingClientRect().top;
+  const isInSight = row => topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= innerHeight;
+  // Where the rows in sight stand, the current one first.
+  const inSight = () => there().filter(index => isInSight(rows[index]))
+      .sort((a, b) => (b === current) - (a === current))
+      .map(index => ({id: rows[index].id, top: topOf(rows[index])}));
+  // What has come above moves nothing that the user looks at; at the top he looks at what comes.
+  const holdInSight = state => {
+    const held = (state.sight || []).find(place => seen.has(place.id));
+    if (!held || (state.y === 0 && (current < 0 || isInSight(rows[current])))) return;
+    scrollBy(0, topOf(rows.find(row => row.id === held.id)) - held.top);
+  };
   // The next row, or else the last one, takes the place of a current one that goes.
   const leave = ids => {
     for (const id of ids) {
@@ -170,6 +182,7 @@ inline constexpr char kPageScript[] = R"js(
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
+    leaveUnseen: () => { if (current < 0 || !isInSight(rows[current])) vorn.leave(); },
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
     chosen: chosenIds,
@@ -197,7 +210,8 @@ inline constexpr char kPageScript[] = R"js(
     state: () => JSON.stringify({next: there().filter(index => current >= 0 && index >= current)
                                      .map(index => rows[index].id),
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
-                                 chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd()}),
+                                 chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd(),
+                                 sight: inSight()}),
     restore: (text, staysAtEnd) => {
       const state = JSON.parse(text);
       const next = state.next.find(id => seen.has(id));
@@ -208,7 +222,9 @@ inline constexpr char kPageScript[] = R"js(
       toldChosen = -1;  // the page before this one may have had others
       show();
       if (!state.seen) {
-        scrollTo(state.x, state.end && staysAtEnd ? 1e9 : state.y);
+        const stays = state.end && staysAtEnd;
+        scrollTo(state.x, stays ? 1e9 : state.y);
+        if (!stays) holdInSight(state);
       } else if (current >= 0) {
         rows[current].element.scrollIntoView({block: 'center'});
       }

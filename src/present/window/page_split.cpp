@@ -66,6 +66,7 @@ void PageSplit::MakePane() {
   pane_->hide();
   pane_->Cover(isCovered_);
   addWidget(pane_);
+  Q_EMIT PaneMade(pane_);
   connect(pane_, &ReadingPane::OpenWanted, this,
           [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
   connect(pane_, &ReadingPane::Marked, this, [this] {

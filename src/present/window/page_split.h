@@ -41,6 +41,8 @@ class PageSplit : public QSplitter {
 
  Q_SIGNALS:
   void OpenWanted(vorn::OpenMode mode, const QString& serialId);
+  /// There is a pane for the first time.
+  void PaneMade(QWidget* pane);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
