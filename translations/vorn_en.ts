@@ -3908,10 +3908,6 @@ Remove the password?</translation>
         <translation>document whose content cannot be checked</translation>
     </message>
     <message>
-        <source>プログラムを起動できる予定</source>
-        <translation>appointment that can start programs</translation>
-    </message>
-    <message>
         <source>「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、パスワードが変わる前の古い複製です。今のパスワードを入力してください。</source>
         <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
     </message>
@@ -3962,6 +3958,10 @@ Open it?</translation>
     <message>
         <source>フォルダが開いていません。左の一覧から選んでください。</source>
         <translation>No folder is open. Choose one in the list at the left.</translation>
+    </message>
+    <message>
+        <source>プログラムを起動したり、ほかの場所に接続したりする予定</source>
+        <translation>an appointment that starts a program or connects to another place</translation>
     </message>
 </context>
 </TS>

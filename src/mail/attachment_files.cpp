@@ -79,6 +79,22 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
   return {};
 }
 
+qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& source) {
+  using MimeCodec::TransferEncoding;
+  if (attachment.isNew) return QFileInfo(attachment.path).size();
+  const MimeCodec::ContentRecord& record = attachment.record;
+  const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
+  const QByteArrayView bytes = MimeCodec::PartOf(source, record.first, record.last);
+  const bool isPlain = !attachment.inner && encoding == TransferEncoding::Base64 &&
+                       MimeCodec::Base64End(bytes) == bytes.size();
+  if (!isPlain) return ReadAttachment(attachment, source).size();
+  const auto isDigit = [](char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
+           c == '/';
+  };
+  return std::count_if(bytes.begin(), bytes.end(), isDigit) * 3 / 4;
+}
+
 QString SafeFileName(const QString& name) {
   QString safe;
   for (const char32_t c : name.toUcs4()) safe += QChar::fromUcs4(IsUnsafe(c) ? U'_' : c);

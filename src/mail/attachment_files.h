@@ -12,6 +12,10 @@ namespace vorn {
 QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source,
                           QString* error = nullptr);
 
+/// How many bytes that would be; 0 when a new one's file is gone. What is large is not decoded for
+/// it.
+qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& source);
+
 /// A name that may stand in a folder on every platform: no path, no reserved characters or names,
 /// nothing that hides the ending, and short enough in bytes. Never empty.
 QString SafeFileName(const QString& name);

@@ -15,13 +15,15 @@ QStringView ValueOf(QStringView line) {
   return {};
 }
 
-// An alarm fetches its sound when it rings; an appointment's own attachment waits for a click.
+// An alarm fetches its sound when it rings; an appointment's own
+// attachment waits for a click.
 bool Acts(QStringView line, bool isInAlarm) {
   const auto starts = [](QStringView text, QStringView with) {
     return text.startsWith(with, Qt::CaseInsensitive);
   };
   if (starts(line, u"PALARM")) return true;  // of the form before (vCalendar)
   if (starts(line, u"ACTION")) return starts(ValueOf(line), u"PROCEDURE");
+  if (starts(line, u"IMAGE")) return ValueOf(line).contains(u"://");  // RFC 7986
   if (!starts(line, u"ATTACH")) return false;
   const QStringView value = ValueOf(line);
   return starts(value, u"file:") || starts(value, u"\\\\") || starts(value, u"//") ||

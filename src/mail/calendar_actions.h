@@ -4,8 +4,8 @@
 
 namespace vorn {
 
-/// Whether an appointment in iCalendar form (RFC 5545) starts a program or names a file of the
-/// computer.
+/// Whether an appointment in iCalendar form (RFC 5545) starts a program, names a file of the
+/// computer or fetches something.
 bool StartsPrograms(const QString& calendar);
 
 /// Whether a card (vCard, RFC 6350) has a picture, a logo or a sound that lies on another computer,

@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include "mail/calendar_actions.h"
+#include "mail/codec/charset.h"
 #include "mail/office_parts.h"
 #include "mail/pdf_actions.h"
 #include "mail/table_formulas.h"
@@ -11,11 +12,17 @@
 namespace vorn {
 namespace {
 
-QString TextOf(const QByteArray& bytes) {
-  if (bytes.contains('\0')) return QStringDecoder(QStringDecoder::Utf16)(bytes);
+// Whether a text is found to act in one of the codes that the program which opens it may take it
+// for.
+bool ActsInAnyCode(const QByteArray& bytes, bool (*acts)(const QString&)) {
+  if (bytes.contains('\0') && acts(QStringDecoder(QStringDecoder::Utf16)(bytes))) return true;
+  QByteArray rest = bytes;
+  rest.removeIf([](char c) { return c == '\0'; });
   QStringDecoder utf8(QStringDecoder::Utf8);
-  const QString text = utf8(bytes);
-  return utf8.hasError() ? QString::fromLatin1(bytes) : text;
+  const QString text = utf8(rest);
+  if (!utf8.hasError()) return acts(text);
+  return acts(QString::fromLatin1(rest)) ||
+         acts(Decode({Charset::Family::ShiftJis, {}}, rest).text);
 }
 
 CarriedCommands CommandsOfPdf(const QByteArray& bytes) {
@@ -51,15 +58,17 @@ CarriedCommands CommandsOfOffice(const QByteArray& bytes, const LookBound& bound
 
 CarriedCommands FindCommands(const QString& type, const QByteArray& bytes, const LookBound& bound) {
   if (type == u"text/csv" || type == u"text/tab-separated-values") {
-    return {HasFormula(TextOf(bytes)) ? Ui::tr("数式の入った表（プログラムを起動できます）")
-                                      : QString()};
+    return {ActsInAnyCode(bytes, &HasFormula) ? Ui::tr("数式の入った表（プログラムを起動できます）")
+                                              : QString()};
   }
   if (type == u"text/calendar") {
-    return {StartsPrograms(TextOf(bytes)) ? Ui::tr("プログラムを起動できる予定") : QString()};
+    return {ActsInAnyCode(bytes, &StartsPrograms)
+                ? Ui::tr("プログラムを起動したり、ほかの場所に接続したりする予定")
+                : QString()};
   }
   if (type == u"text/vcard") {
-    return {LoadsPictures(TextOf(bytes)) ? Ui::tr("開くだけでほかの場所に接続する連絡先")
-                                         : QString()};
+    return {ActsInAnyCode(bytes, &LoadsPictures) ? Ui::tr("開くだけでほかの場所に接続する連絡先")
+                                                 : QString()};
   }
   if (type == u"application/pdf") return CommandsOfPdf(bytes);
   return type.contains(u"document") ? CommandsOfOffice(bytes, bound) : CarriedCommands();

@@ -25,11 +25,13 @@ const QSet<QString>& HarmlessTypes() {
       QStringLiteral("application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"),
       QStringLiteral("application/vnd.openxmlformats-officedocument.wordprocessingml.document"),
       QStringLiteral("application/zip"),
+      QStringLiteral("audio/mp4"),
       QStringLiteral("audio/mpeg"),
       QStringLiteral("audio/x-wav"),
       QStringLiteral("audio/vnd.wave"),
       QStringLiteral("image/bmp"),
       QStringLiteral("image/gif"),
+      QStringLiteral("image/heif"),
       QStringLiteral("image/jpeg"),
       QStringLiteral("image/png"),
       QStringLiteral("image/tiff"),
@@ -41,7 +43,8 @@ const QSet<QString>& HarmlessTypes() {
       QStringLiteral("text/tab-separated-values"),
       QStringLiteral("text/vcard"),
       QStringLiteral("text/x-log"),
-      QStringLiteral("video/mp4")};
+      QStringLiteral("video/mp4"),
+      QStringLiteral("video/quicktime")};
   return types;
 }
 
@@ -77,13 +80,27 @@ QString Words(const QMimeType& type) {
 // archive may only be known as one, a table of text as text.
 bool Confirms(const QMimeType& content, const QMimeType& name) {
   if (content.name() == u"application/x-zerosize" || content == name) return true;
+  // Programs that show pictures go by the content, whatever a telephone called them.
+  const auto isPicture = [](const QMimeType& type) {
+    return type.name().startsWith(u"image/") && HarmlessTypes().contains(type.name());
+  };
+  if (isPicture(content) && isPicture(name)) return true;
+  // Letters and sources that were pasted into a text.
+  static const QSet<QString> asText = {
+      QStringLiteral("message/rfc822"), QStringLiteral("application/mbox"),
+      QStringLiteral("text/x-patch"),   QStringLiteral("text/x-csrc"),
+      QStringLiteral("text/x-c++src"),  QStringLiteral("text/x-chdr"),
+      QStringLiteral("text/x-tex")};
+  if (name.name() == u"text/plain" && asText.contains(content.name())) return true;
   const bool isContainer = content.name() == u"application/zip" || content.name() == u"text/plain";
   return isContainer && name.inherits(content.name());
 }
 
-// The database takes the escapes of ISO-2022-JP, and other codes than UTF-8, for data.
+// The database takes the escapes of ISO-2022-JP, and other codes than UTF-8, for data. Old systems
+// end a text with ^Z.
 bool IsText(const QByteArray& bytes) {
-  return std::none_of(bytes.begin(), bytes.end(), [](char c) {
+  const qsizetype end = bytes.endsWith('\x1A') ? bytes.size() - 1 : bytes.size();
+  return std::none_of(bytes.begin(), bytes.begin() + end, [](char c) {
     const auto code = static_cast<unsigned char>(c);
     return code < 0x20 && !QByteArrayView("\t\n\f\r\x1B").contains(c);
   });

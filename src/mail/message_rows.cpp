@@ -52,6 +52,11 @@ RecordsetPtr MessageRows::Sent() {
   return Where(QStringLiteral("STATUS = %1 ORDER BY FIELD_TIMESTAMP DESC").arg(kStatusSent));
 }
 
+qint64 MessageRows::LastNumber() {
+  const RecordsetPtr row = Select(QStringLiteral("SELECT MAX(rowid) AS N FROM mail"));
+  return row == nullptr || row->Eof() ? 0 : row->Fields(u"N").toLongLong();
+}
+
 bool MessageRows::Has(const QString& serialId) {
   const RecordsetPtr row =
       Select(QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(serialId));

@@ -31,6 +31,8 @@ class MessageRows {
   /// What was sent, the newest first.
   RecordsetPtr Sent();
 
+  /// The number of the row that came last; 0 without any.
+  qint64 LastNumber();
   bool Has(const QString& serialId);
   /// Whether a message has a name that begins so.
   bool HasNamePrefix(const QString& prefix);

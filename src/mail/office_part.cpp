@@ -115,6 +115,8 @@ bool IsCommand(const Name& name, const Attributes& attributes) {
 // What is loaded with the document and lies outside of it. Links wait for a click; the template is
 // looked for when the user asks for its styles.
 bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
+  // The pointer is enough.
+  if (name.local == "hlinkMouseOver") return !ValueOf(attributes, "id").isEmpty();
   if (name.local == "cacheSource") return ValueOf(attributes, "type") == "external";
   if (IsOneOf(name.local,
               {"database-source-sql", "database-source-query", "database-source-table"})) {
@@ -125,9 +127,11 @@ bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
     return false;
   }
   const bool isVml = name.space.contains(":vml");
-  const bool isPicture = isVml || name.space == "http://www.w3.org/2000/svg";
+  const bool isForm = name.space == "http://www.w3.org/2002/xforms";
+  const bool isPicture = isVml || isForm || name.space == "http://www.w3.org/2000/svg";
   for (const Attribute& attribute : attributes) {
-    const bool isLink = attribute.name.local == "href" || attribute.name.local == "src";
+    const bool isLink = attribute.name.local == "href" || attribute.name.local == "src" ||
+                        (isForm && attribute.name.local == "schema");
     if (isLink && (isPicture || attribute.name.space == "http://www.w3.org/1999/xlink") &&
         IsOutside(attribute.value)) {
       return attribute.name.local == "src" || !isVml;  // a shape's own hyperlink

@@ -1,6 +1,8 @@
 #include "mail/office_parts.h"
 
 #include <QIODevice>
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "mail/codec/zip_files.h"
@@ -26,6 +28,18 @@ bool LooksLikeXml(const QByteArray& head) {
   return begin.startsWith('<') || (begin.isEmpty() && !head.isEmpty());
 }
 
+// Notes of spreadsheets are drawn in a form that is not always well-formed. Whether one that cannot
+// be read holds nothing but that, in the usual code.
+bool IsPlain(const QByteArray& drawing) {
+  static const char* const kOthers[] = {"http",     "ftp",  "file:", "://",   "\\\\",
+                                        "src",      "href", "fld",   "instr", "&#",
+                                        "encoding", "<!",   "script"};
+  const QByteArray lower = drawing.toLower().replace("encoding=\"utf-8\"", "");
+  return !lower.contains('\0') &&
+         std::none_of(std::begin(kOthers), std::end(kOthers),
+                      [&lower](const char* other) { return lower.contains(other); });
+}
+
 // Looks into a part when it is XML, and counts what it is not.
 class PartReader : public QIODevice {
  public:
@@ -46,9 +60,8 @@ class PartReader : public QIODevice {
     if (head_.size() < kHead) Recognise();
     if (part_) {
       const OfficeHolds holds = part_->Holds();
-      // Notes of spreadsheets are drawn in a form that is not always well-formed.
-      const bool isDrawing = IsDrawing() && !drawing_.contains("http");
-      return isDrawing && holds == OfficeHolds::Unreadable ? OfficeHolds::Nothing : holds;
+      const bool isDrawing = IsDrawing() && holds == OfficeHolds::Unreadable && IsPlain(drawing_);
+      return isDrawing ? OfficeHolds::Nothing : holds;
     }
     const bool isCalledXml = name_.endsWith(u".xml") || name_.endsWith(u".rels");
     return isCalledXml && !isEmpty_ ? OfficeHolds::Unreadable : OfficeHolds::Nothing;

@@ -15,7 +15,8 @@ using Kind = PdfToken::Kind;
 // The library unpacks a stream whole, to a thousand times its size at most.
 constexpr qsizetype kLargestStream = 64 * 1024;
 constexpr qsizetype kMostUnpacked = 32 * 1024 * 1024;
-constexpr qsizetype kLargestHead = 1024;
+constexpr qint64 kMostRead =
+    512 * 1024 * 1024;  // of dictionaries; each is read once in an honest file
 
 // The number of the object whose "obj" stands at a place: "5 0 obj", without a comment in its line.
 std::optional<int> NumberBefore(QByteArrayView file, qsizetype at) {
@@ -39,6 +40,7 @@ struct StreamHead {
   QByteArrayList names;
   QHash<QByteArray, int> numbers;  // by the name before each
   qsizetype content = -1;          // where it begins; -1: no stream
+  qsizetype end = 0;               // up to where it was read
 };
 
 // The dictionary of a stream that begins at a place.
@@ -49,7 +51,8 @@ StreamHead ReadHead(QByteArrayView file, qsizetype at) {
   int depth = 1;
   while (depth > 0) {
     const PdfToken token = tokens.Next();
-    if (token.kind == Kind::End) return head;
+    head.end = tokens.At();
+    if (token.kind == Kind::End || token.text == "obj" || token.text == "endobj") return head;
     if (token.kind == Kind::Open) ++depth;
     if (token.kind == Kind::Close) --depth;
     if (token.kind == Kind::Name) head.names.append(token.text);
@@ -71,8 +74,9 @@ std::optional<QByteArray> Unpacked(QByteArrayView packed, const QByteArrayList& 
   const auto filters = std::count_if(names.begin(), names.end(), [](const QByteArray& name) {
     return name.endsWith("Decode") || name == "Crypt";
   });
-  if (filters != 1 || !names.contains("FlateDecode") || names.contains("Predictor") ||
-      packed.size() > kLargestStream) {
+  // What it was packed with may stand in another object.
+  if (filters != 1 || !names.contains("FlateDecode") || names.contains("DecodeParms") ||
+      names.contains("DP") || packed.size() > kLargestStream) {
     return {};
   }
   const QByteArray sizeGuess("\0\0\x40\0", 4);
@@ -108,7 +112,12 @@ void PdfObjects::Index() {
 void PdfObjects::ReadStream(qsizetype at) {
   const QByteArrayView file = texts_[0];
   if (hasUnreadable_) return;
-  const StreamHead head = ReadHead(file.first(std::min(file.size(), at + kLargestHead)), at);
+  const StreamHead head = ReadHead(file, at);
+  read_ += std::max(qsizetype{0}, head.end - at);
+  if (read_ > kMostRead) {
+    hasUnreadable_ = true;
+    return;
+  }
   if (!head.names.contains("ObjStm") && !head.names.contains("First")) return;
   if (head.content < 0) {
     hasUnreadable_ = hasUnreadable_ || head.names.contains("ObjStm");

@@ -33,6 +33,7 @@ class PdfObjects {
   std::vector<QByteArray> texts_;
   QMultiHash<int, Place> places_;
   qsizetype unpacked_ = 0;
+  qint64 read_ = 0;
   bool hasUnreadable_ = false;
 };
 

@@ -1,5 +1,10 @@
 #include "mail/print_page.h"
+
+#include <vector>
+
 #include "mail/codec/html_sanitizer.h"
+#include "mail/codec/html_text.h"
+#include "mail/codec/html_tree.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
 
@@ -105,6 +110,57 @@ QByteArray WithHead(QByteArray document, const QByteArray& table) {
           '>');
 }
 
+bool IsElement(const GumboNode* node, GumboTag tag) {
+  return node->type == GUMBO_NODE_ELEMENT && node->v.element.tag == tag;
+}
+
+bool IsBlank(const GumboNode* node) {
+  return node->type == GUMBO_NODE_WHITESPACE || node->type == GUMBO_NODE_COMMENT;
+}
+
+std::vector<const GumboNode*> Children(const GumboElement& element) {
+  std::vector<const GumboNode*> children;
+  for (unsigned i = 0; i < element.children.length; ++i) {
+    const auto* node = static_cast<const GumboNode*>(element.children.data[i]);
+    if (!IsBlank(node)) children.push_back(node);
+  }
+  return children;
+}
+
+// Whether the mail, read by a browser, stands in its element to its end. Some trees are read back
+// in another form than they were written, in which an element of the mail closes what is around it.
+bool HasItsPlace(const QByteArray& document) {
+  const auto tree = HtmlTree::Parse(document);
+  if (tree == nullptr) return false;
+  const auto parts = Children(tree->Root());
+  if (parts.size() != 2 || !IsElement(parts[0], GUMBO_TAG_HEAD) ||
+      !IsElement(parts[1], GUMBO_TAG_BODY)) {
+    return false;
+  }
+  const auto shown = Children(parts[1]->v.element);
+  return shown.size() == 2 && IsElement(shown[0], GUMBO_TAG_SECTION) &&
+         IsElement(shown[1], GUMBO_TAG_DIV);
+}
+
+// Null when the mail cannot be held in its place.
+QByteArray HtmlPage(const QString& html, const QByteArray& table) {
+  constexpr int kTries = 3;  // what is read back in another form is stable then
+  QString form = html;
+  for (int i = 0; i < kTries; ++i) {
+    const QByteArray safe = SanitizeHtml(form, RemoteImages::LeftOut).html;
+    const QByteArray document = WithHead(safe, table);
+    if (HasItsPlace(document)) return document;
+    form = QString::fromUtf8(safe);
+  }
+  return {};
+}
+
+QByteArray TextPage(const QString& text, const QString& table) {
+  const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle + table +
+                       Escaped(text) + QStringLiteral("</html>\r\n");
+  return page.toUtf8();
+}
+
 }  // namespace
 
 QByteArray PrintPage(const MessageModel& model, const QString& html) {
@@ -117,11 +173,9 @@ QByteArray PrintPage(const MessageModel& model, const QString& html) {
                         Row(Ui::tr("添付："), ShownInLine(attachments.join(QStringLiteral(", ")))) +
                         Row(Ui::tr("件名："), ShownInLine(model.subject)) +
                         QStringLiteral("</TABLE>\r\n");
-  if (!html.isNull())
-    return WithHead(SanitizeHtml(html, RemoteImages::LeftOut).html, table.toUtf8());
-  const QString page = QStringLiteral("<html><meta charset=\"utf-8\">\r\n") + kStyle + table +
-                       Escaped(model.text) + QStringLiteral("</html>\r\n");
-  return page.toUtf8();
+  if (html.isNull()) return TextPage(model.text, table);
+  const QByteArray page = HtmlPage(html, table.toUtf8());
+  return page.isNull() ? TextPage(HtmlToText(html), table) : page;
 }
 
 }  // namespace vorn

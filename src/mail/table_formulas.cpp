@@ -14,23 +14,63 @@ QString Delimiters(const QString& table) {
   return QStringLiteral("\n\r,;\t|") + named.match(first).captured(1);
 }
 
+// Functions that start a program, ask another computer or follow a link. What the others do stays
+// in the sheet; a name that is none of a function is an error in its cell.
+bool CallsOut(const QString& formula, const QString& more = {}) {
+  static const QString kNames = QStringLiteral(
+      "WEBSERVICE|IMAGE|RTD|DDE|CALL|EXEC|REGISTER|CUBE\\w+|STOCKHISTORY|PY|IMPORT\\w+|GOOGLE\\w+");
+  const QRegularExpression call(
+      QStringLiteral("(?<!\\w)(\\w+\\.)*(%1%2)(\\.\\w+)*\\s*\\(").arg(kNames, more),
+      QRegularExpression::CaseInsensitiveOption);
+  return call.match(formula).hasMatch();
+}
+
+// The functions that a line of a table calls from its first formula on: which sign separates cells,
+// and which the arguments of a function, differs from program to program.
+class LineCalls {
+ public:
+  void Begin() { isOn_ = true; }
+  // False when the line calls out.
+  bool Add(QChar c) {
+    if (!isOn_) return true;
+    if (c == u'"') ++quotes_;
+    const bool isEnd = (c == u'\n' || c == u'\r') && quotes_ % 2 == 0;
+    if (!isEnd) line_ += c;
+    return !isEnd || End();
+  }
+  bool End() {
+    const QString usual = line_.normalized(QString::NormalizationForm_KC);
+    line_.clear();
+    quotes_ = 0;
+    isOn_ = false;
+    return !CallsOut(usual, QStringLiteral("|HYPERLINK|INDIRECT"));
+  }
+
+ private:
+  QString line_;
+  int quotes_ = 0;
+  bool isOn_ = false;
+};
+
 }  // namespace
 
 // A cell is taken for a formula when it begins with one of these signs, and behind the last four
-// when it is no number. It acts only by a function, or by a cell of elsewhere: another program
-// (DDE), another file. `="0123"` and "@name" do nothing.
+// when it is no number. It acts by a function that leads out, or by a cell of elsewhere: another
+// program (DDE), another file. `="0123"` and "@name" do nothing.
 bool HasFormula(const QString& table) {
   enum class In { Start, Signed, Formula, Text } state = In::Start;
   const auto isOneOf = [](QStringView set, QChar c) { return set.contains(c); };
   const QString delimiters = Delimiters(table);
+  LineCalls calls;
   int quotes = 0;  // in this cell; inside of them a delimiter ends no formula
   for (const QChar c : table) {
     if (c == u'"') ++quotes;
-    if (state == In::Formula && isOneOf(u"(（|｜!！#", c)) return true;
+    if (state == In::Formula && isOneOf(u"|｜!！#", c)) return true;
     if (delimiters.contains(c)) {
-      if (state == In::Formula && quotes % 2 != 0) continue;
-      state = In::Start;
-      quotes = 0;
+      if (state != In::Formula || quotes % 2 == 0) {
+        state = In::Start;
+        quotes = 0;
+      }
     } else if (state == In::Signed && c.unicode() < 0x80 && c.isLetter()) {
       state = In::Formula;
     } else if (state == In::Start && isOneOf(u"=＝@＠", c)) {
@@ -38,26 +78,25 @@ bool HasFormula(const QString& table) {
     } else if (state == In::Start && !c.isSpace() && !isOneOf(u"\"'\uFEFF", c)) {
       state = isOneOf(u"+＋-－−", c) ? In::Signed : In::Text;
     }
+    if (state == In::Formula) calls.Begin();
+    if (!calls.Add(c)) return true;
   }
-  return false;
+  return !calls.End();
 }
 
-// What is quoted twice is text; what is quoted once names a table or a file. A bar stands between a
-// program and its topic, and nowhere else.
+// What is quoted twice is text; what is quoted once names a table or a file, and what stands in
+// brackets a file or a column. A bar stands between a program and its topic, and nowhere else.
 bool ActsAsFormula(const QString& formula) {
   static const QRegularExpression text(QStringLiteral("\"[^\"]*\""));
-  static const QRegularExpression name(QStringLiteral("'[^']*'"));
+  static const QRegularExpression name(QStringLiteral("'[^']*'|\\[[^\\]]*\\]"));
   static const QRegularExpression elsewhere(
       QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///[a-z]:)"),
-      QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression call(
-      QStringLiteral("(?<!\\w)(\\w+\\.)*(WEBSERVICE|IMAGE|RTD|DDE|CALL|REGISTER|CUBE\\w+)\\s*\\("),
       QRegularExpression::CaseInsensitiveOption);
   const auto isSign = [](QChar c) { return c == u'|' || c == u'\'' || c == u'('; };
   if (std::none_of(formula.begin(), formula.end(), isSign)) return false;
   QString rest = formula;
   rest.remove(text);
-  if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch()) return true;
+  if (elsewhere.match(rest).hasMatch() || CallsOut(rest)) return true;
   return rest.remove(name).contains(u'|');
 }
 

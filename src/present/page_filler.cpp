@@ -19,11 +19,19 @@ const QString& NameOf(const AddressEntry& entry) {
   return entry.displayName.isEmpty() ? entry.address : entry.displayName;
 }
 
-// A name that looks like another address does not hide the one that the message came from.
+// In its usual and its wide forms.
+bool HasAt(const QString& text) {
+  return text.contains(u'@') || text.contains(u'＠') || text.contains(u'﹫');
+}
+
+// A name that looks like another address, or that nobody sees, does not hide the one that the
+// message came from.
 QString ShownSender(const AddressEntry& entry) {
-  const QString& name = NameOf(entry);
-  const bool hides = name.contains(u'@') && !name.contains(entry.address, Qt::CaseInsensitive);
-  return hides ? name + QStringLiteral(" <") + entry.address + u'>' : name;
+  const QString name = WithoutHidden(entry.displayName).simplified();
+  if (name.isEmpty()) return entry.address;
+  QString others = name;
+  others.remove(entry.address, Qt::CaseInsensitive);
+  return HasAt(others) ? name + QStringLiteral(" <") + entry.address + u'>' : name;
 }
 
 const QString kLineBreak = QStringLiteral("\r\n");
@@ -41,14 +49,15 @@ QString WithoutTurns(const QString& text) {
 }
 
 // Escaped, and where its letters or marks run from right to left for itself: nothing around it is
-// turned round with it.
+// turned round with it. An address always begins at the left.
 QString Isolated(const QString& text) {
   const bool runsBack = std::any_of(text.begin(), text.end(), [](QChar c) {
     return c.direction() == QChar::DirR || c.direction() == QChar::DirAL ||
            (c.category() == QChar::Other_Format && c.direction() != QChar::DirBN);
   });
-  return runsBack ? QStringLiteral("<bdi>") + text.toHtmlEscaped() + QStringLiteral("</bdi>")
-                  : text.toHtmlEscaped();
+  if (!runsBack) return text.toHtmlEscaped();
+  return (HasAt(text) ? QStringLiteral("<bdi dir=\"ltr\">") : QStringLiteral("<bdi>")) +
+         text.toHtmlEscaped() + QStringLiteral("</bdi>");
 }
 
 }  // namespace
@@ -268,7 +277,9 @@ void PageFiller::HandleFolder() {
 }
 
 void PageFiller::WriteSubject() {
-  const QString subject = rows_->Fields(u"FIELD_SUBJECT").toString();
+  const QString stored = rows_->Fields(u"FIELD_SUBJECT").toString();
+  const bool isSeen = !content_.escape || !WithoutHidden(stored).trimmed().isEmpty();
+  const QString subject = isSeen ? stored : QString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
   if (rows_->IsRowDamaged()) WriteText(Unreadable());
   if (content_.escape && !subject.isEmpty())

@@ -426,9 +426,12 @@ bool Connection::TakeExclusively() {
 
 // Another connection's counts start anew, so its address belongs to the mark.
 QString Connection::ChangeMark() {
-  return QStringLiteral("%1 %2 %3")
+  return OthersMark() + u' ' + QString::number(sqlite3_total_changes(handle_));
+}
+
+QString Connection::OthersMark() {
+  return QStringLiteral("%1 %2")
       .arg(reinterpret_cast<quintptr>(this))
-      .arg(sqlite3_total_changes(handle_))
       .arg(Scalar("PRAGMA data_version").toLongLong());
 }
 

@@ -71,8 +71,9 @@ class Connection {
   int SchemaVersion() const { return schemaVersion_; }
   void NoteSchemaVersion(int version) { schemaVersion_ = version; }
 
-  /// See `DataSession::ChangeMark`.
+  /// See `DataSession::ChangeMark` and `OthersMark`.
   QString ChangeMark();
+  QString OthersMark();
   /// Rows that the last statement changed.
   int Changes() const;
   qint64 LastRowId() const;

@@ -337,6 +337,10 @@ QString DataSession::ChangeMark() {
   return connection_ == nullptr ? QString() : connection_->ChangeMark();
 }
 
+QString DataSession::OthersMark() {
+  return connection_ == nullptr ? QString() : connection_->OthersMark();
+}
+
 QString DataSession::Now() const {
   return CurrentTimeText();
 }

@@ -133,6 +133,8 @@ class DataSession {
   /// A mark of the open database's state; it differs once anything has been written to the file, by
   /// this program or another. Empty when none is open.
   QString ChangeMark();
+  /// The same of what was written through another connection.
+  QString OthersMark();
 
   const StorageError& LastError() const { return error_; }
   /// For operations built on the session: notes why one failed. Always false.

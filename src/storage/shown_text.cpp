@@ -89,6 +89,14 @@ QString ShownText(const QString& text, qsizetype most) {
   return shown;
 }
 
+QString ShownFileName(const QString& name) {
+  constexpr qsizetype kBegin = 60;
+  constexpr qsizetype kEnd = 39;
+  const QString line = ShownInLine(name).simplified();
+  if (line.size() <= kBegin + 1 + kEnd) return line;
+  return line.first(kBegin) + u'…' + line.last(kEnd);
+}
+
 QString WithoutHidden(const QString& text) {
   if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0xAD; })) {
     return text;

@@ -13,6 +13,10 @@ QString ShownText(const QString& text, qsizetype most = 4000);
 /// The same, whole, for a line of a list: line breaks and tabulators are blanks.
 QString ShownInLine(const QString& text);
 
+/// The name of a file as it may stand within a sentence or a list: in one line, with single blanks,
+/// and of a long one the begin and the end, where its kind stands.
+QString ShownFileName(const QString& name);
+
 /// A text without the marks that turn the direction of others: for names that go on into messages,
 /// where they would turn the address behind them.
 QString WithoutDirectionMarks(const QString& text);

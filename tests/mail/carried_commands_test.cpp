@@ -70,19 +70,26 @@ QByteArray Zip(const QList<Part>& parts) {
 }
 
 TEST(CarriedCommandsTest, ATableMayNameItsDelimiter) {
-  for (const char* table : {"sep=^\r\n1^=cmd|' /C calc'!A0", "\xEF\xBB\xBFSEP=x\n1x@SUM(1)",
+  for (const char* table : {"sep=^\r\n1^=cmd|' /C calc'!A0", "\xEF\xBB\xBFSEP=x\n1x@WEBSERVICE(1)",
                             "\"sep=^\"\n1^+cmd|' /C calc'!A0", "sep= \n1 =cmd|x"}) {
     EXPECT_FALSE(IsHarmless(u"a.csv", table)) << table;
   }
   EXPECT_TRUE(IsHarmless(u"a.csv", "sep=;\r\n1;a^=b\r\nx=1;x =1\r\n"));
   for (const char* table :
        {"1,\"=\n1+cmd|' /C calc'!A0\"", "a,-1+cmd|' /C calc'!A0", "=HYPERLINK(\"http://h\")",
-        "\"='\\\\h\\s\\[b.xls]T'!A1\"", "a\n='file:///h/b.ods'#$T.A1", "@SUM(1)", "+A1*cmd|x"}) {
+        "\"='\\\\h\\s\\[b.xls]T'!A1\"", "a\n='file:///h/b.ods'#$T.A1", "@WEBSERVICE(1)",
+        "+A1*cmd|x", "=IF(1;WEBSERVICE(\"http://h\");2)", "a;=IF(1,image (\"http://h\"))"}) {
     EXPECT_FALSE(IsHarmless(u"a.csv", table)) << table;
   }
+  // Which code the program takes it for, nobody here knows.
+  EXPECT_FALSE(IsHarmless(u"a.csv", "\x81\x81\x82\x83\x62x\x81\x62y,\x93\xFA\x96\x7B\r\n"));
+  const QByteArray nul(200, 'x');
+  EXPECT_FALSE(IsHarmless(u"a.csv", nul + QByteArray("\n=cmd|' /C calc'!A0\0", 21)));
   // What offices send: leading zeros kept, accounts, amounts, telephone numbers.
-  for (const char* table : {"a,1^=b\r\n", "=\"0123\",=\"03-1\"\r\n", "1,@taro,(x)\n",
-                            "-5kg,+1h,=\n(y)", "-,- x,+1 (555) 010\n", "=10,-1200,(-5)\n"}) {
+  for (const char* table :
+       {"a,1^=b\r\n", "=\"0123\",=\"03-1\"\r\n", "1,@taro,(x)\n", "-5kg,+1h,=\n(y)",
+        "=SUM(D2:D9),=ROUND(A1*1.1,0)\n", "- Zoom会議(10時から)\n+A社(東京)\n@taro（東京）\n",
+        "-,- x,+1 (555) 010\n", "=10,-1200,(-5)\n"}) {
     EXPECT_TRUE(IsHarmless(u"a.csv", table)) << table;
   }
 }
@@ -96,7 +103,7 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
        {"BEGIN:VALARM\r\nACTION:PROCEDURE", "action;x=\"a:b\": procedure",
         "ACT\r\n ION:PROC\r\n\tEDURE", "ATTACH:file:///C:/windows/system32/calc.exe",
         "Attach;FMTTYPE=a/b:FI\n LE:///bin/sh", "ATTACH:\\\\server\\share\\x.exe",
-        "PALARM:20260101T000000Z;;;calc.exe",
+        "PALARM:20260101T000000Z;;;calc.exe", "IMAGE;VALUE=URI:http://h/a.png",
         "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM"}) {
     EXPECT_FALSE(IsHarmless(u"a.ics", event(lines))) << lines;
   }
@@ -180,6 +187,8 @@ TEST(CarriedCommandsTest, APdfMayAct) {
       "1 0 obj<</OpenAction 5 0 R>>endobj 5 %1 2\n0 obj<</S/URI>>endobj",
       "<</OpenAction" + QByteArray(5000, ' ') + "9 0 R>>",
       PackedObjects("/First 4/Filter/LZWDecode", "x"),
+      PackedObjects("/First 4/DecodeParms 8 0 R/Filter/FlateDecode", Flate("5 0 <<>>")),
+      "9 0 obj<<" + QByteArray(5000, ' ') + "/First 4/Filter/LZWDecode>>stream\nx endstream",
       PackedObjects("/First 4/Filter/FlateDecode", "encrypted"),
       PackedObjects("/First 4/Filter[/FlateDecode/FlateDecode]", Flate(Flate("5 0 <<>>"))),
       PackedObjects("/First 4/Filter/FlateDecode", Flate("5 0 " + QByteArray(33 << 20, ' '))),
@@ -250,10 +259,14 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<o:dde-connection-decl/>",
                              "<o:event-listeners><s:event-listener/></o:event-listeners>",
                              "<o:script/>"};
-  QByteArrayList contacts = {
-      "<v:imagedata src='http://x/y.png'/>", "<o:i x:href='http://x/y.png'/>",
-      "<o:i x:href='//x/y.png'/>",           "<o:i x:href='../y.odt'/>",
-      "<cacheSource type='external'/>",      "<database-source-sql/>"};
+  QByteArrayList contacts = {"<hlinkMouseOver w:id='r1'/>",
+                             "<i xmlns='http://www.w3.org/2002/xforms' src='http://x/'/>",
+                             "<v:imagedata src='http://x/y.png'/>",
+                             "<o:i x:href='http://x/y.png'/>",
+                             "<o:i x:href='//x/y.png'/>",
+                             "<o:i x:href='../y.odt'/>",
+                             "<cacheSource type='external'/>",
+                             "<database-source-sql/>"};
   for (const char* type :
        {"attachedTemplate", "frame", "subDocument", "image", "externalLinkPath"}) {
     contacts.append(Relation(type, true));
@@ -325,6 +338,18 @@ TEST(CarriedCommandsTest, WhatCannotBeLookedIntoIsAskedAbout) {
   EXPECT_EQ(PartsOfOffice(far, LookBound(nullptr)), OfficeHolds::Commands);
   const std::atomic<bool> stop = true;
   EXPECT_EQ(PartsOfOffice(whole, LookBound(&stop)), OfficeHolds::Unreadable);
+  // Two archives in one file, of which another program may read the other.
+  EXPECT_FALSE(IsHarmless(u"a.docx", Zip({{"x.xml", Xml("<ddeLink/>")}}) + whole));
+  QByteArray inComment = Zip({{"x.xml", Xml("<ddeLink/>")}});
+  qToLittleEndian(quint16(whole.size()), inComment.data() + inComment.size() - 2);
+  EXPECT_FALSE(IsHarmless(u"a.docx", inComment + whole));
+  // A drawing that cannot be read is only let pass when nothing in it could matter.
+  for (const QByteArray& drawing :
+       {QByteArray("<?xml version='1.0' encoding='windows-1252'?><a><br></a>"),
+        QByteArray("<a><v:imagedata src='\\\\h\\x'><br></a>"), QByteArray("<a><br>ftp://h/</a>"),
+        QByteArray("<a><br><w:instrText>x</a>"), QByteArray("<a\0><br>", 8)}) {
+    EXPECT_FALSE(IsHarmless(u"a.xlsx", Zip({{"xl/a.vml", drawing}}))) << drawing.toStdString();
+  }
   for (const char* name :
        {"Basic/Standard/Module1.xml", "XL/VBAPROJECT.BIN", "word/embeddings/oleObject1.bin"}) {
     EXPECT_FALSE(IsHarmless(u"a.xlsx", Zip({{"x.xml", Xml("")}, {name, "<a/>"}}))) << name;

@@ -123,6 +123,10 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   EXPECT_TRUE(harmless(u"a.md", "# 議事録\n") && harmless(u"a.log", "12:00 ok\n"));
   EXPECT_TRUE(harmless(u"a.vcf", "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:a\r\nEND:VCARD\r\n"));
   EXPECT_FALSE(harmless(u"a.tsv", "a\t=cmd|x!A1") || harmless(u"a.json", "<html><script>x"));
+  // A picture is one, and a letter in a text is text.
+  EXPECT_TRUE(harmless(u"a.jpg", "\x89PNG\r\n\x1A\n"));
+  EXPECT_TRUE(harmless(u"a.txt", "From: a@x.jp\r\nSubject: b\r\n\r\nc\r\n\x1A"));
+  EXPECT_FALSE(harmless(u"a.txt", "#!/bin/sh\nid\n") || harmless(u"a.jpg", "%PDF-1.4\n%\xE2"));
   EXPECT_TRUE(harmless(u"jis.txt", "\x1B$B2q5D\x1B(B\r\n"));
   EXPECT_TRUE(harmless(u"sjis.csv", "\x89\xEF\x8B\x63,1\r\n"));
   EXPECT_FALSE(harmless(u"data.txt", QByteArray("\x01\0\x02", 3)));
@@ -132,10 +136,10 @@ TEST(FileKindTest, WhatMayActIsAskedAbout) {
   const QString formula = QStringLiteral("=cmd|' /C calc'!A0");
   const QByteArray utf16("\xFF\xFE");
   for (const QByteArray& table :
-       {QByteArray("\"@SUM(1)\",2\r\n"), QByteArray("\xEF\xBB\xBF") + formula.toUtf8(),
+       {QByteArray("\"@RTD(1)\",2\r\n"), QByteArray("\xEF\xBB\xBF") + formula.toUtf8(),
         utf16 + QByteArray(reinterpret_cast<const char*>(formula.utf16()), formula.size() * 2),
         QByteArray("+cmd|' /C calc'!A0"), QByteArray("a;-2+3+cmd|' /C calc'!A0"),
-        QByteArray("a| =cmd!A1"), QByteArray("＝SUM（1）")}) {
+        QByteArray("a| =cmd!A1"), QByteArray("＝ＲＴＤ（1）")}) {
     EXPECT_FALSE(harmless(u"a.csv", table)) << table.toStdString();
   }
   EXPECT_TRUE(harmless(u"a.csv", "+81-3-1234-5678,-1.5%,\"- 品名\",x@y.example\r\n"));

@@ -432,6 +432,13 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
        QStringLiteral("<style>body{margin-top:-400px!important;display:none!important}</style>"
                       "<body title=' style=\">' class='x>'>x"),
        QStringLiteral("<b>").repeated(5000) + u'x'};
+  // What is read back in another form than it was written closes what is around it.
+  for (const char* element : {"dd", "dt", "li"}) {
+    mails.append(QStringLiteral("<%1><div><table><%1>x</%1></table></div></%1>"
+                                "<div style='margin-top:-130px;opacity:.999;background:#fff;"
+                                "height:130px'>forged</div>")
+                     .arg(QString::fromLatin1(element)));
+  }
   QWebEngineView view;
   view.resize(800, 600);
   view.show();

@@ -57,7 +57,13 @@ void BrowserArea::Add(BrowserWindow* window) {
   connect(window, &BrowserWindow::ChosenChanged, this, &BrowserArea::ChosenChanged);
   QMdiSubWindow* frame = addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
-  frame->setWindowIcon(Icon(QStringLiteral("folder")));
+  // A web page calls itself what it likes, also by the name of a folder.
+  const auto showKind = [window, frame] {
+    frame->setWindowIcon(
+        Icon(window->IsLocal() ? QStringLiteral("folder") : QStringLiteral("bookmark")));
+  };
+  showKind();
+  connect(window, &BrowserWindow::Loaded, frame, showKind);
 }
 
 void BrowserArea::AddUnseen(BrowserWindow* window) const {

@@ -59,6 +59,7 @@ ParentWindow::ParentWindow(Context& context)
       tvConsole_(new ConsoleTree(context)),
       area_(new BrowserArea(context)),
       splitter_(new QSplitter),
+      others_(context),
       unread_(context, *tvConsole_, [this] { return traffic_.Control().Busy(); }),
       notice_(
           context, *this, [this](const QString& serialId) { OpenMessage(0, serialId, false); },
@@ -243,6 +244,7 @@ void ParentWindow::tmPlan_Timer() {
   }
   traffic_.Tick();
   EndAfterSending();
+  if (!traffic_.Control().Busy() && others_.HaveStored()) foldersChanged_ = true;
   // What the user did shows at once, what a session brings when it has ended.
   if (foldersChanged_ || !traffic_.Control().Busy()) RefreshFolders();
   if (damage_.IsDue() && IsEnabled()) damage_.Ask();

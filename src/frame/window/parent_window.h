@@ -6,6 +6,7 @@
 
 #include "frame/dispatcher.h"
 #include "frame/event_log.h"
+#include "frame/other_programs.h"
 #include "frame/source_watch.h"
 #include "frame/window/archive_commands.h"
 #include "frame/window/console_tree.h"
@@ -179,6 +180,7 @@ class ParentWindow : public QMainWindow,
   QAction* exit_ = nullptr;
   QTimer tmDialog_;
   QTimer tmPlan_;
+  OtherPrograms others_;
   UnreadCounter unread_;
   NewMessageNotice notice_;
   DamageQuestions damage_;

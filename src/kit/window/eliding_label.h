@@ -3,6 +3,7 @@
 #include <QLabel>
 
 #include "kit/window/plain_text.h"
+#include "storage/shown_text.h"
 
 namespace vorn {
 
@@ -18,10 +19,15 @@ class ElidingLabel : public QLabel {
 
   /// Hidden where there is no text. `caption` stands before it.
   void Say(const QString& caption, const QString& text) {
-    whole_ = caption + ShownText(text).simplified();
-    setToolTip(ShownToolTip(text));
-    setAccessibleName(whole_);
-    setVisible(!text.isEmpty());
+    SayShown(caption, ShownText(text).simplified());
+  }
+  /// The same for what is such a text already, perhaps with marks that keep its pieces apart.
+  void SayShown(const QString& caption, const QString& shown) {
+    whole_ = caption + shown;
+    const QString plain = WithoutDirectionMarks(shown);
+    setToolTip(ShownToolTip(plain));
+    setAccessibleName(caption + plain);
+    setVisible(!shown.isEmpty());
     Elide();
   }
 

@@ -12,8 +12,10 @@ namespace vorn {
 void AskToOpenOutside(QWidget* parent, const QUrl& url) {
   if (url.scheme() != u"http" && url.scheme() != u"https") return;
   const QString address = url.toString(QUrl::FullyEncoded);
+  // What stands before an "@" in it only looks like a place.
   const auto answer = ShowBox(parent, QMessageBox::Question,
-                              Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + address,
+                              Ui::tr("次のアドレスを開きます。よろしいですか？\n\n") + address +
+                                  Ui::tr("\n\n接続先：%1").arg(url.host(QUrl::FullyEncoded)),
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes || QDesktopServices::openUrl(url)) return;
   ShowBox(parent, QMessageBox::Information,

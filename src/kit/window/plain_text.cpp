@@ -27,7 +27,11 @@ QMessageBox::StandardButton ShowBox(QWidget* parent, QMessageBox::Icon icon, con
                                     QMessageBox::StandardButtons buttons,
                                     QMessageBox::StandardButton standard,
                                     QMessageBox::StandardButton escape) {
-  QMessageBox box(icon, kApplicationTitle, ShownText(text), buttons, parent);
+  // A name in front in letters from right to left turns no sentence of the program's round.
+  const QChar leftToRight(0x200E);
+  const QString shown = ShownText(text);
+  QMessageBox box(icon, kApplicationTitle, text.isRightToLeft() ? leftToRight + shown : shown,
+                  buttons, parent);
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(standard);
   if (escape != QMessageBox::NoButton) box.setEscapeButton(escape);

@@ -4,6 +4,7 @@
 #include <archive_entry.h>
 
 #include <QIODevice>
+#include <QtEndian>
 #include <memory>
 
 #include "mail/codec/charset.h"
@@ -53,6 +54,24 @@ ZipResult Copy(archive* opened, bool isEncrypted, QIODevice& target) {
   }
 }
 
+// Whether the directory at the end is the only one that a reader may find there, and describes what
+// stands right before it: of two archives in one file another program may see the other one.
+bool IsOneArchive(const QByteArray& bytes) {
+  constexpr qsizetype kRecord = 22;
+  constexpr qsizetype kLongestComment = 65535;
+  constexpr quint32 kElsewhere = 0xFFFFFFFF;  // in a record for large archives
+  const QByteArray mark = "PK\5\6";
+  const qsizetype end = bytes.lastIndexOf(mark);
+  if (end < 0 || bytes.size() - end < kRecord) return false;
+  const qsizetype before = end > 0 ? bytes.lastIndexOf(mark, end - 1) : -1;
+  if (before >= 0 && bytes.size() - before <= kRecord + kLongestComment) return false;
+  const auto size = qFromLittleEndian<quint32>(bytes.constData() + end + 12);
+  const auto place = qFromLittleEndian<quint32>(bytes.constData() + end + 16);
+  const auto comment = qFromLittleEndian<quint16>(bytes.constData() + end + 20);
+  if (end + kRecord + comment != bytes.size()) return false;
+  return place == kElsewhere || qsizetype{place} + size == end;
+}
+
 }  // namespace
 
 std::vector<ZipEntry> ListZip(const QByteArray& bytes) {
@@ -70,6 +89,7 @@ std::vector<ZipEntry> ListZip(const QByteArray& bytes) {
 }
 
 bool HasHiddenFiles(const QByteArray& bytes) {
+  if (!IsOneArchive(bytes)) return true;
   const Utf8Locale locale;
   const Archive opened = Open(bytes);
   archive_entry* entry = nullptr;

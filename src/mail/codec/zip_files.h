@@ -30,7 +30,7 @@ inline constexpr size_t kMostZipFiles = 2000;
 std::vector<ZipEntry> ListZip(const QByteArray& archive);
 
 /// Whether something in an archive has a content and is yet no file by its mode, as programs that
-/// do not know modes would take it for.
+/// do not know modes would take it for, or another archive stands in the same bytes.
 bool HasHiddenFiles(const QByteArray& archive);
 
 /// Unpacks the files that `target` gives a device for, which it is asked for each file in order; a

@@ -68,19 +68,23 @@ QString MidAddress(const QByteArray& source) {
 }
 
 // Other kinds of documents are such archives too.
-bool IsZip(const ModelAttachment& attachment, const QByteArray& bytes) {
-  const bool isNamed = attachment.name.endsWith(u".zip", Qt::CaseInsensitive) ||
-                       attachment.type.contains(u"zip", Qt::CaseInsensitive);
-  return isNamed && bytes.startsWith("PK\x03\x04");
+bool IsNamedZip(const ModelAttachment& attachment) {
+  return attachment.name.endsWith(u".zip", Qt::CaseInsensitive) ||
+         attachment.type.contains(u"zip", Qt::CaseInsensitive);
+}
+
+bool IsZip(const ModelAttachment& attachment, const QByteArray& source) {
+  return IsNamedZip(attachment) && ReadAttachment(attachment, source).startsWith("PK\x03\x04");
 }
 
 // What a user should know before opening it.
-QString NoteOn(const ModelAttachment& attachment, const QByteArray& bytes) {
+QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
   if (attachment.inner) {
-    return Ui::tr("、") + ShownText(Ui::tr("%1の中").arg(attachment.record.name), kMostInTitle);
+    return Ui::tr("、") + Ui::tr("%1の中").arg(ShownFileName(attachment.record.name));
   }
-  if (!IsZip(attachment, bytes)) return {};
-  const std::vector<ZipEntry> files = ListZip(bytes);
+  // One that was added may be large, and its owner knows what is in it.
+  if (attachment.isNew || !IsNamedZip(attachment)) return {};
+  const std::vector<ZipEntry> files = ListZip(ReadAttachment(attachment, source));
   const bool isEncrypted = std::any_of(files.begin(), files.end(),
                                        [](const ZipEntry& file) { return file.isEncrypted; });
   return isEncrypted ? Ui::tr("、パスワード付き") : QString();
@@ -116,13 +120,12 @@ void AttachmentList::Fill() {
   clear();
   const QFileIconProvider icons;
   for (const ModelAttachment& attachment : attachments_) {
-    // One that was added may be large, and its owner knows what is in it.
-    const QByteArray bytes = attachment.isNew ? QByteArray() : ReadAttachment(attachment, source_);
-    const qint64 size = attachment.isNew ? QFileInfo(attachment.path).size() : bytes.size();
-    auto* item = new QListWidgetItem(icons.icon(QFileIconProvider::File),
-                                     ShownText(attachment.name, kMostInTitle) + Ui::tr("（") +
-                                         SizeText(size) + NoteOn(attachment, bytes) + Ui::tr("）"),
-                                     this);
+    const qint64 size = AttachmentSize(attachment, source_);
+    auto* item =
+        new QListWidgetItem(icons.icon(QFileIconProvider::File),
+                            ShownFileName(attachment.name) + Ui::tr("（") + SizeText(size) +
+                                NoteOn(attachment, source_) + Ui::tr("）"),
+                            this);
     item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
 }
@@ -227,7 +230,7 @@ void AttachmentList::SaveByDialog() {
     const bool isChosen = shown != nullptr && shown->isSelected();
     if (isChosen) highlighted.append(QString::number(i));
     // "@" separates the fields of an entry.
-    QString name = ShownText(attachments_[i].name, kMostInTitle);
+    QString name = ShownFileName(attachments_[i].name);
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
   }
   const QString answer = InputList(context_, this, Ui::tr("添付ファイルの保存"),
@@ -303,12 +306,12 @@ bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
                 "「%1」の中身は確かめられません（%2）。マクロなどのプログラムが入っていることも"
                 "あります。知っている人から送られてくるはずのファイルのときだけ開いてください。\n\n"
                 "名前が示す種類: %3\n\n開きますか？")
-                .arg(attachment.name, kind.byContent, kind.byName)
+                .arg(ShownFileName(attachment.name), kind.byContent, kind.byName)
           : Ui::tr(
                 "「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを"
                 "含むファイルかもしれません。\n\n名前が示す種類: %2\n実際の中身: %3\n\n"
                 "開きますか？")
-                .arg(attachment.name, kind.byName, kind.byContent);
+                .arg(ShownFileName(attachment.name), kind.byName, kind.byContent);
   return ShowBox(this, QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No,
                  QMessageBox::No) == QMessageBox::Yes;
 }
@@ -331,10 +334,10 @@ void AttachmentList::OpenCurrent() {
     Q_EMIT MessageOpened(path);
   } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
     return;
-  } else if (IsZip(attachment, ReadAttachment(attachment, source_))) {
+  } else if (IsZip(attachment, source)) {
     UnpackCurrent();  // which needs no program
   } else {
-    Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(attachment.name));
+    Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(ShownFileName(attachment.name)));
   }
 }
 
@@ -342,7 +345,7 @@ void AttachmentList::OpenCurrent() {
 int AttachmentList::ArchiveRow() const {
   const auto isArchive = [this](int row) {
     const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
-    return IsZip(attachment, ReadAttachment(attachment, source_));
+    return IsZip(attachment, source_);
   };
   if (currentRow() >= 0 && isArchive(currentRow())) return currentRow();
   for (int row = 0; row < count(); ++row) {

@@ -35,7 +35,8 @@ constexpr qsizetype kShownAddresses = 3;
 QString Addresses(const MessageModel& model, QStringView kind) {
   QStringList texts;
   for (const AddressEntry& entry : model.addresses) {
-    if (kind.compare(entry.kind, Qt::CaseInsensitive) == 0) texts.append(entry.presentable);
+    if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
+    texts.append(IsolatedAddress(ShownInLine(entry.presentable).simplified()));
   }
   const qsizetype more = texts.size() - kShownAddresses;
   const QString shown = texts.mid(0, kShownAddresses).join(QStringLiteral(", "));
@@ -176,12 +177,12 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
 
 void ReadingPane::ShowHead() {
   const QString copies = Addresses(model_, u"CC");
-  subject_->Say({},
-                model_.subject.isEmpty() ? Ui::tr("（件名なし）") : WithoutHidden(model_.subject));
-  from_->Say(Ui::tr("差出人："), Addresses(model_, u"FROM"));
-  to_->Say(Ui::tr("宛て先："),
-           Addresses(model_, u"TO") +
-               (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
+  const QString subject = WithoutHidden(model_.subject).trimmed();
+  subject_->Say({}, subject.isEmpty() ? Ui::tr("（件名なし）") : subject);
+  from_->SayShown(Ui::tr("差出人："), Addresses(model_, u"FROM"));
+  to_->SayShown(Ui::tr("宛て先："),
+                Addresses(model_, u"TO") +
+                    (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
   date_->Say(Ui::tr("日時："), DateLine(source_, request_->Text(u"work_timestamp")));
 }
 

@@ -83,7 +83,7 @@ class Unpacking {
         isFirst ? Ui::tr("「%1」のファイルは暗号化されています。パスワードを入力して下さい。")
                 : Ui::tr("パスワードが違うか、ファイルが壊れています。もう一度入力して下さい。");
     password = InputPassword(context_, parent_, Ui::tr("中のファイルの取り出し"),
-                             isFirst ? caption.arg(ShownText(name_, kMostInTitle)) : caption, true);
+                             isFirst ? caption.arg(ShownFileName(name_)) : caption, true);
     return !password.isEmpty();
   }
 
@@ -110,8 +110,7 @@ class Unpacking {
   }
 
   QString DamagedWords() const {
-    return Ui::tr("「%1」を開けません。壊れているか、知らない形式です。")
-        .arg(ShownText(name_, kMostInTitle));
+    return Ui::tr("「%1」を開けません。壊れているか、知らない形式です。").arg(ShownFileName(name_));
   }
 
   void Tell(const QString& text) { ShowBox(parent_, QMessageBox::Critical, text); }

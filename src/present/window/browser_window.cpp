@@ -8,6 +8,7 @@
 #include <QWebEngineView>
 
 #include "kit/window/plain_text.h"
+#include "mail/window/message_host.h"
 #include "present/window/browser_host.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/engine_view.h"
@@ -268,6 +269,8 @@ void BrowserWindow::Seek() {
     engine_->View()->stop();
   } else if (IsLocal() && paging_->HasTypedSearch()) {
     paging_->Search();  // with what the box says, rather than what it said
+  } else if (IsLocal() && ownPage_.isEmpty()) {
+    host_.Messages().MessageStored();  // folders and their counts
   } else {
     Refresh();
   }
@@ -361,7 +364,9 @@ void BrowserWindow::Activate() {
   engine_->View()->setFocus();
   // Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
   // with what was chosen then.
-  if (rows_.HasRows()) rows_.Leave(wasInUse);
+  if (!rows_.HasRows()) return;
+  rows_.Leave(wasInUse);
+  if (!wasInUse) split_->ShowNothing();
 }
 
 void BrowserWindow::Unload() {

@@ -21,8 +21,8 @@ QString BoxText(const QUrl& origin, const QString& text) {
 
 bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
   if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
-    // Only what the user clicked; a page cannot follow its own links.
-    if (type == NavigationTypeLinkClicked && !IsRepeated(*command)) {
+    // Only what the user clicked, on a page of the program's; a page cannot follow its own links.
+    if (!localPage_.isEmpty() && type == NavigationTypeLinkClicked && !IsRepeated(*command)) {
       Q_EMIT CommandFollowed(*command);
     }
     return false;

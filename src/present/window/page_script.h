@@ -182,7 +182,11 @@ inline constexpr char kPageScript[] = R"js(
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
-    leaveUnseen: () => { if (current < 0 || !isInSight(rows[current])) vorn.leave(); },
+    leaveUnseen: () => {
+      if (current >= 0 && isInSight(rows[current])) return;
+      vorn.leave();
+      tell('row', -1);
+    },
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
     chosen: chosenIds,
