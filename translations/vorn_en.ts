@@ -3963,5 +3963,17 @@ Open it?</translation>
         <source>プログラムを起動したり、ほかの場所に接続したりする予定</source>
         <translation>an appointment that starts a program or connects to another place</translation>
     </message>
+    <message>
+        <source>
+
+接続先：%1</source>
+        <translation>
+
+The place that is asked: %1</translation>
+    </message>
+    <message>
+        <source>%1通</source>
+        <translation>%1 messages</translation>
+    </message>
 </context>
 </TS>

@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
 #endif
   vorn::ForbidCoreDumps();
+  vorn::ForbidWritingByOthers();
   vorn::Program::PrepareEngine();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vorn"));

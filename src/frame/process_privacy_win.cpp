@@ -5,4 +5,7 @@ namespace vorn {
 // Dumps are made by the system's error reporting only when its administrator asks for them.
 void ForbidCoreDumps() {}
 
+// There are no such modes.
+void ForbidWritingByOthers() {}
+
 }  // namespace vorn

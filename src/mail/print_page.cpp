@@ -68,7 +68,7 @@ const QByteArray kBody = "<body";
 constexpr const char* kInSight =
     "display:block;visibility:visible;opacity:1;float:none;width:auto;min-width:0;max-width:none;"
     "height:auto;max-height:none;overflow:visible;padding:0;border:0;text-indent:0;"
-    "outline:0;border-image:none;box-shadow:none;";
+    "outline:0;border-image:none;box-shadow:none;text-decoration:none;";
 // What of the element around the mail could be drawn over it.
 const QByteArray kInItsPlace =
     "display:flow-root;overflow:clip;margin:0;padding:0;border:0;border-image:none;outline:0;"

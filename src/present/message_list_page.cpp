@@ -131,6 +131,12 @@ qint32 MessageListPages::CountPages(const QString& folder, const QString& search
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
+qint64 MessageListPages::CountFound(const QString& folder, const QString& search) {
+  FolderRows* rows = RowsOf(folder, search);
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  return rows == nullptr || !mail ? -1 : rows->Count(context_.Data);
+}
+
 qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
   const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
   return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;

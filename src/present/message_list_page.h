@@ -34,6 +34,8 @@ class MessageListPages {
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
   qint32 CountPages(const QString& folder, const QString& search = {}, bool count = true);
+  /// How many messages a search finds in a folder; -1 when they cannot be counted.
+  qint64 CountFound(const QString& folder, const QString& search);
   /// The number of the page on which the row stands before which there are so many.
   qint32 PageOf(qint64 rowsBefore) const;
   /// See `FolderRows::Question`; empty when there is no such folder.

@@ -28,10 +28,11 @@ bool HasAt(const QString& text) {
 // message came from.
 QString ShownSender(const AddressEntry& entry) {
   const QString name = WithoutHidden(entry.displayName).simplified();
-  if (name.isEmpty()) return entry.address;
+  if (!HasVisible(name)) return entry.address;
   QString others = name;
   others.remove(entry.address, Qt::CaseInsensitive);
-  return HasAt(others) ? name + QStringLiteral(" <") + entry.address + u'>' : name;
+  // In front, where a narrow column does not cut it off.
+  return HasAt(others) ? entry.address + QStringLiteral(" (") + name + u')' : name;
 }
 
 const QString kLineBreak = QStringLiteral("\r\n");
@@ -278,7 +279,7 @@ void PageFiller::HandleFolder() {
 
 void PageFiller::WriteSubject() {
   const QString stored = rows_->Fields(u"FIELD_SUBJECT").toString();
-  const bool isSeen = !content_.escape || !WithoutHidden(stored).trimmed().isEmpty();
+  const bool isSeen = !content_.escape || HasVisible(stored);
   const QString subject = isSeen ? stored : QString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
   if (rows_->IsRowDamaged()) WriteText(Unreadable());

@@ -29,7 +29,8 @@ body { margin: 0; background: var(--back); color: var(--text);
        font: 10pt/1.5 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif; }
 table { width: 100%; border-collapse: collapse; table-layout: fixed; }
 th { position: sticky; top: 0; background: var(--head); color: var(--soft); font-weight: normal;
-     text-align: left; padding: 6px 10px; border-bottom: 1px solid var(--line); }
+     text-align: left; padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowrap;
+     overflow: hidden; }
 td { padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowrap;
      overflow: hidden; text-overflow: ellipsis; }
 a { color: var(--text); text-decoration: none; }

@@ -29,7 +29,8 @@ namespace {
 constexpr int kIdleStatements = 64;
 constexpr int kBusyTimeoutMs = 5000;
 constexpr int kBusyPauseMs = 1;
-constexpr int kStepsBetweenLooks = 500;  // each may take long
+constexpr int kStepsBetweenLooks = 500;              // each may take long
+constexpr qint64 kMostMemory = 768LL * 1024 * 1024;  // of the engine, while a condition runs
 // What statements are kept under begins with whose they are.
 constexpr char kSystemKey = 's';
 constexpr char kUserKey = 'u';
@@ -174,8 +175,10 @@ int Connection::WaitWhileBusy(void* self, int attempts) {
 }
 
 int Connection::IsOverdue(void* self) {
-  const bool ends =
-      static_cast<Connection*>(self)->deadline_.hasExpired() || ConditionLimit::IsStopped();
+  const QDeadlineTimer& deadline = static_cast<Connection*>(self)->deadline_;
+  // What is sorted or told apart lies in memory.
+  const bool isLarge = !deadline.isForever() && sqlite3_memory_used() > kMostMemory;
+  const bool ends = isLarge || deadline.hasExpired() || ConditionLimit::IsStopped();
   if (ends) ConditionLimit::NoteReached();
   return ends ? 1 : 0;
 }

@@ -89,6 +89,17 @@ QString ShownText(const QString& text, qsizetype most) {
   return shown;
 }
 
+bool HasVisible(const QString& text) {
+  constexpr char32_t kPlaceholder = 0xFFFC;  // of an object
+  const QList<uint> characters = text.toUcs4();
+  return std::any_of(characters.begin(), characters.end(), [](char32_t c) {
+    const QChar::Category category = QChar::category(c);
+    const bool isDrawn = QChar::isLetterOrNumber(c) || QChar::isPunct(c) || QChar::isSymbol(c) ||
+                         category == QChar::Other_PrivateUse;
+    return isDrawn && c != kPlaceholder && (c < 0xAD || !IsInvisible(c));
+  });
+}
+
 QString ShownFileName(const QString& name) {
   constexpr qsizetype kBegin = 60;
   constexpr qsizetype kEnd = 39;

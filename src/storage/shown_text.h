@@ -17,6 +17,9 @@ QString ShownInLine(const QString& text);
 /// and of a long one the begin and the end, where its kind stands.
 QString ShownFileName(const QString& name);
 
+/// Whether a text has anything that is drawn: a letter, a digit or a sign.
+bool HasVisible(const QString& text);
+
 /// A text without the marks that turn the direction of others: for names that go on into messages,
 /// where they would turn the address behind them.
 QString WithoutDirectionMarks(const QString& text);

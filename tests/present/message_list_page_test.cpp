@@ -60,6 +60,7 @@ class MessageListPageTest : public testing::Test {
   }
 
   TestProfile profile_;
+  QByteArray last_;  // row of a page
   QString folder_ = fixed_serial::kInbox;
   QString search_;
   bool before_ = true;
@@ -282,6 +283,37 @@ TEST_F(MessageListPageTest, SendersAndTextsAreEscapedAndKeepTheirDirectionToThem
   EXPECT_TRUE(row.contains("|&lt;b&gt;Sato|&lt;i&gt;text")) << row.toStdString();
   // Its letters from right to left turn nothing around it.
   EXPECT_TRUE(row.startsWith("<bdi>[U+202E]gpj.exe ")) << row.toStdString();
+}
+
+TEST_F(MessageListPageTest, NoNameHidesTheAddressThatAMessageCameFrom) {
+  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  const auto shown = [this](const char16_t* name, const char* subject = "s") {
+    folder_ = fixed_serial::kInbox;
+    const QString id =
+        profile_.Store("From: =?utf-8?B?" + QString::fromUtf16(name).toUtf8().toBase64() +
+                           "?= <evil@x.test>\r\nSubject: =?utf-8?B?" +
+                           QByteArray(subject).toBase64() + "?=\r\n\r\nx\r\n",
+                       4);
+    const QList<QByteArray> rows =
+        Filled("<+MAIL>[<+SUBJECT>|<+MAILADDRESS><FROM>]\n<+MAIL>").split('\n');
+    for (const QByteArray& row : rows) last_ = row.endsWith(']') ? row : last_;
+    return QString::fromUtf8(last_).section(u'|', 1).chopped(1);
+  };
+  EXPECT_EQ(shown(u"Sato"), QStringLiteral("Sato"));
+  for (const char16_t* unseen :
+       {u"\u200B\u2060", u"\u3164", u"\u061C", u"\u180B", u"\uFFFC", u"\u2065", u"\u00A0\u3000"}) {
+    EXPECT_EQ(shown(unseen), QStringLiteral("evil@x.test"))
+        << QString::fromUtf16(unseen).toUcs4()[0];
+  }
+  for (const char16_t* imitating :
+       {u"ceo@bank.example", u"ceo＠bank.example", u"ceo﹫bank.example",
+        u"ceo@bank.example                                                  evil@x.test"}) {
+    EXPECT_TRUE(shown(imitating).startsWith(QStringLiteral("evil@x.test (")))
+        << QString::fromUtf16(imitating).toStdString();
+  }
+  EXPECT_EQ(shown(u"evil@x.test"), QStringLiteral("evil@x.test"));
+  shown(u"Sato", "\xE2\x80\x8B\xE3\x85\xA4");
+  EXPECT_TRUE(last_.startsWith(ToCodePage932(QStringLiteral("[(件名なし)|"))));
 }
 
 TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnce) {

@@ -161,7 +161,7 @@ TEST_F(FolderCommandsTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
   }));
   // Keys in a folder without messages.
   OpenFolder(QString::fromUtf16(kShelf));
-  FocusPage();
+  FocusPage(false);
   Press(Qt::Key_B);
   EXPECT_TRUE(says(u"選択されていません"));
   Press(Qt::Key_N);

@@ -155,10 +155,12 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
       test::Type(box, text);
       QTest::keyClick(&box, Qt::Key_Return);
     });
-    FocusPage();
+    FocusPage(false);
   };
   search(QStringLiteral("No"));
   EXPECT_TRUE(PageText().contains(QStringLiteral("No25.")));
+  const auto& found = Child<QLabel>(*Browser(), u"lbFound");
+  EXPECT_TRUE(WaitFor([&found] { return found.text() == QStringLiteral("25通"); }));
   search(QStringLiteral("nothing"));
   EXPECT_TRUE(AwaitGone("No25."));
   Press(Qt::Key_A, Qt::ControlModifier);

@@ -429,6 +429,7 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
                       "outline-offset:-900px!important}</style>x"),
        QStringLiteral("<style>body>div{border-image:linear-gradient(white,white) 0 fill/0/500px"
                       "!important;border-image-outset:500px!important}</style>x"),
+       QStringLiteral("<body style='text-decoration:line-through white 60px'>x"),
        QStringLiteral("<style>body{margin-top:-400px!important;display:none!important}</style>"
                       "<body title=' style=\">' class='x>'>x"),
        QStringLiteral("<b>").repeated(5000) + u'x'};

@@ -157,11 +157,12 @@ class ProgramTest : public testing::Test {
     }
   }
   // Gives the page the focus once it knows its messages, so that keys act on them.
-  void FocusPage() {
+  void FocusPage(bool hasRows = true) {
     program_->Parent()->activateWindow();
-    EXPECT_TRUE(WaitFor([this] {
+    EXPECT_TRUE(WaitFor([this, hasRows] {
       return program_->Parent()->isActiveWindow() &&
-             Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled();
+             Browser()->findChild<QAction*>(QStringLiteral("cmd_open"))->isEnabled() &&
+             (!hasRows || Script(QStringLiteral("window.vorn && vorn.count() > 0")).toBool());
     }));
     View()->setFocus();
     Chosen();

@@ -34,6 +34,15 @@ TEST(ProgressWindowTest, WorkThatLastsIsShownAndEndedByTheUser) {
   EXPECT_TRUE(wasStopped);
 }
 
+// It would stand in front of what is asked next.
+TEST(ProgressWindowTest, WorkThatIsDoneIsNotShownAnyMore) {
+  QWidget parent;
+  ProgressWindow progress(&parent, QStringLiteral("title"));
+  EXPECT_TRUE(progress.Run(QStringLiteral("busy"), [](const std::atomic<bool>&) {}));
+  test::RunFor(600);
+  EXPECT_EQ(test::TopLevel<QProgressDialog>(), nullptr);
+}
+
 TEST(ProgressWindowTest, WhatItBelongsToMayGo) {
   auto parent = std::make_unique<QWidget>();
   ProgressWindow progress(parent.get(), QStringLiteral("title"));

@@ -247,6 +247,7 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   };
   ASSERT_TRUE(WaitFor([&] { return event() != nullptr; }));
   RunPlan();
+  tree->setFocus();
   tree->setCurrentItem(event());
   QTest::keyClick(tree, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));

@@ -484,6 +484,9 @@ void ParentWindow::BrowserClosed() {
 void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") OpenEvent(key);
   if (tag != object_type::kFolder) return;
+  // Who asks for the folder that he is searching wants all of it.
+  BrowserWindow* active = area_->Active();
+  if (active != nullptr && active->Tag() == key) active->GiveUpSearch();
   if (!inTabOfItsOwn && area_->Current() == Arrangement::Tabs) {
     const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
                                     [&](const RequestWindow* open) { return open->Tag() == key; });

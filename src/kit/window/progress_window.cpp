@@ -24,7 +24,9 @@ ProgressWindow::ProgressWindow(QWidget* parent, const QString& title)
   dialog_->setWindowModality(Qt::ApplicationModal);
   dialog_->setMinimumWidth(320);
   // Its own minimum duration counts from the first value, of which there is none.
-  QTimer::singleShot(kShowAfterMs, dialog_, &QWidget::show);
+  show_.setSingleShot(true);
+  QObject::connect(&show_, &QTimer::timeout, dialog_, &QWidget::show);
+  show_.start(kShowAfterMs);
   clock_.start();
 }
 
@@ -60,6 +62,8 @@ bool ProgressWindow::Run(const QString& sentence,
   const bool isWanted = Wait(sentence, [&isDone] { return isDone.load(); });
   stop = true;
   thread->wait();
+  show_.stop();  // nothing is going on any more
+  if (dialog_ != nullptr) dialog_->hide();
   return isWanted;
 }
 

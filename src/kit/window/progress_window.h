@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <QPointer>
 #include <QProgressDialog>
+#include <QTimer>
 #include <atomic>
 #include <functional>
 
@@ -31,6 +32,7 @@ class ProgressWindow {
 
   QPointer<QProgressDialog> dialog_;
   QString title_;
+  QTimer show_;
   QElapsedTimer clock_;
 };
 

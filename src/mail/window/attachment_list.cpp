@@ -291,14 +291,12 @@ bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
   if (!error.isEmpty()) return true;  // which is told where it is written
   FileKind kind;
   const QPointer<AttachmentList> self(this);
-  ProgressWindow progress(this, Ui::tr("添付ファイルを開く"));
-  if (!progress.Run(Ui::tr("添付ファイルの中身を調べています…"),
-                    [&](const std::atomic<bool>& stop) {
-                      kind = KindOfFile(attachment.name, bytes, &stop);
-                    })) {
-    return false;
-  }
-  if (self == nullptr) return false;
+  const auto look = [&](const std::atomic<bool>& stop) {
+    kind = KindOfFile(attachment.name, bytes, &stop);
+  };
+  const bool isWanted = ProgressWindow(this, Ui::tr("添付ファイルを開く"))
+                            .Run(Ui::tr("添付ファイルの中身を調べています…"), look);
+  if (!isWanted || self == nullptr) return false;
   if (kind.IsHarmless()) return true;
   const QString question =
       kind.danger == FileKind::Danger::Unknown

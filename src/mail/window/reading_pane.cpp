@@ -178,7 +178,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
 void ReadingPane::ShowHead() {
   const QString copies = Addresses(model_, u"CC");
   const QString subject = WithoutHidden(model_.subject).trimmed();
-  subject_->Say({}, subject.isEmpty() ? Ui::tr("（件名なし）") : subject);
+  subject_->Say({}, !HasVisible(subject) ? Ui::tr("（件名なし）") : subject);
   from_->SayShown(Ui::tr("差出人："), Addresses(model_, u"FROM"));
   to_->SayShown(Ui::tr("宛て先："),
                 Addresses(model_, u"TO") +

@@ -222,9 +222,14 @@ void BrowserWindow::ShowFolder(const QString& folder) {
   split_->ShowNothing();
   request_.SetSearch({});  // so that emptying the box searches nothing
   toolbar_->ClearSearch();
+  toolbar_->ShowFound(-1);
   request_.Take(std::make_shared<Disk>(folder));
   request_.BeLocal();
   LoadDefaultProperty(nullptr, true);
+}
+
+void BrowserWindow::GiveUpSearch() {
+  paging_->GiveUpSearch();
 }
 
 void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {

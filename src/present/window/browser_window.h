@@ -70,6 +70,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   LinkPage* BecomeNewWindow();
   /// What the folder is searched for; empty when all is shown.
   QString Search() const { return request_.Search(); }
+  /// Shows all of the folder again.
+  void GiveUpSearch();
   /// Makes a message of the page the current one, or none when it is on another page.
   void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
   /// How many messages the user has chosen one by one.

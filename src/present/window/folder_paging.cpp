@@ -19,6 +19,7 @@ FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& make
     if (!request_.Search().isEmpty()) Search();
   });
   connect(&maker_.Counter(), &PageCounter::Counted, &toolbar_, &FolderToolbar::ShowPageCount);
+  connect(&maker_.Counter(), &PageCounter::Found, &toolbar_, &FolderToolbar::ShowFound);
 }
 
 void FolderPaging::GoTo(int page) {
@@ -53,6 +54,7 @@ void FolderPaging::Search() {
   if (!request_.IsLocal()) return;
   request_.SetSearch(toolbar_.TypedSearch());
   toolbar_.ShowPageCount(0);
+  toolbar_.ShowFound(-1);
   GoTo(PageRequest::kFirstShown);
 }
 

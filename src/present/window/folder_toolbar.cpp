@@ -3,12 +3,14 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolBar>
 
 #include "kit/window/access_names.h"
+#include "kit/window/plain_text.h"
 #include "objects/settings.h"
 #include "present/window/link_button.h"
 #include "present/window/page_box.h"
@@ -39,6 +41,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->addWidget(pages_);
   bar->addWidget(txLocation_, 1);
   bar->addWidget(txSearch_, 1);
+  bar->addWidget(lbFound_);
 }
 
 void FolderToolbar::BuildButtons() {
@@ -92,6 +95,9 @@ void FolderToolbar::BuildSearch() {
   connect(txSearch_, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (text.isEmpty()) Q_EMIT SearchEmptied();
   });
+  lbFound_ = PlainLabel({}, this);
+  lbFound_->setObjectName(QStringLiteral("lbFound"));
+  lbFound_->hide();
   auto* find = new QShortcut(QKeySequence::Find, parentWidget());
   find->setContext(Qt::WidgetWithChildrenShortcut);
   connect(find, &QShortcut::activated, txSearch_, [this] {
@@ -102,6 +108,7 @@ void FolderToolbar::BuildSearch() {
 
 // An address is there to be replaced.
 bool FolderToolbar::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == txLocation_ && event->type() == QEvent::FocusOut) txLocation_->deselect();
   if (watched == txLocation_ && event->type() == QEvent::FocusIn) {
     QTimer::singleShot(0, txLocation_, &QLineEdit::selectAll);
   }
@@ -126,6 +133,11 @@ void FolderToolbar::Show(const State& state) {
 
 void FolderToolbar::ShowPageCount(int pages) {
   pages_->ShowCount(pages);
+}
+
+void FolderToolbar::ShowFound(qint64 messages) {
+  lbFound_->setText(messages < 0 ? QString() : Ui::tr("%1通").arg(messages));
+  lbFound_->setVisible(messages >= 0);
 }
 
 void FolderToolbar::ShowAddress(const QString& text, bool isEditable) {

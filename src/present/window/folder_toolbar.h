@@ -6,6 +6,7 @@
 #include "storage/context.h"
 
 class QAction;
+class QLabel;
 class QLineEdit;
 class QToolBar;
 
@@ -35,6 +36,8 @@ class FolderToolbar : public QWidget {
   void Show(const State& state);
   /// How many pages the folder has; 0 when that is not known.
   void ShowPageCount(int pages);
+  /// How many messages the search has found; -1 when there is none, or that is not known.
+  void ShowFound(qint64 messages);
   /// Shows an address that the user may replace, or a title.
   void ShowAddress(const QString& text, bool isEditable);
   /// The page has gone to another address by itself: shows that unless the user is typing one.
@@ -79,6 +82,7 @@ class FolderToolbar : public QWidget {
   QToolBar* tbLocation_;
   QLineEdit* txLocation_ = nullptr;
   QLineEdit* txSearch_ = nullptr;
+  QLabel* lbFound_ = nullptr;
   LinkButton* links_ = nullptr;
   PageBox* pages_ = nullptr;
   QAction* before_ = nullptr;

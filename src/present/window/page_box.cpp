@@ -47,7 +47,7 @@ void PageBox::AddNumber() {
   txPage_->setAccessibleName(Ui::tr("ページ番号"));
   txPage_->setToolTip(Ui::tr("ページ番号"));
   txPage_->setAlignment(Qt::AlignRight);
-  txPage_->setValidator(new QIntValidator(1, kHighestPage, txPage_));
+  txPage_->setValidator(new QIntValidator(0, kHighestPage, txPage_));
   txPage_->setFixedWidth(fontMetrics().horizontalAdvance(QString::number(kHighestPage)) + kSpare);
   connect(txPage_, &QLineEdit::returnPressed, this, &PageBox::TypedWanted);
   box_->addWidget(txPage_);

@@ -34,10 +34,17 @@ void PageCounter::Explore() {
   }
   const ConditionLimit briefer(kCountMs);
   Tell(hasPages);
+  TellFound();
 }
 
 void PageCounter::Tell(bool count) {
   Q_EMIT Counted(pages_.CountPages(request_.Folder(), request_.Search(), count));
+}
+
+void PageCounter::TellFound() {
+  if (request_.Search().isEmpty()) return;
+  const qint64 found = pages_.CountFound(request_.Folder(), request_.Search());
+  if (found >= 0) Q_EMIT Found(found);
 }
 
 }  // namespace vorn

@@ -9,7 +9,7 @@ class MessageListPages;
 class PageRequest;
 
 /// Finds out, in moments in which the user does nothing, where the pages of a long folder begin and
-/// how many there are.
+/// how many there are, and how many messages a search finds.
 class PageCounter : public QObject {
   Q_OBJECT
 
@@ -25,9 +25,12 @@ class PageCounter : public QObject {
  Q_SIGNALS:
   /// So many pages are there; 0 when that is not known.
   void Counted(int pages);
+  /// The search of the page finds so many messages.
+  void Found(qint64 messages);
 
  private:
   void Explore();
+  void TellFound();
 
   MessageListPages& pages_;
   const PageRequest& request_;

@@ -1,6 +1,7 @@
 #include "present/window/page_printing.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QPageLayout>
 #include <QPrinter>
@@ -55,6 +56,8 @@ void PagePrinting::EndPdf(const QString& path, bool written) {
   if (!written) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
+  } else {
+    host_.Tell(Ui::tr("「%1」に保存しました。").arg(QDir::toNativeSeparators(path)));
   }
   End();
 }
