@@ -2580,7 +2580,7 @@ Open it?</translation>
     </message>
     <message>
         <source>アドレスの選択では検索するまで何も選ばない(&amp;L)</source>
-        <translation>The address picker chooses nobody until something is searched for(&amp;L)</translation>
+        <translation>The address picker chooses nobody unti&amp;l something is searched for</translation>
     </message>
     <message>
         <source>条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。</source>
@@ -2740,7 +2740,7 @@ Open it?</translation>
     </message>
     <message>
         <source>うっかりを防ぐ(&amp;C)</source>
-        <translation>Prevent slips(&amp;C)</translation>
+        <translation>&amp;Catch slips</translation>
     </message>
     <message>
         <source>保存済みかどうかを調べられないメッセージがあるので、受信しません。</source>
@@ -3238,7 +3238,7 @@ and erased ones are not received again.</translation>
     </message>
     <message>
         <source>署名(&amp;B)</source>
-        <translation>Signature(&amp;B)</translation>
+        <translation>Signature &amp;block</translation>
     </message>
     <message>
         <source>設定を探す</source>
@@ -3278,11 +3278,11 @@ and erased ones are not received again.</translation>
     </message>
     <message>
         <source>HTMLだけのメッセージはHTMLで開く(&amp;G)</source>
-        <translation>Open messages that are HTML only as HTML(&amp;G)</translation>
+        <translation>Open messa&amp;ges that are HTML only as HTML</translation>
     </message>
     <message>
         <source>引用の前の行(&amp;D)</source>
-        <translation>Line above the quotation(&amp;D)</translation>
+        <translation>Line above the quote&amp;d text</translation>
     </message>
     <message>
         <source>署名を引用の上に入れる(&amp;G)</source>
@@ -3462,7 +3462,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>新しいメッセージを上に表示する(&amp;U)</source>
-        <translation>Show new messages at the top(&amp;U)</translation>
+        <translation>Show new messages &amp;uppermost</translation>
     </message>
     <message>
         <source>最も古いページ</source>
@@ -3873,7 +3873,7 @@ Remove the password?</translation>
     </message>
     <message>
         <source>未開封に戻す(&amp;T)</source>
-        <translation>Mark as Unopened(&amp;T)</translation>
+        <translation>Mark as No&amp;t Opened</translation>
     </message>
     <message>
         <source>ほかに未開封のメッセージはありません。</source>
@@ -3974,6 +3974,16 @@ The place that is asked: %1</translation>
     <message>
         <source>%1通</source>
         <translation>%1 messages</translation>
+    </message>
+    <message>
+        <source>
+
+起動しているほうに渡せなかったため、次のものは開いていません：
+</source>
+        <translation>
+
+These could not be handed over to the one that runs, and were not opened:
+</translation>
     </message>
 </context>
 </TS>

@@ -75,17 +75,23 @@ void FillEnvelope(Disk& message) {
 
 }  // namespace
 
-// The enabled account that bears a sender's address; the default one before others.
+// The enabled account that bears a sender's address; of several the one that bears his name too,
+// then the default one.
 DiskPtr CheckPlan::AccountFor(const QString& addressLines) const {
   const DiskCollectionPtr accounts =
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled);
   DiskPtr taken;
+  int best = -1;
   for (const QString& line : addressLines.split(kLineBreak)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
     for (const DiskPtr& account : *accounts) {
       if (account->Text(u"Mailaddress") != entry.address) continue;
-      if (taken == nullptr || account->Flag(u"Default")) taken = account;
+      const int fits = (account->Text(u"Display") == entry.displayName ? 2 : 0) +
+                       (account->Flag(u"Default") ? 1 : 0);
+      if (fits <= best) continue;
+      best = fits;
+      taken = account;
     }
   }
   return taken;

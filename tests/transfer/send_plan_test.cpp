@@ -35,6 +35,11 @@ TEST_F(SendPlanTest, TheDefaultOneOfTwoAccountsWithAnAddressSends) {
   EXPECT_EQ(Send().sent, 1);
   EXPECT_EQ(smtp_.Messages().size(), 1);
   EXPECT_EQ(other.Messages().size(), 0);
+  // Who writes under another name does so from that account.
+  AddSendAccount(other.Port())->Let(QStringLiteral("Display"), QStringLiteral("Sales"));
+  StoreWaiting("Sales <me@example.com>", "u");
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(other.Messages().size(), 1);
   // Letter case counts: this sender belongs to nobody, and nobody is chosen.
   StoreWaiting("ME@example.com", "t");
   EXPECT_EQ(Send().sent, 0);

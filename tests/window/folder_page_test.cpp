@@ -161,6 +161,12 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("No25.")));
   const auto& found = Child<QLabel>(*Browser(), u"lbFound");
   EXPECT_TRUE(WaitFor([&found] { return found.text() == QStringLiteral("25通"); }));
+  // From the box one key goes down to what was found, and another one gives it up.
+  box.setFocus();
+  QTest::keyClick(&box, Qt::Key_Down);
+  EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
+  MadeAnewBy([&box] { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(box.text(), QString());
   search(QStringLiteral("nothing"));
   EXPECT_TRUE(AwaitGone("No25."));
   Press(Qt::Key_A, Qt::ControlModifier);

@@ -111,7 +111,12 @@ bool Program::Start() {
   if (!instance_.Acquire()) {
     handedOver_ = !toOpen_.isEmpty() && messages_.Send(toOpen_);
     if (handedOver_) return false;
-    return Refuse(kApplicationTitle + Ui::tr("は既に起動しています。"));
+    const QString lost =
+        toOpen_.isEmpty()
+            ? QString()
+            : Ui::tr("\n\n起動しているほうに渡せなかったため、次のものは開いていません：\n") +
+                  toOpen_.join(u'\n');
+    return Refuse(kApplicationTitle + Ui::tr("は既に起動しています。") + lost);
   }
   QString error;
   if (!StartUp(context_, appFolder_, &error)) return Refuse(error);

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QShortcut>
@@ -90,6 +91,7 @@ void FolderToolbar::BuildSearch() {
   txSearch_->setPlaceholderText(Ui::tr("件名、アドレスを検索"));
   txSearch_->setClearButtonEnabled(true);
   txSearch_->setMinimumWidth(kSmallestBox);
+  txSearch_->installEventFilter(this);
   txSearch_->setMaximumWidth(kSearchWidth);
   connect(txSearch_, &QLineEdit::returnPressed, this, &FolderToolbar::SearchWanted);
   connect(txSearch_, &QLineEdit::textChanged, this, [this](const QString& text) {
@@ -112,7 +114,18 @@ bool FolderToolbar::eventFilter(QObject* watched, QEvent* event) {
   if (watched == txLocation_ && event->type() == QEvent::FocusIn) {
     QTimer::singleShot(0, txLocation_, &QLineEdit::selectAll);
   }
+  if (watched == txSearch_ && event->type() == QEvent::KeyPress) {
+    return TakeSearchKey(static_cast<QKeyEvent*>(event)->key());
+  }
   return QWidget::eventFilter(watched, event);
+}
+
+// From what is typed one goes down to what was found; Escape gives up both.
+bool FolderToolbar::TakeSearchKey(int key) {
+  if (key == Qt::Key_Escape) txSearch_->clear();
+  const bool leaves = key == Qt::Key_Escape || key == Qt::Key_Down;
+  if (leaves) Q_EMIT SearchLeft();
+  return leaves;
 }
 
 void FolderToolbar::Show(const State& state) {

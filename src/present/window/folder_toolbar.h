@@ -67,6 +67,8 @@ class FolderToolbar : public QWidget {
   void SearchWanted();
   /// The box has been emptied.
   void SearchEmptied();
+  /// The user goes from the box of the search to the page.
+  void SearchLeft();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -76,6 +78,7 @@ class FolderToolbar : public QWidget {
   void BuildPageBox();
   void BuildAddress();
   void BuildSearch();
+  bool TakeSearchKey(int key);
   QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
 
   Context& context_;
