@@ -1,6 +1,8 @@
 #include "mail/carried_commands.h"
 
 #include <QStringDecoder>
+#include <algorithm>
+#include <iterator>
 
 #include "mail/calendar_actions.h"
 #include "mail/codec/charset.h"
@@ -12,6 +14,9 @@
 namespace vorn {
 namespace {
 
+constexpr Charset::Family kJapanese[] = {Charset::Family::ShiftJis, Charset::Family::Euc,
+                                         Charset::Family::Jis};
+
 // Whether a text is found to act in one of the codes that the program which opens it may take it
 // for.
 bool ActsInAnyCode(const QByteArray& bytes, bool (*acts)(const QString&)) {
@@ -20,9 +25,12 @@ bool ActsInAnyCode(const QByteArray& bytes, bool (*acts)(const QString&)) {
   rest.removeIf([](char c) { return c == '\0'; });
   QStringDecoder utf8(QStringDecoder::Utf8);
   const QString text = utf8(rest);
-  if (!utf8.hasError()) return acts(text);
-  return acts(QString::fromLatin1(rest)) ||
-         acts(Decode({Charset::Family::ShiftJis, {}}, rest).text);
+  const bool isOther = utf8.hasError() || rest.contains('\x1B');
+  if (acts(utf8.hasError() ? QString::fromLatin1(rest) : text)) return true;
+  return isOther &&
+         std::any_of(std::begin(kJapanese), std::end(kJapanese), [&](Charset::Family family) {
+           return acts(Decode({family, {}}, rest).text);
+         });
 }
 
 CarriedCommands CommandsOfPdf(const QByteArray& bytes) {

@@ -56,11 +56,19 @@ View ValueOf(const Attributes& attributes, View name) {
   return {};
 }
 
+// Without the blanks that readers of addresses pass over, wherever they stand.
+QString AddressText(View address) {
+  QString text = QString::fromUtf8(address);
+  text.removeIf([](QChar c) { return c == u'\t' || c == u'\n' || c == u'\r'; });
+  return text;
+}
+
 bool IsOutside(View address) {
   static const QRegularExpression outside(
       QStringLiteral("^\\s*(?!data:)([a-z][a-z0-9+.-]*:|//|\\\\\\\\|/|\\.\\./)"),
       QRegularExpression::CaseInsensitiveOption);
-  return !address.isEmpty() && outside.match(QString::fromUtf8(address)).hasMatch();
+  const QString text = AddressText(address);
+  return !text.isEmpty() && outside.match(text).hasMatch();
 }
 
 // On another computer. Templates and tables beside a document are named by their paths, which are
@@ -69,7 +77,7 @@ bool IsElsewhere(View address) {
   static const QRegularExpression local(
       QStringLiteral("^\\s*+(file:///[a-z]:|[a-z]:[\\\\/]|(?![a-z][a-z0-9+.-]+:|//|\\\\\\\\))"),
       QRegularExpression::CaseInsensitiveOption);
-  return !local.match(QString::fromUtf8(address)).hasMatch();
+  return !local.match(AddressText(address)).hasMatch();
 }
 
 // Relationships (Open Packaging Conventions); a hyperlink waits for a click, and a table in a
@@ -134,7 +142,9 @@ bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
                         (isForm && attribute.name.local == "schema");
     if (isLink && (isPicture || attribute.name.space == "http://www.w3.org/1999/xlink") &&
         IsOutside(attribute.value)) {
-      return attribute.name.local == "src" || !isVml;  // a shape's own hyperlink
+      // A shape has a hyperlink of its own, a picture or what fills a shape comes from there.
+      return attribute.name.local == "src" || !isVml ||
+             IsOneOf(name.local, {"imagedata", "image", "fill", "stroke"});
     }
   }
   return false;

@@ -83,6 +83,10 @@ TEST(CarriedCommandsTest, ATableMayNameItsDelimiter) {
   }
   // Which code the program takes it for, nobody here knows.
   EXPECT_FALSE(IsHarmless(u"a.csv", "\x81\x81\x82\x83\x62x\x81\x62y,\x93\xFA\x96\x7B\r\n"));
+  EXPECT_FALSE(IsHarmless(u"a.csv",
+                          "\xA1\xE1"
+                          "cmd\xA1\xC3x\n\xC6\xFC\r\n"));                    // EUC
+  EXPECT_FALSE(IsHarmless(u"a.csv", "\x1B$B!a\x1B(Bcmd\x1B$B!C\x1B(Bx\n"));  // JIS
   const QByteArray nul(200, 'x');
   EXPECT_FALSE(IsHarmless(u"a.csv", nul + QByteArray("\n=cmd|' /C calc'!A0\0", 21)));
   // What offices send: leading zeros kept, accounts, amounts, telephone numbers.
@@ -261,7 +265,10 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<o:script/>"};
   QByteArrayList contacts = {"<hlinkMouseOver w:id='r1'/>",
                              "<i xmlns='http://www.w3.org/2002/xforms' src='http://x/'/>",
+                             "<v:imagedata w:href='http://x/y.png'/>",
+                             "<v:fill w:href='\\\\h\\x'/>",
                              "<v:imagedata src='http://x/y.png'/>",
+                             "<v:imagedata src='ht&#9;tp://x/'/>",
                              "<o:i x:href='http://x/y.png'/>",
                              "<o:i x:href='//x/y.png'/>",
                              "<o:i x:href='../y.odt'/>",
