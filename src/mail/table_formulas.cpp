@@ -14,16 +14,15 @@ QString Delimiters(const QString& table) {
   return QStringLiteral("\n\r,;\t|") + named.match(first).captured(1);
 }
 
-// Functions that start a program, ask another computer or follow a link. What the others do stays
-// in the sheet; a name that is none of a function is an error in its cell.
-bool CallsOut(const QString& formula, const QString& more = {}) {
-  static const QString kNames = QStringLiteral(
-      "WEBSERVICE|IMAGE|RTD|DDE|CALL|EXEC|REGISTER|CUBE\\w+|STOCKHISTORY|PY|IMPORT\\w+|GOOGLE\\w+");
-  const QRegularExpression call(
-      QStringLiteral("(?<!\\w)(\\w+\\.)*(%1%2)(\\.\\w+)*\\s*\\(").arg(kNames, more),
-      QRegularExpression::CaseInsensitiveOption);
-  return call.match(formula).hasMatch();
+QRegularExpression CallOf(const QString& names) {
+  return QRegularExpression(QStringLiteral("(?<!\\w)(\\w+\\.)*(%1)(\\.\\w+)*\\s*\\(").arg(names),
+                            QRegularExpression::CaseInsensitiveOption);
 }
+
+// Functions that start a program or ask another computer. What the others do stays in the sheet; a
+// name that is none of a function is an error in its cell.
+const QString kOutside = QStringLiteral(
+    "WEBSERVICE|IMAGE|RTD|DDE|CALL|EXEC|REGISTER|CUBE\\w+|STOCKHISTORY|PY|IMPORT\\w+|GOOGLE\\w+");
 
 // The functions that a line of a table calls from its first formula on: which sign separates cells,
 // and which the arguments of a function, differs from program to program.
@@ -39,11 +38,14 @@ class LineCalls {
     return !isEnd || End();
   }
   bool End() {
+    // In a table without a document around it, links and addresses made of text as well.
+    static const QRegularExpression calls =
+        CallOf(kOutside + QStringLiteral("|HYPERLINK|INDIRECT"));
     const QString usual = line_.normalized(QString::NormalizationForm_KC);
     line_.clear();
     quotes_ = 0;
     isOn_ = false;
-    return !CallsOut(usual, QStringLiteral("|HYPERLINK|INDIRECT"));
+    return !calls.match(usual).hasMatch();
   }
 
  private:
@@ -92,11 +94,12 @@ bool ActsAsFormula(const QString& formula) {
   static const QRegularExpression elsewhere(
       QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///[a-z]:)"),
       QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression call = CallOf(kOutside);
   const auto isSign = [](QChar c) { return c == u'|' || c == u'\'' || c == u'('; };
   if (std::none_of(formula.begin(), formula.end(), isSign)) return false;
   QString rest = formula;
   rest.remove(text);
-  if (elsewhere.match(rest).hasMatch() || CallsOut(rest)) return true;
+  if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch()) return true;
   return rest.remove(name).contains(u'|');
 }
 
