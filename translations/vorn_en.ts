@@ -3985,5 +3985,13 @@ The place that is asked: %1</translation>
 These could not be handed over to the one that runs, and were not opened:
 </translation>
     </message>
+    <message>
+        <source>（名前なし）</source>
+        <translation>(no name)</translation>
+    </message>
+    <message>
+        <source>このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。</source>
+        <translation>Files cannot be saved from this window. Open the page in the system&apos;s browser.</translation>
+    </message>
 </context>
 </TS>

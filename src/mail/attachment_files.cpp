@@ -98,7 +98,9 @@ qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& sourc
 QString SafeFileName(const QString& name) {
   QString safe;
   for (const char32_t c : name.toUcs4()) safe += QChar::fromUcs4(IsUnsafe(c) ? U'_' : c);
-  safe = WithoutHiddenEnds(safe);
+  static const QRegularExpression gap(
+      QStringLiteral("\\s{3,}"));  // would push the ending out of sight
+  safe = WithoutHiddenEnds(safe.replace(gap, QStringLiteral(" ")));
   // Commands take the one for an option, file dialogs the other for somebody's home.
   if (safe.startsWith(u'-') || safe.startsWith(u'~')) safe[0] = u'_';
   if (safe.toUtf8().size() > kMaxNameBytes) {

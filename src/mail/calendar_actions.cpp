@@ -23,6 +23,10 @@ bool Acts(QStringView line, bool isInAlarm) {
   };
   if (starts(line, u"PALARM")) return true;  // of the form before (vCalendar)
   if (starts(line, u"ACTION")) return starts(ValueOf(line), u"PROCEDURE");
+  // Descriptions in HTML, with a picture.
+  if (starts(line, u"X-ALT-DESC") || starts(line, u"STYLED-DESCRIPTION")) {
+    return line.contains(u"src", Qt::CaseInsensitive) && line.contains(u"://");
+  }
   if (starts(line, u"IMAGE")) return ValueOf(line).contains(u"://");  // RFC 7986
   if (!starts(line, u"ATTACH")) return false;
   const QStringView value = ValueOf(line);

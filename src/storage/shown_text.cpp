@@ -5,6 +5,8 @@
 #include <iterator>
 #include <limits>
 
+#include "storage/ui.h"
+
 namespace vorn {
 namespace {
 
@@ -100,12 +102,12 @@ bool HasVisible(const QString& text) {
   });
 }
 
-QString ShownFileName(const QString& name) {
-  constexpr qsizetype kBegin = 60;
-  constexpr qsizetype kEnd = 39;
+QString ShownFileName(const QString& name, qsizetype most) {
   const QString line = ShownInLine(name).simplified();
-  if (line.size() <= kBegin + 1 + kEnd) return line;
-  return line.first(kBegin) + u'…' + line.last(kEnd);
+  if (!HasVisible(line)) return Ui::tr("（名前なし）");
+  if (line.size() <= most) return line;
+  const qsizetype end = most * 2 / 5;
+  return line.first(most - 1 - end) + u'…' + line.last(end);
 }
 
 QString WithoutHidden(const QString& text) {

@@ -14,8 +14,8 @@ QString ShownText(const QString& text, qsizetype most = 4000);
 QString ShownInLine(const QString& text);
 
 /// The name of a file as it may stand within a sentence or a list: in one line, with single blanks,
-/// and of a long one the begin and the end, where its kind stands.
-QString ShownFileName(const QString& name);
+/// and of a long one the begin and the end, where its kind stands, `most` characters in all.
+QString ShownFileName(const QString& name, qsizetype most = 100);
 
 /// Whether a text has anything that is drawn: a letter, a digit or a sign.
 bool HasVisible(const QString& text);

@@ -116,14 +116,19 @@ HTML = [
 NAMES = ['<img src="{url}">.txt', '<b>invoice</b>.pdf', '"><img src={url}>.png', "'><script>x</script>.js",
          '\\\\{host}\\share\\a.lnk', '//{host}/a.url', '../../../{host}.desktop', 'file://{host}/a.txt',
          '\u202egpj.exe', 'a\u2066{host}\u2069.txt', '&lt;img src={url}&gt;.txt', '%3Cimg src={url}%3E.txt',
-         'a' * 300 + '.txt', 'con.txt', '.hidden', 'a\u0000b.txt', '{url}', 'a.txt\r\nX: {url}']
+         'a' * 300 + '.txt', 'con.txt', '.hidden', 'a\u0000b.txt', '{url}', 'a.txt\r\nX: {url}',
+         '見積書.pdf' + '\u3000' * 80 + '.exe', 'a' * 4000 + '。問題ありません。.exe', '\u200b\u3164.txt', '\ufffc',
+         'فاتورة 2026.exe', '\u05d0\u05d1@{host}.txt', 'a.pdf\u2028.exe', '\x1b]0;{host}\x07.txt', '`id`.txt',
+         '$(wget {url}).txt', '; wget {url} ;.txt', '--help', '~/.profile', 'smb://{host}/a', 'a.txt:Zone.Identifier',
+         'nul', 'COM1.', '<iframe srcdoc="<img src={url}>">.html', '![a]({url}).md', '%n%s%1%2%3.txt', 'mailto:a@{host}',
+         'data:text/html,<img src={url}>', 'javascript:location="{url}"', 'view-source:{url}', '\r\n.\r\nDATA.txt']
 
 
 def mail(number: int, host: str, pieces: list[str], marker: str) -> bytes:
     """One message that shows `pieces` as HTML; its own text and its picture hold the marker."""
     url = f"http://{host}/beacon"
     shown = [piece.format(host=host, url=url) for piece in pieces]
-    name = NAMES[number % len(NAMES)].format(host=host, url=url)
+    name = NAMES[number % len(NAMES)].replace("{host}", host).replace("{url}", url)
     coded = base64.b64encode(name.encode()).decode()
     page = f"<html><body><p>{marker}</p>" + "\n".join(shown) + "</body></html>"
     subject = base64.b64encode(f"<img src={url}> {marker} {number}".encode()).decode()

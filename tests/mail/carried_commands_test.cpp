@@ -108,6 +108,7 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
         "ACT\r\n ION:PROC\r\n\tEDURE", "ATTACH:file:///C:/windows/system32/calc.exe",
         "Attach;FMTTYPE=a/b:FI\n LE:///bin/sh", "ATTACH:\\\\server\\share\\x.exe",
         "PALARM:20260101T000000Z;;;calc.exe", "IMAGE;VALUE=URI:http://h/a.png",
+        "X-ALT-DESC;FMTTYPE=text/html:<img src=\"http://h/\\n a.png\">",
         "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM"}) {
     EXPECT_FALSE(IsHarmless(u"a.ics", event(lines))) << lines;
   }

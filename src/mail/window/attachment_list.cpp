@@ -34,6 +34,7 @@ namespace vorn {
 namespace {
 
 constexpr int kToldMs = 10000;
+constexpr qsizetype kMostInRow = 48;  // what is beside the edge of the list is not seen
 
 // In the window's status bar, which is there as long as it says something where the window has none
 // of its own.
@@ -123,8 +124,8 @@ void AttachmentList::Fill() {
     const qint64 size = AttachmentSize(attachment, source_);
     auto* item =
         new QListWidgetItem(icons.icon(QFileIconProvider::File),
-                            ShownFileName(attachment.name) + Ui::tr("（") + SizeText(size) +
-                                NoteOn(attachment, source_) + Ui::tr("）"),
+                            ShownFileName(attachment.name, kMostInRow) + Ui::tr("（") +
+                                SizeText(size) + NoteOn(attachment, source_) + Ui::tr("）"),
                             this);
     item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
@@ -261,8 +262,12 @@ void AttachmentList::SaveInto(const QString& folder, const QList<qsizetype>& cho
     const ModelAttachment& attachment = attachments_[static_cast<size_t>(index)];
     if (!WriteTo(FreePath(folder, attachment.name), attachment)) return;
   }
+  TellSaved(static_cast<size_t>(chosen.size()), folder);
+}
+
+void AttachmentList::TellSaved(size_t files, const QString& folder) {
   TellDone(*this, Ui::tr("%1個のファイルを「%2」に保存しました。")
-                      .arg(chosen.size())
+                      .arg(files)
                       .arg(QDir::toNativeSeparators(folder)));
 }
 
@@ -356,8 +361,10 @@ void AttachmentList::UnpackCurrent() {
   const int row = ArchiveRow();
   if (row < 0) return;
   const ModelAttachment archive = attachments_[static_cast<size_t>(row)];
-  UnpackByDialog(context_, this, ReadAttachment(archive, source_), archive.name,
-                 MidAddress(source_));
+  const QPointer<AttachmentList> self(this);
+  const Unpacked unpacked = UnpackByDialog(context_, this, ReadAttachment(archive, source_),
+                                           archive.name, MidAddress(source_));
+  if (self != nullptr && unpacked.files > 0) TellSaved(unpacked.files, unpacked.folder);
 }
 
 void AttachmentList::RemoveSelected() {

@@ -68,6 +68,7 @@ class AttachmentList : public QListWidget {
   bool MayOpen(const ModelAttachment& attachment);
   void SaveOne(const ModelAttachment& attachment);
   void SaveInto(const QString& folder, const QList<qsizetype>& chosen);
+  void TellSaved(size_t files, const QString& folder);
   void Tell(const QString& text);
 
   Context& context_;

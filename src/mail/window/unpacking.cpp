@@ -33,6 +33,7 @@ class Unpacking {
   void Run() {
     if (entries_.empty()) return Tell(DamagedWords());
     if (!Choose()) return;
+    const size_t count = chosen_.size();
     const bool isEncrypted = std::any_of(chosen_.begin(), chosen_.end(),
                                          [this](size_t i) { return entries_[i].isEncrypted; });
     for (bool isFirst = true;; isFirst = false) {
@@ -40,6 +41,7 @@ class Unpacking {
       if (isEncrypted && !AskPassword(isFirst, password)) return;
       switch (Unpack(password)) {
         case ZipResult::Done:
+          written_ = count;
           return;
         case ZipResult::WrongPassword:
           continue;
@@ -53,13 +55,15 @@ class Unpacking {
     }
   }
 
+  Unpacked Result() const { return {written_, folder_}; }
+
  private:
   bool Choose() {
     QStringList lines;
     QStringList keys;
     for (size_t i = 0; i < entries_.size(); ++i) {
-      QString name = entries_[i].name;
-      lines.append(QString::number(i) + u'@' + name.replace(u'@', u'＠').replace(u'\n', u' '));
+      QString name = ShownFileName(entries_[i].name);
+      lines.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
       keys.append(QString::number(i));
     }
     const QString limit = entries_.size() < kMostZipFiles
@@ -123,13 +127,16 @@ class Unpacking {
   std::vector<ZipEntry> entries_;
   std::set<size_t> chosen_;
   QString folder_;
+  size_t written_ = 0;
 };
 
 }  // namespace
 
-void UnpackByDialog(Context& context, QWidget* parent, const QByteArray& archive,
-                    const QString& name, const QString& address) {
-  Unpacking(context, parent, archive, name, address).Run();
+Unpacked UnpackByDialog(Context& context, QWidget* parent, const QByteArray& archive,
+                        const QString& name, const QString& address) {
+  Unpacking unpacking(context, parent, archive, name, address);
+  unpacking.Run();
+  return unpacking.Result();
 }
 
 }  // namespace vorn

@@ -1,6 +1,8 @@
 #include "objects/window/recovery_code_window.h"
 
 #include <QDialogButtonBox>
+#include <QFile>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPrintDialog>
@@ -10,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "kit/window/plain_text.h"
+#include "storage/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -60,6 +63,15 @@ void RecoveryCodeWindow::Print() {
   QPrintDialog dialog(&printer, this);
   dialog.setWindowTitle(Ui::tr("印刷"));
   if (dialog.exec() != QDialog::Accepted) return;
+  // Who reads the file opens the mail: it is the user's alone before anything stands in it.
+  QFile file(printer.outputFileName());
+  const bool isFile = printer.outputFormat() == QPrinter::PdfFormat;
+  if (isFile && !OpenPrivate(file, QIODevice::WriteOnly)) {
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("「%1」に書き込めません。").arg(QFileInfo(file).fileName()));
+    return;
+  }
+  file.close();
   QTextDocument page;
   page.setPlainText(kApplicationTitle + QStringLiteral(" - ") + Ui::tr("回復コード") +
                     QStringLiteral("\n") + ShownText(profile_, kMostInTitle) +

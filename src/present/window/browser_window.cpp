@@ -23,6 +23,7 @@
 #include "present/window/page_rest.h"
 #include "present/window/page_split.h"
 #include "present/window/script_bar.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -88,6 +89,10 @@ void BrowserWindow::ConnectEngine() {
   connect(engine, &EngineView::LoadBegan, this, [this] { SetLoading(true); });
   connect(engine, &EngineView::LoadEnded, this, &BrowserWindow::LoadEnded);
   connect(engine, &EngineView::PlaceChanged, this, &BrowserWindow::ShowPlace);
+  connect(engine, &EngineView::DownloadRefused, this, [this] {
+    host_.Tell(Ui::tr(
+        "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
+  });
   connect(engine, &EngineView::Crashed, this, [this] { rows_.Detach(); });
   connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);

@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QFocusEvent>
 #include <QPointer>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 #include <utility>
@@ -17,6 +19,10 @@ namespace vorn {
 EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
     : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
   MakeView();
+  connect(profiles.Web(), &QWebEngineProfile::downloadRequested, this,
+          [this](const QWebEngineDownloadRequest* request) {
+            if (request->page() == page_) Q_EMIT DownloadRefused();
+          });
 }
 
 void EngineView::MakeView() {

@@ -61,6 +61,8 @@ class EngineView : public QObject {
   void MenuWanted(const QPoint& at);
   void PrintEnded();
   void PdfEnded(const QString& path, bool written);
+  /// What a web page wants to have saved is not.
+  void DownloadRefused();
   /// The page's process has ended.
   void Crashed();
   // See `LinkPage`.
