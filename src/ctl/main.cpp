@@ -254,7 +254,6 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is told as a full disk is
 #endif
   vorn::ForbidCoreDumps();
-  vorn::ForbidWritingByOthers();
   const QCoreApplication application(argc, argv);
   return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
 }

@@ -26,7 +26,7 @@ import driving  # noqa: E402
 import vectors  # noqa: E402
 
 VORN, VORNCTL = sys.argv[1:3]
-TOGETHER = int(sys.argv[3]) if len(sys.argv) > 3 else 1
+TOGETHER = int(sys.argv[3]) if len(sys.argv) > 3 else 4
 INBOX = "01_folder_1_INBOX0000000"
 # What the server of a picture sends instead of one: it would lead the engine to other hosts.
 ANSWER = (b"HTTP/1.1 200 OK\r\nContent-Type: image/svg+xml\r\nSet-Cookie: reader=1\r\n"

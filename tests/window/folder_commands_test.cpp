@@ -181,11 +181,15 @@ TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   Begin(4, 100);
   Press(Qt::Key_Home);
   Press(Qt::Key_Delete);
-  test::Child<QToolButton>(*program_->Parent(), u"cmUndo").click();
+  Press(Qt::Key_Z, Qt::ControlModifier);
   Press(Qt::Key_Delete);
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
   EXPECT_TRUE(AwaitGone("No2."));
   EXPECT_TRUE(PageText().contains(QStringLiteral("No1.")));
+  // Also while the bar says something else.
+  program_->Parent()->Tell(QStringLiteral("something else"));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
 }
 
 TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {

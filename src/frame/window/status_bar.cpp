@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QShortcut>
 #include <QToolButton>
 #include <utility>
 
@@ -62,7 +63,9 @@ void MainStatusBar::BuildOffer() {
   done_->setObjectName(QStringLiteral("lbDone"));
   takeBack_->setObjectName(QStringLiteral("cmUndo"));
   takeBack_->setText(Ui::tr("元に戻す"));
-  takeBack_->setShortcut(QKeySequence::Undo);
+  // Not the button's own, which is hidden behind other sentences and clicks a while after its key.
+  auto* undo = new QShortcut(QKeySequence::Undo, window());
+  connect(undo, &QShortcut::activated, this, &MainStatusBar::UndoWanted);
   takeBack_->setToolTip(Ui::tr("いまの操作を元に戻します（Ctrl+Z）。"));
   takeBack_->setAutoRaise(true);
   connect(takeBack_, &QToolButton::clicked, this, &MainStatusBar::UndoWanted);

@@ -92,9 +92,9 @@ inline constexpr char kPageScript[] = R"js(
   const isAtEnd = () => innerHeight + scrollY >= document.documentElement.scrollHeight - 2;
   const topOf = row => row.element.getBoundingClientRect().top;
   const isInSight = row => topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= innerHeight;
-  // Where the rows in sight stand, the current one first.
+  // Where the rows in sight stand, the current one first; where rows go, the next takes their place.
   const inSight = () => there().filter(index => isInSight(rows[index]))
-      .sort((a, b) => (b === current) - (a === current))
+      .sort((a, b) => gone.size > 0 ? 0 : (b === current) - (a === current))
       .map(index => ({id: rows[index].id, top: topOf(rows[index])}));
   // What has come above moves nothing that the user looks at; at the top he looks at what comes.
   const holdInSight = state => {
