@@ -98,7 +98,7 @@ class PartReader : public QIODevice {
 
   const LookBound& bound_;
   QString name_;
-  QByteArray head_;  // until it tells whether the part is XML
+  QByteArray head_;  // until it tells whether this is XML
   QByteArray drawing_;
   std::optional<OfficePart> part_;
   bool isEmpty_ = true;

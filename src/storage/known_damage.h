@@ -57,7 +57,7 @@ bool AcceptDamage(Context& context, const QString& file);
 
 /// Forgets what was known of a file that has been found sound.
 bool ForgetDamage(const QString& file);
-/// The same for one of the parts. False when that cannot be kept.
+/// The same for what is called `part`. False when that cannot be kept.
 bool ForgetDamage(const QString& file, const QString& part);
 
 /// Whether a part was kept as damaged before, and the user has not decided.

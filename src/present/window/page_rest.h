@@ -15,7 +15,7 @@ class PageRest : public QObject {
   Q_OBJECT
 
  public:
-  /// `around` is the part of `window` in which the page stands.
+  /// `around` is the widget within `window` in which the page stands.
   PageRest(EngineView& engine, PageRows& rows, QWidget& window, QWidget& around);
 
   /// Once the page has told its place, it goes.
