@@ -447,6 +447,9 @@ TEST_F(FolderPageTest, KeysPressedWhileThePageIsMadeAnewActOnIt) {
   AwaitPainted(*View());
   test::RunFor(300);
   EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 3);
+  Browser()->LoadDefaultProperty(nullptr, true);
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Chosen(), Ids({1})) << "what is pressed before a page is there acts on it";
 }
 
 TEST_F(FolderPageTest, APageMadeAnewWhileItIsLoadingIsShown) {

@@ -255,7 +255,7 @@ void BrowserWindow::ShowText(const QString& html) {
 }
 
 void BrowserWindow::UpdateBrowser() {
-  rows_.Detach();
+  IsLocal() ? rows_.Await() : rows_.Detach();
   toolbar_->ShowAddress(IsLocal() ? windowTitle() : request_.Url(), !IsLocal());
   engine_->Load(IsLocal() ? reading_->Url() : QUrl::fromUserInput(request_.Url()), IsLocal());
   reading_->Begin();

@@ -74,6 +74,11 @@ void PageRows::Detach() {
   SetCount(0);
 }
 
+void PageRows::Await() {
+  Detach();
+  comes_ = true;
+}
+
 void PageRows::DoWaiting() {
   for (const auto& run : std::exchange(waiting_, {})) run();
 }

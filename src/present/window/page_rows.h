@@ -22,6 +22,8 @@ class PageRows : public QObject {
   void Attach(QWebEnginePage* page);
   /// The page goes; its rows with it.
   void Detach();
+  /// Another page is being loaded: what is done until it is taken is done on it.
+  void Await();
   /// The window goes: nothing is answered any more.
   void Close() { closed_ = true; }
   /// Whether there are rows to move among.
@@ -89,7 +91,7 @@ class PageRows : public QObject {
   void DoWaiting();
 
   QPointer<QWebEnginePage> page_;
-  bool comes_ = false;                    // the page is being made anew
+  bool comes_ = false;                    // the page is being made anew or loaded
   bool making_ = false;                   // just now
   std::function<void()> make_;            // when its state is known
   QTimer giveUp_;                         // knowing it
