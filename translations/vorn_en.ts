@@ -3916,10 +3916,6 @@ Remove the password?</translation>
         <translation>With this password only files open that are not those of the last use. If it is the password from before you changed it, enter the present one.</translation>
     </message>
     <message>
-        <source>プロファイルのファイルは、どれも最後に使ったときのものではありません（古い複製です）。そのときのパスワードで開けます。</source>
-        <translation>None of the profile’s files is the one of the last use (they are older copies). They open with the password of that time.</translation>
-    </message>
-    <message>
         <source>開くだけでほかの場所に接続する連絡先</source>
         <translation>a contact card that connects to another place when it is opened</translation>
     </message>
@@ -3992,6 +3988,10 @@ These could not be handed over to the one that runs, and were not opened:
     <message>
         <source>このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。</source>
         <translation>Files cannot be saved from this window. Open the page in the system&apos;s browser.</translation>
+    </message>
+    <message>
+        <source>プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製ならそのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワードで開けます。</source>
+        <translation>None of the profile&apos;s files are those of its last use. Older copies open with the password of then; if the program ended abnormally right after the password was changed, they open with the new one.</translation>
     </message>
 </context>
 </TS>

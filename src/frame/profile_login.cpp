@@ -155,8 +155,8 @@ bool PasswordFits(Context& context, const Disk& profile, const QString& password
 }
 
 // A whole folder that was copied back from before the password changed opens with the password of
-// then.
-bool AllAreOlder(const Context& context, const Disk& profile) {
+// then. So it looks, too, when the program was killed before it could note the keys of a new one.
+bool HaveAllOtherKeys(const Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
   return std::all_of(files.begin(), files.end(), [&](const QString& file) {
     return !HasContent(file) || IsUnderOtherKeyThanNoted(context, profile, file);
@@ -182,12 +182,12 @@ void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
         {StorageError::Kind::Other,
          sentence.arg(name) +
              Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。")});
-  } else if (AllAreOlder(context, profile)) {
+  } else if (HaveAllOtherKeys(context, profile)) {
     context.Data.FailWith(
         {StorageError::Kind::Other,
-         Ui::tr(
-             "プロファイルのファイルは、どれも最後に使ったときのものではありません（古い複製です）"
-             "。そのときのパスワードで開けます。")});
+         Ui::tr("プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製なら"
+                "そのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワード"
+                "で開けます。")});
   }
 }
 

@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 
 #include "mail/codec/mime_codec.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -100,7 +101,7 @@ QString SafeFileName(const QString& name) {
   for (const char32_t c : name.toUcs4()) safe += QChar::fromUcs4(IsUnsafe(c) ? U'_' : c);
   static const QRegularExpression gap(
       QStringLiteral("\\s{3,}"));  // would push the ending out of sight
-  safe = WithoutHiddenEnds(safe.replace(gap, QStringLiteral(" ")));
+  safe = WithoutHiddenEnds(WithoutHidden(safe.replace(gap, QStringLiteral(" "))));
   // Commands take the one for an option, file dialogs the other for somebody's home.
   if (safe.startsWith(u'-') || safe.startsWith(u'~')) safe[0] = u'_';
   if (safe.toUtf8().size() > kMaxNameBytes) {

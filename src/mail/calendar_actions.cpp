@@ -15,17 +15,20 @@ QStringView ValueOf(QStringView line) {
   return {};
 }
 
-// An alarm fetches its sound when it rings; an appointment's own
-// attachment waits for a click.
+// An alarm fetches its sound when it rings; an appointment's own attachment waits for a click.
 bool Acts(QStringView line, bool isInAlarm) {
   const auto starts = [](QStringView text, QStringView with) {
     return text.startsWith(with, Qt::CaseInsensitive);
   };
   if (starts(line, u"PALARM")) return true;  // of the form before (vCalendar)
-  if (starts(line, u"ACTION")) return starts(ValueOf(line), u"PROCEDURE");
+  // An alarm by mail is sent by the program that keeps the calendar.
+  if (starts(line, u"ACTION")) {
+    return starts(ValueOf(line), u"PROCEDURE") || starts(ValueOf(line), u"EMAIL");
+  }
   // Descriptions in HTML, with a picture.
   if (starts(line, u"X-ALT-DESC") || starts(line, u"STYLED-DESCRIPTION")) {
-    return line.contains(u"src", Qt::CaseInsensitive) && line.contains(u"://");
+    const bool isAddress = line.contains(u"VALUE=URI", Qt::CaseInsensitive);
+    return (isAddress || line.contains(u"src", Qt::CaseInsensitive)) && line.contains(u"://");
   }
   if (starts(line, u"IMAGE")) return ValueOf(line).contains(u"://");  // RFC 7986
   if (!starts(line, u"ATTACH")) return false;

@@ -16,6 +16,8 @@ using MimeCodec::OutputCharset;
 using MimeCodec::TransferEncoding;
 
 constexpr char kFold[] = "\r\n\t";
+// A line has at most 998 bytes (RFC 5322 section 2.1.1), and an identifier cannot be folded.
+constexpr qsizetype kMaxIdentifier = 900;
 // Of a line, which may have 998 characters (RFC 5322 section 2.1.1).
 constexpr qsizetype kLongestName = 700;
 constexpr qsizetype kLongestWord = 900;
@@ -106,11 +108,12 @@ class Composer {
     }
     QByteArrayList identifiers;
     for (const QString& identifier : model_.references.split(u' ', Qt::SkipEmptyParts)) {
-      identifiers.append(identifier.simplified().toUtf8());
+      const QByteArray bytes = identifier.simplified().toUtf8();
+      if (bytes.size() <= kMaxIdentifier) identifiers.append(bytes);
     }
     if (!identifiers.isEmpty()) Line("References: " + QByteArray(kFold) + identifiers.join(kFold));
     const QByteArray inReplyTo = model_.inReplyTo.simplified().toUtf8();
-    if (!inReplyTo.isEmpty()) {
+    if (!inReplyTo.isEmpty() && inReplyTo.size() <= kMaxIdentifier) {
       Line("In-Replay-To: " + inReplyTo);
       if (options_.settings.standardHeaders) Line("In-Reply-To: " + inReplyTo);
     }

@@ -65,7 +65,7 @@ QString AddressText(View address) {
 
 bool IsOutside(View address) {
   static const QRegularExpression outside(
-      QStringLiteral("^\\s*(?!data:)([a-z][a-z0-9+.-]*:|//|\\\\\\\\|/|\\.\\./)"),
+      QStringLiteral("^\\s*(?!data:)([a-z][a-z0-9+.-]*:|[/\\\\]{2}|/|\\.\\./)"),
       QRegularExpression::CaseInsensitiveOption);
   const QString text = AddressText(address);
   return !text.isEmpty() && outside.match(text).hasMatch();
@@ -75,7 +75,7 @@ bool IsOutside(View address) {
 // found on the computer of who wrote it.
 bool IsElsewhere(View address) {
   static const QRegularExpression local(
-      QStringLiteral("^\\s*+(file:///[a-z]:|[a-z]:[\\\\/]|(?![a-z][a-z0-9+.-]+:|//|\\\\\\\\))"),
+      QStringLiteral("^\\s*+(file:///[a-z]:|[a-z]:[\\\\/]|(?![a-z][a-z0-9+.-]+:|[/\\\\]{2}))"),
       QRegularExpression::CaseInsensitiveOption);
   return !local.match(AddressText(address)).hasMatch();
 }
@@ -124,7 +124,12 @@ bool IsCommand(const Name& name, const Attributes& attributes) {
 // looked for when the user asks for its styles.
 bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
   // The pointer is enough.
-  if (name.local == "hlinkMouseOver") return !ValueOf(attributes, "id").isEmpty();
+  if (IsOneOf(name.local, {"hlinkMouseOver", "hlinkHover"})) {
+    return !ValueOf(attributes, "id").isEmpty();
+  }
+  // A picture that is linked and not embedded, whatever its relationship calls itself.
+  if (name.local == "blip" && !ValueOf(attributes, "link").isEmpty()) return true;
+  if (name.local == "webImageSrd") return true;  // in a cell
   if (name.local == "cacheSource") return ValueOf(attributes, "type") == "external";
   if (IsOneOf(name.local,
               {"database-source-sql", "database-source-query", "database-source-table"})) {
@@ -233,7 +238,9 @@ class OfficePart::Look {
     }
     if (kept_ != Kept::Nothing) return;
     if (IsOneOf(name.local, {"instrText", "delInstrText"})) Keep(Kept::FieldCode);
-    if (IsOneOf(name.local, {"f", "definedName"})) Keep(Kept::Formula);
+    if (IsOneOf(name.local, {"f", "definedName", "formula", "formula1", "formula2"})) {
+      Keep(Kept::Formula);
+    }
     if (name.local == "fldChar") PassFieldMark(ValueOf(attributes_, "fldCharType"));
   }
 

@@ -40,7 +40,8 @@ QString Addresses(const MessageModel& model, QStringView kind) {
 
 // The paper has an edge: what is longer than a line goes on in the next one, whatever it is.
 const QString kStyle = QStringLiteral(
-    "<style>body { margin: 0 15mm } table, body { overflow-wrap: anywhere } td { vertical-align: "
+    "<style>body { margin: 0 15mm } table, body { overflow-wrap: anywhere } table { border-bottom: "
+    "1px solid; padding-bottom: 1mm; margin-bottom: 3mm } td { vertical-align: "
     "top; width: 100% } td:first-child { white-space: nowrap; width: 1%; padding-right: 1em }"
     "</style>\r\n");
 

@@ -106,8 +106,11 @@ QString ShownFileName(const QString& name, qsizetype most) {
   const QString line = ShownInLine(name).simplified();
   if (!HasVisible(line)) return Ui::tr("（名前なし）");
   if (line.size() <= most) return line;
-  const qsizetype end = most * 2 / 5;
-  return line.first(most - 1 - end) + u'…' + line.last(end);
+  qsizetype begin = most - 1 - most * 2 / 5;
+  qsizetype end = most * 2 / 5;
+  if (line[begin].isLowSurrogate()) --begin;  // not through a letter
+  if (line[line.size() - end].isLowSurrogate()) --end;
+  return line.first(begin) + u'…' + line.last(end);
 }
 
 QString WithoutHidden(const QString& text) {

@@ -5,7 +5,6 @@
 namespace vorn {
 namespace {
 
-constexpr qsizetype kMaxLine = 64 * 1024;
 // A size that the server merely claims is believed only so far.
 constexpr qint64 kMaxReserve = 64 * 1024 * 1024;
 
@@ -32,8 +31,10 @@ Pop3ReplyReader::Event Pop3ReplyReader::NextLine(QByteArray& line) {
   return Event::Line;
 }
 
-void Pop3ReplyReader::BeginBody(qint64 expectedSize, qsizetype limit) {
+void Pop3ReplyReader::BeginBody(qint64 expectedSize, qsizetype limit, qsizetype lineLimit) {
   limit_ = limit;
+  lineLimit_ = lineLimit;
+  lineSize_ = 0;
   body_.clear();
   body_.reserve(static_cast<qsizetype>(std::clamp<qint64>(expectedSize, 0, kMaxReserve)));
   atLineStart_ = true;
@@ -76,11 +77,17 @@ Pop3ReplyReader::Event Pop3ReplyReader::NextBody() {
       atLineStart_ = isLineEnd;
       if (end == rest.size() || (isLineEnd && rest[end] == '.')) break;
     }
-    body_.append(rest.first(end));
+    Append(rest.first(end));
     at_ += end;
-    if (body_.size() > limit_) return Event::TooLong;
+    if (body_.size() > limit_ || lineSize_ > lineLimit_) return Event::TooLong;
   }
   return Event::NeedMore;
+}
+
+void Pop3ReplyReader::Append(QByteArrayView bytes) {
+  const qsizetype lineFeed = bytes.lastIndexOf('\n');
+  lineSize_ = lineFeed < 0 ? lineSize_ + bytes.size() : bytes.size() - lineFeed - 1;
+  body_.append(bytes);
 }
 
 QByteArray Pop3ReplyReader::TakeBody() {

@@ -12,6 +12,8 @@ class Pop3ReplyReader {
  public:
   /// The largest message that is taken, in bytes.
   static constexpr qsizetype kMaxBody = 900 * 1024 * 1024;
+  /// The longest line of a status or a list.
+  static constexpr qsizetype kMaxLine = 64 * 1024;
 
   enum class Event { NeedMore, Line, Body, TooLong };
 
@@ -24,19 +26,23 @@ class Pop3ReplyReader {
   Event NextBody();
   /// Whether bytes have come that were not read yet.
   bool HasUnread() const { return at_ < buffer_.size(); }
-  /// Begins a body of about that many bytes; of more than `limit` it is `TooLong`.
-  void BeginBody(qint64 expectedSize, qsizetype limit = kMaxBody);
+  /// Begins a body of about that many bytes; of more than `limit`, or with a line of more than
+  /// `lineLimit`, it is `TooLong`.
+  void BeginBody(qint64 expectedSize, qsizetype limit = kMaxBody, qsizetype lineLimit = kMaxBody);
   const QByteArray& Body() const { return body_; }
   QByteArray TakeBody();
 
  private:
   qsizetype TerminatorLength(QByteArrayView rest, bool* undecided) const;
   void Compact();
+  void Append(QByteArrayView bytes);
 
   QByteArray buffer_;
   qsizetype at_ = 0;
   QByteArray body_;
   qsizetype limit_ = kMaxBody;
+  qsizetype lineLimit_ = kMaxBody;
+  qsizetype lineSize_ = 0;  // of the line that goes on
   bool atLineStart_ = true;
   // Whether the server ends its lines with LF alone. Otherwise a LF alone is part of a message and
   // no line end, and a dot after it no mark.

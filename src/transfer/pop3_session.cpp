@@ -11,7 +11,6 @@ namespace {
 constexpr qsizetype kMaxBeforeLogin = 64 * 1024;
 // Lists of some millions of messages.
 constexpr qsizetype kMaxList = 128 * 1024 * 1024;
-constexpr qsizetype kMaxUidl = 512 * 1024 * 1024;
 
 bool IsMultiLine(Pop3Command command) {
   switch (command) {
@@ -91,7 +90,9 @@ bool Pop3Session::ReadReply() {
 bool Pop3Session::ReadBody() {
   const Pop3ReplyReader::Event event = reader_.NextBody();
   if (event == Pop3ReplyReader::Event::TooLong) {
-    Fail(PopError::Protocol, Ui::tr("大きすぎるメッセージなので受信できません。"));
+    pipeline_.Awaits(Pop3Command::Retr)
+        ? Fail(PopError::Protocol, Ui::tr("大きすぎるメッセージなので受信できません。"))
+        : FailStrangely();
   }
   if (event != Pop3ReplyReader::Event::Body) return false;
   inBody_ = false;
@@ -153,9 +154,8 @@ void Pop3Session::GoOn(const std::optional<PopFailure>& failure) {
 void Pop3Session::BeginBody(const Pop3Pending& pending) {
   switch (pending.command) {
     case Pop3Command::List:
-      return reader_.BeginBody(0, kMaxList);
     case Pop3Command::Uidl:
-      return reader_.BeginBody(0, kMaxUidl);
+      return reader_.BeginBody(0, kMaxList, Pop3ReplyReader::kMaxLine);
     case Pop3Command::Retr:
       return reader_.BeginBody(retrieval_.SizeOf(pending.message));
     default:

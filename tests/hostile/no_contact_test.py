@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Nobody learns that a mail was opened, and nothing of it stays in clear: the program shows every
 mail that `vectors.py` makes, in a network of its own in which each look-up of a name and each
-connection is written down, and the files that it leaves are searched.
+connection is written down; another user tries all that it has, and the files that it leaves are
+searched.
 
-usage: no_contact_test.py VORN VORNCTL [VECTORS-IN-A-MAIL]      (default 5)
+usage: no_contact_test.py VORN VORNCTL [VECTORS-IN-A-MAIL]      (default 1)
 
 Needs root, for the network of its own (otherwise it ends with 77 and has tested nothing), and what
 scripts/setup installs.
@@ -23,11 +24,13 @@ import threading
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
 import driving  # noqa: E402
+import neighbour  # noqa: E402
 import vectors  # noqa: E402
 
 VORN, VORNCTL = sys.argv[1:3]
-TOGETHER = int(sys.argv[3]) if len(sys.argv) > 3 else 4
+TOGETHER = int(sys.argv[3]) if len(sys.argv) > 3 else 1
 INBOX = "01_folder_1_INBOX0000000"
+ROWS = 100  # of a page
 # What the server of a picture sends instead of one: it would lead the engine to other hosts.
 ANSWER = (b"HTTP/1.1 200 OK\r\nContent-Type: image/svg+xml\r\nSet-Cookie: reader=1\r\n"
           b"Link: <http://preload.spy.test/x.gif>; rel=preload; as=image\r\n"
@@ -128,10 +131,19 @@ def show_html(vorn):
     vorn.expect("loaded wbHtml")
 
 
+def to_end(vorn, count, key):
+    """Goes to the first or the last page, if there are several."""
+    if count > ROWS and vorn.at != key:
+        vorn.key("shift+F6", "alt+" + key)
+        vorn.expect("page %s %d" % (INBOX, ROWS if key == "Home" else (count - 1) % ROWS + 1))
+    vorn.at = key
+    vorn.key("shift+F6", key)
+
+
 def show_all(vorn, subjects):
     """Opens every mail but the control in one window, each as HTML."""
-    start = 1 if subjects[0] == "control" else 0
-    vorn.key("shift+F6", "Home", *["Down"] * start, "Return")
+    to_end(vorn, len(subjects), "Home")
+    vorn.key(*["Down"] * (subjects[0] == "control"), "Return")
     vorn.expect("shown Mail")
     vorn.expect_active("Mail")
     show_html(vorn)
@@ -145,7 +157,8 @@ def show_all(vorn, subjects):
 
 def show_control(vorn, subjects, listeners):
     """After the user's word the picture is asked for, and nothing but it."""
-    vorn.key("shift+F6", *["Home" if subjects[0] == "control" else "End"], "Return")
+    to_end(vorn, len(subjects), "Home" if subjects[0] == "control" else "End")
+    vorn.key("Return")
     vorn.expect_active("Mail")
     show_html(vorn)
     assert not listeners.heard, listeners.heard
@@ -193,9 +206,15 @@ def go(work):
         started.append(vorn.process)
         vorn.expect_active("login")
         vorn.key("Return")
-        vorn.expect("page %s %d" % (INBOX, count + 1))
+        vorn.expect("page %s %d" % (INBOX, count % ROWS + 1))
+        vorn.at = "End"  # where a folder opens
         vorn.expect_active("parent")
         return vorn
+
+    def own_folders():
+        """All that the program has made; the toolkit's caches of shaders know nothing of mails."""
+        places = map(work.joinpath, ("vorn", "runtime", "config", "data", "state"))
+        return [*filter(pathlib.Path.exists, places), *(work / "tmp").iterdir()]
 
     try:
         vorn = start()
@@ -210,8 +229,12 @@ def go(work):
             vorn.key("shift+F6", "Home", "Down", "Return")
             vorn.expect_active("Mail")
             show_html(vorn)
+            gained = neighbour.gains(own_folders(), vorn.process.pid, [str(vorn.log)])
+            assert not gained, gained
             vorn.process.send_signal(number)
             vorn.process.wait()
+            gained = neighbour.gains(own_folders())
+            assert not gained, gained
             left = [path for path in clear_text(work)
                     if number == signal.SIGTERM or store.data / "temp" not in path.parents]
             assert not left, (number, left)
@@ -234,6 +257,7 @@ def main():
         sys.exit(77)
     with tempfile.TemporaryDirectory() as name:
         work = pathlib.Path(name)
+        work.chmod(0o755)  # what is in it is protected by the program alone
         enter_own_network(work)
         go(work)
 

@@ -1,6 +1,8 @@
 """Mails that want to be noticed when they are opened: each names a host of its own in every way that
 makes a browser, or a mail program, look for it."""
 import base64
+import json
+import pathlib
 
 # What an ordinary consent to remote images loads; everything else stays unasked for.
 CONTROL = '<p>control</p><img src="http://{host}/seen.gif">'
@@ -113,15 +115,8 @@ HTML = [
     '{url}%22/%3E%3C/svg%3E">',
 ]
 
-NAMES = ['<img src="{url}">.txt', '<b>invoice</b>.pdf', '"><img src={url}>.png', "'><script>x</script>.js",
-         '\\\\{host}\\share\\a.lnk', '//{host}/a.url', '../../../{host}.desktop', 'file://{host}/a.txt',
-         '\u202egpj.exe', 'a\u2066{host}\u2069.txt', '&lt;img src={url}&gt;.txt', '%3Cimg src={url}%3E.txt',
-         'a' * 300 + '.txt', 'con.txt', '.hidden', 'a\u0000b.txt', '{url}', 'a.txt\r\nX: {url}',
-         '見積書.pdf' + '\u3000' * 80 + '.exe', 'a' * 4000 + '。問題ありません。.exe', '\u200b\u3164.txt', '\ufffc',
-         'فاتورة 2026.exe', '\u05d0\u05d1@{host}.txt', 'a.pdf\u2028.exe', '\x1b]0;{host}\x07.txt', '`id`.txt',
-         '$(wget {url}).txt', '; wget {url} ;.txt', '--help', '~/.profile', 'smb://{host}/a', 'a.txt:Zone.Identifier',
-         'nul', 'COM1.', '<iframe srcdoc="<img src={url}>">.html', '![a]({url}).md', '%n%s%1%2%3.txt', 'mailto:a@{host}',
-         'data:text/html,<img src={url}>', 'javascript:location="{url}"', 'view-source:{url}', '\r\n.\r\nDATA.txt']
+# Names of attachments that want to be somebody else's words, another file or a command.
+NAMES = json.loads((pathlib.Path(__file__).parent / "names.json").read_text())
 
 
 def mail(number: int, host: str, pieces: list[str], marker: str) -> bytes:

@@ -109,7 +109,9 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
         "Attach;FMTTYPE=a/b:FI\n LE:///bin/sh", "ATTACH:\\\\server\\share\\x.exe",
         "PALARM:20260101T000000Z;;;calc.exe", "IMAGE;VALUE=URI:http://h/a.png",
         "X-ALT-DESC;FMTTYPE=text/html:<img src=\"http://h/\\n a.png\">",
-        "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM"}) {
+        "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM",
+        "BEGIN:VALARM\r\nAction:email\r\nATTENDEE:mailto:a@h\r\nEND:VALARM",
+        "STYLED-DESCRIPTION;VALUE=URI:http://h/a.html"}) {
     EXPECT_FALSE(IsHarmless(u"a.ics", event(lines))) << lines;
   }
   EXPECT_TRUE(IsHarmless(
@@ -255,6 +257,8 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<f>cmd|x!A0</f>",
                              "<f>\"a\"&amp;cmd| '/c'!A0</f>",
                              "<f>_xlfn.WEBSERVICE (\"http://x\")</f>",
+                             "<formula>WEBSERVICE(\"http://x\")</formula>",
+                             "<formula1>WEBSERVICE(\"http://x\")</formula1>",
                              "<c formula=\"of:=['http://x/a.ods'#$T.A1]\"/>",
                              "<f>'\\\\h\\s\\[b.xls]T'!A1</f>",
                              "<queryTable refreshOnLoad='true'/>",
@@ -265,6 +269,11 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<o:event-listeners><s:event-listener/></o:event-listeners>",
                              "<o:script/>"};
   QByteArrayList contacts = {"<hlinkMouseOver w:id='r1'/>",
+                             "<hlinkHover w:id='r1'/>",
+                             "<blip w:embed='r1' w:link='r2'/>",
+                             "<webImageSrd/>",
+                             "<o:i x:href='/\\h/y.png'/>",
+                             "<o:i x:href='\\/h/y.png'/>",
                              "<i xmlns='http://www.w3.org/2002/xforms' src='http://x/'/>",
                              "<v:imagedata w:href='http://x/y.png'/>",
                              "<v:fill w:href='\\\\h\\x'/>",
@@ -279,8 +288,8 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
        {"attachedTemplate", "frame", "subDocument", "image", "externalLinkPath"}) {
     contacts.append(Relation(type, true));
   }
-  for (const char* target :
-       {R"(\\x.example\a.dotm)", "//x/a", "file://x/a", "file://///x/a", " ftp://x/a", "mhtml:x"}) {
+  for (const char* target : {R"(\\x.example\a.dotm)", "//x/a", "file://x/a", "file://///x/a",
+                             " ftp://x/a", "mhtml:x", R"(\/x/a)", R"(/\x/a)"}) {
     contacts.append(Relation("attachedTemplate", true, target));
   }
   for (const char* type : {"vbaProject", "control", "oleObject", "aFChunk"}) {
@@ -305,6 +314,7 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
           "<f>'C:\\t\\[b.xlsx]T'!A1+'file:///C:/t/b.ods'#$T.A1</f><connection interval='0'/>"
           "<queryTable refreshOnLoad='0'/><cacheSource type='worksheet'/>"
           "<o:a x:href='http://x'/><o:i x:href='Pictures/a.png'/>"
+          "<blip w:embed='r1'/><formula>A1&gt;0</formula>"
           "<o:i x:href='..'/><o:i x:href='data:image/png;base64,'/><o:scripts/>"
           "<Default ContentType='application/xml'/><w:fldSimple w:instr='LINKED'/>");
   const QByteArray movie(

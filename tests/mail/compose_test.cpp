@@ -21,7 +21,8 @@ MessageModel Model() {
   model.text = QStringLiteral("本文です。\r\n.\r\n二行目");
   model.addresses = {ParseAddressEntry(QStringLiteral("FROM: f@x 山田, 太郎")),
                      ParseAddressEntry(QStringLiteral("TO: t@x Sato, Hanako"))};
-  model.references = QStringLiteral("<1@x> <2@x>");
+  // One of them would be a line that servers refuse.
+  model.references = QStringLiteral("<1@x> <%1> <2@x>").arg(QString(3000, u'r'));
   model.inReplyTo = QStringLiteral("<2@x>");
   model.attachments.push_back({QStringLiteral("見積書（最終版）の長い名前のファイル.pdf"),
                                QStringLiteral("application/pdf"),

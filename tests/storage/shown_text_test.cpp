@@ -29,5 +29,17 @@ TEST(ShownText, WhatShapesLettersStays) {
   }
 }
 
+TEST(ShownFileName, ALongNameKeepsItsEndsAndWholeLetters) {
+  const QString face = QStringLiteral("😀");
+  for (const QString& before : {QString(), QStringLiteral("a")}) {
+    for (const QString& after : {QStringLiteral(".exe"), QStringLiteral(".html")}) {
+      const QString shown = ShownFileName(before + face.repeated(300) + after, 100);
+      EXPECT_LE(shown.size(), 100);
+      EXPECT_TRUE(shown.startsWith(before + face) && shown.endsWith(face + after));
+      EXPECT_TRUE(shown.isValidUtf16()) << shown.toStdString();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vorn

@@ -7,6 +7,7 @@
 
 #include "storage/connection.h"
 #include "storage/databases.h"
+#include "support/hostile_conditions.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -48,36 +49,7 @@ TEST_F(UserConditionsTest, MessagesAndFoldersAreRead) {
 
 // Each of these is true when the program itself asks, so that nothing but the trust refuses it.
 TEST_F(UserConditionsTest, NothingElseIsReadOrCalled) {
-  for (const char16_t* hostile :
-       {// Tables beside the messages'
-        u"0 < (SELECT COUNT(name) FROM sqlite_master)", u"EXISTS (SELECT 1 FROM sqlite_master)",
-        u"0 < (SELECT COUNT(*) FROM main.SQLITE_MASTER)",
-        u"0 < (SELECT COUNT(name) FROM `sqlite_master`)",
-        u"0 < (SELECT COUNT([name]) FROM [sqlite_master])",
-        u"0 < (SELECT COUNT(mail.name) FROM sqlite_master AS mail)",
-        u"0 = (SELECT COUNT(name) FROM sqlite_temp_master)",
-        u"0 < (SELECT COUNT(DATA) FROM long_binary)",
-        u"0 < (SELECT COUNT(0) FROM long_binary_last)", u"0 <= (SELECT COUNT(0) FROM late_digest)",
-        u"0 = (SELECT COUNT(STATE) FROM send_attempt)", u"NOT EXISTS (SELECT * FROM send_attempt)",
-        u"SERIALID NOT IN (SELECT SERIALID FROM send_attempt)",
-        u"0 <= (SELECT COUNT(0) FROM mail, send_attempt)",
-        u"EXISTS (SELECT 1 FROM mail a LEFT JOIN send_attempt b ON a.SERIALID = b.SERIALID)",
-        u"0 <= (SELECT COUNT(0) FROM erased)", u"0 <= (SELECT COUNT(MAILBOX) FROM on_server)",
-        u"0 <= (SELECT COUNT(0) FROM doubtful_answer)",
-        u"0 <= (SELECT COUNT(SERIALID) FROM received_identity)",
-        // At the end of the condition and behind it
-        u"STATUS = 4 AND FIELD_SUBJECT & (SELECT MAX(name) FROM sqlite_master) <> ''",
-        u"STATUS = 9 UNION SELECT * FROM mail WHERE EXISTS (SELECT sql FROM sqlite_master)",
-        u"STATUS = 4 GROUP BY SERIALID HAVING 0 < (SELECT COUNT(sql) FROM sqlite_master)",
-        u"STATUS = 4 ORDER BY (SELECT COUNT(name) FROM sqlite_master)",
-        u"STATUS = 4 LIMIT (SELECT COUNT(name) FROM sqlite_master)",
-        // Functions that make much of little, tell of the engine or compare without bounds
-        u"LENGTH(RANDOMBLOB(1)) = 1", u"LENGTH(ZEROBLOB(9)) = 9", u"PRINTF('%9d', 1) <> ''",
-        u"HEX('a') = '61'", u"QUOTE('a') = '''a'''", u"CHAR(97) = 'a'", u"UNICODE('a') = 97",
-        u"RANDOM() IS NOT NULL", u"TYPEOF(1) = 'integer'", u"FIELD_SUBJECT GLOB 'f*'",
-        u"SQLITE_VERSION() LIKE '3*'", u"TOTAL_CHANGES() >= 0", u"LAST_INSERT_ROWID() >= 0",
-        u"SQLITE_COMPILEOPTION_USED('x') = 0",
-        u"'found' = (SELECT GROUP_CONCAT(FIELD_SUBJECT) FROM mail)"}) {
+  for (const char16_t* hostile : test::kForeignReads) {
     const QString select = kAll + QString::fromUtf16(hostile);
     EXPECT_EQ(Rows(select, StatementTrust::System), 1) << select.toStdString();
     EXPECT_EQ(Rows(select, StatementTrust::UserCondition), -1) << select.toStdString();
@@ -90,39 +62,11 @@ TEST_F(UserConditionsTest, NothingIsWrittenAndTheDialectsBoundsHold) {
         QStringLiteral("SELECT name || COALESCE(sql, '') AS V FROM sqlite_master"));
   };
   const QList<QVariant> before = tables();
-  for (const char16_t* statement :
-       {u"DELETE FROM mail",
-        u"DELETE * FROM mail",
-        u"UPDATE mail SET STATUS = 1",
-        u"INSERT INTO folder DEFAULT VALUES",
-        u"REPLACE INTO send_attempt (SERIALID) VALUES ('x')",
-        u"WITH a AS (SELECT 1) DELETE FROM mail",
-        u"EXPLAIN DELETE FROM mail",
-        u"CREATE TABLE x (a)",
-        u"CREATE TEMP TABLE x (a)",
-        u"CREATE VIEW x AS SELECT * FROM mail",
-        u"CREATE INDEX x ON mail (STATUS)",
-        u"CREATE TRIGGER x AFTER INSERT ON mail BEGIN DELETE FROM mail; END",
-        u"DROP TABLE mail",
-        u"ALTER TABLE mail ADD COLUMN X",
-        u"ATTACH ':memory:' AS x",
-        u"DETACH x",
-        u"VACUUM",
-        u"REINDEX",
-        u"ANALYZE",
-        u"BEGIN",
-        u"SAVEPOINT x",
-        u"PRAGMA user_version = 9",
-        u"PRAGMA user_version",
-        u"PRAGMA cipher_version",
-        u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT * FROM n, mail"}) {
+  for (const char16_t* statement : test::kWrites) {
     const QString text = QString::fromUtf16(statement);
     EXPECT_EQ(Rows(text, StatementTrust::UserCondition), -1) << text.toStdString();
   }
-  for (const char16_t* condition :
-       {u"1 = 1; DELETE FROM mail", u"1 = 1 --", u"1 = 1 /* x", u"1 = 1 /* x */", u"1 = 1 OR 'x",
-        u"FIELD_SUBJECT LIKE 'f%' ESCAPE '!'",
-        u"0 < (WITH a AS (SELECT STATUS FROM mail) SELECT COUNT(0) FROM a)"}) {
+  for (const char16_t* condition : test::kNoConditions) {
     EXPECT_EQ(Asked(condition), -1) << QString::fromUtf16(condition).toStdString();
   }
   EXPECT_EQ(Asked(u"STATUS = 4"), 1);

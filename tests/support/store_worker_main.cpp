@@ -1,12 +1,13 @@
-// A process to be killed: stores messages, changes states and the password without end, and says
-// on its standard output what has been done.
+// A process to be killed: stores messages, changes states and the password without end, or so many
+// times, and says on its standard output what has been done.
 //
-// usage: store-worker DATA-FOLDER PASSWORD
+// usage: store-worker DATA-FOLDER PASSWORD [ROUNDS]
 // Lines: "stored SERIAL", "opened SERIAL", "changing PASSWORD", then "changed PASSWORD" or "refused
 // REASON"; "error REASON" at the end.
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <climits>
 #include <cstdio>
 
 #include "frame/profile_login.h"
@@ -40,7 +41,8 @@ int main(int argc, char** argv) {
   }
   MailStore store(context);
   QString password = arguments.value(2);
-  for (int round = 0;; ++round) {
+  const int rounds = arguments.value(3, QString::number(INT_MAX)).toInt();
+  for (int round = 0; round < rounds; ++round) {
     Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), 4);
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));

@@ -139,6 +139,18 @@ TEST_F(Pop3SessionTest, EveryFailureEndsTheSessionWithASentence) {
   }
 }
 
+// However much of it comes: what is kept of a server is bounded.
+TEST_F(Pop3SessionTest, ALineOfAListThatDoesNotEndEndsTheSession) {
+  const QByteArray line(200000, 'x');
+  const QByteArray list = kLogin + "+OK\r\n1 10\r\n";
+  for (const QByteArray& server : {list + line, list + ".\r\n+OK\r\n1 " + line}) {
+    events_.errors.clear();
+    Play(server);
+    ASSERT_EQ(events_.errors.size(), 1);
+    EXPECT_TRUE(events_.errors[0].startsWith(QStringLiteral("サーバーの応答を理解できません")));
+  }
+}
+
 TEST_F(Pop3SessionTest, MailboxListsAreReadWithCare) {
   const auto messages = ReadMailbox("1\t100\r\nx\r\n2\r\n3 -5\r\n1 7\r\n99999999999 1\r\n4 8 extra",
                                     "1 it's\r\n3 dup\r\n4 dup\r\n");

@@ -389,9 +389,11 @@ void ParentWindow::AddEvent(int level, int mode, const QString& reference, const
     endsAfterSending_ = false;  // the user would not learn of it
     // A long subject leaves room for what happened.
     const QString about = ShownText(title, kMostOfSubject);
-    sbStatus_->Tell(
-        (about.isEmpty() ? about : about + QStringLiteral(": ")) + text.section(kLineBreak, -1),
-        true);
+    // How many came all the same stands last, and is not what is cut off.
+    QStringList lines = text.split(kLineBreak);
+    lines.prepend(lines.takeLast());
+    sbStatus_->Tell((about.isEmpty() ? about : about + QStringLiteral(": ")) + lines.join(u' '),
+                    true);
   } else {
     // What was received and what was not, for instance.
     QString all = text;
