@@ -165,6 +165,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   box.setFocus();
   QTest::keyClick(&box, Qt::Key_Down);
   EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
+  EXPECT_EQ(Chosen().size(), 1);
   MadeAnewBy([&box] { QTest::keyClick(&box, Qt::Key_Escape); });
   EXPECT_EQ(box.text(), QString());
   search(QStringLiteral("nothing"));
@@ -411,12 +412,29 @@ TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
   ASSERT_TRUE(AwaitScript(atEnd));
   grow(61);
   EXPECT_TRUE(WaitFor([&] { return Script(atEnd).toBool(); }, 5000));
+  // A row that is read stays in sight, and Tab comes to its links alone.
+  const QString tabStops = QStringLiteral(
+      "[...document.querySelectorAll('a[href]')].filter(a => a.tabIndex >= 0).length");
+  EXPECT_EQ(Script(tabStops).toInt(), 0);
+  const QString inSight = QStringLiteral(
+      "(() => { const r = document.querySelector('.vorn-current').getBoundingClientRect();"
+      "  return r.top >= 0 && r.bottom <= innerHeight; })()");
+  Script(QStringLiteral("vorn.step(1, false)"));
+  ASSERT_TRUE(Script(QStringLiteral("(() => { while (document.querySelector('.vorn-current')"
+                                    "  .getBoundingClientRect().top > 40) vorn.step(-1, false);"
+                                    "  scrollTo(0, 1e9); })(), %1 && %2")
+                         .arg(inSight, atEnd))
+                  .toBool());
+  EXPECT_GE(Script(tabStops).toInt(), 1);
+  EXPECT_LE(Script(tabStops).toInt(), 4);
+  grow(62);
+  EXPECT_TRUE(WaitFor([&] { return Script(inSight).toBool(); }, 5000));
   Settings(program_->GetContext())->Let(QStringLiteral("MessagesNewest"), false);
   OpenFolder(fixed_serial::kInbox);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 61 && scrollY === 0")));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 62 && scrollY === 0")));
   const double place = Script(QStringLiteral("scrollTo(0, 1e9), scrollY")).toDouble();
   ASSERT_GT(place, 100);
-  grow(62);
+  grow(63);
   EXPECT_TRUE(WaitFor(
       [&] { return Script(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)).toBool(); },
       5000));

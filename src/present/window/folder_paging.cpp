@@ -15,6 +15,7 @@ FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& make
   connect(&toolbar_, &FolderToolbar::TypedPageWanted, this, &FolderPaging::GoToTyped);
   connect(&toolbar_, &FolderToolbar::SearchWanted, this, &FolderPaging::Search);
   connect(&toolbar_, &FolderToolbar::SearchLeft, this, &FolderPaging::KeysWanted);
+  connect(&toolbar_, &FolderToolbar::RowWanted, this, [this] { rows_.Enter(); });
   // The button that empties the box shows the whole folder again.
   connect(&toolbar_, &FolderToolbar::SearchEmptied, this, [this] {
     if (!request_.Search().isEmpty()) Search();

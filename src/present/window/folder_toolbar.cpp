@@ -125,6 +125,7 @@ bool FolderToolbar::TakeSearchKey(int key) {
   if (key == Qt::Key_Escape) txSearch_->clear();
   const bool leaves = key == Qt::Key_Escape || key == Qt::Key_Down;
   if (leaves) Q_EMIT SearchLeft();
+  if (key == Qt::Key_Down) Q_EMIT RowWanted();
   return leaves;
 }
 

@@ -69,6 +69,8 @@ class FolderToolbar : public QWidget {
   void SearchEmptied();
   /// The user goes from the box of the search to the page.
   void SearchLeft();
+  /// From there the user goes down to what was found.
+  void RowWanted();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -110,6 +110,10 @@ void PageRows::GoToMessage(const QString& serialId, const std::function<void()>&
       });
 }
 
+void PageRows::Enter() {
+  Run(QStringLiteral("vorn.enter()"));
+}
+
 void PageRows::Toggle() {
   Run(QStringLiteral("vorn.toggle()"));
 }

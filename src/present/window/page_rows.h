@@ -35,6 +35,8 @@ class PageRows : public QObject {
 
   /// Moves by so many rows; with `extend` chooses all rows passed.
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
+  /// Goes to the first row in sight where none is current.
+  void Enter();
   /// Goes to a row counted from 0, or from the last one, -1.
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
   /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.

@@ -27,6 +27,7 @@ inline constexpr char kPageScript[] = R"js(
     seen.add(id);
     rows.push({id, element: link.closest('tr, li, article') || link.parentElement || link});
   }
+  for (const row of rows) row.links = [...row.element.querySelectorAll('a[href]')];
   const style = Document.prototype.createElement.call(document, 'style');
   style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
       ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; }' +
@@ -52,6 +53,8 @@ inline constexpr char kPageScript[] = R"js(
       row.element.classList.toggle('vorn-current', index === current);
       row.element.classList.toggle('vorn-chosen', chosen.has(row.id));
       row.element.classList.toggle('vorn-gone', gone.has(row.id));
+      // The keys go from row to row; Tab stops at the current one's links alone.
+      for (const link of row.links) link.tabIndex = index === current ? 0 : -1;
     });
     if (chosen.size !== toldChosen) console.info('vorn-chosen ' + (toldChosen = chosen.size));
   };
@@ -155,6 +158,8 @@ inline constexpr char kPageScript[] = R"js(
     }
   });
 
+  show();
+
   window.vorn = {
     count: () => rows.length,
     // From no row at all to one that is in sight: at the end of a page the last one.
@@ -167,6 +172,8 @@ inline constexpr char kPageScript[] = R"js(
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
+    // For who comes with the keyboard: one row is current.
+    enter: () => { if (current < 0) vorn.step(1, false); },
     goToMessage: id => {
       const index = rows.findIndex(row => row.id === id && !gone.has(id));
       if (index >= 0) {
@@ -229,6 +236,7 @@ inline constexpr char kPageScript[] = R"js(
         const stays = state.end && staysAtEnd;
         scrollTo(state.x, stays ? 1e9 : state.y);
         if (!stays) holdInSight(state);
+        if (stays && current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
       } else if (current >= 0) {
         rows[current].element.scrollIntoView({block: 'center'});
       }
