@@ -190,6 +190,38 @@ TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   program_->Parent()->Tell(QStringLiteral("something else"));
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  // What is said while the window is away does not stand over the offer when it is back.
+  auto& bar = Child<QStatusBar>(*program_->Parent(), u"sbStatus");
+  const auto& done = Child<QLabel>(bar, u"lbDone");
+  EXPECT_TRUE(done.isVisible());
+  program_->Parent()->hide();
+  program_->Parent()->Tell(QStringLiteral("something else"));
+  program_->Parent()->show();
+  EXPECT_EQ(bar.currentMessage(), QStringLiteral("something else"));
+  EXPECT_FALSE(done.isVisible());
+  bar.clearMessage();
+  EXPECT_TRUE(done.isVisible());
+}
+
+TEST_F(FolderCommandsTest, WhatIsDeletedForGoodIsNotOfferedBack) {
+  Begin(2, 100);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  const auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
+  EXPECT_TRUE(undo.isVisible());
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [this] {
+        const QMenu& file = Child<QMenu>(*program_->Parent(), u"menuFiles");
+        for (QAction* action : file.actions()) {
+          if (action->text().startsWith(QStringLiteral("くずかごを空に"))) action->trigger();
+        }
+      },
+      [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); }));
+  EXPECT_FALSE(undo.isVisible());
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  Chosen();
+  EXPECT_FALSE(Child<QLabel>(*program_->Parent(), u"lbDone").isVisible());
 }
 
 TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {

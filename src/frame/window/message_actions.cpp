@@ -133,6 +133,7 @@ QStringList MessageActions::Delete(const QStringList& messages) {
   if (answer != QMessageBox::Ok) return {};
   UnderWay underWay;
   const bool done = DeleteMessages(context_, messages, &underWay);
+  if (done && deleted_) deleted_();
   return End(done, messages, underWay);
 }
 
@@ -145,6 +146,8 @@ void MessageActions::EmptyDust() {
   if (!vorn::EmptyDust(context_)) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
+  } else if (deleted_) {
+    deleted_();
   }
   host_.MessageStored();
 }

@@ -98,6 +98,7 @@ ParentWindow::ParentWindow(Context& context)
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });
+  actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
   // After what was asked of the page before, whose answer comes later.
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {

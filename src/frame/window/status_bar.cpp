@@ -77,18 +77,28 @@ void MainStatusBar::BuildOffer() {
   addWidget(offer_, 1);
   offer_->hide();
   offered_.setSingleShot(true);
-  connect(&offered_, &QTimer::timeout, offer_, [this] {
-    steps_.clear();
-    offer_->hide();
-  });
+  connect(&offered_, &QTimer::timeout, this, &MainStatusBar::ForgetSteps);
+  connect(this, &QStatusBar::messageChanged, this, &MainStatusBar::MakeRoom);
+}
+
+// The toolkit makes room for a message only while the window can be seen, and would then write it
+// over the offer.
+void MainStatusBar::MakeRoom(const QString& message) {
+  offer_->setVisible(message.isEmpty() && offered_.isActive());
+}
+
+void MainStatusBar::ForgetSteps() {
+  steps_.clear();
+  offered_.stop();
+  offer_->hide();
 }
 
 void MainStatusBar::ShowOffer(const QString& sentence) {
   clearMessage();  // it would stand before the offer
   done_->setText(ShownText(sentence, kMostInTitle));
   takeBack_->setVisible(!steps_.empty());
-  offer_->show();
   offered_.start(kOfferMs);
+  offer_->show();
 }
 
 void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {

@@ -32,6 +32,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void OfferUndo(const QString& done, std::function<void()> undo);
   /// Takes the last step back.
   void TakeBack();
+  /// What was done cannot be taken back any more.
+  void ForgetSteps();
 
  Q_SIGNALS:
   void CancelClicked();
@@ -52,6 +54,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
 
   void BuildOffer();
   void ShowOffer(const QString& sentence);
+  void MakeRoom(const QString& message);
 
   QStringList results_;
   QStringList failures_;

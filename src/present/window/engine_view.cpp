@@ -83,7 +83,6 @@ void EngineView::ConnectPage() {
   connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
           Qt::QueuedConnection);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &EngineView::Crashed);
-  connect(page_, &QWebEnginePage::pdfPrintingFinished, this, &EngineView::PdfEnded);
   page_->OnNewWindow(makeWindow_);
 }
 

@@ -60,7 +60,6 @@ class EngineView : public QObject {
   /// The menu is wanted at a place of the screen.
   void MenuWanted(const QPoint& at);
   void PrintEnded();
-  void PdfEnded(const QString& path, bool written);
   /// What a web page wants to have saved is not.
   void DownloadRefused();
   /// The page's process has ended.

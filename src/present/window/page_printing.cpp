@@ -4,7 +4,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPageLayout>
+#include <QPointer>
 #include <QPrinter>
+#include <QSaveFile>
 #include <QTimer>
 #include <QWebEngineView>
 #include <utility>
@@ -26,7 +28,6 @@ constexpr qreal kPrintMarginMm = 15;  // above and below; the page itself keeps 
 PagePrinting::PagePrinting(EngineView& engine, BrowserHost& host, QWidget& window)
     : engine_(engine), host_(host), window_(window) {
   connect(&engine_, &EngineView::PrintEnded, this, &PagePrinting::End);
-  connect(&engine_, &EngineView::PdfEnded, this, &PagePrinting::EndPdf);
 }
 
 // Closed in the middle of printing: the engine's thread goes on painting and cannot be asked when
@@ -44,7 +45,14 @@ void PagePrinting::Print() {
     QPageLayout layout = printer_->pageLayout();
     layout.setUnits(QPageLayout::Millimeter);
     layout.setMargins(QMarginsF(0, kPrintMarginMm, 0, kPrintMarginMm));
-    engine_.Page()->printToPdf(printer_->outputFileName(), layout);
+    // The engine tells of a file that it wrote itself when its page may have gone, and dies of it.
+    engine_.Page()->printToPdf(
+        [self = QPointer<PagePrinting>(this),
+         path = printer_->outputFileName()](const QByteArray& pdf) {
+          // A failure is told to the user, which must not happen inside the engine's answer.
+          if (self != nullptr) QTimer::singleShot(0, self, [=] { self->EndPdf(path, pdf); });
+        },
+        layout);
     return;
   }
   // The engine paints whole sheets: with margins of the printer's they would lose their ends.
@@ -52,8 +60,11 @@ void PagePrinting::Print() {
   engine_.View()->print(printer_.get());
 }
 
-void PagePrinting::EndPdf(const QString& path, bool written) {
-  if (!written) {
+// The file appears whole or not at all.
+void PagePrinting::EndPdf(const QString& path, const QByteArray& pdf) {
+  QSaveFile file(path);
+  if (pdf.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() ||
+      !file.commit()) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
   } else {

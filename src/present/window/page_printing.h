@@ -30,7 +30,7 @@ class PagePrinting : public QObject {
 
  private:
   void End();
-  void EndPdf(const QString& path, bool written);
+  void EndPdf(const QString& path, const QByteArray& pdf);
 
   EngineView& engine_;
   BrowserHost& host_;
