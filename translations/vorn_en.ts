@@ -3993,5 +3993,9 @@ These could not be handed over to the one that runs, and were not opened:
         <source>プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製ならそのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワードで開けます。</source>
         <translation>None of the profile&apos;s files are those of its last use. Older copies open with the password of then; if the program ended abnormally right after the password was changed, they open with the new one.</translation>
     </message>
+    <message>
+        <source>新しいメッセージはありません。</source>
+        <translation>There are no new messages.</translation>
+    </message>
 </context>
 </TS>

@@ -190,6 +190,7 @@ TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   program_->Parent()->Tell(QStringLiteral("something else"));
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_2'"))) << "what came back";
   // What is said while the window is away does not stand over the offer when it is back.
   auto& bar = Child<QStatusBar>(*program_->Parent(), u"sbStatus");
   const auto& done = Child<QLabel>(bar, u"lbDone");

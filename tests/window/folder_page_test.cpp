@@ -395,6 +395,31 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   EXPECT_EQ(Chosen().size(), 1);
 }
 
+// It is there when the new page is first seen, and not a moment later.
+TEST_F(FolderPageTest, APageMadeAnewDoesNotJump) {
+  Begin(60, 100);
+  Script(QStringLiteral("scrollTo(0, 500)"));
+  ASSERT_TRUE(WaitFor([this] { return View()->page()->scrollPosition().y() == 500; }));
+  AwaitPainted(*View());
+  const QImage before = View()->grab().toImage();
+  int others = 0;
+  QTimer look;
+  QObject::connect(&look, &QTimer::timeout, View(),
+                   [&] { others += View()->grab().toImage() == before ? 0 : 1; });
+  look.start(1);
+  for (int i = 0; i < 3; ++i) {
+    MadeAnewBy([this] { Browser()->Refresh(); });
+    AwaitPainted(*View());
+    test::RunFor(200);
+  }
+  look.stop();
+  EXPECT_EQ(others, 0) << "moments at which something else was in sight";
+  EXPECT_EQ(Script(QStringLiteral("scrollY")).toInt(), 500);
+  // Where the keyboard is left to the window, it is the page's.
+  program_->Parent()->setFocus();
+  EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
+}
+
 TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
   Begin(60, 100, true);
   const QString atEnd =

@@ -301,6 +301,20 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
   EXPECT_EQ(desktop.Told.size(), 4);
 }
 
+TEST_F(TransferWindowsTest, ACheckThatBringsNothingSaysSoToWhoAskedForIt) {
+  Begin({});
+  auto& bar = Child<QStatusBar>(*program_->Parent(), u"sbStatus");
+  const auto checks = [this] { return server_.Count("QUIT"); };
+  PressReceive();
+  EXPECT_TRUE(WaitFor([&] { return bar.currentMessage().contains(QStringLiteral("ありません")); }));
+  bar.clearMessage();
+  const int before = checks();
+  program_->Parent()->Traffic().Plan().CreateMessagePlan(kPlanReceive);
+  EXPECT_TRUE(
+      WaitFor([&] { return checks() > before && program_->Parent()->Traffic().Plan().IsEmpty(); }));
+  EXPECT_EQ(bar.currentMessage(), QString());
+}
+
 TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
   server_.AddMessage(
       "u1",

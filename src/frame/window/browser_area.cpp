@@ -40,6 +40,8 @@ BrowserArea::BrowserArea(Context& context) : context_(context), unseen_(new QWid
   // A click into the page that is active already activates nothing.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     if (now != nullptr && isAncestorOf(now)) Q_EMIT ActiveChanged();
+    // A menu that was given up leaves the keyboard to the window, where nothing takes it.
+    if (now == window()) QTimer::singleShot(0, this, &BrowserArea::TakeIdleKeys);
   });
 }
 
@@ -150,6 +152,11 @@ void BrowserArea::GiveKeysToPage() {
   QTimer::singleShot(0, this, [browser] {
     if (browser != nullptr) browser->TakeKeys();
   });
+}
+
+void BrowserArea::TakeIdleKeys() {
+  BrowserWindow* browser = Active();
+  if (!ends_ && browser != nullptr && QApplication::focusWidget() == window()) browser->TakeKeys();
 }
 
 void BrowserArea::Opened(const QString& folder, BrowserWindow* window) {

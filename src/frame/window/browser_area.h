@@ -60,6 +60,7 @@ class BrowserArea : public QMdiArea {
  private:
   void RestHidden();
   void GiveKeysToPage();
+  void TakeIdleKeys();
   bool HasTabs() const { return viewMode() == TabbedView; }
 
   Context& context_;

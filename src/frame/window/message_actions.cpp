@@ -121,7 +121,10 @@ QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
   if (count == 0 || !told_) return changed;
   told_(dust ? Ui::tr("%1通をくずかごに入れました。").arg(count)
              : Ui::tr("%1通をくずかごから出しました。").arg(count),
-        [this, messages, dust] { End(SetDust(context_, messages, !dust), messages); });
+        [this, messages, dust] {
+          const QStringList back = End(SetDust(context_, messages, !dust), messages);
+          if (returned_ && !back.isEmpty()) returned_(back.first());
+        });
   return changed;
 }
 

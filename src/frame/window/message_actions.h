@@ -24,6 +24,9 @@ class MessageActions {
   using Undoable = std::function<void(const QString& done, std::function<void()> undo)>;
   void OnDone(Undoable told) { told_ = std::move(told); }
 
+  /// Gets a message that came back where it was.
+  void OnReturned(std::function<void(const QString&)> told) { returned_ = std::move(told); }
+
   /// Called when messages were deleted, which cannot be taken back, nor can what was done to them.
   void OnDeleted(std::function<void()> told) { deleted_ = std::move(told); }
 
@@ -56,6 +59,7 @@ class MessageActions {
   MessageHost& host_;
   Undoable told_;
   std::function<void()> deleted_;
+  std::function<void(const QString&)> returned_;
   std::function<void(const QString&)> folderMade_;
   QString lastFolder_;  // into which messages were filed
 };

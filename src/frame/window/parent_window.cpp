@@ -98,6 +98,10 @@ ParentWindow::ParentWindow(Context& context)
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });
+  // The next key means it.
+  actions_.OnReturned([this](const QString& message) {
+    if (BrowserWindow* browser = area_->Active()) browser->Reach(message);
+  });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
   // After what was asked of the page before, whose answer comes later.
@@ -213,7 +217,7 @@ void ParentWindow::menuTools_Click(int index) {
                                kMessageMs);
         return;
       }
-      sbStatus_->clearMessage();
+      sbStatus_->BeginCheck();
       traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
       break;
     case kToolsRules:

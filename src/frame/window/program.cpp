@@ -193,10 +193,8 @@ void Program::Open(const QStringList& arguments) {
     toOpen_ += arguments;
     return;
   }
+  // Each in a window of its own: the main window stays behind what is being written.
   for (const QString& argument : arguments) parent_->OpenArgument(argument);
-  if (arguments.isEmpty()) return;
-  parent_->raise();
-  parent_->activateWindow();
 }
 
 }  // namespace vorn

@@ -122,10 +122,25 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
     results_.clear();
     failures_.clear();
   }
-  if (sentence.trimmed().isEmpty()) return;
+  if (sentence.trimmed().isEmpty()) {
+    if (isAsked_ && results_.isEmpty() && failures_.isEmpty()) {
+      Show(Ui::tr("新しいメッセージはありません。"));
+    }
+    return;
+  }
   QStringList& mine = isFailure ? failures_ : results_;
   if (!mine.contains(sentence)) mine.append(sentence);
-  told_ = ShownText((results_ + failures_).join(QStringLiteral(" ／ ")), kMostInTitle);
+  Show((results_ + failures_).join(QStringLiteral(" ／ ")));
+}
+
+void MainStatusBar::BeginCheck() {
+  isAsked_ = true;
+  clearMessage();
+}
+
+void MainStatusBar::Show(const QString& sentences) {
+  isAsked_ = false;
+  told_ = ShownText(sentences, kMostInTitle);
   sinceTold_.start();
   showMessage(told_, failures_.isEmpty() ? kResultMs : 0);
 }

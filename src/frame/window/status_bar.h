@@ -22,8 +22,11 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
+  /// The user asks for new messages and wants to know what came of it.
+  void BeginCheck();
   /// Says what a session brought, beside what the others of the same check brought: a failure does
-  /// not hide what another one received. Failures stay until something else is said.
+  /// not hide what another one received. Failures stay until something else is said. Empty: it
+  /// brought nothing, which is said to who asked for it.
   void Tell(const QString& sentence, bool isFailure);
   /// Says how many messages are chosen on the page in use; nothing for one or none.
   void ShowChosen(int count);
@@ -54,11 +57,13 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
 
   void BuildOffer();
   void ShowOffer(const QString& sentence);
+  void Show(const QString& sentences);
   void MakeRoom(const QString& message);
 
   QStringList results_;
   QStringList failures_;
   QString told_;
+  bool isAsked_ = false;
   QElapsedTimer sinceTold_;
   QLabel* icon_;
   QLabel* text_;

@@ -257,7 +257,13 @@ void BrowserWindow::ShowText(const QString& html) {
 void BrowserWindow::UpdateBrowser() {
   IsLocal() ? rows_.Await() : rows_.Detach();
   toolbar_->ShowAddress(IsLocal() ? windowTitle() : request_.Url(), !IsLocal());
-  engine_->Load(IsLocal() ? reading_->Url() : QUrl::fromUserInput(request_.Url()), IsLocal());
+  if (IsLocal()) {
+    const QString place = rows_.PlaceScript();
+    if (!place.isEmpty()) engine_->HoldPicture();
+    engine_->Load(reading_->Url(), true, place);
+  } else {
+    engine_->Load(QUrl::fromUserInput(request_.Url()), false);
+  }
   reading_->Begin();
 }
 
@@ -347,6 +353,10 @@ void BrowserWindow::TakeKeys() {
 
 int BrowserWindow::CountChosen() const {
   return messages_->CountChosen();
+}
+
+void BrowserWindow::Reach(const QString& message) {
+  rows_.Reach(message);
 }
 
 void BrowserWindow::RunCommand(const QString& command) {

@@ -84,6 +84,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void AfterCommands(const std::function<void()>& then) {
     rows_.Current([then](const QString&) { then(); });
   }
+  /// Makes a message's row the current one, once the page is there.
+  void Reach(const QString& message);
   /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.

@@ -3,10 +3,13 @@
 #include <QChildEvent>
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QLabel>
 #include <QPointer>
+#include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineView>
 #include <utility>
 
@@ -15,6 +18,12 @@
 #include "present/window/script_bar.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kMostHeldMs = 1000;
+constexpr int kFrameMs = 40;
+
+}  // namespace
 
 EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
     : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
@@ -79,6 +88,9 @@ void EngineView::Use(bool local) {
 void EngineView::ConnectPage() {
   connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
   connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
+  connect(page_, &LinkPage::RowTold, this, [this](const QString& what) {
+    if (what == u"seen") LetPictureGo();
+  });
   connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
   connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
           Qt::QueuedConnection);
@@ -100,8 +112,31 @@ void EngineView::Close() {
   LetGo();
 }
 
-void EngineView::Load(const QUrl& url, bool local) {
+void EngineView::HoldPicture() {
+  if (view_ == nullptr || !view_->isVisible() || picture_ != nullptr) return;
+  picture_ = new QLabel(view_);
+  picture_->setPixmap(view_->grab());
+  picture_->setGeometry(view_->rect());
+  picture_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  picture_->show();
+  QTimer::singleShot(kMostHeldMs, picture_, &QObject::deleteLater);
+}
+
+// The page's word may be here before its frame.
+void EngineView::LetPictureGo() {
+  if (picture_ != nullptr) QTimer::singleShot(kFrameMs, picture_, &QObject::deleteLater);
+}
+
+void EngineView::Load(const QUrl& url, bool local, const QString& first) {
   page_->SetLocalPage(local ? url : QUrl());
+  page_->scripts().clear();
+  if (!first.isEmpty()) {
+    QWebEngineScript script;
+    script.setSourceCode(first);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    page_->scripts().insert(script);
+  }
   view_->load(url);
 }
 

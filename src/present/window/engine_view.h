@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <functional>
 
 #include "present/link_command.h"
@@ -10,6 +11,7 @@ class QPoint;
 class QUrl;
 class QVariant;
 class QWebEnginePage;
+class QLabel;
 class QWebEngineView;
 class QWidget;
 
@@ -43,8 +45,12 @@ class EngineView : public QObject {
   /// Makes the page of a new window that a web page asks for.
   void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
 
-  /// Loads a local page or one of the web; the page is one for that.
-  void Load(const QUrl& url, bool local);
+  /// Loads a local page or one of the web; the page is one for that. `first` is a script of the
+  /// program's that the new document runs before anything else; empty for none.
+  void Load(const QUrl& url, bool local, const QString& first = {});
+  /// What is in sight stays so, as a picture, until the page that is loaded says that it is there,
+  /// or does not in a second. The engine shows a page before it is whole and at its place.
+  void HoldPicture();
   /// Shows words of the program's own, on a local page.
   void ShowHtml(const QString& html);
   /// Asks the page by a script of the program's. The answer is empty when the page goes.
@@ -76,12 +82,14 @@ class EngineView : public QObject {
  private:
   void MakeView();
   void ConnectPage();
+  void LetPictureGo();
 
   const BrowserProfiles& profiles_;
   QWidget& window_;
   ScriptBar* scripts_;
   QWebEngineView* view_ = nullptr;
   LinkPage* page_ = nullptr;
+  QPointer<QLabel> picture_;
   std::function<QWebEnginePage*()> makeWindow_;
   bool isLocal_ = false;
   bool closed_ = false;

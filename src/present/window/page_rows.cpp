@@ -47,6 +47,10 @@ void PageRows::Attach(QWebEnginePage* page) {
   comes_ = false;
   Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
   if (!kept_.isEmpty()) Restore(kept_);
+  if (!reach_.isEmpty()) {
+    Reach(QString(reach_));
+    reach_.clear();  // not on a later page
+  }
   if (make_) {
     Keep(std::exchange(make_, {}));
   } else {
@@ -54,12 +58,18 @@ void PageRows::Attach(QWebEnginePage* page) {
   }
 }
 
+// As arguments in a list, which JSON is.
+QString PageRows::Place(const QString& state) const {
+  return QString::fromUtf8(
+      QJsonDocument(QJsonArray{state, staysAtEnd_}).toJson(QJsonDocument::Compact));
+}
+
+QString PageRows::PlaceScript() const {
+  return kept_.isEmpty() ? QString() : QStringLiteral("window.vornPlace = ") + Place(kept_);
+}
+
 void PageRows::Restore(const QString& state) {
-  // As an argument in quotes, which JSON is.
-  const QByteArray quoted = QJsonDocument(QJsonArray{state}).toJson(QJsonDocument::Compact);
-  Run(QStringLiteral("(vorn.restore(%1[0], %2), true)")
-          .arg(QString::fromUtf8(quoted),
-               staysAtEnd_ ? QStringLiteral("true") : QStringLiteral("false")),
+  Run(QStringLiteral("(vorn.restore(...%1), true)").arg(Place(state)),
       [this, state](const QVariant& done) {
         if (done.toBool() && kept_ == state) kept_.clear();
       });
@@ -107,6 +117,16 @@ void PageRows::GoToMessage(const QString& serialId, const std::function<void()>&
           .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))),
       [notHere](const QVariant& here) {
         if (notHere && !here.toBool()) notHere();
+      });
+}
+
+// It may be on the page that is about to be made.
+void PageRows::Reach(const QString& serialId) {
+  reach_ = serialId;
+  Run(QStringLiteral("vorn.reach(decodeURIComponent('%1'))")
+          .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))),
+      [this, serialId](const QVariant& there) {
+        if (there.toBool() && reach_ == serialId) reach_.clear();
       });
 }
 

@@ -35,6 +35,8 @@ class PageRows : public QObject {
 
   /// Moves by so many rows; with `extend` chooses all rows passed.
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
+  /// Goes to a message's row where the page has one, or the next one.
+  void Reach(const QString& serialId);
   /// Goes to the first row in sight where none is current.
   void Enter();
   /// Goes to a row counted from 0, or from the last one, -1.
@@ -71,6 +73,9 @@ class PageRows : public QObject {
   /// Remembers the current row, the choice and how far the page is scrolled, then has `then` make
   /// the page anew, also when there is none.
   void Keep(const std::function<void()>& then);
+  /// A script that tells the page which is loaded next its place before it is painted; empty where
+  /// it has none. Who is told later (see `Attach`) jumps there.
+  QString PlaceScript() const;
   /// The next page begins at its last row, or at its top.
   void BeginAtEnd(bool atEnd);
   /// The next page begins with that message as the current one.
@@ -88,6 +93,7 @@ class PageRows : public QObject {
   void Call(const QString& function, int number, bool flag);
   void Call(const QString& function, const QStringList& messages);
   void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
+  QString Place(const QString& state) const;
   void Restore(const QString& state);
   void Make();
   void DoWaiting();
@@ -102,6 +108,7 @@ class PageRows : public QObject {
   bool closed_ = false;
   std::function<void()> changed_;
   QString kept_;
+  QString reach_;  // a message whose row is wanted as the current one
   bool staysAtEnd_ = false;
 };
 

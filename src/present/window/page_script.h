@@ -48,6 +48,7 @@ inline constexpr char kPageScript[] = R"js(
   const there = () => [...rows.keys()].filter(index => !gone.has(rows[index].id));
   const lastThere = () => there().pop() ?? -1;
   let toldChosen = 0;
+  let restored = '';
   const show = () => {
     rows.forEach((row, index) => {
       row.element.classList.toggle('vorn-current', index === current);
@@ -172,6 +173,11 @@ inline constexpr char kPageScript[] = R"js(
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
+    reach: id => {
+      const index = rows.findIndex(row => row.id === id && !gone.has(id));
+      if (index >= 0) goTo(index, false);
+      return index >= 0;
+    },
     // For who comes with the keyboard: one row is current.
     enter: () => { if (current < 0) vorn.step(1, false); },
     goToMessage: id => {
@@ -223,7 +229,10 @@ inline constexpr char kPageScript[] = R"js(
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
                                  chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd(),
                                  sight: inSight()}),
+    // Once: the user may have moved since.
     restore: (text, staysAtEnd) => {
+      if (text === restored) return;
+      restored = text;
       const state = JSON.parse(text);
       const next = state.next.find(id => seen.has(id));
       current = rows.findIndex(row => row.id === next);
@@ -241,9 +250,11 @@ inline constexpr char kPageScript[] = R"js(
         rows[current].element.scrollIntoView({block: 'center'});
       }
       tell('kept', current);
+      requestAnimationFrame(() => requestAnimationFrame(() => tell('seen', -1)));
     },
   };
 
+  if (window.vornPlace) vorn.restore(...window.vornPlace);
 })()
 )js";
 
