@@ -13,6 +13,7 @@
 #include <QWebEngineView>
 #include <utility>
 
+#include "kit/window/plain_text.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/link_page.h"
 #include "present/window/script_bar.h"
@@ -114,7 +115,8 @@ void EngineView::Close() {
 
 void EngineView::HoldPicture() {
   if (view_ == nullptr || !view_->isVisible() || picture_ != nullptr) return;
-  picture_ = new QLabel(view_);
+  picture_ = PlainLabel();
+  picture_->setParent(view_);
   picture_->setPixmap(view_->grab());
   picture_->setGeometry(view_->rect());
   picture_->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,0 +1,74 @@
+// The tree beside the pages: what is selected in it, and its counts.
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "mail/message_filing.h"
+#include "mail/window/message_window.h"
+#include "objects/object_loader.h"
+#include "objects/standard_objects.h"
+#include "storage/databases.h"
+#include "window/folder_page_fixture.h"
+
+namespace vorn {
+namespace {
+
+using test::Child;
+
+class FolderTreeTest : public FolderPageTest {};
+
+// What is selected in the tree is what is shown, also by a mouse that slides while it is pressed;
+// and what the user has selected to work on stays selected when a page is made anew.
+TEST_F(FolderTreeTest, TheTreeSelectsWhatIsShownOrWorkedOn) {
+  Begin(3, 100);
+  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
+  QTreeWidgetItem* shelf = Node(QString::fromUtf16(kShelf));
+  const QPoint from = tree->visualItemRect(shelf).center();
+  const QPoint to = tree->visualItemRect(Node(fixed_serial::kOutbox)).center();
+  ASSERT_NE(from, to);
+  QWidget* area = tree->viewport();
+  const auto mouse = [area](QEvent::Type type, QPoint at, Qt::MouseButtons held) {
+    QMouseEvent event(type, at, area->mapToGlobal(at),
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held,
+                      Qt::NoModifier);
+    QApplication::sendEvent(area, &event);
+  };
+  mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
+  for (int step = 1; step <= 4; ++step) {
+    mouse(QEvent::MouseMove, from + (to - from) * step / 4, Qt::LeftButton);
+    QTest::qWait(1);
+  }
+  mouse(QEvent::MouseButtonRelease, to, Qt::NoButton);
+  BrowserWindow* opened = nullptr;
+  ASSERT_TRUE(WaitFor([&] {
+    QMdiSubWindow* active = program_->Parent()->findChild<QMdiArea*>()->activeSubWindow();
+    opened = active == nullptr ? nullptr : active->findChild<BrowserWindow*>();
+    return opened != nullptr && opened != Browser();
+  }));
+  EXPECT_EQ(opened->Tag(), QString::fromUtf16(kShelf));
+  EXPECT_EQ(tree->currentItem(), shelf);
+
+  tree->setFocus();
+  for (int time = 1; time <= 3; ++time) {  // the first loading is that of the opening
+    QSignalSpy loaded(opened, &BrowserWindow::Loaded);
+    tree->setCurrentItem(tree->topLevelItem(0));
+    opened->UpdateBrowser();
+    ASSERT_TRUE(WaitFor([&loaded] { return !loaded.isEmpty(); }));
+  }
+  EXPECT_EQ(tree->currentItem(), tree->topLevelItem(0));
+}
+
+TEST_F(FolderTreeTest, UnopenedMessagesAreCountedInTheTree) {
+  Begin(3, 100);
+  QTreeWidgetItem* inbox = Node(fixed_serial::kInbox);
+  ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"3"; }));
+  EXPECT_EQ(Node(QString::fromUtf16(kShelf))->text(1), QString());
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  TopLevel<MessageWindow>()->close();
+  ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"2"; }));
+}
+
+}  // namespace
+}  // namespace vorn
