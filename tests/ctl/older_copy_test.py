@@ -9,8 +9,10 @@ import fcntl
 import json
 import os
 import pathlib
+import random
 import shutil
 import smtplib
+import socket
 import subprocess
 import sys
 import tempfile
@@ -22,11 +24,23 @@ LARGE, LONG_RUN = 60, 90  # messages; the large ones alone reach the file
 LINE = "text " * 14 + "\r\n"
 
 
+def free_port():
+    """One that stays free while no server of the test's listens: the system gives out higher ones."""
+    while True:
+        port = random.randrange(20000, 32000)
+        with socket.socket() as probe:
+            try:
+                probe.bind(("127.0.0.1", port))
+            except OSError:
+                continue
+        return str(port)
+
+
 class Store:
     def __init__(self, work):
         self.work, self.data = work, work / "data"
         self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
-        self.ports = ("0", "0")
+        self.ports = (free_port(), free_port())
         self.serve()
         self.stop()
         self.ctl("account", "add", "--in-security", "none",
@@ -40,8 +54,8 @@ class Store:
         self.server = subprocess.Popen([SERVER, "--tell", "--pop3-port", self.ports[0],
                                         "--smtp-port", self.ports[1]],
                                        stdout=subprocess.PIPE, text=True)
-        words = self.server.stdout.readline().split()
-        self.ports = (words[1], words[3])
+        said = self.server.stdout.readline()
+        assert said.split()[1::2][:2] == list(self.ports), said
 
     def stop(self):
         """How many messages it was given."""
@@ -235,8 +249,8 @@ def lost_log(store):
 
 
 def lost_log_of_a_long_run(store):
-    """So much is received that a part of it reaches the file, with the count of the beginning; the
-    server's copies of the rest are gone as well."""
+    """So much is received that a part of it reaches the file, or on a slow machine all, with the
+    count of the beginning; the server's copies of the rest are gone as well."""
     store.serve()
     with smtplib.SMTP("127.0.0.1", int(store.ports[1])) as smtp:
         for number in range(LONG_RUN):
@@ -247,7 +261,7 @@ def lost_log_of_a_long_run(store):
     store.stop()
     store.serve()
     kept = len(store.rows("list", "受信", code=4))
-    assert 0 < kept < LONG_RUN, kept
+    assert kept > 0
     expect_older(store, 0)
 
 
