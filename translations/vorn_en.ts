@@ -3493,20 +3493,12 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <translation>Other users can write to the data folder “%1”. Please change it so that they cannot.</translation>
     </message>
     <message>
-        <source>鍵のファイル「profile.key」を保存できません。ディスクの空き容量とフォルダの権限を確認してください。</source>
-        <translation>The key file “profile.key” cannot be saved. Please check the free space on the disk and the folder&apos;s permissions.</translation>
-    </message>
-    <message>
         <source>回復コードと同じ形のものは、パスワードにできません。</source>
         <translation>What looks like a recovery code cannot be a password.</translation>
     </message>
     <message>
         <source>回復コード</source>
         <translation>Recovery Code</translation>
-    </message>
-    <message>
-        <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
-        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree and choose “Properties”. Until you set a password, whoever gets hold of the profile&apos;s folder can read the mail.</translation>
     </message>
     <message>
         <source>開く</source>
@@ -3731,18 +3723,6 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     <message>
         <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。決めると、今の回復コードは使えなくなります。</source>
         <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password. The present recovery code is void then.</translation>
-    </message>
-    <message>
-        <source>パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。
-
-よろしいですか？</source>
-        <translation>Without a password, anybody who gets hold of the profile&apos;s folder can read the mail. A new recovery code is made, and one that was printed earlier is void.
-
-Remove the password?</translation>
-    </message>
-    <message>
-        <source>鍵のファイル「profile.key」がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。パスワードを決めたり、なくしたりすると、このコードは使えなくなります。</source>
-        <translation>If the key file “profile.key” is lost, enter this code as the password at login to read the mail. Whoever sees this code can read copies of the mail files. Keep it somewhere other than on this computer. The code is void once a password is set or removed.</translation>
     </message>
     <message>
         <source>【読み込めません】</source>
@@ -3996,6 +3976,42 @@ These could not be handed over to the one that runs, and were not opened:
     <message>
         <source>新しいメッセージはありません。</source>
         <translation>There are no new messages.</translation>
+    </message>
+    <message>
+        <source>プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。キーリングのロックを解除してもう一度ログインするか、パスワードの欄に回復コードを入力してください。</source>
+        <translation>The profile’s key is in the desktop’s keyring and cannot be read (key file “%1”). Unlock the keyring and log in again, or enter the recovery code as the password.</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「profile.key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップのキーリングを確認してください。</source>
+        <translation>The key file “profile.key” cannot be stored. Please check the free space on the disk, the permissions of the folder and the desktop’s keyring.</translation>
+    </message>
+    <message>
+        <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。</source>
+        <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it.</translation>
+    </message>
+    <message>
+        <source>パスワードをなくすと、パスワードを入力せずにメールを読めるようになります。新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。
+
+よろしいですか？</source>
+        <translation>Without a password the mail can be read without entering one. A new recovery code is made; a code that was printed before is void.
+
+Do you want that?</translation>
+    </message>
+    <message>
+        <source>鍵のファイル「profile.key」やデスクトップのキーリングの鍵がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。パスワードを決めたり、なくしたりすると、このコードは使えなくなります。</source>
+        <translation>When the key file “profile.key” or the key in the desktop’s keyring is lost, enter this code as the password at the login to read your mail. Whoever sees this code can read copies of the mail files. Keep it elsewhere than the computer. Setting or removing a password makes this code void.</translation>
+    </message>
+    <message>
+        <source>パスワードを決めるまで、このパソコンにあなたとしてログインした人はメールを読めます。鍵はデスクトップのキーリングにあります。なくなったときのために、同じ所で回復コードを印刷しておいてください。</source>
+        <translation>Until a password is set, whoever logs in to this computer as you can read the mail. The key is in the desktop’s keyring; print the recovery code there too, for the case that it is lost.</translation>
+    </message>
+    <message>
+        <source>パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
+        <translation>Until a password is set, whoever gets the profile’s folder can read the mail.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。%1</source>
+        <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree, “Properties”. %1</translation>
     </message>
 </context>
 </TS>

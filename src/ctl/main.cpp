@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "ctl/command.h"
+#include "desktop/desktop_secrets.h"
 #include "frame/process_privacy.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
@@ -161,6 +162,7 @@ int RunCommand(const Command& command, const Arguments& arguments) {
     return Complain(QStringLiteral("--%1 は使えません。").arg(unknown.first()), kExitUsage);
   }
   Context context;
+  context.Secrets = DesktopSecrets();
   QString error;
   if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
   const int code = command.run(context, arguments);

@@ -4,10 +4,10 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 #include <QThread>
 #include <QVariantMap>
 
+#include "desktop/session_bus.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -17,12 +17,6 @@ const QString kService = QStringLiteral("org.freedesktop.Notifications");
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kBusName = QStringLiteral("vorn-notifications");
 constexpr int kAsTheDesktopLikes = -1;
-
-// Where there is no session bus, the toolkit would start one.
-bool HasBus() {
-  return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
-         QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
 
 QDBusMessage Call(const QString& method, const QVariantList& arguments = {}) {
   QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kService, method);
@@ -71,7 +65,7 @@ void NotificationService::Next() {
 
 // A bus that does not answer keeps whoever connects to it waiting.
 void NotificationService::Connect() {
-  if (!HasBus()) {
+  if (!HasSessionBus()) {
     Q_EMIT Gone(std::exchange(next_, std::nullopt)->about);
     return;
   }

@@ -163,25 +163,35 @@ bool HaveAllOtherKeys(const Context& context, const Disk& profile) {
   });
 }
 
+// Of a file whose code does not open a profile that is under one.
+QString CodeMissing(const CodeFile& file) {
+  const QString name = QDir::toNativeSeparators(file.Path());
+  if (file.NamesSecret() && file.Code().isEmpty()) {
+    return Ui::
+        tr("プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。"
+           "キーリングのロックを解除してもう一度ログインするか、パスワードの欄に回復コードを"
+           "入力してください。")
+            .arg(name);
+  }
+  const QString sentence =
+      !file.Code().isEmpty()
+          ? Ui::tr("鍵のファイル「%1」は、このプロファイルのものではありません。")
+      : QFileInfo::exists(file.Path())
+          ? Ui::tr("鍵のファイル「%1」が壊れているか、読む権限がありません。")
+          : Ui::tr("鍵のファイル「%1」がありません。");
+  return sentence.arg(name) +
+         Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。");
+}
+
 // What a user can do who has no password and whose code is not remembered any more.
 void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
   if (context.Data.LastError().kind != StorageError::Kind::WrongPassword) return;
   const CodeFile file = CodeFileOf(context, profile);
-  const QString name = QDir::toNativeSeparators(file.Path());
   if (RecoveryCode::IsMistyped(typed)) {
     context.Data.FailWith(
         {StorageError::Kind::Other, Ui::tr("回復コードを入力したのなら、打ち間違いがあります。")});
   } else if (typed.isEmpty() && HasFileUnderCode(context, profile)) {
-    const QString sentence =
-        !file.Code().isEmpty()
-            ? Ui::tr("鍵のファイル「%1」は、このプロファイルのものではありません。")
-        : QFileInfo::exists(file.Path())
-            ? Ui::tr("鍵のファイル「%1」が壊れているか、読む権限がありません。")
-            : Ui::tr("鍵のファイル「%1」がありません。");
-    context.Data.FailWith(
-        {StorageError::Kind::Other,
-         sentence.arg(name) +
-             Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。")});
+    context.Data.FailWith({StorageError::Kind::Other, CodeMissing(file)});
   } else if (HaveAllOtherKeys(context, profile)) {
     context.Data.FailWith(
         {StorageError::Kind::Other,

@@ -184,8 +184,8 @@ StorageError NotRekeyed(const QString& file, const QString& place) {
 }
 
 // A copy of a profile's folder has the code that its files are under.
-QStringList CodesBeside(const QString& file) {
-  const CodeFile codes(QFileInfo(file).path());
+QStringList CodesBeside(const Context& context, const QString& file) {
+  const CodeFile codes(QFileInfo(file).path(), context.Secrets.get());
   QStringList passwords;
   for (const QString& code : QStringList{codes.Code()} + codes.Others()) {
     if (!code.isEmpty()) passwords.append(FileKey::FromCode(code));
@@ -302,8 +302,8 @@ std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, con
   const QString ready =
       lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
   if (!CopyDatabase(context, file, ready)) return std::nullopt;
-  const std::optional<QString> opening =
-      OpeningPassword(context, ready, QStringList{password} + former + CodesBeside(file), isMail);
+  const std::optional<QString> opening = OpeningPassword(
+      context, ready, QStringList{password} + former + CodesBeside(context, file), isMail);
   StorageError reason = context.Data.LastError();
   reason.text.replace(Name(ready), Name(file));
   bool isReady = opening.has_value();

@@ -82,8 +82,9 @@ void LayDownUnusedCode(Context& context, const Disk& profile, const QString& pas
 
 StorageError CodeNotKept() {
   return {StorageError::Kind::DiskFull,
-          Ui::tr("鍵のファイル「profile.key」を保存できません。ディスクの空き容量とフォルダの権限を"
-                 "確認してください。")};
+          Ui::tr("鍵のファイル「profile."
+                 "key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップの"
+                 "キーリングを確認してください。")};
 }
 
 // A code is on the disk before any file is under it, and goes when none is any more. An empty new
@@ -125,7 +126,7 @@ QStringList PasswordsOf(const Disk& former, const CodeFile& file) {
 }  // namespace
 
 CodeFile CodeFileOf(const Context& context, const Disk& profile) {
-  return CodeFile(QFileInfo(ProfileFiles(context, profile).first()).path());
+  return CodeFile(QFileInfo(ProfileFiles(context, profile).first()).path(), context.Secrets.get());
 }
 
 QString PasswordFor(Context& context, const Disk& profile, const QString& typed) {
@@ -145,7 +146,7 @@ void RememberCode(const Context& context) {
   const QString code = FileKey::CodeIn(context.Session->Text(u"password"));
   if (code.isEmpty()) return;
   const CodeFile file = CodeFileOf(context, *context.Session);
-  if (file.Code() != code) file.Keep(code);
+  if (!file.NamesSecret() && file.Code() != code) file.Keep(code);
 }
 
 bool SettlePassword(Context& context, const Disk& profile, const QString& typed,

@@ -3,11 +3,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QUuid>
 
 #include "storage/file_lock.h"
 #include "storage/file_replace.h"
 #include "storage/private_files.h"
 #include "storage/recovery_code.h"
+#include "storage/secret_store.h"
 
 namespace vorn {
 namespace {
@@ -20,18 +22,37 @@ bool IsDurable(const QString& path) {
   return SyncFile(path) && SyncFolder(QFileInfo(path).path());
 }
 
-QString CodeAt(const QString& path) {
+// What the file says in the place of a code. No code is mistaken for it.
+const QString kSecret = QStringLiteral("secret ");
+
+QString LineOf(const QString& path) {
   QFile file(path);
   if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
-  return RecoveryCode::Read(QString::fromLatin1(file.read(kMostBytes)));
+  return QString::fromLatin1(file.read(kMostBytes)).trimmed();
+}
+
+// The name of the desktop's secret; empty when the file holds something else.
+QString SecretAt(const QString& path) {
+  const QString line = LineOf(path);
+  return line.startsWith(kSecret) ? line.sliced(kSecret.size()) : QString();
 }
 
 }  // namespace
 
-CodeFile::CodeFile(const QString& folder)
-    : path_(QDir(folder).filePath(QStringLiteral("profile.key"))) {}
+CodeFile::CodeFile(const QString& folder, SecretStore* secrets)
+    : path_(QDir(folder).filePath(QStringLiteral("profile.key"))), secrets_(secrets) {}
+
+bool CodeFile::NamesSecret() const {
+  return !SecretAt(path_).isEmpty();
+}
 
 // The check letters tell a damaged one.
+QString CodeFile::CodeAt(const QString& path) const {
+  const QString secret = SecretAt(path);
+  if (secret.isEmpty()) return RecoveryCode::Read(LineOf(path));
+  return secrets_ == nullptr ? QString() : RecoveryCode::Read(secrets_->Read(secret));
+}
+
 QString CodeFile::Code() const {
   return CodeAt(path_);
 }
@@ -45,21 +66,31 @@ QString CodeFile::CodeOrNew() const {
     return IsDurable(path_) ? kept : QString();
   }
   const QString code = RecoveryCode::Make();
-  return Write(code) ? code : QString();
+  return WriteSecret(code) || Replace(code) ? code : QString();
 }
 
 bool CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return false;
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  return lock.Take(FileLock::Kind::Exclusive, kWaitMs) == FileLock::Result::Taken &&
-         (Code() == code ? IsDurable(path_) : Write(code));
+  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return false;
+  if (Code() == code) return IsDurable(path_);
+  // What the desktop guards does not become a file because it cannot be asked at the moment.
+  return WriteSecret(code) || (!NamesSecret() && Replace(code));
 }
 
-bool CodeFile::Write(const QString& code) const {
+bool CodeFile::WriteSecret(const QString& code) const {
+  const QString name = QUuid::createUuid().toString(QUuid::Id128);
+  if (secrets_ == nullptr || !secrets_->Keep(name, code)) return false;
+  const bool written = Replace(kSecret + name);
+  if (!written) secrets_->Forget(name);
+  return written;
+}
+
+bool CodeFile::Replace(const QString& line) const {
   const QString written = path_ + QStringLiteral(".new");
   QFile file(written);
-  const QByteArray bytes = code.toLatin1() + '\n';
+  const QByteArray bytes = line.toLatin1() + '\n';
   const bool complete = OpenPrivate(file, QIODevice::WriteOnly | QIODevice::Truncate) &&
                         file.write(bytes) == bytes.size() && file.flush();
   file.close();
@@ -92,8 +123,11 @@ QStringList CodeFile::Others() const {
 }
 
 bool CodeFile::Forget() const {
+  const QString secret = SecretAt(path_);
   QFile::remove(path_);
-  return !QFileInfo::exists(path_) && SyncFolder(QFileInfo(path_).path());
+  if (QFileInfo::exists(path_)) return false;
+  if (secrets_ != nullptr && !secret.isEmpty()) secrets_->Forget(secret);
+  return SyncFolder(QFileInfo(path_).path());
 }
 
 }  // namespace vorn

@@ -5,21 +5,28 @@
 
 namespace vorn {
 
-/// The file in a profile's folder that remembers its recovery code (`RecoveryCode`). It lies beside
-/// the databases, so that a folder that is carried elsewhere opens there, and is for its owner
-/// alone. What is written is on the disk before anything depends on it.
+class SecretStore;
+
+/// The file in a profile's folder that remembers its recovery code (`RecoveryCode`): it names the
+/// secret of the user's desktop that the code is, or holds the code itself where there is no place
+/// for secrets. It lies beside the databases and is for its owner alone. What is written is on the
+/// disk before anything depends on it.
 class CodeFile {
  public:
-  explicit CodeFile(const QString& folder);
+  /// `secrets` may be null, and outlives the object.
+  CodeFile(const QString& folder, SecretStore* secrets);
 
   /// The path of the file.
   const QString& Path() const { return path_; }
+  /// Whether the file names a secret of the desktop's, which may not be there.
+  bool NamesSecret() const;
   /// The code; empty when there is none that can be read.
   QString Code() const;
   /// The code, or a new one, of several programs at once the same for all. Empty when it cannot be
   /// kept.
   QString CodeOrNew() const;
-  /// Remembers that code from now on. What the file held otherwise stays under another name.
+  /// Remembers that code from now on. What the file held otherwise stays under another name. False
+  /// when it cannot be kept, also where the desktop guarded the former one and cannot be asked.
   bool Keep(const QString& code) const;
   /// The codes that other codes have taken the place of.
   QStringList Others() const;
@@ -29,9 +36,12 @@ class CodeFile {
   bool SetAside() const;
 
  private:
-  bool Write(const QString& code) const;
+  QString CodeAt(const QString& path) const;
+  bool WriteSecret(const QString& code) const;
+  bool Replace(const QString& line) const;
 
   QString path_;
+  SecretStore* secrets_;
 };
 
 }  // namespace vorn

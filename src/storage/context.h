@@ -5,6 +5,7 @@
 #include "storage/data_session.h"
 #include "storage/disk.h"
 #include "storage/profile_lock.h"
+#include "storage/secret_store.h"
 
 namespace vorn {
 
@@ -26,6 +27,8 @@ struct Context {
   /// The loaded objects: profiles, the profile's objects, the settings "logo".
   DiskCollection Objects;
   DataSession Data;
+  /// Where the desktop keeps secrets; null where there is no such place.
+  std::shared_ptr<SecretStore> Secrets;
   /// What start-up has done that the user must know, as sentences.
   QStringList Notices;
 };

@@ -17,6 +17,7 @@
 #include "storage/file_key.h"
 #include "storage/password_change.h"
 #include "storage/recovery_code.h"
+#include "support/fake_secrets.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -130,6 +131,79 @@ TEST_F(RecoveryCodeLogin, WithoutTheFileTheTypedCodeOpensTheProfileAndIsRemember
     EXPECT_EQ(LogInWith(code_.toLower().replace(u'-', u' ')), QString());
     EXPECT_EQ(LogInWith({}), QString()) << "remembered";
   }
+}
+
+// A data folder whose profile's code is the desktop's to keep.
+class DesktopSecretLogin : public testing::Test {
+ protected:
+  QString LogInWith(const QString& typed, const QString& folder,
+                    const std::shared_ptr<SecretStore>& secrets) {
+    context_ = std::make_unique<Context>();
+    context_->Secrets = secrets;
+    QString error;
+    if (!StartUp(*context_, folder, &error)) return error;
+    if (context_->Objects.IsEmpty()) CreateFirstProfile(*context_);
+    LogIn(*context_, {}, typed, &error);
+    RememberCode(*context_);
+    context_->Data.CloseAll();
+    return error;
+  }
+  QString LogInWith(const QString& typed) { return LogInWith(typed, folder_.path(), secrets_); }
+  CodeFile File() const { return CodeFileOf(*context_, *context_->Session); }
+  // Whether the code stands in any file.
+  bool IsOnDisk(const QString& folder, const QString& code) {
+    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+      if (ReadFile(files.next()).contains(code.left(11).toLatin1())) return true;
+    }
+    return false;
+  }
+
+  QTemporaryDir folder_;
+  std::shared_ptr<test::FakeSecrets> secrets_ = std::make_shared<test::FakeSecrets>();
+  std::unique_ptr<Context> context_;
+};
+
+TEST_F(DesktopSecretLogin, TheCodeIsNowhereOnTheDiskWhateverTheDesktopDoes) {
+  ASSERT_EQ(LogInWith({}), QString());
+  const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
+  EXPECT_EQ(secrets_->kept.values(), QStringList{code});
+  EXPECT_EQ(LogInWith({}), QString());
+  for (const bool isAway : {false, true}) {
+    const std::shared_ptr<SecretStore> store = isAway ? nullptr : secrets_;
+    secrets_->refuses = true;
+    const QString refusal = LogInWith({}, folder_.path(), store);
+    EXPECT_TRUE(refusal.contains(u"キーリング")) << refusal.toStdString();
+    EXPECT_EQ(LogInWith(code, folder_.path(), store), QString());
+    EXPECT_TRUE(File().NamesSecret());
+    EXPECT_FALSE(IsOnDisk(folder_.path(), code));
+  }
+  secrets_->refuses = false;
+  EXPECT_EQ(LogInWith({}), QString());
+  // On another computer it is typed once.
+  QTemporaryDir elsewhere;
+  CopyFolder(folder_.path(), elsewhere.path() + u'/');
+  const auto others = std::make_shared<test::FakeSecrets>();
+  EXPECT_TRUE(LogInWith({}, elsewhere.path(), others).contains(u"回復コード"));
+  EXPECT_EQ(LogInWith(code, elsewhere.path(), others), QString());
+  EXPECT_EQ(LogInWith({}, elsewhere.path(), others), QString());
+  EXPECT_FALSE(IsOnDisk(elsewhere.path(), code));
+}
+
+TEST_F(DesktopSecretLogin, APasswordTakesTheSecretsPlace) {
+  ASSERT_EQ(LogInWith({}), QString());
+  const QString before = context_->Session->Text(u"password");
+  const QString password = QStringLiteral("secret");
+  QString error;
+  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, before, password, &error));
+  EXPECT_TRUE(secrets_->kept.isEmpty());
+  EXPECT_FALSE(LogInWith({}).isEmpty());
+  ASSERT_EQ(LogInWith(password), QString());
+  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}, &error));
+  const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
+  EXPECT_EQ(secrets_->kept.values(), QStringList{code});
+  EXPECT_FALSE(IsOnDisk(folder_.path(), code));
+  EXPECT_EQ(LogInWith({}), QString());
 }
 
 TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include "storage/code_file.h"
+#include "support/fake_secrets.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -55,7 +56,7 @@ TEST(RecoveryCode, IsReadHoweverItIsTypedAndChecksItself) {
 
 TEST(CodeFile, RemembersOneCodeAndLosesNone) {
   QTemporaryDir folder;
-  const CodeFile file(folder.filePath(QStringLiteral("profile")));
+  const CodeFile file(folder.filePath(QStringLiteral("profile")), nullptr);
   EXPECT_EQ(file.Code(), QString());
   const QString code = file.CodeOrNew();
   EXPECT_FALSE(code.isEmpty());
@@ -81,6 +82,36 @@ TEST(CodeFile, RemembersOneCodeAndLosesNone) {
   ASSERT_TRUE(QDir().mkpath(file.Path() + QStringLiteral(".new")));
   EXPECT_EQ(file.CodeOrNew(), QString());
   EXPECT_FALSE(QFileInfo::exists(file.Path()));
+}
+
+TEST(CodeFile, LeavesTheCodeToADesktopThatKeepsIt) {
+  QTemporaryDir folder;
+  test::FakeSecrets secrets;
+  const QString path = folder.filePath(QStringLiteral("profile"));
+  const CodeFile file(path, &secrets);
+  const QString code = file.CodeOrNew();
+  EXPECT_TRUE(file.NamesSecret());
+  EXPECT_EQ(file.CodeOrNew(), code);
+  EXPECT_EQ(secrets.kept.values(), QStringList{code});
+  EXPECT_FALSE(test::ReadFile(file.Path()).contains(code.left(5).toLatin1()));
+  for (const bool isAway : {false, true}) {
+    secrets.refuses = true;
+    const CodeFile away(path, isAway ? nullptr : &secrets);
+    EXPECT_EQ(away.Code(), QString());
+    EXPECT_FALSE(away.Keep(code)) << "it would lie in the folder";
+    EXPECT_TRUE(away.NamesSecret());
+  }
+  secrets.refuses = false;
+  const QString other = RecoveryCode::Make();
+  EXPECT_TRUE(file.Keep(other));
+  EXPECT_EQ(file.Code(), other);
+  EXPECT_EQ(file.Others(), QStringList{code});
+  EXPECT_TRUE(file.Forget());
+  EXPECT_EQ(secrets.kept.values(), QStringList{code}) << "the other one may still be wanted";
+  // A profile that is made now has no other code than the one that can be kept.
+  secrets.refuses = true;
+  EXPECT_FALSE(file.CodeOrNew().isEmpty());
+  EXPECT_FALSE(file.NamesSecret());
 }
 
 }  // namespace

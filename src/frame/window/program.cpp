@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "desktop/desktop_secrets.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/ui_language.h"
@@ -54,6 +55,7 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
       instance_(appFolder),
       messages_(appFolder),
       toOpen_(WithFullPaths(arguments)) {
+  context_.Secrets = DesktopSecrets();
   qApp->installEventFilter(&wheelGuard_);
   qApp->installEventFilter(&textKeys_);
   qApp->installEventFilter(&screenFit_);

@@ -114,6 +114,13 @@ QString ProfilePage::ProtectionText() const {
         "パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを"
         "読めます。");
   }
+  if (CodeFileOf(context_, *context_.Session).NamesSecret()) {
+    return Ui::tr(
+        "パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。"
+        "プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログイン"
+        "した人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると"
+        "回復コードでしか読めないので、回復コードを印刷して保管してください。");
+  }
   return Ui::tr(
       "パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル"
       "「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めません"
@@ -150,10 +157,9 @@ void ProfilePage::WarnOfNoPassword(bool none) {
   if (!none) return;
   const auto answer = ShowBox(
       this, QMessageBox::Warning,
-      Ui::tr(
-          "パスワードをなくすと、プロファイルのフォルダを手に入れた人はだれでもメールを読めます。"
-          "新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。\n\n"
-          "よろしいですか？"),
+      Ui::tr("パスワードをなくすと、パスワードを入力せずにメールを読めるようになります。"
+             "新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。\n\n"
+             "よろしいですか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) ckNoPassword_->setChecked(false);
 }

@@ -2,6 +2,7 @@
 
 #include "mail/message_rows.h"
 #include "objects/object_types.h"
+#include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
@@ -17,7 +18,17 @@ bool IsFirstUse(Context& context) {
   return rows != nullptr && rows->Eof();
 }
 
-QString FirstUseText() {
+QString FirstUseText(const Context& context) {
+  const QString untilThen =
+      CodeFileOf(context, *context.Session).NamesSecret()
+          ? Ui::tr(
+                "パスワードを決めるまで、このパソコンにあなたとしてログインした人はメールを読めます"
+                "。"
+                "鍵はデスクトップのキーリングにあります。なくなったときのために、同じ所で回復コード"
+                "を"
+                "印刷しておいてください。")
+          : Ui::tr(
+                "パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。");
   const QString steps[] = {
       Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
              "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。"),
@@ -25,7 +36,8 @@ QString FirstUseText() {
       Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
              "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
       Ui::tr("<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
-             "パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。"),
+             "%1")
+          .arg(untilThen),
       Ui::tr("<b>使い方</b>: F1キー。")};
   QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
                  Ui::tr("メールを受信するには、アカウントを追加してください。") +

@@ -10,6 +10,6 @@ namespace vorn {
 bool IsFirstUse(Context& context);
 
 /// What stands in the place of the first folder's page then, as HTML: how to begin.
-QString FirstUseText();
+QString FirstUseText(const Context& context);
 
 }  // namespace vorn

@@ -52,7 +52,7 @@ bool PageMaker::Make() {
   wait_->Stop();
   reading_.Drop();
   if (request_.Folder() == fixed_serial::kInbox && IsFirstUse(context_)) {
-    Q_EMIT TextWanted(FirstUseText());
+    Q_EMIT TextWanted(FirstUseText(context_));
     request_.SetPage(PageRequest::kFirstShown);
     return false;
   }
