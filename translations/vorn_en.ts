@@ -4013,5 +4013,13 @@ Do you want that?</translation>
         <source>&lt;b&gt;パスワード&lt;/b&gt;: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。%1</source>
         <translation>&lt;b&gt;Password&lt;/b&gt;: right-click the name below “Profiles” in the tree, “Properties”. %1</translation>
     </message>
+    <message>
+        <source>「%1」を作成しています。</source>
+        <translation>“%1” is being made.</translation>
+    </message>
+    <message>
+        <source>「%1」に書き込めません。ディスクの空き容量とフォルダの権限を確認してください。</source>
+        <translation>“%1” cannot be written. Please check the free space on the disk and the permissions of the folder.</translation>
+    </message>
 </context>
 </TS>

@@ -31,7 +31,7 @@ QJsonObject Describe(const MessageModel& model) {
           {QStringLiteral("addresses"), addresses},
           {QStringLiteral("references"), model.references},
           {QStringLiteral("inReplyTo"), model.inReplyTo},
-          {QStringLiteral("text"), model.text},
+          {QStringLiteral("text"), model.text.Get()},
           {QStringLiteral("attachments"), attachments},
           {QStringLiteral("headerRows"), QJsonArray::fromStringList(model.headerRows)}};
 }
@@ -55,7 +55,7 @@ bool IsNew(int mode) {
 int PrintModel(const Arguments& arguments, const MessageModel& model) {
   Print(arguments.Has(QStringLiteral("json"))
             ? QString::fromUtf8(QJsonDocument(Describe(model)).toJson(QJsonDocument::Compact))
-            : model.subject + QStringLiteral("\n\n") + model.text);
+            : model.subject + QStringLiteral("\n\n") + model.text.Get());
   return kExitOk;
 }
 

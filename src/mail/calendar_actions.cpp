@@ -1,40 +1,63 @@
 #include "mail/calendar_actions.h"
 
 #include <QRegularExpression>
+#include <algorithm>
+
+#include "mail/html_loads.h"
 
 namespace vorn {
 namespace {
 
-// The value of a content line, behind the parameters, which may quote a colon.
-QStringView ValueOf(QStringView line) {
-  bool isQuoted = false;
-  for (qsizetype i = 0; i < line.size(); ++i) {
-    if (line[i] == u'"') isQuoted = !isQuoted;
-    if (line[i] == u':' && !isQuoted) return line.sliced(i + 1).trimmed();
+// A content line (RFC 5545 section 3.1); parameters may quote a colon.
+struct ContentLine {
+  QString name;  // in capitals
+  QString parameters;
+  QString value;
+
+  explicit ContentLine(QStringView line) {
+    bool isQuoted = false;
+    qsizetype colon = 0;
+    for (; colon < line.size() && (isQuoted || line[colon] != u':'); ++colon) {
+      if (line[colon] == u'"') isQuoted = !isQuoted;
+    }
+    const QStringView head = line.first(colon);
+    const qsizetype semicolon = head.indexOf(u';');
+    name = (semicolon < 0 ? head : head.first(semicolon)).trimmed().toString().toUpper();
+    if (semicolon >= 0) parameters = head.sliced(semicolon).toString().toUpper().remove(u'"');
+    if (colon < line.size()) value = line.sliced(colon + 1).trimmed().toString();
   }
-  return {};
+
+  bool Begins(QStringView with) const { return value.startsWith(with, Qt::CaseInsensitive); }
+};
+
+// The text that a value says (RFC 5545 section 3.3.11).
+QString TextOf(QString value) {
+  static const QRegularExpression escaped(QStringLiteral("\\\\([,;])"));
+  return value.replace(escaped, QStringLiteral("\\1"))
+      .replace(QStringLiteral("\\n"), QStringLiteral("\n"), Qt::CaseInsensitive);
 }
 
 // An alarm fetches its sound when it rings; an appointment's own attachment waits for a click.
-bool Acts(QStringView line, bool isInAlarm) {
-  const auto starts = [](QStringView text, QStringView with) {
-    return text.startsWith(with, Qt::CaseInsensitive);
-  };
-  if (starts(line, u"PALARM")) return true;  // of the form before (vCalendar)
+bool Acts(const ContentLine& line, bool isInAlarm) {
+  // Of the form before (vCalendar): a program, a mail.
+  if (line.name == u"PALARM" || line.name == u"MALARM") return true;
+  if (line.name == u"AALARM") {
+    const QStringList parts = line.value.split(u';');
+    return std::any_of(parts.begin(), parts.end(), IsAddressOutside);
+  }
   // An alarm by mail is sent by the program that keeps the calendar.
-  if (starts(line, u"ACTION")) {
-    return starts(ValueOf(line), u"PROCEDURE") || starts(ValueOf(line), u"EMAIL");
+  if (line.name == u"ACTION") return line.Begins(u"PROCEDURE") || line.Begins(u"EMAIL");
+  // Descriptions in HTML.
+  if (line.name == u"X-ALT-DESC" || line.name == u"STYLED-DESCRIPTION") {
+    const bool isAddress = line.parameters.contains(u"VALUE=URI");
+    return isAddress ? IsAddressOutside(line.value) : LoadsByItself(TextOf(line.value));
   }
-  // Descriptions in HTML, with a picture.
-  if (starts(line, u"X-ALT-DESC") || starts(line, u"STYLED-DESCRIPTION")) {
-    const bool isAddress = line.contains(u"VALUE=URI", Qt::CaseInsensitive);
-    return (isAddress || line.contains(u"src", Qt::CaseInsensitive)) && line.contains(u"://");
-  }
-  if (starts(line, u"IMAGE")) return ValueOf(line).contains(u"://");  // RFC 7986
-  if (!starts(line, u"ATTACH")) return false;
-  const QStringView value = ValueOf(line);
-  return starts(value, u"file:") || starts(value, u"\\\\") || starts(value, u"//") ||
-         (isInAlarm && value.contains(u"://"));
+  if (line.name == u"IMAGE") return IsAddressOutside(line.value);  // RFC 7986
+  if (line.name != u"ATTACH" || line.parameters.contains(u"VALUE=BINARY")) return false;
+  QString place = line.value;
+  place.replace(u'\\', u'/');
+  return place.startsWith(u"//") || line.Begins(u"file:") || line.Begins(u"smb:") ||
+         (isInAlarm && IsAddressOutside(line.value));
 }
 
 QString Unfolded(QString lines) {
@@ -57,9 +80,10 @@ bool StartsPrograms(const QString& calendar) {
   const QString unfolded = Unfolded(calendar);
   bool isInAlarm = false;
   for (const QStringView whole : QStringView(unfolded).split(end)) {
-    const QStringView line = whole.trimmed();
-    if (line.compare(u"BEGIN:VALARM", Qt::CaseInsensitive) == 0) isInAlarm = true;
-    if (line.compare(u"END:VALARM", Qt::CaseInsensitive) == 0) isInAlarm = false;
+    const ContentLine line(whole.trimmed());
+    const bool isAlarm = line.Begins(u"VALARM");
+    if (line.name == u"BEGIN" && isAlarm) isInAlarm = true;
+    if (line.name == u"END" && isAlarm) isInAlarm = false;
     if (Acts(line, isInAlarm)) return true;
   }
   return false;

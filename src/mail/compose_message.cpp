@@ -18,6 +18,7 @@ using MimeCodec::TransferEncoding;
 constexpr char kFold[] = "\r\n\t";
 // A line has at most 998 bytes (RFC 5322 section 2.1.1), and an identifier cannot be folded.
 constexpr qsizetype kMaxIdentifier = 900;
+constexpr qsizetype kMostIdentifiers = 100;
 // Of a line, which may have 998 characters (RFC 5322 section 2.1.1).
 constexpr qsizetype kLongestName = 700;
 constexpr qsizetype kLongestWord = 900;
@@ -57,6 +58,13 @@ QByteArray EncodingName(TransferEncoding encoding) {
   }
 }
 
+// Whether a server takes an identifier from elsewhere in a header field.
+bool MayStand(const QByteArray& identifier) {
+  return identifier.size() <= kMaxIdentifier &&
+         std::all_of(identifier.begin(), identifier.end(),
+                     [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 TransferEncoding AttachmentEncoding(int mimeEncode) {
   switch (mimeEncode) {
     case 1:
@@ -90,7 +98,7 @@ class Composer {
  private:
   // One code for the whole message, so that no part of it loses a character.
   OutputCharset Choose() const {
-    QString all = model_.subject + model_.text;
+    QString all = model_.subject + model_.text.Get();
     for (const AddressEntry& entry : model_.addresses) all += entry.displayName;
     for (const QString& row : model_.headerRows) all += row;
     for (const ModelAttachment& attachment : model_.attachments) all += attachment.name;
@@ -109,11 +117,15 @@ class Composer {
     QByteArrayList identifiers;
     for (const QString& identifier : model_.references.split(u' ', Qt::SkipEmptyParts)) {
       const QByteArray bytes = identifier.simplified().toUtf8();
-      if (bytes.size() <= kMaxIdentifier) identifiers.append(bytes);
+      if (MayStand(bytes)) identifiers.append(bytes);
+    }
+    // The first one names the conversation, the last ones what is answered.
+    if (identifiers.size() > kMostIdentifiers) {
+      identifiers.remove(1, identifiers.size() - kMostIdentifiers);
     }
     if (!identifiers.isEmpty()) Line("References: " + QByteArray(kFold) + identifiers.join(kFold));
     const QByteArray inReplyTo = model_.inReplyTo.simplified().toUtf8();
-    if (!inReplyTo.isEmpty() && inReplyTo.size() <= kMaxIdentifier) {
+    if (!inReplyTo.isEmpty() && MayStand(inReplyTo)) {
       Line("In-Replay-To: " + inReplyTo);
       if (options_.settings.standardHeaders) Line("In-Reply-To: " + inReplyTo);
     }
@@ -136,7 +148,7 @@ class Composer {
   }
 
   void PrepareBody() {
-    QString text = model_.text;
+    QString text = model_.text.Get();
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
         .replace(u'\r', u'\n')
         .replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
@@ -230,7 +242,7 @@ class Composer {
     Line("Mime-Version: 1.0");
     Line("");
     Line("");
-    if (!model_.text.isEmpty()) {
+    if (!model_.text.Get().isEmpty()) {
       if (!isUu) {
         Line("--" + boundary);
         WriteTextHeader();

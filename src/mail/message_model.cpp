@@ -241,8 +241,8 @@ void DropBlankEnd(QString& text, const QString& mark) {
   }
 }
 
-QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
-               const EditSettings& settings, bool& isOfHtml) {
+LazyText TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
+                const EditSettings& settings, bool& isOfHtml) {
   if (mode == OpenMode::Receipt) {
     return Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") + subject +
            Ui::tr("\r\n日時： ") + message.timestamp;
@@ -254,9 +254,14 @@ QString TextIn(const StoredMessage& message, OpenMode mode, const QString& subje
   request.withHtml = request.withReports && settings.standardHeaders;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
-  const MessageText read = GetMessageText(message.source, message.contentIndex, request);
-  isOfHtml = read.isOfHtml;
-  QString text = read.text;
+  isOfHtml = IsTextOfHtml(message.source, message.contentIndex, request);
+  // Whoever reads looks at the page.
+  if (isOfHtml && mode == OpenMode::Show && !message.isWritten) {
+    return LazyText([source = message.source, index = message.contentIndex, request] {
+      return GetMessageText(source, index, request).text;
+    });
+  }
+  QString text = GetMessageText(message.source, message.contentIndex, request).text;
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
   if (quotes && settings.usualReplies) DropBlankEnd(text, settings.memoIndent);
@@ -377,7 +382,7 @@ AddressEntry FirstFrom(const QList<AddressEntry>& addresses) {
 void TakeForm(const StoredMessage& message, OpenMode mode, const EditSettings& settings,
               const Sender& sender, MessageModel& model) {
   QString line;
-  if (IsReply(mode) && settings.editMode && !model.text.isEmpty()) {
+  if (IsReply(mode) && settings.editMode && !model.text.Get().isEmpty()) {
     QList<AddressEntry> written;
     for (const QString& text : message.addressLines.split(QStringLiteral("\r\n"))) {
       written.append(ParseAddressEntry(text));
@@ -388,7 +393,7 @@ void TakeForm(const StoredMessage& message, OpenMode mode, const EditSettings& s
                                           : message.timestamp.section(u':', 0, 1));
   }
   model.signature = sender.SignatureOf(FirstFrom(model.addresses).address);
-  model.text = FormText(line, model.text, model.signature, settings.signaturePlace);
+  model.text = FormText(line, model.text.Get(), model.signature, settings.signaturePlace);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include "mail/codec/address.h"
 #include "mail/codec/content_index.h"
+#include "mail/lazy_text.h"
 #include "mail/reply_form.h"
 #include "storage/disk.h"
 
@@ -51,7 +52,7 @@ struct MessageModel {
   QList<AddressEntry> addresses;  ///< kinds FROM, TO, CC, BC, RE, NO
   QString references;             ///< identifiers separated by blanks
   QString inReplyTo;
-  QString text;
+  LazyText text;
   bool isTextOfHtml = false;  ///< the text is that of the HTML part, for want of another
   QString signature;          ///< of the sender of a new message, as it stands in the text
   QStringList headerRows;     ///< extension headers such as "X-Priority: 3"

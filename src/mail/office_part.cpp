@@ -75,30 +75,37 @@ bool IsOutside(View address) {
 // found on the computer of who wrote it.
 bool IsElsewhere(View address) {
   static const QRegularExpression local(
-      QStringLiteral("^\\s*+(file:///[a-z]:|[a-z]:[\\\\/]|(?![a-z][a-z0-9+.-]+:|[/\\\\]{2}))"),
+      QStringLiteral(
+          "^\\s*+(file:///(?![/\\\\%])|[a-z]:[\\\\/]|cid:|(?![a-z][a-z0-9+.-]+:|[/\\\\]{2}))"),
       QRegularExpression::CaseInsensitiveOption);
   return !local.match(AddressText(address)).hasMatch();
 }
 
-// Relationships (Open Packaging Conventions); a hyperlink waits for a click, and a table in a
-// document (`package`) is what a chart is drawn from.
+View KindOf(const Attributes& relationship) {
+  const View type = ValueOf(relationship, "Type");
+  return type.sliced(type.lastIndexOf('/') + 1);
+}
+
+bool LeadsElsewhere(const Attributes& relationship) {
+  return ValueOf(relationship, "TargetMode").compare("External", Qt::CaseInsensitive) == 0 &&
+         IsElsewhere(ValueOf(relationship, "Target"));
+}
+
+// Relationships (Open Packaging Conventions); a hyperlink waits for a click, where it is what it
+// calls itself, and a table in a document (`package`) is what a chart is drawn from.
 OfficeHolds HoldsOfRelationship(const Attributes& attributes) {
-  const View type = ValueOf(attributes, "Type");
-  const View kind = type.sliced(type.lastIndexOf('/') + 1);
+  const View kind = KindOf(attributes);
   if (IsOneOf(kind, {"vbaProject", "wordVbaData", "oleObject", "control", "activeXControlBinary",
                      "aFChunk", "xlMacrosheet", "xlIntlMacrosheet", "webextension"})) {
     return OfficeHolds::Commands;
   }
-  const bool isExternal =
-      ValueOf(attributes, "TargetMode").compare("External", Qt::CaseInsensitive) == 0;
-  return isExternal && kind != "hyperlink" && IsElsewhere(ValueOf(attributes, "Target"))
-             ? OfficeHolds::Contact
-             : OfficeHolds::Nothing;
+  return kind != "hyperlink" && LeadsElsewhere(attributes) ? OfficeHolds::Contact
+                                                           : OfficeHolds::Nothing;
 }
 
 // Data of elsewhere that is fetched when the document opens, or every so many minutes.
 bool RefreshesItself(const Attributes& attributes) {
-  return IsOneOf(ValueOf(attributes, "refreshOnLoad"), {"1", "true"}) ||
+  return IsOneOf(ValueOf(attributes, "refreshOnLoad").trimmed(), {"1", "true"}) ||
          ValueOf(attributes, "interval").toInt() > 0;
 }
 
@@ -123,14 +130,7 @@ bool IsCommand(const Name& name, const Attributes& attributes) {
 // What is loaded with the document and lies outside of it. Links wait for a click; the template is
 // looked for when the user asks for its styles.
 bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
-  // The pointer is enough.
-  if (IsOneOf(name.local, {"hlinkMouseOver", "hlinkHover"})) {
-    return !ValueOf(attributes, "id").isEmpty();
-  }
-  // A picture that is linked and not embedded, whatever its relationship calls itself.
-  if (name.local == "blip" && !ValueOf(attributes, "link").isEmpty()) return true;
   if (name.local == "webImageSrd") return true;  // in a cell
-  if (name.local == "cacheSource") return ValueOf(attributes, "type") == "external";
   if (IsOneOf(name.local,
               {"database-source-sql", "database-source-query", "database-source-table"})) {
     return true;
@@ -155,13 +155,24 @@ bool LoadsFromOutside(const Name& name, const Attributes& attributes) {
   return false;
 }
 
+// Formulas of cells, of conditions and of names stand in these attributes.
+bool IsFormula(const Name& element, const Name& attribute) {
+  return IsOneOf(attribute.local, {"formula", "condition", "expression"}) ||
+         (element.local == "cfvo" && attribute.local == "val");
+}
+
+bool IsFormula(const Name& element) {
+  return IsOneOf(element.local, {"f", "definedName", "formula1", "formula2"}) ||
+         element.local.endsWith("ormula");
+}
+
 OfficeHolds HoldsOfElement(const Name& name, const Attributes& attributes) {
   if (name.local == "Relationship") return HoldsOfRelationship(attributes);
   if (IsCommand(name, attributes)) return OfficeHolds::Commands;
   for (const Attribute& attribute : attributes) {
     if ((attribute.name.local == "action" &&
          HasOneOf(attribute.value, {"ppaction://program", "ppaction://macro"})) ||
-        (attribute.name.local == "formula" && ActsAsFormula(QString::fromUtf8(attribute.value)))) {
+        (IsFormula(name, attribute.name) && ActsAsFormula(QString::fromUtf8(attribute.value)))) {
       return OfficeHolds::Commands;
     }
   }
@@ -207,6 +218,9 @@ class OfficePart::Look {
     return isRead_ ? OfficeHolds::Nothing : OfficeHolds::Unreadable;
   }
 
+  const QSet<QByteArray>& Loads() const { return loads_; }
+  const QSet<QByteArray>& Links() const { return links_; }
+
  private:
   static constexpr qsizetype kMostAtOnce = 1 << 20;
 
@@ -233,15 +247,36 @@ class OfficePart::Look {
     for (; *pairs != nullptr; pairs += 2) attributes_.push_back({Name(pairs[0]), View(pairs[1])});
     const OfficeHolds holds = HoldsOfElement(name, attributes_);
     if (holds != OfficeHolds::Nothing) return Stop(holds);
+    if (PassPivot(name)) return Stop(OfficeHolds::Contact);
+    PassIdentifiers(name);
     if (++elements_ % kElementsBetweenLooks == 0 && bound_.IsReached()) {
       return Stop(OfficeHolds::Unreadable);
     }
     if (kept_ != Kept::Nothing) return;
     if (IsOneOf(name.local, {"instrText", "delInstrText"})) Keep(Kept::FieldCode);
-    if (IsOneOf(name.local, {"f", "definedName", "formula", "formula1", "formula2"})) {
-      Keep(Kept::Formula);
-    }
+    if (IsFormula(name)) Keep(Kept::Formula);
     if (name.local == "fldChar") PassFieldMark(ValueOf(attributes_, "fldCharType"));
+  }
+
+  // A table of data from elsewhere that is fetched when the document opens.
+  bool PassPivot(const Name& name) {
+    if (name.local == "pivotCacheDefinition") refreshes_ = RefreshesItself(attributes_);
+    return refreshes_ && name.local == "cacheSource" && ValueOf(attributes_, "type") == "external";
+  }
+
+  void PassIdentifiers(const Name& name) {
+    if (name.local == "Relationship") {
+      if (KindOf(attributes_) == "hyperlink" && LeadsElsewhere(attributes_)) {
+        links_.insert(ValueOf(attributes_, "Id").toByteArray());
+      }
+      return;
+    }
+    if (IsOneOf(name.local, {"hyperlink", "hlinkClick"})) return;
+    for (const Attribute& attribute : attributes_) {
+      if (attribute.name.space.contains("relationships") || attribute.name.local == "relid") {
+        loads_.insert(attribute.value.toByteArray());
+      }
+    }
   }
 
   void PassFieldMark(View type) {
@@ -277,8 +312,11 @@ class OfficePart::Look {
   Attributes attributes_;  // of the element at hand
   OfficeHolds holds_ = OfficeHolds::Nothing;
   Kept kept_ = Kept::Nothing;
-  QByteArray text_;     // field code or formula
-  bool isRead_ = true;  // well-formed so far
+  QByteArray text_;  // field code or formula
+  QSet<QByteArray> loads_;
+  QSet<QByteArray> links_;
+  bool refreshes_ = false;  // the pivot table at hand
+  bool isRead_ = true;      // well-formed so far
   int depth_ = 0;
   int keptDepth_ = 0;
   int elements_ = 0;
@@ -290,6 +328,14 @@ OfficePart::~OfficePart() = default;
 
 void OfficePart::Add(QByteArrayView bytes) {
   look_->Parse(bytes, false);
+}
+
+const QSet<QByteArray>& OfficePart::Loads() const {
+  return look_->Loads();
+}
+
+const QSet<QByteArray>& OfficePart::Links() const {
+  return look_->Links();
 }
 
 OfficeHolds OfficePart::Holds() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QSet>
 #include <memory>
 
 #include "mail/look_bound.h"
@@ -19,6 +20,10 @@ class OfficePart {
   void Add(QByteArrayView bytes);
   /// At its end.
   OfficeHolds Holds();
+  /// The identifiers of relationships that elements name which do not wait for a click.
+  const QSet<QByteArray>& Loads() const;
+  /// The identifiers of relationships that call themselves hyperlinks and lead to another computer.
+  const QSet<QByteArray>& Links() const;
 
  private:
   class Look;

@@ -1,5 +1,6 @@
 #include "mail/office_parts.h"
 
+#include <QHash>
 #include <QIODevice>
 #include <algorithm>
 #include <iterator>
@@ -60,11 +61,21 @@ class PartReader : public QIODevice {
     if (head_.size() < kHead) Recognise();
     if (part_) {
       const OfficeHolds holds = part_->Holds();
+      NoteIdentifiers();
       const bool isDrawing = IsDrawing() && holds == OfficeHolds::Unreadable && IsPlain(drawing_);
       return isDrawing ? OfficeHolds::Nothing : holds;
     }
     const bool isCalledXml = name_.endsWith(u".xml") || name_.endsWith(u".rels");
     return isCalledXml && !isEmpty_ ? OfficeHolds::Unreadable : OfficeHolds::Nothing;
+  }
+
+  // Whether an element takes for its own contents what calls itself a hyperlink.
+  bool LoadsLink() const {
+    for (auto links = links_.begin(); links != links_.end(); ++links) {
+      const auto loads = loads_.constFind(links.key());
+      if (loads != loads_.constEnd() && loads->intersects(*links)) return true;
+    }
+    return false;
   }
 
  protected:
@@ -89,6 +100,18 @@ class PartReader : public QIODevice {
  private:
   static constexpr qsizetype kHead = 64;
 
+  // The relationships of a part "x/y" stand in "x/_rels/y.rels" (Open Packaging Conventions).
+  void NoteIdentifiers() {
+    const QString folder = QStringLiteral("_rels/");
+    const qsizetype at = name_.lastIndexOf(folder);
+    if (at >= 0 && name_.endsWith(u".rels")) {
+      const QString part = name_.first(at) + name_.sliced(at + folder.size()).chopped(5);
+      if (!part_->Links().isEmpty()) links_.insert(part, part_->Links());
+    } else if (!part_->Loads().isEmpty()) {
+      loads_.insert(name_, part_->Loads());
+    }
+  }
+
   bool IsDrawing() const { return name_.endsWith(u".vml"); }
   void Recognise() {
     if (!LooksLikeXml(head_)) return;
@@ -101,6 +124,8 @@ class PartReader : public QIODevice {
   QByteArray head_;  // until it tells whether this is XML
   QByteArray drawing_;
   std::optional<OfficePart> part_;
+  QHash<QString, QSet<QByteArray>> links_;  // by the part that they belong to
+  QHash<QString, QSet<QByteArray>> loads_;
   bool isEmpty_ = true;
   qint64 total_ = 0;
 };
@@ -140,6 +165,7 @@ OfficeHolds PartsOfOffice(const QByteArray& file, const LookBound& bound) {
     return holds == OfficeHolds::Nothing;
   };
   const ZipResult result = UnpackZip(file, {}, begin, look);
+  if (holds == OfficeHolds::Nothing && reader.LoadsLink()) return OfficeHolds::Contact;
   if (holds != OfficeHolds::Nothing || result == ZipResult::Done) return holds;
   return OfficeHolds::Unreadable;
 }

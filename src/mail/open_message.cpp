@@ -86,6 +86,12 @@ void BecomeNew(Context& context, Disk& request) {
   request.LetSerialID(NewMessageSerialID(context));
 }
 
+// Where a signature within the text is looked for; HTML that cannot have one is not made text.
+QString SignedText(const OpenedMessage& opened) {
+  const bool maySign = !opened.model.isTextOfHtml || opened.html.contains(u"-----BEGIN PGP");
+  return maySign ? opened.model.text.Get() : QString();
+}
+
 OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStoredCharset = true,
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
@@ -137,14 +143,14 @@ OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStored
     MessageModel& model = opened.model;
     ApplyMailto(request.Text(u"mailto"), model);
     model.signature = sender.SignatureOf(sender.address);
-    const QString begun = model.text;
+    const QString begun = model.text.Get();
     model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   if (mode == OpenMode::Show && !message.isWritten) {
     opened.calendar = GetMessageCalendar(message.source, message.contentIndex, message.charset);
     opened.signature = SignatureWords(
-        FindSignature(MimeCodec::ParseContentIndex(message.contentIndex), opened.model.text));
+        FindSignature(MimeCodec::ParseContentIndex(message.contentIndex), SignedText(opened)));
   }
   opened.source = message.source;
   opened.charset = code.choice;

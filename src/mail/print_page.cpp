@@ -174,7 +174,7 @@ QByteArray PrintPage(const MessageModel& model, const QString& html) {
                         Row(Ui::tr("添付："), ShownInLine(attachments.join(QStringLiteral(", ")))) +
                         Row(Ui::tr("件名："), ShownInLine(model.subject)) +
                         QStringLiteral("</TABLE>\r\n");
-  if (html.isNull()) return TextPage(model.text, table);
+  if (html.isNull()) return TextPage(model.text.Get(), table);
   const QByteArray page = HtmlPage(html, table.toUtf8());
   return page.isNull() ? TextPage(HtmlToText(html), table) : page;
 }

@@ -92,14 +92,21 @@ bool ActsAsFormula(const QString& formula) {
   static const QRegularExpression text(QStringLiteral("\"[^\"]*\""));
   static const QRegularExpression name(QStringLiteral("'[^']*'|\\[[^\\]]*\\]"));
   static const QRegularExpression elsewhere(
-      QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///[a-z]:)"),
+      QStringLiteral("'\\s*([a-z][a-z0-9+.-]+:|//|\\\\\\\\)(?!///(?![/\\\\%]))"),
       QRegularExpression::CaseInsensitiveOption);
   static const QRegularExpression call = CallOf(kOutside);
-  const auto isSign = [](QChar c) { return c == u'|' || c == u'\'' || c == u'('; };
+  // Functions that are handed on to another one, which calls them.
+  static const QRegularExpression handed(
+      QStringLiteral("_xleta\\.(%1)\\b|(?<!\\w)(WEBSERVICE|STOCKHISTORY)\\b").arg(kOutside),
+      QRegularExpression::CaseInsensitiveOption);
+  const auto isSign = [](QChar c) { return QStringView(u"|'(.,").contains(c); };
   if (std::none_of(formula.begin(), formula.end(), isSign)) return false;
   QString rest = formula;
   rest.remove(text);
-  if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch()) return true;
+  if (elsewhere.match(rest).hasMatch() || call.match(rest).hasMatch() ||
+      handed.match(rest).hasMatch()) {
+    return true;
+  }
   return rest.remove(name).contains(u'|');
 }
 

@@ -111,9 +111,23 @@ TEST(CarriedCommandsTest, AnAppointmentMayStartPrograms) {
         "X-ALT-DESC;FMTTYPE=text/html:<img src=\"http://h/\\n a.png\">",
         "begin:valarm\r\nACTION:AUDIO\r\nATTACH:http://x/a.wav\r\nEND:VALARM",
         "BEGIN:VALARM\r\nAction:email\r\nATTENDEE:mailto:a@h\r\nEND:VALARM",
-        "STYLED-DESCRIPTION;VALUE=URI:http://h/a.html"}) {
+        "STYLED-DESCRIPTION;VALUE=URI:http://h/a.html",
+        "STYLED-DESCRIPTION;VALUE=\"URI\":file:\\\\h\\a", "MALARM:20260101T000000Z;;;a@h;x",
+        "AALARM:20260101T000000Z;;;http://h/a.wav", "ATTACH:\\/h/a", "ATTACH:smb://h/a",
+        "BEGIN: VALARM\r\nATTACH:\\/h/a.wav", "BEGIN;X=1:VALARM\r\nATTACH:http:/\\h/a.wav"}) {
     EXPECT_FALSE(IsHarmless(u"a.ics", event(lines))) << lines;
   }
+  for (const char* html :
+       {"<img src=//h/a>", "<img src='\\\\h\\a'>", "<img src='&#47;/h/a'>",
+        "<table background=http://h/a>", "<p style='background:url(http://h/a)'>",
+        "<style>@import 'http://h/a'</style>", "<link rel=stylesheet href=http://h/a>",
+        "<meta http-equiv=refresh content='0\\;url=http://h'>", "<iframe src=http://h/>"}) {
+    EXPECT_FALSE(IsHarmless(u"a.ics", event(QByteArray("X-ALT-DESC;FMTTYPE=text/html:") + html)))
+        << html;
+  }
+  EXPECT_TRUE(IsHarmless(
+      u"a.ics", event("X-ALT-DESC;FMTTYPE=text/html:<meta name=Generator content=\"src\">\\n<a "
+                      "href=\"http://h/src\">src</a><img src=\"cid:a\"><link href=\"cid:b\">")));
   EXPECT_TRUE(IsHarmless(
       u"a.ics", event("SUMMARY:ACTION:PROCEDURE\r\nATTACH:https://x.example/file:a\r\n"
                       "DESCRIPTION:a\r\n ATTACH:file:b\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\n"
@@ -227,7 +241,8 @@ QByteArray Xml(const QByteArray& inner) {
   return "<?xml version=\"1.0\"?><r xmlns:w='urn:w' xmlns:x='http://www.w3.org/1999/xlink' "
          "xmlns:o='urn:oasis:names:tc:opendocument:xmlns:office:1.0' "
          "xmlns:s='urn:oasis:names:tc:opendocument:xmlns:script:1.0' "
-         "xmlns:v='urn:schemas-microsoft-com:vml'>" +
+         "xmlns:v='urn:schemas-microsoft-com:vml' "
+         "xmlns:r='http://schemas.openxmlformats.org/officeDocument/2006/relationships'>" +
          inner + "</r>";
 }
 
@@ -268,10 +283,18 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<o:dde-connection-decl/>",
                              "<o:event-listeners><s:event-listener/></o:event-listeners>",
                              "<o:script/>"};
-  QByteArrayList contacts = {"<hlinkMouseOver w:id='r1'/>",
-                             "<hlinkHover w:id='r1'/>",
-                             "<blip w:embed='r1' w:link='r2'/>",
-                             "<webImageSrd/>",
+  for (const char* formula :
+       {"BYROW(A1,_xleta.WEBSERVICE)", "LET(w,WEBSERVICE,w(A1))", "_xleta.RTD"}) {
+    commands.append(QByteArray("<f>") + formula + "</f>");
+  }
+  for (const char* place :
+       {"<calculatedColumnFormula>%</calculatedColumnFormula>", "<cfvo type='formula' val='%'/>",
+        "<w:c w:condition='%'/>", "<w:c w:expression='%'/>"}) {
+    commands.append(QByteArray(place).replace("%", "WEBSERVICE(A1)"));
+  }
+  QByteArrayList contacts = {"<webImageSrd/>",
+                             "<pivotCacheDefinition refreshOnLoad=' 1 '/><cacheSource "
+                             "type='external'/>",
                              "<o:i x:href='/\\h/y.png'/>",
                              "<o:i x:href='\\/h/y.png'/>",
                              "<i xmlns='http://www.w3.org/2002/xforms' src='http://x/'/>",
@@ -282,7 +305,6 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
                              "<o:i x:href='http://x/y.png'/>",
                              "<o:i x:href='//x/y.png'/>",
                              "<o:i x:href='../y.odt'/>",
-                             "<cacheSource type='external'/>",
                              "<database-source-sql/>"};
   for (const char* type :
        {"attachedTemplate", "frame", "subDocument", "image", "externalLinkPath"}) {
@@ -311,12 +333,33 @@ TEST(CarriedCommandsTest, ADocumentMayAct) {
           Field(code + "IF " + Field(code + "MERGEFIELD x" + end))
               .replace("IF <", "IF </w:instrText><") +
           "<f>SUM(A1:A2)&amp;\"|\"</f><f>\"|'\"&amp;CALLS(1)+_IMAGE(2)+'a|b'!A1</f>"
-          "<f>'C:\\t\\[b.xlsx]T'!A1+'file:///C:/t/b.ods'#$T.A1</f><connection interval='0'/>"
+          "<f>'C:\\t\\[b.xlsx]T'!A1+'file:///home/a/b.ods'#$T.A1</f><connection interval='0'/>"
           "<queryTable refreshOnLoad='0'/><cacheSource type='worksheet'/>"
+          "<pivotCacheDefinition/><cacheSource type='external'/>"
           "<o:a x:href='http://x'/><o:i x:href='Pictures/a.png'/>"
           "<blip w:embed='r1'/><formula>A1&gt;0</formula>"
           "<o:i x:href='..'/><o:i x:href='data:image/png;base64,'/><o:scripts/>"
           "<Default ContentType='application/xml'/><w:fldSimple w:instr='LINKED'/>");
+  // What calls itself a hyperlink is none where an element takes it for its own contents.
+  const auto linked = [](const QByteArray& element, const QByteArray& target) {
+    return Zip({{"ppt/slides/_rels/slide1.xml.rels",
+                 Xml(Relation("hyperlink", true, target).replace("Type", "Id='r7' Type"))},
+                {"ppt/slides/slide1.xml", Xml(element)},
+                {"ppt/slides/slide2.xml", Xml("<v:fill r:id='r7'/>")}});
+  };
+  const QByteArray far = "http://x.example/";
+  for (const char* element : {"<hlinkMouseOver r:id='r7'/>", "<hlinkHover r:id='r7'/>",
+                              "<videoFile r:link='r7'/>", "<blip r:embed='r1' r:link='r7'/>",
+                              "<v:imagedata o:relid='r7'/>", "<attachedTemplate r:id='r7'/>"}) {
+    EXPECT_EQ(PartsOfOffice(linked(element, far), LookBound(nullptr)), OfficeHolds::Contact)
+        << element;
+    for (const char* near : {"C:\\a.png", "file:///home/a.png", "cid:a@b"}) {
+      EXPECT_TRUE(IsHarmless(u"a.pptx", linked(element, near))) << element << near;
+    }
+  }
+  for (const char* element : {"<hlinkClick r:id='r7'/>", "<w:hyperlink r:id='r7'/>"}) {
+    EXPECT_TRUE(IsHarmless(u"a.pptx", linked(element, far))) << element;
+  }
   const QByteArray movie(
       "\0\0\0\x18"
       "ftypmp42",

@@ -145,7 +145,7 @@ TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
   const OpenedMessage message = OpenMessage(profile_.Get(), request);
   EXPECT_TRUE(message.found);
   EXPECT_EQ(message.model.subject, QStringLiteral("あ"));
-  EXPECT_EQ(message.model.text, QStringLiteral("body\r\n"));
+  EXPECT_EQ(message.model.text.Get(), QStringLiteral("body\r\n"));
   ASSERT_EQ(message.model.addresses.size(), 1);
   EXPECT_EQ(message.model.addresses[0].presentable, QStringLiteral("い <a@x>"));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")).mid(2, 1), QStringLiteral("0"));

@@ -28,14 +28,14 @@ TEST(Mailto, FieldsOfANewMessageAreFilled) {
                          QStringLiteral("CC: d@example.jp"), QStringLiteral("BC: e@example.jp"),
                          QStringLiteral("TO: f@example.jp")}));
   EXPECT_EQ(model.subject, QStringLiteral("会議 & more"));
-  EXPECT_EQ(model.text, QStringLiteral("one\ntwo"));
+  EXPECT_EQ(model.text.Get(), QStringLiteral("one\ntwo"));
   EXPECT_EQ(model.inReplyTo, QStringLiteral("<1@x>"));
 }
 
 TEST(Mailto, AQuestionInATextIsAPartOfIt) {
   const MessageModel model = Applied("mailto:a@x?subject=what?&body=where?%20now?");
   EXPECT_EQ(model.subject, QStringLiteral("what?"));
-  EXPECT_EQ(model.text, QStringLiteral("where? now?"));
+  EXPECT_EQ(model.text.Get(), QStringLiteral("where? now?"));
 }
 
 TEST(Mailto, WhatItMayNotAskForIsLeftOut) {

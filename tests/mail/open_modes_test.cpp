@@ -124,13 +124,13 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   using enum OpenMode;
   const QByteArray headers = "Message-ID: <m@x>\r\nSubject: s\r\nX-Priority: 1\r\nX-Other: o\r\n";
   const MessageModel reply = Open(Reply, headers);
-  EXPECT_EQ(reply.text, QStringLiteral("one\r\n> two"));
+  EXPECT_EQ(reply.text.Get(), QStringLiteral("one\r\n> two"));
   EXPECT_EQ(reply.references, QStringLiteral("<m@x>"));
   EXPECT_EQ(reply.inReplyTo, QStringLiteral("<m@x>"));
-  EXPECT_EQ(Open(Show, headers).text, QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Open(Show, headers).text.Get(), QStringLiteral("one\r\ntwo"));
   EXPECT_EQ(Open(Show, headers).references, QString());
   EXPECT_EQ(
-      Open(Receipt, headers).text,
+      Open(Receipt, headers).text.Get(),
       QStringLiteral("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： s\r\n"
                      "日時： 2026/11/24 9:00:00"));
   EXPECT_EQ(Open(Show, headers).headerRows.join(u'|'), QStringLiteral("X-Priority: 1|X-Other: o"));
@@ -188,8 +188,8 @@ TEST_F(OpenModes, RepliesAsPeopleAreUsedToThem) {
   EXPECT_EQ(receipt.report->recipient, QStringLiteral("also@me.x"));
   EXPECT_EQ(receipt.report->messageId, QStringLiteral("<m@x>"));
 
-  EXPECT_EQ(Open(Reply, headers).text, QStringLiteral("> one\r\n> two"));
-  EXPECT_EQ(Open(Show, headers).text, QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Open(Reply, headers).text.Get(), QStringLiteral("> one\r\n> two"));
+  EXPECT_EQ(Open(Show, headers).text.Get(), QStringLiteral("one\r\ntwo"));
   EXPECT_EQ(Subject(Reply, "Subject: Report: Q3\r\n"), QStringLiteral("RE: Report: Q3"));
   EXPECT_EQ(Subject(Reply, "Subject: Re[3]: RE: re^2: x\r\n"), QStringLiteral("RE: x"));
   EXPECT_EQ(Subject(Reply, "Subject: Fw: x\r\n"), QStringLiteral("RE: Fw: x"));
@@ -253,7 +253,7 @@ TEST_F(OpenModes, ADraftKeepsItsThreadAndItsText) {
         message.isWritten = true;
         model = OpenSource(message, Show, false, settings_, {}, {});
       }
-      EXPECT_EQ(model.text, text) << hasFile << encode;
+      EXPECT_EQ(model.text.Get(), text) << hasFile << encode;
       EXPECT_EQ(model.inReplyTo, QStringLiteral("<m@x>"));
       EXPECT_EQ(model.references, QStringLiteral("<l@x> <m@x>"));
     }
@@ -304,7 +304,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_EQ(again.SerialID(), serialId);
   Disk reply(serialId);
   reply.Let(QStringLiteral("open"), 1);
-  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text, QStringLiteral("> body"));
+  EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text.Get(), QStringLiteral("> body"));
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
@@ -319,21 +319,21 @@ TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
   sender_ = {QStringLiteral("own@x"), {}, {QStringLiteral("own@x")}, {}};
   const QString line = QStringLiteral("2026/11/24 9:05、佐藤 <f@x> 100%:\r\n");
   const QString quote = QStringLiteral("> one\r\n> two");
-  EXPECT_EQ(Open(OpenMode::Reply, headers).text, QStringLiteral("\r\n\r\n") + line + quote);
-  EXPECT_EQ(Open(OpenMode::Forward, headers).text, quote);
-  EXPECT_EQ(Open(OpenMode::Forward, headers, "one\r\n\r\ntwo\r\n \r\n\r\n").text,
+  EXPECT_EQ(Open(OpenMode::Reply, headers).text.Get(), QStringLiteral("\r\n\r\n") + line + quote);
+  EXPECT_EQ(Open(OpenMode::Forward, headers).text.Get(), quote);
+  EXPECT_EQ(Open(OpenMode::Forward, headers, "one\r\n\r\ntwo\r\n \r\n\r\n").text.Get(),
             QStringLiteral("> one\r\n> \r\n> two"));
-  EXPECT_EQ(Open(OpenMode::Forward, headers, "\r\n\r\n").text, QString());
+  EXPECT_EQ(Open(OpenMode::Forward, headers, "\r\n\r\n").text.Get(), QString());
 
   sender_.signatures.insert(QStringLiteral("own@x"), QStringLiteral("山田\n"));
   const QString signature = QStringLiteral("-- \r\n山田");
-  EXPECT_EQ(Open(OpenMode::ReplyAll, headers).text,
+  EXPECT_EQ(Open(OpenMode::ReplyAll, headers).text.Get(),
             QStringLiteral("\r\n\r\n") + line + quote + QStringLiteral("\r\n\r\n") + signature);
   settings_.signaturePlace = SignaturePlace::AboveQuote;
-  EXPECT_EQ(Open(OpenMode::Reply, headers).text,
+  EXPECT_EQ(Open(OpenMode::Reply, headers).text.Get(),
             QStringLiteral("\r\n\r\n") + signature + QStringLiteral("\r\n\r\n") + line + quote);
-  EXPECT_EQ(Open(OpenMode::Show, headers).text, QStringLiteral("one\r\ntwo"));
-  EXPECT_EQ(Open(OpenMode::Resend, headers).text, QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Open(OpenMode::Show, headers).text.Get(), QStringLiteral("one\r\ntwo"));
+  EXPECT_EQ(Open(OpenMode::Resend, headers).text.Get(), QStringLiteral("one\r\ntwo"));
   // One with a rule of its own needs no other.
   EXPECT_EQ(SignatureBlock(QStringLiteral("----\r\n山田")), QStringLiteral("----\r\n山田"));
   EXPECT_EQ(SignatureBlock(QStringLiteral(" \r\n")), QString());

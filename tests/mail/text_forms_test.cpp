@@ -105,7 +105,7 @@ TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
     const QString index = MimeCodec::ContentIndex(c.source);
     const MessageText read = GetMessageText(c.source, index, request);
     EXPECT_EQ(read.text, QString::fromUtf16(c.text)) << c.source.toStdString();
-    EXPECT_EQ(read.isOfHtml, c.isOfHtml) << c.source.toStdString();
+    EXPECT_EQ(IsTextOfHtml(c.source, index, request), c.isOfHtml) << c.source.toStdString();
     for (const bool withHtml : {false, true}) {
       TextRequest quoted = request;
       quoted.withHtml = withHtml;

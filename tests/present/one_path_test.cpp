@@ -229,12 +229,12 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
     for (const int code : {99, message.earlierCode}) {
       if (code != 99) LetCode(serial, code);
       const MessageModel shown = Open(serial, OpenMode::Show);
-      agrees("window", shown.text, message.text);
+      agrees("window", shown.text.Get(), message.text);
       // Nothing tells a raw subject from one in the code that was stored.
       if (code == 99 || !message.isSubjectRaw) agrees("subject", shown.subject, message.subject);
       QString quoted = message.text;
       agrees(
-          "reply", Open(serial, OpenMode::Reply).text,
+          "reply", Open(serial, OpenMode::Reply).text.Get(),
           QStringLiteral("> ") + quoted.replace(QStringLiteral("\r\n"), QStringLiteral("\r\n> ")));
       TextRequest preview;
       preview.charset = code == 99 ? StoredCharset(index.flags) : CharsetChoice(code);

@@ -298,6 +298,7 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
       4);
   auto& tabs = Child<QTabWidget>(window, u"tsBody");
   ASSERT_TRUE(tabs.isTabVisible(1));
+  tabs.setCurrentIndex(0);
   EXPECT_TRUE(
       Child<QPlainTextEdit>(window, u"txMemo").toPlainText().contains(QStringLiteral("本文")));
   tabs.setCurrentIndex(1);

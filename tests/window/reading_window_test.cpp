@@ -97,6 +97,7 @@ TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
               MimeCodec::EncodeText(text, code).value_or(QByteArray()) + "\r\n",
           kStatusReceived);
       const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+      Child<QTabWidget>(window, u"tsBody").setCurrentIndex(0);
       EXPECT_EQ(memo.toPlainText().trimmed().toStdString(), text.toStdString());
       window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
       EXPECT_TRUE(memo.toPlainText().contains(text)) << memo.toPlainText().toStdString();

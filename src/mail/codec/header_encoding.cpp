@@ -7,6 +7,7 @@ namespace vorn::MimeCodec {
 namespace {
 
 constexpr qsizetype kLineLength = 76;
+constexpr qsizetype kLongestName = 200;
 constexpr qsizetype kMaxWord = 75;  // RFC 2047 section 2
 constexpr char kFold[] = "\r\n\t";
 
@@ -203,7 +204,9 @@ QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mail
       runs.append({address + comma, false});
       continue;
     }
-    const bool isPlain = IsAscii(display) && !display.contains(QStringLiteral("=?"));
+    // What has no room on a line is encoded, since a word cannot be folded.
+    const bool isPlain = IsAscii(display) && !display.contains(QStringLiteral("=?")) &&
+                         display.size() <= kLongestName;
     runs.append({isPlain ? QuotedName(display) : display, !isPlain});
     runs.append({u'<' + address + u'>' + comma, false});
   }

@@ -247,7 +247,6 @@ class TextGatherer {
 
   const QString& Text() const { return text_; }
   bool HasWords() const { return hasWords_; }
-  bool HasTextWords() const { return hasTextWords_; }
   bool IsTruncated() const { return isTruncated_; }
 
  private:
@@ -291,7 +290,6 @@ class TextGatherer {
     if (!isText && !hasWords_) text_.clear();  // which is blank
     hasForm_ = hasForm_ || (record.isAlternative && !isBlank);
     hasWords_ = hasWords_ || !isBlank;
-    hasTextWords_ = hasTextWords_ || (isText && !isBlank);
     // A part may end right before its boundary, and one that was cut ends anywhere.
     if (!text_.isEmpty() && !text_.endsWith(lineBreak_)) text_ += lineBreak_;
     text_ += WithLineBreaks(text, lineBreak_);
@@ -311,11 +309,20 @@ class TextGatherer {
   qsizetype length_ = 0;  // of the text so far, in bytes of code page 932
   bool isTruncated_ = false;
   bool hasWords_ = false;
-  bool hasTextWords_ = false;  // that are of no HTML
   bool hasForm_ = false;       // whether a form of what has several was taken
 };
 
 }  // namespace
+
+bool IsTextOfHtml(QByteArrayView source, const QString& contentIndex, const TextRequest& request) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  if (FindHtml(records) == nullptr) return false;
+  TextRequest texts = request;
+  texts.withHtml = false;
+  TextGatherer gatherer(source, records, texts);
+  gatherer.Run();
+  return !gatherer.HasWords();
+}
 
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request) {
@@ -328,7 +335,6 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
   MessageText result;
   result.text = gatherer.Text();
   bool isBlank = !gatherer.HasWords();
-  result.isOfHtml = !gatherer.HasTextWords() && FindHtml(records) != nullptr;
   if (isBlank) {
     const QString instead = InPlaceOfText(source, records, request, lineBreak);
     isBlank = IsBlank(instead);

@@ -26,7 +26,6 @@ struct TextRequest {
 struct MessageText {
   QString text;
   bool produced = false;  ///< whether there was any
-  bool isOfHtml = false;  ///< whether it is that of the HTML part
 };
 
 /// The readable text of a message: its text parts without a file name, decoded, one after the
@@ -37,6 +36,10 @@ struct MessageText {
 /// "...".
 MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
                            const TextRequest& request);
+
+/// Whether the text of a message is that of its HTML part, since no text part has words; without
+/// making it.
+bool IsTextOfHtml(QByteArrayView source, const QString& contentIndex, const TextRequest& request);
 
 /// The calendars (RFC 5545) that came with the message, decoded, one behind the other; empty when
 /// it has none.

@@ -41,7 +41,10 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   lbLine_->setContentsMargins(kLineMargin, 0, kLineMargin, 0);
   lbLine_->hide();
   connect(txMemo_, &QPlainTextEdit::cursorPositionChanged, this, &MessageBody::ShowLine);
-  connect(txMemo_, &QPlainTextEdit::textChanged, this, &MessageBody::ShowLine);
+  connect(txMemo_, &QPlainTextEdit::textChanged, this, [this] {
+    ShowLine();
+    if (!txMemo_->isReadOnly()) Q_EMIT TextEdited();
+  });
   auto* htmlLayout = new QVBoxLayout(htmlPage_);
   htmlLayout->setContentsMargins(0, 0, 0, 0);
   connect(txMemo_, &MemoBox::LinkClicked, this, [this](const QUrl& url) {
@@ -55,9 +58,8 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   tsBody_->setDocumentMode(true);
   tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
   tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
-  connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
-    if (index == kHtmlTab) ShowHtml();
-  });
+  connect(tsBody_, &QTabWidget::currentChanged, this,
+          [this](int index) { index == kHtmlTab ? ShowHtml() : ShowText(); });
   connect(find_, &FindBar::FindWanted, this, &MessageBody::Find);
   connect(find_, &FindBar::Closed, this, [this] { InFront()->setFocus(); });
   auto* layout = new QVBoxLayout(this);
@@ -67,23 +69,34 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   layout->addWidget(find_);
 }
 
-void MessageBody::Show(const QString& text, bool editable, std::function<QString()> html,
+void MessageBody::Show(const LazyText& text, bool editable, std::function<QString()> html,
                        Front front) {
   html_ = std::move(html);
   txMemo_->setReadOnly(!editable);
   txMemo_->setTextInteractionFlags(editable
                                        ? Qt::TextEditorInteraction
                                        : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  txMemo_->setPlainText(text);
   lbLine_->setVisible(editable);
   tsBody_->setCurrentIndex(0);
   const bool hasHtml = static_cast<bool>(html_);
+  text_ = text;
+  if (!hasHtml || front == Front::Text) ShowText();
   // Made before the window is shown: the first one would make the system's window anew.
   if (hasHtml) MakeHtmlView();
   tsBody_->setTabVisible(kHtmlTab, hasHtml);
   tsBody_->setTabEnabled(kHtmlTab, hasHtml);  // else the keys reach it
   tsBody_->tabBar()->setVisible(hasHtml);
   if (hasHtml && front == Front::Html) tsBody_->setCurrentIndex(kHtmlTab);
+}
+
+MemoBox* MessageBody::Text() {
+  ShowText();
+  return txMemo_;
+}
+
+void MessageBody::ShowText() {
+  if (!text_) return;
+  txMemo_->setPlainText(std::exchange(text_, std::nullopt)->Get());
 }
 
 QWidget* MessageBody::InFront() const {

@@ -2,7 +2,9 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 
+#include "mail/lazy_text.h"
 #include "mail/window/memo_box.h"
 
 class QLabel;
@@ -28,9 +30,10 @@ class MessageBody : public QWidget {
 
   /// Shows a message. `html` gives the HTML part each time that its tab comes to the front; without
   /// it there is no such tab, and the text is in front.
-  void Show(const QString& text, bool editable, std::function<QString()> html,
+  void Show(const LazyText& text, bool editable, std::function<QString()> html,
             Front front = Front::Text);
-  MemoBox* Text() const { return txMemo_; }
+  /// The box of the text, which is in it from now on.
+  MemoBox* Text();
   /// What is in front: the text's box or the HTML part.
   QWidget* InFront() const;
   /// The HTML part while it is in front, else nothing.
@@ -43,6 +46,8 @@ class MessageBody : public QWidget {
   void UseFont(const QFont& font);
 
  Q_SIGNALS:
+  /// The text of a message that is written has changed.
+  void TextEdited();
   /// A message to a "mailto:" address is wanted.
   void MessageWanted(const QString& mailto);
 
@@ -50,9 +55,11 @@ class MessageBody : public QWidget {
   void MakeHtmlView();
   void ShowLine();
   void ShowHtml();
+  void ShowText();
   void Find(const QString& text, bool backward);
   bool FindInText(const QString& text, bool backward);
 
+  std::optional<LazyText> text_;  // that is to come into its box when it is looked at
   std::function<QString()> html_;
   QString htmlName_;
   QTabWidget* tsBody_;

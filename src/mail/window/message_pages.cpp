@@ -101,8 +101,8 @@ void MessageWindow::BuildControls() {
   });
   connect(lvHeader_, &HeaderList::TabbedOut, this,
           [this] { txReference_->setFocus(Qt::TabFocusReason); });
-  connect(body_->Text(), &QPlainTextEdit::textChanged, this, edited);
-  connect(body_->Text(), &QPlainTextEdit::textChanged, this, &MessageWindow::CheckAnswerWords);
+  connect(body_, &MessageBody::TextEdited, this, edited);
+  connect(body_, &MessageBody::TextEdited, this, &MessageWindow::CheckAnswerWords);
   connect(txReference_, &QPlainTextEdit::textChanged, this, edited);
   connect(txInReplayTo_, &QLineEdit::textEdited, this, edited);
 }

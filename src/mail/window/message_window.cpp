@@ -163,13 +163,13 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
 }
 
 // What stands in the place of a text that there is not.
-QString MessageWindow::TextOf(const OpenedMessage& opened) const {
+LazyText MessageWindow::TextOf(const OpenedMessage& opened) const {
   if (opened.unreadable) {
     return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
            context_.Data.LastError().text;
   }
   return opened.found || request_->Flag(u"new") ? opened.model.text
-                                                : Ui::tr("メッセージがありません。");
+                                                : LazyText(Ui::tr("メッセージがありません。"));
 }
 
 QString MessageWindow::GetMessageSubject() const {
@@ -270,7 +270,7 @@ bool MessageWindow::StoreEdited() {
   MessageModel model = CurrentModel();
   const DiskPtr settings = Settings(context_);
   if (request_->Flag(u"send") && settings->Flag(u"WrapLines")) {
-    model.text = WrapLines(model.text, kMostColumns, settings->Text(u"MemoIndent"));
+    model.text = WrapLines(model.text.Get(), kMostColumns, settings->Text(u"MemoIndent"));
   }
   const QByteArray source = Compose(model, &error);
   if (source.isNull()) {
@@ -300,7 +300,7 @@ bool MessageWindow::HasSender() {
 bool MessageWindow::IsBlank() const {
   if (edited_ || lvMailaddress_->HasRecipient()) return false;
   const MessageModel model = CurrentModel();
-  QString text = model.text;
+  QString text = model.text.Get();
   if (!model.signature.isEmpty()) text.remove(ShownBlock(model.signature));
   return model.subject.isEmpty() && model.attachments.empty() && text.trimmed().isEmpty();
 }

@@ -117,7 +117,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// Opens the request's message and fills the window.
   void Open(bool applyStoredCharset = true, const QByteArray& shown = {});
   void Fill(const OpenedMessage& opened);
-  QString TextOf(const OpenedMessage& opened) const;
+  LazyText TextOf(const OpenedMessage& opened) const;
   void ShowCaption();
   void TakePlace();
   bool IsEditable() const { return AbsoluteStatus() == kStatusEdit && !unreadable_; }

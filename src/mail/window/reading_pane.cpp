@@ -162,7 +162,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
   });
   clips_->Show(model_.attachments, source_, false);
   clips_->setVisible(!model_.attachments.empty());
-  QString text = model_.text;
+  LazyText text = model_.text;
   if (opened.unreadable) {
     text = Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
            context_.Data.LastError().text;

@@ -45,6 +45,8 @@ void PagePrinting::Print() {
     QPageLayout layout = printer_->pageLayout();
     layout.setUnits(QPageLayout::Millimeter);
     layout.setMargins(QMarginsF(0, kPrintMarginMm, 0, kPrintMarginMm));
+    host_.Tell(
+        Ui::tr("「%1」を作成しています。").arg(QFileInfo(printer_->outputFileName()).fileName()));
     // The engine tells of a file that it wrote itself when its page may have gone, and dies of it.
     engine_.Page()->printToPdf(
         [self = QPointer<PagePrinting>(this),
@@ -66,7 +68,8 @@ void PagePrinting::EndPdf(const QString& path, const QByteArray& pdf) {
   if (pdf.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() ||
       !file.commit()) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("「%1」に書き込めません。").arg(QFileInfo(path).fileName()));
+            Ui::tr("「%1」に書き込めません。ディスクの空き容量とフォルダの権限を確認してください。")
+                .arg(QFileInfo(path).fileName()));
   } else {
     host_.Tell(Ui::tr("「%1」に保存しました。").arg(QDir::toNativeSeparators(path)));
   }
