@@ -64,11 +64,17 @@ bool IsCodeUsed(Context& context, const Disk& profile, const QString& code) {
   });
 }
 
+// One that the desktop does not give is of no more use where no file is under any.
+void SetLostAside(const Context& context, const Disk& profile, const CodeFile& file) {
+  if (file.NamesSecret() && !HasFileUnderCode(context, profile)) file.SetAside();
+}
+
 // One that stays is tried again at the next login.
 void ForgetUnusedCode(Context& context, const Disk& profile) {
   const CodeFile file = CodeFileOf(context, profile);
   const QString code = file.Code();
-  if (!code.isEmpty() && !IsCodeUsed(context, profile, code)) file.Forget();
+  if (code.isEmpty()) return SetLostAside(context, profile, file);
+  if (!IsCodeUsed(context, profile, code)) file.Forget();
 }
 
 // Files that are away for the moment may come back under a code that no file here needs; one that
@@ -76,7 +82,8 @@ void ForgetUnusedCode(Context& context, const Disk& profile) {
 void LayDownUnusedCode(Context& context, const Disk& profile, const QString& password) {
   const CodeFile file = CodeFileOf(context, profile);
   const QString code = file.Code();
-  if (code.isEmpty() || IsCodeUsed(context, profile, code)) return;
+  if (code.isEmpty()) return SetLostAside(context, profile, file);
+  if (IsCodeUsed(context, profile, code)) return;
   IsNoted(context, profile, password, code) ? file.Forget() : file.SetAside();
 }
 

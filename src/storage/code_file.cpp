@@ -123,11 +123,8 @@ QStringList CodeFile::Others() const {
 }
 
 bool CodeFile::Forget() const {
-  const QString secret = SecretAt(path_);
   QFile::remove(path_);
-  if (QFileInfo::exists(path_)) return false;
-  if (secrets_ != nullptr && !secret.isEmpty()) secrets_->Forget(secret);
-  return SyncFolder(QFileInfo(path_).path());
+  return !QFileInfo::exists(path_) && SyncFolder(QFileInfo(path_).path());
 }
 
 }  // namespace vorn

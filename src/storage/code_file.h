@@ -30,7 +30,8 @@ class CodeFile {
   bool Keep(const QString& code) const;
   /// The codes that other codes have taken the place of.
   QStringList Others() const;
-  /// False when the file is still there.
+  /// Removes the file; false when it is still there. A secret of the desktop's stays for copies of
+  /// the folder, which name it as well.
   bool Forget() const;
   /// Gives the file another name: its code is one of the others from now on.
   bool SetAside() const;

@@ -192,17 +192,36 @@ TEST_F(DesktopSecretLogin, TheCodeIsNowhereOnTheDiskWhateverTheDesktopDoes) {
 
 TEST_F(DesktopSecretLogin, APasswordTakesTheSecretsPlace) {
   ASSERT_EQ(LogInWith({}), QString());
+  QTemporaryDir copy;
+  CopyFolder(folder_.path(), copy.path() + u'/');
   const QString before = context_->Session->Text(u"password");
   const QString password = QStringLiteral("secret");
   QString error;
   ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, before, password, &error));
-  EXPECT_TRUE(secrets_->kept.isEmpty());
+  EXPECT_TRUE(File().Code().isEmpty());
   EXPECT_FALSE(LogInWith({}).isEmpty());
   ASSERT_EQ(LogInWith(password), QString());
   ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}, &error));
   const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
-  EXPECT_EQ(secrets_->kept.values(), QStringList{code});
+  EXPECT_TRUE(secrets_->kept.values().contains(code));
   EXPECT_FALSE(IsOnDisk(folder_.path(), code));
+  EXPECT_EQ(LogInWith({}), QString());
+  EXPECT_EQ(LogInWith({}, copy.path(), secrets_), QString()) << "a copy from before";
+}
+
+TEST_F(DesktopSecretLogin, ALostSecretIsNotMissedForEver) {
+  ASSERT_EQ(LogInWith({}), QString());
+  const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
+  const QString password = QStringLiteral("secret");
+  QString error;
+  secrets_->kept.clear();
+  secrets_->refuses = true;
+  ASSERT_EQ(LogInWith(code), QString());
+  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, FileKey::FromCode(code),
+                                    password, &error));
+  ASSERT_EQ(LogInWith(password), QString());
+  EXPECT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}, &error))
+      << error.toStdString();
   EXPECT_EQ(LogInWith({}), QString());
 }
 
