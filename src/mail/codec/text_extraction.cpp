@@ -309,7 +309,7 @@ class TextGatherer {
   qsizetype length_ = 0;  // of the text so far, in bytes of code page 932
   bool isTruncated_ = false;
   bool hasWords_ = false;
-  bool hasForm_ = false;       // whether a form of what has several was taken
+  bool hasForm_ = false;  // whether a form of what has several was taken
 };
 
 }  // namespace
