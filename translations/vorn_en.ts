@@ -3978,16 +3978,8 @@ These could not be handed over to the one that runs, and were not opened:
         <translation>There are no new messages.</translation>
     </message>
     <message>
-        <source>プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。キーリングのロックを解除してもう一度ログインするか、パスワードの欄に回復コードを入力してください。</source>
-        <translation>The profile’s key is in the desktop’s keyring and cannot be read (key file “%1”). Unlock the keyring and log in again, or enter the recovery code as the password.</translation>
-    </message>
-    <message>
         <source>鍵のファイル「profile.key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップのキーリングを確認してください。</source>
         <translation>The key file “profile.key” cannot be stored. Please check the free space on the disk, the permissions of the folder and the desktop’s keyring.</translation>
-    </message>
-    <message>
-        <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。</source>
-        <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it.</translation>
     </message>
     <message>
         <source>パスワードをなくすと、パスワードを入力せずにメールを読めるようになります。新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。
@@ -4020,6 +4012,14 @@ Do you want that?</translation>
     <message>
         <source>「%1」に書き込めません。ディスクの空き容量とフォルダの権限を確認してください。</source>
         <translation>“%1” cannot be written. Please check the free space on the disk and the permissions of the folder.</translation>
+    </message>
+    <message>
+        <source>プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。キーリングのロックを解除してもう一度ログインしてください。鍵がなくなっているときは、パスワードの欄に回復コードを入力してください。</source>
+        <translation>The profile’s key is in the desktop’s keyring and cannot be read (key file “%1”). Unlock the keyring and log in again. If the key is gone, enter the recovery code as the password.</translation>
+    </message>
+    <message>
+        <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。パスワードを決めると、今の回復コードは使えなくなります。</source>
+        <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it. Setting a password makes this code void.</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,9 @@
 
 #include <qt6keychain/keychain.h>
 
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
 #include <QDeadlineTimer>
 #include <QHash>
 #include <QSemaphore>
@@ -18,12 +21,25 @@ using Error = QKeychain::Error;
 const QString kService = QStringLiteral("Vorn");
 constexpr int kRefusedMs = 2000;
 constexpr int kWaitMs = 120000;  // for somebody who has to look for his password
+constexpr int kAliveMs = 10000;  // for the service to start as well
 
 struct Answer {
   QSemaphore given;
   Error error = Error::OtherError;
   QString text;
 };
+
+// Whether the service is there and gives no sign of life; while it asks its user it does.
+bool Hangs() {
+  const QString name = QStringLiteral("vorn-secrets");
+  const QDBusMessage ping = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/"),
+      QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+  const QDBusMessage reply = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
+                                 .call(ping, QDBus::Block, kAliveMs);
+  QDBusConnection::disconnectFromBus(name);
+  return QDBusError(reply).type() == QDBusError::NoReply;
+}
 
 // The service answers to an event loop. That one has a thread of its own, so that nothing else of
 // the program goes on in the middle of a login; the library wants the same one for all questions.
@@ -38,6 +54,7 @@ class Asking {
   template <class Job>
   std::shared_ptr<Answer> Ask(const QString& name, const std::function<void(Job&)>& prepare = {}) {
     auto answer = std::make_shared<Answer>();
+    isSilent_ = isSilent_ || Hangs();
     if (isSilent_) return answer;
     QMetaObject::invokeMethod(&inThread_, [this, name, prepare, answer] {
       auto* job = new Job(kService);

@@ -169,8 +169,8 @@ QString CodeMissing(const CodeFile& file) {
   if (file.NamesSecret() && file.Code().isEmpty()) {
     return Ui::
         tr("プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。"
-           "キーリングのロックを解除してもう一度ログインするか、パスワードの欄に回復コードを"
-           "入力してください。")
+           "キーリングのロックを解除してもう一度ログインしてください。鍵がなくなっているときは、"
+           "パスワードの欄に回復コードを入力してください。")
             .arg(name);
   }
   const QString sentence =
