@@ -260,6 +260,10 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
     EXPECT_TRUE(IsMailAddress(QString::fromUtf16(right)))
         << QString::fromUtf16(right).toStdString();
   }
+  for (const int length : {254, 255}) {
+    const QString longest = QString(length - 5, u'a') + QStringLiteral("@x.jp");
+    EXPECT_EQ(IsMailAddress(longest), length == 254);
+  }
 }
 
 TEST(ComposeMessage, ADomainIsWrittenAsServersTakeIt) {

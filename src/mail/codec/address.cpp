@@ -229,6 +229,8 @@ bool IsGood(const AddressEntry& entry) {
   return IsMailAddress(entry.address);
 }
 
+constexpr qsizetype kLongestAddress = 254;  // without the brackets around it
+
 // The items that blanks separate, where each of them is an address alone.
 QStringList AtBlanks(const QString& item) {
   const QStringList words = MimeCodec::OneLine(item).split(u' ', Qt::SkipEmptyParts);
@@ -242,7 +244,7 @@ QStringList AtBlanks(const QString& item) {
 
 bool IsMailAddress(const QString& text) {
   const qsizetype at = text.lastIndexOf(u'@');
-  if (at <= 0 || at == text.size() - 1 || !ToEnvelope(text)) return false;
+  if (text.size() > kLongestAddress || at <= 0 || at == text.size() - 1 || !ToEnvelope(text)) return false;
   const QStringView local = QStringView(text).first(at);
   const bool isQuoted = local.size() > 2 && local.startsWith(u'"') && local.endsWith(u'"');
   const auto isOdd = [](QChar c) {

@@ -36,7 +36,8 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
 AddressEntry WithWholeAddress(const AddressEntry& entry);
 
 /// Whether a text can be the address of a mailbox: something on both sides of an "@", without
-/// blanks, controls and the marks that separate addresses, which can be sent to (`ToEnvelope`).
+/// blanks, controls and the marks that separate addresses, which can be sent to (`ToEnvelope`), no
+/// longer than a server has to take (RFC 5321 section 4.5.3.1.3).
 bool IsMailAddress(const QString& text);
 
 /// What a user typed as one recipient or several, which commas, semicolons (Japanese ones too),
