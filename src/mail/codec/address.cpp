@@ -244,7 +244,8 @@ QStringList AtBlanks(const QString& item) {
 
 bool IsMailAddress(const QString& text) {
   const qsizetype at = text.lastIndexOf(u'@');
-  if (text.size() > kLongestAddress || at <= 0 || at == text.size() - 1 || !ToEnvelope(text)) return false;
+  if (text.size() > kLongestAddress || at <= 0 || at == text.size() - 1 || !ToEnvelope(text))
+    return false;
   const QStringView local = QStringView(text).first(at);
   const bool isQuoted = local.size() > 2 && local.startsWith(u'"') && local.endsWith(u'"');
   const auto isOdd = [](QChar c) {
