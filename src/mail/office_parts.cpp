@@ -124,7 +124,7 @@ class PartReader : public QIODevice {
   QByteArray head_;  // until it tells whether this is XML
   QByteArray drawing_;
   std::optional<OfficePart> part_;
-  QHash<QString, QSet<QByteArray>> links_;  // by the part that they belong to
+  QHash<QString, QSet<QByteArray>> links_;  // by the name of the file whose relationships they are
   QHash<QString, QSet<QByteArray>> loads_;
   bool isEmpty_ = true;
   qint64 total_ = 0;
