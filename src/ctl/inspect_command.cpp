@@ -13,6 +13,7 @@
 #include "mail/compose_message.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {

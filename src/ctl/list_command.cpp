@@ -11,6 +11,7 @@
 #include "storage/databases.h"
 #include "storage/shown_text.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {

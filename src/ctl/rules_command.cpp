@@ -5,6 +5,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"
 
 namespace vorn::ctl {

@@ -18,7 +18,7 @@ namespace {
 
 using Error = QKeychain::Error;
 
-const QString kService = QStringLiteral("Vorn");
+const QString kSecretsOf = QStringLiteral("Vorn");
 constexpr int kRefusedMs = 2000;
 constexpr int kWaitMs = 120000;  // for somebody who has to look for his password
 constexpr int kAliveMs = 10000;  // for the service to start as well
@@ -57,7 +57,7 @@ class Asking {
     isSilent_ = isSilent_ || Hangs();
     if (isSilent_) return answer;
     QMetaObject::invokeMethod(&inThread_, [this, name, prepare, answer] {
-      auto* job = new Job(kService);
+      auto* job = new Job(kSecretsOf);
       job->setKey(name);
       if (prepare) prepare(*job);
       QObject::connect(job, &QKeychain::Job::finished, &inThread_, [job, answer] {

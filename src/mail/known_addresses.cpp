@@ -8,6 +8,7 @@
 #include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/shown_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {

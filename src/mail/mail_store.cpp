@@ -6,11 +6,10 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
-
-const QString kLineBreak = QStringLiteral("\r\n");
 
 QString Where(const Disk& request) {
   return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());

@@ -7,6 +7,7 @@
 #include "mail/codec/header_decoding.h"
 #include "mail/codec/header_fields.h"
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {

@@ -14,6 +14,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {

@@ -72,7 +72,6 @@ PdfToken PdfTokens::ReadPlain() {
 }
 
 PdfToken PdfTokens::Next() {
-  using Kind = PdfToken::Kind;
   SkipBlanks();
   if (at_ >= bytes_.size()) return {};
   const char c = bytes_[at_];
@@ -81,16 +80,16 @@ PdfToken PdfTokens::Next() {
   if (c == '(') return ReadString();
   if ((c == '<' || c == '>') && isDouble) {
     at_ += 2;
-    return {c == '<' ? Kind::Open : Kind::Close, {}};
+    return {c == '<' ? PdfToken::Kind::Open : PdfToken::Kind::Close, {}};
   }
   if (c == '<') {
     const qsizetype end = bytes_.indexOf('>', at_);
     at_ = end < 0 ? bytes_.size() : end + 1;
-    return {Kind::String, {}};
+    return {PdfToken::Kind::String, {}};
   }
   if (c != '[' && c != ']') return ReadPlain();
   ++at_;
-  return {c == '[' ? Kind::OpenArray : Kind::CloseArray, {}};
+  return {c == '[' ? PdfToken::Kind::OpenArray : PdfToken::Kind::CloseArray, {}};
 }
 
 }  // namespace vorn

@@ -29,7 +29,4 @@ inline const QString kLayout = QStringLiteral("layout");
 inline const QString kMainPlacement = QStringLiteral("DATA_parent");
 }  // namespace fixed_serial
 
-/// Lines of a text value are separated by CR LF.
-inline const QString kLineBreak = QStringLiteral("\r\n");
-
 }  // namespace vorn

@@ -4,6 +4,7 @@
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 

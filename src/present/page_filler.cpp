@@ -35,7 +35,6 @@ QString ShownSender(const AddressEntry& entry) {
   return HasAt(others) ? entry.address + QStringLiteral(" (") + name + u')' : name;
 }
 
-const QString kLineBreak = QStringLiteral("\r\n");
 QString Unreadable() {
   return Ui::tr("【読み込めません】");
 }

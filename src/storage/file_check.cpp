@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "storage/connection.h"
+#include "storage/raw_pages.h"
 #include "storage/schema.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -11,7 +12,6 @@
 namespace vorn {
 namespace {
 
-constexpr qint64 kPageBytes = 4096;
 constexpr int kEngineRows = 1000;
 
 struct Row {

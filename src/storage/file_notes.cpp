@@ -9,7 +9,6 @@
 namespace vorn {
 namespace {
 
-constexpr qint64 kPageBytes = 4096;
 // Earlier versions noted all of the salt, which was the engine's.
 constexpr qsizetype kMarkCharacters = 8;
 const QString kNotes = QStringLiteral("FileNotes");

@@ -17,7 +17,6 @@
 namespace vorn {
 namespace {
 
-constexpr qint64 kPageBytes = 4096;
 const QByteArray kMarkerHead = "password change decided 2\n";
 // The marker of earlier versions, which named no files.
 const QByteArray kBareMarker = "password change decided\n";

@@ -12,7 +12,6 @@ namespace {
 // The engine's file format, version 3.
 constexpr int kMarkKeyRounds = 2;
 constexpr char kMarkSaltMask = 0x3A;
-constexpr qint64 kPageBytes = 4096;
 constexpr qsizetype kMarkAt = 4064;  // behind the text and its initial vector
 constexpr qsizetype kMarkBytes = 20;
 constexpr quint32 kPagesTried = 16;

@@ -7,6 +7,9 @@
 
 namespace vorn {
 
+/// The bytes of a page of a file.
+constexpr qint64 kPageBytes = 4096;
+
 /// The engine's own access to an open file; null when there is none. Files that a connection may
 /// have open are read through it alone: closing another descriptor of the same file takes all of
 /// this process's locks on it away (POSIX `fcntl`), and another program, which then finds itself

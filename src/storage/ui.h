@@ -14,4 +14,7 @@ class Ui {
 /// The application title, as captions and messages show it.
 inline const QString kApplicationTitle = QStringLiteral(".VORN");
 
+/// Lines of a text value are separated by CR LF.
+inline const QString kLineBreak = QStringLiteral("\r\n");
+
 }  // namespace vorn

@@ -9,6 +9,7 @@
 #include "storage/databases.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 #include "transfer/announced_size.h"
 
 namespace vorn {

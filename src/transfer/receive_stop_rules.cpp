@@ -5,6 +5,7 @@
 #include "mail/codec/address.h"
 #include "mail/codec/mime_codec.h"
 #include "objects/object_types.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {

@@ -15,6 +15,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -14,6 +14,7 @@
 #include "objects/profile.h"
 #include "objects/save_object.h"
 #include "objects/window/condition_editor.h"
+#include "storage/ui.h"
 #include "window/editing_fixture.h"
 
 namespace vorn {

@@ -23,6 +23,7 @@
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 #include "support/window_driving.h"
 
 namespace vorn {

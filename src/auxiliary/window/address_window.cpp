@@ -23,7 +23,7 @@
 namespace vorn {
 namespace {
 
-const QString kStatus = QStringLiteral("status");
+const QString kAnswer = QStringLiteral("status");
 // The splitter's position is kept in the units of the window's other places, fifteenths of a pixel.
 constexpr int kUnitsPerPixel = 15;
 constexpr int kDefaultSplit = 2400;
@@ -145,19 +145,19 @@ void AddressWindow::Select() {
     const QListWidgetItem* item = lvCandidacy_->item(row);
     if (item->isSelected()) lines.append(item->data(Qt::UserRole).toString());
   }
-  context_.Session->Let(kStatus, lines.join(kLineBreak));
+  context_.Session->Let(kAnswer, lines.join(kLineBreak));
   accept();
 }
 
 QString SelectAddresses(Context& context, QWidget* parent, const QString& types) {
   auto request = std::make_shared<Disk>(context.Data.NewSerialID());
   request->Let(QStringLiteral("draw"), types);
-  context.Session->Let(kStatus, QString());
+  context.Session->Let(kAnswer, QString());
   AddressWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  const QString chosen = context.Session->Text(kStatus);
-  context.Session->Let(kStatus, QString());
+  const QString chosen = context.Session->Text(kAnswer);
+  context.Session->Let(kAnswer, QString());
   return chosen;
 }
 

@@ -22,7 +22,7 @@
 namespace vorn {
 namespace {
 
-const QString kStatus = QStringLiteral("status");
+const QString kLineAnswer = QStringLiteral("status");
 const QString kCancel = QStringLiteral("cancel");
 constexpr int kMinimumWidth = 360;
 
@@ -193,13 +193,13 @@ void ConsoleWindow::cmOk_Click() {
 }
 
 void ConsoleWindow::End(const QVariant& answer) {
-  context_.Session->Let(kStatus, answer);
+  context_.Session->Let(kLineAnswer, answer);
   context_.Session->Let(kCancel, false);
   accept();
 }
 
 void ConsoleWindow::reject() {
-  context_.Session->Let(kStatus, QString());
+  context_.Session->Let(kLineAnswer, QString());
   context_.Session->Let(kCancel, true);
   QDialog::reject();
 }
@@ -218,7 +218,7 @@ QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QStri
   ConsoleWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kStatus);
+  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kLineAnswer);
 }
 
 }  // namespace

@@ -18,7 +18,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kLookAgainMs = 20;
+constexpr int kExposureLookMs = 20;
 constexpr int kForgottenMs = 1000;
 
 // How often the engine has to begin a frame until all that came before the first one is on the
@@ -178,7 +178,7 @@ void Announcer::AwaitExposure() {
   for (const QWidget* window : VisibleWindows()) {
     const QWindow* handle = window->windowHandle();
     if (handle == nullptr || handle->isExposed()) continue;
-    QTimer::singleShot(kLookAgainMs, this, &Announcer::AwaitExposure);
+    QTimer::singleShot(kExposureLookMs, this, &Announcer::AwaitExposure);
     return;
   }
   AwaitPages(VisiblePages());
@@ -218,7 +218,7 @@ void Announcer::Look(const QPointer<QWebEnginePage>& page, const QString& script
     if (painted) {
       then();
     } else {
-      QTimer::singleShot(kLookAgainMs, this,
+      QTimer::singleShot(kExposureLookMs, this,
                          [this, page, script, then] { Look(page, script, then); });
     }
   };

@@ -16,7 +16,7 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kAwakePages = 2;
-const QString kBag = QStringLiteral("parent");
+const QString kMainBag = QStringLiteral("parent");
 const QString kArrange = QStringLiteral("arrange");
 
 BrowserWindow* In(const QMdiSubWindow* frame) {
@@ -97,11 +97,11 @@ BrowserWindow* BrowserArea::Named(const QString& name, const BrowserWindow* aski
 
 Arrangement BrowserArea::Current() const {
   const auto tiled = static_cast<int>(Arrangement::Tiled);
-  return static_cast<Arrangement>(PlacementBag(context_, kBag)->Number(kArrange, tiled));
+  return static_cast<Arrangement>(PlacementBag(context_, kMainBag)->Number(kArrange, tiled));
 }
 
 void BrowserArea::Arrange(Arrangement arrangement) {
-  PlacementBag(context_, kBag)->Let(kArrange, static_cast<int>(arrangement));
+  PlacementBag(context_, kMainBag)->Let(kArrange, static_cast<int>(arrangement));
   ArrangeAsKept();
 }
 

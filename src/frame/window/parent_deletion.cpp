@@ -16,7 +16,7 @@ namespace {
 
 // What else the deletion of an object touches.
 QString DeletionWarning(Context& context, const Disk& object) {
-  const QString key = object.SerialID();
+  const QString& key = object.SerialID();
   const QString type = object.Text(u"FormName");
   if (type == object_type::kProfile) {
     return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")

@@ -11,13 +11,13 @@ namespace vorn {
 namespace {
 
 // Between two folders' counts, so that clicks and keys come in between.
-constexpr int kPauseMs = 30;
+constexpr int kCountPauseMs = 30;
 constexpr int kLaterMs = 1000;
 // A folder whose counting is slow is left alone for so many times as long.
 constexpr qint64 kShare = 50;
 // The windows stand still for so long at most, and a folder is given up after the longer one.
-constexpr int kBriefMs = 200;
-constexpr int kLimitMs = 15000;
+constexpr int kFirstLimitMs = 200;
+constexpr int kLastLimitMs = 15000;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ UnreadCounter::UnreadCounter(Context& context, ConsoleTree& tree, std::function<
 
 void UnreadCounter::CountSoon() {
   folders_ = tree_.Folders();
-  timer_.start(kPauseMs);
+  timer_.start(kCountPauseMs);
 }
 
 void UnreadCounter::CountNext() {
@@ -48,7 +48,7 @@ void UnreadCounter::CountNext() {
   }
   QElapsedTimer clock;
   clock.start();
-  const ConditionLimit brief(kBriefMs);
+  const ConditionLimit brief(kFirstLimitMs);
   const qint64 count = CountUnread(context_, folder);
   if (brief.IsReached()) return CountElsewhere(folder);
   tree_.SetUnread(folder, count);
@@ -56,7 +56,7 @@ void UnreadCounter::CountNext() {
 }
 
 void UnreadCounter::CountElsewhere(const QString& folder) {
-  run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLimitMs,
+  run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLastLimitMs,
                               [this, folder](const ConditionRun::Answer& answer) {
                                 const bool isKnown = !answer.values.isEmpty();
                                 tree_.SetUnread(folder,

@@ -13,7 +13,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kTickMs = 100;
+constexpr int kBeginMs = 100;
 constexpr int kShowMainStep = 5;
 constexpr int kCloseStep = 21;  // the splash stays a moment on top of the main window
 
@@ -35,7 +35,7 @@ VersionWindow::VersionWindow(Context& context)
   layout->setContentsMargins(48, 24, 48, 24);
   layout->addWidget(picture);
   layout->addWidget(line);
-  tmInitialization_.setInterval(kTickMs);
+  tmInitialization_.setInterval(kBeginMs);
   connect(&tmInitialization_, &QTimer::timeout, this, &VersionWindow::tmInitialization_Timer);
 }
 

@@ -10,7 +10,7 @@ namespace {
 constexpr char kOwnSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
 constexpr char kFrom[] = "From ";
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";  // which some editors leave behind
-constexpr qint64 kLookedAt = 1000;  // of what follows a separator, and of a separator
+constexpr qint64 kProbedBytes = 1000;  // of what follows a separator, and of a separator
 
 bool IsEmptyLine(QByteArrayView line) {
   return line == QByteArrayView("\n") || line == QByteArrayView("\r\n");
@@ -33,7 +33,7 @@ bool HasDate(QByteArrayView line) {
       "\\d{1,2}:\\d\\d(?::\\d\\d)?(?: +[A-Z+-][A-Z0-9+-]*){0,2}(?: +\\d{4})?(?: +[+-]\\d{4})?"
       "(?: remote from \\S+)?\\s*$|"
       ".*\\d{4}-\\d\\d-\\d\\d[ T]\\d\\d:\\d\\d)"));
-  return date.match(QString::fromLatin1(line.first(qMin(line.size(), kLookedAt)))).hasMatch();
+  return date.match(QString::fromLatin1(line.first(qMin(line.size(), kProbedBytes)))).hasMatch();
 }
 
 class MboxReader {
@@ -79,7 +79,7 @@ class MboxReader {
   bool IsSeparator(const QByteArray& line) {
     if (isOwn_ && line == kOwnSeparator) return true;
     if ((!afterEmptyLine_ && !isOwn_) || !line.startsWith(kFrom)) return false;
-    return (!datesNeeded_ || HasDate(line)) && PrecedesMessage(file_.peek(kLookedAt));
+    return (!datesNeeded_ || HasDate(line)) && PrecedesMessage(file_.peek(kProbedBytes));
   }
   static bool PrecedesMessage(const QByteArray& next) {
     return next.isEmpty() || BeginsWithHeaderField(next);
@@ -88,7 +88,7 @@ class MboxReader {
   // Between a message of known length and a separator there are only empty lines.
   void Add(const QByteArray& line) {
     static const QByteArray field = "content-length:";
-    if (inHeader_ && line.size() < kLookedAt && line.toLower().startsWith(field)) {
+    if (inHeader_ && line.size() < kProbedBytes && line.toLower().startsWith(field)) {
       bool isNumber = false;
       const qint64 length = line.mid(field.size()).trimmed().toLongLong(&isNumber);
       length_ = isNumber ? length : -1;
@@ -105,7 +105,7 @@ class MboxReader {
     while (IsEmptyLine(line)) line = file_.readLine();
     // What is taken for the end here has to be one where it is read, too: nothing may lie between.
     const bool fits = line.isEmpty() || (line.startsWith(kFrom) && HasDate(line) &&
-                                         PrecedesMessage(file_.peek(kLookedAt)));
+                                         PrecedesMessage(file_.peek(kProbedBytes)));
     return file_.seek(place) && fits;
   }
 

@@ -7,11 +7,10 @@
 
 #include "mail/codec/envelope_address.h"
 #include "mail/codec/list_splitting.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
-
-const QString kLineBreak = QStringLiteral("\r\n");
 
 // The pattern "<*@*>".
 bool IsBracketedAddress(const QString& word) {

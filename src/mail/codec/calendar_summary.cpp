@@ -12,7 +12,6 @@
 namespace vorn {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
 constexpr qsizetype kMostShown = 20;
 
 QString OneLine(const char* text) {

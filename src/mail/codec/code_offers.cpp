@@ -15,7 +15,7 @@ namespace {
 
 using MimeCodec::ContentRecord;
 
-constexpr qsizetype kSampleBytes = 16 * 1024;
+constexpr qsizetype kRecordSampleBytes = 16 * 1024;
 constexpr qsizetype kPreviewLength = 80;
 
 struct TextPart {
@@ -34,7 +34,7 @@ std::vector<TextPart> TextParts(QByteArrayView source, const QString& contentInd
   for (const ContentRecord& record : MimeCodec::ParseContentIndex(contentIndex)) {
     if (record.hasName || record.first > record.last || !textTypes.contains(record.type)) continue;
     const auto encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
-    const qsizetype last = qMin(record.last, record.first + kSampleBytes - 1);
+    const qsizetype last = qMin(record.last, record.first + kRecordSampleBytes - 1);
     parts.push_back({MimeCodec::DecodePart(source, encoding, record.first, last),
                      MimeCodec::ContentType(source, record).Bytes("charset")});
   }

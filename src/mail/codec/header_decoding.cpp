@@ -6,13 +6,14 @@
 
 #include "mail/codec/list_splitting.h"
 #include "mail/codec/transfer_encoding.h"
+#include "mail/codec/without_controls.h"
 
 namespace vorn::MimeCodec {
 namespace {
 
 // A run of the field: raw bytes, or the bytes of adjacent encoded words with one charset. A
 // character may begin in one word and end in the next, so the bytes are joined before decoding.
-struct Run {
+struct FieldRun {
   QByteArray charset;          // null for raw bytes
   QByteArray bytes;            // raw ones are those of the field
   QByteArray unfinished = {};  // base64 whose last group goes on in the next word
@@ -62,7 +63,7 @@ std::optional<EncodedWord> ReadEncodedWord(QByteArrayView text) {
 
 // Appends a word's bytes, together with the group of four that the word before it did not finish,
 // as programs cut base64 that count characters.
-void AddWord(Run& run, const EncodedWord& word) {
+void AddWord(FieldRun& run, const EncodedWord& word) {
   const QByteArray before = word.isBase64 ? run.unfinished : QByteArray();
   run.bytes.chop(DecodeEncodedWord(before, true).size());
   const QByteArray text = before + word.text;
@@ -76,8 +77,8 @@ bool IsBlankRun(QByteArrayView text) {
                      [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
 }
 
-std::vector<Run> SplitRuns(QByteArrayView text) {
-  std::vector<Run> runs;
+std::vector<FieldRun> SplitRuns(QByteArrayView text) {
+  std::vector<FieldRun> runs;
   qsizetype rawStart = 0;
   qsizetype at = 0;
   const auto endRaw = [&](qsizetype end) {
@@ -127,14 +128,6 @@ bool IsWholeList(const QString& words) {
   return std::all_of(items.begin(), items.end(), IsNamedMailbox);
 }
 
-// Line breaks and other controls that a word smuggles in would forge lines of the index.
-QString WithoutControls(QString text) {
-  std::replace_if(
-      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; },
-      QChar(u' '));
-  return text;
-}
-
 // Whether a text that grows ends inside a quoted string, where no further quotes are put.
 class Quotes {
  public:
@@ -159,7 +152,7 @@ class Quotes {
 QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& charset,
                      HeaderUse use) {
   const QByteArrayView text = field.sliced(std::min(skip, field.size())).trimmed();
-  const std::vector<Run> runs = SplitRuns(text);
+  const std::vector<FieldRun> runs = SplitRuns(text);
   QString decoded;
   QString words;  // in several codes, but one name
   Quotes quotes;
@@ -169,7 +162,7 @@ QString DecodeHeader(QByteArrayView field, qsizetype skip, const ReadingCode& ch
     decoded += mayQuote ? QuoteForList(words) : words;
     words.clear();
   };
-  for (const Run& run : runs) {
+  for (const FieldRun& run : runs) {
     if (run.IsEncoded()) {
       words += WithoutControls(DecodeWord(run.bytes, Charset::FromLabel(run.charset), charset));
       continue;

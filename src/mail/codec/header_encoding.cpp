@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "mail/codec/without_controls.h"
+
 namespace vorn::MimeCodec {
 namespace {
 
@@ -18,12 +20,12 @@ bool IsPlain(QStringView word) {
 }
 
 // A run of the value: text to be encoded, or words that stand as they are.
-struct Run {
+struct ValueRun {
   QString text;
   bool encoded;
 };
 
-void AppendWord(QList<Run>& runs, const QString& word, bool encoded) {
+void AppendWord(QList<ValueRun>& runs, const QString& word, bool encoded) {
   if (encoded && !runs.isEmpty() && runs.back().encoded) {
     runs.back().text += u' ' + word;
   } else {
@@ -33,14 +35,14 @@ void AppendWord(QList<Run>& runs, const QString& word, bool encoded) {
 
 // Blanks between two runs stand outside them; those inside an encoded run are encoded. Several
 // blanks in a row, or one at an end, are kept by encoding the word beside them.
-QList<Run> SplitRuns(const QString& value) {
+QList<ValueRun> SplitRuns(const QString& value) {
   QStringList words = value.split(u' ');
   const bool endsInBlank = words.size() > 1 && words.back().isEmpty();
   if (endsInBlank) {
     words.removeLast();
     words.back() += u' ';  // no plain word holds a blank
   }
-  QList<Run> runs;
+  QList<ValueRun> runs;
   bool afterEmpty = false;
   for (const QString& word : std::as_const(words)) {
     AppendWord(runs, word, afterEmpty || word.isEmpty() || !IsPlain(word));
@@ -81,7 +83,7 @@ class Folder {
   bool atStart_ = true;
 };
 
-QByteArray EncodedWord(QStringView text, OutputCharset charset) {
+QByteArray MakeEncodedWord(QStringView text, OutputCharset charset) {
   const auto bytes = EncodeText(text, charset);
   return "=?" + CharsetName(charset) + "?B?" + bytes.value_or(QByteArray()).toBase64() + "?=";
 }
@@ -116,7 +118,7 @@ Piece LongestPiece(const QString& text, qsizetype at, OutputCharset charset, qsi
   for (qsizetype next = at; next < text.size();) {
     next += text[next].isHighSurrogate() && next + 1 < text.size() ? 2 : 1;
     const QStringView piece = QStringView(text).sliced(at, next - at);
-    const QByteArray word = EncodedWord(piece, charset);
+    const QByteArray word = MakeEncodedWord(piece, charset);
     if (word.size() > room) break;
     if (!word.endsWith("=?=") || next == text.size()) unpadded = {next - at, word};
     const QByteArray inQ = QuotedWord(piece, charset);
@@ -139,9 +141,9 @@ void AddEncoded(Folder& folder, const QString& text, OutputCharset charset) {
   }
 }
 
-QByteArray EncodeRuns(const QByteArray& name, const QList<Run>& runs, OutputCharset charset) {
+QByteArray EncodeRuns(const QByteArray& name, const QList<ValueRun>& runs, OutputCharset charset) {
   Folder folder(name + ' ');
-  for (const Run& run : runs) {
+  for (const ValueRun& run : runs) {
     if (run.encoded) {
       AddEncoded(folder, run.text, charset);
     } else {
@@ -149,13 +151,6 @@ QByteArray EncodeRuns(const QByteArray& name, const QList<Run>& runs, OutputChar
     }
   }
   return folder.Take();
-}
-
-QString WithoutControls(QString text) {
-  std::replace_if(
-      text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; },
-      QChar(u' '));
-  return text;
 }
 
 bool IsAscii(const QString& text) {
@@ -178,10 +173,10 @@ QString QuotedName(const QString& name) {
 QByteArray EncodeField(const QByteArray& name, const QString& value, OutputCharset charset) {
   if (charset == OutputCharset::Ascii) charset = OutputCharset::Utf8;  // for what is not plain
   const QString text = WithoutControls(value);
-  const QList<Run> runs = SplitRuns(text);
+  const QList<ValueRun> runs = SplitRuns(text);
   const QByteArray field = EncodeRuns(name, runs, charset);
   const bool hasPlainRun =
-      std::any_of(runs.begin(), runs.end(), [](const Run& run) { return !run.encoded; });
+      std::any_of(runs.begin(), runs.end(), [](const ValueRun& run) { return !run.encoded; });
   return hasPlainRun && field.contains(kFold) ? EncodeRuns(name, {{text, true}}, charset) : field;
 }
 
@@ -189,13 +184,13 @@ QByteArray EncodeWord(const QString& text, OutputCharset charset) {
   const QString clean = WithoutControls(text);
   const bool isPlain = IsAscii(clean) && !clean.contains(QStringLiteral("=?"));
   if (isPlain) return clean.toLatin1();
-  return EncodedWord(clean, charset == OutputCharset::Ascii ? OutputCharset::Utf8 : charset);
+  return MakeEncodedWord(clean, charset == OutputCharset::Ascii ? OutputCharset::Utf8 : charset);
 }
 
 QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mailboxes,
                               OutputCharset charset) {
   if (charset == OutputCharset::Ascii) charset = OutputCharset::Utf8;
-  QList<Run> runs;
+  QList<ValueRun> runs;
   for (qsizetype i = 0; i < mailboxes.size(); ++i) {
     const QString display = WithoutControls(mailboxes[i].name);
     const QString comma = i + 1 < mailboxes.size() ? QStringLiteral(",") : QString();

@@ -17,8 +17,6 @@
 namespace vorn {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
-
 enum class Role : char {
   Inline,
   Block,      ///< begins and ends a line

@@ -8,11 +8,10 @@
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/mime_codec.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
-
-const QString kLineBreak = QStringLiteral("\r\n");
 
 // The headers of the address lines, in their order. "Replay-To:" is written so in the messages
 // that this program makes.

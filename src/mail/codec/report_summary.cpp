@@ -11,8 +11,6 @@
 namespace vorn {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
-
 // The value of a field in a group of fields.
 QString Value(QByteArrayView fields, QByteArrayView name) {
   const QByteArray value =

@@ -33,7 +33,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kToldMs = 10000;
+constexpr int kClipsToldMs = 10000;
 constexpr qsizetype kMostInRow = 48;  // what is beside the edge of the list is not seen
 
 // In the window's status bar, which is there as long as it says something where the window has none
@@ -48,7 +48,7 @@ void TellDone(const QWidget& asked, const QString& sentence) {
     QObject::connect(bar, &QStatusBar::messageChanged, bar,
                      [bar](const QString& shown) { bar->setVisible(!shown.isEmpty()); });
   }
-  bar->showMessage(ShownText(sentence), kToldMs);
+  bar->showMessage(ShownText(sentence), kClipsToldMs);
 }
 
 QStringList LocalFiles(const QMimeData& data) {

@@ -15,7 +15,7 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(620, 440);
+constexpr QSize kCodeSize(620, 440);
 
 QString WrongWords(const QStringList& labels) {
   QStringList sentences;
@@ -60,7 +60,7 @@ class CodeDialog : public QDialog {
             [this] { ok_->setEnabled(list_->currentItem() != nullptr); });
     connect(search_, &QLineEdit::textChanged, this, &CodeDialog::Narrow);
     Fill(offers);
-    resize(kSize);
+    resize(kCodeSize);
     list_->setFocus();
   }
 

@@ -8,10 +8,7 @@
 #include <QUuid>
 #include <QVBoxLayout>
 #include <QWebEngineFindTextResult>
-#include <QWebEnginePage>
 #include <QWebEngineProfile>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlRequestJob>
@@ -21,6 +18,7 @@
 
 #include "kit/window/open_outside.h"
 #include "kit/window/plain_text.h"
+#include "mail/window/mail_page.h"
 #include "mail/window/remote_images.h"
 #include "storage/ui.h"
 
@@ -30,12 +28,6 @@ namespace {
 constexpr const char* kScheme = "vorn-mail";
 constexpr int kFrameMs = 16;        // from what the page draws to what is seen
 constexpr int kFirstPaintMs = 300;  // from the end of the loading
-const QString kPaintedSign = QStringLiteral("vorn-painted ");
-// The program's own, in a world apart: when the second frame begins, the first one is drawn.
-constexpr char kPaintedCode[] =
-    "requestAnimationFrame(() => requestAnimationFrame("
-    "    () => console.info('vorn-painted ' + location.href)));";
-
 bool IsRemoteImage(const QUrl& url) {
   return url.toString(QUrl::FullyEncoded).startsWith(QLatin1String(kRemoteImage));
 }
@@ -101,39 +93,6 @@ class MailSource : public QWebEngineUrlSchemeHandler {
   RemoteImageLoader images_;
 };
 
-// Stays on its page; links are handed on.
-class MailPage : public QWebEnginePage {
-  Q_OBJECT
-
- public:
-  using QWebEnginePage::QWebEnginePage;
-  void Allow(const QUrl& page) { allowed_ = page; }
-  QUrl Allowed() const { return allowed_; }
-
- Q_SIGNALS:
-  void LinkClicked(const QUrl& url);
-  /// The page that is allowed is drawn.
-  void Painted();
-
- protected:
-  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
-    if (type == NavigationTypeLinkClicked) {
-      Q_EMIT LinkClicked(url);
-      return false;
-    }
-    return isMainFrame && url == allowed_ && type != NavigationTypeFormSubmitted;
-  }
-  QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
-  // The address, which is another one each time, is nothing that a mail could have said.
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int,
-                                const QString&) override {
-    if (message == kPaintedSign + allowed_.toString()) Q_EMIT Painted();
-  }
-
- private:
-  QUrl allowed_;
-};
-
 void HtmlView::RegisterScheme() {
   QWebEngineUrlScheme scheme(kScheme);
   // With a host all mails of a view are of one origin: without, the engine starts a process for
@@ -166,11 +125,6 @@ HtmlView::HtmlView(const QString& viewName)
         Attribute::FocusOnNavigationEnabled}) {
     settings->setAttribute(attribute, false);
   }
-  QWebEngineScript script;
-  script.setSourceCode(QString::fromLatin1(kPaintedCode));
-  script.setWorldId(QWebEngineScript::ApplicationWorld);
-  script.setInjectionPoint(QWebEngineScript::DocumentReady);
-  page_->scripts().insert(script);
   // The engine makes its surface when it is first asked for anything; in a window that is shown
   // already the system's window would be made anew for it, and move.
   page_->runJavaScript(QStringLiteral("0"));
@@ -297,5 +251,3 @@ void HtmlView::AskToOpen(const QUrl& url) {
 }
 
 }  // namespace vorn
-
-#include "html_view.moc"

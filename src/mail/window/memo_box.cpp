@@ -9,7 +9,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kLongestLine = 4000;  // what is longer is no text to be read
+constexpr int kLongestMemoLine = 4000;  // what is longer is no text to be read
 
 // Readable on a light and on a dark sheet, and told apart by its sign as well.
 QColor QuoteColor(const QPalette& palette) {
@@ -45,7 +45,7 @@ void MemoBox::MarkVisible() {
   for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
     if (blockBoundingGeometry(block).translated(contentOffset()).top() > bottom) break;
     const QString text = block.text();
-    if (text.size() > kLongestLine) continue;
+    if (text.size() > kLongestMemoLine) continue;
     if (text.startsWith(u'>')) mark(block.position(), static_cast<int>(text.size()), quote);
     for (const TextLink& found : FindTextLinks(text)) {
       mark(block.position() + static_cast<int>(found.first), static_cast<int>(found.length), link);
@@ -58,7 +58,7 @@ void MemoBox::MarkVisible() {
 QUrl MemoBox::LinkAt(const QPoint& place) const {
   const QTextCursor cursor = cursorForPosition(place);
   const QTextBlock block = cursor.block();
-  if (block.length() > kLongestLine) return {};
+  if (block.length() > kLongestMemoLine) return {};
   for (const TextLink& found : FindTextLinks(block.text())) {
     QTextCursor end(block);
     end.setPosition(block.position() + static_cast<int>(found.first + found.length));

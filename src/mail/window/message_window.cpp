@@ -42,12 +42,12 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(760, 620);
+constexpr QSize kMessageSize(760, 620);
 constexpr int kDraftMs = 30000;
 constexpr int kMostColumns = 72;  // of a line that is sent
 // Attachments above this together are left out of drafts: writing them would hold the window up.
 constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
-const QString kProcess = QStringLiteral("process");
+const QString kProcessKey = QStringLiteral("process");
 
 // A signature as it stands in the box.
 QString ShownBlock(const QString& signature) {
@@ -66,7 +66,7 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
   setObjectName(QStringLiteral("Mail"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(kSize);
+  resize(kMessageSize);
   BuildControls();
   BuildMenus();
   drafts_.setParent(this);
@@ -77,7 +77,7 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
 
 int MessageWindow::AbsoluteStatus() const {
   return request_ == nullptr ? static_cast<int>(kStatusEdit)
-                             : qAbs(request_->Number(kProcess, kStatusEdit));
+                             : qAbs(request_->Number(kProcessKey, kStatusEdit));
 }
 
 bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
@@ -87,11 +87,11 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   if (!request_->Flag(u"AutoSend")) return true;
   if (!unreadable_ && MissingForSending().isEmpty()) {
     request_->Let(QStringLiteral("send"), true);
-    request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+    request_->Let(kProcessKey, static_cast<int>(kStatusWaiting));
     closed_ = StoreForClosing();
     if (closed_) return false;
     request_->Let(QStringLiteral("send"), false);
-    request_->Let(kProcess, static_cast<int>(kStatusEdit));
+    request_->Let(kProcessKey, static_cast<int>(kStatusEdit));
   }
   request_->Let(QStringLiteral("show"),
                 static_cast<int>(kShowModeless));  // for the user to see why
@@ -121,7 +121,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   // One that is gone has nothing that could be edited or sent.
   const bool isGone = !opened.found && !request_->Flag(u"new") && opened.source.isEmpty();
   unreadable_ = opened.unreadable.has_value() || isGone;
-  if (isGone) request_->Let(kProcess, static_cast<int>(kStatusEdit));  // it waits no longer
+  if (isGone) request_->Let(kProcessKey, static_cast<int>(kStatusEdit));  // it waits no longer
   const bool editable = IsEditable();
   const QString subject = opened.unreadable ? opened.unreadable->subject : model_.subject;
   txSubject_->setText(editable ? subject : ShownInLine(subject));

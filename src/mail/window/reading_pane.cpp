@@ -27,8 +27,8 @@ namespace vorn {
 namespace {
 
 constexpr int kInSightMs = 2000;
-constexpr int kGap = 6;
-constexpr int kClipRows = 2;
+constexpr int kPaneGap = 6;
+constexpr int kPaneClipRows = 2;
 constexpr qsizetype kShownAddresses = 3;
 
 // The first ones; how many more there are is said in words.
@@ -62,7 +62,7 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
   setObjectName(QStringLiteral("frReadingPane"));
   nothing_->setAlignment(Qt::AlignCenter);
   nothing_->setWordWrap(true);
-  clips_->setFixedHeight(clips_->fontMetrics().lineSpacing() * (kClipRows + 1));
+  clips_->setFixedHeight(clips_->fontMetrics().lineSpacing() * (kPaneClipRows + 1));
   auto* column = new QVBoxLayout(message_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -86,7 +86,7 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
 QWidget* ReadingPane::BuildHead() {
   auto* head = new QWidget;
   auto* grid = new QGridLayout(head);
-  grid->setContentsMargins(kGap, kGap / 2, kGap, kGap / 2);
+  grid->setContentsMargins(kPaneGap, kPaneGap / 2, kPaneGap, kPaneGap / 2);
   grid->setVerticalSpacing(2);
   QFont bold = subject_->font();
   bold.setBold(true);

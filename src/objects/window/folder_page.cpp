@@ -18,9 +18,9 @@ namespace vorn {
 namespace {
 
 constexpr int kPreviewDelayMs = 300;
-constexpr int kBriefMs = 200;  // the window stands still meanwhile
+constexpr int kPreviewMs = 200;  // the window stands still meanwhile
 constexpr int kTrialMs = 500;
-constexpr int kPreviewMs = 15000;
+constexpr int kPreviewLimitMs = 15000;
 constexpr int kSqlHeight = 60;
 
 struct Matches {
@@ -133,7 +133,7 @@ void FolderPage::Loaded(const Disk&) {
 
 void FolderPage::ShowMatches() {
   delay_.stop();
-  const Matches matches = CountMatches(context_, *Edited(), kBriefMs);
+  const Matches matches = CountMatches(context_, *Edited(), kPreviewMs);
   if (matches.tookLong) return CountElsewhere();
   StopCounting(matches.error.isEmpty() ? MatchesText(matches.count) : matches.error);
 }
@@ -142,7 +142,7 @@ void FolderPage::CountElsewhere() {
   stop_->show();
   matches_->setText(Ui::tr("条件に合うメッセージを数えています…"));
   run_.reset(new ConditionRun(context_, FolderSqlBuilder(context_).Query(*Edited()).Counting(),
-                              kPreviewMs, [this](const ConditionRun::Answer& answer) {
+                              kPreviewLimitMs, [this](const ConditionRun::Answer& answer) {
                                 StopCounting(answer.error
                                                  ? answer.error.text
                                                  : MatchesText(answer.values.value(0).toInt()));

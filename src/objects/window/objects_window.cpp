@@ -20,7 +20,7 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(560, 480);
+constexpr QSize kObjectsSize(560, 480);
 
 QString TypeCaption(const QString& type) {
   if (type == object_type::kProfile) return Ui::tr("プロファイル");
@@ -36,7 +36,7 @@ QString TypeCaption(const QString& type) {
 
 ObjectsWindow::ObjectsWindow(Context& context, const EventLog& events, QWidget* parent)
     : EditingWindow(context, QStringLiteral("objects"), parent), events_(events) {
-  resize(kSize);
+  resize(kObjectsSize);
 }
 
 void ObjectsWindow::BuildPages(const QString& type) {

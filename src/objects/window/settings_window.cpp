@@ -19,7 +19,7 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(520, 420);
+constexpr QSize kSettingsSize(520, 420);
 constexpr int kMaxRows = 10000;
 constexpr int kMaxMinutes = 1440;
 constexpr int kTypesHeight = 90;
@@ -211,7 +211,7 @@ SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
   connect(find, &QShortcut::activated, search, qOverload<>(&QWidget::setFocus));
   setTabOrder(search, &Pages());
   Pages().setFocus();
-  resize(kSize.expandedTo(sizeHint()));
+  resize(kSettingsSize.expandedTo(sizeHint()));
 }
 
 bool SettingsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {

@@ -22,7 +22,7 @@ namespace vorn {
 namespace {
 
 constexpr int kMostHeldMs = 1000;
-constexpr int kFrameMs = 40;
+constexpr int kDrawnMs = 40;
 
 }  // namespace
 
@@ -126,7 +126,7 @@ void EngineView::HoldPicture() {
 
 // The page's word may be here before its frame.
 void EngineView::LetPictureGo() {
-  if (picture_ != nullptr) QTimer::singleShot(kFrameMs, picture_, &QObject::deleteLater);
+  if (picture_ != nullptr) QTimer::singleShot(kDrawnMs, picture_, &QObject::deleteLater);
 }
 
 void EngineView::Load(const QUrl& url, bool local, const QString& first) {

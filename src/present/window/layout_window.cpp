@@ -37,9 +37,9 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(1000, 680);
+constexpr QSize kLayoutSize(1000, 680);
 constexpr int kTypingPauseMs = 300;
-constexpr int kPreviewMs = 1000;  // the window stands still meanwhile
+constexpr int kShownMs = 1000;  // the window stands still meanwhile
 
 QString HtmlKey(const QString& folder) {
   return folder + QStringLiteral("_html");
@@ -79,7 +79,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
       source_(profiles.Pages()),
       page_(new LinkPage(profiles.Local(), wbPreview_)) {
   setObjectName(QStringLiteral("layout"));
-  resize(kSize);
+  resize(kLayoutSize);
   cbLayout_->setObjectName(QStringLiteral("cbLayout"));
   txHtml_->setObjectName(QStringLiteral("txHtml"));
   lvTag_->setObjectName(QStringLiteral("lvTag"));
@@ -93,7 +93,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
   auto* split = new QSplitter;
   split->addWidget(BuildEditor());
   split->addWidget(wbPreview_);
-  split->setSizes({kSize.width() / 2, kSize.width() / 2});
+  split->setSizes({kLayoutSize.width() / 2, kLayoutSize.width() / 2});
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
   buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
@@ -208,7 +208,7 @@ void LayoutWindow::InsertTag(int row) {
 
 void LayoutWindow::Preview() {
   RemovePage();
-  const ConditionLimit brief(kPreviewMs);
+  const ConditionLimit brief(kShownMs);
   const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText());
   lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
   if (page.isEmpty()) return;

@@ -13,7 +13,7 @@ namespace vorn {
 namespace {
 
 constexpr int kCheckRowsMs = 1000;
-constexpr int kLookAgainMs = 2000;
+constexpr int kAskAgainMs = 2000;
 constexpr int kMostAttempts = 3;
 
 }  // namespace
@@ -76,7 +76,7 @@ void PageReading::End() {
       attempts_ = 0;
       Drop();
     } else {
-      QTimer::singleShot(kLookAgainMs, this, &PageReading::LookAgain);
+      QTimer::singleShot(kAskAgainMs, this, &PageReading::LookAgain);
     }
   });
 }

@@ -10,7 +10,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kLookAgainMs = 500;
+constexpr int kBarLookMs = 500;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ ScriptBar::ScriptBar(Context& context, AllowedSites& sites, QPushButton* allow)
   allow->setObjectName(QStringLiteral("cmAllowScripts"));
   connect(allow, &QPushButton::clicked, this, &ScriptBar::Allow);
   lookAgain_.setSingleShot(true);
-  lookAgain_.setInterval(kLookAgainMs);
+  lookAgain_.setInterval(kBarLookMs);
   connect(&lookAgain_, &QTimer::timeout, this, &ScriptBar::LookAgain);
 }
 

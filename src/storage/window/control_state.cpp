@@ -15,11 +15,11 @@
 
 #include "objects/object_loader.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
 constexpr int kPrefixLength = 2;
 constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
 constexpr QSize kDefaultSize(600, 400);

@@ -8,7 +8,7 @@
 namespace vorn {
 namespace {
 
-const QString kBag = QStringLiteral("files");
+const QString kFilesBag = QStringLiteral("files");
 
 QString KeyOf(FileTask task) {
   switch (task) {
@@ -30,12 +30,12 @@ QString KeyOf(FileTask task) {
 
 // Empty the first time, and when the folder is gone: the toolkit's own choice.
 QString Remembered(Context& context, FileTask task) {
-  const QString folder = PlacementBag(context, kBag)->Text(KeyOf(task));
+  const QString folder = PlacementBag(context, kFilesBag)->Text(KeyOf(task));
   return QFileInfo(folder).isDir() ? folder : QString();
 }
 
 void Remember(Context& context, FileTask task, const QString& folder) {
-  PlacementBag(context, kBag)->Let(KeyOf(task), folder);
+  PlacementBag(context, kFilesBag)->Let(KeyOf(task), folder);
 }
 
 }  // namespace

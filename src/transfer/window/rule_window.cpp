@@ -10,14 +10,14 @@
 namespace vorn {
 namespace {
 
-constexpr QSize kSize(520, 420);
+constexpr QSize kRuleSize(520, 420);
 const QString kRules = QStringLiteral("ReceiveStop");
 
 }  // namespace
 
 RuleWindow::RuleWindow(Context& context, QWidget* parent)
     : EditingWindow(context, QStringLiteral("rule"), parent) {
-  resize(kSize);
+  resize(kRuleSize);
   setWindowTitle(Ui::tr("メッセージ条件"));
   AddPage(new RulePage);
 }
