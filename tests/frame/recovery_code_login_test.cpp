@@ -26,7 +26,7 @@ namespace {
 using test::ReadFile;
 using test::TestProfile;
 
-void WriteFile(const QString& path, const QByteArray& bytes) {
+void Overwrite(const QString& path, const QByteArray& bytes) {
   QFile file(path);
   ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
@@ -115,9 +115,9 @@ TEST_F(RecoveryCodeLogin, WithoutTheFileTheTypedCodeOpensTheProfileAndIsRemember
   QString mistyped = code_;
   mistyped[0] = mistyped[0] == u'7' ? u'8' : u'7';
   const QList<std::function<void()>> spoil = {
-      [&] {}, [&] { WriteFile(codeFile_, {}); },
-      [&] { WriteFile(codeFile_, mistyped.toLatin1() + '\n'); },
-      [&] { WriteFile(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
+      [&] {}, [&] { Overwrite(codeFile_, {}); },
+      [&] { Overwrite(codeFile_, mistyped.toLatin1() + '\n'); },
+      [&] { Overwrite(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
       // What one that may not be read gives, for root as well.
       [&] { QDir().mkpath(codeFile_); }};
   for (const auto& spoilt : spoil) {
@@ -237,7 +237,7 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   EXPECT_EQ(FormerPasswords(context), (QStringList{QString(), FileKey::FromCode(code_)}));
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   // A program that died before it forgot the code.
-  WriteFile(codeFile_, code_.toLatin1() + '\n');
+  Overwrite(codeFile_, code_.toLatin1() + '\n');
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   EXPECT_EQ(LogInWith(QStringLiteral("secret")), QString());
   EXPECT_FALSE(QFile::exists(codeFile_));
@@ -272,7 +272,7 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
       ASSERT_TRUE(QFile::remove(file));
       choice.reconnect.append(copyOf(file));
     }
-    if (all) WriteFile(copyOf(codeFile_), code_.toLatin1());
+    if (all) Overwrite(copyOf(codeFile_), code_.toLatin1());
     Context next;
     ASSERT_TRUE(StartUp(next, profile_.Folder(), &error_));
     ASSERT_TRUE(LogIn(next, {}, typed, &error_, choice)) << qPrintable(error_);
@@ -306,7 +306,7 @@ TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePa
     context.Lock.reset();
     for (int i : {0, 1}) {
       const QString& file = files_[i];
-      WriteFile(file, older[i]);
+      Overwrite(file, older[i]);
       EXPECT_FALSE(logsIn(typed, {}));
       EXPECT_TRUE(error_.contains(u"古い複製")) << qPrintable(error_);
       // A password that was given up does not come back by way of a copy.
@@ -347,7 +347,7 @@ TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   context.Data.CloseAll();
   for (const QString& file : files_) {
     QFile::remove(file + QStringLiteral("-wal"));
-    WriteFile(file, away[file]);
+    Overwrite(file, away[file]);
   }
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(QFile::exists(codeFile_));
@@ -383,7 +383,7 @@ TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
   EXPECT_TRUE(underCode_ && QFile::exists(codeFile_) && !QFile::exists(tried));
   EXPECT_FALSE(Opens(files_[1], {}));
   // A copy from before is read all the same, and gets the code.
-  WriteFile(files_[1], older);
+  Overwrite(files_[1], older);
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(underCode_);
 }

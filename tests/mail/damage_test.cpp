@@ -14,6 +14,7 @@
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/raw_pages.h"
 #include "storage/source_walk.h"
 #include "support/test_profile.h"
 
@@ -22,8 +23,6 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-constexpr qsizetype kPage = 4096;
 
 void WriteFile(const QString& path, const QByteArray& bytes) {
   QFile file(path);
@@ -56,14 +55,14 @@ class DamageTest : public testing::Test {
     Context().Data.TakeDamage();
     for (const char* ending : {"-wal", "-shm"}) QFile::remove(file_ + QLatin1String(ending));
     QByteArray damaged = sound_;
-    damaged.replace(page * kPage, kPage, QByteArray(kPage, '\0'));
+    damaged.replace(page * kPageBytes, kPageBytes, QByteArray(kPageBytes, '\0'));
     WriteFile(file_, damaged);
   }
 
   // A page that holds nothing but a part of the large source: its last one, whose loss the engine
   // does not see.
   qsizetype LastPageOfLarge() {
-    for (qsizetype page = sound_.size() / kPage - 1; page > 0; --page) {
+    for (qsizetype page = sound_.size() / kPageBytes - 1; page > 0; --page) {
       Zero(page);
       MailStore store(Context());
       bool onlyLarge = true;
@@ -84,7 +83,7 @@ class DamageTest : public testing::Test {
 
 TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
   int told = 0;
-  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
+  for (qsizetype page = 1; page < sound_.size() / kPageBytes; ++page) {
     Zero(page);
     MailStore store(Context());
     int unreadable = 0;
@@ -143,7 +142,7 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   Context().Data.PutDamage(profile, {QStringLiteral("file")});
   ASSERT_TRUE(KeepDamage(Context()));
   Context().Data.CloseAll();
-  WriteFile(profile, QByteArray(8 * kPage, 'x'));
+  WriteFile(profile, QByteArray(8 * kPageBytes, 'x'));
   EXPECT_TRUE(IsKnownDamaged(Context(), profile));
   ASSERT_TRUE(ForgetDamage(file_));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
@@ -214,7 +213,7 @@ TEST_F(DamageTest, AWalkGoesOnWhereItStopped) {
 // Also where the row itself is lost, and its subject with it.
 TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
   int named = 0;
-  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
+  for (qsizetype page = 1; page < sound_.size() / kPageBytes; ++page) {
     Zero(page);
     const FileFindings findings = Context().Data.CheckFile(
         file_, Context().Session->Text(u"password"), FileContents::Messages);
@@ -235,11 +234,11 @@ TEST_F(DamageTest, APageAsItWasBeforeGivesNoMessageAnothersSource) {
   Context().Data.CloseAll();
   const QByteArray later = ReadFile(file_);
   int missing = 0;
-  for (qsizetype page = 1; page < sound_.size() / kPage; ++page) {
-    const QByteArray before = sound_.sliced(page * kPage, kPage);
-    if (later.sliced(page * kPage, kPage) == before) continue;
+  for (qsizetype page = 1; page < sound_.size() / kPageBytes; ++page) {
+    const QByteArray before = sound_.sliced(page * kPageBytes, kPageBytes);
+    if (later.sliced(page * kPageBytes, kPageBytes) == before) continue;
     Zero(page);
-    WriteFile(file_, QByteArray(later).replace(page * kPage, kPage, before));
+    WriteFile(file_, QByteArray(later).replace(page * kPageBytes, kPageBytes, before));
     for (int i = 100; i < 140; ++i) profile_.Store(Source(i, 300));
     MailStore store(Context());
     for (qsizetype i = 0; i < serials_.size(); ++i) {
@@ -259,7 +258,7 @@ TEST_F(DamageTest, AnExportGoesOnBehindLostRows) {
   Context().Data.CloseAll();
   sound_ = ReadFile(file_);
   int damaged = 0;
-  for (qsizetype page = 5; page < sound_.size() / kPage; page += 3) {
+  for (qsizetype page = 5; page < sound_.size() / kPageBytes; page += 3) {
     Zero(page);
     const FolderListing listing = ListFolderMessages(Context(), fixed_serial::kInbox);
     if (listing.read && listing.unreadable.empty()) continue;

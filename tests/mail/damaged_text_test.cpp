@@ -50,7 +50,7 @@ QByteArray Damaged(QByteArray bytes, qsizetype at, Damage damage) {
 }
 
 // How many characters of the text are neither before nor behind what is wrong.
-qsizetype Missing(const QString& text, const QString& read) {
+qsizetype LostMarks(const QString& text, const QString& read) {
   qsizetype before = 0;
   while (before < qMin(text.size(), read.size()) && text[before] == read[before]) ++before;
   qsizetype behind = 0;
@@ -79,12 +79,12 @@ TEST_P(DamagedText, OneDamagedByteSpoilsAFewCharactersAlone) {
              {Damage::Lost, Damage::Changed, Damage::Inserted, Damage::Escape, Damage::LineEnd}) {
           const QByteArray damaged = Damaged(bytes, at, damage);
           const QString read = DecodeAutomatically(damaged, declared);
-          const qsizetype missing = Missing(whole, read);
+          const qsizetype missing = LostMarks(whole, read);
           // As a window reads it, by the code that was recognised when the message was stored.
           const int number = CodeNumber(RecognizeCharset(damaged));
           const CharsetChoice stored =
               number < 0 ? CharsetChoice::Automatic : static_cast<CharsetChoice>(number);
-          EXPECT_LE(Missing(whole, DecodeWithChoice(damaged, declared, stored)), missing + 3)
+          EXPECT_LE(LostMarks(whole, DecodeWithChoice(damaged, declared, stored)), missing + 3)
               << number << ' ' << DecodeWithChoice(damaged, declared, stored).toStdString();
           ++trials;
           tooMany += missing > 3 ? 1 : 0;

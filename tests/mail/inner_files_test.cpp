@@ -21,25 +21,26 @@ namespace vorn {
 namespace {
 
 template <typename Integer>
-QByteArray Number(Integer value) {
+QByteArray LittleEndian(Integer value) {
   QByteArray bytes(sizeof(value), '\0');
   qToLittleEndian(value, bytes.data());
   return bytes;
 }
 
 QByteArray Attribute(quint8 level, quint32 id, const QByteArray& data) {
-  return Number(level) + Number(id) + Number(quint32(data.size())) + data + Number(quint16(0));
+  return LittleEndian(level) + LittleEndian(id) + LittleEndian(quint32(data.size())) + data +
+         LittleEndian(quint16(0));
 }
 
 // A property with one value of a counted kind.
 QByteArray Property(quint16 kind, quint16 number, const QByteArray& value,
                     const QByteArray& between = {}) {
-  return Number(kind) + Number(number) + between + Number(quint32(1)) +
-         Number(quint32(value.size())) + value + QByteArray((4 - value.size() % 4) % 4, '\0');
+  return LittleEndian(kind) + LittleEndian(number) + between + LittleEndian(quint32(1)) +
+         LittleEndian(quint32(value.size())) + value + QByteArray((4 - value.size() % 4) % 4, '\0');
 }
 
 QByteArray Properties(const QByteArrayList& properties) {
-  return Number(quint32(properties.size())) + properties.join();
+  return LittleEndian(quint32(properties.size())) + properties.join();
 }
 
 QByteArray Wide(const QString& text) {
@@ -47,7 +48,7 @@ QByteArray Wide(const QString& text) {
 }
 
 QByteArray Package(const QByteArray& attributes) {
-  return Number(quint32(0x223E9F78)) + Number(quint16(7)) + attributes;
+  return LittleEndian(quint32(0x223E9F78)) + LittleEndian(quint16(7)) + attributes;
 }
 
 QByteArray FileBegins() {
@@ -58,13 +59,15 @@ QByteArray FileBegins() {
 // one without a name, properties that are named and such with several values before the ones
 // looked for.
 QByteArray WholePackage() {
-  const QByteArray odd = Property(0x1E, 0x8001, "x",
-                                  QByteArray(16, 'g') + Number(quint32(1)) + Number(quint32(6)) +
-                                      Wide(QStringLiteral("ab")) + QByteArray(2, '\0'));
-  const QByteArray numbers = Number(quint16(0x1003)) + Number(quint16(0x6000)) +
-                             Number(quint32(2)) + Number(quint32(1)) + Number(quint32(2));
+  const QByteArray odd =
+      Property(0x1E, 0x8001, "x",
+               QByteArray(16, 'g') + LittleEndian(quint32(1)) + LittleEndian(quint32(6)) +
+                   Wide(QStringLiteral("ab")) + QByteArray(2, '\0'));
+  const QByteArray numbers = LittleEndian(quint16(0x1003)) + LittleEndian(quint16(0x6000)) +
+                             LittleEndian(quint32(2)) + LittleEndian(quint32(1)) +
+                             LittleEndian(quint32(2));
   return Package(
-      Attribute(1, 0x00069007, Number(quint32(932)) + Number(quint32(0))) +
+      Attribute(1, 0x00069007, LittleEndian(quint32(932)) + LittleEndian(quint32(0))) +
       Attribute(
           1, 0x00069003,
           Properties({odd, numbers, Property(0x1F, 0x1000, Wide(QStringLiteral("本文です。")))})) +
@@ -102,10 +105,11 @@ TEST(TnefTest, FilesAndTextOfAPackageAreRead) {
   EXPECT_EQ(packed.text, QStringLiteral("hello world"));
   // By the code page that the message names, the package itself, or none.
   const QByteArray russian = Property(0x1E, 0x1000, "\xCF\xF0\xE8\xE2\xE5\xF2");
-  const QByteArray page = Number(quint16(0x0003)) + Number(quint16(0x3FFD)) + Number(quint32(1251));
+  const QByteArray page =
+      LittleEndian(quint16(0x0003)) + LittleEndian(quint16(0x3FFD)) + LittleEndian(quint32(1251));
   EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069003, Properties({russian, page})))).text,
             QStringLiteral("Привет"));
-  EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069007, Number(quint32(1251))) +
+  EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069007, LittleEndian(quint32(1251))) +
                              Attribute(1, 0x00069003, Properties({russian}))))
                 .text,
             QStringLiteral("Привет"));
@@ -141,9 +145,10 @@ TEST(TnefTest, ADamagedPackageGivesWhatCanBeRead) {
   }
   EXPECT_TRUE(ReadTnef("PK\x03\x04").files.empty());
   EXPECT_TRUE(ReadTnef(Package(Attribute(2, 0x0006800F, "no file has begun"))).files.empty());
-  EXPECT_EQ(ReadTnef(Package(Attribute(1, 0x00069003,
-                                       Number(quint32(0xFFFFFFFF)) + Number(quint16(0x1102)) +
-                                           Number(quint16(0x1000)) + Number(quint32(0xFFFFFFFF)))))
+  EXPECT_EQ(ReadTnef(Package(Attribute(
+                         1, 0x00069003,
+                         LittleEndian(quint32(0xFFFFFFFF)) + LittleEndian(quint16(0x1102)) +
+                             LittleEndian(quint16(0x1000)) + LittleEndian(quint32(0xFFFFFFFF)))))
                 .text,
             QString());
 }

@@ -25,7 +25,7 @@ std::vector<CodeOffer> OffersFor(const QByteArray& source) {
   return OfferCodes(source, MimeCodec::ContentIndex(source), kTypes);
 }
 
-QString Read(const QByteArray& source, const CodeOffer& offer) {
+QString ReadIn(const QByteArray& source, const CodeOffer& offer) {
   TextRequest request;
   request.charset.forced = offer.charset;
   request.textTypes = kTypes;
@@ -58,7 +58,7 @@ TEST(CodeOffersTest, TheRightCodeIsAmongThePlausibleOnesAndShowsTheLine) {
     EXPECT_TRUE(found->isPlausible);
     EXPECT_LT(found - offers.begin(), 16) << "is not seen without scrolling";
     EXPECT_EQ(found->preview.toStdString(), one.text.toStdString());
-    EXPECT_TRUE(Read(source, *found).contains(one.text));
+    EXPECT_TRUE(ReadIn(source, *found).contains(one.text));
   }
 }
 
@@ -95,7 +95,7 @@ TEST(CodeOffersTest, AForcedCodeGoesBeforeWhatIsDeclared) {
   const QByteArray source = Message("utf-8", QStringLiteral("あ").toUtf8());
   for (const CodeOffer& offer : OffersFor(source)) {
     if (offer.name == u"ISO-8859-1") {
-      EXPECT_TRUE(Read(source, offer).contains(QStringLiteral("ã\u0081\u0082")));
+      EXPECT_TRUE(ReadIn(source, offer).contains(QStringLiteral("ã\u0081\u0082")));
     }
   }
 }

@@ -21,14 +21,14 @@ namespace {
 
 using MimeCodec::OutputCharset;
 
-QString Text(const QByteArray& source) {
+QString TextOf(const QByteArray& source) {
   TextRequest request;
   request.textTypes = {QStringLiteral("text/plain")};
   return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
 }
 
 TEST(TextParts, APieceOfAMessageIsNotBlank) {
-  const QString text = Text(
+  const QString text = TextOf(
       "Content-Type: message/partial; id=\"a\"; number=1; total=2\r\n\r\n"
       "Subject: whole\r\n\r\nfirst half");
   EXPECT_TRUE(text.contains(QStringLiteral("first half"))) << text.toStdString();
@@ -38,8 +38,8 @@ TEST(TextParts, WideCharactersAreKnownByTheirMark) {
   for (const char* code : {"UTF-16LE", "UTF-16BE"}) {
     const QByteArray bytes =
         QStringEncoder(code, QStringConverter::Flag::WriteBom)(QStringLiteral("日本語です"));
-    EXPECT_EQ(Text("Content-Type: text/plain\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
-                   bytes.toBase64()),
+    EXPECT_EQ(TextOf("Content-Type: text/plain\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
+                     bytes.toBase64()),
               QStringLiteral("日本語です"))
         << code;
   }
@@ -58,10 +58,10 @@ TEST(HtmlText, BecomesReadableLines) {
 }
 
 TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
-  EXPECT_EQ(Text("Content-Type: text/html; charset=utf-8\r\n\r\n<p>本文</p>"),
+  EXPECT_EQ(TextOf("Content-Type: text/html; charset=utf-8\r\n\r\n<p>本文</p>"),
             QStringLiteral("本文\r\n"));
-  EXPECT_EQ(Text("Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\n \r\n--b\r\n"
-                 "Content-Type: text/html\r\n\r\n<b>x</b>\r\n--b--\r\n"),
+  EXPECT_EQ(TextOf("Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\n \r\n--b\r\n"
+                   "Content-Type: text/html\r\n\r\n<b>x</b>\r\n--b--\r\n"),
             QStringLiteral("x\r\n"));
 }
 
@@ -206,26 +206,27 @@ TEST(Appointments, OfOneThatIsCutOffOrAToDoThereIsWhatItSays) {
 }
 
 TEST(InnerMessages, ADigestShowsTheTextsOfItsMessages) {
-  EXPECT_EQ(Text("Content-Type: multipart/digest; boundary=d\r\n\r\n--d\r\n\r\nSubject: a\r\n\r\n"
-                 "one\r\n--d\r\n\r\nSubject: b\r\n\r\ntwo\r\n--d--\r\n"),
+  EXPECT_EQ(TextOf("Content-Type: multipart/digest; boundary=d\r\n\r\n--d\r\n\r\nSubject: a\r\n\r\n"
+                   "one\r\n--d\r\n\r\nSubject: b\r\n\r\ntwo\r\n--d--\r\n"),
             QStringLiteral("onetwo"));
   QByteArray nested = "Subject: x\r\n\r\ndeep\r\n";
   for (int i = 0; i < 50; ++i) nested = "Content-Type: message/rfc822\r\n\r\n" + nested;
-  EXPECT_EQ(Text(nested), QString());
+  EXPECT_EQ(TextOf(nested), QString());
 }
 
 TEST(Charsets, ForeignSetsOfIso2022JpAreRead) {
-  EXPECT_EQ(Text("Content-Type: text/plain; charset=iso-2022-jp-2\r\n\r\n\x1B$A0!\x1B$B$\"\x1B(B"),
-            QStringLiteral("啊あ"));
-  EXPECT_EQ(Text("Content-Type: text/plain; charset=utf-7\r\n\r\n+MEI-x"), QStringLiteral("あx"));
-  EXPECT_EQ(Text(QByteArray("Content-Type: text/plain; charset=utf-16\r\n\r\n") +
-                 QByteArray("\xFE\xFF\x30\x42", 4)),
+  EXPECT_EQ(
+      TextOf("Content-Type: text/plain; charset=iso-2022-jp-2\r\n\r\n\x1B$A0!\x1B$B$\"\x1B(B"),
+      QStringLiteral("啊あ"));
+  EXPECT_EQ(TextOf("Content-Type: text/plain; charset=utf-7\r\n\r\n+MEI-x"), QStringLiteral("あx"));
+  EXPECT_EQ(TextOf(QByteArray("Content-Type: text/plain; charset=utf-16\r\n\r\n") +
+                   QByteArray("\xFE\xFF\x30\x42", 4)),
             QStringLiteral("あ"));
 }
 
 TEST(FlowedText, ParagraphsAreJoinedAndQuotesKept) {
   const auto flowed = [](const QByteArray& body, const QByteArray& more = {}) {
-    return Text("Content-Type: text/plain; format=flowed" + more + "\r\n\r\n" + body);
+    return TextOf("Content-Type: text/plain; format=flowed" + more + "\r\n\r\n" + body);
   };
   EXPECT_EQ(flowed("one \r\ntwo\r\nthree\r\n"), QStringLiteral("one two\r\nthree\r\n"));
   EXPECT_EQ(flowed(">> a \r\n>> b\r\n> c \r\nd"), QStringLiteral(">> a b\r\n> c \r\nd"));
@@ -242,7 +243,7 @@ TEST(Uuencoding, BlocksInATextAreFilesOfTheirOwn) {
   EXPECT_EQ(MimeCodec::UuDecode(lines), data);
   const QByteArray source = "Subject: x\r\n\r\nbefore\r\nbegin 644 a.bin\r\n" + lines +
                             "`\r\nend\r\nafter\r\nbegin the day\r\n";
-  EXPECT_EQ(Text(source), QStringLiteral("before\r\nafter\r\nbegin the day\r\n"));
+  EXPECT_EQ(TextOf(source), QStringLiteral("before\r\nafter\r\nbegin the day\r\n"));
   const auto records = MimeCodec::ReadContent(source);
   ASSERT_EQ(records.size(), 3U);
   EXPECT_EQ(records[1].name, QStringLiteral("a.bin"));

@@ -17,10 +17,11 @@ namespace {
 using test::TestProfile;
 using test::WaitFor;
 
-const QString kAll = QStringLiteral("SELECT SERIALID FROM mail");
-const QString kEndless = kAll + QStringLiteral(
-                                    " WHERE 0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, mail "
-                                    "c, mail d, mail e, mail f, mail g, mail h)");
+const QString kEveryRow = QStringLiteral("SELECT SERIALID FROM mail");
+const QString kEndless =
+    kEveryRow + QStringLiteral(
+                    " WHERE 0 > (SELECT COUNT(a.STATUS) FROM mail a, mail b, mail "
+                    "c, mail d, mail e, mail f, mail g, mail h)");
 constexpr int kLongMs = 600000;
 
 class ConditionRunTest : public testing::Test {
@@ -46,7 +47,7 @@ TEST_F(ConditionRunTest, TheAnswerHasWhatIsOnlyGatheredYet) {
   ASSERT_TRUE(data.BeginGathered());
   ASSERT_TRUE(data.Run("INSERT INTO mail (SERIALID, STATUS) VALUES ('m', 4)", {}));
   ASSERT_TRUE(data.Commit());
-  const ConditionRunPtr run = Ask(kAll, kLongMs);
+  const ConditionRunPtr run = Ask(kEveryRow, kLongMs);
   ASSERT_TRUE(WaitFor([&] { return answer_.has_value(); }));
   EXPECT_FALSE(answer_->error) << qPrintable(answer_->error.text);
   EXPECT_EQ(answer_->values.size(), 41);
@@ -57,10 +58,10 @@ TEST_F(ConditionRunTest, TheAnswerHasWhatIsOnlyGatheredYet) {
 
 TEST_F(ConditionRunTest, WhatIsRefusedOrTakesTooLongIsToldByTheReason) {
   for (const auto& [question, words] :
-       {std::pair{kAll + QStringLiteral(" WHERE x"), QStringLiteral("「x」")},
-        std::pair{kAll + QStringLiteral(" WHERE 0 < (SELECT COUNT(DATA) FROM long_binary)"),
+       {std::pair{kEveryRow + QStringLiteral(" WHERE x"), QStringLiteral("「x」")},
+        std::pair{kEveryRow + QStringLiteral(" WHERE 0 < (SELECT COUNT(DATA) FROM long_binary)"),
                   QStringLiteral("メッセージの検索だけ")},
-        std::pair{kAll + QStringLiteral(" WHERE '"), QString()},
+        std::pair{kEveryRow + QStringLiteral(" WHERE '"), QString()},
         std::pair{kEndless, QStringLiteral("時間がかかりすぎる")}}) {
     const ConditionRunPtr run = Ask(question, 300);
     ASSERT_TRUE(WaitFor([&] { return answer_.has_value(); })) << qPrintable(question);
@@ -76,7 +77,7 @@ TEST_F(ConditionRunTest, OneThatIsStoppedEndsAtOnceAndSaysNothing) {
   // The second is one long step of the engine.
   for (const QString& question :
        {kEndless,
-        QString(kAll +
+        QString(kEveryRow +
                 QStringLiteral(" WHERE %1 LIKE '*' & substr(%1,1,500000) & 'b*'").arg(million))}) {
     ConditionRunPtr run = Ask(question, kLongMs);
     EXPECT_FALSE(WaitFor([&] { return answer_.has_value(); }, 500));
@@ -98,8 +99,8 @@ TEST_F(ConditionRunTest, ALimitHoldsInItsScopeAndTellsThatItWasReached) {
   const ConditionLimit outer(kLongMs);
   {
     const ConditionLimit brief(100);
-    EXPECT_TRUE(ask(kAll));
-    EXPECT_FALSE(ask(kAll + QStringLiteral(" WHERE x")));
+    EXPECT_TRUE(ask(kEveryRow));
+    EXPECT_FALSE(ask(kEveryRow + QStringLiteral(" WHERE x")));
     EXPECT_FALSE(brief.IsReached());
     EXPECT_FALSE(ask(kEndless));
     EXPECT_TRUE(brief.IsReached());

@@ -369,7 +369,7 @@ TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
 
 // --- POP3 --------------------------------------------------------------------------------------
 
-const QByteArray kLogin = "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n";
+const QByteArray kLoginLines = "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n";
 
 TEST(Pop3Limits, RulesWorkWithoutTop) {
   for (const char* capabilities : {"-ERR\r\n", "+OK\r\nUSER\r\nUIDL\r\n.\r\n"}) {
@@ -391,7 +391,7 @@ TEST(Pop3Limits, RulesWorkWithoutTop) {
 TEST(Pop3Limits, NumbersAndLengthsOfAServerAreNotBelieved) {
   SessionRecorder huge;
   PlayPop3(huge,
-           kLogin +
+           kLoginLines +
                "+OK\r\n1 9223372036854775807\r\n2 9223372036854775807\r\n3 -5\r\n4 99999999999"
                "9999999999\r\n.\r\n+OK\r\n1 a\r\n2 b\r\n3 c\r\n4 d\r\n.\r\n"
                "+OK\r\nSubject: x\r\n\r\n.\r\n");
