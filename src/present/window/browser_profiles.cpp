@@ -100,6 +100,7 @@ void BrowserProfiles::UseFont(const QString& family, int points) {
   if (!name.isEmpty())
     style += QStringLiteral("font-family:\"%1\",sans-serif !important;").arg(name);
   if (points > 0) style += QStringLiteral("font-size:%1pt !important;").arg(points);
+  fontStyle_ = style;
   if (style.isEmpty()) return;
   const QJsonArray sheet = {QStringLiteral("body{%1}").arg(style)};
   QWebEngineScript script;

@@ -24,9 +24,11 @@ class BrowserProfiles {
 
   /// What the local world shows.
   PageSource& Pages() const { return *pages_; }
-  /// Shows folder pages in a font whatever their layout says, from the next page on. An empty
-  /// family and a size of 0 points leave it to the layout.
+  /// Shows folder pages in a font whatever their layout says, from the next page on that is loaded.
+  /// An empty family and a size of 0 points leave it to the layout.
   void UseFont(const QString& family, int points);
+  /// The rule for that font; empty for none.
+  QString FontStyle() const { return fontStyle_; }
 
   AllowedSites& Sites() const { return *sites_; }
 
@@ -35,6 +37,7 @@ class BrowserProfiles {
 
  private:
   bool dark_;
+  QString fontStyle_;
   std::unique_ptr<PageSource> pages_;
   std::unique_ptr<QWebEngineProfile> local_;
   std::unique_ptr<QWebEngineProfile> web_;

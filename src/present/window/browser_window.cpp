@@ -29,6 +29,7 @@ namespace vorn {
 namespace {
 
 constexpr int kHoldMs = 1000;
+constexpr qsizetype kMostReplaced = 4 << 20;  // bytes of a page; a larger one is better loaded
 
 }  // namespace
 
@@ -158,7 +159,7 @@ void BrowserWindow::ConnectFolder() {
   connect(engine_.get(), &EngineView::MenuWanted, commands_.get(), &PageCommands::PopUp);
   connect(messages, &PageMessages::ChosenChanged, this, &BrowserWindow::ChosenChanged);
   connect(messages, &PageMessages::Gone, this, &BrowserWindow::MessagesGone);
-  connect(messages, &PageMessages::PageWanted, paging_.get(), &FolderPaging::GoTo);
+  connect(messages, &PageMessages::PageWanted, paging_.get(), &FolderPaging::GoToMessage);
   connect(split_, &PageSplit::PaneMade, this,
           [this](QWidget* pane) { commands_->AddToPane(*pane); });
   // First the choice, then what the folder is searched for.
@@ -255,13 +256,27 @@ void BrowserWindow::ShowText(const QString& html) {
 }
 
 void BrowserWindow::UpdateBrowser() {
-  IsLocal() ? rows_.Await() : rows_.Detach();
   toolbar_->ShowAddress(IsLocal() ? windowTitle() : request_.Url(), !IsLocal());
+  const bool isThere = IsLocal() && engine_->ShowsFolder() && !request_.IsLoading();
+  isThere&& rows_.CanReplace() && reading_->Page().size() < kMostReplaced ? Replace() : LoadPage();
+}
+
+// The page in sight becomes the new one.
+void BrowserWindow::Replace() {
+  rows_.Replace(reading_->Page(), [this](bool isReplaced) {
+    if (!isReplaced) return LoadPage();
+    reading_->Drop();
+    maker_->Counter().BeginSoon();
+    Q_EMIT Loaded(true);
+  });
+}
+
+void BrowserWindow::LoadPage() {
   if (IsLocal()) {
-    const QString place = rows_.PlaceScript();
-    if (!place.isEmpty()) engine_->HoldPicture();
-    engine_->Load(reading_->Url(), true, place);
+    rows_.Await();
+    engine_->Load(reading_->Url(), true, rows_.PlaceScript());
   } else {
+    rows_.Detach();
     engine_->Load(QUrl::fromUserInput(request_.Url()), false);
   }
   reading_->Begin();

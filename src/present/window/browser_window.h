@@ -110,6 +110,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void GoToAddress(const QString& address);
   void TakeName(const QString& name, const QUrl& url);
   bool CreatePage();
+  void LoadPage();
+  void Replace();
   void ShowText(const QString& html);
   void SetLoading(bool loading);
   void LoadEnded(bool ok);

@@ -3,9 +3,7 @@
 #include <QChildEvent>
 #include <QCoreApplication>
 #include <QFocusEvent>
-#include <QLabel>
 #include <QPointer>
-#include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -13,19 +11,11 @@
 #include <QWebEngineView>
 #include <utility>
 
-#include "kit/window/plain_text.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/link_page.h"
 #include "present/window/script_bar.h"
 
 namespace vorn {
-namespace {
-
-constexpr int kMostHeldMs = 1000;
-constexpr int kDrawnMs = 40;
-
-}  // namespace
-
 EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
     : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
   MakeView();
@@ -89,9 +79,6 @@ void EngineView::Use(bool local) {
 void EngineView::ConnectPage() {
   connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
   connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
-  connect(page_, &LinkPage::RowTold, this, [this](const QString& what) {
-    if (what == u"seen") LetPictureGo();
-  });
   connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
   connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
           Qt::QueuedConnection);
@@ -113,24 +100,13 @@ void EngineView::Close() {
   LetGo();
 }
 
-void EngineView::HoldPicture() {
-  if (view_ == nullptr || !view_->isVisible() || picture_ != nullptr) return;
-  picture_ = PlainLabel();
-  picture_->setParent(view_);
-  picture_->setPixmap(view_->grab());
-  picture_->setGeometry(view_->rect());
-  picture_->setAttribute(Qt::WA_TransparentForMouseEvents);
-  picture_->show();
-  QTimer::singleShot(kMostHeldMs, picture_, &QObject::deleteLater);
-}
-
-// The page's word may be here before its frame.
-void EngineView::LetPictureGo() {
-  if (picture_ != nullptr) QTimer::singleShot(kDrawnMs, picture_, &QObject::deleteLater);
+bool EngineView::ShowsFolder() const {
+  return page_ != nullptr && page_->HasLocalPage() && fontStyle_ == profiles_.FontStyle();
 }
 
 void EngineView::Load(const QUrl& url, bool local, const QString& first) {
   page_->SetLocalPage(local ? url : QUrl());
+  fontStyle_ = profiles_.FontStyle();
   page_->scripts().clear();
   if (!first.isEmpty()) {
     QWebEngineScript script;

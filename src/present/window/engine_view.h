@@ -11,7 +11,6 @@ class QPoint;
 class QUrl;
 class QVariant;
 class QWebEnginePage;
-class QLabel;
 class QWebEngineView;
 class QWidget;
 
@@ -48,9 +47,8 @@ class EngineView : public QObject {
   /// Loads a local page or one of the web; the page is one for that. `first` is a script of the
   /// program's that the new document runs before anything else; empty for none.
   void Load(const QUrl& url, bool local, const QString& first = {});
-  /// What is in sight stays so, as a picture, until the page that is loaded says that it is there,
-  /// or does not in a second. The engine shows a page before it is whole and at its place.
-  void HoldPicture();
+  /// Whether a folder's page was loaded last, and in the font that is wanted now.
+  bool ShowsFolder() const;
   /// Shows words of the program's own, on a local page.
   void ShowHtml(const QString& html);
   /// Asks the page by a script of the program's. The answer is empty when the page goes.
@@ -82,14 +80,13 @@ class EngineView : public QObject {
  private:
   void MakeView();
   void ConnectPage();
-  void LetPictureGo();
 
   const BrowserProfiles& profiles_;
   QWidget& window_;
   ScriptBar* scripts_;
   QWebEngineView* view_ = nullptr;
   LinkPage* page_ = nullptr;
-  QPointer<QLabel> picture_;
+  QString fontStyle_;  // of the page that was loaded last
   std::function<QWebEnginePage*()> makeWindow_;
   bool isLocal_ = false;
   bool closed_ = false;

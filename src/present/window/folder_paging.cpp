@@ -26,8 +26,17 @@ FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& make
 
 void FolderPaging::GoTo(int page) {
   if (!request_.IsLocal()) return;
-  toolbar_.ForgetTypedPage();
   rows_.BeginAtEnd(false);
+  Ask(page);
+}
+
+void FolderPaging::GoToMessage(int page, const QString& message) {
+  rows_.BeginAtMessage(message);
+  Ask(page);
+}
+
+void FolderPaging::Ask(int page) {
+  toolbar_.ForgetTypedPage();
   request_.SetPage(page);
   Q_EMIT PageWanted();
 }
@@ -46,8 +55,8 @@ void FolderPaging::GoToTyped() {
 void FolderPaging::GoToLast() {
   if (!request_.IsLocal()) return;
   maker_.LastPage([this](int last) {
-    GoTo(last);
     maker_.BeginAtNewest();
+    Ask(last);
   });
 }
 

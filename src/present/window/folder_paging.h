@@ -18,6 +18,8 @@ class FolderPaging : public QObject {
   FolderPaging(PageRequest& request, PageRows& rows, PageMaker& maker, FolderToolbar& toolbar);
 
   void GoTo(int page);
+  /// Goes to the page on which a message stands, and to the message there.
+  void GoToMessage(int page, const QString& message);
   void Turn(int step);
   /// Searches for what is typed, or shows all messages when that is nothing.
   void Search();
@@ -35,6 +37,7 @@ class FolderPaging : public QObject {
  private:
   void GoToTyped();
   void GoToLast();
+  void Ask(int page);
 
   PageRequest& request_;
   PageRows& rows_;

@@ -17,6 +17,7 @@ class LinkPage : public QWebEnginePage {
 
   /// On a local page only link commands act, and the one page that the window itself loads.
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
+  bool HasLocalPage() const { return !localPage_.isEmpty(); }
   /// Makes the page of a new window that this one asks for; web pages only.
   void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
   /// Tells of a web page whether its scripts run. Without this none do.

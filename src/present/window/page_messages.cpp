@@ -144,8 +144,7 @@ void PageMessages::GoToPageOf(const QString& message) {
   const ConditionLimit brief(kSearchMs);
   const qint64 before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
   if (before < 0) return host_.Tell(context_.Data.LastError().text);
-  Q_EMIT PageWanted(pages_.PageOf(before));
-  rows_.BeginAtMessage(message);
+  Q_EMIT PageWanted(pages_.PageOf(before), message);
 }
 
 // Whether the messages are gone from the folder without a question.

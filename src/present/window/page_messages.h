@@ -55,7 +55,7 @@ class PageMessages : public QObject {
   /// Messages have left the folder.
   void Gone(const QStringList& messages);
   /// A message stands on that page of the folder.
-  void PageWanted(int page);
+  void PageWanted(int page, const QString& message);
 
  private:
   bool HasAny(bool any);

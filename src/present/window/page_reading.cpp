@@ -40,6 +40,10 @@ bool PageReading::IsKept() const {
   return url.isLocalFile() ? QFile::exists(url.toLocalFile()) : source_.Has(url.toString());
 }
 
+QByteArray PageReading::Page() const {
+  return source_.Page(request_.Url());
+}
+
 void PageReading::Drop() {
   if (!request_.IsLocal() || !request_.HasUrl()) return;
   const QUrl url = Url();
@@ -54,7 +58,8 @@ void PageReading::Begin() {
 // Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
 // for in between is lost with the former page: without its rows the keys would stay dead.
 void PageReading::CheckRows() {
-  if (!request_.IsLocal() || engine_.Page() == nullptr || rows_.IsReady()) return;
+  if (!request_.IsLocal() || engine_.Page() == nullptr) return;
+  if (rows_.IsReady() || rows_.IsReplacing()) return;
   if (engine_.Page()->isLoading()) {
     Begin();
   } else {

@@ -26,6 +26,8 @@ class PageReading : public QObject {
   QUrl Url() const;
   /// Whether it is there, which is until it has been read.
   bool IsKept() const;
+  /// The page itself, where it is kept in memory.
+  QByteArray Page() const;
   void Drop();
   /// The engine has been told to load it.
   void Begin();

@@ -12,12 +12,15 @@ namespace vorn {
 namespace {
 
 constexpr int kAnswerMs = 2000;  // after so long a page will not tell its place any more
+const QString kTop = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0})");
 
 }  // namespace
 
 PageRows::PageRows(QObject* parent) : QObject(parent) {
   giveUp_.setSingleShot(true);
   connect(&giveUp_, &QTimer::timeout, this, &PageRows::Make);
+  giveUpReplacing_.setSingleShot(true);
+  connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(replacing_, -1); });
 }
 
 // What waits for an answer goes on without one when the page goes for good: a message that was
@@ -43,10 +46,16 @@ void PageRows::Run(const QString& script, const std::function<void(const QVarian
 // of an earlier loading is told: state that was not put back is still kept, and what was to make
 // the page anew does so now.
 void PageRows::Attach(QWebEnginePage* page) {
+  replaced_ = {};
   page_ = page;
   comes_ = false;
   Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
   if (!kept_.isEmpty()) Restore(kept_);
+  Arrive();
+}
+
+void PageRows::Arrive() {
+  isOrdered_ = false;
   if (!reach_.isEmpty()) {
     Reach(QString(reach_));
     reach_.clear();  // not on a later page
@@ -56,6 +65,42 @@ void PageRows::Attach(QWebEnginePage* page) {
   } else {
     DoWaiting();
   }
+}
+
+void PageRows::Replace(const QByteArray& page, const std::function<void(bool)>& then) {
+  if (!making_) LetWaitingGo();  // it is another folder's, or another page of it
+  comes_ = true;
+  replaced_ = then;
+  giveUpReplacing_.start(kAnswerMs);
+  const QString script =
+      QStringLiteral("window.vorn ? vorn.replace('%1', ...%2) : null")
+          .arg(QString::fromLatin1(page.toBase64()), Place(!isOrdered_       ? QString()
+                                                           : kept_.isEmpty() ? kTop
+                                                                             : kept_));
+  page_->runJavaScript(
+      script, QWebEngineScript::ApplicationWorld,
+      [self = QPointer<PageRows>(this), number = ++replacing_](const QVariant& count) {
+        if (self == nullptr || self->closed_) return;
+        self->EndReplacing(number, count.isValid() ? count.toInt() : -1);
+      });
+}
+
+// Of two that are sent in a row the answer to the first is nobody's.
+void PageRows::EndReplacing(int number, int count) {
+  if (number != replacing_ || !replaced_) return;
+  giveUpReplacing_.stop();
+  const auto then = std::exchange(replaced_, {});
+  if (count < 0) {
+    making_ = true;  // what waits for the page goes on waiting
+    then(false);
+    making_ = false;
+    return;
+  }
+  kept_.clear();
+  comes_ = false;
+  SetCount(count);
+  Arrive();
+  then(true);
 }
 
 // As arguments in a list, which JSON is.
@@ -76,12 +121,20 @@ void PageRows::Restore(const QString& state) {
 }
 
 void PageRows::Detach() {
+  replaced_ = {};
   page_.clear();
   if (making_) return;
+  LetWaitingGo();
+  SetCount(0);
+}
+
+// It is answered with nothing.
+void PageRows::LetWaitingGo() {
+  const QPointer<QWebEnginePage> page = std::exchange(page_, nullptr);
   comes_ = false;
   make_ = {};
   DoWaiting();
-  SetCount(0);
+  page_ = page;
 }
 
 void PageRows::Await() {
@@ -177,6 +230,7 @@ void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
 }
 
 void PageRows::BeginAtEnd(bool atEnd) {
+  isOrdered_ = true;
   kept_ = atEnd ? QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})") : QString();
 }
 
@@ -184,6 +238,7 @@ void PageRows::BeginAtMessage(const QString& serialId) {
   const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId}},
                           {QStringLiteral("chosen"), QJsonArray()},
                           {QStringLiteral("seen"), true}};
+  isOrdered_ = true;
   kept_ = QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact));
 }
 
@@ -201,7 +256,10 @@ void PageRows::Keep(const std::function<void()>& then) {
     return;
   }
   Run(QStringLiteral("vorn.state()"), [this](const QVariant& state) {
-    if (make_ && state.isValid()) kept_ = state.toString();
+    if (make_ && state.isValid()) {
+      kept_ = state.toString();
+      isOrdered_ = false;
+    }
     Make();
   });
   // A page that goes at this very moment takes the question with it.

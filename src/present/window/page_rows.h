@@ -20,6 +20,13 @@ class PageRows : public QObject {
 
   /// Takes a page that has been loaded, at the place that was last kept.
   void Attach(QWebEnginePage* page);
+  /// Has the page that is there take over another version of itself, or another folder's page, row
+  /// by row: nothing flashes, and what is done meanwhile is done on the new one. `then` hears
+  /// whether it has; else the page has to be loaded.
+  void Replace(const QByteArray& page, const std::function<void(bool)>& then);
+  /// Whether there is a page that can be asked to.
+  bool CanReplace() const { return !page_.isNull(); }
+  bool IsReplacing() const { return replaced_ != nullptr; }
   /// The page goes; its rows with it.
   void Detach();
   /// Another page is being loaded: what is done until it is taken is done on it.
@@ -95,20 +102,27 @@ class PageRows : public QObject {
   void Run(const QString& script, const std::function<void(const QVariant&)>& then = {});
   QString Place(const QString& state) const;
   void Restore(const QString& state);
+  void Arrive();
+  void EndReplacing(int number, int count);
+  void LetWaitingGo();
   void Make();
   void DoWaiting();
 
   QPointer<QWebEnginePage> page_;
-  bool comes_ = false;                    // the page is being made anew or loaded
-  bool making_ = false;                   // just now
-  std::function<void()> make_;            // when its state is known
-  QTimer giveUp_;                         // knowing it
+  bool comes_ = false;                  // the page is being made anew or loaded
+  bool making_ = false;                 // just now
+  std::function<void()> make_;          // when its state is known
+  QTimer giveUp_;                       // knowing it
+  std::function<void(bool)> replaced_;  // when the page has taken another version of itself
+  int replacing_ = 0;                   // the number of that version
+  QTimer giveUpReplacing_;
   QList<std::function<void()>> waiting_;  // until it is there
   int count_ = 0;
   bool closed_ = false;
   std::function<void()> changed_;
   QString kept_;
-  QString reach_;  // a message whose row is wanted as the current one
+  bool isOrdered_ = false;  // where the next page begins, whatever this one tells
+  QString reach_;           // a message whose row is wanted as the current one
   bool staysAtEnd_ = false;
 };
 

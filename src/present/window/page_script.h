@@ -5,29 +5,34 @@ namespace vorn {
 /// The script with which the program itself follows the user on a folder's page. It runs in every
 /// page once that is read, in a world apart from it, where scripts of the page, if it had any,
 /// could not reach it. `vorn` offers moving among the rows, choosing several, and keeping all that
-/// over a new version of the page.
+/// over a new version of the page, which takes the place of this one row by row.
 inline constexpr char kPageScript[] = R"js(
 (() => {
   if (window.vorn) return;
   // An element's name hides what the document offers under that name, so it is asked the long way.
-  const all = selector => [...Document.prototype.querySelectorAll.call(document, selector)];
   const listen = (kind, heard) => EventTarget.prototype.addEventListener.call(document, kind, heard, true);
-  const rows = [];
-  const seen = new Set();
-  for (const link of all('a[href]')) {
-    const href = link.getAttribute('href');
-    if (!/^preview:/i.test(href)) continue;
-    let id = href.slice(8);
-    try {
-      id = decodeURIComponent(id);
-    } catch (error) {
-      continue;  // none of ours
+  const all = selector => allOf(document, selector);
+  const allOf = (document, selector) => [...Document.prototype.querySelectorAll.call(document, selector)];
+  const ask = (document, name) => Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
+  const findRows = document => {
+    const found = new Map();
+    for (const link of allOf(document, 'a[href]')) {
+      const href = link.getAttribute('href');
+      if (!/^preview:/i.test(href)) continue;
+      let id = href.slice(8);
+      try {
+        id = decodeURIComponent(id);
+      } catch (error) {
+        continue;  // none of ours
+      }
+      if (found.has(id)) continue;
+      const element = link.closest('tr, li, article') || link.parentElement || link;
+      found.set(id, {id, element, html: element.outerHTML});
     }
-    if (seen.has(id)) continue;
-    seen.add(id);
-    rows.push({id, element: link.closest('tr, li, article') || link.parentElement || link});
-  }
-  for (const row of rows) row.links = [...row.element.querySelectorAll('a[href]')];
+    return [...found.values()];
+  };
+  let rows = findRows(document);
+  let seen = new Set(rows.map(row => row.id));
   const style = Document.prototype.createElement.call(document, 'style');
   style.textContent = '@media screen { .vorn-chosen { background: rgba(64,128,255,.25) !important; }' +
       ' .vorn-current { outline: 2px solid rgb(64,128,255); outline-offset: -2px; }' +
@@ -138,8 +143,14 @@ inline constexpr char kPageScript[] = R"js(
       tell('row', current);
     }
   });
-  // A row is taken by any of its places, where the engine itself only moves links.
-  for (const row of rows) row.element.draggable = true;
+  const attend = () => {
+    for (const row of rows) {
+      row.links = [...row.element.querySelectorAll('a[href]')];
+      // A row is taken by any of its places, where the engine itself only moves links.
+      row.element.draggable = true;
+    }
+    show();
+  };
   listen('dragstart', event => {
     const index = rowAt(event.target);
     if (index < 0 || event.dataTransfer.types.includes('text/uri-list')) return;
@@ -159,7 +170,72 @@ inline constexpr char kPageScript[] = R"js(
     }
   });
 
-  show();
+  attend();
+
+  const restore = (state, staysAtEnd) => {
+    const next = state.next.find(id => seen.has(id));
+    current = rows.findIndex(row => row.id === next);
+    if (current < 0 && state.next.length > 0) current = lastThere();
+    anchor = rows.findIndex(row => row.id === state.anchor);
+    chosen = new Set(state.chosen.filter(id => seen.has(id)));
+    toldChosen = -1;  // the page before this one may have had others
+    show();
+    if (!state.seen) {
+      const stays = state.end && staysAtEnd;
+      scrollTo(state.x, stays ? 1e9 : state.y);
+      if (!stays) holdInSight(state);
+      if (stays && current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
+    } else if (current >= 0) {
+      rows[current].element.scrollIntoView({block: 'center'});
+    }
+    tell('kept', current);
+  };
+
+  // What a document declares about itself counts only while it is read.
+  const declared = document => ask(document, 'compatMode') + allOf(document, 'meta').map(meta => meta.outerHTML).join();
+  // The elements in which rows stand; null when rows are no elements of their own.
+  const aroundRows = rows => {
+    const elements = new Set(rows.map(row => row.element));
+    const around = new Set();
+    for (const {element} of rows) {
+      for (let up = element.parentElement; up && !around.has(up); up = up.parentElement) around.add(up);
+    }
+    return elements.size === rows.length && ![...elements].some(element => around.has(element)) ? around : null;
+  };
+  // Gives an element the children of another one that comes in its place. What says the same stays
+  // as it is; `next.rows` are the rows of the other document, by their elements.
+  const takeChildren = (element, other, now, next) => {
+    for (const {name} of [...element.attributes]) {
+      if (!other.hasAttribute(name)) element.removeAttribute(name);
+    }
+    for (const {name, value} of other.attributes) {
+      if (element.getAttribute(name) !== value) element.setAttribute(name, value);
+    }
+    const children = [...element.childNodes];
+    const ways = children.filter(child => now.around.has(child));
+    const plain = children.filter(child => !now.around.has(child) && !now.rows.has(child));
+    const wanted = [...other.childNodes].map(child => {
+      const row = next.rows.get(child);
+      if (row) {
+        const same = now.ids.get(row.id);
+        if (!same || same.html !== row.html || same.element.parentNode !== element) return child;
+        return row.element = same.element;
+      }
+      if (next.around.has(child)) {
+        if (ways[0]?.nodeName !== child.nodeName) return child;
+        takeChildren(ways[0], child, now, next);
+        return ways.shift();
+      }
+      return plain[0]?.isEqualNode(child) ? plain.shift() : child;
+    });
+    const stays = new Set(wanted);
+    for (const child of children) if (!stays.has(child)) child.remove();
+    let at = element.firstChild;
+    for (const child of wanted) {
+      if (child === at) at = at.nextSibling;
+      else element.insertBefore(child, at);
+    }
+  };
 
   window.vorn = {
     count: () => rows.length,
@@ -233,24 +309,32 @@ inline constexpr char kPageScript[] = R"js(
     restore: (text, staysAtEnd) => {
       if (text === restored) return;
       restored = text;
-      const state = JSON.parse(text);
-      const next = state.next.find(id => seen.has(id));
-      current = rows.findIndex(row => row.id === next);
-      if (current < 0 && state.next.length > 0) current = lastThere();
-      anchor = rows.findIndex(row => row.id === state.anchor);
-      chosen = new Set(state.chosen.filter(id => seen.has(id)));
-      toldChosen = -1;  // the page before this one may have had others
-      show();
-      if (!state.seen) {
-        const stays = state.end && staysAtEnd;
-        scrollTo(state.x, stays ? 1e9 : state.y);
-        if (!stays) holdInSight(state);
-        if (stays && current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
-      } else if (current >= 0) {
-        rows[current].element.scrollIntoView({block: 'center'});
-      }
-      tell('kept', current);
-      requestAnimationFrame(() => requestAnimationFrame(() => tell('seen', -1)));
+      restore(JSON.parse(text), staysAtEnd);
+    },
+    // Another version of the page, as bytes in base64, takes the place of this one, at `place` or
+    // where the user is now. Gives the number of its rows, or nothing where it has to be loaded.
+    replace: (page, place, staysAtEnd) => {
+      const bytes = Uint8Array.from(atob(page), letter => letter.charCodeAt(0));
+      const text = new TextDecoder(ask(document, 'characterSet')).decode(bytes);
+      const other = new DOMParser().parseFromString(text, 'text/html');
+      const others = findRows(other);
+      const now = {around: aroundRows(rows), rows: new Set(rows.map(row => row.element)),
+                   ids: new Map(rows.map(row => [row.id, row]))};
+      const next = {around: aroundRows(others), rows: new Map(others.map(row => [row.element, row]))};
+      const bodies = [document, other].map(document => allOf(document, 'html > body')[0]);
+      if (!now.around || !next.around || !bodies[0] || !bodies[1]) return null;
+      if (declared(document) !== declared(other)) return null;
+      const state = JSON.parse(place || vorn.state());
+      const heads = [document, other].map(document => allOf(document, 'html > head')[0]);
+      if (!heads[0].isEqualNode(heads[1])) heads[0].replaceWith(heads[1]);
+      takeChildren(bodies[0], bodies[1], now, next);
+      rows = others;
+      seen = new Set(rows.map(row => row.id));
+      gone.clear();
+      clicked = -1;
+      attend();
+      restore(state, staysAtEnd);
+      return rows.length;
     },
   };
 

@@ -20,6 +20,7 @@ class PageSource : public QWebEngineUrlSchemeHandler {
   /// Keeps a page until it is forgotten; gives its address.
   QString Keep(const QByteArray& page);
   void Forget(const QString& address) { pages_.remove(address); }
+  QByteArray Page(const QString& address) const { return pages_.value(address); }
   bool Has(const QString& address) const { return pages_.contains(address); }
 
   void requestStarted(QWebEngineUrlRequestJob* job) override;

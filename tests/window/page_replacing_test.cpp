@@ -1,0 +1,141 @@
+// A folder's page takes over its next version row by row, instead of being loaded anew.
+#include <gtest/gtest.h>
+
+#include <QWebEngineView>
+
+#include "mail/message_filing.h"
+#include "objects/object_loader.h"
+#include "objects/settings.h"
+#include "present/folder_layout.h"
+#include "present/window/browser_window.h"
+#include "window/folder_page_fixture.h"
+
+namespace vorn {
+namespace {
+
+class PageReplacingTest : public FolderPageTest {
+ protected:
+  void BeginWith(const char* layout, int messages) {
+    Begin(messages, 100);
+    EXPECT_TRUE(ShareLayout(program_->GetContext(), QString::fromLatin1(layout), OwnLayouts::Kept));
+    MadeAnewBy([this] { Browser()->Refresh(); });
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(messages)));
+    loads_ = std::make_unique<QSignalSpy>(View(), &QWebEngineView::loadStarted);
+  }
+  void Store(const QString& serialId, const QString& time, const QByteArray& subject) {
+    Disk request(serialId);
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    request.Let(QStringLiteral("Timestamp"), time);
+    EXPECT_FALSE(
+        MailStore(program_->GetContext())
+            .StoreMessage(request, "From: b@example.jp\r\nSubject: " + subject + "\r\n\r\nbody\r\n")
+            .isEmpty());
+    program_->Parent()->MessageStored();
+  }
+  // Puts a mark on every row that stands there now.
+  void MarkRows() const {
+    Script(QStringLiteral(
+        "document.querySelectorAll('[draggable]').forEach(row => row.dataset.kept = '1')"));
+  }
+  int KeptRows() const {
+    return Script(QStringLiteral("document.querySelectorAll('[data-kept]').length")).toInt();
+  }
+  QStringList Order() const {
+    return Script(
+               QStringLiteral("[...new Set([...document.querySelectorAll('a[href^=\"preview:\"]')]"
+                              ".map(a => a.getAttribute('href').slice(8)))]"))
+        .toStringList();
+  }
+
+  std::unique_ptr<QSignalSpy> loads_;
+};
+
+class EachLayoutTest : public PageReplacingTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
+  BeginWith(GetParam(), 6);
+  Press(Qt::Key_End);
+  ASSERT_EQ(Chosen(), Ids({6}));
+  MarkRows();
+  ASSERT_EQ(KeptRows(), 6);
+
+  Store(QStringLiteral("mail_new"), QStringLiteral("2020-01-01 00:02:30"), "Between");
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 7")));
+  EXPECT_EQ(Order(), Ids({1, 2}) + QStringList(QStringLiteral("mail_new")) + Ids({3, 4, 5, 6}));
+  EXPECT_EQ(KeptRows(), 6);
+  EXPECT_EQ(Chosen(), Ids({6})) << "what the user is at stays";
+
+  MadeAnewBy([this] {
+    EXPECT_TRUE(SetMark(program_->GetContext(), Ids({2}), kFlagNew, false));
+    program_->Parent()->MessageStored();
+  });
+  EXPECT_EQ(KeptRows(), 5) << "the one that is read now is another row";
+  EXPECT_EQ(Order().size(), 7);
+
+  Press(Qt::Key_Delete);  // the last one
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 6")));
+  EXPECT_EQ(KeptRows(), 4);
+  EXPECT_EQ(Chosen(), Ids({5}));
+
+  const DiskPtr settings = Settings(program_->GetContext());
+  settings->Let(QStringLiteral("NewestFirst"), true);
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  settings->Let(QStringLiteral("NewestFirst"), false);
+  EXPECT_EQ(Order(), Ids({5, 4, 3}) + QStringList(QStringLiteral("mail_new")) + Ids({2, 1}));
+  EXPECT_EQ(KeptRows(), 4) << "they have moved";
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({4})) << "in the new order";
+
+  EXPECT_EQ(loads_->count(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ready, EachLayoutTest, testing::Values("standard", "table", "cards"));
+
+TEST_F(PageReplacingTest, AnotherFolderAndTheWayBackNeedNoLoadingEither) {
+  BeginWith("table", 12);
+  Press(Qt::Key_End);
+  Browser()->ShowFolder(QString::fromUtf16(kShelf));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 0")));
+  EXPECT_TRUE(PageText().contains(u"メッセージはありません")) << PageText().toStdString();
+  EXPECT_EQ(View()->title(), QStringLiteral("棚"));
+  Press(Qt::Key_Delete);  // there is nothing
+  Browser()->ShowFolder(fixed_serial::kInbox);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 12")));
+  EXPECT_EQ(Chosen(), QStringList()) << "a folder begins anew";
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({1}));
+  EXPECT_FALSE(PageText().contains(u"メッセージはありません"));
+  EXPECT_EQ(loads_->count(), 0);
+}
+
+// A page that cannot take another one over is loaded, and what is done meanwhile is not lost.
+TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
+  BeginWith("table", 4);
+  Press(Qt::Key_Down);
+  Script(QStringLiteral("vorn.replace = () => null"));
+  MadeAnewBy([this] {
+    Browser()->Refresh();
+    Press(Qt::Key_Down);
+  });
+  EXPECT_EQ(loads_->count(), 1);
+  EXPECT_EQ(Chosen(), Ids({2}));
+
+  // Its rows are no elements of their own.
+  const auto object = LoadObject(program_->GetContext(), fixed_serial::kLayout);
+  ASSERT_NE(object, nullptr);
+  object->Let(fixed_serial::kInbox + QStringLiteral("_html"),
+              QStringLiteral("<html><head><meta http-equiv=\"Content-Type\" "
+                             "content=\"text/html; charset=shift-jis\"></head><body>"
+                             "<+MAIL><+DIALOG><+SUBJECT><+DIALOG><br><+MAIL></body>"));
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_EQ(loads_->count(), 2);
+  EXPECT_EQ(Order(), Ids({1, 2, 3, 4}));
+  Store(QStringLiteral("mail_new"), QStringLiteral("2020-01-02 00:00:00"), "Last");
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
+  EXPECT_EQ(loads_->count(), 3);
+  EXPECT_EQ(Chosen(), Ids({2}));
+}
+
+}  // namespace
+}  // namespace vorn
