@@ -109,6 +109,28 @@ TEST_F(PageReplacingTest, AnotherFolderAndTheWayBackNeedNoLoadingEither) {
   EXPECT_EQ(loads_->count(), 0);
 }
 
+// Each key means what the ones before it have led to, however fast they come.
+TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
+  BeginWith("table", 5);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  const auto takeBack = [this] {
+    QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
+  };
+  for (int round = 0; round < 3; ++round) {
+    Press(Qt::Key_Delete);
+    takeBack();
+  }
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  EXPECT_EQ(Order(), Ids({1, 3, 4, 5}));
+  EXPECT_EQ(Chosen(), Ids({3}));
+  takeBack();
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
+  EXPECT_EQ(Chosen(), Ids({3})) << "the one after the one that came back";
+}
+
 // A page that cannot take another one over is loaded, and what is done meanwhile is not lost.
 TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   BeginWith("table", 4);

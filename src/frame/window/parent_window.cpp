@@ -106,11 +106,11 @@ ParentWindow::ParentWindow(Context& context)
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
   // After what was asked of the page before, whose answer comes later.
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
-    const auto takeBack = [bar = QPointer<MainStatusBar>(sbStatus_)] {
-      QTimer::singleShot(0, bar, &MainStatusBar::TakeBack);
-    };
     BrowserWindow* browser = area_->Active();
-    browser == nullptr ? takeBack() : browser->AfterCommands(takeBack);
+    if (browser == nullptr) return sbStatus_->TakeBack();
+    browser->AfterCommands([bar = QPointer<MainStatusBar>(sbStatus_)] {
+      if (bar != nullptr) bar->TakeBack();
+    });
   });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });

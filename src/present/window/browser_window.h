@@ -80,10 +80,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
   void MessagesGone(const QStringList& messages);
-  /// Calls `then` once what the page was asked before has been answered.
-  void AfterCommands(const std::function<void()>& then) {
-    rows_.Current([then](const QString&) { then(); });
-  }
+  /// See `PageRows::AfterCommands`.
+  void AfterCommands(const std::function<void()>& then) { rows_.AfterCommands(then); }
   /// Makes a message's row the current one, once the page is there.
   void Reach(const QString& message);
   /// See `PageCommands::Run`.

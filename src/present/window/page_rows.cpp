@@ -12,6 +12,7 @@ namespace vorn {
 namespace {
 
 constexpr int kAnswerMs = 2000;  // after so long a page will not tell its place any more
+constexpr int kReachMs = 1000;   // a message that is on no page by then is in another folder
 const QString kTop = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0})");
 
 }  // namespace
@@ -20,13 +21,15 @@ PageRows::PageRows(QObject* parent) : QObject(parent) {
   giveUp_.setSingleShot(true);
   connect(&giveUp_, &QTimer::timeout, this, &PageRows::Make);
   giveUpReplacing_.setSingleShot(true);
+  giveUpReaching_.setSingleShot(true);
+  connect(&giveUpReaching_, &QTimer::timeout, this, &PageRows::Release);
   connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(replacing_, -1); });
 }
 
 // What waits for an answer goes on without one when the page goes for good: a message that was
 // dropped onto a folder must not be forgotten because another page was opened.
 void PageRows::Run(const QString& script, const std::function<void(const QVariant&)>& then) {
-  if (comes_) {
+  if (comes_ || held_) {
     waiting_.append([this, script, then] { Run(script, then); });
     return;
   }
@@ -48,7 +51,7 @@ void PageRows::Run(const QString& script, const std::function<void(const QVarian
 void PageRows::Attach(QWebEnginePage* page) {
   replaced_ = {};
   page_ = page;
-  comes_ = false;
+  comes_ = held_ = false;
   Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
   if (!kept_.isEmpty()) Restore(kept_);
   Arrive();
@@ -56,6 +59,8 @@ void PageRows::Attach(QWebEnginePage* page) {
 
 void PageRows::Arrive() {
   isOrdered_ = false;
+  if (giveUpReaching_.isActive()) held_ = false;
+  giveUpReaching_.stop();
   if (!reach_.isEmpty()) {
     Reach(QString(reach_));
     reach_.clear();  // not on a later page
@@ -131,7 +136,7 @@ void PageRows::Detach() {
 // It is answered with nothing.
 void PageRows::LetWaitingGo() {
   const QPointer<QWebEnginePage> page = std::exchange(page_, nullptr);
-  comes_ = false;
+  comes_ = held_ = false;
   make_ = {};
   DoWaiting();
   page_ = page;
@@ -179,7 +184,9 @@ void PageRows::Reach(const QString& serialId) {
   Run(QStringLiteral("vorn.reach(decodeURIComponent('%1'))")
           .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))),
       [this, serialId](const QVariant& there) {
-        if (there.toBool() && reach_ == serialId) reach_.clear();
+        if (!there.toBool() || reach_ != serialId) return;
+        reach_.clear();
+        if (giveUpReaching_.isActive()) Release();
       });
 }
 
@@ -216,6 +223,30 @@ void PageRows::Take(const std::function<void(const QStringList&)>& then) {
 void PageRows::Current(const std::function<void(const QString&)>& then) {
   Run(QStringLiteral("vorn.current()"),
       [then](const QVariant& answer) { then(answer.toString()); });
+}
+
+void PageRows::AfterCommands(const std::function<void()>& then) {
+  if (comes_ || held_) {
+    waiting_.append([this, then] { AfterCommands(then); });
+    return;
+  }
+  Current([this, then](const QString&) {
+    // Not inside the engine's answer.
+    QTimer::singleShot(0, this, [this, then] {
+      held_ = false;
+      then();
+      if (reach_.isEmpty()) return Release();
+      held_ = true;  // the next key means that message, which may be on the page that comes
+      giveUpReaching_.start(kReachMs);
+    });
+  });
+  held_ = true;
+}
+
+void PageRows::Release() {
+  giveUpReaching_.stop();
+  held_ = false;
+  if (!comes_) DoWaiting();
 }
 
 void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
@@ -255,6 +286,8 @@ void PageRows::Keep(const std::function<void()>& then) {
     Make();
     return;
   }
+  const bool wasHeld =
+      std::exchange(held_, false);  // the page that comes may be what is waited for
   Run(QStringLiteral("vorn.state()"), [this](const QVariant& state) {
     if (make_ && state.isValid()) {
       kept_ = state.toString();
@@ -262,6 +295,7 @@ void PageRows::Keep(const std::function<void()>& then) {
     }
     Make();
   });
+  held_ = wasHeld;
   // A page that goes at this very moment takes the question with it.
   giveUp_.start(kAnswerMs);
   comes_ = true;

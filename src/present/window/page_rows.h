@@ -70,6 +70,10 @@ class PageRows : public QObject {
   /// goes.
   void Current(const std::function<void(const QString&)>& then);
 
+  /// Calls `then` once what was asked before has been answered. What is asked after this is asked
+  /// when `then` has been called, and the page that it has made anew is there.
+  void AfterCommands(const std::function<void()>& then);
+
   /// A link of the page.
   struct Link {
     QString text;
@@ -105,17 +109,20 @@ class PageRows : public QObject {
   void Arrive();
   void EndReplacing(int number, int count);
   void LetWaitingGo();
+  void Release();
   void Make();
   void DoWaiting();
 
   QPointer<QWebEnginePage> page_;
   bool comes_ = false;                  // the page is being made anew or loaded
   bool making_ = false;                 // just now
+  bool held_ = false;                   // what is asked waits for `AfterCommands`
   std::function<void()> make_;          // when its state is known
   QTimer giveUp_;                       // knowing it
   std::function<void(bool)> replaced_;  // when the page has taken another version of itself
   int replacing_ = 0;                   // the number of that version
   QTimer giveUpReplacing_;
+  QTimer giveUpReaching_;
   QList<std::function<void()>> waiting_;  // until it is there
   int count_ = 0;
   bool closed_ = false;

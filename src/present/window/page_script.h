@@ -250,7 +250,8 @@ inline constexpr char kPageScript[] = R"js(
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
     reach: id => {
-      const index = rows.findIndex(row => row.id === id && !gone.has(id));
+      const index = rows.findIndex(row => row.id === id);
+      gone.delete(id);  // it was, and has come back
       if (index >= 0) goTo(index, false);
       return index >= 0;
     },
