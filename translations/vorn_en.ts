@@ -4021,5 +4021,9 @@ Do you want that?</translation>
         <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。パスワードを決めると、今の回復コードは使えなくなります。</source>
         <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it. Setting a password makes this code void.</translation>
     </message>
+    <message>
+        <source>元に戻せる操作はありません。</source>
+        <translation>There is nothing to undo.</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,8 @@
 // A folder's page takes over its next version row by row, instead of being loaded anew.
 #include <gtest/gtest.h>
 
+#include <signal.h>
+
 #include <QWebEngineView>
 
 #include "mail/message_filing.h"
@@ -131,6 +133,36 @@ TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
   EXPECT_EQ(Chosen(), Ids({3})) << "the one after the one that came back";
 }
 
+TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
+  BeginWith("table", 4);
+  Press(Qt::Key_End);
+  ASSERT_EQ(Chosen(), Ids({4}));
+  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
+  Browser()->Refresh();
+  QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Delete);
+  Browser()->ShowFolder(QString::fromUtf16(kShelf));
+  ASSERT_TRUE(WaitFor([this] { return View()->title() == u"棚"; }));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({4}));
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_EQ(Order(), Ids({4}));
+}
+
+TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
+  BeginWith("table", 4);
+  MadeAnewBy([this] { ::kill(static_cast<pid_t>(View()->page()->renderProcessPid()), SIGKILL); });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  FocusPage();
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({1}));
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
+  EXPECT_EQ(Order(), Ids({2, 3, 4}));
+}
+
 // A page that cannot take another one over is loaded, and what is done meanwhile is not lost.
 TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   BeginWith("table", 4);
@@ -143,19 +175,39 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   EXPECT_EQ(loads_->count(), 1);
   EXPECT_EQ(Chosen(), Ids({2}));
 
-  // Its rows are no elements of their own.
-  const auto object = LoadObject(program_->GetContext(), fixed_serial::kLayout);
-  ASSERT_NE(object, nullptr);
-  object->Let(fixed_serial::kInbox + QStringLiteral("_html"),
-              QStringLiteral("<html><head><meta http-equiv=\"Content-Type\" "
-                             "content=\"text/html; charset=shift-jis\"></head><body>"
-                             "<+MAIL><+DIALOG><+SUBJECT><+DIALOG><br><+MAIL></body>"));
-  MadeAnewBy([this] { Browser()->Refresh(); });
+  const auto layOut = [this](const char* rows) {
+    const auto object = LoadObject(program_->GetContext(), fixed_serial::kLayout);
+    object->Let(fixed_serial::kInbox + QStringLiteral("_html"),
+                QStringLiteral("<!DOCTYPE html>\r\n<html lang=\"ja\"><head><meta "
+                               "http-equiv=\"Content-Type\" content=\"text/html; "
+                               "charset=shift-jis\"></head><body>%1</body>")
+                    .arg(QString::fromLatin1(rows)));
+    MadeAnewBy([this] { Browser()->Refresh(); });
+    EXPECT_EQ(Order(), Ids({1, 2, 3, 4}));
+    EXPECT_EQ(Chosen(), Ids({2}));
+  };
+  // Where several messages share an element, the link of each is its row.
+  layOut("<+MAIL><+DIALOG><+SUBJECT><+DIALOG> <+FLAG><NEW><br><+MAIL>");
+  EXPECT_EQ(loads_->count(), 1);
+  EXPECT_EQ(Script(QStringLiteral("document.querySelector('.vorn-current').localName")).toString(),
+            QStringLiteral("a"));
+  // Rows within rows.
+  layOut("<ul><+MAIL><li><+DIALOG><+SUBJECT><+DIALOG><ul><+MAIL>");
   EXPECT_EQ(loads_->count(), 2);
-  EXPECT_EQ(Order(), Ids({1, 2, 3, 4}));
   Store(QStringLiteral("mail_new"), QStringLiteral("2020-01-02 00:00:00"), "Last");
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
   EXPECT_EQ(loads_->count(), 3);
+  EXPECT_EQ(Chosen(), Ids({2}));
+}
+
+TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
+  BeginWith("table", 4);
+  Script(QStringLiteral("vorn.goTo(2, false), vorn.leaveToGap()"));
+  EXPECT_EQ(Chosen(), QStringList());
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Chosen(), Ids({3}));
+  Script(QStringLiteral("vorn.leaveToGap()"));
+  Press(Qt::Key_Up);
   EXPECT_EQ(Chosen(), Ids({2}));
 }
 

@@ -108,7 +108,7 @@ void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {
 }
 
 void MainStatusBar::TakeBack() {
-  if (steps_.empty()) return;
+  if (steps_.empty()) return Show(Ui::tr("元に戻せる操作はありません。"));
   const Step step = std::move(steps_.back());
   steps_.pop_back();
   ShowOffer(Ui::tr("取り消しました：%1").arg(step.done));

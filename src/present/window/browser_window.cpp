@@ -29,7 +29,7 @@ namespace vorn {
 namespace {
 
 constexpr int kHoldMs = 1000;
-constexpr qsizetype kMostReplaced = 4 << 20;  // bytes of a page; a larger one is better loaded
+constexpr qsizetype kMostReplaced = 1 << 20;  // bytes of a page; a larger one is better loaded
 
 }  // namespace
 
@@ -94,7 +94,10 @@ void BrowserWindow::ConnectEngine() {
     host_.Tell(Ui::tr(
         "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
   });
-  connect(engine, &EngineView::Crashed, this, [this] { rows_.Detach(); });
+  connect(engine, &EngineView::Crashed, this, [this] {
+    rows_.Detach();
+    if (IsLocal()) rest_->Renew();
+  });
   connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
     if (request_.IsNew()) request_.BeDust();
@@ -149,7 +152,7 @@ void BrowserWindow::ConnectFolder() {
   connect(maker, &PageMaker::AnewWanted, this, &BrowserWindow::Refresh);
   connect(reading_.get(), &PageReading::AnewWanted, this, &BrowserWindow::Refresh);
   // Its rows would wait for another page.
-  connect(maker, &PageMaker::PageStays, this, [this] { rows_.Attach(engine_->Page()); });
+  connect(maker, &PageMaker::PageStays, this, [this] { rows_.Stay(engine_->Page()); });
   connect(maker, &PageMaker::TextWanted, this, [this](const QString& html) {
     if (!rest_->IsResting()) ShowText(html);  // else it comes once more when somebody sees it
   });

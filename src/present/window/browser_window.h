@@ -92,7 +92,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ControlToolbarUpdate();
 
  Q_SIGNALS:
-  /// A page has been loaded; false when it could not be.
+  /// A page has been loaded, or has taken the place of the one before; false when it could not be.
   void Loaded(bool ok);
   /// More or fewer messages are chosen.
   void ChosenChanged();

@@ -96,7 +96,7 @@ void PageMessages::Follow(const LinkCommand& command) {
 void PageMessages::Told(const QString& what, const QString& message) {
   if (what == u"chosen") SetChosen(message.toInt());
   if (what == u"row") split_.ShowRow(message);
-  if (what == u"kept" && !split_.RowKept(message)) rows_.Leave();
+  if (what == u"kept" && !split_.RowKept(message)) rows_.LeaveToGap();
   if (what == u"twice" && split_.HasPane()) OpenInWindow({0, false, message});
 }
 

@@ -12,8 +12,8 @@ class PageRequest;
 class PageRows;
 class PageSource;
 
-/// A folder's page from when it is made until the engine has read it, which happens once. It is
-/// kept in memory, one that is only printed in a file.
+/// A folder's page from when it is made until the engine has read it, or the page in sight has
+/// taken it over, which happens once. It is kept in memory, one that is only printed in a file.
 class PageReading : public QObject {
   Q_OBJECT
 

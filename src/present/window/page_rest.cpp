@@ -10,6 +10,11 @@
 #include "present/window/page_rows.h"
 
 namespace vorn {
+namespace {
+
+constexpr int kAgainMs = 10000;
+
+}  // namespace
 
 PageRest::PageRest(EngineView& engine, PageRows& rows, QWidget& window, QWidget& around)
     : engine_(engine), rows_(rows), window_(window), around_(around) {}
@@ -23,6 +28,7 @@ void PageRest::Begin() {
 void PageRest::LetGo() {
   if (engine_.View() == nullptr) return;
   if (!rests_) {
+    rows_.Stay(engine_.Page());
     Q_EMIT AnewWanted();
     return;
   }
@@ -36,6 +42,17 @@ void PageRest::Wake() {
   Q_EMIT AnewWanted();
   // The keys are the page's, as they were.
   if (hadFocus && engine_.View() != nullptr) engine_.View()->setFocus();
+}
+
+// Not inside the engine's word of it.
+void PageRest::Renew() {
+  if (sinceEnd_.isValid() && sinceEnd_.elapsed() < kAgainMs) return;
+  sinceEnd_.start();
+  QTimer::singleShot(0, this, [this] {
+    engine_.LetGo();
+    rests_ = true;
+    Wake();
+  });
 }
 
 // What is around the view has the keyboard too, as when the view was let go or another tab chosen.

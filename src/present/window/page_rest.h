@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 
 class QWidget;
@@ -22,6 +23,9 @@ class PageRest : public QObject {
   void Begin();
   /// Makes the page anew that was let go.
   void Wake();
+  /// The page has ended by itself: another one is made, with a process of its own, unless that
+  /// ended so as well just now.
+  void Renew();
   /// The page is made anew for another reason.
   void End() { rests_ = false; }
   bool IsResting() const { return rests_; }
@@ -43,6 +47,7 @@ class PageRest : public QObject {
   QWidget& window_;
   QWidget& around_;
   bool rests_ = false;
+  QElapsedTimer sinceEnd_;
 };
 
 }  // namespace vorn

@@ -8,6 +8,8 @@
 #include <QWebEngineScript>
 #include <utility>
 
+#include "present/window/page_script.h"
+
 namespace vorn {
 namespace {
 
@@ -22,7 +24,8 @@ PageRows::PageRows(QObject* parent) : QObject(parent) {
   connect(&giveUp_, &QTimer::timeout, this, &PageRows::Make);
   giveUpReplacing_.setSingleShot(true);
   giveUpReaching_.setSingleShot(true);
-  connect(&giveUpReaching_, &QTimer::timeout, this, &PageRows::Release);
+  connect(&giveUpReaching_, &QTimer::timeout, this,
+          [this] { comes_ ? giveUpReaching_.start(kReachMs) : Release(); });
   connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(replacing_, -1); });
 }
 
@@ -49,22 +52,27 @@ void PageRows::Run(const QString& script, const std::function<void(const QVarian
 // of an earlier loading is told: state that was not put back is still kept, and what was to make
 // the page anew does so now.
 void PageRows::Attach(QWebEnginePage* page) {
+  page_ = page;
+  comes_ = held_ = false;
+  // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
+  page_->runJavaScript(QString::fromUtf8(kPageScript), QWebEngineScript::ApplicationWorld);
+  if (!kept_.isEmpty()) Restore(kept_);
+  isOrdered_ = false;
+  Stay(page);
+}
+
+void PageRows::Stay(QWebEnginePage* page) {
   replaced_ = {};
   page_ = page;
   comes_ = held_ = false;
   Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
-  if (!kept_.isEmpty()) Restore(kept_);
   Arrive();
 }
 
+// Where a message is to be reached, what waits goes on waiting for that.
 void PageRows::Arrive() {
-  isOrdered_ = false;
-  if (giveUpReaching_.isActive()) held_ = false;
-  giveUpReaching_.stop();
-  if (!reach_.isEmpty()) {
-    Reach(QString(reach_));
-    reach_.clear();  // not on a later page
-  }
+  held_ = held_ || !reach_.isEmpty();
+  TryReaching();
   if (make_) {
     Keep(std::exchange(make_, {}));
   } else {
@@ -102,6 +110,7 @@ void PageRows::EndReplacing(int number, int count) {
     return;
   }
   kept_.clear();
+  isOrdered_ = false;
   comes_ = false;
   SetCount(count);
   Arrive();
@@ -138,7 +147,9 @@ void PageRows::LetWaitingGo() {
   const QPointer<QWebEnginePage> page = std::exchange(page_, nullptr);
   comes_ = held_ = false;
   make_ = {};
+  lettingGo_ = true;
   DoWaiting();
+  lettingGo_ = false;
   page_ = page;
 }
 
@@ -178,16 +189,23 @@ void PageRows::GoToMessage(const QString& serialId, const std::function<void()>&
       });
 }
 
-// It may be on the page that is about to be made.
 void PageRows::Reach(const QString& serialId) {
   reach_ = serialId;
+  giveUpReaching_.start(kReachMs);
+  TryReaching();
+  held_ = true;  // the next key means that message
+}
+
+// It may be on the page that is about to be made.
+void PageRows::TryReaching() {
+  if (reach_.isEmpty() || comes_) return;
+  const bool wasHeld = std::exchange(held_, false);
   Run(QStringLiteral("vorn.reach(decodeURIComponent('%1'))")
-          .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId))),
-      [this, serialId](const QVariant& there) {
-        if (!there.toBool() || reach_ != serialId) return;
-        reach_.clear();
-        if (giveUpReaching_.isActive()) Release();
+          .arg(QString::fromLatin1(QUrl::toPercentEncoding(reach_))),
+      [this, serialId = reach_](const QVariant& there) {
+        if (there.toBool() && reach_ == serialId) Release();
       });
+  held_ = wasHeld;
 }
 
 void PageRows::Enter() {
@@ -210,6 +228,10 @@ void PageRows::Leave(bool unlessSeen) {
   Run(unlessSeen ? QStringLiteral("vorn.leaveUnseen()") : QStringLiteral("vorn.leave()"));
 }
 
+void PageRows::LeaveToGap() {
+  Run(QStringLiteral("vorn.leaveToGap()"));
+}
+
 void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
   Run(QStringLiteral("vorn.chosen()"),
       [then](const QVariant& answer) { then(answer.toStringList()); });
@@ -226,18 +248,17 @@ void PageRows::Current(const std::function<void(const QString&)>& then) {
 }
 
 void PageRows::AfterCommands(const std::function<void()>& then) {
+  if (lettingGo_) return;  // what it was meant to take back has not been done either
   if (comes_ || held_) {
     waiting_.append([this, then] { AfterCommands(then); });
     return;
   }
   Current([this, then](const QString&) {
     // Not inside the engine's answer.
-    QTimer::singleShot(0, this, [this, then] {
-      held_ = false;
+    QTimer::singleShot(0, this, [self = QPointer<PageRows>(this), then] {
+      self->held_ = false;
       then();
-      if (reach_.isEmpty()) return Release();
-      held_ = true;  // the next key means that message, which may be on the page that comes
-      giveUpReaching_.start(kReachMs);
+      if (self != nullptr && self->reach_.isEmpty()) self->Release();
     });
   });
   held_ = true;
@@ -245,6 +266,7 @@ void PageRows::AfterCommands(const std::function<void()>& then) {
 
 void PageRows::Release() {
   giveUpReaching_.stop();
+  reach_.clear();
   held_ = false;
   if (!comes_) DoWaiting();
 }
@@ -289,10 +311,7 @@ void PageRows::Keep(const std::function<void()>& then) {
   const bool wasHeld =
       std::exchange(held_, false);  // the page that comes may be what is waited for
   Run(QStringLiteral("vorn.state()"), [this](const QVariant& state) {
-    if (make_ && state.isValid()) {
-      kept_ = state.toString();
-      isOrdered_ = false;
-    }
+    if (make_ && state.isValid() && !isOrdered_) kept_ = state.toString();
     Make();
   });
   held_ = wasHeld;

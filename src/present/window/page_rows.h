@@ -27,6 +27,8 @@ class PageRows : public QObject {
   /// Whether there is a page that can be asked to.
   bool CanReplace() const { return !page_.isNull(); }
   bool IsReplacing() const { return replaced_ != nullptr; }
+  /// No page comes in the place of the one that is there.
+  void Stay(QWebEnginePage* page);
   /// The page goes; its rows with it.
   void Detach();
   /// Another page is being loaded: what is done until it is taken is done on it.
@@ -42,7 +44,8 @@ class PageRows : public QObject {
 
   /// Moves by so many rows; with `extend` chooses all rows passed.
   void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
-  /// Goes to a message's row where the page has one, or the next one.
+  /// Goes to a message's row where the page has one, or one that comes soon. What is asked after
+  /// this waits for that.
   void Reach(const QString& serialId);
   /// Goes to the first row in sight where none is current.
   void Enter();
@@ -56,6 +59,9 @@ class PageRows : public QObject {
   void ChooseAll();
   /// No row is current or chosen any more, or only where the user does not see the current one.
   void Leave(bool unlessSeen = false);
+  /// No row is current any more, since the message that was has gone: the next step goes to the row
+  /// after it or before it.
+  void LeaveToGap();
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
   /// The same of messages that are about to leave the folder: their rows are marked at once, and
@@ -71,7 +77,8 @@ class PageRows : public QObject {
   void Current(const std::function<void(const QString&)>& then);
 
   /// Calls `then` once what was asked before has been answered. What is asked after this is asked
-  /// when `then` has been called, and the page that it has made anew is there.
+  /// when `then` has been called, and where that reaches for a message, when that is done. Neither
+  /// is done when the page goes before.
   void AfterCommands(const std::function<void()>& then);
 
   /// A link of the page.
@@ -110,12 +117,14 @@ class PageRows : public QObject {
   void EndReplacing(int number, int count);
   void LetWaitingGo();
   void Release();
+  void TryReaching();
   void Make();
   void DoWaiting();
 
   QPointer<QWebEnginePage> page_;
   bool comes_ = false;                  // the page is being made anew or loaded
   bool making_ = false;                 // just now
+  bool lettingGo_ = false;              // what waits
   bool held_ = false;                   // what is asked waits for `AfterCommands`
   std::function<void()> make_;          // when its state is known
   QTimer giveUp_;                       // knowing it

@@ -26,10 +26,16 @@ inline constexpr char kPageScript[] = R"js(
         continue;  // none of ours
       }
       if (found.has(id)) continue;
-      const element = link.closest('tr, li, article') || link.parentElement || link;
-      found.set(id, {id, element, html: element.outerHTML});
+      found.set(id, {id, link, element: link.closest('tr, li, article') || link.parentElement || link});
     }
-    return [...found.values()];
+    const rows = [...found.values()];
+    const uses = new Map();
+    for (const {element} of rows) uses.set(element, (uses.get(element) || 0) + 1);
+    for (const row of rows) {
+      if (uses.get(row.element) > 1) row.element = row.link;  // the element holds several
+      row.html = row.element.outerHTML;
+    }
+    return rows;
   };
   let rows = findRows(document);
   let seen = new Set(rows.map(row => row.id));
@@ -46,6 +52,7 @@ inline constexpr char kPageScript[] = R"js(
 
   let current = -1;
   let anchor = -1;  // where a range begins
+  let gap = -1;  // the row before which the current one stood that has gone
   let clicked = -1;  // the row that was clicked last, without a key
   let chosen = new Set();
   const gone = new Set();
@@ -72,6 +79,7 @@ inline constexpr char kPageScript[] = R"js(
   const tell = (what, index) => console.info('vorn-' + what + ' ' + (index < 0 ? '' : rows[index].id));
   const goTo = (index, extend) => {
     if (index === undefined) return;
+    gap = -1;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
     if (extend) {
@@ -173,6 +181,7 @@ inline constexpr char kPageScript[] = R"js(
   attend();
 
   const restore = (state, staysAtEnd) => {
+    gap = -1;
     const next = state.next.find(id => seen.has(id));
     current = rows.findIndex(row => row.id === next);
     if (current < 0 && state.next.length > 0) current = lastThere();
@@ -192,7 +201,10 @@ inline constexpr char kPageScript[] = R"js(
   };
 
   // What a document declares about itself counts only while it is read.
-  const declared = document => ask(document, 'compatMode') + allOf(document, 'meta').map(meta => meta.outerHTML).join();
+  const declared = document => {
+    const type = ask(document, 'doctype');
+    return [type?.name, type?.publicId, type?.systemId, ...allOf(document, 'meta').map(meta => meta.outerHTML)].join();
+  };
   // The elements in which rows stand; null when rows are no elements of their own.
   const aroundRows = rows => {
     const elements = new Set(rows.map(row => row.element));
@@ -202,15 +214,18 @@ inline constexpr char kPageScript[] = R"js(
     }
     return elements.size === rows.length && ![...elements].some(element => around.has(element)) ? around : null;
   };
-  // Gives an element the children of another one that comes in its place. What says the same stays
-  // as it is; `next.rows` are the rows of the other document, by their elements.
-  const takeChildren = (element, other, now, next) => {
+  const takeAttributes = (element, other) => {
     for (const {name} of [...element.attributes]) {
       if (!other.hasAttribute(name)) element.removeAttribute(name);
     }
     for (const {name, value} of other.attributes) {
       if (element.getAttribute(name) !== value) element.setAttribute(name, value);
     }
+  };
+  // Gives an element the children of another one that comes in its place. What says the same stays
+  // as it is; `next.rows` are the rows of the other document, by their elements.
+  const takeChildren = (element, other, now, next) => {
+    takeAttributes(element, other);
     const children = [...element.childNodes];
     const ways = children.filter(child => now.around.has(child));
     const plain = children.filter(child => !now.around.has(child) && !now.rows.has(child));
@@ -245,7 +260,8 @@ inline constexpr char kPageScript[] = R"js(
       const from = places.indexOf(current);
       const inSight = places.findIndex(index => rows[index].element.getBoundingClientRect().top >= 0);
       const first = scrollY > 0 && isAtEnd() ? places.length - 1 : Math.max(0, inSight);
-      const to = from < 0 ? (by > 0 ? first : places.length - 1) : from + by;
+      const next = places.findIndex(index => gap >= 0 && index >= gap);
+      const to = from >= 0 ? from + by : next >= 0 ? next + by - (by > 0) : by > 0 ? first : places.length - 1;
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
@@ -272,6 +288,8 @@ inline constexpr char kPageScript[] = R"js(
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
+    // The row in its place is not meant, but the next step goes from there.
+    leaveToGap: () => { const place = current; vorn.leave(); gap = place; },
     leaveUnseen: () => {
       if (current >= 0 && isInSight(rows[current])) return;
       vorn.leave();
@@ -326,13 +344,17 @@ inline constexpr char kPageScript[] = R"js(
       if (!now.around || !next.around || !bodies[0] || !bodies[1]) return null;
       if (declared(document) !== declared(other)) return null;
       const state = JSON.parse(place || vorn.state());
+      const clickedId = rows[clicked]?.id;
+      takeAttributes(allOf(document, 'html')[0], allOf(other, 'html')[0]);
       const heads = [document, other].map(document => allOf(document, 'html > head')[0]);
       if (!heads[0].isEqualNode(heads[1])) heads[0].replaceWith(heads[1]);
       takeChildren(bodies[0], bodies[1], now, next);
+      // A page that has no row of this one is the one before it, which has gone with all its rows.
+      if (!place && rows.length > 0 && !others.some(row => seen.has(row.id))) state.y = 1e9;
       rows = others;
       seen = new Set(rows.map(row => row.id));
       gone.clear();
-      clicked = -1;
+      clicked = rows.findIndex(row => row.id === clickedId);
       attend();
       restore(state, staysAtEnd);
       return rows.length;

@@ -5,7 +5,7 @@
 
 namespace vorn {
 
-/// The folder pages that the engine is about to read, in memory: what stands in them is never on
+/// The folder pages that are about to be shown, in memory: what stands in them is never on
 /// the disk in clear. Each has an address of its own.
 class PageSource : public QWebEngineUrlSchemeHandler {
   Q_OBJECT
