@@ -57,6 +57,18 @@ TEST_F(MessageWindowTest, ButtonsAndMenusFollowTheStatus) {
   EXPECT_EQ(Texts(Menu(window, u"menuEdits")).value(3), QStringLiteral("貼り付け(&P)"));
   EXPECT_EQ(Texts(Menu(window, u"menuEditCharsets")).value(4),
             QStringLiteral("適切な文字セット(&A)"));
+  // The next message is begun from this one.
+  QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+  EXPECT_TRUE(WaitFor([] {
+    qsizetype windows = 0;
+    for (QWidget* each : QApplication::topLevelWidgets()) {
+      windows += qobject_cast<MessageWindow*>(each) != nullptr && each->isVisible();
+    }
+    return windows == 2;
+  }));
+  for (QWidget* each : QApplication::topLevelWidgets()) {
+    if (each != &window && qobject_cast<MessageWindow*>(each) != nullptr) each->close();
+  }
   Menu(window, u"menuFiles").actions()[8]->trigger();
   EXPECT_TRUE(Gone());
 }

@@ -200,6 +200,21 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   EXPECT_EQ(Chosen(), Ids({2}));
 }
 
+TEST_F(PageReplacingTest, TheCurrentRowStaysInSightInASmallerWindow) {
+  BeginWith("table", 40);
+  program_->Parent()->resize(900, 800);
+  const QString last = QStringLiteral(
+      "vorn.goTo(Math.floor((innerHeight - 40) / document.querySelector('.row').offsetHeight) - 2,"
+      " false), innerHeight > 400");
+  ASSERT_TRUE(AwaitScript(last));
+  const int before = Script(QStringLiteral("innerHeight")).toInt();
+  program_->Parent()->resize(900, 450);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("innerHeight < %1 - 40").arg(before)));
+  EXPECT_TRUE(
+      AwaitScript(QStringLiteral("document.querySelector('.vorn-current').getBoundingClientRect()."
+                                 "bottom <= innerHeight + 1")));
+}
+
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
   BeginWith("table", 4);
   Script(QStringLiteral("vorn.goTo(2, false), vorn.leaveToGap()"));

@@ -101,6 +101,11 @@ QMenu* MessageWindow::BuildFileMenu() {
   menu->addSeparator();
   menu->addAction(Ui::tr("閉じる(&X)"), this, &QWidget::close)
       ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)});
+  // As in the main window, without an entry of its own.
+  auto* another = new QAction(this);
+  another->setShortcut(QKeySequence::New);
+  connect(another, &QAction::triggered, this, [this] { host_.PostMail(MailRequest::New()); });
+  addAction(another);
   connect(menu, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
   connect(messages, &QMenu::aboutToShow, this, &MessageWindow::CheckMenus);
   return menu;

@@ -180,6 +180,16 @@ inline constexpr char kPageScript[] = R"js(
 
   attend();
 
+  // A smaller window does not take the current row out of sight.
+  let height = innerHeight;
+  EventTarget.prototype.addEventListener.call(window, 'resize', () => {
+    const row = rows[current];
+    if (row && topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height + 1) {
+      row.element.scrollIntoView({block: 'nearest'});
+    }
+    height = innerHeight;
+  });
+
   const restore = (state, staysAtEnd) => {
     gap = -1;
     const next = state.next.find(id => seen.has(id));
