@@ -15,6 +15,8 @@
 namespace vorn {
 namespace {
 
+using test::Child;
+
 class PageReplacingTest : public FolderPageTest {
  protected:
   void BeginWith(const char* layout, int messages) {
@@ -151,6 +153,23 @@ TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
   EXPECT_EQ(Order(), Ids({4}));
 }
 
+// What is pressed then was meant for that message, and is done to no other.
+TEST_F(PageReplacingTest, AMessageThatComesBackOnAnotherPageLeavesThisOneAlone) {
+  Begin(12, 5);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5 && vorn.current() === 'mail_2'")));
+  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
+  Press(Qt::Key_Down);
+  ASSERT_EQ(Chosen(), Ids({7}));
+  MadeAnewBy([this] {
+    QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
+    Press(Qt::Key_Delete);
+  });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.goTo(0, false), vorn.current() === 'mail_6'")));
+  EXPECT_EQ(Order(), Ids({6, 7, 8, 9, 10}));
+}
+
 TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
   BeginWith("table", 4);
   MadeAnewBy([this] { ::kill(static_cast<pid_t>(View()->page()->renderProcessPid()), SIGKILL); });
@@ -191,6 +210,17 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   EXPECT_EQ(loads_->count(), 1);
   EXPECT_EQ(Script(QStringLiteral("document.querySelector('.vorn-current').localName")).toString(),
             QStringLiteral("a"));
+  for (const int left : {3, 2, 1}) {
+    Press(Qt::Key_Delete);
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(left)));
+  }
+  EXPECT_EQ(Script(QStringLiteral("document.querySelector('.vorn-current').localName")).toString(),
+            QStringLiteral("a"));
+  for (const int there : {2, 3, 4}) {
+    QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(there)));
+  }
+  Script(QStringLiteral("vorn.goTo(1, false)"));
   // Rows within rows.
   layOut("<ul><+MAIL><li><+DIALOG><+SUBJECT><+DIALOG><ul><+MAIL>");
   EXPECT_EQ(loads_->count(), 2);
@@ -218,6 +248,7 @@ TEST_F(PageReplacingTest, TheCurrentRowStaysInSightInASmallerWindow) {
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
   BeginWith("table", 4);
   Script(QStringLiteral("vorn.goTo(2, false), vorn.leaveToGap()"));
+  MadeAnewBy([this] { Browser()->Refresh(); });
   EXPECT_EQ(Chosen(), QStringList());
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({3}));

@@ -93,6 +93,7 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
     const int last = qMax(1, pages_.CountPages(request_.Folder(), request_.Search()));
     if (request_.Page() > last) {
       request_.SetPage(last);
+      rows_.BeginAtLast();
       page = Write();
     }
   }

@@ -49,9 +49,13 @@ void PageRest::Renew() {
   if (sinceEnd_.isValid() && sinceEnd_.elapsed() < kAgainMs) return;
   sinceEnd_.start();
   QTimer::singleShot(0, this, [this] {
+    if (engine_.View() == nullptr) return;
+    const QWidget* focus = QApplication::focusWidget();
+    const bool hadFocus =
+        focus != nullptr && (focus == engine_.View() || engine_.View()->isAncestorOf(focus));
     engine_.LetGo();
-    rests_ = true;
-    Wake();
+    Q_EMIT AnewWanted();
+    if (hadFocus && engine_.View() != nullptr) engine_.View()->setFocus();
   });
 }
 

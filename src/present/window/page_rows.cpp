@@ -25,7 +25,7 @@ PageRows::PageRows(QObject* parent) : QObject(parent) {
   giveUpReplacing_.setSingleShot(true);
   giveUpReaching_.setSingleShot(true);
   connect(&giveUpReaching_, &QTimer::timeout, this,
-          [this] { comes_ ? giveUpReaching_.start(kReachMs) : Release(); });
+          [this] { comes_ ? giveUpReaching_.start(kReachMs) : DropWaiting(); });
   connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(replacing_, -1); });
 }
 
@@ -63,6 +63,7 @@ void PageRows::Attach(QWebEnginePage* page) {
 
 void PageRows::Stay(QWebEnginePage* page) {
   replaced_ = {};
+  reachedAt_ = replacing_;  // of what is loaded nobody knows when it was made
   page_ = page;
   comes_ = held_ = false;
   Run(QStringLiteral("vorn.count()"), [this](const QVariant& count) { SetCount(count.toInt()); });
@@ -72,7 +73,7 @@ void PageRows::Stay(QWebEnginePage* page) {
 // Where a message is to be reached, what waits goes on waiting for that.
 void PageRows::Arrive() {
   held_ = held_ || !reach_.isEmpty();
-  TryReaching();
+  TryReaching(replacing_ > reachedAt_);
   if (make_) {
     Keep(std::exchange(make_, {}));
   } else {
@@ -142,15 +143,24 @@ void PageRows::Detach() {
   SetCount(0);
 }
 
-// It is answered with nothing.
 void PageRows::LetWaitingGo() {
-  const QPointer<QWebEnginePage> page = std::exchange(page_, nullptr);
-  comes_ = held_ = false;
+  comes_ = false;
   make_ = {};
+  DropWaiting();
+}
+
+// What waits is answered with nothing: what it was meant for is not here.
+void PageRows::DropWaiting() {
+  giveUpReaching_.stop();
+  reach_.clear();
+  held_ = false;
+  const bool comes = std::exchange(comes_, false);
+  const QPointer<QWebEnginePage> page = std::exchange(page_, nullptr);
   lettingGo_ = true;
   DoWaiting();
   lettingGo_ = false;
   page_ = page;
+  comes_ = comes;
 }
 
 void PageRows::Await() {
@@ -191,19 +201,25 @@ void PageRows::GoToMessage(const QString& serialId, const std::function<void()>&
 
 void PageRows::Reach(const QString& serialId) {
   reach_ = serialId;
+  reachedAt_ = replacing_;
   giveUpReaching_.start(kReachMs);
-  TryReaching();
+  TryReaching(false);
   held_ = true;  // the next key means that message
 }
 
-// It may be on the page that is about to be made.
-void PageRows::TryReaching() {
+// It may be on the page that is about to be made, unless this is that page.
+void PageRows::TryReaching(bool isLast) {
   if (reach_.isEmpty() || comes_) return;
   const bool wasHeld = std::exchange(held_, false);
   Run(QStringLiteral("vorn.reach(decodeURIComponent('%1'))")
           .arg(QString::fromLatin1(QUrl::toPercentEncoding(reach_))),
-      [this, serialId = reach_](const QVariant& there) {
-        if (there.toBool() && reach_ == serialId) Release();
+      [this, isLast, serialId = reach_](const QVariant& there) {
+        if (reach_ != serialId) return;
+        if (there.toBool()) {
+          Release();
+        } else if (isLast) {
+          DropWaiting();
+        }
       });
   held_ = wasHeld;
 }
@@ -258,7 +274,9 @@ void PageRows::AfterCommands(const std::function<void()>& then) {
     QTimer::singleShot(0, this, [self = QPointer<PageRows>(this), then] {
       self->held_ = false;
       then();
-      if (self != nullptr && self->reach_.isEmpty()) self->Release();
+      if (self == nullptr) return;
+      if (self->reach_.isEmpty()) return self->Release();
+      self->held_ = true;
     });
   });
   held_ = true;
@@ -285,6 +303,12 @@ void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
 void PageRows::BeginAtEnd(bool atEnd) {
   isOrdered_ = true;
   kept_ = atEnd ? QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})") : QString();
+}
+
+// As after a row that has gone with all rows after it.
+void PageRows::BeginAtLast() {
+  isOrdered_ = true;
+  kept_ = QStringLiteral(R"({"next":[""],"chosen":[],"x":0,"y":1e9,"end":true})");
 }
 
 void PageRows::BeginAtMessage(const QString& serialId) {

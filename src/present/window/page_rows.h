@@ -96,6 +96,8 @@ class PageRows : public QObject {
   QString PlaceScript() const;
   /// The next page begins at its last row, or at its top.
   void BeginAtEnd(bool atEnd);
+  /// The next page begins at its end, and its last row is the current one.
+  void BeginAtLast();
   /// The next page begins with that message as the current one.
   void BeginAtMessage(const QString& serialId);
   /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
@@ -117,7 +119,8 @@ class PageRows : public QObject {
   void EndReplacing(int number, int count);
   void LetWaitingGo();
   void Release();
-  void TryReaching();
+  void TryReaching(bool isLast);
+  void DropWaiting();
   void Make();
   void DoWaiting();
 
@@ -132,6 +135,7 @@ class PageRows : public QObject {
   int replacing_ = 0;                   // the number of that version
   QTimer giveUpReplacing_;
   QTimer giveUpReaching_;
+  int reachedAt_ = 0;                     // the version that was sent last before that
   QList<std::function<void()>> waiting_;  // until it is there
   int count_ = 0;
   bool closed_ = false;

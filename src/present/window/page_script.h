@@ -32,7 +32,8 @@ inline constexpr char kPageScript[] = R"js(
     const uses = new Map();
     for (const {element} of rows) uses.set(element, (uses.get(element) || 0) + 1);
     for (const row of rows) {
-      if (uses.get(row.element) > 1) row.element = row.link;  // the element holds several
+      // The element may hold several, or not only rows.
+      if (uses.get(row.element) > 1 || row.element.localName === 'body') row.element = row.link;
       row.html = row.element.outerHTML;
     }
     return rows;
@@ -52,7 +53,8 @@ inline constexpr char kPageScript[] = R"js(
 
   let current = -1;
   let anchor = -1;  // where a range begins
-  let gap = -1;  // the row before which the current one stood that has gone
+  let gap = -1;  // the row before which the current one stood that has gone, or behind the last one
+  let isPastLast = false;  // the current one stands for one that has gone behind it
   let clicked = -1;  // the row that was clicked last, without a key
   let chosen = new Set();
   const gone = new Set();
@@ -80,6 +82,7 @@ inline constexpr char kPageScript[] = R"js(
   const goTo = (index, extend) => {
     if (index === undefined) return;
     gap = -1;
+    isPastLast = false;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
     if (extend) {
@@ -191,10 +194,12 @@ inline constexpr char kPageScript[] = R"js(
   });
 
   const restore = (state, staysAtEnd) => {
-    gap = -1;
     const next = state.next.find(id => seen.has(id));
     current = rows.findIndex(row => row.id === next);
-    if (current < 0 && state.next.length > 0) current = lastThere();
+    isPastLast = current < 0 && state.next.length > 0;
+    if (isPastLast) current = lastThere();
+    const behind = state.gap && current < 0 ? state.gap.find(id => seen.has(id)) : undefined;
+    gap = !state.gap || current >= 0 ? -1 : behind ? rows.findIndex(row => row.id === behind) : rows.length;
     anchor = rows.findIndex(row => row.id === state.anchor);
     chosen = new Set(state.chosen.filter(id => seen.has(id)));
     toldChosen = -1;  // the page before this one may have had others
@@ -270,7 +275,8 @@ inline constexpr char kPageScript[] = R"js(
       const from = places.indexOf(current);
       const inSight = places.findIndex(index => rows[index].element.getBoundingClientRect().top >= 0);
       const first = scrollY > 0 && isAtEnd() ? places.length - 1 : Math.max(0, inSight);
-      const next = places.findIndex(index => gap >= 0 && index >= gap);
+      const behind = places.findIndex(index => index >= gap);
+      const next = gap < 0 ? -1 : behind < 0 ? places.length : behind;
       const to = from >= 0 ? from + by : next >= 0 ? next + by - (by > 0) : by > 0 ? first : places.length - 1;
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
@@ -299,7 +305,7 @@ inline constexpr char kPageScript[] = R"js(
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     leave: () => { current = anchor = -1; chosen.clear(); show(); },
     // The row in its place is not meant, but the next step goes from there.
-    leaveToGap: () => { const place = current; vorn.leave(); gap = place; },
+    leaveToGap: () => { const place = isPastLast ? rows.length : current; vorn.leave(); gap = place; },
     leaveUnseen: () => {
       if (current >= 0 && isInSight(rows[current])) return;
       vorn.leave();
@@ -332,6 +338,7 @@ inline constexpr char kPageScript[] = R"js(
     state: () => JSON.stringify({next: there().filter(index => current >= 0 && index >= current)
                                      .map(index => rows[index].id),
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
+                                 gap: gap < 0 ? null : there().filter(index => index >= gap).map(index => rows[index].id),
                                  chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd(),
                                  sight: inSight()}),
     // Once: the user may have moved since.
@@ -359,8 +366,6 @@ inline constexpr char kPageScript[] = R"js(
       const heads = [document, other].map(document => allOf(document, 'html > head')[0]);
       if (!heads[0].isEqualNode(heads[1])) heads[0].replaceWith(heads[1]);
       takeChildren(bodies[0], bodies[1], now, next);
-      // A page that has no row of this one is the one before it, which has gone with all its rows.
-      if (!place && rows.length > 0 && !others.some(row => seen.has(row.id))) state.y = 1e9;
       rows = others;
       seen = new Set(rows.map(row => row.id));
       gone.clear();
