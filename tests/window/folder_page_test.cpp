@@ -351,6 +351,43 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   EXPECT_TRUE(shows(33)) << "the page that is read goes away";
 }
 
+// Behind another tab a page has no height, but the end and the row that the user left are there.
+TEST_F(FolderPageTest, APageBehindAnotherTabIsWhereItWasLeft) {
+  Begin(60, 100, true);
+  BrowserWindow* inbox = Browser();
+  const auto isThere = [&](const char* condition) {
+    auto* engine = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+    return WaitFor([&] { return ScriptIn(*engine, QString::fromLatin1(condition)).toBool(); });
+  };
+  const char* const lastIsSeen =
+      "[...document.links].pop().getBoundingClientRect().bottom <= innerHeight";
+  ASSERT_TRUE(isThere(lastIsSeen));
+  auto* area = program_->Parent()->findChild<QMdiArea*>();
+  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
+  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(isThere("innerHeight === 0"));
+  Disk request(QStringLiteral("mail_new"));
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+  MailStore(program_->GetContext()).StoreMessage(request, "Subject: Came.\r\n\r\n");
+  program_->Parent()->MessageStored();
+  ASSERT_TRUE(isThere("document.body.innerText.includes('Came.')"));
+  area->findChild<QTabBar*>()->setCurrentIndex(0);
+  EXPECT_TRUE(isThere(lastIsSeen));
+  auto* view = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+  view->setFocus();
+  for (int i = 0; i < 30; ++i) QTest::keyClick(view->focusProxy(), Qt::Key_Up);
+  const char* const currentIsSeen =
+      "(() => { const place = document.querySelector('.vorn-current')?.getBoundingClientRect();"
+      " return !!place && place.top >= 0 && place.bottom <= innerHeight; })()";
+  ASSERT_TRUE(isThere(currentIsSeen));
+  area->findChild<QTabBar*>()->setCurrentIndex(1);
+  ASSERT_TRUE(isThere("innerHeight === 0"));
+  inbox->RunCommand(QStringLiteral("dust"));
+  ASSERT_TRUE(isThere("!document.body.innerText.includes('No32.')"));
+  area->findChild<QTabBar*>()->setCurrentIndex(0);
+  EXPECT_TRUE(isThere(currentIsSeen));
+}
+
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   Begin(60, 100);
   for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);

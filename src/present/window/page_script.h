@@ -92,7 +92,7 @@ inline constexpr char kPageScript[] = R"js(
       chosen.clear();
     }
     show();
-    rows[current].element.scrollIntoView({block: 'nearest'});
+    reveal('nearest');
     tell('row', current);
   };
   const toggle = (index, addsCurrent) => {
@@ -109,9 +109,16 @@ inline constexpr char kPageScript[] = R"js(
   const rowAt = target => rows.findIndex(row => row.element.contains(target) && !gone.has(row.id));
   const chosenIds = () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                           : current < 0 ? [] : [rows[current].id];
-  const isAtEnd = () => innerHeight + scrollY >= document.documentElement.scrollHeight - 2;
+  // Nobody sees the page while its height is none, as behind another tab: the last one counts.
+  let height = innerHeight;
+  let reveals = '';  // how the current row comes into sight when somebody sees the page
+  const isAtEnd = () => height + scrollY >= document.documentElement.scrollHeight - 2;
   const topOf = row => row.element.getBoundingClientRect().top;
-  const isInSight = row => topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= innerHeight;
+  const isInSight = row => topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height;
+  const reveal = block => {
+    if (innerHeight === 0) reveals = block;
+    else rows[current].element.scrollIntoView({block});
+  };
   // Where the rows in sight stand, the current one first; where rows go, the next takes their place.
   const inSight = () => there().filter(index => isInSight(rows[index]))
       .sort((a, b) => gone.size > 0 ? 0 : (b === current) - (a === current))
@@ -133,7 +140,7 @@ inline constexpr char kPageScript[] = R"js(
     if (current < 0 || !gone.has(rows[current].id)) return show();
     current = there().find(index => index > current) ?? lastThere();
     show();
-    if (current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
+    if (current >= 0) reveal('nearest');
     tell('row', current);
   };
 
@@ -184,13 +191,15 @@ inline constexpr char kPageScript[] = R"js(
   attend();
 
   // A smaller window does not take the current row out of sight.
-  let height = innerHeight;
   EventTarget.prototype.addEventListener.call(window, 'resize', () => {
+    if (innerHeight === 0) return;
     const row = rows[current];
-    if (row && topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height + 1) {
-      row.element.scrollIntoView({block: 'nearest'});
+    if (row && !reveals && topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height + 1) {
+      reveals = 'nearest';
     }
     height = innerHeight;
+    if (row && reveals) reveal(reveals);
+    reveals = '';
   });
 
   const restore = (state, staysAtEnd) => {
@@ -208,9 +217,9 @@ inline constexpr char kPageScript[] = R"js(
       const stays = state.end && staysAtEnd;
       scrollTo(state.x, stays ? 1e9 : state.y);
       if (!stays) holdInSight(state);
-      if (stays && current >= 0) rows[current].element.scrollIntoView({block: 'nearest'});
+      if (stays && current >= 0) reveal('nearest');
     } else if (current >= 0) {
-      rows[current].element.scrollIntoView({block: 'center'});
+      reveal('center');
     }
     tell('kept', current);
   };
