@@ -84,7 +84,8 @@ qint64 RowsBefore(Context& context, const QString& folder, const QString& search
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (query.IsEmpty() || !mail) return -1;
   const auto to = MomentOf(context.Data, serialId);
-  if (!to) return -1;
+  const QString itself = QStringLiteral("SERIALID = ") + QuoteSql(serialId);
+  if (!to || FirstSerial(context.Data, query.Listing(), itself, 1).isEmpty()) return -1;
   const RecordsetPtr before =
       Ask(context.Data, QStringLiteral("SELECT COUNT(*) AS N FROM (%1) WHERE %2")
                             .arg(query.Listing(), to->Condition(Beyond(-PageStep(context)))));

@@ -150,6 +150,7 @@ def show_all(vorn, subjects):
     for _ in range(len(subjects) - 2):
         vorn.key("ctrl+Next")
         show_html(vorn)
+    vorn.at = "End"  # the list has come along
     vorn.key("Escape")
     vorn.expect("closed Mail")
     vorn.expect_active("parent")

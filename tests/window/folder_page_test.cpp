@@ -518,7 +518,7 @@ TEST_F(FolderPageTest, KeysPressedWhileThePageIsMadeAnewActOnIt) {
   Press(Qt::Key_Home);
   Browser()->Refresh();
   Press(Qt::Key_Delete);
-  Browser()->LoadDefaultProperty(nullptr, true);
+  Browser()->ShowFolder(fixed_serial::kInbox);
   AwaitPainted(*View());
   test::RunFor(300);
   EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 3);

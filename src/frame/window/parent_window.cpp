@@ -100,7 +100,7 @@ ParentWindow::ParentWindow(Context& context)
   });
   // The next key means it.
   actions_.OnReturned([this](const QString& message) {
-    if (BrowserWindow* browser = area_->Active()) browser->Reach(message);
+    if (BrowserWindow* browser = area_->Active()) browser->GoToReturned(message);
   });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });

@@ -11,7 +11,7 @@
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 
-#include "present/window/page_script.h"
+#include "present/page_script.h"
 #include "present/window/page_source.h"
 #include "present/window/script_bar.h"
 

@@ -38,16 +38,21 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
     : host_(host),
       request_(std::make_shared<Disk>(context.Data.NewSerialID())),
       toolbar_(new FolderToolbar(context, this)),
+      queue_([this](const QString& script, const PageQueue::Answer& then) {
+        engine_->Ask(script, then);
+      }),
+      rows_(queue_),
+      change_(queue_, rows_, place_),
       engine_(std::make_unique<EngineView>(context, profiles, *this)),
       split_(new PageSplit(context, engine_->View(), host.Messages())),
-      reading_(std::make_unique<PageReading>(*engine_, profiles.Pages(), request_, rows_)),
-      maker_(std::make_unique<PageMaker>(context, pages, *reading_, request_, rows_)),
-      paging_(std::make_unique<FolderPaging>(request_, rows_, *maker_, *toolbar_)),
-      messages_(
-          std::make_unique<PageMessages>(context, pages, request_, rows_, *split_, host, *this)),
+      reading_(std::make_unique<PageReading>(*engine_, profiles.Pages(), request_, change_)),
+      maker_(std::make_unique<PageMaker>(context, pages, *reading_, request_, place_)),
+      paging_(std::make_unique<FolderPaging>(request_, change_, place_, *maker_, *toolbar_)),
+      messages_(std::make_unique<PageMessages>(context, pages, request_, queue_, rows_, *split_,
+                                               host, *this)),
       commands_(std::make_unique<PageCommands>(*messages_, rows_, request_, *this)),
       printing_(std::make_unique<PagePrinting>(*engine_, host, *this)),
-      rest_(std::make_unique<PageRest>(*engine_, rows_, *this, *split_)) {
+      rest_(std::make_unique<PageRest>(*engine_, change_, *this, *split_)) {
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
   Lay();
@@ -60,7 +65,7 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
 
 BrowserWindow::~BrowserWindow() {
   maker_->StopAsking();
-  rows_.Close();
+  queue_.Close();
   engine_->Close();
   reading_->Drop();
   if (!request_.IsForPrinting()) host_.BrowserClosed();
@@ -95,7 +100,7 @@ void BrowserWindow::ConnectEngine() {
         "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
   });
   connect(engine, &EngineView::Crashed, this, [this] {
-    rows_.Detach();
+    change_.Detach();
     if (IsLocal()) rest_->Renew();
   });
   connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
@@ -145,6 +150,7 @@ void BrowserWindow::ConnectFolder() {
     messages_->SetChosen(0);
     LoadDefaultProperty(nullptr, true);
   });
+  connect(toolbar_, &FolderToolbar::RowWanted, this, [this] { rows_.Enter(); });
   connect(paging_.get(), &FolderPaging::KeysWanted, this, [this] { engine_->View()->setFocus(); });
   const PageMaker* maker = maker_.get();
   connect(maker, &PageMaker::Named, this, &QWidget::setWindowTitle);
@@ -152,7 +158,7 @@ void BrowserWindow::ConnectFolder() {
   connect(maker, &PageMaker::AnewWanted, this, &BrowserWindow::Refresh);
   connect(reading_.get(), &PageReading::AnewWanted, this, &BrowserWindow::Refresh);
   // Its rows would wait for another page.
-  connect(maker, &PageMaker::PageStays, this, [this] { rows_.Stay(engine_->Page()); });
+  connect(maker, &PageMaker::PageStays, this, [this] { change_.Stay(); });
   connect(maker, &PageMaker::TextWanted, this, [this](const QString& html) {
     if (!rest_->IsResting()) ShowText(html);  // else it comes once more when somebody sees it
   });
@@ -210,7 +216,10 @@ void BrowserWindow::TakeName(const QString& name, const QUrl& url) {
 
 bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   rest_->End();
-  if (request != nullptr) request_.Take(request);
+  if (request != nullptr) {
+    change_.LeavePlace();
+    request_.Take(request);
+  }
   engine_->Use(IsLocal());
   if (!IsLocal()) maker_->StopAsking();
   if (IsLocal() && !request_.HasPage()) request_.SetPage(PageRequest::kFirstShown);
@@ -227,6 +236,7 @@ bool BrowserWindow::CreatePage() {
 }
 
 void BrowserWindow::ShowFolder(const QString& folder) {
+  change_.LeavePlace();
   reading_->Drop();
   split_->ShowNothing();
   request_.SetSearch({});  // so that emptying the box searches nothing
@@ -252,8 +262,8 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 void BrowserWindow::ShowText(const QString& html) {
   request_.SetUrl({});
   messages_->SetChosen(0);
-  rows_.BeginAtEnd(false);
-  rows_.Detach();
+  place_.BeginAtEnd(false);
+  change_.Load();
   toolbar_->ShowAddress(windowTitle(), false);
   engine_->ShowHtml(html);
 }
@@ -261,12 +271,12 @@ void BrowserWindow::ShowText(const QString& html) {
 void BrowserWindow::UpdateBrowser() {
   toolbar_->ShowAddress(IsLocal() ? windowTitle() : request_.Url(), !IsLocal());
   const bool isThere = IsLocal() && engine_->ShowsFolder() && !request_.IsLoading();
-  isThere&& rows_.CanReplace() && reading_->Page().size() < kMostReplaced ? Replace() : LoadPage();
+  if (!isThere || reading_->Page().size() >= kMostReplaced || !Replace()) LoadPage();
 }
 
 // The page in sight becomes the new one.
-void BrowserWindow::Replace() {
-  rows_.Replace(reading_->Page(), [this](bool isReplaced) {
+bool BrowserWindow::Replace() {
+  return change_.Replace(reading_->Page(), [this](bool isReplaced) {
     if (!isReplaced) return LoadPage();
     reading_->Drop();
     maker_->Counter().BeginSoon();
@@ -276,10 +286,12 @@ void BrowserWindow::Replace() {
 
 void BrowserWindow::LoadPage() {
   if (IsLocal()) {
-    rows_.Await();
-    engine_->Load(reading_->Url(), true, rows_.PlaceScript());
+    change_.Load();
+    const QString place = place_.ForLoading();
+    engine_->Load(reading_->Url(), true,
+                  place.isEmpty() ? QString() : QStringLiteral("window.vornPlace = ") + place);
   } else {
-    rows_.Detach();
+    change_.Detach();
     engine_->Load(QUrl::fromUserInput(request_.Url()), false);
   }
   reading_->Begin();
@@ -313,7 +325,7 @@ void BrowserWindow::Seek() {
 void BrowserWindow::Refresh() {
   if (rest_->IsResting()) return;
   if (IsLocal()) {
-    rows_.Keep([this] { maker_->MakeAnew([this] { LoadDefaultProperty(nullptr, true); }); });
+    change_.Keep([this] { maker_->MakeAnew([this] { LoadDefaultProperty(nullptr, true); }); });
   } else {
     engine_->View()->reload();
   }
@@ -332,7 +344,7 @@ void BrowserWindow::LoadEnded(bool ok) {
   } else {
     ShowPlace();
   }
-  rows_.Attach(engine_->Page());
+  change_.Attach();
   if (request_.IsForPrinting()) printing_->Print();
   Q_EMIT Loaded(ok);
 }
@@ -373,8 +385,12 @@ int BrowserWindow::CountChosen() const {
   return messages_->CountChosen();
 }
 
-void BrowserWindow::Reach(const QString& message) {
-  rows_.Reach(message);
+void BrowserWindow::GoToMessage(const QString& message) {
+  messages_->GoTo(message);
+}
+
+void BrowserWindow::GoToReturned(const QString& message) {
+  messages_->GoToReturned(message);
 }
 
 void BrowserWindow::RunCommand(const QString& command) {

@@ -5,8 +5,11 @@
 #include <memory>
 
 #include "frame/request_window.h"
+#include "present/page_change.h"
+#include "present/page_place.h"
+#include "present/page_queue.h"
+#include "present/page_rows.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -72,18 +75,18 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QString Search() const { return request_.Search(); }
   /// Shows all of the folder again.
   void GiveUpSearch();
-  /// Makes a message of the page the current one, or none when it is on another page.
-  void GoToMessage(const QString& serialId) { rows_.GoToMessage(serialId); }
+  /// Makes a message of the folder the current one, whichever page it is on.
+  void GoToMessage(const QString& message);
   /// How many messages the user has chosen one by one.
   int CountChosen() const;
   /// Gives the messages that the user has chosen on the folder's page, or the current one.
   void ChosenMessages(const std::function<void(const QStringList&)>& then) { rows_.Chosen(then); }
   /// Messages of the folder have left it; the page is yet to be made anew.
   void MessagesGone(const QStringList& messages);
-  /// See `PageRows::AfterCommands`.
-  void AfterCommands(const std::function<void()>& then) { rows_.AfterCommands(then); }
-  /// Makes a message's row the current one, once the page is there.
-  void Reach(const QString& message);
+  /// See `PageQueue::After`.
+  void AfterCommands(const std::function<void()>& then) { queue_.After(then); }
+  /// Goes to a message that has come back into the folder: what is done next is done with it.
+  void GoToReturned(const QString& message);
   /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.
@@ -109,7 +112,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void TakeName(const QString& name, const QUrl& url);
   bool CreatePage();
   void LoadPage();
-  void Replace();
+  bool Replace();
   void ShowText(const QString& html);
   void SetLoading(bool loading);
   void LoadEnded(bool ok);
@@ -120,7 +123,10 @@ class BrowserWindow : public QWidget, public RequestWindow {
   QString tag_;
   QString ownPage_;  // instead of a folder
   FolderToolbar* toolbar_;
+  PageQueue queue_;
   PageRows rows_;
+  PagePlace place_;
+  PageChange change_;
   std::unique_ptr<EngineView> engine_;
   PageSplit* split_;
   std::unique_ptr<PageReading> reading_;

@@ -127,6 +127,7 @@ void EngineView::ShowHtml(const QString& html) {
 }
 
 void EngineView::Ask(const QString& script, const std::function<void(const QVariant&)>& then) {
+  if (page_ == nullptr) return then({});
   page_->runJavaScript(script, QWebEngineScript::ApplicationWorld,
                        [self = QPointer<EngineView>(this), then](const QVariant& answer) {
                          if (self != nullptr && !self->closed_) then(answer);

@@ -1,21 +1,21 @@
 #include "present/window/folder_paging.h"
 
+#include "present/page_change.h"
+#include "present/page_place.h"
 #include "present/window/folder_toolbar.h"
 #include "present/window/page_maker.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 
 namespace vorn {
 
-FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& maker,
-                           FolderToolbar& toolbar)
-    : request_(request), rows_(rows), maker_(maker), toolbar_(toolbar) {
+FolderPaging::FolderPaging(PageRequest& request, PageChange& change, PagePlace& place,
+                           PageMaker& maker, FolderToolbar& toolbar)
+    : request_(request), change_(change), place_(place), maker_(maker), toolbar_(toolbar) {
   connect(&toolbar_, &FolderToolbar::FirstWanted, this, [this] { GoTo(1); });
   connect(&toolbar_, &FolderToolbar::LastWanted, this, &FolderPaging::GoToLast);
   connect(&toolbar_, &FolderToolbar::TypedPageWanted, this, &FolderPaging::GoToTyped);
   connect(&toolbar_, &FolderToolbar::SearchWanted, this, &FolderPaging::Search);
   connect(&toolbar_, &FolderToolbar::SearchLeft, this, &FolderPaging::KeysWanted);
-  connect(&toolbar_, &FolderToolbar::RowWanted, this, [this] { rows_.Enter(); });
   // The button that empties the box shows the whole folder again.
   connect(&toolbar_, &FolderToolbar::SearchEmptied, this, [this] {
     if (!request_.Search().isEmpty()) Search();
@@ -26,12 +26,17 @@ FolderPaging::FolderPaging(PageRequest& request, PageRows& rows, PageMaker& make
 
 void FolderPaging::GoTo(int page) {
   if (!request_.IsLocal()) return;
-  rows_.BeginAtEnd(false);
-  Ask(page);
+  place_.BeginAtEnd(false);
+  Leave(page);
 }
 
 void FolderPaging::GoToMessage(int page, const QString& message) {
-  rows_.BeginAtMessage(message);
+  place_.BeginAtMessage(message);
+  Ask(page);
+}
+
+void FolderPaging::Leave(int page) {
+  change_.LeavePlace();
   Ask(page);
 }
 
@@ -56,7 +61,7 @@ void FolderPaging::GoToLast() {
   if (!request_.IsLocal()) return;
   maker_.LastPage([this](int last) {
     maker_.BeginAtNewest();
-    Ask(last);
+    Leave(last);
   });
 }
 

@@ -5,9 +5,10 @@
 namespace vorn {
 
 class FolderToolbar;
+class PageChange;
 class PageMaker;
+class PagePlace;
 class PageRequest;
-class PageRows;
 
 /// Goes to the pages of a folder that the toolbar asks for, and searches the folder. On a web page
 /// it does nothing.
@@ -15,10 +16,12 @@ class FolderPaging : public QObject {
   Q_OBJECT
 
  public:
-  FolderPaging(PageRequest& request, PageRows& rows, PageMaker& maker, FolderToolbar& toolbar);
+  FolderPaging(PageRequest& request, PageChange& change, PagePlace& place, PageMaker& maker,
+               FolderToolbar& toolbar);
 
   void GoTo(int page);
-  /// Goes to the page on which a message stands, and to the message there.
+  /// Goes to the page on which a message stands, and to the message there, for which is meant what
+  /// is done meanwhile.
   void GoToMessage(int page, const QString& message);
   void Turn(int step);
   /// Searches for what is typed, or shows all messages when that is nothing.
@@ -37,10 +40,12 @@ class FolderPaging : public QObject {
  private:
   void GoToTyped();
   void GoToLast();
+  void Leave(int page);
   void Ask(int page);
 
   PageRequest& request_;
-  PageRows& rows_;
+  PageChange& change_;
+  PagePlace& place_;
   PageMaker& maker_;
   FolderToolbar& toolbar_;
 };

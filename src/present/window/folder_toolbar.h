@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "present/window/page_rows.h"
+#include "present/page_rows.h"
 #include "storage/context.h"
 
 class QAction;

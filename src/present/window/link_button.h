@@ -2,7 +2,7 @@
 
 #include <QToolButton>
 
-#include "present/window/page_rows.h"
+#include "present/page_rows.h"
 
 namespace vorn {
 

@@ -8,9 +8,9 @@
 #include "mail/message_model.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
+#include "present/page_rows.h"
 #include "present/window/page_messages.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -8,11 +8,11 @@
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"
+#include "present/page_place.h"
 #include "present/window/condition_wait.h"
 #include "present/window/first_use.h"
 #include "present/window/page_reading.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
 
@@ -24,12 +24,12 @@ constexpr int kLookAgainMs = 2000;
 }  // namespace
 
 PageMaker::PageMaker(Context& context, MessageListPages& pages, PageReading& reading,
-                     PageRequest& request, PageRows& rows)
+                     PageRequest& request, PagePlace& place)
     : context_(context),
       pages_(pages),
       reading_(reading),
       request_(request),
-      rows_(rows),
+      place_(place),
       counter_(pages, request),
       wait_(new ConditionWait(context, [this] { TellStopped(); })) {}
 
@@ -93,7 +93,7 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
     const int last = qMax(1, pages_.CountPages(request_.Folder(), request_.Search()));
     if (request_.Page() > last) {
       request_.SetPage(last);
-      rows_.BeginAtLast();
+      place_.BeginAtLast();
       page = Write();
     }
   }
@@ -103,7 +103,7 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
 
 bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
-  if (!request_.HasUrl()) rows_.BeginAtEnd(rows_.StaysAtEnd());
+  if (!request_.HasUrl()) place_.BeginAtEnd(place_.StaysAtEnd());
   reading_.Keep(page.bytes);
   request_.SetNeighbours(page.before, page.next);
   Q_EMIT Made();
@@ -130,20 +130,20 @@ void PageMaker::ChooseFirstPage() {
     request_.SetPage(brief.IsReached() ? PageRequest::kFirstShown : qMax(1, pages));
   }
   if (request_.Page() != PageRequest::kFirstShown) {
-    rows_.BeginAtEnd(newest);
-    rows_.StayAtEnd(newest);
+    place_.BeginAtEnd(newest);
+    place_.StayAtEnd(newest);
   }
   counter_.Tell();
 }
 
 // Whether the user looks at what came last and at nothing in particular.
 bool PageMaker::IsAtNewest() const {
-  return rows_.StaysAtEnd() && rows_.WasAtEnd() && request_.Search().isEmpty() &&
+  return place_.StaysAtEnd() && place_.WasAtEnd() && request_.Search().isEmpty() &&
          !request_.HasNext();
 }
 
 void PageMaker::BeginAtNewest() {
-  rows_.BeginAtEnd(!IsNewestFirst());
+  place_.BeginAtEnd(!IsNewestFirst());
 }
 
 void PageMaker::LastPage(const std::function<void(int)>& then) {

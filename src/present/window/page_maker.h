@@ -13,9 +13,9 @@ class QWidget;
 namespace vorn {
 
 class ConditionWait;
+class PagePlace;
 class PageReading;
 class PageRequest;
-class PageRows;
 
 /// Makes the page of a request's folder. What takes long is asked on a thread of its own, with a
 /// bar above the page meanwhile.
@@ -24,7 +24,7 @@ class PageMaker : public QObject {
 
  public:
   PageMaker(Context& context, MessageListPages& pages, PageReading& reading, PageRequest& request,
-            PageRows& rows);
+            PagePlace& place);
 
   /// Makes the page that the request asks for and writes into the request which it is and what is
   /// before and after it. Whether there is a page to load; else it has told what to show, or will.
@@ -81,7 +81,7 @@ class PageMaker : public QObject {
   MessageListPages& pages_;
   PageReading& reading_;
   PageRequest& request_;
-  PageRows& rows_;
+  PagePlace& place_;
   PageCounter counter_;
   ConditionWait* wait_;
   QStringList gone_;      // since the folder's messages have been looked for elsewhere

@@ -11,8 +11,8 @@
 #include "objects/object_types.h"
 #include "present/message_list_page.h"
 #include "present/neighbour_message.h"
+#include "present/page_rows.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 #include "present/window/page_split.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
@@ -34,10 +34,12 @@ bool AgreesToOpen(QWidget& window, qsizetype windows) {
 }  // namespace
 
 PageMessages::PageMessages(Context& context, MessageListPages& pages, const PageRequest& request,
-                           PageRows& rows, PageSplit& split, BrowserHost& host, QWidget& window)
+                           PageQueue& queue, PageRows& rows, PageSplit& split, BrowserHost& host,
+                           QWidget& window)
     : context_(context),
       pages_(pages),
       request_(request),
+      queue_(queue),
       rows_(rows),
       split_(split),
       host_(host),
@@ -125,7 +127,9 @@ void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
 }
 
 void PageMessages::GoToUnopened() {
-  WithCurrent([this](const QString& message) { GoToUnopenedAfter(message); });
+  rows_.CurrentAlone([this, folder = request_.Folder()](const QString& message) {
+    if (request_.Folder() == folder) GoToUnopenedAfter(message);
+  });
 }
 
 void PageMessages::GoToUnopenedAfter(const QString& message) {
@@ -136,15 +140,37 @@ void PageMessages::GoToUnopenedAfter(const QString& message) {
                                  : Ui::tr("ほかに未開封のメッセージはありません。"));
     return;
   }
-  rows_.GoToMessage(
-      next, [this, next] { QTimer::singleShot(0, this, [this, next] { GoToPageOf(next); }); });
+  GoToRow(next);
 }
 
-void PageMessages::GoToPageOf(const QString& message) {
+void PageMessages::GoTo(const QString& message) {
+  queue_.After([this, message, folder = request_.Folder()] {
+    if (request_.Folder() == folder) GoToRow(message);
+  });
+}
+
+// On this page or another one.
+void PageMessages::GoToRow(const QString& message) {
+  rows_.GoToMessage(message, [this, message] {
+    if (const int page = PageOf(message)) Q_EMIT PageWanted(page, message);
+  });
+}
+
+// 0 where the folder does not show it.
+int PageMessages::PageOf(const QString& message) {
   const ConditionLimit brief(kSearchMs);
   const qint64 before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
-  if (before < 0) return host_.Tell(context_.Data.LastError().text);
-  Q_EMIT PageWanted(pages_.PageOf(before), message);
+  if (before < 0 && brief.IsReached()) host_.Tell(context_.Data.LastError().text);
+  return before < 0 ? 0 : pages_.PageOf(before);
+}
+
+// What is pressed before it is there is meant for it, and is done to no other.
+void PageMessages::GoToReturned(const QString& message) {
+  if (const int page = PageOf(message)) {
+    Q_EMIT PageWanted(page, message);
+  } else {
+    queue_.DropHeld();
+  }
 }
 
 // Whether the messages are gone from the folder without a question.

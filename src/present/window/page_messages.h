@@ -14,6 +14,7 @@ class QWidget;
 namespace vorn {
 
 class MessageListPages;
+class PageQueue;
 class PageRequest;
 class PageRows;
 class PageSplit;
@@ -27,7 +28,8 @@ class PageMessages : public QObject {
  public:
   /// Questions stand before `window`.
   PageMessages(Context& context, MessageListPages& pages, const PageRequest& request,
-               PageRows& rows, PageSplit& split, BrowserHost& host, QWidget& window);
+               PageQueue& queue, PageRows& rows, PageSplit& split, BrowserHost& host,
+               QWidget& window);
 
   /// Opens the chosen messages to be read, or makes an answer to the current one.
   void Open(OpenMode mode);
@@ -40,6 +42,10 @@ class PageMessages : public QObject {
   void Ask(void (MessageHost::*command)(const QString&));
   /// Goes to the next unopened message of the folder, whichever page it is on.
   void GoToUnopened();
+  /// Goes to a message of the folder once what was asked before is done.
+  void GoTo(const QString& message);
+  /// Goes to a message that the page may not show yet, by making another one.
+  void GoToReturned(const QString& message);
 
   /// A link to a message was clicked on the page.
   void Follow(const LinkCommand& command);
@@ -63,13 +69,15 @@ class PageMessages : public QObject {
   void OpenInWindow(const LinkCommand& command);
   void OpenEach(const QStringList& messages);
   void GoToUnopenedAfter(const QString& message);
-  void GoToPageOf(const QString& message);
+  void GoToRow(const QString& message);
+  int PageOf(const QString& message);
   bool TakesAway(MessageAction action) const;
   void ActOn(const QStringList& messages, MessageAction action, const QString& folder);
 
   Context& context_;
   MessageListPages& pages_;
   const PageRequest& request_;
+  PageQueue& queue_;
   PageRows& rows_;
   PageSplit& split_;
   BrowserHost& host_;

@@ -3,10 +3,10 @@
 #include <QFile>
 #include <QVariant>
 
+#include "present/page_change.h"
 #include "present/window/engine_view.h"
 #include "present/window/link_page.h"
 #include "present/window/page_request.h"
-#include "present/window/page_rows.h"
 #include "present/window/page_source.h"
 
 namespace vorn {
@@ -19,8 +19,8 @@ constexpr int kMostAttempts = 3;
 }  // namespace
 
 PageReading::PageReading(EngineView& engine, PageSource& source, PageRequest& request,
-                         PageRows& rows)
-    : engine_(engine), source_(source), request_(request), rows_(rows) {
+                         PageChange& change)
+    : engine_(engine), source_(source), request_(request), change_(change) {
   checkRows_.setSingleShot(true);
   connect(&checkRows_, &QTimer::timeout, this, &PageReading::CheckRows);
 }
@@ -58,12 +58,11 @@ void PageReading::Begin() {
 // Of two loadings in a row the engine may tell one end alone, and an answer that the page was asked
 // for in between is lost with the former page: without its rows the keys would stay dead.
 void PageReading::CheckRows() {
-  if (!request_.IsLocal() || engine_.Page() == nullptr) return;
-  if (rows_.IsReady() || rows_.IsReplacing()) return;
+  if (!request_.IsLocal() || engine_.Page() == nullptr || change_.IsTold()) return;
   if (engine_.Page()->isLoading()) {
     Begin();
   } else {
-    rows_.Attach(engine_.Page());
+    change_.Attach();
   }
 }
 

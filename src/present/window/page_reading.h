@@ -8,8 +8,8 @@
 namespace vorn {
 
 class EngineView;
+class PageChange;
 class PageRequest;
-class PageRows;
 class PageSource;
 
 /// A folder's page from when it is made until the engine has read it, or the page in sight has
@@ -18,7 +18,7 @@ class PageReading : public QObject {
   Q_OBJECT
 
  public:
-  PageReading(EngineView& engine, PageSource& source, PageRequest& request, PageRows& rows);
+  PageReading(EngineView& engine, PageSource& source, PageRequest& request, PageChange& change);
 
   /// Keeps a page as the one that the request asks for; an empty one is none.
   void Keep(const QByteArray& page);
@@ -49,7 +49,7 @@ class PageReading : public QObject {
   EngineView& engine_;
   PageSource& source_;
   PageRequest& request_;
-  PageRows& rows_;
+  PageChange& change_;
   QTimer checkRows_;
   int attempts_ = 0;  // to load a page that the engine gave up
 };

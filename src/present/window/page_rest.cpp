@@ -6,8 +6,8 @@
 #include <QWebEngineView>
 #include <utility>
 
+#include "present/page_change.h"
 #include "present/window/engine_view.h"
-#include "present/window/page_rows.h"
 
 namespace vorn {
 namespace {
@@ -16,23 +16,24 @@ constexpr int kAgainMs = 10000;
 
 }  // namespace
 
-PageRest::PageRest(EngineView& engine, PageRows& rows, QWidget& window, QWidget& around)
-    : engine_(engine), rows_(rows), window_(window), around_(around) {}
+PageRest::PageRest(EngineView& engine, PageChange& change, QWidget& window, QWidget& around)
+    : engine_(engine), change_(change), window_(window), around_(around) {}
 
 void PageRest::Begin() {
   if (std::exchange(rests_, true)) return;
-  rows_.Keep([this] { QTimer::singleShot(0, this, &PageRest::LetGo); });
+  change_.Keep([this] { QTimer::singleShot(0, this, &PageRest::LetGo); });
 }
 
 // The user may be back before the page has told its place.
 void PageRest::LetGo() {
   if (engine_.View() == nullptr) return;
   if (!rests_) {
-    rows_.Stay(engine_.Page());
+    change_.Stay();
     Q_EMIT AnewWanted();
     return;
   }
   engine_.LetGo();
+  change_.Load();  // in its time
   Q_EMIT Gone();
 }
 

@@ -8,7 +8,7 @@ class QWidget;
 namespace vorn {
 
 class EngineView;
-class PageRows;
+class PageChange;
 
 /// Lets the page of a browser window that nobody sees go, with its view, and has it made anew when
 /// it is seen. Gives the keyboard to the page without taking it from anybody.
@@ -17,7 +17,7 @@ class PageRest : public QObject {
 
  public:
   /// `around` is the widget within `window` in which the page stands.
-  PageRest(EngineView& engine, PageRows& rows, QWidget& window, QWidget& around);
+  PageRest(EngineView& engine, PageChange& change, QWidget& window, QWidget& around);
 
   /// Once the page has told its place, it goes.
   void Begin();
@@ -43,7 +43,7 @@ class PageRest : public QObject {
   bool HasKeysNear() const;
 
   EngineView& engine_;
-  PageRows& rows_;
+  PageChange& change_;
   QWidget& window_;
   QWidget& around_;
   bool rests_ = false;

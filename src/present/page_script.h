@@ -1,6 +1,14 @@
 #pragma once
 
+#include <QString>
+
 namespace vorn {
+
+/// A script that calls a function of `vorn`, below; it gives nothing where a page could not be
+/// loaded and has no script.
+inline QString OnPage(const QString& call) {
+  return QStringLiteral("window.vorn && vorn.") + call;
+}
 
 /// The script with which the program itself follows the user on a folder's page. It runs in every
 /// page once that is read, in a world apart from it, where scripts of the page, if it had any,
@@ -205,7 +213,7 @@ inline constexpr char kPageScript[] = R"js(
   const restore = (state, staysAtEnd) => {
     const next = state.next.find(id => seen.has(id));
     current = rows.findIndex(row => row.id === next);
-    isPastLast = current < 0 && state.next.length > 0;
+    isPastLast = current < 0 && state.next.length > 0 && !state.seen;
     if (isPastLast) current = lastThere();
     const behind = state.gap && current < 0 ? state.gap.find(id => seen.has(id)) : undefined;
     gap = !state.gap || current >= 0 ? -1 : behind ? rows.findIndex(row => row.id === behind) : rows.length;
@@ -219,7 +227,7 @@ inline constexpr char kPageScript[] = R"js(
       if (!stays) holdInSight(state);
       if (stays && current >= 0) reveal('nearest');
     } else if (current >= 0) {
-      reveal('center');
+      reveal(isInSight(rows[current]) ? 'nearest' : 'center');
     }
     tell('kept', current);
   };
@@ -290,12 +298,6 @@ inline constexpr char kPageScript[] = R"js(
       goTo(places[Math.max(0, Math.min(places.length - 1, to))], extend);
     },
     goTo: (index, extend) => goTo(there().at(index), extend),
-    reach: id => {
-      const index = rows.findIndex(row => row.id === id);
-      gone.delete(id);  // it was, and has come back
-      if (index >= 0) goTo(index, false);
-      return index >= 0;
-    },
     // For who comes with the keyboard: one row is current.
     enter: () => { if (current < 0) vorn.step(1, false); },
     goToMessage: id => {
@@ -352,9 +354,8 @@ inline constexpr char kPageScript[] = R"js(
                                  sight: inSight()}),
     // Once: the user may have moved since.
     restore: (text, staysAtEnd) => {
-      if (text === restored) return;
-      restored = text;
-      restore(JSON.parse(text), staysAtEnd);
+      if (text !== restored) restore(JSON.parse(restored = text), staysAtEnd);
+      return true;
     },
     // Another version of the page, as bytes in base64, takes the place of this one, at `place` or
     // where the user is now. Gives the number of its rows, or nothing where it has to be loaded.

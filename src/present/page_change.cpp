@@ -1,0 +1,135 @@
+#include "present/page_change.h"
+
+#include <utility>
+
+#include "present/page_place.h"
+#include "present/page_queue.h"
+#include "present/page_rows.h"
+#include "present/page_script.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kAnswerMs = 2000;  // after so long a page will not answer any more
+
+}  // namespace
+
+PageChange::PageChange(PageQueue& queue, PageRows& rows, PagePlace& place)
+    : queue_(queue), rows_(rows), place_(place) {
+  giveUpMaking_.setSingleShot(true);
+  connect(&giveUpMaking_, &QTimer::timeout, this, &PageChange::Make);
+  giveUpReplacing_.setSingleShot(true);
+  connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(version_, -1); });
+}
+
+void PageChange::Keep(const std::function<void()>& make) {
+  if (make_) return;
+  make_ = make;
+  if (!queue_.HasPage() || !rows_.HasRows()) {
+    place_.KeepEmpty();
+    return Make();
+  }
+  queue_.RunFirst(OnPage(QStringLiteral("state()")), [this](const QVariant& state) {
+    if (make_ && state.isValid()) place_.Keep(state.toString());
+    Make();
+  });
+  // A page that goes at this very moment takes the question with it.
+  giveUpMaking_.start(kAnswerMs);
+  queue_.Expect();
+}
+
+void PageChange::Make() {
+  giveUpMaking_.stop();
+  if (make_) std::exchange(make_, {})();
+}
+
+bool PageChange::Replace(const QByteArray& page, const std::function<void(bool)>& then) {
+  if (!queue_.HasPage()) return false;
+  queue_.Expect();
+  replaced_ = then;
+  sent_ = place_.Number();
+  giveUpReplacing_.start(kAnswerMs);
+  const QString call = QStringLiteral("replace('%1', ...%2)")
+                           .arg(QString::fromLatin1(page.toBase64()), place_.ForReplacing());
+  queue_.RunFirst(OnPage(call), [this, version = ++version_](const QVariant& rows) {
+    EndReplacing(version, rows.isValid() ? rows.toInt() : -1);
+  });
+  return true;
+}
+
+// Of two that are sent in a row the answer to the first is nobody's.
+void PageChange::EndReplacing(int version, int rows) {
+  if (version != version_ || !replaced_) return;
+  giveUpReplacing_.stop();
+  const auto then = std::exchange(replaced_, {});
+  if (rows < 0) return then(false);
+  place_.Taken(sent_);
+  rows_.SetCount(rows);
+  // Else the page has been asked where the user is on it, and answers next.
+  if (!make_) queue_.Resume();
+  then(true);
+}
+
+void PageChange::Load() {
+  replaced_ = {};
+  isTold_ = false;
+  sent_ = place_.Number();
+  queue_.Load();
+}
+
+// The engine forgets what it was asked when the document goes, which is what happens when the end
+// of an earlier loading is told: a place that was not put back is still wanted, and what was to
+// make the page anew does so now.
+void PageChange::Attach() {
+  replaced_ = {};
+  queue_.Loaded();
+  // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
+  queue_.RunFirst(QString::fromUtf8(kPageScript));
+  const QString place = place_.ForLoading();
+  if (!place.isEmpty()) {
+    queue_.RunFirst(OnPage(QStringLiteral("restore(...%1)").arg(place)),
+                    [this, number = place_.Number()](const QVariant& done) {
+                      if (done.toBool()) place_.Taken(number);
+                    });
+  }
+  place_.Loaded(sent_);
+  Count();
+  Resume();
+}
+
+void PageChange::Stay() {
+  replaced_ = {};
+  queue_.Expect();
+  Count();
+  Resume();
+}
+
+void PageChange::Count() {
+  queue_.RunFirst(OnPage(QStringLiteral("count()")), [this](const QVariant& count) {
+    isTold_ = true;
+    rows_.SetCount(count.toInt());
+  });
+}
+
+void PageChange::Resume() {
+  if (make_) {
+    Keep(std::exchange(make_, {}));
+  } else {
+    queue_.Resume();
+  }
+}
+
+void PageChange::Detach() {
+  LeavePlace();
+  replaced_ = {};
+  queue_.Shut();
+  rows_.SetCount(0);
+}
+
+void PageChange::LeavePlace() {
+  giveUpMaking_.stop();
+  make_ = {};
+  queue_.Drop();
+}
+
+}  // namespace vorn

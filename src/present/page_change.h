@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+
+namespace vorn {
+
+class PagePlace;
+class PageQueue;
+class PageRows;
+
+/// How a folder's page becomes its next version, or another folder's: it takes that over row by
+/// row, or another document is loaded in its place. What is done meanwhile is done on the new one.
+class PageChange : public QObject {
+ public:
+  PageChange(PageQueue& queue, PageRows& rows, PagePlace& place);
+
+  /// Has `make` make the next version once it is known where the user is on this one, or that no
+  /// page will tell. One that is about to be made for that is enough.
+  void Keep(const std::function<void()>& make);
+  /// Has the page take over another version of itself, in its bytes. `then` hears whether it has;
+  /// else the version has to be loaded. False where no page can be asked to.
+  bool Replace(const QByteArray& page, const std::function<void(bool)>& then);
+  /// Another document is being loaded.
+  void Load();
+  /// It has been.
+  void Attach();
+  /// No version comes in the place of the page that is there.
+  void Stay();
+  /// There is no folder's page any more; its rows go with it.
+  void Detach();
+  /// What comes next is another folder, or another page of it.
+  void LeavePlace();
+  /// Whether the document that was loaded has told its rows.
+  bool IsTold() const { return isTold_; }
+
+ private:
+  void Make();
+  void Count();
+  void Resume();
+  void EndReplacing(int number, int rows);
+
+  PageQueue& queue_;
+  PageRows& rows_;
+  PagePlace& place_;
+  std::function<void()> make_;  // the next version, when it is time
+  QTimer giveUpMaking_;
+  std::function<void(bool)> replaced_;
+  QTimer giveUpReplacing_;
+  int version_ = 0;  // that the page is taking over
+  int sent_ = 0;     // the number of the place that came with it
+  bool isTold_ = false;
+};
+
+}  // namespace vorn

@@ -1,0 +1,75 @@
+#include "present/page_place.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace vorn {
+namespace {
+
+const QString kAtTop = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0})");
+const QString kAtEnd = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})");
+// As after a row that has gone with all rows after it.
+const QString kAtLast = QStringLiteral(R"({"next":[""],"chosen":[],"x":0,"y":1e9,"end":true})");
+
+}  // namespace
+
+void PagePlace::Set(const QString& state, bool isOrdered) {
+  state_ = state;
+  isOrdered_ = isOrdered;
+  ++number_;
+}
+
+void PagePlace::BeginAtEnd(bool atEnd) {
+  Set(atEnd ? kAtEnd : QString(), true);
+}
+
+void PagePlace::BeginAtLast() {
+  Set(kAtLast, true);
+}
+
+void PagePlace::BeginAtMessage(const QString& serialId) {
+  const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId}},
+                          {QStringLiteral("chosen"), QJsonArray()},
+                          {QStringLiteral("seen"), true}};
+  Set(QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact)), true);
+}
+
+void PagePlace::Keep(const QString& state) {
+  if (!isOrdered_) Set(state, false);
+}
+
+// One that was kept before may not have been put back yet.
+void PagePlace::KeepEmpty() {
+  if (state_.isEmpty()) Keep(kAtEnd);
+}
+
+bool PagePlace::WasAtEnd() const {
+  const QJsonObject state = QJsonDocument::fromJson(state_.toUtf8()).object();
+  return state[u"end"].toBool() && state[u"next"].toArray().isEmpty();
+}
+
+// In a list, as which JSON allows a text to stand for itself.
+QString PagePlace::Arguments(const QString& state) const {
+  return QString::fromUtf8(
+      QJsonDocument(QJsonArray{state, staysAtEnd_}).toJson(QJsonDocument::Compact));
+}
+
+QString PagePlace::ForLoading() const {
+  return state_.isEmpty() ? QString() : Arguments(state_);
+}
+
+// Of itself the page knows better where it is.
+QString PagePlace::ForReplacing() const {
+  return Arguments(!isOrdered_ ? QString() : state_.isEmpty() ? kAtTop : state_);
+}
+
+void PagePlace::Taken(int number) {
+  if (number == number_) Set({}, false);
+}
+
+void PagePlace::Loaded(int number) {
+  if (number == number_) isOrdered_ = false;
+}
+
+}  // namespace vorn

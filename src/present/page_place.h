@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+namespace vorn {
+
+/// Where the user is on a folder's page, and so on its next version: the current row, the choice
+/// and how far the page is scrolled, as the page's own script tells them. Another place may be
+/// ordered for the next version, and holds whatever the page tells, until that version is there.
+class PagePlace {
+ public:
+  /// The next version begins at its last row, or at its top.
+  void BeginAtEnd(bool atEnd);
+  /// It begins at its end, and its last row is the current one.
+  void BeginAtLast();
+  /// It begins with that message as the current one.
+  void BeginAtMessage(const QString& serialId);
+  /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
+  /// is what the user looks at.
+  void StayAtEnd(bool stays) { staysAtEnd_ = stays; }
+  bool StaysAtEnd() const { return staysAtEnd_; }
+
+  /// The page has told its place, or has no rows that could: it is at its end.
+  void Keep(const QString& state);
+  void KeepEmpty();
+  /// Whether the page whose place was kept is at its end, and no row of it is current.
+  bool WasAtEnd() const;
+
+  /// The arguments of the page's `restore`; empty where it stays where it begins.
+  QString ForLoading() const;
+  /// The last arguments of its `replace`.
+  QString ForReplacing() const;
+  /// Counts the places: the one that is wanted now. To be told when a version has come, so that
+  /// what has been asked for since is kept.
+  int Number() const { return number_; }
+  /// A version that was made for that place begins there now.
+  void Taken(int number);
+  /// It has been loaded; its own place may not have been put back yet.
+  void Loaded(int number);
+
+ private:
+  void Set(const QString& state, bool isOrdered);
+  QString Arguments(const QString& state) const;
+
+  QString state_;
+  bool isOrdered_ = false;
+  bool staysAtEnd_ = false;
+  int number_ = 0;
+};
+
+}  // namespace vorn

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <functional>
+
+namespace vorn {
+
+/// What a folder's page is asked by scripts, in the order of the questions. While another version
+/// of the page is being made they wait, and are asked of that one; where there is no page they are
+/// answered with nothing.
+class PageQueue : public QObject {
+ public:
+  using Answer = std::function<void(const QVariant&)>;
+  /// Asks the page that is there by a script. The answer may come later, and does not come at all
+  /// once the document has gone.
+  using Ask = std::function<void(const QString& script, const Answer& then)>;
+
+  explicit PageQueue(Ask ask);
+
+  /// Asks when all that was asked before has been.
+  void Run(const QString& script, const Answer& then = {});
+  /// Asks the document that is there, before all that waits.
+  void RunFirst(const QString& script, const Answer& then = {});
+  /// As `Run`, but what is asked after it waits until `then` has returned, and for the page if
+  /// `then` had another one made. It is called outside the page's answer, and not at all where it
+  /// is dropped before it could be asked.
+  void RunAlone(const QString& script, const Answer& then);
+  /// The same with nothing to ask.
+  void After(const std::function<void()>& then);
+  /// For that `then`: asks the document that is there, and what waits goes on waiting for this.
+  void GoOn(const QString& script, const Answer& then);
+
+  /// Whether there is a document that can be asked.
+  bool HasPage() const { return state_ == State::There || state_ == State::Expecting; }
+  /// The page's next version is being made, and it can be asked where the user is.
+  void Expect() { state_ = State::Expecting; }
+  /// Another document is being loaded in the place of the one that is there.
+  void Load() { state_ = State::Loading; }
+  /// It is there. It does not know what the one before it was asked.
+  void Loaded();
+  /// The page is there; what waits is asked.
+  void Resume();
+  /// There is no page any more.
+  void Shut();
+  /// Another folder, or another page of it, comes: what waits was not meant for that, and is
+  /// answered with nothing.
+  void Drop();
+  /// The same, if something is asked alone just now.
+  void DropHeld();
+  /// Nothing is answered any more.
+  void Close() { closed_ = true; }
+
+ private:
+  enum class State { None, There, Expecting, Loading };
+  struct Question {
+    QString script;
+    Answer then;
+    bool isAlone = false;
+  };
+
+  bool Waits() const;
+  void Enter(const Question& question);
+  void Flush();
+  void Begin(const Question& question);
+  void BeginAlone(const Question& question);
+  void EndAlone(int number, const Question& question, const QVariant& answer);
+
+  Ask ask_;
+  State state_ = State::None;
+  QList<Question> waiting_;
+  int alone_ = 0;  // the number of the question that is asked alone
+  int lastAlone_ = 0;
+  bool isAnswered_ = false;  // that one
+  bool closed_ = false;
+};
+
+}  // namespace vorn

@@ -1,0 +1,76 @@
+#include "present/page_rows.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUrl>
+
+namespace vorn {
+
+void PageRows::SetCount(int count) {
+  count_ = count;
+  if (changed_) changed_();
+}
+
+void PageRows::Call(const QString& function, int number, bool flag) {
+  Call(QStringLiteral("%1(%2, %3)")
+           .arg(function)
+           .arg(number)
+           .arg(flag ? QStringLiteral("true") : QStringLiteral("false")));
+}
+
+void PageRows::Call(const QString& function, const QStringList& messages) {
+  if (messages.isEmpty()) return;
+  const QByteArray ids =
+      QJsonDocument(QJsonArray::fromStringList(messages)).toJson(QJsonDocument::Compact);
+  Call(QStringLiteral("%1(%2)").arg(function, QString::fromUtf8(ids)));
+}
+
+void PageRows::GoToMessage(const QString& serialId, const std::function<void()>& notHere) {
+  queue_.GoOn(OnPage(QStringLiteral("goToMessage(decodeURIComponent('%1'))")
+                         .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId)))),
+              [notHere](const QVariant& here) {
+                if (!here.toBool()) notHere();
+              });
+}
+
+void PageRows::Unchoose(const std::function<void(bool)>& then) {
+  queue_.Run(OnPage(QStringLiteral("unchoose()")),
+             [then](const QVariant& had) { then(had.toBool()); });
+}
+
+void PageRows::Leave(bool unlessSeen) {
+  Call(unlessSeen ? QStringLiteral("leaveUnseen()") : QStringLiteral("leave()"));
+}
+
+void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("chosen()")),
+             [then](const QVariant& answer) { then(answer.toStringList()); });
+}
+
+void PageRows::Take(const std::function<void(const QStringList&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("take()")),
+             [then](const QVariant& answer) { then(answer.toStringList()); });
+}
+
+void PageRows::Current(const std::function<void(const QString&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("current()")),
+             [then](const QVariant& answer) { then(answer.toString()); });
+}
+
+void PageRows::CurrentAlone(const std::function<void(const QString&)>& then) {
+  queue_.RunAlone(OnPage(QStringLiteral("current()")),
+                  [then](const QVariant& answer) { then(answer.toString()); });
+}
+
+void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("links()")), [then](const QVariant& answer) {
+    QList<Link> links;
+    for (const QVariant& entry : answer.toList()) {
+      const QStringList fields = entry.toStringList();
+      if (fields.size() == 2) links.append({fields[0], fields[1]});
+    }
+    then(links);
+  });
+}
+
+}  // namespace vorn

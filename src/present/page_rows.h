@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QList>
+#include <QStringList>
+#include <functional>
+
+#include "present/page_queue.h"
+#include "present/page_script.h"
+
+namespace vorn {
+
+/// The rows of a folder's page as the user moves among them: one is current, several may be chosen.
+/// Everything happens in the page, so answers come later.
+class PageRows {
+ public:
+  explicit PageRows(PageQueue& queue) : queue_(queue) {}
+
+  /// Whether there are rows to move among.
+  bool HasRows() const { return count_ > 0; }
+  /// The page has told how many.
+  void SetCount(int count);
+  /// Called when there may be rows, or none any more.
+  void OnRows(std::function<void()> changed) { changed_ = std::move(changed); }
+
+  /// Moves by so many rows; with `extend` chooses all rows passed.
+  void Step(int by, bool extend) { Call(QStringLiteral("step"), by, extend); }
+  /// Goes to the first row in sight where none is current.
+  void Enter() { Call(QStringLiteral("enter()")); }
+  /// Goes to a row counted from 0, or from the last one, -1.
+  void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
+  /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.
+  /// For what is asked alone: see `PageQueue::GoOn`.
+  void GoToMessage(const QString& serialId, const std::function<void()>& notHere);
+  void Toggle() { Call(QStringLiteral("toggle()")); }
+  /// No row is chosen any more; gives whether any was.
+  void Unchoose(const std::function<void(bool)>& then);
+  void ChooseAll() { Call(QStringLiteral("all()")); }
+  /// No row is current or chosen any more, or only where the user does not see the current one.
+  void Leave(bool unlessSeen = false);
+  /// No row is current any more, since the message that was has gone: the next step goes to the row
+  /// after it or before it.
+  void LeaveToGap() { Call(QStringLiteral("leaveToGap()")); }
+  /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
+  void Chosen(const std::function<void(const QStringList&)>& then);
+  /// The same of messages that are about to leave the folder: their rows are marked at once, and
+  /// the next one becomes current, so that nothing meets a message twice while the page is made
+  /// anew.
+  void Take(const std::function<void(const QStringList&)>& then);
+  /// Messages that were taken stay.
+  void GiveBack(const QStringList& messages) { Call(QStringLiteral("giveBack"), messages); }
+  /// Messages have left the folder.
+  void LeaveFolder(const QStringList& messages) { Call(QStringLiteral("leaveFolder"), messages); }
+  /// Gives the identifier of the current message, whichever others are chosen; none when the page
+  /// goes.
+  void Current(const std::function<void(const QString&)>& then);
+  /// The same for something that changes the page: see `PageQueue::RunAlone`.
+  void CurrentAlone(const std::function<void(const QString&)>& then);
+
+  /// A link of the page.
+  struct Link {
+    QString text;
+    QString address;
+  };
+  void Links(const std::function<void(const QList<Link>&)>& then);
+
+ private:
+  void Call(const QString& call) { queue_.Run(OnPage(call)); }
+  void Call(const QString& function, int number, bool flag);
+  void Call(const QString& function, const QStringList& messages);
+
+  PageQueue& queue_;
+  int count_ = 0;
+  std::function<void()> changed_;
+};
+
+}  // namespace vorn
