@@ -20,22 +20,31 @@ PageChange::PageChange(PageQueue& queue, PageRows& rows, PagePlace& place)
   connect(&giveUpMaking_, &QTimer::timeout, this, &PageChange::Make);
   giveUpReplacing_.setSingleShot(true);
   connect(&giveUpReplacing_, &QTimer::timeout, this, [this] { EndReplacing(version_, -1); });
+  queue_.OnFree([this] {
+    if (make_) AskPlace();
+  });
 }
 
 void PageChange::Keep(const std::function<void()>& make) {
   if (make_) return;
   make_ = make;
-  if (!queue_.HasPage() || !rows_.HasRows()) {
+  giveUpMaking_.start(kAnswerMs);
+  // What is asked alone may move the user to another row.
+  if (!queue_.IsAlone()) AskPlace();
+}
+
+void PageChange::AskPlace() {
+  if (!queue_.HasPage()) return Make();
+  if (!rows_.HasRows()) {
     place_.KeepEmpty();
     return Make();
   }
+  // A page that goes at this very moment takes the question with it: the time is limited.
+  queue_.Expect();
   queue_.RunFirst(OnPage(QStringLiteral("state()")), [this](const QVariant& state) {
     if (make_ && state.isValid()) place_.Keep(state.toString());
     Make();
   });
-  // A page that goes at this very moment takes the question with it.
-  giveUpMaking_.start(kAnswerMs);
-  queue_.Expect();
 }
 
 void PageChange::Make() {
@@ -98,7 +107,8 @@ void PageChange::Attach() {
 }
 
 void PageChange::Stay() {
-  replaced_ = {};
+  if (!queue_.HasPage() || replaced_) return;
+  if (place_.IsOrdered()) queue_.DropOthers();
   queue_.Expect();
   Count();
   Resume();
@@ -129,6 +139,7 @@ void PageChange::Detach() {
 void PageChange::LeavePlace() {
   giveUpMaking_.stop();
   make_ = {};
+  place_.Forget();
   queue_.Drop();
 }
 

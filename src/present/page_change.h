@@ -26,16 +26,18 @@ class PageChange : public QObject {
   void Load();
   /// It has been.
   void Attach();
-  /// No version comes in the place of the page that is there.
+  /// No version comes for now in the place of the page that is there. What was meant for a place
+  /// that was ordered is dropped; unless another document is under way, the rest is done here.
   void Stay();
   /// There is no folder's page any more; its rows go with it.
   void Detach();
-  /// What comes next is another folder, or another page of it.
+  /// What comes next is another folder, or another page of it, at a place to be ordered after this.
   void LeavePlace();
   /// Whether the document that was loaded has told its rows.
   bool IsTold() const { return isTold_; }
 
  private:
+  void AskPlace();
   void Make();
   void Count();
   void Resume();

@@ -8,6 +8,7 @@ namespace vorn {
 namespace {
 
 const QString kAtTop = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0})");
+const QString kEmpty = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0,"end":true})");
 const QString kAtEnd = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})");
 // As after a row that has gone with all rows after it.
 const QString kAtLast = QStringLiteral(R"({"next":[""],"chosen":[],"x":0,"y":1e9,"end":true})");
@@ -28,9 +29,9 @@ void PagePlace::BeginAtLast() {
   Set(kAtLast, true);
 }
 
-void PagePlace::BeginAtMessage(const QString& serialId) {
+void PagePlace::BeginAtMessage(const QString& serialId, const QStringList& chosen) {
   const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId}},
-                          {QStringLiteral("chosen"), QJsonArray()},
+                          {QStringLiteral("chosen"), QJsonArray::fromStringList(chosen)},
                           {QStringLiteral("seen"), true}};
   Set(QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact)), true);
 }
@@ -41,7 +42,7 @@ void PagePlace::Keep(const QString& state) {
 
 // One that was kept before may not have been put back yet.
 void PagePlace::KeepEmpty() {
-  if (state_.isEmpty()) Keep(kAtEnd);
+  if (state_.isEmpty()) Keep(kEmpty);
 }
 
 bool PagePlace::WasAtEnd() const {
@@ -65,7 +66,7 @@ QString PagePlace::ForReplacing() const {
 }
 
 void PagePlace::Taken(int number) {
-  if (number == number_) Set({}, false);
+  if (number == number_) Forget();
 }
 
 void PagePlace::Loaded(int number) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 namespace vorn {
 
@@ -13,12 +13,17 @@ class PagePlace {
   void BeginAtEnd(bool atEnd);
   /// It begins at its end, and its last row is the current one.
   void BeginAtLast();
-  /// It begins with that message as the current one.
-  void BeginAtMessage(const QString& serialId);
+  /// It begins with that message as the current one, and with those chosen that it shows.
+  void BeginAtMessage(const QString& serialId, const QStringList& chosen = {});
   /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
   /// is what the user looks at.
   void StayAtEnd(bool stays) { staysAtEnd_ = stays; }
   bool StaysAtEnd() const { return staysAtEnd_; }
+
+  /// Whether it is ordered.
+  bool IsOrdered() const { return isOrdered_; }
+  /// What was ordered is not wanted any more.
+  void Forget() { Set({}, false); }
 
   /// The page has told its place, or has no rows that could: it is at its end.
   void Keep(const QString& state);
@@ -30,12 +35,12 @@ class PagePlace {
   QString ForLoading() const;
   /// The last arguments of its `replace`.
   QString ForReplacing() const;
-  /// Counts the places: the one that is wanted now. To be told when a version has come, so that
-  /// what has been asked for since is kept.
+  /// The number of the place that is wanted now. Who sends it to a version gives it back with
+  /// `Taken` or `Loaded`: a place that has come to be wanted since then stays wanted.
   int Number() const { return number_; }
-  /// A version that was made for that place begins there now.
+  /// The version begins at that place now: nothing more is wanted.
   void Taken(int number);
-  /// It has been loaded; its own place may not have been put back yet.
+  /// The version has been loaded and is told that place: the next one may begin elsewhere.
   void Loaded(int number);
 
  private:

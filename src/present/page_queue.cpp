@@ -66,14 +66,15 @@ void PageQueue::BeginAlone(const Question& question) {
 void PageQueue::EndAlone(int number, const Question& question, const QVariant& answer) {
   const QPointer<PageQueue> self(this);
   question.then(answer);
-  if (self == nullptr || alone_ != number) return;
-  alone_ = 0;
+  if (self == nullptr) return;
+  if (alone_ == number) alone_ = 0;
+  if (alone_ == 0 && free_) free_();
   Flush();
 }
 
 void PageQueue::Loaded() {
   state_ = State::Expecting;
-  if (!isAnswered_) alone_ = 0;
+  if (IsAlone() && !isAnswered_) Drop();
 }
 
 void PageQueue::Resume() {
@@ -84,16 +85,25 @@ void PageQueue::Resume() {
 void PageQueue::Shut() {
   Drop();
   state_ = State::None;
-}
-
-void PageQueue::DropHeld() {
-  if (alone_ != 0) Drop();
+  Flush();
 }
 
 // What has been asked is answered still.
 void PageQueue::Drop() {
   alone_ = 0;
-  for (const Question& question : std::exchange(waiting_, {})) {
+  qsizetype first = 0;
+  while (first < waiting_.size() && waiting_[first].isAlone) ++first;
+  const QList<Question> rest = waiting_.mid(first);
+  waiting_.resize(first);
+  for (const Question& question : rest) {
+    if (!question.isAlone && question.then) question.then({});
+  }
+}
+
+void PageQueue::DropOthers() {
+  QList<Question> alone = waiting_;
+  alone.removeIf([](const Question& question) { return !question.isAlone; });
+  for (const Question& question : std::exchange(waiting_, alone)) {
     if (!question.isAlone && question.then) question.then({});
   }
 }

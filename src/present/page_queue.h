@@ -10,7 +10,8 @@ namespace vorn {
 
 /// What a folder's page is asked by scripts, in the order of the questions. While another version
 /// of the page is being made they wait, and are asked of that one; where there is no page they are
-/// answered with nothing.
+/// answered with nothing. A version that the page takes over begins with `Expect`, one that is
+/// loaded with `Load` and, when it is there, `Loaded`; either ends with `Resume`.
 class PageQueue : public QObject {
  public:
   using Answer = std::function<void(const QVariant&)>;
@@ -22,7 +23,8 @@ class PageQueue : public QObject {
 
   /// Asks when all that was asked before has been.
   void Run(const QString& script, const Answer& then = {});
-  /// Asks the document that is there, before all that waits.
+  /// Asks the document that is there, before all that waits; without one, as while another is being
+  /// loaded, it is answered with nothing.
   void RunFirst(const QString& script, const Answer& then = {});
   /// As `Run`, but what is asked after it waits until `then` has returned, and for the page if
   /// `then` had another one made. It is called outside the page's answer, and not at all where it
@@ -33,23 +35,29 @@ class PageQueue : public QObject {
   /// For that `then`: asks the document that is there, and what waits goes on waiting for this.
   void GoOn(const QString& script, const Answer& then);
 
+  /// Whether something is asked alone just now.
+  bool IsAlone() const { return alone_ != 0; }
+  /// Called when that has ended, before what waits is asked.
+  void OnFree(std::function<void()> free) { free_ = std::move(free); }
+
   /// Whether there is a document that can be asked.
   bool HasPage() const { return state_ == State::There || state_ == State::Expecting; }
   /// The page's next version is being made, and it can be asked where the user is.
   void Expect() { state_ = State::Expecting; }
-  /// Another document is being loaded in the place of the one that is there.
+  /// The document that is there goes, and another one is loaded.
   void Load() { state_ = State::Loading; }
-  /// It is there. It does not know what the one before it was asked.
+  /// It is there, and does not know what the one before it was asked: where something was asked
+  /// alone, what was to come after that is dropped.
   void Loaded();
   /// The page is there; what waits is asked.
   void Resume();
   /// There is no page any more.
   void Shut();
   /// Another folder, or another page of it, comes: what waits was not meant for that, and is
-  /// answered with nothing.
+  /// answered with nothing. What is asked alone and comes first stays: it means what was done.
   void Drop();
-  /// The same, if something is asked alone just now.
-  void DropHeld();
+  /// All that waits is answered with nothing, but for what is asked alone.
+  void DropOthers();
   /// Nothing is answered any more.
   void Close() { closed_ = true; }
 
@@ -74,6 +82,7 @@ class PageQueue : public QObject {
   int alone_ = 0;  // the number of the question that is asked alone
   int lastAlone_ = 0;
   bool isAnswered_ = false;  // that one
+  std::function<void()> free_;
   bool closed_ = false;
 };
 

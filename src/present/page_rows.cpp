@@ -18,11 +18,11 @@ void PageRows::Call(const QString& function, int number, bool flag) {
            .arg(flag ? QStringLiteral("true") : QStringLiteral("false")));
 }
 
-void PageRows::Call(const QString& function, const QStringList& messages) {
+void PageRows::Tell(const QString& function, const QStringList& messages) {
   if (messages.isEmpty()) return;
   const QByteArray ids =
       QJsonDocument(QJsonArray::fromStringList(messages)).toJson(QJsonDocument::Compact);
-  Call(QStringLiteral("%1(%2)").arg(function, QString::fromUtf8(ids)));
+  queue_.RunFirst(OnPage(QStringLiteral("%1(%2)").arg(function, QString::fromUtf8(ids))));
 }
 
 void PageRows::GoToMessage(const QString& serialId, const std::function<void()>& notHere) {

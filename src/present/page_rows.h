@@ -39,17 +39,17 @@ class PageRows {
   void Leave(bool unlessSeen = false);
   /// No row is current any more, since the message that was has gone: the next step goes to the row
   /// after it or before it.
-  void LeaveToGap() { Call(QStringLiteral("leaveToGap()")); }
+  void LeaveToGap() { queue_.RunFirst(OnPage(QStringLiteral("leaveToGap()"))); }
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
   /// The same of messages that are about to leave the folder: their rows are marked at once, and
   /// the next one becomes current, so that nothing meets a message twice while the page is made
   /// anew.
   void Take(const std::function<void(const QStringList&)>& then);
-  /// Messages that were taken stay.
-  void GiveBack(const QStringList& messages) { Call(QStringLiteral("giveBack"), messages); }
-  /// Messages have left the folder.
-  void LeaveFolder(const QStringList& messages) { Call(QStringLiteral("leaveFolder"), messages); }
+  /// Messages that were taken stay. What the user does next waits, and is done after this.
+  void GiveBack(const QStringList& messages) { Tell(QStringLiteral("giveBack"), messages); }
+  /// Messages have left the folder; so with this.
+  void LeaveFolder(const QStringList& messages) { Tell(QStringLiteral("leaveFolder"), messages); }
   /// Gives the identifier of the current message, whichever others are chosen; none when the page
   /// goes.
   void Current(const std::function<void(const QString&)>& then);
@@ -66,7 +66,7 @@ class PageRows {
  private:
   void Call(const QString& call) { queue_.Run(OnPage(call)); }
   void Call(const QString& function, int number, bool flag);
-  void Call(const QString& function, const QStringList& messages);
+  void Tell(const QString& function, const QStringList& messages);
 
   PageQueue& queue_;
   int count_ = 0;

@@ -120,9 +120,11 @@ inline constexpr char kPageScript[] = R"js(
   // Nobody sees the page while its height is none, as behind another tab: the last one counts.
   let height = innerHeight;
   let reveals = '';  // how the current row comes into sight when somebody sees the page
+  const leaveRows = () => { current = anchor = -1; chosen.clear(); show(); };
   const isAtEnd = () => height + scrollY >= document.documentElement.scrollHeight - 2;
   const topOf = row => row.element.getBoundingClientRect().top;
-  const isInSight = row => topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height;
+  // A row that was scrolled into sight may lie a part of a dot outside.
+  const isInSight = row => topOf(row) >= -1 && row.element.getBoundingClientRect().bottom <= height + 1;
   const reveal = block => {
     if (innerHeight === 0) reveals = block;
     else rows[current].element.scrollIntoView({block});
@@ -134,6 +136,7 @@ inline constexpr char kPageScript[] = R"js(
   // What has come above moves nothing that the user looks at; at the top he looks at what comes.
   const holdInSight = state => {
     const held = (state.sight || []).find(place => seen.has(place.id));
+    if (!held && current >= 0 && state.sight) return reveal('nearest');
     if (!held || (state.y === 0 && (current < 0 || isInSight(rows[current])))) return;
     scrollBy(0, topOf(rows.find(row => row.id === held.id)) - held.top);
   };
@@ -202,9 +205,7 @@ inline constexpr char kPageScript[] = R"js(
   EventTarget.prototype.addEventListener.call(window, 'resize', () => {
     if (innerHeight === 0) return;
     const row = rows[current];
-    if (row && !reveals && topOf(row) >= 0 && row.element.getBoundingClientRect().bottom <= height + 1) {
-      reveals = 'nearest';
-    }
+    if (row && !reveals && isInSight(row)) reveals = 'nearest';
     height = innerHeight;
     if (row && reveals) reveal(reveals);
     reveals = '';
@@ -314,13 +315,12 @@ inline constexpr char kPageScript[] = R"js(
     toggle: () => toggle(current),
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
-    leave: () => { current = anchor = -1; chosen.clear(); show(); },
+    leave: () => { leaveRows(); tell('row', -1); },
     // The row in its place is not meant, but the next step goes from there.
-    leaveToGap: () => { const place = isPastLast ? rows.length : current; vorn.leave(); gap = place; },
+    leaveToGap: () => { const place = isPastLast ? rows.length : current; leaveRows(); gap = place; },
     leaveUnseen: () => {
       if (current >= 0 && isInSight(rows[current])) return;
       vorn.leave();
-      tell('row', -1);
     },
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.

@@ -53,6 +53,8 @@ class FakePage {
     if (call.startsWith(u"current(")) return current_;
     if (call.startsWith(u"take(")) return Take();
     if (call.startsWith(u"step(1,")) return Step();
+    if (call.startsWith(u"leaveFolder(")) return LeaveFolder(call);
+    if (call.startsWith(u"goToMessage(")) return GoTo(call.section(u'\'', 1, 1));
     if (call.startsWith(u"replace(")) return Replace(call);
     return true;
   }
@@ -94,6 +96,20 @@ class FakePage {
     gone_ += taken;
     current_ = There().value(qMin(from, There().size() - 1));
     return taken;
+  }
+  QVariant LeaveFolder(const QString& call) {
+    const QStringList before = There();
+    const qsizetype from = before.indexOf(current_);
+    const auto left = QJsonDocument::fromJson(call.mid(12).chopped(1).toUtf8()).array();
+    for (const auto& row : left) {
+      if (rows_.contains(row.toString())) gone_.append(row.toString());
+    }
+    if (gone_.contains(current_)) current_ = There().value(qMin(from, There().size() - 1));
+    return true;
+  }
+  QVariant GoTo(const QString& message) {
+    current_ = There().contains(message) ? message : QString();
+    return !current_.isEmpty();
   }
   QVariant Step() {
     current_ = There().value(qMin(There().indexOf(current_) + 1, There().size() - 1));
@@ -142,16 +158,31 @@ class Desk {
       folder_.sort();
       if (random_.bounded(2) == 0) Refresh();
       place_.BeginAtMessage(message);
-      MakePage();
-      if (random_.bounded(2) == 0) Refresh();
+      Refresh();
     });
+  }
+  // As the next unopened message, which is sought in the store.
+  void GoToNext() {
+    rows_.CurrentAlone([this](const QString& message) {
+      const QString next = folder_.value(qMin(folder_.indexOf(message) + 3, folder_.size() - 1));
+      rows_.GoToMessage(next, [this, next] {
+        place_.BeginAtMessage(next);
+        Refresh();
+      });
+    });
+  }
+  // The folder's messages have to be looked for, or have been found.
+  void BeSlow(bool isSlow) { isSlow_ = isSlow; }
+  // The next version cannot be made at once.
+  void Stay() {
+    change_.Keep([this] { place_.IsOrdered() ? MakePage() : change_.Stay(); });
   }
   void StepDown() { rows_.Step(1, false); }
   void Refresh() {
     change_.Keep([this] { MakePage(); });
   }
   void Receive() {
-    folder_.prepend(QString::number(999 - received_++));
+    folder_.prepend(QStringLiteral("0%1").arg(999 - received_++));
     Refresh();
   }
   void OpenAnother() {
@@ -181,6 +212,7 @@ class Desk {
 
  private:
   void MakePage() {
+    if (isSlow_) return change_.Stay();
     const QByteArray page = PageOf(folder_);
     const bool canReplace = !isLoading_;
     if (!canReplace || !change_.Replace(page, [this](bool is) { is ? void() : LoadPage(); })) {
@@ -210,6 +242,7 @@ class Desk {
   QStringList deleted_;
   int received_ = 0;
   bool isLoading_ = false;
+  bool isSlow_ = false;
   QByteArray loaded_;
   QString loadedAt_;
 };
@@ -228,7 +261,7 @@ TEST(PageChangeTest, KeysMeanWhatTheOnesBeforeThemHaveLedTo) {
     QStringList done;
     for (int step = 0; step < 30; ++step) {
       const qsizetype at = folder.indexOf(current);
-      switch (random.bounded(8)) {
+      switch (random.bounded(10)) {
         case 0:
         case 1:
           done.append(QStringLiteral("delete"));
@@ -254,16 +287,42 @@ TEST(PageChangeTest, KeysMeanWhatTheOnesBeforeThemHaveLedTo) {
           done.append(QStringLiteral("mail"));
           desk.Receive();
           break;
+        case 5:
+          done.append(QStringLiteral("next"));
+          desk.GoToNext();
+          current = folder[qMin(at + 3, folder.size() - 1)];
+          break;
+        case 6:
+          done.append(QStringLiteral("stay"));
+          desk.Stay();
+          break;
         default:
           for (int i = random.bounded(6); i > 0; --i) desk.GoOn();
       }
     }
     desk.Settle();
     QStringList own = desk.Folder();
-    own.removeIf([](const QString& message) { return message.size() < 4; });
+    own.removeIf([](const QString& message) { return message.startsWith(u'0'); });
     EXPECT_EQ(own, folder) << done.join(u' ').toStdString();
     EXPECT_EQ(desk.Current(), current) << done.join(u' ').toStdString();
   }
+}
+
+TEST(PageChangeTest, WhatIsMeantForAMessageThatIsYetToBeFoundIsDoneToNoOther) {
+  Desk desk(1);
+  desk.Open(QStringLiteral("1010"));
+  const QStringList folder = desk.Folder();
+  desk.Delete();
+  desk.Settle();
+  desk.BeSlow(true);
+  desk.TakeBack();
+  desk.Delete();
+  desk.Settle();
+  EXPECT_EQ(desk.Folder(), folder);
+  desk.BeSlow(false);
+  desk.Refresh();
+  desk.Settle();
+  EXPECT_EQ(desk.Current(), QStringLiteral("1010"));
 }
 
 TEST(PageChangeTest, KeysOfAFolderAreDoneInNoOther) {

@@ -1,5 +1,7 @@
 // What has to be on the disk before a server hears of it.
 
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -9,7 +11,8 @@
 
 namespace {
 
-int syncs = 0;  // how often the disk has taken something
+int syncs = 0;                      // how often the disk has taken something
+volatile sig_atomic_t refused = 0;  // and refused it
 
 }  // namespace
 
@@ -59,6 +62,44 @@ TEST_F(DurableTest, MailIsOnTheDiskBeforeTheServersCopyGoes) {
   pop3.OnCommand = Noting();
   EXPECT_EQ(Receive().stored, 3);
   EXPECT_GT(last_["DELE"], last_["RETR"]);
+}
+
+// While it lives no file grows, as on a full disk.
+class FullDisk {
+ public:
+  FullDisk() {
+    ::signal(SIGXFSZ, [](int) { refused = refused + 1; });
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit none{0, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &none);
+  }
+  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+// Two messages wait to be written while the third one takes its time; that cannot be done, and it
+// can again when the session comes to its end.
+TEST_F(DurableTest, WhatCouldNotBeWrittenInBetweenStaysOnTheServer) {
+  test::LoopbackPop3Server pop3;
+  pop3.Pipelining = false;
+  ASSERT_TRUE(pop3.Listen());
+  for (int i = 0; i < 3; ++i) pop3.AddMessage(QByteArray::number(i), "Subject: x\r\n\r\n\r\n");
+  profile_.AddAccount(pop3.Port(), true);
+  pop3.Faults = {{test::Fault::Kind::Reply, "RETR", 3, 0, "-ERR not now\r\n"}};
+  pop3.OnCommand = [](const QByteArray& line) {
+    if (!line.startsWith("RETR 3")) return;
+    const FullDisk full;
+    EXPECT_TRUE(test::WaitFor([] { return refused > 0; }));
+  };
+  Receive();
+  EXPECT_EQ(pop3.Count("DELE"), 0);
+  EXPECT_EQ(pop3.Messages.size(), 3);
+  pop3.OnCommand = {};
+  pop3.Faults.clear();
+  EXPECT_EQ(Receive().stored, 3);
+  EXPECT_EQ(pop3.Messages.size(), 0);
 }
 
 }  // namespace

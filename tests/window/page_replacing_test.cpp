@@ -125,6 +125,10 @@ TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
     Press(Qt::Key_Delete);
     takeBack();
   }
+  EXPECT_EQ(Chosen(), Ids({2}));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("!document.querySelector('.vorn-gone')")));
+  Press(Qt::Key_Delete);
+  takeBack();
   Press(Qt::Key_Delete);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   EXPECT_EQ(Order(), Ids({1, 3, 4, 5}));
@@ -133,6 +137,23 @@ TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
   EXPECT_EQ(Chosen(), Ids({3})) << "the one after the one that came back";
+  // So do several.
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_Delete);
+  takeBack();
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
+  EXPECT_EQ(Order(), Ids({1, 2, 5}));
+  takeBack();
+  EXPECT_EQ(Chosen(), Ids({3, 4}));
+  Press(Qt::Key_Escape);
+  // What was filed comes back as well, and the next key means it.
+  Drop(QStringLiteral("mail_2"), QString::fromUtf16(kShelf));
+  takeBack();
+  Press(Qt::Key_S);
+  EXPECT_EQ(Chosen(), Ids({2}));
+  EXPECT_TRUE(AwaitScript(
+      QStringLiteral("document.querySelector('.vorn-current').innerText.includes('★')")));
 }
 
 TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
@@ -141,8 +162,8 @@ TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
   ASSERT_EQ(Chosen(), Ids({4}));
   Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
   Browser()->Refresh();
-  QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
   Press(Qt::Key_Down);
+  QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
   Press(Qt::Key_Delete);
   Browser()->ShowFolder(QString::fromUtf16(kShelf));
   ASSERT_TRUE(WaitFor([this] { return View()->title() == u"棚"; }));
@@ -191,14 +212,16 @@ TEST_F(PageReplacingTest, AMessageThatComesBackIsGoneToOnItsPage) {
 
 TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
   BeginWith("table", 4);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  ASSERT_EQ(Chosen(), Ids({2}));
   MadeAnewBy([this] { ::kill(static_cast<pid_t>(View()->page()->renderProcessPid()), SIGKILL); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
-  FocusPage();
-  Press(Qt::Key_Down);
-  EXPECT_EQ(Chosen(), Ids({1}));
+  EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
+  EXPECT_EQ(Chosen(), Ids({2}));
   Press(Qt::Key_Delete);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
-  EXPECT_EQ(Order(), Ids({2, 3, 4}));
+  EXPECT_EQ(Order(), Ids({1, 3, 4}));
 }
 
 // A page that cannot take another one over is loaded, and what is done meanwhile is not lost.
@@ -262,6 +285,18 @@ TEST_F(PageReplacingTest, TheCurrentRowStaysInSightInASmallerWindow) {
   EXPECT_TRUE(
       AwaitScript(QStringLiteral("document.querySelector('.vorn-current').getBoundingClientRect()."
                                  "bottom <= innerHeight + 1")));
+}
+
+TEST_F(PageReplacingTest, WhereAllThatWasInSightHasGoneTheNextRowIs) {
+  BeginWith("table", 60);
+  program_->Parent()->resize(900, 450);
+  Script(QStringLiteral("vorn.goTo(2, false), vorn.goTo(32, true)"));
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 29 && vorn.current() === 'mail_34'")));
+  EXPECT_TRUE(AwaitScript(
+      QStringLiteral("(() => { const place = "
+                     "document.querySelector('.vorn-current').getBoundingClientRect();"
+                     " return place.top >= -1 && place.bottom <= innerHeight + 1; })()")));
 }
 
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {

@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTabBar>
 #include <QToolButton>
+#include <QTreeWidget>
+#include <QWebEngineView>
 
 #include "mail/codec/flag_string.h"
 #include "mail/message_rows.h"
@@ -97,6 +99,32 @@ TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
   tabs->setCurrentIndex(0);
   EXPECT_TRUE(AwaitMark(1, kFlagNew, "0"));
+}
+
+// What was read there has been deleted elsewhere meanwhile: no row is current beside it but the one
+// that the user goes to.
+TEST_F(ReadingPaneTest, ThePaneShowsTheCurrentRowAlsoBehindAnotherTab) {
+  BeginReading(4);
+  BrowserWindow* inbox = Browser();
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitMark(2, kFlagNew, "0"));
+  auto* pane = inbox->findChild<ReadingPane*>();
+  auto* tabs = program_->Parent()->findChild<QMdiArea*>()->findChild<QTabBar*>();
+  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"),
+                 Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
+  Drop(QStringLiteral("mail_2"), fixed_serial::kDust);
+  auto* view = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+  ASSERT_TRUE(WaitFor([&] { return ScriptIn(*view, QStringLiteral("vorn.count()")) == 3; }));
+  tabs->setCurrentIndex(0);
+  Child<QAction>(*inbox, u"seek").trigger();
+  EXPECT_TRUE(WaitFor([&] {
+    return ScriptIn(*view, QStringLiteral("vorn.count() === 3 && !vorn.current()")).toBool();
+  })) << "it has been read, and the next one has not";
+  view->setFocus();
+  QTest::keyClick(view->focusProxy(), Qt::Key_Down);
+  EXPECT_TRUE(WaitFor([&] { return pane->Shown() == Ids({3}).first(); }));
 }
 
 TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {

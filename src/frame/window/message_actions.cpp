@@ -110,7 +110,8 @@ void MessageActions::Unfile(const QStringList& added, const QString& into,
                             const QStringList& removed, const QString& from) {
   const bool done = (added.isEmpty() || FileMessages(context_, added, QString(), into)) &&
                     (removed.isEmpty() || FileMessages(context_, removed, from));
-  End(done, added + removed);
+  const QStringList back = End(done, removed + added);
+  if (returned_ && !back.isEmpty()) returned_(back);
 }
 
 QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
@@ -123,7 +124,7 @@ QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
              : Ui::tr("%1通をくずかごから出しました。").arg(count),
         [this, messages, dust] {
           const QStringList back = End(SetDust(context_, messages, !dust), messages);
-          if (returned_ && !back.isEmpty()) returned_(back.first());
+          if (returned_ && !back.isEmpty()) returned_(back);
         });
   return changed;
 }

@@ -25,7 +25,7 @@ class MessageActions {
   void OnDone(Undoable told) { told_ = std::move(told); }
 
   /// Gets a message that came back where it was.
-  void OnReturned(std::function<void(const QString&)> told) { returned_ = std::move(told); }
+  void OnReturned(std::function<void(const QStringList&)> told) { returned_ = std::move(told); }
 
   /// Called when messages were deleted, which cannot be taken back, nor can what was done to them.
   void OnDeleted(std::function<void()> told) { deleted_ = std::move(told); }
@@ -59,7 +59,7 @@ class MessageActions {
   MessageHost& host_;
   Undoable told_;
   std::function<void()> deleted_;
-  std::function<void(const QString&)> returned_;
+  std::function<void(const QStringList&)> returned_;
   std::function<void(const QString&)> folderMade_;
   QString lastFolder_;  // into which messages were filed
 };

@@ -98,9 +98,9 @@ ParentWindow::ParentWindow(Context& context)
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
     sbStatus_->OfferUndo(done, std::move(undo));
   });
-  // The next key means it.
-  actions_.OnReturned([this](const QString& message) {
-    if (BrowserWindow* browser = area_->Active()) browser->GoToReturned(message);
+  // The next key means it, in the list where it was taken back.
+  actions_.OnReturned([this](const QStringList& messages) {
+    if (takesBack_ != nullptr) takesBack_->GoToReturned(messages);
   });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
@@ -108,8 +108,10 @@ ParentWindow::ParentWindow(Context& context)
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
     BrowserWindow* browser = area_->Active();
     if (browser == nullptr) return sbStatus_->TakeBack();
-    browser->AfterCommands([bar = QPointer<MainStatusBar>(sbStatus_)] {
-      if (bar != nullptr) bar->TakeBack();
+    browser->AfterCommands([this, browser] {
+      takesBack_ = browser;
+      sbStatus_->TakeBack();
+      takesBack_.clear();
     });
   });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,

@@ -173,6 +173,7 @@ class ParentWindow : public QMainWindow,
   SourceWatch watch_;
   ConsoleTree* tvConsole_;
   BrowserArea* area_;
+  QPointer<BrowserWindow> takesBack_;  // the list for which that is done just now
   QSplitter* splitter_;
   QToolBar* tbMain_ = nullptr;
   std::unique_ptr<TaskTray> tasktray_;

@@ -101,6 +101,7 @@ void BrowserWindow::ConnectEngine() {
   });
   connect(engine, &EngineView::Crashed, this, [this] {
     change_.Detach();
+    if (!split_->Row().isEmpty()) place_.BeginAtMessage(split_->Row());
     if (IsLocal()) rest_->Renew();
   });
   connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
@@ -146,9 +147,12 @@ void BrowserWindow::ConnectToolbar() {
 
 void BrowserWindow::ConnectFolder() {
   connect(paging_.get(), &FolderPaging::PageWanted, this, [this] {
-    split_->ShowNothing();
-    messages_->SetChosen(0);
+    LeaveMessages();
     LoadDefaultProperty(nullptr, true);
+  });
+  connect(paging_.get(), &FolderPaging::MessageWanted, this, [this] {
+    LeaveMessages();
+    Refresh();
   });
   connect(toolbar_, &FolderToolbar::RowWanted, this, [this] { rows_.Enter(); });
   connect(paging_.get(), &FolderPaging::KeysWanted, this, [this] { engine_->View()->setFocus(); });
@@ -174,6 +178,11 @@ void BrowserWindow::ConnectFolder() {
   // First the choice, then what the folder is searched for.
   connect(commands_.get(), &PageCommands::NothingToGiveUp, paging_.get(),
           &FolderPaging::GiveUpSearch);
+}
+
+void BrowserWindow::LeaveMessages() {
+  split_->ShowNothing();
+  messages_->SetChosen(0);
 }
 
 void BrowserWindow::ControlToolbarUpdate() {
@@ -389,8 +398,8 @@ void BrowserWindow::GoToMessage(const QString& message) {
   messages_->GoTo(message);
 }
 
-void BrowserWindow::GoToReturned(const QString& message) {
-  messages_->GoToReturned(message);
+void BrowserWindow::GoToReturned(const QStringList& messages) {
+  messages_->GoToReturned(messages);
 }
 
 void BrowserWindow::RunCommand(const QString& command) {

@@ -85,8 +85,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void MessagesGone(const QStringList& messages);
   /// See `PageQueue::After`.
   void AfterCommands(const std::function<void()>& then) { queue_.After(then); }
-  /// Goes to a message that has come back into the folder: what is done next is done with it.
-  void GoToReturned(const QString& message);
+  /// Goes to messages that have come back into the folder: what is done next is done with them.
+  void GoToReturned(const QStringList& messages);
   /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
   /// Shows a page of the program's own.
@@ -106,6 +106,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ConnectEngine();
   void ConnectToolbar();
   void ConnectFolder();
+  void LeaveMessages();
   void Turn(int step);
   void Seek();
   void GoToAddress(const QString& address);

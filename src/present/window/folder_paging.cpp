@@ -26,24 +26,20 @@ FolderPaging::FolderPaging(PageRequest& request, PageChange& change, PagePlace& 
 
 void FolderPaging::GoTo(int page) {
   if (!request_.IsLocal()) return;
-  place_.BeginAtEnd(false);
-  Leave(page);
-}
-
-void FolderPaging::GoToMessage(int page, const QString& message) {
-  place_.BeginAtMessage(message);
-  Ask(page);
-}
-
-void FolderPaging::Leave(int page) {
   change_.LeavePlace();
-  Ask(page);
+  place_.BeginAtEnd(false);
+  Ask(page, &FolderPaging::PageWanted);
 }
 
-void FolderPaging::Ask(int page) {
+void FolderPaging::GoToMessage(int page, const QString& message, const QStringList& chosen) {
+  place_.BeginAtMessage(message, chosen);
+  Ask(page, &FolderPaging::MessageWanted);
+}
+
+void FolderPaging::Ask(int page, void (FolderPaging::*wanted)()) {
   toolbar_.ForgetTypedPage();
   request_.SetPage(page);
-  Q_EMIT PageWanted();
+  Q_EMIT(this->*wanted)();
 }
 
 void FolderPaging::Turn(int step) {
@@ -60,8 +56,9 @@ void FolderPaging::GoToTyped() {
 void FolderPaging::GoToLast() {
   if (!request_.IsLocal()) return;
   maker_.LastPage([this](int last) {
+    change_.LeavePlace();
     maker_.BeginAtNewest();
-    Leave(last);
+    Ask(last, &FolderPaging::PageWanted);
   });
 }
 

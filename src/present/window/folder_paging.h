@@ -20,9 +20,9 @@ class FolderPaging : public QObject {
                FolderToolbar& toolbar);
 
   void GoTo(int page);
-  /// Goes to the page on which a message stands, and to the message there, for which is meant what
-  /// is done meanwhile.
-  void GoToMessage(int page, const QString& message);
+  /// Goes to the page on which a message stands, and to the message there, where some are chosen:
+  /// for those is meant what is done meanwhile.
+  void GoToMessage(int page, const QString& message, const QStringList& chosen);
   void Turn(int step);
   /// Searches for what is typed, or shows all messages when that is nothing.
   void Search();
@@ -34,14 +34,15 @@ class FolderPaging : public QObject {
  Q_SIGNALS:
   /// The request asks for another page than before.
   void PageWanted();
+  /// It asks for the page of a message, which may be the one that is there, in its next version.
+  void MessageWanted();
   /// The user has typed where to go and goes on there.
   void KeysWanted();
 
  private:
   void GoToTyped();
   void GoToLast();
-  void Leave(int page);
-  void Ask(int page);
+  void Ask(int page, void (FolderPaging::*wanted)());
 
   PageRequest& request_;
   PageChange& change_;

@@ -59,7 +59,9 @@ void PageBox::AddNumber() {
 void PageBox::Show(int page, bool hasBefore, bool hasNext) {
   first_->setEnabled(hasBefore);
   last_->setEnabled(hasNext);
-  if (!txPage_->hasFocus() || !txPage_->isModified()) txPage_->setText(QString::number(page));
+  const QString number = QString::number(page);
+  if (txPage_->hasFocus() && (txPage_->isModified() || txPage_->text() == number)) return;
+  txPage_->setText(number);
 }
 
 void PageBox::NameEnds(bool newestFirst) {

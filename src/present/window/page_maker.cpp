@@ -103,7 +103,7 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
 
 bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
-  if (!request_.HasUrl()) place_.BeginAtEnd(place_.StaysAtEnd());
+  if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
   reading_.Keep(page.bytes);
   request_.SetNeighbours(page.before, page.next);
   Q_EMIT Made();

@@ -151,8 +151,9 @@ void PageMessages::GoTo(const QString& message) {
 
 // On this page or another one.
 void PageMessages::GoToRow(const QString& message) {
-  rows_.GoToMessage(message, [this, message] {
-    if (const int page = PageOf(message)) Q_EMIT PageWanted(page, message);
+  rows_.GoToMessage(message, [this, message, folder = request_.Folder()] {
+    if (request_.Folder() != folder) return;
+    if (const int page = PageOf(message)) Q_EMIT PageWanted(page, message, {});
   });
 }
 
@@ -165,11 +166,11 @@ int PageMessages::PageOf(const QString& message) {
 }
 
 // What is pressed before it is there is meant for it, and is done to no other.
-void PageMessages::GoToReturned(const QString& message) {
-  if (const int page = PageOf(message)) {
-    Q_EMIT PageWanted(page, message);
-  } else {
-    queue_.DropHeld();
+void PageMessages::GoToReturned(const QStringList& messages) {
+  if (const int page = PageOf(messages.first())) {
+    Q_EMIT PageWanted(page, messages.first(), messages.size() > 1 ? messages : QStringList());
+  } else if (queue_.IsAlone()) {
+    queue_.DropOthers();
   }
 }
 

@@ -44,8 +44,9 @@ class PageMessages : public QObject {
   void GoToUnopened();
   /// Goes to a message of the folder once what was asked before is done.
   void GoTo(const QString& message);
-  /// Goes to a message that the page may not show yet, by making another one.
-  void GoToReturned(const QString& message);
+  /// Goes to the first of messages that the page may not show yet, by making another one; several
+  /// are chosen there.
+  void GoToReturned(const QStringList& messages);
 
   /// A link to a message was clicked on the page.
   void Follow(const LinkCommand& command);
@@ -60,8 +61,8 @@ class PageMessages : public QObject {
   void ChosenChanged();
   /// Messages have left the folder.
   void Gone(const QStringList& messages);
-  /// A message stands on that page of the folder.
-  void PageWanted(int page, const QString& message);
+  /// A message stands on that page of the folder, and these are to be chosen there.
+  void PageWanted(int page, const QString& message, const QStringList& chosen);
 
  private:
   bool HasAny(bool any);

@@ -49,11 +49,12 @@ void PageRest::Wake() {
 void PageRest::Renew() {
   if (sinceEnd_.isValid() && sinceEnd_.elapsed() < kAgainMs) return;
   sinceEnd_.start();
-  QTimer::singleShot(0, this, [this] {
+  const QWidget* focus = QApplication::focusWidget();
+  // The widget in the view that has the keyboard goes with the process.
+  const bool hadFocus =
+      engine_.View() != nullptr && (focus == engine_.View() || engine_.View()->isAncestorOf(focus));
+  QTimer::singleShot(0, this, [this, hadFocus] {
     if (engine_.View() == nullptr) return;
-    const QWidget* focus = QApplication::focusWidget();
-    const bool hadFocus =
-        focus != nullptr && (focus == engine_.View() || engine_.View()->isAncestorOf(focus));
     engine_.LetGo();
     Q_EMIT AnewWanted();
     if (hadFocus && engine_.View() != nullptr) engine_.View()->setFocus();

@@ -48,7 +48,9 @@ void PageSplit::Lay() {
   if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
   setOrientation(wanted);
   pane_->setVisible(isWanted);
-  if (isWanted) TakeShare();
+  if (!isWanted) return;
+  TakeShare();
+  if (pane_->Shown() != row_) pane_->Show(row_, true);
 }
 
 // Before it is shown nobody knows.
@@ -81,13 +83,14 @@ bool PageSplit::HasPane() const {
 
 void PageSplit::ShowRow(const QString& serialId) {
   hasMarked_ = false;
-  if (HasPane()) pane_->Show(serialId, true);
+  row_ = serialId;
+  if (HasPane()) pane_->Show(row_, true);
 }
 
 bool PageSplit::RowKept(const QString& serialId) {
-  if (!HasPane() || serialId == pane_->Shown()) return true;
+  if (serialId == row_) return true;
   if (hasMarked_) return false;
-  pane_->Show(serialId, true);
+  ShowRow(serialId);
   return true;
 }
 

@@ -30,6 +30,8 @@ class PageSplit : public QSplitter {
   /// another one stays in sight, which is no longer on the page: the row is not what the user
   /// means.
   bool RowKept(const QString& serialId);
+  /// The message of the current row; empty for none.
+  QString Row() const { return row_; }
   /// What is shown is not marked by and by, because the user marks it himself.
   void StopMarking();
   /// See `ReadingPane::Cover`.
@@ -58,6 +60,7 @@ class PageSplit : public QSplitter {
   MessageHost& host_;
   ReadingPane* pane_ = nullptr;
   int place_ = 0;  // as the setting's values
+  QString row_;    // the current message, whether the pane has room to show it or not
   bool isCovered_ = false;
   // The page is made anew because the message was marked, which may have taken it off the page:
   // the next one must not be marked in its turn.
