@@ -79,7 +79,8 @@ void PageChange::EndReplacing(int version, int rows) {
   then(true);
 }
 
-void PageChange::Load() {
+void PageChange::Load(bool isPage) {
+  isPage_ = isPage;
   replaced_ = {};
   isTold_ = false;
   sent_ = place_.Number();
@@ -94,20 +95,20 @@ void PageChange::Attach() {
   queue_.Loaded();
   // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
   queue_.RunFirst(QString::fromUtf8(kPageScript));
-  const QString place = place_.ForLoading();
+  const QString place = isPage_ ? place_.ForLoading() : QString();
   if (!place.isEmpty()) {
     queue_.RunFirst(OnPage(QStringLiteral("restore(...%1)").arg(place)),
                     [this, number = place_.Number()](const QVariant& done) {
                       if (done.toBool()) place_.Taken(number);
                     });
   }
-  place_.Loaded(sent_);
+  if (isPage_) place_.Loaded(sent_);
   Count();
   Resume();
 }
 
 void PageChange::Stay() {
-  if (!queue_.HasPage() || replaced_) return;
+  if (replaced_) return;
   if (place_.IsOrdered()) queue_.DropOthers();
   queue_.Expect();
   Count();
@@ -132,7 +133,14 @@ void PageChange::Resume() {
 void PageChange::Detach() {
   LeavePlace();
   replaced_ = {};
+  isPage_ = false;
   queue_.Shut();
+  rows_.SetCount(0);
+}
+
+void PageChange::Lose() {
+  LeavePlace();
+  Load();
   rows_.SetCount(0);
 }
 

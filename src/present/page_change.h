@@ -22,15 +22,18 @@ class PageChange : public QObject {
   /// Has the page take over another version of itself, in its bytes. `then` hears whether it has;
   /// else the version has to be loaded. False where no page can be asked to.
   bool Replace(const QByteArray& page, const std::function<void(bool)>& then);
-  /// Another document is being loaded.
-  void Load();
+  /// Another document is being loaded, which may be words in the place of a page: what is ordered
+  /// for that is still wanted then.
+  void Load(bool isPage = true);
   /// It has been.
   void Attach();
-  /// No version comes for now in the place of the page that is there. What was meant for a place
-  /// that was ordered is dropped; unless another document is under way, the rest is done here.
+  /// No version comes for now in the place of the page that is there, and no other document is
+  /// under way. What was meant for a place that was ordered is dropped; the rest is done here.
   void Stay();
   /// There is no folder's page any more; its rows go with it.
   void Detach();
+  /// The same, but another one will be loaded: what is done until then is done on that.
+  void Lose();
   /// What comes next is another folder, or another page of it, at a place to be ordered after this.
   void LeavePlace();
   /// Whether the document that was loaded has told its rows.
@@ -50,8 +53,9 @@ class PageChange : public QObject {
   QTimer giveUpMaking_;
   std::function<void(bool)> replaced_;
   QTimer giveUpReplacing_;
-  int version_ = 0;  // that the page is taking over
-  int sent_ = 0;     // the number of the place that came with it
+  int version_ = 0;      // that the page is taking over
+  int sent_ = 0;         // the number of the place that came with it
+  bool isPage_ = false;  // that is being loaded
   bool isTold_ = false;
 };
 

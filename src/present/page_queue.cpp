@@ -31,7 +31,7 @@ void PageQueue::RunFirst(const QString& script, const Answer& then) {
 }
 
 void PageQueue::After(const std::function<void()>& then) {
-  RunAlone(QStringLiteral("true"), [then](const QVariant&) { then(); });
+  Enter({QStringLiteral("true"), [then](const QVariant&) { then(); }, true, true});
 }
 
 void PageQueue::GoOn(const QString& script, const Answer& then) {
@@ -91,19 +91,22 @@ void PageQueue::Shut() {
 // What has been asked is answered still.
 void PageQueue::Drop() {
   alone_ = 0;
-  qsizetype first = 0;
-  while (first < waiting_.size() && waiting_[first].isAlone) ++first;
-  const QList<Question> rest = waiting_.mid(first);
-  waiting_.resize(first);
-  for (const Question& question : rest) {
-    if (!question.isAlone && question.then) question.then({});
-  }
+  qsizetype stay = 0;
+  while (stay < waiting_.size() && waiting_[stay].isAfter) ++stay;
+  const QList<Question> rest = waiting_.mid(stay);
+  waiting_.resize(stay);
+  Refuse(rest);
 }
 
 void PageQueue::DropOthers() {
-  QList<Question> alone = waiting_;
-  alone.removeIf([](const Question& question) { return !question.isAlone; });
-  for (const Question& question : std::exchange(waiting_, alone)) {
+  QList<Question> stay = waiting_;
+  stay.removeIf([](const Question& question) { return !question.isAfter; });
+  Refuse(std::exchange(waiting_, stay));
+}
+
+// Nothing that changes the page is done then.
+void PageQueue::Refuse(const QList<Question>& questions) {
+  for (const Question& question : questions) {
     if (!question.isAlone && question.then) question.then({});
   }
 }

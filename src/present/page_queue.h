@@ -30,7 +30,7 @@ class PageQueue : public QObject {
   /// `then` had another one made. It is called outside the page's answer, and not at all where it
   /// is dropped before it could be asked.
   void RunAlone(const QString& script, const Answer& then);
-  /// The same with nothing to ask.
+  /// The same with nothing to ask of the page, for what is not done to its rows.
   void After(const std::function<void()>& then);
   /// For that `then`: asks the document that is there, and what waits goes on waiting for this.
   void GoOn(const QString& script, const Answer& then);
@@ -54,9 +54,9 @@ class PageQueue : public QObject {
   /// There is no page any more.
   void Shut();
   /// Another folder, or another page of it, comes: what waits was not meant for that, and is
-  /// answered with nothing. What is asked alone and comes first stays: it means what was done.
+  /// answered with nothing. Only what is to be done `After` stays, unless something before it goes.
   void Drop();
-  /// All that waits is answered with nothing, but for what is asked alone.
+  /// All that waits is answered with nothing, but for what is to be done `After`.
   void DropOthers();
   /// Nothing is answered any more.
   void Close() { closed_ = true; }
@@ -67,11 +67,13 @@ class PageQueue : public QObject {
     QString script;
     Answer then;
     bool isAlone = false;
+    bool isAfter = false;  // asked with `After`
   };
 
   bool Waits() const;
   void Enter(const Question& question);
   void Flush();
+  static void Refuse(const QList<Question>& questions);
   void Begin(const Question& question);
   void BeginAlone(const Question& question);
   void EndAlone(int number, const Question& question, const QVariant& answer);

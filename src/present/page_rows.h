@@ -37,6 +37,8 @@ class PageRows {
   void ChooseAll() { Call(QStringLiteral("all()")); }
   /// No row is current or chosen any more, or only where the user does not see the current one.
   void Leave(bool unlessSeen = false);
+  /// The same before what the user does next, since another message is to be the current one.
+  void LeaveNow() { queue_.RunFirst(OnPage(QStringLiteral("leave()"))); }
   /// No row is current any more, since the message that was has gone: the next step goes to the row
   /// after it or before it.
   void LeaveToGap() { queue_.RunFirst(OnPage(QStringLiteral("leaveToGap()"))); }

@@ -175,7 +175,10 @@ class Desk {
   void BeSlow(bool isSlow) { isSlow_ = isSlow; }
   // The next version cannot be made at once.
   void Stay() {
-    change_.Keep([this] { place_.IsOrdered() ? MakePage() : change_.Stay(); });
+    change_.Keep([this] {
+      if (place_.IsOrdered()) return MakePage();
+      if (!isLoading_) change_.Stay();
+    });
   }
   void StepDown() { rows_.Step(1, false); }
   void Refresh() {

@@ -55,9 +55,25 @@ TEST(PageQueueTest, WhatWaitsIsAskedOfTheNextVersionOrOfNone) {
   queue.Resume();
   EXPECT_EQ(page.Heard(), QList<int>({3, 2})) << "it was not meant for what comes";
   EXPECT_EQ(answers.size(), 2);
+  // What takes back what was done is done in any case, unless something before it is not.
+  int takenBack = 0;
+  queue.Expect();
+  queue.After([&] { ++takenBack; });
+  queue.Run(QStringLiteral("5"));
+  queue.After([&] { ++takenBack; });
+  queue.RunAlone(QStringLiteral("6"), note);
+  queue.Drop();
+  queue.Resume();
+  for (int i = 0; i < 5; ++i) {
+    page.Answer();
+    QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(takenBack, 1);
+  EXPECT_EQ(answers.size(), 4) << "3 and 2, which had been asked";
+  queue.Run(QStringLiteral("7"), note);
   queue.Close();
   page.Answer();
-  EXPECT_EQ(answers.size(), 2) << "the window has gone";
+  EXPECT_EQ(answers.size(), 4) << "the window has gone";
 }
 
 TEST(PageQueueTest, OneThatIsAskedAloneEndsBeforeTheNextBegins) {

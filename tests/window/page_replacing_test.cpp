@@ -156,6 +156,23 @@ TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
       QStringLiteral("document.querySelector('.vorn-current').innerText.includes('★')")));
 }
 
+// Neither is it done on another page of the folder, to which the user has gone meanwhile.
+TEST_F(PageReplacingTest, TheNextUnopenedOneIsNotSoughtFromAnotherPage) {
+  Begin(30, 10);
+  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  ASSERT_EQ(Chosen(), Ids({12}));
+  Browser()->Refresh();
+  Press(Qt::Key_N);
+  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
+  Press(Qt::Key_Delete);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("document.body.innerText.includes('No30.')")));
+  EXPECT_EQ(Chosen(), QStringList());
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_EQ(Order(), Ids({21, 22, 23, 24, 25, 26, 27, 28, 29, 30}));
+}
+
 TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
   BeginWith("table", 4);
   Press(Qt::Key_End);
@@ -215,7 +232,11 @@ TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
   Press(Qt::Key_Down);
   Press(Qt::Key_Down);
   ASSERT_EQ(Chosen(), Ids({2}));
-  MadeAnewBy([this] { ::kill(static_cast<pid_t>(View()->page()->renderProcessPid()), SIGKILL); });
+  QSignalSpy died(View(), &QWebEngineView::renderProcessTerminated);
+  MadeAnewBy([&] {
+    ::kill(static_cast<pid_t>(View()->page()->renderProcessPid()), SIGKILL);
+    ASSERT_TRUE(WaitFor([&] { return died.count() > 0; }));
+  });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
   EXPECT_EQ(Chosen(), Ids({2}));

@@ -100,9 +100,10 @@ void BrowserWindow::ConnectEngine() {
         "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
   });
   connect(engine, &EngineView::Crashed, this, [this] {
-    change_.Detach();
+    if (!IsLocal()) return change_.Detach();
+    change_.Lose();
     if (!split_->Row().isEmpty()) place_.BeginAtMessage(split_->Row());
-    if (IsLocal()) rest_->Renew();
+    rest_->Renew();
   });
   connect(engine, &EngineView::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
@@ -152,6 +153,7 @@ void BrowserWindow::ConnectFolder() {
   });
   connect(paging_.get(), &FolderPaging::MessageWanted, this, [this] {
     LeaveMessages();
+    rows_.LeaveNow();
     Refresh();
   });
   connect(toolbar_, &FolderToolbar::RowWanted, this, [this] { rows_.Enter(); });
@@ -162,7 +164,9 @@ void BrowserWindow::ConnectFolder() {
   connect(maker, &PageMaker::AnewWanted, this, &BrowserWindow::Refresh);
   connect(reading_.get(), &PageReading::AnewWanted, this, &BrowserWindow::Refresh);
   // Its rows would wait for another page.
-  connect(maker, &PageMaker::PageStays, this, [this] { change_.Stay(); });
+  connect(maker, &PageMaker::PageStays, this, [this] {
+    if (!engine_->Page()->isLoading()) change_.Stay();
+  });
   connect(maker, &PageMaker::TextWanted, this, [this](const QString& html) {
     if (!rest_->IsResting()) ShowText(html);  // else it comes once more when somebody sees it
   });
@@ -271,8 +275,7 @@ void BrowserWindow::ShowOwnPage(const QString& title, const QString& html) {
 void BrowserWindow::ShowText(const QString& html) {
   request_.SetUrl({});
   messages_->SetChosen(0);
-  place_.BeginAtEnd(false);
-  change_.Load();
+  change_.Load(false);
   toolbar_->ShowAddress(windowTitle(), false);
   engine_->ShowHtml(html);
 }

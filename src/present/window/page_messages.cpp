@@ -144,7 +144,7 @@ void PageMessages::GoToUnopenedAfter(const QString& message) {
 }
 
 void PageMessages::GoTo(const QString& message) {
-  queue_.After([this, message, folder = request_.Folder()] {
+  rows_.CurrentAlone([this, message, folder = request_.Folder()](const QString&) {
     if (request_.Folder() == folder) GoToRow(message);
   });
 }
