@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
@@ -64,11 +66,22 @@ QList<QWidget*> VisibleWindows() {
   return windows;
 }
 
+// There no page is painted, although the toolkit calls it visible.
+bool IsBehindTab(const QWidget& view) {
+  const QWidget* frame = &view;
+  while (frame != nullptr && qobject_cast<const QMdiSubWindow*>(frame) == nullptr) {
+    frame = frame->parentWidget();
+  }
+  const auto* child = qobject_cast<const QMdiSubWindow*>(frame);
+  return child != nullptr && child->mdiArea()->viewMode() == QMdiArea::TabbedView &&
+         child->mdiArea()->currentSubWindow() != child;
+}
+
 QList<QPointer<QWebEnginePage>> VisiblePages() {
   QList<QPointer<QWebEnginePage>> pages;
   for (const QWidget* window : VisibleWindows()) {
     for (const auto* view : window->findChildren<QWebEngineView*>()) {
-      if (view->isVisible()) pages.append(view->page());
+      if (view->isVisible() && !IsBehindTab(*view)) pages.append(view->page());
     }
   }
   return pages;
