@@ -100,6 +100,25 @@ TEST_F(FolderCommandsTest, PrintingAMessageLeavesTheActivePage) {
   EXPECT_EQ(status("mail_2"), 4);
 }
 
+TEST_F(FolderCommandsTest, TheMainMenuSaysAndDoesWhatAPageCanDoNow) {
+  Begin(3, 100);
+  auto& menu = Child<QMenu>(*program_->Parent(), u"menuPageMessages");
+  const auto entry = [&](const QString& text) {
+    Q_EMIT menu.aboutToShow();
+    for (QAction* action : menu.actions()) {
+      if (action->text().startsWith(text)) return action;
+    }
+    return menu.actions().first();
+  };
+  Press(Qt::Key_Home);
+  EXPECT_FALSE(entry(QStringLiteral("くずかごから出す"))->isEnabled());
+  entry(QStringLiteral("くずかごに入れる"))->trigger();
+  ASSERT_TRUE(AwaitGone("No1."));
+  Browser()->Unload();
+  ASSERT_TRUE(WaitFor([&] { return Browsers().empty(); }));
+  EXPECT_FALSE(entry(QStringLiteral("印刷"))->isEnabled());
+}
+
 TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
   Begin(3, 100);
   auto& toolbar = Child<QToolBar>(*program_->Parent(), u"tbMain");

@@ -33,6 +33,7 @@ void ParentWindow::BuildMenus() {
   };
   BuildFileMenu();
   BuildDisplayMenu();
+  BuildMessageMenu();
   QMenu* tool = menuBar()->addMenu(Ui::tr("ツール(&T)"));
   tool->setObjectName(QStringLiteral("menuTools"));
   tools(tool, kToolsReceive, Ui::tr("メッセージ送受信(&M)"))
@@ -202,6 +203,18 @@ void ParentWindow::BuildDisplayMenu() {
   connect(display, &QMenu::aboutToShow, this, [this, clear, layout] {
     clear->setEnabled(tvConsole_->HasEvents());
     layout->setEnabled(!CurrentFolder().isEmpty());
+  });
+}
+
+// What can be done with the messages of the page that was used last.
+void ParentWindow::BuildMessageMenu() {
+  QMenu* menu = menuBar()->addMenu(Ui::tr("メッセージ(&M)"));
+  menu->setObjectName(QStringLiteral("menuPageMessages"));
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+    menu->clear();
+    if (BrowserWindow* browser = area_->Active()) return browser->ListCommands(*menu);
+    menu->addAction(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"))
+        ->setEnabled(false);
   });
 }
 

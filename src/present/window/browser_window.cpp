@@ -409,6 +409,10 @@ void BrowserWindow::RunCommand(const QString& command) {
   commands_->Run(command);
 }
 
+void BrowserWindow::ListCommands(QMenu& menu) {
+  commands_->ListIn(menu);
+}
+
 void BrowserWindow::MessagesGone(const QStringList& messages) {
   maker_->LeaveOut(messages);
   rows_.LeaveFolder(messages);

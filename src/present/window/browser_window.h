@@ -12,6 +12,8 @@
 #include "present/window/page_request.h"
 #include "storage/context.h"
 
+class QMenu;
+
 namespace vorn {
 
 class BrowserHost;
@@ -89,6 +91,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void GoToReturned(const QStringList& messages);
   /// See `PageCommands::Run`.
   void RunCommand(const QString& command);
+  /// Writes the commands on its messages into a menu.
+  void ListCommands(QMenu& menu);
   /// Shows a page of the program's own.
   void ShowOwnPage(const QString& title, const QString& html);
   /// Brings the toolbar in line with "before", "next" and "onLoad".

@@ -73,8 +73,7 @@ void PageCommands::BuildMenu() {
   menu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { rows_.ChooseAll(); });
-  connect(menu_, &QMenu::aboutToShow, this,
-          [this] { outOfDust_->setEnabled(request_.Folder() == fixed_serial::kDust); });
+  connect(menu_, &QMenu::aboutToShow, this, &PageCommands::EnableForMenu);
   connect(menu_, &QMenu::aboutToHide, this, &PageCommands::Enable);
 }
 
@@ -139,6 +138,11 @@ void PageCommands::Enable() {
   for (QAction* action : actions_) action->setEnabled(isFolder);
 }
 
+// A key that does not apply is told of, an entry that does not apply is grey.
+void PageCommands::EnableForMenu() {
+  outOfDust_->setEnabled(outOfDust_->isEnabled() && request_.Folder() == fixed_serial::kDust);
+}
+
 void PageCommands::AddTo(QWidget& view) {
   view.addActions(actions_);
 }
@@ -151,6 +155,21 @@ void PageCommands::AddToPane(QWidget& pane) {
 
 void PageCommands::PopUp(const QPoint& at) {
   if (request_.IsLocal() && rows_.HasRows()) menu_->popup(at);
+}
+
+void PageCommands::ListIn(QMenu& menu) {
+  EnableForMenu();
+  for (QAction* action : menu_->actions()) {
+    if (action->isSeparator()) {
+      menu.addSeparator();
+      continue;
+    }
+    const QString key = action->shortcut().toString(QKeySequence::NativeText);
+    QAction* entry = menu.addAction(key.isEmpty() ? action->text() : action->text() + u'\t' + key,
+                                    action, &QAction::trigger);
+    entry->setEnabled(action->isEnabled());
+  }
+  Enable();
 }
 
 void PageCommands::Run(const QString& command) {

@@ -34,6 +34,8 @@ class PageCommands : public QObject {
   void AddToPane(QWidget& pane);
   /// Shows the menu if there are messages.
   void PopUp(const QPoint& at);
+  /// Writes the same commands, as they can be given now, into another menu.
+  void ListIn(QMenu& menu);
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
   /// "dust" or "outofdust". The user is told when none is chosen.
   void Run(const QString& command);
@@ -52,6 +54,7 @@ class PageCommands : public QObject {
   void BuildFromMessage();
   void BuildMoves();
   void Enable();
+  void EnableForMenu();
   void GiveUpChoice();
 
   PageMessages& messages_;
