@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "mail/outbox.h"
+#include "objects/any_object.h"
 #include "objects/file_age.h"
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
@@ -40,7 +41,7 @@ DiskPtr DefaultProfile(const Context& context) {
   const DiskCollectionPtr profiles =
       SelectObjects(context.Objects, *context.Session, object_type::kProfile);
   for (const DiskPtr& profile : *profiles) {
-    if (profile->Flag(u"Default")) return profile;
+    if (AnyObject(*profile).IsDefault()) return profile;
   }
   return profiles->Count() == 1 ? profiles->First() : nullptr;
 }
@@ -206,7 +207,7 @@ DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString&
   for (const DiskPtr& profile : context.Objects) {
     if (profile->Flag(u"Rebuilt") &&
         CheckLogin(context, profile, password) != LoginCheck::Refused &&
-        profile->Text(u"Object") == name) {
+        AnyObject(*profile).Name() == name) {
       return profile;
     }
   }

@@ -10,6 +10,9 @@ namespace vorn {
 /// The address books of the profile.
 QList<DiskPtr> AddressBooks(const Context& context);
 
+/// What stands in a book, one entry a line (`ParseAddressEntry`).
+QString BookLines(const Disk& book);
+
 /// Makes and stores an empty one; null, with the reason in the session's `LastError`, when it
 /// cannot be stored.
 DiskPtr MakeAddressBook(Context& context);

@@ -74,11 +74,11 @@ bool Restore(Context& context, const QString& message) {
   const DiskPtr draft = context.Objects.Find(kPrefix + message);
   if (draft == nullptr) return false;
   Disk request(message);
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
-  request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
+  MessageBag::SetStatus(request, kStatusEdit);
+  MessageBag::SetFlags(request, QStringLiteral("02"));
   const std::optional<QString> folders = ReadStoredFolders(context, message);
   if (!folders) return false;
-  request.Let(QStringLiteral("folder"), *folders);
+  MessageBag::SetFolders(request, *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
   if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
   Forget(context, message);

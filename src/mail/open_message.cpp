@@ -9,6 +9,7 @@
 #include "mail/mailto.h"
 #include "mail/message_id.h"
 #include "mail/message_rows.h"
+#include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -64,12 +65,11 @@ Sender DefaultSender(Context& context) {
   if (first->IsEmpty()) first = enabled;
   Sender sender;
   if (first->IsEmpty()) return sender;
-  sender.address = first->First()->Text(u"Mailaddress");
-  sender.display = first->First()->Text(u"Display");
-  for (const DiskPtr& account : *enabled) {
-    const QString address = account->Text(u"Mailaddress");
-    sender.own.append(address);
-    sender.signatures.insert(address.toLower(), account->Text(u"Signature"));
+  sender.address = Account(first->First()).Address();
+  sender.display = Account(first->First()).Display();
+  for (const Account account : *enabled) {
+    sender.own.append(account.Address());
+    sender.signatures.insert(account.Address().toLower(), account.Signature());
   }
   return sender;
 }

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -222,14 +223,8 @@ QStringList FormerPasswords(Context& context, const Disk& profile, const QString
 DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
   auto profile = std::make_shared<Disk>(serialId);
   const QString folder = QStringLiteral("/current/") + serialId + u'\\';
-  profile->Let(QStringLiteral("FormName"), object_type::kProfile);
-  profile->Let(QStringLiteral("Object"), name);
-  profile->Let(QStringLiteral("ToolTipText"), QString());
-  profile->Let(QStringLiteral("Draw"), object_type::kProfile);
-  profile->Let(QStringLiteral("Default"), false);
-  profile->Let(QStringLiteral("System"), true);
-  profile->Let(QStringLiteral("Enabled"), false);
-  profile->Let(QStringLiteral("Parent"), QString());
+  AnyObject::Begin(*profile, object_type::kProfile, name);
+  AnyObject::SetSystem(*profile, true);
   profile->Let(QStringLiteral("Profile"), QString(folder + QStringLiteral("profile.mbx")));
   profile->Let(QStringLiteral("Mail"), mail);
   profile->Let(QStringLiteral("History"), mail);
@@ -252,7 +247,7 @@ void EnterProfile(Context& context, const DiskPtr& profile, const QString& passw
 }
 
 bool MarkDefaultProfile(Context& context) {
-  context.Session->Let(QStringLiteral("Default"), true);
+  AnyObject::SetDefault(*context.Session, true);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
 }
 

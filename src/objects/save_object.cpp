@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/file_notes.h"
 #include "storage/sql_text.h"
@@ -20,10 +21,10 @@ namespace {
 // same: the marks in memory are right, and the next login writes them again.
 void ApplyDefaultProfileRule(Context& context, Disk& saved) {
   const auto mark = [&context](Disk& profile) {
-    profile.Let(QStringLiteral("Default"), profile.SerialID() == context.Session->SerialID());
+    AnyObject::SetDefault(profile, profile.SerialID() == context.Session->SerialID());
   };
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == object_type::kProfile) mark(*object);
+    if (AnyObject(*object).Is(object_type::kProfile)) mark(*object);
   }
   mark(saved);  // which may be a bag of its own, as it comes from a window
   context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
@@ -52,7 +53,7 @@ void KeepHighestWorks(DataSession& data, Disk& profile) {
 // The logged-in profile is the session bag too; what only the running program may know stays out
 // of the file, the password above all.
 bool StoreRows(DataSession& data, Disk& object) {
-  if (object.Text(u"FormName") != object_type::kProfile) return object.DiskToDatabase(data);
+  if (!AnyObject(object).Is(object_type::kProfile)) return object.DiskToDatabase(data);
   if (!FileNotes(object).isEmpty()) KeepHighestWorks(data, object);
   Disk stored(object.SerialID());
   for (qint32 i = 1; i <= object.Size(); ++i) {
@@ -65,10 +66,10 @@ bool StoreRows(DataSession& data, Disk& object) {
 }  // namespace
 
 QString ValidateObject(const DiskCollection& objects, const Disk& object) {
-  const QString name = object.Text(u"Object");
+  const QString name = AnyObject(object).Name();
   if (name.isEmpty()) return Ui::tr("オブジェクト名が設定されていません。");
   for (const DiskPtr& other : objects) {
-    if (other->SerialID() != object.SerialID() && other->Text(u"Object") == name) {
+    if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
       return Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。");
     }
   }
@@ -79,7 +80,7 @@ bool SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
   if (!opened || !context.Data.Begin()) return false;
-  if (object.Text(u"FormName") == object_type::kProfile) ApplyDefaultProfileRule(context, object);
+  if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
   const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
   if (!saved) context.Data.Rollback();
   return saved;

@@ -20,9 +20,8 @@ QString LockPath(const Context& context, QString work) {
 
 }  // namespace
 
-QString ReceivingWork(const Disk& account) {
-  const QString mailbox =
-      account.Text(u"InMailServerUser") + u'@' + account.Text(u"InMailServer").toLower();
+QString ReceivingWork(const QString& user, const QString& server) {
+  const QString mailbox = user + u'@' + server.toLower();
   const QByteArray name = QCryptographicHash::hash(mailbox.toUtf8(), QCryptographicHash::Sha256);
   return QStringLiteral("receive-") + QString::fromLatin1(name.toHex().first(16));
 }

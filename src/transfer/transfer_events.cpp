@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mail/codec/message_date.h"
+#include "mail/message_bag.h"
 #include "mail/message_identity.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
@@ -17,6 +18,7 @@
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
+#include "transfer/check_job.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
 
@@ -50,23 +52,20 @@ TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop
   connect(&flushTimer_, &QTimer::timeout, this, &TransferEvents::Flush);
 }
 
-DiskPtr TransferEvents::Account() const {
-  const DiskCollectionPtr accounts = job_ != nullptr ? job_->Collection(u"account") : nullptr;
-  return accounts != nullptr && !accounts->IsEmpty() ? accounts->First() : nullptr;
+std::optional<Account> TransferEvents::ServedAccount() const {
+  const DiskCollectionPtr accounts = job_ != nullptr ? CheckJob(job_).Accounts() : nullptr;
+  if (accounts == nullptr || accounts->IsEmpty()) return std::nullopt;
+  return accounts->First();
 }
 
-DiskPtr TransferEvents::Message() const {
-  const DiskCollectionPtr messages = job_ != nullptr ? job_->Collection(u"message") : nullptr;
-  return messages != nullptr && !messages->IsEmpty() ? messages->First() : nullptr;
+std::optional<SendItem> TransferEvents::Message() const {
+  const DiskCollectionPtr messages = job_ != nullptr ? CheckJob(job_).Messages() : nullptr;
+  if (messages == nullptr || messages->IsEmpty()) return std::nullopt;
+  return messages->First();
 }
 
 bool TransferEvents::IsReceiving() const {
   return pop_.Mode == kPopReceive || pop_.Mode == kPopReceiveApop;
-}
-
-void TransferEvents::Append(Disk& job, const QString& key, const QString& line) {
-  const QString text = job.Text(key);
-  job.Let(key, text.isEmpty() ? line : text + kLineBreak + line);
 }
 
 void TransferEvents::SessionStarted() {
@@ -149,12 +148,12 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     return true;
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
-  message.Let(QStringLiteral("MessageID"), messageId);
-  message.Let(QStringLiteral("Flag"), kNewFlags);
-  message.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+  MessageBag::SetMessageId(message, messageId);
+  MessageBag::SetFlags(message, kNewFlags);
+  MessageBag::SetStatus(message, kStatusReceived);
   if (takesServersTime_) {
     const QDateTime arrival = ArrivalTime(data);
-    if (arrival.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(arrival));
+    if (arrival.isValid()) MessageBag::SetTimestamp(message, StoredTimeText(arrival));
   }
   using Received = MailStore::Received;
   Received received = store_.StoreReceived(message, data);
@@ -188,7 +187,7 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     NoteStored(messageId, true, deleteOnServer);
   }
   if (received != Received::Stored) return true;
-  unflushed_.append({message.SerialID(), message.Text(u"MessageID")});
+  unflushed_.append({message.SerialID(), messageId});
   group_.Add(data.size());
   return !group_.IsFull() || Flush();
 }
@@ -203,15 +202,14 @@ void TransferEvents::KeepTornOff(const QString& messageId, const QString& stored
 }
 
 bool TransferEvents::DeletesOnServer() const {
-  const DiskPtr account = Account();
-  return account != nullptr && account->Flag(u"InMailServerDelete");
+  const std::optional<Account> account = ServedAccount();
+  return account && account->DeletesOnServer();
 }
 
 // Whether the user still wants what he wanted when the session began.
 bool TransferEvents::MayStillDelete() const {
-  const DiskPtr account = Account();
-  return account != nullptr && context_.Objects.Find(account->SerialID()) != nullptr &&
-         DeletesOnServer();
+  const std::optional<Account> account = ServedAccount();
+  return account && context_.Objects.Find(account->SerialId()) != nullptr && DeletesOnServer();
 }
 
 void TransferEvents::NoteStored(const QString& messageId, bool proven, bool deleteOnServer) {
@@ -247,7 +245,7 @@ bool TransferEvents::Flush() {
   if (!stored.isEmpty() && job_ != nullptr) {
     QStringList serials;
     for (const StoredMessage& message : stored) serials.append(message.serialId);
-    Append(*job_, QStringLiteral("messages"), serials.join(kLineBreak));
+    SessionRecord(job_).AddReceived(serials.join(kLineBreak));
   }
   if (!flushFailed_ && !known_.Store())
     ListingFailed();  // costs fetching these once more, if all ends here
@@ -314,10 +312,10 @@ void TransferEvents::StoreFailed(const QString& sentence) {
 }
 
 bool TransferEvents::BeginHandover() {
-  const DiskPtr message = Message();
-  if (message == nullptr) return false;
-  switch (Outbox(context_, message->Text(u"File"))
-              .BeginHandover(message->SerialID(), message->Text(u"Version"), pop_.Server)) {
+  const std::optional<SendItem> message = Message();
+  if (!message) return false;
+  switch (Outbox(context_, message->File(context_))
+              .BeginHandover(message->SerialId(), message->Version(), pop_.Server)) {
     case Outbox::Claim::Taken:
       return true;
     case Outbox::Claim::Lost:
@@ -325,12 +323,11 @@ bool TransferEvents::BeginHandover() {
           Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
       return false;
     default:
-      if (context_.Data.LastError().kind == StorageError::Kind::Busy &&
-          plan_.HandOverLater(*job_)) {
+      if (context_.Data.LastError().kind == StorageError::Kind::Busy && plan_.HandOverLater(job_)) {
         return false;
       }
       StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));
-      job_->Let(QStringLiteral("storefailed"), true);
+      SessionRecord(job_).FailStore();
       return false;
   }
 }
@@ -340,60 +337,58 @@ void TransferEvents::Settle(const std::function<bool()>& store,
                             const std::function<void()>& failed) {
   if (store()) return;
   if (context_.Data.LastError().kind == StorageError::Kind::Busy) {
-    plan_.StoreLater(*job_, store, failed);
+    plan_.StoreLater(job_, store, failed);
   } else {
     failed();
   }
 }
 
-void TransferEvents::OutcomeFailed(Disk& job, const QString& sentence) {
-  AddError(job, sentence + context_.Data.LastError().text);
-  job.Let(QStringLiteral("storefailed"), true);
+void TransferEvents::OutcomeFailed(SessionRecord record, const QString& sentence) {
+  AddError(record, sentence + context_.Data.LastError().text);
+  record.FailStore();
 }
 
 void TransferEvents::MessageSent(const QByteArray& data) {
-  const DiskPtr message = Message();
-  if (message == nullptr) return;
-  message->Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
+  const std::optional<SendItem> message = Message();
+  if (!message) return;
+  MessageBag::SetStatus(*message->Bag(), kStatusSent);
   Settle(
       [this, job = job_, message, data] {
-        if (!store_.StoreSent(*message, data)) return false;
+        if (!store_.StoreSent(*message->Bag(), data)) return false;
         ++counts_.sent;
-        Append(*job, QStringLiteral("log"), Ui::tr("メッセージを送信しました。"));
+        SessionRecord(job).AddLog(Ui::tr("メッセージを送信しました。"));
         return true;
       },
       [this, job = job_, message] {
-        OutcomeFailed(*job, Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
-        Doubt(*job, *message, Ui::tr("（サーバーは受け取りました）"));
+        OutcomeFailed(job, Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
+        Doubt(job, *message, Ui::tr("（サーバーは受け取りました）"));
       });
 }
 
 void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
-  const DiskPtr message = Message();
-  if (message == nullptr) return;
+  const std::optional<SendItem> message = Message();
+  if (!message) return;
   if (outcome == HandoverOutcome::Unknown) {
-    Doubt(*job_, *message, reply);
+    Doubt(job_, *message, reply);
     return;
   }
   Settle(
       [this, message] {
-        return Outbox(context_, message->Text(u"File")).Withdraw(message->SerialID());
+        return Outbox(context_, message->File(context_)).Withdraw(message->SerialId());
       },
-      [this, job = job_] {
-        OutcomeFailed(*job, Ui::tr("送信できなかったことを保存できません。"));
-      });
+      [this, job = job_] { OutcomeFailed(job, Ui::tr("送信できなかったことを保存できません。")); });
 }
 
 // When even this cannot be stored, the note that it was under way remains, which comes to the same.
-void TransferEvents::Doubt(Disk& job, const Disk& message, const QString& reply) {
-  job.Let(QStringLiteral("doubtful"), true);
+void TransferEvents::Doubt(SessionRecord record, const SendItem& message, const QString& reply) {
+  record.Doubt();
   ++counts_.doubtful;
-  Outbox(context_, message.Text(u"File")).Doubt(message.SerialID(), reply);
+  Outbox(context_, message.File(context_)).Doubt(message.SerialId(), reply);
 }
 
 void TransferEvents::RecipientRefused(const QString& address, const QString& reply) {
   if (job_ != nullptr) {
-    Append(*job_, QStringLiteral("refused"), address + QStringLiteral(": ") + reply);
+    SessionRecord(job_).AddRefused(address + QStringLiteral(": ") + reply);
   }
 }
 
@@ -480,18 +475,17 @@ void TransferEvents::Error(int code, const QString& text) {
     ++counts_.errors;
     return;
   }
-  AddError(*job_, text);
-  if (code == static_cast<int>(PopError::Login)) job_->Let(QStringLiteral("loginrefused"), true);
+  AddError(job_, text);
+  if (code == static_cast<int>(PopError::Login)) SessionRecord(job_).RefuseLogin();
 }
 
-void TransferEvents::AddError(Disk& job, const QString& text) {
+void TransferEvents::AddError(SessionRecord record, const QString& text) {
   ++counts_.errors;
-  Append(job, QStringLiteral("log"), text);
-  job.Let(QStringLiteral("error"), true);
+  record.AddError(text);
 }
 
 void TransferEvents::Log(int, const QString& text) {
-  if (job_ != nullptr) Append(*job_, QStringLiteral("log"), text);
+  if (job_ != nullptr) SessionRecord(job_).AddLog(text);
 }
 
 void TransferEvents::Progress(int, qint64 total, qint64 done) {

@@ -12,6 +12,8 @@
 #include "transfer/known_messages.h"
 #include "transfer/pop_events.h"
 #include "transfer/receive_stop_rules.h"
+#include "transfer/send_item.h"
+#include "transfer/session_record.h"
 
 namespace vorn {
 
@@ -83,11 +85,11 @@ class TransferEvents : public QObject, public PopEvents {
     QString messageId;
   };
 
-  DiskPtr Account() const;
-  DiskPtr Message() const;
+  std::optional<Account> ServedAccount() const;
+  std::optional<SendItem> Message() const;
   bool IsReceiving() const;
   void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
-  void Doubt(Disk& job, const Disk& message, const QString& reply);
+  void Doubt(SessionRecord record, const SendItem& message, const QString& reply);
   bool DeletesOnServer() const;
   bool MayStillDelete() const;
   void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
@@ -96,9 +98,8 @@ class TransferEvents : public QObject, public PopEvents {
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
   void TellUnknown();
   void StoreFailed(const QString& sentence);
-  void OutcomeFailed(Disk& job, const QString& sentence);
-  static void Append(Disk& job, const QString& key, const QString& line);
-  void AddError(Disk& job, const QString& text);
+  void OutcomeFailed(SessionRecord record, const QString& sentence);
+  void AddError(SessionRecord record, const QString& text);
   bool Flush();
   bool IsStillThere();
   const ReceiveStopRules& Rules();

@@ -12,7 +12,9 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/tool_letter.h"
+#include "mail/address_book.h"
 #include "mail/codec/address.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -102,8 +104,8 @@ void AddressWindow::FillTree(const QString& draw) {
   all->setIcon(0, Icon(object_type::kBook));
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(all, {object->Text(u"Object")});
-    item->setIcon(0, Icon(object->Text(u"Draw")));
+    auto* item = new QTreeWidgetItem(all, {AnyObject(*object).Name()});
+    item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
   }
   tvObject_->expandAll();
@@ -114,7 +116,7 @@ void AddressWindow::Seek() {
   const QTreeWidgetItem* node = tvObject_->currentItem();
   const QString key = node == nullptr ? QString() : node->data(0, Qt::UserRole).toString();
   const DiskPtr chosen = context_.Objects.Find(key);
-  const bool isBook = chosen != nullptr && chosen->Text(u"FormName") == object_type::kBook;
+  const bool isBook = chosen != nullptr && AnyObject(*chosen).Is(object_type::kBook);
   request_->Let(QStringLiteral("string"), text);
   request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
 
@@ -123,9 +125,9 @@ void AddressWindow::Seek() {
   const bool selects = !text.isEmpty() || !Settings(context_)->Flag(u"AddressSearch");
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
-    if (object->Text(u"FormName") != object_type::kBook) continue;
+    if (!AnyObject(*object).Is(object_type::kBook)) continue;
     if (isBook && object->SerialID() != key) continue;
-    for (const QString& line : object->Text(u"Addressbook").split(kLineBreak, Qt::SkipEmptyParts)) {
+    for (const QString& line : BookLines(*object).split(kLineBreak, Qt::SkipEmptyParts)) {
       const AddressEntry entry = ParseAddressEntry(line);
       if (entry.address.isEmpty()) continue;
       if (!text.isEmpty() && !pattern.Matches(entry.address) &&

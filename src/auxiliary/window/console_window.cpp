@@ -14,6 +14,7 @@
 
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
@@ -133,15 +134,15 @@ void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(QStringList{object->Text(u"Object")});
-    item->setIcon(0, Icon(object->Text(u"Draw")));
+    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).Name()});
+    item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
     items.insert(object->SerialID(), item);
   }
   // Under its parent where that is shown too, as in the main window.
   for (const DiskPtr& object : *objects) {
     QTreeWidgetItem* item = items.value(object->SerialID());
-    QTreeWidgetItem* parent = items.value(object->Text(u"Parent"));
+    QTreeWidgetItem* parent = items.value(AnyObject(*object).Parent());
     const QTreeWidgetItem* above = parent;
     while (above != nullptr && above != item) above = above->parent();
     if (parent != nullptr && above == nullptr) {

@@ -13,6 +13,8 @@
 
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "present/link_command.h"
@@ -104,7 +106,7 @@ void ConsoleTree::Fill() {
   clear();
   groups_.clear();
   nodes_.clear();
-  auto* root = new QTreeWidgetItem(this, {context_.Session->Text(u"Object")});
+  auto* root = new QTreeWidgetItem(this, {AnyObject(*context_.Session).Name()});
   root->setIcon(0, Icon(object_type::kProfile));
   root->setData(0, kKeyRole, context_.Session->SerialID());
   root->setData(0, kTagRole, object_type::kProfile);
@@ -127,8 +129,8 @@ QTreeWidgetItem* ConsoleTree::Group(const QString& type) const {
 }
 
 void ConsoleTree::ShowObject(const Disk& object) {
-  QTreeWidgetItem* place = nodes_.value(object.Text(u"Parent"));
-  if (place == nullptr) place = Group(object.Text(u"FormName"));
+  QTreeWidgetItem* place = nodes_.value(AnyObject(object).Parent());
+  if (place == nullptr) place = Group(AnyObject(object).Type());
   if (place == nullptr) return;
   const QSignalBlocker quiet(this);
   QTreeWidgetItem*& node = nodes_[object.SerialID()];
@@ -140,16 +142,16 @@ void ConsoleTree::ShowObject(const Disk& object) {
     place->addChild(node);
   }
   place->setExpanded(true);
-  node->setText(0, object.Text(u"Object"));
-  node->setToolTip(0, ShownToolTip(object.Text(u"ToolTipText")));
-  node->setIcon(0, Icon(object.Text(u"Draw")));
+  node->setText(0, AnyObject(object).Name());
+  node->setToolTip(0, ShownToolTip(AnyObject(object).ToolTip()));
+  node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kKeyRole, object.SerialID());
-  node->setData(0, kTagRole, object.Text(u"FormName"));
+  node->setData(0, kTagRole, AnyObject(object).Type());
 }
 
 void ConsoleTree::RefreshNode(const QString& serialId) {
   if (serialId == context_.Session->SerialID() && topLevelItemCount() > 0) {
-    topLevelItem(0)->setText(0, context_.Session->Text(u"Object"));
+    topLevelItem(0)->setText(0, AnyObject(*context_.Session).Name());
   }
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
     ShowObject(*object);
@@ -236,8 +238,8 @@ QString ConsoleTree::TakingFolderAt(const QPoint& at) const {
   const QString key = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
   const DiskPtr folder = context_.Objects.Find(key);
   if (folder == nullptr) return {};
-  const bool takes =
-      key == fixed_serial::kDust || key == fixed_serial::kInbox || IsFilledByHand(*folder);
+  const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||
+                     FolderObject(*folder).IsFilledByHand();
   return takes ? key : QString();
 }
 

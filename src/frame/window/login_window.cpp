@@ -15,6 +15,7 @@
 #include "kit/window/caps_lock_hint.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
@@ -68,7 +69,7 @@ void LoginWindow::LoadDefaultProperty(const DiskPtr& request) {
   const DiskCollectionPtr profiles =
       SelectObjects(context_.Objects, *context_.Session, object_type::kProfile);
   for (const DiskPtr& profile : *profiles) {
-    const QString name = profile->Text(u"Object");
+    const QString name = AnyObject(*profile).Name();
     if (only.isEmpty() || name == only) cbProfile_->addItem(name);
   }
   cbProfile_->setCurrentIndex(0);

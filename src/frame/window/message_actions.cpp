@@ -4,6 +4,8 @@
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -36,7 +38,7 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
 
 QString MessageActions::NameOf(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? folder : object->Text(u"Object");
+  return object == nullptr ? folder : AnyObject(*object).Name();
 }
 
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
@@ -158,7 +160,7 @@ void MessageActions::EmptyDust() {
 
 bool MessageActions::IsFilledByHand(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object != nullptr && vorn::IsFilledByHand(*object);
+  return object != nullptr && FolderObject(*object).IsFilledByHand();
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.

@@ -17,6 +17,7 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
@@ -296,8 +297,8 @@ void ParentWindow::BuildBookmarkMenu() {
 void ParentWindow::FillBookmarkMenu(QMenu* menu) {
   menu->clear();
   for (const DiskPtr& object : context_.Objects) {
-    if (object->Text(u"FormName") != object_type::kBookmark) continue;
-    menu->addSection(object->Text(u"Object"));
+    if (!AnyObject(*object).Is(object_type::kBookmark)) continue;
+    menu->addSection(AnyObject(*object).Name());
     for (const QString& line : object->Text(u"Url").split(kLineBreak, Qt::SkipEmptyParts)) {
       const QString url = line.section(u' ', 0, 0);
       QString title = line.section(u' ', 1);

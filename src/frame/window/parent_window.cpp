@@ -18,6 +18,7 @@
 #include "mail/archive/import_messages.h"
 #include "mail/mailto.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/select_objects.h"
@@ -69,7 +70,7 @@ ParentWindow::ParentWindow(Context& context)
       damage_(context, *this,
               [this](const QString& sentence) {
                 AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
-                         context_.Session->Text(u"Object"), QStringLiteral("account"), sentence);
+                         AnyObject(*context_.Session).Name(), QStringLiteral("account"), sentence);
               }),
       actions_(context, *this, *this),
       archive_(context, *this, *this, traffic_, tmPlan_) {
@@ -386,7 +387,7 @@ void ParentWindow::RefreshNode(const QString& serialId) {
 }
 
 void ParentWindow::ShowTitle() {
-  setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
+  setWindowTitle(AnyObject(*context_.Session).Name() + QStringLiteral(" - ") + kApplicationTitle);
 }
 
 void ParentWindow::AddEvent(int level, int mode, const QString& reference, const QString& title,
@@ -528,7 +529,7 @@ void ParentWindow::OpenEvent(const QString& serialId) {
     return;
   }
   const DiskPtr object = context_.Objects.Find(reference);
-  const QString type = object == nullptr ? QString() : object->Text(u"FormName");
+  const QString type = object == nullptr ? QString() : AnyObject(*object).Type();
   const bool isSettings = reference == fixed_serial::kSettings;
   if (object == nullptr && !isSettings) {
     ShowBox(this, QMessageBox::Information,

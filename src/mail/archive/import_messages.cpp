@@ -31,11 +31,11 @@ QString ImportId(const QByteArray& source) {
 
 // An imported message's bag, under the time at which it arrived.
 void FillMessage(Disk& message, const QByteArray& source, const QString& id, int status) {
-  message.Let(QStringLiteral("MessageID"), id);
-  message.Let(QStringLiteral("Flag"), QStringLiteral("000"));
-  message.Let(QStringLiteral("process"), status);
+  MessageBag::SetMessageId(message, id);
+  MessageBag::SetFlags(message, QStringLiteral("000"));
+  MessageBag::SetStatus(message, status);
   const QDateTime date = MessageDate(source);
-  if (date.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(date));
+  if (date.isValid()) MessageBag::SetTimestamp(message, StoredTimeText(date));
 }
 
 class Importer {
@@ -73,7 +73,7 @@ class Importer {
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, id, kStatusReceived);
-    message.Let(QStringLiteral("folder"), folder_);
+    MessageBag::SetFolders(message, folder_);
     group_.Add(source.size());
     switch (store_.StoreReceived(message, source)) {
       case MailStore::Received::Failed:

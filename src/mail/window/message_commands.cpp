@@ -31,6 +31,7 @@
 #include "mail/window/message_body.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -69,7 +70,7 @@ QString MessageWindow::MissingForSending() const {
 void MessageWindow::ToolbarSend() {
   if (request_->Number(kProcess) < 0) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
-    const QString name = dust != nullptr ? dust->Text(u"Object") : Ui::tr("くずかご");
+    const QString name = dust != nullptr ? AnyObject(*dust).Name() : Ui::tr("くずかご");
     const auto answer = ShowBox(
         this, QMessageBox::Question,
         Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
@@ -238,9 +239,9 @@ void MessageWindow::ChooseFolders() {
   }
   for (const DiskPtr& folder : *folders) {
     // "@" separates the fields of an entry.
-    QString name = folder->Text(u"Object");
+    QString name = AnyObject(*folder).Name();
     entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
-                   folder->Text(u"Draw"));
+                   AnyObject(*folder).Draw());
   }
   const QString chosen = InputList(context_, this, Ui::tr("保存フォルダ"),
                                    Ui::tr("メッセージを保存するフォルダを選択してください。"),

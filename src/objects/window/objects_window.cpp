@@ -8,6 +8,7 @@
 
 #include "frame/start_up.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/window/account_pages.h"
@@ -142,7 +143,7 @@ void ObjectsWindow::cmDelete_Click() {
   Context& context = GetContext();
   const DiskPtr object = context.Objects.Find(Tag());
   if (object == nullptr) return;
-  if (object->Flag(u"System") || Tag() == context.Session->SerialID()) {
+  if (AnyObject(*object).IsSystem() || Tag() == context.Session->SerialID()) {
     ShowBox(parentWidget(), QMessageBox::Information,
             Ui::tr("標準のオブジェクトは削除できません。"));
     return;

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/window/recovery_code_window.h"
@@ -142,7 +143,7 @@ void ProfilePage::AddProtection() {
   show->setAutoDefault(false);
   connect(show, &QPushButton::clicked, this, [this, code] {
     RememberCode(context_);
-    RecoveryCodeWindow(context_.Session->Text(u"Object"), code, this).exec();
+    RecoveryCodeWindow(AnyObject(*context_.Session).Name(), code, this).exec();
   });
   auto* row = new QHBoxLayout;
   row->addWidget(show);

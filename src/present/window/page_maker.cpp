@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <utility>
 
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
@@ -44,7 +45,7 @@ QString PageMaker::Question() const {
 bool PageMaker::Make() {
   const DiskPtr folder = LoadObject(context_, request_.Folder());
   if (folder == nullptr) return request_.HasUrl();
-  Q_EMIT Named(folder->Text(u"Object"));
+  Q_EMIT Named(AnyObject(*folder).Name());
   if (wait_->IsAsking(Question())) {
     if (request_.HasUrl()) Q_EMIT PageStays();
     return false;
