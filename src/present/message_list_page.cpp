@@ -4,6 +4,7 @@
 
 #include "mail/codec/code_page_932.h"
 #include "mail/outbox.h"
+#include "mail/send_refusals.h"
 #include "objects/object_loader.h"
 #include "objects/search_condition.h"
 #include "objects/settings.h"
@@ -40,6 +41,8 @@ PageContent ReadContent(Context& context, const QString& folder) {
   for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
     content.doubtful.insert(message.serialId);
   }
+  const auto refused = SendRefusals(context, MailDatabasePath(context)).Routes();
+  content.refused = {refused.keyBegin(), refused.keyEnd()};
   return content;
 }
 

@@ -48,7 +48,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
   if ((flags & kPlanSend) != 0) {
     // Also where nothing else waits: what a death left has to be told.
     ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
-    if (!PlanWaiting(serial, db, file)) LookLater(serial, db, file);
+    const WaitingSearch search{serial, db, file, (flags & kPlanReceive) != 0};
+    if (!PlanWaiting(search)) LookLater(search);
   }
 }
 

@@ -109,15 +109,22 @@ class CheckPlan {
   void FinishReceiving(CheckJob& job, Account& account);
   void LoadServer(const AccountServer& server);
   void LoadReceiving(const Account& account);
+  /// Which of the messages that wait are to be sent.
+  struct WaitingSearch {
+    QString serial;  ///< empty for all
+    DatabaseKind db;
+    QString file;
+    bool isCheck;  ///< nobody asks for sending alone
+  };
   void AddSendJob(std::vector<SendItem>& messages);
   bool MaySendFrom(const QString& file);
   /// False when the file is in use just now.
-  bool PlanWaiting(const QString& serial, DatabaseKind db, const QString& file);
-  void LookLater(const QString& serial, DatabaseKind db, const QString& file);
+  bool PlanWaiting(const WaitingSearch& search);
+  void LookLater(const WaitingSearch& search);
   void LookAgain(CheckJob& job);
   void TellUnread();
-  bool FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
-                   std::vector<SendItem>& messages);
+  bool FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages);
+  void LeaveOutRefused(std::vector<SendItem>& messages);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
   DiskPtr AskForAccount(const QString& subject);

@@ -9,6 +9,7 @@
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
+#include "mail/send_refusals.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -28,6 +29,15 @@ namespace {
 
 // For how long it is tried to store what came of a message.
 constexpr int kStoreAgainMs = 120000;
+
+// How an account sends. Whoever changes that expects another answer.
+QString RouteOf(const std::optional<Account>& account) {
+  if (!account) return {};
+  const AccountServer server = account->Outgoing();
+  return QStringList{server.host, QString::number(server.port),
+                     account->Authenticates() ? server.user : QString(), account->Address()}
+      .join(u' ');
+}
 
 }  // namespace
 
@@ -71,18 +81,35 @@ bool CheckPlan::IsPlanned(const QString& serial) const {
   return false;
 }
 
-bool CheckPlan::PlanWaiting(const QString& serial, DatabaseKind db, const QString& file) {
+bool CheckPlan::PlanWaiting(const WaitingSearch& search) {
   std::vector<SendItem> messages;
-  if (!FindWaiting(serial, db, file, messages)) return false;
+  if (!FindWaiting(search, messages)) return false;
+  if (search.isCheck && Settings(context_)->Flag(u"Careful")) LeaveOutRefused(messages);
   if (messages.empty() || MaySendFrom(messages.front().File(context_))) AddSendJob(messages);
   return true;
 }
 
+// What a server has refused for good would be refused at each check, until somebody mends the
+// message or the account, or sends it again.
+void CheckPlan::LeaveOutRefused(std::vector<SendItem>& messages) {
+  if (messages.empty()) return;
+  const auto routes = SendRefusals(context_, messages.front().File(context_)).Routes();
+  const auto count = std::erase_if(messages, [&routes](const SendItem& message) {
+    const auto refused = routes.find(message.SerialId());
+    return refused != routes.end() && refused.value() == RouteOf(message.Sender());
+  });
+  if (count == 0 || runsPeriodically_) return;
+  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                 Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて直すか、"
+                        "もう一度送信してください。")
+                     .arg(count));
+}
+
 // Whoever pressed the button of a message does not press it again because a file was in use.
-void CheckPlan::LookLater(const QString& serial, DatabaseKind db, const QString& file) {
+void CheckPlan::LookLater(const WaitingSearch& search) {
   const CheckJob job = CheckJob::Look(NewJobSerial(), runsPeriodically_);
   jobs_.Add(job.Bag());
-  const auto look = [this, serial, db, file] { return PlanWaiting(serial, db, file); };
+  const auto look = [this, search] { return PlanWaiting(search); };
   StoreLater(job, look, [this] { TellUnread(); });
 }
 
@@ -97,21 +124,20 @@ void CheckPlan::TellUnread() {
 }
 
 // Doubtful messages wait for the user's word, those that are planned for their turn.
-bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
-                            std::vector<SendItem>& messages) {
+bool CheckPlan::FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages) {
   const auto isInUse = [this] {
     return context_.Data.LastError().kind == StorageError::Kind::Busy;
   };
   bool whole = false;
   {
-    const OpenedDatabase opened(context_, db, file);
+    const OpenedDatabase opened(context_, search.db, search.file);
     if (!opened) return !isInUse();
-    if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial)) {
+    const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
+    if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial)) {
       for (; !rows->Eof(); rows->MoveNext()) {
         if (IsPlanned(rows->SerialID())) continue;
         const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-        SendItem message(rows->SerialID(), file.isEmpty() ? MailDatabasePath(context_) : file,
-                         context_.Session->Text(u"password"), lines,
+        SendItem message(rows->SerialID(), file, context_.Session->Text(u"password"), lines,
                          rows->Fields(u"FIELD_SUBJECT").toString());
         message.SetSender(AccountFor(lines));
         messages.push_back(message);
@@ -378,6 +404,11 @@ void CheckPlan::FinishSending(CheckJob& job, const SendItem& message) {
 // What the user has to decide or to mend stands at the message itself.
 void CheckPlan::RecordOutcome(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
+  if (record.IsRefusedForGood()) {
+    // If it cannot be noted, the server is asked once more.
+    (void)SendRefusals(context_, message.File(context_))
+        .Note(message.SerialId(), RouteOf(message.Sender()));
+  }
   const QString refused = record.Refused();
   QString text;
   if (!refused.isEmpty()) {

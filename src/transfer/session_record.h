@@ -30,6 +30,9 @@ class SessionRecord {
   /// The recipients that the server refused, with its words.
   QString Refused() const { return job_->Text(kRefused); }
   void AddRefused(const QString& recipient);
+  /// Whether the server will not take the message another time either.
+  bool IsRefusedForGood() const { return job_->Flag(kRefusedForGood); }
+  void RefuseForGood() { job_->Let(kRefusedForGood, true); }
   /// Whether nobody knows if the message arrived.
   bool IsDoubtful() const { return job_->Flag(kDoubtful); }
   void Doubt() { job_->Let(kDoubtful, true); }
@@ -49,6 +52,7 @@ class SessionRecord {
   static inline const QString kLoginRefused = QStringLiteral("loginrefused");
   static inline const QString kReceived = QStringLiteral("messages");
   static inline const QString kRefused = QStringLiteral("refused");
+  static inline const QString kRefusedForGood = QStringLiteral("refusedforgood");
   static inline const QString kDoubtful = QStringLiteral("doubtful");
   static inline const QString kStoreFailed = QStringLiteral("storefailed");
   static inline const QString kAgain = QStringLiteral("again");

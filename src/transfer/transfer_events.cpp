@@ -37,6 +37,11 @@ QDateTime ArrivalTime(const QByteArray& source) {
   return isPast && time.date() >= kFirstMail ? time : QDateTime();
 }
 
+// Of an SMTP reply's words, which begin with its code.
+bool IsForGood(const QString& reply) {
+  return reply.startsWith(u'5');
+}
+
 }  // namespace
 
 TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop,
@@ -372,6 +377,7 @@ void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply
     Doubt(job_, *message, reply);
     return;
   }
+  if (outcome == HandoverOutcome::Refused && IsForGood(reply)) SessionRecord(job_).RefuseForGood();
   Settle(
       [this, message] {
         return Outbox(context_, message->File(context_)).Withdraw(message->SerialId());
@@ -388,7 +394,9 @@ void TransferEvents::Doubt(SessionRecord record, const SendItem& message, const 
 
 void TransferEvents::RecipientRefused(const QString& address, const QString& reply) {
   if (job_ != nullptr) {
-    SessionRecord(job_).AddRefused(address + QStringLiteral(": ") + reply);
+    SessionRecord record(job_);
+    record.AddRefused(address + QStringLiteral(": ") + reply);
+    if (IsForGood(reply)) record.RefuseForGood();
   }
 }
 

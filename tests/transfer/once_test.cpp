@@ -5,6 +5,8 @@
 
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/sole_use.h"
 #include "storage/work_lock.h"
@@ -16,6 +18,7 @@ namespace {
 
 using test::Fault;
 using test::LoopbackPop3Server;
+using test::LoopbackSmtpServer;
 
 TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
   const QString serial = StoreWaiting();
@@ -43,6 +46,52 @@ TEST_F(OnceTest, SeveralAccountsLeaveNoMessageBehind) {
   RunAll({&traffic_});
   EXPECT_EQ(smtp_.Messages().size(), 4);
   EXPECT_EQ(Subjects(3).size(), 4);
+}
+
+// At each check the server would say the same again.
+TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
+  Context& context = profile_.Get();
+  const DiskPtr account =
+      SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
+          ->First();
+  account->Let(QStringLiteral("InMailServer"), QString());
+  const auto plan = [this](int flags, const QString& serial = {}) {
+    const int before = smtp_.Count("MAIL");
+    traffic_.Plan().CreateMessagePlan(flags, serial);
+    RunAll({&traffic_});
+    return smtp_.Count("MAIL") - before;
+  };
+  const auto check = [&plan] { return plan(kPlanReceive | kPlanSend); };
+  const auto takeBack = [this](const QString& serial) {
+    EXPECT_TRUE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
+    EXPECT_TRUE(Execute("UPDATE mail SET STATUS = 2 WHERE SERIALID = '" + serial.toUtf8() + "'"));
+  };
+  const auto sendAgain = [&plan](const QString& serial) { EXPECT_EQ(plan(kPlanSend, serial), 1); };
+  LoopbackSmtpServer other;
+  ASSERT_TRUE(other.Listen());
+  const auto mendAccount = [&](const QString&) {
+    account->Let(QStringLiteral("OutMailServerPort"), static_cast<int>(other.Port()));
+  };
+  const struct {
+    QByteArray command, reply;
+    bool isForGood;
+    std::function<void(const QString&)> mend;
+  } cases[] = {{"RCPT", "450 4.7.1 greylisted", false, {}},
+               {"RCPT", "550 5.1.1 no such user", true, takeBack},
+               {".", "554 5.7.1 spam", true, sendAgain},
+               {"RCPT", "550 5.7.1 relaying denied", true, mendAccount}};
+  for (const auto& [command, reply, isForGood, mend] : cases) {
+    SCOPED_TRACE(reply.toStdString());
+    smtp_.Replies = {{command, reply + "\r\n"}};
+    const QString serial = StoreWaiting();
+    EXPECT_EQ(check(), 1);
+    EXPECT_EQ(check(), isForGood ? 0 : 1);
+    smtp_.Replies.clear();
+    if (isForGood) mend(serial);
+    check();
+    EXPECT_TRUE(Subjects(2).isEmpty());
+  }
+  EXPECT_EQ(other.Messages().size(), 1);
 }
 
 // Nothing else has to wait for it to be told.

@@ -1,0 +1,28 @@
+#include "mail/send_refusals.h"
+
+#include "storage/sql_text.h"
+
+namespace vorn {
+
+bool SendRefusals::Note(const QString& serialId, const QString& route) {
+  const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
+  return opened && context_.Data.Execute(
+                       QStringLiteral("REPLACE INTO send_refusal (SERIALID, ROUTE) VALUES(%1,%2)")
+                           .arg(QuoteSql(serialId), QuoteSql(route)));
+}
+
+QHash<QString, QString> SendRefusals::Routes() {
+  QHash<QString, QString> routes;
+  const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
+  if (!opened ||
+      !context_.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, ROUTE FROM send_refusal"),
+                                   CursorKind::ForwardOnly)) {
+    return routes;
+  }
+  for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
+    routes.insert(rows->Fields(u"SERIALID").toString(), rows->Fields(u"ROUTE").toString());
+  }
+  return routes;
+}
+
+}  // namespace vorn
