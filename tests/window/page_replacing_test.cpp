@@ -82,7 +82,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
   EXPECT_EQ(KeptRows(), 4);
   EXPECT_EQ(Chosen(), Ids({5}));
 
-  const DiskPtr settings = Settings(program_->GetContext());
+  const DiskPtr settings = Settings(program_->GetContext()).Bag();
   settings->Let(QStringLiteral("NewestFirst"), true);
   MadeAnewBy([this] { Browser()->Refresh(); });
   settings->Let(QStringLiteral("NewestFirst"), false);

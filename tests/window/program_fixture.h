@@ -40,7 +40,7 @@ using test::WaitFor;
 // The folder page as it is without settings: with all its links at any width, which open messages.
 inline void TakePlainLook(Context& context) {
   EXPECT_TRUE(ShareLayout(context, QString(), OwnLayouts::Kept));
-  const DiskPtr settings = Settings(context);
+  const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("ReadingPane"), 0);
   EXPECT_TRUE(SaveObject(context, DatabaseKind::Profile, *settings));
 }
@@ -54,7 +54,7 @@ class ProgramTest : public testing::Test {
   void Prepare(const QString& password, int rowsPerPage = 100) {
     TestProfile profile(password);
     profile.AddAccount(server_.Port());
-    const DiskPtr settings = Settings(profile.Get());
+    const DiskPtr settings = Settings(profile.Get()).Bag();
     settings->Let(QStringLiteral("Messages"), rowsPerPage);
     settings->Let(QStringLiteral("MessagesNewest"), false);
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));

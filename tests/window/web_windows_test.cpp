@@ -104,7 +104,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   WebSite site("<script>fetch('/ran')</script>");
   WebSite other("<script>fetch('/ran')</script>");
   WebSite plain("<p onclick='x()'>plain</p>");
-  const DiskPtr settings = Settings(program_->GetContext());
+  const DiskPtr settings = Settings(program_->GetContext()).Bag();
   const auto open = [&](const WebSite& web) -> BrowserWindow& {
     const size_t before = Browsers().size();
     program_->Parent()->OpenWebPage(QString::fromLatin1(web.Url() + "/page"));
@@ -161,7 +161,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
 // Allowing scripts sends no form a second time: it may be an order.
 TEST_F(FolderPageTest, AllowingScriptsSendsNoFormAgain) {
   Begin(1, 100);
-  Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), true);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ScriptsAsked"), true);
   WebSite site(
       "<body style='margin:0'><script>fetch('/ran')</script><form method=post action='/order'>"
       "<input type=submit style='width:300px;height:200px'></form>");

@@ -122,7 +122,7 @@ void AddressWindow::Seek() {
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   // Without a search "select" would take whole books, which nobody means.
-  const bool selects = !text.isEmpty() || !Settings(context_)->Flag(u"AddressSearch");
+  const bool selects = !text.isEmpty() || !Settings(context_).SearchesAddresses();
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBook)) continue;

@@ -240,15 +240,15 @@ void ParentWindow::BuildPaneMenu(QMenu& display) {
     ++place;
   }
   connect(menu, &QMenu::aboutToShow, this, [this, group] {
-    const int shown = qBound(0, Settings(context_)->Number(u"ReadingPane"), 2);
-    group->actions()[shown]->setChecked(true);
+    const PanePlace shown = Settings(context_).ReadingPane();
+    group->actions()[static_cast<int>(shown)]->setChecked(true);
   });
 }
 
 void ParentWindow::PlacePane(int place) {
-  const DiskPtr settings = Settings(context_);
-  settings->Let(QStringLiteral("ReadingPane"), place);
-  if (!SaveObject(context_, DatabaseKind::Profile, *settings)) {
+  Settings settings(context_);
+  settings.SetReadingPane(static_cast<PanePlace>(place));
+  if (!SaveObject(context_, DatabaseKind::Profile, *settings.Bag())) {
     ShowBox(this, QMessageBox::Critical,
             Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
   }
@@ -302,7 +302,7 @@ void ParentWindow::OpenWebPage(const QString& url) {
   const QUrl place = QUrl::fromUserInput(url);
   const bool isWeb = place.scheme() == u"http" || place.scheme() == u"https";
   // The user's own browser gets its corrections from its makers.
-  if (isWeb && Settings(context_)->Flag(u"WebOutside")) {
+  if (isWeb && Settings(context_).OpensWebOutside()) {
     if (!QDesktopServices::openUrl(place)) {
       ShowBox(this, QMessageBox::Information, Ui::tr("標準のブラウザーを起動できません。"));
     }

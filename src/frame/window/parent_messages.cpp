@@ -59,7 +59,7 @@ QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   const ConditionLimit brief(kNeighbourMs);
   const QString neighbour =
       vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId,
-                             Settings(context_)->Flag(u"NewestFirst") ? -step : step);
+                             Settings(context_).IsNewestFirst() ? -step : step);
   if (neighbour.isEmpty() && brief.IsReached()) {
     sbStatus_->showMessage(context_.Data.LastError().text);
   }

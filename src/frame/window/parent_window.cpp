@@ -339,17 +339,16 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
 }
 
 void ParentWindow::ApplySettings() {
-  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};
-  const int language = qBound(0, Settings(context_)->Number(u"Language"), 2);
-  KeepUiLanguage(QString::fromUtf16(kLanguages[language]));
+  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};  // by `LanguageChoice`
+  const Settings settings(context_);
+  KeepUiLanguage(QString::fromUtf16(kLanguages[static_cast<int>(settings.Language())]));
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
-  sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
-  ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
-  tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
-                                  ? Qt::ToolButtonIconOnly
-                                  : Qt::ToolButtonTextBesideIcon);
-  profiles_.UseFont(Settings(context_)->Text(u"ListFont"),
-                    Settings(context_)->Number(u"ListFontSize"));
+  sbStatus_->setVisible(settings.ShowsStatusBar());
+  ShowTaskTray(settings.ShowsTaskTray());
+  tbMain_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                        : Qt::ToolButtonTextBesideIcon);
+  const FontChoice font = settings.Font(FontUse::List);
+  profiles_.UseFont(font.family, font.points);
   for (BrowserWindow* browser : area_->Browsers()) browser->ControlToolbarUpdate();
   area_->RefreshFolders();  // how many rows a page has, and how they are shown
   for (QWidget* window : QApplication::topLevelWidgets()) {

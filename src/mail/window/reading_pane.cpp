@@ -169,7 +169,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
   } else if (!opened.found) {
     text = Ui::tr("メッセージがありません。");
   }
-  body_->UseFont(TextFont(context_, TextUse::Read));
+  body_->UseFont(TextFont(context_, FontUse::Read));
   const auto html = [this] { return WithInlineImages(html_, source_, request_->Text(u"content")); };
   body_->Show(text, false, html_.isEmpty() ? std::function<QString()>() : html,
               IsHtmlFirst(context_, model_) ? MessageBody::Front::Html : MessageBody::Front::Text);

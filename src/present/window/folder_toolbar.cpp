@@ -130,19 +130,19 @@ bool FolderToolbar::TakeSearchKey(int key) {
 }
 
 void FolderToolbar::Show(const State& state) {
-  const DiskPtr settings = Settings(context_);
+  const Settings settings(context_);
   ShowAction(*before_, *style(), QStyle::SP_ArrowBack, Ui::tr("前へ"));
   ShowAction(*seek_, *style(), state.isLoading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
              state.isLoading ? Ui::tr("中止") : Ui::tr("更新"));
   ShowAction(*next_, *style(), QStyle::SP_ArrowForward, Ui::tr("次へ"));
   before_->setEnabled(state.hasBefore);
   next_->setEnabled(state.hasNext);
-  pages_->NameEnds(settings->Flag(u"NewestFirst"));
+  pages_->NameEnds(settings.IsNewestFirst());
   pages_->Show(state.page, state.hasBefore, state.hasNext);
   pages_->setVisible(state.isFolder && (state.hasBefore || state.hasNext));
   txSearch_->setVisible(state.canSearch);
-  tbLocation_->setToolButtonStyle(settings->Flag(u"ToolbarIcon") ? Qt::ToolButtonIconOnly
-                                                                 : Qt::ToolButtonTextBesideIcon);
+  tbLocation_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                            : Qt::ToolButtonTextBesideIcon);
 }
 
 void FolderToolbar::ShowPageCount(int pages) {

@@ -5,7 +5,6 @@
 #include "mail/window/message_host.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
-#include "objects/settings.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -37,13 +36,13 @@ void PageSplit::SetPage(QWebEngineView* page) {
 }
 
 void PageSplit::Arrange(bool isFolder) {
-  place_ = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
+  place_ = isFolder ? Settings(context_).ReadingPane() : PanePlace::Nowhere;
   Lay();
 }
 
 void PageSplit::Lay() {
-  const Qt::Orientation wanted = place_ == 2 ? Qt::Horizontal : Qt::Vertical;
-  const bool isWanted = (place_ == 1 || place_ == 2) && HasRoom(wanted);
+  const Qt::Orientation wanted = place_ == PanePlace::Right ? Qt::Horizontal : Qt::Vertical;
+  const bool isWanted = place_ != PanePlace::Nowhere && HasRoom(wanted);
   if (isWanted && pane_ == nullptr) MakePane();
   if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
   setOrientation(wanted);
