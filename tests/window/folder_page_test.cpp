@@ -382,7 +382,7 @@ TEST_F(FolderPageTest, APageBehindAnotherTabIsWhereItWasLeft) {
   ASSERT_TRUE(isThere(currentIsSeen));
   area->findChild<QTabBar*>()->setCurrentIndex(1);
   ASSERT_TRUE(isThere("innerHeight === 0"));
-  inbox->RunCommand(QStringLiteral("dust"));
+  inbox->Folder().RunCommand(QStringLiteral("dust"));
   ASSERT_TRUE(isThere("!document.body.innerText.includes('No32.')"));
   area->findChild<QTabBar*>()->setCurrentIndex(0);
   EXPECT_TRUE(isThere(currentIsSeen));

@@ -21,6 +21,7 @@
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "support/engine_answer.h"
 #include "support/loopback_pop3_server.h"
 #include "support/window_driving.h"
@@ -170,7 +171,8 @@ class ProgramTest : public testing::Test {
   // The chosen messages. The window is asked, which keeps questions and keys in their order while
   // the page is made anew.
   QStringList Chosen() const {
-    return AnswerTo<QStringList>([this](const auto& then) { Browser()->ChosenMessages(then); });
+    return AnswerTo<QStringList>(
+        [this](const auto& then) { Browser()->Folder().ChosenMessages(then); });
   }
   // What a script answers that runs in a page's world of the program.
   static QVariant ScriptIn(QWebEngineView& view, const QString& script) {

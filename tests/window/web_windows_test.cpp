@@ -10,6 +10,7 @@
 #include <QWebEngineSettings>
 
 #include "mail/window/message_window.h"
+#include "present/window/web_navigation.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -40,14 +41,14 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3 && other.asked.size() == 1; }));
   BrowserWindow* news = Browsers().back();
   EXPECT_TRUE(WaitFor([news] { return news->isVisible(); }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(news->Web().WindowName(), QStringLiteral("news"));
   EXPECT_EQ(other.asked[0], "/news");
   // Another window's link with the same target goes there; the window made for it goes.
   QWebEngineView* second = open("/two");
   click(second);
   ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(news->Web().WindowName(), QStringLiteral("news"));
 
   BrowserWindow* window = Browsers()[1];
   test::Press(Child<QWidget>(*window, u"url"));

@@ -24,6 +24,7 @@
 #include "present/folder_layout.h"
 #include "present/ready_layouts.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -118,7 +119,7 @@ QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
                                         const QString& command) {
   QAction* action = bar.addAction(text, this, [this, command] {
     BrowserWindow* browser = area_->Active();
-    if (browser != nullptr) return browser->RunCommand(command);
+    if (browser != nullptr) return browser->Folder().RunCommand(command);
     Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
   action->setObjectName(QStringLiteral("tb_") + command);

@@ -28,6 +28,7 @@
 #include "objects/window/settings_window.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
@@ -92,7 +93,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(area_, &BrowserArea::ActiveChanged, this, &ParentWindow::FollowActivePage);
   const auto showChosen = [this] {
     const BrowserWindow* browser = area_->Active();
-    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->CountChosen());
+    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->Folder().CountChosen());
   };
   connect(area_, &BrowserArea::ActiveChanged, this, showChosen);
   connect(area_, &BrowserArea::ChosenChanged, this, showChosen);
@@ -101,7 +102,7 @@ ParentWindow::ParentWindow(Context& context)
   });
   // The next key means it, in the list where it was taken back.
   actions_.OnReturned([this](const QStringList& messages) {
-    if (takesBack_ != nullptr) takesBack_->GoToReturned(messages);
+    if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
@@ -109,7 +110,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
     BrowserWindow* browser = area_->Active();
     if (browser == nullptr) return sbStatus_->TakeBack();
-    browser->AfterCommands([this, browser] {
+    browser->Folder().AfterCommands([this, browser] {
       takesBack_ = browser;
       sbStatus_->TakeBack();
       takesBack_.clear();
@@ -495,7 +496,7 @@ void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOf
   if (tag != object_type::kFolder) return;
   // Who asks for the folder that he is searching wants all of it.
   BrowserWindow* active = area_->Active();
-  if (active != nullptr && active->Tag() == key) active->GiveUpSearch();
+  if (active != nullptr && active->Tag() == key) active->Folder().GiveUpSearch();
   if (!inTabOfItsOwn && area_->Current() == Arrangement::Tabs) {
     const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
                                     [&](const RequestWindow* open) { return open->Tag() == key; });

@@ -10,10 +10,10 @@
 #include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/page_place.h"
+#include "present/page_request.h"
 #include "present/window/condition_wait.h"
 #include "present/window/first_use.h"
 #include "present/window/page_reading.h"
-#include "present/window/page_request.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
 

@@ -14,7 +14,6 @@ constexpr int kPageShare = 45;  // percent
 constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
 constexpr int kLeastForBoth = 280;  // pixels
-const QString kSplitBag = QStringLiteral("parent");
 
 QString ShareKey(Qt::Orientation orientation) {
   return orientation == Qt::Vertical ? QStringLiteral("pageheight") : QStringLiteral("pagewidth");
@@ -113,11 +112,13 @@ void PageSplit::Print(const QString& serialId) {
 void PageSplit::KeepShare() {
   const QList<int> shown = sizes();
   const int whole = qMax(1, shown.value(0) + shown.value(1));
-  PlacementBag(context_, kSplitBag)->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
+  PlacementBag(context_, kMainPlacement)
+      ->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
 }
 
 void PageSplit::TakeShare() {
-  const int kept = PlacementBag(context_, kSplitBag)->Number(ShareKey(orientation()), kPageShare);
+  const int kept =
+      PlacementBag(context_, kMainPlacement)->Number(ShareKey(orientation()), kPageShare);
   const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
   // In parts of whatever there is.
   constexpr int kParts = 100;
