@@ -63,9 +63,9 @@ bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
 
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
-  options.textTypes = TextTypes(context_);
+  options.textTypes = Settings(context_).TextTypes();
   options.hasEndMark = qAbs(MessageBag(request).Status()) != kStatusReceived;
-  options.standardHeaders = Settings(context_)->Flag(u"StandardHeaders");
+  options.standardHeaders = Settings(context_).HasStandardHeaders();
   return IndexMessage(source, MessageBag(request).Flags(), options);
 }
 
@@ -239,7 +239,7 @@ bool MailStore::CancelWaiting(const Disk& request) {
 }
 
 bool MailStore::IsTextMime(const QString& contentType) {
-  return TextTypes(context_).contains(contentType);
+  return Settings(context_).TextTypes().contains(contentType);
 }
 
 }  // namespace vorn

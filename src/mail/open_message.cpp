@@ -96,7 +96,7 @@ QString SignedText(const OpenedMessage& opened) {
 OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStoredCharset = true,
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
-  const EditSettings settings = EditSettings::From(*Settings(context));
+  const EditSettings settings = EditSettings::From(Settings(context));
   if (!request.Get(u"process").isValid()) {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
     request.Let(QStringLiteral("flag"), QStringLiteral("02"));
@@ -186,7 +186,7 @@ bool MarkOpened(Context& context, Disk& request) {
 }
 
 bool IsHtmlFirst(Context& context, const MessageModel& model) {
-  return model.isTextOfHtml && Settings(context)->Flag(u"HtmlFirst");
+  return model.isTextOfHtml && Settings(context).IsHtmlFirst();
 }
 
 QString SignatureOf(Context& context, const QString& address) {

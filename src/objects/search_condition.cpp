@@ -144,7 +144,7 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   visited_ = folder.SerialID() + kLineBreak;
   asksForState_ = false;
   const QString condition = Condition(folder.SerialID(), folder);
-  const bool isCareful = Settings(context_)->Flag(u"Careful");
+  const bool isCareful = Settings(context_).IsCareful();
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
   const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
   return FolderQuery(

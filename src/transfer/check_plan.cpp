@@ -9,6 +9,7 @@
 #include "mail/outbox.h"
 #include "objects/account.h"
 #include "objects/file_age.h"
+#include "objects/notice_settings.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
@@ -25,12 +26,6 @@ namespace vorn {
 namespace {
 
 const QString kPeriodicSerial = QStringLiteral("maildefault");
-
-bool TellsOfNewMail(const Disk& settings) {
-  return settings.Flag(u"MessageNotice") &&
-         (settings.Flag(u"MessageNoticeDialog") || settings.Flag(u"MessageNoticeDesktop") ||
-          (settings.Flag(u"MessageNoticeSound") && settings.Flag(u"MessageNoticeSoundAlone")));
-}
 
 }  // namespace
 
@@ -55,10 +50,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
 
 void CheckPlan::RebuildPeriodicJob() {
   jobs_.Remove(kPeriodicSerial);
-  const DiskPtr settings = Settings(context_);
-  if (!settings->Flag(u"MessageCheck")) return;
-  const int minutes = qMax(settings->Number(u"MessageCheckInterval", 1), 1);
-  jobs_.Add(CheckJob::Periodic(kPeriodicSerial, minutes).Bag());
+  const int minutes = Settings(context_).CheckMinutes();
+  if (minutes > 0) jobs_.Add(CheckJob::Periodic(kPeriodicSerial, minutes).Bag());
 }
 
 void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
@@ -68,7 +61,7 @@ void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
     if (!onlySends && !WaitsToReceive(account->SerialID())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
-  const bool isUnasked = runsPeriodically_ && Settings(context_)->Flag(u"Careful");
+  const bool isUnasked = runsPeriodically_ && Settings(context_).IsCareful();
   jobs_.Add(CheckJob::Receive(NewJobSerial(), waiting, isUnasked).Bag());
 }
 
@@ -291,9 +284,8 @@ void CheckPlan::ForgetRefusedPassword(const CheckJob& job, Account& account) {
 void CheckPlan::FinishReceiving(CheckJob& job, Account& account) {
   ForgetRefusedPassword(job, account);
   works_.erase(job.Work());
-  const DiskPtr settings = Settings(context_);
   const QString messages = SessionRecord(job.Bag()).Received();
-  if (!messages.isEmpty() && TellsOfNewMail(*settings)) {
+  if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
     auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
     request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
     request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));

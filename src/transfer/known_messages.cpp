@@ -40,7 +40,7 @@ void KnownMessages::BeginSession(bool deletes) {
 // Those that a file of the profile may know a message by.
 QStringList KnownMessages::MailFiles() const {
   const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
-  if (!Settings(context_)->Flag(u"Careful")) return files;
+  if (!Settings(context_).IsCareful()) return files;
   // Also those that were used before, so that a new file does not begin with all that they have.
   QStringList all = files;
   for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
@@ -175,7 +175,7 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, cons
       listing_.NoteRenewed(messageId);
       return Found::None;
     case Found::Erased:
-      if (Settings(context_)->Flag(u"Careful")) return found;
+      if (Settings(context_).IsCareful()) return found;
       *storedAs = messageId;  // it is stored once more
       return Found::None;
     default:
@@ -219,7 +219,7 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
            !context_.Data.Recordset()->Eof();
   };
   if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
+    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
   }
   return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }

@@ -84,7 +84,7 @@ bool CheckPlan::IsPlanned(const QString& serial) const {
 bool CheckPlan::PlanWaiting(const WaitingSearch& search) {
   std::vector<SendItem> messages;
   if (!FindWaiting(search, messages)) return false;
-  if (search.isCheck && Settings(context_)->Flag(u"Careful")) LeaveOutRefused(messages);
+  if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
   if (messages.empty() || MaySendFrom(messages.front().File(context_))) AddSendJob(messages);
   return true;
 }
@@ -170,7 +170,7 @@ DiskPtr CheckPlan::AskForAccount(const QString& subject) {
 bool CheckPlan::UseChosenAccount(SendItem& message, DiskPtr& chosen, bool& asked) {
   DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialId()));
   // Nobody asked for automatic checking, and two questions at once could not be told apart.
-  const bool mayAsk = !asking_ && !(runsPeriodically_ && Settings(context_)->Flag(u"Careful"));
+  const bool mayAsk = !asking_ && !(runsPeriodically_ && Settings(context_).IsCareful());
   if (account == nullptr && !asked && mayAsk) {
     asked = true;
     chosen = AskForAccount(message.Subject());
@@ -342,7 +342,7 @@ void CheckPlan::LoadSending(SendItem& message, const WaitingMessage& waiting) {
                         account.Display(),
                         message.IsFromAnother(),
                         {},
-                        Settings(context_)->Flag(u"StandardHeaders")};
+                        Settings(context_).HasStandardHeaders()};
   for (const QString& line : message.FromLines().split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }

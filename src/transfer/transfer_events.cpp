@@ -81,7 +81,7 @@ void TransferEvents::SessionStarted() {
   tornOffInSession_ = 0;
   storedInSession_.clear();
   toldOfUnknown_ = false;
-  takesServersTime_ = Settings(context_)->Flag(u"ReceivedTime");
+  takesServersTime_ = Settings(context_).TakesServersTime();
   deletes_ = DeletesOnServer();
   // With a file that is damaged, as the user knows, what reads here may not be read elsewhere.
   const auto damage = FindDamage(context_, MailDatabasePath(context_));

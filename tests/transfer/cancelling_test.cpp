@@ -14,9 +14,9 @@ using test::LoopbackPop3Server;
 using test::WaitFor;
 
 TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageNotice"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageNoticeDialog"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageNotice"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageNoticeDialog"), true);
   LoopbackPop3Server pop3;
   ASSERT_TRUE(pop3.Listen());
   for (int i = 0; i < 3; ++i) pop3.AddMessage(QByteArray::number(i), "Subject: x\r\n\r\n\r\n");
@@ -104,8 +104,8 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
 
   // The timer's job asks for an account while a session goes on.
   profile_.Store("From: stranger@example.com\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);  // else it does not
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);  // else it does not
   bool isAsked = false;
   host_.onPeriodic = [&] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
   host_.onQuestion = [&] {

@@ -204,7 +204,7 @@ TEST_F(MovedMailboxTest, WhatIsStoredMeanwhileUnderAnyNameIsNotStoredAgain) {
 
 // The engine gives new messages the places of those that were erased last.
 TEST_F(MovedMailboxTest, WhatTookTheErasedOnesPlacesIsKnown) {
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   profile_.AddAccount(server_.Port());
   const auto add = [this](int from, const QByteArray& name) {
     server_.Messages.clear();
@@ -356,7 +356,7 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
     server_.Faults.clear();
     EXPECT_EQ(Subjects(4).size(), always ? 1 : 2);
     EraseAll();
-    Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
     server_.Messages.clear();
     Receive();
   }
@@ -388,7 +388,7 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
   profile_.Get().Objects.Remove(other->SerialID());
   EraseAll();
   // A header alone is asked for once more at once, since it may be the answer to another command.
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), true);
   server_.AddMessage("h", "Subject: all\r\n\r\n");
   server_.AddMessage("after", Mail(1));
   server_.SizeFactor = 200;

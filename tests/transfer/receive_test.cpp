@@ -64,7 +64,7 @@ TEST_F(ReceiveTest, TheTimeIsTheOneAtWhichTheServerTookTheMessageIn) {
   for (const char* subject : {"future", "ancient", "broken"}) {
     EXPECT_GE(yearOf(subject), year) << subject;
   }
-  Settings(profile_.Get())->Let(QStringLiteral("ReceivedTime"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("ReceivedTime"), false);
   add("as documented", "Tue, 2 Jan 2024 03:04:05 +0900");
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_GE(yearOf("as documented"), year);
@@ -155,7 +155,7 @@ TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
   account->Let(QStringLiteral("EventLog"), true);
   host_.typedPassword = QStringLiteral("secret");
   host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanReceive); };
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
   ASSERT_NE(job, nullptr);
@@ -170,7 +170,7 @@ TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
     EXPECT_EQ(host_.log.filter(QStringLiteral("送受信を押すと")).size(), check == 1 ? 1 : 0);
   }
   EXPECT_EQ(host_.passwordQuestions, 0);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), false);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   EXPECT_EQ(Receive().stored, 1) << "whoever asks for it is asked";
   EXPECT_EQ(host_.passwordQuestions, 1);

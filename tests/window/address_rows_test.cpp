@@ -48,7 +48,7 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
         [&](AddressWindow& dialog) {
           auto& found = Child<QListWidget>(dialog, u"lvCandidacy");
           EXPECT_EQ(found.count(), 2);  // every line of every book
-          const bool selectsAll = !Settings(Context())->Flag(u"AddressSearch");
+          const bool selectsAll = !Settings(Context()).Bag()->Flag(u"AddressSearch");
           EXPECT_EQ(found.selectedItems().size(), selectsAll ? 2 : 0);
           Type(Child<QLineEdit>(dialog, u"txString"), text);
           // What is chosen in the list is what was asked for, with Enter or without.
@@ -67,7 +67,7 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
   EXPECT_TRUE(choose(QStringLiteral("baba t"), false));
   EXPECT_TRUE(choose(QString(), true));
   EXPECT_EQ(list.rowCount(), before) << "nobody was chosen";
-  Settings(Context())->Let(QStringLiteral("AddressSearch"), false);
+  Settings(Context()).Bag()->Let(QStringLiteral("AddressSearch"), false);
   EXPECT_TRUE(choose(QStringLiteral("Taro"), true));
   ASSERT_EQ(list.rowCount(), before + 1);
   EXPECT_EQ(list.item(before - 1, 1)->text(), QStringLiteral("Baba Taro <baba@example.jp>"));

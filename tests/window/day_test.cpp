@@ -204,7 +204,7 @@ void DayTest::DraftAndSendAgain() {
 }
 
 void DayTest::SendReceipt() {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   Deliver(Mail("receipt", "Disposition-Notification-To: sato@example.jp\r\n"));
   Receive();
   const QString serial = Serial(QStringLiteral("receipt"), 4);

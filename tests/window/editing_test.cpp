@@ -361,7 +361,7 @@ TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   EXPECT_EQ(stored->Text(u"MemoIndent"), QStringLiteral("| "));
   EXPECT_EQ(stored->Text(u"TextMime"), QStringLiteral("text/plain\r\ntext/x"));
   EXPECT_EQ(stored->Text(u"Install"), context().VersionText);
-  EXPECT_EQ(Settings(context())->Number(u"MessageCheckInterval"), 5);
+  EXPECT_EQ(Settings(context()).Bag()->Number(u"MessageCheckInterval"), 5);
 }
 
 TEST_F(EditingTest, OneValueIsAskedInFourWays) {

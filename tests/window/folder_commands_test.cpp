@@ -70,7 +70,7 @@ TEST_F(FolderCommandsTest, PrintingAMessageLeavesTheActivePage) {
     if (browser->Tag() == fixed_serial::kInbox) inbox = browser;
   }
   ASSERT_NE(inbox, nullptr);
-  inbox->GoToMessage(QStringLiteral("mail_1"));
+  inbox->Folder().GoToMessage(QStringLiteral("mail_1"));
   program_->Parent()->OpenMessage(0, QStringLiteral("mail_1"), false);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow& window = *TopLevel<MessageWindow>();

@@ -50,7 +50,7 @@ class FolderPageTest : public ProgramTest {
              const QByteArray& more = {}) {
     {
       TestProfile profile;
-      const DiskPtr settings = Settings(profile.Get());
+      const DiskPtr settings = Settings(profile.Get()).Bag();
       settings->Let(QStringLiteral("Messages"), rowsPerPage);
       settings->Let(QStringLiteral("MessagesNewest"), newest);
       settings->Let(QStringLiteral("PageEscape"), escape);
@@ -82,8 +82,8 @@ class FolderPageTest : public ProgramTest {
     AwaitInbox();
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
     FocusPage();
-    Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
-    Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), false);
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("WebOutside"), false);
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ScriptsAsked"), false);
   }
   // Does something upon which the page is made anew, and waits for that.
   void MadeAnewBy(const std::function<void()>& change) const {

@@ -382,7 +382,7 @@ TEST_F(FolderPageTest, APageBehindAnotherTabIsWhereItWasLeft) {
   ASSERT_TRUE(isThere(currentIsSeen));
   area->findChild<QTabBar*>()->setCurrentIndex(1);
   ASSERT_TRUE(isThere("innerHeight === 0"));
-  inbox->RunCommand(QStringLiteral("dust"));
+  inbox->Folder().RunCommand(QStringLiteral("dust"));
   ASSERT_TRUE(isThere("!document.body.innerText.includes('No32.')"));
   area->findChild<QTabBar*>()->setCurrentIndex(0);
   EXPECT_TRUE(isThere(currentIsSeen));
@@ -491,7 +491,7 @@ TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
   EXPECT_LE(Script(tabStops).toInt(), 4);
   grow(62);
   EXPECT_TRUE(WaitFor([&] { return Script(inSight).toBool(); }, 5000));
-  Settings(program_->GetContext())->Let(QStringLiteral("MessagesNewest"), false);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("MessagesNewest"), false);
   OpenFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 62 && scrollY === 0")));
   const double place = Script(QStringLiteral("scrollTo(0, 1e9), scrollY")).toDouble();
@@ -567,7 +567,7 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   QTest::keyClick(&search, Qt::Key_Return);
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
   // A page that is open follows the settings.
-  Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 30);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("Messages"), 30);
   MadeAnewBy([this] { program_->Parent()->ApplySettings(); });
   EXPECT_TRUE(WaitFor([&pages] { return pages.text().contains(u'2'); }));
 }

@@ -86,7 +86,7 @@ TEST_F(MessageWindowTest, ARowThatIsBeingTypedInIsSavedAndShown) {
 // The line that ends a message of the program's own stays in the store.
 TEST_F(MessageWindowTest, AWrittenMessageIsSavedWithoutItsEndMark) {
   for (const bool standard : {false, true}) {
-    Settings(Context())->Let(QStringLiteral("StandardHeaders"), standard);
+    Settings(Context()).Bag()->Let(QStringLiteral("StandardHeaders"), standard);
     MessageWindow& window = OpenStored(kDraft, kStatusSent);
     const QString path = folder_.filePath(QStringLiteral("written.eml"));
     QFile::remove(path);

@@ -207,7 +207,7 @@ TEST_F(OpeningTest, AFormerProfileIsOfferedTheNewLookOnce) {
   for (const bool wanted : {true, false}) {
     {
       TestProfile profile;
-      const DiskPtr settings = Settings(profile.Get());
+      const DiskPtr settings = Settings(profile.Get()).Bag();
       for (const char16_t* key : {u"ReadingPane", u"HtmlFirst", u"ReplyLine"})
         settings->Remove(key);
       EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
@@ -223,7 +223,7 @@ TEST_F(OpeningTest, AFormerProfileIsOfferedTheNewLookOnce) {
                                box.button(wanted ? QMessageBox::Yes : QMessageBox::No)->click();
                              }));
     const auto look = [this] {
-      return Settings(program_->GetContext())->Number(u"ReadingPane", -1);
+      return Settings(program_->GetContext()).Bag()->Number(u"ReadingPane", -1);
     };
     EXPECT_EQ(look(), wanted ? 1 : 0);
     EXPECT_EQ(SharedLayout(program_->GetContext()), wanted ? QStringLiteral("table") : QString());

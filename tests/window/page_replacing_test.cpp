@@ -82,7 +82,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
   EXPECT_EQ(KeptRows(), 4);
   EXPECT_EQ(Chosen(), Ids({5}));
 
-  const DiskPtr settings = Settings(program_->GetContext());
+  const DiskPtr settings = Settings(program_->GetContext()).Bag();
   settings->Let(QStringLiteral("NewestFirst"), true);
   MadeAnewBy([this] { Browser()->Refresh(); });
   settings->Let(QStringLiteral("NewestFirst"), false);
@@ -322,12 +322,12 @@ TEST_F(PageReplacingTest, WhereAllThatWasInSightHasGoneTheNextRowIs) {
 
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
   BeginWith("table", 4);
-  Script(QStringLiteral("vorn.goTo(2, false), vorn.leaveToGap()"));
+  Script(QStringLiteral("vorn.goTo(2, false), vorn.deselectToGap()"));
   MadeAnewBy([this] { Browser()->Refresh(); });
   EXPECT_EQ(Chosen(), QStringList());
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({3}));
-  Script(QStringLiteral("vorn.leaveToGap()"));
+  Script(QStringLiteral("vorn.deselectToGap()"));
   Press(Qt::Key_Up);
   EXPECT_EQ(Chosen(), Ids({2}));
 }

@@ -54,7 +54,7 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   QMenu* tools = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuTools"));
   EXPECT_EQ(tools->actions().value(0)->text(), QStringLiteral("メッセージ送受信(&M)"));
   // What comes first may be more than one page; the newest is shown.
-  Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 10);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("Messages"), 10);
   for (int i = 1; i <= 25; ++i) {
     Disk request(QStringLiteral("mail_%1").arg(i));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
@@ -239,7 +239,7 @@ TEST_F(ProgramTest, ABookmarkOpensItsPlace) {
   place->trigger();
   EXPECT_EQ(browser.places.size(), 1);
   EXPECT_FALSE(web.hasPendingConnections());
-  Settings(context)->Let(QStringLiteral("WebOutside"), false);
+  Settings(context).Bag()->Let(QStringLiteral("WebOutside"), false);
   place->trigger();
   EXPECT_EQ(browser.places.size(), 1);
   ASSERT_TRUE(WaitFor([&web] { return web.hasPendingConnections(); }));

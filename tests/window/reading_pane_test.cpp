@@ -90,7 +90,7 @@ TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
   tabs->setCurrentIndex(0);
   auto* pane = inbox->findChild<ReadingPane*>();
-  inbox->GoToMessage(Ids({1}).first());
+  inbox->Folder().GoToMessage(Ids({1}).first());
   ASSERT_TRUE(WaitFor([&] { return pane->Shown() == Ids({1}).first(); }));
   tabs->setCurrentIndex(1);
   test::RunFor(500);
@@ -264,7 +264,7 @@ TEST_F(ReadingPaneTest, KeysActOnItThereToo) {
   text.setFocus();
   QTest::keyClick(&text, Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(text.textCursor().selectedText().trimmed(), QStringLiteral("body"));
-  EXPECT_EQ(Browser()->CountChosen(), 0);
+  EXPECT_EQ(Browser()->Folder().CountChosen(), 0);
 }
 
 // The button that has the keyboard goes with its click.

@@ -17,7 +17,7 @@ namespace vorn {
 namespace {
 
 TEST_F(MessageWindowTest, AReceiptIsAskedForOnceAndSentWithoutAWindow) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const QString serial = Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, 4);
   program_->Parent()->OpenMessage(0, serial, false);
   QString question;
@@ -173,7 +173,7 @@ TEST_F(MessageWindowTest, ASignedMessageSaysSo) {
 
 // Who is typing an answer means no box that comes up meanwhile.
 TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const QString serial =
       Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
   program_->Parent()->OpenMessage(1, serial, true);
@@ -207,7 +207,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
 }
 
 TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const auto reply = [this](const QByteArray& asks) {
     const QString serial =
         Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
@@ -279,7 +279,7 @@ TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
 }
 
 TEST_F(MessageWindowTest, AReceiptIsAskedForAlsoWhenTheNextMessageWantsOne) {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const QString first = Store(kPlain, kStatusReceived);
   Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
   MessageWindow& window = Open(first);
@@ -297,7 +297,7 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForAlsoWhenTheNextMessageWantsOne) {
 
 // A message that came as a file of another one is opened, called by its subject, and answered.
 TEST_F(MessageWindowTest, AMessageWithinAMessageHasAWindowOfItsOwn) {
-  Settings(Context())->Let(QStringLiteral("StandardHeaders"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("StandardHeaders"), true);
   MessageWindow& window = OpenStored(
       "From: a@example.jp\r\nSubject: outer\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n"
       "--b\r\n\r\nsee below\r\n--b\r\nContent-Type: message/rfc822\r\n\r\n" +

@@ -95,7 +95,7 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
 TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
   const QString longLine = QStringLiteral("abcd ").repeated(29) + QStringLiteral("あ");
   for (const bool wraps : {false, true}) {
-    Settings(Context())->Let(QStringLiteral("WrapLines"), wraps);
+    Settings(Context()).Bag()->Let(QStringLiteral("WrapLines"), wraps);
     MessageWindow& window = OpenStored(kDraft, 1);
     auto& text = Child<QPlainTextEdit>(window, u"txMemo");
     text.setPlainText(longLine + QStringLiteral("\nab"));
@@ -121,7 +121,7 @@ TEST_F(SendingWindowTest, WhatIsReadAndWhatIsWrittenHaveFontsOfTheirOwn) {
   const auto points = [](const MessageWindow& window) {
     return Child<QPlainTextEdit>(window, u"txMemo").font().pointSize();
   };
-  const DiskPtr settings = Settings(Context());
+  const DiskPtr settings = Settings(Context()).Bag();
   settings->Let(QStringLiteral("MessageFontSize"), 17);
   settings->Let(QStringLiteral("EditFontSize"), 23);
   settings->Let(QStringLiteral("EditFont"), QStringLiteral("Serif"));

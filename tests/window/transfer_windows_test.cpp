@@ -41,7 +41,7 @@ class TransferWindowsTest : public ProgramTest {
     StartProgram();
     LogInWith(QString());
     AwaitInbox();
-    const DiskPtr logo = Settings(Context());
+    const DiskPtr logo = Settings(Context()).Bag();
     for (const auto& [key, value] : settings) logo->Let(QString::fromUtf16(key), value);
     program_->Parent()->ApplySettings();
   }
@@ -204,7 +204,7 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
   box->reject();
   ASSERT_TRUE(WaitFor([] { return TopLevel<QMessageBox>() == nullptr; }));
 
-  Settings(Context())->Let(QStringLiteral("MessageNoticeSoundFile"), sound.fileName());
+  Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeSoundFile"), sound.fileName());
   server_.AddMessage("u9", "From: a@x.example\r\nSubject: nine\r\n\r\n\r\n");
   box = question();
   ASSERT_NE(box, nullptr);
@@ -272,7 +272,7 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
   EXPECT_EQ(TopLevel<QMessageBox>(), nullptr);
   EXPECT_TRUE(player.source().isEmpty());
 
-  Settings(Context())->Let(QStringLiteral("MessageNoticeSoundAlone"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeSoundAlone"), true);
   const auto second = told("two", "From: c@x.example\r\nSubject: two");
   EXPECT_EQ(second.replaces, first.id);
   EXPECT_TRUE(second.summary.contains(u'2'));
@@ -294,7 +294,7 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
             QStringLiteral("four"));
   TopLevel<MessageWindow>()->close();
 
-  Settings(Context())->Let(QStringLiteral("MessageNoticeDesktop"), false);
+  Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeDesktop"), false);
   server_.AddMessage("five", "Subject: five\r\n\r\n\r\n");
   Receive();
   test::RunFor(300);
@@ -375,10 +375,10 @@ TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgra
   };
   ASSERT_NE(tray(), nullptr);
   EXPECT_TRUE(tray()->Icon().isVisible());
-  Settings(Context())->Let(QStringLiteral("Tasktray"), false);
+  Settings(Context()).Bag()->Let(QStringLiteral("Tasktray"), false);
   program_->Parent()->ApplySettings();
   EXPECT_EQ(tray(), nullptr);
-  Settings(Context())->Let(QStringLiteral("Tasktray"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("Tasktray"), true);
   program_->Parent()->ApplySettings();
   const QMenu* menu = tray()->Icon().contextMenu();
   ASSERT_EQ(menu->actions().size(), 3);

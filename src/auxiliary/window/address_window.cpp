@@ -9,6 +9,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "auxiliary/window/answer_key.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/tool_letter.h"
@@ -25,7 +26,6 @@
 namespace vorn {
 namespace {
 
-const QString kAnswer = QStringLiteral("status");
 // The splitter's position is kept in the units of the window's other places, fifteenths of a pixel.
 constexpr int kUnitsPerPixel = 15;
 constexpr int kDefaultSplit = 2400;
@@ -122,7 +122,7 @@ void AddressWindow::Seek() {
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   // Without a search "select" would take whole books, which nobody means.
-  const bool selects = !text.isEmpty() || !Settings(context_)->Flag(u"AddressSearch");
+  const bool selects = !text.isEmpty() || !Settings(context_).SearchesAddresses();
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBook)) continue;

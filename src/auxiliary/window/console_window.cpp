@@ -12,6 +12,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "auxiliary/window/answer_key.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
@@ -23,7 +24,6 @@
 namespace vorn {
 namespace {
 
-const QString kLineAnswer = QStringLiteral("status");
 const QString kCancel = QStringLiteral("cancel");
 constexpr int kMinimumWidth = 360;
 
@@ -194,13 +194,13 @@ void ConsoleWindow::cmOk_Click() {
 }
 
 void ConsoleWindow::End(const QVariant& answer) {
-  context_.Session->Let(kLineAnswer, answer);
+  context_.Session->Let(kAnswer, answer);
   context_.Session->Let(kCancel, false);
   accept();
 }
 
 void ConsoleWindow::reject() {
-  context_.Session->Let(kLineAnswer, QString());
+  context_.Session->Let(kAnswer, QString());
   context_.Session->Let(kCancel, true);
   QDialog::reject();
 }
@@ -219,7 +219,7 @@ QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QStri
   ConsoleWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kLineAnswer);
+  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kAnswer);
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 #include "present/folder_layout.h"
 #include "present/ready_layouts.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -119,7 +120,7 @@ QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
                                         const QString& command) {
   QAction* action = bar.addAction(text, this, [this, command] {
     BrowserWindow* browser = area_->Active();
-    if (browser != nullptr) return browser->RunCommand(command);
+    if (browser != nullptr) return browser->Folder().RunCommand(command);
     Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
   action->setObjectName(QStringLiteral("tb_") + command);
@@ -213,7 +214,7 @@ void ParentWindow::BuildMessageMenu() {
   menu->setObjectName(QStringLiteral("menuPageMessages"));
   connect(menu, &QMenu::aboutToShow, this, [this, menu] {
     menu->clear();
-    if (BrowserWindow* browser = area_->Active()) return browser->ListCommands(*menu);
+    if (BrowserWindow* browser = area_->Active()) return browser->Folder().ListCommands(*menu);
     menu->addAction(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"))
         ->setEnabled(false);
   });
@@ -253,15 +254,15 @@ void ParentWindow::BuildPaneMenu(QMenu& display) {
     ++place;
   }
   connect(menu, &QMenu::aboutToShow, this, [this, group] {
-    const int shown = qBound(0, Settings(context_)->Number(u"ReadingPane"), 2);
-    group->actions()[shown]->setChecked(true);
+    const PanePlace shown = Settings(context_).ReadingPane();
+    group->actions()[static_cast<int>(shown)]->setChecked(true);
   });
 }
 
 void ParentWindow::PlacePane(int place) {
-  const DiskPtr settings = Settings(context_);
-  settings->Let(QStringLiteral("ReadingPane"), place);
-  if (!SaveObject(context_, DatabaseKind::Profile, *settings)) {
+  Settings settings(context_);
+  settings.SetReadingPane(static_cast<PanePlace>(place));
+  if (!SaveObject(context_, DatabaseKind::Profile, *settings.Bag())) {
     ShowBox(this, QMessageBox::Critical,
             Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
   }
@@ -315,7 +316,7 @@ void ParentWindow::OpenWebPage(const QString& url) {
   const QUrl place = QUrl::fromUserInput(url);
   const bool isWeb = place.scheme() == u"http" || place.scheme() == u"https";
   // The user's own browser gets its corrections from its makers.
-  if (isWeb && Settings(context_)->Flag(u"WebOutside")) {
+  if (isWeb && Settings(context_).OpensWebOutside()) {
     if (!QDesktopServices::openUrl(place)) {
       ShowBox(this, QMessageBox::Information, Ui::tr("標準のブラウザーを起動できません。"));
     }

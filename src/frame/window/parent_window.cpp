@@ -28,6 +28,7 @@
 #include "objects/window/settings_window.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
@@ -92,7 +93,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(area_, &BrowserArea::ActiveChanged, this, &ParentWindow::FollowActivePage);
   const auto showChosen = [this] {
     const BrowserWindow* browser = area_->Active();
-    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->CountChosen());
+    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->Folder().CountChosen());
   };
   connect(area_, &BrowserArea::ActiveChanged, this, showChosen);
   connect(area_, &BrowserArea::ChosenChanged, this, showChosen);
@@ -101,7 +102,7 @@ ParentWindow::ParentWindow(Context& context)
   });
   // The next key means it, in the list where it was taken back.
   actions_.OnReturned([this](const QStringList& messages) {
-    if (takesBack_ != nullptr) takesBack_->GoToReturned(messages);
+    if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
@@ -109,7 +110,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
     BrowserWindow* browser = area_->Active();
     if (browser == nullptr) return sbStatus_->TakeBack();
-    browser->AfterCommands([this, browser] {
+    browser->Folder().AfterCommands([this, browser] {
       takesBack_ = browser;
       sbStatus_->TakeBack();
       takesBack_.clear();
@@ -339,17 +340,16 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
 }
 
 void ParentWindow::ApplySettings() {
-  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};
-  const int language = qBound(0, Settings(context_)->Number(u"Language"), 2);
-  KeepUiLanguage(QString::fromUtf16(kLanguages[language]));
+  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};  // by `LanguageChoice`
+  const Settings settings(context_);
+  KeepUiLanguage(QString::fromUtf16(kLanguages[static_cast<int>(settings.Language())]));
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
-  sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
-  ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
-  tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
-                                  ? Qt::ToolButtonIconOnly
-                                  : Qt::ToolButtonTextBesideIcon);
-  profiles_.UseFont(Settings(context_)->Text(u"ListFont"),
-                    Settings(context_)->Number(u"ListFontSize"));
+  sbStatus_->setVisible(settings.ShowsStatusBar());
+  ShowTaskTray(settings.ShowsTaskTray());
+  tbMain_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                        : Qt::ToolButtonTextBesideIcon);
+  const FontChoice font = settings.Font(FontUse::List);
+  profiles_.UseFont(font.family, font.points);
   for (BrowserWindow* browser : area_->Browsers()) browser->ControlToolbarUpdate();
   area_->RefreshFolders();  // how many rows a page has, and how they are shown
   for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -496,7 +496,7 @@ void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOf
   if (tag != object_type::kFolder) return;
   // Who asks for the folder that he is searching wants all of it.
   BrowserWindow* active = area_->Active();
-  if (active != nullptr && active->Tag() == key) active->GiveUpSearch();
+  if (active != nullptr && active->Tag() == key) active->Folder().GiveUpSearch();
   if (!inTabOfItsOwn && area_->Current() == Arrangement::Tabs) {
     const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
                                     [&](const RequestWindow* open) { return open->Tag() == key; });

@@ -21,7 +21,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   ArchiveWriter writer(order.format, order.path, order.overwrite);
   bool goesOn = writer.Open();
   MailStore store(context);
-  const bool leavesMarks = Settings(context)->Flag(u"StandardHeaders");
+  const bool leavesMarks = Settings(context).HasStandardHeaders();
   for (const FolderMessage& message : listing.messages) {
     if (!goesOn) break;
     const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));

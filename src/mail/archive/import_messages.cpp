@@ -42,8 +42,8 @@ class Importer {
  public:
   Importer(Context& context, const QString& folder, ImportCounts& counts)
       : context_(context), store_(context), folder_(folder), counts_(counts) {
-    options_.textTypes = TextTypes(context);
-    options_.standardHeaders = Settings(context)->Flag(u"StandardHeaders");
+    options_.textTypes = Settings(context).TextTypes();
+    options_.standardHeaders = Settings(context).HasStandardHeaders();
   }
 
   // What is stored, by what can be told without its source. Without all of it nothing may be

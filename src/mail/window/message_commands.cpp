@@ -135,7 +135,7 @@ bool MessageWindow::MayTakeChangedFiles(const QString& question) {
 
 // The button stands where that of a received message answers it.
 bool MessageWindow::MaySendOnceMore() {
-  if (AbsoluteStatus() != kStatusSent || !Settings(context_)->Flag(u"Careful")) return true;
+  if (AbsoluteStatus() != kStatusSent || !Settings(context_).IsCareful()) return true;
   return ShowBox(this, QMessageBox::Question,
                  Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
@@ -266,7 +266,7 @@ void MessageWindow::SaveToFile() {
   if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
   if (source.isEmpty()) return;
   const bool isReceived = qAbs(request_->Number(kProcess)) == kStatusReceived;
-  if (Settings(context_)->Flag(u"StandardHeaders") && !isReceived) {
+  if (Settings(context_).HasStandardHeaders() && !isReceived) {
     source = MimeCodec::WithoutEndMark(source);
   }
   const QString path =
@@ -343,7 +343,7 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
 void MessageWindow::ReadAs() {
   if (TellUnreadable()) return;
   const QString index = request_->Text(u"content");
-  const QStringList types = EditSettings::From(*Settings(context_)).textTypes;
+  const QStringList types = Settings(context_).TextTypes();
   const auto chosen =
       ChooseCode(this, OfferCodes(source_, index, types), WrongLabels(source_, index, types));
   if (!chosen) return;

@@ -302,11 +302,10 @@ void MessageWindow::ControlToolbarUpdate() {
   toolbarClip_->setVisible(status == kStatusEdit || status == kStatusWaiting);
   toolbarClip_->setEnabled(IsEditable());
   toolbarEdit_->setVisible(status == kStatusEdit || status == kStatusWaiting);
-  tbMenu_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
-                                  ? Qt::ToolButtonIconOnly
-                                  : Qt::ToolButtonTextBesideIcon);
+  tbMenu_->setToolButtonStyle(Settings(context_).HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                                  : Qt::ToolButtonTextBesideIcon);
   tbReading_->setToolButtonStyle(tbMenu_->toolButtonStyle());
-  body_->UseFont(TextFont(context_, IsEditable() ? TextUse::Written : TextUse::Read));
+  body_->UseFont(TextFont(context_, IsEditable() ? FontUse::Written : FontUse::Read));
   CheckMenus();
 }
 

@@ -241,7 +241,7 @@ MessageModel MessageWindow::CurrentModel() const {
 QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) const {
   ComposeOptions options;
   options.charset = charset_;
-  options.settings = EditSettings::From(*Settings(context_));
+  options.settings = EditSettings::From(Settings(context_));
   options.boundaryToken = context_.Data.NewSerialID();
   options.read = [this, error](const ModelAttachment& attachment) {
     return ReadAttachment(attachment, source_, error);
@@ -253,7 +253,7 @@ QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) con
 bool MessageWindow::AskToSave(bool* cancelled) {
   // Who ends the program by mistake may want to stay.
   const bool mayStay =
-      !host_.IsClosing() || (Settings(context_)->Flag(u"Careful") && !qApp->isSavingSession());
+      !host_.IsClosing() || (Settings(context_).IsCareful() && !qApp->isSavingSession());
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (mayStay) buttons |= QMessageBox::Cancel;
   const auto answer =
@@ -268,9 +268,9 @@ bool MessageWindow::AskToSave(bool* cancelled) {
 bool MessageWindow::StoreEdited() {
   QString error;
   MessageModel model = CurrentModel();
-  const DiskPtr settings = Settings(context_);
-  if (request_->Flag(u"send") && settings->Flag(u"WrapLines")) {
-    model.text = WrapLines(model.text.Get(), kMostColumns, settings->Text(u"MemoIndent"));
+  const Settings settings(context_);
+  if (request_->Flag(u"send") && settings.WrapsLines()) {
+    model.text = WrapLines(model.text.Get(), kMostColumns, EditSettings::From(settings).memoIndent);
   }
   const QByteArray source = Compose(model, &error);
   if (source.isNull()) {
@@ -317,7 +317,7 @@ bool MessageWindow::StoreForClosing() {
   const bool sends = request_->Flag(u"send");
   const bool isAnswer = request_->Number(u"open") != static_cast<int>(OpenMode::Show);
   if (isNew && isAnswer && !sends && !edited_) return true;  // it can be made again
-  if (isNew && !sends && IsBlank() && Settings(context_)->Flag(u"Careful")) return true;
+  if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
   if (isNew && !sends) {
     bool cancelled = false;
     const bool save = AskToSave(&cancelled);

@@ -22,7 +22,7 @@ bool ReceiptQuestion::IsWanted() const {
 
 void ReceiptQuestion::AskSoon(const DiskPtr& message) {
   message_ = message;
-  if (!IsWanted() || !Settings(context_)->Flag(u"ReceiveNotice") || pause_ != nullptr) return;
+  if (!IsWanted() || !Settings(context_).SendsReceipts() || pause_ != nullptr) return;
   // Who has opened a reply is typing already.
   pause_ = new TypingPause(&window_, [this] {
     if (IsWanted()) Ask();
@@ -40,7 +40,7 @@ void ReceiptQuestion::Ask() {
       Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) return;
-  const bool edits = Settings(context_)->Flag(u"ReceiveNoticeEdit");
+  const bool edits = Settings(context_).EditsReceipts();
   MailRequest receipt;
   receipt.open = static_cast<int>(OpenMode::Receipt);
   // A reply that was opened at once has an identifier of its own.

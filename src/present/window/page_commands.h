@@ -13,9 +13,9 @@ class QWidget;
 
 namespace vorn {
 
+class MessageNavigation;
 class PageMessages;
-class PageRequest;
-class PageRows;
+struct ShownPage;
 enum class OpenMode;
 
 /// The keys of a folder's page and the menu of its messages. They act while the page has the
@@ -25,7 +25,8 @@ class PageCommands : public QObject {
 
  public:
   /// The actions belong to `window`, where they are found by their names.
-  PageCommands(PageMessages& messages, PageRows& rows, const PageRequest& request, QWidget& window);
+  PageCommands(PageMessages& messages, MessageNavigation& navigation, ShownPage& page,
+               QWidget& window);
   ~PageCommands() override;
 
   /// A view takes the keys.
@@ -58,8 +59,8 @@ class PageCommands : public QObject {
   void GiveUpChoice();
 
   PageMessages& messages_;
-  PageRows& rows_;
-  const PageRequest& request_;
+  MessageNavigation& navigation_;
+  ShownPage& page_;
   QWidget& window_;
   QMenu* menu_;
   QList<QAction*> actions_;

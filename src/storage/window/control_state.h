@@ -46,6 +46,8 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
 /// The bag "DATA_" + name of the window's place, which may hold more of its arrangement; made when
 /// it is not there, and saved with the loaded objects.
 DiskPtr PlacementBag(Context& context, const QString& name);
+/// The name for which the main window keeps its own place, and its pieces theirs.
+inline const QString kMainPlacement = QStringLiteral("parent");
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name);
 
 }  // namespace vorn
