@@ -14,6 +14,7 @@
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window_request.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
@@ -285,11 +286,7 @@ void CheckPlan::FinishReceiving(CheckJob& job, Account& account) {
   works_.erase(job.Work());
   const QString messages = SessionRecord(job.Bag()).Received();
   if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
-    auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
-    request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
-    request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));
-    request->Let(QStringLiteral("message"), messages);
-    host_.PostRequest(request);
+    host_.PostRequest(WindowRequest::NewMessages(context_.Data.NewSerialID(), messages));
   }
   RecordSession(job, account);
   const DiskCollectionPtr accounts = job.Accounts();

@@ -15,6 +15,8 @@
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/date_line.h"
+#include "mail/message_bag.h"
+#include "mail/message_request.h"
 #include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
@@ -125,7 +127,7 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
   if (serialId != serialId_) {
     serialId_ = serialId;
     request_ = std::make_shared<Disk>(serialId);
-    request_->Let(QStringLiteral("file"), MailDatabasePath(context_));
+    MessageBag::SetFile(*request_, MailDatabasePath(context_));
     if (!serialId.isEmpty()) Fill(LookAtMessage(context_, *request_));
     auto& either = static_cast<QStackedLayout&>(*layout());
     either.setCurrentWidget(serialId.isEmpty() ? nothing_ : message_);
@@ -145,7 +147,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
   source_ = opened.source;
   html_ = opened.html;
   ShowHead();
-  const bool asks = request_->Flag(u"notice");
+  const bool asks = MessageRequest(*request_).AsksForReceipt();
   receipt_->Say(
       asks
           ? Ui::tr("差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。")
@@ -170,7 +172,9 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
     text = Ui::tr("メッセージがありません。");
   }
   body_->UseFont(TextFont(context_, FontUse::Read));
-  const auto html = [this] { return WithInlineImages(html_, source_, request_->Text(u"content")); };
+  const auto html = [this] {
+    return WithInlineImages(html_, source_, MessageRequest(*request_).ContentIndex());
+  };
   body_->Show(text, false, html_.isEmpty() ? std::function<QString()>() : html,
               IsHtmlFirst(context_, model_) ? MessageBody::Front::Html : MessageBody::Front::Text);
 }
@@ -183,7 +187,7 @@ void ReadingPane::ShowHead() {
   to_->SayShown(Ui::tr("宛て先："),
                 Addresses(model_, u"TO") +
                     (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
-  date_->Say(Ui::tr("日時："), DateLine(source_, request_->Text(u"work_timestamp")));
+  date_->Say(Ui::tr("日時："), DateLine(source_, MessageRequest(*request_).Timestamp()));
 }
 
 void ReadingPane::Print() {

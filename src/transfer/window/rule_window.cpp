@@ -3,6 +3,7 @@
 #include <QTableWidget>
 
 #include "objects/object_loader.h"
+#include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 #include "transfer/window/rule_page.h"
@@ -28,10 +29,11 @@ bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   shown_ = StoredRules();
   FillPages();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
-  static_cast<RulePage*>(list->parentWidget())->Propose(request->Text(u"condition"));
+  static_cast<RulePage*>(list->parentWidget())->Propose(ObjectRequest(*request).Condition());
   // What is proposed is taken by Enter.
   auto* ok = findChild<QWidget*>(QStringLiteral("cmOk"));
-  request->Text(u"condition").isEmpty() || ok == nullptr ? list->setFocus() : ok->setFocus();
+  ObjectRequest(*request).Condition().isEmpty() || ok == nullptr ? list->setFocus()
+                                                                 : ok->setFocus();
   return true;
 }
 
