@@ -2,6 +2,8 @@
 
 #include <QScopedValueRollback>
 
+#include "storage/profile_bag.h"
+
 namespace vorn {
 
 void Dispatcher::Tick() {
@@ -46,7 +48,7 @@ bool Dispatcher::Show(RequestWindow& window, int show) {
     window.ShowModeless();
   }
   if (isChild) host_.ArrangeWindows();
-  const bool cancelled = show == kShowModal && context_.Session->Text(u"status").isEmpty();
+  const bool cancelled = show == kShowModal && ProfileBag(*context_.Session).Answer().isEmpty();
   return !cancelled;
 }
 

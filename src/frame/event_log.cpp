@@ -3,6 +3,7 @@
 #include "mail/codec/identifiers.h"
 #include "mail/message_bag.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -14,8 +15,8 @@ void EventLog::AddEvent(int level, int mode, const QString& reference, const QSt
   EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
   if (mode == kEventMessage) {
     MessageBag::SetDatabase(*record, DatabaseKind::MailByPath);
-    MessageBag::SetFile(*record, context_.Session->Text(u"Mail"));
-    MessageBag::SetPassword(*record, context_.Session->Text(u"password"));
+    MessageBag::SetFile(*record, ProfileBag(*context_.Session).MailFiles());
+    MessageBag::SetPassword(*record, ProfileBag(*context_.Session).Password());
   }
   records_.Add(record);
   const QString levelName = level == kEventError         ? QStringLiteral("error")

@@ -30,6 +30,7 @@
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 #include "transfer/window/rule_window.h"
@@ -446,8 +447,8 @@ void ParentWindow::OpenMessage(int open, const QString& serialId, bool isNew) {
   request.serialId = serialId;
   request.isNew = isNew;
   request.db = static_cast<int>(DatabaseKind::MailByPath);
-  request.file = context_.Session->Text(u"Mail");
-  request.password = context_.Session->Text(u"password");
+  request.file = ProfileBag(*context_.Session).MailFiles();
+  request.password = ProfileBag(*context_.Session).Password();
   queue_.PostMailRequest(request);
 }
 

@@ -37,6 +37,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 
@@ -244,7 +245,7 @@ void MessageWindow::ChooseFolders() {
   const QString chosen = InputList(context_, this, Ui::tr("保存フォルダ"),
                                    Ui::tr("メッセージを保存するフォルダを選択してください。"),
                                    MessageBag(*request_).Folders(), entries.join(kLineBreak), true);
-  if (context_.Session->Flag(u"cancel")) return;
+  if (ProfileBag(*context_.Session).IsCancelled()) return;
   MessageBag::SetFolders(*request_, chosen);
   changedState_ |= kStateFolders;
 }
