@@ -203,8 +203,7 @@ void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
-    if (profile->Flag(u"Rebuilt") &&
-        CheckLogin(context, profile, password) != LoginCheck::Refused &&
+    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) != LoginCheck::Refused &&
         AnyObject(*profile).Name() == name) {
       return profile;
     }

@@ -345,8 +345,12 @@ bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   return true;
 }
 
+bool IsRebuilt(const Disk& profile) {
+  return profile.Flag(kRebuilt);
+}
+
 void RestoreProfile(Context& context, Disk& profile, const QString& password) {
-  if (!profile.Flag(kRebuilt)) return;
+  if (!IsRebuilt(profile)) return;
   Disk copy(profile.SerialID());
   const QString path = PlatformPath(context, ProfileBag(profile).File());
   const bool read = context.Data.Open(path, password) && copy.DatabaseToDisk(context.Data);

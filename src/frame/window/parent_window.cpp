@@ -182,7 +182,7 @@ void ParentWindow::LoadDefaultProperty() {
   ArrangeWindows();
   OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
-  const bool isMaximized = PlacementBag(context_, objectName())->Flag(u"maximized");
+  const bool isMaximized = WasMaximized(context_, objectName());
   QTimer::singleShot(0, this, [this, isMaximized] {
     // Earlier the first page, which makes the native window anew, would undo it.
     if (isMaximized) setWindowState(windowState() | Qt::WindowMaximized);

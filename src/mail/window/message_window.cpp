@@ -396,9 +396,8 @@ void MessageWindow::KeepDraft() {
 
 // Where the last one was, or beside those that are there.
 void MessageWindow::TakePlace() {
-  if (PlacementBag(context_, objectName())->Get(u"width").isValid()) {
-    RestoreWindowPlacement(context_, *this, objectName());
-  }
+  const bool isPlaced = HasPlacement(context_, objectName());
+  if (isPlaced) RestoreWindowPlacement(context_, *this, objectName());
   QList<QPoint> taken;
   for (const QWidget* other : QApplication::topLevelWidgets()) {
     if (other != this && other->isVisible() && other->objectName() == objectName()) {
@@ -406,7 +405,6 @@ void MessageWindow::TakePlace() {
     }
   }
   const QRect screen = ScreenFit::Room(QGuiApplication::primaryScreen()->availableGeometry());
-  const bool isPlaced = PlacementBag(context_, objectName())->Get(u"left").isValid();
   const QRect centred(screen.center() - QPoint(width() / 2, height() / 2), size());
   const QRect place = CascadedPlace(isPlaced ? QRect(pos(), size()) : centred, taken, screen);
   resize(place.size());
