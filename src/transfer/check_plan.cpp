@@ -196,7 +196,7 @@ void CheckPlan::ReceiveStep(CheckJob& job) {
   if (job.Step() == JobStep::Begun) {
     FinishReceiving(job, account);
   } else if (MayReceive(job, account) && TakeWork(account.Work(), job)) {
-    job.SetWork(account.Work());
+    SessionRecord(job.Bag()).SetWork(account.Work());
     StartReceiving(job, account);
   }
 }
@@ -283,8 +283,9 @@ void CheckPlan::ForgetRefusedPassword(const CheckJob& job, Account& account) {
 
 void CheckPlan::FinishReceiving(CheckJob& job, Account& account) {
   ForgetRefusedPassword(job, account);
-  works_.erase(job.Work());
-  const QString messages = SessionRecord(job.Bag()).Received();
+  const SessionRecord record(job.Bag());
+  works_.erase(record.Work());
+  const QString messages = record.Received();
   if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
     host_.PostRequest(WindowRequest::NewMessages(context_.Data.NewSerialID(), messages));
   }
