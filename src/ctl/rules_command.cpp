@@ -2,8 +2,6 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"

@@ -9,7 +9,6 @@
 #include <optional>
 
 #include "objects/file_age.h"
-#include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
 #include "storage/code_file.h"

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "mail/codec/address.h"
-#include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
 #include "objects/account.h"

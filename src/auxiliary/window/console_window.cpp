@@ -15,7 +15,6 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
-#include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"

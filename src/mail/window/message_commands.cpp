@@ -35,7 +35,6 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
 #include "storage/private_files.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"

@@ -15,7 +15,6 @@
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
 #include "mail/codec/flag_string.h"
-#include "mail/mail_store.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/message_body.h"

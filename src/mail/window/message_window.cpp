@@ -33,10 +33,8 @@
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/message_body.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 

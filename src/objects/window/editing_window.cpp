@@ -16,7 +16,6 @@
 #include "kit/window/page_area.h"
 #include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"

@@ -2,9 +2,7 @@
 
 #include <QTableWidget>
 
-#include "objects/object_loader.h"
 #include "objects/object_request.h"
-#include "objects/object_types.h"
 #include "storage/ui.h"
 #include "transfer/rules_object.h"
 #include "transfer/window/rule_page.h"
