@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "mail/codec/address.h"
-#include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
 #include "mail/send_refusals.h"
@@ -15,6 +14,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "transfer/check_job.h"
 #include "transfer/check_plan.h"
@@ -137,7 +137,7 @@ bool CheckPlan::FindWaiting(const WaitingSearch& search, std::vector<SendItem>& 
       for (; !rows->Eof(); rows->MoveNext()) {
         if (IsPlanned(rows->SerialID())) continue;
         const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-        SendItem message(rows->SerialID(), file, context_.Session->Text(u"password"), lines,
+        SendItem message(rows->SerialID(), file, ProfileBag(*context_.Session).Password(), lines,
                          rows->Fields(u"FIELD_SUBJECT").toString());
         message.SetSender(AccountFor(lines));
         messages.push_back(message);

@@ -10,8 +10,6 @@
 #include "mail/outbox.h"
 #include "mail/stored_copy.h"
 #include "objects/file_age.h"
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
@@ -21,6 +19,7 @@
 #include "transfer/check_job.h"
 #include "transfer/check_plan.h"
 #include "transfer/pop.h"
+#include "transfer/rules_object.h"
 
 namespace vorn {
 namespace {
@@ -444,7 +443,7 @@ void TransferEvents::ReceiveStopTest(const QByteArray& header, bool isTornOff, b
   stop = Rules().FirstMatch(header).has_value();
   if (!stop) return;
   if (isTornOff) return TornOffAgain();
-  deleteOnServer = LoadObject(context_, fixed_serial::kRules)->Flag(u"ReceiveStopDelete");
+  deleteOnServer = RulesObject(context_).DeletesOnServer();
   ++counts_.stopped;
   ++stoppedInSession_;
   if (deleteOnServer) ++stopDeletesInSession_;
@@ -469,8 +468,7 @@ bool TransferEvents::WantsHeaders() {
 
 // The rules as they are now: the user may change them while a session runs.
 const ReceiveStopRules& TransferEvents::Rules() {
-  const DiskPtr object = LoadObject(context_, fixed_serial::kRules);
-  const QString text = object != nullptr ? object->Text(u"ReceiveStop") : QString();
+  const QString text = RulesObject(context_).Lines();
   if (!rules_ || text != rulesText_) {
     rulesText_ = text;
     rules_.emplace(text);

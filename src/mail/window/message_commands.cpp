@@ -35,15 +35,14 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
 
-const QString kProcess = QStringLiteral("process");
 constexpr qsizetype kSourceShown = 1024 * 1024;
 constexpr QSize kSourceSize(720, 560);
 
@@ -68,7 +67,7 @@ QString MessageWindow::MissingForSending() const {
 
 // The toolbar's send button also takes a message out of the dust.
 void MessageWindow::ToolbarSend() {
-  if (request_->Number(kProcess) < 0) {
+  if (MessageBag(*request_).IsDust()) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
     const QString name = dust != nullptr ? AnyObject(*dust).Name() : Ui::tr("くずかご");
     const auto answer = ShowBox(
@@ -112,15 +111,15 @@ void MessageWindow::Send() {
                                   "送信してよろしいですか？"))) {
     return;
   }
-  const int before = request_->Number(kProcess);
-  request_->Let(QStringLiteral("send"), true);
-  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+  const int before = MessageBag(*request_).Status();
+  Request().SetSent(true);
+  MessageBag::SetStatus(*request_, kStatusWaiting);
   if (close()) {
     new SecondClick(SecondClick::Lasts::UntilMoved);
     return;
   }
-  request_->Let(QStringLiteral("send"), false);
-  request_->Let(kProcess, before);
+  Request().SetSent(false);
+  MessageBag::SetStatus(*request_, before);
 }
 
 bool MessageWindow::MayTakeChangedFiles(const QString& question) {
@@ -159,7 +158,7 @@ void MessageWindow::CancelSending() {
 void MessageWindow::ShowDoubt() {
   doubt_->hide();
   if (!IsWaiting()) return;
-  Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
+  Outbox outbox(context_, MessageBag(*request_).File(context_));
   outbox.SettleLeftOver();
   const auto doubtful = outbox.FindDoubtful(request_->SerialID());
   if (doubtful) doubt_->Show(*doubtful);
@@ -167,15 +166,14 @@ void MessageWindow::ShowDoubt() {
 }
 
 void MessageWindow::SendAgain() {
-  const bool waits =
-      Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).SendAgain(tag_);
+  const bool waits = Outbox(context_, MessageBag(*request_).File(context_)).SendAgain(tag_);
   Open();
   host_.MessageStored();
   if (waits) host_.SendMessage(tag_);
 }
 
 void MessageWindow::KeepAsSent() {
-  Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).KeepAsSent(tag_);
+  Outbox(context_, MessageBag(*request_).File(context_)).KeepAsSent(tag_);
   Open();
   host_.MessageStored();
 }
@@ -186,7 +184,7 @@ void MessageWindow::StoreState() {
   MailStore store(context_);
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
   bool stored =
-      (changed & kStateStatus) == 0 || store.SetDust(*request_, request_->Number(kProcess) < 0);
+      (changed & kStateStatus) == 0 || store.SetDust(*request_, MessageBag(*request_).IsDust());
   const int rest = changed & ~kStateStatus;
   if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
   if (!stored) {
@@ -198,8 +196,8 @@ void MessageWindow::StoreState() {
 void MessageWindow::TurnInto(OpenMode mode) {
   if (unreadable_) return;
   StoreState();
-  request_->Let(QStringLiteral("open"), static_cast<int>(mode));
-  request_->Let(QStringLiteral("new"), true);
+  Request().SetMode(mode);
+  Request().SetNew(true);
   // In the code in which it is read; a message that was erased meanwhile is answered as it is
   // shown.
   Open(false, source_);
@@ -207,7 +205,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
 }
 
 void MessageWindow::ToggleDust() {
-  request_->Let(kProcess, -request_->Number(kProcess));
+  MessageBag::SetStatus(*request_, -MessageBag(*request_).Status());
   changedState_ |= kStateStatus;
   CheckMenus();
 }
@@ -222,7 +220,7 @@ void MessageWindow::DeleteClicked() {
             Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
     return;
   }
-  request_->Let(QStringLiteral("messagedelete"), true);
+  Request().BeDeleted();
   Drafts::Forget(context_, tag_);
   host_.MessageStored();
   close();
@@ -245,9 +243,9 @@ void MessageWindow::ChooseFolders() {
   }
   const QString chosen = InputList(context_, this, Ui::tr("保存フォルダ"),
                                    Ui::tr("メッセージを保存するフォルダを選択してください。"),
-                                   request_->Text(u"folder"), entries.join(kLineBreak), true);
-  if (context_.Session->Flag(u"cancel")) return;
-  request_->Let(QStringLiteral("folder"), chosen);
+                                   MessageBag(*request_).Folders(), entries.join(kLineBreak), true);
+  if (ProfileBag(*context_.Session).IsCancelled()) return;
+  MessageBag::SetFolders(*request_, chosen);
   changedState_ |= kStateFolders;
 }
 
@@ -265,7 +263,7 @@ void MessageWindow::SaveToFile() {
   QByteArray source = IsEditable() ? Compose(&error) : source_;
   if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
   if (source.isEmpty()) return;
-  const bool isReceived = qAbs(request_->Number(kProcess)) == kStatusReceived;
+  const bool isReceived = MessageBag(*request_).AbsoluteStatus() == kStatusReceived;
   if (Settings(context_).HasStandardHeaders() && !isReceived) {
     source = MimeCodec::WithoutEndMark(source);
   }
@@ -284,7 +282,7 @@ void MessageWindow::SaveToFile() {
 }
 
 QString MessageWindow::ShownHtml() const {
-  return WithInlineImages(html_, source_, request_->Text(u"content"));
+  return WithInlineImages(html_, source_, Request().ContentIndex());
 }
 
 void MessageWindow::PrintClicked() {
@@ -315,8 +313,8 @@ void MessageWindow::ShowSource() {
 
 void MessageWindow::ChoosePriority(int priority) {
   const QStringList values = {QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("5")};
-  request_->Let(QStringLiteral("flag"),
-                SetFlagChar(request_->Text(u"flag"), kFlagPriority, QString::number(priority)));
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagPriority,
+                                              QString::number(priority)));
   lvHeader_->SetHeader(QStringLiteral("X-Priority:"), values.value(priority - 1));
   MarkEdited();
 }
@@ -331,8 +329,8 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
     return;
   }
   // The automatic choice leaves the stored one as it was.
-  request_->Let(QStringLiteral("flag"), SetFlagChar(request_->Text(u"flag"), kFlagCode,
-                                                    QString::number(static_cast<int>(charset))));
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagCode,
+                                              QString::number(static_cast<int>(charset))));
   // Opening reads the stored state again.
   changedState_ |= kStateFlag;
   StoreState();
@@ -342,7 +340,7 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
 // Any code there is, without a trace in what is stored.
 void MessageWindow::ReadAs() {
   if (TellUnreadable()) return;
-  const QString index = request_->Text(u"content");
+  const QString index = Request().ContentIndex();
   const QStringList types = Settings(context_).TextTypes();
   const auto chosen =
       ChooseCode(this, OfferCodes(source_, index, types), WrongLabels(source_, index, types));
@@ -428,10 +426,7 @@ void MessageWindow::ShowNeighbour(int step) {
   if (serialId.isEmpty()) return;
   StoreState();
   auto next = std::make_shared<Disk>(serialId);
-  for (const char16_t* key : {u"db", u"file", u"password"}) {
-    const QString name = QString::fromUtf16(key);
-    if (const QVariant value = request_->Get(name); value.isValid()) next->Let(name, value);
-  }
+  MessageBag(*request_).CopyPlace(*next);
   LoadDefaultProperty(next, true);
   receipt_.AskSoon(request_);
 }

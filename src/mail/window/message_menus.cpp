@@ -15,7 +15,6 @@
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
 #include "mail/codec/flag_string.h"
-#include "mail/mail_store.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/message_body.h"
@@ -324,14 +323,14 @@ void MessageWindow::CheckMenus() {
   for (QAction* action : std::as_const(menuRules_)) {
     action->setEnabled(AbsoluteStatus() == kStatusReceived && !unreadable_);
   }
-  for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!request_->Flag(u"new"));
-  menuDust_->setChecked(request_->Number(u"process") < 0);
+  for (QAction* action : std::as_const(menuStored_)) action->setEnabled(!Request().IsNew());
+  menuDust_->setChecked(MessageBag(*request_).IsDust());
   readAsAction_->setEnabled(AbsoluteStatus() == kStatusReceived && !unreadable_);
   for (QAction* action : charsets_->actions()) {
     action->setChecked(action->data().toInt() == static_cast<int>(charset_));
   }
   const int priority =
-      GetFlagChar(request_->Text(u"flag"), kFlagPriority, QStringLiteral("2")).toInt();
+      GetFlagChar(MessageBag(*request_).Flags(), kFlagPriority, QStringLiteral("2")).toInt();
   for (QAction* action : priorities_->actions()) {
     action->setChecked(action->data().toInt() == priority);
     action->setEnabled(editable);

@@ -163,7 +163,7 @@ void MessageWindow::FitHead(bool editable) {
   height = qMax(height, 2 * line);
   lvMailaddress_->setMinimumHeight(editable ? 2 * line * kLeastAddressRows : height);
   lvMailaddress_->setMaximumHeight(height);
-  const QString date = editable ? QString() : DateLine(source_, request_->Text(u"work_timestamp"));
+  const QString date = editable ? QString() : DateLine(source_, Request().Timestamp());
   lbDate_->setText(date);
   lbDate_->setVisible(!date.isEmpty());
   lbDateName_->setVisible(!date.isEmpty());
@@ -188,19 +188,19 @@ QWidget* MessageWindow::BuildOptionPage() {
 
 // The text of a recorded event about the message.
 void MessageWindow::ShowEventPage() {
-  const DiskPtr event = events_.Find(request_->Text(u"event"));
+  const DiskPtr event = events_.Find(Request().Event());
   if (event == nullptr || findChild<QPlainTextEdit*>(QStringLiteral("txEventLog")) != nullptr) {
     return;
   }
   QWidget* page = NewPage(QStringLiteral("event"));
-  auto* box = new QPlainTextEdit(event->Text(u"message"));
+  auto* box = new QPlainTextEdit(EventRecord(*event).Text());
   box->setObjectName(QStringLiteral("txEventLog"));
   box->setAccessibleName(Ui::tr("イベント"));
   box->setReadOnly(true);
   auto* layout = new QVBoxLayout(page);
   layout->addWidget(box);
   tsPage_->addTab(page, Ui::tr("イベント"));
-  lvMailaddress_->MarkNamed(event->Text(u"message"));
+  lvMailaddress_->MarkNamed(EventRecord(*event).Text());
 }
 
 }  // namespace vorn

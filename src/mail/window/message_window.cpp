@@ -33,9 +33,8 @@
 #include "mail/window/doubt_bar.h"
 #include "mail/window/header_list.h"
 #include "mail/window/message_body.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
+#include "objects/window_request.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -47,7 +46,6 @@ constexpr int kDraftMs = 30000;
 constexpr int kMostColumns = 72;  // of a line that is sent
 // Attachments above this together are left out of drafts: writing them would hold the window up.
 constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
-const QString kProcessKey = QStringLiteral("process");
 
 // A signature as it stands in the box.
 QString ShownBlock(const QString& signature) {
@@ -77,25 +75,24 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
 
 int MessageWindow::AbsoluteStatus() const {
   return request_ == nullptr ? static_cast<int>(kStatusEdit)
-                             : qAbs(request_->Number(kProcessKey, kStatusEdit));
+                             : MessageBag(*request_).AbsoluteStatus();
 }
 
 bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   request_ = request;
   Open();
   ShowEventPage();
-  if (!request_->Flag(u"AutoSend")) return true;
+  if (!Request().SendsAtOnce()) return true;
   if (!unreadable_ && MissingForSending().isEmpty()) {
-    request_->Let(QStringLiteral("send"), true);
-    request_->Let(kProcessKey, static_cast<int>(kStatusWaiting));
+    Request().SetSent(true);
+    MessageBag::SetStatus(*request_, kStatusWaiting);
     closed_ = StoreForClosing();
     if (closed_) return false;
-    request_->Let(QStringLiteral("send"), false);
-    request_->Let(kProcessKey, static_cast<int>(kStatusEdit));
+    Request().SetSent(false);
+    MessageBag::SetStatus(*request_, kStatusEdit);
   }
-  request_->Let(QStringLiteral("show"),
-                static_cast<int>(kShowModeless));  // for the user to see why
-  MarkEdited();                                    // it was to go out
+  WindowRequest::SetShow(*request_, kShowModeless);  // for the user to see why
+  MarkEdited();                                      // it was to go out
   return true;
 }
 
@@ -119,9 +116,9 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
   source_ = opened.source;
   html_ = opened.html;
   // One that is gone has nothing that could be edited or sent.
-  const bool isGone = !opened.found && !request_->Flag(u"new") && opened.source.isEmpty();
+  const bool isGone = !opened.found && !Request().IsNew() && opened.source.isEmpty();
   unreadable_ = opened.unreadable.has_value() || isGone;
-  if (isGone) request_->Let(kProcessKey, static_cast<int>(kStatusEdit));  // it waits no longer
+  if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
   const bool editable = IsEditable();
   const QString subject = opened.unreadable ? opened.unreadable->subject : model_.subject;
   txSubject_->setText(editable ? subject : ShownInLine(subject));
@@ -168,15 +165,15 @@ LazyText MessageWindow::TextOf(const OpenedMessage& opened) const {
     return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
            context_.Data.LastError().text;
   }
-  return opened.found || request_->Flag(u"new") ? opened.model.text
-                                                : LazyText(Ui::tr("メッセージがありません。"));
+  return opened.found || Request().IsNew() ? opened.model.text
+                                           : LazyText(Ui::tr("メッセージがありません。"));
 }
 
 QString MessageWindow::GetMessageSubject() const {
   const QString subject = txSubject_->text();
   if (!subject.isEmpty()) return subject;
-  return request_ != nullptr && request_->Flag(u"new") ? Ui::tr("新しいメッセージ")
-                                                       : Ui::tr("（件名なし）");
+  return request_ != nullptr && Request().IsNew() ? Ui::tr("新しいメッセージ")
+                                                  : Ui::tr("（件名なし）");
 }
 
 void MessageWindow::ShowCaption() {
@@ -269,7 +266,7 @@ bool MessageWindow::StoreEdited() {
   QString error;
   MessageModel model = CurrentModel();
   const Settings settings(context_);
-  if (request_->Flag(u"send") && settings.WrapsLines()) {
+  if (Request().IsSent() && settings.WrapsLines()) {
     model.text = WrapLines(model.text.Get(), kMostColumns, EditSettings::From(settings).memoIndent);
   }
   const QByteArray source = Compose(model, &error);
@@ -306,16 +303,16 @@ bool MessageWindow::IsBlank() const {
 }
 
 bool MessageWindow::StoreForClosing() {
-  if (request_ == nullptr || request_->Flag(u"messagedelete")) return true;
+  if (request_ == nullptr || Request().IsDeleted()) return true;
   if (unreadable_) {
     if (changedState_ != 0) StoreState();
     return true;
   }
   FinishEditing();
   if (!host_.IsClosing()) receipt_.AskIfDue();
-  const bool isNew = request_->Flag(u"new");
-  const bool sends = request_->Flag(u"send");
-  const bool isAnswer = request_->Number(u"open") != static_cast<int>(OpenMode::Show);
+  const bool isNew = Request().IsNew();
+  const bool sends = Request().IsSent();
+  const bool isAnswer = Request().Mode() != OpenMode::Show;
   if (isNew && isAnswer && !sends && !edited_) return true;  // it can be made again
   if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
   if (isNew && !sends) {
@@ -349,12 +346,11 @@ bool MessageWindow::StoreForClosing() {
 
 // On the message that this one answers or forwards.
 void MessageWindow::NoteAnswer() {
-  const auto mode = static_cast<OpenMode>(request_->Number(u"open"));
+  const OpenMode mode = Request().Mode();
   const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
   const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
-  const QString original = request_->Text(u"original");
-  if (original.isEmpty() || (!forwards && !answers)) return;
-  SetMark(context_, {original}, forwards ? kFlagForwarded : kFlagAnswered, true);
+  if (!Request().HasOriginal() || (!forwards && !answers)) return;
+  SetMark(context_, {Request().Original()}, forwards ? kFlagForwarded : kFlagAnswered, true);
   host_.MessageStored();
 }
 
@@ -378,7 +374,7 @@ void MessageWindow::KeepDraftNow() {
 // A message that is being written survives a crash of the program or the machine.
 void MessageWindow::KeepDraft() {
   // Also while a question stands between the button that sends and the storing.
-  const bool isWritten = IsEditable() || (request_ != nullptr && request_->Flag(u"send"));
+  const bool isWritten = IsEditable() || (request_ != nullptr && Request().IsSent());
   if (!draftDue_ || !isWritten || closed_) return;
   draftDue_ = false;
   MessageModel model = CurrentModel();
@@ -398,9 +394,8 @@ void MessageWindow::KeepDraft() {
 
 // Where the last one was, or beside those that are there.
 void MessageWindow::TakePlace() {
-  if (PlacementBag(context_, objectName())->Get(u"width").isValid()) {
-    RestoreWindowPlacement(context_, *this, objectName());
-  }
+  const bool isPlaced = HasPlacement(context_, objectName());
+  if (isPlaced) RestoreWindowPlacement(context_, *this, objectName());
   QList<QPoint> taken;
   for (const QWidget* other : QApplication::topLevelWidgets()) {
     if (other != this && other->isVisible() && other->objectName() == objectName()) {
@@ -408,7 +403,6 @@ void MessageWindow::TakePlace() {
     }
   }
   const QRect screen = ScreenFit::Room(QGuiApplication::primaryScreen()->availableGeometry());
-  const bool isPlaced = PlacementBag(context_, objectName())->Get(u"left").isValid();
   const QRect centred(screen.center() - QPoint(width() / 2, height() / 2), size());
   const QRect place = CascadedPlace(isPlaced ? QRect(pos(), size()) : centred, taken, screen);
   resize(place.size());
@@ -434,9 +428,9 @@ void MessageWindow::ShowModal() {
 // as long as a question is open, and what is stored is older.
 void MessageWindow::MessagesChanged() {
   if (request_ == nullptr || closed_ || !IsWaiting() || doubt_->isVisible()) return;
-  if (request_->Flag(u"send")) return;
+  if (Request().IsSent()) return;
   WaitingMessage waiting;
-  Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
+  Outbox outbox(context_, MessageBag(*request_).File(context_));
   if (outbox.Read(tag_, waiting) == Outbox::Reading::Gone) Open();
 }
 

@@ -7,6 +7,7 @@
 #include "mail/codec/code_offers.h"
 #include "mail/codec/invitation.h"
 #include "mail/mail_store.h"
+#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
 #include "mail/window/receipt_question.h"
@@ -124,6 +125,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// The HTML part with the message's own pictures in it.
   QString ShownHtml() const;
   bool IsWaiting() const { return AbsoluteStatus() == kStatusWaiting; }
+  MessageRequest Request() const { return MessageRequest(*request_); }
   int AbsoluteStatus() const;
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString MissingForSending() const;
