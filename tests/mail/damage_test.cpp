@@ -7,7 +7,6 @@
 
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
-#include "mail/archive/import_messages.h"
 #include "mail/folder_listing.h"
 #include "mail/mail_store.h"
 #include "mail/stored_copy.h"
