@@ -336,29 +336,5 @@ TEST_F(PasswordChangeTest, ALoginWaitsForAChangeAndAChangeNamesTheOther) {
   EXPECT_TRUE(context.Lock->TakeAlone());
 }
 
-TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
-  Context& context = profile_.Get();
-  context.Data.CloseAll();
-  const QByteArray sound = ReadFile(files_[1]);
-  QByteArray damaged = sound;
-  for (int i = 0; i < 64; ++i) damaged[damaged.size() / 2 + i] = static_cast<char>(i);
-  QFile file(files_[1]);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(damaged);
-  file.close();
-  EXPECT_FALSE(
-      context.Data.CheckFile(files_[1], QStringLiteral("old"), FileContents::Messages).IsSound());
-  context.Data.CloseAll();
-  // Damage at its start makes a file that no password opens; opening names it and makes no new one.
-  damaged.replace(0, 64, QByteArray(64, 'x'));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(damaged);
-  file.close();
-  EXPECT_FALSE(OpenDatabase(context, DatabaseKind::Mail));
-  EXPECT_TRUE(context.Data.LastError().text.contains(QFileInfo(files_[1]).fileName()));
-  EXPECT_EQ(ReadFile(files_[1]), damaged);
-  EXPECT_EQ(ReadFile(files_[1]).size(), damaged.size());
-}
-
 }  // namespace
 }  // namespace vorn

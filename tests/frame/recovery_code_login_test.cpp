@@ -164,32 +164,6 @@ class DesktopSecretLogin : public testing::Test {
   std::unique_ptr<Context> context_;
 };
 
-TEST_F(DesktopSecretLogin, TheCodeIsNowhereOnTheDiskWhateverTheDesktopDoes) {
-  ASSERT_EQ(LogInWith({}), QString());
-  const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
-  EXPECT_EQ(secrets_->kept.values(), QStringList{code});
-  EXPECT_EQ(LogInWith({}), QString());
-  for (const bool isAway : {false, true}) {
-    const std::shared_ptr<SecretStore> store = isAway ? nullptr : secrets_;
-    secrets_->refuses = true;
-    const QString refusal = LogInWith({}, folder_.path(), store);
-    EXPECT_TRUE(refusal.contains(u"キーリング")) << refusal.toStdString();
-    EXPECT_EQ(LogInWith(code, folder_.path(), store), QString());
-    EXPECT_TRUE(File().NamesSecret());
-    EXPECT_FALSE(IsOnDisk(folder_.path(), code));
-  }
-  secrets_->refuses = false;
-  EXPECT_EQ(LogInWith({}), QString());
-  // On another computer it is typed once.
-  QTemporaryDir elsewhere;
-  CopyFolder(folder_.path(), elsewhere.path() + u'/');
-  const auto others = std::make_shared<test::FakeSecrets>();
-  EXPECT_TRUE(LogInWith({}, elsewhere.path(), others).contains(u"回復コード"));
-  EXPECT_EQ(LogInWith(code, elsewhere.path(), others), QString());
-  EXPECT_EQ(LogInWith({}, elsewhere.path(), others), QString());
-  EXPECT_FALSE(IsOnDisk(elsewhere.path(), code));
-}
-
 TEST_F(DesktopSecretLogin, APasswordTakesTheSecretsPlace) {
   ASSERT_EQ(LogInWith({}), QString());
   QTemporaryDir copy;
@@ -353,7 +327,7 @@ TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   EXPECT_TRUE(QFile::exists(codeFile_));
 }
 
-TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
+TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeOrPasswordOfThen) {
   Context& context = profile_.Get();
   context.Data.CloseAll();
   const QString kept = QFileInfo(files_[0]).path() + QStringLiteral("/kept.mbx");
@@ -362,6 +336,14 @@ TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
   EXPECT_FALSE(AdoptMailFile(context, kept, RecoveryCode::Make(), &error_));
   EXPECT_TRUE(AdoptMailFile(context, kept, code_.toLower(), &error_)) << error_.toStdString();
   EXPECT_TRUE(Opens(kept, QStringLiteral("x")));
+  // Or under the password of then, which only its user knows.
+  const QString typed = QFileInfo(kept).path() + QStringLiteral("/typed.mbx");
+  ASSERT_TRUE(QFile::copy(kept, typed));
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("x"),
+                                    QStringLiteral("y"), &error_));
+  EXPECT_FALSE(AdoptMailFile(context, typed, QStringLiteral("wrong"), &error_));
+  EXPECT_TRUE(AdoptMailFile(context, typed, QStringLiteral("x"), &error_)) << error_.toStdString();
+  EXPECT_TRUE(Opens(typed, QStringLiteral("y")));
 }
 
 TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {

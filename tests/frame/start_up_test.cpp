@@ -9,7 +9,6 @@
 #include "frame/single_instance.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
-#include "storage/databases.h"
 #include "support/test_profile.h"
 
 namespace vorn {
