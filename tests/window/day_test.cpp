@@ -1,20 +1,16 @@
 // A day at the office, from the first start to the second profile, in the real windows against
 // servers that nobody here wrote.
 
-#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCompleter>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTreeWidget>
 
 #include "frame/window/console_tree.h"
 #include "mail/window/attachment_list.h"

@@ -1,16 +1,11 @@
 // Receive-stop rules, what happens when mail has arrived, the notification area and the recorded
 // events, in the running program.
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QSoundEffect>
 #include <QTableWidget>
-#include <QTreeWidget>
 #include <algorithm>
 
 #include "mail/codec/flag_string.h"
@@ -301,20 +296,6 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
   EXPECT_EQ(desktop.Told.size(), 4);
 }
 
-TEST_F(TransferWindowsTest, ACheckThatBringsNothingSaysSoToWhoAskedForIt) {
-  Begin({});
-  auto& bar = Child<QStatusBar>(*program_->Parent(), u"sbStatus");
-  const auto checks = [this] { return server_.Count("QUIT"); };
-  PressReceive();
-  EXPECT_TRUE(WaitFor([&] { return bar.currentMessage().contains(QStringLiteral("ありません")); }));
-  bar.clearMessage();
-  const int before = checks();
-  program_->Parent()->Traffic().Plan().CreateMessagePlan(kPlanReceive);
-  EXPECT_TRUE(
-      WaitFor([&] { return checks() > before && program_->Parent()->Traffic().Plan().IsEmpty(); }));
-  EXPECT_EQ(bar.currentMessage(), QString());
-}
-
 TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
   server_.AddMessage(
       "u1",
@@ -387,30 +368,6 @@ TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgra
               }).startsWith(QStringLiteral(".VORN version")));
   menu->actions()[2]->trigger();
   EXPECT_TRUE(WaitFor([this] { return program_->Parent() == nullptr; }));
-}
-
-TEST_F(TransferWindowsTest, EventsAreClearedWhenTheUserAgrees) {
-  server_.Password = "changed";
-  Begin({});
-  auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
-  QTreeWidgetItem* log = tree->findItems(QStringLiteral("イベント"), Qt::MatchRecursive).value(0);
-  ASSERT_NE(log, nullptr);
-  QMenu* display = Menu(u"menuDisplays");
-  QAction* clear = Entry(display, QStringLiteral("イベントのクリア"));
-  Q_EMIT display->aboutToShow();
-  EXPECT_FALSE(clear->isEnabled());
-  for (int i = 1; i <= 2; ++i) {
-    PressReceive();
-    ASSERT_TRUE(WaitFor([log, i] { return log->childCount() == i; }));
-  }
-  EXPECT_EQ(log->child(0)->text(0), log->child(1)->text(0));
-  Q_EMIT display->aboutToShow();
-  EXPECT_TRUE(clear->isEnabled());
-  EXPECT_EQ(NextMessageBox([clear] { clear->trigger(); }, Qt::Key_Escape),
-            QStringLiteral("記録イベントをクリアします？よろしいですか？"));
-  EXPECT_EQ(log->childCount(), 2);
-  NextMessageBox([clear] { clear->trigger(); });
-  EXPECT_EQ(log->childCount(), 0);
 }
 
 }  // namespace
