@@ -153,9 +153,7 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
   // Without any room the engine cannot even open a file; the user makes some, later.
   const QString ballast = disk.Path() + QStringLiteral("ballast");
-  QFile file(ballast);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QByteArray(300000, 'x')) == 300000);
-  file.close();
+  test::WriteFile(ballast, QByteArray(300000, 'x'));
   MailStore store(context);
   QMap<QString, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {

@@ -106,10 +106,7 @@ TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));
   const QByteArray log = ReadFile(foreign + QStringLiteral("-wal"));
   ASSERT_GT(log.size(), 4096);
-  QFile file(mail_ + QStringLiteral("-wal"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(log);
-  file.close();
+  test::WriteFile(mail_ + QStringLiteral("-wal"), log);
   ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
   EXPECT_TRUE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).unreadable.isEmpty());
@@ -151,10 +148,7 @@ TEST_F(LostFilesTest, TheListComesBackWhereverItIsDamaged) {
     QByteArray bytes = ReadFile(path);
     ASSERT_GT(bytes.size(), page * 4096 + 700);
     bytes[page * 4096 + 700] = static_cast<char>(bytes[page * 4096 + 700] ^ 1);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
+    test::WriteFile(path, bytes);
     ASSERT_TRUE(Start(kPassword)) << page << error_.toStdString();
     EXPECT_EQ(Messages(), 3);
     next_.reset();

@@ -25,11 +25,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void Overwrite(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
+using test::WriteFile;
 
 void CopyFolder(const QString& from, const QString& to) {
   QDirIterator files(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -115,9 +111,9 @@ TEST_F(RecoveryCodeLogin, WithoutTheFileTheTypedCodeOpensTheProfileAndIsRemember
   QString mistyped = code_;
   mistyped[0] = mistyped[0] == u'7' ? u'8' : u'7';
   const QList<std::function<void()>> spoil = {
-      [&] {}, [&] { Overwrite(codeFile_, {}); },
-      [&] { Overwrite(codeFile_, mistyped.toLatin1() + '\n'); },
-      [&] { Overwrite(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
+      [&] {}, [&] { WriteFile(codeFile_, {}); },
+      [&] { WriteFile(codeFile_, mistyped.toLatin1() + '\n'); },
+      [&] { WriteFile(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
       // What one that may not be read gives, for root as well.
       [&] { QDir().mkpath(codeFile_); }};
   for (const auto& spoilt : spoil) {
@@ -211,7 +207,7 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   EXPECT_EQ(FormerPasswords(context), (QStringList{QString(), FileKey::FromCode(code_)}));
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   // A program that died before it forgot the code.
-  Overwrite(codeFile_, code_.toLatin1() + '\n');
+  WriteFile(codeFile_, code_.toLatin1() + '\n');
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   EXPECT_EQ(LogInWith(QStringLiteral("secret")), QString());
   EXPECT_FALSE(QFile::exists(codeFile_));
@@ -246,7 +242,7 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
       ASSERT_TRUE(QFile::remove(file));
       choice.reconnect.append(copyOf(file));
     }
-    if (all) Overwrite(copyOf(codeFile_), code_.toLatin1());
+    if (all) WriteFile(copyOf(codeFile_), code_.toLatin1());
     Context next;
     ASSERT_TRUE(StartUp(next, profile_.Folder(), &error_));
     ASSERT_TRUE(LogIn(next, {}, typed, &error_, choice)) << qPrintable(error_);
@@ -280,7 +276,7 @@ TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePa
     context.Lock.reset();
     for (int i : {0, 1}) {
       const QString& file = files_[i];
-      Overwrite(file, older[i]);
+      WriteFile(file, older[i]);
       EXPECT_FALSE(logsIn(typed, {}));
       EXPECT_TRUE(error_.contains(u"古い複製")) << qPrintable(error_);
       // A password that was given up does not come back by way of a copy.
@@ -321,7 +317,7 @@ TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   context.Data.CloseAll();
   for (const QString& file : files_) {
     QFile::remove(file + QStringLiteral("-wal"));
-    Overwrite(file, away[file]);
+    WriteFile(file, away[file]);
   }
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(QFile::exists(codeFile_));
@@ -365,7 +361,7 @@ TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
   EXPECT_TRUE(underCode_ && QFile::exists(codeFile_) && !QFile::exists(tried));
   EXPECT_FALSE(Opens(files_[1], {}));
   // A copy from before is read all the same, and gets the code.
-  Overwrite(files_[1], older);
+  WriteFile(files_[1], older);
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(underCode_);
 }

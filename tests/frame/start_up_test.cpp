@@ -16,12 +16,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
+using test::WriteFile;
 
 TEST(StartUp, ProcessWideValuesAreSet) {
   QTemporaryDir folder;

@@ -22,12 +22,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
+using test::WriteFile;
 
 QByteArray Source(int number, qsizetype size) {
   const QByteArray line = "line " + QByteArray::number(number) + " of a message\r\n";

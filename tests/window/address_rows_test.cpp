@@ -14,13 +14,16 @@
 namespace vorn {
 namespace {
 
-TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
-  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
+void AddBook(Context& context, const char16_t* lines) {
+  const auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
   book->Let(QStringLiteral("FormName"), object_type::kBook);
   book->Let(QStringLiteral("Object"), QStringLiteral("社内"));
-  book->Let(QStringLiteral("Addressbook"),
-            QStringLiteral("TO: aoki@example.jp 青木\r\nCC: baba@example.jp Baba Taro"));
-  Context().Objects.Add(book);
+  book->Let(QStringLiteral("Addressbook"), QString::fromUtf16(lines));
+  context.Objects.Add(book);
+}
+
+TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
+  AddBook(Context(), u"TO: aoki@example.jp 青木\r\nCC: baba@example.jp Baba Taro");
   MessageWindow& window = New();
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   const int before = list.rowCount();
@@ -71,11 +74,7 @@ TEST_F(MessageWindowTest, AddressesComeFromTheBooks) {
 
 // What was taken from the list ends the row: the next keys went into the address.
 TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
-  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
-  book->Let(QStringLiteral("FormName"), object_type::kBook);
-  book->Let(QStringLiteral("Addressbook"),
-            QStringLiteral("TO: suzuki@example.jp 鈴木\r\nTO: suzuno@example.jp 鈴野"));
-  Context().Objects.Add(book);
+  AddBook(Context(), u"TO: suzuki@example.jp 鈴木\r\nTO: suzuno@example.jp 鈴野");
   MessageWindow& window = New();
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
@@ -271,10 +270,7 @@ TEST_F(MessageWindowTest, RowsArePastedDeletedAndReachedByKeys) {
 
 // The click that closed the list of offers was swallowed, and the next keys went into the address.
 TEST_F(MessageWindowTest, AClickBesideTheOffersIsForWhatLiesThere) {
-  auto book = std::make_shared<Disk>(QStringLiteral("book_1"));
-  book->Let(QStringLiteral("FormName"), object_type::kBook);
-  book->Let(QStringLiteral("Addressbook"), QStringLiteral("TO: suzuki@example.jp 鈴木"));
-  Context().Objects.Add(book);
+  AddBook(Context(), u"TO: suzuki@example.jp 鈴木");
   MessageWindow& window = New();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");

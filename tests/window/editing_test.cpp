@@ -132,8 +132,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
     // Who is not logged in to a profile that has files takes none from it.
     const QString folder = PlatformPath(context(), QStringLiteral("/current/") + window.Tag());
     ASSERT_TRUE(QDir().mkpath(folder));
-    QFile own(folder + QStringLiteral("/profile.mbx"));
-    ASSERT_TRUE(own.open(QIODevice::WriteOnly));
+    test::WriteFile(folder + QStringLiteral("/profile.mbx"), {});
     ObjectsWindow& other = Open(object_type::kProfile, window.Tag());
     for (const char16_t* button : {u"cmNewDatabase", u"cmUseDatabase", u"cmDeleteDatabase"}) {
       EXPECT_FALSE(Child<QPushButton>(other, button).isEnabled());
@@ -153,9 +152,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   // A file that is there can be kept or deleted, and goes with OK.
   history.setCurrentCell(1, 0);
   const QString path = PlatformPath(context(), history.item(1, 0)->data(Qt::UserRole).toString());
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.close();
+  test::WriteFile(path, {});
   EXPECT_TRUE(InModal<QMessageBox>(
       [&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
       [](QMessageBox& question) { test::PressNamed(question, QStringLiteral("削除する")); }));

@@ -196,7 +196,7 @@ TEST_F(MessageWindowTest, AFullDiskIsToldAndTheTextStays) {
                              QStringLiteral("-o"),    QStringLiteral("size=64k"),
                              QStringLiteral("tmpfs"), disk};
   if (QProcess::execute(QStringLiteral("mount"), mount) != 0) GTEST_SKIP() << "cannot mount";
-  MessageWindow& window = OpenStored(kPlain + QByteArray(200000, 'x') + "\r\n", 4);
+  MessageWindow& window = OpenStored(kPlain + QByteArray("a line of it\r\n").repeated(15000), 4);
   QString told;
   QTimer answer;
   QObject::connect(&answer, &QTimer::timeout, &answer, [&] {

@@ -28,8 +28,7 @@ class OpeningTest : public ProgramTest {
  protected:
   QString File(const char* name, const QByteArray& bytes) {
     const QString path = folder_.path() + u'/' + QString::fromUtf8(name);
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    test::WriteFile(path, bytes);
     return path;
   }
   void StartWith(const QStringList& arguments) {
@@ -165,17 +164,6 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
       WaitFor([area] { return area->subWindowList()[0]->width() != area->viewport()->width(); }));
   Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
-  // A maximised one comes back so, and does not wander beneath.
-  const QPoint place = program_->Parent()->pos();
-  for (int start = 0; start < 2; ++start) {
-    program_->Parent()->showMaximized();
-    EndProgram();
-    StartWith({});
-    EXPECT_TRUE(WaitFor([this] { return program_->Parent()->isMaximized(); }));
-    const DiskPtr bag = program_->GetContext().Objects.Find(fixed_serial::kMainPlacement);
-    EXPECT_EQ(QPoint(bag->Number(u"left"), bag->Number(u"top")), place);
-    EXPECT_EQ(QSize(bag->Number(u"width"), bag->Number(u"height")), size);
-  }
 }
 
 // The screen that it was on may be gone or smaller by now.

@@ -1,4 +1,4 @@
-// The whole program as a user meets it: from the login to received, answered and sent mail.
+// The whole program as a user meets it: from the login to the objects of its tree.
 
 #include <QDesktopServices>
 #include <QDir>
@@ -13,16 +13,12 @@
 #include <algorithm>
 
 #include "frame/window/console_tree.h"
-#include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
-#include "mail/message_rows.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
 #include "present/unread_count.h"
-#include "storage/databases.h"
-#include "support/loopback_smtp_server.h"
 #include "window/program_fixture.h"
 
 namespace vorn {
@@ -61,43 +57,6 @@ TEST_F(ProgramTest, ASecondInstanceIsRefused) {
     EXPECT_FALSE(second.Start());
   });
   EXPECT_EQ(text, QStringLiteral(".VORNは既に起動しています。"));
-}
-
-TEST_F(ProgramTest, AReplyIsWrittenAndSent) {
-  test::LoopbackSmtpServer smtp;
-  ASSERT_TRUE(smtp.Listen());
-  AddMessages(1);
-  PrepareSending(server_.Port(), smtp.Port(), QStringLiteral("you@example.org"));
-  StartProgram();
-  LogInWith(QString());
-  AwaitInbox();
-  Receive();
-  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("会議 1")); }));
-  ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  auto* message = TopLevel<MessageWindow>();
-  ASSERT_NE(message, nullptr);
-  message->findChild<QAction*>(QStringLiteral("replay"))->trigger();
-  auto& memo = test::Child<QPlainTextEdit>(*message, u"txMemo");
-  EXPECT_EQ(test::Child<QLineEdit>(*message, u"txSubject").text(), QStringLiteral("Re: 会議 1"));
-  EXPECT_FALSE(memo.isReadOnly());
-  memo.setFocus();
-  test::TypeText(memo, QStringLiteral("了解🍣です。"));
-  message->findChild<QAction*>(QStringLiteral("mailup"))->trigger();
-  ASSERT_TRUE(WaitFor([&smtp] { return smtp.Messages().size() == 1; }));
-  EXPECT_EQ(smtp.Messages()[0].recipients, QList<QByteArray>{"sato@example.jp"});
-  EXPECT_TRUE(smtp.Messages()[0].source.contains("\r\nIn-Reply-To: <1@example.jp>\r\n"));
-  EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
-  EXPECT_TRUE(
-      WaitFor([this] { return program_->Parent()->Traffic().Events().Counts().sent == 1; }));
-  // What was answered bears its mark, and only that.
-  Context& context = program_->GetContext();
-  const OpenedDatabase mail(context, DatabaseKind::Mail);
-  for (const RecordsetPtr rows = MessageRows(context.Data).All(); !rows->Eof(); rows->MoveNext()) {
-    const bool isAnswered =
-        GetFlagChar(rows->Fields(u"FIELD_FLAG").toString(), kFlagAnswered, {}) == u"1";
-    EXPECT_EQ(isAnswered, rows->Fields(u"STATUS").toInt() == kStatusReceived);
-  }
 }
 
 // Stands for the browser that the system would start.
