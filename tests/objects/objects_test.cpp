@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 
-#include "frame/profile_login.h"
 #include "mail/message_filing.h"
 #include "objects/account.h"
 #include "objects/object_loader.h"

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QStringDecoder>
 
 #include "mail/codec/code_page_932.h"
 #include "mail/mail_store.h"

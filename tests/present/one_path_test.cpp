@@ -6,7 +6,6 @@
 
 #include <QRandomGenerator>
 
-#include "mail/codec/charset_recognition.h"
 #include "mail/codec/code_page_932.h"
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-
 #include "mail/archive/import_messages.h"
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
@@ -53,14 +51,11 @@ class MovedMailboxTest : public test::TrafficTest {
       archive += "From a@example.jp Mon Jan  1 00:00:00 2024\n" +
                  QByteArray(mail).replace("\r\n", "\n") + '\n';
     }
-    QFile file(profile_.Folder() + QStringLiteral("/old.mbox"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(archive);
-    file.close();
+    const QString file = profile_.Folder() + QStringLiteral("/old.mbox");
+    test::WriteFile(file, archive);
     ImportCounts imported;
     QString error;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported, &error))
-        << error.toStdString();
+    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported, &error)) << error.toStdString();
     return imported.imported;
   }
   // As another program receives it at this moment, through another name of the server.

@@ -34,20 +34,6 @@ TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
   EXPECT_EQ(Subjects(3).size(), 1);
 }
 
-// Sending begins and goes on in different steps; another account's session may come between.
-TEST_F(OnceTest, SeveralAccountsLeaveNoMessageBehind) {
-  LoopbackPop3Server pop3;
-  ASSERT_TRUE(pop3.Listen());
-  for (int i = 0; i < 3; ++i) profile_.AddAccount(pop3.Port());
-  for (int i = 0; i < 4; ++i) StoreWaiting(QByteArray::number(i));
-  for (int clicks = 0; clicks < 3; ++clicks) {
-    traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
-  }
-  RunAll({&traffic_});
-  EXPECT_EQ(smtp_.Messages().size(), 4);
-  EXPECT_EQ(Subjects(3).size(), 4);
-}
-
 // At each check the server would say the same again.
 TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
   Context& context = profile_.Get();
@@ -329,40 +315,6 @@ TEST_F(OnceTest, AFileThatIsInUseAtTheHandoverKeepsNoMessageFromBeingSent) {
   EXPECT_EQ(smtp_.Messages().size(), 2);
 }
 
-TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {
-  smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
-  const QString serial = StoreWaiting();
-  Send();
-  ASSERT_TRUE(TheOutbox().KeepAsSent(serial));
-  EXPECT_EQ(Send().sent, 0);
-  EXPECT_EQ(Subjects(3).size(), 1);
-  EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
-}
-
-TEST_F(OnceTest, WhatADeathLeftUnderWayBecomesDoubtful) {
-  const QString serial = StoreWaiting();
-  StoreWaiting("later");
-  WaitingMessage message;
-  ASSERT_EQ(TheOutbox().Read(serial, message), Outbox::Reading::Ready);
-  ASSERT_EQ(TheOutbox().BeginHandover(serial, message.version, QStringLiteral("mail.example")),
-            Outbox::Claim::Taken);
-  EXPECT_EQ(Send().sent, 1);
-  EXPECT_TRUE(TheOutbox().FindDoubtful(serial));
-  EXPECT_TRUE(host_.log.join(u'\n').contains(QStringLiteral("1通あります")));
-  EXPECT_EQ(smtp_.Messages().size(), 1);
-}
-
-TEST_F(OnceTest, ARefusedMessageWaitsAgain) {
-  for (const char* command : {"DATA", "."}) {
-    smtp_.Replies = {{command, "452 full\r\n"}};
-    StoreWaiting(command);
-    EXPECT_EQ(Send().sent, 0);
-    EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
-    smtp_.Replies.clear();
-    EXPECT_EQ(Send().sent, 1);
-  }
-}
-
 TEST_F(OnceTest, WhatCannotBeNotedIsNotSent) {
   for (int i = 0; i < 3; ++i) StoreWaiting(QByteArray::number(i));
   ASSERT_TRUE(
@@ -445,15 +397,6 @@ TEST_F(OnceTest, TheFileRefusesAReceivedMessageItHas) {
   EXPECT_EQ(store.StoreReceived(again, "Subject: a\r\n\r\n"), MailStore::Received::Known);
   EXPECT_TRUE(store.StoreMessage(again, "Subject: a\r\n\r\n").isEmpty());
   EXPECT_EQ(Subjects(4).size(), 1);
-}
-
-TEST_F(OnceTest, ARefusedRecipientIsNamedAtTheMessage) {
-  smtp_.Replies = {{"RCPT", "550 5.1.1 no such user here\r\n"}};
-  StoreWaiting("to nobody");
-  Send();
-  EXPECT_TRUE(host_.log.last().contains(QStringLiteral("a@example.com: 550 5.1.1 no such user")))
-      << host_.log.last().toStdString();
-  EXPECT_EQ(Subjects(2).size(), 1);
 }
 
 }  // namespace

@@ -117,36 +117,6 @@ TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
   CloseAndWait(read);
 }
 
-TEST_F(SendingWindowTest, WhatIsReadAndWhatIsWrittenHaveFontsOfTheirOwn) {
-  const auto points = [](const MessageWindow& window) {
-    return Child<QPlainTextEdit>(window, u"txMemo").font().pointSize();
-  };
-  const DiskPtr settings = Settings(Context()).Bag();
-  settings->Let(QStringLiteral("MessageFontSize"), 17);
-  settings->Let(QStringLiteral("EditFontSize"), 23);
-  settings->Let(QStringLiteral("EditFont"), QStringLiteral("Serif"));
-  MessageWindow& read = OpenStored(kPlain, 4);
-  EXPECT_EQ(points(read), 17);
-  CloseAndWait(read);
-  MessageWindow& written = OpenStored(kDraft, 1);
-  EXPECT_EQ(points(written), 23);
-  EXPECT_EQ(Child<QPlainTextEdit>(written, u"txMemo").font().family(), QStringLiteral("Serif"));
-  settings->Let(QStringLiteral("EditFontSize"), 30);
-  program_->Parent()->ApplySettings();
-  EXPECT_EQ(points(written), 30);
-  CloseAndWait(written);
-
-  settings->Let(QStringLiteral("ListFontSize"), 21);
-  settings->Let(QStringLiteral("ListFont"), QStringLiteral("No\"such"));
-  program_->Parent()->ApplySettings();
-  const QString script = QStringLiteral(
-      "(() => { const s = getComputedStyle(document.body);"
-      " return s.fontFamily + ' ' + Math.round(parseFloat(s.fontSize)); })()");
-  EXPECT_TRUE(WaitFor([&] {
-    return Script(script).toString() == QStringLiteral("Nosuch, sans-serif 28");
-  })) << Script(script).toString().toStdString();
-}
-
 TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   const QByteArray alias =
       "From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n";
