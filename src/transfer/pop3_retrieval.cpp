@@ -122,7 +122,7 @@ void Pop3Retrieval::Fetch(size_t message) {
 // A server that does not give the header alone: the rules see it once the message is here.
 void Pop3Retrieval::FetchUntested(size_t message) {
   if (wantsHeaders_ && !std::exchange(toldOfTop_, true)) {
-    events_.Log(0,
+    session_.Log(0,
                 Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
                        "メッセージを受信してから調べます。"));
   }
@@ -276,7 +276,7 @@ void Pop3Retrieval::ReportProgress(qint64 inFlight) {
   const qint64 step = bytesTotal_ > 0 ? done * kProgressSteps / bytesTotal_ : 0;
   if (step == lastProgress_) return;
   lastProgress_ = step;
-  events_.Progress(0, bytesTotal_, qMin(done, bytesTotal_));
+  session_.Progress(0, bytesTotal_, qMin(done, bytesTotal_));
 }
 
 }  // namespace vorn

@@ -19,7 +19,7 @@ namespace vorn {
 class Pop3Retrieval {
  public:
   Pop3Retrieval(const Pop3Login& login, PopEvents& events, Pop3Pipeline& pipeline)
-      : login_(login), events_(events), pipeline_(pipeline) {}
+      : login_(login), session_(events), events_(events.Retrieval()), pipeline_(pipeline) {}
 
   /// Begins with the bodies of the answers to LIST and UIDL; no `uidl` from a server that does not
   /// know it. Returns whether the session goes on.
@@ -64,7 +64,8 @@ class Pop3Retrieval {
   void KeepNear();
 
   const Pop3Login& login_;
-  PopEvents& events_;
+  PopEvents& session_;
+  RetrievalEvents& events_;
   Pop3Pipeline& pipeline_;
   std::vector<Pop3Message> messages_;
   size_t next_ = 0;

@@ -40,7 +40,7 @@ void SmtpSession::Abandon() {
 }
 
 void SmtpSession::EndHandover(HandoverOutcome outcome) {
-  if (std::exchange(handingOver_, false)) events_.HandoverEnded(outcome, redaction_.Words(reply_));
+  if (std::exchange(handingOver_, false)) events_.Handover().HandoverEnded(outcome, redaction_.Words(reply_));
 }
 
 // Tells a refusal and says good-bye in order.
@@ -233,7 +233,7 @@ void SmtpSession::TakeEnvelopeReply(int code) {
                       Ui::tr("差出人のアドレス「%1」をサーバーに断られました。").arg(address));
   }
   if (code / 100 != 2) {
-    events_.RecipientRefused(address, redaction_.Words(reply_));
+    events_.Handover().RecipientRefused(address, redaction_.Words(reply_));
     refusals_.append(redaction_.WithReply(address, reply_));
   }
   if (envelope_.AwaitsReply()) return;
@@ -253,7 +253,7 @@ void SmtpSession::EnvelopeDone() {
     Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
     return;
   }
-  if (!events_.BeginHandover()) {
+  if (!events_.Handover().BeginHandover()) {
     Leave();
     return;
   }
@@ -281,7 +281,7 @@ void SmtpSession::TakeDecision(int code) {
          redaction_.WithReply(Ui::tr("メッセージの送信を断られました。"), reply_));
   } else if (kind == 2) {
     handingOver_ = false;
-    events_.MessageSent(job_.source);
+    events_.Handover().MessageSent(job_.source);
     Leave();
   } else if (kind == 4 || kind == 5) {
     LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
