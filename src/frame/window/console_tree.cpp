@@ -16,7 +16,6 @@
 #include "objects/any_object.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
-#include "objects/select_objects.h"
 #include "present/link_command.h"
 #include "storage/ui.h"
 
