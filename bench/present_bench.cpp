@@ -246,7 +246,7 @@ int main(int argc, char** argv) {
   Require(!isNew || CreateFirstProfile(context) != nullptr, context.Data.LastError().text);
   Require(LogIn(context, {}, {}, &error), error);
   // As a new profile has it, whatever version made the folder.
-  const DiskPtr settings = Settings(context);
+  const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("MessagesNewest"), true);
   Require(SaveObject(context, DatabaseKind::Profile, *settings), context.Data.LastError().text);
   if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());

@@ -17,6 +17,7 @@
 #include "storage/file_key.h"
 #include "storage/file_lock.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 #include "storage/recovery_code.h"
 #include "storage/ui.h"
 
@@ -29,11 +30,8 @@ QString FirstStartLock(const Context& context) {
   return context.AppFolder + QStringLiteral("navi.lock");
 }
 
-const QString kPassword = QStringLiteral("password");
-const QString kStatus = QStringLiteral("status");
-
 QString ProfilePath(const Context& context, const Disk& profile) {
-  return PlatformPath(context, profile.Text(u"Profile"));
+  return PlatformPath(context, ProfileBag(profile).File());
 }
 
 // The default profile is the one logged in last.
@@ -205,8 +203,7 @@ void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
-    if (profile->Flag(u"Rebuilt") &&
-        CheckLogin(context, profile, password) != LoginCheck::Refused &&
+    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) != LoginCheck::Refused &&
         AnyObject(*profile).Name() == name) {
       return profile;
     }
@@ -285,9 +282,9 @@ bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& t
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
-  context.Session->Let(kPassword, password);
-  context.Session->Let(kStatus, profile.SerialID());
-  context.Session->Let(QStringLiteral("mode"), QStringLiteral("login"));
+  ProfileBag::SetPassword(*context.Session, password);
+  ProfileBag::SetAnswer(*context.Session, profile.SerialID());
+  ProfileBag::SetLogin(*context.Session);
 }
 
 bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QString* error) {
@@ -296,7 +293,7 @@ bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QStrin
       return LoadObjects(context, DatabaseKind::Navigator, context.Objects) ||
              Fail(context, Ui::tr("プロファイルの一覧を読み込めません。"), error);
     case LoginStep::EnterProfile: {
-      const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
+      const DiskPtr profile = context.Objects.Find(ProfileBag(*context.Session).Answer());
       if (profile == nullptr) return Fail(context, Ui::tr("プロファイルがありません。"), error);
       if (!HoldProfile(context, *profile)) {
         return Fail(context, Ui::tr("プロファイルを使えません。"), error);

@@ -14,6 +14,7 @@
 #include "storage/databases.h"
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/sole_use.h"
 #include "storage/ui.h"
 
@@ -209,7 +210,7 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
     *error = Ui::tr("ユーザー設定を保存できないため、起動できません。");
     return false;
   }
-  context.Session->Let(QStringLiteral("login"), false);
+  ProfileBag::SetLoggedIn(*context.Session, false);
   if (!MakePrivateFolder(context.AppFolder)) {
     *error = Ui::tr("データフォルダ「%1」を作成できません。")
                  .arg(QDir::toNativeSeparators(context.AppFolder));

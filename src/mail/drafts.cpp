@@ -2,7 +2,6 @@
 
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 
 namespace vorn::Drafts {

@@ -8,7 +8,6 @@
 #include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"

@@ -64,7 +64,7 @@ bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
   options.textTypes = Settings(context_).TextTypes();
-  options.hasEndMark = qAbs(MessageBag(request).Status()) != kStatusReceived;
+  options.hasEndMark = MessageBag(request).AbsoluteStatus() != kStatusReceived;
   options.standardHeaders = Settings(context_).HasStandardHeaders();
   return IndexMessage(source, MessageBag(request).Flags(), options);
 }

@@ -12,7 +12,7 @@ void MessageBag::SetDatabase(Disk& bag, DatabaseKind kind) {
 }
 
 void MessageBag::CopyPlace(Disk& other) const {
-  for (const QString& key : {kDatabase, kFile}) {
+  for (const QString& key : {kDatabase, kFile, kPassword}) {
     if (const QVariant value = bag_.Get(key); value.isValid()) other.Let(key, value);
   }
 }

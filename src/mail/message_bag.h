@@ -22,6 +22,9 @@ class MessageBag {
   /// The stored path of that file, by default that of the profile's mail.
   QString File(const Context& context) const;
   static void SetFile(Disk& bag, const QString& file) { bag.Let(kFile, file); }
+  /// The password of that file.
+  QString Password() const { return bag_.Text(kPassword); }
+  static void SetPassword(Disk& bag, const QString& password) { bag.Let(kPassword, password); }
   /// Makes another one a message of the same database.
   void CopyPlace(Disk& other) const;
 
@@ -30,6 +33,9 @@ class MessageBag {
   static void SetMessageId(Disk& bag, const QString& id) { bag.Let(kMessageId, id); }
   /// Its state (`MessageStatus`), negative in the dust.
   int Status() const { return bag_.Number(kStatus, kStatusEdit); }
+  /// Its state, wherever it is.
+  int AbsoluteStatus() const { return qAbs(Status()); }
+  bool IsDust() const { return Status() < 0; }
   bool HasStatus() const { return bag_.Get(kStatus).isValid(); }
   static void SetStatus(Disk& bag, int status) { bag.Let(kStatus, status); }
   /// The flag string (`GetFlagChar`).
@@ -45,6 +51,7 @@ class MessageBag {
  private:
   static inline const QString kDatabase = QStringLiteral("db");
   static inline const QString kFile = QStringLiteral("file");
+  static inline const QString kPassword = QStringLiteral("password");
   static inline const QString kMessageId = QStringLiteral("MessageID");
   static inline const QString kStatus = QStringLiteral("process");
   static inline const QString kFlags = QStringLiteral("flag");

@@ -8,18 +8,10 @@
 #include "mail/compose_message.h"
 #include "mail/mail_store.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
 
 namespace vorn {
-namespace {
-
-const QString kProcess = QStringLiteral("process");
-const QString kSend = QStringLiteral("send");
-
-}  // namespace
-
 QString MessageDocument::File() const {
-  return request_->Text(u"file", MailDatabasePath(context_));
+  return MessageBag(*request_).File(context_);
 }
 
 OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& shown) {
@@ -34,14 +26,14 @@ OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& s
   // One that is gone has nothing that could be edited or sent.
   const bool isGone = !opened.found && !IsNew() && opened.source.isEmpty();
   isUnreadable_ = opened.unreadable.has_value() || isGone;
-  if (isGone) request_->Let(kProcess, static_cast<int>(kStatusEdit));  // it waits no longer
+  if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
   changedState_ = 0;
   tag_ = request_->SerialID();
   return opened;
 }
 
 QString MessageDocument::ShownHtml() const {
-  return WithInlineImages(html_, source_, request_->Text(u"content"));
+  return WithInlineImages(html_, source_, Request().ContentIndex());
 }
 
 QByteArray MessageDocument::Compose(const MessageModel& model, QString* error) const {
@@ -58,48 +50,47 @@ QByteArray MessageDocument::Compose(const MessageModel& model, QString* error) c
 
 int MessageDocument::Status() const {
   return request_ == nullptr ? static_cast<int>(kStatusEdit)
-                             : qAbs(request_->Number(kProcess, kStatusEdit));
+                             : MessageBag(*request_).AbsoluteStatus();
 }
 
 bool MessageDocument::IsInDust() const {
-  return request_->Number(kProcess) < 0;
+  return MessageBag(*request_).IsDust();
 }
 
 bool MessageDocument::IsNew() const {
-  return request_ != nullptr && request_->Flag(u"new");
+  return request_ != nullptr && Request().IsNew();
 }
 
 int MessageDocument::BeginSending() {
-  const int before = request_->Number(kProcess);
-  request_->Let(kSend, true);
-  request_->Let(kProcess, static_cast<int>(kStatusWaiting));
+  const int before = MessageBag(*request_).Status();
+  Request().SetSent(true);
+  MessageBag::SetStatus(*request_, kStatusWaiting);
   return before;
 }
 
 void MessageDocument::EndSending(int before) {
-  request_->Let(kSend, false);
-  request_->Let(kProcess, before);
+  Request().SetSent(false);
+  MessageBag::SetStatus(*request_, before);
 }
 
 bool MessageDocument::IsSending() const {
-  return request_ != nullptr && request_->Flag(kSend);
+  return request_ != nullptr && Request().IsSent();
 }
 
 void MessageDocument::ToggleDust() {
-  request_->Let(kProcess, -request_->Number(kProcess));
+  MessageBag::SetStatus(*request_, -MessageBag(*request_).Status());
   changedState_ |= kStateStatus;
 }
 
 void MessageDocument::SetFolders(const QString& folders) {
-  request_->Let(QStringLiteral("folder"), folders);
+  MessageBag::SetFolders(*request_, folders);
   changedState_ |= kStateFolders;
 }
 
 // The automatic choice leaves the stored one as it was.
 void MessageDocument::KeepCode() {
-  request_->Let(QStringLiteral("flag"),
-                SetFlagChar(request_->Text(u"flag"), kFlagCode,
-                            QString::number(static_cast<int>(code_.charset))));
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagCode,
+                                              QString::number(static_cast<int>(code_.charset))));
   changedState_ |= kStateFlag;
 }
 

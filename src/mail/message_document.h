@@ -4,6 +4,7 @@
 
 #include "mail/codec/code_offers.h"
 #include "mail/message_bag.h"
+#include "mail/message_request.h"
 #include "mail/open_message.h"
 
 namespace vorn {
@@ -28,8 +29,9 @@ class MessageDocument {
 
   /// Another message takes the place of this one; it is yet to be opened.
   void Take(const DiskPtr& request) { request_ = request; }
-  /// Null before the first one.
-  const DiskPtr& Request() const { return request_; }
+  bool HasRequest() const { return request_ != nullptr; }
+  const DiskPtr& Bag() const { return request_; }
+  MessageRequest Request() const { return MessageRequest(*request_); }
   /// The serial identifier under which it was opened.
   QString Tag() const { return tag_; }
   /// The mail file that it is in.

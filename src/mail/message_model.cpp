@@ -9,7 +9,6 @@
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"

@@ -14,6 +14,7 @@
 #include "storage/file_notes.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/raw_pages.h"
 #include "storage/recovery_code.h"
 #include "storage/ui.h"
@@ -151,7 +152,7 @@ QString PasswordFor(Context& context, const Disk& profile, const QString& typed)
 }
 
 void RememberCode(const Context& context) {
-  const QString code = FileKey::CodeIn(context.Session->Text(u"password"));
+  const QString code = FileKey::CodeIn(ProfileBag(*context.Session).Password());
   if (code.isEmpty()) return;
   const CodeFile file = CodeFileOf(context, *context.Session);
   if (!file.NamesSecret() && file.Code() != code) file.Keep(code);
@@ -225,9 +226,9 @@ DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& 
   const QString folder = QStringLiteral("/current/") + serialId + u'\\';
   AnyObject::Begin(*profile, object_type::kProfile, name);
   AnyObject::SetSystem(*profile, true);
-  profile->Let(QStringLiteral("Profile"), QString(folder + QStringLiteral("profile.mbx")));
-  profile->Let(QStringLiteral("Mail"), mail);
-  profile->Let(QStringLiteral("History"), mail);
+  ProfileBag::SetFile(*profile, folder + QStringLiteral("profile.mbx"));
+  ProfileBag::SetMailFiles(*profile, mail);
+  ProfileBag::SetHistory(*profile, mail);
   return profile;
 }
 
@@ -242,8 +243,8 @@ DiskPtr CreateProfile(Context& context, const QString& name) {
 
 void EnterProfile(Context& context, const DiskPtr& profile, const QString& password) {
   context.Session = profile;
-  profile->Let(QStringLiteral("Password"), password);
-  profile->Let(QStringLiteral("login"), true);
+  ProfileBag::SetPassword(*profile, password);
+  ProfileBag::SetLoggedIn(*profile, true);
 }
 
 bool MarkDefaultProfile(Context& context) {
@@ -256,8 +257,9 @@ QStringList ProfileFolders() {
 }
 
 QStringList ProfileFiles(const Context& context, const Disk& profile) {
-  QStringList files{PlatformPath(context, profile.Text(u"Profile"))};
-  const QString lists = profile.Text(u"Mail") + kLineBreak + profile.Text(u"History");
+  QStringList files{PlatformPath(context, ProfileBag(profile).File())};
+  const QString lists =
+      ProfileBag(profile).MailFiles() + kLineBreak + ProfileBag(profile).History();
   for (const QString& line : lists.split(kLineBreak, Qt::SkipEmptyParts)) {
     files.append(PlatformPath(context, line));
   }
@@ -297,7 +299,7 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
     return false;
   }
   if (context.Session->SerialID() == profile.SerialID()) {
-    context.Session->Let(QStringLiteral("password"), to);
+    ProfileBag::SetPassword(*context.Session, to);
     NoteFiles(context);  // which keys are the present ones; tried again at the end
   }
   return true;
@@ -306,7 +308,7 @@ bool ChangeProfilePassword(Context& context, const Disk& profile, const QString&
 bool AdoptMailFile(Context& context, const QString& path, const QString& itsPassword,
                    QString* error) {
   PasswordChange change(context.Data, path + QStringLiteral(".decided"), {path});
-  const QString password = context.Session->Text(u"password");
+  const QString password = ProfileBag(*context.Session).Password();
   // An earlier try may have died at its end.
   if (change.IsUnfinished() && change.Finish() && context.Data.TestPassword(path, password)) {
     return true;

@@ -5,15 +5,12 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/file_notes.h"
+#include "storage/profile_bag.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
-
-const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
-                                  QStringLiteral("mode"), QStringLiteral("login"),
-                                  QStringLiteral("cancel")};
 
 namespace {
 
@@ -58,7 +55,8 @@ bool StoreRows(DataSession& data, Disk& object) {
   Disk stored(object.SerialID());
   for (qint32 i = 1; i <= object.Size(); ++i) {
     const QString& name = object.NameAt(i);
-    if (!kSessionKeys.contains(name, Qt::CaseInsensitive)) stored.Let(name, object.Get(name));
+    if (!ProfileBag::SessionKeys().contains(name, Qt::CaseInsensitive))
+      stored.Let(name, object.Get(name));
   }
   return stored.DiskToDatabase(data);
 }

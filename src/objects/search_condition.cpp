@@ -2,7 +2,6 @@
 
 #include "objects/folder_object.h"
 #include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"

@@ -9,6 +9,7 @@
 
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/sql_dialect.h"
 
 namespace vorn {
@@ -51,7 +52,7 @@ ConditionRun::ConditionRun(Context& context, const QString& select, int limitMs,
     const OpenedDatabase mail(context, DatabaseKind::Mail);
     // What is only gathered cannot be seen by another connection.
     if (mail) context.Data.FlushForReading();
-    connection_ = mail ? Connection::Open(path_, context.Session->Text(u"Password"),
+    connection_ = mail ? Connection::Open(path_, ProfileBag(*context.Session).Password(),
                                           Connection::Mode::ReadOnly, &failed.error)
                        : nullptr;
     if (!mail) failed.error = context.Data.LastError();

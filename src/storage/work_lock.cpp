@@ -4,13 +4,15 @@
 #include <QFileInfo>
 
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 QString LockPath(const Context& context, QString work) {
-  const QString folder = QFileInfo(PlatformPath(context, context.Session->Text(u"Profile"))).path();
+  const QString folder =
+      QFileInfo(PlatformPath(context, ProfileBag(*context.Session).File())).path();
   MakePrivateFolder(folder);
   for (QChar& c : work) {
     if (!c.isLetterOrNumber() && c != u'-' && c != u'_') c = u'_';

@@ -66,9 +66,6 @@ class CheckJob {
   /// The user wants it as well.
   void BeAsked() { bag_->Let(kUnasked, false); }
   bool IsPeriodic() const { return bag_->Flag(kPeriodic); }
-  /// The work of receiving that it has taken: the user may change the account meanwhile.
-  QString Work() const { return bag_->Text(kWork); }
-  void SetWork(const QString& work) { bag_->Let(kWork, work); }
 
  private:
   static CheckJob New(const QString& serial, Mode mode);
@@ -85,7 +82,6 @@ class CheckJob {
   static inline const QString kHeld = QStringLiteral("held");
   static inline const QString kUnasked = QStringLiteral("unasked");
   static inline const QString kPeriodic = QStringLiteral("periodic");
-  static inline const QString kWork = QStringLiteral("receivework");
 
   DiskPtr bag_;
 };

@@ -14,6 +14,7 @@
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window_request.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
@@ -195,7 +196,7 @@ void CheckPlan::ReceiveStep(CheckJob& job) {
   if (job.Step() == JobStep::Begun) {
     FinishReceiving(job, account);
   } else if (MayReceive(job, account) && TakeWork(account.Work(), job)) {
-    job.SetWork(account.Work());
+    SessionRecord(job.Bag()).SetWork(account.Work());
     StartReceiving(job, account);
   }
 }
@@ -282,14 +283,11 @@ void CheckPlan::ForgetRefusedPassword(const CheckJob& job, Account& account) {
 
 void CheckPlan::FinishReceiving(CheckJob& job, Account& account) {
   ForgetRefusedPassword(job, account);
-  works_.erase(job.Work());
-  const QString messages = SessionRecord(job.Bag()).Received();
+  const SessionRecord record(job.Bag());
+  works_.erase(record.Work());
+  const QString messages = record.Received();
   if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
-    auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
-    request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
-    request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));
-    request->Let(QStringLiteral("message"), messages);
-    host_.PostRequest(request);
+    host_.PostRequest(WindowRequest::NewMessages(context_.Data.NewSerialID(), messages));
   }
   RecordSession(job, account);
   const DiskCollectionPtr accounts = job.Accounts();

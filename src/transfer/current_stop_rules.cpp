@@ -1,13 +1,11 @@
 #include "transfer/current_stop_rules.h"
 
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
+#include "transfer/rules_object.h"
 
 namespace vorn {
 
 const ReceiveStopRules& CurrentStopRules::Get() {
-  const DiskPtr object = LoadObject(context_, fixed_serial::kRules);
-  const QString text = object != nullptr ? object->Text(u"ReceiveStop") : QString();
+  const QString text = RulesObject(context_).Lines();
   if (!rules_ || text != text_) {
     text_ = text;
     rules_.emplace(text);
@@ -16,7 +14,7 @@ const ReceiveStopRules& CurrentStopRules::Get() {
 }
 
 bool CurrentStopRules::DeleteOnServer() const {
-  return LoadObject(context_, fixed_serial::kRules)->Flag(u"ReceiveStopDelete");
+  return RulesObject(context_).DeletesOnServer();
 }
 
 }  // namespace vorn

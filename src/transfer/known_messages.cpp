@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -39,11 +39,11 @@ void KnownMessages::BeginSession(bool deletes) {
 
 // Those that a file of the profile may know a message by.
 QStringList KnownMessages::MailFiles() const {
-  const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
+  const QStringList files = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
   if (!Settings(context_).IsCareful()) return files;
   // Also those that were used before, so that a new file does not begin with all that they have.
   QStringList all = files;
-  for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
+  for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
     if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
   }
   all.removeDuplicates();

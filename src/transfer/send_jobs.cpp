@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "mail/codec/address.h"
-#include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "mail/outbox.h"
 #include "objects/account.h"
@@ -14,6 +13,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "transfer/check_job.h"
 #include "transfer/check_plan.h"
@@ -111,7 +111,7 @@ bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QStrin
         if (IsPlanned(rows->SerialID())) continue;
         const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
         SendItem message(rows->SerialID(), file.isEmpty() ? MailDatabasePath(context_) : file,
-                         context_.Session->Text(u"password"), lines,
+                         ProfileBag(*context_.Session).Password(), lines,
                          rows->Fields(u"FIELD_SUBJECT").toString());
         message.SetSender(AccountFor(lines));
         messages.push_back(message);

@@ -39,6 +39,9 @@ class SessionRecord {
   /// The session is to begin once more.
   void SetAgain(bool again) { job_->Let(kAgain, again); }
   bool IsAgain() const { return job_->Flag(kAgain); }
+  /// The work of receiving that was taken for it: the user may change the account meanwhile.
+  QString Work() const { return job_->Text(kWork); }
+  void SetWork(const QString& work) { job_->Let(kWork, work); }
   /// The account whose password the user was asked for, so as not to ask again.
   QString Asked() const { return job_->Text(kAsked); }
   void SetAsked(const QString& account) { job_->Let(kAsked, account); }
@@ -52,6 +55,7 @@ class SessionRecord {
   static inline const QString kDoubtful = QStringLiteral("doubtful");
   static inline const QString kStoreFailed = QStringLiteral("storefailed");
   static inline const QString kAgain = QStringLiteral("again");
+  static inline const QString kWork = QStringLiteral("receivework");
   static inline const QString kAsked = QStringLiteral("asked");
 
   DiskPtr job_;

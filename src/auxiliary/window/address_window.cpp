@@ -9,7 +9,6 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "auxiliary/window/answer_key.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/tool_letter.h"
@@ -20,6 +19,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/like_pattern.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -147,19 +147,19 @@ void AddressWindow::Select() {
     const QListWidgetItem* item = lvCandidacy_->item(row);
     if (item->isSelected()) lines.append(item->data(Qt::UserRole).toString());
   }
-  context_.Session->Let(kAnswer, lines.join(kLineBreak));
+  ProfileBag::SetAnswer(*context_.Session, lines.join(kLineBreak));
   accept();
 }
 
 QString SelectAddresses(Context& context, QWidget* parent, const QString& types) {
   auto request = std::make_shared<Disk>(context.Data.NewSerialID());
   request->Let(QStringLiteral("draw"), types);
-  context.Session->Let(kAnswer, QString());
+  ProfileBag::SetAnswer(*context.Session, QString());
   AddressWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  const QString chosen = context.Session->Text(kAnswer);
-  context.Session->Let(kAnswer, QString());
+  const QString chosen = ProfileBag(*context.Session).Answer();
+  ProfileBag::SetAnswer(*context.Session, QString());
   return chosen;
 }
 

@@ -12,19 +12,17 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "auxiliary/window/answer_key.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
-#include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
 
-const QString kCancel = QStringLiteral("cancel");
 constexpr int kMinimumWidth = 360;
 
 }  // namespace
@@ -194,14 +192,14 @@ void ConsoleWindow::cmOk_Click() {
 }
 
 void ConsoleWindow::End(const QVariant& answer) {
-  context_.Session->Let(kAnswer, answer);
-  context_.Session->Let(kCancel, false);
+  ProfileBag::SetAnswer(*context_.Session, answer);
+  ProfileBag::SetCancelled(*context_.Session, false);
   accept();
 }
 
 void ConsoleWindow::reject() {
-  context_.Session->Let(kAnswer, QString());
-  context_.Session->Let(kCancel, true);
+  ProfileBag::SetAnswer(*context_.Session, QString());
+  ProfileBag::SetCancelled(*context_.Session, true);
   QDialog::reject();
 }
 
@@ -219,7 +217,8 @@ QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QStri
   ConsoleWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kAnswer);
+  const ProfileBag session(*context.Session);
+  return session.IsCancelled() ? QString() : session.Answer();
 }
 
 }  // namespace

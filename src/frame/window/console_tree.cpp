@@ -12,7 +12,6 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "objects/select_objects.h"
 #include "storage/ui.h"
 
 namespace vorn {

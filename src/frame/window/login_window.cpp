@@ -20,6 +20,7 @@
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -99,7 +100,7 @@ void LoginWindow::cmOk_Click() {
 // The first login makes the profile's files with the password that is typed: a slip of the fingers
 // would lock its user out for ever.
 bool LoginWindow::ConfirmFirst(const Disk& profile, const QString& password) {
-  if (password.isEmpty() || HasContent(PlatformPath(context_, profile.Text(u"Profile"))))
+  if (password.isEmpty() || HasContent(PlatformPath(context_, ProfileBag(profile).File())))
     return true;
   if (!LostFiles(context_, profile).isEmpty()) return true;  // not the first one
   bool given = false;
@@ -174,7 +175,7 @@ bool LoginWindow::AskFormerPassword(const QString& reason, LostFileChoice& choic
 }
 
 void LoginWindow::reject() {
-  context_.Session->Let(QStringLiteral("status"), QString());
+  ProfileBag::SetAnswer(*context_.Session, QString());
   QDialog::reject();
   Q_EMIT Cancelled();
 }

@@ -9,6 +9,7 @@
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -62,7 +63,7 @@ QString MessageActions::AskFolder() {
                                  Ui::tr("メッセージを入れるフォルダを選択してください。"),
                                  QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
   if (into == kAnotherWanted) return MakeFolder(ask);
-  if (into.isEmpty() && !context_.Session->Flag(u"cancel")) {
+  if (into.isEmpty() && !ProfileBag(*context_.Session).IsCancelled()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
   return into;

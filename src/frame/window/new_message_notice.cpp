@@ -12,7 +12,6 @@
 #include "mail/codec/flag_string.h"
 #include "mail/message_rows.h"
 #include "objects/notice_settings.h"
-#include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 

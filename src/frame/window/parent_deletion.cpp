@@ -10,7 +10,6 @@
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {

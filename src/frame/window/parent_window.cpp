@@ -19,6 +19,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/archive/import_messages.h"
 #include "mail/mailto.h"
+#include "mail/message_bag.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
@@ -32,6 +33,7 @@
 #include "present/window/browser_window.h"
 #include "present/window/shown_folder.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 #include "transfer/window/rule_window.h"
@@ -184,7 +186,7 @@ void ParentWindow::LoadDefaultProperty() {
   ArrangeWindows();
   OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
-  const bool isMaximized = PlacementBag(context_, objectName())->Flag(u"maximized");
+  const bool isMaximized = WasMaximized(context_, objectName());
   QTimer::singleShot(0, this, [this, isMaximized] {
     // Earlier the first page, which makes the native window anew, would undo it.
     if (isMaximized) setWindowState(windowState() | Qt::WindowMaximized);
@@ -283,7 +285,7 @@ std::vector<RequestWindow*> ParentWindow::OpenWindows() const {
 }
 
 RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
-  const QString status = request.Text(u"status");
+  const QString status = WindowRequest(request).Status();
   if (status == u"browser") {
     // A page that is only printed is none of those that the user arranges and acts on.
     if (request.Text(u"exec") == u"print") return NewUnseenBrowser();
@@ -339,7 +341,7 @@ void ParentWindow::ArrangeWindows() {
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
-  notice_.Tell(request.Text(u"message").split(kLineBreak));
+  notice_.Tell(WindowRequest(request).NewMessages().split(kLineBreak));
 }
 
 void ParentWindow::ApplySettings() {
@@ -449,8 +451,8 @@ void ParentWindow::OpenMessage(int open, const QString& serialId, bool isNew) {
   request.serialId = serialId;
   request.isNew = isNew;
   request.db = static_cast<int>(DatabaseKind::MailByPath);
-  request.file = context_.Session->Text(u"Mail");
-  request.password = context_.Session->Text(u"password");
+  request.file = ProfileBag(*context_.Session).MailFiles();
+  request.password = ProfileBag(*context_.Session).Password();
   queue_.PostMailRequest(request);
 }
 
@@ -520,13 +522,14 @@ void ParentWindow::OpenFolder(const QString& serialId) {
 void ParentWindow::OpenEvent(const QString& serialId) {
   const DiskPtr record = events_.Find(serialId);
   if (record == nullptr) return;
-  const QString reference = record->Text(u"reference");
-  if (record->Number(u"mode") == kEventMessage) {
+  const QString reference = EventRecord(*record).Reference();
+  if (EventRecord(*record).IsAboutMessage()) {
+    const MessageBag message(*record);
     MailRequest request;
     request.serialId = reference;
-    request.db = record->Number(u"db");
-    request.file = record->Text(u"file");
-    request.password = record->Text(u"password");
+    request.db = static_cast<int>(message.Database());
+    request.file = message.File(context_);
+    request.password = message.Password();
     request.event = serialId;
     queue_.PostMailRequest(request);
     return;
@@ -537,7 +540,7 @@ void ParentWindow::OpenEvent(const QString& serialId) {
   if (object == nullptr && !isSettings) {
     ShowBox(this, QMessageBox::Information,
             Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak +
-                record->Text(u"message"));
+                EventRecord(*record).Text());
     return;
   }
   PostDialog(reference, isSettings ? reference : type, kShowModal,

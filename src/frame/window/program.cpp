@@ -23,6 +23,7 @@
 #include "objects/profile.h"
 #include "present/window/page_source.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -79,7 +80,7 @@ Program::~Program() {
 }
 
 void Program::CloseFiles() {
-  if (context_.Session->Flag(u"login")) {
+  if (ProfileBag(*context_.Session).IsLoggedIn()) {
     RememberCode(context_);
     NoteFiles(context_);  // tried again at the next login
   }

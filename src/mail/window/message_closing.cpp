@@ -65,7 +65,7 @@ bool MessageClosing::StoreEdited() {
     ShowBox(&window_, QMessageBox::Critical, error);
     return false;
   }
-  if (!MailStore(context_).StoreMessage(*document_.Request(), source).isEmpty()) {
+  if (!MailStore(context_).StoreMessage(*document_.Bag(), source).isEmpty()) {
     Drafts::Forget(context_, document_.Tag());
     host_.MessageStored();
     return true;
@@ -90,7 +90,7 @@ bool MessageClosing::Close() {
 }
 
 bool MessageClosing::Store() {
-  if (document_.Request() == nullptr || document_.Request()->Flag(u"messagedelete")) return true;
+  if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
   if (document_.IsUnreadable()) {
     if (document_.HasChangedState()) StoreState();
     return true;
@@ -99,7 +99,7 @@ bool MessageClosing::Store() {
   if (!host_.IsClosing()) receipt_.AskIfDue();
   const bool isNew = document_.IsNew();
   const bool sends = document_.IsSending();
-  const bool isAnswer = document_.Request()->Number(u"open") != static_cast<int>(OpenMode::Show);
+  const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
   if (isNew && isAnswer && !sends && !isEdited_) return true;  // it can be made again
   if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
   if (isNew && !sends) {
@@ -134,12 +134,12 @@ bool MessageClosing::Store() {
 
 // On the message that this one answers or forwards.
 void MessageClosing::NoteAnswer() {
-  const auto mode = static_cast<OpenMode>(document_.Request()->Number(u"open"));
+  const OpenMode mode = document_.Request().Mode();
   const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
   const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
-  const QString original = document_.Request()->Text(u"original");
-  if (original.isEmpty() || (!forwards && !answers)) return;
-  SetMark(context_, {original}, forwards ? kFlagForwarded : kFlagAnswered, true);
+  if (!document_.Request().HasOriginal() || (!forwards && !answers)) return;
+  SetMark(context_, {document_.Request().Original()}, forwards ? kFlagForwarded : kFlagAnswered,
+          true);
   host_.MessageStored();
 }
 
@@ -154,12 +154,12 @@ void MessageClosing::Delete() {
       ShowBox(&window_, QMessageBox::Question, Ui::tr("メッセージを削除します。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).DeleteMessage(*document_.Request())) {
+  if (!MailStore(context_).DeleteMessage(*document_.Bag())) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
     return;
   }
-  document_.Request()->Let(QStringLiteral("messagedelete"), true);
+  document_.Request().BeDeleted();
   Drafts::Forget(context_, document_.Tag());
   host_.MessageStored();
   window_.close();

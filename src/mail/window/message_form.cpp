@@ -178,9 +178,8 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   txSubject_->setReadOnly(!isEditable);
   lvMailaddress_->Show(model.addresses, isEditable);
   tbMailaddress_->setVisible(isEditable);
-  FitHead(
-      isEditable ? QString() : DateLine(opened.source, document.Request()->Text(u"work_timestamp")),
-      isEditable);
+  FitHead(isEditable ? QString() : DateLine(opened.source, document.Request().Timestamp()),
+          isEditable);
   lvClip_->Show(model.attachments, opened.source, isEditable);
   lvClip_->setVisible(!model.attachments.empty());
   lbClip_->setVisible(!model.attachments.empty());

@@ -125,7 +125,7 @@ void MessageSending::Cancel() {
               Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).CancelWaiting(*document_.Request())) {
+  if (!MailStore(context_).CancelWaiting(*document_.Bag())) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
                    "います）。"));
@@ -139,7 +139,7 @@ void MessageSending::ShowDoubt() {
   if (!document_.IsWaiting()) return;
   Outbox outbox(context_, document_.File());
   outbox.SettleLeftOver();
-  const auto doubtful = outbox.FindDoubtful(document_.Request()->SerialID());
+  const auto doubtful = outbox.FindDoubtful(document_.Bag()->SerialID());
   if (doubtful) bar_.Show(*doubtful);
   Q_EMIT StateChanged();
 }

@@ -11,6 +11,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/event_log.h"
+#include "frame/event_record.h"
 #include "kit/window/cascade.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
@@ -36,6 +37,8 @@
 #include "objects/any_object.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window_request.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -46,9 +49,8 @@ constexpr QSize kMessageSize(760, 620);
 
 // Where the last one was, or beside those that are there.
 void TakePlace(Context& context, QWidget& window) {
-  if (PlacementBag(context, window.objectName())->Get(u"width").isValid()) {
-    RestoreWindowPlacement(context, window, window.objectName());
-  }
+  const bool isPlaced = HasPlacement(context, window.objectName());
+  if (isPlaced) RestoreWindowPlacement(context, window, window.objectName());
   QList<QPoint> taken;
   for (const QWidget* other : QApplication::topLevelWidgets()) {
     if (other != &window && other->isVisible() && other->objectName() == window.objectName()) {
@@ -56,7 +58,6 @@ void TakePlace(Context& context, QWidget& window) {
     }
   }
   const QRect screen = ScreenFit::Room(QGuiApplication::primaryScreen()->availableGeometry());
-  const bool isPlaced = PlacementBag(context, window.objectName())->Get(u"left").isValid();
   const QRect centred(screen.center() - QPoint(window.width() / 2, window.height() / 2),
                       window.size());
   const QRect place =
@@ -82,16 +83,16 @@ void ChooseFolders(Context& context, MessageDocument& document, QWidget* window)
   const QString chosen =
       InputList(context, window, Ui::tr("保存フォルダ"),
                 Ui::tr("メッセージを保存するフォルダを選択してください。"),
-                document.Request()->Text(u"folder"), entries.join(kLineBreak), true);
-  if (context.Session->Flag(u"cancel")) return;
+                MessageBag(*document.Bag()).Folders(), entries.join(kLineBreak), true);
+  if (ProfileBag(*context.Session).IsCancelled()) return;
   document.SetFolders(chosen);
 }
 
 void SetPriority(MessageDocument& document, MessageForm& form, int priority) {
   const QStringList values = {QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("5")};
-  Disk& request = *document.Request();
-  request.Let(QStringLiteral("flag"),
-              SetFlagChar(request.Text(u"flag"), kFlagPriority, QString::number(priority)));
+  Disk& bag = *document.Bag();
+  MessageBag::SetFlags(
+      bag, SetFlagChar(MessageBag(bag).Flags(), kFlagPriority, QString::number(priority)));
   form.Headers().SetHeader(QStringLiteral("X-Priority:"), values.value(priority - 1));
 }
 
@@ -177,17 +178,17 @@ void MessageWindow::ConnectParts() {
 bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   document_.Take(request);
   Open();
-  if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
-    form_->ShowEvent(event->Text(u"message"));
+  if (const DiskPtr event = events_.Find(document_.Request().Event())) {
+    form_->ShowEvent(EventRecord(*event).Text());
   }
-  if (!request->Flag(u"AutoSend")) return true;
+  if (!document_.Request().SendsAtOnce()) return true;
   if (!document_.IsUnreadable() && sending_->Missing().isEmpty()) {
     document_.BeginSending();
     if (closing_.Close()) return false;
     document_.EndSending(kStatusEdit);
   }
-  request->Let(QStringLiteral("show"), static_cast<int>(kShowModeless));  // for the user to see why
-  SetEdited(true);                                                        // it was to go out
+  WindowRequest::SetShow(*request, kShowModeless);  // for the user to see why
+  SetEdited(true);                                  // it was to go out
   return true;
 }
 
@@ -220,7 +221,7 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
 }
 
 void MessageWindow::ControlToolbarUpdate() {
-  if (document_.Request() == nullptr) return;
+  if (!document_.HasRequest()) return;
   toolbars_->ShowIconsAlone(Settings(context_).HasIconToolbar());
   form_->Body().UseFont(
       TextFont(context_, document_.IsEditable() ? FontUse::Written : FontUse::Read));
@@ -228,7 +229,7 @@ void MessageWindow::ControlToolbarUpdate() {
 }
 
 void MessageWindow::ShowState() {
-  const QString flags = document_.Request()->Text(u"flag");
+  const QString flags = MessageBag(*document_.Bag()).Flags();
   const MessageState state{
       .status = document_.Status(),
       .isInDust = document_.IsInDust(),
@@ -247,7 +248,7 @@ void MessageWindow::Run(MessageCommand command) {
     ShowBox(this, QMessageBox::Critical, form_->Body().Text()->toPlainText());
     return;
   }
-  const QString tag = document_.Request()->SerialID();
+  const QString tag = document_.Bag()->SerialID();
   switch (command) {
     case MessageCommand::Send:
       return sending_->SendOrCancel();
@@ -301,8 +302,8 @@ void MessageWindow::Run(MessageCommand command) {
 void MessageWindow::TurnInto(OpenMode mode) {
   if (document_.IsUnreadable()) return;
   closing_.StoreState();
-  document_.Request()->Let(QStringLiteral("open"), static_cast<int>(mode));
-  document_.Request()->Let(QStringLiteral("new"), true);
+  document_.Request().SetMode(mode);
+  document_.Request().SetNew(true);
   // In the code in which it is read; a message that was erased meanwhile is answered as it is
   // shown.
   Open(false, document_.Source());
@@ -315,13 +316,9 @@ void MessageWindow::ShowNeighbour(int step) {
   if (serialId.isEmpty()) return;
   closing_.StoreState();
   auto next = std::make_shared<Disk>(serialId);
-  for (const char16_t* key : {u"db", u"file", u"password"}) {
-    const QString name = QString::fromUtf16(key);
-    if (const QVariant value = document_.Request()->Get(name); value.isValid())
-      next->Let(name, value);
-  }
+  MessageBag(*document_.Bag()).CopyPlace(*next);
   LoadDefaultProperty(next, true);
-  receipt_.AskSoon(document_.Request());
+  receipt_.AskSoon(document_.Bag());
 }
 
 void MessageWindow::closeEvent(QCloseEvent* event) {
@@ -334,7 +331,7 @@ void MessageWindow::closeEvent(QCloseEvent* event) {
 void MessageWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
-  if (document_.Request() != nullptr) receipt_.AskSoon(document_.Request());
+  if (document_.HasRequest()) receipt_.AskSoon(document_.Bag());
 }
 
 void MessageWindow::KeepDraftNow() {
@@ -359,7 +356,7 @@ void MessageWindow::ShowModal() {
 
 // What waits may be sent while its window is open.
 void MessageWindow::MessagesChanged() {
-  if (document_.Request() != nullptr && !closing_.IsClosed() && sending_->HasGone()) Open();
+  if (document_.HasRequest() && !closing_.IsClosed() && sending_->HasGone()) Open();
 }
 
 void MessageWindow::Activate() {

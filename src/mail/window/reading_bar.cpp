@@ -35,7 +35,7 @@ void ReadingBar::Pick(CharsetChoice charset) {
 
 void ReadingBar::Choose() {
   const QByteArray source = document_.Source();
-  const QString index = document_.Request()->Text(u"content");
+  const QString index = document_.Request().ContentIndex();
   const QStringList types = Settings(context_).TextTypes();
   const auto chosen =
       ChooseCode(window(), OfferCodes(source, index, types), WrongLabels(source, index, types));

@@ -8,6 +8,8 @@
 #include "kit/window/plain_text.h"
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
+#include "mail/message_bag.h"
+#include "mail/message_request.h"
 #include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
@@ -74,7 +76,7 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
   if (serialId != serialId_) {
     serialId_ = serialId;
     request_ = std::make_shared<Disk>(serialId);
-    request_->Let(QStringLiteral("file"), MailDatabasePath(context_));
+    MessageBag::SetFile(*request_, MailDatabasePath(context_));
     if (!serialId.isEmpty()) {
       opened_ = LookAtMessage(context_, *request_);
       Fill();
@@ -86,8 +88,8 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
 }
 
 void ReadingPane::Fill() {
-  head_->Show(opened_.model, opened_.source, request_->Text(u"work_timestamp"));
-  const bool asks = request_->Flag(u"notice");
+  head_->Show(opened_.model, opened_.source, MessageRequest(*request_).Timestamp());
+  const bool asks = MessageRequest(*request_).AsksForReceipt();
   receipt_->Say(
       asks
           ? Ui::tr("差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。")
@@ -113,7 +115,7 @@ void ReadingPane::Fill() {
   }
   body_->UseFont(TextFont(context_, FontUse::Read));
   const auto html = [this] {
-    return WithInlineImages(opened_.html, opened_.source, request_->Text(u"content"));
+    return WithInlineImages(opened_.html, opened_.source, MessageRequest(*request_).ContentIndex());
   };
   body_->Show(
       text, false, opened_.html.isEmpty() ? std::function<QString()>() : html,

@@ -22,6 +22,7 @@
 #include "objects/window/recovery_code_window.h"
 #include "storage/databases.h"
 #include "storage/file_key.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -136,7 +137,7 @@ void ProfilePage::AddProtection() {
   protection->setObjectName(QStringLiteral("lbProtection"));
   protection->setWordWrap(true);
   Layout().addRow(QString(), protection);
-  const QString code = FileKey::CodeIn(context_.Session->Text(u"password"));
+  const QString code = FileKey::CodeIn(ProfileBag(*context_.Session).Password());
   if (code.isEmpty()) return;
   auto* show = new QPushButton(Ui::tr("回復コードを表示(&K).."), this);
   show->setObjectName(QStringLiteral("cmRecoveryCode"));
@@ -181,7 +182,7 @@ bool ProfilePage::IsLoggedIn() const {
 
 // One of the user's own.
 bool ProfilePage::HasPassword() const {
-  const QString password = context_.Session->Text(u"password");
+  const QString password = ProfileBag(*context_.Session).Password();
   return IsLoggedIn() && !password.isEmpty() && FileKey::CodeIn(password).isEmpty();
 }
 
@@ -254,7 +255,7 @@ QString ProfilePage::WhyNotOpened(const QString& stored) {
   if (opens()) return {};
   QString reason = context_.Data.LastError().text;
   const QString path = PlatformPath(context_, stored);
-  if (context_.Data.TestPassword(path, context_.Session->Text(u"password")) ||
+  if (context_.Data.TestPassword(path, ProfileBag(*context_.Session).Password()) ||
       context_.Data.LastError().kind != StorageError::Kind::WrongPassword) {
     return reason;
   }
@@ -335,13 +336,13 @@ PageFault ProfilePage::Check() {
   }
   const bool changes = !txPassword_->text().isEmpty() || ckNoPassword_->isChecked();
   if (!changes || !HasPassword()) return {};
-  if (txPasswordNow_->text() == context_.Session->Text(u"password")) return {};
+  if (txPasswordNow_->text() == ProfileBag(*context_.Session).Password()) return {};
   return {Ui::tr("いまのパスワードが違います。"), txPasswordNow_};
 }
 
 bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {
   if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return true;
-  return ChangeProfilePassword(context_, profile, context_.Session->Text(u"password"),
+  return ChangeProfilePassword(context_, profile, ProfileBag(*context_.Session).Password(),
                                txPassword_->text(), error);
 }
 
