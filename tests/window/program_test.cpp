@@ -13,6 +13,8 @@
 #include <algorithm>
 
 #include "frame/window/console_tree.h"
+#include "frame/window/node_commands.h"
+#include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -210,7 +212,7 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   };
   const auto make = [&](const char16_t* below, const char16_t* name) {
     tree->setCurrentItem(node(below));
-    EXPECT_TRUE(InModal<ObjectsWindow>([&] { tree->NewObject(object_type::kFolder); },
+    EXPECT_TRUE(InModal<ObjectsWindow>([&] { tree->Commands().NewObject(object_type::kFolder); },
                                        [&](ObjectsWindow& window) {
                                          test::TypeText(*window.focusWidget(),
                                                         QString::fromUtf16(name));

@@ -12,7 +12,6 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "auxiliary/window/answer_key.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"

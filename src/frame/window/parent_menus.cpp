@@ -12,6 +12,7 @@
 #include <QUrl>
 
 #include "frame/window/browser_area.h"
+#include "frame/window/node_commands.h"
 #include "frame/window/parent_window.h"
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
@@ -156,7 +157,7 @@ void ParentWindow::BuildFileMenu() {
   QMenu* create = file->addMenu(Ui::tr("新規作成(&N)"));
   create->setObjectName(QStringLiteral("menuFilesNew"));
   const auto entry = [this, create](const QString& text, const QString& type) {
-    create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
+    create->addAction(text, this, [this, type] { tvConsole_->Commands().NewObject(type); });
   };
   create->addAction(Ui::tr("メッセージ(&M).."), this, &ParentWindow::NewMessage)
       ->setShortcut(QKeySequence::New);
@@ -168,9 +169,10 @@ void ParentWindow::BuildFileMenu() {
   entry(Ui::tr("プロファイル(&P).."), object_type::kProfile);
   file->addSeparator();
   const QList<QAction*> onNode = {
-      file->addAction(Ui::tr("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
-      file->addAction(Ui::tr("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
-      file->addAction(Ui::tr("プロパティ(&R).."), tvConsole_, &ConsoleTree::ShowProperties)};
+      file->addAction(Ui::tr("名前の変更(&M)"), &tvConsole_->Commands(), &NodeCommands::Rename),
+      file->addAction(Ui::tr("削除(&D)"), &tvConsole_->Commands(), &NodeCommands::Delete),
+      file->addAction(Ui::tr("プロパティ(&R).."), &tvConsole_->Commands(),
+                      &NodeCommands::ShowProperties)};
   connect(file, &QMenu::aboutToShow, this, [this, onNode] {
     for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
   });

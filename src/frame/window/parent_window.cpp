@@ -11,6 +11,8 @@
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
 #include "frame/window/browser_area.h"
+#include "frame/window/message_drop.h"
+#include "frame/window/node_commands.h"
 #include "frame/window/start_questions.h"
 #include "frame/window/version_window.h"
 #include "kit/window/icons.h"
@@ -137,8 +139,8 @@ ParentWindow::~ParentWindow() {
 
 void ParentWindow::ConnectTree() {
   connect(tvConsole_, &ConsoleTree::NodeOpened, this, &ParentWindow::OpenNode);
-  connect(tvConsole_, &ConsoleTree::NewWanted, this, &ParentWindow::PostNewObject);
-  connect(tvConsole_, &ConsoleTree::PropertiesWanted, this,
+  connect(&tvConsole_->Commands(), &NodeCommands::NewWanted, this, &ParentWindow::PostNewObject);
+  connect(&tvConsole_->Commands(), &NodeCommands::PropertiesWanted, this,
           [this](const QString& key, const QString& tag) {
             PostDialog(key, tag, kShowModal, QString());
           });
@@ -146,8 +148,9 @@ void ParentWindow::ConnectTree() {
           [this](const QString& key, const QString& tag) {
             PostDialog(key, tag, kShowHidden, QStringLiteral("rename"));
           });
-  connect(tvConsole_, &ConsoleTree::DeletionWanted, this, &ParentWindow::DeleteObject);
-  connect(tvConsole_, &ConsoleTree::MessageDropped, this, &ParentWindow::DropMessage);
+  connect(&tvConsole_->Commands(), &NodeCommands::DeletionWanted, this,
+          &ParentWindow::DeleteObject);
+  connect(&tvConsole_->Drop(), &MessageDrop::Dropped, this, &ParentWindow::DropMessage);
 }
 
 void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,

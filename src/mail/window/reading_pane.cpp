@@ -88,9 +88,8 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
 }
 
 void ReadingPane::Fill() {
-  const MessageRequest request(*request_);
-  head_->Show(opened_.model, opened_.source, request.Timestamp());
-  const bool asks = request.AsksForReceipt();
+  head_->Show(opened_.model, opened_.source, MessageRequest(*request_).Timestamp());
+  const bool asks = MessageRequest(*request_).AsksForReceipt();
   receipt_->Say(
       asks
           ? Ui::tr("差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。")
