@@ -9,6 +9,7 @@
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"
 
@@ -50,7 +51,7 @@ QStringList MessageActions::Drop(const QStringList& messages, const QString& fol
     return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
   }
   const bool moves = from != folder && IsFilledByHand(from);
-  return File(messages, folder, moves ? from : QString());
+  return File(messages, folder, moves ? from : QString(), from);
 }
 
 QString MessageActions::AskFolder() {
@@ -90,17 +91,18 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  return File(messages, into, from);
+  return File(messages, into, from, folder);
 }
 
 // Taking it back leaves what was in the folders before.
 QStringList MessageActions::File(const QStringList& messages, const QString& into,
-                                 const QString& from) {
+                                 const QString& from, const QString& shownIn) {
   const auto before = Members(context_, messages, into);
   const auto left = from.isEmpty() ? QStringList() : Members(context_, messages, from);
   const bool done = before && left && FileMessages(context_, messages, into, from);
   const QStringList filed = End(done, messages);
-  const QStringList gone = from.isEmpty() ? QStringList() : filed;
+  const bool leavesInbox = shownIn == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce();
+  const QStringList gone = from.isEmpty() && !leavesInbox ? QStringList() : filed;
   if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });

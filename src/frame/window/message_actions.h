@@ -45,7 +45,8 @@ class MessageActions {
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
   QString MakeFolder(const QString& caption);
-  QStringList File(const QStringList& messages, const QString& into, const QString& from);
+  QStringList File(const QStringList& messages, const QString& into, const QString& from,
+                   const QString& shownIn);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
   QStringList ChangeDust(const QStringList& messages, bool dust);
