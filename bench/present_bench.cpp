@@ -78,11 +78,11 @@ void Fill(Context& context, int messages) {
 }
 
 int CountMessages(Context& context) {
-  Require(OpenDatabase(context, DatabaseKind::Mail) &&
-              context.Data.OpenRecordset(
-                  QStringLiteral("SELECT COUNT(*) AS N FROM mail WHERE STATUS = 4"),
-                  CursorKind::ForwardOnly),
-          context.Data.LastError().text);
+  Require(OpenDatabase(context, DatabaseKind::Mail));
+  Require(
+      context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM mail WHERE STATUS = 4"),
+                                 CursorKind::ForwardOnly),
+      context.Data.LastError().text);
   const int count = context.Data.Recordset()->Fields(u"N").toInt();
   context.Data.Close();
   return count;
@@ -180,8 +180,8 @@ int StartOnce(const QString& folder, bool withSplash) {
     Require(WaitFor([&] { return (parent = program->Parent()) != nullptr; }),
             QStringLiteral("no main window"));
   } else {
-    QString error;
-    Require(StartUp(context, folder, &error) && LogIn(context, {}, {}, &error), error);
+    Require(StartUp(context, folder));
+    Require(LogIn(context, {}, {}));
     parent = new ParentWindow(context);
     parent->LoadDefaultProperty();
     parent->show();
@@ -240,15 +240,14 @@ int main(int argc, char** argv) {
   }
   const QString folder = arguments[1] + u'/';
   Context context;
-  QString error;
-  Require(StartUp(context, folder, &error), error);
+  Require(StartUp(context, folder));
   const bool isNew = context.Objects.IsEmpty();
-  Require(!isNew || CreateFirstProfile(context) != nullptr, context.Data.LastError().text);
-  Require(LogIn(context, {}, {}, &error), error);
+  if (isNew) Require(CreateFirstProfile(context));
+  Require(LogIn(context, {}, {}));
   // As a new profile has it, whatever version made the folder.
   const DiskPtr settings = Settings(context);
   settings->Let(QStringLiteral("MessagesNewest"), true);
-  Require(SaveObject(context, DatabaseKind::Profile, *settings), context.Data.LastError().text);
+  Require(SaveObject(context, DatabaseKind::Profile, *settings));
   if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());
   MeasurePages(context, CountMessages(context));
   {

@@ -94,10 +94,9 @@ void Run(int messages, int bodyBytes) {
   const QTemporaryDir folder;
   qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
   Context context;
-  QString error;
-  if (!StartUp(context, folder.path() + QStringLiteral("/data"), &error) ||
-      CreateFirstProfile(context) == nullptr || !LogIn(context, {}, {}, &error)) {
-    Give(error);
+  if (!StartUp(context, folder.path() + QStringLiteral("/data")) || !CreateFirstProfile(context) ||
+      !LogIn(context, {}, {})) {
+    Give(QStringLiteral("cannot log in"));
   }
   Filling filling(context, bodyBytes);
   int next = 0;

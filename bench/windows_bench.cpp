@@ -120,10 +120,9 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   const QTemporaryDir folder;
   Context context;
-  QString error;
-  Require(StartUp(context, folder.path() + u'/', &error), QStringLiteral("cannot start"));
-  Require(CreateFirstProfile(context) != nullptr, QStringLiteral("cannot make the profile"));
-  Require(LogIn(context, {}, {}, &error), QStringLiteral("cannot log in"));
+  Require(StartUp(context, folder.path() + u'/'));
+  Require(CreateFirstProfile(context));
+  Require(LogIn(context, {}, {}));
   const QString usual = Store(context, WithAttachment(20000));
   const QString large = Store(context, WithAttachment(20 * 1024 * 1024));
   PaintWatch paint;

@@ -33,9 +33,9 @@ int AddRule(Context& context, const QString& line) {
   const DiskPtr object = RuleObject(context);
   const QString rules = object->Text(kRulesKey);
   object->Let(kRulesKey, rules.isEmpty() ? line : rules + kLineBreak + line);
-  if (SaveObject(context, DatabaseKind::Profile, *object)) return kExitOk;
-  return Complain(QStringLiteral("保存できませんでした。") + context.Data.LastError().text,
-                  kExitFailure);
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *object);
+  if (saved) return kExitOk;
+  return Complain(QStringLiteral("保存できませんでした。") + saved.Error().text, kExitFailure);
 }
 
 int TestRules(Context& context, const QString& name, bool asJson) {

@@ -4,6 +4,7 @@
 #include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/session_result.h"
 
 namespace vorn::Drafts {
 namespace {
@@ -11,13 +12,13 @@ namespace {
 const QString kPrefix = QStringLiteral("draft_");
 const QString kSource = QStringLiteral("Source");
 
-// The folders that the message is in already, when it was stored before; nothing when they cannot
-// be read.
-std::optional<QString> ReadStoredFolders(Context& context, const QString& message) {
+// The folders that the message is in already, when it was stored before.
+Result<QString> ReadStoredFolders(Context& context, const QString& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return std::nullopt;
+  if (!opened) return opened.Error();
   const std::optional<QString> folders = MessageRows(context.Data).FoldersOf(message);
-  return folders;
+  if (!folders) return ResultOf(context.Data, false).Error();
+  return *folders;
 }
 
 // Whether the message waits or was sent.
@@ -32,7 +33,7 @@ bool HasGoneOn(Context& context, const QString& message) {
 
 }  // namespace
 
-bool Keep(Context& context, const QString& message, const QByteArray& source) {
+Result<> Keep(Context& context, const QString& message, const QByteArray& source) {
   DiskPtr draft = context.Objects.Find(kPrefix + message);
   if (draft == nullptr) {
     draft = std::make_shared<Disk>(kPrefix + message);
@@ -70,19 +71,21 @@ QStringList LeftBehind(Context& context) {
   return messages;
 }
 
-bool Restore(Context& context, const QString& message) {
+Result<> Restore(Context& context, const QString& message) {
   const DiskPtr draft = context.Objects.Find(kPrefix + message);
-  if (draft == nullptr) return false;
+  if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   Disk request(message);
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
   request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-  const std::optional<QString> folders = ReadStoredFolders(context, message);
-  if (!folders) return false;
+  const Result<QString> folders = ReadStoredFolders(context, message);
+  if (!folders) return folders.Error();
   request.Let(QStringLiteral("folder"), *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
-  if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
+  if (MailStore(context).StoreMessage(request, source).isEmpty()) {
+    return ResultOf(context.Data, false);
+  }
   Forget(context, message);
-  return true;
+  return {};
 }
 
 }  // namespace vorn::Drafts

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -38,7 +39,7 @@ QString PortWords();
 /// What is wrong with the values, as a sentence for the user; empty when nothing is.
 QString ValidateAccount(const Context& context, const AccountValues& values);
 
-/// Stores a new enabled account. Null when it cannot be saved.
-DiskPtr CreateAccount(Context& context, const AccountValues& values);
+/// Stores a new enabled account.
+Result<DiskPtr> CreateAccount(Context& context, const AccountValues& values);
 
 }  // namespace vorn

@@ -6,7 +6,7 @@
 
 namespace vorn {
 
-QString MakeManualFolder(Context& context, const QString& name, QString* error) {
+Result<QString> MakeManualFolder(Context& context, const QString& name) {
   const auto folder = std::make_shared<Disk>(context.Data.NewSerialID());
   folder->Let(QStringLiteral("FormName"), object_type::kFolder);
   folder->Let(QStringLiteral("Object"), name);
@@ -14,12 +14,10 @@ QString MakeManualFolder(Context& context, const QString& name, QString* error) 
   for (const char16_t* key : {u"Default", u"System", u"Enabled", u"SqlUse"}) {
     folder->Let(QString::fromUtf16(key), false);
   }
-  *error = ValidateObject(context.Objects, *folder);
-  if (!error->isEmpty()) return {};
-  if (!SaveObject(context, DatabaseKind::Profile, *folder)) {
-    *error = Ui::tr("保存できませんでした。") + context.Data.LastError().text;
-    return {};
-  }
+  const QString fault = ValidateObject(context.Objects, *folder);
+  if (!fault.isEmpty()) return StorageError{StorageError::Kind::Other, fault};
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *folder);
+  if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   context.Objects.Add(folder);
   return folder->SerialID();
 }

@@ -283,7 +283,8 @@ bool TransferEvents::MakeDurable() {
         Ui::tr("メールのデータベースファイルが入れ替わったので、サーバーからは削除しません。"));
     return false;
   }
-  CountWork(context_);  // behind what was received, so that a log that is lost now is missed
+  std::ignore =
+      CountWork(context_);  // behind what was received, so that a log that is lost now is missed
   if (const OpenedDatabase mail(context_, DatabaseKind::Mail); mail) {
     const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
     if (durable && !goesOn) Log(0, Ui::tr("サーバーからの削除をやめました。"));

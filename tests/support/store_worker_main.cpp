@@ -34,11 +34,9 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
   Context context;
-  QString error;
-  if (!StartUp(context, arguments.value(1), &error) ||
-      !LogIn(context, {}, arguments.value(2), &error)) {
-    Die(error);
-  }
+  Result<> entered = StartUp(context, arguments.value(1));
+  if (entered) entered = LogIn(context, {}, arguments.value(2));
+  if (!entered) Die(entered.Error().text);
   MailStore store(context);
   QString password = arguments.value(2);
   const int rounds = arguments.value(3, QString::number(INT_MAX)).toInt();
@@ -61,8 +59,9 @@ int main(int argc, char** argv) {
                              ? QString()
                              : QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
     Say("changing", next);
-    if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) {
-      Say("refused", error);
+    const Result<> changed = ChangeProfilePassword(context, *context.Session, password, next);
+    if (!changed) {
+      Say("refused", changed.Error().text);
       continue;
     }
     Say("changed", next);

@@ -37,10 +37,7 @@ constexpr int kQuietMs = 600000;  // the most that a history may take to come to
 // nothing more is stored.
 struct RunningProgram {
   explicit RunningProgram(const QString& folder) {
-    QString error;
-    if (!StartUp(context, folder, &error) || !LogIn(context, {}, {}, &error)) {
-      ADD_FAILURE() << error.toStdString();
-    }
+    EXPECT_TRUE(test::Enter(context, folder));
     traffic.Control().ReplyTimeoutMs = kTimeoutMs;
     traffic.Control().DecisionTimeoutMs = kTimeoutMs;
   }
@@ -74,11 +71,10 @@ class Model : public testing::Test {
     ASSERT_TRUE(pop3_.Listen());
     ASSERT_TRUE(empty_.Listen());
     {
-      QString error;
       Context first;
-      ASSERT_TRUE(StartUp(first, Folder(), &error)) << error.toStdString();
-      ASSERT_NE(CreateFirstProfile(first), nullptr);
-      ASSERT_TRUE(LogIn(first, {}, {}, &error)) << error.toStdString();
+      ASSERT_TRUE(StartUp(first, Folder()));
+      ASSERT_TRUE(CreateFirstProfile(first));
+      ASSERT_TRUE(LogIn(first, {}, {}));
       AddAccount(first, QStringLiteral("me"), pop3_.Port());
       AddAccount(first, QStringLiteral("other"), empty_.Port());
       first.Data.CloseAll();
@@ -99,7 +95,7 @@ class Model : public testing::Test {
     values.inUser = QStringLiteral("user");
     values.inPassword = QStringLiteral("secret");
     values.deleteOnServer = true;
-    ASSERT_NE(CreateAccount(context, values), nullptr);
+    ASSERT_TRUE(CreateAccount(context, values));
   }
 
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }

@@ -214,7 +214,7 @@ TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
       const OpenedDatabase made(context(), DatabaseKind::MailByPath, stored);
       ASSERT_TRUE(made);
     }
-    ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, password, next, &error_));
+    ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, password, next));
     profile_.Restart(next);
     password = next;
   }
@@ -259,8 +259,8 @@ TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
 // With a password every change of the profile was refused, and the boxes showed the password.
 TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   const QString serialId = context().Session->SerialID();
-  ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, QString(),
-                                    QStringLiteral("secret"), &error_));
+  ASSERT_TRUE(
+      ChangeProfilePassword(context(), *context().Session, QString(), QStringLiteral("secret")));
   profile_.Restart(QStringLiteral("secret"));
   {
     ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());

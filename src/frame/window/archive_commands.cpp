@@ -45,12 +45,12 @@ std::optional<FolderListing> ListFolder(Context& context, const QString& folder,
     *error = Ui::tr("中止しました。");
     return std::nullopt;
   }
-  if (found->error) {
-    *error = Ui::tr("フォルダを読み込めません。") + found->error.text;
+  if (!found->values) {
+    *error = Ui::tr("フォルダを読み込めません。") + found->values.Error().text;
     return std::nullopt;
   }
   QStringList serialIds;
-  for (const QVariant& value : found->values) serialIds.append(value.toString());
+  for (const QVariant& value : *found->values) serialIds.append(value.toString());
   return ListMessages(context, serialIds);
 }
 

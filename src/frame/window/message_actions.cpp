@@ -71,14 +71,13 @@ QString MessageActions::MakeFolder(const QString& caption) {
   while (true) {
     name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name).trimmed();
     if (name.isEmpty()) return {};
-    QString error;
-    const QString made = MakeManualFolder(context_, name, &error);
-    if (made.isEmpty()) {
-      ShowBox(&window_, QMessageBox::Critical, error);
+    const Result<QString> made = MakeManualFolder(context_, name);
+    if (!made) {
+      ShowBox(&window_, QMessageBox::Critical, made.Error().text);
       continue;
     }
-    if (folderMade_) folderMade_(made);
-    return made;
+    if (folderMade_) folderMade_(*made);
+    return *made;
   }
 }
 

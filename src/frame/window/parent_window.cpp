@@ -7,6 +7,7 @@
 #include <QSplitter>
 #include <QToolBar>
 #include <algorithm>
+#include <tuple>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
@@ -203,7 +204,7 @@ void ParentWindow::OfferDrafts() {
 
 void ParentWindow::OfferLook() {
   if (!AskOfLook(context_, *this)) return;
-  ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
+  std::ignore = ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
   area_->Arrange(Arrangement::Tabs);
   ApplySettings();
   MessageStored();

@@ -15,6 +15,7 @@
 #include "objects/window/folder_page.h"
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -111,15 +112,16 @@ bool ObjectsWindow::Save() {
     Tell({taken, file_->Name()}, file_);
     return false;
   }
-  QString error;
-  if (profile_ != nullptr && !profile_->ChangePassword(*bag, &error)) {
-    Tell({error, nullptr}, profile_);
+  const Result<> changed = profile_ != nullptr ? profile_->ChangePassword(*bag) : Result<>();
+  if (!changed) {
+    Tell({changed.Error().text, nullptr}, profile_);
     return false;
   }
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
-  if (!SaveObject(GetContext(), kind, *bag)) {
-    Tell({Ui::tr("保存できませんでした。") + GetContext().Data.LastError().text, nullptr}, file_);
+  const Result<> saved = SaveObject(GetContext(), kind, *bag);
+  if (!saved) {
+    Tell({Ui::tr("保存できませんでした。") + saved.Error().text, nullptr}, file_);
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
@@ -149,13 +151,13 @@ void ObjectsWindow::cmDelete_Click() {
   }
   const auto kind =
       static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
-  const auto remove = [&] {
+  const auto remove = [&]() -> Result<> {
     const OpenedDatabase opened(context, kind);
-    return opened && object->Delete(context.Data);
+    return opened ? ResultOf(context.Data, object->Delete(context.Data)) : opened.Error();
   };
-  if (!remove()) {
+  if (const Result<> removed = remove(); !removed) {
     ShowBox(parentWidget(), QMessageBox::Critical,
-            Ui::tr("削除できませんでした。") + context.Data.LastError().text);
+            Ui::tr("削除できませんでした。") + removed.Error().text);
     return;
   }
   context.Objects.Remove(Tag());

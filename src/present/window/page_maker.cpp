@@ -166,9 +166,9 @@ void PageMaker::AskElsewhere(const std::function<void()>& then) {
 }
 
 void PageMaker::TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then) {
-  if (answer.error) return TellFailure(answer.error.text);
+  if (!answer.values) return TellFailure(answer.values.Error().text);
   QStringList serialIds;
-  for (const QVariant& value : answer.values) serialIds.append(value.toString());
+  for (const QVariant& value : *answer.values) serialIds.append(value.toString());
   serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
     return gone.contains(message);
   });
