@@ -71,7 +71,7 @@ void Fill(Context& context, int messages) {
                               "@example.jp>\r\nTo: y@example.org\r\nSubject: "
                               "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
                               QByteArray::number(i) + "\r\n\r\n" + body + "\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), context.Data.LastError().text);
+    Require(store.StoreMessage(request, source));
     if (i % 256 == 255) Require(context.Data.FlushGroup(), context.Data.LastError().text);
   }
   Require(context.Data.EndGroup(), context.Data.LastError().text);

@@ -54,7 +54,8 @@ class Filling {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     if (i % 100 == 0) request.Let(QStringLiteral("folder"), QStringLiteral("f"));
-    if (store_.StoreMessage(request, Source(i)).isEmpty()) Give(context_.Data.LastError().text);
+    const Result<QString> stored = store_.StoreMessage(request, Source(i));
+    if (!stored) Give(stored.Error().text);
   }
   void StoreGrouped(int from, int to) {
     context_.Data.BeginGroup(MailDatabasePath(context_));

@@ -52,7 +52,7 @@ void StoreWaiting(Context& context, int count, qsizetype bytes) {
     const QByteArray source =
         "From: me@example.org\r\nTo: you@example.org\r\nSubject: " + QByteArray::number(i) +
         "\r\n\r\n" + body + ".\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), QStringLiteral("cannot store"));
+    Require(store.StoreMessage(request, source));
   }
 }
 

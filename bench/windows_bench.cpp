@@ -58,7 +58,7 @@ QString Store(Context& context, const QByteArray& source) {
   Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), 4);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  return MailStore(context).StoreMessage(request, source);
+  return *MailStore(context).StoreMessage(request, source);
 }
 
 QByteArray WithAttachment(qsizetype bytes) {

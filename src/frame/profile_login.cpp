@@ -335,7 +335,7 @@ Result<> LogIn(Context& context, const QString& name, const QString& password,
                                   : Ui::tr("プロファイル「%1」はありません。").arg(name));
   }
   Result<LoginCheck> check = CheckLogin(context, profile, password);
-  const bool wasLost = check && *check == LoginCheck::FilesLost;
+  const bool wasLost = check == LoginCheck::FilesLost;
   const bool decided = choice.create || !choice.reconnect.isEmpty();
   if (wasLost && decided) {
     const Result<> resolved = ResolveLostFiles(context, profile, password, choice);

@@ -146,7 +146,7 @@ Result<> StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
   }
   stored = stored && context.Data.Commit();
   if (!stored) context.Data.Rollback();
-  if (!stored) return ResultOf(context.Data, false);
+  if (!stored) return ReasonOf(context.Data);
   for (const DiskPtr& profile : profiles) context.Objects.Add(profile);
   context.Notices.append(Ui::tr("プロファイル一覧を、フォルダにある%1個のプロファイルから作り"
                                 "直しました。名前はログインすると元に戻ります。")
@@ -176,7 +176,7 @@ Result<> RebuildList(Context& context) {
   const bool damaged = context.Data.DamagedFiles().contains(context.NaviDatabasePath);
   if (!loaded || (damaged && context.Objects.IsEmpty())) {
     using Kind = StorageError::Kind;
-    if (loaded) loaded = ResultOf(context.Data, false);  // why none of its profiles was read
+    if (loaded) loaded = ReasonOf(context.Data);  // why none of its profiles was read
     const Kind kind = loaded.Error().kind;
     const bool unreadable =
         damaged || kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;

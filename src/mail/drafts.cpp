@@ -4,7 +4,6 @@
 #include "mail/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
-#include "storage/session_result.h"
 
 namespace vorn::Drafts {
 namespace {
@@ -16,9 +15,7 @@ const QString kSource = QStringLiteral("Source");
 Result<QString> ReadStoredFolders(Context& context, const QString& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  const std::optional<QString> folders = MessageRows(context.Data).FoldersOf(message);
-  if (!folders) return ResultOf(context.Data, false).Error();
-  return *folders;
+  return MessageRows(context.Data).FoldersOf(message);
 }
 
 // Whether the message waits or was sent.
@@ -81,9 +78,8 @@ Result<> Restore(Context& context, const QString& message) {
   if (!folders) return folders.Error();
   request.Let(QStringLiteral("folder"), *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
-  if (MailStore(context).StoreMessage(request, source).isEmpty()) {
-    return ResultOf(context.Data, false);
-  }
+  const Result<QString> stored = MailStore(context).StoreMessage(request, source);
+  if (!stored) return stored.Error();
   Forget(context, message);
   return {};
 }

@@ -13,6 +13,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -30,24 +31,20 @@ constexpr CopiedColumn kCopiedColumns[] = {
     {u"FIELD_MAILADDRESS", u"mailaddress"},  {u"FIELD_FLAG", u"flag"},
 };
 
-enum class Reading { Done, Missing, Failed };
-
-// Copies the row's columns into the request.
-Reading ReadRow(DataSession& data, Disk& request, QByteArray& source) {
+// Copies the row's columns and its folders into the request. False when there is no such row.
+Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
-  if (row == nullptr) return Reading::Failed;
-  if (row->Eof()) return row->Failed() ? Reading::Failed : Reading::Missing;
+  if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
+  if (row->Eof()) return false;
   for (const CopiedColumn& copied : kCopiedColumns) {
     request.Let(QString::fromUtf16(copied.key), row->Fields(QStringView(copied.column)));
   }
   source = row->Fields(u"MAIL").toByteArray();
-  return row->Failed() ? Reading::Failed : Reading::Done;
-}
-
-Reading ReadFolders(DataSession& data, Disk& request) {
-  const std::optional<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
-  request.Let(QStringLiteral("folder"), folders.value_or(QString()));
-  return folders ? Reading::Done : Reading::Failed;
+  if (row->Failed()) return row->Error();
+  const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
+  request.Let(QStringLiteral("folder"), folders.ValueOr({}));
+  if (!folders) return folders.Error();
+  return true;
 }
 
 bool IsUnopened(const Disk& request) {
@@ -104,23 +101,22 @@ OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStored
   StoredMessage message;
   const auto kind =
       static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
-  Reading reading = Reading::Failed;
-  if (const OpenedDatabase mail(context, kind, request.Text(u"file", MailDatabasePath(context)));
-      mail) {
-    reading = ReadRow(context.Data, request, message.source);
-    if (reading == Reading::Done) reading = ReadFolders(context.Data, request);
-    opened.found = reading == Reading::Done;
+  {
+    const OpenedDatabase mail(context, kind, request.Text(u"file", MailDatabasePath(context)));
+    const Result<bool> read = mail ? ReadRow(context.Data, request, message.source) : mail.Error();
+    if (!read) {
+      opened.unreadable = {request.SerialID(), request.Text(u"work_subject"),
+                           request.Text(u"work_timestamp")};
+      opened.reason = read.Error();
+      return opened;
+    }
+    opened.found = *read;
     if (opened.found) {
       opened.first = IsUnopened(request);
       if (opened.first && marks) MarkOpened(context, request);
       request.Let(QStringLiteral("notice"),
                   opened.first && AsksForReceipt(request.Text(u"mailaddress")));
     }
-  }
-  if (reading == Reading::Failed) {
-    opened.unreadable = {request.SerialID(), request.Text(u"work_subject"),
-                         request.Text(u"work_timestamp")};
-    return opened;
   }
   if (!opened.found) message.source = shown;
   message.contentIndex = request.Text(u"content");
@@ -182,7 +178,8 @@ bool MarkOpened(Context& context, Disk& request) {
                             request.Text(u"file", MailDatabasePath(context)));
   const QString opened = SetFlagChar(request.Text(u"flag"), kFlagNew, QStringLiteral("0"));
   request.Let(QStringLiteral("flag"), opened);
-  return mail && MailStore(context).UpdateMessageState(kStateFlag, request, false);
+  return mail &&
+         static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
 }
 
 bool IsHtmlFirst(Context& context, const MessageModel& model) {

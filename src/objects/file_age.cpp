@@ -46,7 +46,7 @@ Result<qint64> WriteCount(Context& context, const QString& file, qint64 least, b
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
   if (!opened) return opened.Error();
   DataSession& data = context.Data;
-  if (!data.Begin()) return ResultOf(data, false).Error();
+  if (!data.Begin()) return ReasonOf(data);
   const std::optional<qint64> before = ReadCount(data, kWorks);
   const qint64 next = std::max(before.value_or(0) + 1, least);
   const Result<> written = ResultOf(

@@ -80,7 +80,7 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
   if (!opened) return opened.Error();
-  if (!context.Data.Begin()) return ResultOf(context.Data, false);
+  if (!context.Data.Begin()) return ReasonOf(context.Data);
   if (object.Text(u"FormName") == object_type::kProfile) ApplyDefaultProfileRule(context, object);
   const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
   if (!saved) context.Data.Rollback();
@@ -90,7 +90,7 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
 Result<> SaveMarkedObjects(Context& context) {
   const OpenedDatabase profile(context, DatabaseKind::Profile);
   if (!profile) return profile.Error();
-  if (!context.Data.Begin()) return ResultOf(context.Data, false);
+  if (!context.Data.Begin()) return ReasonOf(context.Data);
   bool saved = true;
   for (const DiskPtr& object : context.Objects) {
     // One that fails keeps its stored rows; the others are saved all the same.

@@ -181,7 +181,7 @@ bool HasFormerLook(Context& context) {
 
 Result<> SettleLook(Context& context, bool isNew) {
   const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
-  if (settings == nullptr) return ResultOf(context.Data, false);  // why they cannot be read
+  if (settings == nullptr) return ReasonOf(context.Data);  // why they cannot be read
   for (const auto& [key, value] : LookSettings()) {
     if (isNew && !settings->Get(key).isValid()) settings->Let(key, value);
   }

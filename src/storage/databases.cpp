@@ -171,7 +171,7 @@ Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& object
   if (!context.Data.OpenRecordset(
           QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
           CursorKind::ForwardOnly)) {
-    return ResultOf(context.Data, false);
+    return ReasonOf(context.Data);
   }
   const RecordsetPtr serials = context.Data.Recordset();
   for (; !serials->Eof(); serials->MoveNext()) {

@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <tuple>
 #include <utility>
 
 #include "mail/codec/address.h"
@@ -13,6 +14,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/known_damage.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 #include "transfer/outgoing_source.h"
@@ -114,11 +116,12 @@ bool CheckPlan::IsPlanned(const QString& serial) const {
   return false;
 }
 
-bool CheckPlan::PlanWaiting(const QString& serial, DatabaseKind db, const QString& file) {
+Result<> CheckPlan::PlanWaiting(const QString& serial, DatabaseKind db, const QString& file) {
   std::vector<DiskPtr> messages;
-  if (!FindWaiting(serial, db, file, messages)) return false;
+  const Result<> found = FindWaiting(serial, db, file, messages);
+  if (!found) return found;
   if (messages.empty() || MaySendFrom(messages.front()->Text(u"File"))) AddSendJob(messages);
-  return true;
+  return {};
 }
 
 // Whoever pressed the button of a message does not press it again because a file was in use.
@@ -130,7 +133,7 @@ void CheckPlan::LookLater(const QString& serial, DatabaseKind db, const QString&
   job->Let(kPeriodic, runsPeriodically_);
   jobs_.Add(job);
   const auto look = [this, serial, db, file] { return PlanWaiting(serial, db, file); };
-  StoreLater(*job, look, [this] { TellUnread(); });
+  StoreLater(*job, look, [this](const StorageError& reason) { TellUnread(reason); });
 }
 
 void CheckPlan::LookAgain(Disk& job) {
@@ -138,40 +141,33 @@ void CheckPlan::LookAgain(Disk& job) {
   if (OutcomeIsStored(job)) job.Let(QStringLiteral("delete"), true);
 }
 
-void CheckPlan::TellUnread() {
+void CheckPlan::TellUnread(const StorageError& reason) {
   host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-                 Ui::tr("送信待ちのメッセージを読み込めません。") + context_.Data.LastError().text);
+                 Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
 }
 
 // Doubtful messages wait for the user's word, those that are planned for their turn.
-bool CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
-                            std::vector<DiskPtr>& messages) {
-  const auto isInUse = [this] {
-    return context_.Data.LastError().kind == StorageError::Kind::Busy;
-  };
-  bool whole = false;
-  {
-    const OpenedDatabase opened(context_, db, file);
-    if (!opened) return !isInUse();
-    if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial)) {
-      for (; !rows->Eof(); rows->MoveNext()) {
-        if (IsPlanned(rows->SerialID())) continue;
-        auto message = std::make_shared<Disk>(rows->SerialID());
-        const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-        SetAccount(*message, AccountFor(lines));
-        message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
-        message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
-        message->Let(QStringLiteral("Mailaddress"), lines);
-        message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
-        messages.push_back(message);
-      }
-      whole = !rows->Failed();
-    }
+Result<> CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
+                                std::vector<DiskPtr>& messages) {
+  const OpenedDatabase opened(context_, db, file);
+  if (!opened) return opened.Error().kind == StorageError::Kind::Busy ? opened.Error() : Result<>();
+  const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial);
+  for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
+    if (IsPlanned(rows->SerialID())) continue;
+    auto message = std::make_shared<Disk>(rows->SerialID());
+    const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
+    SetAccount(*message, AccountFor(lines));
+    message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
+    message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
+    message->Let(QStringLiteral("Mailaddress"), lines);
+    message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
+    messages.push_back(message);
   }
-  if (whole) return true;
-  if (isInUse()) return false;
-  TellUnread();
-  return true;
+  if (rows != nullptr && !rows->Failed()) return {};
+  const StorageError reason = ReasonOf(context_.Data);
+  if (reason.kind == StorageError::Kind::Busy) return reason;
+  TellUnread(reason);
+  return {};
 }
 
 bool CheckPlan::ChooseSender(const QString& serial, const QString& addressLines,
@@ -252,8 +248,8 @@ void CheckPlan::SendStep(Disk& job) {
   }
 }
 
-void CheckPlan::StoreLater(const Disk& job, std::function<bool()> store,
-                           std::function<void()> failed) {
+void CheckPlan::StoreLater(const Disk& job, std::function<Result<>()> store,
+                           std::function<void(const StorageError&)> failed) {
   unstored_[job.SerialID()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
 }
 
@@ -268,9 +264,9 @@ bool CheckPlan::OutcomeIsStored(const Disk& job) {
   const auto found = unstored_.find(job.SerialID());
   if (found == unstored_.end()) return true;
   const Unstored unstored = found->second;  // a question on the way may end all that is planned
-  if (!unstored.store()) {
+  if (const Result<> stored = unstored.store(); !stored) {
     if (!unstored.limit.hasExpired()) return false;
-    unstored.failed();
+    unstored.failed(stored.Error());
   }
   unstored_.erase(job.SerialID());
   return true;
@@ -342,21 +338,19 @@ void CheckPlan::StartSending(Disk& job, const DiskPtr& message) {
   if (job.Flag(u"loginrefused")) job.Let(kAsked, QString());
   WaitingMessage waiting;
   const QString serial = message->SerialID();
-  switch (Outbox(context_, message->Text(u"File")).Read(serial, waiting)) {
-    case Outbox::Reading::Closed:
-      return;  // tried again at the next tick
-    case Outbox::Reading::Gone:
-      LeaveOut(job, message);
-      return;
-    case Outbox::Reading::Unreadable:
-      host_.AddEvent(1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
-                     Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。")
-                             .arg(message->Text(u"Subject")) +
-                         context_.Data.LastError().text);
-      LeaveOut(job, message);
-      return;
-    case Outbox::Reading::Ready:
-      break;
+  const auto reading = Outbox(context_, message->Text(u"File")).Read(serial, waiting);
+  if (!reading) {
+    host_.AddEvent(1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
+                   Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。")
+                           .arg(message->Text(u"Subject")) +
+                       reading.Error().text);
+    LeaveOut(job, message);
+    return;
+  }
+  if (*reading == Outbox::Reading::Closed) return;  // tried again at the next tick
+  if (*reading == Outbox::Reading::Gone) {
+    LeaveOut(job, message);
+    return;
   }
   if (waiting.addressLines != message->Text(u"Mailaddress")) {
     LeaveOut(job, message);
@@ -414,17 +408,16 @@ void CheckPlan::LeaveOut(Disk& job, const DiskPtr& message) {
   }
   job.Let(QStringLiteral("delete"), true);
   // That the last one was sent; of the others the next handing over made it durable.
-  Outbox(context_, message->Text(u"File")).MakeDurable();
+  std::ignore = Outbox(context_, message->Text(u"File")).MakeDurable();  // it is sent all the same
 }
 
 // Whether it waits in another version than the one whose session has ended.
 bool CheckPlan::IsStoredAnew(const Disk& message) {
   WaitingMessage waiting;
   const QString version = message.Text(kVersion);
-  return !version.isEmpty() &&
-         Outbox(context_, message.Text(u"File")).Read(message.SerialID(), waiting) ==
-             Outbox::Reading::Ready &&
-         waiting.version != version;
+  if (version.isEmpty()) return false;
+  const auto reading = Outbox(context_, message.Text(u"File")).Read(message.SerialID(), waiting);
+  return reading == Outbox::Reading::Ready && waiting.version != version;
 }
 
 // When the store fails, nothing more is sent: what becomes of it could not be noted.

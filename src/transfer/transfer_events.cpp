@@ -1,6 +1,7 @@
 #include "transfer/transfer_events.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "mail/codec/message_date.h"
@@ -14,6 +15,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -101,8 +103,9 @@ void TransferEvents::SessionEnded() {
   deleted_ += pop_.DeletedOnServer();
   // All or none: they go when the server confirms the end of the session (RFC 1939 section 6).
   if (IsReceiving() && pop_.DeletedOnServer() > 0 &&
-      pop_.DeletedOnServer() == released_ + stopDeletesInSession_ && !known_.NoteDeleted()) {
-    ListingFailed();  // they are looked for once more
+      pop_.DeletedOnServer() == released_ + stopDeletesInSession_) {
+    const Result<> noted = known_.NoteDeleted();
+    if (!noted) ListingFailed(noted.Error());  // they are looked for once more
   }
   if (arrivedInSession_ > 0 && !flushFailed_) {
     Log(0, Ui::tr("メッセージを%1通受信しました。").arg(arrivedInSession_));
@@ -128,18 +131,18 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
   if (flushFailed_) return false;
   const QString failure = Ui::tr("受信したメッセージを保存できません。サーバーには残っています。");
   QString storedAs = messageId;
-  const StoredCopies::Found found = isTornOff && known_.SaysWhatIsStored(messageId, data)
-                                        ? StoredCopies::Found::Stored
-                                        : known_.FindStored(messageId, data, isTornOff, &storedAs);
-  if (found == StoredCopies::Found::Failed) {
+  const auto found = isTornOff && known_.SaysWhatIsStored(messageId, data)
+                         ? StoredCopies::Found::Stored
+                         : known_.FindStored(messageId, data, isTornOff, &storedAs);
+  if (!found) {
     flushFailed_ = true;
-    StoreFailed(failure);
+    StoreFailed(failure, found.Error());
     return false;
   }
-  deleteOnServer = found == StoredCopies::Found::None ? deletes_ : deletesStored_;
+  deleteOnServer = *found == StoredCopies::Found::None ? deletes_ : deletesStored_;
   // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
   const bool lacksBody = isTornOff && !HasBody(data);
-  if (found != StoredCopies::Found::None) {
+  if (*found != StoredCopies::Found::None) {
     ++counts_.known;
     if (isTornOff && (lacksBody || !known_.CameBefore(messageId, storedAs))) {
       KeepTornOff(messageId, storedAs, deleteOnServer);
@@ -157,37 +160,41 @@ bool TransferEvents::MessageArrived(const QString& messageId, const QByteArray& 
     if (arrival.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(arrival));
   }
   using Received = MailStore::Received;
-  Received received = store_.StoreReceived(message, data);
+  Result<Received> received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
   if (received == Received::Known && known_.HasIdentifiers()) {
-    const StoredCopies::Found taken = known_.FindByContents(messageId, data, isTornOff, &storedAs);
-    if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
-    if (taken == StoredCopies::Found::Failed) received = Received::Failed;
+    const auto taken = known_.FindByContents(messageId, data, isTornOff, &storedAs);
+    if (!taken) {
+      received = taken.Error();
+    } else if (*taken == StoredCopies::Found::None) {
+      received = store_.StoreReceived(message, data);
+    }
   }
-  if (received == Received::Alike && !known_.NoteAlike(messageId, data, isTornOff, &storedAs)) {
-    received = Received::Failed;
+  if (received == Received::Alike) {
+    const Result<> noted = known_.NoteAlike(messageId, data, isTornOff, &storedAs);
+    if (!noted) received = noted.Error();
   }
-  if (received == Received::Failed) {
+  if (!received) {
     deleteOnServer = false;
     flushFailed_ = true;
-    StoreFailed(failure);
+    StoreFailed(failure, received.Error());
     return false;
   }
   // Another account or program has received it since it was asked for.
-  if (received != Received::Stored) {
+  if (*received != Received::Stored) {
     ++counts_.known;
     deleteOnServer = deletesStored_;
-    if (received == Received::Known) {
+    if (*received == Received::Known) {
       KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     }
   }
-  const bool cameBefore = received == Received::Alike && known_.CameBefore(messageId, storedAs);
+  const bool cameBefore = *received == Received::Alike && known_.CameBefore(messageId, storedAs);
   if (isTornOff && (lacksBody || !cameBefore)) {
     KeepTornOff(messageId, storedAs, deleteOnServer);
   } else {
     NoteStored(messageId, true, deleteOnServer);
   }
-  if (received != Received::Stored) return true;
+  if (*received != Received::Stored) return true;
   unflushed_.append({message.SerialID(), message.Text(u"MessageID")});
   group_.Add(data.size());
   return !group_.IsFull() || Flush();
@@ -219,8 +226,8 @@ void TransferEvents::NoteStored(const QString& messageId, bool proven, bool dele
   if (deleteOnServer) doomed_.append(messageId);
 }
 
-void TransferEvents::ListingFailed() {
-  StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"));
+void TransferEvents::ListingFailed(const StorageError& reason) {
+  StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"), reason);
 }
 
 bool TransferEvents::MailboxListed(const QString& scope,
@@ -231,9 +238,9 @@ bool TransferEvents::MailboxListed(const QString& scope,
     Error(static_cast<int>(PopError::Refused), Ui::tr("メッセージの一覧を取得できません。"));
     return false;
   }
-  if (known_.TakeListing(scope, pop_.ServerPort, *messages)) return true;
-  ListingFailed();
-  return false;
+  const Result<> taken = known_.TakeListing(scope, pop_.ServerPort, *messages);
+  if (!taken) ListingFailed(taken.Error());
+  return static_cast<bool>(taken);
 }
 
 bool TransferEvents::Flush() {
@@ -241,7 +248,8 @@ bool TransferEvents::Flush() {
   const QList<StoredMessage> stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
     flushFailed_ = true;
-    StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
+    StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"),
+                ReasonOf(context_.Data));
     return false;
   }
   if (!stored.isEmpty() && job_ != nullptr) {
@@ -249,8 +257,11 @@ bool TransferEvents::Flush() {
     for (const StoredMessage& message : stored) serials.append(message.serialId);
     Append(*job_, QStringLiteral("messages"), serials.join(kLineBreak));
   }
-  if (!flushFailed_ && !known_.Store())
-    ListingFailed();  // costs fetching these once more, if all ends here
+  if (!flushFailed_) {
+    const Result<> noted = known_.Store();
+    // Costs fetching these once more, if all ends here.
+    if (!noted) ListingFailed(noted.Error());
+  }
   if (!stored.isEmpty()) {
     if (storedInSession_.isEmpty()) storedInSession_.append(stored.first());
     storedInSession_ = {storedInSession_.first(), stored.last()};
@@ -270,8 +281,8 @@ bool TransferEvents::MakeDurable() {
   // From here on their names prove nothing: the server may give them to other messages.
   released_ = static_cast<int>(doomed_.size());
   for (const QString& messageId : std::exchange(doomed_, {})) known_.Release(messageId);
-  if (!known_.NoteWhole()) {
-    ListingFailed();
+  if (const Result<> noted = known_.NoteWhole(); !noted) {
+    ListingFailed(noted.Error());
     return false;
   }
   if (context_.Data.HasDamage() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
@@ -285,12 +296,14 @@ bool TransferEvents::MakeDurable() {
   }
   std::ignore =
       CountWork(context_);  // behind what was received, so that a log that is lost now is missed
-  if (const OpenedDatabase mail(context_, DatabaseKind::Mail); mail) {
-    const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
-    if (durable && !goesOn) Log(0, Ui::tr("サーバーからの削除をやめました。"));
-    if (durable) return goesOn;
-  }
-  StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"));
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  const Result<> durable =
+      mail ? ResultOf(context_.Data, context_.Data.MakeDurable(MailDatabasePath(context_)))
+           : mail.Error();
+  if (durable && !goesOn) Log(0, Ui::tr("サーバーからの削除をやめました。"));
+  if (durable) return goesOn;
+  StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"),
+              durable.Error());
   return false;
 }
 
@@ -310,45 +323,41 @@ bool TransferEvents::IsStillThere() {
   return std::all_of(storedInSession_.begin(), storedInSession_.end(), isKnown);
 }
 
-void TransferEvents::StoreFailed(const QString& sentence) {
-  Error(static_cast<int>(PopError::Store), sentence + context_.Data.LastError().text);
+void TransferEvents::StoreFailed(const QString& sentence, const StorageError& reason) {
+  Error(static_cast<int>(PopError::Store), sentence + reason.text);
 }
 
 bool TransferEvents::BeginHandover() {
   const DiskPtr message = Message();
   if (message == nullptr) return false;
-  switch (Outbox(context_, message->Text(u"File"))
-              .BeginHandover(message->SerialID(), message->Text(u"Version"), pop_.Server)) {
-    case Outbox::Claim::Taken:
-      return true;
-    case Outbox::Claim::Lost:
-      Log(0,
-          Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
-      return false;
-    default:
-      if (context_.Data.LastError().kind == StorageError::Kind::Busy &&
-          plan_.HandOverLater(*job_)) {
-        return false;
-      }
-      StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));
-      job_->Let(QStringLiteral("storefailed"), true);
-      return false;
+  const auto claim =
+      Outbox(context_, message->Text(u"File"))
+          .BeginHandover(message->SerialID(), message->Text(u"Version"), pop_.Server);
+  if (claim == Outbox::Claim::Taken) return true;
+  if (claim) {
+    Log(0, Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
+    return false;
   }
+  if (claim.Error().kind == StorageError::Kind::Busy && plan_.HandOverLater(*job_)) return false;
+  StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"), claim.Error());
+  job_->Let(QStringLiteral("storefailed"), true);
+  return false;
 }
 
 // While another program holds the file, what the server said is not forgotten.
-void TransferEvents::Settle(const std::function<bool()>& store,
-                            const std::function<void()>& failed) {
-  if (store()) return;
-  if (context_.Data.LastError().kind == StorageError::Kind::Busy) {
+void TransferEvents::Settle(const std::function<Result<>()>& store,
+                            const std::function<void(const StorageError&)>& failed) {
+  const Result<> stored = store();
+  if (stored) return;
+  if (stored.Error().kind == StorageError::Kind::Busy) {
     plan_.StoreLater(*job_, store, failed);
   } else {
-    failed();
+    failed(stored.Error());
   }
 }
 
-void TransferEvents::OutcomeFailed(Disk& job, const QString& sentence) {
-  AddError(job, sentence + context_.Data.LastError().text);
+void TransferEvents::OutcomeFailed(Disk& job, const StorageError& failure) {
+  AddError(job, failure.text);
   job.Let(QStringLiteral("storefailed"), true);
 }
 
@@ -358,13 +367,16 @@ void TransferEvents::MessageSent(const QByteArray& data) {
   message->Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
   Settle(
       [this, job = job_, message, data] {
-        if (!store_.StoreSent(*message, data)) return false;
+        const Result<> stored = store_.StoreSent(*message, data);
+        if (!stored) return stored;
         ++counts_.sent;
         Append(*job, QStringLiteral("log"), Ui::tr("メッセージを送信しました。"));
-        return true;
+        return stored;
       },
-      [this, job = job_, message] {
-        OutcomeFailed(*job, Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
+      [this, job = job_, message](const StorageError& reason) {
+        OutcomeFailed(
+            *job,
+            reason.Behind(Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。")));
         Doubt(*job, *message, Ui::tr("（サーバーは受け取りました）"));
       });
 }
@@ -380,8 +392,8 @@ void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply
       [this, message] {
         return Outbox(context_, message->Text(u"File")).Withdraw(message->SerialID());
       },
-      [this, job = job_] {
-        OutcomeFailed(*job, Ui::tr("送信できなかったことを保存できません。"));
+      [this, job = job_](const StorageError& reason) {
+        OutcomeFailed(*job, reason.Behind(Ui::tr("送信できなかったことを保存できません。")));
       });
 }
 
@@ -389,7 +401,7 @@ void TransferEvents::HandoverEnded(HandoverOutcome outcome, const QString& reply
 void TransferEvents::Doubt(Disk& job, const Disk& message, const QString& reply) {
   job.Let(QStringLiteral("doubtful"), true);
   ++counts_.doubtful;
-  Outbox(context_, message.Text(u"File")).Doubt(message.SerialID(), reply);
+  std::ignore = Outbox(context_, message.Text(u"File")).Doubt(message.SerialID(), reply);
 }
 
 void TransferEvents::RecipientRefused(const QString& address, const QString& reply) {
@@ -401,21 +413,21 @@ void TransferEvents::RecipientRefused(const QString& address, const QString& rep
 void TransferEvents::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
   using Name = KnownMessages::Name;
   QStringList files;
-  const Name name = known_.Ask(messageId, &files);
-  exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
+  const Result<Name> name = known_.Ask(messageId, &files);
+  exists = !name || *name == Name::Stored || *name == Name::Erased;
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  deleteOnServer = deletesStored_ && name != Name::Erased && name != Name::Unknown;
-  if (name == Name::Unknown) TellUnknown();
-  if (!exists || name == Name::Unknown) return;
+  deleteOnServer = deletesStored_ && name && *name != Name::Erased;
+  if (!name) TellUnknown(name.Error());
+  if (!exists || !name) return;
   for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++counts_.known;
   NoteStored(messageId, false, deleteOnServer);
 }
 
 // Once in a session: where one cannot be asked for, most cannot.
-void TransferEvents::TellUnknown() {
+void TransferEvents::TellUnknown(const StorageError& reason) {
   if (std::exchange(toldOfUnknown_, true)) return;
-  StoreFailed(Ui::tr("保存済みかどうかを調べられないメッセージがあるので、受信しません。"));
+  StoreFailed(Ui::tr("保存済みかどうかを調べられないメッセージがあるので、受信しません。"), reason);
 }
 
 bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header,
@@ -430,11 +442,12 @@ bool TransferEvents::IsStored(const QString& messageId, const QByteArray& header
 // The server's copy may be the only one that can be read.
 void TransferEvents::KeepUnlessWhole(const QString& file, const QString& messageId,
                                      bool& deleteOnServer) {
-  if (!deleteOnServer || StoredCopyIsWhole(context_, file, messageId)) return;
+  if (!deleteOnServer) return;
+  const Result<> whole = StoredCopyIsWhole(context_, file, messageId);
+  if (whole) return;
   deleteOnServer = false;
-  Error(static_cast<int>(PopError::Store),
-        Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。") +
-            context_.Data.LastError().text);
+  StoreFailed(Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。"),
+              whole.Error());
 }
 
 void TransferEvents::ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,

@@ -86,17 +86,18 @@ class TransferEvents : public QObject, public PopEvents {
   DiskPtr Account() const;
   DiskPtr Message() const;
   bool IsReceiving() const;
-  void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
+  void Settle(const std::function<Result<>()>& store,
+              const std::function<void(const StorageError&)>& failed);
   void Doubt(Disk& job, const Disk& message, const QString& reply);
   bool DeletesOnServer() const;
   bool MayStillDelete() const;
   void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
-  void ListingFailed();
+  void ListingFailed(const StorageError& reason);
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
-  void TellUnknown();
-  void StoreFailed(const QString& sentence);
-  void OutcomeFailed(Disk& job, const QString& sentence);
+  void TellUnknown(const StorageError& reason);
+  void StoreFailed(const QString& sentence, const StorageError& reason = {});
+  void OutcomeFailed(Disk& job, const StorageError& failure);
   static void Append(Disk& job, const QString& key, const QString& line);
   void AddError(Disk& job, const QString& text);
   bool Flush();

@@ -158,14 +158,16 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   for (int i = 0; i < 200; ++i) {
     const QByteArray source = "Subject: " + QByteArray::number(i) + "\r\n\r\n" +
                               QByteArray(30000, static_cast<char>('a' + i % 26));
-    const QString serial =
+    const Result<QString> serial =
         store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
-    if (serial.isEmpty()) break;
-    stored.insert(serial, source);
+    if (!serial) {
+      EXPECT_EQ(serial.Error().kind, StorageError::Kind::DiskFull)
+          << qPrintable(serial.Error().text);
+      break;
+    }
+    stored.insert(*serial, source);
   }
   EXPECT_LT(stored.size(), 200);
-  EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::DiskFull)
-      << context.Data.LastError().text.toStdString();
   EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("new"))
                    .Error()
                    .text.isEmpty());
@@ -210,8 +212,8 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
     EXPECT_TRUE(code.Code().isEmpty() && !HasFileUnderCode(first, *profile));
     ASSERT_TRUE(ballast.remove());
     ASSERT_TRUE(LogIn(first, {}, {}));
-    MailStore(first).StoreMessage(Disk(first.Data.NewSerialID(QStringLiteral("mail_"))),
-                                  QByteArray(250000, 'x'));
+    EXPECT_TRUE(MailStore(first).StoreMessage(Disk(first.Data.NewSerialID(QStringLiteral("mail_"))),
+                                              QByteArray(250000, 'x')));
     // As an earlier version left it.
     const QStringList files = ProfileFiles(first, *profile);
     PasswordChange change(first.Data, files.first() + QStringLiteral(".decided"), files);

@@ -46,12 +46,13 @@ int main(int argc, char** argv) {
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     request.Let(QStringLiteral("folder"), QStringLiteral("f1\r\nf2"));
     const int size = QRandomGenerator::global()->bounded(100, 60000);
-    if (store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x')).isEmpty()) {
-      Die(context.Data.LastError().text);
-    }
+    const Result<QString> stored =
+        store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x'));
+    if (!stored) Die(stored.Error().text);
     Say("stored", request.SerialID());
     request.Let(QStringLiteral("flag"), QStringLiteral("0200"));
-    if (!store.UpdateMessageState(kStateFlag, request, true)) Die(context.Data.LastError().text);
+    const Result<> opened = store.UpdateMessageState(kStateFlag, request, true);
+    if (!opened) Die(opened.Error().text);
     Say("opened", request.SerialID());
     if (round % 3 != 2) continue;
     // Every third time to none, which is a recovery code.

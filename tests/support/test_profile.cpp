@@ -77,7 +77,7 @@ QString TestProfile::Store(const QByteArray& source, int status) {
   Disk request(context_->Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), status);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  return MailStore(*context_).StoreMessage(request, source);
+  return MailStore(*context_).StoreMessage(request, source).ValueOr({});
 }
 
 QList<QVariant> TestProfile::Select(const QString& select) {

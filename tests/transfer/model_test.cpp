@@ -122,7 +122,7 @@ class Model : public testing::Test {
     Disk request(serial);
     request.Let(QStringLiteral("process"), 2);
     request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-    if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
+    if (!MailStore(context).StoreMessage(request, source)) return false;
     Written& message = written_[serial];
     // From here on only the last version may arrive.
     message.version = source.chopped(3);  // without the end mark
@@ -147,8 +147,8 @@ class Model : public testing::Test {
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
     UnderWay underWay;
-    const bool done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
-                                   : DeleteMessages(context, {serial}, &underWay);
+    const Result<> done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
+                                       : DeleteMessages(context, {serial}, &underWay);
     const bool gone = done && underWay.isEmpty();
     // Between the look and the throw it may have been sent; what counts is what the row says now.
     if (gone && qAbs(StatusOf(context, serial)) != kStatusSent) written_[serial].withdrawn = true;

@@ -58,13 +58,11 @@ class MovedMailboxTest : public test::TrafficTest {
     file.write(archive);
     file.close();
     ImportCounts imported;
-    QString error;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported, &error))
-        << error.toStdString();
+    EXPECT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported));
     return imported.imported;
   }
   // As another program receives it at this moment, through another name of the server.
-  MailStore::Received StoreElsewhere(const QByteArray& mail) {
+  Result<MailStore::Received> StoreElsewhere(const QByteArray& mail) {
     Disk message(profile_.Get().Data.NewSerialID(QStringLiteral("mail_")));
     message.Let(QStringLiteral("MessageID"),
                 QStringLiteral("user@localhost/") + message.SerialID());

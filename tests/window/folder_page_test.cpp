@@ -96,9 +96,9 @@ TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
     Disk request(QStringLiteral("mail_long"));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    MailStore(program_->GetContext())
-        .StoreMessage(request, "From: a@example.jp\r\nSubject: " + QByteArray(3000, 'x') +
-                                   "\r\n\r\nbody\r\n");
+    EXPECT_TRUE(MailStore(program_->GetContext())
+                    .StoreMessage(request, "From: a@example.jp\r\nSubject: " +
+                                               QByteArray(3000, 'x') + "\r\n\r\nbody\r\n"));
     program_->Parent()->MessageStored();
   });
   AwaitPainted(*View());
@@ -206,8 +206,8 @@ TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
   Disk request(QStringLiteral("mail_new"));
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  MailStore(program_->GetContext())
-      .StoreMessage(request, "From: a@example.jp\r\nSubject: Came.\r\n\r\nbody\r\n");
+  EXPECT_TRUE(MailStore(program_->GetContext())
+                  .StoreMessage(request, "From: a@example.jp\r\nSubject: Came.\r\n\r\nbody\r\n"));
   parent->MessageStored();
   parent->ApplySettings();
   test::RunFor(500);
@@ -332,8 +332,9 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
       request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
       request.Let(QStringLiteral("Timestamp"),
                   QStringLiteral("2021-01-01 00:%1:00").arg(stored, 2, 10, QChar(u'0')));
-      MailStore(program_->GetContext())
-          .StoreMessage(request, "Subject: No" + QByteArray::number(stored) + ".\r\n\r\n");
+      EXPECT_TRUE(
+          MailStore(program_->GetContext())
+              .StoreMessage(request, "Subject: No" + QByteArray::number(stored) + ".\r\n\r\n"));
     }
     MadeAnewBy([this] { program_->Parent()->MessageStored(); });
   };
@@ -368,7 +369,7 @@ TEST_F(FolderPageTest, APageBehindAnotherTabIsWhereItWasLeft) {
   ASSERT_TRUE(isThere("innerHeight === 0"));
   Disk request(QStringLiteral("mail_new"));
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  MailStore(program_->GetContext()).StoreMessage(request, "Subject: Came.\r\n\r\n");
+  EXPECT_TRUE(MailStore(program_->GetContext()).StoreMessage(request, "Subject: Came.\r\n\r\n"));
   program_->Parent()->MessageStored();
   ASSERT_TRUE(isThere("document.body.innerText.includes('Came.')"));
   area->findChild<QTabBar*>()->setCurrentIndex(0);
@@ -409,7 +410,8 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
       Disk request(QStringLiteral("mail_early_%1").arg(i));
       request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
       request.Let(QStringLiteral("Timestamp"), QStringLiteral("2019-01-01 00:00:00"));
-      MailStore(program_->GetContext()).StoreMessage(request, "Subject: early\r\n\r\n");
+      EXPECT_TRUE(
+          MailStore(program_->GetContext()).StoreMessage(request, "Subject: early\r\n\r\n"));
     }
     program_->Parent()->MessageStored();
   });
@@ -466,8 +468,9 @@ TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Timestamp"),
                 QStringLiteral("2021-01-01 00:%1:00").arg(number - 60));
-    MailStore(program_->GetContext())
-        .StoreMessage(request, "Subject: No" + QByteArray::number(number) + ".\r\n\r\n");
+    EXPECT_TRUE(
+        MailStore(program_->GetContext())
+            .StoreMessage(request, "Subject: No" + QByteArray::number(number) + ".\r\n\r\n"));
     MadeAnewBy([this] { program_->Parent()->MessageStored(); });
     EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(number)));
   };

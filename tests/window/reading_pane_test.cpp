@@ -230,7 +230,7 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   const auto isFiled = [this] {
     Context& context = program_->GetContext();
     const OpenedDatabase mail(context, DatabaseKind::Mail);
-    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).value_or(QString());
+    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).ValueOr({});
   };
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   // And one thrown away besides; both are taken back, the last one first.
@@ -274,9 +274,10 @@ TEST_F(ReadingPaneTest, TheListStaysWhereItIsWhenPicturesAreWanted) {
   Disk request(QStringLiteral("mail_html"));
   request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
   request.Let(QStringLiteral("Timestamp"), QStringLiteral("2020-02-01 00:00:00"));
-  MailStore(context).StoreMessage(request,
-                                  "Subject: html\r\nContent-Type: text/html\r\n\r\n<p>x<img "
-                                  "src=http://127.0.0.1:9/a.png>");
+  EXPECT_TRUE(
+      MailStore(context).StoreMessage(request,
+                                      "Subject: html\r\nContent-Type: text/html\r\n\r\n<p>x<img "
+                                      "src=http://127.0.0.1:9/a.png>"));
   MadeAnewBy([this] { program_->Parent()->MessageStored(); });
   Press(Qt::Key_End);
   ASSERT_TRUE(WaitFor([this] { return Pane()->Shown() == u"mail_html"; }));

@@ -54,8 +54,8 @@ TEST_F(SlowConditionTest, ItsMessagesComeWhenTheyAreFoundAndThePageStaysMeanwhil
     Disk request(QString::fromUtf8(subject).replace(u' ', u'_'));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Timestamp"), QStringLiteral("2019-01-01 00:00:00"));
-    MailStore(program_->GetContext())
-        .StoreMessage(request, QByteArray("Subject: ") + subject + "\r\n\r\n");
+    EXPECT_TRUE(MailStore(program_->GetContext())
+                    .StoreMessage(request, QByteArray("Subject: ") + subject + "\r\n\r\n"));
     Browser()->Refresh();
   };
   store("first change");

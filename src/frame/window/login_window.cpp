@@ -80,7 +80,7 @@ void LoginWindow::cmOk_Click() {
   const QString password = txPassword_->text();
   if (!ConfirmFirst(*profile, password)) return;
   Result<LoginCheck> check = CheckLogin(context_, profile, password);
-  while (check && *check == LoginCheck::FilesLost) {
+  while (check == LoginCheck::FilesLost) {
     if (!AskAboutLostFiles(profile, password)) return;
     check = CheckLogin(context_, profile, password);
   }

@@ -456,13 +456,12 @@ void ParentWindow::OpenArgument(const QString& argument) {
     queue_.PostMailRequest(MailRequest::New(argument));
     return;
   }
-  QString error;
-  const QString serialId = TakeMessageFile(context_, argument, &error);
-  if (serialId.isEmpty()) {
-    ShowBox(this, QMessageBox::Critical, error);
+  const Result<QString> serialId = TakeMessageFile(context_, argument);
+  if (!serialId) {
+    ShowBox(this, QMessageBox::Critical, serialId.Error().text);
     return;
   }
-  OpenMessage(0, serialId, false);
+  OpenMessage(0, *serialId, false);
   MessageStored();
 }
 

@@ -166,7 +166,7 @@ void MessageWindow::ShowDoubt() {
 }
 
 void MessageWindow::SendAgain() {
-  const bool waits =
+  const Result<> waits =
       Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).SendAgain(tag_);
   Open();
   host_.MessageStored();
@@ -174,7 +174,9 @@ void MessageWindow::SendAgain() {
 }
 
 void MessageWindow::KeepAsSent() {
-  Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).KeepAsSent(tag_);
+  // Whether it worked is seen by what is opened.
+  std::ignore =
+      Outbox(context_, request_->Text(u"file", MailDatabasePath(context_))).KeepAsSent(tag_);
   Open();
   host_.MessageStored();
 }
@@ -184,13 +186,17 @@ void MessageWindow::StoreState() {
   const int changed = std::exchange(changedState_, 0);
   MailStore store(context_);
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
-  bool stored =
-      (changed & kStateStatus) == 0 || store.SetDust(*request_, request_->Number(kProcess) < 0);
-  const int rest = changed & ~kStateStatus;
-  if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
+  Result<> stored;
+  if ((changed & kStateStatus) != 0) {
+    stored = store.SetDust(*request_, request_->Number(kProcess) < 0);
+  }
+  if (const int rest = changed & ~kStateStatus; rest != 0) {
+    const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);
+    if (!rewritten) stored = rewritten;
+  }
   if (!stored) {
     ShowBox(this, QMessageBox::Critical,
-            Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
+            Ui::tr("メッセージを変更できません。") + stored.Error().text);
   }
 }
 
@@ -216,9 +222,10 @@ void MessageWindow::DeleteClicked() {
       ShowBox(this, QMessageBox::Question, Ui::tr("メッセージを削除します。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).DeleteMessage(*request_)) {
+  const Result<> deleted = MailStore(context_).DeleteMessage(*request_);
+  if (!deleted) {
     ShowBox(this, QMessageBox::Critical,
-            Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
+            Ui::tr("メッセージを削除できません。") + deleted.Error().text);
     return;
   }
   request_->Let(QStringLiteral("messagedelete"), true);
@@ -260,9 +267,9 @@ bool MessageWindow::TellUnreadable() {
 void MessageWindow::SaveToFile() {
   if (TellUnreadable()) return;
   FinishEditing();
-  QString error;
-  QByteArray source = IsEditable() ? Compose(&error) : source_;
-  if (!error.isEmpty()) ShowBox(this, QMessageBox::Critical, error);
+  const Result<QByteArray> composed = IsEditable() ? Compose() : source_;
+  if (!composed) ShowBox(this, QMessageBox::Critical, composed.Error().text);
+  QByteArray source = composed.ValueOr({});
   if (source.isEmpty()) return;
   const bool isReceived = qAbs(request_->Number(kProcess)) == kStatusReceived;
   if (Settings(context_)->Flag(u"StandardHeaders") && !isReceived) {
@@ -296,8 +303,7 @@ void MessageWindow::PrintClicked() {
 void MessageWindow::ShowSource() {
   if (TellUnreadable()) return;
   FinishEditing();
-  QString error;
-  const QByteArray source = IsEditable() ? Compose(&error) : source_;
+  const QByteArray source = IsEditable() ? Compose().ValueOr({}) : source_;
   auto* dialog = new QDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setObjectName(QStringLiteral("source"));

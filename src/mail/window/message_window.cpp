@@ -166,7 +166,7 @@ void MessageWindow::Fill(const OpenedMessage& opened) {
 LazyText MessageWindow::TextOf(const OpenedMessage& opened) const {
   if (opened.unreadable) {
     return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
-           context_.Data.LastError().text;
+           opened.reason.text;
   }
   return opened.found || request_->Flag(u"new") ? opened.model.text
                                                 : LazyText(Ui::tr("メッセージがありません。"));
@@ -238,16 +238,20 @@ MessageModel MessageWindow::CurrentModel() const {
   return model;
 }
 
-QByteArray MessageWindow::Compose(const MessageModel& model, QString* error) const {
+Result<QByteArray> MessageWindow::Compose(const MessageModel& model) const {
   ComposeOptions options;
   options.charset = charset_;
   options.settings = EditSettings::From(*Settings(context_));
   options.boundaryToken = context_.Data.NewSerialID();
-  options.read = [this, error](const ModelAttachment& attachment) {
-    return ReadAttachment(attachment, source_, error);
+  StorageError unreadable;
+  options.read = [&](const ModelAttachment& attachment) {
+    const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
+    if (!bytes) unreadable = bytes.Error();
+    return bytes.ValueOr({});
   };
   const QByteArray source = ComposeMessage(model, options);
-  return error->isEmpty() ? source : QByteArray();
+  if (unreadable) return unreadable;
+  return source;
 }
 
 bool MessageWindow::AskToSave(bool* cancelled) {
@@ -266,24 +270,24 @@ bool MessageWindow::AskToSave(bool* cancelled) {
 }
 
 bool MessageWindow::StoreEdited() {
-  QString error;
   MessageModel model = CurrentModel();
   const DiskPtr settings = Settings(context_);
   if (request_->Flag(u"send") && settings->Flag(u"WrapLines")) {
     model.text = WrapLines(model.text.Get(), kMostColumns, settings->Text(u"MemoIndent"));
   }
-  const QByteArray source = Compose(model, &error);
-  if (source.isNull()) {
-    ShowBox(this, QMessageBox::Critical, error);
+  const Result<QByteArray> source = Compose(model);
+  if (!source) {
+    ShowBox(this, QMessageBox::Critical, source.Error().text);
     return false;
   }
-  if (!MailStore(context_).StoreMessage(*request_, source).isEmpty()) {
+  const Result<QString> stored = MailStore(context_).StoreMessage(*request_, *source);
+  if (stored) {
     Drafts::Forget(context_, tag_);
     host_.MessageStored();
     return true;
   }
   ShowBox(this, QMessageBox::Critical,
-          Ui::tr("メッセージを保存できません。") + context_.Data.LastError().text);
+          Ui::tr("メッセージを保存できません。") + stored.Error().text);
   return false;
 }
 
@@ -354,7 +358,8 @@ void MessageWindow::NoteAnswer() {
   const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
   const QString original = request_->Text(u"original");
   if (original.isEmpty() || (!forwards && !answers)) return;
-  SetMark(context_, {original}, forwards ? kFlagForwarded : kFlagAnswered, true);
+  // The answer itself is stored; the mark is no more than a help.
+  std::ignore = SetMark(context_, {original}, forwards ? kFlagForwarded : kFlagAnswered, true);
   host_.MessageStored();
 }
 
@@ -385,15 +390,13 @@ void MessageWindow::KeepDraft() {
   qint64 bytes = 0;
   for (const ModelAttachment& attachment : model.attachments) bytes += SizeOf(attachment);
   if (bytes > kDraftAttachmentBytes) model.attachments.clear();
-  QString unreadable;
-  QByteArray source = Compose(model, &unreadable);
-  if (!unreadable.isEmpty()) {  // the text counts, also when an attachment has vanished
+  Result<QByteArray> source = Compose(model);
+  if (!source) {  // the text counts, also when an attachment has vanished
     model.attachments.clear();
-    unreadable.clear();
-    source = Compose(model, &unreadable);
+    source = Compose(model);
   }
   // A full disk may have room again at the next turn.
-  draftDue_ = !Drafts::Keep(context_, tag_, source);
+  draftDue_ = !source || !Drafts::Keep(context_, tag_, *source);
 }
 
 // Where the last one was, or beside those that are there.
@@ -437,7 +440,8 @@ void MessageWindow::MessagesChanged() {
   if (request_->Flag(u"send")) return;
   WaitingMessage waiting;
   Outbox outbox(context_, request_->Text(u"file", MailDatabasePath(context_)));
-  if (outbox.Read(tag_, waiting) == Outbox::Reading::Gone) Open();
+  const Result<Outbox::Reading> reading = outbox.Read(tag_, waiting);
+  if (reading == Outbox::Reading::Gone) Open();
 }
 
 void MessageWindow::Activate() {

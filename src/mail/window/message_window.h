@@ -132,8 +132,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// The message as it stands in the window.
   MessageModel CurrentModel() const;
   /// Its source; null, with the reason in `error`, when an attachment cannot be read.
-  QByteArray Compose(QString* error) const { return Compose(CurrentModel(), error); }
-  QByteArray Compose(const MessageModel& model, QString* error) const;
+  Result<QByteArray> Compose() const { return Compose(CurrentModel()); }
+  Result<QByteArray> Compose(const MessageModel& model) const;
   bool HasSender();
   /// Stores what closing keeps; false when the window has to stay open.
   bool IsBlank() const;

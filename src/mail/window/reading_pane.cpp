@@ -165,7 +165,7 @@ void ReadingPane::Fill(const OpenedMessage& opened) {
   LazyText text = model_.text;
   if (opened.unreadable) {
     text = Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
-           context_.Data.LastError().text;
+           opened.reason.text;
   } else if (!opened.found) {
     text = Ui::tr("メッセージがありません。");
   }
