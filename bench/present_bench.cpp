@@ -91,9 +91,9 @@ int CountMessages(Context& context) {
 void MakePage(Context& context, MessageListPages& pages, int number) {
   bool before = false;
   bool next = false;
-  const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
-  Require(!path.isEmpty(), context.Data.LastError().text);
-  QFile::remove(path);
+  const auto path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
+  Require(path);
+  QFile::remove(*path);
 }
 
 void MeasurePages(Context& context, int messages) {

@@ -232,6 +232,7 @@ bool DataSession::MakeDurable(const QString& path) {
 }
 
 bool DataSession::OpenRecordset(const QString& select, CursorKind kind, StatementTrust trust) {
+  recordset_.reset();
   if (connection_ == nullptr) return false;
   const auto translated = TranslateSql(select);
   if (!translated) return FailWith(translated.Error());

@@ -63,7 +63,7 @@ class DataSession {
   /// that holds a condition written by the user may read messages and nothing else.
   bool OpenRecordset(const QString& select, CursorKind kind,
                      StatementTrust trust = StatementTrust::System);
-  /// The current result set; null before the first `OpenRecordset`.
+  /// The current result set; null before the first `OpenRecordset`, and after one that failed.
   RecordsetPtr Recordset() const { return recordset_; }
   /// Runs a statement that returns no rows.
   bool Execute(const QString& statement);

@@ -196,8 +196,9 @@ class OnePathTest : public testing::Test {
     Settings(TheContext())->Let(QStringLiteral("PageEscape"), false);
     bool before = false;
     bool next = false;
-    const QString path =
-        MessageListPages(TheContext()).CreateMessageListPage(fixed_serial::kInbox, 1, before, next);
+    const QString path = MessageListPages(TheContext())
+                             .CreateMessageListPage(fixed_serial::kInbox, 1, before, next)
+                             .ValueOr({});
     return test::ReadFile(path);
   }
 

@@ -69,10 +69,11 @@ void PageMaker::MakeAnew(const std::function<void()>& make) {
 }
 
 PageMaker::Written PageMaker::Write() {
-  Written page;
-  page.bytes = pages_.FolderPage(request_.Folder(), request_.Page(), page.before, page.next,
-                                 request_.Search());
-  return page;
+  bool before = false;
+  bool next = false;
+  Result<QByteArray> bytes =
+      pages_.FolderPage(request_.Folder(), request_.Page(), before, next, request_.Search());
+  return {std::move(bytes), before, next};
 }
 
 // Nothing when it takes too long to find the folder's messages here.
@@ -104,11 +105,11 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
 bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
-  reading_.Keep(page.bytes);
+  reading_.Keep(page.bytes.ValueOr({}));
   request_.SetNeighbours(page.before, page.next);
   Q_EMIT Made();
-  if (!page.bytes.isEmpty()) return true;
-  TellFailure(context_.Data.LastError().text);
+  if (page.bytes) return true;
+  TellFailure(page.bytes.Error().text);
   return false;
 }
 

@@ -134,13 +134,13 @@ void PageMessages::GoToUnopened() {
 
 void PageMessages::GoToUnopenedAfter(const QString& message) {
   const ConditionLimit brief(kSearchMs);
-  const QString next = NextUnopened(context_, request_.Folder(), request_.Search(), message);
-  if (next.isEmpty()) {
-    host_.Tell(brief.IsReached() ? context_.Data.LastError().text
-                                 : Ui::tr("ほかに未開封のメッセージはありません。"));
+  const auto next = NextUnopened(context_, request_.Folder(), request_.Search(), message);
+  if (!next || next->isEmpty()) {
+    host_.Tell(!next && brief.IsReached() ? next.Error().text
+                                          : Ui::tr("ほかに未開封のメッセージはありません。"));
     return;
   }
-  GoToRow(next);
+  GoToRow(*next);
 }
 
 void PageMessages::GoTo(const QString& message) {
@@ -160,9 +160,9 @@ void PageMessages::GoToRow(const QString& message) {
 // 0 where the folder does not show it.
 int PageMessages::PageOf(const QString& message) {
   const ConditionLimit brief(kSearchMs);
-  const qint64 before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
-  if (before < 0 && brief.IsReached()) host_.Tell(context_.Data.LastError().text);
-  return before < 0 ? 0 : pages_.PageOf(before);
+  const auto before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
+  if (!before && brief.IsReached()) host_.Tell(before.Error().text);
+  return before ? pages_.PageOf(*before) : 0;
 }
 
 // What is pressed before it is there is meant for it, and is done to no other.
