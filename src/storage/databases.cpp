@@ -98,7 +98,7 @@ Result<> OpenAt(Context& context, DatabaseKind kind, const Location& location) {
 }
 
 // Only a missing file is made; whatever else is wrong with one is for the user to know.
-Result<> OpenOrMake(Context& context, DatabaseKind kind, const Location& location) {
+Result<> OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
   Result<> opened = OpenAt(context, kind, location);
   if (opened) return opened;
   const bool missing = !QFile::exists(location.path);
@@ -119,13 +119,6 @@ Result<> OpenOrMake(Context& context, DatabaseKind kind, const Location& locatio
   if (QFile::exists(location.path)) return opened;
   const Result<> made = CreateAt(context, kind, location);
   return made ? OpenAt(context, kind, location) : made;
-}
-
-// BRIDGE
-Result<> OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
-  Result<> opened = OpenOrMake(context, kind, location);
-  if (!opened) context.Data.FailWith(opened.Error());
-  return opened;
 }
 
 }  // namespace

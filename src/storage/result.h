@@ -12,7 +12,7 @@ namespace vorn {
 /// (`Kind::Other`).
 ///
 /// Everything that stands on the database session and the bags fails this way. Those two themselves
-/// say it with a boolean and leave the reason in the session's `LastError`.
+/// say it with a boolean, of which `ResultOf` (storage/session_result.h) makes a result.
 template <typename T = void>
 class [[nodiscard]] Result {
  public:

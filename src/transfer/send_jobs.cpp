@@ -149,22 +149,26 @@ void CheckPlan::TellUnread(const StorageError& reason) {
 // Doubtful messages wait for the user's word, those that are planned for their turn.
 Result<> CheckPlan::FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
                                 std::vector<DiskPtr>& messages) {
-  const OpenedDatabase opened(context_, db, file);
-  if (!opened) return opened.Error().kind == StorageError::Kind::Busy ? opened.Error() : Result<>();
-  const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial);
-  for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
-    if (IsPlanned(rows->SerialID())) continue;
-    auto message = std::make_shared<Disk>(rows->SerialID());
-    const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-    SetAccount(*message, AccountFor(lines));
-    message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
-    message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
-    message->Let(QStringLiteral("Mailaddress"), lines);
-    message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
-    messages.push_back(message);
+  StorageError reason;
+  {
+    const OpenedDatabase opened(context_, db, file);
+    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return {};
+    if (!opened) return opened.Error();
+    const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(serial);
+    for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
+      if (IsPlanned(rows->SerialID())) continue;
+      auto message = std::make_shared<Disk>(rows->SerialID());
+      const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
+      SetAccount(*message, AccountFor(lines));
+      message->Let(QStringLiteral("File"), file.isEmpty() ? MailDatabasePath(context_) : file);
+      message->Let(QStringLiteral("Password"), context_.Session->Text(u"password"));
+      message->Let(QStringLiteral("Mailaddress"), lines);
+      message->Let(QStringLiteral("Subject"), rows->Fields(u"FIELD_SUBJECT"));
+      messages.push_back(message);
+    }
+    if (rows != nullptr && !rows->Failed()) return {};
+    reason = ReasonOf(context_.Data);
   }
-  if (rows != nullptr && !rows->Failed()) return {};
-  const StorageError reason = ReasonOf(context_.Data);
   if (reason.kind == StorageError::Kind::Busy) return reason;
   TellUnread(reason);
   return {};

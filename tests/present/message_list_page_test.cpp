@@ -348,8 +348,10 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
 TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
   const DiskPtr inbox = profile_.Get().Objects.Find(folder_);
   inbox->Let(QStringLiteral("Sql"), QStringLiteral("1 = 1; DELETE FROM mail"));
-  EXPECT_TRUE(Page().isEmpty());
-  EXPECT_FALSE(profile_.Get().Data.LastError().text.isEmpty());
+  const auto page =
+      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1, before_, next_);
+  ASSERT_FALSE(page);
+  EXPECT_FALSE(page.Error().text.isEmpty());
 }
 
 TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {

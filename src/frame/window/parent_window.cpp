@@ -204,6 +204,7 @@ void ParentWindow::OfferDrafts() {
 
 void ParentWindow::OfferLook() {
   if (!AskOfLook(context_, *this)) return;
+  // The question is answered; the layout can be chosen in the menu, too.
   std::ignore = ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
   area_->Arrange(Arrangement::Tabs);
   ApplySettings();
