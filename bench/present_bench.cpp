@@ -88,7 +88,7 @@ int CountMessages(Context& context) {
   return count;
 }
 
-void MakePage(Context& context, MessageListPages& pages, int number) {
+void MakePage(MessageListPages& pages, int number) {
   bool before = false;
   bool next = false;
   const auto path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
@@ -99,9 +99,9 @@ void MakePage(Context& context, MessageListPages& pages, int number) {
 void MeasurePages(Context& context, int messages) {
   const int last = (messages + kRowsPerPage - 1) / kRowsPerPage;
   MessageListPages pages(context);
-  Measure(QStringLiteral("first page"), [&] { MakePage(context, pages, 1); });
-  Measure(QStringLiteral("middle page"), [&] { MakePage(context, pages, last / 2); });
-  Measure(QStringLiteral("last page"), [&] { MakePage(context, pages, last); });
+  Measure(QStringLiteral("first page"), [&] { MakePage(pages, 1); });
+  Measure(QStringLiteral("middle page"), [&] { MakePage(pages, last / 2); });
+  Measure(QStringLiteral("last page"), [&] { MakePage(pages, last); });
   Measure(QStringLiteral("counting the pages anew"), [&] {
     Require(MessageListPages(context).CountPages(fixed_serial::kInbox) == last,
             QStringLiteral("wrong count"));
@@ -126,8 +126,8 @@ void MeasurePages(Context& context, int messages) {
   }
   Report(QStringLiteral("exploring, each slice"), slices);
   Report(QStringLiteral("exploring, all"), {sum});
-  Measure(QStringLiteral("middle page, explored"), [&] { MakePage(context, pages, last / 2); });
-  Measure(QStringLiteral("last page, explored"), [&] { MakePage(context, pages, last); });
+  Measure(QStringLiteral("middle page, explored"), [&] { MakePage(pages, last / 2); });
+  Measure(QStringLiteral("last page, explored"), [&] { MakePage(pages, last); });
 }
 
 // From the click on a folder in the tree until its page stands painted in a new window.
