@@ -245,7 +245,7 @@ int main(int argc, char** argv) {
   if (isNew) Require(CreateFirstProfile(context));
   Require(LogIn(context, {}, {}));
   // As a new profile has it, whatever version made the folder.
-  const DiskPtr settings = Settings(context);
+  const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("MessagesNewest"), true);
   Require(SaveObject(context, DatabaseKind::Profile, *settings));
   if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());

@@ -6,8 +6,10 @@ using namespace vorn;
 namespace {
 
 // Notes what the program was told, and that nothing is deleted before it is durable.
-class Events : public PopEvents {
+class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
+  RetrievalEvents& Retrieval() override { return *this; }
+  HandoverEvents& Handover() override { return *this; }
   bool MessageArrived(const QString&, const QByteArray&, bool, bool& remove) override {
     remove = true;
     return true;

@@ -6,8 +6,10 @@ using namespace vorn;
 
 namespace {
 
-class Events : public PopEvents {
+class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
+  RetrievalEvents& Retrieval() override { return *this; }
+  HandoverEvents& Handover() override { return *this; }
   bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
   void MessageSent(const QByteArray&) override { ++sent; }
   bool BeginHandover() override { return true; }

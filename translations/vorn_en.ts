@@ -2907,12 +2907,6 @@ Open it?</translation>
         <translation>Organizer: </translation>
     </message>
     <message>
-        <source>再送の前に確かめます。捨てたメッセージはフォルダに表示せず、
-消したものは受信し直しません。</source>
-        <translation>Asks before sending again. Thrown away messages stay out of folders,
-and erased ones are not received again.</translation>
-    </message>
-    <message>
         <source>本文.rtf</source>
         <translation>Text.rtf</translation>
     </message>
@@ -4024,6 +4018,22 @@ Do you want that?</translation>
     <message>
         <source>元に戻せる操作はありません。</source>
         <translation>There is nothing to undo.</translation>
+    </message>
+    <message>
+        <source>【断られました】</source>
+        <translation>[Refused] </translation>
+    </message>
+    <message>
+        <source>サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて直すか、もう一度送信してください。</source>
+        <translation>Messages that the server has refused (%1) were not sent. Open and correct them, or send them again.</translation>
+    </message>
+    <message>
+        <source>再送の前に確かめます。サーバーに断られたものは送り直さず、
+捨てたメッセージはフォルダに表示せず、
+消したものは受信し直しません。</source>
+        <translation>Asks before sending again. What a server has refused is not sent at each check,
+what was thrown away is not shown in folders,
+and what was erased is not received again.</translation>
     </message>
 </context>
 </TS>

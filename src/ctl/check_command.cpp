@@ -7,6 +7,7 @@
 #include "objects/profile.h"
 #include "storage/file_key.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 #include "storage/shown_text.h"
 
 namespace vorn::ctl {
@@ -59,7 +60,7 @@ int CheckFiles(Context& context, const Arguments& arguments) {
       {context.NaviDatabasePath, FileKey::Unguessable(context.SecurityKey), FileContents::Objects}};
   FileContents contents = FileContents::Objects;  // the profile's own database comes first
   for (const QString& path : ProfileFiles(context, *context.Session)) {
-    files.append({path, context.Session->Text(u"password"), contents});
+    files.append({path, ProfileBag(*context.Session).Password(), contents});
     contents = FileContents::Messages;
   }
   const bool accept = arguments.Has(QStringLiteral("accept-damage"));

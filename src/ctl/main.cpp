@@ -14,6 +14,7 @@
 #include "frame/process_privacy.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
+#include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -239,7 +240,7 @@ QString FindFolder(Context& context, const QString& nameOrSerial) {
   const DiskPtr named = FindObjectByName(context, object_type::kFolder, nameOrSerial);
   if (named != nullptr) return named->SerialID();
   const DiskPtr folder = context.Objects.Find(nameOrSerial);
-  const bool isFolder = folder != nullptr && folder->Text(u"FormName") == object_type::kFolder;
+  const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);
   return isFolder ? nameOrSerial : QString();
 }
 

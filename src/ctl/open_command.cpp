@@ -7,6 +7,7 @@
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
 #include "mail/message_model.h"
+#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "storage/time_text.h"
 
@@ -94,10 +95,11 @@ bool IsStoredMessage(const Arguments& arguments) {
 int OpenStored(Context& context, const Arguments& arguments) {
   const int mode = ModeIn(arguments);
   if (mode < 0) return kExitUsage;
-  Disk request(arguments.Words().value(2));
-  request.Let(QStringLiteral("open"), mode);
-  request.Let(QStringLiteral("new"), IsNew(mode));
-  const OpenedMessage opened = OpenMessage(context, request);
+  Disk bag(arguments.Words().value(2));
+  MessageRequest request(bag);
+  request.SetMode(static_cast<OpenMode>(mode));
+  request.SetNew(IsNew(mode));
+  const OpenedMessage opened = OpenMessage(context, bag);
   if (opened.unreadable || !opened.found) {
     return Complain(
         QStringLiteral("メッセージ「%1」を読み込めません。").arg(arguments.Words().value(2)),

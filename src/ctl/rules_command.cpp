@@ -2,24 +2,13 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"
+#include "transfer/rules_object.h"
 
 namespace vorn::ctl {
 namespace {
-
-const QString kRulesKey = QStringLiteral("ReceiveStop");
-
-DiskPtr RuleObject(Context& context) {
-  DiskPtr object = LoadObject(context, fixed_serial::kRules);
-  if (object != nullptr) return object;
-  object = std::make_shared<Disk>(fixed_serial::kRules);
-  context.Objects.Add(object);
-  return object;
-}
 
 int AddRule(Context& context, const QString& line) {
   if (ReceiveStopRules(line).IsEmpty()) {
@@ -30,10 +19,10 @@ int AddRule(Context& context, const QString& line) {
   if (StopsEverything(line)) {
     return Complain(QStringLiteral("「%1」はすべてのメッセージに合います。").arg(line), kExitUsage);
   }
-  const DiskPtr object = RuleObject(context);
-  const QString rules = object->Text(kRulesKey);
-  object->Let(kRulesKey, rules.isEmpty() ? line : rules + kLineBreak + line);
-  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *object);
+  RulesObject rules(context);
+  const QString lines = rules.Lines();
+  rules.SetLines(lines.isEmpty() ? line : lines + kLineBreak + line);
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *rules.Bag());
   if (saved) return kExitOk;
   return Complain(QStringLiteral("保存できませんでした。") + saved.Error().text, kExitFailure);
 }
@@ -43,9 +32,9 @@ int TestRules(Context& context, const QString& name, bool asJson) {
   if (!source) {
     return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
   }
-  const DiskPtr object = RuleObject(context);
-  const auto rule = ReceiveStopRules(object->Text(kRulesKey)).FirstMatch(*source);
-  const bool deletes = rule.has_value() && object->Flag(u"ReceiveStopDelete");
+  const RulesObject rules(context);
+  const auto rule = ReceiveStopRules(rules.Lines()).FirstMatch(*source);
+  const bool deletes = rule.has_value() && rules.DeletesOnServer();
   if (asJson) {
     QJsonObject outcome{{QStringLiteral("stop"), rule.has_value()},
                         {QStringLiteral("deleteOnServer"), deletes},
@@ -67,7 +56,7 @@ int Rules(Context& context, const Arguments& arguments) {
   const QString action = arguments.Words().value(1);
   const QString argument = arguments.Words().value(2);
   if (action == u"list") {
-    Print(RuleObject(context)->Text(kRulesKey));
+    Print(RulesObject(context).Lines());
     return kExitOk;
   }
   if (action == u"add" && !argument.isEmpty()) return AddRule(context, argument);

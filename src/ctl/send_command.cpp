@@ -33,8 +33,8 @@ QString StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names
                  "何も送信していません。")
           .arg(name);
     }
-    request->Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
-    request->Let(QStringLiteral("Flag"), QStringLiteral("02"));
+    MessageBag::SetStatus(*request, kStatusWaiting);
+    MessageBag::SetFlags(*request, QStringLiteral("02"));
     messages.emplace_back(request, *source);
   }
   const Result<> stored = MailStore(context).StoreMessages(messages);

@@ -2,6 +2,8 @@
 
 #include <QScopedValueRollback>
 
+#include "storage/profile_bag.h"
+
 namespace vorn {
 
 void Dispatcher::Tick() {
@@ -13,23 +15,19 @@ void Dispatcher::Tick() {
 }
 
 void Dispatcher::Execute(const DiskPtr& request) {
-  const QString mode = request->Text(u"mode");
-  const QString status = request->Text(u"status");
-  if (mode == u"messagebox") {
-    if (status == u"newmessage") host_.NotifyNewMessages(*request);
-    return;
-  }
-  if (mode != u"dialog" && mode != u"window") return;
-  if (mode == u"window" && !request->Flag(u"direct") && ActivateOpenWindow(request->SerialID())) {
-    return;
-  }
+  using Kind = WindowRequest::Kind;
+  const WindowRequest wanted(*request);
+  if (wanted.IsForNewMessages()) return host_.NotifyNewMessages(*request);
+  const bool isWindow = wanted.Is(Kind::Window);
+  if (!isWindow && !wanted.Is(Kind::Dialog)) return;
+  if (isWindow && !wanted.OpensAnother() && ActivateOpenWindow(request->SerialID())) return;
   RequestWindow* window = host_.CreateRequestWindow(*request);
   if (window == nullptr) return;
-  if (!window->LoadDefaultProperty(request, request->Flag(u"update"))) {
+  if (!window->LoadDefaultProperty(request, wanted.Updates())) {
     window->Unload();
     return;
   }
-  const int show = request->Number(u"show", window->IsChild() ? kShowModeless : kShowModal);
+  const RequestShow show = wanted.Show(window->IsChild() ? kShowModeless : kShowModal);
   if (show == kShowHidden || Show(*window, show)) RunAfter(*window, *request);
 }
 
@@ -50,12 +48,12 @@ bool Dispatcher::Show(RequestWindow& window, int show) {
     window.ShowModeless();
   }
   if (isChild) host_.ArrangeWindows();
-  const bool cancelled = show == kShowModal && context_.Session->Text(u"status").isEmpty();
+  const bool cancelled = show == kShowModal && ProfileBag(*context_.Session).Answer().isEmpty();
   return !cancelled;
 }
 
 void Dispatcher::RunAfter(RequestWindow& window, const Disk& request) {
-  const QString after = request.Text(u"after");
+  const QString after = WindowRequest(request).After();
   if (after == u"public") {
     host_.ApplySettings();
   } else if (after == u"delete") {

@@ -1,7 +1,9 @@
 #include "frame/event_log.h"
 
 #include "mail/codec/identifiers.h"
+#include "mail/message_bag.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -10,14 +12,11 @@ void EventLog::AddEvent(int level, int mode, const QString& reference, const QSt
                         const QString& category, const QString& text) {
   const QString prefix = QStringLiteral("event_%1_").arg(records_.Count());
   auto record = std::make_shared<Disk>(context_.Data.NewSerialID(prefix));
-  record->Let(QStringLiteral("reference"), reference);
-  record->Let(QStringLiteral("daytime"), MimeCodec::CurrentDateText());
-  record->Let(QStringLiteral("message"), text);
-  record->Let(QStringLiteral("mode"), mode);
+  EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
   if (mode == kEventMessage) {
-    record->Let(QStringLiteral("db"), static_cast<int>(DatabaseKind::MailByPath));
-    record->Let(QStringLiteral("file"), context_.Session->Text(u"Mail"));
-    record->Let(QStringLiteral("password"), context_.Session->Text(u"password"));
+    MessageBag::SetDatabase(*record, DatabaseKind::MailByPath);
+    MessageBag::SetFile(*record, ProfileBag(*context_.Session).MailFiles());
+    MessageBag::SetPassword(*record, ProfileBag(*context_.Session).Password());
   }
   records_.Add(record);
   const QString levelName = level == kEventError         ? QStringLiteral("error")

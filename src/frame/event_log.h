@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "frame/event_record.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -15,9 +16,6 @@ class EventView {
 };
 
 enum EventLevel { kEventInformation = 0, kEventError = 1 };
-/// What an event refers to.
-enum EventMode { kEventObject = 0, kEventMessage = 1 };
-
 /// What happened in the background: the records of the running program, kept in memory alone.
 class EventLog {
  public:
@@ -27,8 +25,7 @@ class EventLog {
                 const QString& category, const QString& text);
   /// Forgets all records.
   void Clear() { records_ = {}; }
-  /// The record with that serial identifier, or null. Its keys are "reference", "daytime",
-  /// "message", "mode", and for messages "db", "file" and "password".
+  /// The record with that serial identifier (`EventRecord`), or null.
   DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
 
  private:

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "mail/outbox.h"
+#include "objects/any_object.h"
 #include "objects/file_age.h"
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
@@ -17,6 +18,7 @@
 #include "storage/file_key.h"
 #include "storage/file_lock.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 #include "storage/recovery_code.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
@@ -30,11 +32,8 @@ QString FirstStartLock(const Context& context) {
   return context.AppFolder + QStringLiteral("navi.lock");
 }
 
-const QString kPassword = QStringLiteral("password");
-const QString kStatus = QStringLiteral("status");
-
 QString ProfilePath(const Context& context, const Disk& profile) {
-  return PlatformPath(context, profile.Text(u"Profile"));
+  return PlatformPath(context, ProfileBag(profile).File());
 }
 
 // The default profile is the one logged in last.
@@ -42,7 +41,7 @@ DiskPtr DefaultProfile(const Context& context) {
   const DiskCollectionPtr profiles =
       SelectObjects(context.Objects, *context.Session, object_type::kProfile);
   for (const DiskPtr& profile : *profiles) {
-    if (profile->Flag(u"Default")) return profile;
+    if (AnyObject(*profile).IsDefault()) return profile;
   }
   return profiles->Count() == 1 ? profiles->First() : nullptr;
 }
@@ -207,8 +206,8 @@ StorageError WithAdvice(Context& context, const Disk& profile, const QString& ty
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
-    if (profile->Flag(u"Rebuilt") && CheckLogin(context, profile, password) &&
-        profile->Text(u"Object") == name) {
+    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) &&
+        AnyObject(*profile).Name() == name) {
       return profile;
     }
   }
@@ -282,9 +281,9 @@ Result<> ResolveLostFiles(Context& context, const DiskPtr& profile, const QStrin
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
-  context.Session->Let(kPassword, password);
-  context.Session->Let(kStatus, profile.SerialID());
-  context.Session->Let(QStringLiteral("mode"), QStringLiteral("login"));
+  ProfileBag::SetPassword(*context.Session, password);
+  ProfileBag::SetAnswer(*context.Session, profile.SerialID());
+  ProfileBag::SetLogin(*context.Session);
 }
 
 Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed) {
@@ -295,7 +294,7 @@ Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed) {
       return {};
     }
     case LoginStep::EnterProfile: {
-      const DiskPtr profile = context.Objects.Find(context.Session->Text(kStatus));
+      const DiskPtr profile = context.Objects.Find(ProfileBag(*context.Session).Answer());
       if (profile == nullptr) return Refusal(Ui::tr("プロファイルがありません。"));
       const QString unusable = Ui::tr("プロファイルを使えません。");
       if (const Result<> held = HoldProfile(context, *profile); !held) {

@@ -38,8 +38,8 @@ struct LostFileChoice {
 Result<> ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
                           const LostFileChoice& choice);
 
-/// Notes a login in the session bag: "password", "status" (the profile's serial identifier) and
-/// "mode" = "login".
+/// Notes a login in the session bag: the password and, as the answer, the profile's serial
+/// identifier.
 void BeginLogin(Context& context, const Disk& profile, const QString& password);
 
 /// The steps that load the profile named by the session bag, in their order. Each is short; the

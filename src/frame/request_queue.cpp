@@ -1,22 +1,13 @@
 #include "frame/request_queue.h"
 
+#include "mail/message_bag.h"
 #include "mail/message_id.h"
+#include "mail/message_request.h"
+#include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 
 namespace vorn {
-
-namespace {
-
-using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
-
-DiskPtr MakeRequest(const QString& serialId, Values values) {
-  auto request = std::make_shared<Disk>(serialId);
-  for (const auto& [key, value] : values) request->Let(QString::fromUtf16(key), value);
-  return request;
-}
-
-}  // namespace
 
 MailRequest MailRequest::New(const QString& mailto) {
   MailRequest request;
@@ -33,45 +24,48 @@ bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
                                : request.serialId;
   const DatabaseKind db =
       request.status == object_type::kProfile ? DatabaseKind::Navigator : DatabaseKind::Profile;
-  Post(MakeRequest(serialId, {{u"mode", QStringLiteral("dialog")},
-                              {u"status", request.status},
-                              {u"db", static_cast<int>(db)},
-                              {u"show", request.show},
-                              {u"after", request.after},
-                              {u"parent", request.parent},
-                              {u"new", request.isNew},
-                              {u"event", request.event},
-                              {u"name", request.name},
-                              {u"condition", request.condition}}));
+  const auto bag = std::make_shared<Disk>(serialId);
+  WindowRequest::Begin(*bag, WindowRequest::Kind::Dialog, request.status);
+  WindowRequest::SetShow(*bag, request.show);
+  WindowRequest::SetAfter(*bag, request.after);
+  ObjectRequest::SetDatabase(*bag, db);
+  ObjectRequest::SetParent(*bag, request.parent);
+  ObjectRequest::SetNew(*bag, request.isNew);
+  ObjectRequest::SetEvent(*bag, request.event);
+  ObjectRequest::SetName(*bag, request.name);
+  ObjectRequest::SetCondition(*bag, request.condition);
+  Post(bag);
   return true;
 }
 
 void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
-  Post(MakeRequest(request.serialId, {{u"mode", QStringLiteral("window")},
-                                      {u"after", QStringLiteral("dummy")},
-                                      {u"status", QStringLiteral("browser")},
-                                      {u"url", request.url},
-                                      {u"local", request.local},
-                                      {u"show", request.show},
-                                      {u"exec", request.exec}}));
+  const auto bag = std::make_shared<Disk>(request.serialId);
+  WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("browser"));
+  WindowRequest::SetShow(*bag, request.show);
+  WindowRequest::SetAfter(*bag, QStringLiteral("dummy"));
+  bag->Let(QStringLiteral("url"), request.url);
+  bag->Let(QStringLiteral("local"), request.local);
+  bag->Let(QStringLiteral("exec"), request.exec);
+  Post(bag);
 }
 
 bool RequestQueue::PostMailRequest(const MailRequest& request) {
   const QString serialId =
       request.serialId.isEmpty() ? NewMessageSerialID(context_) : request.serialId;
-  const DiskPtr bag = MakeRequest(serialId, {{u"mode", QStringLiteral("window")},
-                                             {u"status", QStringLiteral("mail")},
-                                             {u"db", request.db},
-                                             {u"file", request.file},
-                                             {u"open", request.open},
-                                             {u"password", request.password},
-                                             {u"show", request.show},
-                                             {u"new", request.isNew},
-                                             {u"direct", request.open != 0},
-                                             {u"update", true},
-                                             {u"AutoSend", request.autoSend},
-                                             {u"event", request.event}});
-  if (!request.mailto.isEmpty()) bag->Let(QStringLiteral("mailto"), request.mailto);
+  const auto bag = std::make_shared<Disk>(serialId);
+  WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("mail"));
+  WindowRequest::SetShow(*bag, request.show);
+  WindowRequest::SetOpensAnother(*bag, request.open != 0);
+  WindowRequest::SetUpdates(*bag, true);
+  MessageBag::SetDatabase(*bag, static_cast<DatabaseKind>(request.db));
+  MessageBag::SetFile(*bag, request.file);
+  MessageBag::SetPassword(*bag, request.password);
+  MessageRequest message(*bag);
+  message.SetMode(static_cast<OpenMode>(request.open));
+  message.SetNew(request.isNew);
+  message.SetSendsAtOnce(request.autoSend);
+  message.SetEvent(request.event);
+  message.SetMailto(request.mailto);
   Post(bag);
   return true;
 }

@@ -4,12 +4,10 @@
 #include <deque>
 #include <functional>
 
+#include "objects/window_request.h"
 #include "storage/context.h"
 
 namespace vorn {
-
-/// How a request's window is shown, the values of "show".
-enum RequestShow { kShowHidden = -1, kShowModeless = 0, kShowModal = 1 };
 
 /// What a mail request says besides the message: how it is opened and where it is stored.
 struct MailRequest {

@@ -8,6 +8,7 @@
 #include "objects/profile.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/profile_bag.h"
 
 namespace vorn {
 namespace {
@@ -48,7 +49,7 @@ void SourceWatch::Begin() {
   }
   const QString file = files_.first();
   if (!std::exchange(hasPlace_, true)) place_ = LoadPlace(file);
-  const QString password = context_.Session->Text(u"Password");
+  const QString password = ProfileBag(*context_.Session).Password();
   thread_.reset(QThread::create([this, file, password, from = place_] {
     const WalkOutcome outcome = WalkSources(file, password, from, kStretchMs);
     QMetaObject::invokeMethod(

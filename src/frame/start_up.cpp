@@ -14,6 +14,7 @@
 #include "storage/databases.h"
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/sole_use.h"
 #include "storage/ui.h"
@@ -215,7 +216,7 @@ Result<> StartUp(Context& context, const QString& appFolder) {
     return StorageError{StorageError::Kind::Other,
                         Ui::tr("ユーザー設定を保存できないため、起動できません。")};
   }
-  context.Session->Let(QStringLiteral("login"), false);
+  ProfileBag::SetLoggedIn(*context.Session, false);
   if (!MakePrivateFolder(context.AppFolder)) {
     return StorageError{StorageError::Kind::Other,
                         Ui::tr("データフォルダ「%1」を作成できません。")

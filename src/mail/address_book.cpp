@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "mail/open_message.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
@@ -37,19 +38,18 @@ QList<AddressEntry> OfKinds(const QList<AddressEntry>& entries, const QStringLis
 QList<DiskPtr> AddressBooks(const Context& context) {
   QList<DiskPtr> books;
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == object_type::kBook) books.append(object);
+    if (AnyObject(*object).Is(object_type::kBook)) books.append(object);
   }
   return books;
 }
 
+QString BookLines(const Disk& book) {
+  return book.Text(kAddresses);
+}
+
 Result<DiskPtr> MakeAddressBook(Context& context) {
   auto book = std::make_shared<Disk>(context.Data.NewSerialID());
-  book->Let(QStringLiteral("FormName"), object_type::kBook);
-  book->Let(QStringLiteral("Object"), Ui::tr("アドレスブック"));
-  book->Let(QStringLiteral("Draw"), object_type::kBook);
-  for (const char16_t* key : {u"Default", u"System", u"Enabled"}) {
-    book->Let(QString::fromUtf16(key), false);
-  }
+  AnyObject::Begin(*book, object_type::kBook, Ui::tr("アドレスブック"));
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *book);
   if (!saved) return saved.Error();
   context.Objects.Add(book);
@@ -67,7 +67,7 @@ QList<AddressEntry> Correspondents(Context& context, const QString& addressLines
 }
 
 Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
-  const QString before = book->Text(kAddresses);
+  const QString before = BookLines(*book);
   QSet<QString> known;
   for (const AddressEntry& entry : Entries(before)) known.insert(entry.address.toLower());
   QStringList lines = before.split(kLineBreak, Qt::SkipEmptyParts);

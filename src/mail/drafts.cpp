@@ -2,7 +2,6 @@
 
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 
 namespace vorn::Drafts {
@@ -72,11 +71,11 @@ Result<> Restore(Context& context, const QString& message) {
   const DiskPtr draft = context.Objects.Find(kPrefix + message);
   if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   Disk request(message);
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
-  request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
+  MessageBag::SetStatus(request, kStatusEdit);
+  MessageBag::SetFlags(request, QStringLiteral("02"));
   const Result<QString> folders = ReadStoredFolders(context, message);
   if (!folders) return folders.Error();
-  request.Let(QStringLiteral("folder"), *folders);
+  MessageBag::SetFolders(request, *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
   const Result<QString> stored = MailStore(context).StoreMessage(request, source);
   if (!stored) return stored.Error();

@@ -2,10 +2,12 @@
 
 #include <QSet>
 
+#include "mail/address_book.h"
 #include "mail/codec/address.h"
 #include "mail/message_rows.h"
+#include "objects/account.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
@@ -53,15 +55,14 @@ void AddPastRecipients(Context& context, AddressCollector& collector) {
 QStringList KnownAddresses(Context& context) {
   AddressCollector collector;
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == object_type::kBook) {
-      collector.AddLines(object->Text(u"Addressbook"));
-    }
+    if (AnyObject(*object).Is(object_type::kBook)) collector.AddLines(BookLines(*object));
   }
   AddPastRecipients(context, collector);
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") != object_type::kAccount) continue;
-    collector.Add(ParseAddressEntry(QStringLiteral("TO: ") + object->Text(u"Mailaddress") + u' ' +
-                                    object->Text(u"Display")));
+    if (!AnyObject(*object).Is(object_type::kAccount)) continue;
+    const Account account(object);
+    collector.Add(
+        ParseAddressEntry(QStringLiteral("TO: ") + account.Address() + u' ' + account.Display()));
   }
   return collector.Texts();
 }

@@ -22,7 +22,7 @@ QString SelectRow(const Disk& request) {
 
 // What the user did with the message meanwhile, in another window, stays in the row.
 QString FlagsValue(const Disk& request) {
-  const QString flags = request.Text(u"flag");
+  const QString flags = MessageBag(request).Flags();
   if (flags.size() < kFlagAttachment) return QuoteSql(flags);
   return QuoteSql(flags.left(kFlagAttachment)) +
          QStringLiteral(" & SUBSTR(FIELD_FLAG, %1)").arg(kFlagAttachment + 1);
@@ -31,9 +31,8 @@ QString FlagsValue(const Disk& request) {
 }  // namespace
 
 OpenedDatabase MailStore::Open(const Disk& request) {
-  const auto kind =
-      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
-  return OpenedDatabase(context_, kind, request.Text(u"file", MailDatabasePath(context_)));
+  const MessageBag message(request);
+  return OpenedDatabase(context_, message.Database(), message.File(context_));
 }
 
 Result<QString> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
@@ -67,10 +66,10 @@ Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
 
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
-  options.textTypes = TextTypes(context_);
-  options.hasEndMark = qAbs(request.Number(u"process", kStatusEdit)) != kStatusReceived;
-  options.standardHeaders = Settings(context_)->Flag(u"StandardHeaders");
-  return IndexMessage(source, request.Text(u"Flag"), options);
+  options.textTypes = Settings(context_).TextTypes();
+  options.hasEndMark = MessageBag(request).AbsoluteStatus() != kStatusReceived;
+  options.standardHeaders = Settings(context_).HasStandardHeaders();
+  return IndexMessage(source, MessageBag(request).Flags(), options);
 }
 
 // The row and its folders appear together or not at all.
@@ -98,9 +97,7 @@ Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
   // that cannot be read may be another message.
   if (!context_.Data.FlushForReading()) return ReasonOf(context_.Data);
   Disk other(alike);
-  for (const auto* key : {u"db", u"file"}) {
-    if (request.Get(key).isValid()) other.Let(QString::fromUtf16(key), request.Get(key));
-  }
+  MessageBag(request).CopyPlace(other);
   const Result<QByteArray> stored = LoadMessageSource(other);
   if (stored && IsSameButForNotes(*stored, source)) return Received::Alike;
   return StoreUnlessKnown(request, source, identity, nullptr);
@@ -116,7 +113,7 @@ Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
   if (!opened) return opened.Error();
   if (!context_.Data.BeginGathered()) return ReasonOf(context_.Data);
   // Nobody else writes from here on, so what is not known now stays so.
-  const std::optional<bool> has = context_.Data.HasMessage(request.Text(u"MessageID"));
+  const std::optional<bool> has = context_.Data.HasMessage(MessageBag(request).MessageId());
   const bool known = has.value_or(false);
   bool done = has.has_value();
   if (done && !known && identity && alike != nullptr) {
@@ -142,24 +139,23 @@ bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
   bool isNew = false;
   if (!WriteRow(request, source, index, &isNew)) return false;
   // A new message has no folders yet.
-  const bool hasFolders = !isNew || !request.Text(u"folder").isEmpty();
+  const bool hasFolders = !isNew || !MessageBag(request).Folders().isEmpty();
   return !hasFolders || WriteFolders(request);
 }
 
 bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
                          bool* isNew) {
   DataSession& data = context_.Data;
+  const MessageBag message(request);
   if (!data.OpenRecordset(SelectRow(request), CursorKind::Updatable)) return false;
   const RecordsetPtr row = data.Recordset();
   *isNew = row->Eof();
   *isNew ? row->AddNew() : row->Edit();
   row->SetField(QStringLiteral("SERIALID"), request.SerialID());
-  if (*isNew) {
-    row->SetField(QStringLiteral("FIELD_ID"), request.Text(u"MessageID", request.SerialID()));
-  }
+  if (*isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
   row->SetField(QStringLiteral("MAIL"), source);
-  row->SetField(QStringLiteral("STATUS"), request.Number(u"process", kStatusEdit));
-  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), request.Text(u"Timestamp", data.Now()));
+  row->SetField(QStringLiteral("STATUS"), message.Status());
+  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), message.Timestamp(data.Now()));
   row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
   row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
   row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);
@@ -198,7 +194,7 @@ bool MailStore::WriteState(int mask, const Disk& request) {
   DataSession& data = context_.Data;
   if ((mask == 0 || (mask & kStateStatus) != 0) &&
       !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
-                    QString::number(request.Number(u"process")) + Where(request))) {
+                    QString::number(MessageBag(request).Status()) + Where(request))) {
     return false;
   }
   if ((mask == 0 || (mask & kStateFlag) != 0) &&
@@ -212,7 +208,8 @@ bool MailStore::WriteState(int mask, const Disk& request) {
 bool MailStore::WriteFolders(const Disk& request) {
   DataSession& data = context_.Data;
   if (!data.Execute(QStringLiteral("DELETE FROM folder") + Where(request))) return false;
-  for (const QString& folder : request.Text(u"folder").split(kLineBreak, Qt::SkipEmptyParts)) {
+  const QStringList folders = MessageBag(request).Folders().split(kLineBreak, Qt::SkipEmptyParts);
+  for (const QString& folder : folders) {
     if (!data.Execute(QStringLiteral("INSERT INTO folder ( SERIALID, FOLDERID ) VALUES(") +
                       QuoteSql(request.SerialID()) + u',' + QuoteSql(folder) + u')')) {
       return false;
@@ -249,7 +246,7 @@ Result<> MailStore::CancelWaiting(const Disk& request) {
 }
 
 bool MailStore::IsTextMime(const QString& contentType) {
-  return TextTypes(context_).contains(contentType);
+  return Settings(context_).TextTypes().contains(contentType);
 }
 
 }  // namespace vorn

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "mail/message_bag.h"
 #include "storage/context.h"
 #include "storage/databases.h"
 #include "storage/result.h"
@@ -14,17 +15,12 @@ namespace vorn {
 
 struct MessageIndex;
 
-/// Message states, the values of `STATUS`. The negated value marks a message in the dust.
-enum MessageStatus { kStatusEdit = 1, kStatusWaiting = 2, kStatusSent = 3, kStatusReceived = 4 };
-
 /// Bits of `UpdateMessageState`'s mask; 0 means all of them.
 enum StateMask { kStateStatus = 1, kStateFlag = 2, kStateFolders = 4 };
 
 /// The message store: rows of `mail` and their membership rows in `folder`.
 ///
-/// Every operation is given the message's bag and reads from it the serial identifier, "db" (a
-/// database kind, default 3), "file" (default: the profile's mail database), "MessageID", "process"
-/// (the status), "Flag", "folder" (folder identifiers, one a line) and "Timestamp" (default: now).
+/// Every operation is given the message's bag, as a `MessageBag` tells of it.
 class MailStore {
  public:
   explicit MailStore(Context& context) : context_(context) {}

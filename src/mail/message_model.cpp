@@ -9,7 +9,6 @@
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
@@ -340,15 +339,15 @@ void AddInnerFiles(const QByteArray& source, const Attachment& package,
 
 }  // namespace
 
-EditSettings EditSettings::From(const Disk& settings) {
+EditSettings EditSettings::From(const Settings& all) {
+  const Disk& settings = *all.Bag();
   EditSettings edit;
   edit.editMode = settings.Flag(u"EditMode");
   edit.subjectReplay = settings.Text(u"SubjectReplay");
   edit.subjectForward = settings.Text(u"SubjectForward");
   edit.memoIndent = settings.Text(u"MemoIndent");
-  edit.textTypes =
-      settings.Text(u"TextMime", DefaultTextTypes().join(kLineBreak)).split(kLineBreak);
-  edit.standardHeaders = settings.Flag(u"StandardHeaders");
+  edit.textTypes = all.TextTypes();
+  edit.standardHeaders = all.HasStandardHeaders();
   edit.usualReplies = settings.Flag(u"UsualReplies");
   edit.mimeEncode = settings.Number(u"MimeEncode");
   edit.mimeText = settings.Flag(u"MimeText");

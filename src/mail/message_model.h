@@ -16,6 +16,8 @@
 
 namespace vorn {
 
+class Settings;
+
 /// How a message window opens a message.
 enum class OpenMode {
   Show = 0,
@@ -79,7 +81,7 @@ struct EditSettings {
   int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
   bool mimeText = false;
 
-  static EditSettings From(const Disk& settings);
+  static EditSettings From(const Settings& settings);
   /// What a new profile starts with.
   static EditSettings Defaults();
 };

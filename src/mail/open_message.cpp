@@ -8,7 +8,9 @@
 #include "mail/mail_store.h"
 #include "mail/mailto.h"
 #include "mail/message_id.h"
+#include "mail/message_request.h"
 #include "mail/message_rows.h"
+#include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
@@ -20,35 +22,22 @@
 namespace vorn {
 namespace {
 
-struct CopiedColumn {
-  const char16_t* column;
-  const char16_t* key;
-};
-
-constexpr CopiedColumn kCopiedColumns[] = {
-    {u"FIELD_CONTENT", u"content"},          {u"FIELD_SUBJECT", u"work_subject"},
-    {u"FIELD_TIMESTAMP", u"work_timestamp"}, {u"STATUS", u"process"},
-    {u"FIELD_MAILADDRESS", u"mailaddress"},  {u"FIELD_FLAG", u"flag"},
-};
-
 // Copies the row's columns and its folders into the request. False when there is no such row.
 Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
   if (row->Eof()) return false;
-  for (const CopiedColumn& copied : kCopiedColumns) {
-    request.Let(QString::fromUtf16(copied.key), row->Fields(QStringView(copied.column)));
-  }
+  MessageRequest(request).TakeRow(*row);
   source = row->Fields(u"MAIL").toByteArray();
   if (row->Failed()) return row->Error();
   const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
-  request.Let(QStringLiteral("folder"), folders.ValueOr({}));
+  MessageBag::SetFolders(request, folders.ValueOr({}));
   if (!folders) return folders.Error();
   return true;
 }
 
 bool IsUnopened(const Disk& request) {
-  return GetFlagChar(request.Text(u"flag"), kFlagNew, QStringLiteral("0")) != u"0";
+  return GetFlagChar(MessageBag(request).Flags(), kFlagNew, QStringLiteral("0")) != u"0";
 }
 
 Sender DefaultSender(Context& context) {
@@ -61,12 +50,11 @@ Sender DefaultSender(Context& context) {
   if (first->IsEmpty()) first = enabled;
   Sender sender;
   if (first->IsEmpty()) return sender;
-  sender.address = first->First()->Text(u"Mailaddress");
-  sender.display = first->First()->Text(u"Display");
-  for (const DiskPtr& account : *enabled) {
-    const QString address = account->Text(u"Mailaddress");
-    sender.own.append(address);
-    sender.signatures.insert(address.toLower(), account->Text(u"Signature"));
+  sender.address = Account(first->First()).Address();
+  sender.display = Account(first->First()).Display();
+  for (const Account account : *enabled) {
+    sender.own.append(account.Address());
+    sender.signatures.insert(account.Address().toLower(), account.Signature());
   }
   return sender;
 }
@@ -78,55 +66,47 @@ bool AsksForReceipt(const QString& addressLines) {
   return false;
 }
 
-void BecomeNew(Context& context, Disk& request) {
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
-  request.Let(QStringLiteral("original"), request.SerialID());
-  request.LetSerialID(NewMessageSerialID(context));
-}
-
 // Where a signature within the text is looked for; HTML that cannot have one is not made text.
 QString SignedText(const OpenedMessage& opened) {
   const bool maySign = !opened.model.isTextOfHtml || opened.html.contains(u"-----BEGIN PGP");
   return maySign ? opened.model.text.Get() : QString();
 }
 
-OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStoredCharset = true,
+OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredCharset = true,
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
-  const EditSettings settings = EditSettings::From(*Settings(context));
-  if (!request.Get(u"process").isValid()) {
-    request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
-    request.Let(QStringLiteral("flag"), QStringLiteral("02"));
+  const EditSettings settings = EditSettings::From(Settings(context));
+  MessageRequest request(bag);
+  const MessageBag stored(bag);
+  if (!stored.HasStatus()) {
+    MessageBag::SetStatus(bag, kStatusEdit);
+    MessageBag::SetFlags(bag, QStringLiteral("02"));
   }
   StoredMessage message;
-  const auto kind =
-      static_cast<DatabaseKind>(request.Number(u"db", static_cast<int>(DatabaseKind::MailByPath)));
   {
-    const OpenedDatabase mail(context, kind, request.Text(u"file", MailDatabasePath(context)));
-    const Result<bool> read = mail ? ReadRow(context.Data, request, message.source) : mail.Error();
+    const OpenedDatabase mail(context, stored.Database(), stored.File(context));
+    const Result<bool> read = mail ? ReadRow(context.Data, bag, message.source) : mail.Error();
     if (!read) {
-      opened.unreadable = {request.SerialID(), request.Text(u"work_subject"),
-                           request.Text(u"work_timestamp")};
+      opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
       opened.reason = read.Error();
       return opened;
     }
     opened.found = *read;
     if (opened.found) {
-      opened.first = IsUnopened(request);
-      if (opened.first && marks) MarkOpened(context, request);
-      request.Let(QStringLiteral("notice"),
-                  opened.first && AsksForReceipt(request.Text(u"mailaddress")));
+      opened.first = IsUnopened(bag);
+      if (opened.first && marks) MarkOpened(context, bag);
+      request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
     }
   }
   if (!opened.found) message.source = shown;
-  message.contentIndex = request.Text(u"content");
+  message.contentIndex = request.ContentIndex();
   // Of one that was erased while its window is open nothing of the last reading is left.
-  const bool isGone = !opened.found && shown.isEmpty() && !request.Flag(u"new");
-  if (!isGone) message.addressLines = request.Text(u"mailaddress");
-  message.timestamp = GeneralTimeText(request.Text(u"work_timestamp"));
-  message.charset = applyStoredCharset ? ReadingCode(StoredCharset(request.Text(u"flag"))) : code;
-  const auto mode = static_cast<OpenMode>(qBound(0, request.Number(u"open"), 6));
-  message.isWritten = qAbs(request.Number(u"process")) < kStatusReceived;
+  const bool isGone = !opened.found && shown.isEmpty() && !request.IsNew();
+  if (!isGone) message.addressLines = request.AddressLines();
+  message.timestamp = GeneralTimeText(request.Timestamp());
+  message.charset = applyStoredCharset ? ReadingCode(StoredCharset(stored.Flags())) : code;
+  const OpenMode mode = request.Mode();
+  message.isWritten = stored.AbsoluteStatus() < kStatusReceived;
   if (message.charset.forced && !message.isWritten) {
     ReadingCode names = message.charset;
     names.body = MimeCodec::TextCharset(
@@ -135,10 +115,10 @@ OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStored
   }
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   const Sender sender = DefaultSender(context);
-  opened.model = OpenSource(message, mode, request.Flag(u"new"), settings, sender, program);
-  if (mode == OpenMode::Show && request.Flag(u"new") && !opened.found) {
+  opened.model = OpenSource(message, mode, request.IsNew(), settings, sender, program);
+  if (mode == OpenMode::Show && request.IsNew() && !opened.found) {
     MessageModel& model = opened.model;
-    ApplyMailto(request.Text(u"mailto"), model);
+    ApplyMailto(request.Mailto(), model);
     model.signature = sender.SignatureOf(sender.address);
     const QString begun = model.text.Get();
     model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
@@ -155,9 +135,9 @@ OpenedMessage Open(Context& context, Disk& request, bool marks, bool applyStored
     opened.charset =
         message.isWritten
             ? WrittenCharset(message.source, message.contentIndex, message.charset.choice)
-            : CharsetChoiceOf(GetFlagChar(request.Text(u"flag"), kFlagCode, QStringLiteral("*")));
+            : CharsetChoiceOf(GetFlagChar(stored.Flags(), kFlagCode, QStringLiteral("*")));
   }
-  if (mode != OpenMode::Show) BecomeNew(context, request);
+  if (mode != OpenMode::Show) request.BecomeNew(NewMessageSerialID(context));
   return opened;
 }
 
@@ -174,16 +154,15 @@ OpenedMessage LookAtMessage(Context& context, Disk& request) {
 
 bool MarkOpened(Context& context, Disk& request) {
   if (!IsUnopened(request)) return false;
-  const OpenedDatabase mail(context, DatabaseKind::MailByPath,
-                            request.Text(u"file", MailDatabasePath(context)));
-  const QString opened = SetFlagChar(request.Text(u"flag"), kFlagNew, QStringLiteral("0"));
-  request.Let(QStringLiteral("flag"), opened);
+  const MessageBag stored(request);
+  const OpenedDatabase mail(context, DatabaseKind::MailByPath, stored.File(context));
+  MessageBag::SetFlags(request, SetFlagChar(stored.Flags(), kFlagNew, QStringLiteral("0")));
   return mail &&
          static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
 }
 
 bool IsHtmlFirst(Context& context, const MessageModel& model) {
-  return model.isTextOfHtml && Settings(context)->Flag(u"HtmlFirst");
+  return model.isTextOfHtml && Settings(context).IsHtmlFirst();
 }
 
 QString SignatureOf(Context& context, const QString& address) {

@@ -25,14 +25,12 @@ struct OpenedMessage {
   QByteArray source;  ///< as stored, for the attachments that are taken over
 };
 
-/// Reads the message that the request names and opens it in the request's mode ("open"). Copies the
-/// index columns into the request's keys ("content", "work_subject", "work_timestamp", "process",
-/// "mailaddress", "flag", "folder"), and sets "notice" when the sender asked for a receipt and this
-/// is the first time. A message that is opened for the first time is marked as opened. In any mode
-/// but the first the request becomes a new message with an identifier of its own, and "original" is
-/// that of the message it was made from.
+/// Reads the message that the request (`MessageRequest`) names and opens it in the request's mode.
+/// The request takes the index columns, and whether the sender asked for a receipt and this is the
+/// first time. A message that is opened for the first time is marked as opened. In any mode but the
+/// first the request becomes a new message with an identifier of its own.
 ///
-/// A new message begins with what the request's "mailto" says (`ApplyMailto`).
+/// A new message begins with what the request's address says (`ApplyMailto`).
 ///
 /// With `applyStoredCharset` the text is read with the stored code, otherwise with `code`. A
 /// message that cannot be read gives an empty model; one that is not there any more is made from

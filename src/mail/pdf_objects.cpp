@@ -15,8 +15,8 @@ using Kind = PdfToken::Kind;
 // The library unpacks a stream whole, to a thousand times its size at most.
 constexpr qsizetype kLargestStream = 64 * 1024;
 constexpr qsizetype kMostUnpacked = 32 * 1024 * 1024;
-constexpr qint64 kMostRead =
-    512 * 1024 * 1024;  // of dictionaries; each is read once in an honest file
+constexpr qint64 kMostDictionaries =
+    512 * 1024 * 1024;  // bytes that are read of them; each is read once in an honest file
 
 // The number of the object whose "obj" stands at a place: "5 0 obj", without a comment in its line.
 std::optional<int> NumberBefore(QByteArrayView file, qsizetype at) {
@@ -114,7 +114,7 @@ void PdfObjects::ReadStream(qsizetype at) {
   if (hasUnreadable_) return;
   const StreamHead head = ReadHead(file, at);
   read_ += std::max(qsizetype{0}, head.end - at);
-  if (read_ > kMostRead) {
+  if (read_ > kMostDictionaries) {
     hasUnreadable_ = true;
     return;
   }

@@ -2,53 +2,137 @@
 
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
+#include "storage/work_lock.h"
 
 namespace vorn {
 namespace {
+
+// The choices of the outgoing server's protocol by their stored numbers.
+enum class OutProtocol { Smtp = 0, PopBeforeSmtp = 1 };
+
+const QString kAddress = QStringLiteral("Mailaddress");
+const QString kDisplay = QStringLiteral("Display");
+const QString kSignature = QStringLiteral("Signature");
+const QString kEventLog = QStringLiteral("EventLog");
+// The servers, and what is said of each of them: "InMailServerPort".
+const QString kIn = QStringLiteral("InMailServer");
+const QString kOut = QStringLiteral("OutMailServer");
+const QString kPort = QStringLiteral("Port");
+const QString kUser = QStringLiteral("User");
+const QString kPassword = QStringLiteral("Password");
+const QString kPasswordSave = QStringLiteral("PasswordSave");
+const QString kProtocol = QStringLiteral("Protocol");
+const QString kSecurity = QStringLiteral("Security");
+const QString kCertificates = QStringLiteral("Certificates");
+const QString kDelete = QStringLiteral("Delete");
+const QString kAuth = QStringLiteral("Auth");
 
 bool HasControlCharacter(const QString& text) {
   return std::any_of(text.begin(), text.end(),
                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
 }
 
+AccountServer Server(const Disk& account, const QString& server) {
+  return {account.Text(server),
+          account.Number(server + kPort),
+          account.Text(server + kUser),
+          account.Text(server + kPassword),
+          account.Number(server + kSecurity),
+          account.Text(server + kCertificates)};
+}
+
 DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   auto account = std::make_shared<Disk>(serialId);
-  const auto set = [&account](const char16_t* key, const QVariant& value) {
-    account->Let(QString::fromUtf16(key), value);
-  };
-  set(u"FormName", object_type::kAccount);
-  set(u"Object", values.name);
-  set(u"ToolTipText", QString());
-  set(u"Draw", object_type::kAccount);
-  set(u"Default", values.isDefault);
-  set(u"System", false);
-  set(u"Enabled", true);
-  set(u"Parent", QString());
-  set(u"Mailaddress", values.address);
-  set(u"Display", values.display);
-  set(u"EventLog", true);
-  set(u"InMailServer", values.inServer);
-  set(u"InMailServerPort", QString::number(values.inPort));
-  set(u"InMailServerUser", values.inUser);
-  set(u"InMailServerPassword", values.inPassword);
-  set(u"InMailServerPasswordSave", true);
-  set(u"InMailServerProtocol", static_cast<int>(values.inProtocol));
-  set(u"InMailServerDelete", values.deleteOnServer);
-  set(u"InMailServerSecurity", values.inSecurity);
-  set(u"OutMailServer", values.outServer.isEmpty() ? values.inServer : values.outServer);
-  set(u"OutMailServerPort", QString::number(values.outPort));
-  set(u"OutMailServerProtocol", 0);
-  set(u"OutMailServerSecurity", values.outSecurity);
-  set(u"OutMailServerAuth", !values.outUser.isEmpty());
-  set(u"OutMailServerUser", values.outUser);
-  set(u"OutMailServerPassword", values.outPassword);
+  AnyObject::Begin(*account, object_type::kAccount, values.name);
+  AnyObject::SetDefault(*account, values.isDefault);
+  AnyObject::SetEnabled(*account, true);
+  account->Let(kAddress, values.address);
+  account->Let(kDisplay, values.display);
+  account->Let(kEventLog, true);
+  account->Let(kIn, values.inServer);
+  account->Let(kIn + kPort, QString::number(values.inPort));
+  account->Let(kIn + kUser, values.inUser);
+  account->Let(kIn + kPassword, values.inPassword);
+  account->Let(kIn + kPasswordSave, true);
+  account->Let(kIn + kProtocol, static_cast<int>(values.inProtocol));
+  account->Let(kIn + kDelete, values.deleteOnServer);
+  account->Let(kIn + kSecurity, values.inSecurity);
+  account->Let(kOut, values.outServer.isEmpty() ? values.inServer : values.outServer);
+  account->Let(kOut + kPort, QString::number(values.outPort));
+  account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
+  account->Let(kOut + kSecurity, values.outSecurity);
+  account->Let(kOut + kAuth, !values.outUser.isEmpty());
+  account->Let(kOut + kUser, values.outUser);
+  account->Let(kOut + kPassword, values.outPassword);
   return account;
 }
 
 }  // namespace
+
+QString Account::Name() const {
+  return AnyObject(*bag_).Name();
+}
+
+bool Account::IsDefault() const {
+  return AnyObject(*bag_).IsDefault();
+}
+
+QString Account::Address() const {
+  return bag_->Text(kAddress);
+}
+
+QString Account::Display() const {
+  return bag_->Text(kDisplay);
+}
+
+QString Account::Signature() const {
+  return bag_->Text(kSignature);
+}
+
+bool Account::LogsEvents() const {
+  return bag_->Flag(kEventLog);
+}
+
+AccountServer Account::Incoming() const {
+  return Server(*bag_, kIn);
+}
+
+InProtocol Account::Protocol() const {
+  return static_cast<InProtocol>(bag_->Number(kIn + kProtocol));
+}
+
+bool Account::DeletesOnServer() const {
+  return bag_->Flag(kIn + kDelete);
+}
+
+QString Account::Work() const {
+  const AccountServer server = Incoming();
+  return ReceivingWork(server.user, server.host);
+}
+
+AccountServer Account::Outgoing() const {
+  return Server(*bag_, kOut);
+}
+
+bool Account::Authenticates() const {
+  return bag_->Flag(kOut + kAuth);
+}
+
+bool Account::IsPopBeforeSmtp() const {
+  return bag_->Number(kOut + kProtocol) == static_cast<int>(OutProtocol::PopBeforeSmtp);
+}
+
+bool Account::SavesPassword() const {
+  return bag_->Flag(kIn + kPasswordSave, true);
+}
+
+void Account::SetPassword(const QString& password) {
+  bag_->Let(kIn + kPassword, password);
+}
 
 QString PortWords() {
   return Ui::tr("ポート番号は1から65535までの数です。");
@@ -56,7 +140,7 @@ QString PortWords() {
 
 QString ValidateAccount(const Context& context, const AccountValues& values) {
   const auto probe = std::make_shared<Disk>();
-  probe->Let(QStringLiteral("Object"), values.name);
+  AnyObject::SetName(*probe, values.name);
   const QString nameError = ValidateObject(context.Objects, *probe);
   if (!nameError.isEmpty()) return nameError;
   if (!values.address.contains(u'@')) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 
 #include "storage/context.h"
 #include "storage/result.h"
@@ -9,6 +10,56 @@ namespace vorn {
 
 /// The choices of "InMailServerProtocol" by their stored numbers.
 enum class InProtocol { Pop3 = 0, Apop = 1 };
+
+/// A server as an account names it.
+struct AccountServer {
+  QString host;
+  int port = 0;
+  QString user;
+  QString password;
+  int security = 0;      ///< 0 none, 1 STARTTLS, 2 TLS
+  QString certificates;  ///< those that the user trusts (`TrustedCertificates`)
+};
+
+/// An account, by the names that its object's bag has for what it holds. The bag of any account is
+/// one.
+class Account {
+ public:
+  Account(DiskPtr bag) : bag_(std::move(bag)) {}
+
+  QString SerialId() const { return bag_->SerialID(); }
+  QString Name() const;
+  bool IsDefault() const;
+  QString Address() const;
+  /// The name that stands beside the address.
+  QString Display() const;
+  QString Signature() const;
+  /// Whether the event log records its sessions.
+  bool LogsEvents() const;
+
+  AccountServer Incoming() const;
+  /// It has no incoming server.
+  bool OnlySends() const { return Incoming().host.isEmpty(); }
+  InProtocol Protocol() const;
+  bool DeletesOnServer() const;
+  /// The work of receiving for it (`WorkLock`).
+  QString Work() const;
+
+  AccountServer Outgoing() const;
+  /// Whether it logs in to send.
+  bool Authenticates() const;
+  /// Whether it logs in at the incoming server before it sends.
+  bool IsPopBeforeSmtp() const;
+
+  /// Whether the incoming password is stored with the account, and not asked for in each run.
+  bool SavesPassword() const;
+  /// Whether the incoming password is known.
+  bool HasPassword() const { return SavesPassword() || !Incoming().password.isEmpty(); }
+  void SetPassword(const QString& password);
+
+ private:
+  DiskPtr bag_;
+};
 
 /// What makes an account, for callers that have no window: the values of its pages.
 struct AccountValues {

@@ -8,7 +8,6 @@
 #include <algorithm>
 
 #include "objects/file_age.h"
-#include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
 #include "storage/code_file.h"
@@ -17,6 +16,7 @@
 #include "storage/file_replace.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/sole_use.h"
 #include "storage/ui.h"
@@ -33,8 +33,8 @@ QString Name(const QString& path) {
 
 // The stored paths of a profile's files, its own database first.
 QStringList StoredPaths(const Disk& profile) {
-  QStringList paths{profile.Text(u"Profile")};
-  paths += (profile.Text(u"Mail") + kLineBreak + profile.Text(u"History"))
+  QStringList paths{ProfileBag(profile).File()};
+  paths += (ProfileBag(profile).MailFiles() + kLineBreak + ProfileBag(profile).History())
                .split(kLineBreak, Qt::SkipEmptyParts);
   paths.removeDuplicates();
   return paths;
@@ -61,7 +61,7 @@ FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
   if (note.mark.isEmpty()) return old;
   if (note.mark == old.mark) note = old;
   note.salt = FileSaltText(path);
-  const bool holdsMail = stored != context.Session->Text(u"Profile");
+  const bool holdsMail = stored != ProfileBag(*context.Session).File();
   if (holdsMail && context.Data.IsWarm(path) &&
       (note.messages < 0 || note.bytes != BytesOf(path))) {
     // First, so that what comes in between is not taken for lost.
@@ -213,7 +213,7 @@ Result<> NoteFiles(Context& context) {
 
 QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
   QList<LostFile> lost;
-  const QString own = PlatformPath(context, profile.Text(u"Profile"));
+  const QString own = PlatformPath(context, ProfileBag(profile).File());
   const QDir folder = QFileInfo(own).dir();
   const QStringList used = StoredPaths(profile);
   for (const FileNote& note : FileNotes(profile)) {
@@ -231,7 +231,7 @@ QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
                                      [](const QFileInfo& file) { return file.size() > 0; });
   // Another program's first start may have made the profile's database while this one looked.
   if (hasOthers && !HasContent(own))
-    lost.prepend({own, {profile.Text(u"Profile"), {}, -1, 0, 0}, {}});
+    lost.prepend({own, {ProfileBag(profile).File(), {}, -1, 0, 0}, {}});
   return lost;
 }
 
@@ -329,7 +329,7 @@ Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
     return StorageError{StorageError::Kind::Other,
                         Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
   }
-  const bool isOwn = lost.note.path == profile.Text(u"Profile");
+  const bool isOwn = lost.note.path == ProfileBag(profile).File();
   const Result<> made = MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail,
                                      lost.path, password);
   if (!made) return made;
@@ -340,10 +340,14 @@ Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   return {};
 }
 
+bool IsRebuilt(const Disk& profile) {
+  return profile.Flag(kRebuilt);
+}
+
 void RestoreProfile(Context& context, Disk& profile, const QString& password) {
-  if (!profile.Flag(kRebuilt)) return;
+  if (!IsRebuilt(profile)) return;
   Disk copy(profile.SerialID());
-  const QString path = PlatformPath(context, profile.Text(u"Profile"));
+  const QString path = PlatformPath(context, ProfileBag(profile).File());
   const bool read = context.Data.Open(path, password) && copy.DatabaseToDisk(context.Data);
   context.Data.Close();
   if (!read) return;
@@ -367,7 +371,7 @@ QList<DiskPtr> ProfilesFromFolders(const Context& context) {
     if (mail.isEmpty()) mail.append(folder + QStringLiteral("mail.mbx"));
     auto profile = NewProfile(serial, Ui::tr("プロファイル%1").arg(profiles.size() + 1),
                               mail.join(kLineBreak));
-    profile->Let(QStringLiteral("Mail"), mail.first());
+    ProfileBag::SetMailFiles(*profile, mail.first());
     profile->Let(kRebuilt, true);
     profiles.append(profile);
   }

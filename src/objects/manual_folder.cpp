@@ -1,5 +1,7 @@
 #include "objects/manual_folder.h"
 
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
@@ -8,12 +10,9 @@ namespace vorn {
 
 Result<QString> MakeManualFolder(Context& context, const QString& name) {
   const auto folder = std::make_shared<Disk>(context.Data.NewSerialID());
-  folder->Let(QStringLiteral("FormName"), object_type::kFolder);
-  folder->Let(QStringLiteral("Object"), name);
-  folder->Let(QStringLiteral("Draw"), QStringLiteral("static"));
-  for (const char16_t* key : {u"Default", u"System", u"Enabled", u"SqlUse"}) {
-    folder->Let(QString::fromUtf16(key), false);
-  }
+  AnyObject::Begin(*folder, object_type::kFolder, name);
+  FolderObject::SetFilledByHand(*folder, true);
+  FolderObject::SetConditions(*folder, false, {}, {});
   const QString fault = ValidateObject(context.Objects, *folder);
   if (!fault.isEmpty()) return StorageError{StorageError::Kind::Other, fault};
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *folder);

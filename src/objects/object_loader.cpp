@@ -1,5 +1,6 @@
 #include "objects/object_loader.h"
 
+#include "objects/any_object.h"
 #include "storage/databases.h"
 
 namespace vorn {
@@ -17,7 +18,7 @@ DiskPtr LoadObject(Context& context, const QString& serialId) {
 
 DiskPtr FindObjectByName(const Context& context, const QString& type, const QString& name) {
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == type && object->Text(u"Object") == name) return object;
+    if (AnyObject(*object).Is(type) && AnyObject(*object).Name() == name) return object;
   }
   return nullptr;
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -14,6 +15,7 @@
 #include "storage/file_notes.h"
 #include "storage/password_change.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/raw_pages.h"
 #include "storage/recovery_code.h"
 #include "storage/session_result.h"
@@ -154,7 +156,7 @@ QString PasswordFor(Context& context, const Disk& profile, const QString& typed)
 }
 
 void RememberCode(const Context& context) {
-  const QString code = FileKey::CodeIn(context.Session->Text(u"password"));
+  const QString code = FileKey::CodeIn(ProfileBag(*context.Session).Password());
   if (code.isEmpty()) return;
   const CodeFile file = CodeFileOf(context, *context.Session);
   if (!file.NamesSecret() && file.Code() != code) file.Keep(code);
@@ -226,17 +228,11 @@ QStringList FormerPasswords(Context& context, const Disk& profile, const QString
 DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
   auto profile = std::make_shared<Disk>(serialId);
   const QString folder = QStringLiteral("/current/") + serialId + u'\\';
-  profile->Let(QStringLiteral("FormName"), object_type::kProfile);
-  profile->Let(QStringLiteral("Object"), name);
-  profile->Let(QStringLiteral("ToolTipText"), QString());
-  profile->Let(QStringLiteral("Draw"), object_type::kProfile);
-  profile->Let(QStringLiteral("Default"), false);
-  profile->Let(QStringLiteral("System"), true);
-  profile->Let(QStringLiteral("Enabled"), false);
-  profile->Let(QStringLiteral("Parent"), QString());
-  profile->Let(QStringLiteral("Profile"), QString(folder + QStringLiteral("profile.mbx")));
-  profile->Let(QStringLiteral("Mail"), mail);
-  profile->Let(QStringLiteral("History"), mail);
+  AnyObject::Begin(*profile, object_type::kProfile, name);
+  AnyObject::SetSystem(*profile, true);
+  ProfileBag::SetFile(*profile, folder + QStringLiteral("profile.mbx"));
+  ProfileBag::SetMailFiles(*profile, mail);
+  ProfileBag::SetHistory(*profile, mail);
   return profile;
 }
 
@@ -253,12 +249,12 @@ Result<DiskPtr> CreateProfile(Context& context, const QString& name) {
 
 void EnterProfile(Context& context, const DiskPtr& profile, const QString& password) {
   context.Session = profile;
-  profile->Let(QStringLiteral("Password"), password);
-  profile->Let(QStringLiteral("login"), true);
+  ProfileBag::SetPassword(*profile, password);
+  ProfileBag::SetLoggedIn(*profile, true);
 }
 
 Result<> MarkDefaultProfile(Context& context) {
-  context.Session->Let(QStringLiteral("Default"), true);
+  AnyObject::SetDefault(*context.Session, true);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
 }
 
@@ -267,8 +263,9 @@ QStringList ProfileFolders() {
 }
 
 QStringList ProfileFiles(const Context& context, const Disk& profile) {
-  QStringList files{PlatformPath(context, profile.Text(u"Profile"))};
-  const QString lists = profile.Text(u"Mail") + kLineBreak + profile.Text(u"History");
+  QStringList files{PlatformPath(context, ProfileBag(profile).File())};
+  const QString lists =
+      ProfileBag(profile).MailFiles() + kLineBreak + ProfileBag(profile).History();
   for (const QString& line : lists.split(kLineBreak, Qt::SkipEmptyParts)) {
     files.append(PlatformPath(context, line));
   }
@@ -299,7 +296,7 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
                "パスワードでログインしてください。"));
   }
   if (context.Session->SerialID() == profile.SerialID()) {
-    context.Session->Let(QStringLiteral("password"), to);
+    ProfileBag::SetPassword(*context.Session, to);
     std::ignore = NoteFiles(context);  // which keys are the present ones; tried again at the end
   }
   return {};
@@ -307,7 +304,7 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
 
 Result<> AdoptMailFile(Context& context, const QString& path, const QString& itsPassword) {
   PasswordChange change(context.Data, path + QStringLiteral(".decided"), {path});
-  const QString password = context.Session->Text(u"password");
+  const QString password = ProfileBag(*context.Session).Password();
   // An earlier try may have died at its end.
   if (change.IsUnfinished() && change.Finish() && context.Data.TestPassword(path, password)) {
     return {};

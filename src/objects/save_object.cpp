@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/file_notes.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
@@ -11,20 +13,16 @@
 
 namespace vorn {
 
-const QStringList kSessionKeys = {QStringLiteral("password"), QStringLiteral("status"),
-                                  QStringLiteral("mode"), QStringLiteral("login"),
-                                  QStringLiteral("cancel")};
-
 namespace {
 
 // Every other stored profile loses its default mark. Should this fail, the object is saved all the
 // same: the marks in memory are right, and the next login writes them again.
 void ApplyDefaultProfileRule(Context& context, Disk& saved) {
   const auto mark = [&context](Disk& profile) {
-    profile.Let(QStringLiteral("Default"), profile.SerialID() == context.Session->SerialID());
+    AnyObject::SetDefault(profile, profile.SerialID() == context.Session->SerialID());
   };
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") == object_type::kProfile) mark(*object);
+    if (AnyObject(*object).Is(object_type::kProfile)) mark(*object);
   }
   mark(saved);  // which may be a bag of its own, as it comes from a window
   context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
@@ -53,12 +51,13 @@ void KeepHighestWorks(DataSession& data, Disk& profile) {
 // The logged-in profile is the session bag too; what only the running program may know stays out
 // of the file, the password above all.
 bool StoreRows(DataSession& data, Disk& object) {
-  if (object.Text(u"FormName") != object_type::kProfile) return object.DiskToDatabase(data);
+  if (!AnyObject(object).Is(object_type::kProfile)) return object.DiskToDatabase(data);
   if (!FileNotes(object).isEmpty()) KeepHighestWorks(data, object);
   Disk stored(object.SerialID());
   for (qint32 i = 1; i <= object.Size(); ++i) {
     const QString& name = object.NameAt(i);
-    if (!kSessionKeys.contains(name, Qt::CaseInsensitive)) stored.Let(name, object.Get(name));
+    if (!ProfileBag::SessionKeys().contains(name, Qt::CaseInsensitive))
+      stored.Let(name, object.Get(name));
   }
   return stored.DiskToDatabase(data);
 }
@@ -66,10 +65,10 @@ bool StoreRows(DataSession& data, Disk& object) {
 }  // namespace
 
 QString ValidateObject(const DiskCollection& objects, const Disk& object) {
-  const QString name = object.Text(u"Object");
+  const QString name = AnyObject(object).Name();
   if (name.isEmpty()) return Ui::tr("オブジェクト名が設定されていません。");
   for (const DiskPtr& other : objects) {
-    if (other->SerialID() != object.SerialID() && other->Text(u"Object") == name) {
+    if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
       return Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。");
     }
   }
@@ -81,7 +80,7 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   const OpenedDatabase opened(context, kind);
   if (!opened) return opened.Error();
   if (!context.Data.Begin()) return ReasonOf(context.Data);
-  if (object.Text(u"FormName") == object_type::kProfile) ApplyDefaultProfileRule(context, object);
+  if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
   const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
   if (!saved) context.Data.Rollback();
   return ResultOf(context.Data, saved);

@@ -1,16 +1,11 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include "storage/context.h"
 #include "storage/databases.h"
 
 namespace vorn {
-
-/// The keys of the session's bag, which is the profile's, that only the running program knows: they
-/// are never stored.
-extern const QStringList kSessionKeys;
 
 /// Why a confirmed object may not be saved, as the message to show; empty when it may: its name is
 /// missing, or another loaded object bears it.

@@ -1,7 +1,7 @@
 #include "objects/search_condition.h"
 
+#include "objects/folder_object.h"
 #include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -105,8 +105,8 @@ namespace {
 // The folders that a folder's conditions name.
 QStringList NamedFolders(const Disk& folder) {
   QStringList named;
-  if (folder.Flag(u"SqlUse")) return named;
-  for (const QString& text : folder.Text(u"Condition").split(kLineBreak)) {
+  if (FolderObject(folder).UsesSql()) return named;
+  for (const QString& text : FolderObject(folder).Conditions().split(kLineBreak)) {
     const auto line = ParseConditionLine(text);
     if (line && line->kind == ConditionLine::Kind::Folder) named.append(line->values.value(0));
   }
@@ -143,8 +143,8 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   visited_ = folder.SerialID() + kLineBreak;
   asksForState_ = false;
   const QString condition = Condition(folder.SerialID(), folder);
-  const bool isCareful = Settings(context_)->Flag(u"Careful");
-  const bool leavesDust = isCareful && !folder.Flag(u"SqlUse") && !asksForState_;
+  const bool isCareful = Settings(context_).IsCareful();
+  const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
   const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
   return FolderQuery(
       leavesDust ? u'(' + condition + QStringLiteral(") AND mail.STATUS > 0") : condition, joins);
@@ -160,11 +160,12 @@ QString FolderSqlBuilder::ConditionOnce(const QString& serialId) {
 }
 
 QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
-  if (folder.Flag(u"SqlUse")) {
-    asksForState_ = asksForState_ || folder.Text(u"Sql").contains(u"STATUS", Qt::CaseInsensitive);
-    return folder.Text(u"Sql");
+  if (FolderObject(folder).UsesSql()) {
+    const QString sql = FolderObject(folder).Sql();
+    asksForState_ = asksForState_ || sql.contains(u"STATUS", Qt::CaseInsensitive);
+    return sql;
   }
-  const QString list = folder.Text(u"Condition");
+  const QString list = FolderObject(folder).Conditions();
   if (list.isEmpty()) return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
 
   QString condition;

@@ -1,14 +1,10 @@
 #include "objects/select_objects.h"
 
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_types.h"
 
 namespace vorn {
-
-bool IsFilledByHand(const Disk& object) {
-  return object.Text(u"FormName") == object_type::kFolder &&
-         object.Text(u"Draw").contains(u"static");
-}
-
 namespace {
 
 bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
@@ -20,8 +16,8 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
   }
   if (filter.contains(type)) return true;
   if (type != object_type::kFolder) return false;
-  return (filter.contains(u"static") && IsFilledByHand(object)) ||
-         (filter.contains(u"active") && object.Text(u"Draw").contains(u"active"));
+  return (filter.contains(u"static") && FolderObject(object).IsFilledByHand()) ||
+         (filter.contains(u"active") && AnyObject(object).Draw().contains(u"active"));
 }
 
 }  // namespace
@@ -30,10 +26,10 @@ DiskCollectionPtr SelectObjects(const DiskCollection& objects, const Disk& owner
                                 const QString& filter, int flags) {
   auto selected = std::make_shared<DiskCollection>();
   for (const DiskPtr& object : objects) {
-    const QString type = object->Text(u"FormName");
+    const QString type = AnyObject(*object).Type();
     if (type.isEmpty() || !PassesFilter(*object, type, owner, filter)) continue;
-    if ((flags & kSelectEnabled) != 0 && !object->Flag(u"Enabled")) continue;
-    if ((flags & kSelectDefault) != 0 && !object->Flag(u"Default")) continue;
+    if ((flags & kSelectEnabled) != 0 && !AnyObject(*object).IsEnabled()) continue;
+    if ((flags & kSelectDefault) != 0 && !AnyObject(*object).IsDefault()) continue;
     selected->Add(object);
   }
   return selected;

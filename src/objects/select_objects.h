@@ -9,9 +9,6 @@ namespace vorn {
 /// Bits of `SelectObjects`' flags.
 enum SelectFlag { kSelectEnabled = 1, kSelectDefault = 2 };
 
-/// Whether an object is a folder that is filled by hand rather than by conditions.
-bool IsFilledByHand(const Disk& object);
-
 /// The objects of a collection that match a filter, in collection order. The filter holds type
 /// words in any arrangement ("account" CR LF "folder"), "owner" for the logged-in profile alone,
 /// and "static" or "active" for folders by how they are filled; an empty filter passes every object

@@ -5,20 +5,46 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
 
-DiskPtr Settings(Context& context) {
-  DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
-  return settings != nullptr ? settings : std::make_shared<Disk>(fixed_serial::kSettings);
-}
+constexpr qint32 kDefaultRows = 100;
+
+const QString kFontKeys[] = {QStringLiteral("ListFont"), QStringLiteral("MessageFont"),
+                             QStringLiteral("EditFont")};  // by `FontUse`
+
+}  // namespace
 
 QStringList DefaultTextTypes() {
   return {QStringLiteral("text/plain")};
 }
 
-QStringList TextTypes(Context& context) {
-  return Settings(context)
-      ->Text(u"TextMime", DefaultTextTypes().join(kLineBreak))
-      .split(kLineBreak);
+Settings::Settings(Context& context) : bag_(LoadObject(context, fixed_serial::kSettings)) {
+  if (bag_ == nullptr) bag_ = std::make_shared<Disk>(fixed_serial::kSettings);
+}
+
+qint32 Settings::RowsPerPage() const {
+  return bag_->Flag(kPages) ? bag_->Number(kRows, kDefaultRows) : 0;
+}
+
+PanePlace Settings::ReadingPane() const {
+  return static_cast<PanePlace>(qBound(0, bag_->Number(kReadingPane), 2));
+}
+
+LanguageChoice Settings::Language() const {
+  return static_cast<LanguageChoice>(qBound(0, bag_->Number(kLanguage), 2));
+}
+
+int Settings::CheckMinutes() const {
+  return bag_->Flag(kChecks) ? qMax(bag_->Number(kCheckMinutes, 1), 1) : 0;
+}
+
+QStringList Settings::TextTypes() const {
+  return bag_->Text(kTextTypes, DefaultTextTypes().join(kLineBreak)).split(kLineBreak);
+}
+
+FontChoice Settings::Font(FontUse use) const {
+  const QString& key = kFontKeys[static_cast<int>(use)];
+  return {bag_->Text(key), bag_->Number(key + QStringLiteral("Size"))};
 }
 
 }  // namespace vorn

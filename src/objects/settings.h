@@ -7,14 +7,102 @@
 
 namespace vorn {
 
-/// The settings object "logo" of the logged-in profile, loaded when it is not yet; an empty bag
-/// when it does not exist, so that every key reads as its documented default.
-DiskPtr Settings(Context& context);
+/// Where the message that is chosen in a list is shown.
+enum class PanePlace { Nowhere = 0, Under = 1, Right = 2 };
+
+/// The language of the interface from the next start on.
+enum class LanguageChoice { System = 0, Japanese = 1, English = 2 };
+
+/// What has a font of its own.
+enum class FontUse { List, Read, Written };
 
 /// The content types that are shown as text while the settings say nothing.
 QStringList DefaultTextTypes();
 
-/// The content types that are shown as text, one a line of "TextMime".
-QStringList TextTypes(Context& context);
+/// A font that the user chose: an empty family and 0 points are the usual ones.
+struct FontChoice {
+  QString family;
+  int points = 0;
+};
+
+/// The settings of the logged-in profile, by the names that their object "logo" has for them; the
+/// object is loaded when it is not yet. What it does not say, or where it does not exist, is as
+/// documented: off, if nothing else is told here. How new mail is announced say `NoticeSettings`,
+/// how messages are written `EditSettings`.
+class Settings {
+ public:
+  explicit Settings(Context& context);
+
+  const DiskPtr& Bag() const { return bag_; }
+
+  /// The rows of a folder's page; 0 where folders are not divided into pages.
+  qint32 RowsPerPage() const;
+  /// Whether a folder opens at its newest page.
+  bool OpensNewest() const { return bag_->Flag(kOpensNewest); }
+  bool IsNewestFirst() const { return bag_->Flag(kNewestFirst); }
+  /// Whether what messages say is shown as text on pages, and not taken for HTML.
+  bool EscapesPages() const { return bag_->Flag(kPageEscape); }
+  PanePlace ReadingPane() const;
+  void SetReadingPane(PanePlace place) { bag_->Let(kReadingPane, static_cast<int>(place)); }
+  /// Whether a message that is only HTML opens as HTML.
+  bool IsHtmlFirst() const { return bag_->Flag(kHtmlFirst); }
+  /// Whether tool bars have icons alone.
+  bool HasIconToolbar() const { return bag_->Flag(kToolbarIcon); }
+  /// On by default.
+  bool ShowsStatusBar() const { return bag_->Flag(kStatusBar, true); }
+  bool ShowsTaskTray() const { return bag_->Flag(kTaskTray); }
+  /// Whether bookmarks open in the desktop's browser.
+  bool OpensWebOutside() const { return bag_->Flag(kWebOutside); }
+  /// Whether scripts run only at sites where the user allowed them.
+  bool AsksForScripts() const { return bag_->Flag(kScriptsAsked); }
+  LanguageChoice Language() const;
+
+  /// The minutes between two automatic checks; 0 without them.
+  int CheckMinutes() const;
+  /// Whether a message has the time at which its server took it in, in place of now.
+  bool TakesServersTime() const { return bag_->Flag(kReceivedTime); }
+  /// Whether receipts are sent to those who ask for them, and edited before.
+  bool SendsReceipts() const { return bag_->Flag(kReceipts); }
+  bool EditsReceipts() const { return bag_->Flag(kEditReceipts); }
+
+  /// Whether text is wrapped when it is sent.
+  bool WrapsLines() const { return bag_->Flag(kWrapLines); }
+  bool HasStandardHeaders() const { return bag_->Flag(kStandardHeaders); }
+  /// Whether no address is selected before the user searches.
+  bool SearchesAddresses() const { return bag_->Flag(kAddressSearch); }
+  /// Whether the user is kept from slips.
+  bool IsCareful() const { return bag_->Flag(kCareful); }
+
+  /// The content types that are shown as text, `DefaultTextTypes` by default.
+  QStringList TextTypes() const;
+  FontChoice Font(FontUse use) const;
+
+ private:
+  static inline const QString kPages = QStringLiteral("MessagesEdit");
+  static inline const QString kRows = QStringLiteral("Messages");
+  static inline const QString kOpensNewest = QStringLiteral("MessagesNewest");
+  static inline const QString kNewestFirst = QStringLiteral("NewestFirst");
+  static inline const QString kPageEscape = QStringLiteral("PageEscape");
+  static inline const QString kReadingPane = QStringLiteral("ReadingPane");
+  static inline const QString kHtmlFirst = QStringLiteral("HtmlFirst");
+  static inline const QString kToolbarIcon = QStringLiteral("ToolbarIcon");
+  static inline const QString kStatusBar = QStringLiteral("Statusbar");
+  static inline const QString kTaskTray = QStringLiteral("Tasktray");
+  static inline const QString kWebOutside = QStringLiteral("WebOutside");
+  static inline const QString kScriptsAsked = QStringLiteral("ScriptsAsked");
+  static inline const QString kLanguage = QStringLiteral("Language");
+  static inline const QString kChecks = QStringLiteral("MessageCheck");
+  static inline const QString kCheckMinutes = QStringLiteral("MessageCheckInterval");
+  static inline const QString kReceivedTime = QStringLiteral("ReceivedTime");
+  static inline const QString kReceipts = QStringLiteral("ReceiveNotice");
+  static inline const QString kEditReceipts = QStringLiteral("ReceiveNoticeEdit");
+  static inline const QString kWrapLines = QStringLiteral("WrapLines");
+  static inline const QString kStandardHeaders = QStringLiteral("StandardHeaders");
+  static inline const QString kAddressSearch = QStringLiteral("AddressSearch");
+  static inline const QString kCareful = QStringLiteral("Careful");
+  static inline const QString kTextTypes = QStringLiteral("TextMime");
+
+  DiskPtr bag_;
+};
 
 }  // namespace vorn

@@ -3,6 +3,8 @@
 #include <initializer_list>
 #include <utility>
 
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -30,18 +32,11 @@ void SetAll(Disk& object, Values values) {
   for (const auto& [key, value] : values) object.Let(key, value);
 }
 
-// The keys of the "file" page, which every object has.
 DiskPtr NewObject(const QString& serialId, const QString& type, const QString& name,
                   const QString& toolTip, const QString& draw) {
   auto object = std::make_shared<Disk>(serialId);
-  SetAll(*object, {{QStringLiteral("FormName"), type},
-                   {QStringLiteral("Object"), name},
-                   {QStringLiteral("ToolTipText"), toolTip},
-                   {QStringLiteral("Draw"), draw},
-                   {QStringLiteral("Default"), false},
-                   {QStringLiteral("System"), false},
-                   {QStringLiteral("Enabled"), false},
-                   {QStringLiteral("Parent"), QString()}});
+  AnyObject::Begin(*object, type, name, draw);
+  AnyObject::SetToolTip(*object, toolTip);
   return object;
 }
 
@@ -68,10 +63,8 @@ Result<> CreateFolders(Context& context) {
     if (LoadObject(context, folder.serialId) != nullptr) continue;
     const DiskPtr object =
         NewObject(folder.serialId, object_type::kFolder, folder.name, folder.toolTip, folder.draw);
-    SetAll(*object, {{QStringLiteral("System"), true},
-                     {QStringLiteral("Sql"), folder.sql},
-                     {QStringLiteral("SqlUse"), true},
-                     {QStringLiteral("Condition"), QString()}});
+    AnyObject::SetSystem(*object, true);
+    FolderObject::SetConditions(*object, true, folder.sql, {});
     if (const Result<> saved = SaveNew(context, object); !saved) return saved;
   }
   return {};
@@ -146,11 +139,10 @@ Result<> CreateBookmarks(Context& context) {
       NewObject(context.Data.NewSerialID(QStringLiteral("_bookmark")), object_type::kBookmark,
                 Ui::tr("お気に入り。"), QString(), QStringLiteral("bookmark"));
   // Places of the reserved example domain: the project has no site of its own yet.
-  SetAll(*list,
-         {{QStringLiteral("Default"), true},
-          {QStringLiteral("Url"),
-           QStringLiteral("https://www.example.com/ ") + Ui::tr("ホームページ") + kLineBreak +
-               QStringLiteral("https://www.example.org/ ") + Ui::tr("掲示板")}});
+  AnyObject::SetDefault(*list, true);
+  list->Let(QStringLiteral("Url"),
+            QStringLiteral("https://www.example.com/ ") + Ui::tr("ホームページ") + kLineBreak +
+                QStringLiteral("https://www.example.org/ ") + Ui::tr("掲示板"));
   return SaveNew(context, list);
 }
 
@@ -158,7 +150,8 @@ Result<> CreateEventLog(Context& context) {
   if (LoadObject(context, fixed_serial::kEventLog) != nullptr) return {};
   const DiskPtr log = NewObject(fixed_serial::kEventLog, object_type::kEvent,
                                 Ui::tr("イベント", "log"), QString(), QStringLiteral("event"));
-  SetAll(*log, {{QStringLiteral("Enabled"), true}, {QStringLiteral("System"), true}});
+  AnyObject::SetEnabled(*log, true);
+  AnyObject::SetSystem(*log, true);
   return SaveNew(context, log);
 }
 

@@ -4,6 +4,7 @@
 
 #include "mail/codec/code_page_932.h"
 #include "mail/outbox.h"
+#include "mail/send_refusals.h"
 #include "objects/object_loader.h"
 #include "objects/search_condition.h"
 #include "objects/settings.h"
@@ -19,28 +20,25 @@
 namespace vorn {
 namespace {
 
-constexpr qint32 kDefaultRows = 100;
 constexpr qint32 kPreviewRows = 30;
 constexpr qsizetype kKnownFolders = 16;
 constexpr qint64 kRowsTried = 100;
 
-qint32 RowsPerPage(const Disk& settings) {
-  return settings.Flag(u"MessagesEdit") ? settings.Number(u"Messages", kDefaultRows) : 0;
-}
-
 PageContent ReadContent(Context& context, const QString& folder) {
-  const DiskPtr settings = Settings(context);
+  const Settings settings(context);
   PageContent content;
   content.folder = LoadObject(context, folder);
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
-  content.textTypes = TextTypes(context);
-  content.withHtml = settings->Flag(u"StandardHeaders");
-  content.escape = settings->Flag(u"PageEscape");
-  content.rowsPerPage = RowsPerPage(*settings);
+  content.textTypes = settings.TextTypes();
+  content.withHtml = settings.HasStandardHeaders();
+  content.escape = settings.EscapesPages();
+  content.rowsPerPage = settings.RowsPerPage();
   content.today = QDate::currentDate();
   for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
     content.doubtful.insert(message.serialId);
   }
+  const auto refused = SendRefusals(context, MailDatabasePath(context)).Routes();
+  content.refused = {refused.keyBegin(), refused.keyEnd()};
   return content;
 }
 
@@ -112,7 +110,7 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
   if (query.IsEmpty()) return nullptr;
-  const bool newestFirst = Settings(context_)->Flag(u"NewestFirst");
+  const bool newestFirst = Settings(context_).IsNewestFirst();
   const RowOrder order = newestFirst ? RowOrder::NewestFirst : RowOrder::OldestFirst;
   const QString key = query.Listing() + (newestFirst ? u'-' : u'+');
   auto known = rows_.find(key);
@@ -124,7 +122,7 @@ FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& searc
 }
 
 qint32 MessageListPages::CountPages(const QString& folder, const QString& search, bool count) {
-  const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
+  const qint32 rowsPerPage = Settings(context_).RowsPerPage();
   if (rowsPerPage < 1) return 1;
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
@@ -141,7 +139,7 @@ qint64 MessageListPages::CountFound(const QString& folder, const QString& search
 }
 
 qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
-  const qint32 rowsPerPage = RowsPerPage(*Settings(context_));
+  const qint32 rowsPerPage = Settings(context_).RowsPerPage();
   return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;
 }
 

@@ -54,7 +54,7 @@ QStringView Beyond(int step) {
 }
 
 int PageStep(Context& context) {
-  return Settings(context)->Flag(u"NewestFirst") ? -1 : 1;
+  return Settings(context).IsNewestFirst() ? -1 : 1;
 }
 
 }  // namespace

@@ -72,37 +72,37 @@ void PageChange::EndReplacing(int version, int rows) {
   giveUpReplacing_.stop();
   const auto then = std::exchange(replaced_, {});
   if (rows < 0) return then(false);
-  place_.Taken(sent_);
+  place_.Restored(sent_);
   rows_.SetCount(rows);
   // Else the page has been asked where the user is on it, and answers next.
   if (!make_) queue_.Resume();
   then(true);
 }
 
-void PageChange::Load(bool isPage) {
+void PageChange::BeginLoading(bool isPage) {
   isPage_ = isPage;
   replaced_ = {};
   isTold_ = false;
   sent_ = place_.Number();
-  queue_.Load();
+  queue_.BeginLoading();
 }
 
 // The engine forgets what it was asked when the document goes, which is what happens when the end
 // of an earlier loading is told: a place that was not put back is still wanted, and what was to
 // make the page anew does so now.
-void PageChange::Attach() {
+void PageChange::EndLoading() {
   replaced_ = {};
-  queue_.Loaded();
+  queue_.EndLoading();
   // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
   queue_.RunFirst(QString::fromUtf8(kPageScript));
   const QString place = isPage_ ? place_.ForLoading() : QString();
   if (!place.isEmpty()) {
     queue_.RunFirst(OnPage(QStringLiteral("restore(...%1)").arg(place)),
                     [this, number = place_.Number()](const QVariant& done) {
-                      if (done.toBool()) place_.Taken(number);
+                      if (done.toBool()) place_.Restored(number);
                     });
   }
-  if (isPage_) place_.Loaded(sent_);
+  if (isPage_) place_.Delivered(sent_);
   Count();
   Resume();
 }
@@ -140,7 +140,7 @@ void PageChange::Detach() {
 
 void PageChange::Lose() {
   LeavePlace();
-  Load();
+  BeginLoading();
   rows_.SetCount(0);
 }
 

@@ -24,15 +24,18 @@ class PageChange : public QObject {
   bool Replace(const QByteArray& page, const std::function<void(bool)>& then);
   /// Another document is being loaded, which may be words in the place of a page: what is ordered
   /// for that is still wanted then.
-  void Load(bool isPage = true);
+  void BeginLoading(bool isPage = true);
   /// It has been.
-  void Attach();
+  void EndLoading();
   /// No version comes for now in the place of the page that is there, and no other document is
   /// under way. What was meant for a place that was ordered is dropped; the rest is done here.
   void Stay();
   /// There is no folder's page any more; its rows go with it.
   void Detach();
-  /// The same, but another one will be loaded: what is done until then is done on that.
+  /// The document has been let go. It is loaded again when somebody sees it: what is done until
+  /// then is done on that.
+  void Rest() { BeginLoading(); }
+  /// The document has gone by itself, with its rows; the same holds of what is done.
   void Lose();
   /// What comes next is another folder, or another page of it, at a place to be ordered after this.
   void LeavePlace();

@@ -259,6 +259,7 @@ void PageFiller::HandleFlag() {
         if (isSet(kFlagPriority, u"3")) WriteText(QStringLiteral("↓"));
         break;
       case kState:
+        if (qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusEdit) WriteText(QStringLiteral("✎"));
         if (isSet(kFlagStar, u"1")) WriteText(QStringLiteral("★"));
         if (isSet(kFlagAnswered, u"1")) WriteText(QStringLiteral("↩"));
         if (isSet(kFlagForwarded, u"1")) WriteText(QStringLiteral("→"));
@@ -281,6 +282,7 @@ void PageFiller::WriteSubject() {
   const bool isSeen = !content_.escape || HasVisible(stored);
   const QString subject = isSeen ? stored : QString();
   if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
+  if (content_.refused.contains(rows_->SerialID())) WriteText(Ui::tr("【断られました】"));
   if (rows_->IsRowDamaged()) WriteText(Unreadable());
   if (content_.escape && !subject.isEmpty())
     return WriteText(Isolated(WithoutTurns(WithoutHidden(subject))));

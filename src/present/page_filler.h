@@ -17,6 +17,7 @@ struct PageContent {
   DiskPtr folder;
   QStringList textTypes;
   QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
+  QSet<QString> refused;   ///< messages that wait, and that their servers do not take
   bool escape = false;     ///< HTML-escape what mail contributes
   qint32 rowsPerPage = 0;  ///< 0: all
   bool withHtml = false;   ///< HTML stands among the texts

@@ -65,11 +65,11 @@ QString PagePlace::ForReplacing() const {
   return Arguments(!isOrdered_ ? QString() : state_.isEmpty() ? kAtTop : state_);
 }
 
-void PagePlace::Taken(int number) {
+void PagePlace::Restored(int number) {
   if (number == number_) Forget();
 }
 
-void PagePlace::Loaded(int number) {
+void PagePlace::Delivered(int number) {
   if (number == number_) isOrdered_ = false;
 }
 

@@ -36,12 +36,12 @@ class PagePlace {
   /// The last arguments of its `replace`.
   QString ForReplacing() const;
   /// The number of the place that is wanted now. Who sends it to a version gives it back with
-  /// `Taken` or `Loaded`: a place that has come to be wanted since then stays wanted.
+  /// `Restored` or `Delivered`: a place that has come to be wanted since then stays wanted.
   int Number() const { return number_; }
   /// The version begins at that place now: nothing more is wanted.
-  void Taken(int number);
+  void Restored(int number);
   /// The version has been loaded and is told that place: the next one may begin elsewhere.
-  void Loaded(int number);
+  void Delivered(int number);
 
  private:
   void Set(const QString& state, bool isOrdered);

@@ -72,7 +72,7 @@ void PageQueue::EndAlone(int number, const Question& question, const QVariant& a
   Flush();
 }
 
-void PageQueue::Loaded() {
+void PageQueue::EndLoading() {
   state_ = State::Expecting;
   if (IsAlone() && !isAnswered_) Drop();
 }

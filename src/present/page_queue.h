@@ -11,7 +11,7 @@ namespace vorn {
 /// What a folder's page is asked by scripts, in the order of the questions. While another version
 /// of the page is being made they wait, and are asked of that one; where there is no page they are
 /// answered with nothing. A version that the page takes over begins with `Expect`, one that is
-/// loaded with `Load` and, when it is there, `Loaded`; either ends with `Resume`.
+/// loaded with `BeginLoading` and, when it is there, `EndLoading`; either ends with `Resume`.
 class PageQueue : public QObject {
  public:
   using Answer = std::function<void(const QVariant&)>;
@@ -45,10 +45,10 @@ class PageQueue : public QObject {
   /// The page's next version is being made, and it can be asked where the user is.
   void Expect() { state_ = State::Expecting; }
   /// The document that is there goes, and another one is loaded.
-  void Load() { state_ = State::Loading; }
+  void BeginLoading() { state_ = State::Loading; }
   /// It is there, and does not know what the one before it was asked: where something was asked
   /// alone, what was to come after that is dropped.
-  void Loaded();
+  void EndLoading();
   /// The page is there; what waits is asked.
   void Resume();
   /// There is no page any more.

@@ -5,6 +5,15 @@
 #include <QUrl>
 
 namespace vorn {
+namespace {
+
+// What the page answers, as a value of that kind.
+template <typename Value>
+PageQueue::Answer Answering(const std::function<void(Value)>& then) {
+  return [then](const QVariant& answer) { then(answer.value<std::decay_t<Value>>()); };
+}
+
+}  // namespace
 
 void PageRows::SetCount(int count) {
   count_ = count;
@@ -34,32 +43,23 @@ void PageRows::GoToMessage(const QString& serialId, const std::function<void()>&
 }
 
 void PageRows::Unchoose(const std::function<void(bool)>& then) {
-  queue_.Run(OnPage(QStringLiteral("unchoose()")),
-             [then](const QVariant& had) { then(had.toBool()); });
-}
-
-void PageRows::Leave(bool unlessSeen) {
-  Call(unlessSeen ? QStringLiteral("leaveUnseen()") : QStringLiteral("leave()"));
+  queue_.Run(OnPage(QStringLiteral("unchoose()")), Answering(then));
 }
 
 void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
-  queue_.Run(OnPage(QStringLiteral("chosen()")),
-             [then](const QVariant& answer) { then(answer.toStringList()); });
+  queue_.Run(OnPage(QStringLiteral("chosen()")), Answering(then));
 }
 
 void PageRows::Take(const std::function<void(const QStringList&)>& then) {
-  queue_.Run(OnPage(QStringLiteral("take()")),
-             [then](const QVariant& answer) { then(answer.toStringList()); });
+  queue_.Run(OnPage(QStringLiteral("take()")), Answering(then));
 }
 
 void PageRows::Current(const std::function<void(const QString&)>& then) {
-  queue_.Run(OnPage(QStringLiteral("current()")),
-             [then](const QVariant& answer) { then(answer.toString()); });
+  queue_.Run(OnPage(QStringLiteral("current()")), Answering(then));
 }
 
 void PageRows::CurrentAlone(const std::function<void(const QString&)>& then) {
-  queue_.RunAlone(OnPage(QStringLiteral("current()")),
-                  [then](const QVariant& answer) { then(answer.toString()); });
+  queue_.RunAlone(OnPage(QStringLiteral("current()")), Answering(then));
 }
 
 void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {

@@ -35,13 +35,15 @@ class PageRows {
   /// No row is chosen any more; gives whether any was.
   void Unchoose(const std::function<void(bool)>& then);
   void ChooseAll() { Call(QStringLiteral("all()")); }
-  /// No row is current or chosen any more, or only where the user does not see the current one.
-  void Leave(bool unlessSeen = false);
-  /// The same before what the user does next, since another message is to be the current one.
-  void LeaveNow() { queue_.RunFirst(OnPage(QStringLiteral("leave()"))); }
+  /// No row is current or chosen any more.
+  void Deselect() { Call(QStringLiteral("deselect()")); }
+  /// The same, unless the user sees the current one.
+  void DeselectUnseen() { Call(QStringLiteral("deselectUnseen()")); }
+  /// The same before all that waits, since another message is to be the current one.
+  void DeselectFirst() { queue_.RunFirst(OnPage(QStringLiteral("deselect()"))); }
   /// No row is current any more, since the message that was has gone: the next step goes to the row
   /// after it or before it.
-  void LeaveToGap() { queue_.RunFirst(OnPage(QStringLiteral("leaveToGap()"))); }
+  void DeselectToGap() { queue_.RunFirst(OnPage(QStringLiteral("deselectToGap()"))); }
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
   /// The same of messages that are about to leave the folder: their rows are marked at once, and
@@ -51,7 +53,7 @@ class PageRows {
   /// Messages that were taken stay. What the user does next waits, and is done after this.
   void GiveBack(const QStringList& messages) { Tell(QStringLiteral("giveBack"), messages); }
   /// Messages have left the folder; so with this.
-  void LeaveFolder(const QStringList& messages) { Tell(QStringLiteral("leaveFolder"), messages); }
+  void Remove(const QStringList& messages) { Tell(QStringLiteral("remove"), messages); }
   /// Gives the identifier of the current message, whichever others are chosen; none when the page
   /// goes.
   void Current(const std::function<void(const QString&)>& then);

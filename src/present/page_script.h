@@ -120,7 +120,7 @@ inline constexpr char kPageScript[] = R"js(
   // Nobody sees the page while its height is none, as behind another tab: the last one counts.
   let height = innerHeight;
   let reveals = '';  // how the current row comes into sight when somebody sees the page
-  const leaveRows = () => { current = anchor = -1; chosen.clear(); show(); };
+  const deselect = () => { current = anchor = -1; chosen.clear(); show(); };
   const isAtEnd = () => height + scrollY >= document.documentElement.scrollHeight - 2;
   const topOf = row => row.element.getBoundingClientRect().top;
   // A row that was scrolled into sight may lie a part of a dot outside.
@@ -141,7 +141,7 @@ inline constexpr char kPageScript[] = R"js(
     scrollBy(0, topOf(rows.find(row => row.id === held.id)) - held.top);
   };
   // The next row, or else the last one, takes the place of a current one that goes.
-  const leave = ids => {
+  const remove = ids => {
     for (const id of ids) {
       if (!seen.has(id)) continue;
       gone.add(id);
@@ -315,12 +315,12 @@ inline constexpr char kPageScript[] = R"js(
     toggle: () => toggle(current),
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
-    leave: () => { leaveRows(); tell('row', -1); },
+    deselect: () => { deselect(); tell('row', -1); },
     // The row in its place is not meant, but the next step goes from there.
-    leaveToGap: () => { const place = isPastLast ? rows.length : current; leaveRows(); gap = place; },
-    leaveUnseen: () => {
+    deselectToGap: () => { const place = isPastLast ? rows.length : current; deselect(); gap = place; },
+    deselectUnseen: () => {
       if (current >= 0 && isInSight(rows[current])) return;
-      vorn.leave();
+      vorn.deselect();
     },
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
@@ -328,10 +328,10 @@ inline constexpr char kPageScript[] = R"js(
     // The same, which leave the folder with this: what is asked next is not told them again.
     take: () => {
       const ids = chosenIds();
-      leave(ids);
+      remove(ids);
       return ids;
     },
-    leaveFolder: leave,
+    remove,
     // What was taken stays after all.
     giveBack: ids => {
       const back = ids.filter(id => seen.has(id));

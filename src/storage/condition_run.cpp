@@ -9,6 +9,7 @@
 
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/sql_dialect.h"
 
 namespace vorn {
@@ -59,7 +60,7 @@ Result<> ConditionRun::Connect() {
   // What is only gathered cannot be seen by another connection.
   context_.Data.FlushForReading();
   StorageError error;
-  connection_ = Connection::Open(path_, context_.Session->Text(u"Password"),
+  connection_ = Connection::Open(path_, ProfileBag(*context_.Session).Password(),
                                  Connection::Mode::ReadOnly, &error);
   return connection_ != nullptr ? Result<>() : error;
 }

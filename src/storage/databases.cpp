@@ -6,6 +6,7 @@
 #include "storage/file_key.h"
 #include "storage/file_notes.h"
 #include "storage/new_database.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
 
@@ -18,12 +19,12 @@ struct Location {
 };
 
 Location Locate(const Context& context, DatabaseKind kind, const QString& path) {
-  const QString password = context.Session->Text(u"Password");
+  const QString password = ProfileBag(*context.Session).Password();
   switch (kind) {
     case DatabaseKind::Navigator:
       return {context.NaviDatabasePath, FileKey::Unguessable(context.SecurityKey)};
     case DatabaseKind::Profile:
-      return {PlatformPath(context, context.Session->Text(u"Profile")), password};
+      return {PlatformPath(context, ProfileBag(*context.Session).File()), password};
     case DatabaseKind::Mail:
       return {MailDatabasePath(context), password};
     default:
@@ -110,7 +111,7 @@ Result<> OpenOrCreate(Context& context, DatabaseKind kind, const Location& locat
   // Everything of a profile has one password, which has opened its own database.
   if (opened.Error().kind == StorageError::Kind::WrongPassword &&
       (kind == DatabaseKind::Mail || kind == DatabaseKind::MailByPath) &&
-      context.Session->Flag(u"login")) {
+      ProfileBag(*context.Session).IsLoggedIn()) {
     return StorageError{
         StorageError::Kind::Damaged,
         Ui::tr("「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。")
@@ -125,8 +126,8 @@ Result<> OpenOrCreate(Context& context, DatabaseKind kind, const Location& locat
 
 QString MailDatabasePath(const Context& context) {
   // The value may list several files, one a line; the first is the one in use.
-  return PlatformPath(context,
-                      context.Session->Text(u"Mail").section(QStringLiteral("\r\n"), 0, 0));
+  return PlatformPath(
+      context, ProfileBag(*context.Session).MailFiles().section(QStringLiteral("\r\n"), 0, 0));
 }
 
 Result<> CreateDatabase(Context& context, DatabaseKind kind, const QString& path,

@@ -6,6 +6,7 @@
 #include <QSaveFile>
 #include <algorithm>
 
+#include "storage/profile_bag.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -106,7 +107,7 @@ QString FirstDamaged(Context& context, const QStringList& files) {
 QList<KnownDamage> UndecidedDamage(Context& context) {
   KeepDamage(context);
   QList<KnownDamage> undecided;
-  const QDir folder = QFileInfo(PlatformPath(context, context.Session->Text(u"Profile"))).dir();
+  const QDir folder = QFileInfo(PlatformPath(context, ProfileBag(*context.Session).File())).dir();
   for (const QString& note : folder.entryList({u'*' + kEnding}, QDir::Files)) {
     const std::optional<KnownDamage> damage = Read(folder.filePath(note.chopped(kEnding.size())));
     if (damage && damage->WaitsForDecision()) undecided.append(*damage);

@@ -110,6 +110,19 @@ bool CreateSendAttempts(Connection& connection) {
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
 }
 
+// What a server has refused for good, until the message is another one, waits no longer or goes.
+bool CreateSendRefusals(Connection& connection) {
+  const QByteArray forget = " BEGIN DELETE FROM send_refusal WHERE SERIALID = OLD.SERIALID; END";
+  return connection.Run(
+             "CREATE TABLE IF NOT EXISTS send_refusal (SERIALID TEXT PRIMARY KEY, ROUTE TEXT)") &&
+         connection.Run(
+             "CREATE TRIGGER IF NOT EXISTS send_refusal_is_past AFTER UPDATE OF STATUS, MAIL ON "
+             "mail WHEN NEW.MAIL IS NOT OLD.MAIL OR ABS(NEW.STATUS) <> ABS(OLD.STATUS)" +
+             forget) &&
+         connection.Run("CREATE TRIGGER IF NOT EXISTS send_refusal_goes AFTER DELETE ON mail" +
+                        forget);
+}
+
 // What was received and erased for good: the server may still have it, also under another name.
 // Imported messages come from no server.
 bool CreateErased(Connection& connection) {
@@ -208,7 +221,8 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
 bool CompleteSchema(Connection& connection) {
   if (HasTable(connection, "mail") &&
       !(CreateMailIndexes(connection) && CreateSendAttempts(connection) &&
-        CreateLateDigests(connection) && CreateErased(connection) && CreateOnServer(connection) &&
+        CreateSendRefusals(connection) && CreateLateDigests(connection) &&
+        CreateErased(connection) && CreateOnServer(connection) &&
         CreateDoubtfulAnswers(connection) && CreateReceivedIdentity(connection) &&
         CreateLastLongBinary(connection, "mail"))) {
     return false;

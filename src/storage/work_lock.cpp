@@ -4,13 +4,15 @@
 #include <QFileInfo>
 
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 QString LockPath(const Context& context, QString work) {
-  const QString folder = QFileInfo(PlatformPath(context, context.Session->Text(u"Profile"))).path();
+  const QString folder =
+      QFileInfo(PlatformPath(context, ProfileBag(*context.Session).File())).path();
   MakePrivateFolder(folder);
   for (QChar& c : work) {
     if (!c.isLetterOrNumber() && c != u'-' && c != u'_') c = u'_';
@@ -20,9 +22,8 @@ QString LockPath(const Context& context, QString work) {
 
 }  // namespace
 
-QString ReceivingWork(const Disk& account) {
-  const QString mailbox =
-      account.Text(u"InMailServerUser") + u'@' + account.Text(u"InMailServer").toLower();
+QString ReceivingWork(const QString& user, const QString& server) {
+  const QString mailbox = user + u'@' + server.toLower();
   const QByteArray name = QCryptographicHash::hash(mailbox.toUtf8(), QCryptographicHash::Sha256);
   return QStringLiteral("receive-") + QString::fromLatin1(name.toHex().first(16));
 }

@@ -31,6 +31,6 @@ inline const QString kSendingWork = QStringLiteral("send");
 inline const QString kImportWork = QStringLiteral("import");
 /// Receiving for an account: one for all accounts of a user at a server, whose messages have names
 /// of one scope.
-QString ReceivingWork(const Disk& account);
+QString ReceivingWork(const QString& user, const QString& server);
 
 }  // namespace vorn

@@ -9,46 +9,24 @@
 #include "mail/outbox.h"
 #include "objects/account.h"
 #include "objects/file_age.h"
+#include "objects/notice_settings.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/window_request.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
+#include "transfer/check_job.h"
 #include "transfer/pop.h"
+#include "transfer/session_record.h"
 #include "transfer/trusted_certificates.h"
 
 namespace vorn {
 namespace {
 
-const QString kUnasked = QStringLiteral("unasked");  // of automatic checking
 const QString kPeriodicSerial = QStringLiteral("maildefault");
-const QString kPeriodicMode = QStringLiteral("maildowndefault");
-const QString kReceiveMode = QStringLiteral("maildown");
-const QString kSendMode = QStringLiteral("mailup");
-const QString kLookMode = QStringLiteral("looklater");
-const QString kProcess = QStringLiteral("process");
-const QString kReceivingWork = QStringLiteral("receivework");
-const QString kDayTime = QStringLiteral("daytime");
-const QString kTimeFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
-constexpr int kMillisecondsPerMinute = 60000;
-
-QDateTime ReadTime(const QString& text) {
-  return QDateTime::fromString(text, kTimeFormat);
-}
-
-// Whole minutes as a clock without seconds shows them.
-qint64 MinuteBoundaries(const QDateTime& from, const QDateTime& to) {
-  return to.toMSecsSinceEpoch() / kMillisecondsPerMinute -
-         from.toMSecsSinceEpoch() / kMillisecondsPerMinute;
-}
-
-bool TellsOfNewMail(const Disk& settings) {
-  return settings.Flag(u"MessageNotice") &&
-         (settings.Flag(u"MessageNoticeDialog") || settings.Flag(u"MessageNoticeDesktop") ||
-          (settings.Flag(u"MessageNoticeSound") && settings.Flag(u"MessageNoticeSoundAlone")));
-}
 
 }  // namespace
 
@@ -57,8 +35,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
   if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
   if ((flags & kPlanReceive) != 0) {
     // Who asks for it now may be asked, also by what waits already.
-    for (const DiskPtr& job : jobs_) {
-      if (!runsPeriodically_) job->Let(kUnasked, false);
+    for (CheckJob job : jobs_) {
+      if (!runsPeriodically_) job.BeAsked();
     }
     AddReceiveJob(
         *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
@@ -66,58 +44,51 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
   if ((flags & kPlanSend) != 0) {
     // Also where nothing else waits: what a death left has to be told.
     ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
-    if (!PlanWaiting(serial, db, file)) LookLater(serial, db, file);
+    const WaitingSearch search{serial, db, file, (flags & kPlanReceive) != 0};
+    if (!PlanWaiting(search)) LookLater(search);
   }
 }
 
 void CheckPlan::RebuildPeriodicJob() {
   jobs_.Remove(kPeriodicSerial);
-  const DiskPtr settings = Settings(context_);
-  if (!settings->Flag(u"MessageCheck")) return;
-  auto job = std::make_shared<Disk>(kPeriodicSerial);
-  job->Let(QStringLiteral("mode"), kPeriodicMode);
-  job->Let(kDayTime, QString());
-  job->Let(QStringLiteral("interval"), qMax(settings->Number(u"MessageCheckInterval", 1), 1));
-  jobs_.Add(job);
+  const int minutes = Settings(context_).CheckMinutes();
+  if (minutes > 0) jobs_.Add(CheckJob::Periodic(kPeriodicSerial, minutes).Bag());
 }
 
 void CheckPlan::AddReceiveJob(const DiskCollection& accounts) {
   auto waiting = std::make_shared<DiskCollection>();
   for (const DiskPtr& account : accounts) {
-    const bool onlySends = account->Text(u"InMailServer").isEmpty();
+    const bool onlySends = Account(account).OnlySends();
     if (!onlySends && !WaitsToReceive(account->SerialID())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
-  auto job =
-      std::make_shared<Disk>(context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_'));
-  job->Let(QStringLiteral("mode"), kReceiveMode);
-  job->Let(kDayTime, QString());
-  job->Let(kUnasked, runsPeriodically_ && Settings(context_)->Flag(u"Careful"));
-  job->Set(QStringLiteral("account"), QVariant::fromValue(waiting));
-  jobs_.Add(job);
+  const bool isUnasked = runsPeriodically_ && Settings(context_).IsCareful();
+  jobs_.Add(CheckJob::Receive(NewJobSerial(), waiting, isUnasked).Bag());
+}
+
+QString CheckPlan::NewJobSerial() const {
+  return context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_');
 }
 
 // Where another program is at work for long, each check of a minute would add one more.
 bool CheckPlan::WaitsToReceive(const QString& account) const {
-  for (const DiskPtr& job : jobs_) {
-    const DiskCollectionPtr accounts = job->Collection(u"account");
-    if (job->Text(u"mode") != kReceiveMode || job->Flag(u"stop") || accounts->IsEmpty()) continue;
-    const bool isBegun = job->Number(kProcess) != 0 && accounts->First()->SerialID() == account;
+  for (const CheckJob job : jobs_) {
+    const DiskCollectionPtr accounts = job.Accounts();
+    if (!job.Is(CheckJob::Mode::Receive) || job.IsStopped() || accounts->IsEmpty()) continue;
+    const bool isBegun = job.Step() == JobStep::Begun && accounts->First()->SerialID() == account;
     if (accounts->Contains(account) && !isBegun) return true;
   }
   return false;
 }
 
 bool CheckPlan::HasWork() const {
-  for (const DiskPtr& job : jobs_) {
-    if (job->Text(u"mode") != kPeriodicMode) return true;
-  }
-  return false;
+  return std::any_of(jobs_.begin(), jobs_.end(),
+                     [](const CheckJob& job) { return !job.Is(CheckJob::Mode::Periodic); });
 }
 
 bool CheckPlan::IsSending() const {
-  return std::any_of(jobs_.begin(), jobs_.end(), [](const DiskPtr& job) {
-    return job->Text(u"mode") == kSendMode || job->Text(u"mode") == kLookMode;
+  return std::any_of(jobs_.begin(), jobs_.end(), [](const CheckJob& job) {
+    return job.Is(CheckJob::Mode::Send) || job.Is(CheckJob::Mode::Look);
   });
 }
 
@@ -126,19 +97,19 @@ void CheckPlan::Tick() {
   const QScopedValueRollback<bool> inside(ticking_, true);
   // Jobs added or removed on the way are seen at the next tick; none runs twice in one.
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
-  for (const DiskPtr& job : jobs) {
-    if (jobs_.Contains(job->SerialID()) && IsDue(*job)) Advance(job);
+  for (const CheckJob job : jobs) {
+    if (jobs_.Contains(job.SerialId()) && job.IsDue(context_.Data.Now())) Advance(job);
   }
   ReleaseIdleWork();
 }
 
-void CheckPlan::Advance(const DiskPtr& job) {
-  const QScopedValueRollback<QString> at(advancing_, job->SerialID());
-  if (!job->Flag(u"delete")) Run(*job);
-  if (job->Flag(u"update")) {
-    Reschedule(*job);
-  } else if (job->Flag(u"delete")) {
-    jobs_.Remove(job->SerialID());
+void CheckPlan::Advance(CheckJob job) {
+  const QScopedValueRollback<QString> at(advancing_, job.SerialId());
+  if (!job.HasEnded()) Run(job);
+  if (job.RunsAgain()) {
+    job.Reschedule(context_.Data.Now());
+  } else if (job.HasEnded()) {
+    jobs_.Remove(job.SerialId());
   }
 }
 
@@ -147,30 +118,30 @@ void CheckPlan::Advance(const DiskPtr& job) {
 void CheckPlan::RecordEnded() {
   if (pop_.Busy()) return;
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
-  for (const DiskPtr& job : jobs) {
-    const bool isReceiving = job->Text(u"mode") == kReceiveMode && job->Number(kProcess) != 0;
-    if (job->SerialID() == advancing_ || !(isReceiving || IsSent(*job))) continue;
-    Advance(job);
+  for (const CheckJob job : jobs) {
+    const bool isReceiving = job.Is(CheckJob::Mode::Receive) && job.Step() == JobStep::Begun;
+    const bool isSent = job.Step() == JobStep::Sent;
+    if (job.SerialId() != advancing_ && (isReceiving || isSent)) Advance(job);
   }
   ReleaseIdleWork();
 }
 
 // Also one that has ended and is not recorded yet, while another job's goes on.
-bool CheckPlan::HasSession(const Disk& job) const {
-  if (job.Text(u"mode") == kReceiveMode) return job.Number(kProcess) != 0;
+bool CheckPlan::HasSession(const CheckJob& job) const {
+  if (job.Is(CheckJob::Mode::Receive)) return job.Step() == JobStep::Begun;
   return SendingHasSession(job);
 }
 
 // What a job has begun is kept, so that its end is recorded as any other.
 void CheckPlan::Cancel() {
   const std::vector<DiskPtr> jobs(jobs_.begin(), jobs_.end());
-  for (const DiskPtr& job : jobs) {
-    if (job->Text(u"mode") == kPeriodicMode) continue;
-    if (HasSession(*job)) {
-      job->Let(QStringLiteral("stop"), true);
+  for (CheckJob job : jobs) {
+    if (job.Is(CheckJob::Mode::Periodic)) continue;
+    if (HasSession(job)) {
+      job.Stop();
     } else {
-      EndWait(*job);
-      jobs_.Remove(job->SerialID());
+      EndWait(job);
+      jobs_.Remove(job.SerialId());
     }
   }
   pop_.Cancel();
@@ -183,12 +154,11 @@ void CheckPlan::Clear() {
   handovers_.clear();
 }
 
-void CheckPlan::EndWait(Disk& job) {
-  if (job.Flag(u"held")) host_.WorkIsHeld(QString());
-  job.Let(QStringLiteral("held"), false);
+void CheckPlan::EndWait(CheckJob& job) {
+  if (job.SetHeld(false)) host_.WorkIsHeld(QString());
 }
 
-bool CheckPlan::TakeWork(const QString& work, Disk& job) {
+bool CheckPlan::TakeWork(const QString& work, CheckJob& job) {
   std::unique_ptr<WorkLock>& lock = works_[work];
   if (lock == nullptr) lock = std::make_unique<WorkLock>(context_, work);
   const bool wasHeld = lock->IsHeld();
@@ -198,8 +168,7 @@ bool CheckPlan::TakeWork(const QString& work, Disk& job) {
     EndWait(job);
     return true;
   }
-  if (!job.Flag(u"held")) host_.WorkIsHeld(lock->HeldWords());
-  job.Let(QStringLiteral("held"), true);
+  if (job.SetHeld(true)) host_.WorkIsHeld(lock->HeldWords());
   return false;
 }
 
@@ -208,153 +177,127 @@ void CheckPlan::ReleaseIdleWork() {
   if (!IsSending()) works_.erase(kSendingWork);
 }
 
-bool CheckPlan::IsDue(const Disk& job) const {
-  const QString text = job.Text(kDayTime);
-  return text.isEmpty() || MinuteBoundaries(ReadTime(text), ReadTime(context_.Data.Now())) >= 0;
-}
-
-void CheckPlan::Reschedule(Disk& job) const {
-  const QDateTime next =
-      ReadTime(context_.Data.Now()).addSecs(60 * static_cast<qint64>(job.Number(u"interval", 1)));
-  job.Let(kDayTime, next.toString(kTimeFormat));
-  job.Let(QStringLiteral("update"), false);
-}
-
-void CheckPlan::Run(Disk& job) {
-  const QString mode = job.Text(u"mode");
-  if (mode == kPeriodicMode) {
+void CheckPlan::Run(CheckJob& job) {
+  using Mode = CheckJob::Mode;
+  if (job.Is(Mode::Periodic)) {
     const QScopedValueRollback periodic(runsPeriodically_, true);
     host_.SendAndReceive();
-    job.Let(QStringLiteral("update"), true);
-  } else if (mode == kReceiveMode) {
+    job.RunAgain();
+  } else if (job.Is(Mode::Receive)) {
     ReceiveStep(job);
-  } else if (mode == kSendMode) {
+  } else if (job.Is(Mode::Send)) {
     SendStep(job);
-  } else if (mode == kLookMode) {
+  } else if (job.Is(Mode::Look)) {
     LookAgain(job);
   }
 }
 
-void CheckPlan::ReceiveStep(Disk& job) {
+void CheckPlan::ReceiveStep(CheckJob& job) {
   if (pop_.Busy()) return;
-  const DiskPtr account = job.Collection(u"account")->First();
-  if (job.Number(kProcess) != 0) {
+  Account account = job.Accounts()->First();
+  if (job.Step() == JobStep::Begun) {
     FinishReceiving(job, account);
-  } else if (MayReceive(job, *account) && TakeWork(ReceivingWork(*account), job)) {
-    job.Let(kReceivingWork, ReceivingWork(*account));  // the user may change the account meanwhile
-    StartReceiving(job, *account);
+  } else if (MayReceive(job, account) && TakeWork(account.Work(), job)) {
+    SessionRecord(job.Bag()).SetWork(account.Work());
+    StartReceiving(job, account);
   }
 }
 
 // Asks for what is missing before the account is taken: others do not wait for an answer that may
 // never come.
-bool CheckPlan::MayReceive(Disk& job, Disk& account) {
+bool CheckPlan::MayReceive(CheckJob& job, Account& account) {
   const QString damaged = FirstDamaged(context_, ProfileFiles(context_, *context_.Session));
   if (!damaged.isEmpty()) {
     const QString sentence =
         Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
     LeaveOutReceiving(job, sentence);
     // Whether or not the account's sessions are recorded.
-    host_.AddEvent(1, 0, account.SerialID(), account.Text(u"Object"), QStringLiteral("account"),
-                   sentence);
+    host_.AddEvent(1, 0, account.SerialId(), account.Name(), QStringLiteral("account"), sentence);
     return false;
   }
   // Nobody asked for automatic checking, and whoever is writing would type into the question.
-  if (job.Flag(kUnasked) && !HasPassword(account)) {
+  if (job.IsUnasked() && !account.HasPassword()) {
     LeaveOutReceiving(job, Ui::tr("パスワードが分からないので、自動では受信しません。送受信を"
                                   "押すと入力できます。"));
-    if (toldOfNoPassword_.contains(account.SerialID())) LeaveOutReceiving(job, {});
-    toldOfNoPassword_.insert(account.SerialID());
+    if (toldOfNoPassword_.contains(account.SerialId())) LeaveOutReceiving(job, {});
+    toldOfNoPassword_.insert(account.SerialId());
     return false;
   }
   if (!KnowsPassword(account)) {
     LeaveOutReceiving(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     return false;
   }
-  return jobs_.Contains(job.SerialID());  // not cancelled meanwhile
+  return jobs_.Contains(job.SerialId());  // not cancelled meanwhile
 }
 
-void CheckPlan::LoadReceiving(const Disk& account) {
-  const bool apop = account.Number(u"InMailServerProtocol") == static_cast<int>(InProtocol::Apop);
-  pop_.Server = account.Text(u"InMailServer");
-  pop_.ServerPort = account.Number(u"InMailServerPort");
-  pop_.User = account.Text(u"InMailServerUser");
-  pop_.Password = account.Text(u"InMailServerPassword");
-  pop_.Mode = apop ? kPopReceiveApop : kPopReceive;
+void CheckPlan::LoadServer(const AccountServer& server) {
+  pop_.Server = server.host;
+  pop_.ServerPort = server.port;
+  pop_.User = server.user;
+  pop_.Password = server.password;
+  pop_.Encryption = static_cast<Security>(server.security);
+  pop_.TrustedFingerprints = TrustedCertificates(server.certificates).For(server.host);
+}
+
+void CheckPlan::LoadReceiving(const Account& account) {
+  LoadServer(account.Incoming());
+  pop_.Mode = account.Protocol() == InProtocol::Apop ? kPopReceiveApop : kPopReceive;
   pop_.LoginOnly = false;
-  pop_.Encryption = static_cast<Security>(account.Number(u"InMailServerSecurity"));
-  pop_.TrustedFingerprints =
-      TrustedCertificates(account.Text(u"InMailServerCertificates")).For(pop_.Server);
+}
+
+bool CheckPlan::KnowsPassword(Account& account) {
+  if (account.HasPassword()) return true;
+  account.SetPassword(host_.AskPassword(account.Name()));
+  return account.HasPassword();
+}
+
+void CheckPlan::LeaveOutReceiving(CheckJob& job, const QString& sentence) {
+  SessionRecord record(job.Bag());
+  record.Begin();
+  if (!sentence.isEmpty()) record.AddError(sentence);
+  job.SetStep(JobStep::Begun);
 }
 
 // Events come from the event loop only, so none of the new session's finds the old state.
-void CheckPlan::StartSession(Disk& job) {
-  pop_.Start();
-  pop_.Tag = job.SerialID();
-  job.Let(QStringLiteral("log"), QString());
-  job.Let(QStringLiteral("error"), false);
-  job.Let(QStringLiteral("loginrefused"), false);
-}
-
-bool CheckPlan::HasPassword(const Disk& account) {
-  return account.Flag(u"InMailServerPasswordSave", true) ||
-         !account.Text(u"InMailServerPassword").isEmpty();
-}
-
-bool CheckPlan::KnowsPassword(Disk& account) {
-  if (HasPassword(account)) return true;
-  account.Let(QStringLiteral("InMailServerPassword"), host_.AskPassword(account.Text(u"Object")));
-  return HasPassword(account);
-}
-
-void CheckPlan::LeaveOutReceiving(Disk& job, const QString& sentence) {
-  job.Let(QStringLiteral("log"), sentence);
-  job.Let(QStringLiteral("error"), !sentence.isEmpty());
-  job.Let(QStringLiteral("messages"), QString());
-  job.Let(kProcess, 1);
-}
-
-void CheckPlan::StartReceiving(Disk& job, const Disk& account) {
+void CheckPlan::StartReceiving(CheckJob& job, const Account& account) {
   LoadReceiving(account);
-  StartSession(job);
-  job.Let(QStringLiteral("messages"), QString());
-  job.Let(kProcess, 1);
+  pop_.Start();
+  pop_.Tag = job.SerialId();
+  SessionRecord(job.Bag()).Begin();
+  job.SetStep(JobStep::Begun);
 }
 
-void CheckPlan::RecordSession(const Disk& job, const Disk& account) {
-  const bool isLeftOut = job.Flag(kUnasked) && job.Text(u"log").isEmpty() && !HasPassword(account);
-  if (!account.Flag(u"EventLog") || isLeftOut) return;
-  host_.AddEvent(job.Flag(u"error") ? 1 : 0, 0, account.SerialID(), account.Text(u"Object"),
-                 QStringLiteral("account"), job.Text(u"log"));
+void CheckPlan::RecordSession(const CheckJob& job, const Account& account) {
+  const SessionRecord record(job.Bag());
+  const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasPassword();
+  if (!account.LogsEvents() || isLeftOut) return;
+  host_.AddEvent(record.HasError() ? 1 : 0, 0, account.SerialId(), account.Name(),
+                 QStringLiteral("account"), record.Log());
 }
 
 // A password that the server refused and that is not stored was a slip of the keys, or is one by
 // now.
-void CheckPlan::ForgetRefusedPassword(const Disk& job, Disk& account) {
-  if (job.Flag(u"loginrefused") && !account.Flag(u"InMailServerPasswordSave", true)) {
-    account.Let(QStringLiteral("InMailServerPassword"), QString());
+void CheckPlan::ForgetRefusedPassword(const CheckJob& job, Account& account) {
+  if (SessionRecord(job.Bag()).IsLoginRefused() && !account.SavesPassword()) {
+    account.SetPassword(QString());
   }
 }
 
-void CheckPlan::FinishReceiving(Disk& job, const DiskPtr& account) {
-  ForgetRefusedPassword(job, *account);
-  works_.erase(job.Text(kReceivingWork));
-  const DiskPtr settings = Settings(context_);
-  const QString messages = job.Text(u"messages");
-  if (!messages.isEmpty() && TellsOfNewMail(*settings)) {
-    auto request = std::make_shared<Disk>(context_.Data.NewSerialID());
-    request->Let(QStringLiteral("mode"), QStringLiteral("messagebox"));
-    request->Let(QStringLiteral("status"), QStringLiteral("newmessage"));
-    request->Let(QStringLiteral("message"), messages);
-    host_.PostRequest(request);
+void CheckPlan::FinishReceiving(CheckJob& job, Account& account) {
+  ForgetRefusedPassword(job, account);
+  const SessionRecord record(job.Bag());
+  works_.erase(record.Work());
+  const QString messages = record.Received();
+  if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
+    host_.PostRequest(WindowRequest::NewMessages(context_.Data.NewSerialID(), messages));
   }
-  RecordSession(job, *account);
-  const DiskCollectionPtr accounts = job.Collection(u"account");
-  accounts->Remove(account->SerialID());
-  if (accounts->IsEmpty() || job.Flag(u"stop")) {
-    job.Let(QStringLiteral("delete"), true);
+  RecordSession(job, account);
+  const DiskCollectionPtr accounts = job.Accounts();
+  accounts->Remove(account.SerialId());
+  if (accounts->IsEmpty() || job.IsStopped()) {
+    job.End();
   } else {
-    job.Let(QStringLiteral("process"), 0);
+    job.SetStep(JobStep::Waits);
   }
 }
 

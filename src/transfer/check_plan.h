@@ -16,8 +16,12 @@
 
 namespace vorn {
 
+class Account;
+class CheckJob;
 class Outbox;
 class Pop;
+class SendItem;
+struct AccountServer;
 struct WaitingMessage;
 
 /// What the check plan asks of the program around it.
@@ -75,68 +79,72 @@ class CheckPlan {
   void Cancel();
   /// Lets a send job go on only when what came of its message is stored, for which the file is in
   /// use now: `store` is tried at each tick, and when it has not worked for long, `failed` is told.
-  void StoreLater(const Disk& job, std::function<Result<>()> store,
+  void StoreLater(const CheckJob& job, std::function<Result<>()> store,
                   std::function<void(const StorageError&)> failed);
   /// Begins the session of a send job's message again when it has ended, since its file is in use
   /// now. False when that has been so for long.
-  bool HandOverLater(Disk& job);
+  bool HandOverLater(const CheckJob& job);
   /// Forgets all jobs, for the end of the program.
   void Clear();
 
  private:
   void RebuildPeriodicJob();
-  bool IsDue(const Disk& job) const;
-  void Run(Disk& job);
-  void Advance(const DiskPtr& job);
+  QString NewJobSerial() const;
+  void Run(CheckJob& job);
+  void Advance(CheckJob job);
   void RecordEnded();
   bool WaitsToReceive(const QString& account) const;
-  void EndWait(Disk& job);
-  bool HasSession(const Disk& job) const;
-  bool SendingHasSession(const Disk& job) const;
-  static bool IsSent(const Disk& job);
-  bool MaySend(Disk& job, const Disk& message);
+  void EndWait(CheckJob& job);
+  bool HasSession(const CheckJob& job) const;
+  bool SendingHasSession(const CheckJob& job) const;
+  bool MaySend(const CheckJob& job, const SendItem& message);
   /// Whether the work is this program's alone by now; else it is tried again at the next tick.
-  bool TakeWork(const QString& work, Disk& job);
+  bool TakeWork(const QString& work, CheckJob& job);
   void ReleaseIdleWork();
-  void ReceiveStep(Disk& job);
-  void LeaveOutReceiving(Disk& job, const QString& sentence);
-  bool MayReceive(Disk& job, Disk& account);
-  void StartReceiving(Disk& job, const Disk& account);
+  void ReceiveStep(CheckJob& job);
+  void LeaveOutReceiving(CheckJob& job, const QString& sentence);
+  bool MayReceive(CheckJob& job, Account& account);
+  void StartReceiving(CheckJob& job, const Account& account);
   /// Whether the account's receive password is known, if need be by asking for it.
-  bool KnowsPassword(Disk& account);
-  static bool HasPassword(const Disk& account);
-  void ForgetRefusedPassword(const Disk& job, Disk& account);
-  void FinishReceiving(Disk& job, const DiskPtr& account);
-  void LoadReceiving(const Disk& account);
-  void AddSendJob(const std::vector<DiskPtr>& messages);
+  bool KnowsPassword(Account& account);
+  void ForgetRefusedPassword(const CheckJob& job, Account& account);
+  void FinishReceiving(CheckJob& job, Account& account);
+  void LoadServer(const AccountServer& server);
+  void LoadReceiving(const Account& account);
+  /// Which of the messages that wait are to be sent.
+  struct WaitingSearch {
+    QString serial;  ///< empty for all
+    DatabaseKind db;
+    QString file;
+    bool isCheck;  ///< nobody asks for sending alone
+  };
+  void AddSendJob(std::vector<SendItem>& messages);
   bool MaySendFrom(const QString& file);
   /// Fails when the file is in use just now; what else may fail is told.
-  Result<> PlanWaiting(const QString& serial, DatabaseKind db, const QString& file);
-  void LookLater(const QString& serial, DatabaseKind db, const QString& file);
-  void LookAgain(Disk& job);
+  Result<> PlanWaiting(const WaitingSearch& search);
+  void LookLater(const WaitingSearch& search);
+  void LookAgain(CheckJob& job);
   void TellUnread(const StorageError& reason);
-  Result<> FindWaiting(const QString& serial, DatabaseKind db, const QString& file,
-                       std::vector<DiskPtr>& messages);
+  Result<> FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages);
+  void LeaveOutRefused(std::vector<SendItem>& messages);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
   DiskPtr AskForAccount(const QString& subject);
   /// Gives a message without an account the chosen one; false when there is none.
-  bool UseChosenAccount(Disk& message, DiskPtr& chosen, bool& asked);
-  void SendStep(Disk& job);
-  bool TakeSending(Disk& job, const Disk& message);
-  bool OutcomeIsStored(const Disk& job);
-  void BeginSending(Disk& job, const Disk& message);
-  void StartSending(Disk& job, const DiskPtr& message);
-  void PlanAnew(const Disk& message);
-  bool IsStoredAnew(const Disk& message);
-  void LoadSending(Disk& message, const WaitingMessage& waiting);
-  void LeaveOut(Disk& job, const DiskPtr& message);
-  void FinishSending(Disk& job, const DiskPtr& message);
+  bool UseChosenAccount(SendItem& message, DiskPtr& chosen, bool& asked);
+  void SendStep(CheckJob& job);
+  bool TakeSending(CheckJob& job, const SendItem& message);
+  bool OutcomeIsStored(const CheckJob& job);
+  void BeginSending(CheckJob& job, const Account& account);
+  void StartSending(CheckJob& job, SendItem& message);
+  void PlanAnew(const SendItem& message);
+  bool IsStoredAnew(const SendItem& message);
+  void LoadSending(SendItem& message, const WaitingMessage& waiting);
+  void LeaveOut(CheckJob& job, const SendItem& message);
+  void FinishSending(CheckJob& job, const SendItem& message);
   void ReportDoubtful(int count);
-  void RecordOutcome(const Disk& job, const Disk& message);
-  void RecordSession(const Disk& job, const Disk& account);
-  void StartSession(Disk& job);
-  void Reschedule(Disk& job) const;
+  void RecordOutcome(const CheckJob& job, const SendItem& message);
+  void RecordSession(const CheckJob& job, const Account& account);
 
   Context& context_;
   Pop& pop_;

@@ -4,10 +4,12 @@
 namespace vorn {
 
 // Hears of failures and of the end; there is nothing else to hear.
-class ConnectionCheck::Events : public PopEvents {
+class ConnectionCheck::Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
   explicit Events(ConnectionCheck& check) : check_(check) {}
 
+  RetrievalEvents& Retrieval() override { return *this; }
+  HandoverEvents& Handover() override { return *this; }
   bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
   void MessageSent(const QByteArray&) override {}
   bool BeginHandover() override { return true; }

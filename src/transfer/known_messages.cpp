@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
@@ -40,11 +40,11 @@ void KnownMessages::BeginSession(bool deletes) {
 
 // Those that a file of the profile may know a message by.
 QStringList KnownMessages::MailFiles() const {
-  const QStringList files = context_.Session->Text(u"Mail").split(kLineBreak);
-  if (!Settings(context_)->Flag(u"Careful")) return files;
+  const QStringList files = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
+  if (!Settings(context_).IsCareful()) return files;
   // Also those that were used before, so that a new file does not begin with all that they have.
   QStringList all = files;
-  for (const QString& file : context_.Session->Text(u"History").split(kLineBreak)) {
+  for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
     if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
   }
   all.removeDuplicates();
@@ -181,7 +181,7 @@ Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& message
       listing_.NoteRenewed(messageId);
       return Found::None;
     case Found::Erased:
-      if (Settings(context_)->Flag(u"Careful")) return found;
+      if (Settings(context_).IsCareful()) return found;
       *storedAs = messageId;  // it is stored once more
       return Found::None;
     default:
@@ -226,7 +226,7 @@ bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
            !context_.Data.Recordset()->Eof();
   };
   if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_)->Flag(u"Careful") && any(QString());
+    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
   }
   return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }

@@ -17,7 +17,6 @@ namespace {
 constexpr qint64 kWindowBytes = 32 * 1024 * 1024;  // what is asked ahead
 // How long one call may work through known messages before the windows get their turn.
 constexpr qint64 kWorkMs = 10;
-constexpr int kProgressSteps = 1000;
 
 // The header block of a message with the empty line that ends it.
 QByteArray HeaderOf(const QByteArray& source) {
@@ -49,9 +48,9 @@ QString Pop3Retrieval::MessageId(const QByteArray& uidl) const {
 
 bool Pop3Retrieval::Begin(const QByteArray& list, const std::optional<QByteArray>& uidl,
                           bool lacksTop) {
-  lacksTop_ = lacksTop;
+  top_.isLacking = lacksTop;
   messages_ = ReadMailbox(list, uidl.value_or(QByteArray()));
-  for (const Pop3Message& message : messages_) bytesTotal_ += message.size;
+  for (const Pop3Message& message : messages_) progress_.Expect(message.size);
   if (!TellMailbox(uidl.has_value())) return false;
   wantsHeaders_ = events_.WantsHeaders();
   return true;
@@ -71,7 +70,7 @@ bool Pop3Retrieval::AskForMore() {
   QElapsedTimer timer;
   timer.start();
   while (next_ < messages_.size() && !stopped_ && pipeline_.HasRoom() &&
-         bytesAsked_ < kWindowBytes) {
+         progress_.UnderWay() < kWindowBytes) {
     if (timer.elapsed() > kWorkMs) return true;
     ConsiderNext();
   }
@@ -91,17 +90,17 @@ void Pop3Retrieval::ConsiderNext() {
     bool deleteOnServer = false;
     events_.AlreadyStored(MessageId(entry.uidl), exists, deleteOnServer);
     if (exists) {
-      bytesDone_ += entry.size;
+      progress_.Skip(entry.size);
       ReportProgress(0);
       if (deleteOnServer) doomed_.push_back(message);
       return;
     }
     wantsHeader = wantsHeader || events_.WantsHeader(MessageId(entry.uidl));
   }
-  if (wantsHeader && lacksTop_) {
+  if (wantsHeader && top_.isLacking) {
     FetchUntested(message);
   } else if (wantsHeader) {
-    asksForHeaders_ = true;
+    top_.isAsked = true;
     AskForHeader(message);
   } else {
     Fetch(message);
@@ -114,20 +113,19 @@ void Pop3Retrieval::AskForHeader(size_t message) {
 }
 
 void Pop3Retrieval::Fetch(size_t message) {
-  bytesAsked_ += messages_[message].size;
+  progress_.Ask(messages_[message].size);
   pipeline_.Send("RETR " + QByteArray::number(messages_[message].number), Pop3Command::Retr,
                  message);
 }
 
 // A server that does not give the header alone: the rules see it once the message is here.
 void Pop3Retrieval::FetchUntested(size_t message) {
-  if (wantsHeaders_ && !std::exchange(toldOfTop_, true)) {
-    events_.Log(0,
-                Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
-                       "メッセージを受信してから調べます。"));
+  if (wantsHeaders_ && !std::exchange(top_.isTold, true)) {
+    session_.Log(0,
+                 Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
+                        "メッセージを受信してから調べます。"));
   }
-  untested_.resize(messages_.size(), false);
-  untested_[message] = wantsHeaders_;
+  if (wantsHeaders_) stopTests_.TestLater(message);
   Fetch(message);
 }
 
@@ -142,7 +140,7 @@ bool Pop3Retrieval::IsWanted(size_t message, const QByteArray& header) {
   }
   if (!wantsHeaders_ || !IsStopped(header, false, deleteOnServer)) return true;
   if (deleteOnServer) {
-    stops_.emplace(message, header);
+    stopTests_.Confirm(message, header);
     AskForHeader(message);
   }
   return false;
@@ -157,40 +155,37 @@ bool Pop3Retrieval::IsStopped(const QByteArray& header, bool isTornOff, bool& de
 
 // One answer is not enough to delete unseen: it may have been another message's.
 void Pop3Retrieval::EndStop(size_t message, const QByteArray& header) {
-  if (stops_[message] == header) {
+  if (stopTests_.TakeSecond(message, header)) {
     doomed_.push_back(message);
   } else {
     events_.StopTakenBack(StopDoubt::OtherHeader);
   }
-  stops_.erase(message);
 }
 
 void Pop3Retrieval::TakeHeader(size_t message, const QByteArray& header) {
-  hasTop_ = true;
-  if (stops_.count(message) != 0) {
+  top_.isAnswered = true;
+  if (stopTests_.IsUnconfirmed(message)) {
     EndStop(message, header);
   } else if (IsWanted(message, header)) {
     Fetch(message);
   } else {
-    bytesDone_ += messages_[message].size;
+    progress_.Skip(messages_[message].size);
   }
 }
 
 void Pop3Retrieval::HeaderRefused(size_t message) {
-  if (stops_.count(message) != 0) return EndStop(message, {});
-  if (!hasTop_) lacksTop_ = true;
+  if (stopTests_.IsUnconfirmed(message)) return EndStop(message, {});
+  if (!top_.isAnswered) top_.isLacking = true;
   FetchUntested(message);
 }
 
 void Pop3Retrieval::MessageRefused(size_t message) {
-  bytesAsked_ -= messages_[message].size;
-  bytesDone_ += messages_[message].size;
+  progress_.Arrive(messages_[message].size);
 }
 
 bool Pop3Retrieval::TakeMessage(size_t message, const QByteArray& data) {
   const Pop3Message& entry = messages_[message];
-  bytesAsked_ -= entry.size;
-  bytesDone_ += entry.size;
+  progress_.Arrive(entry.size);
   ReportProgress(0);
   if (stopped_) return true;
 
@@ -202,9 +197,9 @@ bool Pop3Retrieval::TakeMessage(size_t message, const QByteArray& data) {
   const bool isTornOff = fit == SizeFit::Off || (fit == SizeFit::Near && isHeld) || HasHole(data);
   // A header alone may be the late answer to another command: it is asked for once more. Where
   // answers are out of step, another one comes.
-  if (isTornOff && asksForHeaders_ && HeaderOf(data).size() == data.size()) {
+  if (isTornOff && top_.isAsked && HeaderOf(data).size() == data.size()) {
     const auto [first, isFirst] = doubtful_.emplace(message, data);
-    if (isFirst) bytesDone_ -= entry.size;
+    if (isFirst) progress_.Return(entry.size);
     if (isFirst) Fetch(message);
     if (isFirst || !IsSameAnswer(first->second, data)) return isFirst;
   }
@@ -235,7 +230,7 @@ bool Pop3Retrieval::IsKnownByContents(size_t message, const QString& id, bool is
 void Pop3Retrieval::Keep(size_t message, const QString& id, const QByteArray& data, bool isTornOff,
                          bool isNear) {
   bool deleteOnServer = false;
-  const bool isUntested = message < untested_.size() && untested_[message];
+  const bool isUntested = stopTests_.IsUntested(message);
   if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
     if (deleteOnServer) doomed_.push_back(message);
     if (isNear) near_.back().isStopped = true;
@@ -269,14 +264,6 @@ bool Pop3Retrieval::AskForDeletions() {
                    message);
   }
   return !pipeline_.IsEmpty();
-}
-
-void Pop3Retrieval::ReportProgress(qint64 inFlight) {
-  const qint64 done = bytesDone_ + inFlight;
-  const qint64 step = bytesTotal_ > 0 ? done * kProgressSteps / bytesTotal_ : 0;
-  if (step == lastProgress_) return;
-  lastProgress_ = step;
-  events_.Progress(0, bytesTotal_, qMin(done, bytesTotal_));
 }
 
 }  // namespace vorn

@@ -11,6 +11,8 @@
 #include "transfer/pop3_mailbox.h"
 #include "transfer/pop3_pipeline.h"
 #include "transfer/pop_events.h"
+#include "transfer/retrieval_progress.h"
+#include "transfer/stop_tests.h"
 
 namespace vorn {
 
@@ -19,7 +21,11 @@ namespace vorn {
 class Pop3Retrieval {
  public:
   Pop3Retrieval(const Pop3Login& login, PopEvents& events, Pop3Pipeline& pipeline)
-      : login_(login), events_(events), pipeline_(pipeline) {}
+      : login_(login),
+        session_(events),
+        events_(events.Retrieval()),
+        pipeline_(pipeline),
+        progress_(events) {}
 
   /// Begins with the bodies of the answers to LIST and UIDL; no `uidl` from a server that does not
   /// know it. Returns whether the session goes on.
@@ -40,7 +46,7 @@ class Pop3Retrieval {
   /// Asks for deletions as far as the window allows; false once all were answered.
   bool AskForDeletions();
   /// Tells how far the session is, with the bytes of the message that is arriving.
-  void ReportProgress(qint64 inFlight);
+  void ReportProgress(qint64 inFlight) { progress_.Report(inFlight); }
 
  private:
   // A message whose size was about the announced one, before any was exact.
@@ -48,6 +54,14 @@ class Pop3Retrieval {
     size_t message;
     QString id;
     bool isStopped = false;  // by a rule
+  };
+
+  // How the server gives headers alone.
+  struct TopUse {
+    bool isLacking = false;  // rules are tested on whole messages
+    bool isTold = false;
+    bool isAnswered = false;  // once
+    bool isAsked = false;     // in this session
   };
 
   QString MessageId(const QByteArray& uidl) const;
@@ -64,7 +78,8 @@ class Pop3Retrieval {
   void KeepNear();
 
   const Pop3Login& login_;
-  PopEvents& events_;
+  PopEvents& session_;
+  RetrievalEvents& events_;
   Pop3Pipeline& pipeline_;
   std::vector<Pop3Message> messages_;
   size_t next_ = 0;
@@ -72,20 +87,12 @@ class Pop3Retrieval {
   std::deque<size_t> doomed_;  // to be deleted on the server, once the store is durable
 
   bool wantsHeaders_ = false;
-  bool lacksTop_ = false;  // rules are tested on whole messages
-  bool toldOfTop_ = false;
-  bool hasTop_ = false;          // it was answered once
-  bool asksForHeaders_ = false;  // it was asked for in this session
-  std::vector<bool> untested_;   // by message: rules are still to be tested on its header
-  bool hasExactSizes_ = false;   // of a message so far
+  TopUse top_;
+  StopTests stopTests_;
+  bool hasExactSizes_ = false;  // of a message so far
   std::vector<NearMessage> near_;
   std::map<size_t, QByteArray> doubtful_;  // by message: what was answered first
-  std::map<size_t, QByteArray> stops_;     // by message: the header for which a rule deletes it
-
-  qint64 bytesAsked_ = 0;  // of messages under way
-  qint64 bytesTotal_ = 0;
-  qint64 bytesDone_ = 0;
-  qint64 lastProgress_ = -1;
+  RetrievalProgress progress_;
 };
 
 }  // namespace vorn

@@ -231,7 +231,7 @@ bool Pop3Session::Work() {
   if (!retrieval_.IsDone()) return false;
   // Nothing is marked before everything is durable: there are servers that delete what is marked
   // also when the connection breaks.
-  if (!events_.MakeDurable()) {
+  if (!events_.Retrieval().MakeDurable()) {
     Finish();
     return false;
   }

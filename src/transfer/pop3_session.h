@@ -16,7 +16,7 @@
 namespace vorn {
 
 /// One POP3 conversation (RFC 1939, CAPA and PIPELINING of RFC 2449, STLS of RFC 2595, AUTH of RFC
-/// 5034). A message is marked for deletion only after a successful `PopEvents::MakeDurable`.
+/// 5034). A message is marked for deletion only after a successful `RetrievalEvents::MakeDurable`.
 class Pop3Session : public MailSession {
  public:
   /// `startTls` begins the handshake on the connection; `TlsEstablished` is called when it is done.

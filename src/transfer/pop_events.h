@@ -25,30 +25,16 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
-/// What the transfer control `Pop` asks and tells the program while a session runs. Always called
-/// from the event loop of the user-interface thread, never from inside `Pop::Start`.
-class PopEvents {
+/// What a session that receives asks and tells of the messages in a mailbox.
+class RetrievalEvents {
  public:
-  virtual ~PopEvents() = default;
+  virtual ~RetrievalEvents() = default;
 
   /// A message has been downloaded to its end; `isTornOff` when it is not the one that the server
   /// announced by its size (`SizeFit`), or has a hole. `deleteOnServer` starts false. Returns
   /// whether it was stored; after false the session fetches nothing more.
   virtual bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
                               bool& deleteOnServer) = 0;
-  /// Every recipient was accepted and the message itself would be sent next. Asked once, right
-  /// before the DATA command. After false the session takes its leave and tells no error: whoever
-  /// answers has told why.
-  virtual bool BeginHandover() = 0;
-  /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
-  virtual void MessageSent(const QByteArray& data) = 0;
-  /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however
-  /// the session ends; only deleting the `Pop` in the middle tells nothing. `reply` is what the
-  /// server said, empty when it said nothing.
-  virtual void HandoverEnded(HandoverOutcome outcome, const QString& reply) = 0;
-  /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
-  /// them follows.
-  virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
   /// The messages that the mailbox has and the server gives an identifier of its own, all of which
   /// begin with `scope`; nothing when it gives none. After false, which comes with an error told,
   /// the session ends.
@@ -63,8 +49,6 @@ class PopEvents {
                         bool& deleteOnServer) = 0;
   /// A message that is torn off, and stored already, stays on the server.
   virtual void TornOffAgain() = 0;
-  /// A failure, as a sentence for the user.
-  virtual void Error(int code, const QString& text) = 0;
   /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so. One that
   /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
   virtual void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
@@ -77,17 +61,49 @@ class PopEvents {
   virtual void Doubted(const QString& /*messageId*/) {}
   /// That what a rule was about to delete stays on the server.
   virtual void StopTakenBack(StopDoubt /*why*/) {}
-  virtual void SessionStarted() = 0;
-  virtual void SessionEnded() = 0;
-  /// `done` of `total` bytes; `total` may be 0.
-  virtual void Progress(int code, qint64 total, qint64 done) = 0;
-  virtual void Log(int code, const QString& text) = 0;
 
   /// Whether any receive-stop rule could match, which costs a question to the server per message.
   virtual bool WantsHeaders() = 0;
   /// Makes all messages handed over so far durable. Asked before the server is told that the
   /// session is over, since that is when it deletes. After false nothing is deleted.
   virtual bool MakeDurable() = 0;
+};
+
+/// What a session that sends asks and tells of its message.
+class HandoverEvents {
+ public:
+  virtual ~HandoverEvents() = default;
+
+  /// Every recipient was accepted and the message itself would be sent next. Asked once, right
+  /// before the DATA command. After false the session takes its leave and tells no error: whoever
+  /// answers has told why.
+  virtual bool BeginHandover() = 0;
+  /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
+  virtual void MessageSent(const QByteArray& data) = 0;
+  /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however
+  /// the session ends; only deleting the `Pop` in the middle tells nothing. `reply` is what the
+  /// server said, empty when it said nothing.
+  virtual void HandoverEnded(HandoverOutcome outcome, const QString& reply) = 0;
+  /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
+  /// them follows.
+  virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
+};
+
+/// What the transfer control `Pop` asks and tells the program while a session runs. Always called
+/// from the event loop of the user-interface thread, never from inside `Pop::Start`.
+class PopEvents {
+ public:
+  virtual ~PopEvents() = default;
+
+  virtual RetrievalEvents& Retrieval() = 0;
+  virtual HandoverEvents& Handover() = 0;
+  /// A failure, as a sentence for the user.
+  virtual void Error(int code, const QString& text) = 0;
+  virtual void SessionStarted() = 0;
+  virtual void SessionEnded() = 0;
+  /// `done` of `total` bytes; `total` may be 0.
+  virtual void Progress(int code, qint64 total, qint64 done) = 0;
+  virtual void Log(int code, const QString& text) = 0;
 };
 
 /// Codes of `PopEvents::Error`.

@@ -8,11 +8,11 @@
 namespace vorn {
 namespace {
 
-// One reply, and all of them until the login is over.
-constexpr qsizetype kMaxReply = 64 * 1024;
-constexpr qsizetype kSliceBytes = 256 * 1024;
-constexpr qsizetype kEndMarkBytes = 5;
 constexpr int kClosing = 421;
+
+QString NotUnderstood() {
+  return Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認してください。");
+}
 
 }  // namespace
 
@@ -27,7 +27,7 @@ SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByt
 
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
-  EndHandover(EndMarkGiven() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
+  EndHandover(AwaitsDecision() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
   events_.Error(static_cast<int>(code), text);
   stage_ = Stage::Finished;
 }
@@ -35,18 +35,19 @@ void SmtpSession::Fail(PopError code, const QString& text) {
 // Without its end mark no server takes a message.
 void SmtpSession::Abandon() {
   if (Finished()) return;
-  EndHandover(EndMarkGiven() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
+  EndHandover(AwaitsDecision() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
   stage_ = Stage::Finished;
 }
 
 void SmtpSession::EndHandover(HandoverOutcome outcome) {
-  if (std::exchange(handingOver_, false)) events_.HandoverEnded(outcome, redaction_.Words(reply_));
+  if (std::exchange(handingOver_, false))
+    events_.Handover().HandoverEnded(outcome, redaction_.Words(reader_.Text()));
 }
 
 // Tells a refusal and says good-bye in order.
 void SmtpSession::LeaveAfter(PopError code, const QString& sentence) {
   EndHandover(HandoverOutcome::Refused);
-  events_.Error(static_cast<int>(code), redaction_.WithReply(sentence, reply_));
+  events_.Error(static_cast<int>(code), redaction_.WithReply(sentence, reader_.Text()));
   Leave();
 }
 
@@ -60,48 +61,28 @@ void SmtpSession::Send(const QByteArray& line) {
 }
 
 void SmtpSession::Receive(QByteArrayView bytes) {
-  buffer_.append(bytes);
+  reader_.Feed(bytes);
   if (stage_ < Stage::Envelope) received_ += bytes.size();
-  if (received_ > kMaxReply) {
-    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
-                                    "確認してください。"));
-    return;
-  }
+  if (received_ > SmtpReplyReader::kMaxReply) return Fail(PopError::Protocol, NotUnderstood());
   while (!Finished() && ReadReply()) {
   }
 }
 
-// Takes one line; a reply is complete with the line that has a blank after its code.
 bool SmtpSession::ReadReply() {
-  const qsizetype end = buffer_.indexOf('\n');
-  if (end < 0 || reply_.size() > kMaxReply) {
-    if (buffer_.size() + reply_.size() <= kMaxReply) return false;
-    Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を"
-                                    "確認してください。"));
-    return false;
+  switch (reader_.Next()) {
+    case SmtpReplyReader::Event::NeedMore:
+      return false;
+    case SmtpReplyReader::Event::TooLong:
+      Fail(PopError::Protocol, NotUnderstood());
+      return false;
+    case SmtpReplyReader::Event::Strange:
+      Fail(PopError::Protocol, redaction_.WithReply(NotUnderstood(), reader_.Text()));
+      return false;
+    case SmtpReplyReader::Event::Reply:
+      break;
   }
-  const QByteArray line = buffer_.first(end).trimmed();
-  buffer_.remove(0, end + 1);
-  bool isCode = false;
-  const int code = line.left(3).toInt(&isCode);
-  // All lines of a reply bear its code (RFC 5321 section 4.2.1).
-  if (!isCode || code < 200 || code > 599 ||
-      (line.size() > 3 && line[3] != ' ' && line[3] != '-') ||
-      (!reply_.isEmpty() && !reply_.startsWith(line.first(3)))) {
-    reply_ = line;
-    Fail(PopError::Protocol,
-         redaction_.WithReply(
-             Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認して"
-                    "ください。"),
-             line));
-    return false;
-  }
-  if (!reply_.isEmpty()) reply_ += '\n';
-  reply_ += line;
-  if (line.size() > 3 && line[3] == '-') return true;
-  ++replies_;
-  TakeReply(code);
-  reply_.clear();
+  TakeReply(reader_.Code());
+  reader_.Clear();
   return true;
 }
 
@@ -122,7 +103,7 @@ void SmtpSession::TakeReply(int code) {
         Send("HELO localhost");
         return;
       }
-      extensions_.Take(reply_);
+      extensions_.Take(reader_.Text());
       Greeted();
       return;
     case Stage::Helo:
@@ -136,7 +117,7 @@ void SmtpSession::TakeReply(int code) {
     case Stage::StartTls:
       if (code != 220) {
         LeaveAfter(PopError::Tls, Ui::tr("暗号化を始められません。"));
-      } else if (!buffer_.isEmpty()) {
+      } else if (reader_.HasUnread()) {
         Fail(PopError::Protocol, Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざん"
                                         "されているおそれがあります。"));
       } else {
@@ -208,7 +189,7 @@ void SmtpSession::BeginAuth() {
 void SmtpSession::GoOnWithAuth(int code) {
   if (code == 235) return BeginEnvelope();
   if (code == 334) {
-    if (const auto answer = auth_.Answer(reply_.mid(4), redaction_)) return Send(*answer);
+    if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
   }
   LeaveAfter(PopError::Login,
              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
@@ -216,8 +197,8 @@ void SmtpSession::GoOnWithAuth(int code) {
 
 void SmtpSession::BeginEnvelope() {
   if (job_.loginOnly) return Leave();
-  wire_ = WireMessage(job_.source);
-  const QString refusal = envelope_.Plan(job_.from, job_.recipients, wire_, extensions_);
+  body_.Take(WireMessage(job_.source));
+  const QString refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
   if (!refusal.isEmpty()) return Fail(PopError::Refused, refusal);
   stage_ = Stage::Envelope;
   send_(envelope_.NextCommands());
@@ -233,8 +214,8 @@ void SmtpSession::TakeEnvelopeReply(int code) {
                       Ui::tr("差出人のアドレス「%1」をサーバーに断られました。").arg(address));
   }
   if (code / 100 != 2) {
-    events_.RecipientRefused(address, redaction_.Words(reply_));
-    refusals_.append(redaction_.WithReply(address, reply_));
+    events_.Handover().RecipientRefused(address, redaction_.Words(reader_.Text()));
+    refusals_.append(redaction_.WithReply(address, reader_.Text()));
   }
   if (envelope_.AwaitsReply()) return;
   if (envelope_.HasCommands()) return send_(envelope_.NextCommands());
@@ -249,11 +230,11 @@ void SmtpSession::EnvelopeDone() {
     Leave();
     return;
   }
-  if (!buffer_.isEmpty()) {  // what no command asked for would be taken for a later answer
+  if (reader_.HasUnread()) {  // what no command asked for would be taken for a later answer
     Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
     return;
   }
-  if (!events_.BeginHandover()) {
+  if (!events_.Handover().BeginHandover()) {
     Leave();
     return;
   }
@@ -265,10 +246,12 @@ void SmtpSession::EnvelopeDone() {
 void SmtpSession::TakeDataReply(int code) {
   if (code != 354) {
     LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
-  } else if (!buffer_.isEmpty()) {  // no answer to a message that has not been sent
+  } else if (reader_.HasUnread()) {  // no answer to a message that has not been sent
     Fail(PopError::Protocol, Ui::tr("サーバーの応答を理解できません。"));
   } else {
-    SendBody();
+    stage_ = Stage::Body;
+    body_.Begin();
+    Drained();
   }
 }
 
@@ -276,38 +259,26 @@ void SmtpSession::TakeDataReply(int code) {
 // taken for text of the message.
 void SmtpSession::TakeDecision(int code) {
   const int kind = code / 100;
-  if (!EndMarkGiven()) {
+  if (!AwaitsDecision()) {
     Fail(PopError::Refused,
-         redaction_.WithReply(Ui::tr("メッセージの送信を断られました。"), reply_));
+         redaction_.WithReply(Ui::tr("メッセージの送信を断られました。"), reader_.Text()));
   } else if (kind == 2) {
     handingOver_ = false;
-    events_.MessageSent(job_.source);
+    events_.Handover().MessageSent(job_.source);
     Leave();
   } else if (kind == 4 || kind == 5) {
     LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
   } else {
     Fail(PopError::Protocol,
-         redaction_.WithReply(Ui::tr("サーバーの応答を理解できません。"), reply_));
+         redaction_.WithReply(Ui::tr("サーバーの応答を理解できません。"), reader_.Text()));
   }
 }
 
-void SmtpSession::SendBody() {
-  stage_ = Stage::Body;
-  wire_ += ".\r\n";
-  sent_ = 0;
-  Drained();
-}
-
-// A large message goes out in slices, so that the windows stay alive and the progress is true.
 void SmtpSession::Drained() {
-  if (stage_ != Stage::Body || sent_ == wire_.size()) return;
-  events_.Progress(0, wire_.size(), sent_);
-  // The end mark is never torn: either all of it was given out or none.
-  const qsizetype rest = wire_.size() - sent_;
-  const qsizetype slice = rest < kSliceBytes + kEndMarkBytes ? rest : kSliceBytes;
-  send_(wire_.sliced(sent_, slice));
-  sent_ += slice;
-  if (sent_ == wire_.size()) events_.Progress(0, sent_, sent_);
+  if (stage_ != Stage::Body || !body_.IsUnderWay()) return;
+  events_.Progress(0, body_.Size(), body_.Sent());
+  send_(body_.NextSlice());
+  if (body_.IsGone()) events_.Progress(0, body_.Size(), body_.Sent());
 }
 
 void SmtpSession::ConnectionLost() {
@@ -317,7 +288,7 @@ void SmtpSession::ConnectionLost() {
     return;
   }
   Fail(PopError::ConnectionLost,
-       EndMarkGiven()
+       AwaitsDecision()
            ? Ui::tr("送信の確認を受け取る前に接続が切れました。届いている可能性もあります。")
            : Ui::tr("サーバーが接続を切りました。メッセージは送信待ちのまま残ります。"));
 }

@@ -6,11 +6,13 @@
 #include <functional>
 
 #include "transfer/mail_session.h"
+#include "transfer/outgoing_body.h"
 #include "transfer/pop_events.h"
 #include "transfer/redaction.h"
 #include "transfer/sasl.h"
 #include "transfer/smtp_envelope.h"
 #include "transfer/smtp_extensions.h"
+#include "transfer/smtp_reply_reader.h"
 
 namespace vorn {
 
@@ -38,12 +40,12 @@ class SmtpSession : public MailSession {
   void Receive(QByteArrayView bytes) override;
   bool Work() override { return false; }
   void Drained() override;
-  bool AwaitsDecision() const override { return EndMarkGiven(); }
+  bool AwaitsDecision() const override { return stage_ == Stage::Body && body_.IsGone(); }
   void TlsEstablished() override;
   void ConnectionLost() override;
   bool Finished() const override { return stage_ == Stage::Finished; }
   void Abandon() override;
-  qsizetype Replies() const override { return replies_; }
+  qsizetype Replies() const override { return reader_.Count(); }
 
  private:
   enum class Stage {
@@ -71,8 +73,6 @@ class SmtpSession : public MailSession {
   void TakeDataReply(int code);
   void TakeDecision(int code);
   void EndHandover(HandoverOutcome outcome);
-  bool EndMarkGiven() const { return stage_ == Stage::Body && sent_ == wire_.size(); }
-  void SendBody();
   void Send(const QByteArray& line);
   void LeaveAfter(PopError code, const QString& sentence);
   void Leave();
@@ -84,17 +84,14 @@ class SmtpSession : public MailSession {
   std::function<void(QByteArray)> send_;
   std::function<void()> startTls_;
   Stage stage_ = Stage::Greeting;
-  QByteArray buffer_;
-  QByteArray reply_;        // the reply's lines, joined
-  qsizetype replies_ = 0;   // whole replies so far
+  SmtpReplyReader reader_;
   qsizetype received_ = 0;  // bytes before the login is over
   SmtpExtensions extensions_;
   bool encrypted_ = false;
   SaslExchange auth_;
   SmtpEnvelope envelope_;
   QStringList refusals_;  // "address: reply" of recipients
-  QByteArray wire_;
-  qsizetype sent_ = 0;        // bytes of it given out
+  OutgoingBody body_;
   bool handingOver_ = false;  // begun, and its outcome not told yet
 };
 

@@ -150,9 +150,7 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(LogIn(context, {}, {}));
   // Without any room the engine cannot even open a file; the user makes some, later.
   const QString ballast = disk.Path() + QStringLiteral("ballast");
-  QFile file(ballast);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QByteArray(300000, 'x')) == 300000);
-  file.close();
+  test::WriteFile(ballast, QByteArray(300000, 'x'));
   MailStore store(context);
   QMap<QString, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
@@ -325,31 +323,6 @@ TEST_F(PasswordChangeTest, ALoginWaitsForAChangeAndAChangeNamesTheOther) {
   EXPECT_FALSE(context.Lock->TakeAlone());
   second.Release();
   EXPECT_TRUE(context.Lock->TakeAlone());
-}
-
-TEST_F(PasswordChangeTest, ADamagedFileIsNamedAndNeverOverwritten) {
-  Context& context = profile_.Get();
-  context.Data.CloseAll();
-  const QByteArray sound = ReadFile(files_[1]);
-  QByteArray damaged = sound;
-  for (int i = 0; i < 64; ++i) damaged[damaged.size() / 2 + i] = static_cast<char>(i);
-  QFile file(files_[1]);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(damaged);
-  file.close();
-  EXPECT_FALSE(
-      context.Data.CheckFile(files_[1], QStringLiteral("old"), FileContents::Messages).IsSound());
-  context.Data.CloseAll();
-  // Damage at its start makes a file that no password opens; opening names it and makes no new one.
-  damaged.replace(0, 64, QByteArray(64, 'x'));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(damaged);
-  file.close();
-  EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail)
-                  .Error()
-                  .text.contains(QFileInfo(files_[1]).fileName()));
-  EXPECT_EQ(ReadFile(files_[1]), damaged);
-  EXPECT_EQ(ReadFile(files_[1]).size(), damaged.size());
 }
 
 }  // namespace

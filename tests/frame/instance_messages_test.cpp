@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalServer>
-#include <QLocalSocket>
 #include <atomic>
 #include <thread>
 

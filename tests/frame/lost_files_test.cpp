@@ -1,13 +1,9 @@
 // Files of the data folder that vanish are missed, found again or made anew on the user's word.
 
-#include <QDir>
-
+#include "objects/lost_files.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "frame/user_store.h"
 #include "mail/mail_store.h"
-#include "objects/lost_files.h"
-#include "objects/profile.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
 
@@ -110,10 +106,7 @@ TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));
   const QByteArray log = ReadFile(foreign + QStringLiteral("-wal"));
   ASSERT_GT(log.size(), 4096);
-  QFile file(mail_ + QStringLiteral("-wal"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(log);
-  file.close();
+  test::WriteFile(mail_ + QStringLiteral("-wal"), log);
   ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
   EXPECT_TRUE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).unreadable.isEmpty());
@@ -149,57 +142,17 @@ TEST_F(LostFilesTest, WithEverythingLostTheDocumentedNewFilesTakeTheTypedPasswor
   EXPECT_TRUE(Start(QStringLiteral("new"))) << error_.toStdString();
 }
 
-TEST_F(LostFilesTest, TheListOfProfilesComesBackFromTheFolders) {
-  Move(profile_.Folder() + QStringLiteral("navi.mbx"), profile_.Folder() + QStringLiteral("away"));
-  EXPECT_FALSE(Start(QStringLiteral("wrong")));
-  ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
-  EXPECT_EQ(next_->Session->Text(u"Object"), QStringLiteral("Administrator"));
-  EXPECT_EQ(Messages(), 3);
-  EXPECT_TRUE(Start(kPassword, {}, QStringLiteral("Administrator"))) << error_.toStdString();
-  EXPECT_TRUE(next_->Notices.isEmpty());
-}
-
 TEST_F(LostFilesTest, TheListComesBackWhereverItIsDamaged) {
   const QString path = profile_.Folder() + QStringLiteral("navi.mbx");
   for (const qsizetype page : {0, 1, 2}) {
     QByteArray bytes = ReadFile(path);
     ASSERT_GT(bytes.size(), page * 4096 + 700);
     bytes[page * 4096 + 700] = static_cast<char>(bytes[page * 4096 + 700] ^ 1);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
+    test::WriteFile(path, bytes);
     ASSERT_TRUE(Start(kPassword)) << page << error_.toStdString();
     EXPECT_EQ(Messages(), 3);
     next_.reset();
   }
-}
-
-TEST_F(LostFilesTest, WithoutTheInstallationKeyTheRightPasswordOpensAllTheSame) {
-  const QByteArray before = ReadFile(profile_.Folder() + QStringLiteral("navi.mbx"));
-  UserStore()->clear();
-  EXPECT_FALSE(Start(QStringLiteral("wrong")));
-  EXPECT_FALSE(next_->Notices.isEmpty());
-  ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
-  EXPECT_EQ(Messages(), 3);
-  EXPECT_EQ(next_->Session->Text(u"Object"), QStringLiteral("Administrator"));
-  // What could not be read is kept.
-  bool kept = false;
-  for (const QFileInfo& file : QDir(profile_.Folder()).entryInfoList(QDir::Files)) {
-    kept = kept || (file.fileName() != u"navi.mbx" && ReadFile(file.filePath()) == before);
-  }
-  EXPECT_TRUE(kept);
-}
-
-TEST_F(LostFilesTest, ADamagedFirstPageIsNoWrongPassword) {
-  QFile file(database_);
-  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-  file.seek(100);
-  file.write(QByteArray(200, 'x'));
-  file.close();
-  EXPECT_FALSE(Start(kPassword));
-  EXPECT_TRUE(Says(QStringLiteral("壊れています"))) << error_.toStdString();
-  EXPECT_FALSE(Says(QStringLiteral("プロファイル情報を確認してください"))) << error_.toStdString();
 }
 
 }  // namespace

@@ -246,10 +246,7 @@ TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
   };
   for (const Case& damage : {Case{own_, spoilt(own)}, Case{own_, own.left(5000)},
                              Case{mail_, spoilt(mail)}, Case{mail_, mail.left(1000)}}) {
-    QFile file(damage.path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(damage.bytes);
-    file.close();
+    test::WriteFile(damage.path, damage.bytes);
     if (LogInAgain()) error_ = OpenDatabase(*next_, DatabaseKind::Mail).Error().text;
     EXPECT_TRUE(error_.contains(QFileInfo(damage.path).fileName())) << error_.toStdString();
     EXPECT_TRUE(error_.contains(QStringLiteral("壊れて"))) << error_.toStdString();
@@ -257,9 +254,7 @@ TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
         << error_.toStdString();
     EXPECT_EQ(ReadFile(damage.path), damage.bytes);
     next_->Data.CloseAll();
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(damage.path == own_ ? own : mail);
-    file.close();
+    test::WriteFile(damage.path, damage.path == own_ ? own : mail);
   }
   EXPECT_FALSE(LogInAgain(QStringLiteral("wrong")));
   EXPECT_TRUE(error_.contains(QStringLiteral("プロファイル情報を確認してください")))

@@ -25,11 +25,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void Overwrite(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
+using test::WriteFile;
 
 void CopyFolder(const QString& from, const QString& to) {
   QDirIterator files(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -114,9 +110,9 @@ TEST_F(RecoveryCodeLogin, WithoutTheFileTheTypedCodeOpensTheProfileAndIsRemember
   QString mistyped = code_;
   mistyped[0] = mistyped[0] == u'7' ? u'8' : u'7';
   const QList<std::function<void()>> spoil = {
-      [&] {}, [&] { Overwrite(codeFile_, {}); },
-      [&] { Overwrite(codeFile_, mistyped.toLatin1() + '\n'); },
-      [&] { Overwrite(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
+      [&] {}, [&] { WriteFile(codeFile_, {}); },
+      [&] { WriteFile(codeFile_, mistyped.toLatin1() + '\n'); },
+      [&] { WriteFile(codeFile_, RecoveryCode::Make().toLatin1() + '\n'); },
       // What one that may not be read gives, for root as well.
       [&] { QDir().mkpath(codeFile_); }};
   for (const auto& spoilt : spoil) {
@@ -165,32 +161,6 @@ class DesktopSecretLogin : public testing::Test {
   std::unique_ptr<Context> context_;
 };
 
-TEST_F(DesktopSecretLogin, TheCodeIsNowhereOnTheDiskWhateverTheDesktopDoes) {
-  ASSERT_EQ(LogInWith({}), QString());
-  const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
-  EXPECT_EQ(secrets_->kept.values(), QStringList{code});
-  EXPECT_EQ(LogInWith({}), QString());
-  for (const bool isAway : {false, true}) {
-    const std::shared_ptr<SecretStore> store = isAway ? nullptr : secrets_;
-    secrets_->refuses = true;
-    const QString refusal = LogInWith({}, folder_.path(), store);
-    EXPECT_TRUE(refusal.contains(u"キーリング")) << refusal.toStdString();
-    EXPECT_EQ(LogInWith(code, folder_.path(), store), QString());
-    EXPECT_TRUE(File().NamesSecret());
-    EXPECT_FALSE(IsOnDisk(folder_.path(), code));
-  }
-  secrets_->refuses = false;
-  EXPECT_EQ(LogInWith({}), QString());
-  // On another computer it is typed once.
-  QTemporaryDir elsewhere;
-  CopyFolder(folder_.path(), elsewhere.path() + u'/');
-  const auto others = std::make_shared<test::FakeSecrets>();
-  EXPECT_TRUE(LogInWith({}, elsewhere.path(), others).contains(u"回復コード"));
-  EXPECT_EQ(LogInWith(code, elsewhere.path(), others), QString());
-  EXPECT_EQ(LogInWith({}, elsewhere.path(), others), QString());
-  EXPECT_FALSE(IsOnDisk(elsewhere.path(), code));
-}
-
 TEST_F(DesktopSecretLogin, APasswordTakesTheSecretsPlace) {
   ASSERT_EQ(LogInWith({}), QString());
   QTemporaryDir copy;
@@ -235,7 +205,7 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   EXPECT_EQ(FormerPasswords(context), (QStringList{QString(), FileKey::FromCode(code_)}));
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   // A program that died before it forgot the code.
-  Overwrite(codeFile_, code_.toLatin1() + '\n');
+  WriteFile(codeFile_, code_.toLatin1() + '\n');
   EXPECT_TRUE(LogInWith({}).contains(u"確認してください"));
   EXPECT_EQ(LogInWith(QStringLiteral("secret")), QString());
   EXPECT_FALSE(QFile::exists(codeFile_));
@@ -270,7 +240,7 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
       ASSERT_TRUE(QFile::remove(file));
       choice.reconnect.append(copyOf(file));
     }
-    if (all) Overwrite(copyOf(codeFile_), code_.toLatin1());
+    if (all) WriteFile(copyOf(codeFile_), code_.toLatin1());
     Context next;
     ASSERT_TRUE(test::Enter(next, profile_.Folder(), typed, choice));
     next.Data.CloseAll();
@@ -302,7 +272,7 @@ TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePa
     context.Lock.reset();
     for (int i : {0, 1}) {
       const QString& file = files_[i];
-      Overwrite(file, older[i]);
+      WriteFile(file, older[i]);
       EXPECT_FALSE(logsIn(typed, {}));
       EXPECT_TRUE(error_.contains(u"古い複製")) << qPrintable(error_);
       // A password that was given up does not come back by way of a copy.
@@ -342,13 +312,13 @@ TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   context.Data.CloseAll();
   for (const QString& file : files_) {
     QFile::remove(file + QStringLiteral("-wal"));
-    Overwrite(file, away[file]);
+    WriteFile(file, away[file]);
   }
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(QFile::exists(codeFile_));
 }
 
-TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
+TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeOrPasswordOfThen) {
   Context& context = profile_.Get();
   context.Data.CloseAll();
   const QString kept = QFileInfo(files_[0]).path() + QStringLiteral("/kept.mbx");
@@ -357,6 +327,14 @@ TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeThatTheProfileHadThen) {
   EXPECT_FALSE(AdoptMailFile(context, kept, RecoveryCode::Make()));
   EXPECT_TRUE(AdoptMailFile(context, kept, code_.toLower()));
   EXPECT_TRUE(Opens(kept, QStringLiteral("x")));
+  // Or under the password of then, which only its user knows.
+  const QString typed = QFileInfo(kept).path() + QStringLiteral("/typed.mbx");
+  ASSERT_TRUE(QFile::copy(kept, typed));
+  ASSERT_TRUE(
+      ChangeProfilePassword(context, *context.Session, QStringLiteral("x"), QStringLiteral("y")));
+  EXPECT_FALSE(AdoptMailFile(context, typed, QStringLiteral("wrong")));
+  EXPECT_TRUE(AdoptMailFile(context, typed, QStringLiteral("x")));
+  EXPECT_TRUE(Opens(typed, QStringLiteral("y")));
 }
 
 TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
@@ -378,7 +356,7 @@ TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
   EXPECT_TRUE(underCode_ && QFile::exists(codeFile_) && !QFile::exists(tried));
   EXPECT_FALSE(Opens(files_[1], {}));
   // A copy from before is read all the same, and gets the code.
-  Overwrite(files_[1], older);
+  WriteFile(files_[1], older);
   EXPECT_EQ(LogInWith({}), QString());
   EXPECT_TRUE(underCode_);
 }

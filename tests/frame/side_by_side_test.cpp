@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QDir>
-#include <QProcess>
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"

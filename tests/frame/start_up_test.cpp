@@ -9,7 +9,6 @@
 #include "frame/single_instance.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
-#include "storage/databases.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -17,12 +16,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
+using test::WriteFile;
 
 TEST(StartUp, ProcessWideValuesAreSet) {
   QTemporaryDir folder;

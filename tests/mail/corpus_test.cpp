@@ -1,4 +1,5 @@
-// The corpus of messages, which tests/corpus/generate.py writes, against what is expected of each.
+// The corpus of messages, which tests/corpus/generate.py writes, and the samples, against what is
+// expected of each.
 
 #include <gtest/gtest.h>
 
@@ -20,16 +21,16 @@
 namespace vorn {
 namespace {
 
-QDir Corpus() {
-  return QDir(QStringLiteral(VORN_CORPUS));
-}
-
-// The names of all messages, by the class that they belong to.
+// The paths of all messages, by the class that they belong to.
 std::map<std::string, QStringList> Classes() {
   std::map<std::string, QStringList> classes;
-  for (const QString& name : Corpus().entryList({QStringLiteral("*.eml")}, QDir::Files)) {
-    classes[name.section(u'.', 0, 0).toStdString()].append(name);
+  const auto messages = [](const char* folder) {
+    return QDir(QString::fromUtf8(folder)).entryInfoList({QStringLiteral("*.eml")}, QDir::Files);
+  };
+  for (const QFileInfo& file : messages(VORN_CORPUS)) {
+    classes[file.fileName().section(u'.', 0, 0).toStdString()].append(file.filePath());
   }
+  for (const QFileInfo& file : messages(VORN_SAMPLES)) classes["samples"].append(file.filePath());
   return classes;
 }
 
@@ -110,12 +111,11 @@ class CorpusTest : public testing::TestWithParam<std::string> {
     }
   }
 
-  void ExpectReading(const QString& name) {
-    SCOPED_TRACE(name.toStdString());
-    const QByteArray source = test::ReadFile(Corpus().filePath(name));
-    wanted_ = QJsonDocument::fromJson(
-                  test::ReadFile(Corpus().filePath(name.chopped(3) + QStringLiteral("json"))))
-                  .object();
+  void ExpectReading(const QString& path) {
+    SCOPED_TRACE(path.toStdString());
+    const QByteArray source = test::ReadFile(path);
+    wanted_ =
+        QJsonDocument::fromJson(test::ReadFile(path.chopped(3) + QStringLiteral("json"))).object();
     ASSERT_FALSE(wanted_.isEmpty());
     const QStringList textTypes = DefaultTextTypes();
     const MessageIndex index =
@@ -136,8 +136,8 @@ class CorpusTest : public testing::TestWithParam<std::string> {
 };
 
 TEST_P(CorpusTest, IsReadAsItIsMeant) {
-  const QStringList names = Classes()[GetParam()];
-  for (const QString& name : names) ExpectReading(name);
+  const QStringList paths = Classes()[GetParam()];
+  for (const QString& path : paths) ExpectReading(path);
 }
 
 // What stands before the first part for readers without MIME (RFC 2046 section 5.1.1).
@@ -168,15 +168,10 @@ QByteArrayList LinesInNoPart(const QByteArray& source) {
 }
 
 TEST(Corpus, EveryLineOfABodyIsInAPart) {
-  for (const auto& [kind, names] : Classes()) {
-    for (const QString& name : names) {
-      const QByteArray source = test::ReadFile(Corpus().filePath(name));
-      EXPECT_EQ(LinesInNoPart(source), QByteArrayList()) << name.toStdString();
+  for (const auto& [kind, paths] : Classes()) {
+    for (const QString& path : paths) {
+      EXPECT_EQ(LinesInNoPart(test::ReadFile(path)), QByteArrayList()) << path.toStdString();
     }
-  }
-  const auto samples = test::Samples();
-  for (auto sample = samples.begin(); sample != samples.end(); ++sample) {
-    EXPECT_EQ(LinesInNoPart(sample.value()), QByteArrayList()) << sample.key().toStdString();
   }
 }
 

@@ -7,7 +7,6 @@
 
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
-#include "mail/archive/import_messages.h"
 #include "mail/folder_listing.h"
 #include "mail/mail_store.h"
 #include "mail/stored_copy.h"
@@ -23,12 +22,7 @@ namespace {
 
 using test::ReadFile;
 using test::TestProfile;
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
+using test::WriteFile;
 
 QByteArray Source(int number, qsizetype size) {
   const QByteArray line = "line " + QByteArray::number(number) + " of a message\r\n";

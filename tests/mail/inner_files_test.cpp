@@ -8,8 +8,6 @@
 #include <map>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/attachments.h"
-#include "mail/codec/message_index.h"
 #include "mail/codec/rtf_text.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/codec/tnef.h"

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "mail/attachment_files.h"
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QStringList>
-
 namespace vorn {
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include "mail/archive/mail_archive.h"
 #include "mail/archive/mbox.h"
+#include "support/test_profile.h"
 
 namespace vorn {
 namespace {
@@ -115,10 +116,7 @@ TEST(MailArchiveTest, WhatStandsBeforeTheFirstSeparatorIsNoMessage) {
       "From b@x Mon Jan  1 00:00:00 2024\nSubject: 2\n\ntwo\n";
   for (const QByteArray& before :
        {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("\n\r\n")}) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(before + two);
-    file.close();
+    test::WriteFile(path, before + two);
     QList<QByteArray> messages;
     EXPECT_TRUE(ReadArchive(path, [&messages](const QByteArray& source) {
       messages.append(source);
@@ -134,9 +132,7 @@ TEST(MailArchiveTest, AFolderIsReadWithAllThatLiesInIt) {
   const auto write = [&folder](const char* name, const QByteArray& bytes) {
     const QString path = folder.filePath(QString::fromLatin1(name));
     QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write(bytes);
+    test::WriteFile(path, bytes);
   };
   write("1.eml", "Subject: 1\n\nx\n");
   write("notes.txt", "Subject: no\n\nx\n");
@@ -161,9 +157,7 @@ TEST(MailArchiveTest, AFolderIsReadWithAllThatLiesInIt) {
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
   const QTemporaryDir folder;
   const auto write = [&folder](const QString& name, const QByteArray& bytes) {
-    QFile file(folder.filePath(name));
-    file.open(QIODevice::WriteOnly);
-    file.write(bytes);
+    test::WriteFile(folder.filePath(name), bytes);
   };
   write(QStringLiteral("1.eml"), "Subject: 1\n\nx\n");
   write(QStringLiteral("2.eml"), QByteArray("\x8f\0\x03 SQL", 7));

@@ -8,10 +8,8 @@
 
 #include "mail/attachment_files.h"
 #include "mail/codec/content_index.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/codec/message_date.h"
-#include "mail/codec/message_index.h"
 #include "mail/date_line.h"
 #include "mail/file_kind.h"
 #include "mail/print_page.h"

@@ -292,7 +292,7 @@ TEST_F(OpenModes, ADraftKeepsTheCodeThatWasChosen) {
 
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   TestProfile profile;
-  Settings(profile.Get())->Let(QStringLiteral("ReplyLine"), QString());
+  Settings(profile.Get()).Bag()->Let(QStringLiteral("ReplyLine"), QString());
   const QString serialId =
       profile.Store("From: f@x\r\nDisposition-Notification-To: f@x\r\nSubject: s\r\n\r\nbody\r\n");
   Disk show(serialId);

@@ -8,9 +8,7 @@
 
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/charset_recognition.h"
-#include "mail/codec/flowed_text.h"
 #include "mail/codec/header_decoding.h"
-#include "mail/codec/header_parameters.h"
 #include "mail/codec/html_text.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
@@ -55,14 +53,6 @@ TEST(HtmlText, BecomesReadableLines) {
   EXPECT_EQ(HtmlToText(QStringLiteral("<pre>a\n  b</pre>1 < 2 <a href=\">\">x</a>")),
             QStringLiteral("a\r\n  b\r\n\r\n1 < 2 x\r\n"));
   EXPECT_EQ(HtmlToText(QStringLiteral("<div><!-- x > --><b")), QString());
-}
-
-TEST(HtmlText, StandsInForATextThatIsMissingOrBlank) {
-  EXPECT_EQ(TextOf("Content-Type: text/html; charset=utf-8\r\n\r\n<p>本文</p>"),
-            QStringLiteral("本文\r\n"));
-  EXPECT_EQ(TextOf("Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\n \r\n--b\r\n"
-                   "Content-Type: text/html\r\n\r\n<b>x</b>\r\n--b--\r\n"),
-            QStringLiteral("x\r\n"));
 }
 
 QByteArray Multipart(const char* kind, const QByteArrayList& parts) {
@@ -214,16 +204,6 @@ TEST(InnerMessages, ADigestShowsTheTextsOfItsMessages) {
   EXPECT_EQ(TextOf(nested), QString());
 }
 
-TEST(Charsets, ForeignSetsOfIso2022JpAreRead) {
-  EXPECT_EQ(
-      TextOf("Content-Type: text/plain; charset=iso-2022-jp-2\r\n\r\n\x1B$A0!\x1B$B$\"\x1B(B"),
-      QStringLiteral("啊あ"));
-  EXPECT_EQ(TextOf("Content-Type: text/plain; charset=utf-7\r\n\r\n+MEI-x"), QStringLiteral("あx"));
-  EXPECT_EQ(TextOf(QByteArray("Content-Type: text/plain; charset=utf-16\r\n\r\n") +
-                   QByteArray("\xFE\xFF\x30\x42", 4)),
-            QStringLiteral("あ"));
-}
-
 TEST(FlowedText, ParagraphsAreJoinedAndQuotesKept) {
   const auto flowed = [](const QByteArray& body, const QByteArray& more = {}) {
     return TextOf("Content-Type: text/plain; format=flowed" + more + "\r\n\r\n" + body);
@@ -265,11 +245,6 @@ TEST(TransferEncodings, WhatIsWrappedComesBack) {
   // Servers take blanks off the ends of lines.
   EXPECT_EQ(MimeCodec::EncodeTransfer("-- \r\na\t\r\n", QuotedPrintable),
             QByteArray("--=20\r\na=09\r\n"));
-}
-
-TEST(HeaderParameters, ANameInTheExtendedFormAloneIsRead) {
-  const MimeCodec::HeaderParameters one("attachment; filename*=UTF-8''%E8%B3%87%E6%96%99.txt");
-  EXPECT_EQ(one.Text("filename"), QStringLiteral("資料.txt"));
 }
 
 TEST(HeaderEncoding, EachWordOfALongTextIsWholeInItself) {

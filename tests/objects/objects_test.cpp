@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 
-#include "frame/profile_login.h"
 #include "mail/message_filing.h"
 #include "objects/account.h"
 #include "objects/object_loader.h"
@@ -58,7 +57,7 @@ TEST(StandardObjects, ANewProfileHasThemAllUnderTheirFixedIdentifiers) {
     EXPECT_TRUE(folder->Flag(u"SqlUse") && folder->Flag(u"System"));
   }
   EXPECT_NE(context.Objects.Find(fixed_serial::kEventLog), nullptr);
-  EXPECT_EQ(Settings(context)->Text(u"Install"), context.VersionText);
+  EXPECT_EQ(Settings(context).Bag()->Text(u"Install"), context.VersionText);
 }
 
 TEST(StandardObjects, ChangesAndChoicesSurviveTheNextLogin) {
@@ -80,7 +79,7 @@ TEST(StandardObjects, ChangesAndChoicesSurviveTheNextLogin) {
 TEST(StandardObjects, AProfileOfAnOldVersionGetsTheEventLogButNoBookmarks) {
   TestProfile profile;
   Context& context = profile.Get();
-  const DiskPtr settings = Settings(context);
+  const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("Install"), QStringLiteral("0.0.7999"));
   context.Objects.Remove(fixed_serial::kEventLog);
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *settings));
@@ -365,7 +364,7 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
   EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(count(subjects), 4);
 }
 
@@ -402,7 +401,7 @@ TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
 }
 
 TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);  // the condition alone
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);  // the condition alone
   EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")}),
                        Line(Kind::Subject, {QStringLiteral("x")}, true)}),
             QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*x*'"));
@@ -438,7 +437,7 @@ TEST_F(SearchConditionTest, LinesReadBackAndOddOnesAreSkipped) {
   ASSERT_TRUE(line);
   EXPECT_TRUE(line->joinedByAnd && line->negated);
   EXPECT_FALSE(ParseConditionLine(QStringLiteral("unknown")));
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(Statement({QStringLiteral("unknown"),
                        Line(Kind::Status, {QStringLiteral("1); DROP TABLE mail")}),
                        Line(Kind::Subject, {QStringLiteral("x")})}),

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QStringDecoder>
 
 #include "mail/codec/code_page_932.h"
 #include "mail/mail_store.h"
@@ -28,7 +27,7 @@ using test::TestProfile;
 class MessageListPageTest : public testing::Test {
  protected:
   MessageListPageTest() {
-    Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), false);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("PageEscape"), false);
     EXPECT_TRUE(ShareLayout(profile_.Get(), QString(), OwnLayouts::Kept));
   }
 
@@ -56,8 +55,8 @@ class MessageListPageTest : public testing::Test {
                           status);
   }
   void SetRows(qint32 rows) {
-    Settings(profile_.Get())->Let(QStringLiteral("MessagesEdit"), rows > 0);
-    Settings(profile_.Get())->Let(QStringLiteral("Messages"), rows);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessagesEdit"), rows > 0);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Messages"), rows);
   }
 
   TestProfile profile_;
@@ -209,7 +208,7 @@ TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
   EXPECT_EQ(next(serials[0]), serials[2]) << "the opened one is passed over";
   EXPECT_EQ(next(serials[3]), serials[0]) << "from the begin again";
   EXPECT_EQ(before(serials[3]), 3);
-  Settings(profile_.Get())->Let(QStringLiteral("NewestFirst"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("NewestFirst"), true);
   EXPECT_EQ(next(serials[2]), serials[0]);
   EXPECT_EQ(next({}), serials[3]);
   EXPECT_EQ(before(serials[3]), 0);
@@ -269,7 +268,7 @@ TEST_F(MessageListPageTest, TagsAreFilled) {
 }
 
 TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
-  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("PageEscape"), true);
   Store("<script>alert(1)</script> <+FOLDER><NAME>");
   const QByteArray page = Page();
   EXPECT_TRUE(page.contains("&lt;script&gt;alert(1)&lt;/script&gt; &lt;+FOLDER&gt;"));
@@ -277,7 +276,7 @@ TEST_F(MessageListPageTest, WhatMailContributesIsEscapedWhenTheSettingSaysSo) {
 }
 
 TEST_F(MessageListPageTest, SendersAndTextsAreEscapedAndKeepTheirDirectionToThemselves) {
-  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("PageEscape"), true);
   profile_.Store(
       "From: \"<b>Sato\" <s@x>\r\nSubject: "
       "=?utf-8?B?4oCuZ3BqLmV4ZSDXqdec15XXnQ==?=\r\n\r\n<i>text\r\n",
@@ -289,7 +288,7 @@ TEST_F(MessageListPageTest, SendersAndTextsAreEscapedAndKeepTheirDirectionToThem
 }
 
 TEST_F(MessageListPageTest, NoNameHidesTheAddressThatAMessageCameFrom) {
-  Settings(profile_.Get())->Let(QStringLiteral("PageEscape"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("PageEscape"), true);
   const auto shown = [this](const char16_t* name, const char* subject = "s") {
     folder_ = fixed_serial::kInbox;
     const QString id =

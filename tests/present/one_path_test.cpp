@@ -6,7 +6,6 @@
 
 #include <QRandomGenerator>
 
-#include "mail/codec/charset_recognition.h"
 #include "mail/codec/code_page_932.h"
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"
@@ -192,8 +191,8 @@ class OnePathTest : public testing::Test {
                 QStringLiteral("<+MAIL>\n<+DIALOG>x<+DIALOG>|<+SUBJECT>|<+TEXT>"));
     TheContext().Objects.Remove(fixed_serial::kLayout);
     TheContext().Objects.Add(layout);
-    Settings(TheContext())->Let(QStringLiteral("MessagesEdit"), false);
-    Settings(TheContext())->Let(QStringLiteral("PageEscape"), false);
+    Settings(TheContext()).Bag()->Let(QStringLiteral("MessagesEdit"), false);
+    Settings(TheContext()).Bag()->Let(QStringLiteral("PageEscape"), false);
     bool before = false;
     bool next = false;
     const QString path = MessageListPages(TheContext())
@@ -206,11 +205,11 @@ class OnePathTest : public testing::Test {
 };
 
 TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
-  const DiskPtr settings = Settings(TheContext());
+  const DiskPtr settings = Settings(TheContext()).Bag();
   settings->Let(QStringLiteral("EditMode"), true);
   settings->Let(QStringLiteral("MemoIndent"), QStringLiteral("> "));
   settings->Let(QStringLiteral("ReplyLine"), QString());
-  const QStringList types = EditSettings::From(*settings).textTypes;
+  const QStringList types = Settings(TheContext()).TextTypes();
   Generator generator;
   int failures = 0;
   int numbered = 0;

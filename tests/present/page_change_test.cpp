@@ -53,7 +53,7 @@ class FakePage {
     if (call.startsWith(u"current(")) return current_;
     if (call.startsWith(u"take(")) return Take();
     if (call.startsWith(u"step(1,")) return Step();
-    if (call.startsWith(u"leaveFolder(")) return LeaveFolder(call);
+    if (call.startsWith(u"remove(")) return Remove(call);
     if (call.startsWith(u"goToMessage(")) return GoTo(call.section(u'\'', 1, 1));
     if (call.startsWith(u"replace(")) return Replace(call);
     return true;
@@ -97,10 +97,10 @@ class FakePage {
     current_ = There().value(qMin(from, There().size() - 1));
     return taken;
   }
-  QVariant LeaveFolder(const QString& call) {
+  QVariant Remove(const QString& call) {
     const QStringList before = There();
     const qsizetype from = before.indexOf(current_);
-    const auto left = QJsonDocument::fromJson(call.mid(12).chopped(1).toUtf8()).array();
+    const auto left = QJsonDocument::fromJson(call.mid(7).chopped(1).toUtf8()).array();
     for (const auto& row : left) {
       if (rows_.contains(row.toString())) gone_.append(row.toString());
     }
@@ -145,7 +145,7 @@ class Desk {
         for (const QString& message : messages) {
           if (folder_.removeOne(message)) deleted_.append(message);
         }
-        rows_.LeaveFolder(messages);
+        rows_.Remove(messages);
         Refresh();
       });
     });
@@ -223,7 +223,7 @@ class Desk {
     }
   }
   void LoadPage() {
-    change_.Load();
+    change_.BeginLoading();
     isLoading_ = true;
     loaded_ = PageOf(folder_);
     loadedAt_ = place_.ForLoading();
@@ -231,7 +231,7 @@ class Desk {
   void EndLoading() {
     page_.Load(loaded_, loadedAt_);
     isLoading_ = false;
-    change_.Attach();
+    change_.EndLoading();
   }
 
   QRandomGenerator random_;

@@ -42,9 +42,9 @@ TEST(PageQueueTest, WhatWaitsIsAskedOfTheNextVersionOrOfNone) {
   const auto note = [&answers](const QVariant& answer) { answers.append(answer.toString()); };
   queue.Run(QStringLiteral("1"), note);
   EXPECT_EQ(answers, QStringList(QString())) << "there is no page";
-  queue.Load();
+  queue.BeginLoading();
   queue.Run(QStringLiteral("2"), note);
-  queue.Loaded();
+  queue.EndLoading();
   queue.RunFirst(QStringLiteral("3"), note);
   EXPECT_EQ(page.Heard(), QList<int>({3}));
   queue.Resume();
@@ -79,7 +79,7 @@ TEST(PageQueueTest, WhatWaitsIsAskedOfTheNextVersionOrOfNone) {
 TEST(PageQueueTest, OneThatIsAskedAloneEndsBeforeTheNextBegins) {
   SlowPage page;
   PageQueue queue(page.Asker());
-  queue.Loaded();
+  queue.EndLoading();
   queue.Resume();
   int done = 0;
   queue.RunAlone(QStringLiteral("1"), [&](const QVariant&) {
@@ -105,8 +105,8 @@ TEST(PageQueueTest, OneThatIsAskedAloneEndsBeforeTheNextBegins) {
   queue.RunAlone(QStringLiteral("4"), [&](const QVariant&) { ++done; });
   queue.Run(QStringLiteral("5"));
   page.Lose();
-  queue.Load();
-  queue.Loaded();
+  queue.BeginLoading();
+  queue.EndLoading();
   queue.Resume();
   EXPECT_EQ(page.Heard().last(), 4);
   queue.Run(QStringLiteral("5"));
@@ -157,8 +157,8 @@ class RandomPage {
         open_.clear();
         under_.clear();
         isComing_ = true;
-        queue_.Load();
-        queue_.Loaded();
+        queue_.BeginLoading();
+        queue_.EndLoading();
         if (random_.bounded(2) == 0) Resume();
         break;
       default:
@@ -171,7 +171,7 @@ class RandomPage {
   void End() {
     open_.clear();
     under_.clear();
-    queue_.Loaded();
+    queue_.EndLoading();
     Resume();
     Ask();
     for (int i = 0; i < 1000 && last_ != asked_; ++i) {

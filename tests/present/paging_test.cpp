@@ -24,8 +24,8 @@ const QString kInboxSelect = QStringLiteral("SELECT SERIALID AS V FROM mail WHER
 class PagingTest : public testing::Test {
  protected:
   PagingTest() {
-    Settings(profile_.Get())->Let(QStringLiteral("MessagesEdit"), true);
-    Settings(profile_.Get())->Let(QStringLiteral("Messages"), kRowsPerPage);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessagesEdit"), true);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Messages"), kRowsPerPage);
   }
 
   void Run(const std::function<void(DataSession&)>& work) {
@@ -109,7 +109,7 @@ TEST_F(PagingTest, TheNewestCanComeFirst) {
   }
   MessageListPages pages(profile_.Get());
   EXPECT_EQ(Page(pages, 1), Expected().mid(0, kRowsPerPage));
-  Settings(profile_.Get())->Let(QStringLiteral("NewestFirst"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("NewestFirst"), true);
   ExpectPagesOf(pages, expected);
   EXPECT_FALSE(pages.Explore(fixed_serial::kInbox));
   ExpectPagesOf(pages, expected);

@@ -90,7 +90,7 @@ def sample(name, source, subject, text, sender=("sato@example.jp", "佐藤 花�
     global COUNT
     COUNT += 1
     (HERE / (name + ".eml")).write_bytes(source)
-    expected = {"subject": subject, "text": text, "attachments": list(attachments)}
+    expected = {"subject": subject, "text": text, "files": list(attachments)}
     if sender:
         expected["from"] = {"address": sender[0], "name": sender[1]}
     (HERE / (name + ".json")).write_text(json.dumps(expected, ensure_ascii=False, indent=1) + "\n")
@@ -259,7 +259,7 @@ def multipart_samples():
     kind, body = multipart(b"fwd", text, part(b"message/rfc822", forwarded))
     sample("forwarded", head(word(jis("転送"), "ISO-2022-JP"), kind) + body, "転送",
            "資料を送ります。",
-           attachments=[attachment("添付ファイル[1].dat", "message/rfc822", forwarded)])
+           attachments=[attachment("inner.eml", "message/rfc822", forwarded)])
 
 
 def broken_samples():

@@ -91,10 +91,7 @@ TEST_F(DataSessionTest, AReplacedFileIsNotTakenForTheWarmOne) {
 
 TEST_F(DataSessionTest, ForeignAndNewerFilesAreRefusedAndLeftAlone) {
   const QString text = folder_.filePath(QStringLiteral("text.mbx"));
-  QFile file(text);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(QByteArray(5000, 'x'));
-  file.close();
+  test::WriteFile(text, QByteArray(5000, 'x'));
   EXPECT_FALSE(data_.Open(text, kPassword));
   EXPECT_FALSE(data_.Create(text, kPassword));
   EXPECT_EQ(ReadFile(text), QByteArray(5000, 'x'));
@@ -329,14 +326,10 @@ TEST_F(DataSessionTest, WhatIsNotAsItWasWrittenIsNotTakenForIt) {
   const QByteArray frames = ReadFile(log);
   ASSERT_GT(frames.size(), 8192);
   data_.CloseAll();
-  const auto lay = [](const QString& path, const QByteArray& bytes) {
-    QFile target(path);
-    ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size());
-  };
   const auto damage = [&](const QByteArray& bytes, const QByteArray& inLog) {
     QFile::remove(path_ + QStringLiteral("-shm"));
-    lay(path_, bytes);
-    lay(log, inLog);
+    test::WriteFile(path_, bytes);
+    test::WriteFile(log, inLog);
     data_.Open(path_, kPassword);
     data_.CloseAll();
     const QSet<QString> parts = data_.TakeDamage().value(path_);

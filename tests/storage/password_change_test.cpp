@@ -148,12 +148,7 @@ TEST_F(PasswordStepsTest, AMissingOrDamagedCopyIsAnErrorAndNeverSuccess) {
   ASSERT_TRUE(QFile::rename(copy, aside));
   DataSession data;
   for (const QByteArray& wrong : {QByteArray(), QByteArray(8192, 'x')}) {
-    QFile damaged(copy);
-    if (!wrong.isEmpty()) {
-      ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-      damaged.write(wrong);
-      damaged.close();
-    }
+    if (!wrong.isEmpty()) test::WriteFile(copy, wrong);
     PasswordChange rest = Change(data);
     EXPECT_FALSE(rest.Finish());
     EXPECT_TRUE(rest.Error().text.contains(u"mail.mbx")) << rest.Error().text.toStdString();

@@ -69,10 +69,7 @@ TEST(CodeFile, RemembersOneCodeAndLosesNone) {
   EXPECT_EQ(file.Others(), QStringList{code});
   for (const QByteArray& spoilt :
        {QByteArray(), QByteArray(4096, '\0'), code.toLatin1().chopped(2)}) {
-    QFile damaged(file.Path());
-    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-    damaged.write(spoilt);
-    damaged.close();
+    test::WriteFile(file.Path(), spoilt);
     EXPECT_EQ(file.Code(), QString());
   }
   EXPECT_NE(file.CodeOrNew(), code);

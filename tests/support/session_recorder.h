@@ -11,8 +11,10 @@ namespace vorn::test {
 
 /// Answers a session as a program does that wants everything and deletes it on the server, unless
 /// told otherwise, and writes down what was told.
-class SessionRecorder : public PopEvents {
+class SessionRecorder : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
+  RetrievalEvents& Retrieval() override { return *this; }
+  HandoverEvents& Handover() override { return *this; }
   bool MessageArrived(const QString& id, const QByteArray& data, bool,
                       bool& deleteOnServer) override {
     ids.append(id);

@@ -125,6 +125,12 @@ QByteArray ReadFile(const QString& path) {
   return file.readAll();
 }
 
+void WriteFile(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size())
+      << path.toStdString();
+}
+
 QMap<QString, QByteArray> Samples() {
   QMap<QString, QByteArray> samples;
   const QDir folder(QStringLiteral(VORN_SAMPLES));

@@ -77,6 +77,10 @@ quint32 Seed(const char* variable);
 /// The bytes of a file; fails the test when it cannot be read.
 QByteArray ReadFile(const QString& path);
 
+/// Makes a file of these bytes, or puts them in the place of those that it has; fails the test when
+/// that cannot be done.
+void WriteFile(const QString& path, const QByteArray& bytes);
+
 /// The sources of all sample messages, by file name.
 QMap<QString, QByteArray> Samples();
 

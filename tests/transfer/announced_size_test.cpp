@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <cstdio>
 
 #include "objects/object_types.h"
@@ -131,51 +130,6 @@ TEST_F(AnnouncedSizeTest, AMessageWithoutTextIsNotTakenForAPieceOfItsHeader) {
         EXPECT_TRUE(Stored().contains(whole));
         EXPECT_EQ(server_.Messages.size(), deletes ? 0 : 1);
       }
-    }
-  }
-}
-
-// Where a long header hides by its size that a short text is missing.
-TEST_F(AnnouncedSizeTest, AShortTextUnderALongHeaderIsMissed) {
-  for (const bool offersUidl : {true, false}) {
-    SCOPED_TRACE(offersUidl);
-    server_.OffersUidl = offersUidl;
-    const QByteArray header = Header(offersUidl ? "uidl" : "none", 3000);
-    const QByteArray whole = header + "the whole text of a short message\r\n";
-    server_.Messages = {{"u", whole}};
-    Answer(header);
-    Receive();
-    EXPECT_EQ(server_.Messages.size(), 1);
-    server_.Faults.clear();
-    Receive();
-    EXPECT_TRUE(Stored().contains(whole));
-    EXPECT_TRUE(server_.Messages.isEmpty());
-  }
-}
-
-// A server whose other sizes are exact is held to them, so that a message in the place of another,
-// or half of its text, is not enough to delete it.
-TEST_F(AnnouncedSizeTest, AnotherMessagesTextAndAHalfOneAreMissed) {
-  int run = 0;
-  for (const bool offersUidl : {true, false}) {
-    for (const bool isHalf : {true, false}) {
-      SCOPED_TRACE(QStringLiteral("%1 %2").arg(offersUidl).arg(isHalf).toStdString());
-      server_.OffersUidl = offersUidl;
-      const QByteArray name = QByteArray::number(++run);
-      const QByteArray first = Header("first" + name) + QByteArray(600, 'a') + "\r\n";
-      const QByteArray wanted = Header("wanted" + name, 2000) + QByteArray(600, 'b') + "\r\n";
-      const QByteArray larger = Header("larger" + name, 4000) + QByteArray(700, 'c') + "\r\n";
-      const QByteArray given = isHalf ? wanted.chopped(120) + "\r\n" : larger;
-      server_.Messages = {{"f" + name, first}, {"w" + name, wanted}, {"l" + name, larger}};
-      server_.Faults = {{Fault::Kind::Reply, "RETR", 2, 0, "+OK\r\n" + given + ".\r\n"}};
-      Receive();
-      EXPECT_GE(server_.Messages.size(), 1);
-      server_.Faults.clear();
-      Receive();
-      Receive();
-      EXPECT_TRUE(Stored().contains(wanted));
-      EXPECT_TRUE(Stored().contains(larger));
-      EXPECT_TRUE(server_.Messages.isEmpty());
     }
   }
 }
@@ -452,17 +406,6 @@ TEST_F(AnnouncedSizeTest, TheFirstMessageIsHeldToExactSizesAsWell) {
   EXPECT_TRUE(server_.Messages.isEmpty());
 }
 
-// A header alone is kept on the server, and once here.
-TEST_F(AnnouncedSizeTest, AHeaderThatIsWrittenAnewFillsNoInbox) {
-  server_.SizeFactor = 2;
-  for (int check = 0; check < 4; ++check) {
-    server_.Messages = {{"h", "X-Scan: " + QByteArray::number(check) + "\r\n" + Header("h")}};
-    Receive();
-    EXPECT_EQ(Stored().size(), 1);
-    EXPECT_EQ(server_.Messages.size(), 1);
-  }
-}
-
 // Two answers that are wrong differently, by each of which a rule would delete it.
 TEST_F(AnnouncedSizeTest, ARuleRemembersThatAnAnswerDidNotFit) {
   RefuseSpam();
@@ -530,29 +473,12 @@ TEST_F(AnnouncedSizeTest, NothingIsDeletedWhenTheFileWasExchanged) {
   server_.OnCommand = [&](const QByteArray& line) {
     if (!line.startsWith("RETR 3")) return;
     EXPECT_TRUE(test::WaitFor([this] { return Rows() == 2; }));  // in the file
-    QFile copy(file + QStringLiteral(".new"));
-    EXPECT_TRUE(copy.open(QIODevice::WriteOnly));
-    copy.write(older);
-    copy.close();
-    EXPECT_EQ(::rename(copy.fileName().toLocal8Bit().constData(), file.toLocal8Bit().constData()),
-              0);
+    const QString copy = file + QStringLiteral(".new");
+    test::WriteFile(copy, older);
+    EXPECT_EQ(::rename(copy.toLocal8Bit().constData(), file.toLocal8Bit().constData()), 0);
   };
   Receive();
   EXPECT_EQ(server_.Messages.size(), 3);
-}
-
-// What stays on the server is told at each check, once for all.
-TEST_F(AnnouncedSizeTest, WhatStaysOnTheServerIsToldEachTime) {
-  server_.OffersUidl = false;
-  server_.SizeFactor = 1.5;
-  server_.Messages = {{"a", Header("a") + QByteArray(900, 'x') + "\r\n"},
-                      {"b", Header("b") + QByteArray(900, 'x') + "\r\n"}};
-  for (int check = 0; check < 2; ++check) {
-    host_.log.clear();
-    Receive();
-    EXPECT_EQ(host_.log.join(u'\n').count(QStringLiteral("大きさと合わないメッセージが2通")), 1);
-    EXPECT_EQ(server_.Messages.size(), 2);
-  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Cancelling what runs or waits, and questions that hold nobody up.
 
+#include "objects/account.h"
 #include "objects/settings.h"
 #include "storage/work_lock.h"
 #include "support/loopback_pop3_server.h"
@@ -13,9 +14,9 @@ using test::LoopbackPop3Server;
 using test::WaitFor;
 
 TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageNotice"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageNoticeDialog"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageNotice"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageNoticeDialog"), true);
   LoopbackPop3Server pop3;
   ASSERT_TRUE(pop3.Listen());
   for (int i = 0; i < 3; ++i) pop3.AddMessage(QByteArray::number(i), "Subject: x\r\n\r\n\r\n");
@@ -72,7 +73,7 @@ TEST_F(OnceTest, CancellingLosesNothingOfSessionsThatHaveEnded) {
   cancelWhen([&] { return smtp_.Count("MAIL") == 1; });
   EXPECT_EQ(host_.log.filter(QStringLiteral("1通受信")).size(), 1);
   OtherProgram other(profile_.Folder());
-  EXPECT_TRUE(WorkLock(other.context, ReceivingWork(*account)).Take());
+  EXPECT_TRUE(WorkLock(other.context, Account(account).Work()).Take());
 
   // The other way round, with the message between the second account and the third.
   accounts.Add(profile_.AddAccount(pop3.Port()));
@@ -103,8 +104,8 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
 
   // The timer's job asks for an account while a session goes on.
   profile_.Store("From: stranger@example.com\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);  // else it does not
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);  // else it does not
   bool isAsked = false;
   host_.onPeriodic = [&] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
   host_.onQuestion = [&] {
@@ -113,7 +114,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
       traffic_.Tick();
       return !host_.log.filter(QStringLiteral("1通受信")).isEmpty();
     }));
-    EXPECT_TRUE(isFree(ReceivingWork(*known)));
+    EXPECT_TRUE(isFree(Account(known).Work()));
   };
   traffic_.Plan().AddReceiveJob(accounts);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
@@ -125,7 +126,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
   accounts.Add(account);
   host_.typedPassword = QStringLiteral("secret");
   host_.onQuestion = [&] {
-    EXPECT_TRUE(isFree(ReceivingWork(*account)));
+    EXPECT_TRUE(isFree(Account(account).Work()));
     traffic_.Plan().Cancel();
   };
   accounts.Remove(known->SerialID());
@@ -141,7 +142,7 @@ TEST_F(OnceTest, WhatWaitsForAnotherProgramIsPlannedOnceAndCanBeCancelled) {
   ASSERT_TRUE(pop3.Listen());
   const DiskPtr account = profile_.AddAccount(pop3.Port());
   OtherProgram other(profile_.Folder());
-  WorkLock held(other.context, ReceivingWork(*account));
+  WorkLock held(other.context, Account(account).Work());
   ASSERT_TRUE(held.Take());
   DiskCollection accounts;
   accounts.Add(account);

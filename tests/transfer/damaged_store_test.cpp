@@ -32,10 +32,7 @@ TEST_F(DamagedStoreTest, HidesNoNewMail) {
     for (const char* ending : {"-wal", "-shm", ".damaged"}) {
       QFile::remove(path + QLatin1String(ending));
     }
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(sound).replace(page * kPage, kPage, QByteArray(kPage, '\0')));
-    file.close();
+    test::WriteFile(path, QByteArray(sound).replace(page * kPage, kPage, QByteArray(kPage, '\0')));
     server.Messages = {{"new" + QByteArray::number(page), "Subject: new\r\n\r\ntext\r\n"}};
     for (int check = 0; check < 2; ++check) {
       host_.log.clear();

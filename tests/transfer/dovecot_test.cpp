@@ -2,7 +2,6 @@
 // SASL, and over TLS with certificates of every kind.
 
 #include <QSslConfiguration>
-#include <QSslSocket>
 
 #include "mail/mail_store.h"
 #include "support/real_servers.h"

@@ -1,7 +1,5 @@
 // Servers that hold a connection: silent, trickling, or speaking another protocol.
 
-#include <QSslConfiguration>
-#include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -88,17 +86,6 @@ TEST_F(HostileServerTest, AMessageMayTakeLongerThanTheServerMayBeSilent) {
   EXPECT_EQ(events_.arrived.size(), 1) << events_.Shown().toStdString();
 }
 
-TEST_F(HostileServerTest, ASlowMessageThatGoesOnArrives) {
-  test::LoopbackPop3Server slow;
-  ASSERT_TRUE(slow.Listen());
-  slow.ByteByByte = true;
-  slow.AddMessage("1", "Subject: x\r\n\r\n" + QByteArray(3000, 'x') + "\r\n");
-  pop_.ServerPort = slow.Port();
-  pop_.RatePeriodMs = 50;
-  Run();
-  EXPECT_EQ(events_.arrived.size(), 1) << events_.Shown().toStdString();
-}
-
 TEST_F(HostileServerTest, ACancelBeforeTheBeginningLeavesNoGhost) {
   test::LoopbackPop3Server mail;
   ASSERT_TRUE(mail.Listen());
@@ -136,45 +123,6 @@ TEST_F(HostileServerTest, AnAlertInsteadOfAGreetingPointsToTheSecurity) {
   Run();
   EXPECT_EQ(events_.codes, QList<PopError>{PopError::Tls});
   EXPECT_TRUE(events_.Shown().contains(QStringLiteral("セキュリティの設定")));
-}
-
-// A server that speaks TLS alone waits for the client, as the client waits for its greeting.
-class TlsOnlyServer : public QTcpServer {
- public:
-  explicit TlsOnlyServer(const test::TestCertificates& certificates) : files_(certificates) {}
-
- protected:
-  void incomingConnection(qintptr handle) override {
-    auto* socket = new QSslSocket(this);
-    socket->setSocketDescriptor(handle);
-    const auto kind = test::TestCertificates::Kind::SelfSigned;
-    socket->setLocalCertificate(files_.Certificate(kind));
-    socket->setPrivateKey(files_.Key(kind));
-    socket->startServerEncryption();
-  }
-
- private:
-  const test::TestCertificates& files_;
-};
-
-TEST_F(HostileServerTest, AConnectionInClearToATlsPortSaysSo) {
-  const test::TestCertificates certificates;
-  TlsOnlyServer tls(certificates);
-  ASSERT_TRUE(tls.listen(QHostAddress::LocalHost));
-  pop_.ServerPort = tls.serverPort();
-  pop_.TlsProbeMs = 50;
-  Run();
-  EXPECT_EQ(events_.codes, QList<PopError>{PopError::Tls});
-  EXPECT_TRUE(events_.Shown().contains(QStringLiteral("TLS")));
-
-  // And the other way round: the greeting in clear is no handshake.
-  test::LoopbackPop3Server clear;
-  ASSERT_TRUE(clear.Listen());
-  pop_.ServerPort = clear.Port();
-  pop_.Encryption = Security::Tls;
-  Run();
-  EXPECT_EQ(events_.codes.last(), PopError::Tls);
-  EXPECT_TRUE(events_.errors.last().contains(QStringLiteral("セキュリティ")));
 }
 
 }  // namespace

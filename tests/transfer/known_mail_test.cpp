@@ -168,7 +168,7 @@ TEST_F(KnownMailTest, NothingIsDeletedByItsNameAlone) {
         << command;
     ASSERT_TRUE(SetDust(profile_.Get(), Serials(), true));
     ASSERT_TRUE(EmptyDust(profile_.Get()));
-    Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   }
 }
 
@@ -314,9 +314,9 @@ TEST_F(KnownMailTest, WhatWasErasedForGoodStaysAway) {
   erase();
   EXPECT_EQ(Receive().stored, 0);
   EXPECT_EQ(Rows(), 2);
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(Receive().stored, 1);
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), true);
   erase();
   // Where the account deletes, it goes from the server too, once it is seen to be the same one.
   account->Let(QStringLiteral("InMailServerDelete"), true);

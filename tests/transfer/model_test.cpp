@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
-#include <QThread>
 #include <array>
 #include <map>
 

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-
 #include "mail/archive/import_messages.h"
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
@@ -53,12 +51,10 @@ class MovedMailboxTest : public test::TrafficTest {
       archive += "From a@example.jp Mon Jan  1 00:00:00 2024\n" +
                  QByteArray(mail).replace("\r\n", "\n") + '\n';
     }
-    QFile file(profile_.Folder() + QStringLiteral("/old.mbox"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(archive);
-    file.close();
+    const QString file = profile_.Folder() + QStringLiteral("/old.mbox");
+    test::WriteFile(file, archive);
     ImportCounts imported;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file.fileName(), {}, &imported));
+    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported));
     return imported.imported;
   }
   // As another program receives it at this moment, through another name of the server.
@@ -202,7 +198,7 @@ TEST_F(MovedMailboxTest, WhatIsStoredMeanwhileUnderAnyNameIsNotStoredAgain) {
 
 // The engine gives new messages the places of those that were erased last.
 TEST_F(MovedMailboxTest, WhatTookTheErasedOnesPlacesIsKnown) {
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   profile_.AddAccount(server_.Port());
   const auto add = [this](int from, const QByteArray& name) {
     server_.Messages.clear();
@@ -354,7 +350,7 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
     server_.Faults.clear();
     EXPECT_EQ(Subjects(4).size(), always ? 1 : 2);
     EraseAll();
-    Settings(profile_.Get())->Let(QStringLiteral("Careful"), false);
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
     server_.Messages.clear();
     Receive();
   }
@@ -386,7 +382,7 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
   profile_.Get().Objects.Remove(other->SerialID());
   EraseAll();
   // A header alone is asked for once more at once, since it may be the answer to another command.
-  Settings(profile_.Get())->Let(QStringLiteral("Careful"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), true);
   server_.AddMessage("h", "Subject: all\r\n\r\n");
   server_.AddMessage("after", Mail(1));
   server_.SizeFactor = 200;

@@ -5,6 +5,8 @@
 
 #include "mail/mail_store.h"
 #include "mail/message_filing.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/sole_use.h"
 #include "storage/work_lock.h"
@@ -16,6 +18,7 @@ namespace {
 
 using test::Fault;
 using test::LoopbackPop3Server;
+using test::LoopbackSmtpServer;
 
 TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
   const QString serial = StoreWaiting();
@@ -31,18 +34,50 @@ TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
   EXPECT_EQ(Subjects(3).size(), 1);
 }
 
-// Sending begins and goes on in different steps; another account's session may come between.
-TEST_F(OnceTest, SeveralAccountsLeaveNoMessageBehind) {
-  LoopbackPop3Server pop3;
-  ASSERT_TRUE(pop3.Listen());
-  for (int i = 0; i < 3; ++i) profile_.AddAccount(pop3.Port());
-  for (int i = 0; i < 4; ++i) StoreWaiting(QByteArray::number(i));
-  for (int clicks = 0; clicks < 3; ++clicks) {
-    traffic_.Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
+// At each check the server would say the same again.
+TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
+  Context& context = profile_.Get();
+  const DiskPtr account =
+      SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
+          ->First();
+  account->Let(QStringLiteral("InMailServer"), QString());
+  const auto plan = [this](int flags, const QString& serial = {}) {
+    const int before = smtp_.Count("MAIL");
+    traffic_.Plan().CreateMessagePlan(flags, serial);
+    RunAll({&traffic_});
+    return smtp_.Count("MAIL") - before;
+  };
+  const auto check = [&plan] { return plan(kPlanReceive | kPlanSend); };
+  const auto takeBack = [this](const QString& serial) {
+    EXPECT_TRUE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
+    EXPECT_TRUE(Execute("UPDATE mail SET STATUS = 2 WHERE SERIALID = '" + serial.toUtf8() + "'"));
+  };
+  const auto sendAgain = [&plan](const QString& serial) { EXPECT_EQ(plan(kPlanSend, serial), 1); };
+  LoopbackSmtpServer other;
+  ASSERT_TRUE(other.Listen());
+  const auto mendAccount = [&](const QString&) {
+    account->Let(QStringLiteral("OutMailServerPort"), static_cast<int>(other.Port()));
+  };
+  const struct {
+    QByteArray command, reply;
+    bool isForGood;
+    std::function<void(const QString&)> mend;
+  } cases[] = {{"RCPT", "450 4.7.1 greylisted", false, {}},
+               {"RCPT", "550 5.1.1 no such user", true, takeBack},
+               {".", "554 5.7.1 spam", true, sendAgain},
+               {"RCPT", "550 5.7.1 relaying denied", true, mendAccount}};
+  for (const auto& [command, reply, isForGood, mend] : cases) {
+    SCOPED_TRACE(reply.toStdString());
+    smtp_.Replies = {{command, reply + "\r\n"}};
+    const QString serial = StoreWaiting();
+    EXPECT_EQ(check(), 1);
+    EXPECT_EQ(check(), isForGood ? 0 : 1);
+    smtp_.Replies.clear();
+    if (isForGood) mend(serial);
+    check();
+    EXPECT_TRUE(Subjects(2).isEmpty());
   }
-  RunAll({&traffic_});
-  EXPECT_EQ(smtp_.Messages().size(), 4);
-  EXPECT_EQ(Subjects(3).size(), 4);
+  EXPECT_EQ(other.Messages().size(), 1);
 }
 
 // Nothing else has to wait for it to be told.
@@ -281,40 +316,6 @@ TEST_F(OnceTest, AFileThatIsInUseAtTheHandoverKeepsNoMessageFromBeingSent) {
   EXPECT_EQ(smtp_.Messages().size(), 2);
 }
 
-TEST_F(OnceTest, ADoubtfulMessageCanCountAsSent) {
-  smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
-  const QString serial = StoreWaiting();
-  Send();
-  ASSERT_TRUE(TheOutbox().KeepAsSent(serial));
-  EXPECT_EQ(Send().sent, 0);
-  EXPECT_EQ(Subjects(3).size(), 1);
-  EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
-}
-
-TEST_F(OnceTest, WhatADeathLeftUnderWayBecomesDoubtful) {
-  const QString serial = StoreWaiting();
-  StoreWaiting("later");
-  WaitingMessage message;
-  ASSERT_EQ(TheOutbox().Read(serial, message), Outbox::Reading::Ready);
-  ASSERT_EQ(TheOutbox().BeginHandover(serial, message.version, QStringLiteral("mail.example")),
-            Outbox::Claim::Taken);
-  EXPECT_EQ(Send().sent, 1);
-  EXPECT_TRUE(TheOutbox().FindDoubtful(serial));
-  EXPECT_TRUE(host_.log.join(u'\n').contains(QStringLiteral("1通あります")));
-  EXPECT_EQ(smtp_.Messages().size(), 1);
-}
-
-TEST_F(OnceTest, ARefusedMessageWaitsAgain) {
-  for (const char* command : {"DATA", "."}) {
-    smtp_.Replies = {{command, "452 full\r\n"}};
-    StoreWaiting(command);
-    EXPECT_EQ(Send().sent, 0);
-    EXPECT_EQ(TheOutbox().Doubtful().size(), 0);
-    smtp_.Replies.clear();
-    EXPECT_EQ(Send().sent, 1);
-  }
-}
-
 TEST_F(OnceTest, WhatCannotBeNotedIsNotSent) {
   for (int i = 0; i < 3; ++i) StoreWaiting(QByteArray::number(i));
   ASSERT_TRUE(
@@ -397,15 +398,6 @@ TEST_F(OnceTest, TheFileRefusesAReceivedMessageItHas) {
   EXPECT_EQ(store.StoreReceived(again, "Subject: a\r\n\r\n"), MailStore::Received::Known);
   EXPECT_FALSE(store.StoreMessage(again, "Subject: a\r\n\r\n"));
   EXPECT_EQ(Subjects(4).size(), 1);
-}
-
-TEST_F(OnceTest, ARefusedRecipientIsNamedAtTheMessage) {
-  smtp_.Replies = {{"RCPT", "550 5.1.1 no such user here\r\n"}};
-  StoreWaiting("to nobody");
-  Send();
-  EXPECT_TRUE(host_.log.last().contains(QStringLiteral("a@example.com: 550 5.1.1 no such user")))
-      << host_.log.last().toStdString();
-  EXPECT_EQ(Subjects(2).size(), 1);
 }
 
 }  // namespace

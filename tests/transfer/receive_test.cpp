@@ -1,7 +1,6 @@
 // Receiving through `Pop` from a server that tests control, into a real store.
 
 #include "mail/mail_store.h"
-#include "mail/message_filing.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "transfer/receive_fixture.h"
@@ -12,30 +11,6 @@ namespace {
 using test::Fault;
 using test::LoopbackPop3Server;
 using test::WaitFor;
-
-TEST_F(ReceiveTest, SamplesAreStoredByteForByteAndOnlyOnce) {
-  const auto samples = test::Samples();
-  for (auto sample = samples.begin(); sample != samples.end(); ++sample) {
-    QByteArray source = sample.value();
-    if (!source.endsWith("\r\n")) source += "\r\n";
-    server_.AddMessage(sample.key().toLatin1(), source);
-  }
-  profile_.AddAccount(server_.Port());
-  EXPECT_EQ(Receive().stored, samples.size());
-  for (const test::ServerMessage& message : server_.Messages) {
-    const QString id = QStringLiteral("user@127.0.0.1/") + QString::fromLatin1(message.uidl);
-    const auto serial = profile_.Select(
-        QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_ID = '%1'").arg(id));
-    ASSERT_EQ(serial.size(), 1);
-    EXPECT_EQ(MailStore(profile_.Get()).LoadMessageSource(Disk(serial[0].toString())),
-              message.source);
-  }
-  const ReceiveCounts again = Receive();
-  EXPECT_EQ(again.stored, 0);
-  EXPECT_EQ(again.known, samples.size());
-  EXPECT_EQ(server_.Count("RETR"), samples.size());
-  EXPECT_EQ(host_.levels, (QList<int>{0, 0}));
-}
 
 // Three hundred that were fetched at once did not arrive in one minute.
 TEST_F(ReceiveTest, TheTimeIsTheOneAtWhichTheServerTookTheMessageIn) {
@@ -64,7 +39,7 @@ TEST_F(ReceiveTest, TheTimeIsTheOneAtWhichTheServerTookTheMessageIn) {
   for (const char* subject : {"future", "ancient", "broken"}) {
     EXPECT_GE(yearOf(subject), year) << subject;
   }
-  Settings(profile_.Get())->Let(QStringLiteral("ReceivedTime"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("ReceivedTime"), false);
   add("as documented", "Tue, 2 Jan 2024 03:04:05 +0900");
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_GE(yearOf("as documented"), year);
@@ -80,56 +55,6 @@ TEST_F(ReceiveTest, TwoAccountsDoNotHideEachOthersMail) {
   profile_.AddAccount(other.Port(), false, false, QStringLiteral("other"));
   EXPECT_EQ(Receive().stored, 4);
   EXPECT_EQ(host_.log.size(), 2);
-}
-
-TEST_F(ReceiveTest, ApopNeverShowsThePassword) {
-  AddMessages(1);
-  profile_.AddAccount(server_.Port(), false, true);
-  EXPECT_EQ(Receive().stored, 1);
-  for (const QByteArray& line : server_.Received()) EXPECT_FALSE(line.contains("secret"));
-}
-
-TEST_F(ReceiveTest, OldServersWithoutExtensionsWork) {
-  server_.Pipelining = false;
-  server_.OffersUidl = false;
-  server_.ByteByByte = true;
-  AddMessages(3);
-  profile_.AddAccount(server_.Port());
-  EXPECT_EQ(Receive().stored, 3);
-  EXPECT_EQ(Receive().known, 3);
-  EXPECT_EQ(Rows(), 3);
-}
-
-TEST_F(ReceiveTest, DeletionLeavesTheServerEmptyAndTheStoreFull) {
-  AddMessages(5);
-  profile_.AddAccount(server_.Port(), true);
-  EXPECT_EQ(Receive().stored, 5);
-  EXPECT_EQ(traffic_.Events().DeletedOnServer(), 5);
-  EXPECT_TRUE(server_.Messages.isEmpty());
-  EXPECT_EQ(Rows(), 5);
-}
-
-TEST_F(ReceiveTest, FailuresAreToldInJapaneseAndLeaveTheControlIdle) {
-  AddMessages(1);
-  const DiskPtr account = profile_.AddAccount(server_.Port());
-  const auto failsWith = [this](const QString& word) {
-    EXPECT_EQ(Receive().errors, 1);
-    EXPECT_TRUE(host_.log.last().contains(word)) << host_.log.last().toStdString();
-    EXPECT_EQ(host_.levels.last(), 1);
-  };
-  account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("wrong"));
-  failsWith(QStringLiteral("パスワードを確認"));
-  account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("secret"));
-
-  GiveUpOnStalls(server_);
-  server_.Faults = {{Fault::Kind::Stall, "RETR", 1, 10, {}}};
-  failsWith(QStringLiteral("時間切れ"));
-  GiveUpOnStalls(server_);
-  server_.Faults = {{Fault::Kind::Reply, "LIST", 1, 0, "garbage\r\n"}};
-  failsWith(QStringLiteral("応答を理解できません"));
-  account->Let(QStringLiteral("InMailServerPort"), QStringLiteral("1"));
-  failsWith(QStringLiteral("接続できません"));
-  EXPECT_EQ(Rows(), 0);
 }
 
 TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
@@ -155,7 +80,7 @@ TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
   account->Let(QStringLiteral("EventLog"), true);
   host_.typedPassword = QStringLiteral("secret");
   host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanReceive); };
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
   ASSERT_NE(job, nullptr);
@@ -170,7 +95,7 @@ TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
     EXPECT_EQ(host_.log.filter(QStringLiteral("送受信を押すと")).size(), check == 1 ? 1 : 0);
   }
   EXPECT_EQ(host_.passwordQuestions, 0);
-  Settings(profile_.Get())->Let(QStringLiteral("MessageCheck"), false);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), false);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   EXPECT_EQ(Receive().stored, 1) << "whoever asks for it is asked";
   EXPECT_EQ(host_.passwordQuestions, 1);

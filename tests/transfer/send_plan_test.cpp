@@ -66,7 +66,7 @@ TEST_F(SendPlanTest, TheChosenAccountAnswersForMessagesOfOthers) {
 
 // The address that the user did not put there is named as what it is (RFC 5322 section 3.6.2).
 TEST_F(SendPlanTest, ShownSendersStayAndTheAccountIsTheSender) {
-  Settings(profile_.Get())->Let(QStringLiteral("StandardHeaders"), true);
+  Settings(profile_.Get()).Bag()->Let(QStringLiteral("StandardHeaders"), true);
   const DiskPtr account = AddSendAccount(smtp_.Port());
   host_.chosenAccount = account->SerialID();
   StoreWaiting("Alias <alias@example.net>", "first");
@@ -82,7 +82,7 @@ TEST_F(SendPlanTest, ShownSendersStayAndTheAccountIsTheSender) {
 }
 
 TEST_F(SendPlanTest, AutomaticCheckingAsksForNoAccount) {
-  const DiskPtr settings = Settings(profile_.Get());
+  const DiskPtr settings = Settings(profile_.Get()).Bag();
   settings->Let(QStringLiteral("Careful"), true);
   settings->Let(QStringLiteral("MessageCheck"), true);
   AddSendAccount(smtp_.Port());

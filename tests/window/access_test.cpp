@@ -1,15 +1,12 @@
 // What a screen reader finds: every control that a user works with has a name.
 
 #include <QAccessible>
-#include <QLineEdit>
 #include <QMenu>
-#include <QWebEngineView>
 
 #include "mail/window/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
-#include "transfer/window/rule_window.h"
 #include "window/editing_fixture.h"
 #include "window/folder_page_fixture.h"
 #include "window/message_window_fixture.h"

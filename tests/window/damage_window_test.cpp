@@ -2,7 +2,6 @@
 
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPushButton>
 
 #include "storage/known_damage.h"
 #include "window/message_window_fixture.h"

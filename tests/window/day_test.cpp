@@ -1,22 +1,19 @@
 // A day at the office, from the first start to the second profile, in the real windows against
 // servers that nobody here wrote.
 
-#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCompleter>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTreeWidget>
 
 #include "frame/window/console_tree.h"
+#include "mail/codec/flag_string.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading_pane.h"
@@ -174,13 +171,16 @@ void DayTest::ReadAndAnswer() {
   EXPECT_TRUE(answered.contains("sato@example.jp") && answered.contains("aoki@example.jp"))
       << answered.toStdString();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  // What was answered bears its mark, and only that.
+  const QString marked = QStringLiteral("SUBSTR(FIELD_FLAG, %1, 1) = '1'").arg(int(kFlagAnswered));
+  EXPECT_TRUE(WaitFor([&] { return Stored(marked) == 1; }));
+  EXPECT_EQ(Stored(marked + QStringLiteral(" AND STATUS = 4")), 1);
 
   MessageWindow& forward = Open(QStringLiteral("m007"));
   Command(forward, 4);
-  QFile file(folder_.filePath(QStringLiteral("見積.txt")));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("estimate") == 8);
-  file.close();
-  Child<AttachmentList>(forward, u"lvClip").AddFiles({file.fileName()});
+  const QString file = folder_.filePath(QStringLiteral("見積.txt"));
+  test::WriteFile(file, "estimate");
+  Child<AttachmentList>(forward, u"lvClip").AddFiles({file});
   Address(forward, QStringLiteral("boss@example.jp"));
   EXPECT_TRUE(SentBy(forward).contains("boss@example.jp"));
   EXPECT_TRUE(sink_.Messages().last().contains("ZXN0aW1hdGU"));
@@ -204,7 +204,7 @@ void DayTest::DraftAndSendAgain() {
 }
 
 void DayTest::SendReceipt() {
-  Settings(Context())->Let(QStringLiteral("ReceiveNotice"), true);
+  Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   Deliver(Mail("receipt", "Disposition-Notification-To: sato@example.jp\r\n"));
   Receive();
   const QString serial = Serial(QStringLiteral("receipt"), 4);

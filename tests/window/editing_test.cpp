@@ -3,23 +3,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QClipboard>
-#include <QFileDialog>
-#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTimer>
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
@@ -138,8 +132,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
     // Who is not logged in to a profile that has files takes none from it.
     const QString folder = PlatformPath(context(), QStringLiteral("/current/") + window.Tag());
     ASSERT_TRUE(QDir().mkpath(folder));
-    QFile own(folder + QStringLiteral("/profile.mbx"));
-    ASSERT_TRUE(own.open(QIODevice::WriteOnly));
+    test::WriteFile(folder + QStringLiteral("/profile.mbx"), {});
     ObjectsWindow& other = Open(object_type::kProfile, window.Tag());
     for (const char16_t* button : {u"cmNewDatabase", u"cmUseDatabase", u"cmDeleteDatabase"}) {
       EXPECT_FALSE(Child<QPushButton>(other, button).isEnabled());
@@ -159,9 +152,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   // A file that is there can be kept or deleted, and goes with OK.
   history.setCurrentCell(1, 0);
   const QString path = PlatformPath(context(), history.item(1, 0)->data(Qt::UserRole).toString());
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.close();
+  test::WriteFile(path, {});
   EXPECT_TRUE(InModal<QMessageBox>(
       [&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
       [](QMessageBox& question) { test::PressNamed(question, QStringLiteral("削除する")); }));
@@ -202,60 +193,6 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   profile_.Restart(QStringLiteral("newer"));
 }
 
-// A file that was taken from the list and kept has the password that the profile had then.
-TEST_F(EditingTest, AKeptMailFileComesBackAfterThePasswordHasChanged) {
-  const QString serialId = context().Session->SerialID();
-  QStringList paths;
-  QString password;
-  for (const QString& next : {QStringLiteral("former"), QStringLiteral("secret")}) {
-    const QString stored = QStringLiteral("/current/%1\\before %2.mbx").arg(serialId, next);
-    paths.append(PlatformPath(context(), stored));
-    {
-      const OpenedDatabase made(context(), DatabaseKind::MailByPath, stored);
-      ASSERT_TRUE(made);
-    }
-    ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, password, next));
-    profile_.Restart(next);
-    password = next;
-  }
-  ObjectsWindow& window = Open(object_type::kProfile, serialId);
-  auto& history = Child<QTableWidget>(window, u"lvHistory");
-  const int rows = history.rowCount();
-  const auto choose = [&](const QString& path, const QString& typed) {
-    QString told;
-    QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, [&] {
-      QWidget* modal = QApplication::activeModalWidget();
-      if (auto* question = qobject_cast<QInputDialog*>(modal)) {
-        question->setTextValue(typed);
-        question->accept();
-      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-        told = box->text();
-        box->accept();
-      }
-    });
-    answer.start(20);
-    EXPECT_TRUE(InModal<QFileDialog>([&] { Press(Child<QPushButton>(window, u"cmFoundDatabase")); },
-                                     [&path](QFileDialog& dialog) {
-                                       Child<QLineEdit>(dialog, u"fileNameEdit").setText(path);
-                                       QMetaObject::invokeMethod(&dialog, "accept");
-                                     }));
-    return told;
-  };
-  const QString wrong = QStringLiteral("wrong");
-  EXPECT_TRUE(choose(paths[1], wrong).startsWith(QStringLiteral("メッセージのデータベース")));
-  EXPECT_EQ(history.rowCount(), rows);
-  EXPECT_EQ(choose(paths[1], QStringLiteral("former")), QString());
-  EXPECT_EQ(choose(paths[0], wrong), QString()) << "under a code, which the profile remembers";
-  EXPECT_EQ(history.rowCount(), rows + 2);
-  PressOk();
-  EXPECT_FALSE(window.isVisible()) << Error().toStdString();
-  context().Data.CloseAll();
-  for (const QString& path : paths) {
-    EXPECT_TRUE(context().Data.TestPassword(path, QStringLiteral("secret"))) << path.toStdString();
-  }
-}
-
 // With a password every change of the profile was refused, and the boxes showed the password.
 TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   const QString serialId = context().Session->SerialID();
@@ -294,55 +231,6 @@ TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   profile_.Restart();
 }
 
-TEST_F(EditingTest, SettingsAreFoundByTheirWords) {
-  SettingsWindow window(context());
-  auto& find = Child<QLineEdit>(window, u"txFindSetting");
-  auto& tabs = Child<QTabWidget>(window, u"tsPage");
-  window.show();
-  Type(find, QStringLiteral("間隔"));
-  EXPECT_EQ(tabs.currentIndex(), 1);
-  Type(find, QStringLiteral("引用"));
-  EXPECT_EQ(tabs.currentIndex(), 2);
-  QTest::keyClick(&find, Qt::Key_Return);
-  EXPECT_EQ(window.focusWidget(), &Child<QLineEdit>(window, u"txMemoIndent"));
-  EXPECT_TRUE(window.isVisible());
-  Type(find, QStringLiteral("nowhere"));
-  EXPECT_EQ(tabs.currentIndex(), 2);
-  QTest::keyClick(&find, Qt::Key_Escape);
-  EXPECT_TRUE(find.text().isEmpty());
-  EXPECT_TRUE(window.isVisible());
-}
-
-// Of two entries with one letter the key chooses neither.
-TEST_F(EditingTest, EveryLetterOfAPageIsItsOwn) {
-  const auto check = [](QWidget& window) {
-    static const QRegularExpression kLetter(QStringLiteral("&([A-Z])"));
-    auto& tabs = Child<QTabWidget>(window, u"tsPage");
-    QStringList titles;
-    for (int i = 0; i < tabs.count(); ++i) titles.append(tabs.tabText(i));
-    for (int i = 0; i < tabs.count(); ++i) {
-      QStringList texts = titles;
-      for (const auto* label : tabs.widget(i)->findChildren<QLabel*>()) {
-        if (label->buddy() != nullptr) texts.append(label->text());
-      }
-      for (const auto* button : tabs.widget(i)->findChildren<QAbstractButton*>()) {
-        texts.append(button->text());
-      }
-      QStringList letters;
-      for (const QString& text : texts) letters += kLetter.match(text).captured(1);
-      letters.removeAll(QString());
-      EXPECT_EQ(letters.removeDuplicates(), 0)
-          << window.objectName().toStdString() << ", " << titles[i].toStdString();
-    }
-  };
-  SettingsWindow settings(context());
-  check(settings);
-  for (const QString& type : {object_type::kProfile, object_type::kAccount, object_type::kFolder,
-                              object_type::kBookmark, object_type::kBook}) {
-    check(Open(type));
-  }
-}
-
 TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   auto request = std::make_shared<Disk>(fixed_serial::kSettings);
   SettingsWindow window(context());
@@ -361,7 +249,7 @@ TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   EXPECT_EQ(stored->Text(u"MemoIndent"), QStringLiteral("| "));
   EXPECT_EQ(stored->Text(u"TextMime"), QStringLiteral("text/plain\r\ntext/x"));
   EXPECT_EQ(stored->Text(u"Install"), context().VersionText);
-  EXPECT_EQ(Settings(context())->Number(u"MessageCheckInterval"), 5);
+  EXPECT_EQ(Settings(context()).Bag()->Number(u"MessageCheckInterval"), 5);
 }
 
 TEST_F(EditingTest, OneValueIsAskedInFourWays) {

@@ -1,18 +1,13 @@
 // What is done with the messages of a folder's page: by its keys, its menu and the buttons.
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QTableWidget>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
@@ -53,51 +48,23 @@ class FolderCommandsTest : public FolderPageTest {
   }
 };
 
-TEST_F(FolderCommandsTest, PrintingAMessageLeavesTheActivePage) {
-  Begin(2, 100);
-  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({2}), QString::fromUtf16(kShelf), {}));
-  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
-  for (const QString& folder : {QString::fromUtf16(kShelf), fixed_serial::kInbox}) {
-    test::ClickRow(tree, Node(folder));
-    ASSERT_TRUE(WaitFor([&] {
-      const auto* frame = program_->Parent()->findChild<QMdiArea*>()->currentSubWindow();
-      const auto* browser = qobject_cast<BrowserWindow*>(frame->widget());
-      return Browsers().size() == 2 && browser != nullptr && browser->Tag() == folder;
-    }));
-  }
-  BrowserWindow* inbox = nullptr;
-  for (BrowserWindow* browser : Browsers()) {
-    if (browser->Tag() == fixed_serial::kInbox) inbox = browser;
-  }
-  ASSERT_NE(inbox, nullptr);
-  inbox->GoToMessage(QStringLiteral("mail_1"));
-  program_->Parent()->OpenMessage(0, QStringLiteral("mail_1"), false);
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  MessageWindow& window = *TopLevel<MessageWindow>();
-  window.activateWindow();
-  const QString path = folder_.filePath(QStringLiteral("page.pdf"));
-  EXPECT_TRUE(
-      InModal<QPrintDialog>([&] { Child<QMenu>(window, u"menuFiles").actions()[6]->trigger(); },
-                            [&](QPrintDialog& dialog) {
-                              Child<QLineEdit>(dialog, u"filename").setText(path);
-                              QMetaObject::invokeMethod(&dialog, "accept");
-                            }));
-  ASSERT_TRUE(WaitFor([&] { return QFileInfo::exists(path) && Browsers().size() == 2; }));
-  window.close();
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
-  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
-  const auto status = [this](const char* serial) {
-    Context& context = program_->GetContext();
-    EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
-    context.Data.OpenRecordset(
-        QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = '%1'").arg(QLatin1String(serial)),
-        CursorKind::ForwardOnly);
-    const int value = context.Data.Recordset()->Fields(u"STATUS").toInt();
-    context.Data.Close();
-    return value;
+TEST_F(FolderCommandsTest, TheMainMenuSaysAndDoesWhatAPageCanDoNow) {
+  Begin(3, 100);
+  auto& menu = Child<QMenu>(*program_->Parent(), u"menuPageMessages");
+  const auto entry = [&](const QString& text) {
+    Q_EMIT menu.aboutToShow();
+    for (QAction* action : menu.actions()) {
+      if (action->text().startsWith(text)) return action;
+    }
+    return menu.actions().first();
   };
-  EXPECT_TRUE(WaitFor([&] { return status("mail_1") == -4; }));
-  EXPECT_EQ(status("mail_2"), 4);
+  Press(Qt::Key_Home);
+  EXPECT_FALSE(entry(QStringLiteral("くずかごから出す"))->isEnabled());
+  entry(QStringLiteral("くずかごに入れる"))->trigger();
+  ASSERT_TRUE(AwaitGone("No1."));
+  Browser()->Unload();
+  ASSERT_TRUE(WaitFor([&] { return Browsers().empty(); }));
+  EXPECT_FALSE(entry(QStringLiteral("印刷"))->isEnabled());
 }
 
 TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
@@ -130,50 +97,6 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
     windows += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
   }
   EXPECT_EQ(windows, 1);
-}
-
-TEST_F(FolderCommandsTest, WithoutAChoiceTheButtonsTellWhatIsMissing) {
-  Begin(2, 100);
-  const QStatusBar* bar = program_->Parent()->statusBar();
-  const auto says = [bar](const char16_t* words) {
-    return WaitFor([&] { return bar->currentMessage().contains(QString::fromUtf16(words)); });
-  };
-  const auto told = [](const std::function<void()>& cause) {
-    QString text;
-    EXPECT_TRUE(InModal<QMessageBox>(cause, [&text](QMessageBox& box) {
-      text = box.text();
-      box.accept();
-    }));
-    return text.contains(QStringLiteral("選択されていません"));
-  };
-  for (const char16_t* name : {u"tb_replayall", u"tb_dust"}) {
-    auto* button = program_->Parent()->findChild<QAction*>(QString::fromUtf16(name));
-    EXPECT_TRUE(told([button] { button->trigger(); }));
-  }
-  FocusPage();
-  Press(Qt::Key_Down);
-  EXPECT_TRUE(told([this] {
-    InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
-                           [](ConsoleWindow& window) {
-                             Child<QTreeWidget>(window, u"TreeView1").clearSelection();
-                             window.cmOk_Click();
-                           });
-  }));
-  // Keys in a folder without messages.
-  OpenFolder(QString::fromUtf16(kShelf));
-  FocusPage(false);
-  Press(Qt::Key_B);
-  EXPECT_TRUE(says(u"選択されていません"));
-  Press(Qt::Key_N);
-  EXPECT_TRUE(says(u"ほかに未開封の"));
-  // What stands there is no word that a menu would take away.
-  QStatusTipEvent none{QString()};
-  QApplication::sendEvent(program_->Parent()->menuBar(), &none);
-  EXPECT_TRUE(bar->currentMessage().contains(QStringLiteral("ほかに未開封の")));
-  Browser()->Unload();
-  ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
-  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
-  EXPECT_TRUE(says(u"フォルダが開いていません"));
 }
 
 // The page answers later than the status bar does.
@@ -293,38 +216,6 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   ASSERT_NE(made, nullptr);
   OpenFolder(made->SerialID());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
-}
-
-TEST_F(FolderCommandsTest, HowManyAreChosenIsTold) {
-  Begin(6, 100);
-  const auto& chosen = Child<QLabel>(*program_->Parent(), u"lbChosen");
-  const auto tells = [&](const QString& words) {
-    return WaitFor([&] { return (chosen.isVisible() ? chosen.text() : QString()) == words; });
-  };
-  Press(Qt::Key_Home);
-  Press(Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_TRUE(tells(QStringLiteral("2通を選択")));
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  EXPECT_TRUE(tells(QStringLiteral("2通を選択")));
-  MadeAnewBy([this] { Press(Qt::Key_Delete); });
-  EXPECT_TRUE(tells(QString()));
-  Press(Qt::Key_A, Qt::ControlModifier);
-  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
-  Press(Qt::Key_Home);
-  EXPECT_TRUE(tells(QString()));
-  // A click into the choice means one row, and Escape none.
-  Press(Qt::Key_A, Qt::ControlModifier);
-  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
-  Script(QStringLiteral(
-      "const row = document.querySelector('a[href*=\"mail_4\"]'); for (const kind of "
-      "['mousedown', 'click']) row.closest('tr, li').dispatchEvent(new "
-      "MouseEvent(kind, {bubbles: true}))"));
-  EXPECT_TRUE(tells(QString()));
-  EXPECT_EQ(Chosen(), Ids({4}));
-  Press(Qt::Key_A, Qt::ControlModifier);
-  EXPECT_TRUE(tells(QStringLiteral("4通を選択")));
-  Press(Qt::Key_Escape);
-  EXPECT_TRUE(tells(QString()));
 }
 
 // By what moves among messages that wait to be read, also over several pages.

@@ -1,24 +1,12 @@
 // What a folder's page shows: layouts, links, and mail that means harm.
 
-#include <QAbstractButton>
-#include <QAction>
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QPrintDialog>
-#include <QScreen>
 #include <QTableWidget>
-#include <QToolBar>
-#include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
-#include "mail/message_filing.h"
 #include "mail/window/message_window.h"
-#include "objects/standard_objects.h"
 #include "present/window/layout_window.h"
 #include "storage/databases.h"
 #include "window/folder_page_fixture.h"
@@ -154,37 +142,6 @@ TEST_F(FolderContentTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
   const DiskPtr layouts = program_->GetContext().Objects.Find(fixed_serial::kLayout);
   ASSERT_NE(layouts, nullptr);
   EXPECT_FALSE(layouts->Get(fixed_serial::kInbox + QStringLiteral("_html")).isValid());
-}
-
-TEST_F(FolderContentTest, LinksOfAPageAreListed) {
-  Begin(2, 100);
-  auto& button = Child<QWidget>(*Browser(), u"url");
-  const auto list = [&]() -> QMenu* {
-    test::Press(button);
-    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  };
-  QMenu* menu = list();
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 6);
-  EXPECT_EQ(menu->actions()[3]->text(), QStringLiteral("No2."));
-  menu->actions()[3]->trigger();
-  menu->close();
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  EXPECT_EQ(TopLevel<MessageWindow>()->Tag(), QStringLiteral("mail_2"));
-  TopLevel<MessageWindow>()->close();
-  OpenFolder(fixed_serial::kOutbox);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("window.vorn !== undefined")));
-  menu = [&] {
-    test::Press(Child<QWidget>(*Browser(), u"url"));
-    WaitFor([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; });
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  }();
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 1);
-  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("nothing.."));
-  EXPECT_FALSE(menu->actions()[0]->isEnabled());
-  menu->close();
 }
 
 }  // namespace

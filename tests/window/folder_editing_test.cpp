@@ -11,7 +11,6 @@
 #include <QTabWidget>
 
 #include "objects/object_types.h"
-#include "objects/profile.h"
 #include "objects/save_object.h"
 #include "objects/window/condition_editor.h"
 #include "storage/ui.h"

@@ -50,7 +50,7 @@ class FolderPageTest : public ProgramTest {
              const QByteArray& more = {}) {
     {
       TestProfile profile;
-      const DiskPtr settings = Settings(profile.Get());
+      const DiskPtr settings = Settings(profile.Get()).Bag();
       settings->Let(QStringLiteral("Messages"), rowsPerPage);
       settings->Let(QStringLiteral("MessagesNewest"), newest);
       settings->Let(QStringLiteral("PageEscape"), escape);
@@ -62,15 +62,10 @@ class FolderPageTest : public ProgramTest {
       shelf.Let(QStringLiteral("Parent"), profile.Get().Session->SerialID());
       EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, shelf));
       for (int i = 1; i <= messages; ++i) {
-        Disk request(QStringLiteral("mail_%1").arg(i));
-        request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-        request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-        request.Let(QStringLiteral("Timestamp"),
-                    QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
-        EXPECT_TRUE(MailStore(profile.Get())
-                        .StoreMessage(request, "From: a@example.jp\r\nSubject: No" +
-                                                   QByteArray::number(i) + ".\r\n" + more +
-                                                   "\r\nbody\r\n"));
+        StoreReceived(profile.Get(), QStringLiteral("mail_%1").arg(i),
+                      "From: a@example.jp\r\nSubject: No" + QByteArray::number(i) + ".\r\n" + more +
+                          "\r\nbody\r\n",
+                      QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
       }
       TakePlainLook(profile.Get());
       profile.Get().Data.CloseAll();
@@ -81,8 +76,22 @@ class FolderPageTest : public ProgramTest {
     AwaitInbox();
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() > 0")));
     FocusPage();
-    Settings(program_->GetContext())->Let(QStringLiteral("WebOutside"), false);
-    Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), false);
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("WebOutside"), false);
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ScriptsAsked"), false);
+  }
+  static void StoreReceived(Context& context, const QString& serialId, const QByteArray& source,
+                            const QString& time) {
+    Disk request(serialId);
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
+    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
+    if (!time.isEmpty()) request.Let(QStringLiteral("Timestamp"), time);
+    EXPECT_TRUE(MailStore(context).StoreMessage(request, source));
+  }
+  // A message comes while the program runs; its text is one line.
+  void Come(const QByteArray& serialId, const QByteArray& subject, const QString& time = {}) const {
+    StoreReceived(program_->GetContext(), QString::fromLatin1(serialId),
+                  "From: a@example.jp\r\nSubject: " + subject + "\r\n\r\nbody\r\n", time);
+    program_->Parent()->MessageStored();
   }
   // Does something upon which the page is made anew, and waits for that.
   void MadeAnewBy(const std::function<void()>& change) const {

@@ -1,30 +1,17 @@
 // A folder's page in use: moving and choosing by keys, acting on messages, pages.
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QComboBox>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QPlainTextEdit>
-#include <QPrintDialog>
-#include <QPushButton>
-#include <QScreen>
 #include <QTabBar>
-#include <QTableWidget>
-#include <QToolBar>
-#include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/message_filing.h"
 #include "mail/window/message_window.h"
-#include "objects/object_loader.h"
-#include "objects/standard_objects.h"
 #include "present/window/layout_window.h"
-#include "storage/databases.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -84,26 +71,6 @@ TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Fw: No1."));
   TopLevel<MessageWindow>()->close();
-}
-
-TEST_F(FolderPageTest, ALongSubjectPushesNothingOutOfTheWindow) {
-  Begin(2, 100);
-  program_->Parent()->resize(1200, 700);
-  const auto width = [this] { return Script(QStringLiteral("document.body.scrollWidth")).toInt(); };
-  AwaitPainted(*View());
-  const int before = width();
-  MadeAnewBy([this] {
-    Disk request(QStringLiteral("mail_long"));
-    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    EXPECT_TRUE(MailStore(program_->GetContext())
-                    .StoreMessage(request, "From: a@example.jp\r\nSubject: " +
-                                               QByteArray(3000, 'x') + "\r\n\r\nbody\r\n"));
-    program_->Parent()->MessageStored();
-  });
-  AwaitPainted(*View());
-  EXPECT_TRUE(PageText().contains(u"xxx"));
-  EXPECT_LE(width(), qMax(before, View()->width()));
 }
 
 // Ten folders that are looked into leave two tabs, and not ten; one that is wanted beside the
@@ -203,12 +170,7 @@ TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
   look(fixed_serial::kDust);
   const auto rests = [&] { return view() == nullptr; };
   ASSERT_TRUE(WaitFor(rests));
-  Disk request(QStringLiteral("mail_new"));
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  EXPECT_TRUE(MailStore(program_->GetContext())
-                  .StoreMessage(request, "From: a@example.jp\r\nSubject: Came.\r\n\r\nbody\r\n"));
-  parent->MessageStored();
+  Come("mail_new", "Came.");
   parent->ApplySettings();
   test::RunFor(500);
   EXPECT_TRUE(rests());
@@ -283,42 +245,6 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   EXPECT_EQ(QApplication::focusWidget(), search);
 }
 
-// A page may be too busy to tell its place for a while, and be made anew several times meanwhile.
-TEST_F(FolderPageTest, APlaceIsWaitedForEachTime) {
-  Begin(5, 100);
-  Press(Qt::Key_Home);
-  Press(Qt::Key_Down);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
-  QElapsedTimer clock;
-  clock.start();
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
-  test::RunFor(static_cast<int>(qMax(qint64{0}, 1900 - clock.elapsed())));
-  View()->page()->runJavaScript(
-      QStringLiteral("for (const end = Date.now() + 700; Date.now() < end;);"),
-      QWebEngineScript::ApplicationWorld, [](const QVariant&) {});
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
-}
-
-TEST_F(FolderPageTest, ARangeBeginsAtItsFirstRowAndGoesOnInAPageThatIsMadeAnew) {
-  Begin(6, 100);
-  Press(Qt::Key_Up, Qt::ShiftModifier);
-  EXPECT_EQ(Chosen(), Ids({6}));
-  Press(Qt::Key_Up, Qt::ShiftModifier);
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  Press(Qt::Key_Up, Qt::ShiftModifier);
-  EXPECT_EQ(Chosen(), Ids({4, 5, 6}));
-  // An answer goes to the message that is read, which is the one reached last.
-  Press(Qt::Key_Home);
-  Press(Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_EQ(Chosen(), Ids({1, 2}));
-  Press(Qt::Key_R);
-  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  EXPECT_EQ(TopLevel<MessageWindow>()->GetMessageSubject(), QStringLiteral("Re: No2."));
-  TopLevel<MessageWindow>()->close();
-}
-
 // Also in an inbox that was empty, and while mail comes in pieces.
 TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   Begin(1, 10, true);
@@ -327,16 +253,13 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   ASSERT_TRUE(AwaitGone("No1."));
   int stored = 1;
   const auto come = [&](int count) {
-    for (int i = 0; i < count; ++i) {
-      Disk request(QStringLiteral("mail_%1").arg(++stored));
-      request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-      request.Let(QStringLiteral("Timestamp"),
-                  QStringLiteral("2021-01-01 00:%1:00").arg(stored, 2, 10, QChar(u'0')));
-      EXPECT_TRUE(
-          MailStore(program_->GetContext())
-              .StoreMessage(request, "Subject: No" + QByteArray::number(stored) + ".\r\n\r\n"));
-    }
-    MadeAnewBy([this] { program_->Parent()->MessageStored(); });
+    MadeAnewBy([&] {
+      for (int i = 0; i < count; ++i) {
+        const QByteArray number = QByteArray::number(++stored);
+        Come("mail_" + number, "No" + number + ".",
+             QStringLiteral("2021-01-01 00:%1:00").arg(stored, 2, 10, QChar(u'0')));
+      }
+    });
   };
   const auto shows = [this](int number) {
     return WaitFor([&] { return PageText().contains(QStringLiteral("No%1.").arg(number)); }, 5000);
@@ -352,52 +275,13 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   EXPECT_TRUE(shows(33)) << "the page that is read goes away";
 }
 
-// Behind another tab a page has no height, but the end and the row that the user left are there.
-TEST_F(FolderPageTest, APageBehindAnotherTabIsWhereItWasLeft) {
-  Begin(60, 100, true);
-  BrowserWindow* inbox = Browser();
-  const auto isThere = [&](const char* condition) {
-    auto* engine = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
-    return WaitFor([&] { return ScriptIn(*engine, QString::fromLatin1(condition)).toBool(); });
-  };
-  const char* const lastIsSeen =
-      "[...document.links].pop().getBoundingClientRect().bottom <= innerHeight";
-  ASSERT_TRUE(isThere(lastIsSeen));
-  auto* area = program_->Parent()->findChild<QMdiArea*>();
-  auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
-  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
-  ASSERT_TRUE(isThere("innerHeight === 0"));
-  Disk request(QStringLiteral("mail_new"));
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  EXPECT_TRUE(MailStore(program_->GetContext()).StoreMessage(request, "Subject: Came.\r\n\r\n"));
-  program_->Parent()->MessageStored();
-  ASSERT_TRUE(isThere("document.body.innerText.includes('Came.')"));
-  area->findChild<QTabBar*>()->setCurrentIndex(0);
-  EXPECT_TRUE(isThere(lastIsSeen));
-  auto* view = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
-  view->setFocus();
-  for (int i = 0; i < 30; ++i) QTest::keyClick(view->focusProxy(), Qt::Key_Up);
-  const char* const currentIsSeen =
-      "(() => { const place = document.querySelector('.vorn-current')?.getBoundingClientRect();"
-      " return !!place && place.top >= 0 && place.bottom <= innerHeight; })()";
-  ASSERT_TRUE(isThere(currentIsSeen));
-  area->findChild<QTabBar*>()->setCurrentIndex(1);
-  ASSERT_TRUE(isThere("innerHeight === 0"));
-  inbox->RunCommand(QStringLiteral("dust"));
-  ASSERT_TRUE(isThere("!document.body.innerText.includes('No32.')"));
-  area->findChild<QTabBar*>()->setCurrentIndex(0);
-  EXPECT_TRUE(isThere(currentIsSeen));
-}
-
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   Begin(60, 100);
   for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);
   // Where it comes to lie depends on the fonts, and on the size of the screen's dots.
   const double place = Script(QStringLiteral("scrollTo(0, 333), scrollY")).toDouble();
   ASSERT_GT(place, 100);
-  QSignalSpy loaded(Browser(), &BrowserWindow::Loaded);
-  program_->Parent()->MessageStored();
-  ASSERT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
+  MadeAnewBy([this] { program_->Parent()->MessageStored(); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
   EXPECT_EQ(Chosen(), Ids({3}));
   // What comes above moves nothing that is in sight.
@@ -407,13 +291,8 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   const QString before = Script(topmost).toString();
   MadeAnewBy([this] {
     for (int i = 0; i < 10; ++i) {
-      Disk request(QStringLiteral("mail_early_%1").arg(i));
-      request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-      request.Let(QStringLiteral("Timestamp"), QStringLiteral("2019-01-01 00:00:00"));
-      EXPECT_TRUE(
-          MailStore(program_->GetContext()).StoreMessage(request, "Subject: early\r\n\r\n"));
+      Come("mail_early_" + QByteArray::number(i), "early", QStringLiteral("2019-01-01 00:00:00"));
     }
-    program_->Parent()->MessageStored();
   });
   EXPECT_TRUE(WaitFor([&] { return Script(topmost).toString() == before; }));
   ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY > %1 + 50").arg(place)));
@@ -432,113 +311,6 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
       *tree,
       tree->findItems(QStringLiteral("受信"), Qt::MatchContains | Qt::MatchRecursive).value(0));
   EXPECT_EQ(Chosen().size(), 1);
-}
-
-// It is there when the new page is first seen, and not a moment later.
-TEST_F(FolderPageTest, APageMadeAnewDoesNotJump) {
-  Begin(60, 100);
-  Script(QStringLiteral("scrollTo(0, 500)"));
-  ASSERT_TRUE(WaitFor([this] { return View()->page()->scrollPosition().y() == 500; }));
-  AwaitPainted(*View());
-  const QImage before = View()->grab().toImage();
-  int others = 0;
-  QTimer look;
-  QObject::connect(&look, &QTimer::timeout, View(),
-                   [&] { others += View()->grab().toImage() == before ? 0 : 1; });
-  look.start(1);
-  for (int i = 0; i < 3; ++i) {
-    MadeAnewBy([this] { Browser()->Refresh(); });
-    AwaitPainted(*View());
-    test::RunFor(200);
-  }
-  look.stop();
-  EXPECT_EQ(others, 0) << "moments at which something else was in sight";
-  EXPECT_EQ(Script(QStringLiteral("scrollY")).toInt(), 500);
-  // Where the keyboard is left to the window, it is the page's.
-  program_->Parent()->setFocus();
-  EXPECT_TRUE(WaitFor([this] { return View()->isAncestorOf(QApplication::focusWidget()); }));
-}
-
-TEST_F(FolderPageTest, APageThatOpensAtItsEndStaysThereAndAnotherAtItsPlace) {
-  Begin(60, 100, true);
-  const QString atEnd =
-      QStringLiteral("innerHeight + scrollY >= document.documentElement.scrollHeight - 2");
-  const auto grow = [this](int number) {
-    Disk request(QStringLiteral("mail_%1").arg(number));
-    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-    request.Let(QStringLiteral("Timestamp"),
-                QStringLiteral("2021-01-01 00:%1:00").arg(number - 60));
-    EXPECT_TRUE(
-        MailStore(program_->GetContext())
-            .StoreMessage(request, "Subject: No" + QByteArray::number(number) + ".\r\n\r\n"));
-    MadeAnewBy([this] { program_->Parent()->MessageStored(); });
-    EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(number)));
-  };
-  ASSERT_TRUE(AwaitScript(atEnd));
-  grow(61);
-  EXPECT_TRUE(WaitFor([&] { return Script(atEnd).toBool(); }, 5000));
-  // A row that is read stays in sight, and Tab comes to its links alone.
-  const QString tabStops = QStringLiteral(
-      "[...document.querySelectorAll('a[href]')].filter(a => a.tabIndex >= 0).length");
-  EXPECT_EQ(Script(tabStops).toInt(), 0);
-  const QString inSight = QStringLiteral(
-      "(() => { const r = document.querySelector('.vorn-current').getBoundingClientRect();"
-      "  return r.top >= 0 && r.bottom <= innerHeight; })()");
-  Script(QStringLiteral("vorn.step(1, false)"));
-  ASSERT_TRUE(Script(QStringLiteral("(() => { while (document.querySelector('.vorn-current')"
-                                    "  .getBoundingClientRect().top > 40) vorn.step(-1, false);"
-                                    "  scrollTo(0, 1e9); })(), %1 && %2")
-                         .arg(inSight, atEnd))
-                  .toBool());
-  EXPECT_GE(Script(tabStops).toInt(), 1);
-  EXPECT_LE(Script(tabStops).toInt(), 4);
-  grow(62);
-  EXPECT_TRUE(WaitFor([&] { return Script(inSight).toBool(); }, 5000));
-  Settings(program_->GetContext())->Let(QStringLiteral("MessagesNewest"), false);
-  OpenFolder(fixed_serial::kInbox);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 62 && scrollY === 0")));
-  const double place = Script(QStringLiteral("scrollTo(0, 1e9), scrollY")).toDouble();
-  ASSERT_GT(place, 100);
-  grow(63);
-  EXPECT_TRUE(WaitFor(
-      [&] { return Script(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)).toBool(); },
-      5000));
-  EXPECT_FALSE(Script(atEnd).toBool());
-}
-
-TEST_F(FolderPageTest, KeysPressedWhileThePageIsMadeAnewActOnIt) {
-  Begin(4, 100);
-  Press(Qt::Key_Down);
-  MadeAnewBy([this] {
-    Browser()->Refresh();
-    Press(Qt::Key_Down);  // the page that is there will not be asked again
-    Press(Qt::Key_Down);
-    program_->Parent()->findChild<QAction*>(QStringLiteral("tb_dust"))->trigger();
-  });
-  EXPECT_TRUE(AwaitGone("No3."));
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
-  // What was meant for a page is not done on another one.
-  Press(Qt::Key_Home);
-  Browser()->Refresh();
-  Press(Qt::Key_Delete);
-  Browser()->ShowFolder(fixed_serial::kInbox);
-  AwaitPainted(*View());
-  test::RunFor(300);
-  EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 3);
-  Browser()->LoadDefaultProperty(nullptr, true);
-  Press(Qt::Key_Home);
-  EXPECT_EQ(Chosen(), Ids({1})) << "what is pressed before a page is there acts on it";
-}
-
-TEST_F(FolderPageTest, APageMadeAnewWhileItIsLoadingIsShown) {
-  Begin(60, 100);
-  for (int i = 0; i < 25; ++i) {
-    Browser()->LoadDefaultProperty(nullptr, true);
-    const QDir pages(Folder() + QStringLiteral("temp"));
-    EXPECT_EQ(pages.entryList(QDir::Files), QStringList()) << "what stands in it is in clear";
-    test::RunFor(i % 5 * 7);
-  }
-  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No60.")); }));
 }
 
 TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
@@ -570,7 +342,7 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   QTest::keyClick(&search, Qt::Key_Return);
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No59.")); }));
   // A page that is open follows the settings.
-  Settings(program_->GetContext())->Let(QStringLiteral("Messages"), 30);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("Messages"), 30);
   MadeAnewBy([this] { program_->Parent()->ApplySettings(); });
   EXPECT_TRUE(WaitFor([&pages] { return pages.text().contains(u'2'); }));
 }

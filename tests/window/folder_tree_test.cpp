@@ -3,11 +3,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-#include "mail/message_filing.h"
 #include "mail/window/message_window.h"
-#include "objects/object_loader.h"
-#include "objects/standard_objects.h"
-#include "storage/databases.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {

@@ -1,14 +1,11 @@
 // What senders, servers and users may come up with, one after the other in the running program:
-// names of attachments, answers of a server, conditions of folders.
+// names of attachments, answers of a server.
 
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/window/attachment_list.h"
-#include "objects/object_loader.h"
 #include "objects/window/objects_window.h"
-#include "support/hostile_conditions.h"
 #include "support/shown_texts.h"
 #include "window/folder_page_fixture.h"
 #include "window/message_window_fixture.h"
@@ -103,8 +100,6 @@ TEST_F(HostileNamesTest, EachIsAskedAboutInTheProgramsOwnWordsAndSavedInItsFolde
   }
   EXPECT_EQ(QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
             (QStringList{QStringLiteral("data"), QStringLiteral("out")}));
-  window.close();
-  EXPECT_TRUE(Gone());
 }
 
 // What a server says instead of its answer to a command.
@@ -246,44 +241,6 @@ TEST_F(HostileServerAnswersTest, NoneSpeaksForTheProgramShowsThePasswordOrKeepsT
   EXPECT_TRUE(subjects.contains(QStringLiteral("last")));
   EXPECT_EQ(subjects.size(), answers.size() + 1) << subjects.join(u'|').toStdString();
   ReadEvents();
-}
-
-class HostileConditionsTest : public FolderPageTest {
- protected:
-  // The page that a folder with this condition has.
-  QString PageOf(const QString& condition) {
-    const DiskPtr shelf = LoadObject(program_->GetContext(), QString::fromUtf16(kShelf));
-    shelf->Let(QStringLiteral("SqlUse"), true);
-    shelf->Let(QStringLiteral("Sql"), condition);
-    MadeAnewBy([&] { Browser()->ShowFolder(shelf->SerialID()); });
-    EXPECT_TRUE(
-        WaitFor([this] { return !Child<QWidget>(*Browser(), u"barCondition").isVisible(); }));
-    EXPECT_TRUE(AwaitScript(QStringLiteral("document.readyState === 'complete'")));
-    return PageText();
-  }
-};
-
-// What is not refused shows messages of the store and nothing else of it.
-TEST_F(HostileConditionsTest, EachIsRefusedInWordsAndChangesNothing) {
-  Begin(3, 100);
-  int asked = 0;
-  const auto refuses = [&](const QString& condition) {
-    ++asked;
-    const QString page = PageOf(condition);
-    EXPECT_TRUE(page.contains(QStringLiteral("フォルダを表示できません。")))
-        << condition.toStdString() << "\n"
-        << page.toStdString();
-    EXPECT_FALSE(page.contains(QStringLiteral("No1.")));
-    ExpectShowable(page, condition.toStdString());
-  };
-  for (const char16_t* condition : test::kForeignReads) refuses(QString::fromUtf16(condition));
-  for (const char16_t* condition : test::kNoConditions) refuses(QString::fromUtf16(condition));
-  for (const char16_t* statement : test::kWrites) {
-    refuses(QStringLiteral("1 = 1; ") + QString::fromUtf16(statement));
-  }
-  EXPECT_GE(asked, 40);
-  MadeAnewBy([this] { Browser()->ShowFolder(fixed_serial::kInbox); });
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
 }
 
 }  // namespace

@@ -102,10 +102,9 @@ class MessageWindowTest : public ProgramTest {
     return count;
   }
   QString File(const char* name, const QByteArray& bytes) const {
-    QFile file(folder_.filePath(QString::fromUtf8(name)));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    return file.fileName();
+    const QString path = folder_.filePath(QString::fromUtf8(name));
+    test::WriteFile(path, bytes);
+    return path;
   }
 
   test::LoopbackSmtpServer smtp_;

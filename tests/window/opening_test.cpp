@@ -1,15 +1,12 @@
 // What the program is started with, what enters and leaves it by menu, and what it keeps of its
 // windows.
 
-#include <QAbstractButton>
 #include <QFileDialog>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QSplitter>
-#include <QTableWidget>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -17,7 +14,6 @@
 #include <thread>
 
 #include "frame/ui_language.h"
-#include "mail/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "present/ready_layouts.h"
@@ -32,8 +28,7 @@ class OpeningTest : public ProgramTest {
  protected:
   QString File(const char* name, const QByteArray& bytes) {
     const QString path = folder_.path() + u'/' + QString::fromUtf8(name);
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    test::WriteFile(path, bytes);
     return path;
   }
   void StartWith(const QStringList& arguments) {
@@ -169,17 +164,6 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
       WaitFor([area] { return area->subWindowList()[0]->width() != area->viewport()->width(); }));
   Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
-  // A maximised one comes back so, and does not wander beneath.
-  const QPoint place = program_->Parent()->pos();
-  for (int start = 0; start < 2; ++start) {
-    program_->Parent()->showMaximized();
-    EndProgram();
-    StartWith({});
-    EXPECT_TRUE(WaitFor([this] { return program_->Parent()->isMaximized(); }));
-    const DiskPtr bag = program_->GetContext().Objects.Find(fixed_serial::kMainPlacement);
-    EXPECT_EQ(QPoint(bag->Number(u"left"), bag->Number(u"top")), place);
-    EXPECT_EQ(QSize(bag->Number(u"width"), bag->Number(u"height")), size);
-  }
 }
 
 // The screen that it was on may be gone or smaller by now.
@@ -199,38 +183,6 @@ TEST_F(OpeningTest, AWindowComesBackWholeOnToTheScreen) {
     EXPECT_TRUE(screen.adjusted(0, 0, frame.width(), frame.height()).contains(window.geometry()))
         << place.x();
     EXPECT_EQ(program_->Parent()->size(), size);
-    EndProgram();
-  }
-}
-
-TEST_F(OpeningTest, AFormerProfileIsOfferedTheNewLookOnce) {
-  for (const bool wanted : {true, false}) {
-    {
-      TestProfile profile;
-      const DiskPtr settings = Settings(profile.Get());
-      for (const char16_t* key : {u"ReadingPane", u"HtmlFirst", u"ReplyLine"})
-        settings->Remove(key);
-      EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
-      EXPECT_TRUE(ShareLayout(profile.Get(), QString(), OwnLayouts::Kept));
-      profile.Get().Data.CloseAll();
-      QDir(Folder()).removeRecursively();
-      CopyFolder(profile.Folder(), Folder());
-    }
-    EXPECT_TRUE(
-        InModal<QMessageBox>([this] { StartWith({}); },
-                             [&](QMessageBox& box) {
-                               EXPECT_TRUE(box.text().contains(QStringLiteral("新しい表示")));
-                               box.button(wanted ? QMessageBox::Yes : QMessageBox::No)->click();
-                             }));
-    const auto look = [this] {
-      return Settings(program_->GetContext())->Number(u"ReadingPane", -1);
-    };
-    EXPECT_EQ(look(), wanted ? 1 : 0);
-    EXPECT_EQ(SharedLayout(program_->GetContext()), wanted ? QStringLiteral("table") : QString());
-    EndProgram();
-    StartWith({});
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    EXPECT_EQ(look(), wanted ? 1 : 0);
     EndProgram();
   }
 }

@@ -26,16 +26,6 @@ class PageReplacingTest : public FolderPageTest {
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(messages)));
     loads_ = std::make_unique<QSignalSpy>(View(), &QWebEngineView::loadStarted);
   }
-  void Store(const QString& serialId, const QString& time, const QByteArray& subject) {
-    Disk request(serialId);
-    request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-    request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    request.Let(QStringLiteral("Timestamp"), time);
-    EXPECT_TRUE(MailStore(program_->GetContext())
-                    .StoreMessage(
-                        request, "From: b@example.jp\r\nSubject: " + subject + "\r\n\r\nbody\r\n"));
-    program_->Parent()->MessageStored();
-  }
   // Puts a mark on every row that stands there now.
   void MarkRows() const {
     Script(QStringLiteral(
@@ -63,7 +53,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
   MarkRows();
   ASSERT_EQ(KeptRows(), 6);
 
-  Store(QStringLiteral("mail_new"), QStringLiteral("2020-01-01 00:02:30"), "Between");
+  Come("mail_new", "Between", QStringLiteral("2020-01-01 00:02:30"));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 7")));
   EXPECT_EQ(Order(), Ids({1, 2}) + QStringList(QStringLiteral("mail_new")) + Ids({3, 4, 5, 6}));
   EXPECT_EQ(KeptRows(), 6);
@@ -81,7 +71,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
   EXPECT_EQ(KeptRows(), 4);
   EXPECT_EQ(Chosen(), Ids({5}));
 
-  const DiskPtr settings = Settings(program_->GetContext());
+  const DiskPtr settings = Settings(program_->GetContext()).Bag();
   settings->Let(QStringLiteral("NewestFirst"), true);
   MadeAnewBy([this] { Browser()->Refresh(); });
   settings->Let(QStringLiteral("NewestFirst"), false);
@@ -110,120 +100,6 @@ TEST_F(PageReplacingTest, AnotherFolderAndTheWayBackNeedNoLoadingEither) {
   EXPECT_EQ(Chosen(), Ids({1}));
   EXPECT_FALSE(PageText().contains(u"メッセージはありません"));
   EXPECT_EQ(loads_->count(), 0);
-}
-
-// Each key means what the ones before it have led to, however fast they come.
-TEST_F(PageReplacingTest, DeletingTakingBackAndDeletingAgainMeansOneMessage) {
-  BeginWith("table", 5);
-  Press(Qt::Key_Down);
-  Press(Qt::Key_Down);
-  const auto takeBack = [this] {
-    QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
-  };
-  for (int round = 0; round < 3; ++round) {
-    Press(Qt::Key_Delete);
-    takeBack();
-  }
-  EXPECT_EQ(Chosen(), Ids({2}));
-  EXPECT_TRUE(AwaitScript(QStringLiteral("!document.querySelector('.vorn-gone')")));
-  Press(Qt::Key_Delete);
-  takeBack();
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
-  EXPECT_EQ(Order(), Ids({1, 3, 4, 5}));
-  EXPECT_EQ(Chosen(), Ids({3}));
-  takeBack();
-  Press(Qt::Key_Down);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
-  EXPECT_EQ(Chosen(), Ids({3})) << "the one after the one that came back";
-  // So do several.
-  Press(Qt::Key_Down, Qt::ShiftModifier);
-  Press(Qt::Key_Delete);
-  takeBack();
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
-  EXPECT_EQ(Order(), Ids({1, 2, 5}));
-  takeBack();
-  EXPECT_EQ(Chosen(), Ids({3, 4}));
-  Press(Qt::Key_Escape);
-  // What was filed comes back as well, and the next key means it.
-  Drop(QStringLiteral("mail_2"), QString::fromUtf16(kShelf));
-  takeBack();
-  Press(Qt::Key_S);
-  EXPECT_EQ(Chosen(), Ids({2}));
-  EXPECT_TRUE(AwaitScript(
-      QStringLiteral("document.querySelector('.vorn-current').innerText.includes('★')")));
-}
-
-// Neither is it done on another page of the folder, to which the user has gone meanwhile.
-TEST_F(PageReplacingTest, TheNextUnopenedOneIsNotSoughtFromAnotherPage) {
-  Begin(30, 10);
-  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
-  Press(Qt::Key_Down);
-  Press(Qt::Key_Down);
-  ASSERT_EQ(Chosen(), Ids({12}));
-  Browser()->Refresh();
-  Press(Qt::Key_N);
-  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("document.body.innerText.includes('No30.')")));
-  EXPECT_EQ(Chosen(), QStringList());
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  EXPECT_EQ(Order(), Ids({21, 22, 23, 24, 25, 26, 27, 28, 29, 30}));
-}
-
-TEST_F(PageReplacingTest, WhatIsPressedInAFolderIsNotDoneInAnother) {
-  BeginWith("table", 4);
-  Press(Qt::Key_End);
-  ASSERT_EQ(Chosen(), Ids({4}));
-  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
-  Browser()->Refresh();
-  Press(Qt::Key_Down);
-  QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
-  Press(Qt::Key_Delete);
-  Browser()->ShowFolder(QString::fromUtf16(kShelf));
-  ASSERT_TRUE(WaitFor([this] { return View()->title() == u"棚"; }));
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
-  Press(Qt::Key_Down);
-  EXPECT_EQ(Chosen(), Ids({4}));
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  EXPECT_EQ(Order(), Ids({4}));
-}
-
-// What is pressed then is meant for that message.
-TEST_F(PageReplacingTest, AMessageThatComesBackIsGoneToOnItsPage) {
-  Begin(12, 5);
-  Press(Qt::Key_Home);
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5 && vorn.current() === 'mail_2'")));
-  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
-  Press(Qt::Key_Down);
-  ASSERT_EQ(Chosen(), Ids({7}));
-  const auto takeBack = [this] {
-    QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
-  };
-  takeBack();
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("document.body.innerText.includes('No6.')")));
-  EXPECT_EQ(Order(), Ids({2, 3, 4, 5, 6}));
-  EXPECT_EQ(Chosen(), Ids({2}));
-  MadeAnewBy([this] { Child<QAction>(*Browser(), u"next").trigger(); });
-  takeBack();
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_1'")));
-  EXPECT_EQ(Order(), Ids({1, 2, 3, 4, 5}));
-  // Another folder does not show it, and stays as it is.
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
-  Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf));
-  MadeAnewBy([this] { Browser()->ShowFolder(QString::fromUtf16(kShelf)); });
-  Press(Qt::Key_Down);
-  ASSERT_EQ(Chosen(), Ids({4}));
-  Drop(QStringLiteral("mail_5"), fixed_serial::kDust);
-  takeBack();
-  Press(Qt::Key_Delete);
-  MadeAnewBy([this] { Browser()->ShowFolder(fixed_serial::kInbox); });
-  EXPECT_TRUE(AwaitScript(QStringLiteral("document.body.innerText.includes('No4.')")));
-  EXPECT_TRUE(PageText().contains(QStringLiteral("No5.")));
 }
 
 TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
@@ -286,47 +162,20 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   // Rows within rows.
   layOut("<ul><+MAIL><li><+DIALOG><+SUBJECT><+DIALOG><ul><+MAIL>");
   EXPECT_EQ(loads_->count(), 2);
-  Store(QStringLiteral("mail_new"), QStringLiteral("2020-01-02 00:00:00"), "Last");
+  Come("mail_new", "Last", QStringLiteral("2020-01-02 00:00:00"));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
   EXPECT_EQ(loads_->count(), 3);
   EXPECT_EQ(Chosen(), Ids({2}));
 }
 
-TEST_F(PageReplacingTest, TheCurrentRowStaysInSightInASmallerWindow) {
-  BeginWith("table", 40);
-  program_->Parent()->resize(900, 800);
-  const QString last = QStringLiteral(
-      "vorn.goTo(Math.floor((innerHeight - 40) / document.querySelector('.row').offsetHeight) - 2,"
-      " false), innerHeight > 400");
-  ASSERT_TRUE(AwaitScript(last));
-  const int before = Script(QStringLiteral("innerHeight")).toInt();
-  program_->Parent()->resize(900, 450);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("innerHeight < %1 - 40").arg(before)));
-  EXPECT_TRUE(
-      AwaitScript(QStringLiteral("document.querySelector('.vorn-current').getBoundingClientRect()."
-                                 "bottom <= innerHeight + 1")));
-}
-
-TEST_F(PageReplacingTest, WhereAllThatWasInSightHasGoneTheNextRowIs) {
-  BeginWith("table", 60);
-  program_->Parent()->resize(900, 450);
-  Script(QStringLiteral("vorn.goTo(2, false), vorn.goTo(32, true)"));
-  Press(Qt::Key_Delete);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 29 && vorn.current() === 'mail_34'")));
-  EXPECT_TRUE(AwaitScript(
-      QStringLiteral("(() => { const place = "
-                     "document.querySelector('.vorn-current').getBoundingClientRect();"
-                     " return place.top >= -1 && place.bottom <= innerHeight + 1; })()")));
-}
-
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
   BeginWith("table", 4);
-  Script(QStringLiteral("vorn.goTo(2, false), vorn.leaveToGap()"));
+  Script(QStringLiteral("vorn.goTo(2, false), vorn.deselectToGap()"));
   MadeAnewBy([this] { Browser()->Refresh(); });
   EXPECT_EQ(Chosen(), QStringList());
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({3}));
-  Script(QStringLiteral("vorn.leaveToGap()"));
+  Script(QStringLiteral("vorn.deselectToGap()"));
   Press(Qt::Key_Up);
   EXPECT_EQ(Chosen(), Ids({2}));
 }

@@ -2,8 +2,6 @@
 
 #include "kit/window/plain_text.h"
 
-#include <QLabel>
-#include <QListWidget>
 #include <QStyledItemDelegate>
 #include <QTableWidget>
 
@@ -21,38 +19,6 @@ TEST(PlainText, ControlsAndMarksOfDirectionAreShownAndLengthIsBounded) {
   EXPECT_EQ(ShownText(QStringLiteral("日本語 😀")), QStringLiteral("日本語 😀"));
   EXPECT_EQ(ShownToolTip(QStringLiteral("<b>x")), QStringLiteral("<qt>&lt;b&gt;x</qt>"));
   EXPECT_EQ(ShownToolTip(QString()), QString());
-}
-
-// The name of a file wrote its own words into the program's warning.
-TEST_F(MessageWindowTest, AFilesNameCannotSpeakForTheProgram) {
-  const QByteArray name = "<h1>safe</h1><img src=/dev/zero>\xE2\x80\xAEgnp.exe";
-  MessageWindow& window = OpenStored(
-      "From: a@example.jp\r\nSubject: <b>s\xE2\x80\xAE</b>\r\nMIME-Version: 1.0\r\n"
-      "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\nContent-Type: text/plain\r\n\r\n"
-      "text\r\n--b\r\nContent-Type: application/octet-stream\r\nContent-Disposition: "
-      "attachment;\r\n"
-      " filename=\"=?UTF-8?B?" +
-          name.toBase64() + "?=\"\r\n\r\nMZ\r\n--b--\r\n",
-      4);
-  EXPECT_TRUE(window.windowTitle().contains(QStringLiteral("[U+202E]")))
-      << window.windowTitle().toStdString();
-  auto& list = Child<QListWidget>(window, u"lvClip");
-  ASSERT_EQ(list.count(), 1);
-  EXPECT_TRUE(list.item(0)->text().contains(QStringLiteral("[U+202E]gnp.exe")));
-  list.setCurrentRow(0);
-  Qt::TextFormat format = Qt::AutoText;
-  QString text;
-  EXPECT_TRUE(InModal<QMessageBox>([&] { Q_EMIT list.itemActivated(list.item(0)); },
-                                   [&](QMessageBox& box) {
-                                     format = box.textFormat();
-                                     text = box.text();
-                                     QTest::keyClick(&box, Qt::Key_Escape);
-                                   }));
-  EXPECT_EQ(format, Qt::PlainText);
-  EXPECT_TRUE(text.contains(QStringLiteral("<h1>safe</h1>"))) << text.toStdString();
-  EXPECT_TRUE(text.contains(QStringLiteral("[U+202E]gnp.exe")));
-  window.close();
-  EXPECT_TRUE(Gone());
 }
 
 // It turned the address behind it round: the sender named himself somebody else.
@@ -99,8 +65,6 @@ TEST_F(MessageWindowTest, AMarkWithinAnAddressIsItsFault) {
   for (int row = 0; row < rows.rowCount(); ++row) all += rows.item(row, 1)->text() + u'\n';
   EXPECT_TRUE(all.contains(QChar(0x202E))) << qPrintable(all);
   EXPECT_TRUE(rows.FirstFault().contains(QChar(0x202E))) << qPrintable(rows.FirstFault());
-  window.close();
-  EXPECT_TRUE(Gone());
 }
 
 }  // namespace

@@ -21,6 +21,7 @@
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "support/engine_answer.h"
 #include "support/loopback_pop3_server.h"
 #include "support/window_driving.h"
@@ -40,7 +41,7 @@ using test::WaitFor;
 // The folder page as it is without settings: with all its links at any width, which open messages.
 inline void TakePlainLook(Context& context) {
   EXPECT_TRUE(ShareLayout(context, QString(), OwnLayouts::Kept));
-  const DiskPtr settings = Settings(context);
+  const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("ReadingPane"), 0);
   EXPECT_TRUE(SaveObject(context, DatabaseKind::Profile, *settings));
 }
@@ -54,7 +55,7 @@ class ProgramTest : public testing::Test {
   void Prepare(const QString& password, int rowsPerPage = 100) {
     TestProfile profile(password);
     profile.AddAccount(server_.Port());
-    const DiskPtr settings = Settings(profile.Get());
+    const DiskPtr settings = Settings(profile.Get()).Bag();
     settings->Let(QStringLiteral("Messages"), rowsPerPage);
     settings->Let(QStringLiteral("MessagesNewest"), false);
     EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
@@ -170,7 +171,8 @@ class ProgramTest : public testing::Test {
   // The chosen messages. The window is asked, which keeps questions and keys in their order while
   // the page is made anew.
   QStringList Chosen() const {
-    return AnswerTo<QStringList>([this](const auto& then) { Browser()->ChosenMessages(then); });
+    return AnswerTo<QStringList>(
+        [this](const auto& then) { Browser()->Folder().ChosenMessages(then); });
   }
   // What a script answers that runs in a page's world of the program.
   static QVariant ScriptIn(QWebEngineView& view, const QString& script) {

@@ -1,7 +1,6 @@
 // Random edits by keys and mouse, left in any state, and then one command: what the window showed
 // is what is sent and kept.
 
-#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QDropEvent>

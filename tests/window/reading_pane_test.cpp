@@ -90,7 +90,7 @@ TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
   tabs->setCurrentIndex(0);
   auto* pane = inbox->findChild<ReadingPane*>();
-  inbox->GoToMessage(Ids({1}).first());
+  inbox->Folder().GoToMessage(Ids({1}).first());
   ASSERT_TRUE(WaitFor([&] { return pane->Shown() == Ids({1}).first(); }));
   tabs->setCurrentIndex(1);
   test::RunFor(500);
@@ -178,18 +178,10 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   EXPECT_EQ(Chosen(), QStringList()) << "a command would meet a message that is not in sight";
 }
 
-TEST_F(ReadingPaneTest, WhoAsksForAReceiptIsAnsweredInAWindow) {
-  BeginReading(1, "Disposition-Notification-To: a@example.jp\r\n");
-  Press(Qt::Key_Down);
-  ASSERT_TRUE(AwaitShown(1));
-  EXPECT_TRUE(Child<QWidget>(*Pane(), u"frReceipt").isVisible());
-  test::RunFor(2500);
-  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
-}
-
 TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {
   BeginReading(
       1,
+      "Disposition-Notification-To: a@example.jp\r\n"
       "Content-Type: multipart/signed; protocol=\"application/pgp-signature\"; boundary=b\r\n"
       "\r\n--b\r\nContent-Type: text/calendar; method=REQUEST\r\n\r\n"
       "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nMETHOD:REQUEST\r\nBEGIN:VEVENT\r\nUID:1\r\n"
@@ -199,6 +191,10 @@ TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(1));
   EXPECT_TRUE(Child<QWidget>(*Pane(), u"frPaneSigned").isVisible());
+  // Who asks for a receipt is answered in a window.
+  EXPECT_TRUE(Child<QWidget>(*Pane(), u"frReceipt").isVisible());
+  test::RunFor(2500);
+  EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
   Child<QPushButton>(*Pane(), u"cmOpenAppointment").click();
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
 }
@@ -264,41 +260,7 @@ TEST_F(ReadingPaneTest, KeysActOnItThereToo) {
   text.setFocus();
   QTest::keyClick(&text, Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(text.textCursor().selectedText().trimmed(), QStringLiteral("body"));
-  EXPECT_EQ(Browser()->CountChosen(), 0);
-}
-
-// The button that has the keyboard goes with its click.
-TEST_F(ReadingPaneTest, TheListStaysWhereItIsWhenPicturesAreWanted) {
-  BeginReading(60);
-  Context& context = program_->GetContext();
-  Disk request(QStringLiteral("mail_html"));
-  request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
-  request.Let(QStringLiteral("Timestamp"), QStringLiteral("2020-02-01 00:00:00"));
-  EXPECT_TRUE(
-      MailStore(context).StoreMessage(request,
-                                      "Subject: html\r\nContent-Type: text/html\r\n\r\n<p>x<img "
-                                      "src=http://127.0.0.1:9/a.png>"));
-  MadeAnewBy([this] { program_->Parent()->MessageStored(); });
-  Press(Qt::Key_End);
-  ASSERT_TRUE(WaitFor([this] { return Pane()->Shown() == u"mail_html"; }));
-  auto* button = Pane()->findChild<QPushButton*>(QStringLiteral("cmRemoteImages"));
-  ASSERT_TRUE(WaitFor([&button, this] {
-    button = Pane()->findChild<QPushButton*>(QStringLiteral("cmRemoteImages"));
-    return button != nullptr && button->isVisible();
-  }));
-  const double place = Script(QStringLiteral("scrollY")).toDouble();
-  EXPECT_GT(place, 100);
-  button->setFocus();
-  ASSERT_TRUE(WaitFor([&button] { return button->hasFocus(); }));
-  QTest::keyClick(button, Qt::Key_Space);
-  ASSERT_TRUE(WaitFor([&button] { return !button->isVisible(); }));
-  EXPECT_TRUE(Pane()->isAncestorOf(QApplication::focusWidget()));
-  // Nor does the key that goes from control to control.
-  View()->setFocus(Qt::TabFocusReason);
-  test::RunFor(100);
-  EXPECT_EQ(Script(QStringLiteral("scrollY")).toDouble(), place);
-  EXPECT_EQ(Script(QStringLiteral("document.activeElement.tagName")).toString(),
-            QStringLiteral("BODY"));
+  EXPECT_EQ(Browser()->Folder().CountChosen(), 0);
 }
 
 }  // namespace

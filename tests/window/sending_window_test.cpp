@@ -95,7 +95,7 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
 TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
   const QString longLine = QStringLiteral("abcd ").repeated(29) + QStringLiteral("あ");
   for (const bool wraps : {false, true}) {
-    Settings(Context())->Let(QStringLiteral("WrapLines"), wraps);
+    Settings(Context()).Bag()->Let(QStringLiteral("WrapLines"), wraps);
     MessageWindow& window = OpenStored(kDraft, 1);
     auto& text = Child<QPlainTextEdit>(window, u"txMemo");
     text.setPlainText(longLine + QStringLiteral("\nab"));
@@ -115,36 +115,6 @@ TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
   MessageWindow& read = OpenStored(kPlain, 4);
   EXPECT_FALSE(Child<QLabel>(read, u"lbLine").isVisible());
   CloseAndWait(read);
-}
-
-TEST_F(SendingWindowTest, WhatIsReadAndWhatIsWrittenHaveFontsOfTheirOwn) {
-  const auto points = [](const MessageWindow& window) {
-    return Child<QPlainTextEdit>(window, u"txMemo").font().pointSize();
-  };
-  const DiskPtr settings = Settings(Context());
-  settings->Let(QStringLiteral("MessageFontSize"), 17);
-  settings->Let(QStringLiteral("EditFontSize"), 23);
-  settings->Let(QStringLiteral("EditFont"), QStringLiteral("Serif"));
-  MessageWindow& read = OpenStored(kPlain, 4);
-  EXPECT_EQ(points(read), 17);
-  CloseAndWait(read);
-  MessageWindow& written = OpenStored(kDraft, 1);
-  EXPECT_EQ(points(written), 23);
-  EXPECT_EQ(Child<QPlainTextEdit>(written, u"txMemo").font().family(), QStringLiteral("Serif"));
-  settings->Let(QStringLiteral("EditFontSize"), 30);
-  program_->Parent()->ApplySettings();
-  EXPECT_EQ(points(written), 30);
-  CloseAndWait(written);
-
-  settings->Let(QStringLiteral("ListFontSize"), 21);
-  settings->Let(QStringLiteral("ListFont"), QStringLiteral("No\"such"));
-  program_->Parent()->ApplySettings();
-  const QString script = QStringLiteral(
-      "(() => { const s = getComputedStyle(document.body);"
-      " return s.fontFamily + ' ' + Math.round(parseFloat(s.fontSize)); })()");
-  EXPECT_TRUE(WaitFor([&] {
-    return Script(script).toString() == QStringLiteral("Nosuch, sans-serif 28");
-  })) << Script(script).toString().toStdString();
 }
 
 TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {

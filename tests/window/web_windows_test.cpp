@@ -10,6 +10,7 @@
 #include <QWebEngineSettings>
 
 #include "mail/window/message_window.h"
+#include "present/window/web_navigation.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -40,14 +41,14 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 3 && other.asked.size() == 1; }));
   BrowserWindow* news = Browsers().back();
   EXPECT_TRUE(WaitFor([news] { return news->isVisible(); }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(news->Web().WindowName(), QStringLiteral("news"));
   EXPECT_EQ(other.asked[0], "/news");
   // Another window's link with the same target goes there; the window made for it goes.
   QWebEngineView* second = open("/two");
   click(second);
   ASSERT_TRUE(WaitFor([&] { return other.asked.size() == 2; }));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 4; }));
-  EXPECT_EQ(news->WindowName(), QStringLiteral("news"));
+  EXPECT_EQ(news->Web().WindowName(), QStringLiteral("news"));
 
   BrowserWindow* window = Browsers()[1];
   test::Press(Child<QWidget>(*window, u"url"));
@@ -104,7 +105,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   WebSite site("<script>fetch('/ran')</script>");
   WebSite other("<script>fetch('/ran')</script>");
   WebSite plain("<p onclick='x()'>plain</p>");
-  const DiskPtr settings = Settings(program_->GetContext());
+  const DiskPtr settings = Settings(program_->GetContext()).Bag();
   const auto open = [&](const WebSite& web) -> BrowserWindow& {
     const size_t before = Browsers().size();
     program_->Parent()->OpenWebPage(QString::fromLatin1(web.Url() + "/page"));
@@ -161,7 +162,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
 // Allowing scripts sends no form a second time: it may be an order.
 TEST_F(FolderPageTest, AllowingScriptsSendsNoFormAgain) {
   Begin(1, 100);
-  Settings(program_->GetContext())->Let(QStringLiteral("ScriptsAsked"), true);
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ScriptsAsked"), true);
   WebSite site(
       "<body style='margin:0'><script>fetch('/ran')</script><form method=post action='/order'>"
       "<input type=submit style='width:300px;height:200px'></form>");

@@ -12,18 +12,20 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/tool_letter.h"
+#include "mail/address_book.h"
 #include "mail/codec/address.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/like_pattern.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
 namespace {
 
-const QString kAnswer = QStringLiteral("status");
 // The splitter's position is kept in the units of the window's other places, fifteenths of a pixel.
 constexpr int kUnitsPerPixel = 15;
 constexpr int kDefaultSplit = 2400;
@@ -102,8 +104,8 @@ void AddressWindow::FillTree(const QString& draw) {
   all->setIcon(0, Icon(object_type::kBook));
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(all, {object->Text(u"Object")});
-    item->setIcon(0, Icon(object->Text(u"Draw")));
+    auto* item = new QTreeWidgetItem(all, {AnyObject(*object).Name()});
+    item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
   }
   tvObject_->expandAll();
@@ -114,18 +116,18 @@ void AddressWindow::Seek() {
   const QTreeWidgetItem* node = tvObject_->currentItem();
   const QString key = node == nullptr ? QString() : node->data(0, Qt::UserRole).toString();
   const DiskPtr chosen = context_.Objects.Find(key);
-  const bool isBook = chosen != nullptr && chosen->Text(u"FormName") == object_type::kBook;
+  const bool isBook = chosen != nullptr && AnyObject(*chosen).Is(object_type::kBook);
   request_->Let(QStringLiteral("string"), text);
   request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   // Without a search "select" would take whole books, which nobody means.
-  const bool selects = !text.isEmpty() || !Settings(context_)->Flag(u"AddressSearch");
+  const bool selects = !text.isEmpty() || !Settings(context_).SearchesAddresses();
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
-    if (object->Text(u"FormName") != object_type::kBook) continue;
+    if (!AnyObject(*object).Is(object_type::kBook)) continue;
     if (isBook && object->SerialID() != key) continue;
-    for (const QString& line : object->Text(u"Addressbook").split(kLineBreak, Qt::SkipEmptyParts)) {
+    for (const QString& line : BookLines(*object).split(kLineBreak, Qt::SkipEmptyParts)) {
       const AddressEntry entry = ParseAddressEntry(line);
       if (entry.address.isEmpty()) continue;
       if (!text.isEmpty() && !pattern.Matches(entry.address) &&
@@ -145,19 +147,19 @@ void AddressWindow::Select() {
     const QListWidgetItem* item = lvCandidacy_->item(row);
     if (item->isSelected()) lines.append(item->data(Qt::UserRole).toString());
   }
-  context_.Session->Let(kAnswer, lines.join(kLineBreak));
+  ProfileBag::SetAnswer(*context_.Session, lines.join(kLineBreak));
   accept();
 }
 
 QString SelectAddresses(Context& context, QWidget* parent, const QString& types) {
   auto request = std::make_shared<Disk>(context.Data.NewSerialID());
   request->Let(QStringLiteral("draw"), types);
-  context.Session->Let(kAnswer, QString());
+  ProfileBag::SetAnswer(*context.Session, QString());
   AddressWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  const QString chosen = context.Session->Text(kAnswer);
-  context.Session->Let(kAnswer, QString());
+  const QString chosen = ProfileBag(*context.Session).Answer();
+  ProfileBag::SetAnswer(*context.Session, QString());
   return chosen;
 }
 

@@ -14,16 +14,15 @@
 
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
-#include "objects/object_types.h"
+#include "objects/any_object.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
 
-const QString kLineAnswer = QStringLiteral("status");
-const QString kCancel = QStringLiteral("cancel");
 constexpr int kMinimumWidth = 360;
 
 }  // namespace
@@ -133,15 +132,15 @@ void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(QStringList{object->Text(u"Object")});
-    item->setIcon(0, Icon(object->Text(u"Draw")));
+    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).Name()});
+    item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
     items.insert(object->SerialID(), item);
   }
   // Under its parent where that is shown too, as in the main window.
   for (const DiskPtr& object : *objects) {
     QTreeWidgetItem* item = items.value(object->SerialID());
-    QTreeWidgetItem* parent = items.value(object->Text(u"Parent"));
+    QTreeWidgetItem* parent = items.value(AnyObject(*object).Parent());
     const QTreeWidgetItem* above = parent;
     while (above != nullptr && above != item) above = above->parent();
     if (parent != nullptr && above == nullptr) {
@@ -193,14 +192,14 @@ void ConsoleWindow::cmOk_Click() {
 }
 
 void ConsoleWindow::End(const QVariant& answer) {
-  context_.Session->Let(kLineAnswer, answer);
-  context_.Session->Let(kCancel, false);
+  ProfileBag::SetAnswer(*context_.Session, answer);
+  ProfileBag::SetCancelled(*context_.Session, false);
   accept();
 }
 
 void ConsoleWindow::reject() {
-  context_.Session->Let(kLineAnswer, QString());
-  context_.Session->Let(kCancel, true);
+  ProfileBag::SetAnswer(*context_.Session, QString());
+  ProfileBag::SetCancelled(*context_.Session, true);
   QDialog::reject();
 }
 
@@ -218,7 +217,8 @@ QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QStri
   ConsoleWindow window(context, parent);
   window.LoadDefaultProperty(request);
   window.exec();
-  return context.Session->Flag(kCancel) ? QString() : context.Session->Text(kLineAnswer);
+  const ProfileBag session(*context.Session);
+  return session.IsCancelled() ? QString() : session.Answer();
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
 #include "mail/folder_listing.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "present/window/condition_wait.h"
 #include "storage/condition_limit.h"
@@ -112,7 +113,7 @@ void ArchiveCommands::Import(const QStringList& paths) {
   const QString text =
       Ui::tr("%1通を「%2」に取り込みました。")
           .arg(counts.imported)
-          .arg(inbox == nullptr ? QString() : inbox->Text(u"Object")) +
+          .arg(inbox == nullptr ? QString() : AnyObject(*inbox).Name()) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {

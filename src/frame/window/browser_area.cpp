@@ -9,6 +9,9 @@
 
 #include "kit/window/icons.h"
 #include "present/window/browser_window.h"
+#include "present/window/page_rest.h"
+#include "present/window/shown_folder.h"
+#include "present/window/web_navigation.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -16,7 +19,6 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kAwakePages = 2;
-const QString kMainBag = QStringLiteral("parent");
 const QString kArrange = QStringLiteral("arrange");
 
 BrowserWindow* In(const QMdiSubWindow* frame) {
@@ -56,7 +58,7 @@ void BrowserArea::Add(BrowserWindow* window) {
   connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
     if (std::exchange(shown, window->Tag()) != window->Tag()) Q_EMIT ActiveChanged();
   });
-  connect(window, &BrowserWindow::ChosenChanged, this, &BrowserArea::ChosenChanged);
+  connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);
   QMdiSubWindow* frame = addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   // A web page calls itself what it likes, also by the name of a folder.
@@ -90,18 +92,19 @@ BrowserWindow* BrowserArea::Active() const {
 
 BrowserWindow* BrowserArea::Named(const QString& name, const BrowserWindow* asking) const {
   for (BrowserWindow* browser : Browsers()) {
-    if (browser != asking && !browser->Dust() && browser->WindowName() == name) return browser;
+    if (browser != asking && !browser->Dust() && browser->Web().WindowName() == name)
+      return browser;
   }
   return nullptr;
 }
 
 Arrangement BrowserArea::Current() const {
   const auto tiled = static_cast<int>(Arrangement::Tiled);
-  return static_cast<Arrangement>(PlacementBag(context_, kMainBag)->Number(kArrange, tiled));
+  return static_cast<Arrangement>(PlacementBag(context_, kMainPlacement)->Number(kArrange, tiled));
 }
 
 void BrowserArea::Arrange(Arrangement arrangement) {
-  PlacementBag(context_, kMainBag)->Let(kArrange, static_cast<int>(arrangement));
+  PlacementBag(context_, kMainPlacement)->Let(kArrange, static_cast<int>(arrangement));
   ArrangeAsKept();
 }
 
@@ -136,8 +139,8 @@ void BrowserArea::RestHidden() {
   for (qsizetype i = 0; i < frames.size(); ++i) {
     BrowserWindow* browser = In(frames[i]);
     if (browser == nullptr) continue;
-    i < resting ? browser->Rest() : browser->Wake();
-    browser->Cover(HasTabs() && i + 1 < frames.size());
+    i < resting ? browser->Resting().Begin() : browser->Resting().Wake();
+    browser->Folder().Cover(HasTabs() && i + 1 < frames.size());
   }
 }
 
@@ -150,13 +153,14 @@ void BrowserArea::GiveKeysToPage() {
   if (std::exchange(front_, browser) == browser || browser == nullptr) return;
   // Once the area has given the keyboard to whichever control comes first.
   QTimer::singleShot(0, this, [browser] {
-    if (browser != nullptr) browser->TakeKeys();
+    if (browser != nullptr) browser->Resting().TakeKeys();
   });
 }
 
 void BrowserArea::TakeIdleKeys() {
   BrowserWindow* browser = Active();
-  if (!ends_ && browser != nullptr && QApplication::focusWidget() == window()) browser->TakeKeys();
+  if (!ends_ && browser != nullptr && QApplication::focusWidget() == window())
+    browser->Resting().TakeKeys();
 }
 
 void BrowserArea::Opened(const QString& folder, BrowserWindow* window) {

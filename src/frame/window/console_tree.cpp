@@ -1,21 +1,17 @@
 #include "frame/window/console_tree.h"
 
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QMenu>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QTreeWidgetItemIterator>
-#include <QUrl>
 
+#include "frame/window/message_drop.h"
+#include "frame/window/node_commands.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "objects/select_objects.h"
-#include "present/link_command.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -31,16 +27,6 @@ struct GroupText {
   const QString& type;
   QString text;
 };
-
-// The message whose link is being dragged from a folder's page.
-QString DraggedMessage(const QMimeData& dragged) {
-  for (const QUrl& url : dragged.urls()) {
-    if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
-      return command->serialId;
-    }
-  }
-  return {};
-}
 
 // Whether `item` hangs under `above`, however deep.
 bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
@@ -65,7 +51,10 @@ QList<GroupText> GroupTexts() {
 }  // namespace
 
 ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
-    : QTreeWidget(parent), context_(context) {
+    : QTreeWidget(parent),
+      context_(context),
+      commands_(new NodeCommands(*this)),
+      drop_(new MessageDrop(context, *this, kKeyRole)) {
   setObjectName(QStringLiteral("tvConsole"));
   setAccessibleName(Ui::tr("コンソールツリー"));
   setHeaderHidden(true);
@@ -76,7 +65,6 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setMinimumSectionSize(0);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
-  viewport()->setAcceptDrops(true);
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemPressed, this,
           [this](QTreeWidgetItem* item) { pressed_ = item->data(0, kKeyRole).toString(); });
@@ -87,11 +75,11 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
     if (tag == object_type::kFolder || tag == kLogTag) {
       Open(*item, IsControlHeld());
     } else {
-      ShowProperties();
+      commands_->ShowProperties();
     }
   });
   connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 comes through keyPressEvent
+  setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 is a command
 }
 
 void ConsoleTree::Open(const QTreeWidgetItem& item, bool inTabOfItsOwn) {
@@ -104,7 +92,7 @@ void ConsoleTree::Fill() {
   clear();
   groups_.clear();
   nodes_.clear();
-  auto* root = new QTreeWidgetItem(this, {context_.Session->Text(u"Object")});
+  auto* root = new QTreeWidgetItem(this, {AnyObject(*context_.Session).Name()});
   root->setIcon(0, Icon(object_type::kProfile));
   root->setData(0, kKeyRole, context_.Session->SerialID());
   root->setData(0, kTagRole, object_type::kProfile);
@@ -127,8 +115,8 @@ QTreeWidgetItem* ConsoleTree::Group(const QString& type) const {
 }
 
 void ConsoleTree::ShowObject(const Disk& object) {
-  QTreeWidgetItem* place = nodes_.value(object.Text(u"Parent"));
-  if (place == nullptr) place = Group(object.Text(u"FormName"));
+  QTreeWidgetItem* place = nodes_.value(AnyObject(object).Parent());
+  if (place == nullptr) place = Group(AnyObject(object).Type());
   if (place == nullptr) return;
   const QSignalBlocker quiet(this);
   QTreeWidgetItem*& node = nodes_[object.SerialID()];
@@ -140,16 +128,16 @@ void ConsoleTree::ShowObject(const Disk& object) {
     place->addChild(node);
   }
   place->setExpanded(true);
-  node->setText(0, object.Text(u"Object"));
-  node->setToolTip(0, ShownToolTip(object.Text(u"ToolTipText")));
-  node->setIcon(0, Icon(object.Text(u"Draw")));
+  node->setText(0, AnyObject(object).Name());
+  node->setToolTip(0, ShownToolTip(AnyObject(object).ToolTip()));
+  node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kKeyRole, object.SerialID());
-  node->setData(0, kTagRole, object.Text(u"FormName"));
+  node->setData(0, kTagRole, AnyObject(object).Type());
 }
 
 void ConsoleTree::RefreshNode(const QString& serialId) {
   if (serialId == context_.Session->SerialID() && topLevelItemCount() > 0) {
-    topLevelItem(0)->setText(0, context_.Session->Text(u"Object"));
+    topLevelItem(0)->setText(0, AnyObject(*context_.Session).Name());
   }
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
     ShowObject(*object);
@@ -230,37 +218,6 @@ QStringList ConsoleTree::Folders() const {
   return folders;
 }
 
-// A folder that is filled by hand, the dust bin, or the inbox, which takes out of the dust bin.
-QString ConsoleTree::TakingFolderAt(const QPoint& at) const {
-  const QTreeWidgetItem* item = itemAt(at);
-  const QString key = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
-  const DiskPtr folder = context_.Objects.Find(key);
-  if (folder == nullptr) return {};
-  const bool takes =
-      key == fixed_serial::kDust || key == fixed_serial::kInbox || IsFilledByHand(*folder);
-  return takes ? key : QString();
-}
-
-void ConsoleTree::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DraggedMessage(*event->mimeData()).isEmpty()) event->acceptProposedAction();
-}
-
-void ConsoleTree::dragMoveEvent(QDragMoveEvent* event) {
-  if (TakingFolderAt(event->position().toPoint()).isEmpty()) {
-    event->ignore();
-  } else {
-    event->acceptProposedAction();
-  }
-}
-
-void ConsoleTree::dropEvent(QDropEvent* event) {
-  const QString message = DraggedMessage(*event->mimeData());
-  const QString folder = TakingFolderAt(event->position().toPoint());
-  if (message.isEmpty() || folder.isEmpty()) return;
-  event->acceptProposedAction();
-  Q_EMIT MessageDropped(message, folder);
-}
-
 QString ConsoleTree::CurrentKey() const {
   const QTreeWidgetItem* item = currentItem();
   return item == nullptr ? QString() : item->data(0, kKeyRole).toString();
@@ -276,38 +233,12 @@ bool ConsoleTree::HasObject() const {
          CurrentKey() != fixed_serial::kEventLog;
 }
 
-void ConsoleTree::NewObject(const QString& type) {
-  const bool hasPlace = HasObject() && CurrentTag() == type && type != object_type::kProfile;
-  Q_EMIT NewWanted(type, hasPlace ? CurrentKey() : QString());
-}
-
-void ConsoleTree::ShowProperties() {
-  if (HasObject()) Q_EMIT PropertiesWanted(CurrentKey(), CurrentTag());
-}
-
-void ConsoleTree::RenameNode() {
-  if (HasObject() && (currentItem()->flags() & Qt::ItemIsEditable) != 0) editItem(currentItem());
+bool ConsoleTree::IsAtEvents() const {
+  return CurrentTag() == kLogTag || CurrentTag() == object_type::kEvent;
 }
 
 void ConsoleTree::TakeName(QTreeWidgetItem* item) {
   Q_EMIT NodeRenamed(item->data(0, kKeyRole).toString(), item->data(0, kTagRole).toString());
-}
-
-void ConsoleTree::DeleteNode() {
-  if (HasObject()) Q_EMIT DeletionWanted(CurrentKey(), CurrentTag());
-}
-
-void ConsoleTree::keyPressEvent(QKeyEvent* event) {
-  const bool withAlt = event->modifiers().testFlag(Qt::AltModifier);
-  if (event->key() == Qt::Key_F2) {
-    RenameNode();
-  } else if (event->key() == Qt::Key_Delete) {
-    DeleteNode();
-  } else if (withAlt && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-    ShowProperties();
-  } else {
-    QTreeWidget::keyPressEvent(event);
-  }
 }
 
 // A mouse that slides while its button is pressed would select one node after the other, and none
@@ -335,24 +266,6 @@ void ConsoleTree::mouseReleaseEvent(QMouseEvent* event) {
   pressed_.clear();
   QTreeWidget::mouseReleaseEvent(event);
   if (slid != nullptr && event->button() == Qt::LeftButton) Open(*slid, IsControlHeld());
-}
-
-void ConsoleTree::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu;
-  const QString type = CurrentTag();
-  const bool isLog = type == kLogTag || type == object_type::kEvent || type.isEmpty();
-  QAction* create =
-      menu.addAction(Ui::tr("新規作成(&N).."), this, [this, type] { NewObject(type); });
-  create->setEnabled(!isLog);
-  menu.addSeparator();
-  const auto add = [&](const QString& text, void (ConsoleTree::*command)()) {
-    menu.addAction(text, this, command)->setEnabled(HasObject());
-  };
-  add(Ui::tr("名前の変更(&M)"), &ConsoleTree::RenameNode);
-  add(Ui::tr("削除(&D)"), &ConsoleTree::DeleteNode);
-  menu.addSeparator();
-  add(Ui::tr("プロパティ(&R).."), &ConsoleTree::ShowProperties);
-  menu.exec(event->globalPos());
 }
 
 }  // namespace vorn

@@ -6,6 +6,7 @@
 #include "mail/address_book.h"
 #include "mail/message_likeness.h"
 #include "mail/message_rows.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
@@ -51,7 +52,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
     return made.ValueOr(nullptr);
   }
   QStringList names;
-  for (const DiskPtr& book : books) names.append(ShownText(book->Text(u"Object"), kMostInTitle));
+  for (const DiskPtr& book : books) names.append(ShownText(AnyObject(*book).Name(), kMostInTitle));
   bool given = false;
   const QString name = QInputDialog::getItem(
       &window, kApplicationTitle, Ui::tr("登録するアドレスブック："), names, 0, false, &given);
@@ -59,7 +60,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
 }
 
 QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added) {
-  const QString name = ShownText(book.Text(u"Object"), kMostInTitle);
+  const QString name = ShownText(AnyObject(book).Name(), kMostInTitle);
   const QString who = ShownText(people.first().presentable, kMostInTitle);
   if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
   return added == 1 && people.size() == 1

@@ -15,10 +15,12 @@
 #include "kit/window/caps_lock_hint.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -68,7 +70,7 @@ void LoginWindow::LoadDefaultProperty(const DiskPtr& request) {
   const DiskCollectionPtr profiles =
       SelectObjects(context_.Objects, *context_.Session, object_type::kProfile);
   for (const DiskPtr& profile : *profiles) {
-    const QString name = profile->Text(u"Object");
+    const QString name = AnyObject(*profile).Name();
     if (only.isEmpty() || name == only) cbProfile_->addItem(name);
   }
   cbProfile_->setCurrentIndex(0);
@@ -98,7 +100,7 @@ void LoginWindow::cmOk_Click() {
 // The first login makes the profile's files with the password that is typed: a slip of the fingers
 // would lock its user out for ever.
 bool LoginWindow::ConfirmFirst(const Disk& profile, const QString& password) {
-  if (password.isEmpty() || HasContent(PlatformPath(context_, profile.Text(u"Profile"))))
+  if (password.isEmpty() || HasContent(PlatformPath(context_, ProfileBag(profile).File())))
     return true;
   if (!LostFiles(context_, profile).isEmpty()) return true;  // not the first one
   bool given = false;
@@ -175,7 +177,7 @@ bool LoginWindow::AskFormerPassword(const QString& reason, LostFileChoice& choic
 }
 
 void LoginWindow::reject() {
-  context_.Session->Let(QStringLiteral("status"), QString());
+  ProfileBag::SetAnswer(*context_.Session, QString());
   QDialog::reject();
   Q_EMIT Cancelled();
 }

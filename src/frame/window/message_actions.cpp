@@ -4,9 +4,12 @@
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -36,7 +39,7 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
 
 QString MessageActions::NameOf(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? folder : object->Text(u"Object");
+  return object == nullptr ? folder : AnyObject(*object).Name();
 }
 
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
@@ -60,7 +63,7 @@ QString MessageActions::AskFolder() {
                                  Ui::tr("メッセージを入れるフォルダを選択してください。"),
                                  QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
   if (into == kAnotherWanted) return MakeFolder(ask);
-  if (into.isEmpty() && !context_.Session->Flag(u"cancel")) {
+  if (into.isEmpty() && !ProfileBag(*context_.Session).IsCancelled()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
   return into;
@@ -161,7 +164,7 @@ void MessageActions::EmptyDust() {
 
 bool MessageActions::IsFilledByHand(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object != nullptr && vorn::IsFilledByHand(*object);
+  return object != nullptr && FolderObject(*object).IsFilledByHand();
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.

@@ -11,8 +11,7 @@
 #include "mail/codec/address.h"
 #include "mail/codec/flag_string.h"
 #include "mail/message_rows.h"
-#include "objects/object_types.h"
-#include "objects/settings.h"
+#include "objects/notice_settings.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -120,11 +119,11 @@ NewMessageNotice::NewMessageNotice(Context& context, QWidget& window,
 }
 
 void NewMessageNotice::Tell(const QStringList& messages) {
-  const DiskPtr settings = Settings(context_);
-  const bool asks = settings->Flag(u"MessageNoticeDialog");
+  const NoticeSettings settings(context_);
+  const bool asks = settings.Asks();
   if (asks) Ask(messages);
-  if (settings->Flag(u"MessageNoticeDesktop")) Notify(messages);
-  if (asks || settings->Flag(u"MessageNoticeSoundAlone")) PlaySound();
+  if (settings.TellsDesktop()) Notify(messages);
+  if (asks || settings.SoundsAlone()) PlaySound();
 }
 
 // What the user has not dealt with is told of once more beside what came now.
@@ -182,9 +181,9 @@ void NewMessageNotice::Open(const QStringList& messages) {
 }
 
 void NewMessageNotice::PlaySound() {
-  const DiskPtr settings = Settings(context_);
-  const QString file = settings->Text(u"MessageNoticeSoundFile");
-  if (!settings->Flag(u"MessageNoticeSound") || !QFileInfo(file).isFile()) return;
+  const NoticeSettings settings(context_);
+  const QString file = settings.SoundFile();
+  if (!settings.HasSound() || !QFileInfo(file).isFile()) return;
   mmSound_->setSource(QUrl::fromLocalFile(file));
   mmSound_->play();
 }

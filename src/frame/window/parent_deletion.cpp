@@ -5,9 +5,11 @@
 #include "frame/window/parent_window.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_filing.h"
+#include "objects/account.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -15,9 +17,9 @@ namespace vorn {
 namespace {
 
 // What else the deletion of an object touches.
-QString DeletionWarning(Context& context, const Disk& object) {
-  const QString& key = object.SerialID();
-  const QString type = object.Text(u"FormName");
+QString DeletionWarning(Context& context, const DiskPtr& object) {
+  const QString& key = object->SerialID();
+  const QString type = AnyObject(*object).Type();
   if (type == object_type::kProfile) {
     return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
         .arg(PlatformPath(context, QStringLiteral("/current/") + key));
@@ -27,8 +29,8 @@ QString DeletionWarning(Context& context, const Disk& object) {
     const DiskCollectionPtr folders =
         SelectObjects(context.Objects, *context.Session, object_type::kFolder);
     for (const DiskPtr& folder : *folders) {
-      if (folder->SerialID() != key && folder->Text(u"Condition").contains(key)) {
-        users.append(folder->Text(u"Object"));
+      if (folder->SerialID() != key && FolderObject(*folder).Conditions().contains(key)) {
+        users.append(AnyObject(*folder).Name());
       }
     }
     if (!users.isEmpty()) {
@@ -37,7 +39,7 @@ QString DeletionWarning(Context& context, const Disk& object) {
     }
   }
   if (type == object_type::kAccount) {
-    const int waiting = CountWaiting(context, object.Text(u"Mailaddress"));
+    const int waiting = CountWaiting(context, Account(object).Address());
     if (waiting > 0) {
       return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
     }
@@ -51,10 +53,10 @@ void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
   const DiskPtr object = context_.Objects.Find(key);
   // What cannot be deleted is not asked about.
   const bool mayGo =
-      object != nullptr && !object->Flag(u"System") && key != context_.Session->SerialID();
+      object != nullptr && !AnyObject(*object).IsSystem() && key != context_.Session->SerialID();
   if (mayGo) {
     QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
-    const QString warning = DeletionWarning(context_, *object);
+    const QString warning = DeletionWarning(context_, object);
     if (!warning.isEmpty()) question += u'\n' + warning;
     const auto answer = ShowBox(this, QMessageBox::Question, question,
                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);

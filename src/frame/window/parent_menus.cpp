@@ -12,17 +12,20 @@
 #include <QUrl>
 
 #include "frame/window/browser_area.h"
+#include "frame/window/node_commands.h"
 #include "frame/window/parent_window.h"
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/ready_layouts.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -33,6 +36,7 @@ void ParentWindow::BuildMenus() {
   };
   BuildFileMenu();
   BuildDisplayMenu();
+  BuildMessageMenu();
   QMenu* tool = menuBar()->addMenu(Ui::tr("ツール(&T)"));
   tool->setObjectName(QStringLiteral("menuTools"));
   tools(tool, kToolsReceive, Ui::tr("メッセージ送受信(&M)"))
@@ -117,7 +121,7 @@ QAction* ParentWindow::AddMessageButton(QToolBar& bar, const QString& text,
                                         const QString& command) {
   QAction* action = bar.addAction(text, this, [this, command] {
     BrowserWindow* browser = area_->Active();
-    if (browser != nullptr) return browser->RunCommand(command);
+    if (browser != nullptr) return browser->Folder().RunCommand(command);
     Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
   action->setObjectName(QStringLiteral("tb_") + command);
@@ -153,7 +157,7 @@ void ParentWindow::BuildFileMenu() {
   QMenu* create = file->addMenu(Ui::tr("新規作成(&N)"));
   create->setObjectName(QStringLiteral("menuFilesNew"));
   const auto entry = [this, create](const QString& text, const QString& type) {
-    create->addAction(text, this, [this, type] { tvConsole_->NewObject(type); });
+    create->addAction(text, this, [this, type] { tvConsole_->Commands().NewObject(type); });
   };
   create->addAction(Ui::tr("メッセージ(&M).."), this, &ParentWindow::NewMessage)
       ->setShortcut(QKeySequence::New);
@@ -165,9 +169,10 @@ void ParentWindow::BuildFileMenu() {
   entry(Ui::tr("プロファイル(&P).."), object_type::kProfile);
   file->addSeparator();
   const QList<QAction*> onNode = {
-      file->addAction(Ui::tr("名前の変更(&M)"), tvConsole_, &ConsoleTree::RenameNode),
-      file->addAction(Ui::tr("削除(&D)"), tvConsole_, &ConsoleTree::DeleteNode),
-      file->addAction(Ui::tr("プロパティ(&R).."), tvConsole_, &ConsoleTree::ShowProperties)};
+      file->addAction(Ui::tr("名前の変更(&M)"), &tvConsole_->Commands(), &NodeCommands::Rename),
+      file->addAction(Ui::tr("削除(&D)"), &tvConsole_->Commands(), &NodeCommands::Delete),
+      file->addAction(Ui::tr("プロパティ(&R).."), &tvConsole_->Commands(),
+                      &NodeCommands::ShowProperties)};
   connect(file, &QMenu::aboutToShow, this, [this, onNode] {
     for (QAction* action : onNode) action->setEnabled(tvConsole_->HasObject());
   });
@@ -205,6 +210,18 @@ void ParentWindow::BuildDisplayMenu() {
   });
 }
 
+// What can be done with the messages of the page that was used last.
+void ParentWindow::BuildMessageMenu() {
+  QMenu* menu = menuBar()->addMenu(Ui::tr("メッセージ(&M)"));
+  menu->setObjectName(QStringLiteral("menuPageMessages"));
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+    menu->clear();
+    if (BrowserWindow* browser = area_->Active()) return browser->Folder().ListCommands(*menu);
+    menu->addAction(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"))
+        ->setEnabled(false);
+  });
+}
+
 // What all folders look like that have no layout of their own.
 void ParentWindow::BuildLayoutMenu(QMenu& display) {
   QMenu* menu = display.addMenu(Ui::tr("すべてのフォルダの表示形式(&A)"));
@@ -239,15 +256,15 @@ void ParentWindow::BuildPaneMenu(QMenu& display) {
     ++place;
   }
   connect(menu, &QMenu::aboutToShow, this, [this, group] {
-    const int shown = qBound(0, Settings(context_)->Number(u"ReadingPane"), 2);
-    group->actions()[shown]->setChecked(true);
+    const PanePlace shown = Settings(context_).ReadingPane();
+    group->actions()[static_cast<int>(shown)]->setChecked(true);
   });
 }
 
 void ParentWindow::PlacePane(int place) {
-  const DiskPtr settings = Settings(context_);
-  settings->Let(QStringLiteral("ReadingPane"), place);
-  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings);
+  Settings settings(context_);
+  settings.SetReadingPane(static_cast<PanePlace>(place));
+  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings.Bag());
   if (!saved) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("設定を保存できません。") + saved.Error().text);
   }
@@ -283,8 +300,8 @@ void ParentWindow::BuildBookmarkMenu() {
 void ParentWindow::FillBookmarkMenu(QMenu* menu) {
   menu->clear();
   for (const DiskPtr& object : context_.Objects) {
-    if (object->Text(u"FormName") != object_type::kBookmark) continue;
-    menu->addSection(object->Text(u"Object"));
+    if (!AnyObject(*object).Is(object_type::kBookmark)) continue;
+    menu->addSection(AnyObject(*object).Name());
     for (const QString& line : object->Text(u"Url").split(kLineBreak, Qt::SkipEmptyParts)) {
       const QString url = line.section(u' ', 0, 0);
       QString title = line.section(u' ', 1);
@@ -301,7 +318,7 @@ void ParentWindow::OpenWebPage(const QString& url) {
   const QUrl place = QUrl::fromUserInput(url);
   const bool isWeb = place.scheme() == u"http" || place.scheme() == u"https";
   // The user's own browser gets its corrections from its makers.
-  if (isWeb && Settings(context_)->Flag(u"WebOutside")) {
+  if (isWeb && Settings(context_).OpensWebOutside()) {
     if (!QDesktopServices::openUrl(place)) {
       ShowBox(this, QMessageBox::Information, Ui::tr("標準のブラウザーを起動できません。"));
     }

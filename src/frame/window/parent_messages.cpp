@@ -10,6 +10,7 @@
 #include "present/neighbour_message.h"
 #include "present/window/browser_window.h"
 #include "present/window/layout_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
 
@@ -27,12 +28,12 @@ void ParentWindow::DropMessage(const QString& message, const QString& folder) {
   if (browser == nullptr) return;
   const QString from = browser->Tag();
   const QPointer<BrowserWindow> shown(browser);
-  browser->ChosenMessages([this, message, folder, from, shown](const QStringList& chosen) {
+  browser->Folder().ChosenMessages([this, message, folder, from, shown](const QStringList& chosen) {
     const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
     // A failure is told to the user, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, messages, folder, from, shown] {
       const QStringList gone = actions_.Drop(messages, folder, from);
-      if (shown != nullptr && shown->Tag() == from) shown->MessagesGone(gone);
+      if (shown != nullptr && shown->Tag() == from) shown->Folder().MessagesGone(gone);
     });
   });
 }
@@ -58,12 +59,12 @@ QString ParentWindow::NeighbourMessage(const QString& serialId, int step) {
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
   const Result<QString> found =
-      vorn::NeighbourMessage(context_, browser->Tag(), browser->Search(), serialId,
-                             Settings(context_)->Flag(u"NewestFirst") ? -step : step);
+      vorn::NeighbourMessage(context_, browser->Tag(), browser->Folder().Search(), serialId,
+                             Settings(context_).IsNewestFirst() ? -step : step);
   if (!found && brief.IsReached()) sbStatus_->showMessage(found.Error().text);
   const QString neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.
-  if (!neighbour.isEmpty()) browser->GoToMessage(neighbour);
+  if (!neighbour.isEmpty()) browser->Folder().GoToMessage(neighbour);
   return neighbour;
 }
 

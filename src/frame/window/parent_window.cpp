@@ -12,13 +12,17 @@
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
 #include "frame/window/browser_area.h"
+#include "frame/window/message_drop.h"
+#include "frame/window/node_commands.h"
 #include "frame/window/start_questions.h"
 #include "frame/window/version_window.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "mail/archive/import_messages.h"
 #include "mail/mailto.h"
+#include "mail/message_bag.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/select_objects.h"
@@ -28,7 +32,9 @@
 #include "objects/window/settings_window.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 #include "transfer/window/rule_window.h"
@@ -70,7 +76,7 @@ ParentWindow::ParentWindow(Context& context)
       damage_(context, *this,
               [this](const QString& sentence) {
                 AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
-                         context_.Session->Text(u"Object"), QStringLiteral("account"), sentence);
+                         AnyObject(*context_.Session).Name(), QStringLiteral("account"), sentence);
               }),
       actions_(context, *this, *this),
       archive_(context, *this, *this, traffic_, tmPlan_) {
@@ -92,7 +98,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(area_, &BrowserArea::ActiveChanged, this, &ParentWindow::FollowActivePage);
   const auto showChosen = [this] {
     const BrowserWindow* browser = area_->Active();
-    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->CountChosen());
+    sbStatus_->ShowChosen(browser == nullptr ? 0 : browser->Folder().CountChosen());
   };
   connect(area_, &BrowserArea::ActiveChanged, this, showChosen);
   connect(area_, &BrowserArea::ChosenChanged, this, showChosen);
@@ -101,7 +107,7 @@ ParentWindow::ParentWindow(Context& context)
   });
   // The next key means it, in the list where it was taken back.
   actions_.OnReturned([this](const QStringList& messages) {
-    if (takesBack_ != nullptr) takesBack_->GoToReturned(messages);
+    if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { sbStatus_->ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { tvConsole_->RefreshNode(folder); });
@@ -109,7 +115,7 @@ ParentWindow::ParentWindow(Context& context)
   connect(sbStatus_, &MainStatusBar::UndoWanted, this, [this] {
     BrowserWindow* browser = area_->Active();
     if (browser == nullptr) return sbStatus_->TakeBack();
-    browser->AfterCommands([this, browser] {
+    browser->Folder().AfterCommands([this, browser] {
       takesBack_ = browser;
       sbStatus_->TakeBack();
       takesBack_.clear();
@@ -134,8 +140,8 @@ ParentWindow::~ParentWindow() {
 
 void ParentWindow::ConnectTree() {
   connect(tvConsole_, &ConsoleTree::NodeOpened, this, &ParentWindow::OpenNode);
-  connect(tvConsole_, &ConsoleTree::NewWanted, this, &ParentWindow::PostNewObject);
-  connect(tvConsole_, &ConsoleTree::PropertiesWanted, this,
+  connect(&tvConsole_->Commands(), &NodeCommands::NewWanted, this, &ParentWindow::PostNewObject);
+  connect(&tvConsole_->Commands(), &NodeCommands::PropertiesWanted, this,
           [this](const QString& key, const QString& tag) {
             PostDialog(key, tag, kShowModal, QString());
           });
@@ -143,8 +149,9 @@ void ParentWindow::ConnectTree() {
           [this](const QString& key, const QString& tag) {
             PostDialog(key, tag, kShowHidden, QStringLiteral("rename"));
           });
-  connect(tvConsole_, &ConsoleTree::DeletionWanted, this, &ParentWindow::DeleteObject);
-  connect(tvConsole_, &ConsoleTree::MessageDropped, this, &ParentWindow::DropMessage);
+  connect(&tvConsole_->Commands(), &NodeCommands::DeletionWanted, this,
+          &ParentWindow::DeleteObject);
+  connect(&tvConsole_->Drop(), &MessageDrop::Dropped, this, &ParentWindow::DropMessage);
 }
 
 void ParentWindow::PostDialog(const QString& key, const QString& tag, int show,
@@ -180,7 +187,7 @@ void ParentWindow::LoadDefaultProperty() {
   ArrangeWindows();
   OpenFolder(fixed_serial::kInbox);
   unread_.CountSoon();
-  const bool isMaximized = PlacementBag(context_, objectName())->Flag(u"maximized");
+  const bool isMaximized = WasMaximized(context_, objectName());
   QTimer::singleShot(0, this, [this, isMaximized] {
     // Earlier the first page, which makes the native window anew, would undo it.
     if (isMaximized) setWindowState(windowState() | Qt::WindowMaximized);
@@ -280,7 +287,7 @@ std::vector<RequestWindow*> ParentWindow::OpenWindows() const {
 }
 
 RequestWindow* ParentWindow::CreateRequestWindow(const Disk& request) {
-  const QString status = request.Text(u"status");
+  const QString status = WindowRequest(request).Status();
   if (status == u"browser") {
     // A page that is only printed is none of those that the user arranges and acts on.
     if (request.Text(u"exec") == u"print") return NewUnseenBrowser();
@@ -336,21 +343,20 @@ void ParentWindow::ArrangeWindows() {
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
-  notice_.Tell(request.Text(u"message").split(kLineBreak));
+  notice_.Tell(WindowRequest(request).NewMessages().split(kLineBreak));
 }
 
 void ParentWindow::ApplySettings() {
-  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};
-  const int language = qBound(0, Settings(context_)->Number(u"Language"), 2);
-  KeepUiLanguage(QString::fromUtf16(kLanguages[language]));
+  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};  // by `LanguageChoice`
+  const Settings settings(context_);
+  KeepUiLanguage(QString::fromUtf16(kLanguages[static_cast<int>(settings.Language())]));
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
-  sbStatus_->setVisible(Settings(context_)->Flag(u"Statusbar", true));
-  ShowTaskTray(Settings(context_)->Flag(u"Tasktray"));
-  tbMain_->setToolButtonStyle(Settings(context_)->Flag(u"ToolbarIcon")
-                                  ? Qt::ToolButtonIconOnly
-                                  : Qt::ToolButtonTextBesideIcon);
-  profiles_.UseFont(Settings(context_)->Text(u"ListFont"),
-                    Settings(context_)->Number(u"ListFontSize"));
+  sbStatus_->setVisible(settings.ShowsStatusBar());
+  ShowTaskTray(settings.ShowsTaskTray());
+  tbMain_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                        : Qt::ToolButtonTextBesideIcon);
+  const FontChoice font = settings.Font(FontUse::List);
+  profiles_.UseFont(font.family, font.points);
   for (BrowserWindow* browser : area_->Browsers()) browser->ControlToolbarUpdate();
   area_->RefreshFolders();  // how many rows a page has, and how they are shown
   for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -388,7 +394,7 @@ void ParentWindow::RefreshNode(const QString& serialId) {
 }
 
 void ParentWindow::ShowTitle() {
-  setWindowTitle(context_.Session->Text(u"Object") + QStringLiteral(" - ") + kApplicationTitle);
+  setWindowTitle(AnyObject(*context_.Session).Name() + QStringLiteral(" - ") + kApplicationTitle);
 }
 
 void ParentWindow::AddEvent(int level, int mode, const QString& reference, const QString& title,
@@ -447,8 +453,8 @@ void ParentWindow::OpenMessage(int open, const QString& serialId, bool isNew) {
   request.serialId = serialId;
   request.isNew = isNew;
   request.db = static_cast<int>(DatabaseKind::MailByPath);
-  request.file = context_.Session->Text(u"Mail");
-  request.password = context_.Session->Text(u"password");
+  request.file = ProfileBag(*context_.Session).MailFiles();
+  request.password = ProfileBag(*context_.Session).Password();
   queue_.PostMailRequest(request);
 }
 
@@ -496,7 +502,7 @@ void ParentWindow::OpenNode(const QString& key, const QString& tag, bool inTabOf
   if (tag != object_type::kFolder) return;
   // Who asks for the folder that he is searching wants all of it.
   BrowserWindow* active = area_->Active();
-  if (active != nullptr && active->Tag() == key) active->GiveUpSearch();
+  if (active != nullptr && active->Tag() == key) active->Folder().GiveUpSearch();
   if (!inTabOfItsOwn && area_->Current() == Arrangement::Tabs) {
     const bool isOpen = std::any_of(windows_.begin(), windows_.end(),
                                     [&](const RequestWindow* open) { return open->Tag() == key; });
@@ -517,24 +523,25 @@ void ParentWindow::OpenFolder(const QString& serialId) {
 void ParentWindow::OpenEvent(const QString& serialId) {
   const DiskPtr record = events_.Find(serialId);
   if (record == nullptr) return;
-  const QString reference = record->Text(u"reference");
-  if (record->Number(u"mode") == kEventMessage) {
+  const QString reference = EventRecord(*record).Reference();
+  if (EventRecord(*record).IsAboutMessage()) {
+    const MessageBag message(*record);
     MailRequest request;
     request.serialId = reference;
-    request.db = record->Number(u"db");
-    request.file = record->Text(u"file");
-    request.password = record->Text(u"password");
+    request.db = static_cast<int>(message.Database());
+    request.file = message.File(context_);
+    request.password = message.Password();
     request.event = serialId;
     queue_.PostMailRequest(request);
     return;
   }
   const DiskPtr object = context_.Objects.Find(reference);
-  const QString type = object == nullptr ? QString() : object->Text(u"FormName");
+  const QString type = object == nullptr ? QString() : AnyObject(*object).Type();
   const bool isSettings = reference == fixed_serial::kSettings;
   if (object == nullptr && !isSettings) {
     ShowBox(this, QMessageBox::Information,
             Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak +
-                record->Text(u"message"));
+                EventRecord(*record).Text());
     return;
   }
   PostDialog(reference, isSettings ? reference : type, kShowModal,

@@ -122,6 +122,7 @@ class ParentWindow : public QMainWindow,
   void BuildMenus();
   void BuildFileMenu();
   void BuildDisplayMenu();
+  void BuildMessageMenu();
   void BuildPaneMenu(QMenu& display);
   void PlacePane(int place);
   void BuildBookmarkMenu();

@@ -24,6 +24,7 @@
 #include "objects/profile.h"
 #include "present/window/page_source.h"
 #include "storage/private_files.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -80,7 +81,7 @@ Program::~Program() {
 }
 
 void Program::CloseFiles() {
-  if (context_.Session->Flag(u"login")) {
+  if (ProfileBag(*context_.Session).IsLoggedIn()) {
     RememberCode(context_);
     std::ignore = NoteFiles(context_);  // tried again at the next login
   }

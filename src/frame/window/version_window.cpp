@@ -8,6 +8,7 @@
 #include "frame/profile_login.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -40,8 +41,8 @@ VersionWindow::VersionWindow(Context& context)
 }
 
 bool VersionWindow::LoadDefaultProperty(const DiskPtr& request) {
-  if (request->Text(u"mode") == u"login") {
-    password_ = request->Text(u"password");
+  if (const ProfileBag session(*request); session.IsLogin()) {
+    password_ = session.Password();
     step_ = 0;
     tmInitialization_.start();
   } else {

@@ -21,7 +21,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   ArchiveWriter writer(order.format, order.path, order.overwrite);
   Result<> written = writer.Open();
   MailStore store(context);
-  const bool leavesMarks = Settings(context)->Flag(u"StandardHeaders");
+  const bool leavesMarks = Settings(context).HasStandardHeaders();
   for (const FolderMessage& message : listing->messages) {
     if (!written) break;
     const Result<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));

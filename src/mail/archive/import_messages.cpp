@@ -32,19 +32,19 @@ QString ImportId(const QByteArray& source) {
 
 // An imported message's bag, under the time at which it arrived.
 void FillMessage(Disk& message, const QByteArray& source, const QString& id, int status) {
-  message.Let(QStringLiteral("MessageID"), id);
-  message.Let(QStringLiteral("Flag"), QStringLiteral("000"));
-  message.Let(QStringLiteral("process"), status);
+  MessageBag::SetMessageId(message, id);
+  MessageBag::SetFlags(message, QStringLiteral("000"));
+  MessageBag::SetStatus(message, status);
   const QDateTime date = MessageDate(source);
-  if (date.isValid()) message.Let(QStringLiteral("Timestamp"), StoredTimeText(date));
+  if (date.isValid()) MessageBag::SetTimestamp(message, StoredTimeText(date));
 }
 
 class Importer {
  public:
   Importer(Context& context, const QString& folder, ImportCounts& counts)
       : context_(context), store_(context), folder_(folder), counts_(counts) {
-    options_.textTypes = TextTypes(context);
-    options_.standardHeaders = Settings(context)->Flag(u"StandardHeaders");
+    options_.textTypes = Settings(context).TextTypes();
+    options_.standardHeaders = Settings(context).HasStandardHeaders();
   }
 
   // What is stored, by what can be told without its source. Without all of it nothing may be
@@ -72,7 +72,7 @@ class Importer {
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, id, kStatusReceived);
-    message.Let(QStringLiteral("folder"), folder_);
+    MessageBag::SetFolders(message, folder_);
     group_.Add(source.size());
     const Result<MailStore::Received> received = store_.StoreReceived(message, source);
     if (!received) return received.Error();

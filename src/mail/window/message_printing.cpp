@@ -4,6 +4,8 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/codec/inline_images.h"
+#include "mail/message_bag.h"
+#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "mail/print_page.h"
 #include "mail/window/message_host.h"
@@ -32,16 +34,17 @@ void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
 void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
                         const QString& serialId) {
   Disk request(serialId);
-  request.Let(QStringLiteral("file"), MailDatabasePath(context));
+  MessageBag::SetFile(request, MailDatabasePath(context));
   const OpenedMessage opened = LookAtMessage(context, request);
   if (!opened.found || opened.unreadable) {
     ShowBox(window, QMessageBox::Critical,
             Ui::tr("メッセージを読み込めません。") + opened.reason.text);
     return;
   }
-  const QString html = opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
-                           ? QString()
-                           : WithInlineImages(opened.html, opened.source, request.Text(u"content"));
+  const QString html =
+      opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
+          ? QString()
+          : WithInlineImages(opened.html, opened.source, MessageRequest(request).ContentIndex());
   PrintMessagePage(context, window, host, PrintPage(opened.model, html));
 }
 

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 
 #include "mail/open_message.h"
 #include "mail/window/message_host.h"
+#include "mail/window/sight_timer.h"
 
 class QLabel;
 
 namespace vorn {
 
 class AttachmentList;
-class ElidingLabel;
 class MessageBody;
 class NoticeBar;
+class PaneHead;
 
 /// Shows the message that is current on a folder's page, to be read without a window of its own. It
 /// stands in the same locked view as there.
@@ -28,7 +28,7 @@ class ReadingPane : public QWidget {
   /// in the message's window.
   void Show(const QString& serialId, bool marks);
   /// The pane is out of sight, behind another window of its area, or no longer.
-  void Cover(bool covered);
+  void Cover(bool covered) { inSight_.Cover(covered); }
   /// Prints the message that is shown, with what is in front.
   void Print();
   /// The message that is shown; empty when none is.
@@ -41,28 +41,20 @@ class ReadingPane : public QWidget {
   void Marked();
 
  private:
-  QWidget* BuildHead();
+  void Lay();
   NoticeBar* BuildAppointment();
-  void Fill(const OpenedMessage& opened);
-  void ShowHead();
+  void Fill();
   void Mark();
 
   Context& context_;
   MessageHost& host_;
   QString serialId_;
   DiskPtr request_;
-  MessageModel model_;
-  QByteArray source_;
-  QString html_;
-  QTimer inSight_;
-  bool marks_ = false;  // once it has been in sight for long enough
-  bool isCovered_ = false;
+  OpenedMessage opened_;
+  SightTimer inSight_;
   QLabel* nothing_;
   QWidget* message_;
-  ElidingLabel* subject_;
-  ElidingLabel* from_;
-  ElidingLabel* to_;
-  ElidingLabel* date_;
+  PaneHead* head_;
   NoticeBar* receipt_;
   NoticeBar* appointment_;
   NoticeBar* signed_;

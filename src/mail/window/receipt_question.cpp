@@ -5,24 +5,20 @@
 
 #include "kit/window/unasked_question.h"
 #include "mail/message_model.h"
+#include "mail/message_request.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-const QString kNotice = QStringLiteral("notice");
-
-}  // namespace
 
 bool ReceiptQuestion::IsWanted() const {
-  return message_ != nullptr && message_->Flag(kNotice);
+  return message_ != nullptr && MessageRequest(*message_).AsksForReceipt();
 }
 
 void ReceiptQuestion::AskSoon(const DiskPtr& message) {
   message_ = message;
-  if (!IsWanted() || !Settings(context_)->Flag(u"ReceiveNotice") || pause_ != nullptr) return;
+  if (!IsWanted() || !Settings(context_).SendsReceipts() || pause_ != nullptr) return;
   // Who has opened a reply is typing already.
   pause_ = new TypingPause(&window_, [this] {
     if (IsWanted()) Ask();
@@ -34,17 +30,17 @@ void ReceiptQuestion::AskIfDue() {
 }
 
 void ReceiptQuestion::Ask() {
-  message_->Let(kNotice, false);
+  MessageRequest(*message_).SetAsksForReceipt(false);
   const auto answer = ShowUnaskedBox(
       &window_, QMessageBox::Question,
       Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
   if (answer != QMessageBox::Yes) return;
-  const bool edits = Settings(context_)->Flag(u"ReceiveNoticeEdit");
+  const bool edits = Settings(context_).EditsReceipts();
   MailRequest receipt;
   receipt.open = static_cast<int>(OpenMode::Receipt);
   // A reply that was opened at once has an identifier of its own.
-  receipt.serialId = message_->Text(u"original", message_->SerialID());
+  receipt.serialId = MessageRequest(*message_).Original();
   receipt.isNew = true;
   receipt.db = static_cast<int>(DatabaseKind::Mail);
   receipt.show = edits ? kShowModeless : kShowHidden;

@@ -2,18 +2,13 @@
 
 #include <QFontDatabase>
 
-#include "objects/settings.h"
-
 namespace vorn {
 
-QFont TextFont(Context& context, TextUse use) {
-  const DiskPtr settings = Settings(context);
-  const bool isRead = use == TextUse::Read;
+QFont TextFont(Context& context, FontUse use) {
+  const FontChoice choice = Settings(context).Font(use);
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  const QString family = settings->Text(isRead ? u"MessageFont" : u"EditFont");
-  const int points = settings->Number(isRead ? u"MessageFontSize" : u"EditFontSize");
-  if (!family.isEmpty()) font.setFamily(family);
-  if (points > 0) font.setPointSize(points);
+  if (!choice.family.isEmpty()) font.setFamily(choice.family);
+  if (choice.points > 0) font.setPointSize(choice.points);
   return font;
 }
 

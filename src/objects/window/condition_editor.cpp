@@ -9,6 +9,7 @@
 #include <QSpinBox>
 
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 
@@ -171,8 +172,8 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
     case Kind::Folder: {
       auto* folders = new QComboBox;
       for (const DiskPtr& object : context_.Objects) {
-        if (object->Text(u"FormName") == object_type::kFolder) {
-          folders->addItem(object->Text(u"Object"), object->SerialID());
+        if (AnyObject(*object).Is(object_type::kFolder)) {
+          folders->addItem(AnyObject(*object).Name(), object->SerialID());
         }
       }
       if (!values.isEmpty() && folders->findData(values[0]) < 0) {

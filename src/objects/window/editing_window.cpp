@@ -16,9 +16,9 @@
 #include "kit/window/page_area.h"
 #include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
-#include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -141,8 +141,8 @@ void EditingWindow::KeepOtherKeys(Disk& bag) {
   if (object == nullptr) return;
   for (qint32 i = 1; i <= object->Size(); ++i) {
     const QString& key = object->NameAt(i);
-    const bool isOurs = kSessionKeys.contains(key, Qt::CaseInsensitive) || bag.Get(key).isValid() ||
-                        HasControlFor(*this, key);
+    const bool isOurs = ProfileBag::SessionKeys().contains(key, Qt::CaseInsensitive) ||
+                        bag.Get(key).isValid() || HasControlFor(*this, key);
     if (!isOurs) bag.Let(key, object->Get(key));
   }
 }
@@ -161,7 +161,7 @@ void EditingWindow::TakeOver(const Disk& saved) {
     context_.Objects.Add(loaded);
   }
   Disk kept;
-  for (const QString& key : kSessionKeys) {
+  for (const QString& key : ProfileBag::SessionKeys()) {
     if (const QVariant value = loaded->Get(key); value.isValid()) kept.Let(key, value);
   }
   loaded->Init();
@@ -185,7 +185,7 @@ bool EditingWindow::SaveEdited(const DiskPtr& bag) {
 void EditingWindow::cmOk_Click() {
   lbError_->hide();
   if (!CheckPages() || !Save()) return;
-  context_.Session->Let(QStringLiteral("status"), Tag());
+  ProfileBag::SetAnswer(*context_.Session, Tag());
   accept();
 }
 
@@ -237,7 +237,7 @@ void EditingWindow::reject() {
 }
 
 void EditingWindow::Leave() {
-  context_.Session->Let(QStringLiteral("status"), QString());
+  ProfileBag::SetAnswer(*context_.Session, QString());
   QDialog::reject();
 }
 

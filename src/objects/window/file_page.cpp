@@ -6,6 +6,7 @@
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 
@@ -47,15 +48,15 @@ void FilePage::FillTree(const Context& context, const QString& type, const QStri
   top->setData(0, Qt::UserRole, QString());
   QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : context.Objects) {
-    if (object->Text(u"FormName") != type || type == object_type::kProfile) continue;
-    auto* item = new QTreeWidgetItem(QStringList{object->Text(u"Object")});
+    if (!AnyObject(*object).Is(type) || type == object_type::kProfile) continue;
+    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).Name()});
     item->setData(0, Qt::UserRole, object->SerialID());
     items.insert(object->SerialID(), item);
   }
   for (const DiskPtr& object : context.Objects) {
     QTreeWidgetItem* item = items.value(object->SerialID());
     if (item == nullptr) continue;
-    QTreeWidgetItem* parent = items.value(object->Text(u"Parent"), top);
+    QTreeWidgetItem* parent = items.value(AnyObject(*object).Parent(), top);
     const QTreeWidgetItem* above = parent;
     while (above != nullptr && above != item) above = above->parent();
     (above == nullptr ? parent : top)->addChild(item);

@@ -9,6 +9,8 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
@@ -125,9 +127,8 @@ DiskPtr FolderPage::Edited() const {
   auto folder = std::make_shared<Disk>(serialId_);
   QStringList lines;
   for (int row = 0; row < lvCondition_->rowCount(); ++row) lines.append(Line(*lvCondition_, row));
-  folder->Let(QStringLiteral("SqlUse"), ckSqlUse_->isChecked());
-  folder->Let(QStringLiteral("Sql"), txSql_->toPlainText());
-  folder->Let(QStringLiteral("Condition"), lines.join(kLineBreak));
+  FolderObject::SetConditions(*folder, ckSqlUse_->isChecked(), txSql_->toPlainText(),
+                              lines.join(kLineBreak));
   return folder;
 }
 
@@ -176,9 +177,8 @@ PageFault FolderPage::Check() {
 
 // A folder keeps its kind once it has one.
 void FolderPage::Finish(Disk& bag) {
-  if (!bag.Text(u"Draw").isEmpty()) return;
-  const bool isActive = bag.Flag(u"SqlUse") || lvCondition_->rowCount() > 0;
-  bag.Let(QStringLiteral("Draw"), isActive ? QStringLiteral("active") : QStringLiteral("static"));
+  if (!AnyObject(bag).Draw().isEmpty()) return;
+  FolderObject::SetFilledByHand(bag, !FolderObject(bag).UsesSql() && lvCondition_->rowCount() == 0);
 }
 
 QString FolderPage::Line(const QTableWidget&, int row) const {

@@ -8,6 +8,8 @@
 
 #include "frame/start_up.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
+#include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/window/account_pages.h"
@@ -15,6 +17,7 @@
 #include "objects/window/folder_page.h"
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
+#include "objects/window_request.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
 
@@ -62,19 +65,20 @@ void ObjectsWindow::BuildPages(const QString& type) {
 
 bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
-  type_ = request->Text(u"status");
+  type_ = WindowRequest(*request).Status();
   BuildPages(type_);
   resize(size().expandedTo(sizeHint()));
   findChild<QLineEdit*>(QStringLiteral("txDraw"))
       ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();
-  if (const QString parent = request->Text(u"parent"); !parent.isEmpty()) file_->LetParent(parent);
+  if (const QString parent = ObjectRequest(*request).Parent(); !parent.isEmpty())
+    file_->LetParent(parent);
   const QString name = file_->Name()->text();
   TakeProposal(*request);
   setWindowTitle(name.isEmpty() ? Ui::tr("新しい") + TypeCaption(type_)
                                 : name + QStringLiteral(" - ") + TypeCaption(type_));
-  if (const DiskPtr event = events_.Find(request->Text(u"event"))) {
-    AddEventPage(event->Text(u"message"));
+  if (const DiskPtr event = events_.Find(ObjectRequest(*request).Event())) {
+    AddEventPage(EventRecord(*event).Text());
   } else {
     file_->Name()->setFocus();
   }
@@ -83,8 +87,9 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 
 // What a new object begins with.
 void ObjectsWindow::TakeProposal(const Disk& request) {
-  if (const QString name = request.Text(u"name"); !name.isEmpty()) file_->Name()->setText(name);
-  const QString condition = request.Text(u"condition");
+  const QString name = ObjectRequest(request).Name();
+  if (!name.isEmpty()) file_->Name()->setText(name);
+  const QString condition = ObjectRequest(request).Condition();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvCondition"));
   if (!condition.isEmpty() && list != nullptr) ControlListViewItem(*list, condition);
 }
@@ -117,8 +122,7 @@ bool ObjectsWindow::Save() {
     Tell({changed.Error().text, nullptr}, profile_);
     return false;
   }
-  const auto kind =
-      static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  const DatabaseKind kind = ObjectRequest(*Request()).Database();
   const Result<> saved = SaveObject(GetContext(), kind, *bag);
   if (!saved) {
     Tell({Ui::tr("保存できませんでした。") + saved.Error().text, nullptr}, file_);
@@ -144,13 +148,12 @@ void ObjectsWindow::cmDelete_Click() {
   Context& context = GetContext();
   const DiskPtr object = context.Objects.Find(Tag());
   if (object == nullptr) return;
-  if (object->Flag(u"System") || Tag() == context.Session->SerialID()) {
+  if (AnyObject(*object).IsSystem() || Tag() == context.Session->SerialID()) {
     ShowBox(parentWidget(), QMessageBox::Information,
             Ui::tr("標準のオブジェクトは削除できません。"));
     return;
   }
-  const auto kind =
-      static_cast<DatabaseKind>(Request()->Number(u"db", static_cast<int>(DatabaseKind::Profile)));
+  const DatabaseKind kind = ObjectRequest(*Request()).Database();
   const auto remove = [&]() -> Result<> {
     const OpenedDatabase opened(context, kind);
     return opened ? ResultOf(context.Data, object->Delete(context.Data)) : opened.Error();

@@ -16,11 +16,13 @@
 #include <utility>
 
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/window/recovery_code_window.h"
 #include "storage/databases.h"
 #include "storage/file_key.h"
+#include "storage/profile_bag.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
 
@@ -136,14 +138,14 @@ void ProfilePage::AddProtection() {
   protection->setObjectName(QStringLiteral("lbProtection"));
   protection->setWordWrap(true);
   Layout().addRow(QString(), protection);
-  const QString code = FileKey::CodeIn(context_.Session->Text(u"password"));
+  const QString code = FileKey::CodeIn(ProfileBag(*context_.Session).Password());
   if (code.isEmpty()) return;
   auto* show = new QPushButton(Ui::tr("回復コードを表示(&K).."), this);
   show->setObjectName(QStringLiteral("cmRecoveryCode"));
   show->setAutoDefault(false);
   connect(show, &QPushButton::clicked, this, [this, code] {
     RememberCode(context_);
-    RecoveryCodeWindow(context_.Session->Text(u"Object"), code, this).exec();
+    RecoveryCodeWindow(AnyObject(*context_.Session).Name(), code, this).exec();
   });
   auto* row = new QHBoxLayout;
   row->addWidget(show);
@@ -181,7 +183,7 @@ bool ProfilePage::IsLoggedIn() const {
 
 // One of the user's own.
 bool ProfilePage::HasPassword() const {
-  const QString password = context_.Session->Text(u"password");
+  const QString password = ProfileBag(*context_.Session).Password();
   return IsLoggedIn() && !password.isEmpty() && FileKey::CodeIn(password).isEmpty();
 }
 
@@ -252,7 +254,7 @@ Result<> ProfilePage::OpenOrAdopt(const QString& stored) {
   if (opens) return opens;
   const QString path = PlatformPath(context_, stored);
   const Result<> fits = ResultOf(
-      context_.Data, context_.Data.TestPassword(path, context_.Session->Text(u"password")));
+      context_.Data, context_.Data.TestPassword(path, ProfileBag(*context_.Session).Password()));
   if (fits.Error().kind != StorageError::Kind::WrongPassword) return opens;
   for (const QString& former : FormerPasswords(context_)) {
     if (context_.Data.TestPassword(path, former)) return Adopt(stored, former);
@@ -334,13 +336,13 @@ PageFault ProfilePage::Check() {
   }
   const bool changes = !txPassword_->text().isEmpty() || ckNoPassword_->isChecked();
   if (!changes || !HasPassword()) return {};
-  if (txPasswordNow_->text() == context_.Session->Text(u"password")) return {};
+  if (txPasswordNow_->text() == ProfileBag(*context_.Session).Password()) return {};
   return {Ui::tr("いまのパスワードが違います。"), txPasswordNow_};
 }
 
 Result<> ProfilePage::ChangePassword(const Disk& profile) {
   if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return {};
-  return ChangeProfilePassword(context_, profile, context_.Session->Text(u"password"),
+  return ChangeProfilePassword(context_, profile, ProfileBag(*context_.Session).Password(),
                                txPassword_->text());
 }
 

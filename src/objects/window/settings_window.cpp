@@ -140,7 +140,8 @@ class EditPage : public FormPage {
              Ui::tr("アドレスの選択では検索するまで何も選ばない(&L)"));
     AddCheck(QStringLiteral("ckCareful"), Ui::tr("うっかりを防ぐ(&C)"));
     AddNote(
-        Ui::tr("再送の前に確かめます。捨てたメッセージはフォルダに表示せず、\n"
+        Ui::tr("再送の前に確かめます。サーバーに断られたものは送り直さず、\n"
+               "捨てたメッセージはフォルダに表示せず、\n"
                "消したものは受信し直しません。"));
   }
 };

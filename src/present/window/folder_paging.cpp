@@ -1,49 +1,49 @@
 #include "present/window/folder_paging.h"
 
-#include "present/page_change.h"
-#include "present/page_place.h"
+#include "present/shown_page.h"
 #include "present/window/folder_toolbar.h"
 #include "present/window/page_maker.h"
-#include "present/window/page_request.h"
+#include "present/window/search_box.h"
 
 namespace vorn {
 
-FolderPaging::FolderPaging(PageRequest& request, PageChange& change, PagePlace& place,
-                           PageMaker& maker, FolderToolbar& toolbar)
-    : request_(request), change_(change), place_(place), maker_(maker), toolbar_(toolbar) {
+FolderPaging::FolderPaging(ShownPage& page, PageMaker& maker, FolderToolbar& toolbar)
+    : page_(page), maker_(maker), toolbar_(toolbar), search_(toolbar.Search()) {
+  connect(&toolbar_, &FolderToolbar::BeforeWanted, this, [this] { Turn(-1); });
+  connect(&toolbar_, &FolderToolbar::NextWanted, this, [this] { Turn(1); });
   connect(&toolbar_, &FolderToolbar::FirstWanted, this, [this] { GoTo(1); });
   connect(&toolbar_, &FolderToolbar::LastWanted, this, &FolderPaging::GoToLast);
   connect(&toolbar_, &FolderToolbar::TypedPageWanted, this, &FolderPaging::GoToTyped);
-  connect(&toolbar_, &FolderToolbar::SearchWanted, this, &FolderPaging::Search);
-  connect(&toolbar_, &FolderToolbar::SearchLeft, this, &FolderPaging::KeysWanted);
+  connect(&search_, &SearchBox::Wanted, this, &FolderPaging::Search);
+  connect(&search_, &SearchBox::Left, this, &FolderPaging::KeysWanted);
   // The button that empties the box shows the whole folder again.
-  connect(&toolbar_, &FolderToolbar::SearchEmptied, this, [this] {
-    if (!request_.Search().isEmpty()) Search();
+  connect(&search_, &SearchBox::Emptied, this, [this] {
+    if (!page_.request.Search().isEmpty()) Search();
   });
   connect(&maker_.Counter(), &PageCounter::Counted, &toolbar_, &FolderToolbar::ShowPageCount);
-  connect(&maker_.Counter(), &PageCounter::Found, &toolbar_, &FolderToolbar::ShowFound);
+  connect(&maker_.Counter(), &PageCounter::Found, &search_, &SearchBox::ShowFound);
 }
 
 void FolderPaging::GoTo(int page) {
-  if (!request_.IsLocal()) return;
-  change_.LeavePlace();
-  place_.BeginAtEnd(false);
+  if (!page_.request.IsLocal()) return;
+  page_.change.LeavePlace();
+  page_.place.BeginAtEnd(false);
   Ask(page, &FolderPaging::PageWanted);
 }
 
 void FolderPaging::GoToMessage(int page, const QString& message, const QStringList& chosen) {
-  place_.BeginAtMessage(message, chosen);
+  page_.place.BeginAtMessage(message, chosen);
   Ask(page, &FolderPaging::MessageWanted);
 }
 
 void FolderPaging::Ask(int page, void (FolderPaging::*wanted)()) {
   toolbar_.ForgetTypedPage();
-  request_.SetPage(page);
+  page_.request.SetPage(page);
   Q_EMIT(this->*wanted)();
 }
 
 void FolderPaging::Turn(int step) {
-  GoTo(request_.Page() + step);
+  GoTo(page_.request.Page() + step);
 }
 
 void FolderPaging::GoToTyped() {
@@ -54,30 +54,32 @@ void FolderPaging::GoToTyped() {
 }
 
 void FolderPaging::GoToLast() {
-  if (!request_.IsLocal()) return;
+  if (!page_.request.IsLocal()) return;
   maker_.LastPage([this](int last) {
-    change_.LeavePlace();
+    page_.change.LeavePlace();
     maker_.BeginAtNewest();
     Ask(last, &FolderPaging::PageWanted);
   });
 }
 
-// What is found is a page of the folder like any other.
+// Shows all messages when nothing is typed. What is found is a page of the folder like any other.
 void FolderPaging::Search() {
-  if (!request_.IsLocal()) return;
-  request_.SetSearch(toolbar_.TypedSearch());
+  if (!page_.request.IsLocal()) return;
+  page_.request.SetSearch(search_.Typed());
   toolbar_.ShowPageCount(0);
-  toolbar_.ShowFound(-1);
+  search_.ShowFound(-1);
   GoTo(PageRequest::kFirstShown);
 }
 
-bool FolderPaging::HasTypedSearch() const {
-  return toolbar_.TypedSearch() != request_.Search();
+bool FolderPaging::SearchTyped() {
+  if (!page_.request.IsLocal() || search_.Typed() == page_.request.Search()) return false;
+  Search();
+  return true;
 }
 
 void FolderPaging::GiveUpSearch() {
-  if (request_.Search().isEmpty()) return;
-  toolbar_.ClearSearch();
+  if (page_.request.Search().isEmpty()) return;
+  search_.clear();
   Search();
 }
 

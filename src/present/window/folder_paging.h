@@ -5,10 +5,9 @@
 namespace vorn {
 
 class FolderToolbar;
-class PageChange;
 class PageMaker;
-class PagePlace;
-class PageRequest;
+class SearchBox;
+struct ShownPage;
 
 /// Goes to the pages of a folder that the toolbar asks for, and searches the folder. On a web page
 /// it does nothing.
@@ -16,18 +15,13 @@ class FolderPaging : public QObject {
   Q_OBJECT
 
  public:
-  FolderPaging(PageRequest& request, PageChange& change, PagePlace& place, PageMaker& maker,
-               FolderToolbar& toolbar);
+  FolderPaging(ShownPage& page, PageMaker& maker, FolderToolbar& toolbar);
 
-  void GoTo(int page);
   /// Goes to the page on which a message stands, and to the message there, where some are chosen:
   /// for those is meant what is done meanwhile.
   void GoToMessage(int page, const QString& message, const QStringList& chosen);
-  void Turn(int step);
-  /// Searches for what is typed, or shows all messages when that is nothing.
-  void Search();
-  /// Whether something else is typed than what is searched for.
-  bool HasTypedSearch() const;
+  /// Searches for what is typed if that is something else than what is searched for; whether it is.
+  bool SearchTyped();
   /// Shows all messages again.
   void GiveUpSearch();
 
@@ -40,15 +34,17 @@ class FolderPaging : public QObject {
   void KeysWanted();
 
  private:
+  void GoTo(int page);
+  void Turn(int step);
   void GoToTyped();
   void GoToLast();
+  void Search();
   void Ask(int page, void (FolderPaging::*wanted)());
 
-  PageRequest& request_;
-  PageChange& change_;
-  PagePlace& place_;
+  ShownPage& page_;
   PageMaker& maker_;
   FolderToolbar& toolbar_;
+  SearchBox& search_;
 };
 
 }  // namespace vorn

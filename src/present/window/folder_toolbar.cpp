@@ -3,25 +3,21 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
-#include <QShortcut>
 #include <QTimer>
 #include <QToolBar>
 
 #include "kit/window/access_names.h"
-#include "kit/window/plain_text.h"
 #include "objects/settings.h"
 #include "present/window/link_button.h"
 #include "present/window/page_box.h"
+#include "present/window/search_box.h"
 #include "present/window/toolbar_action.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-constexpr int kSearchWidth = 220;
 constexpr int kSmallestBox = 50;
 constexpr int kGap = 4;
 
@@ -32,7 +28,8 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   BuildButtons();
   BuildPageBox();
   BuildAddress();
-  BuildSearch();
+  search_ = new SearchBox(window, this);
+  search_->setMinimumWidth(kSmallestBox);
   // The boxes shrink before the buttons do.
   tbLocation_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   auto* bar = new QHBoxLayout(this);
@@ -41,8 +38,8 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->addWidget(tbLocation_);
   bar->addWidget(pages_);
   bar->addWidget(txLocation_, 1);
-  bar->addWidget(txSearch_, 1);
-  bar->addWidget(lbFound_);
+  bar->addWidget(search_, 1);
+  bar->addWidget(search_->Found());
 }
 
 void FolderToolbar::BuildButtons() {
@@ -84,74 +81,33 @@ void FolderToolbar::BuildAddress() {
           [this] { Q_EMIT AddressTyped(txLocation_->text()); });
 }
 
-void FolderToolbar::BuildSearch() {
-  txSearch_ = new QLineEdit(this);
-  txSearch_->setObjectName(QStringLiteral("txSearch"));
-  txSearch_->setAccessibleName(Ui::tr("フォルダの検索"));
-  txSearch_->setPlaceholderText(Ui::tr("件名、アドレスを検索"));
-  txSearch_->setClearButtonEnabled(true);
-  txSearch_->setMinimumWidth(kSmallestBox);
-  txSearch_->installEventFilter(this);
-  txSearch_->setMaximumWidth(kSearchWidth);
-  connect(txSearch_, &QLineEdit::returnPressed, this, &FolderToolbar::SearchWanted);
-  connect(txSearch_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (text.isEmpty()) Q_EMIT SearchEmptied();
-  });
-  lbFound_ = PlainLabel({}, this);
-  lbFound_->setObjectName(QStringLiteral("lbFound"));
-  lbFound_->hide();
-  auto* find = new QShortcut(QKeySequence::Find, parentWidget());
-  find->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(find, &QShortcut::activated, txSearch_, [this] {
-    txSearch_->setFocus();
-    txSearch_->selectAll();
-  });
-}
-
 // An address is there to be replaced.
 bool FolderToolbar::eventFilter(QObject* watched, QEvent* event) {
   if (watched == txLocation_ && event->type() == QEvent::FocusOut) txLocation_->deselect();
   if (watched == txLocation_ && event->type() == QEvent::FocusIn) {
     QTimer::singleShot(0, txLocation_, &QLineEdit::selectAll);
   }
-  if (watched == txSearch_ && event->type() == QEvent::KeyPress) {
-    return TakeSearchKey(static_cast<QKeyEvent*>(event)->key());
-  }
   return QWidget::eventFilter(watched, event);
 }
 
-// From what is typed one goes down to what was found; Escape gives up both.
-bool FolderToolbar::TakeSearchKey(int key) {
-  if (key == Qt::Key_Escape) txSearch_->clear();
-  const bool leaves = key == Qt::Key_Escape || key == Qt::Key_Down;
-  if (leaves) Q_EMIT SearchLeft();
-  if (key == Qt::Key_Down) Q_EMIT RowWanted();
-  return leaves;
-}
-
 void FolderToolbar::Show(const State& state) {
-  const DiskPtr settings = Settings(context_);
+  const Settings settings(context_);
   ShowAction(*before_, *style(), QStyle::SP_ArrowBack, Ui::tr("前へ"));
   ShowAction(*seek_, *style(), state.isLoading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload,
              state.isLoading ? Ui::tr("中止") : Ui::tr("更新"));
   ShowAction(*next_, *style(), QStyle::SP_ArrowForward, Ui::tr("次へ"));
   before_->setEnabled(state.hasBefore);
   next_->setEnabled(state.hasNext);
-  pages_->NameEnds(settings->Flag(u"NewestFirst"));
+  pages_->NameEnds(settings.IsNewestFirst());
   pages_->Show(state.page, state.hasBefore, state.hasNext);
   pages_->setVisible(state.isFolder && (state.hasBefore || state.hasNext));
-  txSearch_->setVisible(state.canSearch);
-  tbLocation_->setToolButtonStyle(settings->Flag(u"ToolbarIcon") ? Qt::ToolButtonIconOnly
-                                                                 : Qt::ToolButtonTextBesideIcon);
+  search_->setVisible(state.canSearch);
+  tbLocation_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
+                                                            : Qt::ToolButtonTextBesideIcon);
 }
 
 void FolderToolbar::ShowPageCount(int pages) {
   pages_->ShowCount(pages);
-}
-
-void FolderToolbar::ShowFound(qint64 messages) {
-  lbFound_->setText(messages < 0 ? QString() : Ui::tr("%1通").arg(messages));
-  lbFound_->setVisible(messages >= 0);
 }
 
 void FolderToolbar::ShowAddress(const QString& text, bool isEditable) {
@@ -173,14 +129,6 @@ int FolderToolbar::TypedPage() const {
 
 void FolderToolbar::ForgetTypedPage() {
   pages_->ForgetTyped();
-}
-
-QString FolderToolbar::TypedSearch() const {
-  return txSearch_->text().trimmed();
-}
-
-void FolderToolbar::ClearSearch() {
-  txSearch_->clear();
 }
 
 }  // namespace vorn

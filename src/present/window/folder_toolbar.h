@@ -6,7 +6,6 @@
 #include "storage/context.h"
 
 class QAction;
-class QLabel;
 class QLineEdit;
 class QToolBar;
 
@@ -14,6 +13,7 @@ namespace vorn {
 
 class LinkButton;
 class PageBox;
+class SearchBox;
 
 /// The line above a browser window's page: turning pages, loading anew, the links, the address, the
 /// search of the folder.
@@ -36,8 +36,6 @@ class FolderToolbar : public QWidget {
   void Show(const State& state);
   /// How many pages the folder has; 0 when that is not known.
   void ShowPageCount(int pages);
-  /// How many messages the search has found; -1 when there is none, or that is not known.
-  void ShowFound(qint64 messages);
   /// Shows an address that the user may replace, or a title.
   void ShowAddress(const QString& text, bool isEditable);
   /// The page has gone to another address by itself: shows that unless the user is typing one.
@@ -48,9 +46,8 @@ class FolderToolbar : public QWidget {
   int TypedPage() const;
   /// The user goes elsewhere: the page's number is shown again.
   void ForgetTypedPage();
-  /// What is typed to search for.
-  QString TypedSearch() const;
-  void ClearSearch();
+  /// Where the user types what the folder is searched for.
+  SearchBox& Search() const { return *search_; }
 
  Q_SIGNALS:
   void BeforeWanted();
@@ -63,14 +60,6 @@ class FolderToolbar : public QWidget {
   void LinksWanted();
   void LinkFollowed(const QString& address);
   void AddressTyped(const QString& address);
-  /// What is typed is to be searched for.
-  void SearchWanted();
-  /// The box has been emptied.
-  void SearchEmptied();
-  /// The user goes from the box of the search to the page.
-  void SearchLeft();
-  /// From there the user goes down to what was found.
-  void RowWanted();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -79,15 +68,12 @@ class FolderToolbar : public QWidget {
   void BuildButtons();
   void BuildPageBox();
   void BuildAddress();
-  void BuildSearch();
-  bool TakeSearchKey(int key);
   QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
 
   Context& context_;
   QToolBar* tbLocation_;
   QLineEdit* txLocation_ = nullptr;
-  QLineEdit* txSearch_ = nullptr;
-  QLabel* lbFound_ = nullptr;
+  SearchBox* search_ = nullptr;
   LinkButton* links_ = nullptr;
   PageBox* pages_ = nullptr;
   QAction* before_ = nullptr;

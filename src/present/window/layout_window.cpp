@@ -23,6 +23,7 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -171,7 +172,7 @@ void LayoutWindow::BuildTags() {
 
 void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
-  const QString name = folder == nullptr ? folder_ : folder->Text(u"Object");
+  const QString name = folder == nullptr ? folder_ : AnyObject(*folder).Name();
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
   const QList<ReadyLayout> ready = ReadyLayouts(folder_);
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;

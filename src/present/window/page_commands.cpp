@@ -8,9 +8,9 @@
 #include "mail/message_model.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
-#include "present/page_rows.h"
+#include "present/message_navigation.h"
+#include "present/shown_page.h"
 #include "present/window/page_messages.h"
-#include "present/window/page_request.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -20,22 +20,22 @@ constexpr char kAlsoInPane[] = "alsoInPane";
 
 }  // namespace
 
-PageCommands::PageCommands(PageMessages& messages, PageRows& rows, const PageRequest& request,
+PageCommands::PageCommands(PageMessages& messages, MessageNavigation& navigation, ShownPage& page,
                            QWidget& window)
     : messages_(messages),
-      rows_(rows),
-      request_(request),
+      navigation_(navigation),
+      page_(page),
       window_(window),
       menu_(new QMenu(&window)) {
   menu_->setObjectName(QStringLiteral("menuMessages"));
   BuildMenu();
   BuildMoves();
-  rows_.OnRows([this] { Enable(); });
+  page_.rows.OnRows([this] { Enable(); });
   Enable();
 }
 
 PageCommands::~PageCommands() {
-  rows_.OnRows({});
+  page_.rows.OnRows({});
 }
 
 QAction* PageCommands::AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run) {
@@ -72,9 +72,8 @@ void PageCommands::BuildMenu() {
       print);  // also while the pane or a box has the keyboard: it types nothing there
   menu_->addSeparator();
   AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
-             [this] { rows_.ChooseAll(); });
-  connect(menu_, &QMenu::aboutToShow, this,
-          [this] { outOfDust_->setEnabled(request_.Folder() == fixed_serial::kDust); });
+             [this] { page_.rows.ChooseAll(); });
+  connect(menu_, &QMenu::aboutToShow, this, &PageCommands::EnableForMenu);
   connect(menu_, &QMenu::aboutToHide, this, &PageCommands::Enable);
 }
 
@@ -101,7 +100,7 @@ void PageCommands::BuildActions() {
                           {Qt::CTRL | Qt::Key_Delete}, act(MessageAction::OutOfDust));
   menu_->addSeparator();
   AddCommand(QStringLiteral("nextunopened"), Ui::tr("次の未開封へ(&N)"), {Qt::Key_N},
-             [this] { messages_.GoToUnopened(); });
+             [this] { navigation_.GoToUnopened(); });
   AddCommand(QStringLiteral("unopened"), Ui::tr("未開封に戻す(&T)"), {Qt::Key_U},
              act(MessageAction::MarkUnopened));
   AddCommand(QStringLiteral("opened"), Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_U},
@@ -123,20 +122,25 @@ void PageCommands::BuildMoves() {
   for (const int shift : {0, static_cast<int>(Qt::SHIFT)}) {
     const auto key = [shift](Qt::Key code) { return QKeySequence(shift | code); };
     const bool extend = shift != 0;
-    AddKeys({key(Qt::Key_Down), key(Qt::Key_J)}, [this, extend] { rows_.Step(1, extend); });
-    AddKeys({key(Qt::Key_Up), key(Qt::Key_K)}, [this, extend] { rows_.Step(-1, extend); });
-    AddKeys({key(Qt::Key_Home)}, [this, extend] { rows_.GoTo(0, extend); });
-    AddKeys({key(Qt::Key_End)}, [this, extend] { rows_.GoTo(-1, extend); });
+    AddKeys({key(Qt::Key_Down), key(Qt::Key_J)}, [this, extend] { page_.rows.Step(1, extend); });
+    AddKeys({key(Qt::Key_Up), key(Qt::Key_K)}, [this, extend] { page_.rows.Step(-1, extend); });
+    AddKeys({key(Qt::Key_Home)}, [this, extend] { page_.rows.GoTo(0, extend); });
+    AddKeys({key(Qt::Key_End)}, [this, extend] { page_.rows.GoTo(-1, extend); });
   }
-  AddKeys({Qt::Key_Space}, [this] { rows_.Toggle(); });
+  AddKeys({Qt::Key_Space}, [this] { page_.rows.Toggle(); });
   AddKeys({Qt::Key_Escape}, [this] { GiveUpChoice(); });
 }
 
 // On a web page the keys are the page's own. A folder without messages says so, and a search
 // without hits can be given up.
 void PageCommands::Enable() {
-  const bool isFolder = rows_.HasRows() || (request_.IsLocal() && request_.HasUrl());
+  const bool isFolder = page_.rows.HasRows() || (page_.request.IsLocal() && page_.request.HasUrl());
   for (QAction* action : actions_) action->setEnabled(isFolder);
+}
+
+// A key that does not apply is told of, an entry that does not apply is grey.
+void PageCommands::EnableForMenu() {
+  outOfDust_->setEnabled(outOfDust_->isEnabled() && page_.request.Folder() == fixed_serial::kDust);
 }
 
 void PageCommands::AddTo(QWidget& view) {
@@ -150,13 +154,28 @@ void PageCommands::AddToPane(QWidget& pane) {
 }
 
 void PageCommands::PopUp(const QPoint& at) {
-  if (request_.IsLocal() && rows_.HasRows()) menu_->popup(at);
+  if (page_.request.IsLocal() && page_.rows.HasRows()) menu_->popup(at);
+}
+
+void PageCommands::ListIn(QMenu& menu) {
+  EnableForMenu();
+  for (QAction* action : menu_->actions()) {
+    if (action->isSeparator()) {
+      menu.addSeparator();
+      continue;
+    }
+    const QString key = action->shortcut().toString(QKeySequence::NativeText);
+    QAction* entry = menu.addAction(key.isEmpty() ? action->text() : action->text() + u'\t' + key,
+                                    action, &QAction::trigger);
+    entry->setEnabled(action->isEnabled());
+  }
+  Enable();
 }
 
 void PageCommands::Run(const QString& command) {
   auto* action = window_.findChild<QAction*>(QStringLiteral("cmd_") + command);
   if (action == nullptr) return;
-  rows_.Chosen([this, action](const QStringList& chosen) {
+  page_.rows.Chosen([this, action](const QStringList& chosen) {
     QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
       if (any) return action->trigger();
       ShowBox(&window_, QMessageBox::Information, Ui::tr("メッセージが選択されていません。"));
@@ -165,7 +184,7 @@ void PageCommands::Run(const QString& command) {
 }
 
 void PageCommands::GiveUpChoice() {
-  rows_.Unchoose([this](bool had) {
+  page_.rows.Unchoose([this](bool had) {
     if (!had) QTimer::singleShot(0, this, &PageCommands::NothingToGiveUp);
   });
 }

@@ -13,9 +13,9 @@ class QWidget;
 
 namespace vorn {
 
+class MessageNavigation;
 class PageMessages;
-class PageRequest;
-class PageRows;
+struct ShownPage;
 enum class OpenMode;
 
 /// The keys of a folder's page and the menu of its messages. They act while the page has the
@@ -25,7 +25,8 @@ class PageCommands : public QObject {
 
  public:
   /// The actions belong to `window`, where they are found by their names.
-  PageCommands(PageMessages& messages, PageRows& rows, const PageRequest& request, QWidget& window);
+  PageCommands(PageMessages& messages, MessageNavigation& navigation, ShownPage& page,
+               QWidget& window);
   ~PageCommands() override;
 
   /// A view takes the keys.
@@ -34,6 +35,8 @@ class PageCommands : public QObject {
   void AddToPane(QWidget& pane);
   /// Shows the menu if there are messages.
   void PopUp(const QPoint& at);
+  /// Writes the same commands, as they can be given now, into another menu.
+  void ListIn(QMenu& menu);
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
   /// "dust" or "outofdust". The user is told when none is chosen.
   void Run(const QString& command);
@@ -52,11 +55,12 @@ class PageCommands : public QObject {
   void BuildFromMessage();
   void BuildMoves();
   void Enable();
+  void EnableForMenu();
   void GiveUpChoice();
 
   PageMessages& messages_;
-  PageRows& rows_;
-  const PageRequest& request_;
+  MessageNavigation& navigation_;
+  ShownPage& page_;
   QWidget& window_;
   QMenu* menu_;
   QList<QAction*> actions_;

@@ -1,8 +1,8 @@
 #include "present/window/page_counter.h"
 
 #include "present/message_list_page.h"
+#include "present/page_request.h"
 #include "present/window/condition_wait.h"
-#include "present/window/page_request.h"
 #include "storage/condition_limit.h"
 
 namespace vorn {

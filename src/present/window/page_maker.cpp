@@ -4,15 +4,16 @@
 #include <QTimer>
 #include <utility>
 
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/page_place.h"
+#include "present/page_request.h"
 #include "present/window/condition_wait.h"
 #include "present/window/first_use.h"
 #include "present/window/page_reading.h"
-#include "present/window/page_request.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
 
@@ -44,7 +45,7 @@ QString PageMaker::Question() const {
 bool PageMaker::Make() {
   const DiskPtr folder = LoadObject(context_, request_.Folder());
   if (folder == nullptr) return request_.HasUrl();
-  Q_EMIT Named(folder->Text(u"Object"));
+  Q_EMIT Named(AnyObject(*folder).Name());
   if (wait_->IsAsking(Question())) {
     if (request_.HasUrl()) Q_EMIT PageStays();
     return false;
@@ -119,12 +120,12 @@ void PageMaker::TellFailure(const QString& reason) {
 }
 
 bool PageMaker::IsNewestFirst() const {
-  return Settings(context_)->Flag(u"NewestFirst");
+  return Settings(context_).IsNewestFirst();
 }
 
 // A folder opens at its first messages, or where the setting says so at its newest.
 void PageMaker::ChooseFirstPage() {
-  const bool newest = Settings(context_)->Flag(u"MessagesNewest") && !IsNewestFirst();
+  const bool newest = Settings(context_).OpensNewest() && !IsNewestFirst();
   {
     const ConditionLimit brief(kBriefMs);
     const int pages = newest ? pages_.CountPages(request_.Folder(), request_.Search()) : 1;

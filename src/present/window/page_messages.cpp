@@ -9,19 +9,14 @@
 #include "mail/message_model.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
-#include "present/message_list_page.h"
-#include "present/neighbour_message.h"
-#include "present/page_rows.h"
-#include "present/window/page_request.h"
+#include "present/shown_page.h"
 #include "present/window/page_split.h"
-#include "storage/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 constexpr qsizetype kManyWindows = 5;
-constexpr int kSearchMs = 2000;  // the window stands still meanwhile
 
 bool AgreesToOpen(QWidget& window, qsizetype windows) {
   const auto answer = ShowBox(
@@ -33,17 +28,8 @@ bool AgreesToOpen(QWidget& window, qsizetype windows) {
 
 }  // namespace
 
-PageMessages::PageMessages(Context& context, MessageListPages& pages, const PageRequest& request,
-                           PageQueue& queue, PageRows& rows, PageSplit& split, BrowserHost& host,
-                           QWidget& window)
-    : context_(context),
-      pages_(pages),
-      request_(request),
-      queue_(queue),
-      rows_(rows),
-      split_(split),
-      host_(host),
-      window_(window) {
+PageMessages::PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window)
+    : page_(page), split_(split), host_(host), window_(window) {
   connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& message) {
     host_.OpenMessage(static_cast<int>(mode), message, mode != OpenMode::Show);
   });
@@ -51,7 +37,7 @@ PageMessages::PageMessages(Context& context, MessageListPages& pages, const Page
 
 // The user may be asked, which must not happen inside the engine's answer.
 void PageMessages::WithCurrent(const std::function<void(const QString&)>& act) {
-  rows_.Current([this, act](const QString& message) {
+  page_.rows.Current([this, act](const QString& message) {
     QTimer::singleShot(0, this, [act, message] { act(message); });
   });
 }
@@ -65,7 +51,7 @@ bool PageMessages::HasAny(bool any) {
 // All chosen messages are read, one is answered.
 void PageMessages::Open(OpenMode mode) {
   if (mode == OpenMode::Show) {
-    rows_.Chosen([this](const QStringList& messages) {
+    page_.rows.Chosen([this](const QStringList& messages) {
       QTimer::singleShot(0, this, [this, messages] { OpenEach(messages); });
     });
     return;
@@ -98,7 +84,7 @@ void PageMessages::Follow(const LinkCommand& command) {
 void PageMessages::Told(const QString& what, const QString& message) {
   if (what == u"chosen") SetChosen(message.toInt());
   if (what == u"row") split_.ShowRow(message);
-  if (what == u"kept" && !split_.RowKept(message)) rows_.LeaveToGap();
+  if (what == u"kept" && !split_.RowKept(message)) page_.rows.DeselectToGap();
   if (what == u"twice" && split_.HasPane()) OpenInWindow({0, false, message});
 }
 
@@ -106,8 +92,13 @@ void PageMessages::SetChosen(int count) {
   if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
 }
 
+void PageMessages::Leave() {
+  split_.ShowNothing();
+  SetChosen(0);
+}
+
 void PageMessages::AddToBook() {
-  rows_.Chosen([this](const QStringList& messages) {
+  page_.rows.Chosen([this](const QStringList& messages) {
     QTimer::singleShot(0, this, [this, messages] {
       if (HasAny(!messages.isEmpty())) host_.Messages().AddToBook(messages);
     });
@@ -126,79 +117,31 @@ void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
   });
 }
 
-void PageMessages::GoToUnopened() {
-  rows_.CurrentAlone([this, folder = request_.Folder()](const QString& message) {
-    if (request_.Folder() == folder) GoToUnopenedAfter(message);
-  });
-}
-
-void PageMessages::GoToUnopenedAfter(const QString& message) {
-  const ConditionLimit brief(kSearchMs);
-  const auto next = NextUnopened(context_, request_.Folder(), request_.Search(), message);
-  if (!next || next->isEmpty()) {
-    host_.Tell(!next && brief.IsReached() ? next.Error().text
-                                          : Ui::tr("ほかに未開封のメッセージはありません。"));
-    return;
-  }
-  GoToRow(*next);
-}
-
-void PageMessages::GoTo(const QString& message) {
-  rows_.CurrentAlone([this, message, folder = request_.Folder()](const QString&) {
-    if (request_.Folder() == folder) GoToRow(message);
-  });
-}
-
-// On this page or another one.
-void PageMessages::GoToRow(const QString& message) {
-  rows_.GoToMessage(message, [this, message, folder = request_.Folder()] {
-    if (request_.Folder() != folder) return;
-    if (const int page = PageOf(message)) Q_EMIT PageWanted(page, message, {});
-  });
-}
-
-// 0 where the folder does not show it.
-int PageMessages::PageOf(const QString& message) {
-  const ConditionLimit brief(kSearchMs);
-  const auto before = RowsBefore(context_, request_.Folder(), request_.Search(), message);
-  if (!before && brief.IsReached()) host_.Tell(before.Error().text);
-  return before ? pages_.PageOf(*before) : 0;
-}
-
-// What is pressed before it is there is meant for it, and is done to no other.
-void PageMessages::GoToReturned(const QStringList& messages) {
-  if (const int page = PageOf(messages.first())) {
-    Q_EMIT PageWanted(page, messages.first(), messages.size() > 1 ? messages : QStringList());
-  } else if (queue_.IsAlone()) {
-    queue_.DropOthers();
-  }
-}
-
 // Whether the messages are gone from the folder without a question.
 bool PageMessages::TakesAway(MessageAction action) const {
-  return action == (request_.Folder() == fixed_serial::kDust ? MessageAction::OutOfDust
-                                                             : MessageAction::ToDust);
+  return action == (page_.request.Folder() == fixed_serial::kDust ? MessageAction::OutOfDust
+                                                                  : MessageAction::ToDust);
 }
 
 void PageMessages::Act(MessageAction action) {
-  const auto act = [this, action, folder = request_.Folder()](const QStringList& messages) {
+  const auto act = [this, action, folder = page_.request.Folder()](const QStringList& messages) {
     QTimer::singleShot(0, this, [this, messages, action, folder] {
       if (HasAny(!messages.isEmpty())) ActOn(messages, action, folder);
     });
   };
   split_.StopMarking();  // whatever is done, it is the user's word now
-  TakesAway(action) ? rows_.Take(act) : rows_.Chosen(act);
+  TakesAway(action) ? page_.rows.Take(act) : page_.rows.Chosen(act);
 }
 
 // The window may close or show another folder while the user is asked.
 void PageMessages::ActOn(const QStringList& messages, MessageAction action, const QString& folder) {
   const QPointer<PageMessages> self(this);
   const QStringList gone = host_.ActOnMessages(action, messages, folder);
-  if (self == nullptr || request_.Folder() != folder) return;
+  if (self == nullptr || page_.request.Folder() != folder) return;
   Q_EMIT Gone(gone);
   QStringList stayed = TakesAway(action) ? messages : QStringList();
   stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });
-  rows_.GiveBack(stayed);
+  page_.rows.GiveBack(stayed);
 }
 
 }  // namespace vorn

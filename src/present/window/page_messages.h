@@ -7,17 +7,13 @@
 #include "mail/open_message.h"
 #include "present/link_command.h"
 #include "present/window/browser_host.h"
-#include "storage/context.h"
 
 class QWidget;
 
 namespace vorn {
 
-class MessageListPages;
-class PageQueue;
-class PageRequest;
-class PageRows;
 class PageSplit;
+struct ShownPage;
 enum class OpenMode;
 
 /// What a user does with the messages on a folder's page: they are opened, answered, marked, taken
@@ -27,9 +23,7 @@ class PageMessages : public QObject {
 
  public:
   /// Questions stand before `window`.
-  PageMessages(Context& context, MessageListPages& pages, const PageRequest& request,
-               PageQueue& queue, PageRows& rows, PageSplit& split, BrowserHost& host,
-               QWidget& window);
+  PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window);
 
   /// Opens the chosen messages to be read, or makes an answer to the current one.
   void Open(OpenMode mode);
@@ -40,13 +34,6 @@ class PageMessages : public QObject {
   void Print();
   /// Has the program around do something with the current message, if there is one.
   void Ask(void (MessageHost::*command)(const QString&));
-  /// Goes to the next unopened message of the folder, whichever page it is on.
-  void GoToUnopened();
-  /// Goes to a message of the folder once what was asked before is done.
-  void GoTo(const QString& message);
-  /// Goes to the first of messages that the page may not show yet, by making another one; several
-  /// are chosen there.
-  void GoToReturned(const QStringList& messages);
 
   /// A link to a message was clicked on the page.
   void Follow(const LinkCommand& command);
@@ -54,32 +41,27 @@ class PageMessages : public QObject {
   void Told(const QString& what, const QString& message);
   /// How many messages the user has chosen one by one.
   int CountChosen() const { return chosen_; }
-  void SetChosen(int count);
+  /// There is no current message any more, and none is chosen.
+  void Leave();
+  /// No message is chosen any more, since there is no page.
+  void Unchoose() { SetChosen(0); }
 
  Q_SIGNALS:
   /// More or fewer messages are chosen.
   void ChosenChanged();
   /// Messages have left the folder.
   void Gone(const QStringList& messages);
-  /// A message stands on that page of the folder, and these are to be chosen there.
-  void PageWanted(int page, const QString& message, const QStringList& chosen);
 
  private:
+  void SetChosen(int count);
   bool HasAny(bool any);
   void WithCurrent(const std::function<void(const QString&)>& act);
   void OpenInWindow(const LinkCommand& command);
   void OpenEach(const QStringList& messages);
-  void GoToUnopenedAfter(const QString& message);
-  void GoToRow(const QString& message);
-  int PageOf(const QString& message);
   bool TakesAway(MessageAction action) const;
   void ActOn(const QStringList& messages, MessageAction action, const QString& folder);
 
-  Context& context_;
-  MessageListPages& pages_;
-  const PageRequest& request_;
-  PageQueue& queue_;
-  PageRows& rows_;
+  ShownPage& page_;
   PageSplit& split_;
   BrowserHost& host_;
   QWidget& window_;

@@ -4,9 +4,9 @@
 #include <QVariant>
 
 #include "present/page_change.h"
+#include "present/page_request.h"
 #include "present/window/engine_view.h"
 #include "present/window/link_page.h"
-#include "present/window/page_request.h"
 #include "present/window/page_source.h"
 
 namespace vorn {
@@ -62,7 +62,7 @@ void PageReading::CheckRows() {
   if (engine_.Page()->isLoading()) {
     Begin();
   } else {
-    change_.Attach();
+    change_.EndLoading();
   }
 }
 

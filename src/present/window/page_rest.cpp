@@ -6,8 +6,10 @@
 #include <QWebEngineView>
 #include <utility>
 
-#include "present/page_change.h"
+#include "present/shown_page.h"
 #include "present/window/engine_view.h"
+#include "present/window/page_printing.h"
+#include "present/window/page_reading.h"
 
 namespace vorn {
 namespace {
@@ -16,24 +18,39 @@ constexpr int kAgainMs = 10000;
 
 }  // namespace
 
-PageRest::PageRest(EngineView& engine, PageChange& change, QWidget& window, QWidget& around)
-    : engine_(engine), change_(change), window_(window), around_(around) {}
+PageRest::PageRest(ShownPage& page, EngineView& engine, PageReading& reading,
+                   const PagePrinting& printing, QWidget& window, QWidget& around)
+    : page_(page),
+      engine_(engine),
+      reading_(reading),
+      printing_(printing),
+      window_(window),
+      around_(around) {}
+
+// What is under way stays, and so do pages of the program's own.
+bool PageRest::MayGo() const {
+  const PageRequest& request = page_.request;
+  const bool isRead = request.IsLocal() && request.HasUrl() && !reading_.IsKept();
+  return isRead && !request.IsLoading() && !request.IsForPrinting() && !printing_.IsUnderWay();
+}
 
 void PageRest::Begin() {
+  if (!MayGo()) return;
+  reading_.Stop();
   if (std::exchange(rests_, true)) return;
-  change_.Keep([this] { QTimer::singleShot(0, this, &PageRest::LetGo); });
+  page_.change.Keep([this] { QTimer::singleShot(0, this, &PageRest::LetGo); });
 }
 
 // The user may be back before the page has told its place.
 void PageRest::LetGo() {
   if (engine_.View() == nullptr) return;
   if (!rests_) {
-    change_.Stay();
+    page_.change.Stay();
     Q_EMIT AnewWanted();
     return;
   }
   engine_.LetGo();
-  change_.Load();  // in its time
+  page_.change.Rest();
   Q_EMIT Gone();
 }
 

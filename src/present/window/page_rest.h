@@ -8,18 +8,22 @@ class QWidget;
 namespace vorn {
 
 class EngineView;
-class PageChange;
+class PagePrinting;
+class PageReading;
+struct ShownPage;
 
-/// Lets the page of a browser window that nobody sees go, with its view, and has it made anew when
-/// it is seen. Gives the keyboard to the page without taking it from anybody.
+/// Lets a folder's page that nobody sees go, with its view and the memory that it takes in the
+/// engine, and has it made anew when it is seen. Its place and its choice are kept. Gives the
+/// keyboard to the page without taking it from anybody.
 class PageRest : public QObject {
   Q_OBJECT
 
  public:
   /// `around` is the widget within `window` in which the page stands.
-  PageRest(EngineView& engine, PageChange& change, QWidget& window, QWidget& around);
+  PageRest(ShownPage& page, EngineView& engine, PageReading& reading, const PagePrinting& printing,
+           QWidget& window, QWidget& around);
 
-  /// Once the page has told its place, it goes.
+  /// Nobody sees the page for now. Once it has told its place, it goes.
   void Begin();
   /// Makes the page anew that was let go.
   void Wake();
@@ -39,11 +43,14 @@ class PageRest : public QObject {
   void AnewWanted();
 
  private:
+  bool MayGo() const;
   void LetGo();
   bool HasKeysNear() const;
 
+  ShownPage& page_;
   EngineView& engine_;
-  PageChange& change_;
+  PageReading& reading_;
+  const PagePrinting& printing_;
   QWidget& window_;
   QWidget& around_;
   bool rests_ = false;

@@ -5,7 +5,6 @@
 #include "mail/window/message_host.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
-#include "objects/settings.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -15,7 +14,6 @@ constexpr int kPageShare = 45;  // percent
 constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
 constexpr int kLeastForBoth = 280;  // pixels
-const QString kSplitBag = QStringLiteral("parent");
 
 QString ShareKey(Qt::Orientation orientation) {
   return orientation == Qt::Vertical ? QStringLiteral("pageheight") : QStringLiteral("pagewidth");
@@ -37,13 +35,13 @@ void PageSplit::SetPage(QWebEngineView* page) {
 }
 
 void PageSplit::Arrange(bool isFolder) {
-  place_ = isFolder ? Settings(context_)->Number(u"ReadingPane") : 0;
+  place_ = isFolder ? Settings(context_).ReadingPane() : PanePlace::Nowhere;
   Lay();
 }
 
 void PageSplit::Lay() {
-  const Qt::Orientation wanted = place_ == 2 ? Qt::Horizontal : Qt::Vertical;
-  const bool isWanted = (place_ == 1 || place_ == 2) && HasRoom(wanted);
+  const Qt::Orientation wanted = place_ == PanePlace::Right ? Qt::Horizontal : Qt::Vertical;
+  const bool isWanted = place_ != PanePlace::Nowhere && HasRoom(wanted);
   if (isWanted && pane_ == nullptr) MakePane();
   if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
   setOrientation(wanted);
@@ -114,11 +112,13 @@ void PageSplit::Print(const QString& serialId) {
 void PageSplit::KeepShare() {
   const QList<int> shown = sizes();
   const int whole = qMax(1, shown.value(0) + shown.value(1));
-  PlacementBag(context_, kSplitBag)->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
+  PlacementBag(context_, kMainPlacement)
+      ->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
 }
 
 void PageSplit::TakeShare() {
-  const int kept = PlacementBag(context_, kSplitBag)->Number(ShareKey(orientation()), kPageShare);
+  const int kept =
+      PlacementBag(context_, kMainPlacement)->Number(ShareKey(orientation()), kPageShare);
   const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
   // In parts of whatever there is.
   constexpr int kParts = 100;

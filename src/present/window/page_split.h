@@ -3,6 +3,7 @@
 #include <QSplitter>
 
 #include "mail/open_message.h"
+#include "objects/settings.h"
 
 class QWebEngineView;
 
@@ -59,8 +60,8 @@ class PageSplit : public QSplitter {
   Context& context_;
   MessageHost& host_;
   ReadingPane* pane_ = nullptr;
-  int place_ = 0;  // as the setting's values
-  QString row_;    // the current message, whether the pane has room to show it or not
+  PanePlace place_ = PanePlace::Nowhere;
+  QString row_;  // the current message, whether the pane has room to show it or not
   bool isCovered_ = false;
   // The page is made anew because the message was marked, which may have taken it off the page:
   // the next one must not be marked in its turn.

@@ -31,7 +31,7 @@ ScriptBar::ScriptBar(Context& context, AllowedSites& sites, QPushButton* allow)
 }
 
 bool ScriptBar::MayRun(const QUrl& url) const {
-  return !Settings(context_)->Flag(u"ScriptsAsked") || sites_.Allows(url);
+  return !Settings(context_).AsksForScripts() || sites_.Allows(url);
 }
 
 void ScriptBar::Attach(LinkPage& page) {

@@ -20,6 +20,14 @@
 namespace vorn {
 namespace {
 
+const QString kPlaceLeft = QStringLiteral("left");  // of a placement
+const QString kPlaceTop = QStringLiteral("top");
+const QString kPlaceWidth = QStringLiteral("width");
+const QString kPlaceHeight = QStringLiteral("height");
+const QString kPlaceMaximized = QStringLiteral("maximized");
+const QString kPlaceShare = QStringLiteral("share");  // of the screen, in percent
+const QString kIsSaved = QStringLiteral("save");      // with the loaded objects
+
 constexpr int kPrefixLength = 2;
 constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
 constexpr QSize kDefaultSize(600, 400);
@@ -169,22 +177,22 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
     bag = std::make_shared<Disk>(serialId);
     context.Objects.Add(bag);
   }
-  bag->Let(QStringLiteral("save"), true);
+  bag->Let(kIsSaved, true);
   return bag;
 }
 
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const qint32 share = bag->Number(u"share");
+  const qint32 share = bag->Number(kPlaceShare);
   const QSize first =
       share > 0 ? (screen.size() * share / 100).expandedTo(kLeastShare) : kDefaultSize;
   const QSize size =
-      QSize(bag->Number(u"width", first.width()), bag->Number(u"height", first.height()))
+      QSize(bag->Number(kPlaceWidth, first.width()), bag->Number(kPlaceHeight, first.height()))
           .boundedTo(screen.size());  // which may have shrunk, or be scaled
   const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
-  const QRect place(QPoint(bag->Number(u"left", centred.x()), bag->Number(u"top", centred.y())),
-                    size);
+  const QRect place(
+      QPoint(bag->Number(kPlaceLeft, centred.x()), bag->Number(kPlaceTop, centred.y())), size);
   window.resize(size);
   // A place on a screen that is gone would hide the window, one over the edge its buttons.
   if (!screen.intersects(place)) return window.move(centred);
@@ -192,22 +200,30 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
               qMax(screen.top(), qMin(place.top(), screen.bottom() + 1 - size.height())));
 }
 
+bool HasPlacement(Context& context, const QString& name) {
+  return PlacementBag(context, name)->Get(kPlaceWidth).isValid();
+}
+
+bool WasMaximized(Context& context, const QString& name) {
+  return PlacementBag(context, name)->Flag(kPlaceMaximized);
+}
+
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
-  bag->Let(QStringLiteral("maximized"), window.isMaximized());
+  bag->Let(kPlaceMaximized, window.isMaximized());
   QRect place(window.pos(), window.size());
   if (window.isMaximized()) {
     place = window.normalGeometry();
-    const QRect kept(bag->Number(u"left"), bag->Number(u"top"), bag->Number(u"width"),
-                     bag->Number(u"height"));
+    const QRect kept(bag->Number(kPlaceLeft), bag->Number(kPlaceTop), bag->Number(kPlaceWidth),
+                     bag->Number(kPlaceHeight));
     if (place == kept) return;  // it has been maximised from the start
     // Windows are placed by their frame, which that geometry leaves out.
     place.translate(window.pos() - window.geometry().topLeft());
   }
-  bag->Let(QStringLiteral("left"), place.x());
-  bag->Let(QStringLiteral("top"), place.y());
-  bag->Let(QStringLiteral("width"), place.width());
-  bag->Let(QStringLiteral("height"), place.height());
+  bag->Let(kPlaceLeft, place.x());
+  bag->Let(kPlaceTop, place.y());
+  bag->Let(kPlaceWidth, place.width());
+  bag->Let(kPlaceHeight, place.height());
 }
 
 }  // namespace vorn

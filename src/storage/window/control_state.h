@@ -43,9 +43,14 @@ bool HasControlFor(FormWindow& window, const QString& key);
 /// screen the first time, or the "share" of the screen, in percent. The place is kept in the bag
 /// "DATA_" + name.
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
+/// Whether such a place is kept, and whether the window was maximised there.
+bool HasPlacement(Context& context, const QString& name);
+bool WasMaximized(Context& context, const QString& name);
 /// The bag "DATA_" + name of the window's place, which may hold more of its arrangement; made when
 /// it is not there, and saved with the loaded objects.
 DiskPtr PlacementBag(Context& context, const QString& name);
+/// The name for which the main window keeps its own place, and its pieces theirs.
+inline const QString kMainPlacement = QStringLiteral("parent");
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name);
 
 }  // namespace vorn

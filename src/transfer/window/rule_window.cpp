@@ -2,16 +2,15 @@
 
 #include <QTableWidget>
 
-#include "objects/object_loader.h"
-#include "objects/object_types.h"
+#include "objects/object_request.h"
 #include "storage/ui.h"
+#include "transfer/rules_object.h"
 #include "transfer/window/rule_page.h"
 
 namespace vorn {
 namespace {
 
 constexpr QSize kRuleSize(520, 420);
-const QString kRules = QStringLiteral("ReceiveStop");
 
 }  // namespace
 
@@ -28,29 +27,28 @@ bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   shown_ = StoredRules();
   FillPages();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
-  static_cast<RulePage*>(list->parentWidget())->Propose(request->Text(u"condition"));
+  static_cast<RulePage*>(list->parentWidget())->Propose(ObjectRequest(*request).Condition());
   // What is proposed is taken by Enter.
   auto* ok = findChild<QWidget*>(QStringLiteral("cmOk"));
-  request->Text(u"condition").isEmpty() || ok == nullptr ? list->setFocus() : ok->setFocus();
+  ObjectRequest(*request).Condition().isEmpty() || ok == nullptr ? list->setFocus()
+                                                                 : ok->setFocus();
   return true;
 }
 
 QStringList RuleWindow::StoredRules() {
-  const DiskPtr object = LoadObject(GetContext(), Tag());
-  return object == nullptr ? QStringList()
-                           : object->Text(kRules).split(kLineBreak, Qt::SkipEmptyParts);
+  return RulesObject(GetContext()).Lines().split(kLineBreak, Qt::SkipEmptyParts);
 }
 
 // What another program has added while the window was open stays.
 bool RuleWindow::Save() {
-  const DiskPtr bag = Edited();
+  RulesObject edited(Edited());
   ReadAnew();
-  QStringList rules = bag->Text(kRules).split(kLineBreak, Qt::SkipEmptyParts);
+  QStringList rules = edited.Lines().split(kLineBreak, Qt::SkipEmptyParts);
   for (const QString& rule : StoredRules()) {
     if (!shown_.contains(rule) && !rules.contains(rule)) rules.append(rule);
   }
-  bag->Let(kRules, rules.join(kLineBreak));
-  return SaveEdited(bag);
+  edited.SetLines(rules.join(kLineBreak));
+  return SaveEdited(edited.Bag());
 }
 
 }  // namespace vorn

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/disk.h"
+
+namespace vorn {
+
+/// What an event refers to.
+enum EventMode { kEventObject = 0, kEventMessage = 1 };
+
+/// A recorded event, by the names that its bag has for what it holds. That of a message says in the
+/// same bag where the message is stored (`MessageBag`). A view: the bag outlives it.
+class EventRecord {
+ public:
+  explicit EventRecord(const Disk& bag) : bag_(bag) {}
+  /// `time` is shown as it is.
+  static void Begin(Disk& bag, int mode, const QString& reference, const QString& time,
+                    const QString& text);
+
+  bool IsAboutMessage() const { return bag_.Number(kMode) == kEventMessage; }
+  /// The serial identifier of the object or message.
+  QString Reference() const { return bag_.Text(kReference); }
+  QString Text() const { return bag_.Text(kText); }
+
+ private:
+  static inline const QString kReference = QStringLiteral("reference");
+  static inline const QString kTime = QStringLiteral("daytime");
+  static inline const QString kText = QStringLiteral("message");
+  static inline const QString kMode = QStringLiteral("mode");
+
+  const Disk& bag_;
+};
+
+inline void EventRecord::Begin(Disk& bag, int mode, const QString& reference, const QString& time,
+                               const QString& text) {
+  bag.Let(kReference, reference);
+  bag.Let(kTime, time);
+  bag.Let(kText, text);
+  bag.Let(kMode, mode);
+}
+
+}  // namespace vorn

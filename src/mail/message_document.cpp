@@ -1,0 +1,115 @@
+#include "mail/message_document.h"
+
+#include <utility>
+
+#include "mail/attachment_files.h"
+#include "mail/codec/flag_string.h"
+#include "mail/codec/inline_images.h"
+#include "mail/compose_message.h"
+#include "mail/mail_store.h"
+#include "objects/settings.h"
+
+namespace vorn {
+QString MessageDocument::File() const {
+  return MessageBag(*request_).File(context_);
+}
+
+OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& shown) {
+  if (applyStoredCharset) code_.Forget();
+  ReadingCode code(code_.charset, code_.isPicked);
+  if (code_.readAs) code.forced = code_.readAs->charset;
+  OpenedMessage opened = OpenMessage(context_, *request_, applyStoredCharset, code, shown);
+  code_.charset = opened.charset;
+  model_ = opened.model;
+  source_ = opened.source;
+  html_ = opened.html;
+  // One that is gone has nothing that could be edited or sent.
+  const bool isGone = !opened.found && !IsNew() && opened.source.isEmpty();
+  isUnreadable_ = opened.unreadable.has_value() || isGone;
+  if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
+  changedState_ = 0;
+  tag_ = request_->SerialID();
+  return opened;
+}
+
+QString MessageDocument::ShownHtml() const {
+  return WithInlineImages(html_, source_, Request().ContentIndex());
+}
+
+Result<QByteArray> MessageDocument::Compose(const MessageModel& model) const {
+  ComposeOptions options;
+  options.charset = code_.charset;
+  options.settings = EditSettings::From(Settings(context_));
+  options.boundaryToken = context_.Data.NewSerialID();
+  StorageError unreadable;
+  options.read = [&](const ModelAttachment& attachment) {
+    const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
+    if (!bytes) unreadable = bytes.Error();
+    return bytes.ValueOr({});
+  };
+  const QByteArray source = ComposeMessage(model, options);
+  if (unreadable) return unreadable;
+  return source;
+}
+
+int MessageDocument::Status() const {
+  return request_ == nullptr ? static_cast<int>(kStatusEdit)
+                             : MessageBag(*request_).AbsoluteStatus();
+}
+
+bool MessageDocument::IsInDust() const {
+  return MessageBag(*request_).IsDust();
+}
+
+bool MessageDocument::IsNew() const {
+  return request_ != nullptr && Request().IsNew();
+}
+
+int MessageDocument::BeginSending() {
+  const int before = MessageBag(*request_).Status();
+  Request().SetSent(true);
+  MessageBag::SetStatus(*request_, kStatusWaiting);
+  return before;
+}
+
+void MessageDocument::EndSending(int before) {
+  Request().SetSent(false);
+  MessageBag::SetStatus(*request_, before);
+}
+
+bool MessageDocument::IsSending() const {
+  return request_ != nullptr && Request().IsSent();
+}
+
+void MessageDocument::ToggleDust() {
+  MessageBag::SetStatus(*request_, -MessageBag(*request_).Status());
+  changedState_ |= kStateStatus;
+}
+
+void MessageDocument::SetFolders(const QString& folders) {
+  MessageBag::SetFolders(*request_, folders);
+  changedState_ |= kStateFolders;
+}
+
+// The automatic choice leaves the stored one as it was.
+void MessageDocument::KeepCode() {
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagCode,
+                                              QString::number(static_cast<int>(code_.charset))));
+  changedState_ |= kStateFlag;
+}
+
+// Only what was changed here: the folder's page may have changed the rest meanwhile.
+Result<> MessageDocument::StoreState() {
+  const int changed = std::exchange(changedState_, 0);
+  MailStore store(context_);
+  // A message may have been sent since the window was opened: the dust bin changes the sign alone.
+  Result<> stored;
+  if ((changed & kStateStatus) != 0) stored = store.SetDust(*request_, IsInDust());
+  if (const int rest = changed & ~kStateStatus; rest != 0) {
+    const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);
+    if (!rewritten) stored = rewritten;
+  }
+  return stored;
+}
+
+}  // namespace vorn

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <optional>
+
+#include "mail/codec/code_offers.h"
+#include "mail/message_bag.h"
+#include "mail/message_request.h"
+#include "mail/open_message.h"
+#include "storage/result.h"
+
+namespace vorn {
+
+/// The code in which a message is shown, and in which one that is edited is written.
+struct CodeChoice {
+  CharsetChoice charset = CharsetChoice::Automatic;
+  bool isPicked = false;            ///< by the user, for the message that is shown
+  std::optional<CodeOffer> readAs;  ///< instead, and for this view only
+
+  /// The user picks a code that is kept with the message.
+  void Pick(CharsetChoice chosen) { *this = {chosen, true, std::nullopt}; }
+  /// The message is read in its own code.
+  void Forget() { *this = {charset, false, std::nullopt}; }
+};
+
+/// The message of a message window, apart from the window: the request for it, as what it was
+/// opened, and what of its state is changed there.
+class MessageDocument {
+ public:
+  explicit MessageDocument(Context& context) : context_(context) {}
+
+  /// Another message takes the place of this one; it is yet to be opened.
+  void Take(const DiskPtr& request) { request_ = request; }
+  bool HasRequest() const { return request_ != nullptr; }
+  const DiskPtr& Bag() const { return request_; }
+  MessageRequest Request() const { return MessageRequest(*request_); }
+  /// The serial identifier under which it was opened.
+  QString Tag() const { return tag_; }
+  /// The mail file that it is in.
+  QString File() const;
+
+  /// Opens the request's message; see `OpenMessage`. What of its state was not stored is forgotten.
+  OpenedMessage Open(bool applyStoredCharset, const QByteArray& shown);
+  MessageModel& Model() { return model_; }
+  const MessageModel& Model() const { return model_; }
+  const QByteArray& Source() const { return source_; }
+  /// The HTML part with the message's own pictures in it.
+  QString ShownHtml() const;
+  CodeChoice& Code() { return code_; }
+  const CodeChoice& Code() const { return code_; }
+  /// The source of `model` in that code; fails when an attachment cannot be read.
+  Result<QByteArray> Compose(const MessageModel& model) const;
+
+  /// Its status, in the dust or not.
+  int Status() const;
+  bool IsInDust() const;
+  /// It has not been stored yet.
+  bool IsNew() const;
+  /// Nothing of it may be stored, sent or answered.
+  bool IsUnreadable() const { return isUnreadable_; }
+  bool IsEditable() const { return Status() == kStatusEdit && !isUnreadable_; }
+  bool IsWaiting() const { return Status() == kStatusWaiting; }
+
+  /// It is to be stored as one that waits. Gives what `EndSending` takes when that does not happen.
+  int BeginSending();
+  void EndSending(int before);
+  bool IsSending() const;
+
+  void ToggleDust();
+  void SetFolders(const QString& folders);
+  /// Keeps the picked code with the message.
+  void KeepCode();
+  bool HasChangedState() const { return changedState_ != 0; }
+  /// Stores what of its state was changed here.
+  Result<> StoreState();
+
+ private:
+  Context& context_;
+  DiskPtr request_;
+  QString tag_;
+  MessageModel model_;
+  QByteArray source_;
+  QString html_;
+  CodeChoice code_;
+  bool isUnreadable_ = false;
+  int changedState_ = 0;  // a mask of `StateMask`
+};
+
+}  // namespace vorn

@@ -1,0 +1,27 @@
+#include "mail/message_request.h"
+
+#include "mail/message_bag.h"
+
+namespace vorn {
+
+OpenMode MessageRequest::Mode() const {
+  const auto last = static_cast<int>(OpenMode::ForwardKeepFrom);
+  return static_cast<OpenMode>(qBound(0, bag_.Number(kMode), last));
+}
+
+void MessageRequest::TakeRow(const Recordset& row) {
+  bag_.Let(kContent, row.Fields(u"FIELD_CONTENT"));
+  bag_.Let(kSubject, row.Fields(u"FIELD_SUBJECT"));
+  bag_.Let(kTimestamp, row.Fields(u"FIELD_TIMESTAMP"));
+  bag_.Let(kAddressLines, row.Fields(u"FIELD_MAILADDRESS"));
+  MessageBag::SetStatus(bag_, row.Fields(u"STATUS").toInt());
+  MessageBag::SetFlags(bag_, row.Fields(u"FIELD_FLAG").toString());
+}
+
+void MessageRequest::BecomeNew(const QString& serialId) {
+  MessageBag::SetStatus(bag_, kStatusEdit);
+  bag_.Let(kOriginal, bag_.SerialID());
+  bag_.LetSerialID(serialId);
+}
+
+}  // namespace vorn

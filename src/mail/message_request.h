@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QString>
+
+#include "mail/message_model.h"
+#include "storage/data_session.h"
+
+namespace vorn {
+
+/// A request to open a message, by the names that its bag has for what is wanted and for what was
+/// found. Where the message is stored and in which state is in the same bag, a `MessageBag`. A
+/// view: the bag outlives it.
+class MessageRequest {
+ public:
+  explicit MessageRequest(Disk& bag) : bag_(bag) {}
+
+  OpenMode Mode() const;
+  void SetMode(OpenMode mode) { bag_.Let(kMode, static_cast<int>(mode)); }
+  /// A message that is not stored yet.
+  bool IsNew() const { return bag_.Flag(kNew); }
+  void SetNew(bool isNew) { bag_.Let(kNew, isNew); }
+  /// The address that a new message begins with; empty for none.
+  QString Mailto() const { return bag_.Text(kMailto); }
+  void SetMailto(const QString& mailto) { bag_.Let(kMailto, mailto); }
+  /// Sent at once where nothing is missing.
+  bool SendsAtOnce() const { return bag_.Flag(kAutoSend); }
+  void SetSendsAtOnce(bool sends) { bag_.Let(kAutoSend, sends); }
+  /// The event about the message that is shown with it; empty for none.
+  QString Event() const { return bag_.Text(kEvent); }
+  void SetEvent(const QString& serialId) { bag_.Let(kEvent, serialId); }
+
+  /// Takes the columns of the message's row; the state and flags among them are the bag's.
+  void TakeRow(const Recordset& row);
+  QString ContentIndex() const { return bag_.Text(kContent); }
+  QString Subject() const { return bag_.Text(kSubject); }
+  QString Timestamp() const { return bag_.Text(kTimestamp); }
+  QString AddressLines() const { return bag_.Text(kAddressLines); }
+
+  /// The message that a new one was made from; else the message itself.
+  QString Original() const { return bag_.Text(kOriginal, bag_.SerialID()); }
+  bool HasOriginal() const { return !bag_.Text(kOriginal).isEmpty(); }
+  /// Makes it a new message with that identifier, of the one that it was.
+  void BecomeNew(const QString& serialId);
+
+  /// Its sender asks for a receipt, and this has not been dealt with.
+  bool AsksForReceipt() const { return bag_.Flag(kReceipt); }
+  void SetAsksForReceipt(bool asks) { bag_.Let(kReceipt, asks); }
+  /// Closing the window sends it.
+  bool IsSent() const { return bag_.Flag(kSend); }
+  void SetSent(bool isSent) { bag_.Let(kSend, isSent); }
+  /// The user has deleted it.
+  bool IsDeleted() const { return bag_.Flag(kDeleted); }
+  void BeDeleted() { bag_.Let(kDeleted, true); }
+
+ private:
+  static inline const QString kMode = QStringLiteral("open");
+  static inline const QString kNew = QStringLiteral("new");
+  static inline const QString kMailto = QStringLiteral("mailto");
+  static inline const QString kAutoSend = QStringLiteral("AutoSend");
+  static inline const QString kEvent = QStringLiteral("event");
+  static inline const QString kContent = QStringLiteral("content");
+  static inline const QString kSubject = QStringLiteral("work_subject");
+  static inline const QString kTimestamp = QStringLiteral("work_timestamp");
+  static inline const QString kAddressLines = QStringLiteral("mailaddress");
+  static inline const QString kOriginal = QStringLiteral("original");
+  static inline const QString kReceipt = QStringLiteral("notice");
+  static inline const QString kSend = QStringLiteral("send");
+  static inline const QString kDeleted = QStringLiteral("messagedelete");
+
+  Disk& bag_;
+};
+
+}  // namespace vorn

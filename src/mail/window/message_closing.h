@@ -1,0 +1,50 @@
+#pragma once
+
+#include "storage/context.h"
+
+class QWidget;
+
+namespace vorn {
+
+class MessageDocument;
+class MessageForm;
+class MessageHost;
+class MessageSending;
+class ReceiptQuestion;
+
+/// The rules by which the window of a message closes: what is stored, what is asked before, and
+/// what keeps the window open.
+class MessageClosing {
+ public:
+  /// Questions stand before `window`, which is closed when its message is deleted.
+  MessageClosing(Context& context, MessageHost& host, MessageDocument& document, MessageForm& form,
+                 MessageSending& sending, ReceiptQuestion& receipt, QWidget& window);
+
+  void SetEdited(bool isEdited) { isEdited_ = isEdited; }
+  /// Stores what closing keeps, once; false when the window has to stay open.
+  bool Close();
+  bool IsClosed() const { return isClosed_; }
+  /// Stores what of the message's state was changed, or tells why it cannot be.
+  void StoreState();
+  /// Deletes the message, after asking.
+  void Delete();
+
+ private:
+  bool Store();
+  bool IsBlank() const;
+  bool AskToSave(bool* cancelled);
+  bool StoreEdited();
+  void NoteAnswer();
+
+  Context& context_;
+  MessageHost& host_;
+  MessageDocument& document_;
+  MessageForm& form_;
+  MessageSending& sending_;
+  ReceiptQuestion& receipt_;
+  QWidget& window_;
+  bool isEdited_ = false;
+  bool isClosed_ = false;
+};
+
+}  // namespace vorn

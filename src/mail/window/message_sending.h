@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QObject>
+
+#include "storage/context.h"
+
+class QWidget;
+
+namespace vorn {
+
+class DoubtBar;
+class MessageDocument;
+class MessageForm;
+class MessageHost;
+
+/// Sends the message of a window, or cancels its sending, after the questions that are due; asks
+/// what is to become of one of which nobody knows whether it was sent.
+class MessageSending : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Questions stand before `window`, which is closed to send.
+  MessageSending(Context& context, MessageHost& host, MessageDocument& document, MessageForm& form,
+                 DoubtBar& bar, QWidget& window);
+
+  /// Sends, or cancels the sending of what waits.
+  void SendOrCancel();
+  /// The same from the toolbar, which also takes a message out of the dust.
+  void SendFromToolbar();
+  /// The sentence that keeps the message from being sent; empty when nothing does.
+  QString Missing() const;
+  /// Whether an account sends it. Asked while the message can still be edited.
+  bool HasSender();
+  /// Shows whether it is doubtful that what waits was sent.
+  void ShowDoubt();
+  bool IsDoubtful() const;
+  /// Whether what waited in the window waits no more.
+  bool HasGone() const;
+
+ Q_SIGNALS:
+  /// The message is to be opened anew.
+  void AnewWanted();
+  /// It stands otherwise with the message.
+  void StateChanged();
+
+ private:
+  void Send();
+  bool MaySendOnceMore();
+  void Cancel();
+  void SendAgain();
+  void KeepAsSent();
+
+  Context& context_;
+  MessageHost& host_;
+  MessageDocument& document_;
+  MessageForm& form_;
+  DoubtBar& bar_;
+  QWidget& window_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/disk.h"
+
+namespace vorn {
+
+/// What objects of every type have, by the names that their bags have for it. A view: the bag
+/// outlives it.
+class AnyObject {
+ public:
+  explicit AnyObject(const Disk& bag) : bag_(bag) {}
+  /// Makes the bag a new object of a type (`object_type`), with the picture of that type where it
+  /// gets no other one, and disabled.
+  static void Begin(Disk& bag, const QString& type, const QString& name, const QString& draw = {});
+  static void SetName(Disk& bag, const QString& name) { bag.Let(kName, name); }
+  static void SetToolTip(Disk& bag, const QString& text) { bag.Let(kToolTip, text); }
+  static void SetDraw(Disk& bag, const QString& draw) { bag.Let(kDraw, draw); }
+  static void SetDefault(Disk& bag, bool isDefault) { bag.Let(kDefault, isDefault); }
+  static void SetEnabled(Disk& bag, bool isEnabled) { bag.Let(kEnabled, isEnabled); }
+  static void SetSystem(Disk& bag, bool isSystem) { bag.Let(kSystem, isSystem); }
+
+  QString Type() const { return bag_.Text(kType); }
+  bool Is(const QString& type) const { return Type() == type; }
+  QString Name() const { return bag_.Text(kName); }
+  QString ToolTip() const { return bag_.Text(kToolTip); }
+  /// The key of its picture (`Icon`); of a folder also how it is filled.
+  QString Draw() const { return bag_.Text(kDraw); }
+  /// The object below which it stands in the tree; empty for none.
+  QString Parent() const { return bag_.Text(kParent); }
+  bool IsDefault() const { return bag_.Flag(kDefault); }
+  bool IsEnabled() const { return bag_.Flag(kEnabled); }
+  /// One of those that come with a profile, which cannot be deleted.
+  bool IsSystem() const { return bag_.Flag(kSystem); }
+
+ private:
+  static inline const QString kType = QStringLiteral("FormName");
+  static inline const QString kName = QStringLiteral("Object");
+  static inline const QString kToolTip = QStringLiteral("ToolTipText");
+  static inline const QString kDraw = QStringLiteral("Draw");
+  static inline const QString kParent = QStringLiteral("Parent");
+  static inline const QString kDefault = QStringLiteral("Default");
+  static inline const QString kEnabled = QStringLiteral("Enabled");
+  static inline const QString kSystem = QStringLiteral("System");
+
+  const Disk& bag_;
+};
+
+}  // namespace vorn

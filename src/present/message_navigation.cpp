@@ -1,0 +1,74 @@
+#include "present/message_navigation.h"
+
+#include <utility>
+
+#include "present/message_list_page.h"
+#include "present/neighbour_message.h"
+#include "present/shown_page.h"
+#include "storage/condition_limit.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kSearchMs = 2000;  // the window stands still meanwhile
+
+}  // namespace
+
+MessageNavigation::MessageNavigation(Context& context, MessageListPages& pages, ShownPage& page,
+                                     ShowPage show, Tell tell)
+    : context_(context),
+      pages_(pages),
+      page_(page),
+      show_(std::move(show)),
+      tell_(std::move(tell)) {}
+
+void MessageNavigation::GoToUnopened() {
+  page_.rows.CurrentAlone([this, folder = page_.request.Folder()](const QString& message) {
+    if (page_.request.Folder() == folder) GoToUnopenedAfter(message);
+  });
+}
+
+void MessageNavigation::GoToUnopenedAfter(const QString& message) {
+  const ConditionLimit brief(kSearchMs);
+  const auto next = NextUnopened(context_, page_.request.Folder(), page_.request.Search(), message);
+  if (!next || next->isEmpty()) {
+    tell_(!next && brief.IsReached() ? next.Error().text
+                                     : Ui::tr("ほかに未開封のメッセージはありません。"));
+    return;
+  }
+  GoToRow(*next);
+}
+
+void MessageNavigation::GoTo(const QString& message) {
+  page_.rows.CurrentAlone([this, message, folder = page_.request.Folder()](const QString&) {
+    if (page_.request.Folder() == folder) GoToRow(message);
+  });
+}
+
+// On this page or another one.
+void MessageNavigation::GoToRow(const QString& message) {
+  page_.rows.GoToMessage(message, [this, message, folder = page_.request.Folder()] {
+    if (page_.request.Folder() != folder) return;
+    if (const int page = PageOf(message)) show_(page, message, {});
+  });
+}
+
+// 0 where the folder does not show it.
+int MessageNavigation::PageOf(const QString& message) const {
+  const ConditionLimit brief(kSearchMs);
+  const auto before = RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
+  if (!before && brief.IsReached()) tell_(before.Error().text);
+  return before ? pages_.PageOf(*before) : 0;
+}
+
+// What is pressed before it is there is meant for it, and is done to no other.
+void MessageNavigation::GoToReturned(const QStringList& messages) {
+  if (const int page = PageOf(messages.first())) {
+    show_(page, messages.first(), messages.size() > 1 ? messages : QStringList());
+  } else if (page_.queue.IsAlone()) {
+    page_.queue.DropOthers();
+  }
+}
+
+}  // namespace vorn

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QStringList>
+#include <functional>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+class MessageListPages;
+struct ShownPage;
+
+/// Goes to a message of the folder that is shown, whichever page of it the message is on.
+class MessageNavigation {
+ public:
+  /// Has another page shown, with that message as the current one and `chosen` as those chosen; of
+  /// one page of a folder it is the next version.
+  using ShowPage = std::function<void(int page, const QString& message, const QStringList& chosen)>;
+  /// Tells the user a sentence in passing.
+  using Tell = std::function<void(const QString& sentence)>;
+
+  MessageNavigation(Context& context, MessageListPages& pages, ShownPage& page, ShowPage show,
+                    Tell tell);
+
+  /// Goes to the next unopened message of the folder.
+  void GoToUnopened();
+  /// Goes to a message of the folder once what was asked before is done.
+  void GoTo(const QString& message);
+  /// Goes to the first of messages that the page may not show yet, by making another one; several
+  /// are chosen there.
+  void GoToReturned(const QStringList& messages);
+
+ private:
+  void GoToUnopenedAfter(const QString& message);
+  void GoToRow(const QString& message);
+  int PageOf(const QString& message) const;
+
+  Context& context_;
+  MessageListPages& pages_;
+  ShownPage& page_;
+  ShowPage show_;
+  Tell tell_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,52 @@
+#include "present/window/search_box.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QShortcut>
+
+#include "kit/window/plain_text.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kSearchWidth = 220;
+
+}  // namespace
+
+SearchBox::SearchBox(QWidget* window, QWidget* parent)
+    : QLineEdit(parent), lbFound_(PlainLabel({}, parent)) {
+  setObjectName(QStringLiteral("txSearch"));
+  setAccessibleName(Ui::tr("フォルダの検索"));
+  setPlaceholderText(Ui::tr("件名、アドレスを検索"));
+  setClearButtonEnabled(true);
+  setMaximumWidth(kSearchWidth);
+  connect(this, &QLineEdit::returnPressed, this, &SearchBox::Wanted);
+  connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (text.isEmpty()) Q_EMIT Emptied();
+  });
+  lbFound_->setObjectName(QStringLiteral("lbFound"));
+  lbFound_->hide();
+  auto* find = new QShortcut(QKeySequence::Find, window);
+  find->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(find, &QShortcut::activated, this, [this] {
+    setFocus();
+    selectAll();
+  });
+}
+
+// From what is typed one goes down to what was found; Escape gives up both.
+void SearchBox::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key != Qt::Key_Escape && key != Qt::Key_Down) return QLineEdit::keyPressEvent(event);
+  if (key == Qt::Key_Escape) clear();
+  Q_EMIT Left();
+  if (key == Qt::Key_Down) Q_EMIT RowWanted();
+}
+
+void SearchBox::ShowFound(qint64 messages) {
+  lbFound_->setText(messages < 0 ? QString() : Ui::tr("%1通").arg(messages));
+  lbFound_->setVisible(messages >= 0);
+}
+
+}  // namespace vorn

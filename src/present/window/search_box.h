@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QLineEdit>
+
+class QLabel;
+
+namespace vorn {
+
+/// The box in which the user types what a folder is searched for, and the label that tells how many
+/// messages that finds.
+class SearchBox : public QLineEdit {
+  Q_OBJECT
+
+ public:
+  /// Its key acts in all of `window`; `parent` gets the label.
+  SearchBox(QWidget* window, QWidget* parent);
+
+  /// What is typed.
+  QString Typed() const { return text().trimmed(); }
+  /// How many messages the search has found; -1 when there is none, or that is not known.
+  void ShowFound(qint64 messages);
+  QLabel* Found() const { return lbFound_; }
+
+ Q_SIGNALS:
+  /// What is typed is to be searched for.
+  void Wanted();
+  /// The box has been emptied.
+  void Emptied();
+  /// The user goes from the box to the page.
+  void Left();
+  /// From there he goes down to what was found.
+  void RowWanted();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QLabel* lbFound_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,111 @@
+#include "present/window/web_navigation.h"
+
+#include <QTimer>
+#include <QWebEngineHistory>
+#include <QWebEngineView>
+
+#include "kit/window/plain_text.h"
+#include "present/page_request.h"
+#include "present/window/browser_host.h"
+#include "present/window/browser_window.h"
+#include "present/window/engine_view.h"
+#include "present/window/folder_toolbar.h"
+#include "present/window/link_page.h"
+#include "present/window/page_loader.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kHoldMs = 1000;
+
+}  // namespace
+
+WebNavigation::WebNavigation(PageRequest& request, EngineView& engine, PageLoader& loader,
+                             FolderToolbar& toolbar, BrowserHost& host, BrowserWindow& window)
+    : request_(request),
+      engine_(engine),
+      loader_(loader),
+      toolbar_(toolbar),
+      host_(host),
+      window_(window) {
+  connect(&toolbar_, &FolderToolbar::BeforeWanted, this, [this] { Turn(-1); });
+  connect(&toolbar_, &FolderToolbar::NextWanted, this, [this] { Turn(1); });
+  connect(&toolbar_, &FolderToolbar::AddressTyped, this,
+          [this](const QString& address) { GoTo(QUrl::fromUserInput(address).toString()); });
+  connect(&loader_, &PageLoader::Loaded, this, &WebNavigation::ShowPlace);
+  ConnectEngine();
+}
+
+void WebNavigation::ConnectEngine() {
+  connect(&engine_, &EngineView::PlaceChanged, this, &WebNavigation::ShowPlace);
+  connect(&engine_, &EngineView::DownloadRefused, this, [this] {
+    host_.Tell(Ui::tr(
+        "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
+  });
+  connect(&engine_, &EngineView::MailtoFollowed, this, [this](const QString& url) {
+    host_.WriteTo(url);
+    if (request_.IsNew()) request_.BeDust();
+  });
+  // The window is told its target's name by the engine, and only by asking.
+  connect(&engine_, &EngineView::FirstNavigation, this, [this](const QUrl& url) {
+    engine_.Ask(QStringLiteral("window.name"),
+                [this, url](const QVariant& name) { TakeName(name.toString(), url); });
+  });
+  engine_.OnNewWindow([this] { return host_.NewBrowserWindow()->Web().BecomeNewWindow(); });
+}
+
+void WebNavigation::GoTo(const QString& address) {
+  if (request_.IsLocal()) return;
+  request_.SetUrl(address);
+  loader_.Load();
+}
+
+void WebNavigation::Turn(int step) {
+  if (request_.IsLocal()) return;
+  engine_.View()->triggerPageAction(step < 0 ? QWebEnginePage::Back : QWebEnginePage::Forward);
+}
+
+QString WebNavigation::WindowName() const {
+  return request_.WindowName();
+}
+
+LinkPage* WebNavigation::BecomeNewWindow() {
+  request_.SetNew(true);
+  engine_.Use(false);
+  engine_.Page()->HoldFirstNavigation();
+  // One that is filled without going anywhere is shown as well.
+  QTimer::singleShot(kHoldMs, this, [this] {
+    if (request_.IsNew() && !request_.IsDust()) TakeName(QString(), QUrl());
+  });
+  return engine_.Page();
+}
+
+// What belongs to a window that is there already goes to it; else this one keeps the name.
+void WebNavigation::TakeName(const QString& name, const QUrl& url) {
+  if (!name.isEmpty() && request_.IsNew() && !url.isEmpty()) {
+    if (BrowserWindow* named = host_.NamedWindow(name, &window_)) {
+      named->Web().GoTo(url.toString());
+      named->Activate();
+      request_.BeDust();
+      return;
+    }
+  }
+  if (!name.isEmpty()) request_.SetWindowName(name);
+  request_.SetNew(false);
+  if (!url.isEmpty()) GoTo(url.toString());
+  window_.ShowModeless();
+  host_.BrowserOpened();
+}
+
+// It may go on without being loaded anew.
+void WebNavigation::ShowPlace() {
+  if (request_.IsLocal()) return;
+  const QWebEngineView* view = engine_.View();
+  toolbar_.FollowAddress(view->url().toString());
+  window_.setWindowTitle(ShownText(view->title(), kMostInTitle));
+  request_.SetNeighbours(view->history()->canGoBack(), view->history()->canGoForward());
+  window_.ControlToolbarUpdate();
+}
+
+}  // namespace vorn

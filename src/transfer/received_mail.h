@@ -1,0 +1,69 @@
+#pragma once
+
+#include "mail/mail_store.h"
+#include "storage/context.h"
+#include "transfer/current_stop_rules.h"
+#include "transfer/known_messages.h"
+#include "transfer/pop_events.h"
+#include "transfer/received_groups.h"
+#include "transfer/server_deletions.h"
+
+namespace vorn {
+
+class Pop;
+class TransferLog;
+
+/// Decides which messages of a mailbox a session fetches, stores what arrives, and which of them
+/// are deleted on the server. Nothing is deleted where a message could not be stored.
+class ReceivedMail : public RetrievalEvents {
+ public:
+  ReceivedMail(Context& context, const Pop& pop, TransferLog& log);
+
+  /// The session of the log's job begins and ends; one that only sends has the same ends.
+  void Begin();
+  void End();
+
+  bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
+                      bool& deleteOnServer) override;
+  bool MailboxListed(const QString& scope,
+                     const std::optional<QList<ListedMessage>>& messages) override;
+  void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
+  bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
+  bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
+  void TornOffAgain() override { ++tornOff_; }
+  void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
+                       bool& deleteOnServer) override;
+  bool HasDoubt(const QString& messageId) override { return known_.HasDoubt(messageId); }
+  void TakeBack(const QString& messageId) override;
+  void Doubted(const QString& messageId) override { known_.Doubt(messageId); }
+  void StopTakenBack(StopDoubt why) override;
+  bool WantsHeaders() override { return !rules_.Get().IsEmpty(); }
+  bool MakeDurable() override;
+
+ private:
+  bool IsReceiving() const;
+  void Describe(Disk& message, const QString& messageId, const QByteArray& data) const;
+  Result<MailStore::Received> Store(Disk& message, const QString& messageId, const QByteArray& data,
+                                    bool isTornOff, QString* storedAs);
+  bool GiveUp(const StorageError& reason, bool& deleteOnServer);
+  void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
+  void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
+  void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
+  void TellUnknown(const StorageError& reason);
+
+  Context& context_;
+  const Pop& pop_;
+  TransferLog& log_;
+  MailStore store_;
+  KnownMessages known_;
+  ReceivedGroups groups_;
+  ServerDeletions deletions_;
+  CurrentStopRules rules_;
+  // Of the session.
+  bool takesServersTime_ = false;  // when its server took a message in, in place of now
+  bool toldOfUnknown_ = false;
+  int stopped_ = 0;
+  int tornOff_ = 0;
+};
+
+}  // namespace vorn
