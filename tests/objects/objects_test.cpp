@@ -236,8 +236,9 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
   good.inSecurity = 2;
   good.outSecurity = 1;
-  const DiskPtr account = CreateAccount(profile.Get(), good);
-  ASSERT_NE(account, nullptr);
+  const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
+  ASSERT_TRUE(created);
+  const DiskPtr& account = *created;
   EXPECT_EQ(account->Number(u"InMailServerSecurity"), 2);
   EXPECT_EQ(account->Number(u"OutMailServerSecurity"), 1);
   good.name = QStringLiteral("次");

@@ -53,7 +53,7 @@ class MessageActions {
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;
-  QStringList End(bool done, const QStringList& messages, const UnderWay& underWay = {});
+  QStringList End(const Result<>& done, const QStringList& messages, const UnderWay& underWay = {});
 
   Context& context_;
   QWidget& window_;

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMessageBox>
 #include <QPointer>
+#include <tuple>
 
 #include "frame/window/parent_window.h"
 #include "kit/window/plain_text.h"
@@ -42,7 +43,7 @@ void ParentWindow::KeepEverything() {
   }
   traffic_.Plan().Cancel();
   KeepPlacement();
-  SaveMarkedObjects(context_);
+  std::ignore = SaveMarkedObjects(context_);  // nobody could be asked any more
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {
@@ -70,7 +71,7 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
     tray->deleteLater();
   }
   KeepPlacement();
-  SaveMarkedObjects(context_);
+  std::ignore = SaveMarkedObjects(context_);  // nobody could be asked any more
   queue_.Clear();
   traffic_.Plan().Cancel();
   traffic_.Plan().Clear();

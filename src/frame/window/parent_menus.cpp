@@ -264,9 +264,9 @@ void ParentWindow::BuildPaneMenu(QMenu& display) {
 void ParentWindow::PlacePane(int place) {
   Settings settings(context_);
   settings.SetReadingPane(static_cast<PanePlace>(place));
-  if (!SaveObject(context_, DatabaseKind::Profile, *settings.Bag())) {
-    ShowBox(this, QMessageBox::Critical,
-            Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
+  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings.Bag());
+  if (!saved) {
+    ShowBox(this, QMessageBox::Critical, Ui::tr("設定を保存できません。") + saved.Error().text);
   }
   ApplySettings();
 }
@@ -281,11 +281,11 @@ void ParentWindow::ChooseLayout(const QString& id) {
     if (answer == QMessageBox::Cancel) return;
     if (answer == QMessageBox::Yes) own = OwnLayouts::Removed;
   }
-  if (ShareLayout(context_, id, own)) {
+  const Result<> shared = ShareLayout(context_, id, own);
+  if (shared) {
     MessageStored();
   } else {
-    ShowBox(this, QMessageBox::Critical,
-            Ui::tr("保存できませんでした。") + context_.Data.LastError().text);
+    ShowBox(this, QMessageBox::Critical, Ui::tr("保存できませんでした。") + shared.Error().text);
   }
 }
 

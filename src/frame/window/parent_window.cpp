@@ -7,6 +7,7 @@
 #include <QSplitter>
 #include <QToolBar>
 #include <algorithm>
+#include <tuple>
 
 #include "auxiliary/window/console_window.h"
 #include "frame/ui_language.h"
@@ -210,7 +211,8 @@ void ParentWindow::OfferDrafts() {
 
 void ParentWindow::OfferLook() {
   if (!AskOfLook(context_, *this)) return;
-  ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
+  // The question is answered; the layout can be chosen in the menu, too.
+  std::ignore = ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
   area_->Arrange(Arrangement::Tabs);
   ApplySettings();
   MessageStored();
@@ -461,13 +463,12 @@ void ParentWindow::OpenArgument(const QString& argument) {
     queue_.PostMailRequest(MailRequest::New(argument));
     return;
   }
-  QString error;
-  const QString serialId = TakeMessageFile(context_, argument, &error);
-  if (serialId.isEmpty()) {
-    ShowBox(this, QMessageBox::Critical, error);
+  const Result<QString> serialId = TakeMessageFile(context_, argument);
+  if (!serialId) {
+    ShowBox(this, QMessageBox::Critical, serialId.Error().text);
     return;
   }
-  OpenMessage(0, serialId, false);
+  OpenMessage(0, *serialId, false);
   MessageStored();
 }
 

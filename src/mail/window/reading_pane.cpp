@@ -112,7 +112,7 @@ void ReadingPane::Fill() {
   LazyText text = opened_.model.text;
   if (opened_.unreadable) {
     text = Ui::tr("メッセージ%1を読み込めません。").arg(opened_.unreadable->Name()) +
-           context_.Data.LastError().text;
+           opened_.reason.text;
   } else if (!opened_.found) {
     text = Ui::tr("メッセージがありません。");
   }
