@@ -231,12 +231,12 @@ void MessageWindow::ControlToolbarUpdate() {
 // Kept at once, since the lists show it.
 void MessageWindow::ToggleStar() {
   const bool star = !HasStar();
-  if (SetMark(context_, {document_.Tag()}, kFlagStar, star)) {
+  if (const Result<> marked = SetMark(context_, {document_.Tag()}, kFlagStar, star)) {
     document_.LetStar(star);
     host_.MessageStored();
   } else {
     ShowBox(this, QMessageBox::Critical,
-            Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
+            Ui::tr("変更を保存できませんでした。") + marked.Error().text);
   }
   ShowState();
 }
