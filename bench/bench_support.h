@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <functional>
 
+#include "storage/result.h"
+
 namespace vorn::bench {
 
 /// Ends the program with a sentence unless the condition holds.
@@ -15,6 +17,11 @@ inline void Require(bool condition, const QString& what) {
   if (condition) return;
   std::fprintf(stderr, "%s\n", qPrintable(what));
   std::exit(1);
+}
+
+template <typename T>
+void Require(const Result<T>& result) {
+  Require(static_cast<bool>(result), result ? QString() : result.Error().text);
 }
 
 inline double Milliseconds(const QElapsedTimer& clock) {

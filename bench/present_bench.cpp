@@ -71,37 +71,37 @@ void Fill(Context& context, int messages) {
                               "@example.jp>\r\nTo: y@example.org\r\nSubject: "
                               "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
                               QByteArray::number(i) + "\r\n\r\n" + body + "\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), context.Data.LastError().text);
+    Require(store.StoreMessage(request, source));
     if (i % 256 == 255) Require(context.Data.FlushGroup(), context.Data.LastError().text);
   }
   Require(context.Data.EndGroup(), context.Data.LastError().text);
 }
 
 int CountMessages(Context& context) {
-  Require(OpenDatabase(context, DatabaseKind::Mail) &&
-              context.Data.OpenRecordset(
-                  QStringLiteral("SELECT COUNT(*) AS N FROM mail WHERE STATUS = 4"),
-                  CursorKind::ForwardOnly),
-          context.Data.LastError().text);
+  Require(OpenDatabase(context, DatabaseKind::Mail));
+  Require(
+      context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(*) AS N FROM mail WHERE STATUS = 4"),
+                                 CursorKind::ForwardOnly),
+      context.Data.LastError().text);
   const int count = context.Data.Recordset()->Fields(u"N").toInt();
   context.Data.Close();
   return count;
 }
 
-void MakePage(Context& context, MessageListPages& pages, int number) {
+void MakePage(MessageListPages& pages, int number) {
   bool before = false;
   bool next = false;
-  const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
-  Require(!path.isEmpty(), context.Data.LastError().text);
-  QFile::remove(path);
+  const auto path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
+  Require(path);
+  QFile::remove(*path);
 }
 
 void MeasurePages(Context& context, int messages) {
   const int last = (messages + kRowsPerPage - 1) / kRowsPerPage;
   MessageListPages pages(context);
-  Measure(QStringLiteral("first page"), [&] { MakePage(context, pages, 1); });
-  Measure(QStringLiteral("middle page"), [&] { MakePage(context, pages, last / 2); });
-  Measure(QStringLiteral("last page"), [&] { MakePage(context, pages, last); });
+  Measure(QStringLiteral("first page"), [&] { MakePage(pages, 1); });
+  Measure(QStringLiteral("middle page"), [&] { MakePage(pages, last / 2); });
+  Measure(QStringLiteral("last page"), [&] { MakePage(pages, last); });
   Measure(QStringLiteral("counting the pages anew"), [&] {
     Require(MessageListPages(context).CountPages(fixed_serial::kInbox) == last,
             QStringLiteral("wrong count"));
@@ -126,8 +126,8 @@ void MeasurePages(Context& context, int messages) {
   }
   Report(QStringLiteral("exploring, each slice"), slices);
   Report(QStringLiteral("exploring, all"), {sum});
-  Measure(QStringLiteral("middle page, explored"), [&] { MakePage(context, pages, last / 2); });
-  Measure(QStringLiteral("last page, explored"), [&] { MakePage(context, pages, last); });
+  Measure(QStringLiteral("middle page, explored"), [&] { MakePage(pages, last / 2); });
+  Measure(QStringLiteral("last page, explored"), [&] { MakePage(pages, last); });
 }
 
 // From the click on a folder in the tree until its page stands painted in a new window.
@@ -180,8 +180,8 @@ int StartOnce(const QString& folder, bool withSplash) {
     Require(WaitFor([&] { return (parent = program->Parent()) != nullptr; }),
             QStringLiteral("no main window"));
   } else {
-    QString error;
-    Require(StartUp(context, folder, &error) && LogIn(context, {}, {}, &error), error);
+    Require(StartUp(context, folder));
+    Require(LogIn(context, {}, {}));
     parent = new ParentWindow(context);
     parent->LoadDefaultProperty();
     parent->show();
@@ -240,15 +240,14 @@ int main(int argc, char** argv) {
   }
   const QString folder = arguments[1] + u'/';
   Context context;
-  QString error;
-  Require(StartUp(context, folder, &error), error);
+  Require(StartUp(context, folder));
   const bool isNew = context.Objects.IsEmpty();
-  Require(!isNew || CreateFirstProfile(context) != nullptr, context.Data.LastError().text);
-  Require(LogIn(context, {}, {}, &error), error);
+  if (isNew) Require(CreateFirstProfile(context));
+  Require(LogIn(context, {}, {}));
   // As a new profile has it, whatever version made the folder.
   const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("MessagesNewest"), true);
-  Require(SaveObject(context, DatabaseKind::Profile, *settings), context.Data.LastError().text);
+  Require(SaveObject(context, DatabaseKind::Profile, *settings));
   if (isNew) Fill(context, arguments.value(2, QStringLiteral("1000000")).toInt());
   MeasurePages(context, CountMessages(context));
   {

@@ -54,7 +54,8 @@ class Filling {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     if (i % 100 == 0) request.Let(QStringLiteral("folder"), QStringLiteral("f"));
-    if (store_.StoreMessage(request, Source(i)).isEmpty()) Give(context_.Data.LastError().text);
+    const Result<QString> stored = store_.StoreMessage(request, Source(i));
+    if (!stored) Give(stored.Error().text);
   }
   void StoreGrouped(int from, int to) {
     context_.Data.BeginGroup(MailDatabasePath(context_));
@@ -94,10 +95,9 @@ void Run(int messages, int bodyBytes) {
   const QTemporaryDir folder;
   qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
   Context context;
-  QString error;
-  if (!StartUp(context, folder.path() + QStringLiteral("/data"), &error) ||
-      CreateFirstProfile(context) == nullptr || !LogIn(context, {}, {}, &error)) {
-    Give(error);
+  if (!StartUp(context, folder.path() + QStringLiteral("/data")) || !CreateFirstProfile(context) ||
+      !LogIn(context, {}, {})) {
+    Give(QStringLiteral("cannot log in"));
   }
   Filling filling(context, bodyBytes);
   int next = 0;
@@ -111,19 +111,20 @@ void Run(int messages, int bodyBytes) {
   const auto page = [&](int number) {
     bool before = false;
     bool after = false;
-    const QString path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, after);
-    if (path.isEmpty()) Give(context.Data.LastError().text);
+    const QString path =
+        pages.CreateMessageListPage(fixed_serial::kInbox, number, before, after).ValueOr({});
+    if (path.isEmpty()) Give(QStringLiteral("no page"));
     QFile::remove(path);
   };
   Report("first page", messages, 11, [&] { page(1); });
   Report("middle page", messages, 7, [&] { page(messages / 200); });
   Report("warm open and close", messages, 101, [&] {
-    if (!OpenDatabase(context, DatabaseKind::Mail)) Give(context.Data.LastError().text);
+    if (!OpenDatabase(context, DatabaseKind::Mail)) Give(QStringLiteral("cannot open"));
     context.Data.Close();
   });
   Report("cold open and close", messages, 11, [&] {
     context.Data.CloseAll();
-    if (!OpenDatabase(context, DatabaseKind::Mail)) Give(context.Data.LastError().text);
+    if (!OpenDatabase(context, DatabaseKind::Mail)) Give(QStringLiteral("cannot open"));
     context.Data.Close();
   });
   int found = 0;

@@ -67,7 +67,7 @@ void AddHtmlMessages(Context& context) {
         QByteArray("<p>A paragraph of <b>text</b> with a <a href='https://example.jp/'>link</a>.")
             .repeated(20) +
         "\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), context.Data.LastError().text);
+    Require(store.StoreMessage(request, source));
   }
 }
 
@@ -240,10 +240,9 @@ int main(int argc, char** argv) {
   Require(!folder.isEmpty(), QStringLiteral("usage: tabs-bench DATA-FOLDER"));
   {
     Context context;
-    QString error;
-    Require(StartUp(context, folder + u'/', &error), error);
+    Require(StartUp(context, folder + u'/'));
     Require(!context.Objects.IsEmpty(), QStringLiteral("present-bench has to fill it first"));
-    Require(LogIn(context, {}, {}, &error), error);
+    Require(LogIn(context, {}, {}));
     isMemory ? AddFolders(context) : AddHtmlMessages(context);
     {
       ParentWindow parent(context);

@@ -52,7 +52,7 @@ void StoreWaiting(Context& context, int count, qsizetype bytes) {
     const QByteArray source =
         "From: me@example.org\r\nTo: you@example.org\r\nSubject: " + QByteArray::number(i) +
         "\r\n\r\n" + body + ".\r\n";
-    Require(!store.StoreMessage(request, source).isEmpty(), QStringLiteral("cannot store"));
+    Require(store.StoreMessage(request, source));
   }
 }
 
@@ -66,10 +66,9 @@ int main(int argc, char** argv) {
           QStringLiteral("usage: transfer-bench receive|send PORT MESSAGES [BYTES]"));
   const QTemporaryDir folder;
   Context context;
-  QString error;
-  Require(StartUp(context, folder.path() + u'/', &error), QStringLiteral("cannot start"));
-  Require(CreateFirstProfile(context) != nullptr, QStringLiteral("cannot make the profile"));
-  Require(LogIn(context, {}, {}, &error), QStringLiteral("cannot log in"));
+  Require(StartUp(context, folder.path() + u'/'));
+  Require(CreateFirstProfile(context));
+  Require(LogIn(context, {}, {}));
   AccountValues values;
   values.name = QStringLiteral("bench");
   values.address = QStringLiteral("me@example.org");
@@ -77,7 +76,7 @@ int main(int argc, char** argv) {
   values.inPort = words[2].toInt();
   values.inUser = QStringLiteral("u");
   values.inPassword = QStringLiteral("secret");
-  const DiskPtr account = CreateAccount(context, values);
+  const DiskPtr account = *CreateAccount(context, values);
   account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
   account->Let(QStringLiteral("OutMailServerPort"), words[2].toInt());
   if (sends) StoreWaiting(context, words[3].toInt(), words[4].toLongLong());

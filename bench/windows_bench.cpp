@@ -58,7 +58,7 @@ QString Store(Context& context, const QByteArray& source) {
   Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), 4);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  return MailStore(context).StoreMessage(request, source);
+  return *MailStore(context).StoreMessage(request, source);
 }
 
 QByteArray WithAttachment(qsizetype bytes) {
@@ -120,10 +120,9 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   const QTemporaryDir folder;
   Context context;
-  QString error;
-  Require(StartUp(context, folder.path() + u'/', &error), QStringLiteral("cannot start"));
-  Require(CreateFirstProfile(context) != nullptr, QStringLiteral("cannot make the profile"));
-  Require(LogIn(context, {}, {}, &error), QStringLiteral("cannot log in"));
+  Require(StartUp(context, folder.path() + u'/'));
+  Require(CreateFirstProfile(context));
+  Require(LogIn(context, {}, {}));
   const QString usual = Store(context, WithAttachment(20000));
   const QString large = Store(context, WithAttachment(20 * 1024 * 1024));
   PaintWatch paint;

@@ -6,9 +6,8 @@ using namespace vorn;
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const QString text = QString::fromUtf8(fuzz::Bytes(data, size));
-  QString error;
-  const auto statement = TranslateSql(text, &error);
-  fuzz::Require(statement.has_value() || !error.isEmpty());
+  const auto statement = TranslateSql(text);
+  fuzz::Require(statement || !statement.Error().text.isEmpty());
   // Literals are parameters: outside names in double quotes no quote may reach the engine.
   if (statement) {
     bool inName = false;

@@ -4035,5 +4035,17 @@ Do you want that?</translation>
 what was thrown away is not shown in folders,
 and what was erased is not received again.</translation>
     </message>
+    <message>
+        <source>スター</source>
+        <translation>Star</translation>
+    </message>
+    <message>
+        <source>フォルダに入れたものを受信に表示しない(&amp;F)</source>
+        <translation>Hide what is &amp;filed from the inbox</translation>
+    </message>
+    <message>
+        <source> 他%1名</source>
+        <translation> and %1 more</translation>
+    </message>
 </context>
 </TS>

@@ -64,12 +64,12 @@ int AddAccount(Context& context, const Arguments& arguments) {
   if (!unread.isEmpty()) return Complain(unread, kExitUsage);
   const QString invalid = ValidateAccount(context, values);
   if (!invalid.isEmpty()) return Complain(invalid, kExitFailure);
-  const DiskPtr account = CreateAccount(context, values);
-  if (account == nullptr) {
-    return Complain(QStringLiteral("アカウントを保存できません。") + context.Data.LastError().text,
+  const Result<DiskPtr> account = CreateAccount(context, values);
+  if (!account) {
+    return Complain(QStringLiteral("アカウントを保存できません。") + account.Error().text,
                     kExitFailure);
   }
-  Print(account->SerialID());
+  Print((*account)->SerialID());
   return kExitOk;
 }
 

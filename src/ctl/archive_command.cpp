@@ -37,10 +37,9 @@ int Import(Context& context, const Arguments& arguments) {
     }
   }
   ImportCounts counts;
-  QString error;
-  bool complete = true;
+  Result<> complete;
   for (const QString& path : paths) {
-    complete = complete && ImportMessages(context, path, folder, &counts, &error);
+    if (complete) complete = ImportMessages(context, path, folder, &counts);
   }
   for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
     Complain(QStringLiteral("保存済みですが読み込めません: ") + message.Name(), 0);
@@ -50,8 +49,8 @@ int Import(Context& context, const Arguments& arguments) {
           {QStringLiteral("unreadable"), ToJson(counts.unreadable)}},
          QStringLiteral("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
          arguments.Has(QStringLiteral("json")));
-  if (!complete) return Complain(error, kExitFailure);
-  if (!error.isEmpty()) Complain(error, 0);  // of what was passed over
+  if (!complete) return Complain(complete.Error().text, kExitFailure);
+  if (!counts.notice.isEmpty()) Complain(counts.notice, 0);
   return counts.unreadable.isEmpty() ? kExitOk : kExitPartly;
 }
 

@@ -74,8 +74,7 @@ int CheckFiles(Context& context, const Arguments& arguments) {
     remembered = Remember(context, file.path, findings, accept) && remembered;
   }
   if (accept && !remembered) {
-    return Complain(QStringLiteral("判断を保存できません。") + context.Data.LastError().text,
-                    kExitFailure);
+    return Complain(QStringLiteral("判断を保存できません。"), kExitFailure);
   }
   return sound ? kExitOk : kExitFailure;
 }

@@ -42,7 +42,7 @@ int Doubtful(Context& context, const Arguments& arguments) {
                                    "sent メッセージ]"),
                     kExitUsage);
   }
-  const bool done = verb == u"again" ? outbox.SendAgain(serialId) : outbox.KeepAsSent(serialId);
+  const Result<> done = verb == u"again" ? outbox.SendAgain(serialId) : outbox.KeepAsSent(serialId);
   return done ? kExitOk
               : Complain(
                     QStringLiteral("「%1」は、届いたかどうか分からないメッセージではありません。")

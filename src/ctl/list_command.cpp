@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/shown_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -43,22 +44,38 @@ void PrintRow(const Recordset& row, bool asJson) {
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
+// As far as they can be read.
+Result<> PrintRows(Context& context, const QString& select, bool asJson, QSet<QString>& printed) {
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  if (!context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+    return ReasonOf(context.Data);
+  }
+  const RecordsetPtr rows = context.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    if (rows->IsRowDamaged()) continue;
+    PrintRow(*rows, asJson);
+    printed.insert(rows->SerialID());
+  }
+  return ResultOf(context.Data, !rows->Failed());
+}
+
 // Where the list breaks off, every message is looked for by itself.
 int ListTheRest(Context& context, const QString& folder, const QSet<QString>& printed,
                 bool asJson) {
-  const FolderListing listing = ListFolderMessages(context, folder);
+  const Result<FolderListing> listing = ListFolderMessages(context, folder);
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (!listing.read || !mail) {
-    return Complain(
-        QStringLiteral("一覧を最後まで読み込めません。") + context.Data.LastError().text,
-        kExitFailure);
+  if (!listing || !mail) {
+    return Complain(QStringLiteral("一覧を最後まで読み込めません。") +
+                        (listing ? mail.Error() : listing.Error()).text,
+                    kExitFailure);
   }
-  for (const FolderMessage& message : listing.messages) {
+  for (const FolderMessage& message : listing->messages) {
     if (printed.contains(message.serialId)) continue;
     const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
     if (row != nullptr && !row->Eof()) PrintRow(*row, asJson);
   }
-  for (const UnreadableMessage& message : listing.unreadable) {
+  for (const UnreadableMessage& message : listing->unreadable) {
     Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
   }
   return kExitPartly;
@@ -76,25 +93,10 @@ int ListFolder(Context& context, const Arguments& arguments) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing() +
                          QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
-  bool complete = false;
-  StorageError error;
-  {
-    const OpenedDatabase mail(context, DatabaseKind::Mail);
-    if (mail && context.Data.OpenRecordset(select, CursorKind::ForwardOnly,
-                                           StatementTrust::UserCondition)) {
-      const RecordsetPtr rows = context.Data.Recordset();
-      for (; !rows->Eof(); rows->MoveNext()) {
-        if (rows->IsRowDamaged()) continue;
-        PrintRow(*rows, asJson);
-        printed.insert(rows->SerialID());
-      }
-      complete = !rows->Failed();
-    }
-    if (!complete) error = context.Data.LastError();
-  }
-  if (!complete && error.kind == StorageError::Kind::Refused) {
+  const Result<> complete = PrintRows(context, select, asJson, printed);
+  if (!complete && complete.Error().kind == StorageError::Kind::Refused) {
     return Complain(
-        QStringLiteral("一覧を最後まで読み込めません。") + error.text +
+        QStringLiteral("一覧を最後まで読み込めません。") + complete.Error().text +
             QStringLiteral("フォルダ「%1」のプロパティで条件を見直してください。").arg(name),
         kExitFailure);
   }

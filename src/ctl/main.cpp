@@ -7,6 +7,7 @@
 #include <QStringEncoder>
 #include <csignal>
 #include <cstdio>
+#include <tuple>
 
 #include "ctl/command.h"
 #include "desktop/desktop_secrets.h"
@@ -91,51 +92,50 @@ const QList<Command>& Commands() {
   return commands;
 }
 
-// The password that the descriptor of that option gives; left as it is without the option.
-bool TakePassword(const Arguments& arguments, const QString& option, QString* password,
-                  QString* error) {
-  if (!arguments.Has(option)) return true;
+// The password that the descriptor of that option gives; empty without the option.
+Result<QString> TakePassword(const Arguments& arguments, const QString& option) {
+  if (!arguments.Has(option)) return QString();
   bool ok = true;
   const int descriptor = arguments.Number(option, -1, &ok);
-  if (ok) *password = ReadSecret(descriptor, &ok);
-  if (!ok) *error = QStringLiteral("--%1 を読み込めません。").arg(option);
-  return ok;
+  const QString password = ok ? ReadSecret(descriptor, &ok) : QString();
+  if (ok) return password;
+  return StorageError{StorageError::Kind::Other,
+                      QStringLiteral("--%1 を読み込めません。").arg(option)};
 }
 
 // Opens the data folder, making a first profile when there is none, and logs in.
-bool LogInToProfile(Context& context, const Arguments& arguments, QString* error) {
-  QString password;
-  QString former;
-  if (!TakePassword(arguments, QStringLiteral("password-fd"), &password, error) ||
-      !TakePassword(arguments, QStringLiteral("former-password-fd"), &former, error)) {
-    return false;
-  }
+Result<> LogInToProfile(Context& context, const Arguments& arguments) {
+  const Result<QString> password = TakePassword(arguments, QStringLiteral("password-fd"));
+  if (!password) return password.Error();
+  const Result<QString> former = TakePassword(arguments, QStringLiteral("former-password-fd"));
+  if (!former) return former.Error();
   const QString folder = ChooseAppFolder(arguments.Text(QStringLiteral("data")),
                                          QCoreApplication::applicationDirPath());
-  if (!StartUp(context, folder, error)) return false;
-  if (context.Objects.IsEmpty() && CreateFirstProfile(context) == nullptr) {
-    *error = QStringLiteral("プロファイルを作成できません。") + context.Data.LastError().text;
-    return false;
+  if (const Result<> started = StartUp(context, folder); !started) return started;
+  if (context.Objects.IsEmpty()) {
+    const Result<DiskPtr> made = CreateFirstProfile(context);
+    if (!made) return made.Error().Behind(QStringLiteral("プロファイルを作成できません。"));
   }
   for (const QString& notice : context.Notices) Complain(notice, 0);
   const LostFileChoice choice{arguments.Has(QStringLiteral("create")),
                               arguments.All(QStringLiteral("reconnect")),
-                              former.isEmpty() ? QStringList() : QStringList{former}};
-  if (LogIn(context, arguments.Text(QStringLiteral("profile")), password, error, choice)) {
-    return true;
-  }
-  if (context.Data.LastError().kind == StorageError::Kind::NotFound) {
-    *error += QStringLiteral(
+                              former->isEmpty() ? QStringList() : QStringList{*former}};
+  const Result<> loggedIn =
+      LogIn(context, arguments.Text(QStringLiteral("profile")), *password, choice);
+  if (loggedIn) return loggedIn;
+  StorageError reason = loggedIn.Error();
+  if (reason.kind == StorageError::Kind::NotFound) {
+    reason.text += QStringLiteral(
         "\nファイルをつなぎ直すときは --reconnect ファイル を、新しい空の"
         "ファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今の"
         "パスワードに合わせて元の場所に置き、指定したファイルは変えません。");
   }
   if (!choice.reconnect.isEmpty() && choice.former.isEmpty() &&
-      context.Data.LastError().kind == StorageError::Kind::WrongPassword) {
-    *error += QStringLiteral(
+      reason.kind == StorageError::Kind::WrongPassword) {
+    reason.text += QStringLiteral(
         "\nそのファイルのときのパスワードか回復コードを --former-password-fd で渡してください。");
   }
-  return false;
+  return reason;
 }
 
 // What the command met on its way and may not have shown.
@@ -148,9 +148,7 @@ bool TellDamage(Context& context) {
                  QStringLiteral("vornctl check で調べてください。"),
              0);
   }
-  if (!isKept) {
-    Complain(QStringLiteral("壊れていることを記録できません。") + context.Data.LastError().text, 0);
-  }
+  if (!isKept) Complain(QStringLiteral("壊れていることを記録できません。"), 0);
   return !files.isEmpty();
 }
 
@@ -164,11 +162,11 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   }
   Context context;
   context.Secrets = DesktopSecrets();
-  QString error;
-  if (!LogInToProfile(context, arguments, &error)) return Complain(error, kExitLogin);
+  const Result<> loggedIn = LogInToProfile(context, arguments);
+  if (!loggedIn) return Complain(loggedIn.Error().text, kExitLogin);
   const int code = command.run(context, arguments);
   const bool isDamaged = TellDamage(context);
-  NoteFiles(context);  // tried again by the next command
+  std::ignore = NoteFiles(context);  // tried again by the next command
   context.Data.CloseAll();
   return code == kExitOk && isDamaged ? kExitPartly : code;
 }

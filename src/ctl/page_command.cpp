@@ -20,15 +20,15 @@ int WritePage(Context& context, const Arguments& arguments) {
   }
   bool before = false;
   bool next = false;
-  const QString written =
+  const Result<QString> written =
       MessageListPages(context).CreateMessageListPage(folder, page, before, next);
-  if (written.isEmpty()) {
-    return Complain(QStringLiteral("ページを作成できません。") + context.Data.LastError().text,
+  if (!written) {
+    return Complain(QStringLiteral("ページを作成できません。") + written.Error().text,
                     kExitFailure);
   }
   // Written anew, as private as the page was.
-  const auto bytes = ReadFile(written);
-  QFile::remove(written);
+  const auto bytes = ReadFile(*written);
+  QFile::remove(*written);
   QSaveFile file(out);
   if (bytes && file.open(QIODevice::WriteOnly) &&
       file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&

@@ -22,9 +22,9 @@ int AddRule(Context& context, const QString& line) {
   RulesObject rules(context);
   const QString lines = rules.Lines();
   rules.SetLines(lines.isEmpty() ? line : lines + kLineBreak + line);
-  if (SaveObject(context, DatabaseKind::Profile, *rules.Bag())) return kExitOk;
-  return Complain(QStringLiteral("保存できませんでした。") + context.Data.LastError().text,
-                  kExitFailure);
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *rules.Bag());
+  if (saved) return kExitOk;
+  return Complain(QStringLiteral("保存できませんでした。") + saved.Error().text, kExitFailure);
 }
 
 int TestRules(Context& context, const QString& name, bool asJson) {

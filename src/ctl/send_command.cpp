@@ -37,9 +37,9 @@ QString StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names
     MessageBag::SetFlags(*request, QStringLiteral("02"));
     messages.emplace_back(request, *source);
   }
-  if (MailStore(context).StoreMessages(messages)) return {};
-  return QStringLiteral("メッセージを保存できません。何も送信していません。") +
-         context.Data.LastError().text;
+  const Result<> stored = MailStore(context).StoreMessages(messages);
+  if (stored) return {};
+  return QStringLiteral("メッセージを保存できません。何も送信していません。") + stored.Error().text;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <tuple>
 
 #include "mail/outbox.h"
 #include "objects/any_object.h"
@@ -19,6 +20,7 @@
 #include "storage/known_damage.h"
 #include "storage/profile_bag.h"
 #include "storage/recovery_code.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -44,25 +46,26 @@ DiskPtr DefaultProfile(const Context& context) {
   return profiles->Count() == 1 ? profiles->First() : nullptr;
 }
 
-bool Fail(const Context& context, const QString& sentence, QString* error) {
-  *error = sentence + context.Data.LastError().text;
-  return false;
+StorageError Refusal(const QString& sentence) {
+  return {StorageError::Kind::Other, sentence};
 }
 
 // A profile's very first login makes its objects; two of them at once make them once.
-bool MakeStandardObjects(Context& context) {
+Result<> MakeStandardObjects(Context& context) {
   if (context.Objects.Contains(fixed_serial::kSettings)) return CreateStandardObjects(context);
   FileLock lock(FirstStartLock(context));
-  return lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) == FileLock::Result::Taken &&
-         LoadObjects(context, DatabaseKind::Profile, context.Objects) &&
-         CreateStandardObjects(context);
+  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken) {
+    return StorageError();
+  }
+  const Result<> loaded = LoadObjects(context, DatabaseKind::Profile, context.Objects);
+  return loaded ? CreateStandardObjects(context) : loaded;
 }
 
 // A damaged mail file keeps nobody out: what of it can be read, and what not, is for the lists and
 // the check to tell.
-bool OpensMail(Context& context) {
-  return CreateDatabase(context, DatabaseKind::Mail) ||
-         context.Data.LastError().kind == StorageError::Kind::Damaged;
+Result<> MakeMail(Context& context) {
+  const Result<> made = CreateDatabase(context, DatabaseKind::Mail);
+  return made.Error().kind == StorageError::Kind::Damaged ? Result<>() : made;
 }
 
 // What waits in an older copy of a mail file may have been sent, and what was received since, and
@@ -78,7 +81,7 @@ void SettleOlderFiles(Context& context) {
   for (const QString& file : older) {
     context.Data.PutDamage(file, {kOlderFile});
     if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, kOlderFile)) {
-      AcceptAge(context, file);
+      std::ignore = AcceptAge(context, file);  // else it is asked about once more
     }
   }
 }
@@ -106,51 +109,49 @@ QStringList CurrentFiles(const Context& context, const Disk& profile, QStringLis
 // A profile's own database that was copied back from before the password changed opens with the
 // password of then, and with no other. Who worked with it would have everything else taken for
 // damaged.
-bool IsOlderThanTheOthers(Context& context, const Disk& profile, const QString& password,
-                          const QStringList& mail) {
+Result<> FitsTheOthers(Context& context, const Disk& profile, const QString& password,
+                       const QStringList& mail) {
   const QString path = ProfilePath(context, profile);
   const QStringList current = CurrentFiles(context, profile, mail);
   if (!IsUnderOtherKeyThanNoted(context, profile, path) || current.isEmpty() ||
       OpensAny(context, current, password)) {
-    return false;
+    return {};
   }
-  context.Data.FailWith(
-      {StorageError::Kind::Other,
-       Ui::tr("「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、"
-              "パスワードが変わる前の古い複製です。今のパスワードを入力してください。")
-           .arg(QFileInfo(path).fileName())});
-  return true;
+  return Refusal(
+      Ui::tr("「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、"
+             "パスワードが変わる前の古い複製です。今のパスワードを入力してください。")
+          .arg(QFileInfo(path).fileName()));
 }
 
 // All files of a profile have one password, so each of them tells of the others: whether it was the
 // right one when the profile's own database is damaged or lost.
-bool PasswordFits(Context& context, const Disk& profile, const QString& password) {
+Result<> PasswordFits(Context& context, const Disk& profile, const QString& password) {
   const QString path = ProfilePath(context, profile);
   const QStringList mail = MailFiles(context, profile);
-  if (!HasContent(path)) return mail.isEmpty() || OpensAny(context, mail, password);
-  if (context.Data.TestPassword(path, password)) {
-    return !IsOlderThanTheOthers(context, profile, password, mail);
+  if (!HasContent(path)) {
+    return ResultOf(context.Data, mail.isEmpty() || OpensAny(context, mail, password));
   }
-  const StorageError reason = context.Data.LastError();
-  if (reason.kind == StorageError::Kind::WrongPassword && OpensAny(context, mail, password)) {
-    if (!OpensAny(context, CurrentFiles(context, profile, mail), password)) {
-      return context.Data.FailWith(
-          {StorageError::Kind::Other,
-           Ui::tr("このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力"
-                  "した"
-                  "のが変える前のパスワードなら、今のパスワードを入力してください。")});
-    }
-    const QList<LostFile> lost = LostFiles(context, profile, password);
-    if (std::any_of(lost.begin(), lost.end(),
-                    [&path](const LostFile& file) { return file.path == path; })) {
-      return true;
-    }
-    return context.Data.FailWith(
-        {StorageError::Kind::Damaged, Ui::tr("「%1」: ファイルの先頭が壊れています。パスワードは"
-                                             "正しく、メッセージのファイルは開けます。")
-                                          .arg(QFileInfo(path).fileName())});
+  const Result<> opens = ResultOf(context.Data, context.Data.TestPassword(path, password));
+  if (opens) return FitsTheOthers(context, profile, password, mail);
+  if (opens.Error().kind != StorageError::Kind::WrongPassword ||
+      !OpensAny(context, mail, password)) {
+    return opens;
   }
-  return context.Data.FailWith(reason);
+  if (!OpensAny(context, CurrentFiles(context, profile, mail), password)) {
+    return Refusal(
+        Ui::tr("このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力"
+               "した"
+               "のが変える前のパスワードなら、今のパスワードを入力してください。"));
+  }
+  const QList<LostFile> lost = LostFiles(context, profile, password);
+  if (std::any_of(lost.begin(), lost.end(),
+                  [&path](const LostFile& file) { return file.path == path; })) {
+    return {};
+  }
+  return StorageError{StorageError::Kind::Damaged,
+                      Ui::tr("「%1」: ファイルの先頭が壊れています。パスワードは"
+                             "正しく、メッセージのファイルは開けます。")
+                          .arg(QFileInfo(path).fileName())};
 }
 
 // A whole folder that was copied back from before the password changed opens with the password of
@@ -182,28 +183,30 @@ QString CodeMissing(const CodeFile& file) {
          Ui::tr("元のファイルを戻すか、パスワードの欄に回復コードを入力してください。");
 }
 
-// What a user can do who has no password and whose code is not remembered any more.
-void TellOfFiles(Context& context, const Disk& profile, const QString& typed) {
-  if (context.Data.LastError().kind != StorageError::Kind::WrongPassword) return;
-  const CodeFile file = CodeFileOf(context, profile);
+// The same reason, or after a wrong password what a user can do who has none and whose code is not
+// remembered any more.
+StorageError WithAdvice(Context& context, const Disk& profile, const QString& typed,
+                        const StorageError& reason) {
+  if (reason.kind != StorageError::Kind::WrongPassword) return reason;
   if (RecoveryCode::IsMistyped(typed)) {
-    context.Data.FailWith(
-        {StorageError::Kind::Other, Ui::tr("回復コードを入力したのなら、打ち間違いがあります。")});
-  } else if (typed.isEmpty() && HasFileUnderCode(context, profile)) {
-    context.Data.FailWith({StorageError::Kind::Other, CodeMissing(file)});
-  } else if (HaveAllOtherKeys(context, profile)) {
-    context.Data.FailWith(
-        {StorageError::Kind::Other,
-         Ui::tr("プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製なら"
-                "そのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワード"
-                "で開けます。")});
+    return Refusal(Ui::tr("回復コードを入力したのなら、打ち間違いがあります。"));
   }
+  if (typed.isEmpty() && HasFileUnderCode(context, profile)) {
+    return Refusal(CodeMissing(CodeFileOf(context, profile)));
+  }
+  if (HaveAllOtherKeys(context, profile)) {
+    return Refusal(
+        Ui::tr("プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製なら"
+               "そのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワード"
+               "で開けます。"));
+  }
+  return reason;
 }
 
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
-    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) != LoginCheck::Refused &&
+    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) &&
         AnyObject(*profile).Name() == name) {
       return profile;
     }
@@ -226,59 +229,55 @@ DiskPtr FindProfile(const Context& context, const QString& name) {
   return FindObjectByName(context, object_type::kProfile, name);
 }
 
-LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& typed) {
-  if (!HoldProfile(context, *profile)) return LoginCheck::Refused;
+Result<LoginCheck> CheckLogin(Context& context, const DiskPtr& profile, const QString& typed) {
+  if (const Result<> held = HoldProfile(context, *profile); !held) return held.Error();
   const QString password = PasswordFor(context, *profile, typed);
-  if (!PasswordFits(context, *profile, password)) {
-    TellOfFiles(context, *profile, typed);
+  if (const Result<> fits = PasswordFits(context, *profile, password); !fits) {
     // Who only tried must not keep others from their work.
     if (context.Session->SerialID() != profile->SerialID()) context.Lock.reset();
-    return LoginCheck::Refused;
+    return WithAdvice(context, *profile, typed, fits.Error());
   }
   RestoreProfile(context, *profile, password);
-  const QList<LostFile> lost = LostFiles(context, *profile, password);
-  if (lost.isEmpty()) return LoginCheck::Opens;
-  context.Data.FailWith({StorageError::Kind::NotFound, LostFilesText(lost)});
-  return LoginCheck::FilesLost;
+  return LostFiles(context, *profile, password).isEmpty() ? LoginCheck::Opens
+                                                          : LoginCheck::FilesLost;
 }
 
-QString LoginRefusal(const Context& context) {
-  const StorageError& reason = context.Data.LastError();
+QString LoginRefusal(const StorageError& reason) {
   return reason.kind == StorageError::Kind::WrongPassword
              ? Ui::tr("ログインできませんでした。入力したプロファイル情報を確認してください。")
              : Ui::tr("ログインできませんでした。") + reason.text;
 }
 
-bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password) {
-  return CheckLogin(context, profile, password) == LoginCheck::Opens;
-}
-
-bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
-                      const LostFileChoice& choice) {
-  QString password;
-  if (!SettlePassword(context, *profile, typed, &password)) return false;
+Result<> ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
+                          const LostFileChoice& choice) {
+  const Result<QString> settled = SettlePassword(context, *profile, typed);
+  if (!settled) return settled.Error();
+  const QString& password = *settled;
   const QStringList former =
       choice.reconnect.isEmpty()
           ? QStringList()
           : AsPasswords(choice.former) + FormerPasswords(context, *profile, password);
   QStringList opened;
   for (const LostFile& lost : LostFiles(context, *profile, password)) {
-    bool resolved = false;
+    Result<> resolved = StorageError();
     for (const QString& file : choice.reconnect) {
-      if (resolved) break;
-      const auto opening = ReconnectFile(context, lost, file, password, former);
-      resolved = opening.has_value();
-      if (resolved) opened.append(*opening);
+      const Result<QString> opening = ReconnectFile(context, lost, file, password, former);
+      resolved = opening ? Result<>() : opening.Error();
+      if (!opening) continue;
+      opened.append(*opening);
+      break;
     }
     if (!resolved && choice.create) {
       resolved = ReplaceLostFile(context, *profile, lost, password);
     }
-    if (!resolved) return false;
+    if (!resolved) return resolved;
   }
   // Other copies may be under them.
-  return std::all_of(opened.begin(), opened.end(), [&](const QString& before) {
-    return NoteFormerCode(context, *profile, password, before);
-  });
+  for (const QString& before : std::as_const(opened)) {
+    const Result<> noted = NoteFormerCode(context, *profile, password, before);
+    if (!noted) return noted;
+  }
+  return {};
 }
 
 void BeginLogin(Context& context, const Disk& profile, const QString& password) {
@@ -287,84 +286,90 @@ void BeginLogin(Context& context, const Disk& profile, const QString& password) 
   ProfileBag::SetLogin(*context.Session);
 }
 
-bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QString* error) {
+Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed) {
   switch (step) {
-    case LoginStep::LoadProfiles:
-      return LoadObjects(context, DatabaseKind::Navigator, context.Objects) ||
-             Fail(context, Ui::tr("プロファイルの一覧を読み込めません。"), error);
+    case LoginStep::LoadProfiles: {
+      const Result<> loaded = LoadObjects(context, DatabaseKind::Navigator, context.Objects);
+      if (!loaded) return loaded.Error().Behind(Ui::tr("プロファイルの一覧を読み込めません。"));
+      return {};
+    }
     case LoginStep::EnterProfile: {
       const DiskPtr profile = context.Objects.Find(ProfileBag(*context.Session).Answer());
-      if (profile == nullptr) return Fail(context, Ui::tr("プロファイルがありません。"), error);
-      if (!HoldProfile(context, *profile)) {
-        return Fail(context, Ui::tr("プロファイルを使えません。"), error);
+      if (profile == nullptr) return Refusal(Ui::tr("プロファイルがありません。"));
+      const QString unusable = Ui::tr("プロファイルを使えません。");
+      if (const Result<> held = HoldProfile(context, *profile); !held) {
+        return held.Error().Behind(unusable);
       }
-      QString password;
-      if (!SettlePassword(context, *profile, typed, &password)) {
-        return Fail(context, Ui::tr("プロファイルを使えません。"), error);
-      }
-      EnterProfile(context, profile, RenewFileKeys(context, *profile, password));
-      return true;
+      const Result<QString> password = SettlePassword(context, *profile, typed);
+      if (!password) return password.Error().Behind(unusable);
+      EnterProfile(context, profile, RenewFileKeys(context, *profile, *password));
+      return {};
     }
     case LoginStep::MarkDefault:
-      MarkDefaultProfile(context);
-      return true;
-    case LoginStep::LoadObjects:
-      return LoadObjects(context, DatabaseKind::Profile, context.Objects) ||
-             Fail(context, Ui::tr("プロファイルを読み込めません。"), error);
-    case LoginStep::StandardObjects:
-      if (MakeStandardObjects(context) && OpensMail(context)) {
-        SettleOlderFiles(context);
-        NoteFiles(context);  // tried again at the end
-        return true;
-      }
-      return Fail(context, Ui::tr("プロファイルに書き込めません。"), error);
+      std::ignore = MarkDefaultProfile(context);  // the next login writes it again
+      return {};
+    case LoginStep::LoadObjects: {
+      const Result<> loaded = LoadObjects(context, DatabaseKind::Profile, context.Objects);
+      if (!loaded) return loaded.Error().Behind(Ui::tr("プロファイルを読み込めません。"));
+      return {};
+    }
+    case LoginStep::StandardObjects: {
+      Result<> made = MakeStandardObjects(context);
+      if (made) made = MakeMail(context);
+      if (!made) return made.Error().Behind(Ui::tr("プロファイルに書き込めません。"));
+      SettleOlderFiles(context);
+      std::ignore = NoteFiles(context);  // tried again at the end
+      return {};
+    }
   }
-  return false;
+  return StorageError();
 }
 
-bool LogIn(Context& context, const QString& name, const QString& password, QString* error,
-           const LostFileChoice& choice) {
+Result<> LogIn(Context& context, const QString& name, const QString& password,
+               const LostFileChoice& choice) {
   DiskPtr profile = name.isEmpty() ? DefaultProfile(context) : FindProfile(context, name);
   if (profile == nullptr && !name.isEmpty()) profile = FindRebuiltProfile(context, name, password);
   if (profile == nullptr) {
-    *error = name.isEmpty() ? Ui::tr("プロファイルが複数あります。名前を指定してください。")
-                            : Ui::tr("プロファイル「%1」はありません。").arg(name);
-    return false;
+    return Refusal(name.isEmpty() ? Ui::tr("プロファイルが複数あります。名前を指定してください。")
+                                  : Ui::tr("プロファイル「%1」はありません。").arg(name));
   }
-  LoginCheck check = CheckLogin(context, profile, password);
+  Result<LoginCheck> check = CheckLogin(context, profile, password);
   const bool wasLost = check == LoginCheck::FilesLost;
   const bool decided = choice.create || !choice.reconnect.isEmpty();
   if (wasLost && decided) {
-    if (!ResolveLostFiles(context, profile, password, choice)) {
-      return Fail(context, Ui::tr("なくなったファイルを元に戻せません。"), error);
+    const Result<> resolved = ResolveLostFiles(context, profile, password, choice);
+    if (!resolved) {
+      return resolved.Error().Behind(Ui::tr("なくなったファイルを元に戻せません。"));
     }
     check = CheckLogin(context, profile, password);
   }
-  if (check == LoginCheck::Opens && !choice.reconnect.isEmpty() && !wasLost) {
-    *error = Ui::tr("なくなったファイルはないので、つなぎ直しません。");
-    return false;
+  if (!check) return StorageError{check.Error().kind, LoginRefusal(check.Error())};
+  if (*check == LoginCheck::FilesLost) {
+    return StorageError{
+        StorageError::Kind::NotFound,
+        LostFilesText(LostFiles(context, *profile, PasswordFor(context, *profile, password)))};
   }
-  if (check == LoginCheck::FilesLost) return Fail(context, {}, error);
-  if (check == LoginCheck::Refused) {
-    *error = LoginRefusal(context);
-    return false;
+  if (!choice.reconnect.isEmpty() && !wasLost) {
+    return Refusal(Ui::tr("なくなったファイルはないので、つなぎ直しません。"));
   }
   BeginLogin(context, *profile, password);
   for (int step = 0; step < kLoginSteps; ++step) {
-    if (!RunLoginStep(context, static_cast<LoginStep>(step), password, error)) return false;
+    const Result<> done = RunLoginStep(context, static_cast<LoginStep>(step), password);
+    if (!done) return done;
   }
-  return true;
+  return {};
 }
 
-DiskPtr CreateFirstProfile(Context& context) {
+Result<DiskPtr> CreateFirstProfile(Context& context) {
   FileLock lock(FirstStartLock(context));
-  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken ||
-      !LoadObjects(context, DatabaseKind::Navigator, context.Objects)) {
-    return nullptr;
+  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken) {
+    return StorageError();
   }
+  const Result<> loaded = LoadObjects(context, DatabaseKind::Navigator, context.Objects);
+  if (!loaded) return loaded.Error();
   if (const DiskPtr made = DefaultProfile(context)) return made;
-  const DiskPtr profile = CreateProfile(context, QStringLiteral("Administrator"));
-  if (profile != nullptr) context.Objects.Add(profile);
+  const Result<DiskPtr> profile = CreateProfile(context, QStringLiteral("Administrator"));
+  if (profile) context.Objects.Add(*profile);
   return profile;
 }
 

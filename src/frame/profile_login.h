@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -12,23 +13,19 @@ DiskPtr FindProfile(const Context& context, const QString& name);
 
 enum class LoginCheck {
   Opens,
-  Refused,    ///< a wrong password, a damaged file, or another program changes the password
   FilesLost,  ///< files that the profile had are not there, see `LostFiles`
 };
 
 /// Whether the profile can be entered with what was typed: a password, a recovery code, or nothing,
-/// which stands for the remembered recovery code; else the reason is in the session's
-/// `LastError`. The profile is held from then on. One whose database never existed takes any
-/// password: the file is made with the typed one. Takes over what the profile's own database knows
-/// of the profile when the list of profiles had to be made anew.
-LoginCheck CheckLogin(Context& context, const DiskPtr& profile, const QString& typed);
+/// which stands for the remembered recovery code. It fails for a wrong password, a damaged file, or
+/// while another program changes the password. The profile is held from then on. One whose database
+/// never existed takes any password: the file is made with the typed one. Takes over what the
+/// profile's own database knows of the profile when the list of profiles had to be made anew.
+Result<LoginCheck> CheckLogin(Context& context, const DiskPtr& profile, const QString& typed);
 
 /// What to tell a user whom `CheckLogin` has refused. Only after a wrong password are they asked to
 /// look at what they entered.
-QString LoginRefusal(const Context& context);
-
-/// Whether `CheckLogin` lets the profile be entered.
-bool TestProfilePassword(Context& context, const DiskPtr& profile, const QString& password);
+QString LoginRefusal(const StorageError& reason);
 
 /// What the user wants done about lost files.
 struct LostFileChoice {
@@ -37,9 +34,9 @@ struct LostFileChoice {
   QStringList former = {};  ///< passwords or codes, typed, that they may be under
 };
 
-/// Carries the choice out. On false the reason is in the session's `LastError`.
-bool ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
-                      const LostFileChoice& choice);
+/// Carries the choice out.
+Result<> ResolveLostFiles(Context& context, const DiskPtr& profile, const QString& typed,
+                          const LostFileChoice& choice);
 
 /// Notes a login in the session bag: the password and, as the answer, the profile's serial
 /// identifier.
@@ -50,17 +47,16 @@ void BeginLogin(Context& context, const Disk& profile, const QString& password);
 enum class LoginStep { LoadProfiles = 0, EnterProfile, MarkDefault, LoadObjects, StandardObjects };
 inline constexpr int kLoginSteps = 5;
 
-/// Runs one step. On false the profile cannot be used and `error` says
-/// why.
-bool RunLoginStep(Context& context, LoginStep step, const QString& typed, QString* error);
+/// Runs one step. When it fails, the profile cannot be used.
+Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed);
 
 /// The whole login without windows. `name` empty means the default profile, or the only one. With
-/// lost files it fails unless `choice` says what to do about them.
-bool LogIn(Context& context, const QString& name, const QString& password, QString* error,
-           const LostFileChoice& choice = {});
+/// lost files it fails, as `NotFound`, unless `choice` says what to do about them.
+Result<> LogIn(Context& context, const QString& name, const QString& password,
+               const LostFileChoice& choice = {});
 
 /// The profile "Administrator" of the very first start, stored and loaded, also when another
-/// program has just made it; null when it cannot be saved.
-DiskPtr CreateFirstProfile(Context& context);
+/// program has just made it.
+Result<DiskPtr> CreateFirstProfile(Context& context);
 
 }  // namespace vorn

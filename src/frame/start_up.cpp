@@ -15,6 +15,7 @@
 #include "storage/file_lock.h"
 #include "storage/private_files.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/sole_use.h"
 #include "storage/ui.h"
 
@@ -80,9 +81,9 @@ void TellOfOtherWriters(Context& context) {
 #endif
 }
 
-bool LoadProfiles(Context& context) {
-  return CreateDatabase(context, DatabaseKind::Navigator) &&
-         LoadObjects(context, DatabaseKind::Navigator, context.Objects);
+Result<> LoadProfiles(Context& context) {
+  const Result<> made = CreateDatabase(context, DatabaseKind::Navigator);
+  return made ? LoadObjects(context, DatabaseKind::Navigator, context.Objects) : made;
 }
 
 // Whether another program has the list open, or a profile; it may have another key, as one of
@@ -113,55 +114,58 @@ void DropOldLists(const QString& path) {
 
 // An unreadable list of profiles holds nothing that the profiles do not know themselves; it is kept
 // all the same. A program that has it open would go on writing to it under its new name.
-bool SetListAside(Context& context, const QList<DiskPtr>& profiles) {
+// `unreadable` is why it cannot be read.
+Result<> SetListAside(Context& context, const QList<DiskPtr>& profiles,
+                      const StorageError& unreadable) {
   const QString path = context.NaviDatabasePath;
   context.Data.CloseFile(path);  // one that is damaged further on was opened
   if (IsInUse(path, profiles)) {
-    return context.Data.FailWith(
-        {StorageError::Kind::Busy,
-         Ui::tr("このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。"
-                "そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動"
-                "してください。ファイルは何も変えていません。")});
+    return StorageError{
+        StorageError::Kind::Busy,
+        Ui::tr("このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。"
+               "そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動"
+               "してください。ファイルは何も変えていません。")};
   }
   const QString kept = path + QStringLiteral(".unreadable-") +
                        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmsszzz"));
   QFile::rename(path + QStringLiteral("-wal"), kept + QStringLiteral("-wal"));
   QFile::remove(path + QStringLiteral("-shm"));
-  if (!QFile::rename(path, kept)) return false;
+  if (!QFile::rename(path, kept)) return unreadable;
   DropOldLists(path);
   context.Notices.append(Ui::tr("プロファイル一覧のファイルを読めないため、「%1」という名前で残し"
                                 "ました。")
                              .arg(QFileInfo(kept).fileName()));
-  return true;
+  return {};
 }
 
-bool StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
+Result<> StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
   const OpenedDatabase navigator(context, DatabaseKind::Navigator);
-  bool stored = navigator && context.Data.Begin();
+  if (!navigator) return navigator.Error();
+  bool stored = context.Data.Begin();
   for (const DiskPtr& profile : profiles) {
     stored = stored && profile->DiskToDatabase(context.Data);
   }
   stored = stored && context.Data.Commit();
   if (!stored) context.Data.Rollback();
-  if (!stored) return false;
+  if (!stored) return ReasonOf(context.Data);
   for (const DiskPtr& profile : profiles) context.Objects.Add(profile);
   context.Notices.append(Ui::tr("プロファイル一覧を、フォルダにある%1個のプロファイルから作り"
                                 "直しました。名前はログインすると元に戻ります。")
                              .arg(profiles.size()));
-  return true;
+  return {};
 }
 
 // The list of profiles is lost, unreadable (the user's settings with its key are lost, or they are
 // another user's) or empty: with profile folders beside it, it is made anew from them.
-bool RebuildList(Context& context) {
+Result<> RebuildList(Context& context) {
   FileLock lock(context.AppFolder + QStringLiteral("navi.lock"));
   const FileLock::Result result = lock.Take(FileLock::Kind::Exclusive, kRebuildWaitMs);
   if (result != FileLock::Result::Taken) {
-    return context.Data.FailWith(
-        {StorageError::Kind::Other, result == FileLock::Result::Held
-                                        ? Ui::tr("ほかのプログラムが使用中です。")
-                                        : Ui::tr("フォルダ「%1」に書き込めません。")
-                                              .arg(QDir::toNativeSeparators(context.AppFolder))});
+    return StorageError{StorageError::Kind::Other,
+                        result == FileLock::Result::Held
+                            ? Ui::tr("ほかのプログラムが使用中です。")
+                            : Ui::tr("フォルダ「%1」に書き込めません。")
+                                  .arg(QDir::toNativeSeparators(context.AppFolder))};
   }
   const QList<DiskPtr> profiles = ProfilesFromFolders(context);
   const bool empty = QFileInfo::exists(context.NaviDatabasePath) &&
@@ -169,19 +173,21 @@ bool RebuildList(Context& context) {
   if (empty && profiles.isEmpty()) {
     QFile::remove(context.NaviDatabasePath);  // of a killed first start
   }
-  const bool loaded = LoadProfiles(context);
+  Result<> loaded = LoadProfiles(context);
   const bool damaged = context.Data.DamagedFiles().contains(context.NaviDatabasePath);
   if (!loaded || (damaged && context.Objects.IsEmpty())) {
     using Kind = StorageError::Kind;
-    const Kind kind = context.Data.LastError().kind;
+    if (loaded) loaded = ReasonOf(context.Data);  // why none of its profiles was read
+    const Kind kind = loaded.Error().kind;
     const bool unreadable =
         damaged || kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
-    if (!unreadable || profiles.isEmpty() || !SetListAside(context, profiles) ||
-        !LoadProfiles(context)) {
-      return false;
-    }
+    if (!unreadable || profiles.isEmpty()) return loaded;
+    loaded = SetListAside(context, profiles, loaded.Error());
+    if (loaded) loaded = LoadProfiles(context);
+    if (!loaded) return loaded;
   }
-  return !context.Objects.IsEmpty() || profiles.isEmpty() || StoreRebuilt(context, profiles);
+  if (!context.Objects.IsEmpty() || profiles.isEmpty()) return {};
+  return StoreRebuilt(context, profiles);
 }
 
 }  // namespace
@@ -196,7 +202,7 @@ QString ChooseAppFolder(const QString& requested, const QString& executableFolde
                        QStringLiteral("/vorn"));
 }
 
-bool StartUp(Context& context, const QString& appFolder, QString* error) {
+Result<> StartUp(Context& context, const QString& appFolder) {
   context.ComputerName = QSysInfo::machineHostName().left(kComputerNameCharacters);
   context.Session = std::make_shared<Disk>();
   context.AppFolder = WithSeparator(appFolder);
@@ -207,27 +213,27 @@ bool StartUp(Context& context, const QString& appFolder, QString* error) {
   context.LayoutFolder = context.AppFolder + QStringLiteral("layout/");
   context.SecurityKey = SecurityKey();
   if (context.SecurityKey.isEmpty()) {
-    *error = Ui::tr("ユーザー設定を保存できないため、起動できません。");
-    return false;
+    return StorageError{StorageError::Kind::Other,
+                        Ui::tr("ユーザー設定を保存できないため、起動できません。")};
   }
   ProfileBag::SetLoggedIn(*context.Session, false);
   if (!MakePrivateFolder(context.AppFolder)) {
-    *error = Ui::tr("データフォルダ「%1」を作成できません。")
-                 .arg(QDir::toNativeSeparators(context.AppFolder));
-    return false;
+    return StorageError{StorageError::Kind::Other,
+                        Ui::tr("データフォルダ「%1」を作成できません。")
+                            .arg(QDir::toNativeSeparators(context.AppFolder))};
   }
   RemoveLink(context.TempFolder);
   MakeDataPrivate(context);
   TellOfOtherWriters(context);
   const bool listed = QFileInfo(context.NaviDatabasePath).size() > 0 && LoadProfiles(context) &&
                       !context.Objects.IsEmpty();
-  if (!listed && !RebuildList(context)) {
-    *error =
-        Ui::tr("プロファイル一覧のファイル「%1」を開けません。%2")
-            .arg(QDir::toNativeSeparators(context.NaviDatabasePath), context.Data.LastError().text);
-    return false;
-  }
-  return true;
+  if (listed) return {};
+  const Result<> rebuilt = RebuildList(context);
+  if (rebuilt) return rebuilt;
+  return StorageError{
+      rebuilt.Error().kind,
+      Ui::tr("プロファイル一覧のファイル「%1」を開けません。%2")
+          .arg(QDir::toNativeSeparators(context.NaviDatabasePath), rebuilt.Error().text)};
 }
 
 }  // namespace vorn

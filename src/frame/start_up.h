@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -13,8 +14,7 @@ QString ChooseAppFolder(const QString& requested, const QString& executableFolde
 
 /// Fills the process-wide values, makes sure that the navigator database exists and loads the
 /// profiles. Where it is lost or cannot be read beside profiles' folders, the list is made anew
-/// from these, which the context's `Notices` say. On false `error` is a sentence for the user and
-/// nothing was overwritten.
-bool StartUp(Context& context, const QString& appFolder, QString* error);
+/// from these, which the context's `Notices` say. When it fails, nothing was overwritten.
+Result<> StartUp(Context& context, const QString& appFolder);
 
 }  // namespace vorn

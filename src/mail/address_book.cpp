@@ -47,10 +47,11 @@ QString BookLines(const Disk& book) {
   return book.Text(kAddresses);
 }
 
-DiskPtr MakeAddressBook(Context& context) {
+Result<DiskPtr> MakeAddressBook(Context& context) {
   auto book = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*book, object_type::kBook, Ui::tr("アドレスブック"));
-  if (!SaveObject(context, DatabaseKind::Profile, *book)) return nullptr;
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *book);
+  if (!saved) return saved.Error();
   context.Objects.Add(book);
   return book;
 }
@@ -65,7 +66,7 @@ QList<AddressEntry> Correspondents(Context& context, const QString& addressLines
                        QStringLiteral("BC")});
 }
 
-int AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
+Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
   const QString before = BookLines(*book);
   QSet<QString> known;
   for (const AddressEntry& entry : Entries(before)) known.insert(entry.address.toLower());
@@ -81,9 +82,10 @@ int AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& 
   }
   if (added == 0) return 0;
   book->Let(kAddresses, lines.join(kLineBreak));
-  if (SaveObject(context, DatabaseKind::Profile, *book)) return added;
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *book);
+  if (saved) return added;
   book->Let(kAddresses, before);
-  return -1;
+  return saved.Error();
 }
 
 }  // namespace vorn

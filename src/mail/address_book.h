@@ -4,6 +4,7 @@
 
 #include "mail/codec/address.h"
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -13,17 +14,15 @@ QList<DiskPtr> AddressBooks(const Context& context);
 /// What stands in a book, one entry a line (`ParseAddressEntry`).
 QString BookLines(const Disk& book);
 
-/// Makes and stores an empty one; null, with the reason in the session's `LastError`, when it
-/// cannot be stored.
-DiskPtr MakeAddressBook(Context& context);
+/// Makes and stores an empty one.
+Result<DiskPtr> MakeAddressBook(Context& context);
 
 /// With whom a message was exchanged, read from its address lines: its sender, or the recipients of
 /// one that a user of the profile has sent. Nobody twice.
 QList<AddressEntry> Correspondents(Context& context, const QString& addressLines);
 
 /// Stores those of the people in a book who are not in it yet, whatever names they have there, and
-/// gives how many they were; -1, with the reason in the session's `LastError`, when the book cannot
-/// be stored.
-int AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people);
+/// gives how many they were.
+Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people);
 
 }  // namespace vorn

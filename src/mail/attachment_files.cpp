@@ -61,8 +61,7 @@ QString CutToBytes(const QString& text, qsizetype bytes) {
 
 }  // namespace
 
-QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source,
-                          QString* error) {
+Result<QByteArray> ReadAttachment(const ModelAttachment& attachment, const QByteArray& source) {
   if (attachment.inner) return *attachment.inner;
   if (!attachment.isNew) {
     const MimeCodec::ContentRecord& record = attachment.record;
@@ -74,10 +73,8 @@ QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& s
     QByteArray data = file.readAll();
     if (file.error() == QFileDevice::NoError) return data.isNull() ? QByteArrayLiteral("") : data;
   }
-  if (error != nullptr) {
-    *error = Ui::tr("添付ファイル「%1」を読み込めません。").arg(attachment.path);
-  }
-  return {};
+  return StorageError{StorageError::Kind::Other,
+                      Ui::tr("添付ファイル「%1」を読み込めません。").arg(attachment.path)};
 }
 
 qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& source) {
@@ -88,7 +85,7 @@ qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& sourc
   const QByteArrayView bytes = MimeCodec::PartOf(source, record.first, record.last);
   const bool isPlain = !attachment.inner && encoding == TransferEncoding::Base64 &&
                        MimeCodec::Base64End(bytes) == bytes.size();
-  if (!isPlain) return ReadAttachment(attachment, source).size();
+  if (!isPlain) return ReadAttachment(attachment, source).ValueOr({}).size();
   const auto isDigit = [](char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
            c == '/';

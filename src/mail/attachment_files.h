@@ -4,13 +4,13 @@
 #include <QString>
 
 #include "mail/message_model.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 /// The decoded bytes of an attachment: of its file for a new one, of its part of `source` for an
-/// old one. Null, with a sentence in `error`, when a new one's file cannot be read.
-QByteArray ReadAttachment(const ModelAttachment& attachment, const QByteArray& source,
-                          QString* error = nullptr);
+/// old one. Fails when a new one's file cannot be read.
+Result<QByteArray> ReadAttachment(const ModelAttachment& attachment, const QByteArray& source);
 
 /// How many bytes that would be; 0 when a new one's file is gone. What is large is not decoded for
 /// it.

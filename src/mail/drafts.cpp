@@ -10,13 +10,11 @@ namespace {
 const QString kPrefix = QStringLiteral("draft_");
 const QString kSource = QStringLiteral("Source");
 
-// The folders that the message is in already, when it was stored before; nothing when they cannot
-// be read.
-std::optional<QString> ReadStoredFolders(Context& context, const QString& message) {
+// The folders that the message is in already, when it was stored before.
+Result<QString> ReadStoredFolders(Context& context, const QString& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return std::nullopt;
-  const std::optional<QString> folders = MessageRows(context.Data).FoldersOf(message);
-  return folders;
+  if (!opened) return opened.Error();
+  return MessageRows(context.Data).FoldersOf(message);
 }
 
 // Whether the message waits or was sent.
@@ -31,7 +29,7 @@ bool HasGoneOn(Context& context, const QString& message) {
 
 }  // namespace
 
-bool Keep(Context& context, const QString& message, const QByteArray& source) {
+Result<> Keep(Context& context, const QString& message, const QByteArray& source) {
   DiskPtr draft = context.Objects.Find(kPrefix + message);
   if (draft == nullptr) {
     draft = std::make_shared<Disk>(kPrefix + message);
@@ -69,19 +67,20 @@ QStringList LeftBehind(Context& context) {
   return messages;
 }
 
-bool Restore(Context& context, const QString& message) {
+Result<> Restore(Context& context, const QString& message) {
   const DiskPtr draft = context.Objects.Find(kPrefix + message);
-  if (draft == nullptr) return false;
+  if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   Disk request(message);
   MessageBag::SetStatus(request, kStatusEdit);
   MessageBag::SetFlags(request, QStringLiteral("02"));
-  const std::optional<QString> folders = ReadStoredFolders(context, message);
-  if (!folders) return false;
+  const Result<QString> folders = ReadStoredFolders(context, message);
+  if (!folders) return folders.Error();
   MessageBag::SetFolders(request, *folders);
   const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
-  if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
+  const Result<QString> stored = MailStore(context).StoreMessage(request, source);
+  if (!stored) return stored.Error();
   Forget(context, message);
-  return true;
+  return {};
 }
 
 }  // namespace vorn::Drafts

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -12,15 +13,15 @@ namespace vorn {
 namespace Drafts {
 
 /// Keeps `source` as the draft of the message with that serial identifier, in the place of the one
-/// kept before. False when it cannot be written.
-bool Keep(Context& context, const QString& message, const QByteArray& source);
+/// kept before.
+Result<> Keep(Context& context, const QString& message, const QByteArray& source);
 void Forget(Context& context, const QString& message);
 /// The serial identifiers of the messages of which a draft was left behind. Those that wait or were
 /// sent meanwhile have none any more.
 QStringList LeftBehind(Context& context);
-/// Stores a draft that was left behind as its message, being edited. False when it cannot be; the
-/// draft is then still there.
-bool Restore(Context& context, const QString& message);
+/// Stores a draft that was left behind as its message, being edited. When it fails, the draft is
+/// still there.
+Result<> Restore(Context& context, const QString& message);
 
 }  // namespace Drafts
 }  // namespace vorn

@@ -3,11 +3,13 @@
 #include <QHash>
 #include <QSet>
 #include <algorithm>
+#include <optional>
 
 #include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -38,17 +40,18 @@ class MessageSearch {
  public:
   MessageSearch(DataSession& data, const QString& select) : data_(data), select_(select) {}
 
-  void Run(FolderListing& listing) {
-    listing.messages.clear();
+  // Nothing when none can be found.
+  std::optional<FolderListing> Run() {
     const bool all = CollectFromIndexes();
     const bool allRows = CollectFromTable();
-    listing.read = !known_.isEmpty();
-    if (!listing.read) return;
+    if (known_.isEmpty()) return std::nullopt;
+    FolderListing listing;
     if (!all && !allRows) listing.unreadable.append(UnreadableMessage());
     for (const UnreadableMessage& message : std::as_const(known_)) LookFor(message, listing);
     std::sort(
         listing.messages.begin(), listing.messages.end(),
         [](const FolderMessage& a, const FolderMessage& b) { return a.timestamp < b.timestamp; });
+    return listing;
   }
 
  private:
@@ -102,20 +105,23 @@ class MessageSearch {
 
 }  // namespace
 
-FolderListing ListFolderMessages(Context& context, const QString& folder) {
-  FolderListing listing;
+Result<FolderListing> ListFolderMessages(Context& context, const QString& folder) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
-  if (select.isEmpty()) return listing;
+  if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (!mail) return listing;
-  listing.read = List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
-                      listing.messages);
-  if (!listing.read) {
-    const bool mayBeDamaged = context.Data.LastError().kind != StorageError::Kind::BadStatement &&
-                              context.Data.LastError().kind != StorageError::Kind::Refused;
-    if (mayBeDamaged) MessageSearch(context.Data, select).Run(listing);
+  if (!mail) return mail.Error();
+  FolderListing listing;
+  if (List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
+           listing.messages)) {
+    return listing;
   }
-  return listing;
+  const StorageError reason = ReasonOf(context.Data);
+  const bool mayBeDamaged =
+      reason.kind != StorageError::Kind::BadStatement && reason.kind != StorageError::Kind::Refused;
+  const auto found =
+      mayBeDamaged ? MessageSearch(context.Data, select).Run() : std::optional<FolderListing>();
+  if (found) return *found;
+  return reason;
 }
 
 QString FolderQuestion(Context& context, const QString& folder) {
@@ -125,10 +131,10 @@ QString FolderQuestion(Context& context, const QString& folder) {
                                 QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC");
 }
 
-FolderListing ListMessages(Context& context, const QStringList& serialIds) {
+Result<FolderListing> ListMessages(Context& context, const QStringList& serialIds) {
   FolderListing listing;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (!mail) return listing;
+  if (!mail) return mail.Error();
   const auto rowsOf = [&](const QStringList& wanted, std::vector<FolderMessage>& found) {
     QStringList quoted;
     for (const QString& serialId : wanted) quoted.append(QuoteSql(serialId));
@@ -152,7 +158,6 @@ FolderListing ListMessages(Context& context, const QStringList& serialIds) {
     const auto message = known.constFind(serialId);
     if (message != known.constEnd()) listing.messages.push_back(*message);
   }
-  listing.read = true;
   return listing;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -18,7 +19,6 @@ struct FolderMessage {
 };
 
 struct FolderListing {
-  bool read = false;                    ///< else nothing could be listed, and `LastError` says why
   std::vector<FolderMessage> messages;  ///< oldest first
   /// Those whose rows cannot be read. Which folder they are in may be lost with them.
   QList<UnreadableMessage> unreadable;
@@ -26,12 +26,12 @@ struct FolderListing {
 
 /// Lists a folder to its end. A damaged page hides only the messages on it: where the list breaks
 /// off, every message is looked for by itself.
-FolderListing ListFolderMessages(Context& context, const QString& folder);
+Result<FolderListing> ListFolderMessages(Context& context, const QString& folder);
 
 /// The question for the identifiers of a folder's messages, oldest first; empty when there is no
 /// such folder. A `ConditionRun` can ask it where the condition takes long.
 QString FolderQuestion(Context& context, const QString& folder);
 /// Lists the messages with these identifiers in their order; those that are gone are left out.
-FolderListing ListMessages(Context& context, const QStringList& serialIds);
+Result<FolderListing> ListMessages(Context& context, const QStringList& serialIds);
 
 }  // namespace vorn

@@ -5,6 +5,7 @@
 #include "mail/message_identity.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 
@@ -34,18 +35,20 @@ OpenedDatabase MailStore::Open(const Disk& request) {
   return OpenedDatabase(context_, message.Database(), message.File(context_));
 }
 
-QString MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
-  return !request.SerialID().isEmpty() && Store(request, source, QString()) ? request.SerialID()
-                                                                            : QString();
+Result<QString> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
+  if (request.SerialID().isEmpty()) return StorageError();
+  const Result<> stored = Store(request, source, QString());
+  if (!stored) return stored.Error();
+  return request.SerialID();
 }
 
-bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
+Result<> MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
   std::vector<MessageIndex> indexes;
   indexes.reserve(messages.size());
   for (const auto& [request, source] : messages) indexes.push_back(Index(*request, source));
-  if (messages.empty()) return true;
+  if (messages.empty()) return {};
   const OpenedDatabase opened = Open(*messages.front().first);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   bool stored = context_.Data.Begin();
   if (stored) {
     for (size_t i = 0; stored && i < messages.size(); ++i) {
@@ -54,10 +57,10 @@ bool MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>&
     stored = stored && context_.Data.Commit();
     if (!stored) context_.Data.Rollback();
   }
-  return stored;
+  return ResultOf(context_.Data, stored);
 }
 
-bool MailStore::StoreSent(const Disk& request, const QByteArray& source) {
+Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
   return Store(request, source, QStringLiteral("DELETE FROM send_attempt") + Where(request));
 }
 
@@ -70,66 +73,65 @@ MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
 }
 
 // The row and its folders appear together or not at all.
-bool MailStore::Store(const Disk& request, const QByteArray& source,
-                      const QString& statementBefore) {
+Result<> MailStore::Store(const Disk& request, const QByteArray& source,
+                          const QString& statementBefore) {
   const MessageIndex index = Index(request, source);
   const OpenedDatabase opened = Open(request);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   bool stored = context_.Data.Begin();
   if (stored) {
     stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
              WriteMessage(request, source, index) && context_.Data.Commit();
     if (!stored) context_.Data.Rollback();
   }
-  return stored;
+  return ResultOf(context_.Data, stored);
 }
 
-MailStore::Received MailStore::StoreReceived(const Disk& request, const QByteArray& source) {
+Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
+                                                     const QByteArray& source) {
   const std::optional<qint64> identity = MessageIdentity(source);
   QString alike;
-  const Received received = StoreUnlessKnown(request, source, identity, &alike);
+  const Result<Received> received = StoreUnlessKnown(request, source, identity, &alike);
   if (received != Received::Alike) return received;
   // Read outside the transaction, which a damaged page would break with all that it gathered. One
   // that cannot be read may be another message.
-  if (!context_.Data.FlushForReading()) return Received::Failed;
+  if (!context_.Data.FlushForReading()) return ReasonOf(context_.Data);
   Disk other(alike);
   MessageBag(request).CopyPlace(other);
-  const std::optional<QByteArray> stored = LoadMessageSource(other);
-  return stored && IsSameButForNotes(*stored, source)
-             ? Received::Alike
-             : StoreUnlessKnown(request, source, identity, nullptr);
+  const Result<QByteArray> stored = LoadMessageSource(other);
+  if (stored && IsSameButForNotes(*stored, source)) return Received::Alike;
+  return StoreUnlessKnown(request, source, identity, nullptr);
 }
 
 // `alike` gets the message that has the same identity; null stores beside such a one.
-MailStore::Received MailStore::StoreUnlessKnown(const Disk& request, const QByteArray& source,
-                                                const std::optional<qint64>& identity,
-                                                QString* alike) {
+Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
+                                                        const QByteArray& source,
+                                                        const std::optional<qint64>& identity,
+                                                        QString* alike) {
   const MessageIndex index = Index(request, source);
   const OpenedDatabase opened = Open(request);
-  if (!opened) return Received::Failed;
-  Received received = Received::Failed;
-  if (context_.Data.BeginGathered()) {
-    // Nobody else writes from here on, so what is not known now stays so.
-    const std::optional<bool> has = context_.Data.HasMessage(MessageBag(request).MessageId());
-    const bool known = has.value_or(false);
-    bool done = has.has_value();
-    if (done && !known && identity && alike != nullptr) {
-      const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
-      done = found.has_value();
-      *alike = found.value_or(QString());
-    }
-    const bool isAlike = alike != nullptr && !alike->isEmpty();
-    if (done && !known && !isAlike) {
-      done = WriteMessage(request, source, index) &&
-             (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
-    }
-    if (done && context_.Data.Commit()) {
-      received = known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
-    } else {
-      context_.Data.Rollback();
-    }
+  if (!opened) return opened.Error();
+  if (!context_.Data.BeginGathered()) return ReasonOf(context_.Data);
+  // Nobody else writes from here on, so what is not known now stays so.
+  const std::optional<bool> has = context_.Data.HasMessage(MessageBag(request).MessageId());
+  const bool known = has.value_or(false);
+  bool done = has.has_value();
+  if (done && !known && identity && alike != nullptr) {
+    const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
+    done = found.has_value();
+    *alike = found.value_or(QString());
   }
-  return received;
+  const bool isAlike = alike != nullptr && !alike->isEmpty();
+  if (done && !known && !isAlike) {
+    done = WriteMessage(request, source, index) &&
+           (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
+  }
+  if (done && context_.Data.Commit()) {
+    return known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
+  }
+  const StorageError reason = ReasonOf(context_.Data);
+  context_.Data.Rollback();
+  return reason;
 }
 
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
@@ -138,7 +140,7 @@ bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
   if (!WriteRow(request, source, index, &isNew)) return false;
   // A new message has no folders yet.
   const bool hasFolders = !isNew || !MessageBag(request).Folders().isEmpty();
-  return !hasFolders || UpdateMessageState(kStateFolders, request, false);
+  return !hasFolders || WriteFolders(request);
 }
 
 bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
@@ -161,29 +163,31 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
   return row->Update();
 }
 
-std::optional<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
+Result<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
   const OpenedDatabase opened = Open(request);
-  if (!opened) return std::nullopt;
-  std::optional<QByteArray> source;
-  if (context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
-    const RecordsetPtr row = context_.Data.Recordset();
-    if (!row->Eof()) source = row->Fields(u"MAIL").toByteArray();
-    if (row->Failed()) source.reset();
+  if (!opened) return opened.Error();
+  if (!context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
+    return ReasonOf(context_.Data);
   }
+  const RecordsetPtr row = context_.Data.Recordset();
+  const bool isThere = !row->Eof();
+  const QByteArray source = row->Fields(u"MAIL").toByteArray();
+  if (row->Failed()) return row->Error();
+  if (!isThere) return StorageError{StorageError::Kind::NotFound, {}};
   return source;
 }
 
-bool MailStore::DeleteMessage(const Disk& request) {
+Result<> MailStore::DeleteMessage(const Disk& request) {
   const OpenedDatabase opened = Open(request);
-  if (!opened) return false;
-  const bool deleted = context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request));
-  return deleted;
+  if (!opened) return opened.Error();
+  return ResultOf(context_.Data,
+                  context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request)));
 }
 
-bool MailStore::UpdateMessageState(int mask, const Disk& request, bool openDatabase) {
-  if (!openDatabase) return WriteState(mask, request);
+Result<> MailStore::UpdateMessageState(int mask, const Disk& request, bool openDatabase) {
+  if (!openDatabase) return ResultOf(context_.Data, WriteState(mask, request));
   const OpenedDatabase opened = Open(request);
-  return opened && WriteState(mask, request);
+  return opened ? ResultOf(context_.Data, WriteState(mask, request)) : opened.Error();
 }
 
 bool MailStore::WriteState(int mask, const Disk& request) {
@@ -214,27 +218,30 @@ bool MailStore::WriteFolders(const Disk& request) {
   return true;
 }
 
-bool MailStore::SetDust(const Disk& request, bool dust) {
+Result<> MailStore::SetDust(const Disk& request, bool dust) {
   const OpenedDatabase opened = Open(request);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   const bool written = context_.Data.Execute(
       QStringLiteral("UPDATE mail SET STATUS = ") +
       (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) + Where(request));
-  return written;
+  return ResultOf(context_.Data, written);
 }
 
-bool MailStore::CancelWaiting(const Disk& request) {
+Result<> MailStore::CancelWaiting(const Disk& request) {
   const OpenedDatabase opened = Open(request);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   DataSession& data = context_.Data;
-  bool done = data.Begin();
-  if (done) {
-    done = data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly) &&
-           qAbs(data.Recordset()->Fields(u"STATUS").toInt()) == kStatusWaiting &&
-           data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / 2") + Where(request)) &&
-           data.Commit();
-    if (!done) data.Rollback();
+  if (!data.Begin()) return ReasonOf(data);
+  Result<> done = ResultOf(data, data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly));
+  if (done && qAbs(data.Recordset()->Fields(u"STATUS").toInt()) != kStatusWaiting) {
+    done = StorageError{StorageError::Kind::NotFound, {}};
   }
+  if (done) {
+    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / 2") +
+                                       Where(request)) &&
+                              data.Commit());
+  }
+  if (!done) data.Rollback();
   return done;
 }
 

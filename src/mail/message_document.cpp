@@ -36,16 +36,20 @@ QString MessageDocument::ShownHtml() const {
   return WithInlineImages(html_, source_, Request().ContentIndex());
 }
 
-QByteArray MessageDocument::Compose(const MessageModel& model, QString* error) const {
+Result<QByteArray> MessageDocument::Compose(const MessageModel& model) const {
   ComposeOptions options;
   options.charset = code_.charset;
   options.settings = EditSettings::From(Settings(context_));
   options.boundaryToken = context_.Data.NewSerialID();
-  options.read = [this, error](const ModelAttachment& attachment) {
-    return ReadAttachment(attachment, source_, error);
+  StorageError unreadable;
+  options.read = [&](const ModelAttachment& attachment) {
+    const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
+    if (!bytes) unreadable = bytes.Error();
+    return bytes.ValueOr({});
   };
   const QByteArray source = ComposeMessage(model, options);
-  return error->isEmpty() ? source : QByteArray();
+  if (unreadable) return unreadable;
+  return source;
 }
 
 int MessageDocument::Status() const {
@@ -82,6 +86,11 @@ void MessageDocument::ToggleDust() {
   changedState_ |= kStateStatus;
 }
 
+void MessageDocument::LetStar(bool star) {
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagStar,
+                                              star ? QStringLiteral("1") : QStringLiteral("0")));
+}
+
 void MessageDocument::SetFolders(const QString& folders) {
   MessageBag::SetFolders(*request_, folders);
   changedState_ |= kStateFolders;
@@ -95,13 +104,16 @@ void MessageDocument::KeepCode() {
 }
 
 // Only what was changed here: the folder's page may have changed the rest meanwhile.
-bool MessageDocument::StoreState() {
+Result<> MessageDocument::StoreState() {
   const int changed = std::exchange(changedState_, 0);
   MailStore store(context_);
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
-  bool stored = (changed & kStateStatus) == 0 || store.SetDust(*request_, IsInDust());
-  const int rest = changed & ~kStateStatus;
-  if (rest != 0) stored = store.UpdateMessageState(rest, *request_, true) && stored;
+  Result<> stored;
+  if ((changed & kStateStatus) != 0) stored = store.SetDust(*request_, IsInDust());
+  if (const int rest = changed & ~kStateStatus; rest != 0) {
+    const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);
+    if (!rewritten) stored = rewritten;
+  }
   return stored;
 }
 

@@ -6,6 +6,7 @@
 #include "mail/message_bag.h"
 #include "mail/message_request.h"
 #include "mail/open_message.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -46,9 +47,8 @@ class MessageDocument {
   QString ShownHtml() const;
   CodeChoice& Code() { return code_; }
   const CodeChoice& Code() const { return code_; }
-  /// The source of `model` in that code; null, with the reason in `error`, when an attachment
-  /// cannot be read.
-  QByteArray Compose(const MessageModel& model, QString* error) const;
+  /// The source of `model` in that code; fails when an attachment cannot be read.
+  Result<QByteArray> Compose(const MessageModel& model) const;
 
   /// Its status, in the dust or not.
   int Status() const;
@@ -66,13 +66,14 @@ class MessageDocument {
   bool IsSending() const;
 
   void ToggleDust();
+  /// Follows a star that has been stored.
+  void LetStar(bool star);
   void SetFolders(const QString& folders);
   /// Keeps the picked code with the message.
   void KeepCode();
   bool HasChangedState() const { return changedState_ != 0; }
-  /// Stores what of its state was changed here. False, with the reason in the session's
-  /// `LastError`, when it cannot be.
-  bool StoreState();
+  /// Stores what of its state was changed here.
+  Result<> StoreState();
 
  private:
   Context& context_;

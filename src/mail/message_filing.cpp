@@ -5,6 +5,7 @@
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 
@@ -38,16 +39,16 @@ bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* u
   return !rows->Failed();
 }
 
-bool RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
-            UnderWay* underWay = nullptr) {
+Result<> RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
+                UnderWay* underWay = nullptr) {
   DataSession& session = context.Data;
   const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   bool done = session.Begin() && (underWay == nullptr || ReadUnderWay(session, messages, underWay));
   for (const QString& statement : statements) done = done && session.Execute(statement);
   done = done && session.Commit();
   if (!done) session.Rollback();
-  return done;
+  return ResultOf(session, done);
 }
 
 // A stored string may be shorter than where the mark stands.
@@ -68,7 +69,7 @@ QString NoFolderWords() {
       "そこに入れられます。");
 }
 
-bool SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
+Result<> SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
   return RunAll(context,
                 {QStringLiteral("UPDATE mail SET STATUS = ") +
                  (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
@@ -76,8 +77,8 @@ bool SetDust(Context& context, const QStringList& messages, bool dust, UnderWay*
                 messages, underWay);
 }
 
-bool FileMessages(Context& context, const QStringList& messages, const QString& into,
-                  const QString& from) {
+Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
+                      const QString& from) {
   QStringList statements;
   for (const QString& folder : {from, into}) {
     if (folder.isEmpty()) continue;
@@ -91,36 +92,35 @@ bool FileMessages(Context& context, const QStringList& messages, const QString& 
   return RunAll(context, statements);
 }
 
-std::optional<QStringList> Members(Context& context, const QStringList& messages,
-                                   const QString& folder) {
+Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened ||
-      !context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
+  if (!opened) return opened.Error();
+  if (!context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
                                       QuoteSql(folder) + QStringLiteral(" AND") + Among(messages),
                                   CursorKind::ForwardOnly)) {
-    return std::nullopt;
+    return ReasonOf(context.Data);
   }
   QStringList members;
   const RecordsetPtr rows = context.Data.Recordset();
   for (; !rows->Eof(); rows->MoveNext()) members.append(rows->Fields(u"SERIALID").toString());
-  if (rows->Failed()) return std::nullopt;
+  if (rows->Failed()) return rows->Error();
   return members;
 }
 
-bool SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {
+Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {
   const QString value = isSet ? QStringLiteral("'1'") : QStringLiteral("'0'");
   const QString received =
       mark == kFlagNew ? QStringLiteral(" AND ABS(STATUS) = %1").arg(kStatusReceived) : QString();
   return RunAll(context, {WithMark(mark, value) + Among(messages) + received});
 }
 
-bool ToggleStar(Context& context, const QStringList& messages) {
+Result<> ToggleStar(Context& context, const QStringList& messages) {
   const QString other = QStringLiteral("(1 - SUBSTR(FIELD_FLAG & '0000000', %1, 1))")
                             .arg(static_cast<int>(kFlagStar));
   return RunAll(context, {WithMark(kFlagStar, other) + Among(messages)});
 }
 
-bool DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay) {
+Result<> DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay) {
   return RunAll(context,
                 {QStringLiteral("DELETE FROM folder WHERE") + Among(messages) + kMayChange,
                  QStringLiteral("DELETE * FROM mail WHERE") + Among(messages) + kMayChange},
@@ -144,7 +144,7 @@ int CountWaiting(Context& context, const QString& address) {
   return count;
 }
 
-bool EmptyDust(Context& context) {
+Result<> EmptyDust(Context& context) {
   return RunAll(context, {QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
                                          "(SELECT SERIALID FROM mail WHERE STATUS < 0)"),
                           QStringLiteral("DELETE * FROM mail WHERE STATUS < 0")});

@@ -2,16 +2,15 @@
 
 #include <QMap>
 #include <QStringList>
-#include <optional>
 
 #include "mail/codec/flag_string.h"
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 // Acts on messages of the profile's mail database by their serial identifiers, on all of them or on
-// none. False on failure; the reason is in the session's `LastError`. What is being handed over to
-// a server stays as it is; `underWay` gets those.
+// none. What is being handed over to a server stays as it is; `underWay` gets those.
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
 using UnderWay = QMap<QString, QString>;
@@ -20,26 +19,26 @@ using UnderWay = QMap<QString, QString>;
 QString NoFolderWords();
 
 /// Puts messages into the dust bin or takes them out of it.
-bool SetDust(Context& context, const QStringList& messages, bool dust,
-             UnderWay* underWay = nullptr);
+Result<> SetDust(Context& context, const QStringList& messages, bool dust,
+                 UnderWay* underWay = nullptr);
 /// Files messages into the hand-filled folder `into` and takes them out of the folder `from`;
 /// either may be empty.
-bool FileMessages(Context& context, const QStringList& messages, const QString& into,
-                  const QString& from = {});
-/// Those of the messages that are in a hand-filled folder; nothing when that cannot be read.
-std::optional<QStringList> Members(Context& context, const QStringList& messages,
-                                   const QString& folder);
+Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
+                      const QString& from = {});
+/// Those of the messages that are in a hand-filled folder.
+Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
 /// What was not received is never unopened.
-bool SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
+Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
 /// Stars the messages that have no star, and takes it from the others.
-bool ToggleStar(Context& context, const QStringList& messages);
+Result<> ToggleStar(Context& context, const QStringList& messages);
 /// Deletes messages, and what is filed of them, for good.
-bool DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay = nullptr);
+Result<> DeleteMessages(Context& context, const QStringList& messages,
+                        UnderWay* underWay = nullptr);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);
 /// Deletes everything in the dust bin for good.
-bool EmptyDust(Context& context);
+Result<> EmptyDust(Context& context);
 
 }  // namespace vorn

@@ -301,7 +301,7 @@ void TakeReport(const StoredMessage& message, MessageModel& model) {
       });
   if (part == model.attachments.end()) return;
   ReceiptReport report;
-  for (const QByteArray& field : ReadAttachment(*part, message.source).split('\n')) {
+  for (const QByteArray& field : ReadAttachment(*part, message.source).ValueOr({}).split('\n')) {
     const QString value = QString::fromUtf8(field.mid(field.indexOf(':') + 1)).trimmed();
     const QByteArray name = field.toLower();
     if (name.startsWith("final-recipient:")) report.recipient = value.section(u';', 1).trimmed();
@@ -320,7 +320,7 @@ void TakeCalendarReply(const StoredMessage& message, MessageModel& model) {
                type.Bytes("method").compare("REPLY", Qt::CaseInsensitive) == 0;
       });
   if (part == model.attachments.end()) return;
-  model.calendarReply = ReadAttachment(*part, message.source);
+  model.calendarReply = ReadAttachment(*part, message.source).ValueOr({});
   model.attachments.erase(part);
 }
 

@@ -1,6 +1,7 @@
 #include "mail/message_rows.h"
 
 #include "mail/mail_store.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -70,13 +71,13 @@ bool MessageRows::HasNamePrefix(const QString& prefix) {
   return row != nullptr && !row->Eof();
 }
 
-std::optional<QString> MessageRows::FoldersOf(const QString& serialId) {
+Result<QString> MessageRows::FoldersOf(const QString& serialId) {
   const RecordsetPtr rows =
       Select(QStringLiteral("SELECT FOLDERID FROM folder WHERE SERIALID = ") + QuoteSql(serialId));
-  if (rows == nullptr) return std::nullopt;
+  if (rows == nullptr) return ReasonOf(data_);
   QStringList folders;
   for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
-  if (rows->Failed()) return std::nullopt;
+  if (rows->Failed()) return rows->Error();
   return folders.join(QStringLiteral("\r\n"));
 }
 

@@ -2,14 +2,14 @@
 
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "storage/data_session.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 /// Reads the rows of `mail`, and which folders messages are in, from the file that the session has
-/// open. Row sets have all columns; they are null when the file cannot be asked (`LastError` says
+/// open. Row sets have all columns; they are null when the file cannot be asked (`ReasonOf` says
 /// why), and at their end when it holds no such message.
 class MessageRows {
  public:
@@ -36,8 +36,8 @@ class MessageRows {
   bool Has(const QString& serialId);
   /// Whether a message has a name that begins so.
   bool HasNamePrefix(const QString& prefix);
-  /// The identifiers of its folders, one a line; nothing when they cannot be read.
-  std::optional<QString> FoldersOf(const QString& serialId);
+  /// The identifiers of its folders, one a line.
+  Result<QString> FoldersOf(const QString& serialId);
 
  private:
   RecordsetPtr Where(const QString& condition);

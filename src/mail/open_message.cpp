@@ -15,28 +15,25 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-enum class Reading { Done, Missing, Failed };
-
-// Copies the row's columns into the request.
-Reading ReadRow(DataSession& data, Disk& request, QByteArray& source) {
+// Copies the row's columns and its folders into the request. False when there is no such row.
+Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
-  if (row == nullptr) return Reading::Failed;
-  if (row->Eof()) return row->Failed() ? Reading::Failed : Reading::Missing;
+  if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
+  if (row->Eof()) return false;
   MessageRequest(request).TakeRow(*row);
   source = row->Fields(u"MAIL").toByteArray();
-  return row->Failed() ? Reading::Failed : Reading::Done;
-}
-
-Reading ReadFolders(DataSession& data, Disk& request) {
-  const std::optional<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
-  MessageBag::SetFolders(request, folders.value_or(QString()));
-  return folders ? Reading::Done : Reading::Failed;
+  if (row->Failed()) return row->Error();
+  const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
+  MessageBag::SetFolders(request, folders.ValueOr({}));
+  if (!folders) return folders.Error();
+  return true;
 }
 
 bool IsUnopened(const Disk& request) {
@@ -86,20 +83,20 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     MessageBag::SetFlags(bag, QStringLiteral("02"));
   }
   StoredMessage message;
-  Reading reading = Reading::Failed;
-  if (const OpenedDatabase mail(context, stored.Database(), stored.File(context)); mail) {
-    reading = ReadRow(context.Data, bag, message.source);
-    if (reading == Reading::Done) reading = ReadFolders(context.Data, bag);
-    opened.found = reading == Reading::Done;
+  {
+    const OpenedDatabase mail(context, stored.Database(), stored.File(context));
+    const Result<bool> read = mail ? ReadRow(context.Data, bag, message.source) : mail.Error();
+    if (!read) {
+      opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
+      opened.reason = read.Error();
+      return opened;
+    }
+    opened.found = *read;
     if (opened.found) {
       opened.first = IsUnopened(bag);
       if (opened.first && marks) MarkOpened(context, bag);
       request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
     }
-  }
-  if (reading == Reading::Failed) {
-    opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
-    return opened;
   }
   if (!opened.found) message.source = shown;
   message.contentIndex = request.ContentIndex();
@@ -160,7 +157,8 @@ bool MarkOpened(Context& context, Disk& request) {
   const MessageBag stored(request);
   const OpenedDatabase mail(context, DatabaseKind::MailByPath, stored.File(context));
   MessageBag::SetFlags(request, SetFlagChar(stored.Flags(), kFlagNew, QStringLiteral("0")));
-  return mail && MailStore(context).UpdateMessageState(kStateFlag, request, false);
+  return mail &&
+         static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
 }
 
 bool IsHtmlFirst(Context& context, const MessageModel& model) {

@@ -14,7 +14,8 @@ struct OpenedMessage {
   /// It is stored and cannot be read: what is left of its name. The model is empty then, and the
   /// request stays as it was.
   std::optional<UnreadableMessage> unreadable;
-  bool first = false;  ///< it had not been opened before
+  StorageError reason;  ///< why it cannot be read
+  bool first = false;   ///< it had not been opened before
   MessageModel model;
   /// The code in use: that of reading, and of writing for a message that is edited.
   CharsetChoice charset = CharsetChoice::Automatic;

@@ -3,6 +3,7 @@
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/work_lock.h"
 
@@ -21,25 +22,25 @@ QString Version(const Recordset& row) {
   return row.Fields(u"FIELD_TIMESTAMP").toString() + u'/' + QString::number(row.ByteCount(u"MAIL"));
 }
 
-// Whether the message waits and nothing is known of an attempt; the version of it.
-enum class Waiting { Yes, No, Failed };
-Waiting LookForWaiting(DataSession& data, const QString& serialId, QString* version) {
+// The version of a message that waits and of which no attempt is known; empty of any other.
+Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
   const RecordsetPtr row = MessageRows(data).Untried(serialId);
-  if (row == nullptr || row->Failed()) return Waiting::Failed;
-  if (row->Eof() || row->Fields(u"STATUS").toInt() != kStatusWaiting) return Waiting::No;
-  *version = Version(*row);
-  return Waiting::Yes;
+  if (row == nullptr || row->Failed()) return ReasonOf(data);
+  if (row->Eof() || row->Fields(u"STATUS").toInt() != kStatusWaiting) return QString();
+  return Version(*row);
 }
 
-bool ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
+Result<> ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
   const RecordsetPtr row = MessageRows(data).Of(serialId);
-  const std::optional<QString> folders = MessageRows(data).FoldersOf(serialId);
-  if (row == nullptr || row->Eof() || !folders) return false;
+  if (row == nullptr || row->Eof()) return ReasonOf(data);
+  const Result<QString> folders = MessageRows(data).FoldersOf(serialId);
+  if (!folders) return folders.Error();
   message.folders = *folders;
   message.source = row->Fields(u"MAIL").toByteArray();
   message.addressLines = row->Fields(u"FIELD_MAILADDRESS").toString();
   message.flags = row->Fields(u"FIELD_FLAG").toString();
-  return !row->Failed() && !message.source.isEmpty();
+  if (row->Failed()) return row->Error();
+  return message.source.isEmpty() ? StorageError() : Result<>();
 }
 
 }  // namespace
@@ -48,89 +49,83 @@ OpenedDatabase Outbox::Open() {
   return OpenedDatabase(context_, DatabaseKind::MailByPath, file_);
 }
 
-Outbox::Reading Outbox::Read(const QString& serialId, WaitingMessage& message) {
+Result<Outbox::Reading> Outbox::Read(const QString& serialId, WaitingMessage& message) {
   const OpenedDatabase opened = Open();
   if (!opened) return Reading::Closed;
-  DataSession& data = context_.Data;
-  Reading reading = Reading::Unreadable;
-  switch (LookForWaiting(data, serialId, &message.version)) {
-    case Waiting::No:
-      reading = Reading::Gone;
-      break;
-    case Waiting::Yes:
-      if (ReadRow(data, serialId, message)) reading = Reading::Ready;
-      break;
-    case Waiting::Failed:
-      break;
-  }
-  return reading;
+  const Result<QString> version = WaitingVersion(context_.Data, serialId);
+  if (!version) return version.Error();
+  if (version->isEmpty()) return Reading::Gone;
+  message.version = *version;
+  const Result<> read = ReadRow(context_.Data, serialId, message);
+  if (!read) return read.Error();
+  return Reading::Ready;
 }
 
-Outbox::Claim Outbox::BeginHandover(const QString& serialId, const QString& version,
-                                    const QString& server) {
+Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QString& version,
+                                            const QString& server) {
   const OpenedDatabase opened = Open();
-  if (!opened) return Claim::Failed;
+  if (!opened) return opened.Error();
   DataSession& data = context_.Data;
-  Claim claim = Claim::Failed;
-  if (data.Begin()) {
-    QString current;
-    const Waiting waiting = LookForWaiting(data, serialId, &current);
-    if (waiting == Waiting::No || (waiting == Waiting::Yes && current != version)) {
-      claim = Claim::Lost;
-    } else if (waiting == Waiting::Yes &&
-               data.Execute(QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, "
-                                           "SERVER, REPLY) VALUES(%1,%2,%3,%4,'')")
-                                .arg(QuoteSql(serialId))
-                                .arg(kUnderWay)
-                                .arg(QuoteSql(data.Now()), QuoteSql(server))) &&
-               data.Commit() && data.MakeDurable(PlatformPath(context_, file_))) {
-      claim = Claim::Taken;
-    }
-    if (claim != Claim::Taken) data.Rollback();
+  if (!data.Begin()) return ReasonOf(data);
+  const Result<QString> current = WaitingVersion(data, serialId);
+  Result<Claim> claim = Claim::Lost;
+  if (!current) {
+    claim = current.Error();
+  } else if (!current->isEmpty() && *current == version) {
+    const bool noted =
+        data.Execute(QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, "
+                                    "REPLY) VALUES(%1,%2,%3,%4,'')")
+                         .arg(QuoteSql(serialId))
+                         .arg(kUnderWay)
+                         .arg(QuoteSql(data.Now()), QuoteSql(server))) &&
+        data.Commit() && data.MakeDurable(PlatformPath(context_, file_));
+    if (noted) return Claim::Taken;
+    claim = ReasonOf(data);
   }
+  data.Rollback();
   return claim;
 }
 
 // Ends the attempt that fulfils the condition, and with it does what the statements say.
-bool Outbox::EndAttempt(const QString& serialId, const QString& condition,
-                        const QStringList& statementsAfter) {
+Result<> Outbox::EndAttempt(const QString& serialId, const QString& condition,
+                            const QStringList& statementsAfter) {
   const OpenedDatabase opened = Open();
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   DataSession& data = context_.Data;
-  bool done = data.Begin();
-  if (done) {
-    done = data.OpenRecordset(
-               QStringLiteral("SELECT STATE FROM send_attempt") + Where(serialId) + condition,
-               CursorKind::ForwardOnly) &&
-           !data.Recordset()->Eof() &&
-           data.Execute(QStringLiteral("DELETE FROM send_attempt") + Where(serialId));
+  if (!data.Begin()) return ReasonOf(data);
+  Result<> ended =
+      ResultOf(data, data.OpenRecordset(QStringLiteral("SELECT STATE FROM send_attempt") +
+                                            Where(serialId) + condition,
+                                        CursorKind::ForwardOnly));
+  if (ended && data.Recordset()->Eof()) ended = StorageError{StorageError::Kind::NotFound, {}};
+  if (ended) {
+    bool done = data.Execute(QStringLiteral("DELETE FROM send_attempt") + Where(serialId));
     for (const QString& statement : statementsAfter) done = done && data.Execute(statement);
-    done = done && data.Commit();
-    if (!done) data.Rollback();
+    ended = ResultOf(data, done && data.Commit());
   }
-  return done;
+  if (!ended) data.Rollback();
+  return ended;
 }
 
-bool Outbox::Withdraw(const QString& serialId) {
+Result<> Outbox::Withdraw(const QString& serialId) {
   return EndAttempt(serialId, QString(), {});
 }
 
-bool Outbox::Doubt(const QString& serialId, const QString& reply) {
+Result<> Outbox::Doubt(const QString& serialId, const QString& reply) {
   const OpenedDatabase opened = Open();
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   const bool noted =
       context_.Data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1, REPLY = %2")
                                 .arg(kDoubtful)
                                 .arg(QuoteSql(reply)) +
                             Where(serialId));
-  return noted;
+  return ResultOf(context_.Data, noted);
 }
 
-bool Outbox::MakeDurable() {
+Result<> Outbox::MakeDurable() {
   const OpenedDatabase opened = Open();
-  if (!opened) return false;
-  const bool durable = context_.Data.MakeDurable(PlatformPath(context_, file_));
-  return durable;
+  if (!opened) return opened.Error();
+  return ResultOf(context_.Data, context_.Data.MakeDurable(PlatformPath(context_, file_)));
 }
 
 int Outbox::DoubtLeftOver() {
@@ -155,9 +150,9 @@ int Outbox::SettleLeftOver() {
   return work.Take() ? DoubtLeftOver() : 0;
 }
 
-bool Outbox::DoubtWaiting() {
+Result<> Outbox::DoubtWaiting() {
   const OpenedDatabase opened = Open();
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   DataSession& data = context_.Data;
   const bool noted = data.Execute(
       QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
@@ -165,7 +160,7 @@ bool Outbox::DoubtWaiting() {
                      "IN (SELECT SERIALID FROM send_attempt)")
           .arg(kDoubtful)
           .arg(QuoteSql(data.Now())));
-  return noted;
+  return ResultOf(data, noted);
 }
 
 QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
@@ -200,11 +195,11 @@ std::optional<DoubtfulMessage> Outbox::FindDoubtful(const QString& serialId) {
   return found.isEmpty() ? std::nullopt : std::optional(found.first());
 }
 
-bool Outbox::SendAgain(const QString& serialId) {
+Result<> Outbox::SendAgain(const QString& serialId) {
   return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful), {});
 }
 
-bool Outbox::KeepAsSent(const QString& serialId) {
+Result<> Outbox::KeepAsSent(const QString& serialId) {
   return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful),
                     {QStringLiteral("UPDATE mail SET STATUS = %1").arg(kStatusSent) +
                      Where(serialId) + QStringLiteral(" AND STATUS = 2")});

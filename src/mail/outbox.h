@@ -7,6 +7,7 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -49,41 +50,42 @@ class Outbox {
 
   enum class Reading {
     Ready,
-    Gone,        ///< it does not wait: sent, taken back, thrown away, deleted, or doubtful
-    Unreadable,  ///< it waits, and its row cannot be read as it was stored
-    Closed,      ///< the database cannot be opened now
+    Gone,    ///< it does not wait: sent, taken back, thrown away, deleted, or doubtful
+    Closed,  ///< the database cannot be opened now
   };
-  Reading Read(const QString& serialId, WaitingMessage& message);
+  /// Fails when it waits, and its row cannot be read as it was stored.
+  Result<Reading> Read(const QString& serialId, WaitingMessage& message);
 
-  enum class Claim { Taken, Lost, Failed };
+  enum class Claim { Taken, Lost };
   /// Notes that the message of that `version` is about to be handed over to `server`. `Lost`: it
-  /// does not wait any more or was changed. `Failed`: it could not be noted durably.
-  Claim BeginHandover(const QString& serialId, const QString& version, const QString& server);
-  bool Withdraw(const QString& serialId);
-  bool Doubt(const QString& serialId, const QString& reply);
+  /// does not wait any more or was changed. Fails when it cannot be noted durably.
+  Result<Claim> BeginHandover(const QString& serialId, const QString& version,
+                              const QString& server);
+  Result<> Withdraw(const QString& serialId);
+  Result<> Doubt(const QString& serialId, const QString& reply);
   /// Makes every attempt that was left over doubtful; the number of them.
   int DoubtLeftOver();
   /// The same when no program is sending: one that is settles it by itself.
   int SettleLeftOver();
 
   /// Makes every message that waits doubtful, since the file is an older copy: what waits in it may
-  /// have been sent since. False on failure.
-  bool DoubtWaiting();
+  /// have been sent since.
+  Result<> DoubtWaiting();
 
   /// Brings what was noted to the disk.
-  bool MakeDurable();
+  Result<> MakeDurable();
 
   QList<DoubtfulMessage> Doubtful();
   std::optional<DoubtfulMessage> FindDoubtful(const QString& serialId);
-  /// The user's word on a doubtful message: it waits again, or it counts as sent. False when it is
-  /// none (any more) or on failure.
-  bool SendAgain(const QString& serialId);
-  bool KeepAsSent(const QString& serialId);
+  /// The user's word on a doubtful message: it waits again, or it counts as sent. Fails, as
+  /// `NotFound`, when it is none (any more).
+  Result<> SendAgain(const QString& serialId);
+  Result<> KeepAsSent(const QString& serialId);
 
  private:
   OpenedDatabase Open();
-  bool EndAttempt(const QString& serialId, const QString& condition,
-                  const QStringList& statementsAfter);
+  Result<> EndAttempt(const QString& serialId, const QString& condition,
+                      const QStringList& statementsAfter);
   QList<DoubtfulMessage> ReadDoubtful(const QString& condition);
 
   Context& context_;

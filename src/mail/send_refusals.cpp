@@ -1,14 +1,16 @@
 #include "mail/send_refusals.h"
 
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
 
-bool SendRefusals::Note(const QString& serialId, const QString& route) {
+Result<> SendRefusals::Note(const QString& serialId, const QString& route) {
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
-  return opened && context_.Data.Execute(
-                       QStringLiteral("REPLACE INTO send_refusal (SERIALID, ROUTE) VALUES(%1,%2)")
-                           .arg(QuoteSql(serialId), QuoteSql(route)));
+  if (!opened) return opened.Error();
+  const QString note = QStringLiteral("REPLACE INTO send_refusal (SERIALID, ROUTE) VALUES(%1,%2)")
+                           .arg(QuoteSql(serialId), QuoteSql(route));
+  return ResultOf(context_.Data, context_.Data.Execute(note));
 }
 
 QHash<QString, QString> SendRefusals::Routes() {

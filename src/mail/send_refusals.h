@@ -5,6 +5,7 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -17,8 +18,7 @@ class SendRefusals {
   SendRefusals(Context& context, QString file) : context_(context), file_(std::move(file)) {}
 
   /// Notes one; `route` tells how it was sent, so that a mended account counts as another try.
-  /// False when it cannot be noted.
-  bool Note(const QString& serialId, const QString& route);
+  Result<> Note(const QString& serialId, const QString& route);
   /// The routes by which messages were refused, by serial identifier.
   QHash<QString, QString> Routes();
 

@@ -11,24 +11,27 @@
 #include "mail/message_rows.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/session_result.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
 namespace {
 
-// The source in the open file; nothing when there is none, and an invalid value when it cannot be
-// read.
-std::optional<QVariant> StoredSource(Context& context, const QString& messageId, bool* failed) {
+// A message of a name: whether there is one, and its source, which may not be readable.
+struct NamedMessage {
+  bool isThere = false;
+  Result<QByteArray> source;
+};
+
+// In the open file.
+Result<NamedMessage> FindNamed(Context& context, const QString& messageId) {
   const RecordsetPtr row = MessageRows(context.Data).Named(messageId);
-  *failed = row == nullptr;
-  if (*failed) return std::nullopt;
-  if (row->Eof()) {
-    *failed = row->Failed();
-    return std::nullopt;
-  }
+  if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(context.Data);
+  if (row->Eof()) return NamedMessage{false, StorageError{StorageError::Kind::NotFound, {}}};
   const QVariant source = row->Fields(u"MAIL");
-  return row->Failed() ? QVariant() : source;
+  if (row->Failed() || !source.isValid()) return NamedMessage{true, row->Error()};
+  return NamedMessage{true, source.toByteArray()};
 }
 
 // The lines of a body but for those that name and make the boundaries of its parts.
@@ -56,14 +59,11 @@ bool HasFewOtherFields(const QByteArray& stored, const QByteArray& source) {
 }
 
 // The source of the message of that name in that file, if it reads back as it was stored.
-std::optional<QByteArray> ReadStored(Context& context, const QString& file,
-                                     const QString& messageId) {
+Result<QByteArray> ReadStored(Context& context, const QString& file, const QString& messageId) {
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
-  if (!opened) return std::nullopt;
-  bool failed = false;
-  const std::optional<QVariant> source = StoredSource(context, messageId, &failed);
-  if (!source || !source->isValid()) return std::nullopt;
-  return source->toByteArray();
+  if (!opened) return opened.Error();
+  const Result<NamedMessage> found = FindNamed(context, messageId);
+  return found ? found->source : found.Error();
 }
 
 // A field that is there twice counts twice.
@@ -117,8 +117,9 @@ bool IsSameMessage(const QByteArray& stored, const QByteArray& source) {
 
 }  // namespace
 
-bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId) {
-  return ReadStored(context, file, messageId).has_value();
+Result<> StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId) {
+  const Result<QByteArray> stored = ReadStored(context, file, messageId);
+  return stored ? Result<>() : stored.Error();
 }
 
 bool StoredCopySaysTheSame(Context& context, const QString& file, const QString& messageId,
@@ -143,17 +144,17 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 }
 
 // A copy that cannot be read may be of any message.
-StoredCopies::Holds StoredCopies::Compare(const QString& file, const QString& messageId,
-                                          const QByteArray& source, Likeness likeness) {
+Result<StoredCopies::Holds> StoredCopies::Compare(const QString& file, const QString& messageId,
+                                                  const QByteArray& source, Likeness likeness) {
   // A page that cannot be read takes along the transaction that it is read in.
-  if (isDamaged_ && !context_.Data.FlushForReading()) return Holds::Failed;
+  if (isDamaged_ && !context_.Data.FlushForReading()) return ReasonOf(context_.Data);
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-  if (!opened) return Holds::Failed;
-  bool failed = false;
-  const std::optional<QVariant> stored = StoredSource(context_, messageId, &failed);
-  if (!stored) return failed ? Holds::Failed : Holds::Nothing;
-  if (!stored->isValid()) return Holds::Other;
-  const QByteArray bytes = stored->toByteArray();
+  if (!opened) return opened.Error();
+  const Result<NamedMessage> stored = FindNamed(context_, messageId);
+  if (!stored) return stored.Error();
+  if (!stored->isThere) return Holds::Nothing;
+  if (!stored->source) return Holds::Other;
+  const QByteArray& bytes = *stored->source;
   const bool mayDiffer = likeness == Likeness::Any || (IsUnique(bytes) && IsUnique(source));
   const bool isSame = likeness == Likeness::ButForNotes ? IsSameButForNotes(bytes, source)
                                                         : IsSameMessage(bytes, source);
@@ -183,35 +184,33 @@ void StoredCopies::ForgetRead() {
 }
 
 // All at once: to look for each one would read the file as often.
-bool StoredCopies::Load() {
-  if (isLoaded_) return true;
+Result<> StoredCopies::Load() {
+  if (isLoaded_) return {};
   for (qint32 file = 0; file < files_.size(); ++file) {
-    bool read = false;
-    {
-      const OpenedDatabase opened(context_, DatabaseKind::MailByPath, files_[file]);
-      if (!opened) return false;
-      qint64& last = read_[files_[file]];
-      read = context_.Data.ReadReceived(
-          last, [&](qint64 row, const QByteArray& digest, const QString& subject) {
-            if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
-            bySubject_.push_back({SubjectKey(subject), file, row});
-            last = qMax(last, row);
-          });
-    }
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, files_[file]);
+    if (!opened) return opened.Error();
+    qint64& last = read_[files_[file]];
+    const auto take = [&](qint64 row, const QByteArray& digest, const QString& subject) {
+      if (const quint64 key = KeyOf(digest)) byDigest_.push_back({key, file, row});
+      bySubject_.push_back({SubjectKey(subject), file, row});
+      last = qMax(last, row);
+    };
+    const Result<> read = ResultOf(context_.Data, context_.Data.ReadReceived(last, take));
     // What lies behind damage is not found, and is stored once more rather than never.
-    if (!read && context_.Data.LastError().kind != StorageError::Kind::Damaged) return false;
+    if (!read && read.Error().kind != StorageError::Kind::Damaged) return read;
   }
   for (Places* places : {&byDigest_, &bySubject_}) {
     std::sort(places->begin(), places->end(),
               [](const Place& a, const Place& b) { return a.key < b.key; });
   }
-  return isLoaded_ = true;
+  isLoaded_ = true;
+  return {};
 }
 
 // The first one that may be this message. It is asked for by the name that it has by now.
-StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
-                                                const QByteArray& source, QString* name,
-                                                QString* file) {
+Result<StoredCopies::Found> StoredCopies::FindElsewhere(Places& places, quint64 key,
+                                                        const QByteArray& source, QString* name,
+                                                        QString* file) {
   auto place =
       std::lower_bound(places.begin(), places.end(), key,
                        [](const Place& entry, quint64 wanted) { return entry.key < wanted; });
@@ -220,14 +219,14 @@ StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
     if (place->isTaken) continue;
     *file = files_[place->file];
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, *file);
-    if (!opened) return Found::Failed;
+    if (!opened) return opened.Error();
     const std::optional<QString> known = context_.Data.MessageIdOf(place->row);
-    if (!known) return Found::Failed;
+    if (!known) return ReasonOf(context_.Data);
     *name = *known;
     place->isTaken = name->startsWith(scope_) && vouches_(*name);
     if (place->isTaken) continue;
     ++compared;
-    const Found found = Claim(*file, *name, source);
+    const Result<Found> found = Claim(*file, *name, source);
     place->isTaken = found == Found::Moved;
     if (found != Found::None) return found;
   }
@@ -235,104 +234,109 @@ StoredCopies::Found StoredCopies::FindElsewhere(Places& places, quint64 key,
 }
 
 // Whether the message of that name is the same one and may be had under another.
-StoredCopies::Found StoredCopies::Claim(const QString& file, const QString& name,
-                                        const QByteArray& source) {
+Result<StoredCopies::Found> StoredCopies::Claim(const QString& file, const QString& name,
+                                                const QByteArray& source) {
   const bool isOfMailbox = name.startsWith(scope_);
   const bool isOfOther = !isOfMailbox && name.contains(u'@') && IsUnique(source);
   if (!isOfMailbox && !isOfOther && !IsFromArchive(name)) return Found::None;
-  switch (Compare(file, name, source, isOfOther ? Likeness::ButForNotes : Likeness::Traced)) {
-    case Holds::Failed:
-      return Found::Failed;
-    case Holds::Same:
-      return isOfOther ? Found::Elsewhere : Found::Moved;
-    default:
-      return Found::None;
-  }
+  const Result<Holds> holds =
+      Compare(file, name, source, isOfOther ? Likeness::ButForNotes : Likeness::Traced);
+  if (!holds) return holds.Error();
+  if (*holds != Holds::Same) return Found::None;
+  return isOfOther ? Found::Elsewhere : Found::Moved;
 }
 
-bool StoredCopies::Rename(const QString& file, const QString& from, const QString& value) {
+Result<> StoredCopies::Rename(const QString& file, const QString& from, const QString& value) {
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   const bool renamed = context_.Data.Execute(QStringLiteral("UPDATE mail SET FIELD_ID = ") + value +
                                              QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(from));
-  return renamed;
+  return ResultOf(context_.Data, renamed);
 }
 
-bool StoredCopies::FreeName(const QString& messageId) {
-  return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
-    return Rename(file, messageId, QStringLiteral("FIELD_ID & '#' & SERIALID"));
-  });
+Result<> StoredCopies::FreeName(const QString& messageId) {
+  Result<> freed;
+  for (const QString& file : files_) {
+    if (freed) freed = Rename(file, messageId, QStringLiteral("FIELD_ID & '#' & SERIALID"));
+  }
+  return freed;
 }
 
-bool StoredCopies::LoadErased() {
-  if (erased_) return true;
+Result<> StoredCopies::LoadErased() {
+  if (erased_) return {};
   QMultiHash<QByteArray, QString> erased;
   for (const QString& file : files_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) return false;
-    bool read = context_.Data.OpenRecordset(
-        QStringLiteral("SELECT FIELD_ID, HEX(DIGEST) FROM erased"), CursorKind::ForwardOnly);
-    if (read) {
-      const RecordsetPtr rows = context_.Data.Recordset();
-      for (; !rows->Eof(); rows->MoveNext()) {
-        erased.insert(QByteArray::fromHex(rows->Fields(u"HEX(DIGEST)").toByteArray()),
-                      rows->Fields(u"FIELD_ID").toString());
-      }
-      read = !rows->Failed();
+    if (!opened) return opened.Error();
+    if (!context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID, HEX(DIGEST) FROM erased"),
+                                     CursorKind::ForwardOnly)) {
+      return ReasonOf(context_.Data);
     }
-    if (!read) return false;
+    const RecordsetPtr rows = context_.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      erased.insert(QByteArray::fromHex(rows->Fields(u"HEX(DIGEST)").toByteArray()),
+                    rows->Fields(u"FIELD_ID").toString());
+    }
+    if (rows->Failed()) return rows->Error();
   }
   erased.remove({});
   erased_ = erased;
-  return true;
+  return {};
 }
 
 // What was erased under another name is noted under this one as well, so that it is known by it.
-bool StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest) {
+Result<> StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest) {
   const QString note = QStringLiteral(
                            "INSERT OR REPLACE INTO erased (FIELD_ID, DIGEST) SELECT %1, DIGEST "
                            "FROM erased WHERE HEX(DIGEST) = '%2' LIMIT 1")
                            .arg(QuoteSql(messageId), QString::fromLatin1(digest.toHex().toUpper()));
-  return std::all_of(files_.begin(), files_.end(), [&](const QString& file) {
+  for (const QString& file : files_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) return false;
-    const bool noted = context_.Data.Execute(note);
-    return noted;
-  });
+    if (!opened) return opened.Error();
+    if (!context_.Data.Execute(note)) return ReasonOf(context_.Data);
+  }
+  return {};
 }
 
-StoredCopies::Found StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                       bool isNamed, Trust trust, QString* storedAs) {
+Result<StoredCopies::Found> StoredCopies::Find(const QString& messageId, const QByteArray& source,
+                                               bool isNamed, Trust trust, QString* storedAs) {
   *storedAs = messageId;
   bool isOther = false;
   for (const QString& file : isNamed ? files_ : QStringList()) {
-    const Holds holds = Compare(file, messageId, source, Likeness::Any);
-    if (holds == Holds::Failed) return Found::Failed;
-    if (holds == Holds::Same) return Found::Stored;
-    isOther = isOther || holds == Holds::Other;
+    const Result<Holds> holds = Compare(file, messageId, source, Likeness::Any);
+    if (!holds) return holds.Error();
+    if (*holds == Holds::Same) return Found::Stored;
+    isOther = isOther || *holds == Holds::Other;
   }
   const QByteArray digest = SourceDigest(source);
-  if (!Load() || !LoadErased()) return Found::Failed;
+  if (const Result<> loaded = Load(); !loaded) return loaded.Error();
+  if (const Result<> loaded = LoadErased(); !loaded) return loaded.Error();
   QString name;
   QString file;
-  Found found = FindElsewhere(byDigest_, KeyOf(digest), source, &name, &file);
+  Result<Found> found = FindElsewhere(byDigest_, KeyOf(digest), source, &name, &file);
   if (found == Found::None && !bySubject_.empty()) {
     found = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source, &name, &file);
   }
-  if (found != Found::None) *storedAs = name;
-  if (found == Found::Failed || found == Found::Elsewhere) return found;
-  if (found == Found::Moved && trust == Trust::Doubtful) return Found::Elsewhere;
-  if (found == Found::Moved && trust == Trust::Nameless) return Found::Stored;
-  if (isOther && !FreeName(messageId)) return Found::Failed;
-  if (found == Found::Moved) {
+  if (!found) return found;
+  if (*found != Found::None) *storedAs = name;
+  if (*found == Found::Elsewhere) return found;
+  if (*found == Found::Moved && trust == Trust::Doubtful) return Found::Elsewhere;
+  if (*found == Found::Moved && trust == Trust::Nameless) return Found::Stored;
+  if (isOther) {
+    if (const Result<> freed = FreeName(messageId); !freed) return freed.Error();
+  }
+  if (*found == Found::Moved) {
     *storedAs = WithoutFreeMark(name);
-    return Rename(file, name, QuoteSql(messageId)) ? Found::Moved : Found::Failed;
+    const Result<> renamed = Rename(file, name, QuoteSql(messageId));
+    return renamed ? found : renamed.Error();
   }
   const bool wasHere = erased_->contains(digest, messageId);
   if (wasHere || (IsUnique(source) && erased_->contains(digest))) {
     *storedAs = QString::fromLatin1(digest.toHex());
-    const bool isNoted = wasHere || trust == Trust::Doubtful || NoteErased(messageId, digest);
-    return isNoted ? Found::Erased : Found::Failed;
+    if (!wasHere && trust != Trust::Doubtful) {
+      if (const Result<> noted = NoteErased(messageId, digest); !noted) return noted.Error();
+    }
+    return Found::Erased;
   }
   return isOther ? Found::Renewed : Found::None;
 }

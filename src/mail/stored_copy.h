@@ -10,13 +10,14 @@
 #include <vector>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 /// Whether the message with that identifier (`FIELD_ID`) in the mail file at `file` reads back as
-/// it was stored. Only then may another copy of it, such as the server's, be given up. False as
-/// well when there is none, or the file cannot be read.
-bool StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
+/// it was stored. Only then may another copy of it, such as the server's, be given up. Fails as
+/// well when there is none (`NotFound`), or the file cannot be read.
+Result<> StoredCopyIsWhole(Context& context, const QString& file, const QString& messageId);
 
 /// Whether the message with that identifier in the mail file at `file` reads back as it was stored,
 /// has that header and is `whole`. False as well when the header has no Message-ID or no trace
@@ -50,7 +51,6 @@ class StoredCopies {
     Moved,      ///< stored, under another name until now
     Elsewhere,  ///< stored under the name of another mailbox, which it keeps
     Erased,     ///< was stored, and erased for good
-    Failed,     ///< a file cannot be read or written; the reason is in the session's `LastError`
   };
   /// What a name and what was got under it say of each other.
   enum class Trust {
@@ -64,12 +64,13 @@ class StoredCopies {
   /// field; under the name of another mailbox only one with no other fields. With `Trust::Named`,
   /// one of this mailbox or from an archive that is found under a name that nobody vouches for gets
   /// this one, and another message of this name gives it up. `storedAs` gets the name under which
-  /// it was found, of an erased one the digest.
-  Found Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust,
-             QString* storedAs);
+  /// it was found, of an erased one the digest. Fails when a file
+  /// cannot be read or written.
+  Result<Found> Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust,
+                     QString* storedAs);
 
  private:
-  enum class Holds { Nothing, Same, Other, Failed };
+  enum class Holds { Nothing, Same, Other };
   struct Place {
     quint64 key = 0;  // of the digest or the subject
     qint32 file = 0;
@@ -81,17 +82,17 @@ class StoredCopies {
   // Beside the same bytes: the same body, and fields of which one may have more; the same where
   // both are unique; no other fields but servers' notes, where both are.
   enum class Likeness { Any, Traced, ButForNotes };
-  Holds Compare(const QString& file, const QString& messageId, const QByteArray& source,
-                Likeness likeness);
-  bool Load();
+  Result<Holds> Compare(const QString& file, const QString& messageId, const QByteArray& source,
+                        Likeness likeness);
+  Result<> Load();
   void ForgetRead();
-  Found FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
-                      QString* file);
-  Found Claim(const QString& file, const QString& name, const QByteArray& source);
-  bool FreeName(const QString& messageId);
-  bool Rename(const QString& file, const QString& from, const QString& value);
-  bool LoadErased();
-  bool NoteErased(const QString& messageId, const QByteArray& digest);
+  Result<Found> FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
+                              QString* file);
+  Result<Found> Claim(const QString& file, const QString& name, const QByteArray& source);
+  Result<> FreeName(const QString& messageId);
+  Result<> Rename(const QString& file, const QString& from, const QString& value);
+  Result<> LoadErased();
+  Result<> NoteErased(const QString& messageId, const QByteArray& digest);
 
   Context& context_;
   QStringList files_;

@@ -159,9 +159,10 @@ QString ValidateAccount(const Context& context, const AccountValues& values) {
   return {};
 }
 
-DiskPtr CreateAccount(Context& context, const AccountValues& values) {
+Result<DiskPtr> CreateAccount(Context& context, const AccountValues& values) {
   const DiskPtr account = ToObject(context.Data.NewSerialID(object_type::kAccount + u'_'), values);
-  if (!SaveObject(context, DatabaseKind::Profile, *account)) return nullptr;
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *account);
+  if (!saved) return saved.Error();
   context.Objects.Add(account);
   return account;
 }

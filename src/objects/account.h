@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -89,7 +90,7 @@ QString PortWords();
 /// What is wrong with the values, as a sentence for the user; empty when nothing is.
 QString ValidateAccount(const Context& context, const AccountValues& values);
 
-/// Stores a new enabled account. Null when it cannot be saved.
-DiskPtr CreateAccount(Context& context, const AccountValues& values);
+/// Stores a new enabled account.
+Result<DiskPtr> CreateAccount(Context& context, const AccountValues& values);
 
 }  // namespace vorn

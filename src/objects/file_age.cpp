@@ -6,6 +6,7 @@
 #include "objects/save_object.h"
 #include "storage/databases.h"
 #include "storage/file_notes.h"
+#include "storage/session_result.h"
 
 namespace vorn {
 namespace {
@@ -39,33 +40,31 @@ bool IsOlder(DataSession& data, const FileNote& note) {
   return messages && *messages < note.messages;
 }
 
-// At least `least`; the older copy is told from the file that may come back in its place. The new
-// count, 0 when it could not be stored.
-qint64 WriteCount(Context& context, const QString& file, qint64 least, bool isOlder) {
+// At least `least`; the older copy is told from the file that may come back in its place. Gives
+// the new count.
+Result<qint64> WriteCount(Context& context, const QString& file, qint64 least, bool isOlder) {
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
-  if (!opened) return 0;
+  if (!opened) return opened.Error();
   DataSession& data = context.Data;
-  qint64 count = 0;
-  if (data.Begin()) {
-    const std::optional<qint64> before = ReadCount(data, kWorks);
-    const qint64 next = std::max(before.value_or(0) + 1, least);
-    const bool written =
-        before &&
-        data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS work_count (ID INTEGER PRIMARY "
-                                    "KEY, NUMBER INTEGER)")) &&
-        data.Execute(QStringLiteral("DELETE FROM work_count")) &&
-        data.Execute(
-            QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
-        (!isOlder || data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS ") + kOlder +
-                                  QStringLiteral(" (ID INTEGER PRIMARY KEY)"))) &&
-        data.Commit() &&
-        // On the disk before it is remembered: a machine that stops in between must not leave a
-        // file that looks older.
-        data.MakeDurable(PlatformPath(context, file));
-    if (written) count = next;
-    if (!written) data.Rollback();
-  }
-  return count;
+  if (!data.Begin()) return ReasonOf(data);
+  const std::optional<qint64> before = ReadCount(data, kWorks);
+  const qint64 next = std::max(before.value_or(0) + 1, least);
+  const Result<> written = ResultOf(
+      data, before &&
+                data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS work_count (ID INTEGER "
+                                            "PRIMARY KEY, NUMBER INTEGER)")) &&
+                data.Execute(QStringLiteral("DELETE FROM work_count")) &&
+                data.Execute(
+                    QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
+                (!isOlder || data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS ") + kOlder +
+                                          QStringLiteral(" (ID INTEGER PRIMARY KEY)"))) &&
+                data.Commit() &&
+                // On the disk before it is remembered: a machine that stops in between must not
+                // leave a file that looks older.
+                data.MakeDurable(PlatformPath(context, file)));
+  if (written) return next;
+  data.Rollback();
+  return written.Error();
 }
 
 qint64 Remembered(const Context& context, const QString& file) {
@@ -77,13 +76,13 @@ qint64 Remembered(const Context& context, const QString& file) {
 
 }  // namespace
 
-bool CountWork(Context& context) {
+Result<> CountWork(Context& context) {
   const QString file = MailDatabasePath(context);
-  const qint64 count = WriteCount(context, file, Remembered(context, file), false);
-  if (count == 0) return false;
+  const Result<qint64> count = WriteCount(context, file, Remembered(context, file), false);
+  if (!count) return count.Error();
   QList<FileNote> notes = FileNotes(*context.Session);
   for (FileNote& note : notes) {
-    if (PlatformPath(context, note.path) == file) note.works = count;
+    if (PlatformPath(context, note.path) == file) note.works = *count;
   }
   LetFileNotes(*context.Session, notes);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
@@ -114,13 +113,14 @@ bool WasOlder(Context& context, const QString& file) {
   return !tables || *tables > 0;
 }
 
-bool AcceptAge(Context& context, const QString& file) {
+Result<> AcceptAge(Context& context, const QString& file) {
   QList<FileNote> notes = FileNotes(*context.Session);
   for (FileNote& note : notes) {
     if (PlatformPath(context, note.path) == file) note.bytes = note.changes = 0;  // counted anew
   }
   LetFileNotes(*context.Session, notes);
-  return WriteCount(context, file, Remembered(context, file), true) > 0;
+  const Result<qint64> count = WriteCount(context, file, Remembered(context, file), true);
+  return count ? Result<>() : count.Error();
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -14,9 +15,8 @@ namespace vorn {
 // what was received since is not in it, and what was sent since seems to wait.
 
 /// Counts one more in the profile's mail file. To be called before anything is received or sent,
-/// and again before the server's copies of what was received are given up; false when it cannot be
-/// stored.
-bool CountWork(Context& context);
+/// and again before the server's copies of what was received are given up.
+Result<> CountWork(Context& context);
 
 /// How often the mail file at a path was written to; 0 where that cannot be told.
 qint64 ChangesOf(Context& context, const QString& file);
@@ -29,6 +29,6 @@ QStringList OlderFiles(Context& context);
 bool WasOlder(Context& context, const QString& file);
 
 /// Takes a file for what it is: it is no longer older than remembered.
-bool AcceptAge(Context& context, const QString& file);
+Result<> AcceptAge(Context& context, const QString& file);
 
 }  // namespace vorn

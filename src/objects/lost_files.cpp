@@ -6,7 +6,6 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <algorithm>
-#include <optional>
 
 #include "objects/file_age.h"
 #include "objects/profile.h"
@@ -18,6 +17,7 @@
 #include "storage/password_change.h"
 #include "storage/private_files.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/sole_use.h"
 #include "storage/ui.h"
 
@@ -29,10 +29,6 @@ const QString kDatabases = QStringLiteral("*.mbx");
 
 QString Name(const QString& path) {
   return QFileInfo(path).fileName();
-}
-
-bool Fail(Context& context, StorageError::Kind kind, const QString& sentence) {
-  return context.Data.FailWith({kind, sentence});
 }
 
 // The stored paths of a profile's files, its own database first.
@@ -98,8 +94,8 @@ bool IsAnother(const QString& path, const QString& mark) {
 bool IsUnderOtherKey(Context& context, const FileNote& note, const QString& password) {
   const QString path = PlatformPath(context, note.path);
   return !note.mark.isEmpty() && FileMark(path) == note.mark && note.salt != FileSaltText(path) &&
-         !context.Data.TestPassword(path, password) &&
-         context.Data.LastError().kind == StorageError::Kind::WrongPassword;
+         ResultOf(context.Data, context.Data.TestPassword(path, password)).Error().kind ==
+             StorageError::Kind::WrongPassword;
 }
 
 const QString kLog = QStringLiteral("-wal");
@@ -109,20 +105,20 @@ void RemoveDatabase(const QString& path) {
 }
 
 // A database with its log. What another program writes to meanwhile would not be whole.
-bool CopyDatabase(Context& context, const QString& from, const QString& to) {
+Result<> CopyDatabase(Context& context, const QString& from, const QString& to) {
   context.Data.CloseFile(from);
   const SoleUse alone(from);
   if (!alone.IsTaken()) {
-    return Fail(context, StorageError::Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(from)));
+    return StorageError{StorageError::Kind::Busy, Ui::tr("「%1」は使用中です。").arg(Name(from))};
   }
   RemoveDatabase(to);
   const auto copy = [&](const QString& part) {
     return QFile::copy(from + part, to + part) && MakePrivate(to + part) && SyncFile(to + part);
   };
-  if (copy({}) && (!QFile::exists(from + kLog) || copy(kLog))) return true;
+  if (copy({}) && (!QFile::exists(from + kLog) || copy(kLog))) return {};
   RemoveDatabase(to);
-  return Fail(context, StorageError::Kind::DiskFull,
-              Ui::tr("ファイルを複製できません。ディスクの空き容量を確認してください。"));
+  return StorageError{StorageError::Kind::DiskFull,
+                      Ui::tr("ファイルを複製できません。ディスクの空き容量を確認してください。")};
 }
 
 // What stands in the place of a lost file is kept under another name, with its log.
@@ -150,23 +146,23 @@ QStringList FilesWithMark(const QDir& folder, const QString& mark) {
   return found;
 }
 
-// The first of the passwords that opens a file of that kind; else the reason why the first one of
-// them does not is in the session's `LastError`.
-std::optional<QString> OpeningPassword(Context& context, const QString& file,
-                                       const QStringList& passwords, bool isMail) {
+// The first of the passwords that opens a file of that kind; else why the first one of them does
+// not.
+Result<QString> OpeningPassword(Context& context, const QString& file, const QStringList& passwords,
+                                bool isMail) {
   const QString select = isMail ? QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ''")
                                 : QStringLiteral("SELECT SERIALID FROM object WHERE SERIALID = ''");
   StorageError reason;
   for (const QString& password : passwords) {
-    const bool opens = context.Data.Open(file, password) &&
-                       context.Data.OpenRecordset(select, CursorKind::ForwardOnly);
-    if (!opens && !reason) reason = context.Data.LastError();
+    const Result<> opens =
+        ResultOf(context.Data, context.Data.Open(file, password) &&
+                                   context.Data.OpenRecordset(select, CursorKind::ForwardOnly));
+    if (!opens && !reason) reason = opens.Error();
     context.Data.CloseFile(file);  // which takes everything out of its log
     if (opens) return password;
     if (reason.kind != StorageError::Kind::WrongPassword) break;
   }
-  context.Data.FailWith(reason);
-  return std::nullopt;
+  return reason;
 }
 
 // The password was right: it has opened the file. What the engine says of a copy that was only half
@@ -195,7 +191,7 @@ QStringList CodesBeside(const Context& context, const QString& file) {
 
 }  // namespace
 
-bool NoteFiles(Context& context) {
+Result<> NoteFiles(Context& context) {
   Disk& profile = *context.Session;
   const QList<FileNote> old = FileNotes(profile);
   QList<FileNote> notes;
@@ -205,12 +201,14 @@ bool NoteFiles(Context& context) {
     const FileNote note = NoteOf(context, stored, known == old.end() ? FileNote() : *known);
     if (!note.path.isEmpty()) notes.append(note);
   }
-  bool saved = true;
+  Result<> saved;
   if (notes != old) {
     LetFileNotes(profile, notes);
     saved = SaveObject(context, DatabaseKind::Navigator, profile);
   }
-  return (CopyIsCurrent(context) || SaveObject(context, DatabaseKind::Profile, profile)) && saved;
+  if (CopyIsCurrent(context)) return saved;
+  const Result<> copied = SaveObject(context, DatabaseKind::Profile, profile);
+  return saved ? copied : saved;
 }
 
 QList<LostFile> LostFiles(const Context& context, const Disk& profile) {
@@ -289,24 +287,27 @@ QString LostFilesText(const QList<LostFile>& lost) {
   return lines.join(u'\n');
 }
 
-std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                                     const QString& password, const QStringList& former) {
+Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                              const QString& password, const QStringList& former) {
   using Kind = StorageError::Kind;
   const bool isMail = Name(lost.path) != u"profile.mbx";
   const QString mark = FileMark(file);
   if (mark.isEmpty() || (!lost.note.mark.isEmpty() && mark != lost.note.mark)) {
-    Fail(context, Kind::Foreign,
-         Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file)));
-    return std::nullopt;
+    return StorageError{Kind::Foreign,
+                        Ui::tr("「%1」は、なくなったファイルではありません。").arg(Name(file))};
   }
   const QString ready =
       lost.path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
-  if (!CopyDatabase(context, file, ready)) return std::nullopt;
-  const std::optional<QString> opening = OpeningPassword(
+  const Result<> copied = CopyDatabase(context, file, ready);
+  if (!copied) return copied.Error();
+  Result<QString> opening = OpeningPassword(
       context, ready, QStringList{password} + former + CodesBeside(context, file), isMail);
-  StorageError reason = context.Data.LastError();
-  reason.text.replace(Name(ready), Name(file));
-  bool isReady = opening.has_value();
+  bool isReady = static_cast<bool>(opening);
+  StorageError reason{Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
+  if (!isReady) {
+    reason = opening.Error();
+    reason.text.replace(Name(ready), Name(file));
+  }
   if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
     isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
@@ -318,30 +319,25 @@ std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, con
       isReady && MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done;
   if (isPlaced) return opening;
   RemoveDatabase(ready);
-  if (isReady) {
-    reason = {Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
-  }
-  context.Data.FailWith(reason);
-  return std::nullopt;
+  return reason;
 }
 
-bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
-                     const QString& password) {
+Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
+                         const QString& password) {
   context.Data.CloseFile(lost.path);
   if (!MakeRoom(lost.path)) {
-    return Fail(context, StorageError::Kind::Other,
-                Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path)));
+    return StorageError{StorageError::Kind::Other,
+                        Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
   }
   const bool isOwn = lost.note.path == ProfileBag(profile).File();
-  if (!MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail, lost.path,
-                    password)) {
-    return false;
-  }
+  const Result<> made = MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail,
+                                     lost.path, password);
+  if (!made) return made;
   QList<FileNote> notes = FileNotes(profile);
   notes.removeIf([&](const FileNote& note) { return note.path == lost.note.path; });
   notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0});
   LetFileNotes(profile, notes);
-  return true;
+  return {};
 }
 
 bool IsRebuilt(const Disk& profile) {

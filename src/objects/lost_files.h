@@ -3,9 +3,9 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "storage/file_notes.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -19,9 +19,9 @@ struct LostFile {
 
 /// Brings the logged-in profile's notes of its files up to date and keeps its object, without the
 /// password, in its own database too, from where it returns when the list of profiles is lost.
-/// Messages are counted only where their database is in use and has changed. False when something
-/// could not be stored; it is tried again next time.
-bool NoteFiles(Context& context);
+/// Messages are counted only where their database is in use and has changed. What cannot be
+/// stored is tried again next time.
+Result<> NoteFiles(Context& context);
 
 /// What of a profile is lost. A profile that never had a file does not miss it.
 QList<LostFile> LostFiles(const Context& context, const Disk& profile);
@@ -40,15 +40,13 @@ QString LostFilesText(const QList<LostFile>& lost);
 /// Puts a copy of a file that carries the mark of the lost one into its place, with what its log
 /// holds; the file and its log stay as they are. One that was away when the password changed opens
 /// with one of the `former` ones, or the recovery code beside it; its copy is under the password
-/// then. Gives the password that the file opened with; without one the reason is in the session's
-/// `LastError`.
-std::optional<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
-                                     const QString& password, const QStringList& former = {});
+/// then. Gives the password that the file opened with.
+Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
+                              const QString& password, const QStringList& former = {});
 
-/// Makes an empty file in the place of a lost one, on the user's word. On false the reason is in
-/// the session's `LastError`.
-bool ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
-                     const QString& password);
+/// Makes an empty file in the place of a lost one, on the user's word.
+Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
+                         const QString& password);
 
 /// Whether that is a profile of the list that was made anew, by what could be seen.
 bool IsRebuilt(const Disk& profile);

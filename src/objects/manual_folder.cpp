@@ -8,17 +8,15 @@
 
 namespace vorn {
 
-QString MakeManualFolder(Context& context, const QString& name, QString* error) {
+Result<QString> MakeManualFolder(Context& context, const QString& name) {
   const auto folder = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*folder, object_type::kFolder, name);
   FolderObject::SetFilledByHand(*folder, true);
   FolderObject::SetConditions(*folder, false, {}, {});
-  *error = ValidateObject(context.Objects, *folder);
-  if (!error->isEmpty()) return {};
-  if (!SaveObject(context, DatabaseKind::Profile, *folder)) {
-    *error = Ui::tr("保存できませんでした。") + context.Data.LastError().text;
-    return {};
-  }
+  const QString fault = ValidateObject(context.Objects, *folder);
+  if (!fault.isEmpty()) return StorageError{StorageError::Kind::Other, fault};
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *folder);
+  if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   context.Objects.Add(folder);
   return folder->SerialID();
 }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 /// Makes and stores a folder without conditions, which is filled by hand, and gives its serial
-/// identifier. Empty, with the reason in `error`, when the name is missing or taken or nothing
-/// could be stored.
-QString MakeManualFolder(Context& context, const QString& name, QString* error);
+/// identifier. Fails when the name is missing or taken or nothing could be stored.
+Result<QString> MakeManualFolder(Context& context, const QString& name);
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <tuple>
 
 #include "objects/any_object.h"
 #include "objects/lost_files.h"
@@ -17,6 +18,7 @@
 #include "storage/profile_bag.h"
 #include "storage/raw_pages.h"
 #include "storage/recovery_code.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -102,8 +104,8 @@ PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const
                                     QString* to, StorageError* reason) {
   using Outcome = PasswordChange::Outcome;
   PasswordChange change = ChangeOf(context, profile);
-  if (!change.Finish()) {
-    *reason = change.Error();
+  if (const Result<> finished = change.Finish(); !finished) {
+    *reason = finished.Error();
     return Outcome::Unchanged;
   }
   if (to->isEmpty()) {
@@ -114,9 +116,11 @@ PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const
     *reason = CodeNotKept();
     return Outcome::Unchanged;
   }
-  if (*to != from && !NoteFormerCode(context, profile, from, from)) {
-    *reason = context.Data.LastError();
-    return Outcome::Unchanged;
+  if (*to != from) {
+    if (const Result<> noted = NoteFormerCode(context, profile, from, from); !noted) {
+      *reason = noted.Error();
+      return Outcome::Unchanged;
+    }
   }
   const Outcome outcome = change.Run(from, *to);
   *reason = change.Error();
@@ -158,25 +162,25 @@ void RememberCode(const Context& context) {
   if (!file.NamesSecret() && file.Code() != code) file.Keep(code);
 }
 
-bool SettlePassword(Context& context, const Disk& profile, const QString& typed,
-                    QString* password) {
+Result<QString> SettlePassword(Context& context, const Disk& profile, const QString& typed) {
   const CodeFile file = CodeFileOf(context, profile);
   const bool isNew = FilesThere(context, profile).isEmpty();
-  *password = PasswordFor(context, profile, typed);
   if (typed.isEmpty() && isNew) {
     const QString code = file.CodeOrNew();
-    *password = FileKey::FromCode(code);
-    return !code.isEmpty() || context.Data.FailWith(CodeNotKept());
+    if (code.isEmpty()) return CodeNotKept();
+    return FileKey::FromCode(code);
   }
-  const QString code = FileKey::CodeIn(*password);
+  const QString password = PasswordFor(context, profile, typed);
+  const QString code = FileKey::CodeIn(password);
   // One that was put aside is the profile's own again.
   if (typed.isEmpty() && !code.isEmpty() && file.Code() != code) file.Keep(code);
   // Whoever typed the code has it; only new files must not come to depend on memory alone.
   if (!typed.isEmpty() && !code.isEmpty()) {
-    return file.Keep(code) || !isNew || context.Data.FailWith(CodeNotKept());
+    if (!file.Keep(code) && isNew) return CodeNotKept();
+    return password;
   }
-  if (code.isEmpty() && !isNew) LayDownUnusedCode(context, profile, *password);
-  return true;
+  if (code.isEmpty() && !isNew) LayDownUnusedCode(context, profile, password);
+  return password;
 }
 
 bool HasFileUnderCode(const Context& context, const Disk& profile) {
@@ -189,11 +193,11 @@ bool IsUnderCode(const Context& context, const Disk& profile) {
   return !files.isEmpty() && std::all_of(files.begin(), files.end(), IsFileUnderCode);
 }
 
-bool NoteFormerCode(Context& context, const Disk& profile, const QString& password,
-                    const QString& former) {
+Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& password,
+                        const QString& former) {
   const QString path = ProfileFiles(context, profile).first();
   const QString code = FileKey::CodeIn(former);
-  if (code.isEmpty() || !HasContent(path)) return true;
+  if (code.isEmpty() || !HasContent(path)) return {};
   Disk known(kFormerCodes);
   bool noted = context.Data.Open(path, password) && known.DatabaseToDisk(context.Data);
   const QString codes = known.Text(kCodes);
@@ -201,9 +205,9 @@ bool NoteFormerCode(Context& context, const Disk& profile, const QString& passwo
     known.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
     noted = context.Data.Begin() && known.DiskToDatabase(context.Data) && context.Data.Commit();
   }
-  const StorageError reason = context.Data.LastError();
+  const Result<> result = ResultOf(context.Data, noted);
   context.Data.Close();
-  return noted || context.Data.FailWith(reason);
+  return result;
 }
 
 QStringList FormerPasswords(Context& context) {
@@ -232,13 +236,15 @@ DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& 
   return profile;
 }
 
-DiskPtr CreateProfile(Context& context, const QString& name) {
+Result<DiskPtr> CreateProfile(Context& context, const QString& name) {
   const QString serial = context.Data.NewSerialID(QStringLiteral("_profile"));
   const QString mail = QStringLiteral("/current/") + serial + u'\\' +
                        context.Data.NewSerialID().left(kFileNameCharacters) +
                        QStringLiteral(".mbx");
   DiskPtr profile = NewProfile(serial, name, mail);
-  return SaveObject(context, DatabaseKind::Navigator, *profile) ? profile : nullptr;
+  const Result<> saved = SaveObject(context, DatabaseKind::Navigator, *profile);
+  if (!saved) return saved.Error();
+  return profile;
 }
 
 void EnterProfile(Context& context, const DiskPtr& profile, const QString& password) {
@@ -247,7 +253,7 @@ void EnterProfile(Context& context, const DiskPtr& profile, const QString& passw
   ProfileBag::SetLoggedIn(*profile, true);
 }
 
-bool MarkDefaultProfile(Context& context) {
+Result<> MarkDefaultProfile(Context& context) {
   AnyObject::SetDefault(*context.Session, true);
   return SaveObject(context, DatabaseKind::Navigator, *context.Session);
 }
@@ -267,57 +273,46 @@ QStringList ProfileFiles(const Context& context, const Disk& profile) {
   return files;
 }
 
-bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
-                           const QString& newPassword, QString* error) {
+Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
+                               const QString& newPassword) {
   const QString unchanged = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。");
   if (!RecoveryCode::Read(newPassword).isEmpty()) {
-    *error = unchanged + Ui::tr("回復コードと同じ形のものは、パスワードにできません。");
-    return false;
+    return StorageError{StorageError::Kind::Other,
+                        unchanged + Ui::tr("回復コードと同じ形のものは、パスワードにできません。")};
   }
-  if (!HoldProfile(context, profile)) {
-    *error = unchanged + context.Data.LastError().text;
-    return false;
-  }
-  if (!context.Lock->TakeAlone()) {
-    *error = unchanged + context.Lock->Error().text;
-    return false;
-  }
+  const Result<> held = HoldProfile(context, profile);
+  if (!held) return held.Error().Behind(unchanged);
+  const Result<> alone = context.Lock->TakeAlone();
+  if (!alone) return alone.Error().Behind(unchanged);
   const QString from = PasswordFor(context, profile, oldPassword);
   QString to = newPassword;
   StorageError reason;
   const PasswordChange::Outcome outcome = ChangeAlone(context, profile, from, &to, &reason);
-  context.Lock->ShareAgain();
-  if (outcome == PasswordChange::Outcome::Unchanged) {
-    *error = unchanged + reason.text;
-    return false;
-  }
+  std::ignore = context.Lock->ShareAgain();  // what was changed is changed
+  if (outcome == PasswordChange::Outcome::Unchanged) return reason.Behind(unchanged);
   if (outcome == PasswordChange::Outcome::Decided) {
-    *error = Ui::tr(
-                 "パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
-                 "パスワードでログインしてください。") +
-             reason.text;
-    return false;
+    return reason.Behind(
+        Ui::tr("パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
+               "パスワードでログインしてください。"));
   }
   if (context.Session->SerialID() == profile.SerialID()) {
     ProfileBag::SetPassword(*context.Session, to);
-    NoteFiles(context);  // which keys are the present ones; tried again at the end
+    std::ignore = NoteFiles(context);  // which keys are the present ones; tried again at the end
   }
-  return true;
+  return {};
 }
 
-bool AdoptMailFile(Context& context, const QString& path, const QString& itsPassword,
-                   QString* error) {
+Result<> AdoptMailFile(Context& context, const QString& path, const QString& itsPassword) {
   PasswordChange change(context.Data, path + QStringLiteral(".decided"), {path});
   const QString password = ProfileBag(*context.Session).Password();
   // An earlier try may have died at its end.
   if (change.IsUnfinished() && change.Finish() && context.Data.TestPassword(path, password)) {
-    return true;
+    return {};
   }
   const QString code = RecoveryCode::Read(itsPassword);
   const QString from = code.isEmpty() ? itsPassword : FileKey::FromCode(code);
-  const bool adopted = change.Run(from, password) == PasswordChange::Outcome::Changed;
-  if (!adopted) *error = change.Error().text;
-  return adopted;
+  if (change.Run(from, password) != PasswordChange::Outcome::Changed) return change.Error();
+  return {};
 }
 
 QString RenewFileKeys(Context& context, const Disk& profile, const QString& password) {
@@ -338,24 +333,24 @@ QString RenewFileKeys(Context& context, const Disk& profile, const QString& pass
   const PasswordChange::Outcome outcome =
       ChangeAlone(context, profile, password, &renewed, &reason);
   if (outcome == PasswordChange::Outcome::Changed) note.remove();
-  context.Lock->ShareAgain();
+  std::ignore = context.Lock->ShareAgain();  // the next login waits for whoever has it alone
   return outcome == PasswordChange::Outcome::Unchanged ? password : renewed;
 }
 
-bool HoldProfile(Context& context, const Disk& profile) {
+Result<> HoldProfile(Context& context, const Disk& profile) {
   PasswordChange change = ChangeOf(context, profile);
   const QString folder = QFileInfo(ProfileFiles(context, profile).first()).path();
-  if (context.Lock != nullptr && context.Lock->Folder() == folder) return true;
+  if (context.Lock != nullptr && context.Lock->Folder() == folder) return {};
   auto lock = std::make_shared<ProfileLock>(folder);
-  if (!lock->Share()) return context.Data.FailWith(lock->Error());
-  if (change.IsUnfinished()) {
+  Result<> held = lock->Share();
+  if (held && change.IsUnfinished()) {
     lock->Release();  // two that both want to finish would wait for each other
-    if (!lock->TakeAlone()) return context.Data.FailWith(lock->Error());
-    if (!change.Finish()) return context.Data.FailWith(change.Error());
-    if (!lock->ShareAgain()) return context.Data.FailWith(lock->Error());
+    held = lock->TakeAlone();
+    if (held) held = change.Finish();
+    if (held) held = lock->ShareAgain();
   }
-  context.Lock = std::move(lock);
-  return true;
+  if (held) context.Lock = std::move(lock);
+  return held;
 }
 
 }  // namespace vorn

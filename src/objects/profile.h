@@ -5,6 +5,7 @@
 
 #include "storage/code_file.h"
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -14,15 +15,15 @@ DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& 
 
 /// Makes a profile in the navigator database: its object, with the path of its profile database and
 /// of one mail database in a folder of its own. The files themselves are made when they are first
-/// opened. Null when it cannot be saved.
-DiskPtr CreateProfile(Context& context, const QString& name);
+/// opened.
+Result<DiskPtr> CreateProfile(Context& context, const QString& name);
 
 /// Makes a profile object the session bag, under its typed password, which is never saved.
 void EnterProfile(Context& context, const DiskPtr& profile, const QString& password);
 
-/// Makes the logged-in profile the default one, in memory and in the navigator database. False when
-/// the mark could not be stored; the one in memory is right all the same.
-bool MarkDefaultProfile(Context& context);
+/// Makes the logged-in profile the default one, in memory and in the navigator database. When
+/// the mark cannot be stored, the one in memory is right all the same.
+Result<> MarkDefaultProfile(Context& context);
 
 /// The platform paths of a profile's database files: its profile database, then every mail database
 /// that it uses or has used.
@@ -42,10 +43,10 @@ QString PasswordFor(Context& context, const Disk& profile, const QString& typed)
 /// Remembers the code of the profile that is logged in, in case its file has gone meanwhile.
 void RememberCode(const Context& context);
 
-/// The same once the typed text is known to fit, before files are made with it: a profile that has
-/// no file yet gets a recovery code when nothing is typed, a typed code is remembered, and one that
-/// no file has any more is forgotten. On false the reason is in the session's `LastError`.
-bool SettlePassword(Context& context, const Disk& profile, const QString& typed, QString* password);
+/// The same as `PasswordFor` once the typed text is known to fit, before files are made with it: a
+/// profile that has no file yet gets a recovery code when nothing is typed, a typed code is
+/// remembered, and one that no file has any more is forgotten.
+Result<QString> SettlePassword(Context& context, const Disk& profile, const QString& typed);
 
 /// Whether a file of the profile is under a recovery code.
 bool HasFileUnderCode(const Context& context, const Disk& profile);
@@ -61,21 +62,20 @@ QString RenewFileKeys(Context& context, const Disk& profile, const QString& pass
 
 /// Shares the profile with whatever else is logged in to it, until another profile is held or the
 /// program ends; nobody can change its password meanwhile. Completes a password change that was
-/// interrupted. On false the reason is in the session's `LastError`. Run before a login.
-bool HoldProfile(Context& context, const Disk& profile);
+/// interrupted. Run before a login.
+Result<> HoldProfile(Context& context, const Disk& profile);
 
 /// Changes the password of all files of a profile, all or none, and of the session when the profile
 /// is the logged-in one. An empty new password means a new recovery code; one that no longer holds
-/// is forgotten. Refused while another program is logged in to the profile. On false `error` is a
-/// sentence for the user that says which password holds.
-bool ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
-                           const QString& newPassword, QString* error);
+/// is forgotten. Refused while another program is logged in to the profile. The sentence of a
+/// failure says which password holds.
+Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
+                               const QString& newPassword);
 
 /// Remembers in the profile's own database, which `password` opens, a code that files it once had
-/// and copies of them stay under. Another former password is not remembered. On false the reason is
-/// in the session's `LastError`.
-bool NoteFormerCode(Context& context, const Disk& profile, const QString& password,
-                    const QString& former);
+/// and copies of them stay under. Another former password is not remembered.
+Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& password,
+                        const QString& former);
 
 /// The passwords without which a file that was once the logged-in profile's may be shut, and which
 /// its user cannot know: none at all, and recovery codes that it had.
@@ -84,8 +84,7 @@ QStringList FormerPasswords(Context& context);
 QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password);
 
 /// Gives a mail file at `path` that opens with `itsPassword` the password of the logged-in profile,
-/// so that it can be one of its files. On false `error` says why.
-bool AdoptMailFile(Context& context, const QString& path, const QString& itsPassword,
-                   QString* error);
+/// so that it can be one of its files.
+Result<> AdoptMailFile(Context& context, const QString& path, const QString& itsPassword);
 
 }  // namespace vorn

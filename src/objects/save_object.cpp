@@ -6,6 +6,7 @@
 #include "objects/object_types.h"
 #include "storage/file_notes.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -74,26 +75,28 @@ QString ValidateObject(const DiskCollection& objects, const Disk& object) {
   return {};
 }
 
-bool SaveObject(Context& context, DatabaseKind kind, Disk& object) {
+Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
-  if (!opened || !context.Data.Begin()) return false;
+  if (!opened) return opened.Error();
+  if (!context.Data.Begin()) return ReasonOf(context.Data);
   if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
   const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
   if (!saved) context.Data.Rollback();
-  return saved;
+  return ResultOf(context.Data, saved);
 }
 
-bool SaveMarkedObjects(Context& context) {
+Result<> SaveMarkedObjects(Context& context) {
   const OpenedDatabase profile(context, DatabaseKind::Profile);
-  if (!profile || !context.Data.Begin()) return false;
+  if (!profile) return profile.Error();
+  if (!context.Data.Begin()) return ReasonOf(context.Data);
   bool saved = true;
   for (const DiskPtr& object : context.Objects) {
     // One that fails keeps its stored rows; the others are saved all the same.
     if (object->Flag(u"save") && !object->DiskToDatabase(context.Data)) saved = false;
   }
   saved = context.Data.Commit() && saved;
-  return saved;
+  return ResultOf(context.Data, saved);
 }
 
 }  // namespace vorn

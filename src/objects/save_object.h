@@ -12,10 +12,11 @@ namespace vorn {
 QString ValidateObject(const DiskCollection& objects, const Disk& object);
 
 /// Saves an object whole in one transaction, with "DayTime" set to now, and keeps the rule that
-/// only the logged-in profile is the default one. On false the stored object is as it was.
-bool SaveObject(Context& context, DatabaseKind kind, Disk& object);
+/// only the logged-in profile is the default one. When it fails, the stored object is as it
+/// was.
+Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object);
 
 /// Saves every loaded object whose "save" is true into the profile's database, in one transaction.
-bool SaveMarkedObjects(Context& context);
+Result<> SaveMarkedObjects(Context& context);
 
 }  // namespace vorn

@@ -9,6 +9,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/version_serial.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -39,13 +40,13 @@ DiskPtr NewObject(const QString& serialId, const QString& type, const QString& n
   return object;
 }
 
-bool SaveNew(Context& context, const DiskPtr& object) {
-  if (!SaveObject(context, DatabaseKind::Profile, *object)) return false;
-  context.Objects.Add(object);
-  return true;
+Result<> SaveNew(Context& context, const DiskPtr& object) {
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *object);
+  if (saved) context.Objects.Add(object);
+  return saved;
 }
 
-bool CreateFolders(Context& context) {
+Result<> CreateFolders(Context& context) {
   const StandardFolder folders[] = {
       {fixed_serial::kInbox, Ui::tr("受信", "folder"), QStringLiteral("activedown"),
        QStringLiteral("STATUS = 4"), Ui::tr("受信メッセージが保存されているフォルダです。")},
@@ -64,24 +65,25 @@ bool CreateFolders(Context& context) {
         NewObject(folder.serialId, object_type::kFolder, folder.name, folder.toolTip, folder.draw);
     AnyObject::SetSystem(*object, true);
     FolderObject::SetConditions(*object, true, folder.sql, {});
-    if (!SaveNew(context, object)) return false;
+    if (const Result<> saved = SaveNew(context, object); !saved) return saved;
   }
-  return true;
+  return {};
 }
 
 // How a new profile looks: pages in tabs, in a window that leaves a quarter of the screen, and
 // messages in a table.
-bool CreateLook(Context& context) {
-  const auto make = [&context](const QString& serialId, Values values) {
-    if (LoadObject(context, serialId) != nullptr) return true;
+Result<> CreateLook(Context& context) {
+  const auto make = [&context](const QString& serialId, Values values) -> Result<> {
+    if (LoadObject(context, serialId) != nullptr) return {};
     const auto object = std::make_shared<Disk>(serialId);
     SetAll(*object, values);
     return SaveNew(context, object);
   };
-  return make(fixed_serial::kMainPlacement,
-              {{QStringLiteral("arrange"), static_cast<int>(Arrangement::Tabs)},
-               {QStringLiteral("share"), 75}}) &&
-         make(fixed_serial::kLayout, {{QStringLiteral("_ready"), QStringLiteral("table")}});
+  const Result<> placed = make(fixed_serial::kMainPlacement,
+                               {{QStringLiteral("arrange"), static_cast<int>(Arrangement::Tabs)},
+                                {QStringLiteral("share"), 75}});
+  if (!placed) return placed;
+  return make(fixed_serial::kLayout, {{QStringLiteral("_ready"), QStringLiteral("table")}});
 }
 
 // The look of new profiles that an earlier one has not: keys of the settings.
@@ -89,17 +91,18 @@ QList<std::pair<QString, QVariant>> LookSettings() {
   return {{QStringLiteral("ReadingPane"), 1},
           {QStringLiteral("HtmlFirst"), true},
           {QStringLiteral("ReceivedTime"), true},
+          {QStringLiteral("ShownOnce"), true},
           {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
           {QStringLiteral("SignatureAbove"), true}};
 }
 
 // The first states of the settings. Where a user of today needs another behaviour than the one an
 // absent key stands for, the first state turns it on.
-bool CreateSettings(Context& context) {
+Result<> CreateSettings(Context& context) {
   DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
   const QString install = QStringLiteral("Install");
   if (settings != nullptr) {
-    if (settings->Text(install) == context.VersionText) return true;
+    if (settings->Text(install) == context.VersionText) return {};
     settings->Let(install, context.VersionText);
     return SaveObject(context, DatabaseKind::Profile, *settings);
   }
@@ -128,10 +131,11 @@ bool CreateSettings(Context& context) {
                      {QStringLiteral("ToolbarIcon"), false},
                      {install, context.VersionText}});
   for (const auto& [key, value] : LookSettings()) settings->Let(key, value);
-  return SaveNew(context, settings) && CreateLook(context);
+  const Result<> saved = SaveNew(context, settings);
+  return saved ? CreateLook(context) : saved;
 }
 
-bool CreateBookmarks(Context& context) {
+Result<> CreateBookmarks(Context& context) {
   const DiskPtr list =
       NewObject(context.Data.NewSerialID(QStringLiteral("_bookmark")), object_type::kBookmark,
                 Ui::tr("お気に入り。"), QString(), QStringLiteral("bookmark"));
@@ -143,8 +147,8 @@ bool CreateBookmarks(Context& context) {
   return SaveNew(context, list);
 }
 
-bool CreateEventLog(Context& context) {
-  if (LoadObject(context, fixed_serial::kEventLog) != nullptr) return true;
+Result<> CreateEventLog(Context& context) {
+  if (LoadObject(context, fixed_serial::kEventLog) != nullptr) return {};
   const DiskPtr log = NewObject(fixed_serial::kEventLog, object_type::kEvent,
                                 Ui::tr("イベント", "log"), QString(), QStringLiteral("event"));
   AnyObject::SetEnabled(*log, true);
@@ -154,12 +158,14 @@ bool CreateEventLog(Context& context) {
 
 }  // namespace
 
-bool CreateStandardObjects(Context& context) {
+Result<> CreateStandardObjects(Context& context) {
   const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
   const qint32 installed = settings == nullptr ? 0 : VersionSerialID(settings->Text(u"Install"));
-  return CreateFolders(context) && CreateSettings(context) &&
-         (installed != 0 || CreateBookmarks(context)) &&
-         (installed >= kEventLogVersion || CreateEventLog(context));
+  Result<> made = CreateFolders(context);
+  if (made) made = CreateSettings(context);
+  if (made && installed == 0) made = CreateBookmarks(context);
+  if (made && installed < kEventLogVersion) made = CreateEventLog(context);
+  return made;
 }
 
 bool HasFormerLook(Context& context) {
@@ -167,9 +173,9 @@ bool HasFormerLook(Context& context) {
   return settings != nullptr && !settings->Get(LookSettings().first().first).isValid();
 }
 
-bool SettleLook(Context& context, bool isNew) {
+Result<> SettleLook(Context& context, bool isNew) {
   const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
-  if (settings == nullptr) return false;
+  if (settings == nullptr) return ReasonOf(context.Data);  // why they cannot be read
   for (const auto& [key, value] : LookSettings()) {
     if (isNew && !settings->Get(key).isValid()) settings->Let(key, value);
   }

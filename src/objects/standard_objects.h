@@ -1,21 +1,21 @@
 #pragma once
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
 /// Makes what every profile has, where it is missing: the four standard folders, the settings
 /// "logo", and for a new or older profile the bookmark list and the event log. An object that
 /// exists keeps its values. Run at every login, after the profile's objects are loaded.
-/// False when something could not be saved.
-bool CreateStandardObjects(Context& context);
+Result<> CreateStandardObjects(Context& context);
 
 /// Whether the profile is of an earlier version and its user was never asked whether it is to look
 /// like a new one.
 bool HasFormerLook(Context& context);
 /// Gives it the settings of a new profile's look, where nothing else was chosen, or keeps what it
-/// has; in either case its user has been asked. False when that could not be saved.
-bool SettleLook(Context& context, bool isNew);
+/// has; in either case its user has been asked.
+Result<> SettleLook(Context& context, bool isNew);
 
 /// How the main window shows its pages ("arrange" in the bag of its place).
 enum class Arrangement { Cascaded = 0, Tiled = 2, Tabs = 3 };

@@ -58,7 +58,7 @@ qsizetype CountOwnLayouts(Context& context) {
   return layouts == nullptr ? 0 : OwnTemplates(*layouts).size();
 }
 
-bool ShareLayout(Context& context, const QString& id, OwnLayouts own) {
+Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own) {
   DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
   const bool isNew = layouts == nullptr;
   if (isNew) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
@@ -66,9 +66,9 @@ bool ShareLayout(Context& context, const QString& id, OwnLayouts own) {
   if (own == OwnLayouts::Removed) {
     for (const QString& key : OwnTemplates(*layouts)) layouts->Remove(key);
   }
-  if (!SaveObject(context, DatabaseKind::Profile, *layouts)) return false;
-  if (isNew) context.Objects.Add(layouts);
-  return true;
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *layouts);
+  if (saved && isNew) context.Objects.Add(layouts);
+  return saved;
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -26,6 +27,6 @@ QString SharedLayout(Context& context);
 qsizetype CountOwnLayouts(Context& context);
 enum class OwnLayouts { Kept, Removed };
 /// Changes what `SharedLayout` gives. False when it cannot be stored.
-bool ShareLayout(Context& context, const QString& id, OwnLayouts own);
+Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own);
 
 }  // namespace vorn

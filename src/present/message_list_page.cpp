@@ -14,6 +14,7 @@
 #include "present/page_template.h"
 #include "storage/databases.h"
 #include "storage/private_files.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -50,21 +51,22 @@ bool HasRow(DataSession& session, FolderRows& rows) {
 MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
-QByteArray MessageListPages::FolderPage(const QString& folder, qint32 page, bool& before,
-                                        bool& next, const QString& search) {
+Result<QByteArray> MessageListPages::FolderPage(const QString& folder, qint32 page, bool& before,
+                                                bool& next, const QString& search) {
   before = next = false;
   const QString html = GetFolderLayout(context_, folder, template_).html;
   return Fill(html, ReadContent(context_, folder), page, before, next, RowsOf(folder, search));
 }
 
-QString MessageListPages::CreateMessageListPage(const QString& folder, qint32 page, bool& before,
-                                                bool& next, const QString& search) {
-  const QByteArray bytes = FolderPage(folder, page, before, next, search);
-  return bytes.isEmpty() ? QString()
-                         : Write(bytes, GetFolderLayout(context_, folder, template_).path);
+Result<QString> MessageListPages::CreateMessageListPage(const QString& folder, qint32 page,
+                                                        bool& before, bool& next,
+                                                        const QString& search) {
+  const Result<QByteArray> bytes = FolderPage(folder, page, before, next, search);
+  if (!bytes) return bytes.Error();
+  return Write(*bytes, GetFolderLayout(context_, folder, template_).path);
 }
 
-QByteArray MessageListPages::Preview(const QString& folder, const QString& html) {
+Result<QByteArray> MessageListPages::Preview(const QString& folder, const QString& html) {
   PageContent content = ReadContent(context_, folder);
   content.rowsPerPage = kPreviewRows;
   bool before = false;
@@ -72,22 +74,23 @@ QByteArray MessageListPages::Preview(const QString& folder, const QString& html)
   return Fill(html, content, 1, before, next, RowsOf(folder, {}));
 }
 
-QByteArray MessageListPages::Fill(const QString& html, const PageContent& content, qint32 page,
-                                  bool& before, bool& next, FolderRows* rows) {
+Result<QByteArray> MessageListPages::Fill(const QString& html, const PageContent& content,
+                                          qint32 page, bool& before, bool& next, FolderRows* rows) {
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
-  if (rows == nullptr || !mail) return {};
+  if (!mail) return mail.Error();
+  if (rows == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   const qint64 skipped = page > 1 ? (page - 1) * qint64{qMax(0, content.rowsPerPage)} : 0;
   // One more row than the page shows, to know whether any follows.
   const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
-  QByteArray bytes;
   PageContent rest = content;
   rest.rowsAfter = [&](qint64& passed) { return RowsAfter(*rows, skipped, limit, passed); };
   qint64 lost = 0;
-  if (const RecordsetPtr shown = rest.rowsAfter(lost)) {
-    before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
-    const QByteArray pageTemplate = ToCodePage932(html);
-    bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
-  }
+  const RecordsetPtr shown = rest.rowsAfter(lost);
+  if (shown == nullptr) return ReasonOf(context_.Data);
+  before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
+  const QByteArray pageTemplate = ToCodePage932(html);
+  const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
+  if (bytes.isEmpty()) return StorageError();
   return bytes;
 }
 
@@ -97,7 +100,7 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
   const qint64 first = passed;
   for (; passed < first + kRowsTried; ++passed) {
     if (rows.Open(context_.Data, skipped + passed, limit)) return context_.Data.Recordset();
-    if (context_.Data.LastError().kind != StorageError::Kind::Damaged) break;
+    if (ReasonOf(context_.Data).kind != StorageError::Kind::Damaged) break;
   }
   passed = first;
   return nullptr;
@@ -162,17 +165,17 @@ bool MessageListPages::Explore(const QString& folder, const QString& search) {
   return rows != nullptr && mail && rows->Explore(context_.Data);
 }
 
-QString MessageListPages::Write(const QByteArray& bytes, const QString& pageFolder) {
+Result<QString> MessageListPages::Write(const QByteArray& bytes, const QString& pageFolder) {
   QString folder = pageFolder;
   if (!MakePrivateFolder(folder)) {
     folder = context_.AppFolder;
-    if (!MakePrivateFolder(folder)) return {};
+    if (!MakePrivateFolder(folder)) return StorageError();
   }
   QFile file(folder + context_.Data.NewSerialID() + QStringLiteral(".html"));
-  if (!OpenPrivate(file, QIODevice::WriteOnly)) return {};
+  if (!OpenPrivate(file, QIODevice::WriteOnly)) return StorageError();
   if (file.write(bytes) != bytes.size() || !file.flush()) {
     file.remove();  // half a page would read like a folder that lost messages
-    return {};
+    return StorageError();
   }
   return file.fileName();
 }

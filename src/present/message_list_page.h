@@ -6,6 +6,7 @@
 #include "present/folder_rows.h"
 #include "present/page_tags.h"
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -20,16 +21,15 @@ class MessageListPages {
   /// first, or with the setting "NewestFirst" the newest. `page` counts from 1. `before` and `next`
   /// tell whether messages were skipped for earlier pages and whether more follow. With `search`
   /// only messages whose subject or addresses hold that text are shown. Returns the page, bytes of
-  /// code page 932, or nothing; the session's `LastError` may say why.
-  QByteArray FolderPage(const QString& folder, qint32 page, bool& before, bool& next,
-                        const QString& search = {});
-  /// Writes that page to a new ".html" file in the layout's page folder. Returns the file's path,
-  /// or an empty string when nothing was written.
-  QString CreateMessageListPage(const QString& folder, qint32 page, bool& before, bool& next,
+  /// code page 932; a page without any is a failure.
+  Result<QByteArray> FolderPage(const QString& folder, qint32 page, bool& before, bool& next,
                                 const QString& search = {});
+  /// Writes that page to a new ".html" file in the layout's page folder. Returns the file's path.
+  Result<QString> CreateMessageListPage(const QString& folder, qint32 page, bool& before,
+                                        bool& next, const QString& search = {});
 
   /// The first page of a folder, and not long, with another template than its own.
-  QByteArray Preview(const QString& folder, const QString& html);
+  Result<QByteArray> Preview(const QString& folder, const QString& html);
 
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
@@ -49,11 +49,11 @@ class MessageListPages {
   bool Explore(const QString& folder, const QString& search = {});
 
  private:
-  QByteArray Fill(const QString& html, const PageContent& content, qint32 page, bool& before,
-                  bool& next, FolderRows* rows);
+  Result<QByteArray> Fill(const QString& html, const PageContent& content, qint32 page,
+                          bool& before, bool& next, FolderRows* rows);
   RecordsetPtr RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit, qint64& passed);
   FolderRows* RowsOf(const QString& folder, const QString& search);
-  QString Write(const QByteArray& bytes, const QString& pageFolder);
+  Result<QString> Write(const QByteArray& bytes, const QString& pageFolder);
 
   Context& context_;
   PageTagTable tags_;

@@ -31,14 +31,13 @@ void MessageNavigation::GoToUnopened() {
 
 void MessageNavigation::GoToUnopenedAfter(const QString& message) {
   const ConditionLimit brief(kSearchMs);
-  const QString next =
-      NextUnopened(context_, page_.request.Folder(), page_.request.Search(), message);
-  if (next.isEmpty()) {
-    tell_(brief.IsReached() ? context_.Data.LastError().text
-                            : Ui::tr("ほかに未開封のメッセージはありません。"));
+  const auto next = NextUnopened(context_, page_.request.Folder(), page_.request.Search(), message);
+  if (!next || next->isEmpty()) {
+    tell_(!next && brief.IsReached() ? next.Error().text
+                                     : Ui::tr("ほかに未開封のメッセージはありません。"));
     return;
   }
-  GoToRow(next);
+  GoToRow(*next);
 }
 
 void MessageNavigation::GoTo(const QString& message) {
@@ -58,10 +57,9 @@ void MessageNavigation::GoToRow(const QString& message) {
 // 0 where the folder does not show it.
 int MessageNavigation::PageOf(const QString& message) const {
   const ConditionLimit brief(kSearchMs);
-  const qint64 before =
-      RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
-  if (before < 0 && brief.IsReached()) tell_(context_.Data.LastError().text);
-  return before < 0 ? 0 : pages_.PageOf(before);
+  const auto before = RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
+  if (!before && brief.IsReached()) tell_(before.Error().text);
+  return before ? pages_.PageOf(*before) : 0;
 }
 
 // What is pressed before it is there is meant for it, and is done to no other.

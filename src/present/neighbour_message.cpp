@@ -6,6 +6,7 @@
 #include "objects/search_condition.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -22,25 +23,30 @@ struct Moment {
   }
 };
 
-std::optional<Moment> MomentOf(DataSession& data, const QString& serialId) {
+// Nothing where there is no such message.
+Result<std::optional<Moment>> MomentOf(DataSession& data, const QString& serialId) {
   const RecordsetPtr row = MessageRows(data).Of(serialId);
-  if (row == nullptr || row->Eof()) return std::nullopt;
-  return Moment{row->Fields(u"FIELD_TIMESTAMP").toString(), serialId};
+  if (row == nullptr) return ReasonOf(data);
+  if (row->Eof()) return std::optional<Moment>();
+  return std::optional(Moment{row->Fields(u"FIELD_TIMESTAMP").toString(), serialId});
 }
 
-RecordsetPtr Ask(DataSession& data, const QString& select) {
-  const bool told =
-      data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition);
-  return told ? data.Recordset() : nullptr;
+Result<RecordsetPtr> Ask(DataSession& data, const QString& select) {
+  if (!data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+    return ReasonOf(data);
+  }
+  return data.Recordset();
 }
 
-// The first of the rows that the condition leaves.
-QString FirstSerial(DataSession& data, const QString& rows, const QString& condition, int step) {
+// The first of the rows that the condition leaves; empty where it leaves none.
+Result<QString> FirstSerial(DataSession& data, const QString& rows, const QString& condition,
+                            int step) {
   const QString select =
       QStringLiteral("SELECT * FROM (%1) WHERE %2 ORDER BY FIELD_TIMESTAMP %3, SERIALID %3")
           .arg(rows, condition, step < 0 ? QStringLiteral("DESC") : QStringLiteral("ASC"));
-  const RecordsetPtr found = Ask(data, select);
-  return found == nullptr || found->Eof() ? QString() : found->SerialID();
+  const Result<RecordsetPtr> found = Ask(data, select);
+  if (!found) return found.Error();
+  return (*found)->SerialID();
 }
 
 QStringView Beyond(int step) {
@@ -53,43 +59,55 @@ int PageStep(Context& context) {
 
 }  // namespace
 
-QString NeighbourMessage(Context& context, const QString& folder, const QString& search,
-                         const QString& serialId, int step) {
+Result<QString> NeighbourMessage(Context& context, const QString& folder, const QString& search,
+                                 const QString& serialId, int step) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  if (query.IsEmpty()) return QString();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (query.IsEmpty() || !mail) return {};
+  if (!mail) return mail.Error();
   const auto from = MomentOf(context.Data, serialId);
-  return from ? FirstSerial(context.Data, query.Listing(), from->Condition(Beyond(step)), step)
-              : QString();
+  if (!from) return from.Error();
+  if (!*from) return QString();
+  return FirstSerial(context.Data, query.Listing(), (*from)->Condition(Beyond(step)), step);
 }
 
-QString NextUnopened(Context& context, const QString& folder, const QString& search,
-                     const QString& serialId) {
+Result<QString> NextUnopened(Context& context, const QString& folder, const QString& search,
+                             const QString& serialId) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  if (query.IsEmpty()) return QString();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (query.IsEmpty() || !mail) return {};
+  if (!mail) return mail.Error();
   const int step = PageStep(context);
   const QString rows = query.UnreadListing();
-  if (const auto from = MomentOf(context.Data, serialId)) {
-    const QString next = FirstSerial(context.Data, rows, from->Condition(Beyond(step)), step);
-    if (!next.isEmpty()) return next;
+  const auto from = MomentOf(context.Data, serialId);
+  if (!from) return from.Error();
+  if (*from) {
+    Result<QString> next = FirstSerial(context.Data, rows, (*from)->Condition(Beyond(step)), step);
+    if (!next || !next->isEmpty()) return next;
   }
   const QString another = QStringLiteral("SERIALID <> ") + QuoteSql(serialId);
   return FirstSerial(context.Data, rows, another, step);
 }
 
-qint64 RowsBefore(Context& context, const QString& folder, const QString& search,
-                  const QString& serialId) {
+Result<qint64> RowsBefore(Context& context, const QString& folder, const QString& search,
+                          const QString& serialId) {
+  const StorageError missing{StorageError::Kind::NotFound, {}};
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
+  if (query.IsEmpty()) return missing;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (query.IsEmpty() || !mail) return -1;
+  if (!mail) return mail.Error();
   const auto to = MomentOf(context.Data, serialId);
+  if (!to) return to.Error();
+  if (!*to) return missing;
   const QString itself = QStringLiteral("SERIALID = ") + QuoteSql(serialId);
-  if (!to || FirstSerial(context.Data, query.Listing(), itself, 1).isEmpty()) return -1;
-  const RecordsetPtr before =
+  const Result<QString> held = FirstSerial(context.Data, query.Listing(), itself, 1);
+  if (!held) return held.Error();
+  if (held->isEmpty()) return missing;
+  const Result<RecordsetPtr> before =
       Ask(context.Data, QStringLiteral("SELECT COUNT(*) AS N FROM (%1) WHERE %2")
-                            .arg(query.Listing(), to->Condition(Beyond(-PageStep(context)))));
-  return before == nullptr || before->Eof() ? -1 : before->Fields(u"N").toLongLong();
+                            .arg(query.Listing(), (*to)->Condition(Beyond(-PageStep(context)))));
+  if (!before) return before.Error();
+  return (*before)->Fields(u"N").toLongLong();
 }
 
 }  // namespace vorn

@@ -17,7 +17,7 @@ namespace {
 
 ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
                          const QVariantList& parameters) {
-  ConditionRun::Answer answer;
+  QVariantList values;
   QElapsedTimer clock;
   clock.start();
   const auto statement = connection.Prepare(sql, StatementTrust::UserCondition);
@@ -25,12 +25,11 @@ ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
   if (statement != nullptr) {
     statement->Bind(parameters);
     while ((step = statement->Next()) == Statement::Step::Row) {
-      answer.values.append(statement->Value(0));
+      values.append(statement->Value(0));
     }
   }
-  if (step == Statement::Step::Failed) answer.error = connection.LastError();
-  answer.ms = clock.elapsed();
-  return answer;
+  if (step == Statement::Step::Failed) return {connection.LastError(), clock.elapsed()};
+  return {values, clock.elapsed()};
 }
 
 // The allocator has a pool for each thread and keeps what was freed in it, which after a search of
@@ -45,26 +44,25 @@ void GiveMemoryBack() {
 
 ConditionRun::ConditionRun(Context& context, const QString& select, int limitMs, Then then)
     : context_(context), path_(MailDatabasePath(context)), then_(std::move(then)) {
-  Answer failed;
-  QString reason;
-  const auto translated = TranslateSql(select, &reason);
-  if (translated) {
-    const OpenedDatabase mail(context, DatabaseKind::Mail);
-    // What is only gathered cannot be seen by another connection.
-    if (mail) context.Data.FlushForReading();
-    connection_ = mail ? Connection::Open(path_, ProfileBag(*context.Session).Password(),
-                                          Connection::Mode::ReadOnly, &failed.error)
-                       : nullptr;
-    if (!mail) failed.error = context.Data.LastError();
-  } else {
-    failed.error = {StorageError::Kind::BadStatement, reason};
-  }
-  if (connection_ != nullptr) {
+  const auto translated = TranslateSql(select);
+  const Result<> connected = translated ? Connect() : translated.Error();
+  if (connected) {
     Begin(translated->sql, translated->parameters, limitMs);
   } else {
     QMetaObject::invokeMethod(
-        this, [this, failed] { End(failed); }, Qt::QueuedConnection);
+        this, [this, connected] { End({connected.Error()}); }, Qt::QueuedConnection);
   }
+}
+
+Result<> ConditionRun::Connect() {
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  // What is only gathered cannot be seen by another connection.
+  context_.Data.FlushForReading();
+  StorageError error;
+  connection_ = Connection::Open(path_, ProfileBag(*context_.Session).Password(),
+                                 Connection::Mode::ReadOnly, &error);
+  return connection_ != nullptr ? Result<>() : error;
 }
 
 ConditionRun::~ConditionRun() {

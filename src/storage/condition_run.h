@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 class QThread;
 
@@ -18,8 +19,7 @@ namespace vorn {
 class ConditionRun : public QObject {
  public:
   struct Answer {
-    QVariantList values;  ///< the first column
-    StorageError error;
+    Result<QVariantList> values;  ///< the first column
     qint64 ms = 0;
   };
   using Then = std::function<void(const Answer&)>;
@@ -35,6 +35,7 @@ class ConditionRun : public QObject {
   bool IsRunning() const { return thread_ != nullptr; }
 
  private:
+  Result<> Connect();
   void Begin(const QByteArray& sql, const QVariantList& parameters, int limitMs);
   void End(const Answer& answer);
 

@@ -232,10 +232,10 @@ bool DataSession::MakeDurable(const QString& path) {
 }
 
 bool DataSession::OpenRecordset(const QString& select, CursorKind kind, StatementTrust trust) {
+  recordset_.reset();
   if (connection_ == nullptr) return false;
-  QString reason;
-  const auto translated = TranslateSql(select, &reason);
-  if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
+  const auto translated = TranslateSql(select);
+  if (!translated) return FailWith(translated.Error());
 
   QByteArray sql = translated->sql;
   QString table;
@@ -318,9 +318,8 @@ std::optional<QString> DataSession::TextOf(const QByteArray& select, const QVari
 
 bool DataSession::Execute(const QString& text) {
   if (connection_ == nullptr) return false;
-  QString reason;
-  const auto translated = TranslateSql(text, &reason);
-  if (!translated) return FailWith({StorageError::Kind::BadStatement, reason});
+  const auto translated = TranslateSql(text);
+  if (!translated) return FailWith(translated.Error());
   LeaveGroup();
   if (connection_->InTransaction()) {
     return connection_->Run(translated->sql, translated->parameters) || FailFromConnection();

@@ -63,7 +63,7 @@ class DataSession {
   /// that holds a condition written by the user may read messages and nothing else.
   bool OpenRecordset(const QString& select, CursorKind kind,
                      StatementTrust trust = StatementTrust::System);
-  /// The current result set; null before the first `OpenRecordset`.
+  /// The current result set; null before the first `OpenRecordset`, and after one that failed.
   RecordsetPtr Recordset() const { return recordset_; }
   /// Runs a statement that returns no rows.
   bool Execute(const QString& statement);
@@ -136,9 +136,8 @@ class DataSession {
   /// The same of what was written through another connection.
   QString OthersMark();
 
+  /// Why the last call that failed did (see `ReasonOf`).
   const StorageError& LastError() const { return error_; }
-  /// For operations built on the session: notes why one failed. Always false.
-  bool FailWith(const StorageError& error);
 
  private:
   // An open database that was laid aside, and how far transactions had gone on the one that came in
@@ -153,6 +152,7 @@ class DataSession {
   };
 
   bool IsOpenFurtherOut() const;
+  bool FailWith(const StorageError& error);
   bool FailFromConnection();
   void LeaveGroup();
   void LetOthersWrite();

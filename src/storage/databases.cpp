@@ -7,6 +7,7 @@
 #include "storage/file_notes.h"
 #include "storage/new_database.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -81,42 +82,44 @@ bool CreateTables(DataSession& data, DatabaseKind kind) {
   return false;
 }
 
-bool CreateAt(Context& context, DatabaseKind kind, const Location& location) {
-  if (location.path.isEmpty()) return false;
+Result<> CreateAt(Context& context, DatabaseKind kind, const Location& location) {
+  if (location.path.isEmpty()) return StorageError();
   return CreateDatabaseFile(context.Data, location.path, location.password,
                             [&context, kind] { return CreateTables(context.Data, kind); });
 }
 
 // Another program may have made the file at just this moment, hence the second time. Earlier
 // versions gave a file its name before its tables: one whose maker died is finished here.
-bool OpenAt(Context& context, DatabaseKind kind, const Location& location) {
+Result<> OpenAt(Context& context, DatabaseKind kind, const Location& location) {
   DataSession& data = context.Data;
   const bool opened = data.Open(location.path, location.password) ||
                       (data.LastError().kind == StorageError::Kind::NotFound &&
                        QFile::exists(location.path) && data.Open(location.path, location.password));
-  return opened && (!data.IsUnfinished() || CreateTables(context.Data, kind));
+  return ResultOf(data, opened && (!data.IsUnfinished() || CreateTables(data, kind)));
 }
 
 // Only a missing file is made; whatever else is wrong with one is for the user to know.
-bool OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
-  if (OpenAt(context, kind, location)) return true;
+Result<> OpenOrCreate(Context& context, DatabaseKind kind, const Location& location) {
+  Result<> opened = OpenAt(context, kind, location);
+  if (opened) return opened;
   const bool missing = !QFile::exists(location.path);
   if (missing && kind != DatabaseKind::Navigator && IsNoted(context, location.path)) {
-    return context.Data.FailWith(
-        {StorageError::Kind::NotFound, Ui::tr("データベースファイル「%1」がありません。")
-                                           .arg(QFileInfo(location.path).fileName())});
+    return StorageError{StorageError::Kind::NotFound,
+                        Ui::tr("データベースファイル「%1」がありません。")
+                            .arg(QFileInfo(location.path).fileName())};
   }
   // Everything of a profile has one password, which has opened its own database.
-  if (context.Data.LastError().kind == StorageError::Kind::WrongPassword &&
+  if (opened.Error().kind == StorageError::Kind::WrongPassword &&
       (kind == DatabaseKind::Mail || kind == DatabaseKind::MailByPath) &&
       ProfileBag(*context.Session).IsLoggedIn()) {
-    return context.Data.FailWith(
-        {StorageError::Kind::Damaged,
-         Ui::tr("「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。")
-             .arg(QFileInfo(location.path).fileName())});
+    return StorageError{
+        StorageError::Kind::Damaged,
+        Ui::tr("「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。")
+            .arg(QFileInfo(location.path).fileName())};
   }
-  return !QFile::exists(location.path) && CreateAt(context, kind, location) &&
-         OpenAt(context, kind, location);
+  if (QFile::exists(location.path)) return opened;
+  const Result<> made = CreateAt(context, kind, location);
+  return made ? OpenAt(context, kind, location) : made;
 }
 
 }  // namespace
@@ -127,11 +130,11 @@ QString MailDatabasePath(const Context& context) {
       context, ProfileBag(*context.Session).MailFiles().section(QStringLiteral("\r\n"), 0, 0));
 }
 
-bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
-                    const QString& password) {
+Result<> CreateDatabase(Context& context, DatabaseKind kind, const QString& path,
+                        const QString& password) {
   Location location = Locate(context, kind, path);
   if (kind == DatabaseKind::MailByPath) location.password = password;
-  const bool exists = OpenOrCreate(context, kind, location);
+  const Result<> exists = OpenOrCreate(context, kind, location);
   context.Data.Close();
   return exists;
 }
@@ -140,37 +143,37 @@ OpenedDatabase::OpenedDatabase(Context& context, DatabaseKind kind, const QStrin
     : data_(context.Data) {
   const Location location = Locate(context, kind, path);
   data_.Enter(location.path);
-  isOpen_ = data_.IsOpen() || OpenOrCreate(context, kind, location);
+  if (!data_.IsOpen()) opened_ = OpenOrCreate(context, kind, location);
 }
 
 OpenedDatabase::~OpenedDatabase() {
   data_.Leave();
 }
 
-bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
+Result<> OpenDatabase(Context& context, DatabaseKind kind, const QString& path) {
   return OpenOrCreate(context, kind, Locate(context, kind, path));
 }
 
-bool MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
-                  const QString& password) {
+Result<> MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
+                      const QString& password) {
   return CreateAt(context, kind, {path, password});
 }
 
-bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
+Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects) {
   const OpenedDatabase opened(context, kind);
-  if (!opened) return false;
-  bool listed = context.Data.OpenRecordset(
-      QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
-      CursorKind::ForwardOnly);
-  if (listed) {
-    const RecordsetPtr serials = context.Data.Recordset();
-    for (; !serials->Eof(); serials->MoveNext()) {
-      const auto object = std::make_shared<Disk>(serials->SerialID());
-      if (object->DatabaseToDisk(context.Data)) objects.Add(object);
-    }
-    listed = !serials->Failed();
+  if (!opened) return opened.Error();
+  if (!context.Data.OpenRecordset(
+          QStringLiteral("SELECT DISTINCT SERIALID FROM object ORDER BY SerialID ASC"),
+          CursorKind::ForwardOnly)) {
+    return ReasonOf(context.Data);
   }
-  return listed;
+  const RecordsetPtr serials = context.Data.Recordset();
+  for (; !serials->Eof(); serials->MoveNext()) {
+    const auto object = std::make_shared<Disk>(serials->SerialID());
+    if (object->DatabaseToDisk(context.Data)) objects.Add(object);
+  }
+  if (serials->Failed()) return serials->Error();
+  return {};
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -16,7 +17,7 @@ enum class DatabaseKind {
 /// The database of a kind, open as the session's current one as long as this lives. The file, its
 /// folder and its tables are made when they are missing; but a file that the profile has noted is
 /// never made anew, see `FileNote`. `path` is used for `MailByPath` only. Converts to false,
-/// without a message, when it does not open; the reason is in the session's `LastError`.
+/// with the reason in `Error`, when it does not open.
 ///
 /// They nest: while one is open another may be, of the same file or not, and afterwards the session
 /// has the outer one open again, with its result set and its transaction. Whoever loads an object
@@ -28,28 +29,29 @@ class OpenedDatabase {
   OpenedDatabase(const OpenedDatabase&) = delete;
   OpenedDatabase& operator=(const OpenedDatabase&) = delete;
 
-  explicit operator bool() const { return isOpen_; }
+  explicit operator bool() const { return static_cast<bool>(opened_); }
+  const StorageError& Error() const { return opened_.Error(); }
 
  private:
   DataSession& data_;
-  bool isOpen_;
+  Result<> opened_;
 };
 
 /// The same until the session closes it, for tests and tools that look into a file from outside.
-bool OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {});
+Result<> OpenDatabase(Context& context, DatabaseKind kind, const QString& path = {});
 
 /// Makes sure that the file of a kind and its tables exist; closes it again. `path` and `password`
 /// are used for `MailByPath` only.
-bool CreateDatabase(Context& context, DatabaseKind kind, const QString& path = {},
-                    const QString& password = {});
+Result<> CreateDatabase(Context& context, DatabaseKind kind, const QString& path = {},
+                        const QString& password = {});
 
 /// Makes a file of a kind at a platform path, with its tables; one that exists is left alone.
-bool MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
-                  const QString& password);
+Result<> MakeDatabase(Context& context, DatabaseKind kind, const QString& path,
+                      const QString& password);
 
 /// Adds every object stored in a database of the first two kinds to `objects`, in the order of
 /// their serial identifiers; one that is loaded already stays. An object that fails is skipped.
-bool LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects);
+Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& objects);
 
 /// The platform path of the profile's mail database.
 QString MailDatabasePath(const Context& context);

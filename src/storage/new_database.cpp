@@ -5,10 +5,10 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "storage/data_session.h"
 #include "storage/file_lock.h"
 #include "storage/file_replace.h"
 #include "storage/private_files.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -36,47 +36,47 @@ void SetLogsAside(const QString& path) {
   }
 }
 
-bool FillAndClose(DataSession& data, const QString& path, const QString& password,
-                  const std::function<bool()>& makeTables) {
-  const bool filled = data.Create(path, password) && data.Open(path, password) && makeTables();
-  const StorageError reason = data.LastError();
+Result<> FillAndClose(DataSession& data, const QString& path, const QString& password,
+                      const std::function<bool()>& makeTables) {
+  const Result<> filled =
+      ResultOf(data, data.Create(path, password) && data.Open(path, password) && makeTables());
   data.CloseFile(path);
-  if (!filled) return data.FailWith(reason);
-  if (!QFile::exists(path + QStringLiteral("-wal")) && SyncFile(path)) return true;
-  return data.FailWith(
-      {StorageError::Kind::DiskFull,
-       Ui::tr("データベースファイルを作成できません。ディスクの空き容量を確認してください。")});
+  if (!filled) return filled;
+  if (!QFile::exists(path + QStringLiteral("-wal")) && SyncFile(path)) return {};
+  return StorageError{
+      StorageError::Kind::DiskFull,
+      Ui::tr("データベースファイルを作成できません。ディスクの空き容量を確認してください。")};
 }
 
 }  // namespace
 
-bool CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
-                        const std::function<bool()>& makeTables) {
+Result<> CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
+                            const std::function<bool()>& makeTables) {
   const QFileInfo file(path);
   const StorageError unwritable{
       StorageError::Kind::Other,
       Ui::tr("フォルダ「%1」に書き込めません。").arg(QDir::toNativeSeparators(file.path()))};
-  if (!MakePrivateFolder(file.path())) return data.FailWith(unwritable);
+  if (!MakePrivateFolder(file.path())) return unwritable;
   FileLock lock(file.dir().filePath(QStringLiteral("create.lock")));
   switch (lock.Take(FileLock::Kind::Exclusive, kWaitMs)) {
     case FileLock::Result::Taken:
       break;
     case FileLock::Result::Held:
-      return data.FailWith(
-          {StorageError::Kind::Busy, Ui::tr("ほかのプログラムがデータベースを作成しています。")});
+      return StorageError{StorageError::Kind::Busy,
+                          Ui::tr("ほかのプログラムがデータベースを作成しています。")};
     case FileLock::Result::Failed:
-      return data.FailWith(unwritable);
+      return unwritable;
   }
-  if (QFile::exists(path)) return true;
+  if (QFile::exists(path)) return {};
   RemoveUnfinished(file);
   const QString unfinished =
       path + QStringLiteral(".new-%1").arg(QCoreApplication::applicationPid());
   SetLogsAside(path);
-  const bool made = FillAndClose(data, unfinished, password, makeTables);
+  const Result<> made = FillAndClose(data, unfinished, password, makeTables);
   const bool placed = made && PlaceNewFile(unfinished, path) != Placing::Failed;
   RemoveUnfinished(file);
-  if (made && !placed) return data.FailWith(unwritable);
-  return placed && SyncFolder(file.path());
+  if (!made) return made;
+  return placed && SyncFolder(file.path()) ? Result<>() : unwritable;
 }
 
 }  // namespace vorn

@@ -3,6 +3,8 @@
 #include <QString>
 #include <functional>
 
+#include "storage/result.h"
+
 namespace vorn {
 
 class DataSession;
@@ -11,9 +13,10 @@ class DataSession;
 /// it is made under another name beside it, filled by `makeTables` while it is open, closed,
 /// brought to the disk and then given its name. What a killed creation left behind is removed.
 ///
-/// A file that another program has put there meanwhile counts as made. False, with the reason in
-/// the session's `LastError`, when there is none in the end. The folder is made when it is missing.
-bool CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
-                        const std::function<bool()>& makeTables);
+/// A file that another program has put there meanwhile counts as made; the result
+/// says why there is none in the end. `makeTables` is false as the session's calls are. The folder
+/// is made when it is missing.
+Result<> CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
+                            const std::function<bool()>& makeTables);
 
 }  // namespace vorn

@@ -64,7 +64,7 @@ bool PasswordChange::Goes(PasswordStep step, const QString& file) {
 PasswordChange::Outcome PasswordChange::Run(const QString& oldPassword,
                                             const QString& newPassword) {
   data_.CloseAll();
-  if (!Finish()) return Outcome::Unchanged;
+  if (!Complete()) return Outcome::Unchanged;
   QStringList present = files_;
   present.removeIf([](const QString& file) { return !QFile::exists(file); });
   const bool copied = std::all_of(present.begin(), present.end(), [&](const QString& file) {
@@ -74,7 +74,7 @@ PasswordChange::Outcome PasswordChange::Run(const QString& oldPassword,
     RemoveCopies();
     return Outcome::Unchanged;
   }
-  if (!Finish()) return Outcome::Decided;
+  if (!Complete()) return Outcome::Decided;
   const bool verified = std::all_of(present.begin(), present.end(), [&](const QString& file) {
     return Goes(PasswordStep::Verify, file) && OpensOnlyWith(file, newPassword, oldPassword);
   });
@@ -210,7 +210,11 @@ bool PasswordChange::PutInPlace(const Decision& decision) {
                      "終了してから、もう一度ログインしてください。"));
 }
 
-bool PasswordChange::Finish() {
+Result<> PasswordChange::Finish() {
+  return Complete() ? Result<>() : error_;
+}
+
+bool PasswordChange::Complete() {
   if (!QFile::exists(marker_)) {
     RemoveCopies();
     return true;

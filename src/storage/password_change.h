@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "storage/storage_error.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -34,16 +34,16 @@ class PasswordChange {
   /// exist are left out.
   PasswordChange(DataSession& data, const QString& marker, const QStringList& files);
 
-  /// Other outcomes than `Changed` leave the reason in `Error`.
   Outcome Run(const QString& oldPassword, const QString& newPassword);
   /// Whether some file has a key of an earlier kind under that password (see `FileKey`), as all
   /// have that are under none.
   bool AnyKeyIsOlder(const QString& password) const;
   /// Whether an earlier run left something behind, to be finished before the files are opened.
   bool IsUnfinished() const;
-  /// Finishes or undoes what an earlier run left behind. False when a decided change could not be
-  /// completed; it is tried again next time.
-  bool Finish();
+  /// Finishes or undoes what an earlier run left behind. When a decided change cannot be
+  /// completed, it is tried again next time.
+  Result<> Finish();
+  /// Why `Run` did not come to `Changed`.
   const StorageError& Error() const { return error_; }
 
   /// Asked before every step with the step's file; on false the step fails. For tests.
@@ -60,6 +60,7 @@ class PasswordChange {
   bool OpensOnlyWith(const QString& file, const QString& newPassword, const QString& oldPassword);
   bool WriteMarker(const QStringList& changed);
   bool ReadMarker(QList<Decision>* decisions);
+  bool Complete();
   bool PutInPlace(const Decision& decision);
   void RemoveCopies();
   bool Fail(StorageError::Kind kind, const QString& sentence);

@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "storage/file_lock.h"
-#include "storage/storage_error.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -17,25 +17,21 @@ class ProfileLock {
   /// `folder` holds the profile's database and gets the lock's files.
   explicit ProfileLock(const QString& folder);
 
-  /// Shares the profile, waiting a while for one that has it alone. On false `Error` says who.
-  bool Share();
-  /// Takes the profile alone, waiting a moment for the others. On false `Error` says why, and what
-  /// was shared before is shared again.
-  bool TakeAlone();
+  /// Shares the profile, waiting a while for one that has it alone.
+  Result<> Share();
+  /// Takes the profile alone, waiting a moment for the others. When it fails, what was shared
+  /// before is shared again.
+  Result<> TakeAlone();
   /// Back from alone to shared.
-  bool ShareAgain();
+  Result<> ShareAgain();
   void Release();
 
   const QString& Folder() const { return folder_; }
-  const StorageError& Error() const { return error_; }
 
  private:
-  bool Fail(FileLock::Result result, const FileLock& lock, const QString& inUse);
-
   QString folder_;
   FileLock users_;
   FileLock gate_;
-  StorageError error_;
 };
 
 }  // namespace vorn

@@ -138,7 +138,10 @@ bool Recordset::Update() {
     if (!columns_[static_cast<size_t>(column)].longBinary) continue;
     // The old data goes when the row stops referring to it.
     const qint64 id = connection_->WriteLongBinary(pendingValues_[i].toByteArray());
-    if (id == 0) return false;
+    if (id == 0) {
+      NoteFailure();
+      return false;
+    }
     pendingValues_[i] = number = id;
   }
   QByteArray sql;
@@ -158,7 +161,9 @@ bool Recordset::Update() {
     pendingValues_.append(rows_[current_][0]);
   }
   pending_ = Pending::None;
-  return connection_->Run(sql, pendingValues_);
+  const bool written = connection_->Run(sql, pendingValues_);
+  if (!written) NoteFailure();
+  return written;
 }
 
 bool Recordset::Delete() {

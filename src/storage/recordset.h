@@ -37,8 +37,8 @@ class Recordset {
 
   /// Whether there is no current row.
   bool Eof() const { return !hasRow_; }
-  /// Whether reading stopped because of an error rather than at the end, or a column of this row or
-  /// of an earlier one could not be read as it was written.
+  /// Whether reading stopped because of an error rather than at the end, a column of this row or of
+  /// an earlier one could not be read as it was written, or a row could not be written.
   bool Failed() const { return static_cast<bool>(error_); }
   /// Whether this row is not as it was written.
   bool IsRowDamaged() const { return cutShort_; }

@@ -12,7 +12,7 @@ namespace vorn {
 /// (`Kind::Other`).
 ///
 /// Everything that stands on the database session and the bags fails this way. Those two themselves
-/// say it with a boolean and leave the reason in the session's `LastError`.
+/// say it with a boolean, of which `ResultOf` (storage/session_result.h) makes a result.
 template <typename T = void>
 class [[nodiscard]] Result {
  public:
@@ -26,6 +26,12 @@ class [[nodiscard]] Result {
   T&& operator*() && { return std::get<T>(std::move(content_)); }
   const T* operator->() const { return &std::get<T>(content_); }
   T* operator->() { return &std::get<T>(content_); }
+  /// Whether it is true and has that value.
+  friend bool operator==(const Result& result, const T& value) {
+    return result && *result == value;
+  }
+  /// The value, or another one where there is none.
+  T ValueOr(T other) const { return *this ? **this : std::move(other); }
   /// The reason; only of a result that is false.
   const StorageError& Error() const { return std::get<StorageError>(content_); }
 

@@ -86,24 +86,22 @@ class Tokenizer {
   qsizetype at_ = 0;
 };
 
+StorageError BadStatement(const QString& sentence) {
+  return {StorageError::Kind::BadStatement, sentence};
+}
+
 // Reads tokens without their spaces and knows what stands around each.
 class Translator {
  public:
   explicit Translator(const std::vector<Token>& tokens) : tokens_(tokens) {}
 
-  std::optional<EngineStatement> Run(QString* error) {
+  Result<EngineStatement> Run() {
     for (size_t i = 0; i < tokens_.size(); ++i) {
       if (tokens_[i].IsSymbol(u';')) {
-        if (NextSolid(i) != nullptr) {
-          *error = Ui::tr("条件に使える文は一つだけです。");
-          return std::nullopt;
-        }
+        if (NextSolid(i) != nullptr) return BadStatement(Ui::tr("条件に使える文は一つだけです。"));
         break;
       }
-      if (BeginsInnerWith(i)) {
-        *error = Ui::tr("条件にWITHは使えません。");
-        return std::nullopt;
-      }
+      if (BeginsInnerWith(i)) return BadStatement(Ui::tr("条件にWITHは使えません。"));
       Emit(i);
     }
     statement_.sql = sql_.toUtf8();
@@ -241,13 +239,12 @@ class Translator {
 
 }  // namespace
 
-std::optional<EngineStatement> TranslateSql(const QString& statement, QString* error) {
+Result<EngineStatement> TranslateSql(const QString& statement) {
   std::vector<Token> tokens;
   if (!Tokenizer(statement).Run(tokens)) {
-    *error = Ui::tr("条件の引用符が閉じていません。");
-    return std::nullopt;
+    return BadStatement(Ui::tr("条件の引用符が閉じていません。"));
   }
-  return Translator(tokens).Run(error);
+  return Translator(tokens).Run();
 }
 
 QString UpdatableTable(const QString& statement) {

@@ -3,7 +3,8 @@
 #include <QByteArray>
 #include <QString>
 #include <QVariantList>
-#include <optional>
+
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -19,9 +20,8 @@ struct EngineStatement {
 /// `&` as concatenation, and columns of long binary data in expressions. Works on tokens, so text
 /// inside literals is never touched.
 ///
-/// Nothing is returned, and `error` says why in Japanese, for an unclosed literal or more than one
-/// statement.
-std::optional<EngineStatement> TranslateSql(const QString& statement, QString* error);
+/// Fails, as a `BadStatement`, for an unclosed literal or more than one statement.
+Result<EngineStatement> TranslateSql(const QString& statement);
 
 /// The table of a plain `SELECT * FROM table [WHERE ...]`, which is the only form that can be
 /// updated; empty for anything else.

@@ -25,6 +25,8 @@ struct StorageError {
   QString text;  ///< one sentence in Japanese
 
   explicit operator bool() const { return kind != Kind::None; }
+  /// The same, with its text behind a sentence that says what could not be done.
+  StorageError Behind(const QString& sentence) const { return {kind, sentence + text}; }
 };
 
 }  // namespace vorn

@@ -163,7 +163,8 @@ bool CheckPlan::TakeWork(const QString& work, CheckJob& job) {
   if (lock == nullptr) lock = std::make_unique<WorkLock>(context_, work);
   const bool wasHeld = lock->IsHeld();
   if (wasHeld || lock->Take()) {
-    if (!wasHeld) CountWork(context_);  // without it an older copy passes unnoticed, no more
+    if (!wasHeld)
+      std::ignore = CountWork(context_);  // without it an older copy passes unnoticed, no more
     EndWait(job);
     return true;
   }

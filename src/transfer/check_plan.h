@@ -11,6 +11,7 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/result.h"
 #include "storage/work_lock.h"
 
 namespace vorn {
@@ -78,7 +79,8 @@ class CheckPlan {
   void Cancel();
   /// Lets a send job go on only when what came of its message is stored, for which the file is in
   /// use now: `store` is tried at each tick, and when it has not worked for long, `failed` is told.
-  void StoreLater(const CheckJob& job, std::function<bool()> store, std::function<void()> failed);
+  void StoreLater(const CheckJob& job, std::function<Result<>()> store,
+                  std::function<void(const StorageError&)> failed);
   /// Begins the session of a send job's message again when it has ended, since its file is in use
   /// now. False when that has been so for long.
   bool HandOverLater(const CheckJob& job);
@@ -118,12 +120,12 @@ class CheckPlan {
   };
   void AddSendJob(std::vector<SendItem>& messages);
   bool MaySendFrom(const QString& file);
-  /// False when the file is in use just now.
-  bool PlanWaiting(const WaitingSearch& search);
+  /// Fails when the file is in use just now; what else may fail is told.
+  Result<> PlanWaiting(const WaitingSearch& search);
   void LookLater(const WaitingSearch& search);
   void LookAgain(CheckJob& job);
-  void TellUnread();
-  bool FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages);
+  void TellUnread(const StorageError& reason);
+  Result<> FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages);
   void LeaveOutRefused(std::vector<SendItem>& messages);
   bool IsPlanned(const QString& serial) const;
   DiskPtr AccountFor(const QString& addressLines) const;
@@ -150,8 +152,8 @@ class CheckPlan {
   DiskCollection jobs_;
   std::map<QString, std::unique_ptr<WorkLock>> works_;  // that are taken, or waited for
   struct Unstored {
-    std::function<bool()> store;
-    std::function<void()> failed;
+    std::function<Result<>()> store;
+    std::function<void(const StorageError&)> failed;
     QDeadlineTimer limit;
   };
   std::map<QString, Unstored> unstored_;  // by the job; also waiting messages that are unread yet

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -15,33 +16,32 @@ void DoubtfulAnswers::Clear() {
   gone_.clear();
 }
 
-bool DoubtfulAnswers::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
+Result<> DoubtfulAnswers::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
   Clear();
   mailbox_ = mailbox;
-  if (!Read()) return false;
+  if (const Result<> read = Read(); !read) return read;
   for (const ListedMessage& message : messages) listed_.insert(message.id, message.size);
   for (auto entry = noted_.constBegin(); entry != noted_.constEnd(); ++entry) {
     if (!listed_.contains(entry.key())) gone_.insert(entry.key());
   }
-  return true;
+  return {};
 }
 
-bool DoubtfulAnswers::Read() {
+Result<> DoubtfulAnswers::Read() {
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
-  if (!opened) return false;
-  bool whole = context_.Data.OpenRecordset(
-      QStringLiteral("SELECT FIELD_ID, SIZE, STORED_AS FROM doubtful_answer WHERE MAILBOX = ") +
-          QuoteSql(mailbox_),
-      CursorKind::ForwardOnly);
-  if (whole) {
-    const RecordsetPtr rows = context_.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) {
-      noted_.insert(rows->Fields(u"FIELD_ID").toString(),
-                    {rows->Fields(u"SIZE").toLongLong(), rows->Fields(u"STORED_AS").toString()});
-    }
-    whole = !rows->Failed();
+  if (!opened) return opened.Error();
+  if (!context_.Data.OpenRecordset(
+          QStringLiteral("SELECT FIELD_ID, SIZE, STORED_AS FROM doubtful_answer WHERE MAILBOX = ") +
+              QuoteSql(mailbox_),
+          CursorKind::ForwardOnly)) {
+    return ReasonOf(context_.Data);
   }
-  return whole;
+  const RecordsetPtr rows = context_.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    noted_.insert(rows->Fields(u"FIELD_ID").toString(),
+                  {rows->Fields(u"SIZE").toLongLong(), rows->Fields(u"STORED_AS").toString()});
+  }
+  return ResultOf(context_.Data, !rows->Failed());
 }
 
 bool DoubtfulAnswers::CameBefore(const QString& id, const QString& storedAs) const {
@@ -62,17 +62,18 @@ void DoubtfulAnswers::Forget(const QString& id) {
   if (noted_.contains(id)) gone_.insert(id);
 }
 
-bool DoubtfulAnswers::Store() {
-  if (changed_.isEmpty() && gone_.isEmpty()) return true;
+Result<> DoubtfulAnswers::Store() {
+  if (changed_.isEmpty() && gone_.isEmpty()) return {};
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
-  if (!opened) return false;
-  const bool stored = context_.Data.Begin() && Write() && context_.Data.Commit();
+  if (!opened) return opened.Error();
+  const Result<> stored =
+      ResultOf(context_.Data, context_.Data.Begin() && Write() && context_.Data.Commit());
   if (!stored) context_.Data.Rollback();
-  if (!stored) return false;
+  if (!stored) return stored;
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   gone_.clear();
   changed_.clear();  // an answer to this session is none of an earlier one
-  return true;
+  return {};
 }
 
 bool DoubtfulAnswers::Write() {

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 #include "transfer/pop_events.h"
 
 namespace vorn {
@@ -17,9 +18,9 @@ class DoubtfulAnswers {
  public:
   explicit DoubtfulAnswers(Context& context) : context_(context) {}
 
-  /// Begins a session with a mailbox, named as in `ServerListing`, that has these messages. False
-  /// when the file cannot be read; the reason is in the session's `LastError`.
-  bool Begin(const QString& mailbox, const QList<ListedMessage>& messages);
+  /// Begins a session with a mailbox, named as in `ServerListing`, that has these messages. Fails
+  /// when the file cannot be read.
+  Result<> Begin(const QString& mailbox, const QList<ListedMessage>& messages);
   /// Forgets an earlier session.
   void Clear();
   /// Whether an earlier session got for this message, when it had the size that it has now, what is
@@ -31,8 +32,8 @@ class DoubtfulAnswers {
   void Note(const QString& id, const QString& storedAs);
   /// Notes that an answer was believed.
   void Forget(const QString& id);
-  /// Stores what was noted. False as `Begin`.
-  bool Store();
+  /// Stores what was noted.
+  Result<> Store();
 
  private:
   struct Answer {
@@ -40,7 +41,7 @@ class DoubtfulAnswers {
     QString storedAs;
   };
 
-  bool Read();
+  Result<> Read();
   bool Write();
 
   Context& context_;

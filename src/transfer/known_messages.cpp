@@ -7,6 +7,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/source_digest.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -50,20 +51,21 @@ QStringList KnownMessages::MailFiles() const {
   return all;
 }
 
-bool KnownMessages::TakeListing(const QString& scope, int port,
-                                const QList<ListedMessage>& messages) {
+Result<> KnownMessages::TakeListing(const QString& scope, int port,
+                                    const QList<ListedMessage>& messages) {
   scope_ = scope;
   copies_.Begin(files_, scope_, [this](const QString& id) { return IsVouchedFor(id); });
   const QString mailbox = MailboxName(scope, port);
-  return listing_.Begin(mailbox, messages) && answers_.Begin(mailbox, messages);
+  const Result<> begun = listing_.Begin(mailbox, messages);
+  return begun ? answers_.Begin(mailbox, messages) : begun;
 }
 
 bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
   return listing_.HadIdentifiers(MailboxName(scope, port));
 }
 
-KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* files) {
-  bool isSure = true;
+Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QStringList* files) {
+  Result<> asked;
   bool isErased = false;
   for (const QString& file : files_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
@@ -71,11 +73,11 @@ KnownMessages::Name KnownMessages::Ask(const QString& messageId, QStringList* fi
     // A message in any of the files is stored, whichever is asked last.
     const std::optional<bool> has = context_.Data.HasMessage(messageId);
     const bool isHere = has.value_or(true);
-    isSure = isSure && has.has_value();  // neither stored twice nor deleted
+    if (!has) asked = ReasonOf(context_.Data);  // neither stored twice nor deleted
     isErased = isErased || (!isHere && IsErased(file, messageId));
     if (isHere) files->append(file);
   }
-  if (!isSure) return Name::Unknown;
+  if (!asked) return asked.Error();
   if (files->isEmpty()) absent_.insert(messageId);
   if (files->isEmpty() && !isErased) {
     // It may have had another name, or none, until now.
@@ -136,13 +138,15 @@ bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray&
 
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
 // usually gives names and gave this one none.
-StoredCopies::Found KnownMessages::FindStored(const QString& messageId, const QByteArray& data,
-                                              bool isTornOff, QString* storedAs) {
+Result<StoredCopies::Found> KnownMessages::FindStored(const QString& messageId,
+                                                      const QByteArray& data, bool isTornOff,
+                                                      QString* storedAs) {
   *storedAs = messageId;
   const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
-  return listing_.Doubts(messageId) || listing_.IsUpset() || lacksName
-             ? FindByContents(messageId, data, isTornOff, storedAs)
-             : StoredCopies::Found::None;
+  if (!listing_.Doubts(messageId) && !listing_.IsUpset() && !lacksName) {
+    return StoredCopies::Found::None;
+  }
+  return FindByContents(messageId, data, isTornOff, storedAs);
 }
 
 // Where something is deleted, no name counts before its message was compared.
@@ -151,8 +155,9 @@ bool KnownMessages::IsVouchedFor(const QString& messageId) const {
   return listing_.IsListed(messageId) && !listing_.Doubts(messageId);
 }
 
-StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, const QByteArray& data,
-                                                  bool isTornOff, QString* storedAs) {
+Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& messageId,
+                                                          const QByteArray& data, bool isTornOff,
+                                                          QString* storedAs) {
   using Found = StoredCopies::Found;
   using Trust = StoredCopies::Trust;
   if (scope_.isEmpty()) return Found::None;
@@ -161,8 +166,9 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, cons
   const Trust trust = isTornOff                      ? Trust::Doubtful
                       : listing_.IsListed(messageId) ? Trust::Named
                                                      : Trust::Nameless;
-  const Found found = copies_.Find(messageId, data, isNamed, trust, storedAs);
-  switch (found) {
+  const Result<Found> found = copies_.Find(messageId, data, isNamed, trust, storedAs);
+  if (!found) return found;
+  switch (*found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
       if (listing_.IsListed(*storedAs)) listing_.Distrust();
@@ -184,15 +190,16 @@ StoredCopies::Found KnownMessages::FindByContents(const QString& messageId, cons
 }
 
 // One of an archive or one that went missing has this name from now on; any other keeps its own.
-bool KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
-                              QString* storedAs) {
-  if (!HasIdentifiers()) return true;
-  const StoredCopies::Found found = FindByContents(messageId, data, isTornOff, storedAs);
-  if (found == StoredCopies::Found::None) {
+Result<> KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
+                                  QString* storedAs) {
+  if (!HasIdentifiers()) return {};
+  const auto found = FindByContents(messageId, data, isTornOff, storedAs);
+  if (!found) return found.Error();
+  if (*found == StoredCopies::Found::None) {
     listing_.NoteElsewhere(messageId);
     *storedAs = QString::fromLatin1(SourceDigest(data).toHex());
   }
-  return found != StoredCopies::Found::Failed;
+  return {};
 }
 
 // Messages that had no name of their own when they were stored: what gets one now may be one of
@@ -229,12 +236,17 @@ void KnownMessages::TakeBack(const QString& messageId) {
   answers_.Note(messageId, messageId);
 }
 
-bool KnownMessages::NoteWhole() {
+Result<> KnownMessages::Store() {
+  const Result<> stored = listing_.Store();
+  return stored ? answers_.Store() : stored;
+}
+
+Result<> KnownMessages::NoteWhole() {
   listing_.Settle();
   return Store();
 }
 
-bool KnownMessages::NoteDeleted() {
+Result<> KnownMessages::NoteDeleted() {
   listing_.ForgetReleased();
   return listing_.Store();
 }

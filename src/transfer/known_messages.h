@@ -10,6 +10,7 @@
 
 #include "mail/stored_copy.h"
 #include "storage/context.h"
+#include "storage/result.h"
 #include "transfer/doubtful_answers.h"
 #include "transfer/pop_events.h"
 #include "transfer/server_listing.h"
@@ -26,9 +27,9 @@ class KnownMessages {
 
   /// Forgets an earlier session. Those of `deletes` are of an account that deletes on the server.
   void BeginSession(bool deletes);
-  /// Takes the mailbox's messages, whose identifiers begin with `scope`. False when the profile's
-  /// mail file cannot be read; the reason is in the session's `LastError`.
-  bool TakeListing(const QString& scope, int port, const QList<ListedMessage>& messages);
+  /// Takes the mailbox's messages, whose identifiers begin with `scope`. Fails when the profile's
+  /// mail file cannot be read.
+  Result<> TakeListing(const QString& scope, int port, const QList<ListedMessage>& messages);
   /// Whether an earlier session got identifiers from that mailbox.
   bool HadIdentifiers(const QString& scope, int port);
 
@@ -36,11 +37,11 @@ class KnownMessages {
     New,     ///< to be fetched; when its name proves nothing, `FindStored` tells more
     Unsure,  ///< one of that name is stored; `ProvesHeader` or `FindStored` tells whether it is it
     Stored,
-    Erased,   ///< was stored and erased for good
-    Unknown,  ///< a file cannot be asked: as far as anybody can know it is stored
+    Erased,  ///< was stored and erased for good
   };
-  /// What the identifier tells. `files` gets the mail files that have a message of that name.
-  Name Ask(const QString& messageId, QStringList* files);
+  /// What the identifier tells. `files` gets the mail files that have a message of that name. Fails
+  /// when one cannot be asked: as far as anybody can know it is stored.
+  Result<Name> Ask(const QString& messageId, QStringList* files);
   /// Whether the answer was `Unsure` and the header may tell.
   bool WantsHeader(const QString& messageId) const { return unsure_.contains(messageId); }
   /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
@@ -48,18 +49,18 @@ class KnownMessages {
   /// What the whole message tells where its name does not, otherwise `None`. One that `isTornOff`
   /// may be another than that of the name, and takes no name from one that is found. `storedAs`
   /// gets the name of that one, or a digest where it has none.
-  StoredCopies::Found FindStored(const QString& messageId, const QByteArray& data, bool isTornOff,
-                                 QString* storedAs);
+  Result<StoredCopies::Found> FindStored(const QString& messageId, const QByteArray& data,
+                                         bool isTornOff, QString* storedAs);
   /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
   bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
   /// another mailbox, `Elsewhere`, keeps its own.
-  StoredCopies::Found FindByContents(const QString& messageId, const QByteArray& data,
-                                     bool isTornOff, QString* storedAs);
+  Result<StoredCopies::Found> FindByContents(const QString& messageId, const QByteArray& data,
+                                             bool isTornOff, QString* storedAs);
 
-  /// Notes that the message is stored, under whatever name. False as `Store`.
-  bool NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
-                 QString* storedAs);
+  /// Notes that the message is stored, under whatever name.
+  Result<> NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
+                     QString* storedAs);
   /// Notes that an answer which does not fit was the message that is stored under that name.
   void NoteDoubtful(const QString& messageId, const QString& storedAs) {
     answers_.Note(messageId, storedAs);
@@ -80,13 +81,13 @@ class KnownMessages {
   void NoteStored(const QString& messageId, bool proven);
   /// Notes that it is about to be deleted on the server.
   void Release(const QString& messageId) { listing_.Release(messageId); }
-  /// Notes that a session has come to its end. False as `Store`.
-  bool NoteWhole();
-  /// Notes that the server has confirmed the end of a session, and with it all deletions. False as
-  /// `Store`.
-  bool NoteDeleted();
-  /// Stores what was noted. False when it cannot; the reason is in the session's `LastError`.
-  bool Store() { return listing_.Store() && answers_.Store(); }
+  /// Notes that a session has come to its end, and stores it.
+  Result<> NoteWhole();
+  /// Notes that the server has confirmed the end of a session, and with it all deletions,
+  /// and stores it.
+  Result<> NoteDeleted();
+  /// Stores what was noted.
+  Result<> Store();
   bool HasIdentifiers() const { return !scope_.isEmpty(); }
 
  private:

@@ -5,6 +5,7 @@
 
 #include "mail/message_rows.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/known_messages.h"
@@ -40,16 +41,17 @@ bool ReceivedGroups::Add(const QString& serialId, const QString& messageId, qint
   return !size_.IsFull() || Flush();
 }
 
-void ReceivedGroups::Fail() {
+void ReceivedGroups::Fail(const StorageError& reason) {
   hasFailed_ = true;
-  log_.StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"));
+  log_.StoreFailed(Ui::tr("受信したメッセージを保存できません。サーバーには残っています。"),
+                   reason);
 }
 
 bool ReceivedGroups::Flush() {
   size_.Clear();
   const QList<StoredMessage> stored = std::exchange(unflushed_, {});
   if (!context_.Data.FlushGroup()) {
-    Fail();
+    Fail(ReasonOf(context_.Data));
     return false;
   }
   if (!stored.isEmpty() && log_.Job() != nullptr) {
@@ -57,8 +59,11 @@ bool ReceivedGroups::Flush() {
     for (const StoredMessage& message : stored) serials.append(message.serialId);
     SessionRecord(log_.Job()).AddReceived(serials.join(kLineBreak));
   }
-  if (!hasFailed_ && !known_.Store())
-    log_.ListingFailed();  // costs fetching these once more, if all ends here
+  if (!hasFailed_) {
+    const Result<> noted = known_.Store();
+    // Costs fetching these once more, if all ends here.
+    if (!noted) log_.ListingFailed(noted.Error());
+  }
   if (!stored.isEmpty()) {
     if (ends_.isEmpty()) ends_.append(stored.first());
     ends_ = {ends_.first(), stored.last()};

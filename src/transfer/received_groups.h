@@ -25,8 +25,8 @@ class ReceivedGroups {
   bool Add(const QString& serialId, const QString& messageId, qint64 bytes);
   /// Writes what is gathered. False, with the failure told, when it cannot be.
   bool Flush();
-  /// A message cannot be stored, for the reason in the session's `LastError`.
-  void Fail();
+  /// A message cannot be stored.
+  void Fail(const StorageError& reason);
   bool HasFailed() const { return hasFailed_; }
   /// How many messages of the session have been written.
   int Written() const { return written_; }

@@ -1,5 +1,6 @@
 #include "transfer/received_mail.h"
 
+#include <tuple>
 #include <utility>
 
 #include "mail/codec/message_date.h"
@@ -10,6 +11,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
+#include "storage/session_result.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 #include "transfer/pop.h"
@@ -56,8 +58,9 @@ void ReceivedMail::End() {
   groups_.End();
   // All or none: they go when the server confirms the end of the session (RFC 1939 section 6).
   if (IsReceiving() && pop_.DeletedOnServer() > 0 &&
-      pop_.DeletedOnServer() == deletions_.CountReleased() && !known_.NoteDeleted()) {
-    log_.ListingFailed();  // they are looked for once more
+      pop_.DeletedOnServer() == deletions_.CountReleased()) {
+    const Result<> noted = known_.NoteDeleted();
+    if (!noted) log_.ListingFailed(noted.Error());  // they are looked for once more
   }
   if (groups_.Written() > 0 && !groups_.HasFailed()) {
     log_.Add(Ui::tr("メッセージを%1通受信しました。").arg(groups_.Written()));
@@ -85,14 +88,14 @@ bool ReceivedMail::MessageArrived(const QString& messageId, const QByteArray& da
   deleteOnServer = false;
   if (groups_.HasFailed()) return false;
   QString storedAs = messageId;
-  const StoredCopies::Found found = isTornOff && known_.SaysWhatIsStored(messageId, data)
-                                        ? StoredCopies::Found::Stored
-                                        : known_.FindStored(messageId, data, isTornOff, &storedAs);
-  if (found == StoredCopies::Found::Failed) return GiveUp(deleteOnServer);
-  deleteOnServer = found == StoredCopies::Found::None ? deletions_.OfNew() : deletions_.OfStored();
+  const auto found = isTornOff && known_.SaysWhatIsStored(messageId, data)
+                         ? StoredCopies::Found::Stored
+                         : known_.FindStored(messageId, data, isTornOff, &storedAs);
+  if (!found) return GiveUp(found.Error(), deleteOnServer);
+  deleteOnServer = *found == StoredCopies::Found::None ? deletions_.OfNew() : deletions_.OfStored();
   // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
   const bool lacksBody = isTornOff && !HasBody(data);
-  if (found != StoredCopies::Found::None) {
+  if (*found != StoredCopies::Found::None) {
     ++log_.Counts().known;
     if (isTornOff && (lacksBody || !known_.CameBefore(messageId, storedAs))) {
       KeepTornOff(messageId, storedAs, deleteOnServer);
@@ -103,23 +106,23 @@ bool ReceivedMail::MessageArrived(const QString& messageId, const QByteArray& da
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
   Describe(message, messageId, data);
-  const Received received = Store(message, messageId, data, isTornOff, &storedAs);
-  if (received == Received::Failed) return GiveUp(deleteOnServer);
+  const Result<Received> received = Store(message, messageId, data, isTornOff, &storedAs);
+  if (!received) return GiveUp(received.Error(), deleteOnServer);
   // Another account or program has received it since it was asked for.
-  if (received != Received::Stored) {
+  if (*received != Received::Stored) {
     ++log_.Counts().known;
     deleteOnServer = deletions_.OfStored();
-    if (received == Received::Known) {
+    if (*received == Received::Known) {
       KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
     }
   }
-  const bool cameBefore = received == Received::Alike && known_.CameBefore(messageId, storedAs);
+  const bool cameBefore = *received == Received::Alike && known_.CameBefore(messageId, storedAs);
   if (isTornOff && (lacksBody || !cameBefore)) {
     KeepTornOff(messageId, storedAs, deleteOnServer);
   } else {
     NoteStored(messageId, true, deleteOnServer);
   }
-  if (received != Received::Stored) return true;
+  if (*received != Received::Stored) return true;
   return groups_.Add(message.SerialID(), messageId, data.size());
 }
 
@@ -135,25 +138,27 @@ void ReceivedMail::Describe(Disk& message, const QString& messageId, const QByte
 }
 
 // As a message that nobody knew of a moment ago.
-MailStore::Received ReceivedMail::Store(Disk& message, const QString& messageId,
-                                        const QByteArray& data, bool isTornOff, QString* storedAs) {
+Result<MailStore::Received> ReceivedMail::Store(Disk& message, const QString& messageId,
+                                                const QByteArray& data, bool isTornOff,
+                                                QString* storedAs) {
   using Received = MailStore::Received;
-  Received received = store_.StoreReceived(message, data);
+  Result<Received> received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
   if (received == Received::Known && known_.HasIdentifiers()) {
-    const StoredCopies::Found taken = known_.FindByContents(messageId, data, isTornOff, storedAs);
-    if (taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
-    if (taken == StoredCopies::Found::Failed) received = Received::Failed;
+    const auto taken = known_.FindByContents(messageId, data, isTornOff, storedAs);
+    if (!taken) return taken.Error();
+    if (*taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
   }
-  if (received == Received::Alike && !known_.NoteAlike(messageId, data, isTornOff, storedAs)) {
-    received = Received::Failed;
+  if (received == Received::Alike) {
+    const Result<> noted = known_.NoteAlike(messageId, data, isTornOff, storedAs);
+    if (!noted) return noted.Error();
   }
   return received;
 }
 
-bool ReceivedMail::GiveUp(bool& deleteOnServer) {
+bool ReceivedMail::GiveUp(const StorageError& reason, bool& deleteOnServer) {
   deleteOnServer = false;
-  groups_.Fail();
+  groups_.Fail(reason);
   return false;
 }
 
@@ -179,29 +184,30 @@ bool ReceivedMail::MailboxListed(const QString& scope,
     log_.AddError(PopError::Refused, Ui::tr("メッセージの一覧を取得できません。"));
     return false;
   }
-  if (known_.TakeListing(scope, pop_.ServerPort, *messages)) return true;
-  log_.ListingFailed();
-  return false;
+  const Result<> taken = known_.TakeListing(scope, pop_.ServerPort, *messages);
+  if (!taken) log_.ListingFailed(taken.Error());
+  return static_cast<bool>(taken);
 }
 
 void ReceivedMail::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
   using Name = KnownMessages::Name;
   QStringList files;
-  const Name name = known_.Ask(messageId, &files);
-  exists = name == Name::Stored || name == Name::Erased || name == Name::Unknown;
+  const Result<Name> name = known_.Ask(messageId, &files);
+  exists = !name || *name == Name::Stored || *name == Name::Erased;
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  deleteOnServer = deletions_.OfStored() && name != Name::Erased && name != Name::Unknown;
-  if (name == Name::Unknown) TellUnknown();
-  if (!exists || name == Name::Unknown) return;
+  deleteOnServer = deletions_.OfStored() && name && *name != Name::Erased;
+  if (!name) TellUnknown(name.Error());
+  if (!exists || !name) return;
   for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
   ++log_.Counts().known;
   NoteStored(messageId, false, deleteOnServer);
 }
 
 // Once in a session: where one cannot be asked for, most cannot.
-void ReceivedMail::TellUnknown() {
+void ReceivedMail::TellUnknown(const StorageError& reason) {
   if (std::exchange(toldOfUnknown_, true)) return;
-  log_.StoreFailed(Ui::tr("保存済みかどうかを調べられないメッセージがあるので、受信しません。"));
+  log_.StoreFailed(Ui::tr("保存済みかどうかを調べられないメッセージがあるので、受信しません。"),
+                   reason);
 }
 
 bool ReceivedMail::IsStored(const QString& messageId, const QByteArray& header,
@@ -216,11 +222,12 @@ bool ReceivedMail::IsStored(const QString& messageId, const QByteArray& header,
 // The server's copy may be the only one that can be read.
 void ReceivedMail::KeepUnlessWhole(const QString& file, const QString& messageId,
                                    bool& deleteOnServer) {
-  if (!deleteOnServer || StoredCopyIsWhole(context_, file, messageId)) return;
+  if (!deleteOnServer) return;
+  const Result<> whole = StoredCopyIsWhole(context_, file, messageId);
+  if (whole) return;
   deleteOnServer = false;
-  log_.AddError(PopError::Store,
-                Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。") +
-                    context_.Data.LastError().text);
+  log_.StoreFailed(Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。"),
+                   whole.Error());
 }
 
 void ReceivedMail::ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
@@ -253,8 +260,8 @@ bool ReceivedMail::MakeDurable() {
   const bool goesOn = deletions_.GoesOn();
   // From here on their names prove nothing: the server may give them to other messages.
   for (const QString& messageId : deletions_.Release()) known_.Release(messageId);
-  if (!known_.NoteWhole()) {
-    log_.ListingFailed();
+  if (const Result<> noted = known_.NoteWhole(); !noted) {
+    log_.ListingFailed(noted.Error());
     return false;
   }
   if (context_.Data.HasDamage() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
@@ -266,13 +273,16 @@ bool ReceivedMail::MakeDurable() {
         Ui::tr("メールのデータベースファイルが入れ替わったので、サーバーからは削除しません。"));
     return false;
   }
-  CountWork(context_);  // behind what was received, so that a log that is lost now is missed
-  if (const OpenedDatabase mail(context_, DatabaseKind::Mail); mail) {
-    const bool durable = context_.Data.MakeDurable(MailDatabasePath(context_));
-    if (durable && !goesOn) log_.Add(Ui::tr("サーバーからの削除をやめました。"));
-    if (durable) return goesOn;
-  }
-  log_.StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"));
+  std::ignore =
+      CountWork(context_);  // behind what was received, so that a log that is lost now is missed
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  const Result<> durable =
+      mail ? ResultOf(context_.Data, context_.Data.MakeDurable(MailDatabasePath(context_)))
+           : mail.Error();
+  if (durable && !goesOn) log_.Add(Ui::tr("サーバーからの削除をやめました。"));
+  if (durable) return goesOn;
+  log_.StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"),
+                   durable.Error());
   return false;
 }
 

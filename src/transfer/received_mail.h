@@ -43,13 +43,13 @@ class ReceivedMail : public RetrievalEvents {
  private:
   bool IsReceiving() const;
   void Describe(Disk& message, const QString& messageId, const QByteArray& data) const;
-  MailStore::Received Store(Disk& message, const QString& messageId, const QByteArray& data,
-                            bool isTornOff, QString* storedAs);
-  bool GiveUp(bool& deleteOnServer);
+  Result<MailStore::Received> Store(Disk& message, const QString& messageId, const QByteArray& data,
+                                    bool isTornOff, QString* storedAs);
+  bool GiveUp(const StorageError& reason, bool& deleteOnServer);
   void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
   void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
   void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
-  void TellUnknown();
+  void TellUnknown(const StorageError& reason);
 
   Context& context_;
   const Pop& pop_;

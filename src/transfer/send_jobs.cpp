@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <tuple>
 #include <utility>
 
 #include "mail/codec/address.h"
@@ -15,6 +16,7 @@
 #include "objects/settings.h"
 #include "storage/known_damage.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 #include "transfer/check_job.h"
 #include "transfer/check_plan.h"
@@ -81,12 +83,13 @@ bool CheckPlan::IsPlanned(const QString& serial) const {
   return false;
 }
 
-bool CheckPlan::PlanWaiting(const WaitingSearch& search) {
+Result<> CheckPlan::PlanWaiting(const WaitingSearch& search) {
   std::vector<SendItem> messages;
-  if (!FindWaiting(search, messages)) return false;
+  const Result<> found = FindWaiting(search, messages);
+  if (!found) return found;
   if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
   if (messages.empty() || MaySendFrom(messages.front().File(context_))) AddSendJob(messages);
-  return true;
+  return {};
 }
 
 // What a server has refused for good would be refused at each check, until somebody mends the
@@ -110,7 +113,7 @@ void CheckPlan::LookLater(const WaitingSearch& search) {
   const CheckJob job = CheckJob::Look(NewJobSerial(), runsPeriodically_);
   jobs_.Add(job.Bag());
   const auto look = [this, search] { return PlanWaiting(search); };
-  StoreLater(job, look, [this] { TellUnread(); });
+  StoreLater(job, look, [this](const StorageError& reason) { TellUnread(reason); });
 }
 
 void CheckPlan::LookAgain(CheckJob& job) {
@@ -118,37 +121,34 @@ void CheckPlan::LookAgain(CheckJob& job) {
   if (OutcomeIsStored(job)) job.End();
 }
 
-void CheckPlan::TellUnread() {
+void CheckPlan::TellUnread(const StorageError& reason) {
   host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-                 Ui::tr("送信待ちのメッセージを読み込めません。") + context_.Data.LastError().text);
+                 Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
 }
 
 // Doubtful messages wait for the user's word, those that are planned for their turn.
-bool CheckPlan::FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages) {
-  const auto isInUse = [this] {
-    return context_.Data.LastError().kind == StorageError::Kind::Busy;
-  };
-  bool whole = false;
+Result<> CheckPlan::FindWaiting(const WaitingSearch& search, std::vector<SendItem>& messages) {
+  StorageError reason;
   {
     const OpenedDatabase opened(context_, search.db, search.file);
-    if (!opened) return !isInUse();
+    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return {};
+    if (!opened) return opened.Error();
     const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
-    if (const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial)) {
-      for (; !rows->Eof(); rows->MoveNext()) {
-        if (IsPlanned(rows->SerialID())) continue;
-        const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-        SendItem message(rows->SerialID(), file, ProfileBag(*context_.Session).Password(), lines,
-                         rows->Fields(u"FIELD_SUBJECT").toString());
-        message.SetSender(AccountFor(lines));
-        messages.push_back(message);
-      }
-      whole = !rows->Failed();
+    const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial);
+    for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
+      if (IsPlanned(rows->SerialID())) continue;
+      const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
+      SendItem message(rows->SerialID(), file, ProfileBag(*context_.Session).Password(), lines,
+                       rows->Fields(u"FIELD_SUBJECT").toString());
+      message.SetSender(AccountFor(lines));
+      messages.push_back(message);
     }
+    if (rows != nullptr && !rows->Failed()) return {};
+    reason = ReasonOf(context_.Data);
   }
-  if (whole) return true;
-  if (isInUse()) return false;
-  TellUnread();
-  return true;
+  if (reason.kind == StorageError::Kind::Busy) return reason;
+  TellUnread(reason);
+  return {};
 }
 
 bool CheckPlan::ChooseSender(const QString& serial, const QString& addressLines,
@@ -220,8 +220,8 @@ void CheckPlan::SendStep(CheckJob& job) {
   }
 }
 
-void CheckPlan::StoreLater(const CheckJob& job, std::function<bool()> store,
-                           std::function<void()> failed) {
+void CheckPlan::StoreLater(const CheckJob& job, std::function<Result<>()> store,
+                           std::function<void(const StorageError&)> failed) {
   unstored_[job.SerialId()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
 }
 
@@ -236,9 +236,9 @@ bool CheckPlan::OutcomeIsStored(const CheckJob& job) {
   const auto found = unstored_.find(job.SerialId());
   if (found == unstored_.end()) return true;
   const Unstored unstored = found->second;  // a question on the way may end all that is planned
-  if (!unstored.store()) {
+  if (const Result<> stored = unstored.store(); !stored) {
     if (!unstored.limit.hasExpired()) return false;
-    unstored.failed();
+    unstored.failed(stored.Error());
   }
   unstored_.erase(job.SerialId());
   return true;
@@ -302,21 +302,19 @@ void CheckPlan::StartSending(CheckJob& job, SendItem& message) {
   if (record.IsLoginRefused()) record.SetAsked(QString());
   WaitingMessage waiting;
   const QString serial = message.SerialId();
-  switch (Outbox(context_, message.File(context_)).Read(serial, waiting)) {
-    case Outbox::Reading::Closed:
-      return;  // tried again at the next tick
-    case Outbox::Reading::Gone:
-      LeaveOut(job, message);
-      return;
-    case Outbox::Reading::Unreadable:
-      host_.AddEvent(1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
-                     Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。")
-                             .arg(message.Subject()) +
-                         context_.Data.LastError().text);
-      LeaveOut(job, message);
-      return;
-    case Outbox::Reading::Ready:
-      break;
+  const auto reading = Outbox(context_, message.File(context_)).Read(serial, waiting);
+  if (!reading) {
+    host_.AddEvent(
+        1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
+        Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。").arg(message.Subject()) +
+            reading.Error().text);
+    LeaveOut(job, message);
+    return;
+  }
+  if (*reading == Outbox::Reading::Closed) return;  // tried again at the next tick
+  if (*reading == Outbox::Reading::Gone) {
+    LeaveOut(job, message);
+    return;
   }
   if (waiting.addressLines != message.AddressLines()) {
     LeaveOut(job, message);
@@ -365,17 +363,16 @@ void CheckPlan::LeaveOut(CheckJob& job, const SendItem& message) {
   }
   job.End();
   // That the last one was sent; of the others the next handing over made it durable.
-  Outbox(context_, message.File(context_)).MakeDurable();
+  std::ignore = Outbox(context_, message.File(context_)).MakeDurable();  // it is sent all the same
 }
 
 // Whether it waits in another version than the one whose session has ended.
 bool CheckPlan::IsStoredAnew(const SendItem& message) {
   WaitingMessage waiting;
   const QString version = message.Version();
-  return !version.isEmpty() &&
-         Outbox(context_, message.File(context_)).Read(message.SerialId(), waiting) ==
-             Outbox::Reading::Ready &&
-         waiting.version != version;
+  if (version.isEmpty()) return false;
+  const auto reading = Outbox(context_, message.File(context_)).Read(message.SerialId(), waiting);
+  return reading == Outbox::Reading::Ready && waiting.version != version;
 }
 
 // When the store fails, nothing more is sent: what becomes of it could not be noted.
@@ -406,8 +403,8 @@ void CheckPlan::RecordOutcome(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
   if (record.IsRefusedForGood()) {
     // If it cannot be noted, the server is asked once more.
-    (void)SendRefusals(context_, message.File(context_))
-        .Note(message.SerialId(), RouteOf(message.Sender()));
+    std::ignore = SendRefusals(context_, message.File(context_))
+                      .Note(message.SerialId(), RouteOf(message.Sender()));
   }
   const QString refused = record.Refused();
   QString text;

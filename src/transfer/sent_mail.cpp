@@ -1,5 +1,7 @@
 #include "transfer/sent_mail.h"
 
+#include <tuple>
+
 #include "mail/message_bag.h"
 #include "mail/outbox.h"
 #include "storage/ui.h"
@@ -28,37 +30,36 @@ std::optional<SendItem> SentMail::Message() const {
 bool SentMail::BeginHandover() {
   const std::optional<SendItem> message = Message();
   if (!message) return false;
-  switch (Outbox(context_, message->File(context_))
-              .BeginHandover(message->SerialId(), message->Version(), pop_.Server)) {
-    case Outbox::Claim::Taken:
-      return true;
-    case Outbox::Claim::Lost:
-      log_.Add(
-          Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
-      return false;
-    default:
-      if (context_.Data.LastError().kind == StorageError::Kind::Busy &&
-          plan_.HandOverLater(log_.Job())) {
-        return false;
-      }
-      log_.StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"));
-      SessionRecord(log_.Job()).FailStore();
-      return false;
+  const auto claim = Outbox(context_, message->File(context_))
+                         .BeginHandover(message->SerialId(), message->Version(), pop_.Server);
+  if (claim == Outbox::Claim::Taken) return true;
+  if (claim) {
+    log_.Add(
+        Ui::tr("送信を始めてから変更されたか取り消されたので、元の内容は送信しませんでした。"));
+    return false;
   }
+  if (claim.Error().kind == StorageError::Kind::Busy && plan_.HandOverLater(log_.Job())) {
+    return false;
+  }
+  log_.StoreFailed(Ui::tr("送信の記録を保存できないので、送信しませんでした。"), claim.Error());
+  SessionRecord(log_.Job()).FailStore();
+  return false;
 }
 
 // While another program holds the file, what the server said is not forgotten.
-void SentMail::Settle(const std::function<bool()>& store, const std::function<void()>& failed) {
-  if (store()) return;
-  if (context_.Data.LastError().kind == StorageError::Kind::Busy) {
+void SentMail::Settle(const std::function<Result<>()>& store,
+                      const std::function<void(const StorageError&)>& failed) {
+  const Result<> stored = store();
+  if (stored) return;
+  if (stored.Error().kind == StorageError::Kind::Busy) {
     plan_.StoreLater(log_.Job(), store, failed);
   } else {
-    failed();
+    failed(stored.Error());
   }
 }
 
-void SentMail::OutcomeFailed(SessionRecord record, const QString& sentence) {
-  log_.AddError(record, sentence + context_.Data.LastError().text);
+void SentMail::OutcomeFailed(SessionRecord record, const StorageError& failure) {
+  log_.AddError(record, failure.text);
   record.FailStore();
 }
 
@@ -68,13 +69,16 @@ void SentMail::MessageSent(const QByteArray& data) {
   MessageBag::SetStatus(*message->Bag(), kStatusSent);
   Settle(
       [this, job = log_.Job(), message, data] {
-        if (!store_.StoreSent(*message->Bag(), data)) return false;
+        const Result<> stored = store_.StoreSent(*message->Bag(), data);
+        if (!stored) return stored;
         ++log_.Counts().sent;
         SessionRecord(job).AddLog(Ui::tr("メッセージを送信しました。"));
-        return true;
+        return stored;
       },
-      [this, job = log_.Job(), message] {
-        OutcomeFailed(job, Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。"));
+      [this, job = log_.Job(), message](const StorageError& reason) {
+        OutcomeFailed(
+            job,
+            reason.Behind(Ui::tr("メッセージは送信されましたが、送信済みとして保存できません。")));
         Doubt(job, *message, Ui::tr("（サーバーは受け取りました）"));
       });
 }
@@ -93,8 +97,8 @@ void SentMail::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
       [this, message] {
         return Outbox(context_, message->File(context_)).Withdraw(message->SerialId());
       },
-      [this, job = log_.Job()] {
-        OutcomeFailed(job, Ui::tr("送信できなかったことを保存できません。"));
+      [this, job = log_.Job()](const StorageError& reason) {
+        OutcomeFailed(job, reason.Behind(Ui::tr("送信できなかったことを保存できません。")));
       });
 }
 
@@ -102,7 +106,7 @@ void SentMail::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
 void SentMail::Doubt(SessionRecord record, const SendItem& message, const QString& reply) {
   record.Doubt();
   ++log_.Counts().doubtful;
-  Outbox(context_, message.File(context_)).Doubt(message.SerialId(), reply);
+  std::ignore = Outbox(context_, message.File(context_)).Doubt(message.SerialId(), reply);
 }
 
 void SentMail::RecipientRefused(const QString& address, const QString& reply) {

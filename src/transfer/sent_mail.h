@@ -28,8 +28,9 @@ class SentMail : public HandoverEvents {
 
  private:
   std::optional<SendItem> Message() const;
-  void Settle(const std::function<bool()>& store, const std::function<void()>& failed);
-  void OutcomeFailed(SessionRecord record, const QString& sentence);
+  void Settle(const std::function<Result<>()>& store,
+              const std::function<void(const StorageError&)>& failed);
+  void OutcomeFailed(SessionRecord record, const StorageError& failure);
   void Doubt(SessionRecord record, const SendItem& message, const QString& reply);
 
   Context& context_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -36,9 +37,9 @@ void ServerListing::Clear() {
   isFirst_ = hasSibling_ = isShared_ = upset_ = false;
 }
 
-bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
+Result<> ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& messages) {
   Clear();
-  if (!Read(mailbox, &hasSibling_)) return false;
+  if (const Result<> read = Read(mailbox, &hasSibling_); !read) return read;
   const auto itself = noted_.constFind(kMailboxItself);
   isFirst_ = itself == noted_.constEnd();
   for (const ListedMessage& message : messages) {
@@ -50,7 +51,7 @@ bool ServerListing::Begin(const QString& mailbox, const QList<ListedMessage>& me
   const bool hasAbsent = LookForMissing();
   if (isFirst_ || hasReleased || hasAbsent || itself->state != State::Listed) Upset();
   upset_ = upset_ || isShared_;
-  return true;
+  return {};
 }
 
 // Whether the name tells what it told at the last listing.
@@ -101,10 +102,10 @@ void ServerListing::Upset() {
   changed_.insert(kMailboxItself, {0, State::Unsettled});
 }
 
-bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
+Result<> ServerListing::Read(const QString& mailbox, bool* hasSibling) {
   mailbox_ = mailbox;
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
-  if (!opened) return false;
+  if (!opened) return opened.Error();
   // Those of other ports, of which ":" begins the end of the name.
   const QString start = mailbox.left(mailbox.lastIndexOf(u':') + 1);
   bool whole = context_.Data.OpenRecordset(
@@ -133,7 +134,7 @@ bool ServerListing::Read(const QString& mailbox, bool* hasSibling) {
     }
     whole = !rows->Failed();
   }
-  return whole;
+  return ResultOf(context_.Data, whole);
 }
 
 bool ServerListing::HadIdentifiers(const QString& mailbox) {
@@ -221,21 +222,21 @@ void ServerListing::Settle() {
   if (isWhole) changed_.insert(kMailboxItself, {0, State::Listed});
 }
 
-bool ServerListing::Store() {
-  if (changed_.isEmpty() && gone_.isEmpty()) return true;
+Result<> ServerListing::Store() {
+  if (changed_.isEmpty() && gone_.isEmpty()) return {};
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
-  if (!opened) return false;
-  const bool stored =
-      context_.Data.Begin() && RemoveGone() && WriteChanges() && context_.Data.Commit();
+  if (!opened) return opened.Error();
+  const Result<> stored = ResultOf(context_.Data, context_.Data.Begin() && RemoveGone() &&
+                                                      WriteChanges() && context_.Data.Commit());
   if (!stored) context_.Data.Rollback();
-  if (!stored) return false;
+  if (!stored) return stored;
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
     noted_.insert(entry.key(), *entry);
   }
   changed_.clear();
   gone_.clear();
-  return true;
+  return {};
 }
 
 bool ServerListing::RemoveGone() {

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include "storage/context.h"
+#include "storage/result.h"
 #include "transfer/pop_events.h"
 
 namespace vorn {
@@ -19,9 +20,8 @@ class ServerListing {
   explicit ServerListing(Context& context) : context_(context) {}
 
   /// Begins a session with a mailbox, named by user, server and port, that has these messages. At
-  /// the first listing of a mailbox all is doubted. False when the file cannot be read; the reason
-  /// is in the session's `LastError`.
-  bool Begin(const QString& mailbox, const QList<ListedMessage>& messages);
+  /// the first listing of a mailbox all is doubted. Fails when the file cannot be read.
+  Result<> Begin(const QString& mailbox, const QList<ListedMessage>& messages);
   /// Forgets what was not stored, and all of an earlier session: nothing is doubted.
   void Clear();
   /// Whether an earlier session got identifiers from that mailbox.
@@ -72,8 +72,8 @@ class ServerListing {
   /// name from now on is new.
   void Settle();
 
-  /// Stores what was noted. False as `Begin`.
-  bool Store();
+  /// Stores what was noted.
+  Result<> Store();
 
  private:
   // As it is stored.
@@ -90,7 +90,7 @@ class ServerListing {
     State state = State::Listed;
   };
 
-  bool Read(const QString& mailbox, bool* hasSibling);
+  Result<> Read(const QString& mailbox, bool* hasSibling);
   bool Holds(const ListedMessage& message) const;
   bool LookForMissing();
   bool WriteChanges();

@@ -10,7 +10,6 @@ TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop
     : plan_(plan),
       pop_(pop),
       panel_(panel),
-      log_(context),
       received_(context, pop, log_),
       sent_(context, plan, pop, log_) {}
 

@@ -22,12 +22,12 @@ void TransferLog::AddError(SessionRecord record, const QString& text) {
   record.AddError(text);
 }
 
-void TransferLog::StoreFailed(const QString& sentence) {
-  AddError(PopError::Store, sentence + context_.Data.LastError().text);
+void TransferLog::StoreFailed(const QString& sentence, const StorageError& reason) {
+  AddError(PopError::Store, sentence + reason.text);
 }
 
-void TransferLog::ListingFailed() {
-  StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"));
+void TransferLog::ListingFailed(const StorageError& reason) {
+  StoreFailed(Ui::tr("サーバーにあるメッセージの記録を読み書きできません。"), reason);
 }
 
 }  // namespace vorn

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/context.h"
+#include "storage/storage_error.h"
 #include "transfer/pop_events.h"
 #include "transfer/session_record.h"
 
@@ -19,8 +19,6 @@ struct ReceiveCounts {
 /// Writes down what a session comes to: in the record of the job that it serves, and in the counts.
 class TransferLog {
  public:
-  explicit TransferLog(Context& context) : context_(context) {}
-
   /// A session begins that serves this job, or one without a job; until `End`.
   void Begin(const DiskPtr& job) { job_ = job; }
   void End() { job_.reset(); }
@@ -31,17 +29,16 @@ class TransferLog {
   void AddError(PopError code, const QString& text);
   /// The same for a job whose session may have ended.
   void AddError(SessionRecord record, const QString& text);
-  /// Something could not be stored, for the reason in the session's `LastError`.
-  void StoreFailed(const QString& sentence);
+  /// Something could not be stored.
+  void StoreFailed(const QString& sentence, const StorageError& reason = {});
   /// What is noted of the messages in a mailbox could not be read or stored.
-  void ListingFailed();
+  void ListingFailed(const StorageError& reason);
 
   /// Since the program began.
   ReceiveCounts& Counts() { return counts_; }
   const ReceiveCounts& Counts() const { return counts_; }
 
  private:
-  Context& context_;
   DiskPtr job_;
   ReceiveCounts counts_;
 };

@@ -74,10 +74,9 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
   Report report;
   {
     Context context;
-    QString error;
-    ASSERT_TRUE(StartUp(context, data, &error)) << error.toStdString();
-    ASSERT_NE(CreateFirstProfile(context), nullptr);
-    ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+    ASSERT_TRUE(StartUp(context, data));
+    ASSERT_TRUE(CreateFirstProfile(context));
+    ASSERT_TRUE(LogIn(context, {}, {}));
     context.Data.CloseAll();
   }
   const int kills = test::Rounds(20, 100);
@@ -87,13 +86,12 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     report.Read(RunAndKill(data, report.password));
 
     Context context;
-    QString error;
-    ASSERT_TRUE(StartUp(context, data, &error)) << error.toStdString();
+    ASSERT_TRUE(StartUp(context, data));
     // A change that was under way has happened whole or not at all.
-    if (!LogIn(context, {}, report.password, &error)) {
-      ASSERT_TRUE(report.nextPassword) << error.toStdString();
+    if (!LogIn(context, {}, report.password)) {
+      ASSERT_TRUE(report.nextPassword);
       report.password = *report.nextPassword;
-      ASSERT_TRUE(LogIn(context, {}, report.password, &error)) << error.toStdString();
+      ASSERT_TRUE(LogIn(context, {}, report.password));
     }
     if (report.password != before) ++changes;
     report.nextPassword.reset();
@@ -147,10 +145,9 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   const SmallDisk disk;
   if (!disk.IsMounted()) GTEST_SKIP() << "needs the right to mount a file system";
   Context context;
-  QString error;
-  ASSERT_TRUE(StartUp(context, disk.Path() + QStringLiteral("data"), &error));
-  ASSERT_NE(CreateFirstProfile(context), nullptr);
-  ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  ASSERT_TRUE(StartUp(context, disk.Path() + QStringLiteral("data")));
+  ASSERT_TRUE(CreateFirstProfile(context));
+  ASSERT_TRUE(LogIn(context, {}, {}));
   // Without any room the engine cannot even open a file; the user makes some, later.
   const QString ballast = disk.Path() + QStringLiteral("ballast");
   test::WriteFile(ballast, QByteArray(300000, 'x'));
@@ -159,20 +156,23 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   for (int i = 0; i < 200; ++i) {
     const QByteArray source = "Subject: " + QByteArray::number(i) + "\r\n\r\n" +
                               QByteArray(30000, static_cast<char>('a' + i % 26));
-    const QString serial =
+    const Result<QString> serial =
         store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
-    if (serial.isEmpty()) break;
-    stored.insert(serial, source);
+    if (!serial) {
+      EXPECT_EQ(serial.Error().kind, StorageError::Kind::DiskFull)
+          << qPrintable(serial.Error().text);
+      break;
+    }
+    stored.insert(*serial, source);
   }
   EXPECT_LT(stored.size(), 200);
-  EXPECT_EQ(context.Data.LastError().kind, StorageError::Kind::DiskFull)
-      << context.Data.LastError().text.toStdString();
-  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("new"), &error));
-  EXPECT_FALSE(error.isEmpty());
+  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("new"))
+                   .Error()
+                   .text.isEmpty());
 
   context.Data.CloseAll();
   ASSERT_TRUE(QFile::remove(ballast));
-  ASSERT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
+  ASSERT_TRUE(LogIn(context, {}, {}));
   EXPECT_EQ(context.Data
                 .CheckFile(MailDatabasePath(context), context.Session->Text(u"password"),
                            FileContents::Messages)
@@ -198,25 +198,20 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
     }
     ballast.close();
   };
-  QString error;
-  const auto logIn = [&](Context& context) {
-    return StartUp(context, data, &error) && LogIn(context, {}, {}, &error);
-  };
   {
     Context first;
-    ASSERT_TRUE(StartUp(first, data, &error)) << error.toStdString();
-    ASSERT_NE(CreateFirstProfile(first), nullptr);
+    ASSERT_TRUE(StartUp(first, data));
+    ASSERT_TRUE(CreateFirstProfile(first));
     const DiskPtr profile = FindProfile(first, QStringLiteral("Administrator"));
     const CodeFile code = CodeFileOf(first, *profile);
     ASSERT_TRUE(HoldProfile(first, *profile));
     fill(0);
-    EXPECT_FALSE(LogIn(first, {}, {}, &error));
-    EXPECT_TRUE(error.contains(u"profile.key")) << error.toStdString();
+    EXPECT_TRUE(LogIn(first, {}, {}).Error().text.contains(u"profile.key"));
     EXPECT_TRUE(code.Code().isEmpty() && !HasFileUnderCode(first, *profile));
     ASSERT_TRUE(ballast.remove());
-    ASSERT_TRUE(LogIn(first, {}, {}, &error)) << error.toStdString();
-    MailStore(first).StoreMessage(Disk(first.Data.NewSerialID(QStringLiteral("mail_"))),
-                                  QByteArray(250000, 'x'));
+    ASSERT_TRUE(LogIn(first, {}, {}));
+    EXPECT_TRUE(MailStore(first).StoreMessage(Disk(first.Data.NewSerialID(QStringLiteral("mail_"))),
+                                              QByteArray(250000, 'x')));
     // As an earlier version left it.
     const QStringList files = ProfileFiles(first, *profile);
     PasswordChange change(first.Data, files.first() + QStringLiteral(".decided"), files);
@@ -229,7 +224,7 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
   fill(300000);
   {
     Context without;
-    EXPECT_TRUE(logIn(without)) << error.toStdString();
+    EXPECT_TRUE(test::Enter(without, data));
     EXPECT_TRUE(CodeFileOf(without, *without.Session).Code().isEmpty());
     EXPECT_FALSE(HasFileUnderCode(without, *without.Session));
     const QString folder = QFileInfo(CodeFileOf(without, *without.Session).Path()).path();
@@ -238,7 +233,7 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
   }
   ASSERT_TRUE(ballast.remove());
   Context with;
-  EXPECT_TRUE(logIn(with)) << error.toStdString();
+  EXPECT_TRUE(test::Enter(with, data));
   EXPECT_TRUE(IsUnderCode(with, *with.Session));
   with.Data.CloseAll();
 }
@@ -267,14 +262,12 @@ class PasswordChangeTest : public testing::Test {
 
   TestProfile profile_{QStringLiteral("old")};
   QStringList files_;
-  QString error_;
 };
 
 TEST_F(PasswordChangeTest, EveryFileChangesAndTheSessionFollows) {
   Context& context = profile_.Get();
   ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
-                                    QStringLiteral("new"), &error_))
-      << error_.toStdString();
+                                    QStringLiteral("new")));
   EXPECT_TRUE(AllOpenWith(QStringLiteral("new")));
   EXPECT_FALSE(AllOpenWith(QStringLiteral("old")));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FIELD_SUBJECT AS V FROM mail")).size(), 1);
@@ -286,13 +279,14 @@ TEST_F(PasswordChangeTest, OneFileThatCannotChangeKeepsThemAll) {
   Context& context = profile_.Get();
   context.Data.CloseAll();
   EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("wrong"),
-                                     QStringLiteral("new"), &error_));
+                                     QStringLiteral("new")));
   DataSession other;  // another program holds the last file
   ASSERT_TRUE(other.Open(files_[2], QStringLiteral("old")));
   ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT * FROM mail"), CursorKind::ForwardOnly));
-  EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
-                                     QStringLiteral("new"), &error_));
-  EXPECT_FALSE(error_.isEmpty());
+  EXPECT_FALSE(
+      ChangeProfilePassword(context, *context.Session, QStringLiteral("old"), QStringLiteral("new"))
+          .Error()
+          .text.isEmpty());
   other.CloseAll();
   EXPECT_TRUE(AllOpenWith(QStringLiteral("old")));
 }
@@ -301,17 +295,16 @@ TEST_F(PasswordChangeTest, AnotherProgramInTheProfileKeepsThePassword) {
   Context& context = profile_.Get();
   {
     Context other;
-    ASSERT_TRUE(StartUp(other, profile_.Folder(), &error_));
-    ASSERT_TRUE(LogIn(other, {}, QStringLiteral("old"), &error_)) << error_.toStdString();
-    EXPECT_FALSE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
-                                       QStringLiteral("new"), &error_));
-    EXPECT_TRUE(error_.contains(QStringLiteral("ほかのプログラム"))) << error_.toStdString();
+    ASSERT_TRUE(test::Enter(other, profile_.Folder(), QStringLiteral("old")));
+    EXPECT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
+                                      QStringLiteral("new"))
+                    .Error()
+                    .text.contains(QStringLiteral("ほかのプログラム")));
     EXPECT_TRUE(AllOpenWith(QStringLiteral("old")));
     other.Data.CloseAll();
   }
   EXPECT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("old"),
-                                    QStringLiteral("new"), &error_))
-      << error_.toStdString();
+                                    QStringLiteral("new")));
 }
 
 TEST_F(PasswordChangeTest, ALoginWaitsForAChangeAndAChangeNamesTheOther) {
@@ -319,13 +312,11 @@ TEST_F(PasswordChangeTest, ALoginWaitsForAChangeAndAChangeNamesTheOther) {
   const QString folder = QFileInfo(files_[0]).path();
   ASSERT_TRUE(context.Lock->TakeAlone()) << "the only one in the profile";
   ProfileLock second(folder);
-  EXPECT_FALSE(second.TakeAlone());
-  EXPECT_TRUE(second.Error().text.contains(
-      QStringLiteral("PID %1").arg(QCoreApplication::applicationPid())))
-      << second.Error().text.toStdString();
+  EXPECT_TRUE(second.TakeAlone().Error().text.contains(
+      QStringLiteral("PID %1").arg(QCoreApplication::applicationPid())));
   std::thread change([&context] {
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    context.Lock->ShareAgain();
+    EXPECT_TRUE(context.Lock->ShareAgain());
   });
   EXPECT_TRUE(second.Share());
   change.join();

@@ -33,9 +33,9 @@ class LostFilesTest : public testing::Test {
   bool Start(const QString& password, const LostFileChoice& choice = {}, const QString& name = {}) {
     if (next_ != nullptr) next_->Data.CloseAll();
     next_ = std::make_unique<Context>();
-    error_.clear();
-    return StartUp(*next_, profile_.Folder(), &error_) &&
-           LogIn(*next_, name, password, &error_, choice);
+    const Result<> entered = test::Enter(*next_, profile_.Folder(), password, choice, name);
+    error_ = entered.Error().text;
+    return static_cast<bool>(entered);
   }
   qsizetype Messages() {
     qsizetype count = -1;

@@ -41,15 +41,13 @@ class MissedFilesTest : public testing::Test {
   bool LogInAgain(const QString& password = kRight, const LostFileChoice& choice = {},
                   const QString& name = {}) {
     next_ = std::make_unique<Context>();
-    error_.clear();
-    const bool entered = StartUp(*next_, profile_.Folder(), &error_) &&
-                         LogIn(*next_, name, password, &error_, choice);
+    const Result<> entered = test::Enter(*next_, profile_.Folder(), password, choice, name);
+    error_ = entered.Error().text;
     next_->Data.Close();
-    return entered;
+    return static_cast<bool>(entered);
   }
   qint64 Messages() {
-    EXPECT_TRUE(OpenDatabase(*next_, DatabaseKind::Mail))
-        << next_->Data.LastError().text.toStdString();
+    EXPECT_TRUE(OpenDatabase(*next_, DatabaseKind::Mail));
     EXPECT_TRUE(next_->Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM mail"),
                                           CursorKind::ForwardOnly));
     const qint64 count = next_->Data.Recordset()->Fields(u"V").toLongLong();
@@ -69,8 +67,7 @@ TEST_F(MissedFilesTest, AFileLostWhileTheProgramRunsIsNotMadeAnewEither) {
   ASSERT_TRUE(LogInAgain()) << error_.toStdString();
   next_->Data.CloseAll();
   QFile::remove(mail_);
-  EXPECT_FALSE(OpenDatabase(*next_, DatabaseKind::Mail));
-  EXPECT_EQ(next_->Data.LastError().kind, StorageError::Kind::NotFound);
+  EXPECT_EQ(OpenDatabase(*next_, DatabaseKind::Mail).Error().kind, StorageError::Kind::NotFound);
   EXPECT_FALSE(QFile::exists(mail_));
 }
 
@@ -151,7 +148,7 @@ TEST_F(MissedFilesTest, TheLargestMailFileIsTheGuessForALostProfile) {
   context.Lock.reset();
   QFile::remove(context.NaviDatabasePath);
   next_ = std::make_unique<Context>();
-  ASSERT_TRUE(StartUp(*next_, profile_.Folder(), &error_)) << error_.toStdString();
+  ASSERT_TRUE(StartUp(*next_, profile_.Folder()));
   ASSERT_EQ(next_->Objects.Count(), 1);
   EXPECT_EQ(PlatformPath(*next_, next_->Objects.First()->Text(u"Mail")), mail_);
 }
@@ -230,7 +227,7 @@ TEST_F(MissedFilesTest, EveryProfilesFolderIsFoundForANewList) {
   }
   QFile::remove(profile_.Get().NaviDatabasePath);
   next_ = std::make_unique<Context>();
-  ASSERT_TRUE(StartUp(*next_, profile_.Folder(), &error_)) << qPrintable(error_);
+  ASSERT_TRUE(StartUp(*next_, profile_.Folder()));
   for (const QString& folder : folders) {
     EXPECT_TRUE(next_->Objects.Contains(folder)) << qPrintable(folder);
   }
@@ -250,10 +247,7 @@ TEST_F(MissedFilesTest, DamageIsNotTakenForAWrongPassword) {
   for (const Case& damage : {Case{own_, spoilt(own)}, Case{own_, own.left(5000)},
                              Case{mail_, spoilt(mail)}, Case{mail_, mail.left(1000)}}) {
     test::WriteFile(damage.path, damage.bytes);
-    if (LogInAgain()) {
-      EXPECT_FALSE(OpenDatabase(*next_, DatabaseKind::Mail));
-      error_ = next_->Data.LastError().text;
-    }
+    if (LogInAgain()) error_ = OpenDatabase(*next_, DatabaseKind::Mail).Error().text;
     EXPECT_TRUE(error_.contains(QFileInfo(damage.path).fileName())) << error_.toStdString();
     EXPECT_TRUE(error_.contains(QStringLiteral("壊れて"))) << error_.toStdString();
     EXPECT_FALSE(error_.contains(QStringLiteral("プロファイル情報を確認してください")))

@@ -49,9 +49,8 @@ class RecoveryCodeLogin : public testing::Test {
   // As another start with what was typed; the reason when it is refused.
   QString LogInWith(const QString& typed, const QString& folder) {
     Context context;
-    QString error;
-    if (!StartUp(context, folder, &error)) return error;
-    if (!LogIn(context, {}, typed, &error)) return error;
+    const Result<> entered = test::Enter(context, folder, typed);
+    if (!entered) return entered.Error().text;
     underCode_ = IsUnderCode(context, *context.Session);
     const OpenedDatabase mail(context, DatabaseKind::Mail);
     if (!mail || !context.Data.OpenRecordset(QStringLiteral("SELECT FIELD_SUBJECT FROM mail"),
@@ -136,13 +135,15 @@ class DesktopSecretLogin : public testing::Test {
                     const std::shared_ptr<SecretStore>& secrets) {
     context_ = std::make_unique<Context>();
     context_->Secrets = secrets;
-    QString error;
-    if (!StartUp(*context_, folder, &error)) return error;
-    if (context_->Objects.IsEmpty()) CreateFirstProfile(*context_);
-    LogIn(*context_, {}, typed, &error);
+    const Result<> started = StartUp(*context_, folder);
+    if (!started) return started.Error().text;
+    if (context_->Objects.IsEmpty()) {
+      EXPECT_TRUE(CreateFirstProfile(*context_));
+    }
+    const Result<> entered = LogIn(*context_, {}, typed);
     RememberCode(*context_);
     context_->Data.CloseAll();
-    return error;
+    return entered.Error().text;
   }
   QString LogInWith(const QString& typed) { return LogInWith(typed, folder_.path(), secrets_); }
   CodeFile File() const { return CodeFileOf(*context_, *context_->Session); }
@@ -166,12 +167,11 @@ TEST_F(DesktopSecretLogin, APasswordTakesTheSecretsPlace) {
   CopyFolder(folder_.path(), copy.path() + u'/');
   const QString before = context_->Session->Text(u"password");
   const QString password = QStringLiteral("secret");
-  QString error;
-  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, before, password, &error));
+  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, before, password));
   EXPECT_TRUE(File().Code().isEmpty());
   EXPECT_FALSE(LogInWith({}).isEmpty());
   ASSERT_EQ(LogInWith(password), QString());
-  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}, &error));
+  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}));
   const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
   EXPECT_TRUE(secrets_->kept.values().contains(code));
   EXPECT_FALSE(IsOnDisk(folder_.path(), code));
@@ -183,25 +183,23 @@ TEST_F(DesktopSecretLogin, ALostSecretIsNotMissedForEver) {
   ASSERT_EQ(LogInWith({}), QString());
   const QString code = FileKey::CodeIn(context_->Session->Text(u"password"));
   const QString password = QStringLiteral("secret");
-  QString error;
   secrets_->kept.clear();
   secrets_->refuses = true;
   ASSERT_EQ(LogInWith(code), QString());
-  ASSERT_TRUE(ChangeProfilePassword(*context_, *context_->Session, FileKey::FromCode(code),
-                                    password, &error));
+  ASSERT_TRUE(
+      ChangeProfilePassword(*context_, *context_->Session, FileKey::FromCode(code), password));
   ASSERT_EQ(LogInWith(password), QString());
-  EXPECT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}, &error))
-      << error.toStdString();
+  EXPECT_TRUE(ChangeProfilePassword(*context_, *context_->Session, password, {}));
   EXPECT_EQ(LogInWith({}), QString());
 }
 
 TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   Context& context = profile_.Get();
   const auto change = [&](const QString& from, const QString& to) {
-    return ChangeProfilePassword(context, *context.Session, from, to, &error_);
+    return ChangeProfilePassword(context, *context.Session, from, to);
   };
   EXPECT_FALSE(change({}, RecoveryCode::Make())) << "would be taken for a code at the login";
-  ASSERT_TRUE(change({}, QStringLiteral("secret"))) << error_.toStdString();
+  ASSERT_TRUE(change({}, QStringLiteral("secret")));
   EXPECT_FALSE(QFile::exists(codeFile_));
   EXPECT_FALSE(Opens(files_[1], FileKey::FromCode(code_)));
   EXPECT_EQ(FormerPasswords(context), (QStringList{QString(), FileKey::FromCode(code_)}));
@@ -214,7 +212,7 @@ TEST_F(RecoveryCodeLogin, APasswordTakesItsPlaceAndGivesItBack) {
   // What was copied away before is still its user's.
   context.Lock.reset();
   ASSERT_TRUE(HoldProfile(context, *context.Session));
-  ASSERT_TRUE(change(QStringLiteral("secret"), {})) << error_.toStdString();
+  ASSERT_TRUE(change(QStringLiteral("secret"), {}));
   const QString first = code_;
   Remember();
   EXPECT_NE(code_, first);
@@ -232,7 +230,7 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
   for (const QString& file : files_) ASSERT_TRUE(QFile::copy(file, copyOf(file)));
   const QByteArray mail = ReadFile(files_[1]);
   const QString typed = QStringLiteral("secret");
-  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, typed, &error_));
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, typed));
   context.Data.CloseAll();
   context.Lock.reset();
   // The profile's database remembers the code; when it is lost as well, what lies beside the files.
@@ -244,8 +242,7 @@ TEST_F(RecoveryCodeLogin, AFileThatWasAwayWhenThePasswordChangedComesBackUnderIt
     }
     if (all) WriteFile(copyOf(codeFile_), code_.toLatin1());
     Context next;
-    ASSERT_TRUE(StartUp(next, profile_.Folder(), &error_));
-    ASSERT_TRUE(LogIn(next, {}, typed, &error_, choice)) << qPrintable(error_);
+    ASSERT_TRUE(test::Enter(next, profile_.Folder(), typed, choice));
     next.Data.CloseAll();
     EXPECT_EQ(LogInWith(typed), QString());
     EXPECT_FALSE(underCode_);
@@ -260,18 +257,17 @@ TEST_F(RecoveryCodeLogin, AnOlderCopyInThePlaceOfAFileIsToldAndBroughtUnderThePa
   Context& context = profile_.Get();
   const auto logsIn = [&](const QString& typed, const LostFileChoice& choice) {
     Context next;
-    error_.clear();
-    const bool opens =
-        StartUp(next, profile_.Folder(), &error_) && LogIn(next, {}, typed, &error_, choice);
+    const Result<> opens = test::Enter(next, profile_.Folder(), typed, choice);
+    error_ = opens.Error().text;
     next.Data.CloseAll();
-    return opens;
+    return static_cast<bool>(opens);
   };
   QString before;
   for (const QString& typed : {QStringLiteral("secret"), QStringLiteral("other")}) {
     context.Data.CloseAll();
     const QList<QByteArray> older{ReadFile(files_[0]), ReadFile(files_[1])};
     ASSERT_TRUE(HoldProfile(context, *context.Session));
-    ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, before, typed, &error_));
+    ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, before, typed));
     context.Data.CloseAll();
     context.Lock.reset();
     for (int i : {0, 1}) {
@@ -310,9 +306,8 @@ TEST_F(RecoveryCodeLogin, TheCodeOfFilesThatAreAwayForTheMomentIsKept) {
   choice.create = true;
   const QString typed = QStringLiteral("secret");
   ASSERT_TRUE(ResolveLostFiles(context, context.Session, typed, choice));
-  ASSERT_EQ(CheckLogin(context, context.Session, typed), LoginCheck::Opens);
-  QString password;
-  ASSERT_TRUE(SettlePassword(context, *context.Session, typed, &password));
+  ASSERT_EQ(*CheckLogin(context, context.Session, typed), LoginCheck::Opens);
+  ASSERT_TRUE(SettlePassword(context, *context.Session, typed));
   EXPECT_FALSE(QFile::exists(codeFile_));
   context.Data.CloseAll();
   for (const QString& file : files_) {
@@ -328,17 +323,17 @@ TEST_F(RecoveryCodeLogin, AKeptFileOpensUnderTheCodeOrPasswordOfThen) {
   context.Data.CloseAll();
   const QString kept = QFileInfo(files_[0]).path() + QStringLiteral("/kept.mbx");
   ASSERT_TRUE(QFile::copy(files_[1], kept));
-  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("x"), &error_));
-  EXPECT_FALSE(AdoptMailFile(context, kept, RecoveryCode::Make(), &error_));
-  EXPECT_TRUE(AdoptMailFile(context, kept, code_.toLower(), &error_)) << error_.toStdString();
+  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, {}, QStringLiteral("x")));
+  EXPECT_FALSE(AdoptMailFile(context, kept, RecoveryCode::Make()));
+  EXPECT_TRUE(AdoptMailFile(context, kept, code_.toLower()));
   EXPECT_TRUE(Opens(kept, QStringLiteral("x")));
   // Or under the password of then, which only its user knows.
   const QString typed = QFileInfo(kept).path() + QStringLiteral("/typed.mbx");
   ASSERT_TRUE(QFile::copy(kept, typed));
-  ASSERT_TRUE(ChangeProfilePassword(context, *context.Session, QStringLiteral("x"),
-                                    QStringLiteral("y"), &error_));
-  EXPECT_FALSE(AdoptMailFile(context, typed, QStringLiteral("wrong"), &error_));
-  EXPECT_TRUE(AdoptMailFile(context, typed, QStringLiteral("x"), &error_)) << error_.toStdString();
+  ASSERT_TRUE(
+      ChangeProfilePassword(context, *context.Session, QStringLiteral("x"), QStringLiteral("y")));
+  EXPECT_FALSE(AdoptMailFile(context, typed, QStringLiteral("wrong")));
+  EXPECT_TRUE(AdoptMailFile(context, typed, QStringLiteral("x")));
   EXPECT_TRUE(Opens(typed, QStringLiteral("y")));
 }
 
@@ -347,7 +342,7 @@ TEST_F(RecoveryCodeLogin, FilesOfAnEarlierVersionGetACode) {
   const QByteArray older = ReadFile(files_[1]);
   {
     Context other;  // has the profile, so that nothing can change
-    ASSERT_TRUE(StartUp(other, profile_.Folder(), &error_));
+    ASSERT_TRUE(StartUp(other, profile_.Folder()));
     const DiskPtr held = FindProfile(other, QStringLiteral("Administrator"));
     ASSERT_TRUE(held != nullptr && HoldProfile(other, *held));
     EXPECT_EQ(LogInWith({}), QString());

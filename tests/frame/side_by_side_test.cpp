@@ -77,14 +77,10 @@ TEST(SideBySide, AnEarlierLoginDoesNotTakeTheCountOfWorkBack) {
     for (const FileNote& note : FileNotes(*context.Session)) most = std::max(most, note.works);
     return most;
   };
-  QString error;
-  const auto logIn = [&](Context& context) {
-    return StartUp(context, profile.Folder(), &error) && LogIn(context, {}, {}, &error);
-  };
   qint64 counted = 0;
   {
     Context late;
-    ASSERT_TRUE(logIn(late)) << error.toStdString();
+    ASSERT_TRUE(test::Enter(late, profile.Folder()));
     for (int i = 0; i < 3; ++i) ASSERT_TRUE(CountWork(late));
     counted = works(late);
     late.Data.CloseAll();
@@ -95,7 +91,7 @@ TEST(SideBySide, AnEarlierLoginDoesNotTakeTheCountOfWorkBack) {
     EXPECT_TRUE(SaveObject(early, kind, *early.Session));
   }
   Context next;
-  ASSERT_TRUE(logIn(next)) << error.toStdString();
+  ASSERT_TRUE(test::Enter(next, profile.Folder()));
   EXPECT_EQ(works(next), counted);
   next.Data.CloseAll();
 }

@@ -24,8 +24,7 @@ TEST(StartUp, ProcessWideValuesAreSet) {
   const auto debugModeWith = [&path](const QByteArray& ini) {
     WriteFile(path + QStringLiteral("vorn.ini"), ini);
     Context context;
-    QString error;
-    EXPECT_TRUE(StartUp(context, path.chopped(1), &error)) << error.toStdString();
+    EXPECT_TRUE(StartUp(context, path.chopped(1)));
     EXPECT_EQ(context.AppFolder, path);
     EXPECT_EQ(context.TempFolder, path + QStringLiteral("temp/"));
     EXPECT_LE(context.ComputerName.size(), 40);
@@ -45,9 +44,7 @@ TEST(StartUp, AForeignNavigatorFileIsNamedAndLeftAlone) {
   const QString file = folder.filePath(QStringLiteral("navi.mbx"));
   WriteFile(file, QByteArray(4096, 'x'));
   Context context;
-  QString error;
-  EXPECT_FALSE(StartUp(context, folder.path(), &error));
-  EXPECT_TRUE(error.contains(u"navi.mbx"));
+  EXPECT_TRUE(StartUp(context, folder.path()).Error().text.contains(u"navi.mbx"));
   EXPECT_EQ(ReadFile(file), QByteArray(4096, 'x'));
 }
 
@@ -55,9 +52,8 @@ TEST(StartUp, AnEmptyNavigatorFileOfAKilledFirstStartIsMadeAnew) {
   QTemporaryDir folder;
   WriteFile(folder.filePath(QStringLiteral("navi.mbx")), {});
   Context context;
-  QString error;
-  EXPECT_TRUE(StartUp(context, folder.path(), &error)) << error.toStdString();
-  EXPECT_NE(CreateFirstProfile(context), nullptr);
+  EXPECT_TRUE(StartUp(context, folder.path()));
+  EXPECT_TRUE(CreateFirstProfile(context));
 }
 
 TEST(StartUp, AFolderThatCannotBeWrittenIsNamedWithTheReason) {
@@ -65,9 +61,7 @@ TEST(StartUp, AFolderThatCannotBeWrittenIsNamedWithTheReason) {
   // What a write-protected folder gives, for root as well.
   ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("navi.lock")));
   Context context;
-  QString error;
-  EXPECT_FALSE(StartUp(context, folder.path(), &error));
-  EXPECT_TRUE(error.contains(u"に書き込めません")) << error.toStdString();
+  EXPECT_TRUE(StartUp(context, folder.path()).Error().text.contains(u"に書き込めません"));
 }
 
 TEST(StartUp, OnlyOneProgramRunsPerFolder) {
@@ -85,14 +79,14 @@ TEST(Login, ThePasswordIsTestedAgainstTheProfilesDatabase) {
   Context& context = profile.Get();
   const QString name = context.Session->Text(u"Object");
   EXPECT_EQ(name, QStringLiteral("Administrator"));
-  QString error;
-  EXPECT_FALSE(LogIn(context, name, QStringLiteral("wrong"), &error));
-  EXPECT_TRUE(error.contains(u"プロファイル情報を確認してください"));
-  EXPECT_FALSE(LogIn(context, QStringLiteral("nobody"), {}, &error));
+  EXPECT_TRUE(LogIn(context, name, QStringLiteral("wrong"))
+                  .Error()
+                  .text.contains(u"プロファイル情報を確認してください"));
+  EXPECT_FALSE(LogIn(context, QStringLiteral("nobody"), {}));
   // Who was refused keeps nobody out of what only one may do.
   Context refused;
-  ASSERT_TRUE(StartUp(refused, profile.Folder(), &error)) << error.toStdString();
-  EXPECT_FALSE(LogIn(refused, name, QStringLiteral("wrong"), &error));
+  ASSERT_TRUE(StartUp(refused, profile.Folder()));
+  EXPECT_FALSE(LogIn(refused, name, QStringLiteral("wrong")));
   EXPECT_EQ(refused.Lock, nullptr);
   refused.Data.CloseAll();
   EXPECT_EQ(FindProfile(context, QStringLiteral("nobody")), nullptr);
@@ -107,24 +101,22 @@ TEST(Login, APasswordChangeThatCannotBeCompletedIsTheReasonThatIsTold) {
   const QString file = ProfileFiles(context, *context.Session).first();
   WriteFile(file + QStringLiteral(".decided"), "rubbish");
   Context next;
-  QString error;
-  ASSERT_TRUE(StartUp(next, profile.Folder(), &error)) << error.toStdString();
+  ASSERT_TRUE(StartUp(next, profile.Folder()));
   context.Data.CloseAll();
   context.Lock.reset();
-  EXPECT_FALSE(LogIn(next, {}, {}, &error));
-  EXPECT_TRUE(error.contains(u"decided")) << error.toStdString();
-  EXPECT_FALSE(error.contains(u"確認してください")) << error.toStdString();
+  const QString told = LogIn(next, {}, {}).Error().text;
+  EXPECT_TRUE(told.contains(u"decided")) << told.toStdString();
+  EXPECT_FALSE(told.contains(u"確認してください")) << told.toStdString();
   QFile::remove(file + QStringLiteral(".decided"));
 }
 
 TEST(Login, SeveralProfilesNeedANameUnlessOneWasUsedLast) {
   TestProfile profile;
   Context& context = profile.Get();
-  const DiskPtr second = CreateProfile(context, QStringLiteral("Second"));
-  ASSERT_NE(second, nullptr);
-  context.Objects.Add(second);
-  QString error;
-  ASSERT_TRUE(LogIn(context, QStringLiteral("Second"), QStringLiteral("x"), &error));
+  const Result<DiskPtr> second = CreateProfile(context, QStringLiteral("Second"));
+  ASSERT_TRUE(second);
+  context.Objects.Add(*second);
+  ASSERT_TRUE(LogIn(context, QStringLiteral("Second"), QStringLiteral("x")));
   profile.Restart(QStringLiteral("x"));
   EXPECT_EQ(profile.Get().Session->Text(u"Object"), QStringLiteral("Second"));
 }

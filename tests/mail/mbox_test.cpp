@@ -118,14 +118,10 @@ TEST(MailArchiveTest, WhatStandsBeforeTheFirstSeparatorIsNoMessage) {
        {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("\n\r\n")}) {
     test::WriteFile(path, before + two);
     QList<QByteArray> messages;
-    QString error;
-    EXPECT_TRUE(ReadArchive(
-        path,
-        [&messages](const QByteArray& source) {
-          messages.append(source);
-          return true;
-        },
-        &error));
+    EXPECT_TRUE(ReadArchive(path, [&messages](const QByteArray& source) {
+      messages.append(source);
+      return true;
+    }));
     ASSERT_EQ(messages.size(), 2) << before.toHex().toStdString();
     EXPECT_TRUE(messages[0].startsWith("Subject: 1"));
   }
@@ -149,13 +145,13 @@ TEST(MailArchiveTest, AFolderIsReadWithAllThatLiesInIt) {
   write("dir/.Sub/new/7", "Subject: 7\n\nx\n");
   QFile::link(folder.path(), folder.filePath(QStringLiteral("work/loop")));
   QByteArray subjects;
-  QString error;
-  EXPECT_TRUE(ReadArchive(
-      folder.path(),
-      [&](const QByteArray& source) { return !(subjects += source.mid(9, 1)).isEmpty(); }, &error));
+  const Result<QString> read = ReadArchive(folder.path(), [&](const QByteArray& source) {
+    return !(subjects += source.mid(9, 1)).isEmpty();
+  });
+  ASSERT_TRUE(read);
   std::sort(subjects.begin(), subjects.end());
   EXPECT_EQ(subjects, "1234567");
-  EXPECT_TRUE(error.contains(QStringLiteral("1個のファイル"))) << error.toStdString();
+  EXPECT_TRUE(read->contains(QStringLiteral("1個のファイル"))) << read->toStdString();
 }
 
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
@@ -167,12 +163,10 @@ TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {
   write(QStringLiteral("2.eml"), QByteArray("\x8f\0\x03 SQL", 7));
   write(QStringLiteral("3.eml"), "\xEF\xBB\xBFSubject: 3\n\nx\n");
   write(QStringLiteral("4.eml"), "no header field\n");
-  QString error;
   int taken = 0;
   const auto take = [&taken](const QByteArray&) { return ++taken > 0; };
-  EXPECT_FALSE(ReadArchive(folder.path(), take, &error));
+  EXPECT_TRUE(ReadArchive(folder.path(), take).Error().text.contains(QStringLiteral("2.eml")));
   EXPECT_EQ(taken, 3);
-  EXPECT_TRUE(error.contains(QStringLiteral("2.eml"))) << error.toStdString();
 }
 
 // Other programs tell what was read by the folder and the name (the Maildir standard's flag "S").

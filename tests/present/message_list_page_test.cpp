@@ -33,8 +33,9 @@ class MessageListPageTest : public testing::Test {
 
   // The page's bytes; the file is removed.
   QByteArray Page(qint32 page = 1) {
-    const QString path =
-        MessageListPages(profile_.Get()).CreateMessageListPage(folder_, page, before_, next_);
+    const QString path = MessageListPages(profile_.Get())
+                             .CreateMessageListPage(folder_, page, before_, next_)
+                             .ValueOr({});
     if (path.isEmpty()) return {};
     const QByteArray bytes = ReadFile(path);
     QFile::remove(path);
@@ -139,7 +140,8 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
   MessageListPages pages(profile_.Get());
   const auto found = [&](const char16_t* text) {
     const QString path =
-        pages.CreateMessageListPage(folder_, 1, before_, next_, QString::fromUtf16(text));
+        pages.CreateMessageListPage(folder_, 1, before_, next_, QString::fromUtf16(text))
+            .ValueOr({});
     const bool any = ReadFile(path).contains("preview:");
     QFile::remove(path);
     return any;
@@ -152,8 +154,9 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
 
 TEST_F(MessageListPageTest, APageIsItsUsersAlone) {
   Store("A");
-  const QString path =
-      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1, before_, next_);
+  const QString path = MessageListPages(profile_.Get())
+                           .CreateMessageListPage(folder_, 1, before_, next_)
+                           .ValueOr({});
   EXPECT_EQ(QFile::permissions(path) & (QFileDevice::ReadGroup | QFileDevice::ReadOther |
                                         QFileDevice::WriteGroup | QFileDevice::WriteOther),
             QFileDevice::Permissions());
@@ -209,7 +212,7 @@ TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
   EXPECT_EQ(next(serials[2]), serials[0]);
   EXPECT_EQ(next({}), serials[3]);
   EXPECT_EQ(before(serials[3]), 0);
-  EXPECT_EQ(before(QStringLiteral("none")), -1);
+  EXPECT_FALSE(before(QStringLiteral("none")));
   search_ = QStringLiteral("Be");
   EXPECT_EQ(next(serials[3]), serials[2]);
   EXPECT_EQ(next(serials[2]), QString()) << "itself is not the next";
@@ -254,6 +257,8 @@ TEST_F(MessageListPageTest, TagsAreFilled) {
   EXPECT_EQ(row("<+MAILADDRESS><FROM>!"), QByteArray("Sato!;"));
   EXPECT_EQ(row("<+MAILADDRESS><TO><BCC>"), QByteArray("t@x<BR>b@x;"));
   EXPECT_EQ(row("<+MAILADDRESS><CC>"), QByteArray(";"));
+  EXPECT_EQ(row("<+MAILADDRESS><TO><BCC><SHORT>"), QByteArray("t@x 他1名;"));
+  EXPECT_EQ(row("<+MAILADDRESS><TO><SHORT>"), QByteArray("t@x;"));
   EXPECT_EQ(row("<+DIALOG><REPLAYALL>x<+DIALOG>"), "<A HREF = \"REPLAYALL:" + id + "\">x</A>;");
   // A folder's tag needs no row, so it is filled once more when the rows have ended.
   EXPECT_EQ(row("<FROM><+FOLDER><NAME>"), ToCodePage932(QStringLiteral("<FROM>受信;<FROM>受信")));
@@ -332,7 +337,7 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
     profile_.Get()
         .Objects.Find(fixed_serial::kLayout)
         ->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(html));
-    const QString path = pages.CreateMessageListPage(folder_, 1, before_, next_);
+    const QString path = pages.CreateMessageListPage(folder_, 1, before_, next_).ValueOr({});
     const QByteArray bytes = ReadFile(path);
     QFile::remove(path);
     return bytes;
@@ -344,8 +349,10 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
 TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
   const DiskPtr inbox = profile_.Get().Objects.Find(folder_);
   inbox->Let(QStringLiteral("Sql"), QStringLiteral("1 = 1; DELETE FROM mail"));
-  EXPECT_TRUE(Page().isEmpty());
-  EXPECT_FALSE(profile_.Get().Data.LastError().text.isEmpty());
+  const auto page =
+      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1, before_, next_);
+  ASSERT_FALSE(page);
+  EXPECT_FALSE(page.Error().text.isEmpty());
 }
 
 TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {

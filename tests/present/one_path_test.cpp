@@ -195,8 +195,9 @@ class OnePathTest : public testing::Test {
     Settings(TheContext()).Bag()->Let(QStringLiteral("PageEscape"), false);
     bool before = false;
     bool next = false;
-    const QString path =
-        MessageListPages(TheContext()).CreateMessageListPage(fixed_serial::kInbox, 1, before, next);
+    const QString path = MessageListPages(TheContext())
+                             .CreateMessageListPage(fixed_serial::kInbox, 1, before, next)
+                             .ValueOr({});
     return test::ReadFile(path);
   }
 

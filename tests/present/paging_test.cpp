@@ -69,7 +69,7 @@ class PagingTest : public testing::Test {
   }
   QStringList Page(MessageListPages& pages, qint32 number,
                    const QString& folder = fixed_serial::kInbox) {
-    const QString path = pages.CreateMessageListPage(folder, number, before_, next_);
+    const QString path = pages.CreateMessageListPage(folder, number, before_, next_).ValueOr({});
     const QString text = QString::fromLatin1(ReadFile(path));
     QFile::remove(path);
     static const QRegularExpression link(QStringLiteral("\"preview:([^\"]+)\""));

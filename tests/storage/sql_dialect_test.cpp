@@ -10,16 +10,14 @@ namespace vorn {
 namespace {
 
 QString Translated(const QString& statement) {
-  QString error;
-  const auto result = TranslateSql(statement, &error);
-  return result ? QString::fromUtf8(result->sql) : QStringLiteral("refused: ") + error;
+  const auto result = TranslateSql(statement);
+  return result ? QString::fromUtf8(result->sql)
+                : QStringLiteral("refused: ") + result.Error().text;
 }
 
 TEST(SqlDialect, LiteralsAreNeverTranslated) {
-  QString error;
   const auto result = TranslateSql(
-      QStringLiteral("SELECT * FROM mail WHERE FIELD_SUBJECT = 'NOW DELETE * it''s \"x\" MAIL'"),
-      &error);
+      QStringLiteral("SELECT * FROM mail WHERE FIELD_SUBJECT = 'NOW DELETE * it''s \"x\" MAIL'"));
   ASSERT_TRUE(result);
   EXPECT_EQ(result->sql, QByteArray("SELECT * FROM mail WHERE FIELD_SUBJECT = ?"));
   EXPECT_EQ(result->parameters[0].toString(), QStringLiteral("NOW DELETE * it's \"x\" MAIL"));

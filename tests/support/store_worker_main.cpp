@@ -34,11 +34,9 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
   Context context;
-  QString error;
-  if (!StartUp(context, arguments.value(1), &error) ||
-      !LogIn(context, {}, arguments.value(2), &error)) {
-    Die(error);
-  }
+  Result<> entered = StartUp(context, arguments.value(1));
+  if (entered) entered = LogIn(context, {}, arguments.value(2));
+  if (!entered) Die(entered.Error().text);
   MailStore store(context);
   QString password = arguments.value(2);
   const int rounds = arguments.value(3, QString::number(INT_MAX)).toInt();
@@ -48,12 +46,13 @@ int main(int argc, char** argv) {
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     request.Let(QStringLiteral("folder"), QStringLiteral("f1\r\nf2"));
     const int size = QRandomGenerator::global()->bounded(100, 60000);
-    if (store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x')).isEmpty()) {
-      Die(context.Data.LastError().text);
-    }
+    const Result<QString> stored =
+        store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x'));
+    if (!stored) Die(stored.Error().text);
     Say("stored", request.SerialID());
     request.Let(QStringLiteral("flag"), QStringLiteral("0200"));
-    if (!store.UpdateMessageState(kStateFlag, request, true)) Die(context.Data.LastError().text);
+    const Result<> opened = store.UpdateMessageState(kStateFlag, request, true);
+    if (!opened) Die(opened.Error().text);
     Say("opened", request.SerialID());
     if (round % 3 != 2) continue;
     // Every third time to none, which is a recovery code.
@@ -61,8 +60,9 @@ int main(int argc, char** argv) {
                              ? QString()
                              : QStringLiteral("p%1").arg(QRandomGenerator::global()->generate());
     Say("changing", next);
-    if (!ChangeProfilePassword(context, *context.Session, password, next, &error)) {
-      Say("refused", error);
+    const Result<> changed = ChangeProfilePassword(context, *context.Session, password, next);
+    if (!changed) {
+      Say("refused", changed.Error().text);
       continue;
     }
     Say("changed", next);

@@ -7,7 +7,6 @@
 #include <QRandomGenerator>
 #include <QThread>
 
-#include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/mail_store.h"
 #include "objects/account.h"
@@ -22,6 +21,12 @@ void PrintTo(const QByteArray& bytes, std::ostream* out) {
 }
 
 namespace vorn::test {
+
+Result<> Enter(Context& context, const QString& folder, const QString& password,
+               const LostFileChoice& choice, const QString& name) {
+  const Result<> started = StartUp(context, folder);
+  return started ? LogIn(context, name, password, choice) : started;
+}
 
 PrivateUser::PrivateUser() {
   for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
@@ -47,12 +52,11 @@ void TestProfile::Restart(const QString& password) {
 
 void TestProfile::LogInAgain(const QString& password) {
   context_ = std::make_unique<Context>();
-  QString error;
-  ASSERT_TRUE(StartUp(*context_, Folder(), &error)) << error.toStdString();
+  ASSERT_TRUE(StartUp(*context_, Folder()));
   if (context_->Objects.IsEmpty()) {
-    ASSERT_NE(CreateFirstProfile(*context_), nullptr);
+    ASSERT_TRUE(CreateFirstProfile(*context_));
   }
-  ASSERT_TRUE(LogIn(*context_, {}, password, &error)) << error.toStdString();
+  ASSERT_TRUE(LogIn(*context_, {}, password));
 }
 
 DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const QString& user,
@@ -66,14 +70,14 @@ DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const 
   values.inPassword = password;
   values.inProtocol = apop ? InProtocol::Apop : InProtocol::Pop3;
   values.deleteOnServer = deleteOnServer;
-  return CreateAccount(*context_, values);
+  return *CreateAccount(*context_, values);
 }
 
 QString TestProfile::Store(const QByteArray& source, int status) {
   Disk request(context_->Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), status);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-  return MailStore(*context_).StoreMessage(request, source);
+  return MailStore(*context_).StoreMessage(request, source).ValueOr({});
 }
 
 QList<QVariant> TestProfile::Select(const QString& select) {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+#include "frame/profile_login.h"
 #include "storage/context.h"
 
 // How values print in failed expectations.
@@ -28,6 +29,10 @@ class PrivateUser {
  private:
   QTemporaryDir folder_;
 };
+
+/// `StartUp` and `LogIn`, as at the start of a program.
+Result<> Enter(Context& context, const QString& folder, const QString& password = {},
+               const LostFileChoice& choice = {}, const QString& name = {});
 
 /// A data folder on disk with the first profile logged in, as after a first run.
 class TestProfile {

@@ -35,8 +35,7 @@ TEST_P(DovecotTest, SourcesAreStoredByteForByteOnceAndDeletedOnlyWhenTold) {
 
   MailStore store(profile_.Get());
   for (const QVariant& serial : profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-    const QByteArray stored =
-        store.LoadMessageSource(Disk(serial.toString())).value_or(QByteArray());
+    const QByteArray stored = store.LoadMessageSource(Disk(serial.toString())).ValueOr({});
     EXPECT_TRUE(sources.removeOne(stored)) << stored.left(300).toStdString();
   }
   EXPECT_TRUE(sources.isEmpty());

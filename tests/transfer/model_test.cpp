@@ -36,10 +36,7 @@ constexpr int kQuietMs = 600000;  // the most that a history may take to come to
 // nothing more is stored.
 struct RunningProgram {
   explicit RunningProgram(const QString& folder) {
-    QString error;
-    if (!StartUp(context, folder, &error) || !LogIn(context, {}, {}, &error)) {
-      ADD_FAILURE() << error.toStdString();
-    }
+    EXPECT_TRUE(test::Enter(context, folder));
     traffic.Control().ReplyTimeoutMs = kTimeoutMs;
     traffic.Control().DecisionTimeoutMs = kTimeoutMs;
   }
@@ -73,11 +70,10 @@ class Model : public testing::Test {
     ASSERT_TRUE(pop3_.Listen());
     ASSERT_TRUE(empty_.Listen());
     {
-      QString error;
       Context first;
-      ASSERT_TRUE(StartUp(first, Folder(), &error)) << error.toStdString();
-      ASSERT_NE(CreateFirstProfile(first), nullptr);
-      ASSERT_TRUE(LogIn(first, {}, {}, &error)) << error.toStdString();
+      ASSERT_TRUE(StartUp(first, Folder()));
+      ASSERT_TRUE(CreateFirstProfile(first));
+      ASSERT_TRUE(LogIn(first, {}, {}));
       AddAccount(first, QStringLiteral("me"), pop3_.Port());
       AddAccount(first, QStringLiteral("other"), empty_.Port());
       first.Data.CloseAll();
@@ -98,7 +94,7 @@ class Model : public testing::Test {
     values.inUser = QStringLiteral("user");
     values.inPassword = QStringLiteral("secret");
     values.deleteOnServer = true;
-    ASSERT_NE(CreateAccount(context, values), nullptr);
+    ASSERT_TRUE(CreateAccount(context, values));
   }
 
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
@@ -125,7 +121,7 @@ class Model : public testing::Test {
     Disk request(serial);
     request.Let(QStringLiteral("process"), 2);
     request.Let(QStringLiteral("Flag"), QStringLiteral("02"));
-    if (MailStore(context).StoreMessage(request, source).isEmpty()) return false;
+    if (!MailStore(context).StoreMessage(request, source)) return false;
     Written& message = written_[serial];
     // From here on only the last version may arrive.
     message.version = source.chopped(3);  // without the end mark
@@ -150,8 +146,8 @@ class Model : public testing::Test {
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
     UnderWay underWay;
-    const bool done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
-                                   : DeleteMessages(context, {serial}, &underWay);
+    const Result<> done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
+                                       : DeleteMessages(context, {serial}, &underWay);
     const bool gone = done && underWay.isEmpty();
     // Between the look and the throw it may have been sent; what counts is what the row says now.
     if (gone && qAbs(StatusOf(context, serial)) != kStatusSent) written_[serial].withdrawn = true;

@@ -54,12 +54,11 @@ class MovedMailboxTest : public test::TrafficTest {
     const QString file = profile_.Folder() + QStringLiteral("/old.mbox");
     test::WriteFile(file, archive);
     ImportCounts imported;
-    QString error;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported, &error)) << error.toStdString();
+    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported));
     return imported.imported;
   }
   // As another program receives it at this moment, through another name of the server.
-  MailStore::Received StoreElsewhere(const QByteArray& mail) {
+  Result<MailStore::Received> StoreElsewhere(const QByteArray& mail) {
     Disk message(profile_.Get().Data.NewSerialID(QStringLiteral("mail_")));
     message.Let(QStringLiteral("MessageID"),
                 QStringLiteral("user@localhost/") + message.SerialID());

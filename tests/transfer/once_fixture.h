@@ -13,11 +13,7 @@ namespace vorn {
 // Another program over the same data folder.
 class OtherProgram {
  public:
-  explicit OtherProgram(const QString& folder) {
-    QString error;
-    EXPECT_TRUE(StartUp(context, folder, &error)) << error.toStdString();
-    EXPECT_TRUE(LogIn(context, {}, {}, &error)) << error.toStdString();
-  }
+  explicit OtherProgram(const QString& folder) { EXPECT_TRUE(test::Enter(context, folder)); }
   ~OtherProgram() { context.Data.CloseAll(); }
 
   Context context;

@@ -128,7 +128,8 @@ TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
   QThread::msleep(2);
   Disk again(serial);
   again.Let(QStringLiteral("process"), 2);
-  MailStore(profile_.Get()).StoreMessage(again, "From: me@example.com\r\n\r\nother\r\n.\r\n");
+  EXPECT_TRUE(
+      MailStore(profile_.Get()).StoreMessage(again, "From: me@example.com\r\n\r\nother\r\n.\r\n"));
   EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
 }
 
@@ -141,9 +142,9 @@ TEST_F(OnceTest, WhatIsStoredAnewWhileItsSessionBeginsIsSentAsItIsNow) {
     QThread::msleep(2);
     Disk again(serial);
     again.Let(QStringLiteral("process"), 2);
-    MailStore(profile_.Get())
-        .StoreMessage(again, "From: me@example.com\r\nTo: a@example.com\r\nSubject: " + subject +
-                                 "\r\n\r\ntext\r\n.\r\n");
+    EXPECT_TRUE(MailStore(profile_.Get())
+                    .StoreMessage(again, "From: me@example.com\r\nTo: a@example.com\r\nSubject: " +
+                                             subject + "\r\n\r\ntext\r\n.\r\n"));
   };
   smtp_.OnCommand = [&](const QByteArray& command) {
     if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > before) return;
@@ -205,10 +206,10 @@ TEST_F(OnceTest, WhatIsSentIsWhatTheRowHoldsNow) {
   traffic_.Plan().CreateMessagePlan(kPlanSend);
   Disk edited(serial);
   edited.Let(QStringLiteral("process"), 2);
-  MailStore(profile_.Get())
-      .StoreMessage(edited,
-                    "From: me@example.com\r\nTo: b@example.com\r\nSubject: t\r\n\r\n"
-                    "after\r\n.\r\n");
+  EXPECT_TRUE(MailStore(profile_.Get())
+                  .StoreMessage(edited,
+                                "From: me@example.com\r\nTo: b@example.com\r\nSubject: t\r\n\r\n"
+                                "after\r\n.\r\n"));
   RunAll({&traffic_});
   ASSERT_EQ(smtp_.Messages().size(), 1);
   EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"b@example.com"});
@@ -224,7 +225,7 @@ TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
   UnderWay underWay;
   UnderWay kept;
   Arrives([&] {
-    cancelled = MailStore(profile_.Get()).CancelWaiting(Disk(serial));
+    cancelled = static_cast<bool>(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
     EXPECT_TRUE(SetDust(profile_.Get(), {serial, thrown}, true, &underWay));
     EXPECT_TRUE(DeleteMessages(profile_.Get(), {deleted, serial}, &kept));
   });
@@ -395,7 +396,7 @@ TEST_F(OnceTest, TheFileRefusesAReceivedMessageItHas) {
   again.Let(QStringLiteral("process"), 4);
   again.Let(QStringLiteral("MessageID"), QStringLiteral("user@host/1"));
   EXPECT_EQ(store.StoreReceived(again, "Subject: a\r\n\r\n"), MailStore::Received::Known);
-  EXPECT_TRUE(store.StoreMessage(again, "Subject: a\r\n\r\n").isEmpty());
+  EXPECT_FALSE(store.StoreMessage(again, "Subject: a\r\n\r\n"));
   EXPECT_EQ(Subjects(4).size(), 1);
 }
 

@@ -196,8 +196,8 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
 // With a password every change of the profile was refused, and the boxes showed the password.
 TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
   const QString serialId = context().Session->SerialID();
-  ASSERT_TRUE(ChangeProfilePassword(context(), *context().Session, QString(),
-                                    QStringLiteral("secret"), &error_));
+  ASSERT_TRUE(
+      ChangeProfilePassword(context(), *context().Session, QString(), QStringLiteral("secret")));
   profile_.Restart(QStringLiteral("secret"));
   {
     ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());

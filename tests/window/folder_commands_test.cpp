@@ -271,7 +271,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
                            }));
   // What was sent gives its recipients; the user is asked where there are several books.
   TopLevel<ObjectsWindow>()->close();
-  const DiskPtr second = MakeAddressBook(context);
+  const DiskPtr second = *MakeAddressBook(context);
   second->Let(QStringLiteral("Object"), QStringLiteral("社外"));
   const QList<AddressEntry> people = Correspondents(
       context, QStringLiteral("FROM: b@example.jp\r\nTO: C@example.jp 長\r\nTO: c@example.jp"));

@@ -85,7 +85,7 @@ class FolderPageTest : public ProgramTest {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     if (!time.isEmpty()) request.Let(QStringLiteral("Timestamp"), time);
-    EXPECT_FALSE(MailStore(context).StoreMessage(request, source).isEmpty());
+    EXPECT_TRUE(MailStore(context).StoreMessage(request, source));
   }
   // A message comes while the program runs; its text is one line.
   void Come(const QByteArray& serialId, const QByteArray& subject, const QString& time = {}) const {

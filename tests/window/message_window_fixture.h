@@ -37,7 +37,7 @@ class MessageWindowTest : public ProgramTest {
     Disk request(Context().Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), status);
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    return MailStore(Context()).StoreMessage(request, source);
+    return *MailStore(Context()).StoreMessage(request, source);
   }
   MessageWindow& Open(const QString& serialId) const {
     program_->Parent()->OpenMessage(0, serialId, false);

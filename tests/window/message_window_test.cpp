@@ -238,7 +238,7 @@ TEST_F(MessageWindowTest, AChangedKindIsKept) {
   }
   window.close();
   EXPECT_TRUE(Gone());
-  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).value();
+  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).ValueOr({});
   EXPECT_TRUE(source.contains("Cc: a@example.jp")) << source.toStdString();
 }
 
@@ -311,7 +311,7 @@ TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
   TypeText(memo, QStringLiteral("日本"));
   window.close();
   ASSERT_TRUE(Gone());
-  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).value();
+  const QByteArray source = MailStore(Context()).LoadMessageSource(Disk(serial)).ValueOr({});
   EXPECT_TRUE(source.contains("X-Priority: 1\r\n")) << source.toStdString();
   EXPECT_TRUE(source.contains("X-Note: mine\r\n"));
   EXPECT_TRUE(source.contains("\x93\xFA\x96\x7B"));

@@ -226,7 +226,7 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   const auto isFiled = [this] {
     Context& context = program_->GetContext();
     const OpenedDatabase mail(context, DatabaseKind::Mail);
-    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).value_or(QString());
+    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).ValueOr({});
   };
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   // And one thrown away besides; both are taken back, the last one first.

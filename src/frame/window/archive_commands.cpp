@@ -28,14 +28,15 @@ namespace {
 constexpr qsizetype kNamedMessages = 20;
 constexpr int kLongestMs = 120000;  // to look for a folder's messages
 
-// Lists a folder; what takes long is asked elsewhere, where the user can stop it. Nothing when that
-// did not work, of which `error` tells.
-std::optional<FolderListing> ListFolder(Context& context, const QString& folder,
-                                        ProgressWindow& progress, QString* error) {
+// Lists a folder; what takes long is asked elsewhere, where the user can stop it.
+Result<FolderListing> ListFolder(Context& context, const QString& folder,
+                                 ProgressWindow& progress) {
+  const QString unread = Ui::tr("フォルダを読み込めません。");
   {
     const ConditionLimit brief(kBriefMs);
-    const FolderListing listing = ListFolderMessages(context, folder);
-    if (listing.read || !brief.IsReached()) return listing;
+    const Result<FolderListing> listing = ListFolderMessages(context, folder);
+    if (listing) return listing;
+    if (!brief.IsReached()) return listing.Error().Behind(unread);
   }
   std::optional<ConditionRun::Answer> found;
   const ConditionRunPtr run(
@@ -43,16 +44,13 @@ std::optional<FolderListing> ListFolder(Context& context, const QString& folder,
                        [&found](const ConditionRun::Answer& answer) { found = answer; }));
   if (!progress.Wait(Ui::tr("条件に合うメッセージを探しています…"),
                      [&found] { return found.has_value(); })) {
-    *error = Ui::tr("中止しました。");
-    return std::nullopt;
+    return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
   }
-  if (found->error) {
-    *error = Ui::tr("フォルダを読み込めません。") + found->error.text;
-    return std::nullopt;
-  }
+  if (!found->values) return found->values.Error().Behind(unread);
   QStringList serialIds;
-  for (const QVariant& value : found->values) serialIds.append(value.toString());
-  return ListMessages(context, serialIds);
+  for (const QVariant& value : *found->values) serialIds.append(value.toString());
+  const Result<FolderListing> listing = ListMessages(context, serialIds);
+  return listing ? listing : listing.Error().Behind(unread);
 }
 
 void WarnOf(QWidget* parent, const QString& text, const QString& which,
@@ -101,14 +99,13 @@ void ArchiveCommands::Import(const QStringList& paths) {
   }
   const QSignalBlocker noSession(sessions_);
   ImportCounts counts;
-  QString error;
+  Result<> imported;
   {
     ProgressWindow progress(&window_, Ui::tr("メッセージの取り込み"));
     for (const QString& path : paths) {
-      if (!ImportMessages(context_, path, QString(), &counts, &error,
-                          [&progress](int done) { return progress.Show(done); })) {
-        break;
-      }
+      if (!imported) break;
+      imported = ImportMessages(context_, path, QString(), &counts,
+                                [&progress](int done) { return progress.Show(done); });
     }
   }
   host_.MessageStored();
@@ -118,8 +115,9 @@ void ArchiveCommands::Import(const QStringList& paths) {
           .arg(counts.imported)
           .arg(inbox == nullptr ? QString() : AnyObject(*inbox).Name()) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
-  if (!error.isEmpty()) {
-    ShowBox(&window_, QMessageBox::Warning, error + u'\n' + text);
+  const QString amiss = imported ? counts.notice : imported.Error().text;
+  if (!amiss.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);
   } else if (!counts.unreadable.isEmpty()) {
     WarnOf(&window_, text,
            Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
@@ -153,10 +151,12 @@ void ArchiveCommands::Export(const QString& folder, const QString& name) {
   ExportOutcome outcome;
   {
     ProgressWindow progress(&window_, Ui::tr("メッセージの書き出し"));
-    const auto listing = ListFolder(context_, folder, progress, &outcome.error);
+    const Result<FolderListing> listing = ListFolder(context_, folder, progress);
     if (listing) {
-      outcome = ExportMessages(context_, {folder, choice.format, path, true, listing},
+      outcome = ExportMessages(context_, {folder, choice.format, path, true, *listing},
                                [&progress](int written) { return progress.Show(written); });
+    } else {
+      outcome.error = listing.Error().text;
     }
   }
   TellExported(outcome);

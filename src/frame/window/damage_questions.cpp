@@ -55,8 +55,7 @@ void DamageQuestions::AskAbout(const KnownDamage& damage) {
 void DamageQuestions::Accept(const QString& name) {
   for (const QString& file : ProfileFiles(context_, *context_.Session)) {
     if (!file.endsWith(u'/' + name) || AcceptDamage(context_, file)) continue;
-    ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("判断を保存できません。") + context_.Data.LastError().text);
+    ShowBox(&window_, QMessageBox::Critical, Ui::tr("判断を保存できません。"));
   }
 }
 

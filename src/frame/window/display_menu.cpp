@@ -80,9 +80,9 @@ void DisplayMenu::AddPanes() {
 void DisplayMenu::PlacePane(int place) {
   Settings settings(context_);
   settings.SetReadingPane(static_cast<PanePlace>(place));
-  if (!SaveObject(context_, DatabaseKind::Profile, *settings.Bag())) {
-    ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("設定を保存できません。") + context_.Data.LastError().text);
+  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings.Bag());
+  if (!saved) {
+    ShowBox(&window_, QMessageBox::Critical, Ui::tr("設定を保存できません。") + saved.Error().text);
   }
   Q_EMIT SettingsChanged();
 }
@@ -97,11 +97,12 @@ void DisplayMenu::ChooseLayout(const QString& id) {
     if (answer == QMessageBox::Cancel) return;
     if (answer == QMessageBox::Yes) own = OwnLayouts::Removed;
   }
-  if (ShareLayout(context_, id, own)) {
+  const Result<> shared = ShareLayout(context_, id, own);
+  if (shared) {
     changes_.Note();
   } else {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("保存できませんでした。") + context_.Data.LastError().text);
+            Ui::tr("保存できませんでした。") + shared.Error().text);
   }
 }
 

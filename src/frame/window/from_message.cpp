@@ -10,6 +10,7 @@
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 #include "transfer/receive_stop_rules.h"
 
@@ -21,17 +22,21 @@ struct StoredText {
   QByteArray source;
 };
 
+Result<StoredText> Read(Context& context, const QString& serialId) {
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  const RecordsetPtr row = MessageRows(context.Data).Of(serialId);
+  if (row == nullptr || row->Eof()) return ReasonOf(context.Data);
+  return StoredText{row->Fields(u"FIELD_MAILADDRESS").toString(),
+                    row->Fields(u"MAIL").toByteArray()};
+}
+
+// A failure is told.
 std::optional<StoredText> ReadMessage(Context& context, QWidget& window, const QString& serialId) {
-  {
-    const OpenedDatabase mail(context, DatabaseKind::Mail);
-    const RecordsetPtr row = mail ? MessageRows(context.Data).Of(serialId) : nullptr;
-    if (row != nullptr && !row->Eof()) {
-      return StoredText{row->Fields(u"FIELD_MAILADDRESS").toString(),
-                        row->Fields(u"MAIL").toByteArray()};
-    }
-  }
+  const Result<StoredText> text = Read(context, serialId);
+  if (text) return *text;
   ShowBox(&window, QMessageBox::Critical,
-          Ui::tr("メッセージを読み込めません。") + context.Data.LastError().text);
+          Ui::tr("メッセージを読み込めません。") + text.Error().text);
   return std::nullopt;
 }
 
@@ -40,12 +45,11 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
   const QList<DiskPtr> books = AddressBooks(context);
   if (books.size() == 1) return books.first();
   if (books.isEmpty()) {
-    const DiskPtr made = MakeAddressBook(context);
-    if (made == nullptr) {
-      ShowBox(&window, QMessageBox::Critical,
-              Ui::tr("保存できませんでした。") + context.Data.LastError().text);
+    const Result<DiskPtr> made = MakeAddressBook(context);
+    if (!made) {
+      ShowBox(&window, QMessageBox::Critical, Ui::tr("保存できませんでした。") + made.Error().text);
     }
-    return made;
+    return made.ValueOr(nullptr);
   }
   QStringList names;
   for (const DiskPtr& book : books) names.append(ShownText(AnyObject(*book).Name(), kMostInTitle));
@@ -107,10 +111,9 @@ std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
             Ui::tr("このアドレスブックは編集中です。そのウィンドウを閉じてから登録してください。"));
     return std::nullopt;
   }
-  const int added = AddToBook(context, book, people);
-  if (added >= 0) return BookAddition{book->SerialID(), Sentence(*book, people, added)};
-  ShowBox(&window, QMessageBox::Critical,
-          Ui::tr("保存できませんでした。") + context.Data.LastError().text);
+  const Result<int> added = AddToBook(context, book, people);
+  if (added) return BookAddition{book->SerialID(), Sentence(*book, people, *added)};
+  ShowBox(&window, QMessageBox::Critical, Ui::tr("保存できませんでした。") + added.Error().text);
   return std::nullopt;
 }
 

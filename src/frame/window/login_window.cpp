@@ -81,13 +81,13 @@ void LoginWindow::cmOk_Click() {
   if (profile == nullptr) return;
   const QString password = txPassword_->text();
   if (!ConfirmFirst(*profile, password)) return;
-  LoginCheck check = CheckLogin(context_, profile, password);
+  Result<LoginCheck> check = CheckLogin(context_, profile, password);
   while (check == LoginCheck::FilesLost) {
     if (!AskAboutLostFiles(profile, password)) return;
     check = CheckLogin(context_, profile, password);
   }
-  if (check == LoginCheck::Refused) {
-    ShowBox(this, QMessageBox::Information, LoginRefusal(context_));
+  if (!check) {
+    ShowBox(this, QMessageBox::Information, LoginRefusal(check.Error()));
     txPassword_->selectAll();
     txPassword_->setFocus();
     return;
@@ -151,8 +151,10 @@ bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& passw
     context_.Lock.reset();
     return false;
   }
-  while (!ResolveLostFiles(context_, profile, password, choice)) {
-    const StorageError reason = context_.Data.LastError();
+  while (true) {
+    const Result<> resolved = ResolveLostFiles(context_, profile, password, choice);
+    if (resolved) break;
+    const StorageError& reason = resolved.Error();
     const bool isShut =
         !choice.reconnect.isEmpty() && reason.kind == StorageError::Kind::WrongPassword;
     if (!isShut) ShowBox(this, QMessageBox::Warning, reason.text);

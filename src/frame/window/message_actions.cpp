@@ -9,6 +9,7 @@
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"
 
@@ -50,7 +51,7 @@ QStringList MessageActions::Drop(const QStringList& messages, const QString& fol
     return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
   }
   const bool moves = from != folder && IsFilledByHand(from);
-  return File(messages, folder, moves ? from : QString());
+  return File(messages, folder, moves ? from : QString(), from);
 }
 
 QString MessageActions::AskFolder() {
@@ -74,14 +75,13 @@ QString MessageActions::MakeFolder(const QString& caption) {
   while (true) {
     name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name).trimmed();
     if (name.isEmpty()) return {};
-    QString error;
-    const QString made = MakeManualFolder(context_, name, &error);
-    if (made.isEmpty()) {
-      ShowBox(&window_, QMessageBox::Critical, error);
+    const Result<QString> made = MakeManualFolder(context_, name);
+    if (!made) {
+      ShowBox(&window_, QMessageBox::Critical, made.Error().text);
       continue;
     }
-    if (folderMade_) folderMade_(made);
-    return made;
+    if (folderMade_) folderMade_(*made);
+    return *made;
   }
 }
 
@@ -90,17 +90,21 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  return File(messages, into, from);
+  return File(messages, into, from, folder);
 }
 
 // Taking it back leaves what was in the folders before.
 QStringList MessageActions::File(const QStringList& messages, const QString& into,
-                                 const QString& from) {
+                                 const QString& from, const QString& shownIn) {
   const auto before = Members(context_, messages, into);
-  const auto left = from.isEmpty() ? QStringList() : Members(context_, messages, from);
-  const bool done = before && left && FileMessages(context_, messages, into, from);
+  const auto left =
+      from.isEmpty() ? Result<QStringList>(QStringList()) : Members(context_, messages, from);
+  const Result<> done = !before ? before.Error()
+                        : !left ? left.Error()
+                                : FileMessages(context_, messages, into, from);
   const QStringList filed = End(done, messages);
-  const QStringList gone = from.isEmpty() ? QStringList() : filed;
+  const bool leavesInbox = shownIn == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce();
+  const QStringList gone = from.isEmpty() && !leavesInbox ? QStringList() : filed;
   if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });
@@ -111,15 +115,16 @@ QStringList MessageActions::File(const QStringList& messages, const QString& int
 
 void MessageActions::Unfile(const QStringList& added, const QString& into,
                             const QStringList& removed, const QString& from) {
-  const bool done = (added.isEmpty() || FileMessages(context_, added, QString(), into)) &&
-                    (removed.isEmpty() || FileMessages(context_, removed, from));
+  Result<> done;
+  if (!added.isEmpty()) done = FileMessages(context_, added, QString(), into);
+  if (done && !removed.isEmpty()) done = FileMessages(context_, removed, from);
   const QStringList back = End(done, removed + added);
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 
 QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
   UnderWay underWay;
-  const bool done = SetDust(context_, messages, dust, &underWay);
+  const Result<> done = SetDust(context_, messages, dust, &underWay);
   const QStringList changed = End(done, messages, underWay);
   const qsizetype count = changed.size();
   if (count == 0 || !told_) return changed;
@@ -139,7 +144,7 @@ QStringList MessageActions::Delete(const QStringList& messages) {
       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return {};
   UnderWay underWay;
-  const bool done = DeleteMessages(context_, messages, &underWay);
+  const Result<> done = DeleteMessages(context_, messages, &underWay);
   if (done && deleted_) deleted_();
   return End(done, messages, underWay);
 }
@@ -150,9 +155,9 @@ void MessageActions::EmptyDust() {
               Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!vorn::EmptyDust(context_)) {
+  if (const Result<> emptied = vorn::EmptyDust(context_); !emptied) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("削除できませんでした。") + context_.Data.LastError().text);
+            Ui::tr("削除できませんでした。") + emptied.Error().text);
   } else if (deleted_) {
     deleted_();
   }
@@ -165,10 +170,11 @@ bool MessageActions::IsFilledByHand(const QString& folder) const {
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.
-QStringList MessageActions::End(bool done, const QStringList& messages, const UnderWay& underWay) {
+QStringList MessageActions::End(const Result<>& done, const QStringList& messages,
+                                const UnderWay& underWay) {
   if (!done) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("変更を保存できませんでした。") + context_.Data.LastError().text);
+            Ui::tr("変更を保存できませんでした。") + done.Error().text);
   } else if (!underWay.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("送信中なので、そのままにしました: %1")

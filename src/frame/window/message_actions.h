@@ -45,14 +45,15 @@ class MessageActions {
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
   QString MakeFolder(const QString& caption);
-  QStringList File(const QStringList& messages, const QString& into, const QString& from);
+  QStringList File(const QStringList& messages, const QString& into, const QString& from,
+                   const QString& shownIn);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
   QStringList ChangeDust(const QStringList& messages, bool dust);
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;
-  QStringList End(bool done, const QStringList& messages, const UnderWay& underWay = {});
+  QStringList End(const Result<>& done, const QStringList& messages, const UnderWay& underWay = {});
 
   Context& context_;
   QWidget& window_;

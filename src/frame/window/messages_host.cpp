@@ -23,12 +23,11 @@ QString MessagesHost::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = panes_.Area().Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
-  const QString neighbour =
+  const Result<QString> found =
       vorn::NeighbourMessage(context_, browser->Tag(), browser->Folder().Search(), serialId,
                              Settings(context_).IsNewestFirst() ? -step : step);
-  if (neighbour.isEmpty() && brief.IsReached()) {
-    status_.showMessage(context_.Data.LastError().text);
-  }
+  if (!found && brief.IsReached()) status_.showMessage(found.Error().text);
+  const QString neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->Folder().GoToMessage(neighbour);
   return neighbour;

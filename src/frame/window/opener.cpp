@@ -36,13 +36,12 @@ void Opener::OpenArgument(const QString& argument) {
     WriteMessage(argument);
     return;
   }
-  QString error;
-  const QString serialId = TakeMessageFile(context_, argument, &error);
-  if (serialId.isEmpty()) {
-    ShowBox(&window_, QMessageBox::Critical, error);
+  const Result<QString> serialId = TakeMessageFile(context_, argument);
+  if (!serialId) {
+    ShowBox(&window_, QMessageBox::Critical, serialId.Error().text);
     return;
   }
-  OpenMessage(0, serialId, false);
+  OpenMessage(0, *serialId, false);
   changes_.Note();
 }
 

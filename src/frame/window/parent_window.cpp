@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QTimer>
+#include <tuple>
 
 #include "frame/ui_language.h"
 #include "frame/window/bookmark_menu.h"
@@ -137,7 +138,8 @@ void ParentWindow::AskAtStart() {
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;
-  ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
+  // The question is answered; the layout can be chosen in the menu, too.
+  std::ignore = ShareLayout(context_, QStringLiteral("table"), OwnLayouts::Kept);
   panes_->Area().Arrange(Arrangement::Tabs);
   ApplySettings();
   changes_.Note();
@@ -230,7 +232,7 @@ void ParentWindow::KeepEverything() {
   KeepOpenDrafts();
   traffic_.Plan().Cancel();
   KeepPlacement();
-  SaveMarkedObjects(context_);
+  std::ignore = SaveMarkedObjects(context_);  // nobody could be asked any more
 }
 
 void ParentWindow::closeEvent(QCloseEvent* event) {
@@ -243,7 +245,7 @@ void ParentWindow::closeEvent(QCloseEvent* event) {
   changes_.Stop();
   tray_.Leave();
   KeepPlacement();
-  SaveMarkedObjects(context_);
+  std::ignore = SaveMarkedObjects(context_);  // nobody could be asked any more
   requests_.Queue().Clear();
   traffic_.Plan().Cancel();
   traffic_.Plan().Clear();

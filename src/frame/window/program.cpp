@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QUrl>
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 
 #include "desktop/desktop_secrets.h"
@@ -82,7 +83,7 @@ Program::~Program() {
 void Program::CloseFiles() {
   if (ProfileBag(*context_.Session).IsLoggedIn()) {
     RememberCode(context_);
-    NoteFiles(context_);  // tried again at the next login
+    std::ignore = NoteFiles(context_);  // tried again at the next login
   }
   context_.Data.CloseAll();
   RemoveWorkingFiles();
@@ -121,8 +122,8 @@ bool Program::Start() {
                   toOpen_.join(u'\n');
     return Refuse(kApplicationTitle + Ui::tr("は既に起動しています。") + lost);
   }
-  QString error;
-  if (!StartUp(context_, appFolder_, &error)) return Refuse(error);
+  const Result<> started = StartUp(context_, appFolder_);
+  if (!started) return Refuse(started.Error().text);
   const QString stranger = messages_.Listen();
   if (!stranger.isEmpty()) context_.Notices.append(stranger);
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
@@ -134,11 +135,11 @@ bool Program::Start() {
     ShowLogin();
     return true;
   }
-  const DiskPtr profile = CreateFirstProfile(context_);
-  if (profile == nullptr) {
-    return Refuse(Ui::tr("プロファイルを作成できません。") + context_.Data.LastError().text);
+  const Result<DiskPtr> profile = CreateFirstProfile(context_);
+  if (!profile) {
+    return Refuse(Ui::tr("プロファイルを作成できません。") + profile.Error().text);
   }
-  BeginLogin(context_, *profile, QString());
+  BeginLogin(context_, **profile, QString());
   ShowVersion();
   return true;
 }

@@ -50,9 +50,10 @@ bool AskOfLook(Context& context, QWidget& window) {
       Ui::tr(
           "新しい表示を使いますか？\n\nメッセージを表で並べ、選んだものをその下に表示し、フォルダを"
           "タブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。"));
-  if (!SettleLook(context, isWanted)) {
+  const Result<> settled = SettleLook(context, isWanted);
+  if (!settled) {
     ShowBox(&window, QMessageBox::Critical,
-            Ui::tr("設定を保存できません。") + context.Data.LastError().text);
+            Ui::tr("設定を保存できません。") + settled.Error().text);
   }
   return isWanted;
 }

@@ -58,9 +58,9 @@ void UnreadCounter::CountNext() {
 void UnreadCounter::CountElsewhere(const QString& folder) {
   run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLastLimitMs,
                               [this, folder](const ConditionRun::Answer& answer) {
-                                const bool isKnown = !answer.values.isEmpty();
+                                const bool isKnown = answer.values && !answer.values->isEmpty();
                                 tree_.SetUnread(folder,
-                                                isKnown ? answer.values.first().toLongLong() : -1);
+                                                isKnown ? answer.values->first().toLongLong() : -1);
                                 rests_[folder].setRemainingTime(kShare * answer.ms);
                               }));
 }

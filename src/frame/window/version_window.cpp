@@ -54,10 +54,10 @@ bool VersionWindow::LoadDefaultProperty(const DiskPtr& request) {
 void VersionWindow::tmInitialization_Timer() {
   const int step = step_++;
   if (step < kLoginSteps) {
-    QString error;
-    if (!RunLoginStep(context_, static_cast<LoginStep>(step), password_, &error)) {
+    const Result<> done = RunLoginStep(context_, static_cast<LoginStep>(step), password_);
+    if (!done) {
       tmInitialization_.stop();
-      Q_EMIT Failed(error);
+      Q_EMIT Failed(done.Error().text);
       close();
     }
   } else if (step == kShowMainStep) {

@@ -11,35 +11,35 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
                              const WorkProgress& progress) {
   ExportOutcome outcome;
   // Read to its end before anything is written, since other work may open the database meanwhile.
-  FolderListing listing =
+  const Result<FolderListing> listing =
       order.listing ? *order.listing : ListFolderMessages(context, order.folder);
-  if (!listing.read) {
-    outcome.error = Ui::tr("フォルダを読み込めません。") + context.Data.LastError().text;
+  if (!listing) {
+    outcome.error = Ui::tr("フォルダを読み込めません。") + listing.Error().text;
     return outcome;
   }
-  outcome.unreadable = std::move(listing.unreadable);
+  outcome.unreadable = listing->unreadable;
   ArchiveWriter writer(order.format, order.path, order.overwrite);
-  bool goesOn = writer.Open();
+  Result<> written = writer.Open();
   MailStore store(context);
   const bool leavesMarks = Settings(context).HasStandardHeaders();
-  for (const FolderMessage& message : listing.messages) {
-    if (!goesOn) break;
-    const std::optional<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
+  for (const FolderMessage& message : listing->messages) {
+    if (!written) break;
+    const Result<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
     if (!source) {
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }
     const bool hasMark = leavesMarks && !message.isReceived;
-    goesOn = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source, message.subject,
-                          message.opened);
-    if (goesOn) ++outcome.count;
-    if (goesOn && progress && !progress(outcome.count)) {
-      outcome.error = Ui::tr("中止しました。");
-      goesOn = false;
+    written = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source, message.subject,
+                           message.opened);
+    if (written) ++outcome.count;
+    if (written && progress && !progress(outcome.count)) {
+      written = StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
     }
   }
-  outcome.complete = goesOn && writer.Close();
-  if (outcome.error.isEmpty()) outcome.error = writer.Error();
+  if (written) written = writer.Close();
+  outcome.complete = static_cast<bool>(written);
+  outcome.error = written.Error().text;
   if (!outcome.complete) outcome.count = 0;
   return outcome;
 }

@@ -14,6 +14,7 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/group_size.h"
+#include "storage/session_result.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
@@ -48,47 +49,42 @@ class Importer {
 
   // What is stored, by what can be told without its source. Without all of it nothing may be
   // imported: what is stored would be stored again.
-  bool ReadStored() {
+  Result<> ReadStored() {
     const OpenedDatabase opened(context_, DatabaseKind::Mail);
-    if (!opened) return false;
-    bool read = false;
-    if (const RecordsetPtr rows = MessageRows(context_.Data).All()) {
-      for (; !rows->Eof(); rows->MoveNext()) {
-        const UnreadableMessage stored{rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString(),
-                                       rows->Fields(u"FIELD_TIMESTAMP").toString()};
-        ids_.insert(rows->Fields(u"FIELD_ID").toString(), stored);
-        stored_.insert(Key(stored.subject, rows->Fields(u"FIELD_MAILADDRESS").toString()),
-                       stored.serialId);
-      }
-      read = !rows->Failed();
+    if (!opened) return opened.Error();
+    const RecordsetPtr rows = MessageRows(context_.Data).All();
+    if (rows == nullptr) return ReasonOf(context_.Data);
+    for (; !rows->Eof(); rows->MoveNext()) {
+      const UnreadableMessage stored{rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString(),
+                                     rows->Fields(u"FIELD_TIMESTAMP").toString()};
+      ids_.insert(rows->Fields(u"FIELD_ID").toString(), stored);
+      stored_.insert(Key(stored.subject, rows->Fields(u"FIELD_MAILADDRESS").toString()),
+                     stored.serialId);
     }
-    return read;
+    return ResultOf(context_.Data, !rows->Failed());
   }
 
-  bool Take(const QByteArray& source) {
+  Result<> Take(const QByteArray& source) {
     const QString id = ImportId(source);
     if (IsKnown(id, source)) {
       ++counts_.known;
-      return true;
+      return {};
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, id, kStatusReceived);
     MessageBag::SetFolders(message, folder_);
     group_.Add(source.size());
-    switch (store_.StoreReceived(message, source)) {
-      case MailStore::Received::Failed:
-        return false;
-      case MailStore::Received::Known:  // by another program, since the import began
-      case MailStore::Received::Alike:
-        ++counts_.known;
-        return true;
-      case MailStore::Received::Stored:
-        brought_.insert(id);
-        ++counts_.imported;
+    const Result<MailStore::Received> received = store_.StoreReceived(message, source);
+    if (!received) return received.Error();
+    if (*received != MailStore::Received::Stored) {  // by another program, since the import began
+      ++counts_.known;
+      return {};
     }
-    if (!group_.IsFull()) return true;
+    brought_.insert(id);
+    ++counts_.imported;
+    if (!group_.IsFull()) return {};
     group_.Clear();
-    return context_.Data.FlushGroup();
+    return ResultOf(context_.Data, context_.Data.FlushGroup());
   }
 
   // After a failure the engine may have taken back more than the last message.
@@ -112,10 +108,9 @@ class Importer {
     const auto imported = ids_.constFind(id);
     if (imported != ids_.cend()) {
       // What this import brought is not read again.
-      if (!imported->serialId.isEmpty() &&
-          store_.LoadMessageSource(Disk(imported->serialId)) != source) {
-        counts_.unreadable.append(*imported);
-      }
+      if (imported->serialId.isEmpty()) return true;
+      const Result<QByteArray> stored = store_.LoadMessageSource(Disk(imported->serialId));
+      if (stored != source) counts_.unreadable.append(*imported);
       return true;
     }
     ids_.insert(id, {});
@@ -141,50 +136,45 @@ class Importer {
 
 }  // namespace
 
-bool ImportMessages(Context& context, const QString& path, const QString& folder,
-                    ImportCounts* counts, QString* error, const WorkProgress& progress) {
+Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
+                        ImportCounts* counts, const WorkProgress& progress) {
   WorkLock work(context, kImportWork);
-  if (!work.Take(kWaitMs)) {
-    *error = work.HeldWords();
-    return false;
-  }
+  if (!work.Take(kWaitMs)) return StorageError{StorageError::Kind::Busy, work.HeldWords()};
   Importer importer(context, folder, *counts);
-  if (!importer.ReadStored()) {
-    *error = Ui::tr("保存されているメッセージを読み込めないため、取り込みません。") +
-             context.Data.LastError().text;
-    return false;
+  if (const Result<> read = importer.ReadStored(); !read) {
+    return read.Error().Behind(
+        Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"));
   }
   context.Data.BeginGroup(MailDatabasePath(context));
-  bool stored = true;
+  Result<> stored;
   bool ended = false;
-  const bool read = ReadArchive(
-      path,
-      [&](const QByteArray& source) {
-        stored = importer.Take(source);
-        ended = stored && progress && !progress(counts->imported + counts->known);
-        return stored && !ended;
-      },
-      error);
-  const bool written = context.Data.EndGroup();
-  if (ended) *error = Ui::tr("中止しました。");
-  if (stored && written) return read && !ended;
-  *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;
-  importer.CountStored();
-  return false;
+  const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
+    stored = importer.Take(source);
+    ended = stored && progress && !progress(counts->imported + counts->known);
+    return stored && !ended;
+  });
+  const Result<> written = ResultOf(context.Data, context.Data.EndGroup());
+  if (stored) stored = written;
+  if (!stored) {
+    importer.CountStored();
+    return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
+  }
+  if (ended) return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
+  if (!read) return read.Error();
+  if (!read->isEmpty()) counts->notice = *read;
+  return {};
 }
 
-QString TakeMessageFile(Context& context, const QString& path, QString* error) {
+Result<QString> TakeMessageFile(Context& context, const QString& path) {
   QByteArray source;
-  const bool read = ReadArchive(
-      path,
-      [&source](const QByteArray& first) {
-        source = first;
-        return false;
-      },
-      error);
+  const Result<QString> read = ReadArchive(path, [&source](const QByteArray& first) {
+    source = first;
+    return false;
+  });
   if (source.isEmpty()) {
-    if (read) *error = Ui::tr("「%1」にメッセージがありません。").arg(path);
-    return {};
+    if (!read) return read.Error();
+    return StorageError{StorageError::Kind::Other,
+                        Ui::tr("「%1」にメッセージがありません。").arg(path)};
   }
   const QString id = ImportId(source);
   QString known;
@@ -195,10 +185,8 @@ QString TakeMessageFile(Context& context, const QString& path, QString* error) {
   if (!known.isEmpty()) return known;
   Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));
   FillMessage(message, source, id, -kStatusReceived);
-  const QString stored = MailStore(context).StoreMessage(message, source);
-  if (stored.isEmpty()) {
-    *error = Ui::tr("メッセージを保存できません。") + context.Data.LastError().text;
-  }
+  const Result<QString> stored = MailStore(context).StoreMessage(message, source);
+  if (!stored) return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
   return stored;
 }
 

@@ -59,9 +59,24 @@ bool IsMbox(const QString& path) {
          (file.size() == 0 || file.peek(5) == "From ");
 }
 
-bool CannotRead(const QString& path, QString* error) {
-  *error = Ui::tr("「%1」を読み込めません。").arg(QDir::toNativeSeparators(path));
-  return false;
+// A sentence about a file, which stands in it as "%1".
+StorageError Failure(const QString& sentence, const QString& path) {
+  return {StorageError::Kind::Other, sentence.arg(QDir::toNativeSeparators(path))};
+}
+
+StorageError CannotRead(const QString& path) {
+  return Failure(Ui::tr("「%1」を読み込めません。"), path);
+}
+
+StorageError CannotWrite(const QString& path) {
+  return Failure(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。"), path);
+}
+
+Result<> WriteFile(const QString& path, const QByteArray& bytes) {
+  QSaveFile file(path);
+  const bool written =
+      file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+  return written ? Result<>() : CannotWrite(path);
 }
 
 // What begins with no header field may still be an old or broken message, but not one with bytes
@@ -80,29 +95,26 @@ bool BeginsAsMbox(QByteArrayView start) {
   return start.startsWith("From ");
 }
 
-bool ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take, bool* goesOn,
-              QString* error) {
+Result<> ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take,
+                  bool* goesOn) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return CannotRead(path, error);
+  if (!file.open(QIODevice::ReadOnly)) return CannotRead(path);
   const QByteArray start = file.peek(kLookedAt);
-  if (BeginsAsMbox(start)) return ReadMbox(file, take) || CannotRead(path, error);
+  if (BeginsAsMbox(start)) return ReadMbox(file, take) ? Result<>() : CannotRead(path);
   if (!start.isEmpty() && !LooksLikeMessage(start)) {
-    *error =
-        Ui::tr("「%1」はメッセージのファイルではありません。").arg(QDir::toNativeSeparators(path));
-    return false;
+    return Failure(Ui::tr("「%1」はメッセージのファイルではありません。"), path);
   }
   QByteArray source = file.readAll();
-  if (file.error() != QFileDevice::NoError) return CannotRead(path, error);
+  if (file.error() != QFileDevice::NoError) return CannotRead(path);
   if (!IsOwnName(QFileInfo(path).fileName())) source = WithCrLf(source);
   if (!source.isEmpty()) *goesOn = take(source);
-  return true;
+  return {};
 }
 
 // A folder with all that lies in it.
 class FolderReader {
  public:
-  FolderReader(const std::function<bool(const QByteArray&)>& take, QString* error)
-      : take_(take), error_(error) {}
+  explicit FolderReader(const std::function<bool(const QByteArray&)>& take) : take_(take) {}
 
   void Read(const QDir& folder) {
     const bool isMaildir =
@@ -119,7 +131,7 @@ class FolderReader {
       if (goesOn_ && !isRead) Read(QDir(folder.filePath(name)));
     }
   }
-  bool Complete() const { return complete_; }
+  const Result<>& Complete() const { return complete_; }
   int PassedOver() const { return goesOn_ ? passedOver_ : 0; }
 
  private:
@@ -127,32 +139,34 @@ class FolderReader {
     const QStringList names = folder.entryList(filters, QDir::Files, QDir::Name);
     for (const QString& name : names) {
       if (!goesOn_) return;
-      complete_ = ReadFile(folder.filePath(name), take_, &goesOn_, error_) && complete_;
+      const Result<> read = ReadFile(folder.filePath(name), take_, &goesOn_);
+      if (!read) complete_ = read;
     }
     passedOver_ += static_cast<int>(folder.entryList(QDir::Files).size() - names.size());
   }
 
   const std::function<bool(const QByteArray&)>& take_;
-  QString* error_;
   bool goesOn_ = true;
-  bool complete_ = true;
+  Result<> complete_;
   int passedOver_ = 0;
 };
 
 }  // namespace
 
-bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
-                 QString* error) {
+Result<QString> ReadArchive(const QString& path,
+                            const std::function<bool(const QByteArray&)>& take) {
   bool goesOn = true;
-  if (!QFileInfo(path).isDir()) return ReadFile(path, take, &goesOn, error);
-  FolderReader reader(take, error);
-  reader.Read(QDir(path));
-  if (reader.PassedOver() > 0 && reader.Complete()) {
-    *error =
-        Ui::tr("メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。")
-            .arg(reader.PassedOver());
+  if (!QFileInfo(path).isDir()) {
+    const Result<> read = ReadFile(path, take, &goesOn);
+    if (!read) return read.Error();
+    return QString();
   }
-  return reader.Complete();
+  FolderReader reader(take);
+  reader.Read(QDir(path));
+  if (!reader.Complete()) return reader.Complete().Error();
+  if (reader.PassedOver() == 0) return QString();
+  return Ui::tr("メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。")
+      .arg(reader.PassedOver());
 }
 
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)
@@ -168,39 +182,27 @@ ArchiveWriter::~ArchiveWriter() {
   if (isOpen_) RemoveParts();
 }
 
-bool ArchiveWriter::Fail(const QString& error) {
-  error_ = error;
-  return false;
-}
-
-bool ArchiveWriter::FailToWrite(const QString& path) {
-  return Fail(Ui::tr("「%1」に書き込めません。ディスクの空き容量を確認してください。")
-                  .arg(QDir::toNativeSeparators(path)));
-}
-
-bool ArchiveWriter::MayReplace() {
+Result<> ArchiveWriter::MayReplace() const {
   const QFileInfo target(path_);
-  if (!target.exists() && !target.isSymLink()) return true;
-  const QString name = QDir::toNativeSeparators(path_);
-  if (!overwrite_) return Fail(Ui::tr("「%1」はもうあります。").arg(name));
-  if (format_ == ArchiveFormat::Mbox ? IsMbox(path_) : IsOwnArchive(path_)) return true;
-  return Fail(
-      Ui::tr("「%1」には書き出したメッセージのほかのものがあるので、置き換えません。").arg(name));
+  if (!target.exists() && !target.isSymLink()) return {};
+  if (!overwrite_) return Failure(Ui::tr("「%1」はもうあります。"), path_);
+  if (format_ == ArchiveFormat::Mbox ? IsMbox(path_) : IsOwnArchive(path_)) return {};
+  return Failure(Ui::tr("「%1」には書き出したメッセージのほかのものがあるので、置き換えません。"),
+                 path_);
 }
 
-bool ArchiveWriter::Open() {
-  if (!MayReplace()) return false;
-  const QString cannot = Ui::tr("「%1」に書き込めません。").arg(QDir::toNativeSeparators(path_));
-  if (!QDir().mkpath(QFileInfo(path_).path())) return Fail(cannot);
+Result<> ArchiveWriter::Open() {
+  if (const Result<> may = MayReplace(); !may) return may;
+  const StorageError cannot = Failure(Ui::tr("「%1」に書き込めません。"), path_);
+  if (!QDir().mkpath(QFileInfo(path_).path())) return cannot;
   if (!lock_.tryLock()) {
-    return Fail(lock_.error() == QLockFile::LockFailedError
-                    ? Ui::tr("「%1」には別の書き出しが書き込んでいます。")
-                          .arg(QDir::toNativeSeparators(path_))
-                    : cannot);
+    return lock_.error() == QLockFile::LockFailedError
+               ? Failure(Ui::tr("「%1」には別の書き出しが書き込んでいます。"), path_)
+               : cannot;
   }
   isOpen_ = true;
   RemoveLeftOvers();
-  return MakeParts() || Fail(cannot);
+  return MakeParts() ? Result<>() : cannot;
 }
 
 // Of a writer that was killed: what it gathered, and what it was about to replace.
@@ -237,13 +239,7 @@ void ArchiveWriter::RemoveParts() {
   isOpen_ = false;
 }
 
-bool ArchiveWriter::WriteFile(const QString& path, const QByteArray& bytes) {
-  QSaveFile file(path);
-  return (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) ||
-         FailToWrite(path);
-}
-
-bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool opened) {
+Result<> ArchiveWriter::Write(const QByteArray& source, const QString& name, bool opened) {
   ++count_;
   const QString number = QStringLiteral("%1").arg(count_, 7, 10, QLatin1Char('0'));
   const QDir folder(parts_);
@@ -259,11 +255,11 @@ bool ArchiveWriter::Write(const QByteArray& source, const QString& name, bool op
         source);
   }
   const QByteArray bytes = MboxEntry(source);
-  return mbox_.write(bytes) == bytes.size() || FailToWrite(path_);
+  return mbox_.write(bytes) == bytes.size() ? Result<>() : CannotWrite(path_);
 }
 
-bool ArchiveWriter::Close() {
-  if (!isOpen_) return false;
+Result<> ArchiveWriter::Close() {
+  if (!isOpen_) return StorageError();
   bool written = true;
   if (format_ == ArchiveFormat::Mbox) {
     written = mbox_.flush();
@@ -271,9 +267,10 @@ bool ArchiveWriter::Close() {
     written = written && mbox_.error() == QFileDevice::NoError;
   }
   // Another program may have made the target meanwhile.
-  written = (written || FailToWrite(path_)) && MayReplace() && (Replace() || FailToWrite(path_));
+  Result<> closed = written ? MayReplace() : CannotWrite(path_);
+  if (closed && !Replace()) closed = CannotWrite(path_);
   RemoveParts();
-  return written;
+  return closed;
 }
 
 bool ArchiveWriter::Replace() {

@@ -7,6 +7,8 @@
 #include <QString>
 #include <functional>
 
+#include "storage/result.h"
+
 namespace vorn {
 
 /// The forms in which messages leave and enter the program.
@@ -16,11 +18,11 @@ enum class ArchiveFormat { Mbox, Maildir, Eml };
 /// end the reading. A folder with "cur" and "new" is a Maildir; another folder is read for its .eml
 /// and .mbox files; so are those in it. A file that begins with "From " is an mbox (see
 /// `ReadMbox`), any other file is one message. Sources whose lines end with a bare LF get CR LF,
-/// unless `ArchiveWriter` wrote them. False, with a sentence in `error`, when something could not
-/// be read or is no message; everything else was handed over. After true there may be a sentence as
-/// well, about files in a folder that were passed over.
-bool ReadArchive(const QString& path, const std::function<bool(const QByteArray&)>& take,
-                 QString* error);
+/// unless `ArchiveWriter` wrote them. Fails when something could not be read or is no message;
+/// everything else was handed over. Gives a sentence about files in a folder that were passed over,
+/// or an empty one.
+Result<QString> ReadArchive(const QString& path,
+                            const std::function<bool(const QByteArray&)>& take);
 
 /// Writes messages to a file (mbox) or folder (Maildir, Eml), unchanged. They are gathered under
 /// another name beside it and get theirs in `Close`: a writer that ends before leaves nothing under
@@ -34,24 +36,19 @@ class ArchiveWriter {
   ArchiveWriter(const ArchiveWriter&) = delete;
   ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
-  /// False, with the reason in `Error`, when the target exists, is being written by another program
-  /// or cannot be made.
-  bool Open();
+  /// Fails when the target exists, is being written by another program or cannot be made.
+  Result<> Open();
   /// `name` is what a file is called after, such as the subject; `opened` whether it was read.
-  bool Write(const QByteArray& source, const QString& name, bool opened);
-  /// Puts everything in its place. False when it cannot be; what was there is as it was.
-  bool Close();
-  const QString& Error() const { return error_; }
+  Result<> Write(const QByteArray& source, const QString& name, bool opened);
+  /// Puts everything in its place. When it cannot be, what was there is as it was.
+  Result<> Close();
 
  private:
-  bool MayReplace();
+  Result<> MayReplace() const;
   void RemoveLeftOvers();
   bool MakeParts();
-  bool WriteFile(const QString& path, const QByteArray& bytes);
   bool Replace();
   void RemoveParts();
-  bool Fail(const QString& error);
-  bool FailToWrite(const QString& path);
 
   ArchiveFormat format_;
   QString path_;
@@ -61,7 +58,6 @@ class ArchiveWriter {
   QLockFile lock_;
   QFile mbox_;
   int count_ = 0;
-  QString error_;
 };
 
 }  // namespace vorn

@@ -75,7 +75,8 @@ bool IsNamedZip(const ModelAttachment& attachment) {
 }
 
 bool IsZip(const ModelAttachment& attachment, const QByteArray& source) {
-  return IsNamedZip(attachment) && ReadAttachment(attachment, source).startsWith("PK\x03\x04");
+  return IsNamedZip(attachment) &&
+         ReadAttachment(attachment, source).ValueOr({}).startsWith("PK\x03\x04");
 }
 
 // What a user should know before opening it.
@@ -85,7 +86,7 @@ QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
   }
   // One that was added may be large, and its owner knows what is in it.
   if (attachment.isNew || !IsNamedZip(attachment)) return {};
-  const std::vector<ZipEntry> files = ListZip(ReadAttachment(attachment, source));
+  const std::vector<ZipEntry> files = ListZip(ReadAttachment(attachment, source).ValueOr({}));
   const bool isEncrypted = std::any_of(files.begin(), files.end(),
                                        [](const ZipEntry& file) { return file.isEncrypted; });
   return isEncrypted ? Ui::tr("、パスワード付き") : QString();
@@ -273,14 +274,13 @@ void AttachmentList::TellSaved(size_t files, const QString& folder) {
 
 // The file appears whole or not at all.
 bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachment) {
-  QString error;
-  const QByteArray bytes = ReadAttachment(attachment, source_, &error);
-  if (!error.isEmpty()) {
-    Tell(error);
+  const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
+  if (!bytes) {
+    Tell(bytes.Error().text);
     return false;
   }
   QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit()) {
     if (!attachment.isNew) MarkForeign(path, MidAddress(source_));
     return true;
   }
@@ -291,13 +291,12 @@ bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachm
 
 // Asks before anything that may act.
 bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
-  QString error;
-  const QByteArray bytes = ReadAttachment(attachment, source_, &error);
-  if (!error.isEmpty()) return true;  // which is told where it is written
+  const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
+  if (!bytes) return true;  // which is told where it is written
   FileKind kind;
   const QPointer<AttachmentList> self(this);
   const auto look = [&](const std::atomic<bool>& stop) {
-    kind = KindOfFile(attachment.name, bytes, &stop);
+    kind = KindOfFile(attachment.name, *bytes, &stop);
   };
   const bool isWanted = ProgressWindow(this, Ui::tr("添付ファイルを開く"))
                             .Run(Ui::tr("添付ファイルの中身を調べています…"), look);
@@ -362,8 +361,9 @@ void AttachmentList::UnpackCurrent() {
   if (row < 0) return;
   const ModelAttachment archive = attachments_[static_cast<size_t>(row)];
   const QPointer<AttachmentList> self(this);
-  const Unpacked unpacked = UnpackByDialog(context_, this, ReadAttachment(archive, source_),
-                                           archive.name, MidAddress(source_));
+  const Unpacked unpacked =
+      UnpackByDialog(context_, this, ReadAttachment(archive, source_).ValueOr({}), archive.name,
+                     MidAddress(source_));
   if (self != nullptr && unpacked.files > 0) TellSaved(unpacked.files, unpacked.folder);
 }
 

@@ -37,15 +37,13 @@ void DraftKeeper::Keep() {
   qint64 bytes = 0;
   for (const ModelAttachment& attachment : model.attachments) bytes += SizeOf(attachment);
   if (bytes > kDraftAttachmentBytes) model.attachments.clear();
-  QString unreadable;
-  QByteArray source = document_.Compose(model, &unreadable);
-  if (!unreadable.isEmpty()) {  // the text counts, also when an attachment has vanished
+  Result<QByteArray> source = document_.Compose(model);
+  if (!source) {  // the text counts, also when an attachment has vanished
     model.attachments.clear();
-    unreadable.clear();
-    source = document_.Compose(model, &unreadable);
+    source = document_.Compose(model);
   }
   // A full disk may have room again at the next turn.
-  isDue_ = !Drafts::Keep(context_, document_.Tag(), source);
+  isDue_ = !source || !Drafts::Keep(context_, document_.Tag(), *source);
 }
 
 }  // namespace vorn

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <tuple>
 
 #include "kit/window/plain_text.h"
 #include "mail/codec/flag_string.h"
@@ -54,24 +55,24 @@ bool MessageClosing::AskToSave(bool* cancelled) {
 }
 
 bool MessageClosing::StoreEdited() {
-  QString error;
   MessageModel model = form_.Take(document_.Model());
   const Settings settings(context_);
   if (document_.IsSending() && settings.WrapsLines()) {
     model.text = WrapLines(model.text.Get(), kMostColumns, EditSettings::From(settings).memoIndent);
   }
-  const QByteArray source = document_.Compose(model, &error);
-  if (source.isNull()) {
-    ShowBox(&window_, QMessageBox::Critical, error);
+  const Result<QByteArray> source = document_.Compose(model);
+  if (!source) {
+    ShowBox(&window_, QMessageBox::Critical, source.Error().text);
     return false;
   }
-  if (!MailStore(context_).StoreMessage(*document_.Bag(), source).isEmpty()) {
+  const Result<QString> stored = MailStore(context_).StoreMessage(*document_.Bag(), *source);
+  if (stored) {
     Drafts::Forget(context_, document_.Tag());
     host_.MessageStored();
     return true;
   }
   ShowBox(&window_, QMessageBox::Critical,
-          Ui::tr("メッセージを保存できません。") + context_.Data.LastError().text);
+          Ui::tr("メッセージを保存できません。") + stored.Error().text);
   return false;
 }
 
@@ -138,15 +139,17 @@ void MessageClosing::NoteAnswer() {
   const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
   const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
   if (!document_.Request().HasOriginal() || (!forwards && !answers)) return;
-  SetMark(context_, {document_.Request().Original()}, forwards ? kFlagForwarded : kFlagAnswered,
-          true);
+  // The answer itself is stored; the mark is no more than a help.
+  std::ignore = SetMark(context_, {document_.Request().Original()},
+                        forwards ? kFlagForwarded : kFlagAnswered, true);
   host_.MessageStored();
 }
 
 void MessageClosing::StoreState() {
-  if (document_.StoreState()) return;
+  const Result<> stored = document_.StoreState();
+  if (stored) return;
   ShowBox(&window_, QMessageBox::Critical,
-          Ui::tr("メッセージを変更できません。") + context_.Data.LastError().text);
+          Ui::tr("メッセージを変更できません。") + stored.Error().text);
 }
 
 void MessageClosing::Delete() {
@@ -154,9 +157,10 @@ void MessageClosing::Delete() {
       ShowBox(&window_, QMessageBox::Question, Ui::tr("メッセージを削除します。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).DeleteMessage(*document_.Bag())) {
+  const Result<> deleted = MailStore(context_).DeleteMessage(*document_.Bag());
+  if (!deleted) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("メッセージを削除できません。") + context_.Data.LastError().text);
+            Ui::tr("メッセージを削除できません。") + deleted.Error().text);
     return;
   }
   document_.Request().BeDeleted();

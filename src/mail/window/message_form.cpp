@@ -49,10 +49,10 @@ void AddRow(QGridLayout* grid, int row, QLabel* label, QWidget* control) {
 }
 
 // What stands in the place of a text that there is not.
-LazyText TextOf(const Context& context, const OpenedMessage& opened, bool isNew) {
+LazyText TextOf(const OpenedMessage& opened, bool isNew) {
   if (opened.unreadable) {
     return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
-           context.Data.LastError().text;
+           opened.reason.text;
   }
   return opened.found || isNew ? opened.model.text : LazyText(Ui::tr("メッセージがありません。"));
 }
@@ -184,7 +184,7 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   lvClip_->setVisible(!model.attachments.empty());
   lbClip_->setVisible(!model.attachments.empty());
   const bool hasHtml = !isEditable && !opened.html.isEmpty();
-  body_->Show(TextOf(context_, opened, document.IsNew()), isEditable,
+  body_->Show(TextOf(opened, document.IsNew()), isEditable,
               hasHtml ? [&document] { return document.ShownHtml(); } : std::function<QString()>(),
               IsHtmlFirst(context_, model) ? MessageBody::Front::Html : MessageBody::Front::Text);
   lvHeader_->Show(model.headerRows, isEditable);

@@ -26,17 +26,17 @@ constexpr QSize kSourceSize(720, 560);
 
 }  // namespace
 
-// Of a message that is written it is made now; null, with the reason in `error`, when it cannot be.
-QByteArray MessageOutput::Source(QString* error) const {
-  return document_.IsEditable() ? document_.Compose(form_.Take(document_.Model()), error)
+// Of a message that is written it is made now.
+Result<QByteArray> MessageOutput::Source() const {
+  return document_.IsEditable() ? document_.Compose(form_.Take(document_.Model()))
                                 : document_.Source();
 }
 
 void MessageOutput::SaveToFile(const QString& subject) {
   form_.FinishEditing();
-  QString error;
-  QByteArray source = Source(&error);
-  if (!error.isEmpty()) ShowBox(&window_, QMessageBox::Critical, error);
+  const Result<QByteArray> composed = Source();
+  if (!composed) ShowBox(&window_, QMessageBox::Critical, composed.Error().text);
+  QByteArray source = composed.ValueOr({});
   if (source.isEmpty()) return;
   const bool isReceived = document_.Status() == kStatusReceived;
   if (Settings(context_).HasStandardHeaders() && !isReceived) {
@@ -64,8 +64,7 @@ void MessageOutput::Print() {
 
 void MessageOutput::ShowSource(const QString& subject) {
   form_.FinishEditing();
-  QString error;
-  const QByteArray source = Source(&error);
+  const QByteArray source = Source().ValueOr({});
   auto* dialog = new QDialog(&window_);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setObjectName(QStringLiteral("source"));

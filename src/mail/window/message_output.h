@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/context.h"
+#include "storage/result.h"
 
 class QWidget;
 
@@ -24,7 +25,7 @@ class MessageOutput {
   void ShowSource(const QString& subject);
 
  private:
-  QByteArray Source(QString* error) const;
+  Result<QByteArray> Source() const;
 
   Context& context_;
   MessageHost& host_;

@@ -38,7 +38,7 @@ void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
   const OpenedMessage opened = LookAtMessage(context, request);
   if (!opened.found || opened.unreadable) {
     ShowBox(window, QMessageBox::Critical,
-            Ui::tr("メッセージを読み込めません。") + context.Data.LastError().text);
+            Ui::tr("メッセージを読み込めません。") + opened.reason.text);
     return;
   }
   const QString html =

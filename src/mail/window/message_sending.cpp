@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <algorithm>
+#include <tuple>
 
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
@@ -158,14 +159,15 @@ bool MessageSending::HasGone() const {
 }
 
 void MessageSending::SendAgain() {
-  const bool waits = Outbox(context_, document_.File()).SendAgain(document_.Tag());
+  const Result<> waits = Outbox(context_, document_.File()).SendAgain(document_.Tag());
   Q_EMIT AnewWanted();
   host_.MessageStored();
   if (waits) host_.SendMessage(document_.Tag());
 }
 
 void MessageSending::KeepAsSent() {
-  Outbox(context_, document_.File()).KeepAsSent(document_.Tag());
+  // Whether it worked is seen by what is opened.
+  std::ignore = Outbox(context_, document_.File()).KeepAsSent(document_.Tag());
   Q_EMIT AnewWanted();
   host_.MessageStored();
 }

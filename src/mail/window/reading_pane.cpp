@@ -22,6 +22,7 @@
 namespace vorn {
 namespace {
 
+constexpr int kLeastLines = 6;
 constexpr int kPaneClipRows = 2;
 }  // namespace
 
@@ -62,6 +63,8 @@ void ReadingPane::Lay() {
   auto* either = new QStackedLayout(this);
   either->addWidget(nothing_);
   either->addWidget(message_);
+  // Whatever a message brings along, the list keeps its room.
+  setMinimumHeight(fontMetrics().lineSpacing() * kLeastLines);
 }
 
 // An answer is a message that is written, which is done in a window.
@@ -109,7 +112,7 @@ void ReadingPane::Fill() {
   LazyText text = opened_.model.text;
   if (opened_.unreadable) {
     text = Ui::tr("メッセージ%1を読み込めません。").arg(opened_.unreadable->Name()) +
-           context_.Data.LastError().text;
+           opened_.reason.text;
   } else if (!opened_.found) {
     text = Ui::tr("メッセージがありません。");
   }

@@ -173,11 +173,12 @@ void EditingWindow::TakeOver(const Disk& saved) {
 }
 
 bool EditingWindow::SaveEdited(const DiskPtr& bag) {
-  if (SaveObject(context_, DatabaseKind::Profile, *bag)) {
+  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *bag);
+  if (saved) {
     TakeOver(*bag);
     return true;
   }
-  Tell({Ui::tr("保存できませんでした。") + context_.Data.LastError().text, nullptr}, nullptr);
+  Tell({Ui::tr("保存できませんでした。") + saved.Error().text, nullptr}, nullptr);
   return false;
 }
 

@@ -14,6 +14,7 @@
 #include "objects/object_types.h"
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -40,12 +41,15 @@ Matches CountMatches(Context& context, const Disk& folder, int limitMs) {
   const ConditionLimit limit(limitMs);
   const QString counting = FolderSqlBuilder(context).Query(folder).Counting();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  const bool opened = mail && context.Data.OpenRecordset(counting, CursorKind::ForwardOnly,
-                                                         StatementTrust::UserCondition);
-  if (opened && !context.Data.Recordset()->Failed()) {
+  const Result<> counted =
+      mail ? ResultOf(context.Data, context.Data.OpenRecordset(counting, CursorKind::ForwardOnly,
+                                                               StatementTrust::UserCondition) &&
+                                        !context.Data.Recordset()->Failed())
+           : mail.Error();
+  if (counted) {
     matches.count = context.Data.Recordset()->Fields(u"N").toInt();
   } else {
-    matches.error = context.Data.LastError().text;
+    matches.error = counted.Error().text;
     matches.tookLong = limit.IsReached();
   }
   return matches;
@@ -144,9 +148,9 @@ void FolderPage::CountElsewhere() {
   matches_->setText(Ui::tr("条件に合うメッセージを数えています…"));
   run_.reset(new ConditionRun(context_, FolderSqlBuilder(context_).Query(*Edited()).Counting(),
                               kPreviewLimitMs, [this](const ConditionRun::Answer& answer) {
-                                StopCounting(answer.error
-                                                 ? answer.error.text
-                                                 : MatchesText(answer.values.value(0).toInt()));
+                                StopCounting(answer.values
+                                                 ? MatchesText(answer.values->value(0).toInt())
+                                                 : answer.values.Error().text);
                               }));
 }
 

@@ -18,6 +18,7 @@
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
 #include "objects/window_request.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -116,14 +117,15 @@ bool ObjectsWindow::Save() {
     Tell({taken, file_->Name()}, file_);
     return false;
   }
-  QString error;
-  if (profile_ != nullptr && !profile_->ChangePassword(*bag, &error)) {
-    Tell({error, nullptr}, profile_);
+  const Result<> changed = profile_ != nullptr ? profile_->ChangePassword(*bag) : Result<>();
+  if (!changed) {
+    Tell({changed.Error().text, nullptr}, profile_);
     return false;
   }
   const DatabaseKind kind = ObjectRequest(*Request()).Database();
-  if (!SaveObject(GetContext(), kind, *bag)) {
-    Tell({Ui::tr("保存できませんでした。") + GetContext().Data.LastError().text, nullptr}, file_);
+  const Result<> saved = SaveObject(GetContext(), kind, *bag);
+  if (!saved) {
+    Tell({Ui::tr("保存できませんでした。") + saved.Error().text, nullptr}, file_);
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
@@ -152,13 +154,13 @@ void ObjectsWindow::cmDelete_Click() {
     return;
   }
   const DatabaseKind kind = ObjectRequest(*Request()).Database();
-  const auto remove = [&] {
+  const auto remove = [&]() -> Result<> {
     const OpenedDatabase opened(context, kind);
-    return opened && object->Delete(context.Data);
+    return opened ? ResultOf(context.Data, object->Delete(context.Data)) : opened.Error();
   };
-  if (!remove()) {
+  if (const Result<> removed = remove(); !removed) {
     ShowBox(parentWidget(), QMessageBox::Critical,
-            Ui::tr("削除できませんでした。") + context.Data.LastError().text);
+            Ui::tr("削除できませんでした。") + removed.Error().text);
     return;
   }
   context.Objects.Remove(Tag());

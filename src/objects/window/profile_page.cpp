@@ -23,6 +23,7 @@
 #include "storage/databases.h"
 #include "storage/file_key.h"
 #include "storage/profile_bag.h"
+#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -243,24 +244,20 @@ QString ProfilePage::WhyNotAdded(const QFileInfo& file, const QString& stored) {
   }
   const QString sentence = Ui::tr("メッセージのデータベースとして開けません。");
   if (file.fileName() == u"profile.mbx" || file.size() == 0) return sentence;
-  const QString reason = WhyNotOpened(stored);
-  return reason.isEmpty() ? reason : sentence + reason;
+  const Result<> opens = OpenOrAdopt(stored);
+  return opens ? QString() : sentence + opens.Error().text;
 }
 
 // One that was kept still has the password that the profile had then.
-QString ProfilePage::WhyNotOpened(const QString& stored) {
-  const auto opens = [&] {
-    return static_cast<bool>(OpenedDatabase(context_, DatabaseKind::MailByPath, stored));
-  };
-  if (opens()) return {};
-  QString reason = context_.Data.LastError().text;
+Result<> ProfilePage::OpenOrAdopt(const QString& stored) {
+  const Result<> opens = Open(stored);
+  if (opens) return opens;
   const QString path = PlatformPath(context_, stored);
-  if (context_.Data.TestPassword(path, ProfileBag(*context_.Session).Password()) ||
-      context_.Data.LastError().kind != StorageError::Kind::WrongPassword) {
-    return reason;
-  }
+  const Result<> fits = ResultOf(
+      context_.Data, context_.Data.TestPassword(path, ProfileBag(*context_.Session).Password()));
+  if (fits.Error().kind != StorageError::Kind::WrongPassword) return opens;
   for (const QString& former : FormerPasswords(context_)) {
-    if (context_.Data.TestPassword(path, former)) return WhyNotAdopted(stored, former);
+    if (context_.Data.TestPassword(path, former)) return Adopt(stored, former);
   }
   bool answered = false;
   const QString former = QInputDialog::getText(
@@ -268,14 +265,17 @@ QString ProfilePage::WhyNotOpened(const QString& stored) {
       Ui::tr("このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを"
              "入力してください。"),
       QLineEdit::Password, QString(), &answered);
-  return answered ? WhyNotAdopted(stored, former) : reason;
+  return answered ? Adopt(stored, former) : opens;
 }
 
-QString ProfilePage::WhyNotAdopted(const QString& stored, const QString& former) {
-  QString reason;
-  if (!AdoptMailFile(context_, PlatformPath(context_, stored), former, &reason)) return reason;
-  const OpenedDatabase adopted(context_, DatabaseKind::MailByPath, stored);
-  return adopted ? QString() : context_.Data.LastError().text;
+Result<> ProfilePage::Adopt(const QString& stored, const QString& former) {
+  const Result<> adopted = AdoptMailFile(context_, PlatformPath(context_, stored), former);
+  return adopted ? Open(stored) : adopted;
+}
+
+Result<> ProfilePage::Open(const QString& stored) {
+  const OpenedDatabase opened(context_, DatabaseKind::MailByPath, stored);
+  return opened ? Result<>() : opened.Error();
 }
 
 void ProfilePage::UseDatabase() {
@@ -340,10 +340,10 @@ PageFault ProfilePage::Check() {
   return {Ui::tr("いまのパスワードが違います。"), txPasswordNow_};
 }
 
-bool ProfilePage::ChangePassword(const Disk& profile, QString* error) {
-  if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return true;
+Result<> ProfilePage::ChangePassword(const Disk& profile) {
+  if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return {};
   return ChangeProfilePassword(context_, profile, ProfileBag(*context_.Session).Password(),
-                               txPassword_->text(), error);
+                               txPassword_->text());
 }
 
 QString ProfilePage::Line(const QTableWidget& list, int row) const {

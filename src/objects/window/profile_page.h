@@ -1,6 +1,7 @@
 #pragma once
 
 #include "objects/window/form_page.h"
+#include "storage/result.h"
 
 class QCheckBox;
 class QFileInfo;
@@ -17,8 +18,8 @@ class ProfilePage : public FormPage {
 
   void Loaded(const Disk& object) override;
   PageFault Check() override;
-  /// Changes the password when a new one was typed. False, with a sentence, when it could not be.
-  bool ChangePassword(const Disk& profile, QString* error);
+  /// Changes the password when a new one was typed.
+  Result<> ChangePassword(const Disk& profile);
   /// Deletes the files that the user took from the list and wanted deleted. False when one could
   /// not be.
   bool DeleteRemoved();
@@ -38,8 +39,9 @@ class ProfilePage : public FormPage {
   void AddExisting();
   /// A sentence; empty when the file can be added.
   QString WhyNotAdded(const QFileInfo& file, const QString& stored);
-  QString WhyNotOpened(const QString& stored);
-  QString WhyNotAdopted(const QString& stored, const QString& former);
+  Result<> Open(const QString& stored);
+  Result<> OpenOrAdopt(const QString& stored);
+  Result<> Adopt(const QString& stored, const QString& former);
   QString ProtectionText() const;
   QString Folder() const;
   bool IsNew() const;

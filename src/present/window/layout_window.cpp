@@ -210,7 +210,7 @@ void LayoutWindow::InsertTag(int row) {
 void LayoutWindow::Preview() {
   RemovePage();
   const ConditionLimit brief(kShownMs);
-  const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText());
+  const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText()).ValueOr({});
   lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
   if (page.isEmpty()) return;
   shownPage_ = source_.Keep(page);
@@ -234,7 +234,7 @@ void LayoutWindow::RemoveReadPage() {
                        });
 }
 
-bool LayoutWindow::Save(QString* error) {
+Result<> LayoutWindow::Save() {
   // Lines end in a page as they do in the default template.
   const QString html = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
   DiskPtr layouts = LoadObject(context_, fixed_serial::kLayout);
@@ -246,29 +246,26 @@ bool LayoutWindow::Save(QString* error) {
   }
   const QString path = txPath_->text().trimmed();
   if (!path.isEmpty() && !QDir(path).exists()) {
-    *error = Ui::tr("ページのフォルダが見つかりません。");
     txPath_->setFocus();
-    return false;
+    return StorageError{StorageError::Kind::Other, Ui::tr("ページのフォルダが見つかりません。")};
   }
   if (path.isEmpty()) {
     layouts->Remove(PathKey(folder_));
   } else {
     layouts->Let(PathKey(folder_), path);
   }
-  if (!SaveObject(context_, DatabaseKind::Profile, *layouts)) {
-    *error = Ui::tr("保存できませんでした。") + context_.Data.LastError().text;
-    return false;
-  }
+  const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *layouts);
+  if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   if (context_.Objects.Find(fixed_serial::kLayout) == nullptr) context_.Objects.Add(layouts);
-  return true;
+  return {};
 }
 
 void LayoutWindow::cmOk_Click() {
-  QString error;
-  if (Save(&error)) {
+  const Result<> saved = Save();
+  if (saved) {
     accept();
   } else {
-    lbError_->setText(ShownText(error));
+    lbError_->setText(ShownText(saved.Error().text));
   }
 }
 

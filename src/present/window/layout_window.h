@@ -48,7 +48,7 @@ class LayoutWindow : public QDialog {
   void Preview();
   void RemovePage();
   void RemoveReadPage();
-  bool Save(QString* error);
+  Result<> Save();
 
   Context& context_;
   MessageListPages& pages_;

@@ -70,10 +70,11 @@ void PageMaker::MakeAnew(const std::function<void()>& make) {
 }
 
 PageMaker::Written PageMaker::Write() {
-  Written page;
-  page.bytes = pages_.FolderPage(request_.Folder(), request_.Page(), page.before, page.next,
-                                 request_.Search());
-  return page;
+  bool before = false;
+  bool next = false;
+  Result<QByteArray> bytes =
+      pages_.FolderPage(request_.Folder(), request_.Page(), before, next, request_.Search());
+  return {std::move(bytes), before, next};
 }
 
 // Nothing when it takes too long to find the folder's messages here.
@@ -105,11 +106,11 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
 bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
-  reading_.Keep(page.bytes);
+  reading_.Keep(page.bytes.ValueOr({}));
   request_.SetNeighbours(page.before, page.next);
   Q_EMIT Made();
-  if (!page.bytes.isEmpty()) return true;
-  TellFailure(context_.Data.LastError().text);
+  if (page.bytes) return true;
+  TellFailure(page.bytes.Error().text);
   return false;
 }
 
@@ -167,9 +168,9 @@ void PageMaker::AskElsewhere(const std::function<void()>& then) {
 }
 
 void PageMaker::TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then) {
-  if (answer.error) return TellFailure(answer.error.text);
+  if (!answer.values) return TellFailure(answer.values.Error().text);
   QStringList serialIds;
-  for (const QVariant& value : answer.values) serialIds.append(value.toString());
+  for (const QVariant& value : *answer.values) serialIds.append(value.toString());
   serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
     return gone.contains(message);
   });

@@ -60,7 +60,7 @@ class PageMaker : public QObject {
 
  private:
   struct Written {
-    QByteArray bytes;
+    Result<QByteArray> bytes;
     bool before = false;
     bool next = false;
   };
