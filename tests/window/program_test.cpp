@@ -231,7 +231,7 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   // At once, and what the count at the start finds, whenever that is.
   tree->SetUnread(fixed_serial::kInbox, 2);
   ASSERT_EQ(CountUnread(program_->GetContext(), fixed_serial::kInbox), 2);
-  tree->AddEventNode(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
+  tree->ShowEvent(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
   const QString serialId = node(u"甲")->data(0, Qt::UserRole).toString();
   const auto hasPage = [&] {
     const auto pages = program_->Parent()->findChildren<BrowserWindow*>();
