@@ -132,9 +132,10 @@ void ParentWindow::LoadDefaultProperty() {
 }
 
 void ParentWindow::AskAtStart() {
-  for (const QString& serialId : AskOfDoubtful(context_, *this)) OpenMessage(0, serialId, false);
+  for (const QString& serialId : AskOfDoubtful(context_, *this))
+    opener_.OpenMessage(0, serialId, false);
   const QStringList drafts = AskOfDrafts(context_, *this);
-  for (const QString& serialId : drafts) OpenMessage(0, serialId, false);
+  for (const QString& serialId : drafts) opener_.OpenMessage(0, serialId, false);
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;

@@ -37,12 +37,10 @@ class ParentWindow : public QMainWindow, public DispatchHost {
   /// Keeps what is being written and the state of the windows, and ends the traffic, without a
   /// question: the program is about to end.
   void KeepEverything();
-  /// See `Opener`.
-  void OpenArgument(const QString& argument) { opener_.OpenArgument(argument); }
-  void OpenMessage(int open, const QString& serialId, bool isNew) {
-    opener_.OpenMessage(open, serialId, isNew);
-  }
-  void OpenWebPage(const QString& url) { opener_.OpenWebPage(url); }
+  /// Pieces for those who drive the window.
+  Opener& Requests() { return opener_; }
+  PagesHost& Pages() { return pages_; }
+  TrafficHost& Mail() { return traffic_; }
   MailTraffic& Traffic() { return traffic_.Traffic(); }
 
   // DispatchHost
