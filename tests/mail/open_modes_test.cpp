@@ -329,7 +329,7 @@ TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
   EXPECT_EQ(forward("one\r\n\r\ntwo\r\n \r\n\r\n"), head + QStringLiteral("> one\r\n> \r\n> two"));
   EXPECT_EQ(forward("\r\n\r\n"), head) << "of what is attached";
   settings_.usualReplies = false;
-  EXPECT_EQ(forward("one\r\ntwo\r\n"), quote);
+  EXPECT_EQ(forward("one\r\ntwo"), QStringLiteral("one\r\n> two"));
   settings_.usualReplies = true;
 
   sender_.signatures.insert(QStringLiteral("own@x"), QStringLiteral("山田\n"));
