@@ -215,6 +215,9 @@ QString ParentWindow::NodeText(const QString& serialId) const {
 void ParentWindow::RefreshNode(const QString& serialId) {
   if (!panes_->Refresh(serialId)) opener_.OpenFolder(fixed_serial::kInbox);
   changes_.CountSoon();
+  // The inbox shows what is in no folder that is filled by hand.
+  const DiskPtr object = context_.Objects.Find(serialId);
+  if (object == nullptr || AnyObject(*object).Is(object_type::kFolder)) changes_.Note();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
   panes_->Area().RefreshFolders();  // it may have another mail file now
