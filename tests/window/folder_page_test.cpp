@@ -230,6 +230,8 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
     EXPECT_TRUE(hasKeys(from == 0 ? inbox : shelf));
     QTest::keyClick(parent, Qt::Key_F1);
     ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 4; }));
+    EXPECT_EQ(tree.currentItem(),
+              Node(from == 0 ? fixed_serial::kInbox : QString::fromUtf16(kShelf)));
     area->activeSubWindow()->close();
     ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 3; }));
     EXPECT_EQ(tabs->currentIndex(), from);

@@ -85,7 +85,9 @@ QList<BrowserWindow*> BrowserArea::Browsers() const {
 BrowserWindow* BrowserArea::Active() const {
   if (ends_) return nullptr;
   const QMdiSubWindow* frame = currentSubWindow();  // also while another window is in front
-  if (frame == nullptr) frame = subWindowList(ActivationHistoryOrder).value(0);
+  if (frame == nullptr && !subWindowList().isEmpty()) {
+    frame = subWindowList(ActivationHistoryOrder).last();  // the oldest comes first
+  }
   BrowserWindow* browser = In(frame);
   return browser != nullptr && browser->IsLocal() ? browser : nullptr;
 }
