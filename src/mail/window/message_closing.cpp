@@ -93,7 +93,7 @@ bool MessageClosing::Close() {
 bool MessageClosing::Store() {
   if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
   if (document_.IsUnreadable()) {
-    if (document_.HasChangedState()) StoreState();
+    StoreState();
     return true;
   }
   form_.FinishEditing();
@@ -126,10 +126,7 @@ bool MessageClosing::Store() {
     }
     return true;
   }
-  if (document_.HasChangedState()) {
-    StoreState();
-    host_.MessageStored();
-  }
+  StoreState();
   return true;
 }
 
@@ -146,7 +143,9 @@ void MessageClosing::NoteAnswer() {
 }
 
 void MessageClosing::StoreState() {
+  if (!document_.HasChangedState()) return;
   const Result<> stored = document_.StoreState();
+  host_.MessageStored();
   if (stored) return;
   ShowBox(&window_, QMessageBox::Critical,
           Ui::tr("メッセージを変更できません。") + stored.Error().text);
