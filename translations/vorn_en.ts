@@ -2828,7 +2828,7 @@ Open it?</translation>
     </message>
     <message>
         <source>宛先: </source>
-        <translation>Recipient: </translation>
+        <translation>To: </translation>
     </message>
     <message>
         <source>結果: </source>
@@ -2896,7 +2896,7 @@ Open it?</translation>
     </message>
     <message>
         <source>日時: </source>
-        <translation>When: </translation>
+        <translation>Date: </translation>
     </message>
     <message>
         <source>場所: </source>
@@ -4046,6 +4046,14 @@ and what was erased is not received again.</translation>
     <message>
         <source> 他%1名</source>
         <translation> and %1 more</translation>
+    </message>
+    <message>
+        <source>差出人: </source>
+        <translation>From: </translation>
+    </message>
+    <message>
+        <source>---- 転送するメッセージ ----</source>
+        <translation>---- Forwarded message ----</translation>
     </message>
 </context>
 </TS>

@@ -255,6 +255,7 @@ TEST_F(DamageTest, AnExportGoesOnBehindLostRows) {
   int damaged = 0;
   for (qsizetype page = 5; page < sound_.size() / kPageBytes; page += 3) {
     Zero(page);
+    if (!OpenedDatabase(Context(), DatabaseKind::Mail)) continue;  // a page of the schema
     const Result<FolderListing> listing = ListFolderMessages(Context(), fixed_serial::kInbox);
     if (listing && listing->unreadable.empty()) continue;
     ++damaged;

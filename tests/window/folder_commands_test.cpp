@@ -177,7 +177,7 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
                        [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
   ASSERT_TRUE(AwaitGone("No2."));
 
-  // Filing leaves the message in the inbox, and takes it out of another folder filled by hand.
+  // Filing takes the message out of the inbox, and out of another folder filled by hand.
   OpenFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   FocusPage();

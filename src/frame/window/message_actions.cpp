@@ -1,6 +1,7 @@
 #include "frame/window/message_actions.h"
 
 #include <QMessageBox>
+#include <utility>
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
@@ -46,6 +47,9 @@ QString MessageActions::NameOf(const QString& folder) const {
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
                                  const QString& from) {
   const bool isDust = folder == fixed_serial::kDust;
+  if (folder == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+    return PutIntoInbox(messages, from);
+  }
   if (isDust || folder == fixed_serial::kInbox) {
     const QStringList changed = ChangeDust(messages, isDust);
     return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
@@ -119,6 +123,42 @@ void MessageActions::Unfile(const QStringList& added, const QString& into,
   if (!added.isEmpty()) done = FileMessages(context_, added, QString(), into);
   if (done && !removed.isEmpty()) done = FileMessages(context_, removed, from);
   const QStringList back = End(done, removed + added);
+  if (returned_ && !back.isEmpty()) returned_(back);
+}
+
+// What is filed is not shown there, so it is taken out of its folders.
+QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
+  std::map<QString, QStringList> filed;  // by folder
+  Result<> done;
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    const QString id = folder->SerialID();
+    const auto members = Members(context_, messages, id);
+    if (members && members->isEmpty()) continue;
+    done = members ? FileMessages(context_, *members, QString(), id) : members.Error();
+    if (!done) break;
+    filed[id] = *members;
+  }
+  UnderWay underWay;
+  if (done) done = SetDust(context_, messages, false, &underWay);
+  const QStringList changed = End(done, messages, underWay);
+  const bool wasDust = from == fixed_serial::kDust;
+  if (!changed.isEmpty() && told_) {
+    told_(
+        Ui::tr("%1通を「%2」に入れました。").arg(changed.size()).arg(NameOf(fixed_serial::kInbox)),
+        [this, filed, changed, wasDust] { TakeOutOfInbox(filed, changed, wasDust); });
+  }
+  return wasDust || IsFilledByHand(from) ? changed : QStringList();
+}
+
+void MessageActions::TakeOutOfInbox(const std::map<QString, QStringList>& filed,
+                                    const QStringList& messages, bool isDust) {
+  Result<> done;
+  for (const auto& [folder, members] : filed) {
+    if (done) done = FileMessages(context_, members, folder, QString());
+  }
+  if (done && isDust) done = SetDust(context_, messages, true);
+  const QStringList back = End(done, messages);
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 
