@@ -93,6 +93,11 @@ qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& sourc
   return std::count_if(bytes.begin(), bytes.end(), isDigit) * 3 / 4;
 }
 
+bool IsNamedArchive(const ModelAttachment& attachment) {
+  return attachment.name.endsWith(u".zip", Qt::CaseInsensitive) ||
+         attachment.type.contains(u"zip", Qt::CaseInsensitive);
+}
+
 QString SafeFileName(const QString& name) {
   QString safe;
   for (const char32_t c : name.toUcs4()) safe += QChar::fromUcs4(IsUnsafe(c) ? U'_' : c);

@@ -16,6 +16,9 @@ Result<QByteArray> ReadAttachment(const ModelAttachment& attachment, const QByte
 /// it.
 qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& source);
 
+/// Whether it is named as a ZIP archive, as other kinds of documents are too.
+bool IsNamedArchive(const ModelAttachment& attachment);
+
 /// A name that may stand in a folder on every platform: no path, no reserved characters or names,
 /// nothing that hides the ending, and short enough in bytes. Never empty.
 QString SafeFileName(const QString& name);

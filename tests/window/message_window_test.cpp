@@ -342,7 +342,7 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   // As after a crash: the draft is there, the window is not.
   Context().Objects.Add(draft);
   EXPECT_TRUE(
-      InModal<QMessageBox>([this] { QMetaObject::invokeMethod(program_->Parent(), "OfferDrafts"); },
+      InModal<QMessageBox>([this] { QMetaObject::invokeMethod(program_->Parent(), "AskAtStart"); },
                            [](QMessageBox& box) {
                              EXPECT_TRUE(box.text().contains(QStringLiteral("1通")));
                              box.button(QMessageBox::Yes)->click();

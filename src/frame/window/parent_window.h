@@ -63,7 +63,7 @@ class ParentWindow : public QMainWindow, public DispatchHost {
   void BuildMenus();
   void ConnectPieces();
   void Tick();
-  void AskAtStart();
+  Q_INVOKABLE void AskAtStart();
   void KeepPlacement();
   void ShowTitle();
 

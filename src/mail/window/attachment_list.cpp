@@ -3,29 +3,19 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileIconProvider>
 #include <QImage>
-#include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPointer>
-#include <QSaveFile>
-#include <QStatusBar>
 #include <QUrl>
 
-#include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
-#include "kit/window/progress_window.h"
 #include "mail/attachment_files.h"
-#include "mail/codec/mime_codec.h"
 #include "mail/codec/zip_files.h"
 #include "mail/compose_message.h"
-#include "mail/file_kind.h"
-#include "mail/window/unpacking.h"
+#include "mail/window/attachment_output.h"
 #include "objects/object_types.h"
-#include "storage/file_origin.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
@@ -33,23 +23,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kClipsToldMs = 10000;
 constexpr qsizetype kMostInRow = 48;  // what is beside the edge of the list is not seen
-
-// In the window's status bar, which is there as long as it says something where the window has none
-// of its own.
-void TellDone(const QWidget& asked, const QString& sentence) {
-  auto* window = qobject_cast<QMainWindow*>(asked.window());
-  if (window == nullptr) return;
-  const bool isOwn = window->findChild<QStatusBar*>() != nullptr;
-  QStatusBar* bar = window->statusBar();
-  if (!isOwn) {
-    bar->setSizeGripEnabled(false);
-    QObject::connect(bar, &QStatusBar::messageChanged, bar,
-                     [bar](const QString& shown) { bar->setVisible(!shown.isEmpty()); });
-  }
-  bar->showMessage(ShownText(sentence), kClipsToldMs);
-}
 
 QStringList LocalFiles(const QMimeData& data) {
   QStringList paths;
@@ -59,33 +33,13 @@ QStringList LocalFiles(const QMimeData& data) {
   return paths;
 }
 
-// The address of a message (RFC 2392).
-QString MidAddress(const QByteArray& source) {
-  const QByteArrayView name = "MESSAGE-ID:";
-  const QByteArray id =
-      MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).trimmed();
-  return QStringLiteral("mid:") +
-         QString::fromLatin1(id.mid(1, id.size() - 2).toPercentEncoding("@"));
-}
-
-// Other kinds of documents are such archives too.
-bool IsNamedZip(const ModelAttachment& attachment) {
-  return attachment.name.endsWith(u".zip", Qt::CaseInsensitive) ||
-         attachment.type.contains(u"zip", Qt::CaseInsensitive);
-}
-
-bool IsZip(const ModelAttachment& attachment, const QByteArray& source) {
-  return IsNamedZip(attachment) &&
-         ReadAttachment(attachment, source).ValueOr({}).startsWith("PK\x03\x04");
-}
-
 // What a user should know before opening it.
 QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
   if (attachment.inner) {
     return Ui::tr("、") + Ui::tr("%1の中").arg(ShownFileName(attachment.record.name));
   }
   // One that was added may be large, and its owner knows what is in it.
-  if (attachment.isNew || !IsNamedZip(attachment)) return {};
+  if (attachment.isNew || !IsNamedArchive(attachment)) return {};
   const std::vector<ZipEntry> files = ListZip(ReadAttachment(attachment, source).ValueOr({}));
   const bool isEncrypted = std::any_of(files.begin(), files.end(),
                                        [](const ZipEntry& file) { return file.isEncrypted; });
@@ -95,7 +49,10 @@ QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
 }  // namespace
 
 AttachmentList::AttachmentList(Context& context, QWidget* parent)
-    : QListWidget(parent), context_(context) {
+    : QListWidget(parent),
+      context_(context),
+      working_(context),
+      output_(new AttachmentOutput(context, working_, *this)) {
   setObjectName(QStringLiteral("lvClip"));
   setAccessibleName(Ui::tr("添付ファイル"));
   setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -104,6 +61,7 @@ AttachmentList::AttachmentList(Context& context, QWidget* parent)
   setResizeMode(QListView::Adjust);
   setSpacing(2);
   connect(this, &QListWidget::itemActivated, this, &AttachmentList::OpenCurrent);
+  connect(output_, &AttachmentOutput::MessageOpened, this, &AttachmentList::MessageOpened);
 }
 
 void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
@@ -114,6 +72,7 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
     if (attachment.isNew) NoteTime(attachment.path);
   }
   source_ = source;
+  output_->SetSource(source);
   editable_ = editable;
   Fill();
 }
@@ -198,22 +157,13 @@ bool AttachmentList::Paste() {
 }
 
 void AttachmentList::AddPicture(const QImage& picture) {
-  const QString path = WorkingPath(Ui::tr("画像.png"));
+  const QString path = working_.PathFor(Ui::tr("画像.png"));
   if (picture.isNull() || !picture.save(path, "PNG") || !MakePrivate(path)) {
     Tell(Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
              .arg(path));
     return;
   }
   AddFiles({path});
-}
-
-// Of a file that goes with the list.
-QString AttachmentList::WorkingPath(const QString& name) {
-  if (working_ == nullptr) {
-    MakePrivateFolder(context_.TempFolder);
-    working_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
-  }
-  return FreePath(working_->path(), name);
 }
 
 void AttachmentList::AddByDialog() {
@@ -223,132 +173,25 @@ void AttachmentList::AddByDialog() {
 }
 
 void AttachmentList::SaveByDialog() {
-  if (attachments_.empty()) return;
-  if (attachments_.size() == 1) return SaveOne(attachments_.front());
-  QStringList entries;
-  QStringList highlighted;
-  for (size_t i = 0; i < attachments_.size(); ++i) {
-    const QListWidgetItem* shown = item(static_cast<int>(i));
-    const bool isChosen = shown != nullptr && shown->isSelected();
-    if (isChosen) highlighted.append(QString::number(i));
-    // "@" separates the fields of an entry.
-    QString name = ShownFileName(attachments_[i].name);
-    entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
+  QList<int> chosen;
+  for (int i = 0; i < count(); ++i) {
+    if (item(i)->isSelected()) chosen.append(i);
   }
-  const QString answer = InputList(context_, this, Ui::tr("添付ファイルの保存"),
-                                   Ui::tr("保存したいファイルを選択して下さい。"),
-                                   highlighted.join(kLineBreak), entries.join(kLineBreak), true);
-  QList<qsizetype> chosen;
-  for (const QString& key : answer.split(kLineBreak, Qt::SkipEmptyParts)) {
-    chosen.append(key.toLongLong());
-  }
-  if (chosen.size() == 1) {
-    SaveOne(attachments_[static_cast<size_t>(chosen[0])]);
-  } else if (chosen.size() > 1) {
-    const QString folder = AskFolder(context_, this, FileTask::SaveAttachment,
-                                     Ui::tr("添付ファイルを保存するフォルダ"));
-    if (!folder.isEmpty()) SaveInto(folder, chosen);
-  }
-}
-
-void AttachmentList::SaveOne(const ModelAttachment& attachment) {
-  const QString path = AskFileToSave(context_, this, FileTask::SaveAttachment,
-                                     Ui::tr("添付ファイルの保存"), SafeFileName(attachment.name));
-  if (path.isEmpty() || !WriteTo(path, attachment)) return;
-  TellDone(*this, Ui::tr("「%1」に保存しました。").arg(QDir::toNativeSeparators(path)));
-}
-
-void AttachmentList::SaveInto(const QString& folder, const QList<qsizetype>& chosen) {
-  for (const qsizetype index : chosen) {
-    const ModelAttachment& attachment = attachments_[static_cast<size_t>(index)];
-    if (!WriteTo(FreePath(folder, attachment.name), attachment)) return;
-  }
-  TellSaved(static_cast<size_t>(chosen.size()), folder);
-}
-
-void AttachmentList::TellSaved(size_t files, const QString& folder) {
-  TellDone(*this, Ui::tr("%1個のファイルを「%2」に保存しました。")
-                      .arg(files)
-                      .arg(QDir::toNativeSeparators(folder)));
-}
-
-// The file appears whole or not at all.
-bool AttachmentList::WriteTo(const QString& path, const ModelAttachment& attachment) {
-  const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
-  if (!bytes) {
-    Tell(bytes.Error().text);
-    return false;
-  }
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit()) {
-    if (!attachment.isNew) MarkForeign(path, MidAddress(source_));
-    return true;
-  }
-  Tell(
-      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
-  return false;
-}
-
-// Asks before anything that may act.
-bool AttachmentList::MayOpen(const ModelAttachment& attachment) {
-  const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
-  if (!bytes) return true;  // which is told where it is written
-  FileKind kind;
-  const QPointer<AttachmentList> self(this);
-  const auto look = [&](const std::atomic<bool>& stop) {
-    kind = KindOfFile(attachment.name, *bytes, &stop);
-  };
-  const bool isWanted = ProgressWindow(this, Ui::tr("添付ファイルを開く"))
-                            .Run(Ui::tr("添付ファイルの中身を調べています…"), look);
-  if (!isWanted || self == nullptr) return false;
-  if (kind.IsHarmless()) return true;
-  const QString question =
-      kind.danger == FileKind::Danger::Unknown
-          ? Ui::tr(
-                "「%1」の中身は確かめられません（%2）。マクロなどのプログラムが入っていることも"
-                "あります。知っている人から送られてくるはずのファイルのときだけ開いてください。\n\n"
-                "名前が示す種類: %3\n\n開きますか？")
-                .arg(ShownFileName(attachment.name), kind.byContent, kind.byName)
-          : Ui::tr(
-                "「%1」は、開くとパソコンに害を及ぼすおそれがあります。プログラムや、プログラムを"
-                "含むファイルかもしれません。\n\n名前が示す種類: %2\n実際の中身: %3\n\n"
-                "開きますか？")
-                .arg(ShownFileName(attachment.name), kind.byName, kind.byContent);
-  return ShowBox(this, QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No,
-                 QMessageBox::No) == QMessageBox::Yes;
+  output_->SaveChosen(std::vector(attachments_), chosen);
 }
 
 void AttachmentList::OpenCurrent() {
-  const int row = currentRow();
-  if (row < 0) return;
-  // While it is looked into and asked about, the list may show another message, or go.
-  const ModelAttachment attachment = attachments_[static_cast<size_t>(row)];
-  const QByteArray source = source_;
-  const QPointer<AttachmentList> self(this);
-  // A message is shown by the program itself, and does nothing.
-  const bool isMessage = attachment.type.compare(u"message/rfc822", Qt::CaseInsensitive) == 0 ||
-                         attachment.name.endsWith(u".eml", Qt::CaseInsensitive);
-  if (!isMessage && !MayOpen(attachment)) return;
-  if (self == nullptr || source_ != source) return;
-  const QString path = WorkingPath(attachment.name);
-  if (!WriteTo(path, attachment) || !MakePrivate(path)) return;
-  if (isMessage) {
-    Q_EMIT MessageOpened(path);
-  } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-    return;
-  } else if (IsZip(attachment, source)) {
-    UnpackCurrent();  // which needs no program
-  } else {
-    Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(ShownFileName(attachment.name)));
-  }
+  if (currentRow() >= 0) output_->Open(At(currentRow()));
+}
+
+// A copy: the list may show another message while the user is asked.
+ModelAttachment AttachmentList::At(int row) const {
+  return attachments_[static_cast<size_t>(row)];
 }
 
 // The row of the archive that is chosen, or of the only one; -1 when there is none.
 int AttachmentList::ArchiveRow() const {
-  const auto isArchive = [this](int row) {
-    const ModelAttachment& attachment = attachments_[static_cast<size_t>(row)];
-    return IsZip(attachment, source_);
-  };
+  const auto isArchive = [this](int row) { return output_->IsArchive(At(row)); };
   if (currentRow() >= 0 && isArchive(currentRow())) return currentRow();
   for (int row = 0; row < count(); ++row) {
     if (isArchive(row)) return row;
@@ -358,13 +201,7 @@ int AttachmentList::ArchiveRow() const {
 
 void AttachmentList::UnpackCurrent() {
   const int row = ArchiveRow();
-  if (row < 0) return;
-  const ModelAttachment archive = attachments_[static_cast<size_t>(row)];
-  const QPointer<AttachmentList> self(this);
-  const Unpacked unpacked =
-      UnpackByDialog(context_, this, ReadAttachment(archive, source_).ValueOr({}), archive.name,
-                     MidAddress(source_));
-  if (self != nullptr && unpacked.files > 0) TellSaved(unpacked.files, unpacked.folder);
+  if (row >= 0) output_->Unpack(At(row));
 }
 
 void AttachmentList::RemoveSelected() {
@@ -395,7 +232,7 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
   menu.addAction(Ui::tr("保存(&S).."), this,
                  [this, meant] {
                    if (meant.size() != 1) return SaveByDialog();
-                   SaveOne(attachments_[static_cast<size_t>(row(meant.first()))]);
+                   output_->Save(At(row(meant.first())));
                  })
       ->setEnabled(any);
   if (HasArchive()) {

@@ -4,18 +4,19 @@
 #include <QHash>
 #include <QListWidget>
 #include <QMimeData>
-#include <QTemporaryDir>
-#include <memory>
 #include <vector>
 
 #include "mail/message_model.h"
+#include "mail/working_folder.h"
 #include "storage/context.h"
 
 namespace vorn {
 
+class AttachmentOutput;
+
 /// The list "lvClip": a message's attachments with their sizes. Files are added by dialog, by
-/// dropping and by pasting; attachments are saved, and opened with the system's program. Working
-/// files go with the list.
+/// dropping and by pasting; an `AttachmentOutput` gives attachments out. Working files go with the
+/// list.
 class AttachmentList : public QListWidget {
   Q_OBJECT
 
@@ -61,14 +62,9 @@ class AttachmentList : public QListWidget {
  private:
   void Fill();
   void NoteTime(const QString& path);
+  ModelAttachment At(int row) const;
   int ArchiveRow() const;
-  QString WorkingPath(const QString& name);
   void AddPicture(const QImage& picture);
-  bool WriteTo(const QString& path, const ModelAttachment& attachment);
-  bool MayOpen(const ModelAttachment& attachment);
-  void SaveOne(const ModelAttachment& attachment);
-  void SaveInto(const QString& folder, const QList<qsizetype>& chosen);
-  void TellSaved(size_t files, const QString& folder);
   void Tell(const QString& text);
 
   Context& context_;
@@ -76,7 +72,8 @@ class AttachmentList : public QListWidget {
   QByteArray source_;
   QHash<QString, QDateTime> shown_;  // when the added files had last been changed, by path
   bool editable_ = false;
-  std::unique_ptr<QTemporaryDir> working_;
+  WorkingFolder working_;
+  AttachmentOutput* output_;
 };
 
 }  // namespace vorn

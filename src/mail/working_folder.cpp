@@ -1,0 +1,16 @@
+#include "mail/working_folder.h"
+
+#include "mail/attachment_files.h"
+#include "storage/private_files.h"
+
+namespace vorn {
+
+QString WorkingFolder::PathFor(const QString& name) {
+  if (folder_ == nullptr) {
+    MakePrivateFolder(context_.TempFolder);
+    folder_ = std::make_unique<QTemporaryDir>(context_.TempFolder + QStringLiteral("clip_XXXXXX"));
+  }
+  return FreePath(folder_->path(), name);
+}
+
+}  // namespace vorn
