@@ -223,6 +223,7 @@ TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
   ASSERT_TRUE(WaitFor([&] { return window.Tag() == second; }));
   EXPECT_EQ(Column(first, QStringLiteral("STATUS")).toInt(), -4);
   EXPECT_EQ(Column(second, QStringLiteral("STATUS")).toInt(), 4);
+  EXPECT_TRUE(WaitFor([this] { return Script(QStringLiteral("vorn.count()")).toInt() == 1; }));
 }
 
 // A kind alone is an edit.
