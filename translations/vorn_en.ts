@@ -2828,7 +2828,7 @@ Open it?</translation>
     </message>
     <message>
         <source>宛先: </source>
-        <translation>Recipient: </translation>
+        <translation>To: </translation>
     </message>
     <message>
         <source>結果: </source>
@@ -2896,7 +2896,7 @@ Open it?</translation>
     </message>
     <message>
         <source>日時: </source>
-        <translation>When: </translation>
+        <translation>Date: </translation>
     </message>
     <message>
         <source>場所: </source>
@@ -4034,6 +4034,26 @@ Do you want that?</translation>
         <translation>Asks before sending again. What a server has refused is not sent at each check,
 what was thrown away is not shown in folders,
 and what was erased is not received again.</translation>
+    </message>
+    <message>
+        <source>スター</source>
+        <translation>Star</translation>
+    </message>
+    <message>
+        <source>フォルダに入れたものを受信に表示しない(&amp;F)</source>
+        <translation>Hide what is &amp;filed from the inbox</translation>
+    </message>
+    <message>
+        <source> 他%1名</source>
+        <translation> and %1 more</translation>
+    </message>
+    <message>
+        <source>差出人: </source>
+        <translation>From: </translation>
+    </message>
+    <message>
+        <source>---- 転送するメッセージ ----</source>
+        <translation>---- Forwarded message ----</translation>
     </message>
 </context>
 </TS>

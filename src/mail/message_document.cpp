@@ -86,6 +86,11 @@ void MessageDocument::ToggleDust() {
   changedState_ |= kStateStatus;
 }
 
+void MessageDocument::LetStar(bool star) {
+  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagStar,
+                                              star ? QStringLiteral("1") : QStringLiteral("0")));
+}
+
 void MessageDocument::SetFolders(const QString& folders) {
   MessageBag::SetFolders(*request_, folders);
   changedState_ |= kStateFolders;

@@ -66,6 +66,8 @@ class MessageDocument {
   bool IsSending() const;
 
   void ToggleDust();
+  /// Follows a star that has been stored.
+  void LetStar(bool star);
   void SetFolders(const QString& folders);
   /// Keeps the picked code with the message.
   void KeepCode();

@@ -377,19 +377,21 @@ AddressEntry FirstFrom(const QList<AddressEntry>& addresses) {
   return found == addresses.end() ? AddressEntry() : *found;
 }
 
-// The line above the quotation and the sender's signature.
-void TakeForm(const StoredMessage& message, OpenMode mode, const EditSettings& settings,
-              const Sender& sender, MessageModel& model) {
+// The line above the quotation, or the head of what is handed on, and the sender's signature.
+void TakeForm(const StoredMessage& message, OpenMode mode, const QString& subject,
+              const EditSettings& settings, const Sender& sender, MessageModel& model) {
+  QList<AddressEntry> written;
+  for (const QString& text : message.addressLines.split(QStringLiteral("\r\n"))) {
+    written.append(ParseAddressEntry(text));
+  }
+  const QDateTime sent = SentDate(message.source);
+  const QString date = sent.isValid() ? sent.toString(QStringLiteral("yyyy/MM/dd H:mm"))
+                                      : message.timestamp.section(u':', 0, 1);
   QString line;
   if (IsReply(mode) && settings.editMode && !model.text.Get().isEmpty()) {
-    QList<AddressEntry> written;
-    for (const QString& text : message.addressLines.split(QStringLiteral("\r\n"))) {
-      written.append(ParseAddressEntry(text));
-    }
-    const QDateTime sent = SentDate(message.source);
-    line = AttributionLine(settings.replyLine, FirstFrom(written),
-                           sent.isValid() ? sent.toString(QStringLiteral("yyyy/MM/dd H:mm"))
-                                          : message.timestamp.section(u':', 0, 1));
+    line = AttributionLine(settings.replyLine, FirstFrom(written), date);
+  } else if (IsForward(mode) && settings.editMode && settings.usualReplies) {
+    line = ForwardHead(subject, written, date);
   }
   model.signature = sender.SignatureOf(FirstFrom(model.addresses).address);
   model.text = FormText(line, model.text.Get(), model.signature, settings.signaturePlace);
@@ -435,7 +437,8 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
       model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
     }
   }
-  if (IsReply(mode) || mode == OpenMode::Forward) TakeForm(message, mode, settings, sender, model);
+  if (IsReply(mode) || mode == OpenMode::Forward)
+    TakeForm(message, mode, subject, settings, sender, model);
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) {
     TakeReport(message, model);

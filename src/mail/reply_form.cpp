@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include "storage/shown_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -27,6 +28,30 @@ QString AttributionLine(const QString& pattern, const AddressEntry& writer, cons
     if (!isMark) line += pattern[i];
   }
   return line;
+}
+
+QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
+                    const QString& date) {
+  const auto named = [&written](QStringView kind) {
+    QStringList names;
+    for (const AddressEntry& entry : written) {
+      if (entry.kind.compare(kind, Qt::CaseInsensitive) != 0) continue;
+      const QString name = WithoutDirectionMarks(entry.displayName);
+      names.append(name.isEmpty() ? entry.address
+                                  : name + QStringLiteral(" <") + entry.address + u'>');
+    }
+    return names.join(QStringLiteral(", "));
+  };
+  const std::pair<QString, QString> lines[] = {{Ui::tr("差出人: "), named(u"FROM")},
+                                               {Ui::tr("日時: "), date},
+                                               {Ui::tr("宛先: "), named(u"TO")},
+                                               {QStringLiteral("CC: "), named(u"CC")},
+                                               {Ui::tr("件名: "), WithoutDirectionMarks(subject)}};
+  QString head = Ui::tr("---- 転送するメッセージ ----") + kBreak;
+  for (const auto& [caption, text] : lines) {
+    if (!text.isEmpty()) head += caption + text + kBreak;
+  }
+  return head;
 }
 
 QString SignatureBlock(const QString& signature) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include "mail/codec/address.h"
@@ -10,6 +11,11 @@ namespace vorn {
 /// and
 /// "%a" his address. Empty for an empty pattern.
 QString AttributionLine(const QString& pattern, const AddressEntry& writer, const QString& date);
+
+/// What stands above the text of a message that is handed on: who wrote it to whom, when and about
+/// what. Lines end with CR LF, the last one is empty.
+QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
+                    const QString& date);
 
 /// A signature as it stands in a text, behind its line "-- " (RFC 3676 section 4.3) unless it
 /// begins with a line of its own that sets it off. Empty for a blank one. Lines end with CR LF.

@@ -2,6 +2,8 @@
 
 #include "objects/folder_object.h"
 #include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
@@ -146,8 +148,23 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   const bool isCareful = Settings(context_).IsCareful();
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
   const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
-  return FolderQuery(
-      leavesDust ? u'(' + condition + QStringLiteral(") AND mail.STATUS > 0") : condition, joins);
+  QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
+  if (folder.SerialID() == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+    rest += NotFiled();
+  }
+  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest, joins);
+}
+
+// Only a folder that is there holds a message: what was filed into one that has gone comes back.
+QString FolderSqlBuilder::NotFiled() const {
+  QStringList folders;
+  const auto byHand = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *byHand) folders.append(QuoteSql(folder->SerialID()));
+  if (folders.isEmpty()) return {};
+  return QStringLiteral(
+             " AND NOT EXISTS (SELECT SERIALID FROM folder WHERE folder.SERIALID = mail.SERIALID "
+             "AND folder.FOLDERID IN (%1))")
+      .arg(folders.join(u','));
 }
 
 // Of a folder that another one names; empty when it is being expanded already.

@@ -50,6 +50,7 @@ class FolderSqlBuilder {
   QString ConditionOnce(const QString& serialId);
   QString Condition(const QString& serialId, const Disk& folder);
   QString Clause(const ConditionLine& line);
+  QString NotFiled() const;
 
   Context& context_;
   bool asksForState_ = false;  // one of the conditions, also of a folder that is named

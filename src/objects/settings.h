@@ -40,6 +40,8 @@ class Settings {
   /// Whether a folder opens at its newest page.
   bool OpensNewest() const { return bag_->Flag(kOpensNewest); }
   bool IsNewestFirst() const { return bag_->Flag(kNewestFirst); }
+  /// Whether what is filed into a folder by hand is no longer shown in the inbox.
+  bool ShowsFiledOnce() const { return bag_->Flag(kShownOnce); }
   /// Whether what messages say is shown as text on pages, and not taken for HTML.
   bool EscapesPages() const { return bag_->Flag(kPageEscape); }
   PanePlace ReadingPane() const;
@@ -82,6 +84,7 @@ class Settings {
   static inline const QString kRows = QStringLiteral("Messages");
   static inline const QString kOpensNewest = QStringLiteral("MessagesNewest");
   static inline const QString kNewestFirst = QStringLiteral("NewestFirst");
+  static inline const QString kShownOnce = QStringLiteral("ShownOnce");
   static inline const QString kPageEscape = QStringLiteral("PageEscape");
   static inline const QString kReadingPane = QStringLiteral("ReadingPane");
   static inline const QString kHtmlFirst = QStringLiteral("HtmlFirst");

@@ -91,6 +91,7 @@ QList<std::pair<QString, QVariant>> LookSettings() {
   return {{QStringLiteral("ReadingPane"), 1},
           {QStringLiteral("HtmlFirst"), true},
           {QStringLiteral("ReceivedTime"), true},
+          {QStringLiteral("ShownOnce"), true},
           {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
           {QStringLiteral("SignatureAbove"), true}};
 }

@@ -226,8 +226,10 @@ bool PageFiller::HandleDialog() {
 
 void PageFiller::HandleMailAddress() {
   QStringList kinds;
+  bool isShort = false;
   for (const QString& child : TakeChildren(kTagMailAddress)) {
-    kinds.append(tags_[kTagMailAddress].children[child.toInt()].key.toString());
+    const QString kind = tags_[kTagMailAddress].children[child.toInt()].key.toString();
+    kind.isEmpty() ? void(isShort = true) : kinds.append(kind);
   }
   QStringList shown;
   const QString lines = rows_->Fields(u"FIELD_MAILADDRESS").toString();
@@ -237,6 +239,8 @@ void PageFiller::HandleMailAddress() {
     shown.append(content_.escape ? Isolated(WithoutTurns(ShownSender(WithWholeAddress(entry))))
                                  : NameOf(entry));
   }
+  const qsizetype more = shown.size() - 1;
+  if (isShort && more > 0) return WriteText(shown.first() + Ui::tr(" 他%1名").arg(more));
   WriteText(shown.join(QStringLiteral("<BR>")));
 }
 

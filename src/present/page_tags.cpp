@@ -50,8 +50,9 @@ PageTagTable CreatePageTagTable() {
                              child(u"<FORWARD>", u"FORWARD")}),
       section(u"<+TIMESTAMP>", {child(u"<SHORT>", u"SHORT")}),
       // Blind copies are stored under the kind "BC".
-      section(u"<+MAILADDRESS>", {child(u"<FROM>", u"FROM"), child(u"<TO>", u"TO"),
-                                  child(u"<CC>", u"CC"), child(u"<BCC>", u"BC")}),
+      section(u"<+MAILADDRESS>",
+              {child(u"<FROM>", u"FROM"), child(u"<TO>", u"TO"), child(u"<CC>", u"CC"),
+               child(u"<BCC>", u"BC"), child(u"<SHORT>", u"")}),
       section(u"<+FLAG>", {child(u"<NEW>", u""), child(u"<CLIP>", u""), child(u"<PRIORITY>", u""),
                            child(u"<STATE>", u"")}),
       section(u"<+SIZE>"), section(u"<+TEXT>"),

@@ -56,7 +56,7 @@ td.do a:hover { color: var(--link); }
 <tr class="none"><td colspan="5">{none}</td></tr>
 <+MAIL>
 <tr class="row m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY><STATE></td>
-<td class="from"><+MAILADDRESS><{tag}></td>
+<td class="from"><+MAILADDRESS><{tag}><SHORT></td>
 <td class="subject"><+DIALOG><+SUBJECT><+DIALOG></td>
 <td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>
 <td class="do"><+DIALOG><REPLAY>{reply}<+DIALOG> <+DIALOG><FORWARD>{forward}<+DIALOG></td></tr>
@@ -105,7 +105,7 @@ article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 <p class="none">{none}</p>
 <+MAIL>
 <article class="m<+FLAG><NEW>">
-<header><span><+MAILADDRESS><{tag}></span><span><+FLAG><CLIP><PRIORITY><STATE> <+TIMESTAMP></span></header>
+<header><span><+MAILADDRESS><{tag}><SHORT></span><span><+FLAG><CLIP><PRIORITY><STATE> <+TIMESTAMP></span></header>
 <h2><+DIALOG><+SUBJECT><+DIALOG></h2>
 <p><+TEXT></p>
 <footer><+DIALOG><REPLAY>{reply}<+DIALOG><+DIALOG><REPLAYALL>{replyall}<+DIALOG><+DIALOG><FORWARD>{forward}<+DIALOG></footer>

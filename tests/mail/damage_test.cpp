@@ -253,13 +253,9 @@ TEST_F(DamageTest, AnExportGoesOnBehindLostRows) {
   Context().Data.CloseAll();
   sound_ = ReadFile(file_);
   int damaged = 0;
-  int ofSchema = 0;  // without which the file does not open
   for (qsizetype page = 5; page < sound_.size() / kPageBytes; page += 3) {
     Zero(page);
-    if (!OpenedDatabase(Context(), DatabaseKind::Mail)) {
-      ++ofSchema;
-      continue;
-    }
+    if (!OpenedDatabase(Context(), DatabaseKind::Mail)) continue;  // a page of the schema
     const Result<FolderListing> listing = ListFolderMessages(Context(), fixed_serial::kInbox);
     if (listing && listing->unreadable.empty()) continue;
     ++damaged;
@@ -269,7 +265,6 @@ TEST_F(DamageTest, AnExportGoesOnBehindLostRows) {
         << page;
   }
   EXPECT_GT(damaged, 0);
-  EXPECT_LE(ofSchema, 1);
 }
 
 class ExportTargetTest : public testing::Test {

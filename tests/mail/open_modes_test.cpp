@@ -320,10 +320,17 @@ TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
   const QString line = QStringLiteral("2026/11/24 9:05、佐藤 <f@x> 100%:\r\n");
   const QString quote = QStringLiteral("> one\r\n> two");
   EXPECT_EQ(Open(OpenMode::Reply, headers).text.Get(), QStringLiteral("\r\n\r\n") + line + quote);
-  EXPECT_EQ(Open(OpenMode::Forward, headers).text.Get(), quote);
-  EXPECT_EQ(Open(OpenMode::Forward, headers, "one\r\n\r\ntwo\r\n \r\n\r\n").text.Get(),
-            QStringLiteral("> one\r\n> \r\n> two"));
-  EXPECT_EQ(Open(OpenMode::Forward, headers, "\r\n\r\n").text.Get(), QString());
+  const QString head = QStringLiteral(
+      "\r\n\r\n---- 転送するメッセージ ----\r\n差出人: 佐藤 <f@x>\r\n日時: 2026/11/24 9:05\r\n"
+      "宛先: own@x\r\n件名: about\r\n\r\n");
+  const auto forward = [&](const QByteArray& body) {
+    return Open(OpenMode::Forward, headers + "Subject: about\r\n", body).text.Get();
+  };
+  EXPECT_EQ(forward("one\r\n\r\ntwo\r\n \r\n\r\n"), head + QStringLiteral("> one\r\n> \r\n> two"));
+  EXPECT_EQ(forward("\r\n\r\n"), head) << "of what is attached";
+  settings_.usualReplies = false;
+  EXPECT_EQ(forward("one\r\ntwo"), QStringLiteral("one\r\n> two"));
+  settings_.usualReplies = true;
 
   sender_.signatures.insert(QStringLiteral("own@x"), QStringLiteral("山田\n"));
   const QString signature = QStringLiteral("-- \r\n山田");

@@ -342,6 +342,34 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
             QStringLiteral("abc today"));
 }
 
+TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
+  const QString kept = profile_.Store("Subject: kept\r\n\r\n");
+  const QString filed = profile_.Store("Subject: filed\r\n\r\n");
+  Context& context = profile_.Get();
+  const auto shelf = std::make_shared<Disk>(QStringLiteral("shelf"));
+  shelf->Let(QStringLiteral("FormName"), object_type::kFolder);
+  shelf->Let(QStringLiteral("Draw"), QStringLiteral("static"));
+  context.Objects.Add(shelf);
+  const auto inbox = [this, &context] {
+    QStringList ids;
+    const FolderQuery query = FolderSqlBuilder(context).Query(fixed_serial::kInbox);
+    for (const QVariant& id : profile_.Select(query.Listing().replace(
+             QStringLiteral("SELECT *"), QStringLiteral("SELECT SERIALID AS V"))))
+      ids.append(id.toString());
+    EXPECT_EQ(
+        profile_.Select(query.Counting().replace(QStringLiteral(" AS N"), QStringLiteral(" AS V"))),
+        QList<QVariant>{ids.size()});
+    return ids;
+  };
+  ASSERT_TRUE(FileMessages(context, {filed}, shelf->SerialID(), QString()));
+  EXPECT_EQ(inbox(), QStringList{kept});
+  Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), false);
+  EXPECT_EQ(inbox().size(), 2);
+  Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), true);
+  context.Objects.Remove(shelf->SerialID());
+  EXPECT_EQ(inbox().size(), 2) << "the folder has been deleted";
+}
+
 // "[ml 12]" matched nearly everything and "#1" found "No 21".
 TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   profile_.Store("Subject: a\r\n\r\n");

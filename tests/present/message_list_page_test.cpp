@@ -257,6 +257,8 @@ TEST_F(MessageListPageTest, TagsAreFilled) {
   EXPECT_EQ(row("<+MAILADDRESS><FROM>!"), QByteArray("Sato!;"));
   EXPECT_EQ(row("<+MAILADDRESS><TO><BCC>"), QByteArray("t@x<BR>b@x;"));
   EXPECT_EQ(row("<+MAILADDRESS><CC>"), QByteArray(";"));
+  EXPECT_EQ(row("<+MAILADDRESS><TO><BCC><SHORT>"), QByteArray("t@x \x91\xbc\x31\x96\xbc;"));
+  EXPECT_EQ(row("<+MAILADDRESS><TO><SHORT>"), QByteArray("t@x;"));
   EXPECT_EQ(row("<+DIALOG><REPLAYALL>x<+DIALOG>"), "<A HREF = \"REPLAYALL:" + id + "\">x</A>;");
   // A folder's tag needs no row, so it is filled once more when the rows have ended.
   EXPECT_EQ(row("<FROM><+FOLDER><NAME>"), ToCodePage932(QStringLiteral("<FROM>受信;<FROM>受信")));

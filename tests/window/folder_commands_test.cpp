@@ -110,7 +110,7 @@ TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   EXPECT_TRUE(AwaitGone("No1."));
   EXPECT_TRUE(PageText().contains(QStringLiteral("No2.")));
   // Also while the bar says something else.
-  program_->Parent()->Tell(QStringLiteral("something else"));
+  program_->Parent()->Pages().Tell(QStringLiteral("something else"));
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_1'"))) << "what came back";
@@ -119,7 +119,7 @@ TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   const auto& done = Child<QLabel>(bar, u"lbDone");
   EXPECT_TRUE(done.isVisible());
   program_->Parent()->hide();
-  program_->Parent()->Tell(QStringLiteral("something else"));
+  program_->Parent()->Pages().Tell(QStringLiteral("something else"));
   program_->Parent()->show();
   EXPECT_EQ(bar.currentMessage(), QStringLiteral("something else"));
   EXPECT_FALSE(done.isVisible());
@@ -177,7 +177,7 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
                        [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
   ASSERT_TRUE(AwaitGone("No2."));
 
-  // Filing leaves the message in the inbox, and takes it out of another folder filled by hand.
+  // Filing takes the message out of the inbox, and out of another folder filled by hand.
   OpenFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   FocusPage();
@@ -261,14 +261,14 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   request.show = kShowModeless;
   RequestQueue queue(context);
   ASSERT_TRUE(queue.PostDialogRequest(request));
-  program_->Parent()->PostRequest(queue.Front());
+  program_->Parent()->Mail().PostRequest(queue.Front());
   ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
-  EXPECT_TRUE(
-      InModal<QMessageBox>([&] { program_->Parent()->AddToBook({QStringLiteral("mail_1")}); },
-                           [](QMessageBox& box) {
-                             EXPECT_TRUE(box.text().contains(u"編集中"));
-                             box.button(QMessageBox::Ok)->click();
-                           }));
+  EXPECT_TRUE(InModal<QMessageBox>(
+      [&] { program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")}); },
+      [](QMessageBox& box) {
+        EXPECT_TRUE(box.text().contains(u"編集中"));
+        box.button(QMessageBox::Ok)->click();
+      }));
   // What was sent gives its recipients; the user is asked where there are several books.
   TopLevel<ObjectsWindow>()->close();
   const DiskPtr second = *MakeAddressBook(context);
@@ -277,12 +277,12 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
       context, QStringLiteral("FROM: b@example.jp\r\nTO: C@example.jp 長\r\nTO: c@example.jp"));
   ASSERT_EQ(people.size(), 1) << "who is no user of the profile is the sender";
   EXPECT_EQ(AddToBook(context, second, people), 1);
-  EXPECT_TRUE(
-      InModal<QInputDialog>([&] { program_->Parent()->AddToBook({QStringLiteral("mail_1")}); },
-                            [](QInputDialog& dialog) {
-                              dialog.setTextValue(QStringLiteral("社外"));
-                              dialog.accept();
-                            }));
+  EXPECT_TRUE(InModal<QInputDialog>(
+      [&] { program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")}); },
+      [](QInputDialog& dialog) {
+        dialog.setTextValue(QStringLiteral("社外"));
+        dialog.accept();
+      }));
   EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: b@example.jp\r\nTO: a@example.jp"));
 }
 

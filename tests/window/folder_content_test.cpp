@@ -52,7 +52,7 @@ TEST_F(FolderContentTest, WhatHostileMailAsksForDoesNotHappen) {
         request, "From: =?utf-8?B?" + field.toBase64() +
                      "?= <x@example.jp>\r\nSubject: =?utf-8?B?" + field.toBase64() + "?=\r\n\r\n" +
                      field + "\r\n"));
-    program_->Parent()->MessageStored();
+    program_->Parent()->Pages().Messages().MessageStored();
   }
   ASSERT_TRUE(AwaitScript(QStringLiteral("document.getElementById('p') !== null")))
       << "the message is on the page";

@@ -91,7 +91,7 @@ class FolderPageTest : public ProgramTest {
   void Come(const QByteArray& serialId, const QByteArray& subject, const QString& time = {}) const {
     StoreReceived(program_->GetContext(), QString::fromLatin1(serialId),
                   "From: a@example.jp\r\nSubject: " + subject + "\r\n\r\nbody\r\n", time);
-    program_->Parent()->MessageStored();
+    program_->Parent()->Pages().Messages().MessageStored();
   }
   // Does something upon which the page is made anew, and waits for that.
   void MadeAnewBy(const std::function<void()>& change) const {

@@ -281,7 +281,7 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   // Where it comes to lie depends on the fonts, and on the size of the screen's dots.
   const double place = Script(QStringLiteral("scrollTo(0, 333), scrollY")).toDouble();
   ASSERT_GT(place, 100);
-  MadeAnewBy([this] { program_->Parent()->MessageStored(); });
+  MadeAnewBy([this] { program_->Parent()->Pages().Messages().MessageStored(); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("Math.abs(scrollY - %1) <= 1").arg(place)));
   EXPECT_EQ(Chosen(), Ids({3}));
   // What comes above moves nothing that is in sight.

@@ -159,7 +159,7 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
 }
 
 // Stands for the system's program that opens files.
-class Opener : public QObject {
+class FileOpener : public QObject {
   Q_OBJECT
 
  public:
@@ -170,7 +170,7 @@ class Opener : public QObject {
 };
 
 TEST_F(MessageWindowTest, WorkingFilesGoWithTheWindow) {
-  Opener opener;
+  FileOpener opener;
   QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "Open");
   MessageWindow& window = OpenStored(
       "From: a@example.jp\r\nSubject: s\r\nContent-Type: application/pdf; name=\"a.pdf\"\r\n"
@@ -474,7 +474,7 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
         EXPECT_EQ(dialog.parentWidget(), &window);
         // What arrives meanwhile is shown in its folder and does not get into what is printed.
         Store("Subject: meanwhile\r\n\r\nother\r\n", 4);
-        program_->Parent()->MessageStored();
+        program_->Parent()->Pages().Messages().MessageStored();
         EXPECT_TRUE(WaitFor([&] { return text(Browser()).contains(u"meanwhile"); }));
         auto pages = program_->Parent()->findChildren<BrowserWindow*>();
         pages.removeAll(Browser());

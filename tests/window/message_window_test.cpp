@@ -215,7 +215,7 @@ TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
 TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
   const QString first = Store(kPlain, 4);
   const QString second = Store(kPlain, 4);
-  program_->Parent()->MessageStored();
+  program_->Parent()->Pages().Messages().MessageStored();
   AwaitInbox();
   MessageWindow& window = Open(first);
   Menu(window, u"menuFiles").actions()[2]->trigger();  // into the dust
@@ -451,8 +451,8 @@ TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
 
 TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
   const QString serial = Store(kPlain, 4);
-  program_->Parent()->AddEvent(1, 1, serial, QString(), QStringLiteral("mailup"),
-                               QStringLiteral("送信で使用するアカウントが不明です。"));
+  program_->Parent()->Mail().AddEvent(1, 1, serial, QString(), QStringLiteral("mailup"),
+                                      QStringLiteral("送信で使用するアカウントが不明です。"));
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);
   ASSERT_NE(event, nullptr);

@@ -99,8 +99,9 @@ TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
 TEST_F(OpeningTest, AFileThatHoldsNoMessageIsTold) {
   Prepare(QString());
   StartWith({});
-  const QString told = NextMessageBox(
-      [this] { program_->Parent()->OpenArgument(Folder() + QStringLiteral("missing.eml")); });
+  const QString told = NextMessageBox([this] {
+    program_->Parent()->Requests().OpenArgument(Folder() + QStringLiteral("missing.eml"));
+  });
   EXPECT_TRUE(told.contains(QStringLiteral("missing.eml"))) << told.toStdString();
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
 }

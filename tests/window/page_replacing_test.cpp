@@ -61,7 +61,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
 
   MadeAnewBy([this] {
     EXPECT_TRUE(SetMark(program_->GetContext(), Ids({2}), kFlagNew, false));
-    program_->Parent()->MessageStored();
+    program_->Parent()->Pages().Messages().MessageStored();
   });
   EXPECT_EQ(KeptRows(), 5) << "the one that is read now is another row";
   EXPECT_EQ(Order().size(), 7);

@@ -47,7 +47,7 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
     ASSERT_TRUE(MailStore(program_->GetContext())
                     .StoreMessage(request, "Subject: No" + QByteArray::number(i) + ".\r\n\r\n"));
   }
-  parent->MessageStored();
+  parent->Pages().Messages().MessageStored();
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No25.")); }));
 }
 
@@ -125,8 +125,9 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
   // With its account gone an event still says what it says.
-  program_->Parent()->AddEvent(1, 0, QStringLiteral("gone"), QStringLiteral("<b>account</b>"),
-                               QStringLiteral("account"), QStringLiteral("-ERR <b>no</b>"));
+  program_->Parent()->Mail().AddEvent(1, 0, QStringLiteral("gone"),
+                                      QStringLiteral("<b>account</b>"), QStringLiteral("account"),
+                                      QStringLiteral("-ERR <b>no</b>"));
   text = NextMessageBox([&] { test::ClickRow(*tree, log->child(1)); });
   EXPECT_TRUE(text.contains(QStringLiteral("削除されています"))) << text.toStdString();
   EXPECT_TRUE(text.contains(QStringLiteral("-ERR <b>no</b>")));
@@ -231,7 +232,7 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   // At once, and what the count at the start finds, whenever that is.
   tree->SetUnread(fixed_serial::kInbox, 2);
   ASSERT_EQ(CountUnread(program_->GetContext(), fixed_serial::kInbox), 2);
-  tree->AddEventNode(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
+  tree->ShowEvent(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
   const QString serialId = node(u"甲")->data(0, Qt::UserRole).toString();
   const auto hasPage = [&] {
     const auto pages = program_->Parent()->findChildren<BrowserWindow*>();

@@ -151,7 +151,7 @@ TEST_F(SendingWindowTest, WhatChangesDuringAQuestionDoesNotUndoTheMessage) {
       [this, &window, &serial](ConsoleWindow& choice) {
         window.KeepDraftNow();  // as when the session ends now
         EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
-        program_->Parent()->MessageStored();
+        program_->Parent()->Pages().Messages().MessageStored();
         test::RunFor(300);  // the program looks for such changes several times a second
         QTest::keyClick(&choice, Qt::Key_Return);
       }));
@@ -195,7 +195,7 @@ TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
   ASSERT_TRUE(WaitFor([&window] { return window.isActiveWindow(); }));
   QString answer = QStringLiteral("unasked");
   EXPECT_TRUE(InModal<ConsoleWindow>(
-      [&] { answer = program_->Parent()->AskPassword(QStringLiteral("a")); },
+      [&] { answer = program_->Parent()->Mail().AskPassword(QStringLiteral("a")); },
       [](ConsoleWindow& question) {
         QWidget* focus = question.focusWidget() == nullptr ? &question : question.focusWidget();
         QTest::keyClicks(focus, QStringLiteral("private words"));

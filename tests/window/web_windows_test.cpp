@@ -25,7 +25,7 @@ TEST_F(FolderPageTest, WebLinksWithATargetShareTheWindowOfThatName) {
                "/news' target='news'>news</a></body>");
   const auto open = [&](const char* path) {
     const size_t before = Browsers().size();
-    program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + path));
+    program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url() + path));
     EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
     BrowserWindow* window = Browsers().back();
     auto& view = Child<QWebEngineView>(*window, u"wbUrl");
@@ -82,7 +82,7 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
       "'', '/inside'); document.title = 'second'; window.open('/later'); fetch('/end')}, 300)"
       "</script>");
   const size_t before = Browsers().size();
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
+  program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url() + "/start"));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
   BrowserWindow* window = Browsers().back();
   EXPECT_TRUE(WaitFor([window] {
@@ -94,7 +94,7 @@ TEST_F(FolderPageTest, AWebPageIsFollowedAndOpensNoWindowByItself) {
   EXPECT_EQ(Browsers().size(), before + 1);
   EXPECT_FALSE(site.asked.contains("/popup") || site.asked.contains("/later"));
   // A page gives no commands; one that it gave would have opened its window before this one.
-  program_->Parent()->WriteTo(QStringLiteral("mailto:a@example.jp"));
+  program_->Parent()->Requests().WriteMessage(QStringLiteral("mailto:a@example.jp"));
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_TRUE(TopLevel<MessageWindow>()->windowTitle().startsWith(QStringLiteral("新しい")));
 }
@@ -108,7 +108,7 @@ TEST_F(FolderPageTest, ScriptsRunOnSitesThatTheUserAllows) {
   const DiskPtr settings = Settings(program_->GetContext()).Bag();
   const auto open = [&](const WebSite& web) -> BrowserWindow& {
     const size_t before = Browsers().size();
-    program_->Parent()->OpenWebPage(QString::fromLatin1(web.Url() + "/page"));
+    program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(web.Url() + "/page"));
     EXPECT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
     BrowserWindow* window = Browsers().back();
     auto& view = Child<QWebEngineView>(*window, u"wbUrl");
@@ -166,7 +166,7 @@ TEST_F(FolderPageTest, AllowingScriptsSendsNoFormAgain) {
   WebSite site(
       "<body style='margin:0'><script>fetch('/ran')</script><form method=post action='/order'>"
       "<input type=submit style='width:300px;height:200px'></form>");
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url()));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
   BrowserWindow& window = *Browsers().back();
   auto& view = Child<QWebEngineView>(window, u"wbUrl");
@@ -193,7 +193,7 @@ TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
   WebSite other;
   WebSite site("<body style='margin:0'><a style='display:block;height:200px' href='" + other.Url() +
                "/new' target='_blank'>new</a></body>");
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url()));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
   auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
   EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
@@ -210,14 +210,14 @@ TEST_F(FolderPageTest, AWebPageOpensOneWindowAtATime) {
 TEST_F(FolderPageTest, APagesBoxesComeUpOnlyWhereTheUserIs) {
   Begin(1, 100);
   WebSite site;
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url()));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
   auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
   EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));
   const auto ask = [&view] {
     view.page()->runJavaScript(QStringLiteral("setTimeout(() => fetch('/' + confirm('win')))"));
   };
-  program_->Parent()->WriteTo(QStringLiteral("mailto:a@example.jp"));
+  program_->Parent()->Requests().WriteMessage(QStringLiteral("mailto:a@example.jp"));
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow* written = TopLevel<MessageWindow>();
   written->activateWindow();
@@ -246,7 +246,7 @@ TEST_F(FolderPageTest, AnAddressOnAWebPageBecomesAMessage) {
       "<body style='margin:0'><a style='display:block;height:100px' "
       "href='mailto:one@example.jp?subject=s'>same</a><a style='display:block;height:100px' "
       "href='mailto:two@example.jp' target='_blank'>new</a></body>");
-  program_->Parent()->OpenWebPage(QString::fromLatin1(site.Url()));
+  program_->Parent()->Requests().OpenWebPage(QString::fromLatin1(site.Url()));
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
   auto& view = Child<QWebEngineView>(*Browsers().back(), u"wbUrl");
   EXPECT_TRUE(WaitFor([&view] { return view.url().isValid() && !view.page()->isLoading(); }));

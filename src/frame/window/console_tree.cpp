@@ -164,7 +164,7 @@ QString ConsoleTree::NodeText(const QString& serialId) const {
   return node == nullptr ? QString() : node->text(0);
 }
 
-void ConsoleTree::AddEventNode(const QString& serialId, const QString& title, const QString& icon) {
+void ConsoleTree::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
   const QSignalBlocker quiet(this);

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QTreeWidget>
 
+#include "frame/event_log.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -12,7 +13,7 @@ class NodeCommands;
 
 /// The tree of the profile's objects, grouped by their types, and of the recorded events. A node's
 /// key is its object's serial identifier, its tag the object's type or "log".
-class ConsoleTree : public QTreeWidget {
+class ConsoleTree : public QTreeWidget, public EventView {
   Q_OBJECT
 
  public:
@@ -23,7 +24,7 @@ class ConsoleTree : public QTreeWidget {
   /// Brings one object's node in line with the object; adds or removes it when need be.
   void RefreshNode(const QString& serialId);
   QString NodeText(const QString& serialId) const;
-  void AddEventNode(const QString& serialId, const QString& title, const QString& icon);
+  void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;
   bool HasEvents() const;
   void RemoveEvents();
   void SelectNode(const QString& serialId);

@@ -1,6 +1,7 @@
 #include "frame/window/message_actions.h"
 
 #include <QMessageBox>
+#include <utility>
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
@@ -9,6 +10,7 @@
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/settings.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"
 
@@ -45,12 +47,15 @@ QString MessageActions::NameOf(const QString& folder) const {
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
                                  const QString& from) {
   const bool isDust = folder == fixed_serial::kDust;
+  if (folder == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+    return PutIntoInbox(messages, from);
+  }
   if (isDust || folder == fixed_serial::kInbox) {
     const QStringList changed = ChangeDust(messages, isDust);
     return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
   }
   const bool moves = from != folder && IsFilledByHand(from);
-  return File(messages, folder, moves ? from : QString());
+  return File(messages, folder, moves ? from : QString(), from);
 }
 
 QString MessageActions::AskFolder() {
@@ -89,12 +94,12 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
   const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  return File(messages, into, from);
+  return File(messages, into, from, folder);
 }
 
 // Taking it back leaves what was in the folders before.
 QStringList MessageActions::File(const QStringList& messages, const QString& into,
-                                 const QString& from) {
+                                 const QString& from, const QString& shownIn) {
   const auto before = Members(context_, messages, into);
   const auto left =
       from.isEmpty() ? Result<QStringList>(QStringList()) : Members(context_, messages, from);
@@ -102,7 +107,8 @@ QStringList MessageActions::File(const QStringList& messages, const QString& int
                         : !left ? left.Error()
                                 : FileMessages(context_, messages, into, from);
   const QStringList filed = End(done, messages);
-  const QStringList gone = from.isEmpty() ? QStringList() : filed;
+  const bool leavesInbox = shownIn == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce();
+  const QStringList gone = from.isEmpty() && !leavesInbox ? QStringList() : filed;
   if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });
@@ -117,6 +123,42 @@ void MessageActions::Unfile(const QStringList& added, const QString& into,
   if (!added.isEmpty()) done = FileMessages(context_, added, QString(), into);
   if (done && !removed.isEmpty()) done = FileMessages(context_, removed, from);
   const QStringList back = End(done, removed + added);
+  if (returned_ && !back.isEmpty()) returned_(back);
+}
+
+// What is filed is not shown there, so it is taken out of its folders.
+QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
+  std::map<QString, QStringList> filed;  // by folder
+  Result<> done;
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    const QString id = folder->SerialID();
+    const auto members = Members(context_, messages, id);
+    if (members && members->isEmpty()) continue;
+    done = members ? FileMessages(context_, *members, QString(), id) : members.Error();
+    if (!done) break;
+    filed[id] = *members;
+  }
+  UnderWay underWay;
+  if (done) done = SetDust(context_, messages, false, &underWay);
+  const QStringList changed = End(done, messages, underWay);
+  const bool wasDust = from == fixed_serial::kDust;
+  if (!changed.isEmpty() && told_) {
+    told_(
+        Ui::tr("%1通を「%2」に入れました。").arg(changed.size()).arg(NameOf(fixed_serial::kInbox)),
+        [this, filed, changed, wasDust] { TakeOutOfInbox(filed, changed, wasDust); });
+  }
+  return wasDust || IsFilledByHand(from) ? changed : QStringList();
+}
+
+void MessageActions::TakeOutOfInbox(const std::map<QString, QStringList>& filed,
+                                    const QStringList& messages, bool isDust) {
+  Result<> done;
+  for (const auto& [folder, members] : filed) {
+    if (done) done = FileMessages(context_, members, folder, QString());
+  }
+  if (done && isDust) done = SetDust(context_, messages, true);
+  const QStringList back = End(done, messages);
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <functional>
+#include <map>
 
 #include "mail/message_filing.h"
 #include "mail/window/message_host.h"
@@ -45,9 +46,13 @@ class MessageActions {
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
   QString MakeFolder(const QString& caption);
-  QStringList File(const QStringList& messages, const QString& into, const QString& from);
+  QStringList File(const QStringList& messages, const QString& into, const QString& from,
+                   const QString& shownIn);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
+  QStringList PutIntoInbox(const QStringList& messages, const QString& from);
+  void TakeOutOfInbox(const std::map<QString, QStringList>& filed, const QStringList& messages,
+                      bool isDust);
   QStringList ChangeDust(const QStringList& messages, bool dust);
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);

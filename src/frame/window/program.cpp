@@ -198,7 +198,7 @@ void Program::Open(const QStringList& arguments) {
     return;
   }
   // Each in a window of its own: the main window stays behind what is being written.
-  for (const QString& argument : arguments) parent_->OpenArgument(argument);
+  for (const QString& argument : arguments) parent_->Requests().OpenArgument(argument);
 }
 
 }  // namespace vorn

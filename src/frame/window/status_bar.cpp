@@ -54,6 +54,10 @@ MainStatusBar::MainStatusBar(QWidget* parent)
   BuildOffer();
 }
 
+void MainStatusBar::ShowForAWhile(const QString& sentence) {
+  showMessage(sentence, kResultMs);
+}
+
 void MainStatusBar::ShowChosen(int count) {
   chosen_->setText(Ui::tr("%1通を選択").arg(count));
   chosen_->setVisible(count > 1);

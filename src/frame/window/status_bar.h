@@ -29,6 +29,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   /// not hide what another one received. Failures stay until something else is said. Empty: it
   /// brought nothing, which is said to who asked for it.
   void Tell(const QString& sentence, bool isFailure);
+  /// Says something in passing.
+  void ShowForAWhile(const QString& sentence);
   /// Says how many messages are chosen on the page in use; nothing for one or none.
   void ShowChosen(int count);
   /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done

@@ -15,6 +15,7 @@ enum class MessageCommand {
   New,
   ToggleDust,
   ThrowAway,  ///< into the dust, and no more of it
+  ToggleStar,
   Delete,
   ChooseFolders,
   GatherAlike,
@@ -38,6 +39,7 @@ struct MessageState {
   bool isEditable = false;
   bool isDoubtful = false;  ///< it waits, and may have been sent
   CharsetChoice charset = CharsetChoice::Automatic;
+  bool hasStar = false;
   int priority = 2;  ///< 1 high, 2 usual, 3 low
 };
 

@@ -79,6 +79,10 @@ void MessageToolbars::BuildReading() {
   add(QStringLiteral("next"), style->standardIcon(QStyle::SP_ArrowForward), Ui::tr("次"),
       MessageCommand::ShowNext);
   tbReading_->addSeparator();
+  const QString star = QStringLiteral("bookmark");
+  star_ = Add(tbReading_, QStringLiteral("star"), Icon(star), Ui::tr("スター"),
+              MessageCommand::ToggleStar);
+  star_->setCheckable(true);
   add(dust, Icon(dust), Ui::tr("くずかご"), MessageCommand::ThrowAway);
 }
 
@@ -92,6 +96,7 @@ void MessageToolbars::Show(const MessageState& state) {
   cancel_->setEnabled(!state.isDoubtful);
   reply_->setVisible(isReading);
   tbReading_->setVisible(isReading);
+  star_->setChecked(state.hasStar);
   clip_->setVisible(isWritten);
   clip_->setEnabled(state.isEditable);
   edit_->setVisible(isWritten);

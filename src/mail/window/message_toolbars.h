@@ -47,6 +47,7 @@ class MessageToolbars : public QObject {
   QAction* reply_ = nullptr;
   QAction* clip_ = nullptr;
   QAction* edit_ = nullptr;
+  QAction* star_ = nullptr;
 };
 
 }  // namespace vorn

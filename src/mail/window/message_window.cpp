@@ -228,6 +228,23 @@ void MessageWindow::ControlToolbarUpdate() {
   ShowState();
 }
 
+// Kept at once, since the lists show it.
+void MessageWindow::ToggleStar() {
+  const bool star = !HasStar();
+  if (const Result<> marked = SetMark(context_, {document_.Tag()}, kFlagStar, star)) {
+    document_.LetStar(star);
+    host_.MessageStored();
+  } else {
+    ShowBox(this, QMessageBox::Critical,
+            Ui::tr("変更を保存できませんでした。") + marked.Error().text);
+  }
+  ShowState();
+}
+
+bool MessageWindow::HasStar() const {
+  return GetFlagChar(MessageBag(*document_.Bag()).Flags(), kFlagStar, QString()) == u"1";
+}
+
 void MessageWindow::ShowState() {
   const QString flags = MessageBag(*document_.Bag()).Flags();
   const MessageState state{
@@ -238,6 +255,7 @@ void MessageWindow::ShowState() {
       .isEditable = document_.IsEditable(),
       .isDoubtful = sending_->IsDoubtful(),
       .charset = document_.Code().charset,
+      .hasStar = HasStar(),
       .priority = GetFlagChar(flags, kFlagPriority, QStringLiteral("2")).toInt()};
   menus_->Show(state);
   toolbars_->Show(state);
@@ -272,6 +290,8 @@ void MessageWindow::Run(MessageCommand command) {
       ShowState();
       close();
       return;
+    case MessageCommand::ToggleStar:
+      return ToggleStar();
     case MessageCommand::Delete:
       return closing_.Delete();
     case MessageCommand::ChooseFolders:

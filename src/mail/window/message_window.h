@@ -59,6 +59,8 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void Open(bool applyStoredCharset = true, const QByteArray& shown = {});
   void SetEdited(bool isEdited);
   void ShowState();
+  void ToggleStar();
+  bool HasStar() const;
   void TurnInto(OpenMode mode);
   void ShowNeighbour(int step);
 

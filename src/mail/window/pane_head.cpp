@@ -44,9 +44,10 @@ PaneHead::PaneHead()
   grid->addWidget(subject_, 0, 0);
   grid->addWidget(BuildToolbar(), 0, 1, 2, 1, Qt::AlignTop | Qt::AlignRight);
   grid->addWidget(from_, 1, 0);
-  grid->addWidget(to_, 2, 0, 1, 2);
-  grid->addWidget(date_, 3, 0, 1, 2);
-  grid->setColumnStretch(0, 1);
+  grid->addWidget(to_, 2, 0);
+  grid->addWidget(date_, 2, 1);
+  grid->setColumnStretch(0, 3);
+  grid->setColumnStretch(1, 2);
 }
 
 QWidget* PaneHead::BuildToolbar() {

@@ -22,6 +22,7 @@
 namespace vorn {
 namespace {
 
+constexpr int kLeastLines = 6;
 constexpr int kPaneClipRows = 2;
 }  // namespace
 
@@ -62,6 +63,8 @@ void ReadingPane::Lay() {
   auto* either = new QStackedLayout(this);
   either->addWidget(nothing_);
   either->addWidget(message_);
+  // Whatever a message brings along, the list keeps its room.
+  setMinimumHeight(fontMetrics().lineSpacing() * kLeastLines);
 }
 
 // An answer is a message that is written, which is done in a window.

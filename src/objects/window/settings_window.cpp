@@ -48,6 +48,7 @@ class ViewPage : public FormPage {
     connect(paging, &QCheckBox::toggled, rows, &QSpinBox::setEnabled);
     AddCheck(QStringLiteral("ckMessagesNewest"), Ui::tr("フォルダを最新のページで開く(&W)"));
     AddCheck(QStringLiteral("ckNewestFirst"), Ui::tr("新しいメッセージを上に表示する(&U)"));
+    AddCheck(QStringLiteral("ckShownOnce"), Ui::tr("フォルダに入れたものを受信に表示しない(&F)"));
     AddCheck(QStringLiteral("ckPageEscape"),
              Ui::tr("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
     AddChoice(QStringLiteral("cbReadingPane"), Ui::tr("選んだメッセージの表示(&R)"),

@@ -1,8 +1,7 @@
-// What the main window asks before an object goes.
+#include "frame/window/deletion_question.h"
 
 #include <QMessageBox>
 
-#include "frame/window/parent_window.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_filing.h"
 #include "objects/account.h"
@@ -49,20 +48,16 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
 
 }  // namespace
 
-void ParentWindow::DeleteObject(const QString& key, const QString& tag) {
-  const DiskPtr object = context_.Objects.Find(key);
-  // What cannot be deleted is not asked about.
+bool ConfirmDeletion(Context& context, QWidget& window, const QString& key, const QString& name) {
+  const DiskPtr object = context.Objects.Find(key);
   const bool mayGo =
-      object != nullptr && !AnyObject(*object).IsSystem() && key != context_.Session->SerialID();
-  if (mayGo) {
-    QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(NodeText(key));
-    const QString warning = DeletionWarning(context_, object);
-    if (!warning.isEmpty()) question += u'\n' + warning;
-    const auto answer = ShowBox(this, QMessageBox::Question, question,
-                                QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-    if (answer != QMessageBox::Ok) return;
-  }
-  PostDialog(key, tag, kShowHidden, QStringLiteral("delete"));
+      object != nullptr && !AnyObject(*object).IsSystem() && key != context.Session->SerialID();
+  if (!mayGo) return true;
+  QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(name);
+  const QString warning = DeletionWarning(context, object);
+  if (!warning.isEmpty()) question += u'\n' + warning;
+  return ShowBox(&window, QMessageBox::Question, question, QMessageBox::Ok | QMessageBox::Cancel,
+                 QMessageBox::Cancel) == QMessageBox::Ok;
 }
 
 }  // namespace vorn

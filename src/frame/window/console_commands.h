@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+
+namespace vorn {
+
+class FolderPanes;
+class Opener;
+class PageActions;
+class RequestWindows;
+struct Context;
+
+/// Does what the user wants in the console tree: opens what nodes stand for, makes, renames and
+/// deletes objects, files what is dropped.
+class ConsoleCommands : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Questions stand before `window`.
+  ConsoleCommands(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
+                  Opener& opener, PageActions& actions);
+
+ private:
+  void OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn);
+  void DeleteObject(const QString& key, const QString& tag);
+
+  Context& context_;
+  QWidget& window_;
+  FolderPanes& panes_;
+  RequestWindows& windows_;
+  Opener& opener_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,75 @@
+#include "frame/window/file_menu.h"
+
+#include "frame/window/console_tree.h"
+#include "frame/window/folder_panes.h"
+#include "frame/window/node_commands.h"
+#include "frame/window/opener.h"
+#include "frame/window/page_actions.h"
+#include "frame/window/traffic_host.h"
+#include "objects/object_types.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+FileMenu::FileMenu(Context& context, QWidget& window, FolderPanes& panes, Opener& opener,
+                   PageActions& actions, TrafficHost& traffic, MessageHost& messages,
+                   QWidget* parent)
+    : QMenu(Ui::tr("ファイル(&F)"), parent),
+      panes_(panes),
+      opener_(opener),
+      archive_(context, window, messages, traffic.Traffic(), traffic.Timer()) {
+  setObjectName(QStringLiteral("menuFiles"));
+  AddCreation();
+  addSeparator();
+  AddNodeCommands();
+  addSeparator();
+  addAction(Ui::tr("くずかごを空にする(&E).."), this, [&actions] { actions.EmptyDust(); });
+  addSeparator();
+  AddArchive();
+  addSeparator();
+  exit_ = addAction(Ui::tr("終了(&X)"), &window, &QWidget::close);
+  exit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+}
+
+void FileMenu::AddCreation() {
+  QMenu* create = addMenu(Ui::tr("新規作成(&N)"));
+  create->setObjectName(QStringLiteral("menuFilesNew"));
+  const auto entry = [this, create](const QString& text, const QString& type) {
+    create->addAction(text, this, [this, type] { panes_.Tree().Commands().NewObject(type); });
+  };
+  create->addAction(Ui::tr("メッセージ(&M).."), this, [this] { opener_.WriteMessage(); })
+      ->setShortcut(QKeySequence::New);
+  create->addSeparator();
+  entry(Ui::tr("アカウント(&A).."), object_type::kAccount);
+  entry(Ui::tr("フォルダ(&F).."), object_type::kFolder);
+  entry(Ui::tr("アドレスブック(&D).."), object_type::kBook);
+  entry(Ui::tr("ブックマーク(&B).."), object_type::kBookmark);
+  entry(Ui::tr("プロファイル(&P).."), object_type::kProfile);
+}
+
+void FileMenu::AddNodeCommands() {
+  NodeCommands* commands = &panes_.Tree().Commands();
+  const QList<QAction*> onNode = {
+      addAction(Ui::tr("名前の変更(&M)"), commands, &NodeCommands::Rename),
+      addAction(Ui::tr("削除(&D)"), commands, &NodeCommands::Delete),
+      addAction(Ui::tr("プロパティ(&R).."), commands, &NodeCommands::ShowProperties)};
+  connect(this, &QMenu::aboutToShow, this, [this, onNode] {
+    for (QAction* action : onNode) action->setEnabled(panes_.Tree().HasObject());
+  });
+  // Opening a folder leaves the keys with its page, also for the name of what was just clicked.
+  onNode.front()->setShortcut(Qt::Key_F2);
+  connect(this, &QMenu::aboutToHide, this, [onNode] { onNode.front()->setEnabled(true); });
+}
+
+void FileMenu::AddArchive() {
+  addAction(Ui::tr("ファイルから取り込む(&I).."), this, [this] { archive_.ImportFiles(); });
+  addAction(Ui::tr("フォルダから取り込む(&O).."), this, [this] { archive_.ImportFolder(); });
+  QAction* write = addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
+    const QString folder = panes_.CurrentFolder();
+    archive_.Export(folder, panes_.Tree().NodeText(folder));
+  });
+  connect(this, &QMenu::aboutToShow, this,
+          [this, write] { write->setEnabled(!panes_.CurrentFolder().isEmpty()); });
+}
+
+}  // namespace vorn

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QMenu>
+
+#include "frame/window/archive_commands.h"
+
+namespace vorn {
+
+class FolderPanes;
+class Opener;
+class PageActions;
+class TrafficHost;
+
+/// The menu "menuFiles": objects and messages are made, the tree's node is changed, messages are
+/// imported and exported.
+class FileMenu : public QMenu {
+  Q_OBJECT
+
+ public:
+  /// For what the archive's commands need see there.
+  FileMenu(Context& context, QWidget& window, FolderPanes& panes, Opener& opener,
+           PageActions& actions, TrafficHost& traffic, MessageHost& messages, QWidget* parent);
+
+  QAction* Exit() const { return exit_; }
+
+ private:
+  void AddCreation();
+  void AddNodeCommands();
+  void AddArchive();
+
+  FolderPanes& panes_;
+  Opener& opener_;
+  ArchiveCommands archive_;
+  QAction* exit_ = nullptr;
+};
+
+}  // namespace vorn

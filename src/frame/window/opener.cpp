@@ -1,0 +1,129 @@
+#include "frame/window/opener.h"
+
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QUrl>
+
+#include "frame/window/console_tree.h"
+#include "frame/window/folder_changes.h"
+#include "kit/window/plain_text.h"
+#include "mail/archive/import_messages.h"
+#include "mail/mailto.h"
+#include "mail/message_bag.h"
+#include "objects/any_object.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "objects/standard_objects.h"
+#include "storage/databases.h"
+#include "storage/profile_bag.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+void Opener::OpenMessage(int open, const QString& serialId, bool isNew) {
+  MailRequest request;
+  request.open = open;
+  request.serialId = serialId;
+  request.isNew = isNew;
+  request.db = static_cast<int>(DatabaseKind::MailByPath);
+  request.file = ProfileBag(*context_.Session).MailFiles();
+  request.password = ProfileBag(*context_.Session).Password();
+  queue_.PostMailRequest(request);
+}
+
+void Opener::OpenArgument(const QString& argument) {
+  if (IsMailto(argument)) {
+    WriteMessage(argument);
+    return;
+  }
+  const Result<QString> serialId = TakeMessageFile(context_, argument);
+  if (!serialId) {
+    ShowBox(&window_, QMessageBox::Critical, serialId.Error().text);
+    return;
+  }
+  OpenMessage(0, *serialId, false);
+  changes_.Note();
+}
+
+void Opener::OpenFolder(const QString& serialId) {
+  tree_.SelectNode(serialId);
+  BrowserRequest request;
+  request.serialId = serialId;
+  request.local = true;
+  queue_.PostBrowserRequest(request);
+}
+
+void Opener::OpenWebPage(const QString& url) {
+  const QUrl place = QUrl::fromUserInput(url);
+  const bool isWeb = place.scheme() == u"http" || place.scheme() == u"https";
+  // The user's own browser gets its corrections from its makers.
+  if (isWeb && Settings(context_).OpensWebOutside()) {
+    if (!QDesktopServices::openUrl(place)) {
+      ShowBox(&window_, QMessageBox::Information, Ui::tr("標準のブラウザーを起動できません。"));
+    }
+    return;
+  }
+  BrowserRequest request;
+  request.serialId = context_.Data.NewSerialID();
+  request.url = url;
+  queue_.PostBrowserRequest(request);
+}
+
+void Opener::PrintPageFile(const QString& path) {
+  BrowserRequest request;
+  request.serialId = context_.Data.NewSerialID();
+  request.url = path;
+  request.local = true;
+  request.show = kShowHidden;
+  request.exec = QStringLiteral("print");
+  queue_.PostBrowserRequest(request);
+}
+
+void Opener::OpenObject(const QString& key, const QString& tag, int show, const QString& after,
+                        const QString& event) {
+  DialogRequest request;
+  request.serialId = key;
+  request.status = tag;
+  request.show = show;
+  request.after = after;
+  request.event = event;
+  queue_.PostDialogRequest(request);
+}
+
+void Opener::MakeObject(const QString& type, const QString& parent) {
+  DialogRequest request;
+  request.status = type;
+  request.isNew = true;
+  request.parent = parent;
+  queue_.PostDialogRequest(request);
+}
+
+void Opener::OpenEvent(const QString& serialId) {
+  const DiskPtr record = events_.Find(serialId);
+  if (record == nullptr) return;
+  const QString reference = EventRecord(*record).Reference();
+  if (EventRecord(*record).IsAboutMessage()) {
+    const MessageBag message(*record);
+    MailRequest request;
+    request.serialId = reference;
+    request.db = static_cast<int>(message.Database());
+    request.file = message.File(context_);
+    request.password = message.Password();
+    request.event = serialId;
+    queue_.PostMailRequest(request);
+    return;
+  }
+  const DiskPtr object = context_.Objects.Find(reference);
+  const QString type = object == nullptr ? QString() : AnyObject(*object).Type();
+  const bool isSettings = reference == fixed_serial::kSettings;
+  if (object == nullptr && !isSettings) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak +
+                EventRecord(*record).Text());
+    return;
+  }
+  OpenObject(reference, isSettings ? reference : type, kShowModal,
+             isSettings ? QStringLiteral("public") : QString(), serialId);
+}
+
+}  // namespace vorn

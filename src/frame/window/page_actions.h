@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include "frame/window/message_actions.h"
+
+namespace vorn {
+
+class BrowserWindow;
+class FolderPanes;
+class MainStatusBar;
+
+/// What is done with messages of the pages, in the main window: the status bar offers to take it
+/// back, and the page in use goes along.
+class PageActions : public QObject {
+  Q_OBJECT
+
+ public:
+  PageActions(Context& context, QWidget& window, MessageHost& host, FolderPanes& panes,
+              MainStatusBar& status);
+
+  /// See `MessageActions`.
+  QStringList Act(MessageAction action, const QStringList& messages, const QString& folder) {
+    return actions_.Act(action, messages, folder);
+  }
+  void EmptyDust() { actions_.EmptyDust(); }
+  /// A message of the page in use was dropped on a folder of the tree. One that belongs to a choice
+  /// of several brings the others along.
+  void Drop(const QString& message, const QString& folder);
+
+ private:
+  void ConnectActions();
+  void TakeBack();
+
+  FolderPanes& panes_;
+  MainStatusBar& status_;
+  MessageActions actions_;
+  QPointer<BrowserWindow> takesBack_;  // the list for which that is done just now
+};
+
+}  // namespace vorn

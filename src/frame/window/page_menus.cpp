@@ -1,0 +1,96 @@
+#include "frame/window/page_menus.h"
+
+#include <QFile>
+#include <QShortcut>
+#include <QTextDocument>
+
+#include "frame/window/browser_area.h"
+#include "frame/window/console_tree.h"
+#include "frame/window/folder_panes.h"
+#include "frame/window/request_windows.h"
+#include "present/window/browser_window.h"
+#include "present/window/shown_folder.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+// Pages have no scripts; the engine shows what it gives the focus to.
+QString OpenedAt(QString html, const QString& heading) {
+  const qsizetype text = heading.isEmpty() ? -1 : html.indexOf(u'>' + heading + u'<');
+  const qsizetype at = text < 0 ? -1 : html.lastIndexOf(QStringLiteral("<h"), text);
+  if (at < 0) return html;
+  return html.insert(at + 3, QStringLiteral(" tabindex=\"-1\" autofocus"));
+}
+
+}  // namespace
+
+PageMessageMenu::PageMessageMenu(BrowserArea& area, QWidget* parent)
+    : QMenu(Ui::tr("メッセージ(&M)"), parent) {
+  setObjectName(QStringLiteral("menuPageMessages"));
+  connect(this, &QMenu::aboutToShow, this, [this, &area] {
+    clear();
+    if (BrowserWindow* browser = area.Active()) return browser->Folder().ListCommands(*this);
+    addAction(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"))->setEnabled(false);
+  });
+}
+
+WindowMenu::WindowMenu(FolderPanes& panes, QWidget* parent)
+    : QMenu(Ui::tr("ウィンドウ(&W)"), parent) {
+  setObjectName(QStringLiteral("menuWindows"));
+  BrowserArea* area = &panes.Area();
+  const auto arrange = [this, area](const QString& text, Arrangement arrangement) {
+    addAction(text, area, [area, arrangement] { area->Arrange(arrangement); });
+  };
+  arrange(Ui::tr("重ねて表示(&C)"), Arrangement::Cascaded);
+  arrange(Ui::tr("並べて表示(&T)"), Arrangement::Tiled);
+  arrange(Ui::tr("タブで表示(&B)"), Arrangement::Tabs);
+  addAction(Ui::tr("次のウィンドウ(&N)"), area, &QMdiArea::activateNextSubWindow)
+      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+  // Windows in the area have this key themselves.
+  addAction(Ui::tr("ウィンドウを閉じる(&L)") + QStringLiteral("\tCtrl+W"), area,
+            &QMdiArea::closeActiveSubWindow);
+  new QShortcut(QKeySequence::Close, &panes.Tree(), area, &QMdiArea::closeActiveSubWindow,
+                Qt::WidgetShortcut);
+  addSeparator();
+  AddWays(panes);
+}
+
+void WindowMenu::AddWays(FolderPanes& panes) {
+  ConsoleTree* tree = &panes.Tree();
+  addAction(Ui::tr("ツリーに移動(&F)"), tree, [tree] {
+    tree->setFocus();
+  })->setShortcut(QKeySequence(Qt::Key_F6));
+  BrowserArea* area = &panes.Area();
+  const auto goToPage = [area] {
+    if (BrowserWindow* browser = area->Active()) browser->setFocus();
+  };
+  addAction(Ui::tr("ページに移動(&P)"), area, goToPage)
+      ->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6));
+}
+
+HelpMenu::HelpMenu(RequestWindows& windows, BrowserArea& area, QAction* version, QWidget* parent)
+    : QMenu(Ui::tr("ヘルプ(&H)"), parent), windows_(windows), area_(area) {
+  setObjectName(QStringLiteral("menuHelps"));
+  addAction(Ui::tr("使い方(&G)"), this, [this] {
+    ShowGuide({});
+  })->setShortcut(QKeySequence::HelpContents);
+  addAction(Ui::tr("キーの一覧(&K)"), this, [this] {
+    ShowGuide(Ui::tr("ページのキー"));
+  })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Slash));
+  addSeparator();
+  addAction(version);
+}
+
+void HelpMenu::ShowGuide(const QString& heading) {
+  QFile guide(Ui::tr(":/guide/index.md"));
+  if (!guide.open(QIODevice::ReadOnly)) return;
+  QTextDocument text;
+  text.setMarkdown(QString::fromUtf8(guide.readAll()));
+  BrowserWindow* window = windows_.NewBrowser();
+  window->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
+  window->ShowModeless();
+  area_.ArrangeAsKept();
+}
+
+}  // namespace vorn

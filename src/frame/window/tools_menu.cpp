@@ -1,0 +1,25 @@
+#include "frame/window/tools_menu.h"
+
+#include "storage/ui.h"
+#include "transfer/check_plan.h"
+
+namespace vorn {
+
+ToolsMenu::ToolsMenu(CheckPlan& plan, QWidget* parent) : QMenu(Ui::tr("ツール(&T)"), parent) {
+  setObjectName(QStringLiteral("menuTools"));
+  Add(kToolsReceive, Ui::tr("メッセージ送受信(&M)"))
+      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  QAction* cancel = Add(kToolsCancel, Ui::tr("送受信の中止(&C)"));
+  Add(kToolsRules, Ui::tr("メッセージ条件(&R).."));
+  addSeparator();
+  Add(kToolsSettings, Ui::tr("設定(&O).."));
+  addSeparator();
+  version_ = Add(kToolsVersion, Ui::tr("バージョン情報(&V).."));
+  connect(this, &QMenu::aboutToShow, this, [&plan, cancel] { cancel->setEnabled(plan.HasWork()); });
+}
+
+QAction* ToolsMenu::Add(ToolsEntry entry, const QString& text) {
+  return addAction(text, this, [this, entry] { Q_EMIT Clicked(entry); });
+}
+
+}  // namespace vorn
