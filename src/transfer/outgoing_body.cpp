@@ -3,7 +3,7 @@
 namespace vorn {
 namespace {
 
-constexpr qsizetype kSliceBytes = 256 * 1024;
+constexpr qsizetype kBodySliceBytes = 256 * 1024;
 constexpr qsizetype kEndMarkBytes = 5;
 
 }  // namespace
@@ -16,7 +16,7 @@ void OutgoingBody::Begin() {
 QByteArray OutgoingBody::NextSlice() {
   if (!IsUnderWay()) return {};
   const qsizetype rest = wire_.size() - sent_;
-  const qsizetype slice = rest < kSliceBytes + kEndMarkBytes ? rest : kSliceBytes;
+  const qsizetype slice = rest < kBodySliceBytes + kEndMarkBytes ? rest : kBodySliceBytes;
   sent_ += slice;
   return wire_.sliced(sent_ - slice, slice);
 }

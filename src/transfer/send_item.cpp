@@ -28,6 +28,15 @@ std::optional<Account> SendItem::Sender() const {
   return accounts->First();
 }
 
+QString SendItem::Route() const {
+  const std::optional<Account> account = Sender();
+  if (!account) return {};
+  const AccountServer server = account->Outgoing();
+  return QStringList{server.host, QString::number(server.port),
+                     account->Authenticates() ? server.user : QString(), account->Address()}
+      .join(u' ');
+}
+
 void SendItem::SetSender(const DiskPtr& account) {
   auto accounts = std::make_shared<DiskCollection>();
   if (account != nullptr) accounts->Add(account);

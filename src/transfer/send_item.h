@@ -30,6 +30,8 @@ class SendItem {
   /// The account that sends it, if there is one.
   std::optional<Account> Sender() const;
   void SetSender(const DiskPtr& account);
+  /// How that account sends; empty without one. Whoever changes it expects another answer.
+  QString Route() const;
   /// An account that none of its senders names sends it, and becomes its sender.
   void SendFrom(const DiskPtr& account);
   bool IsFromAnother() const { return bag_->Flag(kFromAnother); }

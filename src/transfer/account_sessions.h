@@ -1,0 +1,31 @@
+#pragma once
+
+namespace vorn {
+
+class Account;
+class CheckJob;
+class PlanHost;
+class Pop;
+struct AccountServer;
+
+/// What receive jobs and send jobs have in common: sessions at an account's servers.
+class AccountSessions {
+ public:
+  AccountSessions(Pop& pop, PlanHost& host) : pop_(pop), host_(host) {}
+
+  /// Loads the transfer control with a server and how to log in there.
+  void LoadServer(const AccountServer& server);
+  /// Loads it to receive for the account.
+  void LoadReceiving(const Account& account);
+  /// Whether the account's receive password is known, if need be by asking for it.
+  bool KnowsPassword(Account& account);
+  void ForgetRefusedPassword(const CheckJob& job, Account& account);
+  /// Records what the job's session came to as an event, where the account's sessions are.
+  void Record(const CheckJob& job, const Account& account);
+
+ private:
+  Pop& pop_;
+  PlanHost& host_;
+};
+
+}  // namespace vorn

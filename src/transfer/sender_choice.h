@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include "storage/context.h"
+#include "storage/disk.h"
+
+namespace vorn {
+
+class PlanHost;
+class PlannedJobs;
+class SendItem;
+
+/// Which account sends a message.
+class SenderChoice {
+ public:
+  SenderChoice(Context& context, PlanHost& host, const PlannedJobs& jobs)
+      : context_(context), host_(host), jobs_(jobs) {}
+
+  /// The account that sends for one of the senders among the address lines; null without one.
+  DiskPtr AccountFor(const QString& addressLines) const;
+  /// Whether there is one, or the user chooses an account for that message, which then counts until
+  /// the program ends. False when he does not.
+  bool Choose(const QString& serial, const QString& addressLines, const QString& subject);
+  /// Gives a message without an account the chosen one; false when there is none. `chosen` and
+  /// `asked` go from one message of a job to the next.
+  bool Use(SendItem& message, DiskPtr& chosen, bool& asked);
+
+ private:
+  DiskPtr AskForAccount(const QString& subject);
+
+  Context& context_;
+  PlanHost& host_;
+  const PlannedJobs& jobs_;
+  QHash<QString, QString> chosen_;  // accounts, by the messages that they were chosen for
+  QSet<QString> toldOfNoAccount_;   // messages
+  bool asking_ = false;
+};
+
+}  // namespace vorn
