@@ -4024,8 +4024,8 @@ Do you want that?</translation>
         <translation>[Refused] </translation>
     </message>
     <message>
-        <source>サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて直すか、もう一度送信してください。</source>
-        <translation>Messages that the server has refused (%1) were not sent. Open and correct them, or send them again.</translation>
+        <source>サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
+        <translation>Messages that the server has refused (%1) were not sent. Open them, cancel the sending, correct them and send them again.</translation>
     </message>
     <message>
         <source>再送の前に確かめます。サーバーに断られたものは送り直さず、

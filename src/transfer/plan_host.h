@@ -24,6 +24,8 @@ class PlanHost {
   /// Work has to wait for another program; told once for each wait, with who it is, and again, with
   /// an empty sentence, when it waits no longer.
   virtual void WorkIsHeld(const QString& sentence) = 0;
+  /// How it stands with a message that waits is another than before; lists show it.
+  virtual void WaitingChanged() {}
 };
 
 }  // namespace vorn

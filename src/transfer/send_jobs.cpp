@@ -205,6 +205,7 @@ void SendJobs::RecordOutcome(const CheckJob& job, const SendItem& message) {
     std::ignore =
         SendRefusals(context_, message.File(context_)).Note(message.SerialId(), message.Route());
   }
+  if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
   const QString refused = record.Refused();
   QString text;
   if (!refused.isEmpty()) {

@@ -56,10 +56,11 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
     return refused != routes.end() && refused.value() == message.Route();
   });
   if (count == 0 || jobs_.RunsPeriodically()) return;
-  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-                 Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて直すか、"
-                        "もう一度送信してください。")
-                     .arg(count));
+  host_.AddEvent(
+      1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
+             "セルし、直してからもう一度送信してください。")
+          .arg(count));
 }
 
 // Whoever pressed the button of a message does not press it again because a file was in use.

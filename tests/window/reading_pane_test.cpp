@@ -129,6 +129,29 @@ TEST_F(ReadingPaneTest, ThePaneShowsTheCurrentRowAlsoBehindAnotherTab) {
   }));
 }
 
+TEST_F(ReadingPaneTest, WhatIsWrittenOnIsReadAsItIsNow) {
+  BeginReading(1);
+  const auto write = [this](const QByteArray& subject) {
+    Disk request(QStringLiteral("draft"));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusEdit));
+    EXPECT_TRUE(MailStore(program_->GetContext())
+                    .StoreMessage(request, "From: me@x\r\nSubject: " + subject + "\r\n\r\n\r\n"));
+  };
+  write("first");
+  OpenFolder(fixed_serial::kEditWait);
+  FocusPage();
+  Press(Qt::Key_Home);
+  const auto shows = [this](const char16_t* subject) {
+    return WaitFor([&] {
+      return Child<QLabel>(*Pane(), u"lbPaneSubject").text() == QString::fromUtf16(subject);
+    });
+  };
+  ASSERT_TRUE(shows(u"first"));
+  write("second");
+  program_->Parent()->Pages().Messages().MessageStored();
+  EXPECT_TRUE(shows(u"second"));
+}
+
 TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
   BeginReading(2);
   ClickLink(QStringLiteral("a[href*=mail_2]"));

@@ -110,6 +110,7 @@ void ParentWindow::ConnectPieces() {
           [this] { menuTools_Click(kToolsCancel); });
   connect(&traffic_, &TrafficHost::Ticked, this, &ParentWindow::Tick);
   // The user would not learn of it.
+  connect(&traffic_, &TrafficHost::ListsChanged, this, [this] { changes_.Note(); });
   connect(&traffic_, &TrafficHost::Failed, this, [this] { closing_.Stay(); });
 }
 

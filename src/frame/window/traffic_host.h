@@ -36,10 +36,13 @@ class TrafficHost : public QObject, public PlanHost {
   QString ChooseAccount(const QString& title, const QString& prompt) override;
   QString AskPassword(const QString& account) override;
   void WorkIsHeld(const QString& sentence) override;
+  void WaitingChanged() override { Q_EMIT ListsChanged(); }
 
  Q_SIGNALS:
   /// An error was recorded.
   void Failed();
+  /// Lists show something else of a message than before.
+  void ListsChanged();
   /// The traffic has gone on by one step.
   void Ticked();
 

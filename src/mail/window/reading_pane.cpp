@@ -78,8 +78,7 @@ NoticeBar* ReadingPane::BuildAppointment() {
 void ReadingPane::Show(const QString& serialId, bool marks) {
   if (serialId != serialId_) {
     serialId_ = serialId;
-    request_ = std::make_shared<Disk>(serialId);
-    MessageBag::SetFile(*request_, MailDatabasePath(context_));
+    request_ = NewRequest();
     if (!serialId.isEmpty()) {
       opened_ = LookAtMessage(context_, *request_);
       Fill();
@@ -88,6 +87,22 @@ void ReadingPane::Show(const QString& serialId, bool marks) {
     either.setCurrentWidget(serialId.isEmpty() ? nothing_ : message_);
   }
   inSight_.Begin(marks && !serialId_.isEmpty() && receipt_->isHidden());
+}
+
+DiskPtr ReadingPane::NewRequest() const {
+  auto request = std::make_shared<Disk>(serialId_);
+  MessageBag::SetFile(*request, MailDatabasePath(context_));
+  return request;
+}
+
+void ReadingPane::FollowEdits() {
+  if (serialId_.isEmpty() || qAbs(MessageBag(*request_).Status()) == kStatusReceived) return;
+  const DiskPtr request = NewRequest();
+  OpenedMessage now = LookAtMessage(context_, *request);
+  if (now.source.isEmpty() || now.source == opened_.source) return;
+  request_ = request;
+  opened_ = std::move(now);
+  Fill();
 }
 
 void ReadingPane::Fill() {

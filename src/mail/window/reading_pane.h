@@ -27,6 +27,8 @@ class ReadingPane : public QWidget {
   /// been in sight for two seconds, unless its sender asks for a receipt: that is asked of the user
   /// in the message's window.
   void Show(const QString& serialId, bool marks);
+  /// Reads what is shown once more if the user writes it himself, who may have gone on meanwhile.
+  void FollowEdits();
   /// The pane is out of sight, behind another window of its area, or no longer.
   void Cover(bool covered) { inSight_.Cover(covered); }
   /// Prints the message that is shown, with what is in front.
@@ -43,6 +45,7 @@ class ReadingPane : public QWidget {
  private:
   void Lay();
   NoticeBar* BuildAppointment();
+  DiskPtr NewRequest() const;
   void Fill();
   void Mark();
 

@@ -86,7 +86,10 @@ void PageSplit::ShowRow(const QString& serialId) {
 }
 
 bool PageSplit::RowKept(const QString& serialId) {
-  if (serialId == row_) return true;
+  if (serialId == row_) {
+    if (HasPane()) pane_->FollowEdits();
+    return true;
+  }
   if (hasMarked_) return false;
   ShowRow(serialId);
   return true;
