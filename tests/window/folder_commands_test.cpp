@@ -216,14 +216,6 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   ASSERT_NE(made, nullptr);
   OpenFolder(made->SerialID());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
-  // Without the folder it is in the inbox again.
-  OpenFolder(fixed_serial::kInbox);
-  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
-  auto& nodes = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
-  nodes.setCurrentItem(Node(made->SerialID()));
-  EXPECT_TRUE(InModal<QMessageBox>([&] { QTest::keyClick(&nodes, Qt::Key_Delete); },
-                                   [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); }));
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
 }
 
 // By what moves among messages that wait to be read, also over several pages.
