@@ -37,6 +37,8 @@ a { color: var(--text); text-decoration: none; }
 a:hover { color: var(--link); text-decoration: underline; }
 .m○ .subject a, .m○ .from { font-weight: bold; }
 .m○ .marks { color: var(--mark); }
+/* A ring says "all right" in Japan; what is unopened has a disc. */
+.new { font-size: 0; } .m○ .new::before { content: "●"; font-size: 10pt; }
 .marks { width: 5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
 .do { width: 8em; }
 td.date, td.do, td.do a { color: var(--soft); }
@@ -55,7 +57,7 @@ td.do a:hover { color: var(--link); }
 <th class="do"></th></tr>
 <tr class="none"><td colspan="5">{none}</td></tr>
 <+MAIL>
-<tr class="row m<+FLAG><NEW>"><td class="marks"><+FLAG><NEW><CLIP><PRIORITY><STATE></td>
+<tr class="row m<+FLAG><NEW>"><td class="marks"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
 <td class="from"><+MAILADDRESS><{tag}><SHORT></td>
 <td class="subject"><+DIALOG><+SUBJECT><+DIALOG></td>
 <td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>

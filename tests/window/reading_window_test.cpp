@@ -149,6 +149,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
       [&] {
         for (const QChar c : typed) {
           QTest::keyClick(&memo, c.toLatin1());
+          QApplication::processEvents();
           EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         }
       },

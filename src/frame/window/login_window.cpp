@@ -1,5 +1,6 @@
 #include "frame/window/login_window.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -27,6 +28,24 @@ namespace vorn {
 namespace {
 
 constexpr int kWidth = 360;
+
+// Making the key of a password takes up to a second or two, in which the window stands still.
+class BusySign {
+ public:
+  explicit BusySign(QPushButton& button) : button_(button) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    button_.setDown(true);
+    button_.repaint();
+  }
+  ~BusySign() {
+    button_.setDown(false);
+    QApplication::restoreOverrideCursor();
+  }
+  Q_DISABLE_COPY_MOVE(BusySign)
+
+ private:
+  QPushButton& button_;
+};
 
 }  // namespace
 
@@ -81,10 +100,14 @@ void LoginWindow::cmOk_Click() {
   if (profile == nullptr) return;
   const QString password = txPassword_->text();
   if (!ConfirmFirst(*profile, password)) return;
-  Result<LoginCheck> check = CheckLogin(context_, profile, password);
+  const auto checked = [&] {
+    const BusySign sign(*findChild<QPushButton*>(QStringLiteral("cmOk")));
+    return CheckLogin(context_, profile, password);
+  };
+  Result<LoginCheck> check = checked();
   while (check == LoginCheck::FilesLost) {
     if (!AskAboutLostFiles(profile, password)) return;
-    check = CheckLogin(context_, profile, password);
+    check = checked();
   }
   if (!check) {
     ShowBox(this, QMessageBox::Information, LoginRefusal(check.Error()));
