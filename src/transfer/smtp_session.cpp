@@ -175,8 +175,8 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  const SaslMechanism mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
-  if (mechanism == SaslMechanism::None) {
+  const SaslMechanism* mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
+  if (mechanism == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
     return;
