@@ -11,23 +11,13 @@
 #include "mail/codec/address.h"
 #include "mail/codec/content_index.h"
 #include "mail/lazy_text.h"
+#include "mail/open_mode.h"
 #include "mail/reply_form.h"
 #include "storage/disk.h"
 
 namespace vorn {
 
 class Settings;
-
-/// How a message window opens a message.
-enum class OpenMode {
-  Show = 0,
-  Reply,
-  ReplyAll,
-  Forward,
-  Resend,
-  Receipt,          ///< a read receipt for it
-  ForwardKeepFrom,  ///< forward, keeping the sender
-};
 
 /// An attachment of a message window.
 struct ModelAttachment {

@@ -86,11 +86,8 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     request.after = QString::fromUtf16(after);
     EXPECT_TRUE(queue_.PostDialogRequest(request));
   }
-  void PostMail(const char16_t* serialId, int open) {
-    MailRequest request;
-    request.serialId = QString::fromUtf16(serialId);
-    request.open = open;
-    queue_.PostMailRequest(request);
+  void PostMail(const char16_t* serialId, OpenMode mode = OpenMode::Show) {
+    queue_.PostMailRequest(MailRequest::Of(QString::fromUtf16(serialId), mode));
   }
 
   TestProfile profile_;
@@ -105,10 +102,10 @@ class DispatcherTest : public testing::Test, public DispatchHost {
 };
 
 TEST_F(DispatcherTest, AnOpenWindowIsReusedUnlessTheRequestIsDirect) {
-  PostMail(u"m", 0);
-  PostMail(u"m", 0);
+  PostMail(u"m");
+  PostMail(u"m");
   EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m,activate m"));
-  PostMail(u"m", 2);
+  PostMail(u"m", OpenMode::ReplyAll);
   EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m"));
 }
 
@@ -132,7 +129,7 @@ TEST_F(DispatcherTest, ChildWindowsAreArrangedAndDecliningOnesDropped) {
   queue_.PostBrowserRequest(request);
   EXPECT_EQ(Run(), QStringLiteral("load f,modeless,arrange,refresh f"));
   accepts_ = false;
-  PostMail(u"x", 0);
+  PostMail(u"x");
   EXPECT_EQ(Run(), QStringLiteral("load x+,unload"));
 }
 
@@ -153,7 +150,7 @@ TEST_F(DispatcherTest, NoticesAndNonsense) {
 }
 
 TEST_F(DispatcherTest, RequestsCarryTheirKeys) {
-  PostMail(u"", 1);
+  PostMail(u"", OpenMode::Reply);
   const DiskPtr mail = queue_.Front();
   EXPECT_TRUE(mail->SerialID().endsWith(u'@' + profile_.Get().ComputerName));
   EXPECT_TRUE(mail->Flag(u"direct") && mail->Flag(u"update"));

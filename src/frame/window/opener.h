@@ -29,8 +29,8 @@ class Opener {
         changes_(changes) {}
 
   RequestQueue& Queue() { return queue_; }
-  /// `open` is the open mode.
-  void OpenMessage(int open, const QString& serialId, bool isNew);
+  /// Of the profile's mail.
+  void OpenMessage(MailRequest request);
   /// A new message, which a "mailto:" address may begin.
   void WriteMessage(const QString& mailto = {}) {
     queue_.PostMailRequest(MailRequest::New(mailto));

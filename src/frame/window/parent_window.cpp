@@ -56,7 +56,7 @@ ParentWindow::ParentWindow(Context& context)
           }),
       notice_(
           context, *this,
-          [this](const QString& serialId) { opener_.OpenMessage(0, serialId, false); },
+          [this](const QString& serialId) { opener_.OpenMessage(MailRequest::Of(serialId)); },
           [this](MessageAction action, const QStringList& messages) {
             pages_.Actions().Act(action, messages, QString());
           }),
@@ -134,9 +134,9 @@ void ParentWindow::LoadDefaultProperty() {
 
 void ParentWindow::AskAtStart() {
   for (const QString& serialId : AskOfDoubtful(context_, *this))
-    opener_.OpenMessage(0, serialId, false);
+    opener_.OpenMessage(MailRequest::Of(serialId));
   const QStringList drafts = AskOfDrafts(context_, *this);
-  for (const QString& serialId : drafts) opener_.OpenMessage(0, serialId, false);
+  for (const QString& serialId : drafts) opener_.OpenMessage(MailRequest::Of(serialId));
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;

@@ -4,10 +4,8 @@
 #include <QWidget>
 
 #include "kit/window/unasked_question.h"
-#include "mail/message_model.h"
 #include "mail/message_request.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -38,11 +36,11 @@ void ReceiptQuestion::Ask() {
   if (answer != QMessageBox::Yes) return;
   const bool edits = Settings(context_).EditsReceipts();
   MailRequest receipt;
-  receipt.open = static_cast<int>(OpenMode::Receipt);
+  receipt.mode = OpenMode::Receipt;
   // A reply that was opened at once has an identifier of its own.
   receipt.serialId = MessageRequest(*message_).Original();
   receipt.isNew = true;
-  receipt.db = static_cast<int>(DatabaseKind::Mail);
+  receipt.database = DatabaseKind::Mail;
   receipt.show = edits ? kShowModeless : kShowHidden;
   receipt.autoSend = !edits;
   host_.PostMail(receipt);
