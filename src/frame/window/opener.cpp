@@ -13,7 +13,6 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
-#include "objects/standard_objects.h"
 #include "present/page_request.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"

@@ -24,7 +24,6 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
-#include "objects/standard_objects.h"
 #include "objects/window_request.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"

@@ -6,7 +6,6 @@
 #include "frame/window/browser_area.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
-#include "objects/standard_objects.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
 #include "objects/window_request.h"
