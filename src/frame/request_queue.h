@@ -13,7 +13,7 @@ namespace vorn {
 struct DialogRequest {
   QString serialId;
   QString status;
-  int show = kShowModal;
+  RequestShow show = kShowModal;
   bool isNew = false;
   QString after;
   QString parent;
@@ -26,7 +26,7 @@ struct BrowserRequest {
   QString serialId;
   QString url;
   bool local = false;
-  int show = kShowModeless;
+  RequestShow show = kShowModeless;
   QString exec;
 };
 

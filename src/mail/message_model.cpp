@@ -338,6 +338,13 @@ void AddInnerFiles(const QByteArray& source, const Attachment& package,
   }
 }
 
+// Base64 for a number that stands for nothing.
+MimeEncode MimeEncodeIn(const Disk& settings) {
+  const auto stored = static_cast<MimeEncode>(settings.Number(setting::kMimeEncode));
+  const bool isOther = stored == MimeEncode::QuotedPrintable || stored == MimeEncode::Uuencode;
+  return isOther ? stored : MimeEncode::Base64;
+}
+
 }  // namespace
 
 EditSettings EditSettings::From(const Settings& all) {
@@ -350,7 +357,7 @@ EditSettings EditSettings::From(const Settings& all) {
   edit.textTypes = all.TextTypes();
   edit.standardHeaders = all.HasStandardHeaders();
   edit.usualReplies = settings.Flag(setting::kUsualReplies);
-  edit.mimeEncode = settings.Number(setting::kMimeEncode);
+  edit.mimeEncode = MimeEncodeIn(settings);
   edit.mimeText = settings.Flag(setting::kMimeText);
   edit.replyLine = settings.Text(setting::kReplyLine);
   if (settings.Flag(setting::kSignatureAbove)) edit.signaturePlace = SignaturePlace::AboveQuote;

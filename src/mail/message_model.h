@@ -55,6 +55,9 @@ struct MessageModel {
   std::optional<QByteArray> calendarReply;
 };
 
+/// How files are put into text for the way, by the stored numbers of the choice.
+enum class MimeEncode { Base64 = 0, QuotedPrintable = 1, Uuencode = 2 };
+
 /// The settings that opening and composing read.
 struct EditSettings {
   bool editMode = false;
@@ -68,7 +71,7 @@ struct EditSettings {
   bool usualReplies = false;
   QString replyLine;  ///< above what a reply quotes; see `AttributionLine`
   SignaturePlace signaturePlace = SignaturePlace::UnderQuote;
-  int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
+  MimeEncode mimeEncode = MimeEncode::Base64;
   bool mimeText = false;
 
   static EditSettings From(const Settings& settings);

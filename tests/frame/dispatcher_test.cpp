@@ -78,7 +78,7 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     while (!queue_.IsEmpty()) dispatcher_.Tick();
     return log_.join(u',');
   }
-  void PostDialog(const char16_t* serialId, int show, const char16_t* after) {
+  void PostDialog(const char16_t* serialId, RequestShow show, const char16_t* after) {
     DialogRequest request;
     request.serialId = QString::fromUtf16(serialId);
     request.status = QStringLiteral("account");
@@ -110,16 +110,16 @@ TEST_F(DispatcherTest, AnOpenWindowIsReusedUnlessTheRequestIsDirect) {
 }
 
 TEST_F(DispatcherTest, ModalWindowsRunTheirStepOnlyWhenConfirmed) {
-  PostDialog(u"a", 1, u"public");
+  PostDialog(u"a", kShowModal, u"public");
   EXPECT_EQ(Run(), QStringLiteral("load a,modal,apply"));
   answer_.clear();
-  PostDialog(u"a", 1, u"public");
+  PostDialog(u"a", kShowModal, u"public");
   EXPECT_EQ(Run(), QStringLiteral("load a,modal"));
 }
 
 TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
-  PostDialog(u"a", -1, u"rename");
-  PostDialog(u"b", -1, u"delete");
+  PostDialog(u"a", kShowHidden, u"rename");
+  PostDialog(u"b", kShowHidden, u"delete");
   EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,refresh a,load b,delete,refresh b"));
 }
 
@@ -173,10 +173,11 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   } view;
   TestProfile profile;
   EventLog log(profile.Get(), view);
-  log.AddEvent(1, 1, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
+  log.AddEvent(kEventError, kEventMessage, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
                QStringLiteral("text"));
   EXPECT_EQ(view.last, QStringLiteral("システム/mailuperror"));
-  log.AddEvent(0, 0, QStringLiteral("a"), QStringLiteral("仕事"), QStringLiteral("account"), {});
+  log.AddEvent(kEventInformation, kEventObject, QStringLiteral("a"), QStringLiteral("仕事"),
+               QStringLiteral("account"), {});
   EXPECT_EQ(view.last, QStringLiteral("仕事/accountinfomation"));
   EXPECT_TRUE(view.shown[1].startsWith(u"event_1_"));
   const DiskPtr record = log.Find(view.shown[0]);

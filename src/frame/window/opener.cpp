@@ -73,8 +73,8 @@ void Opener::PrintPageFile(const QString& path) {
   queue_.PostBrowserRequest(request);
 }
 
-void Opener::OpenObject(const QString& key, const QString& tag, int show, const QString& after,
-                        const QString& event) {
+void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show,
+                        const QString& after, const QString& event) {
   DialogRequest request;
   request.serialId = key;
   request.status = tag;

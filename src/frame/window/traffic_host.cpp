@@ -47,8 +47,8 @@ void TrafficHost::SendAndReceive() {
   Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
 }
 
-void TrafficHost::AddEvent(int level, int mode, const QString& reference, const QString& title,
-                           const QString& category, const QString& text) {
+void TrafficHost::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+                           const QString& title, const QString& category, const QString& text) {
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
     Q_EMIT Failed();
