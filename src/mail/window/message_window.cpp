@@ -38,7 +38,6 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
-#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -80,12 +79,11 @@ void ChooseFolders(Context& context, MessageDocument& document, QWidget* window)
     entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
                    AnyObject(*folder).Draw());
   }
-  const QString chosen =
+  const auto chosen =
       InputList(context, window, Ui::tr("保存フォルダ"),
                 Ui::tr("メッセージを保存するフォルダを選択してください。"),
                 MessageBag(*document.Bag()).Folders(), entries.join(kLineBreak), true);
-  if (ProfileBag(*context.Session).IsCancelled()) return;
-  document.SetFolders(chosen);
+  if (chosen) document.SetFolders(*chosen);
 }
 
 void SetPriority(MessageDocument& document, MessageForm& form, int priority) {
