@@ -86,12 +86,22 @@ void ChooseFolders(Context& context, MessageDocument& document, QWidget* window)
   if (chosen) document.SetFolders(*chosen);
 }
 
-void SetPriority(MessageDocument& document, MessageForm& form, int priority) {
-  const QStringList values = {QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("5")};
+QString HeaderOf(Priority priority) {
+  switch (priority) {
+    case Priority::High:
+      return QStringLiteral("1");
+    case Priority::Usual:
+      return QStringLiteral("3");
+    case Priority::Low:
+      return QStringLiteral("5");
+  }
+  return {};
+}
+
+void Prioritize(MessageDocument& document, MessageForm& form, Priority priority) {
   Disk& bag = *document.Bag();
-  MessageBag::SetFlags(
-      bag, SetFlagChar(MessageBag(bag).Flags(), kFlagPriority, QString::number(priority)));
-  form.Headers().SetHeader(QStringLiteral("X-Priority:"), values.value(priority - 1));
+  MessageBag::SetFlags(bag, SetPriority(MessageBag(bag).Flags(), priority));
+  form.Headers().SetHeader(QStringLiteral("X-Priority:"), HeaderOf(priority));
 }
 
 // What needs a message that can be read.
@@ -152,8 +162,8 @@ void MessageWindow::ConnectParts() {
   connect(menus_, &MessageMenus::Wanted, this, &MessageWindow::Run);
   connect(toolbars_, &MessageToolbars::Wanted, this, &MessageWindow::Run);
   connect(menus_, &MessageMenus::CharsetChosen, this, &MessageWindow::SetActiveCharset);
-  connect(menus_, &MessageMenus::PriorityChosen, this, [this](int priority) {
-    SetPriority(document_, *form_, priority);
+  connect(menus_, &MessageMenus::PriorityChosen, this, [this](Priority priority) {
+    Prioritize(document_, *form_, priority);
     SetEdited(true);
   });
   connect(sending_, &MessageSending::AnewWanted, this, [this] { Open(); });
@@ -245,16 +255,15 @@ bool MessageWindow::HasStar() const {
 
 void MessageWindow::ShowState() {
   const QString flags = MessageBag(*document_.Bag()).Flags();
-  const MessageState state{
-      .status = document_.Status(),
-      .isInDust = document_.IsInDust(),
-      .isStored = !document_.IsNew(),
-      .isUnreadable = document_.IsUnreadable(),
-      .isEditable = document_.IsEditable(),
-      .isDoubtful = sending_->IsDoubtful(),
-      .charset = document_.Code().charset,
-      .hasStar = HasStar(),
-      .priority = GetFlagChar(flags, kFlagPriority, QStringLiteral("2")).toInt()};
+  const MessageState state{.status = document_.Status(),
+                           .isInDust = document_.IsInDust(),
+                           .isStored = !document_.IsNew(),
+                           .isUnreadable = document_.IsUnreadable(),
+                           .isEditable = document_.IsEditable(),
+                           .isDoubtful = sending_->IsDoubtful(),
+                           .charset = document_.Code().charset,
+                           .hasStar = HasStar(),
+                           .priority = PriorityIn(flags)};
   menus_->Show(state);
   toolbars_->Show(state);
 }
