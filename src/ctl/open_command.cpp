@@ -7,8 +7,8 @@
 #include "ctl/command.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
+#include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
-#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "storage/time_text.h"
 
@@ -95,7 +95,7 @@ int OpenStored(Context& context, const Arguments& arguments) {
   const std::optional<OpenMode> mode = ModeIn(arguments);
   if (!mode) return kExitUsage;
   Disk bag(arguments.Words().value(2));
-  MessageRequest request(bag);
+  MailRequestBag request(bag);
   request.SetMode(*mode);
   request.SetNew(IsNew(*mode));
   const OpenedMessage opened = OpenMessage(context, bag);

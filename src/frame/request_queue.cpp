@@ -1,8 +1,8 @@
 #include "frame/request_queue.h"
 
+#include "mail/mail_request_bag.h"
 #include "mail/message_bag.h"
 #include "mail/message_id.h"
-#include "mail/message_request.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "present/page_request.h"
@@ -50,7 +50,7 @@ bool RequestQueue::PostMailRequest(const MailRequest& request) {
   MessageBag::SetDatabase(*bag, request.database);
   MessageBag::SetFile(*bag, request.file);
   MessageBag::SetPassword(*bag, request.password);
-  MessageRequest message(*bag);
+  MailRequestBag message(*bag);
   message.SetMode(request.mode);
   message.SetNew(request.isNew);
   message.SetSendsAtOnce(request.autoSend);

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "mail/codec/code_offers.h"
+#include "mail/mail_request_bag.h"
 #include "mail/mail_store.h"
 #include "mail/message_bag.h"
-#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "storage/result.h"
 
@@ -33,7 +33,7 @@ class MessageDocument {
   void Take(const DiskPtr& request) { request_ = request; }
   bool HasRequest() const { return request_ != nullptr; }
   const DiskPtr& Bag() const { return request_; }
-  MessageRequest Request() const { return MessageRequest(*request_); }
+  MailRequestBag Request() const { return MailRequestBag(*request_); }
   /// The serial identifier under which it was opened.
   QString Tag() const { return tag_; }
   /// The mail file that it is in.
