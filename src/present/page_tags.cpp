@@ -7,6 +7,7 @@
 #include "mail/codec/message_code.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
+#include "objects/any_object.h"
 #include "present/page_content.h"
 #include "storage/recordset.h"
 #include "storage/shown_text.h"
@@ -157,11 +158,11 @@ QString PreviewText(const PageRow& page, const ChildTags&) {
 }
 
 QString FolderName(const PageRow& page) {
-  return OfMail(page, page.content.folder->Text(u"Object"));
+  return OfMail(page, AnyObject(*page.content.folder).Name());
 }
 
 QString FolderToolTip(const PageRow& page) {
-  return OfMail(page, page.content.folder->Text(u"ToolTipText"));
+  return OfMail(page, AnyObject(*page.content.folder).ToolTip());
 }
 
 // Children are tried in the order in which they stand here.

@@ -371,7 +371,7 @@ TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {
 TEST(LinkCommand, CommandsAreReadInAnyCase) {
   const auto reply = ReadLinkCommand(QStringLiteral("REPLAYALL:mail_x%40y"));
   ASSERT_TRUE(reply);
-  EXPECT_EQ(reply->openMode, 2);
+  EXPECT_EQ(reply->mode, OpenMode::ReplyAll);
   EXPECT_TRUE(reply->isNew);
   EXPECT_EQ(reply->serialId, QStringLiteral("mail_x@y"));
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview:a"))->isNew);
