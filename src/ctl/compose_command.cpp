@@ -9,18 +9,24 @@
 namespace vorn::ctl {
 namespace {
 
+template <typename Value>
 struct Choice {
   const char16_t* word;
-  int value;
+  Value value;
 };
 
-constexpr Choice kCharsets[] = {
-    {u"jis", 0}, {u"euc", 1}, {u"sjis", 2}, {u"utf8", 3}, {u"auto", -1}};
-constexpr Choice kEncodings[] = {{u"base64", 0}, {u"qp", 1}, {u"uu", 2}};
+constexpr Choice<CharsetChoice> kCharsets[] = {{u"jis", CharsetChoice::Jis},
+                                               {u"euc", CharsetChoice::Euc},
+                                               {u"sjis", CharsetChoice::ShiftJis},
+                                               {u"utf8", CharsetChoice::Utf8},
+                                               {u"auto", CharsetChoice::Automatic}};
+constexpr Choice<MimeEncode> kEncodings[] = {{u"base64", MimeEncode::Base64},
+                                             {u"qp", MimeEncode::QuotedPrintable},
+                                             {u"uu", MimeEncode::Uuencode}};
 
-template <size_t N>
-bool Choose(const Choice (&choices)[N], const QString& word, int& value) {
-  for (const Choice& choice : choices) {
+template <typename Value, size_t N>
+bool Choose(const Choice<Value> (&choices)[N], const QString& word, Value& value) {
+  for (const Choice<Value>& choice : choices) {
     if (word == QStringView(choice.word)) {
       value = choice.value;
       return true;
@@ -56,16 +62,14 @@ int Compose(const Arguments& arguments) {
   MessageModel model;
   ComposeOptions options;
   options.settings = EditSettings::Defaults();
-  int charset = -1;
   if (!Choose(kCharsets, arguments.Text(QStringLiteral("charset"), QStringLiteral("auto")),
-              charset) ||
+              options.charset) ||
       !Choose(kEncodings, arguments.Text(QStringLiteral("mime"), QStringLiteral("base64")),
               options.settings.mimeEncode)) {
     return Complain(QStringLiteral("--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、"
                                    "uu のどれかです。"),
                     kExitUsage);
   }
-  options.charset = static_cast<CharsetChoice>(charset);
   bool ok = true;
   model.subject = arguments.Text(QStringLiteral("subject"));
   model.text = QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));

@@ -13,9 +13,9 @@ constexpr int kTickMs = 5;
 
 }  // namespace
 
-void ConsoleHost::AddEvent(int level, int, const QString&, const QString& title, const QString&,
-                           const QString& text) {
-  if (level == 1) ++failures_;
+void ConsoleHost::AddEvent(EventLevel level, EventMode, const QString&, const QString& title,
+                           const QString&, const QString& text) {
+  if (level == kEventError) ++failures_;
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
 }
 

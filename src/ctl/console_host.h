@@ -11,7 +11,7 @@ class ConsoleHost : public PlanHost, public StatusPanel {
   void SendAndReceive() override {}
   QString AskPassword(const QString&) override { return {}; }
   QString ChooseAccount(const QString&, const QString&) override { return account; }
-  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text) override;
   void WorkIsHeld(const QString& sentence) override;
   void ShowStatus(const QString&, const QString&) override {}

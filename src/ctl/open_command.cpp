@@ -2,19 +2,18 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <optional>
 
 #include "ctl/command.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
+#include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
-#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "storage/time_text.h"
 
 namespace vorn::ctl {
 namespace {
-
-constexpr int kLastMode = 6;
 
 QJsonObject Describe(const MessageModel& model) {
   QJsonArray addresses;
@@ -37,20 +36,21 @@ QJsonObject Describe(const MessageModel& model) {
           {QStringLiteral("headerRows"), QJsonArray::fromStringList(model.headerRows)}};
 }
 
-// The mode in the arguments, or -1 after a complaint.
-int ModeIn(const Arguments& arguments) {
+// The mode in the arguments, or nothing after a complaint.
+std::optional<OpenMode> ModeIn(const Arguments& arguments) {
   bool isNumber = false;
   const int mode = arguments.Words().value(1).toInt(&isNumber);
-  if (isNumber && mode >= 0 && mode <= kLastMode && !arguments.Words().value(2).isEmpty()) {
-    return mode;
+  if (isNumber && mode >= 0 && mode <= static_cast<int>(OpenMode::ForwardKeepFrom) &&
+      !arguments.Words().value(2).isEmpty()) {
+    return static_cast<OpenMode>(mode);
   }
   Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル|メッセージ [--json]"), 0);
-  return -1;
+  return std::nullopt;
 }
 
 // The links of a page open replies and forwards as new messages.
-bool IsNew(int mode) {
-  return mode >= 1 && mode <= 3;
+bool IsNew(OpenMode mode) {
+  return mode == OpenMode::Reply || mode == OpenMode::ReplyAll || mode == OpenMode::Forward;
 }
 
 int PrintModel(const Arguments& arguments, const MessageModel& model) {
@@ -63,8 +63,8 @@ int PrintModel(const Arguments& arguments, const MessageModel& model) {
 }  // namespace
 
 int OpenFile(const Arguments& arguments) {
-  const int mode = ModeIn(arguments);
-  if (mode < 0) return kExitUsage;
+  const std::optional<OpenMode> mode = ModeIn(arguments);
+  if (!mode) return kExitUsage;
   const QString name = arguments.Words().value(2);
   const auto source = ReadFile(name);
   if (!source) {
@@ -80,9 +80,8 @@ int OpenFile(const Arguments& arguments) {
   message.addressLines = index.addressLines;
   message.charset = StoredCharset(index.flags);
   message.timestamp = GeneralTimeText(CurrentTimeText());
-  return PrintModel(arguments,
-                    OpenSource(message, static_cast<OpenMode>(mode), IsNew(mode), settings, {},
-                               QStringLiteral(".VORN <" VORN_VERSION ">")));
+  return PrintModel(arguments, OpenSource(message, *mode, IsNew(*mode), settings, {},
+                                          QStringLiteral(".VORN <" VORN_VERSION ">")));
 }
 
 bool IsStoredMessage(const Arguments& arguments) {
@@ -93,12 +92,12 @@ bool IsStoredMessage(const Arguments& arguments) {
 }
 
 int OpenStored(Context& context, const Arguments& arguments) {
-  const int mode = ModeIn(arguments);
-  if (mode < 0) return kExitUsage;
+  const std::optional<OpenMode> mode = ModeIn(arguments);
+  if (!mode) return kExitUsage;
   Disk bag(arguments.Words().value(2));
-  MessageRequest request(bag);
-  request.SetMode(static_cast<OpenMode>(mode));
-  request.SetNew(IsNew(mode));
+  MailRequestBag request(bag);
+  request.SetMode(*mode);
+  request.SetNew(IsNew(*mode));
   const OpenedMessage opened = OpenMessage(context, bag);
   if (opened.unreadable || !opened.found) {
     return Complain(

@@ -40,7 +40,7 @@ bool Dispatcher::ActivateOpenWindow(const QString& serialId) {
   return false;
 }
 
-bool Dispatcher::Show(RequestWindow& window, int show) {
+bool Dispatcher::Show(RequestWindow& window, RequestShow show) {
   const bool isChild = window.IsChild();  // asked before: a modal window is closed afterwards
   if (show == kShowModal) {
     window.ShowModal();

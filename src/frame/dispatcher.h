@@ -43,7 +43,7 @@ class Dispatcher {
   void Execute(const DiskPtr& request);
   bool ActivateOpenWindow(const QString& serialId);
   /// Whether the "after" step is to follow.
-  bool Show(RequestWindow& window, int show);
+  bool Show(RequestWindow& window, RequestShow show);
   void RunAfter(RequestWindow& window, const Disk& request);
 
   Context& context_;

@@ -8,8 +8,8 @@
 
 namespace vorn {
 
-void EventLog::AddEvent(int level, int mode, const QString& reference, const QString& title,
-                        const QString& category, const QString& text) {
+void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+                        const QString& title, const QString& category, const QString& text) {
   const QString prefix = QStringLiteral("event_%1_").arg(records_.Count());
   auto record = std::make_shared<Disk>(context_.Data.NewSerialID(prefix));
   EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
@@ -19,9 +19,8 @@ void EventLog::AddEvent(int level, int mode, const QString& reference, const QSt
     MessageBag::SetPassword(*record, ProfileBag(*context_.Session).Password());
   }
   records_.Add(record);
-  const QString levelName = level == kEventError         ? QStringLiteral("error")
-                            : level == kEventInformation ? QStringLiteral("infomation")
-                                                         : QString();
+  const QString levelName =
+      level == kEventError ? QStringLiteral("error") : QStringLiteral("infomation");
   view_.ShowEvent(record->SerialID(), title.isEmpty() ? Ui::tr("システム") : title,
                   category + levelName);
 }

@@ -15,13 +15,12 @@ class EventView {
   virtual void ShowEvent(const QString& serialId, const QString& title, const QString& icon) = 0;
 };
 
-enum EventLevel { kEventInformation = 0, kEventError = 1 };
 /// What happened in the background: the records of the running program, kept in memory alone.
 class EventLog {
  public:
   EventLog(Context& context, EventView& view) : context_(context), view_(view) {}
 
-  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text);
   /// Forgets all records.
   void Clear() { records_ = {}; }

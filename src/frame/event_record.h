@@ -3,11 +3,9 @@
 #include <QString>
 
 #include "storage/disk.h"
+#include "transfer/event_kinds.h"
 
 namespace vorn {
-
-/// What an event refers to.
-enum EventMode { kEventObject = 0, kEventMessage = 1 };
 
 /// A recorded event, by the names that its bag has for what it holds. That of a message says in the
 /// same bag where the message is stored (`MessageBag`). A view: the bag outlives it.
@@ -15,7 +13,7 @@ class EventRecord {
  public:
   explicit EventRecord(const Disk& bag) : bag_(bag) {}
   /// `time` is shown as it is.
-  static void Begin(Disk& bag, int mode, const QString& reference, const QString& time,
+  static void Begin(Disk& bag, EventMode mode, const QString& reference, const QString& time,
                     const QString& text);
 
   bool IsAboutMessage() const { return bag_.Number(kMode) == kEventMessage; }
@@ -32,8 +30,8 @@ class EventRecord {
   const Disk& bag_;
 };
 
-inline void EventRecord::Begin(Disk& bag, int mode, const QString& reference, const QString& time,
-                               const QString& text) {
+inline void EventRecord::Begin(Disk& bag, EventMode mode, const QString& reference,
+                               const QString& time, const QString& text) {
   bag.Let(kReference, reference);
   bag.Let(kTime, time);
   bag.Let(kText, text);

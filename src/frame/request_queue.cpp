@@ -1,21 +1,13 @@
 #include "frame/request_queue.h"
 
+#include "mail/mail_request_bag.h"
 #include "mail/message_bag.h"
 #include "mail/message_id.h"
-#include "mail/message_request.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
-#include "storage/databases.h"
+#include "present/page_request.h"
 
 namespace vorn {
-
-MailRequest MailRequest::New(const QString& mailto) {
-  MailRequest request;
-  request.isNew = true;
-  request.db = static_cast<int>(DatabaseKind::Mail);
-  request.mailto = mailto;
-  return request;
-}
 
 bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
   if (request.status.isEmpty()) return false;
@@ -43,9 +35,7 @@ void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
   WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("browser"));
   WindowRequest::SetShow(*bag, request.show);
   WindowRequest::SetAfter(*bag, QStringLiteral("dummy"));
-  bag->Let(QStringLiteral("url"), request.url);
-  bag->Let(QStringLiteral("local"), request.local);
-  bag->Let(QStringLiteral("exec"), request.exec);
+  PageRequest::Begin(*bag, request.url, request.local, request.exec);
   Post(bag);
 }
 
@@ -55,13 +45,13 @@ bool RequestQueue::PostMailRequest(const MailRequest& request) {
   const auto bag = std::make_shared<Disk>(serialId);
   WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("mail"));
   WindowRequest::SetShow(*bag, request.show);
-  WindowRequest::SetOpensAnother(*bag, request.open != 0);
+  WindowRequest::SetOpensAnother(*bag, request.mode != OpenMode::Show);
   WindowRequest::SetUpdates(*bag, true);
-  MessageBag::SetDatabase(*bag, static_cast<DatabaseKind>(request.db));
+  MessageBag::SetDatabase(*bag, request.database);
   MessageBag::SetFile(*bag, request.file);
   MessageBag::SetPassword(*bag, request.password);
-  MessageRequest message(*bag);
-  message.SetMode(static_cast<OpenMode>(request.open));
+  MailRequestBag message(*bag);
+  message.SetMode(request.mode);
   message.SetNew(request.isNew);
   message.SetSendsAtOnce(request.autoSend);
   message.SetEvent(request.event);

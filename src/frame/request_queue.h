@@ -4,32 +4,16 @@
 #include <deque>
 #include <functional>
 
+#include "mail/mail_request.h"
 #include "objects/window_request.h"
 #include "storage/context.h"
 
 namespace vorn {
 
-/// What a mail request says besides the message: how it is opened and where it is stored.
-struct MailRequest {
-  int open = 0;  ///< the open mode
-  QString serialId;
-  bool isNew = false;
-  int db = 3;
-  QString file;
-  QString password;
-  int show = kShowModeless;
-  bool autoSend = false;
-  QString event;
-  QString mailto;  ///< for a new message: a "mailto:" address that it begins with
-
-  /// A new message to be written.
-  static MailRequest New(const QString& mailto = {});
-};
-
 struct DialogRequest {
   QString serialId;
   QString status;
-  int show = kShowModal;
+  RequestShow show = kShowModal;
   bool isNew = false;
   QString after;
   QString parent;
@@ -42,7 +26,7 @@ struct BrowserRequest {
   QString serialId;
   QString url;
   bool local = false;
-  int show = kShowModeless;
+  RequestShow show = kShowModeless;
   QString exec;
 };
 

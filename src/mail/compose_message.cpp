@@ -65,11 +65,11 @@ bool MayStand(const QByteArray& identifier) {
                      [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-TransferEncoding AttachmentEncoding(int mimeEncode) {
+TransferEncoding AttachmentEncoding(MimeEncode mimeEncode) {
   switch (mimeEncode) {
-    case 1:
+    case MimeEncode::QuotedPrintable:
       return TransferEncoding::QuotedPrintable;
-    case 2:
+    case MimeEncode::Uuencode:
       return TransferEncoding::Uuencode;
     default:
       return TransferEncoding::Base64;
@@ -153,11 +153,10 @@ class Composer {
         .replace(u'\r', u'\n')
         .replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
     body_ = MimeCodec::EncodeText(text, charset_).value_or(text.toUtf8());
-    const int mimeEncode = MimeEncode();
-    if (options_.settings.mimeText && mimeEncode != 2) {
-      bodyEncoding_ =
-          mimeEncode == 1 ? TransferEncoding::QuotedPrintable : TransferEncoding::Base64;
-    } else if (mimeEncode == 2 && !model_.attachments.empty()) {
+    const MimeEncode encoding = Encoding();
+    if (options_.settings.mimeText && encoding != MimeEncode::Uuencode) {
+      bodyEncoding_ = AttachmentEncoding(encoding);
+    } else if (encoding == MimeEncode::Uuencode && !model_.attachments.empty()) {
       bodyEncoding_ = TransferEncoding::None;  // there is no place to name one
     } else if (HasLongLine(body_) || (charset_ == OutputCharset::Utf8 && IsEightBit(body_))) {
       // A broken line, or eight-bit text on a server of seven, would not arrive as it was written.
@@ -169,7 +168,9 @@ class Composer {
   }
 
   // Uuencoding knows no parts, of which an answer to an invitation is made.
-  int MimeEncode() const { return model_.calendarReply ? 0 : options_.settings.mimeEncode; }
+  MimeEncode Encoding() const {
+    return model_.calendarReply ? MimeEncode::Base64 : options_.settings.mimeEncode;
+  }
 
   QByteArray BodyEncodingName() const {
     if (bodyEncoding_ != TransferEncoding::None) return EncodingName(bodyEncoding_);
@@ -236,7 +237,7 @@ class Composer {
 
   void WriteMultipart() {
     const QByteArray boundary = Boundary();
-    const TransferEncoding encoding = AttachmentEncoding(MimeEncode());
+    const TransferEncoding encoding = AttachmentEncoding(Encoding());
     const bool isUu = encoding == TransferEncoding::Uuencode;
     Line("Content-Type: multipart/mixed;" + QByteArray(kFold) + "boundary=\"" + boundary + '"');
     Line("Mime-Version: 1.0");

@@ -2,6 +2,7 @@
 
 #include "mail/mail_store.h"
 #include "mail/message_rows.h"
+#include "objects/any_object.h"
 #include "objects/save_object.h"
 
 namespace vorn::Drafts {
@@ -35,7 +36,7 @@ Result<> Keep(Context& context, const QString& message, const QByteArray& source
     draft = std::make_shared<Disk>(kPrefix + message);
     context.Objects.Add(draft);
   }
-  draft->Let(QStringLiteral("FormName"), QStringLiteral("draft"));
+  AnyObject::SetType(*draft, QStringLiteral("draft"));
   // A bag holds text; base64 keeps any bytes.
   draft->Let(kSource, QString::fromLatin1(source.toBase64()));
   return SaveObject(context, DatabaseKind::Profile, *draft);

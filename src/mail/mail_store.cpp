@@ -184,25 +184,25 @@ Result<> MailStore::DeleteMessage(const Disk& request) {
                   context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request)));
 }
 
-Result<> MailStore::UpdateMessageState(int mask, const Disk& request, bool openDatabase) {
+Result<> MailStore::UpdateMessageState(StateMask mask, const Disk& request, bool openDatabase) {
   if (!openDatabase) return ResultOf(context_.Data, WriteState(mask, request));
   const OpenedDatabase opened = Open(request);
   return opened ? ResultOf(context_.Data, WriteState(mask, request)) : opened.Error();
 }
 
-bool MailStore::WriteState(int mask, const Disk& request) {
+bool MailStore::WriteState(StateMask mask, const Disk& request) {
+  if (!mask) mask = StateMask(kStateStatus) | kStateFlag | kStateFolders;
   DataSession& data = context_.Data;
-  if ((mask == 0 || (mask & kStateStatus) != 0) &&
+  if (mask.testFlag(kStateStatus) &&
       !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
                     QString::number(MessageBag(request).Status()) + Where(request))) {
     return false;
   }
-  if ((mask == 0 || (mask & kStateFlag) != 0) &&
-      !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") + FlagsValue(request) +
-                    Where(request))) {
+  if (mask.testFlag(kStateFlag) && !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
+                                                 FlagsValue(request) + Where(request))) {
     return false;
   }
-  return (mask != 0 && (mask & kStateFolders) == 0) || WriteFolders(request);
+  return !mask.testFlag(kStateFolders) || WriteFolders(request);
 }
 
 bool MailStore::WriteFolders(const Disk& request) {

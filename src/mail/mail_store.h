@@ -15,8 +15,10 @@ namespace vorn {
 
 struct MessageIndex;
 
-/// Bits of `UpdateMessageState`'s mask; 0 means all of them.
-enum StateMask { kStateStatus = 1, kStateFlag = 2, kStateFolders = 4 };
+/// What `UpdateMessageState` writes; an empty mask means all of them.
+enum StatePart { kStateStatus = 1, kStateFlag = 2, kStateFolders = 4 };
+Q_DECLARE_FLAGS(StateMask, StatePart)
+Q_DECLARE_OPERATORS_FOR_FLAGS(StateMask)
 
 /// The message store: rows of `mail` and their membership rows in `folder`.
 ///
@@ -54,7 +56,7 @@ class MailStore {
 
   /// Writes whichever of status, flag and folders the mask names. Without `openDatabase` it works
   /// on the database that is open, whichever the bag names.
-  Result<> UpdateMessageState(int mask, const Disk& request, bool openDatabase);
+  Result<> UpdateMessageState(StateMask mask, const Disk& request, bool openDatabase);
 
   /// Puts the message into the dust bin or takes it out, whatever its state is by now.
   Result<> SetDust(const Disk& request, bool dust);
@@ -75,7 +77,7 @@ class MailStore {
                                     const std::optional<qint64>& identity, QString* alike);
   bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
                 bool* isNew);
-  bool WriteState(int mask, const Disk& request);
+  bool WriteState(StateMask mask, const Disk& request);
   bool WriteFolders(const Disk& request);
 
   Context& context_;

@@ -4,15 +4,15 @@ namespace vorn {
 
 DatabaseKind MessageBag::Database() const {
   return static_cast<DatabaseKind>(
-      bag_.Number(kDatabase, static_cast<qint32>(DatabaseKind::MailByPath)));
+      bag_.Number(kDatabaseKey, static_cast<qint32>(DatabaseKind::MailByPath)));
 }
 
 void MessageBag::SetDatabase(Disk& bag, DatabaseKind kind) {
-  bag.Let(kDatabase, static_cast<qint32>(kind));
+  bag.Let(kDatabaseKey, static_cast<qint32>(kind));
 }
 
 void MessageBag::CopyPlace(Disk& other) const {
-  for (const QString& key : {kDatabase, kFile, kPassword}) {
+  for (const QString& key : {kDatabaseKey, kFile, kPassword}) {
     if (const QVariant value = bag_.Get(key); value.isValid()) other.Let(key, value);
   }
 }

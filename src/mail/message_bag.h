@@ -49,7 +49,6 @@ class MessageBag {
   static void SetTimestamp(Disk& bag, const QString& time) { bag.Let(kTimestamp, time); }
 
  private:
-  static inline const QString kDatabase = QStringLiteral("db");
   static inline const QString kFile = QStringLiteral("file");
   static inline const QString kPassword = QStringLiteral("password");
   static inline const QString kMessageId = QStringLiteral("MessageID");

@@ -6,7 +6,6 @@
 #include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/compose_message.h"
-#include "mail/mail_store.h"
 #include "objects/settings.h"
 
 namespace vorn {
@@ -27,7 +26,7 @@ OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& s
   const bool isGone = !opened.found && !IsNew() && opened.source.isEmpty();
   isUnreadable_ = opened.unreadable.has_value() || isGone;
   if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
-  changedState_ = 0;
+  changedState_ = {};
   tag_ = request_->SerialID();
   return opened;
 }
@@ -105,12 +104,12 @@ void MessageDocument::KeepCode() {
 
 // Only what was changed here: the folder's page may have changed the rest meanwhile.
 Result<> MessageDocument::StoreState() {
-  const int changed = std::exchange(changedState_, 0);
+  const StateMask changed = std::exchange(changedState_, {});
   MailStore store(context_);
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
   Result<> stored;
-  if ((changed & kStateStatus) != 0) stored = store.SetDust(*request_, IsInDust());
-  if (const int rest = changed & ~kStateStatus; rest != 0) {
+  if (changed.testFlag(kStateStatus)) stored = store.SetDust(*request_, IsInDust());
+  if (const StateMask rest = changed & ~StateMask(kStateStatus)) {
     const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);
     if (!rewritten) stored = rewritten;
   }

@@ -3,8 +3,9 @@
 #include <optional>
 
 #include "mail/codec/code_offers.h"
+#include "mail/mail_request_bag.h"
+#include "mail/mail_store.h"
 #include "mail/message_bag.h"
-#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "storage/result.h"
 
@@ -32,7 +33,7 @@ class MessageDocument {
   void Take(const DiskPtr& request) { request_ = request; }
   bool HasRequest() const { return request_ != nullptr; }
   const DiskPtr& Bag() const { return request_; }
-  MessageRequest Request() const { return MessageRequest(*request_); }
+  MailRequestBag Request() const { return MailRequestBag(*request_); }
   /// The serial identifier under which it was opened.
   QString Tag() const { return tag_; }
   /// The mail file that it is in.
@@ -71,7 +72,7 @@ class MessageDocument {
   void SetFolders(const QString& folders);
   /// Keeps the picked code with the message.
   void KeepCode();
-  bool HasChangedState() const { return changedState_ != 0; }
+  bool HasChangedState() const { return static_cast<bool>(changedState_); }
   /// Stores what of its state was changed here.
   Result<> StoreState();
 
@@ -84,7 +85,7 @@ class MessageDocument {
   QString html_;
   CodeChoice code_;
   bool isUnreadable_ = false;
-  int changedState_ = 0;  // a mask of `StateMask`
+  StateMask changedState_;
 };
 
 }  // namespace vorn

@@ -9,6 +9,7 @@
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
+#include "objects/setting_keys.h"
 #include "objects/settings.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
@@ -337,22 +338,29 @@ void AddInnerFiles(const QByteArray& source, const Attachment& package,
   }
 }
 
+// Base64 for a number that stands for nothing.
+MimeEncode MimeEncodeIn(const Disk& settings) {
+  const auto stored = static_cast<MimeEncode>(settings.Number(setting::kMimeEncode));
+  const bool isOther = stored == MimeEncode::QuotedPrintable || stored == MimeEncode::Uuencode;
+  return isOther ? stored : MimeEncode::Base64;
+}
+
 }  // namespace
 
 EditSettings EditSettings::From(const Settings& all) {
   const Disk& settings = *all.Bag();
   EditSettings edit;
-  edit.editMode = settings.Flag(u"EditMode");
-  edit.subjectReplay = settings.Text(u"SubjectReplay");
-  edit.subjectForward = settings.Text(u"SubjectForward");
-  edit.memoIndent = settings.Text(u"MemoIndent");
+  edit.editMode = settings.Flag(setting::kEditMode);
+  edit.subjectReplay = settings.Text(setting::kSubjectReply);
+  edit.subjectForward = settings.Text(setting::kSubjectForward);
+  edit.memoIndent = settings.Text(setting::kQuoteSign);
   edit.textTypes = all.TextTypes();
   edit.standardHeaders = all.HasStandardHeaders();
-  edit.usualReplies = settings.Flag(u"UsualReplies");
-  edit.mimeEncode = settings.Number(u"MimeEncode");
-  edit.mimeText = settings.Flag(u"MimeText");
-  edit.replyLine = settings.Text(u"ReplyLine");
-  if (settings.Flag(u"SignatureAbove")) edit.signaturePlace = SignaturePlace::AboveQuote;
+  edit.usualReplies = settings.Flag(setting::kUsualReplies);
+  edit.mimeEncode = MimeEncodeIn(settings);
+  edit.mimeText = settings.Flag(setting::kMimeText);
+  edit.replyLine = settings.Text(setting::kReplyLine);
+  if (settings.Flag(setting::kSignatureAbove)) edit.signaturePlace = SignaturePlace::AboveQuote;
   return edit;
 }
 

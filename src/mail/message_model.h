@@ -11,23 +11,13 @@
 #include "mail/codec/address.h"
 #include "mail/codec/content_index.h"
 #include "mail/lazy_text.h"
+#include "mail/open_mode.h"
 #include "mail/reply_form.h"
 #include "storage/disk.h"
 
 namespace vorn {
 
 class Settings;
-
-/// How a message window opens a message.
-enum class OpenMode {
-  Show = 0,
-  Reply,
-  ReplyAll,
-  Forward,
-  Resend,
-  Receipt,          ///< a read receipt for it
-  ForwardKeepFrom,  ///< forward, keeping the sender
-};
 
 /// An attachment of a message window.
 struct ModelAttachment {
@@ -65,6 +55,9 @@ struct MessageModel {
   std::optional<QByteArray> calendarReply;
 };
 
+/// How files are put into text for the way, by the stored numbers of the choice.
+enum class MimeEncode { Base64 = 0, QuotedPrintable = 1, Uuencode = 2 };
+
 /// The settings that opening and composing read.
 struct EditSettings {
   bool editMode = false;
@@ -78,7 +71,7 @@ struct EditSettings {
   bool usualReplies = false;
   QString replyLine;  ///< above what a reply quotes; see `AttributionLine`
   SignaturePlace signaturePlace = SignaturePlace::UnderQuote;
-  int mimeEncode = 0;  ///< 0 base64, 1 quoted-printable, 2 uuencode
+  MimeEncode mimeEncode = MimeEncode::Base64;
   bool mimeText = false;
 
   static EditSettings From(const Settings& settings);

@@ -5,10 +5,10 @@
 #include "mail/codec/message_index.h"
 #include "mail/codec/signature.h"
 #include "mail/codec/text_extraction.h"
+#include "mail/mail_request_bag.h"
 #include "mail/mail_store.h"
 #include "mail/mailto.h"
 #include "mail/message_id.h"
-#include "mail/message_request.h"
 #include "mail/message_rows.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
@@ -27,7 +27,7 @@ Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
   if (row->Eof()) return false;
-  MessageRequest(request).TakeRow(*row);
+  MailRequestBag(request).TakeRow(*row);
   source = row->Fields(u"MAIL").toByteArray();
   if (row->Failed()) return row->Error();
   const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
@@ -76,7 +76,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
   const EditSettings settings = EditSettings::From(Settings(context));
-  MessageRequest request(bag);
+  MailRequestBag request(bag);
   const MessageBag stored(bag);
   if (!stored.HasStatus()) {
     MessageBag::SetStatus(bag, kStatusEdit);

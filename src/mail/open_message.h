@@ -25,7 +25,7 @@ struct OpenedMessage {
   QByteArray source;  ///< as stored, for the attachments that are taken over
 };
 
-/// Reads the message that the request (`MessageRequest`) names and opens it in the request's mode.
+/// Reads the message that the request (`MailRequestBag`) names and opens it in the request's mode.
 /// The request takes the index columns, and whether the sender asked for a receipt and this is the
 /// first time. A message that is opened for the first time is marked as opened. In any mode but the
 /// first the request becomes a new message with an identifier of its own.

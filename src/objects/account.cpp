@@ -131,7 +131,11 @@ bool Account::SavesPassword() const {
 }
 
 void Account::SetPassword(const QString& password) {
-  bag_->Let(kIn + kPassword, password);
+  bag_->Let(PasswordKey(), password);
+}
+
+QString Account::PasswordKey() {
+  return kIn + kPassword;
 }
 
 QString PortWords() {

@@ -56,6 +56,8 @@ class Account {
   /// Whether the incoming password is known.
   bool HasPassword() const { return SavesPassword() || !Incoming().password.isEmpty(); }
   void SetPassword(const QString& password);
+  /// The name that the bag has for the incoming password.
+  static QString PasswordKey();
 
  private:
   DiskPtr bag_;

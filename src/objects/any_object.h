@@ -14,12 +14,16 @@ class AnyObject {
   /// Makes the bag a new object of a type (`object_type`), with the picture of that type where it
   /// gets no other one, and disabled.
   static void Begin(Disk& bag, const QString& type, const QString& name, const QString& draw = {});
+  static void SetType(Disk& bag, const QString& type) { bag.Let(kType, type); }
   static void SetName(Disk& bag, const QString& name) { bag.Let(kName, name); }
   static void SetToolTip(Disk& bag, const QString& text) { bag.Let(kToolTip, text); }
   static void SetDraw(Disk& bag, const QString& draw) { bag.Let(kDraw, draw); }
   static void SetDefault(Disk& bag, bool isDefault) { bag.Let(kDefault, isDefault); }
   static void SetEnabled(Disk& bag, bool isEnabled) { bag.Let(kEnabled, isEnabled); }
   static void SetSystem(Disk& bag, bool isSystem) { bag.Let(kSystem, isSystem); }
+  /// When it was last changed, in the general form.
+  static void SetChanged(Disk& bag, const QString& time) { bag.Let(kChanged, time); }
+  static inline const QString kChanged = QStringLiteral("DayTime");
 
   QString Type() const { return bag_.Text(kType); }
   bool Is(const QString& type) const { return Type() == type; }

@@ -7,6 +7,7 @@
 #include <QStorageInfo>
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/file_age.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
@@ -76,12 +77,11 @@ bool CopyIsCurrent(Context& context) {
   Disk copy(context.Session->SerialID());
   const OpenedDatabase profile(context, DatabaseKind::Profile);
   const bool read = profile && copy.DatabaseToDisk(context.Data);
-  const auto agrees = [&](const QString& key) {
-    return copy.Text(key) == context.Session->Text(key);
-  };
-  const QStringList keys{QStringLiteral("Object"), QStringLiteral("Mail"),
-                         QStringLiteral("History"), QStringLiteral("FileNotes")};
-  return read && std::all_of(keys.begin(), keys.end(), agrees);
+  const Disk& now = *context.Session;
+  return read && AnyObject(copy).Name() == AnyObject(now).Name() &&
+         ProfileBag(copy).MailFiles() == ProfileBag(now).MailFiles() &&
+         ProfileBag(copy).History() == ProfileBag(now).History() &&
+         FileNotes(copy) == FileNotes(now);
 }
 
 // Whether another database stands in the place of the one that was noted.

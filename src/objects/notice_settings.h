@@ -14,26 +14,20 @@ class NoticeSettings {
   /// Whether they are announced in any way.
   bool IsWanted() const;
   /// Whether the user is asked if they shall be opened.
-  bool Asks() const { return bag_->Flag(kDialog); }
-  bool TellsDesktop() const { return bag_->Flag(kDesktop); }
-  bool HasSound() const { return bag_->Flag(kSound); }
+  bool Asks() const { return bag_->Flag(setting::kNoticeDialog); }
+  bool TellsDesktop() const { return bag_->Flag(setting::kNoticeDesktop); }
+  bool HasSound() const { return bag_->Flag(setting::kNoticeSound); }
   /// Whether the sound also comes where the user is not asked.
-  bool SoundsAlone() const { return bag_->Flag(kSoundAlone); }
-  QString SoundFile() const { return bag_->Text(kSoundFile); }
+  bool SoundsAlone() const { return bag_->Flag(setting::kNoticeSoundAlone); }
+  QString SoundFile() const { return bag_->Text(setting::kNoticeSoundFile); }
 
  private:
-  static inline const QString kWanted = QStringLiteral("MessageNotice");
-  static inline const QString kDialog = QStringLiteral("MessageNoticeDialog");
-  static inline const QString kDesktop = QStringLiteral("MessageNoticeDesktop");
-  static inline const QString kSound = QStringLiteral("MessageNoticeSound");
-  static inline const QString kSoundAlone = QStringLiteral("MessageNoticeSoundAlone");
-  static inline const QString kSoundFile = QStringLiteral("MessageNoticeSoundFile");
-
   DiskPtr bag_;
 };
 
 inline bool NoticeSettings::IsWanted() const {
-  return bag_->Flag(kWanted) && (Asks() || TellsDesktop() || (HasSound() && SoundsAlone()));
+  return bag_->Flag(setting::kNotice) &&
+         (Asks() || TellsDesktop() || (HasSound() && SoundsAlone()));
 }
 
 }  // namespace vorn

@@ -30,7 +30,6 @@ class ObjectRequest {
   static void SetCondition(Disk& bag, const QString& line) { bag.Let(kCondition, line); }
 
  private:
-  static inline const QString kDatabase = QStringLiteral("db");
   static inline const QString kNew = QStringLiteral("new");
   static inline const QString kEvent = QStringLiteral("event");
   static inline const QString kParent = QStringLiteral("parent");
@@ -42,11 +41,11 @@ class ObjectRequest {
 
 inline DatabaseKind ObjectRequest::Database() const {
   return static_cast<DatabaseKind>(
-      bag_.Number(kDatabase, static_cast<qint32>(DatabaseKind::Profile)));
+      bag_.Number(kDatabaseKey, static_cast<qint32>(DatabaseKind::Profile)));
 }
 
 inline void ObjectRequest::SetDatabase(Disk& bag, DatabaseKind kind) {
-  bag.Let(kDatabase, static_cast<qint32>(kind));
+  bag.Let(kDatabaseKey, static_cast<qint32>(kind));
 }
 
 }  // namespace vorn

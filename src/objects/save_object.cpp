@@ -15,6 +15,8 @@ namespace vorn {
 
 namespace {
 
+const QString kMarked = QStringLiteral("save");
+
 // Every other stored profile loses its default mark. Should this fail, the object is saved all the
 // same: the marks in memory are right, and the next login writes them again.
 void ApplyDefaultProfileRule(Context& context, Disk& saved) {
@@ -76,7 +78,7 @@ QString ValidateObject(const DiskCollection& objects, const Disk& object) {
 }
 
 Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
-  object.Let(QStringLiteral("DayTime"), GeneralTimeText(context.Data.Now()));
+  AnyObject::SetChanged(object, GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
   if (!opened) return opened.Error();
   if (!context.Data.Begin()) return ReasonOf(context.Data);
@@ -86,6 +88,10 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   return ResultOf(context.Data, saved);
 }
 
+void MarkForSaving(Disk& object) {
+  object.Let(kMarked, true);
+}
+
 Result<> SaveMarkedObjects(Context& context) {
   const OpenedDatabase profile(context, DatabaseKind::Profile);
   if (!profile) return profile.Error();
@@ -93,7 +99,7 @@ Result<> SaveMarkedObjects(Context& context) {
   bool saved = true;
   for (const DiskPtr& object : context.Objects) {
     // One that fails keeps its stored rows; the others are saved all the same.
-    if (object->Flag(u"save") && !object->DiskToDatabase(context.Data)) saved = false;
+    if (object->Flag(kMarked) && !object->DiskToDatabase(context.Data)) saved = false;
   }
   saved = context.Data.Commit() && saved;
   return ResultOf(context.Data, saved);

@@ -11,12 +11,14 @@ namespace vorn {
 /// missing, or another loaded object bears it.
 QString ValidateObject(const DiskCollection& objects, const Disk& object);
 
-/// Saves an object whole in one transaction, with "DayTime" set to now, and keeps the rule that
+/// Saves an object whole in one transaction, its time of change set to now, and keeps the rule that
 /// only the logged-in profile is the default one. When it fails, the stored object is as it
 /// was.
 Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object);
 
-/// Saves every loaded object whose "save" is true into the profile's database, in one transaction.
+/// Has `SaveMarkedObjects` save the object, now and ever after.
+void MarkForSaving(Disk& object);
+/// Saves every loaded object that is marked into the profile's database, in one transaction.
 Result<> SaveMarkedObjects(Context& context);
 
 }  // namespace vorn

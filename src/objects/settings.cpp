@@ -23,23 +23,23 @@ Settings::Settings(Context& context) : bag_(LoadObject(context, fixed_serial::kS
 }
 
 qint32 Settings::RowsPerPage() const {
-  return bag_->Flag(kPages) ? bag_->Number(kRows, kDefaultRows) : 0;
+  return bag_->Flag(setting::kPages) ? bag_->Number(setting::kRows, kDefaultRows) : 0;
 }
 
 PanePlace Settings::ReadingPane() const {
-  return static_cast<PanePlace>(qBound(0, bag_->Number(kReadingPane), 2));
+  return static_cast<PanePlace>(qBound(0, bag_->Number(setting::kReadingPane), 2));
 }
 
 LanguageChoice Settings::Language() const {
-  return static_cast<LanguageChoice>(qBound(0, bag_->Number(kLanguage), 2));
+  return static_cast<LanguageChoice>(qBound(0, bag_->Number(setting::kLanguage), 2));
 }
 
 int Settings::CheckMinutes() const {
-  return bag_->Flag(kChecks) ? qMax(bag_->Number(kCheckMinutes, 1), 1) : 0;
+  return bag_->Flag(setting::kChecks) ? qMax(bag_->Number(setting::kCheckMinutes, 1), 1) : 0;
 }
 
 QStringList Settings::TextTypes() const {
-  return bag_->Text(kTextTypes, DefaultTextTypes().join(kLineBreak)).split(kLineBreak);
+  return bag_->Text(setting::kTextTypes, DefaultTextTypes().join(kLineBreak)).split(kLineBreak);
 }
 
 FontChoice Settings::Font(FontUse use) const {

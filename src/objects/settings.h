@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "objects/setting_keys.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -38,73 +39,50 @@ class Settings {
   /// The rows of a folder's page; 0 where folders are not divided into pages.
   qint32 RowsPerPage() const;
   /// Whether a folder opens at its newest page.
-  bool OpensNewest() const { return bag_->Flag(kOpensNewest); }
-  bool IsNewestFirst() const { return bag_->Flag(kNewestFirst); }
+  bool OpensNewest() const { return bag_->Flag(setting::kOpensNewest); }
+  bool IsNewestFirst() const { return bag_->Flag(setting::kNewestFirst); }
   /// Whether what is filed into a folder by hand is no longer shown in the inbox.
-  bool ShowsFiledOnce() const { return bag_->Flag(kShownOnce); }
+  bool ShowsFiledOnce() const { return bag_->Flag(setting::kShownOnce); }
   /// Whether what messages say is shown as text on pages, and not taken for HTML.
-  bool EscapesPages() const { return bag_->Flag(kPageEscape); }
+  bool EscapesPages() const { return bag_->Flag(setting::kPageEscape); }
   PanePlace ReadingPane() const;
-  void SetReadingPane(PanePlace place) { bag_->Let(kReadingPane, static_cast<int>(place)); }
+  void SetReadingPane(PanePlace place) {
+    bag_->Let(setting::kReadingPane, static_cast<int>(place));
+  }
   /// Whether a message that is only HTML opens as HTML.
-  bool IsHtmlFirst() const { return bag_->Flag(kHtmlFirst); }
+  bool IsHtmlFirst() const { return bag_->Flag(setting::kHtmlFirst); }
   /// Whether tool bars have icons alone.
-  bool HasIconToolbar() const { return bag_->Flag(kToolbarIcon); }
+  bool HasIconToolbar() const { return bag_->Flag(setting::kToolbarIcon); }
   /// On by default.
-  bool ShowsStatusBar() const { return bag_->Flag(kStatusBar, true); }
-  bool ShowsTaskTray() const { return bag_->Flag(kTaskTray); }
+  bool ShowsStatusBar() const { return bag_->Flag(setting::kStatusBar, true); }
+  bool ShowsTaskTray() const { return bag_->Flag(setting::kTaskTray); }
   /// Whether bookmarks open in the desktop's browser.
-  bool OpensWebOutside() const { return bag_->Flag(kWebOutside); }
+  bool OpensWebOutside() const { return bag_->Flag(setting::kWebOutside); }
   /// Whether scripts run only at sites where the user allowed them.
-  bool AsksForScripts() const { return bag_->Flag(kScriptsAsked); }
+  bool AsksForScripts() const { return bag_->Flag(setting::kScriptsAsked); }
   LanguageChoice Language() const;
 
   /// The minutes between two automatic checks; 0 without them.
   int CheckMinutes() const;
   /// Whether a message has the time at which its server took it in, in place of now.
-  bool TakesServersTime() const { return bag_->Flag(kReceivedTime); }
+  bool TakesServersTime() const { return bag_->Flag(setting::kReceivedTime); }
   /// Whether receipts are sent to those who ask for them, and edited before.
-  bool SendsReceipts() const { return bag_->Flag(kReceipts); }
-  bool EditsReceipts() const { return bag_->Flag(kEditReceipts); }
+  bool SendsReceipts() const { return bag_->Flag(setting::kReceipts); }
+  bool EditsReceipts() const { return bag_->Flag(setting::kEditReceipts); }
 
   /// Whether text is wrapped when it is sent.
-  bool WrapsLines() const { return bag_->Flag(kWrapLines); }
-  bool HasStandardHeaders() const { return bag_->Flag(kStandardHeaders); }
+  bool WrapsLines() const { return bag_->Flag(setting::kWrapLines); }
+  bool HasStandardHeaders() const { return bag_->Flag(setting::kStandardHeaders); }
   /// Whether no address is selected before the user searches.
-  bool SearchesAddresses() const { return bag_->Flag(kAddressSearch); }
+  bool SearchesAddresses() const { return bag_->Flag(setting::kAddressSearch); }
   /// Whether the user is kept from slips.
-  bool IsCareful() const { return bag_->Flag(kCareful); }
+  bool IsCareful() const { return bag_->Flag(setting::kCareful); }
 
   /// The content types that are shown as text, `DefaultTextTypes` by default.
   QStringList TextTypes() const;
   FontChoice Font(FontUse use) const;
 
  private:
-  static inline const QString kPages = QStringLiteral("MessagesEdit");
-  static inline const QString kRows = QStringLiteral("Messages");
-  static inline const QString kOpensNewest = QStringLiteral("MessagesNewest");
-  static inline const QString kNewestFirst = QStringLiteral("NewestFirst");
-  static inline const QString kShownOnce = QStringLiteral("ShownOnce");
-  static inline const QString kPageEscape = QStringLiteral("PageEscape");
-  static inline const QString kReadingPane = QStringLiteral("ReadingPane");
-  static inline const QString kHtmlFirst = QStringLiteral("HtmlFirst");
-  static inline const QString kToolbarIcon = QStringLiteral("ToolbarIcon");
-  static inline const QString kStatusBar = QStringLiteral("Statusbar");
-  static inline const QString kTaskTray = QStringLiteral("Tasktray");
-  static inline const QString kWebOutside = QStringLiteral("WebOutside");
-  static inline const QString kScriptsAsked = QStringLiteral("ScriptsAsked");
-  static inline const QString kLanguage = QStringLiteral("Language");
-  static inline const QString kChecks = QStringLiteral("MessageCheck");
-  static inline const QString kCheckMinutes = QStringLiteral("MessageCheckInterval");
-  static inline const QString kReceivedTime = QStringLiteral("ReceivedTime");
-  static inline const QString kReceipts = QStringLiteral("ReceiveNotice");
-  static inline const QString kEditReceipts = QStringLiteral("ReceiveNoticeEdit");
-  static inline const QString kWrapLines = QStringLiteral("WrapLines");
-  static inline const QString kStandardHeaders = QStringLiteral("StandardHeaders");
-  static inline const QString kAddressSearch = QStringLiteral("AddressSearch");
-  static inline const QString kCareful = QStringLiteral("Careful");
-  static inline const QString kTextTypes = QStringLiteral("TextMime");
-
   DiskPtr bag_;
 };
 

@@ -4,10 +4,14 @@
 #include <utility>
 
 #include "objects/any_object.h"
+#include "objects/bookmark_object.h"
 #include "objects/folder_object.h"
+#include "objects/layouts_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/placement.h"
 #include "objects/save_object.h"
+#include "objects/setting_keys.h"
 #include "objects/version_serial.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
@@ -73,63 +77,64 @@ Result<> CreateFolders(Context& context) {
 // How a new profile looks: pages in tabs, in a window that leaves a quarter of the screen, and
 // messages in a table.
 Result<> CreateLook(Context& context) {
-  const auto make = [&context](const QString& serialId, Values values) -> Result<> {
+  const auto make = [&context](const QString& serialId, void (*fill)(Disk&)) -> Result<> {
     if (LoadObject(context, serialId) != nullptr) return {};
     const auto object = std::make_shared<Disk>(serialId);
-    SetAll(*object, values);
+    fill(*object);
     return SaveNew(context, object);
   };
-  const Result<> placed = make(fixed_serial::kMainPlacement,
-                               {{QStringLiteral("arrange"), static_cast<int>(Arrangement::Tabs)},
-                                {QStringLiteral("share"), 75}});
+  const Result<> placed = make(fixed_serial::kMainPlacement, [](Disk& placement) {
+    Placement::SetArrangement(placement, Arrangement::Tabs);
+    Placement::SetShare(placement, 75);
+  });
   if (!placed) return placed;
-  return make(fixed_serial::kLayout, {{QStringLiteral("_ready"), QStringLiteral("table")}});
+  return make(fixed_serial::kLayout,
+              [](Disk& layouts) { LayoutsObject::SetShared(layouts, QStringLiteral("table")); });
 }
 
 // The look of new profiles that an earlier one has not: keys of the settings.
 QList<std::pair<QString, QVariant>> LookSettings() {
-  return {{QStringLiteral("ReadingPane"), 1},
-          {QStringLiteral("HtmlFirst"), true},
-          {QStringLiteral("ReceivedTime"), true},
-          {QStringLiteral("ShownOnce"), true},
-          {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
-          {QStringLiteral("SignatureAbove"), true}};
+  return {{setting::kReadingPane, 1},
+          {setting::kHtmlFirst, true},
+          {setting::kReceivedTime, true},
+          {setting::kShownOnce, true},
+          {setting::kReplyLine, Ui::tr("%d、%n さんは書きました：")},
+          {setting::kSignatureAbove, true}};
 }
 
 // The first states of the settings. Where a user of today needs another behaviour than the one an
 // absent key stands for, the first state turns it on.
 Result<> CreateSettings(Context& context) {
   DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
-  const QString install = QStringLiteral("Install");
   if (settings != nullptr) {
-    if (settings->Text(install) == context.VersionText) return {};
-    settings->Let(install, context.VersionText);
+    if (settings->Text(setting::kInstalled) == context.VersionText) return {};
+    settings->Let(setting::kInstalled, context.VersionText);
     return SaveObject(context, DatabaseKind::Profile, *settings);
   }
   settings = std::make_shared<Disk>(fixed_serial::kSettings);
-  SetAll(*settings, {{QStringLiteral("TextMime"), QStringLiteral("text/plain")},
-                     {QStringLiteral("MessagesEdit"), true},
-                     {QStringLiteral("Messages"), 100},
-                     {QStringLiteral("MessagesNewest"), true},
-                     {QStringLiteral("PageEscape"), true},
-                     {QStringLiteral("StandardHeaders"), true},
-                     {QStringLiteral("UsualReplies"), true},
-                     {QStringLiteral("AddressSearch"), true},
-                     {QStringLiteral("Careful"), true},
-                     {QStringLiteral("WebOutside"), true},
-                     {QStringLiteral("ScriptsAsked"), true},
-                     {QStringLiteral("MessageCheck"), false},
-                     {QStringLiteral("MessageCheckInterval"), 10},
-                     {QStringLiteral("MessageNotice"), true},
-                     {QStringLiteral("MessageNoticeDialog"), false},
-                     {QStringLiteral("MessageNoticeDesktop"), true},
-                     {QStringLiteral("MessageNoticeSoundAlone"), true},
-                     {QStringLiteral("EditMode"), true},
-                     {QStringLiteral("SubjectReplay"), QStringLiteral("Re")},
-                     {QStringLiteral("SubjectForward"), QStringLiteral("Fw")},
-                     {QStringLiteral("MemoIndent"), QStringLiteral("> ")},
-                     {QStringLiteral("ToolbarIcon"), false},
-                     {install, context.VersionText}});
+  SetAll(*settings, {{setting::kTextTypes, QStringLiteral("text/plain")},
+                     {setting::kPages, true},
+                     {setting::kRows, 100},
+                     {setting::kOpensNewest, true},
+                     {setting::kPageEscape, true},
+                     {setting::kStandardHeaders, true},
+                     {setting::kUsualReplies, true},
+                     {setting::kAddressSearch, true},
+                     {setting::kCareful, true},
+                     {setting::kWebOutside, true},
+                     {setting::kScriptsAsked, true},
+                     {setting::kChecks, false},
+                     {setting::kCheckMinutes, 10},
+                     {setting::kNotice, true},
+                     {setting::kNoticeDialog, false},
+                     {setting::kNoticeDesktop, true},
+                     {setting::kNoticeSoundAlone, true},
+                     {setting::kEditMode, true},
+                     {setting::kSubjectReply, QStringLiteral("Re")},
+                     {setting::kSubjectForward, QStringLiteral("Fw")},
+                     {setting::kQuoteSign, QStringLiteral("> ")},
+                     {setting::kToolbarIcon, false},
+                     {setting::kInstalled, context.VersionText}});
   for (const auto& [key, value] : LookSettings()) settings->Let(key, value);
   const Result<> saved = SaveNew(context, settings);
   return saved ? CreateLook(context) : saved;
@@ -141,9 +146,9 @@ Result<> CreateBookmarks(Context& context) {
                 Ui::tr("お気に入り。"), QString(), QStringLiteral("bookmark"));
   // Places of the reserved example domain: the project has no site of its own yet.
   AnyObject::SetDefault(*list, true);
-  list->Let(QStringLiteral("Url"),
-            QStringLiteral("https://www.example.com/ ") + Ui::tr("ホームページ") + kLineBreak +
-                QStringLiteral("https://www.example.org/ ") + Ui::tr("掲示板"));
+  BookmarkObject::SetLines(*list,
+                           {QStringLiteral("https://www.example.com/ ") + Ui::tr("ホームページ"),
+                            QStringLiteral("https://www.example.org/ ") + Ui::tr("掲示板")});
   return SaveNew(context, list);
 }
 
@@ -160,7 +165,8 @@ Result<> CreateEventLog(Context& context) {
 
 Result<> CreateStandardObjects(Context& context) {
   const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
-  const qint32 installed = settings == nullptr ? 0 : VersionSerialID(settings->Text(u"Install"));
+  const qint32 installed =
+      settings == nullptr ? 0 : VersionSerialID(settings->Text(setting::kInstalled));
   Result<> made = CreateFolders(context);
   if (made) made = CreateSettings(context);
   if (made && installed == 0) made = CreateBookmarks(context);

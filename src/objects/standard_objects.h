@@ -17,7 +17,4 @@ bool HasFormerLook(Context& context);
 /// has; in either case its user has been asked.
 Result<> SettleLook(Context& context, bool isNew);
 
-/// How the main window shows its pages ("arrange" in the bag of its place).
-enum class Arrangement { Cascaded = 0, Tiled = 2, Tabs = 3 };
-
 }  // namespace vorn

@@ -33,7 +33,7 @@ class WindowRequest {
   bool Updates() const { return bag_.Flag(kUpdate); }
   static void SetUpdates(Disk& bag, bool updates) { bag.Let(kUpdate, updates); }
   RequestShow Show(RequestShow byDefault) const;
-  static void SetShow(Disk& bag, int show) { bag.Let(kShow, show); }
+  static void SetShow(Disk& bag, RequestShow show) { bag.Let(kShow, show); }
   /// What is done afterwards: "public", "delete", "rename" or anything else for nothing more.
   QString After() const { return bag_.Text(kAfter); }
   static void SetAfter(Disk& bag, const QString& after) { bag.Let(kAfter, after); }

@@ -1,5 +1,6 @@
 #include "present/folder_layout.h"
 
+#include "objects/layouts_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -9,9 +10,6 @@ namespace vorn {
 namespace {
 
 const QString kHtml = QStringLiteral("_html");
-
-// With no folder's name before it: that of all folders without a layout of their own.
-const QString kReady = QStringLiteral("_ready");
 
 // Not stored as text, so that folders have the form that the present version gives it.
 QString ReadyTemplate(const QString& id, const QString& folder, const QString& defaultTemplate) {
@@ -50,7 +48,7 @@ QString SharedTemplate(Context& context, const QString& folder, const QString& d
 
 QString SharedLayout(Context& context) {
   const DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
-  return layouts == nullptr ? QString() : layouts->Text(kReady);
+  return layouts == nullptr ? QString() : LayoutsObject(*layouts).Shared();
 }
 
 qsizetype CountOwnLayouts(Context& context) {
@@ -62,7 +60,7 @@ Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own) {
   DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
   const bool isNew = layouts == nullptr;
   if (isNew) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
-  layouts->Let(kReady, id);
+  LayoutsObject::SetShared(*layouts, id);
   if (own == OwnLayouts::Removed) {
     for (const QString& key : OwnTemplates(*layouts)) layouts->Remove(key);
   }

@@ -10,6 +10,7 @@
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/folder_rows.h"
+#include "present/page_content.h"
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"

@@ -1,77 +1,19 @@
 #include "present/page_filler.h"
 
-#include <algorithm>
-
-#include "mail/codec/address.h"
 #include "mail/codec/code_page_932.h"
-#include "mail/codec/flag_string.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/text_extraction.h"
-#include "mail/mail_store.h"
-#include "storage/shown_text.h"
-#include "storage/time_text.h"
+#include "present/page_content.h"
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
 
-const QString& NameOf(const AddressEntry& entry) {
-  return entry.displayName.isEmpty() ? entry.address : entry.displayName;
-}
-
-// In its usual and its wide forms.
-bool HasAt(const QString& text) {
-  return text.contains(u'@') || text.contains(u'＠') || text.contains(u'﹫');
-}
-
-// A name that looks like another address, or that nobody sees, does not hide the one that the
-// message came from.
-QString ShownSender(const AddressEntry& entry) {
-  const QString name = WithoutHidden(entry.displayName).simplified();
-  if (!HasVisible(name)) return entry.address;
-  QString others = name;
-  others.remove(entry.address, Qt::CaseInsensitive);
-  // In front, where a narrow column does not cut it off.
-  return HasAt(others) ? entry.address + QStringLiteral(" (") + name + u')' : name;
-}
-
-QString Unreadable() {
-  return Ui::tr("【読み込めません】");
-}
-constexpr qsizetype kPreviewBytes = 100;
-
-// The marks that turn letters round, whichever they are, as visible signs.
-QString WithoutTurns(const QString& text) {
-  const bool turns = std::any_of(text.begin(), text.end(), [](QChar c) {
-    return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
-  });
-  return turns ? ShownInLine(text) : text;
-}
-
-// Escaped, and where its letters or marks run from right to left for itself: nothing around it is
-// turned round with it. An address always begins at the left.
-QString Isolated(const QString& text) {
-  const bool runsBack = std::any_of(text.begin(), text.end(), [](QChar c) {
-    return c.direction() == QChar::DirR || c.direction() == QChar::DirAL ||
-           (c.category() == QChar::Other_Format && c.direction() != QChar::DirBN);
-  });
-  if (!runsBack) return text.toHtmlEscaped();
-  return (HasAt(text) ? QStringLiteral("<bdi dir=\"ltr\">") : QStringLiteral("<bdi>")) +
-         text.toHtmlEscaped() + QStringLiteral("</bdi>");
-}
-
-}  // namespace
-
-PageFiller::PageFiller(PageTagTable& tags, const QByteArray& pageTemplate, const RecordsetPtr& rows,
-                       const PageContent& content, qint64 lost)
+PageFiller::PageFiller(const PageTagTable& tags, const QByteArray& pageTemplate,
+                       const RecordsetPtr& rows, const PageContent& content, qint64 lost)
     : tags_(tags),
       template_(pageTemplate),
       rows_(rows),
       content_(content),
       passed_(lost),
-      lost_(lost) {
-  tags_[kTagDialog].section.key = static_cast<int>(kDialogClosed);
-}
+      lost_(lost) {}
 
 QByteArray PageFiller::Run(bool& next) {
   qint32 remaining = content_.rowsPerPage >= 1 ? content_.rowsPerPage : -1;
@@ -117,11 +59,8 @@ void PageFiller::WriteLost() {
 bool PageFiller::Scan() {
   for (; at_ < template_.size(); ++at_) {
     if (template_[at_] != '<') continue;
-    for (int tag = 0; tag < kPageTagCount; ++tag) {
-      if (MatchTagPattern(template_, tags_[static_cast<size_t>(tag)].section, at_) &&
-          !Handle(tag)) {
-        return false;
-      }
+    for (const PageTag& tag : tags_) {
+      if (MatchTagPattern(template_, tag.section, at_) && !Handle(tag)) return false;
     }
   }
   return true;
@@ -135,52 +74,27 @@ void PageFiller::WriteText(const QString& text) {
   output_ += ToCodePage932(text);
 }
 
-void PageFiller::WriteMail(const QString& text) {
-  WriteText(content_.escape ? WithoutTurns(text).toHtmlEscaped() : text);
-}
-
-bool PageFiller::Handle(int tag) {
-  const qsizetype afterTag = at_ + tags_[static_cast<size_t>(tag)].section.length;
-  if (tag == kTagMail) {
-    HandleMail();
+bool PageFiller::Handle(const PageTag& tag) {
+  const TagRole role = tag.definition->role;
+  const qsizetype afterTag = at_ + tag.section.length;
+  if (role == TagRole::Rows) {
+    HandleMail(afterTag);
     pending_ = afterTag;
     return true;
   }
-  if (tag == kTagDialog) return HandleDialog();
+  if (role == TagRole::Link) return HandleLink(tag, afterTag);
   WritePending();
   pending_ = afterTag;
-  if (tag == kTagFolder) {
-    HandleFolder();
-    return true;
-  }
-  if (rows_->Eof()) return false;
-  switch (tag) {
-    case kTagSubject:
-      WriteSubject();
-      break;
-    case kTagTimeStamp:
-      WriteTimeStamp();
-      break;
-    case kTagMailAddress:
-      HandleMailAddress();
-      break;
-    case kTagFlag:
-      HandleFlag();
-      break;
-    case kTagSize:
-      WriteSize();
-      break;
-    default:
-      WritePreview();
-  }
+  if (role == TagRole::Row && rows_->Eof()) return false;
+  WriteText(TagText(*tag.definition, {*rows_, content_}, TakeChildren(tag)));
   return true;
 }
 
-void PageFiller::HandleMail() {
+void PageFiller::HandleMail(qsizetype afterTag) {
   if (mail_ == MailState::Before) {
     WritePending();
     mail_ = MailState::Inside;
-    rowStart_ = at_ + tags_[kTagMail].section.length;
+    rowStart_ = afterTag;
   } else if (!rows_->Eof()) {
     WritePending();
   } else {
@@ -188,143 +102,40 @@ void PageFiller::HandleMail() {
   }
 }
 
-QStringList PageFiller::TakeChildren(int tag) {
-  return ReadChildTags(template_, tags_[static_cast<size_t>(tag)], pending_)
-      .split(kLineBreak, Qt::SkipEmptyParts);
+QList<const ChildTag*> PageFiller::TakeChildren(const PageTag& tag) {
+  QList<const ChildTag*> children;
+  const QString indices = ReadChildTags(template_, tag, pending_);
+  for (const QString& index : indices.split(kLineBreak, Qt::SkipEmptyParts)) {
+    children.append(&tag.definition->children[index.toUInt()]);
+  }
+  return children;
 }
 
-bool PageFiller::HandleDialog() {
-  QVariant& state = tags_[kTagDialog].section.key;
-  const qsizetype afterTag = at_ + tags_[kTagDialog].section.length;
-  if (state.toInt() == kDialogClosed) {
+bool PageFiller::HandleLink(const PageTag& tag, qsizetype afterTag) {
+  if (link_ == LinkState::Closed) {
     if (rows_->Eof()) return false;
     WritePending();
     pending_ = afterTag;
-    QString kind = QStringLiteral("preview");
-    for (const QString& child : TakeChildren(kTagDialog)) {
-      kind = tags_[kTagDialog].children[child.toInt()].key.toString();
-    }
+    const QList<const ChildTag*> children = TakeChildren(tag);
     // Only what was received can be answered or forwarded.
-    const bool received = IsReceived();
-    if (kind != u"preview" && !received) {
-      state = static_cast<int>(kDialogSuppressed);
+    if (!children.isEmpty() && !PageRow{*rows_, content_}.IsReceived()) {
+      link_ = LinkState::Suppressed;
       return true;
     }
-    state = static_cast<int>(kDialogOpen);
+    const QString kind =
+        children.isEmpty() ? QStringLiteral("preview") : QString::fromUtf16(children.last()->key);
+    link_ = LinkState::Open;
     WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->SerialID() +
               QStringLiteral("\">"));
     return true;
   }
-  if (state.toInt() == kDialogOpen) {
+  if (link_ == LinkState::Open) {
     WritePending();
     WriteText(QStringLiteral("</A>"));
   }
   pending_ = afterTag;
-  state = static_cast<int>(kDialogClosed);
+  link_ = LinkState::Closed;
   return true;
-}
-
-void PageFiller::HandleMailAddress() {
-  QStringList kinds;
-  bool isShort = false;
-  for (const QString& child : TakeChildren(kTagMailAddress)) {
-    const QString kind = tags_[kTagMailAddress].children[child.toInt()].key.toString();
-    kind.isEmpty() ? void(isShort = true) : kinds.append(kind);
-  }
-  QStringList shown;
-  const QString lines = rows_->Fields(u"FIELD_MAILADDRESS").toString();
-  for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
-    const AddressEntry entry = ParseAddressEntry(line);
-    if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
-    shown.append(content_.escape ? Isolated(WithoutTurns(ShownSender(WithWholeAddress(entry))))
-                                 : NameOf(entry));
-  }
-  const qsizetype more = shown.size() - 1;
-  if (isShort && more > 0) return WriteText(shown.first() + Ui::tr(" 他%1名").arg(more));
-  WriteText(shown.join(QStringLiteral("<BR>")));
-}
-
-void PageFiller::HandleFlag() {
-  enum Child { kNew = 0, kClip, kPriority, kState };
-  const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
-  const auto isSet = [&flags](int position, QStringView value) {
-    return GetFlagChar(flags, position, QString()) == value;
-  };
-  for (const QString& child : TakeChildren(kTagFlag)) {
-    switch (child.toInt()) {
-      case kNew:
-        if (isSet(kFlagNew, u"1")) WriteText(QStringLiteral("○"));
-        break;
-      case kClip:
-        if (isSet(kFlagAttachment, u"1")) WriteText(QStringLiteral("＠"));
-        break;
-      case kPriority:
-        if (isSet(kFlagPriority, u"1")) WriteText(QStringLiteral("↑"));
-        if (isSet(kFlagPriority, u"3")) WriteText(QStringLiteral("↓"));
-        break;
-      case kState:
-        if (qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusEdit) WriteText(QStringLiteral("✎"));
-        if (isSet(kFlagStar, u"1")) WriteText(QStringLiteral("★"));
-        if (isSet(kFlagAnswered, u"1")) WriteText(QStringLiteral("↩"));
-        if (isSet(kFlagForwarded, u"1")) WriteText(QStringLiteral("→"));
-        break;
-      default:
-        break;
-    }
-  }
-}
-
-void PageFiller::HandleFolder() {
-  for (const QString& child : TakeChildren(kTagFolder)) {
-    const bool isName = child.toInt() == 0;
-    WriteMail(content_.folder->Text(isName ? u"Object" : u"ToolTipText"));
-  }
-}
-
-void PageFiller::WriteSubject() {
-  const QString stored = rows_->Fields(u"FIELD_SUBJECT").toString();
-  const bool isSeen = !content_.escape || HasVisible(stored);
-  const QString subject = isSeen ? stored : QString();
-  if (content_.doubtful.contains(rows_->SerialID())) WriteText(Ui::tr("【送信を確認】"));
-  if (content_.refused.contains(rows_->SerialID())) WriteText(Ui::tr("【断られました】"));
-  if (rows_->IsRowDamaged()) WriteText(Unreadable());
-  if (content_.escape && !subject.isEmpty())
-    return WriteText(Isolated(WithoutTurns(WithoutHidden(subject))));
-  WriteMail(subject.isEmpty() ? Ui::tr("(件名なし)") : subject);
-}
-
-void PageFiller::WriteTimeStamp() {
-  const bool isShort = !TakeChildren(kTagTimeStamp).isEmpty();
-  const QVariant time = rows_->Fields(u"FIELD_TIMESTAMP");
-  if (!time.isValid()) return;
-  WriteText(isShort ? ShortTimeText(time.toString(), content_.today)
-                    : GeneralTimeText(time.toString()));
-}
-
-void PageFiller::WriteSize() {
-  const qint64 bytes = rows_->ByteCount(u"MAIL");
-  if (bytes < 0) return WriteText(Unreadable());
-  const auto highestIndex = static_cast<double>(bytes - 1);
-  WriteText(QString::number(highestIndex / 1024.0, 'f', 2));
-}
-
-bool PageFiller::IsReceived() const {
-  return qAbs(rows_->Fields(u"STATUS").toInt()) == kStatusReceived;
-}
-
-void PageFiller::WritePreview() {
-  const QString flags = rows_->Fields(u"FIELD_FLAG").toString();
-  TextRequest request;
-  const QString contentIndex = rows_->Fields(u"FIELD_CONTENT").toString();
-  request.charset = StoredCharset(flags);
-  request.maximum = kPreviewBytes;
-  request.textTypes = content_.textTypes;
-  request.withReports = IsReceived();
-  request.withHtml = content_.withHtml && IsReceived();
-  const QVariant source = rows_->Fields(u"MAIL");
-  if (!source.isValid()) return WriteText(Unreadable());
-  const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);
-  if (preview.produced) WriteMail(preview.text);
 }
 
 }  // namespace vorn

@@ -14,54 +14,78 @@ class PageRequest {
   /// In place of a page's number: the one that a folder opens at, when it is known how many there
   /// are.
   static constexpr int kFirstShown = 0;
+  /// Opened to print, not to be shown.
+  static inline const QString kPrint = QStringLiteral("print");
 
   explicit PageRequest(DiskPtr bag) : bag_(std::move(bag)) {}
+  /// Fills the bag of a new one: an address, whether it is the program's own, and what is done
+  /// there: `kPrint`, or nothing more.
+  static void Begin(Disk& bag, const QString& url, bool isLocal, const QString& exec);
   /// Another request takes the place of this one.
   void Take(DiskPtr bag) { bag_ = std::move(bag); }
 
   /// The folder's serial identifier, or that of the request itself.
   QString Folder() const { return bag_->SerialID(); }
   /// A folder's page or one of the program's own, and not a web page.
-  bool IsLocal() const { return bag_->Flag(u"local"); }
-  void BeLocal() { bag_->Let(QStringLiteral("local"), true); }
+  bool IsLocal() const { return bag_->Flag(kLocal); }
+  void BeLocal() { bag_->Let(kLocal, true); }
   /// The window was opened to print.
-  bool IsForPrinting() const { return bag_->Text(u"exec") == u"print"; }
+  bool IsForPrinting() const { return IsForPrinting(*bag_); }
+  static bool IsForPrinting(const Disk& bag) { return bag.Text(kExec) == kPrint; }
 
   /// Where the engine reads the page; empty when the program's own words are shown.
-  QString Url() const { return bag_->Text(u"url"); }
-  void SetUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }
+  QString Url() const { return bag_->Text(kUrl); }
+  void SetUrl(const QString& url) { bag_->Let(kUrl, url); }
   bool HasUrl() const { return !Url().isEmpty(); }
 
   /// The page's number, from 1.
-  int Page() const { return bag_->Number(u"Page", 1); }
-  void SetPage(int page) { bag_->Let(QStringLiteral("Page"), page); }
-  bool HasPage() const { return bag_->Get(u"Page").isValid(); }
+  int Page() const { return bag_->Number(kPage, 1); }
+  void SetPage(int page) { bag_->Let(kPage, page); }
+  bool HasPage() const { return bag_->Get(kPage).isValid(); }
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const { return bag_->Text(u"search"); }
-  void SetSearch(const QString& search) { bag_->Let(QStringLiteral("search"), search); }
+  QString Search() const { return bag_->Text(kSearch); }
+  void SetSearch(const QString& search) { bag_->Let(kSearch, search); }
 
   /// Whether one can go back and on.
-  bool HasBefore() const { return bag_->Flag(u"before"); }
-  bool HasNext() const { return bag_->Flag(u"next"); }
+  bool HasBefore() const { return bag_->Flag(kBefore); }
+  bool HasNext() const { return bag_->Flag(kNext); }
   void SetNeighbours(bool before, bool next) {
-    bag_->Let(QStringLiteral("before"), before);
-    bag_->Let(QStringLiteral("next"), next);
+    bag_->Let(kBefore, before);
+    bag_->Let(kNext, next);
   }
-  bool IsLoading() const { return bag_->Flag(u"onLoad"); }
-  void SetLoading(bool loading) { bag_->Let(QStringLiteral("onLoad"), loading); }
+  bool IsLoading() const { return bag_->Flag(kLoading); }
+  void SetLoading(bool loading) { bag_->Let(kLoading, loading); }
 
   /// A new window that a web page asked for, and that is not yet shown.
-  bool IsNew() const { return bag_->Flag(u"init"); }
-  void SetNew(bool isNew) { bag_->Let(QStringLiteral("init"), isNew); }
+  bool IsNew() const { return bag_->Flag(kNew); }
+  void SetNew(bool isNew) { bag_->Let(kNew, isNew); }
   /// The target name that the window answers to.
-  QString WindowName() const { return bag_->Text(u"windowname"); }
-  void SetWindowName(const QString& name) { bag_->Let(QStringLiteral("windowname"), name); }
+  QString WindowName() const { return bag_->Text(kWindowName); }
+  void SetWindowName(const QString& name) { bag_->Let(kWindowName, name); }
   /// The window is done with.
-  bool IsDust() const { return bag_->Flag(u"dust"); }
-  void BeDust() { bag_->Let(QStringLiteral("dust"), true); }
+  bool IsDust() const { return bag_->Flag(kDust); }
+  void BeDust() { bag_->Let(kDust, true); }
 
  private:
+  static inline const QString kUrl = QStringLiteral("url");
+  static inline const QString kLocal = QStringLiteral("local");
+  static inline const QString kExec = QStringLiteral("exec");
+  static inline const QString kPage = QStringLiteral("Page");
+  static inline const QString kSearch = QStringLiteral("search");
+  static inline const QString kBefore = QStringLiteral("before");
+  static inline const QString kNext = QStringLiteral("next");
+  static inline const QString kLoading = QStringLiteral("onLoad");
+  static inline const QString kNew = QStringLiteral("init");
+  static inline const QString kWindowName = QStringLiteral("windowname");
+  static inline const QString kDust = QStringLiteral("dust");
+
   DiskPtr bag_;
 };
+
+inline void PageRequest::Begin(Disk& bag, const QString& url, bool isLocal, const QString& exec) {
+  bag.Let(kUrl, url);
+  bag.Let(kLocal, isLocal);
+  bag.Let(kExec, exec);
+}
 
 }  // namespace vorn

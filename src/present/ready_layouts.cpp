@@ -147,30 +147,4 @@ QList<ReadyLayout> ReadyLayouts(const QString& folder) {
           {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder)}};
 }
 
-QList<LayoutTag> LayoutTags() {
-  return {
-      {QStringLiteral("<+MAIL>"), Ui::tr("メッセージ1通分の始まりと終わり")},
-      {QStringLiteral("<+SUBJECT>"), Ui::tr("件名")},
-      {QStringLiteral("<+TIMESTAMP>"), Ui::tr("日時")},
-      {QStringLiteral("<+TIMESTAMP><SHORT>"), Ui::tr("短い日時（きょうは時刻だけ）")},
-      {QStringLiteral("<+MAILADDRESS>"), Ui::tr("すべてのアドレス")},
-      {QStringLiteral("<+MAILADDRESS><FROM>"), Ui::tr("送信者")},
-      {QStringLiteral("<+MAILADDRESS><TO>"), Ui::tr("宛先")},
-      {QStringLiteral("<+MAILADDRESS><CC>"), Ui::tr("写し")},
-      {QStringLiteral("<+MAILADDRESS><BCC>"), Ui::tr("隠し写し")},
-      {QStringLiteral("<+FLAG><NEW>"), Ui::tr("未開封の印 ○")},
-      {QStringLiteral("<+FLAG><CLIP>"), Ui::tr("添付ファイルの印 ＠")},
-      {QStringLiteral("<+FLAG><PRIORITY>"), Ui::tr("優先度の印 ↑ ↓")},
-      {QStringLiteral("<+FLAG><STATE>"), Ui::tr("スター ★、返信済み ↩、転送済み →の印")},
-      {QStringLiteral("<+SIZE>"), Ui::tr("大きさ（キロバイト）")},
-      {QStringLiteral("<+TEXT>"), Ui::tr("本文の始め")},
-      {Ui::tr("<+DIALOG>開く<+DIALOG>"), Ui::tr("メッセージを開くリンク")},
-      {Ui::tr("<+DIALOG><REPLAY>返信<+DIALOG>"), Ui::tr("返信するリンク")},
-      {Ui::tr("<+DIALOG><REPLAYALL>全員に返信<+DIALOG>"), Ui::tr("全員に返信するリンク")},
-      {Ui::tr("<+DIALOG><FORWARD>転送<+DIALOG>"), Ui::tr("転送するリンク")},
-      {QStringLiteral("<+FOLDER><NAME>"), Ui::tr("フォルダの名前")},
-      {QStringLiteral("<+FOLDER><TOOLTIPTEXT>"), Ui::tr("フォルダの説明")},
-  };
-}
-
 }  // namespace vorn

@@ -16,12 +16,4 @@ struct ReadyLayout {
 /// the first is the default one.
 QList<ReadyLayout> ReadyLayouts(const QString& folder);
 
-/// A tag of the template language, for the list from which a user picks.
-struct LayoutTag {
-  QString text;     ///< as it is written into a template
-  QString meaning;  ///< what it becomes, a few words
-};
-
-QList<LayoutTag> LayoutTags();
-
 }  // namespace vorn

@@ -14,6 +14,9 @@ enum class DatabaseKind {
   MailByPath = 3,  ///< another mail database of the current profile
 };
 
+/// The name that bags have for the kind of the database that they are of.
+inline const QString kDatabaseKey = QStringLiteral("db");
+
 /// The database of a kind, open as the session's current one as long as this lives. The file, its
 /// folder and its tables are made when they are missing; but a file that the profile has noted is
 /// never made anew, see `FileNote`. `path` is used for `MailByPath` only. Converts to false,

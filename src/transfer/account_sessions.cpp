@@ -42,8 +42,8 @@ void AccountSessions::Record(const CheckJob& job, const Account& account) {
   const SessionRecord record(job.Bag());
   const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasPassword();
   if (!account.LogsEvents() || isLeftOut) return;
-  host_.AddEvent(record.HasError() ? 1 : 0, 0, account.SerialId(), account.Name(),
-                 QStringLiteral("account"), record.Log());
+  host_.AddEvent(record.HasError() ? kEventError : kEventInformation, kEventObject,
+                 account.SerialId(), account.Name(), QStringLiteral("account"), record.Log());
 }
 
 }  // namespace vorn

@@ -22,7 +22,7 @@ class ConnectionCheck::Events : public PopEvents, public RetrievalEvents, public
   bool WantsHeader(const QString&) override { return false; }
   bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
   void TornOffAgain() override {}
-  void Error(int, const QString& text) override { error_ = text; }
+  void Error(PopError, const QString& text) override { error_ = text; }
   void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
   void SessionStarted() override { error_.clear(); }
   void SessionEnded() override {

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "storage/disk.h"
+#include "transfer/event_kinds.h"
 
 namespace vorn {
 
@@ -12,9 +13,9 @@ class PlanHost {
   virtual ~PlanHost() = default;
   /// Queues a window request.
   virtual void PostRequest(const DiskPtr& request) = 0;
-  /// Records an event. `level` 0 is information, 1 an error; `mode` 0 refers to an object.
-  virtual void AddEvent(int level, int mode, const QString& reference, const QString& title,
-                        const QString& category, const QString& text) = 0;
+  /// Records an event that refers to an object or a message.
+  virtual void AddEvent(EventLevel level, EventMode mode, const QString& reference,
+                        const QString& title, const QString& category, const QString& text) = 0;
   /// The Tools menu's first entry, send and receive messages.
   virtual void SendAndReceive() = 0;
   /// Asks the user for the account to send with; its serial identifier, empty when he declines.

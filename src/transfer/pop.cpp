@@ -328,7 +328,7 @@ void Pop::Fail(PopError code, const QString& text) {
   if (!busy_) return;
   if (!std::exchange(begun_, true)) events_->SessionStarted();
   if (session_ != nullptr) session_->Abandon();
-  events_->Error(static_cast<int>(code), text);
+  events_->Error(code, text);
   End();
 }
 

@@ -42,7 +42,7 @@ class Pop : public QObject {
   int ServerPort = 0;
   QString User;
   QString Password;
-  int Mode = kPopReceive;
+  PopMode Mode = kPopReceive;
   QString MailFrom;
   QString MailTo;
   /// How the connection is encrypted.

@@ -58,10 +58,11 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   const bool isPrivate = encrypted_ || login_.security == Security::Tls;
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  const SaslMechanism mechanism = ChooseMechanism(offered, isPrivate);
-  const bool hidesPassword = !isPrivate && mechanism == SaslMechanism::CramMd5;
-  // Servers that list mechanisms without PLAIN refuse its equal, USER, also when they announce it.
-  if (!offersUser_ || hidesPassword || !offered.contains("PLAIN")) {
+  const SaslMechanism* mechanism = ChooseMechanism(offered, isPrivate);
+  // Servers that list no mechanism like USER refuse USER too, also when they announce it.
+  const SaslMechanism* simplest = ChooseMechanism(offered, true);
+  const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
+  if (!takesUser || (!isPrivate && mechanism->hidesPassword)) {
     auth_ = SaslExchange(mechanism, login_.user, login_.password);
   }
 }
@@ -72,7 +73,7 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
     return PopFailure{PopError::Login,
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
-  if (auth_.Mechanism() != SaslMechanism::None) {
+  if (auth_.Mechanism() != nullptr) {
     pipeline_.Send(auth_.Begin(false), Pop3Command::Auth);
   } else if (login_.apop) {
     return LogInByApop();
@@ -113,7 +114,7 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
     state_ = State::LoggedIn;
     return std::nullopt;
   }
-  if (auth_.Mechanism() == SaslMechanism::CramMd5 && offersUser_) {
+  if (offersUser_ && auth_.Mechanism() != nullptr && auth_.Mechanism()->hidesPassword) {
     // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
     auth_ = {};
     return LogIn();

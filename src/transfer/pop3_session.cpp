@@ -38,7 +38,7 @@ Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(
       retrieval_(login_, events, pipeline_) {}
 
 void Pop3Session::Fail(PopError code, const QString& text) {
-  events_.Error(static_cast<int>(code), text);
+  events_.Error(code, text);
   Finish();
 }
 
@@ -50,7 +50,7 @@ void Pop3Session::FailStrangely(const QByteArray& line) {
 }
 
 void Pop3Session::TellRefusal(const QString& sentence, const QByteArray& line) {
-  events_.Error(static_cast<int>(PopError::Refused), redaction_.WithReply(sentence, line));
+  events_.Error(PopError::Refused, redaction_.WithReply(sentence, line));
 }
 
 void Pop3Session::Receive(QByteArrayView bytes) {

@@ -89,24 +89,7 @@ class HandoverEvents {
   virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
 };
 
-/// What the transfer control `Pop` asks and tells the program while a session runs. Always called
-/// from the event loop of the user-interface thread, never from inside `Pop::Start`.
-class PopEvents {
- public:
-  virtual ~PopEvents() = default;
-
-  virtual RetrievalEvents& Retrieval() = 0;
-  virtual HandoverEvents& Handover() = 0;
-  /// A failure, as a sentence for the user.
-  virtual void Error(int code, const QString& text) = 0;
-  virtual void SessionStarted() = 0;
-  virtual void SessionEnded() = 0;
-  /// `done` of `total` bytes; `total` may be 0.
-  virtual void Progress(int code, qint64 total, qint64 done) = 0;
-  virtual void Log(int code, const QString& text) = 0;
-};
-
-/// Codes of `PopEvents::Error`.
+/// What `PopEvents::Error` tells of.
 enum class PopError {
   Connect = 1,
   TimeOut,
@@ -117,6 +100,23 @@ enum class PopError {
   Store,
   Cancelled,
   Tls,  ///< no encryption, or none that can be trusted
+};
+
+/// What the transfer control `Pop` asks and tells the program while a session runs. Always called
+/// from the event loop of the user-interface thread, never from inside `Pop::Start`.
+class PopEvents {
+ public:
+  virtual ~PopEvents() = default;
+
+  virtual RetrievalEvents& Retrieval() = 0;
+  virtual HandoverEvents& Handover() = 0;
+  /// A failure, as a sentence for the user.
+  virtual void Error(PopError code, const QString& text) = 0;
+  virtual void SessionStarted() = 0;
+  virtual void SessionEnded() = 0;
+  /// `done` of `total` bytes; `total` may be 0.
+  virtual void Progress(int code, qint64 total, qint64 done) = 0;
+  virtual void Log(int code, const QString& text) = 0;
 };
 
 }  // namespace vorn

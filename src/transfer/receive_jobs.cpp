@@ -62,7 +62,8 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
         Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
     LeaveOut(job, sentence);
     // Whether or not the account's sessions are recorded.
-    host_.AddEvent(1, 0, account.SerialId(), account.Name(), QStringLiteral("account"), sentence);
+    host_.AddEvent(kEventError, kEventObject, account.SerialId(), account.Name(),
+                   QStringLiteral("account"), sentence);
     return false;
   }
   // Nobody asked for automatic checking, and whoever is writing would type into the question.

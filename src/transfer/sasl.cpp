@@ -1,71 +1,76 @@
 #include "transfer/sasl.h"
 
 #include <QMessageAuthenticationCode>
-#include <array>
 
 namespace vorn {
 namespace {
 
-constexpr int kMostSteps = 2;  // of any mechanism
+QByteArray RespondPlain(const SaslStep& step) {  // RFC 4616
+  return '\0' + step.user + '\0' + step.password;
+}
+
+QByteArray RespondLogin(const SaslStep& step) {
+  return step.number == 0 ? step.user : step.password;
+}
+
+QByteArray RespondCramMd5(const SaslStep& step) {  // RFC 2195
+  using Code = QMessageAuthenticationCode;
+  return step.user + ' ' +
+         Code::hash(step.challenge, step.password, QCryptographicHash::Md5).toHex();
+}
+
+// The simplest first.
+constexpr SaslMechanism kMechanisms[] = {
+    {.name = "PLAIN",
+     .isPlainLogin = true,
+     .hidesPassword = false,
+     .speaksFirst = true,
+     .steps = 2,
+     .respond = RespondPlain},
+    {.name = "LOGIN",
+     .isPlainLogin = false,
+     .hidesPassword = false,
+     .speaksFirst = false,
+     .steps = 2,
+     .respond = RespondLogin},
+    {.name = "CRAM-MD5",
+     .isPlainLogin = false,
+     .hidesPassword = true,
+     .speaksFirst = false,
+     .steps = 2,
+     .respond = RespondCramMd5},
+};
 
 }  // namespace
 
-SaslMechanism ChooseMechanism(const QByteArrayList& offered, bool encrypted) {
-  const auto offers = [&offered](SaslMechanism mechanism) {
-    return offered.contains(MechanismName(mechanism));
-  };
-  using enum SaslMechanism;
-  using Order = std::array<SaslMechanism, 3>;
-  const Order order = encrypted ? Order{Plain, Login, CramMd5} : Order{CramMd5, Plain, Login};
-  for (const SaslMechanism mechanism : order) {
-    if (offers(mechanism)) return mechanism;
+const SaslMechanism* ChooseMechanism(const QByteArrayList& offered, bool encrypted) {
+  const SaslMechanism* simplest = nullptr;
+  for (const SaslMechanism& mechanism : kMechanisms) {
+    if (!offered.contains(mechanism.name)) continue;
+    if (encrypted || mechanism.hidesPassword) return &mechanism;
+    if (simplest == nullptr) simplest = &mechanism;
   }
-  return None;
-}
-
-QByteArray MechanismName(SaslMechanism mechanism) {
-  switch (mechanism) {
-    case SaslMechanism::Plain:
-      return "PLAIN";
-    case SaslMechanism::Login:
-      return "LOGIN";
-    case SaslMechanism::CramMd5:
-      return "CRAM-MD5";
-    default:
-      return {};
-  }
+  return simplest;
 }
 
 QByteArray SaslExchange::Begin(bool saysFirst) {
-  const QByteArray command = "AUTH " + MechanismName(mechanism_);
-  if (!saysFirst || mechanism_ != SaslMechanism::Plain) return command;
-  ++step_;
-  return command + ' ' + Response({}).toBase64();
+  const QByteArray command = QByteArray("AUTH ") + mechanism_->name;
+  if (!saysFirst || !mechanism_->speaksFirst) return command;
+  return command + ' ' + Respond({}).toBase64();
 }
 
 std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
-  if (step_ == kMostSteps) return std::nullopt;
-  const QByteArray response = Response(QByteArray::fromBase64(challenge));
-  ++step_;
+  if (mechanism_ == nullptr || step_ == mechanism_->steps) return std::nullopt;
+  const QByteArray response = Respond(QByteArray::fromBase64(challenge));
   redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
   return response.toBase64();
 }
 
-QByteArray SaslExchange::Response(const QByteArray& challenge) const {
-  using enum SaslMechanism;
-  switch (mechanism_) {
-    case Plain:
-      return '\0' + user_.toUtf8() + '\0' + password_.toUtf8();
-    case Login:
-      return (step_ == 0 ? user_ : password_).toUtf8();
-    case CramMd5:
-      return user_.toUtf8() + ' ' +
-             QMessageAuthenticationCode::hash(challenge, password_.toUtf8(),
-                                              QCryptographicHash::Md5)
-                 .toHex();
-    default:
-      return {};
-  }
+QByteArray SaslExchange::Respond(const QByteArray& challenge) {
+  return mechanism_->respond({.user = user_.toUtf8(),
+                              .password = password_.toUtf8(),
+                              .challenge = challenge,
+                              .number = step_++});
 }
 
 }  // namespace vorn

@@ -75,7 +75,7 @@ bool SendJobs::TakeSending(CheckJob& job, const SendItem& message) {
 void SendJobs::ReportDoubtful(int count) {
   if (count == 0) return;
   host_.AddEvent(
-      1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
       Ui::tr("送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。"
              "開いて、もう一度送信するか、送信済みにするかを選んでください。")
           .arg(count));
@@ -105,7 +105,7 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
   const auto reading = Outbox(context_, message.File(context_)).Read(serial, waiting);
   if (!reading) {
     host_.AddEvent(
-        1, 1, serial, Ui::tr("システム"), QStringLiteral("mailup"),
+        kEventError, kEventMessage, serial, Ui::tr("システム"), QStringLiteral("mailup"),
         Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。").arg(message.Subject()) +
             reading.Error().text);
     LeaveOut(job, message);
@@ -218,7 +218,8 @@ void SendJobs::RecordOutcome(const CheckJob& job, const SendItem& message) {
   } else {
     return;
   }
-  host_.AddEvent(1, 1, message.SerialId(), message.Subject(), QStringLiteral("mailup"), text);
+  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+                 QStringLiteral("mailup"), text);
 }
 
 }  // namespace vorn

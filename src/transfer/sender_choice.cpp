@@ -66,8 +66,8 @@ bool SenderChoice::Use(SendItem& message, DiskPtr& chosen, bool& asked) {
     const bool isTold = !mayAsk && toldOfNoAccount_.contains(message.SerialId());
     toldOfNoAccount_.insert(message.SerialId());
     if (!isTold) {
-      host_.AddEvent(1, 1, message.SerialId(), Ui::tr("システム"), QStringLiteral("mailup"),
-                     Ui::tr("送信で使用するアカウントが不明です。"));
+      host_.AddEvent(kEventError, kEventMessage, message.SerialId(), Ui::tr("システム"),
+                     QStringLiteral("mailup"), Ui::tr("送信で使用するアカウントが不明です。"));
     }
     return false;
   }

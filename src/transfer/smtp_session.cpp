@@ -28,7 +28,7 @@ SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByt
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
   EndHandover(AwaitsDecision() ? HandoverOutcome::Unknown : HandoverOutcome::Refused);
-  events_.Error(static_cast<int>(code), text);
+  events_.Error(code, text);
   stage_ = Stage::Finished;
 }
 
@@ -47,7 +47,7 @@ void SmtpSession::EndHandover(HandoverOutcome outcome) {
 // Tells a refusal and says good-bye in order.
 void SmtpSession::LeaveAfter(PopError code, const QString& sentence) {
   EndHandover(HandoverOutcome::Refused);
-  events_.Error(static_cast<int>(code), redaction_.WithReply(sentence, reader_.Text()));
+  events_.Error(code, redaction_.WithReply(sentence, reader_.Text()));
   Leave();
 }
 
@@ -175,8 +175,8 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  const SaslMechanism mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
-  if (mechanism == SaslMechanism::None) {
+  const SaslMechanism* mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
+  if (mechanism == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
     return;
@@ -224,7 +224,7 @@ void SmtpSession::TakeEnvelopeReply(int code) {
 
 void SmtpSession::EnvelopeDone() {
   if (!refusals_.isEmpty()) {
-    events_.Error(static_cast<int>(PopError::Refused),
+    events_.Error(PopError::Refused,
                   Ui::tr("宛先をサーバーに断られました。アドレスを確認してください。") +
                       refusals_.join(u'、'));
     Leave();

@@ -26,8 +26,8 @@ void TransferEvents::SessionEnded() {
   log_.End();
 }
 
-void TransferEvents::Error(int code, const QString& text) {
-  log_.AddError(static_cast<PopError>(code), text);
+void TransferEvents::Error(PopError code, const QString& text) {
+  log_.AddError(code, text);
 }
 
 void TransferEvents::Log(int, const QString& text) {

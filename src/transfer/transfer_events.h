@@ -27,7 +27,7 @@ class TransferEvents : public PopEvents {
 
   RetrievalEvents& Retrieval() override { return received_; }
   HandoverEvents& Handover() override { return sent_; }
-  void Error(int code, const QString& text) override;
+  void Error(PopError code, const QString& text) override;
   void SessionStarted() override;
   void SessionEnded() override;
   void Progress(int code, qint64 total, qint64 done) override;

@@ -33,7 +33,7 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
 bool WaitingMessages::MaySendFrom(const QString& file) {
   const QString path = PlatformPath(context_, file);
   if (!IsKnownBroken(context_, path)) return true;
-  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
                  Ui::tr("「%1」が壊れているため、送信しません。").arg(QFileInfo(path).fileName()));
   return false;
 }
@@ -57,7 +57,7 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   });
   if (count == 0 || jobs_.RunsPeriodically()) return;
   host_.AddEvent(
-      1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
       Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
              "セルし、直してからもう一度送信してください。")
           .arg(count));
@@ -77,7 +77,7 @@ void WaitingMessages::LookAgain(CheckJob& job) {
 }
 
 void WaitingMessages::TellUnread(const StorageError& reason) {
-  host_.AddEvent(1, 0, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
                  Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
 }
 

@@ -78,7 +78,7 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     while (!queue_.IsEmpty()) dispatcher_.Tick();
     return log_.join(u',');
   }
-  void PostDialog(const char16_t* serialId, int show, const char16_t* after) {
+  void PostDialog(const char16_t* serialId, RequestShow show, const char16_t* after) {
     DialogRequest request;
     request.serialId = QString::fromUtf16(serialId);
     request.status = QStringLiteral("account");
@@ -86,11 +86,8 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     request.after = QString::fromUtf16(after);
     EXPECT_TRUE(queue_.PostDialogRequest(request));
   }
-  void PostMail(const char16_t* serialId, int open) {
-    MailRequest request;
-    request.serialId = QString::fromUtf16(serialId);
-    request.open = open;
-    queue_.PostMailRequest(request);
+  void PostMail(const char16_t* serialId, OpenMode mode = OpenMode::Show) {
+    queue_.PostMailRequest(MailRequest::Of(QString::fromUtf16(serialId), mode));
   }
 
   TestProfile profile_;
@@ -105,24 +102,24 @@ class DispatcherTest : public testing::Test, public DispatchHost {
 };
 
 TEST_F(DispatcherTest, AnOpenWindowIsReusedUnlessTheRequestIsDirect) {
-  PostMail(u"m", 0);
-  PostMail(u"m", 0);
+  PostMail(u"m");
+  PostMail(u"m");
   EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m,activate m"));
-  PostMail(u"m", 2);
+  PostMail(u"m", OpenMode::ReplyAll);
   EXPECT_EQ(Run(), QStringLiteral("load m+,modeless,refresh m"));
 }
 
 TEST_F(DispatcherTest, ModalWindowsRunTheirStepOnlyWhenConfirmed) {
-  PostDialog(u"a", 1, u"public");
+  PostDialog(u"a", kShowModal, u"public");
   EXPECT_EQ(Run(), QStringLiteral("load a,modal,apply"));
   answer_.clear();
-  PostDialog(u"a", 1, u"public");
+  PostDialog(u"a", kShowModal, u"public");
   EXPECT_EQ(Run(), QStringLiteral("load a,modal"));
 }
 
 TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
-  PostDialog(u"a", -1, u"rename");
-  PostDialog(u"b", -1, u"delete");
+  PostDialog(u"a", kShowHidden, u"rename");
+  PostDialog(u"b", kShowHidden, u"delete");
   EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,refresh a,load b,delete,refresh b"));
 }
 
@@ -132,7 +129,7 @@ TEST_F(DispatcherTest, ChildWindowsAreArrangedAndDecliningOnesDropped) {
   queue_.PostBrowserRequest(request);
   EXPECT_EQ(Run(), QStringLiteral("load f,modeless,arrange,refresh f"));
   accepts_ = false;
-  PostMail(u"x", 0);
+  PostMail(u"x");
   EXPECT_EQ(Run(), QStringLiteral("load x+,unload"));
 }
 
@@ -153,7 +150,7 @@ TEST_F(DispatcherTest, NoticesAndNonsense) {
 }
 
 TEST_F(DispatcherTest, RequestsCarryTheirKeys) {
-  PostMail(u"", 1);
+  PostMail(u"", OpenMode::Reply);
   const DiskPtr mail = queue_.Front();
   EXPECT_TRUE(mail->SerialID().endsWith(u'@' + profile_.Get().ComputerName));
   EXPECT_TRUE(mail->Flag(u"direct") && mail->Flag(u"update"));
@@ -176,10 +173,11 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   } view;
   TestProfile profile;
   EventLog log(profile.Get(), view);
-  log.AddEvent(1, 1, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
+  log.AddEvent(kEventError, kEventMessage, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
                QStringLiteral("text"));
   EXPECT_EQ(view.last, QStringLiteral("システム/mailuperror"));
-  log.AddEvent(0, 0, QStringLiteral("a"), QStringLiteral("仕事"), QStringLiteral("account"), {});
+  log.AddEvent(kEventInformation, kEventObject, QStringLiteral("a"), QStringLiteral("仕事"),
+               QStringLiteral("account"), {});
   EXPECT_EQ(view.last, QStringLiteral("仕事/accountinfomation"));
   EXPECT_TRUE(view.shown[1].startsWith(u"event_1_"));
   const DiskPtr record = log.Find(view.shown[0]);

@@ -32,7 +32,7 @@ MessageModel Model() {
   return model;
 }
 
-ComposeOptions Options(CharsetChoice charset, int mimeEncode = 0) {
+ComposeOptions Options(CharsetChoice charset, MimeEncode mimeEncode = MimeEncode::Base64) {
   ComposeOptions options;
   options.charset = charset;
   options.settings = EditSettings::Defaults();

@@ -157,7 +157,8 @@ TEST(InvitationTest, AnAnswerIsWrittenAsAPartAndTakenBack) {
   MessageModel model;
   model.text = QStringLiteral("出席します。");
   model.calendarReply = "BEGIN:VCALENDAR\r\nMETHOD:REPLY\r\nEND:VCALENDAR\r\n";
-  for (const int encode : {0, 1, 2}) {
+  using enum MimeEncode;
+  for (const MimeEncode encode : {Base64, QuotedPrintable, Uuencode}) {
     ComposeOptions options;
     options.boundaryToken = QStringLiteral("token");
     options.settings.textTypes = DefaultTextTypes();

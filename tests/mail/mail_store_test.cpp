@@ -130,7 +130,7 @@ TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {
   ASSERT_TRUE(store_.UpdateMessageState(kStateFlag, request, true));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")), QStringLiteral("0'2"));
   EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("1"));
-  ASSERT_TRUE(store_.UpdateMessageState(0, request, true));
+  ASSERT_TRUE(store_.UpdateMessageState({}, request, true));
   EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("-4"));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).size(), 1);
   ASSERT_TRUE(store_.DeleteMessage(request));

@@ -243,7 +243,7 @@ TEST_F(OpenModes, ADraftKeepsItsThreadAndItsText) {
       ComposeOptions options;
       options.settings = settings_;
       options.settings.mimeText = encode >= 0;
-      options.settings.mimeEncode = qMax(encode, 0);
+      options.settings.mimeEncode = static_cast<MimeEncode>(qMax(encode, 0));
       options.boundaryToken = QStringLiteral("b");
       for (int round = 0; round < 10; ++round) {
         StoredMessage message;

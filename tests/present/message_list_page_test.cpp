@@ -359,19 +359,19 @@ TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {
   const PageTagTable table = CreatePageTagTable();
   const QByteArray text = "<replay><FORWARD>x";
   qsizetype position = 0;
-  EXPECT_EQ(ReadChildTags(text, table[kTagDialog], position), QStringLiteral("0\r\n2"));
+  EXPECT_EQ(ReadChildTags(text, table[1], position), QStringLiteral("0\r\n2"));
   EXPECT_EQ(position, text.size() - 1);
   position = 0;
-  ReadChildTags(text, table[kTagDialog], position, 1);
+  ReadChildTags(text, table[1], position, 1);
   EXPECT_EQ(position, text.size() - 1);  // the limit is met after one more
-  EXPECT_FALSE(MatchTagPattern("<+MAI", table[kTagMail].section, 0));
+  EXPECT_FALSE(MatchTagPattern("<+MAI", table[8].section, 0));
   EXPECT_EQ(DefaultPageTemplate().count(QStringLiteral("\r\n")), 45);
 }
 
 TEST(LinkCommand, CommandsAreReadInAnyCase) {
   const auto reply = ReadLinkCommand(QStringLiteral("REPLAYALL:mail_x%40y"));
   ASSERT_TRUE(reply);
-  EXPECT_EQ(reply->openMode, 2);
+  EXPECT_EQ(reply->mode, OpenMode::ReplyAll);
   EXPECT_TRUE(reply->isNew);
   EXPECT_EQ(reply->serialId, QStringLiteral("mail_x@y"));
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview:a"))->isNew);

@@ -51,8 +51,8 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
     return header.contains("Subject: stored");
   }
   void TornOffAgain() override { told.append(QStringLiteral("torn off")); }
-  void Error(int code, const QString& text) override {
-    codes.append(static_cast<PopError>(code));
+  void Error(PopError code, const QString& text) override {
+    codes.append(code);
     errors.append(text);
   }
   void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool& deleteOnServer) override {

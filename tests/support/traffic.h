@@ -16,8 +16,8 @@ namespace vorn::test {
 class RecordingHost : public PlanHost, public StatusPanel {
  public:
   void PostRequest(const DiskPtr& request) override { requests.append(request); }
-  void AddEvent(int level, int, const QString&, const QString&, const QString& category,
-                const QString& text) override {
+  void AddEvent(EventLevel level, EventMode, const QString&, const QString&,
+                const QString& category, const QString& text) override {
     levels.append(level);
     categories.append(category);
     log.append(text);

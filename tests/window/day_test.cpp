@@ -77,7 +77,7 @@ class DayTest : public ProgramTest {
     return serial;
   }
   MessageWindow& Open(const QString& subject, int status = 4) const {
-    program_->Parent()->Requests().OpenMessage(0, Serial(subject, status), false);
+    program_->Parent()->Requests().OpenMessage(MailRequest::Of(Serial(subject, status)));
     EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
     return *TopLevel<MessageWindow>();
   }
@@ -210,7 +210,7 @@ void DayTest::SendReceipt() {
   const QString serial = Serial(QStringLiteral("receipt"), 4);
   EXPECT_TRUE(Sent([&] {
                 EXPECT_TRUE(InModal<QMessageBox>(
-                    [&] { program_->Parent()->Requests().OpenMessage(0, serial, false); },
+                    [&] { program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial)); },
                     [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }));
               }).contains("sato@example.jp"));
   TopLevel<MessageWindow>()->close();

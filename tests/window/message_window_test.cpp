@@ -452,7 +452,8 @@ TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
 
 TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
   const QString serial = Store(kPlain, 4);
-  program_->Parent()->Mail().AddEvent(1, 1, serial, QString(), QStringLiteral("mailup"),
+  program_->Parent()->Mail().AddEvent(kEventError, kEventMessage, serial, QString(),
+                                      QStringLiteral("mailup"),
                                       QStringLiteral("送信で使用するアカウントが不明です。"));
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);

@@ -125,7 +125,7 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
   // With its account gone an event still says what it says.
-  program_->Parent()->Mail().AddEvent(1, 0, QStringLiteral("gone"),
+  program_->Parent()->Mail().AddEvent(kEventError, kEventObject, QStringLiteral("gone"),
                                       QStringLiteral("<b>account</b>"), QStringLiteral("account"),
                                       QStringLiteral("-ERR <b>no</b>"));
   text = NextMessageBox([&] { test::ClickRow(*tree, log->child(1)); });

@@ -138,7 +138,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const QString serial =
       Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
-  program_->Parent()->Requests().OpenMessage(1, serial, true);
+  program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial, OpenMode::Reply));
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   auto& memo = Child<QPlainTextEdit>(*TopLevel<MessageWindow>(), u"txMemo");
   memo.setFocus();
@@ -174,12 +174,14 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
   const auto reply = [this](const QByteArray& asks) {
     const QString serial =
         Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
-    EXPECT_TRUE(
-        InModal<QMessageBox>([&] { program_->Parent()->Requests().OpenMessage(1, serial, true); },
-                             [](QMessageBox& box) {
-                               EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
-                               box.button(QMessageBox::Yes)->click();
-                             }));
+    EXPECT_TRUE(InModal<QMessageBox>(
+        [&] {
+          program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial, OpenMode::Reply));
+        },
+        [](QMessageBox& box) {
+          EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
+          box.button(QMessageBox::Yes)->click();
+        }));
   };
   reply("boss@example.jp");
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));

@@ -207,8 +207,8 @@ namespace {
 
 using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
 
-QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QString& title,
-            const QString& caption, Values values) {
+std::optional<QString> Ask(Context& context, QWidget* parent, const char16_t* mode,
+                           const QString& title, const QString& caption, Values values) {
   auto request = std::make_shared<Disk>(context.Data.NewSerialID());
   request->Let(QStringLiteral("Mode"), QString::fromUtf16(mode));
   request->Let(QStringLiteral("Title"), title);
@@ -218,38 +218,42 @@ QString Ask(Context& context, QWidget* parent, const char16_t* mode, const QStri
   window.LoadDefaultProperty(request);
   window.exec();
   const ProfileBag session(*context.Session);
-  return session.IsCancelled() ? QString() : session.Answer();
+  if (session.IsCancelled()) return std::nullopt;
+  return session.Answer();
 }
 
 }  // namespace
 
-QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& text, const QString& passwordCharacter) {
+std::optional<QString> InputText(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& text,
+                                 const QString& passwordCharacter) {
   return Ask(context, parent, u"text", title, caption,
              {{u"Default", text}, {u"PasswordChar", passwordCharacter}});
 }
 
-QString InputPassword(Context& context, QWidget* parent, const QString& title,
-                      const QString& caption, bool takesKeys) {
+std::optional<QString> InputPassword(Context& context, QWidget* parent, const QString& title,
+                                     const QString& caption, bool takesKeys) {
   return Ask(context, parent, u"text", title, caption,
              {{u"PasswordChar", QStringLiteral("*")}, {u"TakesKeys", takesKeys}});
 }
 
-QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                    qint32 position, qint32 step, qint32 minimum, qint32 maximum) {
+std::optional<QString> InputSlider(Context& context, QWidget* parent, const QString& title,
+                                   const QString& caption, qint32 position, qint32 step,
+                                   qint32 minimum, qint32 maximum) {
   return Ask(context, parent, u"slider", title, caption,
              {{u"Default", position}, {u"Split", step}, {u"Min", minimum}, {u"Max", maximum}});
 }
 
-QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& draw, const QString& key, const QString& another) {
+std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& draw, const QString& key,
+                                 const QString& another) {
   return Ask(context, parent, u"treeview", title, caption,
              {{u"draw", draw}, {u"Default", key}, {u"Another", another}});
 }
 
-QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& chosen, const QString& entries, bool several,
-                  const QString& folder) {
+std::optional<QString> InputList(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& chosen,
+                                 const QString& entries, bool several, const QString& folder) {
   return Ask(
       context, parent, u"listview", title, caption,
       {{u"Default", chosen}, {u"List", entries}, {u"MultiSelect", several}, {u"Folder", folder}});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <optional>
 
 #include "storage/context.h"
 
@@ -48,25 +49,29 @@ class ConsoleWindow : public QDialog {
   QPushButton* another_;
 };
 
-// Each asks modally and returns the answer; an empty text means cancelled or nothing chosen.
+// Each asks modally and returns the answer, which is empty when nothing was chosen; nothing when
+// the user cancelled.
 
-QString InputText(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& text, const QString& passwordCharacter = {});
+std::optional<QString> InputText(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& text,
+                                 const QString& passwordCharacter = {});
 /// Masked. Without `takesKeys` the box has no focus until the user gives it to it.
-QString InputPassword(Context& context, QWidget* parent, const QString& title,
-                      const QString& caption, bool takesKeys);
-QString InputSlider(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                    qint32 position, qint32 step, qint32 minimum, qint32 maximum);
+std::optional<QString> InputPassword(Context& context, QWidget* parent, const QString& title,
+                                     const QString& caption, bool takesKeys);
+std::optional<QString> InputSlider(Context& context, QWidget* parent, const QString& title,
+                                   const QString& caption, qint32 position, qint32 step,
+                                   qint32 minimum, qint32 maximum);
 /// `draw` filters the objects of the tree (see `SelectObjects`). With a text for it there is a
 /// button that asks for an object not yet in the tree, for which the answer is `kAnotherWanted`.
 inline const QString kAnotherWanted = QStringLiteral("+");
-QString InputTree(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& draw, const QString& key = {}, const QString& another = {});
+std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& draw,
+                                 const QString& key = {}, const QString& another = {});
 /// `entries` are lines of first field, "@", text, and optionally "@" and an icon key; the answer
 /// holds the first fields. With `folder` the user also picks a folder of the file system, which
 /// follows the answer on a line of its own.
-QString InputList(Context& context, QWidget* parent, const QString& title, const QString& caption,
-                  const QString& chosen, const QString& entries, bool several,
-                  const QString& folder = {});
+std::optional<QString> InputList(Context& context, QWidget* parent, const QString& title,
+                                 const QString& caption, const QString& chosen,
+                                 const QString& entries, bool several, const QString& folder = {});
 
 }  // namespace vorn

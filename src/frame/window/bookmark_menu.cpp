@@ -3,6 +3,7 @@
 #include "frame/window/opener.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
+#include "objects/bookmark_object.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 
@@ -20,7 +21,7 @@ void BookmarkMenu::Fill() {
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBookmark)) continue;
     addSection(AnyObject(*object).Name());
-    for (const QString& line : object->Text(u"Url").split(kLineBreak, Qt::SkipEmptyParts)) {
+    for (const QString& line : BookmarkObject(*object).Lines()) {
       const QString url = line.section(u' ', 0, 0);
       QString title = line.section(u' ', 1);
       if (title.isEmpty()) title = url;

@@ -19,7 +19,6 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kAwakePages = 2;
-const QString kArrange = QStringLiteral("arrange");
 
 BrowserWindow* In(const QMdiSubWindow* frame) {
   return frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
@@ -101,12 +100,11 @@ BrowserWindow* BrowserArea::Named(const QString& name, const BrowserWindow* aski
 }
 
 Arrangement BrowserArea::Current() const {
-  const auto tiled = static_cast<int>(Arrangement::Tiled);
-  return static_cast<Arrangement>(PlacementBag(context_, kMainPlacement)->Number(kArrange, tiled));
+  return Placement(*PlacementBag(context_, kMainPlacement)).Arranged();
 }
 
 void BrowserArea::Arrange(Arrangement arrangement) {
-  PlacementBag(context_, kMainPlacement)->Let(kArrange, static_cast<int>(arrangement));
+  Placement::SetArrangement(*PlacementBag(context_, kMainPlacement), arrangement);
   ArrangeAsKept();
 }
 

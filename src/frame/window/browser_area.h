@@ -3,7 +3,8 @@
 #include <QMdiArea>
 #include <QPointer>
 
-#include "objects/standard_objects.h"
+#include "objects/placement.h"
+#include "storage/context.h"
 
 namespace vorn {
 

@@ -63,23 +63,23 @@ void DisplayMenu::AddPanes() {
   QMenu* menu = addMenu(Ui::tr("選んだメッセージの表示(&P)"));
   menu->setObjectName(QStringLiteral("menuPane"));
   auto* group = new QActionGroup(menu);
-  int place = 0;
-  for (const QString& text :
-       {Ui::tr("しない(&N)"), Ui::tr("一覧の下(&B)"), Ui::tr("一覧の右(&R)")}) {
+  const auto add = [this, menu, group](const QString& text, PanePlace place) {
     QAction* action = menu->addAction(text, this, [this, place] { PlacePane(place); });
     action->setCheckable(true);
     group->addAction(action);
-    ++place;
-  }
+  };
+  add(Ui::tr("しない(&N)"), PanePlace::Nowhere);
+  add(Ui::tr("一覧の下(&B)"), PanePlace::Under);
+  add(Ui::tr("一覧の右(&R)"), PanePlace::Right);
   connect(menu, &QMenu::aboutToShow, this, [this, group] {
     const PanePlace shown = Settings(context_).ReadingPane();
     group->actions()[static_cast<int>(shown)]->setChecked(true);
   });
 }
 
-void DisplayMenu::PlacePane(int place) {
+void DisplayMenu::PlacePane(PanePlace place) {
   Settings settings(context_);
-  settings.SetReadingPane(static_cast<PanePlace>(place));
+  settings.SetReadingPane(place);
   const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings.Bag());
   if (!saved) {
     ShowBox(&window_, QMessageBox::Critical, Ui::tr("設定を保存できません。") + saved.Error().text);

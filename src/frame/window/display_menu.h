@@ -3,6 +3,7 @@
 #include <QMenu>
 
 #include "frame/event_log.h"
+#include "objects/settings.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -31,7 +32,7 @@ class DisplayMenu : public QMenu {
   void ClearEvents();
   void EditLayout();
   void ChooseLayout(const QString& id);
-  void PlacePane(int place);
+  void PlacePane(PanePlace place);
 
   Context& context_;
   QWidget& window_;

@@ -11,7 +11,6 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
-#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -64,20 +63,22 @@ QString MessageActions::AskFolder() {
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
   // Enter takes the folder of last time, or the only one.
   const QString likely = folders->Count() == 1 ? folders->First()->SerialID() : lastFolder_;
-  const QString into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
-                                 Ui::tr("メッセージを入れるフォルダを選択してください。"),
-                                 QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
+  const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
+                              Ui::tr("メッセージを入れるフォルダを選択してください。"),
+                              QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
   if (into == kAnotherWanted) return MakeFolder(ask);
-  if (into.isEmpty() && !ProfileBag(*context_.Session).IsCancelled()) {
+  if (into && into->isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
-  return into;
+  return into.value_or(QString());
 }
 
 QString MessageActions::MakeFolder(const QString& caption) {
   QString name;
   while (true) {
-    name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name).trimmed();
+    name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name)
+               .value_or(QString())
+               .trimmed();
     if (name.isEmpty()) return {};
     const Result<QString> made = MakeManualFolder(context_, name);
     if (!made) {

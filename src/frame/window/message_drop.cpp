@@ -15,8 +15,8 @@ namespace {
 // The message whose link is being dragged from a folder's page.
 QString DraggedMessage(const QMimeData& dragged) {
   for (const QUrl& url : dragged.urls()) {
-    if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
-      return command->serialId;
+    if (const auto request = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
+      return request->serialId;
     }
   }
   return {};

@@ -13,19 +13,13 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
-#include "objects/standard_objects.h"
-#include "storage/databases.h"
+#include "present/page_request.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
 
-void Opener::OpenMessage(int open, const QString& serialId, bool isNew) {
-  MailRequest request;
-  request.open = open;
-  request.serialId = serialId;
-  request.isNew = isNew;
-  request.db = static_cast<int>(DatabaseKind::MailByPath);
+void Opener::OpenMessage(MailRequest request) {
   request.file = ProfileBag(*context_.Session).MailFiles();
   request.password = ProfileBag(*context_.Session).Password();
   queue_.PostMailRequest(request);
@@ -41,7 +35,7 @@ void Opener::OpenArgument(const QString& argument) {
     ShowBox(&window_, QMessageBox::Critical, serialId.Error().text);
     return;
   }
-  OpenMessage(0, *serialId, false);
+  OpenMessage(MailRequest::Of(*serialId));
   changes_.Note();
 }
 
@@ -75,12 +69,12 @@ void Opener::PrintPageFile(const QString& path) {
   request.url = path;
   request.local = true;
   request.show = kShowHidden;
-  request.exec = QStringLiteral("print");
+  request.exec = PageRequest::kPrint;
   queue_.PostBrowserRequest(request);
 }
 
-void Opener::OpenObject(const QString& key, const QString& tag, int show, const QString& after,
-                        const QString& event) {
+void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show,
+                        const QString& after, const QString& event) {
   DialogRequest request;
   request.serialId = key;
   request.status = tag;
@@ -106,7 +100,7 @@ void Opener::OpenEvent(const QString& serialId) {
     const MessageBag message(*record);
     MailRequest request;
     request.serialId = reference;
-    request.db = static_cast<int>(message.Database());
+    request.database = message.Database();
     request.file = message.File(context_);
     request.password = message.Password();
     request.event = serialId;

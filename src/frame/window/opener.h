@@ -29,8 +29,8 @@ class Opener {
         changes_(changes) {}
 
   RequestQueue& Queue() { return queue_; }
-  /// `open` is the open mode.
-  void OpenMessage(int open, const QString& serialId, bool isNew);
+  /// Of the profile's mail.
+  void OpenMessage(MailRequest request);
   /// A new message, which a "mailto:" address may begin.
   void WriteMessage(const QString& mailto = {}) {
     queue_.PostMailRequest(MailRequest::New(mailto));
@@ -43,7 +43,7 @@ class Opener {
   /// Prints a page file without showing it.
   void PrintPageFile(const QString& path);
   /// `tag` is the object's type; `show`, `after` and `event` as the request has them.
-  void OpenObject(const QString& key, const QString& tag, int show, const QString& after,
+  void OpenObject(const QString& key, const QString& tag, RequestShow show, const QString& after,
                   const QString& event = {});
   void MakeObject(const QString& type, const QString& parent);
   /// What a recorded event is about.

@@ -22,9 +22,7 @@ class PagesHost : public BrowserHost {
 
   PageActions& Actions() { return actions_; }
 
-  void OpenMessage(int open, const QString& serialId, bool isNew) override {
-    opener_.OpenMessage(open, serialId, isNew);
-  }
+  void OpenMessage(const MailRequest& request) override { opener_.OpenMessage(request); }
   void WriteTo(const QString& mailto) override { opener_.WriteMessage(mailto); }
   QStringList ActOnMessages(MessageAction action, const QStringList& messages,
                             const QString& folder) override {

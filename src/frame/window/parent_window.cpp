@@ -24,7 +24,6 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
-#include "objects/standard_objects.h"
 #include "objects/window_request.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
@@ -56,7 +55,7 @@ ParentWindow::ParentWindow(Context& context)
           }),
       notice_(
           context, *this,
-          [this](const QString& serialId) { opener_.OpenMessage(0, serialId, false); },
+          [this](const QString& serialId) { opener_.OpenMessage(MailRequest::Of(serialId)); },
           [this](MessageAction action, const QStringList& messages) {
             pages_.Actions().Act(action, messages, QString());
           }),
@@ -134,9 +133,9 @@ void ParentWindow::LoadDefaultProperty() {
 
 void ParentWindow::AskAtStart() {
   for (const QString& serialId : AskOfDoubtful(context_, *this))
-    opener_.OpenMessage(0, serialId, false);
+    opener_.OpenMessage(MailRequest::Of(serialId));
   const QStringList drafts = AskOfDrafts(context_, *this);
-  for (const QString& serialId : drafts) opener_.OpenMessage(0, serialId, false);
+  for (const QString& serialId : drafts) opener_.OpenMessage(MailRequest::Of(serialId));
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;

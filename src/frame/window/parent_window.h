@@ -8,8 +8,8 @@
 #include "frame/window/folder_changes.h"
 #include "frame/window/folder_panes.h"
 #include "frame/window/main_closing.h"
+#include "frame/window/main_message_host.h"
 #include "frame/window/main_tray.h"
-#include "frame/window/messages_host.h"
 #include "frame/window/new_message_notice.h"
 #include "frame/window/opener.h"
 #include "frame/window/pages_host.h"
@@ -76,7 +76,7 @@ class ParentWindow : public QMainWindow, public DispatchHost {
   Opener opener_;
   MainClosing closing_;
   FolderChanges changes_;
-  MessagesHost messages_;
+  MainMessageHost messages_;
   PagesHost pages_;
   RequestWindows windows_;
   DamageWatch damage_;

@@ -6,10 +6,10 @@
 #include "frame/window/browser_area.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
-#include "objects/standard_objects.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"
 #include "objects/window_request.h"
+#include "present/page_request.h"
 #include "present/window/browser_window.h"
 #include "transfer/window/rule_window.h"
 
@@ -30,7 +30,7 @@ RequestWindow* RequestWindows::Create(const Disk& request) {
   const QString status = WindowRequest(request).Status();
   if (status == u"browser") {
     // A page that is only printed is none of those that the user arranges and acts on.
-    if (request.Text(u"exec") == u"print") return NewUnseenBrowser();
+    if (PageRequest::IsForPrinting(request)) return NewUnseenBrowser();
     BrowserWindow* window = NewBrowser();
     area_.Opened(request.SerialID(), window);
     return window;

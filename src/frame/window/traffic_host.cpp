@@ -47,8 +47,8 @@ void TrafficHost::SendAndReceive() {
   Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
 }
 
-void TrafficHost::AddEvent(int level, int mode, const QString& reference, const QString& title,
-                           const QString& category, const QString& text) {
+void TrafficHost::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+                           const QString& title, const QString& category, const QString& text) {
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
     Q_EMIT Failed();
@@ -70,15 +70,18 @@ QString TrafficHost::ChooseAccount(const QString& title, const QString& prompt) 
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount);
   // In front of the window that sends; where there is but one, it is chosen already.
   return InputTree(context_, FrontWindow(window_), title, prompt, object_type::kAccount,
-                   accounts->Count() == 1 ? accounts->First()->SerialID() : QString());
+                   accounts->Count() == 1 ? accounts->First()->SerialID() : QString())
+      .value_or(QString());
 }
 
 QString TrafficHost::AskPassword(const QString& account) {
   // What is being typed into another window is no password.
   const bool takesKeys = QApplication::activeWindow() == &window_;
   return InputPassword(
-      context_, &window_, Ui::tr("パスワード"),
-      Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account), takesKeys);
+             context_, &window_, Ui::tr("パスワード"),
+             Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
+             takesKeys)
+      .value_or(QString());
 }
 
 void TrafficHost::WorkIsHeld(const QString& sentence) {

@@ -30,7 +30,7 @@ class TrafficHost : public QObject, public PlanHost {
   QTimer& Timer() { return tmPlan_; }
 
   void PostRequest(const DiskPtr& request) override { queue_.Post(request); }
-  void AddEvent(int level, int mode, const QString& reference, const QString& title,
+  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text) override;
   void SendAndReceive() override;
   QString ChooseAccount(const QString& title, const QString& prompt) override;

@@ -16,4 +16,12 @@ QString SetFlagChar(const QString& flags, int position, const QString& value) {
   return result;
 }
 
+Priority PriorityIn(const QString& flags) {
+  return static_cast<Priority>(GetFlagChar(flags, kFlagPriority, QStringLiteral("2")).toInt());
+}
+
+QString SetPriority(const QString& flags, Priority priority) {
+  return SetFlagChar(flags, kFlagPriority, QString::number(static_cast<int>(priority)));
+}
+
 }  // namespace vorn

@@ -16,6 +16,12 @@ enum FlagPosition {
   kFlagStar
 };
 
+/// How urgent a message is, by the characters of the flag string.
+enum class Priority { High = 1, Usual = 2, Low = 3 };
+/// Usual where the string does not say.
+Priority PriorityIn(const QString& flags);
+QString SetPriority(const QString& flags, Priority priority);
+
 /// The character at a position, or `fallback` when the string is shorter.
 QString GetFlagChar(const QString& flags, int position, const QString& fallback);
 

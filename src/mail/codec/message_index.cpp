@@ -27,13 +27,13 @@ QByteArray StandardReplyTo(QByteArrayView source) {
 }
 
 // A number with a comment behind it is no number here and gives normal priority.
-QString Priority(QByteArrayView source) {
+Priority PriorityOf(QByteArrayView source) {
   const QByteArrayView name = "X-Priority:";
   bool isNumber = false;
-  const int priority =
+  const int number =
       MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()).toInt(&isNumber);
-  if (!isNumber || priority == 3) return QStringLiteral("2");
-  return priority >= 4 ? QStringLiteral("3") : QStringLiteral("1");
+  if (!isNumber || number == 3) return Priority::Usual;
+  return number >= 4 ? Priority::Low : Priority::High;
 }
 
 QString CodeCharacter(int code) {
@@ -99,7 +99,7 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   if (texts > 0) {
     index.flags = SetFlagChar(index.flags, kFlagCode, CodeCharacter(number));
   }
-  index.flags = SetFlagChar(index.flags, kFlagPriority, Priority(source));
+  index.flags = SetPriority(index.flags, PriorityOf(source));
   return index;
 }
 

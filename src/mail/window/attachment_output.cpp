@@ -81,11 +81,11 @@ void AttachmentOutput::SaveChosen(const std::vector<ModelAttachment>& attachment
     QString name = ShownFileName(attachments[i].name);
     entries.append(QString::number(i) + u'@' + name.replace(u'@', u'＠'));
   }
-  const QString answer = InputList(context_, &list_, Ui::tr("添付ファイルの保存"),
-                                   Ui::tr("保存したいファイルを選択して下さい。"),
-                                   highlighted.join(kLineBreak), entries.join(kLineBreak), true);
+  const auto answer = InputList(context_, &list_, Ui::tr("添付ファイルの保存"),
+                                Ui::tr("保存したいファイルを選択して下さい。"),
+                                highlighted.join(kLineBreak), entries.join(kLineBreak), true);
   std::vector<ModelAttachment> saved;
-  for (const QString& key : answer.split(kLineBreak, Qt::SkipEmptyParts)) {
+  for (const QString& key : answer.value_or(QString()).split(kLineBreak, Qt::SkipEmptyParts)) {
     saved.push_back(attachments[key.toULongLong()]);
   }
   if (saved.size() == 1) return Save(saved.front());

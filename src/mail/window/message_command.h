@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mail/codec/charset.h"
+#include "mail/codec/flag_string.h"
 
 namespace vorn {
 
@@ -40,7 +41,7 @@ struct MessageState {
   bool isDoubtful = false;  ///< it waits, and may have been sent
   CharsetChoice charset = CharsetChoice::Automatic;
   bool hasStar = false;
-  int priority = 2;  ///< 1 high, 2 usual, 3 low
+  Priority priority = Priority::Usual;
 };
 
 }  // namespace vorn

@@ -186,15 +186,16 @@ void MessageMenus::BuildCharsets(QMenu* menu) {
 }
 
 void MessageMenus::BuildPriorities(QMenu* menu) {
-  const QStringList texts = {Ui::tr("高い(&H)"), Ui::tr("普通(&N)"), Ui::tr("低い(&L)")};
-  for (qsizetype i = 0; i < texts.size(); ++i) {
-    QAction* action = menu->addAction(texts[i]);
+  const auto add = [this, menu](const QString& text, Priority priority) {
+    QAction* action =
+        menu->addAction(text, this, [this, priority] { Q_EMIT PriorityChosen(priority); });
     action->setCheckable(true);
-    action->setData(static_cast<int>(i) + 1);
+    action->setData(static_cast<int>(priority));
     priorities_->addAction(action);
-  }
-  connect(priorities_, &QActionGroup::triggered, this,
-          [this](const QAction* action) { Q_EMIT PriorityChosen(action->data().toInt()); });
+  };
+  add(Ui::tr("高い(&H)"), Priority::High);
+  add(Ui::tr("普通(&N)"), Priority::Usual);
+  add(Ui::tr("低い(&L)"), Priority::Low);
 }
 
 void MessageMenus::BuildView() {
@@ -235,7 +236,7 @@ void MessageMenus::Show(const MessageState& state) {
     action->setChecked(action->data().toInt() == static_cast<int>(state.charset));
   }
   for (QAction* action : priorities_->actions()) {
-    action->setChecked(action->data().toInt() == state.priority);
+    action->setChecked(action->data().toInt() == static_cast<int>(state.priority));
     action->setEnabled(state.isEditable);
   }
   attachments_->actions()[0]->setEnabled(!clips_.Attachments().empty());

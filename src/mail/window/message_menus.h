@@ -31,7 +31,7 @@ class MessageMenus : public QObject {
   void Wanted(vorn::MessageCommand command);
   void CharsetChosen(vorn::CharsetChoice charset);
   /// As the state has it.
-  void PriorityChosen(int priority);
+  void PriorityChosen(Priority priority);
   /// A menu opens; the state may be another one than was shown.
   void Opening();
 

@@ -4,8 +4,8 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/codec/inline_images.h"
+#include "mail/mail_request_bag.h"
 #include "mail/message_bag.h"
-#include "mail/message_request.h"
 #include "mail/open_message.h"
 #include "mail/print_page.h"
 #include "mail/window/message_host.h"
@@ -44,7 +44,7 @@ void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
   const QString html =
       opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
           ? QString()
-          : WithInlineImages(opened.html, opened.source, MessageRequest(request).ContentIndex());
+          : WithInlineImages(opened.html, opened.source, MailRequestBag(request).ContentIndex());
   PrintMessagePage(context, window, host, PrintPage(opened.model, html));
 }
 

@@ -38,7 +38,6 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
-#include "storage/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
 
@@ -80,20 +79,29 @@ void ChooseFolders(Context& context, MessageDocument& document, QWidget* window)
     entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
                    AnyObject(*folder).Draw());
   }
-  const QString chosen =
+  const auto chosen =
       InputList(context, window, Ui::tr("保存フォルダ"),
                 Ui::tr("メッセージを保存するフォルダを選択してください。"),
                 MessageBag(*document.Bag()).Folders(), entries.join(kLineBreak), true);
-  if (ProfileBag(*context.Session).IsCancelled()) return;
-  document.SetFolders(chosen);
+  if (chosen) document.SetFolders(*chosen);
 }
 
-void SetPriority(MessageDocument& document, MessageForm& form, int priority) {
-  const QStringList values = {QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("5")};
+QString HeaderOf(Priority priority) {
+  switch (priority) {
+    case Priority::High:
+      return QStringLiteral("1");
+    case Priority::Usual:
+      return QStringLiteral("3");
+    case Priority::Low:
+      return QStringLiteral("5");
+  }
+  return {};
+}
+
+void Prioritize(MessageDocument& document, MessageForm& form, Priority priority) {
   Disk& bag = *document.Bag();
-  MessageBag::SetFlags(
-      bag, SetFlagChar(MessageBag(bag).Flags(), kFlagPriority, QString::number(priority)));
-  form.Headers().SetHeader(QStringLiteral("X-Priority:"), values.value(priority - 1));
+  MessageBag::SetFlags(bag, SetPriority(MessageBag(bag).Flags(), priority));
+  form.Headers().SetHeader(QStringLiteral("X-Priority:"), HeaderOf(priority));
 }
 
 // What needs a message that can be read.
@@ -154,8 +162,8 @@ void MessageWindow::ConnectParts() {
   connect(menus_, &MessageMenus::Wanted, this, &MessageWindow::Run);
   connect(toolbars_, &MessageToolbars::Wanted, this, &MessageWindow::Run);
   connect(menus_, &MessageMenus::CharsetChosen, this, &MessageWindow::SetActiveCharset);
-  connect(menus_, &MessageMenus::PriorityChosen, this, [this](int priority) {
-    SetPriority(document_, *form_, priority);
+  connect(menus_, &MessageMenus::PriorityChosen, this, [this](Priority priority) {
+    Prioritize(document_, *form_, priority);
     SetEdited(true);
   });
   connect(sending_, &MessageSending::AnewWanted, this, [this] { Open(); });
@@ -247,16 +255,15 @@ bool MessageWindow::HasStar() const {
 
 void MessageWindow::ShowState() {
   const QString flags = MessageBag(*document_.Bag()).Flags();
-  const MessageState state{
-      .status = document_.Status(),
-      .isInDust = document_.IsInDust(),
-      .isStored = !document_.IsNew(),
-      .isUnreadable = document_.IsUnreadable(),
-      .isEditable = document_.IsEditable(),
-      .isDoubtful = sending_->IsDoubtful(),
-      .charset = document_.Code().charset,
-      .hasStar = HasStar(),
-      .priority = GetFlagChar(flags, kFlagPriority, QStringLiteral("2")).toInt()};
+  const MessageState state{.status = document_.Status(),
+                           .isInDust = document_.IsInDust(),
+                           .isStored = !document_.IsNew(),
+                           .isUnreadable = document_.IsUnreadable(),
+                           .isEditable = document_.IsEditable(),
+                           .isDoubtful = sending_->IsDoubtful(),
+                           .charset = document_.Code().charset,
+                           .hasStar = HasStar(),
+                           .priority = PriorityIn(flags)};
   menus_->Show(state);
   toolbars_->Show(state);
 }

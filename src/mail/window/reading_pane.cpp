@@ -8,8 +8,8 @@
 #include "kit/window/plain_text.h"
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
+#include "mail/mail_request_bag.h"
 #include "mail/message_bag.h"
-#include "mail/message_request.h"
 #include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
@@ -106,8 +106,8 @@ void ReadingPane::FollowEdits() {
 }
 
 void ReadingPane::Fill() {
-  head_->Show(opened_.model, opened_.source, MessageRequest(*request_).Timestamp());
-  const bool asks = MessageRequest(*request_).AsksForReceipt();
+  head_->Show(opened_.model, opened_.source, MailRequestBag(*request_).Timestamp());
+  const bool asks = MailRequestBag(*request_).AsksForReceipt();
   receipt_->Say(
       asks
           ? Ui::tr("差出人が開封の通知を求めています。ウィンドウで開くと、送るかどうかを選べます。")
@@ -133,7 +133,7 @@ void ReadingPane::Fill() {
   }
   body_->UseFont(TextFont(context_, FontUse::Read));
   const auto html = [this] {
-    return WithInlineImages(opened_.html, opened_.source, MessageRequest(*request_).ContentIndex());
+    return WithInlineImages(opened_.html, opened_.source, MailRequestBag(*request_).ContentIndex());
   };
   body_->Show(
       text, false, opened_.html.isEmpty() ? std::function<QString()>() : html,

@@ -4,16 +4,14 @@
 #include <QWidget>
 
 #include "kit/window/unasked_question.h"
-#include "mail/message_model.h"
-#include "mail/message_request.h"
+#include "mail/mail_request_bag.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
 
 bool ReceiptQuestion::IsWanted() const {
-  return message_ != nullptr && MessageRequest(*message_).AsksForReceipt();
+  return message_ != nullptr && MailRequestBag(*message_).AsksForReceipt();
 }
 
 void ReceiptQuestion::AskSoon(const DiskPtr& message) {
@@ -30,7 +28,7 @@ void ReceiptQuestion::AskIfDue() {
 }
 
 void ReceiptQuestion::Ask() {
-  MessageRequest(*message_).SetAsksForReceipt(false);
+  MailRequestBag(*message_).SetAsksForReceipt(false);
   const auto answer = ShowUnaskedBox(
       &window_, QMessageBox::Question,
       Ui::tr("このメッセージは、送信された方から開封通知の要求がされています。通知しますか？"),
@@ -38,11 +36,11 @@ void ReceiptQuestion::Ask() {
   if (answer != QMessageBox::Yes) return;
   const bool edits = Settings(context_).EditsReceipts();
   MailRequest receipt;
-  receipt.open = static_cast<int>(OpenMode::Receipt);
+  receipt.mode = OpenMode::Receipt;
   // A reply that was opened at once has an identifier of its own.
-  receipt.serialId = MessageRequest(*message_).Original();
+  receipt.serialId = MailRequestBag(*message_).Original();
   receipt.isNew = true;
-  receipt.db = static_cast<int>(DatabaseKind::Mail);
+  receipt.database = DatabaseKind::Mail;
   receipt.show = edits ? kShowModeless : kShowHidden;
   receipt.autoSend = !edits;
   host_.PostMail(receipt);

@@ -37,8 +37,8 @@ class Unpacking {
     const bool isEncrypted = std::any_of(chosen_.begin(), chosen_.end(),
                                          [this](size_t i) { return entries_[i].isEncrypted; });
     for (bool isFirst = true;; isFirst = false) {
-      QString password;
-      if (isEncrypted && !AskPassword(isFirst, password)) return;
+      const QString password = isEncrypted ? AskPassword(isFirst) : QString();
+      if (isEncrypted && password.isEmpty()) return;
       switch (Unpack(password)) {
         case ZipResult::Done:
           written_ = count;
@@ -69,12 +69,12 @@ class Unpacking {
     const QString limit = entries_.size() < kMostZipFiles
                               ? QString()
                               : Ui::tr("（先頭の%1個です）").arg(kMostZipFiles);
-    const QString answer =
+    const auto answer =
         InputList(context_, parent_, Ui::tr("中のファイルの取り出し"),
                   Ui::tr("取り出したいファイルを選択して下さい。") + limit, keys.join(kLineBreak),
                   lines.join(kLineBreak), true,
                   QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
-    QStringList given = answer.split(kLineBreak, Qt::SkipEmptyParts);
+    QStringList given = answer.value_or(QString()).split(kLineBreak, Qt::SkipEmptyParts);
     // Without a folder, when the user has thought better of it, there are keys alone.
     if (given.size() < 2 || !QDir::isAbsolutePath(given.last())) return false;
     folder_ = given.takeLast();
@@ -82,13 +82,13 @@ class Unpacking {
     return true;
   }
 
-  bool AskPassword(bool isFirst, QString& password) {
+  QString AskPassword(bool isFirst) {
     const QString caption =
         isFirst ? Ui::tr("「%1」のファイルは暗号化されています。パスワードを入力して下さい。")
                 : Ui::tr("パスワードが違うか、ファイルが壊れています。もう一度入力して下さい。");
-    password = InputPassword(context_, parent_, Ui::tr("中のファイルの取り出し"),
-                             isFirst ? caption.arg(ShownFileName(name_)) : caption, true);
-    return !password.isEmpty();
+    return InputPassword(context_, parent_, Ui::tr("中のファイルの取り出し"),
+                         isFirst ? caption.arg(ShownFileName(name_)) : caption, true)
+        .value_or(QString());
   }
 
   // What one turn has written is not written by the next.

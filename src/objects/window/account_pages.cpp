@@ -345,7 +345,7 @@ PageFault ReceivePage::Check() {
 
 // A password that is not to be saved is known while the program runs, by the loaded object alone.
 void ReceivePage::Finish(Disk& bag) {
-  if (!savePassword_->isChecked()) bag.Let(QStringLiteral("InMailServerPassword"), QString());
+  if (!savePassword_->isChecked()) bag.Let(Account::PasswordKey(), QString());
 }
 
 // --- send --------------------------------------------------------------------------------------

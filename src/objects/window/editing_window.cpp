@@ -15,6 +15,7 @@
 #include "kit/window/access_names.h"
 #include "kit/window/page_area.h"
 #include "kit/window/plain_text.h"
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
@@ -209,7 +210,7 @@ QStringList EditingWindow::Entries() {
   const DiskPtr bag = FormToDisk(*this, Tag());
   for (qint32 i = 1; i <= bag->Size(); ++i) {
     const QString& key = bag->NameAt(i);
-    if (key != u"DayTime") entries.append(key + u'=' + bag->Text(key));
+    if (key != AnyObject::kChanged) entries.append(key + u'=' + bag->Text(key));
   }
   // A new password is typed in boxes that are not saved.
   for (const FormPage* page : pages_) {

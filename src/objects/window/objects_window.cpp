@@ -8,6 +8,7 @@
 
 #include "frame/start_up.h"
 #include "kit/window/plain_text.h"
+#include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
@@ -129,9 +130,8 @@ bool ObjectsWindow::Save() {
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
-  const QString password = QStringLiteral("InMailServerPassword");
-  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + password))
-    bag->Let(password, box->text());
+  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + Account::PasswordKey()))
+    bag->Let(Account::PasswordKey(), box->text());
   TakeOver(*bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));

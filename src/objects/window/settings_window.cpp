@@ -1,6 +1,7 @@
 #include "objects/window/settings_window.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/setting_keys.h"
 #include "objects/window/page_search.h"
 #include "storage/ui.h"
 
@@ -224,7 +225,7 @@ bool SettingsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
 
 bool SettingsWindow::Save() {
   const DiskPtr bag = Edited();
-  bag->Let(QStringLiteral("Install"), GetContext().VersionText);
+  bag->Let(setting::kInstalled, GetContext().VersionText);
   return SaveEdited(bag);
 }
 

@@ -9,6 +9,7 @@ namespace vorn {
 
 class BrowserWindow;
 class MessageHost;
+struct MailRequest;
 
 /// What a user does with messages on a folder's page besides opening and answering them.
 enum class MessageAction { ToDust, OutOfDust, File, MarkUnopened, MarkOpened, ToggleStar };
@@ -17,9 +18,8 @@ enum class MessageAction { ToDust, OutOfDust, File, MarkUnopened, MarkOpened, To
 class BrowserHost {
  public:
   virtual ~BrowserHost() = default;
-  /// A link command was followed on a folder's page: asks for a message window.
-  /// `open` is the open mode.
-  virtual void OpenMessage(int open, const QString& serialId, bool isNew) = 0;
+  /// Asks for the window of a message of the profile's mail; where that is need not be said.
+  virtual void OpenMessage(const MailRequest& request) = 0;
   /// Asks for a new message as a "mailto:" address says (RFC 6068).
   virtual void WriteTo(const QString& mailto) = 0;
   /// Acts on messages of a folder, after asking the user where that is due. Returns those that have

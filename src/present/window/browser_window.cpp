@@ -104,8 +104,8 @@ void BrowserWindow::ConnectToolbar() {
     page_.rows.Links([this](const QList<PageRows::Link>& links) { toolbar_->ListLinks(links); });
   });
   connect(toolbar_, &FolderToolbar::LinkFollowed, this, [this](const QString& address) {
-    if (const auto command = ReadLinkCommand(address)) {
-      host_.OpenMessage(command->openMode, command->serialId, command->isNew);
+    if (const auto request = ReadLinkCommand(address)) {
+      host_.OpenMessage(*request);
     } else {
       web_->GoTo(address);
     }

@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <functional>
 
-#include "present/link_command.h"
+#include "mail/mail_request.h"
 #include "storage/context.h"
 
 class QPoint;
@@ -69,7 +69,7 @@ class EngineView : public QObject {
   /// The page's process has ended.
   void Crashed();
   // See `LinkPage`.
-  void CommandFollowed(const vorn::LinkCommand& command);
+  void CommandFollowed(const vorn::MailRequest& request);
   void RowTold(const QString& what, const QString& serialId);
   void MailtoFollowed(const QString& url);
   void FirstNavigation(const QUrl& url);

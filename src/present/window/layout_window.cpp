@@ -28,6 +28,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "present/folder_layout.h"
+#include "present/page_tags.h"
 #include "present/page_template.h"
 #include "present/ready_layouts.h"
 #include "present/window/link_page.h"

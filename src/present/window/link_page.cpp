@@ -5,6 +5,7 @@
 #include <QWebEngineView>
 
 #include "kit/window/plain_text.h"
+#include "present/link_command.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -20,10 +21,10 @@ QString BoxText(const QUrl& origin, const QString& text) {
 }  // namespace
 
 bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
-  if (const auto command = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
+  if (const auto request = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
     // Only what the user clicked, on a page of the program's; a page cannot follow its own links.
-    if (!localPage_.isEmpty() && type == NavigationTypeLinkClicked && !IsRepeated(*command)) {
-      Q_EMIT CommandFollowed(*command);
+    if (!localPage_.isEmpty() && type == NavigationTypeLinkClicked && !IsRepeated(*request)) {
+      Q_EMIT CommandFollowed(*request);
     }
     return false;
   }
@@ -82,11 +83,11 @@ void LinkPage::LetScripts(bool run) {
 }
 
 // Clicks in a row on one link are one command. The engine tells of each a while after it was made.
-bool LinkPage::IsRepeated(const LinkCommand& command) {
+bool LinkPage::IsRepeated(const MailRequest& request) {
   const bool isSoon =
       sinceFollowed_.isValid() && sinceFollowed_.elapsed() < QApplication::doubleClickInterval();
-  const bool isRepeated = isSoon && command == followed_;
-  followed_ = command;
+  const bool isRepeated = isSoon && request == followed_;
+  followed_ = request;
   sinceFollowed_.start();
   return isRepeated;
 }

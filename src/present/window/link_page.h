@@ -4,7 +4,7 @@
 #include <QWebEnginePage>
 #include <functional>
 
-#include "present/link_command.h"
+#include "mail/mail_request.h"
 
 namespace vorn {
 
@@ -33,7 +33,7 @@ class LinkPage : public QWebEnginePage {
   void HoldFirstNavigation() { holding_ = true; }
 
  Q_SIGNALS:
-  void CommandFollowed(const vorn::LinkCommand& command);
+  void CommandFollowed(const vorn::MailRequest& request);
   void FirstNavigation(const QUrl& url);
   /// On a folder's page a message became current by the user ("row") or when the page was made anew
   /// ("kept", possibly none), or was clicked twice ("twice").
@@ -56,7 +56,7 @@ class LinkPage : public QWebEnginePage {
  private:
   bool HasUser() const;
   void LetScripts(bool run);
-  bool IsRepeated(const LinkCommand& command);
+  bool IsRepeated(const MailRequest& request);
 
   QUrl localPage_;
   std::function<QWebEnginePage*()> makeWindow_;
@@ -66,7 +66,7 @@ class LinkPage : public QWebEnginePage {
   bool isFormAnswer_ = false;
   QElapsedTimer sinceWindow_;
   bool holding_ = false;
-  LinkCommand followed_;
+  MailRequest followed_;
   QElapsedTimer sinceFollowed_;
 };
 

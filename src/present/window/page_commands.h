@@ -16,7 +16,6 @@ namespace vorn {
 class MessageNavigation;
 class PageMessages;
 struct ShownPage;
-enum class OpenMode;
 
 /// The keys of a folder's page and the menu of its messages. They act while the page has the
 /// keyboard; in the boxes of the toolbar they type.

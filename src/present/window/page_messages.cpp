@@ -6,7 +6,6 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
-#include "mail/message_model.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
 #include "present/shown_page.h"
@@ -31,7 +30,7 @@ bool AgreesToOpen(QWidget& window, qsizetype windows) {
 PageMessages::PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window)
     : page_(page), split_(split), host_(host), window_(window) {
   connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& message) {
-    host_.OpenMessage(static_cast<int>(mode), message, mode != OpenMode::Show);
+    host_.OpenMessage(MailRequest::Of(message, mode));
   });
 }
 
@@ -57,35 +56,31 @@ void PageMessages::Open(OpenMode mode) {
     return;
   }
   WithCurrent([this, mode](const QString& message) {
-    if (HasAny(!message.isEmpty())) host_.OpenMessage(static_cast<int>(mode), message, true);
+    if (HasAny(!message.isEmpty())) host_.OpenMessage(MailRequest::Of(message, mode));
   });
 }
 
 void PageMessages::OpenEach(const QStringList& messages) {
   if (!HasAny(!messages.isEmpty())) return;
   if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
-  for (const QString& message : messages) {
-    host_.OpenMessage(static_cast<int>(OpenMode::Show), message, false);
-  }
+  for (const QString& message : messages) host_.OpenMessage(MailRequest::Of(message));
 }
 
-void PageMessages::OpenInWindow(const LinkCommand& command) {
-  host_.OpenMessage(command.openMode, command.serialId, command.isNew);
+void PageMessages::OpenInWindow(const MailRequest& request) {
+  host_.OpenMessage(request);
   new SecondClick;
 }
 
 // Where messages are read at the side, one click reads there, and a second one opens.
-void PageMessages::Follow(const LinkCommand& command) {
-  if (command.openMode != static_cast<int>(OpenMode::Show) || !split_.HasPane()) {
-    OpenInWindow(command);
-  }
+void PageMessages::Follow(const MailRequest& request) {
+  if (request.mode != OpenMode::Show || !split_.HasPane()) OpenInWindow(request);
 }
 
 void PageMessages::Told(const QString& what, const QString& message) {
   if (what == u"chosen") SetChosen(message.toInt());
   if (what == u"row") split_.ShowRow(message);
   if (what == u"kept" && !split_.RowKept(message)) page_.rows.DeselectToGap();
-  if (what == u"twice" && split_.HasPane()) OpenInWindow({0, false, message});
+  if (what == u"twice" && split_.HasPane()) OpenInWindow(MailRequest::Of(message));
 }
 
 void PageMessages::SetChosen(int count) {

@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "mail/mail_request.h"
 #include "mail/open_message.h"
-#include "present/link_command.h"
 #include "present/window/browser_host.h"
 
 class QWidget;
@@ -14,7 +14,6 @@ namespace vorn {
 
 class PageSplit;
 struct ShownPage;
-enum class OpenMode;
 
 /// What a user does with the messages on a folder's page: they are opened, answered, marked, taken
 /// away, and the reading pane follows the current one.
@@ -36,7 +35,7 @@ class PageMessages : public QObject {
   void Ask(void (MessageHost::*command)(const QString&));
 
   /// A link to a message was clicked on the page.
-  void Follow(const LinkCommand& command);
+  void Follow(const MailRequest& request);
   /// See `LinkPage::RowTold`.
   void Told(const QString& what, const QString& message);
   /// How many messages the user has chosen one by one.
@@ -56,7 +55,7 @@ class PageMessages : public QObject {
   void SetChosen(int count);
   bool HasAny(bool any);
   void WithCurrent(const std::function<void(const QString&)>& act);
-  void OpenInWindow(const LinkCommand& command);
+  void OpenInWindow(const MailRequest& request);
   void OpenEach(const QStringList& messages);
   bool TakesAway(MessageAction action) const;
   void ActOn(const QStringList& messages, MessageAction action, const QString& folder);

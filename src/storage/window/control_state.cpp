@@ -13,7 +13,10 @@
 #include <QTreeWidgetItemIterator>
 #include <algorithm>
 
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
+#include "objects/placement.h"
+#include "objects/save_object.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -25,8 +28,6 @@ const QString kPlaceTop = QStringLiteral("top");
 const QString kPlaceWidth = QStringLiteral("width");
 const QString kPlaceHeight = QStringLiteral("height");
 const QString kPlaceMaximized = QStringLiteral("maximized");
-const QString kPlaceShare = QStringLiteral("share");  // of the screen, in percent
-const QString kIsSaved = QStringLiteral("save");      // with the loaded objects
 
 constexpr int kPrefixLength = 2;
 constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
@@ -149,7 +150,7 @@ DiskPtr FormToDisk(FormWindow& window, const QString& serialId) {
     const QVariant value = ValueOf(window, *control);
     if (value.isValid()) bag->Let(control->objectName().mid(kPrefixLength), value);
   }
-  bag->Let(QStringLiteral("DayTime"), GeneralTimeText(CurrentTimeText()));
+  AnyObject::SetChanged(*bag, GeneralTimeText(CurrentTimeText()));
   return bag;
 }
 
@@ -177,14 +178,14 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
     bag = std::make_shared<Disk>(serialId);
     context.Objects.Add(bag);
   }
-  bag->Let(kIsSaved, true);
+  MarkForSaving(*bag);
   return bag;
 }
 
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const qint32 share = bag->Number(kPlaceShare);
+  const int share = Placement(*bag).Share();
   const QSize first =
       share > 0 ? (screen.size() * share / 100).expandedTo(kLeastShare) : kDefaultSize;
   const QSize size =

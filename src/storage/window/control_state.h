@@ -40,7 +40,7 @@ void DiskToForm(FormWindow& window, const Disk& object);
 bool HasControlFor(FormWindow& window, const QString& key);
 
 /// Moves a window to where it was when it was last closed; 600 by 400 pixels in the middle of the
-/// screen the first time, or the "share" of the screen, in percent. The place is kept in the bag
+/// screen the first time, or its share of the screen (`Placement`). The place is kept in the bag
 /// "DATA_" + name.
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name);
 /// Whether such a place is kept, and whether the window was maximised there.

@@ -7,12 +7,12 @@
 
 namespace vorn {
 
-/// A request to open a message, by the names that its bag has for what is wanted and for what was
-/// found. Where the message is stored and in which state is in the same bag, a `MessageBag`. A
-/// view: the bag outlives it.
-class MessageRequest {
+/// The bag of a `MailRequest`, by the names that it has for what is wanted and for what was found
+/// when the message was opened. Where the message is stored and in which state is in the same bag,
+/// a `MessageBag`. A view: the bag outlives it.
+class MailRequestBag {
  public:
-  explicit MessageRequest(Disk& bag) : bag_(bag) {}
+  explicit MailRequestBag(Disk& bag) : bag_(bag) {}
 
   OpenMode Mode() const;
   void SetMode(OpenMode mode) { bag_.Let(kMode, static_cast<int>(mode)); }

@@ -13,11 +13,11 @@ class MainStatusBar;
 class RequestWindows;
 
 /// What message windows ask for, done with the pieces of the main window.
-class MessagesHost : public MessageHost {
+class MainMessageHost : public MessageHost {
  public:
-  MessagesHost(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
-               Opener& opener, FolderChanges& changes, CheckPlan& plan, const MainClosing& closing,
-               MainStatusBar& status)
+  MainMessageHost(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
+                  Opener& opener, FolderChanges& changes, CheckPlan& plan,
+                  const MainClosing& closing, MainStatusBar& status)
       : context_(context),
         window_(window),
         panes_(panes),

@@ -1,4 +1,4 @@
-#include "frame/window/messages_host.h"
+#include "frame/window/main_message_host.h"
 
 #include "frame/window/browser_area.h"
 #include "frame/window/console_tree.h"
@@ -19,7 +19,7 @@ constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
 
 }  // namespace
 
-QString MessagesHost::NeighbourMessage(const QString& serialId, int step) {
+QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = panes_.Area().Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
@@ -33,12 +33,12 @@ QString MessagesHost::NeighbourMessage(const QString& serialId, int step) {
   return neighbour;
 }
 
-void MessagesHost::MakeRule(const QString& serialId, bool stops) {
+void MainMessageHost::MakeRule(const QString& serialId, bool stops) {
   const auto request = RuleLikeMessage(context_, window_, serialId, stops);
   if (request) opener_.Queue().PostDialogRequest(*request);
 }
 
-void MessagesHost::AddToBook(const QStringList& serialIds) {
+void MainMessageHost::AddToBook(const QStringList& serialIds) {
   const auto addition = AddCorrespondents(
       context_, window_, serialIds, [this](const QString& book) { return windows_.HasOpen(book); });
   if (!addition) return;

@@ -1,15 +1,15 @@
-#include "mail/message_request.h"
+#include "mail/mail_request_bag.h"
 
 #include "mail/message_bag.h"
 
 namespace vorn {
 
-OpenMode MessageRequest::Mode() const {
+OpenMode MailRequestBag::Mode() const {
   const auto last = static_cast<int>(OpenMode::ForwardKeepFrom);
   return static_cast<OpenMode>(qBound(0, bag_.Number(kMode), last));
 }
 
-void MessageRequest::TakeRow(const Recordset& row) {
+void MailRequestBag::TakeRow(const Recordset& row) {
   bag_.Let(kContent, row.Fields(u"FIELD_CONTENT"));
   bag_.Let(kSubject, row.Fields(u"FIELD_SUBJECT"));
   bag_.Let(kTimestamp, row.Fields(u"FIELD_TIMESTAMP"));
@@ -18,7 +18,7 @@ void MessageRequest::TakeRow(const Recordset& row) {
   MessageBag::SetFlags(bag_, row.Fields(u"FIELD_FLAG").toString());
 }
 
-void MessageRequest::BecomeNew(const QString& serialId) {
+void MailRequestBag::BecomeNew(const QString& serialId) {
   MessageBag::SetStatus(bag_, kStatusEdit);
   bag_.Let(kOriginal, bag_.SerialID());
   bag_.LetSerialID(serialId);

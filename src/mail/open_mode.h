@@ -1,0 +1,16 @@
+#pragma once
+
+namespace vorn {
+
+/// How a message window opens a message. The numbers are those of requests and of `vornctl open`.
+enum class OpenMode {
+  Show = 0,
+  Reply,
+  ReplyAll,
+  Forward,
+  Resend,
+  Receipt,          ///< a read receipt for it
+  ForwardKeepFrom,  ///< forward, keeping the sender
+};
+
+}  // namespace vorn

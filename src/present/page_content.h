@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDate>
+#include <QSet>
+#include <QStringList>
+#include <functional>
+
+#include "storage/disk.h"
+#include "storage/recordset.h"
+
+namespace vorn {
+
+/// What a page is filled with besides its rows.
+struct PageContent {
+  DiskPtr folder;
+  QStringList textTypes;
+  QSet<QString> doubtful;  ///< messages of which nobody knows whether they were sent
+  QSet<QString> refused;   ///< messages that wait, and that their servers do not take
+  bool escape = false;     ///< HTML-escape what mail contributes
+  qint32 rowsPerPage = 0;  ///< 0: all
+  bool withHtml = false;   ///< HTML stands among the texts
+  QDate today;             ///< of which short times show the clock alone
+  /// The page's rows without the first `skipped` ones; null when none of them can be read.
+  /// `skipped` grows by those that have to be passed over for that.
+  std::function<RecordsetPtr(qint64& skipped)> rowsAfter;
+};
+
+}  // namespace vorn
