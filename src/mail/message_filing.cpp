@@ -51,6 +51,41 @@ Result<> RunAll(Context& context, const QStringList& statements, const QStringLi
   return ResultOf(session, done);
 }
 
+QString Dusting(const QStringList& messages, bool dust) {
+  return QStringLiteral("UPDATE mail SET STATUS = ") +
+         (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
+         QStringLiteral(" WHERE") + Among(messages) + kMayChange;
+}
+
+// Out of the folder `from` and into `into`; either may be empty.
+QStringList Filing(const QStringList& messages, const QString& into, const QString& from) {
+  QStringList statements;
+  for (const QString& folder : {from, into}) {
+    if (folder.isEmpty()) continue;
+    statements.append(QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
+                      QStringLiteral(" AND") + Among(messages));
+  }
+  if (!into.isEmpty()) {
+    statements.append(QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
+                      QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages));
+  }
+  return statements;
+}
+
+// The messages that a statement selects.
+Result<QStringList> Find(Context& context, const QString& statement) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  if (!context.Data.OpenRecordset(statement, CursorKind::ForwardOnly)) {
+    return ReasonOf(context.Data);
+  }
+  QStringList found;
+  const RecordsetPtr rows = context.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) found.append(rows->Fields(u"SERIALID").toString());
+  if (rows->Failed()) return rows->Error();
+  return found;
+}
+
 // A stored string may be shorter than where the mark stands.
 QString WithMark(FlagPosition mark, const QString& value) {
   return QStringLiteral(
@@ -70,41 +105,42 @@ QString NoFolderWords() {
 }
 
 Result<> SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
-  return RunAll(context,
-                {QStringLiteral("UPDATE mail SET STATUS = ") +
-                 (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
-                 QStringLiteral(" WHERE") + Among(messages) + kMayChange},
-                messages, underWay);
+  return RunAll(context, {Dusting(messages, dust)}, messages, underWay);
 }
 
 Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
                       const QString& from) {
-  QStringList statements;
-  for (const QString& folder : {from, into}) {
-    if (folder.isEmpty()) continue;
-    statements.append(QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
-                      QStringLiteral(" AND") + Among(messages));
+  return RunAll(context, Filing(messages, into, from));
+}
+
+Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
+                      UnderWay* underWay) {
+  QStringList statements{Dusting(messages, false)};
+  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
+    statements += Filing(*folder, {}, folder.key());
   }
-  if (!into.isEmpty()) {
-    statements.append(QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
-                      QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages));
+  return RunAll(context, statements, messages, underWay);
+}
+
+Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust) {
+  QStringList statements;
+  if (!dust.isEmpty()) statements.append(Dusting(dust, true));
+  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
+    statements += Filing(*folder, folder.key(), {});
   }
   return RunAll(context, statements);
 }
 
+Result<QStringList> Received(Context& context, const QStringList& messages) {
+  return Find(
+      context,
+      QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived) +
+          Among(messages));
+}
+
 Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder) {
-  const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return opened.Error();
-  if (!context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
-                                      QuoteSql(folder) + QStringLiteral(" AND") + Among(messages),
-                                  CursorKind::ForwardOnly)) {
-    return ReasonOf(context.Data);
-  }
-  QStringList members;
-  const RecordsetPtr rows = context.Data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) members.append(rows->Fields(u"SERIALID").toString());
-  if (rows->Failed()) return rows->Error();
-  return members;
+  return Find(context, QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
+                           QuoteSql(folder) + QStringLiteral(" AND") + Among(messages));
 }
 
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {

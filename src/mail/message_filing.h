@@ -14,6 +14,8 @@ namespace vorn {
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
 using UnderWay = QMap<QString, QString>;
+/// Messages by the hand-filled folders that they are in.
+using Filed = QMap<QString, QStringList>;
 
 /// What the user is told where there is no hand-filled folder.
 QString NoFolderWords();
@@ -25,6 +27,14 @@ Result<> SetDust(Context& context, const QStringList& messages, bool dust,
 /// either may be empty.
 Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
                       const QString& from = {});
+/// Takes messages out of hand-filled folders, each out of those that `filed` names for it, and all
+/// of them out of the dust bin: the inbox shows what is in neither.
+Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
+                      UnderWay* underWay);
+/// The way back; those in the dust bin are `dust`.
+Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust);
+/// Those of the messages that were received.
+Result<QStringList> Received(Context& context, const QStringList& messages);
 /// Those of the messages that are in a hand-filled folder.
 Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.

@@ -16,6 +16,10 @@ bool FolderObject::IsFilledByHand() const {
   return AnyObject(bag_).Is(object_type::kFolder) && AnyObject(bag_).Draw().contains(u"static");
 }
 
+bool FolderObject::ShowsWhatIsFiled() const {
+  return IsFilledByHand() && !UsesSql() && Conditions().isEmpty();
+}
+
 void FolderObject::SetFilledByHand(Disk& bag, bool isByHand) {
   AnyObject::SetDraw(bag, isByHand ? QStringLiteral("static") : QStringLiteral("active"));
 }

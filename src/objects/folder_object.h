@@ -21,6 +21,8 @@ class FolderObject {
 
   /// Whether it is a folder at all, and one that is filled by hand.
   bool IsFilledByHand() const;
+  /// Whether it shows what is put into it: one that was given conditions later shows by these.
+  bool ShowsWhatIsFiled() const;
   /// Settles for good how it is filled, which its picture tells.
   static void SetFilledByHand(Disk& bag, bool isByHand);
 

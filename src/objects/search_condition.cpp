@@ -155,11 +155,14 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest, joins);
 }
 
-// Only a folder that is there holds a message: what was filed into one that has gone comes back.
+// Only a folder that is there and shows it holds a message: what was filed into one that has gone,
+// or that goes by conditions now, comes back.
 QString FolderSqlBuilder::NotFiled() const {
   QStringList folders;
   const auto byHand = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
-  for (const DiskPtr& folder : *byHand) folders.append(QuoteSql(folder->SerialID()));
+  for (const DiskPtr& folder : *byHand) {
+    if (FolderObject(*folder).ShowsWhatIsFiled()) folders.append(QuoteSql(folder->SerialID()));
+  }
   if (folders.isEmpty()) return {};
   return QStringLiteral(
              " AND NOT EXISTS (SELECT SERIALID FROM folder WHERE folder.SERIALID = mail.SERIALID "

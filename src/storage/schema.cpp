@@ -244,7 +244,8 @@ bool MigrateSchema(Connection& connection) {
   // From 1 to 2: an index more. From 2 to 3: digests, unique identifiers, and what is known of
   // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
   // From 6 to 7: what tells received messages. From 7 to 8: the highest number of long binary data.
-  // From 8 to 9: answers that did not fit.
+  // From 8 to 9: answers that did not fit. From 9 to 10: what was refused; the last builds with 9
+  // had made it in new files.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&

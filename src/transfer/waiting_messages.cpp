@@ -24,8 +24,10 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
   std::vector<SendItem> messages;
   const Result<> found = Find(search, messages);
   if (!found) return found;
+  if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
+  GiveSenders(messages);
   if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
-  if (messages.empty() || MaySendFrom(messages.front().File(context_))) AddSendJob(messages);
+  AddSendJob(messages);
   return {};
 }
 
@@ -106,15 +108,20 @@ Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem
   return {};
 }
 
-void WaitingMessages::AddSendJob(std::vector<SendItem>& messages) {
-  auto waiting = std::make_shared<DiskCollection>();
+// Leaves out those of which nobody knows by what account.
+void WaitingMessages::GiveSenders(std::vector<SendItem>& messages) {
   DiskPtr chosen;
   bool asked = false;
-  for (SendItem& message : messages) {
+  std::erase_if(messages, [&](SendItem& message) {
     message.FillEnvelope();
-    if (message.Sender() || senders_.Use(message, chosen, asked)) waiting->Add(message.Bag());
-  }
-  if (waiting->IsEmpty()) return;
+    return !message.Sender() && !senders_.Use(message, chosen, asked);
+  });
+}
+
+void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {
+  if (messages.empty()) return;
+  auto waiting = std::make_shared<DiskCollection>();
+  for (const SendItem& message : messages) waiting->Add(message.Bag());
   jobs_.Add(CheckJob::Send(jobs_.NewSerial(), waiting));
 }
 

@@ -363,6 +363,10 @@ TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
   };
   ASSERT_TRUE(FileMessages(context, {filed}, shelf->SerialID(), QString()));
   EXPECT_EQ(inbox(), QStringList{kept});
+  shelf->Let(QStringLiteral("Condition"), QStringLiteral("subject\t○\tno such"));
+  EXPECT_EQ(inbox().size(), 2) << "the folder shows by conditions now, and not what is in it";
+  shelf->Let(QStringLiteral("Condition"), QString());
+  EXPECT_EQ(inbox(), QStringList{kept});
   Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), false);
   EXPECT_EQ(inbox().size(), 2);
   Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), true);

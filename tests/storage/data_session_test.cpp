@@ -150,6 +150,26 @@ TEST_F(DataSessionTest, AnOlderFileIsBroughtUpToDate) {
   EXPECT_EQ(data_.Recordset()->Fields(u"MAIL").toByteArray(), QByteArray("first"));
 }
 
+// A table that is made for new files alone does nothing for whoever has mail already. Whoever adds
+// one says here as of which version.
+TEST_F(DataSessionTest, AFileOfTheLastVersionGetsTheTablesOfThisOne) {
+  MakeOldTables(data_);
+  data_.CloseAll();
+  const auto tables = [this] {
+    return Values(
+        QStringLiteral("SELECT name AS V FROM sqlite_master WHERE type = 'table' ORDER BY 1"));
+  };
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  const QStringList all = tables();
+  ASSERT_TRUE(all.contains(QStringLiteral("send_refusal")));
+  ASSERT_TRUE(data_.Execute(QStringLiteral("DROP TABLE send_refusal")));
+  ASSERT_TRUE(data_.Execute(QStringLiteral("PRAGMA user_version = 9")));
+  data_.CloseAll();
+  ASSERT_TRUE(data_.Open(path_, kPassword));
+  EXPECT_EQ(tables(), all);
+  EXPECT_EQ(all.size(), 12) << "a table more asks for a version more";
+}
+
 TEST_F(DataSessionTest, AMessageThatIsBeingSentCannotBeChanged) {
   MakeOldTables(data_);
   data_.CloseAll();

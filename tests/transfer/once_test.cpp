@@ -78,6 +78,12 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
     EXPECT_TRUE(Subjects(2).isEmpty());
   }
   EXPECT_EQ(other.Messages().size(), 1);
+  other.Replies = {{"RCPT", "550 no\r\n"}};
+  // By whichever account the user has chosen for it as well.
+  host_.chosenAccount = account->SerialID();
+  profile_.Store("From: old@example.net\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
+  for (int i = 0; i < 3; ++i) check();
+  EXPECT_EQ(other.Count("MAIL"), 2) << "the one that came, and the refused one once";
 }
 
 // Nothing else has to wait for it to be told.

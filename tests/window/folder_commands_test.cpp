@@ -218,6 +218,33 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
 }
 
+TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
+  Begin(3, 100);
+  Context& context = program_->GetContext();
+  const QString shelf = QString::fromUtf16(kShelf);
+  ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+  ASSERT_TRUE(
+      context.Data.Execute(QStringLiteral("UPDATE mail SET STATUS = 3 WHERE SERIALID = 'mail_2'")));
+  context.Data.Close();
+  ASSERT_TRUE(FileMessages(context, Ids({1, 2}), shelf));
+  OpenFolder(shelf);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
+  const auto filed = [&] {
+    QStringList members = *Members(context, Ids({1, 2}), shelf);
+    members.sort();
+    return members;
+  };
+  MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  // What was sent stays where it is found.
+  EXPECT_TRUE(InModal<QMessageBox>([this] { Drop(QStringLiteral("mail_2"), fixed_serial::kInbox); },
+                                   [](QMessageBox& box) { box.accept(); }));
+  EXPECT_EQ(filed(), Ids({2}));
+  FocusPage();
+  MadeAnewBy([this] { Press(Qt::Key_Z, Qt::ControlModifier); });
+  EXPECT_EQ(filed(), Ids({1, 2}));
+}
+
 // By what moves among messages that wait to be read, also over several pages.
 TEST_F(FolderCommandsTest, TheNextUnopenedMessageIsOneKeyAway) {
   Begin(7, 3);

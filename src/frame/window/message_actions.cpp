@@ -129,38 +129,45 @@ void MessageActions::Unfile(const QStringList& added, const QString& into,
 
 // What is filed is not shown there, so it is taken out of its folders.
 QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
-  std::map<QString, QStringList> filed;  // by folder
-  Result<> done;
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
-  for (const DiskPtr& folder : *folders) {
-    const QString id = folder->SerialID();
-    const auto members = Members(context_, messages, id);
-    if (members && members->isEmpty()) continue;
-    done = members ? FileMessages(context_, *members, QString(), id) : members.Error();
-    if (!done) break;
-    filed[id] = *members;
+  const bool wasDust = from == fixed_serial::kDust;
+  const auto received = Received(context_, messages);
+  const auto filed = received ? FoldersOf(*received) : received.Error();
+  if (!filed) return End(filed.Error(), messages);
+  const QStringList& taken = wasDust ? messages : *received;
+  if (taken.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("「%1」に入れられるのは、受信したメッセージだけです。")
+                .arg(NameOf(fixed_serial::kInbox)));
+    return {};
   }
   UnderWay underWay;
-  if (done) done = SetDust(context_, messages, false, &underWay);
-  const QStringList changed = End(done, messages, underWay);
-  const bool wasDust = from == fixed_serial::kDust;
+  const Result<> done = vorn::PutIntoInbox(context_, taken, *filed, &underWay);
+  const QStringList changed = End(done, taken, underWay);
   if (!changed.isEmpty() && told_) {
-    told_(
-        Ui::tr("%1通を「%2」に入れました。").arg(changed.size()).arg(NameOf(fixed_serial::kInbox)),
-        [this, filed, changed, wasDust] { TakeOutOfInbox(filed, changed, wasDust); });
+    const QString what = wasDust ? Ui::tr("%1通をくずかごから出しました。").arg(changed.size())
+                                 : Ui::tr("%1通を「%2」に入れました。")
+                                       .arg(changed.size())
+                                       .arg(NameOf(fixed_serial::kInbox));
+    told_(what, [this, filed = *filed, changed, wasDust] {
+      const Result<> undone =
+          vorn::TakeOutOfInbox(context_, filed, wasDust ? changed : QStringList());
+      const QStringList back = End(undone, changed);
+      if (returned_ && !back.isEmpty()) returned_(back);
+    });
   }
   return wasDust || IsFilledByHand(from) ? changed : QStringList();
 }
 
-void MessageActions::TakeOutOfInbox(const std::map<QString, QStringList>& filed,
-                                    const QStringList& messages, bool isDust) {
-  Result<> done;
-  for (const auto& [folder, members] : filed) {
-    if (done) done = FileMessages(context_, members, folder, QString());
+Result<Filed> MessageActions::FoldersOf(const QStringList& messages) {
+  Filed filed;
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    if (!FolderObject(*folder).ShowsWhatIsFiled()) continue;
+    const auto members = Members(context_, messages, folder->SerialID());
+    if (!members) return members.Error();
+    if (!members->isEmpty()) filed[folder->SerialID()] = *members;
   }
-  if (done && isDust) done = SetDust(context_, messages, true);
-  const QStringList back = End(done, messages);
-  if (returned_ && !back.isEmpty()) returned_(back);
+  return filed;
 }
 
 QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
@@ -207,7 +214,7 @@ void MessageActions::EmptyDust() {
 
 bool MessageActions::IsFilledByHand(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object != nullptr && FolderObject(*object).IsFilledByHand();
+  return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.

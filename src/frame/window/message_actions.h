@@ -2,7 +2,6 @@
 
 #include <QStringList>
 #include <functional>
-#include <map>
 
 #include "mail/message_filing.h"
 #include "mail/window/message_host.h"
@@ -51,8 +50,7 @@ class MessageActions {
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
               const QString& from);
   QStringList PutIntoInbox(const QStringList& messages, const QString& from);
-  void TakeOutOfInbox(const std::map<QString, QStringList>& filed, const QStringList& messages,
-                      bool isDust);
+  Result<Filed> FoldersOf(const QStringList& messages);
   QStringList ChangeDust(const QStringList& messages, bool dust);
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);

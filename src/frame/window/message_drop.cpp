@@ -37,7 +37,7 @@ QString MessageDrop::TakingFolderAt(const QPoint& at) const {
   const DiskPtr folder = context_.Objects.Find(key);
   if (folder == nullptr) return {};
   const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||
-                     FolderObject(*folder).IsFilledByHand();
+                     FolderObject(*folder).ShowsWhatIsFiled();
   return takes ? key : QString();
 }
 
