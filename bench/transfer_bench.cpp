@@ -31,9 +31,9 @@ class Host : public PlanHost, public StatusPanel {
  public:
   void WorkIsHeld(const QString&) override {}
   void PostRequest(const DiskPtr&) override {}
-  void AddEvent(int level, int, const QString&, const QString&, const QString&,
+  void AddEvent(EventLevel level, EventMode, const QString&, const QString&, const QString&,
                 const QString& text) override {
-    if (level == 1) std::fprintf(stderr, "%s\n", qPrintable(text));
+    if (level == kEventError) std::fprintf(stderr, "%s\n", qPrintable(text));
   }
   void SendAndReceive() override {}
   QString AskPassword(const QString&) override { return {}; }

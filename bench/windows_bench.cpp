@@ -101,7 +101,7 @@ void Measure(const char* figure, ParentWindow& parent, const QString& serialId, 
     sinceTurn.start();
     turns.start(1);
     clock.start();
-    parent.Requests().OpenMessage(0, serialId, false);
+    parent.Requests().OpenMessage(MailRequest::Of(serialId));
     Require(WaitFor([&paint] { return paint.painted; }), QStringLiteral("no window"));
     opened.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     blocks.push_back(static_cast<double>(longest) / 1e6);

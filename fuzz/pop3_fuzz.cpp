@@ -30,7 +30,7 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
     remove = true;
     return header.size() % 2 == 0;
   }
-  void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
+  void Error(PopError, const QString& text) override { fuzz::Require(!text.isEmpty()); }
   void TornOffAgain() override {}
   void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool&) override {
     stop = header.size() % 2 == 0;

@@ -21,7 +21,7 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
   void AlreadyStored(const QString&, bool&, bool&) override {}
   bool WantsHeader(const QString&) override { return false; }
   bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
-  void Error(int, const QString& text) override { fuzz::Require(!text.isEmpty()); }
+  void Error(PopError, const QString& text) override { fuzz::Require(!text.isEmpty()); }
   void TornOffAgain() override {}
   void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
   void SessionStarted() override {}

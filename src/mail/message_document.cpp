@@ -51,9 +51,9 @@ Result<QByteArray> MessageDocument::Compose(const MessageModel& model) const {
   return source;
 }
 
-int MessageDocument::Status() const {
-  return request_ == nullptr ? static_cast<int>(kStatusEdit)
-                             : MessageBag(*request_).AbsoluteStatus();
+MessageStatus MessageDocument::Status() const {
+  return request_ == nullptr ? kStatusEdit
+                             : static_cast<MessageStatus>(MessageBag(*request_).AbsoluteStatus());
 }
 
 bool MessageDocument::IsInDust() const {

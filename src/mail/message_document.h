@@ -52,7 +52,7 @@ class MessageDocument {
   Result<QByteArray> Compose(const MessageModel& model) const;
 
   /// Its status, in the dust or not.
-  int Status() const;
+  MessageStatus Status() const;
   bool IsInDust() const;
   /// It has not been stored yet.
   bool IsNew() const;

@@ -16,57 +16,6 @@ constexpr QChar kFieldSeparator = u'\0';
 
 enum FieldIndex { kKindField = 0, kLabelField, kConnectorField, kNegationField, kValueField };
 
-struct KindWord {
-  ConditionLine::Kind kind;
-  QLatin1String word;
-};
-
-constexpr KindWord kKindWords[] = {
-    {ConditionLine::Kind::Subject, QLatin1String("subject")},
-    {ConditionLine::Kind::MailAddress, QLatin1String("mailaddress")},
-    {ConditionLine::Kind::Folder, QLatin1String("folder")},
-    {ConditionLine::Kind::Status, QLatin1String("status")},
-    {ConditionLine::Kind::TimeStamp, QLatin1String("timestamp")},
-    {ConditionLine::Kind::WholeAddress, QLatin1String("wholeaddress")},
-};
-
-// Numbers stand in the statement unquoted, so that only a number may get there.
-QString NumberOrNothing(const QString& text) {
-  bool isNumber = false;
-  const int number = text.trimmed().toInt(&isNumber);
-  return isNumber ? QString::number(number) : QString();
-}
-
-QString Contains(const QString& column, const QString& text) {
-  return column + QStringLiteral(" LIKE ") + QuoteSql(u'*' + text + u'*');
-}
-
-// In the column a line is a kind, an address and perhaps a name.
-QString HasAddress(const QString& address) {
-  const QString column = QStringLiteral("mail.FIELD_MAILADDRESS LIKE ");
-  const QString begin = QStringLiteral("*: ") + address;
-  const QStringList ends{QStringLiteral(" *"), kLineBreak + u'*', QString()};
-  QStringList clauses;
-  for (const QString& end : ends) clauses.append(column + QuoteSql(begin + end));
-  return u'(' + clauses.join(QStringLiteral(" OR ")) + u')';
-}
-
-QString StatusClause(const QStringList& values) {
-  QStringList numbers;
-  for (const QString& value : values) {
-    const QString number = NumberOrNothing(value);
-    if (!number.isEmpty()) numbers.append(number);
-  }
-  return numbers.isEmpty() ? QString()
-                           : QStringLiteral("mail.STATUS IN (") + numbers.join(u',') + u')';
-}
-
-QString DaysClause(const QString& value) {
-  const QString days = NumberOrNothing(value);
-  return days.isEmpty() ? QString()
-                        : QStringLiteral("DATEDIFF(\"d\", NOW, mail.FIELD_TIMESTAMP ) >= ") + days;
-}
-
 // Whether a condition asks for a table, in its words rather than in a text that it looks for.
 bool UsesTable(const QString& condition, QStringView table) {
   bool isText = false;
@@ -81,20 +30,17 @@ bool UsesTable(const QString& condition, QStringView table) {
 
 std::optional<ConditionLine> ParseConditionLine(const QString& line) {
   const QStringList fields = line.split(kFieldSeparator);
-  for (const KindWord& word : kKindWords) {
-    if (fields[kKindField] != word.word) continue;
-    return ConditionLine{word.kind, fields.value(kConnectorField) == kMark,
+  for (const ConditionTraits& traits : ConditionKinds()) {
+    if (fields[kKindField] != QLatin1String(traits.word)) continue;
+    return ConditionLine{traits.kind, fields.value(kConnectorField) == kMark,
                          fields.value(kNegationField) == kMark, fields.mid(kValueField)};
   }
   return std::nullopt;
 }
 
 QString FormatConditionLine(const ConditionLine& line) {
-  QStringList fields{QString(), QString(), line.joinedByAnd ? kMark : QString(),
-                     line.negated ? kMark : QString()};
-  for (const KindWord& word : kKindWords) {
-    if (word.kind == line.kind) fields[kKindField] = word.word;
-  }
+  QStringList fields{QLatin1String(TraitsOf(line.kind).word), QString(),
+                     line.joinedByAnd ? kMark : QString(), line.negated ? kMark : QString()};
   // Without the separators of values that are empty at the end: a stored text that ends with zeros
   // is one that lost its end.
   fields += line.values;
@@ -110,7 +56,9 @@ QStringList NamedFolders(const Disk& folder) {
   if (FolderObject(folder).UsesSql()) return named;
   for (const QString& text : FolderObject(folder).Conditions().split(kLineBreak)) {
     const auto line = ParseConditionLine(text);
-    if (line && line->kind == ConditionLine::Kind::Folder) named.append(line->values.value(0));
+    if (line && TraitsOf(line->kind).value == ConditionValue::Folder) {
+      named.append(line->values.value(0));
+    }
   }
   return named;
 }
@@ -205,23 +153,10 @@ QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder)
 }
 
 QString FolderSqlBuilder::Clause(const ConditionLine& line) {
-  const QString value = line.values.value(0);
-  switch (line.kind) {
-    case ConditionLine::Kind::Subject:
-      return Contains(QStringLiteral("mail.FIELD_SUBJECT"), value);
-    case ConditionLine::Kind::MailAddress:
-      return Contains(QStringLiteral("mail.FIELD_MAILADDRESS"), value);
-    case ConditionLine::Kind::WholeAddress:
-      return HasAddress(value.trimmed());
-    case ConditionLine::Kind::Status:
-      asksForState_ = true;
-      return StatusClause(line.values);
-    case ConditionLine::Kind::TimeStamp:
-      return DaysClause(value);
-    case ConditionLine::Kind::Folder:
-      return ConditionOnce(value);
-  }
-  return {};
+  const ConditionTraits& traits = TraitsOf(line.kind);
+  if (traits.value == ConditionValue::Folder) return ConditionOnce(line.values.value(0));
+  if (traits.value == ConditionValue::States) asksForState_ = true;
+  return traits.clause(line.values);
 }
 
 }  // namespace vorn

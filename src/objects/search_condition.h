@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <optional>
 
+#include "objects/condition_kind.h"
 #include "objects/folder_query.h"
 #include "storage/context.h"
 
@@ -11,13 +12,12 @@ namespace vorn {
 
 /// One line of a folder's condition list.
 struct ConditionLine {
-  /// `MailAddress` is part of an address or a name, `WholeAddress` is one address.
-  enum class Kind { Subject, MailAddress, Folder, Status, TimeStamp, WholeAddress };
+  using Kind = ConditionKind;
 
   Kind kind = Kind::Subject;
   bool joinedByAnd = false;  ///< else joined to the lines before it by "or"
   bool negated = false;
-  QStringList values;  ///< one value; for `Status` one or more numbers
+  QStringList values;  ///< as many as the kind takes
 };
 
 /// Reads a line: fields separated by the character with code 0, namely the kind, a label, the

@@ -11,23 +11,23 @@
 
 namespace vorn {
 
-FileMenu::FileMenu(Context& context, QWidget& window, FolderPanes& panes, Opener& opener,
-                   PageActions& actions, TrafficHost& traffic, MessageHost& messages,
-                   QWidget* parent)
+FileMenu::FileMenu(const Parts& parts, QWidget* parent)
     : QMenu(Ui::tr("ファイル(&F)"), parent),
-      panes_(panes),
-      opener_(opener),
-      archive_(context, window, messages, traffic.Traffic(), traffic.Timer()) {
+      panes_(parts.panes),
+      opener_(parts.opener),
+      archive_(parts.context, parts.window, parts.messages, parts.traffic.Traffic(),
+               parts.traffic.Timer()) {
   setObjectName(QStringLiteral("menuFiles"));
   AddCreation();
   addSeparator();
   AddNodeCommands();
   addSeparator();
-  addAction(Ui::tr("くずかごを空にする(&E).."), this, [&actions] { actions.EmptyDust(); });
+  addAction(Ui::tr("くずかごを空にする(&E).."), this,
+            [&actions = parts.actions] { actions.EmptyDust(); });
   addSeparator();
   AddArchive();
   addSeparator();
-  exit_ = addAction(Ui::tr("終了(&X)"), &window, &QWidget::close);
+  exit_ = addAction(Ui::tr("終了(&X)"), &parts.window, &QWidget::close);
   exit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
 }
 

@@ -17,9 +17,17 @@ class FileMenu : public QMenu {
   Q_OBJECT
 
  public:
-  /// For what the archive's commands need see there.
-  FileMenu(Context& context, QWidget& window, FolderPanes& panes, Opener& opener,
-           PageActions& actions, TrafficHost& traffic, MessageHost& messages, QWidget* parent);
+  /// The pieces of the main window that its commands act on.
+  struct Parts {
+    Context& context;
+    QWidget& window;
+    FolderPanes& panes;
+    Opener& opener;
+    PageActions& actions;
+    TrafficHost& traffic;
+    MessageHost& messages;
+  };
+  FileMenu(const Parts& parts, QWidget* parent);
 
   QAction* Exit() const { return exit_; }
 

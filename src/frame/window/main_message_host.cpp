@@ -20,13 +20,13 @@ constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
 }  // namespace
 
 QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
-  BrowserWindow* browser = panes_.Area().Active();
+  BrowserWindow* browser = parts_.panes.Area().Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
   const Result<QString> found =
-      vorn::NeighbourMessage(context_, browser->Tag(), browser->Folder().Search(), serialId,
-                             Settings(context_).IsNewestFirst() ? -step : step);
-  if (!found && brief.IsReached()) status_.showMessage(found.Error().text);
+      vorn::NeighbourMessage(parts_.context, browser->Tag(), browser->Folder().Search(), serialId,
+                             Settings(parts_.context).IsNewestFirst() ? -step : step);
+  if (!found && brief.IsReached()) parts_.status.showMessage(found.Error().text);
   const QString neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.
   if (!neighbour.isEmpty()) browser->Folder().GoToMessage(neighbour);
@@ -34,16 +34,17 @@ QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
 }
 
 void MainMessageHost::MakeRule(const QString& serialId, bool stops) {
-  const auto request = RuleLikeMessage(context_, window_, serialId, stops);
-  if (request) opener_.Queue().PostDialogRequest(*request);
+  const auto request = RuleLikeMessage(parts_.context, parts_.window, serialId, stops);
+  if (request) parts_.opener.Queue().PostDialogRequest(*request);
 }
 
 void MainMessageHost::AddToBook(const QStringList& serialIds) {
-  const auto addition = AddCorrespondents(
-      context_, window_, serialIds, [this](const QString& book) { return windows_.HasOpen(book); });
+  const auto addition =
+      AddCorrespondents(parts_.context, parts_.window, serialIds,
+                        [this](const QString& book) { return parts_.windows.HasOpen(book); });
   if (!addition) return;
-  panes_.Tree().RefreshNode(addition->book);
-  status_.ShowForAWhile(addition->told);
+  parts_.panes.Tree().RefreshNode(addition->book);
+  parts_.status.ShowForAWhile(addition->told);
 }
 
 }  // namespace vorn

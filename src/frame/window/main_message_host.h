@@ -15,48 +15,43 @@ class RequestWindows;
 /// What message windows ask for, done with the pieces of the main window.
 class MainMessageHost : public MessageHost {
  public:
-  MainMessageHost(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
-                  Opener& opener, FolderChanges& changes, CheckPlan& plan,
-                  const MainClosing& closing, MainStatusBar& status)
-      : context_(context),
-        window_(window),
-        panes_(panes),
-        windows_(windows),
-        opener_(opener),
-        changes_(changes),
-        plan_(plan),
-        closing_(closing),
-        status_(status) {}
+  /// The pieces of the main window that it works with.
+  struct Parts {
+    Context& context;
+    QWidget& window;
+    FolderPanes& panes;
+    RequestWindows& windows;
+    Opener& opener;
+    FolderChanges& changes;
+    CheckPlan& plan;
+    const MainClosing& closing;
+    MainStatusBar& status;
+  };
+  explicit MainMessageHost(const Parts& parts) : parts_(parts) {}
 
   void SendMessage(const QString& serialId) override {
-    plan_.CreateMessagePlan(kPlanSend, serialId);
+    parts_.plan.CreateMessagePlan(kPlanSend, serialId);
   }
   bool ChooseSender(const QString& serialId, const QString& addressLines,
                     const QString& subject) override {
-    return plan_.ChooseSender(serialId, addressLines, subject);
+    return parts_.plan.ChooseSender(serialId, addressLines, subject);
   }
-  void OpenMessageFile(const QString& path) override { opener_.OpenArgument(path); }
-  void PostMail(const MailRequest& request) override { opener_.Queue().PostMailRequest(request); }
-  void PrintPageFile(const QString& path) override { opener_.PrintPageFile(path); }
+  void OpenMessageFile(const QString& path) override { parts_.opener.OpenArgument(path); }
+  void PostMail(const MailRequest& request) override {
+    parts_.opener.Queue().PostMailRequest(request);
+  }
+  void PrintPageFile(const QString& path) override { parts_.opener.PrintPageFile(path); }
   QString NeighbourMessage(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
   void AddToBook(const QStringList& serialIds) override;
-  bool IsClosing() const override { return closing_.IsClosing(); }
-  void MessageStored() override { changes_.Note(); }
+  bool IsClosing() const override { return parts_.closing.IsClosing(); }
+  void MessageStored() override { parts_.changes.Note(); }
 
  private:
   void MakeRule(const QString& serialId, bool stops);
 
-  Context& context_;
-  QWidget& window_;
-  FolderPanes& panes_;
-  RequestWindows& windows_;
-  Opener& opener_;
-  FolderChanges& changes_;
-  CheckPlan& plan_;
-  const MainClosing& closing_;
-  MainStatusBar& status_;
+  const Parts parts_;
 };
 
 }  // namespace vorn

@@ -42,8 +42,15 @@ ParentWindow::ParentWindow(Context& context)
       opener_(context, *this, requests_.Queue(), traffic_.Events(), panes_->Tree(), changes_),
       closing_(*this, traffic_.Traffic(), *sbStatus_),
       changes_(context, *panes_, windows_, traffic_.Traffic()),
-      messages_(context, *this, *panes_, windows_, opener_, changes_, traffic_.Plan(), closing_,
-                *sbStatus_),
+      messages_({.context = context,
+                 .window = *this,
+                 .panes = *panes_,
+                 .windows = windows_,
+                 .opener = opener_,
+                 .changes = changes_,
+                 .plan = traffic_.Plan(),
+                 .closing = closing_,
+                 .status = *sbStatus_}),
       pages_(context, *this, *panes_, windows_, opener_, messages_, *sbStatus_),
       windows_(context, *this, panes_->Area(), traffic_.Events(), pages_, messages_),
       damage_(
@@ -81,8 +88,14 @@ ParentWindow::~ParentWindow() {
 
 void ParentWindow::BuildMenus() {
   QMenuBar* bar = menuBar();
-  auto* file =
-      new FileMenu(context_, *this, *panes_, opener_, pages_.Actions(), traffic_, messages_, bar);
+  auto* file = new FileMenu({.context = context_,
+                             .window = *this,
+                             .panes = *panes_,
+                             .opener = opener_,
+                             .actions = pages_.Actions(),
+                             .traffic = traffic_,
+                             .messages = messages_},
+                            bar);
   auto* display =
       new DisplayMenu(context_, *this, *panes_, windows_, traffic_.Events(), changes_, bar);
   auto* tools = new ToolsMenu(traffic_.Plan(), bar);

@@ -9,33 +9,26 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "auxiliary/window/console_window.h"
 #include "frame/event_log.h"
 #include "frame/event_record.h"
 #include "kit/window/cascade.h"
 #include "kit/window/icons.h"
-#include "kit/window/plain_text.h"
 #include "kit/window/screen_fit.h"
 #include "kit/window/second_click.h"
 #include "mail/codec/flag_string.h"
-#include "mail/message_filing.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/calendar_bar.h"
 #include "mail/window/draft_keeper.h"
 #include "mail/window/file_drop.h"
-#include "mail/window/header_list.h"
 #include "mail/window/invitation_composer.h"
 #include "mail/window/message_bars.h"
 #include "mail/window/message_body.h"
+#include "mail/window/message_controls.h"
 #include "mail/window/message_form.h"
-#include "mail/window/message_menus.h"
 #include "mail/window/message_sending.h"
-#include "mail/window/message_toolbars.h"
 #include "mail/window/reading_bar.h"
 #include "mail/window/shown_signature.h"
 #include "mail/window/text_font.h"
-#include "objects/any_object.h"
-#include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
 #include "storage/ui.h"
@@ -65,52 +58,6 @@ void TakePlace(Context& context, QWidget& window) {
   window.move(place.topLeft());
 }
 
-void ChooseFolders(Context& context, MessageDocument& document, QWidget* window) {
-  QStringList entries;
-  const DiskCollectionPtr folders =
-      SelectObjects(context.Objects, *context.Session, QStringLiteral("static"));
-  if (folders->IsEmpty()) {
-    ShowBox(window, QMessageBox::Information, NoFolderWords());
-    return;
-  }
-  for (const DiskPtr& folder : *folders) {
-    // "@" separates the fields of an entry.
-    QString name = AnyObject(*folder).Name();
-    entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
-                   AnyObject(*folder).Draw());
-  }
-  const auto chosen =
-      InputList(context, window, Ui::tr("保存フォルダ"),
-                Ui::tr("メッセージを保存するフォルダを選択してください。"),
-                MessageBag(*document.Bag()).Folders(), entries.join(kLineBreak), true);
-  if (chosen) document.SetFolders(*chosen);
-}
-
-QString HeaderOf(Priority priority) {
-  switch (priority) {
-    case Priority::High:
-      return QStringLiteral("1");
-    case Priority::Usual:
-      return QStringLiteral("3");
-    case Priority::Low:
-      return QStringLiteral("5");
-  }
-  return {};
-}
-
-void Prioritize(MessageDocument& document, MessageForm& form, Priority priority) {
-  Disk& bag = *document.Bag();
-  MessageBag::SetFlags(bag, SetPriority(MessageBag(bag).Flags(), priority));
-  form.Headers().SetHeader(QStringLiteral("X-Priority:"), HeaderOf(priority));
-}
-
-// What needs a message that can be read.
-bool NeedsText(MessageCommand command) {
-  return command == MessageCommand::ChooseFolders || command == MessageCommand::SaveToFile ||
-         command == MessageCommand::Print || command == MessageCommand::ShowSource ||
-         command == MessageCommand::ChooseCode;
-}
-
 }  // namespace
 
 MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog& events)
@@ -121,13 +68,20 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
       receipt_(context, host, *this),
       bars_(new MessageBars(context, document_)),
       form_(new MessageForm(context, host)),
-      menus_(new MessageMenus(*this, form_->Clips(), form_->Body())),
-      toolbars_(new MessageToolbars(*this, menus_->File(), menus_->Edit(), form_->Clips())),
       sending_(new MessageSending(context, host, document_, *form_, bars_->Doubt(), *this)),
       reply_(new InvitationComposer(context, document_, *form_, bars_->Calendar())),
       drafts_(new DraftKeeper(context, document_, *form_, *this)),
       closing_(context, host, document_, *form_, *sending_, receipt_, *this),
-      output_(context, host, document_, *form_, *this) {
+      output_(context, host, document_, *form_, *this),
+      controls_(new MessageControls({.context = context,
+                                     .host = host,
+                                     .document = document_,
+                                     .form = *form_,
+                                     .bars = *bars_,
+                                     .sending = *sending_,
+                                     .closing = closing_,
+                                     .output = output_,
+                                     .window = *this})) {
   setObjectName(QStringLiteral("Mail"));
   setWindowIcon(Icon(QStringLiteral("mail")));
   setAttribute(Qt::WA_DeleteOnClose);
@@ -158,14 +112,7 @@ void MessageWindow::ConnectParts() {
   connect(form_, &MessageForm::SubjectChanged, this, [this] {
     setWindowTitle(ShownText(GetMessageSubject(), kMostInTitle) + Ui::tr(" プロパティ"));
   });
-  connect(menus_, &MessageMenus::Opening, this, &MessageWindow::ShowState);
-  connect(menus_, &MessageMenus::Wanted, this, &MessageWindow::Run);
-  connect(toolbars_, &MessageToolbars::Wanted, this, &MessageWindow::Run);
-  connect(menus_, &MessageMenus::CharsetChosen, this, &MessageWindow::SetActiveCharset);
-  connect(menus_, &MessageMenus::PriorityChosen, this, [this](Priority priority) {
-    Prioritize(document_, *form_, priority);
-    SetEdited(true);
-  });
+  connect(controls_, &MessageControls::Opening, this, &MessageWindow::ShowState);
   connect(sending_, &MessageSending::AnewWanted, this, [this] { Open(); });
   connect(sending_, &MessageSending::StateChanged, this, &MessageWindow::ShowState);
   connect(&bars_->Reading(), &ReadingBar::Edited, this, edited);
@@ -230,100 +177,29 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
 
 void MessageWindow::ControlToolbarUpdate() {
   if (!document_.HasRequest()) return;
-  toolbars_->ShowIconsAlone(Settings(context_).HasIconToolbar());
+  controls_->ShowIconsAlone(Settings(context_).HasIconToolbar());
   form_->Body().UseFont(
       TextFont(context_, document_.IsEditable() ? FontUse::Written : FontUse::Read));
   ShowState();
 }
 
-// Kept at once, since the lists show it.
-void MessageWindow::ToggleStar() {
-  const bool star = !HasStar();
-  if (const Result<> marked = SetMark(context_, {document_.Tag()}, kFlagStar, star)) {
-    document_.LetStar(star);
-    host_.MessageStored();
-  } else {
-    ShowBox(this, QMessageBox::Critical,
-            Ui::tr("変更を保存できませんでした。") + marked.Error().text);
-  }
-  ShowState();
-}
-
-bool MessageWindow::HasStar() const {
-  return GetFlagChar(MessageBag(*document_.Bag()).Flags(), kFlagStar, QString()) == u"1";
+MessageState MessageWindow::State() const {
+  const QString flags = MessageBag(*document_.Bag()).Flags();
+  return {.status = document_.Status(),
+          .isInDust = document_.IsInDust(),
+          .isStored = !document_.IsNew(),
+          .isUnreadable = document_.IsUnreadable(),
+          .isEditable = document_.IsEditable(),
+          .isDoubtful = sending_->IsDoubtful(),
+          .hasAttachments = !form_->Clips().Attachments().empty(),
+          .hasArchive = form_->Clips().HasArchive(),
+          .charset = document_.Code().charset,
+          .hasStar = GetFlagChar(flags, kFlagStar, QString()) == u"1",
+          .priority = PriorityIn(flags)};
 }
 
 void MessageWindow::ShowState() {
-  const QString flags = MessageBag(*document_.Bag()).Flags();
-  const MessageState state{.status = document_.Status(),
-                           .isInDust = document_.IsInDust(),
-                           .isStored = !document_.IsNew(),
-                           .isUnreadable = document_.IsUnreadable(),
-                           .isEditable = document_.IsEditable(),
-                           .isDoubtful = sending_->IsDoubtful(),
-                           .charset = document_.Code().charset,
-                           .hasStar = HasStar(),
-                           .priority = PriorityIn(flags)};
-  menus_->Show(state);
-  toolbars_->Show(state);
-}
-
-void MessageWindow::Run(MessageCommand command) {
-  if (document_.IsUnreadable() && NeedsText(command)) {
-    ShowBox(this, QMessageBox::Critical, form_->Body().Text()->toPlainText());
-    return;
-  }
-  const QString tag = document_.Bag()->SerialID();
-  switch (command) {
-    case MessageCommand::Send:
-      return sending_->SendOrCancel();
-    case MessageCommand::SendFromToolbar:
-      return sending_->SendFromToolbar();
-    case MessageCommand::Reply:
-      return TurnInto(OpenMode::Reply);
-    case MessageCommand::ReplyAll:
-      return TurnInto(OpenMode::ReplyAll);
-    case MessageCommand::Forward:
-      return TurnInto(OpenMode::Forward);
-    case MessageCommand::Resend:
-      return TurnInto(OpenMode::Resend);
-    case MessageCommand::New:
-      return host_.PostMail(MailRequest::New());
-    case MessageCommand::ToggleDust:
-      document_.ToggleDust();
-      return ShowState();
-    case MessageCommand::ThrowAway:
-      document_.ToggleDust();
-      ShowState();
-      close();
-      return;
-    case MessageCommand::ToggleStar:
-      return ToggleStar();
-    case MessageCommand::Delete:
-      return closing_.Delete();
-    case MessageCommand::ChooseFolders:
-      return ChooseFolders(context_, document_, this);
-    case MessageCommand::GatherAlike:
-      return host_.GatherAlike(tag);
-    case MessageCommand::StopAlike:
-      return host_.StopAlike(tag);
-    case MessageCommand::AddToBook:
-      return host_.AddToBook({tag});
-    case MessageCommand::ChooseCode:
-      return bars_->Reading().Choose();
-    case MessageCommand::SaveToFile:
-      return output_.SaveToFile(GetMessageSubject());
-    case MessageCommand::Print:
-      return output_.Print();
-    case MessageCommand::Find:
-      return form_->OpenFind();
-    case MessageCommand::ShowSource:
-      return output_.ShowSource(GetMessageSubject());
-    case MessageCommand::ShowBefore:
-      return ShowNeighbour(-1);
-    case MessageCommand::ShowNext:
-      return ShowNeighbour(1);
-  }
+  controls_->Show(State());
 }
 
 void MessageWindow::TurnInto(OpenMode mode) {

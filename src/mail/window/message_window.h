@@ -5,7 +5,7 @@
 #include "frame/request_window.h"
 #include "mail/message_document.h"
 #include "mail/window/message_closing.h"
-#include "mail/window/message_command.h"
+#include "mail/window/message_commands.h"
 #include "mail/window/message_host.h"
 #include "mail/window/message_output.h"
 #include "mail/window/receipt_question.h"
@@ -16,10 +16,9 @@ class DraftKeeper;
 class EventLog;
 class InvitationComposer;
 class MessageBars;
+class MessageControls;
 class MessageForm;
-class MessageMenus;
 class MessageSending;
-class MessageToolbars;
 
 /// The message window "Mail": shows one message, and edits a new or unsent one. It turns itself
 /// into a reply or a forward of the message that it shows. Closing stores what is to be kept.
@@ -48,6 +47,13 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   /// Keeps what is being written as a draft, rows that are open included.
   void KeepDraftNow();
 
+  // What the commands need of the window.
+  MessageState State() const;
+  void ShowState();
+  void SetEdited(bool isEdited);
+  void TurnInto(OpenMode mode);
+  void ShowNeighbour(int step);
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -55,14 +61,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
  private:
   void Lay();
   void ConnectParts();
-  void Run(MessageCommand command);
   void Open(bool applyStoredCharset = true, const QByteArray& shown = {});
-  void SetEdited(bool isEdited);
-  void ShowState();
-  void ToggleStar();
-  bool HasStar() const;
-  void TurnInto(OpenMode mode);
-  void ShowNeighbour(int step);
 
   Context& context_;
   MessageHost& host_;
@@ -71,13 +70,12 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   ReceiptQuestion receipt_;
   MessageBars* bars_;
   MessageForm* form_;
-  MessageMenus* menus_;
-  MessageToolbars* toolbars_;
   MessageSending* sending_;
   InvitationComposer* reply_;
   DraftKeeper* drafts_;
   MessageClosing closing_;
   MessageOutput output_;
+  MessageControls* controls_;
 };
 
 }  // namespace vorn

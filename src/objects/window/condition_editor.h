@@ -36,7 +36,7 @@ class ConditionEditor : public QTableWidget {
   void KindChosen(int row);
   void ShowConnectors();
   QWidget* MakeValueEditor(ConditionLine::Kind kind, const QStringList& values);
-  QStringList Values(int row) const;
+  ConditionLine::Kind KindOf(int row) const;
 
   const Context& context_;
 };

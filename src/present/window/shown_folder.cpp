@@ -12,24 +12,17 @@
 
 namespace vorn {
 
-ShownFolder::ShownFolder(Context& context, MessageListPages& pages, ShownPage& page,
-                         EngineView& engine, PageMaker& maker, PageLoader& loader, PageSplit& split,
-                         FolderToolbar& toolbar, BrowserHost& host, QWidget& window)
-    : page_(page),
-      engine_(engine),
-      maker_(maker),
-      loader_(loader),
-      split_(split),
-      toolbar_(toolbar),
-      paging_(page, maker, toolbar),
-      messages_(page, split, host, window),
+ShownFolder::ShownFolder(const Parts& parts)
+    : parts_(parts),
+      paging_(parts.page, parts.maker, parts.toolbar),
+      messages_(parts.page, parts.split, parts.host, parts.window),
       navigation_(
-          context, pages, page,
+          parts.context, parts.pages, parts.page,
           [this](int number, const QString& message, const QStringList& chosen) {
             paging_.GoToMessage(number, message, chosen);
           },
-          [&host](const QString& sentence) { host.Tell(sentence); }),
-      commands_(messages_, navigation_, page, window) {
+          [this](const QString& sentence) { parts_.host.Tell(sentence); }),
+      commands_(messages_, navigation_, parts.page, parts.window) {
   ConnectPaging();
   ConnectMessages();
 }
@@ -37,71 +30,72 @@ ShownFolder::ShownFolder(Context& context, MessageListPages& pages, ShownPage& p
 void ShownFolder::ConnectPaging() {
   connect(&paging_, &FolderPaging::PageWanted, this, [this] {
     messages_.Leave();
-    loader_.Show();
+    parts_.loader.Show();
   });
   connect(&paging_, &FolderPaging::MessageWanted, this, [this] {
     messages_.Leave();
-    page_.rows.DeselectFirst();
-    loader_.Refresh();
+    parts_.page.rows.DeselectFirst();
+    parts_.loader.Refresh();
   });
-  connect(&paging_, &FolderPaging::KeysWanted, this, [this] { engine_.View()->setFocus(); });
-  connect(&toolbar_.Search(), &SearchBox::RowWanted, this, [this] { page_.rows.Enter(); });
+  connect(&paging_, &FolderPaging::KeysWanted, this, [this] { parts_.engine.View()->setFocus(); });
+  connect(&parts_.toolbar.Search(), &SearchBox::RowWanted, this,
+          [this] { parts_.page.rows.Enter(); });
   // First the choice, then what the folder is searched for.
   connect(&commands_, &PageCommands::NothingToGiveUp, &paging_, &FolderPaging::GiveUpSearch);
 }
 
 void ShownFolder::ConnectMessages() {
-  connect(&engine_, &EngineView::CommandFollowed, &messages_, &PageMessages::Follow);
-  connect(&engine_, &EngineView::RowTold, &messages_, &PageMessages::Told);
-  connect(&engine_, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
-  connect(&loader_, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
+  connect(&parts_.engine, &EngineView::CommandFollowed, &messages_, &PageMessages::Follow);
+  connect(&parts_.engine, &EngineView::RowTold, &messages_, &PageMessages::Told);
+  connect(&parts_.engine, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
+  connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
   connect(&messages_, &PageMessages::ChosenChanged, this, &ShownFolder::ChosenChanged);
   connect(&messages_, &PageMessages::Gone, this, &ShownFolder::MessagesGone);
-  connect(&split_, &PageSplit::PaneMade, this,
+  connect(&parts_.split, &PageSplit::PaneMade, this,
           [this](QWidget* pane) { commands_.AddToPane(*pane); });
 }
 
 void ShownFolder::Leave() {
-  page_.change.LeavePlace();
-  split_.ShowNothing();
-  page_.request.SetSearch({});  // so that emptying the box searches nothing
-  toolbar_.Search().clear();
-  toolbar_.Search().ShowFound(-1);
+  parts_.page.change.LeavePlace();
+  parts_.split.ShowNothing();
+  parts_.page.request.SetSearch({});  // so that emptying the box searches nothing
+  parts_.toolbar.Search().clear();
+  parts_.toolbar.Search().ShowFound(-1);
 }
 
 // Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
 // with what was chosen then.
 void ShownFolder::ComeBack(bool wasInUse) {
-  if (!page_.rows.HasRows()) return;
-  if (wasInUse) return page_.rows.DeselectUnseen();
-  page_.rows.Deselect();
-  split_.ShowNothing();
+  if (!parts_.page.rows.HasRows()) return;
+  if (wasInUse) return parts_.page.rows.DeselectUnseen();
+  parts_.page.rows.Deselect();
+  parts_.split.ShowNothing();
 }
 
 void ShownFolder::Lose() {
-  page_.change.Lose();
-  if (!split_.Row().isEmpty()) page_.place.BeginAtMessage(split_.Row());
+  parts_.page.change.Lose();
+  if (!parts_.split.Row().isEmpty()) parts_.page.place.BeginAtMessage(parts_.split.Row());
 }
 
 void ShownFolder::Cover(bool covered) {
-  split_.Cover(covered);
+  parts_.split.Cover(covered);
 }
 
 QString ShownFolder::Search() const {
-  return page_.request.Search();
+  return parts_.page.request.Search();
 }
 
 void ShownFolder::ChosenMessages(const std::function<void(const QStringList&)>& then) {
-  page_.rows.Chosen(then);
+  parts_.page.rows.Chosen(then);
 }
 
 void ShownFolder::MessagesGone(const QStringList& messages) {
-  maker_.LeaveOut(messages);
-  page_.rows.Remove(messages);
+  parts_.maker.LeaveOut(messages);
+  parts_.page.rows.Remove(messages);
 }
 
 void ShownFolder::AfterCommands(const std::function<void()>& then) {
-  page_.queue.After(then);
+  parts_.page.queue.After(then);
 }
 
 }  // namespace vorn

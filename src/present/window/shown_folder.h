@@ -22,9 +22,20 @@ class ShownFolder : public QObject {
   Q_OBJECT
 
  public:
-  ShownFolder(Context& context, MessageListPages& pages, ShownPage& page, EngineView& engine,
-              PageMaker& maker, PageLoader& loader, PageSplit& split, FolderToolbar& toolbar,
-              BrowserHost& host, QWidget& window);
+  /// What it works with: the pieces of a browser window.
+  struct Parts {
+    Context& context;
+    MessageListPages& pages;
+    ShownPage& page;
+    EngineView& engine;
+    PageMaker& maker;
+    PageLoader& loader;
+    PageSplit& split;
+    FolderToolbar& toolbar;
+    BrowserHost& host;
+    QWidget& window;
+  };
+  explicit ShownFolder(const Parts& parts);
 
   /// A view takes the page's keys.
   void AddKeysTo(QWidget& view) { commands_.AddTo(view); }
@@ -67,12 +78,7 @@ class ShownFolder : public QObject {
   void ConnectPaging();
   void ConnectMessages();
 
-  ShownPage& page_;
-  EngineView& engine_;
-  PageMaker& maker_;
-  PageLoader& loader_;
-  PageSplit& split_;
-  FolderToolbar& toolbar_;
+  const Parts parts_;
   FolderPaging paging_;
   PageMessages messages_;
   MessageNavigation navigation_;
