@@ -235,6 +235,10 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
                    output_->Save(At(row(meant.first())));
                  })
       ->setEnabled(any);
+  if (count() > 1) {
+    menu.addAction(Ui::tr("すべて保存(&V).."), this,
+                   [this] { output_->SaveAll(std::vector(attachments_)); });
+  }
   if (HasArchive()) {
     menu.addAction(Ui::tr("中のファイルを取り出す(&X).."), this, &AttachmentList::UnpackCurrent);
   }
