@@ -14,7 +14,9 @@
 #include "mail/message_filing.h"
 #include "mail/message_rows.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
+#include "objects/save_object.h"
 #include "objects/window/objects_window.h"
 #include "storage/databases.h"
 #include "window/folder_page_fixture.h"
@@ -284,6 +286,27 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
         dialog.accept();
       }));
   EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: b@example.jp\r\nTO: a@example.jp"));
+  // Unless one is the default.
+  AnyObject::SetDefault(*second, true);
+  second->Let(QStringLiteral("Addressbook"), QString());
+  program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")});
+  EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: a@example.jp"));
+}
+
+TEST_F(FolderCommandsTest, TheDefaultFolderMarkedLastIsOpenAtTheStart) {
+  Begin(1, 100);
+  for (const QString& folder :
+       {fixed_serial::kOutbox, QString::fromUtf16(kShelf), fixed_serial::kDust}) {
+    Disk& object = *program_->GetContext().Objects.Find(folder);
+    AnyObject::SetDefault(object, folder != fixed_serial::kDust);
+    ASSERT_TRUE(SaveObject(program_->GetContext(), DatabaseKind::Profile, object));
+    QTest::qWait(1100);  // the time is kept in seconds
+  }
+  EndProgram();
+  StartProgram();
+  LogInWith(QString());
+  EXPECT_TRUE(WaitFor(
+      [this] { return Browser() != nullptr && Browser()->Tag() == QString::fromUtf16(kShelf); }));
 }
 
 TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {
