@@ -26,15 +26,15 @@ namespace {
 
 using test::Child;
 
-// Answers the next window that asks for a text, which follows another one at once.
-void AnswerText(const QString& text) {
+// Accepts the text that the next window, which follows a tree at once, proposes.
+void AcceptText(const QString& text) {
   auto* watch = new QTimer(qApp);
   QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
     auto* asks = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget());
-    if (asks == nullptr || !Child<QLineEdit>(*asks, u"Text1").isVisible()) return;
+    if (asks == nullptr || Child<QTreeWidget>(*asks, u"TreeView1").isVisible()) return;
     watch->stop();
     watch->deleteLater();
-    Child<QLineEdit>(*asks, u"Text1").setText(text);
+    EXPECT_EQ(Child<QLineEdit>(*asks, u"Text1").text(), text);
     asks->cmOk_Click();
   });
   watch->start(20);
@@ -200,21 +200,22 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_TRUE(dusted(Ids({1, 4})));
   MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
   EXPECT_TRUE(dusted({})) << "with the others that are chosen";
-  // Into a folder that is made for them.
+  // Into a folder that is made for them, which is not the one that was chosen before.
   OpenFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   FocusPage();
   Press(Qt::Key_Down);
   InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
                          [](ConsoleWindow& window) {
-                           AnswerText(QStringLiteral(" 済み "));
-                           test::Press(Child<QPushButton>(window, u"cmAnother"));
+                           AcceptText(QStringLiteral("Done"));
+                           QTest::keyClicks(window.focusWidget(), QStringLiteral(" Done "));
+                           QTest::keyClick(window.focusWidget(), Qt::Key_Return);
                          });
   const auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   ASSERT_TRUE(WaitFor(
-      [tree] { return !tree->findItems(QStringLiteral("済み"), Qt::MatchRecursive).isEmpty(); }));
+      [tree] { return !tree->findItems(QStringLiteral("Done"), Qt::MatchRecursive).isEmpty(); }));
   const DiskPtr made =
-      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("済み"));
+      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("Done"));
   ASSERT_NE(made, nullptr);
   OpenFolder(made->SerialID());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
