@@ -195,7 +195,12 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   OpenFolder(QString::fromUtf16(kShelf));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
   EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
-  // The whole choice is dragged by one of its messages.
+  // The whole choice is dragged by one of its messages, which the pointer says.
+  EXPECT_EQ(Script(QStringLiteral(
+                "document.querySelector('[draggable]').dispatchEvent(new DragEvent('dragstart', "
+                "{bubbles: true, dataTransfer: new DataTransfer})), "
+                "document.documentElement.lastChild.innerText")),
+            QStringLiteral("2通"));
   Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
   EXPECT_TRUE(dusted(Ids({1, 4})));
   MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
