@@ -46,6 +46,7 @@ void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
   bag->Let(QStringLiteral("url"), request.url);
   bag->Let(QStringLiteral("local"), request.local);
   bag->Let(QStringLiteral("exec"), request.exec);
+  if (!request.title.isEmpty()) bag->Let(QStringLiteral("title"), request.title);
   Post(bag);
 }
 

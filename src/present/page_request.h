@@ -27,6 +27,9 @@ class PageRequest {
   /// The window was opened to print.
   bool IsForPrinting() const { return bag_->Text(u"exec") == u"print"; }
 
+  /// What names a file that is printed to.
+  QString Title() const { return bag_->Text(u"title"); }
+
   /// Where the engine reads the page; empty when the program's own words are shown.
   QString Url() const { return bag_->Text(u"url"); }
   void SetUrl(const QString& url) { bag_->Let(QStringLiteral("url"), url); }

@@ -521,7 +521,9 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
         const BrowserWindow* printed = pages.value(0);
         ASSERT_NE(printed, nullptr);
         EXPECT_TRUE(text(printed).contains(u"first line")) << qPrintable(text(printed));
-        Child<QLineEdit>(dialog, u"filename").setText(path);
+        auto& file = Child<QLineEdit>(dialog, u"filename");
+        EXPECT_EQ(QFileInfo(file.text()).fileName(), QStringLiteral("hello.pdf"));
+        file.setText(path);
         QMetaObject::invokeMethod(&dialog, "accept");
       }));
   ASSERT_TRUE(WaitFor([&path] {
@@ -536,6 +538,14 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   }));
   EXPECT_TRUE(frame->isMaximized());
   EXPECT_FALSE(program_->Parent()->isActiveWindow());
+  const QString next = File("hello.pdf", "mine");  // where the last one went
+  EXPECT_TRUE(InModal<QPrintDialog>([&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
+                                    [&](QPrintDialog& dialog) {
+                                      EXPECT_EQ(Child<QLineEdit>(dialog, u"filename").text(),
+                                                QString(next).replace(QStringLiteral(".pdf"),
+                                                                      QStringLiteral(" (2).pdf")));
+                                      dialog.reject();
+                                    }));
 }
 
 }  // namespace

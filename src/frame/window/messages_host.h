@@ -37,7 +37,9 @@ class MessagesHost : public MessageHost {
   }
   void OpenMessageFile(const QString& path) override { opener_.OpenArgument(path); }
   void PostMail(const MailRequest& request) override { opener_.Queue().PostMailRequest(request); }
-  void PrintPageFile(const QString& path) override { opener_.PrintPageFile(path); }
+  void PrintPageFile(const QString& path, const QString& title) override {
+    opener_.PrintPageFile(path, title);
+  }
   QString NeighbourMessage(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }

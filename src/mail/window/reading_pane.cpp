@@ -10,7 +10,6 @@
 #include "mail/codec/inline_images.h"
 #include "mail/message_bag.h"
 #include "mail/message_request.h"
-#include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_printing.h"
@@ -141,7 +140,7 @@ void ReadingPane::Fill() {
 }
 
 void ReadingPane::Print() {
-  PrintMessagePage(context_, window(), host_, PrintPage(opened_.model, body_->HtmlInFront()));
+  PrintMessagePage(context_, window(), host_, opened_.model, body_->HtmlInFront());
 }
 
 void ReadingPane::Mark() {
