@@ -2687,10 +2687,6 @@ Open it?</translation>
         <translation>Not received automatically, since the password is not known. Press Send and receive to enter it.</translation>
     </message>
     <message>
-        <source>「%1」を開くプログラムがありません。</source>
-        <translation>There is no program that opens &quot;%1&quot;.</translation>
-    </message>
-    <message>
         <source>送信サーバーのユーザー名に使えない文字があります。</source>
         <translation>The user name of the outgoing server holds characters that cannot be used.</translation>
     </message>
@@ -3943,7 +3939,7 @@ The place that is asked: %1</translation>
     </message>
     <message>
         <source>%1通</source>
-        <translation>%1 messages</translation>
+        <translation>Messages: %1</translation>
     </message>
     <message>
         <source>
@@ -4054,6 +4050,38 @@ and what was erased is not received again.</translation>
     <message>
         <source>---- 転送するメッセージ ----</source>
         <translation>---- Forwarded message ----</translation>
+    </message>
+    <message>
+        <source>名前を入力して選びます。</source>
+        <translation>Type a name to choose</translation>
+    </message>
+    <message>
+        <source>本文中の画像 %1個</source>
+        <translation>Images in the text: %1</translation>
+    </message>
+    <message>
+        <source>すべて保存(&amp;V)..</source>
+        <translation>Save &amp;All..</translation>
+    </message>
+    <message>
+        <source>%1個の添付ファイルを「%2」に保存しました。</source>
+        <translation>Saved %1 attachments to “%2”.</translation>
+    </message>
+    <message>
+        <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
+        <translation>There is no program that opens “%1”. Save it to a file?</translation>
+    </message>
+    <message>
+        <source>同じアドレスのアカウントのうち、送信に使うものにします。</source>
+        <translation>Of the accounts with the same address, this one sends.</translation>
+    </message>
+    <message>
+        <source>起動したときに、このフォルダを開きます。</source>
+        <translation>This folder is opened when the program starts.</translation>
+    </message>
+    <message>
+        <source>メッセージの相手を登録するときに、このアドレスブックに登録します。</source>
+        <translation>Correspondents of messages are added to this address book.</translation>
     </message>
 </context>
 </TS>

@@ -36,6 +36,7 @@ void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
   WindowRequest::SetShow(*bag, request.show);
   WindowRequest::SetAfter(*bag, QStringLiteral("dummy"));
   PageRequest::Begin(*bag, request.url, request.local, request.exec);
+  if (!request.title.isEmpty()) PageRequest::SetTitle(*bag, request.title);
   Post(bag);
 }
 

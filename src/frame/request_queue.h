@@ -28,6 +28,7 @@ struct BrowserRequest {
   bool local = false;
   RequestShow show = kShowModeless;
   QString exec;
+  QString title;
 };
 
 /// The requests that wait to be executed, first in, first out. Nobody opens a window by himself:

@@ -50,6 +50,7 @@ QString BookLines(const Disk& book) {
 Result<DiskPtr> MakeAddressBook(Context& context) {
   auto book = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*book, object_type::kBook, Ui::tr("アドレスブック"));
+  AnyObject::SetEnabled(*book, true);
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *book);
   if (!saved) return saved.Error();
   context.Objects.Add(book);

@@ -1,6 +1,7 @@
 #include "mail/open_message.h"
 
 #include "mail/codec/flag_string.h"
+#include "mail/codec/inline_images.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
 #include "mail/codec/signature.h"
@@ -124,6 +125,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  opened.shownImages = ShownImages(message.source, message.contentIndex, message.charset);
   if (mode == OpenMode::Show && !message.isWritten) {
     opened.calendar = GetMessageCalendar(message.source, message.contentIndex, message.charset);
     opened.signature = SignatureWords(

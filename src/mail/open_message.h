@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <optional>
 
@@ -19,7 +20,8 @@ struct OpenedMessage {
   MessageModel model;
   /// The code in use: that of reading, and of writing for a message that is edited.
   CharsetChoice charset = CharsetChoice::Automatic;
-  QString html;       ///< the HTML part as it was written; null when there is none
+  QString html;                 ///< the HTML part as it was written; null when there is none
+  QSet<qsizetype> shownImages;  ///< those that it shows (`ShownImages`)
   QString calendar;   ///< of a received message, what appointment it holds; null when it has none
   QString signature;  ///< of a received message, how it is signed, in words; empty when it is not
   QByteArray source;  ///< as stored, for the attachments that are taken over

@@ -14,4 +14,8 @@ void AnyObject::Begin(Disk& bag, const QString& type, const QString& name, const
   bag.Let(kParent, QString());
 }
 
+QDateTime AnyObject::Saved() const {
+  return QDateTime::fromString(bag_.Text(kSaved), QStringLiteral("yyyy/MM/dd H:mm:ss"));
+}
+
 }  // namespace vorn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include "storage/disk.h"
@@ -35,6 +36,8 @@ class AnyObject {
   QString Parent() const { return bag_.Text(kParent); }
   bool IsDefault() const { return bag_.Flag(kDefault); }
   bool IsEnabled() const { return bag_.Flag(kEnabled); }
+  /// When it was saved last, to the second; invalid for one that has not been.
+  QDateTime Saved() const;
   /// One of those that come with a profile, which cannot be deleted.
   bool IsSystem() const { return bag_.Flag(kSystem); }
 
@@ -46,6 +49,7 @@ class AnyObject {
   static inline const QString kParent = QStringLiteral("Parent");
   static inline const QString kDefault = QStringLiteral("Default");
   static inline const QString kEnabled = QStringLiteral("Enabled");
+  static inline const QString kSaved = QStringLiteral("DayTime");
   static inline const QString kSystem = QStringLiteral("System");
 
   const Disk& bag_;

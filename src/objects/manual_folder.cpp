@@ -11,6 +11,7 @@ namespace vorn {
 Result<QString> MakeManualFolder(Context& context, const QString& name) {
   const auto folder = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*folder, object_type::kFolder, name);
+  AnyObject::SetEnabled(*folder, true);
   FolderObject::SetFilledByHand(*folder, true);
   FolderObject::SetConditions(*folder, false, {}, {});
   const QString fault = ValidateObject(context.Objects, *folder);

@@ -94,7 +94,7 @@ void PageChange::EndLoading() {
   replaced_ = {};
   queue_.EndLoading();
   // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
-  queue_.RunFirst(QString::fromUtf8(kPageScript));
+  queue_.RunFirst(PageScript());
   const QString place = isPage_ ? place_.ForLoading() : QString();
   if (!place.isEmpty()) {
     queue_.RunFirst(OnPage(QStringLiteral("restore(...%1)").arg(place)),

@@ -33,6 +33,10 @@ class PageRequest {
   bool IsForPrinting() const { return IsForPrinting(*bag_); }
   static bool IsForPrinting(const Disk& bag) { return bag.Text(kExec) == kPrint; }
 
+  /// What names a file that is printed to.
+  QString Title() const { return bag_->Text(kTitle); }
+  static void SetTitle(Disk& bag, const QString& title);
+
   /// Where the engine reads the page; empty when the program's own words are shown.
   QString Url() const { return bag_->Text(kUrl); }
   void SetUrl(const QString& url) { bag_->Let(kUrl, url); }
@@ -70,6 +74,7 @@ class PageRequest {
   static inline const QString kUrl = QStringLiteral("url");
   static inline const QString kLocal = QStringLiteral("local");
   static inline const QString kExec = QStringLiteral("exec");
+  static inline const QString kTitle = QStringLiteral("title");
   static inline const QString kPage = QStringLiteral("Page");
   static inline const QString kSearch = QStringLiteral("search");
   static inline const QString kBefore = QStringLiteral("before");
@@ -86,6 +91,10 @@ inline void PageRequest::Begin(Disk& bag, const QString& url, bool isLocal, cons
   bag.Let(kUrl, url);
   bag.Let(kLocal, isLocal);
   bag.Let(kExec, exec);
+}
+
+inline void PageRequest::SetTitle(Disk& bag, const QString& title) {
+  bag.Let(kTitle, title);
 }
 
 }  // namespace vorn

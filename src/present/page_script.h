@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "storage/ui.h"
+
 namespace vorn {
 
 /// A script that calls a function of `vorn`, below; it gives nothing where a page could not be
@@ -182,8 +184,19 @@ inline constexpr char kPageScript[] = R"js(
   };
   listen('dragstart', event => {
     const index = rowAt(event.target);
-    if (index < 0 || event.dataTransfer.types.includes('text/uri-list')) return;
-    event.dataTransfer.setData('text/uri-list', 'preview:' + encodeURIComponent(rows[index].id));
+    if (index < 0) return;
+    const dragged = event.dataTransfer;
+    if (!dragged.types.includes('text/uri-list')) {
+      dragged.setData('text/uri-list', 'preview:' + encodeURIComponent(rows[index].id));
+    }
+    // Beside the pointer, where the row, or its link, would lie over what it is dropped on.
+    const label = Document.prototype.createElement.call(document, 'div');
+    label.textContent = '%MESSAGES%'.replace('%1', chosen.has(rows[index].id) ? chosen.size : 1);
+    label.style.cssText = 'position: fixed; top: 0; left: -999px; padding: 2px 8px; font: 13px sans-serif;' +
+        ' color: white; background: rgb(48,96,192); border-radius: 4px; white-space: nowrap';
+    all('html')[0].appendChild(label);
+    dragged.setDragImage(label, -16, -4);
+    setTimeout(() => label.remove());  // it is drawn before that
   });
   listen('dblclick', event => {
     if (event.button === 0 && rowAt(event.target) >= 0) tell('twice', rowAt(event.target));
@@ -389,5 +402,10 @@ inline constexpr char kPageScript[] = R"js(
   if (window.vornPlace) vorn.restore(...window.vornPlace);
 })()
 )js";
+
+/// It says words of the program's own in the user's language.
+inline QString PageScript() {
+  return QString::fromUtf8(kPageScript).replace(QStringLiteral("%MESSAGES%"), Ui::tr("%1通"));
+}
 
 }  // namespace vorn

@@ -8,11 +8,14 @@
 
 #include "mail/attachment_files.h"
 #include "mail/codec/content_index.h"
+#include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/codec/message_date.h"
+#include "mail/codec/message_index.h"
 #include "mail/date_line.h"
 #include "mail/file_kind.h"
 #include "mail/print_page.h"
+#include "objects/settings.h"
 #include "storage/time_text.h"
 #include "support/test_profile.h"
 
@@ -227,6 +230,38 @@ TEST(InlineImagesTest, PicturesOfTheMessageAreShownAndOthersLeft) {
   EXPECT_EQ(WithInlineImages(QStringLiteral("<img src='CID:p%40x'> <img src=\"cid:s\"> cid:none."),
                              source, index),
             QStringLiteral("<img src='data:image/png;base64,AAEC'> <img src=\"cid:s\"> cid:none."));
+}
+
+// A picture is no file of the message's where its reader sees it in the text, and only there.
+TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
+  const QByteArray gif = "R0lGODlhAgACAAAAACwAAAAAAgACAAACAUQAOw==";
+  const auto message = [](const QByteArray& html, const QByteArray& part) {
+    return "Content-Type: multipart/related; boundary=b\r\n\r\n--b\r\nContent-Type: "
+           "text/html\r\n\r\n" +
+           html +
+           "\r\n--b\r\nContent-Type: image/gif; name=a.gif\r\nContent-ID: <p@x>\r\n"
+           "Content-Transfer-Encoding: base64\r\n\r\n" +
+           part + "\r\n--b--\r\n";
+  };
+  const auto isMarked = [&](const QByteArray& source) {
+    const MessageIndex index = IndexMessage(source, {}, {DefaultTextTypes(), false, true});
+    const bool isShown = ShownImages(source, index.content, CharsetChoice::Automatic).size() == 1;
+    const bool marked = GetFlagChar(index.flags, kFlagAttachment, {}) == u"1";
+    EXPECT_NE(isShown, marked) << source.toStdString();
+    return marked;
+  };
+  for (const char* html : {"<p><img src='CID:p%40x' style='width:10px;border-width:0'>",
+                           "<table width=1%><td style='line-height:0'><img src=cid:p@x>"}) {
+    EXPECT_FALSE(isMarked(message(html, gif))) << html;
+  }
+  for (const char* html :
+       {"text", "<a href=cid:p@x>a</a>", "<!-- <img src=cid:p@x> -->", "<img src=cid:other>",
+        "<div style='display: none'><p><img src=cid:p@x>", "<img src=cid:p@x width=1>",
+        "<div style='max-height:0px;overflow:hidden'><img src=cid:p@x>",
+        "<img src=cid:p@x style='position:absolute;left:-999px'>"}) {
+    EXPECT_TRUE(isMarked(message(html, gif))) << html;
+  }
+  EXPECT_TRUE(isMarked(message("<img src=cid:p@x>", "JVBERi0xLjQK"))) << "it is no picture";
 }
 
 TEST(DateLineTest, TheSendersClockIsShownAndWhatItIsOffBy) {

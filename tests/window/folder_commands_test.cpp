@@ -14,7 +14,9 @@
 #include "mail/message_filing.h"
 #include "mail/message_rows.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
+#include "objects/save_object.h"
 #include "objects/window/objects_window.h"
 #include "storage/databases.h"
 #include "window/folder_page_fixture.h"
@@ -24,15 +26,15 @@ namespace {
 
 using test::Child;
 
-// Answers the next window that asks for a text, which follows another one at once.
-void AnswerText(const QString& text) {
+// Accepts the text that the next window, which follows a tree at once, proposes.
+void AcceptText(const QString& text) {
   auto* watch = new QTimer(qApp);
   QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
     auto* asks = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget());
-    if (asks == nullptr || !Child<QLineEdit>(*asks, u"Text1").isVisible()) return;
+    if (asks == nullptr || Child<QTreeWidget>(*asks, u"TreeView1").isVisible()) return;
     watch->stop();
     watch->deleteLater();
-    Child<QLineEdit>(*asks, u"Text1").setText(text);
+    EXPECT_EQ(Child<QLineEdit>(*asks, u"Text1").text(), text);
     asks->cmOk_Click();
   });
   watch->start(20);
@@ -193,26 +195,32 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   OpenFolder(QString::fromUtf16(kShelf));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
   EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
-  // The whole choice is dragged by one of its messages.
+  // The whole choice is dragged by one of its messages, which the pointer says.
+  EXPECT_EQ(Script(QStringLiteral(
+                "document.querySelector('[draggable]').dispatchEvent(new DragEvent('dragstart', "
+                "{bubbles: true, dataTransfer: new DataTransfer})), "
+                "document.documentElement.lastChild.innerText")),
+            QStringLiteral("2通"));
   Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
   EXPECT_TRUE(dusted(Ids({1, 4})));
   MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
   EXPECT_TRUE(dusted({})) << "with the others that are chosen";
-  // Into a folder that is made for them.
+  // Into a folder that is made for them, which is not the one that was chosen before.
   OpenFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   FocusPage();
   Press(Qt::Key_Down);
   InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
                          [](ConsoleWindow& window) {
-                           AnswerText(QStringLiteral(" 済み "));
-                           test::Press(Child<QPushButton>(window, u"cmAnother"));
+                           AcceptText(QStringLiteral("Done"));
+                           QTest::keyClicks(window.focusWidget(), QStringLiteral(" Done "));
+                           QTest::keyClick(window.focusWidget(), Qt::Key_Return);
                          });
   const auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   ASSERT_TRUE(WaitFor(
-      [tree] { return !tree->findItems(QStringLiteral("済み"), Qt::MatchRecursive).isEmpty(); }));
+      [tree] { return !tree->findItems(QStringLiteral("Done"), Qt::MatchRecursive).isEmpty(); }));
   const DiskPtr made =
-      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("済み"));
+      FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("Done"));
   ASSERT_NE(made, nullptr);
   OpenFolder(made->SerialID());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
@@ -311,6 +319,27 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
         dialog.accept();
       }));
   EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: b@example.jp\r\nTO: a@example.jp"));
+  // Unless one is the default.
+  AnyObject::SetDefault(*second, true);
+  second->Let(QStringLiteral("Addressbook"), QString());
+  program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")});
+  EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: a@example.jp"));
+}
+
+TEST_F(FolderCommandsTest, TheDefaultFolderMarkedLastIsOpenAtTheStart) {
+  Begin(1, 100);
+  for (const QString& folder :
+       {fixed_serial::kOutbox, QString::fromUtf16(kShelf), fixed_serial::kDust}) {
+    Disk& object = *program_->GetContext().Objects.Find(folder);
+    AnyObject::SetDefault(object, folder != fixed_serial::kDust);
+    ASSERT_TRUE(SaveObject(program_->GetContext(), DatabaseKind::Profile, object));
+    QTest::qWait(1100);  // the time is kept in seconds
+  }
+  EndProgram();
+  StartProgram();
+  LogInWith(QString());
+  EXPECT_TRUE(WaitFor(
+      [this] { return Browser() != nullptr && Browser()->Tag() == QString::fromUtf16(kShelf); }));
 }
 
 TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QBuffer>
+#include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QFileDialog>
@@ -156,6 +157,45 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
   QTest::keyClick(&list, Qt::Key_Delete);
   ASSERT_EQ(list.count(), 1);
   EXPECT_EQ(list.Attachments()[0].name, QStringLiteral("三.txt"));
+}
+
+TEST_F(MessageWindowTest, AllAttachmentsAreSavedBesideWhatIsThereExceptOneThatFails) {
+  MessageWindow& window = New();
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  const QString out = folder_.filePath(QStringLiteral("all"));
+  QDir().mkpath(out);
+  const QString gone = File("gone.txt", "0");
+  list.AddFiles({gone, File("all/a.txt", "1"), File("a.txt", "2")});
+  QFile::remove(gone);
+  QString told;
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      const QList<QAction*> entries = menu->actions();
+      const auto all = std::find_if(entries.begin(), entries.end(), [](const QAction* entry) {
+        return entry->text().startsWith(QStringLiteral("すべて保存"));
+      });
+      menu->setActiveAction(*all);
+      // Its own time would not come again before this has returned.
+      QTimer::singleShot(0, menu, [menu] { QTest::keyClick(menu, Qt::Key_Return); });
+    } else if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      dialog->setDirectory(out);
+      QMetaObject::invokeMethod(dialog, "accept");
+    } else if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      told = box->text();
+      box->button(QMessageBox::Ok)->click();
+    }
+  });
+  answer.start(50);
+  QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, list.mapToGlobal(QPoint()));
+  QApplication::sendEvent(list.viewport(), &asked);
+  ASSERT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+  EXPECT_TRUE(told.contains(u"gone.txt") && !told.contains(u"a.txt\n")) << qPrintable(told);
+  EXPECT_EQ(QDir(out).entryList(QDir::Files),
+            QStringList({QStringLiteral("a (2).txt"), QStringLiteral("a (3).txt"),
+                         QStringLiteral("a.txt")}));
+  EXPECT_EQ(test::ReadFile(out + QStringLiteral("/a (3).txt")), "2");
+  EXPECT_TRUE(window.findChild<QStatusBar*>()->currentMessage().startsWith(u'2'));
 }
 
 // Stands for the system's program that opens files.
@@ -481,7 +521,9 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
         const BrowserWindow* printed = pages.value(0);
         ASSERT_NE(printed, nullptr);
         EXPECT_TRUE(text(printed).contains(u"first line")) << qPrintable(text(printed));
-        Child<QLineEdit>(dialog, u"filename").setText(path);
+        auto& file = Child<QLineEdit>(dialog, u"filename");
+        EXPECT_EQ(QFileInfo(file.text()).fileName(), QStringLiteral("hello.pdf"));
+        file.setText(path);
         QMetaObject::invokeMethod(&dialog, "accept");
       }));
   ASSERT_TRUE(WaitFor([&path] {
@@ -496,6 +538,14 @@ TEST_F(MessageWindowTest, AMessageIsPrintedToAFile) {
   }));
   EXPECT_TRUE(frame->isMaximized());
   EXPECT_FALSE(program_->Parent()->isActiveWindow());
+  const QString next = File("hello.pdf", "mine");  // where the last one went
+  EXPECT_TRUE(InModal<QPrintDialog>([&] { Menu(window, u"menuFiles").actions()[6]->trigger(); },
+                                    [&](QPrintDialog& dialog) {
+                                      EXPECT_EQ(Child<QLineEdit>(dialog, u"filename").text(),
+                                                QString(next).replace(QStringLiteral(".pdf"),
+                                                                      QStringLiteral(" (2).pdf")));
+                                      dialog.reject();
+                                    }));
 }
 
 }  // namespace

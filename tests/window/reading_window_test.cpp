@@ -10,6 +10,7 @@
 
 #include "kit/window/cascade.h"
 #include "mail/codec/text_encoding.h"
+#include "mail/window/attachment_list.h"
 #include "objects/settings.h"
 #include "window/message_window_fixture.h"
 
@@ -36,6 +37,33 @@ TEST_F(MessageWindowTest, ReadersSeeTheDateAndWindowsStandWhereTheyStood) {
   MessageWindow& again = Open(serial);
   EXPECT_EQ(again.size(), QSize(600, 500));
   EXPECT_EQ(again.pos(), QPoint(20, 30));
+}
+
+TEST_F(MessageWindowTest, PicturesInTheTextStandInOneEntryWhileTheyAreSeen) {
+  const MessageWindow& window = OpenStored(
+      "Subject: s\r\nContent-Type: multipart/related; boundary=b\r\n\r\n--b\r\n"
+      "Content-Type: text/html\r\n\r\n<img src=cid:p>\r\n--b\r\nContent-Type: image/gif; "
+      "name=a.gif\r\nContent-ID: <p>\r\nContent-Transfer-Encoding: base64\r\n\r\n"
+      "R0lGODlhAgACAAAAACwAAAAAAgACAAACAUQAOw==\r\n--b\r\nContent-Type: text/csv; "
+      "name=b.csv\r\n\r\n1\r\n--b--\r\n",
+      4);
+  auto& list = Child<AttachmentList>(window, u"lvClip");
+  auto& tabs = Child<QTabWidget>(window, u"tsBody");
+  const auto texts = [&list] {
+    QStringList names;
+    for (int i = 0; i < list.count(); ++i) names.append(list.item(i)->text().section(u'（', 0, 0));
+    return names.join(u',');
+  };
+  tabs.setCurrentIndex(1);
+  EXPECT_TRUE(texts().endsWith(QStringLiteral("b.csv,本文中の画像 1個"))) << qPrintable(texts());
+  list.setCurrentRow(list.count() - 1);
+  list.OpenCurrent();
+  EXPECT_TRUE(texts().endsWith(QStringLiteral("b.csv,a.gif"))) << qPrintable(texts());
+  tabs.setCurrentIndex(0);
+  tabs.setCurrentIndex(1);
+  EXPECT_TRUE(texts().endsWith(QStringLiteral("画像 1個")));
+  tabs.setCurrentIndex(0);
+  EXPECT_TRUE(texts().endsWith(QStringLiteral("a.gif")));
 }
 
 // Also where nothing or something wrong says in which code it is.

@@ -1,7 +1,9 @@
 #include "auxiliary/window/console_window.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QHash>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -48,6 +50,8 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   list_->setObjectName(QStringLiteral("ListView1"));
   connect(tree_, &QTreeWidget::itemDoubleClicked, this, &ConsoleWindow::cmOk_Click);
   tree_->installEventFilter(this);
+  text_->installEventFilter(this);
+  connect(text_, &QLineEdit::textEdited, this, &ConsoleWindow::FindNode);
 
   // The position as a number, which can be typed as well.
   auto* number = new QSpinBox;
@@ -66,7 +70,8 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
   another_ = buttons->addButton(QString(), QDialogButtonBox::ActionRole);
   another_->setObjectName(QStringLiteral("cmAnother"));
-  connect(another_, &QPushButton::clicked, this, [this] { End(kAnotherWanted); });
+  connect(another_, &QPushButton::clicked, this,
+          [this] { End(QString(kAnotherWanted + text_->text().trimmed())); });
   connect(buttons, &QDialogButtonBox::accepted, this, &ConsoleWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &ConsoleWindow::reject);
 
@@ -87,7 +92,30 @@ bool ConsoleWindow::eventFilter(QObject* watched, QEvent* event) {
       if (tree_->selectedItems().isEmpty()) tree_->setCurrentItem(nullptr);
     });
   }
-  return false;
+  const bool isKey = watched == text_ && event->type() == QEvent::KeyPress;
+  return isKey && mode_ == u"treeview" && PassOn(*static_cast<QKeyEvent*>(event));
+}
+
+// The keys that go from node to node do so while the name is typed.
+bool ConsoleWindow::PassOn(QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      return QApplication::sendEvent(tree_, &key);
+    default:
+      return false;
+  }
+}
+
+// What is none of the names chooses nothing, so that Enter does not take what was chosen before.
+void ConsoleWindow::FindNode(const QString& typed) {
+  if (mode_ != u"treeview") return;
+  const QString name = typed.trimmed();
+  const auto exact = tree_->findItems(name, Qt::MatchFixedString | Qt::MatchRecursive);
+  const auto begun = tree_->findItems(name, Qt::MatchStartsWith | Qt::MatchRecursive);
+  tree_->setCurrentItem(name.isEmpty() ? nullptr : exact.value(0, begun.value(0)));
 }
 
 void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
@@ -95,12 +123,13 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
   mode_ = request->Text(u"Mode", QStringLiteral("text"));
   setWindowTitle(request->Text(u"Title"));
   label_->setText(request->Text(u"Caption", Ui::tr("設定値を入力してください。")));
-  text_->setVisible(mode_ == u"text");
   sliderFrame_->setVisible(mode_ == u"slider");
   tree_->setVisible(mode_ == u"treeview");
   list_->setVisible(mode_ == u"listview");
   another_->setText(request->Text(u"Another"));
-  another_->setVisible(!another_->text().isEmpty());
+  const bool takesAnother = !another_->text().isEmpty();
+  another_->setVisible(takesAnother);
+  text_->setVisible(mode_ == u"text" || takesAnother);
   const QString initial = request->Text(u"Default");
   if (mode_ == u"text") {
     const QString mask = request->Text(u"PasswordChar");
@@ -119,7 +148,8 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
     slider_->setFocus();
   } else if (mode_ == u"treeview") {
     FillTree(request->Text(u"draw"), initial);
-    tree_->setFocus();
+    text_->setPlaceholderText(Ui::tr("名前を入力して選びます。"));
+    takesAnother ? text_->setFocus() : tree_->setFocus();
   } else if (mode_ == u"listview") {
     list_->setSelectionMode(request->Flag(u"MultiSelect") ? QAbstractItemView::ExtendedSelection
                                                           : QAbstractItemView::SingleSelection);
@@ -170,7 +200,9 @@ QVariant ConsoleWindow::Answer() const {
   if (mode_ == u"treeview") {
     // The focus alone chooses nothing.
     const QList<QTreeWidgetItem*> chosen = tree_->selectedItems();
-    return chosen.isEmpty() ? QString() : chosen.first()->data(0, Qt::UserRole).toString();
+    if (!chosen.isEmpty()) return chosen.first()->data(0, Qt::UserRole);
+    const QString name = text_->text().trimmed();
+    return name.isEmpty() ? QString() : kAnotherWanted + name;
   }
   QStringList keys;
   for (int row = 0; row < list_->count(); ++row) {

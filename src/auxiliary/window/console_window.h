@@ -32,6 +32,8 @@ class ConsoleWindow : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  bool PassOn(QKeyEvent& key);
+  void FindNode(const QString& typed);
   void FillTree(const QString& draw, const QString& key);
   void FillList(const QString& entries, const QString& chosen);
   QVariant Answer() const;
@@ -62,7 +64,9 @@ std::optional<QString> InputSlider(Context& context, QWidget* parent, const QStr
                                    const QString& caption, qint32 position, qint32 step,
                                    qint32 minimum, qint32 maximum);
 /// `draw` filters the objects of the tree (see `SelectObjects`). With a text for it there is a
-/// button that asks for an object not yet in the tree, for which the answer is `kAnotherWanted`.
+/// button that asks for an object not yet in the tree, and a box in which a name is typed that
+/// chooses one. For the button, and for a name that none has, the answer is `kAnotherWanted` with
+/// what was typed behind it.
 inline const QString kAnotherWanted = QStringLiteral("+");
 std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& draw,

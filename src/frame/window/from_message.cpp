@@ -7,6 +7,7 @@
 #include "mail/message_likeness.h"
 #include "mail/message_rows.h"
 #include "objects/any_object.h"
+#include "objects/default_object.h"
 #include "objects/object_types.h"
 #include "objects/search_condition.h"
 #include "storage/databases.h"
@@ -40,8 +41,10 @@ std::optional<StoredText> ReadMessage(Context& context, QWidget& window, const Q
   return std::nullopt;
 }
 
-// Null when the user declines, or there is none and none can be made, which is told.
+// The default one, or else the one that the user chooses. Null when he declines, or there is none
+// and none can be made, which is told.
 DiskPtr ChooseBook(Context& context, QWidget& window) {
+  if (const DiskPtr book = DefaultObject(context.Objects, object_type::kBook)) return book;
   const QList<DiskPtr> books = AddressBooks(context);
   if (books.size() == 1) return books.first();
   if (books.isEmpty()) {

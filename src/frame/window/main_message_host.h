@@ -40,7 +40,9 @@ class MainMessageHost : public MessageHost {
   void PostMail(const MailRequest& request) override {
     parts_.opener.Queue().PostMailRequest(request);
   }
-  void PrintPageFile(const QString& path) override { parts_.opener.PrintPageFile(path); }
+  void PrintPageFile(const QString& path, const QString& title) override {
+    parts_.opener.PrintPageFile(path, title);
+  }
   QString NeighbourMessage(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }

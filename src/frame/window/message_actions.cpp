@@ -66,15 +66,16 @@ QString MessageActions::AskFolder() {
   const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
                               QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
-  if (into == kAnotherWanted) return MakeFolder(ask);
+  if (into && into->startsWith(kAnotherWanted)) {
+    return MakeFolder(ask, into->sliced(kAnotherWanted.size()));
+  }
   if (into && into->isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
   return into.value_or(QString());
 }
 
-QString MessageActions::MakeFolder(const QString& caption) {
-  QString name;
+QString MessageActions::MakeFolder(const QString& caption, QString name) {
   while (true) {
     name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name)
                .value_or(QString())

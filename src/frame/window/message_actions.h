@@ -44,7 +44,7 @@ class MessageActions {
  private:
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
-  QString MakeFolder(const QString& caption);
+  QString MakeFolder(const QString& caption, QString name = {});
   QStringList File(const QStringList& messages, const QString& into, const QString& from,
                    const QString& shownIn);
   void Unfile(const QStringList& added, const QString& into, const QStringList& removed,

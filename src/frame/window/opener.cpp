@@ -63,13 +63,14 @@ void Opener::OpenWebPage(const QString& url) {
   queue_.PostBrowserRequest(request);
 }
 
-void Opener::PrintPageFile(const QString& path) {
+void Opener::PrintPageFile(const QString& path, const QString& title) {
   BrowserRequest request;
   request.serialId = context_.Data.NewSerialID();
   request.url = path;
   request.local = true;
   request.show = kShowHidden;
   request.exec = PageRequest::kPrint;
+  request.title = title;
   queue_.PostBrowserRequest(request);
 }
 

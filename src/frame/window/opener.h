@@ -41,7 +41,7 @@ class Opener {
   /// Opens a web page in a window of its own, or in the user's own browser.
   void OpenWebPage(const QString& url);
   /// Prints a page file without showing it.
-  void PrintPageFile(const QString& path);
+  void PrintPageFile(const QString& path, const QString& title);
   /// `tag` is the object's type; `show`, `after` and `event` as the request has them.
   void OpenObject(const QString& key, const QString& tag, RequestShow show, const QString& after,
                   const QString& event = {});

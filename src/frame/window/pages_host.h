@@ -12,7 +12,8 @@ class PagesHost : public BrowserHost {
  public:
   PagesHost(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
             Opener& opener, MessageHost& messages, MainStatusBar& status)
-      : window_(window),
+      : context_(context),
+        window_(window),
         panes_(panes),
         windows_(windows),
         opener_(opener),
@@ -30,13 +31,14 @@ class PagesHost : public BrowserHost {
   }
   BrowserWindow* NewBrowserWindow() override { return windows_.NewBrowser(); }
   BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) override;
-  bool ChoosePrinter(QPrinter& printer) override;
+  bool ChoosePrinter(QPrinter& printer, const QString& title) override;
   MessageHost& Messages() override { return messages_; }
   void Tell(const QString& sentence) override;
   void BrowserOpened() override;
   void BrowserClosed() override;
 
  private:
+  Context& context_;
   QWidget& window_;
   FolderPanes& panes_;
   RequestWindows& windows_;

@@ -21,6 +21,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
+#include "objects/default_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
@@ -133,7 +134,8 @@ void ParentWindow::LoadDefaultProperty() {
   panes_->Tree().Fill();
   ApplySettings();
   ArrangeWindows();
-  opener_.OpenFolder(fixed_serial::kInbox);
+  const DiskPtr folder = DefaultObject(context_.Objects, object_type::kFolder);
+  opener_.OpenFolder(folder == nullptr ? fixed_serial::kInbox : folder->SerialID());
   changes_.CountSoon();
   const bool isMaximized = WasMaximized(context_, objectName());
   QTimer::singleShot(0, this, [this, isMaximized] {

@@ -3,16 +3,21 @@
 #include <QHash>
 #include <QRegularExpression>
 #include <QUrl>
+#include <vector>
 
+#include "mail/codec/html_tree.h"
 #include "mail/codec/mime_codec.h"
+#include "mail/codec/picture_head.h"
+#include "mail/codec/text_extraction.h"
 
 namespace vorn {
 namespace {
 
 constexpr qsizetype kMostCharacters = 48 << 20;
+constexpr qint64 kMostPixelsShown = 40'000'000;  // as where the page is made harmless
 
 // The image parts by their Content-ID, without its brackets.
-QHash<QString, MimeCodec::ContentRecord> ImagesById(const QByteArray& source,
+QHash<QString, MimeCodec::ContentRecord> ImagesById(QByteArrayView source,
                                                     const QString& contentIndex) {
   const QByteArrayView name = "Content-ID:";
   QHash<QString, MimeCodec::ContentRecord> images;
@@ -30,7 +35,88 @@ QHash<QString, MimeCodec::ContentRecord> ImagesById(const QByteArray& source,
   return images;
 }
 
+QString IdIn(QStringView address) {
+  return QUrl::fromPercentEncoding(address.toUtf8());
+}
+
+QByteArray ValueOf(const GumboElement& element, const char* name) {
+  const GumboAttribute* attribute = gumbo_get_attribute(&element.attributes, name);
+  return attribute == nullptr ? QByteArray() : QByteArray(attribute->value).trimmed().toLower();
+}
+
+bool IsNothing(QByteArray length) {
+  if (length.endsWith("px")) length.chop(2);
+  return length == "0" || length == "1";
+}
+
+// Whether what is in the element may not be seen; a picture in doubt counts as a file.
+bool IsOutOfSight(const GumboElement& element) {
+  if (element.tag == GUMBO_TAG_TEMPLATE || element.tag == GUMBO_TAG_NOSCRIPT) return true;
+  if (gumbo_get_attribute(&element.attributes, "hidden") != nullptr) return true;
+  if (IsNothing(ValueOf(element, "width")) || IsNothing(ValueOf(element, "height"))) return true;
+  for (const QByteArray& declaration : ValueOf(element, "style").split(';')) {
+    const qsizetype colon = declaration.indexOf(':');
+    const QByteArray name = declaration.left(colon).trimmed();
+    const QByteArray value = declaration.mid(colon + 1).trimmed();
+    const bool isSize = name.endsWith("width") || name.endsWith("height");
+    if (isSize && !name.startsWith("border") && !name.startsWith("line") &&
+        !name.startsWith("min") && IsNothing(value)) {
+      return true;
+    }
+    if (name == "display" && value.startsWith("none")) return true;
+    if (name == "position" && value != "relative" && value != "static") return true;
+    for (const char* hiding : {"visibility", "opacity", "clip", "transform", "filter"}) {
+      if (name.startsWith(hiding)) return true;
+    }
+  }
+  return false;
+}
+
+// The Content-IDs by which elements in sight name pictures.
+QSet<QString> NamedInSight(const GumboElement& root) {
+  QSet<QString> names;
+  std::vector<const GumboElement*> left = {&root};
+  while (!left.empty()) {
+    const GumboElement& element = *left.back();
+    left.pop_back();
+    if (IsOutOfSight(element)) continue;
+    const GumboAttribute* address = gumbo_get_attribute(&element.attributes, "src");
+    if (element.tag == GUMBO_TAG_IMG && address != nullptr) {
+      const QString name = QString::fromUtf8(address->value).trimmed();
+      if (name.startsWith(u"cid:", Qt::CaseInsensitive)) names.insert(IdIn(name.sliced(4)));
+    }
+    for (unsigned i = 0; i < element.children.length; ++i) {
+      const auto* node = static_cast<const GumboNode*>(element.children.data[i]);
+      if (node->type == GUMBO_NODE_ELEMENT) left.push_back(&node->v.element);
+    }
+  }
+  return names;
+}
+
+QByteArray PictureBytes(const MimeCodec::ContentRecord& image, QByteArrayView source) {
+  return MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(image.encoding.toLatin1()),
+                               image.first, image.last);
+}
+
 }  // namespace
+
+QSet<qsizetype> ShownImages(QByteArrayView source, const QString& contentIndex,
+                            const ReadingCode& code) {
+  const auto images = ImagesById(source, contentIndex);
+  if (images.isEmpty()) return {};
+  const QByteArray html = GetMessageHtml(source, contentIndex, code).toUtf8();
+  const auto tree = HtmlTree::Parse(html);
+  if (tree == nullptr) return {};
+  QSet<qsizetype> shown;
+  qsizetype room = kMostCharacters;
+  for (const QString& name : NamedInSight(tree->Root())) {
+    const auto image = images.find(name);
+    if (image == images.end() || (room -= 2 * image->Size()) < 0) continue;
+    const auto head = ReadPictureHead(PictureBytes(*image, source));
+    if (head && head->pixels <= kMostPixelsShown) shown.insert(image->first);
+  }
+  return shown;
+}
 
 QString WithInlineImages(const QString& html, const QByteArray& source,
                          const QString& contentIndex) {
@@ -42,16 +128,13 @@ QString WithInlineImages(const QString& html, const QByteArray& source,
   qsizetype copied = 0;
   for (auto match = reference.globalMatch(html); match.hasNext();) {
     const QRegularExpressionMatch found = match.next();
-    const auto image = images.find(QUrl::fromPercentEncoding(found.captured(1).toUtf8()));
+    const auto image = images.find(IdIn(found.captured(1)));
     if (image == images.end()) continue;
     // One image may be named in thousands of places.
     if (result.size() + image->Size() > kMostCharacters) continue;
     result += QStringView(html).mid(copied, found.capturedStart() - copied);
-    const QByteArray data =
-        MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(image->encoding.toLatin1()),
-                              image->first, image->last);
     result += QStringLiteral("data:") + image->type + QStringLiteral(";base64,") +
-              QString::fromLatin1(data.toBase64());
+              QString::fromLatin1(PictureBytes(*image, source).toBase64());
     copied = found.capturedEnd();
   }
   result += QStringView(html).mid(copied);

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
+
+#include "mail/codec/charset.h"
 
 namespace vorn {
 
@@ -10,5 +13,11 @@ namespace vorn {
 /// stay as they were named.
 QString WithInlineImages(const QString& html, const QByteArray& source,
                          const QString& contentIndex);
+
+/// Where the parts begin whose pictures stand in the text of the message's HTML: an element that
+/// nothing around it hides names them by their Content-ID, and their content is a picture, whatever
+/// they are called.
+QSet<qsizetype> ShownImages(QByteArrayView source, const QString& contentIndex,
+                            const ReadingCode& code);
 
 }  // namespace vorn

@@ -6,6 +6,7 @@
 #include "mail/codec/address.h"
 #include "mail/codec/attachments.h"
 #include "mail/codec/flag_string.h"
+#include "mail/codec/inline_images.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
@@ -40,16 +41,19 @@ QString CodeCharacter(int code) {
   return code < 0 ? QStringLiteral("*") : QString::number(code);
 }
 
-// HTML with no text beside it is the message, not a file.
+// HTML with no text beside it is the message, not a file; nor are the pictures that it shows.
 bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStringList& textTypes,
-              bool hasText) {
+              bool hasText, const QSet<qsizetype>& shown) {
   const std::vector<Attachment> attachments = ListAttachments(records, textTypes);
   const bool isHtmlAlone =
       !hasText &&
       std::any_of(attachments.begin(), attachments.end(), [](const Attachment& attachment) {
         return !attachment.record.hasName && attachment.record.type == u"text/html";
       });
-  return attachments.size() > (isHtmlAlone ? 1 : 0);
+  const auto files = std::count_if(
+      attachments.begin(), attachments.end(),
+      [&shown](const Attachment& file) { return !shown.contains(file.record.first); });
+  return files > (isHtmlAlone ? 1 : 0);
 }
 
 }  // namespace
@@ -93,7 +97,8 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
   index.addressLines = AddressLines(source, code, options.standardHeaders);
 
   const bool hasAttachments = options.standardHeaders
-                                  ? HasFiles(records, options.textTypes, texts > 0)
+                                  ? HasFiles(records, options.textTypes, texts > 0,
+                                             ShownImages(source, index.content, code))
                                   : texts != static_cast<qsizetype>(records.size());
   index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
   if (texts > 0) {

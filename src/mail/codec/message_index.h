@@ -21,7 +21,7 @@ struct IndexOptions {
   QStringList textTypes;    ///< the content types that are text
   bool hasEndMark = false;  ///< a last line of one full stop is no text
   /// "Reply-To:" counts where "Replay-To:" is missing, and the message has attachments where its
-  /// window shows some, rather than where a part is not of a text type.
+  /// window shows some beside what its HTML shows, rather than where a part is not of a text type.
   bool standardHeaders = false;
 };
 

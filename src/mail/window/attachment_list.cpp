@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QUrl>
+#include <algorithm>
+#include <utility>
 
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
@@ -65,8 +67,10 @@ AttachmentList::AttachmentList(Context& context, QWidget* parent)
 }
 
 void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
-                          bool editable) {
+                          bool editable, const QSet<qsizetype>& shownImages) {
   attachments_ = attachments;
+  shownImages_ = shownImages;
+  folded_ = 0;
   shown_.clear();
   for (const ModelAttachment& attachment : attachments_) {
     if (attachment.isNew) NoteTime(attachment.path);
@@ -77,10 +81,26 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
   Fill();
 }
 
+void AttachmentList::FoldShown(bool isHtmlInFront) {
+  const auto shown = std::stable_partition(attachments_.begin(), attachments_.end(),
+                                           [this](const ModelAttachment& attachment) {
+                                             return attachment.isNew || attachment.inner ||
+                                                    !shownImages_.contains(attachment.record.first);
+                                           });
+  const size_t folded = isHtmlInFront ? std::distance(shown, attachments_.end()) : 0;
+  if (std::exchange(folded_, folded) != folded) Fill();
+}
+
+// The entry of those that are folded.
+bool AttachmentList::IsFold(int row) const {
+  return folded_ > 0 && static_cast<size_t>(row) == attachments_.size() - folded_;
+}
+
 void AttachmentList::Fill() {
   clear();
   const QFileIconProvider icons;
-  for (const ModelAttachment& attachment : attachments_) {
+  for (size_t i = 0; i < attachments_.size() - folded_; ++i) {
+    const ModelAttachment& attachment = attachments_[i];
     const qint64 size = AttachmentSize(attachment, source_);
     auto* item =
         new QListWidgetItem(icons.icon(QFileIconProvider::File),
@@ -89,6 +109,7 @@ void AttachmentList::Fill() {
                             this);
     item->setToolTip(ShownToolTip(attachment.isNew ? attachment.path : attachment.type));
   }
+  if (folded_ > 0) addItem(Ui::tr("本文中の画像 %1個").arg(folded_));
 }
 
 QStringList AttachmentList::ChangedFiles() const {
@@ -175,13 +196,21 @@ void AttachmentList::AddByDialog() {
 void AttachmentList::SaveByDialog() {
   QList<int> chosen;
   for (int i = 0; i < count(); ++i) {
-    if (item(i)->isSelected()) chosen.append(i);
+    if (!item(i)->isSelected()) continue;
+    const int end = IsFold(i) ? static_cast<int>(attachments_.size()) : i + 1;
+    for (int meant = i; meant < end; ++meant) chosen.append(meant);
   }
   output_->SaveChosen(std::vector(attachments_), chosen);
 }
 
 void AttachmentList::OpenCurrent() {
-  if (currentRow() >= 0) output_->Open(At(currentRow()));
+  const int row = currentRow();
+  if (IsFold(row)) {
+    FoldShown(false);
+    setCurrentRow(row);
+  } else if (row >= 0) {
+    output_->Open(At(row));
+  }
 }
 
 // A copy: the list may show another message while the user is asked.
@@ -231,10 +260,14 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
   const QList<QListWidgetItem*> meant = selectedItems();
   menu.addAction(Ui::tr("保存(&S).."), this,
                  [this, meant] {
-                   if (meant.size() != 1) return SaveByDialog();
+                   if (meant.size() != 1 || IsFold(row(meant.first()))) return SaveByDialog();
                    output_->Save(At(row(meant.first())));
                  })
       ->setEnabled(any);
+  if (attachments_.size() > 1) {
+    menu.addAction(Ui::tr("すべて保存(&V).."), this,
+                   [this] { output_->SaveAll(std::vector(attachments_)); });
+  }
   if (HasArchive()) {
     menu.addAction(Ui::tr("中のファイルを取り出す(&X).."), this, &AttachmentList::UnpackCurrent);
   }

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QListWidget>
 #include <QMimeData>
+#include <QSet>
 #include <vector>
 
 #include "mail/message_model.h"
@@ -23,9 +24,13 @@ class AttachmentList : public QListWidget {
  public:
   explicit AttachmentList(Context& context, QWidget* parent = nullptr);
 
-  /// `source` is the stored message that the old ones stand in.
+  /// `source` is the stored message that the old ones stand in, `shownImages` those that its HTML
+  /// shows (`ShownImages`).
   void Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
-            bool editable);
+            bool editable, const QSet<qsizetype>& shownImages = {});
+  /// Whether the message's HTML is in front: the pictures that it shows stand last then, in one
+  /// entry that opens to them.
+  void FoldShown(bool isHtmlInFront);
   const std::vector<ModelAttachment>& Attachments() const { return attachments_; }
   /// The names of the added files that are not as they were when they were added, or accepted.
   QStringList ChangedFiles() const;
@@ -63,6 +68,7 @@ class AttachmentList : public QListWidget {
   void Fill();
   void NoteTime(const QString& path);
   ModelAttachment At(int row) const;
+  bool IsFold(int row) const;
   int ArchiveRow() const;
   void AddPicture(const QImage& picture);
   void Tell(const QString& text);
@@ -71,6 +77,8 @@ class AttachmentList : public QListWidget {
   std::vector<ModelAttachment> attachments_;
   QByteArray source_;
   QHash<QString, QDateTime> shown_;  // when the added files had last been changed, by path
+  QSet<qsizetype> shownImages_;
+  size_t folded_ = 0;  // how many at the end stand in one entry
   bool editable_ = false;
   WorkingFolder working_;
   AttachmentOutput* output_;

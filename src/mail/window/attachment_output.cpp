@@ -52,6 +52,20 @@ QString MidAddress(const QByteArray& source) {
          QString::fromLatin1(id.mid(1, id.size() - 2).toPercentEncoding("@"));
 }
 
+// The file appears whole or not at all.
+Result<> WriteTo(const QString& path, const ModelAttachment& attachment, const QByteArray& source) {
+  const Result<QByteArray> bytes = ReadAttachment(attachment, source);
+  if (!bytes) return bytes.Error();
+  QSaveFile file(path);
+  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit()) {
+    if (!attachment.isNew) MarkForeign(path, MidAddress(source));
+    return {};
+  }
+  return StorageError{
+      StorageError::Kind::Other,
+      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path)};
+}
+
 }  // namespace
 
 AttachmentOutput::AttachmentOutput(Context& context, WorkingFolder& working, QWidget& list)
@@ -63,10 +77,36 @@ bool AttachmentOutput::IsArchive(const ModelAttachment& attachment) const {
 }
 
 void AttachmentOutput::Save(const ModelAttachment& attachment) {
+  const QByteArray source = source_;
+  const QPointer<AttachmentOutput> self(this);
   const QString path = AskFileToSave(context_, &list_, FileTask::SaveAttachment,
                                      Ui::tr("添付ファイルの保存"), SafeFileName(attachment.name));
-  if (path.isEmpty() || !WriteTo(path, attachment)) return;
+  if (self == nullptr || path.isEmpty()) return;
+  if (const Result<> written = WriteTo(path, attachment, source); !written) {
+    return Tell(written.Error().text);
+  }
   TellDone(list_, Ui::tr("「%1」に保存しました。").arg(QDir::toNativeSeparators(path)));
+}
+
+// One that fails does not keep the others back.
+void AttachmentOutput::SaveAll(const std::vector<ModelAttachment>& attachments) {
+  const QByteArray source = source_;
+  const QPointer<AttachmentOutput> self(this);
+  const QString folder = AskFolder(context_, &list_, FileTask::SaveAttachment,
+                                   Ui::tr("添付ファイルを保存するフォルダ"));
+  if (self == nullptr || folder.isEmpty()) return;
+  QStringList faults;
+  for (const ModelAttachment& attachment : attachments) {
+    const Result<> written = WriteTo(FreePath(folder, attachment.name), attachment, source);
+    if (!written) faults.append(written.Error().text);
+  }
+  const qsizetype saved = static_cast<qsizetype>(attachments.size()) - faults.size();
+  if (saved > 0) {
+    TellDone(list_, Ui::tr("%1個の添付ファイルを「%2」に保存しました。")
+                        .arg(saved)
+                        .arg(QDir::toNativeSeparators(folder)));
+  }
+  if (!faults.isEmpty()) Tell(faults.join(u'\n'));
 }
 
 void AttachmentOutput::SaveChosen(const std::vector<ModelAttachment>& attachments,
@@ -90,36 +130,7 @@ void AttachmentOutput::SaveChosen(const std::vector<ModelAttachment>& attachment
   }
   if (saved.size() == 1) return Save(saved.front());
   if (saved.empty()) return;
-  const QString folder = AskFolder(context_, &list_, FileTask::SaveAttachment,
-                                   Ui::tr("添付ファイルを保存するフォルダ"));
-  if (folder.isEmpty()) return;
-  for (const ModelAttachment& attachment : saved) {
-    if (!WriteTo(FreePath(folder, attachment.name), attachment)) return;
-  }
-  TellSaved(saved.size(), folder);
-}
-
-void AttachmentOutput::TellSaved(size_t files, const QString& folder) {
-  TellDone(list_, Ui::tr("%1個のファイルを「%2」に保存しました。")
-                      .arg(files)
-                      .arg(QDir::toNativeSeparators(folder)));
-}
-
-// The file appears whole or not at all.
-bool AttachmentOutput::WriteTo(const QString& path, const ModelAttachment& attachment) {
-  const Result<QByteArray> bytes = ReadAttachment(attachment, source_);
-  if (!bytes) {
-    Tell(bytes.Error().text);
-    return false;
-  }
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit()) {
-    if (!attachment.isNew) MarkForeign(path, MidAddress(source_));
-    return true;
-  }
-  Tell(
-      Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));
-  return false;
+  SaveAll(saved);
 }
 
 // Asks before anything that may act.
@@ -161,15 +172,23 @@ void AttachmentOutput::Open(const ModelAttachment& attachment) {
   if (!isMessage && !MayOpen(attachment)) return;
   if (self == nullptr || source_ != source) return;
   const QString path = working_.PathFor(attachment.name);
-  if (!WriteTo(path, attachment) || !MakePrivate(path)) return;
+  if (const Result<> written = WriteTo(path, attachment, source); !written) {
+    return Tell(written.Error().text);
+  }
+  if (!MakePrivate(path)) return;
   if (isMessage) {
     Q_EMIT MessageOpened(path);
   } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
     return;
   } else if (IsArchive(attachment)) {
     Unpack(attachment);  // which needs no program
-  } else {
-    Tell(Ui::tr("「%1」を開くプログラムがありません。").arg(ShownFileName(attachment.name)));
+  } else if (ShowBox(&list_, QMessageBox::Information,
+                     Ui::tr("「%1」を開くプログラムがありません。ファイルに保存しますか？")
+                         .arg(ShownFileName(attachment.name)),
+                     QMessageBox::Save | QMessageBox::Cancel,
+                     QMessageBox::Save) == QMessageBox::Save &&
+             self != nullptr && source_ == source) {
+    Save(attachment);
   }
 }
 
@@ -178,7 +197,10 @@ void AttachmentOutput::Unpack(const ModelAttachment& archive) {
   const Unpacked unpacked =
       UnpackByDialog(context_, &list_, ReadAttachment(archive, source_).ValueOr({}), archive.name,
                      MidAddress(source_));
-  if (self != nullptr && unpacked.files > 0) TellSaved(unpacked.files, unpacked.folder);
+  if (self == nullptr || unpacked.files == 0) return;
+  TellDone(list_, Ui::tr("%1個のファイルを「%2」に保存しました。")
+                      .arg(unpacked.files)
+                      .arg(QDir::toNativeSeparators(unpacked.folder)));
 }
 
 void AttachmentOutput::Tell(const QString& text) {

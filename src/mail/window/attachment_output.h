@@ -25,6 +25,8 @@ class AttachmentOutput : public QObject {
   void SetSource(const QByteArray& source) { source_ = source; }
   bool IsArchive(const ModelAttachment& attachment) const;
   void Save(const ModelAttachment& attachment);
+  /// Saves them in the folder that the user chooses, beside what is there.
+  void SaveAll(const std::vector<ModelAttachment>& attachments);
   /// Saves those that the user chooses, of which some are chosen already.
   void SaveChosen(const std::vector<ModelAttachment>& attachments, const QList<int>& chosen);
   void Open(const ModelAttachment& attachment);
@@ -35,9 +37,7 @@ class AttachmentOutput : public QObject {
   void MessageOpened(const QString& path);
 
  private:
-  bool WriteTo(const QString& path, const ModelAttachment& attachment);
   bool MayOpen(const ModelAttachment& attachment);
-  void TellSaved(size_t files, const QString& folder);
   void Tell(const QString& text);
 
   Context& context_;

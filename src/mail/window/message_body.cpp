@@ -58,8 +58,10 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   tsBody_->setDocumentMode(true);
   tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
   tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
-  connect(tsBody_, &QTabWidget::currentChanged, this,
-          [this](int index) { index == kHtmlTab ? ShowHtml() : ShowText(); });
+  connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
+    index == kHtmlTab ? ShowHtml() : ShowText();
+    Q_EMIT FrontChanged(index == kHtmlTab);
+  });
   connect(find_, &FindBar::FindWanted, this, &MessageBody::Find);
   connect(find_, &FindBar::Closed, this, [this] { InFront()->setFocus(); });
   auto* layout = new QVBoxLayout(this);

@@ -48,6 +48,8 @@ class MessageBody : public QWidget {
  Q_SIGNALS:
   /// The text of a message that is written has changed.
   void TextEdited();
+  /// The HTML part or the text has come to the front.
+  void FrontChanged(bool isHtml);
   /// A message to a "mailto:" address is wanted.
   void MessageWanted(const QString& mailto);
 

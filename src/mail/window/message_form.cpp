@@ -155,6 +155,7 @@ void MessageForm::ConnectControls() {
   });
   connect(lvClip_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
+  connect(body_, &MessageBody::FrontChanged, lvClip_, &AttachmentList::FoldShown);
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
   connect(lvHeader_, &HeaderList::Edited, this, &MessageForm::Edited);
@@ -180,7 +181,8 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   tbMailaddress_->setVisible(isEditable);
   FitHead(isEditable ? QString() : DateLine(opened.source, document.Request().Timestamp()),
           isEditable);
-  lvClip_->Show(model.attachments, opened.source, isEditable);
+  lvClip_->Show(model.attachments, opened.source, isEditable,
+                isEditable ? QSet<qsizetype>() : opened.shownImages);
   lvClip_->setVisible(!model.attachments.empty());
   lbClip_->setVisible(!model.attachments.empty());
   const bool hasHtml = !isEditable && !opened.html.isEmpty();

@@ -22,8 +22,8 @@ class MessageHost {
   virtual void PostMail(const MailRequest& request) = 0;
   /// Opens a file that holds a message in a window of its own.
   virtual void OpenMessageFile(const QString& path) = 0;
-  /// Prints a page file, which is deleted afterwards.
-  virtual void PrintPageFile(const QString& path) = 0;
+  /// Prints a page file, which is deleted afterwards. `title` names what is made of it.
+  virtual void PrintPageFile(const QString& path, const QString& title) = 0;
   /// The message before (`step` -1) or after (1) another one in the folder that is being looked
   /// at; empty when there is none.
   virtual QString NeighbourMessage(const QString& serialId, int step) = 0;

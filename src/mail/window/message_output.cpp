@@ -9,7 +9,6 @@
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/message_document.h"
-#include "mail/print_page.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_form.h"
 #include "mail/window/message_printing.h"
@@ -58,8 +57,8 @@ void MessageOutput::SaveToFile(const QString& subject) {
 void MessageOutput::Print() {
   form_.FinishEditing();
   // What is in front is what is printed.
-  PrintMessagePage(context_, &window_, host_,
-                   PrintPage(form_.Take(document_.Model()), form_.Body().HtmlInFront()));
+  PrintMessagePage(context_, &window_, host_, form_.Take(document_.Model()),
+                   form_.Body().HtmlInFront());
 }
 
 void MessageOutput::ShowSource(const QString& subject) {

@@ -16,13 +16,14 @@
 namespace vorn {
 
 void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
-                      const QByteArray& page) {
+                      const MessageModel& model, const QString& html) {
+  const QByteArray page = PrintPage(model, html);
   const QString path = context.TempFolder + QStringLiteral("print_") + context.Data.NewSerialID() +
                        QStringLiteral(".html");
   QFile file(path);
   if (MakePrivateFolder(context.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
       file.write(page) == page.size() && file.flush()) {
-    host.PrintPageFile(path);
+    host.PrintPageFile(path, model.subject.isEmpty() ? Ui::tr("（件名なし）") : model.subject);
     return;
   }
   file.remove();
@@ -45,7 +46,7 @@ void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
       opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
           ? QString()
           : WithInlineImages(opened.html, opened.source, MailRequestBag(request).ContentIndex());
-  PrintMessagePage(context, window, host, PrintPage(opened.model, html));
+  PrintMessagePage(context, window, host, opened.model, html);
 }
 
 }  // namespace vorn

@@ -10,7 +10,6 @@
 #include "mail/codec/inline_images.h"
 #include "mail/mail_request_bag.h"
 #include "mail/message_bag.h"
-#include "mail/print_page.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_printing.h"
@@ -43,6 +42,7 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
   connect(&inSight_, &SightTimer::HasBeenSeen, this, &ReadingPane::Mark);
   connect(clips_, &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
+  connect(body_, &MessageBody::FrontChanged, clips_, &AttachmentList::FoldShown);
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
 }
@@ -122,7 +122,7 @@ void ReadingPane::Fill() {
     return !opened_.html.isEmpty() && !attachment.isNew && !attachment.record.hasName &&
            attachment.record.type == u"text/html";
   });
-  clips_->Show(opened_.model.attachments, opened_.source, false);
+  clips_->Show(opened_.model.attachments, opened_.source, false, opened_.shownImages);
   clips_->setVisible(!opened_.model.attachments.empty());
   LazyText text = opened_.model.text;
   if (opened_.unreadable) {
@@ -141,7 +141,7 @@ void ReadingPane::Fill() {
 }
 
 void ReadingPane::Print() {
-  PrintMessagePage(context_, window(), host_, PrintPage(opened_.model, body_->HtmlInFront()));
+  PrintMessagePage(context_, window(), host_, opened_.model, body_->HtmlInFront());
 }
 
 void ReadingPane::Mark() {

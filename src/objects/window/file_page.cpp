@@ -15,6 +15,21 @@ namespace {
 
 constexpr int kTreeHeight = 110;
 
+// What comes of it; nothing for a type of which none goes before the others.
+QString MeaningOfDefault(const QString& type) {
+  if (type == object_type::kProfile) {
+    return Ui::tr("最後にログインしたプロファイルが既定になります。");
+  }
+  if (type == object_type::kAccount) {
+    return Ui::tr("同じアドレスのアカウントのうち、送信に使うものにします。");
+  }
+  if (type == object_type::kFolder) return Ui::tr("起動したときに、このフォルダを開きます。");
+  if (type == object_type::kBook) {
+    return Ui::tr("メッセージの相手を登録するときに、このアドレスブックに登録します。");
+  }
+  return {};
+}
+
 }  // namespace
 
 FilePage::FilePage(const Context& context, const QString& type, const QString& serialId)
@@ -32,11 +47,12 @@ FilePage::FilePage(const Context& context, const QString& type, const QString& s
   FillTree(context, type, serialId);
   QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), Ui::tr("使用する(&U)"));
   enabled->setChecked(true);
+  enabled->setVisible(type == object_type::kAccount);  // it says nothing of the others
   QCheckBox* standard = AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
-  if (type == object_type::kProfile) {  // by a rule that goes before what is chosen here
-    standard->setEnabled(false);
-    standard->setToolTip(Ui::tr("最後にログインしたプロファイルが既定になります。"));
-  }
+  standard->setToolTip(MeaningOfDefault(type));
+  standard->setVisible(!standard->toolTip().isEmpty());
+  // By a rule that goes before what is chosen here.
+  if (type == object_type::kProfile) standard->setEnabled(false);
   QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), Ui::tr("標準のオブジェクト"));
   system->setEnabled(false);
   system->hide();

@@ -30,8 +30,8 @@ class BrowserHost {
   virtual BrowserWindow* NewBrowserWindow() = 0;
   /// The other browser window that answers to a target name; null when there is none.
   virtual BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) = 0;
-  /// Lets the user choose a printer and how to print; false when he declines.
-  virtual bool ChoosePrinter(QPrinter& printer) = 0;
+  /// Lets the user choose a printer and how to print what has that title; false when he declines.
+  virtual bool ChoosePrinter(QPrinter& printer, const QString& title) = 0;
   /// What a message that is read beside its folder's page asks for.
   virtual MessageHost& Messages() = 0;
   /// Tells the user in passing, without a question.

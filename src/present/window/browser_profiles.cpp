@@ -77,7 +77,7 @@ BrowserProfiles::BrowserProfiles(const QString& formerFolder)
   web_->settings()->setAttribute(Attribute::JavascriptCanOpenWindows, false);
   for (QWebEngineProfile* profile : {local_.get(), web_.get()}) {
     QWebEngineScript script;
-    script.setSourceCode(QString::fromUtf8(kPageScript));
+    script.setSourceCode(PageScript());
     script.setWorldId(QWebEngineScript::ApplicationWorld);
     script.setInjectionPoint(QWebEngineScript::DocumentReady);
     profile->scripts()->insert(script);

@@ -96,7 +96,7 @@ void BrowserWindow::ConnectEngine() {
   });
   connect(loader_.get(), &PageLoader::Changed, this, &BrowserWindow::ControlToolbarUpdate);
   connect(loader_.get(), &PageLoader::Loaded, this, [this](bool ok) {
-    if (page_.request.IsForPrinting()) printing_->Print();
+    if (page_.request.IsForPrinting()) printing_->Print(page_.request.Title());
     Q_EMIT Loaded(ok);
   });
   // A window that was opened to print goes when that is done.

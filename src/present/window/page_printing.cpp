@@ -36,10 +36,10 @@ PagePrinting::~PagePrinting() {
   static_cast<void>(printer_.release());
 }
 
-void PagePrinting::Print() {
+void PagePrinting::Print(const QString& title) {
   if (IsUnderWay()) return;
   printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
-  if (!host_.ChoosePrinter(*printer_)) return End();
+  if (!host_.ChoosePrinter(*printer_, title)) return End();
   if (printer_->outputFormat() == QPrinter::PdfFormat) {
     // As text, which can be searched; through a printer the engine gives pictures.
     QPageLayout layout = printer_->pageLayout();

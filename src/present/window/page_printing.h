@@ -20,8 +20,8 @@ class PagePrinting : public QObject {
   PagePrinting(EngineView& engine, BrowserHost& host, QWidget& window);
   ~PagePrinting() override;
 
-  /// Lets the user choose a printer and prints.
-  void Print();
+  /// Lets the user choose a printer and prints. `title` names a file that is printed to.
+  void Print(const QString& title);
   bool IsUnderWay() const { return printer_ != nullptr; }
 
  Q_SIGNALS:

@@ -24,43 +24,44 @@ QString KeyOf(FileTask task) {
       return QStringLiteral("import");
     case FileTask::Export:
       return QStringLiteral("export");
+    case FileTask::Print:
+      return QStringLiteral("print");
   }
   return {};
 }
 
-// Empty the first time, and when the folder is gone: the toolkit's own choice.
-QString Remembered(Context& context, FileTask task) {
+}  // namespace
+
+QString RememberedFolder(Context& context, FileTask task) {
   const QString folder = PlacementBag(context, kFilesBag)->Text(KeyOf(task));
   return QFileInfo(folder).isDir() ? folder : QString();
 }
 
-void Remember(Context& context, FileTask task, const QString& folder) {
+void RememberFolder(Context& context, FileTask task, const QString& folder) {
   PlacementBag(context, kFilesBag)->Let(KeyOf(task), folder);
 }
-
-}  // namespace
 
 QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, const QString& title,
                            const QString& filter) {
   const QStringList paths =
-      QFileDialog::getOpenFileNames(parent, title, Remembered(context, task), filter);
-  if (!paths.isEmpty()) Remember(context, task, QFileInfo(paths.first()).absolutePath());
+      QFileDialog::getOpenFileNames(parent, title, RememberedFolder(context, task), filter);
+  if (!paths.isEmpty()) RememberFolder(context, task, QFileInfo(paths.first()).absolutePath());
   return paths;
 }
 
 QString AskFileToSave(Context& context, QWidget* parent, FileTask task, const QString& title,
                       const QString& name, const QString& filter, QString* chosenFilter) {
-  const QString folder = Remembered(context, task);
+  const QString folder = RememberedFolder(context, task);
   const QString path = QFileDialog::getSaveFileName(
       parent, title, folder.isEmpty() ? name : QDir(folder).filePath(name), filter, chosenFilter);
-  if (!path.isEmpty()) Remember(context, task, QFileInfo(path).absolutePath());
+  if (!path.isEmpty()) RememberFolder(context, task, QFileInfo(path).absolutePath());
   return path;
 }
 
 QString AskFolder(Context& context, QWidget* parent, FileTask task, const QString& title) {
   const QString folder =
-      QFileDialog::getExistingDirectory(parent, title, Remembered(context, task));
-  if (!folder.isEmpty()) Remember(context, task, folder);
+      QFileDialog::getExistingDirectory(parent, title, RememberedFolder(context, task));
+  if (!folder.isEmpty()) RememberFolder(context, task, folder);
   return folder;
 }
 

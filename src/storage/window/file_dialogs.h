@@ -10,7 +10,12 @@ namespace vorn {
 
 /// What a file dialog is for. Each begins in the folder in which it ended last, which the
 /// profile keeps.
-enum class FileTask { Attach, SaveAttachment, SaveMessage, SaveCalendar, Import, Export };
+enum class FileTask { Attach, SaveAttachment, SaveMessage, SaveCalendar, Import, Export, Print };
+
+/// The folder in which the dialog ended last; empty the first time, and when the folder is gone,
+/// for the toolkit's own choice.
+QString RememberedFolder(Context& context, FileTask task);
+void RememberFolder(Context& context, FileTask task, const QString& folder);
 
 /// The toolkit's dialogs; empty when the user chose nothing.
 QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, const QString& title,
