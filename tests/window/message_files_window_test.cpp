@@ -195,7 +195,8 @@ TEST_F(MessageWindowTest, AllAttachmentsAreSavedBesideWhatIsThereExceptOneThatFa
             QStringList({QStringLiteral("a (2).txt"), QStringLiteral("a (3).txt"),
                          QStringLiteral("a.txt")}));
   EXPECT_EQ(test::ReadFile(out + QStringLiteral("/a (3).txt")), "2");
-  EXPECT_TRUE(window.findChild<QStatusBar*>()->currentMessage().startsWith(u'2'));
+  const auto* said = window.findChild<QStatusBar*>();
+  EXPECT_TRUE(said != nullptr && said->currentMessage().startsWith(u'2'));
 }
 
 // Stands for the system's program that opens files.

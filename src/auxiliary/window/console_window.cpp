@@ -123,6 +123,7 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
   mode_ = request->Text(u"Mode", QStringLiteral("text"));
   setWindowTitle(request->Text(u"Title"));
   label_->setText(request->Text(u"Caption", Ui::tr("設定値を入力してください。")));
+  text_->setAccessibleName(label_->text());
   sliderFrame_->setVisible(mode_ == u"slider");
   tree_->setVisible(mode_ == u"treeview");
   list_->setVisible(mode_ == u"listview");
