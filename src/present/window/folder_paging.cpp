@@ -68,6 +68,10 @@ void FolderPaging::Search() {
   page_.request.SetSearch(search_.Typed());
   toolbar_.ShowPageCount(0);
   search_.ShowFound(-1);
+  Q_EMIT Searched();
+}
+
+void FolderPaging::ShowFirst() {
   GoTo(PageRequest::kFirstShown);
 }
 
@@ -78,9 +82,8 @@ bool FolderPaging::SearchTyped() {
 }
 
 void FolderPaging::GiveUpSearch() {
-  if (page_.request.Search().isEmpty()) return;
   search_.clear();
-  Search();
+  if (!page_.request.Search().isEmpty()) Search();  // unless the box has told it
 }
 
 }  // namespace vorn

@@ -1,6 +1,7 @@
 #include "present/window/shown_folder.h"
 
 #include <QWebEngineView>
+#include <utility>
 
 #include "present/shown_page.h"
 #include "present/window/engine_view.h"
@@ -44,6 +45,7 @@ void ShownFolder::ConnectPaging() {
     page_.rows.DeselectFirst();
     loader_.Refresh();
   });
+  connect(&paging_, &FolderPaging::Searched, this, &ShownFolder::ShowSearched);
   connect(&paging_, &FolderPaging::KeysWanted, this, [this] { engine_.View()->setFocus(); });
   connect(&toolbar_.Search(), &SearchBox::RowWanted, this, [this] { page_.rows.Enter(); });
   // First the choice, then what the folder is searched for.
@@ -64,18 +66,25 @@ void ShownFolder::ConnectMessages() {
 void ShownFolder::Leave() {
   page_.change.LeavePlace();
   split_.ShowNothing();
+  searchedFrom_.clear();
   page_.request.SetSearch({});  // so that emptying the box searches nothing
   toolbar_.Search().clear();
   toolbar_.Search().ShowFound(-1);
 }
 
-// Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
-// with what was chosen then.
+// Who gives up a search goes on with the message that he found by it, or from which he began it.
+void ShownFolder::ShowSearched() {
+  if (!split_.Row().isEmpty()) searchedFrom_ = split_.Row();
+  page_.change.LeavePlace();
+  const bool isAll = page_.request.Search().isEmpty();
+  const QString message = isAll ? std::exchange(searchedFrom_, {}) : QString();
+  if (message.isEmpty() || !navigation_.GoToShown(message)) paging_.ShowFirst();
+}
+
+// A tab is as it was left, whichever way the user comes to it. In the page that he is at he goes
+// on with what he sees.
 void ShownFolder::ComeBack(bool wasInUse) {
-  if (!page_.rows.HasRows()) return;
-  if (wasInUse) return page_.rows.DeselectUnseen();
-  page_.rows.Deselect();
-  split_.ShowNothing();
+  if (wasInUse && page_.rows.HasRows()) page_.rows.DeselectUnseen();
 }
 
 void ShownFolder::Lose() {

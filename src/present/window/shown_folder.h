@@ -66,6 +66,7 @@ class ShownFolder : public QObject {
  private:
   void ConnectPaging();
   void ConnectMessages();
+  void ShowSearched();
 
   ShownPage& page_;
   EngineView& engine_;
@@ -77,6 +78,7 @@ class ShownFolder : public QObject {
   PageMessages messages_;
   MessageNavigation navigation_;
   PageCommands commands_;
+  QString searchedFrom_;  // the message that was the current one before the search
 };
 
 }  // namespace vorn
