@@ -61,6 +61,8 @@ class Settings {
 
   /// The minutes between two automatic checks; 0 without them.
   int CheckMinutes() const;
+  /// Whether what happens again and again with an account is one event.
+  bool FoldsEvents() const { return bag_->Flag(kEventsFolded); }
   /// Whether a message has the time at which its server took it in, in place of now.
   bool TakesServersTime() const { return bag_->Flag(kReceivedTime); }
   /// Whether receipts are sent to those who ask for them, and edited before.
@@ -96,6 +98,7 @@ class Settings {
   static inline const QString kLanguage = QStringLiteral("Language");
   static inline const QString kChecks = QStringLiteral("MessageCheck");
   static inline const QString kCheckMinutes = QStringLiteral("MessageCheckInterval");
+  static inline const QString kEventsFolded = QStringLiteral("EventsFolded");
   static inline const QString kReceivedTime = QStringLiteral("ReceivedTime");
   static inline const QString kReceipts = QStringLiteral("ReceiveNotice");
   static inline const QString kEditReceipts = QStringLiteral("ReceiveNoticeEdit");

@@ -92,6 +92,7 @@ QList<std::pair<QString, QVariant>> LookSettings() {
           {QStringLiteral("HtmlFirst"), true},
           {QStringLiteral("ReceivedTime"), true},
           {QStringLiteral("ShownOnce"), true},
+          {QStringLiteral("EventsFolded"), true},
           {QStringLiteral("ReplyLine"), Ui::tr("%d、%n さんは書きました：")},
           {QStringLiteral("SignatureAbove"), true}};
 }

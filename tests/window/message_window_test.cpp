@@ -455,7 +455,8 @@ TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
   program_->Parent()->Mail().AddEvent(1, 1, serial, QString(), QStringLiteral("mailup"),
                                       QStringLiteral("送信で使用するアカウントが不明です。"));
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
-  QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);
+  QTreeWidgetItem* event =
+      tree->findItems(QStringLiteral("システム"), Qt::MatchStartsWith | Qt::MatchRecursive).value(0);
   ASSERT_NE(event, nullptr);
   test::ClickRow(*tree, event);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
