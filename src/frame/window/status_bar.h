@@ -33,11 +33,13 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void ShowForAWhile(const QString& sentence);
   /// Says how many messages are chosen on the page in use; nothing for one or none.
   void ShowChosen(int count);
-  /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done
-  /// before it.
+  /// Says for a while what was done, with a button that takes it back, and what was done before it.
+  /// Ctrl+Z does so afterwards, too.
   void OfferUndo(const QString& done, std::function<void()> undo);
   /// Takes the last step back.
   void TakeBack();
+  /// The user goes on with something else.
+  void EndOffer();
   /// What was done cannot be taken back any more.
   void ForgetSteps();
 
