@@ -119,7 +119,7 @@ Result<> CreateSettings(Context& context) {
                      {QStringLiteral("Careful"), true},
                      {QStringLiteral("WebOutside"), true},
                      {QStringLiteral("ScriptsAsked"), true},
-                     {QStringLiteral("MessageCheck"), false},
+                     {QStringLiteral("MessageCheck"), true},
                      {QStringLiteral("MessageCheckInterval"), 10},
                      {QStringLiteral("MessageNotice"), true},
                      {QStringLiteral("MessageNoticeDialog"), false},

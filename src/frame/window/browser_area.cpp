@@ -60,6 +60,7 @@ void BrowserArea::Add(BrowserWindow* window) {
     if (std::exchange(shown, now) != now) Q_EMIT ActiveChanged();
   });
   connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);
+  connect(window, &BrowserWindow::StepWanted, this, &BrowserArea::StepWanted);
   QMdiSubWindow* frame = addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   // A web page calls itself what it likes, also by the name of a folder.

@@ -51,6 +51,8 @@ class BrowserArea : public QMdiArea {
  Q_SIGNALS:
   /// Another window is used now, or it shows another folder, or what another search finds.
   void ActiveChanged();
+  /// See `BrowserWindow::StepWanted`.
+  void StepWanted(const QString& step);
   /// More or fewer messages are chosen in a window.
   void ChosenChanged();
 

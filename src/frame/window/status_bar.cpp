@@ -141,8 +141,8 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
   Show((results_ + failures_).join(QStringLiteral(" ／ ")));
 }
 
-void MainStatusBar::BeginCheck() {
-  isAsked_ = true;
+void MainStatusBar::BeginCheck(bool isAsked) {
+  isAsked_ = isAsked;
   clearMessage();
 }
 

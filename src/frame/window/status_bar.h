@@ -23,8 +23,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
-  /// The user asks for new messages and wants to know what came of it.
-  void BeginCheck();
+  /// A check begins. Whoever asks for it wants to know what came of it.
+  void BeginCheck(bool isAsked);
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said. Empty: it
   /// brought nothing, which is said to who asked for it.

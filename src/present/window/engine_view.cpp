@@ -78,6 +78,8 @@ void EngineView::Use(bool local) {
 
 void EngineView::ConnectPage() {
   connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
+  // Outside the engine's question whether the page goes on to it.
+  connect(page_, &LinkPage::StepFollowed, this, &EngineView::StepFollowed, Qt::QueuedConnection);
   connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
   connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
   connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
@@ -106,6 +108,7 @@ bool EngineView::ShowsFolder() const {
 
 void EngineView::Load(const QUrl& url, bool local, const QString& first) {
   page_->SetLocalPage(local ? url : QUrl());
+  page_->SetOwnText(false);
   fontStyle_ = profiles_.FontStyle();
   page_->scripts().clear();
   if (!first.isEmpty()) {
@@ -120,6 +123,7 @@ void EngineView::Load(const QUrl& url, bool local, const QString& first) {
 
 void EngineView::ShowHtml(const QString& html) {
   page_->SetLocalPage(QUrl());
+  page_->SetOwnText(true);
   view_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
                                 "content=\"light dark\"><body style=\"font-family:sans-serif;"
                                 "margin:2em;line-height:1.7\">") +

@@ -27,6 +27,10 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     }
     return false;
   }
+  if (url.scheme() == u"vorn") {
+    if (isOwnText_ && type == NavigationTypeLinkClicked) Q_EMIT StepFollowed(url.path());
+    return false;
+  }
   if (!localPage_.isEmpty()) {
     return isMainFrame && url == localPage_ && type != NavigationTypeLinkClicked &&
            type != NavigationTypeFormSubmitted;
