@@ -213,7 +213,7 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
 
   tree->setCurrentItem(node(u"受信"));
   EXPECT_EQ(NextMessageBox([tree] { QTest::keyClick(tree, Qt::Key_Delete); }),
-            QStringLiteral("標準のオブジェクトは削除できません。"));
+            QStringLiteral("標準のフォルダは削除できません。"));
   EXPECT_NE(node(u"受信"), nullptr);
 }
 

@@ -11,6 +11,7 @@
 #include <QWebEngineView>
 #include <utility>
 
+#include "kit/window/key_frame.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/link_page.h"
 #include "present/window/script_bar.h"
@@ -31,6 +32,7 @@ void EngineView::MakeView() {
   view_->setContextMenuPolicy(Qt::CustomContextMenu);
   view_->installEventFilter(this);
   for (QObject* child : view_->children()) child->installEventFilter(this);
+  new KeyFrame(*view_);
   connect(view_, &QWebEngineView::loadStarted, this, &EngineView::LoadBegan);
   connect(view_, &QWebEngineView::printFinished, this, &EngineView::PrintEnded);
   connect(view_, &QWebEngineView::loadFinished, this, &EngineView::LoadEnded);
