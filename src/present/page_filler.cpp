@@ -8,6 +8,7 @@
 #include "mail/codec/message_code.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/mail_store.h"
+#include "objects/any_object.h"
 #include "storage/shown_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -277,7 +278,8 @@ void PageFiller::HandleFlag() {
 void PageFiller::HandleFolder() {
   for (const QString& child : TakeChildren(kTagFolder)) {
     const bool isName = child.toInt() == 0;
-    WriteMail(content_.folder->Text(isName ? u"Object" : u"ToolTipText"));
+    const AnyObject folder(*content_.folder);
+    WriteMail(isName ? folder.ShownName() : folder.ToolTip());
   }
 }
 

@@ -128,7 +128,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
     place->addChild(node);
   }
   place->setExpanded(true);
-  node->setText(0, AnyObject(object).Name());
+  node->setText(0, AnyObject(object).ShownName());
   node->setToolTip(0, ShownToolTip(AnyObject(object).ToolTip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kKeyRole, object.SerialID());

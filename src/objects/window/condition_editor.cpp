@@ -173,7 +173,7 @@ QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) 
       auto* folders = new QComboBox;
       for (const DiskPtr& object : context_.Objects) {
         if (AnyObject(*object).Is(object_type::kFolder)) {
-          folders->addItem(AnyObject(*object).Name(), object->SerialID());
+          folders->addItem(AnyObject(*object).ShownName(), object->SerialID());
         }
       }
       if (!values.isEmpty() && folders->findData(values[0]) < 0) {
