@@ -3,6 +3,7 @@
 #include <QString>
 #include <utility>
 
+#include "objects/folder_search.h"
 #include "storage/disk.h"
 
 namespace vorn {
@@ -37,8 +38,11 @@ class PageRequest {
   void SetPage(int page) { bag_->Let(QStringLiteral("Page"), page); }
   bool HasPage() const { return bag_->Get(u"Page").isValid(); }
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const { return bag_->Text(u"search"); }
-  void SetSearch(const QString& search) { bag_->Let(QStringLiteral("search"), search); }
+  FolderSearch Search() const { return {bag_->Text(u"search"), bag_->Flag(u"everywhere")}; }
+  void SetSearch(const FolderSearch& search) {
+    bag_->Let(QStringLiteral("search"), search.text);
+    bag_->Let(QStringLiteral("everywhere"), search.isEverywhere);
+  }
 
   /// Whether one can go back and on.
   bool HasBefore() const { return bag_->Flag(u"before"); }

@@ -197,7 +197,8 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   view.shown.clear();
   for (int i = 0; i < 200; ++i) {
     log.AddEvent(i == 100 ? 1 : 0, 0, QStringLiteral("b"), QStringLiteral("会社"),
-                 QStringLiteral("account"), i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
+                 QStringLiteral("account"),
+                 i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
   }
   EXPECT_EQ(view.last.left(3), QStringLiteral("会社 "));
   EXPECT_EQ(view.last.indexOf(u':'), 5);

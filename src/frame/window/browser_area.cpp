@@ -56,7 +56,7 @@ BrowserArea::~BrowserArea() {
 void BrowserArea::Add(BrowserWindow* window) {
   // Not at each reload: what the user has selected in the tree meanwhile stays selected.
   connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
-    const QString now = window->Tag() + u' ' + window->Folder().Search();
+    const QString now = window->Tag() + u' ' + window->Folder().Search().text;
     if (std::exchange(shown, now) != now) Q_EMIT ActiveChanged();
   });
   connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);

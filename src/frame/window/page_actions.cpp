@@ -24,7 +24,7 @@ PageActions::PageActions(Context& context, QWidget& window, MessageHost& host, F
 
 QString PageActions::Place() const {
   const BrowserWindow* browser = panes_.Area().Active();
-  return browser == nullptr ? QString() : browser->Tag() + u' ' + browser->Folder().Search();
+  return browser == nullptr ? QString() : browser->Tag() + u' ' + browser->Folder().Search().text;
 }
 
 void PageActions::ConnectActions() {

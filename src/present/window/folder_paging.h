@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "objects/folder_search.h"
+
 namespace vorn {
 
 class FolderToolbar;
@@ -22,6 +24,8 @@ class FolderPaging : public QObject {
   void GoToMessage(int page, const QString& message, const QStringList& chosen);
   /// Shows the folder, or what is found in it, from its first page on.
   void ShowFirst();
+  /// Does a step that the page of a search offers (`search_step`).
+  void Follow(const QString& step);
   /// Searches for what is typed if that is something else than what is searched for; whether it is.
   bool SearchTyped();
   /// Shows all messages again.
@@ -43,6 +47,7 @@ class FolderPaging : public QObject {
   void GoToTyped();
   void GoToLast();
   void Search();
+  FolderSearch Typed() const;
   void Ask(int page, void (FolderPaging::*wanted)());
 
   ShownPage& page_;

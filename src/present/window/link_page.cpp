@@ -5,6 +5,7 @@
 #include <QWebEngineView>
 
 #include "kit/window/plain_text.h"
+#include "present/window/search_step.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -28,7 +29,9 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     return false;
   }
   if (url.scheme() == u"vorn") {
-    if (isOwnText_ && type == NavigationTypeLinkClicked) Q_EMIT StepFollowed(url.path());
+    // On a folder's page only what does no harm: what messages say may stand on it.
+    const bool may = isOwnText_ || (!localPage_.isEmpty() && search_step::Is(url.path()));
+    if (may && type == NavigationTypeLinkClicked) Q_EMIT StepFollowed(url.path());
     return false;
   }
   if (!localPage_.isEmpty()) {

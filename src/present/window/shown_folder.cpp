@@ -54,6 +54,7 @@ void ShownFolder::ConnectPaging() {
 
 void ShownFolder::ConnectMessages() {
   connect(&engine_, &EngineView::CommandFollowed, &messages_, &PageMessages::Follow);
+  connect(&engine_, &EngineView::StepFollowed, &paging_, &FolderPaging::Follow);
   connect(&engine_, &EngineView::RowTold, &messages_, &PageMessages::Told);
   connect(&engine_, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
   connect(&loader_, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
@@ -96,7 +97,7 @@ void ShownFolder::Cover(bool covered) {
   split_.Cover(covered);
 }
 
-QString ShownFolder::Search() const {
+FolderSearch ShownFolder::Search() const {
   return page_.request.Search();
 }
 

@@ -38,7 +38,7 @@ class ShownFolder : public QObject {
   void Cover(bool covered);
 
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const;
+  FolderSearch Search() const;
   /// Searches for what is typed if that is something else; whether it is.
   bool SearchTyped() { return paging_.SearchTyped(); }
   /// Shows all of the folder again.
