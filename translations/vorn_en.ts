@@ -1206,10 +1206,6 @@ Date: </translation>
         <translation>E&amp;vent</translation>
     </message>
     <message>
-        <source>標準のオブジェクトは削除できません。</source>
-        <translation>A standard object cannot be deleted.</translation>
-    </message>
-    <message>
         <source>プロファイル(&amp;R)</source>
         <translation>P&amp;rofile</translation>
     </message>
@@ -4082,6 +4078,46 @@ and what was erased is not received again.</translation>
     <message>
         <source>メッセージの相手を登録するときに、このアドレスブックに登録します。</source>
         <translation>Correspondents of messages are added to this address book.</translation>
+    </message>
+    <message>
+        <source>使用中のプロファイルは削除できません。</source>
+        <translation>The profile in use cannot be deleted.</translation>
+    </message>
+    <message>
+        <source>標準のフォルダは削除できません。</source>
+        <translation>The standard folders cannot be deleted.</translation>
+    </message>
+    <message>
+        <source>イベントはアカウントごとに1行にまとめる(&amp;L)</source>
+        <translation>One &amp;line of events for each account</translation>
+    </message>
+    <message>
+        <source>メッセージはまだありません。メールを受信してください。</source>
+        <translation>There are no messages yet. Receive your mail.</translation>
+    </message>
+    <message>
+        <source>「%1」に一致するメッセージはありません。</source>
+        <translation>No message matches “%1”.</translation>
+    </message>
+    <message>
+        <source>すべてのフォルダを検索する</source>
+        <translation>Search all folders</translation>
+    </message>
+    <message>
+        <source>検索をやめる</source>
+        <translation>End the search</translation>
+    </message>
+    <message>
+        <source>すべてのフォルダ</source>
+        <translation>All folders</translation>
+    </message>
+    <message>
+        <source>くずかごのほかのすべてのフォルダを検索します。</source>
+        <translation>Searches all folders but the trash.</translation>
+    </message>
+    <message>
+        <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

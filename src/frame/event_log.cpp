@@ -1,15 +1,51 @@
 #include "frame/event_log.h"
 
+#include <QTime>
+
 #include "mail/codec/identifiers.h"
 #include "mail/message_bag.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+constexpr qsizetype kMostText = 20000;  // characters of a record that is written on
+
+// What happened now above what is known; a session that brought nothing has no words.
+QString WrittenOn(const QString& known, const QString& time, const QString& text) {
+  if (text.isEmpty()) return known;
+  const QString now = time + kLineBreak + text;
+  return known.isEmpty() ? now : (now + kLineBreak + kLineBreak + known).left(kMostText);
+}
+
+}  // namespace
 
 void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& reference,
                         const QString& title, const QString& category, const QString& text) {
+  const QString levelName =
+      level == kEventError ? QStringLiteral("error") : QStringLiteral("infomation");
+  const QString icon = category + levelName;
+  QString name = title.isEmpty() ? Ui::tr("システム") : title;
+  DiskPtr record;
+  if (Settings(context_).FoldsEvents()) {
+    const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+    name += u' ' + time;
+    record = Like(reference, icon);
+    if (record == nullptr) record = Begin(mode, reference, {});
+    EventRecord::SetKind(*record, icon);
+    EventRecord::Renew(*record, MimeCodec::CurrentDateText(),
+                       WrittenOn(EventRecord(*record).Text(), time, text));
+  } else {
+    record = Begin(mode, reference, text);
+  }
+  records_.Add(record);
+  view_.ShowEvent(record->SerialID(), name, icon);
+}
+
+DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString& text) const {
   const QString prefix = QStringLiteral("event_%1_").arg(records_.Count());
   auto record = std::make_shared<Disk>(context_.Data.NewSerialID(prefix));
   EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
@@ -18,11 +54,15 @@ void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& referen
     MessageBag::SetFile(*record, ProfileBag(*context_.Session).MailFiles());
     MessageBag::SetPassword(*record, ProfileBag(*context_.Session).Password());
   }
-  records_.Add(record);
-  const QString levelName =
-      level == kEventError ? QStringLiteral("error") : QStringLiteral("infomation");
-  view_.ShowEvent(record->SerialID(), title.isEmpty() ? Ui::tr("システム") : title,
-                  category + levelName);
+  return record;
+}
+
+// Null where nothing is known of it yet.
+DiskPtr EventLog::Like(const QString& reference, const QString& icon) const {
+  for (const DiskPtr& record : records_) {
+    if (EventRecord(*record).Is(reference, icon)) return record;
+  }
+  return nullptr;
 }
 
 }  // namespace vorn

@@ -11,7 +11,8 @@ namespace vorn {
 class EventView {
  public:
   virtual ~EventView() = default;
-  /// `icon` is the category with the level's name, such as "accounterror".
+  /// `icon` is the category with the level's name, such as "accounterror". An event that is shown
+  /// already gets the title.
   virtual void ShowEvent(const QString& serialId, const QString& title, const QString& icon) = 0;
 };
 
@@ -20,6 +21,8 @@ class EventLog {
  public:
   EventLog(Context& context, EventView& view) : context_(context), view_(view) {}
 
+  /// With the setting "EventsFolded" an event that is about the same as an earlier one, and went
+  /// as that did, is recorded with it; the titles of all tell the time.
   void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text);
   /// Forgets all records.
@@ -28,6 +31,9 @@ class EventLog {
   DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
 
  private:
+  DiskPtr Begin(int mode, const QString& reference, const QString& text) const;
+  DiskPtr Like(const QString& reference, const QString& icon) const;
+
   Context& context_;
   EventView& view_;
   DiskCollection records_;

@@ -15,8 +15,15 @@ class EventRecord {
   /// `time` is shown as it is.
   static void Begin(Disk& bag, EventMode mode, const QString& reference, const QString& time,
                     const QString& text);
+  /// Notes what kind of event it is, as its icon tells.
+  static void SetKind(Disk& bag, const QString& icon) { bag.Let(kKind, icon); }
+  /// The same has happened once more.
+  static void Renew(Disk& bag, const QString& time, const QString& text);
 
   bool IsAboutMessage() const { return bag_.Number(kMode) == kEventMessage; }
+  bool Is(const QString& reference, const QString& icon) const {
+    return Reference() == reference && bag_.Text(kKind) == icon;
+  }
   /// The serial identifier of the object or message.
   QString Reference() const { return bag_.Text(kReference); }
   QString Text() const { return bag_.Text(kText); }
@@ -26,6 +33,7 @@ class EventRecord {
   static inline const QString kTime = QStringLiteral("daytime");
   static inline const QString kText = QStringLiteral("message");
   static inline const QString kMode = QStringLiteral("mode");
+  static inline const QString kKind = QStringLiteral("kind");
 
   const Disk& bag_;
 };
@@ -36,6 +44,11 @@ inline void EventRecord::Begin(Disk& bag, EventMode mode, const QString& referen
   bag.Let(kTime, time);
   bag.Let(kText, text);
   bag.Let(kMode, mode);
+}
+
+inline void EventRecord::Renew(Disk& bag, const QString& time, const QString& text) {
+  bag.Let(kTime, time);
+  bag.Let(kText, text);
 }
 
 }  // namespace vorn

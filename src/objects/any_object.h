@@ -29,6 +29,8 @@ class AnyObject {
   QString Type() const { return bag_.Text(kType); }
   bool Is(const QString& type) const { return Type() == type; }
   QString Name() const { return bag_.Text(kName); }
+  /// The name for the user: one that came with the profile is in the interface's language.
+  QString ShownName() const;
   QString ToolTip() const { return bag_.Text(kToolTip); }
   /// The key of its picture (`Icon`); of a folder also how it is filled.
   QString Draw() const { return bag_.Text(kDraw); }

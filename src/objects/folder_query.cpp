@@ -10,9 +10,10 @@ const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopened
 
 }  // namespace
 
-FolderQuery FolderQuery::Searched(const QString& text) const {
-  FolderQuery query = *this;
-  query.search_ = text;
+FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
+  const bool isElsewhere = search.isEverywhere && !search.isEmpty() && !IsEmpty();
+  FolderQuery query = isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), false) : *this;
+  query.search_ = search.text;
   return query;
 }
 

@@ -3,6 +3,8 @@
 #include <QString>
 #include <optional>
 
+#include "objects/folder_search.h"
+
 namespace vorn {
 
 /// Which messages a folder holds, as a question to the table `mail`. What it makes are statements
@@ -18,9 +20,9 @@ class FolderQuery {
 
   /// Whether there is no such folder: every statement is empty then.
   bool IsEmpty() const { return !isOfFolder_; }
-  /// The same, narrowed to the messages whose subject or addresses hold a text; all when it is
-  /// empty.
-  FolderQuery Searched(const QString& text) const;
+  /// The same, narrowed to the messages that a search finds, or what it finds everywhere; all when
+  /// it is empty.
+  FolderQuery Searched(const FolderSearch& search) const;
 
   /// The messages with all columns.
   QString Listing() const;

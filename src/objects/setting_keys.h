@@ -12,6 +12,7 @@ inline const QString kPages = QStringLiteral("MessagesEdit");
 inline const QString kRows = QStringLiteral("Messages");
 inline const QString kOpensNewest = QStringLiteral("MessagesNewest");
 inline const QString kNewestFirst = QStringLiteral("NewestFirst");
+inline const QString kEventsFolded = QStringLiteral("EventsFolded");
 inline const QString kShownOnce = QStringLiteral("ShownOnce");
 inline const QString kPageEscape = QStringLiteral("PageEscape");
 inline const QString kReadingPane = QStringLiteral("ReadingPane");

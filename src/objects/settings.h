@@ -64,6 +64,8 @@ class Settings {
 
   /// The minutes between two automatic checks; 0 without them.
   int CheckMinutes() const;
+  /// Whether what happens again and again with an account is one event.
+  bool FoldsEvents() const { return bag_->Flag(setting::kEventsFolded); }
   /// Whether a message has the time at which its server took it in, in place of now.
   bool TakesServersTime() const { return bag_->Flag(setting::kReceivedTime); }
   /// Whether receipts are sent to those who ask for them, and edited before.

@@ -94,12 +94,11 @@ Result<> CreateLook(Context& context) {
 
 // The look of new profiles that an earlier one has not: keys of the settings.
 QList<std::pair<QString, QVariant>> LookSettings() {
-  return {{setting::kReadingPane, 1},
-          {setting::kHtmlFirst, true},
-          {setting::kReceivedTime, true},
-          {setting::kShownOnce, true},
-          {setting::kReplyLine, Ui::tr("%d、%n さんは書きました：")},
-          {setting::kSignatureAbove, true}};
+  return {
+      {setting::kReadingPane, 1},      {setting::kHtmlFirst, true},
+      {setting::kReceivedTime, true},  {setting::kShownOnce, true},
+      {setting::kEventsFolded, true},  {setting::kReplyLine, Ui::tr("%d、%n さんは書きました：")},
+      {setting::kSignatureAbove, true}};
 }
 
 // The first states of the settings. Where a user of today needs another behaviour than the one an
@@ -123,7 +122,7 @@ Result<> CreateSettings(Context& context) {
                      {setting::kCareful, true},
                      {setting::kWebOutside, true},
                      {setting::kScriptsAsked, true},
-                     {setting::kChecks, false},
+                     {setting::kChecks, true},
                      {setting::kCheckMinutes, 10},
                      {setting::kNotice, true},
                      {setting::kNoticeDialog, false},

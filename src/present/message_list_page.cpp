@@ -53,7 +53,7 @@ MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
 Result<QByteArray> MessageListPages::FolderPage(const QString& folder, qint32 page, bool& before,
-                                                bool& next, const QString& search) {
+                                                bool& next, const FolderSearch& search) {
   before = next = false;
   const QString html = GetFolderLayout(context_, folder, template_).html;
   return Fill(html, ReadContent(context_, folder), page, before, next, RowsOf(folder, search));
@@ -61,7 +61,7 @@ Result<QByteArray> MessageListPages::FolderPage(const QString& folder, qint32 pa
 
 Result<QString> MessageListPages::CreateMessageListPage(const QString& folder, qint32 page,
                                                         bool& before, bool& next,
-                                                        const QString& search) {
+                                                        const FolderSearch& search) {
   const Result<QByteArray> bytes = FolderPage(folder, page, before, next, search);
   if (!bytes) return bytes.Error();
   return Write(*bytes, GetFolderLayout(context_, folder, template_).path);
@@ -88,6 +88,7 @@ Result<QByteArray> MessageListPages::Fill(const QString& html, const PageContent
   qint64 lost = 0;
   const RecordsetPtr shown = rest.rowsAfter(lost);
   if (shown == nullptr) return ReasonOf(context_.Data);
+  hasNone_ = shown->Eof();
   before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
   const QByteArray pageTemplate = ToCodePage932(html);
   const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
@@ -108,7 +109,7 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 }
 
 // What is known of the folder's rows; null when there is no such folder.
-FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& search) {
+FolderRows* MessageListPages::RowsOf(const QString& folder, const FolderSearch& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
   if (query.IsEmpty()) return nullptr;
   const bool newestFirst = Settings(context_).IsNewestFirst();
@@ -122,7 +123,7 @@ FolderRows* MessageListPages::RowsOf(const QString& folder, const QString& searc
   return &*known;
 }
 
-qint32 MessageListPages::CountPages(const QString& folder, const QString& search, bool count) {
+qint32 MessageListPages::CountPages(const QString& folder, const FolderSearch& search, bool count) {
   const qint32 rowsPerPage = Settings(context_).RowsPerPage();
   if (rowsPerPage < 1) return 1;
   FolderRows* rows = RowsOf(folder, search);
@@ -133,7 +134,7 @@ qint32 MessageListPages::CountPages(const QString& folder, const QString& search
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
-qint64 MessageListPages::CountFound(const QString& folder, const QString& search) {
+qint64 MessageListPages::CountFound(const QString& folder, const FolderSearch& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   return rows == nullptr || !mail ? -1 : rows->Count(context_.Data);
@@ -144,23 +145,23 @@ qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
   return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;
 }
 
-QString MessageListPages::Question(const QString& folder, const QString& search) {
+QString MessageListPages::Question(const QString& folder, const FolderSearch& search) {
   const FolderRows* rows = RowsOf(folder, search);
   return rows == nullptr ? QString() : rows->Question();
 }
 
-void MessageListPages::TakeAnswer(const QString& folder, const QString& search,
+void MessageListPages::TakeAnswer(const QString& folder, const FolderSearch& search,
                                   const QStringList& serialIds) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (rows != nullptr && mail) rows->Take(context_.Data, serialIds);
 }
 
-void MessageListPages::Forget(const QString& folder, const QString& search) {
+void MessageListPages::Forget(const QString& folder, const FolderSearch& search) {
   if (FolderRows* rows = RowsOf(folder, search)) rows->Forget();
 }
 
-bool MessageListPages::Explore(const QString& folder, const QString& search) {
+bool MessageListPages::Explore(const QString& folder, const FolderSearch& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   return rows != nullptr && mail && rows->Explore(context_.Data);

@@ -20,44 +20,47 @@ class MessageListPages {
   /// Runs a folder's query and fills its template one message at a time. The oldest message comes
   /// first, or with the setting "NewestFirst" the newest. `page` counts from 1. `before` and `next`
   /// tell whether messages were skipped for earlier pages and whether more follow. With `search`
-  /// only messages whose subject or addresses hold that text are shown. Returns the page, bytes of
-  /// code page 932; a page without any is a failure.
+  /// only messages that it finds are shown. Returns the page, bytes of code page 932; a page
+  /// without any is a failure.
   Result<QByteArray> FolderPage(const QString& folder, qint32 page, bool& before, bool& next,
-                                const QString& search = {});
+                                const FolderSearch& search = {});
+  /// Whether the page that was made last shows no message.
+  bool HasNone() const { return hasNone_; }
   /// Writes that page to a new ".html" file in the layout's page folder. Returns the file's path.
   Result<QString> CreateMessageListPage(const QString& folder, qint32 page, bool& before,
-                                        bool& next, const QString& search = {});
+                                        bool& next, const FolderSearch& search = {});
 
   /// The first page of a folder, and not long, with another template than its own.
   Result<QByteArray> Preview(const QString& folder, const QString& html);
 
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
-  qint32 CountPages(const QString& folder, const QString& search = {}, bool count = true);
+  qint32 CountPages(const QString& folder, const FolderSearch& search = {}, bool count = true);
   /// How many messages a search finds in a folder; -1 when they cannot be counted.
-  qint64 CountFound(const QString& folder, const QString& search);
+  qint64 CountFound(const QString& folder, const FolderSearch& search);
   /// The number of the page on which the row stands before which there are so many.
   qint32 PageOf(qint64 rowsBefore) const;
   /// See `FolderRows::Question`; empty when there is no such folder.
-  QString Question(const QString& folder, const QString& search);
+  QString Question(const QString& folder, const FolderSearch& search);
   /// Takes the answer, as serial identifiers.
-  void TakeAnswer(const QString& folder, const QString& search, const QStringList& serialIds);
+  void TakeAnswer(const QString& folder, const FolderSearch& search, const QStringList& serialIds);
   /// Forgets what is known of a folder's rows, as when it was asked for before a change.
-  void Forget(const QString& folder, const QString& search);
+  void Forget(const QString& folder, const FolderSearch& search);
   /// Finds out, for some milliseconds, where the pages of a long folder begin, so that each of them
   /// is made without delay. False when there is nothing more to find out. For idle moments.
-  bool Explore(const QString& folder, const QString& search = {});
+  bool Explore(const QString& folder, const FolderSearch& search = {});
 
  private:
   Result<QByteArray> Fill(const QString& html, const PageContent& content, qint32 page,
                           bool& before, bool& next, FolderRows* rows);
   RecordsetPtr RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit, qint64& passed);
-  FolderRows* RowsOf(const QString& folder, const QString& search);
+  FolderRows* RowsOf(const QString& folder, const FolderSearch& search);
   Result<QString> Write(const QByteArray& bytes, const QString& pageFolder);
 
   Context& context_;
   PageTagTable tags_;
   QString template_;
+  bool hasNone_ = false;
   QHash<QString, FolderRows> rows_;  // by the folder's statement and order
 };
 

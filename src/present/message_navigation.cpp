@@ -62,6 +62,12 @@ int MessageNavigation::PageOf(const QString& message) const {
   return before ? pages_.PageOf(*before) : 0;
 }
 
+bool MessageNavigation::GoToShown(const QString& message) {
+  const int page = PageOf(message);
+  if (page > 0) show_(page, message, {});
+  return page > 0;
+}
+
 // What is pressed before it is there is meant for it, and is done to no other.
 void MessageNavigation::GoToReturned(const QStringList& messages) {
   if (const int page = PageOf(messages.first())) {

@@ -26,6 +26,9 @@ class MessageNavigation {
   void GoToUnopened();
   /// Goes to a message of the folder once what was asked before is done.
   void GoTo(const QString& message);
+  /// Goes to a message at once, whatever the page that is there has been asked; false where the
+  /// folder does not show it.
+  bool GoToShown(const QString& message);
   /// Goes to the first of messages that the page may not show yet, by making another one; several
   /// are chosen there.
   void GoToReturned(const QStringList& messages);

@@ -59,8 +59,8 @@ int PageStep(Context& context) {
 
 }  // namespace
 
-Result<QString> NeighbourMessage(Context& context, const QString& folder, const QString& search,
-                                 const QString& serialId, int step) {
+Result<QString> NeighbourMessage(Context& context, const QString& folder,
+                                 const FolderSearch& search, const QString& serialId, int step) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
   if (query.IsEmpty()) return QString();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
@@ -71,7 +71,7 @@ Result<QString> NeighbourMessage(Context& context, const QString& folder, const 
   return FirstSerial(context.Data, query.Listing(), (*from)->Condition(Beyond(step)), step);
 }
 
-Result<QString> NextUnopened(Context& context, const QString& folder, const QString& search,
+Result<QString> NextUnopened(Context& context, const QString& folder, const FolderSearch& search,
                              const QString& serialId) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
   if (query.IsEmpty()) return QString();
@@ -89,7 +89,7 @@ Result<QString> NextUnopened(Context& context, const QString& folder, const QStr
   return FirstSerial(context.Data, rows, another, step);
 }
 
-Result<qint64> RowsBefore(Context& context, const QString& folder, const QString& search,
+Result<qint64> RowsBefore(Context& context, const QString& folder, const FolderSearch& search,
                           const QString& serialId) {
   const StorageError missing{StorageError::Kind::NotFound, {}};
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);

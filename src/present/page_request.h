@@ -3,6 +3,7 @@
 #include <QString>
 #include <utility>
 
+#include "objects/folder_search.h"
 #include "storage/disk.h"
 
 namespace vorn {
@@ -47,8 +48,11 @@ class PageRequest {
   void SetPage(int page) { bag_->Let(kPage, page); }
   bool HasPage() const { return bag_->Get(kPage).isValid(); }
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const { return bag_->Text(kSearch); }
-  void SetSearch(const QString& search) { bag_->Let(kSearch, search); }
+  FolderSearch Search() const { return {bag_->Text(kSearch), bag_->Flag(kEverywhere)}; }
+  void SetSearch(const FolderSearch& search) {
+    bag_->Let(kSearch, search.text);
+    bag_->Let(kEverywhere, search.isEverywhere);
+  }
 
   /// Whether one can go back and on.
   bool HasBefore() const { return bag_->Flag(kBefore); }
@@ -77,6 +81,7 @@ class PageRequest {
   static inline const QString kTitle = QStringLiteral("title");
   static inline const QString kPage = QStringLiteral("Page");
   static inline const QString kSearch = QStringLiteral("search");
+  static inline const QString kEverywhere = QStringLiteral("everywhere");
   static inline const QString kBefore = QStringLiteral("before");
   static inline const QString kNext = QStringLiteral("next");
   static inline const QString kLoading = QStringLiteral("onLoad");

@@ -35,11 +35,9 @@ class PageRows {
   /// No row is chosen any more; gives whether any was.
   void Unchoose(const std::function<void(bool)>& then);
   void ChooseAll() { Call(QStringLiteral("all()")); }
-  /// No row is current or chosen any more.
-  void Deselect() { Call(QStringLiteral("deselect()")); }
-  /// The same, unless the user sees the current one.
+  /// No row is current or chosen any more, unless the user sees the current one.
   void DeselectUnseen() { Call(QStringLiteral("deselectUnseen()")); }
-  /// The same before all that waits, since another message is to be the current one.
+  /// None is before all that waits, since another message is to be the current one.
   void DeselectFirst() { queue_.RunFirst(OnPage(QStringLiteral("deselect()"))); }
   /// No row is current any more, since the message that was has gone: the next step goes to the row
   /// after it or before it.

@@ -158,7 +158,7 @@ QString PreviewText(const PageRow& page, const ChildTags&) {
 }
 
 QString FolderName(const PageRow& page) {
-  return OfMail(page, AnyObject(*page.content.folder).Name());
+  return OfMail(page, AnyObject(*page.content.folder).ShownName());
 }
 
 QString FolderToolTip(const PageRow& page) {

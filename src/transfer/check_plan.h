@@ -62,6 +62,8 @@ class CheckPlan {
   /// Ends the running session and whatever else was planned; automatic checking goes on. What the
   /// session came to is recorded by the next tick.
   void Cancel();
+  /// Whether what is planned just now is planned by the periodic job, and was asked for by nobody.
+  bool RunsPeriodically() const { return jobs_.RunsPeriodically(); }
   /// Lets a send job go on only when what came of its message is stored, for which the file is in
   /// use now: `store` is tried at each tick, and when it has not worked for long, `failed` is told.
   void StoreLater(const CheckJob& job, std::function<Result<>()> store,

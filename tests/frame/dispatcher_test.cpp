@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QSet>
+
 #include "frame/event_log.h"
+#include "objects/settings.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -173,6 +176,8 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   } view;
   TestProfile profile;
   EventLog log(profile.Get(), view);
+  const DiskPtr settings = Settings(profile.Get()).Bag();
+  settings->Let(QStringLiteral("EventsFolded"), false);
   log.AddEvent(kEventError, kEventMessage, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
                QStringLiteral("text"));
   EXPECT_EQ(view.last, QStringLiteral("システム/mailuperror"));
@@ -184,6 +189,21 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(record->Number(u"db"), 3);
   EXPECT_EQ(record->Text(u"file"), profile.Get().Session->Text(u"Mail"));
+  // With the setting two hundred checks are one event that tells of all, and a failure stands by
+  // itself.
+  settings->Let(QStringLiteral("EventsFolded"), true);
+  view.shown.clear();
+  for (int i = 0; i < 200; ++i) {
+    log.AddEvent(i == 100 ? 1 : 0, 0, QStringLiteral("b"), QStringLiteral("会社"),
+                 QStringLiteral("account"),
+                 i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
+  }
+  EXPECT_EQ(view.last.left(3), QStringLiteral("会社 "));
+  EXPECT_EQ(view.last.indexOf(u':'), 5);
+  EXPECT_EQ(QSet<QString>(view.shown.begin(), view.shown.end()).size(), 2);
+  const QString said = log.Find(view.shown[0])->Text(u"message");
+  EXPECT_LT(said.indexOf(u"came 150"), said.indexOf(u"came 0"));
+  EXPECT_FALSE(said.contains(u"came 100"));
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 #include "frame/start_up.h"
 #include "mail/mail_store.h"
 #include "objects/account.h"
+#include "objects/save_object.h"
+#include "objects/settings.h"
 #include "storage/databases.h"
 
 void PrintTo(const QString& text, std::ostream* out) {
@@ -53,10 +55,16 @@ void TestProfile::Restart(const QString& password) {
 void TestProfile::LogInAgain(const QString& password) {
   context_ = std::make_unique<Context>();
   ASSERT_TRUE(StartUp(*context_, Folder()));
-  if (context_->Objects.IsEmpty()) {
+  const bool isNew = context_->Objects.IsEmpty();
+  if (isNew) {
     ASSERT_TRUE(CreateFirstProfile(*context_));
   }
   ASSERT_TRUE(LogIn(*context_, {}, password));
+  if (!isNew) return;
+  // What comes, a test has fetched.
+  const DiskPtr settings = Settings(*context_).Bag();
+  settings->Let(QStringLiteral("MessageCheck"), false);
+  ASSERT_TRUE(SaveObject(*context_, DatabaseKind::Profile, *settings));
 }
 
 DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const QString& user,

@@ -135,13 +135,42 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   EXPECT_EQ(Chosen().size(), 1);
   MadeAnewBy([&box] { QTest::keyClick(&box, Qt::Key_Escape); });
   EXPECT_EQ(box.text(), QString());
+  // What was found by it, and what it began from, stays the current message, on whichever page.
+  search(QStringLiteral("No3."));
+  Press(Qt::Key_Down);
+  ASSERT_EQ(Chosen(), Ids({3}));
+  MadeAnewBy([&box] { box.clear(); });
+  EXPECT_EQ(Chosen(), Ids({3}));
+  EXPECT_TRUE(
+      AwaitScript(QStringLiteral("document.querySelector('.vorn-current')"
+                                 ".getBoundingClientRect().bottom <= innerHeight + 1")));
   search(QStringLiteral("nothing"));
-  EXPECT_TRUE(AwaitGone("No25."));
+  EXPECT_TRUE(AwaitGone("No3."));
   Press(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(Script(QStringLiteral("getSelection().toString()")).toString(), QString());
   MadeAnewBy([this] { Press(Qt::Key_Escape); });
-  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No25.")); }));
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No3.")); }));
+  EXPECT_EQ(Chosen(), Ids({3}));
   EXPECT_EQ(box.text(), QString());
+  // Without a hit the words lead on to all folders, but for the dust bin.
+  for (const int status : {3, -4}) {
+    Disk request(QStringLiteral("mail_of_%1").arg(status));
+    request.Let(QStringLiteral("process"), status);
+    ASSERT_TRUE(MailStore(program_->GetContext())
+                    .StoreMessage(request,
+                                  "Subject: Elsewhere " + QByteArray::number(status) + "\r\n\r\n"));
+  }
+  search(QStringLiteral("elsewhere"));
+  const auto says = [this](const QString& text) {
+    return WaitFor([&] { return PageText().contains(text); }, 10000);
+  };
+  ASSERT_TRUE(says(QStringLiteral("「elsewhere」に一致するメッセージはありません。")));
+  ClickLink(QStringLiteral("a[href=\"vorn:searchEverywhere\"]"));
+  ASSERT_TRUE(says(QStringLiteral("Elsewhere 3")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("Elsewhere -4")));
+  MadeAnewBy([&box] { box.clear(); });
+  search(QStringLiteral("elsewhere"));
+  EXPECT_TRUE(says(QStringLiteral("に一致する"))) << "the next search is of the folder again";
 }
 
 // Of many tabs those that were used last have a page. The others have none, and are as they were
@@ -221,6 +250,19 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
     tabs->setCurrentIndex(i % 2);
     EXPECT_TRUE(hasKeys(i % 2 == 0 ? inbox : shelf)) << i;
   }
+  // A tab is as it was left, also for who comes by the tree.
+  tabs->setCurrentIndex(0);
+  ASSERT_TRUE(hasKeys(inbox));
+  auto* list = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+  QTest::keyClick(list->focusProxy(), Qt::Key_End);
+  const QString isLast = QStringLiteral("vorn.chosen().join() === 'mail_4'");
+  ASSERT_TRUE(WaitFor([&] { return ScriptIn(*list, isLast).toBool(); }));
+  for (const QString& folder : {QString::fromUtf16(kShelf), fixed_serial::kInbox}) {
+    test::ClickRow(tree, Node(folder));
+    ASSERT_TRUE(hasKeys(folder == fixed_serial::kInbox ? inbox : shelf));
+    test::RunFor(200);
+  }
+  EXPECT_TRUE(ScriptIn(*list, isLast).toBool());
   // Who closes a tab is back where he came from.
   auto* area = parent->findChild<QMdiArea*>();
   test::ClickRow(tree, Node(fixed_serial::kDust), Qt::LeftButton, Qt::ControlModifier);
@@ -237,6 +279,14 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
     EXPECT_EQ(tabs->currentIndex(), from);
   }
   EXPECT_TRUE(hasKeys(shelf));
+  // A frame shows where they are.
+  const auto framed = [](const QWidget& widget) {
+    return test::Child<QWidget>(widget, u"frKeys").isVisible();
+  };
+  EXPECT_TRUE(framed(*shelf->findChild<QWebEngineView*>(QStringLiteral("wbUrl"))));
+  tree.setFocus();
+  EXPECT_TRUE(framed(tree));
+  EXPECT_FALSE(framed(*shelf->findChild<QWebEngineView*>(QStringLiteral("wbUrl"))));
   // Who types into a box and comes back from elsewhere goes on typing.
   auto* search = shelf->findChild<QLineEdit*>(QStringLiteral("txSearch"));
   search->setFocus();

@@ -2,8 +2,11 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTranslator>
 
+#include "frame/window/console_tree.h"
 #include "mail/window/message_window.h"
+#include "objects/any_object.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -64,6 +67,33 @@ TEST_F(FolderTreeTest, UnopenedMessagesAreCountedInTheTree) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"2"; }));
+}
+
+// Also of a profile that was made in the other language; but for names that the user gave.
+TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
+  Begin(1, 100);
+  auto& tree = Child<ConsoleTree>(*program_->Parent(), u"tvConsole");
+  QList<Disk*> made;
+  for (const DiskPtr& object : program_->GetContext().Objects) {
+    const AnyObject any(*object);
+    if ((any.IsSystem() && !any.Is(object_type::kProfile)) || any.Is(object_type::kBookmark))
+      made.append(object.get());
+  }
+  ASSERT_EQ(made.size(), 6);
+  QTranslator english;
+  ASSERT_TRUE(english.load(QStringLiteral(":/texts/vorn_en.qm")));
+  for (Disk* object : made) {
+    const QString japanese = AnyObject(*object).Name();
+    qApp->installTranslator(&english);
+    tree.RefreshNode(object->SerialID());
+    const QString shown = tree.NodeText(object->SerialID());
+    qApp->removeTranslator(&english);
+    EXPECT_NE(shown, japanese);
+    AnyObject::SetName(*object, shown);
+    EXPECT_EQ(AnyObject(*object).ShownName(), japanese);
+    AnyObject::SetName(*object, japanese + u'2');
+    EXPECT_EQ(AnyObject(*object).ShownName(), japanese + u'2');
+  }
 }
 
 }  // namespace

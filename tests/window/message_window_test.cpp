@@ -456,7 +456,9 @@ TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
                                       QStringLiteral("mailup"),
                                       QStringLiteral("送信で使用するアカウントが不明です。"));
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
-  QTreeWidgetItem* event = tree->findItems(QStringLiteral("システム"), Qt::MatchRecursive).value(0);
+  QTreeWidgetItem* event =
+      tree->findItems(QStringLiteral("システム"), Qt::MatchStartsWith | Qt::MatchRecursive)
+          .value(0);
   ASSERT_NE(event, nullptr);
   test::ClickRow(*tree, event);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));

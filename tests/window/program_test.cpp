@@ -17,6 +17,7 @@
 #include "mail/codec/flag_string.h"
 #include "mail/mail_store.h"
 #include "mail/window/message_window.h"
+#include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
@@ -36,6 +37,20 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("アカウントを追加してください")));
   EXPECT_EQ(QDir(Folder() + QStringLiteral("temp")).entryList({QStringLiteral("*.html")}).size(),
             0);
+
+  // Its steps do what they say, and the page goes along with what has been done.
+  EXPECT_TRUE(InModal<ObjectsWindow>(
+      [this] { ClickLink(QStringLiteral("a[href=\"vorn:stepAccount\"]")); },
+      [](ObjectsWindow& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
+  AccountValues values;
+  values.name = QStringLiteral("会社");
+  values.inServer = QStringLiteral("127.0.0.1");
+  values.inPort = server_.Port();
+  const auto account = CreateAccount(program_->GetContext(), values);
+  ASSERT_TRUE(account);
+  parent->RefreshNode((*account)->SerialID());
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("受信してください")); }));
+  EXPECT_EQ(Settings(program_->GetContext()).CheckMinutes(), 10);
 
   QMenu* tools = parent->menuBar()->findChild<QMenu*>(QStringLiteral("menuTools"));
   EXPECT_EQ(tools->actions().value(0)->text(), QStringLiteral("メッセージ送受信(&M)"));
@@ -198,7 +213,7 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
 
   tree->setCurrentItem(node(u"受信"));
   EXPECT_EQ(NextMessageBox([tree] { QTest::keyClick(tree, Qt::Key_Delete); }),
-            QStringLiteral("標準のオブジェクトは削除できません。"));
+            QStringLiteral("標準のフォルダは削除できません。"));
   EXPECT_NE(node(u"受信"), nullptr);
 }
 

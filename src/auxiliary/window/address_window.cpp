@@ -104,7 +104,7 @@ void AddressWindow::FillTree(const QString& draw) {
   all->setIcon(0, Icon(object_type::kBook));
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(all, {AnyObject(*object).Name()});
+    auto* item = new QTreeWidgetItem(all, {AnyObject(*object).ShownName()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
   }

@@ -163,7 +163,7 @@ void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).Name()});
+    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
     items.insert(object->SerialID(), item);

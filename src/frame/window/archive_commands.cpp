@@ -113,7 +113,7 @@ void ArchiveCommands::Import(const QStringList& paths) {
   const QString text =
       Ui::tr("%1通を「%2」に取り込みました。")
           .arg(counts.imported)
-          .arg(inbox == nullptr ? QString() : AnyObject(*inbox).Name()) +
+          .arg(inbox == nullptr ? QString() : AnyObject(*inbox).ShownName()) +
       (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {

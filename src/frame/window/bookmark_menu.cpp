@@ -20,7 +20,7 @@ void BookmarkMenu::Fill() {
   clear();
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBookmark)) continue;
-    addSection(AnyObject(*object).Name());
+    addSection(AnyObject(*object).ShownName());
     for (const QString& line : BookmarkObject(*object).Lines()) {
       const QString url = line.section(u' ', 0, 0);
       QString title = line.section(u' ', 1);

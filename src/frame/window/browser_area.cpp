@@ -55,9 +55,11 @@ BrowserArea::~BrowserArea() {
 void BrowserArea::Add(BrowserWindow* window) {
   // Not at each reload: what the user has selected in the tree meanwhile stays selected.
   connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
-    if (std::exchange(shown, window->Tag()) != window->Tag()) Q_EMIT ActiveChanged();
+    const QString now = window->Tag() + u' ' + window->Folder().Search().text;
+    if (std::exchange(shown, now) != now) Q_EMIT ActiveChanged();
   });
   connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);
+  connect(window, &BrowserWindow::StepWanted, this, &BrowserArea::StepWanted);
   QMdiSubWindow* frame = addSubWindow(window);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   // A web page calls itself what it likes, also by the name of a folder.

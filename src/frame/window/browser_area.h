@@ -50,8 +50,10 @@ class BrowserArea : public QMdiArea {
   bool RefreshFolder(const QString& folder, bool isGone);
 
  Q_SIGNALS:
-  /// Another window is used now, or another folder is shown in it.
+  /// Another window is used now, or it shows another folder, or what another search finds.
   void ActiveChanged();
+  /// See `BrowserWindow::StepWanted`.
+  void StepWanted(const QString& step);
   /// More or fewer messages are chosen in a window.
   void ChosenChanged();
 

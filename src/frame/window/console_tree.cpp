@@ -128,7 +128,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
     place->addChild(node);
   }
   place->setExpanded(true);
-  node->setText(0, AnyObject(object).Name());
+  node->setText(0, AnyObject(object).ShownName());
   node->setToolTip(0, ShownToolTip(AnyObject(object).ToolTip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kKeyRole, object.SerialID());
@@ -168,6 +168,7 @@ void ConsoleTree::ShowEvent(const QString& serialId, const QString& title, const
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
   const QSignalBlocker quiet(this);
+  if (QTreeWidgetItem* shown = nodes_.value(serialId)) return shown->setText(0, title);
   auto* node = new QTreeWidgetItem(log, {title});
   node->setIcon(0, Icon(icon));
   node->setData(0, kKeyRole, serialId);

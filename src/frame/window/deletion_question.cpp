@@ -29,7 +29,7 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
         SelectObjects(context.Objects, *context.Session, object_type::kFolder);
     for (const DiskPtr& folder : *folders) {
       if (folder->SerialID() != key && FolderObject(*folder).Conditions().contains(key)) {
-        users.append(AnyObject(*folder).Name());
+        users.append(AnyObject(*folder).ShownName());
       }
     }
     if (!users.isEmpty()) {

@@ -7,6 +7,7 @@
 #include "frame/window/page_actions.h"
 #include "frame/window/traffic_host.h"
 #include "objects/object_types.h"
+#include "present/window/first_use.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -35,12 +36,13 @@ void FileMenu::AddCreation() {
   QMenu* create = addMenu(Ui::tr("新規作成(&N)"));
   create->setObjectName(QStringLiteral("menuFilesNew"));
   const auto entry = [this, create](const QString& text, const QString& type) {
-    create->addAction(text, this, [this, type] { panes_.Tree().Commands().NewObject(type); });
+    return create->addAction(text, this,
+                             [this, type] { panes_.Tree().Commands().NewObject(type); });
   };
   create->addAction(Ui::tr("メッセージ(&M).."), this, [this] { opener_.WriteMessage(); })
       ->setShortcut(QKeySequence::New);
   create->addSeparator();
-  entry(Ui::tr("アカウント(&A).."), object_type::kAccount);
+  entry(Ui::tr("アカウント(&A).."), object_type::kAccount)->setObjectName(first_step::kAccount);
   entry(Ui::tr("フォルダ(&F).."), object_type::kFolder);
   entry(Ui::tr("アドレスブック(&D).."), object_type::kBook);
   entry(Ui::tr("ブックマーク(&B).."), object_type::kBookmark);
@@ -62,7 +64,9 @@ void FileMenu::AddNodeCommands() {
 }
 
 void FileMenu::AddArchive() {
-  addAction(Ui::tr("ファイルから取り込む(&I).."), this, [this] { archive_.ImportFiles(); });
+  addAction(Ui::tr("ファイルから取り込む(&I).."), this, [this] {
+    archive_.ImportFiles();
+  })->setObjectName(first_step::kImport);
   addAction(Ui::tr("フォルダから取り込む(&O).."), this, [this] { archive_.ImportFolder(); });
   QAction* write = addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
     const QString folder = panes_.CurrentFolder();

@@ -2,6 +2,7 @@
 
 #include "frame/window/browser_area.h"
 #include "frame/window/console_tree.h"
+#include "kit/window/key_frame.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "storage/window/control_state.h"
@@ -24,6 +25,7 @@ FolderPanes::FolderPanes(Context& context)
   setStretchFactor(1, 1);
   setChildrenCollapsible(false);
   tvConsole_->setMinimumWidth(kLeastTreeWidth);  // names stay readable in a window made small
+  new KeyFrame(*tvConsole_);
   connect(area_, &BrowserArea::ActiveChanged, this, &FolderPanes::FollowActivePage);
 }
 

@@ -55,7 +55,8 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
     return made.ValueOr(nullptr);
   }
   QStringList names;
-  for (const DiskPtr& book : books) names.append(ShownText(AnyObject(*book).Name(), kMostInTitle));
+  for (const DiskPtr& book : books)
+    names.append(ShownText(AnyObject(*book).ShownName(), kMostInTitle));
   bool given = false;
   const QString name = QInputDialog::getItem(
       &window, kApplicationTitle, Ui::tr("登録するアドレスブック："), names, 0, false, &given);
@@ -63,7 +64,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
 }
 
 QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added) {
-  const QString name = ShownText(AnyObject(book).Name(), kMostInTitle);
+  const QString name = ShownText(AnyObject(book).ShownName(), kMostInTitle);
   const QString who = ShownText(people.first().presentable, kMostInTitle);
   if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
   return added == 1 && people.size() == 1

@@ -40,7 +40,7 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
 
 QString MessageActions::NameOf(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? folder : AnyObject(*object).Name();
+  return object == nullptr ? folder : AnyObject(*object).ShownName();
 }
 
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,

@@ -16,10 +16,20 @@ PageActions::PageActions(Context& context, QWidget& window, MessageHost& host, F
     : panes_(panes), status_(status), actions_(context, window, host) {
   ConnectActions();
   connect(&status, &MainStatusBar::UndoWanted, this, &PageActions::TakeBack);
+  // Another folder, or a search, is another matter.
+  connect(&panes.Area(), &BrowserArea::ActiveChanged, this, [this] {
+    if (Place() != offeredAt_) status_.EndOffer();
+  });
+}
+
+QString PageActions::Place() const {
+  const BrowserWindow* browser = panes_.Area().Active();
+  return browser == nullptr ? QString() : browser->Tag() + u' ' + browser->Folder().Search().text;
 }
 
 void PageActions::ConnectActions() {
   actions_.OnDone([this](const QString& done, std::function<void()> undo) {
+    offeredAt_ = Place();
     status_.OfferUndo(done, std::move(undo));
   });
   // The next key means it, in the list where it was taken back.
@@ -32,6 +42,7 @@ void PageActions::ConnectActions() {
 
 // After what was asked of the page before, whose answer comes later.
 void PageActions::TakeBack() {
+  offeredAt_ = Place();
   BrowserWindow* browser = panes_.Area().Active();
   if (browser == nullptr) return status_.TakeBack();
   browser->Folder().AfterCommands([this, browser] {

@@ -32,10 +32,12 @@ class PageActions : public QObject {
  private:
   void ConnectActions();
   void TakeBack();
+  QString Place() const;
 
   FolderPanes& panes_;
   MainStatusBar& status_;
   MessageActions actions_;
+  QString offeredAt_;                  // the folder, and what it was searched for
   QPointer<BrowserWindow> takesBack_;  // the list for which that is done just now
 };
 

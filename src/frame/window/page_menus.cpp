@@ -9,6 +9,7 @@
 #include "frame/window/folder_panes.h"
 #include "frame/window/request_windows.h"
 #include "present/window/browser_window.h"
+#include "present/window/first_use.h"
 #include "present/window/shown_folder.h"
 #include "storage/ui.h"
 
@@ -72,9 +73,9 @@ void WindowMenu::AddWays(FolderPanes& panes) {
 HelpMenu::HelpMenu(RequestWindows& windows, BrowserArea& area, QAction* version, QWidget* parent)
     : QMenu(Ui::tr("ヘルプ(&H)"), parent), windows_(windows), area_(area) {
   setObjectName(QStringLiteral("menuHelps"));
-  addAction(Ui::tr("使い方(&G)"), this, [this] {
-    ShowGuide({});
-  })->setShortcut(QKeySequence::HelpContents);
+  QAction* guide = addAction(Ui::tr("使い方(&G)"), this, [this] { ShowGuide({}); });
+  guide->setShortcut(QKeySequence::HelpContents);
+  guide->setObjectName(first_step::kGuide);
   addAction(Ui::tr("キーの一覧(&K)"), this, [this] {
     ShowGuide(Ui::tr("ページのキー"));
   })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Slash));

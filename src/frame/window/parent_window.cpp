@@ -28,6 +28,7 @@
 #include "objects/window_request.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
+#include "present/window/first_use.h"
 #include "present/window/shown_folder.h"
 #include "storage/ui.h"
 #include "storage/window/control_state.h"
@@ -119,6 +120,13 @@ void ParentWindow::ConnectPieces() {
   };
   connect(area, &BrowserArea::ActiveChanged, this, showChosen);
   connect(area, &BrowserArea::ChosenChanged, this, showChosen);
+  connect(area, &BrowserArea::StepWanted, this, [this](const QString& step) {
+    if (step == first_step::kPassword) {
+      opener_.OpenObject(context_.Session->SerialID(), object_type::kProfile, kShowModal, {});
+    } else if (auto* action = findChild<QAction*>(step)) {
+      action->trigger();
+    }
+  });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
           [this] { menuTools_Click(kToolsCancel); });
   connect(&traffic_, &TrafficHost::Ticked, this, &ParentWindow::Tick);
@@ -230,9 +238,10 @@ QString ParentWindow::NodeText(const QString& serialId) const {
 void ParentWindow::RefreshNode(const QString& serialId) {
   if (!panes_->Refresh(serialId)) opener_.OpenFolder(fixed_serial::kInbox);
   changes_.CountSoon();
-  // The inbox shows what is in no folder that is filled by hand.
+  // The inbox shows what is in no folder that is filled by hand, and at first what is to be done.
   const DiskPtr object = context_.Objects.Find(serialId);
-  if (object == nullptr || AnyObject(*object).Is(object_type::kFolder)) changes_.Note();
+  const auto is = [&object](const QString& type) { return AnyObject(*object).Is(type); };
+  if (object == nullptr || is(object_type::kFolder) || is(object_type::kAccount)) changes_.Note();
   if (serialId != context_.Session->SerialID()) return;
   ShowTitle();
   panes_->Area().RefreshFolders();  // it may have another mail file now

@@ -14,7 +14,7 @@ namespace vorn {
 namespace {
 
 constexpr int kPanelWidth = 220;
-constexpr int kOfferMs = 60000;
+constexpr int kOfferMs = 30000;
 constexpr size_t kMostSteps = 20;
 constexpr int kResultMs = 10000;
 constexpr int kSameCheckMs = 20000;
@@ -81,7 +81,7 @@ void MainStatusBar::BuildOffer() {
   addWidget(offer_, 1);
   offer_->hide();
   offered_.setSingleShot(true);
-  connect(&offered_, &QTimer::timeout, this, &MainStatusBar::ForgetSteps);
+  connect(&offered_, &QTimer::timeout, this, &MainStatusBar::EndOffer);
   connect(this, &QStatusBar::messageChanged, this, &MainStatusBar::MakeRoom);
 }
 
@@ -93,6 +93,10 @@ void MainStatusBar::MakeRoom(const QString& message) {
 
 void MainStatusBar::ForgetSteps() {
   steps_.clear();
+  EndOffer();
+}
+
+void MainStatusBar::EndOffer() {
   offered_.stop();
   offer_->hide();
 }
@@ -137,8 +141,8 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
   Show((results_ + failures_).join(QStringLiteral(" ／ ")));
 }
 
-void MainStatusBar::BeginCheck() {
-  isAsked_ = true;
+void MainStatusBar::BeginCheck(bool isAsked) {
+  isAsked_ = isAsked;
   clearMessage();
 }
 

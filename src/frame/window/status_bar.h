@@ -23,8 +23,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
-  /// The user asks for new messages and wants to know what came of it.
-  void BeginCheck();
+  /// A check begins. Whoever asks for it wants to know what came of it.
+  void BeginCheck(bool isAsked);
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said. Empty: it
   /// brought nothing, which is said to who asked for it.
@@ -33,11 +33,13 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void ShowForAWhile(const QString& sentence);
   /// Says how many messages are chosen on the page in use; nothing for one or none.
   void ShowChosen(int count);
-  /// Says for a while what was done, with a button (Ctrl+Z) that takes it back, and what was done
-  /// before it.
+  /// Says for a while what was done, with a button that takes it back, and what was done before it.
+  /// Ctrl+Z does so afterwards, too.
   void OfferUndo(const QString& done, std::function<void()> undo);
   /// Takes the last step back.
   void TakeBack();
+  /// The user goes on with something else.
+  void EndOffer();
   /// What was done cannot be taken back any more.
   void ForgetSteps();
 

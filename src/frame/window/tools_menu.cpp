@@ -1,5 +1,6 @@
 #include "frame/window/tools_menu.h"
 
+#include "present/window/first_use.h"
 #include "storage/ui.h"
 #include "transfer/check_plan.h"
 
@@ -7,8 +8,9 @@ namespace vorn {
 
 ToolsMenu::ToolsMenu(CheckPlan& plan, QWidget* parent) : QMenu(Ui::tr("ツール(&T)"), parent) {
   setObjectName(QStringLiteral("menuTools"));
-  Add(kToolsReceive, Ui::tr("メッセージ送受信(&M)"))
-      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  QAction* receive = Add(kToolsReceive, Ui::tr("メッセージ送受信(&M)"));
+  receive->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  receive->setObjectName(first_step::kReceive);
   QAction* cancel = Add(kToolsCancel, Ui::tr("送受信の中止(&C)"));
   Add(kToolsRules, Ui::tr("メッセージ条件(&R).."));
   addSeparator();

@@ -35,15 +35,18 @@ void TrafficHost::Tick() {
   Q_EMIT Ticked();
 }
 
+// By itself it asks for no account and has no word for what nobody asked.
 void TrafficHost::SendAndReceive() {
+  const bool isAsked = !Plan().RunsPeriodically();
   if (SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled)
           ->IsEmpty()) {
+    if (!isAsked) return;
     status_.ShowForAWhile(
         Ui::tr("送受信するアカウントがありません。ファイル > "
                "新規作成 > アカウントで追加してください。"));
     return;
   }
-  status_.BeginCheck();
+  status_.BeginCheck(isAsked);
   Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
 }
 

@@ -52,7 +52,7 @@ QString MessageSending::Missing() const {
 void MessageSending::SendFromToolbar() {
   if (document_.IsInDust()) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
-    const QString name = dust != nullptr ? AnyObject(*dust).Name() : Ui::tr("くずかご");
+    const QString name = dust != nullptr ? AnyObject(*dust).ShownName() : Ui::tr("くずかご");
     const auto answer = ShowBox(
         &window_, QMessageBox::Question,
         Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),

@@ -54,7 +54,7 @@ QWidget* MakeFolders(const Context& context, const QStringList& values, const To
   auto* folders = new QComboBox;
   for (const DiskPtr& object : context.Objects) {
     if (AnyObject(*object).Is(object_type::kFolder)) {
-      folders->addItem(AnyObject(*object).Name(), object->SerialID());
+      folders->addItem(AnyObject(*object).ShownName(), object->SerialID());
     }
   }
   if (!values.isEmpty() && folders->findData(values[0]) < 0) {

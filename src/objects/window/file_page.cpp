@@ -65,7 +65,7 @@ void FilePage::FillTree(const Context& context, const QString& type, const QStri
   QHash<QString, QTreeWidgetItem*> items;
   for (const DiskPtr& object : context.Objects) {
     if (!AnyObject(*object).Is(type) || type == object_type::kProfile) continue;
-    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).Name()});
+    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
     item->setData(0, Qt::UserRole, object->SerialID());
     items.insert(object->SerialID(), item);
   }

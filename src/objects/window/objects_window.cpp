@@ -150,7 +150,9 @@ void ObjectsWindow::cmDelete_Click() {
   if (object == nullptr) return;
   if (AnyObject(*object).IsSystem() || Tag() == context.Session->SerialID()) {
     ShowBox(parentWidget(), QMessageBox::Information,
-            Ui::tr("標準のオブジェクトは削除できません。"));
+            AnyObject(*object).Is(object_type::kProfile)
+                ? Ui::tr("使用中のプロファイルは削除できません。")
+                : Ui::tr("標準のフォルダは削除できません。"));
     return;
   }
   const DatabaseKind kind = ObjectRequest(*Request()).Database();

@@ -86,6 +86,8 @@ class CheckingPage : public FormPage {
         AddCheck(QStringLiteral("ckReceiveNoticeEdit"), Ui::tr("編集してから送信(&E)"));
     edit->setEnabled(false);
     connect(receipt, &QCheckBox::toggled, edit, &QCheckBox::setEnabled);
+    AddCheck(QStringLiteral("ckEventsFolded"),
+             Ui::tr("イベントはアカウントごとに1行にまとめる(&L)"));
     AddCheck(QStringLiteral("ckReceivedTime"), Ui::tr("日時はサーバーに届いた時刻にする(&J)"));
     AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
     AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));

@@ -89,6 +89,7 @@ void BrowserWindow::ConnectEngine() {
     TakeView();
     split_->SetPage(engine_->View());
   });
+  connect(engine_.get(), &EngineView::StepFollowed, this, &BrowserWindow::StepWanted);
   connect(engine_.get(), &EngineView::Crashed, this, [this] {
     if (!IsLocal()) return page_.change.Detach();
     folder_->Lose();

@@ -66,6 +66,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
  Q_SIGNALS:
   /// A page has been loaded, or has taken the place of the one before; false when it could not be.
   void Loaded(bool ok);
+  /// The user wants a step that a text of the program's own offers (`first_step`).
+  void StepWanted(const QString& step);
 
  private:
   void Lay();

@@ -11,6 +11,7 @@
 #include <QWebEngineView>
 #include <utility>
 
+#include "kit/window/key_frame.h"
 #include "present/window/browser_profiles.h"
 #include "present/window/link_page.h"
 #include "present/window/script_bar.h"
@@ -31,6 +32,7 @@ void EngineView::MakeView() {
   view_->setContextMenuPolicy(Qt::CustomContextMenu);
   view_->installEventFilter(this);
   for (QObject* child : view_->children()) child->installEventFilter(this);
+  new KeyFrame(*view_);
   connect(view_, &QWebEngineView::loadStarted, this, &EngineView::LoadBegan);
   connect(view_, &QWebEngineView::printFinished, this, &EngineView::PrintEnded);
   connect(view_, &QWebEngineView::loadFinished, this, &EngineView::LoadEnded);
@@ -78,6 +80,8 @@ void EngineView::Use(bool local) {
 
 void EngineView::ConnectPage() {
   connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
+  // Outside the engine's question whether the page goes on to it.
+  connect(page_, &LinkPage::StepFollowed, this, &EngineView::StepFollowed, Qt::QueuedConnection);
   connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
   connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
   connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
@@ -106,6 +110,7 @@ bool EngineView::ShowsFolder() const {
 
 void EngineView::Load(const QUrl& url, bool local, const QString& first) {
   page_->SetLocalPage(local ? url : QUrl());
+  page_->SetOwnText(false);
   fontStyle_ = profiles_.FontStyle();
   page_->scripts().clear();
   if (!first.isEmpty()) {
@@ -120,6 +125,7 @@ void EngineView::Load(const QUrl& url, bool local, const QString& first) {
 
 void EngineView::ShowHtml(const QString& html) {
   page_->SetLocalPage(QUrl());
+  page_->SetOwnText(true);
   view_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
                                 "content=\"light dark\"><body style=\"font-family:sans-serif;"
                                 "margin:2em;line-height:1.7\">") +

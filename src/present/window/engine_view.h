@@ -70,6 +70,7 @@ class EngineView : public QObject {
   void Crashed();
   // See `LinkPage`.
   void CommandFollowed(const vorn::MailRequest& request);
+  void StepFollowed(const QString& step);
   void RowTold(const QString& what, const QString& serialId);
   void MailtoFollowed(const QString& url);
   void FirstNavigation(const QUrl& url);

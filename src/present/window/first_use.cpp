@@ -9,10 +9,29 @@
 
 namespace vorn {
 
+namespace {
+
+struct Step {
+  QString name;
+  QString text;
+};
+
+bool HasAccount(const Context& context) {
+  return !SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty();
+}
+
+// What is bold leads there.
+QString Linked(const Step& step) {
+  QString text = step.text;
+  text.replace(QStringLiteral("<b>"),
+               QStringLiteral("<b><a href=\"vorn:") + step.name + QStringLiteral("\">"));
+  return QStringLiteral("<li>") + text.replace(QStringLiteral("</b>"), QStringLiteral("</a></b>")) +
+         QStringLiteral("</li>");
+}
+
+}  // namespace
+
 bool IsFirstUse(Context& context) {
-  if (!SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty()) {
-    return false;
-  }
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   const RecordsetPtr rows = mail ? MessageRows(context.Data).All() : nullptr;
   return rows != nullptr && rows->Eof();
@@ -29,20 +48,29 @@ QString FirstUseText(const Context& context) {
                 "印刷しておいてください。")
           : Ui::tr(
                 "パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。");
-  const QString steps[] = {
-      Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
-             "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。"),
-      Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。"),
-      Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
-             "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。"),
-      Ui::tr("<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
-             "%1")
-          .arg(untilThen),
-      Ui::tr("<b>使い方</b>: F1キー。")};
+  QList<Step> steps = {
+      {first_step::kAccount,
+       Ui::tr("<b>アカウントの追加</b>: メニューの「ファイル」→「新規作成」→「アカウント」"
+              "（Alt+F、N、A）。受信サーバーと送信サーバーは「接続を確認」で試せます。")},
+      {first_step::kReceive,
+       Ui::tr("<b>送受信</b>: メニューの「ツール」→「メッセージ送受信」（Ctrl+M）。")},
+      {first_step::kImport,
+       Ui::tr("<b>これまでのメール</b>: メニューの「ファイル」→「ファイルから取り込む」"
+              "または「フォルダから取り込む」。mbox、Maildir、emlのファイルを読みます。")},
+      {first_step::kPassword,
+       Ui::tr(
+           "<b>パスワード</b>: ツリーの「プロファイル」の下の名前で右クリックし、「プロパティ」。"
+           "%1")
+           .arg(untilThen)},
+      {first_step::kGuide, Ui::tr("<b>使い方</b>: F1キー。")}};
+  const bool hasAccount = HasAccount(context);
+  if (hasAccount) steps.move(0, steps.size() - 2);  // another one is not what comes next
+
   QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +
-                 Ui::tr("メールを受信するには、アカウントを追加してください。") +
+                 (hasAccount ? Ui::tr("メッセージはまだありません。メールを受信してください。")
+                             : Ui::tr("メールを受信するには、アカウントを追加してください。")) +
                  QStringLiteral("</p><ul>");
-  for (const QString& step : steps) text += QStringLiteral("<li>") + step + QStringLiteral("</li>");
+  for (const Step& step : steps) text += Linked(step);
   return text + QStringLiteral("</ul>");
 }
 

@@ -1,9 +1,11 @@
 #include "present/window/folder_paging.h"
 
+#include "objects/object_types.h"
 #include "present/shown_page.h"
 #include "present/window/folder_toolbar.h"
 #include "present/window/page_maker.h"
 #include "present/window/search_box.h"
+#include "present/window/search_step.h"
 
 namespace vorn {
 
@@ -65,22 +67,36 @@ void FolderPaging::GoToLast() {
 // Shows all messages when nothing is typed. What is found is a page of the folder like any other.
 void FolderPaging::Search() {
   if (!page_.request.IsLocal()) return;
-  page_.request.SetSearch(search_.Typed());
+  page_.request.SetSearch(Typed());
   toolbar_.ShowPageCount(0);
   search_.ShowFound(-1);
+  Q_EMIT Searched();
+}
+
+void FolderPaging::ShowFirst() {
   GoTo(PageRequest::kFirstShown);
 }
 
+// What was thrown away is searched by itself: what is done with it there ends it.
+FolderSearch FolderPaging::Typed() const {
+  const bool isDust = page_.request.Folder() == fixed_serial::kDust;
+  return {search_.Typed(), search_.IsEverywhere() && !isDust};
+}
+
+void FolderPaging::Follow(const QString& step) {
+  if (step == search_step::kEverywhere) search_.SearchEverywhere();
+  if (step == search_step::kGiveUp) GiveUpSearch();
+}
+
 bool FolderPaging::SearchTyped() {
-  if (!page_.request.IsLocal() || search_.Typed() == page_.request.Search()) return false;
+  if (!page_.request.IsLocal() || Typed() == page_.request.Search()) return false;
   Search();
   return true;
 }
 
 void FolderPaging::GiveUpSearch() {
-  if (page_.request.Search().isEmpty()) return;
   search_.clear();
-  Search();
+  if (!page_.request.Search().isEmpty()) Search();  // unless the box has told it
 }
 
 }  // namespace vorn

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "objects/folder_search.h"
+
 namespace vorn {
 
 class FolderToolbar;
@@ -20,6 +22,10 @@ class FolderPaging : public QObject {
   /// Goes to the page on which a message stands, and to the message there, where some are chosen:
   /// for those is meant what is done meanwhile.
   void GoToMessage(int page, const QString& message, const QStringList& chosen);
+  /// Shows the folder, or what is found in it, from its first page on.
+  void ShowFirst();
+  /// Does a step that the page of a search offers (`search_step`).
+  void Follow(const QString& step);
   /// Searches for what is typed if that is something else than what is searched for; whether it is.
   bool SearchTyped();
   /// Shows all messages again.
@@ -30,6 +36,8 @@ class FolderPaging : public QObject {
   void PageWanted();
   /// It asks for the page of a message, which may be the one that is there, in its next version.
   void MessageWanted();
+  /// The folder is searched for something else than before, or no longer.
+  void Searched();
   /// The user has typed where to go and goes on there.
   void KeysWanted();
 
@@ -39,6 +47,7 @@ class FolderPaging : public QObject {
   void GoToTyped();
   void GoToLast();
   void Search();
+  FolderSearch Typed() const;
   void Ask(int page, void (FolderPaging::*wanted)());
 
   ShownPage& page_;

@@ -39,6 +39,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->addWidget(pages_);
   bar->addWidget(txLocation_, 1);
   bar->addWidget(search_, 1);
+  bar->addWidget(search_->Everywhere());
   bar->addWidget(search_->Found());
 }
 

@@ -173,7 +173,7 @@ void LayoutWindow::BuildTags() {
 
 void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
-  const QString name = folder == nullptr ? folder_ : AnyObject(*folder).Name();
+  const QString name = folder == nullptr ? folder_ : AnyObject(*folder).ShownName();
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
   const QList<ReadyLayout> ready = ReadyLayouts(folder_);
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;

@@ -6,6 +6,7 @@
 
 #include "kit/window/plain_text.h"
 #include "present/link_command.h"
+#include "present/window/search_step.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -26,6 +27,12 @@ bool LinkPage::acceptNavigationRequest(const QUrl& url, NavigationType type, boo
     if (!localPage_.isEmpty() && type == NavigationTypeLinkClicked && !IsRepeated(*request)) {
       Q_EMIT CommandFollowed(*request);
     }
+    return false;
+  }
+  if (url.scheme() == u"vorn") {
+    // On a folder's page only what does no harm: what messages say may stand on it.
+    const bool may = isOwnText_ || (!localPage_.isEmpty() && search_step::Is(url.path()));
+    if (may && type == NavigationTypeLinkClicked) Q_EMIT StepFollowed(url.path());
     return false;
   }
   if (!localPage_.isEmpty()) {

@@ -17,6 +17,8 @@ class LinkPage : public QWebEnginePage {
 
   /// On a local page only link commands act, and the one page that the window itself loads.
   void SetLocalPage(const QUrl& page) { localPage_ = page; }
+  /// Its text is the program's own: links of the scheme "vorn" lead to what the program does.
+  void SetOwnText(bool isOwnText) { isOwnText_ = isOwnText; }
   bool HasLocalPage() const { return !localPage_.isEmpty(); }
   /// Makes the page of a new window that this one asks for; web pages only.
   void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
@@ -35,6 +37,8 @@ class LinkPage : public QWebEnginePage {
  Q_SIGNALS:
   void CommandFollowed(const vorn::MailRequest& request);
   void FirstNavigation(const QUrl& url);
+  /// A link of a text of the program's own was followed.
+  void StepFollowed(const QString& step);
   /// On a folder's page a message became current by the user ("row") or when the page was made anew
   /// ("kept", possibly none), or was clicked twice ("twice").
   void RowTold(const QString& what, const QString& serialId);
@@ -59,6 +63,7 @@ class LinkPage : public QWebEnginePage {
   bool IsRepeated(const MailRequest& request);
 
   QUrl localPage_;
+  bool isOwnText_ = false;
   std::function<QWebEnginePage*()> makeWindow_;
   std::function<bool(const QUrl&)> mayRunScripts_;
   QUrl arriving_;

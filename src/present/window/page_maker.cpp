@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <utility>
 
+#include "mail/codec/code_page_932.h"
 #include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -14,6 +15,7 @@
 #include "present/window/condition_wait.h"
 #include "present/window/first_use.h"
 #include "present/window/page_reading.h"
+#include "present/window/search_step.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"
 
@@ -45,7 +47,7 @@ QString PageMaker::Question() const {
 bool PageMaker::Make() {
   const DiskPtr folder = LoadObject(context_, request_.Folder());
   if (folder == nullptr) return request_.HasUrl();
-  Q_EMIT Named(AnyObject(*folder).Name());
+  Q_EMIT Named(AnyObject(*folder).ShownName());
   if (wait_->IsAsking(Question())) {
     if (request_.HasUrl()) Q_EMIT PageStays();
     return false;
@@ -74,7 +76,7 @@ PageMaker::Written PageMaker::Write() {
   bool next = false;
   Result<QByteArray> bytes =
       pages_.FolderPage(request_.Folder(), request_.Page(), before, next, request_.Search());
-  return {std::move(bytes), before, next};
+  return {std::move(bytes), before, next, pages_.HasNone()};
 }
 
 // Nothing when it takes too long to find the folder's messages here.
@@ -106,12 +108,34 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
 bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
-  reading_.Keep(page.bytes.ValueOr({}));
+  const bool isVain = page.hasNone && !request_.Search().isEmpty();
+  reading_.Keep(isVain ? WithoutHit(page.bytes.ValueOr({})) : page.bytes.ValueOr({}));
   request_.SetNeighbours(page.before, page.next);
   Q_EMIT Made();
   if (page.bytes) return true;
   TellFailure(page.bytes.Error().text);
   return false;
+}
+
+// What a search without a hit says, and how it goes on, in the place of an empty folder's words.
+QByteArray PageMaker::WithoutHit(QByteArray page) const {
+  const FolderSearch search = request_.Search();
+  const auto link = [](const QString& step, const QString& text) {
+    return QStringLiteral(
+               "<br><br><a href=\"vorn:%1\" style=\"color:LinkText;"
+               "text-decoration:underline\">%2</a>")
+        .arg(step, text);
+  };
+  QString words =
+      Ui::tr("「%1」に一致するメッセージはありません。").arg(search.text.toHtmlEscaped());
+  if (!search.isEverywhere && request_.Folder() != fixed_serial::kDust) {
+    words += link(search_step::kEverywhere, Ui::tr("すべてのフォルダを検索する"));
+  }
+  words += link(search_step::kGiveUp, Ui::tr("検索をやめる"));
+  const QByteArray none = ToCodePage932(Ui::tr("メッセージはありません。"));
+  if (page.contains(none)) return page.replace(none, ToCodePage932(words));
+  const qsizetype end = page.toLower().lastIndexOf("</body>");
+  return page.insert(end < 0 ? page.size() : end, "<p>" + ToCodePage932(words) + "</p>");
 }
 
 void PageMaker::TellFailure(const QString& reason) {
@@ -182,9 +206,10 @@ void PageMaker::TakeAnswer(const ConditionRun::Answer& answer, const std::functi
 // What has changed while the messages were looked for may not be in the answer.
 void PageMaker::LookAgain() {
   const QString folder = request_.Folder();
-  const QString search = request_.Search();
+  const FolderSearch search = request_.Search();
   QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
-    if (!request_.IsLocal() || request_.Folder() != folder || request_.Search() != search) return;
+    if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
+      return;
     pages_.Forget(folder, search);
     Q_EMIT AnewWanted();
   });

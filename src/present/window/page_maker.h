@@ -63,6 +63,7 @@ class PageMaker : public QObject {
     Result<QByteArray> bytes;
     bool before = false;
     bool next = false;
+    bool hasNone = false;
   };
   Written Write();
   std::optional<Written> WriteInTime();
@@ -76,6 +77,7 @@ class PageMaker : public QObject {
   void LookAgain();
   void TellStopped();
   void TellFailure(const QString& reason);
+  QByteArray WithoutHit(QByteArray page) const;
 
   Context& context_;
   MessageListPages& pages_;

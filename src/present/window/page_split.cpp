@@ -2,6 +2,7 @@
 
 #include <QWebEngineView>
 
+#include "kit/window/key_frame.h"
 #include "mail/window/message_host.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
@@ -64,6 +65,7 @@ void PageSplit::resizeEvent(QResizeEvent* event) {
 void PageSplit::MakePane() {
   pane_ = new ReadingPane(context_, host_);
   pane_->hide();
+  new KeyFrame(*pane_);
   pane_->Cover(isCovered_);
   addWidget(pane_);
   Q_EMIT PaneMade(pane_);

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QShortcut>
+#include <QToolButton>
 
 #include "kit/window/plain_text.h"
 #include "storage/ui.h"
@@ -15,7 +16,7 @@ constexpr int kSearchWidth = 220;
 }  // namespace
 
 SearchBox::SearchBox(QWidget* window, QWidget* parent)
-    : QLineEdit(parent), lbFound_(PlainLabel({}, parent)) {
+    : QLineEdit(parent), lbFound_(PlainLabel({}, parent)), cmEverywhere_(new QToolButton(parent)) {
   setObjectName(QStringLiteral("txSearch"));
   setAccessibleName(Ui::tr("フォルダの検索"));
   setPlaceholderText(Ui::tr("件名、アドレスを検索"));
@@ -23,8 +24,17 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
   setMaximumWidth(kSearchWidth);
   connect(this, &QLineEdit::returnPressed, this, &SearchBox::Wanted);
   connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (text.isEmpty()) Q_EMIT Emptied();
+    cmEverywhere_->setVisible(!text.isEmpty());
+    if (!text.isEmpty()) return;
+    cmEverywhere_->setChecked(false);
+    Q_EMIT Emptied();
   });
+  cmEverywhere_->setObjectName(QStringLiteral("cmEverywhere"));
+  cmEverywhere_->setText(Ui::tr("すべてのフォルダ"));
+  cmEverywhere_->setToolTip(Ui::tr("くずかごのほかのすべてのフォルダを検索します。"));
+  cmEverywhere_->setCheckable(true);
+  cmEverywhere_->hide();
+  connect(cmEverywhere_, &QToolButton::clicked, this, &SearchBox::Wanted);
   lbFound_->setObjectName(QStringLiteral("lbFound"));
   lbFound_->hide();
   auto* find = new QShortcut(QKeySequence::Find, window);
@@ -42,6 +52,15 @@ void SearchBox::keyPressEvent(QKeyEvent* event) {
   if (key == Qt::Key_Escape) clear();
   Q_EMIT Left();
   if (key == Qt::Key_Down) Q_EMIT RowWanted();
+}
+
+bool SearchBox::IsEverywhere() const {
+  return cmEverywhere_->isChecked();
+}
+
+void SearchBox::SearchEverywhere() {
+  cmEverywhere_->setChecked(true);
+  Q_EMIT Wanted();
 }
 
 void SearchBox::ShowFound(qint64 messages) {

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 
 class QLabel;
+class QToolButton;
 
 namespace vorn {
 
@@ -12,7 +13,7 @@ class SearchBox : public QLineEdit {
   Q_OBJECT
 
  public:
-  /// Its key acts in all of `window`; `parent` gets the label.
+  /// Its key acts in all of `window`; `parent` gets the label and the button.
   SearchBox(QWidget* window, QWidget* parent);
 
   /// What is typed.
@@ -20,6 +21,10 @@ class SearchBox : public QLineEdit {
   /// How many messages the search has found; -1 when there is none, or that is not known.
   void ShowFound(qint64 messages);
   QLabel* Found() const { return lbFound_; }
+  /// The button that widens the search to all folders. It is there while something is typed.
+  QToolButton* Everywhere() const { return cmEverywhere_; }
+  bool IsEverywhere() const;
+  void SearchEverywhere();
 
  Q_SIGNALS:
   /// What is typed is to be searched for.
@@ -36,6 +41,7 @@ class SearchBox : public QLineEdit {
 
  private:
   QLabel* lbFound_;
+  QToolButton* cmEverywhere_;
 };
 
 }  // namespace vorn

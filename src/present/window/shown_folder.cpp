@@ -1,6 +1,7 @@
 #include "present/window/shown_folder.h"
 
 #include <QWebEngineView>
+#include <utility>
 
 #include "present/shown_page.h"
 #include "present/window/engine_view.h"
@@ -37,6 +38,7 @@ void ShownFolder::ConnectPaging() {
     parts_.page.rows.DeselectFirst();
     parts_.loader.Refresh();
   });
+  connect(&paging_, &FolderPaging::Searched, this, &ShownFolder::ShowSearched);
   connect(&paging_, &FolderPaging::KeysWanted, this, [this] { parts_.engine.View()->setFocus(); });
   connect(&parts_.toolbar.Search(), &SearchBox::RowWanted, this,
           [this] { parts_.page.rows.Enter(); });
@@ -46,6 +48,7 @@ void ShownFolder::ConnectPaging() {
 
 void ShownFolder::ConnectMessages() {
   connect(&parts_.engine, &EngineView::CommandFollowed, &messages_, &PageMessages::Follow);
+  connect(&parts_.engine, &EngineView::StepFollowed, &paging_, &FolderPaging::Follow);
   connect(&parts_.engine, &EngineView::RowTold, &messages_, &PageMessages::Told);
   connect(&parts_.engine, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
   connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
@@ -58,18 +61,25 @@ void ShownFolder::ConnectMessages() {
 void ShownFolder::Leave() {
   parts_.page.change.LeavePlace();
   parts_.split.ShowNothing();
+  searchedFrom_.clear();
   parts_.page.request.SetSearch({});  // so that emptying the box searches nothing
   parts_.toolbar.Search().clear();
   parts_.toolbar.Search().ShowFound(-1);
 }
 
-// Who comes back to a page that he left goes on with a row that he chooses, and not, by one key,
-// with what was chosen then.
+// Who gives up a search goes on with the message that he found by it, or from which he began it.
+void ShownFolder::ShowSearched() {
+  if (!parts_.split.Row().isEmpty()) searchedFrom_ = parts_.split.Row();
+  parts_.page.change.LeavePlace();
+  const bool isAll = parts_.page.request.Search().isEmpty();
+  const QString message = isAll ? std::exchange(searchedFrom_, {}) : QString();
+  if (message.isEmpty() || !navigation_.GoToShown(message)) paging_.ShowFirst();
+}
+
+// A tab is as it was left, whichever way the user comes to it. In the page that he is at he goes
+// on with what he sees.
 void ShownFolder::ComeBack(bool wasInUse) {
-  if (!parts_.page.rows.HasRows()) return;
-  if (wasInUse) return parts_.page.rows.DeselectUnseen();
-  parts_.page.rows.Deselect();
-  parts_.split.ShowNothing();
+  if (wasInUse && parts_.page.rows.HasRows()) parts_.page.rows.DeselectUnseen();
 }
 
 void ShownFolder::Lose() {
@@ -81,7 +91,7 @@ void ShownFolder::Cover(bool covered) {
   parts_.split.Cover(covered);
 }
 
-QString ShownFolder::Search() const {
+FolderSearch ShownFolder::Search() const {
   return parts_.page.request.Search();
 }
 

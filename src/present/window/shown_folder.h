@@ -49,7 +49,7 @@ class ShownFolder : public QObject {
   void Cover(bool covered);
 
   /// What the folder is searched for; empty when all is shown.
-  QString Search() const;
+  FolderSearch Search() const;
   /// Searches for what is typed if that is something else; whether it is.
   bool SearchTyped() { return paging_.SearchTyped(); }
   /// Shows all of the folder again.
@@ -77,12 +77,14 @@ class ShownFolder : public QObject {
  private:
   void ConnectPaging();
   void ConnectMessages();
+  void ShowSearched();
 
   const Parts parts_;
   FolderPaging paging_;
   PageMessages messages_;
   MessageNavigation navigation_;
   PageCommands commands_;
+  QString searchedFrom_;  // the message that was the current one before the search
 };
 
 }  // namespace vorn

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <utility>
+
+namespace vorn {
+
+/// What a folder is searched for: a text in subjects and addresses, of the folder or of all
+/// messages outside the dust bin.
+struct FolderSearch {
+  FolderSearch(QString words = {}, bool everywhere = false)
+      : text(std::move(words)), isEverywhere(everywhere) {}
+
+  QString text;  ///< empty where all of the folder is shown
+  bool isEverywhere = false;
+
+  bool isEmpty() const { return text.isEmpty(); }
+  bool operator==(const FolderSearch&) const = default;
+};
+
+}  // namespace vorn
