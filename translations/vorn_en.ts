@@ -4117,7 +4117,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
-        <translation type="unfinished"></translation>
+        <translation>Only received messages can be put into “%1”.</translation>
     </message>
 </context>
 </TS>

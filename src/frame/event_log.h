@@ -31,7 +31,7 @@ class EventLog {
   DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
 
  private:
-  DiskPtr Begin(int mode, const QString& reference, const QString& text) const;
+  DiskPtr Begin(EventMode mode, const QString& reference, const QString& text) const;
   DiskPtr Like(const QString& reference, const QString& icon) const;
 
   Context& context_;
