@@ -194,8 +194,8 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   settings->Let(QStringLiteral("EventsFolded"), true);
   view.shown.clear();
   for (int i = 0; i < 200; ++i) {
-    log.AddEvent(i == 100 ? 1 : 0, 0, QStringLiteral("b"), QStringLiteral("会社"),
-                 QStringLiteral("account"),
+    log.AddEvent(i == 100 ? kEventError : kEventInformation, kEventObject, QStringLiteral("b"),
+                 QStringLiteral("会社"), QStringLiteral("account"),
                  i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
   }
   EXPECT_EQ(view.last.left(3), QStringLiteral("会社 "));

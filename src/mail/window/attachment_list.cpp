@@ -48,6 +48,15 @@ QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
   return isEncrypted ? Ui::tr("、パスワード付き") : QString();
 }
 
+void TellFault(QWidget* list, const QString& text) {
+  ShowBox(list, QMessageBox::Critical, text);
+}
+
+// When a file had been changed last, for when it is asked whether it is still the same.
+void NoteTime(QHash<QString, QDateTime>& times, const QString& path) {
+  times[path] = QFileInfo(path).lastModified();
+}
+
 }  // namespace
 
 AttachmentList::AttachmentList(Context& context, QWidget* parent)
@@ -73,7 +82,7 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
   folded_ = 0;
   shown_.clear();
   for (const ModelAttachment& attachment : attachments_) {
-    if (attachment.isNew) NoteTime(attachment.path);
+    if (attachment.isNew) NoteTime(shown_, attachment.path);
   }
   source_ = source;
   output_->SetSource(source);
@@ -125,24 +134,20 @@ QStringList AttachmentList::ChangedFiles() const {
 
 void AttachmentList::AcceptChanges() {
   for (const ModelAttachment& attachment : attachments_) {
-    if (attachment.isNew) NoteTime(attachment.path);
+    if (attachment.isNew) NoteTime(shown_, attachment.path);
   }
   Fill();
-}
-
-void AttachmentList::NoteTime(const QString& path) {
-  shown_[path] = QFileInfo(path).lastModified();
 }
 
 void AttachmentList::AddFiles(const QStringList& paths) {
   for (const QString& path : paths) {
     const QFileInfo file(path);
     if (file.isDir()) {
-      Tell(Ui::tr("「%1」はフォルダなので添付できません。").arg(path));
+      TellFault(this, Ui::tr("「%1」はフォルダなので添付できません。").arg(path));
       continue;
     }
     if (!file.isFile() || !file.isReadable()) {
-      Tell(Ui::tr("添付ファイル「%1」を読み込めません。").arg(path));
+      TellFault(this, Ui::tr("添付ファイル「%1」を読み込めません。").arg(path));
       continue;
     }
     ModelAttachment attachment;
@@ -150,7 +155,7 @@ void AttachmentList::AddFiles(const QStringList& paths) {
     attachment.type = ContentTypeOf(file.fileName());
     attachment.isNew = true;
     attachment.path = file.absoluteFilePath();
-    NoteTime(attachment.path);
+    NoteTime(shown_, attachment.path);
     attachments_.push_back(attachment);
   }
   Fill();
@@ -180,8 +185,9 @@ bool AttachmentList::Paste() {
 void AttachmentList::AddPicture(const QImage& picture) {
   const QString path = working_.PathFor(Ui::tr("画像.png"));
   if (picture.isNull() || !picture.save(path, "PNG") || !MakePrivate(path)) {
-    Tell(Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
-             .arg(path));
+    TellFault(this,
+              Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
+                  .arg(path));
     return;
   }
   AddFiles({path});
@@ -276,10 +282,6 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
     menu.addAction(Ui::tr("外す(&D)"), this, &AttachmentList::RemoveSelected)->setEnabled(any);
   }
   menu.exec(event->globalPos());
-}
-
-void AttachmentList::Tell(const QString& text) {
-  ShowBox(this, QMessageBox::Critical, text);
 }
 
 }  // namespace vorn

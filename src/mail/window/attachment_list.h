@@ -66,12 +66,10 @@ class AttachmentList : public QListWidget {
 
  private:
   void Fill();
-  void NoteTime(const QString& path);
   ModelAttachment At(int row) const;
   bool IsFold(int row) const;
   int ArchiveRow() const;
   void AddPicture(const QImage& picture);
-  void Tell(const QString& text);
 
   Context& context_;
   std::vector<ModelAttachment> attachments_;
