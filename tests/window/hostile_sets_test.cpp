@@ -219,6 +219,8 @@ TEST_F(HostileServerAnswersTest, NoneSpeaksForTheProgramShowsThePasswordOrKeepsT
   StartProgram();
   LogInWith(QString());
   AwaitInbox();
+  // Each answer has an event of its own, to be opened.
+  Settings(program_->GetContext()).Bag()->Let(QStringLiteral("EventsFolded"), false);
   int number = 0;
   for (const ServerAnswer& answer : answers) {
     const std::string name = answer.command + (": " + answer.text.left(60)).toStdString();
