@@ -4119,5 +4119,13 @@ and what was erased is not received again.</translation>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
         <translation>Only received messages can be put into “%1”.</translation>
     </message>
+    <message>
+        <source>%1 バイト</source>
+        <translation>%1 bytes</translation>
+    </message>
+    <message>
+        <source>（差出人の時計では %1）</source>
+        <translation> (on the sender’s clock %1)</translation>
+    </message>
 </context>
 </TS>

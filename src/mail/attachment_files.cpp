@@ -130,7 +130,8 @@ QString FreePath(const QString& folder, const QString& name) {
 }
 
 QString SizeText(qint64 bytes) {
-  return QLocale(QLocale::Japanese).formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+  if (bytes < 1024) return Ui::tr("%1 バイト").arg(bytes);
+  return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
 }
 
 }  // namespace vorn

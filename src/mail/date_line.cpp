@@ -19,8 +19,13 @@ QString ZoneText(int seconds) {
 QString DateLine(QByteArrayView source, const QString& stored) {
   const QDateTime sent = SentDate(source);
   if (!sent.isValid()) return {};
-  const QString line = sent.toString(QStringLiteral("yyyy/MM/dd H:mm")) + QStringLiteral(" (") +
-                       ZoneText(sent.offsetFromUtc()) + u')';
+  const QDateTime here = sent.toLocalTime();
+  const QString day = QStringLiteral("yyyy/MM/dd H:mm");
+  const QString senders =
+      sent.toString(day) + QStringLiteral(" (") + ZoneText(sent.offsetFromUtc()) + u')';
+  const bool isSameClock = here.offsetFromUtc() == sent.offsetFromUtc();
+  const QString line =
+      isSameClock ? senders : here.toString(day) + Ui::tr("（差出人の時計では %1）").arg(senders);
   const QDateTime arrived = StoredTime(stored);
   if (!arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return line;
   return line + QStringLiteral("  ") +

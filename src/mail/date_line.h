@@ -5,9 +5,9 @@
 
 namespace vorn {
 
-/// A message's Date field for a reader, in its sender's zone: "2026/11/24 9:05 (+0900)", and beside
-/// it when it was stored (the stored form) where that differs by more than a day. Empty for a
-/// message without a date.
+/// A message's Date field for a reader, as his own clock tells it and, where that differs, in its
+/// sender's zone: "2026/11/24 9:05 (+0900)"; beside it when it was stored (the stored form) where
+/// that is off by more than a day. Empty for a message without a date.
 QString DateLine(QByteArrayView source, const QString& stored);
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include "mail/attachment_files.h"
@@ -264,12 +265,18 @@ TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
   EXPECT_TRUE(isMarked(message("<img src=cid:p@x>", "JVBERi0xLjQK"))) << "it is no picture";
 }
 
-TEST(DateLineTest, TheSendersClockIsShownAndWhatItIsOffBy) {
+TEST(DateLineTest, BothClocksAreShownAndWhatTheyAreOffBy) {
+  const QByteArray zone = qgetenv("TZ");
+  const auto restored =
+      qScopeGuard([&zone] { zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone); });
+  qputenv("TZ", "Asia/Tokyo");
   const QByteArray source = "Date: Tue, 24 Nov 2026 09:05:07 -0330\r\n\r\n";
   const auto at = [&](int hours) {
     return DateLine(source, StoredTimeText(SentDate(source).addSecs(hours * 3600)));
   };
-  EXPECT_EQ(at(0), QStringLiteral("2026/11/24 9:05 (-0330)"));
+  EXPECT_EQ(at(0), QStringLiteral("2026/11/24 21:35（差出人の時計では 2026/11/24 9:05 (-0330)）"));
+  EXPECT_EQ(DateLine("Date: Tue, 24 Nov 2026 09:05:07 +0900\r\n\r\n", {}),
+            QStringLiteral("2026/11/24 9:05 (+0900)"));
   EXPECT_EQ(at(-23), at(0));
   EXPECT_TRUE(at(25).startsWith(at(0)) && at(25) != at(0));
   EXPECT_TRUE(at(-25).startsWith(at(0)) && at(-25) != at(0));
