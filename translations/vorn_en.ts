@@ -4124,8 +4124,8 @@ and what was erased is not received again.</translation>
         <translation>%1 bytes</translation>
     </message>
     <message>
-        <source>（差出人の時計では %1）</source>
-        <translation> (on the sender’s clock %1)</translation>
+        <source>（差出人 %1）</source>
+        <translation> (sender: %1)</translation>
     </message>
 </context>
 </TS>

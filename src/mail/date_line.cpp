@@ -20,12 +20,17 @@ QString DateLine(QByteArrayView source, const QString& stored) {
   const QDateTime sent = SentDate(source);
   if (!sent.isValid()) return {};
   const QDateTime here = sent.toLocalTime();
-  const QString day = QStringLiteral("yyyy/MM/dd H:mm");
-  const QString senders =
-      sent.toString(day) + QStringLiteral(" (") + ZoneText(sent.offsetFromUtc()) + u')';
-  const bool isSameClock = here.offsetFromUtc() == sent.offsetFromUtc();
-  const QString line =
-      isSameClock ? senders : here.toString(day) + Ui::tr("（差出人の時計では %1）").arg(senders);
+  const QString zone = QStringLiteral(" (") + ZoneText(sent.offsetFromUtc()) + u')';
+  QString line = here.toString(QStringLiteral("yyyy/MM/dd H:mm"));
+  if (here.offsetFromUtc() == sent.offsetFromUtc()) {
+    line += zone;
+  } else {
+    const bool isSameDay = here.date() == sent.date();
+    line +=
+        Ui::tr("（差出人 %1）")
+            .arg(sent.toString(isSameDay ? QStringLiteral("H:mm") : QStringLiteral("M/d H:mm")) +
+                 zone);
+  }
   const QDateTime arrived = StoredTime(stored);
   if (!arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return line;
   return line + QStringLiteral("  ") +

@@ -77,6 +77,7 @@ void MainStatusBar::BuildOffer() {
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(takeBack_);  // in front, where it stays for a second click
   layout->addWidget(done_);
+  done_->setMinimumHeight(takeBack_->sizeHint().height());  // without it the bar would be lower
   layout->addStretch();
   addWidget(offer_, 1);
   offer_->hide();
