@@ -393,8 +393,10 @@ void TakeForm(const StoredMessage& message, OpenMode mode, const QString& subjec
     written.append(ParseAddressEntry(text));
   }
   const QDateTime sent = SentDate(message.source);
-  const QString date = sent.isValid() ? sent.toString(QStringLiteral("yyyy/MM/dd H:mm"))
-                                      : message.timestamp.section(u':', 0, 1);
+  // By the clock of whoever answers, as lists and windows show it.
+  const QString date = sent.isValid()
+                           ? sent.toLocalTime().toString(QStringLiteral("yyyy/MM/dd H:mm"))
+                           : message.timestamp.section(u':', 0, 1);
   QString line;
   if (IsReply(mode) && settings.editMode && !model.text.Get().isEmpty()) {
     line = AttributionLine(settings.replyLine, FirstFrom(written), date);

@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include "mail/attachment_files.h"
@@ -19,6 +18,7 @@
 #include "objects/settings.h"
 #include "storage/time_text.h"
 #include "support/test_profile.h"
+#include "support/time_zone.h"
 
 namespace vorn {
 namespace {
@@ -266,10 +266,7 @@ TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
 }
 
 TEST(DateLineTest, BothClocksAreShownAndWhatTheyAreOffBy) {
-  const QByteArray zone = qgetenv("TZ");
-  const auto restored =
-      qScopeGuard([&zone] { zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone); });
-  qputenv("TZ", "Asia/Tokyo");
+  const test::TimeZone zone("Asia/Tokyo");
   const QByteArray source = "Date: Tue, 24 Nov 2026 09:05:07 -0330\r\n\r\n";
   const auto at = [&](int hours) {
     return DateLine(source, StoredTimeText(SentDate(source).addSecs(hours * 3600)));

@@ -10,6 +10,7 @@
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
+#include "support/time_zone.h"
 
 namespace vorn {
 namespace {
@@ -312,8 +313,9 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
 
 // Who writes begins on an empty line above; the form of the message is his own.
 TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
+  const test::TimeZone zone("Asia/Tokyo");  // of whoever answers
   const QByteArray headers =
-      "From: =?utf-8?B?5L2Q6Jek?= <f@x>\r\nTo: own@x\r\nDate: Tue, 24 Nov 2026 9:05:00 +0900\r\n";
+      "From: =?utf-8?B?5L2Q6Jek?= <f@x>\r\nTo: own@x\r\nDate: Tue, 24 Nov 2026 0:05:00 +0000\r\n";
   settings_.usualReplies = true;
   settings_.replyLine = QStringLiteral("%d、%n <%a> 100%:");
   sender_ = {QStringLiteral("own@x"), {}, {QStringLiteral("own@x")}, {}};
