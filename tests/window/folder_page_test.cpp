@@ -253,6 +253,11 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   // A tab is as it was left, also for who comes by the tree.
   tabs->setCurrentIndex(0);
   ASSERT_TRUE(hasKeys(inbox));
+  for (const bool isTree : {true, false}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(tree.hasFocus(), isTree);
+  }
+  ASSERT_TRUE(hasKeys(inbox));
   auto* list = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
   QTest::keyClick(list->focusProxy(), Qt::Key_End);
   const QString isLast = QStringLiteral("vorn.chosen().join() === 'mail_4'");

@@ -59,13 +59,14 @@ WindowMenu::WindowMenu(FolderPanes& panes, QWidget* parent)
 
 void WindowMenu::AddWays(FolderPanes& panes) {
   ConsoleTree* tree = &panes.Tree();
-  addAction(Ui::tr("ツリーに移動(&F)"), tree, [tree] {
-    tree->setFocus();
-  })->setShortcut(QKeySequence(Qt::Key_F6));
   BrowserArea* area = &panes.Area();
   const auto goToPage = [area] {
     if (BrowserWindow* browser = area->Active()) browser->setFocus();
   };
+  // Pressed in the tree, the key leads back.
+  addAction(Ui::tr("ツリーに移動(&F)"), tree, [tree, goToPage] {
+    tree->hasFocus() ? goToPage() : tree->setFocus();
+  })->setShortcut(QKeySequence(Qt::Key_F6));
   addAction(Ui::tr("ページに移動(&P)"), area, goToPage)
       ->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6));
 }
