@@ -4127,5 +4127,17 @@ and what was erased is not received again.</translation>
         <source>（差出人 %1）</source>
         <translation> (sender: %1)</translation>
     </message>
+    <message>
+        <source>「%1」を選ぶと使えます。</source>
+        <translation>Usable with “%1”.</translation>
+    </message>
+    <message>
+        <source>開封通知を求められたときに、送るかどうかを尋ねます。</source>
+        <translation>Asks whether to send a read receipt when one is requested.</translation>
+    </message>
+    <message>
+        <source>返信と転送で、件名に印を付け、もとの本文を引用します。</source>
+        <translation>Answers and forwards mark the subject and quote the text.</translation>
+    </message>
 </context>
 </TS>

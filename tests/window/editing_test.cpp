@@ -237,6 +237,13 @@ TEST_F(EditingTest, SettingsAreSavedWithTheirTypes) {
   window.setAttribute(Qt::WA_DeleteOnClose, false);
   ASSERT_TRUE(window.LoadDefaultProperty(request, false));
   window.show();
+  // What depends on a choice that is not made cannot be used, and says which one; it hinders no OK.
+  const auto& alone = Child<QCheckBox>(window, u"ckMessageNoticeSoundAlone");
+  EXPECT_TRUE(!alone.isEnabled() && alone.toolTip().contains(QStringLiteral("音を鳴らす")));
+  Child<QCheckBox>(window, u"ckMessageNoticeSound").setChecked(true);
+  EXPECT_TRUE(alone.isEnabled() && alone.toolTip().isEmpty());
+  Child<QCheckBox>(window, u"ckMessageNotice").setChecked(false);
+  EXPECT_TRUE(!alone.isEnabled() && alone.toolTip().contains(QStringLiteral("新着")));
   Child<QCheckBox>(window, u"ckMessageCheck").setChecked(true);
   Child<QSpinBox>(window, u"slMessageCheckInterval").setValue(5);
   Type(Child<QLineEdit>(window, u"txMemoIndent"), QStringLiteral("| "));

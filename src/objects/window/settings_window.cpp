@@ -13,9 +13,11 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QShortcut>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vorn {
 namespace {
@@ -37,6 +39,24 @@ QSpinBox* AddNumber(FormPage& page, const QString& name, const QString& label, i
   return box;
 }
 
+// Lets controls be used with all of these choices alone, and say which one is missing.
+void UseWith(const QList<QCheckBox*>& choices, const QList<QWidget*>& controls) {
+  const auto follow = [choices, controls] {
+    const auto missing = std::find_if_not(choices.begin(), choices.end(),
+                                          [](const QCheckBox* box) { return box->isChecked(); });
+    const bool isUsed = missing == choices.end();
+    QString name = isUsed ? QString() : (*missing)->text();
+    name.remove(QRegularExpression(QStringLiteral("\\(&.\\)$"))).remove(u'&');
+    const QString reason = isUsed ? QString() : Ui::tr("「%1」を選ぶと使えます。").arg(name);
+    for (QWidget* control : controls) {
+      control->setEnabled(isUsed);
+      control->setToolTip(ShownToolTip(reason));
+    }
+  };
+  for (QCheckBox* choice : choices) QObject::connect(choice, &QCheckBox::toggled, choice, follow);
+  follow();
+}
+
 class ViewPage : public FormPage {
  public:
   ViewPage() : FormPage(QStringLiteral("view"), Ui::tr("表示(&V)")) {
@@ -45,8 +65,7 @@ class ViewPage : public FormPage {
     QSpinBox* rows = AddNumber(*this, QStringLiteral("slMessages"), Ui::tr("1ページの行数(&N)"), 1,
                                kMaxRows, Ui::tr(" 通"));
     rows->setValue(100);
-    rows->setEnabled(false);
-    connect(paging, &QCheckBox::toggled, rows, &QSpinBox::setEnabled);
+    UseWith({paging}, {rows});
     AddCheck(QStringLiteral("ckMessagesNewest"), Ui::tr("フォルダを最新のページで開く(&W)"));
     AddCheck(QStringLiteral("ckNewestFirst"), Ui::tr("新しいメッセージを上に表示する(&U)"));
     AddCheck(QStringLiteral("ckShownOnce"), Ui::tr("フォルダに入れたものを受信に表示しない(&F)"));
@@ -78,26 +97,43 @@ class CheckingPage : public FormPage {
     QSpinBox* minutes = AddNumber(*this, QStringLiteral("slMessageCheckInterval"),
                                   Ui::tr("間隔(&N)"), 1, kMaxMinutes, Ui::tr(" 分"));
     minutes->setValue(10);
-    minutes->setEnabled(false);
-    connect(check, &QCheckBox::toggled, minutes, &QSpinBox::setEnabled);
+    UseWith({check}, {minutes});
     QCheckBox* receipt =
         AddCheck(QStringLiteral("ckReceiveNotice"), Ui::tr("受信したことを通知(&R)"));
-    QCheckBox* edit =
-        AddCheck(QStringLiteral("ckReceiveNoticeEdit"), Ui::tr("編集してから送信(&E)"));
-    edit->setEnabled(false);
-    connect(receipt, &QCheckBox::toggled, edit, &QCheckBox::setEnabled);
+    receipt->setToolTip(Ui::tr("開封通知を求められたときに、送るかどうかを尋ねます。"));
+    UseWith({receipt},
+            {AddCheck(QStringLiteral("ckReceiveNoticeEdit"), Ui::tr("編集してから送信(&E)"))});
     AddCheck(QStringLiteral("ckEventsFolded"),
              Ui::tr("イベントはアカウントごとに1行にまとめる(&L)"));
     AddCheck(QStringLiteral("ckReceivedTime"), Ui::tr("日時はサーバーに届いた時刻にする(&J)"));
-    AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
-    AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
-    AddCheck(QStringLiteral("ckMessageNoticeDesktop"), Ui::tr("デスクトップの通知に出す(&G)"));
-    AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
-    AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
+    AddNotices();
+  }
+
+  PageFault Check() override {
+    const auto* sound = findChild<QCheckBox*>(QStringLiteral("ckMessageNoticeSound"));
+    const bool isUsed = sound->isChecked() && sound->isEnabled();
+    if (!isUsed || QFileInfo::exists(file_->text())) return {};
+    return {Ui::tr("音のファイルがありません。"), file_};
+  }
+
+ private:
+  // How new messages are announced.
+  void AddNotices() {
+    QCheckBox* notice =
+        AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
+    QCheckBox* dialog =
+        AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
+    QCheckBox* desktop =
+        AddCheck(QStringLiteral("ckMessageNoticeDesktop"), Ui::tr("デスクトップの通知に出す(&G)"));
+    QCheckBox* sound = AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
+    QCheckBox* alone =
+        AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
     file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
     auto* browse = new QPushButton(Ui::tr("参照(&B).."), this);
     browse->setAutoDefault(false);
     Layout().addRow(QString(), browse);
+    UseWith({notice}, {dialog, desktop, sound});
+    UseWith({notice, sound}, {alone, file_, browse});
     connect(browse, &QPushButton::clicked, this, [this] {
       const QString chosen =
           QFileDialog::getOpenFileName(this, Ui::tr("音のファイル"), file_->text(),
@@ -106,24 +142,18 @@ class CheckingPage : public FormPage {
     });
   }
 
-  PageFault Check() override {
-    const auto* sound = findChild<QCheckBox*>(QStringLiteral("ckMessageNoticeSound"));
-    if (!sound->isChecked() || QFileInfo::exists(file_->text())) return {};
-    return {Ui::tr("音のファイルがありません。"), file_};
-  }
-
- private:
   QLineEdit* file_;
 };
 
 class EditPage : public FormPage {
   // What the choice above it does. Its lines are short, for the window would be as wide as they
   // are.
-  void AddNote(const QString& text) { Layout().addRow(PlainLabel(text, this)); }
+  void AddNote(const QString& text) { Layout().addRow(QString(), PlainLabel(text, this)); }
 
  public:
   EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
-    AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"));
+    AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"))
+        ->setToolTip(Ui::tr("返信と転送で、件名に印を付け、もとの本文を引用します。"));
     AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
     AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
