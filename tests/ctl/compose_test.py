@@ -11,6 +11,7 @@ import json
 import os
 import random
 import re
+import resource
 import subprocess
 import sys
 import tempfile
@@ -125,6 +126,21 @@ class Composing(unittest.TestCase):
             self.assertIn(b'charset="UTF-8"', source)
             self.assertNotIn(b"?\r\n\r\n.", source)
             self.assertEqual(self.inspect()["text"].strip(), "ﾊﾝｶｸ ①")
+
+    def test_what_does_not_fit_on_the_disk_leaves_the_file_that_was_there(self):
+        before = self.compose("first", "text")
+        for more in (100, 10_000, 100_000):  # less than what is written together, and more
+            with open(self.path("body"), "w") as file:
+                file.write("x" * more)
+            limit = len(before) if more > 100 else 50
+            done = subprocess.run(
+                [VORNCTL, "compose", "--from", "a@x", "--to", "b@x", "--subject=second",
+                 "--body-file", self.path("body"), "--out", self.path("out")], capture_output=True,
+                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+            self.assertEqual(done.returncode, 1, done.stderr.decode())
+            with open(self.path("out"), "rb") as file:
+                self.assertEqual(file.read(), before)
+            self.assertEqual(sorted(os.listdir(self.folder.name)), ["body", "out"])
 
     def test_uuencoded_files_are_found_again(self):
         data = bytes(range(256)) * 3

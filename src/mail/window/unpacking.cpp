@@ -15,6 +15,7 @@
 #include "objects/object_types.h"
 #include "storage/file_origin.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -105,7 +106,7 @@ class Unpacking {
       return file.get();
     };
     const auto done = [&] {
-      if (!file->commit()) return false;
+      if (!FinishFile(*file)) return false;
       MarkForeign(file->fileName(), address_);
       chosen_.erase(current);
       return true;
