@@ -297,6 +297,8 @@ TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
     EXPECT_EQ(Child<QLineEdit>(window, u"txObject").text(), QStringLiteral("all@list.example"));
     auto& list = Child<ConditionEditor>(window, u"lvCondition");
     EXPECT_TRUE(list.Line(0).endsWith(QStringLiteral("all@list.example")));
+    const auto& matches = Child<QLabel>(window, u"lbMatches");
+    EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
     test::Press(Child<QPushButton>(window, u"cmCancel"));
   }));
   EXPECT_EQ(Context().Objects.Count(), objects);

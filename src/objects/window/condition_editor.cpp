@@ -45,6 +45,7 @@ void ConditionEditor::AddLine(const QString& line) {
   AddCondition(condition.value_or(ConditionLine{}));
   const int row = rowCount() - 1;
   cellWidget(row, kConnector)->setProperty(kLine, line);
+  Q_EMIT Changed();
   if (condition) return;
   // One of another version; it can be taken away, and otherwise stays.
   for (const int column : {kConnector, kKind, kNegation}) {
