@@ -112,9 +112,12 @@ void Opener::OpenEvent(const QString& serialId) {
   const QString type = object == nullptr ? QString() : AnyObject(*object).Type();
   const bool isSettings = reference == fixed_serial::kSettings;
   if (object == nullptr && !isSettings) {
-    ShowBox(&window_, QMessageBox::Information,
-            Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak +
-                EventRecord(*record).Text());
+    // What concerns the whole program is about no object.
+    const QString gone =
+        reference.isEmpty()
+            ? QString()
+            : Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak;
+    ShowBox(&window_, QMessageBox::Information, gone + EventRecord(*record).Text());
     return;
   }
   OpenObject(reference, isSettings ? reference : type, kShowModal,
