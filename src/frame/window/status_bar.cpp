@@ -89,6 +89,7 @@ void MainStatusBar::BuildOffer() {
 // The toolkit makes room for a message only while the window can be seen, and would then write it
 // over the offer.
 void MainStatusBar::MakeRoom(const QString& message) {
+  setToolTip(ShownToolTip(message));  // whole, where the bar cuts it off
   offer_->setVisible(message.isEmpty() && offered_.isActive());
 }
 
