@@ -56,7 +56,9 @@ void ToggleDust(const Parts& parts) {
   parts.window.ShowState();
 }
 
+// As in lists: what lies in the dust already is deleted, after a question.
 void ThrowAway(const Parts& parts) {
+  if (parts.window.State().isInDust && parts.window.State().isStored) return parts.closing.Delete();
   ToggleDust(parts);
   parts.window.close();
 }

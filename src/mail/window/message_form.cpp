@@ -96,6 +96,7 @@ void MessageForm::BuildMail() {
   BuildAddresses(*grid);
   lbDate_->setObjectName(QStringLiteral("lbDate"));
   lbDate_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  lbDate_->setWordWrap(true);  // no date makes the window wider
   grid->addWidget(lbDateName_, 2, 0, Qt::AlignTop);
   grid->addWidget(lbDate_, 2, 1);
   const int line = lvClip_->fontMetrics().lineSpacing();
