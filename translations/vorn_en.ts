@@ -4119,5 +4119,9 @@ and what was erased is not received again.</translation>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
         <translation>Only received messages can be put into “%1”.</translation>
     </message>
+    <message>
+        <source>送信をキャンセルできませんでした。</source>
+        <translation>The sending could not be cancelled. </translation>
+    </message>
 </context>
 </TS>

@@ -11,11 +11,12 @@ constexpr std::array kPop3Ports = {110, 110, 995};
 constexpr std::array kSmtpPorts = {25, 587, 465};
 
 // Clear text only where it is asked for: what listens on this machine need not be the user's.
-bool ReadSecurity(const Arguments& arguments, const QString& name, int& security) {
+bool ReadSecurity(const Arguments& arguments, const QString& name, Security& security) {
   const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
                             QStringLiteral("tls")};
-  security = static_cast<int>(choices.indexOf(arguments.Text(name, choices.last()).toLower()));
-  return security >= 0;
+  const auto chosen = choices.indexOf(arguments.Text(name, choices.last()).toLower());
+  security = static_cast<Security>(chosen);
+  return chosen >= 0;
 }
 
 // An empty sentence when all of the command line could be read.

@@ -36,12 +36,22 @@ bool HasControlCharacter(const QString& text) {
                      [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
 }
 
+// What no program has written is no leave to go in clear.
+Security SecurityOf(const Disk& account, const QString& key) {
+  if (account.Text(key).isEmpty()) return Security::None;
+  const qint32 stored = account.Number(key, static_cast<qint32>(Security::Tls));
+  for (const Security security : {Security::None, Security::StartTls}) {
+    if (stored == static_cast<qint32>(security)) return security;
+  }
+  return Security::Tls;
+}
+
 AccountServer Server(const Disk& account, const QString& server) {
   return {account.Text(server),
           account.Number(server + kPort),
           account.Text(server + kUser),
           account.Text(server + kPassword),
-          account.Number(server + kSecurity),
+          SecurityOf(account, server + kSecurity),
           account.Text(server + kCertificates)};
 }
 
@@ -60,11 +70,11 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   account->Let(kIn + kPasswordSave, true);
   account->Let(kIn + kProtocol, static_cast<int>(values.inProtocol));
   account->Let(kIn + kDelete, values.deleteOnServer);
-  account->Let(kIn + kSecurity, values.inSecurity);
+  account->Let(kIn + kSecurity, static_cast<int>(values.inSecurity));
   account->Let(kOut, values.outServer.isEmpty() ? values.inServer : values.outServer);
   account->Let(kOut + kPort, QString::number(values.outPort));
   account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
-  account->Let(kOut + kSecurity, values.outSecurity);
+  account->Let(kOut + kSecurity, static_cast<int>(values.outSecurity));
   account->Let(kOut + kAuth, !values.outUser.isEmpty());
   account->Let(kOut + kUser, values.outUser);
   account->Let(kOut + kPassword, values.outPassword);
@@ -102,7 +112,8 @@ AccountServer Account::Incoming() const {
 }
 
 InProtocol Account::Protocol() const {
-  return static_cast<InProtocol>(bag_->Number(kIn + kProtocol));
+  const bool isApop = bag_->Number(kIn + kProtocol) == static_cast<int>(InProtocol::Apop);
+  return isApop ? InProtocol::Apop : InProtocol::Pop3;
 }
 
 bool Account::DeletesOnServer() const {

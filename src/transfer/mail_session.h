@@ -2,11 +2,9 @@
 
 #include <QByteArrayView>
 
-namespace vorn {
+#include "objects/security.h"
 
-/// Whether and when a connection is encrypted, by the stored numbers of the accounts' "Security"
-/// keys.
-enum class Security { None = 0, StartTls = 1, Tls = 2 };
+namespace vorn {
 
 /// One conversation with a mail server, without a socket: it is fed what the server sends and gives
 /// out what to send, so that any conversation can be played to it. It ends when `Finished()`

@@ -234,13 +234,17 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   good.inServer = QStringLiteral("127.0.0.1");
   good.inUser = QStringLiteral("a");
   EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
-  good.inSecurity = 2;
-  good.outSecurity = 1;
+  good.inSecurity = Security::Tls;
+  good.outSecurity = Security::StartTls;
   const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
   ASSERT_TRUE(created);
   const DiskPtr& account = *created;
   EXPECT_EQ(account->Number(u"InMailServerSecurity"), 2);
   EXPECT_EQ(account->Number(u"OutMailServerSecurity"), 1);
+  for (const QVariant& unknown : QList<QVariant>{7, -1, QStringLiteral("x")}) {
+    account->Let(QStringLiteral("InMailServerSecurity"), unknown);
+    EXPECT_EQ(Account(account).Incoming().security, Security::Tls) << "never in clear";
+  }
   good.name = QStringLiteral("次");
   const auto refuses = [&](auto change) {
     AccountValues values = good;

@@ -126,10 +126,14 @@ void MessageSending::Cancel() {
               Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).CancelWaiting(*document_.Bag())) {
+  const Result<> cancelled = MailStore(context_).CancelWaiting(*document_.Bag());
+  if (cancelled.Error().kind == StorageError::Kind::NotFound) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
                    "います）。"));
+  } else if (!cancelled) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("送信をキャンセルできませんでした。") + cancelled.Error().text);
   }
   host_.MessageStored();
   Q_EMIT AnewWanted();
