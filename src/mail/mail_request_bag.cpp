@@ -14,7 +14,7 @@ void MailRequestBag::TakeRow(const Recordset& row) {
   bag_.Let(kSubject, row.Fields(u"FIELD_SUBJECT"));
   bag_.Let(kTimestamp, row.Fields(u"FIELD_TIMESTAMP"));
   bag_.Let(kAddressLines, row.Fields(u"FIELD_MAILADDRESS"));
-  MessageBag::SetStatus(bag_, row.Fields(u"STATUS").toInt());
+  MessageBag::SetState(bag_, MessageBag::State::Of(row.Fields(u"STATUS").toInt()));
   MessageBag::SetFlags(bag_, row.Fields(u"FIELD_FLAG").toString());
 }
 

@@ -42,7 +42,7 @@ bool IsUnopened(const Disk& request) {
 }
 
 Sender DefaultSender(Context& context) {
-  const auto accounts = [&context](int which) {
+  const auto accounts = [&context](SelectFlags which) {
     return SelectObjects(context.Objects, *context.Session, object_type::kAccount, which);
   };
   const DiskCollectionPtr enabled = accounts(kSelectEnabled);
@@ -107,7 +107,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   message.timestamp = GeneralTimeText(request.Timestamp());
   message.charset = applyStoredCharset ? ReadingCode(StoredCharset(stored.Flags())) : code;
   const OpenMode mode = request.Mode();
-  message.isWritten = stored.AbsoluteStatus() < kStatusReceived;
+  message.isWritten = stored.Status() < kStatusReceived;
   if (message.charset.forced && !message.isWritten) {
     ReadingCode names = message.charset;
     names.body = MimeCodec::TextCharset(

@@ -109,7 +109,7 @@ TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
   objects.Add(MakeObject(QStringLiteral("x"), QString(), QStringLiteral("f")));
   objects.Find(QStringLiteral("a1"))->Let(QStringLiteral("Enabled"), true);
 
-  const auto select = [&](const QString& filter, int flags = 0) {
+  const auto select = [&](const QString& filter, SelectFlags flags = {}) {
     QStringList serials;
     const DiskCollectionPtr selected = SelectObjects(objects, *owner, filter, flags);
     for (const DiskPtr& object : *selected) {

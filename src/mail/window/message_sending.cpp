@@ -96,7 +96,7 @@ void MessageSending::Send() {
                  "送信してよろしいですか？"))) {
     return;
   }
-  const int before = document_.BeginSending();
+  const MessageBag::State before = document_.BeginSending();
   if (window_.close()) {
     new SecondClick(SecondClick::Lasts::UntilMoved);
     return;
