@@ -1,4 +1,5 @@
 #include <array>
+#include <optional>
 
 #include "ctl/command.h"
 #include "objects/account.h"
@@ -19,8 +20,8 @@ bool ReadSecurity(const Arguments& arguments, const QString& name, Security& sec
   return chosen >= 0;
 }
 
-// An empty sentence when all of the command line could be read.
-QString ReadValues(const Arguments& arguments, AccountValues& values) {
+// Why the command line cannot be read; nothing when it could be.
+std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& values) {
   const QString protocol =
       arguments.Text(QStringLiteral("in-protocol"), QStringLiteral("pop3")).toLower();
   if (protocol != u"pop3" && protocol != u"apop") {
@@ -54,17 +55,17 @@ QString ReadValues(const Arguments& arguments, AccountValues& values) {
   if (!ok) return QStringLiteral("--out-port は数です。");
   const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
   if (ok) values.inPassword = ReadSecret(descriptor, &ok);
-  return ok ? QString() : QStringLiteral("--in-password-fd を読み込めません。");
+  if (!ok) return QStringLiteral("--in-password-fd を読み込めません。");
+  return {};
 }
 
 }  // namespace
 
 int AddAccount(Context& context, const Arguments& arguments) {
   AccountValues values;
-  const QString unread = ReadValues(arguments, values);
-  if (!unread.isEmpty()) return Complain(unread, kExitUsage);
-  const QString invalid = ValidateAccount(context, values);
-  if (!invalid.isEmpty()) return Complain(invalid, kExitFailure);
+  if (const auto unread = ReadValues(arguments, values)) return Complain(*unread, kExitUsage);
+  const Result<> valid = ValidateAccount(context, values);
+  if (!valid) return Complain(valid.Error().text, kExitFailure);
   const Result<DiskPtr> account = CreateAccount(context, values);
   if (!account) {
     return Complain(QStringLiteral("アカウントを保存できません。") + account.Error().text,

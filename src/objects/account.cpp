@@ -153,23 +153,25 @@ QString PortWords() {
   return Ui::tr("ポート番号は1から65535までの数です。");
 }
 
-QString ValidateAccount(const Context& context, const AccountValues& values) {
+Result<> ValidateAccount(const Context& context, const AccountValues& values) {
+  const auto wrong = [](const QString& words) {
+    return StorageError{StorageError::Kind::Other, words};
+  };
   const auto probe = std::make_shared<Disk>();
   AnyObject::SetName(*probe, values.name);
-  const QString nameError = ValidateObject(context.Objects, *probe);
-  if (!nameError.isEmpty()) return nameError;
+  if (const Result<> named = ValidateObject(context.Objects, *probe); !named) return named;
   if (!values.address.contains(u'@')) {
-    return Ui::tr("メールアドレスに「@」がありません。");
+    return wrong(Ui::tr("メールアドレスに「@」がありません。"));
   }
-  if (values.inServer.isEmpty()) return Ui::tr("受信サーバーが設定されていません。");
-  if (values.inUser.isEmpty()) return Ui::tr("受信サーバーのユーザー名が設定されていません。");
-  if (!IsPort(values.inPort) || !IsPort(values.outPort)) {
-    return PortWords();
+  if (values.inServer.isEmpty()) return wrong(Ui::tr("受信サーバーが設定されていません。"));
+  if (values.inUser.isEmpty()) {
+    return wrong(Ui::tr("受信サーバーのユーザー名が設定されていません。"));
   }
+  if (!IsPort(values.inPort) || !IsPort(values.outPort)) return wrong(PortWords());
   for (const QString& text :
        {values.name, values.address, values.display, values.inServer, values.inUser,
         values.inPassword, values.outServer, values.outUser, values.outPassword}) {
-    if (HasControlCharacter(text)) return Ui::tr("使えない文字（制御文字）があります。");
+    if (HasControlCharacter(text)) return wrong(Ui::tr("使えない文字（制御文字）があります。"));
   }
   return {};
 }

@@ -90,8 +90,8 @@ constexpr bool IsPort(int port) {
 }
 QString PortWords();
 
-/// What is wrong with the values, as a sentence for the user; empty when nothing is.
-QString ValidateAccount(const Context& context, const AccountValues& values);
+/// Whether nothing is wrong with the values.
+Result<> ValidateAccount(const Context& context, const AccountValues& values);
 
 /// Stores a new enabled account.
 Result<DiskPtr> CreateAccount(Context& context, const AccountValues& values);

@@ -66,12 +66,16 @@ bool StoreRows(DataSession& data, Disk& object) {
 
 }  // namespace
 
-QString ValidateObject(const DiskCollection& objects, const Disk& object) {
+Result<> ValidateObject(const DiskCollection& objects, const Disk& object) {
+  using Kind = StorageError::Kind;
   const QString name = AnyObject(object).Name();
-  if (name.isEmpty()) return Ui::tr("オブジェクト名が設定されていません。");
+  if (name.isEmpty()) {
+    return StorageError{Kind::Other, Ui::tr("オブジェクト名が設定されていません。")};
+  }
   for (const DiskPtr& other : objects) {
     if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
-      return Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。");
+      return StorageError{Kind::Other,
+                          Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。")};
     }
   }
   return {};

@@ -198,8 +198,8 @@ void SmtpSession::GoOnWithAuth(int code) {
 void SmtpSession::BeginEnvelope() {
   if (job_.loginOnly) return Leave();
   body_.Take(WireMessage(job_.source));
-  const QString refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
-  if (!refusal.isEmpty()) return Fail(PopError::Refused, refusal);
+  const auto refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
+  if (refusal) return Fail(PopError::Refused, *refusal);
   stage_ = Stage::Envelope;
   send_(envelope_.NextCommands());
 }

@@ -131,13 +131,15 @@ TEST(SaveObject, NamesMustBeGivenAndUnique) {
   DiskCollection objects;
   objects.Add(MakeObject(QStringLiteral("a"), object_type::kAccount, QStringLiteral("Work")));
   const auto check = [&objects](const QString& name) {
-    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name));
+    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name))
+        .Error()
+        .text;
   };
   EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"));
   EXPECT_EQ(check(QStringLiteral("Work")),
             QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
   EXPECT_EQ(check(QStringLiteral("work")), QString());
-  EXPECT_EQ(ValidateObject(objects, *objects.Find(QStringLiteral("a"))), QString());
+  EXPECT_TRUE(ValidateObject(objects, *objects.Find(QStringLiteral("a"))));
 }
 
 TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
@@ -233,7 +235,7 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   good.address = QStringLiteral("a@example.org");
   good.inServer = QStringLiteral("127.0.0.1");
   good.inUser = QStringLiteral("a");
-  EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
+  EXPECT_TRUE(ValidateAccount(profile.Get(), good));
   good.inSecurity = Security::Tls;
   good.outSecurity = Security::StartTls;
   const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
@@ -249,7 +251,7 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   const auto refuses = [&](auto change) {
     AccountValues values = good;
     change(values);
-    return !ValidateAccount(profile.Get(), values).isEmpty();
+    return !ValidateAccount(profile.Get(), values);
   };
   EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.inPort = 70000; }));

@@ -193,12 +193,9 @@ class OnePathTest : public testing::Test {
     TheContext().Objects.Add(layout);
     Settings(TheContext()).Bag()->Let(QStringLiteral("MessagesEdit"), false);
     Settings(TheContext()).Bag()->Let(QStringLiteral("PageEscape"), false);
-    bool before = false;
-    bool next = false;
-    const QString path = MessageListPages(TheContext())
-                             .CreateMessageListPage(fixed_serial::kInbox, 1, before, next)
-                             .ValueOr({});
-    return test::ReadFile(path);
+    const auto page =
+        MessageListPages(TheContext()).CreateMessageListPage(fixed_serial::kInbox, 1).ValueOr({});
+    return test::ReadFile(page.content);
   }
 
   TestProfile profile_;
