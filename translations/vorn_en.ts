@@ -4119,5 +4119,9 @@ and what was erased is not received again.</translation>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
         <translation>Only received messages can be put into “%1”.</translation>
     </message>
+    <message>
+        <source>添付ファイルがある</source>
+        <translation>has an attachment</translation>
+    </message>
 </context>
 </TS>

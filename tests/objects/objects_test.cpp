@@ -295,6 +295,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
     store("other", other, 3, 60);
   }
+  store("clip\r\nContent-Type: application/pdf", "x@example.com", 3, 60);
   ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
 
   const auto shown = [this](const QString& statement) {
@@ -331,6 +332,8 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
             QStringLiteral("abc today|week ABC"));
   EXPECT_EQ(lines({subject, Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
             QStringLiteral("mine abc"));
+  EXPECT_EQ(lines({Line(Kind::Attachment, {})}), QStringLiteral("clip"));
+  EXPECT_EQ(lines({subject, Line(Kind::Attachment, {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
             QStringLiteral("abc today|old|week ABC"));
   EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
