@@ -14,6 +14,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
 
@@ -343,6 +344,20 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(sql(u"FIELD_TIMESTAMP < #1999/12/31#"), QString());
   EXPECT_EQ(sql(u"SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = 'f')"),
             QStringLiteral("abc today"));
+}
+
+TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
+  const auto goesByTime = [this](const QString& line) {
+    Statement({line});
+    return FolderSqlBuilder(profile_.Get()).Query(QStringLiteral("f")).DependsOnTime();
+  };
+  EXPECT_TRUE(goesByTime(Line(Kind::TimeStamp, {QStringLiteral("-7")})));
+  EXPECT_FALSE(goesByTime(Line(Kind::Subject, {QStringLiteral("snow")})));
+  for (const auto& [sql, goes] : {std::pair{u"FIELD_TIMESTAMP < now", true},
+                                  {u"STATUS = 'snow' OR mail.KNOWN = 1", false},
+                                  {u"FIELD_TIMESTAMP < strftime('%Y', 'now')", true}}) {
+    EXPECT_EQ(DependsOnTime(QString::fromUtf16(sql)), goes);
+  }
 }
 
 TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
