@@ -14,7 +14,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kWaitMs = 20000;
+constexpr int kCodeWaitMs = 20000;
 constexpr qint64 kMostBytes = 1000;
 
 // Whoever wrote it may have died before it was on the disk.
@@ -61,7 +61,7 @@ QString CodeFile::CodeOrNew() const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return {};
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return {};
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return {};
   if (const QString kept = Code(); !kept.isEmpty()) {
     return IsDurable(path_) ? kept : QString();
   }
@@ -73,7 +73,7 @@ bool CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return false;
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return false;
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return false;
   if (Code() == code) return IsDurable(path_);
   // What the desktop guards does not become a file because it cannot be asked at the moment.
   return WriteSecret(code) || (!NamesSecret() && Replace(code));
