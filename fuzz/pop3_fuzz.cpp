@@ -14,13 +14,6 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
     remove = true;
     return true;
   }
-  void MessageSent(const QByteArray&) override {}
-  bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
-    return true;
-  }
   void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
     exists = id.size() % 3 == 0;
     remove = true;
@@ -31,14 +24,10 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
     return header.size() % 2 == 0;
   }
   void Error(PopError, const QString& text) override { fuzz::Require(!text.isEmpty()); }
-  void TornOffAgain() override {}
   void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool&) override {
     stop = header.size() % 2 == 0;
   }
-  void SessionStarted() override {}
-  void SessionEnded() override {}
-  void Progress(int, qint64 total, qint64 done) override { fuzz::Require(done <= total); }
-  void Log(int, const QString&) override {}
+  void Progress(qint64 total, qint64 done) override { fuzz::Require(done <= total); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable = true; }
 

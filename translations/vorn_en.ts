@@ -4123,5 +4123,9 @@ and what was erased is not received again.</translation>
         <source>送信をキャンセルできませんでした。</source>
         <translation>The sending could not be cancelled. </translation>
     </message>
+    <message>
+        <source>添付ファイルがある</source>
+        <translation>has an attachment</translation>
+    </message>
 </context>
 </TS>

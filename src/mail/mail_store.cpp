@@ -237,7 +237,9 @@ Result<> MailStore::CancelWaiting(const Disk& request) {
     done = StorageError{StorageError::Kind::NotFound, {}};
   }
   if (done) {
-    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / 2") +
+    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / %1 * %2")
+                                           .arg(kStatusWaiting)
+                                           .arg(kStatusEdit) +
                                        Where(request)) &&
                               data.Commit());
   }

@@ -4,11 +4,9 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/message_state.h"
 
 namespace vorn {
-
-/// Message states, the values of `STATUS`. The negated value marks a message in the dust.
-enum MessageStatus { kStatusEdit = 1, kStatusWaiting = 2, kStatusSent = 3, kStatusReceived = 4 };
 
 /// A message as the store is given it and gives it, by the names that its bag has for what it
 /// holds; the bag's serial identifier is the message's. A view: the bag outlives it.

@@ -5,6 +5,7 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
 
@@ -30,11 +31,6 @@ const QString kSecurity = QStringLiteral("Security");
 const QString kCertificates = QStringLiteral("Certificates");
 const QString kDelete = QStringLiteral("Delete");
 const QString kAuth = QStringLiteral("Auth");
-
-bool HasControlCharacter(const QString& text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
-}
 
 // What no program has written is no leave to go in clear.
 Security SecurityOf(const Disk& account, const QString& key) {

@@ -15,7 +15,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kWaitMs = 20000;
+constexpr int kCodeWaitMs = 20000;
 constexpr qint64 kMostBytes = 1000;
 
 // Whoever wrote it may have died before it was on the disk.
@@ -69,7 +69,7 @@ Result<QString> CodeFile::CodeOrNew() const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return NotKept();
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return NotKept();
   if (const QString kept = Code(); !kept.isEmpty()) {
     if (!IsDurable(path_)) return NotKept();
     return kept;
@@ -83,7 +83,7 @@ Result<> CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return NotKept();
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return NotKept();
   // What the desktop guards does not become a file because it cannot be asked at the moment.
   const bool kept =
       Code() == code ? IsDurable(path_) : WriteSecret(code) || (!NamesSecret() && Replace(code));

@@ -17,7 +17,7 @@ class MailSession {
   virtual void Receive(QByteArrayView bytes) = 0;
   /// Goes on with work that needs no bytes from the server, for a short while.
   /// Returns whether more of it is left.
-  virtual bool Work() = 0;
+  virtual bool Work() { return false; }
   /// Everything given out has left: more may be given. For what is too large to give at once.
   virtual void Drained() {}
   /// Whether the server has a whole message and is making up its mind, which may take minutes.

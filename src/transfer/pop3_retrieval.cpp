@@ -121,9 +121,9 @@ void Pop3Retrieval::Fetch(size_t message) {
 // A server that does not give the header alone: the rules see it once the message is here.
 void Pop3Retrieval::FetchUntested(size_t message) {
   if (wantsHeaders_ && !std::exchange(top_.isTold, true)) {
-    session_.Log(0,
-                 Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
-                        "メッセージを受信してから調べます。"));
+    session_.Log(
+        Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
+               "メッセージを受信してから調べます。"));
   }
   if (wantsHeaders_) stopTests_.TestLater(message);
   Fetch(message);

@@ -14,6 +14,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
 
@@ -301,6 +302,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
     store("other", other, 3, 60);
   }
+  store("clip\r\nContent-Type: application/pdf", "x@example.com", 3, 60);
   ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
 
   const auto shown = [this](const QString& statement) {
@@ -337,6 +339,8 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
             QStringLiteral("abc today|week ABC"));
   EXPECT_EQ(lines({subject, Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
             QStringLiteral("mine abc"));
+  EXPECT_EQ(lines({Line(Kind::Attachment, {})}), QStringLiteral("clip"));
+  EXPECT_EQ(lines({subject, Line(Kind::Attachment, {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
             QStringLiteral("abc today|old|week ABC"));
   EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
@@ -346,6 +350,20 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(sql(u"FIELD_TIMESTAMP < #1999/12/31#"), QString());
   EXPECT_EQ(sql(u"SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = 'f')"),
             QStringLiteral("abc today"));
+}
+
+TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
+  const auto goesByTime = [this](const QString& line) {
+    Statement({line});
+    return FolderSqlBuilder(profile_.Get()).Query(QStringLiteral("f")).DependsOnTime();
+  };
+  EXPECT_TRUE(goesByTime(Line(Kind::TimeStamp, {QStringLiteral("-7")})));
+  EXPECT_FALSE(goesByTime(Line(Kind::Subject, {QStringLiteral("snow")})));
+  for (const auto& [sql, goes] : {std::pair{u"FIELD_TIMESTAMP < now", true},
+                                  {u"STATUS = 'snow' OR mail.KNOWN = 1", false},
+                                  {u"FIELD_TIMESTAMP < strftime('%Y', 'now')", true}}) {
+    EXPECT_EQ(DependsOnTime(QString::fromUtf16(sql)), goes);
+  }
 }
 
 TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {

@@ -62,8 +62,8 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
   void StopTakenBack(StopDoubt) override { told.append(QStringLiteral("taken back")); }
   void SessionStarted() override { ++started; }
   void SessionEnded() override { ++ended; }
-  void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }
-  void Log(int, const QString& text) override { log.append(text); }
+  void Progress(qint64 total, qint64 done) override { EXPECT_LE(done, total); }
+  void Log(const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable; }
 

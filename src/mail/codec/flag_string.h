@@ -2,19 +2,9 @@
 
 #include <QString>
 
-namespace vorn {
+#include "storage/message_state.h"
 
-/// Positions of a message's flag string, counted from 1. What the message itself says ends with the
-/// attachments; behind that stands what the user did with it.
-enum FlagPosition {
-  kFlagCode = 1,
-  kFlagPriority,
-  kFlagNew,
-  kFlagAttachment,
-  kFlagAnswered,
-  kFlagForwarded,
-  kFlagStar
-};
+namespace vorn {
 
 /// How urgent a message is, by the characters of the flag string.
 enum class Priority { High = 1, Usual = 2, Low = 3 };
