@@ -1,7 +1,5 @@
 #include "objects/account.h"
 
-#include <algorithm>
-
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"

@@ -69,7 +69,8 @@ Result<QString> CodeFile::CodeOrNew() const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return NotKept();
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
+    return NotKept();
   if (const QString kept = Code(); !kept.isEmpty()) {
     if (!IsDurable(path_)) return NotKept();
     return kept;
@@ -83,7 +84,8 @@ Result<> CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
   if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken) return NotKept();
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
+    return NotKept();
   // What the desktop guards does not become a file because it cannot be asked at the moment.
   const bool kept =
       Code() == code ? IsDurable(path_) : WriteSecret(code) || (!NamesSecret() && Replace(code));

@@ -25,6 +25,12 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
+/// What becomes of a message on the server.
+enum class ServerCopy { Stays, Deleted };
+constexpr ServerCopy DeletedIf(bool isWanted) {
+  return isWanted ? ServerCopy::Deleted : ServerCopy::Stays;
+}
+
 /// What a session that receives asks and tells of the messages in a mailbox. Who says nothing
 /// stores nothing, and nothing is deleted.
 class RetrievalEvents {
@@ -32,11 +38,11 @@ class RetrievalEvents {
   virtual ~RetrievalEvents() = default;
 
   /// A message has been downloaded to its end; `isTornOff` when it is not the one that the server
-  /// announced by its size (`SizeFit`), or has a hole. `deleteOnServer` starts false. Returns
-  /// whether it was stored; after false the session fetches nothing more.
-  virtual bool MessageArrived(const QString& /*messageId*/, const QByteArray& /*data*/,
-                              bool /*isTornOff*/, bool& /*deleteOnServer*/) {
-    return false;
+  /// announced by its size (`SizeFit`), or has a hole. Nothing when
+  /// it could not be stored; the session then fetches nothing more.
+  virtual std::optional<ServerCopy> MessageArrived(const QString& /*messageId*/,
+                                                   const QByteArray& /*data*/, bool /*isTornOff*/) {
+    return {};
   }
   /// The messages that the mailbox has and the server gives an identifier of its own, all of which
   /// begin with `scope`; nothing when it gives none. After false, which comes with an error told,
@@ -45,22 +51,25 @@ class RetrievalEvents {
                              const std::optional<QList<ListedMessage>>& /*messages*/) {
     return true;
   }
-  /// Asked before a message is downloaded. One that exists is not downloaded again.
-  virtual void AlreadyStored(const QString& /*messageId*/, bool& /*exists*/,
-                             bool& /*deleteOnServer*/) {}
+  /// Asked before a message is downloaded. Nothing when it is to be; one that is stored already is
+  /// not downloaded again.
+  virtual std::optional<ServerCopy> AlreadyStored(const QString& /*messageId*/) { return {}; }
   /// Whether the header of a message that does not exist by its identifier may show that it does.
   virtual bool WantsHeader(const QString& /*messageId*/) { return false; }
-  /// Whether it does. Asked with that header; otherwise the message is downloaded.
-  virtual bool IsStored(const QString& /*messageId*/, const QByteArray& /*header*/,
-                        bool& /*deleteOnServer*/) {
-    return false;
+  /// The same with that header. Nothing when it does not show it; the message is then downloaded.
+  virtual std::optional<ServerCopy> StoredByHeader(const QString& /*messageId*/,
+                                                   const QByteArray& /*header*/) {
+    return {};
   }
   /// A message that is torn off, and stored already, stays on the server.
   virtual void TornOffAgain() {}
   /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so. One that
   /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
-  virtual void ReceiveStopTest(const QByteArray& /*header*/, bool /*isTornOff*/, bool& /*stop*/,
-                               bool& /*deleteOnServer*/) {}
+  /// Nothing when no rule stops it.
+  virtual std::optional<ServerCopy> ReceiveStopTest(const QByteArray& /*header*/,
+                                                    bool /*isTornOff*/) {
+    return {};
+  }
   /// Whether an earlier session got an answer for it that did not fit its size.
   virtual bool HasDoubt(const QString& /*messageId*/) { return false; }
   /// That a message which was handed over as fitting does not, and stays on the server.
