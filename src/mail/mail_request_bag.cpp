@@ -4,11 +4,6 @@
 
 namespace vorn {
 
-OpenMode MailRequestBag::Mode() const {
-  const auto last = static_cast<int>(OpenMode::ForwardKeepFrom);
-  return static_cast<OpenMode>(qBound(0, bag_.Number(kMode), last));
-}
-
 void MailRequestBag::TakeRow(const Recordset& row) {
   bag_.Let(kContent, row.Fields(u"FIELD_CONTENT"));
   bag_.Let(kSubject, row.Fields(u"FIELD_SUBJECT"));
