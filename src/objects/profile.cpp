@@ -31,8 +31,19 @@ constexpr qint64 kRenewedBytes = 200 * 1024 * 1024;
 constexpr qint64 kRenewalPauseS = 24 * 3600;
 
 // In the profile's own database, under the password that took their place.
-const QString kFormerCodes = QStringLiteral("DATA_codes");
-const QString kCodes = QStringLiteral("Codes");
+class FormerCodes {
+ public:
+  // Reads them from the database that is open; false when it cannot.
+  bool Load(DataSession& data) { return bag_.DatabaseToDisk(data); }
+  bool Store(DataSession& data) { return bag_.DiskToDatabase(data); }
+  QStringList All() const { return bag_.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts); }
+  void Add(const QString& code) { bag_.Let(kCodes, (All() << code).join(kLineBreak)); }
+
+ private:
+  static inline const QString kCodes = QStringLiteral("Codes");
+
+  Disk bag_{QStringLiteral("DATA_codes")};
+};
 
 PasswordChange ChangeOf(Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
@@ -52,11 +63,11 @@ bool IsFileUnderCode(const QString& file) {
 // Whether the profile's database says that this code was once its files'.
 bool IsNoted(Context& context, const Disk& profile, const QString& password, const QString& code) {
   const QString path = ProfileFiles(context, profile).first();
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const bool read =
-      HasContent(path) && context.Data.Open(path, password) && former.DatabaseToDisk(context.Data);
+      HasContent(path) && context.Data.Open(path, password) && former.Load(context.Data);
   context.Data.Close();
-  return read && former.Text(kCodes).contains(code);
+  return read && former.All().contains(code);
 }
 
 // A change that is not completed may still bring a file under it.
@@ -122,10 +133,10 @@ QString PasswordOrCode(const QString& typed, const QString& from) {
 }
 
 // None at all, what the profile's database remembers, and what lies beside its code's file.
-QStringList PasswordsOf(const Disk& former, const CodeFile& file) {
+QStringList PasswordsOf(const FormerCodes& former, const CodeFile& file) {
   QStringList passwords{QString()};
-  const QStringList noted = former.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts);
-  for (const QString& code : noted + file.Others()) passwords.append(FileKey::FromCode(code));
+  for (const QString& code : former.All() + file.Others())
+    passwords.append(FileKey::FromCode(code));
   return passwords;
 }
 
@@ -192,12 +203,11 @@ Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& pa
   const QString path = ProfileFiles(context, profile).first();
   const QString code = FileKey::CodeIn(former);
   if (code.isEmpty() || !HasContent(path)) return {};
-  Disk known(kFormerCodes);
-  bool noted = context.Data.Open(path, password) && known.DatabaseToDisk(context.Data);
-  const QString codes = known.Text(kCodes);
-  if (noted && !codes.contains(code)) {
-    known.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
-    noted = context.Data.Begin() && known.DiskToDatabase(context.Data) && context.Data.Commit();
+  FormerCodes known;
+  bool noted = context.Data.Open(path, password) && known.Load(context.Data);
+  if (noted && !known.All().contains(code)) {
+    known.Add(code);
+    noted = context.Data.Begin() && known.Store(context.Data) && context.Data.Commit();
   }
   const Result<> result = ResultOf(context.Data, noted);
   context.Data.Close();
@@ -205,16 +215,17 @@ Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& pa
 }
 
 QStringList FormerPasswords(Context& context) {
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const OpenedDatabase profile(context, DatabaseKind::Profile);
-  if (profile) former.DatabaseToDisk(context.Data);
+  if (profile) std::ignore = former.Load(context.Data);
   return PasswordsOf(former, CodeFileOf(context, *context.Session));
 }
 
 QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password) {
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const QString path = ProfileFiles(context, profile).first();
-  if (HasContent(path) && context.Data.Open(path, password)) former.DatabaseToDisk(context.Data);
+  if (HasContent(path) && context.Data.Open(path, password))
+    std::ignore = former.Load(context.Data);
   context.Data.Close();
   return PasswordsOf(former, CodeFileOf(context, profile));
 }
