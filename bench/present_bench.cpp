@@ -89,11 +89,9 @@ int CountMessages(Context& context) {
 }
 
 void MakePage(MessageListPages& pages, int number) {
-  bool before = false;
-  bool next = false;
-  const auto path = pages.CreateMessageListPage(fixed_serial::kInbox, number, before, next);
-  Require(path);
-  QFile::remove(*path);
+  const auto page = pages.CreateMessageListPage(fixed_serial::kInbox, number);
+  Require(page);
+  QFile::remove(page->content);
 }
 
 void MeasurePages(Context& context, int messages) {

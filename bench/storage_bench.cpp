@@ -109,10 +109,8 @@ void Run(int messages, int bodyBytes) {
 
   MessageListPages pages(context);
   const auto page = [&](int number) {
-    bool before = false;
-    bool after = false;
     const QString path =
-        pages.CreateMessageListPage(fixed_serial::kInbox, number, before, after).ValueOr({});
+        pages.CreateMessageListPage(fixed_serial::kInbox, number).ValueOr({}).content;
     if (path.isEmpty()) Give(QStringLiteral("no page"));
     QFile::remove(path);
   };

@@ -10,35 +10,24 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
   RetrievalEvents& Retrieval() override { return *this; }
   HandoverEvents& Handover() override { return *this; }
-  bool MessageArrived(const QString&, const QByteArray&, bool, bool& remove) override {
-    remove = true;
-    return true;
+  std::optional<ServerCopy> MessageArrived(const QString&, const QByteArray&, bool) override {
+    return ServerCopy::Deleted;
   }
-  void MessageSent(const QByteArray&) override {}
-  bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
-    return true;
-  }
-  void AlreadyStored(const QString& id, bool& exists, bool& remove) override {
-    exists = id.size() % 3 == 0;
-    remove = true;
+  std::optional<ServerCopy> AlreadyStored(const QString& id) override {
+    if (id.size() % 3 != 0) return {};
+    return ServerCopy::Deleted;
   }
   bool WantsHeader(const QString& id) override { return id.size() % 3 == 1; }
-  bool IsStored(const QString&, const QByteArray& header, bool& remove) override {
-    remove = true;
-    return header.size() % 2 == 0;
+  std::optional<ServerCopy> StoredByHeader(const QString&, const QByteArray& header) override {
+    if (header.size() % 2 != 0) return {};
+    return ServerCopy::Deleted;
   }
   void Error(PopError, const QString& text) override { fuzz::Require(!text.isEmpty()); }
-  void TornOffAgain() override {}
-  void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool&) override {
-    stop = header.size() % 2 == 0;
+  std::optional<ServerCopy> ReceiveStopTest(const QByteArray& header, bool) override {
+    if (header.size() % 2 != 0) return {};
+    return ServerCopy::Stays;
   }
-  void SessionStarted() override {}
-  void SessionEnded() override {}
-  void Progress(int, qint64 total, qint64 done) override { fuzz::Require(done <= total); }
-  void Log(int, const QString&) override {}
+  void Progress(qint64 total, qint64 done) override { fuzz::Require(done <= total); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable = true; }
 

@@ -10,26 +10,9 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
  public:
   RetrievalEvents& Retrieval() override { return *this; }
   HandoverEvents& Handover() override { return *this; }
-  bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
   void MessageSent(const QByteArray&) override { ++sent; }
   bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
-    return true;
-  }
-  void AlreadyStored(const QString&, bool&, bool&) override {}
-  bool WantsHeader(const QString&) override { return false; }
-  bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
   void Error(PopError, const QString& text) override { fuzz::Require(!text.isEmpty()); }
-  void TornOffAgain() override {}
-  void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
-  void SessionStarted() override {}
-  void SessionEnded() override {}
-  void Progress(int, qint64, qint64) override {}
-  void Log(int, const QString&) override {}
-  bool WantsHeaders() override { return false; }
-  bool MakeDurable() override { return true; }
 
   int sent = 0;
 };

@@ -4139,5 +4139,13 @@ and what was erased is not received again.</translation>
         <source>返信と転送で、件名に印を付け、もとの本文を引用します。</source>
         <translation>Answers and forwards mark the subject and quote the text.</translation>
     </message>
+    <message>
+        <source>送信をキャンセルできませんでした。</source>
+        <translation>The sending could not be cancelled. </translation>
+    </message>
+    <message>
+        <source>添付ファイルがある</source>
+        <translation>has an attachment</translation>
+    </message>
 </context>
 </TS>

@@ -1,4 +1,5 @@
 #include <array>
+#include <optional>
 
 #include "ctl/command.h"
 #include "objects/account.h"
@@ -11,15 +12,16 @@ constexpr std::array kPop3Ports = {110, 110, 995};
 constexpr std::array kSmtpPorts = {25, 587, 465};
 
 // Clear text only where it is asked for: what listens on this machine need not be the user's.
-bool ReadSecurity(const Arguments& arguments, const QString& name, int& security) {
+bool ReadSecurity(const Arguments& arguments, const QString& name, Security& security) {
   const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
                             QStringLiteral("tls")};
-  security = static_cast<int>(choices.indexOf(arguments.Text(name, choices.last()).toLower()));
-  return security >= 0;
+  const auto chosen = choices.indexOf(arguments.Text(name, choices.last()).toLower());
+  security = static_cast<Security>(chosen);
+  return chosen >= 0;
 }
 
-// An empty sentence when all of the command line could be read.
-QString ReadValues(const Arguments& arguments, AccountValues& values) {
+// Why the command line cannot be read; nothing when it could be.
+std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& values) {
   const QString protocol =
       arguments.Text(QStringLiteral("in-protocol"), QStringLiteral("pop3")).toLower();
   if (protocol != u"pop3" && protocol != u"apop") {
@@ -53,17 +55,17 @@ QString ReadValues(const Arguments& arguments, AccountValues& values) {
   if (!ok) return QStringLiteral("--out-port は数です。");
   const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
   if (ok) values.inPassword = ReadSecret(descriptor, &ok);
-  return ok ? QString() : QStringLiteral("--in-password-fd を読み込めません。");
+  if (!ok) return QStringLiteral("--in-password-fd を読み込めません。");
+  return {};
 }
 
 }  // namespace
 
 int AddAccount(Context& context, const Arguments& arguments) {
   AccountValues values;
-  const QString unread = ReadValues(arguments, values);
-  if (!unread.isEmpty()) return Complain(unread, kExitUsage);
-  const QString invalid = ValidateAccount(context, values);
-  if (!invalid.isEmpty()) return Complain(invalid, kExitFailure);
+  if (const auto unread = ReadValues(arguments, values)) return Complain(*unread, kExitUsage);
+  const Result<> valid = ValidateAccount(context, values);
+  if (!valid) return Complain(valid.Error().text, kExitFailure);
   const Result<DiskPtr> account = CreateAccount(context, values);
   if (!account) {
     return Complain(QStringLiteral("アカウントを保存できません。") + account.Error().text,

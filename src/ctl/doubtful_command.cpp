@@ -43,11 +43,13 @@ int Doubtful(Context& context, const Arguments& arguments) {
                     kExitUsage);
   }
   const Result<> done = verb == u"again" ? outbox.SendAgain(serialId) : outbox.KeepAsSent(serialId);
-  return done ? kExitOk
-              : Complain(
-                    QStringLiteral("「%1」は、届いたかどうか分からないメッセージではありません。")
-                        .arg(serialId),
-                    kExitFailure);
+  if (done) return kExitOk;
+  const bool isNone = done.Error().kind == StorageError::Kind::NotFound;
+  return Complain(
+      isNone ? QStringLiteral("「%1」は、届いたかどうか分からないメッセージではありません。")
+                   .arg(serialId)
+             : QStringLiteral("「%1」の扱いを決められません。").arg(serialId) + done.Error().text,
+      kExitFailure);
 }
 
 }  // namespace vorn::ctl

@@ -7,7 +7,6 @@
 #include "mail/folder_listing.h"
 #include "mail/message_rows.h"
 #include "objects/object_types.h"
-#include "objects/search_condition.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/shown_text.h"
@@ -44,22 +43,6 @@ void PrintRow(const Recordset& row, bool asJson) {
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
-// As far as they can be read.
-Result<> PrintRows(Context& context, const QString& select, bool asJson, QSet<QString>& printed) {
-  const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (!mail) return mail.Error();
-  if (!context.Data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
-    return ReasonOf(context.Data);
-  }
-  const RecordsetPtr rows = context.Data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) {
-    if (rows->IsRowDamaged()) continue;
-    PrintRow(*rows, asJson);
-    printed.insert(rows->SerialID());
-  }
-  return ResultOf(context.Data, !rows->Failed());
-}
-
 // Where the list breaks off, every message is looked for by itself.
 int ListTheRest(Context& context, const QString& folder, const QSet<QString>& printed,
                 bool asJson) {
@@ -90,10 +73,11 @@ int ListFolder(Context& context, const Arguments& arguments) {
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  const QString select = FolderSqlBuilder(context).Query(folder).Listing() +
-                         QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
   QSet<QString> printed;
-  const Result<> complete = PrintRows(context, select, asJson, printed);
+  const Result<> complete = ReadFolderRows(context, folder, [&](const Recordset& row) {
+    PrintRow(row, asJson);
+    printed.insert(row.SerialID());
+  });
   if (!complete && complete.Error().kind == StorageError::Kind::Refused) {
     return Complain(
         QStringLiteral("一覧を最後まで読み込めません。") + complete.Error().text +

@@ -19,17 +19,14 @@ int WritePage(Context& context, const Arguments& arguments) {
   if (folder.isEmpty()) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  bool before = false;
-  bool next = false;
-  const Result<QString> written =
-      MessageListPages(context).CreateMessageListPage(folder, page, before, next);
+  const auto written = MessageListPages(context).CreateMessageListPage(folder, page);
   if (!written) {
     return Complain(QStringLiteral("ページを作成できません。") + written.Error().text,
                     kExitFailure);
   }
   // Written anew, as private as the page was.
-  const auto bytes = ReadFile(*written);
-  QFile::remove(*written);
+  const auto bytes = ReadFile(written->content);
+  QFile::remove(written->content);
   QSaveFile file(out);
   if (bytes && file.open(QIODevice::WriteOnly) &&
       file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&

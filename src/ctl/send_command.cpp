@@ -16,8 +16,8 @@ namespace vorn::ctl {
 namespace {
 
 // Stores composed sources as messages that wait, all or none, so that the same command can be given
-// again after a failure. An empty sentence when they could be.
-QString StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names) {
+// again after a failure. Gives why they could not be.
+std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names) {
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const QString& name : names) {
     const auto source = ReadFile(name);
@@ -57,8 +57,8 @@ int Send(Context& context, const Arguments& arguments) {
     console.account = account->SerialID();
   }
   MailTraffic traffic(context, console, console);
-  const QString error = StoreWaiting(context, traffic.Plan(), arguments.Words().mid(1));
-  if (!error.isEmpty()) return Complain(error, kExitFailure);
+  const auto error = StoreWaiting(context, traffic.Plan(), arguments.Words().mid(1));
+  if (error) return Complain(*error, kExitFailure);
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();  // which is told once, at the end
   traffic.Plan().CreateMessagePlan(kPlanSend);

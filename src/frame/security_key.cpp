@@ -13,8 +13,8 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kKeyCharacters = 14;
-constexpr int kWaitMs = 10000;
-const QString kEntry = QStringLiteral("infomation/security");
+constexpr int kKeyWaitMs = 10000;
+const QString kKeyEntry = QStringLiteral("infomation/security");
 
 // From the system's random source, six bits for each character.
 QString MakeKey() {
@@ -25,7 +25,7 @@ QString MakeKey() {
 }
 
 QString KeptKey(const QSettings& store) {
-  return store.value(kEntry).toString().left(kKeyCharacters);
+  return store.value(kKeyEntry).toString().left(kKeyCharacters);
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ QString SecurityKey() {
   const QFileInfo file(store.fileName());
   if (!MakePrivateFolder(file.path())) return {};
   FileLock lock(UserStoreLock());
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return {};
+  if (lock.Take(FileLock::Kind::Exclusive, kKeyWaitMs) != FileLock::Result::Taken) return {};
   store.sync();
   if (const QString kept = KeptKey(store); !kept.isEmpty()) return kept;
   // Written in place of a private file, the settings stay private from their first moment.
@@ -47,7 +47,7 @@ QString SecurityKey() {
   if (!empty.exists() && !OpenPrivate(empty, QIODevice::WriteOnly)) return {};
   empty.close();
   const QString key = MakeKey();
-  store.setValue(kEntry, key);
+  store.setValue(kKeyEntry, key);
   store.sync();
   if (store.status() != QSettings::NoError) return {};
   MakePrivate(store.fileName());

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <tuple>
 #include <utility>
 
 #include "objects/profile.h"
@@ -14,12 +15,29 @@ namespace vorn {
 namespace {
 
 constexpr int kStretchMs = 200;
-const QString kDigested = QStringLiteral("Digested");
-const QString kVerified = QStringLiteral("Verified");
 
-QString PlaceSerial(const QString& file) {
-  return QStringLiteral("walk_") + QFileInfo(file).fileName();
-}
+// How far the walk through a file has come, as the profile's database keeps it.
+class KeptPlace {
+ public:
+  explicit KeptPlace(const QString& file)
+      : bag_(QStringLiteral("walk_") + QFileInfo(file).fileName()) {}
+
+  WalkPlace Load(DataSession& data) {
+    if (!bag_.DatabaseToDisk(data)) return {};
+    return {bag_.Get(kDigested).toLongLong(), bag_.Get(kVerified).toLongLong()};
+  }
+  bool Store(DataSession& data, const WalkPlace& place) {
+    bag_.Let(kDigested, QString::number(place.digested));
+    bag_.Let(kVerified, QString::number(place.verified));
+    return bag_.DiskToDatabase(data);
+  }
+
+ private:
+  static inline const QString kDigested = QStringLiteral("Digested");
+  static inline const QString kVerified = QStringLiteral("Verified");
+
+  Disk bag_;
+};
 
 }  // namespace
 
@@ -82,21 +100,13 @@ void SourceWatch::End(const WalkOutcome& outcome) {
 
 WalkPlace SourceWatch::LoadPlace(const QString& file) {
   const OpenedDatabase opened(context_, DatabaseKind::Profile);
-  if (!opened) return {};
-  Disk stored(PlaceSerial(file));
-  const bool loaded = stored.DatabaseToDisk(context_.Data);
-  if (!loaded) return {};
-  return {stored.Get(kDigested).toLongLong(), stored.Get(kVerified).toLongLong()};
+  return opened ? KeptPlace(file).Load(context_.Data) : WalkPlace();
 }
 
 // One that cannot be stored costs the next start some work.
 void SourceWatch::StorePlace(const QString& file, const WalkPlace& place) {
   const OpenedDatabase opened(context_, DatabaseKind::Profile);
-  if (!opened) return;
-  Disk stored(PlaceSerial(file));
-  stored.Let(kDigested, QString::number(place.digested));
-  stored.Let(kVerified, QString::number(place.verified));
-  stored.DiskToDatabase(context_.Data);
+  if (opened) std::ignore = KeptPlace(file).Store(context_.Data, place);
 }
 
 }  // namespace vorn

@@ -7,14 +7,14 @@
 namespace vorn {
 namespace {
 
-const QString kEntry = QStringLiteral("infomation/language");
+const QString kLanguageEntry = QStringLiteral("infomation/language");
 const QString kJapanese = QStringLiteral("ja");
 const QString kEnglish = QStringLiteral("en");
 
 }  // namespace
 
 QString UiLanguage() {
-  const QString chosen = UserStore()->value(kEntry).toString();
+  const QString chosen = UserStore()->value(kLanguageEntry).toString();
   if (chosen == kJapanese || chosen == kEnglish) return chosen;
   const QLocale::Language system = QLocale::system().language();
   return system == QLocale::Japanese || system == QLocale::C ? kJapanese : kEnglish;
@@ -22,7 +22,8 @@ QString UiLanguage() {
 
 void KeepUiLanguage(const QString& language) {
   const auto store = UserStore();
-  if (store->value(kEntry).toString() != language) store->setValue(kEntry, language);
+  if (store->value(kLanguageEntry).toString() != language)
+    store->setValue(kLanguageEntry, language);
 }
 
 }  // namespace vorn

@@ -8,7 +8,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kWaitMs = 10000;
+constexpr int kStoreWaitMs = 10000;
 
 std::unique_ptr<QSettings> Store(const QString& name) {
   return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
@@ -27,7 +27,7 @@ QString UserStoreLock() {
 std::unique_ptr<QSettings> UserStore() {
   const QString path = UserStoreLock();
   FileLock lock(path);
-  if (MakePrivateFolder(QFileInfo(path).path())) lock.Take(FileLock::Kind::Shared, kWaitMs);
+  if (MakePrivateFolder(QFileInfo(path).path())) lock.Take(FileLock::Kind::Shared, kStoreWaitMs);
   return Store(QStringLiteral(".VORN"));
 }
 

@@ -4,14 +4,13 @@
 
 #include "mail/open_message.h"
 #include "objects/any_object.h"
+#include "objects/book_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
-
-const QString kAddresses = QStringLiteral("Addressbook");
 
 QList<AddressEntry> Entries(const QString& lines) {
   QList<AddressEntry> entries;
@@ -43,10 +42,6 @@ QList<DiskPtr> AddressBooks(const Context& context) {
   return books;
 }
 
-QString BookLines(const Disk& book) {
-  return book.Text(kAddresses);
-}
-
 Result<DiskPtr> MakeAddressBook(Context& context) {
   auto book = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*book, object_type::kBook, Ui::tr("アドレスブック"));
@@ -68,7 +63,7 @@ QList<AddressEntry> Correspondents(Context& context, const QString& addressLines
 }
 
 Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
-  const QString before = BookLines(*book);
+  const QString before = BookObject(*book).Lines();
   QSet<QString> known;
   for (const AddressEntry& entry : Entries(before)) known.insert(entry.address.toLower());
   QStringList lines = before.split(kLineBreak, Qt::SkipEmptyParts);
@@ -82,10 +77,10 @@ Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<Address
     ++added;
   }
   if (added == 0) return 0;
-  book->Let(kAddresses, lines.join(kLineBreak));
+  BookObject::SetLines(*book, lines.join(kLineBreak));
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *book);
   if (saved) return added;
-  book->Let(kAddresses, before);
+  BookObject::SetLines(*book, before);
   return saved.Error();
 }
 

@@ -11,9 +11,6 @@ namespace vorn {
 /// The address books of the profile.
 QList<DiskPtr> AddressBooks(const Context& context);
 
-/// What stands in a book, one entry a line (`ParseAddressEntry`).
-QString BookLines(const Disk& book);
-
 /// Makes and stores an empty one.
 Result<DiskPtr> MakeAddressBook(Context& context);
 

@@ -9,7 +9,22 @@ namespace vorn::Drafts {
 namespace {
 
 const QString kPrefix = QStringLiteral("draft_");
-const QString kSource = QStringLiteral("Source");
+
+// A draft, by the names that its object's bag has. A bag holds text; base64 keeps any bytes.
+class DraftObject {
+ public:
+  explicit DraftObject(const Disk& bag) : bag_(bag) {}
+
+  QByteArray Source() const { return QByteArray::fromBase64(bag_.Text(kSource).toLatin1()); }
+  static void SetSource(Disk& bag, const QByteArray& source) {
+    bag.Let(kSource, QString::fromLatin1(source.toBase64()));
+  }
+
+ private:
+  static inline const QString kSource = QStringLiteral("Source");
+
+  const Disk& bag_;
+};
 
 // The folders that the message is in already, when it was stored before.
 Result<QString> ReadStoredFolders(Context& context, const QString& message) {
@@ -37,8 +52,7 @@ Result<> Keep(Context& context, const QString& message, const QByteArray& source
     context.Objects.Add(draft);
   }
   AnyObject::SetType(*draft, QStringLiteral("draft"));
-  // A bag holds text; base64 keeps any bytes.
-  draft->Let(kSource, QString::fromLatin1(source.toBase64()));
+  DraftObject::SetSource(*draft, source);
   return SaveObject(context, DatabaseKind::Profile, *draft);
 }
 
@@ -77,8 +91,8 @@ Result<> Restore(Context& context, const QString& message) {
   const Result<QString> folders = ReadStoredFolders(context, message);
   if (!folders) return folders.Error();
   MessageBag::SetFolders(request, *folders);
-  const QByteArray source = QByteArray::fromBase64(draft->Text(kSource).toLatin1());
-  const Result<QString> stored = MailStore(context).StoreMessage(request, source);
+  const Result<QString> stored =
+      MailStore(context).StoreMessage(request, DraftObject(*draft).Source());
   if (!stored) return stored.Error();
   Forget(context, message);
   return {};

@@ -16,6 +16,7 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kAtOnce = 500;  // messages that one statement asks for
+const QString kOldestFirst = QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
 
 FolderMessage Read(const Recordset& row) {
   return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
@@ -111,10 +112,7 @@ Result<FolderListing> ListFolderMessages(Context& context, const QString& folder
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   FolderListing listing;
-  if (List(context.Data, select + QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC"),
-           listing.messages)) {
-    return listing;
-  }
+  if (List(context.Data, select + kOldestFirst, listing.messages)) return listing;
   const StorageError reason = ReasonOf(context.Data);
   const bool mayBeDamaged =
       reason.kind != StorageError::Kind::BadStatement && reason.kind != StorageError::Kind::Refused;
@@ -122,6 +120,23 @@ Result<FolderListing> ListFolderMessages(Context& context, const QString& folder
       mayBeDamaged ? MessageSearch(context.Data, select).Run() : std::optional<FolderListing>();
   if (found) return *found;
   return reason;
+}
+
+Result<> ReadFolderRows(Context& context, const QString& folder,
+                        const std::function<void(const Recordset& row)>& take) {
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
+  if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  if (!context.Data.OpenRecordset(select + kOldestFirst, CursorKind::ForwardOnly,
+                                  StatementTrust::UserCondition)) {
+    return ReasonOf(context.Data);
+  }
+  const RecordsetPtr rows = context.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    if (!rows->IsRowDamaged()) take(*rows);
+  }
+  return ResultOf(context.Data, !rows->Failed());
 }
 
 QString FolderQuestion(Context& context, const QString& folder) {

@@ -3,9 +3,11 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 #include "storage/context.h"
+#include "storage/recordset.h"
 #include "storage/result.h"
 
 namespace vorn {
@@ -27,6 +29,11 @@ struct FolderListing {
 /// Lists a folder to its end. A damaged page hides only the messages on it: where the list breaks
 /// off, every message is looked for by itself.
 Result<FolderListing> ListFolderMessages(Context& context, const QString& folder);
+
+/// Hands over the rows of a folder's messages, oldest first, as far as they can be read. Says why
+/// where the list breaks off.
+Result<> ReadFolderRows(Context& context, const QString& folder,
+                        const std::function<void(const Recordset& row)>& take);
 
 /// The question for the identifiers of a folder's messages, oldest first; empty when there is no
 /// such folder. A `ConditionRun` can ask it where the condition takes long.

@@ -2,11 +2,11 @@
 
 #include <QSet>
 
-#include "mail/address_book.h"
 #include "mail/codec/address.h"
 #include "mail/message_rows.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
+#include "objects/book_object.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/shown_text.h"
@@ -55,7 +55,7 @@ void AddPastRecipients(Context& context, AddressCollector& collector) {
 QStringList KnownAddresses(Context& context) {
   AddressCollector collector;
   for (const DiskPtr& object : context.Objects) {
-    if (AnyObject(*object).Is(object_type::kBook)) collector.AddLines(BookLines(*object));
+    if (AnyObject(*object).Is(object_type::kBook)) collector.AddLines(BookObject(*object).Lines());
   }
   AddPastRecipients(context, collector);
   for (const DiskPtr& object : context.Objects) {

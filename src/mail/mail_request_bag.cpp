@@ -4,17 +4,12 @@
 
 namespace vorn {
 
-OpenMode MailRequestBag::Mode() const {
-  const auto last = static_cast<int>(OpenMode::ForwardKeepFrom);
-  return static_cast<OpenMode>(qBound(0, bag_.Number(kMode), last));
-}
-
 void MailRequestBag::TakeRow(const Recordset& row) {
   bag_.Let(kContent, row.Fields(u"FIELD_CONTENT"));
   bag_.Let(kSubject, row.Fields(u"FIELD_SUBJECT"));
   bag_.Let(kTimestamp, row.Fields(u"FIELD_TIMESTAMP"));
   bag_.Let(kAddressLines, row.Fields(u"FIELD_MAILADDRESS"));
-  MessageBag::SetStatus(bag_, row.Fields(u"STATUS").toInt());
+  MessageBag::SetState(bag_, MessageBag::State::Of(row.Fields(u"STATUS").toInt()));
   MessageBag::SetFlags(bag_, row.Fields(u"FIELD_FLAG").toString());
 }
 

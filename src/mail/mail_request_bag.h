@@ -14,8 +14,9 @@ class MailRequestBag {
  public:
   explicit MailRequestBag(Disk& bag) : bag_(bag) {}
 
-  OpenMode Mode() const;
-  void SetMode(OpenMode mode) { bag_.Let(kMode, static_cast<int>(mode)); }
+  // As what it is: a request is never stored.
+  OpenMode Mode() const { return bag_.Get(kMode).value<OpenMode>(); }
+  void SetMode(OpenMode mode) { bag_.Let(kMode, QVariant::fromValue(mode)); }
   /// A message that is not stored yet.
   bool IsNew() const { return bag_.Flag(kNew); }
   void SetNew(bool isNew) { bag_.Let(kNew, isNew); }

@@ -67,7 +67,7 @@ Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
   IndexOptions options;
   options.textTypes = Settings(context_).TextTypes();
-  options.hasEndMark = MessageBag(request).AbsoluteStatus() != kStatusReceived;
+  options.hasEndMark = MessageBag(request).Status() != kStatusReceived;
   options.standardHeaders = Settings(context_).HasStandardHeaders();
   return IndexMessage(source, MessageBag(request).Flags(), options);
 }
@@ -154,7 +154,7 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
   row->SetField(QStringLiteral("SERIALID"), request.SerialID());
   if (*isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
   row->SetField(QStringLiteral("MAIL"), source);
-  row->SetField(QStringLiteral("STATUS"), message.Status());
+  row->SetField(QStringLiteral("STATUS"), message.StateNow().Stored());
   row->SetField(QStringLiteral("FIELD_TIMESTAMP"), message.Timestamp(data.Now()));
   row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
   row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
@@ -195,7 +195,7 @@ bool MailStore::WriteState(StateMask mask, const Disk& request) {
   DataSession& data = context_.Data;
   if (mask.testFlag(kStateStatus) &&
       !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
-                    QString::number(MessageBag(request).Status()) + Where(request))) {
+                    QString::number(MessageBag(request).StateNow().Stored()) + Where(request))) {
     return false;
   }
   if (mask.testFlag(kStateFlag) && !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
@@ -237,7 +237,9 @@ Result<> MailStore::CancelWaiting(const Disk& request) {
     done = StorageError{StorageError::Kind::NotFound, {}};
   }
   if (done) {
-    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / 2") +
+    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / %1 * %2")
+                                           .arg(kStatusWaiting)
+                                           .arg(kStatusEdit) +
                                        Where(request)) &&
                               data.Commit());
   }

@@ -4,11 +4,9 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/message_state.h"
 
 namespace vorn {
-
-/// Message states, the values of `STATUS`. The negated value marks a message in the dust.
-enum MessageStatus { kStatusEdit = 1, kStatusWaiting = 2, kStatusSent = 3, kStatusReceived = 4 };
 
 /// A message as the store is given it and gives it, by the names that its bag has for what it
 /// holds; the bag's serial identifier is the message's. A view: the bag outlives it.
@@ -31,13 +29,22 @@ class MessageBag {
   /// The identifier under which it came, by default its own.
   QString MessageId() const { return bag_.Text(kMessageId, bag_.SerialID()); }
   static void SetMessageId(Disk& bag, const QString& id) { bag.Let(kMessageId, id); }
-  /// Its state (`MessageStatus`), negative in the dust.
-  int Status() const { return bag_.Number(kStatus, kStatusEdit); }
-  /// Its state, wherever it is.
-  int AbsoluteStatus() const { return qAbs(Status()); }
-  bool IsDust() const { return Status() < 0; }
+  /// What the column `STATUS` says.
+  struct State {
+    MessageStatus status = kStatusEdit;
+    bool isDust = false;
+
+    static State Of(int stored) { return {static_cast<MessageStatus>(qAbs(stored)), stored < 0}; }
+    int Stored() const { return isDust ? -status : status; }
+  };
+  State StateNow() const { return State::Of(bag_.Number(kStatus, kStatusEdit)); }
+  static void SetState(Disk& bag, State state) { bag.Let(kStatus, state.Stored()); }
+  /// Its status, in the dust or not.
+  MessageStatus Status() const { return StateNow().status; }
+  bool IsDust() const { return StateNow().isDust; }
   bool HasStatus() const { return bag_.Get(kStatus).isValid(); }
-  static void SetStatus(Disk& bag, int status) { bag.Let(kStatus, status); }
+  /// Out of the dust.
+  static void SetStatus(Disk& bag, MessageStatus status) { SetState(bag, {status}); }
   /// The flag string (`GetFlagChar`).
   QString Flags() const { return bag_.Text(kFlags); }
   static void SetFlags(Disk& bag, const QString& flags) { bag.Let(kFlags, flags); }

@@ -52,8 +52,7 @@ Result<QByteArray> MessageDocument::Compose(const MessageModel& model) const {
 }
 
 MessageStatus MessageDocument::Status() const {
-  return request_ == nullptr ? kStatusEdit
-                             : static_cast<MessageStatus>(MessageBag(*request_).AbsoluteStatus());
+  return request_ == nullptr ? kStatusEdit : MessageBag(*request_).Status();
 }
 
 bool MessageDocument::IsInDust() const {
@@ -64,16 +63,16 @@ bool MessageDocument::IsNew() const {
   return request_ != nullptr && Request().IsNew();
 }
 
-int MessageDocument::BeginSending() {
-  const int before = MessageBag(*request_).Status();
+MessageBag::State MessageDocument::BeginSending() {
+  const MessageBag::State before = MessageBag(*request_).StateNow();
   Request().SetSent(true);
   MessageBag::SetStatus(*request_, kStatusWaiting);
   return before;
 }
 
-void MessageDocument::EndSending(int before) {
+void MessageDocument::EndSending(MessageBag::State before) {
   Request().SetSent(false);
-  MessageBag::SetStatus(*request_, before);
+  MessageBag::SetState(*request_, before);
 }
 
 bool MessageDocument::IsSending() const {
@@ -81,7 +80,8 @@ bool MessageDocument::IsSending() const {
 }
 
 void MessageDocument::ToggleDust() {
-  MessageBag::SetStatus(*request_, -MessageBag(*request_).Status());
+  const MessageBag bag(*request_);
+  MessageBag::SetState(*request_, {bag.Status(), !bag.IsDust()});
   changedState_ |= kStateStatus;
 }
 

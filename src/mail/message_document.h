@@ -62,8 +62,8 @@ class MessageDocument {
   bool IsWaiting() const { return Status() == kStatusWaiting; }
 
   /// It is to be stored as one that waits. Gives what `EndSending` takes when that does not happen.
-  int BeginSending();
-  void EndSending(int before);
+  MessageBag::State BeginSending();
+  void EndSending(MessageBag::State before);
   bool IsSending() const;
 
   void ToggleDust();

@@ -156,12 +156,6 @@ QList<AddressEntry> StoredAddresses(const StoredMessage& message, bool isStandar
   return stored;
 }
 
-bool HasKind(const QList<AddressEntry>& addresses, QStringView kind) {
-  return std::any_of(addresses.begin(), addresses.end(), [kind](const AddressEntry& entry) {
-    return entry.kind.compare(kind, Qt::CaseInsensitive) == 0;
-  });
-}
-
 QList<AddressEntry> AddressesIn(OpenMode mode, const QList<AddressEntry>& stored) {
   const bool hasReplyAddress =
       std::any_of(stored.begin(), stored.end(), [](const AddressEntry& entry) {

@@ -42,7 +42,7 @@ bool IsUnopened(const Disk& request) {
 }
 
 Sender DefaultSender(Context& context) {
-  const auto accounts = [&context](int which) {
+  const auto accounts = [&context](SelectFlags which) {
     return SelectObjects(context.Objects, *context.Session, object_type::kAccount, which);
   };
   const DiskCollectionPtr enabled = accounts(kSelectEnabled);
@@ -73,6 +73,40 @@ QString SignedText(const OpenedMessage& opened) {
   return maySign ? opened.model.text.Get() : QString();
 }
 
+// Reads the row of the message; what is opened says whether it was found and could be read.
+void FindStored(Context& context, Disk& bag, bool marks, OpenedMessage& opened) {
+  MailRequestBag request(bag);
+  const MessageBag stored(bag);
+  const OpenedDatabase mail(context, stored.Database(), stored.File(context));
+  const Result<bool> read = mail ? ReadRow(context.Data, bag, opened.source) : mail.Error();
+  if (!read) {
+    opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
+    opened.reason = read.Error();
+    opened.source.clear();
+    return;
+  }
+  opened.found = *read;
+  if (!opened.found) return;
+  opened.first = IsUnopened(bag);
+  if (opened.first && marks) MarkOpened(context, bag);
+  request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
+}
+
+// What a message that nobody has begun yet begins with.
+void BeginNew(const MailRequestBag& request, const Sender& sender, const EditSettings& settings,
+              MessageModel& model) {
+  ApplyMailto(request.Mailto(), model);
+  model.signature = sender.SignatureOf(sender.address);
+  const QString begun = model.text.Get();
+  model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
+}
+
+CharsetChoice ShownCharset(const StoredMessage& message, const QString& flags) {
+  return message.isWritten
+             ? WrittenCharset(message.source, message.contentIndex, message.charset.choice)
+             : CharsetChoiceOf(GetFlagChar(flags, kFlagCode, QStringLiteral("*")));
+}
+
 OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredCharset = true,
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
   OpenedMessage opened;
@@ -83,22 +117,10 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     MessageBag::SetStatus(bag, kStatusEdit);
     MessageBag::SetFlags(bag, QStringLiteral("02"));
   }
+  FindStored(context, bag, marks, opened);
+  if (opened.unreadable) return opened;
   StoredMessage message;
-  {
-    const OpenedDatabase mail(context, stored.Database(), stored.File(context));
-    const Result<bool> read = mail ? ReadRow(context.Data, bag, message.source) : mail.Error();
-    if (!read) {
-      opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
-      opened.reason = read.Error();
-      return opened;
-    }
-    opened.found = *read;
-    if (opened.found) {
-      opened.first = IsUnopened(bag);
-      if (opened.first && marks) MarkOpened(context, bag);
-      request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
-    }
-  }
+  message.source = opened.source;
   if (!opened.found) message.source = shown;
   message.contentIndex = request.ContentIndex();
   // Of one that was erased while its window is open nothing of the last reading is left.
@@ -107,7 +129,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   message.timestamp = GeneralTimeText(request.Timestamp());
   message.charset = applyStoredCharset ? ReadingCode(StoredCharset(stored.Flags())) : code;
   const OpenMode mode = request.Mode();
-  message.isWritten = stored.AbsoluteStatus() < kStatusReceived;
+  message.isWritten = stored.Status() < kStatusReceived;
   if (message.charset.forced && !message.isWritten) {
     ReadingCode names = message.charset;
     names.body = MimeCodec::TextCharset(
@@ -118,11 +140,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   const Sender sender = DefaultSender(context);
   opened.model = OpenSource(message, mode, request.IsNew(), settings, sender, program);
   if (mode == OpenMode::Show && request.IsNew() && !opened.found) {
-    MessageModel& model = opened.model;
-    ApplyMailto(request.Mailto(), model);
-    model.signature = sender.SignatureOf(sender.address);
-    const QString begun = model.text.Get();
-    model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
+    BeginNew(request, sender, settings, opened.model);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   opened.shownImages = ShownImages(message.source, message.contentIndex, message.charset);
@@ -134,10 +152,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   opened.source = message.source;
   opened.charset = code.choice;
   if (applyStoredCharset && mode == OpenMode::Show && opened.found) {
-    opened.charset =
-        message.isWritten
-            ? WrittenCharset(message.source, message.contentIndex, message.charset.choice)
-            : CharsetChoiceOf(GetFlagChar(stored.Flags(), kFlagCode, QStringLiteral("*")));
+    opened.charset = ShownCharset(message, stored.Flags());
   }
   if (mode != OpenMode::Show) request.BecomeNew(NewMessageSerialID(context));
   return opened;

@@ -2,7 +2,7 @@
 
 namespace vorn {
 
-/// How a message window opens a message. The numbers are those of requests and of `vornctl open`.
+/// How a message window opens a message. The numbers are those of `vornctl open`.
 enum class OpenMode {
   Show = 0,
   Reply,

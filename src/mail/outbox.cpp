@@ -156,10 +156,11 @@ Result<> Outbox::DoubtWaiting() {
   DataSession& data = context_.Data;
   const bool noted = data.Execute(
       QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
-                     "SERIALID, %1, %2, '', '' FROM mail WHERE STATUS IN (2,-2) AND SERIALID NOT "
-                     "IN (SELECT SERIALID FROM send_attempt)")
+                     "SERIALID, %1, %2, '', '' FROM mail WHERE STATUS IN (%3,-%3) AND SERIALID "
+                     "NOT IN (SELECT SERIALID FROM send_attempt)")
           .arg(kDoubtful)
-          .arg(QuoteSql(data.Now())));
+          .arg(QuoteSql(data.Now()))
+          .arg(kStatusWaiting));
   return ResultOf(data, noted);
 }
 
@@ -202,7 +203,7 @@ Result<> Outbox::SendAgain(const QString& serialId) {
 Result<> Outbox::KeepAsSent(const QString& serialId) {
   return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful),
                     {QStringLiteral("UPDATE mail SET STATUS = %1").arg(kStatusSent) +
-                     Where(serialId) + QStringLiteral(" AND STATUS = 2")});
+                     Where(serialId) + QStringLiteral(" AND STATUS = %1").arg(kStatusWaiting)});
 }
 
 }  // namespace vorn

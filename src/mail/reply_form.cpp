@@ -7,11 +7,6 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-const QString kBreak = QStringLiteral("\r\n");
-
-}  // namespace
 
 QString AttributionLine(const QString& pattern, const AddressEntry& writer, const QString& date) {
   QString line;
@@ -47,9 +42,9 @@ QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
                                                {Ui::tr("宛先: "), named(u"TO")},
                                                {QStringLiteral("CC: "), named(u"CC")},
                                                {Ui::tr("件名: "), WithoutDirectionMarks(subject)}};
-  QString head = Ui::tr("---- 転送するメッセージ ----") + kBreak;
+  QString head = Ui::tr("---- 転送するメッセージ ----") + kLineBreak;
   for (const auto& [caption, text] : lines) {
-    if (!text.isEmpty()) head += caption + text + kBreak;
+    if (!text.isEmpty()) head += caption + text + kLineBreak;
   }
   return head;
 }
@@ -57,12 +52,12 @@ QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
 QString SignatureBlock(const QString& signature) {
   static const QRegularExpression kRule(QStringLiteral("^[-_=*~#─━＿－―☆★◇◆□■+|/\\\\ ]{2,}$"));
   QString text = signature;
-  text.replace(kBreak, QStringLiteral("\n"));
+  text.replace(kLineBreak, QStringLiteral("\n"));
   if (text.trimmed().isEmpty()) return {};
   while (text.endsWith(u'\n')) text.chop(1);
   const bool isSetOff = kRule.match(text.section(u'\n', 0, 0)).hasMatch();
   if (!isSetOff) text.prepend(QStringLiteral("-- \n"));
-  return text.replace(u'\n', kBreak);
+  return text.replace(u'\n', kLineBreak);
 }
 
 QString FormText(const QString& attribution, const QString& quoted, const QString& signature,
@@ -71,10 +66,10 @@ QString FormText(const QString& attribution, const QString& quoted, const QStrin
   if (attribution.isEmpty() && block.isEmpty()) return quoted;
   QStringList pieces;
   if (place == SignaturePlace::AboveQuote) pieces.append(block);
-  pieces.append(attribution.isEmpty() ? quoted : attribution + kBreak + quoted);
+  pieces.append(attribution.isEmpty() ? quoted : attribution + kLineBreak + quoted);
   if (place == SignaturePlace::UnderQuote) pieces.append(block);
   pieces.removeAll(QString());
-  return kBreak + kBreak + pieces.join(kBreak + kBreak);
+  return kLineBreak + kLineBreak + pieces.join(kLineBreak + kLineBreak);
 }
 
 }  // namespace vorn

@@ -1,10 +1,9 @@
 #include "objects/account.h"
 
-#include <algorithm>
-
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
 
@@ -31,9 +30,14 @@ const QString kCertificates = QStringLiteral("Certificates");
 const QString kDelete = QStringLiteral("Delete");
 const QString kAuth = QStringLiteral("Auth");
 
-bool HasControlCharacter(const QString& text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
+// What no program has written is no leave to go in clear.
+Security SecurityOf(const Disk& account, const QString& key) {
+  if (account.Text(key).isEmpty()) return Security::None;
+  const qint32 stored = account.Number(key, static_cast<qint32>(Security::Tls));
+  for (const Security security : {Security::None, Security::StartTls}) {
+    if (stored == static_cast<qint32>(security)) return security;
+  }
+  return Security::Tls;
 }
 
 AccountServer Server(const Disk& account, const QString& server) {
@@ -41,7 +45,7 @@ AccountServer Server(const Disk& account, const QString& server) {
           account.Number(server + kPort),
           account.Text(server + kUser),
           account.Text(server + kPassword),
-          account.Number(server + kSecurity),
+          SecurityOf(account, server + kSecurity),
           account.Text(server + kCertificates)};
 }
 
@@ -60,11 +64,11 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   account->Let(kIn + kPasswordSave, true);
   account->Let(kIn + kProtocol, static_cast<int>(values.inProtocol));
   account->Let(kIn + kDelete, values.deleteOnServer);
-  account->Let(kIn + kSecurity, values.inSecurity);
+  account->Let(kIn + kSecurity, static_cast<int>(values.inSecurity));
   account->Let(kOut, values.outServer.isEmpty() ? values.inServer : values.outServer);
   account->Let(kOut + kPort, QString::number(values.outPort));
   account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
-  account->Let(kOut + kSecurity, values.outSecurity);
+  account->Let(kOut + kSecurity, static_cast<int>(values.outSecurity));
   account->Let(kOut + kAuth, !values.outUser.isEmpty());
   account->Let(kOut + kUser, values.outUser);
   account->Let(kOut + kPassword, values.outPassword);
@@ -102,7 +106,8 @@ AccountServer Account::Incoming() const {
 }
 
 InProtocol Account::Protocol() const {
-  return static_cast<InProtocol>(bag_->Number(kIn + kProtocol));
+  const bool isApop = bag_->Number(kIn + kProtocol) == static_cast<int>(InProtocol::Apop);
+  return isApop ? InProtocol::Apop : InProtocol::Pop3;
 }
 
 bool Account::DeletesOnServer() const {
@@ -142,23 +147,25 @@ QString PortWords() {
   return Ui::tr("ポート番号は1から65535までの数です。");
 }
 
-QString ValidateAccount(const Context& context, const AccountValues& values) {
+Result<> ValidateAccount(const Context& context, const AccountValues& values) {
+  const auto wrong = [](const QString& words) {
+    return StorageError{StorageError::Kind::Other, words};
+  };
   const auto probe = std::make_shared<Disk>();
   AnyObject::SetName(*probe, values.name);
-  const QString nameError = ValidateObject(context.Objects, *probe);
-  if (!nameError.isEmpty()) return nameError;
+  if (const Result<> named = ValidateObject(context.Objects, *probe); !named) return named;
   if (!values.address.contains(u'@')) {
-    return Ui::tr("メールアドレスに「@」がありません。");
+    return wrong(Ui::tr("メールアドレスに「@」がありません。"));
   }
-  if (values.inServer.isEmpty()) return Ui::tr("受信サーバーが設定されていません。");
-  if (values.inUser.isEmpty()) return Ui::tr("受信サーバーのユーザー名が設定されていません。");
-  if (!IsPort(values.inPort) || !IsPort(values.outPort)) {
-    return PortWords();
+  if (values.inServer.isEmpty()) return wrong(Ui::tr("受信サーバーが設定されていません。"));
+  if (values.inUser.isEmpty()) {
+    return wrong(Ui::tr("受信サーバーのユーザー名が設定されていません。"));
   }
+  if (!IsPort(values.inPort) || !IsPort(values.outPort)) return wrong(PortWords());
   for (const QString& text :
        {values.name, values.address, values.display, values.inServer, values.inUser,
         values.inPassword, values.outServer, values.outUser, values.outPassword}) {
-    if (HasControlCharacter(text)) return Ui::tr("使えない文字（制御文字）があります。");
+    if (HasControlCharacter(text)) return wrong(Ui::tr("使えない文字（制御文字）があります。"));
   }
   return {};
 }

@@ -3,6 +3,7 @@
 #include <QString>
 #include <utility>
 
+#include "objects/security.h"
 #include "storage/context.h"
 #include "storage/result.h"
 
@@ -17,7 +18,7 @@ struct AccountServer {
   int port = 0;
   QString user;
   QString password;
-  int security = 0;      ///< 0 none, 1 STARTTLS, 2 TLS
+  Security security = Security::None;
   QString certificates;  ///< those that the user trusts (`TrustedCertificates`)
 };
 
@@ -73,11 +74,11 @@ struct AccountValues {
   QString inUser;
   QString inPassword;
   InProtocol inProtocol = InProtocol::Pop3;
-  int inSecurity = 0;  ///< 0 none, 1 STARTTLS, 2 TLS
+  Security inSecurity = Security::None;
   bool deleteOnServer = false;
   QString outServer;  ///< empty: the incoming one
   int outPort = 25;
-  int outSecurity = 0;
+  Security outSecurity = Security::None;
   QString outUser;  ///< empty: no authentication
   QString outPassword;
   bool isDefault = false;
@@ -89,8 +90,8 @@ constexpr bool IsPort(int port) {
 }
 QString PortWords();
 
-/// What is wrong with the values, as a sentence for the user; empty when nothing is.
-QString ValidateAccount(const Context& context, const AccountValues& values);
+/// Whether nothing is wrong with the values.
+Result<> ValidateAccount(const Context& context, const AccountValues& values);
 
 /// Stores a new enabled account.
 Result<DiskPtr> CreateAccount(Context& context, const AccountValues& values);

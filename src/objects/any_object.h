@@ -21,6 +21,7 @@ class AnyObject {
   static void SetDraw(Disk& bag, const QString& draw) { bag.Let(kDraw, draw); }
   static void SetDefault(Disk& bag, bool isDefault) { bag.Let(kDefault, isDefault); }
   static void SetEnabled(Disk& bag, bool isEnabled) { bag.Let(kEnabled, isEnabled); }
+  static void SetMarked(Disk& bag) { bag.Let(kMarked, true); }
   static void SetSystem(Disk& bag, bool isSystem) { bag.Let(kSystem, isSystem); }
   /// When it was last changed, in the general form.
   static void SetChanged(Disk& bag, const QString& time) { bag.Let(kChanged, time); }
@@ -42,6 +43,8 @@ class AnyObject {
   QDateTime Saved() const;
   /// One of those that come with a profile, which cannot be deleted.
   bool IsSystem() const { return bag_.Flag(kSystem); }
+  /// It is saved with the others that are (`MarkForSaving`).
+  bool IsMarked() const { return bag_.Flag(kMarked); }
 
  private:
   static inline const QString kType = QStringLiteral("FormName");
@@ -53,6 +56,7 @@ class AnyObject {
   static inline const QString kEnabled = QStringLiteral("Enabled");
   static inline const QString kSaved = QStringLiteral("DayTime");
   static inline const QString kSystem = QStringLiteral("System");
+  static inline const QString kMarked = QStringLiteral("save");
 
   const Disk& bag_;
 };

@@ -1,5 +1,6 @@
 #include "objects/condition_kind.h"
 
+#include "storage/message_state.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 
@@ -51,6 +52,10 @@ QString DaysClause(const QStringList& values) {
                         : QStringLiteral("DATEDIFF(\"d\", NOW, mail.FIELD_TIMESTAMP ) >= ") + days;
 }
 
+QString AttachmentClause(const QStringList&) {
+  return QStringLiteral("SUBSTR(mail.FIELD_FLAG & '0000', %1, 1) = '1'").arg(kFlagAttachment);
+}
+
 using Kind = ConditionKind;
 using Value = ConditionValue;
 
@@ -64,7 +69,9 @@ constexpr ConditionTraits kKinds[] = {
     {Kind::Status, "status", QT_TRANSLATE_NOOP("vorn::Ui", "状態"), Value::States, StatusClause},
     {Kind::TimeStamp, "timestamp", QT_TRANSLATE_NOOP("vorn::Ui", "日付"), Value::Days, DaysClause},
     {Kind::WholeAddress, "wholeaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが"), Value::Text,
-     AddressClause}};
+     AddressClause},
+    {Kind::Attachment, "attachment", QT_TRANSLATE_NOOP("vorn::Ui", "添付ファイルがある"),
+     Value::None, AttachmentClause}};
 
 // Each kind stands in its place, and only the condition of a folder is made elsewhere.
 constexpr bool IsWhole() {

@@ -8,11 +8,20 @@ namespace vorn {
 
 /// What a condition of a folder asks of a message. `MailAddress` is part of an address or a name,
 /// `WholeAddress` is one address.
-enum class ConditionKind { Subject, MailAddress, Folder, Status, TimeStamp, WholeAddress, Count };
+enum class ConditionKind {
+  Subject,
+  MailAddress,
+  Folder,
+  Status,
+  TimeStamp,
+  WholeAddress,
+  Attachment,
+  Count
+};
 
 /// What a condition is given to compare with: one text, the serial identifier of a folder, one or
-/// more states of messages, or days counted from today.
-enum class ConditionValue { Text, Folder, States, Days };
+/// more states of messages, days counted from today, or nothing, where a message has it or not.
+enum class ConditionValue { Text, Folder, States, Days, None };
 
 /// All that there is to a kind.
 struct ConditionTraits {

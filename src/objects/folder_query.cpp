@@ -12,7 +12,7 @@ const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopened
 
 FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
   const bool isElsewhere = search.isEverywhere && !search.isEmpty() && !IsEmpty();
-  FolderQuery query = isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), false) : *this;
+  FolderQuery query = isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), Needs{}) : *this;
   query.search_ = search.text;
   return query;
 }
@@ -20,7 +20,7 @@ FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
 QString FolderQuery::Listing() const {
   if (IsEmpty()) return {};
   const QString all =
-      (joinsFolders_
+      (needs_.folders
            ? QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
                             "folder.SERIALID WHERE ")
            : QStringLiteral("SELECT * FROM mail WHERE ")) +

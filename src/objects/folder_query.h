@@ -11,15 +11,22 @@ namespace vorn {
 /// without an order, which may hold text written by the user (`StatementTrust::UserCondition`).
 class FolderQuery {
  public:
+  /// What the condition of a folder goes by, beside the columns of `mail`.
+  struct Needs {
+    bool folders = false;  ///< columns of the table `folder`
+    bool time = false;     ///< it holds for other messages as time passes
+  };
+
   /// Of no folder.
   FolderQuery() = default;
-  /// `condition` stands after WHERE; `joinsFolders` says that it names columns of the table
-  /// `folder`.
-  FolderQuery(QString condition, bool joinsFolders)
-      : condition_(std::move(condition)), joinsFolders_(joinsFolders), isOfFolder_(true) {}
+  /// `condition` stands after WHERE.
+  FolderQuery(QString condition, Needs needs)
+      : condition_(std::move(condition)), needs_(needs), isOfFolder_(true) {}
 
   /// Whether there is no such folder: every statement is empty then.
   bool IsEmpty() const { return !isOfFolder_; }
+  /// Whether it finds others as time passes, although no message changes.
+  bool DependsOnTime() const { return needs_.time; }
   /// The same, narrowed to the messages that a search finds, or what it finds everywhere; all when
   /// it is empty.
   FolderQuery Searched(const FolderSearch& search) const;
@@ -38,11 +45,11 @@ class FolderQuery {
 
  private:
   QString UnreadRows(const QString& columns) const;
-  bool IsPlain() const { return !joinsFolders_ && search_.isEmpty(); }
+  bool IsPlain() const { return !needs_.folders && search_.isEmpty(); }
 
   QString condition_;
   QString search_;
-  bool joinsFolders_ = false;
+  Needs needs_;
   bool isOfFolder_ = false;
 };
 

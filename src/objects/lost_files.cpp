@@ -25,7 +25,6 @@
 namespace vorn {
 namespace {
 
-const QString kRebuilt = QStringLiteral("Rebuilt");
 const QString kDatabases = QStringLiteral("*.mbx");
 
 QString Name(const QString& path) {
@@ -341,7 +340,7 @@ Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
 }
 
 bool IsRebuilt(const Disk& profile) {
-  return profile.Flag(kRebuilt);
+  return ProfileBag(profile).IsRebuilt();
 }
 
 void RestoreProfile(Context& context, Disk& profile, const QString& password) {
@@ -352,7 +351,7 @@ void RestoreProfile(Context& context, Disk& profile, const QString& password) {
   context.Data.Close();
   if (!read) return;
   for (qint32 i = 1; i <= copy.Size(); ++i) profile.Let(copy.NameAt(i), copy.Get(copy.NameAt(i)));
-  profile.Remove(kRebuilt);
+  ProfileBag::ForgetRebuilt(profile);
 }
 
 QList<DiskPtr> ProfilesFromFolders(const Context& context) {
@@ -372,7 +371,7 @@ QList<DiskPtr> ProfilesFromFolders(const Context& context) {
     auto profile = NewProfile(serial, Ui::tr("プロファイル%1").arg(profiles.size() + 1),
                               mail.join(kLineBreak));
     ProfileBag::SetMailFiles(*profile, mail.first());
-    profile->Let(kRebuilt, true);
+    ProfileBag::SetRebuilt(*profile);
     profiles.append(profile);
   }
   return profiles;

@@ -14,8 +14,8 @@ Result<QString> MakeManualFolder(Context& context, const QString& name) {
   AnyObject::SetEnabled(*folder, true);
   FolderObject::SetFilledByHand(*folder, true);
   FolderObject::SetConditions(*folder, false, {}, {});
-  const QString fault = ValidateObject(context.Objects, *folder);
-  if (!fault.isEmpty()) return StorageError{StorageError::Kind::Other, fault};
+  const Result<> valid = ValidateObject(context.Objects, *folder);
+  if (!valid) return valid.Error();
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *folder);
   if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   context.Objects.Add(folder);

@@ -31,8 +31,19 @@ constexpr qint64 kRenewedBytes = 200 * 1024 * 1024;
 constexpr qint64 kRenewalPauseS = 24 * 3600;
 
 // In the profile's own database, under the password that took their place.
-const QString kFormerCodes = QStringLiteral("DATA_codes");
-const QString kCodes = QStringLiteral("Codes");
+class FormerCodes {
+ public:
+  // Reads them from the database that is open; false when it cannot.
+  bool Load(DataSession& data) { return bag_.DatabaseToDisk(data); }
+  bool Store(DataSession& data) { return bag_.DiskToDatabase(data); }
+  QStringList All() const { return bag_.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts); }
+  void Add(const QString& code) { bag_.Let(kCodes, (All() << code).join(kLineBreak)); }
+
+ private:
+  static inline const QString kCodes = QStringLiteral("Codes");
+
+  Disk bag_{QStringLiteral("DATA_codes")};
+};
 
 PasswordChange ChangeOf(Context& context, const Disk& profile) {
   const QStringList files = ProfileFiles(context, profile);
@@ -52,11 +63,11 @@ bool IsFileUnderCode(const QString& file) {
 // Whether the profile's database says that this code was once its files'.
 bool IsNoted(Context& context, const Disk& profile, const QString& password, const QString& code) {
   const QString path = ProfileFiles(context, profile).first();
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const bool read =
-      HasContent(path) && context.Data.Open(path, password) && former.DatabaseToDisk(context.Data);
+      HasContent(path) && context.Data.Open(path, password) && former.Load(context.Data);
   context.Data.Close();
-  return read && former.Text(kCodes).contains(code);
+  return read && former.All().contains(code);
 }
 
 // A change that is not completed may still bring a file under it.
@@ -91,48 +102,41 @@ void LayDownUnusedCode(Context& context, const Disk& profile, const QString& pas
   IsNoted(context, profile, password, code) ? file.Forget() : file.SetAside();
 }
 
-StorageError CodeNotKept() {
-  return {StorageError::Kind::DiskFull,
-          Ui::tr("鍵のファイル「profile."
-                 "key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップの"
-                 "キーリングを確認してください。")};
+// How a change of the password ended: what the files have now, and why it is not `Changed`.
+struct ChangeEnd {
+  PasswordChange::Outcome outcome = PasswordChange::Outcome::Unchanged;
+  StorageError reason;
+};
+
+// A code is on the disk before any file is under it, and goes when none is any more.
+ChangeEnd ChangeAlone(Context& context, const Disk& profile, const QString& from,
+                      const QString& to) {
+  PasswordChange change = ChangeOf(context, profile);
+  if (const Result<> finished = change.Finish(); !finished) return {.reason = finished.Error()};
+  if (const QString code = FileKey::CodeIn(to); !code.isEmpty()) {
+    const Result<> kept = CodeFileOf(context, profile).Keep(code);
+    if (!kept) return {.reason = kept.Error()};
+  }
+  if (to != from) {
+    const Result<> noted = NoteFormerCode(context, profile, from, from);
+    if (!noted) return {.reason = noted.Error()};
+  }
+  const PasswordChange::Outcome outcome = change.Run(from, to);
+  if (outcome != PasswordChange::Outcome::Decided) ForgetUnusedCode(context, profile);
+  return {outcome, change.Error()};
 }
 
-// A code is on the disk before any file is under it, and goes when none is any more. An empty new
-// password becomes a code.
-PasswordChange::Outcome ChangeAlone(Context& context, const Disk& profile, const QString& from,
-                                    QString* to, StorageError* reason) {
-  using Outcome = PasswordChange::Outcome;
-  PasswordChange change = ChangeOf(context, profile);
-  if (const Result<> finished = change.Finish(); !finished) {
-    *reason = finished.Error();
-    return Outcome::Unchanged;
-  }
-  if (to->isEmpty()) {
-    *to = FileKey::CodeIn(from).isEmpty() ? FileKey::FromCode(RecoveryCode::Make()) : from;
-  }
-  const QString code = FileKey::CodeIn(*to);
-  if (!code.isEmpty() && !CodeFileOf(context, profile).Keep(code)) {
-    *reason = CodeNotKept();
-    return Outcome::Unchanged;
-  }
-  if (*to != from) {
-    if (const Result<> noted = NoteFormerCode(context, profile, from, from); !noted) {
-      *reason = noted.Error();
-      return Outcome::Unchanged;
-    }
-  }
-  const Outcome outcome = change.Run(from, *to);
-  *reason = change.Error();
-  if (outcome != Outcome::Decided) ForgetUnusedCode(context, profile);
-  return outcome;
+// An empty new password becomes a code, the present one where there is one.
+QString PasswordOrCode(const QString& typed, const QString& from) {
+  if (!typed.isEmpty()) return typed;
+  return FileKey::CodeIn(from).isEmpty() ? FileKey::FromCode(RecoveryCode::Make()) : from;
 }
 
 // None at all, what the profile's database remembers, and what lies beside its code's file.
-QStringList PasswordsOf(const Disk& former, const CodeFile& file) {
+QStringList PasswordsOf(const FormerCodes& former, const CodeFile& file) {
   QStringList passwords{QString()};
-  const QStringList noted = former.Text(kCodes).split(kLineBreak, Qt::SkipEmptyParts);
-  for (const QString& code : noted + file.Others()) passwords.append(FileKey::FromCode(code));
+  for (const QString& code : former.All() + file.Others())
+    passwords.append(FileKey::FromCode(code));
   return passwords;
 }
 
@@ -159,24 +163,25 @@ void RememberCode(const Context& context) {
   const QString code = FileKey::CodeIn(ProfileBag(*context.Session).Password());
   if (code.isEmpty()) return;
   const CodeFile file = CodeFileOf(context, *context.Session);
-  if (!file.NamesSecret() && file.Code() != code) file.Keep(code);
+  if (!file.NamesSecret() && file.Code() != code) std::ignore = file.Keep(code);
 }
 
 Result<QString> SettlePassword(Context& context, const Disk& profile, const QString& typed) {
   const CodeFile file = CodeFileOf(context, profile);
   const bool isNew = FilesThere(context, profile).isEmpty();
   if (typed.isEmpty() && isNew) {
-    const QString code = file.CodeOrNew();
-    if (code.isEmpty()) return CodeNotKept();
-    return FileKey::FromCode(code);
+    const Result<QString> code = file.CodeOrNew();
+    if (!code) return code.Error();
+    return FileKey::FromCode(*code);
   }
   const QString password = PasswordFor(context, profile, typed);
   const QString code = FileKey::CodeIn(password);
   // One that was put aside is the profile's own again.
-  if (typed.isEmpty() && !code.isEmpty() && file.Code() != code) file.Keep(code);
+  if (typed.isEmpty() && !code.isEmpty() && file.Code() != code) std::ignore = file.Keep(code);
   // Whoever typed the code has it; only new files must not come to depend on memory alone.
   if (!typed.isEmpty() && !code.isEmpty()) {
-    if (!file.Keep(code) && isNew) return CodeNotKept();
+    const Result<> kept = file.Keep(code);
+    if (!kept && isNew) return kept.Error();
     return password;
   }
   if (code.isEmpty() && !isNew) LayDownUnusedCode(context, profile, password);
@@ -198,12 +203,11 @@ Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& pa
   const QString path = ProfileFiles(context, profile).first();
   const QString code = FileKey::CodeIn(former);
   if (code.isEmpty() || !HasContent(path)) return {};
-  Disk known(kFormerCodes);
-  bool noted = context.Data.Open(path, password) && known.DatabaseToDisk(context.Data);
-  const QString codes = known.Text(kCodes);
-  if (noted && !codes.contains(code)) {
-    known.Let(kCodes, codes.isEmpty() ? code : codes + kLineBreak + code);
-    noted = context.Data.Begin() && known.DiskToDatabase(context.Data) && context.Data.Commit();
+  FormerCodes known;
+  bool noted = context.Data.Open(path, password) && known.Load(context.Data);
+  if (noted && !known.All().contains(code)) {
+    known.Add(code);
+    noted = context.Data.Begin() && known.Store(context.Data) && context.Data.Commit();
   }
   const Result<> result = ResultOf(context.Data, noted);
   context.Data.Close();
@@ -211,16 +215,17 @@ Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& pa
 }
 
 QStringList FormerPasswords(Context& context) {
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const OpenedDatabase profile(context, DatabaseKind::Profile);
-  if (profile) former.DatabaseToDisk(context.Data);
+  if (profile) std::ignore = former.Load(context.Data);
   return PasswordsOf(former, CodeFileOf(context, *context.Session));
 }
 
 QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password) {
-  Disk former(kFormerCodes);
+  FormerCodes former;
   const QString path = ProfileFiles(context, profile).first();
-  if (HasContent(path) && context.Data.Open(path, password)) former.DatabaseToDisk(context.Data);
+  if (HasContent(path) && context.Data.Open(path, password))
+    std::ignore = former.Load(context.Data);
   context.Data.Close();
   return PasswordsOf(former, CodeFileOf(context, profile));
 }
@@ -285,9 +290,8 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
   const Result<> alone = context.Lock->TakeAlone();
   if (!alone) return alone.Error().Behind(unchanged);
   const QString from = PasswordFor(context, profile, oldPassword);
-  QString to = newPassword;
-  StorageError reason;
-  const PasswordChange::Outcome outcome = ChangeAlone(context, profile, from, &to, &reason);
+  const QString to = PasswordOrCode(newPassword, from);
+  const auto [outcome, reason] = ChangeAlone(context, profile, from, to);
   std::ignore = context.Lock->ShareAgain();  // what was changed is changed
   if (outcome == PasswordChange::Outcome::Unchanged) return reason.Behind(unchanged);
   if (outcome == PasswordChange::Outcome::Decided) {
@@ -328,10 +332,8 @@ QString RenewFileKeys(Context& context, const Disk& profile, const QString& pass
   }
   QFile note(tried);
   if (!OpenPrivate(note, QIODevice::WriteOnly) || !context.Lock->TakeAlone()) return password;
-  QString renewed = password;
-  StorageError reason;
-  const PasswordChange::Outcome outcome =
-      ChangeAlone(context, profile, password, &renewed, &reason);
+  const QString renewed = PasswordOrCode(password, password);
+  const PasswordChange::Outcome outcome = ChangeAlone(context, profile, password, renewed).outcome;
   if (outcome == PasswordChange::Outcome::Changed) note.remove();
   std::ignore = context.Lock->ShareAgain();  // the next login waits for whoever has it alone
   return outcome == PasswordChange::Outcome::Unchanged ? password : renewed;

@@ -15,8 +15,6 @@ namespace vorn {
 
 namespace {
 
-const QString kMarked = QStringLiteral("save");
-
 // Every other stored profile loses its default mark. Should this fail, the object is saved all the
 // same: the marks in memory are right, and the next login writes them again.
 void ApplyDefaultProfileRule(Context& context, Disk& saved) {
@@ -66,12 +64,16 @@ bool StoreRows(DataSession& data, Disk& object) {
 
 }  // namespace
 
-QString ValidateObject(const DiskCollection& objects, const Disk& object) {
+Result<> ValidateObject(const DiskCollection& objects, const Disk& object) {
+  using Kind = StorageError::Kind;
   const QString name = AnyObject(object).Name();
-  if (name.isEmpty()) return Ui::tr("オブジェクト名が設定されていません。");
+  if (name.isEmpty()) {
+    return StorageError{Kind::Other, Ui::tr("オブジェクト名が設定されていません。")};
+  }
   for (const DiskPtr& other : objects) {
     if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
-      return Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。");
+      return StorageError{Kind::Other,
+                          Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。")};
     }
   }
   return {};
@@ -89,7 +91,7 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
 }
 
 void MarkForSaving(Disk& object) {
-  object.Let(kMarked, true);
+  AnyObject::SetMarked(object);
 }
 
 Result<> SaveMarkedObjects(Context& context) {
@@ -99,7 +101,7 @@ Result<> SaveMarkedObjects(Context& context) {
   bool saved = true;
   for (const DiskPtr& object : context.Objects) {
     // One that fails keeps its stored rows; the others are saved all the same.
-    if (object->Flag(kMarked) && !object->DiskToDatabase(context.Data)) saved = false;
+    if (AnyObject(*object).IsMarked() && !object->DiskToDatabase(context.Data)) saved = false;
   }
   saved = context.Data.Commit() && saved;
   return ResultOf(context.Data, saved);

@@ -4,12 +4,13 @@
 
 #include "storage/context.h"
 #include "storage/databases.h"
+#include "storage/result.h"
 
 namespace vorn {
 
-/// Why a confirmed object may not be saved, as the message to show; empty when it may: its name is
-/// missing, or another loaded object bears it.
-QString ValidateObject(const DiskCollection& objects, const Disk& object);
+/// Whether a confirmed object may be saved; not when its name is missing or another loaded object
+/// bears it.
+Result<> ValidateObject(const DiskCollection& objects, const Disk& object);
 
 /// Saves an object whole in one transaction, its time of change set to now, and keeps the rule that
 /// only the logged-in profile is the default one. When it fails, the stored object is as it

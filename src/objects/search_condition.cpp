@@ -5,6 +5,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "storage/sql_dialect.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 
@@ -100,7 +101,8 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   if (folder.SerialID() == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
   }
-  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest, joins);
+  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest,
+                     {joins, DependsOnTime(condition)});
 }
 
 // Only a folder that is there and shows it holds a message: what was filed into one that has gone,

@@ -23,13 +23,13 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
 }  // namespace
 
 DiskCollectionPtr SelectObjects(const DiskCollection& objects, const Disk& owner,
-                                const QString& filter, int flags) {
+                                const QString& filter, SelectFlags flags) {
   auto selected = std::make_shared<DiskCollection>();
   for (const DiskPtr& object : objects) {
     const QString type = AnyObject(*object).Type();
     if (type.isEmpty() || !PassesFilter(*object, type, owner, filter)) continue;
-    if ((flags & kSelectEnabled) != 0 && !AnyObject(*object).IsEnabled()) continue;
-    if ((flags & kSelectDefault) != 0 && !AnyObject(*object).IsDefault()) continue;
+    if (flags.testFlag(kSelectEnabled) && !AnyObject(*object).IsEnabled()) continue;
+    if (flags.testFlag(kSelectDefault) && !AnyObject(*object).IsDefault()) continue;
     selected->Add(object);
   }
   return selected;

@@ -13,6 +13,7 @@
 #include "objects/save_object.h"
 #include "objects/setting_keys.h"
 #include "objects/version_serial.h"
+#include "storage/message_state.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
 
@@ -53,11 +54,13 @@ Result<> SaveNew(Context& context, const DiskPtr& object) {
 Result<> CreateFolders(Context& context) {
   const StandardFolder folders[] = {
       {fixed_serial::kInbox, Ui::tr("受信", "folder"), QStringLiteral("activedown"),
-       QStringLiteral("STATUS = 4"), Ui::tr("受信メッセージが保存されているフォルダです。")},
+       QStringLiteral("STATUS = %1").arg(kStatusReceived),
+       Ui::tr("受信メッセージが保存されているフォルダです。")},
       {fixed_serial::kOutbox, Ui::tr("送信", "folder"), QStringLiteral("activeup"),
-       QStringLiteral("STATUS = 3"), Ui::tr("送信済みメッセージが保存されているフォルダです。")},
+       QStringLiteral("STATUS = %1").arg(kStatusSent),
+       Ui::tr("送信済みメッセージが保存されているフォルダです。")},
       {fixed_serial::kEditWait, Ui::tr("待ち", "folder"), QStringLiteral("activewait"),
-       QStringLiteral("STATUS = 1 OR STATUS = 2"),
+       QStringLiteral("STATUS = %1 OR STATUS = %2").arg(kStatusEdit).arg(kStatusWaiting),
        Ui::tr("編集中および送信待ちのメッセージが保存されているフォルダです。")},
       {fixed_serial::kDust, Ui::tr("くずかご", "folder"), QStringLiteral("dust"),
        QStringLiteral("STATUS < 0"),

@@ -127,8 +127,7 @@ bool FolderRows::Explore(DataSession& session) {
   if (found_) return false;
   // Where no index finds the rows, every step would read all messages. What depends on the time of
   // day does not stay where it was.
-  const bool isMoving = query_.Listing().contains(u"NOW", Qt::CaseInsensitive);
-  if (IsFew(session) || !indexed_ || isMoving) return false;
+  if (IsFew(session) || !indexed_ || query_.DependsOnTime()) return false;
   if (order_ == RowOrder::NewestFirst) {
     Count(session);
     return false;

@@ -52,31 +52,32 @@ bool HasRow(DataSession& session, FolderRows& rows) {
 MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
-Result<QByteArray> MessageListPages::FolderPage(const QString& folder, qint32 page, bool& before,
-                                                bool& next, const FolderSearch& search) {
-  before = next = false;
+Result<MadePage<QByteArray>> MessageListPages::FolderPage(const QString& folder, qint32 page,
+                                                          const FolderSearch& search) {
   const QString html = GetFolderLayout(context_, folder, template_).html;
-  return Fill(html, ReadContent(context_, folder), page, before, next, RowsOf(folder, search));
+  return Fill(html, ReadContent(context_, folder), page, RowsOf(folder, search));
 }
 
-Result<QString> MessageListPages::CreateMessageListPage(const QString& folder, qint32 page,
-                                                        bool& before, bool& next,
-                                                        const FolderSearch& search) {
-  const Result<QByteArray> bytes = FolderPage(folder, page, before, next, search);
-  if (!bytes) return bytes.Error();
-  return Write(*bytes, GetFolderLayout(context_, folder, template_).path);
+Result<MadePage<QString>> MessageListPages::CreateMessageListPage(const QString& folder,
+                                                                  qint32 page,
+                                                                  const FolderSearch& search) {
+  const auto made = FolderPage(folder, page, search);
+  if (!made) return made.Error();
+  const auto path = Write(made->content, GetFolderLayout(context_, folder, template_).path);
+  if (!path) return path.Error();
+  return MadePage<QString>{*path, made->hasBefore, made->hasNext};
 }
 
 Result<QByteArray> MessageListPages::Preview(const QString& folder, const QString& html) {
   PageContent content = ReadContent(context_, folder);
   content.rowsPerPage = kPreviewRows;
-  bool before = false;
-  bool next = false;
-  return Fill(html, content, 1, before, next, RowsOf(folder, {}));
+  const auto made = Fill(html, content, 1, RowsOf(folder, {}));
+  if (!made) return made.Error();
+  return made->content;
 }
 
-Result<QByteArray> MessageListPages::Fill(const QString& html, const PageContent& content,
-                                          qint32 page, bool& before, bool& next, FolderRows* rows) {
+Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const PageContent& content,
+                                                    qint32 page, FolderRows* rows) {
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   if (rows == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
@@ -89,11 +90,14 @@ Result<QByteArray> MessageListPages::Fill(const QString& html, const PageContent
   const RecordsetPtr shown = rest.rowsAfter(lost);
   if (shown == nullptr) return ReasonOf(context_.Data);
   hasNone_ = shown->Eof();
-  before = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
+  MadePage<QByteArray> made;
+  made.hasBefore = skipped > 0 && (!shown->Eof() || HasRow(context_.Data, *rows));
   const QByteArray pageTemplate = ToCodePage932(html);
-  const QByteArray bytes = PageFiller(tags_, pageTemplate, shown, rest, lost).Run(next);
-  if (bytes.isEmpty()) return StorageError();
-  return bytes;
+  PageFiller filler(tags_, pageTemplate, shown, rest, lost);
+  made.content = filler.Run();
+  made.hasNext = filler.HasNext();
+  if (made.content.isEmpty()) return StorageError();
+  return made;
 }
 
 // A page of the file that cannot be read may hold the next rows, but hardly a hundred of them.

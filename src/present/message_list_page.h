@@ -12,23 +12,30 @@ namespace vorn {
 
 struct PageContent;
 
+/// A page that was made.
+template <typename T>
+struct MadePage {
+  T content;
+  bool hasBefore = false;  ///< messages were skipped for earlier pages
+  bool hasNext = false;    ///< more follow
+};
+
 /// Writes the pages that show folders. Made once; holds the tag table and the default template.
 class MessageListPages {
  public:
   explicit MessageListPages(Context& context);
 
   /// Runs a folder's query and fills its template one message at a time. The oldest message comes
-  /// first, or with the setting "NewestFirst" the newest. `page` counts from 1. `before` and `next`
-  /// tell whether messages were skipped for earlier pages and whether more follow. With `search`
-  /// only messages that it finds are shown. Returns the page, bytes of code page 932; a page
-  /// without any is a failure.
-  Result<QByteArray> FolderPage(const QString& folder, qint32 page, bool& before, bool& next,
-                                const FolderSearch& search = {});
+  /// first, or with the setting "NewestFirst" the newest. `page` counts from 1. With `search` only
+  /// messages that it finds are shown. Returns the page, bytes of code page 932; a page without any
+  /// is a failure.
+  Result<MadePage<QByteArray>> FolderPage(const QString& folder, qint32 page,
+                                          const FolderSearch& search = {});
   /// Whether the page that was made last shows no message.
   bool HasNone() const { return hasNone_; }
   /// Writes that page to a new ".html" file in the layout's page folder. Returns the file's path.
-  Result<QString> CreateMessageListPage(const QString& folder, qint32 page, bool& before,
-                                        bool& next, const FolderSearch& search = {});
+  Result<MadePage<QString>> CreateMessageListPage(const QString& folder, qint32 page,
+                                                  const FolderSearch& search = {});
 
   /// The first page of a folder, and not long, with another template than its own.
   Result<QByteArray> Preview(const QString& folder, const QString& html);
@@ -51,8 +58,8 @@ class MessageListPages {
   bool Explore(const QString& folder, const FolderSearch& search = {});
 
  private:
-  Result<QByteArray> Fill(const QString& html, const PageContent& content, qint32 page,
-                          bool& before, bool& next, FolderRows* rows);
+  Result<MadePage<QByteArray>> Fill(const QString& html, const PageContent& content, qint32 page,
+                                    FolderRows* rows);
   RecordsetPtr RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit, qint64& passed);
   FolderRows* RowsOf(const QString& folder, const FolderSearch& search);
   Result<QString> Write(const QByteArray& bytes, const QString& pageFolder);

@@ -79,9 +79,9 @@ Result<QString> NextUnopened(Context& context, const QString& folder, const Fold
   if (!mail) return mail.Error();
   const int step = PageStep(context);
   const QString rows = query.UnreadListing();
+  // From one that cannot be read, as from none, it goes to any that can.
   const auto from = MomentOf(context.Data, serialId);
-  if (!from) return from.Error();
-  if (*from) {
+  if (from && *from) {
     Result<QString> next = FirstSerial(context.Data, rows, (*from)->Condition(Beyond(step)), step);
     if (!next || !next->isEmpty()) return next;
   }

@@ -15,7 +15,7 @@ PageFiller::PageFiller(const PageTagTable& tags, const QByteArray& pageTemplate,
       passed_(lost),
       lost_(lost) {}
 
-QByteArray PageFiller::Run(bool& next) {
+QByteArray PageFiller::Run() {
   qint32 remaining = content_.rowsPerPage >= 1 ? content_.rowsPerPage : -1;
   while (mail_ != MailState::After && remaining != 0) {
     at_ = pending_ = rowStart_;
@@ -29,7 +29,7 @@ QByteArray PageFiller::Run(bool& next) {
       if (remaining > 0) --remaining;
     }
   }
-  next = !rows_->Eof();
+  hasNext_ = !rows_->Eof();
   WriteLost();
   if (pending_ < template_.size() - 1) output_ += template_.sliced(pending_);
   return output_;

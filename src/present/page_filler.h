@@ -18,7 +18,9 @@ class PageFiller {
 
   /// Fills the page from the current row on. The result may be empty. What cannot be read is told
   /// in its place.
-  QByteArray Run(bool& next);
+  QByteArray Run();
+  /// Whether rows follow those that the page shows.
+  bool HasNext() const { return hasNext_; }
 
  private:
   enum class MailState { Before, Inside, After };
@@ -42,6 +44,7 @@ class PageFiller {
   QByteArray output_;
   qint64 passed_ = 0;  // rows of the page
   qint64 lost_ = 0;    // of them, those that cannot be read
+  bool hasNext_ = false;
 
   MailState mail_ = MailState::Before;
   LinkState link_ = LinkState::Closed;

@@ -109,7 +109,7 @@ QString AddressText(const PageRow& page, const ChildTags& children) {
 }
 
 // The mark, where a flag has the value.
-QString Mark(const PageRow& page, int flag, QStringView value, const QString& mark) {
+QString Mark(const PageRow& page, FlagPosition flag, QStringView value, const QString& mark) {
   const QString flags = page.row.Fields(u"FIELD_FLAG").toString();
   return GetFlagChar(flags, flag, QString()) == value ? mark : QString();
 }

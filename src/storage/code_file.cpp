@@ -10,11 +10,12 @@
 #include "storage/private_files.h"
 #include "storage/recovery_code.h"
 #include "storage/secret_store.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-constexpr int kWaitMs = 20000;
+constexpr int kCodeWaitMs = 20000;
 constexpr qint64 kMostBytes = 1000;
 
 // Whoever wrote it may have died before it was on the disk.
@@ -37,6 +38,13 @@ QString SecretAt(const QString& path) {
   return line.startsWith(kSecret) ? line.sliced(kSecret.size()) : QString();
 }
 
+StorageError NotKept() {
+  return {StorageError::Kind::DiskFull,
+          Ui::tr("鍵のファイル「profile."
+                 "key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップの"
+                 "キーリングを確認してください。")};
+}
+
 }  // namespace
 
 CodeFile::CodeFile(const QString& folder, SecretStore* secrets)
@@ -57,26 +65,31 @@ QString CodeFile::Code() const {
   return CodeAt(path_);
 }
 
-QString CodeFile::CodeOrNew() const {
+Result<QString> CodeFile::CodeOrNew() const {
   const QString folder = QFileInfo(path_).path();
-  if (!MakePrivateFolder(folder)) return {};
+  if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return {};
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
+    return NotKept();
   if (const QString kept = Code(); !kept.isEmpty()) {
-    return IsDurable(path_) ? kept : QString();
+    if (!IsDurable(path_)) return NotKept();
+    return kept;
   }
   const QString code = RecoveryCode::Make();
-  return WriteSecret(code) || Replace(code) ? code : QString();
+  if (!WriteSecret(code) && !Replace(code)) return NotKept();
+  return code;
 }
 
-bool CodeFile::Keep(const QString& code) const {
+Result<> CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
-  if (!MakePrivateFolder(folder)) return false;
+  if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kWaitMs) != FileLock::Result::Taken) return false;
-  if (Code() == code) return IsDurable(path_);
+  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
+    return NotKept();
   // What the desktop guards does not become a file because it cannot be asked at the moment.
-  return WriteSecret(code) || (!NamesSecret() && Replace(code));
+  const bool kept =
+      Code() == code ? IsDurable(path_) : WriteSecret(code) || (!NamesSecret() && Replace(code));
+  return kept ? Result<>() : NotKept();
 }
 
 bool CodeFile::WriteSecret(const QString& code) const {

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/result.h"
+
 namespace vorn {
 
 class SecretStore;
@@ -22,18 +24,19 @@ class CodeFile {
   bool NamesSecret() const;
   /// The code; empty when there is none that can be read.
   QString Code() const;
-  /// The code, or a new one, of several programs at once the same for all. Empty when it cannot be
+  /// The code, or a new one, of several programs at once the same for all. Fails when it cannot be
   /// kept.
-  QString CodeOrNew() const;
-  /// Remembers that code from now on. What the file held otherwise stays under another name. False
+  Result<QString> CodeOrNew() const;
+  /// Remembers that code from now on. What the file held otherwise stays under another name. Fails
   /// when it cannot be kept, also where the desktop guarded the former one and cannot be asked.
-  bool Keep(const QString& code) const;
+  Result<> Keep(const QString& code) const;
   /// The codes that other codes have taken the place of.
   QStringList Others() const;
   /// Removes the file; false when it is still there. A secret of the desktop's stays for copies of
   /// the folder, which name it as well.
   bool Forget() const;
-  /// Gives the file another name: its code is one of the others from now on.
+  /// Gives the file another name: its code is one of the others from now on. False
+  /// when it keeps its name.
   bool SetAside() const;
 
  private:

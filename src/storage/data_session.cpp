@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "storage/group_size.h"
+#include "storage/message_state.h"
 #include "storage/private_files.h"
 #include "storage/sql_dialect.h"
 #include "storage/time_text.h"
@@ -266,7 +267,8 @@ bool DataSession::ReadReceived(
   const auto statement = connection_->Prepare(
       "SELECT M.ROWID, COALESCE(S.DIGEST, L.DIGEST), M.FIELD_SUBJECT FROM mail M JOIN long_binary "
       "S ON S.ID = M.MAIL LEFT JOIN late_digest L ON L.ID = M.MAIL WHERE M.ROWID > ?1 AND "
-      "ABS(M.STATUS) = 4");
+      "ABS(M.STATUS) = " +
+      QByteArray::number(kStatusReceived));
   Statement::Step step = Statement::Step::Failed;
   if (statement != nullptr) {
     statement->Bind({after});
@@ -281,7 +283,8 @@ bool DataSession::ReadReceived(
 std::optional<QString> DataSession::ReceivedAs(qint64 identity) {
   return TextOf(
       "SELECT SERIALID FROM received_identity WHERE IDENTITY = ?1 AND EXISTS (SELECT 1 FROM mail "
-      "WHERE mail.SERIALID = received_identity.SERIALID AND ABS(STATUS) = 4)",
+      "WHERE mail.SERIALID = received_identity.SERIALID AND ABS(STATUS) = " +
+          QByteArray::number(kStatusReceived) + ')',
       identity);
 }
 

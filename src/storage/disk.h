@@ -38,8 +38,8 @@ class DiskCash {
 /// system. Keys are compared without regard to letter case; insertion order is kept.
 ///
 /// A value is a string, boolean, integer, date or double, or a reference: a `DiskPtr`, a
-/// `DiskCollectionPtr` or a `QObject*`. A bag owns its items; a collection that is discarded with
-/// its item is emptied first.
+/// `DiskCollectionPtr` or a `QObject*`; in a bag that is never stored also an enumerator. A bag
+/// owns its items; a collection that is discarded with its item is emptied first.
 ///
 /// Bags live on the user-interface thread. The persistence operations work on whatever database
 /// `session` has open and report failure as false, without a message.

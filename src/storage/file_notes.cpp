@@ -4,15 +4,15 @@
 #include <algorithm>
 
 #include "storage/file_key.h"
+#include "storage/profile_bag.h"
 #include "storage/raw_pages.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
 // Earlier versions noted all of the salt, which was the engine's.
 constexpr qsizetype kMarkCharacters = 8;
-const QString kNotes = QStringLiteral("FileNotes");
-const QString kLineEnd = QStringLiteral("\r\n");
 
 QByteArray Salt(const QString& path) {
   return QFileInfo(path).size() < kPageBytes ? QByteArray() : FileStart(path, FileKey::kSaltBytes);
@@ -36,7 +36,8 @@ bool HasContent(const QString& path) {
 // One a line: mark, messages, the others with "/" between them, path.
 QList<FileNote> FileNotes(const Disk& profile) {
   QList<FileNote> notes;
-  for (const QString& line : profile.Text(kNotes).split(kLineEnd, Qt::SkipEmptyParts)) {
+  for (const QString& line :
+       ProfileBag(profile).NoteLines().split(kLineBreak, Qt::SkipEmptyParts)) {
     const QStringList others = line.section(u' ', 2, 2).split(u'/');
     notes.append({line.section(u' ', 3), line.section(u' ', 0, 0).left(kMarkCharacters),
                   line.section(u' ', 1, 1).toLongLong(), others.value(0).toLongLong(),
@@ -57,7 +58,7 @@ void LetFileNotes(Disk& profile, const QList<FileNote>& notes) {
                      .arg(note.salt) +
                  note.path);
   }
-  profile.Let(kNotes, lines.join(kLineEnd));
+  ProfileBag::SetNoteLines(profile, lines.join(kLineBreak));
 }
 
 bool IsNoted(const Context& context, const QString& path) {

@@ -14,10 +14,11 @@ enum class Placing { Done, Exists, Failed };
 /// which is then left alone.
 Placing PlaceNewFile(const QString& from, const QString& to);
 
-/// Forces a file's content onto the disk.
+/// Forces a file's content onto the disk. False when it may not be there.
 bool SyncFile(const QString& path);
 
 /// Forces the names in a folder onto the disk, where the system keeps them apart from the files.
+/// False when they may not be there.
 bool SyncFolder(const QString& folder);
 
 }  // namespace vorn

@@ -55,7 +55,7 @@ QList<KnownDamage> UndecidedDamage(Context& context);
 /// The user's decision: to work with the file all the same. False when it cannot be kept.
 bool AcceptDamage(Context& context, const QString& file);
 
-/// Forgets what was known of a file that has been found sound.
+/// Forgets what was known of a file that has been found sound. False when that cannot be kept.
 bool ForgetDamage(const QString& file);
 /// The same for what is called `part`. False when that cannot be kept.
 bool ForgetDamage(const QString& file, const QString& part);

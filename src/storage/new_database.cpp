@@ -14,7 +14,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kWaitMs = 20000;  // another program's creation takes a moment
+constexpr int kCreationWaitMs = 20000;  // another program's creation takes a moment
 
 // Whoever holds the lock of the folder is alone in making files there, so what lies there
 // unfinished has no living maker.
@@ -58,7 +58,7 @@ Result<> CreateDatabaseFile(DataSession& data, const QString& path, const QStrin
       Ui::tr("フォルダ「%1」に書き込めません。").arg(QDir::toNativeSeparators(file.path()))};
   if (!MakePrivateFolder(file.path())) return unwritable;
   FileLock lock(file.dir().filePath(QStringLiteral("create.lock")));
-  switch (lock.Take(FileLock::Kind::Exclusive, kWaitMs)) {
+  switch (lock.Take(FileLock::Kind::Exclusive, kCreationWaitMs)) {
     case FileLock::Result::Taken:
       break;
     case FileLock::Result::Held:

@@ -23,6 +23,13 @@ class ProfileBag {
   /// Those that it has had.
   QString History() const { return bag_.Text(kHistory); }
   static void SetHistory(Disk& bag, const QString& paths) { bag.Let(kHistory, paths); }
+  /// What it remembers of them (`FileNotes`), one a line.
+  QString NoteLines() const { return bag_.Text(kNotes); }
+  static void SetNoteLines(Disk& bag, const QString& lines) { bag.Let(kNotes, lines); }
+  /// It was made anew from the files in a folder.
+  bool IsRebuilt() const { return bag_.Flag(kRebuilt); }
+  static void SetRebuilt(Disk& bag) { bag.Let(kRebuilt, true); }
+  static void ForgetRebuilt(Disk& bag) { bag.Remove(kRebuilt); }
 
   /// The keys of what follows, which only the running program may know: they are never stored.
   static const QStringList& SessionKeys();
@@ -44,6 +51,8 @@ class ProfileBag {
   static inline const QString kFile = QStringLiteral("Profile");
   static inline const QString kMailFiles = QStringLiteral("Mail");
   static inline const QString kHistory = QStringLiteral("History");
+  static inline const QString kNotes = QStringLiteral("FileNotes");
+  static inline const QString kRebuilt = QStringLiteral("Rebuilt");
   static inline const QString kPassword = QStringLiteral("password");
   static inline const QString kLoggedIn = QStringLiteral("login");
   static inline const QString kMode = QStringLiteral("mode");

@@ -133,8 +133,9 @@ bool CreateErased(Connection& connection) {
              "ROWID") &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS erased_noted BEFORE DELETE ON mail WHEN "
-             "ABS(OLD.STATUS) = 4 AND OLD.FIELD_ID NOT LIKE 'import/%' BEGIN INSERT OR REPLACE "
-             "INTO "
+             "ABS(OLD.STATUS) = " +
+             QByteArray::number(kStatusReceived) +
+             " AND OLD.FIELD_ID NOT LIKE 'import/%' BEGIN INSERT OR REPLACE INTO "
              "erased VALUES (OLD.FIELD_ID, (SELECT DIGEST FROM long_binary WHERE ID = OLD.MAIL)); "
              "END");
 }

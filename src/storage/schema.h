@@ -3,6 +3,8 @@
 #include <QString>
 #include <string_view>
 
+#include "storage/message_state.h"
+
 namespace vorn {
 
 class Connection;
@@ -20,6 +22,7 @@ inline constexpr std::string_view kLongBinaryType = "LONGBINARY";
 /// engine takes that one for no other.
 inline constexpr std::string_view kUnopenedCondition =
     "CAST(SUBSTR(FIELD_FLAG, 3, 1) AS INTEGER) = 1";
+static_assert(kFlagNew == 3);
 
 /// What the engine says when a message is changed that is being sent.
 inline constexpr std::string_view kInTransferWords = "message in transfer";

@@ -91,6 +91,11 @@ QString ShownText(const QString& text, qsizetype most) {
   return shown;
 }
 
+bool HasControlCharacter(const QString& text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
+}
+
 bool HasVisible(const QString& text) {
   constexpr char32_t kPlaceholder = 0xFFFC;  // of an object
   const QList<uint> characters = text.toUcs4();

@@ -17,6 +17,9 @@ QString ShownInLine(const QString& text);
 /// and of a long one the begin and the end, where its kind stands, `most` characters in all.
 QString ShownFileName(const QString& name, qsizetype most = 100);
 
+/// Whether a text has a character of ASCII that is none: a line break, a tabulator, DEL and such.
+bool HasControlCharacter(const QString& text);
+
 /// Whether a text has anything that is drawn: a letter, a digit or a sign.
 bool HasVisible(const QString& text);
 

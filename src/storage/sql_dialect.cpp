@@ -1,6 +1,7 @@
 #include "storage/sql_dialect.h"
 #include "storage/ui.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace vorn {
@@ -256,6 +257,17 @@ QString UpdatableTable(const QString& statement) {
                        tokens[3].kind == TokenKind::Word &&
                        (tokens.size() == 4 || tokens[4].IsWord(QLatin1String("WHERE")));
   return isPlain ? tokens[3].text : QString();
+}
+
+bool DependsOnTime(const QString& condition) {
+  std::vector<Token> tokens;
+  Tokenizer(condition).Run(tokens);
+  return std::ranges::any_of(tokens, [](const Token& token) {
+    const bool isNow = token.text.compare(u"NOW", Qt::CaseInsensitive) == 0;
+    return token.kind == TokenKind::Word
+               ? isNow || token.text.startsWith(u"CURRENT_", Qt::CaseInsensitive)
+               : isNow && token.kind == TokenKind::Quoted;
+  });
 }
 
 }  // namespace vorn

@@ -27,4 +27,8 @@ Result<EngineStatement> TranslateSql(const QString& statement);
 /// updated; empty for anything else.
 QString UpdatableTable(const QString& statement);
 
+/// Whether a condition holds for other rows as time passes: it names the time in its words, or
+/// gives "now" to a function.
+bool DependsOnTime(const QString& condition);
+
 }  // namespace vorn

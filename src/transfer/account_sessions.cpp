@@ -14,7 +14,7 @@ void AccountSessions::LoadServer(const AccountServer& server) {
   pop_.ServerPort = server.port;
   pop_.User = server.user;
   pop_.Password = server.password;
-  pop_.Encryption = static_cast<Security>(server.security);
+  pop_.Encryption = server.security;
   pop_.TrustedFingerprints = TrustedCertificates(server.certificates).For(server.host);
 }
 

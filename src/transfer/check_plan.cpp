@@ -17,10 +17,10 @@ const QString kPeriodicSerial = QStringLiteral("maildefault");
 
 }  // namespace
 
-void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind db,
+void CheckPlan::CreateMessagePlan(PlanFlags flags, const QString& serial, DatabaseKind db,
                                   const QString& file) {
-  if ((flags & kPlanPeriodic) != 0) RebuildPeriodicJob();
-  if ((flags & kPlanReceive) != 0) {
+  if (flags.testFlag(kPlanPeriodic)) RebuildPeriodicJob();
+  if (flags.testFlag(kPlanReceive)) {
     // Who asks for it now may be asked, also by what waits already.
     for (CheckJob job : jobs_.All()) {
       if (!jobs_.RunsPeriodically()) job.BeAsked();
@@ -28,8 +28,8 @@ void CheckPlan::CreateMessagePlan(int flags, const QString& serial, DatabaseKind
     receives_.Add(
         *SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled));
   }
-  if ((flags & kPlanSend) != 0) {
-    sends_.Plan({serial, db, file, (flags & kPlanReceive) != 0});
+  if (flags.testFlag(kPlanSend)) {
+    sends_.Plan({serial, db, file, flags.testFlag(kPlanReceive)});
   }
 }
 

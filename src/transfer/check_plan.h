@@ -19,8 +19,10 @@ namespace vorn {
 
 class Pop;
 
-/// Bits of `CreateMessagePlan`.
+/// What `CreateMessagePlan` plans.
 enum PlanFlag { kPlanReceive = 1, kPlanSend = 2, kPlanPeriodic = 4 };
+Q_DECLARE_FLAGS(PlanFlags, PlanFlag)
+Q_DECLARE_OPERATORS_FOR_FLAGS(PlanFlags)
 
 /// Decides when mail is received and drives the transfer control through one session at a time.
 /// Work is a list of jobs (`PlannedJobs`); a timer calls `Tick` every 100 milliseconds, and what a
@@ -40,7 +42,7 @@ class CheckPlan {
   /// Adds jobs: `kPlanPeriodic` rebuilds the periodic job from the settings, `kPlanReceive` adds a
   /// receive job over every enabled account, `kPlanSend` a send job for the messages that wait in
   /// the database `db` and `file` name; with `serial` only for that one.
-  void CreateMessagePlan(int flags, const QString& serial = {},
+  void CreateMessagePlan(PlanFlags flags, const QString& serial = {},
                          DatabaseKind db = DatabaseKind::Mail, const QString& file = {});
   /// Whether an account sends for the senders among the address lines, or the user chooses one for
   /// that message, which then counts until the program ends. False when he does not.

@@ -10,29 +10,12 @@ class ConnectionCheck::Events : public PopEvents, public RetrievalEvents, public
 
   RetrievalEvents& Retrieval() override { return *this; }
   HandoverEvents& Handover() override { return *this; }
-  bool MessageArrived(const QString&, const QByteArray&, bool, bool&) override { return false; }
-  void MessageSent(const QByteArray&) override {}
-  bool BeginHandover() override { return true; }
-  void HandoverEnded(HandoverOutcome, const QString&) override {}
-  void RecipientRefused(const QString&, const QString&) override {}
-  bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
-    return true;
-  }
-  void AlreadyStored(const QString&, bool&, bool&) override {}
-  bool WantsHeader(const QString&) override { return false; }
-  bool IsStored(const QString&, const QByteArray&, bool&) override { return false; }
-  void TornOffAgain() override {}
   void Error(PopError, const QString& text) override { error_ = text; }
-  void ReceiveStopTest(const QByteArray&, bool, bool&, bool&) override {}
   void SessionStarted() override { error_.clear(); }
   void SessionEnded() override {
     Q_EMIT check_.Finished(error_.isEmpty(),
                            error_.isEmpty() ? Ui::tr("接続できました。") : error_);
   }
-  void Progress(int, qint64, qint64) override {}
-  void Log(int, const QString&) override {}
-  bool WantsHeaders() override { return false; }
-  bool MakeDurable() override { return true; }
 
  private:
   ConnectionCheck& check_;

@@ -2,11 +2,9 @@
 
 #include <QByteArrayView>
 
-namespace vorn {
+#include "objects/security.h"
 
-/// Whether and when a connection is encrypted, by the stored numbers of the accounts' "Security"
-/// keys.
-enum class Security { None = 0, StartTls = 1, Tls = 2 };
+namespace vorn {
 
 /// One conversation with a mail server, without a socket: it is fed what the server sends and gives
 /// out what to send, so that any conversation can be played to it. It ends when `Finished()`
@@ -19,7 +17,7 @@ class MailSession {
   virtual void Receive(QByteArrayView bytes) = 0;
   /// Goes on with work that needs no bytes from the server, for a short while.
   /// Returns whether more of it is left.
-  virtual bool Work() = 0;
+  virtual bool Work() { return false; }
   /// Everything given out has left: more may be given. For what is too large to give at once.
   virtual void Drained() {}
   /// Whether the server has a whole message and is making up its mind, which may take minutes.

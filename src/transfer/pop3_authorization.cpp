@@ -17,36 +17,24 @@ std::optional<PopFailure> Pop3Authorization::TakeCapabilities(const QByteArray& 
   pipeline_.GoAhead(IsCapability(capabilities, "PIPELINING"));
   offersUidl_ = IsCapability(capabilities, "UIDL");
   lacksTop_ = !capabilities.isEmpty() && !IsCapability(capabilities, "TOP");
-  if (login_.security != Security::StartTls || encrypted_) {
+  if (!tls_.IsDue()) {
     ChooseLogin(capabilities);
     return LogIn();
   }
-  if (!IsCapability(capabilities, "STLS")) {
-    return PopFailure{PopError::Tls, Ui::tr("サーバーがSTARTTLSに対応していません。アカウントの受信"
-                                            "のセキュリティを確認してください。")};
-  }
+  if (!IsCapability(capabilities, "STLS")) return tls_.NotOffered();
   pipeline_.Send("STLS", Pop3Command::Stls);
   return std::nullopt;
 }
 
 std::optional<PopFailure> Pop3Authorization::BeginTls(bool ok, const QByteArray& line,
                                                       bool hasMore) {
-  if (!ok) {
-    return PopFailure{PopError::Tls,
-                      redaction_.WithReply(Ui::tr("暗号化を始められません。"), line)};
-  }
-  if (hasMore) {
-    // Whatever came in clear after the answer would be taken for the server's protected words.
-    return PopFailure{PopError::Protocol,
-                      Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざん"
-                             "されているおそれがあります。")};
-  }
-  state_ = State::Handshake;
-  return std::nullopt;
+  const std::optional<PopFailure> failure = TlsStep::TakeAnswer(ok, line, hasMore, redaction_);
+  if (!failure) state_ = State::Handshake;
+  return failure;
 }
 
 void Pop3Authorization::GoOnEncrypted() {
-  encrypted_ = true;
+  tls_.Establish();
   state_ = State::Asking;
   pipeline_.Send("CAPA", Pop3Command::Capa);
 }
@@ -55,7 +43,7 @@ void Pop3Authorization::GoOnEncrypted() {
 // where it keeps the password from being read on the way.
 void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   if (login_.apop) return;
-  const bool isPrivate = encrypted_ || login_.security == Security::Tls;
+  const bool isPrivate = tls_.IsEncrypted();
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
   const SaslMechanism* mechanism = ChooseMechanism(offered, isPrivate);

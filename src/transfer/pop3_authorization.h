@@ -9,6 +9,7 @@
 #include "transfer/pop_events.h"
 #include "transfer/redaction.h"
 #include "transfer/sasl.h"
+#include "transfer/tls_step.h"
 
 namespace vorn {
 
@@ -22,12 +23,6 @@ struct Pop3Login {
   bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
 };
 
-/// Why a session ends, as `PopEvents::Error` is told it.
-struct PopFailure {
-  PopError code;
-  QString text;
-};
-
 /// The beginning of a POP3 session (RFC 1939 section 4): what the server can (CAPA, RFC 2449),
 /// encryption (STLS, RFC 2595), and the login by USER, APOP or AUTH (RFC 5034).
 class Pop3Authorization {
@@ -35,7 +30,10 @@ class Pop3Authorization {
   enum class State { Asking, Handshake, LoggedIn };
 
   Pop3Authorization(const Pop3Login& login, Redaction& redaction, Pop3Pipeline& pipeline)
-      : login_(login), redaction_(redaction), pipeline_(pipeline) {}
+      : login_(login),
+        redaction_(redaction),
+        pipeline_(pipeline),
+        tls_(login.security, TlsStep::Direction::Receiving) {}
 
   State GetState() const { return state_; }
   /// Whether the server said that it has UIDL, or that it lacks TOP.
@@ -67,7 +65,7 @@ class Pop3Authorization {
   Pop3Pipeline& pipeline_;
   State state_ = State::Asking;
   QByteArray timestamp_;  // of the greeting, for APOP
-  bool encrypted_ = false;
+  TlsStep tls_;
   bool offersUser_ = true;
   bool offersUidl_ = false;
   bool lacksTop_ = false;

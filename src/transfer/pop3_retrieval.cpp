@@ -86,13 +86,10 @@ void Pop3Retrieval::ConsiderNext() {
   const Pop3Message& entry = messages_[message];
   bool wantsHeader = wantsHeaders_;
   if (!entry.uidl.isEmpty()) {
-    bool exists = false;
-    bool deleteOnServer = false;
-    events_.AlreadyStored(MessageId(entry.uidl), exists, deleteOnServer);
-    if (exists) {
+    if (const auto copy = events_.AlreadyStored(MessageId(entry.uidl))) {
       progress_.Skip(entry.size);
       ReportProgress(0);
-      if (deleteOnServer) doomed_.push_back(message);
+      Doom(message, *copy);
       return;
     }
     wantsHeader = wantsHeader || events_.WantsHeader(MessageId(entry.uidl));
@@ -105,6 +102,10 @@ void Pop3Retrieval::ConsiderNext() {
   } else {
     Fetch(message);
   }
+}
+
+void Pop3Retrieval::Doom(size_t message, ServerCopy copy) {
+  if (copy == ServerCopy::Deleted) doomed_.push_back(message);
 }
 
 void Pop3Retrieval::AskForHeader(size_t message) {
@@ -121,9 +122,9 @@ void Pop3Retrieval::Fetch(size_t message) {
 // A server that does not give the header alone: the rules see it once the message is here.
 void Pop3Retrieval::FetchUntested(size_t message) {
   if (wantsHeaders_ && !std::exchange(top_.isTold, true)) {
-    session_.Log(0,
-                 Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
-                        "メッセージを受信してから調べます。"));
+    session_.Log(
+        Ui::tr("サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件は"
+               "メッセージを受信してから調べます。"));
   }
   if (wantsHeaders_) stopTests_.TestLater(message);
   Fetch(message);
@@ -132,25 +133,19 @@ void Pop3Retrieval::FetchUntested(size_t message) {
 // What a header tells: that the message is stored, or that a rule stops it.
 bool Pop3Retrieval::IsWanted(size_t message, const QByteArray& header) {
   const QByteArray& uidl = messages_[message].uidl;
-  bool deleteOnServer = false;
-  if (!uidl.isEmpty() && events_.WantsHeader(MessageId(uidl)) &&
-      events_.IsStored(MessageId(uidl), header, deleteOnServer)) {
-    if (deleteOnServer) doomed_.push_back(message);
-    return false;
+  if (!uidl.isEmpty() && events_.WantsHeader(MessageId(uidl))) {
+    if (const auto copy = events_.StoredByHeader(MessageId(uidl), header)) {
+      Doom(message, *copy);
+      return false;
+    }
   }
-  if (!wantsHeaders_ || !IsStopped(header, false, deleteOnServer)) return true;
-  if (deleteOnServer) {
+  if (!wantsHeaders_) return true;
+  const auto stopped = events_.ReceiveStopTest(header, false);
+  if (stopped == ServerCopy::Deleted) {
     stopTests_.Confirm(message, header);
     AskForHeader(message);
   }
-  return false;
-}
-
-bool Pop3Retrieval::IsStopped(const QByteArray& header, bool isTornOff, bool& deleteOnServer) {
-  bool stop = false;
-  deleteOnServer = false;
-  events_.ReceiveStopTest(header, isTornOff, stop, deleteOnServer);
-  return stop;
+  return !stopped;
 }
 
 // One answer is not enough to delete unseen: it may have been another message's.
@@ -215,30 +210,29 @@ bool Pop3Retrieval::TakeMessage(size_t message, const QByteArray& data) {
 
 // Where the server gives no names: whether the same bytes are here.
 bool Pop3Retrieval::IsKnownByContents(size_t message, const QString& id, bool isTornOff) {
-  bool exists = false;
-  bool deleteOnServer = false;
-  events_.AlreadyStored(id, exists, deleteOnServer);
+  const auto copy = events_.AlreadyStored(id);
   // What is named by its contents is the same as another one that was torn off.
-  if (exists && isTornOff) {
+  if (copy && isTornOff) {
     events_.TornOffAgain();
-  } else if (exists && deleteOnServer) {
-    doomed_.push_back(message);
+  } else if (copy) {
+    Doom(message, *copy);
   }
-  return exists;
+  return copy.has_value();
 }
 
 void Pop3Retrieval::Keep(size_t message, const QString& id, const QByteArray& data, bool isTornOff,
                          bool isNear) {
-  bool deleteOnServer = false;
-  const bool isUntested = stopTests_.IsUntested(message);
-  if (isUntested && IsStopped(HeaderOf(data), isTornOff, deleteOnServer)) {
-    if (deleteOnServer) doomed_.push_back(message);
-    if (isNear) near_.back().isStopped = true;
-    if (isTornOff) events_.Doubted(id);
-    return;
+  if (stopTests_.IsUntested(message)) {
+    if (const auto stopped = events_.ReceiveStopTest(HeaderOf(data), isTornOff)) {
+      Doom(message, *stopped);
+      if (isNear) near_.back().isStopped = true;
+      if (isTornOff) events_.Doubted(id);
+      return;
+    }
   }
-  stopped_ = !events_.MessageArrived(id, data, isTornOff, deleteOnServer);
-  if (deleteOnServer && !stopped_) doomed_.push_back(message);
+  const auto copy = events_.MessageArrived(id, data, isTornOff);
+  stopped_ = !copy;
+  if (copy) Doom(message, *copy);
 }
 
 // Those that came before it was known that the server's sizes are exact.

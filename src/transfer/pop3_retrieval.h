@@ -71,7 +71,7 @@ class Pop3Retrieval {
   void Fetch(size_t message);
   void FetchUntested(size_t message);
   bool IsWanted(size_t message, const QByteArray& header);
-  bool IsStopped(const QByteArray& header, bool isTornOff, bool& deleteOnServer);
+  void Doom(size_t message, ServerCopy copy);
   void EndStop(size_t message, const QByteArray& header);
   bool IsKnownByContents(size_t message, const QString& id, bool isTornOff);
   void Keep(size_t message, const QString& id, const QByteArray& data, bool isTornOff, bool isNear);

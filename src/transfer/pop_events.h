@@ -25,34 +25,51 @@ struct ListedMessage {
   qint64 size = 0;  ///< bytes, as the server tells
 };
 
-/// What a session that receives asks and tells of the messages in a mailbox.
+/// What becomes of a message on the server.
+enum class ServerCopy { Stays, Deleted };
+constexpr ServerCopy DeletedIf(bool isWanted) {
+  return isWanted ? ServerCopy::Deleted : ServerCopy::Stays;
+}
+
+/// What a session that receives asks and tells of the messages in a mailbox. Who says nothing
+/// stores nothing, and nothing is deleted.
 class RetrievalEvents {
  public:
   virtual ~RetrievalEvents() = default;
 
   /// A message has been downloaded to its end; `isTornOff` when it is not the one that the server
-  /// announced by its size (`SizeFit`), or has a hole. `deleteOnServer` starts false. Returns
-  /// whether it was stored; after false the session fetches nothing more.
-  virtual bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
-                              bool& deleteOnServer) = 0;
+  /// announced by its size (`SizeFit`), or has a hole. Nothing when
+  /// it could not be stored; the session then fetches nothing more.
+  virtual std::optional<ServerCopy> MessageArrived(const QString& /*messageId*/,
+                                                   const QByteArray& /*data*/, bool /*isTornOff*/) {
+    return {};
+  }
   /// The messages that the mailbox has and the server gives an identifier of its own, all of which
   /// begin with `scope`; nothing when it gives none. After false, which comes with an error told,
   /// the session ends.
-  virtual bool MailboxListed(const QString& scope,
-                             const std::optional<QList<ListedMessage>>& messages) = 0;
-  /// Asked before a message is downloaded. One that exists is not downloaded again.
-  virtual void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) = 0;
+  virtual bool MailboxListed(const QString& /*scope*/,
+                             const std::optional<QList<ListedMessage>>& /*messages*/) {
+    return true;
+  }
+  /// Asked before a message is downloaded. Nothing when it is to be; one that is stored already is
+  /// not downloaded again.
+  virtual std::optional<ServerCopy> AlreadyStored(const QString& /*messageId*/) { return {}; }
   /// Whether the header of a message that does not exist by its identifier may show that it does.
-  virtual bool WantsHeader(const QString& messageId) = 0;
-  /// Whether it does. Asked with that header; otherwise the message is downloaded.
-  virtual bool IsStored(const QString& messageId, const QByteArray& header,
-                        bool& deleteOnServer) = 0;
+  virtual bool WantsHeader(const QString& /*messageId*/) { return false; }
+  /// The same with that header. Nothing when it does not show it; the message is then downloaded.
+  virtual std::optional<ServerCopy> StoredByHeader(const QString& /*messageId*/,
+                                                   const QByteArray& /*header*/) {
+    return {};
+  }
   /// A message that is torn off, and stored already, stays on the server.
-  virtual void TornOffAgain() = 0;
+  virtual void TornOffAgain() {}
   /// Asked with a message's header before it is downloaded, when `WantsHeaders` says so. One that
   /// is downloaded already and torn off may be another's: it is stopped and stays on the server.
-  virtual void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
-                               bool& deleteOnServer) = 0;
+  /// Nothing when no rule stops it.
+  virtual std::optional<ServerCopy> ReceiveStopTest(const QByteArray& /*header*/,
+                                                    bool /*isTornOff*/) {
+    return {};
+  }
   /// Whether an earlier session got an answer for it that did not fit its size.
   virtual bool HasDoubt(const QString& /*messageId*/) { return false; }
   /// That a message which was handed over as fitting does not, and stays on the server.
@@ -63,13 +80,13 @@ class RetrievalEvents {
   virtual void StopTakenBack(StopDoubt /*why*/) {}
 
   /// Whether any receive-stop rule could match, which costs a question to the server per message.
-  virtual bool WantsHeaders() = 0;
+  virtual bool WantsHeaders() { return false; }
   /// Makes all messages handed over so far durable. Asked before the server is told that the
   /// session is over, since that is when it deletes. After false nothing is deleted.
-  virtual bool MakeDurable() = 0;
+  virtual bool MakeDurable() { return false; }
 };
 
-/// What a session that sends asks and tells of its message.
+/// What a session that sends asks and tells of its message. Who says nothing sends nothing.
 class HandoverEvents {
  public:
   virtual ~HandoverEvents() = default;
@@ -77,16 +94,16 @@ class HandoverEvents {
   /// Every recipient was accepted and the message itself would be sent next. Asked once, right
   /// before the DATA command. After false the session takes its leave and tells no error: whoever
   /// answers has told why.
-  virtual bool BeginHandover() = 0;
+  virtual bool BeginHandover() { return false; }
   /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
-  virtual void MessageSent(const QByteArray& data) = 0;
+  virtual void MessageSent(const QByteArray& /*data*/) {}
   /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however
   /// the session ends; only deleting the `Pop` in the middle tells nothing. `reply` is what the
   /// server said, empty when it said nothing.
-  virtual void HandoverEnded(HandoverOutcome outcome, const QString& reply) = 0;
+  virtual void HandoverEnded(HandoverOutcome /*outcome*/, const QString& /*reply*/) {}
   /// The server declined one recipient, for the reason in `reply`. An `Error` that names all of
   /// them follows.
-  virtual void RecipientRefused(const QString& address, const QString& reply) = 0;
+  virtual void RecipientRefused(const QString& /*address*/, const QString& /*reply*/) {}
 };
 
 /// What `PopEvents::Error` tells of.
@@ -102,6 +119,12 @@ enum class PopError {
   Tls,  ///< no encryption, or none that can be trusted
 };
 
+/// Why a session ends, as `PopEvents::Error` is told it.
+struct PopFailure {
+  PopError code;
+  QString text;
+};
+
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
 class PopEvents {
@@ -112,11 +135,11 @@ class PopEvents {
   virtual HandoverEvents& Handover() = 0;
   /// A failure, as a sentence for the user.
   virtual void Error(PopError code, const QString& text) = 0;
-  virtual void SessionStarted() = 0;
-  virtual void SessionEnded() = 0;
+  virtual void SessionStarted() {}
+  virtual void SessionEnded() {}
   /// `done` of `total` bytes; `total` may be 0.
-  virtual void Progress(int code, qint64 total, qint64 done) = 0;
-  virtual void Log(int code, const QString& text) = 0;
+  virtual void Progress(qint64 /*total*/, qint64 /*done*/) {}
+  virtual void Log(const QString& /*text*/) {}
 };
 
 }  // namespace vorn

@@ -82,48 +82,44 @@ bool ReceivedMail::IsReceiving() const {
   return pop_.Mode == kPopReceive || pop_.Mode == kPopReceiveApop;
 }
 
-bool ReceivedMail::MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
-                                  bool& deleteOnServer) {
+std::optional<ServerCopy> ReceivedMail::MessageArrived(const QString& messageId,
+                                                       const QByteArray& data, bool isTornOff) {
   using Received = MailStore::Received;
-  deleteOnServer = false;
-  if (groups_.HasFailed()) return false;
+  if (groups_.HasFailed()) return {};
   QString storedAs = messageId;
   const auto found = isTornOff && known_.SaysWhatIsStored(messageId, data)
                          ? StoredCopies::Found::Stored
                          : known_.FindStored(messageId, data, isTornOff, &storedAs);
-  if (!found) return GiveUp(found.Error(), deleteOnServer);
-  deleteOnServer = *found == StoredCopies::Found::None ? deletions_.OfNew() : deletions_.OfStored();
+  if (!found) return GiveUp(found.Error());
   // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
   const bool lacksBody = isTornOff && !HasBody(data);
   if (*found != StoredCopies::Found::None) {
     ++log_.Counts().known;
     if (isTornOff && (lacksBody || !known_.CameBefore(messageId, storedAs))) {
-      KeepTornOff(messageId, storedAs, deleteOnServer);
-    } else {
-      NoteStored(messageId, true, deleteOnServer);
+      return KeepTornOff(messageId, storedAs);
     }
-    return true;
+    return NoteStored(messageId, true, DeletedIf(deletions_.OfStored()));
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
   Describe(message, messageId, data);
   const Result<Received> received = Store(message, messageId, data, isTornOff, &storedAs);
-  if (!received) return GiveUp(received.Error(), deleteOnServer);
+  if (!received) return GiveUp(received.Error());
+  ServerCopy copy = DeletedIf(deletions_.OfNew());
   // Another account or program has received it since it was asked for.
   if (*received != Received::Stored) {
     ++log_.Counts().known;
-    deleteOnServer = deletions_.OfStored();
+    copy = DeletedIf(deletions_.OfStored());
     if (*received == Received::Known) {
-      KeepUnlessWhole(MailDatabasePath(context_), messageId, deleteOnServer);
+      copy = KeepUnlessWhole(MailDatabasePath(context_), messageId, copy);
     }
   }
   const bool cameBefore = *received == Received::Alike && known_.CameBefore(messageId, storedAs);
-  if (isTornOff && (lacksBody || !cameBefore)) {
-    KeepTornOff(messageId, storedAs, deleteOnServer);
-  } else {
-    NoteStored(messageId, true, deleteOnServer);
+  const bool isKept = isTornOff && (lacksBody || !cameBefore);
+  copy = isKept ? KeepTornOff(messageId, storedAs) : NoteStored(messageId, true, copy);
+  if (*received == Received::Stored && !groups_.Add(message.SerialID(), messageId, data.size())) {
+    return {};
   }
-  if (*received != Received::Stored) return true;
-  return groups_.Add(message.SerialID(), messageId, data.size());
+  return copy;
 }
 
 // As it is stored when it comes.
@@ -156,24 +152,23 @@ Result<MailStore::Received> ReceivedMail::Store(Disk& message, const QString& me
   return received;
 }
 
-bool ReceivedMail::GiveUp(const StorageError& reason, bool& deleteOnServer) {
-  deleteOnServer = false;
+std::nullopt_t ReceivedMail::GiveUp(const StorageError& reason) {
   groups_.Fail(reason);
-  return false;
+  return std::nullopt;
 }
 
 // The rest may still be there, or another message: the next session asks again, and believes the
 // same answer.
-void ReceivedMail::KeepTornOff(const QString& messageId, const QString& storedAs,
-                               bool& deleteOnServer) {
-  deleteOnServer = false;
+ServerCopy ReceivedMail::KeepTornOff(const QString& messageId, const QString& storedAs) {
   known_.NoteDoubtful(messageId, storedAs);
   TornOffAgain();
+  return ServerCopy::Stays;
 }
 
-void ReceivedMail::NoteStored(const QString& messageId, bool proven, bool deleteOnServer) {
+ServerCopy ReceivedMail::NoteStored(const QString& messageId, bool proven, ServerCopy copy) {
   known_.NoteStored(messageId, proven);
-  if (deleteOnServer) deletions_.Add(messageId);
+  if (copy == ServerCopy::Deleted) deletions_.Add(messageId);
+  return copy;
 }
 
 bool ReceivedMail::MailboxListed(const QString& scope,
@@ -189,18 +184,20 @@ bool ReceivedMail::MailboxListed(const QString& scope,
   return static_cast<bool>(taken);
 }
 
-void ReceivedMail::AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) {
+std::optional<ServerCopy> ReceivedMail::AlreadyStored(const QString& messageId) {
   using Name = KnownMessages::Name;
   QStringList files;
   const Result<Name> name = known_.Ask(messageId, &files);
-  exists = !name || *name == Name::Stored || *name == Name::Erased;
+  if (!name) {
+    TellUnknown(name.Error());
+    return ServerCopy::Stays;
+  }
+  if (*name != Name::Stored && *name != Name::Erased) return {};
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  deleteOnServer = deletions_.OfStored() && name && *name != Name::Erased;
-  if (!name) TellUnknown(name.Error());
-  if (!exists || !name) return;
-  for (const QString& file : files) KeepUnlessWhole(file, messageId, deleteOnServer);
+  ServerCopy copy = DeletedIf(deletions_.OfStored() && *name != Name::Erased);
+  for (const QString& file : files) copy = KeepUnlessWhole(file, messageId, copy);
   ++log_.Counts().known;
-  NoteStored(messageId, false, deleteOnServer);
+  return NoteStored(messageId, false, copy);
 }
 
 // Once in a session: where one cannot be asked for, most cannot.
@@ -210,35 +207,35 @@ void ReceivedMail::TellUnknown(const StorageError& reason) {
                    reason);
 }
 
-bool ReceivedMail::IsStored(const QString& messageId, const QByteArray& header,
-                            bool& deleteOnServer) {
-  deleteOnServer = deletions_.OfStored();
-  if (!known_.ProvesHeader(messageId, header)) return false;
+std::optional<ServerCopy> ReceivedMail::StoredByHeader(const QString& messageId,
+                                                       const QByteArray& header) {
+  if (!known_.ProvesHeader(messageId, header)) return {};
   ++log_.Counts().known;
-  NoteStored(messageId, true, deleteOnServer);
-  return true;
+  return NoteStored(messageId, true, DeletedIf(deletions_.OfStored()));
 }
 
 // The server's copy may be the only one that can be read.
-void ReceivedMail::KeepUnlessWhole(const QString& file, const QString& messageId,
-                                   bool& deleteOnServer) {
-  if (!deleteOnServer) return;
+ServerCopy ReceivedMail::KeepUnlessWhole(const QString& file, const QString& messageId,
+                                         ServerCopy copy) {
+  if (copy == ServerCopy::Stays) return copy;
   const Result<> whole = StoredCopyIsWhole(context_, file, messageId);
-  if (whole) return;
-  deleteOnServer = false;
+  if (whole) return copy;
   log_.StoreFailed(Ui::tr("保存済みのメッセージを読み込めないので、サーバーから削除しません。"),
                    whole.Error());
+  return ServerCopy::Stays;
 }
 
-void ReceivedMail::ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
-                                   bool& deleteOnServer) {
-  stop = rules_.Get().FirstMatch(header).has_value();
-  if (!stop) return;
-  if (isTornOff) return TornOffAgain();
-  deleteOnServer = rules_.DeleteOnServer();
+std::optional<ServerCopy> ReceivedMail::ReceiveStopTest(const QByteArray& header, bool isTornOff) {
+  if (!rules_.Get().FirstMatch(header)) return {};
+  if (isTornOff) {
+    TornOffAgain();
+    return ServerCopy::Stays;
+  }
+  const ServerCopy copy = DeletedIf(rules_.DeleteOnServer());
   ++log_.Counts().stopped;
   ++stopped_;
-  if (deleteOnServer) deletions_.AddStopped();
+  if (copy == ServerCopy::Deleted) deletions_.AddStopped();
+  return copy;
 }
 
 void ReceivedMail::TakeBack(const QString& messageId) {

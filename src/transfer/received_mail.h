@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "mail/mail_store.h"
 #include "storage/context.h"
 #include "transfer/current_stop_rules.h"
@@ -23,16 +25,16 @@ class ReceivedMail : public RetrievalEvents {
   void Begin();
   void End();
 
-  bool MessageArrived(const QString& messageId, const QByteArray& data, bool isTornOff,
-                      bool& deleteOnServer) override;
+  std::optional<ServerCopy> MessageArrived(const QString& messageId, const QByteArray& data,
+                                           bool isTornOff) override;
   bool MailboxListed(const QString& scope,
                      const std::optional<QList<ListedMessage>>& messages) override;
-  void AlreadyStored(const QString& messageId, bool& exists, bool& deleteOnServer) override;
+  std::optional<ServerCopy> AlreadyStored(const QString& messageId) override;
   bool WantsHeader(const QString& messageId) override { return known_.WantsHeader(messageId); }
-  bool IsStored(const QString& messageId, const QByteArray& header, bool& deleteOnServer) override;
+  std::optional<ServerCopy> StoredByHeader(const QString& messageId,
+                                           const QByteArray& header) override;
   void TornOffAgain() override { ++tornOff_; }
-  void ReceiveStopTest(const QByteArray& header, bool isTornOff, bool& stop,
-                       bool& deleteOnServer) override;
+  std::optional<ServerCopy> ReceiveStopTest(const QByteArray& header, bool isTornOff) override;
   bool HasDoubt(const QString& messageId) override { return known_.HasDoubt(messageId); }
   void TakeBack(const QString& messageId) override;
   void Doubted(const QString& messageId) override { known_.Doubt(messageId); }
@@ -45,10 +47,10 @@ class ReceivedMail : public RetrievalEvents {
   void Describe(Disk& message, const QString& messageId, const QByteArray& data) const;
   Result<MailStore::Received> Store(Disk& message, const QString& messageId, const QByteArray& data,
                                     bool isTornOff, QString* storedAs);
-  bool GiveUp(const StorageError& reason, bool& deleteOnServer);
-  void KeepTornOff(const QString& messageId, const QString& storedAs, bool& deleteOnServer);
-  void NoteStored(const QString& messageId, bool proven, bool deleteOnServer);
-  void KeepUnlessWhole(const QString& file, const QString& messageId, bool& deleteOnServer);
+  std::nullopt_t GiveUp(const StorageError& reason);
+  ServerCopy KeepTornOff(const QString& messageId, const QString& storedAs);
+  ServerCopy NoteStored(const QString& messageId, bool proven, ServerCopy copy);
+  ServerCopy KeepUnlessWhole(const QString& file, const QString& messageId, ServerCopy copy);
   void TellUnknown(const StorageError& reason);
 
   Context& context_;

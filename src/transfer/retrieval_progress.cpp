@@ -17,7 +17,7 @@ void RetrievalProgress::Report(qint64 inFlight) {
   const qint64 step = total_ > 0 ? done * kProgressSteps / total_ : 0;
   if (step == lastStep_) return;
   lastStep_ = step;
-  events_.Progress(0, total_, qMin(done, total_));
+  events_.Progress(total_, qMin(done, total_));
 }
 
 }  // namespace vorn

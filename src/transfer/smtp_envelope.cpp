@@ -26,11 +26,11 @@ bool IsReceipt(const QByteArray& source) {
 
 }  // namespace
 
-QString SmtpEnvelope::Plan(const QString& from, const QStringList& recipients,
-                           const QByteArray& wire, const SmtpExtensions& extensions) {
+std::optional<QString> SmtpEnvelope::Plan(const QString& from, const QStringList& recipients,
+                                          const QByteArray& wire,
+                                          const SmtpExtensions& extensions) {
   if (recipients.isEmpty()) return Ui::tr("宛先がありません。");
-  const QString refusal = TakeAddresses(QStringList{from} + recipients, extensions);
-  if (!refusal.isEmpty()) return refusal;
+  if (auto refusal = TakeAddresses(QStringList{from} + recipients, extensions)) return refusal;
   pipelining_ = extensions.Has("PIPELINING");
   QByteArray mail = "MAIL FROM:<" + (IsReceipt(wire) ? QByteArray() : paths_.first()) + '>';
   if (const std::optional<qint64> limit = extensions.SizeLimit()) {
@@ -47,8 +47,8 @@ QString SmtpEnvelope::Plan(const QString& from, const QStringList& recipients,
   return {};
 }
 
-QString SmtpEnvelope::TakeAddresses(const QStringList& addresses,
-                                    const SmtpExtensions& extensions) {
+std::optional<QString> SmtpEnvelope::TakeAddresses(const QStringList& addresses,
+                                                   const SmtpExtensions& extensions) {
   for (const QString& address : addresses) {
     const std::optional<EnvelopeAddress> path = ToEnvelope(address);
     if (!path || address == kUnknownAddress) {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <deque>
+#include <optional>
 
 #include "transfer/smtp_extensions.h"
 
@@ -14,10 +15,10 @@ namespace vorn {
 /// The message itself is never sent ahead: a recipient may still be refused.
 class SmtpEnvelope {
  public:
-  /// Plans the commands for a message that goes over the wire as `wire`. Returns a sentence for the
-  /// user when it cannot be given to this server, otherwise an empty text.
-  QString Plan(const QString& from, const QStringList& recipients, const QByteArray& wire,
-               const SmtpExtensions& extensions);
+  /// Plans the commands for a message that goes over the wire as `wire`. Returns why it
+  /// cannot be given to this server, as a sentence for the user; nothing when it can.
+  std::optional<QString> Plan(const QString& from, const QStringList& recipients,
+                              const QByteArray& wire, const SmtpExtensions& extensions);
 
   /// The commands to send now.
   QByteArray NextCommands();
@@ -31,7 +32,8 @@ class SmtpEnvelope {
   bool WasSender() const { return answered_ == 1; }
 
  private:
-  QString TakeAddresses(const QStringList& addresses, const SmtpExtensions& extensions);
+  std::optional<QString> TakeAddresses(const QStringList& addresses,
+                                       const SmtpExtensions& extensions);
 
   bool pipelining_ = false;
   QStringList addresses_;            // the sender's, then each recipient's

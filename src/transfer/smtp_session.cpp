@@ -23,7 +23,7 @@ SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByt
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
-      encrypted_(job_.security == Security::Tls) {}
+      tls_(job_.security, TlsStep::Direction::Sending) {}
 
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
@@ -115,15 +115,7 @@ void SmtpSession::TakeReply(int code) {
       }
       return;
     case Stage::StartTls:
-      if (code != 220) {
-        LeaveAfter(PopError::Tls, Ui::tr("暗号化を始められません。"));
-      } else if (reader_.HasUnread()) {
-        Fail(PopError::Protocol, Ui::tr("暗号化の前に余分なデータが届きました。通信が改ざん"
-                                        "されているおそれがあります。"));
-      } else {
-        stage_ = Stage::Handshake;
-        startTls_();
-      }
+      TakeTlsAnswer(code);
       return;
     case Stage::Auth:
       GoOnWithAuth(code);
@@ -150,12 +142,25 @@ void SmtpSession::TakeReply(int code) {
   }
 }
 
+void SmtpSession::TakeTlsAnswer(int code) {
+  const bool ok = code == 220;
+  const auto failure = TlsStep::TakeAnswer(ok, reader_.Text(), reader_.HasUnread(), redaction_);
+  if (!failure) {
+    stage_ = Stage::Handshake;
+    startTls_();
+  } else if (ok) {
+    Fail(failure->code, failure->text);
+  } else {
+    events_.Error(failure->code, failure->text);
+    Leave();
+  }
+}
+
 void SmtpSession::Greeted() {
-  if (job_.security == Security::StartTls && !encrypted_) {
+  if (tls_.IsDue()) {
     if (!extensions_.Has("STARTTLS")) {
-      Fail(PopError::Tls, Ui::tr("サーバーがSTARTTLSに対応していません。アカウントの送信の"
-                                 "セキュリティを確認してください。"));
-      return;
+      const PopFailure failure = tls_.NotOffered();
+      return Fail(failure.code, failure.text);
     }
     stage_ = Stage::StartTls;
     Send("STARTTLS");
@@ -168,14 +173,15 @@ void SmtpSession::Greeted() {
 
 void SmtpSession::TlsEstablished() {
   if (stage_ != Stage::Handshake) return;
-  encrypted_ = true;
+  tls_.Establish();
   extensions_.Clear();  // what was learnt in clear may have been anyone's word
   stage_ = Stage::Ehlo;
   Send("EHLO [127.0.0.1]");
 }
 
 void SmtpSession::BeginAuth() {
-  const SaslMechanism* mechanism = ChooseMechanism(extensions_.AuthMechanisms(), encrypted_);
+  const SaslMechanism* mechanism =
+      ChooseMechanism(extensions_.AuthMechanisms(), tls_.IsEncrypted());
   if (mechanism == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
@@ -198,8 +204,8 @@ void SmtpSession::GoOnWithAuth(int code) {
 void SmtpSession::BeginEnvelope() {
   if (job_.loginOnly) return Leave();
   body_.Take(WireMessage(job_.source));
-  const QString refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
-  if (!refusal.isEmpty()) return Fail(PopError::Refused, refusal);
+  const auto refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
+  if (refusal) return Fail(PopError::Refused, *refusal);
   stage_ = Stage::Envelope;
   send_(envelope_.NextCommands());
 }
@@ -276,9 +282,9 @@ void SmtpSession::TakeDecision(int code) {
 
 void SmtpSession::Drained() {
   if (stage_ != Stage::Body || !body_.IsUnderWay()) return;
-  events_.Progress(0, body_.Size(), body_.Sent());
+  events_.Progress(body_.Size(), body_.Sent());
   send_(body_.NextSlice());
-  if (body_.IsGone()) events_.Progress(0, body_.Size(), body_.Sent());
+  if (body_.IsGone()) events_.Progress(body_.Size(), body_.Sent());
 }
 
 void SmtpSession::ConnectionLost() {

@@ -13,6 +13,7 @@
 #include "transfer/smtp_envelope.h"
 #include "transfer/smtp_extensions.h"
 #include "transfer/smtp_reply_reader.h"
+#include "transfer/tls_step.h"
 
 namespace vorn {
 
@@ -38,7 +39,6 @@ class SmtpSession : public MailSession {
               std::function<void()> startTls = {});
 
   void Receive(QByteArrayView bytes) override;
-  bool Work() override { return false; }
   void Drained() override;
   bool AwaitsDecision() const override { return stage_ == Stage::Body && body_.IsGone(); }
   void TlsEstablished() override;
@@ -64,6 +64,7 @@ class SmtpSession : public MailSession {
 
   bool ReadReply();
   void TakeReply(int code);
+  void TakeTlsAnswer(int code);
   void Greeted();
   void BeginAuth();
   void GoOnWithAuth(int code);
@@ -87,7 +88,7 @@ class SmtpSession : public MailSession {
   SmtpReplyReader reader_;
   qsizetype received_ = 0;  // bytes before the login is over
   SmtpExtensions extensions_;
-  bool encrypted_ = false;
+  TlsStep tls_;
   SaslExchange auth_;
   SmtpEnvelope envelope_;
   QStringList refusals_;  // "address: reply" of recipients

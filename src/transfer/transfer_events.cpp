@@ -30,11 +30,11 @@ void TransferEvents::Error(PopError code, const QString& text) {
   log_.AddError(code, text);
 }
 
-void TransferEvents::Log(int, const QString& text) {
+void TransferEvents::Log(const QString& text) {
   log_.Add(text);
 }
 
-void TransferEvents::Progress(int, qint64 total, qint64 done) {
+void TransferEvents::Progress(qint64 total, qint64 done) {
   const bool sending = pop_.Mode == kPopSend || pop_.Mode == kPopSendOther;
   const double percent =
       total > 0 ? static_cast<double>(done) / static_cast<double>(total) * 100.0 : 0.0;

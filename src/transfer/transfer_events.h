@@ -30,8 +30,8 @@ class TransferEvents : public PopEvents {
   void Error(PopError code, const QString& text) override;
   void SessionStarted() override;
   void SessionEnded() override;
-  void Progress(int code, qint64 total, qint64 done) override;
-  void Log(int code, const QString& text) override;
+  void Progress(qint64 total, qint64 done) override;
+  void Log(const QString& text) override;
 
   /// Since the program began.
   const ReceiveCounts& Counts() const { return log_.Counts(); }

@@ -7,7 +7,8 @@
 namespace vorn {
 namespace {
 
-QByteArray WithoutEndMark(QByteArray source) {
+// What is sent was composed here, so that its last full stop is always the mark.
+QByteArray WithoutComposedMark(QByteArray source) {
   if (source == ".\r\n") return {};
   if (source.endsWith("\r\n.\r\n")) source.chop(3);
   return source;
@@ -16,8 +17,8 @@ QByteArray WithoutEndMark(QByteArray source) {
 }  // namespace
 
 QByteArray WireMessage(const QByteArray& source) {
-  const QByteArray message =
-      WithoutEndMark(MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Bcc:"), "Resent-Bcc:"));
+  const QByteArray message = WithoutComposedMark(
+      MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Bcc:"), "Resent-Bcc:"));
   QByteArray wire;
   wire.reserve(message.size() + message.size() / 32 + 2);
   const char* at = message.constData();

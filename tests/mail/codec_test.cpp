@@ -157,16 +157,16 @@ TEST(Addresses, EntriesAreTakenApart) {
 }
 
 TEST(FlagString, PositionsAreReadAndWritten) {
-  const auto set = [](const char16_t* flags, int position, const char16_t* value) {
+  const auto set = [](const char16_t* flags, FlagPosition position, const char16_t* value) {
     return SetFlagChar(QString::fromUtf16(flags), position, QString::fromUtf16(value));
   };
-  EXPECT_EQ(set(u"", 3, u"1"), QStringLiteral("001"));
-  EXPECT_EQ(set(u"001", 1, u"-1"), QStringLiteral("001"));
-  EXPECT_EQ(set(u"02", 5, u"*"), QStringLiteral("0200*"));
-  EXPECT_EQ(set(u"02", 1, u"10"), QStringLiteral("02"));
-  EXPECT_EQ(set(u"02", 4, u"ab"), QStringLiteral("0200"));
-  EXPECT_EQ(set(u"02", 1, u""), QStringLiteral("02"));
-  EXPECT_EQ(GetFlagChar(QStringLiteral("02"), 3, QStringLiteral("0")), QStringLiteral("0"));
+  EXPECT_EQ(set(u"", kFlagNew, u"1"), QStringLiteral("001"));
+  EXPECT_EQ(set(u"001", kFlagCode, u"-1"), QStringLiteral("001"));
+  EXPECT_EQ(set(u"02", kFlagAnswered, u"*"), QStringLiteral("0200*"));
+  EXPECT_EQ(set(u"02", kFlagCode, u"10"), QStringLiteral("02"));
+  EXPECT_EQ(set(u"02", kFlagAttachment, u"ab"), QStringLiteral("0200"));
+  EXPECT_EQ(set(u"02", kFlagCode, u""), QStringLiteral("02"));
+  EXPECT_EQ(GetFlagChar(QStringLiteral("02"), kFlagNew, QStringLiteral("0")), QStringLiteral("0"));
 }
 
 TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {

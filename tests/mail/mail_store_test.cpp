@@ -113,7 +113,6 @@ TEST_F(MailStoreTest, WhoHasNoDefaultAccountWritesWithTheFirst) {
   const DiskPtr account = profile_.AddAccount(1);
   account->Let(QStringLiteral("Default"), false);
   Disk request(QStringLiteral("new"));
-  request.Let(QStringLiteral("open"), 0);
   request.Let(QStringLiteral("new"), true);
   const OpenedMessage opened = OpenMessage(profile_.Get(), request, true);
   ASSERT_EQ(opened.model.addresses.size(), 1);

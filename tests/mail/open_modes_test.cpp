@@ -5,6 +5,7 @@
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
 #include "mail/compose_message.h"
+#include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
 #include "objects/object_types.h"
@@ -304,7 +305,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_FALSE(again.Flag(u"notice"));
   EXPECT_EQ(again.SerialID(), serialId);
   Disk reply(serialId);
-  reply.Let(QStringLiteral("open"), 1);
+  MailRequestBag(reply).SetMode(OpenMode::Reply);
   EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text.Get(), QStringLiteral("> body"));
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);

@@ -14,6 +14,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
 
@@ -109,7 +110,7 @@ TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
   objects.Add(MakeObject(QStringLiteral("x"), QString(), QStringLiteral("f")));
   objects.Find(QStringLiteral("a1"))->Let(QStringLiteral("Enabled"), true);
 
-  const auto select = [&](const QString& filter, int flags = 0) {
+  const auto select = [&](const QString& filter, SelectFlags flags = {}) {
     QStringList serials;
     const DiskCollectionPtr selected = SelectObjects(objects, *owner, filter, flags);
     for (const DiskPtr& object : *selected) {
@@ -131,13 +132,15 @@ TEST(SaveObject, NamesMustBeGivenAndUnique) {
   DiskCollection objects;
   objects.Add(MakeObject(QStringLiteral("a"), object_type::kAccount, QStringLiteral("Work")));
   const auto check = [&objects](const QString& name) {
-    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name));
+    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name))
+        .Error()
+        .text;
   };
   EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"));
   EXPECT_EQ(check(QStringLiteral("Work")),
             QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
   EXPECT_EQ(check(QStringLiteral("work")), QString());
-  EXPECT_EQ(ValidateObject(objects, *objects.Find(QStringLiteral("a"))), QString());
+  EXPECT_TRUE(ValidateObject(objects, *objects.Find(QStringLiteral("a"))));
 }
 
 TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
@@ -233,19 +236,23 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   good.address = QStringLiteral("a@example.org");
   good.inServer = QStringLiteral("127.0.0.1");
   good.inUser = QStringLiteral("a");
-  EXPECT_EQ(ValidateAccount(profile.Get(), good), QString());
-  good.inSecurity = 2;
-  good.outSecurity = 1;
+  EXPECT_TRUE(ValidateAccount(profile.Get(), good));
+  good.inSecurity = Security::Tls;
+  good.outSecurity = Security::StartTls;
   const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
   ASSERT_TRUE(created);
   const DiskPtr& account = *created;
   EXPECT_EQ(account->Number(u"InMailServerSecurity"), 2);
   EXPECT_EQ(account->Number(u"OutMailServerSecurity"), 1);
+  for (const QVariant& unknown : QList<QVariant>{7, -1, QStringLiteral("x")}) {
+    account->Let(QStringLiteral("InMailServerSecurity"), unknown);
+    EXPECT_EQ(Account(account).Incoming().security, Security::Tls) << "never in clear";
+  }
   good.name = QStringLiteral("次");
   const auto refuses = [&](auto change) {
     AccountValues values = good;
     change(values);
-    return !ValidateAccount(profile.Get(), values).isEmpty();
+    return !ValidateAccount(profile.Get(), values);
   };
   EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.inPort = 70000; }));
@@ -295,6 +302,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
     store("other", other, 3, 60);
   }
+  store("clip\r\nContent-Type: application/pdf", "x@example.com", 3, 60);
   ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
 
   const auto shown = [this](const QString& statement) {
@@ -331,6 +339,8 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
             QStringLiteral("abc today|week ABC"));
   EXPECT_EQ(lines({subject, Line(Kind::TimeStamp, {QStringLiteral("-7")}, true, true)}),
             QStringLiteral("mine abc"));
+  EXPECT_EQ(lines({Line(Kind::Attachment, {})}), QStringLiteral("clip"));
+  EXPECT_EQ(lines({subject, Line(Kind::Attachment, {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
             QStringLiteral("abc today|old|week ABC"));
   EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
@@ -340,6 +350,20 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(sql(u"FIELD_TIMESTAMP < #1999/12/31#"), QString());
   EXPECT_EQ(sql(u"SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = 'f')"),
             QStringLiteral("abc today"));
+}
+
+TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
+  const auto goesByTime = [this](const QString& line) {
+    Statement({line});
+    return FolderSqlBuilder(profile_.Get()).Query(QStringLiteral("f")).DependsOnTime();
+  };
+  EXPECT_TRUE(goesByTime(Line(Kind::TimeStamp, {QStringLiteral("-7")})));
+  EXPECT_FALSE(goesByTime(Line(Kind::Subject, {QStringLiteral("snow")})));
+  for (const auto& [sql, goes] : {std::pair{u"FIELD_TIMESTAMP < now", true},
+                                  {u"STATUS = 'snow' OR mail.KNOWN = 1", false},
+                                  {u"FIELD_TIMESTAMP < strftime('%Y', 'now')", true}}) {
+    EXPECT_EQ(DependsOnTime(QString::fromUtf16(sql)), goes);
+  }
 }
 
 TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {

@@ -33,12 +33,12 @@ class MessageListPageTest : public testing::Test {
 
   // The page's bytes; the file is removed.
   QByteArray Page(qint32 page = 1) {
-    const QString path = MessageListPages(profile_.Get())
-                             .CreateMessageListPage(folder_, page, before_, next_)
-                             .ValueOr({});
-    if (path.isEmpty()) return {};
-    const QByteArray bytes = ReadFile(path);
-    QFile::remove(path);
+    const auto made =
+        MessageListPages(profile_.Get()).CreateMessageListPage(folder_, page).ValueOr({});
+    if (made.content.isEmpty()) return {};
+    hasNeighbours_ = made.hasBefore || made.hasNext;
+    const QByteArray bytes = ReadFile(made.content);
+    QFile::remove(made.content);
     return bytes;
   }
   // What a folder's own template becomes.
@@ -63,8 +63,7 @@ class MessageListPageTest : public testing::Test {
   QByteArray last_;  // row of a page
   QString folder_ = fixed_serial::kInbox;
   QString search_;
-  bool before_ = true;
-  bool next_ = true;
+  bool hasNeighbours_ = true;
 };
 
 TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
@@ -101,7 +100,7 @@ TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
   QString time = QString::fromUtf8(Filled("<+TIMESTAMP>"));
   profile_.Get().Objects.Remove(fixed_serial::kLayout);
   EXPECT_EQ(Page(), ToCodePage932(page.arg(QString::fromLatin1(id), time)));
-  EXPECT_FALSE(before_ || next_);
+  EXPECT_FALSE(hasNeighbours_);
 }
 
 TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {
@@ -140,8 +139,7 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
   MessageListPages pages(profile_.Get());
   const auto found = [&](const char16_t* text) {
     const QString path =
-        pages.CreateMessageListPage(folder_, 1, before_, next_, QString::fromUtf16(text))
-            .ValueOr({});
+        pages.CreateMessageListPage(folder_, 1, QString::fromUtf16(text)).ValueOr({}).content;
     const bool any = ReadFile(path).contains("preview:");
     QFile::remove(path);
     return any;
@@ -154,9 +152,8 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
 
 TEST_F(MessageListPageTest, APageIsItsUsersAlone) {
   Store("A");
-  const QString path = MessageListPages(profile_.Get())
-                           .CreateMessageListPage(folder_, 1, before_, next_)
-                           .ValueOr({});
+  const QString path =
+      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1).ValueOr({}).content;
   EXPECT_EQ(QFile::permissions(path) & (QFileDevice::ReadGroup | QFileDevice::ReadOther |
                                         QFileDevice::WriteGroup | QFileDevice::WriteOther),
             QFileDevice::Permissions());
@@ -337,7 +334,7 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
     profile_.Get()
         .Objects.Find(fixed_serial::kLayout)
         ->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(html));
-    const QString path = pages.CreateMessageListPage(folder_, 1, before_, next_).ValueOr({});
+    const QString path = pages.CreateMessageListPage(folder_, 1).ValueOr({}).content;
     const QByteArray bytes = ReadFile(path);
     QFile::remove(path);
     return bytes;
@@ -349,8 +346,7 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
 TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
   const DiskPtr inbox = profile_.Get().Objects.Find(folder_);
   inbox->Let(QStringLiteral("Sql"), QStringLiteral("1 = 1; DELETE FROM mail"));
-  const auto page =
-      MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1, before_, next_);
+  const auto page = MessageListPages(profile_.Get()).CreateMessageListPage(folder_, 1);
   ASSERT_FALSE(page);
   EXPECT_FALSE(page.Error().text.isEmpty());
 }

@@ -12,6 +12,7 @@
 #include "mail/codec/message_index.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
+#include "mail/mail_request_bag.h"
 #include "mail/mail_store.h"
 #include "mail/open_message.h"
 #include "objects/object_types.h"
@@ -171,7 +172,7 @@ class OnePathTest : public testing::Test {
   MessageModel Open(const QString& serial, OpenMode mode) {
     Disk request(serial);
     request.Let(QStringLiteral("db"), static_cast<int>(DatabaseKind::MailByPath));
-    request.Let(QStringLiteral("open"), static_cast<int>(mode));
+    MailRequestBag(request).SetMode(mode);
     return OpenMessage(TheContext(), request).model;
   }
   void LetCode(const QString& serial, int code) {
@@ -193,12 +194,9 @@ class OnePathTest : public testing::Test {
     TheContext().Objects.Add(layout);
     Settings(TheContext()).Bag()->Let(QStringLiteral("MessagesEdit"), false);
     Settings(TheContext()).Bag()->Let(QStringLiteral("PageEscape"), false);
-    bool before = false;
-    bool next = false;
-    const QString path = MessageListPages(TheContext())
-                             .CreateMessageListPage(fixed_serial::kInbox, 1, before, next)
-                             .ValueOr({});
-    return test::ReadFile(path);
+    const auto page =
+        MessageListPages(TheContext()).CreateMessageListPage(fixed_serial::kInbox, 1).ValueOr({});
+    return test::ReadFile(page.content);
   }
 
   TestProfile profile_;

@@ -69,9 +69,11 @@ class PagingTest : public testing::Test {
   }
   QStringList Page(MessageListPages& pages, qint32 number,
                    const QString& folder = fixed_serial::kInbox) {
-    const QString path = pages.CreateMessageListPage(folder, number, before_, next_).ValueOr({});
-    const QString text = QString::fromLatin1(ReadFile(path));
-    QFile::remove(path);
+    const auto page = pages.CreateMessageListPage(folder, number).ValueOr({});
+    before_ = page.hasBefore;
+    next_ = page.hasNext;
+    const QString text = QString::fromLatin1(ReadFile(page.content));
+    QFile::remove(page.content);
     static const QRegularExpression link(QStringLiteral("\"preview:([^\"]+)\""));
     QStringList ids;
     for (auto match = link.globalMatch(text); match.hasNext();) {

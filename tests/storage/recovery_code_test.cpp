@@ -58,7 +58,7 @@ TEST(CodeFile, RemembersOneCodeAndLosesNone) {
   QTemporaryDir folder;
   const CodeFile file(folder.filePath(QStringLiteral("profile")), nullptr);
   EXPECT_EQ(file.Code(), QString());
-  const QString code = file.CodeOrNew();
+  const QString code = file.CodeOrNew().ValueOr({});
   EXPECT_FALSE(code.isEmpty());
   EXPECT_EQ(file.CodeOrNew(), code);
   EXPECT_EQ(QFile::permissions(file.Path()) & ~(QFile::ReadUser | QFile::WriteUser),
@@ -72,12 +72,12 @@ TEST(CodeFile, RemembersOneCodeAndLosesNone) {
     test::WriteFile(file.Path(), spoilt);
     EXPECT_EQ(file.Code(), QString());
   }
-  EXPECT_NE(file.CodeOrNew(), code);
+  EXPECT_NE(file.CodeOrNew().ValueOr(code), code);
   EXPECT_TRUE(file.Forget());
   EXPECT_FALSE(QFileInfo::exists(file.Path()));
   // What a folder that cannot be written to gives, for root as well.
   ASSERT_TRUE(QDir().mkpath(file.Path() + QStringLiteral(".new")));
-  EXPECT_EQ(file.CodeOrNew(), QString());
+  EXPECT_FALSE(file.CodeOrNew());
   EXPECT_FALSE(QFileInfo::exists(file.Path()));
 }
 
@@ -86,7 +86,7 @@ TEST(CodeFile, LeavesTheCodeToADesktopThatKeepsIt) {
   test::FakeSecrets secrets;
   const QString path = folder.filePath(QStringLiteral("profile"));
   const CodeFile file(path, &secrets);
-  const QString code = file.CodeOrNew();
+  const QString code = file.CodeOrNew().ValueOr({});
   EXPECT_TRUE(file.NamesSecret());
   EXPECT_EQ(file.CodeOrNew(), code);
   EXPECT_EQ(secrets.kept.values(), QStringList{code});
@@ -107,7 +107,7 @@ TEST(CodeFile, LeavesTheCodeToADesktopThatKeepsIt) {
   EXPECT_EQ(secrets.kept.size(), 2) << "copies of the folder still want them";
   // A profile that is made now has no other code than the one that can be kept.
   secrets.refuses = true;
-  EXPECT_FALSE(file.CodeOrNew().isEmpty());
+  EXPECT_TRUE(file.CodeOrNew());
   EXPECT_FALSE(file.NamesSecret());
 }
 

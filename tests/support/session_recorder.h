@@ -15,12 +15,11 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
  public:
   RetrievalEvents& Retrieval() override { return *this; }
   HandoverEvents& Handover() override { return *this; }
-  bool MessageArrived(const QString& id, const QByteArray& data, bool,
-                      bool& deleteOnServer) override {
+  std::optional<ServerCopy> MessageArrived(const QString& id, const QByteArray& data,
+                                           bool) override {
     ids.append(id);
     arrived.append(data);
-    deleteOnServer = deletes && canStore;
-    return canStore;
+    return When(canStore);
   }
   bool BeginHandover() override {
     told.append(QStringLiteral("begin"));
@@ -40,32 +39,33 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
   bool MailboxListed(const QString&, const std::optional<QList<ListedMessage>>&) override {
     return true;
   }
-  void AlreadyStored(const QString& id, bool& exists, bool& deleteOnServer) override {
-    exists = known.contains(id);
-    deleteOnServer = deletes;
+  std::optional<ServerCopy> AlreadyStored(const QString& id) override {
+    return When(known.contains(id));
   }
   bool WantsHeader(const QString& id) override { return unsure.contains(id); }
-  bool IsStored(const QString&, const QByteArray& header, bool& deleteOnServer) override {
+  std::optional<ServerCopy> StoredByHeader(const QString&, const QByteArray& header) override {
     headers.append(header);
-    deleteOnServer = deletes;
-    return header.contains("Subject: stored");
+    return When(header.contains("Subject: stored"));
   }
   void TornOffAgain() override { told.append(QStringLiteral("torn off")); }
   void Error(PopError code, const QString& text) override {
     codes.append(code);
     errors.append(text);
   }
-  void ReceiveStopTest(const QByteArray& header, bool, bool& stop, bool& deleteOnServer) override {
-    stop = header.contains("Subject: stop");
-    deleteOnServer = deletes;
+  std::optional<ServerCopy> ReceiveStopTest(const QByteArray& header, bool) override {
+    return When(header.contains("Subject: stop"));
   }
   void StopTakenBack(StopDoubt) override { told.append(QStringLiteral("taken back")); }
   void SessionStarted() override { ++started; }
   void SessionEnded() override { ++ended; }
-  void Progress(int, qint64 total, qint64 done) override { EXPECT_LE(done, total); }
-  void Log(int, const QString& text) override { log.append(text); }
+  void Progress(qint64 total, qint64 done) override { EXPECT_LE(done, total); }
+  void Log(const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable; }
+
+  std::optional<ServerCopy> When(bool isSo) const {
+    return isSo ? std::optional(DeletedIf(deletes)) : std::nullopt;
+  }
 
   /// Everything that a user could get to see.
   QString Shown() const { return errors.join(u'\n') + log.join(u'\n'); }

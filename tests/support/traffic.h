@@ -58,7 +58,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
 class TrafficTest : public testing::Test {
  protected:
   /// Plans the work that the flags name and runs it to its end; what it added to the counts.
-  ReceiveCounts Run(int flags) {
+  ReceiveCounts Run(PlanFlags flags) {
     const ReceiveCounts before = traffic_.Events().Counts();
     traffic_.Plan().CreateMessagePlan(flags);
     EXPECT_TRUE(WaitFor([this] {

@@ -166,7 +166,7 @@ class Model : public testing::Test {
   }
   void Plan() {
     RunningProgram& program = AnyProgram();
-    static constexpr int kFlags[] = {kPlanSend, kPlanReceive, kPlanSend | kPlanReceive};
+    static constexpr PlanFlags kFlags[] = {kPlanSend, kPlanReceive, kPlanSend | kPlanReceive};
     program.traffic.Plan().CreateMessagePlan(kFlags[Dice(3)],
                                              Dice(3) == 0 ? AnyMessage() : QString());
   }

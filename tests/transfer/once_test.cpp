@@ -41,7 +41,7 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
       SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
           ->First();
   account->Let(QStringLiteral("InMailServer"), QString());
-  const auto plan = [this](int flags, const QString& serial = {}) {
+  const auto plan = [this](PlanFlags flags, const QString& serial = {}) {
     const int before = smtp_.Count("MAIL");
     traffic_.Plan().CreateMessagePlan(flags, serial);
     RunAll({&traffic_});

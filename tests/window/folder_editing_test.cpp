@@ -39,7 +39,7 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   EXPECT_TRUE(WaitFor([&] { return matches.text().contains(QStringLiteral("1通")); }));
   // Who only passes other kinds finds his text again.
   auto* kind = qobject_cast<QComboBox*>(list.cellWidget(0, 1));
-  for (const int passed : {2, 3, 0}) kind->setCurrentIndex(passed);
+  for (const int passed : {2, 3, 6, 0}) kind->setCurrentIndex(passed);
   EXPECT_EQ(qobject_cast<QLineEdit*>(list.cellWidget(0, 3))->text(), QStringLiteral("plan"));
   Press(Child<QPushButton>(window, u"cmAddCondition"));
   qobject_cast<QComboBox*>(list.cellWidget(1, 1))->setCurrentIndex(3);  // 状態

@@ -177,6 +177,32 @@ TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelle
   EXPECT_TRUE(MailStore(Context()).LoadMessageSource(Disk(serial))->contains("Content-"));
 }
 
+// The boxes that come of an act, each of them confirmed.
+QStringList Confirmed(const std::function<void()>& act) {
+  QStringList said;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&said] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    said.append(box->text());
+    box->button(QMessageBox::Ok)->click();
+  });
+  watch.start(20);
+  act();
+  return said;
+}
+
+TEST_F(MessageWindowTest, WhyASendingCannotBeCancelledIsTold) {
+  MessageWindow& window = Open(Store(kDraft, kStatusWaiting));
+  {
+    const OpenedDatabase mail(Context(), DatabaseKind::Mail);
+    ASSERT_TRUE(Context().Data.Execute(QStringLiteral(
+        "CREATE TRIGGER full BEFORE UPDATE ON mail BEGIN SELECT RAISE(ABORT, 'x'); END")));
+  }
+  QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
+  EXPECT_TRUE(Confirmed([send] { send->trigger(); }).value(1).startsWith(u"送信をキャンセルでき"));
+}
+
 // Erased in the list of what waits, by another window or another program.
 TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
   for (const bool isTold : {true, false}) {
@@ -190,16 +216,7 @@ TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
       window.MessagesChanged();
     } else {
       QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
-      QStringList said;
-      QTimer watch;
-      QObject::connect(&watch, &QTimer::timeout, &watch, [&said] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr) return;
-        said.append(box->text());
-        box->button(QMessageBox::Ok)->click();
-      });
-      watch.start(20);
-      send->trigger();
+      const QStringList said = Confirmed([send] { send->trigger(); });
       EXPECT_EQ(said.size(), 2);
       EXPECT_TRUE(said.value(1).contains(u"削除されています"));
     }

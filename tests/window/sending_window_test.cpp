@@ -6,6 +6,7 @@
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
+#include "frame/window/tools_menu.h"
 #include "mail/drafts.h"
 #include "mail/outbox.h"
 #include "window/message_window_fixture.h"
@@ -39,7 +40,7 @@ class SendingWindowTest : public MessageWindowTest {
 TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}, {Fault::Kind::Cut, ".", 2, 0, {}}};
   QStringList serials{Store(kDraft, 2), Store(kDraft, 2)};
-  program_->Parent()->menuTools_Click(0);
+  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
   ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful().size() == 2; }));
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 2);
@@ -87,7 +88,7 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_TRUE(ShowsDoubt(*TopLevel<MessageWindow>()));
   CloseAndWait(*TopLevel<MessageWindow>());
-  program_->Parent()->menuTools_Click(0);
+  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 0);
 }
@@ -210,7 +211,7 @@ TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
 TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   smtp_.Replies = {{"RCPT", "550 no such user\r\n"}};
   Store(kDraft, 2);
-  program_->Parent()->menuTools_Click(0);
+  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   const auto event = [tree] {
     return tree->findItems(QStringLiteral("draft"), Qt::MatchStartsWith | Qt::MatchRecursive)
@@ -236,7 +237,7 @@ TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
   smtp_.Faults = {{Fault::Kind::Stall, ".", 1, 0, {}}};
   Store(kDraft, 2);
   ParentWindow& parent = *program_->Parent();
-  parent.menuTools_Click(0);
+  parent.menuTools_Click(ToolsEntry::Receive);
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   for (const int key : {Qt::Key_Escape, Qt::Key_Return}) {
     const QString question = NextMessageBox([&parent] { parent.close(); }, key);
@@ -244,7 +245,7 @@ TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
     EXPECT_TRUE(parent.isVisible());
     EXPECT_TRUE(parent.Traffic().Control().Busy());
   }
-  parent.menuTools_Click(1);
+  parent.menuTools_Click(ToolsEntry::Cancel);
   RunPlan();
   EXPECT_NE(program_->Parent(), nullptr) << "cancelled by the user, who sees what came of it";
 }

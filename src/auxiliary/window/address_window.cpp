@@ -12,10 +12,11 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/tool_letter.h"
-#include "mail/address_book.h"
 #include "mail/codec/address.h"
 #include "objects/any_object.h"
+#include "objects/book_object.h"
 #include "objects/object_types.h"
+#include "objects/placement.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/like_pattern.h"
@@ -30,6 +31,28 @@ namespace {
 constexpr int kUnitsPerPixel = 15;
 constexpr int kDefaultSplit = 2400;
 
+// The request for the window, by the names that its bag has.
+class AddressRequest {
+ public:
+  explicit AddressRequest(Disk& bag) : bag_(bag) {}
+
+  // Which objects the tree shows (see `SelectObjects`).
+  QString Types() const { return bag_.Text(kTypes); }
+  void SetTypes(const QString& types) { bag_.Let(kTypes, types); }
+  // What is looked for, and in which book; empty for all.
+  void NoteSearch(const QString& text, const QString& book) {
+    bag_.Let(kText, text);
+    bag_.Let(kBook, book);
+  }
+
+ private:
+  static inline const QString kTypes = QStringLiteral("draw");
+  static inline const QString kText = QStringLiteral("string");
+  static inline const QString kBook = QStringLiteral("serialiD");
+
+  Disk& bag_;
+};
+
 }  // namespace
 
 AddressWindow::AddressWindow(Context& context, QWidget* parent)
@@ -43,15 +66,15 @@ AddressWindow::AddressWindow(Context& context, QWidget* parent)
   setWindowTitle(Ui::tr("アドレスの選択"));
   BuildControls();
   RestoreWindowPlacement(context_, *this, objectName());
-  const DiskPtr place = context_.Objects.Find(QStringLiteral("DATA_address"));
-  const int split = place->Number(u"disp", kDefaultSplit) / kUnitsPerPixel;
+  const Placement place(*PlacementBag(context_, objectName()));
+  const int split = place.AddressSplit(kDefaultSplit) / kUnitsPerPixel;
   piSplit_->setSizes({split, qMax(width() - split, split)});
 }
 
 AddressWindow::~AddressWindow() {
   KeepWindowPlacement(context_, *this, objectName());
-  context_.Objects.Find(QStringLiteral("DATA_address"))
-      ->Let(QStringLiteral("disp"), piSplit_->sizes().value(0) * kUnitsPerPixel);
+  Placement::SetAddressSplit(*PlacementBag(context_, objectName()),
+                             piSplit_->sizes().value(0) * kUnitsPerPixel);
 }
 
 void AddressWindow::BuildControls() {
@@ -94,7 +117,7 @@ void AddressWindow::BuildControls() {
 
 void AddressWindow::LoadDefaultProperty(const DiskPtr& request) {
   request_ = request;
-  FillTree(request->Text(u"draw"));
+  FillTree(AddressRequest(*request).Types());
   Seek();
   txString_->setFocus();
 }
@@ -117,8 +140,7 @@ void AddressWindow::Seek() {
   const QString key = node == nullptr ? QString() : node->data(0, Qt::UserRole).toString();
   const DiskPtr chosen = context_.Objects.Find(key);
   const bool isBook = chosen != nullptr && AnyObject(*chosen).Is(object_type::kBook);
-  request_->Let(QStringLiteral("string"), text);
-  request_->Let(QStringLiteral("serialiD"), isBook ? key : QString());
+  AddressRequest(*request_).NoteSearch(text, isBook ? key : QString());
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   // Without a search "select" would take whole books, which nobody means.
@@ -127,7 +149,7 @@ void AddressWindow::Seek() {
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBook)) continue;
     if (isBook && object->SerialID() != key) continue;
-    for (const QString& line : BookLines(*object).split(kLineBreak, Qt::SkipEmptyParts)) {
+    for (const QString& line : BookObject(*object).Lines().split(kLineBreak, Qt::SkipEmptyParts)) {
       const AddressEntry entry = ParseAddressEntry(line);
       if (entry.address.isEmpty()) continue;
       if (!text.isEmpty() && !pattern.Matches(entry.address) &&
@@ -153,7 +175,7 @@ void AddressWindow::Select() {
 
 QString SelectAddresses(Context& context, QWidget* parent, const QString& types) {
   auto request = std::make_shared<Disk>(context.Data.NewSerialID());
-  request->Let(QStringLiteral("draw"), types);
+  AddressRequest(*request).SetTypes(types);
   ProfileBag::SetAnswer(*context.Session, QString());
   AddressWindow window(context, parent);
   window.LoadDefaultProperty(request);

@@ -13,7 +13,9 @@
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <functional>
 
+#include "auxiliary/window/console_request.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
@@ -24,6 +26,8 @@
 
 namespace vorn {
 namespace {
+
+using Mode = ConsoleRequest::Mode;
 
 constexpr int kMinimumWidth = 360;
 
@@ -93,7 +97,7 @@ bool ConsoleWindow::eventFilter(QObject* watched, QEvent* event) {
     });
   }
   const bool isKey = watched == text_ && event->type() == QEvent::KeyPress;
-  return isKey && mode_ == u"treeview" && PassOn(*static_cast<QKeyEvent*>(event));
+  return isKey && mode_ == Mode::Tree && PassOn(*static_cast<QKeyEvent*>(event));
 }
 
 // The keys that go from node to node do so while the name is typed.
@@ -111,29 +115,30 @@ bool ConsoleWindow::PassOn(QKeyEvent& key) {
 
 // What is none of the names chooses nothing, so that Enter does not take what was chosen before.
 void ConsoleWindow::FindNode(const QString& typed) {
-  if (mode_ != u"treeview") return;
+  if (mode_ != Mode::Tree) return;
   const QString name = typed.trimmed();
   const auto exact = tree_->findItems(name, Qt::MatchFixedString | Qt::MatchRecursive);
   const auto begun = tree_->findItems(name, Qt::MatchStartsWith | Qt::MatchRecursive);
   tree_->setCurrentItem(name.isEmpty() ? nullptr : exact.value(0, begun.value(0)));
 }
 
-void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
-  request_ = request;
-  mode_ = request->Text(u"Mode", QStringLiteral("text"));
-  setWindowTitle(request->Text(u"Title"));
-  label_->setText(request->Text(u"Caption", Ui::tr("設定値を入力してください。")));
+void ConsoleWindow::LoadDefaultProperty(const DiskPtr& bag) {
+  request_ = bag;
+  const ConsoleRequest request(*bag);
+  mode_ = request.Asked();
+  setWindowTitle(request.Title());
+  label_->setText(request.Caption(Ui::tr("設定値を入力してください。")));
   text_->setAccessibleName(label_->text());
-  sliderFrame_->setVisible(mode_ == u"slider");
-  tree_->setVisible(mode_ == u"treeview");
-  list_->setVisible(mode_ == u"listview");
-  another_->setText(request->Text(u"Another"));
+  sliderFrame_->setVisible(mode_ == Mode::Slider);
+  tree_->setVisible(mode_ == Mode::Tree);
+  list_->setVisible(mode_ == Mode::List);
+  another_->setText(request.Another());
   const bool takesAnother = !another_->text().isEmpty();
   another_->setVisible(takesAnother);
-  text_->setVisible(mode_ == u"text" || takesAnother);
-  const QString initial = request->Text(u"Default");
-  if (mode_ == u"text") {
-    const QString mask = request->Text(u"PasswordChar");
+  text_->setVisible(mode_ == Mode::Text || takesAnother);
+  const QString initial = request.Initial().toString();
+  if (mode_ == Mode::Text) {
+    const QString mask = request.Mask();
     text_->setEchoMode(mask.isEmpty() ? QLineEdit::Normal : QLineEdit::Password);
     if (!mask.isEmpty()) {
       text_->setStyleSheet(
@@ -141,20 +146,20 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& request) {
     }
     text_->setText(initial);
     text_->selectAll();
-    request->Flag(u"TakesKeys", true) ? text_->setFocus() : setFocus();
-  } else if (mode_ == u"slider") {
-    slider_->setRange(request->Number(u"Min"), request->Number(u"Max"));
-    slider_->setTickInterval(request->Number(u"Split", 1));
-    slider_->setValue(request->Number(u"Default"));
+    request.TakesKeys() ? text_->setFocus() : setFocus();
+  } else if (mode_ == Mode::Slider) {
+    slider_->setRange(request.Minimum(), request.Maximum());
+    slider_->setTickInterval(request.Step());
+    slider_->setValue(request.Initial().toInt());
     slider_->setFocus();
-  } else if (mode_ == u"treeview") {
-    FillTree(request->Text(u"draw"), initial);
+  } else if (mode_ == Mode::Tree) {
+    FillTree(request.Objects(), initial);
     text_->setPlaceholderText(Ui::tr("名前を入力して選びます。"));
     takesAnother ? text_->setFocus() : tree_->setFocus();
-  } else if (mode_ == u"listview") {
-    list_->setSelectionMode(request->Flag(u"MultiSelect") ? QAbstractItemView::ExtendedSelection
-                                                          : QAbstractItemView::SingleSelection);
-    FillList(request->Text(u"List"), initial);
+  } else if (mode_ == Mode::List) {
+    list_->setSelectionMode(request.TakesSeveral() ? QAbstractItemView::ExtendedSelection
+                                                   : QAbstractItemView::SingleSelection);
+    FillList(request.Entries(), initial);
     list_->setFocus();
   }
 }
@@ -196,9 +201,9 @@ void ConsoleWindow::FillList(const QString& entries, const QString& chosen) {
 }
 
 QVariant ConsoleWindow::Answer() const {
-  if (mode_ == u"text") return text_->text();
-  if (mode_ == u"slider") return slider_->value();
-  if (mode_ == u"treeview") {
+  if (mode_ == Mode::Text) return text_->text();
+  if (mode_ == Mode::Slider) return slider_->value();
+  if (mode_ == Mode::Tree) {
     // The focus alone chooses nothing.
     const QList<QTreeWidgetItem*> chosen = tree_->selectedItems();
     if (!chosen.isEmpty()) return chosen.first()->data(0, Qt::UserRole);
@@ -215,7 +220,7 @@ QVariant ConsoleWindow::Answer() const {
 
 void ConsoleWindow::cmOk_Click() {
   QVariant answer = Answer();
-  if (!request_->Text(u"Folder").isEmpty() && !answer.toString().isEmpty()) {
+  if (ConsoleRequest(*request_).AsksForFolder() && !answer.toString().isEmpty()) {
     const QString folder = AskFolder(
         context_, this, FileTask::SaveAttachment,
         Ui::tr("フォルダの選択") + QStringLiteral(" - ") + Ui::tr("フォルダを選択してください。"));
@@ -238,17 +243,16 @@ void ConsoleWindow::reject() {
 
 namespace {
 
-using Values = std::initializer_list<std::pair<const char16_t*, QVariant>>;
-
-std::optional<QString> Ask(Context& context, QWidget* parent, const char16_t* mode,
-                           const QString& title, const QString& caption, Values values) {
-  auto request = std::make_shared<Disk>(context.Data.NewSerialID());
-  request->Let(QStringLiteral("Mode"), QString::fromUtf16(mode));
-  request->Let(QStringLiteral("Title"), title);
-  if (!caption.isEmpty()) request->Let(QStringLiteral("Caption"), caption);
-  for (const auto& [key, value] : values) request->Let(QString::fromUtf16(key), value);
+// `fill` says what is asked in that mode.
+std::optional<QString> Ask(Context& context, QWidget* parent, Mode mode, const QString& title,
+                           const QString& caption,
+                           const std::function<void(ConsoleRequest&)>& fill) {
+  const auto bag = std::make_shared<Disk>(context.Data.NewSerialID());
+  ConsoleRequest request(*bag);
+  request.Begin(mode, title, caption);
+  fill(request);
   ConsoleWindow window(context, parent);
-  window.LoadDefaultProperty(request);
+  window.LoadDefaultProperty(bag);
   window.exec();
   const ProfileBag session(*context.Session);
   if (session.IsCancelled()) return std::nullopt;
@@ -260,36 +264,47 @@ std::optional<QString> Ask(Context& context, QWidget* parent, const char16_t* mo
 std::optional<QString> InputText(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& text,
                                  const QString& passwordCharacter) {
-  return Ask(context, parent, u"text", title, caption,
-             {{u"Default", text}, {u"PasswordChar", passwordCharacter}});
+  return Ask(context, parent, Mode::Text, title, caption, [&](ConsoleRequest& request) {
+    request.SetInitial(text);
+    request.SetMask(passwordCharacter);
+  });
 }
 
 std::optional<QString> InputPassword(Context& context, QWidget* parent, const QString& title,
                                      const QString& caption, bool takesKeys) {
-  return Ask(context, parent, u"text", title, caption,
-             {{u"PasswordChar", QStringLiteral("*")}, {u"TakesKeys", takesKeys}});
+  return Ask(context, parent, Mode::Text, title, caption, [&](ConsoleRequest& request) {
+    request.SetMask(QStringLiteral("*"));
+    request.SetTakesKeys(takesKeys);
+  });
 }
 
 std::optional<QString> InputSlider(Context& context, QWidget* parent, const QString& title,
                                    const QString& caption, qint32 position, qint32 step,
                                    qint32 minimum, qint32 maximum) {
-  return Ask(context, parent, u"slider", title, caption,
-             {{u"Default", position}, {u"Split", step}, {u"Min", minimum}, {u"Max", maximum}});
+  return Ask(context, parent, Mode::Slider, title, caption, [&](ConsoleRequest& request) {
+    request.SetInitial(position);
+    request.SetRange(minimum, maximum, step);
+  });
 }
 
 std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& draw, const QString& key,
                                  const QString& another) {
-  return Ask(context, parent, u"treeview", title, caption,
-             {{u"draw", draw}, {u"Default", key}, {u"Another", another}});
+  return Ask(context, parent, Mode::Tree, title, caption, [&](ConsoleRequest& request) {
+    request.SetObjects(draw);
+    request.SetInitial(key);
+    request.SetAnother(another);
+  });
 }
 
 std::optional<QString> InputList(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& chosen,
                                  const QString& entries, bool several, const QString& folder) {
-  return Ask(
-      context, parent, u"listview", title, caption,
-      {{u"Default", chosen}, {u"List", entries}, {u"MultiSelect", several}, {u"Folder", folder}});
+  return Ask(context, parent, Mode::List, title, caption, [&](ConsoleRequest& request) {
+    request.SetInitial(chosen);
+    request.SetEntries(entries, several);
+    request.SetFolder(folder);
+  });
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <optional>
 
+#include "auxiliary/window/console_request.h"
 #include "storage/context.h"
 
 class QLabel;
@@ -23,8 +24,8 @@ class ConsoleWindow : public QDialog {
  public:
   explicit ConsoleWindow(Context& context, QWidget* parent = nullptr);
 
-  /// Shows the input that the request's "Mode" names, filled from its other keys.
-  void LoadDefaultProperty(const DiskPtr& request);
+  /// Shows the input that a `ConsoleRequest` asks for, filled as it says.
+  void LoadDefaultProperty(const DiskPtr& bag);
   void cmOk_Click();
 
  protected:
@@ -41,7 +42,7 @@ class ConsoleWindow : public QDialog {
 
   Context& context_;
   DiskPtr request_;
-  QString mode_;
+  ConsoleRequest::Mode mode_ = ConsoleRequest::Mode::Text;
   QLabel* label_;
   QLineEdit* text_;
   QWidget* sliderFrame_;

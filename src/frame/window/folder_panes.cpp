@@ -4,6 +4,7 @@
 #include "frame/window/console_tree.h"
 #include "kit/window/key_frame.h"
 #include "objects/object_types.h"
+#include "objects/placement.h"
 #include "present/window/browser_window.h"
 #include "storage/window/control_state.h"
 
@@ -12,8 +13,6 @@ namespace {
 
 constexpr int kTreeWidth = 210;
 constexpr int kLeastTreeWidth = 140;
-
-const QString kTree = QStringLiteral("tree");
 
 }  // namespace
 
@@ -53,12 +52,12 @@ bool FolderPanes::Refresh(const QString& serialId) {
 }
 
 void FolderPanes::LoadWidths(const QString& window, int width) {
-  const int treeWidth = PlacementBag(context_, window)->Number(kTree, kTreeWidth);
+  const int treeWidth = Placement(*PlacementBag(context_, window)).TreeWidth(kTreeWidth);
   setSizes({treeWidth, qMax(1, width - treeWidth)});
 }
 
 void FolderPanes::KeepWidths(const QString& window) const {
-  PlacementBag(context_, window)->Let(kTree, sizes().value(0, kTreeWidth));
+  Placement::SetTreeWidth(*PlacementBag(context_, window), sizes().value(0, kTreeWidth));
 }
 
 }  // namespace vorn

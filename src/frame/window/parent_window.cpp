@@ -75,7 +75,8 @@ ParentWindow::ParentWindow(Context& context)
   setStatusBar(sbStatus_);
   BuildMenus();
   auto* toolbar = new MainToolbar(panes_->Area(), opener_, pages_, this);
-  connect(toolbar, &MainToolbar::TrafficWanted, this, [this] { menuTools_Click(kToolsReceive); });
+  connect(toolbar, &MainToolbar::TrafficWanted, this,
+          [this] { menuTools_Click(ToolsEntry::Receive); });
   tbMain_ = toolbar;
   addToolBar(tbMain_);
   new ConsoleCommands(context_, *this, *panes_, windows_, opener_, pages_.Actions());
@@ -128,7 +129,7 @@ void ParentWindow::ConnectPieces() {
     }
   });
   connect(sbStatus_, &MainStatusBar::CancelClicked, this,
-          [this] { menuTools_Click(kToolsCancel); });
+          [this] { menuTools_Click(ToolsEntry::Cancel); });
   connect(&traffic_, &TrafficHost::Ticked, this, &ParentWindow::Tick);
   // The user would not learn of it.
   connect(&traffic_, &TrafficHost::ListsChanged, this, [this] { changes_.Note(); });
@@ -169,23 +170,23 @@ void ParentWindow::AskAtStart() {
   changes_.Note();
 }
 
-void ParentWindow::menuTools_Click(int index) {
-  switch (index) {
-    case kToolsReceive:
+void ParentWindow::menuTools_Click(ToolsEntry entry) {
+  switch (entry) {
+    case ToolsEntry::Receive:
       traffic_.SendAndReceive();
       break;
-    case kToolsRules:
+    case ToolsEntry::Rules:
       opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules, kShowModal, QString());
       break;
-    case kToolsSettings:
+    case ToolsEntry::Settings:
       opener_.OpenObject(fixed_serial::kSettings, fixed_serial::kSettings, kShowModal,
                          QStringLiteral("public"));
       break;
-    case kToolsCancel:
+    case ToolsEntry::Cancel:
       closing_.Stay();
       traffic_.Plan().Cancel();
       break;
-    default:
+    case ToolsEntry::Version:
       ShowBox(this, QMessageBox::Information,
               kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   }

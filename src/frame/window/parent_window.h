@@ -21,6 +21,8 @@ class QToolBar;
 
 namespace vorn {
 
+enum class ToolsEntry;
+
 /// The main window "parent". It arranges its pieces: the console tree and the area of the pages,
 /// the menus, the tool bar and the status bar, the requests and the mail traffic.
 class ParentWindow : public QMainWindow, public DispatchHost {
@@ -32,8 +34,7 @@ class ParentWindow : public QMainWindow, public DispatchHost {
 
   /// Fills the window after a login and opens the inbox.
   void LoadDefaultProperty();
-  /// The Tools menu's entry with that index (`ToolsEntry`); 0 is "send and receive messages".
-  void menuTools_Click(int index);
+  void menuTools_Click(ToolsEntry entry);
   /// Keeps what is being written and the state of the windows, and ends the traffic, without a
   /// question: the program is about to end.
   void KeepEverything();

@@ -8,15 +8,15 @@ namespace vorn {
 
 ToolsMenu::ToolsMenu(CheckPlan& plan, QWidget* parent) : QMenu(Ui::tr("ツール(&T)"), parent) {
   setObjectName(QStringLiteral("menuTools"));
-  QAction* receive = Add(kToolsReceive, Ui::tr("メッセージ送受信(&M)"));
+  QAction* receive = Add(ToolsEntry::Receive, Ui::tr("メッセージ送受信(&M)"));
   receive->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
   receive->setObjectName(first_step::kReceive);
-  QAction* cancel = Add(kToolsCancel, Ui::tr("送受信の中止(&C)"));
-  Add(kToolsRules, Ui::tr("メッセージ条件(&R).."));
+  QAction* cancel = Add(ToolsEntry::Cancel, Ui::tr("送受信の中止(&C)"));
+  Add(ToolsEntry::Rules, Ui::tr("メッセージ条件(&R).."));
   addSeparator();
-  Add(kToolsSettings, Ui::tr("設定(&O).."));
+  Add(ToolsEntry::Settings, Ui::tr("設定(&O).."));
   addSeparator();
-  version_ = Add(kToolsVersion, Ui::tr("バージョン情報(&V).."));
+  version_ = Add(ToolsEntry::Version, Ui::tr("バージョン情報(&V).."));
   connect(this, &QMenu::aboutToShow, this, [&plan, cancel] { cancel->setEnabled(plan.HasWork()); });
 }
 

@@ -6,8 +6,8 @@ namespace vorn {
 
 class CheckPlan;
 
-/// The entries of the Tools menu by their indexes.
-enum ToolsEntry { kToolsReceive = 0, kToolsCancel, kToolsRules, kToolsSettings, kToolsVersion };
+/// The entries of the Tools menu.
+enum class ToolsEntry { Receive, Cancel, Rules, Settings, Version };
 
 /// The menu "menuTools".
 class ToolsMenu : public QMenu {
@@ -20,7 +20,7 @@ class ToolsMenu : public QMenu {
   QAction* Version() const { return version_; }
 
  Q_SIGNALS:
-  void Clicked(int index);
+  void Clicked(ToolsEntry entry);
 
  private:
   QAction* Add(ToolsEntry entry, const QString& text);

@@ -2,10 +2,11 @@
 
 #include "kit/window/icons.h"
 
-#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <algorithm>
+#include <iterator>
 
 namespace vorn {
 namespace {
@@ -114,24 +115,65 @@ void DrawBadge(QPainter& painter, const QColor& color) {
   painter.drawEllipse(QRectF(8, 8, 7.5, 7.5));
 }
 
+struct Picture {
+  QLatin1String key;
+  void (*draw)(QPainter& painter);
+};
+
+const Picture kPictures[] = {
+    {QLatin1String("folder"), [](QPainter& p) { DrawFolder(p, kAmber); }},
+    {QLatin1String("static"), [](QPainter& p) { DrawFolder(p, kAmber); }},
+    {QLatin1String("active"), [](QPainter& p) { DrawFolder(p, kBlue.lighter(140)); }},
+    {QLatin1String("activedown"),
+     [](QPainter& p) {
+       DrawFolder(p, kAmber);
+       DrawArrow(p, kBlue, true);
+     }},
+    {QLatin1String("activeup"),
+     [](QPainter& p) {
+       DrawFolder(p, kAmber);
+       DrawArrow(p, kGreen, false);
+     }},
+    {QLatin1String("activewait"),
+     [](QPainter& p) {
+       DrawFolder(p, kAmber);
+       DrawSheet(p, kGray);
+     }},
+    {QLatin1String("dust"), [](QPainter& p) { DrawDust(p); }},
+    {QLatin1String("account"), [](QPainter& p) { DrawPerson(p, kBlue); }},
+    {QLatin1String("profile"), [](QPainter& p) { DrawPerson(p, kGreen); }},
+    {QLatin1String("book"),
+     [](QPainter& p) {
+       DrawSheet(p, kGreen);
+       DrawPerson(p, kGreen);
+     }},
+    {QLatin1String("bookmark"), [](QPainter& p) { DrawStar(p); }},
+    {QLatin1String("maildown"),
+     [](QPainter& p) {
+       DrawEnvelope(p);
+       DrawArrow(p, kBlue, true);
+     }},
+    {QLatin1String("mailup"),
+     [](QPainter& p) {
+       DrawEnvelope(p);
+       DrawArrow(p, kGreen, false);
+     }},
+    {QLatin1String("replay"), [](QPainter& p) { DrawAnswer(p, kGreen, true, false); }},
+    {QLatin1String("replayall"), [](QPainter& p) { DrawAnswer(p, kGreen, true, true); }},
+    {QLatin1String("forward"), [](QPainter& p) { DrawAnswer(p, kBlue, false, false); }},
+    {QLatin1String("file"),
+     [](QPainter& p) {
+       DrawFolder(p, kAmber);
+       DrawArrow(p, kBlue, true);
+     }},
+    {QLatin1String("mail"), [](QPainter& p) { DrawEnvelope(p); }},
+    {QLatin1String("event"), [](QPainter& p) { DrawSheet(p, kGray); }},
+};
+
 void DrawCategory(QPainter& painter, const QString& key) {
-  if (key == u"folder" || key == u"static") return DrawFolder(painter, kAmber);
-  if (key == u"active") return DrawFolder(painter, kBlue.lighter(140));
-  if (key == u"activedown") return DrawFolder(painter, kAmber), DrawArrow(painter, kBlue, true);
-  if (key == u"activeup") return DrawFolder(painter, kAmber), DrawArrow(painter, kGreen, false);
-  if (key == u"activewait") return DrawFolder(painter, kAmber), DrawSheet(painter, kGray);
-  if (key == u"dust") return DrawDust(painter);
-  if (key == u"account") return DrawPerson(painter, kBlue);
-  if (key == u"profile") return DrawPerson(painter, kGreen);
-  if (key == u"book") return DrawSheet(painter, kGreen), DrawPerson(painter, kGreen);
-  if (key == u"bookmark") return DrawStar(painter);
-  if (key == u"maildown") return DrawEnvelope(painter), DrawArrow(painter, kBlue, true);
-  if (key == u"mailup") return DrawEnvelope(painter), DrawArrow(painter, kGreen, false);
-  if (key == u"replay") return DrawAnswer(painter, kGreen, true, false);
-  if (key == u"replayall") return DrawAnswer(painter, kGreen, true, true);
-  if (key == u"forward") return DrawAnswer(painter, kBlue, false, false);
-  if (key == u"file") return DrawFolder(painter, kAmber), DrawArrow(painter, kBlue, true);
-  if (key == u"mail") return DrawEnvelope(painter);
+  const auto* picture = std::ranges::find(kPictures, key, &Picture::key);
+  if (picture != std::end(kPictures)) return picture->draw(painter);
+  if (!key.isEmpty()) qWarning("There is no picture \"%s\".", qPrintable(key));
   DrawSheet(painter, kGray);
 }
 

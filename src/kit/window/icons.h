@@ -7,8 +7,9 @@ namespace vorn {
 
 /// The main window's pictures by their keys: "folder", "activedown", "activeup", "activewait",
 /// "dust", "static", "active", "account", "bookmark", "book", "event", "profile", "maildown",
-/// "mailup", "infomation", "error". A category followed by a level name ("accounterror") gives the
-/// level's picture laid over the category's. An unknown key gives a plain sheet.
+/// "mailup", "mail", "replay", "replayall", "forward", "file", "infomation", "error". A category
+/// followed by a level name ("accounterror") gives the level's picture laid over the category's. An
+/// unknown key gives a plain sheet and a warning, an empty one the sheet alone.
 QIcon Icon(const QString& key);
 
 }  // namespace vorn

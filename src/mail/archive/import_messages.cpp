@@ -31,10 +31,11 @@ QString ImportId(const QByteArray& source) {
 }
 
 // An imported message's bag, under the time at which it arrived.
-void FillMessage(Disk& message, const QByteArray& source, const QString& id, int status) {
+void FillMessage(Disk& message, const QByteArray& source, const QString& id,
+                 MessageBag::State state) {
   MessageBag::SetMessageId(message, id);
   MessageBag::SetFlags(message, QStringLiteral("000"));
-  MessageBag::SetStatus(message, status);
+  MessageBag::SetState(message, state);
   const QDateTime date = MessageDate(source);
   if (date.isValid()) MessageBag::SetTimestamp(message, StoredTimeText(date));
 }
@@ -71,7 +72,7 @@ class Importer {
       return {};
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
-    FillMessage(message, source, id, kStatusReceived);
+    FillMessage(message, source, id, {kStatusReceived});
     MessageBag::SetFolders(message, folder_);
     group_.Add(source.size());
     const Result<MailStore::Received> received = store_.StoreReceived(message, source);
@@ -184,7 +185,7 @@ Result<QString> TakeMessageFile(Context& context, const QString& path) {
   }
   if (!known.isEmpty()) return known;
   Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));
-  FillMessage(message, source, id, -kStatusReceived);
+  FillMessage(message, source, id, {kStatusReceived, true});
   const Result<QString> stored = MailStore(context).StoreMessage(message, source);
   if (!stored) return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
   return stored;

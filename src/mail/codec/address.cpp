@@ -262,6 +262,12 @@ bool IsMailAddress(const QString& text) {
            !domain.endsWith(u'.') && !domain.contains(QStringView(u".."))));
 }
 
+bool HasKind(const QList<AddressEntry>& addresses, QStringView kind) {
+  return std::any_of(addresses.begin(), addresses.end(), [kind](const AddressEntry& entry) {
+    return entry.kind.compare(kind, Qt::CaseInsensitive) == 0;
+  });
+}
+
 QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
   QStringList items{typed};
   for (const QChar separator : QStringLiteral("\n,;、，；")) {

@@ -40,6 +40,9 @@ AddressEntry WithWholeAddress(const AddressEntry& entry);
 /// longer than a server has to take (RFC 5321 section 4.5.3.1.3).
 bool IsMailAddress(const QString& text);
 
+/// Whether one of the entries is of that kind, in whichever case.
+bool HasKind(const QList<AddressEntry>& addresses, QStringView kind);
+
 /// What a user typed as one recipient or several, which commas, semicolons (Japanese ones too),
 /// line breaks or, between bare addresses, blanks separate: "name <address>", "address (name)" or
 /// an address alone, also in the wide forms of an input method. A separator counts only where all

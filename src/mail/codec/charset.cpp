@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/iconv_decoder.h"
 #include "mail/codec/icu_converter.h"
@@ -176,17 +177,6 @@ bool ShiftsByEscapes(const Charset& charset) {
          (charset.family == Family::Other && charset.icuName.toLower().startsWith("iso-2022"));
 }
 
-bool IsHigh(char byte) {
-  return (byte & 0x80) != 0;
-}
-
-// Without a branch for each byte, as long texts have none as a rule.
-bool HasHighBytes(QByteArrayView bytes) {
-  char bits = 0;
-  for (const char byte : bytes) bits = static_cast<char>(bits | byte);
-  return IsHigh(bits);
-}
-
 // Hardly anything but UTF-8 is well-formed UTF-8 with Japanese in it, whatever it is declared as.
 bool IsUtf8Instead(const Charset& charset, QByteArrayView bytes) {
   const bool mayBe = charset.family == Family::ShiftJis || charset.family == Family::Euc ||
@@ -231,7 +221,7 @@ bool HasKana(const QString& text) {
 // Western words have a few letters over ASCII each; Japanese text has little else.
 bool IsMostlyEightBit(QByteArrayView bytes) {
   const auto letters = std::count_if(bytes.begin(), bytes.end(), [](char c) { return c != ' '; });
-  return std::count_if(bytes.begin(), bytes.end(), IsHigh) * 5 >= letters * 3;
+  return std::count_if(bytes.begin(), bytes.end(), IsHighByte) * 5 >= letters * 3;
 }
 
 // The codes that programs declare which know of no other.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/reading_cost.h"
 
 namespace vorn {
@@ -29,10 +30,6 @@ bool AnyEscape(QByteArrayView bytes, IsWanted isWanted) {
 
 constexpr qsizetype kSurelyWords = 8;
 constexpr qsizetype kRareShare = 6;  // of the kana that are halves of them
-
-bool IsHalfKana(QChar c) {
-  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
-}
 
 // Whether a kana stands where it may: a voicing mark behind one that has a voiced form, ｬ, ｭ and ｮ
 // behind those that they go with, and none that no word begins with (small ones, ｰ and ﾝ) at the
@@ -177,8 +174,7 @@ Charset LikeliestCharset(QByteArrayView bytes, bool hasJisEscape, bool atCut) {
   consider(western, WesternCost(Decode(western, bytes).text));
 
   constexpr int kStrange = 11;
-  const auto high =
-      std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  const auto high = std::count_if(bytes.begin(), bytes.end(), IsHighByte);
   const qsizetype plain = bytes.size() - high;
   const bool isStrange = bestCost - plain * 5 > high * kStrange;
   return isStrange && best.family != Family::Jis ? Charset() : best;
@@ -196,8 +192,7 @@ Charset RecognizeCharset(QByteArrayView bytes, bool atCut) {
   const QByteArrayView sample = Telling(bytes, kSampleBytes);
   atCut = atCut || sample.end() != bytes.end();
   bytes = sample;
-  const bool hasHighBytes =
-      std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  const bool hasHighBytes = std::any_of(bytes.begin(), bytes.end(), IsHighByte);
   const bool hasJisEscape = HasJisEscape(bytes);
   if (hasJisEscape && (!hasHighBytes || Decode({Family::Jis, {}}, bytes, atCut).clean)) {
     return {Family::Jis, {}};

@@ -15,7 +15,7 @@
 namespace vorn::MimeCodec {
 namespace {
 
-constexpr size_t kMaxDepth = 100;
+constexpr size_t kMaxPartDepth = 100;
 constexpr size_t kMaxParts = 10000;
 
 const QString kRecordSeparator = QStringLiteral("\r\n");
@@ -96,7 +96,7 @@ class ContentReader {
       if (!used.isEmpty()) boundary = used;
     }
     if (record.type.startsWith(u"multipart/")) {
-      if (!boundary.isEmpty() && stack_.size() < kMaxDepth) {
+      if (!boundary.isEmpty() && stack_.size() < kMaxPartDepth) {
         stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
         return;
       }

@@ -6,6 +6,8 @@
 #include <array>
 #include <memory>
 
+#include "mail/codec/character_kinds.h"
+
 namespace vorn {
 namespace {
 
@@ -33,10 +35,6 @@ bool IsSafe(const QString& address) {
     return c.isSpace() || c == u'<' || c == u'>' || category == QChar::Other_Control ||
            category == QChar::Other_Format;
   }) && address.isValidUtf16();
-}
-
-bool IsAscii(const QString& text) {
-  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
 // Comments and source routes (RFC 5321 section 4.1.2) are no address, nor is a name without a

@@ -2,12 +2,12 @@
 
 namespace vorn {
 
-QString GetFlagChar(const QString& flags, int position, const QString& fallback) {
-  return position >= 1 && position <= flags.size() ? flags.mid(position - 1, 1) : fallback;
+QString GetFlagChar(const QString& flags, FlagPosition position, const QString& fallback) {
+  return position <= flags.size() ? flags.mid(position - 1, 1) : fallback;
 }
 
-QString SetFlagChar(const QString& flags, int position, const QString& value) {
-  if (value.isEmpty() || position < 1) return flags;
+QString SetFlagChar(const QString& flags, FlagPosition position, const QString& value) {
+  if (value.isEmpty()) return flags;
   QString result = flags.leftJustified(position, u'0');
   bool isNumber = false;
   const double number = value.toDouble(&isNumber);

@@ -2,19 +2,9 @@
 
 #include <QString>
 
-namespace vorn {
+#include "storage/message_state.h"
 
-/// Positions of a message's flag string, counted from 1. What the message itself says ends with the
-/// attachments; behind that stands what the user did with it.
-enum FlagPosition {
-  kFlagCode = 1,
-  kFlagPriority,
-  kFlagNew,
-  kFlagAttachment,
-  kFlagAnswered,
-  kFlagForwarded,
-  kFlagStar
-};
+namespace vorn {
 
 /// How urgent a message is, by the characters of the flag string.
 enum class Priority { High = 1, Usual = 2, Low = 3 };
@@ -23,10 +13,10 @@ Priority PriorityIn(const QString& flags);
 QString SetPriority(const QString& flags, Priority priority);
 
 /// The character at a position, or `fallback` when the string is shorter.
-QString GetFlagChar(const QString& flags, int position, const QString& fallback);
+QString GetFlagChar(const QString& flags, FlagPosition position, const QString& fallback);
 
 /// The flags with a position set. A shorter string is first padded with "0". An empty value changes
 /// nothing; a number outside 0 to 9 and a text of several characters pad only.
-QString SetFlagChar(const QString& flags, int position, const QString& value);
+QString SetFlagChar(const QString& flags, FlagPosition position, const QString& value);
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/without_controls.h"
 
 namespace vorn::MimeCodec {
@@ -104,7 +105,7 @@ QByteArray QuotedWord(QStringView text, OutputCharset charset) {
   return word + "?=";
 }
 
-struct Piece {
+struct EncodedPiece {
   qsizetype length = 0;  // of the text
   QByteArray word;
 };
@@ -112,9 +113,10 @@ struct Piece {
 // The longest piece from `at` on whose word fits into `room`. Never ends inside a surrogate pair.
 // Readers that join the bytes of adjacent words stop at the first base64 padding, so a word that
 // another one follows has none; where no length gives such a word, it is quoted instead.
-Piece LongestPiece(const QString& text, qsizetype at, OutputCharset charset, qsizetype room) {
-  Piece unpadded;
-  Piece quoted;
+EncodedPiece LongestPiece(const QString& text, qsizetype at, OutputCharset charset,
+                          qsizetype room) {
+  EncodedPiece unpadded;
+  EncodedPiece quoted;
   for (qsizetype next = at; next < text.size();) {
     next += text[next].isHighSurrogate() && next + 1 < text.size() ? 2 : 1;
     const QStringView piece = QStringView(text).sliced(at, next - at);
@@ -129,7 +131,7 @@ Piece LongestPiece(const QString& text, qsizetype at, OutputCharset charset, qsi
 
 void AddEncoded(Folder& folder, const QString& text, OutputCharset charset) {
   for (qsizetype at = 0; at < text.size();) {
-    Piece piece = LongestPiece(text, at, charset, std::min(folder.Room() - 1, kMaxWord));
+    EncodedPiece piece = LongestPiece(text, at, charset, std::min(folder.Room() - 1, kMaxWord));
     if (piece.length > 0) {
       folder.AddWord(piece.word);
     } else {
@@ -151,10 +153,6 @@ QByteArray EncodeRuns(const QByteArray& name, const QList<ValueRun>& runs, Outpu
     }
   }
   return folder.Take();
-}
-
-bool IsAscii(const QString& text) {
-  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
 // An ASCII name as it may stand before an address.

@@ -5,12 +5,10 @@
 #include <cstring>
 #include <optional>
 
+#include "mail/codec/character_kinds.h"
+
 namespace vorn::MimeCodec {
 namespace {
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 
 // The length of the field's name, blanks before the colon left out; -1 for a line that is no field.
 qsizetype NameLength(QByteArrayView field) {

@@ -13,7 +13,7 @@ namespace vorn {
 namespace {
 
 // The parser's time grows with the square of the depth.
-constexpr int kMaxDepth = 2000;
+constexpr int kMaxTreeDepth = 2000;
 constexpr int kOwnLevels = 10;  // that the parser adds: html, body, tbody ...
 
 // An end tag is not needed for these, so that they do not nest.
@@ -143,7 +143,7 @@ HtmlTree::HtmlTree() : arena_(std::make_unique<Arena>()) {}
 HtmlTree::~HtmlTree() = default;
 
 std::unique_ptr<HtmlTree> HtmlTree::Parse(const QByteArray& html) {
-  if (DepthOf(html) > kMaxDepth) return nullptr;
+  if (DepthOf(html) > kMaxTreeDepth) return nullptr;
   std::unique_ptr<HtmlTree> tree(new HtmlTree);
   GumboOptions options = kGumboDefaultOptions;
   options.allocator = [](void* memory, size_t bytes) {
@@ -154,7 +154,7 @@ std::unique_ptr<HtmlTree> HtmlTree::Parse(const QByteArray& html) {
   options.userdata = tree->arena_.get();
   const GumboOutput* parsed =
       gumbo_parse_with_options(&options, html.constData(), static_cast<size_t>(html.size()));
-  if (IsDeeper(parsed->root, kMaxDepth + kOwnLevels)) return nullptr;
+  if (IsDeeper(parsed->root, kMaxTreeDepth + kOwnLevels)) return nullptr;
   tree->root_ = &parsed->root->v.element;
   return tree;
 }

@@ -1,5 +1,6 @@
 #include "mail/codec/japanese_decoders.h"
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/code_page_932.h"
 #include "mail/codec/pair_runs.h"
@@ -7,10 +8,6 @@
 
 namespace vorn {
 namespace {
-bool IsHalfKana(QChar c) {
-  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
-}
-
 // Half-width kana come as words. One or two beside wide characters are what is left of those behind
 // a byte that was lost.
 bool HasStrayKana(QStringView text) {

@@ -47,12 +47,12 @@ ParsedCalendar::ParsedCalendar(const QString& calendar)
 namespace {
 
 // Calendars stand beside each other, or within each other where an end is missing.
-constexpr int kMaxDepth = 4;
+constexpr int kMaxCalendarDepth = 4;
 
 void Collect(icalcomponent* component, icalcomponent_kind kind, int depth,
              std::vector<icalcomponent*>& found) {
   if (icalcomponent_isa(component) == kind) found.push_back(component);
-  if (depth == kMaxDepth) return;
+  if (depth == kMaxCalendarDepth) return;
   for (icalcomponent* inner = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
        inner != nullptr; inner = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT)) {
     Collect(inner, kind, depth + 1, found);

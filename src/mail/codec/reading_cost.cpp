@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/code_page_932.h"
 
@@ -62,10 +63,6 @@ const std::vector<quint8>& Costs() {
     return table;
   }();
   return costs;
-}
-
-bool IsHalfKana(char16_t c) {
-  return c >= 0xFF61 && c <= 0xFF9F;
 }
 
 // The letters and signs over ASCII that Western texts have (windows-1252), by how usual they are.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/reading_cost.h"
 
@@ -17,13 +18,8 @@ bool IsShort(QByteArrayView bytes) {
   constexpr qsizetype kMostBytes = 256;
   constexpr qsizetype kMostHigh = 18;
   if (bytes.size() > kMostBytes) return false;
-  const auto high =
-      std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  const auto high = std::count_if(bytes.begin(), bytes.end(), IsHighByte);
   return high > 0 && high <= kMostHigh;
-}
-
-bool IsHalfKana(QChar c) {
-  return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
 }
 
 bool HasHalfKana(const QString& text) {

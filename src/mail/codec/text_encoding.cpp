@@ -28,13 +28,13 @@ bool IsJisX0208(RowCell place) {
 
 // What one character becomes; the code of JIS X 0208 is given with both bytes from 0x21.
 enum class Set { Ascii, HalfKana, Kanji, None };
-struct Piece {
+struct OutputPiece {
   Set set = Set::None;
   unsigned char first = 0;
   unsigned char second = 0;
 };
 
-Piece PieceOf(QChar c) {
+OutputPiece PieceOf(QChar c) {
   if (c.unicode() < 0x80) return {Set::Ascii, static_cast<unsigned char>(c.unicode()), 0};
   const unsigned code = CodePage932::Instance().ToCode(c.unicode());
   // A backslash or tilde that stands for another sign would come back as itself.
@@ -53,7 +53,7 @@ bool AppendJis(QStringView text, QByteArray& bytes) {
     set = wanted;
   };
   for (const QChar c : text) {
-    const Piece piece = PieceOf(c);
+    const OutputPiece piece = PieceOf(c);
     if (piece.set == Set::Ascii) {
       use(Set::Ascii, "\x1B(B");
       bytes += static_cast<char>(piece.first);
@@ -71,7 +71,7 @@ bool AppendJis(QStringView text, QByteArray& bytes) {
 
 bool AppendEuc(QStringView text, QByteArray& bytes) {
   for (const QChar c : text) {
-    const Piece piece = PieceOf(c);
+    const OutputPiece piece = PieceOf(c);
     switch (piece.set) {
       case Set::Ascii:
         bytes += static_cast<char>(piece.first);

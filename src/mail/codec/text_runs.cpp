@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/charset.h"
 #include "mail/codec/charset_recognition.h"
 #include "mail/codec/reading_cost.h"
@@ -10,10 +11,6 @@ namespace vorn {
 namespace {
 
 using Family = Charset::Family;
-
-bool HasHighBytes(QByteArrayView bytes) {
-  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
-}
 
 // A run in whichever code it is surely in.
 std::optional<QString> ReadRun(QByteArrayView run, bool atCut) {

@@ -37,7 +37,7 @@ TransferEncoding TransferEncodingOf(QByteArrayView name) {
 
 namespace {
 
-bool IsBlank(char c) {
+bool IsBlankOrBreak(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
@@ -49,7 +49,7 @@ bool IsBase64Digit(char c) {
 // Of the first line that is not blank, and how long that is.
 qsizetype ForeignInLine(QByteArrayView bytes, qsizetype* length) {
   qsizetype begin = 0;
-  while (begin < bytes.size() && IsBlank(bytes[begin])) ++begin;
+  while (begin < bytes.size() && IsBlankOrBreak(bytes[begin])) ++begin;
   const qsizetype found = bytes.indexOf('\n', begin);
   const QByteArrayView line =
       bytes.sliced(begin, (found < 0 ? bytes.size() : found) - begin).trimmed();
@@ -78,7 +78,7 @@ bool IsQuoted(QByteArrayView bytes) {
 // Behind the padding any line that is no base64 is another's.
 qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
   qsizetype end = bytes.indexOf('=', from);
-  while (end >= 0 && end < bytes.size() && (bytes[end] == '=' || IsBlank(bytes[end]))) ++end;
+  while (end >= 0 && end < bytes.size() && (bytes[end] == '=' || IsBlankOrBreak(bytes[end]))) ++end;
   return end < 0 ? bytes.size() : end;
 }
 

@@ -2,16 +2,13 @@
 
 #include <algorithm>
 
+#include "mail/codec/character_kinds.h"
 #include "mail/codec/reading_cost.h"
 
 namespace vorn {
 namespace {
 
 constexpr char16_t kNoBreakSpace = 0xA0;
-
-bool IsHalfKana(char16_t c) {
-  return c >= 0xFF61 && c <= 0xFF9F;
-}
 
 // Half-width kana are what Western letters give, and the same sign again and again proves nothing.
 bool HasJapaneseWords(const QString& text) {

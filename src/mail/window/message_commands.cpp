@@ -397,7 +397,7 @@ QList<MessageCommand> ViewEntries() {
   };
 }
 
-QList<MessageCommand> Buttons() {
+QList<MessageCommand> CommandBarButtons() {
   using enum CommandPlace;
   return {
       {CommandBar,
@@ -436,6 +436,12 @@ QList<MessageCommand> Buttons() {
         .icon = Picture(QStyle::SP_FileDialogDetailedView),
         .opens = EditMenu,
         .isShown = IsWritten}},
+  };
+}
+
+QList<MessageCommand> ReadingBarButtons() {
+  using enum CommandPlace;
+  return {
       {ReadingBar,
        Ui::tr("全員に返信"),
        TurnInto<OpenMode::ReplyAll>,
@@ -470,7 +476,7 @@ QList<MessageCommand> Buttons() {
 
 QList<MessageCommand> MessageCommands() {
   return FileEntries() + MessagesEntries() + EditEntries() + EditingEntries() + ViewEntries() +
-         Buttons();
+         CommandBarButtons() + ReadingBarButtons();
 }
 
 }  // namespace vorn

@@ -20,15 +20,6 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-bool HasKind(const QList<AddressEntry>& addresses, std::initializer_list<QStringView> kinds) {
-  return std::any_of(addresses.begin(), addresses.end(), [&kinds](const AddressEntry& entry) {
-    return std::find(kinds.begin(), kinds.end(), QStringView(entry.kind)) != kinds.end();
-  });
-}
-
-}  // namespace
 
 MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocument& document,
                                MessageForm& form, DoubtBar& bar, QWidget& window)
@@ -39,10 +30,10 @@ MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocum
 
 QString MessageSending::Missing() const {
   const QList<AddressEntry> addresses = form_.Addresses().Addresses();
-  if (!HasKind(addresses, {u"TO", u"CC", u"BC"})) {
+  if (!HasKind(addresses, u"TO") && !HasKind(addresses, u"CC") && !HasKind(addresses, u"BC")) {
     return Ui::tr("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
   }
-  if (!HasKind(addresses, {u"FROM"})) {
+  if (!HasKind(addresses, u"FROM")) {
     return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
   }
   return form_.Addresses().FirstFault();
@@ -96,7 +87,7 @@ void MessageSending::Send() {
                  "送信してよろしいですか？"))) {
     return;
   }
-  const int before = document_.BeginSending();
+  const MessageBag::State before = document_.BeginSending();
   if (window_.close()) {
     new SecondClick(SecondClick::Lasts::UntilMoved);
     return;
@@ -126,10 +117,14 @@ void MessageSending::Cancel() {
               Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (!MailStore(context_).CancelWaiting(*document_.Bag())) {
+  const Result<> cancelled = MailStore(context_).CancelWaiting(*document_.Bag());
+  if (cancelled.Error().kind == StorageError::Kind::NotFound) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
                    "います）。"));
+  } else if (!cancelled) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("送信をキャンセルできませんでした。") + cancelled.Error().text);
   }
   host_.MessageStored();
   Q_EMIT AnewWanted();

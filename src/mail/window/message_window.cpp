@@ -140,7 +140,7 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   if (!document_.IsUnreadable() && sending_->Missing().isEmpty()) {
     document_.BeginSending();
     if (closing_.Close()) return false;
-    document_.EndSending(kStatusEdit);
+    document_.EndSending({kStatusEdit});
   }
   WindowRequest::SetShow(*request, kShowModeless);  // for the user to see why
   SetEdited(true);                                  // it was to go out

@@ -96,7 +96,7 @@ DiskPtr ReadingPane::NewRequest() const {
 }
 
 void ReadingPane::FollowEdits() {
-  if (serialId_.isEmpty() || qAbs(MessageBag(*request_).Status()) == kStatusReceived) return;
+  if (serialId_.isEmpty() || MessageBag(*request_).Status() == kStatusReceived) return;
   const DiskPtr request = NewRequest();
   OpenedMessage now = LookAtMessage(context_, *request);
   if (now.source.isEmpty() || now.source == opened_.source) return;

@@ -10,6 +10,7 @@
 #include "kit/window/text_box.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
+#include "storage/shown_text.h"
 #include "storage/ui.h"
 #include "transfer/known_providers.h"
 #include "transfer/trusted_certificates.h"
@@ -29,11 +30,6 @@ constexpr int kFoundLines = 2;
 constexpr int kSignatureLines = 5;
 constexpr qsizetype kShownDigits = 16;
 
-bool HasControlCharacter(const QString& text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
-}
-
 // As it is typed while an input method is on: in full-width characters, with blanks around.
 void Narrow(QLineEdit& box) {
   box.setText(box.text().normalized(QString::NormalizationForm_KC).trimmed());
@@ -46,7 +42,7 @@ void Narrow(QLineEdit& box) {
 AccountPage::AccountPage()
     : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")), lookup_(new ServerLookup(this)) {
   txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
-  txDisplay_ = AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
+  AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
   AddLookup();
   auto* signature = new TextBox(this);
   signature->setObjectName(QStringLiteral("txSignature"));

@@ -27,7 +27,6 @@ class AccountPage : public FormPage {
   bool Propose(const MailServers& servers);
 
   QLineEdit* txMailaddress_;
-  QLineEdit* txDisplay_;
   QString answered_;  // the address for which servers were proposed
   QPushButton* find_ = nullptr;
   QLabel* result_ = nullptr;

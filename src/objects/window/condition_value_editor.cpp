@@ -10,6 +10,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "storage/message_state.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -24,15 +25,15 @@ constexpr int kDefaultDays = 7;
 
 // The states' names differ from the commands of the same word in other languages.
 constexpr struct {
-  int value;
+  MessageStatus value;
   struct {
     const char* source;
     const char* comment;
   } text;
-} kStatuses[] = {{1, QT_TRANSLATE_NOOP3("vorn::Ui", "編集", "state")},
-                 {2, QT_TRANSLATE_NOOP3("vorn::Ui", "待ち", "state")},
-                 {3, QT_TRANSLATE_NOOP3("vorn::Ui", "送信", "state")},
-                 {4, QT_TRANSLATE_NOOP3("vorn::Ui", "受信", "state")}};
+} kStatuses[] = {{kStatusEdit, QT_TRANSLATE_NOOP3("vorn::Ui", "編集", "state")},
+                 {kStatusWaiting, QT_TRANSLATE_NOOP3("vorn::Ui", "待ち", "state")},
+                 {kStatusSent, QT_TRANSLATE_NOOP3("vorn::Ui", "送信", "state")},
+                 {kStatusReceived, QT_TRANSLATE_NOOP3("vorn::Ui", "受信", "state")}};
 
 template <typename Editor>
 const Editor& As(const QWidget& editor) {
@@ -122,6 +123,15 @@ QStringList DaysOf(const QWidget& editor) {
   return others.isEmpty() ? QStringList{QString::number(-As<QSpinBox>(editor).value())} : others;
 }
 
+// A cell without an editor.
+QWidget* MakeNothing(const Context&, const QStringList&, const Touched&) {
+  return new QWidget;
+}
+
+QStringList Nothing(const QWidget&) {
+  return {};
+}
+
 }  // namespace
 
 ConditionValueEditor EditorOf(ConditionValue value) {
@@ -134,6 +144,8 @@ ConditionValueEditor EditorOf(ConditionValue value) {
       return {MakeStates, StatesOf};
     case ConditionValue::Days:
       return {MakeDays, DaysOf};
+    case ConditionValue::None:
+      return {MakeNothing, Nothing};
   }
   return {};
 }

@@ -10,11 +10,10 @@
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "objects/any_object.h"
+#include "objects/folder_count.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "storage/condition_limit.h"
-#include "storage/databases.h"
-#include "storage/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -39,15 +38,9 @@ QString MatchesText(int count) {
 Matches CountMatches(Context& context, const Disk& folder, int limitMs) {
   Matches matches;
   const ConditionLimit limit(limitMs);
-  const QString counting = FolderSqlBuilder(context).Query(folder).Counting();
-  const OpenedDatabase mail(context, DatabaseKind::Mail);
-  const Result<> counted =
-      mail ? ResultOf(context.Data, context.Data.OpenRecordset(counting, CursorKind::ForwardOnly,
-                                                               StatementTrust::UserCondition) &&
-                                        !context.Data.Recordset()->Failed())
-           : mail.Error();
+  const Result<int> counted = CountMessages(context, FolderSqlBuilder(context).Query(folder));
   if (counted) {
-    matches.count = context.Data.Recordset()->Fields(u"N").toInt();
+    matches.count = *counted;
   } else {
     matches.error = counted.Error().text;
     matches.tookLong = limit.IsReached();

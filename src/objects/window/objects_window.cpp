@@ -113,9 +113,9 @@ void ObjectsWindow::SetObjectText(const QString& text) {
 
 bool ObjectsWindow::Save() {
   const DiskPtr bag = Edited();
-  const QString taken = ValidateObject(GetContext().Objects, *bag);
-  if (!taken.isEmpty()) {
-    Tell({taken, file_->Name()}, file_);
+  const Result<> valid = ValidateObject(GetContext().Objects, *bag);
+  if (!valid) {
+    Tell({valid.Error().text, file_->Name()}, file_);
     return false;
   }
   const Result<> changed = profile_ != nullptr ? profile_->ChangePassword(*bag) : Result<>();

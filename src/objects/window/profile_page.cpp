@@ -40,6 +40,23 @@ QString FileName(const QString& stored) {
   return stored.section(u'\\', -1).section(u'/', -1);
 }
 
+QTableWidget* MakeFileList(QWidget* parent) {
+  auto* list = new QTableWidget(0, 2, parent);
+  list->setObjectName(QStringLiteral("lvHistory"));
+  list->setProperty("tag", QStringLiteral("text"));
+  list->setHorizontalHeaderLabels({Ui::tr("ファイル"), Ui::tr("状態")});
+  list->horizontalHeader()->setStretchLastSection(true);
+  list->setColumnWidth(0, 200);
+  list->verticalHeader()->hide();
+  list->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list->setSelectionMode(QAbstractItemView::SingleSelection);
+  list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list->setTabKeyNavigation(false);
+  list->setFixedHeight(kListHeight);
+  list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  return list;
+}
+
 }  // namespace
 
 ProfilePage::ProfilePage(Context& context, const QString& serialId)
@@ -48,19 +65,7 @@ ProfilePage::ProfilePage(Context& context, const QString& serialId)
       serialId_(serialId) {
   txProfile_ = AddHidden(QStringLiteral("txProfile"));
   txMail_ = AddHidden(QStringLiteral("txMail"));
-  lvHistory_ = new QTableWidget(0, 2, this);
-  lvHistory_->setObjectName(QStringLiteral("lvHistory"));
-  lvHistory_->setProperty("tag", QStringLiteral("text"));
-  lvHistory_->setHorizontalHeaderLabels({Ui::tr("ファイル"), Ui::tr("状態")});
-  lvHistory_->horizontalHeader()->setStretchLastSection(true);
-  lvHistory_->setColumnWidth(0, 200);
-  lvHistory_->verticalHeader()->hide();
-  lvHistory_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  lvHistory_->setSelectionMode(QAbstractItemView::SingleSelection);
-  lvHistory_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  lvHistory_->setTabKeyNavigation(false);
-  lvHistory_->setFixedHeight(kListHeight);
-  lvHistory_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  lvHistory_ = MakeFileList(this);
   Layout().addRow(Ui::tr("メッセージのデータベース(&B)"), lvHistory_);
 
   // Nobody takes the files from a profile whose password he was not asked for.

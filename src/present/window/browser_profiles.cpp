@@ -43,22 +43,25 @@ class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
 
 // The engine reads its options when the first profile is made. With this one, pages that offer a
 // dark scheme show it; others stay as they are.
-bool FollowColorScheme() {
+void FollowColorScheme() {
   constexpr int kMiddleGray = 128;
   const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
   const QByteArray options = qgetenv(variable);
   const QByteArray dark = "--force-dark-mode";
   const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightness() < kMiddleGray;
   if (isDark && !options.contains(dark)) qputenv(variable, options + ' ' + dark);
-  return isDark;
+}
+
+std::unique_ptr<QWebEngineProfile> FirstProfile() {
+  FollowColorScheme();
+  return std::make_unique<QWebEngineProfile>();
 }
 
 }  // namespace
 
 BrowserProfiles::BrowserProfiles(const QString& formerFolder)
-    : dark_(FollowColorScheme()),
-      pages_(std::make_unique<PageSource>()),
-      local_(std::make_unique<QWebEngineProfile>()),
+    : pages_(std::make_unique<PageSource>()),
+      local_(FirstProfile()),
       web_(std::make_unique<QWebEngineProfile>()),
       sites_(std::make_unique<AllowedSites>()) {
   local_->setUrlRequestInterceptor(new OnlyLocalFiles(local_.get()));

@@ -32,11 +32,7 @@ class BrowserProfiles {
 
   AllowedSites& Sites() const { return *sites_; }
 
-  /// Whether the program's windows are dark.
-  bool IsDark() const { return dark_; }
-
  private:
-  bool dark_;
   QString fontStyle_;
   std::unique_ptr<PageSource> pages_;
   std::unique_ptr<QWebEngineProfile> local_;

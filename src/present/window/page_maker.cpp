@@ -72,11 +72,9 @@ void PageMaker::MakeAnew(const std::function<void()>& make) {
 }
 
 PageMaker::Written PageMaker::Write() {
-  bool before = false;
-  bool next = false;
-  Result<QByteArray> bytes =
-      pages_.FolderPage(request_.Folder(), request_.Page(), before, next, request_.Search());
-  return {std::move(bytes), before, next, pages_.HasNone()};
+  auto made = pages_.FolderPage(request_.Folder(), request_.Page(), request_.Search());
+  if (!made) return {made.Error(), false, false, pages_.HasNone()};
+  return {std::move(made->content), made->hasBefore, made->hasNext, pages_.HasNone()};
 }
 
 // Nothing when it takes too long to find the folder's messages here.

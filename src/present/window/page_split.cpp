@@ -6,6 +6,7 @@
 #include "mail/window/message_host.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
+#include "objects/placement.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -15,10 +16,6 @@ constexpr int kPageShare = 45;  // percent
 constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
 constexpr int kLeastForBoth = 280;  // pixels
-
-QString ShareKey(Qt::Orientation orientation) {
-  return orientation == Qt::Vertical ? QStringLiteral("pageheight") : QStringLiteral("pagewidth");
-}
 
 }  // namespace
 
@@ -117,13 +114,13 @@ void PageSplit::Print(const QString& serialId) {
 void PageSplit::KeepShare() {
   const QList<int> shown = sizes();
   const int whole = qMax(1, shown.value(0) + shown.value(1));
-  PlacementBag(context_, kMainPlacement)
-      ->Let(ShareKey(orientation()), kWhole * shown.value(0) / whole);
+  Placement::SetPageShare(*PlacementBag(context_, kMainPlacement), orientation(),
+                          kWhole * shown.value(0) / whole);
 }
 
 void PageSplit::TakeShare() {
   const int kept =
-      PlacementBag(context_, kMainPlacement)->Number(ShareKey(orientation()), kPageShare);
+      Placement(*PlacementBag(context_, kMainPlacement)).PageShare(orientation(), kPageShare);
   const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
   // In parts of whatever there is.
   constexpr int kParts = 100;

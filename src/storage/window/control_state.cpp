@@ -23,12 +23,6 @@
 namespace vorn {
 namespace {
 
-const QString kPlaceLeft = QStringLiteral("left");  // of a placement
-const QString kPlaceTop = QStringLiteral("top");
-const QString kPlaceWidth = QStringLiteral("width");
-const QString kPlaceHeight = QStringLiteral("height");
-const QString kPlaceMaximized = QStringLiteral("maximized");
-
 constexpr int kPrefixLength = 2;
 constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
 constexpr QSize kDefaultSize(600, 400);
@@ -184,16 +178,15 @@ DiskPtr PlacementBag(Context& context, const QString& name) {
 
 void RestoreWindowPlacement(Context& context, QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
+  const Placement kept(*bag);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const int share = Placement(*bag).Share();
+  const int share = kept.Share();
   const QSize first =
       share > 0 ? (screen.size() * share / 100).expandedTo(kLeastShare) : kDefaultSize;
-  const QSize size =
-      QSize(bag->Number(kPlaceWidth, first.width()), bag->Number(kPlaceHeight, first.height()))
-          .boundedTo(screen.size());  // which may have shrunk, or be scaled
+  // The screen may have shrunk, or be scaled.
+  const QSize size = kept.Size(first).boundedTo(screen.size());
   const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
-  const QRect place(
-      QPoint(bag->Number(kPlaceLeft, centred.x()), bag->Number(kPlaceTop, centred.y())), size);
+  const QRect place(kept.Position(centred), size);
   window.resize(size);
   // A place on a screen that is gone would hide the window, one over the edge its buttons.
   if (!screen.intersects(place)) return window.move(centred);
@@ -202,29 +195,26 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
 }
 
 bool HasPlacement(Context& context, const QString& name) {
-  return PlacementBag(context, name)->Get(kPlaceWidth).isValid();
+  return Placement(*PlacementBag(context, name)).HasPlace();
 }
 
 bool WasMaximized(Context& context, const QString& name) {
-  return PlacementBag(context, name)->Flag(kPlaceMaximized);
+  return Placement(*PlacementBag(context, name)).IsMaximized();
 }
 
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
-  bag->Let(kPlaceMaximized, window.isMaximized());
+  Placement::SetMaximized(*bag, window.isMaximized());
   QRect place(window.pos(), window.size());
   if (window.isMaximized()) {
     place = window.normalGeometry();
-    const QRect kept(bag->Number(kPlaceLeft), bag->Number(kPlaceTop), bag->Number(kPlaceWidth),
-                     bag->Number(kPlaceHeight));
-    if (place == kept) return;  // it has been maximised from the start
+    const Placement kept(*bag);
+    if (place == QRect(kept.Position({0, 0}), kept.Size({0, 0})))
+      return;  // it has been maximised from the start
     // Windows are placed by their frame, which that geometry leaves out.
     place.translate(window.pos() - window.geometry().topLeft());
   }
-  bag->Let(kPlaceLeft, place.x());
-  bag->Let(kPlaceTop, place.y());
-  bag->Let(kPlaceWidth, place.width());
-  bag->Let(kPlaceHeight, place.height());
+  Placement::SetPlace(*bag, place);
 }
 
 }  // namespace vorn
