@@ -34,6 +34,7 @@ void PageChange::Keep(const std::function<void()>& make) {
 }
 
 void PageChange::AskPlace() {
+  if (isComing_) return;
   if (!queue_.HasPage()) return Make();
   if (!rows_.HasRows()) {
     place_.KeepEmpty();
@@ -80,7 +81,7 @@ void PageChange::EndReplacing(int version, int rows) {
 }
 
 void PageChange::BeginLoading(bool isPage) {
-  isPage_ = isPage;
+  isPage_ = isComing_ = isPage;
   replaced_ = {};
   isTold_ = false;
   sent_ = place_.Number();
@@ -89,16 +90,18 @@ void PageChange::BeginLoading(bool isPage) {
 
 // The engine forgets what it was asked when the document goes, which is what happens when the end
 // of an earlier loading is told: a place that was not put back is still wanted, and what was to
-// make the page anew does so now.
+// make the page anew does so now. One that has been ordered meanwhile is meant for that version.
 void PageChange::EndLoading() {
+  isComing_ = false;
   replaced_ = {};
   queue_.EndLoading();
   // The engine may have lost the profile's scripts, as when a process died or loads overlapped.
   queue_.RunFirst(PageScript());
-  const QString place = isPage_ ? place_.ForLoading() : QString();
+  const bool isSent = isPage_ && sent_ == place_.Number();
+  const QString place = isSent ? place_.ForLoading() : QString();
   if (!place.isEmpty()) {
     queue_.RunFirst(OnPage(QStringLiteral("restore(...%1)").arg(place)),
-                    [this, number = place_.Number()](const QVariant& done) {
+                    [this, number = sent_](const QVariant& done) {
                       if (done.toBool()) place_.Restored(number);
                     });
   }
@@ -122,25 +125,31 @@ void PageChange::Count() {
   });
 }
 
+// The page has been asked for its rows, and answers that first.
 void PageChange::Resume() {
-  if (make_) {
-    Keep(std::exchange(make_, {}));
-  } else {
-    queue_.Resume();
-  }
+  if (!make_) return queue_.Resume();
+  giveUpMaking_.start(kAnswerMs);
+  queue_.RunFirst(QStringLiteral("true"), [this](const QVariant&) {
+    if (make_ && !queue_.IsAlone()) AskPlace();
+  });
 }
 
 void PageChange::Detach() {
   LeavePlace();
   replaced_ = {};
-  isPage_ = false;
+  isPage_ = isComing_ = false;
   queue_.Shut();
   rows_.SetCount(0);
 }
 
+void PageChange::Rest() {
+  BeginLoading();
+  isComing_ = false;
+}
+
 void PageChange::Lose() {
   LeavePlace();
-  BeginLoading();
+  Rest();
   rows_.SetCount(0);
 }
 

@@ -17,7 +17,8 @@ class PageChange : public QObject {
   PageChange(PageQueue& queue, PageRows& rows, PagePlace& place);
 
   /// Has `make` make the next version once it is known where the user is on this one, or that no
-  /// page will tell. One that is about to be made for that is enough.
+  /// page will tell. One that is about to be made for that is enough. A page that is being loaded
+  /// is waited for: the user may see it already, and choose rows that another loading would lose.
   void Keep(const std::function<void()>& make);
   /// Has the page take over another version of itself, in its bytes. `then` hears whether it has;
   /// else the version has to be loaded. False where no page can be asked to.
@@ -34,7 +35,7 @@ class PageChange : public QObject {
   void Detach();
   /// The document has been let go. It is loaded again when somebody sees it: what is done until
   /// then is done on that.
-  void Rest() { BeginLoading(); }
+  void Rest();
   /// The document has gone by itself, with its rows; the same holds of what is done.
   void Lose();
   /// What comes next is another folder, or another page of it, at a place to be ordered after this.
@@ -56,9 +57,10 @@ class PageChange : public QObject {
   QTimer giveUpMaking_;
   std::function<void(bool)> replaced_;
   QTimer giveUpReplacing_;
-  int version_ = 0;      // that the page is taking over
-  int sent_ = 0;         // the number of the place that came with it
-  bool isPage_ = false;  // that is being loaded
+  int version_ = 0;        // that the page is taking over
+  int sent_ = 0;           // the number of the place that came with it
+  bool isPage_ = false;    // that is loaded
+  bool isComing_ = false;  // that page, and is not there yet
   bool isTold_ = false;
 };
 

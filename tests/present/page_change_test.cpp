@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 #include <QTimer>
+#include <utility>
 
 #include "present/page_place.h"
 #include "present/page_queue.h"
@@ -199,6 +200,7 @@ class Desk {
   void GoOn() {
     page_.takesOver_ = random_.bounded(4) != 0;
     if (isLoading_ && random_.bounded(3) == 0) return EndLoading();
+    if (isLoading_ && random_.bounded(3) == 0) ShowLoaded();
     if (random_.bounded(2) == 0) page_.AnswerOne();
     if (random_.bounded(2) == 0) QCoreApplication::processEvents();
   }
@@ -209,6 +211,12 @@ class Desk {
       if (isLoading_) EndLoading();
       QCoreApplication::processEvents();
     }
+  }
+  // The user clicks a row of a page whose loading has not come to its end.
+  void ClickEarly(const QString& message) {
+    LoadPage();
+    ShowLoaded();
+    page_.current_ = message;
   }
   QStringList Folder() const { return folder_; }
   QString Current() const { return page_.current_; }
@@ -225,11 +233,15 @@ class Desk {
   void LoadPage() {
     change_.BeginLoading();
     isLoading_ = true;
+    isSeen_ = false;
     loaded_ = PageOf(folder_);
     loadedAt_ = place_.ForLoading();
   }
+  void ShowLoaded() {
+    if (!std::exchange(isSeen_, true)) page_.Load(loaded_, loadedAt_);
+  }
   void EndLoading() {
-    page_.Load(loaded_, loadedAt_);
+    ShowLoaded();
     isLoading_ = false;
     change_.EndLoading();
   }
@@ -245,6 +257,7 @@ class Desk {
   QStringList deleted_;
   int received_ = 0;
   bool isLoading_ = false;
+  bool isSeen_ = false;
   bool isSlow_ = false;
   QByteArray loaded_;
   QString loadedAt_;
@@ -326,6 +339,15 @@ TEST(PageChangeTest, WhatIsMeantForAMessageThatIsYetToBeFoundIsDoneToNoOther) {
   desk.Refresh();
   desk.Settle();
   EXPECT_EQ(desk.Current(), QStringLiteral("1010"));
+}
+
+TEST(PageChangeTest, WhoIsQuickerThanTheEndOfALoadingIsWhereHeWentWhenMailComes) {
+  Desk desk(1);
+  desk.Open(QStringLiteral("1010"));
+  desk.ClickEarly(QStringLiteral("1020"));
+  desk.Receive();
+  desk.Settle();
+  EXPECT_EQ(desk.Current(), QStringLiteral("1020"));
 }
 
 TEST(PageChangeTest, KeysOfAFolderAreDoneInNoOther) {
