@@ -11,7 +11,7 @@ struct StandardText {
   QString shown;
 };
 
-// A name that came with the profile, in either language; any other one as it is.
+// A text that came with the profile, in either language; any other one as it is.
 QString InLanguage(const QString& stored) {
   const StandardText texts[] = {
       {{u"受信", u"Inbox"}, Ui::tr("受信", "folder")},
@@ -21,6 +21,16 @@ QString InLanguage(const QString& stored) {
       {{u"イベント", u"Events"}, Ui::tr("イベント", "log")},
       {{u"お気に入り。", u"Favorites"}, Ui::tr("お気に入り。")},
       {{u"アドレスブック", u"Address Book"}, Ui::tr("アドレスブック")},
+      {{u"受信メッセージが保存されているフォルダです。", u"Holds the messages that were received."},
+       Ui::tr("受信メッセージが保存されているフォルダです。")},
+      {{u"送信済みメッセージが保存されているフォルダです。", u"Holds the messages that were sent."},
+       Ui::tr("送信済みメッセージが保存されているフォルダです。")},
+      {{u"編集中および送信待ちのメッセージが保存されているフォルダです。",
+        u"Holds the messages that are being written or wait to be sent."},
+       Ui::tr("編集中および送信待ちのメッセージが保存されているフォルダです。")},
+      {{u"くずかごに入れられたメッセージが保存されているフォルダです。",
+        u"Holds the messages that were thrown away."},
+       Ui::tr("くずかごに入れられたメッセージが保存されているフォルダです。")},
   };
   for (const StandardText& text : texts) {
     for (const char16_t* known : text.stored) {
@@ -48,10 +58,17 @@ QDateTime AnyObject::Saved() const {
   return QDateTime::fromString(bag_.Text(kSaved), QStringLiteral("yyyy/MM/dd H:mm:ss"));
 }
 
+bool AnyObject::IsMadeWithProfile() const {
+  return IsSystem() && (Is(object_type::kFolder) || Is(object_type::kEvent));
+}
+
 QString AnyObject::ShownName() const {
-  const bool isMade = Is(object_type::kFolder) || Is(object_type::kEvent);
   const bool isList = Is(object_type::kBookmark) || Is(object_type::kBook);
-  return (isMade && IsSystem()) || isList ? InLanguage(Name()) : Name();
+  return IsMadeWithProfile() || isList ? InLanguage(Name()) : Name();
+}
+
+QString AnyObject::ShownTip() const {
+  return IsMadeWithProfile() ? InLanguage(ToolTip()) : ToolTip();
 }
 
 }  // namespace vorn

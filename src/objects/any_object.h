@@ -33,6 +33,8 @@ class AnyObject {
   /// The name for the user: one that came with the profile is in the interface's language.
   QString ShownName() const;
   QString ToolTip() const { return bag_.Text(kToolTip); }
+  /// The same of its tool tip.
+  QString ShownTip() const;
   /// The key of its picture (`Icon`); of a folder also how it is filled.
   QString Draw() const { return bag_.Text(kDraw); }
   /// The object below which it stands in the tree; empty for none.
@@ -47,6 +49,8 @@ class AnyObject {
   bool IsMarked() const { return bag_.Flag(kMarked); }
 
  private:
+  bool IsMadeWithProfile() const;
+
   static inline const QString kType = QStringLiteral("FormName");
   static inline const QString kName = QStringLiteral("Object");
   static inline const QString kToolTip = QStringLiteral("ToolTipText");

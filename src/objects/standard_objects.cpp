@@ -104,12 +104,24 @@ QList<std::pair<QString, QVariant>> LookSettings() {
       {setting::kSignatureAbove, true}};
 }
 
+// Whether the profile has all of that look but for what came to it later and takes nothing away,
+// which it then gets.
+bool FollowLook(Disk& settings) {
+  if (settings.Get(setting::kEventsFolded).isValid()) return false;
+  for (const auto& [key, value] : LookSettings()) {
+    if (key != setting::kEventsFolded && !settings.Get(key).toBool()) return false;
+  }
+  settings.Let(setting::kEventsFolded, true);
+  return true;
+}
+
 // The first states of the settings. Where a user of today needs another behaviour than the one an
 // absent key stands for, the first state turns it on.
 Result<> CreateSettings(Context& context) {
   DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
   if (settings != nullptr) {
-    if (settings->Text(setting::kInstalled) == context.VersionText) return {};
+    const bool isFollowing = FollowLook(*settings);
+    if (!isFollowing && settings->Text(setting::kInstalled) == context.VersionText) return {};
     settings->Let(setting::kInstalled, context.VersionText);
     return SaveObject(context, DatabaseKind::Profile, *settings);
   }

@@ -89,6 +89,18 @@ TEST(StandardObjects, AProfileOfAnOldVersionGetsTheEventLogButNoBookmarks) {
   EXPECT_EQ(SelectObjects(context.Objects, *context.Session, object_type::kBookmark)->Count(), 1);
 }
 
+TEST(StandardObjects, WhoHasAllElseOfTheLookOfNewProfilesFoldsEvents) {
+  TestProfile profile;
+  for (const int pane : {2, 0}) {
+    const DiskPtr settings = Settings(profile.Get()).Bag();
+    settings->Let(QStringLiteral("EventsFolded"), QVariant());
+    settings->Let(QStringLiteral("ReadingPane"), pane);
+    ASSERT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+    profile.Restart();
+    EXPECT_EQ(Settings(profile.Get()).FoldsEvents(), pane != 0);
+  }
+}
+
 TEST(VersionSerial, PartsAreJoinedWithFourDigitsEach) {
   EXPECT_EQ(VersionSerialID(QStringLiteral("0.0.8000")), 8000);
   EXPECT_EQ(VersionSerialID(QStringLiteral("1.2.3")), 100020003);

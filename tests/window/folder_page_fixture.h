@@ -2,6 +2,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QRubberBand>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -140,8 +141,11 @@ class FolderPageTest : public ProgramTest {
     QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(tree.viewport(), &enter);
     EXPECT_TRUE(enter.isAccepted());
+    const auto* light = tree.findChild<QRubberBand*>();
+    EXPECT_TRUE(light->isVisible() && light->geometry() == tree.visualItemRect(Node(folder)));
     QDropEvent drop(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(tree.viewport(), &drop);
+    EXPECT_FALSE(light->isVisible());
     Chosen();  // the page's answers come in the order of the questions
   }
   std::vector<BrowserWindow*> Browsers() const {

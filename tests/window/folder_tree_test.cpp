@@ -87,10 +87,14 @@ TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
     qApp->installTranslator(&english);
     tree.RefreshNode(object->SerialID());
     const QString shown = tree.NodeText(object->SerialID());
+    const QString tip = AnyObject(*object).ShownTip();
     qApp->removeTranslator(&english);
     EXPECT_NE(shown, japanese);
     AnyObject::SetName(*object, shown);
     EXPECT_EQ(AnyObject(*object).ShownName(), japanese);
+    EXPECT_EQ(tip == AnyObject(*object).ToolTip(), tip.isEmpty());
+    AnyObject::SetToolTip(*object, tip);
+    EXPECT_EQ(AnyObject(*object).ShownTip().contains(u"フォルダです。"), !tip.isEmpty());
     AnyObject::SetName(*object, japanese + u'2');
     EXPECT_EQ(AnyObject(*object).ShownName(), japanese + u'2');
   }

@@ -129,7 +129,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
   }
   place->setExpanded(true);
   node->setText(0, AnyObject(object).ShownName());
-  node->setToolTip(0, ShownToolTip(AnyObject(object).ToolTip()));
+  node->setToolTip(0, ShownToolTip(AnyObject(object).ShownTip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kKeyRole, object.SerialID());
   node->setData(0, kTagRole, AnyObject(object).Type());

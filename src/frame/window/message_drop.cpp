@@ -2,6 +2,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QRubberBand>
 #include <QTreeWidget>
 #include <QUrl>
 
@@ -25,7 +26,11 @@ QString DraggedMessage(const QMimeData& dragged) {
 }  // namespace
 
 MessageDrop::MessageDrop(Context& context, QTreeWidget& tree, int keyRole)
-    : QObject(&tree), context_(context), tree_(tree), keyRole_(keyRole) {
+    : QObject(&tree),
+      context_(context),
+      tree_(tree),
+      keyRole_(keyRole),
+      light_(new QRubberBand(QRubberBand::Rectangle, tree.viewport())) {
   tree.viewport()->setAcceptDrops(true);
   tree.viewport()->installEventFilter(this);
 }
@@ -41,12 +46,21 @@ QString MessageDrop::TakingFolderAt(const QPoint& at) const {
   return takes ? key : QString();
 }
 
+void MessageDrop::Light(const QRect& place) {
+  light_->setGeometry(place);
+  light_->setVisible(!place.isEmpty());
+}
+
 bool MessageDrop::eventFilter(QObject*, QEvent* event) {
   const QEvent::Type type = event->type();
+  if (type == QEvent::DragLeave) Light({});
   if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
   auto* drag = static_cast<QDropEvent*>(event);
   const QString message = DraggedMessage(*drag->mimeData());
-  const QString folder = TakingFolderAt(drag->position().toPoint());
+  const QPoint at = drag->position().toPoint();
+  const QString folder = TakingFolderAt(at);
+  const bool isLit = !message.isEmpty() && !folder.isEmpty() && type != QEvent::Drop;
+  Light(isLit ? tree_.visualItemRect(tree_.itemAt(at)) : QRect());
   // What has come in may go on to a folder that takes it.
   if (message.isEmpty() || (folder.isEmpty() && type != QEvent::DragEnter)) {
     event->ignore();

@@ -4,11 +4,13 @@
 
 #include "storage/context.h"
 
+class QRubberBand;
 class QTreeWidget;
 
 namespace vorn {
 
-/// Lets a message of a folder's page be dropped onto a folder in the tree that takes messages.
+/// Lets a message of a folder's page be dropped onto a folder in the tree that takes messages,
+/// which is lit meanwhile.
 class MessageDrop : public QObject {
   Q_OBJECT
 
@@ -23,10 +25,12 @@ class MessageDrop : public QObject {
 
  private:
   QString TakingFolderAt(const QPoint& at) const;
+  void Light(const QRect& place);
 
   Context& context_;
   QTreeWidget& tree_;
   int keyRole_;
+  QRubberBand* light_;  // over the folder
 };
 
 }  // namespace vorn
