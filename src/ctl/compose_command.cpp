@@ -1,10 +1,10 @@
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "ctl/command.h"
 #include "mail/compose_message.h"
 #include "storage/serial_id.h"
+#include "storage/whole_file.h"
 
 namespace vorn::ctl {
 namespace {
@@ -93,11 +93,8 @@ int Compose(const Arguments& arguments) {
     bool readable = false;
     return ReadAll(attachment.path, &readable);
   };
-  QSaveFile out(arguments.Text(QStringLiteral("out")));
   const QByteArray source = ComposeMessage(model, options);
-  if (out.open(QIODevice::WriteOnly) && out.write(source) == source.size() && out.commit()) {
-    return kExitOk;
-  }
+  if (WriteWhole(arguments.Text(QStringLiteral("out")), source)) return kExitOk;
   return Complain(QStringLiteral("--out に書き込めません。"), kExitFailure);
 }
 

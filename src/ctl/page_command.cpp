@@ -1,8 +1,8 @@
 #include <QFile>
-#include <QSaveFile>
 
 #include "ctl/command.h"
 #include "present/message_list_page.h"
+#include "storage/whole_file.h"
 
 namespace vorn::ctl {
 
@@ -32,7 +32,7 @@ int WritePage(Context& context, const Arguments& arguments) {
   QSaveFile file(out);
   if (bytes && file.open(QIODevice::WriteOnly) &&
       file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
-      file.write(*bytes) == bytes->size() && file.commit()) {
+      file.write(*bytes) == bytes->size() && CommitWhole(file)) {
     return kExitOk;
   }
   return Complain(QStringLiteral("「%1」に書き込めません。").arg(out), kExitFailure);

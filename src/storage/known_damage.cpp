@@ -3,12 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <algorithm>
 
 #include "storage/profile_bag.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -42,7 +42,7 @@ bool Write(const QString& file, const KnownDamage& damage) {
   const QStringList lines =
       QStringList{damage.decided ? kDecided : kUndecided, damage.since} + damage.parts;
   note.write(lines.join(u'\n').toUtf8());
-  return note.commit();
+  return CommitWhole(note);
 }
 
 bool Add(const QString& file, const QSet<QString>& parts) {

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <algorithm>
 
 #include "storage/data_session.h"
@@ -13,6 +12,7 @@
 #include "storage/private_files.h"
 #include "storage/raw_pages.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -132,7 +132,7 @@ bool PasswordChange::WriteMarker(const QStringList& changed) {
   QSaveFile marker(marker_);
   if (SyncFolder(folder.path()) && marker.open(QIODevice::WriteOnly) &&
       marker.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
-      marker.write(text) == text.size() && marker.commit() && SyncFolder(folder.path())) {
+      marker.write(text) == text.size() && CommitWhole(marker) && SyncFolder(folder.path())) {
     return true;
   }
   return Fail(StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。"));

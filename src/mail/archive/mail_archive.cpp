@@ -3,7 +3,6 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include "mail/archive/mbox.h"
 #include "mail/attachment_files.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -73,10 +73,7 @@ StorageError CannotWrite(const QString& path) {
 }
 
 Result<> WriteFile(const QString& path, const QByteArray& bytes) {
-  QSaveFile file(path);
-  const bool written =
-      file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-  return written ? Result<>() : CannotWrite(path);
+  return WriteWhole(path, bytes) ? Result<>() : CannotWrite(path);
 }
 
 // What begins with no header field may still be an old or broken message, but not one with bytes

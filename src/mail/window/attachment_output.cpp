@@ -5,7 +5,6 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
-#include <QSaveFile>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -21,6 +20,7 @@
 #include "storage/file_origin.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
@@ -56,8 +56,7 @@ QString MidAddress(const QByteArray& source) {
 Result<> WriteTo(const QString& path, const ModelAttachment& attachment, const QByteArray& source) {
   const Result<QByteArray> bytes = ReadAttachment(attachment, source);
   if (!bytes) return bytes.Error();
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit()) {
+  if (WriteWhole(path, *bytes)) {
     if (!attachment.isNew) MarkForeign(path, MidAddress(source));
     return {};
   }

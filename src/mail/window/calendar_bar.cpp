@@ -3,13 +3,13 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <tuple>
 
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/calendar_summary.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
@@ -123,9 +123,7 @@ void CalendarBar::Save() {
                     SafeFileName(name.isEmpty() ? Ui::tr("予定") : name) + QStringLiteral(".ics"),
                     Ui::tr("予定のファイル (*.ics)"));
   if (path.isEmpty()) return;
-  const QByteArray bytes = calendar_.toUtf8();
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) return;
+  if (WriteWhole(path, calendar_.toUtf8())) return;
   ShowBox(
       this, QMessageBox::Critical,
       Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));

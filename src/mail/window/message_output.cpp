@@ -3,7 +3,6 @@
 #include <QDialog>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QSaveFile>
 #include <QVBoxLayout>
 
 #include "kit/window/plain_text.h"
@@ -15,6 +14,7 @@
 #include "objects/settings.h"
 #include "storage/private_files.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 #include "storage/window/file_dialogs.h"
 
 namespace vorn {
@@ -44,11 +44,7 @@ void MessageOutput::SaveToFile(const QString& subject) {
   const QString path = AskFileToSave(
       context_, &window_, FileTask::SaveMessage, Ui::tr("ファイルに保存"),
       SafeFileName(subject) + QStringLiteral(".eml"), Ui::tr("メッセージファイル (*.eml)"));
-  if (path.isEmpty()) return;
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(source) == source.size() && file.commit()) {
-    return;
-  }
+  if (path.isEmpty() || WriteWhole(path, source)) return;
   ShowBox(
       &window_, QMessageBox::Critical,
       Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。").arg(path));

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <algorithm>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "objects/object_types.h"
 #include "storage/file_origin.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -105,7 +105,7 @@ class Unpacking {
       return file.get();
     };
     const auto done = [&] {
-      if (!file->commit()) return false;
+      if (!CommitWhole(*file)) return false;
       MarkForeign(file->fileName(), address_);
       chosen_.erase(current);
       return true;

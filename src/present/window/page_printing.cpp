@@ -6,7 +6,6 @@
 #include <QPageLayout>
 #include <QPointer>
 #include <QPrinter>
-#include <QSaveFile>
 #include <QTimer>
 #include <QWebEngineView>
 #include <utility>
@@ -16,6 +15,7 @@
 #include "present/window/engine_view.h"
 #include "present/window/link_page.h"
 #include "storage/ui.h"
+#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {
@@ -64,9 +64,7 @@ void PagePrinting::Print(const QString& title) {
 
 // The file appears whole or not at all.
 void PagePrinting::EndPdf(const QString& path, const QByteArray& pdf) {
-  QSaveFile file(path);
-  if (pdf.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() ||
-      !file.commit()) {
+  if (pdf.isEmpty() || !WriteWhole(path, pdf)) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("「%1」に書き込めません。ディスクの空き容量とフォルダの権限を確認してください。")
                 .arg(QFileInfo(path).fileName()));
