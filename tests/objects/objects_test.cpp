@@ -295,7 +295,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
     store("other", other, 3, 60);
   }
-  ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f"), QString()));
+  ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f")));
 
   const auto shown = [this](const QString& statement) {
     QStringList subjects;
@@ -361,7 +361,7 @@ TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
         QList<QVariant>{ids.size()});
     return ids;
   };
-  ASSERT_TRUE(FileMessages(context, {filed}, shelf->SerialID(), QString()));
+  ASSERT_TRUE(FileMessages(context, {filed}, shelf->SerialID()));
   EXPECT_EQ(inbox(), QStringList{kept});
   shelf->Let(QStringLiteral("Condition"), QStringLiteral("subject\t○\tno such"));
   EXPECT_EQ(inbox().size(), 2) << "the folder shows by conditions now, and not what is in it";
