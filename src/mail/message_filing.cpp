@@ -57,19 +57,24 @@ QString Dusting(const QStringList& messages, bool dust) {
          QStringLiteral(" WHERE") + Among(messages) + kMayChange;
 }
 
-// Out of the folder `from` and into `into`; either may be empty.
-QStringList Filing(const QStringList& messages, const QString& into, const QString& from) {
+QString TakingOut(const QStringList& messages, const QString& folder) {
+  return QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
+         QStringLiteral(" AND") + Among(messages);
+}
+
+QStringList TakingOut(const Filed& filed) {
   QStringList statements;
-  for (const QString& folder : {from, into}) {
-    if (folder.isEmpty()) continue;
-    statements.append(QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
-                      QStringLiteral(" AND") + Among(messages));
-  }
-  if (!into.isEmpty()) {
-    statements.append(QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
-                      QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages));
+  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
+    if (!folder->isEmpty()) statements.append(TakingOut(*folder, folder.key()));
   }
   return statements;
+}
+
+// A message is in a folder once.
+QStringList Filing(const QStringList& messages, const QString& into) {
+  return {TakingOut(messages, into),
+          QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
+              QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages)};
 }
 
 // The messages that a statement selects.
@@ -109,24 +114,21 @@ Result<> SetDust(Context& context, const QStringList& messages, bool dust, Under
 }
 
 Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
-                      const QString& from) {
-  return RunAll(context, Filing(messages, into, from));
+                      const Filed& from) {
+  return RunAll(context,
+                TakingOut(from) + (into.isEmpty() ? QStringList() : Filing(messages, into)));
 }
 
 Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
                       UnderWay* underWay) {
-  QStringList statements{Dusting(messages, false)};
-  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
-    statements += Filing(*folder, {}, folder.key());
-  }
-  return RunAll(context, statements, messages, underWay);
+  return RunAll(context, TakingOut(filed) << Dusting(messages, false), messages, underWay);
 }
 
 Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust) {
   QStringList statements;
   if (!dust.isEmpty()) statements.append(Dusting(dust, true));
   for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
-    statements += Filing(*folder, folder.key(), {});
+    statements += Filing(*folder, folder.key());
   }
   return RunAll(context, statements);
 }

@@ -23,10 +23,10 @@ QString NoFolderWords();
 /// Puts messages into the dust bin or takes them out of it.
 Result<> SetDust(Context& context, const QStringList& messages, bool dust,
                  UnderWay* underWay = nullptr);
-/// Files messages into the hand-filled folder `into` and takes them out of the folder `from`;
-/// either may be empty.
+/// Files messages into the hand-filled folder `into`, which may be empty, and takes them out of
+/// others, each out of those that `from` names for it.
 Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
-                      const QString& from = {});
+                      const Filed& from = {});
 /// Takes messages out of hand-filled folders, each out of those that `filed` names for it, and all
 /// of them out of the dust bin: the inbox shows what is in neither.
 Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,

@@ -63,7 +63,7 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
   QStringList messages;
   for (int status = 1; status <= 4; ++status) {
     messages.append(profile_.Store("Subject: x\r\n\r\ntext\r\n", status));
-    ASSERT_TRUE(FileMessages(profile_.Get(), {messages.last()}, QStringLiteral("f"), QString()));
+    ASSERT_TRUE(FileMessages(profile_.Get(), {messages.last()}, QStringLiteral("f")));
   }
   const auto states = [this] {
     QString shown;
@@ -73,8 +73,9 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
     }
     return shown;
   };
-  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"), QStringLiteral("f")));
-  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"), QString()));
+  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"),
+                           {{QStringLiteral("f"), messages}}));
+  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g")));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")).size(), 4)
       << "each once, however often it is put there";
   EXPECT_TRUE(

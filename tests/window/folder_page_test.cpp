@@ -11,6 +11,7 @@
 #include "auxiliary/window/console_window.h"
 #include "mail/message_filing.h"
 #include "mail/window/message_window.h"
+#include "objects/manual_folder.h"
 #include "present/window/layout_window.h"
 #include "window/folder_page_fixture.h"
 
@@ -168,6 +169,22 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   ClickLink(QStringLiteral("a[href=\"vorn:searchEverywhere\"]"));
   ASSERT_TRUE(says(QStringLiteral("Elsewhere 3")));
   EXPECT_FALSE(PageText().contains(QStringLiteral("Elsewhere -4")));
+  // What is filed from there leaves the folder in which it was.
+  Context& context = program_->GetContext();
+  const QStringList hit(QStringLiteral("mail_of_3"));
+  ASSERT_TRUE(FileMessages(context, hit, QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Done")));
+  FocusPage();
+  Press(Qt::Key_Home);
+  InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                         [](ConsoleWindow& window) {
+                           QTest::keyClicks(window.focusWidget(), QStringLiteral("Done"));
+                           QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+                         });
+  const auto stands = [&] { return *Members(context, hit, QString::fromUtf16(kShelf)) == hit; };
+  EXPECT_TRUE(WaitFor([&] { return !stands(); }));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(WaitFor(stands));
   MadeAnewBy([&box] { box.clear(); });
   search(QStringLiteral("elsewhere"));
   EXPECT_TRUE(says(QStringLiteral("に一致する"))) << "the next search is of the folder again";

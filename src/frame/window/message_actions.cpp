@@ -53,8 +53,7 @@ QStringList MessageActions::Drop(const QStringList& messages, const QString& fol
     const QStringList changed = ChangeDust(messages, isDust);
     return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
   }
-  const bool moves = from != folder && IsFilledByHand(from);
-  return File(messages, folder, moves ? from : QString(), from);
+  return File(messages, folder, from);
 }
 
 QString MessageActions::AskFolder() {
@@ -95,36 +94,51 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   const QString into = AskFolder();
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
-  const QString from = IsFilledByHand(folder) && into != folder ? folder : QString();
-  return File(messages, into, from, folder);
+  return File(messages, into, folder);
+}
+
+// The hand-filled folders that messages leave when they are filed: the one that is shown, or where
+// those of all folders are, each the ones that it is in.
+Result<Filed> MessageActions::Left(const QStringList& messages, const QString& into,
+                                   const QString& shownIn) {
+  if (shownIn.isEmpty()) {
+    Result<Filed> filed = FoldersOf(messages);
+    if (filed) filed->remove(into);
+    return filed;
+  }
+  if (shownIn == into || !IsFilledByHand(shownIn)) return Filed();
+  const auto members = Members(context_, messages, shownIn);
+  if (!members) return members.Error();
+  return members->isEmpty() ? Filed() : Filed{{shownIn, *members}};
 }
 
 // Taking it back leaves what was in the folders before.
 QStringList MessageActions::File(const QStringList& messages, const QString& into,
-                                 const QString& from, const QString& shownIn) {
+                                 const QString& shownIn) {
   const auto before = Members(context_, messages, into);
-  const auto left =
-      from.isEmpty() ? Result<QStringList>(QStringList()) : Members(context_, messages, from);
+  const Result<Filed> left = Left(messages, into, shownIn);
   const Result<> done = !before ? before.Error()
                         : !left ? left.Error()
-                                : FileMessages(context_, messages, into, from);
+                                : FileMessages(context_, messages, into, *left);
   const QStringList filed = End(done, messages);
   const bool leavesInbox = shownIn == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce();
-  const QStringList gone = from.isEmpty() && !leavesInbox ? QStringList() : filed;
+  const bool leavesFolder = shownIn != into && IsFilledByHand(shownIn);
+  const QStringList gone = leavesFolder || leavesInbox ? filed : QStringList();
   if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });
   told_(Ui::tr("%1通を「%2」に入れました。").arg(messages.size()).arg(NameOf(into)),
-        [this, added, into, left = *left, from] { Unfile(added, into, left, from); });
+        [this, added, into, left = *left] { Unfile(added, into, left); });
   return gone;
 }
 
-void MessageActions::Unfile(const QStringList& added, const QString& into,
-                            const QStringList& removed, const QString& from) {
-  Result<> done;
-  if (!added.isEmpty()) done = FileMessages(context_, added, QString(), into);
-  if (done && !removed.isEmpty()) done = FileMessages(context_, removed, from);
-  const QStringList back = End(done, removed + added);
+void MessageActions::Unfile(const QStringList& added, const QString& into, const Filed& left) {
+  Result<> done = FileMessages(context_, {}, {}, {{into, added}});
+  if (done && !left.isEmpty()) done = TakeOutOfInbox(context_, left, {});
+  QStringList back = added;
+  for (const QStringList& messages : left) back += messages;
+  back.removeDuplicates();
+  back = End(done, back);
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 

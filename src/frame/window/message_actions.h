@@ -33,10 +33,10 @@ class MessageActions {
   /// Gets the serial identifier of a folder that the user made on the way.
   void OnFolderMade(std::function<void(const QString&)> told) { folderMade_ = std::move(told); }
 
-  /// On messages that are shown in `folder`; returns those that have left it.
+  /// On messages that are shown in `folder`, which is empty where messages of all folders are;
+  /// returns those that have left it.
   QStringList Act(MessageAction action, const QStringList& messages, const QString& folder);
-  /// Messages of the page of `from` were dropped on a folder of the tree; returns those that have
-  /// left that page.
+  /// The same messages were dropped on a folder of the tree.
   QStringList Drop(const QStringList& messages, const QString& folder, const QString& from);
   /// Deletes all that was thrown away, after a question.
   void EmptyDust();
@@ -45,10 +45,9 @@ class MessageActions {
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);
   QString AskFolder();
   QString MakeFolder(const QString& caption, QString name = {});
-  QStringList File(const QStringList& messages, const QString& into, const QString& from,
-                   const QString& shownIn);
-  void Unfile(const QStringList& added, const QString& into, const QStringList& removed,
-              const QString& from);
+  QStringList File(const QStringList& messages, const QString& into, const QString& shownIn);
+  Result<Filed> Left(const QStringList& messages, const QString& into, const QString& shownIn);
+  void Unfile(const QStringList& added, const QString& into, const Filed& left);
   QStringList PutIntoInbox(const QStringList& messages, const QString& from);
   Result<Filed> FoldersOf(const QStringList& messages);
   QStringList ChangeDust(const QStringList& messages, bool dust);

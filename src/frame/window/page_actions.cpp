@@ -61,7 +61,8 @@ void PageActions::Drop(const QString& message, const QString& folder) {
     const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
     // A failure is told to the user, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, messages, folder, from, shown] {
-      const QStringList gone = actions_.Drop(messages, folder, from);
+      const bool isOfAll = shown != nullptr && shown->Folder().Search().isEverywhere;
+      const QStringList gone = actions_.Drop(messages, folder, isOfAll ? QString() : from);
       if (shown != nullptr && shown->Tag() == from) shown->Folder().MessagesGone(gone);
     });
   });

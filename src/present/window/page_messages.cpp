@@ -131,7 +131,8 @@ void PageMessages::Act(MessageAction action) {
 // The window may close or show another folder while the user is asked.
 void PageMessages::ActOn(const QStringList& messages, MessageAction action, const QString& folder) {
   const QPointer<PageMessages> self(this);
-  const QStringList gone = host_.ActOnMessages(action, messages, folder);
+  const bool isOfAll = page_.request.Search().isEverywhere;
+  const QStringList gone = host_.ActOnMessages(action, messages, isOfAll ? QString() : folder);
   if (self == nullptr || page_.request.Folder() != folder) return;
   Q_EMIT Gone(gone);
   QStringList stayed = TakesAway(action) ? messages : QStringList();
