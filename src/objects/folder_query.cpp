@@ -10,10 +10,14 @@ const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopened
 
 }  // namespace
 
-FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
+FolderQuery FolderQuery::Scope(const FolderSearch& search) const {
   const bool isElsewhere = search.isEverywhere && !search.isEmpty() && !IsEmpty();
-  FolderQuery query = isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), false) : *this;
-  query.search_ = search.text;
+  return isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), false) : *this;
+}
+
+FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
+  FolderQuery query = Scope(search);
+  query.search_ = search;
   return query;
 }
 
@@ -26,7 +30,12 @@ QString FolderQuery::Listing() const {
            : QStringLiteral("SELECT * FROM mail WHERE ")) +
       condition_;
   if (search_.isEmpty()) return all;
-  const QString text = QuoteSql(search_);
+  if (search_.hits) {
+    QStringList hits;
+    for (const QString& hit : *search_.hits) hits.append(QuoteSql(hit));
+    return QStringLiteral("SELECT * FROM (%1) WHERE SERIALID IN (%2)").arg(all, hits.join(u','));
+  }
+  const QString text = QuoteSql(search_.text);
   return QStringLiteral("SELECT * FROM (") + all +
          QStringLiteral(") WHERE CONTAINS(FIELD_SUBJECT, ") + text +
          QStringLiteral(") OR CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ") + text + u')';

@@ -23,6 +23,8 @@ class FolderQuery {
   /// The same, narrowed to the messages that a search finds, or what it finds everywhere; all when
   /// it is empty.
   FolderQuery Searched(const FolderSearch& search) const;
+  /// Where it looks: the same, or all messages outside the dust bin.
+  FolderQuery Scope(const FolderSearch& search) const;
 
   /// The messages with all columns.
   QString Listing() const;
@@ -41,7 +43,7 @@ class FolderQuery {
   bool IsPlain() const { return !joinsFolders_ && search_.isEmpty(); }
 
   QString condition_;
-  QString search_;
+  FolderSearch search_;
   bool joinsFolders_ = false;
   bool isOfFolder_ = false;
 };
