@@ -8,6 +8,16 @@ namespace {
 
 const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopenedCondition.size());
 
+// The table `mail` with those messages alone. Without a limit the engine would read the whole
+// folder and compare.
+QString TableOf(const QStringList& messages) {
+  QStringList serialIds;
+  for (const QString& message : messages) serialIds.append(QuoteSql(message));
+  return QStringLiteral("(SELECT * FROM mail WHERE SERIALID IN (%1) LIMIT %2) AS mail")
+      .arg(serialIds.join(u','))
+      .arg(messages.size());
+}
+
 }  // namespace
 
 FolderQuery FolderQuery::Scope(const FolderSearch& search) const {
@@ -24,17 +34,12 @@ FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
 QString FolderQuery::Listing() const {
   if (IsEmpty()) return {};
   const QString all =
-      (joinsFolders_
-           ? QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
-                            "folder.SERIALID WHERE ")
-           : QStringLiteral("SELECT * FROM mail WHERE ")) +
+      (joinsFolders_ ? QStringLiteral("SELECT mail.* FROM %1 INNER JOIN folder ON mail.SERIALID = "
+                                      "folder.SERIALID WHERE ")
+                     : QStringLiteral("SELECT * FROM %1 WHERE "))
+          .arg(search_.hits ? TableOf(*search_.hits) : QStringLiteral("mail")) +
       condition_;
-  if (search_.isEmpty()) return all;
-  if (search_.hits) {
-    QStringList hits;
-    for (const QString& hit : *search_.hits) hits.append(QuoteSql(hit));
-    return QStringLiteral("SELECT * FROM (%1) WHERE SERIALID IN (%2)").arg(all, hits.join(u','));
-  }
+  if (search_.isEmpty() || search_.hits) return all;
   const QString text = QuoteSql(search_.text);
   return QStringLiteral("SELECT * FROM (") + all +
          QStringLiteral(") WHERE CONTAINS(FIELD_SUBJECT, ") + text +
