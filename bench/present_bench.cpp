@@ -2,6 +2,7 @@
 // in the tree, and how long the program takes to start.
 //
 //   present-bench DATA-FOLDER [MESSAGES]   needs a display or QT_QPA_PLATFORM=offscreen
+//   present-bench --texts DATA-FOLDER      a search that reads the text of every message
 //   present-bench --start DATA-FOLDER      one start of the program, for the bench itself
 //
 // An empty DATA-FOLDER is filled first (default 1,000,000 messages over twenty years); a filled one
@@ -17,6 +18,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "bench_support.h"
@@ -25,12 +27,15 @@
 #include "frame/window/parent_window.h"
 #include "frame/window/program.h"
 #include "mail/mail_store.h"
+#include "mail/text_search.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/unread_count.h"
 #include "present/window/browser_window.h"
+#include "present/window/text_wait.h"
+#include "storage/condition_run.h"
 #include "storage/databases.h"
 #include "window_support.h"
 
@@ -126,6 +131,43 @@ void MeasurePages(Context& context, int messages) {
   Report(QStringLiteral("exploring, all"), {sum});
   Measure(QStringLiteral("middle page, explored"), [&] { MakePage(pages, last / 2); });
   Measure(QStringLiteral("last page, explored"), [&] { MakePage(pages, last); });
+}
+
+// All texts of the inbox for a word that none has, and the first page of as many hits as are shown.
+void MeasureTexts(Context& context) {
+  MessageListPages pages(context);
+  const TextSearch search(context, QStringLiteral("何もない"));
+  const auto seeks = [&search](Connection& connection, const QString& serialId) {
+    return search.Finds(connection, serialId);
+  };
+  const auto all = [](Connection&, const QString&) { return true; };
+  const auto ask = [&](const ConditionSieve& sieve) {
+    std::optional<ConditionRun::Answer> answer;
+    const ConditionRunPtr run(new ConditionRun(
+        context, pages.ScopeQuestion(fixed_serial::kInbox, {}), 120000,
+        [&answer](const auto& given) { answer = given; }, sieve));
+    while (!answer) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    Require(answer->values);
+    return *answer->values;
+  };
+  QElapsedTimer clock;
+  clock.start();
+  FolderSearch found(QStringLiteral("x"));
+  found.hits.emplace();
+  for (const QVariant& hit : ask({all, TextWait::kMost})) found.hits->append(hit.toString());
+  Report(QStringLiteral("finding out which messages there are"), {Milliseconds(clock)});
+  clock.start();
+  Require(ask({seeks, TextWait::kMost}).isEmpty(), QStringLiteral("found"));
+  Report(QStringLiteral("searching the texts"), {Milliseconds(clock)});
+  Measure(QStringLiteral("first page of the hits"), [&] {
+    bool before = false;
+    bool next = false;
+    Require(pages.FolderPage(fixed_serial::kInbox, 1, before, next, found));
+  });
+  Measure(QStringLiteral("counting the hits anew"), [&] {
+    Require(MessageListPages(context).CountFound(fixed_serial::kInbox, found) == TextWait::kMost,
+            QStringLiteral("wrong count"));
+  });
 }
 
 // From the click on a folder in the tree until its page stands painted in a new window.
@@ -236,12 +278,18 @@ int main(int argc, char** argv) {
   if (arguments[1].startsWith(u"--start")) {
     return StartOnce(arguments.value(2) + u'/', arguments[1] == u"--start-with-splash");
   }
-  const QString folder = arguments[1] + u'/';
+  const bool isOfTexts = arguments[1] == u"--texts";
+  const QString folder = arguments[isOfTexts ? 2 : 1] + u'/';
   Context context;
   Require(StartUp(context, folder));
   const bool isNew = context.Objects.IsEmpty();
   if (isNew) Require(CreateFirstProfile(context));
   Require(LogIn(context, {}, {}));
+  if (isOfTexts) {
+    MeasureTexts(context);
+    context.Data.CloseAll();
+    return 0;
+  }
   // As a new profile has it, whatever version made the folder.
   const DiskPtr settings = Settings(context).Bag();
   settings->Let(QStringLiteral("MessagesNewest"), true);

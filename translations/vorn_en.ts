@@ -4147,5 +4147,29 @@ and what was erased is not received again.</translation>
         <source>添付ファイルがある</source>
         <translation>has an attachment</translation>
     </message>
+    <message>
+        <source>本文も検索する</source>
+        <translation>Search the texts, too</translation>
+    </message>
+    <message>
+        <source>本文も</source>
+        <translation>Texts Too</translation>
+    </message>
+    <message>
+        <source>メッセージの本文も検索します。一通ずつ読むので時間がかかります。</source>
+        <translation>Searches what messages say as well. Each one is read for it, which takes time.</translation>
+    </message>
+    <message>
+        <source>新しいものから%1通を表示しています。</source>
+        <translation>The newest %1 messages are shown.</translation>
+    </message>
+    <message>
+        <source>本文を検索しています…</source>
+        <translation>Searching the texts…</translation>
+    </message>
+    <message>
+        <source>本文を検索しています… %1／%2通</source>
+        <translation>Searching the texts… %1 of %2 messages</translation>
+    </message>
 </context>
 </TS>

@@ -8,25 +8,39 @@ namespace {
 
 const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopenedCondition.size());
 
+// The table `mail` with those messages alone. Without a limit the engine would read the whole
+// folder and compare.
+QString TableOf(const QStringList& messages) {
+  QStringList serialIds;
+  for (const QString& message : messages) serialIds.append(QuoteSql(message));
+  return QStringLiteral("(SELECT * FROM mail WHERE SERIALID IN (%1) LIMIT %2) AS mail")
+      .arg(serialIds.join(u','))
+      .arg(messages.size());
+}
+
 }  // namespace
 
-FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
+FolderQuery FolderQuery::Scope(const FolderSearch& search) const {
   const bool isElsewhere = search.isEverywhere && !search.isEmpty() && !IsEmpty();
-  FolderQuery query = isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), Needs{}) : *this;
-  query.search_ = search.text;
+  return isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), Needs{}) : *this;
+}
+
+FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
+  FolderQuery query = Scope(search);
+  query.search_ = search;
   return query;
 }
 
 QString FolderQuery::Listing() const {
   if (IsEmpty()) return {};
   const QString all =
-      (needs_.folders
-           ? QStringLiteral("SELECT mail.* FROM mail INNER JOIN folder ON mail.SERIALID = "
-                            "folder.SERIALID WHERE ")
-           : QStringLiteral("SELECT * FROM mail WHERE ")) +
+      (needs_.folders ? QStringLiteral("SELECT mail.* FROM %1 INNER JOIN folder ON mail.SERIALID = "
+                                       "folder.SERIALID WHERE ")
+                      : QStringLiteral("SELECT * FROM %1 WHERE "))
+          .arg(search_.hits ? TableOf(*search_.hits) : QStringLiteral("mail")) +
       condition_;
-  if (search_.isEmpty()) return all;
-  const QString text = QuoteSql(search_);
+  if (search_.isEmpty() || search_.hits) return all;
+  const QString text = QuoteSql(search_.text);
   return QStringLiteral("SELECT * FROM (") + all +
          QStringLiteral(") WHERE CONTAINS(FIELD_SUBJECT, ") + text +
          QStringLiteral(") OR CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ") + text + u')';

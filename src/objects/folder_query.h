@@ -30,6 +30,8 @@ class FolderQuery {
   /// The same, narrowed to the messages that a search finds, or what it finds everywhere; all when
   /// it is empty.
   FolderQuery Searched(const FolderSearch& search) const;
+  /// Where it looks: the same, or all messages outside the dust bin.
+  FolderQuery Scope(const FolderSearch& search) const;
 
   /// The messages with all columns.
   QString Listing() const;
@@ -48,7 +50,7 @@ class FolderQuery {
   bool IsPlain() const { return !needs_.folders && search_.isEmpty(); }
 
   QString condition_;
-  QString search_;
+  FolderSearch search_;
   Needs needs_;
   bool isOfFolder_ = false;
 };

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <optional>
 #include <utility>
 
 namespace vorn {
@@ -13,6 +15,8 @@ struct FolderSearch {
 
   QString text;  ///< empty where all of the folder is shown
   bool isEverywhere = false;
+  /// Where texts have been searched, too: the identifiers of the messages that have it.
+  std::optional<QStringList> hits = std::nullopt;
 
   bool isEmpty() const { return text.isEmpty(); }
   bool operator==(const FolderSearch&) const = default;

@@ -154,6 +154,11 @@ QString MessageListPages::Question(const QString& folder, const FolderSearch& se
   return rows == nullptr ? QString() : rows->Question();
 }
 
+QString MessageListPages::ScopeQuestion(const QString& folder, const FolderSearch& search) const {
+  const FolderQuery scope = FolderSqlBuilder(context_).Query(folder).Scope(search);
+  return scope.IsEmpty() ? QString() : FolderRows(scope, RowOrder::NewestFirst).Question();
+}
+
 void MessageListPages::TakeAnswer(const QString& folder, const FolderSearch& search,
                                   const QStringList& serialIds) {
   FolderRows* rows = RowsOf(folder, search);

@@ -49,7 +49,10 @@ class MessageListPages {
   qint32 PageOf(qint64 rowsBefore) const;
   /// See `FolderRows::Question`; empty when there is no such folder.
   QString Question(const QString& folder, const FolderSearch& search);
-  /// Takes the answer, as serial identifiers.
+  /// The question for the identifiers of all messages among which a search looks, the newest first;
+  /// empty when there is no such folder.
+  QString ScopeQuestion(const QString& folder, const FolderSearch& search) const;
+  /// Takes the answer to `Question`, as serial identifiers.
   void TakeAnswer(const QString& folder, const FolderSearch& search, const QStringList& serialIds);
   /// Forgets what is known of a folder's rows, as when it was asked for before a change.
   void Forget(const QString& folder, const FolderSearch& search);

@@ -48,10 +48,16 @@ class PageRequest {
   void SetPage(int page) { bag_->Let(kPage, page); }
   bool HasPage() const { return bag_->Get(kPage).isValid(); }
   /// What the folder is searched for; empty when all is shown.
-  FolderSearch Search() const { return {bag_->Text(kSearch), bag_->Flag(kEverywhere)}; }
+  FolderSearch Search() const {
+    FolderSearch search(bag_->Text(kSearch), bag_->Flag(kEverywhere));
+    if (bag_->Flag(kInTexts)) search.hits = bag_->Text(kHits).split(u' ', Qt::SkipEmptyParts);
+    return search;
+  }
   void SetSearch(const FolderSearch& search) {
     bag_->Let(kSearch, search.text);
     bag_->Let(kEverywhere, search.isEverywhere);
+    bag_->Let(kInTexts, search.hits.has_value());
+    bag_->Let(kHits, search.hits.value_or(QStringList()).join(u' '));
   }
 
   /// Whether one can go back and on.
@@ -82,6 +88,8 @@ class PageRequest {
   static inline const QString kPage = QStringLiteral("Page");
   static inline const QString kSearch = QStringLiteral("search");
   static inline const QString kEverywhere = QStringLiteral("everywhere");
+  static inline const QString kInTexts = QStringLiteral("inTexts");
+  static inline const QString kHits = QStringLiteral("hits");
   static inline const QString kBefore = QStringLiteral("before");
   static inline const QString kNext = QStringLiteral("next");
   static inline const QString kLoading = QStringLiteral("onLoad");

@@ -42,8 +42,12 @@ void GiveMemoryBack() {
 
 }  // namespace
 
-ConditionRun::ConditionRun(Context& context, const QString& select, int limitMs, Then then)
-    : context_(context), path_(MailDatabasePath(context)), then_(std::move(then)) {
+ConditionRun::ConditionRun(Context& context, const QString& select, int limitMs, Then then,
+                           ConditionSieve sieve)
+    : context_(context),
+      path_(MailDatabasePath(context)),
+      then_(std::move(then)),
+      sieve_(std::move(sieve)) {
   const auto translated = TranslateSql(select);
   const Result<> connected = translated ? Connect() : translated.Error();
   if (connected) {
@@ -72,11 +76,23 @@ ConditionRun::~ConditionRun() {
 void ConditionRun::Begin(const QByteArray& sql, const QVariantList& parameters, int limitMs) {
   thread_.reset(QThread::create([this, sql, parameters, limitMs] {
     const ConditionLimit limit(limitMs, &stop_);
-    const Answer answer = Ask(*connection_, sql, parameters);
+    Answer answer = Ask(*connection_, sql, parameters);
+    if (sieve_.keeps && answer.values) answer.values = Sift(*answer.values);
     QMetaObject::invokeMethod(
         this, [this, answer] { End(answer); }, Qt::QueuedConnection);
   }));
   thread_->start();
+}
+
+QVariantList ConditionRun::Sift(const QVariantList& values) {
+  QVariantList kept;
+  toSift_ = values.size();
+  for (const QVariant& value : values) {
+    if (stop_ || kept.size() >= sieve_.most) break;
+    if (sieve_.keeps(*connection_, value.toString())) kept.append(value);
+    ++sifted_;
+  }
+  return kept;
 }
 
 void ConditionRun::Stop() {

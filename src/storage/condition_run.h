@@ -6,6 +6,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "storage/context.h"
 #include "storage/result.h"
@@ -13,6 +14,13 @@
 class QThread;
 
 namespace vorn {
+
+/// What looks at each value of an answer for itself, on the thread that asks, and how many it keeps
+/// at most. It takes what time it takes.
+struct ConditionSieve {
+  std::function<bool(Connection& connection, const QString& value)> keeps;
+  qsizetype most = 0;
+};
 
 /// Asks the profile's mail file a question with a condition of the user's, on a thread and a
 /// connection of its own, so that the windows live meanwhile and the user can stop it.
@@ -25,18 +33,23 @@ class ConditionRun : public QObject {
   using Then = std::function<void(const Answer&)>;
 
   /// Begins with `select`, a statement of the dialect. `then` gets the answer in the event loop,
-  /// unless it is stopped before.
-  ConditionRun(Context& context, const QString& select, int limitMs, Then then);
+  /// unless it is stopped before: of the values those that the sieve keeps, if there is one.
+  ConditionRun(Context& context, const QString& select, int limitMs, Then then,
+               ConditionSieve sieve = {});
   /// Stops it.
   ~ConditionRun() override;
 
-  /// Ends the question, which takes some milliseconds; there will be no answer.
+  /// Ends the question, which takes some milliseconds, or the sieve's look at one value; there will be
+  /// no answer.
   void Stop();
   bool IsRunning() const { return thread_ != nullptr; }
+  /// How many values the sieve has looked at, and of how many; 0 as long as they are asked for.
+  std::pair<qint64, qint64> Progress() const { return {sifted_, toSift_}; }
 
  private:
   Result<> Connect();
   void Begin(const QByteArray& sql, const QVariantList& parameters, int limitMs);
+  QVariantList Sift(const QVariantList& values);
   void End(const Answer& answer);
 
   Context& context_;
@@ -45,6 +58,9 @@ class ConditionRun : public QObject {
   std::unique_ptr<QThread> thread_;
   std::atomic<bool> stop_ = false;
   Then then_;
+  ConditionSieve sieve_;
+  std::atomic<qint64> sifted_ = 0;
+  std::atomic<qint64> toSift_ = 0;
 };
 
 /// Lets go of one in the midst of its answer, too.

@@ -93,7 +93,7 @@ TEST(StandardObjects, WhoHasAllElseOfTheLookOfNewProfilesFoldsEvents) {
   TestProfile profile;
   for (const int pane : {2, 0}) {
     const DiskPtr settings = Settings(profile.Get()).Bag();
-    settings->Let(QStringLiteral("EventsFolded"), QVariant());
+    settings->Remove(u"EventsFolded");
     settings->Let(QStringLiteral("ReadingPane"), pane);
     ASSERT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
     profile.Restart();

@@ -6,7 +6,9 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPushButton>
 #include <QTabBar>
+#include <QToolButton>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/message_filing.h"
@@ -188,6 +190,57 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   MadeAnewBy([&box] { box.clear(); });
   search(QStringLiteral("elsewhere"));
   EXPECT_TRUE(says(QStringLiteral("に一致する"))) << "the next search is of the folder again";
+}
+
+// Asked for, a search reads what messages say, as it reads: in any code, across lines, without
+// tags.
+TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {
+  Begin(3, 10, true);
+  Context& context = program_->GetContext();
+  StoreReceived(context, QStringLiteral("mail_wrapped"),
+                "Subject: Wrapped\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n"
+                "ご依頼の見積\r\n書です。\r\n",
+                {});
+  StoreReceived(context, QStringLiteral("mail_marked"),
+                "Subject: Marked\r\nContent-Type: text/html\r\nContent-Transfer-Encoding: base64"
+                "\r\n\r\n" +
+                    QByteArray("<p>An <b>en</b>TITY</p>").toBase64(),
+                {});
+  auto& box = Child<QLineEdit>(*Browser(), u"txSearch");
+  auto& texts = Child<QToolButton>(*Browser(), u"cmTexts");
+  const auto search = [&box](const QString& text) {
+    box.setFocus();
+    box.setText(text);
+    QTest::keyClick(&box, Qt::Key_Return);
+  };
+  const auto says = [this](const QString& text) {
+    return WaitFor([&] { return PageText().contains(text); }, 10000);
+  };
+  search(QStringLiteral("見積書"));
+  ASSERT_TRUE(says(QStringLiteral("「見積書」に一致するメッセージはありません。")));
+  MadeAnewBy([&] {
+    texts.click();
+    Child<QPushButton>(*Browser(), u"cmStopTexts").click();
+  });
+  EXPECT_FALSE(texts.isChecked());
+  test::RunFor(300);
+  EXPECT_FALSE(PageText().contains(QStringLiteral("Wrapped"))) << "it was stopped";
+  ClickLink(QStringLiteral("a[href=\"vorn:searchTexts\"]"));
+  ASSERT_TRUE(says(QStringLiteral("Wrapped")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("No1.")));
+  EXPECT_TRUE(Child<QWidget>(*Browser(), u"barTexts").isHidden());
+  FocusPage(false);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitGone("Wrapped"));
+  // The next one reads texts, too.
+  search(QStringLiteral("entity"));
+  ASSERT_TRUE(says(QStringLiteral("Marked")));
+  search(QStringLiteral("no2"));
+  EXPECT_TRUE(says(QStringLiteral("No2.")));
+  QTest::keyClick(&box, Qt::Key_Escape);
+  EXPECT_TRUE(says(QStringLiteral("No1.")));
+  EXPECT_FALSE(texts.isChecked());
 }
 
 // Of many tabs those that were used last have a page. The others have none, and are as they were

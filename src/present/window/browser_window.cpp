@@ -76,6 +76,7 @@ void BrowserWindow::Lay() {
   layout->addWidget(toolbar_);
   layout->addWidget(engine_->Scripts());
   layout->addWidget(maker_->Bar());
+  layout->addWidget(folder_->Bar());
   layout->addWidget(split_, 1);
 }
 

@@ -85,6 +85,7 @@ FolderSearch FolderPaging::Typed() const {
 
 void FolderPaging::Follow(const QString& step) {
   if (step == search_step::kEverywhere) search_.SearchEverywhere();
+  if (step == search_step::kTexts) search_.SearchTexts();
   if (step == search_step::kGiveUp) GiveUpSearch();
 }
 

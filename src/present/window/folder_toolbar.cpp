@@ -40,6 +40,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->addWidget(txLocation_, 1);
   bar->addWidget(search_, 1);
   bar->addWidget(search_->Everywhere());
+  bar->addWidget(search_->Texts());
   bar->addWidget(search_->Found());
 }
 

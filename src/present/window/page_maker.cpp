@@ -129,6 +129,7 @@ QByteArray PageMaker::WithoutHit(QByteArray page) const {
   if (!search.isEverywhere && request_.Folder() != fixed_serial::kDust) {
     words += link(search_step::kEverywhere, Ui::tr("すべてのフォルダを検索する"));
   }
+  if (!search.hits) words += link(search_step::kTexts, Ui::tr("本文も検索する"));
   words += link(search_step::kGiveUp, Ui::tr("検索をやめる"));
   const QByteArray none = ToCodePage932(Ui::tr("メッセージはありません。"));
   if (page.contains(none)) return page.replace(none, ToCodePage932(words));

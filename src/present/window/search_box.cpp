@@ -16,7 +16,13 @@ constexpr int kSearchWidth = 220;
 }  // namespace
 
 SearchBox::SearchBox(QWidget* window, QWidget* parent)
-    : QLineEdit(parent), lbFound_(PlainLabel({}, parent)), cmEverywhere_(new QToolButton(parent)) {
+    : QLineEdit(parent),
+      lbFound_(PlainLabel({}, parent)),
+      cmEverywhere_(AddChoice(QStringLiteral("cmEverywhere"), Ui::tr("すべてのフォルダ"),
+                              Ui::tr("くずかごのほかのすべてのフォルダを検索します。"))),
+      cmTexts_(
+          AddChoice(QStringLiteral("cmTexts"), Ui::tr("本文も"),
+                    Ui::tr("メッセージの本文も検索します。一通ずつ読むので時間がかかります。"))) {
   setObjectName(QStringLiteral("txSearch"));
   setAccessibleName(Ui::tr("フォルダの検索"));
   setPlaceholderText(Ui::tr("件名、アドレスを検索"));
@@ -24,17 +30,12 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
   setMaximumWidth(kSearchWidth);
   connect(this, &QLineEdit::returnPressed, this, &SearchBox::Wanted);
   connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
-    cmEverywhere_->setVisible(!text.isEmpty());
-    if (!text.isEmpty()) return;
-    cmEverywhere_->setChecked(false);
-    Q_EMIT Emptied();
+    for (QToolButton* choice : {cmEverywhere_, cmTexts_}) {
+      choice->setVisible(!text.isEmpty());
+      if (text.isEmpty()) choice->setChecked(false);
+    }
+    if (text.isEmpty()) Q_EMIT Emptied();
   });
-  cmEverywhere_->setObjectName(QStringLiteral("cmEverywhere"));
-  cmEverywhere_->setText(Ui::tr("すべてのフォルダ"));
-  cmEverywhere_->setToolTip(Ui::tr("くずかごのほかのすべてのフォルダを検索します。"));
-  cmEverywhere_->setCheckable(true);
-  cmEverywhere_->hide();
-  connect(cmEverywhere_, &QToolButton::clicked, this, &SearchBox::Wanted);
   lbFound_->setObjectName(QStringLiteral("lbFound"));
   lbFound_->hide();
   auto* find = new QShortcut(QKeySequence::Find, window);
@@ -43,6 +44,18 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
     setFocus();
     selectAll();
   });
+}
+
+QToolButton* SearchBox::AddChoice(const QString& name, const QString& text,
+                                  const QString& toolTip) {
+  auto* choice = new QToolButton(parentWidget());
+  choice->setObjectName(name);
+  choice->setText(text);
+  choice->setToolTip(toolTip);
+  choice->setCheckable(true);
+  choice->hide();
+  connect(choice, &QToolButton::clicked, this, &SearchBox::Wanted);
+  return choice;
 }
 
 // From what is typed one goes down to what was found; Escape gives up both.
@@ -60,6 +73,15 @@ bool SearchBox::IsEverywhere() const {
 
 void SearchBox::SearchEverywhere() {
   cmEverywhere_->setChecked(true);
+  Q_EMIT Wanted();
+}
+
+bool SearchBox::IsInTexts() const {
+  return cmTexts_->isChecked();
+}
+
+void SearchBox::SearchTexts() {
+  cmTexts_->setChecked(true);
   Q_EMIT Wanted();
 }
 

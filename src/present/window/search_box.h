@@ -25,6 +25,10 @@ class SearchBox : public QLineEdit {
   QToolButton* Everywhere() const { return cmEverywhere_; }
   bool IsEverywhere() const;
   void SearchEverywhere();
+  /// The one that searches what messages say as well.
+  QToolButton* Texts() const { return cmTexts_; }
+  bool IsInTexts() const;
+  void SearchTexts();
 
  Q_SIGNALS:
   /// What is typed is to be searched for.
@@ -40,8 +44,11 @@ class SearchBox : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QToolButton* AddChoice(const QString& name, const QString& text, const QString& toolTip);
+
   QLabel* lbFound_;
   QToolButton* cmEverywhere_;
+  QToolButton* cmTexts_;
 };
 
 }  // namespace vorn

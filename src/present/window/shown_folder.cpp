@@ -1,8 +1,10 @@
 #include "present/window/shown_folder.h"
 
+#include <QToolButton>
 #include <QWebEngineView>
 #include <utility>
 
+#include "present/message_list_page.h"
 #include "present/shown_page.h"
 #include "present/window/engine_view.h"
 #include "present/window/folder_toolbar.h"
@@ -10,6 +12,8 @@
 #include "present/window/page_maker.h"
 #include "present/window/page_split.h"
 #include "present/window/search_box.h"
+#include "present/window/text_wait.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -23,7 +27,10 @@ ShownFolder::ShownFolder(const Parts& parts)
             paging_.GoToMessage(number, message, chosen);
           },
           [this](const QString& sentence) { parts_.host.Tell(sentence); }),
-      commands_(messages_, navigation_, parts.page, parts.window) {
+      commands_(messages_, navigation_, parts.page, parts.window),
+      // What subjects and addresses have is in sight already.
+      texts_(new TextWait(parts.context,
+                          [this] { parts_.toolbar.Search().Texts()->setChecked(false); })) {
   ConnectPaging();
   ConnectMessages();
 }
@@ -58,7 +65,12 @@ void ShownFolder::ConnectMessages() {
           [this](QWidget* pane) { commands_.AddToPane(*pane); });
 }
 
+QWidget* ShownFolder::Bar() const {
+  return texts_;
+}
+
 void ShownFolder::Leave() {
+  texts_->Stop();
   parts_.page.change.LeavePlace();
   parts_.split.ShowNothing();
   searchedFrom_.clear();
@@ -70,10 +82,34 @@ void ShownFolder::Leave() {
 // Who gives up a search goes on with the message that he found by it, or from which he began it.
 void ShownFolder::ShowSearched() {
   if (!parts_.split.Row().isEmpty()) searchedFrom_ = parts_.split.Row();
-  parts_.page.change.LeavePlace();
   const bool isAll = parts_.page.request.Search().isEmpty();
-  const QString message = isAll ? std::exchange(searchedFrom_, {}) : QString();
+  ShowAt(isAll ? std::exchange(searchedFrom_, {}) : QString());
+  texts_->Stop();
+  if (!isAll && parts_.toolbar.Search().IsInTexts()) ReadTexts();
+}
+
+// At that message where it is shown.
+void ShownFolder::ShowAt(const QString& message) {
+  parts_.page.change.LeavePlace();
   if (message.isEmpty() || !navigation_.GoToShown(message)) paging_.ShowFirst();
+}
+
+void ShownFolder::ReadTexts() {
+  const FolderSearch search = Search();
+  texts_->Begin(parts_.pages.ScopeQuestion(parts_.page.request.Folder(), search), search.text,
+                [this, search](const Result<QStringList>& hits) {
+                  if (!hits) return parts_.host.Tell(hits.Error().text);
+                  ShowHits(search, *hits);
+                });
+}
+
+void ShownFolder::ShowHits(FolderSearch search, const QStringList& hits) {
+  if (!parts_.page.request.IsLocal()) return;
+  search.hits = hits;
+  parts_.page.request.SetSearch(search);
+  ShowAt(parts_.split.Row());
+  if (hits.size() < TextWait::kMost) return;
+  parts_.host.Tell(Ui::tr("新しいものから%1通を表示しています。").arg(hits.size()));
 }
 
 // A tab is as it was left, whichever way the user comes to it. In the page that he is at he goes

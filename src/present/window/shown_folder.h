@@ -14,6 +14,7 @@ namespace vorn {
 class EngineView;
 class PageLoader;
 class PageSplit;
+class TextWait;
 
 /// The folder that a browser window shows, as the user works with its pages and the program around
 /// asks of it: he turns them, searches the folder, goes to a message, and does things with those
@@ -37,6 +38,8 @@ class ShownFolder : public QObject {
   };
   explicit ShownFolder(const Parts& parts);
 
+  /// The bar above the page while texts are being searched.
+  QWidget* Bar() const;
   /// A view takes the page's keys.
   void AddKeysTo(QWidget& view) { commands_.AddTo(view); }
   /// Another folder comes in the place of this one, and is not searched.
@@ -78,12 +81,16 @@ class ShownFolder : public QObject {
   void ConnectPaging();
   void ConnectMessages();
   void ShowSearched();
+  void ShowAt(const QString& message);
+  void ReadTexts();
+  void ShowHits(FolderSearch search, const QStringList& hits);
 
   const Parts parts_;
   FolderPaging paging_;
   PageMessages messages_;
   MessageNavigation navigation_;
   PageCommands commands_;
+  TextWait* texts_;
   QString searchedFrom_;  // the message that was the current one before the search
 };
 
