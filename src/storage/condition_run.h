@@ -39,8 +39,8 @@ class ConditionRun : public QObject {
   /// Stops it.
   ~ConditionRun() override;
 
-  /// Ends the question, which takes some milliseconds, or the sieve's look at one value; there will be
-  /// no answer.
+  /// Ends the question, which takes some milliseconds or the sieve's look at one value; there will
+  /// be no answer.
   void Stop();
   bool IsRunning() const { return thread_ != nullptr; }
   /// How many values the sieve has looked at, and of how many; 0 as long as they are asked for.
