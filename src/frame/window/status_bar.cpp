@@ -75,8 +75,8 @@ void MainStatusBar::BuildOffer() {
   connect(takeBack_, &QToolButton::clicked, this, &MainStatusBar::UndoWanted);
   auto* layout = new QHBoxLayout(offer_);
   layout->setContentsMargins(4, 0, 4, 0);
+  layout->addWidget(takeBack_);  // first, so that it stays under the pointer whatever is said
   layout->addWidget(done_);
-  layout->addWidget(takeBack_);
   layout->addStretch();
   addWidget(offer_, 1);
   offer_->hide();

@@ -122,7 +122,7 @@ QByteArray PageMaker::WithoutHit(QByteArray page) const {
   const FolderSearch search = request_.Search();
   const auto link = [](const QString& step, const QString& text) {
     return QStringLiteral(
-               "<br><br><a href=\"vorn:%1\" style=\"color:LinkText;"
+               "<br><br><a href=\"vorn:%1\" style=\"color:inherit;"
                "text-decoration:underline\">%2</a>")
         .arg(step, text);
   };
