@@ -251,15 +251,21 @@ TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
     EXPECT_NE(isShown, marked) << source.toStdString();
     return marked;
   };
-  for (const char* html : {"<p><img src='CID:p%40x' style='width:10px;border-width:0'>",
-                           "<table width=1%><td style='line-height:0'><img src=cid:p@x>"}) {
+  for (const char* html :
+       {"<p><img src='CID:p%40x' style='width:10px;border-width:0'>",
+        "<table width=1%><td style='line-height:0;margin:0 auto'><img src=cid:p@x>",
+        "<details open><img src=cid:p@x style='padding:9px;width:10%'>"}) {
     EXPECT_FALSE(isMarked(message(html, gif))) << html;
   }
   for (const char* html :
        {"text", "<a href=cid:p@x>a</a>", "<!-- <img src=cid:p@x> -->", "<img src=cid:other>",
         "<div style='display: none'><p><img src=cid:p@x>", "<img src=cid:p@x width=1>",
         "<div style='max-height:0px;overflow:hidden'><img src=cid:p@x>",
-        "<img src=cid:p@x style='position:absolute;left:-999px'>"}) {
+        "<img src=cid:p@x style='position:absolute;left:-999px'>",
+        "<p style='margin: 0 0 0 -99px'><img src=cid:p@x>",
+        "<img src=cid:p@x style='padding-left:9999px'>", "<img src=cid:p@x style='width:0.4px'>",
+        "<img src=cid:p@x style='height:calc(0px)'>", "<video><img src=cid:p@x></video>",
+        "<img src=cid:p@x style='object-position:99px'>", "<details><img src=cid:p@x></details>"}) {
     EXPECT_TRUE(isMarked(message(html, gif))) << html;
   }
   EXPECT_TRUE(isMarked(message("<img src=cid:p@x>", "JVBERi0xLjQK"))) << "it is no picture";

@@ -264,6 +264,13 @@ TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
   FocusPage();
   MadeAnewBy([this] { Press(Qt::Key_Z, Qt::ControlModifier); });
   EXPECT_EQ(filed(), Ids({1, 2}));
+  // By its name as well, though it is none of the folders that are offered.
+  InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                         [](ConsoleWindow& window) {
+                           test::Type(Child<QLineEdit>(window, u"Text1"), QStringLiteral("受信"));
+                           QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+                         });
+  EXPECT_TRUE(WaitFor([&] { return filed() == Ids({2}); }));
 }
 
 // By what moves among messages that wait to be read, also over several pages.

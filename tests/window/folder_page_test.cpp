@@ -185,6 +185,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
                          });
   const auto stands = [&] { return *Members(context, hit, QString::fromUtf16(kShelf)) == hit; };
   EXPECT_TRUE(WaitFor([&] { return !stands(); }));
+  FocusPage();
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_TRUE(WaitFor(stands));
   MadeAnewBy([&box] { box.clear(); });

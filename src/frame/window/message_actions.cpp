@@ -66,7 +66,10 @@ QString MessageActions::AskFolder() {
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
                               QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
   if (into && into->startsWith(kAnotherWanted)) {
-    return MakeFolder(ask, into->sliced(kAnotherWanted.size()));
+    const QString name = into->sliced(kAnotherWanted.size());
+    const bool isInbox = name.compare(NameOf(fixed_serial::kInbox), Qt::CaseInsensitive) == 0;
+    if (isInbox && Settings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
+    return MakeFolder(ask, name);
   }
   if (into && into->isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
@@ -92,6 +95,7 @@ QString MessageActions::MakeFolder(const QString& caption, QString name) {
 
 QStringList MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
   const QString into = AskFolder();
+  if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
   lastFolder_ = into;
   return File(messages, into, folder);

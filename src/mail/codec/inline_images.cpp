@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QRegularExpression>
 #include <QUrl>
+#include <cctype>
 #include <vector>
 
 #include "mail/codec/html_tree.h"
@@ -44,14 +45,47 @@ QByteArray ValueOf(const GumboElement& element, const char* name) {
   return attribute == nullptr ? QByteArray() : QByteArray(attribute->value).trimmed().toLower();
 }
 
-bool IsNothing(QByteArray length) {
-  if (length.endsWith("px")) length.chop(2);
-  return length == "0" || length == "1";
+// Less than two dots, or nothing of any other unit; what is calculated is in doubt.
+bool IsNothing(const QByteArray& length) {
+  if (length.contains('(')) return true;
+  QByteArray number = length;
+  while (!number.isEmpty() && (number.back() == '%' || std::isalpha(number.back()) != 0)) {
+    number.chop(1);
+  }
+  bool isNumber = false;
+  const double value = number.toDouble(&isNumber);
+  const bool isDots = number == length || length.endsWith("px");
+  return isNumber && value < (isDots ? 2 : 0.1);
+}
+
+// Whether that much space beside an element may move it away.
+bool IsFar(const QByteArray& space) {
+  static const QRegularExpression far(QStringLiteral("-\\.?[0-9]|[0-9]{4}|\\("));
+  return far.match(QString::fromLatin1(space)).hasMatch();
+}
+
+// Whether the element's content is not what is shown of it.
+bool IsInstead(const GumboElement& element) {
+  switch (element.tag) {
+    case GUMBO_TAG_TEMPLATE:
+    case GUMBO_TAG_NOSCRIPT:
+    case GUMBO_TAG_VIDEO:
+    case GUMBO_TAG_AUDIO:
+    case GUMBO_TAG_OBJECT:
+    case GUMBO_TAG_CANVAS:
+    case GUMBO_TAG_METER:
+    case GUMBO_TAG_PROGRESS:
+      return true;
+    case GUMBO_TAG_DETAILS:
+      return gumbo_get_attribute(&element.attributes, "open") == nullptr;
+    default:
+      return false;
+  }
 }
 
 // Whether what is in the element may not be seen; a picture in doubt counts as a file.
 bool IsOutOfSight(const GumboElement& element) {
-  if (element.tag == GUMBO_TAG_TEMPLATE || element.tag == GUMBO_TAG_NOSCRIPT) return true;
+  if (IsInstead(element)) return true;
   if (gumbo_get_attribute(&element.attributes, "hidden") != nullptr) return true;
   if (IsNothing(ValueOf(element, "width")) || IsNothing(ValueOf(element, "height"))) return true;
   for (const QByteArray& declaration : ValueOf(element, "style").split(';')) {
@@ -65,7 +99,11 @@ bool IsOutOfSight(const GumboElement& element) {
     }
     if (name == "display" && value.startsWith("none")) return true;
     if (name == "position" && value != "relative" && value != "static") return true;
-    for (const char* hiding : {"visibility", "opacity", "clip", "transform", "filter"}) {
+    for (const char* moving : {"margin", "padding", "text-indent"}) {
+      if (name.startsWith(moving) && IsFar(value)) return true;
+    }
+    for (const char* hiding : {"visibility", "opacity", "clip", "transform", "filter", "object-",
+                               "mask", "zoom", "scale", "translate", "offset", "content"}) {
       if (name.startsWith(hiding)) return true;
     }
   }
