@@ -160,9 +160,7 @@ void MeasureTexts(Context& context) {
   Require(ask({seeks, TextWait::kMost}).isEmpty(), QStringLiteral("found"));
   Report(QStringLiteral("searching the texts"), {Milliseconds(clock)});
   Measure(QStringLiteral("first page of the hits"), [&] {
-    bool before = false;
-    bool next = false;
-    Require(pages.FolderPage(fixed_serial::kInbox, 1, before, next, found));
+    Require(pages.FolderPage(fixed_serial::kInbox, 1, found));
   });
   Measure(QStringLiteral("counting the hits anew"), [&] {
     Require(MessageListPages(context).CountFound(fixed_serial::kInbox, found) == TextWait::kMost,
