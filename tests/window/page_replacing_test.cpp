@@ -140,8 +140,8 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
                                "charset=shift-jis\"></head><body>%1</body>")
                     .arg(QString::fromLatin1(rows)));
     MadeAnewBy([this] { Browser()->Refresh(); });
-    EXPECT_EQ(Order(), Ids({1, 2, 3, 4}));
-    EXPECT_EQ(Chosen(), Ids({2}));
+    // A version that was wanted meanwhile may follow.
+    EXPECT_TRUE(WaitFor([this] { return Order() == Ids({1, 2, 3, 4}) && Chosen() == Ids({2}); }));
   };
   // Where several messages share an element, the link of each is its row.
   layOut("<+MAIL><+DIALOG><+SUBJECT><+DIALOG> <+FLAG><NEW><br><+MAIL>");
@@ -158,14 +158,16 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
     QTest::keyClick(View()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === %1").arg(there)));
   }
+  EXPECT_EQ(loads_->count(), 1);
   Script(QStringLiteral("vorn.goTo(1, false)"));
   // Rows within rows.
   layOut("<ul><+MAIL><li><+DIALOG><+SUBJECT><+DIALOG><ul><+MAIL>");
-  EXPECT_EQ(loads_->count(), 2);
+  const qsizetype loads = loads_->count();
+  EXPECT_GT(loads, 1);
   Come("mail_new", "Last", QStringLiteral("2020-01-02 00:00:00"));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
-  EXPECT_EQ(loads_->count(), 3);
-  EXPECT_EQ(Chosen(), Ids({2}));
+  EXPECT_GT(loads_->count(), loads);
+  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({2}); }));
 }
 
 TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
