@@ -159,9 +159,8 @@ void MeasureTexts(Context& context) {
   clock.start();
   Require(ask({seeks, TextWait::kMost}).isEmpty(), QStringLiteral("found"));
   Report(QStringLiteral("searching the texts"), {Milliseconds(clock)});
-  Measure(QStringLiteral("first page of the hits"), [&] {
-    Require(pages.FolderPage(fixed_serial::kInbox, 1, found));
-  });
+  Measure(QStringLiteral("first page of the hits"),
+          [&] { Require(pages.FolderPage(fixed_serial::kInbox, 1, found)); });
   Measure(QStringLiteral("counting the hits anew"), [&] {
     Require(MessageListPages(context).CountFound(fixed_serial::kInbox, found) == TextWait::kMost,
             QStringLiteral("wrong count"));
