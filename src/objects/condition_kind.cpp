@@ -56,31 +56,30 @@ QString AttachmentClause(const QStringList&) {
   return QStringLiteral("SUBSTR(mail.FIELD_FLAG & '0000', %1, 1) = '1'").arg(kFlagAttachment);
 }
 
-using Kind = ConditionKind;
-using Value = ConditionValue;
-
 constexpr ConditionTraits kKinds[] = {
-    {Kind::Subject, "subject", QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む"), Value::Text,
-     SubjectClause},
-    {Kind::MailAddress, "mailaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む"), Value::Text,
-     AddressPartClause},
-    {Kind::Folder, "folder", QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある"), Value::Folder,
-     nullptr},
-    {Kind::Status, "status", QT_TRANSLATE_NOOP("vorn::Ui", "状態"), Value::States, StatusClause},
-    {Kind::TimeStamp, "timestamp", QT_TRANSLATE_NOOP("vorn::Ui", "日付"), Value::Days, DaysClause},
-    {Kind::WholeAddress, "wholeaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが"), Value::Text,
-     AddressClause},
-    {Kind::Attachment, "attachment", QT_TRANSLATE_NOOP("vorn::Ui", "添付ファイルがある"),
-     Value::None, AttachmentClause}};
+    {ConditionKind::Subject, "subject", QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む"),
+     ConditionValue::Text, SubjectClause},
+    {ConditionKind::MailAddress, "mailaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む"),
+     ConditionValue::Text, AddressPartClause},
+    {ConditionKind::Folder, "folder", QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある"),
+     ConditionValue::Folder, nullptr},
+    {ConditionKind::Status, "status", QT_TRANSLATE_NOOP("vorn::Ui", "状態"), ConditionValue::States,
+     StatusClause},
+    {ConditionKind::TimeStamp, "timestamp", QT_TRANSLATE_NOOP("vorn::Ui", "日付"),
+     ConditionValue::Days, DaysClause},
+    {ConditionKind::WholeAddress, "wholeaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが"),
+     ConditionValue::Text, AddressClause},
+    {ConditionKind::Attachment, "attachment", QT_TRANSLATE_NOOP("vorn::Ui", "添付ファイルがある"),
+     ConditionValue::None, AttachmentClause}};
 
 // Each kind stands in its place, and only the condition of a folder is made elsewhere.
 constexpr bool IsWhole() {
   for (size_t i = 0; i < std::size(kKinds); ++i) {
-    const bool isFolder = kKinds[i].value == Value::Folder;
+    const bool isFolder = kKinds[i].value == ConditionValue::Folder;
     if (static_cast<size_t>(kKinds[i].kind) != i) return false;
     if ((kKinds[i].clause == nullptr) != isFolder) return false;
   }
-  return std::size(kKinds) == static_cast<size_t>(Kind::Count);
+  return std::size(kKinds) == static_cast<size_t>(ConditionKind::Count);
 }
 static_assert(IsWhole());
 

@@ -273,8 +273,8 @@ bool PageRow::IsReceived() const {
 PageTagTable CreatePageTagTable() {
   PageTagTable table;
   for (const SectionTag& tag : kTags) {
-    PageTag& section = table.emplace_back(CreateTagPattern(QString::fromUtf16(tag.tag), 0));
-    section.definition = &tag;
+    table.append({CreateTagPattern(QString::fromUtf16(tag.tag), 0), {}, &tag});
+    PageTag& section = table.last();
     for (const ChildTag& child : tag.children) {
       section.children.append(
           CreateTagPattern(QString::fromUtf16(child.tag), QString::fromUtf16(child.key)));

@@ -96,7 +96,8 @@ void AttachmentList::FoldShown(bool isHtmlInFront) {
                                              return attachment.isNew || attachment.inner ||
                                                     !shownImages_.contains(attachment.record.first);
                                            });
-  const size_t folded = isHtmlInFront ? std::distance(shown, attachments_.end()) : 0;
+  const auto count = static_cast<size_t>(std::distance(shown, attachments_.end()));
+  const size_t folded = isHtmlInFront ? count : 0;
   if (std::exchange(folded_, folded) != folded) Fill();
 }
 

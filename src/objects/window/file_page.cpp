@@ -6,6 +6,7 @@
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
+#include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
@@ -49,7 +50,7 @@ FilePage::FilePage(const Context& context, const QString& type, const QString& s
   enabled->setChecked(true);
   enabled->setVisible(type == object_type::kAccount);  // it says nothing of the others
   QCheckBox* standard = AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
-  standard->setToolTip(MeaningOfDefault(type));
+  standard->setToolTip(ShownToolTip(MeaningOfDefault(type)));
   standard->setVisible(!standard->toolTip().isEmpty());
   // By a rule that goes before what is chosen here.
   if (type == object_type::kProfile) standard->setEnabled(false);

@@ -51,7 +51,7 @@ QToolButton* SearchBox::AddChoice(const QString& name, const QString& text,
   auto* choice = new QToolButton(parentWidget());
   choice->setObjectName(name);
   choice->setText(text);
-  choice->setToolTip(toolTip);
+  choice->setToolTip(ShownToolTip(toolTip));
   choice->setCheckable(true);
   choice->hide();
   connect(choice, &QToolButton::clicked, this, &SearchBox::Wanted);
