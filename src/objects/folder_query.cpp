@@ -14,8 +14,7 @@ QString TableOf(const QStringList& messages) {
   QStringList serialIds;
   for (const QString& message : messages) serialIds.append(QuoteSql(message));
   return QStringLiteral("(SELECT * FROM mail WHERE SERIALID IN (%1) LIMIT %2) AS mail")
-      .arg(serialIds.join(u','))
-      .arg(messages.size());
+      .arg(serialIds.join(u','), QString::number(messages.size()));
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ class Placement {
   /// The width of its tree, in pixels.
   int TreeWidth(int byDefault) const { return bag_.Number(kTreeWidth, byDefault); }
   static void SetTreeWidth(Disk& bag, int pixels) { bag.Let(kTreeWidth, pixels); }
-  /// The part of a folder's page that is the list, in percent, above the message or beside it.
+  /// The share of a folder's page that is the list, in percent, above the message or beside it.
   int PageShare(Qt::Orientation split, int byDefault) const {
     return bag_.Number(PageShareKey(split), byDefault);
   }

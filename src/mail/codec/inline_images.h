@@ -14,9 +14,9 @@ namespace vorn {
 QString WithInlineImages(const QString& html, const QByteArray& source,
                          const QString& contentIndex);
 
-/// Where the parts begin whose pictures stand in the text of the message's HTML: an element that
-/// nothing around it hides names them by their Content-ID, and their content is a picture, whatever
-/// they are called.
+/// Where the MIME entities begin whose pictures stand in the text of the message's HTML: an element
+/// that nothing around it hides names them by their Content-ID, and their content is a picture,
+/// whatever they are called.
 QSet<qsizetype> ShownImages(QByteArrayView source, const QString& contentIndex,
                             const ReadingCode& code);
 
