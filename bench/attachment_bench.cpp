@@ -10,7 +10,7 @@
 
 #include "bench_support.h"
 #include "mail/file_kind.h"
-#include "mail/office_part.h"
+#include "mail/inspection/office_part.h"
 
 using namespace vorn;
 

@@ -14,7 +14,7 @@
 #include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/object_types.h"
 #include "present/message_list_page.h"
 #include "storage/databases.h"

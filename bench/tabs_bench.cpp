@@ -19,7 +19,7 @@
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "frame/window/program.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "mail/window/reading_pane.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"

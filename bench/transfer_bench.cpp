@@ -18,7 +18,7 @@
 #include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/account.h"
 #include "transfer/mail_traffic.h"
 

@@ -1,8 +1,8 @@
 #include "fuzz_input.h"
-#include "mail/calendar_actions.h"
-#include "mail/office_part.h"
-#include "mail/pdf_actions.h"
-#include "mail/table_formulas.h"
+#include "mail/inspection/calendar_actions.h"
+#include "mail/inspection/office_part.h"
+#include "mail/inspection/pdf_actions.h"
+#include "mail/inspection/table_formulas.h"
 
 using namespace vorn;
 

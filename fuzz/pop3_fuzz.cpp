@@ -1,5 +1,5 @@
 #include "fuzz_input.h"
-#include "transfer/pop3_session.h"
+#include "transfer/pop3/pop3_session.h"
 
 using namespace vorn;
 

@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "transfer/smtp_session.h"
-#include "transfer/wire_message.h"
+#include "transfer/protocol/wire_message.h"
+#include "transfer/smtp/smtp_session.h"
 
 using namespace vorn;
 

@@ -2,7 +2,7 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "mail/outbox.h"
+#include "mail/store/outbox.h"
 #include "storage/databases.h"
 #include "storage/time_text.h"
 

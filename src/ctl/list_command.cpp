@@ -4,8 +4,8 @@
 
 #include "ctl/command.h"
 #include "mail/codec/address.h"
-#include "mail/folder_listing.h"
-#include "mail/message_rows.h"
+#include "mail/search/folder_listing.h"
+#include "mail/store/message_rows.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"

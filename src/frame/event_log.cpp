@@ -3,7 +3,7 @@
 #include <QTime>
 
 #include "mail/codec/identifiers.h"
-#include "mail/message_bag.h"
+#include "mail/store/message_bag.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"

@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "storage/disk.h"
-#include "transfer/event_kinds.h"
+#include "transfer/plan/event_kinds.h"
 
 namespace vorn {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "mail/message_rows.h"
+#include "mail/store/message_rows.h"
 #include "storage/databases.h"
 
 namespace vorn {

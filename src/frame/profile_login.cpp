@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "mail/outbox.h"
+#include "mail/store/outbox.h"
 #include "objects/any_object.h"
 #include "objects/file_age.h"
 #include "objects/lost_files.h"

@@ -1,8 +1,8 @@
 #include "frame/request_queue.h"
 
 #include "mail/mail_request_bag.h"
-#include "mail/message_bag.h"
 #include "mail/message_id.h"
+#include "mail/store/message_bag.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "present/page_request.h"

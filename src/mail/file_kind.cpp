@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "mail/attachment_files.h"
-#include "mail/carried_commands.h"
+#include "mail/inspection/carried_commands.h"
 #include "storage/ui.h"
 
 namespace vorn {

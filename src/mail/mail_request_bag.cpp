@@ -1,6 +1,6 @@
 #include "mail/mail_request_bag.h"
 
-#include "mail/message_bag.h"
+#include "mail/store/message_bag.h"
 
 namespace vorn {
 

@@ -4,9 +4,9 @@
 
 #include "mail/codec/code_offers.h"
 #include "mail/mail_request_bag.h"
-#include "mail/mail_store.h"
-#include "mail/message_bag.h"
 #include "mail/open_message.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_bag.h"
 #include "storage/result.h"
 
 namespace vorn {

@@ -3,13 +3,13 @@
 #include <QFile>
 
 #include "mail/codec/code_page_932.h"
-#include "mail/outbox.h"
-#include "mail/send_refusals.h"
+#include "mail/search/folder_rows.h"
+#include "mail/search/search_condition.h"
+#include "mail/store/outbox.h"
+#include "mail/store/send_refusals.h"
 #include "objects/object_loader.h"
-#include "objects/search_condition.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
-#include "present/folder_rows.h"
 #include "present/page_content.h"
 #include "present/page_filler.h"
 #include "present/page_template.h"

@@ -3,7 +3,7 @@
 #include <QHash>
 #include <QString>
 
-#include "present/folder_rows.h"
+#include "mail/search/folder_rows.h"
 #include "present/page_tags.h"
 #include "storage/context.h"
 #include "storage/result.h"

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "mail/search/neighbour_message.h"
 #include "present/message_list_page.h"
-#include "present/neighbour_message.h"
 #include "present/shown_page.h"
 #include "storage/condition_limit.h"
 #include "storage/ui.h"

@@ -3,7 +3,7 @@
 #include <QString>
 #include <utility>
 
-#include "objects/folder_search.h"
+#include "mail/search/folder_search.h"
 #include "storage/disk.h"
 
 namespace vorn {

@@ -6,7 +6,7 @@
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/text_extraction.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/any_object.h"
 #include "present/page_content.h"
 #include "storage/recordset.h"

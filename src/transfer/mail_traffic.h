@@ -1,8 +1,8 @@
 #pragma once
 
-#include "transfer/check_plan.h"
-#include "transfer/pop.h"
-#include "transfer/transfer_events.h"
+#include "transfer/control/pop.h"
+#include "transfer/plan/check_plan.h"
+#include "transfer/results/transfer_events.h"
 
 namespace vorn {
 

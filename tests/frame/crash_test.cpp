@@ -14,7 +14,7 @@
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
 #include "storage/password_change.h"

@@ -3,7 +3,7 @@
 #include "objects/lost_files.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
 

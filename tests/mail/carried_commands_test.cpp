@@ -1,6 +1,6 @@
 // What acts in files whose kind is harmless otherwise, and what only looks so.
 
-#include "mail/carried_commands.h"
+#include "mail/inspection/carried_commands.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <atomic>
 
 #include "mail/file_kind.h"
-#include "mail/office_parts.h"
-#include "mail/pdf_actions.h"
+#include "mail/inspection/office_parts.h"
+#include "mail/inspection/pdf_actions.h"
 
 namespace vorn {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
-#include "mail/folder_listing.h"
-#include "mail/mail_store.h"
-#include "mail/stored_copy.h"
+#include "mail/search/folder_listing.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/stored_copy.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"

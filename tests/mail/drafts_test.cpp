@@ -1,8 +1,8 @@
-#include "mail/drafts.h"
+#include "mail/store/drafts.h"
 
 #include <gtest/gtest.h>
 
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "support/test_profile.h"
 
 namespace vorn {

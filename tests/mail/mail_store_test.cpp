@@ -1,9 +1,9 @@
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 
 #include <gtest/gtest.h>
 
-#include "mail/message_filing.h"
 #include "mail/open_message.h"
+#include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "storage/connection.h"
 #include "storage/databases.h"

@@ -2,13 +2,13 @@
 
 #include <QDateTime>
 
-#include "mail/message_filing.h"
+#include "mail/search/search_condition.h"
+#include "mail/store/message_filing.h"
 #include "objects/account.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/save_object.h"
-#include "objects/search_condition.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/standard_objects.h"

@@ -5,16 +5,16 @@
 #include <QFile>
 
 #include "mail/codec/code_page_932.h"
-#include "mail/mail_store.h"
-#include "mail/message_filing.h"
+#include "mail/search/neighbour_message.h"
+#include "mail/search/unread_count.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/link_command.h"
-#include "present/neighbour_message.h"
 #include "present/page_tags.h"
 #include "present/page_template.h"
-#include "present/unread_count.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
 

@@ -5,7 +5,7 @@
 #include <QByteArrayList>
 #include <QStringList>
 
-#include "transfer/pop_events.h"
+#include "transfer/protocol/pop_events.h"
 
 namespace vorn::test {
 

@@ -8,7 +8,7 @@
 #include <QThread>
 
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/account.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"

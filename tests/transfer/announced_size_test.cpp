@@ -1,6 +1,6 @@
 // Answers that do not fit what the server said of a message: nothing is deleted for them.
 
-#include "transfer/announced_size.h"
+#include "transfer/pop3/announced_size.h"
 
 #include <gtest/gtest.h>
 

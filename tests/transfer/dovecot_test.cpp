@@ -3,10 +3,10 @@
 
 #include <QSslConfiguration>
 
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "support/real_servers.h"
 #include "support/traffic.h"
-#include "transfer/trusted_certificates.h"
+#include "transfer/net/trusted_certificates.h"
 
 namespace vorn {
 namespace {

@@ -7,7 +7,7 @@
 #include "support/real_servers.h"
 #include "support/session_recorder.h"
 #include "support/test_profile.h"
-#include "transfer/pop.h"
+#include "transfer/control/pop.h"
 
 namespace vorn {
 namespace {

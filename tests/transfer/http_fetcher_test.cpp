@@ -1,6 +1,6 @@
 // Fetching what a stranger names: what his server learns, and what it can cost.
 
-#include "transfer/http_fetcher.h"
+#include "transfer/net/http_fetcher.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Which messages of a server are known, by whatever names it gives them.
 
-#include "mail/mail_store.h"
-#include "mail/message_filing.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "transfer/receive_fixture.h"

@@ -10,9 +10,9 @@
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/mail_store.h"
-#include "mail/message_filing.h"
-#include "mail/outbox.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
+#include "mail/store/outbox.h"
 #include "objects/account.h"
 #include "storage/connection.h"
 #include "storage/databases.h"

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "mail/archive/import_messages.h"
-#include "mail/mail_store.h"
-#include "mail/message_filing.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
 #include "objects/settings.h"
 #include "support/loopback_pop3_server.h"
 #include "support/traffic.h"

@@ -2,7 +2,7 @@
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "mail/outbox.h"
+#include "mail/store/outbox.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
 #include "support/loopback_smtp_server.h"

@@ -3,8 +3,8 @@
 #include <QThread>
 #include <QTimer>
 
-#include "mail/mail_store.h"
-#include "mail/message_filing.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"

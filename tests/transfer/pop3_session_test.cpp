@@ -1,6 +1,6 @@
 // Conversations played to a session as plain text.
 
-#include "transfer/pop3_session.h"
+#include "transfer/pop3/pop3_session.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "transfer/public_address.h"
+#include "transfer/net/public_address.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Receiving through `Pop` from a server that tests control, into a real store.
 
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "transfer/receive_fixture.h"

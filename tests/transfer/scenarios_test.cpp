@@ -1,8 +1,8 @@
 // What a server or a network can do wrong, one thing per test. Whatever it is, afterwards every
 // message is in the store or on the server, none is stored twice, and the next session finishes.
 
-#include "mail/mail_store.h"
-#include "mail/outbox.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/outbox.h"
 #include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"

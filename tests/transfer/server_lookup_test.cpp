@@ -1,6 +1,6 @@
 // Which servers are proposed for an address: the table's, a document's, and none in time.
 
-#include "transfer/server_lookup.h"
+#include "transfer/servers/server_lookup.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <QTcpSocket>
 
 #include "support/test_profile.h"
-#include "transfer/known_providers.h"
+#include "transfer/servers/known_providers.h"
 
 namespace vorn {
 namespace {

@@ -6,9 +6,9 @@
 #include "mail/codec/envelope_address.h"
 #include "support/session_recorder.h"
 #include "support/test_profile.h"
-#include "transfer/pop3_session.h"
-#include "transfer/redaction.h"
-#include "transfer/smtp_session.h"
+#include "transfer/pop3/pop3_session.h"
+#include "transfer/protocol/redaction.h"
+#include "transfer/smtp/smtp_session.h"
 
 namespace vorn {
 namespace {

@@ -1,11 +1,11 @@
 // SMTP conversations played as text.
 
-#include "transfer/smtp_session.h"
+#include "transfer/smtp/smtp_session.h"
 
 #include <gtest/gtest.h>
 
 #include "support/session_recorder.h"
-#include "transfer/wire_message.h"
+#include "transfer/protocol/wire_message.h"
 
 namespace vorn {
 namespace {

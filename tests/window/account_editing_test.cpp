@@ -16,7 +16,7 @@
 #include "support/loopback_pop3_server.h"
 #include "support/loopback_smtp_server.h"
 #include "support/real_servers.h"
-#include "transfer/server_lookup.h"
+#include "transfer/servers/server_lookup.h"
 #include "window/editing_fixture.h"
 
 namespace vorn {

@@ -11,8 +11,8 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
-#include "mail/message_filing.h"
-#include "mail/message_rows.h"
+#include "mail/store/message_filing.h"
+#include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
 #include "objects/object_loader.h"

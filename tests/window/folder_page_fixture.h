@@ -10,7 +10,7 @@
 #include <QTreeWidgetItemIterator>
 #include <vector>
 
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/object_types.h"
 #include "window/program_fixture.h"
 

@@ -11,7 +11,7 @@
 #include <QToolButton>
 
 #include "auxiliary/window/console_window.h"
-#include "mail/message_filing.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/manual_folder.h"
 #include "present/window/layout_window.h"

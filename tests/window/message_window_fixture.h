@@ -7,7 +7,7 @@
 #include <QTableWidget>
 #include <QToolBar>
 
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "mail/window/message_window.h"
 #include "storage/databases.h"
 #include "support/loopback_smtp_server.h"

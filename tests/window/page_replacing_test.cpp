@@ -5,7 +5,7 @@
 
 #include <QWebEngineView>
 
-#include "mail/message_filing.h"
+#include "mail/store/message_filing.h"
 #include "objects/object_loader.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"

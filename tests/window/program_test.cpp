@@ -15,13 +15,13 @@
 #include "frame/window/console_tree.h"
 #include "frame/window/node_commands.h"
 #include "mail/codec/flag_string.h"
-#include "mail/mail_store.h"
+#include "mail/search/unread_count.h"
+#include "mail/store/mail_store.h"
 #include "mail/window/message_window.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
-#include "present/unread_count.h"
 #include "window/program_fixture.h"
 
 namespace vorn {

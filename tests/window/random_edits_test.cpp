@@ -11,7 +11,7 @@
 #include <QRegularExpression>
 #include <algorithm>
 
-#include "mail/drafts.h"
+#include "mail/store/drafts.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/header_list.h"
 #include "window/message_window_fixture.h"

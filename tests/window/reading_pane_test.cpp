@@ -12,7 +12,7 @@
 #include <QWebEngineView>
 
 #include "mail/codec/flag_string.h"
-#include "mail/message_rows.h"
+#include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading_pane.h"
 #include "objects/object_loader.h"

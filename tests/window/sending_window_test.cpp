@@ -7,8 +7,8 @@
 
 #include "auxiliary/window/console_window.h"
 #include "frame/window/tools_menu.h"
-#include "mail/drafts.h"
-#include "mail/outbox.h"
+#include "mail/store/drafts.h"
+#include "mail/store/outbox.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {

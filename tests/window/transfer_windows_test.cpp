@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "mail/codec/flag_string.h"
-#include "mail/message_rows.h"
+#include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"

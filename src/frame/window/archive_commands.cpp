@@ -12,7 +12,7 @@
 #include "kit/window/progress_window.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
-#include "mail/folder_listing.h"
+#include "mail/search/folder_listing.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "present/window/condition_wait.h"

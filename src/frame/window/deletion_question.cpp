@@ -3,7 +3,7 @@
 #include <QMessageBox>
 
 #include "kit/window/plain_text.h"
-#include "mail/message_filing.h"
+#include "mail/store/message_filing.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/folder_object.h"

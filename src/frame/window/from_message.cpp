@@ -4,16 +4,16 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/address_book.h"
-#include "mail/message_likeness.h"
-#include "mail/message_rows.h"
+#include "mail/search/search_condition.h"
+#include "mail/store/message_likeness.h"
+#include "mail/store/message_rows.h"
 #include "objects/any_object.h"
 #include "objects/default_object.h"
 #include "objects/object_types.h"
-#include "objects/search_condition.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
-#include "transfer/receive_stop_rules.h"
+#include "transfer/results/receive_stop_rules.h"
 
 namespace vorn {
 namespace {

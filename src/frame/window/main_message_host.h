@@ -4,7 +4,7 @@
 #include "frame/window/main_closing.h"
 #include "frame/window/opener.h"
 #include "mail/window/message_host.h"
-#include "transfer/check_plan.h"
+#include "transfer/plan/check_plan.h"
 
 namespace vorn {
 

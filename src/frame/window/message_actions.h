@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "mail/message_filing.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/message_host.h"
 #include "present/window/browser_host.h"
 #include "storage/context.h"

@@ -10,7 +10,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/codec/address.h"
 #include "mail/codec/flag_string.h"
-#include "mail/message_rows.h"
+#include "mail/store/message_rows.h"
 #include "objects/notice_settings.h"
 #include "storage/databases.h"
 #include "storage/ui.h"

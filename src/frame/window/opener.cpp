@@ -9,7 +9,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/archive/import_messages.h"
 #include "mail/mailto.h"
-#include "mail/message_bag.h"
+#include "mail/store/message_bag.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"

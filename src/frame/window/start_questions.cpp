@@ -3,8 +3,8 @@
 #include <QMessageBox>
 
 #include "kit/window/plain_text.h"
-#include "mail/drafts.h"
-#include "mail/outbox.h"
+#include "mail/store/drafts.h"
+#include "mail/store/outbox.h"
 #include "objects/standard_objects.h"
 #include "storage/databases.h"
 #include "storage/ui.h"

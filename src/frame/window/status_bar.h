@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-#include "transfer/transfer_events.h"
+#include "transfer/results/transfer_events.h"
 
 class QLabel;
 class QToolButton;

@@ -2,7 +2,7 @@
 
 #include "present/window/first_use.h"
 #include "storage/ui.h"
-#include "transfer/check_plan.h"
+#include "transfer/plan/check_plan.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QElapsedTimer>
 
 #include "frame/window/console_tree.h"
+#include "mail/search/unread_count.h"
 #include "objects/object_types.h"
-#include "present/unread_count.h"
 #include "storage/condition_limit.h"
 
 namespace vorn {

@@ -1,7 +1,7 @@
 #include "mail/archive/export_messages.h"
 
 #include "mail/codec/content_index.h"
-#include "mail/mail_store.h"
+#include "mail/store/mail_store.h"
 #include "objects/settings.h"
 #include "storage/ui.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "mail/archive/mail_archive.h"
-#include "mail/folder_listing.h"
+#include "mail/search/folder_listing.h"
 #include "storage/context.h"
 
 namespace vorn {

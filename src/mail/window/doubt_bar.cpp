@@ -5,7 +5,7 @@
 #include <QPushButton>
 
 #include "kit/window/plain_text.h"
-#include "mail/outbox.h"
+#include "mail/store/outbox.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 

@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 
-#include "mail/drafts.h"
 #include "mail/message_document.h"
+#include "mail/store/drafts.h"
 #include "mail/window/message_form.h"
 
 namespace vorn {

@@ -8,7 +8,7 @@
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_document.h"
-#include "mail/message_filing.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/focused_box.h"
 #include "mail/window/header_list.h"

@@ -7,7 +7,7 @@
 
 #include "mail/codec/charset.h"
 #include "mail/codec/flag_string.h"
-#include "mail/message_bag.h"
+#include "mail/store/message_bag.h"
 
 namespace vorn {
 

@@ -17,7 +17,7 @@
 #include "kit/window/tool_letter.h"
 #include "mail/codec/invitation.h"
 #include "mail/date_line.h"
-#include "mail/known_addresses.h"
+#include "mail/store/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/header_list.h"

@@ -7,9 +7,9 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
-#include "mail/mail_store.h"
 #include "mail/message_document.h"
-#include "mail/outbox.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/outbox.h"
 #include "mail/window/address_list.h"
 #include "mail/window/doubt_bar.h"
 #include "mail/window/message_form.h"

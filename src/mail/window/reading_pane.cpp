@@ -9,7 +9,7 @@
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/mail_request_bag.h"
-#include "mail/message_bag.h"
+#include "mail/store/message_bag.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_printing.h"

@@ -5,8 +5,8 @@
 #include <QWebEngineUrlRequestJob>
 
 #include "mail/codec/picture_head.h"
-#include "transfer/http_fetcher.h"
-#include "transfer/public_address.h"
+#include "transfer/net/http_fetcher.h"
+#include "transfer/net/public_address.h"
 
 namespace vorn {
 namespace {

@@ -12,8 +12,8 @@
 #include "objects/object_types.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
-#include "transfer/known_providers.h"
-#include "transfer/trusted_certificates.h"
+#include "transfer/net/trusted_certificates.h"
+#include "transfer/servers/known_providers.h"
 
 namespace vorn {
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "objects/window/form_page.h"
-#include "transfer/connection_check.h"
-#include "transfer/server_lookup.h"
+#include "transfer/control/connection_check.h"
+#include "transfer/servers/server_lookup.h"
 
 class QLabel;
 class QPushButton;

@@ -2,7 +2,7 @@
 
 #include <QTableWidget>
 
-#include "objects/search_condition.h"
+#include "mail/search/search_condition.h"
 #include "storage/context.h"
 
 namespace vorn {

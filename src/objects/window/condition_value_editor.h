@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "objects/condition_kind.h"
+#include "mail/search/condition_kind.h"
 #include "storage/context.h"
 
 class QWidget;

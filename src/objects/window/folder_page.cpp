@@ -9,8 +9,8 @@
 
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "mail/search/folder_count.h"
 #include "objects/any_object.h"
-#include "objects/folder_count.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "storage/condition_limit.h"

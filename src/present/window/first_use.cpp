@@ -1,6 +1,6 @@
 #include "present/window/first_use.h"
 
-#include "mail/message_rows.h"
+#include "mail/store/message_rows.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"

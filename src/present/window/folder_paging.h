@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "objects/folder_search.h"
+#include "mail/search/folder_search.h"
 
 namespace vorn {
 

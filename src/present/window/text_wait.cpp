@@ -3,7 +3,7 @@
 #include <QLocale>
 #include <utility>
 
-#include "mail/text_search.h"
+#include "mail/search/text_search.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 
 #include "objects/object_request.h"
 #include "storage/ui.h"
-#include "transfer/rules_object.h"
+#include "transfer/results/rules_object.h"
 #include "transfer/window/rule_page.h"
 
 namespace vorn {

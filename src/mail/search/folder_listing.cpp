@@ -1,0 +1,179 @@
+#include "mail/search/folder_listing.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+#include <optional>
+
+#include "mail/codec/flag_string.h"
+#include "mail/search/search_condition.h"
+#include "mail/store/mail_store.h"
+#include "storage/databases.h"
+#include "storage/session_result.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kAtOnce = 500;  // messages that one statement asks for
+const QString kOldestFirst = QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
+
+FolderMessage Read(const Recordset& row) {
+  return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
+          row.Fields(u"FIELD_TIMESTAMP").toString(),
+          GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0",
+          qAbs(row.Fields(u"STATUS").toInt()) == kStatusReceived};
+}
+
+// Lists what a statement finds. False when it could not be read to its end.
+bool List(DataSession& data, const QString& select, std::vector<FolderMessage>& messages) {
+  if (!data.OpenRecordset(select, CursorKind::ForwardOnly, StatementTrust::UserCondition)) {
+    return false;
+  }
+  const RecordsetPtr rows = data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) messages.push_back(Read(*rows));
+  return !rows->Failed();
+}
+
+// Looks for every message by itself. What is known of each comes from the table as far as it can be
+// read, and from the indexes over it, which hold copies of some columns.
+class MessageSearch {
+ public:
+  MessageSearch(DataSession& data, const QString& select) : data_(data), select_(select) {}
+
+  // Nothing when none can be found.
+  std::optional<FolderListing> Run() {
+    const bool all = CollectFromIndexes();
+    const bool allRows = CollectFromTable();
+    if (known_.isEmpty()) return std::nullopt;
+    FolderListing listing;
+    if (!all && !allRows) listing.unreadable.append(UnreadableMessage());
+    for (const UnreadableMessage& message : std::as_const(known_)) LookFor(message, listing);
+    std::sort(
+        listing.messages.begin(), listing.messages.end(),
+        [](const FolderMessage& a, const FolderMessage& b) { return a.timestamp < b.timestamp; });
+    return listing;
+  }
+
+ private:
+  template <typename Take>
+  bool Walk(const QString& select, const Take& take) {
+    if (!data_.OpenRecordset(select, CursorKind::ForwardOnly)) return false;
+    const RecordsetPtr rows = data_.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) take(*rows);
+    return !rows->Failed();
+  }
+
+  bool CollectFromIndexes() {
+    QHash<qint64, QString> times;
+    Walk(QStringLiteral("SELECT rowid AS N, FIELD_TIMESTAMP FROM mail ORDER BY FIELD_TIMESTAMP"),
+         [&](const Recordset& row) {
+           times.insert(row.Fields(u"N").toLongLong(), row.Fields(u"FIELD_TIMESTAMP").toString());
+         });
+    return Walk(QStringLiteral("SELECT rowid AS N, SERIALID FROM mail ORDER BY SERIALID"),
+                [&](const Recordset& row) {
+                  const qint64 number = row.Fields(u"N").toLongLong();
+                  known_.insert(row.SerialID(), {row.SerialID(), {}, times.value(number)});
+                });
+  }
+
+  bool CollectFromTable() {
+    return Walk(QStringLiteral("SELECT * FROM mail"), [this](const Recordset& row) {
+      const FolderMessage message = Read(row);
+      known_.insert(message.serialId, {message.serialId, message.subject, message.timestamp});
+    });
+  }
+
+  // The condition sees this message alone. The limit keeps the engine from going through others by
+  // an index over what the condition asks for.
+  void LookFor(const UnreadableMessage& message, FolderListing& listing) {
+    std::vector<FolderMessage> found;
+    if (List(data_,
+             QStringLiteral("WITH mail AS (SELECT * FROM main.mail WHERE SERIALID = %1 LIMIT 1) ")
+                     .arg(QuoteSql(message.serialId)) +
+                 select_,
+             found)) {
+      listing.messages.insert(listing.messages.end(), found.begin(), found.end());
+    } else {
+      listing.unreadable.append(message);
+    }
+  }
+
+  DataSession& data_;
+  QString select_;
+  QHash<QString, UnreadableMessage> known_;  // by serial identifier
+};
+
+}  // namespace
+
+Result<FolderListing> ListFolderMessages(Context& context, const QString& folder) {
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
+  if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  FolderListing listing;
+  if (List(context.Data, select + kOldestFirst, listing.messages)) return listing;
+  const StorageError reason = ReasonOf(context.Data);
+  const bool mayBeDamaged =
+      reason.kind != StorageError::Kind::BadStatement && reason.kind != StorageError::Kind::Refused;
+  const auto found =
+      mayBeDamaged ? MessageSearch(context.Data, select).Run() : std::optional<FolderListing>();
+  if (found) return *found;
+  return reason;
+}
+
+Result<> ReadFolderRows(Context& context, const QString& folder,
+                        const std::function<void(const Recordset& row)>& take) {
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
+  if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  if (!context.Data.OpenRecordset(select + kOldestFirst, CursorKind::ForwardOnly,
+                                  StatementTrust::UserCondition)) {
+    return ReasonOf(context.Data);
+  }
+  const RecordsetPtr rows = context.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    if (!rows->IsRowDamaged()) take(*rows);
+  }
+  return ResultOf(context.Data, !rows->Failed());
+}
+
+QString FolderQuestion(Context& context, const QString& folder) {
+  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
+  return select.isEmpty() ? QString()
+                          : QStringLiteral("SELECT SERIALID FROM (") + select +
+                                QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC");
+}
+
+Result<FolderListing> ListMessages(Context& context, const QStringList& serialIds) {
+  FolderListing listing;
+  const OpenedDatabase mail(context, DatabaseKind::Mail);
+  if (!mail) return mail.Error();
+  const auto rowsOf = [&](const QStringList& wanted, std::vector<FolderMessage>& found) {
+    QStringList quoted;
+    for (const QString& serialId : wanted) quoted.append(QuoteSql(serialId));
+    return List(context.Data,
+                QStringLiteral("SELECT * FROM mail WHERE SERIALID IN (%1)").arg(quoted.join(u',')),
+                found);
+  };
+  QHash<QString, FolderMessage> known;
+  for (qsizetype at = 0; at < serialIds.size(); at += kAtOnce) {
+    const QStringList wanted = serialIds.mid(at, kAtOnce);
+    std::vector<FolderMessage> found;
+    if (!rowsOf(wanted, found)) {
+      found.clear();
+      for (const QString& serialId : wanted) {
+        if (!rowsOf({serialId}, found)) listing.unreadable.append({serialId, {}, {}});
+      }
+    }
+    for (const FolderMessage& message : found) known.insert(message.serialId, message);
+  }
+  for (const QString& serialId : serialIds) {
+    const auto message = known.constFind(serialId);
+    if (message != known.constEnd()) listing.messages.push_back(*message);
+  }
+  return listing;
+}
+
+}  // namespace vorn

@@ -1,0 +1,164 @@
+#include "mail/search/search_condition.h"
+
+#include "objects/folder_object.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "objects/settings.h"
+#include "storage/sql_dialect.h"
+#include "storage/sql_text.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+const QString kMark = QStringLiteral("○");
+constexpr QChar kFieldSeparator = u'\0';
+
+enum FieldIndex { kKindField = 0, kLabelField, kConnectorField, kNegationField, kValueField };
+
+// Whether a condition asks for a table, in its words rather than in a text that it looks for.
+bool UsesTable(const QString& condition, QStringView table) {
+  bool isText = false;
+  for (const QString& piece : condition.split(u'\'')) {
+    if (!isText && piece.contains(table)) return true;
+    isText = !isText;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<ConditionLine> ParseConditionLine(const QString& line) {
+  const QStringList fields = line.split(kFieldSeparator);
+  for (const ConditionTraits& traits : ConditionKinds()) {
+    if (fields[kKindField] != QLatin1String(traits.word)) continue;
+    return ConditionLine{traits.kind, fields.value(kConnectorField) == kMark,
+                         fields.value(kNegationField) == kMark, fields.mid(kValueField)};
+  }
+  return std::nullopt;
+}
+
+QString FormatConditionLine(const ConditionLine& line) {
+  QStringList fields{QLatin1String(TraitsOf(line.kind).word), QString(),
+                     line.joinedByAnd ? kMark : QString(), line.negated ? kMark : QString()};
+  // Without the separators of values that are empty at the end: a stored text that ends with zeros
+  // is one that lost its end.
+  fields += line.values;
+  while (fields.last().isEmpty()) fields.removeLast();
+  return fields.join(kFieldSeparator);
+}
+
+namespace {
+
+// The folders that a folder's conditions name.
+QStringList NamedFolders(const Disk& folder) {
+  QStringList named;
+  if (FolderObject(folder).UsesSql()) return named;
+  for (const QString& text : FolderObject(folder).Conditions().split(kLineBreak)) {
+    const auto line = ParseConditionLine(text);
+    if (line && TraitsOf(line->kind).value == ConditionValue::Folder) {
+      named.append(line->values.value(0));
+    }
+  }
+  return named;
+}
+
+}  // namespace
+
+bool RefersToItself(Context& context, const Disk& folder) {
+  QStringList waiting = NamedFolders(folder);
+  QStringList seen;
+  while (!waiting.isEmpty()) {
+    const QString serialId = waiting.takeFirst();
+    if (serialId == folder.SerialID()) return true;
+    if (seen.contains(serialId)) continue;
+    seen.append(serialId);
+    if (const DiskPtr other = LoadObject(context, serialId)) waiting += NamedFolders(*other);
+  }
+  return false;
+}
+
+QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
+  return wholeStatement ? Query(serialId).Listing() : ConditionOnce(serialId);
+}
+
+FolderQuery FolderSqlBuilder::Query(const QString& serialId) {
+  const DiskPtr folder = LoadObject(context_, serialId);
+  return folder == nullptr ? FolderQuery() : Query(*folder);
+}
+
+// What was thrown away is in the dust bin alone, unless the folder asks for messages by their
+// state.
+FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
+  visited_ = folder.SerialID() + kLineBreak;
+  asksForState_ = false;
+  const QString condition = Condition(folder.SerialID(), folder);
+  const bool isCareful = Settings(context_).IsCareful();
+  const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
+  const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
+  QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
+  if (folder.SerialID() == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+    rest += NotFiled();
+  }
+  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest,
+                     {joins, DependsOnTime(condition)});
+}
+
+// Only a folder that is there and shows it holds a message: what was filed into one that has gone,
+// or that goes by conditions now, comes back.
+QString FolderSqlBuilder::NotFiled() const {
+  QStringList folders;
+  const auto byHand = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *byHand) {
+    if (FolderObject(*folder).ShowsWhatIsFiled()) folders.append(QuoteSql(folder->SerialID()));
+  }
+  if (folders.isEmpty()) return {};
+  return QStringLiteral(
+             " AND NOT EXISTS (SELECT SERIALID FROM folder WHERE folder.SERIALID = mail.SERIALID "
+             "AND folder.FOLDERID IN (%1))")
+      .arg(folders.join(u','));
+}
+
+// Of a folder that another one names; empty when it is being expanded already.
+QString FolderSqlBuilder::ConditionOnce(const QString& serialId) {
+  const DiskPtr folder = LoadObject(context_, serialId);
+  const QString entry = serialId + kLineBreak;
+  if (folder == nullptr || visited_.contains(entry)) return {};
+  visited_ += entry;
+  return Condition(serialId, *folder);
+}
+
+QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
+  if (FolderObject(folder).UsesSql()) {
+    const QString sql = FolderObject(folder).Sql();
+    asksForState_ = asksForState_ || sql.contains(u"STATUS", Qt::CaseInsensitive);
+    return sql;
+  }
+  const QString list = FolderObject(folder).Conditions();
+  if (list.isEmpty()) return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
+
+  QString condition;
+  for (const QString& text : list.split(kLineBreak)) {
+    const auto line = ParseConditionLine(text);
+    if (!line) continue;
+    const QString clause = Clause(*line);
+    if (clause.isEmpty()) continue;  // and its connector with it
+    if (!condition.isEmpty()) {
+      condition += line->joinedByAnd ? QStringLiteral(" AND ") : QStringLiteral(" OR ");
+    }
+    if (line->negated) condition += QStringLiteral(" NOT ");
+    condition += clause;
+  }
+  // Lines that came to nothing select nothing, rather than leave a statement without an end.
+  return condition.isEmpty() ? QStringLiteral("0 = 1") : condition;
+}
+
+QString FolderSqlBuilder::Clause(const ConditionLine& line) {
+  const ConditionTraits& traits = TraitsOf(line.kind);
+  if (traits.value == ConditionValue::Folder) return ConditionOnce(line.values.value(0));
+  if (traits.value == ConditionValue::States) asksForState_ = true;
+  return traits.clause(line.values);
+}
+
+}  // namespace vorn

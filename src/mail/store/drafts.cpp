@@ -1,0 +1,101 @@
+#include "mail/store/drafts.h"
+
+#include "mail/store/mail_store.h"
+#include "mail/store/message_rows.h"
+#include "objects/any_object.h"
+#include "objects/save_object.h"
+
+namespace vorn::Drafts {
+namespace {
+
+const QString kPrefix = QStringLiteral("draft_");
+
+// A draft, by the names that its object's bag has. A bag holds text; base64 keeps any bytes.
+class DraftObject {
+ public:
+  explicit DraftObject(const Disk& bag) : bag_(bag) {}
+
+  QByteArray Source() const { return QByteArray::fromBase64(bag_.Text(kSource).toLatin1()); }
+  static void SetSource(Disk& bag, const QByteArray& source) {
+    bag.Let(kSource, QString::fromLatin1(source.toBase64()));
+  }
+
+ private:
+  static inline const QString kSource = QStringLiteral("Source");
+
+  const Disk& bag_;
+};
+
+// The folders that the message is in already, when it was stored before.
+Result<QString> ReadStoredFolders(Context& context, const QString& message) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  return MessageRows(context.Data).FoldersOf(message);
+}
+
+// Whether the message waits or was sent.
+bool HasGoneOn(Context& context, const QString& message) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return false;
+  const RecordsetPtr row = MessageRows(context.Data).Of(message);
+  const bool hasGone =
+      row != nullptr && !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
+  return hasGone;
+}
+
+}  // namespace
+
+Result<> Keep(Context& context, const QString& message, const QByteArray& source) {
+  DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) {
+    draft = std::make_shared<Disk>(kPrefix + message);
+    context.Objects.Add(draft);
+  }
+  AnyObject::SetType(*draft, QStringLiteral("draft"));
+  DraftObject::SetSource(*draft, source);
+  return SaveObject(context, DatabaseKind::Profile, *draft);
+}
+
+void Forget(Context& context, const QString& message) {
+  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) return;
+  if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
+    draft->Delete(context.Data);
+  }
+  context.Objects.Remove(kPrefix + message);
+}
+
+QStringList LeftBehind(Context& context) {
+  QStringList messages;
+  for (const DiskPtr& object : context.Objects) {
+    if (object->SerialID().startsWith(kPrefix)) {
+      messages.append(object->SerialID().sliced(kPrefix.size()));
+    }
+  }
+  // What was sent since is not written any more: a power failure can take back that it was
+  // forgotten.
+  for (const QString& message : QStringList(messages)) {
+    if (!HasGoneOn(context, message)) continue;
+    messages.removeAll(message);
+    Forget(context, message);
+  }
+  return messages;
+}
+
+Result<> Restore(Context& context, const QString& message) {
+  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+  if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
+  Disk request(message);
+  MessageBag::SetStatus(request, kStatusEdit);
+  MessageBag::SetFlags(request, QStringLiteral("02"));
+  const Result<QString> folders = ReadStoredFolders(context, message);
+  if (!folders) return folders.Error();
+  MessageBag::SetFolders(request, *folders);
+  const Result<QString> stored =
+      MailStore(context).StoreMessage(request, DraftObject(*draft).Source());
+  if (!stored) return stored.Error();
+  Forget(context, message);
+  return {};
+}
+
+}  // namespace vorn::Drafts

@@ -1,0 +1,254 @@
+#include "mail/store/mail_store.h"
+
+#include "mail/codec/flag_string.h"
+#include "mail/codec/message_index.h"
+#include "mail/store/message_identity.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "storage/session_result.h"
+#include "storage/sql_text.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+QString Where(const Disk& request) {
+  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());
+}
+
+QString SelectRow(const Disk& request) {
+  return QStringLiteral("SELECT * FROM mail") + Where(request);
+}
+
+// What the user did with the message meanwhile, in another window, stays in the row.
+QString FlagsValue(const Disk& request) {
+  const QString flags = MessageBag(request).Flags();
+  if (flags.size() < kFlagAttachment) return QuoteSql(flags);
+  return QuoteSql(flags.left(kFlagAttachment)) +
+         QStringLiteral(" & SUBSTR(FIELD_FLAG, %1)").arg(kFlagAttachment + 1);
+}
+
+}  // namespace
+
+OpenedDatabase MailStore::Open(const Disk& request) {
+  const MessageBag message(request);
+  return OpenedDatabase(context_, message.Database(), message.File(context_));
+}
+
+Result<QString> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
+  if (request.SerialID().isEmpty()) return StorageError();
+  const Result<> stored = Store(request, source, QString());
+  if (!stored) return stored.Error();
+  return request.SerialID();
+}
+
+Result<> MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
+  std::vector<MessageIndex> indexes;
+  indexes.reserve(messages.size());
+  for (const auto& [request, source] : messages) indexes.push_back(Index(*request, source));
+  if (messages.empty()) return {};
+  const OpenedDatabase opened = Open(*messages.front().first);
+  if (!opened) return opened.Error();
+  bool stored = context_.Data.Begin();
+  if (stored) {
+    for (size_t i = 0; stored && i < messages.size(); ++i) {
+      stored = WriteMessage(*messages[i].first, messages[i].second, indexes[i]);
+    }
+    stored = stored && context_.Data.Commit();
+    if (!stored) context_.Data.Rollback();
+  }
+  return ResultOf(context_.Data, stored);
+}
+
+Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
+  return Store(request, source, QStringLiteral("DELETE FROM send_attempt") + Where(request));
+}
+
+MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
+  IndexOptions options;
+  options.textTypes = Settings(context_).TextTypes();
+  options.hasEndMark = MessageBag(request).Status() != kStatusReceived;
+  options.standardHeaders = Settings(context_).HasStandardHeaders();
+  return IndexMessage(source, MessageBag(request).Flags(), options);
+}
+
+// The row and its folders appear together or not at all.
+Result<> MailStore::Store(const Disk& request, const QByteArray& source,
+                          const QString& statementBefore) {
+  const MessageIndex index = Index(request, source);
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  bool stored = context_.Data.Begin();
+  if (stored) {
+    stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
+             WriteMessage(request, source, index) && context_.Data.Commit();
+    if (!stored) context_.Data.Rollback();
+  }
+  return ResultOf(context_.Data, stored);
+}
+
+Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
+                                                     const QByteArray& source) {
+  const std::optional<qint64> identity = MessageIdentity(source);
+  QString alike;
+  const Result<Received> received = StoreUnlessKnown(request, source, identity, &alike);
+  if (received != Received::Alike) return received;
+  // Read outside the transaction, which a damaged page would break with all that it gathered. One
+  // that cannot be read may be another message.
+  if (!context_.Data.FlushForReading()) return ReasonOf(context_.Data);
+  Disk other(alike);
+  MessageBag(request).CopyPlace(other);
+  const Result<QByteArray> stored = LoadMessageSource(other);
+  if (stored && IsSameButForNotes(*stored, source)) return Received::Alike;
+  return StoreUnlessKnown(request, source, identity, nullptr);
+}
+
+// `alike` gets the message that has the same identity; null stores beside such a one.
+Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
+                                                        const QByteArray& source,
+                                                        const std::optional<qint64>& identity,
+                                                        QString* alike) {
+  const MessageIndex index = Index(request, source);
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  if (!context_.Data.BeginGathered()) return ReasonOf(context_.Data);
+  // Nobody else writes from here on, so what is not known now stays so.
+  const std::optional<bool> has = context_.Data.HasMessage(MessageBag(request).MessageId());
+  const bool known = has.value_or(false);
+  bool done = has.has_value();
+  if (done && !known && identity && alike != nullptr) {
+    const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
+    done = found.has_value();
+    *alike = found.value_or(QString());
+  }
+  const bool isAlike = alike != nullptr && !alike->isEmpty();
+  if (done && !known && !isAlike) {
+    done = WriteMessage(request, source, index) &&
+           (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
+  }
+  if (done && context_.Data.Commit()) {
+    return known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
+  }
+  const StorageError reason = ReasonOf(context_.Data);
+  context_.Data.Rollback();
+  return reason;
+}
+
+bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
+                             const MessageIndex& index) {
+  bool isNew = false;
+  if (!WriteRow(request, source, index, &isNew)) return false;
+  // A new message has no folders yet.
+  const bool hasFolders = !isNew || !MessageBag(request).Folders().isEmpty();
+  return !hasFolders || WriteFolders(request);
+}
+
+bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
+                         bool* isNew) {
+  DataSession& data = context_.Data;
+  const MessageBag message(request);
+  if (!data.OpenRecordset(SelectRow(request), CursorKind::Updatable)) return false;
+  const RecordsetPtr row = data.Recordset();
+  *isNew = row->Eof();
+  *isNew ? row->AddNew() : row->Edit();
+  row->SetField(QStringLiteral("SERIALID"), request.SerialID());
+  if (*isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
+  row->SetField(QStringLiteral("MAIL"), source);
+  row->SetField(QStringLiteral("STATUS"), message.StateNow().Stored());
+  row->SetField(QStringLiteral("FIELD_TIMESTAMP"), message.Timestamp(data.Now()));
+  row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
+  row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
+  row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);
+  row->SetField(QStringLiteral("FIELD_FLAG"), index.flags);
+  return row->Update();
+}
+
+Result<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  if (!context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
+    return ReasonOf(context_.Data);
+  }
+  const RecordsetPtr row = context_.Data.Recordset();
+  const bool isThere = !row->Eof();
+  const QByteArray source = row->Fields(u"MAIL").toByteArray();
+  if (row->Failed()) return row->Error();
+  if (!isThere) return StorageError{StorageError::Kind::NotFound, {}};
+  return source;
+}
+
+Result<> MailStore::DeleteMessage(const Disk& request) {
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  return ResultOf(context_.Data,
+                  context_.Data.Execute(QStringLiteral("DELETE * FROM mail") + Where(request)));
+}
+
+Result<> MailStore::UpdateMessageState(StateMask mask, const Disk& request, bool openDatabase) {
+  if (!openDatabase) return ResultOf(context_.Data, WriteState(mask, request));
+  const OpenedDatabase opened = Open(request);
+  return opened ? ResultOf(context_.Data, WriteState(mask, request)) : opened.Error();
+}
+
+bool MailStore::WriteState(StateMask mask, const Disk& request) {
+  if (!mask) mask = StateMask(kStateStatus) | kStateFlag | kStateFolders;
+  DataSession& data = context_.Data;
+  if (mask.testFlag(kStateStatus) &&
+      !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
+                    QString::number(MessageBag(request).StateNow().Stored()) + Where(request))) {
+    return false;
+  }
+  if (mask.testFlag(kStateFlag) && !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
+                                                 FlagsValue(request) + Where(request))) {
+    return false;
+  }
+  return !mask.testFlag(kStateFolders) || WriteFolders(request);
+}
+
+bool MailStore::WriteFolders(const Disk& request) {
+  DataSession& data = context_.Data;
+  if (!data.Execute(QStringLiteral("DELETE FROM folder") + Where(request))) return false;
+  const QStringList folders = MessageBag(request).Folders().split(kLineBreak, Qt::SkipEmptyParts);
+  for (const QString& folder : folders) {
+    if (!data.Execute(QStringLiteral("INSERT INTO folder ( SERIALID, FOLDERID ) VALUES(") +
+                      QuoteSql(request.SerialID()) + u',' + QuoteSql(folder) + u')')) {
+      return false;
+    }
+  }
+  return true;
+}
+
+Result<> MailStore::SetDust(const Disk& request, bool dust) {
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  const bool written = context_.Data.Execute(
+      QStringLiteral("UPDATE mail SET STATUS = ") +
+      (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) + Where(request));
+  return ResultOf(context_.Data, written);
+}
+
+Result<> MailStore::CancelWaiting(const Disk& request) {
+  const OpenedDatabase opened = Open(request);
+  if (!opened) return opened.Error();
+  DataSession& data = context_.Data;
+  if (!data.Begin()) return ReasonOf(data);
+  Result<> done = ResultOf(data, data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly));
+  if (done && qAbs(data.Recordset()->Fields(u"STATUS").toInt()) != kStatusWaiting) {
+    done = StorageError{StorageError::Kind::NotFound, {}};
+  }
+  if (done) {
+    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / %1 * %2")
+                                           .arg(kStatusWaiting)
+                                           .arg(kStatusEdit) +
+                                       Where(request)) &&
+                              data.Commit());
+  }
+  if (!done) data.Rollback();
+  return done;
+}
+
+bool MailStore::IsTextMime(const QString& contentType) {
+  return Settings(context_).TextTypes().contains(contentType);
+}
+
+}  // namespace vorn

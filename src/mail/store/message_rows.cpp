@@ -1,0 +1,84 @@
+#include "mail/store/message_rows.h"
+
+#include "mail/store/mail_store.h"
+#include "storage/session_result.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+namespace {
+
+const QString kUntried = QStringLiteral("SERIALID NOT IN (SELECT SERIALID FROM send_attempt)");
+
+}  // namespace
+
+RecordsetPtr MessageRows::Select(const QString& statement) {
+  return data_.OpenRecordset(statement, CursorKind::ForwardOnly) ? data_.Recordset() : nullptr;
+}
+
+RecordsetPtr MessageRows::Where(const QString& condition) {
+  return Select(QStringLiteral("SELECT * FROM mail WHERE ") + condition);
+}
+
+RecordsetPtr MessageRows::All() {
+  return Select(QStringLiteral("SELECT * FROM mail"));
+}
+
+RecordsetPtr MessageRows::Names() {
+  return Select(QStringLiteral("SELECT FIELD_ID FROM mail"));
+}
+
+RecordsetPtr MessageRows::Of(const QString& serialId) {
+  return Where(QStringLiteral("SERIALID = ") + QuoteSql(serialId));
+}
+
+RecordsetPtr MessageRows::Named(const QString& messageId) {
+  return Where(QStringLiteral("FIELD_ID = ") + QuoteSql(messageId));
+}
+
+RecordsetPtr MessageRows::Untried(const QString& serialId) {
+  return Where(kUntried + QStringLiteral(" AND SERIALID = ") + QuoteSql(serialId));
+}
+
+RecordsetPtr MessageRows::Waiting() {
+  return Where(QStringLiteral("STATUS = %1").arg(kStatusWaiting));
+}
+
+RecordsetPtr MessageRows::WaitingUntried(const QString& serialId) {
+  const QString one =
+      serialId.isEmpty() ? QString() : QStringLiteral(" AND SERIALID = ") + QuoteSql(serialId);
+  return Where(QStringLiteral("STATUS = %1 AND ").arg(kStatusWaiting) + kUntried + one);
+}
+
+RecordsetPtr MessageRows::Sent() {
+  return Where(QStringLiteral("STATUS = %1 ORDER BY FIELD_TIMESTAMP DESC").arg(kStatusSent));
+}
+
+qint64 MessageRows::LastNumber() {
+  const RecordsetPtr row = Select(QStringLiteral("SELECT MAX(rowid) AS N FROM mail"));
+  return row == nullptr || row->Eof() ? 0 : row->Fields(u"N").toLongLong();
+}
+
+bool MessageRows::Has(const QString& serialId) {
+  const RecordsetPtr row =
+      Select(QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(serialId));
+  return row != nullptr && !row->Eof();
+}
+
+bool MessageRows::HasNamePrefix(const QString& prefix) {
+  const RecordsetPtr row = Select(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
+                                  QuoteSql(prefix) + QStringLiteral(" AND FIELD_ID < ") +
+                                  QuoteSql(prefix + u'~') + QStringLiteral(" LIMIT 1"));
+  return row != nullptr && !row->Eof();
+}
+
+Result<QString> MessageRows::FoldersOf(const QString& serialId) {
+  const RecordsetPtr rows =
+      Select(QStringLiteral("SELECT FOLDERID FROM folder WHERE SERIALID = ") + QuoteSql(serialId));
+  if (rows == nullptr) return ReasonOf(data_);
+  QStringList folders;
+  for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+  if (rows->Failed()) return rows->Error();
+  return folders.join(QStringLiteral("\r\n"));
+}
+
+}  // namespace vorn

@@ -1,0 +1,209 @@
+#include "mail/store/outbox.h"
+
+#include "mail/store/mail_store.h"
+#include "mail/store/message_rows.h"
+#include "storage/databases.h"
+#include "storage/session_result.h"
+#include "storage/sql_text.h"
+#include "storage/work_lock.h"
+
+namespace vorn {
+namespace {
+
+// What a state of a note of an attempt says; the rules of the table know the numbers too.
+enum AttemptState { kUnderWay = 1, kDoubtful = 2 };
+
+QString Where(const QString& serialId) {
+  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(serialId);
+}
+
+// Every storing writes a new time.
+QString Version(const Recordset& row) {
+  return row.Fields(u"FIELD_TIMESTAMP").toString() + u'/' + QString::number(row.ByteCount(u"MAIL"));
+}
+
+// The version of a message that waits and of which no attempt is known; empty of any other.
+Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
+  const RecordsetPtr row = MessageRows(data).Untried(serialId);
+  if (row == nullptr || row->Failed()) return ReasonOf(data);
+  if (row->Eof() || row->Fields(u"STATUS").toInt() != kStatusWaiting) return QString();
+  return Version(*row);
+}
+
+Result<> ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
+  const RecordsetPtr row = MessageRows(data).Of(serialId);
+  if (row == nullptr || row->Eof()) return ReasonOf(data);
+  const Result<QString> folders = MessageRows(data).FoldersOf(serialId);
+  if (!folders) return folders.Error();
+  message.folders = *folders;
+  message.source = row->Fields(u"MAIL").toByteArray();
+  message.addressLines = row->Fields(u"FIELD_MAILADDRESS").toString();
+  message.flags = row->Fields(u"FIELD_FLAG").toString();
+  if (row->Failed()) return row->Error();
+  return message.source.isEmpty() ? StorageError() : Result<>();
+}
+
+}  // namespace
+
+OpenedDatabase Outbox::Open() {
+  return OpenedDatabase(context_, DatabaseKind::MailByPath, file_);
+}
+
+Result<Outbox::Reading> Outbox::Read(const QString& serialId, WaitingMessage& message) {
+  const OpenedDatabase opened = Open();
+  if (!opened) return Reading::Closed;
+  const Result<QString> version = WaitingVersion(context_.Data, serialId);
+  if (!version) return version.Error();
+  if (version->isEmpty()) return Reading::Gone;
+  message.version = *version;
+  const Result<> read = ReadRow(context_.Data, serialId, message);
+  if (!read) return read.Error();
+  return Reading::Ready;
+}
+
+Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QString& version,
+                                            const QString& server) {
+  const OpenedDatabase opened = Open();
+  if (!opened) return opened.Error();
+  DataSession& data = context_.Data;
+  if (!data.Begin()) return ReasonOf(data);
+  const Result<QString> current = WaitingVersion(data, serialId);
+  Result<Claim> claim = Claim::Lost;
+  if (!current) {
+    claim = current.Error();
+  } else if (!current->isEmpty() && *current == version) {
+    const bool noted =
+        data.Execute(QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, "
+                                    "REPLY) VALUES(%1,%2,%3,%4,'')")
+                         .arg(QuoteSql(serialId))
+                         .arg(kUnderWay)
+                         .arg(QuoteSql(data.Now()), QuoteSql(server))) &&
+        data.Commit() && data.MakeDurable(PlatformPath(context_, file_));
+    if (noted) return Claim::Taken;
+    claim = ReasonOf(data);
+  }
+  data.Rollback();
+  return claim;
+}
+
+// Ends the attempt that fulfils the condition, and with it does what the statements say.
+Result<> Outbox::EndAttempt(const QString& serialId, const QString& condition,
+                            const QStringList& statementsAfter) {
+  const OpenedDatabase opened = Open();
+  if (!opened) return opened.Error();
+  DataSession& data = context_.Data;
+  if (!data.Begin()) return ReasonOf(data);
+  Result<> ended =
+      ResultOf(data, data.OpenRecordset(QStringLiteral("SELECT STATE FROM send_attempt") +
+                                            Where(serialId) + condition,
+                                        CursorKind::ForwardOnly));
+  if (ended && data.Recordset()->Eof()) ended = StorageError{StorageError::Kind::NotFound, {}};
+  if (ended) {
+    bool done = data.Execute(QStringLiteral("DELETE FROM send_attempt") + Where(serialId));
+    for (const QString& statement : statementsAfter) done = done && data.Execute(statement);
+    ended = ResultOf(data, done && data.Commit());
+  }
+  if (!ended) data.Rollback();
+  return ended;
+}
+
+Result<> Outbox::Withdraw(const QString& serialId) {
+  return EndAttempt(serialId, QString(), {});
+}
+
+Result<> Outbox::Doubt(const QString& serialId, const QString& reply) {
+  const OpenedDatabase opened = Open();
+  if (!opened) return opened.Error();
+  const bool noted =
+      context_.Data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1, REPLY = %2")
+                                .arg(kDoubtful)
+                                .arg(QuoteSql(reply)) +
+                            Where(serialId));
+  return ResultOf(context_.Data, noted);
+}
+
+Result<> Outbox::MakeDurable() {
+  const OpenedDatabase opened = Open();
+  if (!opened) return opened.Error();
+  return ResultOf(context_.Data, context_.Data.MakeDurable(PlatformPath(context_, file_)));
+}
+
+int Outbox::DoubtLeftOver() {
+  const OpenedDatabase opened = Open();
+  if (!opened) return 0;
+  DataSession& data = context_.Data;
+  int count = 0;
+  if (data.OpenRecordset(
+          QStringLiteral("SELECT SERIALID FROM send_attempt WHERE STATE = %1").arg(kUnderWay),
+          CursorKind::ForwardOnly)) {
+    for (const RecordsetPtr rows = data.Recordset(); !rows->Eof(); rows->MoveNext()) ++count;
+  }
+  if (count > 0 &&
+      !data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1").arg(kDoubtful))) {
+    count = 0;
+  }
+  return count;
+}
+
+int Outbox::SettleLeftOver() {
+  WorkLock work(context_, kSendingWork);
+  return work.Take() ? DoubtLeftOver() : 0;
+}
+
+Result<> Outbox::DoubtWaiting() {
+  const OpenedDatabase opened = Open();
+  if (!opened) return opened.Error();
+  DataSession& data = context_.Data;
+  const bool noted = data.Execute(
+      QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
+                     "SERIALID, %1, %2, '', '' FROM mail WHERE STATUS IN (%3,-%3) AND SERIALID "
+                     "NOT IN (SELECT SERIALID FROM send_attempt)")
+          .arg(kDoubtful)
+          .arg(QuoteSql(data.Now()))
+          .arg(kStatusWaiting));
+  return ResultOf(data, noted);
+}
+
+QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
+  QList<DoubtfulMessage> messages;
+  const OpenedDatabase opened = Open();
+  if (!opened) return messages;
+  // Thrown away is decided enough. CROSS has the few attempts looked up among all messages; the
+  // engine by itself reads all messages, at every page that is shown.
+  if (context_.Data.OpenRecordset(
+          QStringLiteral("SELECT send_attempt.SERIALID AS ID, FIELD_SUBJECT, STARTED, SERVER, "
+                         "REPLY FROM send_attempt CROSS JOIN mail ON mail.SERIALID = "
+                         "send_attempt.SERIALID WHERE STATE = %1 AND STATUS > 0%2 ORDER BY STARTED")
+              .arg(kDoubtful)
+              .arg(condition),
+          CursorKind::ForwardOnly)) {
+    for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
+      messages.append({rows->Fields(u"ID").toString(), rows->Fields(u"FIELD_SUBJECT").toString(),
+                       rows->Fields(u"STARTED").toString(), rows->Fields(u"SERVER").toString(),
+                       rows->Fields(u"REPLY").toString()});
+    }
+  }
+  return messages;
+}
+
+QList<DoubtfulMessage> Outbox::Doubtful() {
+  return ReadDoubtful(QString());
+}
+
+std::optional<DoubtfulMessage> Outbox::FindDoubtful(const QString& serialId) {
+  const QList<DoubtfulMessage> found =
+      ReadDoubtful(QStringLiteral(" AND send_attempt.SERIALID = ") + QuoteSql(serialId));
+  return found.isEmpty() ? std::nullopt : std::optional(found.first());
+}
+
+Result<> Outbox::SendAgain(const QString& serialId) {
+  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful), {});
+}
+
+Result<> Outbox::KeepAsSent(const QString& serialId) {
+  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful),
+                    {QStringLiteral("UPDATE mail SET STATUS = %1").arg(kStatusSent) +
+                     Where(serialId) + QStringLiteral(" AND STATUS = %1").arg(kStatusWaiting)});
+}
+
+}  // namespace vorn

@@ -1,0 +1,49 @@
+#include "transfer/plan/account_sessions.h"
+
+#include "objects/account.h"
+#include "transfer/control/pop.h"
+#include "transfer/net/trusted_certificates.h"
+#include "transfer/plan/check_job.h"
+#include "transfer/plan/plan_host.h"
+#include "transfer/plan/session_record.h"
+
+namespace vorn {
+
+void AccountSessions::LoadServer(const AccountServer& server) {
+  pop_.Server = server.host;
+  pop_.ServerPort = server.port;
+  pop_.User = server.user;
+  pop_.Password = server.password;
+  pop_.Encryption = server.security;
+  pop_.TrustedFingerprints = TrustedCertificates(server.certificates).For(server.host);
+}
+
+void AccountSessions::LoadReceiving(const Account& account) {
+  LoadServer(account.Incoming());
+  pop_.Mode = account.Protocol() == InProtocol::Apop ? kPopReceiveApop : kPopReceive;
+  pop_.LoginOnly = false;
+}
+
+bool AccountSessions::KnowsPassword(Account& account) {
+  if (account.HasPassword()) return true;
+  account.SetPassword(host_.AskPassword(account.Name()));
+  return account.HasPassword();
+}
+
+// A password that the server refused and that is not stored was a slip of the keys, or is one by
+// now.
+void AccountSessions::ForgetRefusedPassword(const CheckJob& job, Account& account) {
+  if (SessionRecord(job.Bag()).IsLoginRefused() && !account.SavesPassword()) {
+    account.SetPassword(QString());
+  }
+}
+
+void AccountSessions::Record(const CheckJob& job, const Account& account) {
+  const SessionRecord record(job.Bag());
+  const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasPassword();
+  if (!account.LogsEvents() || isLeftOut) return;
+  host_.AddEvent(record.HasError() ? kEventError : kEventInformation, kEventObject,
+                 account.SerialId(), account.Name(), QStringLiteral("account"), record.Log());
+}
+
+}  // namespace vorn

@@ -1,0 +1,49 @@
+#include "transfer/plan/late_outcomes.h"
+
+#include <utility>
+
+#include "transfer/plan/check_job.h"
+#include "transfer/plan/session_record.h"
+
+namespace vorn {
+namespace {
+
+// For how long it is tried to store what came of a message.
+constexpr int kStoreAgainMs = 120000;
+
+}  // namespace
+
+void LateOutcomes::StoreLater(const CheckJob& job, std::function<Result<>()> store,
+                              std::function<void(const StorageError&)> failed) {
+  unstored_[job.SerialId()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
+}
+
+bool LateOutcomes::HandOverLater(const CheckJob& job) {
+  const auto [limit, isFirst] = handovers_.try_emplace(job.SerialId(), kStoreAgainMs);
+  if (limit->second.hasExpired()) return false;
+  SessionRecord(job.Bag()).SetAgain(true);
+  return true;
+}
+
+bool LateOutcomes::IsStored(const CheckJob& job) {
+  const auto found = unstored_.find(job.SerialId());
+  if (found == unstored_.end()) return true;
+  const Unstored unstored = found->second;  // a question on the way may end all that is planned
+  if (const Result<> stored = unstored.store(); !stored) {
+    if (!unstored.limit.hasExpired()) return false;
+    unstored.failed(stored.Error());
+  }
+  unstored_.erase(job.SerialId());
+  return true;
+}
+
+void LateOutcomes::EndHandover(const CheckJob& job) {
+  handovers_.erase(job.SerialId());
+}
+
+void LateOutcomes::Clear() {
+  unstored_.clear();
+  handovers_.clear();
+}
+
+}  // namespace vorn

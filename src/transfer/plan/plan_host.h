@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/disk.h"
+#include "transfer/plan/event_kinds.h"
+
+namespace vorn {
+
+/// What the check plan asks of the program around it.
+class PlanHost {
+ public:
+  virtual ~PlanHost() = default;
+  /// Queues a window request.
+  virtual void PostRequest(const DiskPtr& request) = 0;
+  /// Records an event that refers to an object or a message.
+  virtual void AddEvent(EventLevel level, EventMode mode, const QString& reference,
+                        const QString& title, const QString& category, const QString& text) = 0;
+  /// The Tools menu's first entry, send and receive messages.
+  virtual void SendAndReceive() = 0;
+  /// Asks the user for the account to send with; its serial identifier, empty when he declines.
+  virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
+  /// Asks the user for an account's receive password, which is not saved; empty when he declines.
+  virtual QString AskPassword(const QString& account) = 0;
+  /// Work has to wait for another program; told once for each wait, with who it is, and again, with
+  /// an empty sentence, when it waits no longer.
+  virtual void WorkIsHeld(const QString& sentence) = 0;
+  /// How it stands with a message that waits is another than before; lists show it.
+  virtual void WaitingChanged() {}
+};
+
+}  // namespace vorn

@@ -1,0 +1,225 @@
+#include "transfer/plan/send_jobs.h"
+
+#include <tuple>
+
+#include "mail/codec/address.h"
+#include "mail/store/outbox.h"
+#include "mail/store/send_refusals.h"
+#include "objects/account.h"
+#include "objects/settings.h"
+#include "storage/ui.h"
+#include "transfer/control/pop.h"
+#include "transfer/plan/account_sessions.h"
+#include "transfer/plan/check_job.h"
+#include "transfer/plan/held_works.h"
+#include "transfer/plan/outgoing_source.h"
+#include "transfer/plan/plan_host.h"
+#include "transfer/plan/planned_jobs.h"
+#include "transfer/plan/send_item.h"
+#include "transfer/plan/session_record.h"
+
+namespace vorn {
+
+void SendJobs::Plan(const WaitingSearch& search) {
+  // Also where nothing else waits: what a death left has to be told.
+  ReportDoubtful(Outbox(context_, MailDatabasePath(context_)).SettleLeftOver());
+  if (!waiting_.Plan(search)) waiting_.LookLater(search);
+}
+
+void SendJobs::Step(CheckJob& job) {
+  if (pop_.Busy()) return;
+  SendItem message = job.Messages()->First();
+  if (job.IsStopped() && job.Step() != JobStep::Sent) {
+    FinishSending(job, message);
+    return;
+  }
+  switch (job.Step()) {
+    case JobStep::Waits:
+      if (MaySend(job, message) && TakeSending(job, message)) BeginSending(job, *message.Sender());
+      break;
+    case JobStep::Begun:
+      StartSending(job, message);
+      break;
+    case JobStep::Sent:
+      if (late_.IsStored(job)) FinishSending(job, message);
+  }
+}
+
+// Before the message's own session there may be one that only logs in.
+bool SendJobs::HasSession(const CheckJob& job) const {
+  return job.Step() == JobStep::Sent ||
+         (job.Step() == JobStep::Begun && pop_.Tag == job.SerialId());
+}
+
+// Asks for a missing password, once for each account, while others may send.
+bool SendJobs::MaySend(const CheckJob& job, const SendItem& message) {
+  Account account = *message.Sender();
+  SessionRecord record(job.Bag());
+  if (!account.IsPopBeforeSmtp() || account.HasPassword() || record.Asked() == account.SerialId()) {
+    return true;
+  }
+  works_.Release(kSendingWork);
+  record.SetAsked(account.SerialId());
+  sessions_.KnowsPassword(account);
+  return jobs_.Contains(job.SerialId());  // not cancelled meanwhile
+}
+
+// One program sends at a time. Whatever stands as under way when it begins was left by a death.
+bool SendJobs::TakeSending(CheckJob& job, const SendItem& message) {
+  const bool goesOn = works_.IsHeld(kSendingWork);
+  if (!works_.Take(kSendingWork, job)) return false;
+  if (!goesOn) ReportDoubtful(Outbox(context_, message.File(context_)).DoubtLeftOver());
+  return true;
+}
+
+void SendJobs::ReportDoubtful(int count) {
+  if (count == 0) return;
+  host_.AddEvent(
+      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      Ui::tr("送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。"
+             "開いて、もう一度送信するか、送信済みにするかを選んでください。")
+          .arg(count));
+}
+
+// "POP before SMTP" first logs in at the incoming server.
+void SendJobs::BeginSending(CheckJob& job, const Account& account) {
+  if (account.IsPopBeforeSmtp() && account.HasPassword()) {
+    sessions_.LoadReceiving(account);
+    pop_.LoginOnly = true;
+    pop_.Tag = job.SerialId();
+    pop_.Start();
+  }
+  SessionRecord(job.Bag()).Begin();
+  job.SetStep(JobStep::Begun);
+}
+
+// Sends what the row holds now. A message that was stored anew since it was planned is planned
+// anew, with the addresses that it has by now.
+void SendJobs::StartSending(CheckJob& job, SendItem& message) {
+  Account account = *message.Sender();
+  sessions_.ForgetRefusedPassword(job, account);
+  SessionRecord record(job.Bag());
+  if (record.IsLoginRefused()) record.SetAsked(QString());
+  WaitingMessage waiting;
+  const QString serial = message.SerialId();
+  const auto reading = Outbox(context_, message.File(context_)).Read(serial, waiting);
+  if (!reading) {
+    host_.AddEvent(
+        kEventError, kEventMessage, serial, Ui::tr("システム"), QStringLiteral("mailup"),
+        Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。").arg(message.Subject()) +
+            reading.Error().text);
+    LeaveOut(job, message);
+    return;
+  }
+  if (*reading == Outbox::Reading::Closed) return;  // tried again at the next tick
+  if (*reading == Outbox::Reading::Gone) {
+    LeaveOut(job, message);
+    return;
+  }
+  if (waiting.addressLines != message.AddressLines()) {
+    LeaveOut(job, message);
+    PlanAnew(message);
+    return;
+  }
+  LoadSending(message, waiting);
+  // A receive job may have had a session since this one began.
+  pop_.Tag = job.SerialId();
+  pop_.Start();
+  job.SetStep(JobStep::Sent);
+}
+
+void SendJobs::PlanAnew(const SendItem& message) {
+  Plan({message.SerialId(), DatabaseKind::MailByPath, message.File(context_), false});
+}
+
+void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
+  message.Take(waiting);
+  const Account account = *message.Sender();
+  OutgoingSender sender{account.Address(),
+                        account.Display(),
+                        message.IsFromAnother(),
+                        {},
+                        Settings(context_).HasStandardHeaders()};
+  for (const QString& line : message.FromLines().split(kLineBreak)) {
+    if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
+  }
+  sessions_.LoadServer(account.Outgoing());
+  pop_.Mode = kPopSend;
+  pop_.LoginOnly = false;
+  pop_.Authenticate = account.Authenticates();
+  pop_.MailTo = message.Recipients();
+  // The account that sends answers for the message.
+  pop_.MailFrom = sender.rewrite ? sender.address : message.From();
+  pop_.SetMessage(OutgoingSource(waiting.source, message.SerialId(), sender));
+}
+
+void SendJobs::LeaveOut(CheckJob& job, const SendItem& message) {
+  const DiskCollectionPtr messages = job.Messages();
+  messages->Remove(message.SerialId());
+  if (!messages->IsEmpty() && !job.IsStopped()) {
+    job.SetStep(JobStep::Waits);
+    return;
+  }
+  job.End();
+  // That the last one was sent; of the others the next handing over made it durable.
+  std::ignore = Outbox(context_, message.File(context_)).MakeDurable();  // it is sent all the same
+}
+
+// Whether it waits in another version than the one whose session has ended.
+bool SendJobs::IsStoredAnew(const SendItem& message) {
+  WaitingMessage waiting;
+  const QString version = message.Version();
+  if (version.isEmpty()) return false;
+  const auto reading = Outbox(context_, message.File(context_)).Read(message.SerialId(), waiting);
+  return reading == Outbox::Reading::Ready && waiting.version != version;
+}
+
+// When the store fails, nothing more is sent: what becomes of it could not be noted.
+void SendJobs::FinishSending(CheckJob& job, const SendItem& message) {
+  SessionRecord record(job.Bag());
+  const bool isAgain = record.IsAgain() && !job.IsStopped();
+  record.SetAgain(false);
+  if (isAgain) {
+    job.SetStep(JobStep::Waits);
+    return;
+  }
+  late_.EndHandover(job);
+  sessions_.Record(job, *message.Sender());
+  const bool isAnew = IsStoredAnew(message);
+  if (!isAnew) RecordOutcome(job, message);  // what the server refused was the former one
+  if (record.HasStoreFailed()) {
+    for (CheckJob other : jobs_.All()) {
+      if (other.Is(CheckJob::Mode::Send)) other.End();
+    }
+  }
+  LeaveOut(job, message);
+  // It was planned already when it was stored, for whoever stored it.
+  if (isAnew && !job.IsStopped() && !record.HasStoreFailed()) PlanAnew(message);
+}
+
+// What the user has to decide or to mend stands at the message itself.
+void SendJobs::RecordOutcome(const CheckJob& job, const SendItem& message) {
+  const SessionRecord record(job.Bag());
+  if (record.IsRefusedForGood()) {
+    // If it cannot be noted, the server is asked once more.
+    std::ignore =
+        SendRefusals(context_, message.File(context_)).Note(message.SerialId(), message.Route());
+  }
+  if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
+  const QString refused = record.Refused();
+  QString text;
+  if (!refused.isEmpty()) {
+    // Its last line is what the status bar shows.
+    text = refused + kLineBreak + Ui::tr("この宛先をサーバーに断られたので、送信しませんでした。");
+  } else if (record.IsDoubtful()) {
+    text = Ui::tr(
+        "届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みに"
+        "するかを選んでください。");
+  } else {
+    return;
+  }
+  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+                 QStringLiteral("mailup"), text);
+}
+
+}  // namespace vorn

@@ -1,0 +1,78 @@
+#include "transfer/plan/sender_choice.h"
+
+#include <QScopedValueRollback>
+
+#include "mail/codec/address.h"
+#include "objects/account.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "objects/settings.h"
+#include "storage/ui.h"
+#include "transfer/plan/plan_host.h"
+#include "transfer/plan/planned_jobs.h"
+#include "transfer/plan/send_item.h"
+
+namespace vorn {
+
+// The enabled account that bears a sender's address; of several the one that bears his name too,
+// then the default one.
+DiskPtr SenderChoice::AccountFor(const QString& addressLines) const {
+  const DiskCollectionPtr accounts =
+      SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled);
+  DiskPtr taken;
+  int best = -1;
+  for (const QString& line : addressLines.split(kLineBreak)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
+    for (const DiskPtr& object : *accounts) {
+      const Account account(object);
+      if (account.Address() != entry.address) continue;
+      const int fits =
+          (account.Display() == entry.displayName ? 2 : 0) + (account.IsDefault() ? 1 : 0);
+      if (fits <= best) continue;
+      best = fits;
+      taken = object;
+    }
+  }
+  return taken;
+}
+
+bool SenderChoice::Choose(const QString& serial, const QString& addressLines,
+                          const QString& subject) {
+  if (AccountFor(addressLines) != nullptr) return true;
+  const DiskPtr chosen = AskForAccount(subject);
+  if (chosen != nullptr) chosen_[serial] = chosen->SerialID();
+  return chosen != nullptr;
+}
+
+// Which message it is about, since it may have been waiting for long.
+DiskPtr SenderChoice::AskForAccount(const QString& subject) {
+  const QScopedValueRollback asking(asking_, true);
+  return context_.Objects.Find(host_.ChooseAccount(
+      Ui::tr("アカウントの選択"), Ui::tr("送信する際のアカウントを選択して下さい。") +
+                                      QStringLiteral("\n") + Ui::tr("件名: ") + subject));
+}
+
+bool SenderChoice::Use(SendItem& message, DiskPtr& chosen, bool& asked) {
+  DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialId()));
+  // Nobody asked for automatic checking, and two questions at once could not be told apart.
+  const bool mayAsk = !asking_ && !(jobs_.RunsPeriodically() && Settings(context_).IsCareful());
+  if (account == nullptr && !asked && mayAsk) {
+    asked = true;
+    chosen = AskForAccount(message.Subject());
+  }
+  if (account == nullptr) account = chosen;
+  if (account == nullptr) {
+    const bool isTold = !mayAsk && toldOfNoAccount_.contains(message.SerialId());
+    toldOfNoAccount_.insert(message.SerialId());
+    if (!isTold) {
+      host_.AddEvent(kEventError, kEventMessage, message.SerialId(), Ui::tr("システム"),
+                     QStringLiteral("mailup"), Ui::tr("送信で使用するアカウントが不明です。"));
+    }
+    return false;
+  }
+  message.SendFrom(account);
+  return true;
+}
+
+}  // namespace vorn

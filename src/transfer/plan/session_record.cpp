@@ -1,0 +1,30 @@
+#include "transfer/plan/session_record.h"
+
+#include "transfer/plan/append_line.h"
+
+namespace vorn {
+
+void SessionRecord::Begin() {
+  for (const QString& key : {kLog, kReceived, kRefused}) job_->Let(key, QString());
+  for (const QString& key : {kError, kLoginRefused, kRefusedForGood, kDoubtful})
+    job_->Let(key, false);
+}
+
+void SessionRecord::AddLog(const QString& line) {
+  AppendLine(*job_, kLog, line);
+}
+
+void SessionRecord::AddError(const QString& line) {
+  AddLog(line);
+  job_->Let(kError, true);
+}
+
+void SessionRecord::AddReceived(const QString& serials) {
+  AppendLine(*job_, kReceived, serials);
+}
+
+void SessionRecord::AddRefused(const QString& recipient) {
+  AppendLine(*job_, kRefused, recipient);
+}
+
+}  // namespace vorn

@@ -1,0 +1,128 @@
+#include "transfer/plan/waiting_messages.h"
+
+#include <QFileInfo>
+#include <memory>
+
+#include "mail/store/message_rows.h"
+#include "mail/store/outbox.h"
+#include "mail/store/send_refusals.h"
+#include "objects/settings.h"
+#include "storage/known_damage.h"
+#include "storage/profile_bag.h"
+#include "storage/session_result.h"
+#include "storage/ui.h"
+#include "transfer/plan/check_job.h"
+#include "transfer/plan/late_outcomes.h"
+#include "transfer/plan/plan_host.h"
+#include "transfer/plan/planned_jobs.h"
+#include "transfer/plan/send_item.h"
+#include "transfer/plan/sender_choice.h"
+
+namespace vorn {
+
+Result<> WaitingMessages::Plan(const WaitingSearch& search) {
+  std::vector<SendItem> messages;
+  const Result<> found = Find(search, messages);
+  if (!found) return found;
+  if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
+  GiveSenders(messages);
+  if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
+  AddSendJob(messages);
+  return {};
+}
+
+// In a broken file what was sent may seem to wait.
+bool WaitingMessages::MaySendFrom(const QString& file) {
+  const QString path = PlatformPath(context_, file);
+  if (!IsKnownBroken(context_, path)) return true;
+  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                 Ui::tr("「%1」が壊れているため、送信しません。").arg(QFileInfo(path).fileName()));
+  return false;
+}
+
+bool WaitingMessages::IsPlanned(const QString& serial) const {
+  for (const CheckJob job : jobs_.All()) {
+    const DiskCollectionPtr messages = job.Messages();
+    if (messages != nullptr && messages->Contains(serial)) return true;
+  }
+  return false;
+}
+
+// What a server has refused for good would be refused at each check, until somebody mends the
+// message or the account, or sends it again.
+void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
+  if (messages.empty()) return;
+  const auto routes = SendRefusals(context_, messages.front().File(context_)).Routes();
+  const auto count = std::erase_if(messages, [&routes](const SendItem& message) {
+    const auto refused = routes.find(message.SerialId());
+    return refused != routes.end() && refused.value() == message.Route();
+  });
+  if (count == 0 || jobs_.RunsPeriodically()) return;
+  host_.AddEvent(
+      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
+             "セルし、直してからもう一度送信してください。")
+          .arg(count));
+}
+
+// Whoever pressed the button of a message does not press it again because a file was in use.
+void WaitingMessages::LookLater(const WaitingSearch& search) {
+  const CheckJob job = CheckJob::Look(jobs_.NewSerial(), jobs_.RunsPeriodically());
+  jobs_.Add(job);
+  const auto look = [this, search] { return Plan(search); };
+  late_.StoreLater(job, look, [this](const StorageError& reason) { TellUnread(reason); });
+}
+
+void WaitingMessages::LookAgain(CheckJob& job) {
+  const auto periodic = jobs_.Periodically(job.IsPeriodic());
+  if (late_.IsStored(job)) job.End();
+}
+
+void WaitingMessages::TellUnread(const StorageError& reason) {
+  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+                 Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
+}
+
+// Doubtful messages wait for the user's word, those that are planned for their turn.
+Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem>& messages) {
+  StorageError reason;
+  {
+    const OpenedDatabase opened(context_, search.db, search.file);
+    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return {};
+    if (!opened) return opened.Error();
+    const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
+    const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial);
+    for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
+      if (IsPlanned(rows->SerialID())) continue;
+      const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
+      SendItem message(rows->SerialID(), file, ProfileBag(*context_.Session).Password(), lines,
+                       rows->Fields(u"FIELD_SUBJECT").toString());
+      message.SetSender(senders_.AccountFor(lines));
+      messages.push_back(message);
+    }
+    if (rows != nullptr && !rows->Failed()) return {};
+    reason = ReasonOf(context_.Data);
+  }
+  if (reason.kind == StorageError::Kind::Busy) return reason;
+  TellUnread(reason);
+  return {};
+}
+
+// Leaves out those of which nobody knows by what account.
+void WaitingMessages::GiveSenders(std::vector<SendItem>& messages) {
+  DiskPtr chosen;
+  bool asked = false;
+  std::erase_if(messages, [&](SendItem& message) {
+    message.FillEnvelope();
+    return !message.Sender() && !senders_.Use(message, chosen, asked);
+  });
+}
+
+void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {
+  if (messages.empty()) return;
+  auto waiting = std::make_shared<DiskCollection>();
+  for (const SendItem& message : messages) waiting->Add(message.Bag());
+  jobs_.Add(CheckJob::Send(jobs_.NewSerial(), waiting));
+}
+
+}  // namespace vorn

@@ -1,0 +1,119 @@
+#include "transfer/pop3/pop3_authorization.h"
+
+#include <QCryptographicHash>
+
+#include "storage/ui.h"
+#include "transfer/pop3/pop3_words.h"
+#include "transfer/protocol/server_words.h"
+
+namespace vorn {
+
+void Pop3Authorization::Begin(const QByteArray& greeting) {
+  timestamp_ = TimestampOf(greeting);
+  pipeline_.Send("CAPA", Pop3Command::Capa);
+}
+
+std::optional<PopFailure> Pop3Authorization::TakeCapabilities(const QByteArray& capabilities) {
+  pipeline_.GoAhead(IsCapability(capabilities, "PIPELINING"));
+  offersUidl_ = IsCapability(capabilities, "UIDL");
+  lacksTop_ = !capabilities.isEmpty() && !IsCapability(capabilities, "TOP");
+  if (!tls_.IsDue()) {
+    ChooseLogin(capabilities);
+    return LogIn();
+  }
+  if (!IsCapability(capabilities, "STLS")) return tls_.NotOffered();
+  pipeline_.Send("STLS", Pop3Command::Stls);
+  return std::nullopt;
+}
+
+std::optional<PopFailure> Pop3Authorization::BeginTls(bool ok, const QByteArray& line,
+                                                      bool hasMore) {
+  const std::optional<PopFailure> failure = TlsStep::TakeAnswer(ok, line, hasMore, redaction_);
+  if (!failure) state_ = State::Handshake;
+  return failure;
+}
+
+void Pop3Authorization::GoOnEncrypted() {
+  tls_.Establish();
+  state_ = State::Asking;
+  pipeline_.Send("CAPA", Pop3Command::Capa);
+}
+
+// The plain login is what every server has. Another one is used where the server has none, and
+// where it keeps the password from being read on the way.
+void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
+  if (login_.apop) return;
+  const bool isPrivate = tls_.IsEncrypted();
+  offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
+  const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
+  const SaslMechanism* mechanism = ChooseMechanism(offered, isPrivate);
+  // Servers that list no mechanism like USER refuse USER too, also when they announce it.
+  const SaslMechanism* simplest = ChooseMechanism(offered, true);
+  const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
+  if (!takesUser || (!isPrivate && mechanism->hidesPassword)) {
+    auth_ = SaslExchange(mechanism, login_.user, login_.password);
+  }
+}
+
+// Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
+std::optional<PopFailure> Pop3Authorization::LogIn() {
+  if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
+    return PopFailure{PopError::Login,
+                      Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
+  }
+  if (auth_.Mechanism() != nullptr) {
+    pipeline_.Send(auth_.Begin(false), Pop3Command::Auth);
+  } else if (login_.apop) {
+    return LogInByApop();
+  } else {
+    pipeline_.Send("USER " + login_.user.toUtf8(), Pop3Command::User);
+  }
+  return std::nullopt;
+}
+
+std::optional<PopFailure> Pop3Authorization::LogInByApop() {
+  if (timestamp_.isEmpty()) {
+    return PopFailure{PopError::Login, Ui::tr("サーバーがAPOPに対応していません。アカウントの受信の"
+                                              "種類をPOP3に変えてください。")};
+  }
+  const QByteArray digest =
+      QCryptographicHash::hash(timestamp_ + login_.password.toUtf8(), QCryptographicHash::Md5);
+  redaction_.Add(digest.toHex());
+  pipeline_.Send("APOP " + login_.user.toUtf8() + ' ' + digest.toHex(), Pop3Command::Apop);
+  return std::nullopt;
+}
+
+std::optional<PopFailure> Pop3Authorization::TakeChallenge(const QByteArray& line) {
+  const std::optional<QByteArray> answer = auth_.Answer(line.mid(2), redaction_);
+  if (!answer) return Refused(line);
+  pipeline_.SendMore(*answer);
+  return std::nullopt;
+}
+
+std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool ok,
+                                                       const QByteArray& line, bool hasMore) {
+  if (command == Pop3Command::Capa) return TakeCapabilities({});
+  if (command == Pop3Command::Stls) return BeginTls(ok, line, hasMore);
+  if (ok && command == Pop3Command::User) {
+    pipeline_.Send("PASS " + login_.password.toUtf8(), Pop3Command::Pass);
+    return std::nullopt;
+  }
+  if (ok) {
+    state_ = State::LoggedIn;
+    return std::nullopt;
+  }
+  if (offersUser_ && auth_.Mechanism() != nullptr && auth_.Mechanism()->hidesPassword) {
+    // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
+    auth_ = {};
+    return LogIn();
+  }
+  return Refused(line);
+}
+
+PopFailure Pop3Authorization::Refused(const QByteArray& line) const {
+  return {PopError::Login,
+          redaction_.WithReply(
+              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"), line)};
+}
+
+}  // namespace vorn

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "transfer/protocol/pop_events.h"
+
+namespace vorn {
+
+/// How far the retrieval of a mailbox is, in bytes by the sizes that the server announced.
+class RetrievalProgress {
+ public:
+  explicit RetrievalProgress(PopEvents& events) : events_(events) {}
+
+  /// A message is in the mailbox.
+  void Expect(qint64 bytes) { total_ += bytes; }
+  /// It has been asked for.
+  void Ask(qint64 bytes) { underWay_ += bytes; }
+  /// It has come, or been refused.
+  void Arrive(qint64 bytes);
+  /// Nothing more is to be asked of it, or something is after all.
+  void Skip(qint64 bytes) { done_ += bytes; }
+  void Return(qint64 bytes) { done_ -= bytes; }
+  /// What has been asked for and not come.
+  qint64 UnderWay() const { return underWay_; }
+
+  /// Tells how far it is, with the bytes that have come of the message that is arriving; not more
+  /// often than anybody can see.
+  void Report(qint64 inFlight);
+
+ private:
+  PopEvents& events_;
+  qint64 total_ = 0;
+  qint64 underWay_ = 0;
+  qint64 done_ = 0;
+  qint64 lastStep_ = -1;
+};
+
+}  // namespace vorn

@@ -1,0 +1,263 @@
+#include "transfer/results/known_messages.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+#include "mail/store/message_rows.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "storage/profile_bag.h"
+#include "storage/session_result.h"
+#include "storage/source_digest.h"
+#include "storage/sql_text.h"
+#include "storage/ui.h"
+#include "transfer/pop3/announced_size.h"
+
+namespace vorn {
+namespace {
+
+// The usual port with TLS leads where the usual one without it does.
+constexpr int kPlainPort = 110;
+constexpr int kTlsPort = 995;
+
+QString MailboxName(const QString& scope, int port) {
+  return scope.chopped(1) + u':' + QString::number(port == kTlsPort ? kPlainPort : port);
+}
+
+}  // namespace
+
+void KnownMessages::BeginSession(bool deletes) {
+  deletes_ = deletes;
+  listing_.Clear();
+  answers_.Clear();
+  scope_.clear();
+  files_ = MailFiles();
+  unsure_.clear();
+  absent_.clear();
+  hasUnnamed_.reset();
+  hasErased_.clear();
+}
+
+// Those that a file of the profile may know a message by.
+QStringList KnownMessages::MailFiles() const {
+  const QStringList files = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
+  if (!Settings(context_).IsCareful()) return files;
+  // Also those that were used before, so that a new file does not begin with all that they have.
+  QStringList all = files;
+  for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
+    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
+  }
+  all.removeDuplicates();
+  return all;
+}
+
+Result<> KnownMessages::TakeListing(const QString& scope, int port,
+                                    const QList<ListedMessage>& messages) {
+  scope_ = scope;
+  copies_.Begin(files_, scope_, [this](const QString& id) { return IsVouchedFor(id); });
+  const QString mailbox = MailboxName(scope, port);
+  const Result<> begun = listing_.Begin(mailbox, messages);
+  return begun ? answers_.Begin(mailbox, messages) : begun;
+}
+
+bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
+  return listing_.HadIdentifiers(MailboxName(scope, port));
+}
+
+Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QStringList* files) {
+  Result<> asked;
+  bool isErased = false;
+  for (const QString& file : files_) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) continue;
+    // A message in any of the files is stored, whichever is asked last.
+    const std::optional<bool> has = context_.Data.HasMessage(messageId);
+    const bool isHere = has.value_or(true);
+    if (!has) asked = ReasonOf(context_.Data);  // neither stored twice nor deleted
+    isErased = isErased || (!isHere && IsErased(file, messageId));
+    if (isHere) files->append(file);
+  }
+  if (!asked) return asked.Error();
+  if (files->isEmpty()) absent_.insert(messageId);
+  if (files->isEmpty() && !isErased) {
+    // It may have had another name, or none, until now.
+    const bool mayHaveHadAnother = listing_.IsUpset() || HasUnnamed();
+    const bool isElsewhere = listing_.IsElsewhere(messageId);
+    if (isElsewhere && !deletes_) return Name::Stored;
+    if (!mayHaveHadAnother && !isElsewhere) {
+      listing_.Believe(messageId);
+    } else if (listing_.IsListed(messageId)) {
+      listing_.Doubt(messageId);
+    }
+    return Name::New;
+  }
+  // Where nothing was noted yet, the size tells.
+  if (listing_.TellsBySize() && HasListedSize(messageId)) listing_.Believe(messageId);
+  // Names without a listing are made of the contents.
+  const bool mayBeAnother =
+      listing_.Doubts(messageId) || (deletes_ && listing_.IsListed(messageId));
+  if (!mayBeAnother) return files->isEmpty() ? Name::Erased : Name::Stored;
+  listing_.Doubt(messageId);
+  if (files->isEmpty()) return Name::New;
+  if (listing_.HasOtherSize(messageId)) return Name::New;
+  unsure_.insert(messageId, *files);
+  return Name::Unsure;
+}
+
+bool KnownMessages::HasListedSize(const QString& messageId) {
+  return std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) return false;
+    const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
+    const bool has =
+        row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
+    return has;
+  });
+}
+
+bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
+  const QStringList files = unsure_.take(messageId);
+  const auto isWhole = [size = listing_.SizeOf(messageId)](const QByteArray& stored) {
+    return IsExact(FitOf(stored, size));
+  };
+  const bool proves =
+      !files.isEmpty() && std::all_of(files.begin(), files.end(), [&](const QString& file) {
+        return StoredCopyHasHeader(context_, file, messageId, header, isWhole);
+      });
+  // Names may be moving, and what has a new one be known.
+  if (!proves) listing_.Upset();
+  return proves;
+}
+
+// A server that is wrong about sizes may also write a message anew each time.
+bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray& data) {
+  return HasIdentifiers() && std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
+           return StoredCopySaysTheSame(context_, file, messageId, data);
+         });
+}
+
+// Asked of what a name does not tell for sure: the server may have given it to another message, or
+// usually gives names and gave this one none.
+Result<StoredCopies::Found> KnownMessages::FindStored(const QString& messageId,
+                                                      const QByteArray& data, bool isTornOff,
+                                                      QString* storedAs) {
+  *storedAs = messageId;
+  const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
+  if (!listing_.Doubts(messageId) && !listing_.IsUpset() && !lacksName) {
+    return StoredCopies::Found::None;
+  }
+  return FindByContents(messageId, data, isTornOff, storedAs);
+}
+
+// Where something is deleted, no name counts before its message was compared.
+bool KnownMessages::IsVouchedFor(const QString& messageId) const {
+  if (deletes_) return listing_.IsProven(messageId);
+  return listing_.IsListed(messageId) && !listing_.Doubts(messageId);
+}
+
+Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& messageId,
+                                                          const QByteArray& data, bool isTornOff,
+                                                          QString* storedAs) {
+  using Found = StoredCopies::Found;
+  using Trust = StoredCopies::Trust;
+  if (scope_.isEmpty()) return Found::None;
+  // Asked for the second time when another program has stored one meanwhile.
+  const bool isNamed = !absent_.remove(messageId);
+  const Trust trust = isTornOff                      ? Trust::Doubtful
+                      : listing_.IsListed(messageId) ? Trust::Named
+                                                     : Trust::Nameless;
+  const Result<Found> found = copies_.Find(messageId, data, isNamed, trust, storedAs);
+  if (!found) return found;
+  switch (*found) {
+    case Found::Moved:
+      // From one that is there to another; else the names of all have changed, and count from now.
+      if (listing_.IsListed(*storedAs)) listing_.Distrust();
+      listing_.ForgetAbsent(*storedAs);
+      return Found::Stored;
+    case Found::Elsewhere:
+      listing_.NoteElsewhere(messageId);
+      return found;
+    case Found::Renewed:
+      listing_.NoteRenewed(messageId);
+      return Found::None;
+    case Found::Erased:
+      if (Settings(context_).IsCareful()) return found;
+      *storedAs = messageId;  // it is stored once more
+      return Found::None;
+    default:
+      return found;
+  }
+}
+
+// One of an archive or one that went missing has this name from now on; any other keeps its own.
+Result<> KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
+                                  QString* storedAs) {
+  if (!HasIdentifiers()) return {};
+  const auto found = FindByContents(messageId, data, isTornOff, storedAs);
+  if (!found) return found.Error();
+  if (*found == StoredCopies::Found::None) {
+    listing_.NoteElsewhere(messageId);
+    *storedAs = QString::fromLatin1(SourceDigest(data).toHex());
+  }
+  return {};
+}
+
+// Messages that had no name of their own when they were stored: what gets one now may be one of
+// them.
+bool KnownMessages::HasUnnamed() {
+  if (hasUnnamed_) return *hasUnnamed_;
+  hasUnnamed_ = false;
+  const QString start = scope_ + QStringLiteral("sha256:");
+  for (const QString& file : files_) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) continue;
+    const bool any = MessageRows(context_.Data).HasNamePrefix(start);
+    hasUnnamed_ = *hasUnnamed_ || any;
+  }
+  return *hasUnnamed_;
+}
+
+// In the open file. Who has thrown a message away for good does not want it once more.
+bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
+  const auto any = [this](const QString& condition) {
+    return context_.Data.OpenRecordset(
+               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
+               CursorKind::ForwardOnly) &&
+           !context_.Data.Recordset()->Eof();
+  };
+  if (!hasErased_.contains(file)) {
+    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
+  }
+  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+}
+
+void KnownMessages::TakeBack(const QString& messageId) {
+  listing_.TakeBack(messageId);
+  answers_.Note(messageId, messageId);
+}
+
+Result<> KnownMessages::Store() {
+  const Result<> stored = listing_.Store();
+  return stored ? answers_.Store() : stored;
+}
+
+Result<> KnownMessages::NoteWhole() {
+  listing_.Settle();
+  return Store();
+}
+
+Result<> KnownMessages::NoteDeleted() {
+  listing_.ForgetReleased();
+  return listing_.Store();
+}
+
+void KnownMessages::NoteStored(const QString& messageId, bool proven) {
+  if (proven) {
+    answers_.Forget(messageId);  // by a name alone another account does not know of the doubt
+    listing_.Prove(messageId);
+  } else {
+    listing_.Confirm(messageId);
+  }
+}
+
+}  // namespace vorn
