@@ -15,6 +15,9 @@
 namespace vorn {
 namespace {
 
+// What reads a file through once finds nothing in a cache again, and many folders may ask at once.
+constexpr const char* kSmallCache = "PRAGMA cache_size = -4096";
+
 ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
                          const QVariantList& parameters) {
   QVariantList values;
@@ -66,7 +69,9 @@ Result<> ConditionRun::Connect() {
   StorageError error;
   connection_ = Connection::Open(path_, ProfileBag(*context_.Session).Password(),
                                  Connection::Mode::ReadOnly, &error);
-  return connection_ != nullptr ? Result<>() : error;
+  if (connection_ == nullptr) return error;
+  connection_->Run(kSmallCache);
+  return {};
 }
 
 ConditionRun::~ConditionRun() {
