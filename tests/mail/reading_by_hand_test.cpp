@@ -124,6 +124,21 @@ TEST(CodeOffersTest, LabelsThatDoNotHoldAreNamed) {
   EXPECT_EQ(wrong(Message("iso-2022-jp", "\x1B$B$\"\x1B(B")), QStringList());
 }
 
+// A label that fits any bytes says nothing against the user; what it alone makes sense of stays.
+TEST(CodeOffersTest, ACodeThatIsPickedIsReadButWhereItFailsAndTheLabelDoesNot) {
+  const auto read = [](const QByteArray& label, const QByteArray& body, CharsetChoice picked) {
+    const QByteArray source = Message(label, body);
+    TextRequest request;
+    request.charset = ReadingCode(picked, true);
+    request.textTypes = kTypes;
+    return GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
+  };
+  const QByteArray euc = "\xC6\xFC\xCB\xDC\xB8\xEC\xA4\xC7\xA4\xB9";
+  EXPECT_TRUE(read("iso-8859-1", euc, CharsetChoice::Euc).contains(QStringLiteral("日本語です")));
+  EXPECT_TRUE(read("iso-8859-1", "caf\xE9!", CharsetChoice::ShiftJis).contains(u"caf\u00E9!"));
+  EXPECT_FALSE(read("utf-8", euc, CharsetChoice::Euc).contains(QChar::ReplacementCharacter));
+}
+
 TEST(SignatureTest, HowAMessageIsSignedIsSeenByItsPartsOrItsText) {
   const auto kind = [](const QByteArray& source) {
     TextRequest request;
