@@ -10,8 +10,8 @@ namespace {
 const QString kAtTop = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0})");
 const QString kEmpty = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":0,"end":true})");
 const QString kAtEnd = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"end":true})");
-// As after a row that has gone with all rows after it.
-const QString kAtLast = QStringLiteral(R"({"next":[""],"chosen":[],"x":0,"y":1e9,"end":true})");
+const QString kAtLast =
+    QStringLiteral(R"({"next":[""],"last":true,"chosen":[],"x":0,"y":1e9,"end":true})");
 
 }  // namespace
 

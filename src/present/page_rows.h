@@ -39,9 +39,6 @@ class PageRows {
   void DeselectUnseen() { Call(QStringLiteral("deselectUnseen()")); }
   /// None is before all that waits, since another message is to be the current one.
   void DeselectFirst() { queue_.RunFirst(OnPage(QStringLiteral("deselect()"))); }
-  /// No row is current any more, since the message that was has gone: the next step goes to the row
-  /// after it or before it.
-  void DeselectToGap() { queue_.RunFirst(OnPage(QStringLiteral("deselectToGap()"))); }
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
   /// The same of messages that are about to leave the folder: their rows are marked at once, and

@@ -64,7 +64,6 @@ inline constexpr char kPageScript[] = R"js(
   let current = -1;
   let anchor = -1;  // where a range begins
   let gap = -1;  // the row before which the current one stood that has gone, or behind the last one
-  let isPastLast = false;  // the current one stands for one that has gone behind it
   let clicked = -1;  // the row that was clicked last, without a key
   let chosen = new Set();
   const gone = new Set();
@@ -92,7 +91,6 @@ inline constexpr char kPageScript[] = R"js(
   const goTo = (index, extend) => {
     if (index === undefined) return;
     gap = -1;
-    isPastLast = false;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
     if (extend) {
@@ -225,12 +223,13 @@ inline constexpr char kPageScript[] = R"js(
   });
 
   const restore = (state, staysAtEnd) => {
-    const next = state.next.find(id => seen.has(id));
-    current = rows.findIndex(row => row.id === next);
-    isPastLast = current < 0 && state.next.length > 0 && !state.seen;
-    if (isPastLast) current = lastThere();
-    const behind = state.gap && current < 0 ? state.gap.find(id => seen.has(id)) : undefined;
-    gap = !state.gap || current >= 0 ? -1 : behind ? rows.findIndex(row => row.id === behind) : rows.length;
+    const place = id => rows.findIndex(row => row.id === id);
+    current = state.last ? lastThere() : place(state.next[0]);
+    // The user did not take it away himself: no other one is meant in its place.
+    const hasLeft = current < 0 && state.next.length > 0 && !state.seen && !state.last;
+    const followers = hasLeft ? state.next : current < 0 ? state.gap : null;
+    const behind = followers?.find(id => seen.has(id));
+    gap = !followers ? -1 : behind ? place(behind) : rows.length;
     anchor = rows.findIndex(row => row.id === state.anchor);
     chosen = new Set(state.chosen.filter(id => seen.has(id)));
     toldChosen = -1;  // the page before this one may have had others
@@ -243,7 +242,7 @@ inline constexpr char kPageScript[] = R"js(
     } else if (current >= 0) {
       reveal(isInSight(rows[current]) ? 'nearest' : 'center');
     }
-    tell('kept', current);
+    tell(gap < 0 ? 'kept' : 'left', current);
   };
 
   // What a document declares about itself counts only while it is read.
@@ -329,8 +328,6 @@ inline constexpr char kPageScript[] = R"js(
     // Whether there was a choice to be given up.
     unchoose: () => { const had = chosen.size > 0; chosen.clear(); anchor = -1; show(); return had; },
     deselect: () => { deselect(); tell('row', -1); },
-    // The row in its place is not meant, but the next step goes from there.
-    deselectToGap: () => { const place = isPastLast ? rows.length : current; deselect(); gap = place; },
     deselectUnseen: () => {
       if (current >= 0 && isInSight(rows[current])) return;
       vorn.deselect();

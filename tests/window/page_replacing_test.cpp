@@ -170,17 +170,5 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({2}); }));
 }
 
-TEST_F(PageReplacingTest, WhereTheCurrentRowHasGoneTheNextStepGoesToItsNeighbours) {
-  BeginWith("table", 4);
-  Script(QStringLiteral("vorn.goTo(2, false), vorn.deselectToGap()"));
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  EXPECT_EQ(Chosen(), QStringList());
-  Press(Qt::Key_Down);
-  EXPECT_EQ(Chosen(), Ids({3}));
-  Script(QStringLiteral("vorn.deselectToGap()"));
-  Press(Qt::Key_Up);
-  EXPECT_EQ(Chosen(), Ids({2}));
-}
-
 }  // namespace
 }  // namespace vorn

@@ -12,6 +12,7 @@
 #include <QWebEngineView>
 
 #include "mail/codec/flag_string.h"
+#include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading_pane.h"
@@ -199,6 +200,36 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_1"));
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
   EXPECT_EQ(Chosen(), QStringList()) << "a command would meet a message that is not in sight";
+}
+
+// Newly come mail that pushes it to another page, another program, another order: none of them is
+// the user's word for the row that comes into its place.
+TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace) {
+  BeginReading(5);
+  Context& context = program_->GetContext();
+  const auto outside = [&](const Result<>& done) {
+    EXPECT_TRUE(done);
+    program_->Parent()->Pages().Messages().MessageStored();
+  };
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(2));
+  ASSERT_TRUE(AwaitMark(2, kFlagNew, "0"));
+  MadeAnewBy([&] { outside(SetDust(context, Ids({2}), true)); });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
+  MadeAnewBy([this] { Come("mail_new", "Later", QStringLiteral("2020-01-02 00:00:00")); });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
+  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_2"));
+  EXPECT_EQ(Chosen(), QStringList());
+  Press(Qt::Key_Delete);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(3)) << "the next step goes on from there";
+  EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 5) << "no row was meant";
+
+  MadeAnewBy([&] { outside(DeleteMessages(context, Ids({3}))); });
+  EXPECT_TRUE(WaitFor([this] { return Pane()->Shown().isEmpty(); })) << "there is nothing to read";
+  Press(Qt::Key_Up);
+  EXPECT_TRUE(AwaitShown(1));
 }
 
 TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {

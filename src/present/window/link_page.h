@@ -40,7 +40,7 @@ class LinkPage : public QWebEnginePage {
   /// A link of a text of the program's own was followed.
   void StepFollowed(const QString& step);
   /// On a folder's page a message became current by the user ("row") or when the page was made anew
-  /// ("kept", possibly none), or was clicked twice ("twice").
+  /// ("kept", possibly none; "left" where it has gone), or was clicked twice ("twice").
   void RowTold(const QString& what, const QString& serialId);
   /// A link to an address was clicked on a web page.
   void MailtoFollowed(const QString& url);

@@ -79,7 +79,8 @@ void PageMessages::Follow(const MailRequest& request) {
 void PageMessages::Told(const QString& what, const QString& message) {
   if (what == u"chosen") SetChosen(message.toInt());
   if (what == u"row") split_.ShowRow(message);
-  if (what == u"kept" && !split_.RowKept(message)) page_.rows.DeselectToGap();
+  if (what == u"kept") split_.RowKept(message);
+  if (what == u"left") split_.RowLeft();
   if (what == u"twice" && split_.HasPane()) OpenInWindow(MailRequest::Of(message));
 }
 

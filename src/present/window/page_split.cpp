@@ -3,10 +3,13 @@
 #include <QWebEngineView>
 
 #include "kit/window/key_frame.h"
+#include "mail/store/message_rows.h"
 #include "mail/window/message_host.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/reading_pane.h"
 #include "objects/placement.h"
+#include "storage/context.h"
+#include "storage/databases.h"
 #include "storage/window/control_state.h"
 
 namespace vorn {
@@ -68,10 +71,7 @@ void PageSplit::MakePane() {
   Q_EMIT PaneMade(pane_);
   connect(pane_, &ReadingPane::OpenWanted, this,
           [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
-  connect(pane_, &ReadingPane::Marked, this, [this] {
-    hasMarked_ = true;
-    host_.MessageStored();
-  });
+  connect(pane_, &ReadingPane::Marked, this, [this] { host_.MessageStored(); });
 }
 
 bool PageSplit::HasPane() const {
@@ -79,19 +79,19 @@ bool PageSplit::HasPane() const {
 }
 
 void PageSplit::ShowRow(const QString& serialId) {
-  hasMarked_ = false;
   row_ = serialId;
   if (HasPane()) pane_->Show(row_, true);
 }
 
-bool PageSplit::RowKept(const QString& serialId) {
-  if (serialId == row_) {
-    if (HasPane()) pane_->FollowEdits();
-    return true;
-  }
-  if (hasMarked_) return false;
-  ShowRow(serialId);
-  return true;
+void PageSplit::RowKept(const QString& serialId) {
+  if (serialId != row_) return ShowRow(serialId);
+  if (HasPane()) pane_->FollowEdits();
+}
+
+void PageSplit::RowLeft() {
+  if (row_.isEmpty()) return;
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (mail && !MessageRows(context_.Data).Has(row_)) ShowNothing();
 }
 
 void PageSplit::StopMarking() {

@@ -27,10 +27,11 @@ class PageSplit : public QSplitter {
   bool HasPane() const;
   /// The user has made a message the current one.
   void ShowRow(const QString& serialId);
-  /// The page was made anew, and this message, or none, is the current one of it. False when
-  /// another one stays in sight, which is no longer on the page: the row is not what the user
-  /// means.
-  bool RowKept(const QString& serialId);
+  /// The page was made anew, and this message, or none, is the current one of it.
+  void RowKept(const QString& serialId);
+  /// The page was made anew without the current message, which the user did not take away: he goes
+  /// on reading it.
+  void RowLeft();
   /// The message of the current row; empty for none.
   QString Row() const { return row_; }
   /// What is shown is not marked by and by, because the user marks it himself.
@@ -63,9 +64,6 @@ class PageSplit : public QSplitter {
   PanePlace place_ = PanePlace::Nowhere;
   QString row_;  // the current message, whether the pane has room to show it or not
   bool isCovered_ = false;
-  // The page is made anew because the message was marked, which may have taken it off the page:
-  // the next one must not be marked in its turn.
-  bool hasMarked_ = false;
 };
 
 }  // namespace vorn
