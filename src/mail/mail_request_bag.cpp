@@ -15,6 +15,8 @@ void MailRequestBag::TakeRow(const Recordset& row) {
 
 void MailRequestBag::BecomeNew(const QString& serialId) {
   MessageBag::SetStatus(bag_, kStatusEdit);
+  // What the user did with the other one he did not do with this one.
+  MessageBag::SetFlags(bag_, MessageBag(bag_).Flags().left(kFlagAttachment));
   bag_.Let(kOriginal, bag_.SerialID());
   bag_.LetSerialID(serialId);
 }

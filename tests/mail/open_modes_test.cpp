@@ -8,6 +8,7 @@
 #include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
+#include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
@@ -304,9 +305,13 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   OpenMessage(profile.Get(), again);
   EXPECT_FALSE(again.Flag(u"notice"));
   EXPECT_EQ(again.SerialID(), serialId);
+  ASSERT_TRUE(SetMark(profile.Get(), {serialId}, kFlagAnswered, true));
+  ASSERT_TRUE(ToggleStar(profile.Get(), {serialId}));
   Disk reply(serialId);
   MailRequestBag(reply).SetMode(OpenMode::Reply);
   EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text.Get(), QStringLiteral("> body"));
+  EXPECT_FALSE(MessageBag(reply).Flags().mid(kFlagAttachment).contains(u'1'))
+      << "nobody has answered or starred the answer";
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);

@@ -74,19 +74,25 @@ TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
     QByteArray source;
     const char16_t* text;
     bool isOfHtml = false;
+    int shown = 1;  // parts of HTML that are shown as HTML
   };
   const Case cases[] = {
       {Multipart("mixed", {html, footer}), u"html\r\nfooter"},
       {Multipart("mixed", {footer, html}), u"footer\r\nhtml\r\n"},
       {Multipart("mixed", {text, file, html}), u"text\r\nhtml\r\n"},
-      {Multipart("mixed", {html, file, html}), u"html\r\nhtml\r\n", true},
+      {Multipart("mixed", {html, file, html}), u"html\r\nhtml\r\n", true, 2},
+      // As programs write it that let files stand within a text.
+      {Multipart("alternative", {text, Multipart("mixed", {html, file, html})}), u"text", false, 2},
+      {Multipart("alternative", {html, Multipart("related", {html, file})}), u"html\r\n", true},
+      {Multipart("mixed", {both, Multipart("x", {text, html}), both}),
+       u"text\r\ntext\r\nhtml\r\ntext", false, 3},
       {Multipart("mixed", {Multipart("related", {html, file}), footer}), u"html\r\nfooter"},
       {Multipart("mixed", {Multipart("alternative", {blank, html}), footer}), u"html\r\nfooter"},
       {Multipart("mixed", {both, footer}), u"text\r\nfooter"},
       {Multipart("alternative", {html, text}), u"text"},
       {Multipart("alternative", {text, Multipart("related", {html, file})}), u"text"},
       {Multipart("alternative", {blank, html}), u"html\r\n", true},
-      {Multipart("digest", {"\r\n" + both}), u"text"},
+      {Multipart("digest", {"\r\n" + both}), u"text", false, 0},
   };
   TextRequest request;
   request.textTypes = {QStringLiteral("text/plain")};
@@ -96,6 +102,8 @@ TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
     const MessageText read = GetMessageText(c.source, index, request);
     EXPECT_EQ(read.text, QString::fromUtf16(c.text)) << c.source.toStdString();
     EXPECT_EQ(IsTextOfHtml(c.source, index, request), c.isOfHtml) << c.source.toStdString();
+    EXPECT_EQ(GetMessageHtml(c.source, index, {}).count(u"<p>html"), c.shown)
+        << c.source.toStdString();
     for (const bool withHtml : {false, true}) {
       TextRequest quoted = request;
       quoted.withHtml = withHtml;

@@ -49,7 +49,7 @@ std::vector<Attachment> ListAttachments(const std::vector<MimeCodec::ContentReco
     const bool isText = !record.hasName && textTypes.contains(record.type);
     hasText = hasText || isText;
     // The message's text once more, which is shown beside it.
-    const bool isHalf = record.isAlternative && hasText && !hasHtml && !record.hasName &&
+    const bool isHalf = record.IsAlternative() && hasText && !hasHtml && !record.hasName &&
                         record.type == u"text/html";
     hasHtml = hasHtml || record.type == u"text/html";
     if (isText || isHalf) continue;

@@ -65,6 +65,8 @@ class ContentReader {
     bool hasParts = false;
     bool isDigest = false;
     bool isClosed = false;  // the outermost one; what follows its end may be parts all the same
+    int alternative = 0;    // its number among those
+    int begun = 0;          // parts of it
   };
 
   // The next line that begins with "--", or -1. Looking for the dashes themselves passes over most
@@ -98,6 +100,7 @@ class ContentReader {
     if (record.type.startsWith(u"multipart/")) {
       if (!boundary.isEmpty() && stack_.size() < kMaxPartDepth) {
         stack_.push_back({boundary, record, false, record.type == u"multipart/digest"});
+        if (record.type == u"multipart/alternative") stack_.back().alternative = ++alternatives_;
         return;
       }
       record.type = QStringLiteral("text/plain");
@@ -160,9 +163,11 @@ class ContentReader {
     const auto typeName = [&type] { return type.Reading("name"); };
     record.name = Sanitized(MoreReadable(disposition.Reading("filename"), typeName).text);
     record.hasName = !record.name.isEmpty();
-    record.isAlternative = std::any_of(stack_.begin(), stack_.end(), [](const Multipart& open) {
-      return open.whole.type == u"multipart/alternative";
-    });
+    const auto outermost = std::find_if(stack_.begin(), stack_.end(),
+                                        [](const Multipart& open) { return open.alternative > 0; });
+    if (outermost == stack_.end()) return;
+    record.alternative = outermost->alternative;
+    record.form = outermost->begun;
   }
 
   // The innermost open multipart whose delimiter the line is, or -1.
@@ -197,6 +202,7 @@ class ContentReader {
       CloseMultipart(bodyEnd);
     } else if (records_.size() < kMaxParts) {
       stack_.back().hasParts = true;
+      ++stack_.back().begun;
       rest_.reset();
       BeginPart();
     }
@@ -277,6 +283,7 @@ class ContentReader {
   std::vector<ContentRecord> records_;
   ContentRecord leaf_;
   bool inLeaf_ = false;
+  int alternatives_ = 0;
   int guesses_ = 0;
 };
 
@@ -330,7 +337,9 @@ std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayVie
     const auto same =
         std::find_if(records.begin(), records.end(),
                      [&read](const ContentRecord& record) { return record.first == read.first; });
-    if (same != records.end()) same->isAlternative = read.isAlternative;
+    if (same == records.end()) continue;
+    same->alternative = read.alternative;
+    same->form = read.form;
   }
   return records;
 }

@@ -21,9 +21,13 @@ struct ContentRecord {
   QString encoding;  ///< the transfer encoding in lower case, empty when there is none
   QString name;      ///< the file name
   bool hasName = false;
-  bool isAlternative = false;  ///< one of several forms of the same; not in the stored form
+  /// Of which multipart/alternative, counted from 1, it belongs to a form, and to which; 0 outside
+  /// of them. Not in the stored form.
+  int alternative = 0;
+  int form = 0;
 
   qsizetype Size() const { return last - first + 1; }
+  bool IsAlternative() const { return alternative > 0; }
 };
 
 /// Maps the leaf parts of the message at `start` to `end` (-1: the end) of a source, in order
@@ -36,7 +40,7 @@ std::vector<ContentRecord> ReadContent(QByteArrayView source, qsizetype start = 
 /// by the character with code 0.
 QString FormatContentIndex(const std::vector<ContentRecord>& records);
 std::vector<ContentRecord> ParseContentIndex(const QString& index);
-/// Those of a stored form with what only the source tells (`isAlternative`).
+/// Those of a stored form with what only the source tells (`alternative`, `form`).
 std::vector<ContentRecord> ParseContentIndex(const QString& index, QByteArrayView source);
 
 /// `ReadContent` in its stored form.

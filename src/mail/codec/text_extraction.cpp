@@ -1,5 +1,6 @@
 #include "mail/codec/text_extraction.h"
 
+#include <QHash>
 #include <algorithm>
 
 #include "mail/codec/calendar_summary.h"
@@ -105,13 +106,29 @@ QString ReadableText(QByteArrayView source, const ContentRecord& record, const Q
   return UnflowText(text, type.Bytes("delsp").compare("yes", Qt::CaseInsensitive) == 0);
 }
 
-const ContentRecord* FindHtml(const std::vector<ContentRecord>& records) {
+bool IsHtml(const ContentRecord& record) {
+  return record.type == u"text/html" && !record.hasName && record.first <= record.last;
+}
+
+bool HasHtml(const std::vector<ContentRecord>& records) {
+  return std::any_of(records.begin(), records.end(), IsHtml);
+}
+
+// The HTML of a message. Where files stand within a text, it comes in several parts.
+QString Html(QByteArrayView source, const std::vector<ContentRecord>& records,
+             const ReadingCode& charset) {
+  QString html;
+  QHash<int, int> forms;  // the one that is taken of each alternative
   for (const ContentRecord& record : records) {
-    if (record.type == u"text/html" && !record.hasName && record.first <= record.last) {
-      return &record;
+    if (!IsHtml(record)) continue;
+    if (record.IsAlternative() && forms.value(record.alternative, record.form) != record.form) {
+      continue;
     }
+    forms.insert(record.alternative, record.form);
+    if (!html.isEmpty()) html += QStringLiteral("\r\n<hr>\r\n");
+    html += DecodeText(source, record, record.last, charset, false);
   }
-  return nullptr;
+  return html;
 }
 
 // Text that is none of the types that are shown as text, but all that a message says.
@@ -212,11 +229,9 @@ bool IsBlank(const QString& text) {
 // What a message shows whose text is blank; empty when that is as blank.
 QString InPlaceOfText(QByteArrayView source, const std::vector<ContentRecord>& records,
                       const TextRequest& request, const QString& lineBreak) {
-  if (const ContentRecord* html = FindHtml(records)) {
-    const QString page = DecodeText(source, *html, html->last, request.charset, false);
-    const QString text = HtmlToText(page);
-    if (!IsBlank(text)) return WithLineBreaks(text, lineBreak);
-  }
+  const QString page = Html(source, records, request.charset);
+  const QString text = page.isEmpty() ? page : HtmlToText(page);
+  if (!IsBlank(text)) return WithLineBreaks(text, lineBreak);
   const QString other = OtherText(source, records, request.charset);
   if (!IsBlank(other)) return WithLineBreaks(other, lineBreak);
   const QString inner = InnerText(source, records, request);
@@ -236,7 +251,7 @@ class TextGatherer {
 
   void Run() {
     for (const ContentRecord& record : records_) {
-      if (!record.isAlternative) hasForm_ = false;
+      if (!record.IsAlternative()) hasForm_ = false;
       const bool isText = IsText(record);
       if (!isText && !IsHtmlOfItsOwn(record)) continue;
       Take(record, isText);
@@ -259,12 +274,11 @@ class TextGatherer {
 
   // Which is no other form of a text that has words, before it or behind it.
   bool IsHtmlOfItsOwn(const ContentRecord& record) const {
-    const bool isHtml = record.type == u"text/html" && !record.hasName;
-    if (!request_.withHtml || !isHtml || record.first > record.last) return false;
-    if (!record.isAlternative) return true;
+    if (!request_.withHtml || !IsHtml(record)) return false;
+    if (!record.IsAlternative()) return true;
     if (hasForm_) return false;
     const ContentRecord* form = &record;
-    while (++form != records_.data() + records_.size() && form->isAlternative) {
+    while (++form != records_.data() + records_.size() && form->IsAlternative()) {
       if (IsText(*form) && !IsBlank(Read(*form, form->last, false))) return false;
     }
     return true;
@@ -288,7 +302,7 @@ class TextGatherer {
     const bool isBlank = IsBlank(text);
     if (!isText && isBlank) return;
     if (!isText && !hasWords_) text_.clear();  // which is blank
-    hasForm_ = hasForm_ || (record.isAlternative && !isBlank);
+    hasForm_ = hasForm_ || (record.IsAlternative() && !isBlank);
     hasWords_ = hasWords_ || !isBlank;
     // A part may end right before its boundary, and one that was cut ends anywhere.
     if (!text_.isEmpty() && !text_.endsWith(lineBreak_)) text_ += lineBreak_;
@@ -316,7 +330,7 @@ class TextGatherer {
 
 bool IsTextOfHtml(QByteArrayView source, const QString& contentIndex, const TextRequest& request) {
   const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
-  if (FindHtml(records) == nullptr) return false;
+  if (!HasHtml(records)) return false;
   TextRequest texts = request;
   texts.withHtml = false;
   TextGatherer gatherer(source, records, texts);
@@ -384,11 +398,10 @@ QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
 
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset) {
-  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
-  const ContentRecord* html = FindHtml(records);
-  if (html == nullptr) return {};
-  const QString text = DecodeText(source, *html, html->last, charset, false);
-  return text.isNull() ? QStringLiteral("") : text;
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex, source);
+  if (!HasHtml(records)) return {};
+  const QString html = Html(source, records, charset);
+  return html.isNull() ? QStringLiteral("") : html;
 }
 
 }  // namespace vorn

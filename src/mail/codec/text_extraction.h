@@ -46,7 +46,8 @@ bool IsTextOfHtml(QByteArrayView source, const QString& contentIndex, const Text
 QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
                            const ReadingCode& charset);
 
-/// The message's HTML as it was written, decoded; a null string when it has none.
+/// The message's HTML as it was written, decoded, with a line between several parts of it; a null
+/// string when it has none.
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset);
 
