@@ -14,6 +14,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
 #include "storage/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
@@ -493,9 +494,9 @@ TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
   folder->Let(QStringLiteral("Condition"), line + QChar(u'\0') + QChar(u'\0'));  // as it was stored
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
   const QString file = ProfileFiles(context, *context.Session).first();
-  EXPECT_TRUE(
-      context.Data.CheckFile(file, context.Session->Text(u"password"), FileContents::Objects)
-          .IsSound());
+  EXPECT_TRUE(CheckDatabaseFile(file, context.Session->Text(u"password"), FileContents::Objects,
+                                context.Data.Damage())
+                  .IsSound());
   profile_.Restart();
   EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);
 }
