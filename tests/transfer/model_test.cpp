@@ -37,8 +37,8 @@ constexpr int kQuietMs = 600000;  // the most that a history may take to come to
 struct RunningProgram {
   explicit RunningProgram(const QString& folder) {
     EXPECT_TRUE(test::Enter(context, folder));
-    traffic.Control().ReplyTimeoutMs = kTimeoutMs;
-    traffic.Control().DecisionTimeoutMs = kTimeoutMs;
+    traffic.Control().Patience.ReplyMs = kTimeoutMs;
+    traffic.Control().Patience.DecisionMs = kTimeoutMs;
   }
 
   Context context;
