@@ -108,7 +108,7 @@ bool PageMaker::Keep(const Written& page) {
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
   const bool isVain = page.hasNone && !request_.Search().isEmpty();
   reading_.Keep(isVain ? WithoutHit(page.bytes.ValueOr({})) : page.bytes.ValueOr({}));
-  request_.SetNeighbours(page.before, page.next);
+  request_.State().SetNeighbours(page.before, page.next);
   Q_EMIT Made();
   if (page.bytes) return true;
   TellFailure(page.bytes.Error().text);
@@ -164,7 +164,7 @@ void PageMaker::ChooseFirstPage() {
 // Whether the user looks at what came last and at nothing in particular.
 bool PageMaker::IsAtNewest() const {
   return place_.StaysAtEnd() && place_.WasAtEnd() && request_.Search().isEmpty() &&
-         !request_.HasNext();
+         !request_.State().HasNext();
 }
 
 void PageMaker::BeginAtNewest() {
