@@ -247,11 +247,11 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   AccountValues good;
   good.name = QStringLiteral("仕事");
   good.address = QStringLiteral("a@example.org");
-  good.inServer = QStringLiteral("127.0.0.1");
-  good.inUser = QStringLiteral("a");
+  good.incoming.host = QStringLiteral("127.0.0.1");
+  good.incoming.user = QStringLiteral("a");
   EXPECT_TRUE(ValidateAccount(profile.Get(), good));
-  good.inSecurity = Security::Tls;
-  good.outSecurity = Security::StartTls;
+  good.incoming.security = Security::Tls;
+  good.outgoing.security = Security::StartTls;
   const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
   ASSERT_TRUE(created);
   const DiskPtr& account = *created;
@@ -268,9 +268,9 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
     return !ValidateAccount(profile.Get(), values);
   };
   EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inPort = 70000; }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inServer.clear(); }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inUser = QStringLiteral("a\r\nDELE 1"); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.port = 70000; }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.host.clear(); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.user = QStringLiteral("a\r\nDELE 1"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.name = QStringLiteral("受信"); }));
 }
 
