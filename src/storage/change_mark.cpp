@@ -7,7 +7,7 @@ namespace vorn {
 
 // Another connection's counts start anew, so its address belongs to the mark.
 QString OthersMark(const DataSession& data) {
-  const auto connection = data.OpenConnection();
+  const auto& connection = data.OpenConnection();
   if (connection == nullptr) return {};
   return QStringLiteral("%1 %2")
       .arg(reinterpret_cast<quintptr>(connection.get()))
@@ -15,7 +15,7 @@ QString OthersMark(const DataSession& data) {
 }
 
 QString ChangeMark(const DataSession& data) {
-  const auto connection = data.OpenConnection();
+  const auto& connection = data.OpenConnection();
   if (connection == nullptr) return {};
   return OthersMark(data) + u' ' + QString::number(sqlite3_total_changes(connection->Handle()));
 }

@@ -5,14 +5,14 @@
 namespace vorn {
 
 Result<> RunOwn(DataSession& data, const QByteArray& statement, const QVariantList& values) {
-  const auto connection = data.OpenConnection();
+  const auto& connection = data.OpenConnection();
   if (connection == nullptr) return StorageError();
   return connection->Run(statement, values) ? Result<>() : connection->LastError();
 }
 
 Result<RecordsetPtr> AskOwn(DataSession& data, const QByteArray& select,
                             const QVariantList& values) {
-  const auto connection = data.OpenConnection();
+  const auto& connection = data.OpenConnection();
   if (connection == nullptr) return StorageError();
   auto statement = connection->Prepare(select);
   if (statement == nullptr) return connection->LastError();
