@@ -64,7 +64,7 @@ void Fill(Context& context, int messages) {
   MailStore store(context);
   const QDateTime first = QDateTime::currentDateTime().addSecs(-kSecondsOfTwentyYears);
   const QByteArray body(400, 'x');
-  context.Data.BeginGroup(MailDatabasePath(context));
+  context.Data.Group().Gather(MailDatabasePath(context));
   for (int i = 0; i < messages; ++i) {
     Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
@@ -77,9 +77,9 @@ void Fill(Context& context, int messages) {
                               "=?UTF-8?B?5Lya6K2w44Gu44GU5qGI5YaF?= " +
                               QByteArray::number(i) + "\r\n\r\n" + body + "\r\n";
     Require(store.StoreMessage(request, source));
-    if (i % 256 == 255) Require(context.Data.FlushGroup(), context.Data.LastError().text);
+    if (i % 256 == 255) Require(context.Data.Group().Flush());
   }
-  Require(context.Data.EndGroup(), context.Data.LastError().text);
+  Require(context.Data.Group().End());
 }
 
 int CountMessages(Context& context) {

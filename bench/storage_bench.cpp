@@ -58,12 +58,12 @@ class Filling {
     if (!stored) Give(stored.Error().text);
   }
   void StoreGrouped(int from, int to) {
-    context_.Data.BeginGroup(MailDatabasePath(context_));
+    context_.Data.Group().Gather(MailDatabasePath(context_));
     for (int i = from; i < to; ++i) {
       Store(i);
-      if (i % 256 == 255 && !context_.Data.FlushGroup()) Give(context_.Data.LastError().text);
+      if (i % 256 == 255) bench::Require(context_.Data.Group().Flush());
     }
-    if (!context_.Data.EndGroup()) Give(context_.Data.LastError().text);
+    bench::Require(context_.Data.Group().End());
   }
 
  private:

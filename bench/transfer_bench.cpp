@@ -72,10 +72,10 @@ int main(int argc, char** argv) {
   AccountValues values;
   values.name = QStringLiteral("bench");
   values.address = QStringLiteral("me@example.org");
-  values.inServer = QStringLiteral("127.0.0.1");
-  values.inPort = words[2].toInt();
-  values.inUser = QStringLiteral("u");
-  values.inPassword = QStringLiteral("secret");
+  values.incoming.host = QStringLiteral("127.0.0.1");
+  values.incoming.port = words[2].toInt();
+  values.incoming.user = QStringLiteral("u");
+  values.incoming.password = QStringLiteral("secret");
   const DiskPtr account = *CreateAccount(context, values);
   account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
   account->Let(QStringLiteral("OutMailServerPort"), words[2].toInt());

@@ -31,30 +31,30 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.name = arguments.Text(QStringLiteral("name"));
   values.address = arguments.Text(QStringLiteral("address"));
   values.display = arguments.Text(QStringLiteral("display"));
-  values.inServer = arguments.Text(QStringLiteral("in-server"));
-  values.outServer = arguments.Text(QStringLiteral("out-server"));
-  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.inSecurity) ||
-      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outSecurity)) {
+  values.incoming.host = arguments.Text(QStringLiteral("in-server"));
+  values.outgoing.host = arguments.Text(QStringLiteral("out-server"));
+  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.incoming.security) ||
+      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outgoing.security)) {
     return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
   }
-  values.inPort = arguments.Number(QStringLiteral("in-port"),
-                                   kPop3Ports[static_cast<size_t>(values.inSecurity)], &ok);
+  values.incoming.port = arguments.Number(
+      QStringLiteral("in-port"), kPop3Ports[static_cast<size_t>(values.incoming.security)], &ok);
   if (!ok) return QStringLiteral("--in-port は数です。");
-  values.inUser = arguments.Text(QStringLiteral("in-user"));
-  values.inProtocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
-  values.deleteOnServer = arguments.Has(QStringLiteral("delete-on-server"));
+  values.incoming.user = arguments.Text(QStringLiteral("in-user"));
+  values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
+  values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
-  values.outPort = arguments.Number(QStringLiteral("out-port"),
-                                    kSmtpPorts[static_cast<size_t>(values.outSecurity)], &ok);
-  values.outUser = arguments.Text(QStringLiteral("out-user"));
+  values.outgoing.port = arguments.Number(
+      QStringLiteral("out-port"), kSmtpPorts[static_cast<size_t>(values.outgoing.security)], &ok);
+  values.outgoing.user = arguments.Text(QStringLiteral("out-user"));
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
     const int secret = arguments.Number(QStringLiteral("out-password-fd"), -1, &ok);
-    if (ok) values.outPassword = ReadSecret(secret, &ok);
+    if (ok) values.outgoing.password = ReadSecret(secret, &ok);
     if (!ok) return QStringLiteral("--out-password-fd を読み込めません。");
   }
   if (!ok) return QStringLiteral("--out-port は数です。");
   const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
-  if (ok) values.inPassword = ReadSecret(descriptor, &ok);
+  if (ok) values.incoming.password = ReadSecret(descriptor, &ok);
   if (!ok) return QStringLiteral("--in-password-fd を読み込めません。");
   return {};
 }

@@ -5,6 +5,7 @@
 
 #include "ctl/command.h"
 #include "objects/profile.h"
+#include "storage/file_check.h"
 #include "storage/file_key.h"
 #include "storage/known_damage.h"
 #include "storage/profile_bag.h"
@@ -67,7 +68,8 @@ int CheckFiles(Context& context, const Arguments& arguments) {
   bool sound = true;
   bool remembered = true;
   for (const File& file : files) {
-    FileFindings findings = context.Data.CheckFile(file.path, file.password, file.contents);
+    FileFindings findings =
+        CheckDatabaseFile(file.path, file.password, file.contents, context.Data.Damage());
     AddWhatIsKnown(context, file.path, findings);
     sound = sound && findings.IsSound();
     Report(file.path, findings, arguments.Has(QStringLiteral("json")));

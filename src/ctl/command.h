@@ -8,6 +8,7 @@
 
 #include "ctl/arguments.h"
 #include "storage/context.h"
+#include "storage/file_check.h"
 
 namespace vorn::ctl {
 

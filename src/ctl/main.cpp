@@ -140,7 +140,7 @@ Result<> LogInToProfile(Context& context, const Arguments& arguments) {
 
 // What the command met on its way and may not have shown.
 bool TellDamage(Context& context) {
-  const QStringList files = context.Data.DamagedFiles();
+  const QStringList files = context.Data.Damage().Files();
   const bool isKept = KeepDamage(context);
   for (const QString& file : files) {
     const auto damage = FindDamage(context, file);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "mail/store/message_rows.h"
+#include "storage/change_mark.h"
 #include "storage/databases.h"
 
 namespace vorn {
@@ -14,7 +15,7 @@ bool OtherPrograms::HaveStored() {
   rest_.setRemainingTime(restMs_);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (!mail) return false;
-  const QString mark = context_.Data.OthersMark();
+  const QString mark = OthersMark(context_.Data);
   const QString markBefore = std::exchange(mark_, mark);
   if (mark == markBefore) return false;
   const qint64 last = MessageRows(context_.Data).LastNumber();

@@ -79,7 +79,7 @@ void SettleOlderFiles(Context& context) {
     }
   }
   for (const QString& file : older) {
-    context.Data.PutDamage(file, {kOlderFile});
+    context.Data.Damage().Add(file, {kOlderFile});
     if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, kOlderFile)) {
       std::ignore = AcceptAge(context, file);  // else it is asked about once more
     }

@@ -86,7 +86,7 @@ void SourceWatch::End(const WalkOutcome& outcome) {
   if (outcome.place.digested == place_.digested) verified_ += outcome.bytes;
   place_ = outcome.place;
   if (!outcome.parts.isEmpty()) {
-    context_.Data.PutDamage(file, outcome.parts);
+    context_.Data.Damage().Add(file, outcome.parts);
     KeepDamage(context_);
     if (onDamage_) onDamage_();
   }

@@ -174,7 +174,7 @@ Result<> RebuildList(Context& context) {
     QFile::remove(context.NaviDatabasePath);  // of a killed first start
   }
   Result<> loaded = LoadProfiles(context);
-  const bool damaged = context.Data.DamagedFiles().contains(context.NaviDatabasePath);
+  const bool damaged = context.Data.Damage().Files().contains(context.NaviDatabasePath);
   if (!loaded || (damaged && context.Objects.IsEmpty())) {
     using Kind = StorageError::Kind;
     if (loaded) loaded = ReasonOf(context.Data);  // why none of its profiles was read

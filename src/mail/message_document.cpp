@@ -1,14 +1,12 @@
 #include "mail/message_document.h"
 
-#include <utility>
-
 #include "mail/attachment_files.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/compose_message.h"
 #include "objects/settings.h"
 
 namespace vorn {
+
 QString MessageDocument::File() const {
   return MessageBag(*request_).File(context_);
 }
@@ -26,7 +24,7 @@ OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& s
   const bool isGone = !opened.found && !IsNew() && opened.source.isEmpty();
   isUnreadable_ = opened.unreadable.has_value() || isGone;
   if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
-  changedState_ = {};
+  edits_.Begin(request_);
   tag_ = request_->SerialID();
   return opened;
 }
@@ -77,43 +75,6 @@ void MessageDocument::EndSending(MessageBag::State before) {
 
 bool MessageDocument::IsSending() const {
   return request_ != nullptr && Request().IsSent();
-}
-
-void MessageDocument::ToggleDust() {
-  const MessageBag bag(*request_);
-  MessageBag::SetState(*request_, {bag.Status(), !bag.IsDust()});
-  changedState_ |= kStateStatus;
-}
-
-void MessageDocument::LetStar(bool star) {
-  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagStar,
-                                              star ? QStringLiteral("1") : QStringLiteral("0")));
-}
-
-void MessageDocument::SetFolders(const QString& folders) {
-  MessageBag::SetFolders(*request_, folders);
-  changedState_ |= kStateFolders;
-}
-
-// The automatic choice leaves the stored one as it was.
-void MessageDocument::KeepCode() {
-  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), kFlagCode,
-                                              QString::number(static_cast<int>(code_.charset))));
-  changedState_ |= kStateFlag;
-}
-
-// Only what was changed here: the folder's page may have changed the rest meanwhile.
-Result<> MessageDocument::StoreState() {
-  const StateMask changed = std::exchange(changedState_, {});
-  MailStore store(context_);
-  // A message may have been sent since the window was opened: the dust bin changes the sign alone.
-  Result<> stored;
-  if (changed.testFlag(kStateStatus)) stored = store.SetDust(*request_, IsInDust());
-  if (const StateMask rest = changed & ~StateMask(kStateStatus)) {
-    const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);
-    if (!rewritten) stored = rewritten;
-  }
-  return stored;
 }
 
 }  // namespace vorn

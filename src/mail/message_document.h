@@ -5,7 +5,7 @@
 #include "mail/codec/code_offers.h"
 #include "mail/mail_request_bag.h"
 #include "mail/open_message.h"
-#include "mail/store/mail_store.h"
+#include "mail/state_edits.h"
 #include "mail/store/message_bag.h"
 #include "storage/result.h"
 
@@ -24,10 +24,10 @@ struct CodeChoice {
 };
 
 /// The message of a message window, apart from the window: the request for it, as what it was
-/// opened, and what of its state is changed there.
+/// opened, and the edits of its state.
 class MessageDocument {
  public:
-  explicit MessageDocument(Context& context) : context_(context) {}
+  explicit MessageDocument(Context& context) : context_(context), edits_(context) {}
 
   /// Another message takes the place of this one; it is yet to be opened.
   void Take(const DiskPtr& request) { request_ = request; }
@@ -39,7 +39,7 @@ class MessageDocument {
   /// The mail file that it is in.
   QString File() const;
 
-  /// Opens the request's message; see `OpenMessage`. What of its state was not stored is forgotten.
+  /// Opens the request's message; see `OpenMessage`. Edits that were not stored are forgotten.
   OpenedMessage Open(bool applyStoredCharset, const QByteArray& shown);
   MessageModel& Model() { return model_; }
   const MessageModel& Model() const { return model_; }
@@ -66,15 +66,8 @@ class MessageDocument {
   void EndSending(MessageBag::State before);
   bool IsSending() const;
 
-  void ToggleDust();
-  /// Follows a star that has been stored.
-  void LetStar(bool star);
-  void SetFolders(const QString& folders);
-  /// Keeps the picked code with the message.
-  void KeepCode();
-  bool HasChangedState() const { return static_cast<bool>(changedState_); }
-  /// Stores what of its state was changed here.
-  Result<> StoreState();
+  /// What of its state is changed in the window.
+  StateEdits& Edits() { return edits_; }
 
  private:
   Context& context_;
@@ -85,7 +78,7 @@ class MessageDocument {
   QString html_;
   CodeChoice code_;
   bool isUnreadable_ = false;
-  StateMask changedState_;
+  StateEdits edits_;
 };
 
 }  // namespace vorn

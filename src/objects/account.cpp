@@ -57,21 +57,21 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   account->Let(kAddress, values.address);
   account->Let(kDisplay, values.display);
   account->Let(kEventLog, true);
-  account->Let(kIn, values.inServer);
-  account->Let(kIn + kPort, QString::number(values.inPort));
-  account->Let(kIn + kUser, values.inUser);
-  account->Let(kIn + kPassword, values.inPassword);
+  account->Let(kIn, values.incoming.host);
+  account->Let(kIn + kPort, QString::number(values.incoming.port));
+  account->Let(kIn + kUser, values.incoming.user);
+  account->Let(kIn + kPassword, values.incoming.password);
   account->Let(kIn + kPasswordSave, true);
-  account->Let(kIn + kProtocol, static_cast<int>(values.inProtocol));
-  account->Let(kIn + kDelete, values.deleteOnServer);
-  account->Let(kIn + kSecurity, static_cast<int>(values.inSecurity));
-  account->Let(kOut, values.outServer.isEmpty() ? values.inServer : values.outServer);
-  account->Let(kOut + kPort, QString::number(values.outPort));
+  account->Let(kIn + kProtocol, static_cast<int>(values.protocol));
+  account->Let(kIn + kDelete, values.deletesOnServer);
+  account->Let(kIn + kSecurity, static_cast<int>(values.incoming.security));
+  account->Let(kOut, values.outgoing.host.isEmpty() ? values.incoming.host : values.outgoing.host);
+  account->Let(kOut + kPort, QString::number(values.outgoing.port));
   account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
-  account->Let(kOut + kSecurity, static_cast<int>(values.outSecurity));
-  account->Let(kOut + kAuth, !values.outUser.isEmpty());
-  account->Let(kOut + kUser, values.outUser);
-  account->Let(kOut + kPassword, values.outPassword);
+  account->Let(kOut + kSecurity, static_cast<int>(values.outgoing.security));
+  account->Let(kOut + kAuth, !values.outgoing.user.isEmpty());
+  account->Let(kOut + kUser, values.outgoing.user);
+  account->Let(kOut + kPassword, values.outgoing.password);
   return account;
 }
 
@@ -157,14 +157,14 @@ Result<> ValidateAccount(const Context& context, const AccountValues& values) {
   if (!values.address.contains(u'@')) {
     return wrong(Ui::tr("メールアドレスに「@」がありません。"));
   }
-  if (values.inServer.isEmpty()) return wrong(Ui::tr("受信サーバーが設定されていません。"));
-  if (values.inUser.isEmpty()) {
+  if (values.incoming.host.isEmpty()) return wrong(Ui::tr("受信サーバーが設定されていません。"));
+  if (values.incoming.user.isEmpty()) {
     return wrong(Ui::tr("受信サーバーのユーザー名が設定されていません。"));
   }
-  if (!IsPort(values.inPort) || !IsPort(values.outPort)) return wrong(PortWords());
-  for (const QString& text :
-       {values.name, values.address, values.display, values.inServer, values.inUser,
-        values.inPassword, values.outServer, values.outUser, values.outPassword}) {
+  if (!IsPort(values.incoming.port) || !IsPort(values.outgoing.port)) return wrong(PortWords());
+  for (const QString& text : {values.name, values.address, values.display, values.incoming.host,
+                              values.incoming.user, values.incoming.password, values.outgoing.host,
+                              values.outgoing.user, values.outgoing.password}) {
     if (HasControlCharacter(text)) return wrong(Ui::tr("使えない文字（制御文字）があります。"));
   }
   return {};

@@ -14,12 +14,12 @@ enum class InProtocol { Pop3 = 0, Apop = 1 };
 
 /// A server as an account names it.
 struct AccountServer {
-  QString host;
+  QString host = {};
   int port = 0;
-  QString user;
-  QString password;
+  QString user = {};
+  QString password = {};
   Security security = Security::None;
-  QString certificates;  ///< those that the user trusts (`TrustedCertificates`)
+  QString certificates = {};  ///< those that the user trusts (`TrustedCertificates`)
 };
 
 /// An account, by the names that its object's bag has for what it holds. The bag of any account is
@@ -69,18 +69,11 @@ struct AccountValues {
   QString name;
   QString address;
   QString display;
-  QString inServer;
-  int inPort = 110;
-  QString inUser;
-  QString inPassword;
-  InProtocol inProtocol = InProtocol::Pop3;
-  Security inSecurity = Security::None;
-  bool deleteOnServer = false;
-  QString outServer;  ///< empty: the incoming one
-  int outPort = 25;
-  Security outSecurity = Security::None;
-  QString outUser;  ///< empty: no authentication
-  QString outPassword;
+  AccountServer incoming = {{}, 110};
+  InProtocol protocol = InProtocol::Pop3;
+  bool deletesOnServer = false;
+  AccountServer outgoing = {{},
+                            25};  ///< without a host: the incoming one; without a user: no login
   bool isDefault = false;
 };
 

@@ -1,42 +1,25 @@
 #include "objects/file_age.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "objects/save_object.h"
+#include "storage/database_sync.h"
 #include "storage/databases.h"
+#include "storage/file_counts.h"
 #include "storage/file_notes.h"
 #include "storage/session_result.h"
 
 namespace vorn {
 namespace {
 
-const QString kWorks = QStringLiteral("work_count");
-const QString kChanges = QStringLiteral("change_mark");
-const QString kOlder = QStringLiteral("older_copy");  // in a file that was found to be one
-
-std::optional<qint64> Ask(DataSession& data, const QString& select) {
-  if (!data.OpenRecordset(select, CursorKind::ForwardOnly) || data.Recordset()->Failed()) {
-    return std::nullopt;
-  }
-  return data.Recordset()->Fields(u"N").toLongLong();
-}
-
-// Of the file that is open; nothing when it cannot be read. A file that never counted has no table.
-std::optional<qint64> ReadCount(DataSession& data, const QString& table) {
-  const auto tables = Ask(
-      data, QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = '%1'").arg(table));
-  if (!tables || *tables == 0) return tables;
-  return Ask(data, QStringLiteral("SELECT MAX(NUMBER) AS N FROM ") + table);
-}
-
 // Whether the open file is older than its note. Messages alone tell nothing: they are deleted, too.
 bool IsOlder(DataSession& data, const FileNote& note) {
-  const std::optional<qint64> works = ReadCount(data, kWorks);
-  if (works && *works < note.works) return true;
-  const std::optional<qint64> changes = note.changes > 0 ? ReadCount(data, kChanges) : std::nullopt;
+  FileCounts counts(data);
+  if (const Result<qint64> works = counts.Works(); works && *works < note.works) return true;
+  if (note.changes <= 0) return false;
+  const Result<qint64> changes = counts.Changes();
   if (!changes || *changes >= note.changes) return false;
-  const auto messages = Ask(data, QStringLiteral("SELECT COUNT(0) AS N FROM mail"));
+  const Result<qint64> messages = counts.Messages();
   return messages && *messages < note.messages;
 }
 
@@ -47,21 +30,15 @@ Result<qint64> WriteCount(Context& context, const QString& file, qint64 least, b
   if (!opened) return opened.Error();
   DataSession& data = context.Data;
   if (!data.Begin()) return ReasonOf(data);
-  const std::optional<qint64> before = ReadCount(data, kWorks);
-  const qint64 next = std::max(before.value_or(0) + 1, least);
-  const Result<> written = ResultOf(
-      data, before &&
-                data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS work_count (ID INTEGER "
-                                            "PRIMARY KEY, NUMBER INTEGER)")) &&
-                data.Execute(QStringLiteral("DELETE FROM work_count")) &&
-                data.Execute(
-                    QStringLiteral("INSERT INTO work_count (ID, NUMBER) VALUES(1,%1)").arg(next)) &&
-                (!isOlder || data.Execute(QStringLiteral("CREATE TABLE IF NOT EXISTS ") + kOlder +
-                                          QStringLiteral(" (ID INTEGER PRIMARY KEY)"))) &&
-                data.Commit() &&
-                // On the disk before it is remembered: a machine that stops in between must not
-                // leave a file that looks older.
-                data.MakeDurable(PlatformPath(context, file)));
+  FileCounts counts(data);
+  const Result<qint64> before = counts.Works();
+  const qint64 next = std::max(before.ValueOr(0) + 1, least);
+  Result<> written = before ? counts.SetWorks(next) : before.Error();
+  if (written && isOlder) written = counts.MarkOlderCopy();
+  if (written) written = ResultOf(data, data.Commit());
+  // On the disk before it is remembered: a machine that stops in between must not leave a file that
+  // looks older.
+  if (written) written = SyncDatabase(data, PlatformPath(context, file));
   if (written) return next;
   data.Rollback();
   return written.Error();
@@ -90,7 +67,7 @@ Result<> CountWork(Context& context) {
 
 qint64 ChangesOf(Context& context, const QString& file) {
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
-  return opened ? ReadCount(context.Data, kChanges).value_or(0) : 0;
+  return opened ? FileCounts(context.Data).Changes().ValueOr(0) : 0;
 }
 
 QStringList OlderFiles(Context& context) {
@@ -107,10 +84,7 @@ QStringList OlderFiles(Context& context) {
 bool WasOlder(Context& context, const QString& file) {
   const OpenedDatabase opened(context, DatabaseKind::MailByPath, file);
   if (!opened) return true;
-  const auto tables =
-      Ask(context.Data,
-          QStringLiteral("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = '%1'").arg(kOlder));
-  return !tables || *tables > 0;
+  return FileCounts(context.Data).IsOlderCopy().ValueOr(true);
 }
 
 Result<> AcceptAge(Context& context, const QString& file) {

@@ -13,6 +13,8 @@
 #include "objects/save_object.h"
 #include "storage/code_file.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
+#include "storage/file_counts.h"
 #include "storage/file_key.h"
 #include "storage/file_replace.h"
 #include "storage/password_change.h"
@@ -44,14 +46,10 @@ qint64 BytesOf(const QString& path) {
   return QFileInfo(path).size() + QFileInfo(path + QStringLiteral("-wal")).size();
 }
 
+// -1 where that cannot be told.
 qint64 CountMessages(Context& context, const QString& path) {
-  qint64 count = -1;
   const OpenedDatabase mail(context, DatabaseKind::MailByPath, path);
-  if (mail && context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS N FROM mail"),
-                                         CursorKind::ForwardOnly)) {
-    count = context.Data.Recordset()->Fields(u"N").toLongLong();
-  }
-  return count;
+  return mail ? FileCounts(context.Data).Messages().ValueOr(-1) : -1;
 }
 
 // The note of a file as it is now; the old one when the file is not there.
@@ -62,7 +60,7 @@ FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
   if (note.mark == old.mark) note = old;
   note.salt = FileSaltText(path);
   const bool holdsMail = stored != ProfileBag(*context.Session).File();
-  if (holdsMail && context.Data.IsWarm(path) &&
+  if (holdsMail && context.Data.ConnectionTo(path) != nullptr &&
       (note.messages < 0 || note.bytes != BytesOf(path))) {
     // First, so that what comes in between is not taken for lost.
     note.changes = ChangesOf(context, path);
@@ -148,14 +146,11 @@ QStringList FilesWithMark(const QDir& folder, const QString& mark) {
 // The first of the passwords that opens a file of that kind; else why the first one of them does
 // not.
 Result<QString> OpeningPassword(Context& context, const QString& file, const QStringList& passwords,
-                                bool isMail) {
-  const QString select = isMail ? QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ''")
-                                : QStringLiteral("SELECT SERIALID FROM object WHERE SERIALID = ''");
+                                FileContents contents) {
   StorageError reason;
   for (const QString& password : passwords) {
-    const Result<> opens =
-        ResultOf(context.Data, context.Data.Open(file, password) &&
-                                   context.Data.OpenRecordset(select, CursorKind::ForwardOnly));
+    Result<> opens = ResultOf(context.Data, context.Data.Open(file, password));
+    if (opens) opens = RequireContents(context.Data, contents);
     if (!opens && !reason) reason = opens.Error();
     context.Data.CloseFile(file);  // which takes everything out of its log
     if (opens) return password;
@@ -289,7 +284,8 @@ QString LostFilesText(const QList<LostFile>& lost) {
 Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QString& file,
                               const QString& password, const QStringList& former) {
   using Kind = StorageError::Kind;
-  const bool isMail = Name(lost.path) != u"profile.mbx";
+  const FileContents contents =
+      Name(lost.path) == u"profile.mbx" ? FileContents::Objects : FileContents::Messages;
   const QString mark = FileMark(file);
   if (mark.isEmpty() || (!lost.note.mark.isEmpty() && mark != lost.note.mark)) {
     return StorageError{Kind::Foreign,
@@ -300,7 +296,7 @@ Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QStr
   const Result<> copied = CopyDatabase(context, file, ready);
   if (!copied) return copied.Error();
   Result<QString> opening = OpeningPassword(
-      context, ready, QStringList{password} + former + CodesBeside(context, file), isMail);
+      context, ready, QStringList{password} + former + CodesBeside(context, file), contents);
   bool isReady = static_cast<bool>(opening);
   StorageError reason{Kind::Other, Ui::tr("「%1」を元に戻せません。").arg(Name(lost.path))};
   if (!isReady) {

@@ -7,8 +7,6 @@
 namespace vorn {
 namespace {
 
-constexpr qint32 kDefaultRows = 100;
-
 const QString kFontKeys[] = {QStringLiteral("ListFont"), QStringLiteral("MessageFont"),
                              QStringLiteral("EditFont")};  // by `FontUse`
 
@@ -20,10 +18,6 @@ QStringList DefaultTextTypes() {
 
 Settings::Settings(Context& context) : bag_(LoadObject(context, fixed_serial::kSettings)) {
   if (bag_ == nullptr) bag_ = std::make_shared<Disk>(fixed_serial::kSettings);
-}
-
-qint32 Settings::RowsPerPage() const {
-  return bag_->Flag(setting::kPages) ? bag_->Number(setting::kRows, kDefaultRows) : 0;
 }
 
 PanePlace Settings::ReadingPane() const {

@@ -28,23 +28,14 @@ struct FontChoice {
 
 /// The settings of the logged-in profile, by the names that their object "logo" has for them; the
 /// object is loaded when it is not yet. What it does not say, or where it does not exist, is as
-/// documented: off, if nothing else is told here. How new mail is announced say `NoticeSettings`,
-/// how messages are written `EditSettings`.
+/// documented: off, if nothing else is told here. How folders are listed say `ListSettings`, how
+/// new mail is announced `NoticeSettings`, how messages are written `EditSettings`.
 class Settings {
  public:
   explicit Settings(Context& context);
 
   const DiskPtr& Bag() const { return bag_; }
 
-  /// The rows of a folder's page; 0 where folders are not divided into pages.
-  qint32 RowsPerPage() const;
-  /// Whether a folder opens at its newest page.
-  bool OpensNewest() const { return bag_->Flag(setting::kOpensNewest); }
-  bool IsNewestFirst() const { return bag_->Flag(setting::kNewestFirst); }
-  /// Whether what is filed into a folder by hand is no longer shown in the inbox.
-  bool ShowsFiledOnce() const { return bag_->Flag(setting::kShownOnce); }
-  /// Whether what messages say is shown as text on pages, and not taken for HTML.
-  bool EscapesPages() const { return bag_->Flag(setting::kPageEscape); }
   PanePlace ReadingPane() const;
   void SetReadingPane(PanePlace place) {
     bag_->Let(setting::kReadingPane, static_cast<int>(place));

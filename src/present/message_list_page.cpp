@@ -7,6 +7,7 @@
 #include "mail/search/search_condition.h"
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
+#include "objects/list_settings.h"
 #include "objects/object_loader.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
@@ -32,8 +33,8 @@ PageContent ReadContent(Context& context, const QString& folder) {
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
   content.textTypes = settings.TextTypes();
   content.withHtml = settings.HasStandardHeaders();
-  content.escape = settings.EscapesPages();
-  content.rowsPerPage = settings.RowsPerPage();
+  content.escape = ListSettings(context).EscapesPages();
+  content.rowsPerPage = ListSettings(context).RowsPerPage();
   content.today = QDate::currentDate();
   for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
     content.doubtful.insert(message.serialId);
@@ -116,7 +117,7 @@ RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint6
 FolderRows* MessageListPages::RowsOf(const QString& folder, const FolderSearch& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
   if (query.IsEmpty()) return nullptr;
-  const bool newestFirst = Settings(context_).IsNewestFirst();
+  const bool newestFirst = ListSettings(context_).IsNewestFirst();
   const RowOrder order = newestFirst ? RowOrder::NewestFirst : RowOrder::OldestFirst;
   const QString key = query.Listing() + (newestFirst ? u'-' : u'+');
   auto known = rows_.find(key);
@@ -128,7 +129,7 @@ FolderRows* MessageListPages::RowsOf(const QString& folder, const FolderSearch& 
 }
 
 qint32 MessageListPages::CountPages(const QString& folder, const FolderSearch& search, bool count) {
-  const qint32 rowsPerPage = Settings(context_).RowsPerPage();
+  const qint32 rowsPerPage = ListSettings(context_).RowsPerPage();
   if (rowsPerPage < 1) return 1;
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
@@ -145,7 +146,7 @@ qint64 MessageListPages::CountFound(const QString& folder, const FolderSearch& s
 }
 
 qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
-  const qint32 rowsPerPage = Settings(context_).RowsPerPage();
+  const qint32 rowsPerPage = ListSettings(context_).RowsPerPage();
   return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;
 }
 

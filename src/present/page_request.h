@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "mail/search/folder_search.h"
+#include "present/page_state.h"
 #include "storage/disk.h"
 
 namespace vorn {
 
-/// What a browser window shows and how it stands with it: the window's request, by the names that
-/// the request's bag has for it.
+/// What a browser window shows: the window's request, by the names that the request's bag has for
+/// it.
 class PageRequest {
  public:
   /// In place of a page's number: the one that a folder opens at, when it is known how many there
@@ -60,25 +61,8 @@ class PageRequest {
     bag_->Let(kHits, search.hits.value_or(QStringList()).join(u' '));
   }
 
-  /// Whether one can go back and on.
-  bool HasBefore() const { return bag_->Flag(kBefore); }
-  bool HasNext() const { return bag_->Flag(kNext); }
-  void SetNeighbours(bool before, bool next) {
-    bag_->Let(kBefore, before);
-    bag_->Let(kNext, next);
-  }
-  bool IsLoading() const { return bag_->Flag(kLoading); }
-  void SetLoading(bool loading) { bag_->Let(kLoading, loading); }
-
-  /// A new window that a web page asked for, and that is not yet shown.
-  bool IsNew() const { return bag_->Flag(kNew); }
-  void SetNew(bool isNew) { bag_->Let(kNew, isNew); }
-  /// The target name that the window answers to.
-  QString WindowName() const { return bag_->Text(kWindowName); }
-  void SetWindowName(const QString& name) { bag_->Let(kWindowName, name); }
-  /// The window is done with.
-  bool IsDust() const { return bag_->Flag(kDust); }
-  void BeDust() { bag_->Let(kDust, true); }
+  /// How it stands with what is shown.
+  PageState State() const { return PageState(bag_); }
 
  private:
   static inline const QString kUrl = QStringLiteral("url");
@@ -90,12 +74,6 @@ class PageRequest {
   static inline const QString kEverywhere = QStringLiteral("everywhere");
   static inline const QString kInTexts = QStringLiteral("inTexts");
   static inline const QString kHits = QStringLiteral("hits");
-  static inline const QString kBefore = QStringLiteral("before");
-  static inline const QString kNext = QStringLiteral("next");
-  static inline const QString kLoading = QStringLiteral("onLoad");
-  static inline const QString kNew = QStringLiteral("init");
-  static inline const QString kWindowName = QStringLiteral("windowname");
-  static inline const QString kDust = QStringLiteral("dust");
 
   DiskPtr bag_;
 };

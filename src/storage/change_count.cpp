@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "storage/connection.h"
+#include "storage/engine.h"
 #include "storage/log_state.h"
 
 namespace vorn {
@@ -91,7 +92,7 @@ bool CountChange(Connection& connection, const QString& path, const QByteArray& 
   if (count != nullptr) {
     count->Bind({NotNull(roundBefore), round});
     if (count->Next() != Statement::Step::Done) return false;
-    if (connection.Changes() > 0) return connection.Run(kForget);
+    if (sqlite3_changes(connection.Handle()) > 0) return connection.Run(kForget);
   }
   return connection.Run(kTable) && connection.Run(kFirst, {round});
 }

@@ -1,7 +1,5 @@
 #include "storage/condition_limit.h"
 
-#include "storage/connection.h"
-
 namespace vorn {
 namespace {
 
@@ -19,7 +17,7 @@ ConditionLimit::~ConditionLimit() {
 }
 
 int ConditionLimit::Ms() {
-  return current != nullptr ? current->ms_ : Connection::ConditionMs;
+  return current != nullptr ? current->ms_ : DefaultMs;
 }
 
 bool ConditionLimit::IsStopped() {

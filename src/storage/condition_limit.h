@@ -5,9 +5,11 @@
 namespace vorn {
 
 /// How long each statement with a condition of the user's may take on this thread, as long as this
-/// lives; without one it is `Connection::ConditionMs`. They nest, the innermost counts.
+/// lives; without one it is `DefaultMs`. They nest, the innermost counts.
 class ConditionLimit {
  public:
+  inline static int DefaultMs = 15000;
+
   /// Once `stop` is set, such a statement ends as well.
   explicit ConditionLimit(int ms, const std::atomic<bool>* stop = nullptr);
   ~ConditionLimit();

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QThread>
+#include <tuple>
 #include <utility>
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -65,7 +66,7 @@ Result<> ConditionRun::Connect() {
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   // What is only gathered cannot be seen by another connection.
-  context_.Data.FlushForReading();
+  std::ignore = context_.Data.Group().FlushForReading();
   StorageError error;
   connection_ = Connection::Open(path_, ProfileBag(*context_.Session).Password(),
                                  Connection::Mode::ReadOnly, &error);
@@ -111,8 +112,7 @@ void ConditionRun::Stop() {
 // `then` may let go of this.
 void ConditionRun::End(const Answer& answer) {
   const Then then = std::move(then_);
-  const QSet<QString> damage = connection_ != nullptr ? connection_->TakeDamage() : QSet<QString>();
-  if (!damage.isEmpty()) context_.Data.PutDamage(path_, damage);
+  if (connection_ != nullptr) context_.Data.Damage().Add(path_, connection_->Damage());
   Stop();
   GiveMemoryBack();
   if (then) then(answer);

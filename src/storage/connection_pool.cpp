@@ -30,6 +30,12 @@ QString ConnectionPool::Canonical(const QString& path) const {
   return canonical;
 }
 
+std::shared_ptr<Connection> ConnectionPool::Get(const QString& path, const QString& password,
+                                                StorageError* error) {
+  if (auto parked = Take(path, password)) return parked;
+  return Connection::Open(path, password, Connection::Mode::Existing, error);
+}
+
 std::shared_ptr<Connection> ConnectionPool::Take(const QString& path, const QString& password) {
   const auto found = parked_.find(Canonical(path));
   if (found == parked_.end()) return nullptr;

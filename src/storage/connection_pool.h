@@ -5,6 +5,8 @@
 #include <QString>
 #include <memory>
 
+#include "storage/storage_error.h"
+
 namespace vorn {
 
 class Connection;
@@ -14,8 +16,10 @@ class Connection;
 /// out only for the same file, still the same one on disk, and the same password.
 class ConnectionPool {
  public:
-  /// The parked connection for the file at `path`, or null.
-  std::shared_ptr<Connection> Take(const QString& path, const QString& password);
+  /// The connection to the file at `path`: the parked one, or one that is made now. Null, with the
+  /// reason in `error`, when it does not open.
+  std::shared_ptr<Connection> Get(const QString& path, const QString& password,
+                                  StorageError* error);
   void Park(const QString& path, const QString& password, std::shared_ptr<Connection> connection);
   /// The connection parked for `path`, which stays parked; for work that needs no password.
   std::shared_ptr<Connection> Peek(const QString& path) const;
@@ -30,6 +34,7 @@ class ConnectionPool {
     QByteArray passwordHash;
   };
 
+  std::shared_ptr<Connection> Take(const QString& path, const QString& password);
   /// The path without symbolic links; kept, since every level costs a question to the system.
   QString Canonical(const QString& path) const;
 

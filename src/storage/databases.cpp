@@ -72,14 +72,16 @@ bool CreateFields(DataSession& data, const Field (&fields)[N]) {
   return true;
 }
 
-bool CreateTables(DataSession& data, DatabaseKind kind) {
-  if (!data.Begin()) return false;
+Result<> CreateTables(DataSession& data, DatabaseKind kind) {
+  if (!data.Begin()) return ReasonOf(data);
   const bool isObjects = kind == DatabaseKind::Navigator || kind == DatabaseKind::Profile;
   const bool created =
       isObjects ? CreateFields(data, kObjectFields) : CreateFields(data, kMailFields);
-  if (created && data.CompleteFields()) return data.Commit();
-  data.Rollback();
-  return false;
+  Result<> done = ResultOf(data, created);
+  if (done && !CompleteSchema(*data.OpenConnection())) done = data.OpenConnection()->LastError();
+  if (done) done = ResultOf(data, data.Commit());
+  if (!done) data.Rollback();
+  return done;
 }
 
 Result<> CreateAt(Context& context, DatabaseKind kind, const Location& location) {
@@ -95,7 +97,8 @@ Result<> OpenAt(Context& context, DatabaseKind kind, const Location& location) {
   const bool opened = data.Open(location.path, location.password) ||
                       (data.LastError().kind == StorageError::Kind::NotFound &&
                        QFile::exists(location.path) && data.Open(location.path, location.password));
-  return ResultOf(data, opened && (!data.IsUnfinished() || CreateTables(data, kind)));
+  if (!opened) return ReasonOf(data);
+  return data.OpenConnection()->SchemaVersion() == 0 ? CreateTables(data, kind) : Result<>();
 }
 
 // Only a missing file is made; whatever else is wrong with one is for the user to know.
@@ -143,7 +146,7 @@ OpenedDatabase::OpenedDatabase(Context& context, DatabaseKind kind, const QStrin
     : data_(context.Data) {
   const Location location = Locate(context, kind, path);
   data_.Enter(location.path);
-  if (!data_.IsOpen()) opened_ = OpenOrCreate(context, kind, location);
+  if (data_.OpenConnection() == nullptr) opened_ = OpenOrCreate(context, kind, location);
 }
 
 OpenedDatabase::~OpenedDatabase() {

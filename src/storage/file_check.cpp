@@ -4,6 +4,9 @@
 #include <QFileInfo>
 
 #include "storage/connection.h"
+#include "storage/found_damage.h"
+#include "storage/long_binary_table.h"
+#include "storage/own_statement.h"
 #include "storage/raw_pages.h"
 #include "storage/schema.h"
 #include "storage/time_text.h"
@@ -35,14 +38,13 @@ class FileCheck {
     } else {
       Problem(Ui::tr("必要な表がありません。"));
     }
-    findings_.parts += connection_.TakeDamage();
-    if (findings_.parts.contains(QStringLiteral("log"))) findings_.AddLostLog();
+    findings_.parts += connection_.Damage();
+    if (findings_.parts.contains(kDamagedLog)) findings_.AddLostLog();
     // What was met on the way and falls under none of the above.
     if (findings_.IsSound() && !findings_.parts.isEmpty()) {
       Problem(Ui::tr("データベースファイルが壊れています。"));
     }
-    if (!findings_.IsSound() && findings_.parts.isEmpty())
-      findings_.parts = {QStringLiteral("file")};
+    if (!findings_.IsSound() && findings_.parts.isEmpty()) findings_.parts = {kDamagedFile};
   }
 
  private:
@@ -73,7 +75,7 @@ class FileCheck {
     if (step == Statement::Step::Failed) Unreadable();
     if (found == 0) return;
     Problem(Ui::tr("データベースの構造に%1件の異常があります。").arg(found));
-    findings_.parts.insert(QStringLiteral("file"));
+    findings_.parts.insert(kDamagedFile);
   }
 
   // The numbers of the rows from an index, which is narrow, and from the table, as far as either
@@ -110,8 +112,8 @@ class FileCheck {
     const qint64 source = row->Value(3).toLongLong();
     sources_.insert(source);
     if (row->EndsWithNul(4)) {
-      findings_.parts.insert(QStringLiteral("file"));
-    } else if (connection_.ReadLongBinary(source)) {
+      findings_.parts.insert(kDamagedFile);
+    } else if (LongBinaryTable(connection_).Read(source)) {
       return;
     }
     findings_.unreadable.append(message);
@@ -173,19 +175,48 @@ class FileCheck {
   QSet<qint64> sources_;
 };
 
+FileFindings Check(const QString& path, const QString& password, FileContents contents) {
+  FileFindings findings;
+  const QFileInfo file(path);
+  if (!file.exists()) {
+    findings.problems.append(Ui::tr("ファイルがありません。"));
+    findings.parts.insert(kDamagedFile);
+    return findings;
+  }
+  if (file.size() % kPageBytes != 0) {
+    findings.problems.append(Ui::tr("ファイルが途中で切れています。"));
+    findings.parts.insert(kDamagedFile);
+  }
+  // Without a log there is nothing that closing could bring into the file.
+  const bool hasLog = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
+  StorageError error;
+  const auto connection = Connection::Open(
+      path, password, hasLog ? Connection::Mode::ReadOnly : Connection::Mode::Existing, &error);
+  if (connection == nullptr) {
+    findings.problems.append(error.text);
+    findings.parts.insert(kDamagedFile);
+    return findings;
+  }
+  // All of it as it is at one moment, whatever others write meanwhile.
+  const bool isMoment = connection->Run("BEGIN");
+  FileCheck(*connection, findings).Run(contents);
+  if (isMoment) connection->Run("COMMIT");
+  return findings;
+}
+
 }  // namespace
 
 void FileFindings::AddLostLog() {
   const QString sentence =
       Ui::tr("記録ファイル（-wal）が壊れていました。最後の変更が失われた可能性があります。");
   if (!problems.contains(sentence)) problems.append(sentence);
-  parts.insert(QStringLiteral("log"));
+  parts.insert(kDamagedLog);
 }
 
 void FileFindings::AddOlderFile() {
   problems.append(Ui::tr(
       "前に使ったときより古い状態です。その後に受信したメッセージはこのファイルにありません。"));
-  parts.insert(QStringLiteral("older"));
+  parts.insert(kOlderFile);
 }
 
 QString UnreadableMessage::Name() const {
@@ -195,33 +226,18 @@ QString UnreadableMessage::Name() const {
                                                                   : GeneralTimeText(timestamp));
 }
 
-FileFindings CheckDatabaseFile(const QString& path, const QString& password,
-                               FileContents contents) {
-  FileFindings findings;
-  const QFileInfo file(path);
-  if (!file.exists()) {
-    findings.problems.append(Ui::tr("ファイルがありません。"));
-    findings.parts.insert(QStringLiteral("file"));
-    return findings;
-  }
-  if (file.size() % kPageBytes != 0) {
-    findings.problems.append(Ui::tr("ファイルが途中で切れています。"));
-    findings.parts.insert(QStringLiteral("file"));
-  }
-  // Without a log there is nothing that closing could bring into the file.
-  const bool hasLog = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
-  StorageError error;
-  const auto connection = Connection::Open(
-      path, password, hasLog ? Connection::Mode::ReadOnly : Connection::Mode::Existing, &error);
-  if (connection == nullptr) {
-    findings.problems.append(error.text);
-    findings.parts.insert(QStringLiteral("file"));
-    return findings;
-  }
-  // All of it as it is at one moment, whatever others write meanwhile.
-  const bool isMoment = connection->Run("BEGIN");
-  FileCheck(*connection, findings).Run(contents);
-  if (isMoment) connection->Run("COMMIT");
+Result<> RequireContents(DataSession& data, FileContents contents) {
+  const QByteArray table = contents == FileContents::Messages ? "mail" : "object";
+  const Result<RecordsetPtr> rows =
+      AskOwn(data, "SELECT SERIALID FROM " + table + " WHERE SERIALID = ''", {});
+  return rows ? Result<>() : rows.Error();
+}
+
+FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
+                               FoundDamage& found) {
+  FileFindings findings = Check(path, password, contents);
+  if (found.TakeOf(path).contains(kDamagedLog)) findings.AddLostLog();
+  found.Add(path, findings.parts);
   return findings;
 }
 

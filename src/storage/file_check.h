@@ -5,7 +5,12 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/result.h"
+
 namespace vorn {
+
+class DataSession;
+class FoundDamage;
 
 /// A message that cannot be read, by what can still be told of it.
 struct UnreadableMessage {
@@ -21,7 +26,7 @@ struct UnreadableMessage {
 struct FileFindings {
   QStringList problems;  ///< sentences for the user, one a kind; empty when the file is sound
   QList<UnreadableMessage> unreadable;
-  QSet<QString> parts;  ///< what is damaged, as `Connection::TakeDamage` names it
+  QSet<QString> parts;  ///< what is damaged, as `FoundDamage` has it
 
   bool IsSound() const { return problems.isEmpty(); }
   /// Notes that a log was damaged, of which nothing may be left to see.
@@ -33,8 +38,14 @@ struct FileFindings {
 /// What a database file is for: the objects of a profile or of the list of profiles, or messages.
 enum class FileContents { Objects, Messages };
 
+/// Fails when the file that the session has open is not one of such contents. A look, no check.
+Result<> RequireContents(DataSession& data, FileContents contents);
+
 /// Reads every table and index of a file, every message source against its digest, and whether they
 /// belong together; a file of other contents is not sound. Neither the file nor its log is changed.
-FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents);
+/// What is damaged is then what `found` has of the file, of which it knows by what was read before
+/// that a log was.
+FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
+                               FoundDamage& found);
 
 }  // namespace vorn

@@ -15,8 +15,6 @@ namespace vorn {
 namespace {
 
 const QString kEnding = QStringLiteral(".damaged");
-const QString kWholeFile = QStringLiteral("file");
-const QString kSource = QStringLiteral("source ");
 const QString kDecided = QStringLiteral("decided");
 const QString kUndecided = QStringLiteral("undecided");
 
@@ -54,9 +52,9 @@ bool Add(const QString& file, const QSet<QString>& parts) {
   });
   if (isKnown) return true;
   // Who decided on the file as a whole decided on what stands in it.
-  const bool isDecided = damage->decided && damage->parts.contains(kWholeFile) &&
+  const bool isDecided = damage->decided && damage->parts.contains(kDamagedFile) &&
                          std::all_of(parts.begin(), parts.end(), [&damage](const QString& part) {
-                           return part.startsWith(kSource) || damage->parts.contains(part);
+                           return part.startsWith(kDamagedSource) || damage->parts.contains(part);
                          });
   if (damage->since.isEmpty()) damage->since = CurrentTimeText();
   damage->parts += QStringList(parts.begin(), parts.end());
@@ -73,10 +71,10 @@ bool NoteDamage(const QString& path, const QString& part) {
 
 bool KeepDamage(Context& context) {
   bool kept = true;
-  const QHash<QString, QSet<QString>> found = context.Data.TakeDamage();
+  const QHash<QString, QSet<QString>> found = context.Data.Damage().Take();
   for (auto file = found.begin(); file != found.end(); ++file) {
     if (Add(file.key(), file.value())) continue;
-    context.Data.PutDamage(file.key(), file.value());
+    context.Data.Damage().Add(file.key(), file.value());
     kept = false;
   }
   return kept;
@@ -93,9 +91,8 @@ bool IsKnownDamaged(Context& context, const QString& file) {
 
 bool IsKnownBroken(Context& context, const QString& file) {
   const std::optional<KnownDamage> damage = FindDamage(context, file);
-  return !damage ||
-         (damage->WaitsForDecision() && (damage->parts.contains(QStringLiteral("file")) ||
-                                         damage->parts.contains(QStringLiteral("log"))));
+  return !damage || (damage->WaitsForDecision() &&
+                     (damage->parts.contains(kDamagedFile) || damage->parts.contains(kDamagedLog)));
 }
 
 QString FirstDamaged(Context& context, const QStringList& files) {

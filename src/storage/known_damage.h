@@ -15,20 +15,17 @@ namespace vorn {
 struct KnownDamage {
   QString file;       ///< the file's name in the profile's folder
   QString since;      ///< when it was first noticed, as stored
-  QStringList parts;  ///< what is damaged (see `Connection::TakeDamage`)
+  QStringList parts;  ///< what is damaged (see `FoundDamage`)
   bool decided = false;
 
   bool WaitsForDecision() const { return !parts.isEmpty() && !decided; }
 };
 
-/// What is noted of a file that is older than it should be.
-inline const QString kOlderFile = QStringLiteral("older");
-
 /// Keeps that a part of the file at `path` is damaged. Whatever is new takes an earlier decision
 /// back, but a source where the user decided on the whole file. False when it cannot be kept.
 bool NoteDamage(const QString& path, const QString& part);
 
-/// Keeps what reading has shown to be damaged since the last call (`DataSession::TakeDamage`).
+/// Keeps what reading has shown to be damaged since the last call (`FoundDamage`).
 /// False when it cannot be kept; it is then still to be kept.
 bool KeepDamage(Context& context);
 

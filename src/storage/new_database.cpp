@@ -37,9 +37,9 @@ void SetLogsAside(const QString& path) {
 }
 
 Result<> FillAndClose(DataSession& data, const QString& path, const QString& password,
-                      const std::function<bool()>& makeTables) {
-  const Result<> filled =
-      ResultOf(data, data.Create(path, password) && data.Open(path, password) && makeTables());
+                      const std::function<Result<>()>& makeTables) {
+  Result<> filled = ResultOf(data, data.Create(path, password) && data.Open(path, password));
+  if (filled) filled = makeTables();
   data.CloseFile(path);
   if (!filled) return filled;
   if (!QFile::exists(path + QStringLiteral("-wal")) && SyncFile(path)) return {};
@@ -51,7 +51,7 @@ Result<> FillAndClose(DataSession& data, const QString& path, const QString& pas
 }  // namespace
 
 Result<> CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
-                            const std::function<bool()>& makeTables) {
+                            const std::function<Result<>()>& makeTables) {
   const QFileInfo file(path);
   const StorageError unwritable{
       StorageError::Kind::Other,

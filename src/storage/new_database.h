@@ -14,9 +14,8 @@ class DataSession;
 /// brought to the disk and then given its name. What a killed creation left behind is removed.
 ///
 /// A file that another program has put there meanwhile counts as made; the result
-/// says why there is none in the end. `makeTables` is false as the session's calls are. The folder
-/// is made when it is missing.
+/// says why there is none in the end. The folder is made when it is missing.
 Result<> CreateDatabaseFile(DataSession& data, const QString& path, const QString& password,
-                            const std::function<bool()>& makeTables);
+                            const std::function<Result<>()>& makeTables);
 
 }  // namespace vorn

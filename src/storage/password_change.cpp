@@ -12,6 +12,7 @@
 #include "storage/file_replace.h"
 #include "storage/private_files.h"
 #include "storage/raw_pages.h"
+#include "storage/rekeying.h"
 #include "storage/ui.h"
 #include "storage/whole_file.h"
 
@@ -87,9 +88,13 @@ bool PasswordChange::MakeCopy(const QString& file, const QString& oldPassword,
                               const QString& newPassword) {
   const QString copy = CopyOf(file);
   if (!Goes(PasswordStep::Copy, file)) return false;
-  if (!data_.CopyFile(file, oldPassword, copy) || !MakePrivate(copy)) {
-    error_ = data_.LastError();
+  data_.CloseAll();
+  if (const Result<> copied = CopyDatabaseFile(file, oldPassword, copy); !copied) {
+    error_ = copied.Error();
     return false;
+  }
+  if (!MakePrivate(copy)) {
+    return Fail(StorageError::Kind::Other, Ui::tr("ディスクに書き込めません。"));
   }
   if (!Goes(PasswordStep::Rekey, file)) return false;
   if (!data_.ChangePassword(copy, oldPassword, newPassword)) {

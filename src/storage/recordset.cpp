@@ -1,6 +1,8 @@
 #include "storage/recordset.h"
 
 #include "storage/connection.h"
+#include "storage/found_damage.h"
+#include "storage/long_binary_table.h"
 #include "storage/schema.h"
 #include "storage/ui.h"
 
@@ -57,7 +59,7 @@ void Recordset::StepForward() {
   cutShort_ = hasRow_ && IsCutShort();
   if (cutShort_) {
     connection_->FailWith({StorageError::Kind::Damaged, Ui::tr("データが壊れています。")},
-                          QStringLiteral("file"));
+                          kDamagedFile);
     NoteFailure();
   }
 }
@@ -102,7 +104,7 @@ QVariant Recordset::Fields(QStringView name) const {
   if (column < 0 || !columns_[static_cast<size_t>(column)].longBinary || !value.isValid()) {
     return value;
   }
-  const std::optional<QByteArray> bytes = connection_->ReadLongBinary(value.toLongLong());
+  const Result<QByteArray> bytes = LongBinaryTable(*connection_).Read(value.toLongLong());
   if (bytes) return *bytes;
   NoteFailure();
   return {};
@@ -110,7 +112,7 @@ QVariant Recordset::Fields(QStringView name) const {
 
 qint64 Recordset::ByteCount(QStringView name) const {
   const QVariant value = RawValue(FindColumn(name));
-  return value.isValid() ? connection_->LongBinarySize(value.toLongLong()) : 0;
+  return value.isValid() ? LongBinaryTable(*connection_).Size(value.toLongLong()) : 0;
 }
 
 void Recordset::AddNew() {
@@ -137,7 +139,7 @@ bool Recordset::Update() {
     if (column < 0) return false;
     if (!columns_[static_cast<size_t>(column)].longBinary) continue;
     // The old data goes when the row stops referring to it.
-    const qint64 id = connection_->WriteLongBinary(pendingValues_[i].toByteArray());
+    const qint64 id = LongBinaryTable(*connection_).Write(pendingValues_[i].toByteArray());
     if (id == 0) {
       NoteFailure();
       return false;

@@ -3,9 +3,12 @@
 #include <QElapsedTimer>
 #include <QList>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "storage/connection.h"
+#include "storage/found_damage.h"
+#include "storage/long_binary_table.h"
 #include "storage/schema.h"
 #include "storage/source_digest.h"
 
@@ -26,9 +29,9 @@ class Walk {
       outcome_.atEnd = true;
       outcome_.place.verified = 0;
     }
-    outcome_.parts = connection_.TakeDamage();
+    outcome_.parts = connection_.Damage();
     // The session looked at the log when it opened the file, and may be writing to it now.
-    outcome_.parts.remove(QStringLiteral("log"));
+    outcome_.parts.remove(kDamagedLog);
     return outcome_;
   }
 
@@ -46,8 +49,8 @@ class Walk {
     return step == Statement::Step::Row ? statement->Value(0).toLongLong() : 0;
   }
 
-  std::optional<QByteArray> Read(qint64 id) {
-    std::optional<QByteArray> source = connection_.ReadLongBinary(id);
+  Result<QByteArray> Read(qint64 id) {
+    Result<QByteArray> source = LongBinaryTable(connection_).Read(id);
     if (source) outcome_.bytes += source->size();
     return source;
   }
@@ -95,7 +98,7 @@ class Walk {
       const auto id = Next({}, outcome_.place.verified);
       if (!id) return false;
       if (*id == 0) return true;
-      Read(*id);
+      std::ignore = Read(*id);
       any = true;
       outcome_.place.verified = *id;
     }

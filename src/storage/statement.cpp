@@ -18,7 +18,7 @@ Statement::Statement(Connection& connection, QByteArray cacheKey, sqlite3_stmt* 
     : connection_(connection), cacheKey_(std::move(cacheKey)), handle_(handle), trust_(trust) {}
 
 Statement::~Statement() {
-  connection_.GiveBack(cacheKey_, handle_);
+  connection_.Statements().GiveBack(cacheKey_, handle_);
 }
 
 void Statement::Bind(const QVariantList& values) {
@@ -59,10 +59,10 @@ Statement::Step Statement::Next() {
   const bool isLimited = trust_ == StatementTrust::UserCondition;
   QElapsedTimer clock;
   clock.start();
-  if (isLimited)
-    connection_.deadline_ = QDeadlineTimer(qMax<qint64>(0, ConditionLimit::Ms() - spentMs_));
+  QDeadlineTimer& deadline = connection_.Waits().Deadline();
+  if (isLimited) deadline.setRemainingTime(qMax<qint64>(0, ConditionLimit::Ms() - spentMs_));
   const int result = sqlite3_step(handle_);
-  if (isLimited) connection_.deadline_ = QDeadlineTimer(QDeadlineTimer::Forever);
+  if (isLimited) deadline = QDeadlineTimer(QDeadlineTimer::Forever);
   spentMs_ += clock.elapsed();
   switch (result) {
     case SQLITE_ROW:

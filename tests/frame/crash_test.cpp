@@ -17,6 +17,7 @@
 #include "mail/store/mail_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
 #include "storage/password_change.h"
 #include "support/test_profile.h"
 
@@ -96,7 +97,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     if (report.password != before) ++changes;
     report.nextPassword.reset();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(context.Data.CheckFile(file, context.Session->Text(u"password"), ContentsOf(file))
+      EXPECT_EQ(CheckDatabaseFile(file, context.Session->Text(u"password"), ContentsOf(file),
+                                  context.Data.Damage())
                     .problems.join(u'\n'),
                 QString())
           << kill;
@@ -173,9 +175,8 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   context.Data.CloseAll();
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}));
-  EXPECT_EQ(context.Data
-                .CheckFile(MailDatabasePath(context), context.Session->Text(u"password"),
-                           FileContents::Messages)
+  EXPECT_EQ(CheckDatabaseFile(MailDatabasePath(context), context.Session->Text(u"password"),
+                              FileContents::Messages, context.Data.Damage())
                 .problems.join(u'\n'),
             QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
@@ -255,7 +256,9 @@ class PasswordChangeTest : public testing::Test {
   bool AllOpenWith(const QString& password) {
     bool open = true;
     for (const QString& file : files_) {
-      open = open && profile_.Get().Data.CheckFile(file, password, ContentsOf(file)).IsSound();
+      open =
+          open && CheckDatabaseFile(file, password, ContentsOf(file), profile_.Get().Data.Damage())
+                      .IsSound();
     }
     return open;
   }

@@ -5,6 +5,7 @@
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -92,8 +93,10 @@ TEST_F(LostFilesTest, AnotherDatabaseInItsPlaceIsNotTakenForIt) {
 TEST_F(LostFilesTest, ADamagedMailFileKeepsNobodyOut) {
   ASSERT_TRUE(QFile::resize(mail_, QFileInfo(mail_).size() / 2 / 4096 * 4096));
   EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
-  EXPECT_FALSE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).IsSound());
-  EXPECT_FALSE(next_->Data.CheckFile(database_, kPassword, FileContents::Messages).IsSound())
+  EXPECT_FALSE(
+      CheckDatabaseFile(mail_, kPassword, FileContents::Messages, next_->Data.Damage()).IsSound());
+  EXPECT_FALSE(CheckDatabaseFile(database_, kPassword, FileContents::Messages, next_->Data.Damage())
+                   .IsSound())
       << "a file of other contents";
 }
 
@@ -109,7 +112,8 @@ TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   test::WriteFile(mail_ + QStringLiteral("-wal"), log);
   ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
-  EXPECT_TRUE(next_->Data.CheckFile(mail_, kPassword, FileContents::Messages).unreadable.isEmpty());
+  EXPECT_TRUE(CheckDatabaseFile(mail_, kPassword, FileContents::Messages, next_->Data.Damage())
+                  .unreadable.isEmpty());
   EXPECT_EQ(ReadFile(mail_ + QStringLiteral("-wal.damaged1")), log);
 }
 

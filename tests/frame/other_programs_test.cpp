@@ -17,11 +17,11 @@ TEST(OtherProgramsTest, WhatTheyStoreIsNoticedOnceAndWhatThisOneStoresIsNot) {
   TestProfile profile;
   Context& context = profile.Get();
   profile.Store("Subject: mine\r\n\r\n");
-  ASSERT_TRUE(context.Data.FlushGroup());
+  ASSERT_TRUE(context.Data.Group().Flush());
   OtherPrograms others(context, 0);
   EXPECT_FALSE(others.HaveStored());
   profile.Store("Subject: mine too\r\n\r\n");
-  ASSERT_TRUE(context.Data.FlushGroup());
+  ASSERT_TRUE(context.Data.Group().Flush());
   EXPECT_FALSE(others.HaveStored());
   StorageError error;
   const auto other = Connection::Open(MailDatabasePath(context), context.Session->Text(u"Password"),

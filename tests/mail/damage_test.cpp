@@ -12,6 +12,7 @@
 #include "mail/store/stored_copy.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
 #include "storage/known_damage.h"
 #include "storage/raw_pages.h"
 #include "storage/source_walk.h"
@@ -46,7 +47,7 @@ class DamageTest : public testing::Test {
   // Puts the file back, with one page overwritten.
   void Zero(qsizetype page) {
     Context().Data.CloseAll();
-    Context().Data.TakeDamage();
+    Context().Data.Damage().Take();
     for (const char* ending : {"-wal", "-shm"}) QFile::remove(file_ + QLatin1String(ending));
     QByteArray damaged = sound_;
     damaged.replace(page * kPageBytes, kPageBytes, QByteArray(kPageBytes, '\0'));
@@ -90,10 +91,11 @@ TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
         ASSERT_EQ(*source, sources_[i]) << page;
       }
     }
-    EXPECT_EQ(unreadable > 0, Context().Data.HasDamage()) << page;
+    EXPECT_EQ(unreadable > 0, !Context().Data.Damage().IsEmpty()) << page;
     Context().Data.CloseAll();
-    const FileFindings findings = Context().Data.CheckFile(
-        file_, Context().Session->Text(u"password"), FileContents::Messages);
+    const FileFindings findings =
+        CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
+                          Context().Data.Damage());
     if (unreadable > 0) {
       EXPECT_FALSE(findings.IsSound()) << page;
       ++told;
@@ -126,7 +128,7 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   // The same damage met again changes nothing, another one does.
   EXPECT_FALSE(MailStore(Context()).LoadMessageSource(Disk(serials_[5])));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
-  Context().Data.PutDamage(file_, {QStringLiteral("source 99")});
+  Context().Data.Damage().Add(file_, {QStringLiteral("source 99")});
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   ASSERT_TRUE(AcceptDamage(Context(), file_));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
@@ -134,7 +136,7 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   // Also what befell the profile's database outlasts the program.
   const QString profile = QFileInfo(file_).path() + QStringLiteral("/profile.mbx");
-  Context().Data.PutDamage(profile, {QStringLiteral("file")});
+  Context().Data.Damage().Add(profile, {QStringLiteral("file")});
   ASSERT_TRUE(KeepDamage(Context()));
   Context().Data.CloseAll();
   WriteFile(profile, QByteArray(8 * kPageBytes, 'x'));
@@ -174,7 +176,7 @@ TEST_F(DamageTest, SourcesOfAnOlderVersionGetTheirDigestsInTheBackground) {
 
 TEST_F(DamageTest, DamageIsFoundBeforeTheMessageIsNeeded) {
   ASSERT_GT(LastPageOfLarge(), 0);
-  Context().Data.TakeDamage();
+  Context().Data.Damage().Take();
   int told = 0;
   {
     SourceWatch watch(Context(), [] { return true; });
@@ -210,8 +212,9 @@ TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
   int named = 0;
   for (qsizetype page = 1; page < sound_.size() / kPageBytes; ++page) {
     Zero(page);
-    const FileFindings findings = Context().Data.CheckFile(
-        file_, Context().Session->Text(u"password"), FileContents::Messages);
+    const FileFindings findings =
+        CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
+                          Context().Data.Damage());
     for (const UnreadableMessage& message : findings.unreadable) {
       if (message.subject.isEmpty() && serials_.contains(message.serialId)) ++named;
     }

@@ -14,6 +14,7 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
+#include "storage/file_check.h"
 #include "storage/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
@@ -246,11 +247,11 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   AccountValues good;
   good.name = QStringLiteral("仕事");
   good.address = QStringLiteral("a@example.org");
-  good.inServer = QStringLiteral("127.0.0.1");
-  good.inUser = QStringLiteral("a");
+  good.incoming.host = QStringLiteral("127.0.0.1");
+  good.incoming.user = QStringLiteral("a");
   EXPECT_TRUE(ValidateAccount(profile.Get(), good));
-  good.inSecurity = Security::Tls;
-  good.outSecurity = Security::StartTls;
+  good.incoming.security = Security::Tls;
+  good.outgoing.security = Security::StartTls;
   const Result<DiskPtr> created = CreateAccount(profile.Get(), good);
   ASSERT_TRUE(created);
   const DiskPtr& account = *created;
@@ -267,9 +268,9 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
     return !ValidateAccount(profile.Get(), values);
   };
   EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inPort = 70000; }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inServer.clear(); }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.inUser = QStringLiteral("a\r\nDELE 1"); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.port = 70000; }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.host.clear(); }));
+  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.user = QStringLiteral("a\r\nDELE 1"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.name = QStringLiteral("受信"); }));
 }
 
@@ -493,9 +494,9 @@ TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
   folder->Let(QStringLiteral("Condition"), line + QChar(u'\0') + QChar(u'\0'));  // as it was stored
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
   const QString file = ProfileFiles(context, *context.Session).first();
-  EXPECT_TRUE(
-      context.Data.CheckFile(file, context.Session->Text(u"password"), FileContents::Objects)
-          .IsSound());
+  EXPECT_TRUE(CheckDatabaseFile(file, context.Session->Text(u"password"), FileContents::Objects,
+                                context.Data.Damage())
+                  .IsSound());
   profile_.Restart();
   EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);
 }

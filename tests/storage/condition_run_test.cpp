@@ -9,6 +9,7 @@
 
 #include "storage/condition_limit.h"
 #include "storage/databases.h"
+#include "storage/own_statement.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -43,16 +44,16 @@ class ConditionRunTest : public testing::Test {
 TEST_F(ConditionRunTest, TheAnswerHasWhatIsOnlyGatheredYet) {
   DataSession& data = profile_.Get().Data;
   ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
-  data.BeginGroup(MailDatabasePath(profile_.Get()));
+  data.Group().Gather(MailDatabasePath(profile_.Get()));
   ASSERT_TRUE(data.BeginGathered());
-  ASSERT_TRUE(data.Run("INSERT INTO mail (SERIALID, STATUS) VALUES ('m', 4)", {}));
+  ASSERT_TRUE(RunOwn(data, "INSERT INTO mail (SERIALID, STATUS) VALUES ('m', 4)", {}));
   ASSERT_TRUE(data.Commit());
   const ConditionRunPtr run = Ask(kEveryRow, kLongMs);
   ASSERT_TRUE(WaitFor([&] { return answer_.has_value(); }));
   ASSERT_TRUE(answer_->values) << qPrintable(answer_->values.Error().text);
   EXPECT_EQ(answer_->values->size(), 41);
   EXPECT_TRUE(answer_->values->contains(QStringLiteral("m")));
-  EXPECT_TRUE(data.EndGroup());
+  EXPECT_TRUE(data.Group().End());
   data.Close();
 }
 

@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QTemporaryDir>
 
+#include "storage/change_mark.h"
+#include "storage/database_sync.h"
 #include "storage/databases.h"
 #include "storage/time_text.h"
 #include "support/test_profile.h"
@@ -30,7 +32,7 @@ class DataSessionTest : public testing::Test {
                                   true, 0));
     ASSERT_TRUE(data_.CreateField(QStringLiteral("t"), QStringLiteral("DATA"),
                                   FieldType::LongBinary, false, false, 0));
-    ASSERT_TRUE(data_.CompleteFields());
+    ASSERT_TRUE(CompleteSchema(*data_.OpenConnection()));
   }
 
   void Insert(const QString& value, const QByteArray& bytes = {}) {
@@ -246,7 +248,7 @@ TEST_F(DataSessionTest, TransactionsNestAndAnInnerRollbackUndoesItsOwnWork) {
 
 TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
   DataSession other;
-  data_.BeginGroup(path_);
+  data_.Group().Gather(path_);
   for (const char16_t* value : {u"a", u"b"}) {
     ASSERT_TRUE(data_.Open(path_, kPassword));
     ASSERT_TRUE(data_.BeginGathered());
@@ -257,16 +259,16 @@ TEST_F(DataSessionTest, AGroupReachesTheFileTogether) {
   ASSERT_TRUE(other.Open(path_, kPassword));
   ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
   EXPECT_TRUE(other.Recordset()->Eof());
-  ASSERT_TRUE(data_.EndGroup());
+  ASSERT_TRUE(data_.Group().End());
   ASSERT_TRUE(other.OpenRecordset(QStringLiteral("SELECT V FROM t"), CursorKind::ForwardOnly));
   EXPECT_FALSE(other.Recordset()->Eof());
-  EXPECT_TRUE(data_.MakeDurable(path_));
+  EXPECT_TRUE(SyncDatabase(data_, path_));
 }
 
 // A user's own change is in the file at once, and no failure of what is gathered undoes it.
 TEST_F(DataSessionTest, WhatDoesNotBelongToAGroupIsWrittenAtOnce) {
   DataSession other;
-  data_.BeginGroup(path_);
+  data_.Group().Gather(path_);
   ASSERT_TRUE(data_.Open(path_, kPassword));
   ASSERT_TRUE(data_.BeginGathered());
   Insert(QStringLiteral("gathered"));
@@ -277,7 +279,7 @@ TEST_F(DataSessionTest, WhatDoesNotBelongToAGroupIsWrittenAtOnce) {
   ASSERT_TRUE(data_.BeginGathered());
   Insert(QStringLiteral("fails"));
   data_.Close();  // without a commit
-  EXPECT_FALSE(data_.EndGroup());
+  EXPECT_FALSE(data_.Group().End());
   ASSERT_TRUE(data_.Open(path_, kPassword));
   EXPECT_EQ(Values(), (QStringList{QStringLiteral("gathered"), QStringLiteral("own")}));
   ASSERT_TRUE(other.Open(path_, kPassword));
@@ -291,16 +293,16 @@ TEST_F(DataSessionTest, ARollbackUndoesTheWholeGroupAndTheFlushTellsIt) {
     ASSERT_TRUE(data_.BeginGathered());
     Insert(QString::fromUtf16(value));
   };
-  data_.BeginGroup(path_);
+  data_.Group().Gather(path_);
   insert(u"first");
   ASSERT_TRUE(data_.Commit());
   data_.Close();
   insert(u"left open");
   data_.Close();  // without a commit
-  EXPECT_FALSE(data_.FlushGroup());
+  EXPECT_FALSE(data_.Group().Flush());
   insert(u"next group");
   ASSERT_TRUE(data_.Commit());
-  EXPECT_TRUE(data_.EndGroup());
+  EXPECT_TRUE(data_.Group().End());
   EXPECT_EQ(Values(), QStringList{QStringLiteral("next group")});
 }
 
@@ -328,11 +330,11 @@ TEST_F(DataSessionTest, BoundedFunctionsDoWhatTheEnginesDo) {
 
 // What was worked out of the file is out of date after each change, however alike they are.
 TEST_F(DataSessionTest, EveryChangeHasAMarkOfItsOwn) {
-  QSet<QString> marks{data_.ChangeMark()};
+  QSet<QString> marks{ChangeMark(data_)};
   for (int i = 0; i < 3; ++i) {
     Insert(QStringLiteral("same"));
-    EXPECT_EQ(data_.ChangeMark(), data_.ChangeMark());
-    marks.insert(data_.ChangeMark());
+    EXPECT_EQ(ChangeMark(data_), ChangeMark(data_));
+    marks.insert(ChangeMark(data_));
   }
   EXPECT_EQ(marks.size(), 4);
 }
@@ -352,7 +354,7 @@ TEST_F(DataSessionTest, WhatIsNotAsItWasWrittenIsNotTakenForIt) {
     test::WriteFile(log, inLog);
     data_.Open(path_, kPassword);
     data_.CloseAll();
-    const QSet<QString> parts = data_.TakeDamage().value(path_);
+    const QSet<QString> parts = data_.Damage().Take().value(path_);
     return QStringList(parts.begin(), parts.end()).join(u' ');
   };
   EXPECT_EQ(damage(file, frames), QString());

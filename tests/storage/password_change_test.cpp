@@ -13,6 +13,7 @@
 #include "storage/file_notes.h"
 #include "storage/new_database.h"
 #include "storage/raw_pages.h"
+#include "storage/session_result.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -32,7 +33,8 @@ class PasswordStepsTest : public testing::Test {
       files_.append(folder_.filePath(name));
       DataSession data;
       ASSERT_TRUE(CreateDatabaseFile(data, files_.last(), kOld, [&data] {
-        return data.Execute(QStringLiteral("CREATE TABLE t (V)")) && data.CompleteFields();
+        return ResultOf(data, data.Execute(QStringLiteral("CREATE TABLE t (V)")) &&
+                                  CompleteSchema(*data.OpenConnection()));
       })) << data.LastError().text.toStdString();
     }
   }

@@ -72,12 +72,12 @@ DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const 
   AccountValues values;
   values.name = QStringLiteral("account") + QString::number(context_->Objects.Count());
   values.address = QStringLiteral("yamada@example.org");
-  values.inServer = QStringLiteral("127.0.0.1");
-  values.inPort = port;
-  values.inUser = user;
-  values.inPassword = password;
-  values.inProtocol = apop ? InProtocol::Apop : InProtocol::Pop3;
-  values.deleteOnServer = deleteOnServer;
+  values.incoming.host = QStringLiteral("127.0.0.1");
+  values.incoming.port = port;
+  values.incoming.user = user;
+  values.incoming.password = password;
+  values.protocol = apop ? InProtocol::Apop : InProtocol::Pop3;
+  values.deletesOnServer = deleteOnServer;
   return *CreateAccount(*context_, values);
 }
 

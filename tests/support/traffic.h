@@ -108,7 +108,7 @@ class TrafficTest : public testing::Test {
   void GiveUpOnStalls(Server& server) {
     Pop& control = traffic_.Control();
     const auto wait = [&control](int milliseconds) {
-      control.ReplyTimeoutMs = control.DecisionTimeoutMs = milliseconds;
+      control.Patience.ReplyMs = control.Patience.DecisionMs = milliseconds;
     };
     wait(kPatienceMs);
     server.OnStall = [wait] { wait(1); };

@@ -51,7 +51,7 @@ class HostileServerTest : public testing::Test {
 
 TEST_F(HostileServerTest, ATricklingServerIsGivenUp) {
   Trickle("+", 10);
-  pop_.RatePeriodMs = 300;
+  pop_.Patience.RatePeriodMs = 300;
   Run();
   EXPECT_EQ(events_.codes, QList<PopError>{PopError::TimeOut});
 }
@@ -81,7 +81,7 @@ TEST_F(HostileServerTest, AMessageMayTakeLongerThanTheServerMayBeSilent) {
       }
     });
   });
-  pop_.ReplyTimeoutMs = 3000;
+  pop_.Patience.ReplyMs = 3000;
   Run();
   EXPECT_EQ(events_.arrived.size(), 1) << events_.Shown().toStdString();
 }

@@ -37,8 +37,8 @@ constexpr int kQuietMs = 600000;  // the most that a history may take to come to
 struct RunningProgram {
   explicit RunningProgram(const QString& folder) {
     EXPECT_TRUE(test::Enter(context, folder));
-    traffic.Control().ReplyTimeoutMs = kTimeoutMs;
-    traffic.Control().DecisionTimeoutMs = kTimeoutMs;
+    traffic.Control().Patience.ReplyMs = kTimeoutMs;
+    traffic.Control().Patience.DecisionMs = kTimeoutMs;
   }
 
   Context context;
@@ -88,12 +88,12 @@ class Model : public testing::Test {
     AccountValues values;
     values.name = name;
     values.address = name + QStringLiteral("@example.com");
-    values.inServer = values.outServer = QStringLiteral("127.0.0.1");
-    values.inPort = port;
-    values.outPort = smtp_.Port();
-    values.inUser = QStringLiteral("user");
-    values.inPassword = QStringLiteral("secret");
-    values.deleteOnServer = true;
+    values.incoming.host = values.outgoing.host = QStringLiteral("127.0.0.1");
+    values.incoming.port = port;
+    values.outgoing.port = smtp_.Port();
+    values.incoming.user = QStringLiteral("user");
+    values.incoming.password = QStringLiteral("secret");
+    values.deletesOnServer = true;
     ASSERT_TRUE(CreateAccount(context, values));
   }
 

@@ -273,7 +273,7 @@ TEST_F(OnceTest, AnAnswerAfterTheMessageMayTakeItsTime) {
   StoreWaiting();
   Pop& control = traffic_.Control();
   smtp_.OnCommand = [&control](const QByteArray& line) {
-    if (line == "DATA") control.ReplyTimeoutMs = 2000;
+    if (line == "DATA") control.Patience.ReplyMs = 2000;
   };
   smtp_.OnMessage = [](const test::SentMessage&) { test::RunFor(3000); };
   EXPECT_EQ(Send().sent, 1);

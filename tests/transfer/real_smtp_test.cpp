@@ -118,7 +118,7 @@ TEST_F(RealSmtpTest, EveryAddressOfAServerIsTried) {
   control.Addresses = {QHostAddress(QStringLiteral("127.0.0.9")),
                        QHostAddress(QHostAddress::LocalHostIPv6),
                        QHostAddress(QHostAddress::LocalHost)};
-  control.ReplyTimeoutMs = 300;
+  control.Patience.ReplyMs = 300;
   for (const QHostAddress& address : std::as_const(control.Addresses)) {
     QTcpServer server;
     const bool listens = server.listen(address);

@@ -44,8 +44,8 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
       [](ObjectsWindow& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
   AccountValues values;
   values.name = QStringLiteral("会社");
-  values.inServer = QStringLiteral("127.0.0.1");
-  values.inPort = server_.Port();
+  values.incoming.host = QStringLiteral("127.0.0.1");
+  values.incoming.port = server_.Port();
   const auto account = CreateAccount(program_->GetContext(), values);
   ASSERT_TRUE(account);
   parent->RefreshNode((*account)->SerialID());

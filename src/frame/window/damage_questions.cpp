@@ -15,12 +15,12 @@ constexpr int kRestMs = 10000;  // between two attempts to keep what cannot be k
 }  // namespace
 
 bool DamageQuestions::IsDue() const {
-  return context_.Data.HasDamage() && rest_.hasExpired();
+  return !context_.Data.Damage().IsEmpty() && rest_.hasExpired();
 }
 
 void DamageQuestions::Ask() {
   const QList<KnownDamage> undecided = UndecidedDamage(context_);
-  if (context_.Data.HasDamage()) rest_.setRemainingTime(kRestMs);
+  if (!context_.Data.Damage().IsEmpty()) rest_.setRemainingTime(kRestMs);
   for (const KnownDamage& damage : undecided) {
     if (told_.contains(damage.file)) continue;
     told_.insert(damage.file);

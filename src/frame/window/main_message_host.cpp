@@ -7,7 +7,7 @@
 #include "frame/window/request_windows.h"
 #include "frame/window/status_bar.h"
 #include "mail/search/neighbour_message.h"
-#include "objects/settings.h"
+#include "objects/list_settings.h"
 #include "present/window/browser_window.h"
 #include "present/window/shown_folder.h"
 #include "storage/condition_limit.h"
@@ -25,7 +25,7 @@ QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
   const ConditionLimit brief(kNeighbourMs);
   const Result<QString> found =
       vorn::NeighbourMessage(parts_.context, browser->Tag(), browser->Folder().Search(), serialId,
-                             Settings(parts_.context).IsNewestFirst() ? -step : step);
+                             ListSettings(parts_.context).IsNewestFirst() ? -step : step);
   if (!found && brief.IsReached()) parts_.status.showMessage(found.Error().text);
   const QString neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.

@@ -7,10 +7,10 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/folder_object.h"
+#include "objects/list_settings.h"
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
-#include "objects/settings.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -46,7 +46,7 @@ QString MessageActions::NameOf(const QString& folder) const {
 QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
                                  const QString& from) {
   const bool isDust = folder == fixed_serial::kDust;
-  if (folder == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+  if (folder == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     return PutIntoInbox(messages, from);
   }
   if (isDust || folder == fixed_serial::kInbox) {
@@ -68,7 +68,7 @@ QString MessageActions::AskFolder() {
   if (into && into->startsWith(kAnotherWanted)) {
     const QString name = into->sliced(kAnotherWanted.size());
     const bool isInbox = name.compare(NameOf(fixed_serial::kInbox), Qt::CaseInsensitive) == 0;
-    if (isInbox && Settings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
+    if (isInbox && ListSettings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
     return MakeFolder(ask, name);
   }
   if (into && into->isEmpty()) {
@@ -125,7 +125,8 @@ QStringList MessageActions::File(const QStringList& messages, const QString& int
                         : !left ? left.Error()
                                 : FileMessages(context_, messages, into, *left);
   const QStringList filed = End(done, messages);
-  const bool leavesInbox = shownIn == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce();
+  const bool leavesInbox =
+      shownIn == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
   const bool leavesFolder = shownIn != into && IsFilledByHand(shownIn);
   const QStringList gone = leavesFolder || leavesInbox ? filed : QStringList();
   if (!done || !told_) return gone;

@@ -85,7 +85,7 @@ class Importer {
     ++counts_.imported;
     if (!group_.IsFull()) return {};
     group_.Clear();
-    return ResultOf(context_.Data, context_.Data.FlushGroup());
+    return context_.Data.Group().Flush();
   }
 
   // After a failure the engine may have taken back more than the last message.
@@ -146,7 +146,7 @@ Result<> ImportMessages(Context& context, const QString& path, const QString& fo
     return read.Error().Behind(
         Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"));
   }
-  context.Data.BeginGroup(MailDatabasePath(context));
+  context.Data.Group().Gather(MailDatabasePath(context));
   Result<> stored;
   bool ended = false;
   const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
@@ -154,7 +154,7 @@ Result<> ImportMessages(Context& context, const QString& path, const QString& fo
     ended = stored && progress && !progress(counts->imported + counts->known);
     return stored && !ended;
   });
-  const Result<> written = ResultOf(context.Data, context.Data.EndGroup());
+  const Result<> written = context.Data.Group().End();
   if (stored) stored = written;
   if (!stored) {
     importer.CountStored();

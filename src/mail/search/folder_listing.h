@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "storage/context.h"
+#include "storage/file_check.h"
 #include "storage/recordset.h"
 #include "storage/result.h"
 

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 
+#include "storage/change_mark.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -17,7 +18,7 @@ constexpr qsizetype kMostPieces = 400;
 }  // namespace
 
 void FolderRows::Refresh(DataSession& session) {
-  const QString mark = session.ChangeMark();
+  const QString mark = ChangeMark(session);
   if (mark == mark_) return;
   Forget();
   mark_ = mark;
@@ -120,7 +121,7 @@ qint64 FolderRows::Count(DataSession& session) {
 
 bool FolderRows::Explore(DataSession& session) {
   // What was begun and has changed since is begun anew once the folder is shown anew.
-  const bool begun = exploring_ && session.ChangeMark() != mark_;
+  const bool begun = exploring_ && ChangeMark(session) != mark_;
   Refresh(session);
   if (begun) return false;
   exploring_ = true;

@@ -4,7 +4,7 @@
 
 #include "mail/search/search_condition.h"
 #include "mail/store/message_rows.h"
-#include "objects/settings.h"
+#include "objects/list_settings.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
@@ -54,7 +54,7 @@ QStringView Beyond(int step) {
 }
 
 int PageStep(Context& context) {
-  return Settings(context).IsNewestFirst() ? -1 : 1;
+  return ListSettings(context).IsNewestFirst() ? -1 : 1;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "mail/search/search_condition.h"
 
 #include "objects/folder_object.h"
+#include "objects/list_settings.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -98,7 +99,7 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
   const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
   QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
-  if (folder.SerialID() == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
+  if (folder.SerialID() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
   }
   return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest,

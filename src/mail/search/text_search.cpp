@@ -7,6 +7,7 @@
 #include "mail/codec/text_extraction.h"
 #include "objects/settings.h"
 #include "storage/connection.h"
+#include "storage/long_binary_table.h"
 
 namespace vorn {
 namespace {
@@ -44,7 +45,7 @@ bool TextSearch::Finds(Connection& connection, const QString& serialId) const {
   row->Bind({text_, text_, serialId});
   if (row->Next() != Statement::Step::Row) return false;
   if (row->Value(3).toBool()) return true;
-  const std::optional<QByteArray> source = connection.ReadLongBinary(row->Value(0).toLongLong());
+  const Result<QByteArray> source = LongBinaryTable(connection).Read(row->Value(0).toLongLong());
   if (!source) return false;
   TextRequest request;
   request.charset = StoredCharset(row->Value(2).toString());

@@ -3,6 +3,8 @@
 #include "mail/codec/flag_string.h"
 #include "mail/codec/message_index.h"
 #include "mail/store/message_identity.h"
+#include "mail/store/message_rows.h"
+#include "mail/store/received_rows.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
@@ -95,7 +97,9 @@ Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
   if (received != Received::Alike) return received;
   // Read outside the transaction, which a damaged page would break with all that it gathered. One
   // that cannot be read may be another message.
-  if (!context_.Data.FlushForReading()) return ReasonOf(context_.Data);
+  if (const Result<> written = context_.Data.Group().FlushForReading(); !written) {
+    return written.Error();
+  }
   Disk other(alike);
   MessageBag(request).CopyPlace(other);
   const Result<QByteArray> stored = LoadMessageSource(other);
@@ -113,25 +117,24 @@ Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
   if (!opened) return opened.Error();
   if (!context_.Data.BeginGathered()) return ReasonOf(context_.Data);
   // Nobody else writes from here on, so what is not known now stays so.
-  const std::optional<bool> has = context_.Data.HasMessage(MessageBag(request).MessageId());
-  const bool known = has.value_or(false);
-  bool done = has.has_value();
+  ReceivedRows received(context_.Data);
+  const Result<bool> has = MessageRows(context_.Data).HasName(MessageBag(request).MessageId());
+  const bool known = has.ValueOr(false);
+  Result<> done = has ? Result<>() : has.Error();
   if (done && !known && identity && alike != nullptr) {
-    const std::optional<QString> found = context_.Data.ReceivedAs(*identity);
-    done = found.has_value();
-    *alike = found.value_or(QString());
+    const Result<QString> found = received.Of(*identity);
+    if (!found) done = found.Error();
+    *alike = found.ValueOr(QString());
   }
   const bool isAlike = alike != nullptr && !alike->isEmpty();
   if (done && !known && !isAlike) {
-    done = WriteMessage(request, source, index) &&
-           (!identity || context_.Data.NoteReceived(*identity, request.SerialID()));
+    done = ResultOf(context_.Data, WriteMessage(request, source, index));
+    if (done && identity) done = received.Note(*identity, request.SerialID());
   }
-  if (done && context_.Data.Commit()) {
-    return known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
-  }
-  const StorageError reason = ReasonOf(context_.Data);
+  if (done) done = ResultOf(context_.Data, context_.Data.Commit());
+  if (done) return known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
   context_.Data.Rollback();
-  return reason;
+  return done.Error();
 }
 
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,

@@ -1,6 +1,7 @@
 #include "mail/store/message_rows.h"
 
 #include "mail/store/mail_store.h"
+#include "storage/own_statement.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
 
@@ -62,6 +63,20 @@ bool MessageRows::Has(const QString& serialId) {
   const RecordsetPtr row =
       Select(QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(serialId));
   return row != nullptr && !row->Eof();
+}
+
+Result<bool> MessageRows::HasName(const QString& messageId) {
+  const Result<RecordsetPtr> row =
+      AskOwn(data_, "SELECT 1 FROM mail WHERE FIELD_ID = ?1", {messageId});
+  if (!row) return row.Error();
+  return !(*row)->Eof();
+}
+
+Result<QString> MessageRows::NameOf(qint64 row) {
+  const Result<RecordsetPtr> found =
+      AskOwn(data_, "SELECT FIELD_ID FROM mail WHERE ROWID = ?1", {row});
+  if (!found) return found.Error();
+  return (*found)->Fields(u"FIELD_ID").toString();
 }
 
 bool MessageRows::HasNamePrefix(const QString& prefix) {

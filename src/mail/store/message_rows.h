@@ -34,6 +34,10 @@ class MessageRows {
   /// The number of the row that came last; 0 without any.
   qint64 LastNumber();
   bool Has(const QString& serialId);
+  /// Whether a message has that name; and the name of a row by its number, empty when there is
+  /// none.
+  Result<bool> HasName(const QString& messageId);
+  Result<QString> NameOf(qint64 row);
   /// Whether a message has a name that begins so.
   bool HasNamePrefix(const QString& prefix);
   /// The identifiers of its folders, one a line.

@@ -2,6 +2,7 @@
 
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
+#include "storage/database_sync.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
@@ -72,15 +73,17 @@ Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QStri
   if (!current) {
     claim = current.Error();
   } else if (!current->isEmpty() && *current == version) {
-    const bool noted =
+    Result<> noted = ResultOf(
+        data,
         data.Execute(QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, "
                                     "REPLY) VALUES(%1,%2,%3,%4,'')")
                          .arg(QuoteSql(serialId))
                          .arg(kUnderWay)
                          .arg(QuoteSql(data.Now()), QuoteSql(server))) &&
-        data.Commit() && data.MakeDurable(PlatformPath(context_, file_));
+            data.Commit());
+    if (noted) noted = SyncDatabase(data, PlatformPath(context_, file_));
     if (noted) return Claim::Taken;
-    claim = ReasonOf(data);
+    claim = noted.Error();
   }
   data.Rollback();
   return claim;
@@ -125,7 +128,7 @@ Result<> Outbox::Doubt(const QString& serialId, const QString& reply) {
 Result<> Outbox::MakeDurable() {
   const OpenedDatabase opened = Open();
   if (!opened) return opened.Error();
-  return ResultOf(context_.Data, context_.Data.MakeDurable(PlatformPath(context_, file_)));
+  return SyncDatabase(context_.Data, PlatformPath(context_, file_));
 }
 
 int Outbox::DoubtLeftOver() {

@@ -9,6 +9,7 @@
 #include "mail/codec/header_fields.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
+#include "mail/store/received_rows.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/session_result.h"
@@ -147,7 +148,10 @@ bool StoredCopyHasHeader(Context& context, const QString& file, const QString& m
 Result<StoredCopies::Holds> StoredCopies::Compare(const QString& file, const QString& messageId,
                                                   const QByteArray& source, Likeness likeness) {
   // A page that cannot be read takes along the transaction that it is read in.
-  if (isDamaged_ && !context_.Data.FlushForReading()) return ReasonOf(context_.Data);
+  if (isDamaged_) {
+    const Result<> written = context_.Data.Group().FlushForReading();
+    if (!written) return written.Error();
+  }
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
   if (!opened) return opened.Error();
   const Result<NamedMessage> stored = FindNamed(context_, messageId);
@@ -195,7 +199,7 @@ Result<> StoredCopies::Load() {
       bySubject_.push_back({SubjectKey(subject), file, row});
       last = qMax(last, row);
     };
-    const Result<> read = ResultOf(context_.Data, context_.Data.ReadReceived(last, take));
+    const Result<> read = ReceivedRows(context_.Data).Read(last, take);
     // What lies behind damage is not found, and is stored once more rather than never.
     if (!read && read.Error().kind != StorageError::Kind::Damaged) return read;
   }
@@ -220,8 +224,8 @@ Result<StoredCopies::Found> StoredCopies::FindElsewhere(Places& places, quint64 
     *file = files_[place->file];
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, *file);
     if (!opened) return opened.Error();
-    const std::optional<QString> known = context_.Data.MessageIdOf(place->row);
-    if (!known) return ReasonOf(context_.Data);
+    const Result<QString> known = MessageRows(context_.Data).NameOf(place->row);
+    if (!known) return known.Error();
     *name = *known;
     place->isTaken = name->startsWith(scope_) && vouches_(*name);
     if (place->isTaken) continue;

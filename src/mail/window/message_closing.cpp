@@ -143,8 +143,8 @@ void MessageClosing::NoteAnswer() {
 }
 
 void MessageClosing::StoreState() {
-  if (!document_.HasChangedState()) return;
-  const Result<> stored = document_.StoreState();
+  if (!document_.Edits().HasAny()) return;
+  const Result<> stored = document_.Edits().Store();
   host_.MessageStored();
   if (stored) return;
   ShowBox(&window_, QMessageBox::Critical,

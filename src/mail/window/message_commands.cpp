@@ -52,7 +52,7 @@ void ShowNeighbour(const Parts& parts) {
 }
 
 void ToggleDust(const Parts& parts) {
-  parts.document.ToggleDust();
+  parts.document.Edits().ToggleDust();
   parts.window.ShowState();
 }
 
@@ -67,7 +67,7 @@ void ThrowAway(const Parts& parts) {
 void ToggleStar(const Parts& parts) {
   const bool star = !parts.window.State().hasStar;
   if (const Result<> marked = SetMark(parts.context, {parts.document.Tag()}, kFlagStar, star)) {
-    parts.document.LetStar(star);
+    parts.document.Edits().FollowStar(star);
     parts.host.MessageStored();
   } else {
     ShowBox(&parts.window, QMessageBox::Critical,
@@ -94,7 +94,7 @@ void ChooseFolders(const Parts& parts) {
       InputList(parts.context, &parts.window, Ui::tr("保存フォルダ"),
                 Ui::tr("メッセージを保存するフォルダを選択してください。"),
                 MessageBag(*parts.document.Bag()).Folders(), entries.join(kLineBreak), true);
-  if (chosen) parts.document.SetFolders(*chosen);
+  if (chosen) parts.document.Edits().SetFolders(*chosen);
 }
 
 template <CharsetChoice kCharset>

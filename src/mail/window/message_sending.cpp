@@ -49,7 +49,7 @@ void MessageSending::SendFromToolbar() {
         Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
         QMessageBox::Ok | QMessageBox::Cancel);
     if (answer != QMessageBox::Ok) return;
-    document_.ToggleDust();
+    document_.Edits().ToggleDust();
     Q_EMIT StateChanged();
     if (!document_.IsWaiting() && !document_.IsUnreadable()) {
       Send();  // without another question

@@ -29,7 +29,7 @@ void ReadingBar::Pick(CharsetChoice charset) {
     Q_EMIT Edited();
     return;
   }
-  document_.KeepCode();
+  document_.Edits().KeepCode(charset);
   Q_EMIT AnewWanted(false, {});
 }
 

@@ -103,7 +103,7 @@ void BrowserWindow::ConnectEngine() {
   });
   // A window that was opened to print goes when that is done.
   connect(printing_.get(), &PagePrinting::Ended, this, [this] {
-    if (page_.request.IsForPrinting()) page_.request.BeDust();
+    if (page_.request.IsForPrinting()) page_.request.State().BeDust();
   });
 }
 
@@ -126,9 +126,9 @@ void BrowserWindow::ControlToolbarUpdate() {
   const PageRequest& request = page_.request;
   toolbar_->Show({.isFolder = IsLocal(),
                   .canSearch = IsLocal() && !loader_->HasOwnPage(),
-                  .isLoading = request.IsLoading(),
-                  .hasBefore = request.HasBefore(),
-                  .hasNext = request.HasNext(),
+                  .isLoading = request.State().IsLoading(),
+                  .hasBefore = request.State().HasBefore(),
+                  .hasNext = request.State().HasNext(),
                   .page = request.Page()});
   split_->Arrange(IsLocal() && !request.IsForPrinting() && request.HasUrl());
 }
@@ -164,7 +164,7 @@ void BrowserWindow::UpdateBrowser() {
 }
 
 void BrowserWindow::Seek() {
-  if (page_.request.IsLoading()) return engine_->View()->stop();
+  if (page_.request.State().IsLoading()) return engine_->View()->stop();
   if (folder_->SearchTyped()) return;  // for what the box says, rather than what it said
   if (IsLocal() && !loader_->HasOwnPage()) {
     host_.Messages().MessageStored();  // folders and their counts

@@ -40,7 +40,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ShowModeless() override;
   void ShowModal() override { ShowModeless(); }
   void Activate() override;
-  bool Dust() const override { return page_.request.IsDust(); }
+  bool Dust() const override { return page_.request.State().IsDust(); }
   void Unload() override;
 
   /// Whether the window shows a folder.

@@ -8,6 +8,7 @@
 #include <QToolBar>
 
 #include "kit/window/access_names.h"
+#include "objects/list_settings.h"
 #include "objects/settings.h"
 #include "present/window/link_button.h"
 #include "present/window/page_box.h"
@@ -100,7 +101,7 @@ void FolderToolbar::Show(const State& state) {
   ShowAction(*next_, *style(), QStyle::SP_ArrowForward, Ui::tr("次へ"));
   before_->setEnabled(state.hasBefore);
   next_->setEnabled(state.hasNext);
-  pages_->NameEnds(settings.IsNewestFirst());
+  pages_->NameEnds(ListSettings(context_).IsNewestFirst());
   pages_->Show(state.page, state.hasBefore, state.hasNext);
   pages_->setVisible(state.isFolder && (state.hasBefore || state.hasNext));
   search_->setVisible(state.canSearch);

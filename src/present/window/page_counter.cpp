@@ -25,9 +25,9 @@ void PageCounter::BeginSoon() {
 }
 
 void PageCounter::Explore() {
-  if (!request_.IsLocal() || request_.IsLoading()) return;
+  if (!request_.IsLocal() || request_.State().IsLoading()) return;
   const ConditionLimit brief(kBriefMs);
-  const bool hasPages = request_.HasBefore() || request_.HasNext();
+  const bool hasPages = request_.State().HasBefore() || request_.State().HasNext();
   if (hasPages && pages_.Explore(request_.Folder(), request_.Search())) {
     pause_.start(kExplorePauseMs);
     return;

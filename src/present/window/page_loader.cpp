@@ -80,7 +80,7 @@ void PageLoader::Load() {
   const PageRequest& request = page_.request;
   toolbar_.ShowAddress(request.IsLocal() ? window_.windowTitle() : request.Url(),
                        !request.IsLocal());
-  const bool isThere = request.IsLocal() && engine_.ShowsFolder() && !request.IsLoading();
+  const bool isThere = request.IsLocal() && engine_.ShowsFolder() && !request.State().IsLoading();
   if (!isThere || reading_.Page().size() >= kMostReplaced || !Replace()) LoadAnew();
 }
 
@@ -124,7 +124,7 @@ void PageLoader::ShowText(const QString& html) {
 }
 
 void PageLoader::SetLoading(bool loading) {
-  page_.request.SetLoading(loading);
+  page_.request.State().SetLoading(loading);
   Q_EMIT Changed();
 }
 

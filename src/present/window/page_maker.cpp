@@ -6,9 +6,9 @@
 
 #include "mail/codec/code_page_932.h"
 #include "objects/any_object.h"
+#include "objects/list_settings.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
-#include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/page_place.h"
 #include "present/page_request.h"
@@ -108,7 +108,7 @@ bool PageMaker::Keep(const Written& page) {
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
   const bool isVain = page.hasNone && !request_.Search().isEmpty();
   reading_.Keep(isVain ? WithoutHit(page.bytes.ValueOr({})) : page.bytes.ValueOr({}));
-  request_.SetNeighbours(page.before, page.next);
+  request_.State().SetNeighbours(page.before, page.next);
   Q_EMIT Made();
   if (page.bytes) return true;
   TellFailure(page.bytes.Error().text);
@@ -143,12 +143,12 @@ void PageMaker::TellFailure(const QString& reason) {
 }
 
 bool PageMaker::IsNewestFirst() const {
-  return Settings(context_).IsNewestFirst();
+  return ListSettings(context_).IsNewestFirst();
 }
 
 // A folder opens at its first messages, or where the setting says so at its newest.
 void PageMaker::ChooseFirstPage() {
-  const bool newest = Settings(context_).OpensNewest() && !IsNewestFirst();
+  const bool newest = ListSettings(context_).OpensNewest() && !IsNewestFirst();
   {
     const ConditionLimit brief(kBriefMs);
     const int pages = newest ? pages_.CountPages(request_.Folder(), request_.Search()) : 1;
@@ -164,7 +164,7 @@ void PageMaker::ChooseFirstPage() {
 // Whether the user looks at what came last and at nothing in particular.
 bool PageMaker::IsAtNewest() const {
   return place_.StaysAtEnd() && place_.WasAtEnd() && request_.Search().isEmpty() &&
-         !request_.HasNext();
+         !request_.State().HasNext();
 }
 
 void PageMaker::BeginAtNewest() {

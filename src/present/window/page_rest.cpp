@@ -31,7 +31,8 @@ PageRest::PageRest(ShownPage& page, EngineView& engine, PageReading& reading,
 bool PageRest::MayGo() const {
   const PageRequest& request = page_.request;
   const bool isRead = request.IsLocal() && request.HasUrl() && !reading_.IsKept();
-  return isRead && !request.IsLoading() && !request.IsForPrinting() && !printing_.IsUnderWay();
+  return isRead && !request.State().IsLoading() && !request.IsForPrinting() &&
+         !printing_.IsUnderWay();
 }
 
 void PageRest::Begin() {

@@ -45,7 +45,7 @@ void WebNavigation::ConnectEngine() {
   });
   connect(&engine_, &EngineView::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
-    if (request_.IsNew()) request_.BeDust();
+    if (request_.State().IsNew()) request_.State().BeDust();
   });
   // The window is told its target's name by the engine, and only by asking.
   connect(&engine_, &EngineView::FirstNavigation, this, [this](const QUrl& url) {
@@ -67,32 +67,32 @@ void WebNavigation::Turn(int step) {
 }
 
 QString WebNavigation::WindowName() const {
-  return request_.WindowName();
+  return request_.State().WindowName();
 }
 
 LinkPage* WebNavigation::BecomeNewWindow() {
-  request_.SetNew(true);
+  request_.State().SetNew(true);
   engine_.Use(false);
   engine_.Page()->HoldFirstNavigation();
   // One that is filled without going anywhere is shown as well.
   QTimer::singleShot(kHoldMs, this, [this] {
-    if (request_.IsNew() && !request_.IsDust()) TakeName(QString(), QUrl());
+    if (request_.State().IsNew() && !request_.State().IsDust()) TakeName(QString(), QUrl());
   });
   return engine_.Page();
 }
 
 // What belongs to a window that is there already goes to it; else this one keeps the name.
 void WebNavigation::TakeName(const QString& name, const QUrl& url) {
-  if (!name.isEmpty() && request_.IsNew() && !url.isEmpty()) {
+  if (!name.isEmpty() && request_.State().IsNew() && !url.isEmpty()) {
     if (BrowserWindow* named = host_.NamedWindow(name, &window_)) {
       named->Web().GoTo(url.toString());
       named->Activate();
-      request_.BeDust();
+      request_.State().BeDust();
       return;
     }
   }
-  if (!name.isEmpty()) request_.SetWindowName(name);
-  request_.SetNew(false);
+  if (!name.isEmpty()) request_.State().SetWindowName(name);
+  request_.State().SetNew(false);
   if (!url.isEmpty()) GoTo(url.toString());
   window_.ShowModeless();
   host_.BrowserOpened();
@@ -104,7 +104,7 @@ void WebNavigation::ShowPlace() {
   const QWebEngineView* view = engine_.View();
   toolbar_.FollowAddress(view->url().toString());
   window_.setWindowTitle(ShownText(view->title(), kMostInTitle));
-  request_.SetNeighbours(view->history()->canGoBack(), view->history()->canGoForward());
+  request_.State().SetNeighbours(view->history()->canGoBack(), view->history()->canGoForward());
   window_.ControlToolbarUpdate();
 }
 

@@ -25,8 +25,8 @@ class ConnectionCheck::Events : public PopEvents, public RetrievalEvents, public
 ConnectionCheck::ConnectionCheck(QObject* parent)
     : QObject(parent), events_(std::make_unique<Events>(*this)), pop_(std::make_unique<Pop>()) {
   pop_->SetEvents(events_.get());
-  pop_->ConnectTimeoutMs = 10000;
-  pop_->ReplyTimeoutMs = 10000;
+  pop_->Patience.ConnectMs = 10000;
+  pop_->Patience.ReplyMs = 10000;
 }
 
 ConnectionCheck::~ConnectionCheck() {

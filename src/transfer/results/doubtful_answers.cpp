@@ -1,8 +1,9 @@
 #include "transfer/results/doubtful_answers.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "storage/databases.h"
+#include "storage/own_statement.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
 
@@ -66,26 +67,34 @@ Result<> DoubtfulAnswers::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return {};
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  const Result<> stored =
-      ResultOf(context_.Data, context_.Data.Begin() && Write() && context_.Data.Commit());
-  if (!stored) context_.Data.Rollback();
+  Result<> stored = ResultOf(context_.Data, context_.Data.Begin());
   if (!stored) return stored;
+  stored = Write();
+  if (stored) stored = ResultOf(context_.Data, context_.Data.Commit());
+  if (!stored) {
+    context_.Data.Rollback();
+    return stored;
+  }
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   gone_.clear();
   changed_.clear();  // an answer to this session is none of an earlier one
   return {};
 }
 
-bool DoubtfulAnswers::Write() {
-  const bool removed = std::all_of(gone_.begin(), gone_.end(), [this](const QString& id) {
-    return context_.Data.Run("DELETE FROM doubtful_answer WHERE MAILBOX = ?1 AND FIELD_ID = ?2",
-                             {mailbox_, id});
-  });
-  if (!removed) return false;
-  return std::all_of(changed_.keyValueBegin(), changed_.keyValueEnd(), [this](const auto& entry) {
-    return context_.Data.Run("INSERT OR REPLACE INTO doubtful_answer VALUES (?1, ?2, ?3, ?4)",
-                             {mailbox_, entry.first, entry.second.size, entry.second.storedAs});
-  });
+Result<> DoubtfulAnswers::Write() {
+  for (const QString& id : std::as_const(gone_)) {
+    const Result<> removed =
+        RunOwn(context_.Data, "DELETE FROM doubtful_answer WHERE MAILBOX = ?1 AND FIELD_ID = ?2",
+               {mailbox_, id});
+    if (!removed) return removed;
+  }
+  for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
+    const Result<> written =
+        RunOwn(context_.Data, "INSERT OR REPLACE INTO doubtful_answer VALUES (?1, ?2, ?3, ?4)",
+               {mailbox_, entry.key(), entry->size, entry->storedAs});
+    if (!written) return written;
+  }
+  return {};
 }
 
 }  // namespace vorn

@@ -42,7 +42,7 @@ class DoubtfulAnswers {
   };
 
   Result<> Read();
-  bool Write();
+  Result<> Write();
 
   Context& context_;
   QString mailbox_;

@@ -1,16 +1,9 @@
 #include "transfer/results/known_messages.h"
 
-#include <QFileInfo>
 #include <algorithm>
 
-#include "mail/store/message_rows.h"
 #include "objects/settings.h"
-#include "storage/databases.h"
-#include "storage/profile_bag.h"
-#include "storage/session_result.h"
 #include "storage/source_digest.h"
-#include "storage/sql_text.h"
-#include "storage/ui.h"
 #include "transfer/pop3/announced_size.h"
 
 namespace vorn {
@@ -31,57 +24,33 @@ void KnownMessages::BeginSession(bool deletes) {
   listing_.Clear();
   answers_.Clear();
   scope_.clear();
-  files_ = MailFiles();
+  files_.Begin();
   unsure_.clear();
   absent_.clear();
-  hasUnnamed_.reset();
-  hasErased_.clear();
-}
-
-// Those that a file of the profile may know a message by.
-QStringList KnownMessages::MailFiles() const {
-  const QStringList files = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
-  if (!Settings(context_).IsCareful()) return files;
-  // Also those that were used before, so that a new file does not begin with all that they have.
-  QStringList all = files;
-  for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
-    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) all.append(file);
-  }
-  all.removeDuplicates();
-  return all;
 }
 
 Result<> KnownMessages::TakeListing(const QString& scope, int port,
                                     const QList<ListedMessage>& messages) {
   scope_ = scope;
-  copies_.Begin(files_, scope_, [this](const QString& id) { return IsVouchedFor(id); });
+  copies_.Begin(files_.Paths(), scope_, [this](const QString& id) { return IsVouchedFor(id); });
   const QString mailbox = MailboxName(scope, port);
   const Result<> begun = listing_.Begin(mailbox, messages);
   return begun ? answers_.Begin(mailbox, messages) : begun;
 }
 
 bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
-  return listing_.HadIdentifiers(MailboxName(scope, port));
+  MailboxNotes notes(context_);
+  return notes.Read(MailboxName(scope, port)) && notes.HasIdentifiers();
 }
 
 Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QStringList* files) {
-  Result<> asked;
-  bool isErased = false;
-  for (const QString& file : files_) {
-    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) continue;
-    // A message in any of the files is stored, whichever is asked last.
-    const std::optional<bool> has = context_.Data.HasMessage(messageId);
-    const bool isHere = has.value_or(true);
-    if (!has) asked = ReasonOf(context_.Data);  // neither stored twice nor deleted
-    isErased = isErased || (!isHere && IsErased(file, messageId));
-    if (isHere) files->append(file);
-  }
-  if (!asked) return asked.Error();
+  const Result<KnownFiles::Holders> holders = files_.Ask(messageId);
+  if (!holders) return holders.Error();  // neither stored twice nor deleted
+  *files = holders->files;
   if (files->isEmpty()) absent_.insert(messageId);
-  if (files->isEmpty() && !isErased) {
+  if (files->isEmpty() && !holders->isErased) {
     // It may have had another name, or none, until now.
-    const bool mayHaveHadAnother = listing_.IsUpset() || HasUnnamed();
+    const bool mayHaveHadAnother = listing_.IsUpset() || files_.HasUnnamed(scope_);
     const bool isElsewhere = listing_.IsElsewhere(messageId);
     if (isElsewhere && !deletes_) return Name::Stored;
     if (!mayHaveHadAnother && !isElsewhere) {
@@ -92,7 +61,9 @@ Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QString
     return Name::New;
   }
   // Where nothing was noted yet, the size tells.
-  if (listing_.TellsBySize() && HasListedSize(messageId)) listing_.Believe(messageId);
+  if (listing_.TellsBySize() && files_.HasSize(messageId, listing_.SizeOf(messageId))) {
+    listing_.Believe(messageId);
+  }
   // Names without a listing are made of the contents.
   const bool mayBeAnother =
       listing_.Doubts(messageId) || (deletes_ && listing_.IsListed(messageId));
@@ -102,17 +73,6 @@ Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QString
   if (listing_.HasOtherSize(messageId)) return Name::New;
   unsure_.insert(messageId, *files);
   return Name::Unsure;
-}
-
-bool KnownMessages::HasListedSize(const QString& messageId) {
-  return std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
-    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) return false;
-    const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
-    const bool has =
-        row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == listing_.SizeOf(messageId);
-    return has;
-  });
 }
 
 bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& header) {
@@ -131,7 +91,8 @@ bool KnownMessages::ProvesHeader(const QString& messageId, const QByteArray& hea
 
 // A server that is wrong about sizes may also write a message anew each time.
 bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray& data) {
-  return HasIdentifiers() && std::any_of(files_.begin(), files_.end(), [&](const QString& file) {
+  const QStringList& files = files_.Paths();
+  return HasIdentifiers() && std::any_of(files.begin(), files.end(), [&](const QString& file) {
            return StoredCopySaysTheSame(context_, file, messageId, data);
          });
 }
@@ -200,35 +161,6 @@ Result<> KnownMessages::NoteAlike(const QString& messageId, const QByteArray& da
     *storedAs = QString::fromLatin1(SourceDigest(data).toHex());
   }
   return {};
-}
-
-// Messages that had no name of their own when they were stored: what gets one now may be one of
-// them.
-bool KnownMessages::HasUnnamed() {
-  if (hasUnnamed_) return *hasUnnamed_;
-  hasUnnamed_ = false;
-  const QString start = scope_ + QStringLiteral("sha256:");
-  for (const QString& file : files_) {
-    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) continue;
-    const bool any = MessageRows(context_.Data).HasNamePrefix(start);
-    hasUnnamed_ = *hasUnnamed_ || any;
-  }
-  return *hasUnnamed_;
-}
-
-// In the open file. Who has thrown a message away for good does not want it once more.
-bool KnownMessages::IsErased(const QString& file, const QString& messageId) {
-  const auto any = [this](const QString& condition) {
-    return context_.Data.OpenRecordset(
-               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
-               CursorKind::ForwardOnly) &&
-           !context_.Data.Recordset()->Eof();
-  };
-  if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
-  }
-  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
 }
 
 void KnownMessages::TakeBack(const QString& messageId) {

@@ -6,13 +6,13 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "mail/store/stored_copy.h"
 #include "storage/context.h"
 #include "storage/result.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/results/doubtful_answers.h"
+#include "transfer/results/known_files.h"
 #include "transfer/results/server_listing.h"
 
 namespace vorn {
@@ -23,7 +23,11 @@ namespace vorn {
 class KnownMessages {
  public:
   explicit KnownMessages(Context& context)
-      : context_(context), listing_(context), answers_(context), copies_(context) {}
+      : context_(context),
+        files_(context),
+        listing_(context),
+        answers_(context),
+        copies_(context) {}
 
   /// Forgets an earlier session. Those of `deletes` are of an account that deletes on the server.
   void BeginSession(bool deletes);
@@ -91,23 +95,17 @@ class KnownMessages {
   bool HasIdentifiers() const { return !scope_.isEmpty(); }
 
  private:
-  QStringList MailFiles() const;
-  bool HasUnnamed();
-  bool IsErased(const QString& file, const QString& messageId);
-  bool HasListedSize(const QString& messageId);
   bool IsVouchedFor(const QString& messageId) const;
 
   Context& context_;
+  KnownFiles files_;
   ServerListing listing_;
   DoubtfulAnswers answers_;
   bool deletes_ = false;
-  QString scope_;  // empty when the mailbox has no identifiers
-  QStringList files_;
+  QString scope_;                       // empty when the mailbox has no identifiers
   QHash<QString, QStringList> unsure_;  // which files have a message of that name
   QSet<QString> absent_;                // of which no file had a message when it was asked for
   StoredCopies copies_;
-  std::optional<bool> hasUnnamed_;  // once it was asked
-  QHash<QString, bool> hasErased_;  // by file
 };
 
 }  // namespace vorn

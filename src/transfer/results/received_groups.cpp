@@ -1,11 +1,11 @@
 #include "transfer/results/received_groups.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "mail/store/message_rows.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
 #include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/results/known_messages.h"
@@ -24,7 +24,7 @@ void ReceivedGroups::Begin(bool isReceiving) {
   ends_.clear();
   hasFailed_ = false;
   if (!isReceiving) return;
-  context_.Data.BeginGroup(MailDatabasePath(context_));
+  context_.Data.Group().Gather(MailDatabasePath(context_));
   // All the time, since what the user stores meanwhile is gathered as well.
   flushTimer_.start();
 }
@@ -32,7 +32,7 @@ void ReceivedGroups::Begin(bool isReceiving) {
 void ReceivedGroups::End() {
   flushTimer_.stop();
   Flush();
-  context_.Data.EndGroup();
+  std::ignore = context_.Data.Group().End();  // all was flushed
 }
 
 bool ReceivedGroups::Add(const QString& serialId, const QString& messageId, qint64 bytes) {
@@ -50,8 +50,8 @@ void ReceivedGroups::Fail(const StorageError& reason) {
 bool ReceivedGroups::Flush() {
   size_.Clear();
   const QList<StoredMessage> stored = std::exchange(unflushed_, {});
-  if (!context_.Data.FlushGroup()) {
-    Fail(ReasonOf(context_.Data));
+  if (const Result<> written = context_.Data.Group().Flush(); !written) {
+    Fail(written.Error());
     return false;
   }
   if (!stored.isEmpty() && log_.Job() != nullptr) {

@@ -9,6 +9,7 @@
 #include "mail/store/stored_copy.h"
 #include "objects/file_age.h"
 #include "objects/settings.h"
+#include "storage/database_sync.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/session_result.h"
@@ -261,7 +262,7 @@ bool ReceivedMail::MakeDurable() {
     log_.ListingFailed(noted.Error());
     return false;
   }
-  if (context_.Data.HasDamage() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
+  if (!context_.Data.Damage().IsEmpty() && IsKnownDamaged(context_, MailDatabasePath(context_))) {
     log_.StoreFailed(Ui::tr("データベースファイルが壊れているので、サーバーからは削除しません。"));
     return false;
   }
@@ -274,8 +275,7 @@ bool ReceivedMail::MakeDurable() {
       CountWork(context_);  // behind what was received, so that a log that is lost now is missed
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   const Result<> durable =
-      mail ? ResultOf(context_.Data, context_.Data.MakeDurable(MailDatabasePath(context_)))
-           : mail.Error();
+      mail ? SyncDatabase(context_.Data, MailDatabasePath(context_)) : mail.Error();
   if (durable && !goesOn) log_.Add(Ui::tr("サーバーからの削除をやめました。"));
   if (durable) return goesOn;
   log_.StoreFailed(Ui::tr("メッセージをディスクに書き込めません。サーバーからは削除しません。"),

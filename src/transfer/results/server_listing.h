@@ -8,24 +8,23 @@
 #include "storage/context.h"
 #include "storage/result.h"
 #include "transfer/protocol/pop_events.h"
+#include "transfer/results/mailbox_notes.h"
 
 namespace vorn {
 
-/// Which messages of a mailbox that are stored here it had at its last listing, kept in the
-/// profile's mail file (table `on_server`). A server should never give an identifier anew (RFC 1939
+/// Which messages of a mailbox that are stored here it had at its last listing, as `MailboxNotes`
+/// keeps them. A server should never give an identifier anew (RFC 1939
 /// section 7, UIDL), but some do once the message is gone. So an identifier tells what it names
 /// only while it has been in every listing since its message was stored, with one size.
 class ServerListing {
  public:
-  explicit ServerListing(Context& context) : context_(context) {}
+  explicit ServerListing(Context& context) : notes_(context) {}
 
   /// Begins a session with a mailbox, named by user, server and port, that has these messages. At
   /// the first listing of a mailbox all is doubted. Fails when the file cannot be read.
   Result<> Begin(const QString& mailbox, const QList<ListedMessage>& messages);
   /// Forgets what was not stored, and all of an earlier session: nothing is doubted.
   void Clear();
-  /// Whether an earlier session got identifiers from that mailbox.
-  bool HadIdentifiers(const QString& mailbox);
 
   /// Whether the identifier may name another message than the stored one of that name.
   bool Doubts(const QString& id) const { return doubted_.contains(id); }
@@ -37,10 +36,10 @@ class ServerListing {
   /// Whether a stored message of the listed name and size is the same one: at the first listing of
   /// a mailbox, unless the user has another one at the same server, whose messages may have the
   /// same names.
-  bool TellsBySize() const { return isFirst_ && !hasSibling_; }
+  bool TellsBySize() const { return isFirst_ && !notes_.HasSibling(); }
   /// Whether it was found under a name of another mailbox, or under another one of this.
   bool IsElsewhere(const QString& id) const;
-  void NoteElsewhere(const QString& id) { elsewhere_.insert(id); }
+  void NoteElsewhere(const QString& id);
   /// Whether it has another size than at the last listing.
   bool HasOtherSize(const QString& id) const;
   /// Whether those with new names may be stored ones: it is the first listing, most messages went
@@ -65,7 +64,7 @@ class ServerListing {
   /// Notes that the message is about to be deleted on the server.
   void Release(const QString& id);
   /// Notes that those have been: should their names be there again, nothing is known of them.
-  void ForgetReleased();
+  void ForgetReleased() { notes_.ForgetReleased(listed_); }
   /// Notes that one that was missing has another name now.
   void ForgetAbsent(const QString& id);
   /// Notes that a session has come to its end. Unless it passed over some messages, what has a new
@@ -73,41 +72,18 @@ class ServerListing {
   void Settle();
 
   /// Stores what was noted.
-  Result<> Store();
+  Result<> Store() { return notes_.Store(); }
 
  private:
-  // As it is stored.
-  enum class State {
-    Listed = 0,
-    Released = 1,   // the server was told to delete it, and has not confirmed that
-    Absent = 2,     // missing, and may come back, also renamed; its size is the day since when
-    Moving = 3,     // of the mailbox itself: its names go from one message to another
-    Unsettled = 4,  // of the mailbox itself: what has a new name may be a stored one
-    Elsewhere = 5,  // stored under a name of another mailbox
-  };
-  struct Entry {
-    qint64 size = 0;
-    State state = State::Listed;
-  };
+  using Entry = MailboxNotes::Entry;
+  using State = MailboxNotes::State;
 
-  Result<> Read(const QString& mailbox, bool* hasSibling);
-  bool Holds(const ListedMessage& message) const;
-  bool LookForMissing();
-  bool WriteChanges();
-  bool RemoveGone();
-
-  Context& context_;
-  QString mailbox_;
+  MailboxNotes notes_;
   QHash<QString, qint64> listed_;
-  QHash<QString, Entry> noted_;  // as stored
-  QHash<QString, Entry> changed_;
   QSet<QString> doubted_;
   QSet<QString> proven_;
   QSet<QString> elsewhere_;
-  QSet<QString> gone_;
   bool isFirst_ = false;
-  bool hasSibling_ = false;
-  bool isShared_ = false;  // messages of a mailbox were found under names of another one
   bool upset_ = false;
 };
 

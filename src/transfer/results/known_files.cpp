@@ -1,0 +1,79 @@
+#include "transfer/results/known_files.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+#include "mail/store/message_rows.h"
+#include "objects/settings.h"
+#include "storage/databases.h"
+#include "storage/profile_bag.h"
+#include "storage/sql_text.h"
+
+namespace vorn {
+
+void KnownFiles::Begin() {
+  hasUnnamed_.reset();
+  hasErased_.clear();
+  paths_ = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
+  if (!Settings(context_).IsCareful()) return;
+  // Also those that were used before, so that a new file does not begin with all that they have.
+  for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
+    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) paths_.append(file);
+  }
+  paths_.removeDuplicates();
+}
+
+// A message in any of the files is stored, whichever is asked last.
+Result<KnownFiles::Holders> KnownFiles::Ask(const QString& messageId) {
+  Holders holders;
+  Result<> asked;
+  for (const QString& file : paths_) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) continue;
+    const Result<bool> has = MessageRows(context_.Data).HasName(messageId);
+    if (!has) {
+      asked = has.Error();
+    } else if (*has) {
+      holders.files.append(file);
+    } else {
+      holders.isErased = holders.isErased || IsErased(file, messageId);
+    }
+  }
+  if (!asked) return asked.Error();
+  return holders;
+}
+
+bool KnownFiles::HasSize(const QString& messageId, qint64 bytes) {
+  return std::any_of(paths_.begin(), paths_.end(), [&](const QString& file) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    if (!opened) return false;
+    const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
+    return row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == bytes;
+  });
+}
+
+bool KnownFiles::HasUnnamed(const QString& scope) {
+  if (hasUnnamed_) return *hasUnnamed_;
+  const QString start = scope + QStringLiteral("sha256:");
+  hasUnnamed_ = std::any_of(paths_.begin(), paths_.end(), [&](const QString& file) {
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
+    return opened && MessageRows(context_.Data).HasNamePrefix(start);
+  });
+  return *hasUnnamed_;
+}
+
+// In the open file. Who has thrown a message away for good does not want it once more.
+bool KnownFiles::IsErased(const QString& file, const QString& messageId) {
+  const auto any = [this](const QString& condition) {
+    return context_.Data.OpenRecordset(
+               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
+               CursorKind::ForwardOnly) &&
+           !context_.Data.Recordset()->Eof();
+  };
+  if (!hasErased_.contains(file)) {
+    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
+  }
+  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+}
+
+}  // namespace vorn
