@@ -86,8 +86,8 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   const QString condition = Condition(folder.SerialID(), folder);
   const bool isCareful = Settings(context_).IsCareful();
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
-  const bool joins = isCareful ? NamesTable(condition, QLatin1String("folder"))
-                               : condition.contains(u"folder.");
+  const bool joins =
+      isCareful ? NamesTable(condition, QLatin1String("folder")) : condition.contains(u"folder.");
   QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
   if (folder.SerialID() == fixed_serial::kInbox && Settings(context_).ShowsFiledOnce()) {
     rest += NotFiled();

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "frame/request_queue.h"
+#include "mail/mail_request.h"
 
 namespace vorn {
 
