@@ -61,8 +61,8 @@ TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
 
 TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   job_.authenticate = true;
-  job_.user = QStringLiteral("tim");
-  job_.password = QStringLiteral("tanstaaftanstaaf");
+  job_.who.user = QStringLiteral("tim");
+  job_.who.password = QStringLiteral("tanstaaftanstaaf");
   // The example of RFC 2195.
   EXPECT_TRUE(Play("220\r\n250-x\r\n250 AUTH PLAIN CRAM-MD5\r\n"
                    "334 PDE4OTYuNjk3MTcwOTUyQHBvc3RvZmZpY2UucmVzdG9uLm1jaS5uZXQ+\r\n235\r\n")
@@ -73,13 +73,13 @@ TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   events_.errors.clear();
   Play("220\r\n250 AUTH PLAIN\r\n535 bad\r\n221\r\n");
   EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("パスワードを確認")));
-  EXPECT_FALSE(events_.errors.value(0).contains(job_.password));
+  EXPECT_FALSE(events_.errors.value(0).contains(job_.who.password));
 }
 
 TEST_F(SmtpSessionTest, AMechanismThatIsRefusedIsFollowedByTheNext) {
   job_.authenticate = true;
-  job_.user = QStringLiteral("tim");
-  job_.password = QStringLiteral("pass");
+  job_.who.user = QStringLiteral("tim");
+  job_.who.password = QStringLiteral("pass");
   const auto commands = [this](const QByteArray& server) {
     events_.errors.clear();
     QStringList said;

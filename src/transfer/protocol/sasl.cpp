@@ -1,22 +1,24 @@
 #include "transfer/protocol/sasl.h"
 
 #include <QMessageAuthenticationCode>
+#include <utility>
 
 namespace vorn {
 namespace {
 
 QByteArray RespondPlain(const SaslStep& step) {  // RFC 4616
-  return '\0' + step.user + '\0' + step.password;
+  return '\0' + step.who.user.toUtf8() + '\0' + step.who.password.toUtf8();
 }
 
 QByteArray RespondLogin(const SaslStep& step) {
-  return step.number == 0 ? step.user : step.password;
+  return (step.number == 0 ? step.who.user : step.who.password).toUtf8();
 }
 
 QByteArray RespondCramMd5(const SaslStep& step) {  // RFC 2195
   using Code = QMessageAuthenticationCode;
-  return step.user + ' ' +
-         Code::hash(step.challenge, step.password, QCryptographicHash::Md5).toHex();
+  const QByteArray proof =
+      Code::hash(step.challenge, step.who.password.toUtf8(), QCryptographicHash::Md5);
+  return step.who.user.toUtf8() + ' ' + proof.toHex();
 }
 
 // The simplest first.
@@ -43,15 +45,15 @@ constexpr SaslMechanism kMechanisms[] = {
 
 }  // namespace
 
-QList<const SaslMechanism*> UsableMechanisms(const QByteArrayList& offered, bool encrypted) {
-  QList<const SaslMechanism*> simple;
+SaslExchange::SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who)
+    : who_(std::move(who)) {
   QList<const SaslMechanism*> hiding;
   for (const SaslMechanism& mechanism : kMechanisms) {
     if (!offered.contains(mechanism.name)) continue;
-    simple.append(&mechanism);
+    mechanisms_.append(&mechanism);
     if (mechanism.hidesPassword) hiding.append(&mechanism);
   }
-  return encrypted || hiding.isEmpty() ? simple : hiding;
+  if (!encrypted && !hiding.isEmpty()) mechanisms_ = hiding;
 }
 
 bool SaslExchange::TryNext(bool hiding) {
@@ -75,10 +77,7 @@ std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Reda
 }
 
 QByteArray SaslExchange::Respond(const QByteArray& challenge) {
-  return Mechanism()->respond({.user = user_.toUtf8(),
-                               .password = password_.toUtf8(),
-                               .challenge = challenge,
-                               .number = step_++});
+  return Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
 }
 
 }  // namespace vorn

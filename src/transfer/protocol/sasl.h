@@ -3,18 +3,16 @@
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QList>
-#include <QString>
 #include <optional>
-#include <utility>
 
+#include "transfer/protocol/credentials.h"
 #include "transfer/protocol/redaction.h"
 
 namespace vorn {
 
 /// One step of a proof: who answers which challenge, and how many were answered before.
 struct SaslStep {
-  QByteArray user;
-  QByteArray password;
+  const Credentials& who;
   QByteArray challenge;
   int number = 0;
 };
@@ -29,20 +27,16 @@ struct SaslMechanism {
   QByteArray (*respond)(const SaslStep& step);
 };
 
-/// The mechanisms to try, one after the other, of those a server offers in its own words. Over an
-/// encrypted connection the simplest comes first. Over one in clear those that show the password
-/// are there only where the server offers none that does not.
-QList<const SaslMechanism*> UsableMechanisms(const QByteArrayList& offered, bool encrypted);
-
 /// The proof of who the user is, the same in POP3 (RFC 5034) and SMTP (RFC 4954), by the first
 /// of the mechanisms that the server does.
 class SaslExchange {
  public:
   SaslExchange() = default;
-  SaslExchange(QList<const SaslMechanism*> mechanisms, QString user, QString password)
-      : mechanisms_(std::move(mechanisms)),
-        user_(std::move(user)),
-        password_(std::move(password)) {}
+  /// Has the mechanisms, to be tried one after the other, of those that a server offers in its own
+  /// words by which `who` can be proved. Over an encrypted connection the simplest comes first.
+  /// Over one in clear those that show the password are there only where the server offers none
+  /// that does not.
+  SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who);
 
   /// The one in use; null when there is nothing to prove by.
   const SaslMechanism* Mechanism() const { return mechanisms_.value(0); }
@@ -62,8 +56,7 @@ class SaslExchange {
   QByteArray Respond(const QByteArray& challenge);
 
   QList<const SaslMechanism*> mechanisms_;
-  QString user_;
-  QString password_;
+  Credentials who_;
   int step_ = 0;
 };
 

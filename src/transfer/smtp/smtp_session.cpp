@@ -26,7 +26,7 @@ QString NotUnderstood() {
 SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : job_(std::move(job)),
-      redaction_(job_.user, job_.password),
+      redaction_(job_.who),
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
@@ -187,8 +187,7 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  auth_ = SaslExchange(UsableMechanisms(extensions_.AuthMechanisms(), tls_.IsEncrypted()),
-                       job_.user, job_.password);
+  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.who);
   if (auth_.Mechanism() == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
