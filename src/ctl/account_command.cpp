@@ -47,15 +47,15 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.outPort = arguments.Number(QStringLiteral("out-port"),
                                     kSmtpPorts[static_cast<size_t>(values.outSecurity)], &ok);
   values.outUser = arguments.Text(QStringLiteral("out-user"));
-  if (arguments.Has(QStringLiteral("out-password-fd"))) {
-    const int secret = arguments.Number(QStringLiteral("out-password-fd"), -1, &ok);
-    if (ok) values.outPassword = ReadSecret(secret, &ok);
-    if (!ok) return QStringLiteral("--out-password-fd を読み込めません。");
-  }
   if (!ok) return QStringLiteral("--out-port は数です。");
-  const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
-  if (ok) values.inPassword = ReadSecret(descriptor, &ok);
-  if (!ok) return QStringLiteral("--in-password-fd を読み込めません。");
+  if (arguments.Has(QStringLiteral("out-password-fd"))) {
+    const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
+    if (!password) return password.Error().text;
+    values.outPassword = *password;
+  }
+  const Result<QString> password = ReadSecret(arguments, QStringLiteral("in-password-fd"));
+  if (!password) return password.Error().text;
+  values.inPassword = *password;
   return {};
 }
 
