@@ -14,6 +14,7 @@
 #include "bench_support.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
+#include "mail/store/known_addresses.h"
 #include "mail/store/mail_store.h"
 #include "objects/object_types.h"
 #include "present/message_list_page.h"
@@ -55,6 +56,13 @@ class Filling {
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     if (i % 100 == 0) request.Let(QStringLiteral("folder"), QStringLiteral("f"));
     const Result<QString> stored = store_.StoreMessage(request, Source(i));
+    if (!stored) Give(stored.Error().text);
+  }
+  void StoreSent(int i) {
+    Disk request(context_.Data.NewSerialID(QStringLiteral("mail_")));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
+    const Result<QString> stored = store_.StoreMessage(
+        request, "To: friend" + QByteArray::number(i) + "@example.jp\r\n\r\n" + body_);
     if (!stored) Give(stored.Error().text);
   }
   void StoreGrouped(int from, int to) {
@@ -138,6 +146,11 @@ void Run(int messages, int bodyBytes) {
                                      "FIELD_TIMESTAMP ASC"));
   });
   if (found != (messages + 99) / 100) Give(QStringLiteral("the join found something else"));
+  for (int i = 0; i < 1000; ++i) filling.StoreSent(i);
+  Report("addresses to offer, read for the first time", messages, 11,
+         [&] { KnownAddresses(context).Offers(); });
+  KnownAddresses known(context);
+  Report("addresses to offer", messages, 11, [&] { known.Offers(); });
   std::printf(
       "{\"who\": \"vorn\", \"figure\": \"peak memory\", \"messages\": %d, \"megabytes\": "
       "%lld}\n",

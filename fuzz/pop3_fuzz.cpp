@@ -43,8 +43,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   events.wantsHeaders = (data[0] & 1) != 0;
   const bool apop = (data[0] & 2) != 0;
   const size_t chunk = 1 + data[1] % 7;
-  Pop3Session session({QStringLiteral("h"), QStringLiteral("u"), QStringLiteral("p"), apop}, events,
-                      [&events](const QByteArray& said) {
+  Pop3Session session({QStringLiteral("h"), {QStringLiteral("u"), QStringLiteral("p")}, apop},
+                      events, [&events](const QByteArray& said) {
                         fuzz::Require(said.endsWith("\r\n") && said.count('\n') == 1);
                         if (said.startsWith("DELE")) fuzz::Require(events.durable);
                       });

@@ -47,15 +47,15 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.outgoing.port = arguments.Number(
       QStringLiteral("out-port"), kSmtpPorts[static_cast<size_t>(values.outgoing.security)], &ok);
   values.outgoing.user = arguments.Text(QStringLiteral("out-user"));
-  if (arguments.Has(QStringLiteral("out-password-fd"))) {
-    const int secret = arguments.Number(QStringLiteral("out-password-fd"), -1, &ok);
-    if (ok) values.outgoing.password = ReadSecret(secret, &ok);
-    if (!ok) return QStringLiteral("--out-password-fd を読み込めません。");
-  }
   if (!ok) return QStringLiteral("--out-port は数です。");
-  const int descriptor = arguments.Number(QStringLiteral("in-password-fd"), -1, &ok);
-  if (ok) values.incoming.password = ReadSecret(descriptor, &ok);
-  if (!ok) return QStringLiteral("--in-password-fd を読み込めません。");
+  if (arguments.Has(QStringLiteral("out-password-fd"))) {
+    const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
+    if (!password) return password.Error().text;
+    values.outgoing.password = *password;
+  }
+  const Result<QString> password = ReadSecret(arguments, QStringLiteral("in-password-fd"));
+  if (!password) return password.Error().text;
+  values.incoming.password = *password;
   return {};
 }
 

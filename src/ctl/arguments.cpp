@@ -50,10 +50,14 @@ QStringList Arguments::Unknown(const QSet<QString>& known) const {
   return unknown;
 }
 
-QString ReadSecret(int fileDescriptor, bool* ok) {
+Result<QString> ReadSecret(const Arguments& arguments, const QString& option) {
+  bool ok = true;
+  const int descriptor = arguments.Number(option, -1, &ok);
   QFile file;
-  *ok = file.open(fileDescriptor, QFile::ReadOnly);
-  if (!*ok) return {};
+  if (!ok || !file.open(descriptor, QFile::ReadOnly)) {
+    return StorageError{StorageError::Kind::Other,
+                        QStringLiteral("--%1 を読み込めません。").arg(option)};
+  }
   QByteArray line = file.readLine();
   while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
   return QString::fromUtf8(line);

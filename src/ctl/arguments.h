@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/result.h"
+
 namespace vorn::ctl {
 
 /// The command line taken apart: words in their order, options with a value ("--name VALUE") and
@@ -36,8 +38,8 @@ class Arguments {
   QString error_;
 };
 
-/// The first line that can be read from a file descriptor, without its line break. Nothing, with
-/// `ok` false, when it cannot be read.
-QString ReadSecret(int fileDescriptor, bool* ok);
+/// The first line that can be read from the file descriptor that an option names, without its line
+/// break.
+Result<QString> ReadSecret(const Arguments& arguments, const QString& option);
 
 }  // namespace vorn::ctl

@@ -92,15 +92,9 @@ const QList<Command>& Commands() {
   return commands;
 }
 
-// The password that the descriptor of that option gives; empty without the option.
+// Empty without the option.
 Result<QString> TakePassword(const Arguments& arguments, const QString& option) {
-  if (!arguments.Has(option)) return QString();
-  bool ok = true;
-  const int descriptor = arguments.Number(option, -1, &ok);
-  const QString password = ok ? ReadSecret(descriptor, &ok) : QString();
-  if (ok) return password;
-  return StorageError{StorageError::Kind::Other,
-                      QStringLiteral("--%1 を読み込めません。").arg(option)};
+  return arguments.Has(option) ? ReadSecret(arguments, option) : QString();
 }
 
 // Opens the data folder, making a first profile when there is none, and logs in.

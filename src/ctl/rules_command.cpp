@@ -4,8 +4,8 @@
 #include "ctl/command.h"
 #include "objects/save_object.h"
 #include "storage/ui.h"
-#include "transfer/results/receive_stop_rules.h"
-#include "transfer/results/rules_object.h"
+#include "transfer/rules/receive_stop_rules.h"
+#include "transfer/rules/rules_object.h"
 
 namespace vorn::ctl {
 namespace {

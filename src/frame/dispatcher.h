@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "frame/request_queue.h"
-#include "frame/request_window.h"
+#include "objects/request_window.h"
 #include "storage/context.h"
 
 namespace vorn {

@@ -235,11 +235,16 @@ void DropBlankEnd(QString& text, const QString& mark) {
   }
 }
 
-LazyText TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
-                const EditSettings& settings, bool& isOfHtml) {
+struct OpenedText {
+  LazyText text;
+  bool isOfHtml = false;  // made from a page
+};
+
+OpenedText TextIn(const StoredMessage& message, OpenMode mode, const QString& subject,
+                  const EditSettings& settings) {
   if (mode == OpenMode::Receipt) {
-    return Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") + subject +
-           Ui::tr("\r\n日時： ") + message.timestamp;
+    return {Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") +
+            subject + Ui::tr("\r\n日時： ") + message.timestamp};
   }
   TextRequest request;
   request.charset = message.charset;
@@ -248,19 +253,20 @@ LazyText TextIn(const StoredMessage& message, OpenMode mode, const QString& subj
   request.withHtml = request.withReports && settings.standardHeaders;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
-  isOfHtml = IsTextOfHtml(message.source, message.contentIndex, request);
+  const bool isOfHtml = IsTextOfHtml(message.source, message.contentIndex, request);
   // Whoever reads looks at the page.
   if (isOfHtml && mode == OpenMode::Show && !message.isWritten) {
-    return LazyText([source = message.source, index = message.contentIndex, request] {
+    const auto read = [source = message.source, index = message.contentIndex, request] {
       return GetMessageText(source, index, request).text;
-    });
+    };
+    return {LazyText(read), isOfHtml};
   }
   QString text = GetMessageText(message.source, message.contentIndex, request).text;
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
   if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
   if (quotes && settings.usualReplies) DropBlankEnd(text, settings.memoIndent);
   if (quotes && settings.usualReplies && !text.isEmpty()) text.prepend(settings.memoIndent);
-  return text;
+  return {text, isOfHtml};
 }
 
 QStringList ExtensionHeaders(const QByteArray& source, const ReadingCode& code) {
@@ -416,7 +422,9 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   FillReferences(message, mode, settings, model);
   model.subject = SubjectIn(mode, subject, CountIdentifiers(model.references), settings);
   model.addresses = Recipients(message, mode, settings, sender);
-  model.text = TextIn(message, mode, subject, settings, model.isTextOfHtml);
+  const OpenedText opened = TextIn(message, mode, subject, settings);
+  model.text = opened.text;
+  model.isTextOfHtml = opened.isOfHtml;
   if (!isNew) model.headerRows = ExtensionHeaders(message.source, code);
   const bool carriesAttachments =
       mode == OpenMode::Show || mode == OpenMode::Resend || IsForward(mode);

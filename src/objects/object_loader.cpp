@@ -2,6 +2,7 @@
 
 #include "objects/any_object.h"
 #include "storage/databases.h"
+#include "storage/profile_bag.h"
 
 namespace vorn {
 
@@ -14,6 +15,31 @@ DiskPtr LoadObject(Context& context, const QString& serialId) {
   if (!exists) return nullptr;
   context.Objects.Add(object);
   return object;
+}
+
+void ReadAnew(Context& context, const QString& serialId) {
+  Disk stored(serialId);
+  const OpenedDatabase profile(context, DatabaseKind::Profile);
+  const bool isRead = profile && stored.DatabaseToDisk(context.Data) && stored.Size() > 0;
+  if (isRead) TakeOver(context, stored);
+}
+
+void TakeOver(Context& context, const Disk& stored) {
+  DiskPtr loaded = context.Objects.Find(stored.SerialID());
+  if (loaded == nullptr) {
+    loaded = std::make_shared<Disk>(stored.SerialID());
+    context.Objects.Add(loaded);
+  }
+  Disk kept;
+  for (const QString& key : ProfileBag::SessionKeys()) {
+    if (const QVariant value = loaded->Get(key); value.isValid()) kept.Let(key, value);
+  }
+  loaded->Init();
+  for (const Disk* source : {&stored, static_cast<const Disk*>(&kept)}) {
+    for (qint32 i = 1; i <= source->Size(); ++i) {
+      loaded->Let(source->NameAt(i), source->Get(source->NameAt(i)));
+    }
+  }
 }
 
 DiskPtr FindObjectByName(const Context& context, const QString& type, const QString& name) {

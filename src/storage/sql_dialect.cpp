@@ -16,6 +16,11 @@ struct Token {
   bool IsWord(QLatin1String word) const {
     return kind == TokenKind::Word && text.compare(word, Qt::CaseInsensitive) == 0;
   }
+  // Also in brackets, which are only needed around what is no word.
+  bool IsName(QLatin1String name) const {
+    return (kind == TokenKind::Word || kind == TokenKind::Name) &&
+           text.compare(name, Qt::CaseInsensitive) == 0;
+  }
   bool IsSymbol(QChar symbol) const { return kind == TokenKind::Symbol && text == symbol; }
 };
 
@@ -238,6 +243,14 @@ class Translator {
   std::vector<bool> outer_;  // the same around each open parenthesis
 };
 
+// Without the spaces, as far as it can be read.
+std::vector<Token> SolidTokens(const QString& condition) {
+  std::vector<Token> tokens;
+  Tokenizer(condition).Run(tokens);
+  std::erase_if(tokens, [](const Token& token) { return token.kind == TokenKind::Space; });
+  return tokens;
+}
+
 }  // namespace
 
 Result<EngineStatement> TranslateSql(const QString& statement) {
@@ -259,9 +272,21 @@ QString UpdatableTable(const QString& statement) {
   return isPlain ? tokens[3].text : QString();
 }
 
+bool NamesColumn(const QString& condition, QLatin1String column) {
+  const std::vector<Token> tokens = SolidTokens(condition);
+  return std::ranges::any_of(tokens, [&](const Token& token) { return token.IsName(column); });
+}
+
+bool NamesTable(const QString& condition, QLatin1String table) {
+  const std::vector<Token> tokens = SolidTokens(condition);
+  const auto isQualified = [&](const Token& token, const Token& next) {
+    return token.IsName(table) && next.IsSymbol(u'.');
+  };
+  return std::ranges::adjacent_find(tokens, isQualified) != tokens.end();
+}
+
 bool DependsOnTime(const QString& condition) {
-  std::vector<Token> tokens;
-  Tokenizer(condition).Run(tokens);
+  const std::vector<Token> tokens = SolidTokens(condition);
   return std::ranges::any_of(tokens, [](const Token& token) {
     const bool isNow = token.text.compare(u"NOW", Qt::CaseInsensitive) == 0;
     return token.kind == TokenKind::Word

@@ -27,6 +27,13 @@ Result<EngineStatement> TranslateSql(const QString& statement);
 /// updated; empty for anything else.
 QString UpdatableTable(const QString& statement);
 
+/// Whether a condition names a column, of whichever table, in its words rather than in a text that
+/// it looks for. Capitals and small letters are the same.
+bool NamesColumn(const QString& condition, QLatin1String column);
+
+/// The same of a table that one of its columns is said to be of, as in `folder.SERIALID`.
+bool NamesTable(const QString& condition, QLatin1String table);
+
 /// Whether a condition holds for other rows as time passes: it names the time in its words, or
 /// gives "now" to a function.
 bool DependsOnTime(const QString& condition);

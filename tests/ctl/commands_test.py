@@ -78,6 +78,8 @@ class Commands(unittest.TestCase):
         self.add_account(code=1)
         self.assertIn("同じオブジェクト名", self.errors)
         self.add_account("--in-protocol", "imap", code=2, name="x")
+        self.add_account("--out-port", "many", "--out-password-fd", "0", code=2, name="x")
+        self.assertIn("--out-port", self.errors)
         self.run_ctl("receive", "--account", "nobody", code=1)
         self.run_ctl("list", "nowhere", code=1)
         self.run_ctl("page", "受信", code=2)

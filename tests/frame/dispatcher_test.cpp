@@ -4,7 +4,7 @@
 
 #include <QSet>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mail/open_message.h"
+#include "mail/store/known_addresses.h"
 #include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "storage/connection.h"
@@ -40,6 +41,30 @@ TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
   EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m'1"))), source);
   EXPECT_FALSE(store_.LoadMessageSource(*Request(QStringLiteral("m2"))));
   EXPECT_FALSE(store_.StoreMessage(Disk(), source));
+}
+
+TEST_F(MailStoreTest, AddressesThatWereWrittenToAreReadOnceAndOfferedAtOnce) {
+  const auto send = [this](const char* to) {
+    return profile_.Store(QByteArray("To: ") + to + "\r\n\r\n", kStatusSent);
+  };
+  const auto change = [this](const QString& serialId, const QString& value) {
+    const OpenedDatabase opened(profile_.Get(), DatabaseKind::Mail);
+    EXPECT_TRUE(profile_.Get().Data.Execute(QStringLiteral("UPDATE mail SET ") + value +
+                                            QStringLiteral(" WHERE SERIALID = '") + serialId +
+                                            u'\''));
+  };
+  KnownAddresses known(profile_.Get());
+  const QString first = send("one@example.jp");
+  send("two@example.jp");
+  const QStringList both{QStringLiteral("two@example.jp"), QStringLiteral("one@example.jp")};
+  EXPECT_EQ(known.Offers().mid(0, 2), both);
+  change(first, QStringLiteral("FIELD_MAILADDRESS = 'TO: never@example.jp'"));
+  EXPECT_EQ(known.Offers().mid(0, 2), both) << "it was read again";
+  const QString third = send("three@example.jp");
+  change(third, QStringLiteral("FIELD_TIMESTAMP = '2999-01-01 00:00:00.000'"));
+  EXPECT_EQ(known.Offers().value(0), QStringLiteral("three@example.jp"));
+  send("four@example.jp");
+  EXPECT_TRUE(known.Offers().contains(QStringLiteral("four@example.jp"))) << "a clock was wrong";
 }
 
 TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {

@@ -5,6 +5,7 @@
 #include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "objects/account.h"
+#include "objects/folder_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile.h"
@@ -433,6 +434,17 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
   EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";
+  // Nor does a text in a condition that the user wrote.
+  const QString written = QStringLiteral("written");
+  const DiskPtr folder = MakeObject(written, object_type::kFolder, written);
+  profile_.Get().Objects.Add(folder);
+  for (const auto& [sql, found] : {std::pair{u"FIELD_SUBJECT LIKE '*status*'", 0},
+                                   {u"FIELD_SUBJECT = \"in folder.one\"", 1},
+                                   {u"[Status] < 0 AND FIELD_SUBJECT LIKE '*status*'", 1}}) {
+    FolderObject::SetConditions(*folder, true, QString::fromUtf16(sql), {});
+    EXPECT_EQ(count({Line(Kind::Folder, {written})}), found)
+        << QString::fromUtf16(sql).toStdString();
+  }
   Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), false);
   EXPECT_EQ(count(subjects), 4);
 }

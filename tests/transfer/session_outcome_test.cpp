@@ -40,7 +40,7 @@ QString Play(const SmtpJob& job, SessionRecorder& events, const QByteArray& serv
 QString PlayPop3(SessionRecorder& events, const QByteArray& server,
                  const QString& password = QStringLiteral("s3cret"), bool apop = false) {
   QByteArray said;
-  Pop3Session session({QStringLiteral("mail.example"), QStringLiteral("user"), password, apop},
+  Pop3Session session({QStringLiteral("mail.example"), {QStringLiteral("user"), password}, apop},
                       events, [&said](const QByteArray& bytes) { said += bytes; });
   for (qsizetype at = 0; at < server.size() && !session.Finished(); ++at) {
     session.Receive(server.sliced(at, 1));
@@ -164,7 +164,9 @@ TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
 
   SessionRecorder mailbox;
   Pop3Session third(
-      {QStringLiteral("mail.example"), QStringLiteral("user"), QStringLiteral("s3cret"), false,
+      {QStringLiteral("mail.example"),
+       {QStringLiteral("user"), QStringLiteral("s3cret")},
+       false,
        Security::StartTls},
       mailbox, [](const QByteArray&) {}, [&handshakes] { ++handshakes; });
   third.Receive("+OK hi\r\n");
@@ -211,7 +213,7 @@ TEST(EnvelopeAddressTest, DomainsAreALabelsAndLocalPartsNeedTheirExtension) {
 
 TEST(RedactionTest, NoFormOfASecretIsShown) {
   const QString password = QStringLiteral("Kyoto-2026");
-  const Redaction redaction(QStringLiteral("yamada"), password);
+  const Redaction redaction(Credentials{QStringLiteral("yamada"), password});
   const QByteArray plain = password.toUtf8();
   const QByteArray blob = '\0' + QByteArray("yamada") + '\0' + plain;
   const QByteArray encoded = plain.toBase64();
@@ -287,7 +289,7 @@ QStringList SentencesOf(const QByteArray& answer, const SmtpJob& job) {
   QStringList all;
   for (const char* before : {"", "+OK\r\n-ERR\r\n+OK\r\n", "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n"}) {
     SessionRecorder pop3;
-    PlayPop3(pop3, before + ("-ERR " + answer) + "\r\n", job.password);
+    PlayPop3(pop3, before + ("-ERR " + answer) + "\r\n", job.who.password);
     all += pop3.errors;
   }
   const QByteArray login = "220\r\n250-x\r\n250 AUTH PLAIN\r\n";
@@ -304,9 +306,9 @@ QStringList SentencesOf(const QByteArray& answer, const SmtpJob& job) {
 TEST(RedactionTest, WhatAServerSaysIsShownPlainAndBounded) {
   SmtpJob job = Job();
   job.authenticate = true;
-  job.user = QStringLiteral("user");
-  job.password = QStringLiteral("Kyoto-2026");
-  const QByteArray secret = job.password.toUtf8();
+  job.who.user = QStringLiteral("user");
+  job.who.password = QStringLiteral("Kyoto-2026");
+  const QByteArray secret = job.who.password.toUtf8();
   const QByteArray blob = (QByteArray("\0user\0", 6) + secret).toBase64();
   for (const auto& [text, words] : kAnswers) {
     const QByteArray answer = QByteArray(text).replace("PLAIN %", "PLAIN " + blob);
@@ -333,8 +335,8 @@ TEST(RedactionTest, WhatAServerSaysIsShownPlainAndBounded) {
 TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   SmtpJob job = Job();
   job.authenticate = true;
-  job.user = QStringLiteral("yamada");
-  job.password = QStringLiteral("Kyoto-2026");
+  job.who.user = QStringLiteral("yamada");
+  job.who.password = QStringLiteral("Kyoto-2026");
   const QByteArray blob = (QByteArray("\0yamada\0", 8) + "Kyoto-2026").toBase64();
   SessionRecorder plain;
   Play(job, plain, "220\r\n250-x\r\n250 AUTH PLAIN\r\n535 bad AUTH PLAIN " + blob + "\r\n221\r\n");
@@ -342,9 +344,9 @@ TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   EXPECT_FALSE(plain.Shown().contains(QString::fromLatin1(blob.first(10))));
 
   const QByteArray challenge = "<1.2@x>";
-  const QByteArray digest =
-      QMessageAuthenticationCode::hash(challenge, job.password.toUtf8(), QCryptographicHash::Md5)
-          .toHex();
+  const QByteArray digest = QMessageAuthenticationCode::hash(challenge, job.who.password.toUtf8(),
+                                                             QCryptographicHash::Md5)
+                                .toHex();
   SessionRecorder cram;
   Play(job, cram,
        "220\r\n250-x\r\n250 AUTH CRAM-MD5\r\n334 " + challenge.toBase64() + "\r\n535 wrong " +
@@ -426,6 +428,26 @@ TEST(Pop3Limits, APlusAloneIsAContinuation) {
       events, "+OK\r\n+OK\r\nSASL LOGIN\r\n.\r\n+\r\n+ \r\n+OK\r\n+OK\r\n.\r\n+OK\r\n.\r\n+OK\r\n");
   EXPECT_TRUE(said.contains(QStringLiteral("AUTH LOGIN|dXNlcg==|czNjcmV0|LIST")))
       << said.toStdString();
+}
+
+// The login's commands, by their first two words.
+QString LoginCommands(const QByteArray& capabilities, const QByteArray& answers) {
+  SessionRecorder events;
+  QStringList said =
+      PlayPop3(events, "+OK\r\n+OK\r\n" + capabilities + ".\r\n" + answers).split(u'|');
+  said.removeFirst();  // CAPA
+  for (QString& line : said) line = line.section(u' ', 0, 1);
+  return said.join(u'|');
+}
+
+TEST(Pop3Limits, AMechanismThatTheServerDoesNotDoIsFollowedByTheNext) {
+  EXPECT_EQ(LoginCommands("SASL LOGIN\r\nUSER\r\n", "-ERR unknown\r\n+OK\r\n-ERR no\r\n"),
+            QStringLiteral("AUTH LOGIN|USER user|PASS s3cret"));
+  EXPECT_EQ(LoginCommands("SASL LOGIN\r\nUSER\r\n", "+\r\n+\r\n-ERR wrong\r\n"),
+            QStringLiteral("AUTH LOGIN|dXNlcg==|czNjcmV0"));
+  // In clear not by one that shows the password, unless it is the login that all servers have.
+  EXPECT_EQ(LoginCommands("SASL LOGIN CRAM-MD5\r\n", "-ERR unknown\r\n"),
+            QStringLiteral("AUTH CRAM-MD5"));
 }
 
 }  // namespace

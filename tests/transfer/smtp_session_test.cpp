@@ -61,8 +61,8 @@ TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
 
 TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   job_.authenticate = true;
-  job_.user = QStringLiteral("tim");
-  job_.password = QStringLiteral("tanstaaftanstaaf");
+  job_.who.user = QStringLiteral("tim");
+  job_.who.password = QStringLiteral("tanstaaftanstaaf");
   // The example of RFC 2195.
   EXPECT_TRUE(Play("220\r\n250-x\r\n250 AUTH PLAIN CRAM-MD5\r\n"
                    "334 PDE4OTYuNjk3MTcwOTUyQHBvc3RvZmZpY2UucmVzdG9uLm1jaS5uZXQ+\r\n235\r\n")
@@ -73,7 +73,34 @@ TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   events_.errors.clear();
   Play("220\r\n250 AUTH PLAIN\r\n535 bad\r\n221\r\n");
   EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("パスワードを確認")));
-  EXPECT_FALSE(events_.errors.value(0).contains(job_.password));
+  EXPECT_FALSE(events_.errors.value(0).contains(job_.who.password));
+}
+
+TEST_F(SmtpSessionTest, AMechanismThatIsRefusedIsFollowedByTheNext) {
+  job_.authenticate = true;
+  job_.who.user = QStringLiteral("tim");
+  job_.who.password = QStringLiteral("pass");
+  const auto commands = [this](const QByteArray& server) {
+    events_.errors.clear();
+    QStringList said;
+    for (const QString& line : Play("220\r\n250-x\r\n250 " + server).split(u'|')) {
+      if (line.startsWith(QStringLiteral("AUTH"))) said += line.section(u' ', 1, 1);
+    }
+    return said.join(u' ');
+  };
+  for (const QByteArray code : {"501", "504", "534", "538"}) {
+    // Never by one that shows the password where the server has one that does not.
+    EXPECT_EQ(commands("AUTH PLAIN LOGIN CRAM-MD5\r\n" + code + "\r\n235\r\n"),
+              QStringLiteral("CRAM-MD5"))
+        << code.toStdString();
+    EXPECT_EQ(events_.codes.last(), PopError::Login);
+  }
+  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n504\r\n334\r\n334\r\n235\r\n"),
+            QStringLiteral("PLAIN LOGIN"));
+  // What is not to go in clear does not go in clear in another form; a wrong password goes once.
+  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n538\r\n221\r\n"), QStringLiteral("PLAIN"));
+  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n535\r\n221\r\n"), QStringLiteral("PLAIN"));
+  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n504\r\n504\r\n221\r\n"), QStringLiteral("PLAIN LOGIN"));
 }
 
 TEST_F(SmtpSessionTest, FailuresLeaveTheMessageWaiting) {

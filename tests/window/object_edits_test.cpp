@@ -13,7 +13,7 @@
 #include <QTreeWidget>
 #include <map>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "frame/request_queue.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"

@@ -3,7 +3,7 @@
 #include <QHash>
 #include <QTreeWidget>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "storage/context.h"
 
 namespace vorn {

@@ -2,7 +2,7 @@
 
 #include <QMenu>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "objects/settings.h"
 #include "storage/context.h"
 

@@ -13,7 +13,7 @@
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/ui.h"
-#include "transfer/results/receive_stop_rules.h"
+#include "transfer/rules/receive_stop_rules.h"
 
 namespace vorn {
 namespace {

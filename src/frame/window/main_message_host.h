@@ -3,6 +3,7 @@
 #include "frame/window/folder_changes.h"
 #include "frame/window/main_closing.h"
 #include "frame/window/opener.h"
+#include "mail/store/known_addresses.h"
 #include "mail/window/message_host.h"
 #include "transfer/plan/check_plan.h"
 
@@ -27,7 +28,7 @@ class MainMessageHost : public MessageHost {
     const MainClosing& closing;
     MainStatusBar& status;
   };
-  explicit MainMessageHost(const Parts& parts) : parts_(parts) {}
+  explicit MainMessageHost(const Parts& parts) : parts_(parts), known_(parts.context) {}
 
   void SendMessage(const QString& serialId) override {
     parts_.plan.CreateMessagePlan(kPlanSend, serialId);
@@ -46,6 +47,7 @@ class MainMessageHost : public MessageHost {
   QString NeighbourMessage(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
+  QStringList OfferedAddresses() override { return known_.Offers(); }
   void AddToBook(const QStringList& serialIds) override;
   bool IsClosing() const override { return parts_.closing.IsClosing(); }
   void MessageStored() override { parts_.changes.Note(); }
@@ -54,6 +56,7 @@ class MainMessageHost : public MessageHost {
   void MakeRule(const QString& serialId, bool stops);
 
   const Parts parts_;
+  KnownAddresses known_;
 };
 
 }  // namespace vorn

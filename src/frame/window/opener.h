@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "frame/request_queue.h"
 #include "storage/context.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "frame/window/browser_area.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <vector>
 
-#include "frame/request_window.h"
+#include "objects/request_window.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_profiles.h"
 #include "storage/context.h"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "frame/request_queue.h"
 #include "transfer/mail_traffic.h"
 

@@ -18,16 +18,6 @@ constexpr QChar kFieldSeparator = u'\0';
 
 enum FieldIndex { kKindField = 0, kLabelField, kConnectorField, kNegationField, kValueField };
 
-// Whether a condition asks for a table, in its words rather than in a text that it looks for.
-bool UsesTable(const QString& condition, QStringView table) {
-  bool isText = false;
-  for (const QString& piece : condition.split(u'\'')) {
-    if (!isText && piece.contains(table)) return true;
-    isText = !isText;
-  }
-  return false;
-}
-
 }  // namespace
 
 std::optional<ConditionLine> ParseConditionLine(const QString& line) {
@@ -97,7 +87,8 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   const QString condition = Condition(folder.SerialID(), folder);
   const bool isCareful = Settings(context_).IsCareful();
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
-  const bool joins = isCareful ? UsesTable(condition, u"folder.") : condition.contains(u"folder.");
+  const bool joins =
+      isCareful ? NamesTable(condition, QLatin1String("folder")) : condition.contains(u"folder.");
   QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
   if (folder.SerialID() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
@@ -133,7 +124,7 @@ QString FolderSqlBuilder::ConditionOnce(const QString& serialId) {
 QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
   if (FolderObject(folder).UsesSql()) {
     const QString sql = FolderObject(folder).Sql();
-    asksForState_ = asksForState_ || sql.contains(u"STATUS", Qt::CaseInsensitive);
+    asksForState_ = asksForState_ || NamesColumn(sql, QLatin1String("STATUS"));
     return sql;
   }
   const QString list = FolderObject(folder).Conditions();

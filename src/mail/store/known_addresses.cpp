@@ -1,8 +1,5 @@
 #include "mail/store/known_addresses.h"
 
-#include <QSet>
-
-#include "mail/codec/address.h"
 #include "mail/store/message_rows.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
@@ -10,6 +7,7 @@
 #include "objects/object_types.h"
 #include "storage/databases.h"
 #include "storage/shown_text.h"
+#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -27,11 +25,8 @@ class AddressCollector {
     plain.displayName = WithoutDirectionMarks(entry.displayName);
     texts_.append(TypedForm(plain));
   }
-  void AddLines(const QString& lines) {
-    for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
-      const AddressEntry entry = ParseAddressEntry(line);
-      if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) Add(entry);
-    }
+  void Add(const QList<AddressEntry>& entries) {
+    for (const AddressEntry& entry : entries) Add(entry);
   }
   const QStringList& Texts() const { return texts_; }
 
@@ -40,25 +35,48 @@ class AddressCollector {
   QStringList texts_;
 };
 
-void AddPastRecipients(Context& context, AddressCollector& collector) {
-  const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return;
-  if (const RecordsetPtr rows = MessageRows(context.Data).Sent()) {
-    for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
-      collector.AddLines(rows->Fields(u"FIELD_MAILADDRESS").toString());
-    }
+// Of address lines all but the senders.
+QList<AddressEntry> Recipients(const QString& lines) {
+  QList<AddressEntry> entries;
+  for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) entries.append(entry);
   }
+  return entries;
 }
 
 }  // namespace
 
-QStringList KnownAddresses(Context& context) {
-  AddressCollector collector;
-  for (const DiskPtr& object : context.Objects) {
-    if (AnyObject(*object).Is(object_type::kBook)) collector.AddLines(BookObject(*object).Lines());
+// A file that cannot be read leaves what is known.
+void KnownAddresses::ReadSent() {
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return;
+  const RecordsetPtr rows = MessageRows(context_.Data).SentSince(readTo_);
+  if (rows == nullptr) return;
+  QList<AddressEntry> entries;
+  for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
+    const QString time = rows->Fields(u"FIELD_TIMESTAMP").toString();
+    if (i == 0) readTo_ = time;
+    const QString message = time + rows->Fields(u"SERIALID").toString();
+    if (read_.contains(message)) continue;
+    read_.insert(message);
+    entries += Recipients(rows->Fields(u"FIELD_MAILADDRESS").toString());
   }
-  AddPastRecipients(context, collector);
-  for (const DiskPtr& object : context.Objects) {
+  recipients_ = entries + recipients_;
+  // A message from the future, by a clock that was wrong, hides none.
+  readTo_ = qMin(readTo_, CurrentTimeText());
+}
+
+QStringList KnownAddresses::Offers() {
+  AddressCollector collector;
+  for (const DiskPtr& object : context_.Objects) {
+    if (AnyObject(*object).Is(object_type::kBook)) {
+      collector.Add(Recipients(BookObject(*object).Lines()));
+    }
+  }
+  ReadSent();
+  collector.Add(recipients_);
+  for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kAccount)) continue;
     const Account account(object);
     collector.Add(

@@ -139,23 +139,14 @@ Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
 
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
                              const MessageIndex& index) {
-  bool isNew = false;
-  if (!WriteRow(request, source, index, &isNew)) return false;
-  // A new message has no folders yet.
-  const bool hasFolders = !isNew || !MessageBag(request).Folders().isEmpty();
-  return !hasFolders || WriteFolders(request);
-}
-
-bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
-                         bool* isNew) {
   DataSession& data = context_.Data;
   const MessageBag message(request);
   if (!data.OpenRecordset(SelectRow(request), CursorKind::Updatable)) return false;
   const RecordsetPtr row = data.Recordset();
-  *isNew = row->Eof();
-  *isNew ? row->AddNew() : row->Edit();
+  const bool isNew = row->Eof();
+  isNew ? row->AddNew() : row->Edit();
   row->SetField(QStringLiteral("SERIALID"), request.SerialID());
-  if (*isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
+  if (isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
   row->SetField(QStringLiteral("MAIL"), source);
   row->SetField(QStringLiteral("STATUS"), message.StateNow().Stored());
   row->SetField(QStringLiteral("FIELD_TIMESTAMP"), message.Timestamp(data.Now()));
@@ -163,7 +154,10 @@ bool MailStore::WriteRow(const Disk& request, const QByteArray& source, const Me
   row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
   row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);
   row->SetField(QStringLiteral("FIELD_FLAG"), index.flags);
-  return row->Update();
+  if (!row->Update()) return false;
+  // A new message has no folders yet.
+  const bool hasFolders = !isNew || !message.Folders().isEmpty();
+  return !hasFolders || WriteFolders(request);
 }
 
 Result<QByteArray> MailStore::LoadMessageSource(const Disk& request) {

@@ -75,8 +75,6 @@ class MailStore {
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
   Result<Received> StoreUnlessKnown(const Disk& request, const QByteArray& source,
                                     const std::optional<qint64>& identity, QString* alike);
-  bool WriteRow(const Disk& request, const QByteArray& source, const MessageIndex& index,
-                bool* isNew);
   bool WriteState(StateMask mask, const Disk& request);
   bool WriteFolders(const Disk& request);
 

@@ -50,8 +50,11 @@ RecordsetPtr MessageRows::WaitingUntried(const QString& serialId) {
   return Where(QStringLiteral("STATUS = %1 AND ").arg(kStatusWaiting) + kUntried + one);
 }
 
-RecordsetPtr MessageRows::Sent() {
-  return Where(QStringLiteral("STATUS = %1 ORDER BY FIELD_TIMESTAMP DESC").arg(kStatusSent));
+RecordsetPtr MessageRows::SentSince(const QString& time) {
+  const QString since =
+      time.isEmpty() ? QString() : QStringLiteral(" AND FIELD_TIMESTAMP >= ") + QuoteSql(time);
+  return Where(QStringLiteral("STATUS = %1").arg(kStatusSent) + since +
+               QStringLiteral(" ORDER BY FIELD_TIMESTAMP DESC"));
 }
 
 qint64 MessageRows::LastNumber() {

@@ -28,8 +28,8 @@ class MessageRows {
   RecordsetPtr Waiting();
   /// What waits and has no such attempt: one message, or all of them.
   RecordsetPtr WaitingUntried(const QString& serialId = {});
-  /// What was sent, the newest first.
-  RecordsetPtr Sent();
+  /// What was sent at that time (FIELD_TIMESTAMP) or later, the newest first; empty: at any.
+  RecordsetPtr SentSince(const QString& time);
 
   /// The number of the row that came last; 0 without any.
   qint64 LastNumber();

@@ -39,19 +39,16 @@ MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocum
       receipt_(receipt),
       window_(window) {}
 
-bool MessageClosing::AskToSave(bool* cancelled) {
+QMessageBox::StandardButton MessageClosing::AskToSave() {
   // Who ends the program by mistake may want to stay.
   const bool mayStay =
       !host_.IsClosing() || (Settings(context_).IsCareful() && !qApp->isSavingSession());
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (mayStay) buttons |= QMessageBox::Cancel;
-  const auto answer =
-      ShowBox(&window_, QMessageBox::Question,
-              Ui::tr("このメッセージを保存します。よろしいですか？"), buttons, QMessageBox::Yes,
-              // Without "Cancel" Escape keeps what was written, rather than the contrary.
-              mayStay ? QMessageBox::NoButton : QMessageBox::Yes);
-  *cancelled = answer == QMessageBox::Cancel;
-  return answer == QMessageBox::Yes;
+  return ShowBox(&window_, QMessageBox::Question,
+                 Ui::tr("このメッセージを保存します。よろしいですか？"), buttons, QMessageBox::Yes,
+                 // Without "Cancel" Escape keeps what was written, rather than the contrary.
+                 mayStay ? QMessageBox::NoButton : QMessageBox::Yes);
 }
 
 bool MessageClosing::StoreEdited() {
@@ -104,10 +101,9 @@ bool MessageClosing::Store() {
   if (isNew && isAnswer && !sends && !isEdited_) return true;  // it can be made again
   if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
   if (isNew && !sends) {
-    bool cancelled = false;
-    const bool save = AskToSave(&cancelled);
-    if (cancelled) return false;
-    if (!save) {
+    const auto answer = AskToSave();
+    if (answer == QMessageBox::Cancel) return false;
+    if (answer != QMessageBox::Yes) {
       Drafts::Forget(context_, document_.Tag());
       return true;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMessageBox>
+
 #include "storage/context.h"
 
 class QWidget;
@@ -32,7 +34,7 @@ class MessageClosing {
  private:
   bool Store();
   bool IsBlank() const;
-  bool AskToSave(bool* cancelled);
+  QMessageBox::StandardButton AskToSave();
   bool StoreEdited();
   void NoteAnswer();
 

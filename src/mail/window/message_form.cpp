@@ -17,7 +17,6 @@
 #include "kit/window/tool_letter.h"
 #include "mail/codec/invitation.h"
 #include "mail/date_line.h"
-#include "mail/store/known_addresses.h"
 #include "mail/window/address_list.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/header_list.h"
@@ -74,7 +73,7 @@ MessageForm::MessageForm(Context& context, MessageHost& host)
     : context_(context),
       host_(host),
       txSubject_(new QLineEdit),
-      lvMailaddress_(new AddressList([&context] { return KnownAddresses(context); })),
+      lvMailaddress_(new AddressList([&host] { return host.OfferedAddresses(); })),
       tbMailaddress_(new QToolBar),
       lbDateName_(PlainLabel(Ui::tr("日時", "heading"))),
       lbDate_(PlainLabel(QString())),

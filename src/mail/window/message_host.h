@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "frame/request_queue.h"
+#include "mail/mail_request.h"
 
 namespace vorn {
 
@@ -32,6 +32,8 @@ class MessageHost {
   virtual void GatherAlike(const QString& serialId) = 0;
   /// The same with the window of the receive-stop rules.
   virtual void StopAlike(const QString& serialId) = 0;
+  /// The addresses that are offered while the user types one (`KnownAddresses`).
+  virtual QStringList OfferedAddresses() = 0;
   /// Puts those with whom messages were exchanged into an address book.
   virtual void AddToBook(const QStringList& serialIds) = 0;
   /// Whether the program is about to end, so that a question must not keep a window open.

@@ -9,8 +9,8 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "frame/event_log.h"
-#include "frame/event_record.h"
+#include "events/event_log.h"
+#include "events/event_record.h"
 #include "kit/window/cascade.h"
 #include "kit/window/icons.h"
 #include "kit/window/screen_fit.h"

@@ -2,13 +2,13 @@
 
 #include <QMainWindow>
 
-#include "frame/request_window.h"
 #include "mail/message_document.h"
 #include "mail/window/message_closing.h"
 #include "mail/window/message_commands.h"
 #include "mail/window/message_host.h"
 #include "mail/window/message_output.h"
 #include "mail/window/receipt_question.h"
+#include "objects/request_window.h"
 
 namespace vorn {
 

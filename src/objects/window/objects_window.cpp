@@ -6,10 +6,10 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "frame/start_up.h"
 #include "kit/window/plain_text.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
+#include "objects/object_loader.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -92,7 +92,7 @@ void ObjectsWindow::TakeProposal(const Disk& request) {
   if (!name.isEmpty()) file_->Name()->setText(name);
   const QString condition = ObjectRequest(request).Condition();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvCondition"));
-  if (!condition.isEmpty() && list != nullptr) ControlListViewItem(*list, condition);
+  if (!condition.isEmpty() && list != nullptr) Pages().ControlListViewItem(*list, condition);
 }
 
 // The text of an event about the object; shown, never saved.
@@ -104,7 +104,7 @@ void ObjectsWindow::AddEventPage(const QString& text) {
   box->setReadOnly(true);
   static_cast<QFormLayout*>(page->layout())->addRow(box);
   AddPage(page);
-  ShowPage(page);  // which is what was asked for
+  Pages().ShowPage(page);  // which is what was asked for
 }
 
 void ObjectsWindow::SetObjectText(const QString& text) {
@@ -132,7 +132,7 @@ bool ObjectsWindow::Save() {
   // A receive password that is not saved is still known until the program ends.
   if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + Account::PasswordKey()))
     bag->Let(Account::PasswordKey(), box->text());
-  TakeOver(*bag);
+  TakeOver(GetContext(), *bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/event_log.h"
+#include "events/event_log.h"
 #include "objects/window/editing_window.h"
 
 namespace vorn {

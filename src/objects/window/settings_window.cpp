@@ -240,12 +240,12 @@ SettingsWindow::SettingsWindow(Context& context, QWidget* parent)
   AddPage(new EditPage);
   AddPage(new ReadPage);
   AddPage(new FontPage);
-  auto* search = new PageSearch(Pages());
+  auto* search = new PageSearch(Pages().Tabs());
   static_cast<QVBoxLayout*>(layout())->insertWidget(0, search);
   auto* find = new QShortcut(QKeySequence::Find, this);
   connect(find, &QShortcut::activated, search, qOverload<>(&QWidget::setFocus));
-  setTabOrder(search, &Pages());
-  Pages().setFocus();
+  setTabOrder(search, &Pages().Tabs());
+  Pages().Tabs().setFocus();
   resize(kSettingsSize.expandedTo(sizeHint()));
 }
 

@@ -62,7 +62,7 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
 }
 
 BrowserWindow::~BrowserWindow() {
-  maker_->StopAsking();
+  maker_->Search().Stop();
   page_.queue.Close();
   engine_->Close();
   reading_->Drop();
@@ -75,7 +75,7 @@ void BrowserWindow::Lay() {
   layout->setSpacing(0);
   layout->addWidget(toolbar_);
   layout->addWidget(engine_->Scripts());
-  layout->addWidget(maker_->Bar());
+  layout->addWidget(maker_->Search().Bar());
   layout->addWidget(folder_->Bar());
   layout->addWidget(split_, 1);
 }
@@ -90,7 +90,7 @@ void BrowserWindow::ConnectEngine() {
     TakeView();
     split_->SetPage(engine_->View());
   });
-  connect(engine_.get(), &EngineView::StepFollowed, this, &BrowserWindow::StepWanted);
+  connect(&engine_->Links(), &PageLinks::StepFollowed, this, &BrowserWindow::StepWanted);
   connect(engine_.get(), &EngineView::Crashed, this, [this] {
     if (!IsLocal()) return page_.change.Detach();
     folder_->Lose();

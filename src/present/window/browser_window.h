@@ -3,7 +3,7 @@
 #include <QWidget>
 #include <memory>
 
-#include "frame/request_window.h"
+#include "objects/request_window.h"
 #include "present/shown_page.h"
 #include "storage/context.h"
 

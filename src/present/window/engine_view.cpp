@@ -17,6 +17,7 @@
 #include "present/window/script_bar.h"
 
 namespace vorn {
+
 EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
     : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
   MakeView();
@@ -79,13 +80,7 @@ void EngineView::Use(bool local) {
 }
 
 void EngineView::ConnectPage() {
-  connect(page_, &LinkPage::CommandFollowed, this, &EngineView::CommandFollowed);
-  // Outside the engine's question whether the page goes on to it.
-  connect(page_, &LinkPage::StepFollowed, this, &EngineView::StepFollowed, Qt::QueuedConnection);
-  connect(page_, &LinkPage::RowTold, this, &EngineView::RowTold);
-  connect(page_, &LinkPage::MailtoFollowed, this, &EngineView::MailtoFollowed);
-  connect(page_, &LinkPage::FirstNavigation, this, &EngineView::FirstNavigation,
-          Qt::QueuedConnection);
+  links_.Follow(*page_);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &EngineView::Crashed);
   page_->OnNewWindow(makeWindow_);
 }
@@ -93,7 +88,10 @@ void EngineView::ConnectPage() {
 void EngineView::LetGo() {
   if (view_ == nullptr) return;
   view_->disconnect(this);
-  if (page_ != nullptr) page_->disconnect(this);
+  if (page_ != nullptr) {
+    page_->disconnect(this);
+    page_->disconnect(&links_);
+  }
   delete std::exchange(view_, nullptr);
   page_ = nullptr;
 }

@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <functional>
 
-#include "mail/mail_request.h"
+#include "present/window/page_links.h"
 #include "storage/context.h"
 
 class QPoint;
@@ -39,6 +39,8 @@ class EngineView : public QObject {
   /// There is none after they were let go.
   QWebEngineView* View() const { return view_; }
   LinkPage* Page() const { return page_; }
+  /// What is followed in the page.
+  PageLinks& Links() { return links_; }
   /// The line above a web page whose scripts do not run.
   ScriptBar* Scripts() const { return scripts_; }
   /// Makes the page of a new window that a web page asks for.
@@ -68,12 +70,6 @@ class EngineView : public QObject {
   void DownloadRefused();
   /// The page's process has ended.
   void Crashed();
-  // See `LinkPage`.
-  void CommandFollowed(const vorn::MailRequest& request);
-  void StepFollowed(const QString& step);
-  void RowTold(const QString& what, const QString& serialId);
-  void MailtoFollowed(const QString& url);
-  void FirstNavigation(const QUrl& url);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -87,6 +83,7 @@ class EngineView : public QObject {
   ScriptBar* scripts_;
   QWebEngineView* view_ = nullptr;
   LinkPage* page_ = nullptr;
+  PageLinks links_;
   QString fontStyle_;  // of the page that was loaded last
   std::function<QWebEnginePage*()> makeWindow_;
   bool isLocal_ = false;

@@ -55,7 +55,7 @@ void PageLoader::Show() {
   PageRequest& request = page_.request;
   rest_.End();
   engine_.Use(request.IsLocal());
-  if (!request.IsLocal()) maker_.StopAsking();
+  if (!request.IsLocal()) maker_.Search().Stop();
   if (request.IsLocal() && !request.HasPage()) request.SetPage(PageRequest::kFirstShown);
   if (!request.IsLocal() || Make()) Load();
 }

@@ -1,7 +1,5 @@
 #include "present/window/page_maker.h"
 
-#include <QSet>
-#include <QTimer>
 #include <utility>
 
 #include "mail/codec/code_page_932.h"
@@ -20,11 +18,6 @@
 #include "storage/ui.h"
 
 namespace vorn {
-namespace {
-
-constexpr int kLookAgainMs = 2000;
-
-}  // namespace
 
 PageMaker::PageMaker(Context& context, MessageListPages& pages, PageReading& reading,
                      PageRequest& request, PagePlace& place)
@@ -34,25 +27,21 @@ PageMaker::PageMaker(Context& context, MessageListPages& pages, PageReading& rea
       request_(request),
       place_(place),
       counter_(pages, request),
-      wait_(new ConditionWait(context, [this] { TellStopped(); })) {}
-
-QWidget* PageMaker::Bar() const {
-  return wait_;
-}
-
-QString PageMaker::Question() const {
-  return pages_.Question(request_.Folder(), request_.Search());
+      search_(context, pages, request) {
+  connect(&search_, &LongSearch::Failed, this, &PageMaker::TellFailure);
+  connect(&search_, &LongSearch::Stopped, this, &PageMaker::TellStopped);
+  connect(&search_, &LongSearch::Outdated, this, &PageMaker::AnewWanted);
 }
 
 bool PageMaker::Make() {
   const DiskPtr folder = LoadObject(context_, request_.Folder());
   if (folder == nullptr) return request_.HasUrl();
   Q_EMIT Named(AnyObject(*folder).ShownName());
-  if (wait_->IsAsking(Question())) {
+  if (search_.IsUnderWay()) {
     if (request_.HasUrl()) Q_EMIT PageStays();
     return false;
   }
-  wait_->Stop();
+  search_.Stop();
   reading_.Drop();
   if (request_.Folder() == fixed_serial::kInbox && IsFirstUse(context_)) {
     Q_EMIT TextWanted(FirstUseText(context_));
@@ -185,37 +174,7 @@ void PageMaker::AskElsewhere(const std::function<void()>& then) {
   } else if (!request_.IsForPrinting()) {
     Q_EMIT TextWanted(Ui::tr("<p>読み込み中です。</p>"));
   }
-  wait_->Ask(Question(),
-             [this, then](const ConditionRun::Answer& answer) { TakeAnswer(answer, then); });
-  gone_.clear();
-}
-
-void PageMaker::TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then) {
-  if (!answer.values) return TellFailure(answer.values.Error().text);
-  QStringList serialIds;
-  for (const QVariant& value : *answer.values) serialIds.append(value.toString());
-  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
-    return gone.contains(message);
-  });
-  pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
-  if (wait_->TakeAgain()) LookAgain();
-  then();
-}
-
-// What has changed while the messages were looked for may not be in the answer.
-void PageMaker::LookAgain() {
-  const QString folder = request_.Folder();
-  const FolderSearch search = request_.Search();
-  QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
-    if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
-      return;
-    pages_.Forget(folder, search);
-    Q_EMIT AnewWanted();
-  });
-}
-
-void PageMaker::StopAsking() {
-  wait_->Stop();
+  search_.Begin(then);
 }
 
 void PageMaker::TellStopped() {

@@ -1,24 +1,20 @@
 #pragma once
 
 #include <QObject>
-#include <QStringList>
 #include <functional>
 #include <optional>
 
+#include "present/window/long_search.h"
 #include "present/window/page_counter.h"
-#include "storage/condition_run.h"
-
-class QWidget;
 
 namespace vorn {
 
-class ConditionWait;
 class PagePlace;
 class PageReading;
 class PageRequest;
 
-/// Makes the page of a request's folder. What takes long is asked on a thread of its own, with a
-/// bar above the page meanwhile.
+/// Makes the page of a request's folder. Where it takes long to find the messages, a `LongSearch`
+/// does.
 class PageMaker : public QObject {
   Q_OBJECT
 
@@ -38,11 +34,8 @@ class PageMaker : public QObject {
   /// The page that comes begins with the newest message in sight.
   void BeginAtNewest();
 
-  /// Messages have left the folder: they are none of those that are being looked for.
-  void LeaveOut(const QStringList& messages) { gone_ += messages; }
-  void StopAsking();
-  /// The bar.
-  QWidget* Bar() const;
+  /// What finds the folder's messages where that takes long.
+  LongSearch& Search() { return search_; }
   /// What counts the folder's pages.
   PageCounter& Counter() { return counter_; }
 
@@ -71,10 +64,7 @@ class PageMaker : public QObject {
   void ChooseFirstPage();
   bool IsAtNewest() const;
   bool IsNewestFirst() const;
-  QString Question() const;
   void AskElsewhere(const std::function<void()>& then);
-  void TakeAnswer(const ConditionRun::Answer& answer, const std::function<void()>& then);
-  void LookAgain();
   void TellStopped();
   void TellFailure(const QString& reason);
   QByteArray WithoutHit(QByteArray page) const;
@@ -85,8 +75,7 @@ class PageMaker : public QObject {
   PageRequest& request_;
   PagePlace& place_;
   PageCounter counter_;
-  ConditionWait* wait_;
-  QStringList gone_;      // since the folder's messages have been looked for elsewhere
+  LongSearch search_;
   bool follows_ = false;  // the newest page, as it is made anew
 };
 

@@ -54,9 +54,9 @@ void ShownFolder::ConnectPaging() {
 }
 
 void ShownFolder::ConnectMessages() {
-  connect(&parts_.engine, &EngineView::CommandFollowed, &messages_, &PageMessages::Follow);
-  connect(&parts_.engine, &EngineView::StepFollowed, &paging_, &FolderPaging::Follow);
-  connect(&parts_.engine, &EngineView::RowTold, &messages_, &PageMessages::Told);
+  connect(&parts_.engine.Links(), &PageLinks::CommandFollowed, &messages_, &PageMessages::Follow);
+  connect(&parts_.engine.Links(), &PageLinks::StepFollowed, &paging_, &FolderPaging::Follow);
+  connect(&parts_.engine.Links(), &PageLinks::RowTold, &messages_, &PageMessages::Told);
   connect(&parts_.engine, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
   connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
   connect(&messages_, &PageMessages::ChosenChanged, this, &ShownFolder::ChosenChanged);
@@ -136,7 +136,7 @@ void ShownFolder::ChosenMessages(const std::function<void(const QStringList&)>& 
 }
 
 void ShownFolder::MessagesGone(const QStringList& messages) {
-  parts_.maker.LeaveOut(messages);
+  parts_.maker.Search().LeaveOut(messages);
   parts_.page.rows.Remove(messages);
 }
 

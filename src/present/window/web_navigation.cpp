@@ -43,12 +43,12 @@ void WebNavigation::ConnectEngine() {
     host_.Tell(Ui::tr(
         "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
   });
-  connect(&engine_, &EngineView::MailtoFollowed, this, [this](const QString& url) {
+  connect(&engine_.Links(), &PageLinks::MailtoFollowed, this, [this](const QString& url) {
     host_.WriteTo(url);
     if (request_.State().IsNew()) request_.State().BeDust();
   });
   // The window is told its target's name by the engine, and only by asking.
-  connect(&engine_, &EngineView::FirstNavigation, this, [this](const QUrl& url) {
+  connect(&engine_.Links(), &PageLinks::FirstNavigation, this, [this](const QUrl& url) {
     engine_.Ask(QStringLiteral("window.name"),
                 [this, url](const QVariant& name) { TakeName(name.toString(), url); });
   });

@@ -82,14 +82,18 @@ std::unique_ptr<MailSession> Pop::MakeSession() {
   const auto startTls = [this] { StartTls(); };
   if (Mode == kPopReceive || Mode == kPopReceiveApop) {
     return std::make_unique<Pop3Session>(
-        Pop3Login{Server, User, Password, Mode == kPopReceiveApop, Encryption, LoginOnly}, *events_,
-        send, startTls);
+        Pop3Login{Server, {User, Password}, Mode == kPopReceiveApop, Encryption, LoginOnly},
+        *events_, send, startTls);
   }
   const QString lineBreak = QStringLiteral("\r\n");
-  return std::make_unique<SmtpSession>(
-      SmtpJob{Encryption, Authenticate, User, Password, MailFrom.section(lineBreak, 0, 0),
-              MailTo.split(lineBreak, Qt::SkipEmptyParts), message_, LoginOnly},
-      *events_, send, startTls);
+  return std::make_unique<SmtpSession>(SmtpJob{Encryption,
+                                               Authenticate,
+                                               {User, Password},
+                                               MailFrom.section(lineBreak, 0, 0),
+                                               MailTo.split(lineBreak, Qt::SkipEmptyParts),
+                                               message_,
+                                               LoginOnly},
+                                       *events_, send, startTls);
 }
 
 void Pop::StartTls() {

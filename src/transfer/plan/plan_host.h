@@ -2,8 +2,8 @@
 
 #include <QString>
 
+#include "events/event_kinds.h"
 #include "storage/disk.h"
-#include "transfer/plan/event_kinds.h"
 
 namespace vorn {
 

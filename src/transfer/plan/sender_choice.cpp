@@ -1,6 +1,7 @@
 #include "transfer/plan/sender_choice.h"
 
 #include <QScopedValueRollback>
+#include <optional>
 
 #include "mail/codec/address.h"
 #include "objects/account.h"
@@ -53,26 +54,35 @@ DiskPtr SenderChoice::AskForAccount(const QString& subject) {
                                       QStringLiteral("\n") + Ui::tr("件名: ") + subject));
 }
 
-bool SenderChoice::Use(SendItem& message, DiskPtr& chosen, bool& asked) {
-  DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialId()));
-  // Nobody asked for automatic checking, and two questions at once could not be told apart.
-  const bool mayAsk = !asking_ && !(jobs_.RunsPeriodically() && Settings(context_).IsCareful());
-  if (account == nullptr && !asked && mayAsk) {
-    asked = true;
-    chosen = AskForAccount(message.Subject());
-  }
-  if (account == nullptr) account = chosen;
-  if (account == nullptr) {
-    const bool isTold = !mayAsk && toldOfNoAccount_.contains(message.SerialId());
-    toldOfNoAccount_.insert(message.SerialId());
-    if (!isTold) {
-      host_.AddEvent(kEventError, kEventMessage, message.SerialId(), Ui::tr("システム"),
-                     QStringLiteral("mailup"), Ui::tr("送信で使用するアカウントが不明です。"));
+// Nobody asked for automatic checking, and two questions at once could not be told apart.
+bool SenderChoice::MayAsk() const {
+  return !asking_ && !(jobs_.RunsPeriodically() && Settings(context_).IsCareful());
+}
+
+void SenderChoice::GiveSenders(std::vector<SendItem>& messages) {
+  std::optional<DiskPtr> answer;
+  std::erase_if(messages, [&](SendItem& message) {
+    message.FillEnvelope();
+    if (message.Sender()) return false;
+    DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialId()));
+    const bool mayAsk = MayAsk();
+    if (account == nullptr && !answer && mayAsk) answer = AskForAccount(message.Subject());
+    if (account == nullptr) account = answer.value_or(nullptr);
+    if (account == nullptr) {
+      TellOfNoAccount(message, mayAsk);
+      return true;
     }
+    message.SendFrom(account);
     return false;
-  }
-  message.SendFrom(account);
-  return true;
+  });
+}
+
+void SenderChoice::TellOfNoAccount(const SendItem& message, bool repeats) {
+  const bool isTold = !repeats && toldOfNoAccount_.contains(message.SerialId());
+  toldOfNoAccount_.insert(message.SerialId());
+  if (isTold) return;
+  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), Ui::tr("システム"),
+                 QStringLiteral("mailup"), Ui::tr("送信で使用するアカウントが不明です。"));
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
+#include <vector>
 
 #include "storage/context.h"
 #include "storage/disk.h"
@@ -24,12 +25,14 @@ class SenderChoice {
   /// Whether there is one, or the user chooses an account for that message, which then counts until
   /// the program ends. False when he does not.
   bool Choose(const QString& serial, const QString& addressLines, const QString& subject);
-  /// Gives a message without an account the chosen one; false when there is none. `chosen` and
-  /// `asked` go from one message of a job to the next.
-  bool Use(SendItem& message, DiskPtr& chosen, bool& asked);
+  /// Gives each message of a job its account, and those without one what the user chooses once for
+  /// all of them. Leaves out those of which nobody knows by what account, which is told.
+  void GiveSenders(std::vector<SendItem>& messages);
 
  private:
   DiskPtr AskForAccount(const QString& subject);
+  bool MayAsk() const;
+  void TellOfNoAccount(const SendItem& message, bool repeats);
 
   Context& context_;
   PlanHost& host_;

@@ -25,7 +25,7 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
   const Result<> found = Find(search, messages);
   if (!found) return found;
   if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
-  GiveSenders(messages);
+  senders_.GiveSenders(messages);
   if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
   AddSendJob(messages);
   return {};
@@ -106,16 +106,6 @@ Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem
   if (reason.kind == StorageError::Kind::Busy) return reason;
   TellUnread(reason);
   return {};
-}
-
-// Leaves out those of which nobody knows by what account.
-void WaitingMessages::GiveSenders(std::vector<SendItem>& messages) {
-  DiskPtr chosen;
-  bool asked = false;
-  std::erase_if(messages, [&](SendItem& message) {
-    message.FillEnvelope();
-    return !message.Sender() && !senders_.Use(message, chosen, asked);
-  });
 }
 
 void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {

@@ -44,7 +44,6 @@ class WaitingMessages {
   void LeaveOutRefused(std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
   Result<> Find(const WaitingSearch& search, std::vector<SendItem>& messages);
-  void GiveSenders(std::vector<SendItem>& messages);
   void AddSendJob(const std::vector<SendItem>& messages);
 
   Context& context_;

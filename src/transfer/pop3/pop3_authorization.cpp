@@ -1,6 +1,7 @@
 #include "transfer/pop3/pop3_authorization.h"
 
 #include <QCryptographicHash>
+#include <utility>
 
 #include "storage/ui.h"
 #include "transfer/pop3/pop3_words.h"
@@ -46,18 +47,18 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   const bool isPrivate = tls_.IsEncrypted();
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  const SaslMechanism* mechanism = ChooseMechanism(offered, isPrivate);
+  SaslExchange exchange(offered, isPrivate, login_.who);
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
-  const SaslMechanism* simplest = ChooseMechanism(offered, true);
+  const SaslMechanism* simplest = SaslExchange(offered, true, login_.who).Mechanism();
   const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
-  if (!takesUser || (!isPrivate && mechanism->hidesPassword)) {
-    auth_ = SaslExchange(mechanism, login_.user, login_.password);
+  if (!takesUser || (!isPrivate && exchange.Mechanism()->hidesPassword)) {
+    auth_ = std::move(exchange);
   }
 }
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
 std::optional<PopFailure> Pop3Authorization::LogIn() {
-  if (!IsSafeArgument(login_.user) || !IsSafeArgument(login_.password)) {
+  if (!IsSafeArgument(login_.who.user) || !IsSafeArgument(login_.who.password)) {
     return PopFailure{PopError::Login,
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
@@ -66,7 +67,7 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
   } else if (login_.apop) {
     return LogInByApop();
   } else {
-    pipeline_.Send("USER " + login_.user.toUtf8(), Pop3Command::User);
+    pipeline_.Send("USER " + login_.who.user.toUtf8(), Pop3Command::User);
   }
   return std::nullopt;
 }
@@ -77,9 +78,9 @@ std::optional<PopFailure> Pop3Authorization::LogInByApop() {
                                               "種類をPOP3に変えてください。")};
   }
   const QByteArray digest =
-      QCryptographicHash::hash(timestamp_ + login_.password.toUtf8(), QCryptographicHash::Md5);
+      QCryptographicHash::hash(timestamp_ + login_.who.password.toUtf8(), QCryptographicHash::Md5);
   redaction_.Add(digest.toHex());
-  pipeline_.Send("APOP " + login_.user.toUtf8() + ' ' + digest.toHex(), Pop3Command::Apop);
+  pipeline_.Send("APOP " + login_.who.user.toUtf8() + ' ' + digest.toHex(), Pop3Command::Apop);
   return std::nullopt;
 }
 
@@ -95,15 +96,25 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
   if (command == Pop3Command::Capa) return TakeCapabilities({});
   if (command == Pop3Command::Stls) return BeginTls(ok, line, hasMore);
   if (ok && command == Pop3Command::User) {
-    pipeline_.Send("PASS " + login_.password.toUtf8(), Pop3Command::Pass);
+    pipeline_.Send("PASS " + login_.who.password.toUtf8(), Pop3Command::Pass);
     return std::nullopt;
   }
   if (ok) {
     state_ = State::LoggedIn;
     return std::nullopt;
   }
-  if (offersUser_ && auth_.Mechanism() != nullptr && auth_.Mechanism()->hidesPassword) {
-    // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
+  return command == Pop3Command::Auth ? TryAnotherWay(line) : Refused(line);
+}
+
+// A mechanism that is refused before anything was proved by it is not there, whatever the server
+// lists. A server that keeps scrambled passwords offers one that hides the password and cannot
+// honour it. What else is refused is the password: it is not offered again, lest the server locks
+// the account.
+std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
+  const bool isMissing = !auth_.HasResponded();
+  const bool hides = auth_.Mechanism()->hidesPassword;
+  if (isMissing && auth_.TryNext()) return LogIn();
+  if (offersUser_ && (isMissing || hides)) {
     auth_ = {};
     return LogIn();
   }

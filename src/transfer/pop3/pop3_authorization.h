@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "transfer/pop3/pop3_pipeline.h"
+#include "transfer/protocol/credentials.h"
 #include "transfer/protocol/mail_session.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/protocol/redaction.h"
@@ -16,8 +17,7 @@ namespace vorn {
 /// Whom a receive session logs in as, and how.
 struct Pop3Login {
   QString server;
-  QString user;
-  QString password;
+  Credentials who;
   bool apop = false;
   Security security = Security::None;
   bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
@@ -58,6 +58,7 @@ class Pop3Authorization {
   void ChooseLogin(const QByteArray& capabilities);
   std::optional<PopFailure> LogIn();
   std::optional<PopFailure> LogInByApop();
+  std::optional<PopFailure> TryAnotherWay(const QByteArray& line);
   PopFailure Refused(const QByteArray& line) const;
 
   const Pop3Login& login_;

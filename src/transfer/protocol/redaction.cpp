@@ -85,11 +85,11 @@ void Mark(const View& view, const QByteArray& form, std::vector<bool>& hidden) {
 
 }  // namespace
 
-Redaction::Redaction(const QString& user, const QString& password) {
-  AddBase64(user.toUtf8());
-  Add(password.toUtf8());
-  if (password.toLatin1() != password.toUtf8()) Add(password.toLatin1());
-  if (!password.isEmpty()) AddBase64('\0' + user.toUtf8() + '\0' + password.toUtf8());
+Redaction::Redaction(const Credentials& who) {
+  AddBase64(who.user.toUtf8());
+  Add(who.password.toUtf8());
+  if (who.password.toLatin1() != who.password.toUtf8()) Add(who.password.toLatin1());
+  if (!who.password.isEmpty()) AddBase64('\0' + who.user.toUtf8() + '\0' + who.password.toUtf8());
 }
 
 void Redaction::Add(const QByteArray& secret) {

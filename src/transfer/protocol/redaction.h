@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include "transfer/protocol/credentials.h"
+
 namespace vorn {
 
 /// Keeps what proves who the user is out of every text that is logged or shown. A server may send
@@ -17,7 +19,7 @@ class Redaction {
   Redaction() = default;
   /// Knows the password in every form, and the user in the forms in which a login gives him out;
   /// his plain name is no secret.
-  Redaction(const QString& user, const QString& password);
+  explicit Redaction(const Credentials& who);
 
   /// Adds what was sent to prove the user, such as the answer to a challenge.
   void Add(const QByteArray& secret);

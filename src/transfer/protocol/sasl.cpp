@@ -1,22 +1,24 @@
 #include "transfer/protocol/sasl.h"
 
 #include <QMessageAuthenticationCode>
+#include <utility>
 
 namespace vorn {
 namespace {
 
 QByteArray RespondPlain(const SaslStep& step) {  // RFC 4616
-  return '\0' + step.user + '\0' + step.password;
+  return '\0' + step.who.user.toUtf8() + '\0' + step.who.password.toUtf8();
 }
 
 QByteArray RespondLogin(const SaslStep& step) {
-  return step.number == 0 ? step.user : step.password;
+  return (step.number == 0 ? step.who.user : step.who.password).toUtf8();
 }
 
 QByteArray RespondCramMd5(const SaslStep& step) {  // RFC 2195
   using Code = QMessageAuthenticationCode;
-  return step.user + ' ' +
-         Code::hash(step.challenge, step.password, QCryptographicHash::Md5).toHex();
+  const QByteArray proof =
+      Code::hash(step.challenge, step.who.password.toUtf8(), QCryptographicHash::Md5);
+  return step.who.user.toUtf8() + ' ' + proof.toHex();
 }
 
 // The simplest first.
@@ -43,34 +45,39 @@ constexpr SaslMechanism kMechanisms[] = {
 
 }  // namespace
 
-const SaslMechanism* ChooseMechanism(const QByteArrayList& offered, bool encrypted) {
-  const SaslMechanism* simplest = nullptr;
+SaslExchange::SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who)
+    : who_(std::move(who)) {
+  QList<const SaslMechanism*> hiding;
   for (const SaslMechanism& mechanism : kMechanisms) {
     if (!offered.contains(mechanism.name)) continue;
-    if (encrypted || mechanism.hidesPassword) return &mechanism;
-    if (simplest == nullptr) simplest = &mechanism;
+    mechanisms_.append(&mechanism);
+    if (mechanism.hidesPassword) hiding.append(&mechanism);
   }
-  return simplest;
+  if (!encrypted && !hiding.isEmpty()) mechanisms_ = hiding;
+}
+
+bool SaslExchange::TryNext(bool hiding) {
+  if (!mechanisms_.isEmpty()) mechanisms_.removeFirst();
+  if (hiding) mechanisms_.removeIf([](const auto* mechanism) { return !mechanism->hidesPassword; });
+  step_ = 0;
+  return !mechanisms_.isEmpty();
 }
 
 QByteArray SaslExchange::Begin(bool saysFirst) {
-  const QByteArray command = QByteArray("AUTH ") + mechanism_->name;
-  if (!saysFirst || !mechanism_->speaksFirst) return command;
+  const QByteArray command = QByteArray("AUTH ") + Mechanism()->name;
+  if (!saysFirst || !Mechanism()->speaksFirst) return command;
   return command + ' ' + Respond({}).toBase64();
 }
 
 std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
-  if (mechanism_ == nullptr || step_ == mechanism_->steps) return std::nullopt;
+  if (Mechanism() == nullptr || step_ == Mechanism()->steps) return std::nullopt;
   const QByteArray response = Respond(QByteArray::fromBase64(challenge));
   redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
   return response.toBase64();
 }
 
 QByteArray SaslExchange::Respond(const QByteArray& challenge) {
-  return mechanism_->respond({.user = user_.toUtf8(),
-                              .password = password_.toUtf8(),
-                              .challenge = challenge,
-                              .number = step_++});
+  return Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
 }
 
 }  // namespace vorn

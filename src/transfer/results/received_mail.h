@@ -5,10 +5,10 @@
 #include "mail/store/mail_store.h"
 #include "storage/context.h"
 #include "transfer/protocol/pop_events.h"
-#include "transfer/results/current_stop_rules.h"
 #include "transfer/results/known_messages.h"
 #include "transfer/results/received_groups.h"
 #include "transfer/results/server_deletions.h"
+#include "transfer/rules/current_stop_rules.h"
 
 namespace vorn {
 

@@ -21,8 +21,7 @@ namespace vorn {
 struct SmtpJob {
   Security security = Security::None;
   bool authenticate = false;
-  QString user;
-  QString password;
+  Credentials who;
   QString from;
   QStringList recipients;
   QByteArray source;

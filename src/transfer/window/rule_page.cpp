@@ -12,7 +12,7 @@
 
 #include "kit/window/plain_text.h"
 #include "storage/ui.h"
-#include "transfer/results/receive_stop_rules.h"
+#include "transfer/rules/receive_stop_rules.h"
 
 namespace vorn {
 namespace {

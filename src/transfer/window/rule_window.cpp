@@ -2,9 +2,10 @@
 
 #include <QTableWidget>
 
+#include "objects/object_loader.h"
 #include "objects/object_request.h"
 #include "storage/ui.h"
-#include "transfer/results/rules_object.h"
+#include "transfer/rules/rules_object.h"
 #include "transfer/window/rule_page.h"
 
 namespace vorn {
@@ -23,7 +24,7 @@ RuleWindow::RuleWindow(Context& context, QWidget* parent)
 
 bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
-  ReadAnew();
+  ReadAnew(GetContext(), Tag());
   shown_ = StoredRules();
   FillPages();
   auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
@@ -42,7 +43,7 @@ QStringList RuleWindow::StoredRules() {
 // What another program has added while the window was open stays.
 bool RuleWindow::Save() {
   RulesObject edited(Edited());
-  ReadAnew();
+  ReadAnew(GetContext(), Tag());
   QStringList rules = edited.Lines().split(kLineBreak, Qt::SkipEmptyParts);
   for (const QString& rule : StoredRules()) {
     if (!shown_.contains(rule) && !rules.contains(rule)) rules.append(rule);

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "frame/event_record.h"
+#include "events/event_record.h"
 #include "storage/context.h"
 
 namespace vorn {

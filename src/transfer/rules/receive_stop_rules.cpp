@@ -1,4 +1,4 @@
-#include "transfer/results/receive_stop_rules.h"
+#include "transfer/rules/receive_stop_rules.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "transfer/results/current_stop_rules.h"
+#include "transfer/rules/current_stop_rules.h"
 
-#include "transfer/results/rules_object.h"
+#include "transfer/rules/rules_object.h"
 
 namespace vorn {
 

@@ -1,4 +1,4 @@
-#include "frame/event_log.h"
+#include "events/event_log.h"
 
 #include <QTime>
 

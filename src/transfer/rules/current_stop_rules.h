@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "storage/context.h"
-#include "transfer/results/receive_stop_rules.h"
+#include "transfer/rules/receive_stop_rules.h"
 
 namespace vorn {
 

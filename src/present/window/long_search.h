@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <functional>
+
+#include "storage/condition_run.h"
+
+class QWidget;
+
+namespace vorn {
+
+class ConditionWait;
+class MessageListPages;
+class PageRequest;
+
+/// Finds the messages of a request's folder, or of the search in it, on a thread of its own where
+/// that takes long, and hands them to the pages. A bar above the page says so meanwhile.
+class LongSearch : public QObject {
+  Q_OBJECT
+
+ public:
+  LongSearch(Context& context, MessageListPages& pages, const PageRequest& request);
+
+  /// Whether what the request asks for is being looked for. Where that is so, it will be outdated.
+  bool IsUnderWay();
+  /// Gives up what is being looked for, and calls `then` when the pages have the messages.
+  void Begin(const std::function<void()>& then);
+  void Stop();
+  /// Messages have left the folder: they are none of those that are being looked for.
+  void LeaveOut(const QStringList& messages) { gone_ += messages; }
+  /// The bar, with a button that stops it.
+  QWidget* Bar() const;
+
+ Q_SIGNALS:
+  void Failed(const QString& reason);
+  /// The user has stopped it.
+  void Stopped();
+  /// What was found may lack what has changed since, and the pages have forgotten it.
+  void Outdated();
+
+ private:
+  QString Question() const;
+  void Take(const ConditionRun::Answer& answer, const std::function<void()>& then);
+  void LookAgain();
+
+  MessageListPages& pages_;
+  const PageRequest& request_;
+  ConditionWait* wait_;
+  QStringList gone_;  // since it began
+};
+
+}  // namespace vorn
