@@ -391,4 +391,10 @@ QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
   return text.isNull() ? QStringLiteral("") : text;
 }
 
+qsizetype HtmlPartAt(const QString& contentIndex) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  const ContentRecord* html = FindHtml(records);
+  return html == nullptr ? -1 : html->first;
+}
+
 }  // namespace vorn
