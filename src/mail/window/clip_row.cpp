@@ -37,7 +37,7 @@ ClipRow::ClipRow(Context& context)
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(kGap);
   row->addWidget(clips_, 1);
-  row->addWidget(all_);
+  row->addWidget(all_, 0, Qt::AlignRight);
   auto* lines = new QHBoxLayout(lines_);
   lines->setContentsMargins(0, 0, 0, 0);
   lines_->hide();
