@@ -152,10 +152,14 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   EXPECT_EQ(Open(Forward, beside).attachments.size(), 1U) << "something else than the text";
   // What it shows goes on in it, and so it goes on itself.
   QByteArray pictured = both;
-  pictured.replace("<p>t",
-                   "<img src='cid:c'>\r\n--b\r\nContent-Type: image/png\r\n"
-                   "Content-ID: <c>\r\nContent-Transfer-Encoding: base64\r\n\r\n" +
-                       QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1", 24).toBase64());
+  QByteArray parts = "<img src='cid:c'><img src='cid:d'>";
+  for (const char* id : {"<c>", "<d>"}) {
+    parts +=
+        "\r\n--b\r\nContent-Type: image/png\r\nContent-Transfer-Encoding: base64\r\nContent-ID: " +
+        QByteArray(id) + "\r\n\r\n" +
+        QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1", 24).toBase64();
+  }
+  pictured.replace("<p>t", parts);
   settings_.standardHeaders = true;
   const auto files = Open(Forward, pictured).attachments;
   ASSERT_EQ(files.size(), 1U);
