@@ -4171,5 +4171,37 @@ and what was erased is not received again.</translation>
         <source>本文を検索しています… %1／%2通</source>
         <translation>Searching the texts… %1 of %2 messages</translation>
     </message>
+    <message>
+        <source>「%1」で始まるものが%2個あります。続きを入力するか、↑ ↓ で選んでください。</source>
+        <translation>%2 names begin with “%1”. Type on, or choose with ↑ ↓.</translation>
+    </message>
+    <message>
+        <source>大きいのでここには表示しません。添付ファイルを開いてください。</source>
+        <translation>Too large to be shown here. Please open the attachment.</translation>
+    </message>
+    <message>
+        <source>画像として読めません。</source>
+        <translation>It cannot be read as a picture.</translation>
+    </message>
+    <message>
+        <source>元のメール.html</source>
+        <translation>Original message.html</translation>
+    </message>
+    <message>
+        <source>画像</source>
+        <translation>Pictures</translation>
+    </message>
+    <message>
+        <source>すべて</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>添付ファイルをすべて見せます。</source>
+        <translation>Shows all attachments.</translation>
+    </message>
+    <message>
+        <source>入っているフォルダ（すべてのフォルダの検索だけ）</source>
+        <translation>The folder it is in (in a search of all folders only)</translation>
+    </message>
 </context>
 </TS>

@@ -36,16 +36,6 @@ QString ProfilePath(const Context& context, const Disk& profile) {
   return PlatformPath(context, ProfileBag(profile).File());
 }
 
-// The default profile is the one logged in last.
-DiskPtr DefaultProfile(const Context& context) {
-  const DiskCollectionPtr profiles =
-      SelectObjects(context.Objects, *context.Session, object_type::kProfile);
-  for (const DiskPtr& profile : *profiles) {
-    if (AnyObject(*profile).IsDefault()) return profile;
-  }
-  return profiles->Count() == 1 ? profiles->First() : nullptr;
-}
-
 StorageError Refusal(const QString& sentence) {
   return {StorageError::Kind::Other, sentence};
 }
@@ -227,6 +217,15 @@ QStringList AsPasswords(const QStringList& typed) {
 
 DiskPtr FindProfile(const Context& context, const QString& name) {
   return FindObjectByName(context, object_type::kProfile, name);
+}
+
+DiskPtr DefaultProfile(const Context& context) {
+  const DiskCollectionPtr profiles =
+      SelectObjects(context.Objects, *context.Session, object_type::kProfile);
+  for (const DiskPtr& profile : *profiles) {
+    if (AnyObject(*profile).IsDefault()) return profile;
+  }
+  return profiles->Count() == 1 ? profiles->First() : nullptr;
 }
 
 Result<LoginCheck> CheckLogin(Context& context, const DiskPtr& profile, const QString& typed) {

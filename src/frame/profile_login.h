@@ -11,6 +11,9 @@ namespace vorn {
 /// The loaded profile with that name, or null.
 DiskPtr FindProfile(const Context& context, const QString& name);
 
+/// The loaded profile that was logged in last, or else the only one; null for neither.
+DiskPtr DefaultProfile(const Context& context);
+
 enum class LoginCheck {
   Opens,
   FilesLost,  ///< files that the profile had are not there, see `LostFiles`

@@ -63,6 +63,7 @@ QString CutToBytes(const QString& text, qsizetype bytes) {
 
 Result<QByteArray> ReadAttachment(const ModelAttachment& attachment, const QByteArray& source) {
   if (attachment.inner) return *attachment.inner;
+  if (attachment.made) return *attachment.made;
   if (!attachment.isNew) {
     const MimeCodec::ContentRecord& record = attachment.record;
     return MimeCodec::DecodePart(source, MimeCodec::TransferEncodingOf(record.encoding.toLatin1()),
@@ -83,7 +84,8 @@ qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& sourc
   const MimeCodec::ContentRecord& record = attachment.record;
   const TransferEncoding encoding = MimeCodec::TransferEncodingOf(record.encoding.toLatin1());
   const QByteArrayView bytes = MimeCodec::PartOf(source, record.first, record.last);
-  const bool isPlain = !attachment.inner && encoding == TransferEncoding::Base64 &&
+  const bool isPlain = !attachment.inner && !attachment.made &&
+                       encoding == TransferEncoding::Base64 &&
                        MimeCodec::Base64End(bytes) == bytes.size();
   if (!isPlain) return ReadAttachment(attachment, source).ValueOr({}).size();
   const auto isDigit = [](char c) {

@@ -5,6 +5,7 @@
 
 #include "mail/attachment_files.h"
 #include "mail/codec/attachments.h"
+#include "mail/codec/inline_images.h"
 #include "mail/codec/message_date.h"
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
@@ -407,6 +408,30 @@ void TakeForm(const StoredMessage& message, OpenMode mode, const QString& subjec
   model.text = FormText(line, model.text.Get(), model.signature, settings.signaturePlace);
 }
 
+// Handed on, pictures that the HTML part shows are in it, as one file: beside it they would be
+// files that nobody asked for, and missing in it.
+void GatherHtml(const StoredMessage& message, std::vector<ModelAttachment>& attachments) {
+  const auto shown = ShownImages(message.source, message.contentIndex, message.charset);
+  const auto isShown = [&shown](const ModelAttachment& attachment) {
+    return !attachment.made && shown.contains(attachment.record.first);
+  };
+  const auto isPart = [at = HtmlPartAt(message.contentIndex)](const ModelAttachment& attachment) {
+    return attachment.record.first == at;
+  };
+  auto file = std::find_if(attachments.begin(), attachments.end(), isPart);
+  if (file == attachments.end()) {
+    file = std::find_if(attachments.begin(), attachments.end(), isShown);
+  }
+  if (file == attachments.end()) return;
+  const QString html = GetMessageHtml(message.source, message.contentIndex, message.charset);
+  const QByteArray mark("\xEF\xBB\xBF");  // holds for browsers whatever code the page names
+  file->made = mark + WithInlineImages(html, message.source, message.contentIndex).toUtf8();
+  file->name = Ui::tr("元のメール.html");
+  file->type = QStringLiteral("text/html");
+  file->charset = "utf-8";
+  std::erase_if(attachments, isShown);
+}
+
 }  // namespace
 
 MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
@@ -441,6 +466,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
            MimeCodec::ContentType(message.source, attachment.record).Bytes("charset")});
       if (showsInner) AddInnerFiles(message.source, attachment, model.attachments);
     }
+    if (IsForward(mode) && settings.standardHeaders) GatherHtml(message, model.attachments);
   }
   if (isNew || mode != OpenMode::Show) {
     AddRowWhenMissing(model.headerRows, QStringLiteral("X-Mailer:"), programLine);

@@ -5,19 +5,24 @@
 #include "mail/codec/code_page_932.h"
 #include "mail/search/folder_rows.h"
 #include "mail/search/search_condition.h"
+#include "mail/store/message_rows.h"
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
+#include "objects/any_object.h"
 #include "objects/list_settings.h"
 #include "objects/object_loader.h"
+#include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/page_content.h"
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"
+#include "storage/message_state.h"
 #include "storage/private_files.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -44,6 +49,30 @@ PageContent ReadContent(Context& context, const QString& folder) {
   return content;
 }
 
+QString NameOf(const Context& context, const QString& folder) {
+  const DiskPtr object = context.Objects.Find(folder);
+  return object == nullptr ? QString() : AnyObject(*object).ShownName();
+}
+
+// The hand-filled folders of a message, or else the one of its state.
+QString PlaceOf(Context& context, const QString& serialId, int status) {
+  QStringList names;
+  const QString folders = MessageRows(context.Data).FoldersOf(serialId).ValueOr({});
+  for (const QString& folder : folders.split(kLineBreak, Qt::SkipEmptyParts)) {
+    names.append(NameOf(context, folder));
+  }
+  names.removeAll(QString());  // folders that are gone
+  if (!names.isEmpty()) return names.join(Ui::tr("、"));
+  switch (status) {
+    case kStatusReceived:
+      return NameOf(context, fixed_serial::kInbox);
+    case kStatusSent:
+      return NameOf(context, fixed_serial::kOutbox);
+    default:
+      return NameOf(context, fixed_serial::kEditWait);
+  }
+}
+
 bool HasRow(DataSession& session, FolderRows& rows) {
   return rows.Open(session, 0, 1) && !session.Recordset()->Eof();
 }
@@ -56,7 +85,13 @@ MessageListPages::MessageListPages(Context& context)
 Result<MadePage<QByteArray>> MessageListPages::FolderPage(const QString& folder, qint32 page,
                                                           const FolderSearch& search) {
   const QString html = GetFolderLayout(context_, folder, template_).html;
-  return Fill(html, ReadContent(context_, folder), page, RowsOf(folder, search));
+  PageContent content = ReadContent(context_, folder);
+  if (search.isEverywhere && !search.isEmpty()) {
+    content.placeOf = [this](const QString& serialId, int status) {
+      return PlaceOf(context_, serialId, status);
+    };
+  }
+  return Fill(html, content, page, RowsOf(folder, search));
 }
 
 Result<MadePage<QString>> MessageListPages::CreateMessageListPage(const QString& folder,

@@ -23,6 +23,8 @@ struct PageContent {
   /// The page's rows without the first `skipped` ones; null when none of them can be read.
   /// `skipped` grows by those that have to be passed over for that.
   std::function<RecordsetPtr(qint64& skipped)> rowsAfter;
+  /// The names of the folders that a message is in, for rows of more than one folder; else null.
+  std::function<QString(const QString& serialId, int status)> placeOf;
 };
 
 }  // namespace vorn

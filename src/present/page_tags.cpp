@@ -157,6 +157,12 @@ QString PreviewText(const PageRow& page, const ChildTags&) {
   return preview.produced ? OfMail(page, preview.text) : QString();
 }
 
+QString PlaceText(const PageRow& page, const ChildTags&) {
+  if (!page.content.placeOf) return {};
+  const int status = page.row.Fields(u"STATUS").toInt();
+  return OfMail(page, page.content.placeOf(page.row.SerialID(), status));
+}
+
 QString FolderName(const PageRow& page) {
   return OfMail(page, AnyObject(*page.content.folder).ShownName());
 }
@@ -243,6 +249,11 @@ constexpr SectionTag kTags[] = {
      {},
      {QT_TRANSLATE_NOOP("vorn::Ui", "大きさ（キロバイト）")}},
     {u"<+TEXT>", TagRole::Row, PreviewText, {}, {QT_TRANSLATE_NOOP("vorn::Ui", "本文の始め")}},
+    {u"<+PLACE>",
+     TagRole::Row,
+     PlaceText,
+     {},
+     {QT_TRANSLATE_NOOP("vorn::Ui", "入っているフォルダ（すべてのフォルダの検索だけ）")}},
     {u"<+FOLDER>", TagRole::Page, nullptr, kFolderTags, {nullptr}},
     {u"<+MAIL>",
      TagRole::Rows,

@@ -43,6 +43,9 @@ a:hover { color: var(--link); text-decoration: underline; }
 .do { width: 8em; }
 td.date, td.do, td.do a { color: var(--soft); }
 td.do a:hover { color: var(--link); }
+.place { color: var(--soft); border: 1px solid var(--line); border-radius: 4px; padding: 0 .4em;
+         margin-right: .5em; font-size: 9pt; }
+.place:empty { display: none; }
 /* The subject is the last to go where there is little room. */
 @media (max-width: 46em) { .do { display: none; } }
 @media (max-width: 30em) { .marks { width: 2em; } .from { width: 30vw; } td, th { padding: 6px; } }
@@ -59,7 +62,7 @@ td.do a:hover { color: var(--link); }
 <+MAIL>
 <tr class="row m<+FLAG><NEW>"><td class="marks"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
 <td class="from"><+MAILADDRESS><{tag}><SHORT></td>
-<td class="subject"><+DIALOG><+SUBJECT><+DIALOG></td>
+<td class="subject"><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG></td>
 <td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>
 <td class="do"><+DIALOG><REPLAY>{reply}<+DIALOG> <+DIALOG><FORWARD>{forward}<+DIALOG></td></tr>
 <+MAIL>
@@ -99,6 +102,7 @@ article p { color: var(--soft); margin: 4px 0; max-height: 4.8em; overflow: hidd
             overflow-wrap: anywhere; }
 .none:not(:last-child) { display: none; }
 .none { color: var(--soft); }
+.place:not(:empty)::after { content: " ― "; }
 article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 </style>
 </head>
@@ -108,7 +112,7 @@ article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 <+MAIL>
 <article class="m<+FLAG><NEW>">
 <header><span><+MAILADDRESS><{tag}><SHORT></span><span><+FLAG><CLIP><PRIORITY><STATE> <+TIMESTAMP></span></header>
-<h2><+DIALOG><+SUBJECT><+DIALOG></h2>
+<h2><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG></h2>
 <p><+TEXT></p>
 <footer><+DIALOG><REPLAY>{reply}<+DIALOG><+DIALOG><REPLAYALL>{replyall}<+DIALOG><+DIALOG><FORWARD>{forward}<+DIALOG></footer>
 </article>

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "mail/attachment_files.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
 #include "mail/compose_message.h"
@@ -150,6 +151,24 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
   QByteArray beside = both;
   beside.replace("alternative", "mixed");
   EXPECT_EQ(Open(Forward, beside).attachments.size(), 1U) << "something else than the text";
+  // What it shows goes on in it, and so it goes on itself.
+  QByteArray pictured = both;
+  QByteArray parts = "<img src='cid:c'><img src='cid:d'>";
+  for (const char* id : {"<c>", "<d>"}) {
+    parts +=
+        "\r\n--b\r\nContent-Type: image/png\r\nContent-Transfer-Encoding: base64\r\nContent-ID: " +
+        QByteArray(id) + "\r\n\r\n" +
+        QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1", 24).toBase64();
+  }
+  pictured.replace("<p>t", parts);
+  settings_.standardHeaders = true;
+  const auto files = Open(Forward, pictured).attachments;
+  ASSERT_EQ(files.size(), 1U);
+  EXPECT_EQ(files[0].name, QStringLiteral("元のメール.html"));
+  EXPECT_TRUE(ReadAttachment(files[0], {})->contains("<img src='data:image/png;base64,"));
+  EXPECT_TRUE(Open(Forward, both).attachments.empty());
+  settings_.standardHeaders = false;
+  EXPECT_EQ(Open(Forward, pictured).attachments.at(0).type, QStringLiteral("image/png"));
 
   const QByteArray file = "Content-Type: application/pdf\r\n";
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));

@@ -9,6 +9,7 @@
 #include "mail/search/unread_count.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_filing.h"
+#include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/folder_layout.h"
@@ -148,6 +149,28 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
   EXPECT_TRUE(found(u"s@x"));
   EXPECT_FALSE(found(u"FROM"));
   EXPECT_FALSE(found(u"to:"));
+}
+
+TEST_F(MessageListPageTest, WhatIsFoundInAllFoldersSaysWhereItIs) {
+  Context& context = profile_.Get();
+  const QString filed = Store("hit filed");
+  Store("hit received");
+  Store("hit sent", kStatusSent);
+  const auto folder = MakeManualFolder(context, QStringLiteral("棚<1>"));
+  ASSERT_TRUE(folder && FileMessages(context, {filed}, *folder));
+  Settings(context).Bag()->Let(QStringLiteral("PageEscape"), true);
+  Filled("<+MAIL>[<+SUBJECT>|<+PLACE>]<+MAIL>");
+  const auto page = [&](bool everywhere) {
+    const auto made =
+        MessageListPages(context).FolderPage(folder_, 1, {QStringLiteral("hit"), everywhere});
+    return made.ValueOr({}).content;
+  };
+  const QByteArray all = page(true);
+  for (const char16_t* row :
+       {u"[hit filed|棚&lt;1&gt;]", u"[hit received|受信]", u"[hit sent|送信]"}) {
+    EXPECT_TRUE(all.contains(ToCodePage932(QString::fromUtf16(row)))) << all.toStdString();
+  }
+  EXPECT_TRUE(page(false).contains("[hit received|]"));
 }
 
 TEST_F(MessageListPageTest, APageIsItsUsersAlone) {

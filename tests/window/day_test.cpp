@@ -302,9 +302,11 @@ void DayTest::UseSecondProfile() {
   NewObject(kNewProfile, [](ObjectsWindow& window) {
     Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("私用"));
   });
-  const auto logIn = [this](const QString& name, const QString& password) {
+  QString last;
+  const auto logIn = [this, &last](const QString& name, const QString& password) {
     StartProgram();
     auto& profiles = Child<QComboBox>(*TopLevel<LoginWindow>(), u"cbProfile");
+    last = profiles.currentText();
     profiles.setCurrentIndex(profiles.findText(name));
     LogInWith(password);
   };
@@ -328,6 +330,7 @@ void DayTest::UseSecondProfile() {
   AwaitInbox();
   EndProgram();
   logIn(QStringLiteral("Administrator"), QString());
+  EXPECT_EQ(last, QStringLiteral("私用"));
   AwaitInbox();
   EXPECT_EQ(Stored(QStringLiteral("STATUS = 4")), kMorning + 2);
   EXPECT_EQ(Stored(QStringLiteral("STATUS IN (1, 2)")), 0);

@@ -193,6 +193,41 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   EXPECT_TRUE(says(QStringLiteral("に一致する"))) << "the next search is of the folder again";
 }
 
+TEST_F(FolderPageTest, TheFolderThatEnterTakesIsSeenAndIsTheOnlyOneMeant) {
+  Begin(3, 10, true);
+  Context& context = program_->GetContext();
+  ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Plan A")));
+  const QString second = *MakeManualFolder(context, QStringLiteral("Plan B"));
+  const auto choose = [this](const std::function<void(ConsoleWindow&)>& act) {
+    FocusPage();
+    Press(Qt::Key_Home);
+    EXPECT_TRUE(InModal<ConsoleWindow>([this] { Press(Qt::Key_M); }, act));
+  };
+  const auto chosen = [](const ConsoleWindow& window) {
+    const auto nodes = Child<QTreeWidget>(window, u"TreeView1").selectedItems();
+    return nodes.isEmpty() ? QString() : nodes.first()->text(0);
+  };
+  choose([&](ConsoleWindow& window) {
+    EXPECT_FALSE(chosen(window).isEmpty());
+    QTest::keyClicks(window.focusWidget(), QStringLiteral("plan"));
+    EXPECT_EQ(chosen(window), QString());
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+    ASSERT_TRUE(window.isVisible()) << "it may be either";
+    QTest::keyClicks(window.focusWidget(), QStringLiteral(" b"));
+    EXPECT_EQ(chosen(window), QStringLiteral("Plan B"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+  });
+  EXPECT_TRUE(WaitFor([&] { return Members(context, Ids({1, 2, 3}), second)->size() == 1; }));
+  // The last one is also the one that something was dragged onto.
+  const QString shelf = QString::fromUtf16(kShelf);
+  Drop(QStringLiteral("mail_2"), shelf);
+  ASSERT_TRUE(WaitFor([&] { return Members(context, Ids({2}), shelf)->size() == 1; }));
+  choose([&](ConsoleWindow& window) {
+    EXPECT_EQ(chosen(window), QStringLiteral("棚"));
+    QTest::keyClick(&window, Qt::Key_Escape);
+  });
+}
+
 // Asked for, a search reads what messages say, as it reads: in any code, across lines, without
 // tags.
 TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {

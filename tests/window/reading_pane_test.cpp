@@ -1,12 +1,16 @@
 // Messages that are read at the side of their folder's page, and the marks that users give them.
 
 #include <QAction>
+#include <QBuffer>
+#include <QImage>
 #include <QLabel>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QWebEngineView>
@@ -251,6 +255,76 @@ TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {
   EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
   Child<QPushButton>(*Pane(), u"cmOpenAppointment").click();
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+}
+
+QByteArray Part(const QByteArray& type, const QByteArray& name, const QByteArray& content) {
+  return "\r\n--b\r\nContent-Type: " + type +
+         "\r\nContent-Transfer-Encoding: base64\r\nContent-Disposition: attachment; filename=\"" +
+         name + "\"\r\n\r\n" + content.toBase64();
+}
+
+QByteArray Picture() {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QImage picture(30, 20, QImage::Format_RGB32);
+  picture.fill(Qt::red);
+  picture.save(&buffer, "PNG");
+  return bytes;
+}
+
+// In a small window, with all that a newsletter brings along.
+TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
+  QByteArray message =
+      "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\nContent-Type: text/html\r\n\r\n"
+      "<p>News<img src=\"http://example.com/a.png\">" +
+      QByteArray("<p>text</p>").repeated(40);
+  for (int i = 0; i < 12; ++i) {
+    message += Part("application/pdf", "A file with a long name " + QByteArray::number(i), "x");
+  }
+  BeginReading(1, message + "\r\n--b--\r\n");
+  program_->Parent()->resize(960, 640);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  const auto height = [this](const char16_t* name) {
+    const auto* view = Pane()->findChild<QWidget*>(QString::fromUtf16(name));
+    return view != nullptr && view->isVisible() ? view->height() : 0;
+  };
+  auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
+  tabs.setCurrentIndex(1);
+  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; }, 10000))
+      << height(u"wbPaneHtml");
+  EXPECT_GT(height(u"cmRemoteImages"), 0);
+  // Of the files there is one line, and the rest for the asking.
+  const auto& clips = Child<QListWidget>(*Pane(), u"lvClip");
+  EXPECT_EQ(clips.count(), 12) << "the HTML part is none";
+  EXPECT_EQ(clips.height(), clips.sizeHintForRow(0));
+  Child<QToolButton>(*Pane(), u"cmAllClips").click();
+  EXPECT_TRUE(WaitFor([&] { return clips.height() > 3 * clips.sizeHintForRow(0); }, 10000));
+  // What offers the images goes with the part that has them.
+  tabs.setCurrentIndex(0);
+  EXPECT_EQ(height(u"cmRemoteImages"), 0);
+}
+
+TEST_F(ReadingPaneTest, AttachedPicturesAreSeenBesideTheText) {
+  const QByteArray text = "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n";
+  BeginReading(1, text + Part("image/png", "a.png", Picture()) +
+                      Part("image/png", "forged.png", "no picture") +
+                      Part("image/svg+xml", "c.svg", "<svg/>") + "\r\n--b--\r\n");
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(1));
+  auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
+  EXPECT_EQ(tabs.currentIndex(), 0);
+  ASSERT_TRUE(tabs.isTabVisible(1));
+  tabs.setCurrentIndex(1);
+  auto* view = Pane()->findChild<QWebEngineView*>(QStringLiteral("wbPaneHtml"));
+  ASSERT_NE(view, nullptr);
+  EXPECT_TRUE(WaitFor([view] {
+    return ScriptIn(*view, QStringLiteral("[...document.images].map(i => i.naturalWidth).join()"))
+               .toString() == u"30";
+  }));
+  const QString said = ScriptIn(*view, QStringLiteral("document.body.innerText")).toString();
+  EXPECT_TRUE(said.contains(u"a.png") && said.contains(u"forged.png"));
+  EXPECT_FALSE(said.contains(u"c.svg"));
 }
 
 TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {

@@ -31,6 +31,15 @@ using Mode = ConsoleRequest::Mode;
 
 constexpr int kMinimumWidth = 360;
 
+// What Enter takes is seen as well while the keyboard is in the box of the name.
+void ShowChoiceAlways(QWidget& list) {
+  QPalette palette = list.palette();
+  for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText}) {
+    palette.setBrush(QPalette::Inactive, role, palette.brush(QPalette::Active, role));
+  }
+  list.setPalette(palette);
+}
+
 }  // namespace
 
 ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
@@ -38,6 +47,7 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
       context_(context),
       label_(PlainLabel()),
       text_(new QLineEdit),
+      several_(PlainLabel()),
       sliderFrame_(new QWidget),
       slider_(new QSlider(Qt::Horizontal)),
       tree_(new QTreeWidget),
@@ -47,10 +57,14 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   label_->setObjectName(QStringLiteral("Label1"));
   label_->setWordWrap(true);
   text_->setObjectName(QStringLiteral("Text1"));
+  several_->setObjectName(QStringLiteral("lbSeveral"));
+  several_->setWordWrap(true);
+  several_->hide();
   slider_->setObjectName(QStringLiteral("Slider1"));
   slider_->setTickPosition(QSlider::TicksBelow);
   tree_->setObjectName(QStringLiteral("TreeView1"));
   tree_->setHeaderHidden(true);
+  ShowChoiceAlways(*tree_);
   list_->setObjectName(QStringLiteral("ListView1"));
   connect(tree_, &QTreeWidget::itemDoubleClicked, this, &ConsoleWindow::cmOk_Click);
   tree_->installEventFilter(this);
@@ -82,6 +96,7 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(label_);
   layout->addWidget(text_);
+  layout->addWidget(several_);
   layout->addWidget(sliderFrame_);
   layout->addWidget(tree_);
   layout->addWidget(list_);
@@ -113,13 +128,27 @@ bool ConsoleWindow::PassOn(QKeyEvent& key) {
   }
 }
 
-// What is none of the names chooses nothing, so that Enter does not take what was chosen before.
+// The one with that name, or else those whose names begin so.
+QList<QTreeWidgetItem*> ConsoleWindow::NodesNamed(const QString& typed) const {
+  const QString name = typed.trimmed();
+  if (name.isEmpty()) return {};
+  const auto exact = tree_->findItems(name, Qt::MatchFixedString | Qt::MatchRecursive);
+  if (!exact.isEmpty()) return exact;
+  return tree_->findItems(name, Qt::MatchStartsWith | Qt::MatchRecursive);
+}
+
+// What is none of the names, or may be several, chooses nothing, so that Enter does not take what
+// was chosen before.
 void ConsoleWindow::FindNode(const QString& typed) {
   if (mode_ != Mode::Tree) return;
-  const QString name = typed.trimmed();
-  const auto exact = tree_->findItems(name, Qt::MatchFixedString | Qt::MatchRecursive);
-  const auto begun = tree_->findItems(name, Qt::MatchStartsWith | Qt::MatchRecursive);
-  tree_->setCurrentItem(name.isEmpty() ? nullptr : exact.value(0, begun.value(0)));
+  const QList<QTreeWidgetItem*> named = NodesNamed(typed);
+  tree_->setCurrentItem(named.size() == 1 ? named.first() : nullptr);
+  if (named.size() > 1) tree_->scrollToItem(named.first());
+  several_->setVisible(named.size() > 1);
+  several_->setText(
+      Ui::tr("「%1」で始まるものが%2個あります。続きを入力するか、↑ ↓ で選んでください。")
+          .arg(ShownText(typed.trimmed()))
+          .arg(named.size()));
 }
 
 void ConsoleWindow::LoadDefaultProperty(const DiskPtr& bag) {
@@ -219,6 +248,7 @@ QVariant ConsoleWindow::Answer() const {
 }
 
 void ConsoleWindow::cmOk_Click() {
+  if (!several_->isHidden() && tree_->selectedItems().isEmpty()) return;
   QVariant answer = Answer();
   if (ConsoleRequest(*request_).AsksForFolder() && !answer.toString().isEmpty()) {
     const QString folder = AskFolder(

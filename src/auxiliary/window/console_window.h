@@ -12,6 +12,7 @@ class QListWidget;
 class QPushButton;
 class QSlider;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace vorn {
 
@@ -34,6 +35,7 @@ class ConsoleWindow : public QDialog {
 
  private:
   bool PassOn(QKeyEvent& key);
+  QList<QTreeWidgetItem*> NodesNamed(const QString& typed) const;
   void FindNode(const QString& typed);
   void FillTree(const QString& draw, const QString& key);
   void FillList(const QString& entries, const QString& chosen);
@@ -45,6 +47,7 @@ class ConsoleWindow : public QDialog {
   ConsoleRequest::Mode mode_ = ConsoleRequest::Mode::Text;
   QLabel* label_;
   QLineEdit* text_;
+  QLabel* several_;  // says that the name that is typed may mean more than one node
   QWidget* sliderFrame_;
   QSlider* slider_;
   QTreeWidget* tree_;
@@ -66,8 +69,8 @@ std::optional<QString> InputSlider(Context& context, QWidget* parent, const QStr
                                    qint32 minimum, qint32 maximum);
 /// `draw` filters the objects of the tree (see `SelectObjects`). With a text for it there is a
 /// button that asks for an object not yet in the tree, and a box in which a name is typed that
-/// chooses one. For the button, and for a name that none has, the answer is `kAnotherWanted` with
-/// what was typed behind it.
+/// chooses one, whole or as far as no other begins so. For the button, and for a name that none
+/// has, the answer is `kAnotherWanted` with what was typed behind it.
 inline const QString kAnotherWanted = QStringLiteral("+");
 std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& draw,

@@ -95,6 +95,12 @@ void LoginWindow::LoadDefaultProperty(const DiskPtr& request) {
   cbProfile_->setCurrentIndex(0);
 }
 
+void LoginWindow::ChooseLast() {
+  const DiskPtr last = DefaultProfile(context_);
+  const int at = last == nullptr ? -1 : cbProfile_->findText(AnyObject(*last).Name());
+  if (at >= 0) cbProfile_->setCurrentIndex(at);
+}
+
 void LoginWindow::cmOk_Click() {
   const DiskPtr profile = FindProfile(context_, cbProfile_->currentText());
   if (profile == nullptr) return;

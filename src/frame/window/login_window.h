@@ -20,6 +20,8 @@ class LoginWindow : public QDialog {
 
   /// Fills the list of profiles; with a request whose "login" is set, with that name alone.
   void LoadDefaultProperty(const DiskPtr& request);
+  /// Chooses the profile that was logged in last.
+  void ChooseLast();
   /// Tries the login. On success the session bag holds it, and `LoggedIn` is emitted.
   void cmOk_Click();
 

@@ -60,8 +60,9 @@ QString MessageActions::AskFolder() {
   const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
-  // Enter takes the folder of last time, or the only one.
-  const QString likely = folders->Count() == 1 ? folders->First()->SerialID() : lastFolder_;
+  // Enter takes the folder of last time, or the first one.
+  const bool hasLast = folders->Find(lastFolder_) != nullptr;
+  const QString likely = hasLast ? lastFolder_ : folders->First()->SerialID();
   const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
                               QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
@@ -97,7 +98,6 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   const QString into = AskFolder();
   if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
   if (into.isEmpty() || !IsFilledByHand(into)) return {};
-  lastFolder_ = into;
   return File(messages, into, folder);
 }
 
@@ -129,6 +129,7 @@ QStringList MessageActions::File(const QStringList& messages, const QString& int
       shownIn == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
   const bool leavesFolder = shownIn != into && IsFilledByHand(shownIn);
   const QStringList gone = leavesFolder || leavesInbox ? filed : QStringList();
+  if (done) lastFolder_ = into;
   if (!done || !told_) return gone;
   QStringList added = messages;
   added.removeIf([&before](const QString& message) { return before->contains(message); });

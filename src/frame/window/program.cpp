@@ -166,6 +166,7 @@ void Program::ShowLogin() {
   opening_ = login;
   login->setAttribute(Qt::WA_DeleteOnClose);
   login->LoadDefaultProperty(nullptr);
+  login->ChooseLast();
   connect(login, &LoginWindow::LoggedIn, this, &Program::ShowVersion);
   connect(login, &LoginWindow::Cancelled, qApp, &QApplication::quit);
   login->show();

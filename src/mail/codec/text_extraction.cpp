@@ -404,4 +404,10 @@ QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
   return html.isNull() ? QStringLiteral("") : html;
 }
 
+qsizetype HtmlPartAt(const QString& contentIndex) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
+  const ContentRecord* html = FindHtml(records);
+  return html == nullptr ? -1 : html->first;
+}
+
 }  // namespace vorn

@@ -51,4 +51,7 @@ QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset);
 
+/// Where that part begins in the source; -1 when there is none.
+qsizetype HtmlPartAt(const QString& contentIndex);
+
 }  // namespace vorn

@@ -28,6 +28,11 @@ namespace {
 constexpr const char* kScheme = "vorn-mail";
 constexpr int kFrameMs = 16;        // from what the page draws to what is seen
 constexpr int kFirstPaintMs = 300;  // from the end of the loading
+
+QString OfferWords() {
+  return Ui::tr("送信者に知られないように、リモート画像は表示していません。");
+}
+
 bool IsRemoteImage(const QUrl& url) {
   return url.toString(QUrl::FullyEncoded).startsWith(QLatin1String(kRemoteImage));
 }
@@ -163,6 +168,18 @@ HtmlView::~HtmlView() {
   delete view_;  // its page goes before the profile
 }
 
+QPushButton* HtmlView::TakeButton() {
+  isButtonTaken_ = true;
+  PutAside();
+  button_->setToolTip(OfferWords());
+  button_->setAccessibleDescription(OfferWords());
+  return button_;
+}
+
+void HtmlView::PutAside() {
+  if (isButtonTaken_) button_->hide();
+}
+
 void HtmlView::Show(const QString& html) {
   html_ = html;
   Cover();
@@ -216,9 +233,7 @@ void HtmlView::Load(RemoteImages images) {
 // What is not shown, and why.
 void HtmlView::TellOfImages(const ImagesLeftOut& leftOut) {
   QStringList words;
-  if (offers_) {
-    words.append(Ui::tr("送信者に知られないように、リモート画像は表示していません。"));
-  }
+  if (offers_ && !isButtonTaken_) words.append(OfferWords());
   const auto count = [&words](int images, const QString& text) {
     if (images > 0) words.append(text.arg(images));
   };

@@ -39,6 +39,10 @@ class HtmlView : public QWidget {
   void Find(const QString& text, bool backward, const std::function<void(bool)>& then);
   void Zoom(double factor);
   QWebEngineView* View() const { return view_; }
+  /// Gives away the button that shows remote images, to stand where it takes no line of the page.
+  /// It is still seen while there is something to show; `PutAside` hides it with the page.
+  QPushButton* TakeButton();
+  void PutAside();
 
  Q_SIGNALS:
   void Loaded(bool ok);
@@ -65,6 +69,7 @@ class HtmlView : public QWidget {
   QWidget* notice_;
   QLabel* words_;        // of the notice
   QPushButton* button_;  // shows remote images
+  bool isButtonTaken_ = false;
   int largeInside_ = 0;  // images inside the page that are not shown
   int otherImages_ = 0;  // of the network, in forms that are never shown
   bool offers_ = false;  // to show remote images

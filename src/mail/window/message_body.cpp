@@ -1,8 +1,10 @@
 #include "mail/window/message_body.h"
 
 #include <QFontDatabase>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextBlock>
@@ -23,6 +25,20 @@ constexpr double kZoomStep = 1.1;
 constexpr int kHtmlTab = 1;
 constexpr int kLineMargin = 6;
 constexpr int kLongestLine = 4000;  // what is longer is no line that anybody reads
+
+// What the tabs leave of their row.
+class RowRest : public QWidget {
+ public:
+  explicit RowRest(QTabWidget& tabs) : tabs_(tabs) {}
+  QSize sizeHint() const override {
+    const QSize bar = tabs_.tabBar()->sizeHint();
+    return {qMax(0, tabs_.width() - bar.width()), bar.height()};
+  }
+  QSize minimumSizeHint() const override { return {0, 0}; }
+
+ private:
+  QTabWidget& tabs_;
+};
 
 }  // namespace
 
@@ -57,9 +73,10 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   tsBody_->setObjectName(QStringLiteral("tsBody"));
   tsBody_->setDocumentMode(true);
   tsBody_->addTab(txMemo_, Ui::tr("テキスト"));
-  tsBody_->addTab(htmlPage_, QStringLiteral("HTML"));
+  tsBody_->addTab(htmlPage_, QString());
   connect(tsBody_, &QTabWidget::currentChanged, this, [this](int index) {
     index == kHtmlTab ? ShowHtml() : ShowText();
+    if (index != kHtmlTab && wbHtml_ != nullptr) wbHtml_->PutAside();
     Q_EMIT FrontChanged(index == kHtmlTab);
   });
   connect(find_, &FindBar::FindWanted, this, &MessageBody::Find);
@@ -71,9 +88,8 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   layout->addWidget(find_);
 }
 
-void MessageBody::Show(const LazyText& text, bool editable, std::function<QString()> html,
-                       Front front) {
-  html_ = std::move(html);
+void MessageBody::Show(const LazyText& text, bool editable, const HtmlPart& html) {
+  html_ = html.make;
   txMemo_->setReadOnly(!editable);
   txMemo_->setTextInteractionFlags(editable
                                        ? Qt::TextEditorInteraction
@@ -82,13 +98,33 @@ void MessageBody::Show(const LazyText& text, bool editable, std::function<QStrin
   tsBody_->setCurrentIndex(0);
   const bool hasHtml = static_cast<bool>(html_);
   text_ = text;
-  if (!hasHtml || front == Front::Text) ShowText();
+  if (!hasHtml || !html.isFirst) ShowText();
   // Made before the window is shown: the first one would make the system's window anew.
   if (hasHtml) MakeHtmlView();
+  tsBody_->setTabText(kHtmlTab, html.title);
   tsBody_->setTabVisible(kHtmlTab, hasHtml);
   tsBody_->setTabEnabled(kHtmlTab, hasHtml);  // else the keys reach it
-  tsBody_->tabBar()->setVisible(hasHtml);
-  if (hasHtml && front == Front::Html) tsBody_->setCurrentIndex(kHtmlTab);
+  ShowRow();
+  if (hasHtml && html.isFirst) tsBody_->setCurrentIndex(kHtmlTab);
+}
+
+void MessageBody::PutBeside(QWidget* widget) {
+  if (beside_ == nullptr) {
+    auto* rest = new RowRest(*tsBody_);
+    beside_ = new QHBoxLayout(rest);
+    beside_->setContentsMargins(kLineMargin, 0, 0, 0);
+    tsBody_->setCornerWidget(rest);
+    rest->show();
+  }
+  beside_->addWidget(widget, 1);
+}
+
+void MessageBody::ShowRow() {
+  bool isWanted = tsBody_->isTabVisible(kHtmlTab);
+  for (int i = 0; beside_ != nullptr && i < beside_->count(); ++i) {
+    isWanted = isWanted || !beside_->itemAt(i)->widget()->isHidden();
+  }
+  tsBody_->tabBar()->setVisible(isWanted);
 }
 
 MemoBox* MessageBody::Text() {
@@ -119,6 +155,7 @@ void MessageBody::MakeHtmlView() {
   htmlPage_->layout()->addWidget(wbHtml_);
   connect(wbHtml_, &HtmlView::MessageWanted, this, &MessageBody::MessageWanted);
   wbHtml_->Zoom(std::pow(kZoomStep, zoom_));
+  if (beside_ != nullptr) beside_->insertWidget(0, wbHtml_->TakeButton());
 }
 
 void MessageBody::ShowHtml() {

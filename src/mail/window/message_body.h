@@ -5,8 +5,10 @@
 #include <optional>
 
 #include "mail/lazy_text.h"
+#include "mail/window/html_part.h"
 #include "mail/window/memo_box.h"
 
+class QHBoxLayout;
 class QLabel;
 class QTabWidget;
 
@@ -26,12 +28,13 @@ class MessageBody : public QWidget {
   /// The HTML part's view goes by `htmlName`.
   explicit MessageBody(MemoBox::Taker taker, QString htmlName = QStringLiteral("wbHtml"));
 
-  enum class Front { Text, Html };
-
-  /// Shows a message. `html` gives the HTML part each time that its tab comes to the front; without
-  /// it there is no such tab, and the text is in front.
-  void Show(const LazyText& text, bool editable, std::function<QString()> html,
-            Front front = Front::Text);
+  /// Shows a message.
+  void Show(const LazyText& text, bool editable, const HtmlPart& html);
+  /// Puts a widget beside the tabs, in their row, which is there while it or the HTML part is.
+  /// With one what offers remote images stands there too, and takes no line of the HTML part.
+  void PutBeside(QWidget* widget);
+  /// Brings the row of the tabs in line with what stands in it.
+  void ShowRow();
   /// The box of the text, which is in it from now on.
   MemoBox* Text();
   /// What is in front: the text's box or the HTML part.
@@ -65,6 +68,7 @@ class MessageBody : public QWidget {
   std::function<QString()> html_;
   QString htmlName_;
   QTabWidget* tsBody_;
+  QHBoxLayout* beside_ = nullptr;  // the tabs, where anything stands there
   MemoBox* txMemo_;
   QLabel* lbLine_;
   QWidget* htmlPage_;

@@ -15,6 +15,7 @@
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "kit/window/tool_letter.h"
+#include "mail/attached_pictures.h"
 #include "mail/codec/invitation.h"
 #include "mail/date_line.h"
 #include "mail/window/address_list.h"
@@ -23,6 +24,7 @@
 #include "mail/window/message_body.h"
 #include "mail/window/message_host.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -31,7 +33,8 @@ namespace {
 constexpr int kAddressRows = 4;
 constexpr int kLeastAddressRows = 2;  // in a low window
 constexpr int kReadRows = 3;
-constexpr int kClipRows = 3;
+constexpr int kClipRows = 2;
+constexpr int kClipsInRow = 3;  // as far as one row may do
 constexpr int kReferenceRows = 3;
 
 QWidget* NewPage(const QString& key) {
@@ -100,7 +103,6 @@ void MessageForm::BuildMail() {
   grid->addWidget(lbDate_, 2, 1);
   const int line = lvClip_->fontMetrics().lineSpacing();
   lvClip_->setMinimumHeight(line + 2 * lvClip_->frameWidth());
-  lvClip_->setMaximumHeight(line * kClipRows);
   AddRow(grid, 3, lbClip_, lvClip_);
   body_->Text()->setMinimumHeight(2 * line);
   grid->addWidget(body_, 4, 0, 1, 2);
@@ -150,6 +152,7 @@ void MessageForm::ConnectControls() {
   });
   connect(lvClip_, &AttachmentList::Edited, this, [this] {
     Q_EMIT Edited();
+    FitClips();
     lvClip_->setVisible(true);
     lbClip_->setVisible(true);
   });
@@ -181,19 +184,29 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   tbMailaddress_->setVisible(isEditable);
   FitHead(isEditable ? QString() : DateLine(opened.source, document.Request().Timestamp()),
           isEditable);
-  lvClip_->Show(model.attachments, opened.source, isEditable,
+  const bool withHtml = isEditable || !Settings(context_).HasStandardHeaders();
+  const auto files = withHtml ? model.attachments : WithoutHtmlPart(opened);
+  lvClip_->Show(files, opened.source, isEditable,
                 isEditable ? QSet<qsizetype>() : opened.shownImages);
-  lvClip_->setVisible(!model.attachments.empty());
-  lbClip_->setVisible(!model.attachments.empty());
-  const bool hasHtml = !isEditable && !opened.html.isEmpty();
+  FitClips();
+  lvClip_->setVisible(!files.empty());
+  lbClip_->setVisible(!files.empty());
   body_->Show(TextOf(opened, document.IsNew()), isEditable,
-              hasHtml ? [&document] { return document.ShownHtml(); } : std::function<QString()>(),
-              IsHtmlFirst(context_, model) ? MessageBody::Front::Html : MessageBody::Front::Text);
+              isEditable ? HtmlPart() : PartToRead(context_, opened, [&document] {
+                return document.ShownHtml();
+              }));
   lvHeader_->Show(model.headerRows, isEditable);
   txReference_->setPlainText(model.references);
   txReference_->setReadOnly(!isEditable);
   txInReplayTo_->setText(model.inReplyTo);
   txInReplayTo_->setReadOnly(!isEditable);
+}
+
+// Whole rows, so that none is cut.
+void MessageForm::FitClips() {
+  const int row = lvClip_->sizeHintForRow(0) + 2 * lvClip_->spacing();
+  const int rows = lvClip_->count() > kClipsInRow ? kClipRows : 1;
+  lvClip_->setMaximumHeight(rows * qMax(1, row) + 2 * lvClip_->frameWidth());
 }
 
 // Who reads needs room for the text; more addresses than a few are scrolled to.

@@ -56,6 +56,7 @@ class MessageForm : public QTabWidget {
   void BuildAddresses(QGridLayout& grid);
   QWidget* BuildOptions();
   void ConnectControls();
+  void FitClips();
   void FitHead(const QString& date, bool isEditable);
   void ChooseAddresses();
 

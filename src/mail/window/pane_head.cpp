@@ -14,6 +14,9 @@ namespace vorn {
 namespace {
 
 constexpr int kHeadGap = 6;
+constexpr int kColumnGap = 12;
+constexpr int kWideEms = 45;  // correspondents side by side can be read from here on
+constexpr int kIconSize = 20;
 constexpr qsizetype kShownAddresses = 3;
 
 // The first ones; how many more there are is said in words.
@@ -34,25 +37,43 @@ PaneHead::PaneHead()
     : subject_(new ElidingLabel(QStringLiteral("lbPaneSubject"))),
       from_(new ElidingLabel(QStringLiteral("lbPaneFrom"))),
       to_(new ElidingLabel(QStringLiteral("lbPaneTo"))),
-      date_(new ElidingLabel(QStringLiteral("lbPaneDate"))) {
+      date_(new ElidingLabel(QStringLiteral("lbPaneDate"))),
+      toolbar_(BuildToolbar()),
+      grid_(new QGridLayout(this)) {
   QFont bold = subject_->font();
   bold.setBold(true);
   subject_->setFont(bold);
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(kHeadGap, kHeadGap / 2, kHeadGap, kHeadGap / 2);
-  grid->setVerticalSpacing(2);
-  grid->addWidget(subject_, 0, 0);
-  grid->addWidget(BuildToolbar(), 0, 1, 2, 1, Qt::AlignTop | Qt::AlignRight);
-  grid->addWidget(from_, 1, 0);
-  grid->addWidget(to_, 2, 0);
-  grid->addWidget(date_, 2, 1);
-  grid->setColumnStretch(0, 3);
-  grid->setColumnStretch(1, 2);
+  grid_->setContentsMargins(kHeadGap, kHeadGap / 2, kHeadGap, kHeadGap / 2);
+  grid_->setVerticalSpacing(0);
+  grid_->setHorizontalSpacing(kColumnGap);
+  grid_->setColumnStretch(0, 3);
+  grid_->setColumnStretch(1, 2);
+  Lay(true);
 }
 
-QWidget* PaneHead::BuildToolbar() {
+// Either of both, whose places differ, takes its widgets to the other ones.
+void PaneHead::Lay(bool isWide) {
+  for (QWidget* widget : {static_cast<QWidget*>(from_), static_cast<QWidget*>(to_)}) {
+    grid_->removeWidget(widget);
+  }
+  grid_->addWidget(subject_, 0, 0);
+  grid_->addWidget(date_, 0, 1);
+  grid_->addWidget(toolbar_, 0, 2, isWide ? 2 : 1, 1);
+  grid_->addWidget(from_, 1, 0, 1, isWide ? 1 : 3);
+  grid_->addWidget(to_, isWide ? 1 : 2, isWide ? 1 : 0, 1, isWide ? 1 : 3);
+  isWide_ = isWide;
+}
+
+void PaneHead::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const bool isWide = width() >= fontMetrics().horizontalAdvance(u'M') * kWideEms;
+  if (isWide != isWide_) Lay(isWide);
+}
+
+QToolBar* PaneHead::BuildToolbar() {
   auto* bar = new QToolBar;
   bar->setObjectName(QStringLiteral("tbPane"));
+  bar->setIconSize({kIconSize, kIconSize});
   NameMoreButton(*bar);
   const auto add = [this, bar](const QString& key, const QString& text, OpenMode mode) {
     QAction* action =

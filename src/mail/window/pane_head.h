@@ -4,12 +4,15 @@
 
 #include "mail/open_message.h"
 
+class QGridLayout;
+class QToolBar;
+
 namespace vorn {
 
 class ElidingLabel;
 
 /// The head of the message in the reading pane: its subject, correspondents and date, and the
-/// buttons that answer it.
+/// buttons that answer it. It has two lines where it is wide, else three.
 class PaneHead : public QWidget {
   Q_OBJECT
 
@@ -22,13 +25,20 @@ class PaneHead : public QWidget {
   /// The message is to be opened in a window.
   void OpenWanted(OpenMode mode);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
-  QWidget* BuildToolbar();
+  QToolBar* BuildToolbar();
+  void Lay(bool isWide);
 
   ElidingLabel* subject_;
   ElidingLabel* from_;
   ElidingLabel* to_;
   ElidingLabel* date_;
+  QToolBar* toolbar_;
+  QGridLayout* grid_;
+  bool isWide_ = true;
 };
 
 }  // namespace vorn

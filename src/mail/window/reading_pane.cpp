@@ -6,11 +6,12 @@
 
 #include "kit/window/notice_bar.h"
 #include "kit/window/plain_text.h"
+#include "mail/attached_pictures.h"
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/mail_request_bag.h"
 #include "mail/store/message_bag.h"
-#include "mail/window/attachment_list.h"
+#include "mail/window/clip_row.h"
 #include "mail/window/message_body.h"
 #include "mail/window/message_printing.h"
 #include "mail/window/pane_head.h"
@@ -22,7 +23,7 @@ namespace vorn {
 namespace {
 
 constexpr int kLeastLines = 6;
-constexpr int kPaneClipRows = 2;
+
 }  // namespace
 
 ReadingPane::ReadingPane(Context& context, MessageHost& host)
@@ -34,15 +35,15 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
       receipt_(new NoticeBar(QStringLiteral("frReceipt"))),
       appointment_(BuildAppointment()),
       signed_(new NoticeBar(QStringLiteral("frPaneSigned"))),
-      clips_(new AttachmentList(context)),
+      clips_(new ClipRow(context)),
       body_(new MessageBody([](const QMimeData&) { return false; }, QStringLiteral("wbPaneHtml"))) {
   setObjectName(QStringLiteral("frReadingPane"));
   Lay();
   connect(head_, &PaneHead::OpenWanted, this, &ReadingPane::OpenWanted);
   connect(&inSight_, &SightTimer::HasBeenSeen, this, &ReadingPane::Mark);
-  connect(clips_, &AttachmentList::MessageOpened, this,
+  connect(&clips_->Clips(), &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
-  connect(body_, &MessageBody::FrontChanged, clips_, &AttachmentList::FoldShown);
+  connect(body_, &MessageBody::FrontChanged, &clips_->Clips(), &AttachmentList::FoldShown);
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
 }
@@ -50,7 +51,6 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
 void ReadingPane::Lay() {
   nothing_->setAlignment(Qt::AlignCenter);
   nothing_->setWordWrap(true);
-  clips_->setFixedHeight(clips_->fontMetrics().lineSpacing() * (kPaneClipRows + 1));
   auto* column = new QVBoxLayout(message_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -58,8 +58,9 @@ void ReadingPane::Lay() {
   column->addWidget(receipt_);
   column->addWidget(appointment_);
   column->addWidget(signed_);
-  column->addWidget(clips_);
+  column->addWidget(clips_->Lines());
   column->addWidget(body_, 1);
+  body_->PutBeside(clips_);
   auto* either = new QStackedLayout(this);
   either->addWidget(nothing_);
   either->addWidget(message_);
@@ -117,13 +118,8 @@ void ReadingPane::Fill() {
                         : Ui::tr("このメールには予定があります。ウィンドウで開くと、招待に"
                                  "返事をしたり、カレンダー用に保存したりできます。"));
   signed_->Say(opened_.signature);
-  // The HTML part stands below, in its tab.
-  std::erase_if(opened_.model.attachments, [this](const ModelAttachment& attachment) {
-    return !opened_.html.isEmpty() && !attachment.isNew && !attachment.record.hasName &&
-           attachment.record.type == u"text/html";
-  });
-  clips_->Show(opened_.model.attachments, opened_.source, false, opened_.shownImages);
-  clips_->setVisible(!opened_.model.attachments.empty());
+  opened_.model.attachments = WithoutHtmlPart(opened_);
+  clips_->Show(opened_.model.attachments, opened_.source, opened_.shownImages);
   LazyText text = opened_.model.text;
   if (opened_.unreadable) {
     text = Ui::tr("メッセージ%1を読み込めません。").arg(opened_.unreadable->Name()) +
@@ -132,12 +128,10 @@ void ReadingPane::Fill() {
     text = Ui::tr("メッセージがありません。");
   }
   body_->UseFont(TextFont(context_, FontUse::Read));
-  const auto html = [this] {
-    return WithInlineImages(opened_.html, opened_.source, MailRequestBag(*request_).ContentIndex());
-  };
-  body_->Show(
-      text, false, opened_.html.isEmpty() ? std::function<QString()>() : html,
-      IsHtmlFirst(context_, opened_.model) ? MessageBody::Front::Html : MessageBody::Front::Text);
+  body_->Show(text, false, PartToRead(context_, opened_, [this] {
+                return WithInlineImages(opened_.html, opened_.source,
+                                        MailRequestBag(*request_).ContentIndex());
+              }));
 }
 
 void ReadingPane::Print() {

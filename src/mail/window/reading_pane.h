@@ -10,7 +10,7 @@ class QLabel;
 
 namespace vorn {
 
-class AttachmentList;
+class ClipRow;
 class MessageBody;
 class NoticeBar;
 class PaneHead;
@@ -61,7 +61,7 @@ class ReadingPane : public QWidget {
   NoticeBar* receipt_;
   NoticeBar* appointment_;
   NoticeBar* signed_;
-  AttachmentList* clips_;
+  ClipRow* clips_;
   MessageBody* body_;
 };
 

@@ -20,6 +20,7 @@ namespace vorn {
 namespace {
 
 constexpr int kSmallestBox = 50;
+constexpr int kSearchEms = 8;
 constexpr int kGap = 4;
 
 }  // namespace
@@ -30,7 +31,11 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   BuildPageBox();
   BuildAddress();
   search_ = new SearchBox(window, this);
-  search_->setMinimumWidth(kSmallestBox);
+  // What is searched for says more than the folder's name does.
+  connect(search_, &SearchBox::textChanged, this, [this](const QString& text) {
+    txLocation_->setVisible(text.isEmpty() || !txLocation_->isReadOnly());
+  });
+  search_->setMinimumWidth(fontMetrics().horizontalAdvance(u'M') * kSearchEms);
   // The boxes shrink before the buttons do.
   tbLocation_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   auto* bar = new QHBoxLayout(this);
@@ -39,7 +44,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->addWidget(tbLocation_);
   bar->addWidget(pages_);
   bar->addWidget(txLocation_, 1);
-  bar->addWidget(search_, 1);
+  bar->addWidget(search_, 2);
   bar->addWidget(search_->Everywhere());
   bar->addWidget(search_->Texts());
   bar->addWidget(search_->Found());

@@ -15,7 +15,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kPageShare = 45;  // percent
+constexpr int kPageShare = 42;  // percent
 constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
 constexpr int kLeastForBoth = 280;  // pixels

@@ -11,7 +11,7 @@
 namespace vorn {
 namespace {
 
-constexpr int kSearchWidth = 220;
+constexpr int kSearchWidth = 360;
 
 }  // namespace
 
