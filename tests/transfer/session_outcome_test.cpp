@@ -428,5 +428,25 @@ TEST(Pop3Limits, APlusAloneIsAContinuation) {
       << said.toStdString();
 }
 
+// The login's commands, by their first two words.
+QString LoginCommands(const QByteArray& capabilities, const QByteArray& answers) {
+  SessionRecorder events;
+  QStringList said =
+      PlayPop3(events, "+OK\r\n+OK\r\n" + capabilities + ".\r\n" + answers).split(u'|');
+  said.removeFirst();  // CAPA
+  for (QString& line : said) line = line.section(u' ', 0, 1);
+  return said.join(u'|');
+}
+
+TEST(Pop3Limits, AMechanismThatTheServerDoesNotDoIsFollowedByTheNext) {
+  EXPECT_EQ(LoginCommands("SASL LOGIN\r\nUSER\r\n", "-ERR unknown\r\n+OK\r\n-ERR no\r\n"),
+            QStringLiteral("AUTH LOGIN|USER user|PASS s3cret"));
+  EXPECT_EQ(LoginCommands("SASL LOGIN\r\nUSER\r\n", "+\r\n+\r\n-ERR wrong\r\n"),
+            QStringLiteral("AUTH LOGIN|dXNlcg==|czNjcmV0"));
+  // In clear not by one that shows the password, unless it is the login that all servers have.
+  EXPECT_EQ(LoginCommands("SASL LOGIN CRAM-MD5\r\n", "-ERR unknown\r\n"),
+            QStringLiteral("AUTH CRAM-MD5"));
+}
+
 }  // namespace
 }  // namespace vorn

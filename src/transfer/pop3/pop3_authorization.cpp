@@ -46,12 +46,12 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   const bool isPrivate = tls_.IsEncrypted();
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  const SaslMechanism* mechanism = ChooseMechanism(offered, isPrivate);
+  const auto usable = UsableMechanisms(offered, isPrivate);
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
-  const SaslMechanism* simplest = ChooseMechanism(offered, true);
-  const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
-  if (!takesUser || (!isPrivate && mechanism->hidesPassword)) {
-    auth_ = SaslExchange(mechanism, login_.user, login_.password);
+  const auto known = UsableMechanisms(offered, true);
+  const bool takesUser = offersUser_ && !known.isEmpty() && known.first()->isPlainLogin;
+  if (!takesUser || (!isPrivate && usable.first()->hidesPassword)) {
+    auth_ = SaslExchange(usable, login_.user, login_.password);
   }
 }
 
@@ -102,8 +102,18 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
     state_ = State::LoggedIn;
     return std::nullopt;
   }
-  if (offersUser_ && auth_.Mechanism() != nullptr && auth_.Mechanism()->hidesPassword) {
-    // A server that keeps scrambled passwords offers this mechanism and cannot honour it.
+  return command == Pop3Command::Auth ? TryAnotherWay(line) : Refused(line);
+}
+
+// A mechanism that is refused before anything was proved by it is not there, whatever the server
+// lists. A server that keeps scrambled passwords offers one that hides the password and cannot
+// honour it. What else is refused is the password: it is not offered again, lest the server locks
+// the account.
+std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
+  const bool isMissing = !auth_.HasResponded();
+  const bool hides = auth_.Mechanism()->hidesPassword;
+  if (isMissing && auth_.TryNext()) return LogIn();
+  if (offersUser_ && (isMissing || hides)) {
     auth_ = {};
     return LogIn();
   }

@@ -58,6 +58,7 @@ class Pop3Authorization {
   void ChooseLogin(const QByteArray& capabilities);
   std::optional<PopFailure> LogIn();
   std::optional<PopFailure> LogInByApop();
+  std::optional<PopFailure> TryAnotherWay(const QByteArray& line);
   PopFailure Refused(const QByteArray& line) const;
 
   const Pop3Login& login_;

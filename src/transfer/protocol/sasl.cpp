@@ -43,34 +43,42 @@ constexpr SaslMechanism kMechanisms[] = {
 
 }  // namespace
 
-const SaslMechanism* ChooseMechanism(const QByteArrayList& offered, bool encrypted) {
-  const SaslMechanism* simplest = nullptr;
+QList<const SaslMechanism*> UsableMechanisms(const QByteArrayList& offered, bool encrypted) {
+  QList<const SaslMechanism*> simple;
+  QList<const SaslMechanism*> hiding;
   for (const SaslMechanism& mechanism : kMechanisms) {
     if (!offered.contains(mechanism.name)) continue;
-    if (encrypted || mechanism.hidesPassword) return &mechanism;
-    if (simplest == nullptr) simplest = &mechanism;
+    simple.append(&mechanism);
+    if (mechanism.hidesPassword) hiding.append(&mechanism);
   }
-  return simplest;
+  return encrypted || hiding.isEmpty() ? simple : hiding;
+}
+
+bool SaslExchange::TryNext(bool hiding) {
+  if (!mechanisms_.isEmpty()) mechanisms_.removeFirst();
+  if (hiding) mechanisms_.removeIf([](const auto* mechanism) { return !mechanism->hidesPassword; });
+  step_ = 0;
+  return !mechanisms_.isEmpty();
 }
 
 QByteArray SaslExchange::Begin(bool saysFirst) {
-  const QByteArray command = QByteArray("AUTH ") + mechanism_->name;
-  if (!saysFirst || !mechanism_->speaksFirst) return command;
+  const QByteArray command = QByteArray("AUTH ") + Mechanism()->name;
+  if (!saysFirst || !Mechanism()->speaksFirst) return command;
   return command + ' ' + Respond({}).toBase64();
 }
 
 std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
-  if (mechanism_ == nullptr || step_ == mechanism_->steps) return std::nullopt;
+  if (Mechanism() == nullptr || step_ == Mechanism()->steps) return std::nullopt;
   const QByteArray response = Respond(QByteArray::fromBase64(challenge));
   redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
   return response.toBase64();
 }
 
 QByteArray SaslExchange::Respond(const QByteArray& challenge) {
-  return mechanism_->respond({.user = user_.toUtf8(),
-                              .password = password_.toUtf8(),
-                              .challenge = challenge,
-                              .number = step_++});
+  return Mechanism()->respond({.user = user_.toUtf8(),
+                               .password = password_.toUtf8(),
+                               .challenge = challenge,
+                               .number = step_++});
 }
 
 }  // namespace vorn

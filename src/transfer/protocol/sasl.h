@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QList>
 #include <QString>
 #include <optional>
 #include <utility>
@@ -28,20 +29,28 @@ struct SaslMechanism {
   QByteArray (*respond)(const SaslStep& step);
 };
 
-/// The mechanism to use of those a server offers, in its own words; null when it has none of them.
-/// Over a connection in clear one that does not show the password comes first; over an encrypted
-/// one the simplest does.
-const SaslMechanism* ChooseMechanism(const QByteArrayList& offered, bool encrypted);
+/// The mechanisms to try, one after the other, of those a server offers in its own words. Over an
+/// encrypted connection the simplest comes first. Over one in clear those that show the password
+/// are there only where the server offers none that does not.
+QList<const SaslMechanism*> UsableMechanisms(const QByteArrayList& offered, bool encrypted);
 
-/// One proof of who the user is, the same in POP3 (RFC 5034) and SMTP (RFC 4954).
+/// The proof of who the user is, the same in POP3 (RFC 5034) and SMTP (RFC 4954), by the first
+/// of the mechanisms that the server does.
 class SaslExchange {
  public:
   SaslExchange() = default;
-  SaslExchange(const SaslMechanism* mechanism, QString user, QString password)
-      : mechanism_(mechanism), user_(std::move(user)), password_(std::move(password)) {}
+  SaslExchange(QList<const SaslMechanism*> mechanisms, QString user, QString password)
+      : mechanisms_(std::move(mechanisms)),
+        user_(std::move(user)),
+        password_(std::move(password)) {}
 
-  /// Null when there is nothing to prove by it.
-  const SaslMechanism* Mechanism() const { return mechanism_; }
+  /// The one in use; null when there is nothing to prove by.
+  const SaslMechanism* Mechanism() const { return mechanisms_.value(0); }
+  /// Whether the server has been given a proof by it, right or wrong.
+  bool HasResponded() const { return step_ > 0; }
+  /// Goes on to the next mechanism, with `hiding` to the next that hides the password. False when
+  /// there is none.
+  bool TryNext(bool hiding = false);
   /// The command that begins it, with a mechanism. With `saysFirst` the answer of one that has no
   /// challenge goes along.
   QByteArray Begin(bool saysFirst);
@@ -52,7 +61,7 @@ class SaslExchange {
  private:
   QByteArray Respond(const QByteArray& challenge);
 
-  const SaslMechanism* mechanism_ = nullptr;
+  QList<const SaslMechanism*> mechanisms_;
   QString user_;
   QString password_;
   int step_ = 0;

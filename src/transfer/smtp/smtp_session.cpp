@@ -9,6 +9,13 @@ namespace vorn {
 namespace {
 
 constexpr int kClosing = 421;
+constexpr int kNotInClear = 538;
+
+// Not who logs in is refused but by which mechanism (RFC 4954 sections 4 and 6): it is not
+// understood or not known, too weak, or needs encryption.
+bool RefusesMechanism(int code) {
+  return code == 501 || code == 504 || code == 534 || code == kNotInClear;
+}
 
 QString NotUnderstood() {
   return Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認してください。");
@@ -180,22 +187,25 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  const SaslMechanism* mechanism =
-      ChooseMechanism(extensions_.AuthMechanisms(), tls_.IsEncrypted());
-  if (mechanism == nullptr) {
+  auth_ = SaslExchange(UsableMechanisms(extensions_.AuthMechanisms(), tls_.IsEncrypted()),
+                       job_.user, job_.password);
+  if (auth_.Mechanism() == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
     return;
   }
   stage_ = Stage::Auth;
-  auth_ = SaslExchange(mechanism, job_.user, job_.password);
   Send(auth_.Begin(true));
 }
 
+// A refused password is not offered again: servers lock accounts after a few wrong ones.
 void SmtpSession::GoOnWithAuth(int code) {
   if (code == 235) return BeginEnvelope();
   if (code == 334) {
     if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
+  }
+  if (RefusesMechanism(code) && auth_.TryNext(code == kNotInClear)) {
+    return Send(auth_.Begin(true));
   }
   LeaveAfter(PopError::Login,
              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
