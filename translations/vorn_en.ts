@@ -388,10 +388,6 @@
         <translation>%1 messages will be deleted for good. Go on?</translation>
     </message>
     <message>
-        <source>「%1」を削除します。よろしいですか？</source>
-        <translation>“%1” will be deleted. Go on?</translation>
-    </message>
-    <message>
         <source>前回、編集中のまま終了したメッセージが%1通あります。開きますか？</source>
         <translation>%1 messages were being written when the program last ended. Open them?</translation>
     </message>
@@ -935,7 +931,7 @@ Date: </translation>
     </message>
     <message>
         <source>同じオブジェクト名を持つオブジェクトが存在します。</source>
-        <translation>There is another object of this name.</translation>
+        <translation>This name is taken.</translation>
     </message>
     <message>
         <source>アカウント(&amp;A)</source>
@@ -1192,10 +1188,6 @@ Date: </translation>
     <message>
         <source>タイトル</source>
         <translation>Title</translation>
-    </message>
-    <message>
-        <source>オブジェクト</source>
-        <translation>Object</translation>
     </message>
     <message>
         <source>新しい</source>
@@ -4202,6 +4194,30 @@ and what was erased is not received again.</translation>
     <message>
         <source>入っているフォルダ（すべてのフォルダの検索だけ）</source>
         <translation>The folder it is in (in a search of all folders only)</translation>
+    </message>
+    <message>
+        <source>%1「%2」を削除します。よろしいですか？</source>
+        <translation>%1 “%2” will be deleted. Go on?</translation>
+    </message>
+    <message>
+        <source>%1の名前を入力してください。</source>
+        <translation> Type the name of the new or changed entry (%1).</translation>
+    </message>
+    <message>
+        <source>（%1「%2」）</source>
+        <translation> (%1 “%2”)</translation>
+    </message>
+    <message>
+        <source>もう一度起動されたら手前に出る(&amp;Q)</source>
+        <translation>Come to the front when started again (&amp;Q)</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
+        <translation>The server refused it, so it was not sent. Open it, cancel the sending, mend it and send it again.</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたままなので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
+        <translation>The server has refused it before, so it was not sent. Open it, cancel the sending, mend it and send it again.</translation>
     </message>
 </context>
 </TS>

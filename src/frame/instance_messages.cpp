@@ -15,6 +15,7 @@ namespace {
 constexpr int kPatienceMs = 3000;
 constexpr qint64 kLongestLine = 1 << 20;
 constexpr qsizetype kNameLength = 16;
+constexpr char kHeard[] = "ok\n";
 
 }  // namespace
 
@@ -62,7 +63,8 @@ void InstanceMessages::Accept() {
     for (const auto& value : QJsonDocument::fromJson(socket->readLine()).array()) {
       arguments.append(value.toString());
     }
-    socket->write("ok\n");
+    const bool heard = !arguments.isEmpty() || comeForward_();
+    socket->write(heard ? kHeard : "no\n");
     socket->flush();
     socket->disconnectFromServer();
     if (!arguments.isEmpty()) Q_EMIT Received(arguments);
@@ -77,7 +79,8 @@ bool InstanceMessages::Send(const QStringList& arguments) const {
   if (!socket.waitForConnected(kPatienceMs) || !IsOwnPeer(socket.socketDescriptor())) return false;
   socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) +
                '\n');
-  return socket.waitForBytesWritten(kPatienceMs) && socket.waitForReadyRead(kPatienceMs);
+  return socket.waitForBytesWritten(kPatienceMs) && socket.waitForReadyRead(kPatienceMs) &&
+         socket.readAll() == kHeard;
 }
 
 }  // namespace vorn

@@ -10,6 +10,7 @@
 #include "mail/codec/mime_codec.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/compose_message.h"
+#include "objects/reply_line.h"
 #include "objects/setting_keys.h"
 #include "objects/settings.h"
 #include "storage/shown_text.h"
@@ -360,7 +361,7 @@ EditSettings EditSettings::From(const Settings& all) {
   edit.usualReplies = settings.Flag(setting::kUsualReplies);
   edit.mimeEncode = MimeEncodeIn(settings);
   edit.mimeText = settings.Flag(setting::kMimeText);
-  edit.replyLine = settings.Text(setting::kReplyLine);
+  edit.replyLine = ShownReplyLine(settings.Text(setting::kReplyLine));
   if (settings.Flag(setting::kSignatureAbove)) edit.signaturePlace = SignaturePlace::AboveQuote;
   return edit;
 }

@@ -139,6 +139,10 @@ void Account::SetPassword(const QString& password) {
   bag_->Let(PasswordKey(), password);
 }
 
+QString Account::UserKey() {
+  return kIn + kUser;
+}
+
 QString Account::PasswordKey() {
   return kIn + kPassword;
 }

@@ -57,7 +57,8 @@ class Account {
   /// Whether the incoming password is known.
   bool HasPassword() const { return SavesPassword() || !Incoming().password.isEmpty(); }
   void SetPassword(const QString& password);
-  /// The name that the bag has for the incoming password.
+  /// The names that the bag has for the incoming user and password.
+  static QString UserKey();
   static QString PasswordKey();
 
  private:

@@ -42,6 +42,16 @@ QString InLanguage(const QString& stored) {
 
 }  // namespace
 
+QString TypeCaption(const QString& type) {
+  if (type == object_type::kProfile) return Ui::tr("プロファイル");
+  if (type == object_type::kAccount) return Ui::tr("アカウント");
+  if (type == object_type::kFolder) return Ui::tr("フォルダ");
+  if (type == object_type::kBookmark) return Ui::tr("ブックマーク");
+  if (type == object_type::kBook) return Ui::tr("アドレスブック");
+  if (type == object_type::kEvent) return Ui::tr("イベント");
+  return {};
+}
+
 // The keys of the "file" page, which every object has.
 void AnyObject::Begin(Disk& bag, const QString& type, const QString& name, const QString& draw) {
   bag.Let(kType, type);

@@ -7,6 +7,9 @@
 
 namespace vorn {
 
+/// A type of objects (`object_type`) in words; empty for one that has none.
+QString TypeCaption(const QString& type);
+
 /// What objects of every type have, by the names that their bags have for it. A view: the bag
 /// outlives it.
 class AnyObject {

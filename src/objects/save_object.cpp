@@ -64,16 +64,20 @@ bool StoreRows(DataSession& data, Disk& object) {
 
 }  // namespace
 
+QString NoNameText(const QString& type) {
+  return Ui::tr("オブジェクト名が設定されていません。") +
+         Ui::tr("%1の名前を入力してください。").arg(TypeCaption(type));
+}
+
 Result<> ValidateObject(const DiskCollection& objects, const Disk& object) {
   using Kind = StorageError::Kind;
   const QString name = AnyObject(object).Name();
-  if (name.isEmpty()) {
-    return StorageError{Kind::Other, Ui::tr("オブジェクト名が設定されていません。")};
-  }
+  if (name.isEmpty()) return StorageError{Kind::Other, NoNameText(AnyObject(object).Type())};
   for (const DiskPtr& other : objects) {
     if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
-      return StorageError{Kind::Other,
-                          Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。")};
+      return StorageError{
+          Kind::Other, Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。") +
+                           Ui::tr("（%1「%2」）").arg(TypeCaption(AnyObject(*other).Type()), name)};
     }
   }
   return {};

@@ -8,6 +8,9 @@
 
 namespace vorn {
 
+/// What is said where an object of a type has no name.
+QString NoNameText(const QString& type);
+
 /// Whether a confirmed object may be saved; not when its name is missing or another loaded object
 /// bears it.
 Result<> ValidateObject(const DiskCollection& objects, const Disk& object);

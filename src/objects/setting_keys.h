@@ -22,6 +22,7 @@ inline const QString kStatusBar = QStringLiteral("Statusbar");
 inline const QString kTaskTray = QStringLiteral("Tasktray");
 inline const QString kWebOutside = QStringLiteral("WebOutside");
 inline const QString kScriptsAsked = QStringLiteral("ScriptsAsked");
+inline const QString kComesForward = QStringLiteral("ComesForward");
 inline const QString kLanguage = QStringLiteral("Language");
 inline const QString kChecks = QStringLiteral("MessageCheck");
 inline const QString kCheckMinutes = QStringLiteral("MessageCheckInterval");

@@ -51,6 +51,8 @@ class Settings {
   bool OpensWebOutside() const { return bag_->Flag(setting::kWebOutside); }
   /// Whether scripts run only at sites where the user allowed them.
   bool AsksForScripts() const { return bag_->Flag(setting::kScriptsAsked); }
+  /// Whether the program comes to the front when it is started again.
+  bool ComesForward() const { return bag_->Flag(setting::kComesForward); }
   LanguageChoice Language() const;
 
   /// The minutes between two automatic checks; 0 without them.

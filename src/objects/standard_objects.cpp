@@ -10,6 +10,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/placement.h"
+#include "objects/reply_line.h"
 #include "objects/save_object.h"
 #include "objects/setting_keys.h"
 #include "objects/version_serial.h"
@@ -97,11 +98,10 @@ Result<> CreateLook(Context& context) {
 
 // The look of new profiles that an earlier one has not: keys of the settings.
 QList<std::pair<QString, QVariant>> LookSettings() {
-  return {
-      {setting::kReadingPane, 1},      {setting::kHtmlFirst, true},
-      {setting::kReceivedTime, true},  {setting::kShownOnce, true},
-      {setting::kEventsFolded, true},  {setting::kReplyLine, Ui::tr("%d、%n さんは書きました：")},
-      {setting::kSignatureAbove, true}};
+  return {{setting::kReadingPane, 1},      {setting::kHtmlFirst, true},
+          {setting::kReceivedTime, true},  {setting::kShownOnce, true},
+          {setting::kEventsFolded, true},  {setting::kReplyLine, UsualReplyLine()},
+          {setting::kSignatureAbove, true}};
 }
 
 // Whether the profile has all of that look but for what came to it later and takes nothing away,
@@ -137,6 +137,7 @@ Result<> CreateSettings(Context& context) {
                      {setting::kCareful, true},
                      {setting::kWebOutside, true},
                      {setting::kScriptsAsked, true},
+                     {setting::kComesForward, true},
                      {setting::kChecks, true},
                      {setting::kCheckMinutes, 10},
                      {setting::kNotice, true},

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "frame/other_objects.h"
+#include "objects/object_types.h"
 #include "storage/connection.h"
 #include "storage/databases.h"
 #include "support/test_profile.h"
@@ -35,6 +37,40 @@ TEST(OtherProgramsTest, WhatTheyStoreIsNoticedOnceAndWhatThisOneStoresIsNot) {
   ASSERT_TRUE(other->Run("INSERT INTO mail (SERIALID) VALUES ('theirs')"));
   EXPECT_TRUE(others.HaveStored());
   EXPECT_FALSE(others.HaveStored());
+}
+
+TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  OtherObjects others(context, 0);
+  others.TakeOver();
+  const auto save = [&context](const QString& serialId, const QString& name, const QString& time) {
+    StorageError error;
+    const auto file =
+        Connection::Open(PlatformPath(context, context.Session->Text(u"Profile")),
+                         context.Session->Text(u"Password"), Connection::Mode::Existing, &error);
+    ASSERT_NE(file, nullptr);
+    ASSERT_TRUE(file->Run("DELETE FROM object WHERE SERIALID = ?", {serialId}));
+    const QMap<QString, QString> values{{QStringLiteral("FormName"), object_type::kAccount},
+                                        {QStringLiteral("Object"), name},
+                                        {QStringLiteral("InMailServerPassword"), QString()},
+                                        {QStringLiteral("DayTime"), time}};
+    for (auto value = values.begin(); value != values.end(); ++value) {
+      ASSERT_TRUE(file->Run("INSERT INTO object (SERIALID, NAME, PROPERTY) VALUES (?, ?, ?)",
+                            {serialId, value.key() + QStringLiteral("@string"), value.value()}));
+    }
+  };
+  const QString account = QStringLiteral("theirs");
+  save(account, QStringLiteral("first"), QStringLiteral("2026/01/01 1:00:00"));
+  EXPECT_EQ(others.TakeOver(), QStringList{account});
+  EXPECT_TRUE(others.TakeOver().isEmpty());
+  const DiskPtr loaded = context.Objects.Find(account);
+  ASSERT_NE(loaded, nullptr);
+  loaded->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("typed"));
+  save(account, QStringLiteral("second"), QStringLiteral("2026/01/01 2:00:00"));
+  EXPECT_EQ(others.TakeOver(), QStringList{account});
+  EXPECT_EQ(loaded->Text(u"Object"), QStringLiteral("second"));
+  EXPECT_EQ(loaded->Text(u"InMailServerPassword"), QStringLiteral("typed"));
 }
 
 }  // namespace

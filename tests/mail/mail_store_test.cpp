@@ -84,6 +84,35 @@ TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
   EXPECT_TRUE(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).isEmpty());
 }
 
+TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
+  Context& context = profile_.Get();
+  const QStringList messages{profile_.Store("Subject: 1\r\n\r\n"),
+                             profile_.Store("Subject: 2\r\n\r\n")};
+  const QString into = QStringLiteral("new");
+  const Filed left{{QStringLiteral("a"), {messages[0]}}, {QStringLiteral("b"), {messages[1]}}};
+  ASSERT_TRUE(FileMessages(context, messages, into));
+  const auto run = [&context](const QByteArray& statement) {
+    const OpenedDatabase mail(context, DatabaseKind::Mail);
+    return mail && context.Data.Run(statement, {});
+  };
+  const auto folders = [this] {
+    QString found;
+    for (const QVariant& folder :
+         profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder ORDER BY FOLDERID"))) {
+      found += folder.toString() + u' ';
+    }
+    return found;
+  };
+  ASSERT_TRUE(
+      run("CREATE TRIGGER full BEFORE INSERT ON folder WHEN NEW.FOLDERID = 'b' "
+          "BEGIN SELECT RAISE(ABORT, 'full'); END"));
+  EXPECT_FALSE(UnfileMessages(context, messages, into, left));
+  EXPECT_EQ(folders(), QStringLiteral("new new "));
+  ASSERT_TRUE(run("DROP TRIGGER full"));
+  EXPECT_TRUE(UnfileMessages(context, messages, into, left));
+  EXPECT_EQ(folders(), QStringLiteral("a b "));
+}
+
 TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
   QStringList messages;
   for (int status = 1; status <= 4; ++status) {

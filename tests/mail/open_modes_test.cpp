@@ -331,6 +331,13 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text.Get(), QStringLiteral("> body"));
   EXPECT_FALSE(MessageBag(reply).Flags().mid(kFlagAttachment).contains(u'1'))
       << "nobody has answered or starred the answer";
+  // What a profile was given in the other language is in the interface's.
+  Settings(profile.Get())
+      .Bag()
+      ->Let(QStringLiteral("ReplyLine"), QStringLiteral("On %d, %n wrote:"));
+  Disk other(serialId);
+  MailRequestBag(other).SetMode(OpenMode::Reply);
+  EXPECT_TRUE(OpenMessage(profile.Get(), other).model.text.Get().contains(u"さんは書きました："));
   EXPECT_EQ(reply.Text(u"original"), serialId);
   EXPECT_NE(reply.SerialID(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);

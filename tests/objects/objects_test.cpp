@@ -150,9 +150,12 @@ TEST(SaveObject, NamesMustBeGivenAndUnique) {
         .Error()
         .text;
   };
-  EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"));
-  EXPECT_EQ(check(QStringLiteral("Work")),
-            QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"));
+  EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"
+                                             "アカウントの名前を入力してください。"));
+  objects.Add(MakeObject(QStringLiteral("f"), object_type::kFolder, QStringLiteral("Notes")));
+  EXPECT_EQ(check(QStringLiteral("Notes")),
+            QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"
+                           "（フォルダ「Notes」）"));
   EXPECT_EQ(check(QStringLiteral("work")), QString());
   EXPECT_TRUE(ValidateObject(objects, *objects.Find(QStringLiteral("a"))));
 }

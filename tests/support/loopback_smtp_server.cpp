@@ -58,7 +58,7 @@ void LoopbackSmtpServer::Read(Session& session) {
 
 QByteArray LoopbackSmtpServer::Reply(Session& session, const QByteArray& line) {
   const QByteArray verb = line.left(4).toUpper();
-  if (verb == "EHLO") return "250-loopback\r\n250-PIPELINING\r\n250 8BITMIME\r\n";
+  if (verb == "EHLO") return "250-loopback\r\n250-PIPELINING\r\n250-AUTH PLAIN\r\n250 8BITMIME\r\n";
   if (verb == "MAIL") {
     session.message = {PathOf(line), {}, {}};
   } else if (verb == "RCPT") {
@@ -67,6 +67,8 @@ QByteArray LoopbackSmtpServer::Reply(Session& session, const QByteArray& line) {
     if (session.message.recipients.isEmpty()) return "503 no recipients\r\n";
     session.inData = true;
     return "354 go on\r\n";
+  } else if (verb == "AUTH") {
+    return "235 whoever it is\r\n";
   } else if (verb == "QUIT") {
     return "221 bye\r\n";
   } else if (verb != "HELO" && verb != "RSET" && verb != "NOOP") {

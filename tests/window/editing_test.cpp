@@ -71,6 +71,7 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   Open(object_type::kBook, window.Tag());
   // Rows from elsewhere, and an entry that was never an address.
   list = &Child<QTableWidget>(*window_, u"lvAddressbook");
+  EXPECT_EQ(Child<QTabWidget>(*window_, u"tsPage").currentIndex(), 1) << "where its entries are";
   ASSERT_EQ(list->rowCount(), 3);
   QGuiApplication::clipboard()->setText(
       QStringLiteral("\"Suzuki, Jiro\" <s@example.org>\nmailto:t@example.org\t\"Tanaka, Ken\"\n"));

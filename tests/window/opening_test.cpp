@@ -2,6 +2,7 @@
 // windows.
 
 #include <QFileDialog>
+#include <QLocale>
 #include <QMdiArea>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -13,9 +14,11 @@
 #include <atomic>
 #include <thread>
 
+#include "frame/instance_messages.h"
 #include "frame/ui_language.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
+#include "objects/settings.h"
 #include "present/ready_layouts.h"
 #include "window/program_fixture.h"
 
@@ -94,6 +97,25 @@ TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
   EXPECT_EQ(Child<QPlainTextEdit>(*written, u"txMemo").toPlainText(), QStringLiteral("text"));
   InModal<QMessageBox>([written] { written->close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+}
+
+TEST_F(OpeningTest, AProgramThatIsStartedAgainComesToTheFrontWhereThatIsChosen) {
+  Prepare(QString());
+  StartWith({});
+  for (const bool chosen : {true, false}) {
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ComesForward"), chosen);
+    program_->Parent()->showMinimized();
+    std::atomic<bool> done = false;
+    bool came = false;
+    std::thread other([&] {
+      came = InstanceMessages(Folder()).Send({});
+      done = true;
+    });
+    EXPECT_TRUE(WaitFor([&done] { return done.load(); }));
+    other.join();
+    EXPECT_EQ(came, chosen);
+    EXPECT_EQ(program_->Parent()->isMinimized(), !chosen);
+  }
 }
 
 TEST_F(OpeningTest, AFileThatHoldsNoMessageIsTold) {
@@ -218,10 +240,19 @@ TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
   EXPECT_TRUE(WaitFor([&text] { return text().contains(QStringLiteral("Using Vorn")); }));
   EXPECT_FALSE(text().contains(japanese));
   EXPECT_NE(Entry(u"menuTools", QStringLiteral("Send and Receive")), nullptr);
+  const auto isInJapanese = [](const char* context, const char* word, const char* meaning) {
+    return QCoreApplication::translate(context, word, meaning).contains(japanese);
+  };
+  EXPECT_FALSE(isInJapanese("QAbstractFileIconProvider", "Folder", "All other platforms"));
   EndProgram();
   KeepUiLanguage(QString());
   StartWith({});
   EXPECT_NE(Entry(u"menuTools", QStringLiteral("メッセージ送受信")), nullptr);
+  // So do the toolkit's dialogs: their words, and the dates in lists of files.
+  EXPECT_TRUE(isInJapanese("QAbstractFileIconProvider", "Folder", "All other platforms"));
+  EXPECT_TRUE(isInJapanese("QPrintSettingsOutput", "Double Sided Printing", nullptr));
+  EXPECT_TRUE(isInJapanese("QPlatformTheme", "Cancel", nullptr));
+  EXPECT_EQ(QLocale().language(), QLocale::Japanese);
 }
 
 TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {

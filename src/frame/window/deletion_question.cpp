@@ -53,7 +53,8 @@ bool ConfirmDeletion(Context& context, QWidget& window, const QString& key, cons
   const bool mayGo =
       object != nullptr && !AnyObject(*object).IsSystem() && key != context.Session->SerialID();
   if (!mayGo) return true;
-  QString question = Ui::tr("「%1」を削除します。よろしいですか？").arg(name);
+  QString question = Ui::tr("%1「%2」を削除します。よろしいですか？")
+                         .arg(TypeCaption(AnyObject(*object).Type()), name);
   const QString warning = DeletionWarning(context, object);
   if (!warning.isEmpty()) question += u'\n' + warning;
   return ShowBox(&window, QMessageBox::Question, question, QMessageBox::Ok | QMessageBox::Cancel,

@@ -14,6 +14,7 @@ FolderChanges::FolderChanges(Context& context, FolderPanes& panes, const Request
       windows_(windows),
       traffic_(traffic),
       others_(context),
+      objects_(context),
       unread_(context, panes.Tree(), [&traffic] { return traffic.Control().Busy(); }) {}
 
 void FolderChanges::Tick() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/other_objects.h"
 #include "frame/other_programs.h"
 #include "frame/window/unread_counter.h"
 
@@ -21,6 +22,8 @@ class FolderChanges {
   /// Looks for changes and shows them: what the user did at once, what a session brings when it has
   /// ended.
   void Tick();
+  /// The objects that another program has saved since this was last asked, loaded by now.
+  QStringList NewObjects() { return objects_.TakeOver(); }
   /// Counts the unopened messages of all folders anew.
   void CountSoon() { unread_.CountSoon(); }
   /// Counts no more.
@@ -33,6 +36,7 @@ class FolderChanges {
   const RequestWindows& windows_;
   MailTraffic& traffic_;
   OtherPrograms others_;
+  OtherObjects objects_;
   UnreadCounter unread_;
   int storedSeen_ = 0;
   bool noted_ = false;

@@ -12,4 +12,11 @@ inline QWidget* FrontWindow(QWidget& main) {
   return active == nullptr || active->windowType() == Qt::Popup ? &main : active;
 }
 
+/// Shows a window before all others, with the keyboard as far as the window system lets it.
+inline void BringForward(QWidget& window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.raise();
+  window.activateWindow();
+}
+
 }  // namespace vorn

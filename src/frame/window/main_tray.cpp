@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QWidget>
 
+#include "frame/window/front_window.h"
 #include "transfer/window/task_tray.h"
 
 namespace vorn {
@@ -21,11 +22,8 @@ void MainTray::Show(bool shown) {
     tasktray_.reset();
   } else if (tasktray_ == nullptr) {
     tasktray_ = std::make_unique<TaskTray>(window_.windowIcon(), version_, exit_, &window_);
-    QObject::connect(tasktray_.get(), &TaskTray::Clicked, &window_, [this] {
-      window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
-      window_.raise();
-      window_.activateWindow();
-    });
+    QObject::connect(tasktray_.get(), &TaskTray::Clicked, &window_,
+                     [this] { BringForward(window_); });
   }
 }
 

@@ -139,8 +139,7 @@ QStringList MessageActions::File(const QStringList& messages, const QString& int
 }
 
 void MessageActions::Unfile(const QStringList& added, const QString& into, const Filed& left) {
-  Result<> done = FileMessages(context_, {}, {}, {{into, added}});
-  if (done && !left.isEmpty()) done = TakeOutOfInbox(context_, left, {});
+  const Result<> done = UnfileMessages(context_, added, into, left);
   QStringList back = added;
   for (const QStringList& messages : left) back += messages;
   back.removeDuplicates();

@@ -17,8 +17,9 @@ NodeCommands::NodeCommands(ConsoleTree& tree) : QObject(&tree), tree_(tree) {
 }
 
 void NodeCommands::NewObject(const QString& type) {
-  const bool hasPlace =
-      tree_.HasObject() && tree_.CurrentTag() == type && type != object_type::kProfile;
+  // What lies in the dust bin looks thrown away.
+  const bool hasPlace = tree_.HasObject() && tree_.CurrentTag() == type &&
+                        type != object_type::kProfile && tree_.CurrentKey() != fixed_serial::kDust;
   Q_EMIT NewWanted(type, hasPlace ? tree_.CurrentKey() : QString());
 }
 

@@ -199,6 +199,9 @@ void ParentWindow::Tick() {
     close();
   }
   changes_.Tick();
+  if (IsEnabled()) {
+    for (const QString& serialId : changes_.NewObjects()) RefreshNode(serialId);
+  }
   if (damage_.IsDue() && IsEnabled()) damage_.Ask();
 }
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QUrl>
 #include <cstdlib>
@@ -14,6 +13,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/ui_language.h"
+#include "frame/window/front_window.h"
 #include "frame/window/login_window.h"
 #include "frame/window/parent_window.h"
 #include "frame/window/version_window.h"
@@ -22,6 +22,7 @@
 #include "mail/window/html_view.h"
 #include "objects/lost_files.h"
 #include "objects/profile.h"
+#include "objects/settings.h"
 #include "present/window/page_source.h"
 #include "storage/private_files.h"
 #include "storage/profile_bag.h"
@@ -56,22 +57,15 @@ Program::Program(const QString& appFolder, const QStringList& arguments)
     : appFolder_(appFolder),
       instance_(appFolder),
       messages_(appFolder),
-      toOpen_(WithFullPaths(arguments)) {
+      toOpen_(WithFullPaths(arguments)),
+      texts_(UiLanguage()) {
   context_.Secrets = DesktopSecrets();
   qApp->installEventFilter(&wheelGuard_);
   qApp->installEventFilter(&textKeys_);
   qApp->installEventFilter(&screenFit_);
+  qApp->installEventFilter(&focusReturn_);
   connect(&signals_, &EndSignals::Wanted, this, &Program::EndAtOnce);
   QApplication::setQuitOnLastWindowClosed(false);  // between login and main window there is none
-  const QString language = UiLanguage();
-  // The program's texts are Japanese; the toolkit's, such as the buttons of message boxes, English.
-  if (texts_.load(QStringLiteral(":/texts/vorn_") + language + QStringLiteral(".qm"))) {
-    QApplication::installTranslator(&texts_);
-  }
-  if (toolkitTexts_.load(QStringLiteral("qtbase_") + language,
-                         QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-    QApplication::installTranslator(&toolkitTexts_);
-  }
 }
 
 Program::~Program() {
@@ -113,7 +107,7 @@ bool Program::Start() {
         Ui::tr("データフォルダ「%1」を作成できません。").arg(QDir::toNativeSeparators(appFolder_)));
   }
   if (!instance_.Acquire()) {
-    handedOver_ = !toOpen_.isEmpty() && messages_.Send(toOpen_);
+    handedOver_ = messages_.Send(toOpen_);
     if (handedOver_) return false;
     const QString lost =
         toOpen_.isEmpty()
@@ -127,6 +121,7 @@ bool Program::Start() {
   const QString stranger = messages_.Listen();
   if (!stranger.isEmpty()) context_.Notices.append(stranger);
   connect(&messages_, &InstanceMessages::Received, this, &Program::Open);
+  messages_.OnStartedAgain([this] { return ComeForward(); });
   RemoveWorkingFiles();
   if (!context_.Notices.isEmpty()) {
     ShowBox(nullptr, QMessageBox::Information, context_.Notices.join(u'\n'));
@@ -141,6 +136,13 @@ bool Program::Start() {
   }
   BeginLogin(context_, **profile, QString());
   ShowVersion();
+  return true;
+}
+
+bool Program::ComeForward() {
+  if (parent_ == nullptr || !Settings(context_).ComesForward()) return false;
+  BringForward(*parent_);
+  if (QWidget* modal = QApplication::activeModalWidget()) BringForward(*modal);
   return true;
 }
 

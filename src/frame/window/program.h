@@ -2,12 +2,13 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QTranslator>
 #include <memory>
 
 #include "frame/end_signals.h"
 #include "frame/instance_messages.h"
 #include "frame/single_instance.h"
+#include "frame/window/language_texts.h"
+#include "kit/window/focus_return.h"
 #include "kit/window/screen_fit.h"
 #include "kit/window/text_keys.h"
 #include "kit/window/wheel_guard.h"
@@ -34,7 +35,8 @@ class Program : public QObject {
 
   /// Shows the first window. False, after the user was told why, when the program has to end.
   bool Start();
-  /// Whether `Start` handed the arguments over to a program that runs already.
+  /// Whether `Start` handed the arguments over to a program that runs already, or had it come to
+  /// the front.
   bool HandedOver() const { return handedOver_; }
   /// The main window, once a profile is loaded; null before and after.
   ParentWindow* Parent() const;
@@ -42,6 +44,7 @@ class Program : public QObject {
 
  private:
   void Open(const QStringList& arguments);
+  bool ComeForward();
   bool Refuse(const QString& reason) const;
   void RemoveWorkingFiles() const;
   void EndAtOnce();
@@ -54,13 +57,13 @@ class Program : public QObject {
   WheelGuard wheelGuard_;
   TextKeys textKeys_;
   ScreenFit screenFit_;
-  QTranslator texts_;
-  QTranslator toolkitTexts_;
+  FocusReturn focusReturn_;
   QString appFolder_;
   SingleInstance instance_;
   InstanceMessages messages_;
   EndSignals signals_;
   QStringList toOpen_;  // until there is a main window
+  LanguageTexts texts_;
   bool handedOver_ = false;
   QPointer<QWidget> opening_;  // the login or the splash
   QPointer<ParentWindow> parent_;

@@ -77,6 +77,14 @@ QStringList Filing(const QStringList& messages, const QString& into) {
               QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages)};
 }
 
+QStringList Filing(const Filed& filed) {
+  QStringList statements;
+  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
+    if (!folder->isEmpty()) statements += Filing(*folder, folder.key());
+  }
+  return statements;
+}
+
 // The messages that a statement selects.
 Result<QStringList> Find(Context& context, const QString& statement) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
@@ -119,6 +127,11 @@ Result<> FileMessages(Context& context, const QStringList& messages, const QStri
                 TakingOut(from) + (into.isEmpty() ? QStringList() : Filing(messages, into)));
 }
 
+Result<> UnfileMessages(Context& context, const QStringList& messages, const QString& from,
+                        const Filed& into) {
+  return RunAll(context, TakingOut(Filed{{from, messages}}) + Filing(into));
+}
+
 Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
                       UnderWay* underWay) {
   return RunAll(context, TakingOut(filed) << Dusting(messages, false), messages, underWay);
@@ -127,10 +140,7 @@ Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed
 Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust) {
   QStringList statements;
   if (!dust.isEmpty()) statements.append(Dusting(dust, true));
-  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
-    statements += Filing(*folder, folder.key());
-  }
-  return RunAll(context, statements);
+  return RunAll(context, statements + Filing(filed));
 }
 
 Result<QStringList> Received(Context& context, const QStringList& messages) {

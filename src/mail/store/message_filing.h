@@ -27,6 +27,10 @@ Result<> SetDust(Context& context, const QStringList& messages, bool dust,
 /// others, each out of those that `from` names for it.
 Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
                       const Filed& from = {});
+/// The way back: takes messages out of the folder `from` and puts others into those that `into`
+/// names for them.
+Result<> UnfileMessages(Context& context, const QStringList& messages, const QString& from,
+                        const Filed& into);
 /// Takes messages out of hand-filled folders, each out of those that `filed` names for it, and all
 /// of them out of the dust bin: the inbox shows what is in neither.
 Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,

@@ -82,9 +82,11 @@ void AccountPage::Loaded(const Disk&) {
 }
 
 void AccountPage::ProposeKnown() {
-  const QString address = txMailaddress_->text().trimmed();
+  Narrow(*txMailaddress_);
+  const QString address = txMailaddress_->text();
   if (address == answered_) return;
   answered_ = address;
+  ProposeName();
   lookup_->Stop();  // of another address
   find_->setText(Ui::tr("サーバーを探す(&F)"));
   const std::optional<MailServers> known = KnownServers(address);
@@ -94,8 +96,19 @@ void AccountPage::ProposeKnown() {
                          : QString());
 }
 
-// False when the user has named servers of his own.
-bool AccountPage::Propose(const MailServers& servers) {
+// Nobody has to think of one.
+void AccountPage::ProposeName() {
+  auto* name = window()->findChild<QLineEdit*>(QStringLiteral("txObject"));
+  if (name == nullptr || name->text() != named_) return;
+  named_ = answered_;
+  name->setText(named_);
+}
+
+// False when the user has named servers of his own. Most log in by the whole address.
+bool AccountPage::Propose(MailServers servers) {
+  for (MailServer* server : {&servers.receiving, &servers.sending}) {
+    if (server->user.isEmpty() && answered_.contains(u'@')) server->user = answered_;
+  }
   auto* receiving = window()->findChild<ReceivePage*>();
   auto* sending = window()->findChild<SendPage*>();
   if (receiving == nullptr || sending == nullptr) return false;
@@ -327,7 +340,7 @@ ConnectionTrial ReceivePage::Trial() const {
 PageFault ReceivePage::Check() {
   // An account that only sends.
   const auto* sends = window()->findChild<QLineEdit*>(QStringLiteral("txOutMailServer"));
-  const bool isUnused = Server()->text().isEmpty() && user_->text().isEmpty();
+  const bool isUnused = Server()->text().isEmpty() && (user_->text().isEmpty() || IsUntouched());
   if (isUnused && sends != nullptr && !sends->text().isEmpty()) return ServerPage::Check();
   if (Server()->text().isEmpty()) {
     return {Ui::tr("受信サーバーが設定されていません。"), Server()};
@@ -341,6 +354,7 @@ PageFault ReceivePage::Check() {
 
 // A password that is not to be saved is known while the program runs, by the loaded object alone.
 void ReceivePage::Finish(Disk& bag) {
+  if (Server()->text().isEmpty() && IsUntouched()) bag.Let(Account::UserKey(), QString());
   if (!savePassword_->isChecked()) bag.Let(Account::PasswordKey(), QString());
 }
 
@@ -370,7 +384,8 @@ SendPage::SendPage()
 
 void SendPage::Propose(const MailServer& server) {
   ServerPage::Propose(server);
-  authenticate_->setChecked(!server.host.isEmpty());
+  // Who takes mail from everybody is rare.
+  authenticate_->setChecked(!server.user.isEmpty());
   givenUser_ = server.user;
   follows_ = true;
 }

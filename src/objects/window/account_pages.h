@@ -9,8 +9,9 @@ class QPushButton;
 
 namespace vorn {
 
-/// The page "account": who the user is. From the address follow the servers of a well-known
-/// provider, and by a button those that its domain names, unless the user has named others.
+/// The page "account": who the user is. From the address follow the account's name, the login, and
+/// the servers of a well-known provider, and by a button those that its domain names, unless the
+/// user has named others.
 class AccountPage : public FormPage {
   Q_OBJECT
 
@@ -24,10 +25,12 @@ class AccountPage : public FormPage {
   void ProposeKnown();
   void LookUp();
   void TakeFound(const MailServers& servers);
-  bool Propose(const MailServers& servers);
+  void ProposeName();
+  bool Propose(MailServers servers);
 
   QLineEdit* txMailaddress_;
   QString answered_;  // the address for which servers were proposed
+  QString named_;     // the name that was proposed
   QPushButton* find_ = nullptr;
   QLabel* result_ = nullptr;
   ServerLookup* lookup_;
@@ -45,7 +48,7 @@ class ServerPage : public FormPage {
   void Finish(Disk& bag) override;
   /// Whether nobody has named a server here but `Propose`.
   bool IsUntouched() const;
-  /// Fills the page; with an empty server it is as in the beginning.
+  /// Fills the page; with an empty server it is as in the beginning but for the user.
   virtual void Propose(const MailServer& server);
 
  protected:

@@ -9,6 +9,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "objects/save_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -34,7 +35,7 @@ QString MeaningOfDefault(const QString& type) {
 }  // namespace
 
 FilePage::FilePage(const Context& context, const QString& type, const QString& serialId)
-    : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")) {
+    : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")), type_(type) {
   AddHidden(QStringLiteral("txFormName"))->setText(type);
   AddHidden(QStringLiteral("txDraw"));
   txObject_ = AddText(QStringLiteral("txObject"), Ui::tr("名前(&N)"));
@@ -91,7 +92,7 @@ void FilePage::LetParent(const QString& serialId) {
 
 PageFault FilePage::Check() {
   if (!txObject_->text().trimmed().isEmpty()) return {};
-  return {Ui::tr("オブジェクト名が設定されていません。"), txObject_};
+  return {NoNameText(type_), txObject_};
 }
 
 }  // namespace vorn

@@ -22,6 +22,7 @@ class FilePage : public FormPage {
  private:
   void FillTree(const Context& context, const QString& type, const QString& serialId);
 
+  QString type_;
   QLineEdit* txObject_;
   QTreeWidget* tvParent_;
 };

@@ -27,16 +27,6 @@ namespace {
 
 constexpr QSize kObjectsSize(560, 480);
 
-QString TypeCaption(const QString& type) {
-  if (type == object_type::kProfile) return Ui::tr("プロファイル");
-  if (type == object_type::kAccount) return Ui::tr("アカウント");
-  if (type == object_type::kFolder) return Ui::tr("フォルダ");
-  if (type == object_type::kBookmark) return Ui::tr("ブックマーク");
-  if (type == object_type::kBook) return Ui::tr("アドレスブック");
-  if (type == object_type::kEvent) return Ui::tr("イベント");
-  return Ui::tr("オブジェクト");
-}
-
 }  // namespace
 
 ObjectsWindow::ObjectsWindow(Context& context, const EventLog& events, QWidget* parent)
@@ -64,6 +54,15 @@ void ObjectsWindow::BuildPages(const QString& type) {
   }
 }
 
+// Who opens a list wants its entries; a new one has no name yet.
+void ObjectsWindow::BeginAtEntries() {
+  auto* entries = findChild<ListPage*>();
+  const bool isNew = GetContext().Objects.Find(Tag()) == nullptr;
+  if (entries == nullptr || isNew) return file_->Name()->setFocus();
+  ShowPage(entries);
+  entries->List().setFocus();
+}
+
 bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
   type_ = WindowRequest(*request).Status();
@@ -81,7 +80,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   if (const DiskPtr event = events_.Find(ObjectRequest(*request).Event())) {
     AddEventPage(EventRecord(*event).Text());
   } else {
-    file_->Name()->setFocus();
+    BeginAtEntries();
   }
   return true;
 }

@@ -26,6 +26,7 @@ class ObjectsWindow : public EditingWindow {
 
  private:
   void BuildPages(const QString& type);
+  void BeginAtEntries();
   void TakeProposal(const Disk& request);
   void AddEventPage(const QString& text);
 

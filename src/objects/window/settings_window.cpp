@@ -1,6 +1,7 @@
 #include "objects/window/settings_window.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/reply_line.h"
 #include "objects/setting_keys.h"
 #include "objects/window/page_search.h"
 #include "storage/ui.h"
@@ -79,6 +80,7 @@ class ViewPage : public FormPage {
     AddCheck(QStringLiteral("ckStatusbar"), Ui::tr("ステータスバーを表示する(&S)"))
         ->setChecked(true);
     AddCheck(QStringLiteral("ckTasktray"), Ui::tr("通知領域にアイコンを表示する(&T)"));
+    AddCheck(QStringLiteral("ckComesForward"), Ui::tr("もう一度起動されたら手前に出る(&Q)"));
     AddCheck(QStringLiteral("ckWebOutside"),
              Ui::tr("お気に入りのページを標準のブラウザーで開く(&B)"));
     AddCheck(QStringLiteral("ckScriptsAsked"),
@@ -146,10 +148,6 @@ class CheckingPage : public FormPage {
 };
 
 class EditPage : public FormPage {
-  // What the choice above it does. Its lines are short, for the window would be as wide as they
-  // are.
-  void AddNote(const QString& text) { Layout().addRow(QString(), PlainLabel(text, this)); }
-
  public:
   EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
     AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"))
@@ -157,8 +155,8 @@ class EditPage : public FormPage {
     AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
     AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
     AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
-    QLineEdit* line = AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"));
-    line->setToolTip(Ui::tr("%dは日時、%nは名前、%aはアドレスです。"));
+    line_ = AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"));
+    line_->setToolTip(Ui::tr("%dは日時、%nは名前、%aはアドレスです。"));
     AddCheck(QStringLiteral("ckSignatureAbove"), Ui::tr("署名を引用の上に入れる(&G)"));
     AddCheck(QStringLiteral("ckWrapLines"), Ui::tr("本文を72桁で折り返して送信する(&W)"))
         ->setToolTip(Ui::tr("全角の文字は2桁です。引用した行とアドレスは折り返しません。"));
@@ -178,6 +176,15 @@ class EditPage : public FormPage {
                "捨てたメッセージはフォルダに表示せず、\n"
                "消したものは受信し直しません。"));
   }
+
+  void Loaded(const Disk&) override { line_->setText(ShownReplyLine(line_->text())); }
+
+ private:
+  // What the choice above it does. Its lines are short, for the window would be as wide as they
+  // are.
+  void AddNote(const QString& text) { Layout().addRow(QString(), PlainLabel(text, this)); }
+
+  QLineEdit* line_;
 };
 
 class ReadPage : public FormPage {

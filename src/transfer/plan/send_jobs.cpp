@@ -184,9 +184,13 @@ void SendJobs::FinishSending(CheckJob& job, const SendItem& message) {
     return;
   }
   late_.EndHandover(job);
-  sessions_.Record(job, *message.Sender());
   const bool isAnew = IsStoredAnew(message);
-  if (!isAnew) RecordOutcome(job, message);  // what the server refused was the former one
+  if (isAnew) {  // what the server refused was the former one
+    sessions_.Record(job, *message.Sender());
+  } else {
+    NoteRefusal(job, message);
+    Record(job, message);
+  }
   if (record.HasStoreFailed()) {
     for (CheckJob other : jobs_.All()) {
       if (other.Is(CheckJob::Mode::Send)) other.End();
@@ -197,29 +201,48 @@ void SendJobs::FinishSending(CheckJob& job, const SendItem& message) {
   if (isAnew && !job.IsStopped() && !record.HasStoreFailed()) PlanAnew(message);
 }
 
-// What the user has to decide or to mend stands at the message itself.
-void SendJobs::RecordOutcome(const CheckJob& job, const SendItem& message) {
+// What the user has to decide or to mend stands at the message itself; where events are folded,
+// that is all there is of it, with what the session said.
+void SendJobs::Record(const CheckJob& job, const SendItem& message) {
+  const QString outcome = OutcomeOf(job);
+  const bool isFolded = !outcome.isEmpty() && Settings(context_).FoldsEvents();
+  if (!isFolded) sessions_.Record(job, *message.Sender());
+  if (outcome.isEmpty()) return;
+  const SessionRecord record(job.Bag());
+  // Its last line is what the status bar shows.
+  const QString words = isFolded ? record.Log() : record.Refused();
+  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+                 QStringLiteral("mailup"),
+                 words.isEmpty() ? outcome : words + kLineBreak + outcome);
+}
+
+// In a sentence; empty where it is the account's matter, or there is none.
+QString SendJobs::OutcomeOf(const CheckJob& job) const {
+  const SessionRecord record(job.Bag());
+  if (!record.Refused().isEmpty()) {
+    return Ui::tr("この宛先をサーバーに断られたので、送信しませんでした。");
+  }
+  if (record.IsDoubtful()) {
+    return Ui::tr(
+        "届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みに"
+        "するかを選んでください。");
+  }
+  if (record.IsRefusedForGood()) {
+    return Ui::tr(
+        "サーバーに断られたので、送信しませんでした。開いて送信をキャンセルし、"
+        "直してからもう一度送信してください。");
+  }
+  return {};
+}
+
+// If it cannot be noted, the server is asked once more.
+void SendJobs::NoteRefusal(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
   if (record.IsRefusedForGood()) {
-    // If it cannot be noted, the server is asked once more.
     std::ignore =
         SendRefusals(context_, message.File(context_)).Note(message.SerialId(), message.Route());
   }
   if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
-  const QString refused = record.Refused();
-  QString text;
-  if (!refused.isEmpty()) {
-    // Its last line is what the status bar shows.
-    text = refused + kLineBreak + Ui::tr("この宛先をサーバーに断られたので、送信しませんでした。");
-  } else if (record.IsDoubtful()) {
-    text = Ui::tr(
-        "届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みに"
-        "するかを選んでください。");
-  } else {
-    return;
-  }
-  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
-                 QStringLiteral("mailup"), text);
 }
 
 }  // namespace vorn

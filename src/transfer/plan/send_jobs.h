@@ -52,7 +52,9 @@ class SendJobs {
   void LeaveOut(CheckJob& job, const SendItem& message);
   bool IsStoredAnew(const SendItem& message);
   void FinishSending(CheckJob& job, const SendItem& message);
-  void RecordOutcome(const CheckJob& job, const SendItem& message);
+  void NoteRefusal(const CheckJob& job, const SendItem& message);
+  void Record(const CheckJob& job, const SendItem& message);
+  QString OutcomeOf(const CheckJob& job) const;
 
   Context& context_;
   Pop& pop_;

@@ -1,6 +1,7 @@
 #include "transfer/plan/waiting_messages.h"
 
 #include <QFileInfo>
+#include <algorithm>
 #include <memory>
 
 #include "mail/store/message_rows.h"
@@ -53,16 +54,32 @@ bool WaitingMessages::IsPlanned(const QString& serial) const {
 void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   if (messages.empty()) return;
   const auto routes = SendRefusals(context_, messages.front().File(context_)).Routes();
-  const auto count = std::erase_if(messages, [&routes](const SendItem& message) {
-    const auto refused = routes.find(message.SerialId());
-    return refused != routes.end() && refused.value() == message.Route();
-  });
-  if (count == 0 || jobs_.RunsPeriodically()) return;
-  host_.AddEvent(
-      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-      Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
-             "セルし、直してからもう一度送信してください。")
-          .arg(count));
+  const auto first =
+      std::stable_partition(messages.begin(), messages.end(), [&routes](const SendItem& message) {
+        const auto refused = routes.find(message.SerialId());
+        return refused == routes.end() || refused.value() != message.Route();
+      });
+  const std::vector<SendItem> refused(first, messages.end());
+  messages.erase(first, messages.end());
+  if (!refused.empty() && !jobs_.RunsPeriodically()) TellRefused(refused);
+}
+
+// Folded, each stands where it was first told of.
+void WaitingMessages::TellRefused(const std::vector<SendItem>& messages) {
+  if (!Settings(context_).FoldsEvents()) {
+    host_.AddEvent(
+        kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+        Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
+               "セルし、直してからもう一度送信してください。")
+            .arg(messages.size()));
+    return;
+  }
+  for (const SendItem& message : messages) {
+    host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+                   QStringLiteral("mailup"),
+                   Ui::tr("サーバーに断られたままなので、送信しませんでした。開いて送信をキャン"
+                          "セルし、直してからもう一度送信してください。"));
+  }
 }
 
 // Whoever pressed the button of a message does not press it again because a file was in use.

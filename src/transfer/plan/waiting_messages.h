@@ -42,6 +42,7 @@ class WaitingMessages {
   bool MaySendFrom(const QString& file);
   bool IsPlanned(const QString& serial) const;
   void LeaveOutRefused(std::vector<SendItem>& messages);
+  void TellRefused(const std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
   Result<> Find(const WaitingSearch& search, std::vector<SendItem>& messages);
   void AddSendJob(const std::vector<SendItem>& messages);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QTranslator>
+
+namespace vorn {
+
+/// Puts the interface into a language as long as it lives: the program's texts, the toolkit's own,
+/// such as those of file dialogs and buttons, and the form of dates and numbers.
+class LanguageTexts {
+ public:
+  /// "ja" or "en".
+  explicit LanguageTexts(const QString& language);
+
+ private:
+  QTranslator program_;
+  QTranslator toolkit_;
+  QTranslator toolkitGaps_;
+};
+
+}  // namespace vorn
