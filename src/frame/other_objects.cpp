@@ -5,6 +5,7 @@
 #include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "storage/change_mark.h"
 #include "storage/databases.h"
 
 namespace vorn {
@@ -29,7 +30,7 @@ QStringList OtherObjects::TakeOver() {
 bool OtherObjects::HasChanged() {
   const OpenedDatabase profile(context_, DatabaseKind::Profile);
   if (!profile) return false;
-  const QString mark = context_.Data.OthersMark();
+  const QString mark = OthersMark(context_.Data);
   return mark != std::exchange(mark_, mark);
 }
 

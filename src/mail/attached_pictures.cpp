@@ -58,7 +58,7 @@ std::vector<ModelAttachment> WithoutHtmlPart(const OpenedMessage& opened) {
   std::vector<ModelAttachment> rest = opened.model.attachments;
   std::erase_if(rest, [&opened](const ModelAttachment& file) {
     return !opened.html.isEmpty() && !file.isNew && !file.inner &&
-           file.record.first == opened.htmlAt;
+           opened.htmlParts.contains(file.record.first);
   });
   return rest;
 }

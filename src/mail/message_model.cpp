@@ -416,8 +416,9 @@ void GatherHtml(const StoredMessage& message, std::vector<ModelAttachment>& atta
   const auto isShown = [&shown](const ModelAttachment& attachment) {
     return !attachment.made && shown.contains(attachment.record.first);
   };
-  const auto isPart = [at = HtmlPartAt(message.contentIndex)](const ModelAttachment& attachment) {
-    return attachment.record.first == at;
+  const auto parts = HtmlParts(message.source, message.contentIndex);
+  const auto isPart = [&parts](const ModelAttachment& attachment) {
+    return !attachment.made && parts.contains(attachment.record.first);
   };
   auto file = std::find_if(attachments.begin(), attachments.end(), isPart);
   if (file == attachments.end()) {
@@ -431,6 +432,7 @@ void GatherHtml(const StoredMessage& message, std::vector<ModelAttachment>& atta
   file->type = QStringLiteral("text/html");
   file->charset = "utf-8";
   std::erase_if(attachments, isShown);
+  std::erase_if(attachments, isPart);
 }
 
 }  // namespace

@@ -143,7 +143,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     BeginNew(request, sender, settings, opened.model);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
-  opened.htmlAt = HtmlPartAt(message.contentIndex);
+  opened.htmlParts = HtmlParts(message.source, message.contentIndex);
   opened.shownImages = ShownImages(message.source, message.contentIndex, message.charset);
   if (mode == OpenMode::Show && !message.isWritten) {
     opened.calendar = GetMessageCalendar(message.source, message.contentIndex, message.charset);

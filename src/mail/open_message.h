@@ -21,8 +21,8 @@ struct OpenedMessage {
   MessageModel model;
   /// The code in use: that of reading, and of writing for a message that is edited.
   CharsetChoice charset = CharsetChoice::Automatic;
-  QString html;                 ///< the HTML part as it was written; null when there is none
-  qsizetype htmlAt = -1;        ///< where that part begins in the source
+  QString html;                 ///< the HTML as it was written; null when there is none
+  QSet<qsizetype> htmlParts;    ///< where its parts begin in the source
   QSet<qsizetype> shownImages;  ///< those that it shows (`ShownImages`)
   QString calendar;   ///< of a received message, what appointment it holds; null when it has none
   QString signature;  ///< of a received message, how it is signed, in words; empty when it is not

@@ -8,6 +8,7 @@
 #include "objects/object_types.h"
 #include "storage/connection.h"
 #include "storage/databases.h"
+#include "storage/own_statement.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -93,7 +94,7 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   ASSERT_TRUE(FileMessages(context, messages, into));
   const auto run = [&context](const QByteArray& statement) {
     const OpenedDatabase mail(context, DatabaseKind::Mail);
-    return mail && context.Data.Run(statement, {});
+    return mail && RunOwn(context.Data, statement, {});
   };
   const auto folders = [this] {
     QString found;

@@ -103,33 +103,6 @@ TEST_F(SmtpSessionTest, AMechanismThatIsRefusedIsFollowedByTheNext) {
   EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n504\r\n504\r\n221\r\n"), QStringLiteral("PLAIN LOGIN"));
 }
 
-TEST_F(SmtpSessionTest, AMechanismThatIsRefusedIsFollowedByTheNext) {
-  job_.authenticate = true;
-  job_.user = QStringLiteral("tim");
-  job_.password = QStringLiteral("pass");
-  const auto commands = [this](const QByteArray& server) {
-    events_.errors.clear();
-    QStringList said;
-    for (const QString& line : Play("220\r\n250-x\r\n250 " + server).split(u'|')) {
-      if (line.startsWith(QStringLiteral("AUTH"))) said += line.section(u' ', 1, 1);
-    }
-    return said.join(u' ');
-  };
-  for (const QByteArray code : {"501", "504", "534", "538"}) {
-    // Never by one that shows the password where the server has one that does not.
-    EXPECT_EQ(commands("AUTH PLAIN LOGIN CRAM-MD5\r\n" + code + "\r\n235\r\n"),
-              QStringLiteral("CRAM-MD5"))
-        << code.toStdString();
-    EXPECT_EQ(events_.codes.last(), PopError::Login);
-  }
-  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n504\r\n334\r\n334\r\n235\r\n"),
-            QStringLiteral("PLAIN LOGIN"));
-  // What is not to go in clear does not go in clear in another form; a wrong password goes once.
-  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n538\r\n221\r\n"), QStringLiteral("PLAIN"));
-  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n535\r\n221\r\n"), QStringLiteral("PLAIN"));
-  EXPECT_EQ(commands("AUTH PLAIN LOGIN\r\n504\r\n504\r\n221\r\n"), QStringLiteral("PLAIN LOGIN"));
-}
-
 TEST_F(SmtpSessionTest, FailuresLeaveTheMessageWaiting) {
   const auto fails = [this](const QByteArray& server, const QString& words) {
     events_.errors.clear();

@@ -114,10 +114,10 @@ bool HasHtml(const std::vector<ContentRecord>& records) {
   return std::any_of(records.begin(), records.end(), IsHtml);
 }
 
-// The HTML of a message. Where files stand within a text, it comes in several parts.
-QString Html(QByteArrayView source, const std::vector<ContentRecord>& records,
-             const ReadingCode& charset) {
-  QString html;
+// The HTML of a message, one form of each alternative. Where files stand within a text, it comes in
+// several parts.
+std::vector<const ContentRecord*> ShownHtml(const std::vector<ContentRecord>& records) {
+  std::vector<const ContentRecord*> shown;
   QHash<int, int> forms;  // the one that is taken of each alternative
   for (const ContentRecord& record : records) {
     if (!IsHtml(record)) continue;
@@ -125,8 +125,17 @@ QString Html(QByteArrayView source, const std::vector<ContentRecord>& records,
       continue;
     }
     forms.insert(record.alternative, record.form);
+    shown.push_back(&record);
+  }
+  return shown;
+}
+
+QString Html(QByteArrayView source, const std::vector<ContentRecord>& records,
+             const ReadingCode& charset) {
+  QString html;
+  for (const ContentRecord* part : ShownHtml(records)) {
     if (!html.isEmpty()) html += QStringLiteral("\r\n<hr>\r\n");
-    html += DecodeText(source, record, record.last, charset, false);
+    html += DecodeText(source, *part, part->last, charset, false);
   }
   return html;
 }
@@ -404,10 +413,11 @@ QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
   return html.isNull() ? QStringLiteral("") : html;
 }
 
-qsizetype HtmlPartAt(const QString& contentIndex) {
-  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex);
-  const ContentRecord* html = FindHtml(records);
-  return html == nullptr ? -1 : html->first;
+QSet<qsizetype> HtmlParts(QByteArrayView source, const QString& contentIndex) {
+  const std::vector<ContentRecord> records = MimeCodec::ParseContentIndex(contentIndex, source);
+  QSet<qsizetype> parts;
+  for (const ContentRecord* part : ShownHtml(records)) parts.insert(part->first);
+  return parts;
 }
 
 }  // namespace vorn

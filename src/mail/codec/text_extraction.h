@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -51,7 +52,7 @@ QString GetMessageCalendar(QByteArrayView source, const QString& contentIndex,
 QString GetMessageHtml(QByteArrayView source, const QString& contentIndex,
                        const ReadingCode& charset);
 
-/// Where that part begins in the source; -1 when there is none.
-qsizetype HtmlPartAt(const QString& contentIndex);
+/// Where its parts begin in the source.
+QSet<qsizetype> HtmlParts(QByteArrayView source, const QString& contentIndex);
 
 }  // namespace vorn

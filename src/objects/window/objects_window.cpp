@@ -59,7 +59,7 @@ void ObjectsWindow::BeginAtEntries() {
   auto* entries = findChild<ListPage*>();
   const bool isNew = GetContext().Objects.Find(Tag()) == nullptr;
   if (entries == nullptr || isNew) return file_->Name()->setFocus();
-  ShowPage(entries);
+  Pages().ShowPage(entries);
   entries->List().setFocus();
 }
 
