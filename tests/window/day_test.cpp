@@ -147,6 +147,7 @@ void DayTest::SetUpAccount() {
     Child<QCheckBox>(window, u"ckInMailServerDelete").setChecked(true);
     Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
     Type(Child<QLineEdit>(window, u"txOutMailServerPort"), QString::number(sink_.Port()));
+    Child<QCheckBox>(window, u"ckOutMailServerAuth").setChecked(false);  // it knows no logins
   });
   Receive();
   EXPECT_EQ(Stored(QStringLiteral("STATUS = 4")), kMorning);

@@ -209,8 +209,10 @@ void SendJobs::Record(const CheckJob& job, const SendItem& message) {
   if (!isFolded) sessions_.Record(job, *message.Sender());
   if (outcome.isEmpty()) return;
   const SessionRecord record(job.Bag());
-  // Its last line is what the status bar shows.
-  const QString words = isFolded ? record.Log() : record.Refused();
+  // By its lines the message's window marks whom a server refused; the last is what the status bar
+  // shows.
+  const bool isOfRecipients = !record.Refused().isEmpty();
+  const QString words = isFolded && !isOfRecipients ? record.Log() : record.Refused();
   host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
                  QStringLiteral("mailup"),
                  words.isEmpty() ? outcome : words + kLineBreak + outcome);
