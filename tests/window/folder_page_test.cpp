@@ -174,7 +174,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   // What is filed from there leaves the folder in which it was.
   Context& context = program_->GetContext();
   const QStringList hit(QStringLiteral("mail_of_3"));
-  ASSERT_TRUE(FileMessages(context, hit, QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(MoveMessages(context, {.into = {{QString::fromUtf16(kShelf), hit}}}));
   ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Done")));
   FocusPage();
   Press(Qt::Key_Home);
@@ -304,7 +304,8 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   Begin(4, 100);
   ParentWindow* parent = program_->Parent();
   BrowserWindow* inbox = Browser();
-  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({1, 2}), QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(
+      MoveMessages(program_->GetContext(), {.into = {{QString::fromUtf16(kShelf), Ids({1, 2})}}}));
   auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
   test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
