@@ -51,6 +51,7 @@ class PageRequest {
   FolderSearch Search() const {
     FolderSearch search(bag_->Text(kSearch), bag_->Flag(kEverywhere));
     if (bag_->Flag(kInTexts)) search.hits = bag_->Text(kHits).split(u' ', Qt::SkipEmptyParts);
+    search.hasMore = bag_->Flag(kHasMore);
     return search;
   }
   void SetSearch(const FolderSearch& search) {
@@ -58,7 +59,11 @@ class PageRequest {
     bag_->Let(kEverywhere, search.isEverywhere);
     bag_->Let(kInTexts, search.hits.has_value());
     bag_->Let(kHits, search.hits.value_or(QStringList()).join(u' '));
+    bag_->Let(kHasMore, search.hasMore);
   }
+  /// Whether texts are being read for the search.
+  bool ReadsTexts() const { return bag_->Flag(kReadsTexts); }
+  void SetReadsTexts(bool reads) { bag_->Let(kReadsTexts, reads); }
 
   /// Whether one can go back and on.
   bool HasBefore() const { return bag_->Flag(kBefore); }
@@ -90,6 +95,8 @@ class PageRequest {
   static inline const QString kEverywhere = QStringLiteral("everywhere");
   static inline const QString kInTexts = QStringLiteral("inTexts");
   static inline const QString kHits = QStringLiteral("hits");
+  static inline const QString kHasMore = QStringLiteral("hasMore");
+  static inline const QString kReadsTexts = QStringLiteral("readsTexts");
   static inline const QString kBefore = QStringLiteral("before");
   static inline const QString kNext = QStringLiteral("next");
   static inline const QString kLoading = QStringLiteral("onLoad");
