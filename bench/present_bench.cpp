@@ -154,15 +154,15 @@ void MeasureTexts(Context& context) {
   clock.start();
   FolderSearch found(QStringLiteral("x"));
   found.hits.emplace();
-  for (const QVariant& hit : ask({all, TextWait::kMost})) found.hits->append(hit.toString());
+  for (const QVariant& hit : ask({all, TextWait::Most})) found.hits->append(hit.toString());
   Report(QStringLiteral("finding out which messages there are"), {Milliseconds(clock)});
   clock.start();
-  Require(ask({seeks, TextWait::kMost}).isEmpty(), QStringLiteral("found"));
+  Require(ask({seeks, TextWait::Most}).isEmpty(), QStringLiteral("found"));
   Report(QStringLiteral("searching the texts"), {Milliseconds(clock)});
   Measure(QStringLiteral("first page of the hits"),
           [&] { Require(pages.FolderPage(fixed_serial::kInbox, 1, found)); });
   Measure(QStringLiteral("counting the hits anew"), [&] {
-    Require(MessageListPages(context).CountFound(fixed_serial::kInbox, found) == TextWait::kMost,
+    Require(MessageListPages(context).CountFound(fixed_serial::kInbox, found) == TextWait::Most,
             QStringLiteral("wrong count"));
   });
 }

@@ -4152,10 +4152,6 @@ and what was erased is not received again.</translation>
         <translation>Searches what messages say as well. Each one is read for it, which takes time.</translation>
     </message>
     <message>
-        <source>新しいものから%1通を表示しています。</source>
-        <translation>The newest %1 messages are shown.</translation>
-    </message>
-    <message>
         <source>本文を検索しています…</source>
         <translation>Searching the texts…</translation>
     </message>
@@ -4218,6 +4214,22 @@ and what was erased is not received again.</translation>
     <message>
         <source>サーバーに断られたままなので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
         <translation>The server has refused it before, so it was not sent. Open it, cancel the sending, mend it and send it again.</translation>
+    </message>
+    <message>
+        <source>「%1」は件名にもアドレスにもありません。本文を検索しています…</source>
+        <translation>No subject or address has “%1”. Searching texts…</translation>
+    </message>
+    <message>
+        <source>%1通以上</source>
+        <translation>%1 messages or more</translation>
+    </message>
+    <message>
+        <source>多いので、本文の検索は途中で終わりました。</source>
+        <translation>There are so many that not all texts were searched.</translation>
+    </message>
+    <message>
+        <source>多いので、本文の検索は新しいものから%1通で終わりました。</source>
+        <translation>There are so many that texts were searched no further than the newest %1 messages.</translation>
     </message>
 </context>
 </TS>

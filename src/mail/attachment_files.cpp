@@ -123,7 +123,9 @@ QString SafeFileName(const QString& name) {
 QString FreePath(const QString& folder, const QString& name) {
   const QFileInfo wanted(QDir(folder), SafeFileName(name));
   QString path = wanted.filePath();
-  for (int number = 2; QFileInfo::exists(path); ++number) {
+  // A link that leads nowhere would be followed to where the file is not wanted.
+  const auto isTaken = [](const QFileInfo& file) { return file.exists() || file.isSymLink(); };
+  for (int number = 2; isTaken(QFileInfo(path)); ++number) {
     const QString ending = wanted.suffix().isEmpty() ? QString() : u'.' + wanted.suffix();
     path = QDir(folder).filePath(wanted.completeBaseName() + QStringLiteral(" (%1)").arg(number) +
                                  ending);

@@ -54,8 +54,8 @@ void MessageNavigation::GoToRow(const QString& message) {
   });
 }
 
-// 0 where the folder does not show it.
 int MessageNavigation::PageOf(const QString& message) const {
+  if (message.isEmpty()) return 0;
   const ConditionLimit brief(kSearchMs);
   const auto before = RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
   if (!before && brief.IsReached()) tell_(before.Error().text);

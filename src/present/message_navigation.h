@@ -33,10 +33,12 @@ class MessageNavigation {
   /// are chosen there.
   void GoToReturned(const QStringList& messages);
 
+  /// The number of the page on which a message stands; 0 where the folder does not show it.
+  int PageOf(const QString& message) const;
+
  private:
   void GoToUnopenedAfter(const QString& message);
   void GoToRow(const QString& message);
-  int PageOf(const QString& message) const;
 
   Context& context_;
   MessageListPages& pages_;

@@ -52,6 +52,7 @@ class PageRequest {
   FolderSearch Search() const {
     FolderSearch search(bag_->Text(kSearch), bag_->Flag(kEverywhere));
     if (bag_->Flag(kInTexts)) search.hits = bag_->Text(kHits).split(u' ', Qt::SkipEmptyParts);
+    search.hasMore = bag_->Flag(kHasMore);
     return search;
   }
   void SetSearch(const FolderSearch& search) {
@@ -59,7 +60,11 @@ class PageRequest {
     bag_->Let(kEverywhere, search.isEverywhere);
     bag_->Let(kInTexts, search.hits.has_value());
     bag_->Let(kHits, search.hits.value_or(QStringList()).join(u' '));
+    bag_->Let(kHasMore, search.hasMore);
   }
+  /// Whether texts are being read for the search.
+  bool ReadsTexts() const { return bag_->Flag(kReadsTexts); }
+  void SetReadsTexts(bool reads) { bag_->Let(kReadsTexts, reads); }
 
   /// How it stands with what is shown.
   PageState State() const { return PageState(bag_); }
@@ -74,6 +79,8 @@ class PageRequest {
   static inline const QString kEverywhere = QStringLiteral("everywhere");
   static inline const QString kInTexts = QStringLiteral("inTexts");
   static inline const QString kHits = QStringLiteral("hits");
+  static inline const QString kHasMore = QStringLiteral("hasMore");
+  static inline const QString kReadsTexts = QStringLiteral("readsTexts");
 
   DiskPtr bag_;
 };

@@ -1,4 +1,5 @@
 #include "storage/sql_dialect.h"
+#include "storage/sql_text.h"
 #include "storage/ui.h"
 
 #include <algorithm>
@@ -6,6 +7,9 @@
 
 namespace vorn {
 namespace {
+
+// The engine takes no more for a statement, unless it was built otherwise.
+constexpr qsizetype kMostParameters = 999;
 
 enum class TokenKind { Space, Word, Quoted, Name, Number, Date, Symbol };
 
@@ -136,7 +140,13 @@ class Translator {
     return nullptr;
   }
 
+  // What finds no room as a parameter stays in the statement. One behind the other would be one
+  // literal, and one with a zero in it would end there.
   void Parameter(const QString& value) {
+    if (statement_.parameters.size() >= kMostParameters && !value.contains(QChar(u'\0'))) {
+      sql_ += u' ' + QuoteSql(value);
+      return;
+    }
     sql_ += u'?';
     statement_.parameters.append(value);
   }

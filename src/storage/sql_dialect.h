@@ -8,8 +8,8 @@
 
 namespace vorn {
 
-/// A statement in the engine's own SQL. Literals have become parameters, so that statements that
-/// differ only in their values share one prepared statement.
+/// A statement in the engine's own SQL. Literals have become parameters, as many as the engine
+/// takes, so that statements that differ only in their values share one prepared statement.
 struct EngineStatement {
   QByteArray sql;
   QVariantList parameters;

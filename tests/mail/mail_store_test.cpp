@@ -91,7 +91,10 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
                              profile_.Store("Subject: 2\r\n\r\n")};
   const QString into = QStringLiteral("new");
   const Filed left{{QStringLiteral("a"), {messages[0]}}, {QStringLiteral("b"), {messages[1]}}};
-  ASSERT_TRUE(FileMessages(context, messages, into));
+  ASSERT_TRUE(MoveMessages(context, {.into = left}));
+  const Result<Move> back =
+      MoveMessages(context, {.into = {{into, messages}}, .outOf = left, .outOfDust = messages});
+  ASSERT_TRUE(back);
   const auto run = [&context](const QByteArray& statement) {
     const OpenedDatabase mail(context, DatabaseKind::Mail);
     return mail && RunOwn(context.Data, statement, {});
@@ -107,10 +110,10 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   ASSERT_TRUE(
       run("CREATE TRIGGER full BEFORE INSERT ON folder WHEN NEW.FOLDERID = 'b' "
           "BEGIN SELECT RAISE(ABORT, 'full'); END"));
-  EXPECT_FALSE(UnfileMessages(context, messages, into, left));
+  EXPECT_FALSE(MoveMessages(context, *back));
   EXPECT_EQ(folders(), QStringLiteral("new new "));
   ASSERT_TRUE(run("DROP TRIGGER full"));
-  EXPECT_TRUE(UnfileMessages(context, messages, into, left));
+  EXPECT_TRUE(MoveMessages(context, *back));
   EXPECT_EQ(folders(), QStringLiteral("a b "));
 }
 
@@ -118,7 +121,7 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
   QStringList messages;
   for (int status = 1; status <= 4; ++status) {
     messages.append(profile_.Store("Subject: x\r\n\r\ntext\r\n", status));
-    ASSERT_TRUE(FileMessages(profile_.Get(), {messages.last()}, QStringLiteral("f")));
+    ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("f"), {messages.last()}}}}));
   }
   const auto states = [this] {
     QString shown;
@@ -128,9 +131,9 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
     }
     return shown;
   };
-  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g"),
-                           {{QStringLiteral("f"), messages}}));
-  ASSERT_TRUE(FileMessages(profile_.Get(), messages, QStringLiteral("g")));
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("g"), messages}},
+                                            .outOf = {{QStringLiteral("f"), messages}}}));
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("g"), messages}}}));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")).size(), 4)
       << "each once, however often it is put there";
   EXPECT_TRUE(
@@ -146,6 +149,39 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
             QList<QVariant>{messages[1]});
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT COUNT(0) AS V FROM long_binary")),
             QList<QVariant>{1});
+}
+
+// Also of more messages than one statement has room for.
+TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
+  Context& context = profile_.Get();
+  const QString dusted = profile_.Store("Subject: d\r\n\r\n", kStatusReceived);
+  const QString filed = profile_.Store("Subject: f\r\n\r\n", kStatusReceived);
+  const QString folder = QStringLiteral("g");
+  ASSERT_TRUE(SetDust(context, {dusted}, true));
+  ASSERT_TRUE(MoveMessages(context, {.into = {{folder, {filed}}}}));
+  QStringList many{dusted};
+  for (int i = 0; i < 1200; ++i) many.append(QStringLiteral("gone%1").arg(i));
+  many.append(filed);
+  const auto stands = [&](const QStringList& inFolder, const QStringList& thrownAway) {
+    return *Members(context, many, folder) == inFolder &&
+           profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE STATUS < 0 "
+                                          "ORDER BY rowid")) ==
+               QList<QVariant>(thrownAway.begin(), thrownAway.end());
+  };
+  const Result<Move> back = MoveMessages(context, {.into = {{folder, many}}, .outOfDust = many});
+  EXPECT_TRUE(back && stands({dusted, filed}, {}));
+  EXPECT_EQ(back->Messages(), QStringList{dusted}) << "the other is not moved";
+  EXPECT_TRUE(MoveMessages(context, *back) && stands({filed}, {dusted}));
+  const Result<Move> out = SetDust(context, many, true);
+  EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
+  EXPECT_TRUE(MoveMessages(context, *out) && stands({filed}, {dusted}));
+  EXPECT_EQ(Received(context, many).ValueOr({}), (QStringList{dusted, filed}));
+  EXPECT_TRUE(SetMark(context, many, kFlagNew, true) && ToggleStar(context, many));
+  EXPECT_EQ(Column(QStringLiteral("MIN(SUBSTR(FIELD_FLAG, 3, 1) & SUBSTR(FIELD_FLAG, 7, 1))")),
+            QStringLiteral("11"));
+  UnderWay underWay;
+  EXPECT_TRUE(DeleteMessages(context, many, &underWay) && stands({}, {}));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
 }
 
 // One without a digest, as earlier versions stored it: no mail ends with zeros.

@@ -86,6 +86,10 @@ TEST(SafeFileNameTest, NoNameLeavesItsFolderOrHidesItsEnding) {
     EXPECT_EQ(QFileInfo(file.fileName()).absolutePath(), folder.path()) << about.toStdString();
     EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) << about.toStdString();
   }
+  // What stands there is left alone, a link that leads nowhere as well.
+  ASSERT_TRUE(QFile::link(QStringLiteral("nowhere"), folder.filePath(QStringLiteral("link.txt"))));
+  EXPECT_EQ(FreePath(folder.path(), QStringLiteral("link.txt")),
+            folder.filePath(QStringLiteral("link (2).txt")));
   EXPECT_EQ(SafeFileName(QStringLiteral("a") + QChar(u'\0') + QStringLiteral(".exe")),
             QStringLiteral("a_.exe"));
 }

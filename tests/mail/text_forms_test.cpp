@@ -62,6 +62,24 @@ QByteArray Multipart(const char* kind, const QByteArrayList& parts) {
          "--\r\n";
 }
 
+// Where only one form is shown, the other one is a click away.
+TEST(TextParts, ASearchReadsEveryFormAndTheMessagesInside) {
+  TextRequest request;
+  request.textTypes = {QStringLiteral("text/plain")};
+  request.withHtml = true;
+  request.isWhole = true;
+  const QByteArray both =
+      Multipart("alternative", {"\r\nstub", "Content-Type: text/html\r\n\r\n<p>ze<b>bra</b></p>"});
+  const QByteArray source =
+      Multipart("mixed", {both, "Content-Type: message/rfc822\r\n\r\nSubject: giraffe\r\n" + both});
+  const QString read = GetMessageText(source, MimeCodec::ContentIndex(source), request).text;
+  EXPECT_EQ(read.simplified(), QStringLiteral("stub zebra giraffe stub zebra"));
+  const QByteArray digest = Multipart("digest", {"\r\n" + both});
+  EXPECT_EQ(GetMessageText(digest, MimeCodec::ContentIndex(digest), request).text.simplified(),
+            QStringLiteral("stub zebra"))
+      << "once";
+}
+
 // Footers and warnings are put beside a message whose HTML is the message.
 TEST(HtmlText, StandsAmongTheTextsUnlessItIsTheirOtherForm) {
   const QByteArray html = "Content-Type: text/html\r\n\r\n<p>html</p>";

@@ -320,7 +320,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
     store("other", other, 3, 60);
   }
   store("clip\r\nContent-Type: application/pdf", "x@example.com", 3, 60);
-  ASSERT_TRUE(FileMessages(profile_.Get(), {filed}, QStringLiteral("f")));
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("f"), {filed}}}}));
 
   const auto shown = [this](const QString& statement) {
     QStringList subjects;
@@ -402,7 +402,7 @@ TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
         QList<QVariant>{ids.size()});
     return ids;
   };
-  ASSERT_TRUE(FileMessages(context, {filed}, shelf->SerialID()));
+  ASSERT_TRUE(MoveMessages(context, {.into = {{shelf->SerialID(), {filed}}}}));
   EXPECT_EQ(inbox(), QStringList{kept});
   shelf->Let(QStringLiteral("Condition"), QStringLiteral("subject\t○\tno such"));
   EXPECT_EQ(inbox().size(), 2) << "the folder shows by conditions now, and not what is in it";

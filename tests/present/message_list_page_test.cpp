@@ -157,7 +157,7 @@ TEST_F(MessageListPageTest, WhatIsFoundInAllFoldersSaysWhereItIs) {
   Store("hit received");
   Store("hit sent", kStatusSent);
   const auto folder = MakeManualFolder(context, QStringLiteral("棚<1>"));
-  ASSERT_TRUE(folder && FileMessages(context, {filed}, *folder));
+  ASSERT_TRUE(folder && MoveMessages(context, {.into = {{*folder, {filed}}}}));
   Settings(context).Bag()->Let(QStringLiteral("PageEscape"), true);
   Filled("<+MAIL>[<+SUBJECT>|<+PLACE>]<+MAIL>");
   const auto page = [&](bool everywhere) {
@@ -364,6 +364,22 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
   };
   EXPECT_EQ(filled("<+MAIL>1<+DIALOG>2<+MAIL>.."), link + "..");
   EXPECT_EQ(filled("<+MAIL>1<+DIALOG>2<+DIALOG>3<+MAIL>.."), link + "</A>3..");
+}
+
+// Of both the engine takes fewer values in a statement.
+TEST_F(MessageListPageTest, ManyHitsAreShownInAFolderOfManyLiterals) {
+  const QStringList messages{Store("word"), Store("word, too"), Store("one"), Store("it's 7")};
+  QStringList literals;
+  for (int i = 0; i < 1200; ++i) literals.append(QStringLiteral("'it''s %1'").arg(i));
+  profile_.Get().Objects.Find(folder_)->Let(
+      QStringLiteral("Sql"), QStringLiteral("FIELD_SUBJECT NOT IN (%1)").arg(literals.join(u',')));
+  FolderSearch search(QStringLiteral("word"));
+  search.hits = messages.mid(2);
+  for (int i = 0; i < 2000; ++i) search.hits->prepend(QStringLiteral("gone%1").arg(i));
+  MessageListPages pages(profile_.Get());
+  EXPECT_EQ(pages.CountFound(folder_, search), 1);
+  search.hasMore = true;
+  EXPECT_EQ(pages.CountFound(folder_, search), 3) << "with all that subjects have";
 }
 
 TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {

@@ -146,8 +146,8 @@ class Model : public testing::Test {
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
     UnderWay underWay;
-    const Result<> done = Dice(2) == 0 ? SetDust(context, {serial}, true, &underWay)
-                                       : DeleteMessages(context, {serial}, &underWay);
+    const bool done = Dice(2) == 0 ? bool(SetDust(context, {serial}, true, &underWay))
+                                   : bool(DeleteMessages(context, {serial}, &underWay));
     const bool gone = done && underWay.isEmpty();
     // Between the look and the throw it may have been sent; what counts is what the row says now.
     if (gone && qAbs(StatusOf(context, serial)) != kStatusSent) written_[serial].withdrawn = true;

@@ -179,6 +179,21 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
       << "the next is current";
   EXPECT_TRUE(dusted(Ids({1, 2})));
 
+  // What is filed from the dust bin is no longer in it, until that is taken back.
+  const auto isFiled = [this] {
+    return !Members(program_->GetContext(), Ids({1}), QString::fromUtf16(kShelf))->isEmpty();
+  };
+  FocusPage();
+  Press(Qt::Key_Home);
+  InModal<ConsoleWindow>([this] { Press(Qt::Key_M); },
+                         [](ConsoleWindow& window) { window.cmOk_Click(); });
+  ASSERT_TRUE(AwaitGone("No1."));
+  EXPECT_TRUE(isFiled());
+  FocusPage();
+  MadeAnewBy([this] { Press(Qt::Key_Z, Qt::ControlModifier); });
+  EXPECT_TRUE(dusted(Ids({1, 2})));
+  EXPECT_FALSE(isFiled());
+
   // In the dust bin one is taken back, the other goes for good.
   FocusPage();
   Press(Qt::Key_Home);
@@ -247,7 +262,7 @@ TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
   ASSERT_TRUE(
       context.Data.Execute(QStringLiteral("UPDATE mail SET STATUS = 3 WHERE SERIALID = 'mail_2'")));
   context.Data.Close();
-  ASSERT_TRUE(FileMessages(context, Ids({1, 2}), shelf));
+  ASSERT_TRUE(MoveMessages(context, {.into = {{shelf, Ids({1, 2})}}}));
   OpenFolder(shelf);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
   const auto filed = [&] {

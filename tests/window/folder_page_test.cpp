@@ -15,6 +15,7 @@
 #include "mail/window/message_window.h"
 #include "objects/manual_folder.h"
 #include "present/window/layout_window.h"
+#include "present/window/text_wait.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -174,7 +175,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   // What is filed from there leaves the folder in which it was.
   Context& context = program_->GetContext();
   const QStringList hit(QStringLiteral("mail_of_3"));
-  ASSERT_TRUE(FileMessages(context, hit, QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(MoveMessages(context, {.into = {{QString::fromUtf16(kShelf), hit}}}));
   ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Done")));
   FocusPage();
   Press(Qt::Key_Home);
@@ -279,6 +280,50 @@ TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {
   EXPECT_FALSE(texts.isChecked());
 }
 
+// While texts are read the user goes on with what subjects have; what he has chosen stays so, and
+// what he has found stays found.
+TEST_F(FolderPageTest, ASearchOfTextsTakesNothingAwayWhenItEnds) {
+  Begin(3, 10, true);
+  // Which takes a while to read.
+  StoreReceived(program_->GetContext(), QStringLiteral("mail_long"),
+                "Subject: Long\r\nContent-Type: text/html\r\n\r\n" +
+                    QByteArray("<p>some <b>words</b></p>\r\n").repeated(250000) + "<p>No more</p>",
+                {});
+  auto& box = Child<QLineEdit>(*Browser(), u"txSearch");
+  auto& texts = Child<QToolButton>(*Browser(), u"cmTexts");
+  const auto& bar = Child<QWidget>(*Browser(), u"barTexts");
+  const auto& found = Child<QLabel>(*Browser(), u"lbFound");
+  const auto search = [&](const QString& text) {
+    MadeAnewBy([&] {
+      box.setFocus();
+      box.setText(text);  // typed anew it would be of subjects
+      QTest::keyClick(&box, Qt::Key_Return);
+    });
+  };
+  const auto awaitCount = [&found](const QString& count) {
+    return WaitFor([&] { return found.text() == count; }, 20000);
+  };
+  search(QStringLiteral("nothing"));
+  MadeAnewBy([&texts] { texts.click(); });
+  EXPECT_TRUE(PageText().contains(QStringLiteral("本文を検索しています")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("本文も検索する")));
+  ASSERT_FALSE(bar.isHidden());
+  search(QStringLiteral("No"));
+  FocusPage(false);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  const QStringList chosen = Chosen();
+  EXPECT_EQ(chosen.size(), 2);
+  ASSERT_FALSE(bar.isHidden()) << "too early";
+  ASSERT_TRUE(awaitCount(QStringLiteral("4通")));
+  EXPECT_EQ(Chosen(), chosen);
+  // One that is not done to its end.
+  const qsizetype most = std::exchange(TextWait::Most, 1);
+  search(QStringLiteral("no"));
+  EXPECT_TRUE(awaitCount(QStringLiteral("4通以上"))) << "with those of the subjects";
+  TextWait::Most = most;
+}
+
 // Of many tabs those that were used last have a page. The others have none, and are as they were
 // left when somebody comes back, but for what has come meanwhile.
 TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
@@ -339,7 +384,8 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   Begin(4, 100);
   ParentWindow* parent = program_->Parent();
   BrowserWindow* inbox = Browser();
-  ASSERT_TRUE(FileMessages(program_->GetContext(), Ids({1, 2}), QString::fromUtf16(kShelf)));
+  ASSERT_TRUE(
+      MoveMessages(program_->GetContext(), {.into = {{QString::fromUtf16(kShelf), Ids({1, 2})}}}));
   auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
   test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));

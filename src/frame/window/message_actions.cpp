@@ -14,6 +14,26 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+// What was done, said of so many messages.
+using Words = std::function<QString(qsizetype)>;
+
+Words FiledWords(const QString& folder) {
+  return [folder](qsizetype count) {
+    return Ui::tr("%1通を「%2」に入れました。").arg(QString::number(count), folder);
+  };
+}
+
+Words DustWords(bool dust) {
+  return [dust](qsizetype count) {
+    return (dust ? Ui::tr("%1通をくずかごに入れました。")
+                 : Ui::tr("%1通をくずかごから出しました。"))
+        .arg(count);
+  };
+}
+
+}  // namespace
 
 QStringList MessageActions::Act(MessageAction action, const QStringList& messages,
                                 const QString& folder) {
@@ -101,58 +121,38 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
   return File(messages, into, folder);
 }
 
-// The hand-filled folders that messages leave when they are filed: the one that is shown, or where
-// those of all folders are, each the ones that it is in.
-Result<Filed> MessageActions::Left(const QStringList& messages, const QString& into,
-                                   const QString& shownIn) {
-  if (shownIn.isEmpty()) {
-    Result<Filed> filed = FoldersOf(messages);
-    if (filed) filed->remove(into);
-    return filed;
+// All hand-filled folders, which the messages may be in.
+Filed MessageActions::AllFolders(const QStringList& messages) {
+  Filed filed;
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->SerialID()] = messages;
   }
-  if (shownIn == into || !IsFilledByHand(shownIn)) return Filed();
-  const auto members = Members(context_, messages, shownIn);
-  if (!members) return members.Error();
-  return members->isEmpty() ? Filed() : Filed{{shownIn, *members}};
+  return filed;
 }
 
-// Taking it back leaves what was in the folders before.
+// They leave the hand-filled folder that is shown, or where those of all folders are, each the ones
+// that it is in; and the dust bin, which else would be emptied with them.
 QStringList MessageActions::File(const QStringList& messages, const QString& into,
                                  const QString& shownIn) {
-  const auto before = Members(context_, messages, into);
-  const Result<Filed> left = Left(messages, into, shownIn);
-  const Result<> done = !before ? before.Error()
-                        : !left ? left.Error()
-                                : FileMessages(context_, messages, into, *left);
-  const QStringList filed = End(done, messages);
+  Move move{.into = {{into, messages}}, .outOfDust = messages};
+  const bool leavesFolder = IsFilledByHand(shownIn);
+  if (shownIn.isEmpty()) move.outOf = AllFolders(messages);
+  if (leavesFolder) move.outOf = {{shownIn, messages}};
+  move.outOf.remove(into);
+  const QStringList filed = Carry(move, messages, FiledWords(NameOf(into)));
+  if (!filed.isEmpty()) lastFolder_ = into;
   const bool leavesInbox =
       shownIn == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
-  const bool leavesFolder = shownIn != into && IsFilledByHand(shownIn);
-  const QStringList gone = leavesFolder || leavesInbox ? filed : QStringList();
-  if (done) lastFolder_ = into;
-  if (!done || !told_) return gone;
-  QStringList added = messages;
-  added.removeIf([&before](const QString& message) { return before->contains(message); });
-  told_(Ui::tr("%1通を「%2」に入れました。").arg(messages.size()).arg(NameOf(into)),
-        [this, added, into, left = *left] { Unfile(added, into, left); });
-  return gone;
-}
-
-void MessageActions::Unfile(const QStringList& added, const QString& into, const Filed& left) {
-  const Result<> done = UnfileMessages(context_, added, into, left);
-  QStringList back = added;
-  for (const QStringList& messages : left) back += messages;
-  back.removeDuplicates();
-  back = End(done, back);
-  if (returned_ && !back.isEmpty()) returned_(back);
+  const bool leaves = leavesFolder || leavesInbox || shownIn == fixed_serial::kDust;
+  return leaves && shownIn != into ? filed : QStringList();
 }
 
 // What is filed is not shown there, so it is taken out of its folders.
 QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
   const bool wasDust = from == fixed_serial::kDust;
   const auto received = Received(context_, messages);
-  const auto filed = received ? FoldersOf(*received) : received.Error();
-  if (!filed) return End(filed.Error(), messages);
+  if (!received) return End(received.Error(), messages);
   const QStringList& taken = wasDust ? messages : *received;
   if (taken.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information,
@@ -160,49 +160,33 @@ QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QStr
                 .arg(NameOf(fixed_serial::kInbox)));
     return {};
   }
-  UnderWay underWay;
-  const Result<> done = vorn::PutIntoInbox(context_, taken, *filed, &underWay);
-  const QStringList changed = End(done, taken, underWay);
-  if (!changed.isEmpty() && told_) {
-    const QString what = wasDust ? Ui::tr("%1通をくずかごから出しました。").arg(changed.size())
-                                 : Ui::tr("%1通を「%2」に入れました。")
-                                       .arg(changed.size())
-                                       .arg(NameOf(fixed_serial::kInbox));
-    told_(what, [this, filed = *filed, changed, wasDust] {
-      const Result<> undone =
-          vorn::TakeOutOfInbox(context_, filed, wasDust ? changed : QStringList());
-      const QStringList back = End(undone, changed);
-      if (returned_ && !back.isEmpty()) returned_(back);
-    });
-  }
+  const QStringList changed =
+      Carry({.outOf = AllFolders(*received), .outOfDust = taken}, taken,
+            wasDust ? DustWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
   return wasDust || IsFilledByHand(from) ? changed : QStringList();
 }
 
-Result<Filed> MessageActions::FoldersOf(const QStringList& messages) {
-  Filed filed;
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
-  for (const DiskPtr& folder : *folders) {
-    if (!FolderObject(*folder).ShowsWhatIsFiled()) continue;
-    const auto members = Members(context_, messages, folder->SerialID());
-    if (!members) return members.Error();
-    if (!members->isEmpty()) filed[folder->SerialID()] = *members;
-  }
-  return filed;
+QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
+  return Carry(dust ? Move{.intoDust = messages} : Move{.outOfDust = messages}, messages,
+               DustWords(dust));
 }
 
-QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
+// Moves messages, and tells how many it moved. Returns those that are now where they should be.
+QStringList MessageActions::Carry(const Move& move, const QStringList& messages,
+                                  const Words& words) {
   UnderWay underWay;
-  const Result<> done = SetDust(context_, messages, dust, &underWay);
-  const QStringList changed = End(done, messages, underWay);
-  const qsizetype count = changed.size();
-  if (count == 0 || !told_) return changed;
-  told_(dust ? Ui::tr("%1通をくずかごに入れました。").arg(count)
-             : Ui::tr("%1通をくずかごから出しました。").arg(count),
-        [this, messages, dust] {
-          const QStringList back = End(SetDust(context_, messages, !dust), messages);
-          if (returned_ && !back.isEmpty()) returned_(back);
-        });
+  const Result<Move> back = MoveMessages(context_, move, &underWay);
+  const QStringList changed = End(back ? Result<>() : back.Error(), messages, underWay);
+  const qsizetype count = back ? back->Messages().size() : 0;
+  if (count > 0 && told_) told_(words(count), [this, move = *back] { CarryBack(move); });
   return changed;
+}
+
+void MessageActions::CarryBack(const Move& move) {
+  UnderWay underWay;
+  const Result<Move> moved = MoveMessages(context_, move, &underWay);
+  const QStringList back = End(moved ? Result<>() : moved.Error(), move.Messages(), underWay);
+  if (returned_ && !back.isEmpty()) returned_(back);
 }
 
 QStringList MessageActions::Delete(const QStringList& messages) {

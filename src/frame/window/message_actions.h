@@ -46,11 +46,12 @@ class MessageActions {
   QString AskFolder();
   QString MakeFolder(const QString& caption, QString name = {});
   QStringList File(const QStringList& messages, const QString& into, const QString& shownIn);
-  Result<Filed> Left(const QStringList& messages, const QString& into, const QString& shownIn);
-  void Unfile(const QStringList& added, const QString& into, const Filed& left);
   QStringList PutIntoInbox(const QStringList& messages, const QString& from);
-  Result<Filed> FoldersOf(const QStringList& messages);
+  Filed AllFolders(const QStringList& messages);
   QStringList ChangeDust(const QStringList& messages, bool dust);
+  QStringList Carry(const Move& move, const QStringList& messages,
+                    const std::function<QString(qsizetype)>& words);
+  void CarryBack(const Move& move);
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;

@@ -243,7 +243,7 @@ QString InPlaceOfText(QByteArrayView source, const std::vector<ContentRecord>& r
   if (!IsBlank(text)) return WithLineBreaks(text, lineBreak);
   const QString other = OtherText(source, records, request.charset);
   if (!IsBlank(other)) return WithLineBreaks(other, lineBreak);
-  const QString inner = InnerText(source, records, request);
+  const QString inner = request.isWhole ? QString() : InnerText(source, records, request);
   if (!IsBlank(inner) || request.isInner) return inner;
   return WithLineBreaks(Preamble(source, records, request.charset), lineBreak);
 }
@@ -284,7 +284,7 @@ class TextGatherer {
   // Which is no other form of a text that has words, before it or behind it.
   bool IsHtmlOfItsOwn(const ContentRecord& record) const {
     if (!request_.withHtml || !IsHtml(record)) return false;
-    if (!record.IsAlternative()) return true;
+    if (!record.IsAlternative() || request_.isWhole) return true;
     if (hasForm_) return false;
     const ContentRecord* form = &record;
     while (++form != records_.data() + records_.size() && form->IsAlternative()) {
@@ -372,18 +372,25 @@ MessageText GetMessageText(QByteArrayView source, const QString& contentIndex,
       result.text += result.text.endsWith(lineBreak) ? lineBreak : lineBreak + lineBreak;
     result.text = Shortened(result.text + WithLineBreaks(reports, lineBreak), request.maximum);
   }
+  if (request.isWhole) result.text += lineBreak + InnerText(source, records, request);
   result.produced = !result.text.isEmpty();
   return result;
 }
 
 namespace {
 
+QString InnerSubject(QByteArrayView source) {
+  const QByteArrayView name = "SUBJECT:";
+  return MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, name), name.size()) +
+         QStringLiteral("\r\n");
+}
+
 // A message that holds nothing but other messages, such as a digest, shows their texts.
 QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& records,
                   TextRequest request) {
   QString text;
   if (--request.depth < 0) return text;
-  request.withHtml = false;
+  request.withHtml = request.isWhole;
   request.maximum = 0;
   request.isInner = true;
   for (const ContentRecord& record : records) {
@@ -393,6 +400,7 @@ QString InnerText(QByteArrayView source, const std::vector<ContentRecord>& recor
       continue;
     }
     const QString index = MimeCodec::ContentIndex(source, record.first, record.last);
+    if (request.isWhole) text += InnerSubject(source.sliced(record.first));
     text += GetMessageText(source, index, request).text;
   }
   return text;

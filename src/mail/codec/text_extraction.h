@@ -21,6 +21,9 @@ struct TextRequest {
   bool withReports = false;
   /// Whether HTML that is no other form of a text stands among the texts, in its place.
   bool withHtml = false;
+  /// Every form of the text, and what the messages inside say, with their subjects: whatever a
+  /// reader can come to see. For searches.
+  bool isWhole = false;
   bool isInner = false;  ///< a message within another one
 };
 

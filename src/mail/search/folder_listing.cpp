@@ -8,6 +8,7 @@
 #include "mail/codec/flag_string.h"
 #include "mail/search/search_condition.h"
 #include "mail/store/mail_store.h"
+#include "mail/store/message_pieces.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
 #include "storage/sql_text.h"
@@ -15,7 +16,6 @@
 namespace vorn {
 namespace {
 
-constexpr qsizetype kAtOnce = 500;  // messages that one statement asks for
 const QString kOldestFirst = QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
 
 FolderMessage Read(const Recordset& row) {
@@ -151,15 +151,10 @@ Result<FolderListing> ListMessages(Context& context, const QStringList& serialId
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   const auto rowsOf = [&](const QStringList& wanted, std::vector<FolderMessage>& found) {
-    QStringList quoted;
-    for (const QString& serialId : wanted) quoted.append(QuoteSql(serialId));
-    return List(context.Data,
-                QStringLiteral("SELECT * FROM mail WHERE SERIALID IN (%1)").arg(quoted.join(u',')),
-                found);
+    return List(context.Data, QStringLiteral("SELECT * FROM mail WHERE") + Among(wanted), found);
   };
   QHash<QString, FolderMessage> known;
-  for (qsizetype at = 0; at < serialIds.size(); at += kAtOnce) {
-    const QStringList wanted = serialIds.mid(at, kAtOnce);
+  for (const QStringList& wanted : InPieces(serialIds)) {
     std::vector<FolderMessage> found;
     if (!rowsOf(wanted, found)) {
       found.clear();

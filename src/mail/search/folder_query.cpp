@@ -1,5 +1,6 @@
 #include "mail/search/folder_query.h"
 
+#include "mail/store/message_pieces.h"
 #include "storage/schema.h"
 #include "storage/sql_text.h"
 
@@ -11,10 +12,8 @@ const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopened
 // The table `mail` with those messages alone. Without a limit the engine would read the whole
 // folder and compare.
 QString TableOf(const QStringList& messages) {
-  QStringList serialIds;
-  for (const QString& message : messages) serialIds.append(QuoteSql(message));
-  return QStringLiteral("(SELECT * FROM mail WHERE SERIALID IN (%1) LIMIT %2) AS mail")
-      .arg(serialIds.join(u','), QString::number(messages.size()));
+  return QStringLiteral("(SELECT * FROM mail WHERE%1 LIMIT %2) AS mail")
+      .arg(Among(messages), QString::number(messages.size()));
 }
 
 }  // namespace
@@ -32,17 +31,19 @@ FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
 
 QString FolderQuery::Listing() const {
   if (IsEmpty()) return {};
+  const bool isOfHits = search_.hits && !search_.hasMore;
   const QString all =
       (needs_.folders ? QStringLiteral("SELECT mail.* FROM %1 INNER JOIN folder ON mail.SERIALID = "
                                        "folder.SERIALID WHERE ")
                       : QStringLiteral("SELECT * FROM %1 WHERE "))
-          .arg(search_.hits ? TableOf(*search_.hits) : QStringLiteral("mail")) +
+          .arg(isOfHits ? TableOf(*search_.hits) : QStringLiteral("mail")) +
       condition_;
-  if (search_.isEmpty() || search_.hits) return all;
+  if (search_.isEmpty() || isOfHits) return all;
   const QString text = QuoteSql(search_.text);
   return QStringLiteral("SELECT * FROM (") + all +
          QStringLiteral(") WHERE CONTAINS(FIELD_SUBJECT, ") + text +
-         QStringLiteral(") OR CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ") + text + u')';
+         QStringLiteral(") OR CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ") + text + u')' +
+         (search_.hits ? QStringLiteral(" OR") + Among(*search_.hits) : QString());
 }
 
 QString FolderQuery::Counting() const {

@@ -17,6 +17,9 @@ struct FolderSearch {
   bool isEverywhere = false;
   /// Where texts have been searched, too: the identifiers of the messages that have it.
   std::optional<QStringList> hits = std::nullopt;
+  /// The texts were not searched to the end. What subjects and addresses have is found all the
+  /// same.
+  bool hasMore = false;
 
   bool isEmpty() const { return text.isEmpty(); }
   bool operator==(const FolderSearch&) const = default;

@@ -52,6 +52,7 @@ bool TextSearch::Finds(Connection& connection, const QString& serialId) const {
   request.textTypes = textTypes_;
   request.withReports = true;
   request.withHtml = true;
+  request.isWhole = true;
   const MessageText read = GetMessageText(*source, row->Value(1).toString(), request);
   return pattern_.Matches(WithoutLines(read.text).toStdString());
 }

@@ -1,102 +1,136 @@
 #include "mail/store/message_filing.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "mail/store/mail_store.h"
+#include "mail/store/message_pieces.h"
 #include "mail/store/message_rows.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
 namespace {
 
-QString Among(const QStringList& messages) {
-  QStringList quoted;
-  for (const QString& serialId : messages) quoted.append(QuoteSql(serialId));
-  return QStringLiteral(" SERIALID IN (%1)").arg(quoted.join(u','));
-}
-
 // What a server is being given stays as it is.
 const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
 
-// Those among the messages that are being handed over.
-bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* underWay) {
-  if (!session.OpenRecordset(
-          QStringLiteral(
-              "SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
-              "FROM send_attempt WHERE STATE = 1)")
-              .arg(Among(messages)),
-          CursorKind::ForwardOnly)) {
-    return false;
-  }
+// Adds the messages that a statement selects.
+bool Find(DataSession& session, const QString& statement, QStringList* found) {
+  if (!session.OpenRecordset(statement, CursorKind::ForwardOnly)) return false;
   const RecordsetPtr rows = session.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) {
-    underWay->insert(rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString());
-  }
+  for (; !rows->Eof(); rows->MoveNext()) found->append(rows->SerialID());
   return !rows->Failed();
 }
 
-Result<> RunAll(Context& context, const QStringList& statements, const QStringList& messages = {},
-                UnderWay* underWay = nullptr) {
+// Those among the messages for which the statement, which their condition ends, selects them.
+bool FindAmong(DataSession& session, const QString& statement, const QStringList& messages,
+               QStringList* found) {
+  for (const QStringList& piece : InPieces(messages)) {
+    if (!Find(session, statement + Among(piece), found)) return false;
+  }
+  return true;
+}
+
+Result<QStringList> FindAmong(Context& context, const QString& statement,
+                              const QStringList& messages) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  QStringList found;
+  if (!FindAmong(context.Data, statement, messages, &found)) return ReasonOf(context.Data);
+  return found;
+}
+
+// Those among the messages that are being handed over.
+bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* underWay) {
+  for (const QStringList& piece : InPieces(messages)) {
+    if (!session.OpenRecordset(
+            QStringLiteral(
+                "SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
+                "FROM send_attempt WHERE STATE = 1)")
+                .arg(Among(piece)),
+            CursorKind::ForwardOnly)) {
+      return false;
+    }
+    const RecordsetPtr rows = session.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      underWay->insert(rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString());
+    }
+    if (rows->Failed()) return false;
+  }
+  return true;
+}
+
+// Does `work` on the open mail database, in one transaction.
+Result<> Transact(Context& context, const std::function<bool(DataSession& session)>& work) {
   DataSession& session = context.Data;
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  bool done = session.Begin() && (underWay == nullptr || ReadUnderWay(session, messages, underWay));
-  for (const QString& statement : statements) done = done && session.Execute(statement);
-  done = done && session.Commit();
+  const bool done = session.Begin() && work(session) && session.Commit();
   if (!done) session.Rollback();
   return ResultOf(session, done);
 }
 
-QString Dusting(const QStringList& messages, bool dust) {
-  return QStringLiteral("UPDATE mail SET STATUS = ") +
-         (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
-         QStringLiteral(" WHERE") + Among(messages) + kMayChange;
+// Runs a statement, which the condition of messages and `rest` end.
+bool RunAmong(DataSession& session, const QString& statement, const QStringList& messages,
+              const QString& rest = {}) {
+  const QList<QStringList> pieces = InPieces(messages);
+  return std::all_of(pieces.begin(), pieces.end(), [&](const QStringList& piece) {
+    return session.Execute(statement + Among(piece) + rest);
+  });
 }
 
-QString TakingOut(const QStringList& messages, const QString& folder) {
-  return QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
-         QStringLiteral(" AND") + Among(messages);
+bool SetDust(DataSession& session, const QStringList& messages, bool dust) {
+  return RunAmong(session,
+                  QStringLiteral("UPDATE mail SET STATUS = ") +
+                      (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
+                      QStringLiteral(" WHERE"),
+                  messages);
 }
 
-QStringList TakingOut(const Filed& filed) {
-  QStringList statements;
-  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
-    if (!folder->isEmpty()) statements.append(TakingOut(*folder, folder.key()));
+QString SelectMembers(const QString& folder) {
+  return QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
+         QStringLiteral(" AND");
+}
+
+// Of a move what it changes: what is where it is put, or gone, is not moved.
+bool Narrow(DataSession& session, const Move& move, Move* narrowed) {
+  const QString select = QStringLiteral("SELECT SERIALID FROM mail WHERE ");
+  for (auto folder = move.into.begin(); folder != move.into.end(); ++folder) {
+    const QString others =
+        select + QStringLiteral("SERIALID NOT IN (SELECT SERIALID FROM folder WHERE FOLDERID = ") +
+        QuoteSql(folder.key()) + QStringLiteral(") AND");
+    if (!FindAmong(session, others, *folder, &narrowed->into[folder.key()])) return false;
   }
-  return statements;
-}
-
-// A message is in a folder once.
-QStringList Filing(const QStringList& messages, const QString& into) {
-  return {TakingOut(messages, into),
-          QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
-              QuoteSql(into) + QStringLiteral(" FROM mail WHERE") + Among(messages)};
-}
-
-QStringList Filing(const Filed& filed) {
-  QStringList statements;
-  for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
-    if (!folder->isEmpty()) statements += Filing(*folder, folder.key());
+  for (auto folder = move.outOf.begin(); folder != move.outOf.end(); ++folder) {
+    const QString members = SelectMembers(folder.key());
+    if (!FindAmong(session, members, *folder, &narrowed->outOf[folder.key()])) return false;
   }
-  return statements;
+  return FindAmong(session, select + QStringLiteral("STATUS > 0 AND"), move.intoDust,
+                   &narrowed->intoDust) &&
+         FindAmong(session, select + QStringLiteral("STATUS < 0 AND"), move.outOfDust,
+                   &narrowed->outOfDust);
 }
 
-// The messages that a statement selects.
-Result<QStringList> Find(Context& context, const QString& statement) {
-  const OpenedDatabase opened(context, DatabaseKind::Mail);
-  if (!opened) return opened.Error();
-  if (!context.Data.OpenRecordset(statement, CursorKind::ForwardOnly)) {
-    return ReasonOf(context.Data);
+bool Run(DataSession& session, const Move& move) {
+  for (auto folder = move.outOf.begin(); folder != move.outOf.end(); ++folder) {
+    const QString take = QStringLiteral("DELETE FROM folder WHERE FOLDERID = ") +
+                         QuoteSql(folder.key()) + QStringLiteral(" AND");
+    if (!RunAmong(session, take, *folder)) return false;
   }
-  QStringList found;
-  const RecordsetPtr rows = context.Data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) found.append(rows->Fields(u"SERIALID").toString());
-  if (rows->Failed()) return rows->Error();
-  return found;
+  for (auto folder = move.into.begin(); folder != move.into.end(); ++folder) {
+    const QString put =
+        QStringLiteral("INSERT INTO folder (SERIALID, FOLDERID) SELECT SERIALID, ") +
+        QuoteSql(folder.key()) + QStringLiteral(" FROM mail WHERE");
+    if (!RunAmong(session, put, *folder)) return false;
+  }
+  return SetDust(session, move.intoDust, true) && SetDust(session, move.outOfDust, false);
+}
+
+void LeaveOut(const UnderWay& underWay, QStringList* messages) {
+  messages->removeIf([&](const QString& message) { return underWay.contains(message); });
 }
 
 // A stored string may be shorter than where the mark stands.
@@ -117,62 +151,71 @@ QString NoFolderWords() {
       "そこに入れられます。");
 }
 
-Result<> SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
-  return RunAll(context, {Dusting(messages, dust)}, messages, underWay);
+QStringList Move::Messages() const {
+  QStringList all = intoDust + outOfDust;
+  for (const Filed& filed : {into, outOf}) {
+    for (const QStringList& messages : filed) all += messages;
+  }
+  all.removeDuplicates();
+  return all;
 }
 
-Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
-                      const Filed& from) {
-  return RunAll(context,
-                TakingOut(from) + (into.isEmpty() ? QStringList() : Filing(messages, into)));
+Result<Move> MoveMessages(Context& context, const Move& move, UnderWay* underWay) {
+  Move moved;
+  UnderWay kept;
+  const Result<> done = Transact(context, [&](DataSession& session) {
+    if (!Narrow(session, move, &moved) ||
+        !ReadUnderWay(session, moved.intoDust + moved.outOfDust, &kept)) {
+      return false;
+    }
+    LeaveOut(kept, &moved.intoDust);
+    LeaveOut(kept, &moved.outOfDust);
+    return Run(session, moved);
+  });
+  if (!done) return done.Error();
+  if (underWay != nullptr) *underWay = kept;
+  return moved.Back();
 }
 
-Result<> UnfileMessages(Context& context, const QStringList& messages, const QString& from,
-                        const Filed& into) {
-  return RunAll(context, TakingOut(Filed{{from, messages}}) + Filing(into));
-}
-
-Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
-                      UnderWay* underWay) {
-  return RunAll(context, TakingOut(filed) << Dusting(messages, false), messages, underWay);
-}
-
-Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust) {
-  QStringList statements;
-  if (!dust.isEmpty()) statements.append(Dusting(dust, true));
-  return RunAll(context, statements + Filing(filed));
+Result<Move> SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
+  return MoveMessages(context, dust ? Move{.intoDust = messages} : Move{.outOfDust = messages},
+                      underWay);
 }
 
 Result<QStringList> Received(Context& context, const QStringList& messages) {
-  return Find(
+  return FindAmong(
       context,
-      QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived) +
-          Among(messages));
+      QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived),
+      messages);
 }
 
 Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder) {
-  return Find(context, QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
-                           QuoteSql(folder) + QStringLiteral(" AND") + Among(messages));
+  return FindAmong(context, SelectMembers(folder), messages);
 }
 
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {
   const QString value = isSet ? QStringLiteral("'1'") : QStringLiteral("'0'");
   const QString received =
       mark == kFlagNew ? QStringLiteral(" AND ABS(STATUS) = %1").arg(kStatusReceived) : QString();
-  return RunAll(context, {WithMark(mark, value) + Among(messages) + received});
+  return Transact(context, [&](DataSession& session) {
+    return RunAmong(session, WithMark(mark, value), messages, received);
+  });
 }
 
 Result<> ToggleStar(Context& context, const QStringList& messages) {
   const QString other = QStringLiteral("(1 - SUBSTR(FIELD_FLAG & '0000000', %1, 1))")
                             .arg(static_cast<int>(kFlagStar));
-  return RunAll(context, {WithMark(kFlagStar, other) + Among(messages)});
+  return Transact(context, [&](DataSession& session) {
+    return RunAmong(session, WithMark(kFlagStar, other), messages);
+  });
 }
 
 Result<> DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay) {
-  return RunAll(context,
-                {QStringLiteral("DELETE FROM folder WHERE") + Among(messages) + kMayChange,
-                 QStringLiteral("DELETE * FROM mail WHERE") + Among(messages) + kMayChange},
-                messages, underWay);
+  return Transact(context, [&](DataSession& session) {
+    return (underWay == nullptr || ReadUnderWay(session, messages, underWay)) &&
+           RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
+           RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
+  });
 }
 
 int CountWaiting(Context& context, const QString& address) {
@@ -193,9 +236,11 @@ int CountWaiting(Context& context, const QString& address) {
 }
 
 Result<> EmptyDust(Context& context) {
-  return RunAll(context, {QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
-                                         "(SELECT SERIALID FROM mail WHERE STATUS < 0)"),
-                          QStringLiteral("DELETE * FROM mail WHERE STATUS < 0")});
+  return Transact(context, [](DataSession& session) {
+    return session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
+                                          "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
+           session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0"));
+  });
 }
 
 }  // namespace vorn

@@ -20,23 +20,26 @@ using Filed = QMap<QString, QStringList>;
 /// What the user is told where there is no hand-filled folder.
 QString NoFolderWords();
 
+/// Where messages are put, and what they are taken out of. The inbox shows what is in no
+/// hand-filled folder and not in the dust bin.
+struct Move {
+  Filed into = {};
+  Filed outOf = {};
+  QStringList intoDust = {};
+  QStringList outOfDust = {};
+
+  /// The way back.
+  Move Back() const { return {outOf, into, outOfDust, intoDust}; }
+  /// All that are moved, each once.
+  QStringList Messages() const;
+};
+
+/// Moves messages, all at once; returns what takes back what was changed by it, and nothing else: a
+/// message that was in a folder or in the dust bin before stays there.
+Result<Move> MoveMessages(Context& context, const Move& move, UnderWay* underWay = nullptr);
 /// Puts messages into the dust bin or takes them out of it.
-Result<> SetDust(Context& context, const QStringList& messages, bool dust,
-                 UnderWay* underWay = nullptr);
-/// Files messages into the hand-filled folder `into`, which may be empty, and takes them out of
-/// others, each out of those that `from` names for it.
-Result<> FileMessages(Context& context, const QStringList& messages, const QString& into,
-                      const Filed& from = {});
-/// The way back: takes messages out of the folder `from` and puts others into those that `into`
-/// names for them.
-Result<> UnfileMessages(Context& context, const QStringList& messages, const QString& from,
-                        const Filed& into);
-/// Takes messages out of hand-filled folders, each out of those that `filed` names for it, and all
-/// of them out of the dust bin: the inbox shows what is in neither.
-Result<> PutIntoInbox(Context& context, const QStringList& messages, const Filed& filed,
-                      UnderWay* underWay);
-/// The way back; those in the dust bin are `dust`.
-Result<> TakeOutOfInbox(Context& context, const Filed& filed, const QStringList& dust);
+Result<Move> SetDust(Context& context, const QStringList& messages, bool dust,
+                     UnderWay* underWay = nullptr);
 /// Those of the messages that were received.
 Result<QStringList> Received(Context& context, const QStringList& messages);
 /// Those of the messages that are in a hand-filled folder.

@@ -42,9 +42,10 @@ void PageCounter::Tell(bool count) {
 }
 
 void PageCounter::TellFound() {
-  if (request_.Search().isEmpty()) return;
-  const qint64 found = pages_.CountFound(request_.Folder(), request_.Search());
-  if (found >= 0) Q_EMIT Found(found);
+  const FolderSearch search = request_.Search();
+  if (search.isEmpty()) return;
+  const qint64 found = pages_.CountFound(request_.Folder(), search);
+  if (found >= 0) Q_EMIT Found(found, search.hasMore);
 }
 
 }  // namespace vorn

@@ -25,8 +25,8 @@ class PageCounter : public QObject {
  Q_SIGNALS:
   /// So many pages are there; 0 when that is not known.
   void Counted(int pages);
-  /// The search of the page finds so many messages.
-  void Found(qint64 messages);
+  /// The search of the page finds so many messages, or more.
+  void Found(qint64 messages, bool orMore);
 
  private:
   void Explore();

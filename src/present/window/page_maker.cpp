@@ -113,12 +113,15 @@ QByteArray PageMaker::WithoutHit(QByteArray page) const {
                "text-decoration:underline\">%2</a>")
         .arg(step, text);
   };
+  const bool readsTexts = request_.ReadsTexts();
   QString words =
-      Ui::tr("「%1」に一致するメッセージはありません。").arg(search.text.toHtmlEscaped());
+      (readsTexts ? Ui::tr("「%1」は件名にもアドレスにもありません。本文を検索しています…")
+                  : Ui::tr("「%1」に一致するメッセージはありません。"))
+          .arg(search.text.toHtmlEscaped());
   if (!search.isEverywhere && request_.Folder() != fixed_serial::kDust) {
     words += link(search_step::kEverywhere, Ui::tr("すべてのフォルダを検索する"));
   }
-  if (!search.hits) words += link(search_step::kTexts, Ui::tr("本文も検索する"));
+  if (!search.hits && !readsTexts) words += link(search_step::kTexts, Ui::tr("本文も検索する"));
   words += link(search_step::kGiveUp, Ui::tr("検索をやめる"));
   const QByteArray none = ToCodePage932(Ui::tr("メッセージはありません。"));
   if (page.contains(none)) return page.replace(none, ToCodePage932(words));

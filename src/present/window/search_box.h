@@ -18,8 +18,8 @@ class SearchBox : public QLineEdit {
 
   /// What is typed.
   QString Typed() const { return text().trimmed(); }
-  /// How many messages the search has found; -1 when there is none, or that is not known.
-  void ShowFound(qint64 messages);
+  /// How many messages the search has found, or more; -1 when there is none, or that is not known.
+  void ShowFound(qint64 messages, bool orMore = false);
   QLabel* Found() const { return lbFound_; }
   /// The button that widens the search to all folders. It is there while something is typed.
   QToolButton* Everywhere() const { return cmEverywhere_; }

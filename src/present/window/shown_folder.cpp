@@ -29,8 +29,10 @@ ShownFolder::ShownFolder(const Parts& parts)
           [this](const QString& sentence) { parts_.host.Tell(sentence); }),
       commands_(messages_, navigation_, parts.page, parts.window),
       // What subjects and addresses have is in sight already.
-      texts_(new TextWait(parts.context,
-                          [this] { parts_.toolbar.Search().Texts()->setChecked(false); })) {
+      texts_(new TextWait(parts.context, [this] {
+        parts_.toolbar.Search().Texts()->setChecked(false);
+        EndTexts();
+      })) {
   ConnectPaging();
   ConnectMessages();
 }
@@ -71,6 +73,7 @@ QWidget* ShownFolder::Bar() const {
 
 void ShownFolder::Leave() {
   texts_->Stop();
+  parts_.page.request.SetReadsTexts(false);
   parts_.page.change.LeavePlace();
   parts_.split.ShowNothing();
   searchedFrom_.clear();
@@ -83,9 +86,11 @@ void ShownFolder::Leave() {
 void ShownFolder::ShowSearched() {
   if (!parts_.split.Row().isEmpty()) searchedFrom_ = parts_.split.Row();
   const bool isAll = parts_.page.request.Search().isEmpty();
+  const bool readsTexts = !isAll && parts_.toolbar.Search().IsInTexts();
+  parts_.page.request.SetReadsTexts(readsTexts);
   ShowAt(isAll ? std::exchange(searchedFrom_, {}) : QString());
   texts_->Stop();
-  if (!isAll && parts_.toolbar.Search().IsInTexts()) ReadTexts();
+  if (readsTexts) ReadTexts();
 }
 
 // At that message where it is shown.
@@ -98,18 +103,36 @@ void ShownFolder::ReadTexts() {
   const FolderSearch search = Search();
   texts_->Begin(parts_.pages.ScopeQuestion(parts_.page.request.Folder(), search), search.text,
                 [this, search](const Result<QStringList>& hits) {
-                  if (!hits) return parts_.host.Tell(hits.Error().text);
-                  ShowHits(search, *hits);
+                  if (hits) return ShowHits(search, *hits);
+                  parts_.host.Tell(hits.Error().text);
+                  EndTexts();
                 });
 }
 
+// An empty page has said that they are being read.
+void ShownFolder::EndTexts() {
+  parts_.page.request.SetReadsTexts(false);
+  if (parts_.page.request.IsLocal()) parts_.loader.Refresh();
+}
+
+// Who has gone to a message or chosen some meanwhile goes on with them.
 void ShownFolder::ShowHits(FolderSearch search, const QStringList& hits) {
-  if (!parts_.page.request.IsLocal()) return;
-  search.hits = hits;
-  parts_.page.request.SetSearch(search);
-  ShowAt(parts_.split.Row());
-  if (hits.size() < TextWait::kMost) return;
-  parts_.host.Tell(Ui::tr("新しいものから%1通を表示しています。").arg(hits.size()));
+  PageRequest& request = parts_.page.request;
+  request.SetReadsTexts(false);
+  if (!request.IsLocal()) return;
+  search.hits = hits.first(qMin(hits.size(), TextWait::Most));
+  search.hasMore = hits.size() > TextWait::Most;
+  request.SetSearch(search);
+  const int page = navigation_.PageOf(parts_.split.Row());
+  if (page > 0) request.SetPage(page);
+  if (page > 0 || messages_.CountChosen() > 0) {
+    parts_.loader.Refresh();
+  } else {
+    ShowAt({});
+  }
+  if (!search.hasMore) return;
+  parts_.host.Tell(
+      Ui::tr("多いので、本文の検索は新しいものから%1通で終わりました。").arg(search.hits->size()));
 }
 
 // A tab is as it was left, whichever way the user comes to it. In the page that he is at he goes

@@ -83,6 +83,7 @@ class ShownFolder : public QObject {
   void ShowSearched();
   void ShowAt(const QString& message);
   void ReadTexts();
+  void EndTexts();
   void ShowHits(FolderSearch search, const QStringList& hits);
 
   const Parts parts_;

@@ -42,7 +42,7 @@ void TextWait::Begin(const QString& question, const QString& text,
     for (const QVariant& value : *answer.values) found.append(value.toString());
     then(found);
   };
-  run_.reset(new ConditionRun(context_, question, kFindMs, take, {finds, kMost}));
+  run_.reset(new ConditionRun(context_, question, kFindMs, take, {finds, Most + 1}));
   told_.start(kTellMs);
   Tell();
 }

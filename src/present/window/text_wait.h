@@ -12,14 +12,14 @@ namespace vorn {
 /// tells how far that is and has a button that stops it.
 class TextWait : public NoticeBar {
  public:
-  /// So many messages are found at most, the newest: the engine takes 999 values in a statement.
-  static constexpr int kMost = 800;
+  /// So many messages are found at most, the newest: each page reads the rows of all.
+  static inline qsizetype Most = 10000;
 
   /// `stopped` is called when the user has stopped it.
   TextWait(Context& context, std::function<void()> stopped);
 
   /// Reads the messages that `question` asks for. `then` gets the identifiers of those that have
-  /// `text`.
+  /// `text`, one too many where there are more.
   void Begin(const QString& question, const QString& text,
              const std::function<void(const Result<QStringList>&)>& then);
   void Stop();
