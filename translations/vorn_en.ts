@@ -4224,10 +4224,6 @@ and what was erased is not received again.</translation>
         <translation>%1 messages or more</translation>
     </message>
     <message>
-        <source>多いので、本文の検索は途中で終わりました。</source>
-        <translation>There are so many that not all texts were searched.</translation>
-    </message>
-    <message>
         <source>多いので、本文の検索は新しいものから%1通で終わりました。</source>
         <translation>There are so many that texts were searched no further than the newest %1 messages.</translation>
     </message>

@@ -169,7 +169,7 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
                QList<QVariant>(thrownAway.begin(), thrownAway.end());
   };
   const Result<Move> back = MoveMessages(context, {.into = {{folder, many}}, .outOfDust = many});
-  EXPECT_TRUE(back && stands({dusted, filed}, {}));
+  ASSERT_TRUE(back && stands({dusted, filed}, {}));
   EXPECT_EQ(back->Messages(), QStringList{dusted}) << "the other is not moved";
   EXPECT_TRUE(MoveMessages(context, *back) && stands({filed}, {dusted}));
   const Result<Move> out = SetDust(context, many, true);

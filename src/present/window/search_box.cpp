@@ -88,8 +88,6 @@ void SearchBox::SearchTexts() {
 void SearchBox::ShowFound(qint64 messages, bool orMore) {
   const QString count = orMore ? Ui::tr("%1通以上") : Ui::tr("%1通");
   lbFound_->setText(messages < 0 ? QString() : count.arg(messages));
-  lbFound_->setToolTip(orMore ? ShownToolTip(Ui::tr("多いので、本文の検索は途中で終わりました。"))
-                              : QString());
   lbFound_->setVisible(messages >= 0);
 }
 
