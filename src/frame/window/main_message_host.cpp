@@ -19,6 +19,12 @@ constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
 
 }  // namespace
 
+// What another sending came to is no word of this one.
+void MainMessageHost::SendMessage(const QString& serialId) {
+  parts_.status.BeginCheck(false);
+  parts_.plan.CreateMessagePlan(kPlanSend, serialId);
+}
+
 QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
   BrowserWindow* browser = parts_.panes.Area().Active();
   if (browser == nullptr) return {};

@@ -30,9 +30,7 @@ class MainMessageHost : public MessageHost {
   };
   explicit MainMessageHost(const Parts& parts) : parts_(parts), known_(parts.context) {}
 
-  void SendMessage(const QString& serialId) override {
-    parts_.plan.CreateMessagePlan(kPlanSend, serialId);
-  }
+  void SendMessage(const QString& serialId) override;
   bool ChooseSender(const QString& serialId, const QString& addressLines,
                     const QString& subject) override {
     return parts_.plan.ChooseSender(serialId, addressLines, subject);

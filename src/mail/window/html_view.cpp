@@ -171,7 +171,7 @@ HtmlView::~HtmlView() {
 QPushButton* HtmlView::TakeButton() {
   isButtonTaken_ = true;
   PutAside();
-  button_->setToolTip(OfferWords());
+  button_->setToolTip(ShownToolTip(OfferWords()));
   button_->setAccessibleDescription(OfferWords());
   return button_;
 }
