@@ -4227,5 +4227,9 @@ and what was erased is not received again.</translation>
         <source>多いので、本文の検索は新しいものから%1通で終わりました。</source>
         <translation>There are so many that texts were searched no further than the newest %1 messages.</translation>
     </message>
+    <message>
+        <source>サーバーがログインか暗号化を求めています。アカウントの送信の設定を確認してください。</source>
+        <translation>The server wants a login or encryption. Please check the account’s settings for sending.</translation>
+    </message>
 </context>
 </TS>

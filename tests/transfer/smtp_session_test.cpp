@@ -113,6 +113,8 @@ TEST_F(SmtpSessionTest, FailuresLeaveTheMessageWaiting) {
   fails("", QStringLiteral("接続を切りました"));
   fails("SSH-2.0-x\r\n", QStringLiteral("応答を理解できません"));
   fails("554 go away\r\n221\r\n", QStringLiteral("go away"));
+  fails("220\r\n250\r\n530 5.7.0 no\r\n221\r\n", QStringLiteral("ログインか暗号化"));
+  EXPECT_EQ(events_.codes.last(), PopError::Login) << "the message is none that is refused";
   fails("220\r\n250 SIZE 10\r\n", QStringLiteral("大きすぎます"));
   fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n", QStringLiteral("届いている可能性"));
   fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n552 full\r\n221\r\n", QStringLiteral("full"));

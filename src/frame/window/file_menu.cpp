@@ -24,7 +24,7 @@ FileMenu::FileMenu(const Parts& parts, QWidget* parent)
   AddNodeCommands();
   addSeparator();
   addAction(Ui::tr("くずかごを空にする(&E).."), this,
-            [&actions = parts.actions] { actions.EmptyDust(); });
+            [&actions = parts.actions] { actions.EmptyDustBin(); });
   addSeparator();
   AddArchive();
   addSeparator();

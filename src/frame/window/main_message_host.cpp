@@ -25,13 +25,13 @@ void MainMessageHost::SendMessage(const QString& serialId) {
   parts_.plan.CreateMessagePlan(kPlanSend, serialId);
 }
 
-QString MainMessageHost::NeighbourMessage(const QString& serialId, int step) {
+QString MainMessageHost::NeighbourOf(const QString& serialId, int step) {
   BrowserWindow* browser = parts_.panes.Area().Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
   const Result<QString> found =
-      vorn::NeighbourMessage(parts_.context, browser->Tag(), browser->Folder().Search(), serialId,
-                             ListSettings(parts_.context).IsNewestFirst() ? -step : step);
+      NeighbourMessage(parts_.context, browser->Tag(), browser->Folder().Search(), serialId,
+                       ListSettings(parts_.context).IsNewestFirst() ? -step : step);
   if (!found && brief.IsReached()) parts_.status.showMessage(found.Error().text);
   const QString neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.

@@ -42,7 +42,7 @@ class MainMessageHost : public MessageHost {
   void PrintPageFile(const QString& path, const QString& title) override {
     parts_.opener.PrintPageFile(path, title);
   }
-  QString NeighbourMessage(const QString& serialId, int step) override;
+  QString NeighbourOf(const QString& serialId, int step) override;
   void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
   QStringList OfferedAddresses() override { return known_.Offers(); }

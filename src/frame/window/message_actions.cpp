@@ -201,13 +201,13 @@ QStringList MessageActions::Delete(const QStringList& messages) {
   return End(done, messages, underWay);
 }
 
-void MessageActions::EmptyDust() {
+void MessageActions::EmptyDustBin() {
   const auto answer =
       ShowBox(&window_, QMessageBox::Question,
               Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (const Result<> emptied = vorn::EmptyDust(context_); !emptied) {
+  if (const Result<> emptied = EmptyDust(context_); !emptied) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("削除できませんでした。") + emptied.Error().text);
   } else if (deleted_) {

@@ -39,7 +39,7 @@ class MessageActions {
   /// The same messages were dropped on a folder of the tree.
   QStringList Drop(const QStringList& messages, const QString& folder, const QString& from);
   /// Deletes all that was thrown away, after a question.
-  void EmptyDust();
+  void EmptyDustBin();
 
  private:
   QStringList ChooseFolder(const QStringList& messages, const QString& folder);

@@ -24,7 +24,7 @@ class PageActions : public QObject {
   QStringList Act(MessageAction action, const QStringList& messages, const QString& folder) {
     return actions_.Act(action, messages, folder);
   }
-  void EmptyDust() { actions_.EmptyDust(); }
+  void EmptyDustBin() { actions_.EmptyDustBin(); }
   /// A message of the page in use was dropped on a folder of the tree. One that belongs to a choice
   /// of several brings the others along.
   void Drop(const QString& message, const QString& folder);

@@ -26,7 +26,7 @@ class MessageHost {
   virtual void PrintPageFile(const QString& path, const QString& title) = 0;
   /// The message before (`step` -1) or after (1) another one in the folder that is being looked
   /// at; empty when there is none.
-  virtual QString NeighbourMessage(const QString& serialId, int step) = 0;
+  virtual QString NeighbourOf(const QString& serialId, int step) = 0;
   /// Opens the window of a new folder with a condition that finds messages like this one. Nothing
   /// is stored before the user agrees.
   virtual void GatherAlike(const QString& serialId) = 0;

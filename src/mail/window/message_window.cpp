@@ -215,7 +215,7 @@ void MessageWindow::TurnInto(OpenMode mode) {
 
 void MessageWindow::ShowNeighbour(int step) {
   if (document_.IsEditable()) return;
-  const QString serialId = host_.NeighbourMessage(document_.Tag(), step);
+  const QString serialId = host_.NeighbourOf(document_.Tag(), step);
   if (serialId.isEmpty()) return;
   closing_.StoreState();
   auto next = std::make_shared<Disk>(serialId);

@@ -63,7 +63,7 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
   if (auth_.Mechanism() != nullptr) {
-    pipeline_.Send(auth_.Begin(false), Pop3Command::Auth);
+    pipeline_.Send(auth_.Begin(false, redaction_), Pop3Command::Auth);
   } else if (login_.apop) {
     return LogInByApop();
   } else {

@@ -63,21 +63,23 @@ bool SaslExchange::TryNext(bool hiding) {
   return !mechanisms_.isEmpty();
 }
 
-QByteArray SaslExchange::Begin(bool saysFirst) {
+QByteArray SaslExchange::Begin(bool saysFirst, Redaction& redaction) {
   const QByteArray command = QByteArray("AUTH ") + Mechanism()->name;
   if (!saysFirst || !Mechanism()->speaksFirst) return command;
-  return command + ' ' + Respond({}).toBase64();
+  return command + ' ' + Respond({}, redaction);
 }
 
 std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
   if (Mechanism() == nullptr || step_ == Mechanism()->steps) return std::nullopt;
-  const QByteArray response = Respond(QByteArray::fromBase64(challenge));
-  redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
-  return response.toBase64();
+  return Respond(QByteArray::fromBase64(challenge), redaction);
 }
 
-QByteArray SaslExchange::Respond(const QByteArray& challenge) {
-  return Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
+// In base64. A user's name may stand in front of what proves it.
+QByteArray SaslExchange::Respond(const QByteArray& challenge, Redaction& redaction) {
+  const QByteArray response =
+      Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
+  redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
+  return response.toBase64();
 }
 
 }  // namespace vorn

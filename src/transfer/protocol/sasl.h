@@ -33,7 +33,7 @@ class SaslExchange {
  public:
   SaslExchange() = default;
   /// Has the mechanisms, to be tried one after the other, of those that a server offers in its own
-  /// words by which `who` can be proved. Over an encrypted connection the simplest comes first.
+  /// words. Over an encrypted connection the simplest comes first.
   /// Over one in clear those that show the password are there only where the server offers none
   /// that does not.
   SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who);
@@ -46,14 +46,14 @@ class SaslExchange {
   /// there is none.
   bool TryNext(bool hiding = false);
   /// The command that begins it, with a mechanism. With `saysFirst` the answer of one that has no
-  /// challenge goes along.
-  QByteArray Begin(bool saysFirst);
+  /// challenge goes along, and what proves the user in it is added to `redaction`.
+  QByteArray Begin(bool saysFirst, Redaction& redaction);
   /// The line that answers a challenge in base64; nothing when it asks for more than the mechanism
   /// has. What proves the user in it is added to `redaction`.
   std::optional<QByteArray> Answer(const QByteArray& challenge, Redaction& redaction);
 
  private:
-  QByteArray Respond(const QByteArray& challenge);
+  QByteArray Respond(const QByteArray& challenge, Redaction& redaction);
 
   QList<const SaslMechanism*> mechanisms_;
   Credentials who_;

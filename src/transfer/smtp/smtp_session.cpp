@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kClosing = 421;
 constexpr int kNotInClear = 538;
+constexpr int kMoreWanted = 530;  // a login (RFC 4954 section 6), or STARTTLS (RFC 3207 section 4)
 
 // Not who logs in is refused but by which mechanism (RFC 4954 sections 4 and 6): it is not
 // understood or not known, too weak, or needs encryption.
@@ -194,7 +195,7 @@ void SmtpSession::BeginAuth() {
     return;
   }
   stage_ = Stage::Auth;
-  Send(auth_.Begin(true));
+  Send(auth_.Begin(true, redaction_));
 }
 
 // A refused password is not offered again: servers lock accounts after a few wrong ones.
@@ -204,7 +205,7 @@ void SmtpSession::GoOnWithAuth(int code) {
     if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
   }
   if (RefusesMechanism(code) && auth_.TryNext(code == kNotInClear)) {
-    return Send(auth_.Begin(true));
+    return Send(auth_.Begin(true, redaction_));
   }
   LeaveAfter(PopError::Login,
              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
@@ -223,6 +224,11 @@ void SmtpSession::TakeEnvelopeReply(int code) {
   const QString address = envelope_.TakeReply();
   if (code == kClosing) {
     return LeaveAfter(PopError::Refused, Ui::tr("メッセージの送信を断られました。"));
+  }
+  if (code == kMoreWanted) {
+    return LeaveAfter(PopError::Login,
+                      Ui::tr("サーバーがログインか暗号化を求めています。アカウントの送信の設定を"
+                             "確認してください。"));
   }
   if (code / 100 != 2 && envelope_.WasSender()) {
     return LeaveAfter(PopError::Refused,
