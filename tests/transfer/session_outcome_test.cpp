@@ -343,6 +343,13 @@ TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   EXPECT_FALSE(plain.errors.isEmpty());
   EXPECT_FALSE(plain.Shown().contains(QString::fromLatin1(blob.first(10))));
 
+  // The name says who was refused, and is no secret.
+  SessionRecorder login;
+  Play(job, login,
+       "220\r\n250-x\r\n250 AUTH LOGIN\r\n334\r\n334\r\n535 yamada may not, Kyoto-2026\r\n221\r\n");
+  EXPECT_TRUE(login.Shown().contains(u"yamada may not"));
+  EXPECT_FALSE(login.Shown().contains(u"Kyoto"));
+
   const QByteArray challenge = "<1.2@x>";
   const QByteArray digest = QMessageAuthenticationCode::hash(challenge, job.who.password.toUtf8(),
                                                              QCryptographicHash::Md5)

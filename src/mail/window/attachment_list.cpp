@@ -80,6 +80,7 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
   attachments_ = attachments;
   shownImages_ = shownImages;
   folded_ = 0;
+  SortShown();
   shown_.clear();
   for (const ModelAttachment& attachment : attachments_) {
     if (attachment.isNew) NoteTime(shown_, attachment.path);
@@ -90,13 +91,18 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
   Fill();
 }
 
-void AttachmentList::FoldShown(bool isHtmlInFront) {
+// Files stand first, and what the HTML part shows behind them. Gives how many those are.
+size_t AttachmentList::SortShown() {
   const auto shown = std::stable_partition(attachments_.begin(), attachments_.end(),
                                            [this](const ModelAttachment& attachment) {
                                              return attachment.isNew || attachment.inner ||
                                                     !shownImages_.contains(attachment.record.first);
                                            });
-  const auto count = static_cast<size_t>(std::distance(shown, attachments_.end()));
+  return static_cast<size_t>(std::distance(shown, attachments_.end()));
+}
+
+void AttachmentList::FoldShown(bool isHtmlInFront) {
+  const size_t count = SortShown();
   const size_t folded = isHtmlInFront ? count : 0;
   if (std::exchange(folded_, folded) != folded) Fill();
 }

@@ -67,6 +67,7 @@ class AttachmentList : public QListWidget {
  private:
   void Fill();
   ModelAttachment At(int row) const;
+  size_t SortShown();
   bool IsFold(int row) const;
   int ArchiveRow() const;
   void AddPicture(const QImage& picture);

@@ -46,6 +46,8 @@ ClipRow::ClipRow(Context& context)
 void ClipRow::Show(const std::vector<ModelAttachment>& attachments, const QByteArray& source,
                    const QSet<qsizetype>& shownImages) {
   clips_->Show(attachments, source, false, shownImages);
+  all_->setText(Ui::tr("すべて") + Ui::tr("（") + QString::number(attachments.size()) +
+                Ui::tr("）"));
   all_->setChecked(false);
   clips_->setFixedHeight(qMax(1, clips_->sizeHintForRow(0)));
   setVisible(!attachments.empty());

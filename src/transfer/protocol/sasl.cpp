@@ -1,6 +1,7 @@
 #include "transfer/protocol/sasl.h"
 
 #include <QMessageAuthenticationCode>
+#include <algorithm>
 #include <utility>
 
 namespace vorn {
@@ -74,11 +75,12 @@ std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Reda
   return Respond(QByteArray::fromBase64(challenge), redaction);
 }
 
-// In base64. A user's name may stand in front of what proves it.
+// In base64. The user's name is no secret, alone or in front of what proves it.
 QByteArray SaslExchange::Respond(const QByteArray& challenge, Redaction& redaction) {
   const QByteArray response =
       Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
-  redaction.Add(response.sliced(response.lastIndexOf(' ') + 1));
+  const qsizetype name = std::max(response.lastIndexOf(' '), response.lastIndexOf('\0'));
+  if (response != who_.user.toUtf8()) redaction.Add(response.sliced(name + 1));
   return response.toBase64();
 }
 
