@@ -37,7 +37,7 @@ TEST_F(RealSmtpTest, SizeAndRefusedRecipientsLeaveTheMessageWaitingAndOthersGoOn
   EXPECT_EQ(host_.levels, (QList<int>{1, 1, 0}));
   EXPECT_EQ(host_.categories[1], QStringLiteral("mailup"));
   EXPECT_TRUE(host_.log[0].contains(QStringLiteral("5000"))) << host_.log[0].toStdString();
-  const auto isTold = [this](const QString& text) {
+  const auto isTold = [](const QString& text) {
     return text.contains(QStringLiteral("refused@example.com")) &&
            text.contains(QStringLiteral("no such user here"));
   };
