@@ -30,7 +30,7 @@ struct ModelAttachment {
   /// The contents of a file from the package that `record` is (see `ReadTnef`); such a file is
   /// shown beside it and goes nowhere without it.
   std::optional<QByteArray> inner = std::nullopt;
-  /// The contents of a file that stands for the part and others that belong to it.
+  /// The contents of a file that stands for an attachment and others that belong to it.
   std::optional<QByteArray> made = std::nullopt;
 };
 

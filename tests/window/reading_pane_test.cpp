@@ -300,7 +300,7 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   EXPECT_EQ(clips.height(), clips.sizeHintForRow(0));
   Child<QToolButton>(*Pane(), u"cmAllClips").click();
   EXPECT_TRUE(WaitFor([&] { return clips.height() > 3 * clips.sizeHintForRow(0); }, 10000));
-  // What offers the images goes with the part that has them.
+  // What offers the images goes with the tab that shows them.
   tabs.setCurrentIndex(0);
   EXPECT_EQ(height(u"cmRemoteImages"), 0);
 }
