@@ -45,7 +45,7 @@ QString DayName(icalrecurrencetype_weekday day) {
 }
 
 // "第2" or "最後の" before what is counted.
-QString Place(int number) {
+QString PlaceInMonth(int number) {
   if (number == -1) return Ui::tr("最後の");
   return number < 0 ? Ui::tr("最後から%1番目の").arg(-number) : Ui::tr("第%1").arg(number);
 }
@@ -57,7 +57,7 @@ QString Days(const icalrecurrencetype& rule) {
     const QString name = DayName(icalrecurrencetype_day_day_of_week(day));
     const int number = icalrecurrencetype_day_position(day);
     if (number == 0) plain.append(name);
-    if (number != 0) placed.append(Place(number) + Ui::tr("%1曜日").arg(name));
+    if (number != 0) placed.append(PlaceInMonth(number) + Ui::tr("%1曜日").arg(name));
   }
   if (!plain.isEmpty()) placed.append(Ui::tr("%1曜日").arg(plain.join(Ui::tr("・"))));
   QString days = placed.join(Ui::tr("・"));

@@ -14,7 +14,7 @@ constexpr char16_t kNoBreakSpace = 0xA0;
 bool HasJapaneseWords(const QString& text) {
   constexpr char16_t kFirst = 0x3001;
   constexpr int kUsual = 10;
-  constexpr int kRare = 15;
+  constexpr int kRareCost = 15;
   constexpr qsizetype kDifferent = 2;
   constexpr qsizetype kError = 3;
   qsizetype usual = 0;
@@ -26,7 +26,7 @@ bool HasJapaneseWords(const QString& text) {
     const int cost = JapaneseCost(0, c);
     if (c == QChar::ReplacementCharacter) {
       strange += kError;
-    } else if (IsHalfKana(c) || cost >= kRare) {
+    } else if (IsHalfKana(c) || cost >= kRareCost) {
       ++strange;
     } else if (cost <= kUsual) {
       ++usual;

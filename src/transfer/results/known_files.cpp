@@ -8,6 +8,7 @@
 #include "storage/databases.h"
 #include "storage/profile_bag.h"
 #include "storage/sql_text.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
