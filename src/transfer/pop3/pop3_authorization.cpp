@@ -44,16 +44,12 @@ void Pop3Authorization::GoOnEncrypted() {
 // where it keeps the password from being read on the way.
 void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   if (login_.apop) return;
-  const bool isPrivate = tls_.IsEncrypted();
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  SaslExchange exchange(offered, isPrivate, login_.who);
+  SaslExchange exchange(offered, tls_.IsEncrypted(), login_.who);
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
-  const SaslMechanism* simplest = SaslExchange(offered, true, login_.who).Mechanism();
-  const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
-  if (!takesUser || (!isPrivate && exchange.Mechanism()->hidesPassword)) {
-    auth_ = std::move(exchange);
-  }
+  const bool takesUser = offersUser_ && SaslExchange::HasPlainLogin(offered);
+  if (!takesUser || !exchange.Mechanism()->isPlainLogin) auth_ = std::move(exchange);
 }
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
@@ -86,7 +82,7 @@ std::optional<PopFailure> Pop3Authorization::LogInByApop() {
 
 std::optional<PopFailure> Pop3Authorization::TakeChallenge(const QByteArray& line) {
   const std::optional<QByteArray> answer = auth_.Answer(line.mid(2), redaction_);
-  if (!answer) return Refused(line);
+  if (!answer) return SaslExchange::Broken(line, redaction_);
   pipeline_.SendMore(*answer);
   return std::nullopt;
 }
@@ -99,6 +95,7 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
     pipeline_.Send("PASS " + login_.who.password.toUtf8(), Pop3Command::Pass);
     return std::nullopt;
   }
+  if (ok && !auth_.TrustsServer()) return SaslExchange::Broken(line, redaction_);
   if (ok) {
     state_ = State::LoggedIn;
     return std::nullopt;
@@ -106,15 +103,14 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
   return command == Pop3Command::Auth ? TryAnotherWay(line) : Refused(line);
 }
 
-// A mechanism that is refused before anything was proved by it is not there, whatever the server
-// lists. A server that keeps scrambled passwords offers one that hides the password and cannot
-// honour it. What else is refused is the password: it is not offered again, lest the server locks
-// the account.
+// A mechanism that is refused before anything was proved by it is not there for this user, whatever
+// the server lists. A server that keeps scrambled passwords may offer one that it cannot honour.
+// What else is refused is the password: it is not offered again, lest the server locks the account.
 std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
-  const bool isMissing = !auth_.HasResponded();
-  const bool hides = auth_.Mechanism()->hidesPassword;
+  const bool isMissing = !auth_.HasProved();
+  const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
   if (isMissing && auth_.TryNext()) return LogIn();
-  if (offersUser_ && (isMissing || hides)) {
+  if (offersUser_ && (isMissing || isDoubtful)) {
     auth_ = {};
     return LogIn();
   }

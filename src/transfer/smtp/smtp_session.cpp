@@ -9,6 +9,7 @@ namespace vorn {
 namespace {
 
 constexpr int kClosing = 421;
+constexpr int kRefused = 535;  // who logs in (RFC 4954 section 6)
 constexpr int kNotInClear = 538;
 constexpr int kMoreWanted = 530;  // a login (RFC 4954 section 6), or STARTTLS (RFC 3207 section 4)
 
@@ -198,15 +199,19 @@ void SmtpSession::BeginAuth() {
   Send(auth_.Begin(true, redaction_));
 }
 
-// A refused password is not offered again: servers lock accounts after a few wrong ones.
+// A refused password is not offered again: servers lock accounts after a few wrong ones. One that
+// was not offered yet is not what is refused.
 void SmtpSession::GoOnWithAuth(int code) {
-  if (code == 235) return BeginEnvelope();
+  if (code == 235 && auth_.TrustsServer()) return BeginEnvelope();
   if (code == 334) {
     if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
   }
-  if (RefusesMechanism(code) && auth_.TryNext(code == kNotInClear)) {
-    return Send(auth_.Begin(true, redaction_));
+  if (code == 235 || code == 334) {
+    const PopFailure failure = SaslExchange::Broken(reader_.Text(), redaction_);
+    return Fail(failure.code, failure.text);
   }
+  const bool isMissing = RefusesMechanism(code) || (code == kRefused && !auth_.HasProved());
+  if (isMissing && auth_.TryNext(code == kNotInClear)) return Send(auth_.Begin(true, redaction_));
   LeaveAfter(PopError::Login,
              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
 }
