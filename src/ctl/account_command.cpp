@@ -40,22 +40,22 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.incoming.port = arguments.Number(
       QStringLiteral("in-port"), kPop3Ports[static_cast<size_t>(values.incoming.security)], &ok);
   if (!ok) return QStringLiteral("--in-port は数です。");
-  values.incoming.user = arguments.Text(QStringLiteral("in-user"));
+  values.incoming.who.user = arguments.Text(QStringLiteral("in-user"));
   values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
   values.outgoing.port = arguments.Number(
       QStringLiteral("out-port"), kSmtpPorts[static_cast<size_t>(values.outgoing.security)], &ok);
-  values.outgoing.user = arguments.Text(QStringLiteral("out-user"));
+  values.outgoing.who.user = arguments.Text(QStringLiteral("out-user"));
   if (!ok) return QStringLiteral("--out-port は数です。");
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
     const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
     if (!password) return password.Error().text;
-    values.outgoing.password = *password;
+    values.outgoing.who.password = *password;
   }
   const Result<QString> password = ReadSecret(arguments, QStringLiteral("in-password-fd"));
   if (!password) return password.Error().text;
-  values.incoming.password = *password;
+  values.incoming.who.password = *password;
   return {};
 }
 

@@ -74,8 +74,8 @@ DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const 
   values.address = QStringLiteral("yamada@example.org");
   values.incoming.host = QStringLiteral("127.0.0.1");
   values.incoming.port = port;
-  values.incoming.user = user;
-  values.incoming.password = password;
+  values.incoming.who.user = user;
+  values.incoming.who.password = password;
   values.protocol = apop ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = deleteOnServer;
   return *CreateAccount(*context_, values);

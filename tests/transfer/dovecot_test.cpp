@@ -4,9 +4,9 @@
 #include <QSslConfiguration>
 
 #include "mail/store/mail_store.h"
+#include "objects/trusted_certificates.h"
 #include "support/real_servers.h"
 #include "support/traffic.h"
-#include "transfer/net/trusted_certificates.h"
 
 namespace vorn {
 namespace {

@@ -114,7 +114,7 @@ TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
     QByteArray said;
     SmtpJob job;
     job.authenticate = true;
-    job.who = Who();
+    job.server.who = Who();
     SmtpSession smtp(job, smtpEvents, [&said](const QByteArray& bytes) { said = bytes.trimmed(); });
     smtp.Receive("220\r\n250-x\r\n250 AUTH PLAIN SCRAM-SHA-256\r\n");
     EXPECT_TRUE(said.startsWith("AUTH SCRAM-SHA-256 biws")) << said.toStdString();
@@ -126,7 +126,7 @@ TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
 
     SessionRecorder popEvents;
     QByteArrayList lines;
-    Pop3Session pop3({{}, Who()}, popEvents,
+    Pop3Session pop3({{.who = Who()}}, popEvents,
                      [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
     pop3.Receive("+OK\r\n");
     pop3.Receive("+OK\r\nUSER\r\nSASL PLAIN SCRAM-SHA-256\r\n.\r\n");
@@ -147,7 +147,7 @@ TEST(ScramTest, RefusedBeforeAProofItIsFollowedByTheNext) {
   QByteArrayList said;
   SmtpJob job;
   job.authenticate = true;
-  job.who = Who();
+  job.server.who = Who();
   SmtpSession smtp(job, events, [&said](const QByteArray& bytes) { said += bytes.trimmed(); });
   smtp.Receive("220\r\n250-x\r\n250 AUTH SCRAM-SHA-256 PLAIN CRAM-MD5\r\n535 no\r\n");
   EXPECT_EQ(said.last(), "AUTH CRAM-MD5") << "in clear no password is shown";

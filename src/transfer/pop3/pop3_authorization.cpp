@@ -46,7 +46,7 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   if (login_.apop) return;
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  SaslExchange exchange(offered, tls_.IsEncrypted(), login_.who);
+  SaslExchange exchange(offered, tls_.IsEncrypted(), login_.server.who);
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
   const bool takesUser = offersUser_ && SaslExchange::HasPlainLogin(offered);
   if (!takesUser || !exchange.Mechanism()->isPlainLogin) auth_ = std::move(exchange);
@@ -54,7 +54,7 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
 std::optional<PopFailure> Pop3Authorization::LogIn() {
-  if (!IsSafeArgument(login_.who.user) || !IsSafeArgument(login_.who.password)) {
+  if (!IsSafeArgument(login_.server.who.user) || !IsSafeArgument(login_.server.who.password)) {
     return PopFailure{PopError::Login,
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
@@ -63,7 +63,7 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
   } else if (login_.apop) {
     return LogInByApop();
   } else {
-    pipeline_.Send("USER " + login_.who.user.toUtf8(), Pop3Command::User);
+    pipeline_.Send("USER " + login_.server.who.user.toUtf8(), Pop3Command::User);
   }
   return std::nullopt;
 }
@@ -73,10 +73,11 @@ std::optional<PopFailure> Pop3Authorization::LogInByApop() {
     return PopFailure{PopError::Login, Ui::tr("サーバーがAPOPに対応していません。アカウントの受信の"
                                               "種類をPOP3に変えてください。")};
   }
-  const QByteArray digest =
-      QCryptographicHash::hash(timestamp_ + login_.who.password.toUtf8(), QCryptographicHash::Md5);
+  const QByteArray digest = QCryptographicHash::hash(
+      timestamp_ + login_.server.who.password.toUtf8(), QCryptographicHash::Md5);
   redaction_.Add(digest.toHex());
-  pipeline_.Send("APOP " + login_.who.user.toUtf8() + ' ' + digest.toHex(), Pop3Command::Apop);
+  pipeline_.Send("APOP " + login_.server.who.user.toUtf8() + ' ' + digest.toHex(),
+                 Pop3Command::Apop);
   return std::nullopt;
 }
 
@@ -92,7 +93,7 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
   if (command == Pop3Command::Capa) return TakeCapabilities({});
   if (command == Pop3Command::Stls) return BeginTls(ok, line, hasMore);
   if (ok && command == Pop3Command::User) {
-    pipeline_.Send("PASS " + login_.who.password.toUtf8(), Pop3Command::Pass);
+    pipeline_.Send("PASS " + login_.server.who.password.toUtf8(), Pop3Command::Pass);
     return std::nullopt;
   }
   if (ok && !auth_.TrustsServer()) return SaslExchange::Broken(line, redaction_);

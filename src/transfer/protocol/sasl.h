@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "transfer/protocol/credentials.h"
+#include "objects/endpoint.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/protocol/redaction.h"
 #include "transfer/protocol/sasl_proof.h"

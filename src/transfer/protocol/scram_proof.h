@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-#include "transfer/protocol/credentials.h"
+#include "objects/endpoint.h"
 #include "transfer/protocol/sasl_proof.h"
 
 namespace vorn {

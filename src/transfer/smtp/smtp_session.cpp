@@ -28,11 +28,11 @@ QString NotUnderstood() {
 SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : job_(std::move(job)),
-      redaction_(job_.who),
+      redaction_(job_.server.who),
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
-      tls_(job_.security, TlsStep::Direction::Sending) {}
+      tls_(job_.server.security, TlsStep::Direction::Sending) {}
 
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
@@ -189,7 +189,7 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.who);
+  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.server.who);
   if (auth_.Mechanism() == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
