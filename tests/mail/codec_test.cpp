@@ -140,20 +140,20 @@ TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
 TEST(Addresses, EntriesAreTakenApart) {
   const AddressEntry to = ParseAddressEntry(QStringLiteral("TO: a@x 山田 太郎"));
   EXPECT_EQ(to.displayName, QStringLiteral("山田 太郎"));
-  EXPECT_EQ(to.canonical, QStringLiteral("TO: a@x 山田 太郎"));
-  EXPECT_EQ(to.presentable, QStringLiteral("山田 太郎 <a@x>"));
+  EXPECT_EQ(CanonicalLine(to), QStringLiteral("TO: a@x 山田 太郎"));
+  EXPECT_EQ(PresentableAddress(to), QStringLiteral("山田 太郎 <a@x>"));
   const AddressEntry bcc = ParseAddressEntry(QStringLiteral("bcc: A@X"));
   EXPECT_EQ(bcc.kind, QStringLiteral("BC"));
-  EXPECT_EQ(bcc.canonical, QStringLiteral("BC: a@x"));
+  EXPECT_EQ(CanonicalLine(bcc), QStringLiteral("BC: a@x"));
   const AddressEntry reply = ParseAddressEntry(QStringLiteral("replay-to: A@X Name"));
   EXPECT_EQ(reply.kind, QStringLiteral("RE"));
-  EXPECT_EQ(reply.presentable, QStringLiteral("name <a@x>"));
+  EXPECT_EQ(PresentableAddress(reply), QStringLiteral("name <a@x>"));
   EXPECT_EQ(ParseAddressEntry(QStringLiteral("Disposition-Notification-To: x@y")).kind,
             QStringLiteral("NO"));
   const AddressEntry plain = ParseAddressEntry(QStringLiteral("a@x Name"));
   EXPECT_EQ(plain.kind + u' ' + plain.address, QStringLiteral("TO a@x"));
   EXPECT_EQ(ParseAddressEntry(QStringLiteral("urn:x")).address, QStringLiteral("urn:x"));
-  EXPECT_EQ(ParseAddressEntry(QStringLiteral("cc:")).canonical, QString());
+  EXPECT_EQ(CanonicalLine(ParseAddressEntry(QStringLiteral("cc:"))), QString());
 }
 
 TEST(FlagString, PositionsAreReadAndWritten) {

@@ -237,7 +237,7 @@ TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
   EXPECT_EQ(message.model.subject, QStringLiteral("あ"));
   EXPECT_EQ(message.model.text.Get(), QStringLiteral("body\r\n"));
   ASSERT_EQ(message.model.addresses.size(), 1);
-  EXPECT_EQ(message.model.addresses[0].presentable, QStringLiteral("い <a@x>"));
+  EXPECT_EQ(PresentableAddress(message.model.addresses[0]), QStringLiteral("い <a@x>"));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")).mid(2, 1), QStringLiteral("0"));
   EXPECT_EQ(request.Number(u"process"), 4);
 
