@@ -163,7 +163,7 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   for (int i = 0; i < 1200; ++i) many.append(QStringLiteral("gone%1").arg(i));
   many.append(filed);
   const auto stands = [&](const QStringList& inFolder, const QStringList& thrownAway) {
-    return *Members(context, many, folder) == inFolder &&
+    return test::Filed(context, many, folder) == inFolder &&
            profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE STATUS < 0 "
                                           "ORDER BY rowid")) ==
                QList<QVariant>(thrownAway.begin(), thrownAway.end());
