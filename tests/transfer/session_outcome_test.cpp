@@ -165,10 +165,9 @@ TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
 
   SessionRecorder mailbox;
   Pop3Session third(
-      {QStringLiteral("mail.example"),
-       {QStringLiteral("user"), QStringLiteral("s3cret")},
-       false,
-       Security::StartTls},
+      {{.host = QStringLiteral("mail.example"),
+        .security = Security::StartTls,
+        .who = {QStringLiteral("user"), QStringLiteral("s3cret")}}},
       mailbox, [](const QByteArray&) {}, [&handshakes] { ++handshakes; });
   third.Receive("+OK hi\r\n");
   third.Receive("+OK\r\nSTLS\r\nUSER\r\n.\r\n");
