@@ -187,10 +187,10 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
 // One without a digest, as earlier versions stored it: no mail ends with zeros.
 TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
   ASSERT_TRUE(store_.StoreMessage(*Request(QStringLiteral("m")), "Subject: x\r\n\r\ntext\r\n"));
-  StorageError error;
   const auto connection =
       Connection::Open(MailDatabasePath(profile_.Get()), profile_.Get().Session->Text(u"password"),
-                       Connection::Mode::Existing, &error);
+                       Connection::Mode::Existing)
+          .ValueOr(nullptr);
   ASSERT_NE(connection, nullptr);
   const auto lay = [&](const QByteArray& bytes) {
     ASSERT_TRUE(connection->Run("UPDATE long_binary SET DIGEST = NULL, DATA = ?", {bytes}));

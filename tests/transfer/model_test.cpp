@@ -215,10 +215,10 @@ class Model : public testing::Test {
         " BEGIN SELECT RAISE(ABORT, 'no room'); END");
   }
   bool Run(const QByteArray& statement) {
-    StorageError error;
     const auto connection = Connection::Open(MailDatabasePath(programs_[0]->context),
                                              programs_[0]->context.Session->Text(u"password"),
-                                             Connection::Mode::Existing, &error);
+                                             Connection::Mode::Existing)
+                                .ValueOr(nullptr);
     return connection != nullptr && connection->Run(statement);
   }
   void Die() {
